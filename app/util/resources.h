@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// Where the files that ship with the program are.
+#pragma once
+
+#include <QString>
+
+/// Folder of the installed resources: $QUILL_KESTRA_RESOURCES when set, else `resources` beside the executable
+/// (build tree), else `../share/quill-kestra` from it (installation).
+[[nodiscard]] QString resourceFolder();
+
+/// Full path of the resource `fileName` in resourceFolder().
+[[nodiscard]] QString resourcePath(const QString &fileName);
+
+/// Full path of Kestra.plist, which holds the factory settings and the last selected key. Where the installed file
+/// cannot be written, a per-user copy ($XDG_DATA_HOME/quill-kestra/Kestra.plist) takes its place; it is made here on
+/// first use. When the copy cannot be made either, the installed path is returned.
+[[nodiscard]] QString kestraPlistPath();

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// Requests to the device daemon, and the wait for its replies.
+#pragma once
+
+#include <QByteArray>
+#include <QVariantMap>
+
+#include <chrono>
+#include <optional>
+
+inline constexpr int replyPollCount = 601;
+inline constexpr std::chrono::milliseconds replyPollInterval{10};
+inline constexpr std::chrono::milliseconds requestSendTimeout{2000};
+inline constexpr std::chrono::milliseconds requestReceiveTimeout{2000};
+
+/// Sends `request` to the daemon's request port under the message identifier `command`; the answer is ignored, and
+/// nothing is sent when the port does not exist. Returns -50 whatever happened, deliberately: success is learnt only
+/// from the latest-reply slot. Any thread; blocks it for at most about 4 seconds.
+int sendDaemonRequest(const std::optional<QVariantMap> &request, int command);
+
+/// What the reply port does with one message: no data leaves the slot as it was; anything else goes into the slot,
+/// decoded (an empty dictionary when it cannot be), and is returned as the answer to the sender.
+std::optional<QByteArray> replyPortCallback(int messageIdentifier, const std::optional<QByteArray> &data);
+
+/// Waits until the latest-reply slot holds a reply: 601 polls with a pause of at most 0.01 s between them, each pause
+/// ending early when a reply arrives. Never empties the slot. Blocks the calling thread without an event loop.
+void waitForReply();

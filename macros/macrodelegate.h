@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// What the macros tab asks of the main controller. Main thread; an operation that waits for the daemon blocks.
+// A macro index is a row of the macro list, an event index a display row of the event list; delays are milliseconds.
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+class MacroDelegate
+{
+public:
+    virtual ~MacroDelegate() = default;
+
+    virtual void addMacroWithSettings(const QVariantMap &macro) = 0;
+    /// `appendFlag`: 1 adds to the existing events, 0 starts a new recording.
+    virtual void startMacroRecordingMacroIndex(int appendFlag, int macroIndex) = 0;
+    virtual void stopMacroRecording() = 0;
+    virtual void saveRecordedEventsForMacroAtIndexIsNewRecording(int macroIndex, int isNewRecording) = 0;
+    virtual void getMacroDetailsForMacroAtIndex(int macroIndex) = 0;
+    virtual void deleteMacroAtIndex(int macroIndex) = 0;
+    virtual void renameMacroAtIndexWithNewName(int macroIndex, const QString &newName) = 0;
+    virtual void removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex) = 0;
+    virtual void removeAllEventsForMacroAtIndex(int macroIndex) = 0;
+    virtual void setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, int macroIndex, bool hasNoDelay) = 0;
+    virtual void setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex) = 0;
+    virtual void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &event) = 0;
+    /// The event record; empty when no reply came.
+    virtual QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) = 0;
+    virtual void startEditHID() = 0;
+    virtual void stopSingleKeyRecording() = 0;
+};

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// Broadcast notifications with a name and a dictionary: the signal Posted(s name, ay userInfo) on the session bus.
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <functional>
+
+struct DistributedNotification
+{
+    QString name;
+    QVariantMap userInfo; ///< empty when none was posted or it cannot be decoded
+};
+
+/// Observers are called on the main thread. post() may be called from any thread.
+class DistributedNotificationCenter : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Handler = std::function<void(const DistributedNotification &)>;
+
+    explicit DistributedNotificationCenter(const QDBusConnection &connection, QObject *parent = nullptr);
+    ~DistributedNotificationCenter() override;
+
+    /// The centre on the process's session bus.
+    static DistributedNotificationCenter &defaultCenter();
+
+    /// Adds one observation of `name` from any poster. The same observer may be added twice; it is then called twice.
+    /// An observation ends with removeObserver() or when `observer` is destroyed.
+    void addObserver(QObject *observer, const QString &name, Handler handler);
+
+    /// Removes every observation of `name` by `observer`.
+    void removeObserver(QObject *observer, const QString &name);
+
+    /// Number of observations of `name` by `observer`.
+    [[nodiscard]] int observationCount(const QObject *observer, const QString &name) const;
+
+    void post(const QString &name, const QVariantMap &userInfo = {});
+};

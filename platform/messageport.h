@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// Named message ports over the session bus: a port NAME is the bus name org.quillkestra.NAME with the object
+// /MessagePort, whose SendRequest(i messageIdentifier, ay data) -> (ay answer) takes one message.
+#pragma once
+
+#include <QByteArray>
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// A port of this process. Messages are delivered on the thread that the object lives in, which must run an event loop.
+class LocalMessagePort : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.quillkestra.MessagePort")
+
+public:
+    /// Takes the message identifier and the data (absent when the message carried none); returns the answer, if any.
+    using Callback = std::function<std::optional<QByteArray>(qint32 messageIdentifier, const std::optional<QByteArray> &data)>;
+
+    /// Null when the name is taken or there is no bus. `connection` must stay open while the port lives.
+    [[nodiscard]] static std::unique_ptr<LocalMessagePort> create(const QString &name, Callback callback,
+                                                                  const QDBusConnection &connection);
+    ~LocalMessagePort() override;
+
+public Q_SLOTS:
+    Q_SCRIPTABLE QByteArray SendRequest(int messageIdentifier, const QByteArray &data);
+
+private:
+    LocalMessagePort(QString busName, Callback callback, QDBusConnection connection);
+
+    QString mBusName;
+    Callback mCallback;
+    QDBusConnection mConnection;
+};
+
+/// A handle to a port of another process. Any thread may use it; a send blocks that thread without a nested event loop.
+class RemoteMessagePort
+{
+public:
+    enum class SendStatus { success, sendTimeout, receiveTimeout, isInvalid };
+
+    /// Asks the bus whether the name has an owner; absent if not. Never starts a service.
+    [[nodiscard]] static std::optional<RemoteMessagePort> open(const QString &name);
+
+    /// Sends one message and waits for its answer, at most `receiveTimeout` after it was sent. The bus takes a message
+    /// at once or not at all, so `sendTimeout` bounds only the wait for the connection. No data is an empty array.
+    SendStatus sendRequest(qint32 messageIdentifier, const QByteArray &data, std::chrono::milliseconds sendTimeout,
+                           std::chrono::milliseconds receiveTimeout, QByteArray *answer = nullptr) const;
+
+    /// Sends one message and does not wait for an answer.
+    void post(qint32 messageIdentifier, const QByteArray &data) const;
+
+private:
+    explicit RemoteMessagePort(QString busName) : mBusName(std::move(busName)) {}
+
+    QString mBusName;
+};
+
+/// "org.quillkestra." + `portName`.
+[[nodiscard]] QString messagePortBusName(const QString &portName);

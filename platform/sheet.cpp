@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "platform/sheet.h"
+
+#include <QAbstractButton>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+
+using namespace Qt::StringLiterals;
+
+Sheet::Sheet(QWidget *parent) : QDialog(parent, Qt::Sheet)
+{
+    setWindowModality(Qt::WindowModal);
+}
+
+void Sheet::beginSheet(QWidget *window, DidEnd didEnd)
+{
+    if (parentWidget() != window)
+        setParent(window, Qt::Sheet);
+    setWindowModality(Qt::WindowModal);
+    mDidEnd = std::move(didEnd);
+    mIsUp = true;
+    open();
+}
+
+void Sheet::endSheet(int returnCode)
+{
+    if (!mIsUp)
+        return;
+    mIsUp = false;
+    hide();
+    setResult(returnCode);
+    // Cleared first: the handler may begin this sheet again.
+    if (const DidEnd didEnd = std::exchange(mDidEnd, {}))
+        didEnd(returnCode);
+}
+
+void Sheet::orderOut()
+{
+    hide();
+}
+
+void Sheet::reject()
+{
+    if (mCancelButton)
+        mCancelButton->click();
+}
+
+Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd)
+{
+    auto *alert = new Sheet(window);
+    alert->setObjectName("alert"_L1);
+    alert->setWindowTitle(texts.title);
+    alert->setAccessibleName(texts.title);
+    alert->setAccessibleDescription(texts.description);
+
+    auto *icon = new QLabel;
+    const int iconSize = alert->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, alert);
+    icon->setPixmap(alert->style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, alert).pixmap(iconSize));
+    auto *title = new QLabel(texts.title);
+    title->setObjectName("alertTitle"_L1);
+    title->setTextFormat(Qt::PlainText);
+    title->setWordWrap(true);
+    QFont bold = title->font();
+    bold.setBold(true);
+    title->setFont(bold);
+    auto *description = new QLabel(texts.description);
+    description->setObjectName("alertDescription"_L1);
+    description->setTextFormat(Qt::PlainText);
+    description->setWordWrap(true);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    const auto addButton = [&](const QString &text, QLatin1StringView name, int returnCode) {
+        auto *button = new QPushButton(text);
+        button->setObjectName(name);
+        QObject::connect(button, &QPushButton::clicked, alert, [alert, returnCode] {
+            alert->endSheet(returnCode);
+            alert->deleteLater();
+        });
+        buttons->addWidget(button);
+        return button;
+    };
+    QPushButton *alternativeButton = nullptr;
+    if (!texts.alternativeButton.isEmpty())
+        alternativeButton = addButton(texts.alternativeButton, "alertAlternativeButton"_L1, alertSecondButtonReturn);
+    QPushButton *defaultButton = addButton(texts.defaultButton, "alertDefaultButton"_L1, alertFirstButtonReturn);
+    defaultButton->setDefault(true);
+    defaultButton->setFocus();
+    alert->setCancelButton(alternativeButton ? alternativeButton : defaultButton);
+
+    auto *layout = new QGridLayout(alert);
+    layout->addWidget(icon, 0, 0, 2, 1, Qt::AlignTop);
+    layout->addWidget(title, 0, 1);
+    layout->addWidget(description, 1, 1);
+    layout->addLayout(buttons, 2, 0, 1, 2);
+    layout->setColumnStretch(1, 1);
+    layout->setHorizontalSpacing(16);
+    layout->setVerticalSpacing(10);
+    alert->setMinimumWidth(420);
+    alert->beginSheet(window, std::move(didEnd));
+    return alert;
+}

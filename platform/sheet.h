@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// A sheet: a window-modal dialog that belongs to one window and never blocks the caller.
+#pragma once
+
+#include <QDialog>
+
+#include <functional>
+
+class QAbstractButton;
+
+/// Main thread only. A sheet that is up when it is begun again is simply shown again.
+class Sheet : public QDialog
+{
+    Q_OBJECT
+
+public:
+    using DidEnd = std::function<void(int returnCode)>;
+
+    explicit Sheet(QWidget *parent = nullptr);
+
+    /// Shows the sheet on `window`; `didEnd` runs once, when the sheet ends.
+    void beginSheet(QWidget *window, DidEnd didEnd = {});
+
+    /// Ends the sheet with `returnCode` and hides it. Does nothing when it is not up.
+    void endSheet(int returnCode = 0);
+
+    /// Takes the sheet off the screen; it has ended only after endSheet().
+    void orderOut();
+
+    /// The button that Escape and the window's close button press. Without one they do nothing.
+    void setCancelButton(QAbstractButton *button) { mCancelButton = button; }
+
+    [[nodiscard]] bool isUp() const { return mIsUp; }
+
+    void reject() override;
+
+private:
+    DidEnd mDidEnd;
+    QAbstractButton *mCancelButton = nullptr;
+    bool mIsUp = false;
+};
+
+/// One or two buttons below a title and a description, with the desktop's warning picture.
+struct AlertTexts
+{
+    QString title;
+    QString description;
+    QString defaultButton;
+    QString alternativeButton; ///< empty: the alert has one button
+};
+
+/// Return codes of an alert's buttons.
+inline constexpr int alertFirstButtonReturn = 1000;
+inline constexpr int alertSecondButtonReturn = 1001;
+
+/// Shows a warning alert as a sheet on `window` and returns at once; the alert deletes itself when dismissed.
+/// Its object name is "alert", its buttons' are "alertDefaultButton" and "alertAlternativeButton".
+Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd = {});
