@@ -24,19 +24,6 @@ bool isNumber(const QVariant &value)
     }
 }
 
-bool isWellFormedEvent(const QVariant &event)
-{
-    if (event.typeId() != QMetaType::QVariantMap)
-        return false;
-    const QVariantMap fields = event.toMap();
-    const auto isAbsentOrNumber = [&](QLatin1StringView key) {
-        const auto found = fields.constFind(key);
-        return found == fields.constEnd() || isNumber(*found);
-    };
-    return isAbsentOrNumber(SettingsKeys::command) && isAbsentOrNumber(SettingsKeys::delay)
-        && isAbsentOrNumber(SettingsKeys::page) && isAbsentOrNumber(SettingsKeys::argument);
-}
-
 int rowsOfEvent(const QVariantList &events, qsizetype index)
 {
     const int delayRows = index == 0 ? 0 : 1;
@@ -97,6 +84,16 @@ QVariantMap MacroRecord::withEvents(QVariantMap macro, const QVariantList &event
     return macro;
 }
 
+bool MacroRecord::isWellFormedEvent(const QVariantMap &event)
+{
+    const auto isAbsentOrNumber = [&](QLatin1StringView key) {
+        const auto found = event.constFind(key);
+        return found == event.constEnd() || isNumber(*found);
+    };
+    return isAbsentOrNumber(SettingsKeys::command) && isAbsentOrNumber(SettingsKeys::delay)
+        && isAbsentOrNumber(SettingsKeys::page) && isAbsentOrNumber(SettingsKeys::argument);
+}
+
 bool MacroRecord::isWellFormed(const QVariantMap &macro)
 {
     if (macro.value(SettingsKeys::macroName).typeId() != QMetaType::QString)
@@ -112,7 +109,9 @@ bool MacroRecord::isWellFormed(const QVariantMap &macro)
     if (!list.isValid())
         return true;
     return list.typeId() == QMetaType::QVariantList && list.toList().size() <= maximumEvents
-        && std::ranges::all_of(list.toList(), isWellFormedEvent);
+        && std::ranges::all_of(list.toList(), [](const QVariant &event) {
+               return event.typeId() == QMetaType::QVariantMap && isWellFormedEvent(event.toMap());
+           });
 }
 
 int MacroRecord::rowCount(const QVariantList &events)

@@ -44,6 +44,8 @@ struct Event
 [[nodiscard]] QVariantList events(const QVariantMap &macro);
 /// `macro` with `events` in the place of its own.
 [[nodiscard]] QVariantMap withEvents(QVariantMap macro, const QVariantList &events);
+/// Whether `event` can be stored: those of its four fields that are there are numbers.
+[[nodiscard]] bool isWellFormedEvent(const QVariantMap &event);
 /// Whether `macro` can be stored: a name that is text, events that are dictionaries of numbers, no more than allowed.
 [[nodiscard]] bool isWellFormed(const QVariantMap &macro);
 
