@@ -13,7 +13,8 @@ class QlCoreUtility
 public:
     /// Serialises `dictionary` as a binary property list, version 1.0.
     /// Absent in, absent out; also absent when a value has no property-list type (see propertylist.h).
-    [[nodiscard]] static std::optional<QByteArray> convertDictionaryToData(const std::optional<QVariantMap> &dictionary);
+    [[nodiscard]] static std::optional<QByteArray>
+    convertDictionaryToData(const std::optional<QVariantMap> &dictionary);
 
     /// Parses a property list of any format (binary, XML, old-style text).
     /// Absent when `data` is absent, damaged, over the limits of propertylist.h, or holds no dictionary at its root.

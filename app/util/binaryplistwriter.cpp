@@ -1,0 +1,378 @@
+// SPDX-License-Identifier: MIT
+#include "app/util/binaryplistwriter.h"
+
+#include "app/util/propertylistbudget.h"
+
+#include <QDateTime>
+#include <QHashFunctions>
+#include <QtEndian>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace {
+
+constexpr quint32 noObject = 0xffffffff;
+
+int bytesFor(quint64 value)
+{
+    return value <= 0xff ? 1 : value <= 0xffff ? 2 : value <= 0xffffffff ? 4 : 8;
+}
+
+/// Writes the low `size` bytes of `value`, most significant first; returns where they end.
+char *putBigEndian(char *to, quint64 value, int size)
+{
+    for (int shift = (size - 1) * 8; shift >= 0; shift -= 8)
+        *to++ = char(value >> shift);
+    return to;
+}
+
+/// Object numbers of the scalars written so far, found by their encoded bytes: the first byte tells the types apart,
+/// so 1, true and 1.0 are never taken for each other. Open addressing, at most half full.
+class ScalarTable
+{
+public:
+    struct Entry
+    {
+        size_t hash = 0;
+        qsizetype start = 0;
+        qsizetype length = 0;
+        quint32 object = noObject;
+    };
+
+    /// The entry whose bytes in `output` equal those from `start` to the end, or a free one to be filled.
+    Entry &find(const QByteArray &output, qsizetype start)
+    {
+        if ((m_used + 1) * 2 > m_entries.size())
+            grow();
+        const QByteArrayView bytes = QByteArrayView(output).sliced(start);
+        // Seeded: a file made to collide must not make saving it slow.
+        const size_t hash = qHashBits(bytes.data(), size_t(bytes.size()), m_seed);
+        for (size_t at = hash;; ++at) {
+            Entry &entry = m_entries[at & (m_entries.size() - 1)];
+            if (entry.object == noObject) {
+                entry.hash = hash;
+                entry.start = start;
+                entry.length = bytes.size();
+                ++m_used;
+                return entry;
+            }
+            if (entry.hash == hash && QByteArrayView(output).sliced(entry.start, entry.length) == bytes)
+                return entry;
+        }
+    }
+
+private:
+    void grow()
+    {
+        std::vector<Entry> larger(m_entries.size() * 4);
+        for (const Entry &entry : m_entries) {
+            if (entry.object == noObject)
+                continue;
+            size_t at = entry.hash & (larger.size() - 1);
+            while (larger[at].object != noObject)
+                at = (at + 1) & (larger.size() - 1);
+            larger[at] = entry;
+        }
+        m_entries.swap(larger);
+    }
+
+    size_t m_seed = QHashSeed::globalSeed();
+    size_t m_used = 0;
+    std::vector<Entry> m_entries = std::vector<Entry>(1024);
+};
+
+/// Writes scalars as it meets them while walking the tree; containers follow when the number of objects, and with it
+/// the size of a reference, is known. An object's number is independent of its place in the file.
+class Writer
+{
+public:
+    std::optional<QByteArray> write(const QVariant &root)
+    {
+        m_output.reserve(64 * 1024);
+        m_output.append("bplist00", 8);
+        const quint32 top = addValue(root, 1);
+        if (top == noObject)
+            return {};
+        const int referenceSize = bytesFor(m_offsets.size() - 1);
+        writeContainers(referenceSize);
+        writeOffsetsAndTrailer(referenceSize, top);
+        if (m_output.size() > PropertyList::maximumInputBytes)
+            return {};
+        return std::move(m_output);
+    }
+
+private:
+    struct Container
+    {
+        quint32 object;
+        quint32 count;
+        size_t firstReference;
+        bool isDictionary;
+    };
+    struct RecentString
+    {
+        const QChar *data = nullptr;
+        qsizetype size = 0;
+        quint32 object = noObject;
+    };
+
+    quint32 addValue(const QVariant &value, int depth)
+    {
+        if (!m_budget.takeNodes(1))
+            return noObject;
+        const void *data = value.constData();
+        switch (value.typeId()) {
+        case QMetaType::QVariantMap:
+            return addDictionary(*static_cast<const QVariantMap *>(data), depth);
+        case QMetaType::QVariantList:
+            return addArray(*static_cast<const QVariantList *>(data), depth);
+        case QMetaType::QStringList:
+            return addArray(value.toList(), depth);
+        case QMetaType::QString:
+            return addString(*static_cast<const QString *>(data));
+        case QMetaType::QByteArray:
+            return addData(*static_cast<const QByteArray *>(data));
+        case QMetaType::QDateTime:
+            return addDate(*static_cast<const QDateTime *>(data));
+        case QMetaType::Bool:
+            return addBytes(*static_cast<const bool *>(data) ? "\x09" : "\x08", 1);
+        case QMetaType::Double:
+        case QMetaType::Float:
+            return addReal(0x23, value.toDouble());
+        case QMetaType::Int:
+        case QMetaType::LongLong:
+        case QMetaType::Long:
+        case QMetaType::Short:
+        case QMetaType::Char:
+        case QMetaType::SChar:
+            return addInteger(value.toLongLong());
+        case QMetaType::UInt:
+        case QMetaType::ULongLong:
+        case QMetaType::ULong:
+        case QMetaType::UShort:
+        case QMetaType::UChar:
+            return addUnsigned(value.toULongLong());
+        default:
+            return noObject;
+        }
+    }
+
+    quint32 addDictionary(const QVariantMap &dictionary, int depth)
+    {
+        const auto count = size_t(dictionary.size());
+        if (!m_budget.takeNodes(count))
+            return noObject;
+        const std::optional<Container> container = addContainer(count, true, depth);
+        if (!container)
+            return noObject;
+        size_t at = container->firstReference;
+        for (auto entry = dictionary.cbegin(); entry != dictionary.cend(); ++entry, ++at) {
+            const quint32 key = addString(entry.key());
+            const quint32 value = key == noObject ? noObject : addValue(entry.value(), depth + 1);
+            if (value == noObject)
+                return noObject;
+            m_references[at] = key;
+            m_references[at + count] = value;
+        }
+        return container->object;
+    }
+
+    quint32 addArray(const QVariantList &array, int depth)
+    {
+        const std::optional<Container> container = addContainer(size_t(array.size()), false, depth);
+        if (!container)
+            return noObject;
+        size_t at = container->firstReference;
+        for (const QVariant &element : array) {
+            const quint32 value = addValue(element, depth + 1);
+            if (value == noObject)
+                return noObject;
+            m_references[at++] = value;
+        }
+        return container->object;
+    }
+
+    std::optional<Container> addContainer(size_t count, bool isDictionary, int depth)
+    {
+        if (depth > PropertyList::maximumDepth || count > PropertyList::maximumNodes)
+            return {};
+        const Container container{quint32(m_offsets.size()), quint32(count), m_references.size(), isDictionary};
+        m_containers.push_back(container);
+        m_offsets.push_back(0);
+        m_references.resize(m_references.size() + (isDictionary ? 2 * count : count));
+        return container;
+    }
+
+    quint32 addString(const QString &text)
+    {
+        if (!m_budget.takeContent(quint64(text.size()) * 2))
+            return noObject;
+        // Copies of one string share their characters, as dictionary keys mostly do; the tree outlives this object.
+        RecentString &recent = m_recentStrings[(quintptr(text.constData()) >> 4) % m_recentStrings.size()];
+        if (recent.data == text.constData() && recent.size == text.size() && recent.object != noObject)
+            return recent.object;
+        const qsizetype start = m_output.size();
+        const bool isAscii = std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; });
+        appendMarker(isAscii ? 0x50 : 0x60, quint64(text.size()));
+        const qsizetype content = m_output.size();
+        m_output.resize(content + text.size() * (isAscii ? 1 : 2));
+        char *to = m_output.data() + content;
+        if (isAscii)
+            std::transform(text.cbegin(), text.cend(), to, [](QChar c) { return char(c.unicode()); });
+        else
+            qToBigEndian<char16_t>(text.utf16(), text.size(), to);
+        recent = {text.constData(), text.size(), internFrom(start)};
+        return recent.object;
+    }
+
+    quint32 addData(const QByteArray &data)
+    {
+        if (!m_budget.takeContent(quint64(data.size())))
+            return noObject;
+        const qsizetype start = m_output.size();
+        appendMarker(0x40, quint64(data.size()));
+        m_output.append(data);
+        return internFrom(start);
+    }
+
+    quint32 addDate(const QDateTime &date)
+    {
+        if (!date.isValid())
+            return noObject;
+        static const qint64 epochMs = QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC).toMSecsSinceEpoch();
+        const double seconds = double(date.toMSecsSinceEpoch() - epochMs) / 1000.0;
+        return std::abs(seconds) <= PropertyList::maximumDateSeconds ? addReal(0x33, seconds) : noObject;
+    }
+
+    quint32 addReal(char marker, double value)
+    {
+        std::array<char, 9> bytes{marker};
+        putBigEndian(bytes.data() + 1, std::bit_cast<quint64>(value), 8);
+        return addBytes(bytes.data(), bytes.size());
+    }
+
+    quint32 addInteger(qint64 value)
+    {
+        if (value >= 0)
+            return addUnsigned(quint64(value));
+        std::array<char, 9> bytes{0x13};
+        putBigEndian(bytes.data() + 1, quint64(value), 8);
+        return addBytes(bytes.data(), bytes.size());
+    }
+
+    quint32 addUnsigned(quint64 value)
+    {
+        if (value < m_smallIntegers.size() && m_smallIntegers[value] != noObject)
+            return m_smallIntegers[value];
+        // Eight bytes are read as signed, so what needs the top bit takes sixteen.
+        const int size = value > quint64(std::numeric_limits<qint64>::max()) ? 16 : bytesFor(value);
+        std::array<char, 17> bytes{};
+        bytes[0] = char(0x10 | std::countr_zero(unsigned(size)));
+        putBigEndian(bytes.data() + 1 + std::max(size - 8, 0), value, std::min(size, 8));
+        const quint32 object = addBytes(bytes.data(), size + 1);
+        if (value < m_smallIntegers.size())
+            m_smallIntegers[value] = object;
+        return object;
+    }
+
+    quint32 addBytes(const char *bytes, qsizetype length)
+    {
+        const qsizetype start = m_output.size();
+        m_output.append(bytes, length);
+        return internFrom(start);
+    }
+
+    /// The object number for the scalar encoded from `start` to the end of the output; an equal one's when there is
+    /// one.
+    quint32 internFrom(qsizetype start)
+    {
+        ScalarTable::Entry &entry = m_scalars.find(m_output, start);
+        if (entry.object != noObject) {
+            m_output.truncate(start);
+            return entry.object;
+        }
+        entry.object = quint32(m_offsets.size());
+        m_offsets.push_back(quint64(start));
+        return entry.object;
+    }
+
+    void appendMarker(int kind, quint64 count)
+    {
+        std::array<char, 10> bytes{};
+        m_output.append(bytes.data(), putMarker(bytes.data(), kind, count) - bytes.data());
+    }
+
+    /// The first byte of an object with a count, and the count itself where it does not fit that byte.
+    static char *putMarker(char *to, int kind, quint64 count)
+    {
+        if (count < 15) {
+            *to++ = char(kind | int(count));
+            return to;
+        }
+        const int size = bytesFor(count);
+        *to++ = char(kind | 0x0f);
+        *to++ = char(0x10 | std::countr_zero(unsigned(size)));
+        return putBigEndian(to, count, size);
+    }
+
+    void writeContainers(int referenceSize)
+    {
+        constexpr qsizetype markerBound = 10;
+        const qsizetype start = m_output.size();
+        m_output.resize(start + qsizetype(m_containers.size()) * markerBound +
+                        qsizetype(m_references.size()) * referenceSize);
+        char *const begin = m_output.data();
+        char *to = begin + start;
+        for (const Container &container : m_containers) {
+            m_offsets[container.object] = quint64(to - begin);
+            to = putMarker(to, container.isDictionary ? 0xd0 : 0xa0, container.count);
+            const quint32 *from = m_references.data() + container.firstReference;
+            const quint32 *const end = from + (container.isDictionary ? 2 : 1) * size_t(container.count);
+            for (; from != end; ++from)
+                to = putBigEndian(to, *from, referenceSize);
+        }
+        m_output.truncate(to - begin);
+    }
+
+    void writeOffsetsAndTrailer(int referenceSize, quint32 top)
+    {
+        constexpr qsizetype trailerSize = 32;
+        const qsizetype tableStart = m_output.size();
+        const int offsetSize = bytesFor(*std::max_element(m_offsets.cbegin(), m_offsets.cend()));
+        m_output.resize(tableStart + qsizetype(m_offsets.size()) * offsetSize + trailerSize);
+        char *to = m_output.data() + tableStart;
+        for (const quint64 offset : m_offsets)
+            to = putBigEndian(to, offset, offsetSize);
+        to = std::fill_n(to, 6, '\0');
+        *to++ = char(offsetSize);
+        *to++ = char(referenceSize);
+        to = putBigEndian(to, m_offsets.size(), 8);
+        to = putBigEndian(to, top, 8);
+        putBigEndian(to, quint64(tableStart), 8);
+    }
+
+    PropertyListBudget m_budget;
+    QByteArray m_output;
+    std::vector<quint64> m_offsets; // one an object
+    std::vector<Container> m_containers;
+    std::vector<quint32> m_references; // of all containers; a dictionary's keys stand before its values
+    ScalarTable m_scalars;
+    std::array<RecentString, 256> m_recentStrings;
+    std::array<quint32, 256> m_smallIntegers = [] {
+        std::array<quint32, 256> none{};
+        none.fill(noObject);
+        return none;
+    }();
+};
+
+} // namespace
+
+std::optional<QByteArray> writeBinaryPropertyList(const QVariant &root)
+{
+    return Writer().write(root);
+}

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+// Reads the old-style text form of a property list, { key = value; }, for PropertyList::read. No state; any thread.
+#pragma once
+
+#include <QStringView>
+#include <QVariant>
+
+#include <optional>
+
+/// The tree in `text`: dictionaries, arrays, strings and data are all that this form can say.
+/// Absent when `text` is malformed, is a string alone, or exceeds a limit of propertylist.h.
+[[nodiscard]] std::optional<QVariant> readOldStylePropertyList(QStringView text);

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "app/util/propertylist.h"
+
+#include "app/util/binaryplistreader.h"
+#include "app/util/binaryplistwriter.h"
+#include "app/util/oldstyleplistreader.h"
+#include "app/util/xmlplistreader.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStringDecoder>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+/// The text of `data` in the encoding of its byte order mark, UTF-8 without one; absent when it is not in that
+/// encoding.
+std::optional<QString> decodedText(QByteArrayView data)
+{
+    const auto encoding = QStringConverter::encodingForData(data);
+    QStringDecoder decoder(encoding.value_or(QStringConverter::Utf8));
+    QString text = decoder.decode(data);
+    return decoder.hasError() ? std::nullopt : std::optional<QString>(std::move(text));
+}
+
+std::optional<QVariant> readText(QByteArrayView data)
+{
+    // Only bytes without a mark can be in an encoding that the XML declaration has to tell.
+    const QByteArrayView start = data.first(std::min<qsizetype>(data.size(), 256));
+    if (!QStringConverter::encodingForData(data) && isXmlPropertyList(QString::fromLatin1(start)))
+        return readXmlPropertyList(QByteArray::fromRawData(data.data(), data.size()));
+    const std::optional<QString> text = decodedText(data);
+    if (!text)
+        return {};
+    return isXmlPropertyList(*text) ? readXmlPropertyList(*text) : readOldStylePropertyList(*text);
+}
+
+/// Makes a rename inside `folder` survive a power loss. Some file systems cannot; the rename itself has happened by
+/// then.
+void flushFolder(const QString &folder)
+{
+    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
+
+} // namespace
+
+std::optional<QByteArray> PropertyList::writeBinary(const QVariant &root)
+{
+    return writeBinaryPropertyList(root);
+}
+
+std::optional<QVariant> PropertyList::read(QByteArrayView data)
+{
+    if (data.isEmpty() || data.size() > maximumInputBytes)
+        return {};
+    return isBinaryPropertyList(data) ? readBinaryPropertyList(data) : readText(data);
+}
+
+std::optional<QVariantMap> PropertyList::readPropertyListFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    // A device or a pipe has no size to ask for, so the bound is on what is read.
+    const QByteArray data = file.read(maximumInputBytes + 1);
+    if (file.error() != QFileDevice::NoError)
+        return {};
+    const std::optional<QVariant> root = read(data);
+    if (!root || root->typeId() != QMetaType::QVariantMap)
+        return {};
+    return root->toMap();
+}
+
+bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &data)
+{
+    QSaveFile file(path); // flushes the new file to the disk before it renames it
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
+        return false;
+    flushFolder(QFileInfo(path).absolutePath());
+    return true;
+}

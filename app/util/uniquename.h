@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// The rule by which a new macro or profile is named. No state; any thread.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// A name made from `base` for a new member of the list that has `names`: `base` itself, or "base(n)".
+///
+/// n is not the number of the first free slot. The search starts at `base`, and n is one more than all hits met on the
+/// way: with "A" and "A(2)" taken the answer is "A(3)", but with "A" twice it is "A(3)" too, and with "A" and "A(3)" it
+/// is "A(2)". Deliberate: higher suffixes count only when the chain reaches them. Case matters.
+[[nodiscard]] QString uniqueName(const QStringList &names, const QString &base);

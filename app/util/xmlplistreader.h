@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// Reads the XML property-list form for PropertyList::read. No state; any thread.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+/// True when `text` begins like XML rather than like old-style data ("<0fbd>").
+[[nodiscard]] bool isXmlPropertyList(QStringView text);
+
+/// The tree in `data`, in the encoding that its byte order mark or declaration names.
+/// Absent when it is not well-formed, not a property list, declares entities or exceeds a limit of propertylist.h.
+[[nodiscard]] std::optional<QVariant> readXmlPropertyList(const QByteArray &data);
+/// The same for text that has been decoded already.
+[[nodiscard]] std::optional<QVariant> readXmlPropertyList(const QString &text);
