@@ -27,6 +27,41 @@ bool isWholeNumber(const QVariant &value)
     return type == QMetaType::Int || type == QMetaType::LongLong;
 }
 
+/// What a tree takes up; stops counting when it is over a bound.
+class TreeSize
+{
+public:
+    [[nodiscard]] bool fits(const QVariant &value, int depth = 1)
+    {
+        if (++mNodes > SettingsDocument::maximumNodes || depth > SettingsDocument::maximumDepth)
+            return false;
+        switch (value.typeId()) {
+        case QMetaType::QVariantMap: return fitsMap(value.toMap(), depth);
+        case QMetaType::QVariantList:
+            return std::ranges::all_of(value.toList(), [&](const QVariant &entry) { return fits(entry, depth + 1); });
+        case QMetaType::QString: return fitsContent(2 * value.toString().size());
+        case QMetaType::QByteArray: return fitsContent(value.toByteArray().size());
+        default: return true;
+        }
+    }
+
+private:
+    [[nodiscard]] bool fitsMap(const QVariantMap &map, int depth)
+    {
+        for (auto entry = map.constBegin(); entry != map.constEnd(); ++entry) {
+            ++mNodes;
+            if (!fitsContent(2 * entry.key().size()) || !fits(entry.value(), depth + 1))
+                return false;
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool fitsContent(qsizetype bytes) { return (mContentBytes += bytes) <= SettingsDocument::maximumContentBytes; }
+
+    int mNodes = 0;
+    qsizetype mContentBytes = 0;
+};
+
 QString problemOfMacros(const QVariantList &macros)
 {
     if (macros.size() > MacroRecord::maximumMacros)
@@ -91,7 +126,10 @@ QString SettingsDocument::problemOf(const QVariantMap &document)
     const QVariant active = deviceSettings.value(SettingsKeys::activeProfile);
     if (!isWholeNumber(active) || active.toLongLong() < 0 || active.toLongLong() >= profileList.size())
         return u"\"ActiveProfile\" is no position in \"Profiles\""_s;
-    return problemOfMacros(macros(document));
+    const QString problem = problemOfMacros(macros(document));
+    if (!problem.isEmpty())
+        return problem;
+    return TreeSize().fits(document) ? QString() : u"too large, or nested too deeply"_s;
 }
 
 QVariantMap SettingsDocument::completed(QVariantMap document)

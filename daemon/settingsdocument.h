@@ -10,11 +10,18 @@
 namespace SettingsDocument {
 
 inline constexpr int maximumProfiles = 20;
+
+// Bounds of the whole tree, well inside those of the codec (app/util/propertylist.h), so that every reply that wraps
+// the document can be written and read, too.
+inline constexpr int maximumDepth = 500;          ///< containers inside each other
+inline constexpr int maximumNodes = 500'000;      ///< values and dictionary keys
+inline constexpr qsizetype maximumContentBytes = 4 * 1024 * 1024; ///< strings (two a UTF-16 code unit) and data
+
 inline constexpr int brightnessMinimum = 1; // "BrightnessKBNormal": off
 inline constexpr int brightnessMaximum = 4; // bright
 
 /// What is wrong with `document`; empty when it is valid: at least one profile and at most maximumProfiles, at most
-/// the macros and events of macrorecord.h, records that are dictionaries, "ActiveProfile" a position in "Profiles".
+/// the macros and events of macrorecord.h, records that are dictionaries, "ActiveProfile" a position in "Profiles", and nothing over the bounds above.
 [[nodiscard]] QString problemOf(const QVariantMap &document);
 
 /// `document` with the daemon's own pieces in order. Idempotent.

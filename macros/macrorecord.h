@@ -17,7 +17,7 @@ namespace MacroRecord {
 
 inline constexpr int maximumEvents = 10'000; // in one macro
 inline constexpr int maximumMacros = 256;    // rows of a macro travel in 8 bits in two of the requests
-inline constexpr int maximumTotalEvents = 100'000;
+inline constexpr int maximumTotalEvents = 50'000; // in all macros: the whole document travels in one message
 inline constexpr int standardDelayMs = 20;
 
 inline constexpr int keyDown = 1; // "command" of an event
