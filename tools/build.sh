@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # SPDX-License-Identifier: MIT
 # Configuring and building a preset, the same way everywhere. To be sourced from the repository root.
 

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # SPDX-License-Identifier: MIT
 # The Debian and Ubuntu packages that ./run and ./test need, and the function that installs the missing ones. To be sourced.
 # A row is "group package probe": the package counts as present when the command `probe` is found, or, where the

@@ -7,6 +7,7 @@ set -uo pipefail
 pid_file=$1
 shift
 child=
+# shellcheck disable=SC2317  # called by the trap
 stop() {
     trap '' TERM
     [ -n "$child" ] && kill -TERM "$child" 2>/dev/null && wait "$child" 2>/dev/null

@@ -40,7 +40,10 @@ finish() {
         kill -TERM "$pid" 2>/dev/null || true
         wait "$pid" 2>/dev/null || true
     done
-    [ "$status" -eq 0 ] || echo "The tour failed; the logs follow." && [ "$status" -eq 0 ] || tail -n 20 "$folder"/*.log
+    if [ "$status" -ne 0 ]; then
+        echo "The tour failed; the logs follow."
+        tail -n 20 "$folder"/*.log
+    fi
     exit "$status"
 }
 trap finish EXIT
