@@ -27,7 +27,6 @@ void KeyboardProfilesController::buildTable()
                                    false, false, Qt::AlignCenter});
     // A click beside the rows would leave no profile selected, and what the other tabs change goes to the selected one.
     mProfilesTableView->setAllowsEmptySelection(false);
-    mProfilesTableView->setDataSource(this);
 }
 
 void KeyboardProfilesController::buildView()
@@ -50,6 +49,9 @@ void KeyboardProfilesController::buildView()
     mEnableOnScreenDisplay->setObjectName("mEnableOnScreenDisplay"_L1);
     connect(mEnableOnScreenDisplay, &QCheckBox::clicked, this,
             [this] { tickEnableOnScreenDisplay(mEnableOnScreenDisplay); });
+
+    // Only now: counting the rows also enables the delete button.
+    mProfilesTableView->setDataSource(this);
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(mAddProfile);
