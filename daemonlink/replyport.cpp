@@ -1,2 +1,42 @@
 // SPDX-License-Identifier: MIT
 #include "daemonlink/replyport.h"
+
+#include "daemonlink/daemontransport.h"
+#include "platform/messageport.h"
+
+#include <chrono>
+
+ReplyPort::ReplyPort(QString portName, QObject *parent) : QThread(parent), mPortName(std::move(portName))
+{
+    setObjectName(mPortName);
+}
+
+ReplyPort::~ReplyPort()
+{
+    quit();
+    wait();
+}
+
+bool ReplyPort::waitUntilServing(int limitMs)
+{
+    std::unique_lock lock(mMutex);
+    mStateChanged.wait_for(lock, std::chrono::milliseconds(limitMs), [this] { return mState != State::starting; });
+    return mState == State::serving;
+}
+
+void ReplyPort::run()
+{
+    const QString connectionName = mPortName + QLatin1Char('-') + QString::number(quintptr(this), 16);
+    {
+        QDBusConnection connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
+        const std::unique_ptr<LocalMessagePort> port =
+            LocalMessagePort::create(mPortName, replyPortCallback, connection);
+        {
+            const std::scoped_lock lock(mMutex);
+            mState = port ? State::serving : State::failed;
+        }
+        mStateChanged.notify_all();
+        exec();
+    }
+    QDBusConnection::disconnectFromBus(connectionName);
+}

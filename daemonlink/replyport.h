@@ -5,7 +5,11 @@
 #include <QString>
 #include <QThread>
 
+#include <condition_variable>
+#include <mutex>
+
 /// start() begins to serve; the thread runs until the object is destroyed. Replies go to LatestReplySlot::shared().
+/// Where another process has the port's name, the port serves nothing and says nothing.
 class ReplyPort : public QThread
 {
     Q_OBJECT
@@ -14,12 +18,17 @@ public:
     explicit ReplyPort(QString portName, QObject *parent = nullptr);
     ~ReplyPort() override;
 
-    /// Blocks until the port is registered or has failed to be, at most `limitMs` milliseconds; true when it is there.
+    /// Blocks until the port is registered or has failed to be, at most `limitMs` milliseconds; true when it serves.
     bool waitUntilServing(int limitMs);
 
 protected:
     void run() override;
 
 private:
+    enum class State { starting, serving, failed };
+
     QString mPortName;
+    std::mutex mMutex; // guards mState
+    std::condition_variable mStateChanged;
+    State mState = State::starting;
 };

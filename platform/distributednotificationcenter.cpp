@@ -1,2 +1,126 @@
 // SPDX-License-Identifier: MIT
 #include "platform/distributednotificationcenter.h"
+
+#include "app/util/qlcoreutility.h"
+
+#include <QDBusMessage>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString objectPath = u"/DistributedNotificationCenter"_s;
+const QString interfaceName = u"org.quillkestra.DistributedNotificationCenter"_s;
+const QString postedSignal = u"Posted"_s;
+const QString postedSignature = u"say"_s;
+
+// QtDBus can connect a signal of the bus only to a slot named by a string. The one such place of the program.
+const char *receiveSlot()
+{
+    return SLOT(receive(QString, QByteArray));
+}
+
+} // namespace
+
+DistributedNotificationCenter::DistributedNotificationCenter(const QDBusConnection &connection, QObject *parent)
+    : QObject(parent), mConnection(connection)
+{
+}
+
+DistributedNotificationCenter::~DistributedNotificationCenter() = default;
+
+DistributedNotificationCenter &DistributedNotificationCenter::defaultCenter()
+{
+    static DistributedNotificationCenter center(QDBusConnection::sessionBus());
+    return center;
+}
+
+void DistributedNotificationCenter::addObserver(QObject *observer, const QString &name, Handler handler)
+{
+    const bool isFirst = std::ranges::none_of(mObservations, [&](const Observation &o) { return o.name == name; });
+    const bool isKnown =
+        std::ranges::any_of(mObservations, [&](const Observation &o) { return o.observer == observer; });
+    if (!isKnown)
+        connect(observer, &QObject::destroyed, this, &DistributedNotificationCenter::forget);
+    mObservations.push_back({mNextId++, observer, name, std::move(handler)});
+    if (isFirst)
+        watch(name);
+}
+
+void DistributedNotificationCenter::removeObserver(QObject *observer, const QString &name)
+{
+    std::erase_if(mObservations, [&](const Observation &o) { return o.observer == observer && o.name == name; });
+    const bool isKnown =
+        std::ranges::any_of(mObservations, [&](const Observation &o) { return o.observer == observer; });
+    if (!isKnown)
+        disconnect(observer, &QObject::destroyed, this, &DistributedNotificationCenter::forget);
+    unwatchUnlessObserved(name);
+}
+
+void DistributedNotificationCenter::forget(const QObject *observer)
+{
+    // The guarded pointers to a destroyed observer are null already.
+    QStringList names;
+    std::erase_if(mObservations, [&](const Observation &o) {
+        const bool isGone = o.observer.isNull() || o.observer == observer;
+        if (isGone)
+            names.append(o.name);
+        return isGone;
+    });
+    for (const QString &name : names)
+        unwatchUnlessObserved(name);
+}
+
+int DistributedNotificationCenter::observationCount(const QObject *observer, const QString &name) const
+{
+    return int(std::ranges::count_if(mObservations, [&](const Observation &o) {
+        return o.observer == observer && o.name == name;
+    }));
+}
+
+void DistributedNotificationCenter::post(const QString &name, const QVariantMap &userInfo)
+{
+    QByteArray data;
+    if (!userInfo.isEmpty())
+        data = QlCoreUtility::convertDictionaryToData(userInfo).value_or(QByteArray());
+    QDBusMessage signal = QDBusMessage::createSignal(objectPath, interfaceName, postedSignal);
+    signal << name << data;
+    mConnection.send(signal);
+}
+
+void DistributedNotificationCenter::watch(const QString &name)
+{
+    mConnection.connect(QString(), objectPath, interfaceName, postedSignal, {name}, postedSignature, this,
+                        receiveSlot());
+}
+
+void DistributedNotificationCenter::unwatchUnlessObserved(const QString &name)
+{
+    if (std::ranges::any_of(mObservations, [&](const Observation &o) { return o.name == name; }))
+        return;
+    mConnection.disconnect(QString(), objectPath, interfaceName, postedSignal, {name}, postedSignature, this,
+                           receiveSlot());
+}
+
+void DistributedNotificationCenter::receive(const QString &name, const QByteArray &userInfo)
+{
+    std::vector<quint64> ids;
+    for (const Observation &observation : mObservations) {
+        if (observation.name == name)
+            ids.push_back(observation.id);
+    }
+    if (ids.empty())
+        return;
+    const DistributedNotification notification{
+        name, QlCoreUtility::convertDataToDictionary(userInfo).value_or(QVariantMap())};
+    // A handler may add and remove observations, its own among them; those it adds hear the next notification.
+    for (const quint64 id : ids) {
+        const auto found = std::ranges::find(mObservations, id, &Observation::id);
+        if (found == mObservations.end() || !found->observer)
+            continue;
+        const Handler handler = found->handler;
+        handler(notification);
+    }
+}

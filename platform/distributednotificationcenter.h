@@ -4,10 +4,12 @@
 
 #include <QDBusConnection>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QVariantMap>
 
 #include <functional>
+#include <vector>
 
 struct DistributedNotification
 {
@@ -40,4 +42,25 @@ public:
     [[nodiscard]] int observationCount(const QObject *observer, const QString &name) const;
 
     void post(const QString &name, const QVariantMap &userInfo = {});
+
+private Q_SLOTS:
+    void receive(const QString &name, const QByteArray &userInfo);
+
+private:
+    struct Observation
+    {
+        quint64 id;
+        QPointer<QObject> observer;
+        QString name;
+        Handler handler;
+    };
+
+    /// Asks the bus for `name`, or no longer, as the first observation of it comes or the last one goes.
+    void watch(const QString &name);
+    void unwatchUnlessObserved(const QString &name);
+    void forget(const QObject *observer);
+
+    QDBusConnection mConnection;
+    std::vector<Observation> mObservations; // in the order in which they were added
+    quint64 mNextId = 1;
 };

@@ -1,2 +1,97 @@
 // SPDX-License-Identifier: MIT
 #include "platform/messageport.h"
+
+#include <QDBusMessage>
+#include <QDBusReply>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString objectPath = u"/MessagePort"_s;
+const QString interfaceName = u"org.quillkestra.MessagePort"_s;
+const QString requestMethod = u"SendRequest"_s;
+
+QDBusMessage requestMessage(const QString &busName, qint32 messageIdentifier, const QByteArray &data)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, requestMethod);
+    message.setAutoStartService(false);
+    message << messageIdentifier << data;
+    return message;
+}
+
+int milliseconds(std::chrono::milliseconds duration)
+{
+    return int(duration.count());
+}
+
+} // namespace
+
+QString messagePortBusName(const QString &portName)
+{
+    return u"org.quillkestra."_s + portName;
+}
+
+LocalMessagePort::LocalMessagePort(QString busName, Callback callback, QDBusConnection connection)
+    : mBusName(std::move(busName)), mCallback(std::move(callback)), mConnection(std::move(connection))
+{
+}
+
+std::unique_ptr<LocalMessagePort> LocalMessagePort::create(const QString &name, Callback callback,
+                                                           const QDBusConnection &connection)
+{
+    std::unique_ptr<LocalMessagePort> port(
+        new LocalMessagePort(messagePortBusName(name), std::move(callback), connection));
+    // The object first: as soon as the name is owned, messages may come.
+    port->mHasObject = port->mConnection.registerObject(objectPath, port.get(), QDBusConnection::ExportScriptableSlots);
+    port->mHasName = port->mHasObject && port->mConnection.registerService(port->mBusName);
+    return port->mHasName ? std::move(port) : nullptr;
+}
+
+LocalMessagePort::~LocalMessagePort()
+{
+    // Only what is this port's: a port that was refused leaves alone the one that has its place.
+    if (mHasName)
+        mConnection.unregisterService(mBusName);
+    if (mHasObject)
+        mConnection.unregisterObject(objectPath);
+}
+
+QByteArray LocalMessagePort::SendRequest(int messageIdentifier, const QByteArray &data)
+{
+    const std::optional<QByteArray> received = data.isEmpty() ? std::nullopt : std::optional(data);
+    return mCallback(messageIdentifier, received).value_or(QByteArray());
+}
+
+std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
+{
+    const QString busName = messagePortBusName(name);
+    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                                           u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
+    question << busName;
+    const QDBusReply<bool> hasOwner = QDBusConnection::sessionBus().call(question, QDBus::Block);
+    if (!hasOwner.isValid() || !hasOwner.value())
+        return {};
+    return RemoteMessagePort(busName);
+}
+
+RemoteMessagePort::SendStatus RemoteMessagePort::sendRequest(qint32 messageIdentifier, const QByteArray &data,
+                                                             std::chrono::milliseconds /*sendTimeout*/,
+                                                             std::chrono::milliseconds receiveTimeout,
+                                                             QByteArray *answer) const
+{
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(requestMessage(mBusName, messageIdentifier, data),
+                                                                  QDBus::Block, milliseconds(receiveTimeout));
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        const bool isLate = QDBusError(reply).type() == QDBusError::NoReply;
+        return isLate ? SendStatus::receiveTimeout : SendStatus::isInvalid;
+    }
+    if (answer)
+        *answer = reply.arguments().value(0).toByteArray();
+    return SendStatus::success;
+}
+
+void RemoteMessagePort::post(qint32 messageIdentifier, const QByteArray &data) const
+{
+    QDBusConnection::sessionBus().call(requestMessage(mBusName, messageIdentifier, data), QDBus::NoBlock);
+}

@@ -18,12 +18,19 @@ class LocalMessagePort : public QObject
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.MessagePort")
+    Q_CLASSINFO("D-Bus Introspection", "  <interface name=\"org.quillkestra.MessagePort\">\n"
+                                       "    <method name=\"SendRequest\">\n"
+                                       "      <arg name=\"messageIdentifier\" type=\"i\" direction=\"in\"/>\n"
+                                       "      <arg name=\"data\" type=\"ay\" direction=\"in\"/>\n"
+                                       "      <arg name=\"answer\" type=\"ay\" direction=\"out\"/>\n"
+                                       "    </method>\n"
+                                       "  </interface>\n")
 
 public:
     /// Takes the message identifier and the data (absent when the message carried none); returns the answer, if any.
     using Callback = std::function<std::optional<QByteArray>(qint32 messageIdentifier, const std::optional<QByteArray> &data)>;
 
-    /// Null when the name is taken or there is no bus. `connection` must stay open while the port lives.
+    /// Null when the name is taken, when `connection` has a port already, or when there is no bus. `connection` must stay open while the port lives.
     [[nodiscard]] static std::unique_ptr<LocalMessagePort> create(const QString &name, Callback callback,
                                                                   const QDBusConnection &connection);
     ~LocalMessagePort() override;
@@ -37,6 +44,8 @@ private:
     QString mBusName;
     Callback mCallback;
     QDBusConnection mConnection;
+    bool mHasObject = false;
+    bool mHasName = false;
 };
 
 /// A handle to a port of another process. Any thread may use it; a send blocks that thread without a nested event loop.
@@ -48,8 +57,8 @@ public:
     /// Asks the bus whether the name has an owner; absent if not. Never starts a service.
     [[nodiscard]] static std::optional<RemoteMessagePort> open(const QString &name);
 
-    /// Sends one message and waits for its answer, at most `receiveTimeout` after it was sent. The bus takes a message
-    /// at once or not at all, so `sendTimeout` bounds only the wait for the connection. No data is an empty array.
+    /// Sends one message and waits for its answer, at most `receiveTimeout` after it was sent. The bus takes a
+    /// message at once or not at all, so `sendTimeout` never passes. No data is an empty array.
     SendStatus sendRequest(qint32 messageIdentifier, const QByteArray &data, std::chrono::milliseconds sendTimeout,
                            std::chrono::milliseconds receiveTimeout, QByteArray *answer = nullptr) const;
 

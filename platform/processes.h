@@ -5,12 +5,16 @@
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 namespace Processes {
 
-/// Ends (SIGTERM) every process of this user whose executable is named exactly `name`. Names longer than the 15
-/// characters the kernel keeps are compared with the full name of the executable. Errors are ignored.
+/// Ends (SIGTERM) every process of this user whose executable is named exactly `name`. Errors are ignored.
 void endAllNamed(const QString &name);
+
+/// The ids of those processes. The kernel keeps only 15 characters of a name, so the file name of the executable is
+/// compared (where that cannot be read, of the first argument). `procFolder`: where the process file system is.
+[[nodiscard]] std::vector<qint64> idsOfAllNamed(const QString &name, const QString &procFolder = QStringLiteral("/proc"));
 
 /// What the program calls to end processes; endAllNamed() unless a test puts its own in place.
 using Ender = std::function<void(const QString &name)>;

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// A key or a button by its place in the USB HID Usage Tables. A value; any thread.
+#pragma once
+
+#include <QtGlobal>
+
+#include <compare>
+
+struct HidUsage
+{
+    static constexpr quint16 keyboardPage = 0x07; // Keyboard/Keypad page
+    static constexpr quint16 buttonPage = 0x09;
+    static constexpr quint16 firstKey = 4;
+    static constexpr quint16 lastKey = 231;
+    static constexpr quint16 firstModifier = 224; // Left Control; one key a bit of the modifier byte from here
+
+    quint16 page = keyboardPage;
+    quint16 usage = 0;
+
+    auto operator<=>(const HidUsage &) const = default;
+
+    [[nodiscard]] constexpr bool isModifier() const { return page == keyboardPage && usage >= firstModifier && usage <= lastKey; }
+
+    /// Usage page in the upper 16 bits, usage in the lower, as HID descriptors write it.
+    [[nodiscard]] constexpr quint32 extended() const { return (quint32(page) << 16) | usage; }
+};

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/macrorecorder.h"
+
+#include "macros/eventparser.h"
+#include "macros/macrorecord.h"
+
+#include <algorithm>
+#include <limits>
+
+void MacroRecorder::start(const Target &target)
+{
+    mState = State::recording;
+    mTarget = target;
+    mEvents.clear();
+    mHeld.clear();
+}
+
+QStringList MacroRecorder::record(HidUsage key, bool isDown, Time now)
+{
+    if (mState != State::recording)
+        return {};
+    if (isDown) {
+        // Room for this press, its release and the releases of what is held, so that no recording ends in mid-press.
+        const qsizetype needed = mEvents.size() + mHeld.size() + 2;
+        if (needed > mTarget.capacity || mHeld.contains(key))
+            return {};
+        mHeld += key;
+    } else if (!mHeld.removeOne(key)) {
+        return {};
+    }
+    const bool hasDelayLine = mTarget.followsEvents || !mEvents.isEmpty();
+    QStringList lines = eventParser::parseSequence(append(key, isDown, now));
+    if (!hasDelayLine)
+        lines.removeFirst();
+    return lines;
+}
+
+void MacroRecorder::stop(Time now)
+{
+    if (mState != State::recording)
+        return;
+    while (!mHeld.isEmpty())
+        append(mHeld.takeLast(), false, now);
+    mState = State::recorded;
+}
+
+std::optional<QVariantList> MacroRecorder::take(int macroId)
+{
+    if (mState != State::recorded || macroId != mTarget.macroId)
+        return {};
+    mState = State::idle;
+    return std::exchange(mEvents, {});
+}
+
+QVariantMap MacroRecorder::append(HidUsage key, bool isDown, Time now)
+{
+    const auto pause = std::clamp<qint64>((now - mLast).count(), 0, std::numeric_limits<int>::max());
+    const QVariantMap event = MacroRecord::eventRecord({
+        .command = isDown ? MacroRecord::keyDown : MacroRecord::keyUp,
+        .delayMs = mEvents.isEmpty() ? mTarget.firstDelayMs : static_cast<int>(pause),
+        .page = key.page,
+        .argument = key.usage,
+    });
+    mEvents += event;
+    mLast = now;
+    return event;
+}

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// The settings document: what makes one valid, and the pieces that the daemon adds to it. Pure functions over the
+// dictionary tree {"Profiles", "Macros", "DeviceSettings"}; any thread may call them.
+#pragma once
+
+#include <QString>
+#include <QVariantList>
+#include <QVariantMap>
+
+namespace SettingsDocument {
+
+inline constexpr int maximumProfiles = 20;
+
+// Bounds of the whole tree, well inside those of the codec (app/util/propertylist.h), so that every reply that wraps
+// the document can be written and read, too.
+inline constexpr int maximumDepth = 500;          ///< containers inside each other
+inline constexpr int maximumNodes = 500'000;      ///< values and dictionary keys
+inline constexpr qsizetype maximumContentBytes = 4 * 1024 * 1024; ///< strings (two a UTF-16 code unit) and data
+
+inline constexpr int brightnessMinimum = 1; // "BrightnessKBNormal": off
+inline constexpr int brightnessMaximum = 4; // bright
+
+/// What is wrong with `document`; empty when it is valid: at least one profile and at most maximumProfiles, at most
+/// the macros and events of macrorecord.h, records that are dictionaries, "ActiveProfile" a position in "Profiles", and nothing over the bounds above.
+[[nodiscard]] QString problemOf(const QVariantMap &document);
+
+/// `document` with the daemon's own pieces in order. Idempotent.
+/// - every macro has a "macroID" of its own, which it keeps for life and which is never given to another macro;
+/// - DeviceSettings/"LastMacroID" is the last one given out;
+/// - DeviceSettings/"ProfileOSDOn" is the active profile's, where that has one;
+/// - DeviceSettings/"GameMode" is a boolean.
+[[nodiscard]] QVariantMap completed(QVariantMap document);
+
+/// A valid document with one profile that maps nothing: what is left when even the factory settings cannot be read.
+[[nodiscard]] QVariantMap minimal();
+
+[[nodiscard]] QVariantList profiles(const QVariantMap &document);
+[[nodiscard]] QVariantList macros(const QVariantMap &document);
+[[nodiscard]] int activeProfileIndex(const QVariantMap &document);
+[[nodiscard]] QVariantMap activeProfile(const QVariantMap &document);
+[[nodiscard]] bool isGameModeOn(const QVariantMap &document);
+
+[[nodiscard]] QVariantMap withProfiles(QVariantMap document, const QVariantList &profiles);
+[[nodiscard]] QVariantMap withMacros(QVariantMap document, const QVariantList &macros);
+[[nodiscard]] QVariantMap withActiveProfile(QVariantMap document, int index);
+[[nodiscard]] QVariantMap withDeviceSetting(QVariantMap document, QLatin1StringView key, const QVariant &value);
+
+/// Whether `profile` can be stored: its known keys have the types that readers rely on.
+[[nodiscard]] bool isWellFormedProfile(const QVariant &profile);
+
+} // namespace SettingsDocument

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// The settings document on disk: settings.plist in the state folder, and the last good copies beside it.
+// Owned by the daemon; one thread, and one process per folder (the store holds a lock).
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <optional>
+
+/// Files of the folder:
+///   settings.plist                  the document; replaced as a whole, so it is never half written
+///   settings.plist.1 ... .3         the documents before it, newest first
+///   settings.plist.0                the document before it, only while one is being replaced
+///   settings.plist.damaged-<time>   what could not be read, set aside as it was; never overwritten, never read again
+///   lock                            held by the daemon that uses the folder
+class SettingsStore
+{
+public:
+    static constexpr int copyCount = 3;
+
+    explicit SettingsStore(const QString &folder);
+    ~SettingsStore();
+    SettingsStore(const SettingsStore &) = delete;
+    SettingsStore &operator=(const SettingsStore &) = delete;
+
+    /// $XDG_STATE_HOME/quill-kestra, by default ~/.local/state/quill-kestra.
+    [[nodiscard]] static QString defaultFolder();
+
+    /// Makes the folder and takes its lock. False when that cannot be done; errorText() says why.
+    [[nodiscard]] bool open();
+    [[nodiscard]] QString errorText() const { return mErrorText; }
+
+    /// The newest good document of the folder; absent when there is none. Sets damaged files aside and logs them.
+    [[nodiscard]] std::optional<QVariantMap> load();
+
+    /// Writes `document`, on the disk when this returns. False when that failed: the folder holds what it held before.
+    [[nodiscard]] bool save(const QVariantMap &document);
+
+private:
+    [[nodiscard]] QString path(const QString &suffix = {}) const;
+    [[nodiscard]] std::optional<QVariantMap> readGood(const QString &filePath);
+    void setAside(const QString &filePath, const QString &reason);
+    void removeLeftOvers();
+    void shiftCopies();
+
+    QString mFolder;
+    QString mErrorText;
+    int mLock = -1;
+    bool mMayOverwrite = true; // false when a damaged settings.plist could not be set aside
+};

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+// Life cycle, selection of a key and redrawing. The pop-ups are in keysassignment.cpp, single-key capture, game mode
+// and the function-key notice in keyscapture.cpp, the widgets in keysview.cpp.
+#include "keys/keyboardkeyscontroller.h"
+
+#include "app/util/propertylist.h"
+#include "app/util/qlcoreutility.h"
+#include "app/util/resources.h"
+#include "app/util/settingskeys.h"
+#include "keys/keyboardpicture.h"
+#include "keys/keylayout.h"
+#include "keys/mappingcleanup.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/popupbutton.h"
+#include "platform/sheet.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto firstKeyOfAll = "41"_L1; // Esc, when no key was ever selected
+
+QVariantMap readKestraPlist()
+{
+    return PropertyList::readPropertyListFile(kestraPlistPath()).value_or(QVariantMap());
+}
+
+} // namespace
+
+KeyboardKeysController::KeyboardKeysController(QObject *parent) : QObject(parent)
+{
+    mApplicationReader = [](const QString &chosenPath) { return QFileInfo(chosenPath).canonicalFilePath(); };
+    buildView();
+    connectActions();
+}
+
+KeyboardKeysController::~KeyboardKeysController()
+{
+    if (mView && !mView->parent())
+        delete mView.data();
+}
+
+void KeyboardKeysController::awakeFromNib()
+{
+    setPlaybackVisible(false);
+    mFunctionKeysInfoLabel->hide();
+    mFunctionKeysInfoImage->hide();
+    mKeysNotificationCenter = &DistributedNotificationCenter::defaultCenter();
+    mKeysCurrentProfileDict.clear();
+    mDeviceSettingsDict.clear();
+    mDefaultDict.clear();
+    mAllProfilesArray.clear();
+    mAllMacrosArray.clear();
+    mDevicePlist.clear();
+    mSelectedKey.clear();
+    mFN->setEnabled(false);
+    mMacro->setEnabled(false);
+    mEject->setEnabled(false);
+    mIsFirstLaunch = true;
+    mGameMode = false;
+    mIsFunctionKeySelected = false;
+    registerNotification();
+}
+
+#define KESTRA_KEY(outlet, action, code, functionKeyName)                                                              \
+    void KeyboardKeysController::action(QObject *)                                                                     \
+    {                                                                                                                  \
+        selectKey(outlet, code, functionKeyName##_L1.size() > 0);                                                      \
+    }
+// Deliberate: these keys can never be selected.
+#define KESTRA_FIXED_KEY(outlet, action, disabledAtStart)                                                              \
+    void KeyboardKeysController::action(QObject *) {}
+#include "keys/keytable.inc"
+
+void KeyboardKeysController::clickKeyboardButton(QObject *) {}
+
+void KeyboardKeysController::selectKey(KeyButton *button, int code, bool isFunctionKey)
+{
+    mIsFunctionKeySelected = isFunctionKey;
+    mPreviousButton = mCurrentButton;
+    mPreviousButtonValue = mCurrentButtonValue;
+    setupPreviousKey();
+    mSelectedKey = KeyLayout::codeText(code);
+    updatePopUpSelection();
+    button->setButtonType(KeyButton::Type::onOff);
+    button->setNextState();
+    mCurrentButton = button;
+    mCurrentButtonValue = mSelectedKey;
+    mPicture->setTabStop(button);
+}
+
+void KeyboardKeysController::setupPreviousKey()
+{
+    if (!mPreviousButton)
+        return;
+    mPreviousButton->setButtonType(KeyButton::Type::momentaryPushIn);
+    if (isKeyMapped(KeyLayout::codeValue(mPreviousButtonValue)))
+        mPreviousButton->highlight(true);
+}
+
+void KeyboardKeysController::updateCurrentButton(int code)
+{
+    if (const KeyRow *row = KeyLayout::rowForCode(code)) {
+        mCurrentButton = mPicture->button(row->outlet);
+        mCurrentButtonValue = KeyLayout::codeText(code);
+        mPicture->setTabStop(mCurrentButton);
+    }
+    if (mCurrentButton)
+        mCurrentButton->setButtonType(KeyButton::Type::onOff);
+}
+
+KeyMappings::Entry KeyboardKeysController::entryForKey(int code) const
+{
+    return KeyMappings::entryForKey(mKeysCurrentProfileDict, code);
+}
+
+int KeyboardKeysController::selectedCode() const
+{
+    return KeyLayout::codeValue(mSelectedKey);
+}
+
+bool KeyboardKeysController::isKeyMapped(int code) const
+{
+    return entryForKey(code).isMapped();
+}
+
+QString KeyboardKeysController::activeProfileName() const
+{
+    const qint32 active = KeyMappings::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
+    return mAllProfilesArray.value(active).toMap().value(SettingsKeys::profileName).toString();
+}
+
+void KeyboardKeysController::updateUISettings()
+{
+    mGameMode = KeyMappings::integerValue(mDeviceSettingsDict.value(SettingsKeys::gameMode)) != 0;
+    mProfileNameLabel->setText(mKeysCurrentProfileDict.value(SettingsKeys::profileName).toString());
+    setupProfileSubMenu();
+    setupMacroSubMenu();
+    resetKeys();
+    if (mIsFirstLaunch) {
+        checkLastSelectedKey();
+        mIsFirstLaunch = false;
+    } else {
+        updatePopUpSelection();
+    }
+    checkKeyAssignment();
+    updateDescriptions();
+}
+
+void KeyboardKeysController::resetKeys()
+{
+    for (const KeyRow &row : KeyLayout::selectableKeys())
+        mPicture->button(row.outlet)->highlight(false);
+}
+
+void KeyboardKeysController::checkKeyAssignment()
+{
+    for (const KeyRow &row : KeyLayout::selectableKeys())
+        if (row.code != selectedCode() && isKeyMapped(row.code))
+            mPicture->button(row.outlet)->highlight(true);
+}
+
+void KeyboardKeysController::setControlsState(bool isEnabled)
+{
+    for (KeyButton *button : mPicture->buttons())
+        button->setEnabled(isEnabled);
+    mPicture->update();
+    mAssignFunction->setEnabled(isEnabled);
+    mMacroPlaybackPopUp->setEnabled(isEnabled);
+    // A disabled label is drawn in the disabled text colour of whatever palette is in use.
+    mAssignLabel->setEnabled(isEnabled);
+    mPlaybackOptionLabel->setEnabled(isEnabled);
+}
+
+void KeyboardKeysController::checkLastSelectedKey()
+{
+    mDevicePlist = readKestraPlist().value(SettingsKeys::deviceInfo).toMap();
+    mSelectedKey = mDevicePlist.value(SettingsKeys::lastSelectedKey).toString();
+    if (mSelectedKey.isEmpty())
+        mSelectedKey = firstKeyOfAll;
+    updateCurrentButton(selectedCode());
+    mCurrentButtonValue = mSelectedKey;
+    checkForSelectedFunctionKey();
+    updatePopUpSelection();
+}
+
+void KeyboardKeysController::saveLastSelectedKey()
+{
+    // Read again: this file is shared with whoever reads the factory settings, and a damaged one is not replaced.
+    QVariantMap plist = readKestraPlist();
+    if (plist.isEmpty())
+        return;
+    QVariantMap deviceInfo = plist.value(SettingsKeys::deviceInfo).toMap();
+    deviceInfo.insert(SettingsKeys::lastSelectedKey, mSelectedKey);
+    plist.insert(SettingsKeys::deviceInfo, deviceInfo);
+    const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(plist);
+    if (!data || !PropertyList::writeFileAtomically(kestraPlistPath(), *data))
+        qWarning("Kestra.plist could not be written; the selected key will not be remembered.");
+}
+
+void KeyboardKeysController::removeDeletedMacroProfileMappingsForMapping(int deletedIndex, int mappingType)
+{
+    if (mAllProfilesArray.isEmpty() || !mKeysDelegate)
+        return;
+    const QVariantList repaired = KeyMappings::removeDeletedMacroProfileMappings(
+        mAllProfilesArray, mAllMacrosArray.size(), mDefaultDict, deletedIndex, mappingType);
+    if (repaired != mAllProfilesArray)
+        mKeysDelegate->updateProfileKeyInDictionaryWithDictionary(repaired);
+}

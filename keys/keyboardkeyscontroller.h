@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: MIT
+// The keys tab: the keyboard picture, the assignment pop-up and what goes with it. The main controller owns it, hands
+// it the settings through the setters and drives it with populateUIControls() and updateUISettings(). It never changes
+// what it was handed: each change goes out through the delegate and comes back by updateUISettings(). Main thread only.
+#pragma once
+
+#include "keys/keybutton.h"
+#include "keys/keymapping.h"
+#include "keys/keysdelegate.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <functional>
+#include <memory>
+
+class DistributedNotificationCenter;
+struct DistributedNotification;
+class KeyboardPicture;
+class PopUpButton;
+class QAction;
+class QFileDialog;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPushButton;
+class Sheet;
+
+class KeyboardKeysController : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The full path of the application at the chosen path, as its information says ("NSBundleResolvedPath");
+    /// empty when there is no application.
+    using ApplicationReader = std::function<QString(const QString &chosenPath)>;
+
+    explicit KeyboardKeysController(QObject *parent = nullptr);
+    ~KeyboardKeysController() override;
+
+    /// The content of the tab. Made with the controller; belongs to the window that takes it in, or to the controller.
+    [[nodiscard]] QWidget *view() const { return mView; }
+    /// To be called once, when the window is put together.
+    void awakeFromNib();
+
+    [[nodiscard]] QVariantMap deviceSettingsDict() const { return mDeviceSettingsDict; }
+    [[nodiscard]] QVariantMap defaultDict() const { return mDefaultDict; }
+    [[nodiscard]] QVariantMap keysCurrentProfileDict() const { return mKeysCurrentProfileDict; }
+    [[nodiscard]] QVariantList allProfilesArray() const { return mAllProfilesArray; }
+    [[nodiscard]] QVariantList allMacrosArray() const { return mAllMacrosArray; }
+    [[nodiscard]] QWidget *keysWindow() const { return mKeysWindow; }
+    [[nodiscard]] KeysDelegate *keysDelegate() const { return mKeysDelegate; }
+    void setMDeviceSettingsDict(const QVariantMap &settings) { mDeviceSettingsDict = settings; }
+    void setMDefaultDict(const QVariantMap &profile) { mDefaultDict = profile; }
+    void setMKeysCurrentProfileDict(const QVariantMap &profile) { mKeysCurrentProfileDict = profile; }
+    void setMAllProfilesArray(const QVariantList &profiles) { mAllProfilesArray = profiles; }
+    void setMAllMacrosArray(const QVariantList &macros) { mAllMacrosArray = macros; }
+    void setMKeysWindow(QWidget *window) { mKeysWindow = window; }
+    /// The delegate must outlive the controller, or be set to null before.
+    void setMKeysDelegate(KeysDelegate *delegate) { mKeysDelegate = delegate; }
+
+    [[nodiscard]] QString selectedKey() const { return mSelectedKey; } ///< code text
+    [[nodiscard]] KeyButton *currentButton() const { return mCurrentButton; }
+    [[nodiscard]] QString currentButtonValue() const { return mCurrentButtonValue; }
+    [[nodiscard]] KeyButton *previousButton() const { return mPreviousButton; }
+    [[nodiscard]] QString previousButtonValue() const { return mPreviousButtonValue; }
+    [[nodiscard]] QString keyName() const { return mKeyName; }
+    [[nodiscard]] bool gameMode() const { return mGameMode; }
+    [[nodiscard]] bool isFunctionKeySelected() const { return mIsFunctionKeySelected; }
+    [[nodiscard]] bool isFirstLaunch() const { return mIsFirstLaunch; }
+    [[nodiscard]] bool isCancelSingleKey() const { return mIsCancelSingleKey; }
+    [[nodiscard]] qint32 singleKeyHIDCode() const { return mSingleKeyHIDCode; }
+    [[nodiscard]] qint32 singleKeyModifierCode() const { return mSingleKeyModifierCode; }
+    [[nodiscard]] int selectedIndexOfMacroSubMenu() const { return mSelectedIndexOfMacroSubMenu; }
+    [[nodiscard]] QVariantMap devicePlist() const { return mDevicePlist; }
+    [[nodiscard]] QFileDialog *openPanel() const; ///< null until one was opened
+    [[nodiscard]] KeyboardPicture *picture() const { return mPicture; }
+
+    /// What reads the chosen application. By default its canonical path is taken.
+    void setApplicationReader(ApplicationReader reader) { mApplicationReader = std::move(reader); }
+
+    // What the main controller calls
+    void populateUIControls();
+    void updateUISettings();
+    void setControlsState(bool isEnabled);
+    void saveLastSelectedKey();
+    /// `mappingType`: 10 after a macro was deleted, 17 after a profile was.
+    void removeDeletedMacroProfileMappingsForMapping(int deletedIndex, int mappingType);
+
+    // Actions. `sender` is the button that was clicked; a key's action uses its own outlet, not the sender.
+#define KESTRA_KEY(outlet, action, code, functionKeyName) void action(QObject *sender);
+#define KESTRA_FIXED_KEY(outlet, action, disabledAtStart) void action(QObject *sender);
+#include "keys/keytable.inc"
+    void clickKeyboardButton(QObject *sender);
+    void clickAssignFunction(QObject *sender);
+    void clickMacroPlayback(QObject *sender);
+    void profileSubMenuSelector(QAction *sender);
+    void macroSubMenuSelector(QAction *sender);
+    void clickSingleKeyOK(QObject *sender);
+    void clickSingleKeyCancel(QObject *sender);
+    /// Hides and disables an item titled like the active profile, shows and enables every other. Returns whether it is
+    /// enabled.
+    bool validateMenuItem(QAction *item);
+
+    void updatePopUpSelection();
+    void setupPreviousKey();
+    void setupProfileSubMenu();
+    void setupMacroSubMenu();
+    void updateCurrentButton(int code);
+    [[nodiscard]] bool isKeyMapped(int code) const;
+    [[nodiscard]] int checkPopUpAssignmentIndexForValue(int command) const;
+    [[nodiscard]] int macroRepeat(int value) const;
+    void updateSelectedKeyCommandValueParamOneAndParamTwo(int command, int paramOne, int paramTwo);
+    void checkLastSelectedKey();
+    void checkKeyAssignment();
+    void resetKeys();
+    void checkForSelectedFunctionKey();
+    /// `position`: that of the selected key in the assignment pop-up.
+    void functionKeysInfoDisplay(int position);
+    void registerNotification();
+    void singleKeyEvents(const DistributedNotification &notification);
+    void gameModeSwitch(const DistributedNotification &notification);
+    void sheetDidEndReturnCodeContextInfo(Sheet *sheet, int returnCode, void *contextInfo);
+    /// `returnCode`: 1 OK, 0 cancelled; any other does nothing.
+    void openPanelDidEndReturnCodeContextInfo(QFileDialog *panel, int returnCode, void *contextInfo);
+
+private:
+    void buildView();
+    QWidget *buildHeader();
+    QWidget *buildKeyboard();
+    QWidget *buildAssignmentRow();
+    QWidget *buildNotice();
+    void buildSingleKeySheet();
+    void connectActions();
+
+    void selectKey(KeyButton *button, int code, bool isFunctionKey);
+    void showEntry(const KeyMappings::Entry &entry, int position);
+    void resetAssignmentTitles();
+    void setPlaybackVisible(bool isVisible);
+    void validateItems(const QMenu *menu);
+    void openApplicationPanel();
+    void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
+    void updateDescriptions();
+    [[nodiscard]] QMenu *makeSubmenu(const char *manageTextKey, const QVariantList &records, QLatin1StringView nameKey,
+                                     void (KeyboardKeysController::*selector)(QAction *));
+    [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
+    [[nodiscard]] int selectedCode() const;
+    [[nodiscard]] QString activeProfileName() const;
+    /// What `entry` does, for the pop-up's title; empty where it points to nothing.
+    [[nodiscard]] QString assignmentDetail(const KeyMappings::Entry &entry) const;
+    [[nodiscard]] QString assignmentDescription(const KeyMappings::Entry &entry) const;
+
+    QPointer<QWidget> mView;
+    KeyboardPicture *mPicture = nullptr;
+    QGroupBox *mKeysBox = nullptr;
+#define KESTRA_KEY(outlet, action, code, functionKeyName) KeyButton *outlet = nullptr;
+#define KESTRA_FIXED_KEY(outlet, action, disabledAtStart) KeyButton *outlet = nullptr;
+#include "keys/keytable.inc"
+    PopUpButton *mAssignFunction = nullptr;
+    QLabel *mAssignLabel = nullptr;
+    PopUpButton *mMacroPlaybackPopUp = nullptr;
+    QLabel *mPlaybackOptionLabel = nullptr;
+    QLabel *mFunctionKeysInfoLabel = nullptr;
+    QLabel *mFunctionKeysInfoImage = nullptr;
+    Sheet *mSingleKeyWindow = nullptr;
+    QLineEdit *mSingleKeyInput = nullptr;
+    QLabel *mSingleKeyInputLabel = nullptr;
+    QPushButton *mSingleKeyOK = nullptr;
+    QPushButton *mSingleKeyCancel = nullptr;
+    QLabel *mProfileNameLabel = nullptr;
+    QLabel *mCurrentProfileLabel = nullptr;
+    QLabel *mSelectedKeyLabel = nullptr;
+
+    QVariantMap mKeysCurrentProfileDict;
+    QVariantMap mDeviceSettingsDict;
+    QVariantMap mDefaultDict;
+    QVariantList mAllProfilesArray;
+    QVariantList mAllMacrosArray;
+    QVariantMap mDevicePlist;
+    QString mSelectedKey;
+    QPointer<QWidget> mKeysWindow;
+    DistributedNotificationCenter *mKeysNotificationCenter = nullptr;
+    QPointer<QFileDialog> mOpenPanel;
+    KeyButton *mCurrentButton = nullptr;
+    QString mCurrentButtonValue;
+    KeyButton *mPreviousButton = nullptr;
+    QString mPreviousButtonValue;
+    QString mKeyName;
+    KeysDelegate *mKeysDelegate = nullptr;
+    int mSelectedIndexOfMacroSubMenu = 0;
+    bool mIsCancelSingleKey = false;
+    qint32 mSingleKeyHIDCode = 0;
+    qint32 mSingleKeyModifierCode = 0;
+    bool mIsFirstLaunch = true;
+    bool mGameMode = false;
+    bool mIsFunctionKeySelected = false;
+    ApplicationReader mApplicationReader;
+};

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "keys/keyboardpicture.h"
+
+#include "keys/keybutton.h"
+#include "keys/keycap.h"
+#include "keys/keylayout.h"
+
+#include <QEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr qreal border = 0.3; // of the case around the keys, in key units
+constexpr QSizeF caseUnits(KeyGeometry::size.width() + 2 * border, KeyGeometry::size.height() + 2 * border);
+constexpr qreal preferredUnit = 44;
+constexpr qreal smallestUnit = 30;
+
+QSize sizeForUnit(qreal unit)
+{
+    return {static_cast<int>(std::ceil(caseUnits.width() * unit)), static_cast<int>(std::ceil(caseUnits.height() * unit))};
+}
+
+bool isSelectableOutlet(QLatin1StringView outlet)
+{
+    return std::ranges::none_of(KeyLayout::fixedKeys(), [&](const FixedKeyRow &row) { return row.outlet == outlet; });
+}
+
+// How far `to` is from `from` when going in the direction of `arrow`; infinite when it does not lie there. What lies
+// off the straight way counts double, so that the keys of one row or column come first.
+qreal distance(const QRectF &from, const QRectF &to, Qt::Key arrow)
+{
+    const bool isHorizontal = arrow == Qt::Key_Left || arrow == Qt::Key_Right;
+    const qreal sign = arrow == Qt::Key_Left || arrow == Qt::Key_Up ? -1 : 1;
+    const QPointF way = to.center() - from.center();
+    const qreal along = sign * (isHorizontal ? way.x() : way.y());
+    if (along < 0.3)
+        return std::numeric_limits<qreal>::infinity();
+    // Off the way only as far as the two keys do not lie side by side.
+    const qreal overlap = isHorizontal
+        ? std::min(from.bottom(), to.bottom()) - std::max(from.top(), to.top())
+        : std::min(from.right(), to.right()) - std::max(from.left(), to.left());
+    const qreal off = std::abs(isHorizontal ? way.y() : way.x());
+    if (isHorizontal && overlap <= 0)
+        return std::numeric_limits<qreal>::infinity();
+    return along + (overlap > 0.2 ? off * 0.1 : off * 2);
+}
+
+} // namespace
+
+KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
+{
+    for (const KeyShape &shape : KeyGeometry::shapes()) {
+        auto *button = new KeyButton(shape, isSelectableOutlet(shape.outlet), this);
+        connect(button, &KeyButton::arrowPressed, this, [this, button](Qt::Key arrow) { moveSelection(button, arrow); });
+        mButtons.append(button);
+        mButtonsByOutlet.insert(shape.outlet, button);
+        if (!mTabStop && button->isSelectable())
+            setTabStop(button);
+    }
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+}
+
+KeyButton *KeyboardPicture::button(QLatin1StringView outlet) const
+{
+    return mButtonsByOutlet.value(outlet);
+}
+
+KeyButton *KeyboardPicture::neighbour(const KeyButton *from, Qt::Key arrow) const
+{
+    KeyButton *nearest = nullptr;
+    qreal shortest = std::numeric_limits<qreal>::infinity();
+    for (KeyButton *candidate : mButtons) {
+        if (candidate == from || !candidate->isSelectable())
+            continue;
+        const qreal length = distance(from->shape().place, candidate->shape().place, arrow);
+        if (length < shortest) {
+            shortest = length;
+            nearest = candidate;
+        }
+    }
+    return nearest;
+}
+
+void KeyboardPicture::moveSelection(const KeyButton *from, Qt::Key arrow)
+{
+    KeyButton *next = neighbour(from, arrow);
+    if (!next)
+        return;
+    next->setFocus(Qt::OtherFocusReason);
+    next->click();
+}
+
+void KeyboardPicture::setTabStop(KeyButton *button)
+{
+    if (mTabStop)
+        mTabStop->setFocusPolicy(Qt::ClickFocus);
+    mTabStop = button;
+    if (mTabStop)
+        mTabStop->setFocusPolicy(Qt::StrongFocus);
+}
+
+QSize KeyboardPicture::sizeHint() const
+{
+    return sizeForUnit(preferredUnit);
+}
+
+QSize KeyboardPicture::minimumSizeHint() const
+{
+    return sizeForUnit(smallestUnit);
+}
+
+int KeyboardPicture::heightForWidth(int width) const
+{
+    return static_cast<int>(std::ceil(width * caseUnits.height() / caseUnits.width()));
+}
+
+void KeyboardPicture::layOut()
+{
+    mUnit = std::min(width() / caseUnits.width(), height() / caseUnits.height());
+    const QSizeF size = caseUnits * mUnit;
+    mCase = QRectF(QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size);
+    const QPointF origin = mCase.topLeft() + QPointF(border, border) * mUnit;
+    for (KeyButton *button : std::as_const(mButtons)) {
+        const QRectF place = button->shape().place;
+        // Edges are rounded, not sizes: keys that touch in the data touch on the screen.
+        const QPoint topLeft = (origin + place.topLeft() * mUnit).toPoint();
+        const QPoint bottomRight = (origin + place.bottomRight() * mUnit).toPoint();
+        button->setUnit(mUnit);
+        button->setGeometry(QRect(topLeft, bottomRight - QPoint(1, 1)));
+    }
+}
+
+void KeyboardPicture::resizeEvent(QResizeEvent *)
+{
+    layOut();
+}
+
+void KeyboardPicture::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange || event->type() == QEvent::PaletteChange)
+        update();
+    QWidget::changeEvent(event);
+}
+
+void KeyboardPicture::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    const bool isActive = std::ranges::any_of(mButtons, [](const KeyButton *button) { return button->isEnabled(); });
+    paintKeyboardCase(painter, mCase, mUnit, palette(), isActive);
+}

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// The keyboard as a picture: a case with one button per key, scaled as a whole. Main thread only.
+#pragma once
+
+#include "keys/keygeometry.h"
+
+#include <QHash>
+#include <QWidget>
+
+class KeyButton;
+
+/// Keeps the ratio of the keyboard and centres it in the space it gets. The keys are one stop in the tab order (the
+/// selected key, or the first); from there the arrow keys select the next key in their direction.
+class KeyboardPicture : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit KeyboardPicture(QWidget *parent = nullptr);
+
+    /// The button named `outlet`; never null for a name of the key table.
+    [[nodiscard]] KeyButton *button(QLatin1StringView outlet) const;
+    [[nodiscard]] const QList<KeyButton *> &buttons() const { return mButtons; }
+
+    /// The selectable key to go to from `from`: the nearest one in the direction of `arrow`; null when there is none.
+    [[nodiscard]] KeyButton *neighbour(const KeyButton *from, Qt::Key arrow) const;
+
+    /// Makes `button` the one stop in the tab order.
+    void setTabStop(KeyButton *button);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void layOut();
+    void moveSelection(const KeyButton *from, Qt::Key arrow);
+
+    QList<KeyButton *> mButtons;
+    QHash<QLatin1StringView, KeyButton *> mButtonsByOutlet;
+    KeyButton *mTabStop = nullptr;
+    qreal mUnit = 0;
+    QRectF mCase;
+};

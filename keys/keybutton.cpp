@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "keys/keybutton.h"
+
+#include "keys/keycap.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QPainter>
+
+KeyButton::KeyButton(const KeyShape &shape, bool isSelectable, QWidget *parent)
+    : QAbstractButton(parent), mShape(shape), mIsSelectable(isSelectable)
+{
+    setObjectName(shape.outlet);
+    setCheckable(isSelectable); // lets assistive technology tell the selected key
+    setFocusPolicy(isSelectable ? Qt::ClickFocus : Qt::NoFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void KeyButton::setButtonType(Type type)
+{
+    mType = type;
+    if (type == Type::momentaryPushIn)
+        mState = 0;
+    setChecked(isShownSelected());
+    update();
+}
+
+void KeyButton::setNextState()
+{
+    mState = mType == Type::onOff ? 1 - mState : 0;
+    update();
+}
+
+void KeyButton::highlight(bool isOn)
+{
+    mIsHighlighted = isOn;
+    update();
+}
+
+void KeyButton::setMark(KeyMark mark)
+{
+    mMark = mark;
+    update();
+}
+
+void KeyButton::setUnit(qreal pixels)
+{
+    mUnit = pixels;
+    update();
+}
+
+QSize KeyButton::sizeHint() const
+{
+    return (mShape.place.size() * mUnit).toSize();
+}
+
+bool KeyButton::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::EnabledChange:
+    case QEvent::PaletteChange:
+        update();
+        break;
+    default:
+        break;
+    }
+    return QAbstractButton::event(event);
+}
+
+void KeyButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    paintKeycap(painter, rect(), mUnit,
+                {.look = mShape.look,
+                 .legend = mShape.legend,
+                 .upperLegend = mShape.upperLegend,
+                 .mark = mMark,
+                 .isSelectable = mIsSelectable,
+                 .isEnabled = isEnabled(),
+                 .isHighlighted = mIsHighlighted,
+                 .isSelected = isShownSelected(),
+                 .isDown = isDown(),
+                 .isHovered = underMouse(),
+                 .hasFocus = hasFocus()},
+                palette());
+}
+
+void KeyButton::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        Q_EMIT arrowPressed(static_cast<Qt::Key>(event->key()));
+        return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        click();
+        return;
+    default:
+        QAbstractButton::keyPressEvent(event);
+    }
+}

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// One key of the keyboard picture: a button that is painted as a keycap. Main thread only.
+#pragma once
+
+#include "keys/keygeometry.h"
+#include "keys/keymark.h"
+
+#include <QAbstractButton>
+
+/// The button of the selected key has the on/off type, every other the momentary push-in type. A click changes
+/// neither type nor state: the controller does, so that a click on a key that cannot be selected shows nothing.
+class KeyButton : public QAbstractButton
+{
+    Q_OBJECT
+
+public:
+    enum class Type { onOff = 6, momentaryPushIn = 7 };
+
+    /// `shape` must outlive the button.
+    KeyButton(const KeyShape &shape, bool isSelectable, QWidget *parent = nullptr);
+
+    [[nodiscard]] const KeyShape &shape() const { return mShape; }
+    [[nodiscard]] bool isSelectable() const { return mIsSelectable; }
+    [[nodiscard]] Type buttonType() const { return mType; }
+    [[nodiscard]] int state() const { return mState; } ///< 1 on, 0 off
+    [[nodiscard]] bool isHighlighted() const { return mIsHighlighted; }
+    [[nodiscard]] KeyMark mark() const { return mMark; }
+    /// Whether it is painted as the selected key. Goes with the on/off type, so that the key restored at the start,
+    /// which was never pressed, shows too.
+    [[nodiscard]] bool isShownSelected() const { return mType == Type::onOff; }
+
+    /// A momentary button has no lasting state: it goes off.
+    void setButtonType(Type type);
+    /// Turns an on/off button on or off; a momentary one stays off.
+    void setNextState();
+    /// Shows the key as mapped, or not.
+    void highlight(bool isOn);
+    void setMark(KeyMark mark);
+    /// Length of one key unit in pixels.
+    void setUnit(qreal pixels);
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    void arrowPressed(Qt::Key arrow);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void nextCheckState() override {} // a click alone selects nothing
+    bool event(QEvent *event) override;
+
+private:
+    const KeyShape &mShape;
+    bool mIsSelectable;
+    Type mType = Type::momentaryPushIn;
+    int mState = 0;
+    bool mIsHighlighted = false;
+    KeyMark mMark = KeyMark::none;
+    qreal mUnit = 44;
+};

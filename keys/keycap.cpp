@@ -1,0 +1,291 @@
+// SPDX-License-Identifier: MIT
+#include "keys/keycap.h"
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Lengths in key units.
+constexpr qreal gap = 0.045;          // free space around a keycap
+constexpr qreal baseRadius = 0.13;
+constexpr qreal faceRadius = 0.11;
+constexpr qreal sideSlope = 0.075;    // from the foot of the cap to its face
+constexpr qreal topSlope = 0.035;
+constexpr qreal bottomSlope = 0.135;
+constexpr qreal legendInset = 0.09;
+constexpr qreal markSize = 0.33;
+constexpr qreal ringWidth = 0.075;
+constexpr qreal minimumMarkPixels = 10;
+constexpr qreal minimumRingPixels = 2.5;
+
+struct Colors
+{
+    QColor faceTop;
+    QColor faceBottom;
+    QColor foot;
+    QColor edge;
+    QColor legend;
+    QColor accent;
+};
+
+QColor mixed(const QColor &a, const QColor &b, qreal shareOfB)
+{
+    const auto mix = [shareOfB](int from, int to) { return static_cast<int>(from + (to - from) * shareOfB); };
+    return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
+}
+
+bool isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::Active, QPalette::Window).lightness() < 128;
+}
+
+Colors plainColors(bool dark, bool isExtra)
+{
+    if (dark && isExtra)
+        return {0x515d70, 0x424d5e, 0x1b1f26, 0x6b7890, 0xf4f7fb, {}};
+    if (dark)
+        return {0x42464e, 0x363a41, 0x15171a, 0x595e68, 0xeef0f3, {}};
+    if (isExtra)
+        return {0x5a6576, 0x4a5465, 0x2b323d, 0x7a8699, 0xffffff, {}};
+    return {0xffffff, 0xf1f2f5, 0xb4b9c3, 0xffffff, 0x23272e, {}};
+}
+
+Colors colorsFor(const KeycapState &state, const QPalette &palette)
+{
+    const bool dark = isDark(palette);
+    Colors colors = plainColors(dark, state.look == KeyLook::extra);
+    colors.accent = palette.color(QPalette::Active, QPalette::Highlight);
+    if (state.mark == KeyMark::disabled) {
+        // A key that does nothing: its legend recedes, the mark says why.
+        colors.legend = mixed(colors.legend, colors.faceBottom, 0.55);
+    } else if (state.isHighlighted || state.mark != KeyMark::none) {
+        const qreal share = dark ? 0.42 : 0.3;
+        colors.faceTop = mixed(colors.faceTop, colors.accent, share);
+        colors.faceBottom = mixed(colors.faceBottom, colors.accent, share);
+        colors.foot = mixed(colors.foot, colors.accent, 0.45);
+    }
+    if (state.isHovered || state.isSelected) {
+        const QColor light = dark ? QColor(0x9aa3b2) : QColor(0xffffff);
+        colors.faceTop = mixed(colors.faceTop, light, 0.16);
+        colors.faceBottom = mixed(colors.faceBottom, light, 0.16);
+    }
+    if (!state.isEnabled) {
+        const QColor away = dark ? QColor(0x26282c) : QColor(0xdfe1e5);
+        colors.faceTop = colors.faceBottom = mixed(colors.faceTop, away, 0.85);
+        colors.foot = mixed(colors.foot, away, 0.7);
+        colors.edge = colors.faceTop;
+        colors.legend = mixed(dark ? QColor(0x9a9da3) : QColor(0x6f747d), away, 0.35);
+        colors.accent = colors.legend;
+    }
+    return colors;
+}
+
+QString legendText(QLatin1StringView legend)
+{
+    return QString(legend);
+}
+
+// Sets a font of `pixels` height, smaller where `text` would not fit into `width`.
+void setFittingFont(QPainter &painter, const QString &text, qreal pixels, qreal width, QFont::Weight weight)
+{
+    QFont font = QGuiApplication::font();
+    font.setWeight(weight);
+    // Whole pixels only: hinting differs between neighbouring fractional sizes, and legends should look alike.
+    int size = std::max(6, qRound(pixels));
+    font.setPixelSize(size);
+    while (size > 6 && QFontMetricsF(font).horizontalAdvance(text) > width)
+        font.setPixelSize(--size);
+    painter.setFont(font);
+}
+
+void paintWords(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state)
+{
+    const QString first = legendText(state.legend);
+    const QString second = legendText(state.upperLegend);
+    const QString longest = first.size() >= second.size() ? first : second;
+    setFittingFont(painter, longest, unit * 0.215, place.width(), QFont::Medium);
+    const QString text = second.isEmpty() ? first : first + u'\n' + second;
+    painter.drawText(place, Qt::AlignLeft | Qt::AlignTop, text);
+}
+
+void paintCharacters(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state)
+{
+    const QString legend = legendText(state.legend);
+    if (state.upperLegend.isEmpty()) {
+        setFittingFont(painter, legend, unit * 0.33, place.width(), QFont::Medium);
+        painter.drawText(place.adjusted(0, -unit * 0.02, 0, 0), Qt::AlignLeft | Qt::AlignTop, legend);
+        return;
+    }
+    setFittingFont(painter, legend, unit * 0.27, place.width(), QFont::Medium);
+    const qreal half = place.height() / 2;
+    painter.drawText(place.adjusted(0, -unit * 0.03, 0, -half), Qt::AlignLeft | Qt::AlignVCenter,
+                     legendText(state.upperLegend));
+    painter.drawText(place.adjusted(0, half, 0, unit * 0.01), Qt::AlignLeft | Qt::AlignVCenter, legend);
+}
+
+void paintArrow(QPainter &painter, const QRectF &place, qreal unit, KeyLook look, const QColor &color)
+{
+    qreal angle = 0; // the path points up
+    if (look == KeyLook::arrowRight)
+        angle = 90;
+    else if (look == KeyLook::arrowDown)
+        angle = 180;
+    else if (look == KeyLook::arrowLeft)
+        angle = 270;
+    const qreal size = unit * 0.14;
+    painter.save();
+    painter.translate(place.left() + size * 1.15, place.top() + size * 1.25);
+    painter.rotate(angle);
+    QPainterPath path(QPointF(0, size));
+    path.lineTo(0, -size);
+    path.moveTo(-size * 0.72, -size * 0.25);
+    path.lineTo(0, -size);
+    path.lineTo(size * 0.72, -size * 0.25);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, std::max(1.2, unit * 0.038), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPath(path);
+    painter.restore();
+}
+
+void paintEject(QPainter &painter, const QRectF &place, qreal unit, const QColor &color)
+{
+    const qreal size = unit * 0.13;
+    const QPointF center(place.left() + size * 1.2, place.top() + size * 1.15);
+    QPainterPath path(center + QPointF(-size, size * 0.3));
+    path.lineTo(center + QPointF(0, -size * 0.8));
+    path.lineTo(center + QPointF(size, size * 0.3));
+    path.closeSubpath();
+    path.addRect(QRectF(center.x() - size, center.y() + size * 0.6, size * 2, size * 0.42));
+    painter.fillPath(path, color);
+}
+
+void paintLegend(QPainter &painter, const QRectF &face, qreal unit, const KeycapState &state, const QColor &color)
+{
+    const qreal inset = unit * legendInset;
+    const QRectF place = face.adjusted(inset, inset * 0.7, -inset * 0.6, -inset * 0.6);
+    painter.setPen(color);
+    switch (state.look) {
+    case KeyLook::letter:
+        paintCharacters(painter, place, unit, state);
+        break;
+    case KeyLook::word:
+        paintWords(painter, place, unit, state);
+        break;
+    case KeyLook::function:
+    case KeyLook::extra:
+        setFittingFont(painter, legendText(state.legend), unit * 0.25, place.width(), QFont::DemiBold);
+        painter.drawText(place, Qt::AlignLeft | Qt::AlignTop, legendText(state.legend));
+        break;
+    case KeyLook::blank:
+        break;
+    case KeyLook::eject:
+        paintEject(painter, place, unit, color);
+        break;
+    default:
+        paintArrow(painter, place, unit, state.look, color);
+    }
+}
+
+// A key without a place among the assignments: no cap to press, only a dashed outline.
+void paintFixedKey(QPainter &painter, const QRectF &foot, qreal unit, const KeycapState &state, const QPalette &palette)
+{
+    const bool dark = isDark(palette);
+    const QColor caseColor = dark ? QColor(0x24262b) : QColor(0xcfd3d9);
+    QColor line = dark ? QColor(0x7f858f) : QColor(0x7c828d);
+    if (!state.isEnabled)
+        line = mixed(line, caseColor, 0.4);
+    const QRectF outline = foot.adjusted(1, 1, -1, -1);
+    painter.setBrush(mixed(caseColor, line, 0.08));
+    painter.setPen(QPen(line, std::max(1.0, unit * 0.025), Qt::DashLine));
+    painter.drawRoundedRect(outline, unit * baseRadius, unit * baseRadius);
+    const QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
+    paintLegend(painter, face, unit, state, dark ? line.lighter(115) : line.darker(115));
+}
+
+void paintRing(QPainter &painter, const QRectF &place, qreal unit, const QColor &color)
+{
+    const qreal width = std::max(minimumRingPixels, unit * ringWidth);
+    const QRectF ring = place.adjusted(width / 2, width / 2, -width / 2, -width / 2);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, width));
+    painter.drawRoundedRect(ring, unit * (baseRadius + gap * 0.6), unit * (baseRadius + gap * 0.6));
+}
+
+} // namespace
+
+void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state, const QPalette &palette)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF foot = place.adjusted(gap * unit, gap * unit, -gap * unit, -gap * unit);
+    if (!state.isSelectable) {
+        paintFixedKey(painter, foot, unit, state, palette);
+        painter.restore();
+        return;
+    }
+    const Colors colors = colorsFor(state, palette);
+    const bool isRaised = state.isSelected && state.isEnabled;
+
+    if (state.isEnabled) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(0, 0, 0, isDark(palette) ? 110 : 45));
+        painter.drawRoundedRect(foot.translated(0, unit * 0.03), unit * baseRadius, unit * baseRadius);
+    }
+    QLinearGradient footShade(foot.topLeft(), foot.bottomLeft());
+    footShade.setColorAt(0, mixed(colors.foot, colors.faceTop, 0.35));
+    footShade.setColorAt(1, colors.foot);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(footShade);
+    painter.drawRoundedRect(foot, unit * baseRadius, unit * baseRadius);
+
+    QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
+    if (state.isDown)
+        face.translate(0, unit * 0.05);
+    QLinearGradient faceShade(face.topLeft(), face.bottomLeft());
+    faceShade.setColorAt(0, colors.faceBottom);
+    faceShade.setColorAt(1, colors.faceTop);
+    painter.setBrush(faceShade);
+    painter.setPen(QPen(colors.edge, std::max(0.75, unit * 0.015)));
+    painter.drawRoundedRect(face, unit * faceRadius, unit * faceRadius);
+
+    paintLegend(painter, face, unit, state, colors.legend);
+    const qreal size = std::max(minimumMarkPixels, unit * markSize);
+    const QRectF mark(face.right() - size - unit * 0.035, face.bottom() - size - unit * 0.035, size, size);
+    paintKeyMark(painter, mark, state.mark, palette, state.isEnabled);
+    if (isRaised)
+        paintRing(painter, place, unit, colors.accent);
+    if (state.hasFocus && state.isEnabled) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(colors.legend, 1, Qt::DotLine));
+        painter.drawRoundedRect(face.adjusted(1.5, 1.5, -1.5, -1.5), unit * faceRadius, unit * faceRadius);
+    }
+    painter.restore();
+}
+
+void paintKeyboardCase(QPainter &painter, const QRectF &place, qreal unit, const QPalette &palette, bool isEnabled)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool dark = isDark(palette);
+    QLinearGradient shade(place.topLeft(), place.bottomLeft());
+    if (isEnabled) {
+        shade.setColorAt(0, dark ? QColor(0x2a2d32) : QColor(0xdadde2));
+        shade.setColorAt(1, dark ? QColor(0x1e2024) : QColor(0xc4c8d0));
+    } else {
+        shade.setColorAt(0, dark ? QColor(0x2b2d30) : QColor(0xe6e8eb));
+        shade.setColorAt(1, dark ? QColor(0x2b2d30) : QColor(0xe6e8eb));
+    }
+    painter.setBrush(shade);
+    painter.setPen(QPen(dark ? QColor(0x0e0f11) : QColor(0xa7adb7), 1));
+    painter.drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), unit * 0.3, unit * 0.3);
+    painter.restore();
+}

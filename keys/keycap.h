@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// How a keycap looks: one painting routine for the keyboard picture and for the explanation under it. Main thread.
+#pragma once
+
+#include "keys/keygeometry.h"
+#include "keys/keymark.h"
+
+class QColor;
+class QPainter;
+class QPalette;
+class QString;
+
+/// What there is to show of one key.
+struct KeycapState
+{
+    KeyLook look = KeyLook::blank;
+    QLatin1StringView legend;
+    QLatin1StringView upperLegend;
+    KeyMark mark = KeyMark::none;
+    bool isSelectable = true;
+    bool isEnabled = true;
+    bool isHighlighted = false; ///< shown as mapped
+    bool isSelected = false;
+    bool isDown = false;
+    bool isHovered = false;
+    bool hasFocus = false;
+};
+
+/// Paints the keycap into `place`; `unit` is the length of one key unit in the same measure.
+void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state, const QPalette &palette);
+
+/// Paints the keyboard's case behind the keys.
+void paintKeyboardCase(QPainter &painter, const QRectF &place, qreal unit, const QPalette &palette, bool isEnabled);

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// Where each of the 124 keys stands in the keyboard picture and what is printed on it. Constant data, any thread.
+#pragma once
+
+#include <QLatin1StringView>
+#include <QRectF>
+#include <QSizeF>
+
+#include <span>
+
+/// How a keycap is labelled.
+enum class KeyLook {
+    letter,   ///< one or two large characters
+    word,     ///< one or two small words
+    function, ///< a function key's name
+    extra,    ///< the accented M and T keys
+    blank,    ///< nothing
+    arrowUp,
+    arrowDown,
+    arrowLeft,
+    arrowRight,
+    eject,
+};
+
+struct KeyShape
+{
+    QLatin1StringView outlet;
+    QRectF place;                  ///< in key units: 1 is the pitch of the letter keys; origin top left
+    QLatin1StringView legend;      ///< empty for blank keys and pictures
+    QLatin1StringView upperLegend; ///< the character with Shift, above the legend; or a second word, below it
+    KeyLook look;
+};
+
+namespace KeyGeometry {
+
+/// All keys, row by row from the top, those of one row from the left within their block.
+[[nodiscard]] std::span<const KeyShape> shapes();
+
+/// The shape of the button `outlet`; null when there is none of that name.
+[[nodiscard]] const KeyShape *shapeForOutlet(QLatin1StringView outlet);
+
+/// Size of the whole picture in key units.
+inline constexpr QSizeF size{23.85, 7.25};
+
+} // namespace KeyGeometry

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "keys/keymapping.h"
+
+#include "app/util/settingskeys.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+
+namespace {
+
+using KeyMappings::Assignment;
+
+constexpr qint32 lowest = std::numeric_limits<qint32>::min();
+constexpr qint32 highest = std::numeric_limits<qint32>::max();
+
+struct PositionRow
+{
+    Assignment assignment;
+    int position;
+};
+
+constexpr PositionRow positionRows[] = {
+    {Assignment::playMacro, KeyMappings::macroPosition},
+    {Assignment::singleKey, KeyMappings::singleKeyPosition},
+    {Assignment::switchProfile, KeyMappings::profilePosition},
+    {Assignment::disabled, KeyMappings::disablePosition},
+    {Assignment::launchProgram, KeyMappings::launchProgramPosition},
+};
+
+// Counts are stored as themselves; the two open-ended modes take the top byte values.
+constexpr KeyMappings::RepeatMode repeatModeRows[] = {
+    {KeyMappings::playOnceValue, "lkeyPlayMacroOnce"},
+    {KeyMappings::repeatUntilReleasedValue, "lkeyRepeatUntilReleased"},
+    {KeyMappings::repeatUntilPressedAgainValue, "lkeyRepeatUntilPressedAgain"},
+    {2, "lkeyRepeat2Times"},
+    {3, "lkeyRepeat3Times"},
+    {4, "lkeyRepeat4Times"},
+    {5, "lkeyRepeat5Times"},
+    {6, "lkeyRepeat6Times"},
+    {7, "lkeyRepeat7Times"},
+    {8, "lkeyRepeat8Times"},
+    {9, "lkeyRepeat9Times"},
+    {10, "lkeyRepeat10Times"},
+};
+
+qint32 leadingInteger(QStringView text)
+{
+    text = text.trimmed();
+    const bool isNegative = text.startsWith(u'-');
+    if (isNegative || text.startsWith(u'+'))
+        text = text.sliced(1);
+    qint64 value = 0;
+    for (const QChar character : text) {
+        if (character < u'0' || character > u'9')
+            break;
+        value = std::min<qint64>(value * 10 + (character.unicode() - u'0'), qint64(highest) + 1);
+    }
+    return static_cast<qint32>(std::clamp<qint64>(isNegative ? -value : value, lowest, highest));
+}
+
+} // namespace
+
+qint32 KeyMappings::integerValue(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+        return value.toBool() ? 1 : 0;
+    case QMetaType::Int:
+        return value.toInt();
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+        return static_cast<qint32>(std::clamp<qint64>(value.toLongLong(), lowest, highest));
+    case QMetaType::ULongLong:
+        return static_cast<qint32>(std::min<quint64>(value.toULongLong(), quint64(highest)));
+    case QMetaType::Float:
+    case QMetaType::Double: {
+        const double number = value.toDouble();
+        return std::isnan(number) ? 0 : static_cast<qint32>(std::clamp<double>(number, lowest, highest));
+    }
+    case QMetaType::QString:
+        return leadingInteger(value.toString());
+    default:
+        return 0;
+    }
+}
+
+bool KeyMappings::isKeyMapped(qint32 command)
+{
+    return command > 0 && command != static_cast<qint32>(Assignment::defaultKey);
+}
+
+bool KeyMappings::Entry::isMapped() const
+{
+    return isKeyMapped(command);
+}
+
+KeyMappings::Entry KeyMappings::readEntry(const QVariant &value)
+{
+    const QVariantMap dictionary = value.toMap();
+    const QVariant param1 = dictionary.value(SettingsKeys::param1);
+    return {.command = integerValue(dictionary.value(SettingsKeys::command)),
+            .param1 = integerValue(param1),
+            .param2 = integerValue(dictionary.value(SettingsKeys::param2)),
+            .programPath = param1.typeId() == QMetaType::QString ? param1.toString() : QString()};
+}
+
+KeyMappings::Entry KeyMappings::entryForKey(const QVariantMap &profile, int code)
+{
+    return readEntry(profile.value(SettingsKeys::keys).toMap().value(QString::number(code)));
+}
+
+int KeyMappings::checkPopUpAssignmentIndexForValue(qint32 command)
+{
+    const auto row = std::ranges::find(positionRows, static_cast<Assignment>(command), &PositionRow::assignment);
+    return row == std::end(positionRows) ? defaultKeyPosition : row->position;
+}
+
+std::span<const KeyMappings::RepeatMode> KeyMappings::repeatModes()
+{
+    return repeatModeRows;
+}
+
+int KeyMappings::macroRepeat(qint32 value)
+{
+    const auto row = std::ranges::find(repeatModeRows, value, &RepeatMode::value);
+    return row == std::end(repeatModeRows) ? 0 : static_cast<int>(row - std::begin(repeatModeRows));
+}
+
+qint32 KeyMappings::macroRepeatValue(int position)
+{
+    const bool isInside = position >= 0 && position < static_cast<int>(std::size(repeatModeRows));
+    return isInside ? repeatModeRows[position].value : playOnceValue;
+}
+
+QVariantMap KeyMappings::withEntry(QVariantMap keys, const QString &codeText, Assignment assignment,
+                                   const QVariant &param1, const QVariant &param2)
+{
+    QVariantMap entry = keys.value(codeText).toMap();
+    entry.insert(SettingsKeys::command, static_cast<qint32>(assignment));
+    entry.insert(SettingsKeys::param1, param1);
+    entry.insert(SettingsKeys::param2, param2);
+    keys.insert(codeText, entry);
+    return keys;
+}

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// The key mapping entry: what one key does, as stored per key-code text in the "Keys" dictionary of a profile record.
+// Rules without state; any thread may call them. Dictionaries are taken by value and returned changed.
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+#include <span>
+
+namespace KeyMappings {
+
+/// The assignments ("command" values) that the program knows.
+enum class Assignment : qint32 {
+    playMacro = 10,     ///< param1 index into "Macros", param2 repeat value
+    singleKey = 16,     ///< param1 HID usage ID, param2 modifier byte
+    switchProfile = 17, ///< param1 index into "Profiles", param2 0
+    disabled = 20,      ///< param1 and param2 0
+    defaultKey = 45,    ///< param1 that of the default profile's entry, param2 0
+    launchProgram = 46, ///< param1 path of the application bundle (a string), param2 ""
+};
+
+/// One entry as read from a dictionary.
+struct Entry
+{
+    qint32 command = 0; ///< 0 when the entry or its "command" is absent
+    qint32 param1 = 0;  ///< 0 when absent or not a number
+    qint32 param2 = 0;
+    QString programPath; ///< "param1" when it is a string, else empty
+
+    [[nodiscard]] bool is(Assignment assignment) const { return command == static_cast<qint32>(assignment); }
+    [[nodiscard]] bool isMapped() const;
+};
+
+/// A number as a 32-bit integer (fractions dropped, out of range held at the nearest end), a string as the decimal
+/// number it begins with. Anything else, and nothing, is 0.
+[[nodiscard]] qint32 integerValue(const QVariant &value);
+
+/// Reads an entry; a value that is no dictionary reads as an absent entry.
+[[nodiscard]] Entry readEntry(const QVariant &value);
+
+/// The entry of the key `code` in the "Keys" of the profile record `profile`.
+[[nodiscard]] Entry entryForKey(const QVariantMap &profile, int code);
+
+/// Whether a key with this "command" is shown as mapped: greater than 0 and not the default key. Values that the
+/// program does not know count as mapped.
+[[nodiscard]] bool isKeyMapped(qint32 command);
+
+/// Position of a "command" in the assignment pop-up, 0 to 5; 0 for values without a position.
+[[nodiscard]] int checkPopUpAssignmentIndexForValue(qint32 command);
+
+/// Positions of the assignment pop-up.
+enum AssignmentPosition : int {
+    defaultKeyPosition = 0,
+    singleKeyPosition = 1,
+    macroPosition = 2,
+    profilePosition = 3,
+    launchProgramPosition = 4,
+    disablePosition = 5,
+};
+
+/// How often a macro plays; the rows stand in the order of the playback pop-up.
+struct RepeatMode
+{
+    qint32 value;         ///< stored as "param2"
+    const char *labelKey; ///< key of its text
+};
+
+inline constexpr qint32 playOnceValue = 1;
+inline constexpr qint32 repeatUntilPressedAgainValue = 254;
+inline constexpr qint32 repeatUntilReleasedValue = 255;
+
+[[nodiscard]] std::span<const RepeatMode> repeatModes();
+
+/// Position of a stored repeat value in the playback pop-up; values that are no repeat mode show as 0, play once.
+[[nodiscard]] int macroRepeat(qint32 value);
+
+/// The value to store for a position of the playback pop-up; 1 for positions outside 1 to 11.
+[[nodiscard]] qint32 macroRepeatValue(int position);
+
+/// `keys` (a "Keys" dictionary) with the three values set in the entry under `codeText`. Further values that the entry
+/// carries stay; the other entries stay.
+[[nodiscard]] QVariantMap withEntry(QVariantMap keys, const QString &codeText, Assignment assignment,
+                                    const QVariant &param1, const QVariant &param2);
+
+} // namespace KeyMappings

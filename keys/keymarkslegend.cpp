@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "keys/keymarkslegend.h"
+
+#include "app/util/text.h"
+#include "keys/keycap.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+
+namespace {
+
+enum class Sample { selectedKey, mark, fixedKey };
+
+struct LegendRow
+{
+    const char *textKey;
+    Sample sample;
+    KeyMark mark;
+};
+
+constexpr LegendRow legendRows[] = {
+    {"lkeyKeysLegendSelected", Sample::selectedKey, KeyMark::none},
+    {"lkeySingleKey", Sample::mark, KeyMark::singleKey},
+    {"lkeyMacro", Sample::mark, KeyMark::macro},
+    {"lkeyProfile", Sample::mark, KeyMark::profile},
+    {"lkeyLaunchProgram", Sample::mark, KeyMark::launchProgram},
+    {"lkeyKeysLegendDisabled", Sample::mark, KeyMark::disabled},
+    {"lkeyKeysNoAssignment", Sample::fixedKey, KeyMark::none},
+};
+
+constexpr int sampleSize = 20;
+constexpr int markSize = 15;
+
+class SampleWidget : public QWidget
+{
+public:
+    explicit SampleWidget(const LegendRow &row) : mRow(row)
+    {
+        const int size = row.sample == Sample::mark ? markSize : sampleSize;
+        setFixedSize(size, size);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        if (mRow.sample == Sample::mark) {
+            paintKeyMark(painter, QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), mRow.mark, palette(), true);
+            return;
+        }
+        KeycapState state;
+        state.isSelectable = mRow.sample != Sample::fixedKey;
+        state.isSelected = mRow.sample == Sample::selectedKey;
+        paintKeycap(painter, rect(), sampleSize, state, palette());
+    }
+
+private:
+    const LegendRow &mRow;
+};
+
+} // namespace
+
+KeyMarksLegend::KeyMarksLegend(QWidget *parent) : QWidget(parent)
+{
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(6);
+    layout->addStretch(1);
+    for (const LegendRow &row : legendRows) {
+        layout->addWidget(new SampleWidget(row));
+        layout->addWidget(new QLabel(localizedText(row.textKey)));
+        layout->addSpacing(14);
+    }
+    layout->addStretch(1);
+}

@@ -1,0 +1,315 @@
+// SPDX-License-Identifier: MIT
+// The part of KeyboardKeysController that shows and changes what the selected key does: pop-ups, sub-menus, open panel.
+#include "keys/keyboardkeyscontroller.h"
+
+#include "app/util/settingskeys.h"
+#include "app/util/text.h"
+#include "keys/keyboardpicture.h"
+#include "keys/keylayout.h"
+#include "keys/keynames.h"
+#include "macros/eventparser.h"
+#include "platform/popupbutton.h"
+#include "platform/sheet.h"
+
+#include <QAction>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+using KeyMappings::Assignment;
+
+namespace {
+
+constexpr int manageTag = 0;       // the first item of a sub-menu; the records follow with tags from 1
+constexpr int profilesTabIndex = 1;
+constexpr int macrosTabIndex = 2;
+constexpr int panelOK = 1;
+constexpr int panelCancel = 0;
+
+// The labels of the assignment pop-up's items; the position is also the meaning.
+constexpr const char *assignmentLabelKeys[] = {
+    "lkeyDefaultKey", "lkeySingleKey", "lkeyMacro", "lkeyProfile", "lkeyLaunchProgram", "lkeyDisable",
+};
+
+QString titleWithDetail(const char *labelKey, const QString &detail)
+{
+    return formatted(u"%@: %@"_s, {localizedText(labelKey), detail});
+}
+
+// "/Applications/Text Editor.app/" is "Text Editor".
+QString applicationTitle(QString path)
+{
+    while (path.size() > 1 && path.endsWith(u'/'))
+        path.chop(1);
+    const QFileInfo info(path);
+    const QString title = info.completeBaseName();
+    return title.isEmpty() ? info.fileName() : title;
+}
+
+QString nameOfRecord(const QVariantList &records, qint32 index, QLatin1StringView nameKey)
+{
+    return records.value(index).toMap().value(nameKey).toString();
+}
+
+} // namespace
+
+void KeyboardKeysController::populateUIControls()
+{
+    mAssignFunction->removeAllItems();
+    for (const char *labelKey : assignmentLabelKeys)
+        mAssignFunction->addItemWithTitle(localizedText(labelKey));
+    mMacroPlaybackPopUp->removeAllItems();
+    for (const KeyMappings::RepeatMode &mode : KeyMappings::repeatModes())
+        mMacroPlaybackPopUp->addItemWithTitle(localizedText(mode.labelKey));
+}
+
+int KeyboardKeysController::checkPopUpAssignmentIndexForValue(int command) const
+{
+    return KeyMappings::checkPopUpAssignmentIndexForValue(command);
+}
+
+int KeyboardKeysController::macroRepeat(int value) const
+{
+    return KeyMappings::macroRepeat(value);
+}
+
+void KeyboardKeysController::updatePopUpSelection()
+{
+    const KeyMappings::Entry entry = entryForKey(selectedCode());
+    const int position = checkPopUpAssignmentIndexForValue(entry.command);
+    resetAssignmentTitles();
+    if (position != KeyMappings::macroPosition)
+        setPlaybackVisible(false);
+    checkForSelectedFunctionKey();
+    functionKeysInfoDisplay(position);
+    showEntry(entry, position);
+    mAssignFunction->selectItemAtIndex(position);
+    mSelectedKeyLabel->setText(::keyName(selectedCode()));
+}
+
+void KeyboardKeysController::resetAssignmentTitles()
+{
+    for (int position = KeyMappings::singleKeyPosition; position <= KeyMappings::launchProgramPosition; ++position)
+        mAssignFunction->setItemTitleAtIndex(position, localizedText(assignmentLabelKeys[position]));
+}
+
+void KeyboardKeysController::showEntry(const KeyMappings::Entry &entry, int position)
+{
+    if (position == KeyMappings::macroPosition) {
+        mMacroPlaybackPopUp->selectItemAtIndex(macroRepeat(entry.param2));
+        setPlaybackVisible(true);
+    }
+    if (const QString detail = assignmentDetail(entry); !detail.isNull())
+        mAssignFunction->setItemTitleAtIndex(position, titleWithDetail(assignmentLabelKeys[position], detail));
+}
+
+QString KeyboardKeysController::assignmentDetail(const KeyMappings::Entry &entry) const
+{
+    switch (static_cast<Assignment>(entry.command)) {
+    case Assignment::playMacro:
+        return nameOfRecord(mAllMacrosArray, entry.param1, SettingsKeys::macroName);
+    case Assignment::switchProfile:
+        return nameOfRecord(mAllProfilesArray, entry.param1, SettingsKeys::profileName);
+    case Assignment::singleKey:
+        return eventParser::getStringWithHIDWithModifier(entry.param1, entry.param2);
+    case Assignment::launchProgram:
+        return entry.programPath.isEmpty() ? QString() : applicationTitle(entry.programPath);
+    case Assignment::disabled:
+    case Assignment::defaultKey:
+        break;
+    }
+    return {};
+}
+
+QString KeyboardKeysController::assignmentDescription(const KeyMappings::Entry &entry) const
+{
+    const char *labelKey = assignmentLabelKeys[checkPopUpAssignmentIndexForValue(entry.command)];
+    const QString detail = assignmentDetail(entry);
+    const QString text = detail.isNull() ? localizedText(labelKey) : titleWithDetail(labelKey, detail);
+    if (!entry.is(Assignment::playMacro))
+        return text;
+    const char *repeatKey = KeyMappings::repeatModes()[static_cast<std::size_t>(macroRepeat(entry.param2))].labelKey;
+    return localizedFormat("lkeyKeysMacroWithRepeat", {text, localizedText(repeatKey)});
+}
+
+void KeyboardKeysController::updateDescriptions()
+{
+    for (const KeyRow &row : KeyLayout::selectableKeys()) {
+        KeyButton *button = mPicture->button(row.outlet);
+        const KeyMappings::Entry entry = entryForKey(row.code);
+        const QString description = assignmentDescription(entry);
+        button->setMark(keyMarkForCommand(entry.command));
+        button->setAccessibleDescription(description);
+        button->setToolTip(localizedFormat("lkeyKeysToolTip", {::keyName(row.code).toHtmlEscaped(), description.toHtmlEscaped()}));
+    }
+}
+
+void KeyboardKeysController::setPlaybackVisible(bool isVisible)
+{
+    mMacroPlaybackPopUp->setVisible(isVisible);
+    mPlaybackOptionLabel->setVisible(isVisible);
+}
+
+void KeyboardKeysController::clickAssignFunction(QObject *)
+{
+    const int position = mAssignFunction->indexOfSelectedItem();
+    if (position != KeyMappings::macroPosition)
+        setPlaybackVisible(false);
+    switch (position) {
+    case KeyMappings::defaultKeyPosition:
+        updateSelectedKeyCommandValueParamOneAndParamTwo(
+            static_cast<int>(Assignment::defaultKey),
+            KeyMappings::entryForKey(mDefaultDict, selectedCode()).param1, 0);
+        break;
+    case KeyMappings::singleKeyPosition:
+        mSingleKeyInput->clear();
+        mSingleKeyWindow->beginSheet(mKeysWindow, [this](int returnCode) {
+            sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
+        });
+        if (mKeysDelegate)
+            mKeysDelegate->startSingleKeyRecording();
+        break;
+    case KeyMappings::launchProgramPosition:
+        openApplicationPanel();
+        break;
+    case KeyMappings::disablePosition:
+        updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::disabled), 0, 0);
+        break;
+    default: // macro and profile: the choice arrives through the item's sub-menu
+        break;
+    }
+}
+
+void KeyboardKeysController::clickMacroPlayback(QObject *)
+{
+    updateSelectedKeyCommandValueParamOneAndParamTwo(
+        static_cast<int>(Assignment::playMacro), entryForKey(selectedCode()).param1,
+        KeyMappings::macroRepeatValue(mMacroPlaybackPopUp->indexOfSelectedItem()));
+}
+
+void KeyboardKeysController::updateSelectedKeyCommandValueParamOneAndParamTwo(int command, int paramOne, int paramTwo)
+{
+    writeEntry(static_cast<Assignment>(command), paramOne, paramTwo);
+}
+
+void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &param1, const QVariant &param2)
+{
+    if (!mKeysDelegate)
+        return;
+    const QVariantMap keys = mKeysCurrentProfileDict.value(SettingsKeys::keys).toMap();
+    mKeysDelegate->updateKeySettings(
+        {{SettingsKeys::keys, KeyMappings::withEntry(keys, mSelectedKey, assignment, param1, param2)}});
+}
+
+QMenu *KeyboardKeysController::makeSubmenu(const char *manageTextKey, const QVariantList &records,
+                                           QLatin1StringView nameKey,
+                                           void (KeyboardKeysController::*selector)(QAction *))
+{
+    auto *menu = new QMenu;
+    const auto addItem = [&](const QString &title, int tag) {
+        QAction *item = addMenuItem(menu, title, tag);
+        connect(item, &QAction::triggered, this, [this, item, selector] { (this->*selector)(item); });
+    };
+    addItem(localizedText(manageTextKey), manageTag);
+    menu->addSeparator();
+    int tag = manageTag;
+    for (const QVariant &record : records)
+        addItem(record.toMap().value(nameKey).toString(), ++tag);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] { validateItems(menu); });
+    validateItems(menu);
+    return menu;
+}
+
+void KeyboardKeysController::setupProfileSubMenu()
+{
+    mAssignFunction->setSubmenuAtIndex(KeyMappings::profilePosition,
+                                       makeSubmenu("lkeyManageProfile", mAllProfilesArray, SettingsKeys::profileName,
+                                                   &KeyboardKeysController::profileSubMenuSelector));
+}
+
+void KeyboardKeysController::setupMacroSubMenu()
+{
+    mAssignFunction->setSubmenuAtIndex(KeyMappings::macroPosition,
+                                       makeSubmenu("lkeyManageMacro", mAllMacrosArray, SettingsKeys::macroName,
+                                                   &KeyboardKeysController::macroSubMenuSelector));
+}
+
+void KeyboardKeysController::profileSubMenuSelector(QAction *sender)
+{
+    const int tag = menuItemTag(sender);
+    if (tag == manageTag) {
+        if (mKeysDelegate)
+            mKeysDelegate->selectTabAtIndex(profilesTabIndex);
+        return;
+    }
+    updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::switchProfile), tag - 1, 0);
+}
+
+void KeyboardKeysController::macroSubMenuSelector(QAction *sender)
+{
+    const int tag = menuItemTag(sender);
+    mSelectedIndexOfMacroSubMenu = tag - 1;
+    if (tag == manageTag) {
+        if (mKeysDelegate)
+            mKeysDelegate->selectTabAtIndex(macrosTabIndex);
+        return;
+    }
+    setPlaybackVisible(true);
+    updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::playMacro), tag - 1,
+                                                     KeyMappings::playOnceValue);
+}
+
+bool KeyboardKeysController::validateMenuItem(QAction *item)
+{
+    // Deliberate: titles alone are compared, so a macro named like the active profile is hidden as well.
+    const bool isActiveProfile = menuItemTitle(item) == activeProfileName();
+    item->setVisible(!isActiveProfile);
+    item->setEnabled(!isActiveProfile);
+    return !isActiveProfile;
+}
+
+void KeyboardKeysController::validateItems(const QMenu *menu)
+{
+    for (QAction *item : menu->actions())
+        if (!item->isSeparator())
+            validateMenuItem(item);
+}
+
+QFileDialog *KeyboardKeysController::openPanel() const
+{
+    return mOpenPanel;
+}
+
+void KeyboardKeysController::openApplicationPanel()
+{
+    delete mOpenPanel.data();
+    mOpenPanel = new QFileDialog(mKeysWindow, Qt::Sheet);
+    mOpenPanel->setObjectName("mOpenPanel"_L1);
+    mOpenPanel->setWindowTitle(localizedText("lkeyKeysChooseApplication"));
+    mOpenPanel->setOption(QFileDialog::DontUseNativeDialog);
+    mOpenPanel->setAcceptMode(QFileDialog::AcceptOpen);
+    mOpenPanel->setFileMode(QFileDialog::ExistingFile);
+    mOpenPanel->setNameFilter(localizedFormat("lkeyKeysApplicationFilter", {u"*.app"_s}));
+    mOpenPanel->setDirectory(u"/Applications/"_s);
+    mOpenPanel->setWindowModality(Qt::WindowModal);
+    connect(mOpenPanel, &QDialog::finished, this, [this](int result) {
+        openPanelDidEndReturnCodeContextInfo(mOpenPanel, result, nullptr);
+    });
+    mOpenPanel->open();
+}
+
+void KeyboardKeysController::openPanelDidEndReturnCodeContextInfo(QFileDialog *panel, int returnCode, void *)
+{
+    if (returnCode == panelOK) {
+        const QString path = mApplicationReader(panel->selectedFiles().value(0));
+        if (path.isEmpty())
+            updatePopUpSelection(); // nothing there that could be launched
+        else
+            writeEntry(Assignment::launchProgram, path, QString());
+    } else if (returnCode == panelCancel) {
+        updatePopUpSelection();
+    }
+}

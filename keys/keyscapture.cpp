@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// The part of KeyboardKeysController that follows the daemon's notifications: single-key capture and game mode, and
+// the notice shown for function keys.
+#include "keys/keyboardkeyscontroller.h"
+
+#include "app/util/daemonprotocol.h"
+#include "app/util/text.h"
+#include "keys/keylayout.h"
+#include "macros/eventparser.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/sheet.h"
+
+#include <QLabel>
+#include <QLineEdit>
+
+using KeyMappings::Assignment;
+
+void KeyboardKeysController::registerNotification()
+{
+    mKeysNotificationCenter->addObserver(this, DaemonProtocol::singleKeyEvent,
+                                         [this](const DistributedNotification &posted) { singleKeyEvents(posted); });
+    mKeysNotificationCenter->addObserver(this, DaemonProtocol::gameModePressed,
+                                         [this](const DistributedNotification &posted) { gameModeSwitch(posted); });
+}
+
+void KeyboardKeysController::singleKeyEvents(const DistributedNotification &notification)
+{
+    mSingleKeyHIDCode = KeyMappings::integerValue(notification.userInfo.value(DaemonProtocol::singleKey));
+    mSingleKeyModifierCode = KeyMappings::integerValue(notification.userInfo.value(DaemonProtocol::singleKeyModifier));
+    mSingleKeyInput->clear();
+    mSingleKeyInput->setText(eventParser::getStringWithHIDWithModifier(mSingleKeyHIDCode, mSingleKeyModifierCode));
+}
+
+void KeyboardKeysController::clickSingleKeyOK(QObject *)
+{
+    mIsCancelSingleKey = false;
+    mSingleKeyWindow->orderOut();
+    mSingleKeyWindow->endSheet();
+    if (mKeysDelegate)
+        mKeysDelegate->stopSingleKeyRecording();
+}
+
+void KeyboardKeysController::clickSingleKeyCancel(QObject *)
+{
+    mIsCancelSingleKey = true;
+    mSingleKeyWindow->orderOut();
+    mSingleKeyWindow->endSheet();
+    if (mKeysDelegate)
+        mKeysDelegate->stopSingleKeyRecording();
+    updatePopUpSelection();
+}
+
+void KeyboardKeysController::sheetDidEndReturnCodeContextInfo(Sheet *, int, void *)
+{
+    // Deliberate: no check that a key was captured. OK before any capture writes the last captured key, at first 0.
+    if (!mIsCancelSingleKey)
+        updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::singleKey), mSingleKeyHIDCode,
+                                                         mSingleKeyModifierCode);
+}
+
+void KeyboardKeysController::gameModeSwitch(const DistributedNotification &)
+{
+    mGameMode = !mGameMode;
+    functionKeysInfoDisplay(checkPopUpAssignmentIndexForValue(entryForKey(selectedCode()).command));
+}
+
+void KeyboardKeysController::checkForSelectedFunctionKey()
+{
+    const KeyRow *row = KeyLayout::rowForCode(selectedCode());
+    if (!row || !row->isFunctionKey())
+        return;
+    mIsFunctionKeySelected = true;
+    mKeyName = row->functionKeyName;
+}
+
+void KeyboardKeysController::functionKeysInfoDisplay(int position)
+{
+    const char *textKey = mGameMode ? "lkeyFunctionKeysInfoGameModeOn" : "lkeyFunctionKeysInfoGameModeOff";
+    mFunctionKeysInfoLabel->setText(localizedFormat(textKey, {mKeyName}));
+    const bool isShown = mIsFunctionKeySelected && position != KeyMappings::defaultKeyPosition;
+    mFunctionKeysInfoLabel->setVisible(isShown);
+    mFunctionKeysInfoImage->setVisible(isShown);
+}

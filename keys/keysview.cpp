@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+// The part of KeyboardKeysController that makes its widgets and connects them to the actions.
+#include "keys/keyboardkeyscontroller.h"
+
+#include "app/util/text.h"
+#include "keys/keyboardpicture.h"
+#include "keys/keylayout.h"
+#include "keys/keymarkslegend.h"
+#include "keys/keynames.h"
+#include "platform/popupbutton.h"
+#include "platform/sheet.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStyle>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QLabel *makeLabel(QLatin1StringView name, const QString &text = {})
+{
+    auto *label = new QLabel(text);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText); // names of profiles come from strangers' files
+    return label;
+}
+
+void keepSpaceWhenHidden(QWidget *widget)
+{
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+}
+
+QPushButton *makeButton(QLatin1StringView name, const char *textKey)
+{
+    auto *button = new QPushButton(localizedText(textKey));
+    button->setObjectName(name);
+    return button;
+}
+
+void makeBold(QWidget *widget)
+{
+    QFont font = widget->font();
+    font.setBold(true);
+    widget->setFont(font);
+}
+
+struct FixedKeyName
+{
+    QLatin1StringView outlet;
+    const char *nameKey;
+};
+
+constexpr FixedKeyName fixedKeyNames[] = {
+    {"mEject"_L1, "lkeyKeysEjectKey"}, {"mMacro"_L1, "lkeyKeysMacroKey"},       {"mFN"_L1, "lkeyKeysFnKey"},
+    {"mMenu"_L1, "lkeyKeysMenuKey"},   {"mNumPadBlank"_L1, "lkeyKeysBlankKey"},
+};
+
+} // namespace
+
+void KeyboardKeysController::buildView()
+{
+    mView = new QWidget;
+    mView->setObjectName("mKeysView"_L1);
+    auto *layout = new QVBoxLayout(mView);
+    layout->setSpacing(10);
+    layout->addWidget(buildHeader());
+    layout->addWidget(buildKeyboard(), 1);
+    layout->addWidget(buildAssignmentRow());
+    layout->addWidget(buildNotice());
+    buildSingleKeySheet();
+}
+
+QWidget *KeyboardKeysController::buildHeader()
+{
+    auto *header = new QWidget;
+    mCurrentProfileLabel = makeLabel("mCurrentProfileLabel"_L1, localizedText("lkeyCurrentProfile"));
+    mProfileNameLabel = makeLabel("mProfileNameLabel"_L1);
+    makeBold(mProfileNameLabel);
+    // A long name is cut off rather than widening the window.
+    mProfileNameLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto *layout = new QHBoxLayout(header);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(mCurrentProfileLabel);
+    layout->addWidget(mProfileNameLabel, 1);
+    return header;
+}
+
+QWidget *KeyboardKeysController::buildKeyboard()
+{
+    mPicture = new KeyboardPicture;
+    mPicture->setObjectName("mKeyboardPicture"_L1);
+    mPicture->setAccessibleName(localizedText("lkeyKeysPicture"));
+#define KESTRA_KEY(outlet, action, code, functionKeyName) outlet = mPicture->button(#outlet##_L1);
+#define KESTRA_FIXED_KEY(outlet, action, disabledAtStart) outlet = mPicture->button(#outlet##_L1);
+#include "keys/keytable.inc"
+    for (const KeyRow &row : KeyLayout::selectableKeys())
+        mPicture->button(row.outlet)->setAccessibleName(::keyName(row.code));
+    for (const FixedKeyName &row : fixedKeyNames) {
+        KeyButton *button = mPicture->button(row.outlet);
+        button->setAccessibleName(localizedText(row.nameKey));
+        button->setAccessibleDescription(localizedText("lkeyKeysNoAssignment"));
+        button->setToolTip(localizedFormat("lkeyKeysToolTip", {button->accessibleName(), button->accessibleDescription()}));
+    }
+
+    mKeysBox = new QGroupBox(localizedText("lkeyKeysBox"));
+    mKeysBox->setObjectName("mKeysBox"_L1);
+    auto *layout = new QVBoxLayout(mKeysBox);
+    layout->addWidget(mPicture, 1);
+    layout->addWidget(new KeyMarksLegend);
+    return mKeysBox;
+}
+
+QWidget *KeyboardKeysController::buildAssignmentRow()
+{
+    auto *row = new QWidget;
+    mSelectedKeyLabel = makeLabel("mSelectedKeyLabel"_L1);
+    makeBold(mSelectedKeyLabel);
+    mAssignLabel = makeLabel("mAssignLabel"_L1, localizedText("lkeyAssignFunction"));
+    mAssignFunction = new PopUpButton;
+    mAssignFunction->setObjectName("mAssignFunction"_L1);
+    mAssignFunction->setAccessibleName(localizedText("lkeyAssignFunction"));
+    mPlaybackOptionLabel = makeLabel("mPlaybackOptionLabel"_L1, localizedText("lkeyPlaybackOption"));
+    mMacroPlaybackPopUp = new PopUpButton;
+    mMacroPlaybackPopUp->setObjectName("mMacroPlaybackPopUp"_L1);
+    mMacroPlaybackPopUp->setAccessibleName(localizedText("lkeyPlaybackOption"));
+    keepSpaceWhenHidden(mMacroPlaybackPopUp);
+    keepSpaceWhenHidden(mPlaybackOptionLabel);
+
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(makeLabel("mSelectedKeyCaption"_L1, localizedText("lkeySelectedKey")));
+    layout->addWidget(mSelectedKeyLabel);
+    layout->addSpacing(24);
+    layout->addWidget(mAssignLabel);
+    layout->addWidget(mAssignFunction);
+    layout->addSpacing(24);
+    layout->addWidget(mPlaybackOptionLabel);
+    layout->addWidget(mMacroPlaybackPopUp);
+    layout->addStretch(1);
+    return row;
+}
+
+QWidget *KeyboardKeysController::buildNotice()
+{
+    auto *notice = new QWidget;
+    mFunctionKeysInfoImage = makeLabel("mFunctionKeysInfoImage"_L1);
+    const int size = notice->style()->pixelMetric(QStyle::PM_SmallIconSize);
+    mFunctionKeysInfoImage->setPixmap(
+        notice->style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(QSize(size, size)));
+    mFunctionKeysInfoLabel = makeLabel("mFunctionKeysInfoLabel"_L1);
+    mFunctionKeysInfoLabel->setWordWrap(true);
+    keepSpaceWhenHidden(mFunctionKeysInfoImage);
+    keepSpaceWhenHidden(mFunctionKeysInfoLabel);
+    auto *layout = new QHBoxLayout(notice);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(mFunctionKeysInfoImage, 0, Qt::AlignTop);
+    layout->addWidget(mFunctionKeysInfoLabel, 1);
+    return notice;
+}
+
+void KeyboardKeysController::buildSingleKeySheet()
+{
+    mSingleKeyWindow = new Sheet(mView);
+    mSingleKeyWindow->setObjectName("mSingleKeyWindow"_L1);
+    mSingleKeyWindow->setWindowTitle(localizedText("lkeySingleKey"));
+    mSingleKeyInputLabel = makeLabel("mSingleKeyInputLabel"_L1, localizedText("lkeySingleKeyInput"));
+    mSingleKeyInputLabel->setWordWrap(true);
+    mSingleKeyInput = new QLineEdit;
+    mSingleKeyInput->setObjectName("mSingleKeyInput"_L1);
+    mSingleKeyInput->setAccessibleName(localizedText("lkeySingleKeyInput"));
+    mSingleKeyInput->setReadOnly(true); // shows what the daemon caught; nothing is typed here
+    mSingleKeyInput->setAlignment(Qt::AlignHCenter);
+    mSingleKeyCancel = makeButton("mSingleKeyCancel"_L1, "lkeyCancel");
+    mSingleKeyOK = makeButton("mSingleKeyOK"_L1, "lkeyOK");
+    mSingleKeyOK->setDefault(true);
+    mSingleKeyWindow->setCancelButton(mSingleKeyCancel);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(mSingleKeyCancel);
+    buttons->addWidget(mSingleKeyOK);
+    auto *layout = new QVBoxLayout(mSingleKeyWindow);
+    layout->setContentsMargins(20, 20, 20, 16);
+    layout->setSpacing(12);
+    layout->addWidget(mSingleKeyInputLabel);
+    layout->addWidget(mSingleKeyInput);
+    layout->addLayout(buttons);
+    mSingleKeyWindow->setMinimumWidth(360);
+}
+
+void KeyboardKeysController::connectActions()
+{
+#define KESTRA_KEY(outlet, action, code, functionKeyName)                                                              \
+    connect(outlet, &QAbstractButton::clicked, this, [this] { action(outlet); });
+#define KESTRA_FIXED_KEY(outlet, action, disabledAtStart)                                                              \
+    connect(outlet, &QAbstractButton::clicked, this, [this] { action(outlet); });
+#include "keys/keytable.inc"
+    connect(mAssignFunction, &PopUpButton::itemPicked, this, [this] { clickAssignFunction(mAssignFunction); });
+    connect(mMacroPlaybackPopUp, &PopUpButton::itemPicked, this, [this] { clickMacroPlayback(mMacroPlaybackPopUp); });
+    connect(mSingleKeyOK, &QPushButton::clicked, this, [this] { clickSingleKeyOK(mSingleKeyOK); });
+    connect(mSingleKeyCancel, &QPushButton::clicked, this, [this] { clickSingleKeyCancel(mSingleKeyCancel); });
+}

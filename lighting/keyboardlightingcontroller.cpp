@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+#include "lighting/keyboardlightingcontroller.h"
+
+#include "app/util/settingskeys.h"
+#include "app/util/text.h"
+#include "lighting/lightingdelegate.h"
+#include "platform/addresses.h"
+#include "platform/colorwell.h"
+#include "platform/radiogroup.h"
+#include "platform/sheet.h"
+#include "platform/spinner.h"
+
+#include <QCheckBox>
+#include <QDesktopServices>
+#include <QEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QRgba64>
+#include <QSignalBlocker>
+#include <QSlider>
+
+namespace {
+
+constexpr int restoredBrightness = 4;
+constexpr double maximumComponent = 65535; // of a 64-bit colour
+
+QColor colorFromRecord(const QVariantMap &record)
+{
+    const auto component = [&record](SettingsKeys::Key key) {
+        return quint16(qRound(qBound(0.0, record.value(key).toDouble(), 1.0) * maximumComponent));
+    };
+    return QColor::fromRgba64(component(SettingsKeys::red), component(SettingsKeys::green),
+                              component(SettingsKeys::blue));
+}
+
+} // namespace
+
+KeyboardLightingController::KeyboardLightingController(QObject *parent)
+    : QObject(parent), mOpenUrl([](const QUrl &address) { QDesktopServices::openUrl(address); })
+{
+    buildView();
+}
+
+KeyboardLightingController::~KeyboardLightingController()
+{
+    if (!mView->parent())
+        delete mView;
+}
+
+void KeyboardLightingController::awakeFromNib()
+{
+    mUserSettingsDict = {};
+    mLightingSettingsDict = QVariantMap();
+    mDeviceSettingsDict = {};
+}
+
+// Following the main controller
+
+void KeyboardLightingController::updateUISettings()
+{
+    if (!mLightingSettingsDict)
+        return;
+    const QVariantMap &record = *mLightingSettingsDict;
+    mMain->setChecked(record.value(SettingsKeys::backlightLed).toInt() != 0);
+    mProfileNameLabel->setText(record.value(SettingsKeys::profileName).toString());
+    showBrightness(record.value(SettingsKeys::brightnessKbNormal).toInt());
+    mEnableAddOnHighlight->setChecked(record.value(SettingsKeys::gameLightingOn).toInt() != 0);
+    const QVariantList colors = record.value(SettingsKeys::ledKbColors).toList();
+    if (!colors.isEmpty())
+        mMainColor->setColor(colorFromRecord(colors.first().toMap()));
+    const QVariant effect = record.value(SettingsKeys::ledKbEffects);
+    if (effect.isValid() && effect.toInt() == fixedColor)
+        mLighting->selectRow(fixedColorRow);
+    else if (effect.toInt() == spectrumCycling)
+        mLighting->selectRow(spectrumCyclingRow);
+}
+
+void KeyboardLightingController::setControlsState(bool isEnabled)
+{
+    const QList<QWidget *> controls{mMain, mSidestrips, mUnderglow, mMainColor, mSidestripsColor, mUnderglowColor,
+                                    mInGameAPMMain, mInGameAPMSidestrips, mInGameAPMUnderglow, mBrightnessValue,
+                                    mLighting, mRestoreSettings, mBrightnessLabel, mEnableAddOnHighlight};
+    for (QWidget *control : controls)
+        control->setEnabled(isEnabled);
+    mAreLabelsEnabled = isEnabled;
+    colorLabels();
+}
+
+/// Greys the labels by colour alone: they stay readable for assistive tools and selectable.
+void KeyboardLightingController::colorLabels()
+{
+    QPalette disabled;
+    disabled.setColor(QPalette::WindowText, mView->palette().color(QPalette::Disabled, QPalette::WindowText));
+    const QList<QLabel *> labels{mProfileNameLabel, mCurrentProfileLabel, mDriverVersionLabel, mFirmwareVersionLabel,
+                                 mDriverVersion, mFirmwareVersion, mBrightnessOffLabel, mBrightnessDimLabel,
+                                 mBrightnessNormaLabel, mBrightnessBrightLabel, mBrightnessLabel};
+    for (QLabel *label : labels)
+        label->setPalette(mAreLabelsEnabled ? QPalette() : disabled);
+}
+
+bool KeyboardLightingController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == mView && event->type() == QEvent::PaletteChange)
+        colorLabels();
+    return QObject::eventFilter(watched, event);
+}
+
+void KeyboardLightingController::updateBrightnessValue(int level)
+{
+    showBrightness(level);
+}
+
+void KeyboardLightingController::showBrightness(int level)
+{
+    const QSignalBlocker quiet(mBrightnessValue);
+    mBrightnessValue->setValue(level);
+}
+
+void KeyboardLightingController::startProgresIndicatorAnimation()
+{
+    mFirmwareVersion->hide();
+    mFirmwareVersionIndicator->startAnimation();
+}
+
+void KeyboardLightingController::stopProgressIndicatorAnimation()
+{
+    mFirmwareVersionIndicator->stopAnimation();
+    mFirmwareVersion->show();
+}
+
+// Actions
+
+void KeyboardLightingController::tickMain(QObject *)
+{
+    mUserSettingsDict[SettingsKeys::scrollLed] = mMain->isChecked() ? 1 : 0;
+}
+
+void KeyboardLightingController::clickMainColor(QObject *)
+{
+    QVariantList colors = lightingSettingsDict().value(SettingsKeys::ledKbColors).toList();
+    if (colors.isEmpty())
+        return;
+    QVariantMap color = colors.first().toMap();
+    const QRgba64 picked = mMainColor->color().rgba64();
+    color[SettingsKeys::red] = picked.red() / maximumComponent;
+    color[SettingsKeys::green] = picked.green() / maximumComponent;
+    color[SettingsKeys::blue] = picked.blue() / maximumComponent;
+    colors[0] = color;
+    send({{SettingsKeys::ledKbColors, colors}});
+}
+
+void KeyboardLightingController::tickEnableAddOnHighlight(QObject *)
+{
+    send({{SettingsKeys::gameLightingOn, mEnableAddOnHighlight->isChecked()}});
+}
+
+void KeyboardLightingController::brightnessValueChange(QObject *)
+{
+    updateValueOfSetting(mBrightnessValue->value(), SettingsKeys::brightnessKbNormal);
+}
+
+void KeyboardLightingController::selectColor(QObject *)
+{
+    if (mLighting->selectedRow() == fixedColorRow)
+        send({{SettingsKeys::backlightLed, 1}, {SettingsKeys::ledKbEffects, int(fixedColor)}});
+    else if (mLighting->selectedRow() == spectrumCyclingRow)
+        send({{SettingsKeys::ledKbEffects, int(spectrumCycling)}});
+}
+
+void KeyboardLightingController::selectSpectrumCycling(QObject *)
+{
+    // Sends nothing. Deliberate: the group's own action has sent the effect already.
+}
+
+void KeyboardLightingController::clickCheckUpdates(QObject *)
+{
+    mOpenUrl(QUrl(QString(Addresses::driverDownloads)));
+}
+
+void KeyboardLightingController::clickRestoreSettings(QObject *)
+{
+    const QString name = lightingSettingsDict().value(SettingsKeys::profileName).toString();
+    const AlertTexts texts{localizedFormat("lkeyRestoreDefaultTitle", {name}), localizedText("lkeyRestoreDefaultDesc"),
+                           localizedText("lkeyOK"), localizedText("lkeyCancel")};
+    showAlert(texts, mLightingWindow, [self = QPointer(this)](int returnCode) {
+        if (self)
+            self->sheetDidEndReturnCodeContextInfo(returnCode, confirmRestore);
+    });
+}
+
+void KeyboardLightingController::sheetDidEndReturnCodeContextInfo(int returnCode, int)
+{
+    if (returnCode != alertFirstButtonReturn)
+        return;
+    QVariantMap record = mDefaultDict;
+    record[SettingsKeys::profileName] = lightingSettingsDict().value(SettingsKeys::profileName).toString();
+    // Forced, whatever the default record says.
+    record[SettingsKeys::brightnessKbNormal] = restoredBrightness;
+    record[SettingsKeys::profileOsdOn] = true;
+    send(record);
+}
+
+void KeyboardLightingController::updateValueOfSetting(int value, const QString &key)
+{
+    send({{key, value}});
+}
+
+void KeyboardLightingController::send(const QVariantMap &settings)
+{
+    if (mLightingDelegate)
+        mLightingDelegate->updateValueForSetting(settings);
+}

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+// The lighting tab: backlight colour, effect and brightness of the active profile, the versions, and restoring.
+// Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+
+class ColorWell;
+class LightingDelegate;
+class QCheckBox;
+class QLabel;
+class QPushButton;
+class QSlider;
+class QWidget;
+class RadioGroup;
+class Spinner;
+
+class KeyboardLightingController : public QObject
+{
+    Q_OBJECT
+
+public:
+    using UrlOpener = std::function<void(const QUrl &)>;
+
+    /// Context number of the restore sheet.
+    static constexpr int confirmRestore = 9;
+
+    explicit KeyboardLightingController(QObject *parent = nullptr);
+    ~KeyboardLightingController() override;
+
+    // What the tab is made of and shows
+    [[nodiscard]] QWidget *view() const { return mView; }
+    [[nodiscard]] QLabel *driverVersion() const { return mDriverVersion; }
+    [[nodiscard]] QLabel *firmwareVersion() const { return mFirmwareVersion; }
+    [[nodiscard]] QWidget *lightingWindow() const { return mLightingWindow; }
+    [[nodiscard]] LightingDelegate *lightingDelegate() const { return mLightingDelegate; }
+    [[nodiscard]] QVariantMap defaultDict() const { return mDefaultDict; }
+    [[nodiscard]] QVariantMap deviceSettingsDict() const { return mDeviceSettingsDict; }
+    [[nodiscard]] QVariantMap lightingSettingsDict() const { return mLightingSettingsDict.value_or(QVariantMap()); }
+    [[nodiscard]] QVariantMap userSettingsDict() const { return mUserSettingsDict; }
+
+    // From the main controller
+    void awakeFromNib();
+    void setMDefaultDict(const QVariantMap &profile) { mDefaultDict = profile; }
+    void setMDeviceSettingsDict(const QVariantMap &settings) { mDeviceSettingsDict = settings; }
+    void setMLightingSettingsDict(const std::optional<QVariantMap> &profile) { mLightingSettingsDict = profile; }
+    /// Neither is owned.
+    void setMLightingDelegate(LightingDelegate *delegate) { mLightingDelegate = delegate; }
+    void setMLightingWindow(QWidget *window) { mLightingWindow = window; }
+    /// Shows the record handed over last. Does nothing before there is one.
+    void updateUISettings();
+    void populateUISettings() {}
+    void setControlsState(bool isEnabled);
+    /// The brightness was changed on the keyboard: shows it and sends nothing.
+    void updateBrightnessValue(int level);
+    /// Shows the spinner in place of the firmware version. The spelling is kept: others call it by this name.
+    void startProgresIndicatorAnimation();
+    void stopProgressIndicatorAnimation();
+
+    // Actions and what they are made of
+    void tickMain(QObject *sender);
+    // The zone and in-game controls below are present without effect. Deliberate: the keyboard has one zone.
+    void tickSidestrips(QObject *) {}
+    void tickUnderglow(QObject *) {}
+    void clickSidestripsColor(QObject *) {}
+    void clickUnderglowColor(QObject *) {}
+    void tickInGameAPMMain(QObject *) {}
+    void tickInGameAPMSidestrips(QObject *) {}
+    void tickInGameAPMUnderglow(QObject *) {}
+    void clickMainColor(QObject *sender);
+    void tickEnableAddOnHighlight(QObject *sender);
+    void brightnessValueChange(QObject *sender);
+    void selectColor(QObject *sender);
+    void selectSpectrumCycling(QObject *sender);
+    void clickCheckUpdates(QObject *sender);
+    void clickRestoreSettings(QObject *sender);
+    void updateValueOfSetting(int value, const QString &key);
+    void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
+
+    /// What opens web pages; the desktop's browser at first.
+    void setUrlOpener(UrlOpener opener) { mOpenUrl = std::move(opener); }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    enum Effect { fixedColor = 0, spectrumCycling = 4 }; ///< values of "LEDKBEffects"
+    enum EffectRow { fixedColorRow = 0, spectrumCyclingRow = 1 };
+
+    void buildView();
+    QWidget *buildZones();
+    QWidget *buildEffects();
+    QWidget *buildBrightness();
+    QWidget *buildVersions();
+    QCheckBox *makeCheckBox(QCheckBox *&field, const char *name, const char *textKey,
+                            void (KeyboardLightingController::*action)(QObject *));
+    ColorWell *makeColorWell(ColorWell *&field, const char *name, const char *textKey,
+                             void (KeyboardLightingController::*action)(QObject *));
+    QLabel *makeLabel(QLabel *&field, const char *name, const char *textKey = nullptr);
+    void colorLabels();
+    void showBrightness(int level);
+    void send(const QVariantMap &settings);
+
+    QWidget *mView = nullptr;
+    QLabel *mProfileNameLabel = nullptr;
+    QLabel *mCurrentProfileLabel = nullptr;
+    QCheckBox *mMain = nullptr;
+    QCheckBox *mSidestrips = nullptr;
+    QCheckBox *mUnderglow = nullptr;
+    ColorWell *mMainColor = nullptr;
+    ColorWell *mSidestripsColor = nullptr;
+    ColorWell *mUnderglowColor = nullptr;
+    QCheckBox *mInGameAPMMain = nullptr;
+    QCheckBox *mInGameAPMSidestrips = nullptr;
+    QCheckBox *mInGameAPMUnderglow = nullptr;
+    QCheckBox *mEnableAddOnHighlight = nullptr;
+    QSlider *mBrightnessValue = nullptr;
+    RadioGroup *mLighting = nullptr;
+    QLabel *mBrightnessLabel = nullptr;
+    QLabel *mBrightnessOffLabel = nullptr;
+    QLabel *mBrightnessDimLabel = nullptr;
+    QLabel *mBrightnessNormaLabel = nullptr;
+    QLabel *mBrightnessBrightLabel = nullptr;
+    QLabel *mDriverVersionLabel = nullptr;
+    QLabel *mFirmwareVersionLabel = nullptr;
+    QLabel *mDriverVersion = nullptr;
+    QLabel *mFirmwareVersion = nullptr;
+    QPushButton *mCheckUpdates = nullptr;
+    QPushButton *mRestoreSettings = nullptr;
+    Spinner *mFirmwareVersionIndicator = nullptr;
+
+    std::optional<QVariantMap> mLightingSettingsDict;
+    QVariantMap mDeviceSettingsDict;
+    QVariantMap mDefaultDict;
+    QVariantMap mUserSettingsDict;
+    QPointer<QWidget> mLightingWindow;
+    LightingDelegate *mLightingDelegate = nullptr;
+    UrlOpener mOpenUrl;
+    bool mAreLabelsEnabled = true;
+};

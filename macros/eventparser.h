@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// Turns recorded macro events into the lines of the event list, and key codes into readable names. It keeps one list,
+// the held keys, which is shared by the whole process and not locked: main thread only.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <optional>
+
+/// An event is an event dictionary ("command", "delay", "page", "argument"; see macrorecord.h). Key codes are usages of
+/// the Keyboard/Keypad page of the USB HID Usage Tables, section 10.
+class eventParser
+{
+public:
+    eventParser() = delete;
+
+    /// The lines of one event: its delay line, then its event line if it has one.
+    [[nodiscard]] static QStringList parseSequence(const QVariantMap &event);
+
+    /// The display lines of a whole sequence (array of event dictionaries): the first event's delay line is left out.
+    [[nodiscard]] static QStringList getMessagesArray(const QVariantList &sequence);
+
+    /// The name of key code `hid`, preceded by the names of the modifiers in `modifier` (modifier byte of the boot
+    /// keyboard, low 8 bits), joined by " + ". An unknown key gives nothing, also after " + ".
+    [[nodiscard]] static QString getStringWithHIDWithModifier(int hid, int modifier);
+
+    /// 'A' to 'Z' or '0' to '9' for the key codes 4 to 39, else 0.
+    [[nodiscard]] static char returnASCII(quint8 hid);
+
+    /// Appends to `retVal` the key code of each set bit of `modifier`, from the lowest bit to the highest.
+    static void getModifierHIDRetVal(quint8 modifier, QList<int> &retVal);
+
+    /// Rewrites `held`, the key codes held now, into the order in which they were first pressed.
+    static void manageHIDStack(QList<int> &held);
+
+    /// Whether `event` has a line of its own in the event list; every event but the first also has a delay line.
+    [[nodiscard]] static bool hasEventLine(const QVariantMap &event);
+
+private:
+    static std::optional<QList<int>> sHeldKeys;
+};

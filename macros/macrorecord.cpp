@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#include "macros/macrorecord.h"
+
+#include "app/util/settingskeys.h"
+#include "macros/eventparser.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr QLatin1StringView eventsKey{"Events"}; // in the sequence dictionary
+
+bool isNumber(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double: return true;
+    default: return false;
+    }
+}
+
+int rowsOfEvent(const QVariantList &events, qsizetype index)
+{
+    const int delayRows = index == 0 ? 0 : 1;
+    return delayRows + (eventParser::hasEventLine(events.at(index).toMap()) ? 1 : 0);
+}
+
+void setDelay(QVariant &event, int delayMs)
+{
+    QVariantMap fields = event.toMap();
+    fields.insert(SettingsKeys::delay, delayMs);
+    event = fields;
+}
+
+} // namespace
+
+int MacroRecord::integerValue(const QVariant &value)
+{
+    if (value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Float) {
+        const double real = value.toDouble();
+        if (!(std::abs(real) < 9.0e18)) // also not-a-number; the conversion below would be undefined
+            return 0;
+        return static_cast<int>(static_cast<qint64>(real));
+    }
+    if (value.typeId() == QMetaType::ULongLong)
+        return static_cast<int>(value.toULongLong());
+    return static_cast<int>(value.toLongLong());
+}
+
+MacroRecord::Event MacroRecord::eventFields(const QVariantMap &event)
+{
+    return {.command = integerValue(event.value(SettingsKeys::command)),
+            .delayMs = integerValue(event.value(SettingsKeys::delay)),
+            .page = integerValue(event.value(SettingsKeys::page)),
+            .argument = static_cast<uint>(integerValue(event.value(SettingsKeys::argument)))};
+}
+
+QVariantMap MacroRecord::eventRecord(const Event &event)
+{
+    return {{SettingsKeys::command, event.command},
+            {SettingsKeys::delay, event.delayMs},
+            {SettingsKeys::page, event.page},
+            {SettingsKeys::argument, static_cast<int>(event.argument)}};
+}
+
+QVariantList MacroRecord::events(const QVariantMap &macro)
+{
+    return macro.value(SettingsKeys::sequence).toMap().value(eventsKey).toList();
+}
+
+QVariantMap MacroRecord::withEvents(QVariantMap macro, const QVariantList &events)
+{
+    QVariantMap sequence = macro.value(SettingsKeys::sequence).toMap();
+    if (events.isEmpty())
+        sequence.remove(eventsKey);
+    else
+        sequence.insert(eventsKey, events);
+    macro.insert(SettingsKeys::sequence, sequence);
+    return macro;
+}
+
+bool MacroRecord::isWellFormedEvent(const QVariantMap &event)
+{
+    const auto isAbsentOrNumber = [&](QLatin1StringView key) {
+        const auto found = event.constFind(key);
+        return found == event.constEnd() || isNumber(*found);
+    };
+    return isAbsentOrNumber(SettingsKeys::command) && isAbsentOrNumber(SettingsKeys::delay)
+        && isAbsentOrNumber(SettingsKeys::page) && isAbsentOrNumber(SettingsKeys::argument);
+}
+
+bool MacroRecord::isWellFormed(const QVariantMap &macro)
+{
+    if (macro.value(SettingsKeys::macroName).typeId() != QMetaType::QString)
+        return false;
+    if (macro.contains(SettingsKeys::delay) && !isNumber(macro.value(SettingsKeys::delay)))
+        return false;
+    const QVariant sequence = macro.value(SettingsKeys::sequence);
+    if (!sequence.isValid())
+        return true;
+    if (sequence.typeId() != QMetaType::QVariantMap)
+        return false;
+    const QVariant list = sequence.toMap().value(eventsKey);
+    if (!list.isValid())
+        return true;
+    return list.typeId() == QMetaType::QVariantList && list.toList().size() <= maximumEvents
+        && std::ranges::all_of(list.toList(), [](const QVariant &event) {
+               return event.typeId() == QMetaType::QVariantMap && isWellFormedEvent(event.toMap());
+           });
+}
+
+int MacroRecord::rowCount(const QVariantList &events)
+{
+    int rows = 0;
+    for (qsizetype index = 0; index < events.size(); ++index)
+        rows += rowsOfEvent(events, index);
+    return rows;
+}
+
+std::optional<int> MacroRecord::eventIndexOfRow(const QVariantList &events, int row)
+{
+    if (row < 0)
+        return {};
+    int firstRow = 0;
+    for (qsizetype index = 0; index < events.size(); ++index) {
+        const int rows = rowsOfEvent(events, index);
+        if (row < firstRow + rows)
+            return static_cast<int>(index);
+        firstRow += rows;
+    }
+    return {};
+}
+
+std::optional<QVariantList> MacroRecord::removingEventOfRow(const QVariantList &events, int row)
+{
+    const std::optional<int> index = eventIndexOfRow(events, row);
+    if (!index)
+        return {};
+    QVariantList changed = events;
+    changed.removeAt(*index);
+    return changed;
+}
+
+std::optional<QVariantList> MacroRecord::replacingEventOfRow(const QVariantList &events, int row, const QVariantMap &event)
+{
+    const std::optional<int> index = eventIndexOfRow(events, row);
+    if (!index)
+        return {};
+    QVariantList changed = events;
+    changed[*index] = event;
+    return changed;
+}
+
+std::optional<QVariantList> MacroRecord::settingDelayOfRow(const QVariantList &events, int row, int delayMs)
+{
+    const std::optional<int> index = eventIndexOfRow(events, row);
+    if (!index)
+        return {};
+    QVariantList changed = events;
+    setDelay(changed[*index], delayMs);
+    return changed;
+}
+
+std::optional<QVariantList> MacroRecord::copyingDelayOfRowToAll(const QVariantList &events, int row)
+{
+    const std::optional<int> index = eventIndexOfRow(events, row);
+    if (!index)
+        return {};
+    return settingAllDelays(events, eventFields(events.at(*index).toMap()).delayMs);
+}
+
+QVariantList MacroRecord::settingAllDelays(const QVariantList &events, int delayMs)
+{
+    QVariantList changed = events;
+    for (QVariant &event : changed)
+        setDelay(event, delayMs);
+    return changed;
+}

@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+#include "platform/popupbutton.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr char titleProperty[] = "title";
+
+void setMenuItemTitle(QAction *item, const QString &title)
+{
+    item->setProperty(titleProperty, title);
+    QString text = title;
+    text.replace(u'&', u"&&"_s);
+    // A tab would begin a shortcut column, a line break would make the item two lines high.
+    text.replace(u'\t', u' ').replace(u'\n', u' ');
+    item->setText(text);
+}
+
+} // namespace
+
+QAction *addMenuItem(QMenu *menu, const QString &title, int tag)
+{
+    QAction *item = menu->addAction(QString());
+    setMenuItemTitle(item, title);
+    item->setData(tag);
+    return item;
+}
+
+QString menuItemTitle(const QAction *item)
+{
+    return item->property(titleProperty).toString();
+}
+
+int menuItemTag(const QAction *item)
+{
+    return item->data().toInt();
+}
+
+PopUpButton::PopUpButton(QWidget *parent) : QPushButton(parent), mMenu(new QMenu(this))
+{
+    setMenu(mMenu);
+    setAutoDefault(false);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+QString PopUpButton::itemTitleAtIndex(int index) const
+{
+    const QAction *item = itemAtIndex(index);
+    return item ? menuItemTitle(item) : QString();
+}
+
+QAction *PopUpButton::itemAtIndex(int index) const
+{
+    return mItems.value(index);
+}
+
+QMenu *PopUpButton::submenuAtIndex(int index) const
+{
+    const QAction *item = itemAtIndex(index);
+    return item ? item->menu() : nullptr;
+}
+
+void PopUpButton::removeAllItems()
+{
+    while (!mItems.isEmpty()) {
+        setSubmenuAtIndex(0, nullptr);
+        delete mItems.takeFirst();
+    }
+    mSelectedIndex = -1;
+    showSelection();
+}
+
+void PopUpButton::addItemWithTitle(const QString &title, int tag)
+{
+    QAction *item = addMenuItem(mMenu, title, tag);
+    item->setCheckable(true);
+    connect(item, &QAction::triggered, this, [this, item] { pick(item); });
+    mItems.append(item);
+    if (mSelectedIndex < 0)
+        mSelectedIndex = 0;
+    showSelection();
+}
+
+void PopUpButton::addItemsWithTitles(const QStringList &titles)
+{
+    for (const QString &title : titles)
+        addItemWithTitle(title);
+}
+
+void PopUpButton::setItemTitleAtIndex(int index, const QString &title)
+{
+    if (QAction *item = itemAtIndex(index); item && menuItemTitle(item) != title) {
+        setMenuItemTitle(item, title);
+        showSelection();
+    }
+}
+
+void PopUpButton::setSubmenuAtIndex(int index, QMenu *submenu)
+{
+    QAction *item = itemAtIndex(index);
+    if (!item || item->menu() == submenu)
+        return;
+    QMenu *earlier = item->menu();
+    if (submenu)
+        submenu->setParent(mMenu, submenu->windowFlags());
+    item->setMenu(submenu);
+    if (earlier) {
+        earlier->hide();
+        earlier->deleteLater(); // it may be the one whose item is being handled right now
+    }
+}
+
+void PopUpButton::selectItemAtIndex(int index)
+{
+    if (!itemAtIndex(index))
+        return;
+    mSelectedIndex = index;
+    showSelection();
+}
+
+void PopUpButton::pick(QAction *item)
+{
+    selectItemAtIndex(static_cast<int>(mItems.indexOf(item)));
+    Q_EMIT itemPicked(mSelectedIndex);
+}
+
+void PopUpButton::showSelection()
+{
+    for (qsizetype index = 0; index < mItems.size(); ++index)
+        mItems[index]->setChecked(index == mSelectedIndex);
+    const QString title = titleOfSelectedItem();
+    setAccessibleDescription(title);
+    setText(QString(title).replace(u'&', u"&&"_s));
+    updateGeometry();
+    update();
+}
+
+QSize PopUpButton::sizeForTitle(const QString &title) const
+{
+    QStyleOptionComboBox option;
+    option.initFrom(this);
+    option.editable = false;
+    const QFontMetrics metrics = fontMetrics();
+    const QSize contents(metrics.horizontalAdvance(title) + metrics.averageCharWidth() * 2, metrics.height() + 2);
+    return style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, this);
+}
+
+QSize PopUpButton::sizeHint() const
+{
+    QSize hint = sizeForTitle(QString());
+    for (const QAction *item : mItems)
+        hint = hint.expandedTo(sizeForTitle(menuItemTitle(item)));
+    // A long name is cut off in the button, not the window widened for it; the menu shows it whole.
+    const int widest = fontMetrics().averageCharWidth() * 48;
+    return {std::min(hint.width(), widest), hint.height()};
+}
+
+QSize PopUpButton::minimumSizeHint() const
+{
+    return {std::min(sizeHint().width(), fontMetrics().averageCharWidth() * 16), sizeHint().height()};
+}
+
+void PopUpButton::paintEvent(QPaintEvent *)
+{
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    option.initFrom(this);
+    option.editable = false;
+    option.frame = true;
+    option.subControls = QStyle::SC_All;
+    if (isDown() || (menu() && menu()->isVisible())) {
+        option.activeSubControls = QStyle::SC_ComboBoxArrow;
+        option.state |= QStyle::State_Sunken;
+    }
+    const QRect textRect = style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+    option.currentText = fontMetrics().elidedText(titleOfSelectedItem(), Qt::ElideRight, textRect.width() - 4);
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+}
+
+void PopUpButton::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        showMenu();
+        return;
+    default:
+        QPushButton::keyPressEvent(event);
+    }
+}
+
+void PopUpButton::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        updateGeometry();
+    QPushButton::changeEvent(event);
+}

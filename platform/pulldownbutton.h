@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// A button without an arrow that shows a picture and opens a menu of numbered commands. The tab that shows it owns it.
+// Main thread only.
+#pragma once
+
+#include <QList>
+#include <QToolButton>
+
+#include <functional>
+
+class QAction;
+class QMenu;
+
+/// One command of a menu: its number and the key of its title.
+struct MenuCommand
+{
+    int tag;
+    const char *titleKey;
+};
+
+class PulldownButton : public QToolButton
+{
+    Q_OBJECT
+
+public:
+    /// An item's data() is its command's tag, its object name the key of its title.
+    using Handler = std::function<void(const QAction *item)>;
+    using Validator = std::function<bool(const QAction *item)>;
+
+    explicit PulldownButton(QWidget *parent = nullptr);
+
+    /// Shows `onImage`, and `offImage` while the button is disabled. Resource file names.
+    void setImages(const QString &onImage, const QString &offImage);
+    /// Replaces the menu. Each time it opens, `validator` says which commands can be chosen.
+    void setCommands(const QList<MenuCommand> &commands, Handler handler, Validator validator);
+
+    /// The item of the command `tag`; nullptr if there is none. Its enabled state is as of the last opening.
+    [[nodiscard]] QAction *itemWithTag(int tag) const;
+    /// Enables the items as opening the menu does.
+    void validateItems();
+
+private:
+    QMenu *mMenu;
+    Validator mValidator;
+};
+
+/// Fills `menu` with `commands` in their order; choosing one calls `handler`.
+void addMenuCommands(QMenu *menu, const QList<MenuCommand> &commands, const PulldownButton::Handler &handler);

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// Draws the cells of a TableView and edits them in place. Owned and used by TableView alone.
+#pragma once
+
+#include <QStyledItemDelegate>
+
+class TableView;
+
+class TableCellDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit TableCellDelegate(TableView *view);
+
+    /// Where the check box of a check-box cell of the rectangle `cell` is: its middle.
+    [[nodiscard]] QRect checkBoxRect(const QRect &cell) const;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void destroyEditor(QWidget *editor, const QModelIndex &index) const override;
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override;
+
+private:
+    TableView *mView;
+};

@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tableview.h"
+
+#include "platform/tablecelldelegate.h"
+#include "platform/tableviewmodel.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+
+namespace {
+
+bool isKeyEquivalent(const QKeyEvent *event)
+{
+    // Tab with modifiers moves the focus and is no command.
+    return (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) && event->key() != Qt::Key_Tab &&
+           event->key() != Qt::Key_Backtab;
+}
+
+} // namespace
+
+TableView::TableView(QWidget *parent) : QTableView(parent), mModel(new TableViewModel(this))
+{
+    setModel(mModel);
+    setItemDelegate(new TableCellDelegate(this));
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(DoubleClicked | EditKeyPressed);
+    setTabKeyNavigation(false);
+    setShowGrid(false);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideMiddle);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 10);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(false);
+}
+
+void TableView::addColumn(const TableColumn &column)
+{
+    mModel->addColumn(column);
+    const int position = mModel->columnCount() - 1;
+    horizontalHeader()->setSectionResizeMode(position, column.stretches ? QHeaderView::Stretch
+                                                                        : QHeaderView::ResizeToContents);
+}
+
+void TableView::setDataSource(TableViewDataSource *source)
+{
+    mSource = source;
+    mModel->setSource(source);
+    reloadData();
+}
+
+int TableView::numberOfRows()
+{
+    noteNumberOfRowsChanged();
+    return mModel->rowCount();
+}
+
+int TableView::selectedRow() const
+{
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+int TableView::editedRow() const
+{
+    return mEditor && mEditedIndex.isValid() ? mEditedIndex.row() : -1;
+}
+
+int TableView::columnWithIdentifier(const QString &identifier) const
+{
+    const QList<TableColumn> &columns = mModel->columns();
+    for (int i = 0; i < columns.size(); ++i) {
+        if (columns.at(i).identifier == identifier)
+            return i;
+    }
+    return -1;
+}
+
+void TableView::noteNumberOfRowsChanged()
+{
+    const int count = mSource ? mSource->numberOfRowsInTableView(this) : 0;
+    if (count == mModel->rowCount())
+        return;
+    const QScopedValueRollback quiet(mNotifies, false);
+    const int selected = selectedRow();
+    if (editedRow() >= count)
+        abortEditing();
+    mModel->setRowCount(count);
+    // The base class moves the selection to a neighbour of a removed row; here it ends with its row.
+    if (selected >= count)
+        clearSelection();
+}
+
+void TableView::reloadData()
+{
+    noteNumberOfRowsChanged();
+    mModel->refetchAll();
+}
+
+void TableView::selectRow(int row, bool)
+{
+    if (row < 0 || row >= numberOfRows() || row == selectedRow())
+        return;
+    const int column = qMax(0, currentIndex().column());
+    selectionModel()->setCurrentIndex(mModel->index(row, column),
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void TableView::deselectAll()
+{
+    if (selectedRow() < 0)
+        return;
+    endEditing();
+    clearSelection();
+}
+
+void TableView::editColumnRow(int column, int row, bool selectText)
+{
+    if (!isEnabled() || row < 0 || row >= numberOfRows() || column < 0 || column >= mModel->columnCount())
+        return;
+    const QModelIndex cell = mModel->index(row, column);
+    if (!mEditor || mEditedIndex != cell) {
+        endEditing();
+        scrollTo(cell);
+        if (!edit(cell, AllEditTriggers, nullptr) || !mEditor)
+            return;
+    }
+    mEditor->setFocus();
+    if (selectText)
+        mEditor->selectAll();
+    else
+        mEditor->deselect();
+}
+
+void TableView::endEditing()
+{
+    if (!mEditor)
+        return;
+    const QScopedValueRollback byCall(mIsEndingEditByCall, true);
+    const QPointer<QLineEdit> editor = mEditor;
+    commitData(editor);
+    if (editor)
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
+void TableView::abortEditing()
+{
+    const QPointer<QLineEdit> editor = mEditor;
+    setEditor(nullptr);
+    if (editor)
+        closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
+}
+
+void TableView::scrollRowToVisible(int row)
+{
+    if (row >= 0 && row < numberOfRows())
+        scrollTo(mModel->index(row, 0));
+}
+
+void TableView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    // Tab ends the edit; the base class would go on with the next cell and so select another row.
+    const bool movesOn = hint == QAbstractItemDelegate::EditNextItem || hint == QAbstractItemDelegate::EditPreviousItem;
+    QTableView::closeEditor(editor, movesOn ? QAbstractItemDelegate::NoHint : hint);
+}
+
+void TableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    const QScopedValueRollback byCall(mIsEndingEditByCall, true);
+    QTableView::currentChanged(current, previous);
+}
+
+void TableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QTableView::selectionChanged(selected, deselected);
+    if (mNotifies && mSource)
+        mSource->tableViewSelectionDidChange(this);
+}
+
+QItemSelectionModel::SelectionFlags TableView::selectionCommand(const QModelIndex &index, const QEvent *event) const
+{
+    const QItemSelectionModel::SelectionFlags command = QTableView::selectionCommand(index, event);
+    if (mAllowsEmptySelection || !event)
+        return command;
+    if (!index.isValid() || command.testFlag(QItemSelectionModel::Deselect) ||
+        command.testFlag(QItemSelectionModel::Toggle))
+        return QItemSelectionModel::NoUpdate;
+    return command;
+}
+
+bool TableView::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (isKeyEquivalent(key) && performKeyEquivalent(key)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QTableView::event(event);
+}
+
+bool TableView::performKeyEquivalent(const QKeyEvent *)
+{
+    return false;
+}
+
+void TableView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::RightButton) {
+        rightMouseDown(event->globalPosition().toPoint());
+        return;
+    }
+    QTableView::mousePressEvent(event);
+}
+
+void TableView::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        rightMouseDown(viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
+}
+
+void TableView::rightMouseDown(const QPoint &) {}
+
+void TableView::editingBegan(QLineEdit *editor, const QModelIndex &index)
+{
+    mEditedIndex = index;
+    setEditor(editor);
+}
+
+void TableView::setEditor(QLineEdit *editor)
+{
+    if (mEditor == editor)
+        return;
+    mEditor = editor;
+    emit editedRowChanged();
+}
+
+void TableView::editorDestroyed(const QWidget *editor)
+{
+    if (mEditor == editor)
+        setEditor(nullptr);
+}
+
+bool TableView::takeEdit(const QLineEdit *editor)
+{
+    if (editor != mEditor)
+        return false;
+    const bool isWritten = isEnabled() && (!mIsEndingEditByCall || editor->isModified());
+    // Cleared first: writing may fetch the table anew or start another edit.
+    setEditor(nullptr);
+    return isWritten;
+}

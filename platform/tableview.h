@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// A table whose rows come from a data source that is also told of edits and of selection changes, whoever made them.
+// The tab that shows it owns it. Main thread only.
+#pragma once
+
+#include <QPersistentModelIndex>
+#include <QPointer>
+#include <QTableView>
+#include <QVariant>
+
+#include <optional>
+
+class QLineEdit;
+class TableView;
+class TableViewModel;
+
+enum class TableCell { text, checkBox };
+
+struct TableColumn
+{
+    QString identifier; ///< what the data source is asked with
+    QString title;      ///< heading, and the accessible name of a check box in it
+    TableCell cell = TableCell::text;
+    bool isEditable = false;
+    bool stretches = false;
+    Qt::Alignment alignment = Qt::AlignLeading | Qt::AlignVCenter;
+};
+
+/// Where a table gets its rows, and whom it tells. One object may serve several tables.
+class TableViewDataSource
+{
+public:
+    virtual ~TableViewDataSource() = default;
+
+    virtual int numberOfRowsInTableView(TableView *tableView) = 0;
+    /// A text or a number; for a check-box cell a number, 0 meaning off. A row may be out of date until reloadData():
+    /// answer an invalid value for one that is gone.
+    virtual QVariant tableViewObjectValueForTableColumnRow(TableView *tableView, const QString &column, int row) = 0;
+    /// An edit ended with a new text (QString), or a check box was clicked (int 0 or 1).
+    virtual void tableViewSetObjectValueForTableColumnRow(TableView *tableView, const QVariant &value,
+                                                          const QString &column, int row) = 0;
+    /// The selection changed, by the user or by a call. selectedRow() is up to date.
+    virtual void tableViewSelectionDidChange(TableView *tableView) = 0;
+    /// The cell to use at one place; absent means the column's own.
+    virtual std::optional<TableCell> tableViewDataCellForTableColumnRow(TableView *, const QString &, int)
+    {
+        return std::nullopt;
+    }
+};
+
+/// Shows one selected row at most. An edit that ends by Return, Tab or loss of focus is written; one that a call ends
+/// is written only when the user changed the text; Escape, abortEditing() and disabling the table write nothing.
+class TableView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit TableView(QWidget *parent = nullptr);
+
+    void addColumn(const TableColumn &column);
+    /// Not owned; it must outlive the table or be taken away with nullptr.
+    void setDataSource(TableViewDataSource *source);
+    /// Whether the user can click the selection away. Calls always can. True at first.
+    void setAllowsEmptySelection(bool allows) { mAllowsEmptySelection = allows; }
+
+    /// Asks the data source, so it is right even before reloadData().
+    [[nodiscard]] int numberOfRows();
+    [[nodiscard]] int selectedRow() const; ///< -1 for none
+    [[nodiscard]] int editedRow() const;   ///< -1 for none
+    /// -1 when there is no such column.
+    [[nodiscard]] int columnWithIdentifier(const QString &identifier) const;
+
+    /// Fetches everything anew. The selection and an open edit stay where their row still exists; no notification.
+    void reloadData();
+    /// Selects `row` and notifies if that changed anything. A row that does not exist is ignored. With one row at most
+    /// selected, extending the selection replaces it.
+    void selectRow(int row, bool extendingSelection = false);
+    /// Notifies if a row was selected. Ends an edit.
+    void deselectAll();
+    /// Opens the text of a cell for editing and makes it first responder; ends an edit elsewhere. The selection stays.
+    /// Does nothing for a row that does not exist, a cell that cannot be edited and a disabled table.
+    void editColumnRow(int column, int row, bool selectText);
+    void endEditing();
+    void abortEditing();
+    void scrollRowToVisible(int row);
+
+Q_SIGNALS:
+    /// An edit began or ended; editedRow() is up to date.
+    void editedRowChanged();
+
+protected:
+    bool event(QEvent *event) override;
+    void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+    /// A key combination with Control or Meta was pressed while the table has the focus. True consumes it.
+    virtual bool performKeyEquivalent(const QKeyEvent *event);
+
+    /// A right click at `globalPosition`, or the menu key. It never changes the selection.
+    virtual void rightMouseDown(const QPoint &globalPosition);
+
+private:
+    friend class TableCellDelegate;
+
+    void noteNumberOfRowsChanged();
+    void editingBegan(QLineEdit *editor, const QModelIndex &index);
+    void editorDestroyed(const QWidget *editor);
+    void setEditor(QLineEdit *editor);
+    /// True once for each edit that is to be written.
+    bool takeEdit(const QLineEdit *editor);
+
+    TableViewModel *mModel = nullptr;
+    TableViewDataSource *mSource = nullptr;
+    QPointer<QLineEdit> mEditor;
+    QPersistentModelIndex mEditedIndex;
+    bool mAllowsEmptySelection = true;
+    bool mNotifies = true;
+    bool mIsEndingEditByCall = false;
+};

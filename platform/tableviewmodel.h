@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// The rows of a TableView, fetched from its data source when they are shown. Owned and used by TableView alone.
+#pragma once
+
+#include "platform/tableview.h"
+
+#include <QAbstractTableModel>
+#include <QList>
+
+class TableViewModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    explicit TableViewModel(TableView *view);
+
+    [[nodiscard]] const QList<TableColumn> &columns() const { return mColumns; }
+    [[nodiscard]] TableCell cellAt(const QModelIndex &index) const;
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    void addColumn(const TableColumn &column);
+    void setSource(TableViewDataSource *source);
+    /// Adds or removes rows at the end.
+    void setRowCount(int count);
+    /// Tells the view to fetch every cell again.
+    void refetchAll();
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+
+private:
+    [[nodiscard]] QVariant objectValue(const QModelIndex &index) const;
+
+    TableView *mView;
+    TableViewDataSource *mSource = nullptr;
+    QList<TableColumn> mColumns;
+    int mRowCount = 0;
+};

@@ -1,0 +1,433 @@
+// SPDX-License-Identifier: MIT
+#include "profiles/keyboardprofilescontroller.h"
+
+#include "app/util/settingskeys.h"
+#include "app/util/text.h"
+#include "app/util/uniquename.h"
+#include "platform/pulldownbutton.h"
+#include "platform/sheet.h"
+#include "profiles/profiledelegate.h"
+#include "profiles/qltableview.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+using ProfileCommands::maximumProfileCount;
+
+namespace {
+
+// The name a new profile is stored under, whatever the language of the interface.
+constexpr QLatin1StringView newProfileName{"Untitled Profile"};
+constexpr int nameColumn = 1;
+
+QString nameOf(const QVariantMap &profile)
+{
+    return profile.value(SettingsKeys::profileName).toString();
+}
+
+QString applicationOf(const QVariantMap &profile)
+{
+    return profile.value(SettingsKeys::appInfo).toMap().value(SettingsKeys::application).toString();
+}
+
+} // namespace
+
+KeyboardProfilesController::KeyboardProfilesController(QObject *parent) : QObject(parent)
+{
+    buildView();
+}
+
+KeyboardProfilesController::~KeyboardProfilesController()
+{
+    mProfilesTableView->setDataSource(nullptr);
+    if (!mView->parent())
+        delete mView;
+}
+
+void KeyboardProfilesController::awakeFromNib()
+{
+    mProfilesTableView->setKeyboardProfilesController(this);
+    mDefaultProfileDict = {};
+    mUserSettingsDict = {};
+    mCurrentProfileDict = QVariantMap();
+    mDeviceSettingsDict = {};
+    mIsAddProfile = false;
+    mNeedsUpdate = false;
+    mIsFirstLaunch = true;
+    mHasDeviceConnected = true;
+    mNeedsProfileEditing = false;
+    mIsRenamingProfile = false;
+    setupSettingsButton();
+}
+
+void KeyboardProfilesController::setupSettingsButton()
+{
+    mSettingsProfile->setImages(u"GearOn.png"_s, u"GearOff.png"_s);
+    mSettingsProfile->setCommands(
+        ProfileCommands::all(), [this](const QAction *item) { selectMenuItem(item); },
+        [this](const QAction *item) { return validateMenuItem(item); });
+}
+
+// Queries
+
+TableView *KeyboardProfilesController::profilesTableView() const
+{
+    return mProfilesTableView;
+}
+
+QVariantMap KeyboardProfilesController::profileAt(int row) const
+{
+    return row >= 0 && row < profileCount() ? mAllProfilesArray.at(row).toMap() : QVariantMap();
+}
+
+QVariantMap KeyboardProfilesController::selectedProfile() const
+{
+    return profileAt(mProfilesTableView->selectedRow());
+}
+
+int KeyboardProfilesController::activeProfile() const
+{
+    return mDeviceSettingsDict.value(SettingsKeys::activeProfile).toInt();
+}
+
+ProfileCommands::State KeyboardProfilesController::commandState() const
+{
+    return {mProfilesTableView->selectedRow(), profileCount(), !applicationOf(selectedProfile()).isEmpty()};
+}
+
+bool KeyboardProfilesController::canDelete() const
+{
+    return mHasDeviceConnected && profileCount() != 1;
+}
+
+bool KeyboardProfilesController::validateMenuItem(const QAction *item) const
+{
+    return ProfileCommands::isEnabledInGearMenu(item->data().toInt(), commandState());
+}
+
+QString KeyboardProfilesController::checkForDuplicateNameUsingDefaultName(const QVariantList &profiles,
+                                                                          const QString &name) const
+{
+    QStringList names;
+    for (const QVariant &profile : profiles)
+        names.append(nameOf(profile.toMap()));
+    return uniqueName(names, name);
+}
+
+// Following the main controller
+
+void KeyboardProfilesController::updateUISettings()
+{
+    if (!mCurrentProfileDict)
+        return;
+    if (!mIsAddProfile)
+        showActiveProfile();
+    if (mNeedsProfileEditing)
+        editName(profileCount() - 1, true);
+    enableAddButtonByCount();
+}
+
+void KeyboardProfilesController::showActiveProfile()
+{
+    mProfilesTableView->deselectAll();
+    mEnableOnScreenDisplay->setChecked(mDeviceSettingsDict.value(SettingsKeys::profileOsdOn).toInt() != 0);
+    mProfilesTableView->selectRow(activeProfile(), mNeedsUpdate);
+}
+
+void KeyboardProfilesController::refreshTableDisplay()
+{
+    mProfilesTableView->reloadData();
+}
+
+void KeyboardProfilesController::setControlsState(bool isEnabled)
+{
+    mHasDeviceConnected = isEnabled;
+    mProfilesTableView->setEnabled(isEnabled);
+    mAddProfile->setEnabled(isEnabled && profileCount() < maximumProfileCount);
+    mSettingsProfile->setEnabled(isEnabled);
+    mEnableOnScreenDisplay->setEnabled(isEnabled);
+    mDeleteProfile->setEnabled(canDelete());
+}
+
+void KeyboardProfilesController::enableControlsForAddProfiles(bool isEnabled)
+{
+    mDeleteProfile->setEnabled(isEnabled);
+    mSettingsProfile->setEnabled(isEnabled);
+    mEnableOnScreenDisplay->setEnabled(isEnabled);
+    // The add button follows the count alone, even while an add goes on.
+    enableAddButtonByCount();
+}
+
+void KeyboardProfilesController::enableAddButtonByCount()
+{
+    mAddProfile->setEnabled(profileCount() < maximumProfileCount);
+}
+
+// Adding and copying
+
+void KeyboardProfilesController::clickAddProfile(QObject *)
+{
+    mIsAddProfile = true;
+    mNeedsProfileEditing = true;
+    mProfilesTableView->deselectAll();
+    QVariantMap profile = mDefaultProfileDict;
+    profile[SettingsKeys::profileName] = checkForDuplicateNameUsingDefaultName(mAllProfilesArray, newProfileName);
+    mAllProfilesArray.append(profile);
+    enableControlsForAddProfiles(false);
+    addProfileWithSettings(profile);
+    enableControlsForAddProfiles(true);
+    mIsAddProfile = false;
+}
+
+void KeyboardProfilesController::copyProfile()
+{
+    QVariantMap profile = selectedProfile();
+    if (profile.isEmpty())
+        return;
+    mIsAddProfile = true;
+    mProfilesTableView->deselectAll();
+    profile[SettingsKeys::profileName] = checkForDuplicateNameUsingDefaultName(mAllProfilesArray, nameOf(profile));
+    mAllProfilesArray.append(profile);
+    addProfileWithSettings(profile);
+    mIsAddProfile = false;
+}
+
+/// Shows the record just appended, opens its name for editing and sends it.
+void KeyboardProfilesController::addProfileWithSettings(const QVariantMap &profile)
+{
+    mProfilesTableView->reloadData();
+    selectLastRow();
+    editName(profileCount() - 1, true);
+    if (mProfileDelegate)
+        mProfileDelegate->addNewProfileWithSettings(profile);
+}
+
+void KeyboardProfilesController::selectLastRow()
+{
+    mProfilesTableView->selectRow(profileCount() - 1);
+    mProfilesTableView->scrollRowToVisible(profileCount() - 1);
+}
+
+void KeyboardProfilesController::editName(int row, bool selectText)
+{
+    mProfilesTableView->editColumnRow(nameColumn, row, selectText);
+}
+
+// Renaming
+
+void KeyboardProfilesController::renameProfile(int row, const QString &newName)
+{
+    QVariantMap profile = profileAt(row);
+    if (profile.isEmpty())
+        return;
+    // With its name blanked and moved to the end, the profile's own old name is no collision.
+    profile[SettingsKeys::profileName] = QString();
+    mAllProfilesArray.removeAt(row);
+    mAllProfilesArray.append(profile);
+    profile[SettingsKeys::profileName] = checkForDuplicateNameUsingDefaultName(mAllProfilesArray, newName);
+    mUserSettingsDict = profile;
+    // This replaces the profile that followed. Deliberate: the refresh after the rename brings the whole list anew.
+    mAllProfilesArray[row] = profile;
+    mNeedsProfileEditing = false;
+    if (mProfileDelegate)
+        mProfileDelegate->renameProfileWithProfileIDAndSettings(mProfilesTableView->selectedRow(), profile);
+}
+
+// Deleting and restoring
+
+void KeyboardProfilesController::clickDeleteProfile(QObject *)
+{
+    if (mProfilesTableView->selectedRow() < 0)
+        enableAddButtonByCount();
+    else
+        confirm("lkeyDeleteProfileAlertTitle", "lkeyDeleteProfileAlertDesc", confirmDelete);
+}
+
+void KeyboardProfilesController::confirm(const char *titleKey, const char *descriptionKey, SheetContext context)
+{
+    const AlertTexts texts{localizedFormat(titleKey, {nameOf(selectedProfile())}), localizedText(descriptionKey),
+                           localizedText("lkeyOK"), localizedText("lkeyCancel")};
+    showAlert(texts, mProfilesWindow, [self = QPointer(this), context](int returnCode) {
+        if (self)
+            self->sheetDidEndReturnCodeContextInfo(returnCode, context);
+    });
+}
+
+void KeyboardProfilesController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)
+{
+    if (returnCode != alertFirstButtonReturn)
+        return;
+    if (context == confirmDelete)
+        deleteProfile();
+    else if (context == confirmRestore)
+        restoreProfileToDefaultSettings();
+}
+
+void KeyboardProfilesController::deleteProfile()
+{
+    if (profileCount() > 1 && mProfilesTableView->selectedRow() >= 0) {
+        mNeedsUpdate = true;
+        mNeedsProfileEditing = false;
+        // Opening another name ends a pending edit; the reload below ends this one.
+        editName(profileCount() - 1, false);
+        if (mProfileDelegate)
+            mProfileDelegate->deleteProfileWithProfileID(mProfilesTableView->selectedRow());
+        mProfilesTableView->abortEditing();
+        mProfilesTableView->reloadData();
+        mProfilesTableView->setFocus();
+        mNeedsUpdate = false;
+    }
+    enableAddButtonByCount();
+}
+
+void KeyboardProfilesController::restoreProfileToDefaultSettings()
+{
+    const QVariantMap selected = selectedProfile();
+    if (selected.isEmpty())
+        return;
+    QVariantMap profile = mDefaultProfileDict;
+    profile[SettingsKeys::profileName] = nameOf(selected);
+    if (mProfileDelegate)
+        mProfileDelegate->updateProfileWithSettings(profile);
+}
+
+// Single settings
+
+void KeyboardProfilesController::tickEnableOnScreenDisplay(QObject *)
+{
+    updateValueOfSetting(mEnableOnScreenDisplay->isChecked() ? 1 : 0, SettingsKeys::profileOsdOn);
+}
+
+void KeyboardProfilesController::updateValueOfSetting(int value, const QString &key)
+{
+    if (mProfileDelegate)
+        mProfileDelegate->updateProfileWithSettings({{key, value}});
+}
+
+void KeyboardProfilesController::setAutoSwitch(int row, int value)
+{
+    if (row != activeProfile() && mProfileDelegate)
+        mProfileDelegate->switchProfileWithID(row);
+    mTableObjectValue = value;
+    updateValueOfSetting(value, SettingsKeys::autoSwitchOn);
+    mProfilesTableView->reloadData();
+}
+
+void KeyboardProfilesController::removeApplication()
+{
+    QVariantMap appInfo = selectedProfile().value(SettingsKeys::appInfo).toMap();
+    for (const SettingsKeys::Key key :
+         {SettingsKeys::application, SettingsKeys::executable, SettingsKeys::identifier, SettingsKeys::signature})
+        appInfo[key] = QString();
+    if (mProfileDelegate)
+        mProfileDelegate->updateProfileWithSettings(
+            {{SettingsKeys::autoSwitchOn, false}, {SettingsKeys::appInfo, appInfo}});
+    mProfilesTableView->reloadData();
+}
+
+// The commands
+
+void KeyboardProfilesController::selectMenuItem(const QAction *item)
+{
+    runCommand(item->data().toInt());
+}
+
+void KeyboardProfilesController::runCommand(int tag)
+{
+    switch (tag) {
+    case ProfileCommands::rename:
+        editName(mProfilesTableView->selectedRow(), true);
+        mIsRenamingProfile = true;
+        break;
+    case ProfileCommands::newProfile:
+        clickAddProfile(nullptr);
+        break;
+    case ProfileCommands::deleteProfile:
+        if (std::exchange(mIsRenamingProfile, false))
+            reselectRow();
+        clickDeleteProfile(nullptr);
+        break;
+    case ProfileCommands::copy:
+        copyProfile();
+        break;
+    case ProfileCommands::removeApplication:
+        removeApplication();
+        break;
+    case ProfileCommands::restoreDefault:
+        if (mProfilesTableView->selectedRow() >= 0)
+            confirm("lkeyRestoreDefaultTitle", "lkeyRestoreDefaultDesc", confirmRestore);
+        break;
+    default:
+        break;
+    }
+}
+
+/// Deselecting ends a pending name edit.
+void KeyboardProfilesController::reselectRow()
+{
+    const int row = mProfilesTableView->selectedRow();
+    mProfilesTableView->deselectAll();
+    mProfilesTableView->selectRow(row);
+}
+
+// The table
+
+int KeyboardProfilesController::numberOfRowsInTableView(TableView *)
+{
+    mDeleteProfile->setEnabled(canDelete());
+    return profileCount();
+}
+
+QVariant KeyboardProfilesController::tableViewObjectValueForTableColumnRow(TableView *, const QString &column, int row)
+{
+    if (row < 0 || row >= profileCount())
+        return {};
+    const QVariantMap profile = profileAt(row);
+    if (column == "id"_L1)
+        return row + 1;
+    if (column == "name"_L1)
+        return nameOf(profile);
+    if (column == "application"_L1)
+        return applicationOf(profile);
+    return profile.value(SettingsKeys::autoSwitchOn).toInt();
+}
+
+void KeyboardProfilesController::tableViewSetObjectValueForTableColumnRow(TableView *, const QVariant &value,
+                                                                          const QString &column, int row)
+{
+    mProfilesTableView->selectRow(mProfilesTableView->selectedRow());
+    if (column == "name"_L1) {
+        if (value.userType() == QMetaType::QString && !value.toString().isEmpty())
+            renameProfile(row, value.toString());
+    } else if (column == "auto switch"_L1) {
+        setAutoSwitch(row, value.toInt());
+    }
+}
+
+void KeyboardProfilesController::tableViewSelectionDidChange(TableView *)
+{
+    const int row = mProfilesTableView->selectedRow();
+    if (row >= 0 && row < profileCount() && !mIsAddProfile) {
+        if (!mIsFirstLaunch) {
+            if (row != activeProfile()) {
+                mNeedsProfileEditing = false;
+                if (mProfileDelegate)
+                    mProfileDelegate->switchProfileWithID(row);
+            }
+        } else if (!mNeedsUpdate) {
+            mProfilesTableView->selectRow(activeProfile());
+        }
+    }
+    enableAddButtonByCount();
+    mIsFirstLaunch = false;
+}
+
+std::optional<TableCell> KeyboardProfilesController::tableViewDataCellForTableColumnRow(TableView *,
+                                                                                        const QString &column, int)
+{
+    if (column == "auto switch"_L1)
+        return TableCell::checkBox;
+    return std::nullopt;
+}

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+// The profiles tab: the list of profiles, with adding, copying, renaming, deleting, restoring and the on-screen display.
+// Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
+#pragma once
+
+#include "platform/tableview.h"
+#include "profiles/profilecommands.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <optional>
+
+class ProfileDelegate;
+class PulldownButton;
+class QAction;
+class QCheckBox;
+class QLTableView;
+class QPushButton;
+class QToolButton;
+
+class KeyboardProfilesController : public QObject, public TableViewDataSource
+{
+    Q_OBJECT
+
+public:
+    explicit KeyboardProfilesController(QObject *parent = nullptr);
+    ~KeyboardProfilesController() override;
+
+    /// Context numbers of the tab's sheets.
+    enum SheetContext { chooseApplication = 1, chooseProfileFile = 2, confirmDelete = 5, confirmRestore = 9, exportProfile = 10 };
+
+    // What the tab is made of and shows
+    [[nodiscard]] QWidget *view() const { return mView; }
+    [[nodiscard]] TableView *profilesTableView() const;
+    [[nodiscard]] QWidget *profilesWindow() const { return mProfilesWindow; }
+    [[nodiscard]] ProfileDelegate *profileDelegate() const { return mProfileDelegate; }
+    [[nodiscard]] QVariantMap defaultProfileDict() const { return mDefaultProfileDict; }
+    [[nodiscard]] QVariantMap currentProfileDict() const { return mCurrentProfileDict.value_or(QVariantMap()); }
+    [[nodiscard]] QVariantMap deviceSettingsDict() const { return mDeviceSettingsDict; }
+    [[nodiscard]] QVariantList allProfilesArray() const { return mAllProfilesArray; }
+    [[nodiscard]] QVariantMap userSettingsDict() const { return mUserSettingsDict; }
+    [[nodiscard]] QVariantMap selectedProfile() const; ///< empty when no row is selected
+    [[nodiscard]] int activeProfile() const;
+    /// What decides which commands can be chosen.
+    [[nodiscard]] ProfileCommands::State commandState() const;
+
+    // From the main controller
+    void awakeFromNib();
+    void setMDefaultProfileDict(const QVariantMap &profile) { mDefaultProfileDict = profile; }
+    void setMCurrentProfileDict(const std::optional<QVariantMap> &profile) { mCurrentProfileDict = profile; }
+    void setMDeviceSettingsDict(const QVariantMap &settings) { mDeviceSettingsDict = settings; }
+    void setMAllProfilesArray(const QVariantList &profiles) { mAllProfilesArray = profiles; }
+    /// Neither is owned.
+    void setMProfileDelegate(ProfileDelegate *delegate) { mProfileDelegate = delegate; }
+    void setMProfilesWindow(QWidget *window) { mProfilesWindow = window; }
+    /// Shows the settings handed over last. Does nothing before there is a current profile.
+    void updateUISettings();
+    void setControlsState(bool isEnabled);
+    void refreshTableDisplay();
+
+    // Actions and what they are made of
+    void clickAddProfile(QObject *sender);
+    void clickDeleteProfile(QObject *sender);
+    void tickEnableOnScreenDisplay(QObject *sender);
+    /// Runs the command that the item's data() numbers (ProfileCommands); any other number does nothing.
+    void selectMenuItem(const QAction *item);
+    /// Whether the gear menu enables the item.
+    [[nodiscard]] bool validateMenuItem(const QAction *item) const;
+    void setupSettingsButton();
+    void enableControlsForAddProfiles(bool isEnabled);
+    void updateValueOfSetting(int value, const QString &key);
+    void deleteProfile();
+    void restoreProfileToDefaultSettings();
+    /// `name`, or `name` with a number when a record in `profiles` bears it; the rule is uniqueName().
+    [[nodiscard]] QString checkForDuplicateNameUsingDefaultName(const QVariantList &profiles, const QString &name) const;
+    void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
+
+    // The table's data source. Columns: "id", "name", "application", "auto switch".
+    /// Enables the delete button too: exactly with a device and with other than one profile.
+    int numberOfRowsInTableView(TableView *tableView) override;
+    QVariant tableViewObjectValueForTableColumnRow(TableView *tableView, const QString &column, int row) override;
+    void tableViewSetObjectValueForTableColumnRow(TableView *tableView, const QVariant &value, const QString &column,
+                                                  int row) override;
+    void tableViewSelectionDidChange(TableView *tableView) override;
+    std::optional<TableCell> tableViewDataCellForTableColumnRow(TableView *tableView, const QString &column,
+                                                                int row) override;
+
+private:
+    void buildView();
+    void buildTable();
+    [[nodiscard]] int profileCount() const { return int(mAllProfilesArray.size()); }
+    [[nodiscard]] QVariantMap profileAt(int row) const; ///< empty when there is no such row
+    [[nodiscard]] bool canDelete() const;
+    void enableAddButtonByCount();
+    void editName(int row, bool selectText);
+    void selectLastRow();
+    void showActiveProfile();
+    void confirm(const char *titleKey, const char *descriptionKey, SheetContext context);
+    void runCommand(int tag);
+    void addProfileWithSettings(const QVariantMap &profile);
+    void copyProfile();
+    void renameProfile(int row, const QString &newName);
+    void setAutoSwitch(int row, int value);
+    void removeApplication();
+    void reselectRow();
+
+    QWidget *mView = nullptr;
+    QLTableView *mProfilesTableView = nullptr;
+    QPushButton *mAddProfile = nullptr;
+    QPushButton *mDeleteProfile = nullptr;
+    PulldownButton *mSettingsProfile = nullptr;
+    QCheckBox *mEnableOnScreenDisplay = nullptr;
+
+    QVariantMap mDefaultProfileDict;
+    std::optional<QVariantMap> mCurrentProfileDict;
+    QVariantMap mDeviceSettingsDict;
+    QVariantList mAllProfilesArray;
+    QVariantMap mUserSettingsDict;
+    QPointer<QWidget> mProfilesWindow;
+    ProfileDelegate *mProfileDelegate = nullptr;
+    int mTableObjectValue = 0;
+
+    bool mIsAddProfile = false;         ///< an add or copy is going on: selecting switches no profile
+    bool mNeedsUpdate = false;          ///< a delete is going on, or an application was bound
+    bool mIsFirstLaunch = true;         ///< the first selection change switches no profile
+    bool mHasDeviceConnected = true;    ///< as last told to setControlsState()
+    bool mNeedsProfileEditing = false;  ///< the next refresh opens the last row's name
+    bool mIsRenamingProfile = false;    ///< a rename was started from a menu
+};

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// The profile table: a table with the profile commands as its context menu, and a say in key equivalents.
+// Owned by the profiles tab. Main thread only.
+#pragma once
+
+#include "platform/tableview.h"
+
+class KeyboardProfilesController;
+class QMenu;
+
+class QLTableView : public TableView
+{
+    Q_OBJECT
+
+public:
+    using TableView::TableView;
+
+    void setKeyboardProfilesController(KeyboardProfilesController *controller) { mKeyboardProfilesController = controller; }
+    [[nodiscard]] KeyboardProfilesController *keyboardProfilesController() const { return mKeyboardProfilesController; }
+
+    /// The nine commands, enabled as the table's state allows. The caller owns the menu.
+    [[nodiscard]] QMenu *makeContextMenu();
+    /// True when the key equivalent is consumed here: always but while a name is edited.
+    bool performKeyEquivalent(const QKeyEvent *event) override;
+
+protected:
+    void rightMouseDown(const QPoint &globalPosition) override;
+
+private:
+    KeyboardProfilesController *mKeyboardProfilesController = nullptr;
+};

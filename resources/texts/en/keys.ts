@@ -1,0 +1,48 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name></name>
+    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>Default key</translation></message>
+    <message id="lkeySingleKey"><source>lkeySingleKey</source><translation>Single key</translation></message>
+    <message id="lkeyMacro"><source>lkeyMacro</source><translation>Macro</translation></message>
+    <message id="lkeyProfile"><source>lkeyProfile</source><translation>Switch profile</translation></message>
+    <message id="lkeyLaunchProgram"><source>lkeyLaunchProgram</source><translation>Launch program</translation></message>
+    <message id="lkeyDisable"><source>lkeyDisable</source><translation>Disable key</translation></message>
+    <message id="lkeyManageProfile"><source>lkeyManageProfile</source><translation>Manage profiles…</translation></message>
+    <message id="lkeyManageMacro"><source>lkeyManageMacro</source><translation>Manage macros…</translation></message>
+    <message id="lkeyPlayMacroOnce"><source>lkeyPlayMacroOnce</source><translation>Play once</translation></message>
+    <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>Repeat until released</translation></message>
+    <message id="lkeyRepeatUntilPressedAgain"><source>lkeyRepeatUntilPressedAgain</source><translation>Repeat until pressed again</translation></message>
+    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>Repeat 2 times</translation></message>
+    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>Repeat 3 times</translation></message>
+    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>Repeat 4 times</translation></message>
+    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>Repeat 5 times</translation></message>
+    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>Repeat 6 times</translation></message>
+    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>Repeat 7 times</translation></message>
+    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>Repeat 8 times</translation></message>
+    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>Repeat 9 times</translation></message>
+    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>Repeat 10 times</translation></message>
+    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profile:</translation></message>
+    <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>Selected key:</translation></message>
+    <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Assignment:</translation></message>
+    <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Playback:</translation></message>
+    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Press the key that the selected key shall send.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Game mode is on: pressing %@ alone does what is assigned to it.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Game mode is off: press FN together with %@ for what is assigned to it.</translation></message>
+    <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Keyboard</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Keyboard. Use the arrow keys to select a key.</translation></message>
+    <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
+    <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@ (%@)</translation></message>
+    <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Selected key</translation></message>
+    <message id="lkeyKeysLegendDisabled"><source>lkeyKeysLegendDisabled</source><translation>Disabled</translation></message>
+    <message id="lkeyKeysNoAssignment"><source>lkeyKeysNoAssignment</source><translation>Cannot be assigned</translation></message>
+    <message id="lkeyKeysEjectKey"><source>lkeyKeysEjectKey</source><translation>Eject</translation></message>
+    <message id="lkeyKeysMacroKey"><source>lkeyKeysMacroKey</source><translation>Macro recording</translation></message>
+    <message id="lkeyKeysFnKey"><source>lkeyKeysFnKey</source><translation>FN</translation></message>
+    <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>Menu</translation></message>
+    <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Blank keypad key</translation></message>
+    <message id="lkeyKeysChooseApplication"><source>lkeyKeysChooseApplication</source><translation>Choose an application</translation></message>
+    <message id="lkeyKeysApplicationFilter"><source>lkeyKeysApplicationFilter</source><translation>Applications (%@)</translation></message>
+</context>
+</TS>

@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: MIT
+#include "macros/eventparser.h"
+#include "macros/macrorecord.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QVariant makeEvent(int command, int delay, int page, int argument)
+{
+    return MacroRecord::eventRecord({command, delay, page, static_cast<uint>(argument)});
+}
+
+QVariant withoutLine(int delay)
+{
+    return makeEvent(1, delay, 8, 4);
+}
+
+QList<int> delays(const QVariantList &events)
+{
+    QList<int> result;
+    for (const QVariant &entry : events)
+        result += MacroRecord::eventFields(entry.toMap()).delayMs;
+    return result;
+}
+
+// press A, release A, an event without a line, left button down
+const QVariantList &sample()
+{
+    static const QVariantList events{makeEvent(1, 10, 7, 4), makeEvent(0, 11, 7, 4), withoutLine(12), makeEvent(1, 13, 9, 1)};
+    return events;
+}
+
+} // namespace
+
+class MacroRecordTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsEventsOfARecord_data();
+    void readsEventsOfARecord();
+    void keepsFurtherKeysWhenEventsAreReplaced();
+    void noEventsAreAnEmptyDictionary();
+    void readsNumbersAsIntegers_data();
+    void readsNumbersAsIntegers();
+    void mapsRowsToEvents_data();
+    void mapsRowsToEvents();
+    void rowsAgreeWithTheDisplayLines();
+    void removesTheEventOfARow();
+    void replacesTheEventOfARow();
+    void setsTheDelayOfARow();
+    void copiesTheDelayOfARowToAll();
+    void setsAllDelays();
+    void editsOfAMissingRowAreAbsent_data();
+    void editsOfAMissingRowAreAbsent();
+    void editsKeepFurtherKeysOfEvents();
+    void tellsWellFormedRecords_data();
+    void tellsWellFormedRecords();
+    void handlesTheGreatestMacro();
+};
+
+void MacroRecordTest::readsEventsOfARecord_data()
+{
+    QTest::addColumn<QVariantMap>("macro");
+    QTest::addColumn<int>("count");
+    QTest::newRow("no sequence") << QVariantMap{{u"MacroName"_s, u"M"_s}} << 0;
+    QTest::newRow("empty sequence") << QVariantMap{{u"sequence"_s, QVariantMap()}} << 0;
+    QTest::newRow("four events") << QVariantMap{{u"sequence"_s, QVariantMap{{u"Events"_s, sample()}}}} << 4;
+    QTest::newRow("sequence of another type") << QVariantMap{{u"sequence"_s, u"x"_s}} << 0;
+}
+
+void MacroRecordTest::readsEventsOfARecord()
+{
+    QFETCH(QVariantMap, macro);
+    QTEST(int(MacroRecord::events(macro).size()), "count");
+}
+
+void MacroRecordTest::keepsFurtherKeysWhenEventsAreReplaced()
+{
+    const QVariantMap macro{{u"MacroName"_s, u"M"_s},
+                            {u"mine"_s, 3},
+                            {u"sequence"_s, QVariantMap{{u"Events"_s, sample()}, {u"other"_s, true}}}};
+    const QVariantMap changed = MacroRecord::withEvents(macro, {sample().first()});
+    QCOMPARE(changed.value(u"mine"_s), QVariant(3));
+    QCOMPARE(changed.value(u"sequence"_s).toMap().value(u"other"_s), QVariant(true));
+    QCOMPARE(MacroRecord::events(changed), QVariantList{sample().first()});
+    QCOMPARE(MacroRecord::events(macro), sample()); // the one given is unchanged
+}
+
+void MacroRecordTest::noEventsAreAnEmptyDictionary()
+{
+    const QVariantMap macro = MacroRecord::withEvents(MacroRecord::withEvents({}, sample()), {});
+    QCOMPARE(macro, (QVariantMap{{u"sequence"_s, QVariantMap()}}));
+}
+
+void MacroRecordTest::readsNumbersAsIntegers_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<int>("integer");
+    QTest::newRow("int") << QVariant(-7) << -7;
+    QTest::newRow("true") << QVariant(true) << 1;
+    QTest::newRow("real is cut") << QVariant(2.9) << 2;
+    QTest::newRow("negative real is cut") << QVariant(-2.9) << -2;
+    QTest::newRow("low 32 bits") << QVariant(qlonglong(0x1'0000'0005)) << 5;
+    QTest::newRow("unsigned") << QVariant(std::numeric_limits<qulonglong>::max()) << -1;
+    QTest::newRow("too great a real") << QVariant(1e300) << 0;
+    QTest::newRow("not a number") << QVariant(std::numeric_limits<double>::quiet_NaN()) << 0;
+    QTest::newRow("text") << QVariant(u"x"_s) << 0;
+    QTest::newRow("absent") << QVariant() << 0;
+}
+
+void MacroRecordTest::readsNumbersAsIntegers()
+{
+    QFETCH(QVariant, value);
+    QTEST(MacroRecord::integerValue(value), "integer");
+}
+
+void MacroRecordTest::mapsRowsToEvents_data()
+{
+    QTest::addColumn<QVariantList>("events");
+    QTest::addColumn<QList<int>>("eventsByRow");
+    QTest::newRow("none") << QVariantList() << QList<int>();
+    QTest::newRow("one") << QVariantList{makeEvent(1, 0, 7, 4)} << QList<int>{0};
+    QTest::newRow("a delay row, then its event row") << QVariantList{makeEvent(1, 0, 7, 4), makeEvent(0, 0, 7, 4)} << QList<int>{0, 1, 1};
+    QTest::newRow("event without line") << sample() << QList<int>{0, 1, 1, 2, 3, 3};
+    QTest::newRow("first event without line") << QVariantList{withoutLine(1), makeEvent(0, 0, 7, 4)} << QList<int>{1, 1};
+    QTest::newRow("nothing but events without lines") << QVariantList{withoutLine(1), withoutLine(2), withoutLine(3)} << QList<int>{1, 2};
+}
+
+void MacroRecordTest::mapsRowsToEvents()
+{
+    QFETCH(QVariantList, events);
+    QFETCH(QList<int>, eventsByRow);
+    QCOMPARE(qsizetype(MacroRecord::rowCount(events)), eventsByRow.size());
+    for (int row = 0; row < eventsByRow.size(); ++row)
+        QCOMPARE(MacroRecord::eventIndexOfRow(events, row), std::optional<int>(eventsByRow.at(row)));
+    for (const int missing : {-1, int(eventsByRow.size()), 255, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
+        QCOMPARE(MacroRecord::eventIndexOfRow(events, missing), std::optional<int>());
+}
+
+// Property: whatever the events are, there are as many rows as lines, and the lines of a row's event hold the row's line.
+void MacroRecordTest::rowsAgreeWithTheDisplayLines()
+{
+    QRandomGenerator random(271);
+    for (int round = 0; round < 300; ++round) {
+        QVariantList events;
+        for (int count = random.bounded(12); count > 0; --count)
+            events += makeEvent(random.bounded(4) - 1, random.bounded(3000), random.bounded(6, 11), random.bounded(13));
+        const QStringList lines = eventParser::getMessagesArray(events);
+        QCOMPARE(qsizetype(MacroRecord::rowCount(events)), lines.size());
+        for (int row = 0; row < lines.size(); ++row) {
+            const std::optional<int> index = MacroRecord::eventIndexOfRow(events, row);
+            QVERIFY(index);
+            QVERIFY(eventParser::parseSequence(events.at(*index).toMap()).contains(lines.at(row)));
+        }
+    }
+}
+
+void MacroRecordTest::removesTheEventOfARow()
+{
+    QCOMPARE(delays(*MacroRecord::removingEventOfRow(sample(), 0)), QList<int>({11, 12, 13}));
+    QCOMPARE(delays(*MacroRecord::removingEventOfRow(sample(), 1)), QList<int>({10, 12, 13})); // by its delay row
+    QCOMPARE(delays(*MacroRecord::removingEventOfRow(sample(), 2)), QList<int>({10, 12, 13})); // by its event row
+    QCOMPARE(delays(*MacroRecord::removingEventOfRow(sample(), 3)), QList<int>({10, 11, 13}));
+    QCOMPARE(delays(*MacroRecord::removingEventOfRow(sample(), 5)), QList<int>({10, 11, 12}));
+}
+
+void MacroRecordTest::replacesTheEventOfARow()
+{
+    const QVariantMap other = makeEvent(0, 99, 7, 30).toMap();
+    QVariantList expected = sample();
+    expected[1] = other;
+    QCOMPARE(MacroRecord::replacingEventOfRow(sample(), 1, other), expected);
+    QCOMPARE(MacroRecord::replacingEventOfRow(sample(), 2, other), expected);
+}
+
+void MacroRecordTest::setsTheDelayOfARow()
+{
+    QCOMPARE(delays(*MacroRecord::settingDelayOfRow(sample(), 1, 500)), QList<int>({10, 500, 12, 13}));
+    QCOMPARE(delays(*MacroRecord::settingDelayOfRow(sample(), 5, 0)), QList<int>({10, 11, 12, 0}));
+    QCOMPARE(delays(*MacroRecord::settingDelayOfRow(sample(), 0, 7)), QList<int>({7, 11, 12, 13}));
+}
+
+void MacroRecordTest::copiesTheDelayOfARowToAll()
+{
+    QCOMPARE(delays(*MacroRecord::copyingDelayOfRowToAll(sample(), 3)), QList<int>({12, 12, 12, 12}));
+}
+
+void MacroRecordTest::setsAllDelays()
+{
+    QCOMPARE(delays(MacroRecord::settingAllDelays(sample(), 0)), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(MacroRecord::settingAllDelays({}, 0), QVariantList());
+}
+
+void MacroRecordTest::editsOfAMissingRowAreAbsent_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::newRow("-1") << -1;
+    QTest::newRow("one too far") << 6;
+    QTest::newRow("far") << 255;
+}
+
+void MacroRecordTest::editsOfAMissingRowAreAbsent()
+{
+    QFETCH(int, row);
+    QVERIFY(!MacroRecord::removingEventOfRow(sample(), row));
+    QVERIFY(!MacroRecord::replacingEventOfRow(sample(), row, {}));
+    QVERIFY(!MacroRecord::settingDelayOfRow(sample(), row, 1));
+    QVERIFY(!MacroRecord::copyingDelayOfRowToAll(sample(), row));
+}
+
+void MacroRecordTest::editsKeepFurtherKeysOfEvents()
+{
+    QVariantMap marked = makeEvent(1, 5, 7, 4).toMap();
+    marked.insert(u"mark"_s, u"kept"_s);
+    const QVariantList events{marked, makeEvent(0, 6, 7, 4)};
+    QCOMPARE(MacroRecord::settingDelayOfRow(events, 0, 1)->first().toMap().value(u"mark"_s), QVariant(u"kept"_s));
+    QCOMPARE(MacroRecord::settingAllDelays(events, 1).first().toMap().value(u"mark"_s), QVariant(u"kept"_s));
+}
+
+void MacroRecordTest::tellsWellFormedRecords_data()
+{
+    QTest::addColumn<QVariantMap>("macro");
+    QTest::addColumn<bool>("wellFormed");
+    const QVariantMap named{{u"MacroName"_s, u"M"_s}};
+    const auto with = [&](const QString &key, const QVariant &value) {
+        QVariantMap macro = named;
+        macro.insert(key, value);
+        return macro;
+    };
+    const auto withEvents = [&](const QVariant &events) { return with(u"sequence"_s, QVariantMap{{u"Events"_s, events}}); };
+    QTest::newRow("name only") << named << true;
+    QTest::newRow("empty name") << QVariantMap{{u"MacroName"_s, QString()}} << true;
+    QTest::newRow("no name") << QVariantMap() << false;
+    QTest::newRow("name is a number") << QVariantMap{{u"MacroName"_s, 3}} << false;
+    QTest::newRow("delay") << with(u"delay"_s, 20) << true;
+    QTest::newRow("delay is text") << with(u"delay"_s, u"20"_s) << false;
+    QTest::newRow("empty sequence") << with(u"sequence"_s, QVariantMap()) << true;
+    QTest::newRow("sequence is an array") << with(u"sequence"_s, QVariantList()) << false;
+    QTest::newRow("events") << withEvents(sample()) << true;
+    QTest::newRow("events are no array") << withEvents(u"x"_s) << false;
+    QTest::newRow("an event is no dictionary") << withEvents(QVariantList{sample().first(), 3}) << false;
+    QTest::newRow("an event's page is text") << withEvents(QVariantList{QVariantMap{{u"page"_s, u"7"_s}}}) << false;
+    QTest::newRow("further keys") << with(u"anything"_s, QVariantList{1, u"x"_s}) << true;
+    QTest::newRow("as many events as fit") << withEvents(QVariantList(MacroRecord::maximumEvents, sample().first())) << true;
+    QTest::newRow("one event too many") << withEvents(QVariantList(MacroRecord::maximumEvents + 1, sample().first())) << false;
+}
+
+void MacroRecordTest::tellsWellFormedRecords()
+{
+    QFETCH(QVariantMap, macro);
+    QTEST(MacroRecord::isWellFormed(macro), "wellFormed");
+}
+
+void MacroRecordTest::handlesTheGreatestMacro()
+{
+    QVariantList events(MacroRecord::maximumEvents, makeEvent(1, 10, 7, 4));
+    const int lastRow = 2 * MacroRecord::maximumEvents - 2;
+    QCOMPARE(MacroRecord::rowCount(events), lastRow + 1);
+    QCOMPARE(MacroRecord::eventIndexOfRow(events, lastRow), std::optional<int>(MacroRecord::maximumEvents - 1));
+    QCOMPARE(MacroRecord::removingEventOfRow(events, lastRow)->size(), qsizetype(MacroRecord::maximumEvents - 1));
+}
+
+QTEST_APPLESS_MAIN(MacroRecordTest)
+#include "tst_macrorecord.moc"
