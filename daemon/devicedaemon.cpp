@@ -89,10 +89,10 @@ void DeviceDaemon::handle(const Request &request)
 
 void DeviceDaemon::handleDocumentCommand(const Request &request, const DocumentCommand &command)
 {
-    finishChange(request, command.apply(mDocument, request.values), command.returnsDocument);
+    (void)finishChange(request, command.apply(mDocument, request.values), command.returnsDocument);
 }
 
-void DeviceDaemon::finishChange(const Request &request, CommandOutcome outcome, ReturnsDocument returnsDocument)
+bool DeviceDaemon::finishChange(const Request &request, CommandOutcome outcome, ReturnsDocument returnsDocument)
 {
     const bool isChanged = outcome.changesDocument && outcome.document != mDocument;
     if (isChanged && !store(outcome.document))
@@ -103,6 +103,7 @@ void DeviceDaemon::finishChange(const Request &request, CommandOutcome outcome, 
     reply(request, outcome.status, outcome.reply);
     if (isChanged && isOk)
         postProfileUpdated(sourceAppOf(request.values, request.replyPort));
+    return isOk;
 }
 
 std::optional<DeviceDaemon::Answer> DeviceDaemon::handleDeviceCommand(const Request &request)
@@ -210,10 +211,12 @@ void DeviceDaemon::handleSaveRecordedEvents(const Request &request)
     (void)stopMacroRecording();
     // Compared by the macro's own number: its row may have moved since the recording began.
     const int macroId = MacroRecord::integerValue(macros.at(*row).toMap().value(SettingsKeys::macroId));
-    const std::optional<QVariantList> events = mRecorder.take(macroId);
+    const std::optional<QVariantList> events = mRecorder.recorded(macroId);
     if (!events)
         return reply(request, Status::nothingRecorded, {});
-    finishChange(request, saveEvents(mDocument, *row, *events, *isAppended), ReturnsDocument::never);
+    // What could not be saved stays recorded, so that it can be saved when there is room again.
+    if (finishChange(request, saveEvents(mDocument, *row, *events, *isAppended), ReturnsDocument::never))
+        mRecorder.discard();
 }
 
 DeviceDaemon::Answer DeviceDaemon::startKeyCapture(const Request &request, Capture capture)

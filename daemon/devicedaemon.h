@@ -81,7 +81,8 @@ private:
     [[nodiscard]] Answer stopKeyCapture();
     void handleSaveRecordedEvents(const Request &request);
     void handleDocumentCommand(const Request &request, const DocumentCommand &command);
-    void finishChange(const Request &request, CommandOutcome outcome, ReturnsDocument returnsDocument);
+    /// Writes what the command changed, replies, and tells the other clients; false when it failed.
+    [[nodiscard]] bool finishChange(const Request &request, CommandOutcome outcome, ReturnsDocument returnsDocument);
     void reply(const Request &request, Status status, QVariantMap values);
 
     [[nodiscard]] bool store(const QVariantMap &document);
