@@ -27,7 +27,6 @@ void KeyboardProfilesController::buildTable()
                                    false, false, Qt::AlignCenter});
     // A click beside the rows would leave no profile selected, and what the other tabs change goes to the selected one.
     mProfilesTableView->setAllowsEmptySelection(false);
-    mProfilesTableView->setDataSource(this);
 }
 
 void KeyboardProfilesController::buildView()
@@ -63,4 +62,5 @@ void KeyboardProfilesController::buildView()
     column->setSpacing(12);
     column->addWidget(mProfilesTableView, 1);
     column->addLayout(buttons);
+    mProfilesTableView->setDataSource(this);
 }
