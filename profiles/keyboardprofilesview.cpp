@@ -50,6 +50,9 @@ void KeyboardProfilesController::buildView()
     connect(mEnableOnScreenDisplay, &QCheckBox::clicked, this,
             [this] { tickEnableOnScreenDisplay(mEnableOnScreenDisplay); });
 
+    // Only now: counting the rows also enables the delete button.
+    mProfilesTableView->setDataSource(this);
+
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(mAddProfile);
     buttons->addWidget(mDeleteProfile);
