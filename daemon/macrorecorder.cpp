@@ -40,16 +40,20 @@ void MacroRecorder::stop(Time now)
     if (mState != State::recording)
         return;
     while (!mHeld.isEmpty())
-        append(mHeld.takeLast(), false, now);
+        (void)append(mHeld.takeLast(), false, now);
     mState = State::recorded;
 }
 
-std::optional<QVariantList> MacroRecorder::take(int macroId)
+std::optional<QVariantList> MacroRecorder::recorded(int macroId) const
 {
-    if (mState != State::recorded || macroId != mTarget.macroId)
-        return {};
+    return mState == State::recorded && macroId == mTarget.macroId ? std::optional(mEvents) : std::nullopt;
+}
+
+void MacroRecorder::discard()
+{
     mState = State::idle;
-    return std::exchange(mEvents, {});
+    mEvents.clear();
+    mHeld.clear();
 }
 
 QVariantMap MacroRecorder::append(HidUsage key, bool isDown, Time now)

@@ -12,7 +12,7 @@
 #include <chrono>
 #include <optional>
 
-/// Idle -> start() -> recording -> stop() -> recorded, which take() ends. start() begins anew from any state.
+/// Idle -> start() -> recording -> stop() -> recorded -> discard() -> idle. start() begins anew from any state.
 class MacroRecorder
 {
 public:
@@ -36,8 +36,9 @@ public:
     void stop(Time now);
 
     [[nodiscard]] bool isRecording() const { return mState == State::recording; }
-    /// The events recorded for this macro, once; absent when there is no ended recording for it.
-    [[nodiscard]] std::optional<QVariantList> take(int macroId);
+    /// The events recorded for this macro; absent when there is no ended recording for it.
+    [[nodiscard]] std::optional<QVariantList> recorded(int macroId) const;
+    void discard();
 
 private:
     enum class State { idle, recording, recorded };

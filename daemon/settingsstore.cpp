@@ -54,12 +54,12 @@ QString SettingsStore::defaultFolder()
     return QDir(stateHome).filePath(u"quill-kestra"_s);
 }
 
-bool SettingsStore::open()
+SettingsStore::OpenResult SettingsStore::open()
 {
     const bool isNew = !QFileInfo::exists(mFolder);
     if (!QDir().mkpath(mFolder)) {
         mErrorText = u"cannot make the folder %1"_s.arg(mFolder);
-        return false;
+        return OpenResult::unusable;
     }
     if (isNew)
         QFile::setPermissions(mFolder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -67,15 +67,15 @@ bool SettingsStore::open()
     mLock = ::open(QFile::encodeName(lockPath).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (mLock < 0) {
         mErrorText = u"cannot open %1: %2"_s.arg(lockPath, systemError());
-        return false;
+        return OpenResult::unusable;
     }
     // The lock goes with the process, also when that is killed.
     if (::flock(mLock, LOCK_EX | LOCK_NB) != 0) {
         mErrorText = u"another daemon uses the settings in %1"_s.arg(mFolder);
-        return false;
+        return OpenResult::inUse;
     }
     removeLeftOvers();
-    return true;
+    return OpenResult::open;
 }
 
 std::optional<QVariantMap> SettingsStore::load()

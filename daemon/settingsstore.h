@@ -28,8 +28,10 @@ public:
     /// $XDG_STATE_HOME/quill-kestra, by default ~/.local/state/quill-kestra.
     [[nodiscard]] static QString defaultFolder();
 
-    /// Makes the folder and takes its lock. False when that cannot be done; errorText() says why.
-    [[nodiscard]] bool open();
+    enum class OpenResult { open, inUse, unusable };
+
+    /// Makes the folder and takes its lock; errorText() says why that could not be done.
+    [[nodiscard]] OpenResult open();
     [[nodiscard]] QString errorText() const { return mErrorText; }
 
     /// The newest good document of the folder; absent when there is none. Sets damaged files aside and logs them.

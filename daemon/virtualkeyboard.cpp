@@ -3,24 +3,21 @@
 
 #include "daemon/settingsdocument.h"
 
-#include <QDBusConnection>
-
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace SettingsDocument;
 
 namespace {
 
-constexpr char notAttachedError[] = "org.quillkestra.VirtualKeyboard.Error.NotAttached";
-constexpr char invalidArgumentsError[] = "org.freedesktop.DBus.Error.InvalidArgs";
 constexpr uint greatestButton = 255;
 
-QList<uint> extended(const QList<HidUsage> &usages)
+bool isKeyOrButton(uint usagePage, uint usage)
 {
-    QList<uint> result;
-    for (const HidUsage usage : usages)
-        result += usage.extended();
-    return result;
+    if (usagePage == HidUsage::keyboardPage)
+        return usage >= HidUsage::firstKey && usage <= HidUsage::lastKey;
+    return usagePage == HidUsage::buttonPage && usage >= 1 && usage <= greatestButton;
 }
 
 HidUsage hidUsage(uint usagePage, uint usage)
@@ -30,24 +27,9 @@ HidUsage hidUsage(uint usagePage, uint usage)
 
 } // namespace
 
-bool VirtualKeyboard::registerOn(QDBusConnection connection)
-{
-    return connection.registerObject(u"/VirtualKeyboard"_s, this, QDBusConnection::ExportScriptableContents);
-}
-
 QString VirtualKeyboard::firmwareVersion() const
 {
     return u"1.00"_s;
-}
-
-QList<uint> VirtualKeyboard::pressedKeys() const
-{
-    return extended(mPressed);
-}
-
-QList<uint> VirtualKeyboard::sentKeys() const
-{
-    return extended(mSent);
 }
 
 void VirtualKeyboard::send(HidUsage usage, bool isDown)
@@ -55,96 +37,74 @@ void VirtualKeyboard::send(HidUsage usage, bool isDown)
     mSent.removeOne(usage);
     if (isDown)
         mSent += usage;
-    Q_EMIT Sent(usage.page, usage.usage, isDown);
+    Q_EMIT sent(usage.page, usage.usage, isDown);
 }
 
-void VirtualKeyboard::Press(uint usagePage, uint usage)
+VirtualKeyboard::Result VirtualKeyboard::press(uint usagePage, uint usage)
 {
-    if (!checkAttached() || !checkKey(usagePage, usage))
-        return;
+    if (!mIsAttached)
+        return Result::notAttached;
+    if (!isKeyOrButton(usagePage, usage))
+        return Result::noSuchKey;
     const HidUsage key = hidUsage(usagePage, usage);
-    if (mPressed.contains(key))
-        return; // a key that is down cannot go down
-    mPressed += key;
-    Q_EMIT keyChanged(key, true);
+    if (!mPressed.contains(key)) {
+        mPressed += key;
+        Q_EMIT keyChanged(key, true);
+    }
+    return Result::done;
 }
 
-void VirtualKeyboard::Release(uint usagePage, uint usage)
+VirtualKeyboard::Result VirtualKeyboard::release(uint usagePage, uint usage)
 {
-    if (!checkAttached() || !checkKey(usagePage, usage))
-        return;
+    if (!mIsAttached)
+        return Result::notAttached;
+    if (!isKeyOrButton(usagePage, usage))
+        return Result::noSuchKey;
     const HidUsage key = hidUsage(usagePage, usage);
     if (mPressed.removeOne(key))
         Q_EMIT keyChanged(key, false);
+    return Result::done;
 }
 
-void VirtualKeyboard::ReleaseAll()
+void VirtualKeyboard::releaseAll()
 {
     while (!mPressed.isEmpty())
         Q_EMIT keyChanged(mPressed.takeLast(), false);
 }
 
-void VirtualKeyboard::PressGameMode()
+VirtualKeyboard::Result VirtualKeyboard::pressGameMode()
 {
-    if (checkAttached())
-        Q_EMIT gameModePressed();
+    if (!mIsAttached)
+        return Result::notAttached;
+    Q_EMIT gameModePressed();
+    return Result::done;
 }
 
-void VirtualKeyboard::PressBrightnessUp()
+VirtualKeyboard::Result VirtualKeyboard::setBrightness(int level)
 {
-    chooseBrightness(std::min(mShownBrightness + 1, SettingsDocument::brightnessMaximum));
+    if (level < brightnessMinimum || level > brightnessMaximum)
+        return Result::noSuchBrightness;
+    if (!mIsAttached)
+        return Result::notAttached;
+    Q_EMIT brightnessChosen(level);
+    return Result::done;
 }
 
-void VirtualKeyboard::PressBrightnessDown()
+VirtualKeyboard::Result VirtualKeyboard::changeBrightness(int steps)
 {
-    chooseBrightness(std::max(mShownBrightness - 1, SettingsDocument::brightnessMinimum));
+    return setBrightness(std::clamp(mShownBrightness + steps, brightnessMinimum, brightnessMaximum));
 }
 
-void VirtualKeyboard::SetBrightness(int level)
+void VirtualKeyboard::attach()
 {
-    if (level < SettingsDocument::brightnessMinimum || level > SettingsDocument::brightnessMaximum) {
-        (void)fail(invalidArgumentsError, u"no such brightness: %1"_s.arg(level));
-        return;
-    }
-    chooseBrightness(level);
+    if (!std::exchange(mIsAttached, true))
+        Q_EMIT attachedChanged(true);
 }
 
-void VirtualKeyboard::chooseBrightness(int level)
-{
-    if (checkAttached())
-        Q_EMIT brightnessChosen(level);
-}
-
-void VirtualKeyboard::Attach()
-{
-    if (std::exchange(mIsAttached, true))
-        return;
-    Q_EMIT attachedChanged(true);
-}
-
-void VirtualKeyboard::Remove()
+void VirtualKeyboard::remove()
 {
     if (!std::exchange(mIsAttached, false))
         return;
     mPressed.clear();
     Q_EMIT attachedChanged(false);
-}
-
-bool VirtualKeyboard::fail(const char *errorName, const QString &text) const
-{
-    if (calledFromDBus())
-        sendErrorReply(QLatin1StringView(errorName), text);
-    return false;
-}
-
-bool VirtualKeyboard::checkAttached() const
-{
-    return mIsAttached || fail(notAttachedError, u"the keyboard is not attached"_s);
-}
-
-bool VirtualKeyboard::checkKey(uint usagePage, uint usage) const
-{
-    const bool isKey = usagePage == HidUsage::keyboardPage && usage >= HidUsage::firstKey && usage <= HidUsage::lastKey;
-    const bool isButton = usagePage == HidUsage::buttonPage && usage >= 1 && usage <= greatestButton;
-    return isKey || isButton || fail(invalidArgumentsError, u"no such key: page %1, usage %2"_s.arg(usagePage).arg(usage));
 }

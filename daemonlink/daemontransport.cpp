@@ -6,9 +6,12 @@
 #include "daemonlink/latestreplyslot.h"
 #include "platform/messageport.h"
 
+#include <atomic>
+
 namespace {
 constexpr int requestStatus = -50;
-}
+std::atomic<std::chrono::microseconds> currentPollInterval{replyPollInterval};
+} // namespace
 
 int sendDaemonRequest(const std::optional<QVariantMap> &request, int command)
 {
@@ -32,5 +35,10 @@ void waitForReply()
 {
     const LatestReplySlot &slot = LatestReplySlot::shared();
     for (int poll = 0; poll < replyPollCount && !slot.holdsReply(); ++poll)
-        slot.waitFor(replyPollInterval);
+        slot.waitFor(currentPollInterval);
+}
+
+void setReplyPollInterval(std::chrono::microseconds interval)
+{
+    currentPollInterval = interval;
 }

@@ -9,7 +9,7 @@
 #include <optional>
 
 inline constexpr int replyPollCount = 601;
-inline constexpr std::chrono::milliseconds replyPollInterval{10};
+inline constexpr std::chrono::microseconds replyPollInterval{10'000};
 inline constexpr std::chrono::milliseconds requestSendTimeout{2000};
 inline constexpr std::chrono::milliseconds requestReceiveTimeout{2000};
 
@@ -25,3 +25,6 @@ std::optional<QByteArray> replyPortCallback(int messageIdentifier, const std::op
 /// Waits until the latest-reply slot holds a reply: 601 polls with a pause of at most 0.01 s between them, each pause
 /// ending early when a reply arrives. Never empties the slot. Blocks the calling thread without an event loop.
 void waitForReply();
+
+/// Sets the longest pause of waitForReply(), so that tests of a silent daemon need not wait 6 s for each command.
+void setReplyPollInterval(std::chrono::microseconds interval);

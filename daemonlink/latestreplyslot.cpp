@@ -40,7 +40,7 @@ bool LatestReplySlot::holdsReply() const
     return mReply.has_value();
 }
 
-void LatestReplySlot::waitFor(std::chrono::milliseconds limit) const
+void LatestReplySlot::waitFor(std::chrono::microseconds limit) const
 {
     std::unique_lock lock(mMutex);
     mArrived.wait_for(lock, limit, [this] { return mReply.has_value(); });

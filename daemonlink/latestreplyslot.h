@@ -31,7 +31,7 @@ public:
     [[nodiscard]] bool holdsReply() const;
 
     /// Waits until a reply is there or `limit` has passed. Never empties the slot.
-    void waitFor(std::chrono::milliseconds limit) const;
+    void waitFor(std::chrono::microseconds limit) const;
 
 private:
     mutable std::mutex mMutex;

@@ -43,20 +43,18 @@ std::unique_ptr<LocalMessagePort> LocalMessagePort::create(const QString &name, 
     std::unique_ptr<LocalMessagePort> port(
         new LocalMessagePort(messagePortBusName(name), std::move(callback), connection));
     // The object first: as soon as the name is owned, messages may come.
-    if (!port->mConnection.registerObject(objectPath, port.get(), QDBusConnection::ExportScriptableSlots))
-        return nullptr;
-    if (!port->mConnection.registerService(port->mBusName)) {
-        port->mBusName.clear();
-        return nullptr;
-    }
-    return port;
+    port->mHasObject = port->mConnection.registerObject(objectPath, port.get(), QDBusConnection::ExportScriptableSlots);
+    port->mHasName = port->mHasObject && port->mConnection.registerService(port->mBusName);
+    return port->mHasName ? std::move(port) : nullptr;
 }
 
 LocalMessagePort::~LocalMessagePort()
 {
-    if (!mBusName.isEmpty())
+    // Only what is this port's: a port that was refused leaves alone the one that has its place.
+    if (mHasName)
         mConnection.unregisterService(mBusName);
-    mConnection.unregisterObject(objectPath);
+    if (mHasObject)
+        mConnection.unregisterObject(objectPath);
 }
 
 QByteArray LocalMessagePort::SendRequest(int messageIdentifier, const QByteArray &data)

@@ -48,7 +48,7 @@ void PulldownButton::validateItems()
 {
     const QList<QAction *> actions = mMenu->actions();
     for (QAction *action : actions)
-        action->setEnabled(!mValidator || mValidator(action->data().toInt()));
+        action->setEnabled(!mValidator || mValidator(action));
 }
 
 void addMenuCommands(QMenu *menu, const QList<MenuCommand> &commands, const PulldownButton::Handler &handler)
@@ -57,6 +57,6 @@ void addMenuCommands(QMenu *menu, const QList<MenuCommand> &commands, const Pull
         QAction *action = menu->addAction(localizedText(command.titleKey));
         action->setObjectName(QLatin1StringView(command.titleKey));
         action->setData(command.tag);
-        QObject::connect(action, &QAction::triggered, menu, [handler, tag = command.tag] { handler(tag); });
+        QObject::connect(action, &QAction::triggered, menu, [handler, action] { handler(action); });
     }
 }

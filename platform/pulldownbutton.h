@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class QAction;
 class QMenu;
 
 /// One command of a menu: its number and the key of its title.
@@ -22,8 +23,9 @@ class PulldownButton : public QToolButton
     Q_OBJECT
 
 public:
-    using Handler = std::function<void(int tag)>;
-    using Validator = std::function<bool(int tag)>;
+    /// An item's data() is its command's tag, its object name the key of its title.
+    using Handler = std::function<void(const QAction *item)>;
+    using Validator = std::function<bool(const QAction *item)>;
 
     explicit PulldownButton(QWidget *parent = nullptr);
 
@@ -42,6 +44,5 @@ private:
     Validator mValidator;
 };
 
-/// Fills `menu` with `commands` in their order; choosing one calls `handler` with its tag. QAction::data() is the tag,
-/// the object name the title key.
+/// Fills `menu` with `commands` in their order; choosing one calls `handler`.
 void addMenuCommands(QMenu *menu, const QList<MenuCommand> &commands, const PulldownButton::Handler &handler);

@@ -6,9 +6,21 @@
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
+
+namespace {
+
+bool isKeyEquivalent(const QKeyEvent *event)
+{
+    // Tab with modifiers moves the focus and is no command.
+    return (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) && event->key() != Qt::Key_Tab &&
+           event->key() != Qt::Key_Backtab;
+}
+
+} // namespace
 
 TableView::TableView(QWidget *parent) : QTableView(parent), mModel(new TableViewModel(this))
 {
@@ -140,7 +152,9 @@ void TableView::endEditing()
 
 void TableView::abortEditing()
 {
-    if (const QPointer<QLineEdit> editor = std::exchange(mEditor, nullptr))
+    const QPointer<QLineEdit> editor = mEditor;
+    setEditor(nullptr);
+    if (editor)
         closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
 }
 
@@ -181,6 +195,23 @@ QItemSelectionModel::SelectionFlags TableView::selectionCommand(const QModelInde
     return command;
 }
 
+bool TableView::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (isKeyEquivalent(key) && performKeyEquivalent(key)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QTableView::event(event);
+}
+
+bool TableView::performKeyEquivalent(const QKeyEvent *)
+{
+    return false;
+}
+
 void TableView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::RightButton) {
@@ -200,14 +231,22 @@ void TableView::rightMouseDown(const QPoint &) {}
 
 void TableView::editingBegan(QLineEdit *editor, const QModelIndex &index)
 {
-    mEditor = editor;
     mEditedIndex = index;
+    setEditor(editor);
+}
+
+void TableView::setEditor(QLineEdit *editor)
+{
+    if (mEditor == editor)
+        return;
+    mEditor = editor;
+    emit editedRowChanged();
 }
 
 void TableView::editorDestroyed(const QWidget *editor)
 {
     if (mEditor == editor)
-        mEditor = nullptr;
+        setEditor(nullptr);
 }
 
 bool TableView::takeEdit(const QLineEdit *editor)
@@ -216,6 +255,6 @@ bool TableView::takeEdit(const QLineEdit *editor)
         return false;
     const bool isWritten = isEnabled() && (!mIsEndingEditByCall || editor->isModified());
     // Cleared first: writing may fetch the table anew or start another edit.
-    mEditor = nullptr;
+    setEditor(nullptr);
     return isWritten;
 }

@@ -84,13 +84,21 @@ public:
     void abortEditing();
     void scrollRowToVisible(int row);
 
+Q_SIGNALS:
+    /// An edit began or ended; editedRow() is up to date.
+    void editedRowChanged();
+
 protected:
+    bool event(QEvent *event) override;
     void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
     void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+
+    /// A key combination with Control or Meta was pressed while the table has the focus. True consumes it.
+    virtual bool performKeyEquivalent(const QKeyEvent *event);
 
     /// A right click at `globalPosition`, or the menu key. It never changes the selection.
     virtual void rightMouseDown(const QPoint &globalPosition);
@@ -101,6 +109,7 @@ private:
     void noteNumberOfRowsChanged();
     void editingBegan(QLineEdit *editor, const QModelIndex &index);
     void editorDestroyed(const QWidget *editor);
+    void setEditor(QLineEdit *editor);
     /// True once for each edit that is to be written.
     bool takeEdit(const QLineEdit *editor);
 

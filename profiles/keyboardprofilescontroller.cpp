@@ -66,8 +66,8 @@ void KeyboardProfilesController::setupSettingsButton()
 {
     mSettingsProfile->setImages(u"GearOn.png"_s, u"GearOff.png"_s);
     mSettingsProfile->setCommands(
-        ProfileCommands::all(), [this](int tag) { selectMenuItem(mSettingsProfile->itemWithTag(tag)); },
-        [this](int tag) { return validateMenuItem(mSettingsProfile->itemWithTag(tag)); });
+        ProfileCommands::all(), [this](const QAction *item) { selectMenuItem(item); },
+        [this](const QAction *item) { return validateMenuItem(item); });
 }
 
 // Queries

@@ -6,7 +6,6 @@
 #include "platform/tableview.h"
 
 class KeyboardProfilesController;
-class QKeyEvent;
 class QMenu;
 
 class QLTableView : public TableView
@@ -22,10 +21,9 @@ public:
     /// The nine commands, enabled as the table's state allows. The caller owns the menu.
     [[nodiscard]] QMenu *makeContextMenu();
     /// True when the key equivalent is consumed here: always but while a name is edited.
-    [[nodiscard]] bool performKeyEquivalent(const QKeyEvent *event) const;
+    bool performKeyEquivalent(const QKeyEvent *event) override;
 
 protected:
-    bool event(QEvent *event) override;
     void rightMouseDown(const QPoint &globalPosition) override;
 
 private:

@@ -7,6 +7,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <map>
@@ -19,6 +20,18 @@ constexpr qsizetype trailerSize = 32;
 
 quint64 bigEndian(const char *from, int size)
 {
+    switch (size) { // the usual ones without a loop
+    case 1:
+        return quint8(*from);
+    case 2:
+        return qFromBigEndian<quint16>(from);
+    case 4:
+        return qFromBigEndian<quint32>(from);
+    case 8:
+        return qFromBigEndian<quint64>(from);
+    default:
+        break;
+    }
     quint64 value = 0;
     for (int i = 0; i < size; ++i)
         value = value << 8 | quint8(from[i]);
@@ -55,6 +68,20 @@ private:
         quint32 contentBytes = 0;
         quint16 height = 0; // containers inside each other, this one included
         State state = State::untouched;
+
+        void takeOver(const Object &equal)
+        {
+            value = equal.value;
+            nodes = equal.nodes;
+            contentBytes = equal.contentBytes;
+            height = equal.height;
+        }
+    };
+    struct RecentContainer
+    {
+        QByteArrayView references;
+        const Object *object = nullptr; // decoded
+        bool isDictionary = false;
     };
     /// An object's bytes behind its first one, cut to the area of objects.
     struct Cursor
@@ -124,9 +151,9 @@ private:
         case 0x6:
             return decodeUtf16String(cursor, low, object);
         case 0xa:
-            return decodeArray(cursor, low, object, depth);
+            return decodeContainer(cursor, low, false, object, depth);
         case 0xd:
-            return decodeDictionary(cursor, low, object, depth);
+            return decodeContainer(cursor, low, true, object, depth);
         default:
             return false; // UID, set and what nobody has defined
         }
@@ -248,13 +275,31 @@ private:
         return bigEndian(cursor.at + index * m_referenceSize, m_referenceSize);
     }
 
-    bool decodeArray(Cursor cursor, int low, Object &object, int depth)
+    /// A container with the same references as another one is the same value: the entries of most keys are alike in all
+    /// profiles, so this saves most of the work and of the memory.
+    bool decodeContainer(Cursor cursor, int low, bool isDictionary, Object &object, int depth)
     {
+        const qsizetype unit = (isDictionary ? 2 : 1) * qsizetype(m_referenceSize);
         qsizetype count = 0;
-        if (depth > PropertyList::maximumDepth || !takeCount(cursor, low, m_referenceSize, count) ||
-            !m_budget.takeNodes(quint64(count)))
+        if (depth > PropertyList::maximumDepth || !takeCount(cursor, low, unit, count) ||
+            !m_budget.takeNodes(quint64(count) * (isDictionary ? 2 : 1)))
             return false;
+        const QByteArrayView references(cursor.at, count * unit);
+        RecentContainer &recent = m_recentContainers[recentIndex(references)];
+        if (recent.object && recent.isDictionary == isDictionary && recent.references == references) {
+            object.takeOver(*recent.object);
+            return depth + object.height - 1 <= PropertyList::maximumDepth;
+        }
         object.height = 1;
+        if (!(isDictionary ? decodeEntries(cursor, count, object, depth)
+                           : decodeElements(cursor, count, object, depth)))
+            return false;
+        recent = {references, &object, isDictionary};
+        return true;
+    }
+
+    bool decodeElements(Cursor cursor, qsizetype count, Object &object, int depth)
+    {
         QVariantList array;
         array.reserve(count);
         for (qsizetype i = 0; i < count; ++i) {
@@ -267,13 +312,8 @@ private:
         return true;
     }
 
-    bool decodeDictionary(Cursor cursor, int low, Object &object, int depth)
+    bool decodeEntries(Cursor cursor, qsizetype count, Object &object, int depth)
     {
-        qsizetype count = 0;
-        if (depth > PropertyList::maximumDepth || !takeCount(cursor, low, 2 * qsizetype(m_referenceSize), count) ||
-            !m_budget.takeNodes(2 * quint64(count)))
-            return false;
-        object.height = 1;
         std::map<QString, QVariant> entries;
         for (qsizetype i = 0; i < count; ++i) {
             const Object *key = decode(reference(cursor, i), depth + 1);
@@ -283,11 +323,27 @@ private:
             if (!value || !addSizes(object, *value))
                 return false;
             // Most files hold their keys in order; then the hint makes this cheap.
-            entries.insert_or_assign(entries.cend(), *static_cast<const QString *>(key->value.constData()),
-                                     value->value);
+            const size_t size = entries.size();
+            const auto entry = entries.emplace_hint(entries.cend(), stringOf(*key), value->value);
+            if (entries.size() == size)
+                entry->second = value->value; // the last of equal keys counts
         }
         object.value = QVariantMap(std::move(entries));
         return true;
+    }
+
+    /// A place in m_recentContainers from the last references, where the values are: only a cache, so containers that
+    /// fall together are no harm.
+    static size_t recentIndex(QByteArrayView references)
+    {
+        const qsizetype length = std::min<qsizetype>(references.size(), 8);
+        return (bigEndian(references.data() + references.size() - length, int(length)) * 0x9e3779b97f4a7c15U) >>
+               (64 - recentBits);
+    }
+
+    static const QString &stringOf(const Object &object)
+    {
+        return *static_cast<const QString *>(object.value.constData());
     }
 
     static bool addSizes(Object &container, const Object &element)
@@ -299,12 +355,15 @@ private:
                container.contentBytes <= PropertyList::maximumContentBytes;
     }
 
+    static constexpr int recentBits = 10;
+
     QByteArrayView m_data;
     qsizetype m_objectsEnd = 0; // where the offset table starts
     int m_offsetSize = 0;
     int m_referenceSize = 0;
     quint64 m_top = 0;
     std::vector<Object> m_objects;
+    std::array<RecentContainer, 1 << recentBits> m_recentContainers;
     PropertyListBudget m_budget; // of the objects themselves, each counted once: bounds the work
 };
 

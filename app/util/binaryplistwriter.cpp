@@ -11,6 +11,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -24,11 +25,33 @@ int bytesFor(quint64 value)
 }
 
 /// Writes the low `size` bytes of `value`, most significant first; returns where they end.
-char *putBigEndian(char *to, quint64 value, int size)
+inline char *putBigEndian(char *to, quint64 value, int size)
 {
     for (int shift = (size - 1) * 8; shift >= 0; shift -= 8)
         *to++ = char(value >> shift);
     return to;
+}
+
+/// putBigEndian for each of `count` numbers; the size is a constant to the compiler.
+template <typename Number, typename Source> char *putAllBigEndian(char *to, const Source *from, size_t count)
+{
+    for (size_t i = 0; i < count; ++i, to += sizeof(Number))
+        qToBigEndian(Number(from[i]), to);
+    return to;
+}
+
+template <typename Source> char *putAllBigEndian(char *to, const Source *from, size_t count, int size)
+{
+    switch (size) {
+    case 1:
+        return putAllBigEndian<quint8>(to, from, count);
+    case 2:
+        return putAllBigEndian<quint16>(to, from, count);
+    case 4:
+        return putAllBigEndian<quint32>(to, from, count);
+    default:
+        return putAllBigEndian<quint64>(to, from, count);
+    }
 }
 
 /// Object numbers of the scalars written so far, found by their encoded bytes: the first byte tells the types apart,
@@ -114,11 +137,18 @@ private:
         size_t firstReference;
         bool isDictionary;
     };
+    /// A string of the tree, which outlives this object. Copies of one string often share their characters.
     struct RecentString
     {
         const QChar *data = nullptr;
         qsizetype size = 0;
         quint32 object = noObject;
+
+        bool isEqual(const QString &text) const
+        {
+            return size == text.size() &&
+                   (data == text.constData() || std::memcmp(data, text.constData(), size_t(size) * sizeof(QChar)) == 0);
+        }
     };
 
     quint32 addValue(const QVariant &value, int depth)
@@ -145,7 +175,9 @@ private:
         case QMetaType::Float:
             return addReal(0x23, value.toDouble());
         case QMetaType::Int:
+            return addInteger(*static_cast<const int *>(data));
         case QMetaType::LongLong:
+            return addInteger(*static_cast<const qlonglong *>(data));
         case QMetaType::Long:
         case QMetaType::Short:
         case QMetaType::Char:
@@ -208,13 +240,25 @@ private:
         return container;
     }
 
+    /// A place in m_recentStrings from a few of the characters: only a cache, so strings that fall together are no
+    /// harm.
+    static size_t recentIndex(const QString &text)
+    {
+        const auto size = size_t(text.size());
+        if (size == 0)
+            return 0;
+        const QChar *c = text.constData();
+        const quint32 mixed = c[0].unicode() * 0x9e3779b1U ^ c[size / 2].unicode() * 0x85ebca6bU ^
+                              c[size - 1].unicode() * 0xc2b2ae35U ^ quint32(size) * 0x27d4eb2fU;
+        return mixed >> (32 - recentBits);
+    }
+
     quint32 addString(const QString &text)
     {
         if (!m_budget.takeContent(quint64(text.size()) * 2))
             return noObject;
-        // Copies of one string share their characters, as dictionary keys mostly do; the tree outlives this object.
-        RecentString &recent = m_recentStrings[(quintptr(text.constData()) >> 4) % m_recentStrings.size()];
-        if (recent.data == text.constData() && recent.size == text.size() && recent.object != noObject)
+        RecentString &recent = m_recentStrings[recentIndex(text)];
+        if (recent.object != noObject && recent.isEqual(text))
             return recent.object;
         const qsizetype start = m_output.size();
         const bool isAscii = std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; });
@@ -331,10 +375,8 @@ private:
         for (const Container &container : m_containers) {
             m_offsets[container.object] = quint64(to - begin);
             to = putMarker(to, container.isDictionary ? 0xd0 : 0xa0, container.count);
-            const quint32 *from = m_references.data() + container.firstReference;
-            const quint32 *const end = from + (container.isDictionary ? 2 : 1) * size_t(container.count);
-            for (; from != end; ++from)
-                to = putBigEndian(to, *from, referenceSize);
+            const size_t count = (container.isDictionary ? 2 : 1) * size_t(container.count);
+            to = putAllBigEndian(to, m_references.data() + container.firstReference, count, referenceSize);
         }
         m_output.truncate(to - begin);
     }
@@ -346,8 +388,7 @@ private:
         const int offsetSize = bytesFor(*std::max_element(m_offsets.cbegin(), m_offsets.cend()));
         m_output.resize(tableStart + qsizetype(m_offsets.size()) * offsetSize + trailerSize);
         char *to = m_output.data() + tableStart;
-        for (const quint64 offset : m_offsets)
-            to = putBigEndian(to, offset, offsetSize);
+        to = putAllBigEndian(to, m_offsets.data(), m_offsets.size(), offsetSize);
         to = std::fill_n(to, 6, '\0');
         *to++ = char(offsetSize);
         *to++ = char(referenceSize);
@@ -356,13 +397,15 @@ private:
         putBigEndian(to, quint64(tableStart), 8);
     }
 
+    static constexpr int recentBits = 9;
+
     PropertyListBudget m_budget;
     QByteArray m_output;
     std::vector<quint64> m_offsets; // one an object
     std::vector<Container> m_containers;
     std::vector<quint32> m_references; // of all containers; a dictionary's keys stand before its values
     ScalarTable m_scalars;
-    std::array<RecentString, 256> m_recentStrings;
+    std::array<RecentString, 1 << recentBits> m_recentStrings;
     std::array<quint32, 256> m_smallIntegers = [] {
         std::array<quint32, 256> none{};
         none.fill(noObject);

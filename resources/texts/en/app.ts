@@ -5,5 +5,31 @@
     <name></name>
     <message id="lkeyOK"><source>lkeyOK</source><translation>OK</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>Cancel</translation></message>
+    <message id="lkeyQuit"><source>lkeyQuit</source><translation>Quit</translation></message>
+    <message id="lkeyProductName"><source>lkeyProductName</source><translation>Quill Kestra Configurator</translation></message>
+    <message id="lkeyProductFamily"><source>lkeyProductFamily</source><translation>Quill Kestra</translation></message>
+    <message id="lkeyProductModel"><source>lkeyProductModel</source><translation>Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyBusy"><source>lkeyBusy</source><translation>Busy</translation></message>
+    <message id="lkeyHelp"><source>lkeyHelp</source><translation>Help</translation></message>
+    <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill page</translation></message>
+    <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>News feed</translation></message>
+    <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
+    <message id="lkeyKeysTab"><source>lkeyKeysTab</source><translation>Keys</translation></message>
+    <message id="lkeyProfilesTab"><source>lkeyProfilesTab</source><translation>Profiles</translation></message>
+    <message id="lkeyMacrosTab"><source>lkeyMacrosTab</source><translation>Macros</translation></message>
+    <message id="lkeyLightingTab"><source>lkeyLightingTab</source><translation>Lighting</translation></message>
+    <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>Maintenance</translation></message>
+    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>This keyboard needs no maintenance.</translation></message>
+    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>The keyboard's service does not answer</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>The configurator could not reach the QuillKestraDaemon service, which is now being restarted. Your settings are safe. Quit the configurator and open it again in a few seconds.</translation></message>
+    <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>No keyboard found</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Connect your Quill Kestra keyboard. The configurator goes on by itself as soon as the keyboard is there.</translation></message>
+    <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Connecting to your keyboard…</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Waiting for the keyboard's service. The window opens as soon as it answers.</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Start as restored by the session: wait for the keyboard's service.</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Start for the background at login: wait for the keyboard's service.</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Open the keyboard at once, without the sheet that says so.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>A macro or profile file; the configurator then waits for the keyboard's service.</translation></message>
 </context>
 </TS>

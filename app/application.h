@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// The configurator as a program: its command line, its texts, its window, its end.
+#pragma once
+
+#include <QStringList>
+#include <QVariantMap>
+
+/// Runs the configurator until it quits; the exit code of the program.
+int runConfigurator(int argc, char *argv[]);
+
+/// How the program was launched, as its command line and the session manager tell.
+struct Launch
+{
+    bool isRestored = false;       ///< --restored, or restored by the session manager
+    bool isForBackground = false;  ///< --background: started at login
+    bool isWithoutNotice = false;  ///< --no-launch-notice
+    QStringList files;
+};
+
+/// The launch notification's user information: the default-launch flag is absent for a launch without notice, false
+/// when the program was restored, opened with a file or started for the background, true otherwise.
+[[nodiscard]] QVariantMap launchUserInfo(const Launch &launch);
+
+/// Installs the string tables in `folder` (<language>.qm): English, and over it the first of `languages` (as
+/// QLocale::uiLanguages() gives them) that has a table.
+void installTexts(const QString &folder, const QStringList &languages);

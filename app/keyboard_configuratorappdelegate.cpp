@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "app/keyboard_configuratorappdelegate.h"
+
+#include "app/keyboardmaincontroller.h"
+#include "app/util/daemonprotocol.h"
+#include "platform/messageport.h"
+
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+
+Keyboard_ConfiguratorAppDelegate::Keyboard_ConfiguratorAppDelegate(QWidget *mainWindow,
+                                                                   KeyboardMainController *mainController,
+                                                                   std::chrono::milliseconds daemonPollInterval,
+                                                                   QObject *parent)
+    : QObject(parent), window(mainWindow), mKeyboardMainController(mainController),
+      mDaemonPollInterval(daemonPollInterval)
+{
+}
+
+Keyboard_ConfiguratorAppDelegate::~Keyboard_ConfiguratorAppDelegate() = default;
+
+void Keyboard_ConfiguratorAppDelegate::applicationDidFinishLaunching(const QVariantMap &userInfo)
+{
+    mKeyboardMainController->setMMainWindow(window);
+    const auto isDefaultLaunch = userInfo.constFind(launchIsDefaultLaunchKey);
+    if (isDefaultLaunch != userInfo.constEnd()) {
+        mKeyboardMainController->showRestoringStateWindow();
+        if (!isDefaultLaunch->toBool()) {
+            mBackgroundLoop = std::jthread([this](const std::stop_token &stop) { doLoopInBackground(stop); });
+            return;
+        }
+    }
+    mKeyboardMainController->initializeDevice();
+}
+
+void Keyboard_ConfiguratorAppDelegate::doLoopInBackground(const std::stop_token &stop)
+{
+    // Shared with the call below, which may still be queued when this thread was told to stop.
+    struct Progress
+    {
+        std::mutex mutex;
+        std::condition_variable_any changed;
+        bool isDone = false;
+    };
+    const auto progress = std::make_shared<Progress>();
+    std::unique_lock lock(progress->mutex);
+    do {
+        progress->changed.wait_for(lock, stop, mDaemonPollInterval, [] { return false; });
+        if (stop.stop_requested())
+            return;
+    } while (!RemoteMessagePort::open(DaemonProtocol::requestPortName));
+
+    QMetaObject::invokeMethod(
+        mKeyboardMainController,
+        [controller = mKeyboardMainController, progress] {
+            controller->initializeDevice();
+            const std::scoped_lock done(progress->mutex);
+            progress->isDone = true;
+            progress->changed.notify_all();
+        },
+        Qt::QueuedConnection);
+    // Not a blocking call: the application may quit before its main thread gets to it.
+    progress->changed.wait(lock, stop, [&progress] { return progress->isDone; });
+}
+
+void Keyboard_ConfiguratorAppDelegate::applicationWillTerminate()
+{
+    mKeyboardMainController->releaseQuillDeviceInstance();
+    mKeyboardMainController->saveLastSelectedKey();
+    mKeyboardMainController->checkMacroRecording();
+}
+
+void Keyboard_ConfiguratorAppDelegate::applicationWillResignActive()
+{
+    mKeyboardMainController->checkMacroRecording();
+}

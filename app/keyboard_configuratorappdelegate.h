@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// Start and end of the application. Main thread only, but for the background wait for the daemon.
+#pragma once
+
+#include <QObject>
+#include <QVariantMap>
+
+#include <chrono>
+#include <thread>
+
+class KeyboardMainController;
+class QWidget;
+
+/// Key of the launch notification's user information: true for a normal launch, false when the application was
+/// restored, opened with a file or started for the background.
+inline constexpr QLatin1StringView launchIsDefaultLaunchKey{"NSApplicationLaunchIsDefaultLaunchKey"};
+
+class Keyboard_ConfiguratorAppDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    Keyboard_ConfiguratorAppDelegate(QWidget *window, KeyboardMainController *mainController,
+                                     std::chrono::milliseconds daemonPollInterval = std::chrono::seconds(1),
+                                     QObject *parent = nullptr);
+    ~Keyboard_ConfiguratorAppDelegate() override;
+
+    void applicationWillFinishLaunching(const QVariantMap &) {}
+    void applicationDidFinishLaunching(const QVariantMap &userInfo);
+    void applicationWillTerminate();
+    void applicationWillResignActive();
+    bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
+
+    /// Waits, without a limit, until the daemon's request port exists, then runs initializeDevice on the main thread
+    /// and waits until that is done. Runs on a thread of its own.
+    void doLoopInBackground(const std::stop_token &stop);
+
+private:
+    QWidget *window;
+    KeyboardMainController *mKeyboardMainController;
+    std::chrono::milliseconds mDaemonPollInterval;
+    std::jthread mBackgroundLoop;
+};

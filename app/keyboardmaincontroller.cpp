@@ -1,0 +1,291 @@
+// SPDX-License-Identifier: MIT
+// Life cycle of the hub: opening the device, holding the document, driving the tabs, the versions.
+#include "app/keyboardmaincontroller.h"
+
+#include "app/keyboardmaintenancecontroller.h"
+#include "app/util/propertylist.h"
+#include "app/util/resources.h"
+#include "app/util/settingskeys.h"
+#include "daemonlink/daemoncommands.h"
+#include "daemonlink/daemontransport.h"
+#include "daemonlink/latestreplyslot.h"
+#include "daemonlink/replyport.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "lighting/keyboardlightingcontroller.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "platform/spinner.h"
+#include "profiles/keyboardprofilescontroller.h"
+
+#include <QLabel>
+#include <QTabWidget>
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+
+namespace {
+
+const QString replyPortName = DaemonProtocol::configuratorReplyPortName;
+
+// The reply port must be there before the first request names it; registering a bus name takes about a millisecond.
+constexpr int replyPortStartLimitMs = 2000;
+
+// An index outside the list is a fault of the daemon's; it reads as an empty record.
+QVariantMap recordAt(const QVariantList &records, int index)
+{
+    return index >= 0 && index < records.size() ? records[index].toMap() : QVariantMap();
+}
+
+} // namespace
+
+KeyboardMainController::KeyboardMainController(MainControllerServices services, QObject *parent)
+    : QObject(parent), mServices(std::move(services)), mKeysController(new KeyboardKeysController(this)),
+      mProfilesController(new KeyboardProfilesController(this)), mMacrosController(new KeyboardMacrosController(this)),
+      mLightingController(new KeyboardLightingController(this)),
+      mMaintenenaceController(new KeyboardMaintenanceController(this))
+{
+}
+
+KeyboardMainController::~KeyboardMainController()
+{
+    // Ended before the members that the thread uses.
+    mFirmwareQueryThread = {};
+}
+
+QString KeyboardMainController::firmwareVersionString() const
+{
+    const std::scoped_lock lock(mFirmwareMutex);
+    return mFirmwareVersionString;
+}
+
+void KeyboardMainController::setFirmwareVersionString(const QString &version)
+{
+    const std::scoped_lock lock(mFirmwareMutex);
+    mFirmwareVersionString = version;
+}
+
+void KeyboardMainController::setOutlets(const MainWindowOutlets &outlets)
+{
+    static_cast<MainWindowOutlets &>(*this) = outlets;
+}
+
+void KeyboardMainController::awakeFromNib()
+{
+    mNotificationCenter = &DistributedNotificationCenter::defaultCenter();
+    mCurrentProfileDict = {};
+    mDeviceSettingsDict = {};
+    mProfilesArray = {};
+    mMacrosArray = {};
+    setControlsState(false);
+    mBusyIndicator->stopAnimation();
+    createLocalPort();
+    mDeletedProfileID = 0;
+    mIsDeleteProfile = false;
+    setFirmwareVersionString({});
+}
+
+void KeyboardMainController::createLocalPort()
+{
+    mLocalMessagePort = std::make_unique<ReplyPort>(replyPortName);
+    mLocalMessagePort->start();
+}
+
+void KeyboardMainController::initializeDevice()
+{
+    closeRestoringStateWindow();
+    mLocalMessagePort->waitUntilServing(replyPortStartLimitMs);
+    sendDaemonRequest(DaemonCommands::openDevice(replyPortName, kestraPlistPath()), int(Command::openDevice));
+    waitForReply();
+    loadDefaultDict();
+    closeRestoringStateWindow();
+
+    const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
+    // Deliberate asymmetry: the status of this command is a found flag, that of every other an error code.
+    const bool isFound = reply && reply->value(DaemonProtocol::returnStatus).toBool();
+    if (reply && !isFound)
+        setFirmwareVersionString(u"-"_s);
+    mDevicePID = DaemonProtocol::productId;
+    observeCommandReplies(mDevicePID);
+    mIsWiredDevice = true;
+    if (isFound)
+        loadLatestSettings();
+    else
+        loadDictionariesWithDefaultDict();
+    setProperties();
+    populateUISettings();
+    updateUISettings();
+    setControlsState(isFound);
+    if (!reply) {
+        showErrorForErrorCode(0);
+        relaunchDaemon();
+    } else if (!isFound) {
+        showErrorDialog();
+    }
+
+    registerNotifications();
+    registerHelpBook();
+    mFirmwareQueryThread = std::jthread([this](const std::stop_token &stop) { FWQueryThreadAboutToRun(stop); });
+    Q_EMIT deviceInitialized();
+}
+
+void KeyboardMainController::loadDefaultDict()
+{
+    const std::optional<QVariantMap> factory = PropertyList::readPropertyListFile(kestraPlistPath());
+    mDefaultSettingsDict = factory.value_or(QVariantMap()).value(SettingsKeys::defaultSettings).toMap();
+}
+
+void KeyboardMainController::loadDictionariesWithDefaultDict()
+{
+    mProfilesArray = mDefaultSettingsDict.value(SettingsKeys::profiles).toList();
+    mCurrentProfileDict = recordAt(mProfilesArray, 0);
+    mMacrosArray = mDefaultSettingsDict.value(SettingsKeys::macros).toList();
+}
+
+void KeyboardMainController::loadLatestSettings()
+{
+    sendDaemonRequest(DaemonCommands::readSettings(mDevicePID, replyPortName), int(Command::readSettings));
+    waitForReply();
+    const std::optional<QVariantMap> reply = LatestReplySlot::shared().read();
+    if (!reply)
+        return;
+    const QVariant allDevSettings = reply->value(DaemonProtocol::allDevSettings);
+    if (allDevSettings.typeId() == QMetaType::QVariantMap)
+        updateToLatestSettings(allDevSettings.toMap());
+    LatestReplySlot::shared().clear();
+}
+
+void KeyboardMainController::updateToLatestSettings(const QVariantMap &allDevSettings)
+{
+    const QVariantMap deviceSettings = allDevSettings.value(SettingsKeys::deviceSettings).toMap();
+    const QVariantList profiles = allDevSettings.value(SettingsKeys::profiles).toList();
+    mCurrentProfileDict = recordAt(profiles, deviceSettings.value(SettingsKeys::activeProfile).toInt());
+    mProfilesArray = profiles;
+    mMacrosArray = allDevSettings.value(SettingsKeys::macros).toList();
+    mDeviceSettingsDict = deviceSettings;
+}
+
+void KeyboardMainController::setProperties()
+{
+    const QVariantMap defaultProfile = recordAt(mDefaultSettingsDict.value(SettingsKeys::profiles).toList(), 0);
+
+    mProfilesController->setMDefaultProfileDict(defaultProfile);
+    mProfilesController->setMCurrentProfileDict(mCurrentProfileDict);
+    mProfilesController->setMDeviceSettingsDict(mDeviceSettingsDict);
+    mProfilesController->setMAllProfilesArray(mProfilesArray);
+
+    mMacrosController->setMMacrosSettingsArray(mMacrosArray);
+
+    mKeysController->setMKeysCurrentProfileDict(mCurrentProfileDict);
+    mKeysController->setMAllProfilesArray(mProfilesArray);
+    mKeysController->setMAllMacrosArray(mMacrosArray);
+    mKeysController->setMDeviceSettingsDict(mDeviceSettingsDict);
+    mKeysController->setMDefaultDict(defaultProfile);
+
+    mLightingController->setMDefaultDict(defaultProfile);
+    mLightingController->setMLightingSettingsDict(mCurrentProfileDict);
+    mLightingController->setMDeviceSettingsDict(mDeviceSettingsDict);
+
+    mProfilesController->setMProfileDelegate(this);
+    mMacrosController->setMMacroDelegate(this);
+    mLightingController->setMLightingDelegate(this);
+    mKeysController->setMKeysDelegate(this);
+
+    mProfilesController->setMProfilesWindow(mMainWindow);
+    mMacrosController->setMMacrosWindow(mMainWindow);
+    mKeysController->setMKeysWindow(mMainWindow);
+    mLightingController->setMLightingWindow(mMainWindow);
+}
+
+void KeyboardMainController::populateUISettings()
+{
+    mKeysController->populateUIControls();
+}
+
+void KeyboardMainController::updateUISettings()
+{
+    // Deliberately not the macros tab: it is refreshed only through its table.
+    mProfilesController->updateUISettings();
+    mKeysController->updateUISettings();
+    mLightingController->updateUISettings();
+    refreshControllersTableDisplay();
+}
+
+void KeyboardMainController::refreshControllersTableDisplay()
+{
+    mProfilesController->refreshTableDisplay();
+    mMacrosController->refreshTableDisplay();
+}
+
+void KeyboardMainController::setControlsState(bool enabled)
+{
+    mKeysController->setControlsState(enabled);
+    mProfilesController->setControlsState(enabled);
+    mMacrosController->setControlsState(enabled);
+    mLightingController->setControlsState(enabled);
+    mMaintenenaceController->setControlsState(enabled);
+}
+
+void KeyboardMainController::updateProfilesControlState(bool enabled)
+{
+    if (enabled)
+        mBusyIndicator->stopAnimation();
+    else
+        mBusyIndicator->startAnimation();
+    mProfilesController->setControlsState(enabled);
+}
+
+void KeyboardMainController::selectTabAtIndex(int index)
+{
+    mKeyboardTabView->setCurrentIndex(index);
+}
+
+void KeyboardMainController::tabViewDidSelectTabViewItem(const QString &label)
+{
+    mMacrosController->checkMacroRecordingStatus(label);
+}
+
+void KeyboardMainController::saveLastSelectedKey()
+{
+    mKeysController->saveLastSelectedKey();
+}
+
+void KeyboardMainController::checkMacroRecording()
+{
+    mMacrosController->stopAllMacroRecording();
+}
+
+void KeyboardMainController::FWQueryThreadAboutToRun(const std::stop_token &stop)
+{
+    std::mutex mutex;
+    std::condition_variable_any stopped;
+    std::unique_lock lock(mutex);
+    while (!stopped.wait_for(lock, stop, mServices.firmwareQueryInterval, [&stop] { return stop.stop_requested(); }))
+        setDriverVersions();
+}
+
+void KeyboardMainController::setDriverVersions()
+{
+    if (!firmwareVersionString().isEmpty())
+        return;
+    sendDaemonRequest(DaemonCommands::queryFirmwareVersion(mDevicePID, replyPortName),
+                      int(Command::queryFirmwareVersion));
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            // The answer may have come between the request and this call.
+            if (firmwareVersionString().isEmpty())
+                mLightingController->startProgresIndicatorAnimation();
+        },
+        Qt::QueuedConnection);
+}
+
+void KeyboardMainController::updateDriverVersions(const std::optional<QVariantMap> &reply)
+{
+    if (!reply)
+        return;
+    const QString version = reply->value(DaemonProtocol::firmwareVersion).toString();
+    setFirmwareVersionString(version);
+    if (reply->value(DaemonProtocol::returnStatus).toInt() != 0)
+        return;
+    mLightingController->driverVersion()->setText(QStringLiteral(KESTRA_VERSION));
+    mLightingController->firmwareVersion()->setText(version);
+}

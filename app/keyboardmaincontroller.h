@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+// The hub. Owns the copy of the settings document, the link to the daemon and the observers of its notifications;
+// drives the five tabs and turns each of their requests into one numbered command.
+// Main thread, but for createLocalPort's thread, setDriverVersions (firmware-query thread) and waitForReply.
+#pragma once
+
+#include "app/mainwindowoutlets.h"
+#include "app/util/daemonprotocol.h"
+#include "keys/keysdelegate.h"
+#include "lighting/lightingdelegate.h"
+#include "macros/macrodelegate.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/processes.h"
+#include "profiles/profiledelegate.h"
+
+#include <QObject>
+#include <QUrl>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+class KeyboardKeysController;
+class KeyboardLightingController;
+class KeyboardMacrosController;
+class KeyboardMaintenanceController;
+class KeyboardProfilesController;
+class ReplyPort;
+
+/// What the hub calls outside itself, and its pace; tests put their own in place.
+struct MainControllerServices
+{
+    Processes::Ender endProcesses = Processes::endAllNamed;
+    std::function<void(const QUrl &)> openPage; ///< the desktop's browser when empty
+    std::chrono::milliseconds firmwareQueryInterval{3000};
+};
+
+class KeyboardMainController : public QObject,
+                               public KeysDelegate,
+                               public MacroDelegate,
+                               public ProfileDelegate,
+                               public LightingDelegate,
+                               private MainWindowOutlets
+{
+    Q_OBJECT
+
+public:
+    explicit KeyboardMainController(MainControllerServices services = {}, QObject *parent = nullptr);
+    ~KeyboardMainController() override;
+
+    KeyboardKeysController *keysController() const { return mKeysController; }
+    KeyboardProfilesController *profilesController() const { return mProfilesController; }
+    KeyboardMacrosController *macrosController() const { return mMacrosController; }
+    KeyboardLightingController *lightingController() const { return mLightingController; }
+    KeyboardMaintenanceController *maintenanceController() const { return mMaintenenaceController; }
+
+    // The document as it is held
+    const QVariantMap &defaultSettingsDict() const { return mDefaultSettingsDict; }
+    const QVariantMap &currentProfileDict() const { return mCurrentProfileDict; }
+    const QVariantMap &deviceSettingsDict() const { return mDeviceSettingsDict; }
+    const QVariantList &profilesArray() const { return mProfilesArray; }
+    const QVariantList &macrosArray() const { return mMacrosArray; }
+    int devicePID() const { return mDevicePID; }
+    bool isWiredDevice() const { return mIsWiredDevice; }
+    QString firmwareVersionString() const;
+
+    // Life cycle
+    void setOutlets(const MainWindowOutlets &outlets);
+    void setMMainWindow(QWidget *window) { mMainWindow = window; }
+    QWidget *mainWindow() const { return mMainWindow; }
+    void awakeFromNib();
+    void createLocalPort();
+    void initializeDevice();
+    void loadDefaultDict();
+    void loadDictionariesWithDefaultDict();
+    void loadLatestSettings();
+    /// `allDevSettings`: a whole settings document. Replaces the copy held; never merges.
+    void updateToLatestSettings(const QVariantMap &allDevSettings);
+    void setProperties();
+    void populateUISettings();
+    void updateUISettings();
+    void refreshControllersTableDisplay();
+    void setControlsState(bool enabled);
+    /// False: the busy indicator spins and the profiles tab is disabled; true: the other way round.
+    void updateProfilesControlState(bool enabled);
+    /// `label`: the untranslated label of the tab that is now in front.
+    void tabViewDidSelectTabViewItem(const QString &label);
+    void saveLastSelectedKey();
+    void checkMacroRecording();
+    void checkMacroRecordingStatus() {}
+
+    // Versions
+    /// Asks for the firmware version every 3 seconds until `stop` is requested.
+    void FWQueryThreadAboutToRun(const std::stop_token &stop);
+    void setDriverVersions();
+    void updateDriverVersions(const std::optional<QVariantMap> &reply);
+
+    // Notifications of the daemon
+    void registerNotifications();
+    void addObserverDeviceAttachment();
+    void removeObserverDeviceAttachment();
+    void addObserverDeviceRemoval();
+    void removeObserverDeviceRemoval();
+    void addObserverProfileUpdate();
+    void removeObserverProfileUpdate();
+    void removeSelfAsNotificationObserver() {}
+    void deviceConnectedNotification(const DistributedNotification &notification);
+    void deviceDisconnectedNotification(const DistributedNotification &notification);
+    void deamonProfileUpdateNotification(const DistributedNotification &notification);
+    void savedNewOTFMNotification(const DistributedNotification &notification);
+    /// Accepted, and nothing done: the keyboard has no DPI.
+    void deamonDPIUpdateNotification(const DistributedNotification &) {}
+    void illuminationChangesNotification(const DistributedNotification &notification);
+    void commandReplyReceived(const DistributedNotification &notification);
+
+    // Errors, recovery, help
+    void showErrorForErrorCode(int errorCode);
+    void showErrorDialog();
+    void hideErrorDialog();
+    void clickCommAlertOKButton();
+    void showRestoringStateWindow();
+    void relaunchDaemon();
+    void registerHelpBook();
+    void openRegisteredHelpBook();
+    void clickHelpButton();
+    void clickFBButton();
+    void clickTwitterButton();
+    void clickQuillClubButton();
+
+    /// Command 38, sent at termination.
+    void releaseQuillDeviceInstance();
+
+    // KeysDelegate
+    void updateKeySettings(const QVariantMap &settings) override;
+    void startSingleKeyRecording() override;
+    void stopSingleKeyRecording() override;
+    void selectTabAtIndex(int index) override;
+    void updateProfileKeyInDictionaryWithDictionary(const QVariantList &profiles) override;
+
+    // MacroDelegate
+    void addMacroWithSettings(const QVariantMap &macro) override;
+    void startMacroRecordingMacroIndex(int appendFlag, int macroIndex) override;
+    void stopMacroRecording() override;
+    void saveRecordedEventsForMacroAtIndexIsNewRecording(int macroIndex, int isNewRecording) override;
+    void getMacroDetailsForMacroAtIndex(int macroIndex) override;
+    void deleteMacroAtIndex(int macroIndex) override;
+    void renameMacroAtIndexWithNewName(int macroIndex, const QString &newName) override;
+    void removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex) override;
+    void removeAllEventsForMacroAtIndex(int macroIndex) override;
+    void setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, int macroIndex, bool hasNoDelay) override;
+    void setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex) override;
+    void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &event) override;
+    QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
+    void startEditHID() override;
+
+    // ProfileDelegate
+    void switchProfileWithID(int profileID) override;
+    void addNewProfileWithSettings(const QVariantMap &profile) override;
+    void deleteProfileWithProfileID(int profileID) override;
+    void renameProfileWithProfileIDAndSettings(int profileID, const QVariantMap &profile) override;
+    void updateProfileWithSettings(const QVariantMap &settings) override;
+
+    // LightingDelegate
+    void updateValueForSetting(const QVariantMap &settings) override;
+
+    /// Command 6: the given keys of the profile at `profileID`; a negative index is sent as 0.
+    void updateProfileWithIDAndSettings(int profileID, const QVariantMap &settings);
+
+Q_SIGNALS:
+    /// initializeDevice() is done, whatever it found.
+    void deviceInitialized();
+
+private:
+    using NotificationHandler = void (KeyboardMainController::*)(const DistributedNotification &);
+
+    void addObserver(const QString &name, NotificationHandler handler);
+    void observeCommandReplies(int product);
+    void closeRestoringStateWindow();
+    void setFirmwareVersionString(const QString &version);
+    /// Asks for the whole document, hands out its pieces and redraws.
+    void refresh();
+    /// The same with the document that `reply` carries; nothing without one.
+    void applyReturnedDocument(const std::optional<QVariantMap> &reply);
+    /// Sends a request and waits; the reply that came, taken out of the latest-reply slot.
+    std::optional<QVariantMap> replyTo(DaemonProtocol::Command command, const QVariantMap &request);
+    /// The same, for commands whose reply tells only whether they succeeded; false without a reply.
+    bool succeeds(DaemonProtocol::Command command, const QVariantMap &request);
+    void openPage(QLatin1StringView address);
+
+    MainControllerServices mServices;
+    KeyboardKeysController *mKeysController = nullptr;
+    KeyboardProfilesController *mProfilesController = nullptr;
+    KeyboardMacrosController *mMacrosController = nullptr;
+    KeyboardLightingController *mLightingController = nullptr;
+    KeyboardMaintenanceController *mMaintenenaceController = nullptr; // the name is written this way on purpose
+    DistributedNotificationCenter *mNotificationCenter = nullptr;
+
+    QVariantMap mDefaultSettingsDict;
+    QVariantMap mCurrentProfileDict;
+    QVariantMap mDeviceSettingsDict;
+    QVariantList mProfilesArray;
+    QVariantList mMacrosArray;
+
+    mutable std::mutex mFirmwareMutex; // guards mFirmwareVersionString, which the firmware-query thread reads
+    QString mFirmwareVersionString;
+
+    std::unique_ptr<ReplyPort> mLocalMessagePort; // with its thread, the port's source of messages
+    std::atomic<int> mDevicePID = 0;              // read by the firmware-query thread
+    int mDeletedProfileID = 0;
+    bool mIsWiredDevice = false;
+    bool mIsDeleteProfile = false; // from a delete request to the switch that follows it
+
+    std::jthread mFirmwareQueryThread;
+};

@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: MIT
+// What the tabs ask of the hub: each operation is one numbered command to the daemon.
+#include "app/keyboardmaincontroller.h"
+
+#include "daemonlink/daemoncommands.h"
+#include "daemonlink/daemontransport.h"
+#include "daemonlink/latestreplyslot.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "keys/keymapping.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "platform/tableview.h"
+#include "profiles/keyboardprofilescontroller.h"
+
+using DaemonProtocol::Command;
+
+namespace {
+
+const QString replyPortName = DaemonProtocol::configuratorReplyPortName;
+
+std::optional<QVariantMap> returnedDocument(const QVariantMap &reply)
+{
+    const QVariant document = reply.value(DaemonProtocol::returnDictionary);
+    if (document.typeId() != QMetaType::QVariantMap)
+        return {};
+    return document.toMap();
+}
+
+} // namespace
+
+std::optional<QVariantMap> KeyboardMainController::replyTo(Command command, const QVariantMap &request)
+{
+    sendDaemonRequest(request, int(command));
+    waitForReply();
+    return LatestReplySlot::shared().take();
+}
+
+bool KeyboardMainController::succeeds(Command command, const QVariantMap &request)
+{
+    const std::optional<QVariantMap> reply = replyTo(command, request);
+    return reply && reply->value(DaemonProtocol::returnStatus).toInt() == 0;
+}
+
+void KeyboardMainController::refresh()
+{
+    loadLatestSettings();
+    setProperties();
+    updateUISettings();
+}
+
+void KeyboardMainController::applyReturnedDocument(const std::optional<QVariantMap> &reply)
+{
+    const std::optional<QVariantMap> document = reply ? returnedDocument(*reply) : std::nullopt;
+    if (!document)
+        return;
+    updateToLatestSettings(*document);
+    setProperties();
+    updateUISettings();
+}
+
+// Profiles ------------------------------------------------------------------------------------------------------------
+
+void KeyboardMainController::addNewProfileWithSettings(const QVariantMap &profile)
+{
+    applyReturnedDocument(replyTo(Command::addProfile, DaemonCommands::addProfile(mDevicePID, replyPortName, profile)));
+}
+
+void KeyboardMainController::updateProfileWithIDAndSettings(int profileID, const QVariantMap &settings)
+{
+    applyReturnedDocument(replyTo(Command::updateProfile, DaemonCommands::updateProfile(mDevicePID, replyPortName,
+                                                                                        profileID, settings)));
+}
+
+void KeyboardMainController::renameProfileWithProfileIDAndSettings(int profileID, const QVariantMap &profile)
+{
+    updateProfileWithIDAndSettings(profileID, profile);
+}
+
+void KeyboardMainController::updateProfileWithSettings(const QVariantMap &settings)
+{
+    updateProfileWithIDAndSettings(mProfilesController->profilesTableView()->selectedRow(), settings);
+}
+
+void KeyboardMainController::updateKeySettings(const QVariantMap &settings)
+{
+    updateProfileWithSettings(settings);
+}
+
+void KeyboardMainController::updateValueForSetting(const QVariantMap &settings)
+{
+    updateProfileWithSettings(settings);
+}
+
+void KeyboardMainController::updateProfileKeyInDictionaryWithDictionary(const QVariantList &profiles)
+{
+    // The returned document is ignored: the callers reload it themselves.
+    (void)replyTo(Command::replaceAllProfiles, DaemonCommands::replaceAllProfiles(mDevicePID, replyPortName, profiles));
+}
+
+void KeyboardMainController::deleteProfileWithProfileID(int profileID)
+{
+    mIsDeleteProfile = true;
+    mDeletedProfileID = profileID;
+    updateProfilesControlState(false);
+    sendDaemonRequest(DaemonCommands::deleteProfile(mDevicePID, replyPortName, profileID), int(Command::deleteProfile));
+    waitForReply();
+    const std::optional<QVariantMap> reply = LatestReplySlot::shared().read();
+    // Deliberate: without a returned document the slot is left as it is, and the tab stays disabled and busy.
+    if (!reply || !returnedDocument(*reply))
+        return;
+    LatestReplySlot::shared().clear();
+    switchProfileWithID(std::max(profileID - 1, 0));
+}
+
+void KeyboardMainController::switchProfileWithID(int profileID)
+{
+    const std::optional<QVariantMap> reply =
+        replyTo(Command::switchProfile, DaemonCommands::switchProfile(mDevicePID, replyPortName, profileID));
+    if (const std::optional<QVariantMap> document = reply ? returnedDocument(*reply) : std::nullopt) {
+        updateToLatestSettings(*document);
+        setProperties();
+        if (mIsDeleteProfile) {
+            mKeysController->removeDeletedMacroProfileMappingsForMapping(mDeletedProfileID,
+                                                                         int(KeyMappings::Assignment::switchProfile));
+            loadLatestSettings();
+            setProperties();
+        }
+        updateUISettings();
+        mDeletedProfileID = 0;
+        mIsDeleteProfile = false;
+    }
+    updateProfilesControlState(true);
+}
+
+// Macros --------------------------------------------------------------------------------------------------------------
+
+void KeyboardMainController::addMacroWithSettings(const QVariantMap &macro)
+{
+    if (succeeds(Command::addMacro, DaemonCommands::addMacro(mDevicePID, replyPortName, macro)))
+        refresh();
+}
+
+void KeyboardMainController::renameMacroAtIndexWithNewName(int macroIndex, const QString &newName)
+{
+    if (succeeds(Command::renameMacro, DaemonCommands::renameMacro(mDevicePID, replyPortName, macroIndex, newName)))
+        refresh();
+}
+
+void KeyboardMainController::deleteMacroAtIndex(int macroIndex)
+{
+    if (!succeeds(Command::deleteMacro, DaemonCommands::deleteMacro(mDevicePID, replyPortName, macroIndex)))
+        return;
+    // The keys tab still holds the macros as they were before: the clean-up counts the deleted one. Deliberate.
+    mKeysController->removeDeletedMacroProfileMappingsForMapping(macroIndex, int(KeyMappings::Assignment::playMacro));
+    refresh();
+}
+
+void KeyboardMainController::startMacroRecordingMacroIndex(int appendFlag, int macroIndex)
+{
+    (void)replyTo(Command::startMacroRecording,
+                  DaemonCommands::startMacroRecording(mDevicePID, replyPortName, appendFlag, macroIndex));
+}
+
+void KeyboardMainController::stopMacroRecording()
+{
+    (void)replyTo(Command::stopMacroRecording, DaemonCommands::stopMacroRecording(mDevicePID, replyPortName));
+}
+
+void KeyboardMainController::saveRecordedEventsForMacroAtIndexIsNewRecording(int macroIndex, int isNewRecording)
+{
+    if (succeeds(Command::saveRecordedEvents,
+                 DaemonCommands::saveRecordedEvents(mDevicePID, replyPortName, macroIndex, isNewRecording)))
+        refresh();
+}
+
+void KeyboardMainController::getMacroDetailsForMacroAtIndex(int macroIndex)
+{
+    const std::optional<QVariantMap> reply =
+        replyTo(Command::readMacroLines, DaemonCommands::readMacroLines(mDevicePID, replyPortName, macroIndex));
+    const QVariant lines = reply ? reply->value(DaemonProtocol::macroSequences) : QVariant();
+    if (lines.typeId() == QMetaType::QVariantList)
+        mMacrosController->updateSelectedMacroWithMacroDetails(lines.toList());
+}
+
+void KeyboardMainController::removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex)
+{
+    (void)replyTo(Command::removeEvent,
+                  DaemonCommands::removeEvent(mDevicePID, replyPortName, eventIndex, macroIndex));
+}
+
+void KeyboardMainController::removeAllEventsForMacroAtIndex(int macroIndex)
+{
+    (void)replyTo(Command::removeAllEvents, DaemonCommands::removeAllEvents(mDevicePID, replyPortName, macroIndex));
+}
+
+void KeyboardMainController::setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, int macroIndex, bool hasNoDelay)
+{
+    (void)replyTo(Command::setAllDelays,
+                  DaemonCommands::setAllDelays(mDevicePID, replyPortName, delay, macroIndex, hasNoDelay));
+}
+
+void KeyboardMainController::setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex)
+{
+    (void)replyTo(Command::setDelay,
+                  DaemonCommands::setDelay(mDevicePID, replyPortName, delay, eventIndex, macroIndex));
+}
+
+void KeyboardMainController::updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex,
+                                                                 const QVariantMap &event)
+{
+    if (!succeeds(Command::updateEvent,
+                  DaemonCommands::updateEvent(mDevicePID, replyPortName, macroIndex, eventIndex, event)))
+        return;
+    mMacrosController->setStateOfTableButtonsWithState(true);
+    mMacrosController->setStateOfMacroTableWithState(true);
+}
+
+QVariantMap KeyboardMainController::getSequenceDetailsEventIndex(int macroIndex, int eventIndex)
+{
+    const std::optional<QVariantMap> reply =
+        replyTo(Command::readEvent, DaemonCommands::readEvent(mDevicePID, replyPortName, macroIndex, eventIndex));
+    return reply.value_or(QVariantMap()).value(DaemonProtocol::sequenceInMacro).toMap();
+}
+
+void KeyboardMainController::startEditHID()
+{
+    (void)replyTo(Command::startEditHid, DaemonCommands::startEditHid(mDevicePID, replyPortName));
+}
+
+// Keys ----------------------------------------------------------------------------------------------------------------
+
+void KeyboardMainController::startSingleKeyRecording()
+{
+    (void)replyTo(Command::startSingleKeyRecording, DaemonCommands::startSingleKeyRecording(mDevicePID, replyPortName));
+}
+
+void KeyboardMainController::stopSingleKeyRecording()
+{
+    (void)replyTo(Command::stopSingleKeyRecording, DaemonCommands::stopSingleKeyRecording(mDevicePID, replyPortName));
+}
+
+// Device --------------------------------------------------------------------------------------------------------------
+
+void KeyboardMainController::releaseQuillDeviceInstance()
+{
+    sendDaemonRequest(DaemonCommands::releaseDevice(mDevicePID), int(Command::releaseDevice));
+}

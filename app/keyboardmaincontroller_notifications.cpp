@@ -1,0 +1,247 @@
+// SPDX-License-Identifier: MIT
+// What reaches the hub from outside: the daemon's notifications, and what the user is told of errors; help and links.
+#include "app/keyboardmaincontroller.h"
+
+#include "app/qlcerrorhandler.h"
+#include "app/util/resources.h"
+#include "app/util/settingskeys.h"
+#include "app/util/text.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "lighting/keyboardlightingcontroller.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "platform/addresses.h"
+#include "platform/helpviewer.h"
+#include "platform/sheet.h"
+
+#include <QDesktopServices>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct ErrorTexts
+{
+    const char *title;
+    const char *description;
+    const char *button;
+};
+
+// By error code: 0 the daemon does not answer, 1 no keyboard was found.
+constexpr std::array errorTexts{
+    ErrorTexts{"lkeyCommErrorTitle", "lkeyCommErrorDesc", "lkeyOK"},
+    ErrorTexts{"lkeyDeviceNotFoundTitle", "lkeyDeviceNotFoundDesc", "lkeyOK"},
+};
+
+} // namespace
+
+void KeyboardMainController::addObserver(const QString &name, NotificationHandler handler)
+{
+    mNotificationCenter->addObserver(
+        this, name, [this, handler](const DistributedNotification &notification) { (this->*handler)(notification); });
+}
+
+void KeyboardMainController::observeCommandReplies(int product)
+{
+    // Added at each attach and never removed, without a look for an earlier one. Deliberate.
+    addObserver(DaemonProtocol::commandReplyNotification(product), &KeyboardMainController::commandReplyReceived);
+}
+
+void KeyboardMainController::registerNotifications()
+{
+    addObserverDeviceAttachment();
+    addObserverDeviceRemoval();
+    addObserverProfileUpdate();
+    addObserver(DaemonProtocol::dpiUpdated, &KeyboardMainController::deamonDPIUpdateNotification);
+    addObserver(DaemonProtocol::savedNewOtfm, &KeyboardMainController::savedNewOTFMNotification);
+    addObserver(DaemonProtocol::illuminationUpdated, &KeyboardMainController::illuminationChangesNotification);
+}
+
+void KeyboardMainController::addObserverDeviceAttachment()
+{
+    addObserver(DaemonProtocol::deviceAttached, &KeyboardMainController::deviceConnectedNotification);
+}
+
+void KeyboardMainController::removeObserverDeviceAttachment()
+{
+    mNotificationCenter->removeObserver(this, DaemonProtocol::deviceAttached);
+}
+
+void KeyboardMainController::addObserverDeviceRemoval()
+{
+    addObserver(DaemonProtocol::deviceRemoved, &KeyboardMainController::deviceDisconnectedNotification);
+}
+
+void KeyboardMainController::removeObserverDeviceRemoval()
+{
+    mNotificationCenter->removeObserver(this, DaemonProtocol::deviceRemoved);
+}
+
+void KeyboardMainController::addObserverProfileUpdate()
+{
+    addObserver(DaemonProtocol::profileUpdated, &KeyboardMainController::deamonProfileUpdateNotification);
+}
+
+void KeyboardMainController::removeObserverProfileUpdate()
+{
+    mNotificationCenter->removeObserver(this, DaemonProtocol::profileUpdated);
+}
+
+void KeyboardMainController::deviceConnectedNotification(const DistributedNotification &notification)
+{
+    removeObserverDeviceAttachment();
+    // Empty, so that the firmware is asked for its version again.
+    setFirmwareVersionString({});
+    bool isNumber = false;
+    const int product = notification.name.section(u' ', 2, 2).toInt(&isNumber);
+    hideErrorDialog();
+    if (isNumber && (product == DaemonProtocol::productId || product == 0)) {
+        mDevicePID = product;
+        observeCommandReplies(product);
+        mIsWiredDevice = product == DaemonProtocol::productId;
+    }
+    loadLatestSettings();
+    setProperties();
+    setControlsState(true);
+    updateUISettings();
+    addObserverDeviceAttachment();
+}
+
+void KeyboardMainController::deviceDisconnectedNotification(const DistributedNotification &)
+{
+    removeObserverDeviceRemoval();
+    showErrorDialog();
+    mLightingController->firmwareVersion()->setText(u"-"_s);
+    mLightingController->stopProgressIndicatorAnimation();
+    mMacrosController->stopAllMacroRecording();
+    setControlsState(false);
+    addObserverDeviceRemoval();
+}
+
+void KeyboardMainController::deamonProfileUpdateNotification(const DistributedNotification &notification)
+{
+    removeObserverProfileUpdate();
+    const bool isOwnChange =
+        notification.userInfo.value(DaemonProtocol::sourceApp).toString() == DaemonProtocol::configuratorIdentifier;
+    if (!isOwnChange) {
+        loadLatestSettings();
+        setProperties();
+        updateUISettings();
+    }
+    addObserverProfileUpdate();
+}
+
+void KeyboardMainController::savedNewOTFMNotification(const DistributedNotification &notification)
+{
+    mMacrosArray = notification.userInfo.value(DaemonProtocol::allMacros).toList();
+    // Here the active profile itself, not its index.
+    mCurrentProfileDict = notification.userInfo.value(SettingsKeys::activeProfile).toMap();
+    setProperties();
+    mKeysController->updateUISettings();
+    mMacrosController->updateTableWithNewMacro();
+}
+
+void KeyboardMainController::illuminationChangesNotification(const DistributedNotification &notification)
+{
+    mLightingController->updateBrightnessValue(notification.userInfo.value(SettingsKeys::brightnessKbNormal).toInt());
+}
+
+void KeyboardMainController::commandReplyReceived(const DistributedNotification &notification)
+{
+    const int command = notification.userInfo.value(DaemonProtocol::messageId).toInt();
+    if (command != int(DaemonProtocol::Command::queryFirmwareVersion))
+        return;
+    mLightingController->stopProgressIndicatorAnimation();
+    updateDriverVersions(notification.userInfo);
+}
+
+// Errors and recovery -------------------------------------------------------------------------------------------------
+
+void KeyboardMainController::showErrorForErrorCode(int errorCode)
+{
+    if (errorCode < 0 || errorCode >= int(errorTexts.size()))
+        return;
+    const ErrorTexts &texts = errorTexts[size_t(errorCode)];
+    QLCErrorHandler::showErrorWithTitleErrorDescriptionDefaultButtonLabelAlternativeButtonLabelToWindow(
+        localizedText(texts.title), localizedText(texts.description), localizedText(texts.button), {}, mMainWindow);
+}
+
+void KeyboardMainController::showErrorDialog()
+{
+    mCommunicationAlertWindow->beginSheet(mMainWindow);
+}
+
+void KeyboardMainController::hideErrorDialog()
+{
+    mCommunicationAlertWindow->orderOut();
+    mCommunicationAlertWindow->endSheet();
+}
+
+void KeyboardMainController::clickCommAlertOKButton()
+{
+    hideErrorDialog();
+}
+
+void KeyboardMainController::showRestoringStateWindow()
+{
+    mRestoringStateProgress->setRange(0, 0); // no known end: the bar runs
+    mRestoringStateWindow->beginSheet(mMainWindow);
+}
+
+void KeyboardMainController::closeRestoringStateWindow()
+{
+    mRestoringStateProgress->setRange(0, 1);
+    mRestoringStateWindow->orderOut();
+    mRestoringStateWindow->endSheet();
+}
+
+void KeyboardMainController::relaunchDaemon()
+{
+    // The daemon is only ended here; its supervisor starts it again.
+    mServices.endProcesses(DaemonProtocol::daemonProcessName);
+}
+
+// Help and links ------------------------------------------------------------------------------------------------------
+
+void KeyboardMainController::registerHelpBook()
+{
+    HelpViewer::registerBook(localizedText("lkeyHelpBookTitle"), resourcePath(u"help"_s));
+}
+
+void KeyboardMainController::openRegisteredHelpBook()
+{
+    HelpViewer::gotoPage(u"index.html"_s);
+}
+
+void KeyboardMainController::clickHelpButton()
+{
+    openRegisteredHelpBook();
+}
+
+void KeyboardMainController::clickFBButton()
+{
+    openPage(Addresses::firstSocialNetwork);
+}
+
+void KeyboardMainController::clickTwitterButton()
+{
+    openPage(Addresses::secondSocialNetwork);
+}
+
+void KeyboardMainController::clickQuillClubButton()
+{
+    openPage(Addresses::community);
+}
+
+void KeyboardMainController::openPage(QLatin1StringView address)
+{
+    const QUrl url{QString(address)};
+    if (mServices.openPage)
+        mServices.openPage(url);
+    else
+        QDesktopServices::openUrl(url);
+}

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "app/keyboardmaintenancecontroller.h"
+
+#include "app/util/text.h"
+
+#include <QLabel>
+#include <QPointer>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+KeyboardMaintenanceController::KeyboardMaintenanceController(QObject *parent) : QObject(parent), mView(new QWidget)
+{
+    mView->setObjectName(u"maintenanceView"_s);
+    auto *text = new QLabel(localizedText("lkeyMaintenanceText"));
+    text->setObjectName(u"maintenanceText"_s);
+    text->setWordWrap(true);
+    text->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    auto *layout = new QVBoxLayout(mView);
+    layout->setContentsMargins(48, 48, 48, 48);
+    layout->addWidget(text);
+    layout->addStretch();
+}
+
+KeyboardMaintenanceController::~KeyboardMaintenanceController()
+{
+    if (mView && !mView->parent())
+        delete mView;
+}
+
+void KeyboardMaintenanceController::setControlsState(bool enabled)
+{
+    if (mView)
+        mView->setEnabled(enabled);
+}

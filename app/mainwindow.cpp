@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+#include "app/mainwindow.h"
+
+#include "app/keyboardmaincontroller.h"
+#include "app/keyboardmaintenancecontroller.h"
+#include "app/productlogo.h"
+#include "app/util/text.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "lighting/keyboardlightingcontroller.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "platform/spinner.h"
+#include "platform/sheet.h"
+#include "profiles/keyboardprofilescontroller.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int logoSize = 40;
+constexpr QSize initialSize(1180, 760);
+constexpr QSize smallestSize(1000, 640);
+
+QLabel *wrappedLabel(const QString &text, QLatin1StringView objectName)
+{
+    auto *label = new QLabel(text);
+    label->setObjectName(objectName);
+    label->setWordWrap(true);
+    return label;
+}
+
+void makeBold(QLabel *label, qreal scale = 1)
+{
+    QFont font = label->font();
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * scale);
+    label->setFont(font);
+}
+
+} // namespace
+
+MainWindow::MainWindow()
+{
+    setObjectName("mMainWindow"_L1);
+    setWindowTitle(localizedText("lkeyProductName"));
+    setWindowIcon(productLogo(64, 2));
+    resize(initialSize);
+    setMinimumSize(smallestSize);
+}
+
+void MainWindow::assemble(KeyboardMainController *controller)
+{
+    mController = controller;
+    mOutlets.mMainWindow = this;
+
+    auto *central = new QWidget;
+    auto *layout = new QVBoxLayout(central);
+    layout->setContentsMargins(16, 12, 16, 16);
+    layout->setSpacing(10);
+    layout->addWidget(createHeader());
+    layout->addWidget(createTabs(), 1);
+    setCentralWidget(central);
+    createDeviceNotFoundSheet();
+    createRestoringStateSheet();
+
+    mController->setOutlets(mOutlets);
+    mController->keysController()->awakeFromNib();
+    mController->profilesController()->awakeFromNib();
+    mController->macrosController()->awakeFromNib();
+    mController->lightingController()->awakeFromNib();
+    mController->awakeFromNib();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->accept();
+    QCoreApplication::quit();
+}
+
+QWidget *MainWindow::createHeader()
+{
+    auto *header = new QWidget;
+    auto *layout = new QHBoxLayout(header);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(10);
+
+    mOutlets.mProductLogo = new QLabel;
+    mOutlets.mProductLogo->setObjectName("mProductLogo"_L1);
+    mOutlets.mProductLogo->setPixmap(productLogo(logoSize, devicePixelRatioF()));
+    mOutlets.mProductLogo->setAccessibleName(localizedText("lkeyProductName"));
+    auto *titles = new QVBoxLayout;
+    titles->setSpacing(0);
+    auto *title = new QLabel(localizedText("lkeyProductFamily"));
+    makeBold(title, 1.25);
+    titles->addWidget(title);
+    titles->addWidget(new QLabel(localizedText("lkeyProductModel")));
+    mOutlets.mBusyIndicator = new Spinner;
+    mOutlets.mBusyIndicator->setObjectName("mBusyIndicator"_L1);
+    mOutlets.mBusyIndicator->setAccessibleName(localizedText("lkeyBusy"));
+
+    layout->addWidget(mOutlets.mProductLogo);
+    layout->addLayout(titles);
+    layout->addSpacing(8);
+    layout->addWidget(mOutlets.mBusyIndicator);
+    layout->addStretch();
+    addHeaderButton(layout, "mFBButton", "lkeySocialNetworkPage", &KeyboardMainController::clickFBButton);
+    addHeaderButton(layout, "mTwitterButton", "lkeyCommunityFeed", &KeyboardMainController::clickTwitterButton);
+    addHeaderButton(layout, "mQuillClubButton", "lkeyCommunityPage", &KeyboardMainController::clickQuillClubButton);
+    mOutlets.mHelpButton = new QPushButton(localizedText("lkeyHelp"));
+    mOutlets.mHelpButton->setObjectName("mHelpButton"_L1);
+    mOutlets.mHelpButton->setShortcut(QKeySequence::HelpContents);
+    connect(mOutlets.mHelpButton, &QPushButton::clicked, mController, &KeyboardMainController::clickHelpButton);
+    layout->addWidget(mOutlets.mHelpButton);
+    return header;
+}
+
+void MainWindow::addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
+                                 void (KeyboardMainController::*action)())
+{
+    auto *button = new QToolButton;
+    button->setObjectName(QLatin1StringView(objectName));
+    button->setText(localizedText(textKey));
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    connect(button, &QToolButton::clicked, mController, action);
+    layout->addWidget(button);
+}
+
+QWidget *MainWindow::createTabs()
+{
+    // The label names the tab towards the controllers and is never translated; the title is what the user reads.
+    struct Tab
+    {
+        QLatin1StringView label;
+        const char *titleKey;
+        QWidget *page;
+    };
+    const Tab tabs[] = {
+        {"Keys"_L1, "lkeyKeysTab", mController->keysController()->view()},
+        {"Profiles"_L1, "lkeyProfilesTab", mController->profilesController()->view()},
+        {"Macros"_L1, "lkeyMacrosTab", mController->macrosController()->view()},
+        {"Lighting"_L1, "lkeyLightingTab", mController->lightingController()->view()},
+        {"Maintenance"_L1, "lkeyMaintenanceTab", mController->maintenanceController()->view()},
+    };
+    auto *tabView = new QTabWidget;
+    mOutlets.mKeyboardTabView = tabView;
+    tabView->setObjectName("mKeyboardTabView"_L1);
+    for (const Tab &tab : tabs) {
+        tab.page->setProperty("tabLabel", QString(tab.label));
+        tabView->addTab(tab.page, localizedText(tab.titleKey));
+    }
+    connect(tabView, &QTabWidget::currentChanged, mController, [this, tabView] {
+        mController->tabViewDidSelectTabViewItem(tabView->currentWidget()->property("tabLabel").toString());
+    });
+    return tabView;
+}
+
+void MainWindow::createDeviceNotFoundSheet()
+{
+    auto *sheet = new Sheet(this);
+    sheet->setObjectName("mCommunicationAlertWindow"_L1);
+    sheet->setWindowTitle(localizedText("lkeyDeviceNotFoundTitle"));
+    auto *title = wrappedLabel(localizedText("lkeyDeviceNotFoundTitle"), "mCommunicationAlertTitle"_L1);
+    makeBold(title);
+    auto *description = wrappedLabel(localizedText("lkeyDeviceNotFoundDesc"), "mCommunicationAlertDesc"_L1);
+    auto *button = new QPushButton(localizedText("lkeyOK"));
+    button->setObjectName("mCommunicationOKButton"_L1);
+    button->setDefault(true);
+    connect(button, &QPushButton::clicked, mController, &KeyboardMainController::clickCommAlertOKButton);
+    auto *layout = new QVBoxLayout(sheet);
+    layout->setSpacing(10);
+    layout->addWidget(title);
+    layout->addWidget(description);
+    layout->addWidget(button, 0, Qt::AlignRight);
+    sheet->setMinimumWidth(420);
+    sheet->setCancelButton(button);
+    mOutlets.mCommunicationAlertWindow = sheet;
+    mOutlets.mCommunicationAlertTitle = title;
+    mOutlets.mCommunicationAlertDesc = description;
+    mOutlets.mCommunicationOKButton = button;
+}
+
+void MainWindow::createRestoringStateSheet()
+{
+    auto *sheet = new Sheet(this);
+    sheet->setObjectName("mRestoringStateWindow"_L1);
+    sheet->setWindowTitle(localizedText("lkeyRestoringStateTitle"));
+    auto *title = wrappedLabel(localizedText("lkeyRestoringStateTitle"), "restoringStateTitle"_L1);
+    makeBold(title);
+    auto *progress = new QProgressBar;
+    progress->setObjectName("mRestoringStateProgress"_L1);
+    progress->setTextVisible(false);
+    progress->setAccessibleName(localizedText("lkeyRestoringStateTitle"));
+    // The sheet may stay for as long as there is no daemon, and it keeps the window from being closed.
+    auto *quit = new QPushButton(localizedText("lkeyQuit"));
+    quit->setObjectName("restoringStateQuitButton"_L1);
+    connect(quit, &QPushButton::clicked, QCoreApplication::instance(), &QCoreApplication::quit);
+    auto *layout = new QVBoxLayout(sheet);
+    layout->setSpacing(10);
+    layout->addWidget(title);
+    layout->addWidget(wrappedLabel(localizedText("lkeyRestoringStateDesc"), "restoringStateDesc"_L1));
+    layout->addWidget(progress);
+    layout->addWidget(quit, 0, Qt::AlignRight);
+    sheet->setMinimumWidth(420);
+    sheet->setCancelButton(quit);
+    mOutlets.mRestoringStateWindow = sheet;
+    mOutlets.mRestoringStateProgress = progress;
+}

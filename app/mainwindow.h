@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// Assembles the window: header, the five tabs, the two sheets of the hub; connects their actions to the hub.
+#pragma once
+
+#include "app/mainwindowoutlets.h"
+
+#include <QMainWindow>
+
+class KeyboardMainController;
+class QHBoxLayout;
+
+/// Closing the window quits the program. The window outlives the hub, whose controllers look after its widgets.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    MainWindow();
+
+    /// Builds the content and hands it to `controller`. To be called once, before the window is shown.
+    void assemble(KeyboardMainController *controller);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    QWidget *createHeader();
+    QWidget *createTabs();
+    void createDeviceNotFoundSheet();
+    void createRestoringStateSheet();
+    void addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
+                         void (KeyboardMainController::*action)());
+
+    KeyboardMainController *mController = nullptr;
+    MainWindowOutlets mOutlets;
+};

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// The widgets of the main window that the main controller works with; the window assembly fills them in.
+#pragma once
+
+class Spinner;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QTabWidget;
+class QWidget;
+class Sheet;
+
+struct MainWindowOutlets
+{
+    QTabWidget *mKeyboardTabView = nullptr;
+    QPushButton *mHelpButton = nullptr;
+    QLabel *mProductLogo = nullptr;
+    Spinner *mBusyIndicator = nullptr;
+    Sheet *mCommunicationAlertWindow = nullptr;
+    QLabel *mCommunicationAlertTitle = nullptr;
+    QLabel *mCommunicationAlertDesc = nullptr;
+    QPushButton *mCommunicationOKButton = nullptr;
+    Sheet *mRestoringStateWindow = nullptr;
+    QProgressBar *mRestoringStateProgress = nullptr;
+    QWidget *mMainWindow = nullptr;
+};

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "cli/commandtable.h"
+
+namespace {
+
+// The texts are English and fixed: kestractl is written for scripts and terminals, and what it prints is documented.
+constexpr CommandRow rows[] = {
+    {QLatin1StringView("status"), QLatin1StringView(""), 0, 0, QLatin1StringView("--json"),
+     QLatin1StringView("show whether the daemon runs, the keyboard, its firmware and what is active"), showStatus},
+    {QLatin1StringView("document"), QLatin1StringView(""), 0, 0, QLatin1StringView("--json --plist"),
+     QLatin1StringView("print all settings, as JSON or as a binary property list"), showDocument},
+    {QLatin1StringView("profile list"), QLatin1StringView(""), 0, 0, QLatin1StringView("--json"),
+     QLatin1StringView("list the profiles; the active one is marked with *"), listProfiles},
+    {QLatin1StringView("profile switch"), QLatin1StringView("N|NAME"), 1, 1, QLatin1StringView(""),
+     QLatin1StringView("make profile number N, or the profile called NAME, the active one"), switchToProfile},
+    {QLatin1StringView("key"), QLatin1StringView("KEY [disable|default]"), 1, 2, QLatin1StringView("--json"),
+     QLatin1StringView("show what a key does in the active profile, or disable it, or make it do its default"),
+     showOrAssignKey},
+    {QLatin1StringView("keyboard press"), QLatin1StringView("KEY"), 1, 1, QLatin1StringView(""),
+     QLatin1StringView("press a key of the virtual keyboard and hold it"), pressKey},
+    {QLatin1StringView("keyboard release"), QLatin1StringView("KEY"), 1, 1, QLatin1StringView(""),
+     QLatin1StringView("release a key of the virtual keyboard"), releaseKey},
+    {QLatin1StringView("keyboard attach"), QLatin1StringView(""), 0, 0, QLatin1StringView(""),
+     QLatin1StringView("plug the virtual keyboard in"), attachKeyboard},
+    {QLatin1StringView("keyboard remove"), QLatin1StringView(""), 0, 0, QLatin1StringView(""),
+     QLatin1StringView("unplug the virtual keyboard"), removeKeyboard},
+    {QLatin1StringView("keyboard game-mode"), QLatin1StringView(""), 0, 0, QLatin1StringView(""),
+     QLatin1StringView("press the virtual keyboard's game mode key"), pressGameMode},
+    {QLatin1StringView("keyboard brightness"), QLatin1StringView("N"), 1, 1, QLatin1StringView(""),
+     QLatin1StringView("set the brightness as the virtual keyboard's own control would"), setBrightness},
+};
+
+} // namespace
+
+std::span<const CommandRow> commandTable()
+{
+    return rows;
+}

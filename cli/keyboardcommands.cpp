@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// "keyboard …": what a hand would do to the virtual keyboard.
+#include "cli/commandtable.h"
+#include "cli/virtualkeyboardclient.h"
+#include "keys/keynames.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Keyboard/Keypad, of the USB HID Usage Tables.
+constexpr uint keyboardUsagePage = 0x07;
+
+ExitCode callKeyboard(CommandContext &context, QLatin1StringView method, const QVariantList &arguments = {})
+{
+    const VirtualKeyboardResult result = VirtualKeyboardClient::call(method, arguments);
+    return result.failure == ExitCode::ok ? ExitCode::ok : context.console.fail(result.failure, result.reason);
+}
+
+ExitCode callWithKey(CommandContext &context, QLatin1StringView method)
+{
+    const QString &text = context.arguments.first();
+    const std::optional<int> code = keyCodeForName(text);
+    if (!code)
+        return context.console.fail(ExitCode::usage, u"the keyboard has no key \"%1\""_s.arg(text));
+    return callKeyboard(context, method, {keyboardUsagePage, static_cast<uint>(*code)});
+}
+
+} // namespace
+
+ExitCode pressKey(CommandContext &context)
+{
+    return callWithKey(context, "Press"_L1);
+}
+
+ExitCode releaseKey(CommandContext &context)
+{
+    return callWithKey(context, "Release"_L1);
+}
+
+ExitCode attachKeyboard(CommandContext &context)
+{
+    return callKeyboard(context, "Attach"_L1);
+}
+
+ExitCode removeKeyboard(CommandContext &context)
+{
+    return callKeyboard(context, "Remove"_L1);
+}
+
+ExitCode pressGameMode(CommandContext &context)
+{
+    return callKeyboard(context, "PressGameMode"_L1);
+}
+
+ExitCode setBrightness(CommandContext &context)
+{
+    bool isNumber = false;
+    const int brightness = context.arguments.first().toInt(&isNumber);
+    if (!isNumber)
+        return context.console.fail(ExitCode::usage, u"\"%1\" is no number"_s.arg(context.arguments.first()));
+    return callKeyboard(context, "SetBrightness"_L1, {brightness});
+}

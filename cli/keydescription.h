@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// What a key does, in the words of kestractl. No state; any thread.
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QVariantMap>
+
+/// The profile record that "DeviceSettings"/"ActiveProfile" of `document` points at; empty when it points nowhere.
+[[nodiscard]] QVariantMap activeProfileRecord(const QVariantMap &document);
+
+/// "disabled", "default key", "plays macro 1 \"Combo\" until released", … for the key `code` in the active profile.
+[[nodiscard]] QString describeKey(const QVariantMap &document, int code);
+
+/// {"key", "code", "mapped", "description", "entry"}; "entry" is the mapping entry as stored, null without one.
+[[nodiscard]] QJsonObject keyAsJson(const QVariantMap &document, int code);

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+// "profile list" and "profile switch".
+#include "app/util/settingskeys.h"
+#include "cli/commandtable.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString profileName(const QVariant &profile)
+{
+    return profile.toMap().value(SettingsKeys::profileName).toString();
+}
+
+int activeProfile(const QVariantMap &document)
+{
+    return document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt();
+}
+
+/// The number that `text` means: a number is passed on as it is, so that the daemon judges it; a name must be borne by
+/// exactly one profile. Absent with `problem` set otherwise.
+std::optional<int> profileNumber(const QString &text, const QVariantList &profiles, QString &problem)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (isNumber)
+        return number;
+    std::optional<int> found;
+    for (int index = 0; index < profiles.size(); ++index) {
+        if (profileName(profiles.at(index)) != text)
+            continue;
+        if (found) {
+            problem = u"several profiles are called \"%1\"; give the number"_s.arg(text);
+            return {};
+        }
+        found = index;
+    }
+    if (!found)
+        problem = u"no profile is called \"%1\" (see kestractl profile list)"_s.arg(text);
+    return found;
+}
+
+} // namespace
+
+ExitCode listProfiles(CommandContext &context)
+{
+    const DaemonClient::Answer document = context.daemon.document();
+    if (!document.ok())
+        return context.console.fail(document.failure, document.reason);
+    const QVariantList profiles = document.reply.value(SettingsKeys::profiles).toList();
+    const int active = activeProfile(document.reply);
+    QJsonArray list;
+    for (int index = 0; index < profiles.size(); ++index) {
+        const QString name = profileName(profiles.at(index));
+        if (context.hasOption(Options::json))
+            list.append(QJsonObject{{u"number"_s, index}, {u"name"_s, name}, {u"active"_s, index == active}});
+        else
+            context.console.print(u"%1%2  %3"_s.arg(QChar(index == active ? u'*' : u' ')).arg(index, 3).arg(name));
+    }
+    if (context.hasOption(Options::json))
+        context.console.printJson(list);
+    return ExitCode::ok;
+}
+
+ExitCode switchToProfile(CommandContext &context)
+{
+    const DaemonClient::Answer document = context.daemon.document();
+    if (!document.ok())
+        return context.console.fail(document.failure, document.reason);
+    const QVariantList profiles = document.reply.value(SettingsKeys::profiles).toList();
+    QString problem;
+    const std::optional<int> number = profileNumber(context.arguments.first(), profiles, problem);
+    if (!number)
+        return context.console.fail(ExitCode::usage, problem);
+    const DaemonClient::Answer answer =
+        context.daemon.sendChecked(DaemonProtocol::Command::switchProfile, {{DaemonProtocol::profileId, *number}});
+    if (!answer.ok())
+        return context.console.fail(answer.failure, answer.reason);
+    context.console.print(u"profile %1 \"%2\" is active"_s.arg(*number).arg(profileName(profiles.value(*number))));
+    return ExitCode::ok;
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// "status": what a person asks first.
+#include "app/util/settingskeys.h"
+#include "cli/commandtable.h"
+#include "cli/keydescription.h"
+#include "cli/virtualkeyboardclient.h"
+
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The rows of the answer, in the order printed.
+QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, DaemonClient &daemon)
+{
+    const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
+    const QVariantMap profile = activeProfileRecord(document);
+    const std::optional<bool> attached = VirtualKeyboardClient::isAttached();
+    const std::optional<QString> firmware = attached.value_or(false) ? daemon.firmwareVersion() : std::nullopt;
+    return {{u"daemon"_s, u"running"_s},
+            {u"keyboard"_s, !attached ? u"unknown"_s : *attached ? u"attached"_s : u"not attached"_s},
+            {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()},
+            {u"activeProfile"_s, device.value(SettingsKeys::activeProfile).toInt()},
+            {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
+            {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
+            {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
+            {u"gameMode"_s, device.value(SettingsKeys::gameMode).toBool()},
+            {u"brightness"_s, profile.value(SettingsKeys::brightnessKbNormal).toInt()}};
+}
+
+QString words(const QJsonValue &value)
+{
+    if (value.isNull())
+        return u"unknown"_s;
+    if (value.isBool())
+        return value.toBool() ? u"on"_s : u"off"_s;
+    return value.isDouble() ? QString::number(value.toInt()) : value.toString();
+}
+
+} // namespace
+
+ExitCode showStatus(CommandContext &context)
+{
+    const bool asJson = context.hasOption(Options::json);
+    const DaemonClient::Answer document = context.daemon.document();
+    if (!document.ok()) {
+        // A missing or silent daemon is an answer too, so that a script can read it.
+        const QString state = document.failure == ExitCode::noDaemon ? u"not running"_s : u"not answering"_s;
+        if (asJson)
+            context.console.printJson(QJsonObject{{u"daemon"_s, state}});
+        else
+            context.console.print(u"daemon: "_s + state);
+        return context.console.fail(document.failure, document.reason);
+    }
+    QJsonObject object;
+    for (const auto &[name, value] : statusRows(document.reply, context.daemon)) {
+        object.insert(name, value);
+        if (!asJson)
+            context.console.print(name + u": "_s + words(value));
+    }
+    if (asJson)
+        context.console.printJson(object);
+    return ExitCode::ok;
+}

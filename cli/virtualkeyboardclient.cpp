@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "cli/virtualkeyboardclient.h"
+
+#include "app/util/daemonprotocol.h"
+#include "platform/messageport.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto objectPath = "/VirtualKeyboard"_L1;
+constexpr auto interfaceName = "org.quillkestra.VirtualKeyboard"_L1;
+constexpr int callLimitMs = 5000;
+
+QDBusMessage callDaemon(QLatin1StringView interface, QLatin1StringView method, const QVariantList &arguments)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), objectPath,
+                                                          interface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    return QDBusConnection::sessionBus().call(message, QDBus::Block, callLimitMs);
+}
+
+VirtualKeyboardResult resultOf(const QDBusMessage &reply)
+{
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        return {};
+    const QString error = reply.errorName();
+    if (error == "org.freedesktop.DBus.Error.ServiceUnknown"_L1 || error == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1
+        || error == "org.freedesktop.DBus.Error.Disconnected"_L1)
+        return {ExitCode::noDaemon, u"the daemon is not running"_s};
+    if (error == "org.freedesktop.DBus.Error.NoReply"_L1 || error == "org.freedesktop.DBus.Error.Timeout"_L1)
+        return {ExitCode::noAnswer, u"the virtual keyboard did not answer"_s};
+    if (error == "org.freedesktop.DBus.Error.UnknownObject"_L1)
+        return {ExitCode::refused, u"the daemon has no virtual keyboard"_s};
+    return {ExitCode::refused, u"the virtual keyboard refused: %1"_s.arg(reply.errorMessage())};
+}
+
+} // namespace
+
+VirtualKeyboardResult VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments)
+{
+    return resultOf(callDaemon(interfaceName, method, arguments));
+}
+
+std::optional<bool> VirtualKeyboardClient::isAttached()
+{
+    const QDBusMessage reply =
+        callDaemon("org.freedesktop.DBus.Properties"_L1, "Get"_L1, {QString(interfaceName), u"Attached"_s});
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return {};
+    return reply.arguments().first().value<QDBusVariant>().variant().toBool();
+}

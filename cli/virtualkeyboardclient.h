@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// The daemon's virtual keyboard, driven over the session bus.
+#pragma once
+
+#include "cli/exitcode.h"
+
+#include <QLatin1StringView>
+#include <QString>
+#include <QVariantList>
+
+#include <optional>
+
+/// What became of a call: `failure` is ok, or why it was not carried out.
+struct VirtualKeyboardResult
+{
+    ExitCode failure = ExitCode::ok;
+    QString reason;
+};
+
+/// Main thread only; each call blocks for at most 5 seconds.
+namespace VirtualKeyboardClient {
+
+/// Calls `method` of org.quillkestra.VirtualKeyboard. Refused when the daemon drives a real keyboard instead.
+[[nodiscard]] VirtualKeyboardResult call(QLatin1StringView method, const QVariantList &arguments = {});
+
+/// Whether the virtual keyboard is attached; absent when the daemon has none.
+[[nodiscard]] std::optional<bool> isAttached();
+
+} // namespace VirtualKeyboardClient

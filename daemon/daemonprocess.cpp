@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/daemonprocess.h"
+
+#include "app/util/daemonprotocol.h"
+#include "app/util/qlcoreutility.h"
+#include "app/util/resources.h"
+#include "daemon/devicedaemon.h"
+#include "daemon/factorysettings.h"
+#include "daemon/logging.h"
+#include "daemon/settingsdocument.h"
+#include "daemon/settingsstore.h"
+#include "daemon/virtualkeyboardadaptor.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/messageport.h"
+#include "platform/terminationsignals.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QElapsedTimer>
+#include <QProcess>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct StartDocument
+{
+    QVariantMap document;
+    bool isMinimal = false; // neither settings nor factory settings could be read
+};
+
+StartDocument startDocument(SettingsStore &store)
+{
+    if (const std::optional<QVariantMap> stored = store.load())
+        return {.document = SettingsDocument::completed(*stored), .isMinimal = false};
+    qCInfo(lcSettings, "no settings yet: factory settings");
+    if (const std::optional<QVariantMap> factory = readFactorySettings(resourcePath(u"Kestra.plist"_s)))
+        return {.document = *factory, .isMinimal = false};
+    qCWarning(lcSettings, "file: no factory settings either: one profile that maps nothing");
+    return {.document = SettingsDocument::minimal(), .isMinimal = true};
+}
+
+void sendReply(const QString &portName, qint32 command, const QVariantMap &reply)
+{
+    const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(reply);
+    if (!data) {
+        qCCritical(lcRequests, "daemon: the reply to request %d cannot be written", command);
+        return;
+    }
+    if (const std::optional<RemoteMessagePort> port = RemoteMessagePort::open(portName))
+        port->post(command, *data);
+    else
+        qCWarning(lcRequests, "client: no port \"%s\" for the reply to request %d", qUtf8Printable(portName), command);
+}
+
+void launchProgram(const QString &program)
+{
+    if (!QProcess::startDetached(program, {}))
+        qCWarning(lcKeyboard, "file: a key is to start \"%s\", which cannot be started", qUtf8Printable(program));
+}
+
+/// Watches at most one port at a time.
+class ClientWatch
+{
+public:
+    ClientWatch(const QDBusConnection &connection, std::function<void(const QString &)> vanished)
+        : mVanished(std::move(vanished))
+    {
+        mWatcher.setConnection(connection);
+        mWatcher.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+        QObject::connect(&mWatcher, &QDBusServiceWatcher::serviceUnregistered, &mWatcher, [this] { mVanished(mPortName); });
+    }
+
+    void watch(const QString &portName)
+    {
+        if (portName == mPortName)
+            return;
+        mPortName = portName;
+        mWatcher.setWatchedServices(portName.isEmpty() ? QStringList() : QStringList{messagePortBusName(portName)});
+    }
+
+private:
+    QDBusServiceWatcher mWatcher;
+    QString mPortName;
+    std::function<void(const QString &)> mVanished;
+};
+
+DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
+{
+    VirtualKeyboard keyboard;
+    DeviceDaemon *daemonPointer = nullptr;
+    ClientWatch clientWatch(bus, [&](const QString &portName) { daemonPointer->clientVanished(portName); });
+    QElapsedTimer clock;
+    clock.start();
+    DistributedNotificationCenter notifications(bus);
+
+    const StartDocument start = startDocument(store);
+    DeviceDaemon daemon(store, keyboard,
+                        {.sendReply = sendReply,
+                         .postNotification = [&](const QString &name, const QVariantMap &userInfo) { notifications.post(name, userInfo); },
+                         .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
+                         .launchProgram = launchProgram,
+                         .now = [&] { return std::chrono::milliseconds(clock.elapsed()); }},
+                        start.document);
+    daemon.setAwaitsFactorySettings(start.isMinimal);
+    daemonPointer = &daemon;
+    VirtualKeyboardObject keyboardObject(keyboard);
+    if (!keyboardObject.registerOn(bus)) {
+        qCCritical(lcDaemon, "daemon: cannot put the virtual keyboard on the bus");
+        return DaemonExit::noBus;
+    }
+
+    // The message is taken at once and handled when its sender has its empty answer.
+    const auto take = [&daemon](qint32 number, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
+        QMetaObject::invokeMethod(&daemon, [&daemon, number, data] { daemon.handleMessage(number, data); }, Qt::QueuedConnection);
+        return {};
+    };
+    const std::unique_ptr<LocalMessagePort> port = LocalMessagePort::create(DaemonProtocol::requestPortName, take, bus);
+    if (!port) {
+        qCCritical(lcDaemon, "another daemon has the port \"%s\" on this bus", DaemonProtocol::requestPortName.data());
+        return DaemonExit::alreadyRunning;
+    }
+
+    TerminationSignals signalListener;
+    QObject::connect(&signalListener, &TerminationSignals::terminationRequested, &daemon, [](int number) {
+        qCInfo(lcDaemon, "serving, signal %d: ending", number);
+        QCoreApplication::quit();
+    });
+    bus.connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
+                QCoreApplication::instance(), SLOT(quit()));
+    qCInfo(lcDaemon, "starting, ready: serving \"%s\"", DaemonProtocol::requestPortName.data());
+    QCoreApplication::exec();
+    const bool busIsGone = !bus.isConnected();
+    daemon.shutDown();
+    if (busIsGone)
+        qCWarning(lcDaemon, "serving, the bus is gone: ended");
+    return busIsGone ? DaemonExit::noBus : DaemonExit::ended;
+}
+
+} // namespace
+
+DaemonExit runDaemon()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        qCCritical(lcDaemon, "there is no session bus: %s", qUtf8Printable(bus.lastError().message()));
+        return DaemonExit::noBus;
+    }
+    if (RemoteMessagePort::open(DaemonProtocol::requestPortName)) {
+        qCCritical(lcDaemon, "another daemon is already running on this bus");
+        return DaemonExit::alreadyRunning;
+    }
+    SettingsStore store(SettingsStore::defaultFolder());
+    switch (store.open()) {
+    case SettingsStore::OpenResult::open: return serve(store, bus);
+    case SettingsStore::OpenResult::inUse: qCCritical(lcDaemon, "%s", qUtf8Printable(store.errorText())); return DaemonExit::alreadyRunning;
+    case SettingsStore::OpenResult::unusable: qCCritical(lcDaemon, "%s", qUtf8Printable(store.errorText())); return DaemonExit::folderUnusable;
+    }
+    return DaemonExit::folderUnusable;
+}

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+// The daemon itself: takes requests, keeps the settings document, listens to the keyboard, runs the key engine.
+// It owns the document and the state of captures; one thread.
+#pragma once
+
+#include "daemon/documentcommands.h"
+#include "daemon/keyboard.h"
+#include "daemon/keyengine.h"
+#include "daemon/macrorecorder.h"
+#include "daemon/settingsstore.h"
+
+#include <QObject>
+#include <QVariantMap>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+/// What the daemon does to the world, so that tests can put their own in place.
+struct DaemonOutlets
+{
+    /// Sends a reply to the port `portName`; must not wait for the client.
+    std::function<void(const QString &portName, qint32 command, const QVariantMap &reply)> sendReply;
+    std::function<void(const QString &name, const QVariantMap &userInfo)> postNotification;
+    /// Tells the daemon with clientVanished() when the owner of the port is gone; an empty name ends the watch.
+    std::function<void(const QString &portName)> watchClient;
+    std::function<void(const QString &program)> launchProgram;
+    /// Time since any fixed moment; never goes backwards.
+    std::function<std::chrono::milliseconds()> now;
+};
+
+/// A change is on the disk before its reply leaves; when it cannot be written, nothing has changed.
+class DeviceDaemon : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `store` is open; both must live longer than the daemon. `document` is valid and completed.
+    DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutlets outlets, const QVariantMap &document,
+                 QObject *parent = nullptr);
+
+    [[nodiscard]] const QVariantMap &document() const { return mDocument; }
+
+    /// Until the first change, command 0 may name the factory settings to start from: set when there were none.
+    void setAwaitsFactorySettings(bool isAwaited) { mAwaitsFactorySettings = isAwaited; }
+
+    /// One message of the request port.
+    void handleMessage(qint32 number, const std::optional<QByteArray> &data);
+    /// Ends what the client at this port has begun: without it nobody would, and the keyboard would stay captured.
+    void clientVanished(const QString &portName);
+    /// Lets go of every key. To be called before the daemon ends.
+    void shutDown();
+
+private:
+    /// Who has the keys of the keyboard. Keys pressed while they are captured do not reach the computer, where they
+    /// would press the buttons of the very sheet that waits for them.
+    enum class Capture { none, macroRecording, singleKey, editedEvent };
+
+    struct Request
+    {
+        qint32 number = 0;
+        QVariantMap values;
+        QString replyPort; // empty: nobody waits for a reply
+    };
+
+    struct Answer
+    {
+        Status status = Status::ok;
+        QVariantMap reply;
+    };
+
+    static const char *captureName(Capture capture);
+
+    void handle(const Request &request);
+    [[nodiscard]] std::optional<Answer> handleDeviceCommand(const Request &request);
+    [[nodiscard]] Answer openDevice(const Request &request);
+    void answerFirmwareQuery();
+    [[nodiscard]] Answer startMacroRecording(const Request &request);
+    [[nodiscard]] Answer stopMacroRecording();
+    [[nodiscard]] Answer startKeyCapture(const Request &request, Capture capture);
+    [[nodiscard]] Answer stopKeyCapture();
+    void handleSaveRecordedEvents(const Request &request);
+    void handleDocumentCommand(const Request &request, const DocumentCommand &command);
+    /// Writes what the command changed, replies, and tells the other clients; false when it failed.
+    [[nodiscard]] bool finishChange(const Request &request, CommandOutcome outcome, ReturnsDocument returnsDocument);
+    void reply(const Request &request, Status status, QVariantMap values);
+
+    [[nodiscard]] bool store(const QVariantMap &document);
+    void changeFromKeyboard(const QVariantMap &document);
+    void postProfileUpdated(const QString &sourceApp);
+    void applyDocument();
+
+    void setCapture(Capture capture, const QString &client, const char *cause);
+    void keyChanged(HidUsage key, bool isDown);
+    void attachedChanged(bool isAttached);
+    void gameModePressed();
+    void brightnessChosen(int level);
+    void postCapturedKey(HidUsage key);
+    void perform(const QList<EngineOutput> &outputs);
+    [[nodiscard]] quint8 heldModifiers() const;
+
+    SettingsStore &mStore;
+    Keyboard &mKeyboard;
+    DaemonOutlets mOutlets;
+    QVariantMap mDocument;
+    KeyEngine mEngine;
+    MacroRecorder mRecorder;
+    QList<HidUsage> mHeld; // keys that are down on the keyboard
+    Capture mCapture = Capture::none;
+    QString mCapturingClient;
+    bool mAwaitsFactorySettings = false;
+};

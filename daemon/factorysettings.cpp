@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/factorysettings.h"
+
+#include "app/util/propertylist.h"
+#include "app/util/settingskeys.h"
+#include "daemon/logging.h"
+#include "daemon/settingsdocument.h"
+
+using namespace Qt::StringLiterals;
+
+std::optional<QVariantMap> readFactorySettings(const QString &path)
+{
+    const std::optional<QVariantMap> resource = PropertyList::readPropertyListFile(path);
+    if (!resource) {
+        qCWarning(lcSettings, "file: no factory settings in %s", qUtf8Printable(path));
+        return {};
+    }
+    QVariantMap document = resource->value(SettingsKeys::defaultSettings).toMap();
+    // A settings document in all but the device's own settings, which the resource may leave to the daemon.
+    if (!document.contains(SettingsKeys::deviceSettings))
+        document.insert(SettingsKeys::deviceSettings, QVariantMap());
+    if (!document.value(SettingsKeys::deviceSettings).toMap().contains(SettingsKeys::activeProfile))
+        document = SettingsDocument::withActiveProfile(document, 0);
+    const QString problem = SettingsDocument::problemOf(document);
+    if (!problem.isEmpty()) {
+        qCWarning(lcSettings, "file: the factory settings in %s are not valid: %s", qUtf8Printable(path), qUtf8Printable(problem));
+        return {};
+    }
+    return SettingsDocument::completed(document);
+}

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+// The settings a new keyboard starts with: "Default Settings" of Kestra.plist. No state; any thread.
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+#include <optional>
+
+/// The factory document in the property list at `path`, completed; absent (and logged) when it cannot be read or is
+/// not valid.
+[[nodiscard]] std::optional<QVariantMap> readFactorySettings(const QString &path);

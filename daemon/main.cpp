@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "app/util/daemonprotocol.h"
+#include "daemon/daemonprocess.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(DaemonProtocol::daemonProcessName);
+    QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
+    qSetMessagePattern(u"%{category} %{type}: %{message}"_s);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Device daemon of the Quill Kestra keyboard: keeps its settings, answers its clients and maps its keys.\n"
+        u"Runs in the foreground until SIGTERM or SIGINT; logs to standard error (QT_LOGGING_RULES chooses what).\n"
+        u"Settings are kept in $XDG_STATE_HOME/quill-kestra (default ~/.local/state/quill-kestra).\n"
+        u"Exit codes: 0 ended by a signal, 1 wrong arguments, 2 no session bus, 3 already running, 4 no state folder."_s);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.process(application);
+    if (!parser.positionalArguments().isEmpty()) {
+        qCritical("unexpected argument: %s", qUtf8Printable(parser.positionalArguments().constFirst()));
+        return 1;
+    }
+    return static_cast<int>(runDaemon());
+}

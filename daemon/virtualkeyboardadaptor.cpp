@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/virtualkeyboardadaptor.h"
+
+#include <QDBusError>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QList<uint> extended(const QList<HidUsage> &usages)
+{
+    QList<uint> result;
+    for (const HidUsage usage : usages)
+        result += usage.extended();
+    return result;
+}
+
+} // namespace
+
+VirtualKeyboardObject::VirtualKeyboardObject(VirtualKeyboard &keyboard, QObject *parent) : QObject(parent)
+{
+    new VirtualKeyboardAdaptor(keyboard, this);
+}
+
+bool VirtualKeyboardObject::registerOn(QDBusConnection connection)
+{
+    return connection.registerObject(u"/VirtualKeyboard"_s, this, QDBusConnection::ExportAdaptors);
+}
+
+VirtualKeyboardAdaptor::VirtualKeyboardAdaptor(VirtualKeyboard &keyboard, VirtualKeyboardObject *object)
+    : QDBusAbstractAdaptor(object), mKeyboard(keyboard), mObject(object)
+{
+    connect(&mKeyboard, &VirtualKeyboard::sent, this, &VirtualKeyboardAdaptor::Sent);
+}
+
+QList<uint> VirtualKeyboardAdaptor::pressedKeys() const
+{
+    return extended(mKeyboard.pressedKeys());
+}
+
+QList<uint> VirtualKeyboardAdaptor::sentKeys() const
+{
+    return extended(mKeyboard.sentKeys());
+}
+
+void VirtualKeyboardAdaptor::finish(VirtualKeyboard::Result result) const
+{
+    using Result = VirtualKeyboard::Result;
+    switch (result) {
+    case Result::done:
+        return;
+    case Result::notAttached:
+        mObject->sendErrorReply(u"org.quillkestra.VirtualKeyboard.Error.NotAttached"_s, u"the keyboard is not attached"_s);
+        return;
+    case Result::noSuchKey:
+        mObject->sendErrorReply(QDBusError::InvalidArgs, u"page 7 has the keys 4 to 231, page 9 the buttons 1 to 255"_s);
+        return;
+    case Result::noSuchBrightness:
+        mObject->sendErrorReply(QDBusError::InvalidArgs, u"the brightness levels are 1 to 4"_s);
+        return;
+    }
+}

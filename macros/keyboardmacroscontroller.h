@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+// The macros tab: the list of macros, the events of the selected one, recording and editing events.
+// Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
+#pragma once
+
+#include "macros/macrocommands.h"
+#include "platform/sheet.h"
+#include "platform/tableview.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <QVariantList>
+#include <QVariantMap>
+
+class DistributedNotificationCenter;
+class MacroDelegate;
+class NSTableViewMacroDetailsSubClass;
+class NSTableViewMacroSubClass;
+class NumberOnlyTextField;
+class QAction;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+class KeyboardMacrosController : public QObject, public TableViewDataSource
+{
+    Q_OBJECT
+
+public:
+    explicit KeyboardMacrosController(QObject *parent = nullptr);
+    ~KeyboardMacrosController() override;
+
+    /// Context numbers of the tab's sheets.
+    enum SheetContext { confirmDelete = 5, exportMacro = 10 };
+
+    // What the tab is made of and shows
+    [[nodiscard]] QWidget *view() const { return mView; }
+    [[nodiscard]] TableView *macroTableView() const;
+    [[nodiscard]] TableView *macroDetailsTableView() const;
+    [[nodiscard]] QWidget *macrosWindow() const { return mMacrosWindow; }
+    [[nodiscard]] MacroDelegate *macroDelegate() const { return mMacroDelegate; }
+    [[nodiscard]] QVariantList macrosSettingsArray() const { return mMacrosSettingsArray; }
+    [[nodiscard]] QStringList macroDetailsArray() const { return mMacroDetailsArray; }
+    /// A recording, new or appended, or the capture of a single key runs.
+    [[nodiscard]] bool isRecordingOrCapturing() const;
+    [[nodiscard]] bool recordButtonReadsStop() const { return mRecordButtonReadsStop; }
+
+    // From the main controller
+    /// Observes the recording notifications; at `setNotificationCenter()`'s centre if one was set, else the default one.
+    void awakeFromNib();
+    /// Not owned; it must outlive the controller.
+    void setNotificationCenter(DistributedNotificationCenter *center) { mNotificationCenter = center; }
+    void setMMacrosSettingsArray(const QVariantList &macros) { mMacrosSettingsArray = macros; }
+    /// Neither is owned.
+    void setMMacroDelegate(MacroDelegate *delegate) { mMacroDelegate = delegate; }
+    void setMMacrosWindow(QWidget *window) { mMacrosWindow = window; }
+    void setControlsState(bool isEnabled);
+    void refreshTableDisplay();
+    /// `lines`: the display lines of the selected macro (texts).
+    void updateSelectedMacroWithMacroDetails(const QVariantList &lines);
+    /// Macros were recorded on the keyboard and handed over: shows them.
+    void updateTableWithNewMacro();
+    void stopAllMacroRecording();
+    /// A tab was selected; leaving this one stops a recording. `label` is the tab's label.
+    void checkMacroRecordingStatus(const QString &label);
+
+    // States of groups of controls
+    void setStateOfMacroDetailsTableWithState(bool isHidden);
+    void setStateOfTableButtonsWithState(bool isEnabled);
+    void setStateOfMacroTableWithState(bool isEnabled);
+
+    // The macro list
+    void clickAddMacro(QObject *sender);
+    void clickDeleteMacro(QObject *sender);
+    void clickMacroSettingsMenuItem(const QAction *item);
+    void deleteMacro();
+    void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
+    /// `name`, or `name` with a number when a record in `macros` bears it; the rule is uniqueName().
+    [[nodiscard]] QString checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
+                                                                     const QString &name) const;
+    void setupSettingsMenus();
+    /// Whether a gear menu enables the item.
+    [[nodiscard]] bool validateMenuItem(const QAction *item) const;
+
+    // The event list and recording
+    void clickRecordMacroDetails(QObject *sender);
+    void clickAddMacroDetails(QObject *sender);
+    void clickDeleteMacroDetails(QObject *sender);
+    void clickMacroDetailsSettingsMenuItem(const QAction *item);
+    void clickMacroDelayOK(QObject *sender);
+    void clickMacroDelayCancel(QObject *sender);
+    void clickMacroEventOK(QObject *sender);
+    void clickMacroEventCancel(QObject *sender);
+    /// `userInfo` of the notification of new events ("messagesArray").
+    void recordEvents(const QVariantMap &userInfo);
+    /// `userInfo` of the notification of a captured key ("singleKey", "singleKeyModif").
+    void singleKeyEvents(const QVariantMap &userInfo);
+
+    // The data source of both tables. Columns: "macroName" of the list, "command" of the event list.
+    int numberOfRowsInTableView(TableView *tableView) override;
+    QVariant tableViewObjectValueForTableColumnRow(TableView *tableView, const QString &column, int row) override;
+    void tableViewSetObjectValueForTableColumnRow(TableView *tableView, const QVariant &value, const QString &column,
+                                                  int row) override;
+    void tableViewSelectionDidChange(TableView *tableView) override;
+
+private:
+    void buildView();
+    QWidget *buildMacroList();
+    QWidget *buildEventList();
+    void buildDelaySheet();
+    void buildEventSheet();
+    QPushButton *makeButton(QPushButton *&field, const char *name, const char *textKey,
+                            void (KeyboardMacrosController::*action)(QObject *));
+
+    [[nodiscard]] int macroRow() const;
+    [[nodiscard]] int eventRow() const;
+    [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty when there is no such row
+    [[nodiscard]] MacroCommands::EventListState eventListState() const;
+
+    void renameMacro(int row, const QString &newName);
+    void startRenaming();
+    void fetchLines();
+    void updateEventPart();
+    void updateEventButtons();
+    void enableDeleteEventBySelection();
+    void setRecordButton(bool readsStop);
+    void startRecording();
+    void stopRecording();
+    void selectEvent(int row);
+    void editSelectedEvent();
+    void openDelaySheet();
+    void openEventSheet();
+    void closeEventSheet();
+    /// Gives the edited event the captured key; `page` below 0 leaves the event's page.
+    void storeCapturedKey(int page);
+    void removeAllEvents();
+    void copySelectedDelayToAll();
+    void removeAllDelays();
+
+    QWidget *mView = nullptr;
+    QWidget *mMacroScrollView = nullptr;
+    NSTableViewMacroSubClass *mMacroTableView = nullptr;
+    QPushButton *mAddMacro = nullptr;
+    QPushButton *mDeleteMacro = nullptr;
+    PulldownButton *mSettingsMacro = nullptr;
+    QLabel *mMacroAssignmentLabel = nullptr;
+    QLabel *mNoMacroLabel = nullptr;
+    QWidget *mMacroDetailsScrollView = nullptr;
+    NSTableViewMacroDetailsSubClass *mMacroDetailsTableView = nullptr;
+    QPushButton *mAddMacroDetails = nullptr;
+    QPushButton *mDeleteMacroDetails = nullptr;
+    QPushButton *mRecordMacroDetails = nullptr;
+    PulldownButton *mSettingsMacroDetails = nullptr;
+    QPointer<Sheet> mEditDelayWindow;
+    QLabel *mEnterMacroDelayLabel = nullptr;
+    NumberOnlyTextField *mInputMacroDelay = nullptr;
+    QPushButton *mMacroDelayOK = nullptr;
+    QPushButton *mMacroDelayCancel = nullptr;
+    QPointer<Sheet> mEditEventWindow;
+    QLabel *mEnterMacroEventLabel = nullptr;
+    QLineEdit *mInputMacroEvent = nullptr;
+    QPushButton *mMacroEventEditOK = nullptr;
+    QPushButton *mMacroEventEditCancel = nullptr;
+
+    QVariantList mMacrosSettingsArray;
+    QStringList mMacroDetailsArray;
+    QVariantMap mSequenceDict; ///< the event record being edited
+    QPointer<QWidget> mMacrosWindow;
+    DistributedNotificationCenter *mNotificationCenter = nullptr;
+    MacroDelegate *mMacroDelegate = nullptr;
+
+    int mEditedRow = -1;               ///< row of a rename started from a menu
+    quint8 mMacroEventEditHIDCode = 0; ///< the key captured for the edited event; 0 for none
+    bool mIsAddMacro = false;          ///< an add is going on: the daemon does not know the new row yet
+    bool mIsRenamingMacroName = false; ///< a rename was started from a menu
+    bool mIsRecording = false;         ///< a new recording runs
+    bool mIsStopRecording = false;     ///< the last recording was stopped: late lines are ignored
+    bool mIsAppendMacro = false;       ///< an appended recording runs
+    bool mIsEditingMacro = false;      ///< a single key is being captured
+    bool mIsMacroEventEdit = false;    ///< the event sheet is up
+    bool mHasDeviceConnected = true;   ///< as last told to setControlsState()
+    bool mRecordButtonReadsStop = false;
+};

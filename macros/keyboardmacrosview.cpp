@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+// How the macros tab and its sheets are laid out.
+#include "macros/keyboardmacroscontroller.h"
+
+#include "app/util/text.h"
+#include "macros/nstableviewmacrodetailssubclass.h"
+#include "macros/nstableviewmacrosubclass.h"
+#include "macros/numberonlytextfield.h"
+#include "platform/pulldownbutton.h"
+
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The table inside the view that scrolls it. A Qt table scrolls itself, so that this is only its frame.
+QWidget *makeScrollView(TableView *table, QLatin1StringView name)
+{
+    auto *view = new QWidget;
+    view->setObjectName(name);
+    auto *layout = new QVBoxLayout(view);
+    layout->setContentsMargins({});
+    layout->addWidget(table);
+    return view;
+}
+
+QLabel *makeLabel(const char *name, const char *textKey)
+{
+    auto *label = new QLabel(localizedText(textKey));
+    label->setObjectName(QLatin1StringView(name));
+    return label;
+}
+
+/// A label over a field over two buttons at the right.
+void layOutSheet(Sheet *sheet, QLabel *label, QLineEdit *field, QPushButton *cancel, QPushButton *ok)
+{
+    label->setBuddy(field);
+    ok->setDefault(true);
+    sheet->setCancelButton(cancel);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cancel);
+    buttons->addWidget(ok);
+    auto *column = new QVBoxLayout(sheet);
+    column->setSpacing(12);
+    column->addWidget(label);
+    column->addWidget(field);
+    column->addLayout(buttons);
+    sheet->setMinimumWidth(320);
+}
+
+} // namespace
+
+QPushButton *KeyboardMacrosController::makeButton(QPushButton *&field, const char *name, const char *textKey,
+                                                  void (KeyboardMacrosController::*action)(QObject *))
+{
+    field = new QPushButton(localizedText(textKey));
+    field->setObjectName(QLatin1StringView(name));
+    field->setAutoDefault(false);
+    connect(field, &QPushButton::clicked, this, [this, button = field, action] { (this->*action)(button); });
+    return field;
+}
+
+QWidget *KeyboardMacrosController::buildMacroList()
+{
+    using Self = KeyboardMacrosController;
+    mMacroTableView = new NSTableViewMacroSubClass;
+    mMacroTableView->setObjectName("mMacroTableView"_L1);
+    mMacroTableView->setAccessibleName(localizedText("lkeyMacroList"));
+    mMacroTableView->addColumn({u"macroName"_s, localizedText("lkeyMacroList"), TableCell::text, true, true});
+    connect(mMacroTableView, &TableView::editedRowChanged, this, &Self::updateEventButtons);
+    mMacroScrollView = makeScrollView(mMacroTableView, "mMacroScrollView"_L1);
+    mSettingsMacro = new PulldownButton;
+    mSettingsMacro->setObjectName("mSettingsMacro"_L1);
+    mSettingsMacro->setAccessibleName(localizedText("lkeyMacroCommands"));
+    mSettingsMacro->setToolTip(localizedText("lkeyMacroCommands"));
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(makeButton(mAddMacro, "mAddMacro", "lkeyAddMacro", &Self::clickAddMacro));
+    buttons->addWidget(makeButton(mDeleteMacro, "mDeleteMacro", "lkeyDeleteMacro", &Self::clickDeleteMacro));
+    buttons->addWidget(mSettingsMacro);
+    buttons->addStretch();
+    auto *part = new QWidget;
+    auto *column = new QVBoxLayout(part);
+    column->setContentsMargins({});
+    column->setSpacing(12);
+    column->addWidget(mMacroScrollView, 1);
+    column->addLayout(buttons);
+    return part;
+}
+
+QWidget *KeyboardMacrosController::buildEventList()
+{
+    using Self = KeyboardMacrosController;
+    mMacroAssignmentLabel = makeLabel("mMacroAssignmentLabel", "lkeyMacroAssignment");
+    mMacroAssignmentLabel->setWordWrap(true);
+    mMacroDetailsTableView = new NSTableViewMacroDetailsSubClass;
+    mMacroDetailsTableView->setObjectName("mMacroDetailsTableView"_L1);
+    mMacroDetailsTableView->setAccessibleName(localizedText("lkeyMacroEvents"));
+    mMacroDetailsTableView->addColumn({u"command"_s, localizedText("lkeyMacroEvents"), TableCell::text, false, true});
+    mMacroDetailsScrollView = makeScrollView(mMacroDetailsTableView, "mMacroDetailsScrollView"_L1);
+    mSettingsMacroDetails = new PulldownButton;
+    mSettingsMacroDetails->setObjectName("mSettingsMacroDetails"_L1);
+    mSettingsMacroDetails->setAccessibleName(localizedText("lkeyMacroEventCommands"));
+    mSettingsMacroDetails->setToolTip(localizedText("lkeyMacroEventCommands"));
+    makeButton(mRecordMacroDetails, "mRecordMacroDetails", "lkeyRecord", &Self::clickRecordMacroDetails);
+    mRecordMacroDetails->setCheckable(true);
+    mNoMacroLabel = makeLabel("mNoMacroLabel", "lkeyNoMacroSelected");
+    mNoMacroLabel->setAlignment(Qt::AlignCenter);
+    mNoMacroLabel->setWordWrap(true);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(makeButton(mAddMacroDetails, "mAddMacroDetails", "lkeyAppendEvents", &Self::clickAddMacroDetails));
+    buttons->addWidget(
+        makeButton(mDeleteMacroDetails, "mDeleteMacroDetails", "lkeyDeleteSelectedEvent", &Self::clickDeleteMacroDetails));
+    buttons->addWidget(mSettingsMacroDetails);
+    buttons->addStretch();
+    buttons->addWidget(mRecordMacroDetails);
+    auto *part = new QWidget;
+    auto *column = new QVBoxLayout(part);
+    column->setContentsMargins({});
+    column->setSpacing(12);
+    column->addWidget(mMacroAssignmentLabel);
+    column->addWidget(mMacroDetailsScrollView, 1);
+    column->addWidget(mNoMacroLabel, 1);
+    column->addLayout(buttons);
+    return part;
+}
+
+void KeyboardMacrosController::buildDelaySheet()
+{
+    using Self = KeyboardMacrosController;
+    mEditDelayWindow = new Sheet;
+    mEditDelayWindow->setObjectName("mEditDelayWindow"_L1);
+    mEditDelayWindow->setWindowTitle(localizedText("lkeyEdit"));
+    mEnterMacroDelayLabel = makeLabel("mEnterMacroDelayLabel", "lkeyEnterMacroDelay");
+    mInputMacroDelay = new NumberOnlyTextField;
+    mInputMacroDelay->setObjectName("mInputMacroDelay"_L1);
+    makeButton(mMacroDelayCancel, "mMacroDelayCancel", "lkeyCancel", &Self::clickMacroDelayCancel);
+    makeButton(mMacroDelayOK, "mMacroDelayOK", "lkeyOK", &Self::clickMacroDelayOK);
+    layOutSheet(mEditDelayWindow, mEnterMacroDelayLabel, mInputMacroDelay, mMacroDelayCancel, mMacroDelayOK);
+}
+
+void KeyboardMacrosController::buildEventSheet()
+{
+    using Self = KeyboardMacrosController;
+    mEditEventWindow = new Sheet;
+    mEditEventWindow->setObjectName("mEditEventWindow"_L1);
+    mEditEventWindow->setWindowTitle(localizedText("lkeyEdit"));
+    mEnterMacroEventLabel = makeLabel("mEnterMacroEventLabel", "lkeyEnterMacroEvent");
+    mInputMacroEvent = new QLineEdit;
+    mInputMacroEvent->setObjectName("mInputMacroEvent"_L1);
+    // The daemon tells which key was pressed; typing here would only put that key's text into the field.
+    mInputMacroEvent->setReadOnly(true);
+    makeButton(mMacroEventEditCancel, "mMacroEventEditCancel", "lkeyCancel", &Self::clickMacroEventCancel);
+    makeButton(mMacroEventEditOK, "mMacroEventEditOK", "lkeyOK", &Self::clickMacroEventOK);
+    layOutSheet(mEditEventWindow, mEnterMacroEventLabel, mInputMacroEvent, mMacroEventEditCancel, mMacroEventEditOK);
+}
+
+void KeyboardMacrosController::buildView()
+{
+    mView = new QWidget;
+    mView->setObjectName("macrosView"_L1);
+    auto *row = new QHBoxLayout(mView);
+    row->setContentsMargins(20, 20, 20, 20);
+    row->setSpacing(20);
+    row->addWidget(buildMacroList(), 2);
+    row->addWidget(buildEventList(), 3);
+    buildDelaySheet();
+    buildEventSheet();
+    mMacroTableView->setDataSource(this);
+    mMacroDetailsTableView->setDataSource(this);
+}

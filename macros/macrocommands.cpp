@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "macros/macrocommands.h"
+
+namespace MacroCommands {
+
+const QList<MenuCommand> &ofList()
+{
+    static const QList<MenuCommand> commands{
+        {rename, "lkeyRename"},
+        {newMacro, "lkeyNew"},
+        {importMacro, "lkeyImport"},
+        {exportMacro, "lkeyExport"},
+        {deleteMacro, "lkeyDelete"},
+    };
+    return commands;
+}
+
+const QList<MenuCommand> &ofEventList()
+{
+    static const QList<MenuCommand> commands{
+        {record, "lkeyRecord"},
+        {edit, "lkeyEdit"},
+        {deleteEvent, "lkeyDeleteEvent"},
+        {deleteAllEvents, "lkeyDeleteAllEvents"},
+        {copyDelay, "lkeyCopyDelay"},
+        {noDelay, "lkeyNoDelay"},
+    };
+    return commands;
+}
+
+bool isEnabledForList(int tag, bool isMacroSelected)
+{
+    return isMacroSelected || tag == newMacro || tag == importMacro;
+}
+
+bool isEnabledInEventGearMenu(int tag, const EventListState &state)
+{
+    if (state.lineCount == 0)
+        return tag == record;
+    if (state.selectedRow < 0)
+        return tag == record || tag == deleteAllEvents || tag == noDelay;
+    return tag != copyDelay || state.selectedRow % 2 == 1;
+}
+
+bool isEnabledInEventContextMenu(int tag, const EventListState &state)
+{
+    const bool isEventSelected = state.lineCount > 0 && state.selectedRow >= 0 && state.selectedRow % 2 == 0;
+    return isEnabledInEventGearMenu(tag, state) && !(tag == edit && isEventSelected);
+}
+
+} // namespace MacroCommands

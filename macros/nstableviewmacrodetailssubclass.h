@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// The table of the event list, with the event commands as its context menu. Owned by the macros tab. Main thread only.
+#pragma once
+
+#include "platform/tableview.h"
+
+class KeyboardMacrosController;
+class QMenu;
+
+class NSTableViewMacroDetailsSubClass : public TableView
+{
+    Q_OBJECT
+
+public:
+    using TableView::TableView;
+
+    void setKeyboardMacrosController(KeyboardMacrosController *controller) { mKeyboardMacrosController = controller; }
+    [[nodiscard]] KeyboardMacrosController *keyboardMacrosController() const { return mKeyboardMacrosController; }
+
+    /// The commands, enabled as the state of the tab allows. The caller owns the menu.
+    [[nodiscard]] QMenu *makeContextMenu();
+    /// True when the key equivalent is consumed here: always but while a macro's name is edited.
+    bool performKeyEquivalent(const QKeyEvent *event) override;
+
+protected:
+    void rightMouseDown(const QPoint &globalPosition) override;
+
+private:
+    KeyboardMacrosController *mKeyboardMacrosController = nullptr;
+};

@@ -1,0 +1,29 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name></name>
+    <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
+    <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>Macros</translation></message>
+    <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>Add</translation></message>
+    <message id="lkeyDeleteMacro"><source>lkeyDeleteMacro</source><translation>Delete</translation></message>
+    <message id="lkeyMacroCommands"><source>lkeyMacroCommands</source><translation>Macro commands</translation></message>
+    <message id="lkeyMacroAssignment"><source>lkeyMacroAssignment</source><translation>Events of the selected macro:</translation></message>
+    <message id="lkeyMacroEvents"><source>lkeyMacroEvents</source><translation>Events</translation></message>
+    <message id="lkeyMacroEventCommands"><source>lkeyMacroEventCommands</source><translation>Event commands</translation></message>
+    <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Select a macro to see its events.</translation></message>
+    <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>Append</translation></message>
+    <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>Delete</translation></message>
+    <message id="lkeyRecord"><source>lkeyRecord</source><translation>Record</translation></message>
+    <message id="lkeyStop"><source>lkeyStop</source><translation>Stop</translation></message>
+    <message id="lkeyEdit"><source>lkeyEdit</source><translation>Edit…</translation></message>
+    <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Delete Event</translation></message>
+    <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Delete All Events</translation></message>
+    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copy Delay</translation></message>
+    <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>No Delay</translation></message>
+    <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Delay in milliseconds:</translation></message>
+    <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Press the key that this event is to use:</translation></message>
+    <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Delete the macro “%@”?</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Keys that play this macro get their default function back. This cannot be undone.</translation></message>
+</context>
+</TS>

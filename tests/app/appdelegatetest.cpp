@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+// The launches and the end of the program.
+#include "app/application.h"
+#include "app/keyboard_configuratorappdelegate.h"
+#include "app/util/propertylist.h"
+#include "platform/sheet.h"
+#include "platform/tableview.h"
+#include "tests/app/hubfixture.h"
+
+#include <QProcess>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using Command = DaemonProtocol::Command;
+
+class AppDelegateTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsTheLaunches_data();
+    void tellsTheLaunches();
+    void opensAtOnceAfterADefaultLaunch();
+    void opensAtOnceWithoutTheFlag();
+    void waitsForTheDaemonAfterAnyOtherLaunch();
+    void stopsWaitingWhenItEnds();
+    void terminatesInOrder();
+    void stopsARecordingWhenItResignsActive();
+    void quitsAfterTheLastWindow();
+    void quitsOnSignals_data();
+    void quitsOnSignals();
+    void quitsWhenItsWindowIsClosed();
+
+private:
+    HubResources mResources;
+};
+
+void AppDelegateTest::tellsTheLaunches_data()
+{
+    QTest::addColumn<Launch>("launch");
+    QTest::addColumn<QVariant>("flag");
+    QTest::newRow("normal") << Launch() << QVariant(true);
+    QTest::newRow("restored") << Launch{true, false, false, {}} << QVariant(false);
+    QTest::newRow("background") << Launch{false, true, false, {}} << QVariant(false);
+    QTest::newRow("with a file") << Launch{false, false, false, {u"a.KestraMacro"_s}} << QVariant(false);
+    QTest::newRow("without notice") << Launch{false, false, true, {}} << QVariant();
+    QTest::newRow("restored without notice") << Launch{true, false, true, {}} << QVariant(false);
+}
+
+void AppDelegateTest::tellsTheLaunches()
+{
+    QFETCH(Launch, launch);
+    QFETCH(QVariant, flag);
+    const QVariantMap userInfo = launchUserInfo(launch);
+    QCOMPARE(userInfo.value(u"NSApplicationLaunchIsDefaultLaunchKey"_s), flag);
+    QCOMPARE(userInfo.isEmpty(), !flag.isValid());
+}
+
+void AppDelegateTest::opensAtOnceAfterADefaultLaunch()
+{
+    const ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    bool wasUp = false;
+    // The sheet is up when the request for the device goes out; by the end it is closed again.
+    auto *sheet = hub.find<Sheet>("mRestoringStateWindow");
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get());
+    struct ShowFilter : QObject
+    {
+        bool *wasUp;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            *wasUp = *wasUp || event->type() == QEvent::Show;
+            return false;
+        }
+    } filter;
+    filter.wasUp = &wasUp;
+    sheet->installEventFilter(&filter);
+    delegate.applicationDidFinishLaunching({{launchIsDefaultLaunchKey, true}});
+    QVERIFY(wasUp);
+    QVERIFY(!sheet->isUp());
+    QVERIFY(!sheet->isVisible());
+    QCOMPARE(daemon.commands(), (std::vector<int>{0, 4}));
+    QCOMPARE(hub.controller->mainWindow(), hub.window.get());
+    sheet->removeEventFilter(&filter);
+}
+
+void AppDelegateTest::opensAtOnceWithoutTheFlag()
+{
+    const ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get());
+    delegate.applicationDidFinishLaunching({{u"something else"_s, true}});
+    QCOMPARE(daemon.commands(), (std::vector<int>{0, 4}));
+}
+
+void AppDelegateTest::waitsForTheDaemonAfterAnyOtherLaunch()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.disappear();
+    const Hub hub;
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), std::chrono::milliseconds(5));
+    QSignalSpy initialized(hub.controller.get(), &KeyboardMainController::deviceInitialized);
+    delegate.applicationDidFinishLaunching({{launchIsDefaultLaunchKey, false}});
+    auto *sheet = hub.find<Sheet>("mRestoringStateWindow");
+    QVERIFY(sheet->isVisible());
+    // Many polls without a daemon: the window lives on, and nothing is opened.
+    QVERIFY(!initialized.wait(100));
+    QVERIFY(sheet->isVisible());
+    daemon.appear();
+    QTRY_COMPARE(initialized.count(), 1);
+    QCOMPARE(daemon.commands(), (std::vector<int>{0, 4}));
+    QVERIFY(!sheet->isUp());
+}
+
+void AppDelegateTest::stopsWaitingWhenItEnds()
+{
+    const Hub hub;
+    QElapsedTimer timer;
+    timer.start();
+    {
+        Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), std::chrono::hours(1));
+        delegate.applicationDidFinishLaunching({{launchIsDefaultLaunchKey, false}});
+    }
+    QVERIFY(timer.elapsed() < 5000);
+}
+
+void AppDelegateTest::terminatesInOrder()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get());
+    hub.find<QAbstractButton>("mW")->click();
+    hub.controller->selectTabAtIndex(2);
+    hub.find<TableView>("mMacroTableView")->selectRow(0);
+    hub.find<QPushButton>("mRecordMacroDetails")->click();
+    daemon.forgetRequests();
+    delegate.applicationWillTerminate();
+    const std::vector<int> commands = daemon.commands();
+    QVERIFY(commands.size() >= 3);
+    QCOMPARE(std::vector<int>(commands.begin(), commands.begin() + 3), (std::vector<int>{38, 19, 20}));
+    const auto resource = PropertyList::readPropertyListFile(mResources.kestraPlist());
+    QCOMPARE(resource->value(u"Device Info"_s).toMap().value(u"Last selected key"_s).toString(), u"26"_s);
+}
+
+void AppDelegateTest::stopsARecordingWhenItResignsActive()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get());
+    delegate.applicationWillResignActive();
+    QCOMPARE(daemon.count(Command::stopMacroRecording), 0);
+    hub.controller->selectTabAtIndex(2);
+    hub.find<TableView>("mMacroTableView")->selectRow(0);
+    hub.find<QPushButton>("mRecordMacroDetails")->click();
+    delegate.applicationWillResignActive();
+    QCOMPARE(daemon.count(Command::stopMacroRecording), 1);
+}
+
+void AppDelegateTest::quitsAfterTheLastWindow()
+{
+    const Hub hub;
+    const Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get());
+    QVERIFY(delegate.applicationShouldTerminateAfterLastWindowClosed());
+}
+
+void AppDelegateTest::quitsOnSignals_data()
+{
+    QTest::addColumn<int>("signalNumber");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP, the end of the session") << SIGHUP;
+}
+
+void AppDelegateTest::quitsOnSignals()
+{
+    QFETCH(int, signalNumber);
+    ScriptedDaemon daemon(sampleDocument());
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"KESTRA_BENCH_READY"_s, u"1"_s);
+    program.setProcessEnvironment(environment);
+    program.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestra-configurator"_s, QStringList());
+    QTRY_VERIFY_WITH_TIMEOUT(program.readAllStandardOutput().contains("ready"), 20000);
+    ::kill(pid_t(program.processId()), signalNumber);
+    QVERIFY(program.waitForFinished(20000));
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    QCOMPARE(daemon.count(Command::releaseDevice), 1);
+}
+
+void AppDelegateTest::quitsWhenItsWindowIsClosed()
+{
+    const Hub hub;
+    QSignalSpy aboutToQuit(QCoreApplication::instance(), &QCoreApplication::aboutToQuit);
+    // Another window that stays open, as the help's does.
+    QWidget other;
+    other.show();
+    QTimer::singleShot(0, hub.window.get(), &QWidget::close);
+    QTimer::singleShot(20000, QCoreApplication::instance(), [] { QCoreApplication::exit(1); });
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QCOMPARE(aboutToQuit.count(), 1);
+}
+
+QTEST_MAIN(AppDelegateTest)
+#include "appdelegatetest.moc"

@@ -1,0 +1,388 @@
+// SPDX-License-Identifier: MIT
+// The hub from start to end: opening the device, its three outcomes, handing out the document, versions.
+#include "app/keyboardmaintenancecontroller.h"
+#include "app/util/propertylist.h"
+#include "app/util/resources.h"
+#include "app/util/settingskeys.h"
+#include "daemonlink/latestreplyslot.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "lighting/keyboardlightingcontroller.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "platform/sheet.h"
+#include "platform/spinner.h"
+#include "platform/tableview.h"
+#include "profiles/keyboardprofilescontroller.h"
+#include "tests/app/hubfixture.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using Command = DaemonProtocol::Command;
+
+class KeyboardMainControllerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void startsWithEmptyDictionariesAndDisabledControls();
+    void opensAFoundKeyboard();
+    void asksToOpenTheDevice();
+    void readsTheOpenStatusAsAFoundFlag_data();
+    void readsTheOpenStatusAsAFoundFlag();
+    void showsTheFactoryDocumentWithoutKeyboard();
+    void reportsAndEndsASilentDaemon();
+    void registersItsObserversOnce();
+    void handsThePiecesToTheTabs();
+    void readsAnActiveProfileOutOfRangeAsEmpty();
+    void keepsTheDeviceSettingsWithTheFactoryDocument();
+    void enablesAndDisablesEveryTab();
+    void showsThatAProfileOperationIsPending();
+    void redrawsMacrosOnlyThroughTheirTable();
+    void selectsTabsByIndex();
+    void stopsARecordingWhenItsTabIsLeft();
+    void asksForTheFirmwareUntilItIsKnown();
+    void showsTheVersions();
+    void ignoresVersionsOfAFailedQuery();
+    void asksForNoFirmwareWithoutKeyboard();
+    void ignoresRepliesToOtherCommands();
+    void savesTheLastSelectedKey();
+
+private:
+    void controlsAre(const Hub &hub, bool enabled);
+
+    HubResources mResources;
+};
+
+void KeyboardMainControllerTest::init()
+{
+    LatestReplySlot::shared().clear();
+}
+
+void KeyboardMainControllerTest::controlsAre(const Hub &hub, bool enabled)
+{
+    QCOMPARE(hub.find<QWidget>("mAssignFunction")->isEnabled(), enabled);
+    QCOMPARE(hub.find<QWidget>("mA")->isEnabled(), enabled);
+    QCOMPARE(hub.find<QWidget>("mM1")->isEnabled(), enabled);
+    QCOMPARE(hub.find<QWidget>("mProfilesTableView")->isEnabled(), enabled);
+    QCOMPARE(hub.find<QWidget>("mMacroTableView")->isEnabled(), enabled);
+    QCOMPARE(hub.find<QWidget>("mBrightnessValue")->isEnabled(), enabled);
+    QCOMPARE(hub.controller->maintenanceController()->view()->isEnabled(), enabled);
+}
+
+void KeyboardMainControllerTest::startsWithEmptyDictionariesAndDisabledControls()
+{
+    const Hub hub;
+    QVERIFY(hub.controller->currentProfileDict().isEmpty());
+    QVERIFY(hub.controller->deviceSettingsDict().isEmpty());
+    QVERIFY(hub.controller->profilesArray().isEmpty());
+    QVERIFY(hub.controller->macrosArray().isEmpty());
+    QCOMPARE(hub.controller->devicePID(), 0);
+    QVERIFY(!hub.find<Spinner>("mBusyIndicator")->isAnimating());
+    controlsAre(hub, false);
+}
+
+void KeyboardMainControllerTest::opensAFoundKeyboard()
+{
+    const ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    QSignalSpy initialized(hub.controller.get(), &KeyboardMainController::deviceInitialized);
+    hub.controller->initializeDevice();
+    QCOMPARE(daemon.commands(), (std::vector<int>{0, 4}));
+    QCOMPARE(initialized.count(), 1);
+    QCOMPARE(hub.controller->devicePID(), 271);
+    QVERIFY(hub.controller->isWiredDevice());
+    QCOMPARE(hub.controller->profilesArray(), sampleDocument().value(u"Profiles"_s).toList());
+    QCOMPARE(hub.controller->macrosArray(), sampleDocument().value(u"Macros"_s).toList());
+    QCOMPARE(hub.controller->deviceSettingsDict(), sampleDocument().value(u"DeviceSettings"_s).toMap());
+    QCOMPARE(hub.controller->currentProfileDict().value(u"ProfileName"_s).toString(), u"Raid"_s);
+    QVERIFY(hub.controller->firmwareVersionString().isEmpty());
+    controlsAre(hub, true);
+    QVERIFY(!hub.find<Sheet>("mCommunicationAlertWindow")->isUp());
+    QVERIFY(!hub.window->findChild<Sheet *>(u"alert"_s));
+    QVERIFY(hub.endedProcesses.isEmpty());
+}
+
+void KeyboardMainControllerTest::asksToOpenTheDevice()
+{
+    const ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    hub.controller->initializeDevice();
+    const QVariantMap expected{{u"ProductName"_s, u"Kestra"_s},
+                               {u"ProductID"_s, 271},
+                               {u"ResponseMsgPortName"_s, u"KeyboardConfiguratorReplyPort"_s},
+                               {u"IsDeviceWired"_s, 1},
+                               {u"DefaultQlPlistPath"_s, mResources.kestraPlist()}};
+    QCOMPARE(daemon.requests().front().data, ScriptedDaemon::encoded(expected));
+}
+
+void KeyboardMainControllerTest::readsTheOpenStatusAsAFoundFlag_data()
+{
+    QTest::addColumn<QVariantMap>("reply");
+    QTest::addColumn<bool>("isFound");
+    QTest::newRow("true") << QVariantMap{{u"ReturnStatus"_s, true}} << true;
+    QTest::newRow("1") << QVariantMap{{u"ReturnStatus"_s, 1}} << true;
+    QTest::newRow("-3") << QVariantMap{{u"ReturnStatus"_s, -3}} << true;
+    QTest::newRow("0") << QVariantMap{{u"ReturnStatus"_s, 0}} << false;
+    QTest::newRow("false") << QVariantMap{{u"ReturnStatus"_s, false}} << false;
+    QTest::newRow("missing") << QVariantMap() << false;
+}
+
+void KeyboardMainControllerTest::readsTheOpenStatusAsAFoundFlag()
+{
+    QFETCH(QVariantMap, reply);
+    QFETCH(bool, isFound);
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setReply(Command::openDevice, reply);
+    const Hub hub;
+    hub.controller->initializeDevice();
+    controlsAre(hub, isFound);
+    QCOMPARE(hub.find<Sheet>("mCommunicationAlertWindow")->isUp(), !isFound);
+}
+
+void KeyboardMainControllerTest::showsTheFactoryDocumentWithoutKeyboard()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, 0}});
+    const Hub hub;
+    hub.controller->initializeDevice();
+    QCOMPARE(daemon.commands(), std::vector<int>{0});
+    const QVariantMap factory =
+        PropertyList::readPropertyListFile(kestraPlistPath())->value(u"Default Settings"_s).toMap();
+    QVERIFY(!factory.isEmpty());
+    QCOMPARE(hub.controller->profilesArray(), factory.value(u"Profiles"_s).toList());
+    QCOMPARE(hub.controller->currentProfileDict(), factory.value(u"Profiles"_s).toList().constFirst().toMap());
+    QCOMPARE(hub.controller->firmwareVersionString(), u"-"_s);
+    QCOMPARE(hub.controller->devicePID(), 271);
+    QVERIFY(hub.controller->isWiredDevice());
+    controlsAre(hub, false);
+    QVERIFY(hub.find<Sheet>("mCommunicationAlertWindow")->isVisible());
+    QVERIFY(!hub.window->findChild<Sheet *>(u"alert"_s));
+    QVERIFY(hub.endedProcesses.isEmpty());
+}
+
+void KeyboardMainControllerTest::reportsAndEndsASilentDaemon()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setSilent(Command::openDevice);
+    const Hub hub;
+    hub.controller->initializeDevice();
+    QCOMPARE(daemon.commands(), std::vector<int>{0});
+    QVERIFY(!hub.controller->profilesArray().isEmpty());
+    QVERIFY(hub.controller->firmwareVersionString().isEmpty());
+    controlsAre(hub, false);
+    QVERIFY(!hub.find<Sheet>("mCommunicationAlertWindow")->isUp());
+    auto *alert = hub.find<Sheet>("alert");
+    QVERIFY(alert && alert->isVisible());
+    QCOMPARE(alert->windowTitle(), u"The keyboard's service does not answer"_s);
+    QVERIFY(!alert->findChild<QPushButton *>(u"alertAlternativeButton"_s));
+    QCOMPARE(hub.endedProcesses, QStringList{u"QuillKestraDaemon"_s});
+}
+
+void KeyboardMainControllerTest::registersItsObserversOnce()
+{
+    const ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    hub.controller->initializeDevice();
+    const DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
+    for (const QString &name :
+         {u"Device Attached 271"_s, u"Device Removed 271"_s, u"Profile Updated 271"_s, u"DPI Updated 271"_s,
+          u"Saved New OTFM 271"_s, u"Illumination Updated 271"_s, u"commandReplyNotification271"_s})
+        QCOMPARE(center.observationCount(hub.controller.get(), name), 1);
+}
+
+void KeyboardMainControllerTest::handsThePiecesToTheTabs()
+{
+    const ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    hub.controller->initializeDevice();
+    const QVariantList profiles = sampleDocument().value(u"Profiles"_s).toList();
+    const QVariantMap factoryProfile = PropertyList::readPropertyListFile(kestraPlistPath())
+                                           ->value(u"Default Settings"_s)
+                                           .toMap()
+                                           .value(u"Profiles"_s)
+                                           .toList()
+                                           .constFirst()
+                                           .toMap();
+    const auto *profilesTab = hub.controller->profilesController();
+    QCOMPARE(profilesTab->defaultProfileDict(), factoryProfile);
+    QCOMPARE(profilesTab->currentProfileDict(), profiles[1].toMap());
+    QCOMPARE(profilesTab->deviceSettingsDict(), hub.controller->deviceSettingsDict());
+    QCOMPARE(profilesTab->allProfilesArray(), profiles);
+    QCOMPARE(profilesTab->profileDelegate(), hub.controller.get());
+    QCOMPARE(profilesTab->profilesWindow(), hub.window.get());
+    const auto *keysTab = hub.controller->keysController();
+    QCOMPARE(keysTab->keysCurrentProfileDict(), profiles[1].toMap());
+    QCOMPARE(keysTab->allProfilesArray(), profiles);
+    QCOMPARE(keysTab->allMacrosArray(), hub.controller->macrosArray());
+    QCOMPARE(keysTab->deviceSettingsDict(), hub.controller->deviceSettingsDict());
+    QCOMPARE(keysTab->defaultDict(), factoryProfile);
+    QCOMPARE(hub.find<QLabel>("mProfileNameLabel")->text(), u"Raid"_s);
+}
+
+void KeyboardMainControllerTest::readsAnActiveProfileOutOfRangeAsEmpty()
+{
+    const ScriptedDaemon daemon(withActiveProfile(sampleDocument(), 9));
+    const Hub hub;
+    hub.controller->initializeDevice();
+    QVERIFY(hub.controller->currentProfileDict().isEmpty());
+    QCOMPARE(hub.controller->profilesArray().size(), 2);
+}
+
+void KeyboardMainControllerTest::keepsTheDeviceSettingsWithTheFactoryDocument()
+{
+    const Hub hub;
+    const QVariantMap device{{u"ActiveProfile"_s, 0}, {u"mark"_s, 1}};
+    hub.controller->updateToLatestSettings({{u"DeviceSettings"_s, device}});
+    hub.controller->loadDefaultDict();
+    hub.controller->loadDictionariesWithDefaultDict();
+    QCOMPARE(hub.controller->deviceSettingsDict(), device);
+    QCOMPARE(hub.controller->profilesArray().size(), 1);
+}
+
+void KeyboardMainControllerTest::enablesAndDisablesEveryTab()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    hub.controller->setControlsState(false);
+    controlsAre(hub, false);
+    hub.controller->setControlsState(true);
+    controlsAre(hub, true);
+}
+
+void KeyboardMainControllerTest::showsThatAProfileOperationIsPending()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    hub.controller->updateProfilesControlState(false);
+    QVERIFY(hub.find<Spinner>("mBusyIndicator")->isAnimating());
+    QVERIFY(!hub.find<QWidget>("mProfilesTableView")->isEnabled());
+    QVERIFY(hub.find<QWidget>("mAssignFunction")->isEnabled());
+    hub.controller->updateProfilesControlState(true);
+    QVERIFY(!hub.find<Spinner>("mBusyIndicator")->isAnimating());
+    QVERIFY(hub.find<QWidget>("mProfilesTableView")->isEnabled());
+}
+
+void KeyboardMainControllerTest::redrawsMacrosOnlyThroughTheirTable()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    QVariantMap document = sampleDocument();
+    document[u"Macros"_s] = QVariantList{QVariantMap{{u"MacroName"_s, u"Only"_s}}};
+    hub.controller->updateToLatestSettings(document);
+    hub.controller->setProperties();
+    hub.controller->updateUISettings();
+    QCOMPARE(hub.find<TableView>("mMacroTableView")->numberOfRows(), 1);
+    // No lines are asked for: only a selection does that.
+    QCOMPARE(daemon.commands(), std::vector<int>());
+}
+
+void KeyboardMainControllerTest::selectsTabsByIndex()
+{
+    const Hub hub;
+    const auto *tabs = hub.find<QTabWidget>("mKeyboardTabView");
+    QStringList titles;
+    for (int index = 0; index < tabs->count(); ++index) {
+        hub.controller->selectTabAtIndex(index);
+        QCOMPARE(tabs->currentIndex(), index);
+        titles.append(tabs->tabText(index));
+    }
+    QCOMPARE(titles, (QStringList{u"Keys"_s, u"Profiles"_s, u"Macros"_s, u"Lighting"_s, u"Maintenance"_s}));
+}
+
+void KeyboardMainControllerTest::asksForTheFirmwareUntilItIsKnown()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub(std::chrono::milliseconds(20));
+    hub.open(daemon);
+    QTRY_VERIFY(daemon.count(Command::queryFirmwareVersion) >= 3);
+    QTRY_VERIFY(hub.find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
+    daemon.postNotification(u"commandReplyNotification271"_s,
+                            {{u"MessageID"_s, 14}, {u"ReturnStatus"_s, 0}, {u"FirmwareVersion"_s, u"1.07"_s}});
+    QTRY_COMPARE(hub.controller->firmwareVersionString(), u"1.07"_s);
+    QVERIFY(!hub.find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
+    // One query may have been under way; after it there are no more, although the timer goes on.
+    daemon.forgetRequests();
+    QTest::qWait(200);
+    QVERIFY(daemon.count(Command::queryFirmwareVersion) <= 1);
+    QVERIFY(!hub.find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
+}
+
+void KeyboardMainControllerTest::showsTheVersions()
+{
+    const Hub hub;
+    hub.controller->updateDriverVersions(QVariantMap{{u"ReturnStatus"_s, 0}, {u"FirmwareVersion"_s, u"1.07"_s}});
+    QCOMPARE(hub.controller->firmwareVersionString(), u"1.07"_s);
+    QCOMPARE(hub.find<QLabel>("mFirmwareVersion")->text(), u"1.07"_s);
+    QCOMPARE(hub.find<QLabel>("mDriverVersion")->text(), QStringLiteral(KESTRA_VERSION));
+}
+
+void KeyboardMainControllerTest::ignoresVersionsOfAFailedQuery()
+{
+    const Hub hub;
+    const QString shownBefore = hub.find<QLabel>("mFirmwareVersion")->text();
+    hub.controller->updateDriverVersions(std::nullopt);
+    QVERIFY(hub.controller->firmwareVersionString().isEmpty());
+    hub.controller->updateDriverVersions(QVariantMap{{u"ReturnStatus"_s, 1}, {u"FirmwareVersion"_s, u"1.07"_s}});
+    QCOMPARE(hub.controller->firmwareVersionString(), u"1.07"_s);
+    QCOMPARE(hub.find<QLabel>("mFirmwareVersion")->text(), shownBefore);
+}
+
+void KeyboardMainControllerTest::asksForNoFirmwareWithoutKeyboard()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, 0}});
+    Hub hub;
+    hub.open(daemon);
+    hub.controller->setDriverVersions();
+    QCOMPARE(daemon.commands(), std::vector<int>());
+}
+
+void KeyboardMainControllerTest::ignoresRepliesToOtherCommands()
+{
+    const Hub hub;
+    hub.controller->commandReplyReceived(
+        {u"commandReplyNotification271"_s, {{u"MessageID"_s, 13}, {u"FirmwareVersion"_s, u"9"_s}}});
+    QVERIFY(hub.controller->firmwareVersionString().isEmpty());
+}
+
+void KeyboardMainControllerTest::stopsARecordingWhenItsTabIsLeft()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    hub.controller->selectTabAtIndex(2);
+    hub.find<TableView>("mMacroTableView")->selectRow(0);
+    hub.find<QPushButton>("mRecordMacroDetails")->click();
+    QCOMPARE(daemon.count(Command::startMacroRecording), 1);
+    hub.controller->selectTabAtIndex(0);
+    QCOMPARE(daemon.count(Command::stopMacroRecording), 1);
+    QCOMPARE(daemon.count(Command::saveRecordedEvents), 1);
+}
+
+void KeyboardMainControllerTest::savesTheLastSelectedKey()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    {
+        Hub hub;
+        hub.open(daemon);
+        hub.find<QAbstractButton>("mQ")->click();
+        hub.controller->saveLastSelectedKey();
+    }
+    const auto resource = PropertyList::readPropertyListFile(kestraPlistPath());
+    QCOMPARE(resource->value(u"Device Info"_s).toMap().value(u"Last selected key"_s).toString(), u"20"_s);
+    Hub again;
+    again.open(daemon);
+    QCOMPARE(again.controller->keysController()->selectedKey(), u"20"_s);
+}
+
+QTEST_MAIN(KeyboardMainControllerTest)
+#include "keyboardmaincontrollertest.moc"

@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+// What the hub does with the daemon's notifications, and what it tells the user.
+#include "app/util/settingskeys.h"
+#include "daemonlink/latestreplyslot.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "platform/sheet.h"
+#include "platform/spinner.h"
+#include "platform/tableview.h"
+#include "tests/app/hubfixture.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using Command = DaemonProtocol::Command;
+
+class NotificationsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void loadsAndEnablesWhenAKeyboardIsAttached();
+    void readsTheProductFromTheName_data();
+    void readsTheProductFromTheName();
+    void observesRepliesAtEveryAttach();
+    void disablesAndTellsWhenTheKeyboardIsRemoved();
+    void stopsARecordingWhenTheKeyboardIsRemoved();
+    void showsTheRemovalAgain();
+    void reloadsWhenAnotherClientChangedAProfile();
+    void ignoresItsOwnChanges();
+    void acceptsDpiUpdates();
+    void takesNewMacrosFromTheKeyboard();
+    void showsABrightnessSetOnTheKeyboard();
+    void survivesNotificationsOfWrongTypes_data();
+    void survivesNotificationsOfWrongTypes();
+    void showsErrorsByTheirCode_data();
+    void showsErrorsByTheirCode();
+    void closesTheDeviceSheetByItsButton();
+    void opensThePages();
+
+private:
+    HubResources mResources;
+    std::unique_ptr<ScriptedDaemon> mDaemon;
+    std::unique_ptr<Hub> mHub;
+};
+
+void NotificationsTest::init()
+{
+    mDaemon = std::make_unique<ScriptedDaemon>(sampleDocument());
+    mHub = std::make_unique<Hub>();
+    mHub->open(*mDaemon);
+}
+
+void NotificationsTest::cleanup()
+{
+    mHub.reset();
+    mDaemon.reset();
+}
+
+void NotificationsTest::loadsAndEnablesWhenAKeyboardIsAttached()
+{
+    mDaemon->postNotification(u"Device Removed 271"_s);
+    QTRY_VERIFY(mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
+    mHub->controller->updateDriverVersions(QVariantMap{{u"FirmwareVersion"_s, u"1.0"_s}});
+    mDaemon->setDocument(withActiveProfile(sampleDocument(), 0));
+    mDaemon->postNotification(u"Device Attached 271"_s);
+    QTRY_VERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isUp());
+    QVERIFY(mHub->find<QWidget>("mA")->isEnabled());
+    QCOMPARE(mDaemon->commands(), std::vector<int>{4});
+    QCOMPARE(mHub->controller->deviceSettingsDict().value(u"ActiveProfile"_s).toInt(), 0);
+    QVERIFY(mHub->controller->firmwareVersionString().isEmpty());
+}
+
+void NotificationsTest::readsTheProductFromTheName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("product");
+    QTest::addColumn<bool>("isWired");
+    QTest::addColumn<QString>("newObservation");
+    QTest::newRow("271") << u"Device Attached 271"_s << 271 << true << u"commandReplyNotification271"_s;
+    QTest::newRow("0") << u"Device Attached 0"_s << 0 << false << u"commandReplyNotification0"_s;
+    QTest::newRow("another") << u"Device Attached 12"_s << 271 << true << QString();
+    QTest::newRow("none") << u"Device Attached"_s << 271 << true << QString();
+    QTest::newRow("no number") << u"Device Attached x"_s << 271 << true << QString();
+}
+
+void NotificationsTest::readsTheProductFromTheName()
+{
+    QFETCH(QString, name);
+    QFETCH(int, product);
+    QFETCH(bool, isWired);
+    QFETCH(QString, newObservation);
+    const DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
+    const auto observations = [&](const QString &observed) {
+        return center.observationCount(mHub->controller.get(), observed);
+    };
+    const int before = observations(u"commandReplyNotification271"_s) + observations(u"commandReplyNotification0"_s);
+    const int beforeNew = observations(newObservation);
+    mHub->controller->deviceConnectedNotification({name, {}});
+    QCOMPARE(mHub->controller->devicePID(), product);
+    QCOMPARE(mHub->controller->isWiredDevice(), isWired);
+    const int after = observations(u"commandReplyNotification271"_s) + observations(u"commandReplyNotification0"_s);
+    QCOMPARE(after - before, newObservation.isEmpty() ? 0 : 1);
+    if (!newObservation.isEmpty())
+        QCOMPARE(observations(newObservation), beforeNew + 1);
+    // The requests that follow carry the new number.
+    QCOMPARE(mDaemon->lastRequest(Command::readSettings).dictionary.value(u"ProductID"_s).toInt(), product);
+    QCOMPARE(observations(u"Device Attached 271"_s), 1);
+}
+
+void NotificationsTest::observesRepliesAtEveryAttach()
+{
+    mDaemon->postNotification(u"Device Attached 271"_s);
+    mDaemon->postNotification(u"Device Attached 271"_s);
+    QTRY_COMPARE(mDaemon->count(Command::readSettings), 2);
+    QTRY_COMPARE(DistributedNotificationCenter::defaultCenter().observationCount(mHub->controller.get(),
+                                                                                 u"commandReplyNotification271"_s),
+                 3);
+}
+
+void NotificationsTest::disablesAndTellsWhenTheKeyboardIsRemoved()
+{
+    const QVariantList profiles = mHub->controller->profilesArray();
+    mHub->controller->setDriverVersions();
+    QTRY_VERIFY(mHub->find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
+    mDaemon->forgetRequests();
+    mDaemon->postNotification(u"Device Removed 271"_s);
+    QTRY_VERIFY(mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
+    QVERIFY(!mHub->find<QWidget>("mA")->isEnabled());
+    QVERIFY(!mHub->find<QWidget>("mProfilesTableView")->isEnabled());
+    QCOMPARE(mHub->find<QLabel>("mFirmwareVersion")->text(), u"-"_s);
+    QVERIFY(!mHub->find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
+    QCOMPARE(mHub->controller->profilesArray(), profiles);
+    QCOMPARE(mDaemon->commands(), std::vector<int>());
+}
+
+void NotificationsTest::stopsARecordingWhenTheKeyboardIsRemoved()
+{
+    mHub->controller->selectTabAtIndex(2);
+    mHub->find<TableView>("mMacroTableView")->selectRow(0);
+    mHub->find<QPushButton>("mRecordMacroDetails")->click();
+    mDaemon->postNotification(u"Device Removed 271"_s);
+    QTRY_COMPARE(mDaemon->count(Command::stopMacroRecording), 1);
+    QTRY_VERIFY(!mHub->find<QWidget>("mA")->isEnabled());
+    QVERIFY(!mHub->find<QWidget>("mMacroTableView")->isEnabled());
+}
+
+void NotificationsTest::showsTheRemovalAgain()
+{
+    mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+    mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+    QVERIFY(mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
+    QCOMPARE(DistributedNotificationCenter::defaultCenter().observationCount(mHub->controller.get(),
+                                                                             u"Device Removed 271"_s),
+             1);
+    mHub->find<QPushButton>("mCommunicationOKButton")->click();
+    QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
+}
+
+void NotificationsTest::reloadsWhenAnotherClientChangedAProfile()
+{
+    mDaemon->setDocument(withActiveProfile(sampleDocument(), 0));
+    mDaemon->postNotification(u"Profile Updated 271"_s, {{u"Source App"_s, u"org.quillkestra.kestractl"_s}});
+    QTRY_COMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"Default Profile"_s);
+    QCOMPARE(mDaemon->commands(), std::vector<int>{4});
+    QCOMPARE(mHub->find<TableView>("mProfilesTableView")->selectedRow(), 0);
+
+    // Without a name it is not the configurator's own either.
+    mDaemon->postNotification(u"Profile Updated 271"_s);
+    QTRY_COMPARE(mDaemon->count(Command::readSettings), 2);
+}
+
+void NotificationsTest::ignoresItsOwnChanges()
+{
+    mDaemon->postNotification(u"Profile Updated 271"_s, {{u"Source App"_s, u"org.quillkestra.Configurator"_s}});
+    // Notifications come in order: once the next one has been handled, this one has been too.
+    mDaemon->postNotification(u"Illumination Updated 271"_s, {{u"BrightnessKBNormal"_s, 1}});
+    QTRY_COMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 1);
+    QCOMPARE(mDaemon->commands(), std::vector<int>());
+}
+
+void NotificationsTest::acceptsDpiUpdates()
+{
+    mDaemon->postNotification(u"DPI Updated 271"_s, {{u"DPI"_s, 800}});
+    mDaemon->postNotification(u"Illumination Updated 271"_s, {{u"BrightnessKBNormal"_s, 3}});
+    QTRY_COMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 3);
+    QCOMPARE(mDaemon->commands(), std::vector<int>());
+}
+
+void NotificationsTest::takesNewMacrosFromTheKeyboard()
+{
+    QVariantMap profile = sampleDocument().value(u"Profiles"_s).toList().constFirst().toMap();
+    profile[u"ProfileName"_s] = u"On the fly"_s;
+    const QVariantList macros{QVariantMap{{u"MacroName"_s, u"OTFM 1"_s}}};
+    const QVariantList profilesBefore = mHub->controller->profilesArray();
+    mDaemon->postNotification(u"Saved New OTFM 271"_s, {{u"AllMacros"_s, macros}, {u"ActiveProfile"_s, profile}});
+    QTRY_COMPARE(mHub->controller->macrosArray(), macros);
+    QCOMPARE(mHub->controller->currentProfileDict(), profile);
+    // Deliberately only these two pieces of the document.
+    QCOMPARE(mHub->controller->profilesArray(), profilesBefore);
+    QCOMPARE(mHub->controller->keysController()->allMacrosArray(), macros);
+    QCOMPARE(mHub->controller->keysController()->keysCurrentProfileDict(), profile);
+    QTRY_COMPARE(mHub->find<TableView>("mMacroTableView")->numberOfRows(), 1);
+}
+
+void NotificationsTest::showsABrightnessSetOnTheKeyboard()
+{
+    mDaemon->postNotification(u"Illumination Updated 271"_s, {{u"BrightnessKBNormal"_s, 0}});
+    QTRY_COMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 0);
+    QCOMPARE(mDaemon->commands(), std::vector<int>());
+}
+
+void NotificationsTest::survivesNotificationsOfWrongTypes_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"Device Attached 271", "Device Removed 271", "Profile Updated 271", "DPI Updated 271",
+                             "Saved New OTFM 271", "Illumination Updated 271", "commandReplyNotification271",
+                             "SingleKeyEvent271", "Game Mode Pressed 271", "MacroSequence271", "SingleKeyEvent1048"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void NotificationsTest::survivesNotificationsOfWrongTypes()
+{
+    QFETCH(QString, name);
+    const QVariantMap wrong{{u"Source App"_s, 3},
+                            {u"AllMacros"_s, QVariantMap{{u"x"_s, 1}}},
+                            {u"ActiveProfile"_s, u"none"_s},
+                            {u"BrightnessKBNormal"_s, QVariantList{1}},
+                            {u"MessageID"_s, QByteArray("14")},
+                            {u"FirmwareVersion"_s, QVariantList()},
+                            {u"singleKey"_s, u"A"_s},
+                            {u"singleKeyModif"_s, QVariantMap()},
+                            {u"messagesArray"_s, QVariantList{1, QVariantMap(), true}}};
+    mDaemon->postNotification(name, wrong);
+    mDaemon->postNotification(name);
+    // Handled once the last one, posted after both, has arrived.
+    mDaemon->postNotification(u"commandReplyNotification271"_s,
+                              {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, u"last"_s}});
+    QTRY_COMPARE(mHub->controller->firmwareVersionString(), u"last"_s);
+}
+
+void NotificationsTest::showsErrorsByTheirCode_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("0") << 0 << u"The keyboard's service does not answer"_s;
+    QTest::newRow("1") << 1 << u"No keyboard found"_s;
+    QTest::newRow("2") << 2 << QString();
+    QTest::newRow("negative") << -1 << QString();
+}
+
+void NotificationsTest::showsErrorsByTheirCode()
+{
+    QFETCH(int, code);
+    QFETCH(QString, title);
+    mHub->controller->showErrorForErrorCode(code);
+    auto *alert = mHub->find<Sheet>("alert");
+    QCOMPARE(alert != nullptr, !title.isEmpty());
+    if (!alert)
+        return;
+    QVERIFY(alert->isVisible());
+    QCOMPARE(alert->findChild<QLabel *>(u"alertTitle"_s)->text(), title);
+    QVERIFY(!alert->findChild<QPushButton *>(u"alertAlternativeButton"_s));
+    alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QTRY_VERIFY(!mHub->find<Sheet>("alert"));
+    QVERIFY(mHub->find<QWidget>("mA")->isEnabled());
+}
+
+void NotificationsTest::closesTheDeviceSheetByItsButton()
+{
+    mHub->controller->showErrorDialog();
+    QVERIFY(mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
+    mHub->find<QPushButton>("mCommunicationOKButton")->click();
+    QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
+    QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isUp());
+}
+
+void NotificationsTest::opensThePages()
+{
+    mHub->find<QAbstractButton>("mFBButton")->click();
+    mHub->find<QAbstractButton>("mTwitterButton")->click();
+    mHub->find<QAbstractButton>("mQuillClubButton")->click();
+    QCOMPARE(mHub->openedPages.size(), 3);
+    for (const QUrl &page : mHub->openedPages)
+        QVERIFY2(page.host().endsWith(u".example"_s), qPrintable(page.toString()));
+    QCOMPARE(QSet<QUrl>(mHub->openedPages.begin(), mHub->openedPages.end()).size(), 3);
+}
+
+QTEST_MAIN(NotificationsTest)
+#include "notificationstest.moc"

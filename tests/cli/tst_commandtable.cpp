@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "cli/commandtable.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestCommandTable : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void eachNameStandsOnce();
+    void argumentCountsAgreeWithTheHelp();
+    void manPageHasEveryCommandAndOption();
+};
+
+void TestCommandTable::eachNameStandsOnce()
+{
+    QSet<QLatin1StringView> names;
+    for (const CommandRow &row : commandTable())
+        names.insert(row.name);
+    QVERIFY(!names.isEmpty());
+    QCOMPARE(static_cast<std::size_t>(names.size()), commandTable().size());
+}
+
+void TestCommandTable::argumentCountsAgreeWithTheHelp()
+{
+    for (const CommandRow &row : commandTable()) {
+        const QStringList words = QString(row.arguments).split(u' ', Qt::SkipEmptyParts);
+        const qsizetype optional = words.filter(u"["_s).size();
+        QCOMPARE(row.maximumArguments, words.size());
+        QCOMPARE(row.minimumArguments, words.size() - optional);
+        QVERIFY(row.function != nullptr);
+        QVERIFY(!row.help.isEmpty());
+    }
+}
+
+void TestCommandTable::manPageHasEveryCommandAndOption()
+{
+    QFile file(QStringLiteral(KESTRA_MAN_PAGE));
+    QVERIFY2(file.open(QIODevice::ReadOnly), KESTRA_MAN_PAGE);
+    QString page = QString::fromUtf8(file.readAll());
+    page.remove(u'\\').replace(QRegularExpression(u"\\s+"_s), u" "_s);
+    for (const CommandRow &row : commandTable()) {
+        // "keyboard press" and "keyboard release" share a line of the synopsis; each word must be there.
+        const QStringList words = QString(row.name + u' ' + row.options).split(u' ', Qt::SkipEmptyParts);
+        for (const QString &word : words)
+            QVERIFY2(page.contains(QRegularExpression(u"(^|[\\s\"({])%1\\b"_s.arg(word))), qPrintable(word));
+    }
+}
+
+QTEST_GUILESS_MAIN(TestCommandTable)
+#include "tst_commandtable.moc"

@@ -1,0 +1,374 @@
+// SPDX-License-Identifier: MIT
+// kestractl and the real daemon, each a process of its own, on a private bus with settings of their own.
+#include "app/util/daemonprotocol.h"
+#include "app/util/qlcoreutility.h"
+#include "app/util/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "platform/distributednotificationcenter.h"
+#include "tests/cli/kestractlprocess.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestKestractl : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void statusTellsWhatIsActive();
+    void statusAsJsonHasEveryRow();
+    void statusFollowsTheKeyboard();
+    void documentIsJson();
+    void documentAsPropertyListHasTheSameContent();
+    void keyIsDefaultAtFirst();
+    void keyIsNamedInSeveralWays_data();
+    void keyIsNamedInSeveralWays();
+    void keyCanBeDisabledAndSetBack();
+    void disablingOneKeyLeavesTheOthers();
+    void defaultTakesTheFactoryParameter();
+    void disabledKeyOutlivesAKilledDaemon();
+    void changesAreAnnouncedInItsName();
+    void profileListMarksTheActiveOne();
+    void profileIsSwitchedByNumberAndByName();
+    void profileThatDoesNotExistIsRefused_data();
+    void profileThatDoesNotExistIsRefused();
+    void profileNameThatDoesNotExistIsWrongUsage();
+    void profileNameBorneTwiceIsWrongUsage();
+    void virtualKeyboardTakesItsCommands_data();
+    void virtualKeyboardTakesItsCommands();
+    void gameModeIsSwitched();
+    void brightnessIsSet();
+    void twoAtOnceGetTheirOwnReplies();
+
+private:
+    KestractlResult run(const QStringList &arguments) const { return runKestractl(arguments, mEnvironment); }
+    QString line(const QStringList &arguments) const { return run(arguments).text().trimmed(); }
+    QJsonObject status() const { return run({u"status"_s, u"--json"_s}).json().object(); }
+    QVariantMap document() const;
+    void startDaemon();
+    void addProfile(const QString &name);
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    std::unique_ptr<QProcess> mDaemon;
+    QProcessEnvironment mEnvironment;
+};
+
+void TestKestractl::init()
+{
+    mFolder = std::make_unique<QTemporaryDir>();
+    QVERIFY(mFolder->isValid());
+    mEnvironment = QProcessEnvironment::systemEnvironment();
+    mEnvironment.insert(u"HOME"_s, mFolder->path());
+    for (const QString &name : {u"XDG_STATE_HOME"_s, u"XDG_DATA_HOME"_s, u"XDG_CONFIG_HOME"_s})
+        mEnvironment.insert(name, mFolder->filePath(name));
+    startDaemon();
+}
+
+void TestKestractl::startDaemon()
+{
+    mDaemon = std::make_unique<QProcess>();
+    mDaemon->setProcessEnvironment(mEnvironment);
+    mDaemon->setProcessChannelMode(QProcess::ForwardedChannels);
+    mDaemon->start(builtExecutable(u"QuillKestraDaemon"_s), QStringList());
+    QVERIFY(mDaemon->waitForStarted());
+    QTRY_COMPARE_WITH_TIMEOUT(run({u"profile"_s, u"list"_s}).exitCode, 0, 20000);
+}
+
+void TestKestractl::cleanup()
+{
+    mDaemon->terminate();
+    if (!mDaemon->waitForFinished(10000)) {
+        mDaemon->kill();
+        mDaemon->waitForFinished();
+        QFAIL("the daemon does not end on SIGTERM");
+    }
+    mDaemon.reset();
+    mFolder.reset();
+}
+
+QVariantMap TestKestractl::document() const
+{
+    return QlCoreUtility::convertDataToDictionary(run({u"document"_s, u"--plist"_s}).output).value_or(QVariantMap());
+}
+
+/// kestractl adds no profiles, so this process asks the daemon itself.
+void TestKestractl::addProfile(const QString &name)
+{
+    const qsizetype count = document().value(SettingsKeys::profiles).toList().size();
+    sendDaemonRequest(QVariantMap{{DaemonProtocol::productIdKey, DaemonProtocol::productId},
+                                  {DaemonProtocol::responsePortName, u"NoSuchPort"_s},
+                                  {DaemonProtocol::deviceSettingsDictionary,
+                                   QVariantMap{{SettingsKeys::profileName, name},
+                                               {SettingsKeys::keys, QVariantMap()}}}},
+                      static_cast<int>(DaemonProtocol::Command::addProfile));
+    QTRY_COMPARE(document().value(SettingsKeys::profiles).toList().size(), count + 1);
+}
+
+void TestKestractl::statusTellsWhatIsActive()
+{
+    const KestractlResult result = run({u"status"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.errorText(), QString());
+    const QStringList lines = result.text().split(u'\n', Qt::SkipEmptyParts);
+    QVERIFY2(lines.contains(u"daemon: running"_s), result.output.constData());
+    QVERIFY2(lines.contains(u"keyboard: attached"_s), result.output.constData());
+    QVERIFY2(lines.contains(u"activeProfile: 0"_s), result.output.constData());
+    QVERIFY2(lines.contains(u"gameMode: off"_s), result.output.constData());
+}
+
+void TestKestractl::statusAsJsonHasEveryRow()
+{
+    const QJsonObject object = status();
+    QCOMPARE(object.value("daemon"_L1).toString(), u"running"_s);
+    QVERIFY(!object.value("firmware"_L1).toString().isEmpty());
+    QCOMPARE(object.value("profiles"_L1).toInt(), document().value(SettingsKeys::profiles).toList().size());
+    QCOMPARE(object.value("macros"_L1).toInt(), document().value(SettingsKeys::macros).toList().size());
+    QVERIFY(object.value("gameMode"_L1).isBool());
+    QVERIFY(object.value("brightness"_L1).isDouble());
+    QVERIFY(!object.value("activeProfileName"_L1).toString().isEmpty());
+}
+
+void TestKestractl::statusFollowsTheKeyboard()
+{
+    QCOMPARE(run({u"keyboard"_s, u"remove"_s}).exitCode, 0);
+    QCOMPARE(status().value("keyboard"_L1).toString(), u"not attached"_s);
+    QCOMPARE(run({u"keyboard"_s, u"press"_s, u"A"_s}).exitCode, 1);
+    QVERIFY(status().value("firmware"_L1).isNull());
+    QCOMPARE(run({u"keyboard"_s, u"attach"_s}).exitCode, 0);
+    QCOMPARE(status().value("keyboard"_L1).toString(), u"attached"_s);
+}
+
+void TestKestractl::documentIsJson()
+{
+    const KestractlResult result = run({u"document"_s});
+    QCOMPARE(result.exitCode, 0);
+    const QJsonObject object = result.json().object();
+    QVERIFY(!object.value("Profiles"_L1).toArray().isEmpty());
+    QVERIFY(object.value("Macros"_L1).isArray());
+    QCOMPARE(object.value("DeviceSettings"_L1).toObject().value("ActiveProfile"_L1).toInt(-1), 0);
+    QCOMPARE(run({u"document"_s, u"--json"_s}).output, result.output);
+}
+
+void TestKestractl::documentAsPropertyListHasTheSameContent()
+{
+    const KestractlResult result = run({u"document"_s, u"--plist"_s});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.output.startsWith("bplist00"));
+    const QJsonArray fromJson = run({u"document"_s}).json().object().value("Profiles"_L1).toArray();
+    const QVariantList fromPlist = document().value(SettingsKeys::profiles).toList();
+    QCOMPARE(fromPlist.size(), fromJson.size());
+    QCOMPARE(fromPlist.first().toMap().value(SettingsKeys::profileName).toString(),
+             fromJson.first().toObject().value("ProfileName"_L1).toString());
+}
+
+void TestKestractl::keyIsDefaultAtFirst()
+{
+    QCOMPARE(line({u"key"_s, u"A"_s}), u"A: default key"_s);
+    QCOMPARE(run({u"key"_s, u"A"_s, u"--json"_s}).json().object().value("mapped"_L1), QJsonValue(false));
+}
+
+void TestKestractl::keyIsNamedInSeveralWays_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("code");
+    QTest::newRow("name") << u"A"_s << 4;
+    QTest::newRow("letter case ignored") << u"a"_s << 4;
+    QTest::newRow("button") << u"NumPadSeven"_s << 95;
+    QTest::newRow("decimal code") << u"225"_s << 225;
+    QTest::newRow("hexadecimal code") << u"0x04"_s << 4;
+    QTest::newRow("a digit is the digit key") << u"4"_s << 33;
+    QTest::newRow("legend") << u";"_s << 51;
+    QTest::newRow("extra key") << u"M1"_s << 106;
+}
+
+void TestKestractl::keyIsNamedInSeveralWays()
+{
+    QFETCH(QString, text);
+    QFETCH(int, code);
+    const KestractlResult result = run({u"key"_s, text, u"--json"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.json().object().value("code"_L1).toInt(), code);
+}
+
+void TestKestractl::keyCanBeDisabledAndSetBack()
+{
+    const KestractlResult disabled = run({u"key"_s, u"A"_s, u"disable"_s});
+    QCOMPARE(disabled.exitCode, 0);
+    QCOMPARE(disabled.text().trimmed(), u"A: disabled"_s);
+    QCOMPARE(line({u"key"_s, u"A"_s}), u"A: disabled"_s);
+    const QJsonObject entry = run({u"key"_s, u"A"_s, u"--json"_s}).json().object().value("entry"_L1).toObject();
+    QCOMPARE(entry.value("command"_L1).toInt(), 20);
+    QCOMPARE(entry.value("param1"_L1).toInt(-1), 0);
+    QCOMPARE(entry.value("param2"_L1).toInt(-1), 0);
+    QCOMPARE(line({u"key"_s, u"A"_s, u"default"_s}), u"A: default key"_s);
+    QCOMPARE(line({u"key"_s, u"A"_s}), u"A: default key"_s);
+}
+
+void TestKestractl::disablingOneKeyLeavesTheOthers()
+{
+    const auto keys = [this] {
+        return document().value(SettingsKeys::profiles).toList().value(0).toMap().value(SettingsKeys::keys).toMap();
+    };
+    QVariantMap before = keys();
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    QVariantMap after = keys();
+    QVERIFY(before.value(u"4"_s) != after.value(u"4"_s));
+    before.remove(u"4"_s);
+    after.remove(u"4"_s);
+    QVERIFY(!before.isEmpty());
+    QCOMPARE(after, before);
+}
+
+void TestKestractl::defaultTakesTheFactoryParameter()
+{
+    const auto entry = [this] {
+        const QVariantMap profile = document().value(SettingsKeys::profiles).toList().value(0).toMap();
+        return profile.value(SettingsKeys::keys).toMap().value(u"4"_s).toMap();
+    };
+    const QVariantMap factory = entry();
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    QCOMPARE(run({u"key"_s, u"A"_s, u"default"_s}).exitCode, 0);
+    QCOMPARE(entry().value(SettingsKeys::command).toInt(), 45);
+    QCOMPARE(entry().value(SettingsKeys::param1).toInt(), factory.value(SettingsKeys::param1).toInt());
+}
+
+void TestKestractl::disabledKeyOutlivesAKilledDaemon()
+{
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    mDaemon->kill();
+    QVERIFY(mDaemon->waitForFinished());
+    startDaemon();
+    QCOMPARE(line({u"key"_s, u"A"_s}), u"A: disabled"_s);
+}
+
+void TestKestractl::changesAreAnnouncedInItsName()
+{
+    QObject observer;
+    QStringList sources;
+    DistributedNotificationCenter::defaultCenter().addObserver(
+        &observer, DaemonProtocol::profileUpdated, [&sources](const DistributedNotification &notification) {
+            sources.append(notification.userInfo.value(DaemonProtocol::sourceApp).toString());
+        });
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    QTRY_COMPARE(sources, QStringList{u"org.quillkestra.kestractl"_s});
+}
+
+void TestKestractl::profileListMarksTheActiveOne()
+{
+    const KestractlResult result = run({u"profile"_s, u"list"_s});
+    QCOMPARE(result.exitCode, 0);
+    const QStringList lines = result.text().split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), document().value(SettingsKeys::profiles).toList().size());
+    QCOMPARE(lines.filter(QRegularExpression(u"^\\*"_s)).size(), 1);
+    QVERIFY(lines.first().startsWith(u'*'));
+    const QJsonArray list = run({u"profile"_s, u"list"_s, u"--json"_s}).json().array();
+    QCOMPARE(list.size(), lines.size());
+    QCOMPARE(list.first().toObject().value("active"_L1), QJsonValue(true));
+}
+
+void TestKestractl::profileIsSwitchedByNumberAndByName()
+{
+    const QString firstName = status().value("activeProfileName"_L1).toString();
+    addProfile(u"Second & 100%1"_s);
+    QCOMPARE(line({u"profile"_s, u"switch"_s, u"0"_s}), u"profile 0 \"%1\" is active"_s.arg(firstName));
+    QCOMPARE(status().value("activeProfile"_L1).toInt(), 0);
+    QCOMPARE(line({u"profile"_s, u"switch"_s, u"Second & 100%1"_s}), u"profile 1 \"Second & 100%1\" is active"_s);
+    QCOMPARE(status().value("activeProfile"_L1).toInt(), 1);
+    QCOMPARE(status().value("activeProfileName"_L1).toString(), u"Second & 100%1"_s);
+    QVERIFY(run({u"profile"_s, u"list"_s}).text().endsWith(u"*  1  Second & 100%1\n"_s));
+}
+
+void TestKestractl::profileThatDoesNotExistIsRefused_data()
+{
+    QTest::addColumn<QString>("number");
+    QTest::newRow("beyond the last") << u"99"_s;
+    QTest::newRow("negative") << u"-1"_s;
+}
+
+void TestKestractl::profileThatDoesNotExistIsRefused()
+{
+    QFETCH(QString, number);
+    const KestractlResult result = run({u"profile"_s, u"switch"_s, u"--"_s, number});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.text(), QString());
+    QVERIFY2(result.errorText().contains(u"status"_s), result.errors.constData());
+    QCOMPARE(status().value("activeProfile"_L1).toInt(), 0);
+}
+
+void TestKestractl::profileNameThatDoesNotExistIsWrongUsage()
+{
+    const KestractlResult result = run({u"profile"_s, u"switch"_s, u"No such profile"_s});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(result.errorText().contains(u"No such profile"_s));
+}
+
+void TestKestractl::profileNameBorneTwiceIsWrongUsage()
+{
+    addProfile(u"Twin"_s);
+    addProfile(u"Twin"_s);
+    const int active = status().value("activeProfile"_L1).toInt();
+    const KestractlResult result = run({u"profile"_s, u"switch"_s, u"Twin"_s});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errorText().contains(u"several"_s), result.errors.constData());
+    QCOMPARE(status().value("activeProfile"_L1).toInt(), active);
+}
+
+void TestKestractl::virtualKeyboardTakesItsCommands_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("press") << QStringList{u"press"_s, u"A"_s} << 0;
+    QTest::newRow("release") << QStringList{u"release"_s, u"A"_s} << 0;
+    QTest::newRow("press without a key") << QStringList{u"press"_s} << 2;
+    QTest::newRow("press of no key") << QStringList{u"press"_s, u"Nonsense"_s} << 2;
+    QTest::newRow("brightness without a number") << QStringList{u"brightness"_s} << 2;
+    QTest::newRow("brightness of no number") << QStringList{u"brightness"_s, u"bright"_s} << 2;
+    QTest::newRow("brightness beyond the brightest") << QStringList{u"brightness"_s, u"300"_s} << 1;
+    QTest::newRow("no such command") << QStringList{u"explode"_s} << 2;
+}
+
+void TestKestractl::virtualKeyboardTakesItsCommands()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    const KestractlResult result = run(QStringList{u"keyboard"_s} + arguments);
+    QCOMPARE(result.exitCode, exitCode);
+    QCOMPARE(result.errors.isEmpty(), exitCode == 0);
+}
+
+void TestKestractl::gameModeIsSwitched()
+{
+    QCOMPARE(status().value("gameMode"_L1), QJsonValue(false));
+    QCOMPARE(run({u"keyboard"_s, u"game-mode"_s}).exitCode, 0);
+    QTRY_COMPARE(status().value("gameMode"_L1), QJsonValue(true));
+}
+
+void TestKestractl::brightnessIsSet()
+{
+    QCOMPARE(run({u"keyboard"_s, u"brightness"_s, u"3"_s}).exitCode, 0);
+    QTRY_COMPARE(status().value("brightness"_L1).toInt(), 3);
+}
+
+void TestKestractl::twoAtOnceGetTheirOwnReplies()
+{
+    QProcess one;
+    QProcess other;
+    startKestractl(one, {u"document"_s}, mEnvironment);
+    startKestractl(other, {u"profile"_s, u"list"_s}, mEnvironment);
+    const KestractlResult document = finishedResult(one);
+    const KestractlResult profiles = finishedResult(other);
+    QCOMPARE(document.exitCode, 0);
+    QVERIFY(document.json().object().contains("Profiles"_L1));
+    QCOMPARE(profiles.exitCode, 0);
+    QVERIFY(profiles.text().startsWith(u'*'));
+}
+
+QTEST_GUILESS_MAIN(TestKestractl)
+#include "tst_kestractl.moc"

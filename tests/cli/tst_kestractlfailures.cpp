@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: MIT
+// What kestractl says and returns when it is used wrongly, when there is no daemon, and when the daemon is silent, refuses
+// or talks nonsense. A port of the test stands in for the daemon, since the real one does none of this on request.
+#include "app/util/daemonprotocol.h"
+#include "app/util/qlcoreutility.h"
+#include "platform/messageport.h"
+#include "tests/cli/kestractlprocess.h"
+
+#include <QElapsedTimer>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The daemon's port, with what the test wants as its reply; absent: no reply at all.
+class StandInDaemon
+{
+public:
+    explicit StandInDaemon(std::optional<QByteArray> reply)
+        : mPort(LocalMessagePort::create(
+            DaemonProtocol::requestPortName,
+            [this, reply = std::move(reply)](qint32, const std::optional<QByteArray> &data) {
+                const QVariantMap request = QlCoreUtility::convertDataToDictionary(data).value_or(QVariantMap());
+                mRequests.append(request);
+                const QString replyPort = request.value(DaemonProtocol::responsePortName).toString();
+                if (reply) {
+                    if (const auto port = RemoteMessagePort::open(replyPort))
+                        port->post(0, *reply);
+                }
+                return std::optional<QByteArray>();
+            },
+            QDBusConnection::sessionBus()))
+    {
+    }
+
+    [[nodiscard]] bool isServing() const { return mPort != nullptr; }
+    [[nodiscard]] const QVariantList &requests() const { return mRequests; }
+
+private:
+    QVariantList mRequests;
+    std::unique_ptr<LocalMessagePort> mPort;
+};
+
+QByteArray encoded(const QVariantMap &dictionary)
+{
+    return QlCoreUtility::convertDictionaryToData(dictionary).value_or(QByteArray());
+}
+
+/// Runs kestractl while this thread serves its ports.
+KestractlResult runServed(const QStringList &arguments)
+{
+    QProcess process;
+    startKestractl(process, arguments, QProcessEnvironment::systemEnvironment());
+    [&] { QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, 30000); }();
+    return finishedResult(process);
+}
+
+} // namespace
+
+class TestKestractlFailures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void helpNeedsNoDaemon_data();
+    void helpNeedsNoDaemon();
+    void wrongUsageIsTold_data();
+    void wrongUsageIsTold();
+    void missingDaemonIsTold_data();
+    void missingDaemonIsTold();
+    void missingBusIsTold();
+    void silentDaemonIsTold();
+    void refusalIsToldWithItsStatus();
+    void nonsenseIsRefused_data();
+    void nonsenseIsRefused();
+    void requestsSayWhoAsks();
+};
+
+void TestKestractlFailures::helpNeedsNoDaemon_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("word");
+    QTest::newRow("--help") << QStringList{u"--help"_s} << u"Exit codes"_s;
+    QTest::newRow("-h") << QStringList{u"-h"_s} << u"Exit codes"_s;
+    QTest::newRow("help") << QStringList{u"help"_s} << u"Exit codes"_s;
+    QTest::newRow("help of a command") << QStringList{u"help"_s, u"key"_s} << u"kestractl key KEY"_s;
+    QTest::newRow("--help of a command") << QStringList{u"key"_s, u"--help"_s} << u"kestractl key KEY"_s;
+    QTest::newRow("help of a group") << QStringList{u"help"_s, u"keyboard"_s} << u"kestractl keyboard attach"_s;
+    QTest::newRow("help of two words")
+        << QStringList{u"help"_s, u"profile"_s, u"switch"_s} << u"kestractl profile switch N|NAME"_s;
+    QTest::newRow("--version") << QStringList{u"--version"_s} << u"kestractl "_s + QLatin1StringView(KESTRA_VERSION);
+}
+
+void TestKestractlFailures::helpNeedsNoDaemon()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, word);
+    const KestractlResult result = runKestractl(arguments);
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.text().contains(word), result.output.constData());
+    QCOMPARE(result.errorText(), QString());
+}
+
+void TestKestractlFailures::wrongUsageIsTold_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("word");
+    QTest::newRow("nothing") << QStringList() << u"no command"_s;
+    QTest::newRow("no such command") << QStringList{u"frobnicate"_s} << u"frobnicate"_s;
+    QTest::newRow("half a command") << QStringList{u"profile"_s} << u"no command \"profile\""_s;
+    QTest::newRow("no such second word") << QStringList{u"profile"_s, u"eat"_s} << u"profile eat"_s;
+    QTest::newRow("help of no command") << QStringList{u"help"_s, u"frobnicate"_s} << u"frobnicate"_s;
+    QTest::newRow("too few") << QStringList{u"profile"_s, u"switch"_s} << u"usage: kestractl profile switch"_s;
+    QTest::newRow("too many") << QStringList{u"status"_s, u"now"_s} << u"usage: kestractl status"_s;
+    QTest::newRow("no such key") << QStringList{u"key"_s, u"Nonsense"_s} << u"Nonsense"_s;
+    QTest::newRow("key code outside the layout") << QStringList{u"key"_s, u"0x03"_s} << u"0x03"_s;
+    QTest::newRow("no such assignment") << QStringList{u"key"_s, u"A"_s, u"explode"_s} << u"explode"_s;
+    QTest::newRow("option of another command") << QStringList{u"status"_s, u"--plist"_s} << u"--plist"_s;
+    QTest::newRow("no such option") << QStringList{u"--loud"_s, u"status"_s} << u"--loud"_s;
+    QTest::newRow("options that exclude each other")
+        << QStringList{u"document"_s, u"--json"_s, u"--plist"_s} << u"exclude"_s;
+}
+
+void TestKestractlFailures::wrongUsageIsTold()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, word);
+    const KestractlResult result = runKestractl(arguments);
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(result.text(), QString());
+    QVERIFY2(result.errorText().startsWith(u"kestractl: "_s), result.errors.constData());
+    QVERIFY2(result.errorText().contains(word), result.errors.constData());
+}
+
+void TestKestractlFailures::missingDaemonIsTold_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("status") << QStringList{u"status"_s};
+    QTest::newRow("document") << QStringList{u"document"_s};
+    QTest::newRow("profile list") << QStringList{u"profile"_s, u"list"_s};
+    QTest::newRow("profile switch") << QStringList{u"profile"_s, u"switch"_s, u"0"_s};
+    QTest::newRow("key") << QStringList{u"key"_s, u"A"_s};
+    QTest::newRow("key disable") << QStringList{u"key"_s, u"A"_s, u"disable"_s};
+    QTest::newRow("keyboard attach") << QStringList{u"keyboard"_s, u"attach"_s};
+    QTest::newRow("keyboard press") << QStringList{u"keyboard"_s, u"press"_s, u"A"_s};
+}
+
+void TestKestractlFailures::missingDaemonIsTold()
+{
+    QFETCH(QStringList, arguments);
+    QElapsedTimer timer;
+    timer.start();
+    const KestractlResult result = runKestractl(arguments);
+    QCOMPARE(result.exitCode, 3);
+    QVERIFY2(result.errorText().contains(u"not running"_s), result.errors.constData());
+    // Known at once, not only after the wait for a reply.
+    QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestKestractlFailures::missingBusIsTold()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent/bus"_s);
+    const KestractlResult result = runKestractl({u"status"_s, u"--json"_s}, environment);
+    QCOMPARE(result.exitCode, 3);
+    QVERIFY2(result.errorText().contains(u"bus"_s), result.errors.constData());
+    QCOMPARE(result.json().object().value("daemon"_L1).toString(), u"not running"_s);
+}
+
+void TestKestractlFailures::silentDaemonIsTold()
+{
+    const StandInDaemon daemon(std::nullopt);
+    QVERIFY(daemon.isServing());
+    QElapsedTimer timer;
+    timer.start();
+    const KestractlResult result = runServed({u"status"_s});
+    QCOMPARE(result.exitCode, 4);
+    QVERIFY2(result.errorText().contains(u"did not answer"_s), result.errors.constData());
+    QCOMPARE(result.text().trimmed(), u"daemon: not answering"_s);
+    QVERIFY2(timer.elapsed() >= 6000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestKestractlFailures::refusalIsToldWithItsStatus()
+{
+    const StandInDaemon daemon(encoded({{DaemonProtocol::returnStatus, 42}}));
+    QVERIFY(daemon.isServing());
+    const KestractlResult result = runServed({u"profile"_s, u"list"_s});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.text(), QString());
+    QVERIFY2(result.errorText().contains(u"status 42"_s), result.errors.constData());
+}
+
+void TestKestractlFailures::nonsenseIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::newRow("no property list") << QByteArray("nonsense \x01\x02");
+    QTest::newRow("empty dictionary") << encoded({});
+    QTest::newRow("document of the wrong type") << encoded({{DaemonProtocol::allDevSettings, u"text"_s}});
+}
+
+void TestKestractlFailures::nonsenseIsRefused()
+{
+    QFETCH(QByteArray, reply);
+    const StandInDaemon daemon(reply);
+    QVERIFY(daemon.isServing());
+    const KestractlResult result = runServed({u"key"_s, u"A"_s, u"disable"_s});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.text(), QString());
+    QCOMPARE(daemon.requests().size(), 1);
+}
+
+void TestKestractlFailures::requestsSayWhoAsks()
+{
+    const StandInDaemon daemon(encoded({{DaemonProtocol::returnStatus, 42}}));
+    QVERIFY(daemon.isServing());
+    runServed({u"document"_s});
+    QCOMPARE(daemon.requests().size(), 1);
+    const QVariantMap request = daemon.requests().first().toMap();
+    QCOMPARE(request.value(DaemonProtocol::sourceApp).toString(), u"org.quillkestra.kestractl"_s);
+    QCOMPARE(request.value(DaemonProtocol::productIdKey).toInt(), 271);
+    QVERIFY(request.value(DaemonProtocol::responsePortName).toString().startsWith(u"KestractlReplyPort-"_s));
+}
+
+QTEST_GUILESS_MAIN(TestKestractlFailures)
+#include "tst_kestractlfailures.moc"

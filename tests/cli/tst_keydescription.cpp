@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "app/util/settingskeys.h"
+#include "cli/keydescription.h"
+#include "keys/keymapping.h"
+
+#include <QJsonObject>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using KeyMappings::Assignment;
+
+namespace {
+
+constexpr int keyACode = 4;
+
+/// Two profiles, of which the second is active and has `entry` for the key A; one macro.
+QVariantMap documentWithEntry(const QVariant &entry)
+{
+    QVariantMap keys;
+    if (entry.isValid())
+        keys.insert(u"4"_s, entry);
+    const QVariantMap first{{SettingsKeys::profileName, u"First"_s}, {SettingsKeys::keys, QVariantMap()}};
+    const QVariantMap second{{SettingsKeys::profileName, u"Second 100%1"_s}, {SettingsKeys::keys, keys}};
+    const QVariantMap macro{{SettingsKeys::macroName, u"Combo"_s}};
+    return {{SettingsKeys::profiles, QVariantList{first, second}},
+            {SettingsKeys::macros, QVariantList{macro}},
+            {SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 1}}}};
+}
+
+QVariant entry(Assignment assignment, const QVariant &param1, const QVariant &param2)
+{
+    return KeyMappings::withEntry({}, u"4"_s, assignment, param1, param2).value(u"4"_s);
+}
+
+} // namespace
+
+class TestKeyDescription : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void saysWhatAKeyDoes_data();
+    void saysWhatAKeyDoes();
+    void jsonHasTheStoredEntry();
+    void jsonOfAKeyWithoutEntryHasNull();
+    void activeProfileOutOfRangeIsEmpty();
+};
+
+void TestKeyDescription::saysWhatAKeyDoes_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("no entry") << QVariant() << u"default key"_s;
+    QTest::newRow("default") << entry(Assignment::defaultKey, 4, 0) << u"default key"_s;
+    QTest::newRow("disabled") << entry(Assignment::disabled, 0, 0) << u"disabled"_s;
+    QTest::newRow("single key") << entry(Assignment::singleKey, 5, 0) << u"sends the key B"_s;
+    QTest::newRow("single key with modifiers")
+        << entry(Assignment::singleKey, 5, 2) << u"sends the key B with the modifiers 0x02"_s;
+    QTest::newRow("single key outside the layout")
+        << entry(Assignment::singleKey, 200, 0) << u"sends the key HID usage 200"_s;
+    QTest::newRow("profile") << entry(Assignment::switchProfile, 1, 0) << u"switches to profile 1 \"Second 100%1\""_s;
+    QTest::newRow("lost profile") << entry(Assignment::switchProfile, 9, 0)
+                                  << u"switches to profile 9 (which does not exist)"_s;
+    QTest::newRow("macro once") << entry(Assignment::playMacro, 0, 1) << u"plays macro 0 \"Combo\" once"_s;
+    QTest::newRow("macro with no repeat mode") << entry(Assignment::playMacro, 0, 0)
+                                               << u"plays macro 0 \"Combo\" once"_s;
+    QTest::newRow("macro ten times") << entry(Assignment::playMacro, 0, 10) << u"plays macro 0 \"Combo\" 10 times"_s;
+    QTest::newRow("macro until released")
+        << entry(Assignment::playMacro, 0, 255) << u"plays macro 0 \"Combo\" again and again until released"_s;
+    QTest::newRow("macro until pressed again")
+        << entry(Assignment::playMacro, 0, 254) << u"plays macro 0 \"Combo\" again and again until pressed again"_s;
+    QTest::newRow("lost macro") << entry(Assignment::playMacro, -1, 1)
+                                << u"plays macro -1 (which does not exist) once"_s;
+    QTest::newRow("program") << entry(Assignment::launchProgram, u"/opt/Game.app"_s, QString())
+                             << u"launches /opt/Game.app"_s;
+    QTest::newRow("unknown") << QVariant(QVariantMap{{SettingsKeys::command, 30}})
+                             << u"assignment 30, which this program does not know"_s;
+}
+
+void TestKeyDescription::saysWhatAKeyDoes()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QString, words);
+    QCOMPARE(describeKey(documentWithEntry(stored), keyACode), words);
+}
+
+void TestKeyDescription::jsonHasTheStoredEntry()
+{
+    const QJsonObject json = keyAsJson(documentWithEntry(entry(Assignment::disabled, 0, 0)), keyACode);
+    const QJsonObject stored{{u"command"_s, 20}, {u"param1"_s, 0}, {u"param2"_s, 0}};
+    const QJsonObject expected{
+        {u"key"_s, u"A"_s},    {u"code"_s, 4}, {u"mapped"_s, true}, {u"description"_s, u"disabled"_s},
+        {u"entry"_s, stored}};
+    QCOMPARE(json, expected);
+}
+
+void TestKeyDescription::jsonOfAKeyWithoutEntryHasNull()
+{
+    const QJsonObject json = keyAsJson(documentWithEntry({}), keyACode);
+    QCOMPARE(json.value("entry"_L1), QJsonValue(QJsonValue::Null));
+    QCOMPARE(json.value("mapped"_L1), QJsonValue(false));
+}
+
+void TestKeyDescription::activeProfileOutOfRangeIsEmpty()
+{
+    QVariantMap document = documentWithEntry({});
+    document.insert(SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 7}});
+    QCOMPARE(activeProfileRecord(document), QVariantMap());
+    QCOMPARE(describeKey(document, keyACode), u"default key"_s);
+}
+
+QTEST_GUILESS_MAIN(TestKeyDescription)
+#include "tst_keydescription.moc"

@@ -1,0 +1,759 @@
+// SPDX-License-Identifier: MIT
+// The daemon without a bus: a real store and a virtual keyboard, with replies, notifications and time in the test's hands.
+#include "app/util/propertylist.h"
+#include "app/util/qlcoreutility.h"
+#include "daemon/devicedaemon.h"
+#include "daemon/settingsdocument.h"
+#include "daemon/virtualkeyboard.h"
+#include "macros/macrorecord.h"
+
+#include <QDir>
+#include <QLoggingCategory>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+#include <optional>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using DaemonProtocol::Command;
+
+namespace {
+
+struct Message
+{
+    QString to; // port of a reply, name of a notification
+    qint32 command = 0;
+    QVariantMap values;
+};
+
+QVariantMap profile(const QString &name, const QVariantMap &keys = {})
+{
+    return {{u"ProfileName"_s, name}, {u"Keys"_s, keys}, {u"BrightnessKBNormal"_s, 3}};
+}
+
+QVariantMap keyEntry(int command, const QVariant &param1)
+{
+    return {{u"command"_s, command}, {u"param1"_s, param1}, {u"param2"_s, 0}};
+}
+
+QVariantMap startDocument()
+{
+    const QVariantMap macro{{u"MacroName"_s, u"M"_s}, {u"delay"_s, 20}, {u"sequence"_s, QVariantMap()}};
+    return SettingsDocument::completed(
+        {{u"Profiles"_s, QVariantList{profile(u"A"_s, {{u"58"_s, keyEntry(17, 1)}, {u"59"_s, keyEntry(17, 9)}, {u"60"_s, keyEntry(46, u"prog"_s)}}),
+                                      profile(u"B"_s, {{u"4"_s, keyEntry(20, 0)}})}},
+         {u"Macros"_s, QVariantList{macro, macro}},
+         {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}});
+}
+
+const QString client = u"TestReplyPort"_s;
+
+} // namespace
+
+class DeviceDaemonTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void openingTellsWhetherTheKeyboardIsThere();
+    void openingTakesTheClientsFactorySettingsOnlyWhenThereIsNothingElse();
+    void everyReplyCarriesStatusAndCommand_data();
+    void everyReplyCarriesStatusAndCommand();
+    void changeIsOnTheDiskBeforeItsReply();
+    void requestWithoutReplyPortIsObeyedSilently();
+    void repliesToTheOwnPortAreNotSent();
+    void garbageIsDropped_data();
+    void garbageIsDropped();
+    void unknownCommandIsAnswered_data();
+    void unknownCommandIsAnswered();
+    void changeThatCannotBeWrittenChangesNothing();
+    void profileUpdatedNamesTheSource_data();
+    void profileUpdatedNamesTheSource();
+    void profileUpdatedFollowsEveryChangeAndNothingElse();
+    void firmwareVersionComesByNotificationAlone();
+
+    void recordsAMacro();
+    void appendsToAMacro();
+    void newRecordingWithoutEventsEmptiesTheMacro();
+    void savingWithoutRecordingChangesNothing();
+    void recordingFollowsItsMacroWhenRowsMove();
+    void unsavedRecordingSurvivesAFullDisk();
+    void capturesSingleKeys();
+    void capturesKeysForAnEditedEvent();
+    void capturedKeysDoNotReachTheComputer();
+    void captureNeedsSomebodyAndAKeyboard();
+    void captureEndsWithItsClient();
+    void captureEndsWithRelease();
+
+    void keysReachTheComputerByTheActiveProfile();
+    void keySwitchesTheProfile();
+    void keyLaunchesAProgram();
+    void removalLetsGoOfKeysAndCaptures();
+    void gameModeIsToggledAndStored();
+    void brightnessKeysChangeTheActiveProfile();
+    void shutDownLetsGoOfEveryKey();
+    void randomMessagesLeaveTheDaemonAliveAndTheDocumentValid();
+
+private:
+    void send(Command command, QVariantMap request = {}, const QString &port = client);
+    Message replyTo(Command command, const QVariantMap &request = {});
+    int statusOf(Command command, const QVariantMap &request = {}) { return replyTo(command, request).values.value(u"ReturnStatus"_s, -1).toInt(); }
+    void press(int usage) { QCOMPARE(mKeyboard->press(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done); }
+    void release(int usage) { QCOMPARE(mKeyboard->release(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done); }
+    QStringList takeNotificationNames();
+    QVariantMap notification(const QString &name) const;
+    QVariantMap storedDocument() const { return PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s)).value_or(QVariantMap()); }
+    void start(const QVariantMap &document);
+
+    std::optional<QTemporaryDir> mTemporary;
+    std::unique_ptr<SettingsStore> mStore;
+    std::unique_ptr<VirtualKeyboard> mKeyboard;
+    std::unique_ptr<DeviceDaemon> mDaemon;
+    QList<Message> mReplies;
+    QList<Message> mNotifications;
+    QStringList mSent;      // "+4", "-4": what the computer saw
+    QStringList mLaunched;
+    QString mWatchedClient;
+    std::chrono::milliseconds mNow = 0ms;
+    std::function<void()> mOnReply;
+};
+
+void DeviceDaemonTest::init()
+{
+    mTemporary.emplace();
+    mStore = std::make_unique<SettingsStore>(mTemporary->path());
+    QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
+    start(startDocument());
+}
+
+void DeviceDaemonTest::start(const QVariantMap &document)
+{
+    mDaemon.reset();
+    mKeyboard = std::make_unique<VirtualKeyboard>();
+    connect(mKeyboard.get(), &VirtualKeyboard::sent, this,
+            [this](uint, uint usage, bool down) { mSent += (down ? u'+' : u'-') + QString::number(usage); });
+    DaemonOutlets outlets{
+        .sendReply = [this](const QString &port, qint32 command, const QVariantMap &reply) {
+            mReplies += {port, command, reply};
+            if (mOnReply)
+                mOnReply();
+        },
+        .postNotification = [this](const QString &name, const QVariantMap &userInfo) { mNotifications += {name, 0, userInfo}; },
+        .watchClient = [this](const QString &port) { mWatchedClient = port; },
+        .launchProgram = [this](const QString &program) { mLaunched += program; },
+        .now = [this] { return mNow; },
+    };
+    mDaemon = std::make_unique<DeviceDaemon>(*mStore, *mKeyboard, std::move(outlets), document);
+}
+
+void DeviceDaemonTest::cleanup()
+{
+    mDaemon.reset();
+    mKeyboard.reset();
+    mStore.reset();
+    mTemporary.reset();
+    mReplies.clear();
+    mNotifications.clear();
+    mSent.clear();
+    mLaunched.clear();
+    mOnReply = {};
+    mNow = 0ms;
+}
+
+void DeviceDaemonTest::send(Command command, QVariantMap request, const QString &port)
+{
+    request.insert(u"ProductID"_s, 271);
+    if (!port.isEmpty())
+        request.insert(u"ResponseMsgPortName"_s, port);
+    mDaemon->handleMessage(static_cast<qint32>(command), QlCoreUtility::convertDictionaryToData(request));
+}
+
+Message DeviceDaemonTest::replyTo(Command command, const QVariantMap &request)
+{
+    mReplies.clear();
+    send(command, request);
+    return mReplies.size() == 1 ? mReplies.first() : Message{u"%1 replies"_s.arg(mReplies.size()), -1, {}};
+}
+
+QStringList DeviceDaemonTest::takeNotificationNames()
+{
+    QStringList names;
+    for (const Message &message : std::exchange(mNotifications, {}))
+        names += message.to;
+    return names;
+}
+
+QVariantMap DeviceDaemonTest::notification(const QString &name) const
+{
+    for (const Message &message : mNotifications) {
+        if (message.to == name)
+            return message.values;
+    }
+    return {{u"missing"_s, name}};
+}
+
+// Requests
+
+void DeviceDaemonTest::openingTellsWhetherTheKeyboardIsThere()
+{
+    const QVariantMap request{{u"ProductName"_s, u"Kestra"_s}, {u"IsDeviceWired"_s, 1}, {u"DefaultQlPlistPath"_s, u"/nowhere/Kestra.plist"_s}};
+    QCOMPARE(replyTo(Command::openDevice, request).values, (QVariantMap{{u"ReturnStatus"_s, 1}}));
+    mKeyboard->remove();
+    QCOMPARE(replyTo(Command::openDevice, request).values, (QVariantMap{{u"ReturnStatus"_s, 0}}));
+}
+
+void DeviceDaemonTest::openingTakesTheClientsFactorySettingsOnlyWhenThereIsNothingElse()
+{
+    const QString path = mTemporary->filePath(u"Kestra.plist"_s);
+    const QVariantMap factory{{u"Default Settings"_s, QVariantMap{{u"Profiles"_s, QVariantList{profile(u"Factory"_s)}}, {u"Macros"_s, QVariantList()}}}};
+    QVERIFY(PropertyList::writeFileAtomically(path, QlCoreUtility::convertDictionaryToData(factory).value()));
+    const auto activeName = [&] { return SettingsDocument::activeProfile(mDaemon->document()).value(u"ProfileName"_s).toString(); };
+
+    send(Command::openDevice, {{u"DefaultQlPlistPath"_s, path}});
+    QCOMPARE(activeName(), u"A"_s);
+
+    start(SettingsDocument::minimal());
+    mDaemon->setAwaitsFactorySettings(true);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no factory settings"_s));
+    send(Command::openDevice, {{u"DefaultQlPlistPath"_s, u"/nowhere/Kestra.plist"_s}});
+    QCOMPARE(activeName(), u"Default Profile"_s);
+    send(Command::openDevice, {{u"DefaultQlPlistPath"_s, path}});
+    QCOMPARE(activeName(), u"Factory"_s);
+
+    start(SettingsDocument::minimal());
+    mDaemon->setAwaitsFactorySettings(true);
+    send(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(u"Mine"_s)}});
+    send(Command::openDevice, {{u"DefaultQlPlistPath"_s, path}});
+    QCOMPARE(activeName(), u"Mine"_s); // a change is never thrown away for factory settings
+}
+
+void DeviceDaemonTest::everyReplyCarriesStatusAndCommand_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QVariantMap>("request");
+    QTest::addColumn<QStringList>("replyKeys");
+    const QVariantMap event = MacroRecord::eventRecord({1, 0, 7, 4});
+    const QStringList status{u"ReturnStatus"_s};
+    const QStringList withDocument{u"ReturnDictionary"_s, u"ReturnStatus"_s};
+    const auto row = [](const char *name, int command, const QVariantMap &request, const QStringList &keys) {
+        QTest::newRow(name) << command << request << keys;
+    };
+    row("0", 0, {}, status);
+    row("4", 4, {}, {u"AllDevSettings"_s, u"ReturnStatus"_s});
+    row("5", 5, {{u"DeviceSettingsDictionary"_s, profile(u"N"_s)}}, withDocument);
+    row("6", 6, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"AutoSwitchOn"_s, 1}}}}, withDocument);
+    row("7", 7, {{u"AllProfiles"_s, QVariantList{profile(u"N"_s)}}}, withDocument);
+    row("9", 9, {{u"ProfileID"_s, 0}}, withDocument);
+    row("10", 10, {{u"ProfileID"_s, 1}}, withDocument);
+    row("18", 18, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}, status);
+    row("19", 19, {}, status);
+    row("21", 21, {}, status);
+    row("22", 22, {{u"macroID"_s, 0}}, status);
+    row("25", 25, {{u"MacroContents"_s, QVariantMap{{u"macroID"_s, 0}, {u"MacroName"_s, u"N"_s}}}}, status);
+    row("27", 27, {{u"IndexOfMacroSequence"_s, 0}}, {u"MacroSequences"_s, u"ReturnStatus"_s});
+    row("29", 29, {}, status);
+    row("30", 30, {}, status);
+    row("32", 32, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"N"_s}}}}, status);
+    row("33", 33, {{u"macroID"_s, 0}}, status);
+    row("34", 34, {{u"macroID"_s, 0}, {u"delay"_s, 0}, {u"HasNoDelay"_s, true}}, status);
+}
+
+void DeviceDaemonTest::everyReplyCarriesStatusAndCommand()
+{
+    QFETCH(int, command);
+    QFETCH(QVariantMap, request);
+    const Message reply = replyTo(static_cast<Command>(command), request);
+    QCOMPARE(reply.to, client);
+    QCOMPARE(reply.command, command);
+    QTEST(QStringList(reply.values.keys()), "replyKeys");
+    QCOMPARE(reply.values.value(u"ReturnStatus"_s).toInt(), command == 0 ? 1 : 0);
+    if (reply.values.contains(u"ReturnDictionary"_s))
+        QCOMPARE(reply.values.value(u"ReturnDictionary"_s).toMap(), mDaemon->document());
+}
+
+void DeviceDaemonTest::changeIsOnTheDiskBeforeItsReply()
+{
+    QVariantMap onDisk;
+    mOnReply = [&] { onDisk = storedDocument(); };
+    const Message reply = replyTo(Command::switchProfile, {{u"ProfileID"_s, 1}});
+    QCOMPARE(SettingsDocument::activeProfileIndex(onDisk), 1);
+    QCOMPARE(onDisk, reply.values.value(u"ReturnDictionary"_s).toMap());
+}
+
+void DeviceDaemonTest::requestWithoutReplyPortIsObeyedSilently()
+{
+    send(Command::switchProfile, {{u"ProfileID"_s, 1}}, QString());
+    QVERIFY(mReplies.isEmpty());
+    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, QString()}}));
+}
+
+void DeviceDaemonTest::repliesToTheOwnPortAreNotSent()
+{
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"names the daemon's own port"_s));
+    send(Command::readSettings, {}, u"QuillCoreEngineMsgPort"_s);
+    QVERIFY(mReplies.isEmpty());
+}
+
+void DeviceDaemonTest::garbageIsDropped_data()
+{
+    QTest::addColumn<std::optional<QByteArray>>("data");
+    QTest::newRow("no data") << std::optional<QByteArray>();
+    QTest::newRow("garbage") << std::optional(QByteArray("bplist00garbage"));
+    QTest::newRow("zeros") << std::optional(QByteArray(100, '\0'));
+    QTest::newRow("an array") << PropertyList::writeBinary(QVariantList{1, 2});
+}
+
+void DeviceDaemonTest::garbageIsDropped()
+{
+    QFETCH(std::optional<QByteArray>, data);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is not a dictionary and is dropped"_s));
+    mDaemon->handleMessage(static_cast<qint32>(Command::switchProfile), data);
+    QVERIFY(mReplies.isEmpty());
+    QVERIFY(mNotifications.isEmpty());
+    QCOMPARE(mDaemon->document(), startDocument());
+}
+
+void DeviceDaemonTest::unknownCommandIsAnswered_data()
+{
+    QTest::addColumn<int>("command");
+    for (const int command : {-1, 1, 2, 8, 26, 31, 35, 36, 39, 1000, 2'147'483'647})
+        QTest::addRow("%d", command) << command;
+}
+
+void DeviceDaemonTest::unknownCommandIsAnswered()
+{
+    QFETCH(int, command);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"unknown command"_s));
+    const Message reply = replyTo(static_cast<Command>(command));
+    QCOMPARE(reply.values, (QVariantMap{{u"ReturnStatus"_s, static_cast<int>(Status::unknownCommand)}}));
+    QCOMPARE(reply.command, command);
+    QCOMPARE(mDaemon->document(), startDocument());
+}
+
+namespace {
+
+/// While it lives, no file of this process can grow beyond a few bytes: a full disk, as the daemon sees it.
+class FullDisk
+{
+public:
+    FullDisk()
+    {
+        mOldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &mOld);
+        const rlimit limit{16, mOld.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &mOld);
+        std::signal(SIGXFSZ, mOldHandler);
+    }
+    Q_DISABLE_COPY_MOVE(FullDisk)
+
+private:
+    rlimit mOld{};
+    void (*mOldHandler)(int) = SIG_DFL;
+};
+
+} // namespace
+
+void DeviceDaemonTest::changeThatCannotBeWrittenChangesNothing()
+{
+    send(Command::switchProfile, {{u"ProfileID"_s, 1}});
+    const QVariantMap before = mDaemon->document();
+    mNotifications.clear();
+    {
+        const FullDisk fullDisk;
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
+        const Message reply = replyTo(Command::switchProfile, {{u"ProfileID"_s, 0}});
+        QCOMPARE(reply.values.value(u"ReturnStatus"_s), QVariant(static_cast<int>(Status::notSaved)));
+        QCOMPARE(reply.values.value(u"ReturnDictionary"_s).toMap(), before);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    }
+    QCOMPARE(mDaemon->document(), before);
+    QCOMPARE(storedDocument(), before);
+    QVERIFY(mNotifications.isEmpty());
+    QVERIFY(!mKeyboard->isGameModeShown());
+    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 0}}), 0); // there is room again
+}
+
+void DeviceDaemonTest::profileUpdatedNamesTheSource_data()
+{
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<QVariant>("given");
+    QTest::addColumn<QString>("source");
+    QTest::newRow("the configurator's port") << u"KeyboardConfiguratorReplyPort"_s << QVariant() << u"org.quillkestra.Configurator"_s;
+    QTest::newRow("another port") << u"kestractl.42"_s << QVariant() << u"kestractl.42"_s;
+    QTest::newRow("the request says so") << u"KeyboardConfiguratorReplyPort"_s << QVariant(u"mine"_s) << u"mine"_s;
+    QTest::newRow("not text") << u"kestractl.42"_s << QVariant(3) << u"kestractl.42"_s;
+    QTest::newRow("nobody") << QString() << QVariant() << QString();
+}
+
+void DeviceDaemonTest::profileUpdatedNamesTheSource()
+{
+    QFETCH(QString, port);
+    QFETCH(QVariant, given);
+    QFETCH(QString, source);
+    QVariantMap request{{u"ProfileID"_s, 1}};
+    if (given.isValid())
+        request.insert(u"Source App"_s, given);
+    send(Command::switchProfile, request, port);
+    QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, source}}));
+}
+
+void DeviceDaemonTest::profileUpdatedFollowsEveryChangeAndNothingElse()
+{
+    bool isReplied = false;
+    mOnReply = [&] { isReplied = mNotifications.isEmpty(); };
+    send(Command::switchProfile, {{u"ProfileID"_s, 1}});
+    QVERIFY(isReplied); // the reply first, then the notification
+    QCOMPARE(takeNotificationNames(), QStringList{u"Profile Updated 271"_s});
+    send(Command::switchProfile, {{u"ProfileID"_s, 1}});
+    send(Command::readSettings);
+    send(Command::removeAllEvents, {{u"macroID"_s, 0}});
+    QCOMPARE(takeNotificationNames(), QStringList());
+    send(Command::addMacro, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"N"_s}}}});
+    QCOMPARE(takeNotificationNames(), QStringList{u"Profile Updated 271"_s});
+}
+
+void DeviceDaemonTest::firmwareVersionComesByNotificationAlone()
+{
+    send(Command::queryFirmwareVersion);
+    QCOMPARE(notification(u"commandReplyNotification271"_s),
+             (QVariantMap{{u"MessageID"_s, 14}, {u"ReturnStatus"_s, 0}, {u"FirmwareVersion"_s, mKeyboard->firmwareVersion()}}));
+    mNotifications.clear();
+    mKeyboard->remove();
+    send(Command::queryFirmwareVersion);
+    QCOMPARE(notification(u"commandReplyNotification271"_s),
+             (QVariantMap{{u"MessageID"_s, 14}, {u"ReturnStatus"_s, static_cast<int>(Status::deviceAbsent)}, {u"FirmwareVersion"_s, QString()}}));
+    QVERIFY(mReplies.isEmpty());
+}
+
+// Captures
+
+void DeviceDaemonTest::recordsAMacro()
+{
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    press(4);
+    mNow += 15ms;
+    release(4);
+    QCOMPARE(mNotifications.size(), 2);
+    QCOMPARE(mNotifications.at(0).to, u"MacroSequence271"_s);
+    QCOMPARE(mNotifications.at(0).values, (QVariantMap{{u"messagesArray"_s, QStringList{u"Key Press A"_s}}}));
+    QCOMPARE(mNotifications.at(1).values, (QVariantMap{{u"messagesArray"_s, QStringList{u"0.015 seconds delay\n"_s, u"Key Release A"_s}}}));
+    QCOMPARE(mDaemon->document(), startDocument()); // nothing is stored before it is asked for
+    QCOMPARE(statusOf(Command::stopMacroRecording), 0);
+    press(5);
+    QCOMPARE(mNotifications.size(), 2);
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}}).values.value(u"MacroSequences"_s).toStringList(),
+             QStringList({u"Key Press A"_s, u"0.015 seconds delay\n"_s, u"Key Release A"_s}));
+    QCOMPARE(storedDocument(), mDaemon->document());
+}
+
+void DeviceDaemonTest::appendsToAMacro()
+{
+    recordsAMacro();
+    mNotifications.clear();
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}}), 0);
+    press(6);
+    QCOMPARE(notification(u"MacroSequence271"_s).value(u"messagesArray"_s).toStringList(), QStringList({u"0.020 seconds delay\n"_s, u"Key Press C"_s}));
+    release(6);
+    // Saving also ends a recording that nobody stopped.
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}}), 0);
+    QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}}).values.value(u"MacroSequences"_s).toStringList(),
+             QStringList({u"Key Press A"_s, u"0.015 seconds delay\n"_s, u"Key Release A"_s, u"0.020 seconds delay\n"_s,
+                          u"Key Press C"_s, u"0.000 seconds delay\n"_s, u"Key Release C"_s}));
+}
+
+void DeviceDaemonTest::newRecordingWithoutEventsEmptiesTheMacro()
+{
+    recordsAMacro();
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(statusOf(Command::stopMacroRecording), 0);
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    QVERIFY(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).at(1).toMap()).isEmpty());
+}
+
+void DeviceDaemonTest::savingWithoutRecordingChangesNothing()
+{
+    recordsAMacro();
+    const QVariantMap before = mDaemon->document();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nothing recorded"_s));
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), static_cast<int>(Status::nothingRecorded));
+    QCOMPARE(mDaemon->document(), before);
+}
+
+void DeviceDaemonTest::recordingFollowsItsMacroWhenRowsMove()
+{
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    press(4);
+    release(4);
+    QCOMPARE(statusOf(Command::stopMacroRecording), 0);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nothing recorded"_s));
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), static_cast<int>(Status::nothingRecorded));
+    QCOMPARE(statusOf(Command::deleteMacro, {{u"macroID"_s, 0}}), 0);
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).size(), 2);
+}
+
+void DeviceDaemonTest::unsavedRecordingSurvivesAFullDisk()
+{
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    press(4);
+    {
+        const FullDisk fullDisk;
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
+        QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), static_cast<int>(Status::notSaved));
+    }
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).size(), 2);
+}
+
+void DeviceDaemonTest::capturesSingleKeys()
+{
+    press(225);
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    press(224);
+    press(6);
+    release(224);
+    press(7);
+    const auto captured = [](int key, int modifiers) { return QVariantMap{{u"singleKey"_s, key}, {u"singleKeyModif"_s, modifiers}}; };
+    QCOMPARE(mNotifications.size(), 3);
+    QCOMPARE(mNotifications.at(0).to, u"SingleKeyEvent271"_s);
+    QCOMPARE(mNotifications.at(0).values, captured(224, 0x02)); // itself is no modifier of it
+    QCOMPARE(mNotifications.at(1).values, captured(6, 0x03));
+    QCOMPARE(mNotifications.at(2).values, captured(7, 0x02));
+    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
+    press(8);
+    QCOMPARE(mNotifications.size(), 3);
+}
+
+void DeviceDaemonTest::capturesKeysForAnEditedEvent()
+{
+    QCOMPARE(statusOf(Command::startEditHid), 0);
+    press(225);
+    QCOMPARE(mNotifications.size(), 1);
+    QCOMPARE(mNotifications.at(0).to, u"SingleKeyEvent1048"_s);
+    QCOMPARE(mNotifications.at(0).values, (QVariantMap{{u"singleKey"_s, 225}, {u"singleKeyModif"_s, 0}}));
+    QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done); // a mouse button is no key
+    QCOMPARE(mNotifications.size(), 1);
+    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
+    press(8);
+    QCOMPARE(mNotifications.size(), 1);
+}
+
+void DeviceDaemonTest::capturedKeysDoNotReachTheComputer()
+{
+    press(4);
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    press(5);
+    release(4);
+    release(5);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    press(6);
+    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
+    release(6);
+    press(6);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s, u"+6"_s}));
+}
+
+void DeviceDaemonTest::captureNeedsSomebodyAndAKeyboard()
+{
+    const QVariantMap recording{{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}};
+    const QList<std::pair<Command, QVariantMap>> captures{
+        {Command::startMacroRecording, recording}, {Command::startEditHid, {}}, {Command::startSingleKeyRecording, {}}};
+    for (const auto &[command, request] : captures) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"malformed request"_s));
+        send(command, request, QString());
+        press(4);
+        QCOMPARE(mSent.takeLast(), u"+4"_s); // not captured
+        release(4);
+    }
+    mKeyboard->remove();
+    for (const auto &[command, request] : captures) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"device absent"_s));
+        QCOMPARE(statusOf(command, request), static_cast<int>(Status::deviceAbsent));
+    }
+    mKeyboard->attach();
+    for (const QVariantMap &request : {QVariantMap{{u"macroID"_s, 2}, {u"isAppendRecording"_s, 0}}, QVariantMap{{u"macroID"_s, -1}, {u"isAppendRecording"_s, 0}}}) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"index out of range"_s));
+        QCOMPARE(statusOf(Command::startMacroRecording, request), static_cast<int>(Status::indexOutOfRange));
+    }
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"malformed request"_s));
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 0}}), static_cast<int>(Status::malformedRequest));
+    QCOMPARE(mWatchedClient, QString());
+}
+
+void DeviceDaemonTest::captureEndsWithItsClient()
+{
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    QCOMPARE(mWatchedClient, client);
+    mDaemon->clientVanished(u"SomebodyElse"_s);
+    press(4);
+    QCOMPARE(mSent, QStringList());
+    mDaemon->clientVanished(client);
+    QCOMPARE(mWatchedClient, QString());
+    press(5);
+    QCOMPARE(mSent, QStringList{u"+5"_s});
+}
+
+void DeviceDaemonTest::captureEndsWithRelease()
+{
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    mReplies.clear();
+    send(Command::releaseDevice, {}, QString());
+    QVERIFY(mReplies.isEmpty());
+    press(5);
+    QCOMPARE(mSent, QStringList{u"+5"_s});
+}
+
+// The keyboard
+
+void DeviceDaemonTest::keysReachTheComputerByTheActiveProfile()
+{
+    press(4);
+    send(Command::switchProfile, {{u"ProfileID"_s, 1}}); // which disables the key that is down
+    release(4);
+    press(4);
+    release(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    send(Command::updateProfile, {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(16, 30)}}}}}});
+    press(4);
+    release(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s, u"+30"_s, u"-30"_s}));
+}
+
+void DeviceDaemonTest::keySwitchesTheProfile()
+{
+    press(58);
+    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(storedDocument(), mDaemon->document());
+    QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, u"QuillKestraDaemon"_s}}));
+    release(58);
+    QCOMPARE(mSent, QStringList());
+
+    send(Command::switchProfile, {{u"ProfileID"_s, 0}});
+    mNotifications.clear();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"profile 9, which does not exist"_s));
+    press(59);
+    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 0);
+    QVERIFY(mNotifications.isEmpty());
+}
+
+void DeviceDaemonTest::keyLaunchesAProgram()
+{
+    press(60);
+    release(60);
+    QCOMPARE(mLaunched, QStringList{u"prog"_s});
+}
+
+void DeviceDaemonTest::removalLetsGoOfKeysAndCaptures()
+{
+    press(4);
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    mKeyboard->remove();
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    QCOMPARE(takeNotificationNames(), QStringList{u"Device Removed 271"_s});
+    QCOMPARE(mKeyboard->press(7, 4), VirtualKeyboard::Result::notAttached);
+    mKeyboard->remove(); // once
+    mKeyboard->attach();
+    mKeyboard->attach();
+    QCOMPARE(notification(u"Device Attached 271"_s), (QVariantMap{{u"ProductID"_s, 271}}));
+    QCOMPARE(takeNotificationNames(), QStringList{u"Device Attached 271"_s});
+    press(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s, u"+4"_s}));
+}
+
+void DeviceDaemonTest::gameModeIsToggledAndStored()
+{
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(SettingsDocument::isGameModeOn(mDaemon->document()));
+    QVERIFY(SettingsDocument::isGameModeOn(storedDocument()));
+    QVERIFY(mKeyboard->isGameModeShown());
+    QCOMPARE(takeNotificationNames(), QStringList({u"Game Mode Pressed 271"_s, u"Profile Updated 271"_s}));
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(!SettingsDocument::isGameModeOn(mDaemon->document()));
+    mKeyboard->remove();
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::notAttached);
+}
+
+void DeviceDaemonTest::brightnessKeysChangeTheActiveProfile()
+{
+    QCOMPARE(mKeyboard->shownBrightness(), 3);
+    QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->shownBrightness(), 4);
+    QCOMPARE(SettingsDocument::activeProfile(storedDocument()).value(u"BrightnessKBNormal"_s), QVariant(4));
+    QCOMPARE(notification(u"Illumination Updated 271"_s), (QVariantMap{{u"BrightnessKBNormal"_s, 4}}));
+    QCOMPARE(takeNotificationNames(), QStringList({u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
+    QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done); // as bright as it goes
+    QCOMPARE(takeNotificationNames(), QStringList());
+    QCOMPARE(mKeyboard->setBrightness(1), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->setBrightness(5), VirtualKeyboard::Result::noSuchBrightness);
+    QCOMPARE(mKeyboard->shownBrightness(), 1);
+}
+
+void DeviceDaemonTest::shutDownLetsGoOfEveryKey()
+{
+    press(4);
+    press(225);
+    mDaemon->shutDown();
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"+225"_s, u"-225"_s, u"-4"_s}));
+}
+
+// Chance: any command, any bytes, keys and plugging in between.
+void DeviceDaemonTest::randomMessagesLeaveTheDaemonAliveAndTheDocumentValid()
+{
+    QLoggingCategory::setFilterRules(u"kestra.*=false"_s);
+    QRandomGenerator random(271);
+    const QStringList keys{u"ProfileID"_s, u"DeviceSettingsDictionary"_s, u"AllProfiles"_s, u"macroID"_s, u"isAppendRecording"_s, u"sequenceIdx"_s,
+                           u"sequence"_s, u"MacroContents"_s, u"MacroName"_s, u"delay"_s, u"HasNoDelay"_s, u"DefaultQlPlistPath"_s,
+                           u"ResponseMsgPortName"_s, u"Source App"_s, u"ProductID"_s};
+    const auto value = [&]() -> QVariant {
+        switch (random.bounded(7)) {
+        case 0: return random.bounded(-2, 4);
+        case 1: return random.bounded(2) == 1;
+        case 2: return random.generateDouble();
+        case 3: return u"text"_s;
+        case 4: return QVariantMap{{u"MacroName"_s, u"x"_s}, {u"macroID"_s, 0}};
+        case 5: return QVariantList{profile(u"x"_s)};
+        default: return QByteArray("\0\1", 2);
+        }
+    };
+    for (int round = 0; round < 3000; ++round) {
+        const qint32 command = random.bounded(-2, 45);
+        QVariantMap request;
+        for (int count = random.bounded(8); count > 0; --count)
+            request.insert(keys.at(random.bounded(int(keys.size()))), value());
+        QByteArray data = QlCoreUtility::convertDictionaryToData(request).value();
+        if (random.bounded(4) == 0)
+            data[random.bounded(int(data.size()))] = static_cast<char>(random.bounded(256));
+        mDaemon->handleMessage(command, data);
+        const auto usage = static_cast<uint>(random.bounded(4, 60));
+        (void)(random.bounded(2) ? mKeyboard->press(7, usage) : mKeyboard->release(7, usage));
+        if (random.bounded(100) == 0)
+            random.bounded(2) ? mKeyboard->remove() : mKeyboard->attach();
+        const QString problem = SettingsDocument::problemOf(mDaemon->document());
+        QVERIFY2(problem.isEmpty(), qPrintable(problem));
+    }
+    QLoggingCategory::setFilterRules(QString());
+    QCOMPARE(storedDocument(), mDaemon->document());
+    mKeyboard->remove();
+    QVERIFY(mKeyboard->sentKeys().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(DeviceDaemonTest)
+#include "tst_devicedaemon.moc"

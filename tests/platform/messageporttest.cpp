@@ -1,0 +1,359 @@
+// SPDX-License-Identifier: MIT
+// Message ports over a real bus: the port under test has a connection of its own, as another process would have.
+#include "platform/messageport.h"
+#include "tests/support/threadedport.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QElapsedTimer>
+#include <QSemaphore>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using SendStatus = RemoteMessagePort::SendStatus;
+
+namespace {
+
+const QString portName = u"TestPort"_s;
+const QString interfaceName = u"org.quillkestra.MessagePort"_s;
+
+struct Received
+{
+    int messageIdentifier = -1;
+    std::optional<QByteArray> data;
+};
+
+QDBusMessage portCall(const QString &interface, const QString &method, const QVariantList &arguments = {})
+{
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(messagePortBusName(portName), u"/MessagePort"_s, interface, method);
+    call.setArguments(arguments);
+    return QDBusConnection::sessionBus().call(call);
+}
+
+bool hasOwner(const QString &busName)
+{
+    return QDBusConnection::sessionBus().interface()->isServiceRegistered(busName);
+}
+
+std::optional<QByteArray> answerNothing(qint32, const std::optional<QByteArray> &)
+{
+    return {};
+}
+
+} // namespace
+
+class MessagePortTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void opensOnlyPortsThatExist();
+    void carriesIdentifierAndData_data();
+    void carriesIdentifierAndData();
+    void emptyMessageCarriesNoData();
+    void absentAnswerIsEmptyArray();
+    void postDoesNotWaitForTheAnswer();
+    void postsArriveInOrder();
+    void refusesNameThatIsTaken();
+    void refusedPortLeavesOtherPortOfTheConnectionAlone_data();
+    void refusedPortLeavesOtherPortOfTheConnectionAlone();
+    void withoutBusThereIsNoPort();
+    void endOfPortFreesItsName();
+    void sendToPortThatHasGoneIsInvalid();
+    void sendGivesUpAfterReceiveTimeout();
+    void sendRunsNoEventLoop();
+    void threadsSendAtOnce();
+    void exportsOnlySendRequest();
+    void callsNothingElse_data();
+    void callsNothingElse();
+};
+
+void MessagePortTest::opensOnlyPortsThatExist()
+{
+    QVERIFY(!RemoteMessagePort::open(portName));
+    const ThreadedPort port(portName, answerNothing);
+    QVERIFY(port.isServing());
+    QVERIFY(RemoteMessagePort::open(portName));
+    QVERIFY(!RemoteMessagePort::open(u"TestPor"_s));
+}
+
+void MessagePortTest::carriesIdentifierAndData_data()
+{
+    QTest::addColumn<int>("identifier");
+    QTest::addColumn<QByteArray>("data");
+    QTest::newRow("zero") << 0 << QByteArray("a");
+    QTest::newRow("largest") << std::numeric_limits<qint32>::max() << QByteArray("bplist00");
+    QTest::newRow("negative") << std::numeric_limits<qint32>::min() << QByteArray("b");
+    QTest::newRow("every byte") << 38 << [] {
+        QByteArray bytes;
+        for (int byte = 0; byte < 256; ++byte)
+            bytes.append(char(byte));
+        return bytes;
+    }();
+    QTest::newRow("a megabyte") << 4 << QByteArray(1 << 20, '\xA5');
+}
+
+void MessagePortTest::carriesIdentifierAndData()
+{
+    QFETCH(int, identifier);
+    QFETCH(QByteArray, data);
+    Received received;
+    const ThreadedPort port(portName, [&](qint32 id, const std::optional<QByteArray> &bytes) {
+        received = {id, bytes};
+        return std::optional(QByteArray("answer to ") + QByteArray::number(id));
+    });
+    QByteArray answer;
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    QVERIFY(remote->sendRequest(identifier, data, 2s, 2s, &answer) == SendStatus::success);
+    QCOMPARE(received.messageIdentifier, identifier);
+    QCOMPARE(received.data, data);
+    QCOMPARE(answer, QByteArray("answer to ") + QByteArray::number(identifier));
+}
+
+void MessagePortTest::emptyMessageCarriesNoData()
+{
+    Received received{.messageIdentifier = -1, .data = QByteArray("not called")};
+    const ThreadedPort port(portName, [&](qint32 id, const std::optional<QByteArray> &bytes) {
+        received = {id, bytes};
+        return bytes;
+    });
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    QVERIFY(remote->sendRequest(14, {}, 2s, 2s) == SendStatus::success);
+    QCOMPARE(received.messageIdentifier, 14);
+    QVERIFY(!received.data);
+}
+
+void MessagePortTest::absentAnswerIsEmptyArray()
+{
+    const ThreadedPort port(portName, answerNothing);
+    QByteArray answer("left over");
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    QVERIFY(remote->sendRequest(1, "x", 2s, 2s, &answer) == SendStatus::success);
+    QVERIFY(answer.isEmpty());
+    const QDBusMessage reply = portCall(interfaceName, u"SendRequest"_s, {1, QByteArray("x")});
+    QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(reply.signature(), u"ay"_s);
+}
+
+void MessagePortTest::postDoesNotWaitForTheAnswer()
+{
+    QSemaphore arrived;
+    QSemaphore mayAnswer;
+    const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &bytes) {
+        arrived.release();
+        mayAnswer.acquire();
+        return bytes;
+    });
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    remote->post(1, "x"); // would hang here until the time limit of the bus, if it waited
+    QVERIFY(arrived.tryAcquire(1, 5000));
+    mayAnswer.release();
+}
+
+void MessagePortTest::postsArriveInOrder()
+{
+    constexpr int count = 500;
+    std::vector<int> identifiers;
+    QSemaphore arrived;
+    const ThreadedPort port(portName, [&](qint32 id, const std::optional<QByteArray> &) {
+        identifiers.push_back(id);
+        arrived.release();
+        return std::optional<QByteArray>();
+    });
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    for (int id = 0; id < count; ++id)
+        remote->post(id, "x");
+    QVERIFY(arrived.tryAcquire(count, 20'000));
+    for (int id = 0; id < count; ++id)
+        QCOMPARE(identifiers.at(size_t(id)), id);
+}
+
+void MessagePortTest::refusesNameThatIsTaken()
+{
+    const ThreadedPort first(portName, [](qint32, const std::optional<QByteArray> &) { return QByteArray("first"); });
+    {
+        const ThreadedPort second(portName,
+                                  [](qint32, const std::optional<QByteArray> &) { return QByteArray("second"); });
+        QVERIFY(first.isServing());
+        QVERIFY(!second.isServing());
+    }
+    QByteArray answer;
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote); // the refused one took nothing away with it
+    QVERIFY(remote->sendRequest(1, "x", 2s, 2s, &answer) == SendStatus::success);
+    QCOMPARE(answer, QByteArray("first"));
+}
+
+void MessagePortTest::refusedPortLeavesOtherPortOfTheConnectionAlone_data()
+{
+    QTest::addColumn<QString>("secondName");
+    QTest::newRow("same name") << portName;
+    QTest::newRow("other name") << u"OtherPort"_s;
+}
+
+void MessagePortTest::refusedPortLeavesOtherPortOfTheConnectionAlone()
+{
+    QFETCH(QString, secondName);
+    const QDBusConnection connection = QDBusConnection::sessionBus();
+    const auto first = LocalMessagePort::create(portName, answerNothing, connection);
+    QVERIFY(first);
+    // One connection has one /MessagePort.
+    QVERIFY(!LocalMessagePort::create(secondName, answerNothing, connection));
+    QVERIFY(hasOwner(messagePortBusName(portName)));
+    QCOMPARE(connection.objectRegisteredAt(u"/MessagePort"_s), first.get());
+}
+
+void MessagePortTest::withoutBusThereIsNoPort()
+{
+    const QDBusConnection none(u"never connected"_s);
+    QVERIFY(!none.isConnected());
+    QVERIFY(!LocalMessagePort::create(portName, answerNothing, none));
+}
+
+void MessagePortTest::endOfPortFreesItsName()
+{
+    {
+        const ThreadedPort port(portName, answerNothing);
+        QVERIFY(hasOwner(messagePortBusName(portName)));
+    }
+    QVERIFY(!hasOwner(messagePortBusName(portName)));
+    const ThreadedPort again(portName, answerNothing);
+    QVERIFY(again.isServing());
+}
+
+void MessagePortTest::sendToPortThatHasGoneIsInvalid()
+{
+    auto port = std::make_unique<ThreadedPort>(portName, answerNothing);
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    port.reset();
+    QVERIFY(remote->sendRequest(1, "x", 2s, 2s) == SendStatus::isInvalid);
+}
+
+void MessagePortTest::sendGivesUpAfterReceiveTimeout()
+{
+    QSemaphore mayAnswer;
+    const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &bytes) {
+        mayAnswer.acquire();
+        return bytes;
+    });
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    QElapsedTimer timer;
+    timer.start();
+    const SendStatus status = remote->sendRequest(1, "x", 2s, 150ms);
+    const qint64 elapsedMs = timer.elapsed();
+    mayAnswer.release();
+    QVERIFY(status == SendStatus::receiveTimeout);
+    QVERIFY2(elapsedMs >= 145 && elapsedMs < 5000, qPrintable(QString::number(elapsedMs)));
+}
+
+void MessagePortTest::sendRunsNoEventLoop()
+{
+    QSemaphore eventWasHandled;
+    bool wasHandledDuringSend = true;
+    const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &bytes) {
+        wasHandledDuringSend = eventWasHandled.tryAcquire(1, 200);
+        return bytes;
+    });
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    QMetaObject::invokeMethod(this, [&] { eventWasHandled.release(); }, Qt::QueuedConnection);
+    QVERIFY(remote->sendRequest(1, "x", 2s, 2s) == SendStatus::success);
+    QVERIFY(!wasHandledDuringSend);
+    QTRY_COMPARE(eventWasHandled.available(), 1);
+}
+
+void MessagePortTest::threadsSendAtOnce()
+{
+    const ThreadedPort port(portName, [](qint32 id, const std::optional<QByteArray> &bytes) {
+        return bytes.value_or(QByteArray()) + QByteArray::number(id);
+    });
+    std::atomic<int> right = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int thread = 0; thread < 4; ++thread) {
+            threads.emplace_back([thread, &right] {
+                for (int i = 0; i < 50; ++i) {
+                    const int id = thread * 1000 + i;
+                    QByteArray answer;
+                    const auto remote = RemoteMessagePort::open(portName);
+                    if (remote && remote->sendRequest(id, "id ", 5s, 5s, &answer) == SendStatus::success
+                        && answer == "id " + QByteArray::number(id))
+                        ++right;
+                }
+            });
+        }
+    }
+    QCOMPARE(right.load(), 200);
+}
+
+void MessagePortTest::exportsOnlySendRequest()
+{
+    const ThreadedPort port(portName, answerNothing);
+    const QDBusMessage reply = portCall(u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s);
+    QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+    QXmlStreamReader xml(reply.arguments().at(0).toString());
+    QString interface;
+    QStringList own;
+    QStringList otherInterfaces;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        const auto attribute = [&](QLatin1StringView name) { return xml.attributes().value(name).toString(); };
+        if (xml.name() == "interface"_L1) {
+            interface = attribute("name"_L1);
+            if (interface != interfaceName)
+                otherInterfaces.append(interface);
+        } else if (interface == interfaceName) {
+            own.append(u"%1 %2 %3 %4"_s.arg(xml.name(), attribute("name"_L1), attribute("type"_L1),
+                                            attribute("direction"_L1)));
+        }
+    }
+    QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+    QCOMPARE(own, QStringList({u"method SendRequest  "_s, u"arg messageIdentifier i in"_s, u"arg data ay in"_s,
+                               u"arg answer ay out"_s}));
+    for (const QString &other : std::as_const(otherInterfaces)) // those that every object on the bus has
+        QVERIFY2(other.startsWith("org.freedesktop.DBus."_L1), qPrintable(other));
+}
+
+void MessagePortTest::callsNothingElse_data()
+{
+    QTest::addColumn<QString>("method");
+    QTest::addColumn<QVariantList>("arguments");
+    QTest::newRow("a slot of every object") << u"deleteLater"_s << QVariantList();
+    QTest::newRow("unknown") << u"Nothing"_s << QVariantList();
+    QTest::newRow("no arguments") << u"SendRequest"_s << QVariantList();
+    QTest::newRow("text for bytes") << u"SendRequest"_s << QVariantList{1, u"text"_s};
+    QTest::newRow("64-bit identifier") << u"SendRequest"_s << QVariantList{qlonglong(1), QByteArray("x")};
+    QTest::newRow("unsigned identifier") << u"SendRequest"_s << QVariantList{1u, QByteArray("x")};
+}
+
+void MessagePortTest::callsNothingElse()
+{
+    QFETCH(QString, method);
+    QFETCH(QVariantList, arguments);
+    std::atomic<int> calls = 0;
+    const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &bytes) {
+        ++calls;
+        return bytes;
+    });
+    const QDBusMessage reply = portCall(interfaceName, method, arguments);
+    QCOMPARE(reply.type(), QDBusMessage::ErrorMessage);
+    QCOMPARE(reply.errorName(), u"org.freedesktop.DBus.Error.UnknownMethod"_s);
+    QCOMPARE(calls.load(), 0);
+}
+
+QTEST_GUILESS_MAIN(MessagePortTest)
+#include "messageporttest.moc"

@@ -1,0 +1,82 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""An installation into an empty folder is complete, and the installed daemon and kestractl work together from there.
+Usage: testinstall.py CMAKE BUILD_FOLDER"""
+
+import os
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+CMAKE, BUILD_FOLDER = sys.argv.pop(1), sys.argv.pop(1)
+LIMIT_SECONDS = 20
+
+EXPECTED_FILES = """
+bin/QuillKestraDaemon
+bin/kestra-configurator
+bin/kestractl
+lib/systemd/user/quill-kestra-daemon.service
+share/applications/org.quillkestra.Configurator.desktop
+share/icons/hicolor/scalable/apps/org.quillkestra.Configurator.svg
+share/man/man1/QuillKestraDaemon.1
+share/man/man1/kestra-configurator.1
+share/man/man1/kestractl.1
+share/quill-kestra/Kestra.plist
+share/quill-kestra/texts/en.qm
+""".split()
+
+
+class Installation(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls.folder.cleanup)
+        cls.prefix = Path(cls.folder.name) / "prefix"
+        subprocess.run([CMAKE, "--install", BUILD_FOLDER, "--prefix", str(cls.prefix)], check=True, capture_output=True)
+
+    def environment(self):
+        home = Path(self.folder.name) / "home"
+        home.mkdir(exist_ok=True)
+        environment = {key: value for key, value in os.environ.items() if not key.startswith(("XDG_", "QUILL_"))}
+        environment["HOME"] = str(home)
+        return environment
+
+    def kestractl(self, *arguments):
+        return subprocess.run([str(self.prefix / "bin/kestractl"), *arguments], env=self.environment(),
+                              capture_output=True, text=True, check=False, timeout=LIMIT_SECONDS)
+
+    def test_every_file_is_there(self):
+        self.assertEqual([name for name in EXPECTED_FILES if not (self.prefix / name).is_file()], [])
+
+    def test_nothing_of_the_build_folder_is_named(self):
+        for path in self.prefix.rglob("*"):
+            if path.suffix in {".desktop", ".service"}:
+                self.assertNotIn(str(Path(BUILD_FOLDER).parent), path.read_text())
+
+    def test_the_desktop_entry_starts_what_is_installed(self):
+        entry = (self.prefix / "share/applications/org.quillkestra.Configurator.desktop").read_text().splitlines()
+        program = next(line for line in entry if line.startswith("Exec=")).removeprefix("Exec=").split()[0]
+        self.assertTrue(os.access(self.prefix / "bin" / program, os.X_OK))
+        icon = next(line for line in entry if line.startswith("Icon=")).removeprefix("Icon=")
+        self.assertTrue((self.prefix / f"share/icons/hicolor/scalable/apps/{icon}.svg").is_file())
+
+    def test_the_installed_programs_find_their_resources(self):
+        with subprocess.Popen([str(self.prefix / "bin/QuillKestraDaemon")], env=self.environment(),
+                              stderr=subprocess.DEVNULL) as daemon:
+            try:
+                deadline = time.monotonic() + LIMIT_SECONDS
+                while self.kestractl("status").returncode != 0:
+                    self.assertLess(time.monotonic(), deadline, "the installed daemon does not answer")
+                    time.sleep(0.05)
+                self.assertEqual(self.kestractl("key", "A").stdout, "A: default key\n")
+                self.assertEqual(self.kestractl("key", "A", "disable").stdout, "A: disabled\n")
+                self.assertEqual(self.kestractl("key", "A", "default").stdout, "A: default key\n")
+            finally:
+                daemon.terminate()
+
+
+if __name__ == "__main__":
+    unittest.main()

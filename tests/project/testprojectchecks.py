@@ -1,0 +1,182 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Each check of the repository finds what is wrong in a bad sample and nothing in a good one."""
+
+import unittest
+
+from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_include_directions, check_licence_lines,
+                           check_machine_paths, check_string_connects, check_texts, check_thin_mains)
+
+KEYS_CMAKE = Source("keys/CMakeLists.txt", """
+kestra_library(kestra_keys_records
+  SOURCES
+    keylayout.cpp keylayout.h
+  LINK kestra_util)
+kestra_library(kestra_keys
+  SOURCES
+    keyboardkeyscontroller.cpp keyboardkeyscontroller.h
+  LINK kestra_keys_records)
+""")
+PLATFORM_CMAKE = Source("platform/CMakeLists.txt", """
+kestra_library(kestra_platform_widgets
+  SOURCES
+    sheet.cpp sheet.h
+  LINK kestra_platform)
+""")
+HEADERS = [Source(path, "") for path in (
+    "app/keyboardmaincontroller.h", "app/util/text.h", "daemon/store.h", "daemonlink/replyport.h", "cli/console.h",
+    "keys/keylayout.h", "keys/keyboardkeyscontroller.h", "keys/keytable.inc", "platform/sheet.h",
+    "platform/messageport.h", "profiles/profilescontroller.h", "tests/support/fakedaemon.h")]
+
+
+def include_findings(path, included):
+    sample = Source(path, f'#include "{included}"\n')
+    return check_include_directions([KEYS_CMAKE, PLATFORM_CMAKE, *HEADERS, sample])
+
+
+class IncludeDirections(unittest.TestCase):
+    def test_forbidden_directions_are_found(self):
+        for path, included in (
+                ("app/util/text.cpp", "platform/messageport.h"),
+                ("platform/messageport.cpp", "daemonlink/replyport.h"),
+                ("daemonlink/replyport.cpp", "keys/keylayout.h"),
+                ("daemonlink/replyport.cpp", "platform/sheet.h"),
+                ("keys/keyboardkeyscontroller.cpp", "daemonlink/replyport.h"),
+                ("keys/keyboardkeyscontroller.cpp", "app/keyboardmaincontroller.h"),
+                ("macros/macroscontroller.cpp", "keys/keyboardkeyscontroller.h"),
+                ("keys/keylayout.cpp", "keys/keyboardkeyscontroller.h"),
+                ("keys/keylayout.cpp", "platform/sheet.h"),
+                ("daemon/store.cpp", "daemonlink/replyport.h"),
+                ("daemon/store.cpp", "platform/sheet.h"),
+                ("daemon/store.cpp", "keys/keyboardkeyscontroller.h"),
+                ("cli/console.cpp", "keys/keyboardkeyscontroller.h"),
+                ("cli/console.cpp", "daemon/store.h"),
+                ("app/main.cpp", "daemon/store.h"),
+                ("app/main.cpp", "tests/support/fakedaemon.h"),
+        ):
+            with self.subTest(path=path, included=included):
+                self.assertEqual(include_findings(path, included), [f'{path}: must not include "{included}"'])
+
+    def test_allowed_directions_pass(self):
+        for path, included in (
+                ("platform/messageport.cpp", "app/util/text.h"),
+                ("daemonlink/replyport.cpp", "platform/messageport.h"),
+                ("keys/keyboardkeyscontroller.cpp", "platform/sheet.h"),
+                ("macros/macroscontroller.cpp", "keys/keylayout.h"),
+                ("keys/keylayout.cpp", "keys/keytable.inc"),
+                ("daemon/store.cpp", "keys/keylayout.h"),
+                ("cli/console.cpp", "daemonlink/replyport.h"),
+                ("app/main.cpp", "profiles/profilescontroller.h"),
+                ("tests/keys/tst_keys.cpp", "tests/support/fakedaemon.h"),
+        ):
+            with self.subTest(path=path, included=included):
+                self.assertEqual(include_findings(path, included), [])
+
+    def test_a_path_that_is_not_from_the_root_is_found(self):
+        self.assertEqual(len(include_findings("keys/keylayout.cpp", "keylayout.h")), 1)
+
+
+class LicenceLines(unittest.TestCase):
+    def test_each_kind_of_file_needs_the_line(self):
+        for path, text in (("keys/a.cpp", "int a;"), ("keys/a.h", "int a;"), ("keys/a.inc", "A(1)"),
+                           ("keys/CMakeLists.txt", "add()"), ("cmake/a.cmake", "add()"), ("tools/a.py", "pass"),
+                           ("tools/a.sh", "true"), ("run", "#!/bin/sh\ntrue")):
+            with self.subTest(path=path):
+                self.assertEqual(len(check_licence_lines([Source(path, text)])), 1)
+
+    def test_the_line_may_follow_the_interpreter(self):
+        self.assertEqual(check_licence_lines([Source("run", "#!/bin/sh\n# SPDX-License-Identifier: MIT\ntrue")]), [])
+
+    def test_the_line_does_not_count_further_down(self):
+        text = "int a;\n" * 5 + "// SPDX-License-Identifier: MIT\n"
+        self.assertEqual(len(check_licence_lines([Source("keys/a.cpp", text)])), 1)
+
+    def test_texts_need_none(self):
+        self.assertEqual(check_licence_lines([Source("README.md", "# Title")]), [])
+
+
+class StringConnects(unittest.TestCase):
+    def test_signal_is_found_everywhere(self):
+        for path in ("keys/a.cpp", "platform/a.cpp", "tests/keys/a.cpp"):
+            with self.subTest(path=path):
+                self.assertEqual(len(check_string_connects([Source(path, "connect(a, SIGNAL(b()), c);")])), 1)
+
+    def test_slot_is_found_outside_platform(self):
+        self.assertEqual(len(check_string_connects([Source("daemon/a.cpp", "connect(SLOT(b()));")])), 1)
+
+    def test_slot_may_stand_in_one_file_of_platform(self):
+        one = Source("platform/a.cpp", "bus.connect(SLOT(b()));")
+        other = Source("platform/b.cpp", "bus.connect(SLOT(b()));")
+        self.assertEqual(check_string_connects([one]), [])
+        self.assertEqual(len(check_string_connects([one, other])), 1)
+
+    def test_other_words_pass(self):
+        self.assertEqual(check_string_connects([Source("keys/a.cpp", "Q_SIGNALS: QSIGNAL (x); SLOTS(")]), [])
+
+
+class Texts(unittest.TestCase):
+    CODE = Source("keys/a.cpp", 'localizedText("lkeyOne"); row{"lkeyTwo"};')
+
+    @staticmethod
+    def table(*keys, path="resources/texts/en/keys.ts"):
+        return Source(path, "".join(f'<message id="{key}"><source>{key}</source></message>' for key in keys))
+
+    def test_complete_tables_pass(self):
+        self.assertEqual(check_texts([self.CODE, self.table("lkeyOne", "lkeyTwo")]), [])
+
+    def test_a_missing_text_is_found(self):
+        self.assertEqual(check_texts([self.CODE, self.table("lkeyOne")]),
+                         ["keys/a.cpp: resources/texts/en has no text for lkeyTwo"])
+
+    def test_a_text_missing_in_one_language_is_found(self):
+        other = self.table("lkeyOne", path="resources/texts/de/keys.ts")
+        self.assertEqual(check_texts([self.CODE, self.table("lkeyOne", "lkeyTwo"), other]),
+                         ["keys/a.cpp: resources/texts/de has no text for lkeyTwo"])
+
+    def test_tables_that_are_all_missing_are_found(self):
+        self.assertEqual(len(check_texts([self.CODE])), 2)
+
+    def test_an_unused_text_is_found(self):
+        self.assertEqual(check_texts([self.CODE, self.table("lkeyOne", "lkeyTwo", "lkeyThree")]),
+                         ["resources/texts/en/keys.ts: nothing uses lkeyThree"])
+
+    def test_a_use_in_a_test_does_not_count(self):
+        test = Source("tests/keys/a.cpp", 'localizedText("lkeyThree")')
+        self.assertEqual(len(check_texts([self.CODE, test, self.table("lkeyOne", "lkeyTwo", "lkeyThree")])), 1)
+
+    def test_a_text_given_twice_is_found(self):
+        tables = [self.table("lkeyOne", "lkeyTwo"), self.table("lkeyTwo", path="resources/texts/en/app.ts")]
+        self.assertEqual(len(check_texts([self.CODE, *tables])), 1)
+
+
+class MachinePaths(unittest.TestCase):
+    def test_paths_of_one_machine_are_found(self):
+        for folder in ("work", "root", "Users", "home/anna"):
+            with self.subTest(folder=folder):
+                text = f"first\nopen('/{folder}/project/a')"
+                findings = check_machine_paths([Source("tools/a.py", text)])
+                self.assertEqual(len(findings), 1)
+                self.assertTrue(findings[0].startswith("tools/a.py:2:"))
+
+    def test_other_paths_pass(self):
+        text = "/usr/bin/env /tmp/x /home/user/Programs/a.app ${DIR}/work/x https://host/root/x ../work/x"
+        self.assertEqual(check_machine_paths([Source("tools/a.py", text)]), [])
+
+
+class ThinMains(unittest.TestCase):
+    @staticmethod
+    def main_of(lines):
+        return "int main(int argc, char *argv[])\n{\n" + "    run();\n" * (lines - 3) + "}\n"
+
+    def test_a_long_main_is_found(self):
+        self.assertEqual(len(check_thin_mains([Source("cli/main.cpp", self.main_of(MAXIMUM_MAIN_LINES))])), 1)
+
+    def test_a_thin_main_passes(self):
+        self.assertEqual(check_thin_mains([Source("cli/main.cpp", self.main_of(MAXIMUM_MAIN_LINES - 1))]), [])
+
+    def test_tests_are_not_limited(self):
+        self.assertEqual(check_thin_mains([Source("tests/a/tst_a.cpp", self.main_of(200))]), [])
+
+
+if __name__ == "__main__":
+    unittest.main()

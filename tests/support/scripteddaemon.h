@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+// A daemon that answers by a script: for what the real one never does (wrong, late, double, missing replies) and for
+// seeing exactly what is sent. It has a thread and a bus connection of its own, so it works while the main thread blocks.
+#pragma once
+
+#include "app/util/daemonprotocol.h"
+
+#include <QByteArray>
+#include <QDBusConnection>
+#include <QObject>
+#include <QThread>
+#include <QVariantMap>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+class LocalMessagePort;
+
+/// Every function may be called from any thread. Owns the daemon's request port from construction to disappear().
+class ScriptedDaemon
+{
+public:
+    using Command = DaemonProtocol::Command;
+
+    struct Request
+    {
+        int command = -1;
+        QVariantMap dictionary;
+        QByteArray data;
+    };
+
+    /// One message to the reply port that the request named.
+    struct Reply
+    {
+        QByteArray data;
+        std::chrono::milliseconds after{0};
+    };
+
+    using Script = std::function<std::vector<Reply>(const Request &)>;
+
+    /// Answers every command with status 0; the commands that return a document with `document`.
+    explicit ScriptedDaemon(QVariantMap document = {});
+    ~ScriptedDaemon();
+
+    /// Takes the request port's name, or gives it up.
+    void appear();
+    void disappear();
+
+    // What it answers from now on
+    void setDocument(const QVariantMap &document);
+    void setReply(Command command, const QVariantMap &reply);
+    void setScript(Command command, Script script);
+    void setSilent(Command command);
+    /// The request is received but not answered on the bus (SendRequest does not return) for `duration`.
+    void setSlowToAnswer(std::chrono::milliseconds duration);
+
+    /// Sends `data` to the reply port named `port` and waits until it was answered; the answer.
+    QByteArray sendToReplyPort(const QString &port, int messageIdentifier, const QByteArray &data);
+
+    void postNotification(const QString &name, const QVariantMap &userInfo = {});
+
+    // What it received
+    [[nodiscard]] std::vector<Request> requests() const;
+    [[nodiscard]] std::vector<int> commands() const;
+    /// The last request of `command`; its command is -1 when there was none.
+    [[nodiscard]] Request lastRequest(Command command) const;
+    [[nodiscard]] int count(Command command) const;
+    void forgetRequests();
+
+    static QByteArray encoded(const QVariantMap &dictionary);
+
+private:
+    std::optional<QByteArray> receive(qint32 command, const std::optional<QByteArray> &data);
+    std::vector<Reply> scriptedReplies(const Request &request) const;
+    void send(const QString &port, int command, const Reply &reply);
+    void run(const std::function<void()> &work);
+
+    mutable std::mutex mMutex; // guards the script and the requests
+    QVariantMap mDocument;
+    std::map<int, Script> mScripts;
+    std::vector<Request> mRequests;
+    std::chrono::milliseconds mAnswerDelay{0};
+
+    QThread mThread;
+    QObject mContext; // lives on mThread
+    QString mConnectionName;
+    std::unique_ptr<LocalMessagePort> mPort; // used on mThread only
+};

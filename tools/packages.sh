@@ -1,0 +1,57 @@
+# shellcheck shell=bash
+# SPDX-License-Identifier: MIT
+# The Debian and Ubuntu packages that ./run and ./test need, and the function that installs the missing ones. To be sourced.
+# A row is "group package probe": the package counts as present when the command `probe` is found, or, where the
+# probe is "-", when dpkg says that it is installed.
+
+kestra_packages='
+build   g++             g++
+build   cmake           cmake
+build   ninja-build     ninja
+build   qt6-base-dev    -
+build   qt6-tools-dev   -
+build   qt6-l10n-tools  -
+session dbus            dbus-run-session
+display libqt6gui6      -
+display fonts-dejavu-core -
+tour    xvfb            Xvfb
+tour    xdotool         xdotool
+tour    imagemagick     import
+test    python3         python3
+test    clang           clang++
+test    libplist-dev    -
+'
+
+kestra_is_present() { # package probe
+    if [ "$2" != - ]; then
+        command -v "$2" >/dev/null
+    else
+        # Ubuntu's 64-bit-time packages carry a suffix; what they provide is what counts.
+        dpkg-query -W -f '${Package} ${Status} ${Provides}\n' "$1" "$1t64" 2>/dev/null | grep -q 'install ok installed'
+    fi
+}
+
+# kestra_require GROUP...: makes sure that every package of the groups is there; says what it installs before it does.
+kestra_require() {
+    local group package probe missing=()
+    while read -r group package probe; do
+        [[ " $* " == *" $group "* ]] || continue
+        kestra_is_present "$package" "$probe" || missing+=("$package")
+    done < <(grep . <<<"$kestra_packages")
+    [ ${#missing[@]} -eq 0 ] && return 0
+    if ! command -v apt-get >/dev/null; then
+        echo "These packages are missing and there is no apt-get to install them: ${missing[*]}" >&2
+        return 1
+    fi
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            echo "Please install as root: apt-get install ${missing[*]}" >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "Installing what is missing: ${missing[*]}"
+    "${as_root[@]}" apt-get update -q
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
+}

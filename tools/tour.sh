@@ -1,0 +1,159 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# The guided tour: the main job step by step on a virtual display, with a session bus, settings and resources of its own.
+# Every step says what the daemon or the window answered; a wrong answer ends the tour with exit code 1.
+# Usage: tour.sh FOLDER_OF_THE_EXECUTABLES FOLDER_FOR_THE_SCREENSHOTS
+set -euo pipefail
+
+here=$(cd "$(dirname "$0")" && pwd)
+if [ -z "${KESTRA_TOUR_FOLDER:-}" ]; then
+    KESTRA_TOUR_FOLDER=$(mktemp -d)
+    export KESTRA_TOUR_FOLDER
+    trap 'rm -rf "$KESTRA_TOUR_FOLDER"' EXIT
+    mkdir -p "$2"
+    # The settings of whoever takes the tour are not touched.
+    export HOME=$KESTRA_TOUR_FOLDER/home
+    export XDG_STATE_HOME=$HOME/state XDG_DATA_HOME=$HOME/data XDG_CONFIG_HOME=$HOME/config XDG_CACHE_HOME=$HOME/cache
+    export XDG_RUNTIME_DIR=$KESTRA_TOUR_FOLDER/runtime
+    mkdir -p "$XDG_STATE_HOME" "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME"
+    mkdir -m 700 "$XDG_RUNTIME_DIR"
+    cp -r "$1/resources" "$KESTRA_TOUR_FOLDER/resources"
+    export QUILL_KESTRA_RESOURCES=$KESTRA_TOUR_FOLDER/resources
+    export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
+    unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
+    status=0
+    dbus-run-session -- "$here/tour.sh" "$(cd "$1" && pwd)" "$(cd "$2" && pwd)" || status=$?
+    exit $status
+fi
+
+bin=$1
+pictures=$2
+folder=$KESTRA_TOUR_FOLDER
+started=()
+step_number=0
+
+finish() {
+    local status=$? pid
+    # Backwards, so that what others depend on goes last.
+    for ((index = ${#started[@]} - 1; index >= 0; index--)); do
+        pid=${started[index]}
+        kill -TERM "$pid" 2>/dev/null || true
+        wait "$pid" 2>/dev/null || true
+    done
+    if [ "$status" -ne 0 ]; then
+        echo "The tour failed; the logs follow."
+        tail -n 20 "$folder"/*.log
+    fi
+    exit "$status"
+}
+trap finish EXIT
+
+step() {
+    step_number=$((step_number + 1))
+    printf '\n%d. %s\n' "$step_number" "$1"
+}
+say() { printf '   %s\n' "$1"; }
+fail() {
+    printf '   WRONG: %s\n' "$1"
+    exit 1
+}
+
+# wait_until SECONDS COMMAND...: polls until the command succeeds.
+wait_until() {
+    local deadline=$((SECONDS + $1))
+    shift
+    until "$@"; do
+        [ "$SECONDS" -lt "$deadline" ] || return 1
+        sleep 0.1
+    done
+}
+
+picture() {
+    import -window root "$pictures/$1.png"
+    say "screenshot: $1.png"
+}
+
+answers() { "$bin/kestractl" status >/dev/null 2>&1; }
+key_a() { "$bin/kestractl" key A 2>&1; }
+key_a_is() { [ "$(key_a)" = "A: $1" ]; }
+expect_key_a() { # what it should do
+    wait_until 10 key_a_is "$1" || fail "kestractl key A says \"$(key_a)\", not \"A: $1\""
+    say "kestractl key A: $(key_a)"
+}
+
+control() { "$bin/kestra-find-control" "$configurator" "$1" "$2"; }
+is_showing() { control "$1" "$2" >/dev/null; }
+click() { # role name
+    wait_until 10 is_showing "$1" "$2" || {
+        "$bin/kestra-find-control" "$configurator" >"$folder/controls.log" || true
+        fail "the window shows no $1 \"$2\""
+    }
+    local x y rest
+    read -r x y rest < <(control "$1" "$2")
+    xdotool mousemove "$x" "$y" click 1
+    say "clicked the $1 \"$2\" at $x,$y"
+}
+
+configurator=
+start_configurator() {
+    : >"$folder/ready"
+    KESTRA_BENCH_READY=1 "$bin/kestra-configurator" >"$folder/ready" 2>>"$folder/configurator.log" &
+    configurator=$!
+    started+=("$configurator")
+    wait_until 20 grep -q ready "$folder/ready" || fail "the window's controls are not enabled after 20 s"
+    say "the window is there and its controls are enabled"
+}
+has_ended() { ! kill -0 "$1" 2>/dev/null; }
+
+exec 3>"$folder/display"
+Xvfb -displayfd 3 -screen 0 1500x950x24 -nolisten tcp >"$folder/xvfb.log" 2>&1 &
+started+=($!)
+exec 3>&-
+wait_until 10 test -s "$folder/display" || fail "the virtual display does not start"
+DISPLAY=:$(cat "$folder/display")
+export DISPLAY
+"$bin/kestra-find-control" --serve 2>"$folder/accessibility.log" &
+started+=($!)
+
+step "The daemon starts, with a virtual keyboard and factory settings"
+"$here/supervise.sh" "$folder/daemon.pid" "$bin/QuillKestraDaemon" >"$folder/daemon.log" 2>&1 &
+started+=($!)
+wait_until 10 answers || fail "no daemon answers"
+"$bin/kestractl" status | sed 's/^/   /'
+expect_key_a "default key"
+
+step "The configurator shows the keyboard"
+start_configurator
+picture 1-keys-tab
+
+step "Select the key A"
+click "$(cat "$here/tour/key-role" 2>/dev/null || echo 'push button')" "A"
+picture 2-key-a-selected
+
+step "Choose \"Disable\" for it"
+click "combo box" "Assignment"
+click "list item" "Disable"
+expect_key_a "disabled"
+picture 3-key-a-disabled
+
+step "Kill the daemon without warning (kill -9); its supervisor starts it again"
+old_daemon=$(cat "$folder/daemon.pid")
+kill -9 "$old_daemon"
+is_restarted() { [ -s "$folder/daemon.pid" ] && [ "$(cat "$folder/daemon.pid")" != "$old_daemon" ] && answers; }
+wait_until 15 is_restarted || fail "the daemon does not come back"
+say "process $old_daemon was killed; process $(cat "$folder/daemon.pid") answers"
+expect_key_a "disabled"
+
+step "Close the configurator and start it again"
+kill -TERM "$configurator"
+wait_until 10 has_ended "$configurator" || fail "the configurator does not end"
+start_configurator
+expect_key_a "disabled"
+picture 4-after-restart
+
+step "Give the key its default again from the command line; the open window follows"
+"$bin/kestractl" key A default | sed 's/^/   /'
+expect_key_a "default key"
+picture 5-default-again
+
+printf '\nThe tour is done; the screenshots are in %s\n' "$pictures"

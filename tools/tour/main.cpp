@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+// Says where a control of another program is on the screen: kestra-find-control PID [ROLE NAME]
+// Prints "x y width height states description" of the first match (x, y: its centre), or every control without a name.
+// kestra-find-control --serve asks the programs that start later to describe their controls, until it is ended.
+#include "tools/tour/accessibilitybus.h"
+#include "tools/tour/accessibletree.h"
+
+#include <QCoreApplication>
+#include <QTextStream>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+int serve()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    QObject object;
+    new AccessibilityBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), &object);
+    new AccessibilityStatus(&object);
+    if (!bus.registerObject(u"/org/a11y/bus"_s, &object) || !bus.registerService(u"org.a11y.Bus"_s))
+        return 1;
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QTextStream out(stdout);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == "--serve"_L1)
+        return serve();
+    if (arguments.size() != 2 && arguments.size() != 4) {
+        out << "Usage: kestra-find-control PID [ROLE NAME] | --serve\n";
+        return 2;
+    }
+    const AccessibleTree tree(QDBusConnection::sessionBus(), arguments.at(1).toUInt());
+    const QString role = arguments.value(2);
+    const QString name = arguments.value(3);
+    bool found = false;
+    const QList<AccessibleControl> controls = tree.showingControls();
+    for (const AccessibleControl &control : controls) {
+        const QPoint centre = control.screenRect.center();
+        const QString where = u"%1 %2 %3 %4 %5"_s.arg(centre.x())
+                                  .arg(centre.y())
+                                  .arg(control.screenRect.width())
+                                  .arg(control.screenRect.height())
+                                  .arg(control.states.join(u','));
+        if (arguments.size() == 2) {
+            out << where << " | " << control.role << " | " << control.name << " | " << control.description << '\n';
+            found = true;
+        } else if (control.role == role && control.name == name) {
+            out << where << ' ' << control.description << '\n';
+            return 0;
+        }
+    }
+    return found ? 0 : 1;
+}
