@@ -20,6 +20,8 @@ constexpr CommandRow rows[] = {
      QLatin1StringView("press a key of the virtual keyboard and hold it"), pressKey},
     {QLatin1StringView("keyboard release"), QLatin1StringView("KEY"), 1, 1, QLatin1StringView(""),
      QLatin1StringView("release a key of the virtual keyboard"), releaseKey},
+    {QLatin1StringView("keyboard sent"), QLatin1StringView(""), 0, 0, QLatin1StringView("--json"),
+     QLatin1StringView("list the keys that the computer now sees held on the virtual keyboard"), showSentKeys},
     {QLatin1StringView("keyboard attach"), QLatin1StringView(""), 0, 0, QLatin1StringView(""),
      QLatin1StringView("plug the virtual keyboard in"), attachKeyboard},
     {QLatin1StringView("keyboard remove"), QLatin1StringView(""), 0, 0, QLatin1StringView(""),

@@ -48,6 +48,7 @@ ExitCode switchToProfile(CommandContext &context);
 ExitCode showOrAssignKey(CommandContext &context);
 ExitCode pressKey(CommandContext &context);
 ExitCode releaseKey(CommandContext &context);
+ExitCode showSentKeys(CommandContext &context);
 ExitCode attachKeyboard(CommandContext &context);
 ExitCode removeKeyboard(CommandContext &context);
 ExitCode pressGameMode(CommandContext &context);

@@ -4,12 +4,15 @@
 #include "cli/virtualkeyboardclient.h"
 #include "keys/keynames.h"
 
+#include <QJsonArray>
+#include <QJsonObject>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Keyboard/Keypad, of the USB HID Usage Tables.
-constexpr uint keyboardUsagePage = 0x07;
+constexpr int keyboardUsagePage = 0x07;
 
 ExitCode callKeyboard(CommandContext &context, QLatin1StringView method, const QVariantList &arguments = {})
 {
@@ -23,7 +26,7 @@ ExitCode callWithKey(CommandContext &context, QLatin1StringView method)
     const std::optional<int> code = keyCodeForName(text);
     if (!code)
         return context.console.fail(ExitCode::usage, u"the keyboard has no key \"%1\""_s.arg(text));
-    return callKeyboard(context, method, {keyboardUsagePage, static_cast<uint>(*code)});
+    return callKeyboard(context, method, {static_cast<uint>(keyboardUsagePage), static_cast<uint>(*code)});
 }
 
 } // namespace
@@ -36,6 +39,27 @@ ExitCode pressKey(CommandContext &context)
 ExitCode releaseKey(CommandContext &context)
 {
     return callWithKey(context, "Release"_L1);
+}
+
+ExitCode showSentKeys(CommandContext &context)
+{
+    VirtualKeyboardResult result;
+    const std::optional<QList<uint>> usages = VirtualKeyboardClient::sentKeys(result);
+    if (!usages)
+        return context.console.fail(result.failure, result.reason);
+    QJsonArray list;
+    for (const uint extendedUsage : *usages) {
+        const int page = static_cast<int>(extendedUsage >> 16U);
+        const int usage = static_cast<int>(extendedUsage & 0xFFFFU);
+        const QString name = page == keyboardUsagePage ? keyName(usage) : QString();
+        if (context.hasOption(Options::json))
+            list.append(QJsonObject{{u"page"_s, page}, {u"usage"_s, usage}, {u"key"_s, name}});
+        else
+            context.console.print(name.isEmpty() ? u"page %1, usage %2"_s.arg(page).arg(usage) : name);
+    }
+    if (context.hasOption(Options::json))
+        context.console.printJson(list);
+    return ExitCode::ok;
 }
 
 ExitCode attachKeyboard(CommandContext &context)

@@ -4,6 +4,7 @@
 #include "app/util/daemonprotocol.h"
 #include "platform/messageport.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -40,6 +41,17 @@ VirtualKeyboardResult resultOf(const QDBusMessage &reply)
     return {ExitCode::refused, u"the virtual keyboard refused: %1"_s.arg(reply.errorMessage())};
 }
 
+/// A property of the virtual keyboard; absent with `result` saying why.
+std::optional<QVariant> readProperty(const QString &name, VirtualKeyboardResult &result)
+{
+    const QDBusMessage reply =
+        callDaemon("org.freedesktop.DBus.Properties"_L1, "Get"_L1, {QString(interfaceName), name});
+    result = resultOf(reply);
+    if (result.failure != ExitCode::ok || reply.arguments().isEmpty())
+        return {};
+    return reply.arguments().first().value<QDBusVariant>().variant();
+}
+
 } // namespace
 
 VirtualKeyboardResult VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments)
@@ -49,9 +61,13 @@ VirtualKeyboardResult VirtualKeyboardClient::call(QLatin1StringView method, cons
 
 std::optional<bool> VirtualKeyboardClient::isAttached()
 {
-    const QDBusMessage reply =
-        callDaemon("org.freedesktop.DBus.Properties"_L1, "Get"_L1, {QString(interfaceName), u"Attached"_s});
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
-        return {};
-    return reply.arguments().first().value<QDBusVariant>().variant().toBool();
+    VirtualKeyboardResult result;
+    const std::optional<QVariant> attached = readProperty(u"Attached"_s, result);
+    return attached ? std::optional(attached->toBool()) : std::nullopt;
+}
+
+std::optional<QList<uint>> VirtualKeyboardClient::sentKeys(VirtualKeyboardResult &result)
+{
+    const std::optional<QVariant> keys = readProperty(u"SentKeys"_s, result);
+    return keys ? std::optional(qdbus_cast<QList<uint>>(*keys)) : std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include "cli/exitcode.h"
 
 #include <QLatin1StringView>
+#include <QList>
 #include <QString>
 #include <QVariantList>
 
@@ -25,5 +26,9 @@ namespace VirtualKeyboardClient {
 
 /// Whether the virtual keyboard is attached; absent when the daemon has none.
 [[nodiscard]] std::optional<bool> isAttached();
+
+/// What the computer sees down, in the order of the presses: usage page in the upper 16 bits, usage in the lower.
+/// Absent with `result` saying why when it cannot be read.
+[[nodiscard]] std::optional<QList<uint>> sentKeys(VirtualKeyboardResult &result);
 
 } // namespace VirtualKeyboardClient

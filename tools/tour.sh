@@ -81,6 +81,7 @@ expect_key_a() { # what it should do
     say "kestractl key A: $(key_a)"
 }
 
+# control ROLE NAME: "x y width height states description"
 control() { "$bin/kestra-find-control" "$configurator" "$1" "$2"; }
 is_showing() { control "$1" "$2" >/dev/null; }
 click() { # role name
@@ -92,6 +93,17 @@ click() { # role name
     read -r x y rest < <(control "$1" "$2")
     xdotool mousemove "$x" "$y" click 1
     say "clicked the $1 \"$2\" at $x,$y"
+}
+
+# The window says of the control what its description is, and that it is in the state.
+shows() { # role name state description
+    local states description
+    read -r _ _ _ _ states description < <(control "$1" "$2")
+    [[ ",$states," == *",$3,"* && $description == "$4" ]]
+}
+expect_window() { # role name state description
+    wait_until 10 shows "$@" || fail "the window shows the $1 \"$2\" as: $(control "$1" "$2")"
+    say "the window shows the $1 \"$2\": $4 ($3)"
 }
 
 configurator=
@@ -127,14 +139,18 @@ start_configurator
 picture 1-keys-tab
 
 step "Select the key A"
-click "$(cat "$here/tour/key-role" 2>/dev/null || echo 'push button')" "A"
+click "check box" "A"
+expect_window "check box" "A" "checked" "Default key"
 picture 2-key-a-selected
 
-step "Choose \"Disable\" for it"
-click "combo box" "Assignment"
-click "list item" "Disable"
+step "Choose \"Disable key\", the last item, as its assignment"
+click "button menu" "Assignment:"
+picture 3-assignments
+xdotool key Up Return
+expect_window "button menu" "Assignment:" "enabled" "Disable key"
+expect_window "check box" "A" "checked" "Disable key"
 expect_key_a "disabled"
-picture 3-key-a-disabled
+picture 4-key-a-disabled
 
 step "Kill the daemon without warning (kill -9); its supervisor starts it again"
 old_daemon=$(cat "$folder/daemon.pid")
@@ -147,13 +163,28 @@ expect_key_a "disabled"
 step "Close the configurator and start it again"
 kill -TERM "$configurator"
 wait_until 10 has_ended "$configurator" || fail "the configurator does not end"
+ending=0
+wait "$configurator" || ending=$?
+[ "$ending" -eq 0 ] || fail "the configurator ended with status $ending"
+say "the configurator has ended by itself"
 start_configurator
 expect_key_a "disabled"
-picture 4-after-restart
+expect_window "check box" "A" "checked" "Disable key"
+picture 5-after-restart
+
+step "Press A and B on the virtual keyboard: the computer receives only B"
+"$bin/kestractl" keyboard press A
+"$bin/kestractl" keyboard press B
+received() { "$bin/kestractl" keyboard sent; }
+wait_until 10 eval '[ "$(received)" = B ]' || fail "the computer received: $(received)"
+say "kestractl keyboard sent: $(received)"
+"$bin/kestractl" keyboard release A
+"$bin/kestractl" keyboard release B
 
 step "Give the key its default again from the command line; the open window follows"
 "$bin/kestractl" key A default | sed 's/^/   /'
 expect_key_a "default key"
-picture 5-default-again
+expect_window "check box" "A" "checked" "Default key"
+picture 6-default-again
 
 printf '\nThe tour is done; the screenshots are in %s\n' "$pictures"

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void profileNameBorneTwiceIsWrongUsage();
     void virtualKeyboardTakesItsCommands_data();
     void virtualKeyboardTakesItsCommands();
+    void sentKeysAreWhatTheComputerSees();
     void gameModeIsSwitched();
     void brightnessIsSet();
     void twoAtOnceGetTheirOwnReplies();
@@ -341,6 +342,21 @@ void TestKestractl::virtualKeyboardTakesItsCommands()
     const KestractlResult result = run(QStringList{u"keyboard"_s} + arguments);
     QCOMPARE(result.exitCode, exitCode);
     QCOMPARE(result.errors.isEmpty(), exitCode == 0);
+}
+
+void TestKestractl::sentKeysAreWhatTheComputerSees()
+{
+    const KestractlResult nothing = run({u"keyboard"_s, u"sent"_s});
+    QCOMPARE(nothing.exitCode, 0);
+    QCOMPARE(nothing.text(), QString());
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    QCOMPARE(run({u"keyboard"_s, u"press"_s, u"A"_s}).exitCode, 0);
+    QCOMPARE(run({u"keyboard"_s, u"press"_s, u"B"_s}).exitCode, 0);
+    QCOMPARE(line({u"keyboard"_s, u"sent"_s}), u"B"_s);
+    const QJsonArray list = run({u"keyboard"_s, u"sent"_s, u"--json"_s}).json().array();
+    QCOMPARE(list, (QJsonArray{QJsonObject{{u"page"_s, 7}, {u"usage"_s, 5}, {u"key"_s, u"B"_s}}}));
+    QCOMPARE(run({u"keyboard"_s, u"release"_s, u"B"_s}).exitCode, 0);
+    QCOMPARE(line({u"keyboard"_s, u"sent"_s}), QString());
 }
 
 void TestKestractl::gameModeIsSwitched()

@@ -144,6 +144,7 @@ void TestKestractlFailures::missingDaemonIsTold_data()
     QTest::newRow("key") << QStringList{u"key"_s, u"A"_s};
     QTest::newRow("key disable") << QStringList{u"key"_s, u"A"_s, u"disable"_s};
     QTest::newRow("keyboard attach") << QStringList{u"keyboard"_s, u"attach"_s};
+    QTest::newRow("keyboard sent") << QStringList{u"keyboard"_s, u"sent"_s};
     QTest::newRow("keyboard press") << QStringList{u"keyboard"_s, u"press"_s, u"A"_s};
 }
 
