@@ -45,7 +45,8 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() != QEvent::UpdateRequest)
+        // The first painting comes with the window's exposure, every other by a request of the window's own.
+        if (event->type() != QEvent::UpdateRequest && event->type() != QEvent::Paint)
             return false;
         watched->removeEventFilter(this);
         // After the painting that this event asks for.
@@ -95,8 +96,9 @@ int runConfigurator(int argc, char *argv[])
     QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
     const Launch launch = parseCommandLine(application);
 
+    MainWindow window;
     KeyboardMainController controller;
-    MainWindow window(&controller);
+    window.assemble(&controller);
     Keyboard_ConfiguratorAppDelegate delegate(&window, &controller);
     const TerminationSignals terminationSignals;
     QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, &application, &QApplication::quit);

@@ -48,11 +48,18 @@ void makeBold(QLabel *label, qreal scale = 1)
 
 } // namespace
 
-MainWindow::MainWindow(KeyboardMainController *controller) : mController(controller)
+MainWindow::MainWindow()
 {
     setObjectName("mMainWindow"_L1);
     setWindowTitle(localizedText("lkeyProductName"));
     setWindowIcon(productLogo(64, 2));
+    resize(initialSize);
+    setMinimumSize(smallestSize);
+}
+
+void MainWindow::assemble(KeyboardMainController *controller)
+{
+    mController = controller;
     mOutlets.mMainWindow = this;
 
     auto *central = new QWidget;
@@ -64,8 +71,6 @@ MainWindow::MainWindow(KeyboardMainController *controller) : mController(control
     setCentralWidget(central);
     createDeviceNotFoundSheet();
     createRestoringStateSheet();
-    resize(initialSize);
-    setMinimumSize(smallestSize);
 
     mController->setOutlets(mOutlets);
     mController->keysController()->awakeFromNib();

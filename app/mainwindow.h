@@ -9,13 +9,16 @@
 class KeyboardMainController;
 class QHBoxLayout;
 
-/// The hub must outlive the window. Closing the window quits the program.
+/// Closing the window quits the program. The window outlives the hub, whose controllers look after its widgets.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    explicit MainWindow(KeyboardMainController *controller);
+    MainWindow();
+
+    /// Builds the content and hands it to `controller`. To be called once, before the window is shown.
+    void assemble(KeyboardMainController *controller);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -28,6 +31,6 @@ private:
     void addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
                          void (KeyboardMainController::*action)());
 
-    KeyboardMainController *mController;
+    KeyboardMainController *mController = nullptr;
     MainWindowOutlets mOutlets;
 };

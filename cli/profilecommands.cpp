@@ -58,7 +58,7 @@ ExitCode listProfiles(CommandContext &context)
         if (context.hasOption(Options::json))
             list.append(QJsonObject{{u"number"_s, index}, {u"name"_s, name}, {u"active"_s, index == active}});
         else
-            context.console.print(u"%1%2  %3"_s.arg(index == active ? u'*' : u' ').arg(index, 3).arg(name));
+            context.console.print(u"%1%2  %3"_s.arg(QChar(index == active ? u'*' : u' ')).arg(index, 3).arg(name));
     }
     if (context.hasOption(Options::json))
         context.console.printJson(list);

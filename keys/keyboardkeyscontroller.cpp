@@ -9,6 +9,7 @@
 #include "app/util/settingskeys.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keylayout.h"
+#include "keys/keymarkslegend.h"
 #include "keys/mappingcleanup.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
@@ -169,6 +170,7 @@ void KeyboardKeysController::setControlsState(bool isEnabled)
     for (KeyButton *button : mPicture->buttons())
         button->setEnabled(isEnabled);
     mPicture->update();
+    mMarksLegend->setEnabled(isEnabled);
     mAssignFunction->setEnabled(isEnabled);
     mMacroPlaybackPopUp->setEnabled(isEnabled);
     // A disabled label is drawn in the disabled text colour of whatever palette is in use.

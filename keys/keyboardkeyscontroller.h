@@ -18,6 +18,7 @@
 
 class DistributedNotificationCenter;
 struct DistributedNotification;
+class KeyMarksLegend;
 class KeyboardPicture;
 class PopUpButton;
 class QAction;
@@ -173,6 +174,7 @@ private:
     QLabel *mProfileNameLabel = nullptr;
     QLabel *mCurrentProfileLabel = nullptr;
     QLabel *mSelectedKeyLabel = nullptr;
+    KeyMarksLegend *mMarksLegend = nullptr;
 
     QVariantMap mKeysCurrentProfileDict;
     QVariantMap mDeviceSettingsDict;

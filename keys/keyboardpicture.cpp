@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keyboardpicture.h"
 
+#include "app/util/text.h"
 #include "keys/keybutton.h"
 #include "keys/keycap.h"
 #include "keys/keylayout.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr qreal border = 0.3; // of the case around the keys, in key units
 constexpr QSizeF caseUnits(KeyGeometry::size.width() + 2 * border, KeyGeometry::size.height() + 2 * border);
+constexpr QRectF wordmarkPlace(16.6, 6.5, 7.2, 0.9); // under the arrow keys and the keypad, in key units
 constexpr qreal preferredUnit = 44;
 constexpr qreal smallestUnit = 30;
 
@@ -61,7 +63,8 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
         if (!mTabStop && button->isSelectable())
             setTabStop(button);
     }
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    // As high as the width asks for; what is left over goes to the layout around it.
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Maximum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 }
@@ -153,4 +156,7 @@ void KeyboardPicture::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const bool isActive = std::ranges::any_of(mButtons, [](const KeyButton *button) { return button->isEnabled(); });
     paintKeyboardCase(painter, mCase, mUnit, palette(), isActive);
+    const QRectF place = wordmarkPlace.translated(border, border);
+    paintWordmark(painter, QRectF(mCase.topLeft() + place.topLeft() * mUnit, place.size() * mUnit), mUnit,
+                  localizedText("lkeyKeysWordmark"), palette(), isActive);
 }

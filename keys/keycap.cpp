@@ -18,10 +18,10 @@ namespace {
 constexpr qreal gap = 0.045;          // free space around a keycap
 constexpr qreal baseRadius = 0.13;
 constexpr qreal faceRadius = 0.11;
-constexpr qreal sideSlope = 0.075;    // from the foot of the cap to its face
+constexpr qreal sideSlope = 0.07;     // from the foot of the cap to its face
 constexpr qreal topSlope = 0.035;
 constexpr qreal bottomSlope = 0.135;
-constexpr qreal legendInset = 0.09;
+constexpr qreal legendInset = 0.085;
 constexpr qreal markSize = 0.33;
 constexpr qreal ringWidth = 0.075;
 constexpr qreal minimumMarkPixels = 10;
@@ -84,7 +84,7 @@ Colors colorsFor(const KeycapState &state, const QPalette &palette)
         colors.foot = mixed(colors.foot, away, 0.7);
         colors.edge = colors.faceTop;
         colors.legend = mixed(dark ? QColor(0x9a9da3) : QColor(0x6f747d), away, 0.35);
-        colors.accent = colors.legend;
+        colors.accent = mixed(colors.legend, away, 0.35);
     }
     return colors;
 }
@@ -94,15 +94,20 @@ QString legendText(QLatin1StringView legend)
     return QString(legend);
 }
 
-// Sets a font of `pixels` height, smaller where `text` would not fit into `width`.
+// Sets a font of `pixels` height. Where `text` would not fit into `width` it is narrowed first and then made smaller,
+// so that words of one size stand on keys of one size.
 void setFittingFont(QPainter &painter, const QString &text, qreal pixels, qreal width, QFont::Weight weight)
 {
+    constexpr int smallestPixels = 6;
+    constexpr int narrowestStretch = 82; // per cent
     QFont font = QGuiApplication::font();
     font.setWeight(weight);
-    // Whole pixels only: hinting differs between neighbouring fractional sizes, and legends should look alike.
-    int size = std::max(6, qRound(pixels));
+    int size = std::max(smallestPixels, qRound(pixels));
     font.setPixelSize(size);
-    while (size > 6 && QFontMetricsF(font).horizontalAdvance(text) > width)
+    const auto isTooWide = [&] { return QFontMetricsF(font).horizontalAdvance(text) > width; };
+    for (int stretch = 97; stretch >= narrowestStretch && isTooWide(); stretch -= 3)
+        font.setStretch(stretch);
+    while (size > smallestPixels && isTooWide())
         font.setPixelSize(--size);
     painter.setFont(font);
 }
@@ -112,7 +117,7 @@ void paintWords(QPainter &painter, const QRectF &place, qreal unit, const Keycap
     const QString first = legendText(state.legend);
     const QString second = legendText(state.upperLegend);
     const QString longest = first.size() >= second.size() ? first : second;
-    setFittingFont(painter, longest, unit * 0.215, place.width(), QFont::Medium);
+    setFittingFont(painter, longest, unit * 0.228, place.width(), QFont::Medium);
     const QString text = second.isEmpty() ? first : first + u'\n' + second;
     painter.drawText(place, Qt::AlignLeft | Qt::AlignTop, text);
 }
@@ -171,7 +176,7 @@ void paintEject(QPainter &painter, const QRectF &place, qreal unit, const QColor
 void paintLegend(QPainter &painter, const QRectF &face, qreal unit, const KeycapState &state, const QColor &color)
 {
     const qreal inset = unit * legendInset;
-    const QRectF place = face.adjusted(inset, inset * 0.7, -inset * 0.6, -inset * 0.6);
+    const QRectF place = face.adjusted(inset, inset * 0.7, -inset * 0.35, -inset * 0.6);
     painter.setPen(color);
     switch (state.look) {
     case KeyLook::letter:
@@ -199,10 +204,12 @@ void paintLegend(QPainter &painter, const QRectF &face, qreal unit, const Keycap
 void paintFixedKey(QPainter &painter, const QRectF &foot, qreal unit, const KeycapState &state, const QPalette &palette)
 {
     const bool dark = isDark(palette);
-    const QColor caseColor = dark ? QColor(0x24262b) : QColor(0xcfd3d9);
+    QColor caseColor = dark ? QColor(0x24262b) : QColor(0xcfd3d9);
     QColor line = dark ? QColor(0x7f858f) : QColor(0x7c828d);
-    if (!state.isEnabled)
-        line = mixed(line, caseColor, 0.4);
+    if (!state.isEnabled) {
+        caseColor = dark ? QColor(0x2b2d30) : QColor(0xe6e8eb);
+        line = mixed(line, caseColor, 0.45);
+    }
     const QRectF outline = foot.adjusted(1, 1, -1, -1);
     painter.setBrush(mixed(caseColor, line, 0.08));
     painter.setPen(QPen(line, std::max(1.0, unit * 0.025), Qt::DashLine));
@@ -238,7 +245,8 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     if (state.isEnabled) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor(0, 0, 0, isDark(palette) ? 110 : 45));
-        painter.drawRoundedRect(foot.translated(0, unit * 0.03), unit * baseRadius, unit * baseRadius);
+        painter.drawRoundedRect(foot.translated(0, unit * (isRaised ? 0.045 : 0.03)), unit * baseRadius,
+                                unit * baseRadius);
     }
     QLinearGradient footShade(foot.topLeft(), foot.bottomLeft());
     footShade.setColorAt(0, mixed(colors.foot, colors.faceTop, 0.35));
@@ -250,6 +258,8 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
     if (state.isDown)
         face.translate(0, unit * 0.05);
+    else if (isRaised)
+        face.translate(0, -unit * 0.015);
     QLinearGradient faceShade(face.topLeft(), face.bottomLeft());
     faceShade.setColorAt(0, colors.faceBottom);
     faceShade.setColorAt(1, colors.faceTop);
@@ -261,13 +271,32 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     const qreal size = std::max(minimumMarkPixels, unit * markSize);
     const QRectF mark(face.right() - size - unit * 0.035, face.bottom() - size - unit * 0.035, size, size);
     paintKeyMark(painter, mark, state.mark, palette, state.isEnabled);
-    if (isRaised)
+    if (state.isSelected)
         paintRing(painter, place, unit, colors.accent);
     if (state.hasFocus && state.isEnabled) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(colors.legend, 1, Qt::DotLine));
         painter.drawRoundedRect(face.adjusted(1.5, 1.5, -1.5, -1.5), unit * faceRadius, unit * faceRadius);
     }
+    painter.restore();
+}
+
+void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QString &text, const QPalette &palette,
+                   bool isEnabled)
+{
+    painter.save();
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(std::max(8, qRound(unit * 0.3)));
+    font.setWeight(QFont::DemiBold);
+    font.setLetterSpacing(QFont::PercentageSpacing, 130);
+    painter.setFont(font);
+    const bool dark = isDark(palette);
+    // Engraved: an edge that catches the light under the letters.
+    painter.setPen(dark ? QColor(0x3a3e45) : QColor(0xe6e9ed));
+    painter.drawText(place.translated(0, std::max(1.0, unit * 0.02)), Qt::AlignRight | Qt::AlignVCenter, text);
+    const QColor letters = dark ? QColor(0x6b717c) : QColor(0x949ba7);
+    painter.setPen(isEnabled ? letters : mixed(letters, dark ? QColor(0x2b2d30) : QColor(0xe6e8eb), 0.6));
+    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter, text);
     painter.restore();
 }
 

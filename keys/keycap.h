@@ -14,8 +14,8 @@ class QString;
 struct KeycapState
 {
     KeyLook look = KeyLook::blank;
-    QLatin1StringView legend;
-    QLatin1StringView upperLegend;
+    QLatin1StringView legend = {};
+    QLatin1StringView upperLegend = {};
     KeyMark mark = KeyMark::none;
     bool isSelectable = true;
     bool isEnabled = true;
@@ -31,3 +31,7 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
 
 /// Paints the keyboard's case behind the keys.
 void paintKeyboardCase(QPainter &painter, const QRectF &place, qreal unit, const QPalette &palette, bool isEnabled);
+
+/// Paints `text` as engraved into the case, at the right of `place`.
+void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QString &text, const QPalette &palette,
+                   bool isEnabled);

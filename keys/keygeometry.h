@@ -40,6 +40,6 @@ namespace KeyGeometry {
 [[nodiscard]] const KeyShape *shapeForOutlet(QLatin1StringView outlet);
 
 /// Size of the whole picture in key units.
-inline constexpr QSizeF size{23.85, 7.25};
+inline constexpr QSizeF size{23.85, 7.45};
 
 } // namespace KeyGeometry

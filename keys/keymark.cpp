@@ -128,17 +128,20 @@ void paintKeyMark(QPainter &painter, const QRectF &place, KeyMark mark, const QP
         return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
+    // The rim keeps the disc apart from a key of the same colour.
+    const qreal rim = place.width() * 0.07;
+    painter.setPen(isEnabled ? QPen(QColor(255, 255, 255, 210), rim) : QPen(Qt::NoPen));
     painter.setBrush(discColor(mark, palette, isEnabled));
-    painter.drawEllipse(place);
+    painter.drawEllipse(place.adjusted(rim / 2, rim / 2, -rim / 2, -rim / 2));
     painter.translate(place.center());
     painter.scale(place.width() / 2, place.height() / 2);
     const Glyph glyph = glyphOf(mark);
-    QPen pen(Qt::white, 0.24, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    const QColor glyphColor = isEnabled ? QColor(Qt::white) : palette.color(QPalette::Disabled, QPalette::Window);
+    QPen pen(glyphColor, 0.24, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     if (glyph.isFilled)
         pen = Qt::NoPen;
     painter.setPen(pen);
-    painter.setBrush(glyph.isFilled ? QBrush(Qt::white) : QBrush(Qt::NoBrush));
+    painter.setBrush(glyph.isFilled ? QBrush(glyphColor) : QBrush(Qt::NoBrush));
     painter.drawPath(glyph.path);
     painter.restore();
 }

@@ -30,7 +30,7 @@ constexpr LegendRow legendRows[] = {
 };
 
 constexpr int sampleSize = 20;
-constexpr int markSize = 15;
+constexpr int markSize = 16;
 
 class SampleWidget : public QWidget
 {
@@ -46,11 +46,12 @@ protected:
     {
         QPainter painter(this);
         if (mRow.sample == Sample::mark) {
-            paintKeyMark(painter, QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), mRow.mark, palette(), true);
+            paintKeyMark(painter, QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), mRow.mark, palette(), isEnabled());
             return;
         }
         KeycapState state;
         state.isSelectable = mRow.sample != Sample::fixedKey;
+        state.isEnabled = isEnabled();
         state.isSelected = mRow.sample == Sample::selectedKey;
         paintKeycap(painter, rect(), sampleSize, state, palette());
     }

@@ -292,8 +292,10 @@ void KeyboardKeysController::openApplicationPanel()
     mOpenPanel->setOption(QFileDialog::DontUseNativeDialog);
     mOpenPanel->setAcceptMode(QFileDialog::AcceptOpen);
     mOpenPanel->setFileMode(QFileDialog::ExistingFile);
-    mOpenPanel->setNameFilter(localizedFormat("lkeyKeysApplicationFilter", {u"*.app"_s}));
-    mOpenPanel->setDirectory(u"/Applications/"_s);
+    mOpenPanel->setNameFilter(localizedFormat("lkeyKeysApplicationFilter", {u"*.app *.desktop"_s}));
+    // Where the desktop keeps its applications elsewhere, the panel starts there.
+    mOpenPanel->setDirectory(QFileInfo::exists(u"/Applications/"_s) ? u"/Applications/"_s
+                                                                    : u"/usr/share/applications/"_s);
     mOpenPanel->setWindowModality(Qt::WindowModal);
     connect(mOpenPanel, &QDialog::finished, this, [this](int result) {
         openPanelDidEndReturnCodeContextInfo(mOpenPanel, result, nullptr);

@@ -25,6 +25,8 @@ void KeyboardKeysController::registerNotification()
 
 void KeyboardKeysController::singleKeyEvents(const DistributedNotification &notification)
 {
+    if (!mView)
+        return; // the window is gone already
     mSingleKeyHIDCode = KeyMappings::integerValue(notification.userInfo.value(DaemonProtocol::singleKey));
     mSingleKeyModifierCode = KeyMappings::integerValue(notification.userInfo.value(DaemonProtocol::singleKeyModifier));
     mSingleKeyInput->clear();
@@ -61,6 +63,8 @@ void KeyboardKeysController::sheetDidEndReturnCodeContextInfo(Sheet *, int, void
 void KeyboardKeysController::gameModeSwitch(const DistributedNotification &)
 {
     mGameMode = !mGameMode;
+    if (!mView)
+        return; // the window is gone already
     functionKeysInfoDisplay(checkPopUpAssignmentIndexForValue(entryForKey(selectedCode()).command));
 }
 

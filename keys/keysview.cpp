@@ -21,6 +21,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int assignmentWidthCharacters = 40;
+constexpr int selectedKeyWidthCharacters = 18;
+
 QLabel *makeLabel(QLatin1StringView name, const QString &text = {})
 {
     auto *label = new QLabel(text);
@@ -70,9 +73,10 @@ void KeyboardKeysController::buildView()
     auto *layout = new QVBoxLayout(mView);
     layout->setSpacing(10);
     layout->addWidget(buildHeader());
-    layout->addWidget(buildKeyboard(), 1);
+    layout->addWidget(buildKeyboard());
     layout->addWidget(buildAssignmentRow());
     layout->addWidget(buildNotice());
+    layout->addStretch(1);
     buildSingleKeySheet();
 }
 
@@ -111,8 +115,10 @@ QWidget *KeyboardKeysController::buildKeyboard()
     mKeysBox = new QGroupBox(localizedText("lkeyKeysBox"));
     mKeysBox->setObjectName("mKeysBox"_L1);
     auto *layout = new QVBoxLayout(mKeysBox);
-    layout->addWidget(mPicture, 1);
-    layout->addWidget(new KeyMarksLegend);
+    layout->setSpacing(10);
+    layout->addWidget(mPicture);
+    mMarksLegend = new KeyMarksLegend;
+    layout->addWidget(mMarksLegend);
     return mKeysBox;
 }
 
@@ -121,10 +127,13 @@ QWidget *KeyboardKeysController::buildAssignmentRow()
     auto *row = new QWidget;
     mSelectedKeyLabel = makeLabel("mSelectedKeyLabel"_L1);
     makeBold(mSelectedKeyLabel);
+    mSelectedKeyLabel->setMinimumWidth(mSelectedKeyLabel->fontMetrics().averageCharWidth() * selectedKeyWidthCharacters);
     mAssignLabel = makeLabel("mAssignLabel"_L1, localizedText("lkeyAssignFunction"));
     mAssignFunction = new PopUpButton;
     mAssignFunction->setObjectName("mAssignFunction"_L1);
     mAssignFunction->setAccessibleName(localizedText("lkeyAssignFunction"));
+    // One width for every key: the row must not move while keys are selected.
+    mAssignFunction->setFixedWidth(mAssignFunction->fontMetrics().averageCharWidth() * assignmentWidthCharacters);
     mPlaybackOptionLabel = makeLabel("mPlaybackOptionLabel"_L1, localizedText("lkeyPlaybackOption"));
     mMacroPlaybackPopUp = new PopUpButton;
     mMacroPlaybackPopUp->setObjectName("mMacroPlaybackPopUp"_L1);
@@ -136,7 +145,6 @@ QWidget *KeyboardKeysController::buildAssignmentRow()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(makeLabel("mSelectedKeyCaption"_L1, localizedText("lkeySelectedKey")));
     layout->addWidget(mSelectedKeyLabel);
-    layout->addSpacing(24);
     layout->addWidget(mAssignLabel);
     layout->addWidget(mAssignFunction);
     layout->addSpacing(24);

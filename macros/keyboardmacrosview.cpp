@@ -75,7 +75,6 @@ QWidget *KeyboardMacrosController::buildMacroList()
     mMacroTableView->setObjectName("mMacroTableView"_L1);
     mMacroTableView->setAccessibleName(localizedText("lkeyMacroList"));
     mMacroTableView->addColumn({u"macroName"_s, localizedText("lkeyMacroList"), TableCell::text, true, true});
-    mMacroTableView->setDataSource(this);
     connect(mMacroTableView, &TableView::editedRowChanged, this, &Self::updateEventButtons);
     mMacroScrollView = makeScrollView(mMacroTableView, "mMacroScrollView"_L1);
     mSettingsMacro = new PulldownButton;
@@ -106,7 +105,6 @@ QWidget *KeyboardMacrosController::buildEventList()
     mMacroDetailsTableView->setObjectName("mMacroDetailsTableView"_L1);
     mMacroDetailsTableView->setAccessibleName(localizedText("lkeyMacroEvents"));
     mMacroDetailsTableView->addColumn({u"command"_s, localizedText("lkeyMacroEvents"), TableCell::text, false, true});
-    mMacroDetailsTableView->setDataSource(this);
     mMacroDetailsScrollView = makeScrollView(mMacroDetailsTableView, "mMacroDetailsScrollView"_L1);
     mSettingsMacroDetails = new PulldownButton;
     mSettingsMacroDetails->setObjectName("mSettingsMacroDetails"_L1);
@@ -177,4 +175,6 @@ void KeyboardMacrosController::buildView()
     row->addWidget(buildEventList(), 3);
     buildDelaySheet();
     buildEventSheet();
+    mMacroTableView->setDataSource(this);
+    mMacroDetailsTableView->setDataSource(this);
 }

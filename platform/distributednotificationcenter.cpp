@@ -39,14 +39,12 @@ DistributedNotificationCenter &DistributedNotificationCenter::defaultCenter()
 
 void DistributedNotificationCenter::addObserver(QObject *observer, const QString &name, Handler handler)
 {
-    const bool isFirst = std::ranges::none_of(mObservations, [&](const Observation &o) { return o.name == name; });
     const bool isKnown =
         std::ranges::any_of(mObservations, [&](const Observation &o) { return o.observer == observer; });
     if (!isKnown)
         connect(observer, &QObject::destroyed, this, &DistributedNotificationCenter::forget);
     mObservations.push_back({mNextId++, observer, name, std::move(handler)});
-    if (isFirst)
-        watch(name);
+    watch(name);
 }
 
 void DistributedNotificationCenter::removeObserver(QObject *observer, const QString &name)
@@ -92,16 +90,26 @@ void DistributedNotificationCenter::post(const QString &name, const QVariantMap 
 
 void DistributedNotificationCenter::watch(const QString &name)
 {
+    if (mWatchedNames.contains(name))
+        return;
+    mWatchedNames.insert(name);
     mConnection.connect(QString(), objectPath, interfaceName, postedSignal, {name}, postedSignature, this,
                         receiveSlot());
 }
 
 void DistributedNotificationCenter::unwatchUnlessObserved(const QString &name)
 {
-    if (std::ranges::any_of(mObservations, [&](const Observation &o) { return o.name == name; }))
-        return;
-    mConnection.disconnect(QString(), objectPath, interfaceName, postedSignal, {name}, postedSignature, this,
-                           receiveSlot());
+    // Later, from the event loop: a handler that removes its observation and adds it again must not miss what is
+    // posted meanwhile.
+    const auto unwatch = [this, name] {
+        const bool isObserved =
+            std::ranges::any_of(mObservations, [&](const Observation &o) { return o.name == name; });
+        if (isObserved || !mWatchedNames.remove(name))
+            return;
+        mConnection.disconnect(QString(), objectPath, interfaceName, postedSignal, {name}, postedSignature, this,
+                               receiveSlot());
+    };
+    QMetaObject::invokeMethod(this, unwatch, Qt::QueuedConnection);
 }
 
 void DistributedNotificationCenter::receive(const QString &name, const QByteArray &userInfo)

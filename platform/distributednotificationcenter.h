@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 #include <QVariantMap>
 
@@ -55,12 +56,13 @@ private:
         Handler handler;
     };
 
-    /// Asks the bus for `name`, or no longer, as the first observation of it comes or the last one goes.
+    /// The bus is asked for a name once, however many observations there are, and no longer when the last one went.
     void watch(const QString &name);
     void unwatchUnlessObserved(const QString &name);
     void forget(const QObject *observer);
 
     QDBusConnection mConnection;
     std::vector<Observation> mObservations; // in the order in which they were added
+    QSet<QString> mWatchedNames;               // those that the bus was asked for
     quint64 mNextId = 1;
 };

@@ -47,7 +47,9 @@ int menuItemTag(const QAction *item)
 
 PopUpButton::PopUpButton(QWidget *parent) : QPushButton(parent), mMenu(new QMenu(this))
 {
-    setMenu(mMenu);
+    // Not QPushButton::setMenu(): that opens the menu with an event loop of its own and blocks the caller.
+    connect(this, &QAbstractButton::pressed, this, &PopUpButton::openMenu);
+    connect(mMenu, &QMenu::aboutToHide, this, [this] { setDown(false); });
     setAutoDefault(false);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
@@ -127,6 +129,13 @@ void PopUpButton::selectItemAtIndex(int index)
     showSelection();
 }
 
+void PopUpButton::openMenu()
+{
+    setDown(true);
+    mMenu->setMinimumWidth(width());
+    mMenu->popup(mapToGlobal(rect().bottomLeft()));
+}
+
 void PopUpButton::pick(QAction *item)
 {
     selectItemAtIndex(static_cast<int>(mItems.indexOf(item)));
@@ -177,7 +186,7 @@ void PopUpButton::paintEvent(QPaintEvent *)
     option.editable = false;
     option.frame = true;
     option.subControls = QStyle::SC_All;
-    if (isDown() || (menu() && menu()->isVisible())) {
+    if (isDown() || mMenu->isVisible()) {
         option.activeSubControls = QStyle::SC_ComboBoxArrow;
         option.state |= QStyle::State_Sunken;
     }
@@ -194,7 +203,7 @@ void PopUpButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Down:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        showMenu();
+        openMenu();
         return;
     default:
         QPushButton::keyPressEvent(event);

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] int indexOfSelectedItem() const { return mSelectedIndex; }
     [[nodiscard]] QString titleOfSelectedItem() const { return itemTitleAtIndex(mSelectedIndex); }
     [[nodiscard]] QMenu *submenuAtIndex(int index) const; ///< null for an item without one
+    [[nodiscard]] QMenu *popUpMenu() const { return mMenu; }
 
     void removeAllItems();
     /// The first item added becomes the selected one.
@@ -35,6 +36,8 @@ public:
     void setSubmenuAtIndex(int index, QMenu *submenu);
     /// Silent. An index without an item is ignored.
     void selectItemAtIndex(int index);
+    /// Shows the menu and returns at once.
+    void openMenu();
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -33,13 +33,14 @@ QString executableName(const QDir &processFolder)
 
 std::vector<qint64> Processes::idsOfAllNamed(const QString &name, const QString &procFolder)
 {
+    if (name.isEmpty()) // which is what processes without an executable, such as the kernel's, have
+        return {};
     std::vector<qint64> ids;
     const QDir proc(procFolder);
     for (const QString &entry : proc.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        bool isProcess = false;
-        const qint64 id = entry.toLongLong(&isProcess);
+        const qint64 id = entry.toLongLong(); // 0 for what is not a number; 0 and less are no processes but groups
         const QString folder = proc.filePath(entry);
-        if (isProcess && QFileInfo(folder).ownerId() == ::geteuid() && executableName(QDir(folder)) == name)
+        if (id > 0 && QFileInfo(folder).ownerId() == ::geteuid() && executableName(QDir(folder)) == name)
             ids.push_back(id);
     }
     return ids;

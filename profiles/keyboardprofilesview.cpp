@@ -27,7 +27,6 @@ void KeyboardProfilesController::buildTable()
                                    false, false, Qt::AlignCenter});
     // A click beside the rows would leave no profile selected, and what the other tabs change goes to the selected one.
     mProfilesTableView->setAllowsEmptySelection(false);
-    mProfilesTableView->setDataSource(this);
 }
 
 void KeyboardProfilesController::buildView()
@@ -51,6 +50,9 @@ void KeyboardProfilesController::buildView()
     connect(mEnableOnScreenDisplay, &QCheckBox::clicked, this,
             [this] { tickEnableOnScreenDisplay(mEnableOnScreenDisplay); });
 
+    // Only now: counting the rows also enables the delete button.
+    mProfilesTableView->setDataSource(this);
+
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(mAddProfile);
     buttons->addWidget(mDeleteProfile);
@@ -63,4 +65,5 @@ void KeyboardProfilesController::buildView()
     column->setSpacing(12);
     column->addWidget(mProfilesTableView, 1);
     column->addLayout(buttons);
+    mProfilesTableView->setDataSource(this);
 }

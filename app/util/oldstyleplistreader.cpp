@@ -78,7 +78,7 @@ private:
     /// Skips space and comments; false for a comment without an end.
     bool skipSpace()
     {
-        for (; m_at < m_text.size(); ++m_at) {
+        while (m_at < m_text.size()) {
             if (peek() == u'/' && peek(1) == u'/') {
                 while (m_at < m_text.size() && peek() != u'\n' && peek() != u'\r')
                     ++m_at;
@@ -86,8 +86,10 @@ private:
                 const qsizetype end = m_text.indexOf("*/"_L1, m_at + 2);
                 if (end < 0)
                     return false;
-                m_at = end + 1;
-            } else if (!peek().isSpace()) {
+                m_at = end + 2;
+            } else if (peek().isSpace()) {
+                ++m_at;
+            } else {
                 break;
             }
         }

@@ -132,11 +132,26 @@ private:
         return readText().trimmed().isEmpty() && !m_failed ? true : fail();
     }
 
+    /// The text up to the end of the element; nothing but text may stand there. (QXmlStreamReader::readElementText
+    /// would pass over entities that it does not know.)
     QString readText()
     {
-        const QString text = m_xml.readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
-        if (m_xml.hasError() || !m_budget.takeContent(quint64(text.size()) * 2))
-            m_failed = true;
+        QString text = u""_s;
+        while (!m_failed) {
+            switch (m_xml.readNext()) {
+            case QXmlStreamReader::Characters:
+                text += m_xml.text();
+                break;
+            case QXmlStreamReader::EndElement:
+                m_failed = !m_budget.takeContent(quint64(text.size()) * 2);
+                return text;
+            case QXmlStreamReader::Comment:
+            case QXmlStreamReader::ProcessingInstruction:
+                break;
+            default:
+                m_failed = true;
+            }
+        }
         return text;
     }
 
@@ -186,6 +201,8 @@ private:
     {
         QByteArray characters = text.toUtf8();
         characters.removeIf([](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; });
+        if (characters.size() % 4 != 0) // which the decoder would not mind
+            return false;
         const auto decoded =
             QByteArray::fromBase64Encoding(std::move(characters), QByteArray::AbortOnBase64DecodingErrors);
         value = decoded.decoded;

@@ -74,7 +74,8 @@ Hub::Hub(std::chrono::milliseconds firmwareQueryInterval)
     services.openPage = [this](const QUrl &page) { openedPages.append(page); };
     services.firmwareQueryInterval = firmwareQueryInterval;
     controller = std::make_unique<KeyboardMainController>(std::move(services));
-    window = std::make_unique<MainWindow>(controller.get());
+    window = std::make_unique<MainWindow>();
+    window->assemble(controller.get());
     controller->setMMainWindow(window.get());
     window->show();
 }

@@ -45,6 +45,6 @@ struct Hub
 
     QStringList endedProcesses;
     QList<QUrl> openedPages;
-    std::unique_ptr<KeyboardMainController> controller;
     std::unique_ptr<MainWindow> window;
+    std::unique_ptr<KeyboardMainController> controller;
 };

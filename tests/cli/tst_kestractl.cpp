@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // kestractl and the real daemon, each a process of its own, on a private bus with settings of their own.
+#include "app/util/daemonprotocol.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "platform/distributednotificationcenter.h"
 #include "tests/cli/kestractlprocess.h"
 
 #include <QJsonArray>
@@ -31,11 +34,13 @@ private Q_SLOTS:
     void disablingOneKeyLeavesTheOthers();
     void defaultTakesTheFactoryParameter();
     void disabledKeyOutlivesAKilledDaemon();
+    void changesAreAnnouncedInItsName();
     void profileListMarksTheActiveOne();
     void profileIsSwitchedByNumberAndByName();
     void profileThatDoesNotExistIsRefused_data();
     void profileThatDoesNotExistIsRefused();
     void profileNameThatDoesNotExistIsWrongUsage();
+    void profileNameBorneTwiceIsWrongUsage();
     void virtualKeyboardTakesItsCommands_data();
     void virtualKeyboardTakesItsCommands();
     void gameModeIsSwitched();
@@ -48,6 +53,7 @@ private:
     QJsonObject status() const { return run({u"status"_s, u"--json"_s}).json().object(); }
     QVariantMap document() const;
     void startDaemon();
+    void addProfile(const QString &name);
 
     std::unique_ptr<QTemporaryDir> mFolder;
     std::unique_ptr<QProcess> mDaemon;
@@ -92,6 +98,19 @@ QVariantMap TestKestractl::document() const
     return QlCoreUtility::convertDataToDictionary(run({u"document"_s, u"--plist"_s}).output).value_or(QVariantMap());
 }
 
+/// kestractl adds no profiles, so this process asks the daemon itself.
+void TestKestractl::addProfile(const QString &name)
+{
+    const qsizetype count = document().value(SettingsKeys::profiles).toList().size();
+    sendDaemonRequest(QVariantMap{{DaemonProtocol::productIdKey, DaemonProtocol::productId},
+                                  {DaemonProtocol::responsePortName, u"NoSuchPort"_s},
+                                  {DaemonProtocol::deviceSettingsDictionary,
+                                   QVariantMap{{SettingsKeys::profileName, name},
+                                               {SettingsKeys::keys, QVariantMap()}}}},
+                      static_cast<int>(DaemonProtocol::Command::addProfile));
+    QTRY_COMPARE(document().value(SettingsKeys::profiles).toList().size(), count + 1);
+}
+
 void TestKestractl::statusTellsWhatIsActive()
 {
     const KestractlResult result = run({u"status"_s});
@@ -120,6 +139,7 @@ void TestKestractl::statusFollowsTheKeyboard()
 {
     QCOMPARE(run({u"keyboard"_s, u"remove"_s}).exitCode, 0);
     QCOMPARE(status().value("keyboard"_L1).toString(), u"not attached"_s);
+    QCOMPARE(run({u"keyboard"_s, u"press"_s, u"A"_s}).exitCode, 1);
     QVERIFY(status().value("firmware"_L1).isNull());
     QCOMPARE(run({u"keyboard"_s, u"attach"_s}).exitCode, 0);
     QCOMPARE(status().value("keyboard"_L1).toString(), u"attached"_s);
@@ -228,6 +248,18 @@ void TestKestractl::disabledKeyOutlivesAKilledDaemon()
     QCOMPARE(line({u"key"_s, u"A"_s}), u"A: disabled"_s);
 }
 
+void TestKestractl::changesAreAnnouncedInItsName()
+{
+    QObject observer;
+    QStringList sources;
+    DistributedNotificationCenter::defaultCenter().addObserver(
+        &observer, DaemonProtocol::profileUpdated, [&sources](const DistributedNotification &notification) {
+            sources.append(notification.userInfo.value(DaemonProtocol::sourceApp).toString());
+        });
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    QTRY_COMPARE(sources, QStringList{u"org.quillkestra.kestractl"_s});
+}
+
 void TestKestractl::profileListMarksTheActiveOne()
 {
     const KestractlResult result = run({u"profile"_s, u"list"_s});
@@ -243,14 +275,14 @@ void TestKestractl::profileListMarksTheActiveOne()
 
 void TestKestractl::profileIsSwitchedByNumberAndByName()
 {
-    const QJsonArray list = run({u"profile"_s, u"list"_s, u"--json"_s}).json().array();
-    if (list.size() < 2)
-        QSKIP("the factory settings have one profile");
-    QCOMPARE(run({u"profile"_s, u"switch"_s, u"1"_s}).exitCode, 0);
-    QCOMPARE(status().value("activeProfile"_L1).toInt(), 1);
-    const QString firstName = list.first().toObject().value("name"_L1).toString();
-    QCOMPARE(run({u"profile"_s, u"switch"_s, firstName}).exitCode, 0);
+    const QString firstName = status().value("activeProfileName"_L1).toString();
+    addProfile(u"Second & 100%1"_s);
+    QCOMPARE(line({u"profile"_s, u"switch"_s, u"0"_s}), u"profile 0 \"%1\" is active"_s.arg(firstName));
     QCOMPARE(status().value("activeProfile"_L1).toInt(), 0);
+    QCOMPARE(line({u"profile"_s, u"switch"_s, u"Second & 100%1"_s}), u"profile 1 \"Second & 100%1\" is active"_s);
+    QCOMPARE(status().value("activeProfile"_L1).toInt(), 1);
+    QCOMPARE(status().value("activeProfileName"_L1).toString(), u"Second & 100%1"_s);
+    QVERIFY(run({u"profile"_s, u"list"_s}).text().endsWith(u"*  1  Second & 100%1\n"_s));
 }
 
 void TestKestractl::profileThatDoesNotExistIsRefused_data()
@@ -277,6 +309,17 @@ void TestKestractl::profileNameThatDoesNotExistIsWrongUsage()
     QVERIFY(result.errorText().contains(u"No such profile"_s));
 }
 
+void TestKestractl::profileNameBorneTwiceIsWrongUsage()
+{
+    addProfile(u"Twin"_s);
+    addProfile(u"Twin"_s);
+    const int active = status().value("activeProfile"_L1).toInt();
+    const KestractlResult result = run({u"profile"_s, u"switch"_s, u"Twin"_s});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errorText().contains(u"several"_s), result.errors.constData());
+    QCOMPARE(status().value("activeProfile"_L1).toInt(), active);
+}
+
 void TestKestractl::virtualKeyboardTakesItsCommands_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -287,6 +330,7 @@ void TestKestractl::virtualKeyboardTakesItsCommands_data()
     QTest::newRow("press of no key") << QStringList{u"press"_s, u"Nonsense"_s} << 2;
     QTest::newRow("brightness without a number") << QStringList{u"brightness"_s} << 2;
     QTest::newRow("brightness of no number") << QStringList{u"brightness"_s, u"bright"_s} << 2;
+    QTest::newRow("brightness beyond the brightest") << QStringList{u"brightness"_s, u"300"_s} << 1;
     QTest::newRow("no such command") << QStringList{u"explode"_s} << 2;
 }
 

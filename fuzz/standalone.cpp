@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// Drives a fuzz target without libFuzzer: each file of a corpus folder, and then mutations of them, always the same.
+// Usage: <program> CORPUS-FOLDER MUTATIONS
+#include <QByteArray>
+#include <QDir>
+
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
+
+namespace {
+
+void run(const QByteArray &input)
+{
+    // In memory of exactly its size, so that a sanitizer sees reading past the end.
+    const std::vector<uint8_t> exact(input.cbegin(), input.cend());
+    LLVMFuzzerTestOneInput(exact.data(), exact.size());
+}
+
+QList<QByteArray> corpus(const QString &folder)
+{
+    QList<QByteArray> inputs;
+    const QDir directory(folder);
+    for (const QString &name : directory.entryList(QDir::Files, QDir::Name)) {
+        QFile file(directory.filePath(name));
+        if (file.open(QIODevice::ReadOnly))
+            inputs.append(file.readAll());
+    }
+    return inputs;
+}
+
+/// `input` with one thing done to it: a byte changed, a bit turned, bytes left out, doubled, or taken from `other`.
+QByteArray mutated(QByteArray input, const QByteArray &other, std::mt19937 &random)
+{
+    const auto below = [&random](qsizetype bound) { return bound > 0 ? qsizetype(random() % size_t(bound)) : 0; };
+    const qsizetype at = below(input.size());
+    const qsizetype length = 1 + below(8);
+    switch (random() % 6) {
+    case 0:
+        return input.isEmpty() ? input : input.replace(at, 1, QByteArray(1, char(random())));
+    case 1:
+        return input.isEmpty() ? input : input.replace(at, 1, QByteArray(1, char(input[at] ^ 1 << random() % 8)));
+    case 2:
+        return input.remove(at, length);
+    case 3:
+        return input.insert(at, input.mid(at, length));
+    case 4:
+        return input.insert(at, QByteArray(length, char(random())));
+    default:
+        return input.first(at) + other.sliced(below(other.size()));
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QList<QByteArray> inputs = argc == 3 ? corpus(QString::fromLocal8Bit(argv[1])) : QList<QByteArray>();
+    if (inputs.isEmpty()) {
+        std::fprintf(stderr, "usage: %s CORPUS-FOLDER MUTATIONS (the folder must hold files)\n", argv[0]);
+        return 2;
+    }
+    for (const QByteArray &input : inputs)
+        run(input);
+    std::mt19937 random(1);
+    const int mutations = atoi(argv[2]);
+    for (int i = 0; i < mutations; ++i) {
+        QByteArray input = inputs[qsizetype(random() % size_t(inputs.size()))];
+        for (unsigned changes = 1 + random() % 4; changes > 0; --changes)
+            input = mutated(input, inputs[qsizetype(random() % size_t(inputs.size()))], random);
+        run(input);
+    }
+    std::printf("%lld files and %d mutations\n", static_cast<long long>(inputs.size()), mutations);
+    return 0;
+}

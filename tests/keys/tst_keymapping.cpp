@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "keys/keymapping.h"
+
+#include "app/util/settingskeys.h"
+
+#include <QTest>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+using namespace KeyMappings;
+
+class KeyMappingTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsMappedKeys_data();
+    void tellsMappedKeys();
+    void placesCommandsInThePopUp_data();
+    void placesCommandsInThePopUp();
+    void repeatModesLeadBothWays_data();
+    void repeatModesLeadBothWays();
+    void unknownRepeatValuesPlayOnce();
+    void positionsOutsideTheRepeatModesStoreOne();
+    void readsNumbersOfEveryKind_data();
+    void readsNumbersOfEveryKind();
+    void readsAbsentAndOddEntriesAsNotMapped();
+    void readsTheProgramPath();
+    void writesExactlyThreeKeysIntoANewEntry();
+    void keepsFurtherKeysAndOtherEntries();
+    void leavesTheDictionaryItWasHandedAlone();
+};
+
+void KeyMappingTest::tellsMappedKeys_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<bool>("isMapped");
+    for (const int command : {-1, 0, 45})
+        QTest::addRow("%d", command) << command << false;
+    for (const int command : {1, 10, 16, 17, 20, 30, 44, 46, 1000})
+        QTest::addRow("%d", command) << command << true;
+}
+
+void KeyMappingTest::tellsMappedKeys()
+{
+    QFETCH(int, command);
+    QFETCH(bool, isMapped);
+    QCOMPARE(KeyMappings::isKeyMapped(command), isMapped);
+    QCOMPARE(readEntry(QVariantMap{{u"command"_s, command}}).isMapped(), isMapped);
+}
+
+void KeyMappingTest::placesCommandsInThePopUp_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<int>("position");
+    QTest::newRow("macro") << 10 << 2;
+    QTest::newRow("single key") << 16 << 1;
+    QTest::newRow("profile") << 17 << 3;
+    QTest::newRow("disabled") << 20 << 5;
+    QTest::newRow("default") << 45 << 0;
+    QTest::newRow("program") << 46 << 4;
+    QTest::newRow("unknown") << 30 << 0;
+    QTest::newRow("none") << 0 << 0;
+    QTest::newRow("negative") << -10 << 0;
+}
+
+void KeyMappingTest::placesCommandsInThePopUp()
+{
+    QFETCH(int, command);
+    QFETCH(int, position);
+    QCOMPARE(checkPopUpAssignmentIndexForValue(command), position);
+}
+
+void KeyMappingTest::repeatModesLeadBothWays_data()
+{
+    QTest::addColumn<int>("position");
+    QTest::addColumn<int>("value");
+    QTest::newRow("once") << 0 << 1;
+    QTest::newRow("until released") << 1 << 255;
+    QTest::newRow("until pressed again") << 2 << 254;
+    for (int count = 2; count <= 10; ++count)
+        QTest::addRow("%d times", count) << count + 1 << count;
+}
+
+void KeyMappingTest::repeatModesLeadBothWays()
+{
+    QFETCH(int, position);
+    QFETCH(int, value);
+    QCOMPARE(macroRepeat(value), position);
+    QCOMPARE(macroRepeatValue(position), value);
+    QCOMPARE(repeatModes().size(), 12u);
+}
+
+void KeyMappingTest::unknownRepeatValuesPlayOnce()
+{
+    for (const int value : {-1, 0, 11, 253, 256})
+        QCOMPARE(macroRepeat(value), 0);
+}
+
+void KeyMappingTest::positionsOutsideTheRepeatModesStoreOne()
+{
+    for (const int position : {-1, 12, 100})
+        QCOMPARE(macroRepeatValue(position), 1);
+}
+
+void KeyMappingTest::readsNumbersOfEveryKind_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<int>("expected");
+    constexpr int highest = std::numeric_limits<int>::max();
+    constexpr int lowest = std::numeric_limits<int>::min();
+    QTest::newRow("int") << QVariant(-7) << -7;
+    QTest::newRow("long") << QVariant(qlonglong(12)) << 12;
+    QTest::newRow("long above") << QVariant(qlonglong(1) << 40) << highest;
+    QTest::newRow("long below") << QVariant(-(qlonglong(1) << 40)) << lowest;
+    QTest::newRow("unsigned long above") << QVariant(std::numeric_limits<qulonglong>::max()) << highest;
+    QTest::newRow("real") << QVariant(10.9) << 10;
+    QTest::newRow("real above") << QVariant(1e30) << highest;
+    QTest::newRow("real below") << QVariant(-1e30) << lowest;
+    QTest::newRow("not a number") << QVariant(std::numeric_limits<double>::quiet_NaN()) << 0;
+    QTest::newRow("true") << QVariant(true) << 1;
+    QTest::newRow("decimal text") << QVariant(u"16"_s) << 16;
+    QTest::newRow("path") << QVariant(u"/Applications/A.app"_s) << 0;
+    QTest::newRow("nothing") << QVariant() << 0;
+    QTest::newRow("data") << QVariant(QByteArray("10")) << 0;
+    QTest::newRow("array") << QVariant(QVariantList{10}) << 0;
+    QTest::newRow("dictionary") << QVariant(QVariantMap{{u"command"_s, 10}}) << 0;
+}
+
+void KeyMappingTest::readsNumbersOfEveryKind()
+{
+    QFETCH(QVariant, value);
+    QFETCH(int, expected);
+    QCOMPARE(integerValue(value), expected);
+}
+
+void KeyMappingTest::readsAbsentAndOddEntriesAsNotMapped()
+{
+    for (const QVariant &keys : {QVariant(), QVariant(u"Keys"_s), QVariant(QVariantMap()),
+                                 QVariant(QVariantMap{{u"4"_s, 10}}), QVariant(QVariantMap{{u"4"_s, QVariantList{10}}})}) {
+        const Entry entry = entryForKey({{SettingsKeys::keys, keys}}, 4);
+        QCOMPARE(entry.command, 0);
+        QCOMPARE(entry.param1, 0);
+        QVERIFY(!entry.isMapped());
+    }
+    QVERIFY(!entryForKey({}, 4).isMapped());
+}
+
+void KeyMappingTest::readsTheProgramPath()
+{
+    const Entry launch = readEntry(QVariantMap{{u"command"_s, 46}, {u"param1"_s, u"/a/B.app"_s}, {u"param2"_s, QString()}});
+    QVERIFY(launch.is(Assignment::launchProgram));
+    QCOMPARE(launch.programPath, u"/a/B.app"_s);
+    QCOMPARE(launch.param2, 0);
+    QVERIFY(readEntry(QVariantMap{{u"command"_s, 46}, {u"param1"_s, 3}}).programPath.isEmpty());
+}
+
+void KeyMappingTest::writesExactlyThreeKeysIntoANewEntry()
+{
+    const QVariantMap keys = withEntry({}, u"4"_s, Assignment::disabled, 0, 0);
+    QCOMPARE(keys, (QVariantMap{{u"4"_s, QVariantMap{{u"command"_s, 20}, {u"param1"_s, 0}, {u"param2"_s, 0}}}}));
+}
+
+void KeyMappingTest::keepsFurtherKeysAndOtherEntries()
+{
+    const QVariantMap other{{u"command"_s, 16}};
+    const QVariantMap keys = withEntry({{u"4"_s, QVariantMap{{u"command"_s, 16}, {u"note"_s, u"mine"_s}}}, {u"5"_s, other}},
+                                       u"4"_s, Assignment::launchProgram, u"/a/B.app"_s, QString());
+    QCOMPARE(keys.value(u"4"_s).toMap(), (QVariantMap{{u"command"_s, 46},
+                                                      {u"param1"_s, u"/a/B.app"_s},
+                                                      {u"param2"_s, u""_s},
+                                                      {u"note"_s, u"mine"_s}}));
+    QCOMPARE(keys.value(u"5"_s).toMap(), other);
+}
+
+void KeyMappingTest::leavesTheDictionaryItWasHandedAlone()
+{
+    const QVariantMap keys{{u"4"_s, QVariantMap{{u"command"_s, 45}}}};
+    const QVariantMap changed = withEntry(keys, u"4"_s, Assignment::disabled, 0, 0);
+    QVERIFY(changed != keys);
+    QCOMPARE(keys.value(u"4"_s).toMap(), (QVariantMap{{u"command"_s, 45}}));
+}
+
+QTEST_GUILESS_MAIN(KeyMappingTest)
+#include "tst_keymapping.moc"

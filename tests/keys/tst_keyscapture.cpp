@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+// Single-key capture, game mode and the function-key notice, with notifications posted on a session bus.
+#include "tests/keys/keystesting.h"
+
+#include "app/util/daemonprotocol.h"
+#include "app/util/text.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/popupbutton.h"
+#include "platform/sheet.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace KeysTesting;
+
+namespace {
+
+void postCapture(int key, int modifier)
+{
+    DistributedNotificationCenter::defaultCenter().post(
+        DaemonProtocol::singleKeyEvent,
+        {{DaemonProtocol::singleKey, key}, {DaemonProtocol::singleKeyModifier, modifier}});
+}
+
+// A tab with the key A selected and the capture sheet up.
+std::unique_ptr<Tab> tabWithSheet(const QVariantMap &keyA = entry(20))
+{
+    auto tab = std::make_unique<Tab>(profile(u"P"_s, {{u"4"_s, keyA}}));
+    tab->window.show();
+    tab->key("mA")->click();
+    tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
+    return tab;
+}
+
+} // namespace
+
+class KeysCaptureTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void observesBothNotificationsOnce();
+    void openingStartsTheCapture();
+    void capturedKeyIsShown();
+    void okWritesTheLastCapturedKey();
+    void okBeforeAnyCaptureWritesZeroes();
+    void okBeforeACaptureWritesTheOneBefore();
+    void cancelWritesNothingAndRestoresThePopUp();
+    void escapeCancels();
+    void oddUserInformationReadsAsZero();
+
+    void gameModeNotificationFlipsTheFlagAndTheNotice();
+    void gameModeWithoutAFunctionKeyChangesOnlyTheFlag();
+    void noticeShowsForAssignedFunctionKeysOnly_data();
+    void noticeShowsForAssignedFunctionKeysOnly();
+    void notificationsAfterTheWindowIsGoneAreHarmless();
+
+private:
+    QTemporaryDir mResources;
+};
+
+void KeysCaptureTest::initTestCase()
+{
+    QVERIFY2(loadTexts(), "the texts of the build tree are missing");
+    QVERIFY2(QDBusConnection::sessionBus().isConnected(), "this test needs a session bus");
+    qputenv("QUILL_KESTRA_RESOURCES", mResources.path().toLocal8Bit());
+    qputenv("XDG_DATA_HOME", mResources.path().toLocal8Bit());
+}
+
+void KeysCaptureTest::observesBothNotificationsOnce()
+{
+    const Tab tab(profile(u"P"_s));
+    const DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
+    QCOMPARE(center.observationCount(tab.controller.get(), u"SingleKeyEvent271"_s), 1);
+    QCOMPARE(center.observationCount(tab.controller.get(), u"Game Mode Pressed 271"_s), 1);
+}
+
+void KeysCaptureTest::openingStartsTheCapture()
+{
+    const auto tab = tabWithSheet();
+    QVERIFY(tab->find<Sheet>("mSingleKeyWindow")->isUp());
+    QVERIFY(tab->find<Sheet>("mSingleKeyWindow")->isVisible());
+    QCOMPARE(tab->find<Sheet>("mSingleKeyWindow")->windowModality(), Qt::WindowModal);
+    QCOMPARE(tab->find<Sheet>("mSingleKeyWindow")->parentWidget(), &tab->window);
+    QVERIFY(tab->find<QLineEdit>("mSingleKeyInput")->text().isEmpty());
+    QCOMPARE(tab->delegate.calls, QStringList{u"startSingleKeyRecording"_s});
+}
+
+void KeysCaptureTest::capturedKeyIsShown()
+{
+    const auto tab = tabWithSheet();
+    postCapture(6, 3);
+    QTRY_COMPARE(tab->find<QLineEdit>("mSingleKeyInput")->text(), u"Left Control + Left Shift + C"_s);
+    QCOMPARE(tab->controller->singleKeyHIDCode(), 6);
+    QCOMPARE(tab->controller->singleKeyModifierCode(), 3);
+    QCOMPARE(tab->delegate.calls.size(), 1);
+}
+
+void KeysCaptureTest::okWritesTheLastCapturedKey()
+{
+    const auto tab = tabWithSheet();
+    postCapture(6, 0);
+    QTRY_COMPARE(tab->find<QLineEdit>("mSingleKeyInput")->text(), u"C"_s);
+    postCapture(7, 2);
+    QTRY_COMPARE(tab->find<QLineEdit>("mSingleKeyInput")->text(), u"Left Shift + D"_s);
+    tab->find<QPushButton>("mSingleKeyOK")->click();
+    QVERIFY(!tab->find<Sheet>("mSingleKeyWindow")->isUp());
+    QVERIFY(!tab->find<Sheet>("mSingleKeyWindow")->isVisible());
+    QVERIFY(!tab->controller->isCancelSingleKey());
+    QCOMPARE(tab->delegate.calls.count(u"stopSingleKeyRecording"_s), 1);
+    QCOMPARE(tab->delegate.sent.size(), 1);
+    QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 7, 2));
+}
+
+void KeysCaptureTest::okBeforeAnyCaptureWritesZeroes()
+{
+    const auto tab = tabWithSheet();
+    tab->find<QPushButton>("mSingleKeyOK")->click();
+    QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 0, 0));
+}
+
+void KeysCaptureTest::okBeforeACaptureWritesTheOneBefore()
+{
+    const auto tab = tabWithSheet();
+    postCapture(9, 1);
+    QTRY_COMPARE(tab->controller->singleKeyHIDCode(), 9);
+    tab->find<QPushButton>("mSingleKeyCancel")->click();
+    tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
+    QVERIFY(tab->find<QLineEdit>("mSingleKeyInput")->text().isEmpty());
+    tab->find<QPushButton>("mSingleKeyOK")->click();
+    QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 9, 1));
+}
+
+void KeysCaptureTest::cancelWritesNothingAndRestoresThePopUp()
+{
+    const auto tab = tabWithSheet();
+    QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 1);
+    postCapture(6, 0);
+    QTRY_COMPARE(tab->controller->singleKeyHIDCode(), 6);
+    tab->find<QPushButton>("mSingleKeyCancel")->click();
+    QCOMPARE(tab->delegate.calls, (QStringList{u"startSingleKeyRecording"_s, u"stopSingleKeyRecording"_s}));
+    QVERIFY(tab->controller->isCancelSingleKey());
+    QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
+    QVERIFY(!tab->find<Sheet>("mSingleKeyWindow")->isUp());
+}
+
+void KeysCaptureTest::escapeCancels()
+{
+    const auto tab = tabWithSheet();
+    QTest::keyClick(tab->find<Sheet>("mSingleKeyWindow"), Qt::Key_Escape);
+    QVERIFY(tab->controller->isCancelSingleKey());
+    QCOMPARE(tab->delegate.calls.last(), u"stopSingleKeyRecording"_s);
+    QVERIFY(tab->delegate.sent.isEmpty());
+}
+
+void KeysCaptureTest::oddUserInformationReadsAsZero()
+{
+    const auto tab = tabWithSheet();
+    tab->controller->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 5}}});
+    QCOMPARE(tab->controller->singleKeyHIDCode(), 5);
+    tab->controller->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, QVariantList()}}});
+    QCOMPARE(tab->controller->singleKeyHIDCode(), 0);
+    QVERIFY(tab->find<QLineEdit>("mSingleKeyInput")->text().isEmpty());
+}
+
+void KeysCaptureTest::gameModeNotificationFlipsTheFlagAndTheNotice()
+{
+    Tab tab(profile(u"P"_s, {{u"58"_s, entry(20)}}));
+    tab.key("mF1")->click();
+    const QLabel *notice = tab.find<QLabel>("mFunctionKeysInfoLabel");
+    QVERIFY(!notice->isHidden());
+    QCOMPARE(notice->text(), localizedFormat("lkeyFunctionKeysInfoGameModeOff", {u"F1"_s}));
+    DistributedNotificationCenter::defaultCenter().post(DaemonProtocol::gameModePressed);
+    QTRY_VERIFY(tab.controller->gameMode());
+    QCOMPARE(notice->text(), localizedFormat("lkeyFunctionKeysInfoGameModeOn", {u"F1"_s}));
+    QVERIFY(notice->text().contains(u"F1"_s));
+    DistributedNotificationCenter::defaultCenter().post(DaemonProtocol::gameModePressed);
+    QTRY_VERIFY(!tab.controller->gameMode());
+    QVERIFY(tab.delegate.calls.isEmpty());
+}
+
+void KeysCaptureTest::gameModeWithoutAFunctionKeyChangesOnlyTheFlag()
+{
+    Tab tab(profile(u"P"_s, {{u"4"_s, entry(20)}}));
+    tab.key("mA")->click();
+    DistributedNotificationCenter::defaultCenter().post(DaemonProtocol::gameModePressed);
+    QTRY_VERIFY(tab.controller->gameMode());
+    QVERIFY(tab.find<QLabel>("mFunctionKeysInfoLabel")->isHidden());
+    QVERIFY(tab.find<QLabel>("mFunctionKeysInfoImage")->isHidden());
+    QVERIFY(tab.delegate.calls.isEmpty());
+}
+
+void KeysCaptureTest::noticeShowsForAssignedFunctionKeysOnly_data()
+{
+    QTest::addColumn<QString>("outlet");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<int>("command");
+    QTest::addColumn<bool>("isShown");
+    QTest::newRow("F1 disabled") << u"mF1"_s << u"58"_s << 20 << true;
+    QTest::newRow("F12 launches") << u"mF12"_s << u"69"_s << 46 << true;
+    QTest::newRow("F13 single key") << u"mF13"_s << u"104"_s << 16 << true;
+    QTest::newRow("F14 macro") << u"mF14"_s << u"105"_s << 10 << true;
+    QTest::newRow("F1 default") << u"mF1"_s << u"58"_s << 45 << false;
+    QTest::newRow("F1 unknown") << u"mF1"_s << u"58"_s << 30 << false; // shows at position 0
+    QTest::newRow("M1 is no function key") << u"mM1"_s << u"106"_s << 20 << false;
+    QTest::newRow("M5 is no function key") << u"mM5"_s << u"110"_s << 20 << false;
+    QTest::newRow("A") << u"mA"_s << u"4"_s << 20 << false;
+}
+
+void KeysCaptureTest::noticeShowsForAssignedFunctionKeysOnly()
+{
+    QFETCH(QString, outlet);
+    QFETCH(QString, code);
+    QFETCH(int, command);
+    QFETCH(bool, isShown);
+    Tab tab(profile(u"P"_s, {{code, entry(command)}}));
+    tab.key("mF2")->click(); // so that a flag left over would show
+    tab.window.findChild<KeyButton *>(outlet)->click();
+    QCOMPARE(!tab.find<QLabel>("mFunctionKeysInfoLabel")->isHidden(), isShown);
+    QCOMPARE(!tab.find<QLabel>("mFunctionKeysInfoImage")->isHidden(), isShown);
+}
+
+void KeysCaptureTest::notificationsAfterTheWindowIsGoneAreHarmless()
+{
+    KeyboardKeysController controller;
+    {
+        QMainWindow window;
+        window.setCentralWidget(controller.view());
+        controller.awakeFromNib();
+    }
+    controller.singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 5}}});
+    controller.gameModeSwitch({u"Game Mode Pressed 271"_s, {}});
+    QVERIFY(controller.gameMode());
+    QCOMPARE(controller.singleKeyHIDCode(), 0);
+}
+
+QTEST_MAIN(KeysCaptureTest)
+#include "tst_keyscapture.moc"

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+// Draws the tab and the single-key sheet in both palettes and several sizes into the folder `screenshots` beside the
+// tests, for a person to look at, and checks that a screen with twice the dots gets more than the same picture enlarged.
+#include "tests/keys/keystesting.h"
+
+#include "keys/keybutton.h"
+#include "keys/keyboardpicture.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/popupbutton.h"
+#include "platform/sheet.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace KeysTesting;
+
+namespace {
+
+QPalette darkPalette()
+{
+    QPalette palette;
+    const QColor window(0x2b, 0x2d, 0x31), base(0x1f, 0x21, 0x24), text(0xe6, 0xe7, 0xea), faint(0x80, 0x83, 0x88);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::Button, QColor(0x3a, 0x3d, 0x42));
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::ToolTipBase, base);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, faint);
+    }
+    palette.setColor(QPalette::Highlight, QColor(0x3d, 0x8e, 0xe6));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
+QVariantMap workingKeys()
+{
+    return {{u"58"_s, entry(10, 0, 2)},    {u"26"_s, entry(16, 80, 0)},
+            {u"20"_s, entry(17, 1, 0)},    {u"8"_s, entry(46, u"/Applications/Browser.app"_s, QString())},
+            {u"57"_s, entry(20)},          {u"106"_s, entry(10, 1, 255)},
+            {u"107"_s, entry(10, 0, 1)},   {u"111"_s, entry(17, 1, 0)},
+            {u"227"_s, entry(20)},         {u"96"_s, entry(16, 82, 0)},
+            {u"53"_s, entry(16, 41, 0)},   {u"78"_s, entry(30)},
+            {u"88"_s, entry(46, u"/Applications/Calculator.app"_s, QString())}, {u"40"_s, entry(10, 1, 254)}};
+}
+
+QImage grabAt(QWidget &widget, qreal ratio)
+{
+    QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(widget.palette().color(QPalette::Window));
+    widget.render(&image);
+    return image;
+}
+
+} // namespace
+
+class KeysScreenshots : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void drawsTheTab_data();
+    void drawsTheTab();
+    void drawsTheSingleKeySheet();
+    void isDrawnSharpAtTwiceTheDots();
+
+private:
+    QTemporaryDir mResources;
+    QDir mFolder;
+};
+
+void KeysScreenshots::initTestCase()
+{
+    QVERIFY(loadTexts());
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    qputenv("QUILL_KESTRA_RESOURCES", mResources.path().toLocal8Bit());
+    qputenv("XDG_DATA_HOME", mResources.path().toLocal8Bit());
+    mFolder = QDir(QCoreApplication::applicationDirPath());
+    QVERIFY(mFolder.mkpath(u"screenshots"_s));
+    QVERIFY(mFolder.cd(u"screenshots"_s));
+}
+
+void KeysScreenshots::drawsTheTab_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<double>("ratio");
+    QTest::addColumn<bool>("isEnabled");
+    QTest::newRow("keys-light-1100") << false << 1100 << 1.0 << true;
+    QTest::newRow("keys-dark-1100") << true << 1100 << 1.0 << true;
+    QTest::newRow("keys-light-1100-2x") << false << 1100 << 2.0 << true;
+    QTest::newRow("keys-dark-1100-2x") << true << 1100 << 2.0 << true;
+    QTest::newRow("keys-light-3800") << false << 3800 << 1.0 << true;
+    QTest::newRow("keys-light-absent") << false << 1100 << 1.0 << false;
+    QTest::newRow("keys-dark-absent") << true << 1100 << 1.0 << false;
+}
+
+void KeysScreenshots::drawsTheTab()
+{
+    QFETCH(bool, isDark);
+    QFETCH(int, width);
+    QFETCH(double, ratio);
+    QFETCH(bool, isEnabled);
+    QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
+    Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)}, {macro(u"Opening burst"_s), macro(u"Heal"_s)});
+    tab.window.resize(width, width * 9 / 16);
+    tab.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    QTest::mouseClick(tab.key("mF1"), Qt::LeftButton);
+    tab.controller->setControlsState(isEnabled);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+
+    const QImage image = grabAt(tab.window, ratio);
+    QVERIFY(image.save(mFolder.filePath(QString::fromLatin1(QTest::currentDataTag()) + u".png"_s)));
+    QCOMPARE(image.width(), qRound(width * ratio));
+}
+
+void KeysScreenshots::drawsTheSingleKeySheet()
+{
+    QApplication::setPalette(QApplication::style()->standardPalette());
+    Tab tab(profile(u"Raid night"_s));
+    tab.window.show();
+    tab.find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
+    auto *sheet = tab.find<Sheet>("mSingleKeyWindow");
+    QVERIFY(QTest::qWaitForWindowExposed(sheet));
+    tab.controller->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 6}, {u"singleKeyModif"_s, 8}}});
+    QVERIFY(grabAt(*sheet, 2).save(mFolder.filePath(u"single-key-sheet-2x.png"_s)));
+}
+
+void KeysScreenshots::isDrawnSharpAtTwiceTheDots()
+{
+    QApplication::setPalette(QApplication::style()->standardPalette());
+    Tab tab(profile(u"Raid night"_s, workingKeys()));
+    tab.window.resize(1100, 620);
+    tab.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    const QImage sharp = grabAt(*tab.controller->picture(), 2);
+    const QImage enlarged = grabAt(*tab.controller->picture(), 1).scaled(sharp.size(), Qt::IgnoreAspectRatio,
+                                                                         Qt::SmoothTransformation);
+    int differing = 0;
+    for (int y = 0; y < sharp.height(); ++y)
+        for (int x = 0; x < sharp.width(); ++x)
+            differing += std::abs(qGray(sharp.pixel(x, y)) - qGray(enlarged.pixel(x, y))) > 40;
+    QVERIFY2(differing > 5000, qPrintable(QString::number(differing)));
+}
+
+QTEST_MAIN(KeysScreenshots)
+#include "tst_keysscreenshots.moc"

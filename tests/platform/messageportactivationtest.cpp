@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+// A port whose bus name the bus could start a service for: looking for it or sending to it must not start anything.
+#include "platform/messageport.h"
+
+#include <QDBusConnectionInterface>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString portName = u"ActivatablePort"_s;
+
+bool writeFile(const QString &path, const QString &text)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) == text.toUtf8().size();
+}
+
+/// A session bus that knows one service file; the service leaves a mark when it is started.
+class ActivatingBus
+{
+public:
+    bool start()
+    {
+        const QString folder = mFolder.path();
+        const QString service = u"[D-BUS Service]\nName=%1\nExec=/usr/bin/touch %2\n"_s;
+        const QString configuration = u"<busconfig><type>session</type><listen>unix:tmpdir=%1</listen>"
+                                      "<servicedir>%1</servicedir><policy context=\"default\">"
+                                      "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/>"
+                                      "<allow own=\"*\"/></policy></busconfig>"_s;
+        if (!writeFile(folder + u"/port.service"_s, service.arg(messagePortBusName(portName), markPath()))
+            || !writeFile(folder + u"/bus.conf"_s, configuration.arg(folder)))
+            return false;
+        mProcess.setProgram(u"dbus-daemon"_s);
+        mProcess.setArguments({u"--config-file"_s, folder + u"/bus.conf"_s, u"--print-address"_s, u"--nofork"_s});
+        mProcess.start();
+        if (!mProcess.waitForStarted() || !mProcess.waitForReadyRead())
+            return false;
+        return qputenv("DBUS_SESSION_BUS_ADDRESS", mProcess.readLine().trimmed());
+    }
+
+    ~ActivatingBus()
+    {
+        mProcess.terminate();
+        mProcess.waitForFinished();
+    }
+
+    [[nodiscard]] QString markPath() const { return mFolder.filePath(u"started"_s); }
+    [[nodiscard]] bool hasStartedTheService() const { return QFile::exists(markPath()); }
+
+private:
+    QTemporaryDir mFolder;
+    QProcess mProcess;
+};
+
+} // namespace
+
+class MessagePortActivationTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void startsNoService();
+    void theBusWouldHaveStartedIt();
+
+private:
+    ActivatingBus mBus;
+};
+
+void MessagePortActivationTest::initTestCase()
+{
+    QVERIFY(mBus.start()); // before anything asks for the session bus
+    QVERIFY(QDBusConnection::sessionBus().isConnected());
+    QDBusConnectionInterface *bus = QDBusConnection::sessionBus().interface();
+    QVERIFY(bus->activatableServiceNames().value().contains(messagePortBusName(portName)));
+}
+
+void MessagePortActivationTest::startsNoService()
+{
+    QVERIFY(!RemoteMessagePort::open(portName));
+
+    const auto connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"port"_s);
+    auto port = LocalMessagePort::create(
+        portName, [](qint32, const std::optional<QByteArray> &data) { return data; }, connection);
+    QVERIFY(port);
+    const auto remote = RemoteMessagePort::open(portName);
+    QVERIFY(remote);
+    port.reset();
+    QDBusConnection::disconnectFromBus(u"port"_s);
+    QVERIFY(remote->sendRequest(1, "x", 2s, 2s) == RemoteMessagePort::SendStatus::isInvalid);
+    remote->post(1, "x");
+    QVERIFY(!RemoteMessagePort::open(portName)); // answered after the post was dealt with
+    QVERIFY(!mBus.hasStartedTheService());
+}
+
+void MessagePortActivationTest::theBusWouldHaveStartedIt()
+{
+    // The counterpart: a message that allows it does start it.
+    QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(portName), u"/MessagePort"_s,
+                                                       u"org.quillkestra.MessagePort"_s, u"SendRequest"_s);
+    call << 1 << QByteArray("x");
+    QVERIFY(QDBusConnection::sessionBus().send(call));
+    QTRY_VERIFY(mBus.hasStartedTheService());
+}
+
+QTEST_GUILESS_MAIN(MessagePortActivationTest)
+#include "messageportactivationtest.moc"

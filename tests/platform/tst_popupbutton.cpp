@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: MIT
+#include "platform/popupbutton.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class PopUpButtonTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void selectsTheFirstItemAdded();
+    void selectingFromCodeIsSilent();
+    void pickByTheUserSelectsAndIsAnnounced();
+    void pickOfTheSelectedItemIsAnnouncedAgain();
+    void ignoresIndexesWithoutAnItem();
+    void titleChangesShowAtOnce();
+    void ampersandIsNoMnemonic();
+    void submenuItemLeavesTheSelection();
+    void replacedSubmenuGoesAway();
+    void submenuMayBeReplacedFromItsOwnItem();
+    void removingAllItemsLeavesNone();
+    void marksTheSelectedItemInTheMenu();
+    void opensByMouseAndPicksByKeyboard();
+    void opensByKeyboard_data();
+    void opensByKeyboard();
+    void longTitlesDoNotWidenItWithoutEnd();
+};
+
+void PopUpButtonTest::selectsTheFirstItemAdded()
+{
+    PopUpButton button;
+    QCOMPARE(button.indexOfSelectedItem(), -1);
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    QCOMPARE(button.numberOfItems(), 2);
+    QCOMPARE(button.indexOfSelectedItem(), 0);
+    QCOMPARE(button.titleOfSelectedItem(), u"One"_s);
+}
+
+void PopUpButtonTest::selectingFromCodeIsSilent()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    QSignalSpy picked(&button, &PopUpButton::itemPicked);
+    button.selectItemAtIndex(1);
+    QCOMPARE(button.titleOfSelectedItem(), u"Two"_s);
+    QCOMPARE(button.accessibleDescription(), u"Two"_s);
+    QCOMPARE(picked.count(), 0);
+}
+
+void PopUpButtonTest::pickByTheUserSelectsAndIsAnnounced()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s, u"Three"_s});
+    int selectedWhenAnnounced = -1;
+    connect(&button, &PopUpButton::itemPicked, &button, [&] { selectedWhenAnnounced = button.indexOfSelectedItem(); });
+    QSignalSpy picked(&button, &PopUpButton::itemPicked);
+    button.itemAtIndex(2)->trigger();
+    QCOMPARE(picked.count(), 1);
+    QCOMPARE(picked.first().first().toInt(), 2);
+    QCOMPARE(selectedWhenAnnounced, 2);
+}
+
+void PopUpButtonTest::pickOfTheSelectedItemIsAnnouncedAgain()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    QSignalSpy picked(&button, &PopUpButton::itemPicked);
+    button.itemAtIndex(0)->trigger();
+    button.itemAtIndex(0)->trigger();
+    QCOMPARE(picked.count(), 2);
+    QVERIFY(button.itemAtIndex(0)->isChecked());
+}
+
+void PopUpButtonTest::ignoresIndexesWithoutAnItem()
+{
+    PopUpButton button;
+    button.addItemWithTitle(u"One"_s);
+    button.selectItemAtIndex(-1);
+    button.selectItemAtIndex(1);
+    button.setItemTitleAtIndex(1, u"Two"_s);
+    QCOMPARE(button.indexOfSelectedItem(), 0);
+    QVERIFY(button.itemTitleAtIndex(1).isEmpty());
+    QVERIFY(!button.itemAtIndex(-1));
+    QVERIFY(!button.submenuAtIndex(5));
+}
+
+void PopUpButtonTest::titleChangesShowAtOnce()
+{
+    PopUpButton button;
+    button.addItemWithTitle(u"One"_s);
+    button.setItemTitleAtIndex(0, u"Another"_s);
+    QCOMPARE(button.itemTitleAtIndex(0), u"Another"_s);
+    QCOMPARE(button.text(), u"Another"_s);
+}
+
+void PopUpButtonTest::ampersandIsNoMnemonic()
+{
+    PopUpButton button;
+    button.addItemWithTitle(u"Cut & Paste"_s);
+    QCOMPARE(button.itemTitleAtIndex(0), u"Cut & Paste"_s);
+    QCOMPARE(button.itemAtIndex(0)->text(), u"Cut && Paste"_s);
+}
+
+void PopUpButtonTest::submenuItemLeavesTheSelection()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    auto *submenu = new QMenu;
+    QAction *item = addMenuItem(submenu, u"Inner"_s, 7);
+    button.setSubmenuAtIndex(1, submenu);
+    QSignalSpy picked(&button, &PopUpButton::itemPicked);
+    QSignalSpy inner(item, &QAction::triggered);
+    item->trigger();
+    QCOMPARE(inner.count(), 1);
+    QCOMPARE(picked.count(), 0);
+    QCOMPARE(button.indexOfSelectedItem(), 0);
+    QCOMPARE(menuItemTag(item), 7);
+    QCOMPARE(menuItemTitle(item), u"Inner"_s);
+}
+
+void PopUpButtonTest::replacedSubmenuGoesAway()
+{
+    PopUpButton button;
+    button.addItemWithTitle(u"One"_s);
+    QPointer<QMenu> first = new QMenu;
+    button.setSubmenuAtIndex(0, first);
+    auto *second = new QMenu;
+    button.setSubmenuAtIndex(0, second);
+    QCOMPARE(button.submenuAtIndex(0), second);
+    QTRY_VERIFY(first.isNull());
+}
+
+void PopUpButtonTest::submenuMayBeReplacedFromItsOwnItem()
+{
+    PopUpButton button;
+    button.addItemWithTitle(u"One"_s);
+    auto *submenu = new QMenu;
+    QAction *item = addMenuItem(submenu, u"Inner"_s, 1);
+    button.setSubmenuAtIndex(0, submenu);
+    connect(item, &QAction::triggered, &button, [&] { button.setSubmenuAtIndex(0, new QMenu); });
+    item->trigger();
+    QVERIFY(button.submenuAtIndex(0) != submenu);
+}
+
+void PopUpButtonTest::removingAllItemsLeavesNone()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    button.setSubmenuAtIndex(1, new QMenu);
+    button.removeAllItems();
+    QCOMPARE(button.numberOfItems(), 0);
+    QCOMPARE(button.indexOfSelectedItem(), -1);
+    QVERIFY(button.popUpMenu()->isEmpty());
+    QVERIFY(button.text().isEmpty());
+}
+
+void PopUpButtonTest::marksTheSelectedItemInTheMenu()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    button.selectItemAtIndex(1);
+    QVERIFY(!button.itemAtIndex(0)->isChecked());
+    QVERIFY(button.itemAtIndex(1)->isChecked());
+}
+
+void PopUpButtonTest::opensByMouseAndPicksByKeyboard()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    QSignalSpy picked(&button, &PopUpButton::itemPicked);
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    QTest::mousePress(&button, Qt::LeftButton);
+    QTRY_VERIFY(button.popUpMenu()->isVisible());
+    button.popUpMenu()->setActiveAction(button.itemAtIndex(1));
+    QTest::keyClick(button.popUpMenu(), Qt::Key_Return);
+    QTRY_COMPARE(picked.count(), 1);
+    QCOMPARE(button.indexOfSelectedItem(), 1);
+    QVERIFY(!button.isDown());
+}
+
+void PopUpButtonTest::opensByKeyboard_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Space") << Qt::Key_Space;
+    QTest::newRow("Down") << Qt::Key_Down;
+    QTest::newRow("Up") << Qt::Key_Up;
+    QTest::newRow("Return") << Qt::Key_Return;
+}
+
+void PopUpButtonTest::opensByKeyboard()
+{
+    QFETCH(Qt::Key, key);
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    QTest::keyPress(&button, key); // returns although the menu is open
+    QTRY_VERIFY(button.popUpMenu()->isVisible());
+    QVERIFY(button.isDown());
+    button.popUpMenu()->hide();
+    QVERIFY(!button.isDown());
+}
+
+void PopUpButtonTest::longTitlesDoNotWidenItWithoutEnd()
+{
+    PopUpButton button;
+    button.addItemWithTitle(u"One"_s);
+    const int narrow = button.sizeHint().width();
+    button.addItemWithTitle(QString(30, u'w'));
+    QVERIFY(button.sizeHint().width() > narrow);
+    button.addItemWithTitle(QString(5000, u'w'));
+    QVERIFY(button.sizeHint().width() < 1000);
+}
+
+QTEST_MAIN(PopUpButtonTest)
+#include "tst_popupbutton.moc"

@@ -1,0 +1,511 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tablecelldelegate.h"
+#include "platform/tableview.h"
+
+#include <QAccessible>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QStringList>
+#include <QTest>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Names that can be edited and a switch each; remembers what it was told.
+class Source : public TableViewDataSource
+{
+public:
+    struct Edit
+    {
+        QVariant value;
+        QString column;
+        int row;
+    };
+
+    int numberOfRowsInTableView(TableView *) override { return int(names.size()); }
+
+    QVariant tableViewObjectValueForTableColumnRow(TableView *, const QString &column, int row) override
+    {
+        if (row >= names.size())
+            return {};
+        return column == "name"_L1 ? QVariant(names.at(row)) : QVariant(switches.value(row));
+    }
+
+    void tableViewSetObjectValueForTableColumnRow(TableView *, const QVariant &value, const QString &column,
+                                                  int row) override
+    {
+        edits.append({value, column, row});
+        if (onEdit)
+            onEdit();
+    }
+
+    void tableViewSelectionDidChange(TableView *table) override { selections.append(table->selectedRow()); }
+
+    std::optional<TableCell> tableViewDataCellForTableColumnRow(TableView *, const QString &column, int) override
+    {
+        return column == "switch"_L1 ? std::optional(TableCell::checkBox) : std::nullopt;
+    }
+
+    QStringList names{u"Alpha"_s, u"Beta"_s, u"Gamma"_s};
+    QHash<int, int> switches;
+    QList<Edit> edits;
+    QList<int> selections;
+    std::function<void()> onEdit;
+};
+
+constexpr int nameColumn = 0;
+constexpr int switchColumn = 1;
+constexpr int fixedColumn = 2;
+
+} // namespace
+
+class TableViewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void selectingByCallNotifiesOnce();
+    void selectingTheSelectedRowAgainDoesNotNotify();
+    void extendingReplacesTheOneSelectedRow();
+    void rowThatDoesNotExistIsNotSelected();
+    void deselectingNotifiesOnlyIfARowWasSelected();
+    void selectingKnowsRowsAddedSinceTheLastReload();
+    void reloadingKeepsTheSelectionAndDoesNotNotify();
+    void reloadingDropsASelectionWhoseRowIsGone();
+    void clickingARowNotifies();
+    void clickingBesideTheRowsDeselectsUnlessForbidden();
+    void rightClickKeepsTheSelection();
+    void editingOpensTheNamedCell_data();
+    void editingOpensTheNamedCell();
+    void editingKeepsTheSelection();
+    void cellsThatCannotBeEditedAreNotOpened();
+    void disabledTableOpensNoEditor();
+    void returnWritesTheText();
+    void returnWritesAnUnchangedTextToo();
+    void escapeWritesNothing();
+    void losingTheFocusWritesTheText();
+    void tabEndsTheEditWithoutSelectingAnotherRow();
+    void endingByCallWritesOnlyAChangedText();
+    void editingAnotherCellEndsTheFirstEdit();
+    void deselectingEndsAnEdit();
+    void disablingWritesNothing();
+    void abortingWritesNothing();
+    void reloadingKeepsAnOpenEditAndItsText();
+    void reloadingEndsAnEditWhoseRowIsGone();
+    void anEditIsWrittenOnceThoughWritingRefreshes();
+    void clickingTheCheckBoxWritesTheOtherState_data();
+    void clickingTheCheckBoxWritesTheOtherState();
+    void clickingBesideTheCheckBoxWritesNothing();
+    void spaceSwitchesTheCheckBox();
+    void tellsAssistiveToolsCellsAndHeadings();
+
+private:
+    QLineEdit *editor() const;
+    QPoint cellCentre(int row, int column) const;
+
+    std::unique_ptr<QWidget> mWindow;
+    std::unique_ptr<Source> mSource;
+    TableView *mTable = nullptr;
+    QLineEdit *mOther = nullptr;
+};
+
+void TableViewTest::init()
+{
+    mSource = std::make_unique<Source>();
+    mWindow = std::make_unique<QWidget>();
+    mTable = new TableView;
+    mTable->addColumn({u"name"_s, u"Name"_s, TableCell::text, true, true});
+    mTable->addColumn({u"switch"_s, u"Switch"_s});
+    mTable->addColumn({u"fixed"_s, u"Fixed"_s});
+    mTable->setDataSource(mSource.get());
+    mOther = new QLineEdit;
+    auto *layout = new QVBoxLayout(mWindow.get());
+    layout->addWidget(mTable);
+    layout->addWidget(mOther);
+    mWindow->resize(500, 400);
+    mWindow->show();
+    QVERIFY(QTest::qWaitForWindowActive(mWindow.get()));
+    mTable->setFocus();
+}
+
+void TableViewTest::cleanup()
+{
+    mTable->setDataSource(nullptr);
+    mWindow.reset();
+    mSource.reset();
+}
+
+QLineEdit *TableViewTest::editor() const
+{
+    const QList<QLineEdit *> editors = mTable->findChildren<QLineEdit *>(u"cellEditor"_s);
+    for (QLineEdit *candidate : editors) {
+        if (candidate->isVisible())
+            return candidate;
+    }
+    return nullptr;
+}
+
+QPoint TableViewTest::cellCentre(int row, int column) const
+{
+    return mTable->visualRect(mTable->model()->index(row, column)).center();
+}
+
+void TableViewTest::selectingByCallNotifiesOnce()
+{
+    mTable->selectRow(1);
+    QCOMPARE(mTable->selectedRow(), 1);
+    QCOMPARE(mSource->selections, QList<int>{1});
+}
+
+void TableViewTest::selectingTheSelectedRowAgainDoesNotNotify()
+{
+    mTable->selectRow(1);
+    mTable->selectRow(1, true);
+    QCOMPARE(mSource->selections, QList<int>{1});
+}
+
+void TableViewTest::extendingReplacesTheOneSelectedRow()
+{
+    mTable->selectRow(0);
+    mTable->selectRow(2, true);
+    QCOMPARE(mTable->selectionModel()->selectedRows().size(), 1);
+    QCOMPARE(mTable->selectedRow(), 2);
+}
+
+void TableViewTest::rowThatDoesNotExistIsNotSelected()
+{
+    mTable->selectRow(1);
+    mTable->selectRow(3);
+    mTable->selectRow(-1);
+    QCOMPARE(mTable->selectedRow(), 1);
+    QCOMPARE(mSource->selections, QList<int>{1});
+}
+
+void TableViewTest::deselectingNotifiesOnlyIfARowWasSelected()
+{
+    mTable->deselectAll();
+    QVERIFY(mSource->selections.isEmpty());
+    mTable->selectRow(1);
+    mTable->deselectAll();
+    QCOMPARE(mTable->selectedRow(), -1);
+    QCOMPARE(mSource->selections, (QList<int>{1, -1}));
+    mTable->selectRow(1);
+    QCOMPARE(mSource->selections, (QList<int>{1, -1, 1}));
+}
+
+void TableViewTest::selectingKnowsRowsAddedSinceTheLastReload()
+{
+    mSource->names.append(u"Delta"_s);
+    mTable->selectRow(3);
+    QCOMPARE(mTable->selectedRow(), 3);
+}
+
+void TableViewTest::reloadingKeepsTheSelectionAndDoesNotNotify()
+{
+    mTable->selectRow(1);
+    mSource->selections.clear();
+    mSource->names = QStringList{u"A"_s, u"B"_s, u"C"_s, u"D"_s};
+    mTable->reloadData();
+    QCOMPARE(mTable->selectedRow(), 1);
+    QCOMPARE(mTable->model()->rowCount(), 4);
+    QCOMPARE(mTable->model()->index(1, nameColumn).data().toString(), u"B"_s);
+    mSource->names.removeLast();
+    mTable->reloadData();
+    QCOMPARE(mTable->selectedRow(), 1);
+    QVERIFY(mSource->selections.isEmpty());
+}
+
+void TableViewTest::reloadingDropsASelectionWhoseRowIsGone()
+{
+    mTable->selectRow(2);
+    mSource->selections.clear();
+    mSource->names.removeLast();
+    mTable->reloadData();
+    QCOMPARE(mTable->selectedRow(), -1);
+    QVERIFY(mSource->selections.isEmpty());
+}
+
+void TableViewTest::clickingARowNotifies()
+{
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, {}, cellCentre(1, nameColumn));
+    QCOMPARE(mSource->selections, QList<int>{1});
+}
+
+void TableViewTest::clickingBesideTheRowsDeselectsUnlessForbidden()
+{
+    const QPoint beside(20, mTable->viewport()->height() - 5);
+    QVERIFY(!mTable->indexAt(beside).isValid());
+    mTable->selectRow(1);
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, {}, beside);
+    QCOMPARE(mTable->selectedRow(), -1);
+    mTable->selectRow(1);
+    mTable->setAllowsEmptySelection(false);
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, {}, beside);
+    QCOMPARE(mTable->selectedRow(), 1);
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, Qt::ControlModifier, cellCentre(1, nameColumn));
+    QCOMPARE(mTable->selectedRow(), 1);
+    mTable->deselectAll();
+    QCOMPARE(mTable->selectedRow(), -1);
+}
+
+void TableViewTest::rightClickKeepsTheSelection()
+{
+    mTable->selectRow(0);
+    QTest::mouseClick(mTable->viewport(), Qt::RightButton, {}, cellCentre(2, nameColumn));
+    QCOMPARE(mTable->selectedRow(), 0);
+}
+
+void TableViewTest::editingOpensTheNamedCell_data()
+{
+    QTest::addColumn<bool>("selectsText");
+    QTest::addColumn<QString>("selectedText");
+    QTest::newRow("text selected") << true << u"Gamma"_s;
+    QTest::newRow("text not selected") << false << QString();
+}
+
+void TableViewTest::editingOpensTheNamedCell()
+{
+    QFETCH(bool, selectsText);
+    QFETCH(QString, selectedText);
+    const QSignalSpy changes(mTable, &TableView::editedRowChanged);
+    QCOMPARE(mTable->editedRow(), -1);
+    mTable->editColumnRow(nameColumn, 2, selectsText);
+    QCOMPARE(mTable->editedRow(), 2);
+    QCOMPARE(changes.size(), 1);
+    QVERIFY(editor());
+    QCOMPARE(editor()->text(), u"Gamma"_s);
+    QCOMPARE(editor()->selectedText(), selectedText);
+    QVERIFY(editor()->hasFocus());
+}
+
+void TableViewTest::editingKeepsTheSelection()
+{
+    mTable->selectRow(0);
+    mTable->editColumnRow(nameColumn, 2, true);
+    QCOMPARE(mTable->selectedRow(), 0);
+    QCOMPARE(mSource->selections, QList<int>{0});
+}
+
+void TableViewTest::cellsThatCannotBeEditedAreNotOpened()
+{
+    mTable->editColumnRow(fixedColumn, 0, true);
+    mTable->editColumnRow(switchColumn, 0, true);
+    mTable->editColumnRow(nameColumn, 3, true);
+    mTable->editColumnRow(nameColumn, -1, true);
+    mTable->editColumnRow(7, 0, true);
+    QCOMPARE(mTable->editedRow(), -1);
+    QVERIFY(!editor());
+}
+
+void TableViewTest::disabledTableOpensNoEditor()
+{
+    mTable->setEnabled(false);
+    mTable->editColumnRow(nameColumn, 0, true);
+    QCOMPARE(mTable->editedRow(), -1);
+}
+
+void TableViewTest::returnWritesTheText()
+{
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().value, QVariant(u"New"_s));
+    QCOMPARE(mSource->edits.first().column, u"name"_s);
+    QCOMPARE(mSource->edits.first().row, 1);
+    QCOMPARE(mTable->editedRow(), -1);
+    QTRY_VERIFY(!editor());
+}
+
+void TableViewTest::returnWritesAnUnchangedTextToo()
+{
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().value, QVariant(u"Beta"_s));
+}
+
+void TableViewTest::escapeWritesNothing()
+{
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    QTRY_VERIFY(!editor());
+    QCOMPARE(mTable->editedRow(), -1);
+    QVERIFY(mSource->edits.isEmpty());
+}
+
+void TableViewTest::losingTheFocusWritesTheText()
+{
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mOther->setFocus();
+    QTRY_COMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().value, QVariant(u"New"_s));
+    QCOMPARE(mTable->editedRow(), -1);
+}
+
+void TableViewTest::tabEndsTheEditWithoutSelectingAnotherRow()
+{
+    mTable->selectRow(0);
+    mTable->editColumnRow(nameColumn, 0, true);
+    QTest::keyClick(editor(), Qt::Key_Tab);
+    QTRY_VERIFY(!editor());
+    QCOMPARE(mTable->selectedRow(), 0);
+    QCOMPARE(mTable->editedRow(), -1);
+    QCOMPARE(mSource->edits.size(), 1);
+}
+
+void TableViewTest::endingByCallWritesOnlyAChangedText()
+{
+    mTable->editColumnRow(nameColumn, 1, true);
+    mTable->endEditing();
+    QVERIFY(mSource->edits.isEmpty());
+    QCOMPARE(mTable->editedRow(), -1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mTable->endEditing();
+    QCOMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().value, QVariant(u"New"_s));
+}
+
+void TableViewTest::editingAnotherCellEndsTheFirstEdit()
+{
+    mTable->editColumnRow(nameColumn, 0, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mTable->editColumnRow(nameColumn, 2, false);
+    QCOMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().row, 0);
+    QCOMPARE(mTable->editedRow(), 2);
+    QCOMPARE(editor()->text(), u"Gamma"_s);
+}
+
+void TableViewTest::deselectingEndsAnEdit()
+{
+    mTable->selectRow(1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    mTable->deselectAll();
+    QCOMPARE(mTable->editedRow(), -1);
+    QVERIFY(mSource->edits.isEmpty());
+}
+
+void TableViewTest::disablingWritesNothing()
+{
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mTable->setEnabled(false);
+    QTRY_VERIFY(!editor());
+    QCOMPARE(mTable->editedRow(), -1);
+    QVERIFY(mSource->edits.isEmpty());
+}
+
+void TableViewTest::abortingWritesNothing()
+{
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mTable->abortEditing();
+    QCOMPARE(mTable->editedRow(), -1);
+    QTRY_VERIFY(!editor());
+    QVERIFY(mSource->edits.isEmpty());
+}
+
+void TableViewTest::reloadingKeepsAnOpenEditAndItsText()
+{
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mSource->names.append(u"Delta"_s);
+    mTable->reloadData();
+    QCOMPARE(mTable->editedRow(), 1);
+    QCOMPARE(editor()->text(), u"New"_s);
+}
+
+void TableViewTest::reloadingEndsAnEditWhoseRowIsGone()
+{
+    mTable->editColumnRow(nameColumn, 2, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mSource->names.removeLast();
+    mTable->reloadData();
+    QCOMPARE(mTable->editedRow(), -1);
+    QTRY_VERIFY(!editor());
+    QVERIFY(mSource->edits.isEmpty());
+    mTable->editColumnRow(nameColumn, 0, true);
+    QCOMPARE(mTable->editedRow(), 0);
+}
+
+void TableViewTest::anEditIsWrittenOnceThoughWritingRefreshes()
+{
+    mTable->selectRow(1);
+    mSource->onEdit = [this] {
+        mTable->deselectAll();
+        mTable->reloadData();
+        mTable->selectRow(0);
+        mTable->endEditing();
+    };
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_VERIFY(!editor());
+    QCOMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mTable->selectedRow(), 0);
+}
+
+void TableViewTest::clickingTheCheckBoxWritesTheOtherState_data()
+{
+    QTest::addColumn<int>("before");
+    QTest::addColumn<int>("after");
+    QTest::newRow("off to on") << 0 << 1;
+    QTest::newRow("on to off") << 1 << 0;
+}
+
+void TableViewTest::clickingTheCheckBoxWritesTheOtherState()
+{
+    QFETCH(int, before);
+    QFETCH(int, after);
+    mSource->switches[2] = before;
+    mTable->reloadData();
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, {}, cellCentre(2, switchColumn));
+    QCOMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().value, QVariant(after));
+    QCOMPARE(mSource->edits.first().column, u"switch"_s);
+    QCOMPARE(mSource->edits.first().row, 2);
+}
+
+void TableViewTest::clickingBesideTheCheckBoxWritesNothing()
+{
+    mTable->setColumnWidth(switchColumn, 120);
+    const QRect cell = mTable->visualRect(mTable->model()->index(2, switchColumn));
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, {}, cell.topLeft() + QPoint(2, 2));
+    QVERIFY(mSource->edits.isEmpty());
+    QCOMPARE(mTable->selectedRow(), 2);
+}
+
+void TableViewTest::spaceSwitchesTheCheckBox()
+{
+    mTable->setCurrentIndex(mTable->model()->index(0, switchColumn));
+    QTest::keyClick(mTable, Qt::Key_Space);
+    QCOMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().value, QVariant(1));
+}
+
+void TableViewTest::tellsAssistiveToolsCellsAndHeadings()
+{
+    mSource->switches[1] = 1;
+    mTable->reloadData();
+    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(mTable);
+    QVERIFY(interface && interface->tableInterface());
+    QAccessibleTableInterface *table = interface->tableInterface();
+    QCOMPARE(table->rowCount(), 3);
+    QCOMPARE(table->columnDescription(nameColumn), u"Name"_s);
+    QCOMPARE(table->cellAt(1, nameColumn)->text(QAccessible::Name), u"Beta"_s);
+    QCOMPARE(table->cellAt(1, switchColumn)->text(QAccessible::Name), u"Switch"_s);
+    QVERIFY(table->cellAt(1, switchColumn)->state().checked);
+    QVERIFY(!table->cellAt(0, switchColumn)->state().checked);
+}
+
+QTEST_MAIN(TableViewTest)
+#include "tst_tableview.moc"

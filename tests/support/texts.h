@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// Installs the program's English texts in a test, as main() does. Main thread only.
+#pragma once
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+/// False when the string table is not where the build puts it.
+[[nodiscard]] inline bool installEnglishTexts()
+{
+    static QTranslator table;
+    return table.load(qEnvironmentVariable("KESTRA_BIN_DIR") + QStringLiteral("/resources/texts/en.qm")) &&
+           QCoreApplication::installTranslator(&table);
+}
