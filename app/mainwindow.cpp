@@ -27,7 +27,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int logoSize = 40;
-constexpr QSize initialSize(1180, 760);
+constexpr QSize initialSize(1180, 700);
 constexpr QSize smallestSize(1000, 640);
 
 QLabel *wrappedLabel(const QString &text, QLatin1StringView objectName)
@@ -78,6 +78,8 @@ void MainWindow::assemble(KeyboardMainController *controller)
     mController->macrosController()->awakeFromNib();
     mController->lightingController()->awakeFromNib();
     mController->awakeFromNib();
+    // The other controls are disabled until the keyboard is opened.
+    mOutlets.mKeyboardTabView->setFocus();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

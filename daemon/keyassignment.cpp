@@ -2,17 +2,11 @@
 #include "daemon/keyassignment.h"
 
 #include "app/util/settingskeys.h"
-#include "macros/macrorecord.h"
+#include "keys/keymapping.h"
+
+using KeyMappings::Assignment;
 
 namespace {
-
-// "command" of a key mapping entry
-constexpr int playMacroCommand = 10;
-constexpr int singleKeyCommand = 16;
-constexpr int switchProfileCommand = 17;
-constexpr int disabledCommand = 20;
-constexpr int defaultCommand = 45;
-constexpr int launchProgramCommand = 46;
 
 bool isKey(int usage)
 {
@@ -24,39 +18,36 @@ bool isKey(int usage)
 KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
 {
     using Kind = KeyAssignment::Kind;
-    const int param1 = MacroRecord::integerValue(entry.value(SettingsKeys::param1));
-    const int param2 = MacroRecord::integerValue(entry.value(SettingsKeys::param2));
+    const KeyMappings::Entry fields = KeyMappings::readEntry(entry);
     KeyAssignment assignment;
     assignment.key = key;
-    switch (MacroRecord::integerValue(entry.value(SettingsKeys::command))) {
-    case playMacroCommand:
+    switch (static_cast<Assignment>(fields.command)) {
+    case Assignment::playMacro:
         assignment.kind = Kind::playMacro;
-        assignment.index = param1;
-        assignment.repeat = param2;
+        assignment.index = fields.param1;
+        assignment.repeat = fields.param2;
         break;
-    case singleKeyCommand:
-        assignment.key = isKey(param1) ? static_cast<quint16>(param1) : 0;
-        assignment.modifiers = static_cast<quint8>(param2);
+    case Assignment::singleKey:
+        assignment.key = isKey(fields.param1) ? static_cast<quint16>(fields.param1) : 0;
+        assignment.modifiers = static_cast<quint8>(fields.param2);
         break;
-    case switchProfileCommand:
+    case Assignment::switchProfile:
         assignment.kind = Kind::switchProfile;
-        assignment.index = param1;
+        assignment.index = fields.param1;
         break;
-    case disabledCommand:
+    case Assignment::disabled:
         assignment.kind = Kind::disabled;
         break;
-    case launchProgramCommand:
+    case Assignment::launchProgram:
         assignment.kind = Kind::launchProgram;
-        assignment.program = entry.value(SettingsKeys::param1).toString();
+        assignment.program = fields.programPath;
         break;
-    case defaultCommand:
-        if (isKey(param1))
-            assignment.key = static_cast<quint16>(param1);
-        break;
-    default:
+    case Assignment::defaultKey:
+        if (isKey(fields.param1))
+            assignment.key = static_cast<quint16>(fields.param1);
         break;
     }
-    return assignment;
+    return assignment; // as the keyboard has it, for a command that is none of these
 }
 
 KeyMap::KeyMap(const QVariantMap &profile)

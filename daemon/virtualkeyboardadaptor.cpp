@@ -56,7 +56,7 @@ void VirtualKeyboardAdaptor::finish(VirtualKeyboard::Result result) const
         mObject->sendErrorReply(QDBusError::InvalidArgs, u"page 7 has the keys 4 to 231, page 9 the buttons 1 to 255"_s);
         return;
     case Result::noSuchBrightness:
-        mObject->sendErrorReply(QDBusError::InvalidArgs, u"the brightness levels are 1 to 4"_s);
+        mObject->sendErrorReply(QDBusError::InvalidArgs, u"the brightness levels are 0 to 4"_s);
         return;
     }
 }

@@ -14,7 +14,7 @@
 #include <QVariantMap>
 
 #include <functional>
-#include <memory>
+#include <optional>
 
 class DistributedNotificationCenter;
 struct DistributedNotification;
@@ -150,8 +150,8 @@ private:
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
     [[nodiscard]] int selectedCode() const;
     [[nodiscard]] QString activeProfileName() const;
-    /// What `entry` does, for the pop-up's title; empty where it points to nothing.
-    [[nodiscard]] QString assignmentDetail(const KeyMappings::Entry &entry) const;
+    /// What `entry` does, for the pop-up's title; absent where it points to nothing or there is no more to say.
+    [[nodiscard]] std::optional<QString> assignmentDetail(const KeyMappings::Entry &entry) const;
     [[nodiscard]] QString assignmentDescription(const KeyMappings::Entry &entry) const;
 
     QPointer<QWidget> mView;

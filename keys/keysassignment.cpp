@@ -18,6 +18,8 @@
 #include <QLineEdit>
 #include <QMenu>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 using KeyMappings::Assignment;
 
@@ -49,9 +51,13 @@ QString applicationTitle(QString path)
     return title.isEmpty() ? info.fileName() : title;
 }
 
-QString nameOfRecord(const QVariantList &records, qint32 index, QLatin1StringView nameKey)
+// Absent when `index` points past the end of `records`, or to something that is no record.
+std::optional<QString> nameOfRecord(const QVariantList &records, qint32 index, QLatin1StringView nameKey)
 {
-    return records.value(index).toMap().value(nameKey).toString();
+    const QVariant record = records.value(index);
+    if (record.typeId() != QMetaType::QVariantMap)
+        return std::nullopt;
+    return record.toMap().value(nameKey).toString();
 }
 
 } // namespace
@@ -102,11 +108,11 @@ void KeyboardKeysController::showEntry(const KeyMappings::Entry &entry, int posi
         mMacroPlaybackPopUp->selectItemAtIndex(macroRepeat(entry.param2));
         setPlaybackVisible(true);
     }
-    if (const QString detail = assignmentDetail(entry); !detail.isNull())
-        mAssignFunction->setItemTitleAtIndex(position, titleWithDetail(assignmentLabelKeys[position], detail));
+    if (const std::optional<QString> detail = assignmentDetail(entry))
+        mAssignFunction->setItemTitleAtIndex(position, titleWithDetail(assignmentLabelKeys[position], *detail));
 }
 
-QString KeyboardKeysController::assignmentDetail(const KeyMappings::Entry &entry) const
+std::optional<QString> KeyboardKeysController::assignmentDetail(const KeyMappings::Entry &entry) const
 {
     switch (static_cast<Assignment>(entry.command)) {
     case Assignment::playMacro:
@@ -116,19 +122,22 @@ QString KeyboardKeysController::assignmentDetail(const KeyMappings::Entry &entry
     case Assignment::singleKey:
         return eventParser::getStringWithHIDWithModifier(entry.param1, entry.param2);
     case Assignment::launchProgram:
-        return entry.programPath.isEmpty() ? QString() : applicationTitle(entry.programPath);
+        return entry.programPath.isEmpty() ? std::nullopt : std::optional(applicationTitle(entry.programPath));
     case Assignment::disabled:
     case Assignment::defaultKey:
         break;
     }
-    return {};
+    return std::nullopt;
 }
 
 QString KeyboardKeysController::assignmentDescription(const KeyMappings::Entry &entry) const
 {
-    const char *labelKey = assignmentLabelKeys[checkPopUpAssignmentIndexForValue(entry.command)];
-    const QString detail = assignmentDetail(entry);
-    const QString text = detail.isNull() ? localizedText(labelKey) : titleWithDetail(labelKey, detail);
+    const int position = checkPopUpAssignmentIndexForValue(entry.command);
+    if (entry.isMapped() && position == KeyMappings::defaultKeyPosition)
+        return localizedText("lkeyKeysUnknownAssignment");
+    const char *labelKey = assignmentLabelKeys[position];
+    const std::optional<QString> detail = assignmentDetail(entry);
+    const QString text = detail ? titleWithDetail(labelKey, *detail) : localizedText(labelKey);
     if (!entry.is(Assignment::playMacro))
         return text;
     const char *repeatKey = KeyMappings::repeatModes()[static_cast<std::size_t>(macroRepeat(entry.param2))].labelKey;

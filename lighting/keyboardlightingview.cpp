@@ -170,7 +170,7 @@ void KeyboardLightingController::buildView()
     mView = new QWidget;
     mView->setObjectName("lightingView"_L1);
     auto *profile = new QHBoxLayout;
-    profile->addWidget(makeLabel(mCurrentProfileLabel, "mCurrentProfileLabel", "lkeyCurrentProfile"));
+    profile->addWidget(makeLabel(mCurrentProfileLabel, "mCurrentProfileLabel", "lkeyLightingCurrentProfile"));
     profile->addWidget(makeLabel(mProfileNameLabel, "mProfileNameLabel"), 1);
     QFont bold = mProfileNameLabel->font();
     bold.setBold(true);

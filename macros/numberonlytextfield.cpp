@@ -9,21 +9,25 @@
 class NumberOnlyTextField::Vetting : public QValidator
 {
 public:
-    explicit Vetting(NumberOnlyTextField *field) : QValidator(field), mField(field) {}
+    explicit Vetting(NumberOnlyTextField *field) : QValidator(field), mField(field)
+    {
+        connect(field, &QLineEdit::textChanged, this, [this](const QString &text) { mAccepted = text; });
+    }
 
     State validate(QString &input, int &) const override
     {
-        const QString before = mField->text();
-        if (input == before)
+        if (input == mAccepted)
             return Acceptable;
+        const qsizetype shared = qMin(mAccepted.size(), input.size());
         qsizetype start = 0;
-        while (start < qMin(before.size(), input.size()) && before.at(start) == input.at(start))
+        while (start < shared && mAccepted.at(start) == input.at(start))
             ++start;
         qsizetype tail = 0;
-        while (tail < qMin(before.size(), input.size()) - start && before.at(before.size() - 1 - tail) == input.at(input.size() - 1 - tail))
+        while (tail < shared - start && mAccepted.at(mAccepted.size() - 1 - tail) == input.at(input.size() - 1 - tail))
             ++tail;
+        const auto length = int(mAccepted.size() - start - tail);
         const QString replacement = input.sliced(start, input.size() - start - tail);
-        if (mField->textViewShouldChangeTextInRangeReplacementString(int(start), int(before.size() - start - tail), replacement))
+        if (mField->shouldChange(mAccepted, int(start), length, replacement))
             return Acceptable;
         QApplication::beep();
         emit mField->editRefused();
@@ -32,6 +36,7 @@ public:
 
 private:
     NumberOnlyTextField *mField;
+    QString mAccepted; // the field already holds the new text when it asks
 };
 
 NumberOnlyTextField::NumberOnlyTextField(QWidget *parent) : QLineEdit(parent)
@@ -42,11 +47,16 @@ NumberOnlyTextField::NumberOnlyTextField(QWidget *parent) : QLineEdit(parent)
 bool NumberOnlyTextField::textViewShouldChangeTextInRangeReplacementString(int position, int length,
                                                                            const QString &replacement) const
 {
+    return shouldChange(text(), position, length, replacement);
+}
+
+bool NumberOnlyTextField::shouldChange(const QString &before, int position, int length, const QString &replacement) const
+{
     if (position >= maximumLength)
         return false;
     if (replacement.isEmpty())
         return true;
-    if (text().size() - length + replacement.size() > maximumLength)
+    if (before.size() - length + replacement.size() > maximumLength)
         return false;
     bool isNumber = false;
     QLocale().toDouble(replacement, &isNumber);

@@ -32,5 +32,7 @@ Q_SIGNALS:
 private:
     class Vetting;
 
+    [[nodiscard]] bool shouldChange(const QString &before, int position, int length, const QString &replacement) const;
+
     KeyboardMacrosController *mKeyboardMacrosController = nullptr;
 };

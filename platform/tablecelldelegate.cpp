@@ -46,6 +46,12 @@ void TableCellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     cell.state &= ~QStyle::State_HasFocus;
     cell.state |= checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
     style->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &cell, painter, mView);
+    // On a dark base some styles draw an empty box in the colour of the base.
+    QColor outline = cell.palette.color(QPalette::Text);
+    outline.setAlphaF(0.4f);
+    painter->setPen(outline);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(cell.rect.adjusted(0, 0, -1, -1));
 }
 
 QWidget *TableCellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const

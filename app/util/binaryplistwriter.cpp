@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/util/binaryplistwriter.h"
 
+#include "app/util/plistscalartable.h"
 #include "app/util/propertylistbudget.h"
 
 #include <QDateTime>
-#include <QHashFunctions>
 #include <QtEndian>
 
 #include <algorithm>
@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr quint32 noObject = 0xffffffff;
+constexpr quint32 noObject = PlistScalarTable::noObject;
 
 int bytesFor(quint64 value)
 {
@@ -54,61 +54,6 @@ template <typename Source> char *putAllBigEndian(char *to, const Source *from, s
     }
 }
 
-/// Object numbers of the scalars written so far, found by their encoded bytes: the first byte tells the types apart,
-/// so 1, true and 1.0 are never taken for each other. Open addressing, at most half full.
-class ScalarTable
-{
-public:
-    struct Entry
-    {
-        size_t hash = 0;
-        qsizetype start = 0;
-        qsizetype length = 0;
-        quint32 object = noObject;
-    };
-
-    /// The entry whose bytes in `output` equal those from `start` to the end, or a free one to be filled.
-    Entry &find(const QByteArray &output, qsizetype start)
-    {
-        if ((m_used + 1) * 2 > m_entries.size())
-            grow();
-        const QByteArrayView bytes = QByteArrayView(output).sliced(start);
-        // Seeded: a file made to collide must not make saving it slow.
-        const size_t hash = qHashBits(bytes.data(), size_t(bytes.size()), m_seed);
-        for (size_t at = hash;; ++at) {
-            Entry &entry = m_entries[at & (m_entries.size() - 1)];
-            if (entry.object == noObject) {
-                entry.hash = hash;
-                entry.start = start;
-                entry.length = bytes.size();
-                ++m_used;
-                return entry;
-            }
-            if (entry.hash == hash && QByteArrayView(output).sliced(entry.start, entry.length) == bytes)
-                return entry;
-        }
-    }
-
-private:
-    void grow()
-    {
-        std::vector<Entry> larger(m_entries.size() * 4);
-        for (const Entry &entry : m_entries) {
-            if (entry.object == noObject)
-                continue;
-            size_t at = entry.hash & (larger.size() - 1);
-            while (larger[at].object != noObject)
-                at = (at + 1) & (larger.size() - 1);
-            larger[at] = entry;
-        }
-        m_entries.swap(larger);
-    }
-
-    size_t m_seed = QHashSeed::globalSeed();
-    size_t m_used = 0;
-    std::vector<Entry> m_entries = std::vector<Entry>(1024);
-};
-
 /// Writes scalars as it meets them while walking the tree; containers follow when the number of objects, and with it
 /// the size of a reference, is known. An object's number is independent of its place in the file.
 class Writer
@@ -116,7 +61,7 @@ class Writer
 public:
     std::optional<QByteArray> write(const QVariant &root)
     {
-        m_output.reserve(64 * 1024);
+        m_output.reserve(65536);
         m_output.append("bplist00", 8);
         const quint32 top = addValue(root, 1);
         if (top == noObject)
@@ -335,7 +280,7 @@ private:
     /// one.
     quint32 internFrom(qsizetype start)
     {
-        ScalarTable::Entry &entry = m_scalars.find(m_output, start);
+        PlistScalarTable::Entry &entry = m_scalars.find(m_output, start);
         if (entry.object != noObject) {
             m_output.truncate(start);
             return entry.object;
@@ -404,7 +349,7 @@ private:
     std::vector<quint64> m_offsets; // one an object
     std::vector<Container> m_containers;
     std::vector<quint32> m_references; // of all containers; a dictionary's keys stand before its values
-    ScalarTable m_scalars;
+    PlistScalarTable m_scalars;
     std::array<RecentString, 1 << recentBits> m_recentStrings;
     std::array<quint32, 256> m_smallIntegers = [] {
         std::array<quint32, 256> none{};

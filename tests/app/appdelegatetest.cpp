@@ -187,7 +187,9 @@ void AppDelegateTest::quitsOnSignals()
     environment.insert(u"KESTRA_BENCH_READY"_s, u"1"_s);
     program.setProcessEnvironment(environment);
     program.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestra-configurator"_s, QStringList());
-    QTRY_VERIFY_WITH_TIMEOUT(program.readAllStandardOutput().contains("ready"), 20000);
+    QSignalSpy output(&program, &QProcess::readyReadStandardOutput);
+    QVERIFY(output.wait(20000));
+    QCOMPARE(program.readAllStandardOutput().trimmed(), "ready");
     ::kill(pid_t(program.processId()), signalNumber);
     QVERIFY(program.waitForFinished(20000));
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);

@@ -701,9 +701,10 @@ void DeviceDaemonTest::brightnessKeysChangeTheActiveProfile()
     QCOMPARE(takeNotificationNames(), QStringList({u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
     QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done); // as bright as it goes
     QCOMPARE(takeNotificationNames(), QStringList());
-    QCOMPARE(mKeyboard->setBrightness(1), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->setBrightness(0), VirtualKeyboard::Result::done);
     QCOMPARE(mKeyboard->setBrightness(5), VirtualKeyboard::Result::noSuchBrightness);
-    QCOMPARE(mKeyboard->shownBrightness(), 1);
+    QCOMPARE(mKeyboard->setBrightness(-1), VirtualKeyboard::Result::noSuchBrightness);
+    QCOMPARE(mKeyboard->shownBrightness(), 0);
 }
 
 void DeviceDaemonTest::shutDownLetsGoOfEveryKey()

@@ -500,13 +500,15 @@ void KeyboardKeysControllerTest::everyControlHasAnAccessibleName()
 
 void KeyboardKeysControllerTest::everySelectableKeySaysWhatItDoes()
 {
-    const Tab tab(profile(u"P"_s, {{u"4"_s, entry(10, 0, 254)}, {u"5"_s, entry(16, 6, 1)}, {u"6"_s, entry(10, 9)}}), {},
-                  {macro(u"Heal"_s)});
+    const Tab tab(profile(u"P"_s, {{u"4"_s, entry(10, 0, 254)}, {u"5"_s, entry(16, 6, 1)}, {u"6"_s, entry(10, 9)},
+                              {u"8"_s, entry(30)}}), {}, {macro(u"Heal"_s)});
     QVERIFY(tab.key("mA")->toolTip().contains(u"Heal"_s));
     QVERIFY(tab.key("mA")->toolTip().contains(localizedText("lkeyRepeatUntilPressedAgain")));
     QVERIFY(tab.key("mB")->toolTip().contains(u"Left Control + C"_s));
     QVERIFY(tab.key("mC")->toolTip().contains(localizedText("lkeyMacro")));
     QVERIFY(tab.key("mD")->toolTip().contains(localizedText("lkeyDefaultKey")));
+    QVERIFY(tab.key("mE")->toolTip().contains(localizedText("lkeyKeysUnknownAssignment")));
+    QVERIFY(!tab.key("mE")->toolTip().contains(u"No Translation"_s));
     for (const KeyButton *button : tab.controller->picture()->buttons()) {
         QVERIFY(!button->accessibleDescription().isEmpty());
         QVERIFY(button->toolTip().contains(button->accessibleName()));

@@ -144,6 +144,7 @@ void KeysAssignmentTest::showsTheEntryOfTheSelectedKey_data()
                                                   << localizedText("lkeyLaunchProgram") + u": Tool 2.1"_s << false;
     QTest::newRow("program, slash at the end") << entry(46, u"/opt/Tool.app/"_s, u""_s) << 4
                                                << localizedText("lkeyLaunchProgram") + u": Tool"_s << false;
+    QTest::newRow("single key without a name") << entry(16, 0, 0) << 1 << localizedText("lkeySingleKey") + u": "_s << false;
     QTest::newRow("disabled") << entry(20) << 5 << localizedText("lkeyDisable") << false;
     QTest::newRow("unknown") << entry(30) << 0 << localizedText("lkeyDefaultKey") << false;
     QTest::newRow("macro past the end") << entry(10, 2, 1) << 2 << localizedText("lkeyMacro") << true;

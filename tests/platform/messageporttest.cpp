@@ -256,7 +256,8 @@ void MessagePortTest::sendGivesUpAfterReceiveTimeout()
     const qint64 elapsedMs = timer.elapsed();
     mayAnswer.release();
     QVERIFY(status == SendStatus::receiveTimeout);
-    QVERIFY2(elapsedMs >= 145 && elapsedMs < 5000, qPrintable(QString::number(elapsedMs)));
+    // The bus library's timers are coarse: they may be out by a twentieth.
+    QVERIFY2(elapsedMs >= 142 && elapsedMs < 5000, qPrintable(QString::number(elapsedMs)));
 }
 
 void MessagePortTest::sendRunsNoEventLoop()

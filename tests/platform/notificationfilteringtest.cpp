@@ -94,7 +94,7 @@ void NotificationFilteringTest::asksNoLongerAfterTheLastObservation()
     center.removeObserver(&mObserver, name);
     QCOMPARE(rules().size(), 1);
     center.removeObserver(&second, name);
-    QCOMPARE(rules(), QStringList());
+    QTRY_COMPARE(rules(), QStringList());
 }
 
 void NotificationFilteringTest::asksNoLongerWhenTheObserverIsDestroyed()
@@ -108,7 +108,7 @@ void NotificationFilteringTest::asksNoLongerWhenTheObserverIsDestroyed()
         center.addObserver(&observer, otherName, [](const DistributedNotification &) {});
         QCOMPARE(rules().size(), 2);
     }
-    QCOMPARE(rules(), QStringList());
+    QTRY_COMPARE(rules(), QStringList());
 }
 
 void NotificationFilteringTest::unobservedNamesAreNotSent()

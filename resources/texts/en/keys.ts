@@ -45,5 +45,6 @@
     <message id="lkeyKeysChooseApplication"><source>lkeyKeysChooseApplication</source><translation>Choose an application</translation></message>
     <message id="lkeyKeysApplicationFilter"><source>lkeyKeysApplicationFilter</source><translation>Applications (%@)</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
+    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>An assignment this program does not know</translation></message>
 </context>
 </TS>

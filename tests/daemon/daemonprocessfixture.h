@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// A QuillKestraDaemon process of the test's own, with its settings in a temporary folder, and a client of it.
+// The test's thread; needs a session bus of the test's own.
+#pragma once
+
+#include "app/util/daemonprotocol.h"
+#include "platform/messageport.h"
+
+#include <QObject>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+#include <QVariantMap>
+
+#include <csignal>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class DaemonProcessFixture : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Reply
+    {
+        qint32 command = -1;
+        QVariantMap values;
+    };
+
+    DaemonProcessFixture();
+    ~DaemonProcessFixture() override;
+
+    /// Starts the daemon and waits until its port is there; false when it ends or does not come.
+    [[nodiscard]] bool start(const std::function<void()> &inChild = {});
+    /// Kills it as a crash would (SIGKILL) and waits until the bus knows.
+    void kill();
+    /// Ends it by SIGTERM; its exit code.
+    int terminate() { return sendSignal(SIGTERM); }
+    int sendSignal(int signalNumber);
+    [[nodiscard]] bool isRunning() const { return mProcess && mProcess->state() == QProcess::Running; }
+    /// What it has logged since it was started.
+    [[nodiscard]] const QByteArray &log() { return mLog += mProcess->readAllStandardError(); }
+
+    /// Runs another daemon to its end with `arguments`, in the same environment or with another state folder.
+    QProcess *runAnother(const QStringList &arguments, const QString &stateHome = {});
+
+    /// Sends a request that names this client's port; does not wait.
+    void send(DaemonProtocol::Command command, QVariantMap request = {});
+    /// Sends it and waits for the reply; absent when none came in time.
+    std::optional<Reply> request(DaemonProtocol::Command command, const QVariantMap &request = {});
+    [[nodiscard]] QList<Reply> &replies() { return mReplies; }
+
+    /// Calls a method of the virtual keyboard; the name of the error, empty when it succeeded.
+    QString callKeyboard(const QString &method, const QVariantList &arguments = {});
+    [[nodiscard]] QVariant keyboardProperty(const QString &name);
+
+    [[nodiscard]] QString settingsFolder() const { return mFolder.filePath(QStringLiteral("state/quill-kestra")); }
+    [[nodiscard]] QProcessEnvironment &environment() { return mEnvironment; }
+    [[nodiscard]] static QString portName() { return QStringLiteral("DaemonTestReplyPort"); }
+
+private:
+    QTemporaryDir mFolder;
+    QProcessEnvironment mEnvironment;
+    std::unique_ptr<QProcess> mProcess;
+    std::unique_ptr<QProcess> mOther;
+    std::unique_ptr<LocalMessagePort> mPort;
+    QList<Reply> mReplies;
+    QByteArray mLog;
+};

@@ -1,0 +1,426 @@
+// SPDX-License-Identifier: MIT
+// The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
+#include "daemon/settingsdocument.h"
+#include "daemon/status.h"
+#include "platform/distributednotificationcenter.h"
+#include "tests/daemon/daemonprocessfixture.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTest>
+#include <QXmlStreamReader>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+
+namespace {
+
+QVariantMap named(const QString &name)
+{
+    return {{u"ProfileName"_s, name}};
+}
+
+QString firstName(const QVariantMap &document)
+{
+    return SettingsDocument::profiles(document).value(0).toMap().value(u"ProfileName"_s).toString();
+}
+
+/// "Name(in types)->(out types)" of each method, "Name(types)" of each signal, "Name type" of each property.
+QStringList introspectedMembers(const QString &path, const QString &interface)
+{
+    const QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), path,
+                                                             u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s);
+    QXmlStreamReader xml(QDBusConnection::sessionBus().call(call).arguments().value(0).toString());
+    QStringList members;
+    bool isInside = false;
+    QString member, kind, in, out;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        const auto attribute = [&](QLatin1StringView name) { return xml.attributes().value(name).toString(); };
+        if (xml.isStartElement() && xml.name() == "interface"_L1)
+            isInside = attribute("name"_L1) == interface;
+        if (!isInside)
+            continue;
+        if (xml.isStartElement() && xml.name() == "property"_L1)
+            members += u"property %1 %2"_s.arg(attribute("name"_L1), attribute("type"_L1));
+        if (xml.isStartElement() && (xml.name() == "method"_L1 || xml.name() == "signal"_L1)) {
+            member = attribute("name"_L1);
+            kind = xml.name().toString();
+            in.clear();
+            out.clear();
+        }
+        if (xml.isStartElement() && xml.name() == "arg"_L1)
+            (kind == "method"_L1 && attribute("direction"_L1) == "out"_L1 ? out : in) += attribute("type"_L1);
+        if (xml.isEndElement() && (xml.name() == "method"_L1 || xml.name() == "signal"_L1))
+            members += kind + u' ' + member + u'(' + in + u')' + (out.isEmpty() ? QString() : u"->("_s + out + u')');
+    }
+    members.sort();
+    return members;
+}
+
+/// The same of the tables of docs/daemon-protocol.md: rows "| method | `Name` | `in` | `out` | …" below the heading
+/// that names the interface.
+QStringList documentedMembers(const QString &interface)
+{
+    QFile file(QStringLiteral(KESTRA_DOCS_DIR "/daemon-protocol.md"));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    static const QRegularExpression row(u"^\\| (method|signal|property) \\| `(\\w+)` \\| `?([a-z()]*)`? *\\| `?([a-z()]*)`? *\\|"_s);
+    QStringList members;
+    bool isInside = false;
+    for (const QString &line : QString::fromUtf8(file.readAll()).split(u'\n')) {
+        if (line.startsWith(u'#'))
+            isInside = line.contains(interface);
+        const QRegularExpressionMatch match = row.match(line);
+        if (!isInside || !match.hasMatch())
+            continue;
+        const QString kind = match.captured(1), name = match.captured(2), in = match.captured(3), out = match.captured(4);
+        if (kind == "property"_L1)
+            members += u"property %1 %2"_s.arg(name, out);
+        else
+            members += kind + u' ' + name + u'(' + in + u')' + (out.isEmpty() ? QString() : u"->("_s + out + u')');
+    }
+    members.sort();
+    return members;
+}
+
+} // namespace
+
+class DaemonProcessTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void startsWithTheFactorySettings();
+    void answersTheSendAtOnceWithNothing();
+    void repliesUnderTheCommandNumber();
+    void settingsSurviveARestart();
+    void damagedSettingsAreSetAside();
+    void fullDiskIsReportedAndChangesNothing();
+    void postsNotificationsForOtherClients();
+    void virtualKeyboardSendsWhatTheComputerReceives();
+    void virtualKeyboardRefusesTheImpossible();
+    void keysAreLetGoOfAtTheEnd();
+    void captureEndsWhenTheClientLeavesTheBus();
+    void secondDaemonSaysSo();
+    void tellsVersionAndHelpWithoutABus();
+    void endsWithoutABus();
+    void endsByEitherSignal_data();
+    void endsByEitherSignal();
+    void losesNothingAnsweredWhenKilled();
+    void interfacesAreAsDocumented_data();
+    void interfacesAreAsDocumented();
+
+private:
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+};
+
+void DaemonProcessTest::init()
+{
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    QVERIFY(mDaemon->start());
+}
+
+void DaemonProcessTest::cleanup()
+{
+    mDaemon.reset();
+}
+
+void DaemonProcessTest::startsWithTheFactorySettings()
+{
+    const auto opened = mDaemon->request(Command::openDevice, {{u"ProductName"_s, u"Kestra"_s}, {u"IsDeviceWired"_s, 1}});
+    QVERIFY(opened);
+    QCOMPARE(opened->values, (QVariantMap{{u"ReturnStatus"_s, 1}}));
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    const QVariantMap document = settings->values.value(u"AllDevSettings"_s).toMap();
+    QCOMPARE(SettingsDocument::problemOf(document), QString());
+    QCOMPARE(firstName(document), u"Default Profile"_s);
+    QVERIFY(SettingsDocument::activeProfile(document).value(u"Keys"_s).toMap().size() >= 119); // of Kestra.plist, no fallback
+    QCOMPARE(document.value(u"DeviceSettings"_s).toMap().value(u"ProfileOSDOn"_s), QVariant(1));
+}
+
+void DaemonProcessTest::answersTheSendAtOnceWithNothing()
+{
+    const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    QVERIFY(port);
+    QByteArray answer("unset");
+    QCOMPARE(port->sendRequest(4, "no property list", std::chrono::seconds(2), std::chrono::seconds(2), &answer), RemoteMessagePort::SendStatus::success);
+    QCOMPARE(answer, QByteArray());
+}
+
+void DaemonProcessTest::repliesUnderTheCommandNumber()
+{
+    for (const Command command : {Command::readSettings, Command::switchProfile, Command::stopMacroRecording}) {
+        const auto reply = mDaemon->request(command, {{u"ProfileID"_s, 0}});
+        QVERIFY(reply);
+        QCOMPARE(reply->command, static_cast<qint32>(command));
+        QCOMPARE(reply->values.value(u"ReturnStatus"_s), QVariant(0));
+    }
+}
+
+void DaemonProcessTest::settingsSurviveARestart()
+{
+    const auto changed = mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"Näme"_s)}});
+    QVERIFY(changed);
+    QCOMPARE(mDaemon->terminate(), 0);
+    QVERIFY(mDaemon->start());
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(settings->values.value(u"AllDevSettings"_s), changed->values.value(u"ReturnDictionary"_s));
+    QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"Näme"_s);
+}
+
+void DaemonProcessTest::damagedSettingsAreSetAside()
+{
+    for (const QString &name : {u"one"_s, u"two"_s})
+        QVERIFY(mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(name)}}));
+    mDaemon->terminate();
+    const QString path = mDaemon->settingsFolder() + u"/settings.plist"_s;
+    QVERIFY(QFile::resize(path, QFileInfo(path).size() / 2));
+    QVERIFY(mDaemon->start());
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"one"_s);
+    QCOMPARE(QDir(mDaemon->settingsFolder()).entryList({u"settings.plist.damaged-*"_s}).size(), 1);
+    QVERIFY(mDaemon->log().contains("is damaged"));
+}
+
+void DaemonProcessTest::fullDiskIsReportedAndChangesNothing()
+{
+    QVERIFY(mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"kept"_s)}}));
+    mDaemon->terminate();
+    QVERIFY(mDaemon->start([] {
+        // No file can grow beyond this: what a disk that fills up in the middle of a write looks like.
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{100, 100};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }));
+    const auto reply = mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"lost"_s)}});
+    QVERIFY(reply);
+    QCOMPARE(reply->values.value(u"ReturnStatus"_s), QVariant(static_cast<int>(Status::notSaved)));
+    QCOMPARE(firstName(reply->values.value(u"ReturnDictionary"_s).toMap()), u"kept"_s);
+    mDaemon->kill();
+    QVERIFY(mDaemon->start());
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"kept"_s);
+}
+
+void DaemonProcessTest::postsNotificationsForOtherClients()
+{
+    QObject observer;
+    QList<DistributedNotification> seen;
+    for (const auto name : {DaemonProtocol::profileUpdated, DaemonProtocol::deviceRemoved, DaemonProtocol::deviceAttached,
+                            DaemonProtocol::gameModePressed, DaemonProtocol::illuminationUpdated})
+        DistributedNotificationCenter::defaultCenter().addObserver(&observer, name, [&](const DistributedNotification &notification) { seen += notification; });
+    const auto names = [&] {
+        QStringList result;
+        for (const DistributedNotification &notification : std::as_const(seen))
+            result += notification.name;
+        return result;
+    };
+    QVERIFY(mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, named(u"New"_s)}}));
+    QTRY_COMPARE(seen.size(), 1);
+    QCOMPARE(seen.first().userInfo, (QVariantMap{{u"Source App"_s, DaemonProcessFixture::portName()}}));
+    seen.clear();
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Attach"_s), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"PressGameMode"_s), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"SetBrightness"_s, {2}), QString());
+    QTRY_COMPARE(seen.size(), 6);
+    QCOMPARE(names(), QStringList({u"Device Removed 271"_s, u"Device Attached 271"_s, u"Game Mode Pressed 271"_s, u"Profile Updated 271"_s,
+                                   u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
+    QCOMPARE(seen.at(4).userInfo, (QVariantMap{{u"BrightnessKBNormal"_s, 2}}));
+    QCOMPARE(seen.at(5).userInfo, (QVariantMap{{u"Source App"_s, u"QuillKestraDaemon"_s}}));
+    QCOMPARE(mDaemon->keyboardProperty(u"GameMode"_s), QVariant(true));
+    QCOMPARE(mDaemon->keyboardProperty(u"Brightness"_s), QVariant(2));
+}
+
+namespace {
+
+class SentRecorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    SentRecorder()
+    {
+        QDBusConnection::sessionBus().connect(messagePortBusName(DaemonProtocol::requestPortName), u"/VirtualKeyboard"_s,
+                                              u"org.quillkestra.VirtualKeyboard"_s, u"Sent"_s, this, SLOT(add(uint, uint, bool)));
+    }
+
+    QStringList sent;
+
+private Q_SLOTS:
+    void add(uint page, uint usage, bool isDown) { sent += u"%1%2:%3"_s.arg(isDown ? u"+"_s : u"-"_s).arg(page).arg(usage); }
+};
+
+} // namespace
+
+void DaemonProcessTest::virtualKeyboardSendsWhatTheComputerReceives()
+{
+    SentRecorder recorder;
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {9u, 1u}), QString());
+    QCOMPARE(mDaemon->keyboardProperty(u"PressedKeys"_s).isValid(), true);
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 4u}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"ReleaseAll"_s), QString());
+    QTRY_COMPARE(recorder.sent, QStringList({u"+7:4"_s, u"+9:1"_s, u"-7:4"_s, u"-9:1"_s}));
+    QCOMPARE(mDaemon->keyboardProperty(u"FirmwareVersion"_s), QVariant(u"1.00"_s));
+}
+
+void DaemonProcessTest::virtualKeyboardRefusesTheImpossible()
+{
+    const QString invalid = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
+    const QString notAttached = u"org.quillkestra.VirtualKeyboard.Error.NotAttached"_s;
+    for (const QVariantList &key : {QVariantList{7u, 3u}, {7u, 232u}, {7u, 65540u}, {9u, 0u}, {9u, 256u}, {8u, 4u}, {65543u, 4u}}) {
+        QCOMPARE(mDaemon->callKeyboard(u"Press"_s, key), invalid);
+        QCOMPARE(mDaemon->callKeyboard(u"Release"_s, key), invalid);
+    }
+    QCOMPARE(mDaemon->callKeyboard(u"SetBrightness"_s, {99}), invalid);
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QCOMPARE(mDaemon->keyboardProperty(u"Attached"_s), QVariant(false));
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), notAttached);
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 4u}), notAttached);
+    for (const QString &method : {u"PressGameMode"_s, u"PressBrightnessUp"_s, u"PressBrightnessDown"_s})
+        QCOMPARE(mDaemon->callKeyboard(method), notAttached);
+    QCOMPARE(mDaemon->callKeyboard(u"Attach"_s), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"PressBrightnessDown"_s), QString());
+}
+
+void DaemonProcessTest::keysAreLetGoOfAtTheEnd()
+{
+    SentRecorder recorder;
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
+    QCOMPARE(mDaemon->terminate(), 0);
+    QTRY_COMPARE(recorder.sent, QStringList({u"+7:4"_s, u"-7:4"_s}));
+}
+
+void DaemonProcessTest::captureEndsWhenTheClientLeavesTheBus()
+{
+    SentRecorder recorder;
+    const QString name = u"captureTest"_s;
+    {
+        QDBusConnection own = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+        QVERIFY(own.registerService(u"org.quillkestra.LeavingClient"_s));
+    }
+    // A request in the name of the other client, whose port nobody answers.
+    const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    QVERIFY(port);
+    port->post(29, "{ ResponseMsgPortName = LeavingClient; }");
+    QTRY_VERIFY(mDaemon->log().contains("not capturing, a client asks for keys"));
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 4u}), QString());
+    QDBusConnection::disconnectFromBus(name);
+    QTRY_VERIFY(mDaemon->log().contains("the client is gone"));
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 5u}), QString());
+    QTRY_COMPARE(recorder.sent, QStringList{u"+7:5"_s});
+}
+
+void DaemonProcessTest::secondDaemonSaysSo()
+{
+    QProcess *second = mDaemon->runAnother({});
+    QCOMPARE(second->exitCode(), 3);
+    QVERIFY(second->readAllStandardError().contains("another daemon is already running"));
+    QVERIFY(mDaemon->request(Command::readSettings)); // the first one goes on
+}
+
+void DaemonProcessTest::tellsVersionAndHelpWithoutABus()
+{
+    mDaemon->environment().insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
+    QProcess *version = mDaemon->runAnother({u"--version"_s});
+    QCOMPARE(version->exitCode(), 0);
+    QCOMPARE(version->readAllStandardOutput().trimmed(), QByteArray("QuillKestraDaemon " KESTRA_VERSION));
+    QProcess *help = mDaemon->runAnother({u"--help"_s});
+    QCOMPARE(help->exitCode(), 0);
+    QVERIFY(help->readAllStandardOutput().contains("Exit codes"));
+    QCOMPARE(mDaemon->runAnother({u"--unknown"_s})->exitCode(), 1);
+    QCOMPARE(mDaemon->runAnother({u"argument"_s})->exitCode(), 1);
+}
+
+void DaemonProcessTest::endsWithoutABus()
+{
+    mDaemon->environment().insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
+    QProcess *lost = mDaemon->runAnother({});
+    QCOMPARE(lost->exitCode(), 2);
+    QVERIFY(lost->readAllStandardError().contains("no session bus"));
+}
+
+void DaemonProcessTest::endsByEitherSignal_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+}
+
+void DaemonProcessTest::endsByEitherSignal()
+{
+    QFETCH(int, signal);
+    QCOMPARE(mDaemon->sendSignal(signal), 0);
+}
+
+// Kills the daemon at chance moments of a storm of requests. The next one starts with what was answered last, or with a
+// later request, whole.
+void DaemonProcessTest::losesNothingAnsweredWhenKilled()
+{
+    QRandomGenerator random(271);
+    int sent = 0;
+    int answered = 0; // number in the last name that was answered
+    for (int round = 0; round < 25; ++round) {
+        mDaemon->replies().clear();
+        QElapsedTimer clock;
+        clock.start();
+        const int lifeMs = random.bounded(5, 120);
+        while (clock.elapsed() < lifeMs) {
+            mDaemon->send(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(QString::number(++sent))}});
+            QCoreApplication::processEvents();
+        }
+        mDaemon->kill();
+        QCoreApplication::processEvents();
+        for (const auto &reply : std::as_const(mDaemon->replies()))
+            answered = std::max(answered, firstName(reply.values.value(u"ReturnDictionary"_s).toMap()).toInt());
+        QVERIFY(mDaemon->start());
+        const auto settings = mDaemon->request(Command::readSettings);
+        QVERIFY(settings);
+        const QVariantMap document = settings->values.value(u"AllDevSettings"_s).toMap();
+        QCOMPARE(SettingsDocument::problemOf(document), QString());
+        const int stored = firstName(document).toInt();
+        // Replies that were on their way are lost with the daemon, so more may be stored than was answered, never less.
+        QVERIFY2(stored >= answered && stored <= sent, qPrintable(u"round %1: answered %2, stored %3, sent %4"_s.arg(round).arg(answered).arg(stored).arg(sent)));
+        QVERIFY2(QDir(mDaemon->settingsFolder()).entryList({u"*damaged*"_s}).isEmpty(), "a kill left a damaged file");
+        sent = answered = stored;
+    }
+    QVERIFY(answered > 25); // else hardly a request was obeyed and nothing was tested
+}
+
+void DaemonProcessTest::interfacesAreAsDocumented_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("interface");
+    QTest::newRow("message port") << u"/MessagePort"_s << u"org.quillkestra.MessagePort"_s;
+    QTest::newRow("virtual keyboard") << u"/VirtualKeyboard"_s << u"org.quillkestra.VirtualKeyboard"_s;
+}
+
+void DaemonProcessTest::interfacesAreAsDocumented()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, interface);
+    const QStringList documented = documentedMembers(interface);
+    QVERIFY(!documented.isEmpty());
+    QCOMPARE(introspectedMembers(path, interface), documented);
+}
+
+QTEST_GUILESS_MAIN(DaemonProcessTest)
+#include "tst_daemonprocess.moc"
