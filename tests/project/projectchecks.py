@@ -145,7 +145,7 @@ def check_licence_lines(sources):
 
 STRING_CONNECT = re.compile(r"\b(SIGNAL|SLOT)\s*\(")
 # QObject's connect is called by its name or with "::"; with a dot it is that of a QDBusConnection.
-BUS_CONNECT = re.compile(r"\w\)?\.connect\s*\(")
+BUS_CONNECT = re.compile(r"[\w)]\.connect\s*\(")
 
 
 def without_bus_connects(text):
