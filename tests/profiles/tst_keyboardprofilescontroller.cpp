@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "profiletester.h"
+#include "tests/profiles/profiletester.h"
 
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
