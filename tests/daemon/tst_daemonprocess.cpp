@@ -3,7 +3,7 @@
 #include "daemon/settingsdocument.h"
 #include "daemon/status.h"
 #include "platform/distributednotificationcenter.h"
-#include "tests/daemon/daemonprocessfixture.h"
+#include "tests/support/daemonprocessfixture.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusArgument>

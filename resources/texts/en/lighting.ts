@@ -3,7 +3,6 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
-    <message id="lkeyLightingCurrentProfile"><source>lkeyLightingCurrentProfile</source><translation>Profile:</translation></message>
     <message id="lkeyLightingZones"><source>lkeyLightingZones</source><translation>Zones</translation></message>
     <message id="lkeyZoneMain"><source>lkeyZoneMain</source><translation>Main keys</translation></message>
     <message id="lkeyZoneMainColor"><source>lkeyZoneMainColor</source><translation>Colour of the main keys</translation></message>
