@@ -98,7 +98,7 @@ void EndToEndTest::disablesAKeyByKeyboardAlone()
     QTest::keyClick(assignment, Qt::Key_Space);
     QTRY_VERIFY(QApplication::activePopupWidget());
     QWidget *menu = QApplication::activePopupWidget();
-    QTest::keyClick(menu, Qt::Key_End);
+    QTest::keyClick(menu, Qt::Key_Up); // from the top to the last item
     QTest::keyClick(menu, Qt::Key_Return);
     QTRY_COMPARE(assignment->indexOfSelectedItem(), 5);
     QCOMPARE(kestractl({u"key"_s, u"A"_s}), u"A: disabled"_s);
