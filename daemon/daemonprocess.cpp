@@ -93,9 +93,8 @@ private:
 };
 
 /// Runs the event loop until a signal or the end of the bus.
-DaemonExit runUntilEnd(DeviceDaemon &daemon, const QDBusConnection &bus)
+DaemonExit runUntilEnd(DeviceDaemon &daemon, const QDBusConnection &bus, const TerminationSignals &signalListener)
 {
-    TerminationSignals signalListener;
     QObject::connect(&signalListener, &TerminationSignals::terminationRequested, &daemon, [](int number) {
         qCInfo(lcDaemon, "serving, signal %d: ending", number);
         QCoreApplication::quit();
@@ -119,6 +118,8 @@ DaemonExit runUntilEnd(DeviceDaemon &daemon, const QDBusConnection &bus)
 
 DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
 {
+    // Before anybody can see the daemon: a signal that comes early waits for the event loop.
+    const TerminationSignals signalListener;
     VirtualKeyboard keyboard;
     DeviceDaemon *daemonPointer = nullptr;
     ClientWatch clientWatch(bus, [&](const QString &portName) { daemonPointer->clientVanished(portName); });
@@ -152,7 +153,7 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
         qCCritical(lcDaemon, "another daemon has the port \"%s\" on this bus", DaemonProtocol::requestPortName.data());
         return DaemonExit::alreadyRunning;
     }
-    return runUntilEnd(daemon, bus);
+    return runUntilEnd(daemon, bus, signalListener);
 }
 
 } // namespace
