@@ -2,18 +2,33 @@
 # SPDX-License-Identifier: MIT
 # Configuring and building a preset, the same way everywhere. To be sourced from the repository root.
 
-# kestra_build PRESET [cmake option...]: the output is shown only when something fails.
-kestra_build() {
-    local preset=$1 log=build/$1.log
+# kestra_logged LOG COMMAND...: what the command writes is shown only when it fails.
+kestra_logged() {
+    local log=$1
+    shift
+    "$@" >>"$log" 2>&1 && return 0
+    tail -n 60 "$log"
+    echo "Failed (whole log: $log): $*" >&2
+    return 1
+}
+
+# kestra_configure PRESET [cmake option...]
+kestra_configure() {
+    local preset=$1
     shift
     mkdir -p build
     if command -v ccache >/dev/null; then
         set -- -DCMAKE_CXX_COMPILER_LAUNCHER=ccache "$@"
     fi
-    echo "Building the preset $preset (log: $log)"
-    if ! cmake --preset "$preset" "$@" >"$log" 2>&1 || ! cmake --build --preset "$preset" -j "$(nproc)" >>"$log" 2>&1; then
-        tail -n 60 "$log"
-        echo "Building the preset $preset failed." >&2
-        return 1
-    fi
+    : >"build/$preset.log"
+    kestra_logged "build/$preset.log" cmake --preset "$preset" "$@"
+}
+
+# kestra_build PRESET [target...]: everything when no target is given.
+kestra_build() {
+    local preset=$1 options=()
+    shift
+    [ $# -eq 0 ] || options=(--target "$@")
+    echo "Building the preset $preset (log: build/$preset.log)"
+    kestra_logged "build/$preset.log" cmake --build --preset "$preset" -j "$(nproc)" "${options[@]}"
 }
