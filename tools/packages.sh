@@ -18,17 +18,20 @@ tour    xvfb            Xvfb
 tour    xdotool         xdotool
 tour    imagemagick     import
 test    python3         python3
-test    clang           clang++
+test    pkgconf         pkg-config
 test    libplist-dev    -
 '
 
 kestra_is_present() { # package probe
     if [ "$2" != - ]; then
         command -v "$2" >/dev/null
-    else
-        # Ubuntu's 64-bit-time packages carry a suffix; what they provide is what counts.
-        dpkg-query -W -f '${Package} ${Status} ${Provides}\n' "$1" "$1t64" 2>/dev/null | grep -q 'install ok installed'
+        return
     fi
+    # On newer systems a library may be installed under its name for 64-bit times. dpkg-query fails when one of the two
+    # names is unknown, which is usual and says nothing.
+    local states
+    states=$(dpkg-query -W -f '${Status}\n' "$1" "$1t64" 2>/dev/null || true)
+    [[ $states == *"install ok installed"* ]]
 }
 
 # kestra_require GROUP...: makes sure that every package of the groups is there; says what it installs before it does.

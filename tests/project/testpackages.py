@@ -1,0 +1,120 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""tools/packages.sh installs what is missing, says so first, and leaves a complete machine alone. The system's package
+tools are replaced by scripts of the test. Usage: testpackages.py PACKAGES_SH"""
+
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+PACKAGES = sys.argv.pop(1)
+
+# Like the real one, it fails when it does not know one of the names, and still says what it knows of the others.
+DPKG_QUERY = """#!/bin/sh
+status=0
+for name in "$@"; do
+    case $name in
+        -*|*Status*) continue ;;
+    esac
+    if grep -qx "$name" "$FAKE/installed"; then echo "install ok installed"; else status=1; fi
+done
+exit $status
+"""
+RECORDER = """#!/bin/sh
+echo "{name} $*" >>"$FAKE/calls"
+echo "{name} output"
+"""
+SUDO = """#!/bin/sh
+echo "sudo" >>"$FAKE/calls"
+exec "$@"
+"""
+PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import")
+LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev")
+GROUPS = ("build", "session", "display", "tour", "test")
+
+
+class Packages(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.bin = self.folder / "bin"
+        self.bin.mkdir()
+        for tool in ("bash", "grep", "env", "cat"):
+            (self.bin / tool).symlink_to(f"/usr/bin/{tool}")
+        for program in PROGRAMS:
+            self.script(program, "#!/bin/sh\n")
+        self.script("dpkg-query", DPKG_QUERY)
+        self.script("apt-get", RECORDER.format(name="apt-get"))
+        self.script("id", "#!/bin/sh\necho ${FAKE_USER:-0}\n")
+        self.installed(*LIBRARIES)
+
+    def script(self, name, text):
+        path = self.bin / name
+        path.write_text(text)
+        path.chmod(0o755)
+
+    def installed(self, *names):
+        (self.folder / "installed").write_text("".join(name + "\n" for name in names))
+
+    def require(self, *groups, **environment):
+        # The options under which ./run and ./test source the file.
+        return subprocess.run(
+            [str(self.bin / "bash"), "-c", 'set -euo pipefail; source "$0"; kestra_require "$@"', PACKAGES, *groups],
+            env={"PATH": str(self.bin), "FAKE": str(self.folder), **environment}, capture_output=True, text=True,
+            check=False)
+
+    def calls(self):
+        path = self.folder / "calls"
+        return path.read_text().splitlines() if path.exists() else []
+
+    def test_a_complete_machine_is_left_alone(self):
+        result = self.require(*GROUPS)
+        self.assertEqual((result.returncode, result.stdout, result.stderr, self.calls()), (0, "", "", []))
+
+    def test_a_library_with_the_newer_name_counts(self):
+        self.installed(*(name for name in LIBRARIES if name != "libqt6gui6"), "libqt6gui6t64")
+        self.assertEqual(self.require(*GROUPS).stdout, "")
+        self.assertEqual(self.calls(), [])
+
+    def test_what_is_missing_is_said_and_then_installed(self):
+        (self.bin / "Xvfb").unlink()
+        self.installed(*(name for name in LIBRARIES if name != "qt6-base-dev"))
+        result = self.require(*GROUPS)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(result.stdout.splitlines()[0], "Installing what is missing: qt6-base-dev xvfb")
+        self.assertEqual(result.stdout.splitlines()[1], "apt-get output")
+        self.assertEqual(len(self.calls()), 2)
+        self.assertTrue(self.calls()[0].startswith("apt-get update"))
+        self.assertTrue(self.calls()[1].endswith("--no-install-recommends qt6-base-dev xvfb"))
+
+    def test_other_groups_are_not_installed(self):
+        (self.bin / "Xvfb").unlink()
+        self.assertEqual(self.require("build", "session").stdout, "")
+        self.assertEqual(self.calls(), [])
+
+    def test_another_user_installs_with_sudo(self):
+        (self.bin / "Xvfb").unlink()
+        self.script("sudo", SUDO)
+        self.assertEqual(self.require("tour", FAKE_USER="1000").returncode, 0)
+        self.assertEqual(self.calls().count("sudo"), 2)
+
+    def test_without_sudo_the_command_is_told(self):
+        (self.bin / "Xvfb").unlink()
+        result = self.require("tour", FAKE_USER="1000")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("apt-get install xvfb", result.stderr)
+        self.assertEqual(self.calls(), [])
+
+    def test_without_apt_the_missing_packages_are_told(self):
+        (self.bin / "Xvfb").unlink()
+        (self.bin / "apt-get").unlink()
+        result = self.require("tour")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("xvfb", result.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
