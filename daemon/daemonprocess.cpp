@@ -19,10 +19,13 @@
 #include <QDBusServiceWatcher>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr std::chrono::seconds busCheckInterval{2};
 
 struct StartDocument
 {
@@ -78,6 +81,9 @@ public:
             return;
         mPortName = portName;
         mWatcher.setWatchedServices(portName.isEmpty() ? QStringList() : QStringList{messagePortBusName(portName)});
+        // It may have gone before the watch began. Told later, when the caller has done what the watch is for.
+        if (!portName.isEmpty() && !RemoteMessagePort::open(portName))
+            QMetaObject::invokeMethod(&mWatcher, [this, portName] { mVanished(portName); }, Qt::QueuedConnection);
     }
 
 private:
@@ -85,6 +91,31 @@ private:
     QString mPortName;
     std::function<void(const QString &)> mVanished;
 };
+
+/// Runs the event loop until a signal or the end of the bus.
+DaemonExit runUntilEnd(DeviceDaemon &daemon, const QDBusConnection &bus)
+{
+    TerminationSignals signalListener;
+    QObject::connect(&signalListener, &TerminationSignals::terminationRequested, &daemon, [](int number) {
+        qCInfo(lcDaemon, "serving, signal %d: ending", number);
+        QCoreApplication::quit();
+    });
+    // A bus that goes away says nothing that Qt would pass on without a slot named by a string.
+    QTimer busCheck;
+    busCheck.setTimerType(Qt::VeryCoarseTimer);
+    busCheck.callOnTimeout(&daemon, [&bus] {
+        if (!bus.isConnected())
+            QCoreApplication::quit();
+    });
+    busCheck.start(busCheckInterval);
+    qCInfo(lcDaemon, "starting, ready: serving \"%s\"", DaemonProtocol::requestPortName.data());
+    QCoreApplication::exec();
+    const bool busIsGone = !bus.isConnected();
+    daemon.shutDown();
+    if (busIsGone)
+        qCWarning(lcDaemon, "serving, the bus is gone: ended");
+    return busIsGone ? DaemonExit::noBus : DaemonExit::ended;
+}
 
 DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
 {
@@ -98,7 +129,7 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
     const StartDocument start = startDocument(store);
     DeviceDaemon daemon(store, keyboard,
                         {.sendReply = sendReply,
-                         .postNotification = [&](const QString &name, const QVariantMap &userInfo) { notifications.post(name, userInfo); },
+                         .postNotification = [&](const QString &name, const QVariantMap &info) { notifications.post(name, info); },
                          .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
                          .launchProgram = launchProgram,
                          .now = [&] { return std::chrono::milliseconds(clock.elapsed()); }},
@@ -121,21 +152,7 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
         qCCritical(lcDaemon, "another daemon has the port \"%s\" on this bus", DaemonProtocol::requestPortName.data());
         return DaemonExit::alreadyRunning;
     }
-
-    TerminationSignals signalListener;
-    QObject::connect(&signalListener, &TerminationSignals::terminationRequested, &daemon, [](int number) {
-        qCInfo(lcDaemon, "serving, signal %d: ending", number);
-        QCoreApplication::quit();
-    });
-    bus.connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
-                QCoreApplication::instance(), SLOT(quit()));
-    qCInfo(lcDaemon, "starting, ready: serving \"%s\"", DaemonProtocol::requestPortName.data());
-    QCoreApplication::exec();
-    const bool busIsGone = !bus.isConnected();
-    daemon.shutDown();
-    if (busIsGone)
-        qCWarning(lcDaemon, "serving, the bus is gone: ended");
-    return busIsGone ? DaemonExit::noBus : DaemonExit::ended;
+    return runUntilEnd(daemon, bus);
 }
 
 } // namespace
@@ -152,10 +169,9 @@ DaemonExit runDaemon()
         return DaemonExit::alreadyRunning;
     }
     SettingsStore store(SettingsStore::defaultFolder());
-    switch (store.open()) {
-    case SettingsStore::OpenResult::open: return serve(store, bus);
-    case SettingsStore::OpenResult::inUse: qCCritical(lcDaemon, "%s", qUtf8Printable(store.errorText())); return DaemonExit::alreadyRunning;
-    case SettingsStore::OpenResult::unusable: qCCritical(lcDaemon, "%s", qUtf8Printable(store.errorText())); return DaemonExit::folderUnusable;
-    }
-    return DaemonExit::folderUnusable;
+    const SettingsStore::OpenResult result = store.open();
+    if (result == SettingsStore::OpenResult::open)
+        return serve(store, bus);
+    qCCritical(lcDaemon, "%s", qUtf8Printable(store.errorText()));
+    return result == SettingsStore::OpenResult::inUse ? DaemonExit::alreadyRunning : DaemonExit::folderUnusable;
 }

@@ -16,6 +16,16 @@ using DaemonProtocol::Command;
 
 namespace {
 
+/// Whose fault it is, for the log.
+const char *faultOf(Status status)
+{
+    switch (status) {
+    case Status::notSaved: return "file";
+    case Status::deviceAbsent: return "keyboard";
+    default: return "client";
+    }
+}
+
 QString sourceAppOf(const QVariantMap &values, const QString &replyPort)
 {
     if (const auto given = RequestReader::text(values, DaemonProtocol::sourceApp))
@@ -124,8 +134,8 @@ void DeviceDaemon::reply(const Request &request, Status status, QVariantMap valu
     // The status of command 0 is a found flag, so that it cannot carry an error.
     const bool isFoundFlag = request.number == static_cast<qint32>(Command::openDevice);
     if (status != Status::ok && !isFoundFlag)
-        qCWarning(lcRequests, "client: request %d of \"%s\": %s", request.number, qUtf8Printable(request.replyPort),
-                  statusName(status).data());
+        qCWarning(lcRequests, "%s: request %d of \"%s\": %s", faultOf(status), request.number,
+                  qUtf8Printable(request.replyPort), statusName(status).data());
     if (request.replyPort.isEmpty())
         return;
     if (!isFoundFlag)

@@ -20,6 +20,12 @@ CommandOutcome failure(const QVariantMap &document, Status status)
     return {.status = status, .document = document, .reply = {}, .changesDocument = false};
 }
 
+/// What a command that only reads replies.
+CommandOutcome answer(const QVariantMap &document, QLatin1StringView key, const QVariant &value)
+{
+    return {.status = Status::ok, .document = document, .reply = {{key, value}}, .changesDocument = false};
+}
+
 /// The outcome of `changed`, unless that is over a limit of the document.
 CommandOutcome change(const QVariantMap &document, const QVariantMap &changed)
 {
@@ -36,7 +42,7 @@ bool isRow(int index, const QVariantList &list)
 
 CommandOutcome readSettings(const QVariantMap &document, const QVariantMap &)
 {
-    return {.status = Status::ok, .document = document, .reply = {{DaemonProtocol::allDevSettings, document}}, .changesDocument = false};
+    return answer(document, DaemonProtocol::allDevSettings, document);
 }
 
 // Profiles
@@ -191,7 +197,7 @@ CommandOutcome readMacroLines(const QVariantMap &document, const QVariantMap &re
     QVariantList lines;
     for (const QString &line : eventParser::getMessagesArray(MacroRecord::events(address.macro)))
         lines += line;
-    return {.status = Status::ok, .document = document, .reply = {{DaemonProtocol::macroSequences, lines}}, .changesDocument = false};
+    return answer(document, DaemonProtocol::macroSequences, lines);
 }
 
 // Events
@@ -229,8 +235,7 @@ CommandOutcome readEvent(const QVariantMap &document, const QVariantMap &request
     const std::optional<int> index = MacroRecord::eventIndexOfRow(events, *eventRow);
     if (!index)
         return failure(document, Status::indexOutOfRange);
-    return {.status = Status::ok, .document = document,
-            .reply = {{DaemonProtocol::sequenceInMacro, events.at(*index).toMap()}}, .changesDocument = false};
+    return answer(document, DaemonProtocol::sequenceInMacro, events.at(*index).toMap());
 }
 
 CommandOutcome removeAllEvents(const QVariantMap &document, const QVariantMap &request)

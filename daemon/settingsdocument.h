@@ -21,7 +21,8 @@ inline constexpr int brightnessMinimum = 0; // "BrightnessKBNormal": off
 inline constexpr int brightnessMaximum = 4; // bright
 
 /// What is wrong with `document`; empty when it is valid: at least one profile and at most maximumProfiles, at most
-/// the macros and events of macrorecord.h, records that are dictionaries, "ActiveProfile" a position in "Profiles", and nothing over the bounds above.
+/// the macros and events of macrorecord.h, records that are dictionaries, "ActiveProfile" a position in "Profiles", and
+/// nothing over the bounds above.
 [[nodiscard]] QString problemOf(const QVariantMap &document);
 
 /// `document` with the daemon's own pieces in order. Idempotent.

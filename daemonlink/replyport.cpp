@@ -15,6 +15,7 @@ ReplyPort::~ReplyPort()
 {
     quit();
     wait();
+    const std::scoped_lock lock(mMutex); // what the thread did is done, in the order that the language knows of
 }
 
 bool ReplyPort::waitUntilServing(int limitMs)
@@ -31,12 +32,18 @@ void ReplyPort::run()
         QDBusConnection connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
         const std::unique_ptr<LocalMessagePort> port =
             LocalMessagePort::create(mPortName, replyPortCallback, connection);
-        {
-            const std::scoped_lock lock(mMutex);
-            mState = port ? State::serving : State::failed;
-        }
-        mStateChanged.notify_all();
+        setState(port ? State::serving : State::failed);
         exec();
     }
     QDBusConnection::disconnectFromBus(connectionName);
+    setState(State::ended);
+}
+
+void ReplyPort::setState(State state)
+{
+    {
+        const std::scoped_lock lock(mMutex);
+        mState = state;
+    }
+    mStateChanged.notify_all();
 }

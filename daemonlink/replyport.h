@@ -25,7 +25,9 @@ protected:
     void run() override;
 
 private:
-    enum class State { starting, serving, failed };
+    enum class State { starting, serving, failed, ended };
+
+    void setState(State state);
 
     QString mPortName;
     std::mutex mMutex; // guards mState

@@ -77,9 +77,10 @@ void KeyboardLightingController::updateUISettings()
 
 void KeyboardLightingController::setControlsState(bool isEnabled)
 {
-    const QList<QWidget *> controls{mMain, mSidestrips, mUnderglow, mMainColor, mSidestripsColor, mUnderglowColor,
-                                    mInGameAPMMain, mInGameAPMSidestrips, mInGameAPMUnderglow, mBrightnessValue,
-                                    mLighting, mRestoreSettings, mBrightnessLabel, mEnableAddOnHighlight};
+    const QList<QWidget *> controls{
+        mMain,           mSidestrips,      mUnderglow,           mMainColor,           mSidestripsColor,
+        mUnderglowColor, mInGameAPMMain,   mInGameAPMSidestrips, mInGameAPMUnderglow,  mBrightnessValue,
+        mLighting,       mRestoreSettings, mBrightnessLabel,     mEnableAddOnHighlight};
     for (QWidget *control : controls)
         control->setEnabled(isEnabled);
     mAreLabelsEnabled = isEnabled;
@@ -91,9 +92,10 @@ void KeyboardLightingController::colorLabels()
 {
     QPalette disabled;
     disabled.setColor(QPalette::WindowText, mView->palette().color(QPalette::Disabled, QPalette::WindowText));
-    const QList<QLabel *> labels{mProfileNameLabel, mCurrentProfileLabel, mDriverVersionLabel, mFirmwareVersionLabel,
-                                 mDriverVersion, mFirmwareVersion, mBrightnessOffLabel, mBrightnessDimLabel,
-                                 mBrightnessNormaLabel, mBrightnessBrightLabel, mBrightnessLabel};
+    const QList<QLabel *> labels{mProfileNameLabel,      mCurrentProfileLabel, mDriverVersionLabel,
+                                 mFirmwareVersionLabel,  mDriverVersion,       mFirmwareVersion,
+                                 mBrightnessOffLabel,    mBrightnessDimLabel,  mBrightnessNormaLabel,
+                                 mBrightnessBrightLabel, mBrightnessLabel};
     for (QLabel *label : labels)
         label->setPalette(mAreLabelsEnabled ? QPalette() : disabled);
 }

@@ -63,15 +63,18 @@ QWidget *KeyboardLightingController::buildZones()
     grid->addWidget(makeColorWell(mMainColor, "mMainColor", "lkeyZoneMainColor", &Self::clickMainColor), 0, 1);
     grid->addWidget(makeCheckBox(mInGameAPMMain, "mInGameAPMMain", "lkeyInGameMain", &Self::tickInGameAPMMain), 0, 2);
     grid->addWidget(makeCheckBox(mSidestrips, "mSidestrips", "lkeyZoneSidestrips", &Self::tickSidestrips), 1, 0);
-    grid->addWidget(makeColorWell(mSidestripsColor, "mSidestripsColor", "lkeyZoneSidestripsColor",
-                                  &Self::clickSidestripsColor), 1, 1);
+    grid->addWidget(
+        makeColorWell(mSidestripsColor, "mSidestripsColor", "lkeyZoneSidestripsColor", &Self::clickSidestripsColor), 1,
+        1);
     grid->addWidget(makeCheckBox(mInGameAPMSidestrips, "mInGameAPMSidestrips", "lkeyInGameSidestrips",
-                                 &Self::tickInGameAPMSidestrips), 1, 2);
+                                 &Self::tickInGameAPMSidestrips),
+                    1, 2);
     grid->addWidget(makeCheckBox(mUnderglow, "mUnderglow", "lkeyZoneUnderglow", &Self::tickUnderglow), 2, 0);
-    grid->addWidget(makeColorWell(mUnderglowColor, "mUnderglowColor", "lkeyZoneUnderglowColor",
-                                  &Self::clickUnderglowColor), 2, 1);
-    grid->addWidget(makeCheckBox(mInGameAPMUnderglow, "mInGameAPMUnderglow", "lkeyInGameUnderglow",
-                                 &Self::tickInGameAPMUnderglow), 2, 2);
+    grid->addWidget(
+        makeColorWell(mUnderglowColor, "mUnderglowColor", "lkeyZoneUnderglowColor", &Self::clickUnderglowColor), 2, 1);
+    grid->addWidget(
+        makeCheckBox(mInGameAPMUnderglow, "mInGameAPMUnderglow", "lkeyInGameUnderglow", &Self::tickInGameAPMUnderglow),
+        2, 2);
     grid->setHorizontalSpacing(groupSpacing);
     grid->setColumnStretch(3, 1);
     grid->setRowStretch(3, 1);
@@ -116,7 +119,8 @@ QWidget *KeyboardLightingController::buildBrightness()
     auto *captions = new TickCaptions(mBrightnessValue);
     captions->addCaption(makeLabel(mBrightnessOffLabel, "mBrightnessOffLabel", "lkeyBrightnessOff"), offLevel);
     captions->addCaption(makeLabel(mBrightnessDimLabel, "mBrightnessDimLabel", "lkeyBrightnessDim"), dimLevel);
-    captions->addCaption(makeLabel(mBrightnessNormaLabel, "mBrightnessNormaLabel", "lkeyBrightnessNormal"), normalLevel);
+    captions->addCaption(makeLabel(mBrightnessNormaLabel, "mBrightnessNormaLabel", "lkeyBrightnessNormal"),
+                         normalLevel);
     captions->addCaption(makeLabel(mBrightnessBrightLabel, "mBrightnessBrightLabel", "lkeyBrightnessBright"),
                          brightLevel);
 
@@ -170,7 +174,7 @@ void KeyboardLightingController::buildView()
     mView = new QWidget;
     mView->setObjectName("lightingView"_L1);
     auto *profile = new QHBoxLayout;
-    profile->addWidget(makeLabel(mCurrentProfileLabel, "mCurrentProfileLabel", "lkeyLightingCurrentProfile"));
+    profile->addWidget(makeLabel(mCurrentProfileLabel, "mCurrentProfileLabel", "lkeyCurrentProfile"));
     profile->addWidget(makeLabel(mProfileNameLabel, "mProfileNameLabel"), 1);
     QFont bold = mProfileNameLabel->font();
     bold.setBold(true);

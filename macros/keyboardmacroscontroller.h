@@ -47,7 +47,8 @@ public:
     [[nodiscard]] bool recordButtonReadsStop() const { return mRecordButtonReadsStop; }
 
     // From the main controller
-    /// Observes the recording notifications; at `setNotificationCenter()`'s centre if one was set, else the default one.
+    /// Observes the recording notifications; at `setNotificationCenter()`'s centre if one was set, else the default
+    /// one.
     void awakeFromNib();
     /// Not owned; it must outlive the controller.
     void setNotificationCenter(DistributedNotificationCenter *center) { mNotificationCenter = center; }

@@ -117,9 +117,10 @@ QWidget *KeyboardMacrosController::buildEventList()
     mNoMacroLabel->setWordWrap(true);
 
     auto *buttons = new QHBoxLayout;
-    buttons->addWidget(makeButton(mAddMacroDetails, "mAddMacroDetails", "lkeyAppendEvents", &Self::clickAddMacroDetails));
     buttons->addWidget(
-        makeButton(mDeleteMacroDetails, "mDeleteMacroDetails", "lkeyDeleteSelectedEvent", &Self::clickDeleteMacroDetails));
+        makeButton(mAddMacroDetails, "mAddMacroDetails", "lkeyAppendEvents", &Self::clickAddMacroDetails));
+    buttons->addWidget(makeButton(mDeleteMacroDetails, "mDeleteMacroDetails", "lkeyDeleteSelectedEvent",
+                                  &Self::clickDeleteMacroDetails));
     buttons->addWidget(mSettingsMacroDetails);
     buttons->addStretch();
     buttons->addWidget(mRecordMacroDetails);

@@ -6,11 +6,8 @@ namespace MacroCommands {
 const QList<MenuCommand> &ofList()
 {
     static const QList<MenuCommand> commands{
-        {rename, "lkeyRename"},
-        {newMacro, "lkeyNew"},
-        {importMacro, "lkeyImport"},
-        {exportMacro, "lkeyExport"},
-        {deleteMacro, "lkeyDelete"},
+        {rename, "lkeyRename"},      {newMacro, "lkeyNew"},       {importMacro, "lkeyImport"},
+        {exportMacro, "lkeyExport"}, {deleteMacro, "lkeyDelete"},
     };
     return commands;
 }
@@ -18,12 +15,9 @@ const QList<MenuCommand> &ofList()
 const QList<MenuCommand> &ofEventList()
 {
     static const QList<MenuCommand> commands{
-        {record, "lkeyRecord"},
-        {edit, "lkeyEdit"},
-        {deleteEvent, "lkeyDeleteEvent"},
-        {deleteAllEvents, "lkeyDeleteAllEvents"},
-        {copyDelay, "lkeyCopyDelay"},
-        {noDelay, "lkeyNoDelay"},
+        {record, "lkeyRecord"},           {edit, "lkeyEdit"},
+        {deleteEvent, "lkeyDeleteEvent"}, {deleteAllEvents, "lkeyDeleteAllEvents"},
+        {copyDelay, "lkeyCopyDelay"},     {noDelay, "lkeyNoDelay"},
     };
     return commands;
 }

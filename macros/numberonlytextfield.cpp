@@ -50,7 +50,8 @@ bool NumberOnlyTextField::textViewShouldChangeTextInRangeReplacementString(int p
     return shouldChange(text(), position, length, replacement);
 }
 
-bool NumberOnlyTextField::shouldChange(const QString &before, int position, int length, const QString &replacement) const
+bool NumberOnlyTextField::shouldChange(const QString &before, int position, int length,
+                                       const QString &replacement) const
 {
     if (position >= maximumLength)
         return false;

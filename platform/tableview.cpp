@@ -45,8 +45,8 @@ void TableView::addColumn(const TableColumn &column)
 {
     mModel->addColumn(column);
     const int position = mModel->columnCount() - 1;
-    horizontalHeader()->setSectionResizeMode(position, column.stretches ? QHeaderView::Stretch
-                                                                        : QHeaderView::ResizeToContents);
+    horizontalHeader()->setSectionResizeMode(position,
+                                             column.stretches ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
 }
 
 void TableView::setDataSource(TableViewDataSource *source)

@@ -310,8 +310,14 @@ void KeyboardProfilesController::setAutoSwitch(int row, int value)
 {
     if (row != activeProfile() && mProfileDelegate)
         mProfileDelegate->switchProfileWithID(row);
-    mTableObjectValue = value;
-    updateValueOfSetting(value, SettingsKeys::autoSwitchOn);
+    if (value == 0) {
+        updateValueOfSetting(0, SettingsKeys::autoSwitchOn);
+    } else {
+        mTableObjectValue = value;
+        // It can be on only for a profile that has an application.
+        if (!applicationOf(selectedProfile()).isEmpty())
+            updateValueOfSetting(mTableObjectValue, SettingsKeys::autoSwitchOn);
+    }
     mProfilesTableView->reloadData();
 }
 

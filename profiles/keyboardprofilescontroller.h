@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The profiles tab: the list of profiles, with adding, copying, renaming, deleting, restoring and the on-screen display.
-// Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
+// The profiles tab: the list of profiles, with adding, copying, renaming, deleting, restoring and the on-screen
+// display. Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
 #pragma once
 
 #include "platform/tableview.h"
@@ -30,7 +30,13 @@ public:
     ~KeyboardProfilesController() override;
 
     /// Context numbers of the tab's sheets.
-    enum SheetContext { chooseApplication = 1, chooseProfileFile = 2, confirmDelete = 5, confirmRestore = 9, exportProfile = 10 };
+    enum SheetContext {
+        chooseApplication = 1,
+        chooseProfileFile = 2,
+        confirmDelete = 5,
+        confirmRestore = 9,
+        exportProfile = 10
+    };
 
     // What the tab is made of and shows
     [[nodiscard]] QWidget *view() const { return mView; }
@@ -75,7 +81,8 @@ public:
     void deleteProfile();
     void restoreProfileToDefaultSettings();
     /// `name`, or `name` with a number when a record in `profiles` bears it; the rule is uniqueName().
-    [[nodiscard]] QString checkForDuplicateNameUsingDefaultName(const QVariantList &profiles, const QString &name) const;
+    [[nodiscard]] QString checkForDuplicateNameUsingDefaultName(const QVariantList &profiles,
+                                                                const QString &name) const;
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
 
     // The table's data source. Columns: "id", "name", "application", "auto switch".
@@ -123,10 +130,10 @@ private:
     ProfileDelegate *mProfileDelegate = nullptr;
     int mTableObjectValue = 0;
 
-    bool mIsAddProfile = false;         ///< an add or copy is going on: selecting switches no profile
-    bool mNeedsUpdate = false;          ///< a delete is going on, or an application was bound
-    bool mIsFirstLaunch = true;         ///< the first selection change switches no profile
-    bool mHasDeviceConnected = true;    ///< as last told to setControlsState()
-    bool mNeedsProfileEditing = false;  ///< the next refresh opens the last row's name
-    bool mIsRenamingProfile = false;    ///< a rename was started from a menu
+    bool mIsAddProfile = false;        ///< an add or copy is going on: selecting switches no profile
+    bool mNeedsUpdate = false;         ///< a delete is going on, or an application was bound
+    bool mIsFirstLaunch = true;        ///< the first selection change switches no profile
+    bool mHasDeviceConnected = true;   ///< as last told to setControlsState()
+    bool mNeedsProfileEditing = false; ///< the next refresh opens the last row's name
+    bool mIsRenamingProfile = false;   ///< a rename was started from a menu
 };

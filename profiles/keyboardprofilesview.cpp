@@ -21,8 +21,8 @@ void KeyboardProfilesController::buildTable()
     mProfilesTableView->addColumn({u"id"_s, localizedText("lkeyProfileColumnId"), TableCell::text, false, false,
                                    Qt::AlignTrailing | Qt::AlignVCenter});
     mProfilesTableView->addColumn({u"name"_s, localizedText("lkeyProfileColumnName"), TableCell::text, true, true});
-    mProfilesTableView->addColumn({u"application"_s, localizedText("lkeyProfileColumnApplication"), TableCell::text,
-                                   false, true});
+    mProfilesTableView->addColumn(
+        {u"application"_s, localizedText("lkeyProfileColumnApplication"), TableCell::text, false, true});
     mProfilesTableView->addColumn({u"auto switch"_s, localizedText("lkeyProfileColumnAutoSwitch"), TableCell::text,
                                    false, false, Qt::AlignCenter});
     // A click beside the rows would leave no profile selected, and what the other tabs change goes to the selected one.

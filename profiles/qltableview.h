@@ -15,7 +15,10 @@ class QLTableView : public TableView
 public:
     using TableView::TableView;
 
-    void setKeyboardProfilesController(KeyboardProfilesController *controller) { mKeyboardProfilesController = controller; }
+    void setKeyboardProfilesController(KeyboardProfilesController *controller)
+    {
+        mKeyboardProfilesController = controller;
+    }
     [[nodiscard]] KeyboardProfilesController *keyboardProfilesController() const { return mKeyboardProfilesController; }
 
     /// The nine commands, enabled as the table's state allows. The caller owns the menu.

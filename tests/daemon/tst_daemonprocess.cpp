@@ -3,8 +3,10 @@
 #include "daemon/settingsdocument.h"
 #include "daemon/status.h"
 #include "platform/distributednotificationcenter.h"
-#include "tests/daemon/daemonprocessfixture.h"
+#include "tests/support/daemonprocessfixture.h"
 
+#include <QDBusAbstractInterface>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDir>
@@ -113,9 +115,11 @@ private Q_SLOTS:
     void virtualKeyboardRefusesTheImpossible();
     void keysAreLetGoOfAtTheEnd();
     void captureEndsWhenTheClientLeavesTheBus();
+    void captureForAClientThatIsGoneEndsAtOnce();
     void secondDaemonSaysSo();
     void tellsVersionAndHelpWithoutABus();
     void endsWithoutABus();
+    void endsWhenTheBusGoesAway();
     void endsByEitherSignal_data();
     void endsByEitherSignal();
     void losesNothingAnsweredWhenKilled();
@@ -250,21 +254,34 @@ void DaemonProcessTest::postsNotificationsForOtherClients()
 
 namespace {
 
-class SentRecorder : public QObject
+/// A proxy: QtDBus connects the signals it declares to those of the object.
+class KeyboardProxy : public QDBusAbstractInterface
 {
     Q_OBJECT
 
 public:
-    SentRecorder()
+    KeyboardProxy()
+        : QDBusAbstractInterface(messagePortBusName(DaemonProtocol::requestPortName), u"/VirtualKeyboard"_s,
+                                 "org.quillkestra.VirtualKeyboard", QDBusConnection::sessionBus(), nullptr)
     {
-        QDBusConnection::sessionBus().connect(messagePortBusName(DaemonProtocol::requestPortName), u"/VirtualKeyboard"_s,
-                                              u"org.quillkestra.VirtualKeyboard"_s, u"Sent"_s, this, SLOT(add(uint, uint, bool)));
     }
 
-    QStringList sent;
+Q_SIGNALS:
+    void Sent(uint usagePage, uint usage, bool down);
+};
 
-private Q_SLOTS:
-    void add(uint page, uint usage, bool isDown) { sent += u"%1%2:%3"_s.arg(isDown ? u"+"_s : u"-"_s).arg(page).arg(usage); }
+/// What the computer received: "+7:4" for a press, "-7:4" for a release.
+struct SentRecorder
+{
+    SentRecorder()
+    {
+        QObject::connect(&keyboard, &KeyboardProxy::Sent, &keyboard, [this](uint page, uint usage, bool isDown) {
+            sent += u"%1%2:%3"_s.arg(isDown ? u"+"_s : u"-"_s).arg(page).arg(usage);
+        });
+    }
+
+    KeyboardProxy keyboard;
+    QStringList sent;
 };
 
 } // namespace
@@ -329,6 +346,19 @@ void DaemonProcessTest::captureEndsWhenTheClientLeavesTheBus()
     QTRY_COMPARE(recorder.sent, QStringList{u"+7:5"_s});
 }
 
+void DaemonProcessTest::captureForAClientThatIsGoneEndsAtOnce()
+{
+    const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    QVERIFY(port);
+    port->post(29, "{ ResponseMsgPortName = NeverThere; }");
+    QTRY_VERIFY(mDaemon->log().contains("the client is gone"));
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 5u}), QString());
+    QCOMPARE(mDaemon->keyboardProperty(u"SentKeys"_s).value<QDBusArgument>().currentSignature(), u"au"_s);
+    SentRecorder recorder;
+    QCOMPARE(mDaemon->callKeyboard(u"ReleaseAll"_s), QString());
+    QTRY_COMPARE(recorder.sent, QStringList{u"-7:5"_s});
+}
+
 void DaemonProcessTest::secondDaemonSaysSo()
 {
     QProcess *second = mDaemon->runAnother({});
@@ -356,6 +386,26 @@ void DaemonProcessTest::endsWithoutABus()
     QProcess *lost = mDaemon->runAnother({});
     QCOMPARE(lost->exitCode(), 2);
     QVERIFY(lost->readAllStandardError().contains("no session bus"));
+}
+
+void DaemonProcessTest::endsWhenTheBusGoesAway()
+{
+    QCOMPARE(mDaemon->terminate(), 0); // the settings are for one daemon at a time
+    QProcess bus;
+    bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s});
+    QVERIFY(bus.waitForStarted());
+    QTRY_VERIFY(bus.canReadLine());
+    mDaemon->environment().insert(u"DBUS_SESSION_BUS_ADDRESS"_s, QString::fromUtf8(bus.readLine().trimmed()));
+    QProcess daemon;
+    daemon.setProcessEnvironment(mDaemon->environment());
+    daemon.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/QuillKestraDaemon"_s, {});
+    QByteArray log;
+    QTRY_VERIFY((log += daemon.readAllStandardError()).contains("ready"));
+    bus.kill();
+    QVERIFY(bus.waitForFinished());
+    QTRY_COMPARE_WITH_TIMEOUT(daemon.state(), QProcess::NotRunning, 20'000);
+    QCOMPARE(daemon.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(daemon.exitCode(), 2);
 }
 
 void DaemonProcessTest::endsByEitherSignal_data()

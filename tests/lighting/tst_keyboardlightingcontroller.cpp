@@ -45,14 +45,14 @@ QVariantMap lightingRecord()
             {u"ScrollLED"_s, 0}};
 }
 
-const QStringList zoneControls{u"mMain"_s, u"mSidestrips"_s, u"mUnderglow"_s, u"mMainColor"_s, u"mSidestripsColor"_s,
-                               u"mUnderglowColor"_s, u"mInGameAPMMain"_s, u"mInGameAPMSidestrips"_s,
-                               u"mInGameAPMUnderglow"_s};
+const QStringList zoneControls{u"mMain"_s,          u"mSidestrips"_s,          u"mUnderglow"_s,
+                               u"mMainColor"_s,     u"mSidestripsColor"_s,     u"mUnderglowColor"_s,
+                               u"mInGameAPMMain"_s, u"mInGameAPMSidestrips"_s, u"mInGameAPMUnderglow"_s};
 const QStringList otherControls{u"mBrightnessValue"_s, u"mLighting"_s, u"mRestoreSettings"_s, u"mBrightnessLabel"_s,
                                 u"mEnableAddOnHighlight"_s};
-const QStringList greyedLabels{u"mProfileNameLabel"_s, u"mCurrentProfileLabel"_s, u"mDriverVersionLabel"_s,
-                               u"mFirmwareVersionLabel"_s, u"mDriverVersion"_s, u"mFirmwareVersion"_s,
-                               u"mBrightnessOffLabel"_s, u"mBrightnessDimLabel"_s, u"mBrightnessNormaLabel"_s,
+const QStringList greyedLabels{u"mProfileNameLabel"_s,      u"mCurrentProfileLabel"_s, u"mDriverVersionLabel"_s,
+                               u"mFirmwareVersionLabel"_s,  u"mDriverVersion"_s,       u"mFirmwareVersion"_s,
+                               u"mBrightnessOffLabel"_s,    u"mBrightnessDimLabel"_s,  u"mBrightnessNormaLabel"_s,
                                u"mBrightnessBrightLabel"_s, u"mBrightnessLabel"_s};
 
 } // namespace
@@ -98,7 +98,7 @@ private Q_SLOTS:
     void awakeningEmptiesTheDictionaries();
 
 private:
-    template<typename T> T *outlet(const char *name) const { return mWindow->findChild<T *>(QLatin1StringView(name)); }
+    template <typename T> T *outlet(const char *name) const { return mWindow->findChild<T *>(QLatin1StringView(name)); }
     Sheet *alert() const { return mWindow->findChild<Sheet *>(u"alert"_s); }
     void press(QLatin1StringView alertButton);
 
@@ -315,8 +315,7 @@ void KeyboardLightingControllerTest::brightnessSendsTheLevel()
     slider->setFocus();
     QTest::keyClick(slider, Qt::Key_Right);
     QTest::keyClick(slider, Qt::Key_Home);
-    QCOMPARE(mDelegate.sent,
-             (QList<QVariantMap>{{{u"BrightnessKBNormal"_s, 4}}, {{u"BrightnessKBNormal"_s, 0}}}));
+    QCOMPARE(mDelegate.sent, (QList<QVariantMap>{{{u"BrightnessKBNormal"_s, 4}}, {{u"BrightnessKBNormal"_s, 0}}}));
     QCOMPARE(mDelegate.sent.first().value(u"BrightnessKBNormal"_s).userType(), int(QMetaType::Int));
 }
 
@@ -375,16 +374,14 @@ void KeyboardLightingControllerTest::restoreAsksFirst()
 void KeyboardLightingControllerTest::restoreKeepsTheNameAndForcesTwoValues()
 {
     const QVariantMap keys{{u"4"_s, QVariantMap{{u"command"_s, 45}}}};
-    mController->setMDefaultDict({{u"ProfileName"_s, u"Default"_s},
-                                  {u"BrightnessKBNormal"_s, 1},
-                                  {u"ProfileOSDOn"_s, 0},
-                                  {u"Keys"_s, keys}});
+    mController->setMDefaultDict(
+        {{u"ProfileName"_s, u"Default"_s}, {u"BrightnessKBNormal"_s, 1}, {u"ProfileOSDOn"_s, 0}, {u"Keys"_s, keys}});
     outlet<QPushButton>("mRestoreSettings")->click();
     press("alertDefaultButton"_L1);
     QCOMPARE(mDelegate.sent, (QList<QVariantMap>{{{u"ProfileName"_s, u"Work"_s},
-                                                 {u"BrightnessKBNormal"_s, 4},
-                                                 {u"ProfileOSDOn"_s, true},
-                                                 {u"Keys"_s, keys}}}));
+                                                  {u"BrightnessKBNormal"_s, 4},
+                                                  {u"ProfileOSDOn"_s, true},
+                                                  {u"Keys"_s, keys}}}));
     QCOMPARE(mDelegate.sent.first().value(u"ProfileOSDOn"_s).userType(), int(QMetaType::Bool));
 }
 

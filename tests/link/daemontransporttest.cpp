@@ -8,9 +8,9 @@
 #include "tests/support/threadedport.h"
 
 #include <QPoint>
-#include <QSemaphore>
 #include <QtTest>
 
+#include <semaphore>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -195,7 +195,7 @@ void DaemonTransportTest::answerToTheSendIsIgnored()
 
 void DaemonTransportTest::givesUpASlowSendAfterTwoSeconds()
 {
-    QSemaphore mayAnswer;
+    std::binary_semaphore mayAnswer(0);
     const ThreadedPort daemon(DaemonProtocol::requestPortName, [&](qint32, const std::optional<QByteArray> &data) {
         mayAnswer.acquire();
         return data;

@@ -8,6 +8,8 @@
 #include <QDBusConnectionInterface>
 #include <QtTest>
 
+#include <atomic>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -95,7 +97,7 @@ void ReplyPortTest::endsWithoutHavingBeenStarted()
 
 void ReplyPortTest::runsOnSilentlyWhenTheNameIsTaken()
 {
-    int received = 0;
+    std::atomic<int> received = 0;
     ScriptedDaemon daemon;
     {
         const ThreadedPort other(portName, [&](qint32, const std::optional<QByteArray> &) {
@@ -108,7 +110,7 @@ void ReplyPortTest::runsOnSilentlyWhenTheNameIsTaken()
         QVERIFY(port.isRunning());
         QCOMPARE(daemon.sendToReplyPort(portName, 4, someReply()), QByteArray("other"));
     }
-    QCOMPARE(received, 1);
+    QCOMPARE(received.load(), 1);
     QVERIFY(!LatestReplySlot::shared().holdsReply());
 }
 

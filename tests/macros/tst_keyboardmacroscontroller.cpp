@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrodelegate.h"
-#include "macros/numberonlytextfield.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
+#include "macros/numberonlytextfield.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/pulldownbutton.h"
 #include "tests/support/texts.h"
@@ -208,7 +208,7 @@ private:
     void fill(const QStringList &names, int selected = -1);
     QLineEdit *editor() const;
     void choose(const char *button, int tag);
-    template<typename T = QWidget> T *outlet(const QString &name) const { return mWindow->findChild<T *>(name); }
+    template <typename T = QWidget> T *outlet(const QString &name) const { return mWindow->findChild<T *>(name); }
     TableView *list() const { return mController->macroTableView(); }
     TableView *events() const { return mController->macroDetailsTableView(); }
 
@@ -540,7 +540,8 @@ void KeyboardMacrosControllerTest::leavingTheTabStops_data()
     QTest::addColumn<QString>("start");
     QTest::addColumn<QStringList>("calls");
     QTest::newRow("new recording") << u"mRecordMacroDetails"_s << QStringList{u"stop"_s, u"save 0 0"_s, u"details 0"_s};
-    QTest::newRow("appended recording") << u"mAddMacroDetails"_s << QStringList{u"stop"_s, u"save 0 1"_s, u"details 0"_s};
+    QTest::newRow("appended recording") << u"mAddMacroDetails"_s
+                                        << QStringList{u"stop"_s, u"save 0 1"_s, u"details 0"_s};
 }
 
 void KeyboardMacrosControllerTest::leavingTheTabStops()

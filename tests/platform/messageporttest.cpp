@@ -6,11 +6,12 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QElapsedTimer>
-#include <QSemaphore>
 #include <QXmlStreamReader>
 #include <QtTest>
 
 #include <atomic>
+#include <mutex>
+#include <semaphore>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -22,10 +23,31 @@ namespace {
 const QString portName = u"TestPort"_s;
 const QString interfaceName = u"org.quillkestra.MessagePort"_s;
 
-struct Received
+struct Message
 {
-    int messageIdentifier = -1;
+    int identifier = -1;
     std::optional<QByteArray> data;
+};
+
+/// What the port's thread received, for the thread of the test.
+class Inbox
+{
+public:
+    void put(int identifier, const std::optional<QByteArray> &data)
+    {
+        const std::scoped_lock lock(mMutex);
+        mMessages.push_back({identifier, data});
+    }
+
+    [[nodiscard]] std::vector<Message> messages() const
+    {
+        const std::scoped_lock lock(mMutex);
+        return mMessages;
+    }
+
+private:
+    mutable std::mutex mMutex;
+    std::vector<Message> mMessages;
 };
 
 QDBusMessage portCall(const QString &interface, const QString &method, const QVariantList &arguments = {})
@@ -103,32 +125,34 @@ void MessagePortTest::carriesIdentifierAndData()
 {
     QFETCH(int, identifier);
     QFETCH(QByteArray, data);
-    Received received;
+    Inbox inbox;
     const ThreadedPort port(portName, [&](qint32 id, const std::optional<QByteArray> &bytes) {
-        received = {id, bytes};
+        inbox.put(id, bytes);
         return std::optional(QByteArray("answer to ") + QByteArray::number(id));
     });
     QByteArray answer;
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
     QVERIFY(remote->sendRequest(identifier, data, 2s, 2s, &answer) == SendStatus::success);
-    QCOMPARE(received.messageIdentifier, identifier);
-    QCOMPARE(received.data, data);
+    QCOMPARE(inbox.messages().size(), size_t(1));
+    QCOMPARE(inbox.messages().front().identifier, identifier);
+    QCOMPARE(inbox.messages().front().data, data);
     QCOMPARE(answer, QByteArray("answer to ") + QByteArray::number(identifier));
 }
 
 void MessagePortTest::emptyMessageCarriesNoData()
 {
-    Received received{.messageIdentifier = -1, .data = QByteArray("not called")};
+    Inbox inbox;
     const ThreadedPort port(portName, [&](qint32 id, const std::optional<QByteArray> &bytes) {
-        received = {id, bytes};
+        inbox.put(id, bytes);
         return bytes;
     });
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
     QVERIFY(remote->sendRequest(14, {}, 2s, 2s) == SendStatus::success);
-    QCOMPARE(received.messageIdentifier, 14);
-    QVERIFY(!received.data);
+    QCOMPARE(inbox.messages().size(), size_t(1));
+    QCOMPARE(inbox.messages().front().identifier, 14);
+    QVERIFY(!inbox.messages().front().data);
 }
 
 void MessagePortTest::absentAnswerIsEmptyArray()
@@ -146,8 +170,8 @@ void MessagePortTest::absentAnswerIsEmptyArray()
 
 void MessagePortTest::postDoesNotWaitForTheAnswer()
 {
-    QSemaphore arrived;
-    QSemaphore mayAnswer;
+    std::binary_semaphore arrived(0);
+    std::binary_semaphore mayAnswer(0);
     const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &bytes) {
         arrived.release();
         mayAnswer.acquire();
@@ -156,27 +180,26 @@ void MessagePortTest::postDoesNotWaitForTheAnswer()
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
     remote->post(1, "x"); // would hang here until the time limit of the bus, if it waited
-    QVERIFY(arrived.tryAcquire(1, 5000));
+    QVERIFY(arrived.try_acquire_for(5s));
     mayAnswer.release();
 }
 
 void MessagePortTest::postsArriveInOrder()
 {
     constexpr int count = 500;
-    std::vector<int> identifiers;
-    QSemaphore arrived;
+    Inbox inbox;
     const ThreadedPort port(portName, [&](qint32 id, const std::optional<QByteArray> &) {
-        identifiers.push_back(id);
-        arrived.release();
+        inbox.put(id, {});
         return std::optional<QByteArray>();
     });
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
     for (int id = 0; id < count; ++id)
         remote->post(id, "x");
-    QVERIFY(arrived.tryAcquire(count, 20'000));
+    QTRY_COMPARE_WITH_TIMEOUT(inbox.messages().size(), size_t(count), 20'000);
+    const std::vector<Message> messages = inbox.messages();
     for (int id = 0; id < count; ++id)
-        QCOMPARE(identifiers.at(size_t(id)), id);
+        QCOMPARE(messages[size_t(id)].identifier, id);
 }
 
 void MessagePortTest::refusesNameThatIsTaken()
@@ -243,7 +266,7 @@ void MessagePortTest::sendToPortThatHasGoneIsInvalid()
 
 void MessagePortTest::sendGivesUpAfterReceiveTimeout()
 {
-    QSemaphore mayAnswer;
+    std::binary_semaphore mayAnswer(0);
     const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &bytes) {
         mayAnswer.acquire();
         return bytes;
@@ -262,18 +285,25 @@ void MessagePortTest::sendGivesUpAfterReceiveTimeout()
 
 void MessagePortTest::sendRunsNoEventLoop()
 {
-    QSemaphore eventWasHandled;
-    bool wasHandledDuringSend = true;
+    std::binary_semaphore eventWasHandled(0);
+    std::atomic<bool> wasHandledDuringSend = true;
     const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &bytes) {
-        wasHandledDuringSend = eventWasHandled.tryAcquire(1, 200);
+        wasHandledDuringSend = eventWasHandled.try_acquire_for(200ms);
         return bytes;
     });
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
-    QMetaObject::invokeMethod(this, [&] { eventWasHandled.release(); }, Qt::QueuedConnection);
+    bool wasHandled = false;
+    QMetaObject::invokeMethod(
+        this,
+        [&] {
+            wasHandled = true;
+            eventWasHandled.release();
+        },
+        Qt::QueuedConnection);
     QVERIFY(remote->sendRequest(1, "x", 2s, 2s) == SendStatus::success);
-    QVERIFY(!wasHandledDuringSend);
-    QTRY_COMPARE(eventWasHandled.available(), 1);
+    QVERIFY(!wasHandledDuringSend.load());
+    QTRY_VERIFY(wasHandled);
 }
 
 void MessagePortTest::threadsSendAtOnce()

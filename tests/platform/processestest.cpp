@@ -116,7 +116,7 @@ void ProcessesTest::findsEveryProcessOfTheName()
 {
     addProcess(u"7"_s, u"/usr/bin/QuillKestraDaemon"_s);
     addProcess(u"12"_s, u"/usr/bin/kestra-configurator"_s);
-    addProcess(u"4194303"_s, u"/home/a/QuillKestraDaemon"_s);
+    addProcess(u"4194303"_s, u"/opt/a/QuillKestraDaemon"_s);
     QCOMPARE(found(), (std::vector<qint64>{7, 4194303}));
 }
 

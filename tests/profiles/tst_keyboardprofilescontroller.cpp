@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "profiletester.h"
+#include "tests/profiles/profiletester.h"
 
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -68,6 +68,7 @@ private Q_SLOTS:
     void controlsFollowTheirState();
     void removeApplicationClearsTheFourKeysAndTheSwitch();
     void autoSwitchOfAnotherRowSwitchesFirst();
+    void autoSwitchStaysOffWithoutAnApplication();
     void gearMenuRenamesTheSelectedRow();
     void gearDeleteEndsAPendingRename();
     void gearMenuEnablesCommands_data();
@@ -85,7 +86,7 @@ private:
     Sheet *alert() const;
     void press(QLatin1StringView alertButton);
     void choose(int tag);
-    template<typename T> T *outlet(const char *name) const { return mWindow->findChild<T *>(QLatin1StringView(name)); }
+    template <typename T> T *outlet(const char *name) const { return mWindow->findChild<T *>(QLatin1StringView(name)); }
     [[nodiscard]] TableView *table() const { return mController->profilesTableView(); }
 
     std::unique_ptr<QWidget> mWindow;
@@ -668,6 +669,14 @@ void KeyboardProfilesControllerTest::autoSwitchOfAnotherRowSwitchesFirst()
     QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
 }
 
+void KeyboardProfilesControllerTest::autoSwitchStaysOffWithoutAnApplication()
+{
+    fill({u"A"_s});
+    mController->tableViewSetObjectValueForTableColumnRow(table(), 1, u"auto switch"_s, 0);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(table()->model()->index(0, 3).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+}
+
 void KeyboardProfilesControllerTest::gearMenuRenamesTheSelectedRow()
 {
     fill({u"A"_s, u"B"_s}, 1);
@@ -698,7 +707,8 @@ void addMenuRows(bool isGearMenu)
     QTest::addColumn<QList<int>>("disabled");
     QTest::newRow("one profile") << 1 << 0 << QString() << QList<int>{deleteProfile, removeApplication};
     QTest::newRow("one profile, none selected")
-        << 1 << -1 << QString() << (isGearMenu ? QList<int>{removeApplication} : QList<int>{deleteProfile, removeApplication});
+        << 1 << -1 << QString()
+        << (isGearMenu ? QList<int>{removeApplication} : QList<int>{deleteProfile, removeApplication});
     QTest::newRow("two profiles") << 2 << 0 << QString() << QList<int>{removeApplication};
     QTest::newRow("with an application") << 2 << 0 << u"Racer"_s << QList<int>{};
     QTest::newRow("19 profiles") << 19 << 3 << u"Racer"_s << QList<int>{};

@@ -102,11 +102,20 @@ class StringConnects(unittest.TestCase):
                 self.assertEqual(len(check_string_connects([Source(path, "connect(a, SIGNAL(b()), c);")])), 1)
 
     def test_slot_is_found_outside_platform(self):
-        self.assertEqual(len(check_string_connects([Source("daemon/a.cpp", "connect(SLOT(b()));")])), 1)
+        for text in ("connect(a, b, SLOT(b()));", "QObject::connect(a, SLOT(b()));", "auto slot = SLOT(b());",
+                     "bus.connect(f(x), g);\nconnect(a, SLOT(b()));"):
+            with self.subTest(text=text):
+                self.assertEqual(len(check_string_connects([Source("daemon/a.cpp", text)])), 1)
 
-    def test_slot_may_stand_in_one_file_of_platform(self):
-        one = Source("platform/a.cpp", "bus.connect(SLOT(b()));")
-        other = Source("platform/b.cpp", "bus.connect(SLOT(b()));")
+    def test_signals_of_the_bus_may_be_connected(self):
+        for text in ("bus.connect(QString(), u\"/a\"_s,\n    this, SLOT(b()));",
+                     "QDBusConnection::sessionBus().connect(QString(), this, SIGNAL(b(QDBusMessage)));"):
+            with self.subTest(text=text):
+                self.assertEqual(check_string_connects([Source("daemon/a.cpp", text)]), [])
+
+    def test_one_file_of_platform_may_name_a_slot(self):
+        one = Source("platform/a.cpp", "return SLOT(b());")
+        other = Source("platform/b.cpp", "return SLOT(b());")
         self.assertEqual(check_string_connects([one]), [])
         self.assertEqual(len(check_string_connects([one, other])), 1)
 

@@ -28,28 +28,18 @@ QDBusMessage portMessage(const QString &port, int messageIdentifier, const QByte
 ScriptedDaemon::ScriptedDaemon(QVariantMap document)
     : mDocument(std::move(document)), mConnectionName(u"scripted-daemon-%1"_s.arg(quintptr(this)))
 {
-    mContext.moveToThread(&mThread);
-    mThread.start();
     appear();
 }
 
 ScriptedDaemon::~ScriptedDaemon()
 {
     disappear();
-    run([this] { mContext.moveToThread(nullptr); });
-    mThread.quit();
-    mThread.wait();
-    QDBusConnection::disconnectFromBus(mConnectionName);
-}
-
-void ScriptedDaemon::run(const std::function<void()> &work)
-{
-    QMetaObject::invokeMethod(&mContext, work, Qt::BlockingQueuedConnection);
+    mThread.run([this] { QDBusConnection::disconnectFromBus(mConnectionName); });
 }
 
 void ScriptedDaemon::appear()
 {
-    run([this] {
+    mThread.run([this] {
         if (mPort)
             return;
         const auto connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, mConnectionName);
@@ -63,7 +53,7 @@ void ScriptedDaemon::appear()
 
 void ScriptedDaemon::disappear()
 {
-    run([this] { mPort.reset(); });
+    mThread.run([this] { mPort.reset(); });
 }
 
 void ScriptedDaemon::setDocument(const QVariantMap &document)
@@ -97,7 +87,7 @@ void ScriptedDaemon::setSlowToAnswer(std::chrono::milliseconds duration)
 QByteArray ScriptedDaemon::sendToReplyPort(const QString &port, int messageIdentifier, const QByteArray &data)
 {
     QByteArray answer;
-    run([&] {
+    mThread.run([&] {
         const QDBusMessage reply = QDBusConnection(mConnectionName).call(portMessage(port, messageIdentifier, data));
         answer = reply.arguments().value(0).toByteArray();
     });
@@ -106,7 +96,7 @@ QByteArray ScriptedDaemon::sendToReplyPort(const QString &port, int messageIdent
 
 void ScriptedDaemon::postNotification(const QString &name, const QVariantMap &userInfo)
 {
-    run([&] { DistributedNotificationCenter(QDBusConnection(mConnectionName)).post(name, userInfo); });
+    mThread.run([&] { DistributedNotificationCenter(QDBusConnection(mConnectionName)).post(name, userInfo); });
 }
 
 std::vector<ScriptedDaemon::Request> ScriptedDaemon::requests() const
@@ -206,5 +196,5 @@ void ScriptedDaemon::send(const QString &port, int command, const Reply &reply)
     if (reply.after.count() == 0)
         sendNow();
     else
-        QTimer::singleShot(reply.after, &mContext, sendNow);
+        QTimer::singleShot(reply.after, mThread.context(), sendNow);
 }

@@ -4,11 +4,10 @@
 #pragma once
 
 #include "app/util/daemonprotocol.h"
+#include "tests/support/workerthread.h"
 
 #include <QByteArray>
 #include <QDBusConnection>
-#include <QObject>
-#include <QThread>
 #include <QVariantMap>
 
 #include <chrono>
@@ -77,7 +76,6 @@ private:
     std::optional<QByteArray> receive(qint32 command, const std::optional<QByteArray> &data);
     std::vector<Reply> scriptedReplies(const Request &request) const;
     void send(const QString &port, int command, const Reply &reply);
-    void run(const std::function<void()> &work);
 
     mutable std::mutex mMutex; // guards the script and the requests
     QVariantMap mDocument;
@@ -85,8 +83,7 @@ private:
     std::vector<Request> mRequests;
     std::chrono::milliseconds mAnswerDelay{0};
 
-    QThread mThread;
-    QObject mContext; // lives on mThread
     QString mConnectionName;
     std::unique_ptr<LocalMessagePort> mPort; // used on mThread only
+    WorkerThread mThread;
 };

@@ -3,10 +3,7 @@
 #pragma once
 
 #include "platform/messageport.h"
-
-#include <QDBusConnection>
-#include <QObject>
-#include <QThread>
+#include "tests/support/workerthread.h"
 
 #include <memory>
 
@@ -14,7 +11,7 @@
 class ThreadedPort
 {
 public:
-    ThreadedPort(const QString &name, LocalMessagePort::Callback callback);
+    ThreadedPort(const QString &name, const LocalMessagePort::Callback &callback);
     ~ThreadedPort();
     Q_DISABLE_COPY_MOVE(ThreadedPort)
 
@@ -22,9 +19,8 @@ public:
     [[nodiscard]] bool isServing() const { return mIsServing; }
 
 private:
-    QThread mThread;
-    QObject mContext; // lives on mThread
     QString mConnectionName;
     std::unique_ptr<LocalMessagePort> mPort; // used on mThread only
     bool mIsServing = false;
+    WorkerThread mThread;
 };

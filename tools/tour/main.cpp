@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Says where a control of another program is on the screen: kestra-find-control PID [ROLE NAME]
-// Prints "x y width height states description" of the first match (x, y: its centre), or every control without a name.
+// Says where a control of another program is on the screen: kestra-find-control PID [NAME]
+// Prints "x y width height states description" of the first control with the name that is no label (x, y: its
+// centre); without a name it lists every control.
 // kestra-find-control --serve asks the programs that start later to describe their controls, until it is ended.
 #include "tools/tour/accessibilitybus.h"
 #include "tools/tour/accessibletree.h"
@@ -32,13 +33,12 @@ int main(int argc, char *argv[])
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == "--serve"_L1)
         return serve();
-    if (arguments.size() != 2 && arguments.size() != 4) {
-        out << "Usage: kestra-find-control PID [ROLE NAME] | --serve\n";
+    if (arguments.size() != 2 && arguments.size() != 3) {
+        out << "Usage: kestra-find-control PID [NAME] | --serve\n";
         return 2;
     }
     const AccessibleTree tree(QDBusConnection::sessionBus(), arguments.at(1).toUInt());
-    const QString role = arguments.value(2);
-    const QString name = arguments.value(3);
+    const QString name = arguments.value(2);
     bool found = false;
     const QList<AccessibleControl> controls = tree.showingControls();
     for (const AccessibleControl &control : controls) {
@@ -51,7 +51,7 @@ int main(int argc, char *argv[])
         if (arguments.size() == 2) {
             out << where << " | " << control.role << " | " << control.name << " | " << control.description << '\n';
             found = true;
-        } else if (control.role == role && control.name == name) {
+        } else if (control.name == name && control.role != "label"_L1) {
             out << where << ' ' << control.description << '\n';
             return 0;
         }

@@ -5,6 +5,7 @@
     <name></name>
     <message id="lkeyOK"><source>lkeyOK</source><translation>OK</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>Cancel</translation></message>
+    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profile:</translation></message>
     <message id="lkeyQuit"><source>lkeyQuit</source><translation>Quit</translation></message>
     <message id="lkeyProductName"><source>lkeyProductName</source><translation>Quill Kestra Configurator</translation></message>
     <message id="lkeyProductFamily"><source>lkeyProductFamily</source><translation>Quill Kestra</translation></message>

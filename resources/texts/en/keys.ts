@@ -23,7 +23,6 @@
     <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>Repeat 8 times</translation></message>
     <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>Repeat 9 times</translation></message>
     <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>Repeat 10 times</translation></message>
-    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profile:</translation></message>
     <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>Selected key:</translation></message>
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Assignment:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Playback:</translation></message>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/daemon/daemonprocessfixture.h"
+#include "tests/support/daemonprocessfixture.h"
 
 #include "app/util/qlcoreutility.h"
 

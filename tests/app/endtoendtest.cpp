@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// The whole way: the real window, the real daemon, its disk, and a second client.
+#include "app/util/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "keys/keybutton.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "platform/popupbutton.h"
+#include "platform/sheet.h"
+#include "tests/app/hubfixture.h"
+#include "tests/support/daemonprocessfixture.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QTabWidget>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class EndToEndTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void disablesAKeyByMouseForGood();
+    void disablesAKeyByKeyboardAlone();
+    void followsAChangeMadeByAnotherClient();
+    void followsTheKeyboardAsItComesAndGoes();
+    void showsTheFirmwareVersion();
+    void keepsWhatWasAnsweredWhenTheDaemonIsKilled();
+
+private:
+    /// What kestractl prints, trimmed; "exit code N: …" when that is not 0.
+    QString kestractl(const QStringList &arguments);
+
+    HubResources mResources;
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+};
+
+void EndToEndTest::init()
+{
+    setReplyPollInterval(replyPollInterval);
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    QVERIFY(mDaemon->start());
+}
+
+QString EndToEndTest::kestractl(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestractl"_s, arguments);
+    if (!process.waitForFinished(20000))
+        return u"did not finish"_s;
+    if (process.exitCode() != 0)
+        return u"exit code %1: "_s.arg(process.exitCode()) + QString::fromUtf8(process.readAllStandardError());
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+void EndToEndTest::disablesAKeyByMouseForGood()
+{
+    {
+        const Hub hub;
+        hub.controller->initializeDevice();
+        QTest::mouseClick(hub.find<QWidget>("mA"), Qt::LeftButton);
+        QCOMPARE(hub.controller->keysController()->selectedKey(), u"4"_s);
+        auto *assignment = hub.find<PopUpButton>("mAssignFunction");
+        QCOMPARE(assignment->selectedIndex(), 0);
+        assignment->itemAtIndex(5)->trigger();
+        QCOMPARE(assignment->selectedIndex(), 5);
+        QCOMPARE(kestractl({u"key"_s, u"A"_s}), u"A: disabled"_s);
+        QTest::mouseClick(hub.find<QWidget>("mS"), Qt::LeftButton);
+        QVERIFY(hub.find<KeyButton>("mA")->isHighlighted());
+    }
+    mDaemon->kill();
+    QVERIFY(mDaemon->start());
+    QCOMPARE(kestractl({u"key"_s, u"A"_s}), u"A: disabled"_s);
+    const Hub again;
+    again.controller->initializeDevice();
+    QVERIFY(again.find<KeyButton>("mA")->isHighlighted());
+    QTest::mouseClick(again.find<QWidget>("mA"), Qt::LeftButton);
+    QCOMPARE(again.find<PopUpButton>("mAssignFunction")->selectedIndex(), 5);
+}
+
+void EndToEndTest::disablesAKeyByKeyboardAlone()
+{
+    const Hub hub;
+    hub.controller->initializeDevice();
+    hub.window->activateWindow();
+    // From Escape, the key selected at the first start, down to the letter A, with the arrow keys.
+    hub.controller->keysController()->currentButton()->setFocus();
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
+        QTest::keyClick(QApplication::focusWidget(), key);
+    QCOMPARE(hub.controller->keysController()->selectedKey(), u"4"_s);
+    auto *assignment = hub.find<PopUpButton>("mAssignFunction");
+    assignment->setFocus();
+    QTest::keyClick(assignment, Qt::Key_Space);
+    QMenu *menu = assignment->menu();
+    QTRY_VERIFY(menu->isVisible());
+    for (int step = 0; step < 5; ++step)
+        QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Return);
+    QTRY_COMPARE(assignment->selectedIndex(), 5);
+    QCOMPARE(kestractl({u"key"_s, u"A"_s}), u"A: disabled"_s);
+}
+
+void EndToEndTest::followsAChangeMadeByAnotherClient()
+{
+    const Hub hub;
+    hub.controller->initializeDevice();
+    QTest::mouseClick(hub.find<QWidget>("mQ"), Qt::LeftButton);
+    QCOMPARE(hub.find<PopUpButton>("mAssignFunction")->selectedIndex(), 0);
+    QCOMPARE(kestractl({u"key"_s, u"Q"_s, u"disable"_s}), u"Q: disabled"_s);
+    QTRY_COMPARE(hub.find<PopUpButton>("mAssignFunction")->selectedIndex(), 5);
+    QCOMPARE(kestractl({u"key"_s, u"Q"_s, u"default"_s}), u"Q: default key"_s);
+    QTRY_COMPARE(hub.find<PopUpButton>("mAssignFunction")->selectedIndex(), 0);
+}
+
+void EndToEndTest::followsTheKeyboardAsItComesAndGoes()
+{
+    const Hub hub;
+    hub.controller->initializeDevice();
+    auto *sheet = hub.find<Sheet>("mCommunicationAlertWindow");
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QTRY_VERIFY(sheet->isVisible());
+    QVERIFY(!hub.find<QWidget>("mA")->isEnabled());
+    QCOMPARE(mDaemon->callKeyboard(u"Attach"_s), QString());
+    QTRY_VERIFY(!sheet->isUp());
+    QTRY_VERIFY(hub.find<QWidget>("mA")->isEnabled());
+}
+
+void EndToEndTest::showsTheFirmwareVersion()
+{
+    const Hub hub(std::chrono::milliseconds(20));
+    hub.controller->initializeDevice();
+    const QString version = mDaemon->keyboardProperty(u"FirmwareVersion"_s).toString();
+    QVERIFY(!version.isEmpty());
+    QTRY_COMPARE(hub.find<QLabel>("mFirmwareVersion")->text(), version);
+}
+
+void EndToEndTest::keepsWhatWasAnsweredWhenTheDaemonIsKilled()
+{
+    const Hub hub;
+    hub.controller->initializeDevice();
+    auto *assignment = hub.find<PopUpButton>("mAssignFunction");
+    QTest::mouseClick(hub.find<QWidget>("mZ"), Qt::LeftButton);
+    for (int round = 0; round < 5; ++round) {
+        const int position = round % 2 ? 0 : 5;
+        assignment->itemAtIndex(position)->trigger();
+        QCOMPARE(assignment->selectedIndex(), position);
+        mDaemon->kill();
+        QVERIFY(mDaemon->start());
+        hub.controller->loadLatestSettings();
+        hub.controller->setProperties();
+        hub.controller->updateUISettings();
+        QCOMPARE(assignment->selectedIndex(), position);
+    }
+}
+
+QTEST_MAIN(EndToEndTest)
+#include "endtoendtest.moc"
