@@ -220,4 +220,4 @@ void PopUpButtonTest::longTitlesDoNotWidenItWithoutEnd()
 }
 
 QTEST_MAIN(PopUpButtonTest)
-#include "tst_popupbutton.moc"
+#include "popupbuttontest.moc"

@@ -153,4 +153,4 @@ void KeyLayoutTest::codeValueReadsALeadingNumber()
 }
 
 QTEST_GUILESS_MAIN(KeyLayoutTest)
-#include "tst_keylayout.moc"
+#include "keylayouttest.moc"

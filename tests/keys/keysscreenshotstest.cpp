@@ -62,7 +62,7 @@ QImage grabAt(QWidget &widget, qreal ratio)
 
 } // namespace
 
-class KeysScreenshots : public QObject
+class KeysScreenshotsTest : public QObject
 {
     Q_OBJECT
 
@@ -78,7 +78,7 @@ private:
     QDir mFolder;
 };
 
-void KeysScreenshots::initTestCase()
+void KeysScreenshotsTest::initTestCase()
 {
     QVERIFY(loadTexts());
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
@@ -89,7 +89,7 @@ void KeysScreenshots::initTestCase()
     QVERIFY(mFolder.cd(u"screenshots"_s));
 }
 
-void KeysScreenshots::drawsTheTab_data()
+void KeysScreenshotsTest::drawsTheTab_data()
 {
     QTest::addColumn<bool>("isDark");
     QTest::addColumn<int>("width");
@@ -104,7 +104,7 @@ void KeysScreenshots::drawsTheTab_data()
     QTest::newRow("keys-dark-absent") << true << 1100 << 1.0 << false;
 }
 
-void KeysScreenshots::drawsTheTab()
+void KeysScreenshotsTest::drawsTheTab()
 {
     QFETCH(bool, isDark);
     QFETCH(int, width);
@@ -124,7 +124,7 @@ void KeysScreenshots::drawsTheTab()
     QCOMPARE(image.width(), qRound(width * ratio));
 }
 
-void KeysScreenshots::drawsTheSingleKeySheet()
+void KeysScreenshotsTest::drawsTheSingleKeySheet()
 {
     QApplication::setPalette(QApplication::style()->standardPalette());
     Tab tab(profile(u"Raid night"_s));
@@ -136,7 +136,7 @@ void KeysScreenshots::drawsTheSingleKeySheet()
     QVERIFY(grabAt(*sheet, 2).save(mFolder.filePath(u"single-key-sheet-2x.png"_s)));
 }
 
-void KeysScreenshots::isDrawnSharpAtTwiceTheDots()
+void KeysScreenshotsTest::isDrawnSharpAtTwiceTheDots()
 {
     QApplication::setPalette(QApplication::style()->standardPalette());
     Tab tab(profile(u"Raid night"_s, workingKeys()));
@@ -153,5 +153,5 @@ void KeysScreenshots::isDrawnSharpAtTwiceTheDots()
     QVERIFY2(differing > 5000, qPrintable(QString::number(differing)));
 }
 
-QTEST_MAIN(KeysScreenshots)
-#include "tst_keysscreenshots.moc"
+QTEST_MAIN(KeysScreenshotsTest)
+#include "keysscreenshotstest.moc"

@@ -219,4 +219,4 @@ void KeyButtonTest::commandsHaveTheirMarks()
 }
 
 QTEST_MAIN(KeyButtonTest)
-#include "tst_keybutton.moc"
+#include "keybuttontest.moc"

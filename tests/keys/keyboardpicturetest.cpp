@@ -253,4 +253,4 @@ void KeyboardPictureTest::isOneStopInTheTabOrder()
 }
 
 QTEST_MAIN(KeyboardPictureTest)
-#include "tst_keyboardpicture.moc"
+#include "keyboardpicturetest.moc"

@@ -179,4 +179,4 @@ void MappingCleanupTest::handlesNoProfiles()
 }
 
 QTEST_GUILESS_MAIN(MappingCleanupTest)
-#include "tst_mappingcleanup.moc"
+#include "mappingcleanuptest.moc"

@@ -561,4 +561,4 @@ void KeyboardKeysControllerTest::worksWithoutADelegate()
 }
 
 QTEST_MAIN(KeyboardKeysControllerTest)
-#include "tst_keyboardkeyscontroller.moc"
+#include "keyboardkeyscontrollertest.moc"

@@ -183,4 +183,4 @@ void KeyMappingTest::leavesTheDictionaryItWasHandedAlone()
 }
 
 QTEST_GUILESS_MAIN(KeyMappingTest)
-#include "tst_keymapping.moc"
+#include "keymappingtest.moc"

@@ -86,4 +86,4 @@ void KeyNamesTest::codesOutsideTheLayoutHaveNoName()
 }
 
 QTEST_GUILESS_MAIN(KeyNamesTest)
-#include "tst_keynames.moc"
+#include "keynamestest.moc"

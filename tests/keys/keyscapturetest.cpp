@@ -241,4 +241,4 @@ void KeysCaptureTest::notificationsAfterTheWindowIsGoneAreHarmless()
 }
 
 QTEST_MAIN(KeysCaptureTest)
-#include "tst_keyscapture.moc"
+#include "keyscapturetest.moc"

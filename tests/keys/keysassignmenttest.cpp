@@ -512,4 +512,4 @@ void KeysAssignmentTest::otherReturnCodesDoNothing()
 }
 
 QTEST_MAIN(KeysAssignmentTest)
-#include "tst_keysassignment.moc"
+#include "keysassignmenttest.moc"
