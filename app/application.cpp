@@ -4,8 +4,10 @@
 #include "app/keyboard_configuratorappdelegate.h"
 #include "app/keyboardmaincontroller.h"
 #include "app/mainwindow.h"
+#include "app/util/daemonprotocol.h"
 #include "app/util/resources.h"
 #include "app/util/text.h"
+#include "platform/singleinstance.h"
 #include "platform/terminationsignals.h"
 
 #include <QApplication>
@@ -16,6 +18,7 @@
 #include <QTranslator>
 
 #include <cstdio>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -37,26 +40,47 @@ Launch parseCommandLine(const QGuiApplication &application)
             parser.isSet(withoutNotice), parser.positionalArguments()};
 }
 
-/// Writes "ready" to standard output once the opened device has been painted; bench/startup.py waits for it.
-class ReadyReporter : public QObject
+/// Calls a function once, from the event loop, when the window has been painted the next time; deletes itself then.
+class AfterPainting : public QObject
 {
 public:
-    explicit ReadyReporter(QWidget *window) : QObject(window) { window->installEventFilter(this); }
+    AfterPainting(QWidget *window, std::function<void()> function) : QObject(window), mFunction(std::move(function))
+    {
+        window->installEventFilter(this);
+    }
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         // The first painting comes with the window's exposure, every other by a request of the window's own.
-        if (event->type() != QEvent::UpdateRequest && event->type() != QEvent::Paint)
-            return false;
-        watched->removeEventFilter(this);
-        // After the painting that this event asks for.
-        QTimer::singleShot(0, this, [] {
-            std::puts("ready");
-            std::fflush(stdout);
-        });
+        if (event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint) {
+            watched->removeEventFilter(this);
+            QTimer::singleShot(0, this, [this] {
+                mFunction();
+                deleteLater();
+            });
+        }
         return false;
     }
+
+private:
+    std::function<void()> mFunction;
 };
+
+/// For bench/startup.py and the tests, which wait for it.
+void reportReady()
+{
+    std::puts("ready");
+    std::fflush(stdout);
+}
+
+MainControllerServices services()
+{
+    MainControllerServices result;
+    // The tests and the tour run beside daemons that are not theirs.
+    if (qEnvironmentVariableIsSet("KESTRA_SPARE_DAEMONS"))
+        result.endProcesses = [](const QString &) {};
+    return result;
+}
 
 } // namespace
 
@@ -95,9 +119,15 @@ int runConfigurator(int argc, char *argv[])
     installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
     QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
     const Launch launch = parseCommandLine(application);
+    SingleInstance instance(DaemonProtocol::configuratorIdentifier);
+    if (instance.isAnotherRunning()) {
+        // Two would take each other's replies from the one reply port.
+        instance.activateOther();
+        return 0;
+    }
 
     MainWindow window;
-    KeyboardMainController controller;
+    KeyboardMainController controller(services());
     window.assemble(&controller);
     Keyboard_ConfiguratorAppDelegate delegate(&window, &controller);
     const TerminationSignals terminationSignals;
@@ -111,13 +141,19 @@ int runConfigurator(int argc, char *argv[])
                      });
     if (qEnvironmentVariableIsSet("KESTRA_BENCH_READY")) {
         QObject::connect(&controller, &KeyboardMainController::deviceInitialized, &window,
-                         [&window] { new ReadyReporter(&window); });
+                         [&window] { new AfterPainting(&window, reportReady); });
     }
 
     const QVariantMap userInfo = launchUserInfo(launch);
     delegate.applicationWillFinishLaunching(userInfo);
+    QObject::connect(&instance, &SingleInstance::activationRequested, &window, [&window] {
+        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+        window.show();
+        window.raise();
+        window.activateWindow();
+    });
+    // Opening blocks, for seconds when the daemon is silent; the window is on the screen by then.
+    new AfterPainting(&window, [&delegate, userInfo] { delegate.applicationDidFinishLaunching(userInfo); });
     window.show();
-    // From the event loop, so that the window is on the screen while the device is opened.
-    QTimer::singleShot(0, &delegate, [&delegate, userInfo] { delegate.applicationDidFinishLaunching(userInfo); });
     return QApplication::exec();
 }

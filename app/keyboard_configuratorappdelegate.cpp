@@ -11,10 +11,10 @@
 
 Keyboard_ConfiguratorAppDelegate::Keyboard_ConfiguratorAppDelegate(QWidget *mainWindow,
                                                                    KeyboardMainController *mainController,
-                                                                   std::chrono::milliseconds daemonPollInterval,
+                                                                   std::chrono::milliseconds pollInterval,
                                                                    QObject *parent)
     : QObject(parent), window(mainWindow), mKeyboardMainController(mainController),
-      mDaemonPollInterval(daemonPollInterval)
+      mDaemonPollInterval(pollInterval)
 {
 }
 

@@ -15,13 +15,16 @@ class QWidget;
 /// restored, opened with a file or started for the background.
 inline constexpr QLatin1StringView launchIsDefaultLaunchKey{"NSApplicationLaunchIsDefaultLaunchKey"};
 
+/// How often the background wait looks for the daemon.
+inline constexpr std::chrono::milliseconds daemonPollInterval{1000};
+
 class Keyboard_ConfiguratorAppDelegate : public QObject
 {
     Q_OBJECT
 
 public:
     Keyboard_ConfiguratorAppDelegate(QWidget *window, KeyboardMainController *mainController,
-                                     std::chrono::milliseconds daemonPollInterval = std::chrono::seconds(1),
+                                     std::chrono::milliseconds pollInterval = daemonPollInterval,
                                      QObject *parent = nullptr);
     ~Keyboard_ConfiguratorAppDelegate() override;
 

@@ -144,13 +144,10 @@ void KeyboardMainController::loadLatestSettings()
 {
     sendDaemonRequest(DaemonCommands::readSettings(mDevicePID, replyPortName), int(Command::readSettings));
     waitForReply();
-    const std::optional<QVariantMap> reply = LatestReplySlot::shared().read();
-    if (!reply)
-        return;
-    const QVariant allDevSettings = reply->value(DaemonProtocol::allDevSettings);
+    const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
+    const QVariant allDevSettings = reply ? reply->value(DaemonProtocol::allDevSettings) : QVariant();
     if (allDevSettings.typeId() == QMetaType::QVariantMap)
         updateToLatestSettings(allDevSettings.toMap());
-    LatestReplySlot::shared().clear();
 }
 
 void KeyboardMainController::updateToLatestSettings(const QVariantMap &allDevSettings)
@@ -226,10 +223,12 @@ void KeyboardMainController::setControlsState(bool enabled)
 
 void KeyboardMainController::updateProfilesControlState(bool enabled)
 {
-    if (enabled)
+    if (enabled) {
         mBusyIndicator->stopAnimation();
-    else
+    } else {
         mBusyIndicator->startAnimation();
+        mBusyIndicator->repaint(); // what follows may block this thread for seconds
+    }
     mProfilesController->setControlsState(enabled);
 }
 
@@ -238,9 +237,9 @@ void KeyboardMainController::selectTabAtIndex(int index)
     mKeyboardTabView->setCurrentIndex(index);
 }
 
-void KeyboardMainController::tabViewDidSelectTabViewItem(const QString &label)
+void KeyboardMainController::tabViewDidSelectTabViewItem(QTabWidget *, const QWidget *page)
 {
-    mMacrosController->checkMacroRecordingStatus(label);
+    mMacrosController->checkMacroRecordingStatus(page->property(tabLabelProperty).toString());
 }
 
 void KeyboardMainController::saveLastSelectedKey()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The hub. Owns the copy of the settings document, the link to the daemon and the observers of its notifications;
 // drives the five tabs and turns each of their requests into one numbered command.
-// Main thread, but for createLocalPort's thread, setDriverVersions (firmware-query thread) and waitForReply.
+// Main thread, but for FWQueryThreadAboutToRun and setDriverVersions, which the firmware-query thread runs.
 #pragma once
 
 #include "app/mainwindowoutlets.h"
@@ -30,6 +30,9 @@ class KeyboardMacrosController;
 class KeyboardMaintenanceController;
 class KeyboardProfilesController;
 class ReplyPort;
+
+/// Property of a tab's page: the tab's label (QString), which is never translated.
+inline constexpr char tabLabelProperty[] = "tabLabel";
 
 /// What the hub calls outside itself, and its pace; tests put their own in place.
 struct MainControllerServices
@@ -87,8 +90,8 @@ public:
     void setControlsState(bool enabled);
     /// False: the busy indicator spins and the profiles tab is disabled; true: the other way round.
     void updateProfilesControlState(bool enabled);
-    /// `label`: the untranslated label of the tab that is now in front.
-    void tabViewDidSelectTabViewItem(const QString &label);
+    /// `page` is now in front; its property tabLabelProperty holds the tab's untranslated label.
+    void tabViewDidSelectTabViewItem(QTabWidget *tabView, const QWidget *page);
     void saveLastSelectedKey();
     void checkMacroRecording();
     void checkMacroRecordingStatus() {}
@@ -121,15 +124,15 @@ public:
     void showErrorForErrorCode(int errorCode);
     void showErrorDialog();
     void hideErrorDialog();
-    void clickCommAlertOKButton();
+    void clickCommAlertOKButton(QObject *sender);
     void showRestoringStateWindow();
     void relaunchDaemon();
     void registerHelpBook();
     void openRegisteredHelpBook();
-    void clickHelpButton();
-    void clickFBButton();
-    void clickTwitterButton();
-    void clickQuillClubButton();
+    void clickHelpButton(QObject *sender);
+    void clickFBButton(QObject *sender);
+    void clickTwitterButton(QObject *sender);
+    void clickQuillClubButton(QObject *sender);
 
     /// Command 38, sent at termination.
     void releaseQuillDeviceInstance();

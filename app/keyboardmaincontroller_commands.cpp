@@ -103,11 +103,9 @@ void KeyboardMainController::deleteProfileWithProfileID(int profileID)
     updateProfilesControlState(false);
     sendDaemonRequest(DaemonCommands::deleteProfile(mDevicePID, replyPortName, profileID), int(Command::deleteProfile));
     waitForReply();
-    const std::optional<QVariantMap> reply = LatestReplySlot::shared().read();
     // Deliberate: without a returned document the slot is left as it is, and the tab stays disabled and busy.
-    if (!reply || !returnedDocument(*reply))
+    if (!LatestReplySlot::shared().takeIf([](const QVariantMap &reply) { return returnedDocument(reply).has_value(); }))
         return;
-    LatestReplySlot::shared().clear();
     switchProfileWithID(std::max(profileID - 1, 0));
 }
 

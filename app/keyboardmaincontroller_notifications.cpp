@@ -137,9 +137,14 @@ void KeyboardMainController::deamonProfileUpdateNotification(const DistributedNo
 
 void KeyboardMainController::savedNewOTFMNotification(const DistributedNotification &notification)
 {
-    mMacrosArray = notification.userInfo.value(DaemonProtocol::allMacros).toList();
+    const QVariant macros = notification.userInfo.value(DaemonProtocol::allMacros);
     // Here the active profile itself, not its index.
-    mCurrentProfileDict = notification.userInfo.value(SettingsKeys::activeProfile).toMap();
+    const QVariant profile = notification.userInfo.value(SettingsKeys::activeProfile);
+    // Anything else is no news of macros; taking it would empty the profile that the next change is built on.
+    if (macros.typeId() != QMetaType::QVariantList || profile.typeId() != QMetaType::QVariantMap)
+        return;
+    mMacrosArray = macros.toList();
+    mCurrentProfileDict = profile.toMap();
     setProperties();
     mKeysController->updateUISettings();
     mMacrosController->updateTableWithNewMacro();
@@ -181,7 +186,7 @@ void KeyboardMainController::hideErrorDialog()
     mCommunicationAlertWindow->endSheet();
 }
 
-void KeyboardMainController::clickCommAlertOKButton()
+void KeyboardMainController::clickCommAlertOKButton(QObject *)
 {
     hideErrorDialog();
 }
@@ -217,22 +222,22 @@ void KeyboardMainController::openRegisteredHelpBook()
     HelpViewer::gotoPage(u"index.html"_s);
 }
 
-void KeyboardMainController::clickHelpButton()
+void KeyboardMainController::clickHelpButton(QObject *)
 {
     openRegisteredHelpBook();
 }
 
-void KeyboardMainController::clickFBButton()
+void KeyboardMainController::clickFBButton(QObject *)
 {
     openPage(Addresses::firstSocialNetwork);
 }
 
-void KeyboardMainController::clickTwitterButton()
+void KeyboardMainController::clickTwitterButton(QObject *)
 {
     openPage(Addresses::secondSocialNetwork);
 }
 
-void KeyboardMainController::clickQuillClubButton()
+void KeyboardMainController::clickQuillClubButton(QObject *)
 {
     openPage(Addresses::community);
 }

@@ -120,20 +120,21 @@ QWidget *MainWindow::createHeader()
     mOutlets.mHelpButton = new QPushButton(localizedText("lkeyHelp"));
     mOutlets.mHelpButton->setObjectName("mHelpButton"_L1);
     mOutlets.mHelpButton->setShortcut(QKeySequence::HelpContents);
-    connect(mOutlets.mHelpButton, &QPushButton::clicked, mController, &KeyboardMainController::clickHelpButton);
+    connect(mOutlets.mHelpButton, &QPushButton::clicked, mController,
+            [this] { mController->clickHelpButton(mOutlets.mHelpButton); });
     layout->addWidget(mOutlets.mHelpButton);
     return header;
 }
 
 void MainWindow::addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
-                                 void (KeyboardMainController::*action)())
+                                 void (KeyboardMainController::*action)(QObject *))
 {
     auto *button = new QToolButton;
     button->setObjectName(QLatin1StringView(objectName));
     button->setText(localizedText(textKey));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::StrongFocus);
-    connect(button, &QToolButton::clicked, mController, action);
+    connect(button, &QToolButton::clicked, mController, [this, button, action] { (mController->*action)(button); });
     layout->addWidget(button);
 }
 
@@ -157,11 +158,12 @@ QWidget *MainWindow::createTabs()
     mOutlets.mKeyboardTabView = tabView;
     tabView->setObjectName("mKeyboardTabView"_L1);
     for (const Tab &tab : tabs) {
-        tab.page->setProperty("tabLabel", QString(tab.label));
+        tab.page->setProperty(tabLabelProperty, QString(tab.label));
         tabView->addTab(tab.page, localizedText(tab.titleKey));
     }
-    connect(tabView, &QTabWidget::currentChanged, mController, [this, tabView] {
-        mController->tabViewDidSelectTabViewItem(tabView->currentWidget()->property("tabLabel").toString());
+    connect(tabView, &QTabWidget::currentChanged, mController, [this, tabView](int index) {
+        if (const QWidget *page = tabView->widget(index))
+            mController->tabViewDidSelectTabViewItem(tabView, page);
     });
     return tabView;
 }
@@ -177,7 +179,8 @@ void MainWindow::createDeviceNotFoundSheet()
     auto *button = new QPushButton(localizedText("lkeyOK"));
     button->setObjectName("mCommunicationOKButton"_L1);
     button->setDefault(true);
-    connect(button, &QPushButton::clicked, mController, &KeyboardMainController::clickCommAlertOKButton);
+    connect(button, &QPushButton::clicked, mController,
+            [this, button] { mController->clickCommAlertOKButton(button); });
     auto *layout = new QVBoxLayout(sheet);
     layout->setSpacing(10);
     layout->addWidget(title);
@@ -205,6 +208,9 @@ void MainWindow::createRestoringStateSheet()
     // The sheet may stay for as long as there is no daemon, and it keeps the window from being closed.
     auto *quit = new QPushButton(localizedText("lkeyQuit"));
     quit->setObjectName("restoringStateQuitButton"_L1);
+    // The sheet may come up under what the user is typing, so no key presses the button unasked.
+    quit->setAutoDefault(false);
+    quit->setFocusPolicy(Qt::TabFocus);
     connect(quit, &QPushButton::clicked, QCoreApplication::instance(), &QCoreApplication::quit);
     auto *layout = new QVBoxLayout(sheet);
     layout->setSpacing(10);
@@ -213,7 +219,9 @@ void MainWindow::createRestoringStateSheet()
     layout->addWidget(progress);
     layout->addWidget(quit, 0, Qt::AlignRight);
     sheet->setMinimumWidth(420);
-    sheet->setCancelButton(quit);
+    sheet->setCloseButton(quit);
+    sheet->setFocusPolicy(Qt::StrongFocus);
+    sheet->setFocus();
     mOutlets.mRestoringStateWindow = sheet;
     mOutlets.mRestoringStateProgress = progress;
 }

@@ -29,7 +29,7 @@ private:
     void createDeviceNotFoundSheet();
     void createRestoringStateSheet();
     void addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
-                         void (KeyboardMainController::*action)());
+                         void (KeyboardMainController::*action)(QObject *));
 
     KeyboardMainController *mController = nullptr;
     MainWindowOutlets mOutlets;

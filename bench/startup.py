@@ -102,7 +102,7 @@ def private_environment(folder, binaries):
         environment["XDG_" + name] = str(path)
     shutil.copytree(binaries / "resources", folder / "resources")
     environment.update(HOME=str(folder), QUILL_KESTRA_RESOURCES=str(folder / "resources"), QT_QPA_PLATFORM="xcb",
-                       LC_ALL="C.UTF-8", KESTRA_BENCH_READY="1")
+                       LC_ALL="C.UTF-8", KESTRA_BENCH_READY="1", KESTRA_SPARE_DAEMONS="1")
     return environment
 
 

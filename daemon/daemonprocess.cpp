@@ -153,6 +153,7 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
         qCCritical(lcDaemon, "another daemon has the port \"%s\" on this bus", DaemonProtocol::requestPortName.data());
         return DaemonExit::alreadyRunning;
     }
+    daemon.announceKeyboard();
     return runUntilEnd(daemon, bus, signalListener);
 }
 

@@ -342,6 +342,12 @@ quint8 DeviceDaemon::heldModifiers() const
     return static_cast<quint8>(modifiers);
 }
 
+void DeviceDaemon::announceKeyboard()
+{
+    if (mKeyboard.isAttached())
+        mOutlets.postNotification(DaemonProtocol::deviceAttached, {});
+}
+
 void DeviceDaemon::attachedChanged(bool isAttached)
 {
     qCInfo(lcKeyboard, "%s", isAttached ? "keyboard: attached" : "keyboard: removed");

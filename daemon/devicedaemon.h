@@ -48,6 +48,9 @@ public:
     void handleMessage(qint32 number, const std::optional<QByteArray> &data);
     /// Ends what the client at this port has begun: without it nobody would, and the keyboard would stay captured.
     void clientVanished(const QString &portName);
+    /// Tells that a keyboard is there, for clients that were waiting for a daemon. To be called once, when requests
+    /// are served.
+    void announceKeyboard();
     /// Lets go of every key. To be called before the daemon ends.
     void shutDown();
 

@@ -34,6 +34,14 @@ std::optional<QVariantMap> LatestReplySlot::take()
     return std::exchange(mReply, std::nullopt);
 }
 
+std::optional<QVariantMap> LatestReplySlot::takeIf(const std::function<bool(const QVariantMap &)> &isWanted)
+{
+    const std::scoped_lock lock(mMutex);
+    if (!mReply || !isWanted(*mReply))
+        return {};
+    return std::exchange(mReply, std::nullopt);
+}
+
 bool LatestReplySlot::holdsReply() const
 {
     const std::scoped_lock lock(mMutex);

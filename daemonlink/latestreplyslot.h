@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <optional>
 
@@ -27,6 +28,9 @@ public:
 
     /// The reply held, if any; the slot is empty afterwards.
     [[nodiscard]] std::optional<QVariantMap> take();
+
+    /// The same where `isWanted` accepts the reply; otherwise the slot is left as it is.
+    [[nodiscard]] std::optional<QVariantMap> takeIf(const std::function<bool(const QVariantMap &)> &isWanted);
 
     [[nodiscard]] bool holdsReply() const;
 

@@ -192,6 +192,9 @@ void KeyboardKeysController::checkLastSelectedKey()
 
 void KeyboardKeysController::saveLastSelectedKey()
 {
+    // Before the first refresh no key was selected; the one saved last stays.
+    if (mIsFirstLaunch)
+        return;
     // Read again: this file is shared with whoever reads the factory settings, and a damaged one is not replaced.
     QVariantMap plist = readKestraPlist();
     if (plist.isEmpty())

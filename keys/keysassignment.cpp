@@ -206,7 +206,8 @@ void KeyboardKeysController::updateSelectedKeyCommandValueParamOneAndParamTwo(in
 
 void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &param1, const QVariant &param2)
 {
-    if (!mKeysDelegate)
+    // Without a profile the "Keys" sent here would be this one entry, in place of all that the daemon has.
+    if (!mKeysDelegate || mKeysCurrentProfileDict.isEmpty())
         return;
     const QVariantMap keys = mKeysCurrentProfileDict.value(SettingsKeys::keys).toMap();
     mKeysDelegate->updateKeySettings(

@@ -283,8 +283,9 @@ void KeyboardMacrosController::openEventSheet()
 void KeyboardMacrosController::closeEventSheet()
 {
     setRecordButton(false);
-    setStateOfTableButtonsWithState(true);
-    setStateOfMacroTableWithState(true);
+    // The keyboard may have been pulled out while the sheet was up.
+    setStateOfTableButtonsWithState(mHasDeviceConnected);
+    setStateOfMacroTableWithState(mHasDeviceConnected);
     updateEventButtons();
     mEditEventWindow->endSheet();
 }

@@ -12,6 +12,8 @@ const QString objectPath = u"/MessagePort"_s;
 const QString interfaceName = u"org.quillkestra.MessagePort"_s;
 const QString requestMethod = u"SendRequest"_s;
 
+constexpr int busAnswerLimitMs = 2000; // for the bus itself, which answers at once or is broken
+
 QDBusMessage requestMessage(const QString &busName, qint32 messageIdentifier, const QByteArray &data)
 {
     QDBusMessage message = QDBusMessage::createMethodCall(busName, objectPath, interfaceName, requestMethod);
@@ -69,7 +71,7 @@ std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
     QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                                            u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
     question << busName;
-    const QDBusReply<bool> hasOwner = QDBusConnection::sessionBus().call(question, QDBus::Block);
+    const QDBusReply<bool> hasOwner = QDBusConnection::sessionBus().call(question, QDBus::Block, busAnswerLimitMs);
     if (!hasOwner.isValid() || !hasOwner.value())
         return {};
     return RemoteMessagePort(busName);

@@ -2,6 +2,7 @@
 #include "platform/sheet.h"
 
 #include <QAbstractButton>
+#include <QCloseEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -46,6 +47,15 @@ void Sheet::reject()
 {
     if (mCancelButton)
         mCancelButton->click();
+}
+
+void Sheet::closeEvent(QCloseEvent *event)
+{
+    // Also how the program closes its windows when it quits, so this must not be refused for ever.
+    if (!mCloseButton)
+        return QDialog::closeEvent(event);
+    event->accept();
+    mCloseButton->click();
 }
 
 Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd)

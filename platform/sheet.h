@@ -27,16 +27,23 @@ public:
     /// Takes the sheet off the screen; it has ended only after endSheet().
     void orderOut();
 
-    /// The button that Escape and the window's close button press. Without one they do nothing.
+    /// The button that Escape and the sheet's close button press. Without one they do nothing.
     void setCancelButton(QAbstractButton *button) { mCancelButton = button; }
+
+    /// The button that the sheet's close button presses, where Escape is to do nothing.
+    void setCloseButton(QAbstractButton *button) { mCloseButton = button; }
 
     [[nodiscard]] bool isUp() const { return mIsUp; }
 
     void reject() override;
 
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
 private:
     DidEnd mDidEnd;
     QAbstractButton *mCancelButton = nullptr;
+    QAbstractButton *mCloseButton = nullptr;
     bool mIsUp = false;
 };
 

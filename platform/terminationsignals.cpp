@@ -4,6 +4,7 @@
 #include <QSocketNotifier>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -17,8 +18,10 @@ constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
 void noteSignal(int signalNumber)
 {
+    const int interruptedErrno = errno;
     const auto number = static_cast<char>(signalNumber);
     [[maybe_unused]] const ssize_t written = ::write(signalSockets[0], &number, 1);
+    errno = interruptedErrno;
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
 
+#include <QDBusConnectionInterface>
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -30,6 +31,9 @@ private Q_SLOTS:
     void waitsForTheDaemonAfterAnyOtherLaunch();
     void stopsWaitingWhenItEnds();
     void terminatesInOrder();
+    void keepsTheLastSelectedKeyWhenItEndsWaiting();
+    void waitsInTheBackgroundAndEndsBySignal();
+    void leavesThePlaceToTheFirstInstance();
     void stopsARecordingWhenItResignsActive();
     void quitsAfterTheLastWindow();
     void quitsOnSignals_data();
@@ -66,7 +70,7 @@ void AppDelegateTest::opensAtOnceAfterADefaultLaunch()
     const ScriptedDaemon daemon(sampleDocument());
     const Hub hub;
     bool wasUp = false;
-    // The sheet is up when the request for the device goes out; by the end it is closed again.
+    // The sheet comes up, and the opening that follows at once closes it.
     auto *sheet = hub.find<Sheet>("mRestoringStateWindow");
     Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get());
     struct ShowFilter : QObject
@@ -148,6 +152,85 @@ void AppDelegateTest::terminatesInOrder()
     QCOMPARE(resource->value(u"Device Info"_s).toMap().value(u"Last selected key"_s).toString(), u"26"_s);
 }
 
+void AppDelegateTest::keepsTheLastSelectedKeyWhenItEndsWaiting()
+{
+    const auto lastKey = [this] {
+        return PropertyList::readPropertyListFile(mResources.kestraPlist())
+            ->value(u"Device Info"_s)
+            .toMap()
+            .value(u"Last selected key"_s)
+            .toString();
+    };
+    ScriptedDaemon daemon(sampleDocument());
+    {
+        Hub hub;
+        hub.open(daemon);
+        hub.find<QAbstractButton>("mR")->click();
+        hub.controller->saveLastSelectedKey();
+        QCOMPARE(lastKey(), u"21"_s);
+    }
+    daemon.forgetRequests();
+    const Hub hub;
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), std::chrono::hours(1));
+    delegate.applicationDidFinishLaunching({{launchIsDefaultLaunchKey, false}});
+    delegate.applicationWillTerminate();
+    QCOMPARE(daemon.commands(), std::vector<int>{38});
+    QCOMPARE(lastKey(), u"21"_s);
+}
+
+namespace {
+
+/// The program as a process, without the right to end daemons that are not the test's.
+std::unique_ptr<QProcess> configurator(const QStringList &arguments = {})
+{
+    auto process = std::make_unique<QProcess>();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"KESTRA_BENCH_READY"_s, u"1"_s);
+    environment.insert(u"KESTRA_SPARE_DAEMONS"_s, u"1"_s);
+    process->setProcessEnvironment(environment);
+    process->start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestra-configurator"_s, arguments);
+    return process;
+}
+
+bool isOwned(const QString &busName)
+{
+    return QDBusConnection::sessionBus().interface()->isServiceRegistered(busName);
+}
+
+} // namespace
+
+void AppDelegateTest::waitsInTheBackgroundAndEndsBySignal()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.disappear();
+    const auto program = configurator({u"--background"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(isOwned(u"org.quillkestra.KeyboardConfiguratorReplyPort"_s), 20000);
+    QVERIFY(!program->waitForFinished(100));
+    QCOMPARE(daemon.commands(), std::vector<int>());
+    daemon.appear();
+    QTRY_COMPARE_WITH_TIMEOUT(daemon.count(Command::openDevice), 1, 20000);
+    ::kill(pid_t(program->processId()), SIGTERM);
+    QVERIFY(program->waitForFinished(20000));
+    QCOMPARE(program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program->exitCode(), 0);
+}
+
+void AppDelegateTest::leavesThePlaceToTheFirstInstance()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    const auto first = configurator();
+    QSignalSpy output(first.get(), &QProcess::readyReadStandardOutput);
+    QVERIFY(output.wait(20000));
+    const auto second = configurator();
+    QVERIFY(second->waitForFinished(20000));
+    QCOMPARE(second->exitCode(), 0);
+    QCOMPARE(daemon.count(Command::openDevice), 1);
+    QCOMPARE(daemon.count(Command::releaseDevice), 0);
+    QCOMPARE(first->state(), QProcess::Running);
+    first->terminate();
+    QVERIFY(first->waitForFinished(20000));
+}
+
 void AppDelegateTest::stopsARecordingWhenItResignsActive()
 {
     ScriptedDaemon daemon(sampleDocument());
@@ -182,18 +265,14 @@ void AppDelegateTest::quitsOnSignals()
 {
     QFETCH(int, signalNumber);
     ScriptedDaemon daemon(sampleDocument());
-    QProcess program;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"KESTRA_BENCH_READY"_s, u"1"_s);
-    program.setProcessEnvironment(environment);
-    program.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestra-configurator"_s, QStringList());
-    QSignalSpy output(&program, &QProcess::readyReadStandardOutput);
+    const auto program = configurator();
+    QSignalSpy output(program.get(), &QProcess::readyReadStandardOutput);
     QVERIFY(output.wait(20000));
-    QCOMPARE(program.readAllStandardOutput().trimmed(), "ready");
-    ::kill(pid_t(program.processId()), signalNumber);
-    QVERIFY(program.waitForFinished(20000));
-    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(program.exitCode(), 0);
+    QCOMPARE(program->readAllStandardOutput().trimmed(), "ready");
+    ::kill(pid_t(program->processId()), signalNumber);
+    QVERIFY(program->waitForFinished(20000));
+    QCOMPARE(program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program->exitCode(), 0);
     QCOMPARE(daemon.count(Command::releaseDevice), 1);
 }
 

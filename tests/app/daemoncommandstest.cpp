@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Every operation of the hub on the wire: what it sends, byte for byte, and what it does with each kind of reply.
 #include "app/util/settingskeys.h"
+#include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "platform/spinner.h"
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
 
+#include <QLabel>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -139,6 +142,10 @@ private Q_SLOTS:
     void repairsKeysAfterADeletedProfile();
     void repairsKeysAfterADeletedMacro();
     void enablesTheTabAfterAFailedSwitch();
+    void repairsKeysAtTheNextSwitchWhenTheFirstFailed();
+    void redrawsAfterARefresh_data() { addOperations(); }
+    void redrawsAfterARefresh();
+    void redrawsAfterASwitch();
 
 private:
     static void addOperations();
@@ -348,10 +355,13 @@ void DaemonCommandsTest::releasesTheDeviceWithoutReplyPort()
 void DaemonCommandsTest::queriesTheFirmwareWithoutWaiting()
 {
     mDaemon->setSilent(Command::queryFirmwareVersion);
+    // A wait for the reply that never comes would take ten minutes now.
+    setReplyPollInterval(std::chrono::seconds(1));
     QElapsedTimer timer;
     timer.start();
     mHub->controller->setDriverVersions();
-    QVERIFY(timer.elapsed() < 60); // the wait of a silent command takes at least 60 ms here
+    QVERIFY(timer.elapsed() < 60'000);
+    setReplyPollInterval(std::chrono::microseconds(100));
     QCOMPARE(mDaemon->requests().front().data, ScriptedDaemon::encoded(wholeRequest({})));
     QCOMPARE(mDaemon->commands(), std::vector<int>{14});
 }
@@ -375,6 +385,8 @@ void DaemonCommandsTest::deletesAProfileThenSwitches()
     QCOMPARE(mDaemon->requests()[0].data, ScriptedDaemon::encoded(wholeRequest({{u"ProfileID"_s, deleted}})));
     QCOMPARE(mDaemon->requests()[1].data, ScriptedDaemon::encoded(wholeRequest({{u"ProfileID"_s, switchedTo}})));
     QVERIFY(mHub->controller->profilesController()->profilesTableView()->isEnabled());
+    QVERIFY(!LatestReplySlot::shared().holdsReply());
+    QVERIFY(!mHub->find<Spinner>("mBusyIndicator")->isAnimating());
 
     // The next switch is an ordinary one again.
     mDaemon->forgetRequests();
@@ -402,6 +414,7 @@ void DaemonCommandsTest::leavesTheTabBusyWhenADeleteFails()
     QVERIFY(HeldDocument(*mHub->controller) == before);
     QVERIFY(!mHub->controller->profilesController()->profilesTableView()->isEnabled());
     QCOMPARE(LatestReplySlot::shared().holdsReply(), !isSilent);
+    QVERIFY(mHub->find<Spinner>("mBusyIndicator")->isAnimating());
 }
 
 void DaemonCommandsTest::handsOutMacroLines()
@@ -485,6 +498,45 @@ void DaemonCommandsTest::enablesTheTabAfterAFailedSwitch()
     mDaemon->setSilent(Command::switchProfile);
     mHub->controller->switchProfileWithID(0);
     QVERIFY(mHub->controller->profilesController()->profilesTableView()->isEnabled());
+}
+
+void DaemonCommandsTest::repairsKeysAtTheNextSwitchWhenTheFirstFailed()
+{
+    mDaemon->setSilent(Command::switchProfile);
+    mHub->controller->deleteProfileWithProfileID(1);
+    QCOMPARE(mDaemon->commands(), (std::vector<int>{9, 10}));
+    mDaemon->forgetRequests();
+    mDaemon->setReply(Command::switchProfile,
+                      {{u"ReturnStatus"_s, 0}, {u"ReturnDictionary"_s, withActiveProfile(withMapping(17, 1), 0)}});
+    mHub->controller->switchProfileWithID(0);
+    QCOMPARE(mDaemon->commands(), (std::vector<int>{10, 7, 4}));
+}
+
+void DaemonCommandsTest::redrawsAfterARefresh()
+{
+    const Operation &op = operation();
+    const bool refreshes = op.sentOnSuccess.size() == 2;
+    const bool applies = op.command == Command::addProfile || op.command == Command::updateProfile ||
+                         op.command == Command::switchProfile;
+    QVariantMap changed = withActiveProfile(sampleDocument(), 0);
+    changed[u"Macros"_s] = QVariantList{QVariantMap{{u"MacroName"_s, u"Only"_s}}};
+    mDaemon->setDocument(changed);
+    const QString profileBefore = mHub->find<QLabel>("mProfileNameLabel")->text();
+    op.call(*mHub->controller);
+    const bool isRedrawn = mHub->find<QLabel>("mProfileNameLabel")->text() != profileBefore;
+    QCOMPARE(isRedrawn, refreshes || applies);
+    QCOMPARE(mHub->find<TableView>("mMacroTableView")->numberOfRows(), refreshes || applies ? 1 : 3);
+    QCOMPARE(mHub->find<TableView>("mProfilesTableView")->selectedRow(), refreshes || applies ? 0 : 1);
+}
+
+void DaemonCommandsTest::redrawsAfterASwitch()
+{
+    mDaemon->setDocument(withActiveProfile(sampleDocument(), 0));
+    mHub->find<TableView>("mProfilesTableView")->selectRow(0);
+    QCOMPARE(mDaemon->commands(), std::vector<int>{10});
+    QCOMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"Default Profile"_s);
+    QCOMPARE(mHub->controller->profilesController()->currentProfileDict().value(u"ProfileName"_s).toString(),
+             u"Default Profile"_s);
 }
 
 QTEST_MAIN(DaemonCommandsTest)

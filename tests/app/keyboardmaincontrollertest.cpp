@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The hub from start to end: opening the device, its three outcomes, handing out the document, versions.
+#include "app/keyboard_configuratorappdelegate.h"
 #include "app/keyboardmaintenancecontroller.h"
 #include "app/util/propertylist.h"
 #include "app/util/resources.h"
@@ -37,7 +38,11 @@ private Q_SLOTS:
     void readsTheOpenStatusAsAFoundFlag();
     void showsTheFactoryDocumentWithoutKeyboard();
     void reportsAndEndsASilentDaemon();
+    void registersItsObserversOnce_data();
     void registersItsObserversOnce();
+    void goesOnWhenTheKeyboardComesLater();
+    void closesTheRestoringSheetBeforeItAsks();
+    void keepsItsPace();
     void handsThePiecesToTheTabs();
     void readsAnActiveProfileOutOfRangeAsEmpty();
     void keepsTheDeviceSettingsWithTheFactoryDocument();
@@ -184,9 +189,22 @@ void KeyboardMainControllerTest::reportsAndEndsASilentDaemon()
     QCOMPARE(hub.endedProcesses, QStringList{u"QuillKestraDaemon"_s});
 }
 
+void KeyboardMainControllerTest::registersItsObserversOnce_data()
+{
+    QTest::addColumn<int>("found");
+    QTest::newRow("keyboard found") << 1;
+    QTest::newRow("no keyboard") << 0;
+    QTest::newRow("no answer") << -1;
+}
+
 void KeyboardMainControllerTest::registersItsObserversOnce()
 {
-    const ScriptedDaemon daemon(sampleDocument());
+    QFETCH(int, found);
+    ScriptedDaemon daemon(sampleDocument());
+    if (found < 0)
+        daemon.setSilent(Command::openDevice);
+    else
+        daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, found}});
     const Hub hub;
     hub.controller->initializeDevice();
     const DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
@@ -194,6 +212,47 @@ void KeyboardMainControllerTest::registersItsObserversOnce()
          {u"Device Attached 271"_s, u"Device Removed 271"_s, u"Profile Updated 271"_s, u"DPI Updated 271"_s,
           u"Saved New OTFM 271"_s, u"Illumination Updated 271"_s, u"commandReplyNotification271"_s})
         QCOMPARE(center.observationCount(hub.controller.get(), name), 1);
+}
+
+void KeyboardMainControllerTest::goesOnWhenTheKeyboardComesLater()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, 0}});
+    const Hub hub;
+    hub.controller->initializeDevice();
+    controlsAre(hub, false);
+    daemon.postNotification(u"Device Attached 271"_s);
+    QTRY_VERIFY(hub.find<QWidget>("mA")->isEnabled());
+    controlsAre(hub, true);
+    QVERIFY(!hub.find<Sheet>("mCommunicationAlertWindow")->isUp());
+    QCOMPARE(daemon.commands(), (std::vector<int>{0, 4}));
+    QCOMPARE(hub.controller->profilesArray().size(), 2);
+}
+
+void KeyboardMainControllerTest::closesTheRestoringSheetBeforeItAsks()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    const auto *sheet = hub.find<Sheet>("mRestoringStateWindow");
+    const auto *progress = hub.find<QProgressBar>("mRestoringStateProgress");
+    hub.controller->showRestoringStateWindow();
+    QVERIFY(sheet->isVisible());
+    QCOMPARE(progress->maximum(), 0); // runs
+    std::atomic<bool> wasUp = true;
+    daemon.setScript(Command::openDevice, [&](const auto &) {
+        wasUp = sheet->isUp(); // the main thread is blocked meanwhile
+        return std::vector<ScriptedDaemon::Reply>{{ScriptedDaemon::encoded({{u"ReturnStatus"_s, 1}})}};
+    });
+    hub.controller->initializeDevice();
+    QVERIFY(!wasUp);
+    QVERIFY(!sheet->isVisible());
+    QCOMPARE(progress->maximum(), 1);
+}
+
+void KeyboardMainControllerTest::keepsItsPace()
+{
+    QCOMPARE(MainControllerServices().firmwareQueryInterval, std::chrono::seconds(3));
+    QCOMPARE(daemonPollInterval, std::chrono::seconds(1));
 }
 
 void KeyboardMainControllerTest::handsThePiecesToTheTabs()
@@ -222,7 +281,19 @@ void KeyboardMainControllerTest::handsThePiecesToTheTabs()
     QCOMPARE(keysTab->allMacrosArray(), hub.controller->macrosArray());
     QCOMPARE(keysTab->deviceSettingsDict(), hub.controller->deviceSettingsDict());
     QCOMPARE(keysTab->defaultDict(), factoryProfile);
+    QCOMPARE(keysTab->keysDelegate(), hub.controller.get());
+    QCOMPARE(keysTab->keysWindow(), hub.window.get());
     QCOMPARE(hub.find<QLabel>("mProfileNameLabel")->text(), u"Raid"_s);
+    const auto *macrosTab = hub.controller->macrosController();
+    QCOMPARE(macrosTab->macrosSettingsArray(), hub.controller->macrosArray());
+    QCOMPARE(macrosTab->macroDelegate(), hub.controller.get());
+    QCOMPARE(macrosTab->macrosWindow(), hub.window.get());
+    const auto *lightingTab = hub.controller->lightingController();
+    QCOMPARE(lightingTab->defaultDict(), factoryProfile);
+    QCOMPARE(lightingTab->lightingSettingsDict(), profiles[1].toMap());
+    QCOMPARE(lightingTab->deviceSettingsDict(), hub.controller->deviceSettingsDict());
+    QCOMPARE(lightingTab->lightingDelegate(), hub.controller.get());
+    QCOMPARE(lightingTab->lightingWindow(), hub.window.get());
 }
 
 void KeyboardMainControllerTest::readsAnActiveProfileOutOfRangeAsEmpty()

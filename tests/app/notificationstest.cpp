@@ -3,15 +3,19 @@
 #include "app/util/settingskeys.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
+#include "platform/addresses.h"
+#include "platform/helpviewer.h"
 #include "platform/sheet.h"
 #include "platform/spinner.h"
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
 #include <QTest>
+#include <QTextBrowser>
 
 using namespace Qt::StringLiterals;
 using Command = DaemonProtocol::Command;
@@ -41,6 +45,7 @@ private Q_SLOTS:
     void showsErrorsByTheirCode();
     void closesTheDeviceSheetByItsButton();
     void opensThePages();
+    void opensTheHelpBook();
 
 private:
     HubResources mResources;
@@ -205,6 +210,7 @@ void NotificationsTest::takesNewMacrosFromTheKeyboard()
     QCOMPARE(mHub->controller->keysController()->allMacrosArray(), macros);
     QCOMPARE(mHub->controller->keysController()->keysCurrentProfileDict(), profile);
     QTRY_COMPARE(mHub->find<TableView>("mMacroTableView")->numberOfRows(), 1);
+    QCOMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"On the fly"_s);
 }
 
 void NotificationsTest::showsABrightnessSetOnTheKeyboard()
@@ -226,6 +232,8 @@ void NotificationsTest::survivesNotificationsOfWrongTypes_data()
 void NotificationsTest::survivesNotificationsOfWrongTypes()
 {
     QFETCH(QString, name);
+    const QVariantMap profileBefore = mHub->controller->currentProfileDict();
+    const QVariantList macrosBefore = mHub->controller->macrosArray();
     const QVariantMap wrong{{u"Source App"_s, 3},
                             {u"AllMacros"_s, QVariantMap{{u"x"_s, 1}}},
                             {u"ActiveProfile"_s, u"none"_s},
@@ -241,6 +249,8 @@ void NotificationsTest::survivesNotificationsOfWrongTypes()
     mDaemon->postNotification(u"commandReplyNotification271"_s,
                               {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, u"last"_s}});
     QTRY_COMPARE(mHub->controller->firmwareVersionString(), u"last"_s);
+    QCOMPARE(mHub->controller->currentProfileDict(), profileBefore);
+    QCOMPARE(mHub->controller->macrosArray(), macrosBefore);
 }
 
 void NotificationsTest::showsErrorsByTheirCode_data()
@@ -284,10 +294,32 @@ void NotificationsTest::opensThePages()
     mHub->find<QAbstractButton>("mFBButton")->click();
     mHub->find<QAbstractButton>("mTwitterButton")->click();
     mHub->find<QAbstractButton>("mQuillClubButton")->click();
-    QCOMPARE(mHub->openedPages.size(), 3);
-    for (const QUrl &page : mHub->openedPages)
+    const QList<QUrl> expected{QUrl(Addresses::firstSocialNetwork), QUrl(Addresses::secondSocialNetwork),
+                               QUrl(Addresses::community)};
+    QCOMPARE(mHub->openedPages, expected);
+    for (const QUrl &page : expected)
         QVERIFY2(page.host().endsWith(u".example"_s), qPrintable(page.toString()));
-    QCOMPARE(QSet<QUrl>(mHub->openedPages.begin(), mHub->openedPages.end()).size(), 3);
+}
+
+void NotificationsTest::opensTheHelpBook()
+{
+    const auto viewers = [] {
+        QList<QTextBrowser *> found;
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (widget->objectName() == "helpViewer"_L1)
+                found.append(qobject_cast<QTextBrowser *>(widget));
+        }
+        return found;
+    };
+    HelpViewer::registerBook(u"Book"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help"_s);
+    mHub->find<QPushButton>("mHelpButton")->click();
+    mHub->find<QPushButton>("mHelpButton")->click();
+    QCOMPARE(viewers().size(), 1);
+    QTextBrowser *viewer = viewers().constFirst();
+    QVERIFY(viewer->isVisible());
+    QCOMPARE(viewer->source().fileName(), u"index.html"_s);
+    QVERIFY(viewer->toPlainText().contains(u"Quill Kestra"_s));
+    viewer->close();
 }
 
 QTEST_MAIN(NotificationsTest)

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include "platform/singleinstance.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+
+using namespace Qt::StringLiterals;
+
+SingleInstance::SingleInstance(const QString &name, QObject *parent) : QObject(parent), mName(name)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return;
+    bus.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
+    mIsAnotherRunning = !bus.registerService(mName);
+}
+
+SingleInstance::~SingleInstance()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    bus.unregisterObject(objectPath());
+    if (!mIsAnotherRunning)
+        bus.unregisterService(mName);
+}
+
+void SingleInstance::activateOther() const
+{
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(mName, objectPath(), u"org.freedesktop.Application"_s, u"Activate"_s);
+    message.setAutoStartService(false);
+    message << QVariantMap();
+    // Waits for the bus to take it: the caller is about to end. The other instance may be busy for longer.
+    constexpr int answerLimitMs = 1000;
+    QDBusConnection::sessionBus().call(message, QDBus::Block, answerLimitMs);
+}
+
+void SingleInstance::Activate(const QVariantMap &)
+{
+    Q_EMIT activationRequested();
+}
+
+QString SingleInstance::objectPath() const
+{
+    return u'/' + QString(mName).replace(u'.', u'/');
+}
