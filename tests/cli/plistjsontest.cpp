@@ -65,4 +65,4 @@ void TestPlistJson::keepsTheTree()
 }
 
 QTEST_GUILESS_MAIN(TestPlistJson)
-#include "tst_plistjson.moc"
+#include "plistjsontest.moc"

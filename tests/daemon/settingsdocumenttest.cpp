@@ -191,4 +191,4 @@ void SettingsDocumentTest::gameModeIsABoolean()
 }
 
 QTEST_APPLESS_MAIN(SettingsDocumentTest)
-#include "tst_settingsdocument.moc"
+#include "settingsdocumenttest.moc"

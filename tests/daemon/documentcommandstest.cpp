@@ -486,4 +486,4 @@ void DocumentCommandsTest::randomRequestsKeepTheDocumentValid()
 }
 
 QTEST_APPLESS_MAIN(DocumentCommandsTest)
-#include "tst_documentcommands.moc"
+#include "documentcommandstest.moc"

@@ -185,4 +185,4 @@ void KeyEngineTest::nothingStaysDown()
 }
 
 QTEST_APPLESS_MAIN(KeyEngineTest)
-#include "tst_keyengine.moc"
+#include "keyenginetest.moc"

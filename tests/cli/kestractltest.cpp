@@ -387,4 +387,4 @@ void TestKestractl::twoAtOnceGetTheirOwnReplies()
 }
 
 QTEST_GUILESS_MAIN(TestKestractl)
-#include "tst_kestractl.moc"
+#include "kestractltest.moc"

@@ -168,4 +168,4 @@ void MacroRecorderTest::timeThatStandsStillIsNoPause()
 }
 
 QTEST_APPLESS_MAIN(MacroRecorderTest)
-#include "tst_macrorecorder.moc"
+#include "macrorecordertest.moc"

@@ -110,4 +110,4 @@ void TestKeyDescription::activeProfileOutOfRangeIsEmpty()
 }
 
 QTEST_GUILESS_MAIN(TestKeyDescription)
-#include "tst_keydescription.moc"
+#include "keydescriptiontest.moc"

@@ -333,4 +333,4 @@ void SettingsStoreTest::refusesWhatHasNoPropertyListForm()
 }
 
 QTEST_GUILESS_MAIN(SettingsStoreTest)
-#include "tst_settingsstore.moc"
+#include "settingsstoretest.moc"

@@ -54,4 +54,4 @@ void TestCommandTable::manPageHasEveryCommandAndOption()
 }
 
 QTEST_GUILESS_MAIN(TestCommandTable)
-#include "tst_commandtable.moc"
+#include "commandtabletest.moc"

@@ -473,4 +473,4 @@ void DaemonProcessTest::interfacesAreAsDocumented()
 }
 
 QTEST_GUILESS_MAIN(DaemonProcessTest)
-#include "tst_daemonprocess.moc"
+#include "daemonprocesstest.moc"

@@ -225,4 +225,4 @@ void TestKestractlFailures::requestsSayWhoAsks()
 }
 
 QTEST_GUILESS_MAIN(TestKestractlFailures)
-#include "tst_kestractlfailures.moc"
+#include "kestractlfailurestest.moc"

@@ -757,4 +757,4 @@ void DeviceDaemonTest::randomMessagesLeaveTheDaemonAliveAndTheDocumentValid()
 }
 
 QTEST_GUILESS_MAIN(DeviceDaemonTest)
-#include "tst_devicedaemon.moc"
+#include "devicedaemontest.moc"
