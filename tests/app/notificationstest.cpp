@@ -210,7 +210,8 @@ void NotificationsTest::takesNewMacrosFromTheKeyboard()
     QCOMPARE(mHub->controller->keysController()->allMacrosArray(), macros);
     QCOMPARE(mHub->controller->keysController()->keysCurrentProfileDict(), profile);
     QTRY_COMPARE(mHub->find<TableView>("mMacroTableView")->numberOfRows(), 1);
-    QCOMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"On the fly"_s);
+    const QWidget *keysTab = mHub->controller->keysController()->view();
+    QCOMPARE(keysTab->findChild<QLabel *>(u"mProfileNameLabel"_s)->text(), u"On the fly"_s);
 }
 
 void NotificationsTest::showsABrightnessSetOnTheKeyboard()
