@@ -69,7 +69,8 @@ wait_until() {
 }
 
 picture() {
-    import -window root "$pictures/$1.png"
+    # The display is larger than the window; what is black around it is cut away.
+    import -window root png:- | convert - -bordercolor black -border 1 -trim +repage "$pictures/$1.png"
     say "screenshot: $1.png"
 }
 

@@ -820,4 +820,4 @@ void KeyboardProfilesControllerTest::keyEquivalentsReachOnlyTheNameEditor()
 }
 
 QTEST_MAIN(KeyboardProfilesControllerTest)
-#include "tst_keyboardprofilescontroller.moc"
+#include "keyboardprofilescontrollertest.moc"

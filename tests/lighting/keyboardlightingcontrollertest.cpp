@@ -470,4 +470,4 @@ void KeyboardLightingControllerTest::awakeningEmptiesTheDictionaries()
 }
 
 QTEST_MAIN(KeyboardLightingControllerTest)
-#include "tst_keyboardlightingcontroller.moc"
+#include "keyboardlightingcontrollertest.moc"

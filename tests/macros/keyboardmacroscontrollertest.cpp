@@ -906,4 +906,4 @@ void KeyboardMacrosControllerTest::keyEquivalentsReachOnlyTheNameEditor()
 }
 
 QTEST_MAIN(KeyboardMacrosControllerTest)
-#include "tst_keyboardmacroscontroller.moc"
+#include "keyboardmacroscontrollertest.moc"

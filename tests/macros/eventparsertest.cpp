@@ -279,4 +279,4 @@ void EventParserTest::manageHIDStackEdges()
 }
 
 QTEST_APPLESS_MAIN(EventParserTest)
-#include "tst_eventparser.moc"
+#include "eventparsertest.moc"

@@ -508,4 +508,4 @@ void TableViewTest::tellsAssistiveToolsCellsAndHeadings()
 }
 
 QTEST_MAIN(TableViewTest)
-#include "tst_tableview.moc"
+#include "tableviewtest.moc"

@@ -268,4 +268,4 @@ void MacroRecordTest::handlesTheGreatestMacro()
 }
 
 QTEST_APPLESS_MAIN(MacroRecordTest)
-#include "tst_macrorecord.moc"
+#include "macrorecordtest.moc"
