@@ -16,6 +16,7 @@
 #include <QLocale>
 #include <QTimer>
 #include <QTranslator>
+#include <QWindow>
 
 #include <cstdio>
 #include <functional>
@@ -51,10 +52,14 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        // The first painting comes with the window's exposure, every other by a request of the window's own.
-        if (event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint) {
+        // The first painting comes with the window's exposure, every other by a request of the window's own. Before
+        // it is exposed, what is painted is not seen.
+        const bool isPainting = event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint;
+        const QWindow *window = static_cast<QWidget *>(watched)->windowHandle();
+        if (isPainting && window && window->isExposed()) {
             watched->removeEventFilter(this);
             QTimer::singleShot(0, this, [this] {
+                QGuiApplication::sync(); // what was painted may wait to be sent to the display
                 mFunction();
                 deleteLater();
             });

@@ -16,6 +16,7 @@
 #include "platform/spinner.h"
 #include "profiles/keyboardprofilescontroller.h"
 
+#include <QGuiApplication>
 #include <QLabel>
 #include <QTabWidget>
 
@@ -92,6 +93,7 @@ void KeyboardMainController::createLocalPort()
 void KeyboardMainController::initializeDevice()
 {
     closeRestoringStateWindow();
+    QGuiApplication::sync(); // the sheet is to be off the screen while this thread waits
     mLocalMessagePort->waitUntilServing(replyPortStartLimitMs);
     sendDaemonRequest(DaemonCommands::openDevice(replyPortName, kestraPlistPath()), int(Command::openDevice));
     waitForReply();

@@ -23,7 +23,7 @@
     <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>Maintenance</translation></message>
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>This keyboard needs no maintenance.</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>The keyboard's service does not answer</translation></message>
-    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>The configurator could not reach the QuillKestraDaemon service, which is now being restarted. Your settings are safe. Quit the configurator and open it again in a few seconds.</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>The configurator could not reach the QuillKestraDaemon service, which is now being restarted. Your settings are safe. The configurator goes on by itself as soon as the service answers.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>No keyboard found</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Connect your Quill Kestra keyboard. The configurator goes on by itself as soon as the keyboard is there.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Connecting to your keyboard…</translation></message>
