@@ -3,6 +3,7 @@
 #include "app/keyboardmaincontroller.h"
 
 #include "app/keyboardmaintenancecontroller.h"
+#include "app/util/plistnumbers.h"
 #include "app/util/propertylist.h"
 #include "app/util/resources.h"
 #include "app/util/settingskeys.h"
@@ -156,7 +157,8 @@ void KeyboardMainController::updateToLatestSettings(const QVariantMap &allDevSet
 {
     const QVariantMap deviceSettings = allDevSettings.value(SettingsKeys::deviceSettings).toMap();
     const QVariantList profiles = allDevSettings.value(SettingsKeys::profiles).toList();
-    mCurrentProfileDict = recordAt(profiles, deviceSettings.value(SettingsKeys::activeProfile).toInt());
+    const int activeProfile = PlistNumbers::integerValue(deviceSettings.value(SettingsKeys::activeProfile));
+    mCurrentProfileDict = recordAt(profiles, activeProfile);
     mProfilesArray = profiles;
     mMacrosArray = allDevSettings.value(SettingsKeys::macros).toList();
     mDeviceSettingsDict = deviceSettings;
@@ -285,7 +287,7 @@ void KeyboardMainController::updateDriverVersions(const std::optional<QVariantMa
         return;
     const QString version = reply->value(DaemonProtocol::firmwareVersion).toString();
     setFirmwareVersionString(version);
-    if (reply->value(DaemonProtocol::returnStatus).toInt() != 0)
+    if (PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus)) != 0)
         return;
     mLightingController->driverVersion()->setText(QStringLiteral(KESTRA_VERSION));
     mLightingController->firmwareVersion()->setText(version);

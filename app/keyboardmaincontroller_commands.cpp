@@ -2,6 +2,7 @@
 // What the tabs ask of the hub: each operation is one numbered command to the daemon.
 #include "app/keyboardmaincontroller.h"
 
+#include "app/util/plistnumbers.h"
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
@@ -37,7 +38,7 @@ std::optional<QVariantMap> KeyboardMainController::replyTo(Command command, cons
 bool KeyboardMainController::succeeds(Command command, const QVariantMap &request)
 {
     const std::optional<QVariantMap> reply = replyTo(command, request);
-    return reply && reply->value(DaemonProtocol::returnStatus).toInt() == 0;
+    return reply && PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus)) == 0;
 }
 
 void KeyboardMainController::refresh()

@@ -3,6 +3,7 @@
 #include "app/keyboardmaincontroller.h"
 
 #include "app/qlcerrorhandler.h"
+#include "app/util/plistnumbers.h"
 #include "app/util/resources.h"
 #include "app/util/settingskeys.h"
 #include "app/util/text.h"
@@ -152,12 +153,13 @@ void KeyboardMainController::savedNewOTFMNotification(const DistributedNotificat
 
 void KeyboardMainController::illuminationChangesNotification(const DistributedNotification &notification)
 {
-    mLightingController->updateBrightnessValue(notification.userInfo.value(SettingsKeys::brightnessKbNormal).toInt());
+    mLightingController->updateBrightnessValue(
+        PlistNumbers::integerValue(notification.userInfo.value(SettingsKeys::brightnessKbNormal)));
 }
 
 void KeyboardMainController::commandReplyReceived(const DistributedNotification &notification)
 {
-    const int command = notification.userInfo.value(DaemonProtocol::messageId).toInt();
+    const int command = PlistNumbers::integerValue(notification.userInfo.value(DaemonProtocol::messageId));
     if (command != int(DaemonProtocol::Command::queryFirmwareVersion))
         return;
     mLightingController->stopProgressIndicatorAnimation();

@@ -10,6 +10,7 @@
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/spinner.h"
 #include "platform/sheet.h"
+#include "platform/tabview.h"
 #include "profiles/keyboardprofilescontroller.h"
 
 #include <QCloseEvent>
@@ -18,7 +19,6 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -154,7 +154,7 @@ QWidget *MainWindow::createTabs()
         {"Lighting"_L1, "lkeyLightingTab", mController->lightingController()->view()},
         {"Maintenance"_L1, "lkeyMaintenanceTab", mController->maintenanceController()->view()},
     };
-    auto *tabView = new QTabWidget;
+    auto *tabView = new TabView;
     mOutlets.mKeyboardTabView = tabView;
     tabView->setObjectName("mKeyboardTabView"_L1);
     for (const Tab &tab : tabs) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/devicedaemon.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/settingskeys.h"
 #include "daemon/factorysettings.h"
@@ -195,10 +196,10 @@ DeviceDaemon::Answer DeviceDaemon::startMacroRecording(const Request &request)
     const QVariantMap macro = macros.at(*row).toMap();
     const int eventCount = *isAppended ? static_cast<int>(MacroRecord::events(macro).size()) : 0;
     setCapture(Capture::macroRecording, request.replyPort, "a client starts a recording");
-    mRecorder.start({.macroId = MacroRecord::integerValue(macro.value(SettingsKeys::macroId)),
+    mRecorder.start({.macroId = PlistNumbers::integerValue(macro.value(SettingsKeys::macroId)),
                      .capacity = MacroRecord::maximumEvents - eventCount,
                      .followsEvents = eventCount > 0,
-                     .firstDelayMs = std::max(0, MacroRecord::integerValue(macro.value(SettingsKeys::delay)))});
+                     .firstDelayMs = std::max(0, PlistNumbers::integerValue(macro.value(SettingsKeys::delay)))});
     return {};
 }
 
@@ -220,7 +221,7 @@ void DeviceDaemon::handleSaveRecordedEvents(const Request &request)
         return reply(request, Status::indexOutOfRange, {});
     (void)stopMacroRecording();
     // Compared by the macro's own number: its row may have moved since the recording began.
-    const int macroId = MacroRecord::integerValue(macros.at(*row).toMap().value(SettingsKeys::macroId));
+    const int macroId = PlistNumbers::integerValue(macros.at(*row).toMap().value(SettingsKeys::macroId));
     const std::optional<QVariantList> events = mRecorder.recorded(macroId);
     if (!events)
         return reply(request, Status::nothingRecorded, {});
@@ -288,7 +289,7 @@ void DeviceDaemon::applyDocument()
 {
     const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
     mEngine.setKeyMap(KeyMap(profile));
-    mKeyboard.showBrightness(MacroRecord::integerValue(profile.value(SettingsKeys::brightnessKbNormal)));
+    mKeyboard.showBrightness(PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal)));
     mKeyboard.showGameMode(SettingsDocument::isGameModeOn(mDocument));
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settingsdocument.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "macros/macrorecord.h"
 
@@ -77,7 +78,7 @@ QString problemOfMacros(const QVariantList &macros)
 
 int usableMacroId(const QVariant &value)
 {
-    const int id = MacroRecord::integerValue(value);
+    const int id = PlistNumbers::integerValue(value);
     return id > 0 && id <= greatestMacroId ? id : 0;
 }
 
@@ -139,7 +140,7 @@ QVariantMap SettingsDocument::completed(QVariantMap document)
     const QVariant osd = activeProfile(document).value(SettingsKeys::profileOsdOn);
     const bool deviceHasOsd = document.value(SettingsKeys::deviceSettings).toMap().contains(SettingsKeys::profileOsdOn);
     if (osd.isValid() || !deviceHasOsd)
-        document = withDeviceSetting(document, SettingsKeys::profileOsdOn, MacroRecord::integerValue(osd) != 0 ? 1 : 0);
+        document = withDeviceSetting(document, SettingsKeys::profileOsdOn, PlistNumbers::integerValue(osd) != 0 ? 1 : 0);
     return document;
 }
 
@@ -163,7 +164,7 @@ QVariantList SettingsDocument::macros(const QVariantMap &document)
 
 int SettingsDocument::activeProfileIndex(const QVariantMap &document)
 {
-    return MacroRecord::integerValue(document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile));
+    return PlistNumbers::integerValue(document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile));
 }
 
 QVariantMap SettingsDocument::activeProfile(const QVariantMap &document)
@@ -174,7 +175,7 @@ QVariantMap SettingsDocument::activeProfile(const QVariantMap &document)
 bool SettingsDocument::isGameModeOn(const QVariantMap &document)
 {
     const QVariant value = document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::gameMode);
-    return MacroRecord::integerValue(value) != 0;
+    return PlistNumbers::integerValue(value) != 0;
 }
 
 QVariantMap SettingsDocument::withProfiles(QVariantMap document, const QVariantList &profiles)

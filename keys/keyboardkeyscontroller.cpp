@@ -3,6 +3,7 @@
 // and the function-key notice in keyscapture.cpp, the widgets in keysview.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/propertylist.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/resources.h"
@@ -131,13 +132,13 @@ bool KeyboardKeysController::isKeyMapped(int code) const
 
 QString KeyboardKeysController::activeProfileName() const
 {
-    const qint32 active = KeyMappings::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
+    const qint32 active = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
     return mAllProfilesArray.value(active).toMap().value(SettingsKeys::profileName).toString();
 }
 
 void KeyboardKeysController::updateUISettings()
 {
-    mGameMode = KeyMappings::integerValue(mDeviceSettingsDict.value(SettingsKeys::gameMode)) != 0;
+    mGameMode = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::gameMode)) != 0;
     mProfileNameLabel->setText(mKeysCurrentProfileDict.value(SettingsKeys::profileName).toString());
     setupProfileSubMenu();
     setupMacroSubMenu();

@@ -145,8 +145,8 @@ private:
     void openApplicationPanel();
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
     void updateDescriptions();
-    [[nodiscard]] QMenu *makeSubmenu(const char *manageTextKey, const QVariantList &records, QLatin1StringView nameKey,
-                                     void (KeyboardKeysController::*selector)(QAction *));
+    /// `titles`: by tag.
+    void setupSubMenu(int position, const QStringList &titles, void (KeyboardKeysController::*selector)(QAction *));
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
     [[nodiscard]] int selectedCode() const;
     [[nodiscard]] QString activeProfileName() const;

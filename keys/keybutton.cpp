@@ -3,9 +3,16 @@
 
 #include "keys/keycap.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
+
+namespace {
+
+const auto compareLookEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+} // namespace
 
 KeyButton::KeyButton(const KeyShape &shape, bool isSelectable, QWidget *parent)
     : QAbstractButton(parent), mShape(shape), mIsSelectable(isSelectable)
@@ -22,25 +29,24 @@ void KeyButton::setButtonType(Type type)
     if (type == Type::momentaryPushIn)
         mState = 0;
     setChecked(isShownSelected());
-    update();
+    compareLookLater();
 }
 
 void KeyButton::setNextState()
 {
     mState = mType == Type::onOff ? 1 - mState : 0;
-    update();
 }
 
 void KeyButton::highlight(bool isOn)
 {
     mIsHighlighted = isOn;
-    update();
+    compareLookLater();
 }
 
 void KeyButton::setMark(KeyMark mark)
 {
     mMark = mark;
-    update();
+    compareLookLater();
 }
 
 void KeyButton::setUnit(qreal pixels)
@@ -54,8 +60,24 @@ QSize KeyButton::sizeHint() const
     return (mShape.place.size() * mUnit).toSize();
 }
 
+void KeyButton::compareLookLater()
+{
+    if (mIsComparisonPosted || look() == mUpdatedLook)
+        return;
+    mIsComparisonPosted = true;
+    QCoreApplication::postEvent(this, new QEvent(compareLookEvent));
+}
+
 bool KeyButton::event(QEvent *event)
 {
+    if (event->type() == compareLookEvent) {
+        mIsComparisonPosted = false;
+        if (look() != mUpdatedLook) {
+            mUpdatedLook = look();
+            update();
+        }
+        return true;
+    }
     switch (event->type()) {
     case QEvent::EnabledChange:
     case QEvent::PaletteChange:

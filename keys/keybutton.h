@@ -9,6 +9,8 @@
 
 /// The button of the selected key has the on/off type, every other the momentary push-in type. A click changes
 /// neither type nor state: the controller does, so that a click on a key that cannot be selected shows nothing.
+/// It is painted again only when its look is another one by the time the event loop runs: the controller clears all
+/// highlights and sets them again on every change of the settings.
 class KeyButton : public QAbstractButton
 {
     Q_OBJECT
@@ -51,6 +53,19 @@ protected:
     bool event(QEvent *event) override;
 
 private:
+    /// What the controller sets and the painting shows. The rest (pressed, hovered, focus) QAbstractButton looks after.
+    struct Look
+    {
+        bool isSelected = false;
+        bool isHighlighted = false;
+        KeyMark mark = KeyMark::none;
+
+        bool operator==(const Look &) const = default;
+    };
+
+    [[nodiscard]] Look look() const { return {isShownSelected(), mIsHighlighted, mMark}; }
+    void compareLookLater();
+
     const KeyShape &mShape;
     bool mIsSelectable;
     Type mType = Type::momentaryPushIn;
@@ -58,4 +73,6 @@ private:
     bool mIsHighlighted = false;
     KeyMark mMark = KeyMark::none;
     qreal mUnit = 44;
+    Look mUpdatedLook; ///< for which the last repaint was asked
+    bool mIsComparisonPosted = false;
 };

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keycap.h"
 
+#include "keys/cachedpixmap.h"
+
+#include <QCache>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLinearGradient>
@@ -94,21 +97,46 @@ QString legendText(QLatin1StringView legend)
     return QString(legend);
 }
 
-// Sets a font of `pixels` height. Where `text` would not fit into `width` it is narrowed first and then made smaller,
-// so that words of one size stand on keys of one size.
-void setFittingFont(QPainter &painter, const QString &text, qreal pixels, qreal width, QFont::Weight weight)
+struct FontFit
+{
+    int pixelSize;
+    int stretch; ///< per cent
+};
+
+// Where `text` would not fit into `width` it is narrowed first and then made smaller, so that words of one size stand on
+// keys of one size. Few stretches and sizes: each is a font of its own to load.
+FontFit fitFont(QFont font, const QString &text, qreal pixels, qreal width)
 {
     constexpr int smallestPixels = 6;
-    constexpr int narrowestStretch = 82; // per cent
+    constexpr int narrowestStretch = 82;
+    constexpr int stretchStep = 6;
+    const int size = std::max(smallestPixels, qRound(pixels));
+    font.setPixelSize(size);
+    const int percent = static_cast<int>(100 * width / std::max<qreal>(1, QFontMetricsF(font).horizontalAdvance(text)));
+    if (percent >= 100)
+        return {size, 100};
+    if (percent >= narrowestStretch)
+        return {size, std::max(narrowestStretch, 100 - (100 - percent + stretchStep - 1) / stretchStep * stretchStep)};
+    return {std::max(smallestPixels, size * percent / narrowestStretch), narrowestStretch};
+}
+
+// Sets a font of at most `pixels` height in which `text` is not wider than `width`.
+void setFittingFont(QPainter &painter, const QString &text, qreal pixels, qreal width, QFont::Weight weight)
+{
     QFont font = QGuiApplication::font();
     font.setWeight(weight);
-    int size = std::max(smallestPixels, qRound(pixels));
-    font.setPixelSize(size);
-    const auto isTooWide = [&] { return QFontMetricsF(font).horizontalAdvance(text) > width; };
-    for (int stretch = 97; stretch >= narrowestStretch && isTooWide(); stretch -= 3)
-        font.setStretch(stretch);
-    while (size > smallestPixels && isTooWide())
-        font.setPixelSize(--size);
+    // Measured once for each legend and size, and not again at every painting.
+    constexpr int rememberedFits = 1000;
+    static QCache<QString, FontFit> fits(rememberedFits);
+    const QString key = QString::asprintf("%g %g %d ", pixels, width, static_cast<int>(weight)) + font.family() + text;
+    FontFit *fit = fits.object(key);
+    if (!fit) {
+        fit = new FontFit(fitFont(font, text, pixels, width));
+        fits.insert(key, fit);
+    }
+    font.setPixelSize(fit->pixelSize);
+    if (fit->stretch != 100) // a set stretch, even of 100, would be a font of its own
+        font.setStretch(fit->stretch);
     painter.setFont(font);
 }
 
@@ -227,46 +255,92 @@ void paintRing(QPainter &painter, const QRectF &place, qreal unit, const QColor 
     painter.drawRoundedRect(ring, unit * (baseRadius + gap * 0.6), unit * (baseRadius + gap * 0.6));
 }
 
-} // namespace
-
-void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state, const QPalette &palette)
+// A cap without its legend and marks, which many keys share.
+struct Body
 {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF foot = place.adjusted(gap * unit, gap * unit, -gap * unit, -gap * unit);
-    if (!state.isSelectable) {
-        paintFixedKey(painter, foot, unit, state, palette);
-        painter.restore();
-        return;
-    }
-    const Colors colors = colorsFor(state, palette);
-    const bool isRaised = state.isSelected && state.isEnabled;
+    QSizeF size;
+    qreal unit;
+    Colors colors;
+    bool isDark;
+    bool hasShadow;
+    bool isRaised;
+    bool isDown;
+};
 
-    if (state.isEnabled) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor(0, 0, 0, isDark(palette) ? 110 : 45));
-        painter.drawRoundedRect(foot.translated(0, unit * (isRaised ? 0.045 : 0.03)), unit * baseRadius,
+QRectF footIn(const QRectF &place, qreal unit)
+{
+    return place.adjusted(gap * unit, gap * unit, -gap * unit, -gap * unit);
+}
+
+QRectF faceOn(const QRectF &foot, const Body &body)
+{
+    const qreal unit = body.unit;
+    const QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
+    if (body.isDown)
+        return face.translated(0, unit * 0.05);
+    return body.isRaised ? face.translated(0, -unit * 0.015) : face;
+}
+
+void paintBody(QPainter &painter, const Body &body)
+{
+    const qreal unit = body.unit;
+    const Colors &colors = body.colors;
+    const QRectF foot = footIn(QRectF(QPointF(), body.size), unit);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    if (body.hasShadow) {
+        painter.setBrush(QColor(0, 0, 0, body.isDark ? 110 : 45));
+        painter.drawRoundedRect(foot.translated(0, unit * (body.isRaised ? 0.045 : 0.03)), unit * baseRadius,
                                 unit * baseRadius);
     }
     QLinearGradient footShade(foot.topLeft(), foot.bottomLeft());
     footShade.setColorAt(0, mixed(colors.foot, colors.faceTop, 0.35));
     footShade.setColorAt(1, colors.foot);
-    painter.setPen(Qt::NoPen);
     painter.setBrush(footShade);
     painter.drawRoundedRect(foot, unit * baseRadius, unit * baseRadius);
 
-    QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
-    if (state.isDown)
-        face.translate(0, unit * 0.05);
-    else if (isRaised)
-        face.translate(0, -unit * 0.015);
+    const QRectF face = faceOn(foot, body);
     QLinearGradient faceShade(face.topLeft(), face.bottomLeft());
     faceShade.setColorAt(0, colors.faceBottom);
     faceShade.setColorAt(1, colors.faceTop);
     painter.setBrush(faceShade);
     painter.setPen(QPen(colors.edge, std::max(0.75, unit * 0.015)));
     painter.drawRoundedRect(face, unit * faceRadius, unit * faceRadius);
+}
 
+QPixmap bodyPixmap(const Body &body, qreal devicePixelRatio)
+{
+    const Colors &colors = body.colors;
+    const QString key = QString::asprintf(
+        "keycap %g %g %g %g %x %x %x %x %d%d%d%d", body.size.width(), body.size.height(), body.unit, devicePixelRatio,
+        colors.faceTop.rgba(), colors.faceBottom.rgba(), colors.foot.rgba(), colors.edge.rgba(), body.isDark,
+        body.hasShadow, body.isRaised, body.isDown);
+    return cachedPixmap(key, body.size, devicePixelRatio, [&body](QPainter &painter) { paintBody(painter, body); });
+}
+
+} // namespace
+
+void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state, const QPalette &palette)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF foot = footIn(place, unit);
+    if (!state.isSelectable) {
+        paintFixedKey(painter, foot, unit, state, palette);
+        painter.restore();
+        return;
+    }
+    const Colors colors = colorsFor(state, palette);
+    const Body body{.size = place.size(),
+                    .unit = unit,
+                    .colors = colors,
+                    .isDark = isDark(palette),
+                    .hasShadow = state.isEnabled,
+                    .isRaised = state.isSelected && state.isEnabled,
+                    .isDown = state.isDown};
+    painter.drawPixmap(place.topLeft(), bodyPixmap(body, painter.device()->devicePixelRatio()));
+
+    const QRectF face = faceOn(foot, body);
     paintLegend(painter, face, unit, state, colors.legend);
     const qreal size = std::max(minimumMarkPixels, unit * markSize);
     const QRectF mark(face.right() - size - unit * 0.035, face.bottom() - size - unit * 0.035, size, size);

@@ -26,7 +26,8 @@ struct KeycapState
     bool hasFocus = false;
 };
 
-/// Paints the keycap into `place`; `unit` is the length of one key unit in the same measure.
+/// Paints the keycap into `place`, which begins at a whole pixel; `unit` is the length of one key unit in the same
+/// measure. The caps without their legends are kept in QPixmapCache: most keys are of one size and one look.
 void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state, const QPalette &palette);
 
 /// Paints the keyboard's case behind the keys.

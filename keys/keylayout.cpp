@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keylayout.h"
 
+#include "app/util/plistnumbers.h"
 #include "keys/keymapping.h"
 
 #include <array>
@@ -55,5 +56,5 @@ QString KeyLayout::codeText(int code)
 
 int KeyLayout::codeValue(const QString &codeText)
 {
-    return KeyMappings::integerValue(codeText);
+    return PlistNumbers::integerValue(codeText);
 }

@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keymapping.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
-#include <limits>
 
 namespace {
 
 using KeyMappings::Assignment;
-
-constexpr qint32 lowest = std::numeric_limits<qint32>::min();
-constexpr qint32 highest = std::numeric_limits<qint32>::max();
 
 struct PositionRow
 {
@@ -45,46 +41,7 @@ constexpr KeyMappings::RepeatMode repeatModeRows[] = {
     {10, "lkeyRepeat10Times"},
 };
 
-qint32 leadingInteger(QStringView text)
-{
-    text = text.trimmed();
-    const bool isNegative = text.startsWith(u'-');
-    if (isNegative || text.startsWith(u'+'))
-        text = text.sliced(1);
-    qint64 value = 0;
-    for (const QChar character : text) {
-        if (character < u'0' || character > u'9')
-            break;
-        value = std::min<qint64>(value * 10 + (character.unicode() - u'0'), qint64(highest) + 1);
-    }
-    return static_cast<qint32>(std::clamp<qint64>(isNegative ? -value : value, lowest, highest));
-}
-
 } // namespace
-
-qint32 KeyMappings::integerValue(const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-        return value.toBool() ? 1 : 0;
-    case QMetaType::Int:
-        return value.toInt();
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-        return static_cast<qint32>(std::clamp<qint64>(value.toLongLong(), lowest, highest));
-    case QMetaType::ULongLong:
-        return static_cast<qint32>(std::min<quint64>(value.toULongLong(), quint64(highest)));
-    case QMetaType::Float:
-    case QMetaType::Double: {
-        const double number = value.toDouble();
-        return std::isnan(number) ? 0 : static_cast<qint32>(std::clamp<double>(number, lowest, highest));
-    }
-    case QMetaType::QString:
-        return leadingInteger(value.toString());
-    default:
-        return 0;
-    }
-}
 
 bool KeyMappings::isKeyMapped(qint32 command)
 {
@@ -100,9 +57,9 @@ KeyMappings::Entry KeyMappings::readEntry(const QVariant &value)
 {
     const QVariantMap dictionary = value.toMap();
     const QVariant param1 = dictionary.value(SettingsKeys::param1);
-    return {.command = integerValue(dictionary.value(SettingsKeys::command)),
-            .param1 = integerValue(param1),
-            .param2 = integerValue(dictionary.value(SettingsKeys::param2)),
+    return {.command = PlistNumbers::integerValue(dictionary.value(SettingsKeys::command)),
+            .param1 = PlistNumbers::integerValue(param1),
+            .param2 = PlistNumbers::integerValue(dictionary.value(SettingsKeys::param2)),
             .programPath = param1.typeId() == QMetaType::QString ? param1.toString() : QString()};
 }
 

@@ -32,10 +32,6 @@ struct Entry
     [[nodiscard]] bool isMapped() const;
 };
 
-/// A number as a 32-bit integer (fractions dropped, out of range held at the nearest end), a string as the decimal
-/// number it begins with. Anything else, and nothing, is 0.
-[[nodiscard]] qint32 integerValue(const QVariant &value);
-
 /// Reads an entry; a value that is no dictionary reads as an absent entry.
 [[nodiscard]] Entry readEntry(const QVariant &value);
 

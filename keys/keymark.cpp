@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keymark.h"
 
+#include "keys/cachedpixmap.h"
 #include "keys/keymapping.h"
 
 #include <QPainter>
@@ -100,6 +101,31 @@ QColor discColor(KeyMark mark, const QPalette &palette, bool isEnabled)
     return mark == KeyMark::disabled ? disabledKey : palette.color(QPalette::Active, QPalette::Highlight).darker(115);
 }
 
+struct Disc
+{
+    KeyMark mark;
+    qreal size;
+    QColor color;
+    QColor glyphColor;
+    bool hasRim;
+};
+
+void paintDisc(QPainter &painter, const Disc &disc)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    // The rim keeps the disc apart from a key of the same colour.
+    const qreal rim = disc.size * 0.07;
+    painter.setPen(disc.hasRim ? QPen(QColor(255, 255, 255, 210), rim) : QPen(Qt::NoPen));
+    painter.setBrush(disc.color);
+    painter.drawEllipse(QRectF(rim / 2, rim / 2, disc.size - rim, disc.size - rim));
+    painter.translate(disc.size / 2, disc.size / 2);
+    painter.scale(disc.size / 2, disc.size / 2);
+    const Glyph glyph = glyphOf(disc.mark);
+    painter.setPen(glyph.isFilled ? QPen(Qt::NoPen) : QPen(disc.glyphColor, 0.24, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(glyph.isFilled ? QBrush(disc.glyphColor) : QBrush(Qt::NoBrush));
+    painter.drawPath(glyph.path);
+}
+
 } // namespace
 
 KeyMark keyMarkForCommand(qint32 command)
@@ -126,22 +152,17 @@ void paintKeyMark(QPainter &painter, const QRectF &place, KeyMark mark, const QP
 {
     if (mark == KeyMark::none)
         return;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    // The rim keeps the disc apart from a key of the same colour.
-    const qreal rim = place.width() * 0.07;
-    painter.setPen(isEnabled ? QPen(QColor(255, 255, 255, 210), rim) : QPen(Qt::NoPen));
-    painter.setBrush(discColor(mark, palette, isEnabled));
-    painter.drawEllipse(place.adjusted(rim / 2, rim / 2, -rim / 2, -rim / 2));
-    painter.translate(place.center());
-    painter.scale(place.width() / 2, place.height() / 2);
-    const Glyph glyph = glyphOf(mark);
-    const QColor glyphColor = isEnabled ? QColor(Qt::white) : palette.color(QPalette::Disabled, QPalette::Window);
-    QPen pen(glyphColor, 0.24, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-    if (glyph.isFilled)
-        pen = Qt::NoPen;
-    painter.setPen(pen);
-    painter.setBrush(glyph.isFilled ? QBrush(glyphColor) : QBrush(Qt::NoBrush));
-    painter.drawPath(glyph.path);
-    painter.restore();
+    const qreal ratio = painter.device()->devicePixelRatio();
+    const Disc disc{.mark = mark,
+                    .size = place.width(),
+                    .color = discColor(mark, palette, isEnabled),
+                    .glyphColor = isEnabled ? QColor(Qt::white) : palette.color(QPalette::Disabled, QPalette::Window),
+                    .hasRim = isEnabled};
+    const QString key = QString::asprintf("keymark %d %g %g %x %x %d", static_cast<int>(mark), disc.size, ratio,
+                                          disc.color.rgba(), disc.glyphColor.rgba(), disc.hasRim);
+    const QPixmap pixmap =
+        cachedPixmap(key, place.size(), ratio, [&disc](QPainter &discPainter) { paintDisc(discPainter, disc); });
+    // On whole pixels of the device, so that it stays crisp.
+    const QPointF corner = (place.topLeft() * ratio).toPoint();
+    painter.drawPixmap(corner / ratio, pixmap);
 }

@@ -60,6 +60,25 @@ std::optional<QString> nameOfRecord(const QVariantList &records, qint32 index, Q
     return record.toMap().value(nameKey).toString();
 }
 
+// The title at each tag: the item that leads to the records' own tab, then the records.
+QStringList submenuTitles(const char *manageTextKey, const QVariantList &records, QLatin1StringView nameKey)
+{
+    QStringList titles{localizedText(manageTextKey)};
+    titles.reserve(records.size() + 1);
+    for (const QVariant &record : records)
+        titles << record.toMap().value(nameKey).toString();
+    return titles;
+}
+
+QStringList itemTitles(const QMenu *menu)
+{
+    QStringList titles;
+    for (const QAction *item : menu->actions())
+        if (!item->isSeparator())
+            titles << menuItemTitle(item);
+    return titles;
+}
+
 } // namespace
 
 void KeyboardKeysController::populateUIControls()
@@ -151,6 +170,8 @@ void KeyboardKeysController::updateDescriptions()
         const KeyMappings::Entry entry = entryForKey(row.code);
         const QString description = assignmentDescription(entry);
         button->setMark(keyMarkForCommand(entry.command));
+        if (description == button->accessibleDescription())
+            continue;
         button->setAccessibleDescription(description);
         button->setToolTip(localizedFormat("lkeyKeysToolTip", {::keyName(row.code).toHtmlEscaped(), description.toHtmlEscaped()}));
     }
@@ -214,37 +235,37 @@ void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &p
         {{SettingsKeys::keys, KeyMappings::withEntry(keys, mSelectedKey, assignment, param1, param2)}});
 }
 
-QMenu *KeyboardKeysController::makeSubmenu(const char *manageTextKey, const QVariantList &records,
-                                           QLatin1StringView nameKey,
-                                           void (KeyboardKeysController::*selector)(QAction *))
+void KeyboardKeysController::setupSubMenu(int position, const QStringList &titles,
+                                          void (KeyboardKeysController::*selector)(QAction *))
 {
+    // Made anew only for other titles: this runs at every change of the settings, however small.
+    if (const QMenu *earlier = mAssignFunction->submenuAtIndex(position); earlier && itemTitles(earlier) == titles) {
+        validateItems(earlier);
+        return;
+    }
     auto *menu = new QMenu;
-    const auto addItem = [&](const QString &title, int tag) {
-        QAction *item = addMenuItem(menu, title, tag);
+    for (int tag = manageTag; tag < static_cast<int>(titles.size()); ++tag) {
+        QAction *item = addMenuItem(menu, titles[tag], tag);
         connect(item, &QAction::triggered, this, [this, item, selector] { (this->*selector)(item); });
-    };
-    addItem(localizedText(manageTextKey), manageTag);
-    menu->addSeparator();
-    int tag = manageTag;
-    for (const QVariant &record : records)
-        addItem(record.toMap().value(nameKey).toString(), ++tag);
+        if (tag == manageTag)
+            menu->addSeparator();
+    }
     connect(menu, &QMenu::aboutToShow, this, [this, menu] { validateItems(menu); });
     validateItems(menu);
-    return menu;
+    mAssignFunction->setSubmenuAtIndex(position, menu);
 }
 
 void KeyboardKeysController::setupProfileSubMenu()
 {
-    mAssignFunction->setSubmenuAtIndex(KeyMappings::profilePosition,
-                                       makeSubmenu("lkeyManageProfile", mAllProfilesArray, SettingsKeys::profileName,
-                                                   &KeyboardKeysController::profileSubMenuSelector));
+    setupSubMenu(KeyMappings::profilePosition,
+                 submenuTitles("lkeyManageProfile", mAllProfilesArray, SettingsKeys::profileName),
+                 &KeyboardKeysController::profileSubMenuSelector);
 }
 
 void KeyboardKeysController::setupMacroSubMenu()
 {
-    mAssignFunction->setSubmenuAtIndex(KeyMappings::macroPosition,
-                                       makeSubmenu("lkeyManageMacro", mAllMacrosArray, SettingsKeys::macroName,
-                                                   &KeyboardKeysController::macroSubMenuSelector));
+    setupSubMenu(KeyMappings::macroPosition, submenuTitles("lkeyManageMacro", mAllMacrosArray, SettingsKeys::macroName),
+                 &KeyboardKeysController::macroSubMenuSelector);
 }
 
 void KeyboardKeysController::profileSubMenuSelector(QAction *sender)

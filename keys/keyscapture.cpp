@@ -4,14 +4,17 @@
 #include "keys/keyboardkeyscontroller.h"
 
 #include "app/util/daemonprotocol.h"
+#include "app/util/plistnumbers.h"
 #include "app/util/text.h"
 #include "keys/keylayout.h"
 #include "macros/eventparser.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/sheet.h"
 
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStyle>
 
 using KeyMappings::Assignment;
 
@@ -27,8 +30,8 @@ void KeyboardKeysController::singleKeyEvents(const DistributedNotification &noti
 {
     if (!mView)
         return; // the window is gone already
-    mSingleKeyHIDCode = KeyMappings::integerValue(notification.userInfo.value(DaemonProtocol::singleKey));
-    mSingleKeyModifierCode = KeyMappings::integerValue(notification.userInfo.value(DaemonProtocol::singleKeyModifier));
+    mSingleKeyHIDCode = PlistNumbers::integerValue(notification.userInfo.value(DaemonProtocol::singleKey));
+    mSingleKeyModifierCode = PlistNumbers::integerValue(notification.userInfo.value(DaemonProtocol::singleKeyModifier));
     mSingleKeyInput->clear();
     mSingleKeyInput->setText(eventParser::getStringWithHIDWithModifier(mSingleKeyHIDCode, mSingleKeyModifierCode));
 }
@@ -82,6 +85,10 @@ void KeyboardKeysController::functionKeysInfoDisplay(int position)
     const char *textKey = mGameMode ? "lkeyFunctionKeysInfoGameModeOn" : "lkeyFunctionKeysInfoGameModeOff";
     mFunctionKeysInfoLabel->setText(localizedFormat(textKey, {mKeyName}));
     const bool isShown = mIsFunctionKeySelected && position != KeyMappings::defaultKeyPosition;
+    if (isShown && mFunctionKeysInfoImage->pixmap(Qt::ReturnByValue).isNull()) {
+        const QIcon icon = mFunctionKeysInfoImage->style()->standardIcon(QStyle::SP_MessageBoxInformation);
+        mFunctionKeysInfoImage->setPixmap(icon.pixmap(mFunctionKeysInfoImage->size(), mFunctionKeysInfoImage->devicePixelRatio()));
+    }
     mFunctionKeysInfoLabel->setVisible(isShown);
     mFunctionKeysInfoImage->setVisible(isShown);
 }

@@ -158,9 +158,9 @@ QWidget *KeyboardKeysController::buildNotice()
 {
     auto *notice = new QWidget;
     mFunctionKeysInfoImage = makeLabel("mFunctionKeysInfoImage"_L1);
+    // The picture itself is set when it is first shown: looking it up loads the desktop's icon theme.
     const int size = notice->style()->pixelMetric(QStyle::PM_SmallIconSize);
-    mFunctionKeysInfoImage->setPixmap(
-        notice->style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(QSize(size, size)));
+    mFunctionKeysInfoImage->setFixedSize(size, size);
     mFunctionKeysInfoLabel = makeLabel("mFunctionKeysInfoLabel"_L1);
     mFunctionKeysInfoLabel->setWordWrap(true);
     keepSpaceWhenHidden(mFunctionKeysInfoImage);

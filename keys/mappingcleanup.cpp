@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/mappingcleanup.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "keys/keymapping.h"
 
@@ -55,7 +56,7 @@ QVariantList KeyMappings::removeDeletedMacroProfileMappings(const QVariantList &
             continue;
         const QStringList codeTexts = keys.keys();
         for (const QString &text : codeTexts) {
-            const QString codeText = QString::number(integerValue(text));
+            const QString codeText = QString::number(PlistNumbers::integerValue(text));
             if (needsRepair(readEntry(keys.value(codeText))))
                 keys.insert(codeText, replacements.value(codeText).toMap());
         }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "macros/macrorecord.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "macros/eventparser.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -39,25 +39,12 @@ void setDelay(QVariant &event, int delayMs)
 
 } // namespace
 
-int MacroRecord::integerValue(const QVariant &value)
-{
-    if (value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Float) {
-        const double real = value.toDouble();
-        if (!(std::abs(real) < 9.0e18)) // also not-a-number; the conversion below would be undefined
-            return 0;
-        return static_cast<int>(static_cast<qint64>(real));
-    }
-    if (value.typeId() == QMetaType::ULongLong)
-        return static_cast<int>(value.toULongLong());
-    return static_cast<int>(value.toLongLong());
-}
-
 MacroRecord::Event MacroRecord::eventFields(const QVariantMap &event)
 {
-    return {.command = integerValue(event.value(SettingsKeys::command)),
-            .delayMs = integerValue(event.value(SettingsKeys::delay)),
-            .page = integerValue(event.value(SettingsKeys::page)),
-            .argument = static_cast<uint>(integerValue(event.value(SettingsKeys::argument)))};
+    return {.command = PlistNumbers::integerValue(event.value(SettingsKeys::command)),
+            .delayMs = PlistNumbers::integerValue(event.value(SettingsKeys::delay)),
+            .page = PlistNumbers::integerValue(event.value(SettingsKeys::page)),
+            .argument = static_cast<uint>(PlistNumbers::integerValue(event.value(SettingsKeys::argument)))};
 }
 
 QVariantMap MacroRecord::eventRecord(const Event &event)

@@ -34,9 +34,6 @@ struct Event
     uint argument = 0;
 };
 
-/// `value` as a whole number: reals are cut towards zero, everything is reduced to its low 32 bits, 0 when it is none.
-[[nodiscard]] int integerValue(const QVariant &value);
-
 [[nodiscard]] Event eventFields(const QVariantMap &event); ///< absent keys read as 0
 [[nodiscard]] QVariantMap eventRecord(const Event &event);
 

@@ -79,6 +79,7 @@ void PopUpButton::removeAllItems()
     }
     mSelectedIndex = -1;
     showSelection();
+    updateGeometry();
 }
 
 void PopUpButton::addItemWithTitle(const QString &title, int tag)
@@ -90,6 +91,7 @@ void PopUpButton::addItemWithTitle(const QString &title, int tag)
     if (mSelectedIndex < 0)
         mSelectedIndex = 0;
     showSelection();
+    updateGeometry();
 }
 
 void PopUpButton::addItemsWithTitles(const QStringList &titles)
@@ -103,6 +105,7 @@ void PopUpButton::setItemTitleAtIndex(int index, const QString &title)
     if (QAction *item = itemAtIndex(index); item && menuItemTitle(item) != title) {
         setMenuItemTitle(item, title);
         showSelection();
+        updateGeometry();
     }
 }
 
@@ -147,9 +150,11 @@ void PopUpButton::showSelection()
     for (qsizetype index = 0; index < mItems.size(); ++index)
         mItems[index]->setChecked(index == mSelectedIndex);
     const QString title = titleOfSelectedItem();
+    if (title == mShownTitle)
+        return;
+    mShownTitle = title;
     setAccessibleDescription(title);
     setText(QString(title).replace(u'&', u"&&"_s));
-    updateGeometry();
     update();
 }
 

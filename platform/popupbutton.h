@@ -58,6 +58,7 @@ private:
     QMenu *mMenu;
     QList<QAction *> mItems;
     int mSelectedIndex = -1;
+    QString mShownTitle;
 };
 
 /// Adds an item to `menu` whose text is exactly `title` (an ampersand is no mnemonic).

@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QIcon>
 #include <QMenu>
+#include <QStyleOptionToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -14,17 +15,38 @@ PulldownButton::PulldownButton(QWidget *parent) : QToolButton(parent), mMenu(new
 {
     setMenu(mMenu);
     setPopupMode(InstantPopup);
-    setStyleSheet(u"QToolButton::menu-indicator { image: none; }"_s);
     setFocusPolicy(Qt::StrongFocus);
     connect(mMenu, &QMenu::aboutToShow, this, &PulldownButton::validateItems);
 }
 
 void PulldownButton::setImages(const QString &onImage, const QString &offImage)
 {
+    mOnImage = onImage;
+    mOffImage = offImage;
+    setIcon({});
+    if (isVisible())
+        loadImages();
+}
+
+void PulldownButton::loadImages()
+{
     QIcon icon;
-    icon.addFile(resourcePath(u"images/"_s + onImage), {}, QIcon::Normal);
-    icon.addFile(resourcePath(u"images/"_s + offImage), {}, QIcon::Disabled);
+    icon.addFile(resourcePath(u"images/"_s + mOnImage), {}, QIcon::Normal);
+    icon.addFile(resourcePath(u"images/"_s + mOffImage), {}, QIcon::Disabled);
     setIcon(icon);
+}
+
+void PulldownButton::showEvent(QShowEvent *event)
+{
+    if (icon().isNull() && !mOnImage.isEmpty())
+        loadImages();
+    QToolButton::showEvent(event);
+}
+
+void PulldownButton::initStyleOption(QStyleOptionToolButton *option) const
+{
+    QToolButton::initStyleOption(option);
+    option->features &= ~QStyleOptionToolButton::HasMenu; // no arrow
 }
 
 void PulldownButton::setCommands(const QList<MenuCommand> &commands, Handler handler, Validator validator)

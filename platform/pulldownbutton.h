@@ -29,7 +29,8 @@ public:
 
     explicit PulldownButton(QWidget *parent = nullptr);
 
-    /// Shows `onImage`, and `offImage` while the button is disabled. Resource file names.
+    /// Shows `onImage`, and `offImage` while the button is disabled. Resource file names; read when the button is first
+    /// shown, since reading a picture loads the plug-ins for pictures.
     void setImages(const QString &onImage, const QString &offImage);
     /// Replaces the menu. Each time it opens, `validator` says which commands can be chosen.
     void setCommands(const QList<MenuCommand> &commands, Handler handler, Validator validator);
@@ -39,9 +40,17 @@ public:
     /// Enables the items as opening the menu does.
     void validateItems();
 
+protected:
+    void initStyleOption(QStyleOptionToolButton *option) const override;
+    void showEvent(QShowEvent *event) override;
+
 private:
+    void loadImages();
+
     QMenu *mMenu;
     Validator mValidator;
+    QString mOnImage;
+    QString mOffImage;
 };
 
 /// Fills `menu` with `commands` in their order; choosing one calls `handler`.

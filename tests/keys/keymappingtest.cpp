@@ -5,7 +5,6 @@
 
 #include <QTest>
 
-#include <limits>
 
 using namespace Qt::StringLiterals;
 using namespace KeyMappings;
@@ -23,8 +22,6 @@ private Q_SLOTS:
     void repeatModesLeadBothWays();
     void unknownRepeatValuesPlayOnce();
     void positionsOutsideTheRepeatModesStoreOne();
-    void readsNumbersOfEveryKind_data();
-    void readsNumbersOfEveryKind();
     void readsAbsentAndOddEntriesAsNotMapped();
     void readsTheProgramPath();
     void writesExactlyThreeKeysIntoANewEntry();
@@ -102,37 +99,6 @@ void KeyMappingTest::positionsOutsideTheRepeatModesStoreOne()
 {
     for (const int position : {-1, 12, 100})
         QCOMPARE(macroRepeatValue(position), 1);
-}
-
-void KeyMappingTest::readsNumbersOfEveryKind_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<int>("expected");
-    constexpr int highest = std::numeric_limits<int>::max();
-    constexpr int lowest = std::numeric_limits<int>::min();
-    QTest::newRow("int") << QVariant(-7) << -7;
-    QTest::newRow("long") << QVariant(qlonglong(12)) << 12;
-    QTest::newRow("long above") << QVariant(qlonglong(1) << 40) << highest;
-    QTest::newRow("long below") << QVariant(-(qlonglong(1) << 40)) << lowest;
-    QTest::newRow("unsigned long above") << QVariant(std::numeric_limits<qulonglong>::max()) << highest;
-    QTest::newRow("real") << QVariant(10.9) << 10;
-    QTest::newRow("real above") << QVariant(1e30) << highest;
-    QTest::newRow("real below") << QVariant(-1e30) << lowest;
-    QTest::newRow("not a number") << QVariant(std::numeric_limits<double>::quiet_NaN()) << 0;
-    QTest::newRow("true") << QVariant(true) << 1;
-    QTest::newRow("decimal text") << QVariant(u"16"_s) << 16;
-    QTest::newRow("path") << QVariant(u"/Applications/A.app"_s) << 0;
-    QTest::newRow("nothing") << QVariant() << 0;
-    QTest::newRow("data") << QVariant(QByteArray("10")) << 0;
-    QTest::newRow("array") << QVariant(QVariantList{10}) << 0;
-    QTest::newRow("dictionary") << QVariant(QVariantMap{{u"command"_s, 10}}) << 0;
-}
-
-void KeyMappingTest::readsNumbersOfEveryKind()
-{
-    QFETCH(QVariant, value);
-    QFETCH(int, expected);
-    QCOMPARE(integerValue(value), expected);
 }
 
 void KeyMappingTest::readsAbsentAndOddEntriesAsNotMapped()

@@ -47,8 +47,6 @@ private Q_SLOTS:
     void readsEventsOfARecord();
     void keepsFurtherKeysWhenEventsAreReplaced();
     void noEventsAreAnEmptyDictionary();
-    void readsNumbersAsIntegers_data();
-    void readsNumbersAsIntegers();
     void mapsRowsToEvents_data();
     void mapsRowsToEvents();
     void rowsAgreeWithTheDisplayLines();
@@ -97,28 +95,6 @@ void MacroRecordTest::noEventsAreAnEmptyDictionary()
 {
     const QVariantMap macro = MacroRecord::withEvents(MacroRecord::withEvents({}, sample()), {});
     QCOMPARE(macro, (QVariantMap{{u"sequence"_s, QVariantMap()}}));
-}
-
-void MacroRecordTest::readsNumbersAsIntegers_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<int>("integer");
-    QTest::newRow("int") << QVariant(-7) << -7;
-    QTest::newRow("true") << QVariant(true) << 1;
-    QTest::newRow("real is cut") << QVariant(2.9) << 2;
-    QTest::newRow("negative real is cut") << QVariant(-2.9) << -2;
-    QTest::newRow("low 32 bits") << QVariant(qlonglong(0x1'0000'0005)) << 5;
-    QTest::newRow("unsigned") << QVariant(std::numeric_limits<qulonglong>::max()) << -1;
-    QTest::newRow("too great a real") << QVariant(1e300) << 0;
-    QTest::newRow("not a number") << QVariant(std::numeric_limits<double>::quiet_NaN()) << 0;
-    QTest::newRow("text") << QVariant(u"x"_s) << 0;
-    QTest::newRow("absent") << QVariant() << 0;
-}
-
-void MacroRecordTest::readsNumbersAsIntegers()
-{
-    QFETCH(QVariant, value);
-    QTEST(MacroRecord::integerValue(value), "integer");
 }
 
 void MacroRecordTest::mapsRowsToEvents_data()

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// Pictures that are painted once for all who show the same one. Main thread only.
+#pragma once
+
+#include <QPixmap>
+#include <QSizeF>
+
+#include <functional>
+
+class QPainter;
+
+/// The picture that QPixmapCache keeps under `key`, which names everything that it depends on; when there is none,
+/// `paint` paints it first, on a transparent ground of `size` (device-independent pixels).
+[[nodiscard]] QPixmap cachedPixmap(const QString &key, const QSizeF &size, qreal devicePixelRatio,
+                                   const std::function<void(QPainter &)> &paint);

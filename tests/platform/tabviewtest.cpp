@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tabview.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QTabBar>
+#include <QTest>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class PaintCounter : public QObject
+{
+public:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+
+    int count = 0;
+};
+
+void runEvents()
+{
+    for (int round = 0; round < 6; ++round) {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+}
+
+} // namespace
+
+class TabViewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void textOfTheSameSizePaintsItsLabelAlone();
+    void pageThatNeedsMoreRoomGetsIt();
+    void longerTitleGetsItsRoom();
+    void hiddenChangeIsLaidOutWhenShown();
+
+private:
+    std::unique_ptr<QWidget> mWindow;
+    TabView *mTabView = nullptr;
+    QLabel *mLabel = nullptr;
+    QLabel *mNeighbour = nullptr;
+};
+
+void TabViewTest::init()
+{
+    mWindow = std::make_unique<QWidget>();
+    mTabView = new TabView;
+    auto *page = new QWidget;
+    mLabel = new QLabel(u"12"_s);
+    mNeighbour = new QLabel(u"beside"_s);
+    auto *layout = new QVBoxLayout(page);
+    layout->addWidget(mLabel);
+    layout->addWidget(mNeighbour);
+    layout->addStretch();
+    mTabView->addTab(page, u"One"_s);
+    mTabView->addTab(new QWidget, u"Two"_s);
+    (new QVBoxLayout(mWindow.get()))->addWidget(mTabView);
+    mWindow->resize(400, 200);
+    mWindow->show();
+    QVERIFY(QTest::qWaitForWindowExposed(mWindow.get()));
+    // The first request after the showing is answered in full; from then on the sizes are known.
+    mLabel->setText(u"34"_s);
+    runEvents();
+}
+
+void TabViewTest::cleanup()
+{
+    mWindow.reset();
+}
+
+void TabViewTest::textOfTheSameSizePaintsItsLabelAlone()
+{
+    PaintCounter ofLabel, ofNeighbour;
+    mLabel->installEventFilter(&ofLabel);
+    mNeighbour->installEventFilter(&ofNeighbour);
+    mLabel->setText(u"56"_s);
+    runEvents();
+    QVERIFY(ofLabel.count > 0);
+    QCOMPARE(ofNeighbour.count, 0);
+}
+
+void TabViewTest::pageThatNeedsMoreRoomGetsIt()
+{
+    mLabel->setMinimumHeight(500);
+    QTRY_VERIFY(mWindow->height() > 500);
+    QTRY_COMPARE(mLabel->height(), 500);
+}
+
+void TabViewTest::longerTitleGetsItsRoom()
+{
+    const int width = mTabView->tabBar()->width();
+    mTabView->setTabText(0, u"A title that is a good deal longer"_s);
+    QTRY_VERIFY(mTabView->tabBar()->width() > width);
+}
+
+void TabViewTest::hiddenChangeIsLaidOutWhenShown()
+{
+    mWindow->hide();
+    mLabel->setMinimumHeight(300);
+    runEvents();
+    mWindow->show();
+    QTRY_COMPARE(mLabel->height(), 300);
+}
+
+QTEST_MAIN(TabViewTest)
+#include "tabviewtest.moc"
