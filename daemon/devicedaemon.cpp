@@ -177,6 +177,7 @@ void DeviceDaemon::setCapture(Capture capture, const QString &client, const char
     if (capture != mCapture)
         qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
     mCapture = capture;
+    mEngine.setCapturing(capture != Capture::none);
     mCapturingClient = client;
     mOutlets.watchClient(client);
 }
@@ -289,57 +290,31 @@ void DeviceDaemon::applyDocument()
     const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
     mEngine.setKeyMap(KeyMap(profile));
     mKeyboard.showBrightness(MacroRecord::integerValue(profile.value(SettingsKeys::brightnessKbNormal)));
-    mKeyboard.showGameMode(SettingsDocument::isGameModeOn(mDocument));
+    const bool isGameModeOn = SettingsDocument::isGameModeOn(mDocument);
+    perform(mEngine.setGameMode(isGameModeOn));
+    mKeyboard.showGameMode(isGameModeOn);
 }
 
 // The keyboard
 
 void DeviceDaemon::keyChanged(HidUsage key, bool isDown)
 {
-    mHeld.removeOne(key);
-    if (isDown)
-        mHeld += key;
-    switch (mCapture) {
-    case Capture::none:
-        break;
-    case Capture::macroRecording: {
+    if (mCapture == Capture::macroRecording) {
         const QStringList lines = mRecorder.record(key, isDown, mOutlets.now());
         if (!lines.isEmpty())
             mOutlets.postNotification(DaemonProtocol::macroSequenceNotification, {{DaemonProtocol::messagesArray, lines}});
-        break;
     }
-    case Capture::singleKey:
-    case Capture::editedEvent:
-        if (isDown)
-            postCapturedKey(key);
-        break;
-    }
-    // A captured press is unknown to the engine, and so is its release; a key that was down before is let go of.
-    if (!isDown)
-        perform(mEngine.keyUp(key, mOutlets.now()));
-    else if (mCapture == Capture::none)
-        perform(mEngine.keyDown(key, mOutlets.now()));
+    perform(isDown ? mEngine.keyDown(key, mOutlets.now()) : mEngine.keyUp(key, mOutlets.now()));
 }
 
-void DeviceDaemon::postCapturedKey(HidUsage key)
+void DeviceDaemon::postCapturedKey(HidUsage key, quint8 modifiers)
 {
-    if (key.page != HidUsage::keyboardPage)
-        return;
+    if (mCapture != Capture::singleKey && mCapture != Capture::editedEvent)
+        return; // recorded already
+    // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
     const auto name = mCapture == Capture::singleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey;
-    // A modifier that is pressed alone is the key itself, not a modifier of it.
-    const int ownBit = key.isModifier() ? 1 << (key.usage - HidUsage::firstModifier) : 0;
     mOutlets.postNotification(name, {{DaemonProtocol::singleKey, int(key.usage)},
-                                     {DaemonProtocol::singleKeyModifier, heldModifiers() & ~ownBit}});
-}
-
-quint8 DeviceDaemon::heldModifiers() const
-{
-    int modifiers = 0;
-    for (const HidUsage key : mHeld) {
-        if (key.isModifier())
-            modifiers |= 1 << (key.usage - HidUsage::firstModifier);
-    }
-    return static_cast<quint8>(modifiers);
+                                     {DaemonProtocol::singleKeyModifier, int(modifiers)}});
 }
 
 void DeviceDaemon::attachedChanged(bool isAttached)
@@ -348,7 +323,6 @@ void DeviceDaemon::attachedChanged(bool isAttached)
     if (isAttached) {
         applyDocument();
     } else {
-        mHeld.clear();
         setCapture(Capture::none, {}, "the keyboard is removed");
         perform(mEngine.releaseAll());
     }
@@ -381,13 +355,16 @@ void DeviceDaemon::brightnessChosen(int level)
     postProfileUpdated(DaemonProtocol::daemonProcessName);
 }
 
-void DeviceDaemon::perform(const QList<EngineOutput> &outputs)
+void DeviceDaemon::perform(const EngineOutputs &outputs)
 {
     for (const EngineOutput &output : outputs) {
         switch (output.kind) {
         case EngineOutput::Kind::sendDown:
         case EngineOutput::Kind::sendUp:
             mKeyboard.send(output.usage, output.kind == EngineOutput::Kind::sendDown);
+            break;
+        case EngineOutput::Kind::captured:
+            postCapturedKey(output.usage, output.modifiers);
             break;
         case EngineOutput::Kind::switchProfile:
             if (output.profileIndex >= 0 && output.profileIndex < SettingsDocument::profiles(mDocument).size())
