@@ -7,6 +7,7 @@
 #include "daemon/devicedaemon.h"
 #include "daemon/factorysettings.h"
 #include "daemon/logging.h"
+#include "daemon/programlauncher.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/settingsstore.h"
 #include "daemon/virtualkeyboardadaptor.h"
@@ -18,7 +19,6 @@
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -55,12 +55,6 @@ void sendReply(const QString &portName, qint32 command, const QVariantMap &reply
         port->post(command, *data);
     else
         qCWarning(lcRequests, "client: no port \"%s\" for the reply to request %d", qUtf8Printable(portName), command);
-}
-
-void launchProgram(const QString &program)
-{
-    if (!QProcess::startDetached(program, {}))
-        qCWarning(lcKeyboard, "file: a key is to start \"%s\", which cannot be started", qUtf8Printable(program));
 }
 
 /// Watches at most one port at a time.
@@ -132,7 +126,7 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
                         {.sendReply = sendReply,
                          .postNotification = [&](const QString &name, const QVariantMap &info) { notifications.post(name, info); },
                          .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
-                         .launchProgram = launchProgram,
+                         .launchProgram = ProgramLauncher::launch,
                          .now = [&] { return std::chrono::milliseconds(clock.elapsed()); }},
                         start.document);
     daemon.setAwaitsFactorySettings(start.isMinimal);

@@ -2,6 +2,7 @@
 #include "daemon/devicedaemon.h"
 
 #include "app/util/plistnumbers.h"
+#include "app/util/propertylist.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/settingskeys.h"
 #include "daemon/factorysettings.h"
@@ -32,6 +33,12 @@ QString sourceAppOf(const QVariantMap &values, const QString &replyPort)
     if (const auto given = RequestReader::text(values, DaemonProtocol::sourceApp))
         return *given;
     return replyPort == DaemonProtocol::configuratorReplyPortName ? QString(DaemonProtocol::configuratorIdentifier) : replyPort;
+}
+
+// 1, true and 1.0 compare equal as values but are not the same on disk.
+bool isSameDocument(const QVariantMap &a, const QVariantMap &b)
+{
+    return a == b && PropertyList::writeBinary(a) == PropertyList::writeBinary(b);
 }
 
 } // namespace
@@ -105,7 +112,7 @@ void DeviceDaemon::handleDocumentCommand(const Request &request, const DocumentC
 
 bool DeviceDaemon::finishChange(const Request &request, CommandOutcome outcome, ReturnsDocument returnsDocument)
 {
-    const bool isChanged = outcome.changesDocument && outcome.document != mDocument;
+    const bool isChanged = outcome.changesDocument && !isSameDocument(outcome.document, mDocument);
     if (isChanged && !store(outcome.document))
         outcome.status = Status::notSaved;
     const bool isOk = outcome.status == Status::ok;
@@ -150,9 +157,10 @@ DeviceDaemon::Answer DeviceDaemon::openDevice(const Request &request)
     if (mAwaitsFactorySettings && factoryPath) {
         if (const std::optional<QVariantMap> factory = readFactorySettings(*factoryPath)) {
             qCInfo(lcSettings, "file: factory settings of the client are used: %s", qUtf8Printable(*factoryPath));
-            mDocument = *factory;
-            mAwaitsFactorySettings = false;
-            applyDocument();
+            if (store(*factory)) {
+                mAwaitsFactorySettings = false;
+                postProfileUpdated(sourceAppOf(request.values, request.replyPort));
+            }
         }
     }
     return {.status = Status::ok, .reply = {{DaemonProtocol::returnStatus, mKeyboard.isAttached() ? 1 : 0}}};
@@ -178,6 +186,7 @@ void DeviceDaemon::setCapture(Capture capture, const QString &client, const char
     if (capture != mCapture)
         qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
     mCapture = capture;
+    mEngine.setCapturing(capture != Capture::none);
     mCapturingClient = client;
     mOutlets.watchClient(client);
 }
@@ -289,64 +298,46 @@ void DeviceDaemon::applyDocument()
 {
     const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
     mEngine.setKeyMap(KeyMap(profile));
-    mKeyboard.showBrightness(PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal)));
-    mKeyboard.showGameMode(SettingsDocument::isGameModeOn(mDocument));
+    // The stored number is the client's; the light knows only its own levels.
+    mKeyboard.showBrightness(std::clamp(PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal)),
+                                        brightnessMinimum, brightnessMaximum));
+    const bool isGameModeOn = SettingsDocument::isGameModeOn(mDocument);
+    perform(mEngine.setGameMode(isGameModeOn));
+    mKeyboard.showGameMode(isGameModeOn);
 }
 
 // The keyboard
 
 void DeviceDaemon::keyChanged(HidUsage key, bool isDown)
 {
-    mHeld.removeOne(key);
-    if (isDown)
-        mHeld += key;
-    switch (mCapture) {
-    case Capture::none:
-        break;
-    case Capture::macroRecording: {
+    if (mCapture == Capture::macroRecording) {
         const QStringList lines = mRecorder.record(key, isDown, mOutlets.now());
         if (!lines.isEmpty())
             mOutlets.postNotification(DaemonProtocol::macroSequenceNotification, {{DaemonProtocol::messagesArray, lines}});
-        break;
     }
-    case Capture::singleKey:
-    case Capture::editedEvent:
-        if (isDown)
-            postCapturedKey(key);
-        break;
-    }
-    // A captured press is unknown to the engine, and so is its release; a key that was down before is let go of.
-    if (!isDown)
-        perform(mEngine.keyUp(key, mOutlets.now()));
-    else if (mCapture == Capture::none)
-        perform(mEngine.keyDown(key, mOutlets.now()));
+    perform(isDown ? mEngine.keyDown(key, mOutlets.now()) : mEngine.keyUp(key, mOutlets.now()));
 }
 
-void DeviceDaemon::postCapturedKey(HidUsage key)
+void DeviceDaemon::postCapturedKey(HidUsage key, quint8 modifiers)
 {
-    if (key.page != HidUsage::keyboardPage)
-        return;
+    if (mCapture != Capture::singleKey && mCapture != Capture::editedEvent)
+        return; // recorded already
+    // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
     const auto name = mCapture == Capture::singleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey;
-    // A modifier that is pressed alone is the key itself, not a modifier of it.
-    const int ownBit = key.isModifier() ? 1 << (key.usage - HidUsage::firstModifier) : 0;
     mOutlets.postNotification(name, {{DaemonProtocol::singleKey, int(key.usage)},
-                                     {DaemonProtocol::singleKeyModifier, heldModifiers() & ~ownBit}});
-}
-
-quint8 DeviceDaemon::heldModifiers() const
-{
-    int modifiers = 0;
-    for (const HidUsage key : mHeld) {
-        if (key.isModifier())
-            modifiers |= 1 << (key.usage - HidUsage::firstModifier);
-    }
-    return static_cast<quint8>(modifiers);
+                                     {DaemonProtocol::singleKeyModifier, int(modifiers)}});
 }
 
 void DeviceDaemon::announceKeyboard()
 {
     if (mKeyboard.isAttached())
-        mOutlets.postNotification(DaemonProtocol::deviceAttached, {});
+        postAttachment(true);
+}
+
+void DeviceDaemon::postAttachment(bool isAttached)
+{
+    mOutlets.postNotification(isAttached ? DaemonProtocol::deviceAttached : DaemonProtocol::deviceRemoved,
+                              {{DaemonProtocol::productIdKey, DaemonProtocol::productId}});
 }
 
 void DeviceDaemon::attachedChanged(bool isAttached)
@@ -355,12 +346,10 @@ void DeviceDaemon::attachedChanged(bool isAttached)
     if (isAttached) {
         applyDocument();
     } else {
-        mHeld.clear();
         setCapture(Capture::none, {}, "the keyboard is removed");
         perform(mEngine.releaseAll());
     }
-    mOutlets.postNotification(isAttached ? DaemonProtocol::deviceAttached : DaemonProtocol::deviceRemoved,
-                              {{DaemonProtocol::productIdKey, DaemonProtocol::productId}});
+    postAttachment(isAttached);
 }
 
 void DeviceDaemon::gameModePressed()
@@ -388,13 +377,16 @@ void DeviceDaemon::brightnessChosen(int level)
     postProfileUpdated(DaemonProtocol::daemonProcessName);
 }
 
-void DeviceDaemon::perform(const QList<EngineOutput> &outputs)
+void DeviceDaemon::perform(const EngineOutputs &outputs)
 {
     for (const EngineOutput &output : outputs) {
         switch (output.kind) {
         case EngineOutput::Kind::sendDown:
         case EngineOutput::Kind::sendUp:
             mKeyboard.send(output.usage, output.kind == EngineOutput::Kind::sendDown);
+            break;
+        case EngineOutput::Kind::captured:
+            postCapturedKey(output.usage, output.modifiers);
             break;
         case EngineOutput::Kind::switchProfile:
             if (output.profileIndex >= 0 && output.profileIndex < SettingsDocument::profiles(mDocument).size())

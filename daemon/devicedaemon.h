@@ -90,6 +90,7 @@ private:
 
     [[nodiscard]] bool store(const QVariantMap &document);
     void changeFromKeyboard(const QVariantMap &document);
+    void postAttachment(bool isAttached);
     void postProfileUpdated(const QString &sourceApp);
     void applyDocument();
 
@@ -98,9 +99,8 @@ private:
     void attachedChanged(bool isAttached);
     void gameModePressed();
     void brightnessChosen(int level);
-    void postCapturedKey(HidUsage key);
-    void perform(const QList<EngineOutput> &outputs);
-    [[nodiscard]] quint8 heldModifiers() const;
+    void postCapturedKey(HidUsage key, quint8 modifiers);
+    void perform(const EngineOutputs &outputs);
 
     SettingsStore &mStore;
     Keyboard &mKeyboard;
@@ -108,7 +108,6 @@ private:
     QVariantMap mDocument;
     KeyEngine mEngine;
     MacroRecorder mRecorder;
-    QList<HidUsage> mHeld; // keys that are down on the keyboard
     Capture mCapture = Capture::none;
     QString mCapturingClient;
     bool mAwaitsFactorySettings = false;

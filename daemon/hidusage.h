@@ -13,6 +13,8 @@ struct HidUsage
     static constexpr quint16 firstKey = 4;
     static constexpr quint16 lastKey = 231;
     static constexpr quint16 firstModifier = 224; // Left Control; one key a bit of the modifier byte from here
+    static constexpr quint16 leftCommand = 227;
+    static constexpr quint16 rightCommand = 231;
 
     quint16 page = keyboardPage;
     quint16 usage = 0;
@@ -20,6 +22,9 @@ struct HidUsage
     auto operator<=>(const HidUsage &) const = default;
 
     [[nodiscard]] constexpr bool isModifier() const { return page == keyboardPage && usage >= firstModifier && usage <= lastKey; }
+    [[nodiscard]] constexpr bool isCommand() const { return page == keyboardPage && (usage == leftCommand || usage == rightCommand); }
+    /// The key's bit of the modifier byte; 0 for a key that is no modifier.
+    [[nodiscard]] constexpr quint8 modifierBit() const { return isModifier() ? static_cast<quint8>(1 << (usage - firstModifier)) : 0; }
 
     /// Usage page in the upper 16 bits, usage in the lower, as HID descriptors write it.
     [[nodiscard]] constexpr quint32 extended() const { return (quint32(page) << 16) | usage; }

@@ -21,6 +21,8 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
     const KeyMappings::Entry fields = KeyMappings::readEntry(entry);
     KeyAssignment assignment;
     assignment.key = key;
+    if (!fields.isMapped() && !fields.is(Assignment::defaultKey))
+        return assignment;
     switch (static_cast<Assignment>(fields.command)) {
     case Assignment::playMacro:
         assignment.kind = Kind::playMacro;
@@ -46,23 +48,26 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
         if (isKey(fields.param1))
             assignment.key = static_cast<quint16>(fields.param1);
         break;
+    default:
+        assignment.kind = Kind::disabled; // it shows as mapped, so it is not the default; nothing else is known of it
+        break;
     }
-    return assignment; // as the keyboard has it, for a command that is none of these
+    return assignment;
 }
 
-KeyMap::KeyMap(const QVariantMap &profile)
+KeyMap::KeyMap()
+{
+    for (quint16 key = 0; key < mAssignments.size(); ++key)
+        mAssignments[key].key = key;
+}
+
+KeyMap::KeyMap(const QVariantMap &profile) : KeyMap()
 {
     const QVariantMap keys = profile.value(SettingsKeys::keys).toMap();
     for (auto entry = keys.constBegin(); entry != keys.constEnd(); ++entry) {
         bool isNumber = false;
         const int key = entry.key().toInt(&isNumber);
         if (isNumber && isKey(key))
-            mAssignments.insert(static_cast<quint16>(key), assignmentOf(entry.value().toMap(), static_cast<quint16>(key)));
+            mAssignments[static_cast<std::size_t>(key)] = assignmentOf(entry.value().toMap(), static_cast<quint16>(key));
     }
-}
-
-KeyAssignment KeyMap::assignment(quint16 key) const
-{
-    const auto found = mAssignments.constFind(key);
-    return found == mAssignments.constEnd() ? assignmentOf({}, key) : *found;
 }

@@ -4,9 +4,10 @@
 
 #include "daemon/hidusage.h"
 
-#include <QHash>
 #include <QString>
 #include <QVariantMap>
+
+#include <array>
 
 /// What one key does. Only the fields of its kind are used.
 struct KeyAssignment
@@ -14,28 +15,29 @@ struct KeyAssignment
     enum class Kind { sendKey, disabled, switchProfile, launchProgram, playMacro };
 
     Kind kind = Kind::sendKey;
-    quint16 key = 0;      ///< sendKey: usage on the Keyboard/Keypad page; below 4 when only modifiers are sent
+    quint16 key = 0;      ///< sendKey: usage on the Keyboard/Keypad page; 0 when only modifiers are sent
     quint8 modifiers = 0; ///< sendKey: modifier byte of the boot keyboard
     int index = 0;        ///< switchProfile: position in "Profiles"; playMacro: position in "Macros"
     int repeat = 1;       ///< playMacro: times, or 255 until released, 254 until pressed again
-    QString program;      ///< launchProgram: path
+    QString program = {}; ///< launchProgram: path
 
     bool operator==(const KeyAssignment &) const = default;
 };
 
-/// The assignment that `entry` (a key mapping entry) gives to `key`. An absent or unknown one is the default: the code
-/// that the entry names, or the key's own.
+/// The assignment that `entry` (a key mapping entry) gives to `key`. A default key sends the code that its entry names,
+/// and without one its own; a key without entry or command sends its own. An unknown command makes the key do nothing.
 [[nodiscard]] KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key);
 
-/// The assignments of one profile.
+/// The assignments of one profile, as a table: looking one up allocates nothing.
 class KeyMap
 {
 public:
-    KeyMap() = default;
+    KeyMap(); ///< every key as the keyboard has it
     explicit KeyMap(const QVariantMap &profile);
 
-    [[nodiscard]] KeyAssignment assignment(quint16 key) const;
+    /// `key`: at most HidUsage::lastKey.
+    [[nodiscard]] const KeyAssignment &assignment(quint16 key) const { return mAssignments[key]; }
 
 private:
-    QHash<quint16, KeyAssignment> mAssignments;
+    std::array<KeyAssignment, HidUsage::lastKey + 1> mAssignments;
 };

@@ -5,51 +5,81 @@
 
 using Kind = EngineOutput::Kind;
 
-QList<EngineOutput> KeyEngine::keyDown(HidUsage key, Time)
+namespace {
+
+constexpr std::size_t usualPresses = 32; // more keys than two hands hold, with their modifiers
+
+/// Calls `function` with the usage of each modifier in `modifiers`, from the lowest bit to the highest.
+template<typename Function>
+void forEachModifier(quint8 modifiers, Function function)
 {
-    if (mHeld.contains(key))
-        return {};
-    QList<HidUsage> &sent = mHeld[key];
-    QList<EngineOutput> outputs;
-    const KeyAssignment assignment =
-        key.page == HidUsage::keyboardPage ? mMap.assignment(key.usage) : KeyAssignment{.key = key.usage, .program = {}};
-    switch (assignment.kind) {
-    case KeyAssignment::Kind::sendKey:
-        sent = usagesOf(key, assignment);
-        for (const HidUsage usage : std::as_const(sent))
-            send(outputs, usage, true);
-        break;
-    case KeyAssignment::Kind::switchProfile:
-        outputs += EngineOutput{.kind = Kind::switchProfile, .profileIndex = assignment.index};
-        break;
-    case KeyAssignment::Kind::launchProgram:
-        outputs += EngineOutput{.kind = Kind::launchProgram, .program = assignment.program};
-        break;
-    case KeyAssignment::Kind::disabled:
-    case KeyAssignment::Kind::playMacro:
-        break;
+    for (quint16 bit = 0; bit < 8; ++bit) {
+        if (modifiers & (1 << bit))
+            function(HidUsage{HidUsage::keyboardPage, static_cast<quint16>(HidUsage::firstModifier + bit)});
+    }
+}
+
+} // namespace
+
+KeyEngine::KeyEngine()
+{
+    mPresses.reserve(usualPresses);
+    mSent.reserve(usualPresses);
+}
+
+EngineOutputs KeyEngine::setGameMode(bool isOn)
+{
+    EngineOutputs outputs;
+    mIsGameModeOn = isOn;
+    if (!isOn)
+        return outputs;
+    for (Press &press : mPresses) {
+        if (press.key.isCommand())
+            letGo(press, outputs);
     }
     return outputs;
 }
 
-QList<EngineOutput> KeyEngine::keyUp(HidUsage key, Time)
+EngineOutputs KeyEngine::keyDown(HidUsage key, Time)
 {
-    QList<EngineOutput> outputs;
-    const QList<HidUsage> sent = mHeld.take(key);
-    for (auto usage = sent.crbegin(); usage != sent.crend(); ++usage)
-        send(outputs, *usage, false);
+    EngineOutputs outputs;
+    if (std::ranges::find(mPresses, key, &Press::key) != mPresses.end())
+        return outputs;
+    const quint8 modifiers = heldModifiers();
+    Press &press = mPresses.emplace_back(Press{.key = key});
+    const bool isKey = key.page == HidUsage::keyboardPage && key.usage <= HidUsage::lastKey;
+    if (mIsCapturing) {
+        if (isKey)
+            outputs.append({.kind = Kind::captured, .usage = key, .modifiers = modifiers});
+    } else if (!isKey) {
+        sendKey(press, 0, key, outputs);
+    } else if (!mIsGameModeOn || !key.isCommand()) {
+        begin(press, mMap.assignment(key.usage), outputs);
+    }
     return outputs;
 }
 
-QList<EngineOutput> KeyEngine::releaseAll()
+EngineOutputs KeyEngine::keyUp(HidUsage key, Time)
 {
-    QList<EngineOutput> outputs;
-    while (!mHeld.isEmpty())
-        outputs += keyUp(mHeld.lastKey(), {});
+    EngineOutputs outputs;
+    const auto press = std::ranges::find(mPresses, key, &Press::key);
+    if (press == mPresses.end())
+        return outputs;
+    letGo(*press, outputs);
+    mPresses.erase(press);
     return outputs;
 }
 
-QList<EngineOutput> KeyEngine::advance(Time)
+EngineOutputs KeyEngine::releaseAll()
+{
+    EngineOutputs outputs;
+    for (auto press = mPresses.rbegin(); press != mPresses.rend(); ++press)
+        letGo(*press, outputs);
+    mPresses.clear();
+    return outputs;
+}
+
+EngineOutputs KeyEngine::advance(Time)
 {
     return {};
 }
@@ -59,27 +89,74 @@ std::optional<KeyEngine::Time> KeyEngine::nextDeadline() const
     return {};
 }
 
-void KeyEngine::send(QList<EngineOutput> &outputs, HidUsage usage, bool isDown)
+QList<HidUsage> KeyEngine::sentDown() const
 {
-    int &count = mSentCount[usage];
-    count += isDown ? 1 : -1;
-    if (isDown && count == 1)
-        outputs += EngineOutput{.kind = Kind::sendDown, .usage = usage};
-    if (count == 0) {
-        outputs += EngineOutput{.kind = Kind::sendUp, .usage = usage};
-        mSentCount.remove(usage);
+    QList<HidUsage> usages;
+    for (const SentUsage &sent : mSent)
+        usages += sent.usage;
+    return usages;
+}
+
+void KeyEngine::begin(Press &press, const KeyAssignment &assignment, EngineOutputs &outputs)
+{
+    switch (assignment.kind) {
+    case KeyAssignment::Kind::sendKey:
+        sendKey(press, assignment.modifiers, {HidUsage::keyboardPage, assignment.key}, outputs);
+        break;
+    case KeyAssignment::Kind::switchProfile:
+        outputs.append({.kind = Kind::switchProfile, .profileIndex = assignment.index});
+        break;
+    case KeyAssignment::Kind::launchProgram:
+        outputs.append({.kind = Kind::launchProgram, .program = assignment.program});
+        break;
+    case KeyAssignment::Kind::playMacro: // the key itself sends nothing
+    case KeyAssignment::Kind::disabled:
+        break;
     }
 }
 
-QList<HidUsage> KeyEngine::usagesOf(HidUsage key, const KeyAssignment &assignment) const
+void KeyEngine::sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOutputs &outputs)
 {
-    QList<HidUsage> usages;
-    for (int bit = 0; bit < 8; ++bit) {
-        if (assignment.modifiers & (1 << bit))
-            usages += HidUsage{HidUsage::keyboardPage, static_cast<quint16>(HidUsage::firstModifier + bit)};
+    press.modifiers = modifiers;
+    if (usage.usage != 0 && !(usage.modifierBit() & modifiers)) // a modifier of itself is sent once
+        press.sent = usage;
+    forEachModifier(press.modifiers, [&](HidUsage modifier) { sendDown(modifier, outputs); });
+    if (press.sent.usage != 0)
+        sendDown(press.sent, outputs);
+}
+
+void KeyEngine::letGo(Press &press, EngineOutputs &outputs)
+{
+    if (press.sent.usage != 0)
+        sendUp(press.sent, outputs);
+    forEachModifier(press.modifiers, [&](HidUsage modifier) { sendUp(modifier, outputs); });
+    press = Press{.key = press.key};
+}
+
+void KeyEngine::sendDown(HidUsage usage, EngineOutputs &outputs)
+{
+    const auto sent = std::ranges::find(mSent, usage, &SentUsage::usage);
+    if (sent != mSent.end()) {
+        ++sent->holders;
+        return;
     }
-    const HidUsage sent{key.page, assignment.key};
-    if (assignment.key != 0 && !usages.contains(sent))
-        usages += sent;
-    return usages;
+    mSent.push_back({.usage = usage, .holders = 1});
+    outputs.append({.kind = Kind::sendDown, .usage = usage});
+}
+
+void KeyEngine::sendUp(HidUsage usage, EngineOutputs &outputs)
+{
+    const auto sent = std::ranges::find(mSent, usage, &SentUsage::usage);
+    if (--sent->holders > 0)
+        return;
+    mSent.erase(sent);
+    outputs.append({.kind = Kind::sendUp, .usage = usage});
+}
+
+quint8 KeyEngine::heldModifiers() const
+{
+    quint8 modifiers = 0;
+    for (const Press &press : mPresses)
+        modifiers |= press.key.modifierBit();
+    return modifiers;
 }

@@ -7,54 +7,87 @@
 #include "daemon/keyassignment.h"
 
 #include <QList>
-#include <QMap>
 #include <QString>
+#include <QVarLengthArray>
 
 #include <chrono>
 #include <optional>
+#include <vector>
 
 /// One thing to do, in the order given.
 struct EngineOutput
 {
-    enum class Kind { sendDown, sendUp, switchProfile, launchProgram };
+    enum class Kind { sendDown, sendUp, captured, switchProfile, launchProgram };
 
     Kind kind = Kind::sendDown;
-    HidUsage usage = {};   ///< sendDown, sendUp
+    HidUsage usage = {};   ///< sendDown, sendUp; captured: the key that was pressed
+    quint8 modifiers = 0;  ///< captured: modifier byte of the other keys that are held
     int profileIndex = -1; ///< switchProfile: position in "Profiles", which may not exist
     QString program = {};  ///< launchProgram: path
 
     bool operator==(const EngineOutput &) const = default;
 };
 
-/// What a key does is decided when it goes down; its release ends just that, whatever was assigned in between.
-/// Every usage sent down is sent up again, at the latest by releaseAll(); two keys that send the same usage send it
-/// down once, with the first, and up once, with the last.
+/// What one event brings; long enough for two keys with all modifiers, so that an event allocates nothing.
+using EngineOutputs = QVarLengthArray<EngineOutput, 20>;
+
+/// What a key does is decided when it goes down; its release ends just that, whatever was assigned, switched or captured
+/// in between. Every usage sent down is sent up again, at the latest by releaseAll(); keys that send the same usage send
+/// it down once, with the first, and up once, with the last.
 class KeyEngine
 {
 public:
     using Time = std::chrono::milliseconds; // since any fixed moment; never goes backwards
 
+    KeyEngine();
+
     /// Presses from now on follow `map`.
     void setKeyMap(const KeyMap &map) { mMap = map; }
 
+    /// While capturing, a press sends nothing and does nothing but be reported; so does its release, whenever it comes.
+    void setCapturing(bool isCapturing) { mIsCapturing = isCapturing; }
+
+    /// In game mode the two Command keys are dead, whatever is assigned to them; those that are down are let go of.
+    [[nodiscard]] EngineOutputs setGameMode(bool isOn);
+
     /// A second press without a release, and a release without a press, do nothing.
-    [[nodiscard]] QList<EngineOutput> keyDown(HidUsage key, Time now);
-    [[nodiscard]] QList<EngineOutput> keyUp(HidUsage key, Time now);
-    /// Lets go of everything: the keyboard is gone, or the daemon ends.
-    [[nodiscard]] QList<EngineOutput> releaseAll();
+    [[nodiscard]] EngineOutputs keyDown(HidUsage key, Time now);
+    [[nodiscard]] EngineOutputs keyUp(HidUsage key, Time now);
+    /// Lets go of everything, the last pressed key first: the keyboard is gone, or the daemon ends.
+    [[nodiscard]] EngineOutputs releaseAll();
 
     /// What is due by `now`; to be called at nextDeadline() at the latest.
-    [[nodiscard]] QList<EngineOutput> advance(Time now);
+    [[nodiscard]] EngineOutputs advance(Time now);
     [[nodiscard]] std::optional<Time> nextDeadline() const;
 
-    /// The usages that the computer sees down.
-    [[nodiscard]] QList<HidUsage> sentDown() const { return mSentCount.keys(); }
+    /// The usages that the computer sees down, in the order in which they went down.
+    [[nodiscard]] QList<HidUsage> sentDown() const;
 
 private:
-    void send(QList<EngineOutput> &outputs, HidUsage usage, bool isDown);
-    [[nodiscard]] QList<HidUsage> usagesOf(HidUsage key, const KeyAssignment &assignment) const;
+    /// A key that is down, and what its press sent down.
+    struct Press
+    {
+        HidUsage key;
+        quint8 modifiers = 0; // modifier byte
+        HidUsage sent = {};   // usage 0: none
+    };
+
+    struct SentUsage
+    {
+        HidUsage usage;
+        int holders = 0; // presses that sent it
+    };
+
+    void begin(Press &press, const KeyAssignment &assignment, EngineOutputs &outputs);
+    void sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOutputs &outputs);
+    void letGo(Press &press, EngineOutputs &outputs);
+    void sendDown(HidUsage usage, EngineOutputs &outputs);
+    void sendUp(HidUsage usage, EngineOutputs &outputs);
+    [[nodiscard]] quint8 heldModifiers() const;
 
     KeyMap mMap;
-    QMap<HidUsage, QList<HidUsage>> mHeld; // key that is down -> what it sent down, in order
-    QMap<HidUsage, int> mSentCount;        // usage that is down -> how many keys hold it
+    std::vector<Press> mPresses; // in the order of the presses; few, so that a search is faster than a look-up
+    std::vector<SentUsage> mSent;
+    bool mIsCapturing = false;
+    bool mIsGameModeOn = false;
 };

@@ -96,11 +96,15 @@ private Q_SLOTS:
 
     void keysReachTheComputerByTheActiveProfile();
     void keySwitchesTheProfile();
+    void heldKeyOutlivesTheProfileThatAnotherKeySwitches();
     void keyLaunchesAProgram();
     void removalLetsGoOfKeysAndCaptures();
     void gameModeIsToggledAndStored();
+    void gameModeMakesTheCommandKeysDead();
     void brightnessKeysChangeTheActiveProfile();
     void shutDownLetsGoOfEveryKey();
+    void heldKeyIsLetGoOfAfterTheClientReleasesTheDevice();
+    void randomUseLeavesNoKeyDown();
     void randomMessagesLeaveTheDaemonAliveAndTheDocumentValid();
 
 private:
@@ -654,6 +658,17 @@ void DeviceDaemonTest::keySwitchesTheProfile()
     QVERIFY(mNotifications.isEmpty());
 }
 
+void DeviceDaemonTest::heldKeyOutlivesTheProfileThatAnotherKeySwitches()
+{
+    press(4);
+    press(58); // profile B, which disables A
+    release(4);
+    press(4);
+    release(4);
+    release(58);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+}
+
 void DeviceDaemonTest::keyLaunchesAProgram()
 {
     press(60);
@@ -691,6 +706,24 @@ void DeviceDaemonTest::gameModeIsToggledAndStored()
     QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::notAttached);
 }
 
+void DeviceDaemonTest::gameModeMakesTheCommandKeysDead()
+{
+    press(227);
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QCOMPARE(mSent, QStringList({u"+227"_s, u"-227"_s}));
+    release(227);
+    press(231);
+    release(231);
+    QCOMPARE(mSent.size(), 2);
+    start(storedDocument()); // the daemon starts again, in game mode
+    press(231);
+    release(231);
+    QCOMPARE(mSent.size(), 2);
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    press(231);
+    QCOMPARE(mSent.takeLast(), u"+231"_s);
+}
+
 void DeviceDaemonTest::brightnessKeysChangeTheActiveProfile()
 {
     QCOMPARE(mKeyboard->shownBrightness(), 3);
@@ -713,6 +746,55 @@ void DeviceDaemonTest::shutDownLetsGoOfEveryKey()
     press(225);
     mDaemon->shutDown();
     QCOMPARE(mSent, QStringList({u"+4"_s, u"+225"_s, u"-225"_s, u"-4"_s}));
+}
+
+void DeviceDaemonTest::heldKeyIsLetGoOfAfterTheClientReleasesTheDevice()
+{
+    press(4);
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    press(5);
+    send(Command::releaseDevice, {}, QString());
+    release(5);
+    release(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    QVERIFY(mKeyboard->sentKeys().isEmpty());
+}
+
+// Property, from the keyboard to the computer: keys, clients and the plug in any order leave nothing down.
+void DeviceDaemonTest::randomUseLeavesNoKeyDown()
+{
+    QLoggingCategory::setFilterRules(u"kestra.*=false"_s);
+    QRandomGenerator random(30);
+    const QList<int> keys{4, 5, 58, 225, 227};
+    const auto randomKeys = [&] {
+        QVariantMap mappings;
+        for (const int key : keys)
+            mappings.insert(QString::number(key), keyEntry(QList<int>{45, 16, 20, 17}.at(random.bounded(4)), random.bounded(8)));
+        return QVariantMap{{u"Keys"_s, mappings}};
+    };
+    for (int step = 0; step < 3000; ++step) {
+        switch (random.bounded(24)) {
+        case 0: send(Command::updateProfile, {{u"ProfileID"_s, random.bounded(2)}, {u"DeviceSettingsDictionary"_s, randomKeys()}}); break;
+        case 1: send(Command::switchProfile, {{u"ProfileID"_s, random.bounded(2)}}); break;
+        case 2: (void)mKeyboard->pressGameMode(); break;
+        case 3: send(Command::startSingleKeyRecording); break;
+        case 4:
+        case 5: send(Command::stopSingleKeyRecording); break;
+        case 6: mKeyboard->remove(); break;
+        case 7:
+        case 8: mKeyboard->attach(); break;
+        default: {
+            const auto key = static_cast<uint>(keys.at(random.bounded(int(keys.size()))));
+            (void)(random.bounded(2) == 0 ? mKeyboard->press(7, key) : mKeyboard->release(7, key));
+        }
+        }
+        QVERIFY(mKeyboard->isAttached() || mKeyboard->sentKeys().isEmpty());
+    }
+    QLoggingCategory::setFilterRules(QString());
+    QVERIFY(mSent.size() > 100);
+    mKeyboard->attach();
+    mKeyboard->releaseAll();
+    QVERIFY(mKeyboard->sentKeys().isEmpty());
 }
 
 // Chance: any command, any bytes, keys and plugging in between.

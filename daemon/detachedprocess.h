@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// Starts a program that is no child of this process and shares nothing with it. No state; any thread.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace DetachedProcess {
+
+/// Runs `command` (the program's path, then its arguments) in `workingDirectory`, as this user, with this environment,
+/// in a session of its own: no signal blocked or ignored, no file open but /dev/null as input, output and errors.
+/// It outlives this process and leaves no zombie. 0 when it runs, else the number of the error (errno).
+[[nodiscard]] int start(const QStringList &command, const QString &workingDirectory);
+
+} // namespace DetachedProcess
