@@ -300,7 +300,8 @@ void DeviceDaemon::applyDocument()
     mEngine.setKeyMap(KeyMap(profile));
     // The stored number is the client's; the light knows only its own levels.
     mKeyboard.showBrightness(std::clamp(PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal)),
-                                        brightnessMinimum, brightnessMaximum));
+                                        SettingsDocument::brightnessMinimum,
+                                        SettingsDocument::brightnessMaximum));
     const bool isGameModeOn = SettingsDocument::isGameModeOn(mDocument);
     perform(mEngine.setGameMode(isGameModeOn));
     mKeyboard.showGameMode(isGameModeOn);
