@@ -3,7 +3,9 @@
 
 #include "cli/commandtable.h"
 
-#include <QSet>
+#include <QMap>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -20,15 +22,29 @@ QString synopsis(const CommandRow &row)
     return text;
 }
 
+/// The lines of the help about one command.
+QStringList helpLines(const CommandRow &row)
+{
+    if (!row.forms)
+        return {synopsis(row), u"      "_s + row.help};
+    QStringList lines;
+    for (const CommandForm &form : row.forms())
+        lines << u"kestractl %1 %2"_s.arg(row.name, form.words) << u"      "_s + form.help;
+    return lines;
+}
+
 void printHelp(Console &console)
 {
     console.print(u"kestractl shows and changes what the daemon of the Quill Kestra keyboard holds.\n"_s);
     console.print(u"Usage:"_s);
-    for (const CommandRow &row : commandTable())
-        console.print(u"  %1\n        %2"_s.arg(synopsis(row), row.help));
+    for (const CommandRow &row : commandTable()) {
+        for (const QString &line : helpLines(row))
+            console.print(u"  "_s + line);
+    }
     console.print(u"  kestractl help [COMMAND]\n  kestractl --help\n  kestractl --version\n"_s);
     console.print(u"KEY is a key's name (A, F1, LeftShift, NumPadSeven, M1) or its HID usage (225, 0x04)."_s);
-    console.print(u"N is a number from \"profile list\"; the first profile is 0.\n"_s);
+    console.print(u"MODIFIER is a modifier key's name (LeftControl, RightShift)."_s);
+    console.print(u"N is a number: the first profile, and the first macro, is 0.\n"_s);
     console.print(u"Exit codes: 0 done, 1 refused by the daemon, 2 wrong usage, 3 no daemon, 4 no answer."_s);
 }
 
@@ -43,7 +59,8 @@ ExitCode printHelpFor(const QStringList &words, Console &console)
     for (const CommandRow &row : commandTable()) {
         if (row.name != wanted && !row.name.startsWith(QString(wanted + u' ')))
             continue;
-        console.print(u"%1\n        %2"_s.arg(synopsis(row), row.help));
+        for (const QString &line : helpLines(row))
+            console.print(line);
         found = true;
     }
     return found ? ExitCode::ok : console.fail(ExitCode::usage, u"no command \"%1\" (see kestractl --help)"_s.arg(wanted));
@@ -65,19 +82,40 @@ const CommandRow *findRow(const QStringList &words)
 struct SplitLine
 {
     QStringList words;
-    QStringList options;
+    QMap<QString, QString> options; // option -> its value, empty for one without
+    QString problem;                // empty when the line can be read
 };
+
+/// Reads the option at `position`, which is moved to its value where that is the next word.
+void readOption(SplitLine &line, const QStringList &arguments, qsizetype &position)
+{
+    const QString &argument = arguments.at(position);
+    const QString option = argument.section(u'=', 0, 0);
+    if (line.options.contains(option))
+        line.problem = u"the option %1 is given twice"_s.arg(option);
+    if (std::ranges::find(Options::withValue, option) == Options::withValue.end()) {
+        line.options.insert(argument, QString()); // with its "=", which then is part of an unknown option
+        return;
+    }
+    const bool hasOwnValue = argument.size() > option.size();
+    if (!hasOwnValue && ++position == arguments.size()) {
+        line.problem = u"the option %1 needs a value"_s.arg(option);
+        return;
+    }
+    line.options.insert(option, hasOwnValue ? argument.sliced(option.size() + 1) : arguments.at(position));
+}
 
 /// Options may stand anywhere before "--"; a single dash is a word.
 SplitLine split(const QStringList &arguments)
 {
     SplitLine line;
     bool onlyWords = false;
-    for (const QString &argument : arguments) {
+    for (qsizetype position = 0; position < arguments.size(); ++position) {
+        const QString &argument = arguments.at(position);
         if (!onlyWords && argument == "--"_L1)
             onlyWords = true;
         else if (!onlyWords && argument.size() > 1 && argument.startsWith(u'-'))
-            line.options.append(argument);
+            readOption(line, arguments, position);
         else
             line.words.append(argument);
     }
@@ -91,12 +129,12 @@ ExitCode runRow(const CommandRow &row, const SplitLine &line, Console &console)
     if (arguments.size() < row.minimumArguments || arguments.size() > row.maximumArguments)
         return console.fail(ExitCode::usage, u"usage: %1"_s.arg(synopsis(row)));
     const QStringList allowed = QString(row.options).split(u' ', Qt::SkipEmptyParts);
-    for (const QString &option : line.options) {
+    for (const QString &option : line.options.keys()) {
         if (!allowed.contains(option))
             return console.fail(ExitCode::usage, u"\"%1\" takes no option %2"_s.arg(row.name, option));
     }
-    if (QSet<QString>(line.options.begin(), line.options.end()).size() > 1)
-        return console.fail(ExitCode::usage, u"the options %1 exclude each other"_s.arg(line.options.join(u", "_s)));
+    if (line.options.contains(Options::json) && line.options.contains(Options::plist))
+        return console.fail(ExitCode::usage, u"the options --json, --plist exclude each other"_s);
     DaemonClient daemon;
     CommandContext context{.console = console, .daemon = daemon, .arguments = arguments, .options = line.options};
     return row.function(context);
@@ -113,6 +151,8 @@ ExitCode runCommandLine(const QStringList &arguments, Console &console)
         console.print(u"kestractl %1"_s.arg(QLatin1StringView(KESTRA_VERSION)));
         return ExitCode::ok;
     }
+    if (!line.problem.isEmpty())
+        return console.fail(ExitCode::usage, line.problem);
     if (line.words.isEmpty())
         return console.fail(ExitCode::usage, u"no command given (see kestractl --help)"_s);
     if (line.words.first() == "help"_L1)

@@ -6,8 +6,11 @@
 #include "cli/daemonclient.h"
 
 #include <QLatin1StringView>
+#include <QList>
+#include <QMap>
 #include <QStringList>
 
+#include <array>
 #include <span>
 
 /// What a command gets. `arguments` has as many elements as its row allows; `options` only those its row names.
@@ -16,9 +19,17 @@ struct CommandContext
     Console &console;
     DaemonClient &daemon;
     QStringList arguments;
-    QStringList options;
+    QMap<QString, QString> options; ///< option -> its value, empty for one without
 
     [[nodiscard]] bool hasOption(QLatin1StringView option) const { return options.contains(option); }
+    [[nodiscard]] QString optionValue(QLatin1StringView option) const { return options.value(option); }
+};
+
+/// One way to write a command, and what it does.
+struct CommandForm
+{
+    QString words; ///< after the command's name
+    QString help;  ///< one line
 };
 
 struct CommandRow
@@ -30,6 +41,7 @@ struct CommandRow
     QLatin1StringView options; ///< the options it takes, separated by spaces
     QLatin1StringView help;    ///< one line
     ExitCode (*function)(CommandContext &context);
+    QList<CommandForm> (*forms)() = nullptr; ///< for the help of a command that can be written in several ways
 };
 
 /// Every command, in the order of the help.
@@ -38,6 +50,11 @@ struct CommandRow
 namespace Options {
 inline constexpr QLatin1StringView json{"--json"};
 inline constexpr QLatin1StringView plist{"--plist"};
+inline constexpr QLatin1StringView modifiers{"--modifiers"};
+inline constexpr QLatin1StringView repeat{"--repeat"};
+
+/// Options that are followed by a value, as the next word or behind "=".
+inline constexpr std::array withValue{modifiers, repeat};
 } // namespace Options
 
 // The functions of the rows.
@@ -53,3 +70,6 @@ ExitCode attachKeyboard(CommandContext &context);
 ExitCode removeKeyboard(CommandContext &context);
 ExitCode pressGameMode(CommandContext &context);
 ExitCode setBrightness(CommandContext &context);
+
+// The forms of the rows that have several.
+QList<CommandForm> keyCommandForms();

@@ -1,19 +1,13 @@
 // SPDX-License-Identifier: MIT
-// "key": what a key does in the active profile, and the two assignments that need no further choice.
-#include "app/util/qlcoreutility.h"
-#include "app/util/resources.h"
+// "key": what a key does in the active profile, and every assignment it can be given.
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
+#include "cli/keyassignments.h"
 #include "cli/keydescription.h"
 #include "keys/keylayout.h"
-#include "keys/keymapping.h"
 #include "keys/keynames.h"
 
-#include <QFile>
-#include <QVariantList>
-
 using namespace Qt::StringLiterals;
-using KeyMappings::Assignment;
 
 namespace {
 
@@ -26,23 +20,31 @@ ExitCode showKey(CommandContext &context, const QVariantMap &document, int code)
     return ExitCode::ok;
 }
 
-/// "param1" of the key in the factory settings' first profile; 0 when it has none.
-int defaultKeyParam1(int code)
+/// What is wrong with the words after "key KEY" for this kind; empty when they fit.
+QString problemOfWords(const CommandContext &context, const AssignmentKind &kind)
 {
-    QFile file(resourcePath(u"Kestra.plist"_s));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    const QVariantMap resource = QlCoreUtility::convertDataToDictionary(file.readAll()).value_or(QVariantMap());
-    const QVariantMap settings = resource.value(SettingsKeys::defaultSettings).toMap();
-    const QVariantMap profile = settings.value(SettingsKeys::profiles).toList().value(0).toMap();
-    return KeyMappings::entryForKey(profile, code).param1;
+    const bool hasArgument = context.arguments.size() > 2;
+    if (hasArgument && kind.argument.isEmpty())
+        return u"\"key KEY %1\" takes nothing more"_s.arg(kind.word);
+    if (!hasArgument && !kind.argument.isEmpty())
+        return u"\"key KEY %1\" needs %2"_s.arg(kind.word, kind.argument);
+    for (const QLatin1StringView option : {Options::modifiers, Options::repeat}) {
+        if (context.hasOption(option) && kind.option != option)
+            return u"\"key KEY %1\" takes no option %2"_s.arg(kind.word, option);
+    }
+    return {};
 }
 
-ExitCode assignKey(CommandContext &context, const QVariantMap &document, int code, Assignment assignment)
+ExitCode assignKey(CommandContext &context, const QVariantMap &document, int code, const AssignmentKind &kind)
 {
-    const int param1 = assignment == Assignment::defaultKey ? defaultKeyParam1(code) : 0;
+    const NewAssignment made = kind.make({.keyCode = code,
+                                          .argument = context.arguments.value(2),
+                                          .optionValue = context.optionValue(kind.option),
+                                          .document = document});
+    if (made.isRefused())
+        return context.console.fail(ExitCode::usage, made.problem);
     const QVariantMap keys = KeyMappings::withEntry(activeProfileRecord(document).value(SettingsKeys::keys).toMap(),
-                                                    KeyLayout::codeText(code), assignment, param1, 0);
+                                                    KeyLayout::codeText(code), made.assignment, made.param1, made.param2);
     const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
     const DaemonClient::Answer answer = context.daemon.sendChecked(
         DaemonProtocol::Command::updateProfile,
@@ -62,17 +64,33 @@ ExitCode showOrAssignKey(CommandContext &context)
     const std::optional<int> code = keyCodeForName(keyText);
     if (!code)
         return context.console.fail(ExitCode::usage, u"the keyboard has no key \"%1\""_s.arg(keyText));
-    std::optional<Assignment> assignment;
-    if (context.arguments.size() == 2) {
-        if (context.arguments.at(1) == "disable"_L1)
-            assignment = Assignment::disabled;
-        else if (context.arguments.at(1) == "default"_L1)
-            assignment = Assignment::defaultKey;
-        else
-            return context.console.fail(ExitCode::usage, u"\"%1\" is neither disable nor default"_s.arg(context.arguments.at(1)));
+    const AssignmentKind *kind = nullptr;
+    if (context.arguments.size() > 1) {
+        kind = findAssignmentKind(context.arguments.at(1));
+        if (!kind)
+            return context.console.fail(ExitCode::usage, u"\"%1\" is no assignment (see kestractl help key)"_s.arg(context.arguments.at(1)));
+        const QString problem = problemOfWords(context, *kind);
+        if (!problem.isEmpty())
+            return context.console.fail(ExitCode::usage, problem);
+    } else if (context.hasOption(Options::modifiers) || context.hasOption(Options::repeat)) {
+        return context.console.fail(ExitCode::usage, u"--modifiers and --repeat go with an assignment (see kestractl help key)"_s);
     }
     const DaemonClient::Answer document = context.daemon.document();
     if (!document.ok())
         return context.console.fail(document.failure, document.reason);
-    return assignment ? assignKey(context, document.reply, *code, *assignment) : showKey(context, document.reply, *code);
+    return kind ? assignKey(context, document.reply, *code, *kind) : showKey(context, document.reply, *code);
+}
+
+QList<CommandForm> keyCommandForms()
+{
+    QList<CommandForm> forms{{.words = u"KEY [--json]"_s, .help = u"show what a key does in the active profile"_s}};
+    for (const AssignmentKind &kind : assignmentKinds()) {
+        QString words = u"KEY "_s + kind.word;
+        if (!kind.argument.isEmpty())
+            words += u' ' + kind.argument;
+        if (!kind.option.isEmpty())
+            words += u" [%1 %2]"_s.arg(kind.option, kind.optionValue);
+        forms += {.words = words, .help = kind.help};
+    }
+    return forms;
 }

@@ -3,9 +3,11 @@
 
 #include "app/util/settingskeys.h"
 #include "cli/plistjson.h"
+#include "cli/recordchoice.h"
 #include "keys/keylayout.h"
 #include "keys/keymapping.h"
 #include "keys/keynames.h"
+#include "macros/eventparser.h"
 
 #include <QVariantList>
 
@@ -14,33 +16,38 @@ using KeyMappings::Assignment;
 
 namespace {
 
-/// "macro 2 \"Combo\"", or "macro 2 (which does not exist)".
-QString indexedName(QLatin1StringView what, int index, const QVariant &records, QLatin1StringView nameKey)
+/// "macro Combo", or "macro 2 (which does not exist)".
+QString namedRecord(const RecordKind &kind, int index, const QVariant &records)
 {
     const QVariantList list = records.toList();
-    const QString text = u"%1 %2"_s.arg(what).arg(index);
     if (index < 0 || index >= list.size())
-        return text + u" (which does not exist)"_s;
-    return text + u" \""_s + list.at(index).toMap().value(nameKey).toString() + u'"';
+        return u"%1 %2 (which does not exist)"_s.arg(kind.word).arg(index);
+    return kind.word + u' ' + list.at(index).toMap().value(kind.nameKey).toString();
 }
 
 QString repeatWords(int repeatValue)
 {
     if (repeatValue == KeyMappings::repeatUntilReleasedValue)
-        return u"again and again until released"_s;
+        return u"until released"_s;
     if (repeatValue == KeyMappings::repeatUntilPressedAgainValue)
-        return u"again and again until pressed again"_s;
+        return u"until pressed again"_s;
     const int times = KeyMappings::macroRepeatValue(KeyMappings::macroRepeat(repeatValue));
     return times == KeyMappings::playOnceValue ? u"once"_s : u"%1 times"_s.arg(times);
 }
 
 QString singleKeyWords(const KeyMappings::Entry &entry)
 {
-    const QString name = keyName(entry.param1);
-    const QString key = name.isEmpty() ? u"HID usage %1"_s.arg(entry.param1) : name;
-    if (entry.param2 == 0)
-        return u"sends the key "_s + key;
-    return u"sends the key "_s + key + u" with the modifiers 0x%1"_s.arg(entry.param2, 2, 16, QLatin1Char('0'));
+    QList<int> codes;
+    eventParser::getModifierHIDRetVal(static_cast<quint8>(entry.param2), codes);
+    constexpr int firstKey = 4; // the codes below are no keys: nothing but the modifiers is sent
+    if (entry.param1 >= firstKey)
+        codes += entry.param1;
+    QStringList names;
+    for (const int code : std::as_const(codes)) {
+        const QString name = keyName(code);
+        names += name.isEmpty() ? u"HID usage %1"_s.arg(code) : name;
+    }
+    return u"single key "_s + (names.isEmpty() ? u"none"_s : names.join(u" + "_s));
 }
 
 } // namespace
@@ -61,17 +68,12 @@ QString describeKey(const QVariantMap &document, int code)
     if (entry.is(Assignment::singleKey))
         return singleKeyWords(entry);
     if (entry.is(Assignment::launchProgram))
-        return u"launches "_s + entry.programPath;
-    if (entry.is(Assignment::switchProfile)) {
-        return u"switches to "_s + indexedName("profile"_L1, entry.param1, document.value(SettingsKeys::profiles),
-                                               SettingsKeys::profileName);
-    }
-    if (entry.is(Assignment::playMacro)) {
-        return u"plays "_s
-               + indexedName("macro"_L1, entry.param1, document.value(SettingsKeys::macros), SettingsKeys::macroName)
-               + u' ' + repeatWords(entry.param2);
-    }
-    return u"assignment %1, which this program does not know"_s.arg(entry.command);
+        return u"program "_s + entry.programPath;
+    if (entry.is(Assignment::switchProfile))
+        return namedRecord(profileKind, entry.param1, document.value(SettingsKeys::profiles));
+    if (entry.is(Assignment::playMacro))
+        return namedRecord(macroKind, entry.param1, document.value(SettingsKeys::macros)) + u", "_s + repeatWords(entry.param2);
+    return u"assignment %1, which does nothing"_s.arg(entry.command);
 }
 
 QJsonObject keyAsJson(const QVariantMap &document, int code)

@@ -9,7 +9,7 @@
 /// The profile record that "DeviceSettings"/"ActiveProfile" of `document` points at; empty when it points nowhere.
 [[nodiscard]] QVariantMap activeProfileRecord(const QVariantMap &document);
 
-/// "disabled", "default key", "plays macro 1 \"Combo\" until released", … for the key `code` in the active profile.
+/// "disabled", "default key", "macro Combo, until released", … for the key `code` in the active profile.
 [[nodiscard]] QString describeKey(const QVariantMap &document, int code);
 
 /// {"key", "code", "mapped", "description", "entry"}; "entry" is the mapping entry as stored, null without one.

@@ -2,6 +2,7 @@
 // "profile list" and "profile switch".
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
+#include "cli/recordchoice.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -18,29 +19,6 @@ QString profileName(const QVariant &profile)
 int activeProfile(const QVariantMap &document)
 {
     return document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt();
-}
-
-/// The number that `text` means: a number is passed on as it is, so that the daemon judges it; a name must be borne by
-/// exactly one profile. Absent with `problem` set otherwise.
-std::optional<int> profileNumber(const QString &text, const QVariantList &profiles, QString &problem)
-{
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    if (isNumber)
-        return number;
-    std::optional<int> found;
-    for (int index = 0; index < profiles.size(); ++index) {
-        if (profileName(profiles.at(index)) != text)
-            continue;
-        if (found) {
-            problem = u"several profiles are called \"%1\"; give the number"_s.arg(text);
-            return {};
-        }
-        found = index;
-    }
-    if (!found)
-        problem = u"no profile is called \"%1\" (see kestractl profile list)"_s.arg(text);
-    return found;
 }
 
 } // namespace
@@ -72,7 +50,7 @@ ExitCode switchToProfile(CommandContext &context)
         return context.console.fail(document.failure, document.reason);
     const QVariantList profiles = document.reply.value(SettingsKeys::profiles).toList();
     QString problem;
-    const std::optional<int> number = profileNumber(context.arguments.first(), profiles, problem);
+    const std::optional<int> number = recordNumber(context.arguments.first(), profiles, profileKind, problem);
     if (!number)
         return context.console.fail(ExitCode::usage, problem);
     const DaemonClient::Answer answer =

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cli/commandtable.h"
+#include "cli/keyassignments.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -16,6 +17,11 @@ private Q_SLOTS:
     void eachNameStandsOnce();
     void argumentCountsAgreeWithTheHelp();
     void manPageHasEveryCommandAndOption();
+    void manPageHasEveryAssignment();
+
+private:
+    /// The man page's text, without its escapes and with single spaces; empty when it cannot be read.
+    static QString manPage();
 };
 
 void TestCommandTable::eachNameStandsOnce()
@@ -41,16 +47,33 @@ void TestCommandTable::argumentCountsAgreeWithTheHelp()
 
 void TestCommandTable::manPageHasEveryCommandAndOption()
 {
-    QFile file(QStringLiteral(KESTRA_MAN_PAGE));
-    QVERIFY2(file.open(QIODevice::ReadOnly), KESTRA_MAN_PAGE);
-    QString page = QString::fromUtf8(file.readAll());
-    page.remove(u'\\').replace(QRegularExpression(u"\\s+"_s), u" "_s);
+    const QString page = manPage();
+    QVERIFY2(!page.isEmpty(), KESTRA_MAN_PAGE);
     for (const CommandRow &row : commandTable()) {
         // "keyboard press" and "keyboard release" share a line of the synopsis; each word must be there.
         const QStringList words = QString(row.name + u' ' + row.options).split(u' ', Qt::SkipEmptyParts);
         for (const QString &word : words)
             QVERIFY2(page.contains(QRegularExpression(u"(^|[\\s\"({])%1\\b"_s.arg(word))), qPrintable(word));
     }
+}
+
+void TestCommandTable::manPageHasEveryAssignment()
+{
+    const QString page = manPage();
+    for (const AssignmentKind &kind : assignmentKinds()) {
+        const QString form = u"\"key fIKEYfR %1"_s.arg(kind.word);
+        QVERIFY2(page.contains(form), qPrintable(form));
+        QVERIFY2(kind.option.isEmpty() || page.contains(kind.option), kind.option.data());
+    }
+}
+
+QString TestCommandTable::manPage()
+{
+    QFile file(QStringLiteral(KESTRA_MAN_PAGE));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QString page = QString::fromUtf8(file.readAll());
+    return page.remove(u'\\').replace(QRegularExpression(u"\\s+"_s), u" "_s);
 }
 
 QTEST_GUILESS_MAIN(TestCommandTable)

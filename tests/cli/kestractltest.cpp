@@ -6,7 +6,9 @@
 #include "daemonlink/daemontransport.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/cli/kestractlprocess.h"
+#include "tests/support/sentrecorder.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -34,6 +36,12 @@ private Q_SLOTS:
     void disablingOneKeyLeavesTheOthers();
     void defaultTakesTheFactoryParameter();
     void disabledKeyOutlivesAKilledDaemon();
+    void everyAssignmentIsStoredSaidAndSent_data();
+    void everyAssignmentIsStoredSaidAndSent();
+    void keySwitchesToAProfile();
+    void keyLaunchesAnApplication();
+    void assignmentToWhatDoesNotExistChangesNothing_data();
+    void assignmentToWhatDoesNotExistChangesNothing();
     void changesAreAnnouncedInItsName();
     void profileListMarksTheActiveOne();
     void profileIsSwitchedByNumberAndByName();
@@ -55,6 +63,8 @@ private:
     QVariantMap document() const;
     void startDaemon();
     void addProfile(const QString &name);
+    void addMacro(const QString &name);
+    void pressAndRelease(const QString &key) const;
 
     std::unique_ptr<QTemporaryDir> mFolder;
     std::unique_ptr<QProcess> mDaemon;
@@ -110,6 +120,24 @@ void TestKestractl::addProfile(const QString &name)
                                                {SettingsKeys::keys, QVariantMap()}}}},
                       static_cast<int>(DaemonProtocol::Command::addProfile));
     QTRY_COMPARE(document().value(SettingsKeys::profiles).toList().size(), count + 1);
+}
+
+void TestKestractl::addMacro(const QString &name)
+{
+    const qsizetype count = document().value(SettingsKeys::macros).toList().size();
+    sendDaemonRequest(QVariantMap{{DaemonProtocol::productIdKey, DaemonProtocol::productId},
+                                  {DaemonProtocol::responsePortName, u"NoSuchPort"_s},
+                                  {DaemonProtocol::macroContents, QVariantMap{{SettingsKeys::macroName, name},
+                                                                              {SettingsKeys::delay, 20},
+                                                                              {SettingsKeys::sequence, QVariantMap()}}}},
+                      static_cast<int>(DaemonProtocol::Command::addMacro));
+    QTRY_COMPARE(document().value(SettingsKeys::macros).toList().size(), count + 1);
+}
+
+void TestKestractl::pressAndRelease(const QString &key) const
+{
+    QCOMPARE(run({u"keyboard"_s, u"press"_s, key}).exitCode, 0);
+    QCOMPARE(run({u"keyboard"_s, u"release"_s, key}).exitCode, 0);
 }
 
 void TestKestractl::statusTellsWhatIsActive()
@@ -247,6 +275,106 @@ void TestKestractl::disabledKeyOutlivesAKilledDaemon()
     QVERIFY(mDaemon->waitForFinished());
     startDaemon();
     QCOMPARE(line({u"key"_s, u"A"_s}), u"A: disabled"_s);
+}
+
+void TestKestractl::everyAssignmentIsStoredSaidAndSent_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QString>("said");
+    QTest::addColumn<QJsonArray>("entry"); // command, param1, param2
+    QTest::addColumn<QStringList>("sent"); // by a press and a release
+    const QStringList nothing;
+    QTest::newRow("single key") << QStringList{u"single"_s, u"C"_s} << u"Q: single key C"_s << QJsonArray{16, 6, 0}
+                                << QStringList{u"+7:6"_s, u"-7:6"_s};
+    QTest::newRow("with modifiers") << QStringList{u"single"_s, u"C"_s, u"--modifiers"_s, u"leftcontrol,leftshift"_s}
+                                    << u"Q: single key Left Control + Left Shift + C"_s << QJsonArray{16, 6, 3}
+                                    << QStringList{u"+7:224"_s, u"+7:225"_s, u"+7:6"_s, u"-7:6"_s, u"-7:224"_s, u"-7:225"_s};
+    QTest::newRow("a modifier") << QStringList{u"single"_s, u"RightShift"_s, u"--json"_s, u"--modifiers="_s} << QString()
+                                << QJsonArray{16, 229, 0} << QStringList{u"+7:229"_s, u"-7:229"_s};
+    QTest::newRow("macro") << QStringList{u"macro"_s, u"Heal"_s, u"--repeat"_s, u"until-released"_s}
+                           << u"Q: macro Heal, until released"_s << QJsonArray{10, 1, 255} << nothing;
+    QTest::newRow("macro by number") << QStringList{u"macro"_s, u"0"_s, u"--repeat=3"_s} << u"Q: macro Other, 3 times"_s
+                                     << QJsonArray{10, 0, 3} << nothing;
+    QTest::newRow("profile") << QStringList{u"profile"_s, u"0"_s} << u"Q: profile Default Profile"_s << QJsonArray{17, 0, 0} << nothing;
+    QTest::newRow("disable") << QStringList{u"disable"_s} << u"Q: disabled"_s << QJsonArray{20, 0, 0} << nothing;
+    QTest::newRow("default") << QStringList{u"default"_s} << u"Q: default key"_s << QJsonArray{45, 20, 0}
+                             << QStringList{u"+7:20"_s, u"-7:20"_s};
+}
+
+void TestKestractl::everyAssignmentIsStoredSaidAndSent()
+{
+    QFETCH(QStringList, words);
+    QFETCH(QString, said);
+    addMacro(u"Other"_s);
+    addMacro(u"Heal"_s);
+    const KestractlResult result = run(QStringList{u"key"_s, u"Q"_s} + words);
+    QCOMPARE(result.errorText(), QString());
+    QCOMPARE(result.exitCode, 0);
+    if (!said.isEmpty()) {
+        QCOMPARE(result.text().trimmed(), said);
+        QCOMPARE(line({u"key"_s, u"Q"_s}), said);
+    }
+    const QJsonObject entry = run({u"key"_s, u"Q"_s, u"--json"_s}).json().object().value("entry"_L1).toObject();
+    QTEST((QJsonArray{entry.value("command"_L1), entry.value("param1"_L1), entry.value("param2"_L1)}), "entry");
+    SentRecorder recorder;
+    pressAndRelease(u"Q"_s);
+    pressAndRelease(u"Z"_s); // which is itself, so that what came before it is all that came
+    QFETCH(QStringList, sent);
+    QTRY_COMPARE(recorder.sent(), sent + QStringList({u"+7:29"_s, u"-7:29"_s}));
+}
+
+void TestKestractl::keySwitchesToAProfile()
+{
+    addProfile(u"Work"_s); // and makes it the active one
+    QCOMPARE(line({u"key"_s, u"Q"_s, u"profile"_s, u"Default Profile"_s}), u"Q: profile Default Profile"_s);
+    QCOMPARE(status().value("activeProfile"_L1), QJsonValue(1));
+    SentRecorder recorder;
+    pressAndRelease(u"Q"_s);
+    QCOMPARE(status().value("activeProfile"_L1), QJsonValue(0));
+    pressAndRelease(u"Q"_s);
+    QTRY_COMPARE(recorder.sent(), QStringList({u"+7:20"_s, u"-7:20"_s}));
+}
+
+void TestKestractl::keyLaunchesAnApplication()
+{
+    const QString result = mFolder->filePath(u"the result"_s);
+    QFile entry(mFolder->filePath(u"game.desktop"_s));
+    QVERIFY(entry.open(QIODevice::WriteOnly));
+    entry.write("[Desktop Entry]\nType=Application\nName=Game\nExec=touch \"" + result.toUtf8() + "\" %U\n");
+    entry.close();
+    const QString path = QFileInfo(entry).canonicalFilePath();
+    QCOMPARE(line({u"key"_s, u"Q"_s, u"launch"_s, entry.fileName()}), u"Q: program "_s + path);
+    const QJsonObject stored = run({u"key"_s, u"Q"_s, u"--json"_s}).json().object().value("entry"_L1).toObject();
+    QCOMPARE(stored, (QJsonObject{{u"command"_s, 46}, {u"param1"_s, path}, {u"param2"_s, QString()}}));
+    SentRecorder recorder;
+    pressAndRelease(u"Q"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(result), 20'000);
+    QVERIFY(recorder.sent().isEmpty());
+}
+
+void TestKestractl::assignmentToWhatDoesNotExistChangesNothing_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("key") << QStringList{u"single"_s, u"Banana"_s} << u"the keyboard has no key \"Banana\" to send"_s;
+    QTest::newRow("modifier") << QStringList{u"single"_s, u"C"_s, u"--modifiers=D"_s} << u"\"D\" is no modifier key"_s;
+    QTest::newRow("macro") << QStringList{u"macro"_s, u"0"_s} << u"there is no macro 0"_s;
+    QTest::newRow("macro name") << QStringList{u"macro"_s, u"Heal"_s} << u"no macro is called \"Heal\""_s;
+    QTest::newRow("profile") << QStringList{u"profile"_s, u"1"_s} << u"there is no profile 1"_s;
+    QTest::newRow("application") << QStringList{u"launch"_s, u"/bin/sh"_s} << u"neither a desktop entry nor an application bundle"_s;
+}
+
+void TestKestractl::assignmentToWhatDoesNotExistChangesNothing()
+{
+    QFETCH(QStringList, words);
+    QFETCH(QString, error);
+    const QVariantMap before = document();
+    const KestractlResult result = run(QStringList{u"key"_s, u"Q"_s} + words);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errorText().contains(error), qPrintable(result.errorText()));
+    QCOMPARE(result.text(), QString());
+    QVERIFY(!before.isEmpty());
+    QCOMPARE(document(), before);
 }
 
 void TestKestractl::changesAreAnnouncedInItsName()

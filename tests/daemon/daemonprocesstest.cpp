@@ -4,6 +4,7 @@
 #include "daemon/status.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/sentrecorder.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusArgument>
@@ -252,40 +253,6 @@ void DaemonProcessTest::postsNotificationsForOtherClients()
     QCOMPARE(mDaemon->keyboardProperty(u"Brightness"_s), QVariant(2));
 }
 
-namespace {
-
-/// A proxy: QtDBus connects the signals it declares to those of the object.
-class KeyboardProxy : public QDBusAbstractInterface
-{
-    Q_OBJECT
-
-public:
-    KeyboardProxy()
-        : QDBusAbstractInterface(messagePortBusName(DaemonProtocol::requestPortName), u"/VirtualKeyboard"_s,
-                                 "org.quillkestra.VirtualKeyboard", QDBusConnection::sessionBus(), nullptr)
-    {
-    }
-
-Q_SIGNALS:
-    void Sent(uint usagePage, uint usage, bool down);
-};
-
-/// What the computer received: "+7:4" for a press, "-7:4" for a release.
-struct SentRecorder
-{
-    SentRecorder()
-    {
-        QObject::connect(&keyboard, &KeyboardProxy::Sent, &keyboard, [this](uint page, uint usage, bool isDown) {
-            sent += u"%1%2:%3"_s.arg(isDown ? u"+"_s : u"-"_s).arg(page).arg(usage);
-        });
-    }
-
-    KeyboardProxy keyboard;
-    QStringList sent;
-};
-
-} // namespace
-
 void DaemonProcessTest::virtualKeyboardSendsWhatTheComputerReceives()
 {
     SentRecorder recorder;
@@ -294,7 +261,7 @@ void DaemonProcessTest::virtualKeyboardSendsWhatTheComputerReceives()
     QCOMPARE(mDaemon->keyboardProperty(u"PressedKeys"_s).isValid(), true);
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 4u}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"ReleaseAll"_s), QString());
-    QTRY_COMPARE(recorder.sent, QStringList({u"+7:4"_s, u"+9:1"_s, u"-7:4"_s, u"-9:1"_s}));
+    QTRY_COMPARE(recorder.sent(), QStringList({u"+7:4"_s, u"+9:1"_s, u"-7:4"_s, u"-9:1"_s}));
     QCOMPARE(mDaemon->keyboardProperty(u"FirmwareVersion"_s), QVariant(u"1.00"_s));
 }
 
@@ -322,7 +289,7 @@ void DaemonProcessTest::keysAreLetGoOfAtTheEnd()
     SentRecorder recorder;
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
     QCOMPARE(mDaemon->terminate(), 0);
-    QTRY_COMPARE(recorder.sent, QStringList({u"+7:4"_s, u"-7:4"_s}));
+    QTRY_COMPARE(recorder.sent(), QStringList({u"+7:4"_s, u"-7:4"_s}));
 }
 
 void DaemonProcessTest::captureEndsWhenTheClientLeavesTheBus()
@@ -343,7 +310,7 @@ void DaemonProcessTest::captureEndsWhenTheClientLeavesTheBus()
     QDBusConnection::disconnectFromBus(name);
     QTRY_VERIFY(mDaemon->log().contains("the client is gone"));
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 5u}), QString());
-    QTRY_COMPARE(recorder.sent, QStringList{u"+7:5"_s});
+    QTRY_COMPARE(recorder.sent(), QStringList{u"+7:5"_s});
 }
 
 void DaemonProcessTest::captureForAClientThatIsGoneEndsAtOnce()
@@ -356,7 +323,7 @@ void DaemonProcessTest::captureForAClientThatIsGoneEndsAtOnce()
     QCOMPARE(mDaemon->keyboardProperty(u"SentKeys"_s).value<QDBusArgument>().currentSignature(), u"au"_s);
     SentRecorder recorder;
     QCOMPARE(mDaemon->callKeyboard(u"ReleaseAll"_s), QString());
-    QTRY_COMPARE(recorder.sent, QStringList{u"-7:5"_s});
+    QTRY_COMPARE(recorder.sent(), QStringList{u"-7:5"_s});
 }
 
 void DaemonProcessTest::secondDaemonSaysSo()

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// Which profile or macro a word of the command line means. No state; any thread.
+#pragma once
+
+#include <QLatin1StringView>
+#include <QString>
+#include <QVariantList>
+
+#include <optional>
+
+/// A kind of record that has a number (its position, from 0) and a name.
+struct RecordKind
+{
+    QLatin1StringView word; ///< "profile", "macro"
+    QLatin1StringView nameKey;
+    QLatin1StringView listCommand; ///< what lists them
+};
+
+extern const RecordKind profileKind;
+extern const RecordKind macroKind;
+
+/// The number that `text` means: a number is taken as it is, whether there is such a record or not; a name must be borne
+/// by exactly one of `records`. Absent with `problem` set otherwise.
+[[nodiscard]] std::optional<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
+                                              QString &problem);
+
+/// As recordNumber(), and a record with that number must be there.
+[[nodiscard]] std::optional<int> existingRecordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
+                                                      QString &problem);
