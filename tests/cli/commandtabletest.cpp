@@ -61,7 +61,7 @@ void TestCommandTable::manPageHasEveryAssignment()
 {
     const QString page = manPage();
     for (const AssignmentKind &kind : assignmentKinds()) {
-        const QString form = u"\"key fIKEYfR %1"_s.arg(kind.word);
+        const QString form = u"\"key fIKEYfB %1"_s.arg(kind.word);
         QVERIFY2(page.contains(form), qPrintable(form));
         QVERIFY2(kind.option.isEmpty() || page.contains(kind.option), kind.option.data());
     }

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+// What one event of the keyboard costs in the key engine, with a full profile: every key of the layout pressed and
+// released, alone and while four others are held. Also what a change of the profile costs. The last line is the answer:
+// the average time of one event, and the memory allocations it made.
+#include "daemon/keyengine.h"
+#include "keys/keylayout.h"
+#include "tests/support/fulldocument.h"
+
+#include <benchmark/benchmark.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+std::atomic<std::size_t> allocations = 0;
+
+} // namespace
+
+// Counts every allocation of the process; Qt's containers allocate by malloc, which glibc lets a program wrap.
+extern "C" void *__libc_malloc(std::size_t size);
+extern "C" void *malloc(std::size_t size)
+{
+    allocations.fetch_add(1, std::memory_order_relaxed);
+    return __libc_malloc(size);
+}
+
+namespace {
+
+std::vector<HidUsage> layoutKeys()
+{
+    std::vector<HidUsage> keys;
+    for (const KeyRow &row : KeyLayout::selectableKeys())
+        keys.push_back({HidUsage::keyboardPage, static_cast<quint16>(row.code)});
+    return keys;
+}
+
+double secondsPerEvent = 0;
+double allocationsPerEvent = 0;
+
+/// Presses and releases each key in turn while the first `heldCount` keys of the layout stay down.
+void pressAndReleaseEveryKey(benchmark::State &state)
+{
+    const auto heldCount = static_cast<std::size_t>(state.range(0));
+    const std::vector<HidUsage> keys = layoutKeys();
+    KeyEngine engine;
+    engine.setKeyMap(KeyMap(fullProfile(QStringLiteral("Full"))));
+    for (std::size_t index = 0; index < heldCount; ++index)
+        (void)engine.keyDown(keys[index], {});
+    const std::size_t allocationsBefore = allocations;
+    std::size_t events = 0;
+    const auto start = std::chrono::steady_clock::now();
+    for (auto _ : state) {
+        for (std::size_t index = heldCount; index < keys.size(); ++index) {
+            benchmark::DoNotOptimize(engine.keyDown(keys[index], {}));
+            benchmark::DoNotOptimize(engine.keyUp(keys[index], {}));
+        }
+        events += 2 * (keys.size() - heldCount);
+    }
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    secondsPerEvent = seconds.count() / static_cast<double>(events);
+    allocationsPerEvent = static_cast<double>(allocations - allocationsBefore) / static_cast<double>(events);
+    state.SetItemsProcessed(static_cast<int64_t>(events));
+    state.counters["ns/event"] = secondsPerEvent * 1e9;
+    state.counters["allocations/event"] = allocationsPerEvent;
+}
+
+/// What a profile switch or a new mapping adds to its change of the document.
+void compileProfile(benchmark::State &state)
+{
+    const QVariantMap profile = fullProfile(QStringLiteral("Full"));
+    KeyEngine engine;
+    const std::size_t allocationsBefore = allocations;
+    for (auto _ : state)
+        engine.setKeyMap(KeyMap(profile));
+    state.counters["allocations"] = benchmark::Counter(double(allocations - allocationsBefore), benchmark::Counter::kAvgIterations);
+}
+
+BENCHMARK(compileProfile)->Unit(benchmark::kMicrosecond);
+BENCHMARK(pressAndReleaseEveryKey)->Arg(0)->Arg(4)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    std::printf("one event, four other keys held: %.0f ns, %.2f allocations\n", secondsPerEvent * 1e9, allocationsPerEvent);
+    return 0;
+}
