@@ -59,10 +59,11 @@ QPainterPath cards()
     return path;
 }
 
-QPainterPath dot()
+QPainterPath dots()
 {
     QPainterPath path;
-    path.addEllipse(QPointF(0, 0), 0.28, 0.28);
+    for (const qreal x : {-0.46, 0.0, 0.46})
+        path.addEllipse(QPointF(x, 0), 0.17, 0.17);
     return path;
 }
 
@@ -86,7 +87,7 @@ Glyph glyphOf(KeyMark mark)
     case KeyMark::disabled:
         return {cross(), false};
     case KeyMark::other:
-        return {dot(), true};
+        return {dots(), true};
     case KeyMark::none:
         break;
     }

@@ -175,6 +175,9 @@ void DaemonTransportTest::requestWithoutPropertyListFormIsSentWithoutData()
 void DaemonTransportTest::eachRequestLooksForTheDaemonAnew()
 {
     ScriptedDaemon daemon;
+    // A reply nobody takes would be there for the next test.
+    daemon.setSilent(Command::readSettings);
+    daemon.setSilent(Command::updateProfile);
     sendDaemonRequest(request(), 4);
     daemon.disappear();
     sendDaemonRequest(request(), 5);
