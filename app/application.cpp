@@ -7,6 +7,7 @@
 #include "app/util/daemonprotocol.h"
 #include "app/util/resources.h"
 #include "app/util/text.h"
+#include "platform/messageport.h"
 #include "platform/singleinstance.h"
 #include "platform/terminationsignals.h"
 
@@ -157,8 +158,13 @@ int runConfigurator(int argc, char *argv[])
         window.raise();
         window.activateWindow();
     });
-    // Opening blocks, for seconds when the daemon is silent; the window is on the screen by then.
-    new AfterPainting(&window, [&delegate, userInfo] { delegate.applicationDidFinishLaunching(userInfo); });
+    const auto launchNow = [&delegate, userInfo] { delegate.applicationDidFinishLaunching(userInfo); };
     window.show();
+    // Opening takes a few milliseconds with a daemon, and the window is painted once, enabled. Without one it blocks
+    // for seconds; the window is painted before.
+    if (RemoteMessagePort::open(DaemonProtocol::requestPortName))
+        QTimer::singleShot(0, &delegate, launchNow);
+    else
+        new AfterPainting(&window, launchNow);
     return QApplication::exec();
 }
