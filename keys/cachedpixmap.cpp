@@ -6,16 +6,22 @@
 
 #include <cmath>
 
+QPixmap transparentPixmap(const QSizeF &size, qreal devicePixelRatio)
+{
+    QPixmap pixmap(static_cast<int>(std::ceil(size.width() * devicePixelRatio)),
+                   static_cast<int>(std::ceil(size.height() * devicePixelRatio)));
+    pixmap.setDevicePixelRatio(devicePixelRatio);
+    pixmap.fill(Qt::transparent);
+    return pixmap;
+}
+
 QPixmap cachedPixmap(const QString &key, const QSizeF &size, qreal devicePixelRatio,
                      const std::function<void(QPainter &)> &paint)
 {
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap))
         return pixmap;
-    pixmap = QPixmap(static_cast<int>(std::ceil(size.width() * devicePixelRatio)),
-                     static_cast<int>(std::ceil(size.height() * devicePixelRatio)));
-    pixmap.setDevicePixelRatio(devicePixelRatio);
-    pixmap.fill(Qt::transparent);
+    pixmap = transparentPixmap(size, devicePixelRatio);
     QPainter painter(&pixmap);
     paint(painter);
     painter.end();

@@ -9,6 +9,9 @@
 
 class QPainter;
 
+/// An empty picture of `size` in device-independent pixels.
+[[nodiscard]] QPixmap transparentPixmap(const QSizeF &size, qreal devicePixelRatio);
+
 /// The picture that QPixmapCache keeps under `key`, which names everything that it depends on; when there is none,
 /// `paint` paints it first, on a transparent ground of `size` (device-independent pixels).
 [[nodiscard]] QPixmap cachedPixmap(const QString &key, const QSizeF &size, qreal devicePixelRatio,

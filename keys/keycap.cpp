@@ -2,10 +2,8 @@
 #include "keys/keycap.h"
 
 #include "keys/cachedpixmap.h"
+#include "keys/keylegend.h"
 
-#include <QCache>
-#include <QFontMetricsF>
-#include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
@@ -24,7 +22,6 @@ constexpr qreal faceRadius = 0.11;
 constexpr qreal sideSlope = 0.07;     // from the foot of the cap to its face
 constexpr qreal topSlope = 0.035;
 constexpr qreal bottomSlope = 0.135;
-constexpr qreal legendInset = 0.085;
 constexpr qreal markSize = 0.33;
 constexpr qreal ringWidth = 0.075;
 constexpr qreal minimumMarkPixels = 10;
@@ -92,142 +89,6 @@ Colors colorsFor(const KeycapState &state, const QPalette &palette)
     return colors;
 }
 
-QString legendText(QLatin1StringView legend)
-{
-    return QString(legend);
-}
-
-struct FontFit
-{
-    int pixelSize;
-    int stretch; ///< per cent
-};
-
-// Where `text` would not fit into `width` it is narrowed first and then made smaller, so that words of one size stand on
-// keys of one size. Few stretches and sizes: each is a font of its own to load.
-FontFit fitFont(QFont font, const QString &text, qreal pixels, qreal width)
-{
-    constexpr int smallestPixels = 6;
-    constexpr int narrowestStretch = 82;
-    constexpr int stretchStep = 6;
-    const int size = std::max(smallestPixels, qRound(pixels));
-    font.setPixelSize(size);
-    const int percent = static_cast<int>(100 * width / std::max<qreal>(1, QFontMetricsF(font).horizontalAdvance(text)));
-    if (percent >= 100)
-        return {size, 100};
-    if (percent >= narrowestStretch)
-        return {size, std::max(narrowestStretch, 100 - (100 - percent + stretchStep - 1) / stretchStep * stretchStep)};
-    return {std::max(smallestPixels, size * percent / narrowestStretch), narrowestStretch};
-}
-
-// Sets a font of at most `pixels` height in which `text` is not wider than `width`.
-void setFittingFont(QPainter &painter, const QString &text, qreal pixels, qreal width, QFont::Weight weight)
-{
-    QFont font = QGuiApplication::font();
-    font.setWeight(weight);
-    // Measured once for each legend and size, and not again at every painting.
-    constexpr int rememberedFits = 1000;
-    static QCache<QString, FontFit> fits(rememberedFits);
-    const QString key = QString::asprintf("%g %g %d ", pixels, width, static_cast<int>(weight)) + font.family() + text;
-    FontFit *fit = fits.object(key);
-    if (!fit) {
-        fit = new FontFit(fitFont(font, text, pixels, width));
-        fits.insert(key, fit);
-    }
-    font.setPixelSize(fit->pixelSize);
-    if (fit->stretch != 100) // a set stretch, even of 100, would be a font of its own
-        font.setStretch(fit->stretch);
-    painter.setFont(font);
-}
-
-void paintWords(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state)
-{
-    const QString first = legendText(state.legend);
-    const QString second = legendText(state.upperLegend);
-    const QString longest = first.size() >= second.size() ? first : second;
-    setFittingFont(painter, longest, unit * 0.228, place.width(), QFont::Medium);
-    const QString text = second.isEmpty() ? first : first + u'\n' + second;
-    painter.drawText(place, Qt::AlignLeft | Qt::AlignTop, text);
-}
-
-void paintCharacters(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state)
-{
-    const QString legend = legendText(state.legend);
-    if (state.upperLegend.isEmpty()) {
-        setFittingFont(painter, legend, unit * 0.33, place.width(), QFont::Medium);
-        painter.drawText(place.adjusted(0, -unit * 0.02, 0, 0), Qt::AlignLeft | Qt::AlignTop, legend);
-        return;
-    }
-    setFittingFont(painter, legend, unit * 0.27, place.width(), QFont::Medium);
-    const qreal half = place.height() / 2;
-    painter.drawText(place.adjusted(0, -unit * 0.03, 0, -half), Qt::AlignLeft | Qt::AlignVCenter,
-                     legendText(state.upperLegend));
-    painter.drawText(place.adjusted(0, half, 0, unit * 0.01), Qt::AlignLeft | Qt::AlignVCenter, legend);
-}
-
-void paintArrow(QPainter &painter, const QRectF &place, qreal unit, KeyLook look, const QColor &color)
-{
-    qreal angle = 0; // the path points up
-    if (look == KeyLook::arrowRight)
-        angle = 90;
-    else if (look == KeyLook::arrowDown)
-        angle = 180;
-    else if (look == KeyLook::arrowLeft)
-        angle = 270;
-    const qreal size = unit * 0.14;
-    painter.save();
-    painter.translate(place.left() + size * 1.15, place.top() + size * 1.25);
-    painter.rotate(angle);
-    QPainterPath path(QPointF(0, size));
-    path.lineTo(0, -size);
-    path.moveTo(-size * 0.72, -size * 0.25);
-    path.lineTo(0, -size);
-    path.lineTo(size * 0.72, -size * 0.25);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, std::max(1.2, unit * 0.038), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPath(path);
-    painter.restore();
-}
-
-void paintEject(QPainter &painter, const QRectF &place, qreal unit, const QColor &color)
-{
-    const qreal size = unit * 0.13;
-    const QPointF center(place.left() + size * 1.2, place.top() + size * 1.15);
-    QPainterPath path(center + QPointF(-size, size * 0.3));
-    path.lineTo(center + QPointF(0, -size * 0.8));
-    path.lineTo(center + QPointF(size, size * 0.3));
-    path.closeSubpath();
-    path.addRect(QRectF(center.x() - size, center.y() + size * 0.6, size * 2, size * 0.42));
-    painter.fillPath(path, color);
-}
-
-void paintLegend(QPainter &painter, const QRectF &face, qreal unit, const KeycapState &state, const QColor &color)
-{
-    const qreal inset = unit * legendInset;
-    const QRectF place = face.adjusted(inset, inset * 0.7, -inset * 0.35, -inset * 0.6);
-    painter.setPen(color);
-    switch (state.look) {
-    case KeyLook::letter:
-        paintCharacters(painter, place, unit, state);
-        break;
-    case KeyLook::word:
-        paintWords(painter, place, unit, state);
-        break;
-    case KeyLook::function:
-    case KeyLook::extra:
-        setFittingFont(painter, legendText(state.legend), unit * 0.25, place.width(), QFont::DemiBold);
-        painter.drawText(place, Qt::AlignLeft | Qt::AlignTop, legendText(state.legend));
-        break;
-    case KeyLook::blank:
-        break;
-    case KeyLook::eject:
-        paintEject(painter, place, unit, color);
-        break;
-    default:
-        paintArrow(painter, place, unit, state.look, color);
-    }
-}
-
 // A key without a place among the assignments: no cap to press, only a dashed outline.
 void paintFixedKey(QPainter &painter, const QRectF &foot, qreal unit, const KeycapState &state, const QPalette &palette)
 {
@@ -243,7 +104,7 @@ void paintFixedKey(QPainter &painter, const QRectF &foot, qreal unit, const Keyc
     painter.setPen(QPen(line, std::max(1.0, unit * 0.025), Qt::DashLine));
     painter.drawRoundedRect(outline, unit * baseRadius, unit * baseRadius);
     const QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
-    paintLegend(painter, face, unit, state, dark ? line.lighter(115) : line.darker(115));
+    paintKeyLegend(painter, face, unit, {state.look, state.legend, state.upperLegend}, dark ? line.lighter(115) : line.darker(115));
 }
 
 void paintRing(QPainter &painter, const QRectF &place, qreal unit, const QColor &color)
@@ -281,29 +142,46 @@ QRectF faceOn(const QRectF &foot, const Body &body)
     return body.isRaised ? face.translated(0, -unit * 0.015) : face;
 }
 
+// A rounded rectangle that goes from `top` to `bottom`, in a layer of its own. The colour is laid over a plain shape: Qt
+// hands an antialiased shape filled with a gradient to a pool of threads, and waiting for them takes longer than to paint.
+QPixmap shadedLayer(const QSizeF &size, qreal devicePixelRatio, const QRectF &shape, qreal radius, const QColor &top,
+                    const QColor &bottom)
+{
+    QPixmap layer = transparentPixmap(size, devicePixelRatio);
+    QPainter painter(&layer);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(top);
+    painter.drawRoundedRect(shape, radius, radius);
+    QLinearGradient shade(shape.topLeft(), shape.bottomLeft());
+    shade.setColorAt(0, top);
+    shade.setColorAt(1, bottom);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    painter.fillRect(shape.toAlignedRect(), shade);
+    return layer;
+}
+
 void paintBody(QPainter &painter, const Body &body)
 {
     const qreal unit = body.unit;
+    const qreal ratio = painter.device()->devicePixelRatio();
     const Colors &colors = body.colors;
     const QRectF foot = footIn(QRectF(QPointF(), body.size), unit);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
     if (body.hasShadow) {
+        painter.setCompositionMode(QPainter::CompositionMode_Source); // onto nothing; blending would go to the threads
+        painter.setPen(Qt::NoPen);
         painter.setBrush(QColor(0, 0, 0, body.isDark ? 110 : 45));
         painter.drawRoundedRect(foot.translated(0, unit * (body.isRaised ? 0.045 : 0.03)), unit * baseRadius,
                                 unit * baseRadius);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     }
-    QLinearGradient footShade(foot.topLeft(), foot.bottomLeft());
-    footShade.setColorAt(0, mixed(colors.foot, colors.faceTop, 0.35));
-    footShade.setColorAt(1, colors.foot);
-    painter.setBrush(footShade);
-    painter.drawRoundedRect(foot, unit * baseRadius, unit * baseRadius);
-
+    painter.drawPixmap(QPointF(), shadedLayer(body.size, ratio, foot, unit * baseRadius,
+                                              mixed(colors.foot, colors.faceTop, 0.35), colors.foot));
     const QRectF face = faceOn(foot, body);
-    QLinearGradient faceShade(face.topLeft(), face.bottomLeft());
-    faceShade.setColorAt(0, colors.faceBottom);
-    faceShade.setColorAt(1, colors.faceTop);
-    painter.setBrush(faceShade);
+    painter.drawPixmap(QPointF(), shadedLayer(body.size, ratio, face, unit * faceRadius, colors.faceBottom, colors.faceTop));
+    painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(colors.edge, std::max(0.75, unit * 0.015)));
     painter.drawRoundedRect(face, unit * faceRadius, unit * faceRadius);
 }
@@ -341,7 +219,7 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     painter.drawPixmap(place.topLeft(), bodyPixmap(body, painter.device()->devicePixelRatio()));
 
     const QRectF face = faceOn(foot, body);
-    paintLegend(painter, face, unit, state, colors.legend);
+    paintKeyLegend(painter, face, unit, {state.look, state.legend, state.upperLegend}, colors.legend);
     const qreal size = std::max(minimumMarkPixels, unit * markSize);
     const QRectF mark(face.right() - size - unit * 0.035, face.bottom() - size - unit * 0.035, size, size);
     paintKeyMark(painter, mark, state.mark, palette, state.isEnabled);
@@ -359,9 +237,7 @@ void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QSt
                    bool isEnabled)
 {
     painter.save();
-    QFont font = QGuiApplication::font();
-    font.setPixelSize(std::max(8, qRound(unit * 0.3)));
-    font.setWeight(QFont::DemiBold);
+    QFont font = keyLegendFont(std::max(8, qRound(unit * 0.3)), QFont::DemiBold);
     font.setLetterSpacing(QFont::PercentageSpacing, 130);
     painter.setFont(font);
     const bool dark = isDark(palette);
