@@ -14,6 +14,7 @@
 #include "keys/keyboardkeyscontroller.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "platform/messageport.h"
 #include "platform/spinner.h"
 #include "profiles/keyboardprofilescontroller.h"
 
@@ -94,7 +95,9 @@ void KeyboardMainController::createLocalPort()
 void KeyboardMainController::initializeDevice()
 {
     closeRestoringStateWindow();
-    QGuiApplication::sync(); // the sheet is to be off the screen while this thread waits
+    // Without a daemon this thread is about to wait for seconds; the sheet is to be off the screen meanwhile.
+    if (!RemoteMessagePort::open(DaemonProtocol::requestPortName))
+        QGuiApplication::sync();
     mLocalMessagePort->waitUntilServing(replyPortStartLimitMs);
     sendDaemonRequest(DaemonCommands::openDevice(replyPortName, kestraPlistPath()), int(Command::openDevice));
     waitForReply();
