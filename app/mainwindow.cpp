@@ -114,9 +114,12 @@ QWidget *MainWindow::createHeader()
     layout->addSpacing(8);
     layout->addWidget(mOutlets.mBusyIndicator);
     layout->addStretch();
-    addHeaderButton(layout, "mFBButton", "lkeySocialNetworkPage", &KeyboardMainController::clickFBButton);
-    addHeaderButton(layout, "mTwitterButton", "lkeyCommunityFeed", &KeyboardMainController::clickTwitterButton);
-    addHeaderButton(layout, "mQuillClubButton", "lkeyCommunityPage", &KeyboardMainController::clickQuillClubButton);
+    addHeaderButton(layout, "mFBButton", "lkeySocialNetworkPage",
+                    [this](QObject *sender) { mController->clickFBButton(sender); });
+    addHeaderButton(layout, "mTwitterButton", "lkeyCommunityFeed",
+                    [this](QObject *sender) { mController->clickTwitterButton(sender); });
+    addHeaderButton(layout, "mQuillClubButton", "lkeyCommunityPage",
+                    [this](QObject *sender) { mController->clickQuillClubButton(sender); });
     mOutlets.mHelpButton = new QPushButton(localizedText("lkeyHelp"));
     mOutlets.mHelpButton->setObjectName("mHelpButton"_L1);
     mOutlets.mHelpButton->setShortcut(QKeySequence::HelpContents);
@@ -127,14 +130,14 @@ QWidget *MainWindow::createHeader()
 }
 
 void MainWindow::addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
-                                 void (KeyboardMainController::*action)(QObject *))
+                                 const std::function<void(QObject *sender)> &action)
 {
     auto *button = new QToolButton;
     button->setObjectName(QLatin1StringView(objectName));
     button->setText(localizedText(textKey));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::StrongFocus);
-    connect(button, &QToolButton::clicked, mController, [this, button, action] { (mController->*action)(button); });
+    connect(button, &QToolButton::clicked, mController, [button, action] { action(button); });
     layout->addWidget(button);
 }
 

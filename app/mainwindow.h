@@ -6,6 +6,8 @@
 
 #include <QMainWindow>
 
+#include <functional>
+
 class KeyboardMainController;
 class QHBoxLayout;
 
@@ -29,7 +31,7 @@ private:
     void createDeviceNotFoundSheet();
     void createRestoringStateSheet();
     void addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
-                         void (KeyboardMainController::*action)(QObject *));
+                         const std::function<void(QObject *sender)> &action);
 
     KeyboardMainController *mController = nullptr;
     MainWindowOutlets mOutlets;
