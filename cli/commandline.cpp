@@ -45,7 +45,8 @@ void printHelp(Console &console)
     console.print(u"KEY is a key's name (A, F1, LeftShift, NumPadSeven, M1) or its HID usage (225, 0x04)."_s);
     console.print(u"MODIFIER is a modifier key's name (LeftControl, RightShift)."_s);
     console.print(u"N is a number: the first profile, and the first macro, is 0.\n"_s);
-    console.print(u"Exit codes: 0 done, 1 refused by the daemon, 2 wrong usage, 3 no daemon, 4 no answer."_s);
+    console.print(u"Exit codes: 0 done, 1 refused by the daemon, 2 wrong usage, 3 no daemon, 4 no answer, "
+                  "5 results not written."_s);
 }
 
 ExitCode printHelpFor(const QStringList &words, Console &console)

@@ -8,4 +8,5 @@ enum class ExitCode : int {
     usage = 2,    ///< wrong command, argument or option; nothing was sent that changes anything
     noDaemon = 3, ///< no daemon on the session bus, or no session bus
     noAnswer = 4, ///< the daemon did not answer in time
+    noOutput = 5, ///< done, but the results could not be written (a full disk, for example)
 };

@@ -6,6 +6,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
@@ -15,5 +17,10 @@ int main(int argc, char *argv[])
     if (!results.open(stdout, QIODevice::WriteOnly) || !errors.open(stderr, QIODevice::WriteOnly))
         return static_cast<int>(ExitCode::usage);
     Console console(results, errors);
-    return static_cast<int>(runCommandLine(QCoreApplication::arguments().sliced(1), console));
+    const ExitCode code = runCommandLine(QCoreApplication::arguments().sliced(1), console);
+    // A backup that a full disk cut short must not look like a good one.
+    const bool isWritten = results.flush() && results.error() == QFileDevice::NoError;
+    if (code == ExitCode::ok && !isWritten)
+        return static_cast<int>(console.fail(ExitCode::noOutput, u"the results could not be written: "_s + results.errorString()));
+    return static_cast<int>(code);
 }

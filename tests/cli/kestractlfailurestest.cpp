@@ -66,6 +66,7 @@ class TestKestractlFailures : public QObject
 private Q_SLOTS:
     void helpNeedsNoDaemon_data();
     void helpNeedsNoDaemon();
+    void unwrittenResultsAreTold();
     void wrongUsageIsTold_data();
     void wrongUsageIsTold();
     void missingDaemonIsTold_data();
@@ -101,6 +102,16 @@ void TestKestractlFailures::helpNeedsNoDaemon()
     QCOMPARE(result.exitCode, 0);
     QVERIFY2(result.text().contains(word), result.output.constData());
     QCOMPARE(result.errorText(), QString());
+}
+
+void TestKestractlFailures::unwrittenResultsAreTold()
+{
+    QProcess process;
+    process.setStandardOutputFile(u"/dev/full"_s);
+    startKestractl(process, {u"--help"_s}, QProcessEnvironment::systemEnvironment());
+    const KestractlResult result = finishedResult(process);
+    QCOMPARE(result.exitCode, 5);
+    QVERIFY2(result.errorText().contains(u"could not be written"_s), result.errors.constData());
 }
 
 void TestKestractlFailures::wrongUsageIsTold_data()
