@@ -11,9 +11,9 @@ int runConfigurator(int argc, char *argv[]);
 /// How the program was launched, as its command line and the session manager tell.
 struct Launch
 {
-    bool isRestored = false;       ///< --restored, or restored by the session manager
-    bool isForBackground = false;  ///< --background: started at login
-    bool isWithoutNotice = false;  ///< --no-launch-notice
+    bool isRestored = false;      ///< --restored, or restored by the session manager
+    bool isForBackground = false; ///< --background: started at login
+    bool isWithoutNotice = false; ///< --no-launch-notice
     QStringList files;
 };
 

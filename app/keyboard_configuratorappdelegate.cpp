@@ -13,8 +13,7 @@ Keyboard_ConfiguratorAppDelegate::Keyboard_ConfiguratorAppDelegate(QWidget *main
                                                                    KeyboardMainController *mainController,
                                                                    std::chrono::milliseconds pollInterval,
                                                                    QObject *parent)
-    : QObject(parent), window(mainWindow), mKeyboardMainController(mainController),
-      mDaemonPollInterval(pollInterval)
+    : QObject(parent), window(mainWindow), mKeyboardMainController(mainController), mDaemonPollInterval(pollInterval)
 {
 }
 

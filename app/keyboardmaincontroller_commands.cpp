@@ -67,8 +67,8 @@ void KeyboardMainController::addNewProfileWithSettings(const QVariantMap &profil
 
 void KeyboardMainController::updateProfileWithIDAndSettings(int profileID, const QVariantMap &settings)
 {
-    applyReturnedDocument(replyTo(Command::updateProfile, DaemonCommands::updateProfile(mDevicePID, replyPortName,
-                                                                                        profileID, settings)));
+    applyReturnedDocument(
+        replyTo(Command::updateProfile, DaemonCommands::updateProfile(mDevicePID, replyPortName, profileID, settings)));
 }
 
 void KeyboardMainController::renameProfileWithProfileIDAndSettings(int profileID, const QVariantMap &profile)
@@ -182,8 +182,7 @@ void KeyboardMainController::getMacroDetailsForMacroAtIndex(int macroIndex)
 
 void KeyboardMainController::removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex)
 {
-    (void)replyTo(Command::removeEvent,
-                  DaemonCommands::removeEvent(mDevicePID, replyPortName, eventIndex, macroIndex));
+    (void)replyTo(Command::removeEvent, DaemonCommands::removeEvent(mDevicePID, replyPortName, eventIndex, macroIndex));
 }
 
 void KeyboardMainController::removeAllEventsForMacroAtIndex(int macroIndex)

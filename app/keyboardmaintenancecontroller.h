@@ -6,7 +6,6 @@
 #include <QPointer>
 #include <QWidget>
 
-
 class KeyboardMaintenanceController : public QObject
 {
     Q_OBJECT

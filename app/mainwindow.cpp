@@ -8,8 +8,8 @@
 #include "keys/keyboardkeyscontroller.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
-#include "platform/spinner.h"
 #include "platform/sheet.h"
+#include "platform/spinner.h"
 #include "platform/tabview.h"
 #include "profiles/keyboardprofilescontroller.h"
 

@@ -75,7 +75,8 @@ void compileProfile(benchmark::State &state)
     const std::size_t allocationsBefore = allocations;
     for (auto _ : state)
         engine.setKeyMap(KeyMap(profile));
-    state.counters["allocations"] = benchmark::Counter(double(allocations - allocationsBefore), benchmark::Counter::kAvgIterations);
+    state.counters["allocations"] =
+        benchmark::Counter(double(allocations - allocationsBefore), benchmark::Counter::kAvgIterations);
 }
 
 BENCHMARK(compileProfile)->Unit(benchmark::kMicrosecond);
@@ -89,6 +90,7 @@ int main(int argc, char **argv)
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
     benchmark::RunSpecifiedBenchmarks();
-    std::printf("one event, four other keys held: %.0f ns, %.2f allocations\n", secondsPerEvent * 1e9, allocationsPerEvent);
+    std::printf("one event, four other keys held: %.0f ns, %.2f allocations\n", secondsPerEvent * 1e9,
+                allocationsPerEvent);
     return 0;
 }

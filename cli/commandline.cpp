@@ -64,7 +64,8 @@ ExitCode printHelpFor(const QStringList &words, Console &console)
             console.print(line);
         found = true;
     }
-    return found ? ExitCode::ok : console.fail(ExitCode::usage, u"no command \"%1\" (see kestractl --help)"_s.arg(wanted));
+    return found ? ExitCode::ok
+                 : console.fail(ExitCode::usage, u"no command \"%1\" (see kestractl --help)"_s.arg(wanted));
 }
 
 /// The row whose name the words begin with; two words before one.

@@ -78,8 +78,8 @@ DaemonClient::Answer DaemonClient::sendChecked(Command command, const QVariantMa
     const QVariant status = answer.reply.value(DaemonProtocol::returnStatus);
     if (status.isValid() && status.toInt() != 0) {
         answer.failure = ExitCode::refused;
-        answer.reason = u"the daemon refused command %1 with status %2"_s.arg(static_cast<qint32>(command))
-                            .arg(status.toInt());
+        answer.reason =
+            u"the daemon refused command %1 with status %2"_s.arg(static_cast<qint32>(command)).arg(status.toInt());
     }
     return answer;
 }

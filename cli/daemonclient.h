@@ -35,7 +35,8 @@ public:
     /// port and the sender are added here.
     [[nodiscard]] Answer send(DaemonProtocol::Command command, const QVariantMap &request = {});
 
-    /// As send(), and a "ReturnStatus" other than 0 is a failure too (not for openDevice, whose status is a found flag).
+    /// As send(), and a "ReturnStatus" other than 0 is a failure too (not for openDevice, whose status is a found
+    /// flag).
     [[nodiscard]] Answer sendChecked(DaemonProtocol::Command command, const QVariantMap &request = {});
 
     /// The whole settings document (in `reply`).

@@ -65,7 +65,8 @@ std::optional<int> repeatValue(const QString &text)
         return KeyMappings::repeatUntilPressedAgainValue;
     bool isNumber = false;
     const int times = text.toInt(&isNumber);
-    const bool isOpenEnded = times == KeyMappings::repeatUntilReleasedValue || times == KeyMappings::repeatUntilPressedAgainValue;
+    const bool isOpenEnded =
+        times == KeyMappings::repeatUntilReleasedValue || times == KeyMappings::repeatUntilPressedAgainValue;
     const auto modes = KeyMappings::repeatModes();
     if (!isNumber || isOpenEnded || std::ranges::find(modes, times, &KeyMappings::RepeatMode::value) == modes.end())
         return {};
@@ -76,11 +77,14 @@ NewAssignment makeMacro(const AssignmentWords &words)
 {
     const std::optional<int> repeat = repeatValue(words.optionValue);
     if (!repeat)
-        return refused(u"\"%1\" is no way to repeat a macro: once, until-released, until-pressed-again or 2 to 10"_s.arg(words.optionValue));
+        return refused(
+            u"\"%1\" is no way to repeat a macro: once, until-released, until-pressed-again or 2 to 10"_s.arg(
+                words.optionValue));
     QString problem;
     const QVariantList macros = words.document.value(SettingsKeys::macros).toList();
     const std::optional<int> number = existingRecordNumber(words.argument, macros, macroKind, problem);
-    return number ? NewAssignment{.assignment = Assignment::playMacro, .param1 = *number, .param2 = *repeat} : refused(problem);
+    return number ? NewAssignment{.assignment = Assignment::playMacro, .param1 = *number, .param2 = *repeat}
+                  : refused(problem);
 }
 
 NewAssignment makeProfile(const AssignmentWords &words)
@@ -97,7 +101,8 @@ NewAssignment makeLaunch(const AssignmentWords &words)
     const QFileInfo file(QFileInfo(words.argument).canonicalFilePath());
     if (file.filePath().isEmpty())
         return refused(u"there is no \"%1\""_s.arg(words.argument));
-    const bool isBundle = file.isDir() && file.suffix() == "app"_L1 && QFileInfo::exists(file.filePath() + u"/Contents/Info.plist"_s);
+    const bool isBundle =
+        file.isDir() && file.suffix() == "app"_L1 && QFileInfo::exists(file.filePath() + u"/Contents/Info.plist"_s);
     const bool isEntry = file.isFile() && file.suffix() == "desktop"_L1 && DesktopEntry::read(file.filePath());
     if (!isBundle && !isEntry)
         return refused(u"\"%1\" is neither a desktop entry nor an application bundle"_s.arg(words.argument));
@@ -123,10 +128,17 @@ NewAssignment makeDefault(const AssignmentWords &words)
 
 // In the order of the configurator's pop-up, but for the default.
 constexpr AssignmentKind kinds[] = {
-    {"single"_L1, "KEY"_L1, "--modifiers"_L1, "MODIFIER,..."_L1, "make it send another key, with modifiers"_L1, makeSingleKey},
-    {"macro"_L1, "N|NAME"_L1, "--repeat"_L1, "once|until-released|until-pressed-again|2..10"_L1, "make it play a macro"_L1, makeMacro},
+    {"single"_L1, "KEY"_L1, "--modifiers"_L1, "MODIFIER,..."_L1, "make it send another key, with modifiers"_L1,
+     makeSingleKey},
+    {"macro"_L1, "N|NAME"_L1, "--repeat"_L1, "once|until-released|until-pressed-again|2..10"_L1,
+     "make it play a macro"_L1, makeMacro},
     {"profile"_L1, "N|NAME"_L1, {}, {}, "make it switch to a profile"_L1, makeProfile},
-    {"launch"_L1, "PATH"_L1, {}, {}, "make it start an application: a desktop entry or an application bundle"_L1, makeLaunch},
+    {"launch"_L1,
+     "PATH"_L1,
+     {},
+     {},
+     "make it start an application: a desktop entry or an application bundle"_L1,
+     makeLaunch},
     {"disable"_L1, {}, {}, {}, "make it do nothing"_L1, makeDisabled},
     {"default"_L1, {}, {}, {}, "make it do what the keyboard does by default"_L1, makeDefault},
 };

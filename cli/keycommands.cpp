@@ -43,8 +43,9 @@ ExitCode assignKey(CommandContext &context, const QVariantMap &document, int cod
                                           .document = document});
     if (made.isRefused())
         return context.console.fail(ExitCode::usage, made.problem);
-    const QVariantMap keys = KeyMappings::withEntry(activeProfileRecord(document).value(SettingsKeys::keys).toMap(),
-                                                    KeyLayout::codeText(code), made.assignment, made.param1, made.param2);
+    const QVariantMap keys =
+        KeyMappings::withEntry(activeProfileRecord(document).value(SettingsKeys::keys).toMap(),
+                               KeyLayout::codeText(code), made.assignment, made.param1, made.param2);
     const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
     const DaemonClient::Answer answer = context.daemon.sendChecked(
         DaemonProtocol::Command::updateProfile,
@@ -68,12 +69,14 @@ ExitCode showOrAssignKey(CommandContext &context)
     if (context.arguments.size() > 1) {
         kind = findAssignmentKind(context.arguments.at(1));
         if (!kind)
-            return context.console.fail(ExitCode::usage, u"\"%1\" is no assignment (see kestractl help key)"_s.arg(context.arguments.at(1)));
+            return context.console.fail(
+                ExitCode::usage, u"\"%1\" is no assignment (see kestractl help key)"_s.arg(context.arguments.at(1)));
         const QString problem = problemOfWords(context, *kind);
         if (!problem.isEmpty())
             return context.console.fail(ExitCode::usage, problem);
     } else if (context.hasOption(Options::modifiers) || context.hasOption(Options::repeat)) {
-        return context.console.fail(ExitCode::usage, u"--modifiers and --repeat go with an assignment (see kestractl help key)"_s);
+        return context.console.fail(ExitCode::usage,
+                                    u"--modifiers and --repeat go with an assignment (see kestractl help key)"_s);
     }
     const DaemonClient::Answer document = context.daemon.document();
     if (!document.ok())

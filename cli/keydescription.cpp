@@ -72,7 +72,8 @@ QString describeKey(const QVariantMap &document, int code)
     if (entry.is(Assignment::switchProfile))
         return namedRecord(profileKind, entry.param1, document.value(SettingsKeys::profiles));
     if (entry.is(Assignment::playMacro))
-        return namedRecord(macroKind, entry.param1, document.value(SettingsKeys::macros)) + u", "_s + repeatWords(entry.param2);
+        return namedRecord(macroKind, entry.param1, document.value(SettingsKeys::macros)) + u", "_s
+               + repeatWords(entry.param2);
     return u"assignment %1, which does nothing"_s.arg(entry.command);
 }
 

@@ -21,6 +21,7 @@ int main(int argc, char *argv[])
     // A backup that a full disk cut short must not look like a good one.
     const bool isWritten = results.flush() && results.error() == QFileDevice::NoError;
     if (code == ExitCode::ok && !isWritten)
-        return static_cast<int>(console.fail(ExitCode::noOutput, u"the results could not be written: "_s + results.errorString()));
+        return static_cast<int>(
+            console.fail(ExitCode::noOutput, u"the results could not be written: "_s + results.errorString()));
     return static_cast<int>(code);
 }

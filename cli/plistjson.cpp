@@ -29,14 +29,10 @@ QJsonArray jsonFromArray(const QVariantList &array)
 QJsonValue jsonFromPropertyList(const QVariant &value)
 {
     switch (value.typeId()) {
-    case QMetaType::QVariantMap:
-        return jsonFromDictionary(value.toMap());
-    case QMetaType::QVariantList:
-        return jsonFromArray(value.toList());
-    case QMetaType::QByteArray:
-        return QString::fromLatin1(value.toByteArray().toBase64());
-    case QMetaType::QDateTime:
-        return value.toDateTime().toUTC().toString(Qt::ISODateWithMs);
+    case QMetaType::QVariantMap: return jsonFromDictionary(value.toMap());
+    case QMetaType::QVariantList: return jsonFromArray(value.toList());
+    case QMetaType::QByteArray: return QString::fromLatin1(value.toByteArray().toBase64());
+    case QMetaType::QDateTime: return value.toDateTime().toUTC().toString(Qt::ISODateWithMs);
     case QMetaType::ULongLong:
         // JSON readers keep 53 bits anyway; what fits a signed number stays exact here.
         if (value.toULongLong() > static_cast<qulonglong>(std::numeric_limits<qint64>::max()))
@@ -48,9 +44,7 @@ QJsonValue jsonFromPropertyList(const QVariant &value)
     case QMetaType::UInt:
     case QMetaType::LongLong:
     case QMetaType::Float:
-    case QMetaType::Double:
-        return QJsonValue::fromVariant(value);
-    default:
-        return QJsonValue::Null;
+    case QMetaType::Double: return QJsonValue::fromVariant(value);
+    default: return QJsonValue::Null;
     }
 }

@@ -5,10 +5,13 @@
 
 using namespace Qt::StringLiterals;
 
-const RecordKind profileKind{.word = "profile"_L1, .nameKey = SettingsKeys::profileName, .listCommand = "kestractl profile list"_L1};
-const RecordKind macroKind{.word = "macro"_L1, .nameKey = SettingsKeys::macroName, .listCommand = "kestractl document"_L1};
+const RecordKind profileKind{
+    .word = "profile"_L1, .nameKey = SettingsKeys::profileName, .listCommand = "kestractl profile list"_L1};
+const RecordKind macroKind{
+    .word = "macro"_L1, .nameKey = SettingsKeys::macroName, .listCommand = "kestractl document"_L1};
 
-std::optional<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind, QString &problem)
+std::optional<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
+                                QString &problem)
 {
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
@@ -29,7 +32,8 @@ std::optional<int> recordNumber(const QString &text, const QVariantList &records
     return found;
 }
 
-std::optional<int> existingRecordNumber(const QString &text, const QVariantList &records, const RecordKind &kind, QString &problem)
+std::optional<int> existingRecordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
+                                        QString &problem)
 {
     const std::optional<int> number = recordNumber(text, records, kind, problem);
     if (!number || (*number >= 0 && *number < records.size()))

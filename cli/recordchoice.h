@@ -19,11 +19,11 @@ struct RecordKind
 extern const RecordKind profileKind;
 extern const RecordKind macroKind;
 
-/// The number that `text` means: a number is taken as it is, whether there is such a record or not; a name must be borne
-/// by exactly one of `records`. Absent with `problem` set otherwise.
+/// The number that `text` means: a number is taken as it is, whether there is such a record or not; a name must be
+/// borne by exactly one of `records`. Absent with `problem` set otherwise.
 [[nodiscard]] std::optional<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
                                               QString &problem);
 
 /// As recordNumber(), and a record with that number must be there.
-[[nodiscard]] std::optional<int> existingRecordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
-                                                      QString &problem);
+[[nodiscard]] std::optional<int> existingRecordNumber(const QString &text, const QVariantList &records,
+                                                      const RecordKind &kind, QString &problem);

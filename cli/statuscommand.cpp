@@ -19,7 +19,9 @@ QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, Da
     const std::optional<bool> attached = VirtualKeyboardClient::isAttached();
     const std::optional<QString> firmware = attached.value_or(false) ? daemon.firmwareVersion() : std::nullopt;
     return {{u"daemon"_s, u"running"_s},
-            {u"keyboard"_s, !attached ? u"unknown"_s : *attached ? u"attached"_s : u"not attached"_s},
+            {u"keyboard"_s, !attached   ? u"unknown"_s
+                            : *attached ? u"attached"_s
+                                        : u"not attached"_s},
             {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()},
             {u"activeProfile"_s, device.value(SettingsKeys::activeProfile).toInt()},
             {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},

@@ -19,8 +19,8 @@ constexpr int callLimitMs = 5000;
 
 QDBusMessage callDaemon(QLatin1StringView interface, QLatin1StringView method, const QVariantList &arguments)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), objectPath,
-                                                          interface, method);
+    QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
+                                                          objectPath, interface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
     return QDBusConnection::sessionBus().call(message, QDBus::Block, callLimitMs);
@@ -31,7 +31,8 @@ VirtualKeyboardResult resultOf(const QDBusMessage &reply)
     if (reply.type() == QDBusMessage::ReplyMessage)
         return {};
     const QString error = reply.errorName();
-    if (error == "org.freedesktop.DBus.Error.ServiceUnknown"_L1 || error == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1
+    if (error == "org.freedesktop.DBus.Error.ServiceUnknown"_L1
+        || error == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1
         || error == "org.freedesktop.DBus.Error.Disconnected"_L1)
         return {ExitCode::noDaemon, u"the daemon is not running"_s};
     if (error == "org.freedesktop.DBus.Error.NoReply"_L1 || error == "org.freedesktop.DBus.Error.Timeout"_L1)

@@ -66,7 +66,8 @@ public:
     {
         mWatcher.setConnection(connection);
         mWatcher.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
-        QObject::connect(&mWatcher, &QDBusServiceWatcher::serviceUnregistered, &mWatcher, [this] { mVanished(mPortName); });
+        QObject::connect(&mWatcher, &QDBusServiceWatcher::serviceUnregistered, &mWatcher,
+                         [this] { mVanished(mPortName); });
     }
 
     void watch(const QString &portName)
@@ -77,7 +78,8 @@ public:
         mWatcher.setWatchedServices(portName.isEmpty() ? QStringList() : QStringList{messagePortBusName(portName)});
         // It may have gone before the watch began. Told later, when the caller has done what the watch is for.
         if (!portName.isEmpty() && !RemoteMessagePort::open(portName))
-            QMetaObject::invokeMethod(&mWatcher, [this, portName] { mVanished(portName); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                &mWatcher, [this, portName] { mVanished(portName); }, Qt::QueuedConnection);
     }
 
 private:
@@ -122,13 +124,14 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
     DistributedNotificationCenter notifications(bus);
 
     const StartDocument start = startDocument(store);
-    DeviceDaemon daemon(store, keyboard,
-                        {.sendReply = sendReply,
-                         .postNotification = [&](const QString &name, const QVariantMap &info) { notifications.post(name, info); },
-                         .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
-                         .launchProgram = ProgramLauncher::launch,
-                         .now = [&] { return std::chrono::milliseconds(clock.elapsed()); }},
-                        start.document);
+    DeviceDaemon daemon(
+        store, keyboard,
+        {.sendReply = sendReply,
+         .postNotification = [&](const QString &name, const QVariantMap &info) { notifications.post(name, info); },
+         .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
+         .launchProgram = ProgramLauncher::launch,
+         .now = [&] { return std::chrono::milliseconds(clock.elapsed()); }},
+        start.document);
     daemon.setAwaitsFactorySettings(start.isMinimal);
     daemonPointer = &daemon;
     VirtualKeyboardObject keyboardObject(keyboard);
@@ -139,7 +142,8 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
 
     // The message is taken at once and handled when its sender has its empty answer.
     const auto take = [&daemon](qint32 number, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
-        QMetaObject::invokeMethod(&daemon, [&daemon, number, data] { daemon.handleMessage(number, data); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &daemon, [&daemon, number, data] { daemon.handleMessage(number, data); }, Qt::QueuedConnection);
         return {};
     };
     const std::unique_ptr<LocalMessagePort> port = LocalMessagePort::create(DaemonProtocol::requestPortName, take, bus);

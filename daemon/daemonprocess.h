@@ -4,10 +4,10 @@
 
 /// Exit codes of the daemon.
 enum class DaemonExit : int {
-    ended = 0,             ///< by SIGTERM, SIGINT or SIGHUP
-    noBus = 2,             ///< there is no session bus, or it went away
-    alreadyRunning = 3,    ///< the request port has an owner, or another daemon uses the state folder
-    folderUnusable = 4,    ///< the state folder cannot be made or written
+    ended = 0,          ///< by SIGTERM, SIGINT or SIGHUP
+    noBus = 2,          ///< there is no session bus, or it went away
+    alreadyRunning = 3, ///< the request port has an owner, or another daemon uses the state folder
+    folderUnusable = 4, ///< the state folder cannot be made or written
 };
 
 /// Serves until a signal ends it; returns the exit code. Needs a QCoreApplication.

@@ -32,7 +32,8 @@ QString sourceAppOf(const QVariantMap &values, const QString &replyPort)
 {
     if (const auto given = RequestReader::text(values, DaemonProtocol::sourceApp))
         return *given;
-    return replyPort == DaemonProtocol::configuratorReplyPortName ? QString(DaemonProtocol::configuratorIdentifier) : replyPort;
+    return replyPort == DaemonProtocol::configuratorReplyPortName ? QString(DaemonProtocol::configuratorIdentifier)
+                                                                  : replyPort;
 }
 
 // 1, true and 1.0 compare equal as values but are not the same on disk.
@@ -89,17 +90,10 @@ void DeviceDaemon::handle(const Request &request)
         return;
     }
     switch (static_cast<Command>(request.number)) {
-    case Command::queryFirmwareVersion:
-        answerFirmwareQuery();
-        return;
-    case Command::releaseDevice:
-        setCapture(Capture::none, {}, "the client releases the device");
-        return;
-    case Command::saveRecordedEvents:
-        handleSaveRecordedEvents(request);
-        return;
-    default:
-        break;
+    case Command::queryFirmwareVersion: answerFirmwareQuery(); return;
+    case Command::releaseDevice: setCapture(Capture::none, {}, "the client releases the device"); return;
+    case Command::saveRecordedEvents: handleSaveRecordedEvents(request); return;
+    default: break;
     }
     const std::optional<Answer> answer = handleDeviceCommand(request);
     reply(request, answer ? answer->status : Status::unknownCommand, answer ? answer->reply : QVariantMap());
@@ -171,10 +165,11 @@ void DeviceDaemon::answerFirmwareQuery()
 {
     const bool isAttached = mKeyboard.isAttached();
     const Status status = isAttached ? Status::ok : Status::deviceAbsent;
-    mOutlets.postNotification(DaemonProtocol::commandReplyNotification(DaemonProtocol::productId),
-                              {{DaemonProtocol::messageId, static_cast<int>(Command::queryFirmwareVersion)},
-                               {DaemonProtocol::returnStatus, static_cast<int>(status)},
-                               {DaemonProtocol::firmwareVersion, isAttached ? mKeyboard.firmwareVersion() : QString()}});
+    mOutlets.postNotification(
+        DaemonProtocol::commandReplyNotification(DaemonProtocol::productId),
+        {{DaemonProtocol::messageId, static_cast<int>(Command::queryFirmwareVersion)},
+         {DaemonProtocol::returnStatus, static_cast<int>(status)},
+         {DaemonProtocol::firmwareVersion, isAttached ? mKeyboard.firmwareVersion() : QString()}});
 }
 
 // Captures
@@ -300,8 +295,7 @@ void DeviceDaemon::applyDocument()
     mEngine.setKeyMap(KeyMap(profile));
     // The stored number is the client's; the light knows only its own levels.
     mKeyboard.showBrightness(std::clamp(PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal)),
-                                        SettingsDocument::brightnessMinimum,
-                                        SettingsDocument::brightnessMaximum));
+                                        SettingsDocument::brightnessMinimum, SettingsDocument::brightnessMaximum));
     const bool isGameModeOn = SettingsDocument::isGameModeOn(mDocument);
     perform(mEngine.setGameMode(isGameModeOn));
     mKeyboard.showGameMode(isGameModeOn);
@@ -314,7 +308,8 @@ void DeviceDaemon::keyChanged(HidUsage key, bool isDown)
     if (mCapture == Capture::macroRecording) {
         const QStringList lines = mRecorder.record(key, isDown, mOutlets.now());
         if (!lines.isEmpty())
-            mOutlets.postNotification(DaemonProtocol::macroSequenceNotification, {{DaemonProtocol::messagesArray, lines}});
+            mOutlets.postNotification(DaemonProtocol::macroSequenceNotification,
+                                      {{DaemonProtocol::messagesArray, lines}});
     }
     perform(isDown ? mEngine.keyDown(key, mOutlets.now()) : mEngine.keyUp(key, mOutlets.now()));
 }
@@ -325,8 +320,8 @@ void DeviceDaemon::postCapturedKey(HidUsage key, quint8 modifiers)
         return; // recorded already
     // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
     const auto name = mCapture == Capture::singleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey;
-    mOutlets.postNotification(name, {{DaemonProtocol::singleKey, int(key.usage)},
-                                     {DaemonProtocol::singleKeyModifier, int(modifiers)}});
+    mOutlets.postNotification(
+        name, {{DaemonProtocol::singleKey, int(key.usage)}, {DaemonProtocol::singleKeyModifier, int(modifiers)}});
 }
 
 void DeviceDaemon::announceKeyboard()
@@ -386,18 +381,15 @@ void DeviceDaemon::perform(const EngineOutputs &outputs)
         case EngineOutput::Kind::sendUp:
             mKeyboard.send(output.usage, output.kind == EngineOutput::Kind::sendDown);
             break;
-        case EngineOutput::Kind::captured:
-            postCapturedKey(output.usage, output.modifiers);
-            break;
+        case EngineOutput::Kind::captured: postCapturedKey(output.usage, output.modifiers); break;
         case EngineOutput::Kind::switchProfile:
             if (output.profileIndex >= 0 && output.profileIndex < SettingsDocument::profiles(mDocument).size())
                 changeFromKeyboard(SettingsDocument::withActiveProfile(mDocument, output.profileIndex));
             else
-                qCWarning(lcKeyboard, "file: a key is to switch to profile %d, which does not exist", output.profileIndex);
+                qCWarning(lcKeyboard, "file: a key is to switch to profile %d, which does not exist",
+                          output.profileIndex);
             break;
-        case EngineOutput::Kind::launchProgram:
-            mOutlets.launchProgram(output.program);
-            break;
+        case EngineOutput::Kind::launchProgram: mOutlets.launchProgram(output.program); break;
         }
     }
 }

@@ -146,7 +146,8 @@ CommandOutcome changeMacro(const QVariantMap &document, int row, const QVariantM
 }
 
 /// The macro with `events`, which are absent when the display row they were edited by does not exist.
-CommandOutcome changeEvents(const QVariantMap &document, const MacroAddress &address, const std::optional<QVariantList> &events)
+CommandOutcome changeEvents(const QVariantMap &document, const MacroAddress &address,
+                            const std::optional<QVariantList> &events)
 {
     if (!events)
         return failure(document, Status::indexOutOfRange);
@@ -208,7 +209,8 @@ CommandOutcome removeEvent(const QVariantMap &document, const QVariantMap &reque
     const auto eventRow = RequestReader::number(request, DaemonProtocol::macroEventTableIndex);
     if (address.status != Status::ok || !eventRow)
         return failure(document, eventRow ? address.status : Status::malformedRequest);
-    return changeEvents(document, address, MacroRecord::removingEventOfRow(MacroRecord::events(address.macro), *eventRow));
+    return changeEvents(document, address,
+                        MacroRecord::removingEventOfRow(MacroRecord::events(address.macro), *eventRow));
 }
 
 // Both rows of commands 24 and 28 come masked to 8 bits from the configurator. What comes is the row: a client that
@@ -222,7 +224,8 @@ CommandOutcome updateEvent(const QVariantMap &document, const QVariantMap &reque
         return failure(document, Status::malformedRequest);
     if (address.status != Status::ok)
         return failure(document, address.status);
-    return changeEvents(document, address, MacroRecord::replacingEventOfRow(MacroRecord::events(address.macro), *eventRow, *event));
+    return changeEvents(document, address,
+                        MacroRecord::replacingEventOfRow(MacroRecord::events(address.macro), *eventRow, *event));
 }
 
 CommandOutcome readEvent(const QVariantMap &document, const QVariantMap &request)
@@ -271,7 +274,8 @@ CommandOutcome setDelay(const QVariantMap &document, const QVariantMap &request)
         return failure(document, Status::malformedRequest);
     if (address.status != Status::ok)
         return failure(document, address.status);
-    return changeEvents(document, address, MacroRecord::settingDelayOfRow(MacroRecord::events(address.macro), *eventRow, *delayMs));
+    return changeEvents(document, address,
+                        MacroRecord::settingDelayOfRow(MacroRecord::events(address.macro), *eventRow, *delayMs));
 }
 
 constexpr std::array documentCommands{

@@ -12,8 +12,8 @@
 struct CommandOutcome
 {
     Status status = Status::ok;
-    QVariantMap document;      ///< the document afterwards
-    QVariantMap reply;         ///< what the reply holds besides "ReturnStatus" and "ReturnDictionary"
+    QVariantMap document; ///< the document afterwards
+    QVariantMap reply;    ///< what the reply holds besides "ReturnStatus" and "ReturnDictionary"
     bool changesDocument = false;
 };
 
@@ -31,4 +31,5 @@ struct DocumentCommand
 [[nodiscard]] const DocumentCommand *findDocumentCommand(qint32 number);
 
 /// Appends (or, without `isAppended`, sets) recorded events of the macro in `row`.
-[[nodiscard]] CommandOutcome saveEvents(const QVariantMap &document, int row, const QVariantList &events, bool isAppended);
+[[nodiscard]] CommandOutcome saveEvents(const QVariantMap &document, int row, const QVariantList &events,
+                                        bool isAppended);

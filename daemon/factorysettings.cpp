@@ -23,7 +23,8 @@ std::optional<QVariantMap> readFactorySettings(const QString &path)
         document = SettingsDocument::withActiveProfile(document, 0);
     const QString problem = SettingsDocument::problemOf(document);
     if (!problem.isEmpty()) {
-        qCWarning(lcSettings, "file: the factory settings in %s are not valid: %s", qUtf8Printable(path), qUtf8Printable(problem));
+        qCWarning(lcSettings, "file: the factory settings in %s are not valid: %s", qUtf8Printable(path),
+                  qUtf8Printable(problem));
         return {};
     }
     return SettingsDocument::completed(document);

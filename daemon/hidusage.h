@@ -21,10 +21,19 @@ struct HidUsage
 
     auto operator<=>(const HidUsage &) const = default;
 
-    [[nodiscard]] constexpr bool isModifier() const { return page == keyboardPage && usage >= firstModifier && usage <= lastKey; }
-    [[nodiscard]] constexpr bool isCommand() const { return page == keyboardPage && (usage == leftCommand || usage == rightCommand); }
+    [[nodiscard]] constexpr bool isModifier() const
+    {
+        return page == keyboardPage && usage >= firstModifier && usage <= lastKey;
+    }
+    [[nodiscard]] constexpr bool isCommand() const
+    {
+        return page == keyboardPage && (usage == leftCommand || usage == rightCommand);
+    }
     /// The key's bit of the modifier byte; 0 for a key that is no modifier.
-    [[nodiscard]] constexpr quint8 modifierBit() const { return isModifier() ? static_cast<quint8>(1 << (usage - firstModifier)) : 0; }
+    [[nodiscard]] constexpr quint8 modifierBit() const
+    {
+        return isModifier() ? static_cast<quint8>(1 << (usage - firstModifier)) : 0;
+    }
 
     /// Usage page in the upper 16 bits, usage in the lower, as HID descriptors write it.
     [[nodiscard]] constexpr quint32 extended() const { return (quint32(page) << 16) | usage; }

@@ -37,9 +37,7 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
         assignment.kind = Kind::switchProfile;
         assignment.index = fields.param1;
         break;
-    case Assignment::disabled:
-        assignment.kind = Kind::disabled;
-        break;
+    case Assignment::disabled: assignment.kind = Kind::disabled; break;
     case Assignment::launchProgram:
         assignment.kind = Kind::launchProgram;
         assignment.program = fields.programPath;
@@ -68,6 +66,7 @@ KeyMap::KeyMap(const QVariantMap &profile) : KeyMap()
         bool isNumber = false;
         const int key = entry.key().toInt(&isNumber);
         if (isNumber && isKey(key))
-            mAssignments[static_cast<std::size_t>(key)] = assignmentOf(entry.value().toMap(), static_cast<quint16>(key));
+            mAssignments[static_cast<std::size_t>(key)] =
+                assignmentOf(entry.value().toMap(), static_cast<quint16>(key));
     }
 }

@@ -10,8 +10,7 @@ namespace {
 constexpr std::size_t usualPresses = 32; // more keys than two hands hold, with their modifiers
 
 /// Calls `function` with the usage of each modifier in `modifiers`, from the lowest bit to the highest.
-template<typename Function>
-void forEachModifier(quint8 modifiers, Function function)
+template <typename Function> void forEachModifier(quint8 modifiers, Function function)
 {
     for (quint16 bit = 0; bit < 8; ++bit) {
         if (modifiers & (1 << bit))
@@ -110,8 +109,7 @@ void KeyEngine::begin(Press &press, const KeyAssignment &assignment, EngineOutpu
         outputs.append({.kind = Kind::launchProgram, .program = assignment.program});
         break;
     case KeyAssignment::Kind::playMacro: // the key itself sends nothing
-    case KeyAssignment::Kind::disabled:
-        break;
+    case KeyAssignment::Kind::disabled: break;
     }
 }
 

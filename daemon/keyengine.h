@@ -31,9 +31,9 @@ struct EngineOutput
 /// What one event brings; long enough for two keys with all modifiers, so that an event allocates nothing.
 using EngineOutputs = QVarLengthArray<EngineOutput, 20>;
 
-/// What a key does is decided when it goes down; its release ends just that, whatever was assigned, switched or captured
-/// in between. Every usage sent down is sent up again, at the latest by releaseAll(); keys that send the same usage send
-/// it down once, with the first, and up once, with the last.
+/// What a key does is decided when it goes down; its release ends just that, whatever was assigned, switched or
+/// captured in between. Every usage sent down is sent up again, at the latest by releaseAll(); keys that send the same
+/// usage send it down once, with the first, and up once, with the last.
 class KeyEngine
 {
 public:

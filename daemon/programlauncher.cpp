@@ -57,7 +57,8 @@ Plan planForDesktopEntry(const QString &path)
 Plan planForBundle(const QString &path)
 {
     const QDir contents(path + u"/Contents"_s);
-    const std::optional<QVariantMap> information = PropertyList::readPropertyListFile(contents.filePath(u"Info.plist"_s));
+    const std::optional<QVariantMap> information =
+        PropertyList::readPropertyListFile(contents.filePath(u"Info.plist"_s));
     if (!information)
         return refused(u"it has no readable Contents/Info.plist"_s);
     const QString name = information->value(u"CFBundleExecutable"_s).toString();
@@ -86,10 +87,13 @@ void ProgramLauncher::launch(const QString &path)
     Plan plan = planFor(path);
     if (!plan.isRefused()) {
         if (const int error = DetachedProcess::start(plan.command, plan.workingDirectory))
-            plan.refusal = u"%1 in %2: %3"_s.arg(plan.command.constFirst(), plan.workingDirectory, QString::fromLocal8Bit(std::strerror(error)));
+            plan.refusal = u"%1 in %2: %3"_s.arg(plan.command.constFirst(), plan.workingDirectory,
+                                                 QString::fromLocal8Bit(std::strerror(error)));
     }
     if (plan.isRefused())
-        qCWarning(lcKeyboard, "file: a key is to start \"%s\", which is not started: %s", qUtf8Printable(path), qUtf8Printable(plan.refusal));
+        qCWarning(lcKeyboard, "file: a key is to start \"%s\", which is not started: %s", qUtf8Printable(path),
+                  qUtf8Printable(plan.refusal));
     else
-        qCInfo(lcKeyboard, "keyboard: a key starts \"%s\": %s", qUtf8Printable(path), qUtf8Printable(plan.command.constFirst()));
+        qCInfo(lcKeyboard, "keyboard: a key starts \"%s\": %s", qUtf8Printable(path),
+               qUtf8Printable(plan.command.constFirst()));
 }

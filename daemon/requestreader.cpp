@@ -9,8 +9,7 @@ namespace {
 constexpr qlonglong smallest = std::numeric_limits<int>::min();
 constexpr qlonglong greatest = std::numeric_limits<int>::max();
 
-template<typename Value>
-std::optional<Value> ofType(const QVariantMap &request, QLatin1StringView key)
+template <typename Value> std::optional<Value> ofType(const QVariantMap &request, QLatin1StringView key)
 {
     const auto found = request.constFind(key);
     if (found == request.constEnd() || found->typeId() != QMetaType::fromType<Value>().id())

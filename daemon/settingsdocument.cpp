@@ -57,7 +57,10 @@ private:
         return true;
     }
 
-    [[nodiscard]] bool fitsContent(qsizetype bytes) { return (mContentBytes += bytes) <= SettingsDocument::maximumContentBytes; }
+    [[nodiscard]] bool fitsContent(qsizetype bytes)
+    {
+        return (mContentBytes += bytes) <= SettingsDocument::maximumContentBytes;
+    }
 
     int mNodes = 0;
     qsizetype mContentBytes = 0;
@@ -140,7 +143,8 @@ QVariantMap SettingsDocument::completed(QVariantMap document)
     const QVariant osd = activeProfile(document).value(SettingsKeys::profileOsdOn);
     const bool deviceHasOsd = document.value(SettingsKeys::deviceSettings).toMap().contains(SettingsKeys::profileOsdOn);
     if (osd.isValid() || !deviceHasOsd)
-        document = withDeviceSetting(document, SettingsKeys::profileOsdOn, PlistNumbers::integerValue(osd) != 0 ? 1 : 0);
+        document =
+            withDeviceSetting(document, SettingsKeys::profileOsdOn, PlistNumbers::integerValue(osd) != 0 ? 1 : 0);
     return document;
 }
 
@@ -164,7 +168,8 @@ QVariantList SettingsDocument::macros(const QVariantMap &document)
 
 int SettingsDocument::activeProfileIndex(const QVariantMap &document)
 {
-    return PlistNumbers::integerValue(document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile));
+    return PlistNumbers::integerValue(
+        document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile));
 }
 
 QVariantMap SettingsDocument::activeProfile(const QVariantMap &document)

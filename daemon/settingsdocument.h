@@ -13,8 +13,8 @@ inline constexpr int maximumProfiles = 20;
 
 // Bounds of the whole tree, well inside those of the codec (app/util/propertylist.h), so that every reply that wraps
 // the document can be written and read, too.
-inline constexpr int maximumDepth = 500;          ///< containers inside each other
-inline constexpr int maximumNodes = 500'000;      ///< values and dictionary keys
+inline constexpr int maximumDepth = 500;                          ///< containers inside each other
+inline constexpr int maximumNodes = 500'000;                      ///< values and dictionary keys
 inline constexpr qsizetype maximumContentBytes = 4 * 1024 * 1024; ///< strings (two a UTF-16 code unit) and data
 
 inline constexpr int brightnessMinimum = 0; // "BrightnessKBNormal": off

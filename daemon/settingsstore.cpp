@@ -115,8 +115,8 @@ void SettingsStore::setAside(const QString &filePath, const QString &reason)
     for (int number = 2; QFileInfo::exists(target); ++number)
         target = path(u".damaged-%1-%2"_s.arg(time).arg(number));
     if (renameOver(filePath, target)) {
-        qCWarning(lcSettings, "file: %s is damaged (%s), set aside as %s", qUtf8Printable(filePath), qUtf8Printable(reason),
-                  qUtf8Printable(target));
+        qCWarning(lcSettings, "file: %s is damaged (%s), set aside as %s", qUtf8Printable(filePath),
+                  qUtf8Printable(reason), qUtf8Printable(target));
         return;
     }
     qCCritical(lcSettings, "file: %s is damaged (%s) and cannot be set aside (%s)", qUtf8Printable(filePath),

@@ -47,13 +47,14 @@ void VirtualKeyboardAdaptor::finish(VirtualKeyboard::Result result) const
 {
     using Result = VirtualKeyboard::Result;
     switch (result) {
-    case Result::done:
-        return;
+    case Result::done: return;
     case Result::notAttached:
-        mObject->sendErrorReply(u"org.quillkestra.VirtualKeyboard.Error.NotAttached"_s, u"the keyboard is not attached"_s);
+        mObject->sendErrorReply(u"org.quillkestra.VirtualKeyboard.Error.NotAttached"_s,
+                                u"the keyboard is not attached"_s);
         return;
     case Result::noSuchKey:
-        mObject->sendErrorReply(QDBusError::InvalidArgs, u"page 7 has the keys 4 to 231, page 9 the buttons 1 to 255"_s);
+        mObject->sendErrorReply(QDBusError::InvalidArgs,
+                                u"page 7 has the keys 4 to 231, page 9 the buttons 1 to 255"_s);
         return;
     case Result::noSuchBrightness:
         mObject->sendErrorReply(QDBusError::InvalidArgs, u"the brightness levels are 0 to 4"_s);

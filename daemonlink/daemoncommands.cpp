@@ -26,10 +26,9 @@ int low8Bits(int index)
 
 QVariantMap DaemonCommands::openDevice(const QString &replyPort, const QString &factoryDocumentPath)
 {
-    return request(P::productId, replyPort,
-                   {{P::productName, QString(P::productWord)},
-                    {P::isDeviceWired, 1},
-                    {P::defaultPlistPath, factoryDocumentPath}});
+    return request(
+        P::productId, replyPort,
+        {{P::productName, QString(P::productWord)}, {P::isDeviceWired, 1}, {P::defaultPlistPath, factoryDocumentPath}});
 }
 
 QVariantMap DaemonCommands::readSettings(int product, const QString &replyPort)
@@ -103,10 +102,9 @@ QVariantMap DaemonCommands::removeEvent(int product, const QString &replyPort, i
 QVariantMap DaemonCommands::updateEvent(int product, const QString &replyPort, int macroIndex, int eventIndex,
                                         const QVariantMap &event)
 {
-    return request(product, replyPort,
-                   {{P::macroId, low8Bits(macroIndex)},
-                    {P::sequenceIndex, low8Bits(eventIndex)},
-                    {P::sequence, event}});
+    return request(
+        product, replyPort,
+        {{P::macroId, low8Bits(macroIndex)}, {P::sequenceIndex, low8Bits(eventIndex)}, {P::sequence, event}});
 }
 
 QVariantMap DaemonCommands::renameMacro(int product, const QString &replyPort, int macroIndex, const QString &newName)
@@ -122,8 +120,7 @@ QVariantMap DaemonCommands::readMacroLines(int product, const QString &replyPort
 
 QVariantMap DaemonCommands::readEvent(int product, const QString &replyPort, int macroIndex, int eventIndex)
 {
-    return request(product, replyPort,
-                   {{P::macroId, low8Bits(macroIndex)}, {P::sequenceIndex, low8Bits(eventIndex)}});
+    return request(product, replyPort, {{P::macroId, low8Bits(macroIndex)}, {P::sequenceIndex, low8Bits(eventIndex)}});
 }
 
 QVariantMap DaemonCommands::startSingleKeyRecording(int product, const QString &replyPort)
@@ -149,14 +146,12 @@ QVariantMap DaemonCommands::removeAllEvents(int product, const QString &replyPor
 QVariantMap DaemonCommands::setAllDelays(int product, const QString &replyPort, int delay, int macroIndex,
                                          bool hasNoDelay)
 {
-    return request(product, replyPort,
-                   {{P::macroId, macroIndex}, {P::delay, delay}, {P::hasNoDelay, hasNoDelay}});
+    return request(product, replyPort, {{P::macroId, macroIndex}, {P::delay, delay}, {P::hasNoDelay, hasNoDelay}});
 }
 
 QVariantMap DaemonCommands::setDelay(int product, const QString &replyPort, int delay, int eventIndex, int macroIndex)
 {
-    return request(product, replyPort,
-                   {{P::macroId, macroIndex}, {P::delay, delay}, {P::sequenceIndex, eventIndex}});
+    return request(product, replyPort, {{P::macroId, macroIndex}, {P::delay, delay}, {P::sequenceIndex, eventIndex}});
 }
 
 QVariantMap DaemonCommands::releaseDevice(int product)

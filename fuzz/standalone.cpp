@@ -39,18 +39,12 @@ QByteArray mutated(QByteArray input, const QByteArray &other, std::mt19937 &rand
     const qsizetype at = below(input.size());
     const qsizetype length = 1 + below(8);
     switch (random() % 6) {
-    case 0:
-        return input.isEmpty() ? input : input.replace(at, 1, QByteArray(1, char(random())));
-    case 1:
-        return input.isEmpty() ? input : input.replace(at, 1, QByteArray(1, char(input[at] ^ 1 << random() % 8)));
-    case 2:
-        return input.remove(at, length);
-    case 3:
-        return input.insert(at, input.mid(at, length));
-    case 4:
-        return input.insert(at, QByteArray(length, char(random())));
-    default:
-        return input.first(at) + other.sliced(below(other.size()));
+    case 0: return input.isEmpty() ? input : input.replace(at, 1, QByteArray(1, char(random())));
+    case 1: return input.isEmpty() ? input : input.replace(at, 1, QByteArray(1, char(input[at] ^ 1 << random() % 8)));
+    case 2: return input.remove(at, length);
+    case 3: return input.insert(at, input.mid(at, length));
+    case 4: return input.insert(at, QByteArray(length, char(random())));
+    default: return input.first(at) + other.sliced(below(other.size()));
     }
 }
 

@@ -23,7 +23,8 @@ constexpr qreal smallestUnit = 30;
 
 QSize sizeForUnit(qreal unit)
 {
-    return {static_cast<int>(std::ceil(caseUnits.width() * unit)), static_cast<int>(std::ceil(caseUnits.height() * unit))};
+    return {static_cast<int>(std::ceil(caseUnits.width() * unit)),
+            static_cast<int>(std::ceil(caseUnits.height() * unit))};
 }
 
 bool isSelectableOutlet(QLatin1StringView outlet)
@@ -42,9 +43,8 @@ qreal distance(const QRectF &from, const QRectF &to, Qt::Key arrow)
     if (along < 0.3)
         return std::numeric_limits<qreal>::infinity();
     // Off the way only as far as the two keys do not lie side by side.
-    const qreal overlap = isHorizontal
-        ? std::min(from.bottom(), to.bottom()) - std::max(from.top(), to.top())
-        : std::min(from.right(), to.right()) - std::max(from.left(), to.left());
+    const qreal overlap = isHorizontal ? std::min(from.bottom(), to.bottom()) - std::max(from.top(), to.top())
+                                       : std::min(from.right(), to.right()) - std::max(from.left(), to.left());
     const qreal off = std::abs(isHorizontal ? way.y() : way.x());
     if (isHorizontal && overlap <= 0)
         return std::numeric_limits<qreal>::infinity();
@@ -57,7 +57,8 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
 {
     for (const KeyShape &shape : KeyGeometry::shapes()) {
         auto *button = new KeyButton(shape, isSelectableOutlet(shape.outlet), this);
-        connect(button, &KeyButton::arrowPressed, this, [this, button](Qt::Key arrow) { moveSelection(button, arrow); });
+        connect(button, &KeyButton::arrowPressed, this,
+                [this, button](Qt::Key arrow) { moveSelection(button, arrow); });
         mButtons.append(button);
         mButtonsByOutlet.insert(shape.outlet, button);
         if (!mTabStop && button->isSelectable())

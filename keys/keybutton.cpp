@@ -80,11 +80,8 @@ bool KeyButton::event(QEvent *event)
     }
     switch (event->type()) {
     case QEvent::EnabledChange:
-    case QEvent::PaletteChange:
-        update();
-        break;
-    default:
-        break;
+    case QEvent::PaletteChange: update(); break;
+    default: break;
     }
     return QAbstractButton::event(event);
 }
@@ -113,14 +110,9 @@ void KeyButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Up:
     case Qt::Key_Down:
     case Qt::Key_Left:
-    case Qt::Key_Right:
-        Q_EMIT arrowPressed(static_cast<Qt::Key>(event->key()));
-        return;
+    case Qt::Key_Right: Q_EMIT arrowPressed(static_cast<Qt::Key>(event->key())); return;
     case Qt::Key_Return:
-    case Qt::Key_Enter:
-        click();
-        return;
-    default:
-        QAbstractButton::keyPressEvent(event);
+    case Qt::Key_Enter: click(); return;
+    default: QAbstractButton::keyPressEvent(event);
     }
 }

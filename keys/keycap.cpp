@@ -16,10 +16,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Lengths in key units.
-constexpr qreal gap = 0.045;          // free space around a keycap
+constexpr qreal gap = 0.045; // free space around a keycap
 constexpr qreal baseRadius = 0.13;
 constexpr qreal faceRadius = 0.11;
-constexpr qreal sideSlope = 0.07;     // from the foot of the cap to its face
+constexpr qreal sideSlope = 0.07; // from the foot of the cap to its face
 constexpr qreal topSlope = 0.035;
 constexpr qreal bottomSlope = 0.135;
 constexpr qreal markSize = 0.33;
@@ -104,7 +104,8 @@ void paintFixedKey(QPainter &painter, const QRectF &foot, qreal unit, const Keyc
     painter.setPen(QPen(line, std::max(1.0, unit * 0.025), Qt::DashLine));
     painter.drawRoundedRect(outline, unit * baseRadius, unit * baseRadius);
     const QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
-    paintKeyLegend(painter, face, unit, {state.look, state.legend, state.upperLegend}, dark ? line.lighter(115) : line.darker(115));
+    paintKeyLegend(painter, face, unit, {state.look, state.legend, state.upperLegend},
+                   dark ? line.lighter(115) : line.darker(115));
 }
 
 void paintRing(QPainter &painter, const QRectF &place, qreal unit, const QColor &color)
@@ -142,8 +143,9 @@ QRectF faceOn(const QRectF &foot, const Body &body)
     return body.isRaised ? face.translated(0, -unit * 0.015) : face;
 }
 
-// A rounded rectangle that goes from `top` to `bottom`, in a layer of its own. The colour is laid over a plain shape: Qt
-// hands an antialiased shape filled with a gradient to a pool of threads, and waiting for them takes longer than to paint.
+// A rounded rectangle that goes from `top` to `bottom`, in a layer of its own. The colour is laid over a plain shape:
+// Qt hands an antialiased shape filled with a gradient to a pool of threads, and waiting for them takes longer than to
+// paint.
 QPixmap shadedLayer(const QSizeF &size, qreal devicePixelRatio, const QRectF &shape, qreal radius, const QColor &top,
                     const QColor &bottom)
 {
@@ -180,7 +182,8 @@ void paintBody(QPainter &painter, const Body &body)
     painter.drawPixmap(QPointF(), shadedLayer(body.size, ratio, foot, unit * baseRadius,
                                               mixed(colors.foot, colors.faceTop, 0.35), colors.foot));
     const QRectF face = faceOn(foot, body);
-    painter.drawPixmap(QPointF(), shadedLayer(body.size, ratio, face, unit * faceRadius, colors.faceBottom, colors.faceTop));
+    painter.drawPixmap(QPointF(),
+                       shadedLayer(body.size, ratio, face, unit * faceRadius, colors.faceBottom, colors.faceTop));
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(colors.edge, std::max(0.75, unit * 0.015)));
     painter.drawRoundedRect(face, unit * faceRadius, unit * faceRadius);
@@ -189,10 +192,10 @@ void paintBody(QPainter &painter, const Body &body)
 QPixmap bodyPixmap(const Body &body, qreal devicePixelRatio)
 {
     const Colors &colors = body.colors;
-    const QString key = QString::asprintf(
-        "keycap %g %g %g %g %x %x %x %x %d%d%d%d", body.size.width(), body.size.height(), body.unit, devicePixelRatio,
-        colors.faceTop.rgba(), colors.faceBottom.rgba(), colors.foot.rgba(), colors.edge.rgba(), body.isDark,
-        body.hasShadow, body.isRaised, body.isDown);
+    const QString key =
+        QString::asprintf("keycap %g %g %g %g %x %x %x %x %d%d%d%d", body.size.width(), body.size.height(), body.unit,
+                          devicePixelRatio, colors.faceTop.rgba(), colors.faceBottom.rgba(), colors.foot.rgba(),
+                          colors.edge.rgba(), body.isDark, body.hasShadow, body.isRaised, body.isDown);
     return cachedPixmap(key, body.size, devicePixelRatio, [&body](QPainter &painter) { paintBody(painter, body); });
 }
 

@@ -29,8 +29,8 @@ qreal measuredWidth(const QFontMetricsF &metrics, const QFont &font, const QStri
 {
     constexpr int rememberedWidths = 1000;
     static QCache<QString, qreal> widths(rememberedWidths);
-    const QString key = QString::asprintf("%d %d ", font.pixelSize(), static_cast<int>(font.weight())) + font.family() +
-                        u' ' + text;
+    const QString key =
+        QString::asprintf("%d %d ", font.pixelSize(), static_cast<int>(font.weight())) + font.family() + u' ' + text;
     if (const qreal *known = widths.object(key))
         return *known;
     const qreal width = metrics.horizontalAdvance(text);
@@ -39,7 +39,8 @@ qreal measuredWidth(const QFontMetricsF &metrics, const QFont &font, const QStri
 }
 
 // A font of `pixels` height. Where `longest` would not fit into `width` it is narrowed first and then made smaller, so
-// that words of one size stand on keys of one size. By scaling, since each stretch and size is a font of its own to load.
+// that words of one size stand on keys of one size. By scaling, since each stretch and size is a font of its own to
+// load.
 Lettering letteringFor(const QString &longest, qreal pixels, qreal width, QFont::Weight weight)
 {
     constexpr int smallestPixels = 6;
@@ -141,25 +142,17 @@ void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const Key
     const QRectF place = face.adjusted(margin, margin * 0.7, -margin * 0.35, -margin * 0.6);
     painter.setPen(color);
     switch (legend.look) {
-    case KeyLook::letter:
-        paintCharacters(painter, place, unit, legend);
-        break;
-    case KeyLook::word:
-        paintWords(painter, place, unit, legend);
-        break;
+    case KeyLook::letter: paintCharacters(painter, place, unit, legend); break;
+    case KeyLook::word: paintWords(painter, place, unit, legend); break;
     case KeyLook::function:
     case KeyLook::extra: {
         const QString text(legend.legend);
         drawLine(painter, place.topLeft(), text, letteringFor(text, unit * 0.25, place.width(), QFont::DemiBold));
         break;
     }
-    case KeyLook::blank:
-        break;
-    case KeyLook::eject:
-        paintEject(painter, place, unit, color);
-        break;
-    default:
-        paintArrow(painter, place, unit, legend.look, color);
+    case KeyLook::blank: break;
+    case KeyLook::eject: paintEject(painter, place, unit, color); break;
+    default: paintArrow(painter, place, unit, legend.look, color);
     }
 }
 

@@ -76,20 +76,13 @@ struct Glyph
 Glyph glyphOf(KeyMark mark)
 {
     switch (mark) {
-    case KeyMark::singleKey:
-        return {arrowRight(), false};
-    case KeyMark::macro:
-        return {triangle(), true};
-    case KeyMark::profile:
-        return {cards(), false};
-    case KeyMark::launchProgram:
-        return {arrowOut(), false};
-    case KeyMark::disabled:
-        return {cross(), false};
-    case KeyMark::other:
-        return {dots(), true};
-    case KeyMark::none:
-        break;
+    case KeyMark::singleKey: return {arrowRight(), false};
+    case KeyMark::macro: return {triangle(), true};
+    case KeyMark::profile: return {cards(), false};
+    case KeyMark::launchProgram: return {arrowOut(), false};
+    case KeyMark::disabled: return {cross(), false};
+    case KeyMark::other: return {dots(), true};
+    case KeyMark::none: break;
     }
     return {};
 }
@@ -122,7 +115,8 @@ void paintDisc(QPainter &painter, const Disc &disc)
     painter.translate(disc.size / 2, disc.size / 2);
     painter.scale(disc.size / 2, disc.size / 2);
     const Glyph glyph = glyphOf(disc.mark);
-    painter.setPen(glyph.isFilled ? QPen(Qt::NoPen) : QPen(disc.glyphColor, 0.24, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(glyph.isFilled ? QPen(Qt::NoPen)
+                                  : QPen(disc.glyphColor, 0.24, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(glyph.isFilled ? QBrush(disc.glyphColor) : QBrush(Qt::NoBrush));
     painter.drawPath(glyph.path);
 }
@@ -134,18 +128,12 @@ KeyMark keyMarkForCommand(qint32 command)
     if (!KeyMappings::isKeyMapped(command))
         return KeyMark::none;
     switch (KeyMappings::checkPopUpAssignmentIndexForValue(command)) {
-    case KeyMappings::singleKeyPosition:
-        return KeyMark::singleKey;
-    case KeyMappings::macroPosition:
-        return KeyMark::macro;
-    case KeyMappings::profilePosition:
-        return KeyMark::profile;
-    case KeyMappings::launchProgramPosition:
-        return KeyMark::launchProgram;
-    case KeyMappings::disablePosition:
-        return KeyMark::disabled;
-    default:
-        return KeyMark::other;
+    case KeyMappings::singleKeyPosition: return KeyMark::singleKey;
+    case KeyMappings::macroPosition: return KeyMark::macro;
+    case KeyMappings::profilePosition: return KeyMark::profile;
+    case KeyMappings::launchProgramPosition: return KeyMark::launchProgram;
+    case KeyMappings::disablePosition: return KeyMark::disabled;
+    default: return KeyMark::other;
     }
 }
 

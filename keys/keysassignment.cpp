@@ -25,7 +25,7 @@ using KeyMappings::Assignment;
 
 namespace {
 
-constexpr int manageTag = 0;       // the first item of a sub-menu; the records follow with tags from 1
+constexpr int manageTag = 0; // the first item of a sub-menu; the records follow with tags from 1
 constexpr int profilesTabIndex = 1;
 constexpr int macrosTabIndex = 2;
 constexpr int panelOK = 1;
@@ -134,17 +134,13 @@ void KeyboardKeysController::showEntry(const KeyMappings::Entry &entry, int posi
 std::optional<QString> KeyboardKeysController::assignmentDetail(const KeyMappings::Entry &entry) const
 {
     switch (static_cast<Assignment>(entry.command)) {
-    case Assignment::playMacro:
-        return nameOfRecord(mAllMacrosArray, entry.param1, SettingsKeys::macroName);
-    case Assignment::switchProfile:
-        return nameOfRecord(mAllProfilesArray, entry.param1, SettingsKeys::profileName);
-    case Assignment::singleKey:
-        return eventParser::getStringWithHIDWithModifier(entry.param1, entry.param2);
+    case Assignment::playMacro: return nameOfRecord(mAllMacrosArray, entry.param1, SettingsKeys::macroName);
+    case Assignment::switchProfile: return nameOfRecord(mAllProfilesArray, entry.param1, SettingsKeys::profileName);
+    case Assignment::singleKey: return eventParser::getStringWithHIDWithModifier(entry.param1, entry.param2);
     case Assignment::launchProgram:
         return entry.programPath.isEmpty() ? std::nullopt : std::optional(applicationTitle(entry.programPath));
     case Assignment::disabled:
-    case Assignment::defaultKey:
-        break;
+    case Assignment::defaultKey: break;
     }
     return std::nullopt;
 }
@@ -173,7 +169,8 @@ void KeyboardKeysController::updateDescriptions()
         if (description == button->accessibleDescription())
             continue;
         button->setAccessibleDescription(description);
-        button->setToolTip(localizedFormat("lkeyKeysToolTip", {::keyName(row.code).toHtmlEscaped(), description.toHtmlEscaped()}));
+        button->setToolTip(
+            localizedFormat("lkeyKeysToolTip", {::keyName(row.code).toHtmlEscaped(), description.toHtmlEscaped()}));
     }
 }
 
@@ -191,8 +188,7 @@ void KeyboardKeysController::clickAssignFunction(QObject *)
     switch (position) {
     case KeyMappings::defaultKeyPosition:
         updateSelectedKeyCommandValueParamOneAndParamTwo(
-            static_cast<int>(Assignment::defaultKey),
-            KeyMappings::entryForKey(mDefaultDict, selectedCode()).param1, 0);
+            static_cast<int>(Assignment::defaultKey), KeyMappings::entryForKey(mDefaultDict, selectedCode()).param1, 0);
         break;
     case KeyMappings::singleKeyPosition:
         mSingleKeyInput->clear();
@@ -202,9 +198,7 @@ void KeyboardKeysController::clickAssignFunction(QObject *)
         if (mKeysDelegate)
             mKeysDelegate->startSingleKeyRecording();
         break;
-    case KeyMappings::launchProgramPosition:
-        openApplicationPanel();
-        break;
+    case KeyMappings::launchProgramPosition: openApplicationPanel(); break;
     case KeyMappings::disablePosition:
         updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::disabled), 0, 0);
         break;
@@ -328,9 +322,8 @@ void KeyboardKeysController::openApplicationPanel()
     mOpenPanel->setDirectory(QFileInfo::exists(u"/Applications/"_s) ? u"/Applications/"_s
                                                                     : u"/usr/share/applications/"_s);
     mOpenPanel->setWindowModality(Qt::WindowModal);
-    connect(mOpenPanel, &QDialog::finished, this, [this](int result) {
-        openPanelDidEndReturnCodeContextInfo(mOpenPanel, result, nullptr);
-    });
+    connect(mOpenPanel, &QDialog::finished, this,
+            [this](int result) { openPanelDidEndReturnCodeContextInfo(mOpenPanel, result, nullptr); });
     mOpenPanel->open();
 }
 

@@ -87,7 +87,8 @@ void KeyboardKeysController::functionKeysInfoDisplay(int position)
     const bool isShown = mIsFunctionKeySelected && position != KeyMappings::defaultKeyPosition;
     if (isShown && mFunctionKeysInfoImage->pixmap(Qt::ReturnByValue).isNull()) {
         const QIcon icon = mFunctionKeysInfoImage->style()->standardIcon(QStyle::SP_MessageBoxInformation);
-        mFunctionKeysInfoImage->setPixmap(icon.pixmap(mFunctionKeysInfoImage->size(), mFunctionKeysInfoImage->devicePixelRatio()));
+        mFunctionKeysInfoImage->setPixmap(
+            icon.pixmap(mFunctionKeysInfoImage->size(), mFunctionKeysInfoImage->devicePixelRatio()));
     }
     mFunctionKeysInfoLabel->setVisible(isShown);
     mFunctionKeysInfoImage->setVisible(isShown);

@@ -109,7 +109,8 @@ QWidget *KeyboardKeysController::buildKeyboard()
         KeyButton *button = mPicture->button(row.outlet);
         button->setAccessibleName(localizedText(row.nameKey));
         button->setAccessibleDescription(localizedText("lkeyKeysNoAssignment"));
-        button->setToolTip(localizedFormat("lkeyKeysToolTip", {button->accessibleName(), button->accessibleDescription()}));
+        button->setToolTip(
+            localizedFormat("lkeyKeysToolTip", {button->accessibleName(), button->accessibleDescription()}));
     }
 
     mKeysBox = new QGroupBox(localizedText("lkeyKeysBox"));
@@ -127,7 +128,8 @@ QWidget *KeyboardKeysController::buildAssignmentRow()
     auto *row = new QWidget;
     mSelectedKeyLabel = makeLabel("mSelectedKeyLabel"_L1);
     makeBold(mSelectedKeyLabel);
-    mSelectedKeyLabel->setMinimumWidth(mSelectedKeyLabel->fontMetrics().averageCharWidth() * selectedKeyWidthCharacters);
+    mSelectedKeyLabel->setMinimumWidth(mSelectedKeyLabel->fontMetrics().averageCharWidth()
+                                       * selectedKeyWidthCharacters);
     mAssignLabel = makeLabel("mAssignLabel"_L1, localizedText("lkeyAssignFunction"));
     mAssignFunction = new PopUpButton;
     mAssignFunction->setObjectName("mAssignFunction"_L1);

@@ -36,7 +36,7 @@ QVariantList KeyMappings::removeDeletedMacroProfileMappings(const QVariantList &
     // negative index counts as past the end, and of an empty array nothing is past the end.
     const auto needsRepair = [&](const Entry &entry) {
         return entry.command == mappingType
-            && (entry.param1 == deletedIndex || static_cast<quint32>(entry.param1) > count - 1u);
+               && (entry.param1 == deletedIndex || static_cast<quint32>(entry.param1) > count - 1u);
     };
 
     QVariantList repaired = profiles;

@@ -34,8 +34,9 @@ void TickCaptions::resizeEvent(QResizeEvent *)
     for (const Caption &caption : mCaptions) {
         const QSize size = caption.label->sizeHint();
         const int centre =
-            handle / 2 + QStyle::sliderPositionFromValue(mSlider->minimum(), mSlider->maximum(), caption.sliderValue,
-                                                         span, layoutDirection() == Qt::RightToLeft);
+            handle / 2
+            + QStyle::sliderPositionFromValue(mSlider->minimum(), mSlider->maximum(), caption.sliderValue, span,
+                                              layoutDirection() == Qt::RightToLeft);
         const int left = qBound(0, centre - size.width() / 2, qMax(0, width() - size.width()));
         caption.label->setGeometry(left, 0, size.width(), height());
     }

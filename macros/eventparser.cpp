@@ -36,31 +36,31 @@ struct KeyName
 // Sorted by code. Deliberate: 42 (backspace) and 76 (forward delete) share a name, 100 (the non-US backslash key) is
 // "|", 71 is "Screen Lock" and 83 (Num Lock) is "Clear", as the keyboard's legends have it.
 constexpr std::array keyNames{
-    KeyName{40, "Return"_L1},      KeyName{41, "Escape"_L1},       KeyName{42, "Delete"_L1},
-    KeyName{43, "Tab"_L1},         KeyName{44, "Space"_L1},        KeyName{45, "-"_L1},
-    KeyName{46, "="_L1},           KeyName{47, "["_L1},            KeyName{48, "]"_L1},
-    KeyName{49, "\\"_L1},          KeyName{51, ";"_L1},            KeyName{52, "'"_L1},
-    KeyName{53, "`"_L1},           KeyName{54, ","_L1},            KeyName{55, "."_L1},
-    KeyName{56, "/"_L1},           KeyName{57, "Caps Lock"_L1},    KeyName{58, "F1"_L1},
-    KeyName{59, "F2"_L1},          KeyName{60, "F3"_L1},           KeyName{61, "F4"_L1},
-    KeyName{62, "F5"_L1},          KeyName{63, "F6"_L1},           KeyName{64, "F7"_L1},
-    KeyName{65, "F8"_L1},          KeyName{66, "F9"_L1},           KeyName{67, "F10"_L1},
-    KeyName{68, "F11"_L1},         KeyName{69, "F12"_L1},          KeyName{70, "Print Screen"_L1},
-    KeyName{71, "Screen Lock"_L1}, KeyName{72, "Pause"_L1},        KeyName{73, "Insert"_L1},
-    KeyName{74, "Home"_L1},        KeyName{75, "Page Up"_L1},      KeyName{76, "Delete"_L1},
-    KeyName{77, "End"_L1},         KeyName{78, "Page Down"_L1},    KeyName{79, "Right Arrow"_L1},
-    KeyName{80, "Left Arrow"_L1},  KeyName{81, "Down Arrow"_L1},   KeyName{82, "Up Arrow"_L1},
-    KeyName{83, "Clear"_L1},       KeyName{84, "Numpad /"_L1},     KeyName{85, "Numpad *"_L1},
-    KeyName{86, "Numpad -"_L1},    KeyName{87, "Numpad +"_L1},     KeyName{88, "Numpad Enter"_L1},
-    KeyName{89, "Numpad 1"_L1},    KeyName{90, "Numpad 2"_L1},     KeyName{91, "Numpad 3"_L1},
-    KeyName{92, "Numpad 4"_L1},    KeyName{93, "Numpad 5"_L1},     KeyName{94, "Numpad 6"_L1},
-    KeyName{95, "Numpad 7"_L1},    KeyName{96, "Numpad 8"_L1},     KeyName{97, "Numpad 9"_L1},
-    KeyName{98, "Numpad 0"_L1},    KeyName{99, "Numpad ."_L1},     KeyName{100, "|"_L1},
-    KeyName{101, "Menu"_L1},       KeyName{102, "Power"_L1},       KeyName{103, "Numpad ="_L1},
-    KeyName{104, "F13"_L1},        KeyName{105, "F14"_L1},         KeyName{106, "F15"_L1},
-    KeyName{107, "F16"_L1},        KeyName{108, "F17"_L1},         KeyName{109, "F18"_L1},
-    KeyName{110, "F19"_L1},        KeyName{111, "F20"_L1},         KeyName{112, "F21"_L1},
-    KeyName{113, "F22"_L1},        KeyName{114, "F23"_L1},         KeyName{115, "F24"_L1},
+    KeyName{40, "Return"_L1},      KeyName{41, "Escape"_L1},     KeyName{42, "Delete"_L1},
+    KeyName{43, "Tab"_L1},         KeyName{44, "Space"_L1},      KeyName{45, "-"_L1},
+    KeyName{46, "="_L1},           KeyName{47, "["_L1},          KeyName{48, "]"_L1},
+    KeyName{49, "\\"_L1},          KeyName{51, ";"_L1},          KeyName{52, "'"_L1},
+    KeyName{53, "`"_L1},           KeyName{54, ","_L1},          KeyName{55, "."_L1},
+    KeyName{56, "/"_L1},           KeyName{57, "Caps Lock"_L1},  KeyName{58, "F1"_L1},
+    KeyName{59, "F2"_L1},          KeyName{60, "F3"_L1},         KeyName{61, "F4"_L1},
+    KeyName{62, "F5"_L1},          KeyName{63, "F6"_L1},         KeyName{64, "F7"_L1},
+    KeyName{65, "F8"_L1},          KeyName{66, "F9"_L1},         KeyName{67, "F10"_L1},
+    KeyName{68, "F11"_L1},         KeyName{69, "F12"_L1},        KeyName{70, "Print Screen"_L1},
+    KeyName{71, "Screen Lock"_L1}, KeyName{72, "Pause"_L1},      KeyName{73, "Insert"_L1},
+    KeyName{74, "Home"_L1},        KeyName{75, "Page Up"_L1},    KeyName{76, "Delete"_L1},
+    KeyName{77, "End"_L1},         KeyName{78, "Page Down"_L1},  KeyName{79, "Right Arrow"_L1},
+    KeyName{80, "Left Arrow"_L1},  KeyName{81, "Down Arrow"_L1}, KeyName{82, "Up Arrow"_L1},
+    KeyName{83, "Clear"_L1},       KeyName{84, "Numpad /"_L1},   KeyName{85, "Numpad *"_L1},
+    KeyName{86, "Numpad -"_L1},    KeyName{87, "Numpad +"_L1},   KeyName{88, "Numpad Enter"_L1},
+    KeyName{89, "Numpad 1"_L1},    KeyName{90, "Numpad 2"_L1},   KeyName{91, "Numpad 3"_L1},
+    KeyName{92, "Numpad 4"_L1},    KeyName{93, "Numpad 5"_L1},   KeyName{94, "Numpad 6"_L1},
+    KeyName{95, "Numpad 7"_L1},    KeyName{96, "Numpad 8"_L1},   KeyName{97, "Numpad 9"_L1},
+    KeyName{98, "Numpad 0"_L1},    KeyName{99, "Numpad ."_L1},   KeyName{100, "|"_L1},
+    KeyName{101, "Menu"_L1},       KeyName{102, "Power"_L1},     KeyName{103, "Numpad ="_L1},
+    KeyName{104, "F13"_L1},        KeyName{105, "F14"_L1},       KeyName{106, "F15"_L1},
+    KeyName{107, "F16"_L1},        KeyName{108, "F17"_L1},       KeyName{109, "F18"_L1},
+    KeyName{110, "F19"_L1},        KeyName{111, "F20"_L1},       KeyName{112, "F21"_L1},
+    KeyName{113, "F22"_L1},        KeyName{114, "F23"_L1},       KeyName{115, "F24"_L1},
 };
 
 constexpr int firstCharacterKey = 4; // A; the letters and digits end before firstNamedKey
@@ -97,7 +97,7 @@ bool hasLine(const ParsedEvent &event)
     if (event.command != MacroRecord::keyDown && event.command != MacroRecord::keyUp)
         return false;
     return event.page == MacroRecord::keyboardPage
-        || (event.page == MacroRecord::buttonPage && event.argument >= 1 && event.argument <= lastNamedButton);
+           || (event.page == MacroRecord::buttonPage && event.argument >= 1 && event.argument <= lastNamedButton);
 }
 
 QString buttonName(uint button)
@@ -129,7 +129,7 @@ QStringList eventParser::parseSequence(const QVariantMap &event)
     // Deliberate: a button line ends in a newline, as a delay line does, and a key line does not.
     if (fields.page == MacroRecord::keyboardPage)
         lines += (isDown ? "Key Press "_L1 : "Key Release "_L1)
-            + getStringWithHIDWithModifier(static_cast<int>(fields.argument), 0);
+                 + getStringWithHIDWithModifier(static_cast<int>(fields.argument), 0);
     else
         lines += buttonName(fields.argument) + (isDown ? " down\n"_L1 : " up\n"_L1);
     return lines;

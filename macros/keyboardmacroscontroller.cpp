@@ -295,17 +295,10 @@ void KeyboardMacrosController::deleteMacro()
 void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)
 {
     switch (item->data().toInt()) {
-    case MacroCommands::rename:
-        startRenaming();
-        break;
-    case MacroCommands::newMacro:
-        clickAddMacro(nullptr);
-        break;
-    case MacroCommands::deleteMacro:
-        clickDeleteMacro(nullptr);
-        break;
-    default:
-        break;
+    case MacroCommands::rename: startRenaming(); break;
+    case MacroCommands::newMacro: clickAddMacro(nullptr); break;
+    case MacroCommands::deleteMacro: clickDeleteMacro(nullptr); break;
+    default: break;
     }
 }
 

@@ -173,26 +173,13 @@ void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)
 void KeyboardMacrosController::clickMacroDetailsSettingsMenuItem(const QAction *item)
 {
     switch (item->data().toInt()) {
-    case MacroCommands::record:
-        clickRecordMacroDetails(mRecordMacroDetails);
-        break;
-    case MacroCommands::edit:
-        editSelectedEvent();
-        break;
-    case MacroCommands::deleteEvent:
-        clickDeleteMacroDetails(nullptr);
-        break;
-    case MacroCommands::deleteAllEvents:
-        removeAllEvents();
-        break;
-    case MacroCommands::copyDelay:
-        copySelectedDelayToAll();
-        break;
-    case MacroCommands::noDelay:
-        removeAllDelays();
-        break;
-    default:
-        break;
+    case MacroCommands::record: clickRecordMacroDetails(mRecordMacroDetails); break;
+    case MacroCommands::edit: editSelectedEvent(); break;
+    case MacroCommands::deleteEvent: clickDeleteMacroDetails(nullptr); break;
+    case MacroCommands::deleteAllEvents: removeAllEvents(); break;
+    case MacroCommands::copyDelay: copySelectedDelayToAll(); break;
+    case MacroCommands::noDelay: removeAllDelays(); break;
+    default: break;
     }
 }
 

@@ -78,7 +78,7 @@ bool MacroRecord::isWellFormedEvent(const QVariantMap &event)
         return found == event.constEnd() || isNumber(*found);
     };
     return isAbsentOrNumber(SettingsKeys::command) && isAbsentOrNumber(SettingsKeys::delay)
-        && isAbsentOrNumber(SettingsKeys::page) && isAbsentOrNumber(SettingsKeys::argument);
+           && isAbsentOrNumber(SettingsKeys::page) && isAbsentOrNumber(SettingsKeys::argument);
 }
 
 bool MacroRecord::isWellFormed(const QVariantMap &macro)
@@ -96,9 +96,9 @@ bool MacroRecord::isWellFormed(const QVariantMap &macro)
     if (!list.isValid())
         return true;
     return list.typeId() == QMetaType::QVariantList && list.toList().size() <= maximumEvents
-        && std::ranges::all_of(list.toList(), [](const QVariant &event) {
-               return event.typeId() == QMetaType::QVariantMap && isWellFormedEvent(event.toMap());
-           });
+           && std::ranges::all_of(list.toList(), [](const QVariant &event) {
+                  return event.typeId() == QMetaType::QVariantMap && isWellFormedEvent(event.toMap());
+              });
 }
 
 int MacroRecord::rowCount(const QVariantList &events)
@@ -133,7 +133,8 @@ std::optional<QVariantList> MacroRecord::removingEventOfRow(const QVariantList &
     return changed;
 }
 
-std::optional<QVariantList> MacroRecord::replacingEventOfRow(const QVariantList &events, int row, const QVariantMap &event)
+std::optional<QVariantList> MacroRecord::replacingEventOfRow(const QVariantList &events, int row,
+                                                             const QVariantMap &event)
 {
     const std::optional<int> index = eventIndexOfRow(events, row);
     if (!index)

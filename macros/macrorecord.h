@@ -15,8 +15,8 @@
 /// operation that takes a row means the event that the row belongs to, whichever of its two rows it is.
 namespace MacroRecord {
 
-inline constexpr int maximumEvents = 10'000; // in one macro
-inline constexpr int maximumMacros = 256;    // rows of a macro travel in 8 bits in two of the requests
+inline constexpr int maximumEvents = 10'000;      // in one macro
+inline constexpr int maximumMacros = 256;         // rows of a macro travel in 8 bits in two of the requests
 inline constexpr int maximumTotalEvents = 50'000; // in all macros: the whole document travels in one message
 inline constexpr int standardDelayMs = 20;
 
@@ -52,7 +52,8 @@ struct Event
 
 // Edits; each returns the events afterwards, absent when there is no such row.
 [[nodiscard]] std::optional<QVariantList> removingEventOfRow(const QVariantList &events, int row);
-[[nodiscard]] std::optional<QVariantList> replacingEventOfRow(const QVariantList &events, int row, const QVariantMap &event);
+[[nodiscard]] std::optional<QVariantList> replacingEventOfRow(const QVariantList &events, int row,
+                                                              const QVariantMap &event);
 [[nodiscard]] std::optional<QVariantList> settingDelayOfRow(const QVariantList &events, int row, int delayMs);
 [[nodiscard]] std::optional<QVariantList> copyingDelayOfRowToAll(const QVariantList &events, int row);
 [[nodiscard]] QVariantList settingAllDelays(const QVariantList &events, int delayMs);

@@ -77,14 +77,25 @@ private:
     static bool isBlank(QChar character) { return character == u' ' || character == u'\t' || character == u'\n'; }
 
     /// The character after the present one; empty at the end of the line.
-    [[nodiscard]] QString following() const { return mLine.sliced(mPosition + 1).first(mPosition + 1 < mLine.size() ? 1 : 0); }
+    [[nodiscard]] QString following() const
+    {
+        return mLine.sliced(mPosition + 1).first(mPosition + 1 < mLine.size() ? 1 : 0);
+    }
 
     bool readFieldCode()
     {
         ++mPosition;
         switch (mPosition < mLine.size() ? mLine.at(mPosition).unicode() : u'\0') {
-        case u'f': case u'F': case u'u': case u'U': // files and addresses, of which there are none
-        case u'd': case u'D': case u'n': case u'N': case u'v': case u'm': // withdrawn
+        case u'f':
+        case u'F':
+        case u'u':
+        case u'U': // files and addresses, of which there are none
+        case u'd':
+        case u'D':
+        case u'n':
+        case u'N':
+        case u'v':
+        case u'm': // withdrawn
             return true;
         case u'%': append(u"%"_s); return true;
         case u'c': append(mEntry.localText(u"Name"_s)); return true;

@@ -24,13 +24,14 @@ public:
 
     /// The value of `key` ("Exec", "Icon", ...) with its escapes (\s \n \t \r \\) resolved; empty when it is absent.
     [[nodiscard]] QString text(const QString &key) const;
-    /// The value of `key` in the language of `locale` ("de_CH.UTF-8@euro"), else in the next best, else without language.
+    /// The value of `key` in the language of `locale` ("de_CH.UTF-8@euro"), else in the next best, else without
+    /// language.
     [[nodiscard]] QString localText(const QString &key, const QString &locale = messagesLocale()) const;
     [[nodiscard]] bool flag(const QString &key) const { return text(key) == QLatin1StringView("true"); }
 
-    /// The words of "Exec", for no file and no address: quotes and escapes resolved, %i %c %k and %% replaced, the codes
-    /// for files and addresses removed. The first word is a program, by its name or its path. Absent when the line is
-    /// missing or empty, leaves a quote open or has an unknown code: such a line must not be run.
+    /// The words of "Exec", for no file and no address: quotes and escapes resolved, %i %c %k and %% replaced, the
+    /// codes for files and addresses removed. The first word is a program, by its name or its path. Absent when the
+    /// line is missing or empty, leaves a quote open or has an unknown code: such a line must not be run.
     [[nodiscard]] std::optional<QStringList> commandLine() const;
 
     /// The locale of the messages as the environment names it.

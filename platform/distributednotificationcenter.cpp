@@ -73,9 +73,8 @@ void DistributedNotificationCenter::forget(const QObject *observer)
 
 int DistributedNotificationCenter::observationCount(const QObject *observer, const QString &name) const
 {
-    return int(std::ranges::count_if(mObservations, [&](const Observation &o) {
-        return o.observer == observer && o.name == name;
-    }));
+    return int(std::ranges::count_if(mObservations,
+                                     [&](const Observation &o) { return o.observer == observer && o.name == name; }));
 }
 
 void DistributedNotificationCenter::post(const QString &name, const QVariantMap &userInfo)

@@ -63,6 +63,6 @@ private:
 
     QDBusConnection mConnection;
     std::vector<Observation> mObservations; // in the order in which they were added
-    QSet<QString> mWatchedNames;               // those that the bus was asked for
+    QSet<QString> mWatchedNames;            // those that the bus was asked for
     quint64 mNextId = 1;
 };

@@ -28,7 +28,8 @@ class LocalMessagePort : public QObject
 
 public:
     /// Takes the message identifier and the data (absent when the message carried none); returns the answer, if any.
-    using Callback = std::function<std::optional<QByteArray>(qint32 messageIdentifier, const std::optional<QByteArray> &data)>;
+    using Callback =
+        std::function<std::optional<QByteArray>(qint32 messageIdentifier, const std::optional<QByteArray> &data)>;
 
     /// Null when the name is taken, when `connection` has a port already, or when there is no bus.
     /// `connection` must stay open while the port lives.

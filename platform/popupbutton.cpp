@@ -207,11 +207,8 @@ void PopUpButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Up:
     case Qt::Key_Down:
     case Qt::Key_Return:
-    case Qt::Key_Enter:
-        openMenu();
-        return;
-    default:
-        QPushButton::keyPressEvent(event);
+    case Qt::Key_Enter: openMenu(); return;
+    default: QPushButton::keyPressEvent(event);
     }
 }
 

@@ -105,8 +105,7 @@ bool TableCellDelegate::editorEvent(QEvent *event, QAbstractItemModel *model, co
             return false;
         break;
     }
-    default:
-        return false;
+    default: return false;
     }
     const bool isOn = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
     return model->setData(index, int(isOn ? Qt::Unchecked : Qt::Checked), Qt::CheckStateRole);

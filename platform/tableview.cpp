@@ -16,8 +16,8 @@ namespace {
 bool isKeyEquivalent(const QKeyEvent *event)
 {
     // Tab with modifiers moves the focus and is no command.
-    return (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) && event->key() != Qt::Key_Tab &&
-           event->key() != Qt::Key_Backtab;
+    return (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) && event->key() != Qt::Key_Tab
+           && event->key() != Qt::Key_Backtab;
 }
 
 } // namespace
@@ -189,8 +189,8 @@ QItemSelectionModel::SelectionFlags TableView::selectionCommand(const QModelInde
     const QItemSelectionModel::SelectionFlags command = QTableView::selectionCommand(index, event);
     if (mAllowsEmptySelection || !event)
         return command;
-    if (!index.isValid() || command.testFlag(QItemSelectionModel::Deselect) ||
-        command.testFlag(QItemSelectionModel::Toggle))
+    if (!index.isValid() || command.testFlag(QItemSelectionModel::Deselect)
+        || command.testFlag(QItemSelectionModel::Toggle))
         return QItemSelectionModel::NoUpdate;
     return command;
 }

@@ -35,20 +35,16 @@ QVariant TableViewModel::data(const QModelIndex &index, int role) const
     const TableColumn &column = mColumns.at(index.column());
     const bool isCheckBox = cellAt(index) == TableCell::checkBox;
     switch (role) {
-    case Qt::TextAlignmentRole:
-        return int(column.alignment);
+    case Qt::TextAlignmentRole: return int(column.alignment);
     case Qt::CheckStateRole:
         return isCheckBox ? QVariant(objectValue(index).toInt() != 0 ? Qt::Checked : Qt::Unchecked) : QVariant();
-    case Qt::AccessibleTextRole:
-        return isCheckBox ? QVariant(column.title) : objectValue(index);
+    case Qt::AccessibleTextRole: return isCheckBox ? QVariant(column.title) : objectValue(index);
     case Qt::DisplayRole:
-    case Qt::EditRole:
-        return isCheckBox ? QVariant() : objectValue(index);
+    case Qt::EditRole: return isCheckBox ? QVariant() : objectValue(index);
     case Qt::ToolTipRole:
         // A narrow column cuts long names off.
         return isCheckBox ? QVariant() : QVariant(objectValue(index).toString().toHtmlEscaped());
-    default:
-        return {};
+    default: return {};
     }
 }
 

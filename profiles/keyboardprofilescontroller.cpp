@@ -347,26 +347,19 @@ void KeyboardProfilesController::runCommand(int tag)
         editName(mProfilesTableView->selectedRow(), true);
         mIsRenamingProfile = true;
         break;
-    case ProfileCommands::newProfile:
-        clickAddProfile(nullptr);
-        break;
+    case ProfileCommands::newProfile: clickAddProfile(nullptr); break;
     case ProfileCommands::deleteProfile:
         if (std::exchange(mIsRenamingProfile, false))
             reselectRow();
         clickDeleteProfile(nullptr);
         break;
-    case ProfileCommands::copy:
-        copyProfile();
-        break;
-    case ProfileCommands::removeApplication:
-        removeApplication();
-        break;
+    case ProfileCommands::copy: copyProfile(); break;
+    case ProfileCommands::removeApplication: removeApplication(); break;
     case ProfileCommands::restoreDefault:
         if (mProfilesTableView->selectedRow() >= 0)
             confirm("lkeyRestoreDefaultTitle", "lkeyRestoreDefaultDesc", confirmRestore);
         break;
-    default:
-        break;
+    default: break;
     }
 }
 

@@ -21,16 +21,11 @@ constexpr qsizetype trailerSize = 32;
 quint64 bigEndian(const char *from, int size)
 {
     switch (size) { // the usual ones without a loop
-    case 1:
-        return quint8(*from);
-    case 2:
-        return qFromBigEndian<quint16>(from);
-    case 4:
-        return qFromBigEndian<quint32>(from);
-    case 8:
-        return qFromBigEndian<quint64>(from);
-    default:
-        break;
+    case 1: return quint8(*from);
+    case 2: return qFromBigEndian<quint16>(from);
+    case 4: return qFromBigEndian<quint32>(from);
+    case 8: return qFromBigEndian<quint64>(from);
+    default: break;
     }
     quint64 value = 0;
     for (int i = 0; i < size; ++i)
@@ -103,8 +98,8 @@ private:
         const auto tableEnd = quint64(m_data.size() - trailerSize);
         if (m_offsetSize < 1 || m_offsetSize > 8 || m_referenceSize < 1 || m_referenceSize > 8)
             return false;
-        if (count < 1 || count > PropertyList::maximumNodes || tableStart < quint64(headerSize) ||
-            tableStart > tableEnd || count * quint64(m_offsetSize) > tableEnd - tableStart)
+        if (count < 1 || count > PropertyList::maximumNodes || tableStart < quint64(headerSize) || tableStart > tableEnd
+            || count * quint64(m_offsetSize) > tableEnd - tableStart)
             return false;
         m_objectsEnd = qsizetype(tableStart);
         m_objects.resize(count);
@@ -123,8 +118,8 @@ private:
             return nullptr;
         object.state = State::beingDecoded;
         const quint64 offset = bigEndian(m_data.data() + m_objectsEnd + qsizetype(number) * m_offsetSize, m_offsetSize);
-        if (offset < quint64(headerSize) || offset >= quint64(m_objectsEnd) ||
-            !decodeAt(qsizetype(offset), object, depth))
+        if (offset < quint64(headerSize) || offset >= quint64(m_objectsEnd)
+            || !decodeAt(qsizetype(offset), object, depth))
             return nullptr;
         object.state = State::decoded;
         return &object;
@@ -136,26 +131,16 @@ private:
         Cursor cursor{m_data.data() + offset + 1, m_objectsEnd - offset - 1};
         const int low = marker & 0x0f;
         switch (marker >> 4) {
-        case 0x0:
-            return decodeBoolean(low, object);
-        case 0x1:
-            return decodeInteger(cursor, low, object);
-        case 0x2:
-            return decodeReal(cursor, low, object);
-        case 0x3:
-            return low == 3 && decodeDate(cursor, object);
-        case 0x4:
-            return decodeData(cursor, low, object);
-        case 0x5:
-            return decodeAsciiString(cursor, low, object);
-        case 0x6:
-            return decodeUtf16String(cursor, low, object);
-        case 0xa:
-            return decodeContainer(cursor, low, false, object, depth);
-        case 0xd:
-            return decodeContainer(cursor, low, true, object, depth);
-        default:
-            return false; // UID, set and what nobody has defined
+        case 0x0: return decodeBoolean(low, object);
+        case 0x1: return decodeInteger(cursor, low, object);
+        case 0x2: return decodeReal(cursor, low, object);
+        case 0x3: return low == 3 && decodeDate(cursor, object);
+        case 0x4: return decodeData(cursor, low, object);
+        case 0x5: return decodeAsciiString(cursor, low, object);
+        case 0x6: return decodeUtf16String(cursor, low, object);
+        case 0xa: return decodeContainer(cursor, low, false, object, depth);
+        case 0xd: return decodeContainer(cursor, low, true, object, depth);
+        default: return false; // UID, set and what nobody has defined
         }
     }
 
@@ -281,8 +266,8 @@ private:
     {
         const qsizetype unit = (isDictionary ? 2 : 1) * qsizetype(m_referenceSize);
         qsizetype count = 0;
-        if (depth > PropertyList::maximumDepth || !takeCount(cursor, low, unit, count) ||
-            !m_budget.takeNodes(quint64(count) * (isDictionary ? 2 : 1)))
+        if (depth > PropertyList::maximumDepth || !takeCount(cursor, low, unit, count)
+            || !m_budget.takeNodes(quint64(count) * (isDictionary ? 2 : 1)))
             return false;
         const QByteArrayView references(cursor.at, count * unit);
         RecentContainer &recent = m_recentContainers[recentIndex(references)];
@@ -337,8 +322,8 @@ private:
     static size_t recentIndex(QByteArrayView references)
     {
         const qsizetype length = std::min<qsizetype>(references.size(), 8);
-        return (bigEndian(references.data() + references.size() - length, int(length)) * 0x9e3779b97f4a7c15U) >>
-               (64 - recentBits);
+        return (bigEndian(references.data() + references.size() - length, int(length)) * 0x9e3779b97f4a7c15U)
+               >> (64 - recentBits);
     }
 
     static const QString &stringOf(const Object &object)
@@ -351,8 +336,8 @@ private:
         container.nodes += element.nodes;
         container.contentBytes += element.contentBytes;
         container.height = std::max(container.height, quint16(element.height + 1));
-        return container.nodes <= PropertyList::maximumNodes &&
-               container.contentBytes <= PropertyList::maximumContentBytes;
+        return container.nodes <= PropertyList::maximumNodes
+               && container.contentBytes <= PropertyList::maximumContentBytes;
     }
 
     static constexpr int recentBits = 10;

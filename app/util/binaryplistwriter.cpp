@@ -43,14 +43,10 @@ template <typename Number, typename Source> char *putAllBigEndian(char *to, cons
 template <typename Source> char *putAllBigEndian(char *to, const Source *from, size_t count, int size)
 {
     switch (size) {
-    case 1:
-        return putAllBigEndian<quint8>(to, from, count);
-    case 2:
-        return putAllBigEndian<quint16>(to, from, count);
-    case 4:
-        return putAllBigEndian<quint32>(to, from, count);
-    default:
-        return putAllBigEndian<quint64>(to, from, count);
+    case 1: return putAllBigEndian<quint8>(to, from, count);
+    case 2: return putAllBigEndian<quint16>(to, from, count);
+    case 4: return putAllBigEndian<quint32>(to, from, count);
+    default: return putAllBigEndian<quint64>(to, from, count);
     }
 }
 
@@ -91,8 +87,9 @@ private:
 
         bool isEqual(const QString &text) const
         {
-            return size == text.size() &&
-                   (data == text.constData() || std::memcmp(data, text.constData(), size_t(size) * sizeof(QChar)) == 0);
+            return size == text.size()
+                   && (data == text.constData()
+                       || std::memcmp(data, text.constData(), size_t(size) * sizeof(QChar)) == 0);
         }
     };
 
@@ -102,40 +99,27 @@ private:
             return noObject;
         const void *data = value.constData();
         switch (value.typeId()) {
-        case QMetaType::QVariantMap:
-            return addDictionary(*static_cast<const QVariantMap *>(data), depth);
-        case QMetaType::QVariantList:
-            return addArray(*static_cast<const QVariantList *>(data), depth);
-        case QMetaType::QStringList:
-            return addArray(value.toList(), depth);
-        case QMetaType::QString:
-            return addString(*static_cast<const QString *>(data));
-        case QMetaType::QByteArray:
-            return addData(*static_cast<const QByteArray *>(data));
-        case QMetaType::QDateTime:
-            return addDate(*static_cast<const QDateTime *>(data));
-        case QMetaType::Bool:
-            return addBytes(*static_cast<const bool *>(data) ? "\x09" : "\x08", 1);
+        case QMetaType::QVariantMap: return addDictionary(*static_cast<const QVariantMap *>(data), depth);
+        case QMetaType::QVariantList: return addArray(*static_cast<const QVariantList *>(data), depth);
+        case QMetaType::QStringList: return addArray(value.toList(), depth);
+        case QMetaType::QString: return addString(*static_cast<const QString *>(data));
+        case QMetaType::QByteArray: return addData(*static_cast<const QByteArray *>(data));
+        case QMetaType::QDateTime: return addDate(*static_cast<const QDateTime *>(data));
+        case QMetaType::Bool: return addBytes(*static_cast<const bool *>(data) ? "\x09" : "\x08", 1);
         case QMetaType::Double:
-        case QMetaType::Float:
-            return addReal(0x23, value.toDouble());
-        case QMetaType::Int:
-            return addInteger(*static_cast<const int *>(data));
-        case QMetaType::LongLong:
-            return addInteger(*static_cast<const qlonglong *>(data));
+        case QMetaType::Float: return addReal(0x23, value.toDouble());
+        case QMetaType::Int: return addInteger(*static_cast<const int *>(data));
+        case QMetaType::LongLong: return addInteger(*static_cast<const qlonglong *>(data));
         case QMetaType::Long:
         case QMetaType::Short:
         case QMetaType::Char:
-        case QMetaType::SChar:
-            return addInteger(value.toLongLong());
+        case QMetaType::SChar: return addInteger(value.toLongLong());
         case QMetaType::UInt:
         case QMetaType::ULongLong:
         case QMetaType::ULong:
         case QMetaType::UShort:
-        case QMetaType::UChar:
-            return addUnsigned(value.toULongLong());
-        default:
-            return noObject;
+        case QMetaType::UChar: return addUnsigned(value.toULongLong());
+        default: return noObject;
         }
     }
 
@@ -193,8 +177,8 @@ private:
         if (size == 0)
             return 0;
         const QChar *c = text.constData();
-        const quint32 mixed = c[0].unicode() * 0x9e3779b1U ^ c[size / 2].unicode() * 0x85ebca6bU ^
-                              c[size - 1].unicode() * 0xc2b2ae35U ^ quint32(size) * 0x27d4eb2fU;
+        const quint32 mixed = c[0].unicode() * 0x9e3779b1U ^ c[size / 2].unicode() * 0x85ebca6bU
+                              ^ c[size - 1].unicode() * 0xc2b2ae35U ^ quint32(size) * 0x27d4eb2fU;
         return mixed >> (32 - recentBits);
     }
 
@@ -313,8 +297,8 @@ private:
     {
         constexpr qsizetype markerBound = 10;
         const qsizetype start = m_output.size();
-        m_output.resize(start + qsizetype(m_containers.size()) * markerBound +
-                        qsizetype(m_references.size()) * referenceSize);
+        m_output.resize(start + qsizetype(m_containers.size()) * markerBound
+                        + qsizetype(m_references.size()) * referenceSize);
         char *const begin = m_output.data();
         char *to = begin + start;
         for (const Container &container : m_containers) {

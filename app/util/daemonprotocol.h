@@ -95,6 +95,9 @@ inline constexpr Key macroSequenceNotification{"MacroSequence271"};
 inline constexpr Key editedEventKey{"SingleKeyEvent1048"};
 
 /// "commandReplyNotification%d" with the product identifier.
-inline QString commandReplyNotification(int product) { return QStringLiteral("commandReplyNotification%1").arg(product); }
+inline QString commandReplyNotification(int product)
+{
+    return QStringLiteral("commandReplyNotification%1").arg(product);
+}
 
 } // namespace DaemonProtocol

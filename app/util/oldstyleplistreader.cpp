@@ -45,8 +45,8 @@ bool isOctalDigit(QChar character)
 bool isUnquoted(QChar character)
 {
     const char16_t c = character.unicode();
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||
-           QLatin1StringView("_$/:.-").contains(character);
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9')
+           || QLatin1StringView("_$/:.-").contains(character);
 }
 
 /// Recursive descent over the characters.
@@ -58,8 +58,8 @@ public:
     std::optional<QVariant> read()
     {
         QVariant root;
-        if (!skipSpace() || !readValue(root, 1) || root.typeId() == QMetaType::QString || !skipSpace() ||
-            m_at != m_text.size())
+        if (!skipSpace() || !readValue(root, 1) || root.typeId() == QMetaType::QString || !skipSpace()
+            || m_at != m_text.size())
             return {};
         return root;
     }
@@ -122,8 +122,8 @@ private:
         while (!take(u'}')) {
             QString key;
             QVariant element;
-            if (!m_budget.takeNodes(1) || !readString(key) || !skipSpace() || !take(u'=') || !skipSpace() ||
-                !readValue(element, depth + 1) || !skipSpace())
+            if (!m_budget.takeNodes(1) || !readString(key) || !skipSpace() || !take(u'=') || !skipSpace()
+                || !readValue(element, depth + 1) || !skipSpace())
                 return false;
             dictionary.insert(key, element);
             if (!take(u';') && peek() != u'}')
@@ -212,24 +212,15 @@ private:
             return readOctal();
         ++m_at;
         switch (letter.unicode()) {
-        case u'a':
-            return u'\a';
-        case u'b':
-            return u'\b';
-        case u'f':
-            return u'\f';
-        case u'n':
-            return u'\n';
-        case u'r':
-            return u'\r';
-        case u't':
-            return u'\t';
-        case u'v':
-            return u'\v';
-        case u'U':
-            return readUnicode();
-        default:
-            return letter;
+        case u'a': return u'\a';
+        case u'b': return u'\b';
+        case u'f': return u'\f';
+        case u'n': return u'\n';
+        case u'r': return u'\r';
+        case u't': return u'\t';
+        case u'v': return u'\v';
+        case u'U': return readUnicode();
+        default: return letter;
         }
     }
 

@@ -31,23 +31,18 @@ qint32 leadingInteger(QStringView text)
 qint32 PlistNumbers::integerValue(const QVariant &value)
 {
     switch (value.typeId()) {
-    case QMetaType::Bool:
-        return value.toBool() ? 1 : 0;
+    case QMetaType::Bool: return value.toBool() ? 1 : 0;
     case QMetaType::Int:
     case QMetaType::UInt:
-    case QMetaType::LongLong:
-        return static_cast<qint32>(value.toLongLong());
-    case QMetaType::ULongLong:
-        return static_cast<qint32>(value.toULongLong());
+    case QMetaType::LongLong: return static_cast<qint32>(value.toLongLong());
+    case QMetaType::ULongLong: return static_cast<qint32>(value.toULongLong());
     case QMetaType::Float:
     case QMetaType::Double: {
         const double number = value.toDouble();
         // Also false for not-a-number; the conversion would be undefined.
         return std::abs(number) < beyond64Bits ? static_cast<qint32>(static_cast<qint64>(number)) : 0;
     }
-    case QMetaType::QString:
-        return leadingInteger(value.toString());
-    default:
-        return 0;
+    case QMetaType::QString: return leadingInteger(value.toString());
+    default: return 0;
     }
 }

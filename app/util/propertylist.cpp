@@ -81,7 +81,8 @@ std::optional<QVariantMap> PropertyList::readPropertyListFile(const QString &pat
 bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &data)
 {
     QSaveFile file(path); // flushes the new file to the disk before it renames it
-    // Unbuffered, so that a disk that fills up in the middle shows: behind a buffer Qt takes a short write for a whole one.
+    // Unbuffered, so that a disk that fills up in the middle shows: behind a buffer Qt takes a short write for a whole
+    // one.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(data) != data.size() || !file.commit())
         return false;
     flushFolder(QFileInfo(path).absolutePath());

@@ -40,23 +40,15 @@ private:
     {
         while (!m_failed && !m_xml.atEnd()) {
             switch (m_xml.readNext()) {
-            case QXmlStreamReader::StartElement:
-                return true;
-            case QXmlStreamReader::EndElement:
-                return false;
-            case QXmlStreamReader::Characters:
-                m_failed = !m_xml.isWhitespace();
-                break;
+            case QXmlStreamReader::StartElement: return true;
+            case QXmlStreamReader::EndElement: return false;
+            case QXmlStreamReader::Characters: m_failed = !m_xml.isWhitespace(); break;
             // A document type with declarations of its own could define entities that expand without end.
-            case QXmlStreamReader::DTD:
-                m_failed = m_xml.text().contains(u'[');
-                break;
+            case QXmlStreamReader::DTD: m_failed = m_xml.text().contains(u'['); break;
             case QXmlStreamReader::StartDocument:
             case QXmlStreamReader::Comment:
-            case QXmlStreamReader::ProcessingInstruction:
-                break;
-            default:
-                m_failed = true;
+            case QXmlStreamReader::ProcessingInstruction: break;
+            default: m_failed = true;
             }
         }
         m_failed = true;
@@ -139,17 +131,11 @@ private:
         QString text = u""_s;
         while (!m_failed) {
             switch (m_xml.readNext()) {
-            case QXmlStreamReader::Characters:
-                text += m_xml.text();
-                break;
-            case QXmlStreamReader::EndElement:
-                m_failed = !m_budget.takeContent(quint64(text.size()) * 2);
-                return text;
+            case QXmlStreamReader::Characters: text += m_xml.text(); break;
+            case QXmlStreamReader::EndElement: m_failed = !m_budget.takeContent(quint64(text.size()) * 2); return text;
             case QXmlStreamReader::Comment:
-            case QXmlStreamReader::ProcessingInstruction:
-                break;
-            default:
-                m_failed = true;
+            case QXmlStreamReader::ProcessingInstruction: break;
+            default: m_failed = true;
             }
         }
         return text;

@@ -35,50 +35,96 @@ using Hc = KeyboardMainController;
 // One row for each operation that waits; the others have tests of their own below.
 const std::vector<Operation> operations{
     {"loadLatestSettings", Command::readSettings, [](Hc &c) { c.loadLatestSettings(); }, {}, {4}},
-    {"addNewProfileWithSettings", Command::addProfile, [](Hc &c) { c.addNewProfileWithSettings(someSettings); },
-     {{u"DeviceSettingsDictionary"_s, someSettings}}, {5}},
-    {"updateProfileWithID", Command::updateProfile, [](Hc &c) { c.updateProfileWithIDAndSettings(1, someSettings); },
-     {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, someSettings}}, {6}},
-    {"updateProfileWithID negative", Command::updateProfile,
+    {"addNewProfileWithSettings",
+     Command::addProfile,
+     [](Hc &c) { c.addNewProfileWithSettings(someSettings); },
+     {{u"DeviceSettingsDictionary"_s, someSettings}},
+     {5}},
+    {"updateProfileWithID",
+     Command::updateProfile,
+     [](Hc &c) { c.updateProfileWithIDAndSettings(1, someSettings); },
+     {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, someSettings}},
+     {6}},
+    {"updateProfileWithID negative",
+     Command::updateProfile,
      [](Hc &c) { c.updateProfileWithIDAndSettings(-1, someSettings); },
-     {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, someSettings}}, {6}},
-    {"renameProfileWithProfileID", Command::updateProfile,
+     {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, someSettings}},
+     {6}},
+    {"renameProfileWithProfileID",
+     Command::updateProfile,
      [](Hc &c) { c.renameProfileWithProfileIDAndSettings(1, someSettings); },
-     {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, someSettings}}, {6}},
-    {"updateProfileKeyInDictionary", Command::replaceAllProfiles,
+     {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, someSettings}},
+     {6}},
+    {"updateProfileKeyInDictionary",
+     Command::replaceAllProfiles,
      [](Hc &c) { c.updateProfileKeyInDictionaryWithDictionary({someSettings}); },
-     {{u"AllProfiles"_s, QVariantList{someSettings}}}, {7}},
-    {"switchProfileWithID", Command::switchProfile, [](Hc &c) { c.switchProfileWithID(1); }, {{u"ProfileID"_s, 1}}, {10}},
-    {"startMacroRecording", Command::startMacroRecording, [](Hc &c) { c.startMacroRecordingMacroIndex(1, 2); },
-     {{u"macroID"_s, 2}, {u"isAppendRecording"_s, 1}}, {18}},
+     {{u"AllProfiles"_s, QVariantList{someSettings}}},
+     {7}},
+    {"switchProfileWithID",
+     Command::switchProfile,
+     [](Hc &c) { c.switchProfileWithID(1); },
+     {{u"ProfileID"_s, 1}},
+     {10}},
+    {"startMacroRecording",
+     Command::startMacroRecording,
+     [](Hc &c) { c.startMacroRecordingMacroIndex(1, 2); },
+     {{u"macroID"_s, 2}, {u"isAppendRecording"_s, 1}},
+     {18}},
     {"stopMacroRecording", Command::stopMacroRecording, [](Hc &c) { c.stopMacroRecording(); }, {}, {19}},
-    {"saveRecordedEvents", Command::saveRecordedEvents,
+    {"saveRecordedEvents",
+     Command::saveRecordedEvents,
      [](Hc &c) { c.saveRecordedEventsForMacroAtIndexIsNewRecording(2, 1); },
-     {{u"macroID"_s, 2}, {u"isAppendRecording"_s, 1}}, {20, 4}},
+     {{u"macroID"_s, 2}, {u"isAppendRecording"_s, 1}},
+     {20, 4}},
     {"startEditHID", Command::startEditHid, [](Hc &c) { c.startEditHID(); }, {}, {21}},
     {"deleteMacroAtIndex", Command::deleteMacro, [](Hc &c) { c.deleteMacroAtIndex(2); }, {{u"macroID"_s, 2}}, {22, 4}},
-    {"removeEventAtIndex", Command::removeEvent, [](Hc &c) { c.removeEventAtIndexForMacroAtIndex(300, 2); },
-     {{u"macroID"_s, 2}, {u"macroEventTableIndex"_s, 300}}, {23}},
-    {"updateSequenceInfo", Command::updateEvent,
+    {"removeEventAtIndex",
+     Command::removeEvent,
+     [](Hc &c) { c.removeEventAtIndexForMacroAtIndex(300, 2); },
+     {{u"macroID"_s, 2}, {u"macroEventTableIndex"_s, 300}},
+     {23}},
+    {"updateSequenceInfo",
+     Command::updateEvent,
      [](Hc &c) { c.updateSequenceInfoEventIndexNewDict(256, 258, someEvent); },
-     {{u"macroID"_s, 0}, {u"sequenceIdx"_s, 2}, {u"sequence"_s, someEvent}}, {24}},
-    {"renameMacroAtIndex", Command::renameMacro, [](Hc &c) { c.renameMacroAtIndexWithNewName(1, u"Größe"_s); },
-     {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"Größe"_s}, {u"macroID"_s, 1}}}}, {25, 4}},
-    {"getMacroDetails", Command::readMacroLines, [](Hc &c) { c.getMacroDetailsForMacroAtIndex(300); },
-     {{u"IndexOfMacroSequence"_s, 300}}, {27}},
-    {"getSequenceDetails", Command::readEvent, [](Hc &c) { c.getSequenceDetailsEventIndex(1, 511); },
-     {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 255}}, {28}},
+     {{u"macroID"_s, 0}, {u"sequenceIdx"_s, 2}, {u"sequence"_s, someEvent}},
+     {24}},
+    {"renameMacroAtIndex",
+     Command::renameMacro,
+     [](Hc &c) { c.renameMacroAtIndexWithNewName(1, u"Größe"_s); },
+     {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"Größe"_s}, {u"macroID"_s, 1}}}},
+     {25, 4}},
+    {"getMacroDetails",
+     Command::readMacroLines,
+     [](Hc &c) { c.getMacroDetailsForMacroAtIndex(300); },
+     {{u"IndexOfMacroSequence"_s, 300}},
+     {27}},
+    {"getSequenceDetails",
+     Command::readEvent,
+     [](Hc &c) { c.getSequenceDetailsEventIndex(1, 511); },
+     {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 255}},
+     {28}},
     {"startSingleKeyRecording", Command::startSingleKeyRecording, [](Hc &c) { c.startSingleKeyRecording(); }, {}, {29}},
     {"stopSingleKeyRecording", Command::stopSingleKeyRecording, [](Hc &c) { c.stopSingleKeyRecording(); }, {}, {30}},
-    {"addMacroWithSettings", Command::addMacro, [](Hc &c) { c.addMacroWithSettings(someMacro); },
-     {{u"MacroContents"_s, someMacro}}, {32, 4}},
-    {"removeAllEvents", Command::removeAllEvents, [](Hc &c) { c.removeAllEventsForMacroAtIndex(2); },
-     {{u"macroID"_s, 2}}, {33}},
-    {"setAllEventsDelay", Command::setAllDelays,
+    {"addMacroWithSettings",
+     Command::addMacro,
+     [](Hc &c) { c.addMacroWithSettings(someMacro); },
+     {{u"MacroContents"_s, someMacro}},
+     {32, 4}},
+    {"removeAllEvents",
+     Command::removeAllEvents,
+     [](Hc &c) { c.removeAllEventsForMacroAtIndex(2); },
+     {{u"macroID"_s, 2}},
+     {33}},
+    {"setAllEventsDelay",
+     Command::setAllDelays,
      [](Hc &c) { c.setAllEventsDelayForMacroAtIndexHasNoDelay(0, 1, true); },
-     {{u"delay"_s, 0}, {u"macroID"_s, 1}, {u"HasNoDelay"_s, true}}, {34}},
-    {"setNewDelay", Command::setDelay, [](Hc &c) { c.setNewDelayAtMacroEventIndexForMacroAtIndex(25, 3, 1); },
-     {{u"delay"_s, 25}, {u"sequenceIdx"_s, 3}, {u"macroID"_s, 1}}, {37}},
+     {{u"delay"_s, 0}, {u"macroID"_s, 1}, {u"HasNoDelay"_s, true}},
+     {34}},
+    {"setNewDelay",
+     Command::setDelay,
+     [](Hc &c) { c.setNewDelayAtMacroEventIndexForMacroAtIndex(25, 3, 1); },
+     {{u"delay"_s, 25}, {u"sequenceIdx"_s, 3}, {u"macroID"_s, 1}},
+     {37}},
 };
 
 QVariantMap wholeRequest(QVariantMap entries)
@@ -240,14 +286,17 @@ void DaemonCommandsTest::survivesAReplyOfWrongTypes()
 {
     const Operation &op = operation();
     const HeldDocument before(*mHub->controller);
-    const QVariantMap wrong{{u"ReturnStatus"_s, u"none"_s},        {u"ReturnDictionary"_s, 3},
-                            {u"AllDevSettings"_s, QVariantList()}, {u"MacroSequences"_s, QVariantMap()},
+    const QVariantMap wrong{{u"ReturnStatus"_s, u"none"_s},
+                            {u"ReturnDictionary"_s, 3},
+                            {u"AllDevSettings"_s, QVariantList()},
+                            {u"MacroSequences"_s, QVariantMap()},
                             {u"sequenceInMacro"_s, true}};
     mDaemon->setReply(op.command, wrong);
     mDaemon->setReply(Command::readSettings, wrong);
     op.call(*mHub->controller);
     QVERIFY(HeldDocument(*mHub->controller) == before);
-    mDaemon->setScript(op.command, [](const auto &) { return std::vector<ScriptedDaemon::Reply>{{"no property list"}}; });
+    mDaemon->setScript(op.command,
+                       [](const auto &) { return std::vector<ScriptedDaemon::Reply>{{"no property list"}}; });
     op.call(*mHub->controller);
     QVERIFY(HeldDocument(*mHub->controller) == before);
 }
@@ -256,7 +305,8 @@ void DaemonCommandsTest::takesTheLastOfTwoReplies()
 {
     // Both replies are on their way before the request is answered, and only then does the waiter look.
     const auto reply = [](const QVariantMap &document) {
-        return ScriptedDaemon::Reply{ScriptedDaemon::encoded({{u"ReturnStatus"_s, 0}, {u"AllDevSettings"_s, document}})};
+        return ScriptedDaemon::Reply{
+            ScriptedDaemon::encoded({{u"ReturnStatus"_s, 0}, {u"AllDevSettings"_s, document}})};
     };
     mDaemon->setSlowToAnswer(std::chrono::milliseconds(50));
     mDaemon->setScript(Command::readSettings, [&](const auto &) {
@@ -516,8 +566,8 @@ void DaemonCommandsTest::redrawsAfterARefresh()
 {
     const Operation &op = operation();
     const bool refreshes = op.sentOnSuccess.size() == 2;
-    const bool applies = op.command == Command::addProfile || op.command == Command::updateProfile ||
-                         op.command == Command::switchProfile;
+    const bool applies = op.command == Command::addProfile || op.command == Command::updateProfile
+                         || op.command == Command::switchProfile;
     QVariantMap changed = withActiveProfile(sampleDocument(), 0);
     changed[u"Macros"_s] = QVariantList{QVariantMap{{u"MacroName"_s, u"Only"_s}}};
     mDaemon->setDocument(changed);

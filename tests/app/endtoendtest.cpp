@@ -2,8 +2,8 @@
 // The whole way: the real window, the real daemon, its disk, and a second client.
 #include "app/util/settingskeys.h"
 #include "daemonlink/daemontransport.h"
-#include "keys/keybutton.h"
 #include "keys/keyboardkeyscontroller.h"
+#include "keys/keybutton.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"

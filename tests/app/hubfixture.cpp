@@ -40,15 +40,12 @@ QVariantMap sampleDocument()
         const QVariantMap color{{u"Red"_s, 0.25}, {u"Green"_s, 0.5}, {u"Blue"_s, 1.0}};
         const QVariantMap noApplication{
             {u"application"_s, u""_s}, {u"executable"_s, u""_s}, {u"identifier"_s, u""_s}, {u"signature"_s, u""_s}};
-        return QVariantMap{{u"ProfileName"_s, name},
-                           {u"Keys"_s, QVariantMap{{u"4"_s, disabled}, {u"5"_s, byDefault}}},
-                           {u"AppInfo"_s, noApplication},
-                           {u"AutoSwitchOn"_s, 0},
-                           {u"BacklightLED"_s, 1},
-                           {u"LEDKBColors"_s, QVariantList{color}},
-                           {u"LEDKBEffects"_s, 4},
-                           {u"BrightnessKBNormal"_s, brightness},
-                           {u"GameLightingOn"_s, true}};
+        return QVariantMap{
+            {u"ProfileName"_s, name},      {u"Keys"_s, QVariantMap{{u"4"_s, disabled}, {u"5"_s, byDefault}}},
+            {u"AppInfo"_s, noApplication}, {u"AutoSwitchOn"_s, 0},
+            {u"BacklightLED"_s, 1},        {u"LEDKBColors"_s, QVariantList{color}},
+            {u"LEDKBEffects"_s, 4},        {u"BrightnessKBNormal"_s, brightness},
+            {u"GameLightingOn"_s, true}};
     };
     const auto macro = [](const QString &name) {
         return QVariantMap{{u"MacroName"_s, name}, {u"delay"_s, 20}, {u"sequence"_s, QVariantMap()}};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What kestractl says and returns when it is used wrongly, when there is no daemon, and when the daemon is silent, refuses
-// or talks nonsense. A port of the test stands in for the daemon, since the real one does none of this on request.
+// What kestractl says and returns when it is used wrongly, when there is no daemon, and when the daemon is silent,
+// refuses or talks nonsense. A port of the test stands in for the daemon, since the real one does none of this on
+// request.
 #include "app/util/daemonprotocol.h"
 #include "app/util/qlcoreutility.h"
 #include "platform/messageport.h"
@@ -89,8 +90,8 @@ void TestKestractlFailures::helpNeedsNoDaemon_data()
     QTest::newRow("help of a command") << QStringList{u"help"_s, u"key"_s} << u"kestractl key KEY"_s;
     QTest::newRow("--help of a command") << QStringList{u"key"_s, u"--help"_s} << u"kestractl key KEY"_s;
     QTest::newRow("help of a group") << QStringList{u"help"_s, u"keyboard"_s} << u"kestractl keyboard attach"_s;
-    QTest::newRow("help of two words")
-        << QStringList{u"help"_s, u"profile"_s, u"switch"_s} << u"kestractl profile switch N|NAME"_s;
+    QTest::newRow("help of two words") << QStringList{u"help"_s, u"profile"_s, u"switch"_s}
+                                       << u"kestractl profile switch N|NAME"_s;
     QTest::newRow("--version") << QStringList{u"--version"_s} << u"kestractl "_s + QLatin1StringView(KESTRA_VERSION);
 }
 
@@ -129,15 +130,20 @@ void TestKestractlFailures::wrongUsageIsTold_data()
     QTest::newRow("key code outside the layout") << QStringList{u"key"_s, u"0x03"_s} << u"0x03"_s;
     QTest::newRow("no such assignment") << QStringList{u"key"_s, u"A"_s, u"explode"_s} << u"explode"_s;
     QTest::newRow("nothing to send") << QStringList{u"key"_s, u"A"_s, u"single"_s} << u"\"key KEY single\" needs KEY"_s;
-    QTest::newRow("too much") << QStringList{u"key"_s, u"A"_s, u"disable"_s, u"B"_s} << u"\"key KEY disable\" takes nothing more"_s;
-    QTest::newRow("another kind's option") << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"0"_s, u"--modifiers"_s, u"LeftShift"_s}
-                                           << u"\"key KEY macro\" takes no option --modifiers"_s;
-    QTest::newRow("option without an assignment") << QStringList{u"key"_s, u"A"_s, u"--repeat=2"_s} << u"go with an assignment"_s;
-    QTest::newRow("option without a value") << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"0"_s, u"--repeat"_s}
-                                            << u"the option --repeat needs a value"_s;
-    QTest::newRow("option given twice") << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"0"_s, u"--repeat=2"_s, u"--repeat=3"_s}
+    QTest::newRow("too much") << QStringList{u"key"_s, u"A"_s, u"disable"_s, u"B"_s}
+                              << u"\"key KEY disable\" takes nothing more"_s;
+    QTest::newRow("another kind's option")
+        << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"0"_s, u"--modifiers"_s, u"LeftShift"_s}
+        << u"\"key KEY macro\" takes no option --modifiers"_s;
+    QTest::newRow("option without an assignment")
+        << QStringList{u"key"_s, u"A"_s, u"--repeat=2"_s} << u"go with an assignment"_s;
+    QTest::newRow("option without a value")
+        << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"0"_s, u"--repeat"_s} << u"the option --repeat needs a value"_s;
+    QTest::newRow("option given twice") << QStringList{u"key"_s, u"A"_s,          u"macro"_s,
+                                                       u"0"_s,   u"--repeat=2"_s, u"--repeat=3"_s}
                                         << u"the option --repeat is given twice"_s;
-    QTest::newRow("value for an option that takes none") << QStringList{u"key"_s, u"A"_s, u"--json=1"_s} << u"--json=1"_s;
+    QTest::newRow("value for an option that takes none")
+        << QStringList{u"key"_s, u"A"_s, u"--json=1"_s} << u"--json=1"_s;
     QTest::newRow("option of another command") << QStringList{u"status"_s, u"--plist"_s} << u"--plist"_s;
     QTest::newRow("no such option") << QStringList{u"--loud"_s, u"status"_s} << u"--loud"_s;
     QTest::newRow("options that exclude each other")

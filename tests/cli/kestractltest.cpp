@@ -113,24 +113,25 @@ QVariantMap TestKestractl::document() const
 void TestKestractl::addProfile(const QString &name)
 {
     const qsizetype count = document().value(SettingsKeys::profiles).toList().size();
-    sendDaemonRequest(QVariantMap{{DaemonProtocol::productIdKey, DaemonProtocol::productId},
-                                  {DaemonProtocol::responsePortName, u"NoSuchPort"_s},
-                                  {DaemonProtocol::deviceSettingsDictionary,
-                                   QVariantMap{{SettingsKeys::profileName, name},
-                                               {SettingsKeys::keys, QVariantMap()}}}},
-                      static_cast<int>(DaemonProtocol::Command::addProfile));
+    sendDaemonRequest(
+        QVariantMap{{DaemonProtocol::productIdKey, DaemonProtocol::productId},
+                    {DaemonProtocol::responsePortName, u"NoSuchPort"_s},
+                    {DaemonProtocol::deviceSettingsDictionary,
+                     QVariantMap{{SettingsKeys::profileName, name}, {SettingsKeys::keys, QVariantMap()}}}},
+        static_cast<int>(DaemonProtocol::Command::addProfile));
     QTRY_COMPARE(document().value(SettingsKeys::profiles).toList().size(), count + 1);
 }
 
 void TestKestractl::addMacro(const QString &name)
 {
     const qsizetype count = document().value(SettingsKeys::macros).toList().size();
-    sendDaemonRequest(QVariantMap{{DaemonProtocol::productIdKey, DaemonProtocol::productId},
-                                  {DaemonProtocol::responsePortName, u"NoSuchPort"_s},
-                                  {DaemonProtocol::macroContents, QVariantMap{{SettingsKeys::macroName, name},
-                                                                              {SettingsKeys::delay, 20},
-                                                                              {SettingsKeys::sequence, QVariantMap()}}}},
-                      static_cast<int>(DaemonProtocol::Command::addMacro));
+    sendDaemonRequest(
+        QVariantMap{{DaemonProtocol::productIdKey, DaemonProtocol::productId},
+                    {DaemonProtocol::responsePortName, u"NoSuchPort"_s},
+                    {DaemonProtocol::macroContents, QVariantMap{{SettingsKeys::macroName, name},
+                                                                {SettingsKeys::delay, 20},
+                                                                {SettingsKeys::sequence, QVariantMap()}}}},
+        static_cast<int>(DaemonProtocol::Command::addMacro));
     QTRY_COMPARE(document().value(SettingsKeys::macros).toList().size(), count + 1);
 }
 
@@ -288,14 +289,16 @@ void TestKestractl::everyAssignmentIsStoredSaidAndSent_data()
                                 << QStringList{u"+7:6"_s, u"-7:6"_s};
     QTest::newRow("with modifiers") << QStringList{u"single"_s, u"C"_s, u"--modifiers"_s, u"leftcontrol,leftshift"_s}
                                     << u"Q: single key Left Control + Left Shift + C"_s << QJsonArray{16, 6, 3}
-                                    << QStringList{u"+7:224"_s, u"+7:225"_s, u"+7:6"_s, u"-7:6"_s, u"-7:224"_s, u"-7:225"_s};
-    QTest::newRow("a modifier") << QStringList{u"single"_s, u"RightShift"_s, u"--json"_s, u"--modifiers="_s} << QString()
-                                << QJsonArray{16, 229, 0} << QStringList{u"+7:229"_s, u"-7:229"_s};
+                                    << QStringList{u"+7:224"_s, u"+7:225"_s, u"+7:6"_s,
+                                                   u"-7:6"_s,   u"-7:224"_s, u"-7:225"_s};
+    QTest::newRow("a modifier") << QStringList{u"single"_s, u"RightShift"_s, u"--json"_s, u"--modifiers="_s}
+                                << QString() << QJsonArray{16, 229, 0} << QStringList{u"+7:229"_s, u"-7:229"_s};
     QTest::newRow("macro") << QStringList{u"macro"_s, u"Heal"_s, u"--repeat"_s, u"until-released"_s}
                            << u"Q: macro Heal, until released"_s << QJsonArray{10, 1, 255} << nothing;
     QTest::newRow("macro by number") << QStringList{u"macro"_s, u"0"_s, u"--repeat=3"_s} << u"Q: macro Other, 3 times"_s
                                      << QJsonArray{10, 0, 3} << nothing;
-    QTest::newRow("profile") << QStringList{u"profile"_s, u"0"_s} << u"Q: profile Default Profile"_s << QJsonArray{17, 0, 0} << nothing;
+    QTest::newRow("profile") << QStringList{u"profile"_s, u"0"_s} << u"Q: profile Default Profile"_s
+                             << QJsonArray{17, 0, 0} << nothing;
     QTest::newRow("disable") << QStringList{u"disable"_s} << u"Q: disabled"_s << QJsonArray{20, 0, 0} << nothing;
     QTest::newRow("default") << QStringList{u"default"_s} << u"Q: default key"_s << QJsonArray{45, 20, 0}
                              << QStringList{u"+7:20"_s, u"-7:20"_s};
@@ -361,7 +364,8 @@ void TestKestractl::assignmentToWhatDoesNotExistChangesNothing_data()
     QTest::newRow("macro") << QStringList{u"macro"_s, u"0"_s} << u"there is no macro 0"_s;
     QTest::newRow("macro name") << QStringList{u"macro"_s, u"Heal"_s} << u"no macro is called \"Heal\""_s;
     QTest::newRow("profile") << QStringList{u"profile"_s, u"1"_s} << u"there is no profile 1"_s;
-    QTest::newRow("application") << QStringList{u"launch"_s, u"/bin/sh"_s} << u"neither a desktop entry nor an application bundle"_s;
+    QTest::newRow("application") << QStringList{u"launch"_s, u"/bin/sh"_s}
+                                 << u"neither a desktop entry nor an application bundle"_s;
 }
 
 void TestKestractl::assignmentToWhatDoesNotExistChangesNothing()

@@ -66,9 +66,10 @@ void KeyAssignmentsTest::makesTheEntry_data()
     QTest::addColumn<int>("param2");
     QTest::newRow("single") << u"single"_s << u"C"_s << QString() << 16 << 6 << 0;
     QTest::newRow("single with modifiers") << u"single"_s << u"c"_s << u"leftshift,LeftControl"_s << 16 << 6 << 3;
-    QTest::newRow("every modifier") << u"single"_s << u"C"_s
-                                    << u"LeftControl,LeftShift,LeftOption,LeftCommand,RightControl,RightShift,RightOption,RightCommand"_s
-                                    << 16 << 6 << 255;
+    QTest::newRow("every modifier")
+        << u"single"_s << u"C"_s
+        << u"LeftControl,LeftShift,LeftOption,LeftCommand,RightControl,RightShift,RightOption,RightCommand"_s << 16 << 6
+        << 255;
     QTest::newRow("a modifier twice") << u"single"_s << u"C"_s << u"RightShift, right shift"_s << 16 << 6 << 32;
     QTest::newRow("a modifier itself") << u"single"_s << u"RightCommand"_s << QString() << 16 << 231 << 0;
     QTest::newRow("macro by number") << u"macro"_s << u"1"_s << QString() << 10 << 1 << 1;
@@ -103,18 +104,26 @@ void KeyAssignmentsTest::refusesWhatMeansNothing_data()
     QTest::addColumn<QString>("argument");
     QTest::addColumn<QString>("optionValue");
     QTest::addColumn<QString>("problem");
-    QTest::newRow("no such key") << u"single"_s << u"Banana"_s << QString() << u"the keyboard has no key \"Banana\" to send"_s;
-    QTest::newRow("no such modifier") << u"single"_s << u"C"_s << u"leftshift,Banana"_s << u"\"Banana\" is no modifier key"_s;
+    QTest::newRow("no such key") << u"single"_s << u"Banana"_s << QString()
+                                 << u"the keyboard has no key \"Banana\" to send"_s;
+    QTest::newRow("no such modifier") << u"single"_s << u"C"_s << u"leftshift,Banana"_s
+                                      << u"\"Banana\" is no modifier key"_s;
     QTest::newRow("key as a modifier") << u"single"_s << u"C"_s << u"D"_s << u"\"D\" is no modifier key"_s;
-    QTest::newRow("no such macro") << u"macro"_s << u"3"_s << QString() << u"there is no macro 3 (see kestractl document)"_s;
-    QTest::newRow("no such macro name") << u"macro"_s << u"Harm"_s << QString() << u"no macro is called \"Harm\" (see kestractl document)"_s;
-    QTest::newRow("name borne twice") << u"macro"_s << u"Twice"_s << QString() << u"several macros are called \"Twice\"; give the number"_s;
-    QTest::newRow("no such profile") << u"profile"_s << u"2"_s << QString() << u"there is no profile 2 (see kestractl profile list)"_s;
-    QTest::newRow("no such profile name") << u"profile"_s << u"Rest"_s << QString() << u"no profile is called \"Rest\" (see kestractl profile list)"_s;
+    QTest::newRow("no such macro") << u"macro"_s << u"3"_s << QString()
+                                   << u"there is no macro 3 (see kestractl document)"_s;
+    QTest::newRow("no such macro name") << u"macro"_s << u"Harm"_s << QString()
+                                        << u"no macro is called \"Harm\" (see kestractl document)"_s;
+    QTest::newRow("name borne twice") << u"macro"_s << u"Twice"_s << QString()
+                                      << u"several macros are called \"Twice\"; give the number"_s;
+    QTest::newRow("no such profile") << u"profile"_s << u"2"_s << QString()
+                                     << u"there is no profile 2 (see kestractl profile list)"_s;
+    QTest::newRow("no such profile name")
+        << u"profile"_s << u"Rest"_s << QString() << u"no profile is called \"Rest\" (see kestractl profile list)"_s;
     for (const QString &repeat : {u"often"_s, u"0"_s, u"11"_s, u"-2"_s, u"254"_s, u"255"_s, u"2.5"_s}) {
         QTest::newRow(qPrintable(u"repeat "_s + repeat))
             << u"macro"_s << u"Heal"_s << repeat
-            << u"\"%1\" is no way to repeat a macro: once, until-released, until-pressed-again or 2 to 10"_s.arg(repeat);
+            << u"\"%1\" is no way to repeat a macro: once, until-released, until-pressed-again or 2 to 10"_s.arg(
+                   repeat);
     }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "app/util/settingskeys.h"
 #include "cli/keydescription.h"
+#include "app/util/settingskeys.h"
 #include "keys/keymapping.h"
 
 #include <QJsonObject>
@@ -54,27 +54,22 @@ void TestKeyDescription::saysWhatAKeyDoes_data()
     QTest::newRow("default") << entry(Assignment::defaultKey, 4, 0) << u"default key"_s;
     QTest::newRow("disabled") << entry(Assignment::disabled, 0, 0) << u"disabled"_s;
     QTest::newRow("single key") << entry(Assignment::singleKey, 5, 0) << u"single key B"_s;
-    QTest::newRow("single key with modifiers")
-        << entry(Assignment::singleKey, 5, 2) << u"single key Left Shift + B"_s;
-    QTest::newRow("modifiers from the lowest bit") << entry(Assignment::singleKey, 5, 0x83)
-                                                   << u"single key Left Control + Left Shift + Right Command + B"_s;
+    QTest::newRow("single key with modifiers") << entry(Assignment::singleKey, 5, 2) << u"single key Left Shift + B"_s;
+    QTest::newRow("modifiers from the lowest bit")
+        << entry(Assignment::singleKey, 5, 0x83) << u"single key Left Control + Left Shift + Right Command + B"_s;
     QTest::newRow("modifiers alone") << entry(Assignment::singleKey, 0, 1) << u"single key Left Control"_s;
     QTest::newRow("single key without one") << entry(Assignment::singleKey, 0, 0) << u"single key none"_s;
     QTest::newRow("single key outside the layout")
         << entry(Assignment::singleKey, 200, 0) << u"single key HID usage 200"_s;
     QTest::newRow("profile") << entry(Assignment::switchProfile, 1, 0) << u"profile Second 100%1"_s;
-    QTest::newRow("lost profile") << entry(Assignment::switchProfile, 9, 0)
-                                  << u"profile 9 (which does not exist)"_s;
+    QTest::newRow("lost profile") << entry(Assignment::switchProfile, 9, 0) << u"profile 9 (which does not exist)"_s;
     QTest::newRow("macro once") << entry(Assignment::playMacro, 0, 1) << u"macro Combo, once"_s;
-    QTest::newRow("macro with no repeat mode") << entry(Assignment::playMacro, 0, 0)
-                                               << u"macro Combo, once"_s;
+    QTest::newRow("macro with no repeat mode") << entry(Assignment::playMacro, 0, 0) << u"macro Combo, once"_s;
     QTest::newRow("macro ten times") << entry(Assignment::playMacro, 0, 10) << u"macro Combo, 10 times"_s;
-    QTest::newRow("macro until released")
-        << entry(Assignment::playMacro, 0, 255) << u"macro Combo, until released"_s;
+    QTest::newRow("macro until released") << entry(Assignment::playMacro, 0, 255) << u"macro Combo, until released"_s;
     QTest::newRow("macro until pressed again")
         << entry(Assignment::playMacro, 0, 254) << u"macro Combo, until pressed again"_s;
-    QTest::newRow("lost macro") << entry(Assignment::playMacro, -1, 1)
-                                << u"macro -1 (which does not exist), once"_s;
+    QTest::newRow("lost macro") << entry(Assignment::playMacro, -1, 1) << u"macro -1 (which does not exist), once"_s;
     QTest::newRow("program") << entry(Assignment::launchProgram, u"/opt/Game.app"_s, QString())
                              << u"program /opt/Game.app"_s;
     QTest::newRow("unknown") << QVariant(QVariantMap{{SettingsKeys::command, 30}})
@@ -92,9 +87,11 @@ void TestKeyDescription::jsonHasTheStoredEntry()
 {
     const QJsonObject json = keyAsJson(documentWithEntry(entry(Assignment::disabled, 0, 0)), keyACode);
     const QJsonObject stored{{u"command"_s, 20}, {u"param1"_s, 0}, {u"param2"_s, 0}};
-    const QJsonObject expected{
-        {u"key"_s, u"A"_s},    {u"code"_s, 4}, {u"mapped"_s, true}, {u"description"_s, u"disabled"_s},
-        {u"entry"_s, stored}};
+    const QJsonObject expected{{u"key"_s, u"A"_s},
+                               {u"code"_s, 4},
+                               {u"mapped"_s, true},
+                               {u"description"_s, u"disabled"_s},
+                               {u"entry"_s, stored}};
     QCOMPARE(json, expected);
 }
 

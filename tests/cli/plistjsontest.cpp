@@ -40,8 +40,7 @@ void TestPlistJson::writesEachType_data()
     row("real", 0.25, "0.25");
     row("data", QByteArray("\x00\x01\xff", 3), "\"AAH/\"");
     row("empty data", QByteArray(), "\"\"");
-    row("date", QDateTime(QDate(2024, 2, 29), QTime(13, 14, 15, 678), QTimeZone(3600)),
-        "\"2024-02-29T12:14:15.678Z\"");
+    row("date", QDateTime(QDate(2024, 2, 29), QTime(13, 14, 15, 678), QTimeZone(3600)), "\"2024-02-29T12:14:15.678Z\"");
     row("empty array", QVariantList(), "[]");
     row("empty dictionary", QVariantMap(), "{}");
     row("what no property list holds", QVariant(), "null");

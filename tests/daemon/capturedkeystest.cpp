@@ -146,7 +146,8 @@ void CapturedKeysTest::singleKeyIsSentAsItWasCaptured()
     daemon.request(Command::stopSingleKeyRecording);
     const QVariantMap entry{{u"command"_s, 16}, {u"param1"_s, key}, {u"param2"_s, modifiers}};
     daemon.request(Command::updateProfile,
-                   {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap{{u"106"_s, entry}}}}}});
+                   {{u"ProfileID"_s, 0},
+                    {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap{{u"106"_s, entry}}}}}});
     QVERIFY(daemon.type({106}));
     QTEST(daemon.sent, "sent");
 }

@@ -76,7 +76,8 @@ QStringList documentedMembers(const QString &interface)
     QFile file(QStringLiteral(KESTRA_DOCS_DIR "/daemon-protocol.md"));
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    static const QRegularExpression row(u"^\\| (method|signal|property) \\| `(\\w+)` \\| `?([a-z()]*)`? *\\| `?([a-z()]*)`? *\\|"_s);
+    static const QRegularExpression row(
+        u"^\\| (method|signal|property) \\| `(\\w+)` \\| `?([a-z()]*)`? *\\| `?([a-z()]*)`? *\\|"_s);
     QStringList members;
     bool isInside = false;
     for (const QString &line : QString::fromUtf8(file.readAll()).split(u'\n')) {
@@ -85,7 +86,8 @@ QStringList documentedMembers(const QString &interface)
         const QRegularExpressionMatch match = row.match(line);
         if (!isInside || !match.hasMatch())
             continue;
-        const QString kind = match.captured(1), name = match.captured(2), in = match.captured(3), out = match.captured(4);
+        const QString kind = match.captured(1), name = match.captured(2), in = match.captured(3),
+                      out = match.captured(4);
         if (kind == "property"_L1)
             members += u"property %1 %2"_s.arg(name, out);
         else
@@ -144,7 +146,8 @@ void DaemonProcessTest::cleanup()
 
 void DaemonProcessTest::startsWithTheFactorySettings()
 {
-    const auto opened = mDaemon->request(Command::openDevice, {{u"ProductName"_s, u"Kestra"_s}, {u"IsDeviceWired"_s, 1}});
+    const auto opened =
+        mDaemon->request(Command::openDevice, {{u"ProductName"_s, u"Kestra"_s}, {u"IsDeviceWired"_s, 1}});
     QVERIFY(opened);
     QCOMPARE(opened->values, (QVariantMap{{u"ReturnStatus"_s, 1}}));
     const auto settings = mDaemon->request(Command::readSettings);
@@ -152,7 +155,8 @@ void DaemonProcessTest::startsWithTheFactorySettings()
     const QVariantMap document = settings->values.value(u"AllDevSettings"_s).toMap();
     QCOMPARE(SettingsDocument::problemOf(document), QString());
     QCOMPARE(firstName(document), u"Default Profile"_s);
-    QVERIFY(SettingsDocument::activeProfile(document).value(u"Keys"_s).toMap().size() >= 119); // of Kestra.plist, no fallback
+    QVERIFY(SettingsDocument::activeProfile(document).value(u"Keys"_s).toMap().size()
+            >= 119); // of Kestra.plist, no fallback
     QCOMPARE(document.value(u"DeviceSettings"_s).toMap().value(u"ProfileOSDOn"_s), QVariant(1));
 }
 
@@ -161,7 +165,8 @@ void DaemonProcessTest::answersTheSendAtOnceWithNothing()
     const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     QVERIFY(port);
     QByteArray answer("unset");
-    QCOMPARE(port->sendRequest(4, "no property list", std::chrono::seconds(2), std::chrono::seconds(2), &answer), RemoteMessagePort::SendStatus::success);
+    QCOMPARE(port->sendRequest(4, "no property list", std::chrono::seconds(2), std::chrono::seconds(2), &answer),
+             RemoteMessagePort::SendStatus::success);
     QCOMPARE(answer, QByteArray());
 }
 
@@ -177,7 +182,8 @@ void DaemonProcessTest::repliesUnderTheCommandNumber()
 
 void DaemonProcessTest::settingsSurviveARestart()
 {
-    const auto changed = mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"Näme"_s)}});
+    const auto changed = mDaemon->request(Command::updateProfile,
+                                          {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"Näme"_s)}});
     QVERIFY(changed);
     QCOMPARE(mDaemon->terminate(), 0);
     QVERIFY(mDaemon->start());
@@ -190,7 +196,8 @@ void DaemonProcessTest::settingsSurviveARestart()
 void DaemonProcessTest::damagedSettingsAreSetAside()
 {
     for (const QString &name : {u"one"_s, u"two"_s})
-        QVERIFY(mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(name)}}));
+        QVERIFY(mDaemon->request(Command::updateProfile,
+                                 {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(name)}}));
     mDaemon->terminate();
     const QString path = mDaemon->settingsFolder() + u"/settings.plist"_s;
     QVERIFY(QFile::resize(path, QFileInfo(path).size() / 2));
@@ -204,7 +211,8 @@ void DaemonProcessTest::damagedSettingsAreSetAside()
 
 void DaemonProcessTest::fullDiskIsReportedAndChangesNothing()
 {
-    QVERIFY(mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"kept"_s)}}));
+    QVERIFY(mDaemon->request(Command::updateProfile,
+                             {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"kept"_s)}}));
     mDaemon->terminate();
     QVERIFY(mDaemon->start([] {
         // No file can grow beyond this: what a disk that fills up in the middle of a write looks like.
@@ -212,7 +220,8 @@ void DaemonProcessTest::fullDiskIsReportedAndChangesNothing()
         const rlimit limit{100, 100};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }));
-    const auto reply = mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"lost"_s)}});
+    const auto reply = mDaemon->request(Command::updateProfile,
+                                        {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"lost"_s)}});
     QVERIFY(reply);
     QCOMPARE(reply->values.value(u"ReturnStatus"_s), QVariant(static_cast<int>(Status::notSaved)));
     QCOMPARE(firstName(reply->values.value(u"ReturnDictionary"_s).toMap()), u"kept"_s);
@@ -227,9 +236,11 @@ void DaemonProcessTest::postsNotificationsForOtherClients()
 {
     QObject observer;
     QList<DistributedNotification> seen;
-    for (const auto name : {DaemonProtocol::profileUpdated, DaemonProtocol::deviceRemoved, DaemonProtocol::deviceAttached,
-                            DaemonProtocol::gameModePressed, DaemonProtocol::illuminationUpdated})
-        DistributedNotificationCenter::defaultCenter().addObserver(&observer, name, [&](const DistributedNotification &notification) { seen += notification; });
+    for (const auto name :
+         {DaemonProtocol::profileUpdated, DaemonProtocol::deviceRemoved, DaemonProtocol::deviceAttached,
+          DaemonProtocol::gameModePressed, DaemonProtocol::illuminationUpdated})
+        DistributedNotificationCenter::defaultCenter().addObserver(
+            &observer, name, [&](const DistributedNotification &notification) { seen += notification; });
     const auto names = [&] {
         QStringList result;
         for (const DistributedNotification &notification : std::as_const(seen))
@@ -245,8 +256,8 @@ void DaemonProcessTest::postsNotificationsForOtherClients()
     QCOMPARE(mDaemon->callKeyboard(u"PressGameMode"_s), QString());
     QCOMPARE(mDaemon->callKeyboard(u"SetBrightness"_s, {2}), QString());
     QTRY_COMPARE(seen.size(), 6);
-    QCOMPARE(names(), QStringList({u"Device Removed 271"_s, u"Device Attached 271"_s, u"Game Mode Pressed 271"_s, u"Profile Updated 271"_s,
-                                   u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
+    QCOMPARE(names(), QStringList({u"Device Removed 271"_s, u"Device Attached 271"_s, u"Game Mode Pressed 271"_s,
+                                   u"Profile Updated 271"_s, u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
     QCOMPARE(seen.at(4).userInfo, (QVariantMap{{u"BrightnessKBNormal"_s, 2}}));
     QCOMPARE(seen.at(5).userInfo, (QVariantMap{{u"Source App"_s, u"QuillKestraDaemon"_s}}));
     QCOMPARE(mDaemon->keyboardProperty(u"GameMode"_s), QVariant(true));
@@ -269,7 +280,8 @@ void DaemonProcessTest::virtualKeyboardRefusesTheImpossible()
 {
     const QString invalid = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
     const QString notAttached = u"org.quillkestra.VirtualKeyboard.Error.NotAttached"_s;
-    for (const QVariantList &key : {QVariantList{7u, 3u}, {7u, 232u}, {7u, 65540u}, {9u, 0u}, {9u, 256u}, {8u, 4u}, {65543u, 4u}}) {
+    for (const QVariantList &key :
+         {QVariantList{7u, 3u}, {7u, 232u}, {7u, 65540u}, {9u, 0u}, {9u, 256u}, {8u, 4u}, {65543u, 4u}}) {
         QCOMPARE(mDaemon->callKeyboard(u"Press"_s, key), invalid);
         QCOMPARE(mDaemon->callKeyboard(u"Release"_s, key), invalid);
     }
@@ -401,7 +413,8 @@ void DaemonProcessTest::losesNothingAnsweredWhenKilled()
         clock.start();
         const int lifeMs = random.bounded(5, 120);
         while (clock.elapsed() < lifeMs) {
-            mDaemon->send(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(QString::number(++sent))}});
+            mDaemon->send(Command::updateProfile,
+                          {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(QString::number(++sent))}});
             QCoreApplication::processEvents();
         }
         mDaemon->kill();
@@ -415,7 +428,9 @@ void DaemonProcessTest::losesNothingAnsweredWhenKilled()
         QCOMPARE(SettingsDocument::problemOf(document), QString());
         const int stored = firstName(document).toInt();
         // Replies that were on their way are lost with the daemon, so more may be stored than was answered, never less.
-        QVERIFY2(stored >= answered && stored <= sent, qPrintable(u"round %1: answered %2, stored %3, sent %4"_s.arg(round).arg(answered).arg(stored).arg(sent)));
+        QVERIFY2(
+            stored >= answered && stored <= sent,
+            qPrintable(u"round %1: answered %2, stored %3, sent %4"_s.arg(round).arg(answered).arg(stored).arg(sent)));
         QVERIFY2(QDir(mDaemon->settingsFolder()).entryList({u"*damaged*"_s}).isEmpty(), "a kill left a damaged file");
         sent = answered = stored;
     }

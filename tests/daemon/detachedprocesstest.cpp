@@ -45,7 +45,8 @@ QStringList DetachedProcessTest::linesOf(const QByteArray &script, const QString
     if (!file.open(QIODevice::WriteOnly))
         return {};
     // Renamed when it is whole, so that what is there can be read at once.
-    file.write("#!/bin/sh\nresult=$1; shift\n{\n" + script + "\n} > \"$result.part\" && mv \"$result.part\" \"$result\"\n");
+    file.write("#!/bin/sh\nresult=$1; shift\n{\n" + script
+               + "\n} > \"$result.part\" && mv \"$result.part\" \"$result\"\n");
     file.setPermissions(file.permissions() | QFile::ExeOwner);
     file.close();
     if (DetachedProcess::start(QStringList{path, result} + arguments, mFolder->path()) != 0)
@@ -58,8 +59,10 @@ QStringList DetachedProcessTest::linesOf(const QByteArray &script, const QString
 
 void DetachedProcessTest::getsItsArgumentsAndDirectory()
 {
-    const QStringList lines = linesOf("pwd -P; printf '<%s>\\n' \"$@\"", {u"two words"_s, QString(), u"$HOME;`x`"_s, u"naïve"_s});
-    QCOMPARE(lines, QStringList({QFileInfo(mFolder->path()).canonicalFilePath(), u"<two words>"_s, u"<>"_s, u"<$HOME;`x`>"_s, u"<naïve>"_s}));
+    const QStringList lines =
+        linesOf("pwd -P; printf '<%s>\\n' \"$@\"", {u"two words"_s, QString(), u"$HOME;`x`"_s, u"naïve"_s});
+    QCOMPARE(lines, QStringList({QFileInfo(mFolder->path()).canonicalFilePath(), u"<two words>"_s, u"<>"_s,
+                                 u"<$HOME;`x`>"_s, u"<naïve>"_s}));
 }
 
 void DetachedProcessTest::sharesNothingWithItsStarter()

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The daemon without a bus: a real store and a virtual keyboard, with replies, notifications and time in the test's hands.
+// The daemon without a bus: a real store and a virtual keyboard, with replies, notifications and time in the test's
+// hands.
+#include "daemon/devicedaemon.h"
 #include "app/util/propertylist.h"
 #include "app/util/qlcoreutility.h"
-#include "daemon/devicedaemon.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/virtualkeyboard.h"
 #include "macros/macrorecord.h"
@@ -46,7 +47,9 @@ QVariantMap startDocument()
 {
     const QVariantMap macro{{u"MacroName"_s, u"M"_s}, {u"delay"_s, 20}, {u"sequence"_s, QVariantMap()}};
     return SettingsDocument::completed(
-        {{u"Profiles"_s, QVariantList{profile(u"A"_s, {{u"58"_s, keyEntry(17, 1)}, {u"59"_s, keyEntry(17, 9)}, {u"60"_s, keyEntry(46, u"prog"_s)}}),
+        {{u"Profiles"_s, QVariantList{profile(u"A"_s, {{u"58"_s, keyEntry(17, 1)},
+                                                       {u"59"_s, keyEntry(17, 9)},
+                                                       {u"60"_s, keyEntry(46, u"prog"_s)}}),
                                       profile(u"B"_s, {{u"4"_s, keyEntry(20, 0)}})}},
          {u"Macros"_s, QVariantList{macro, macro}},
          {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}});
@@ -110,12 +113,21 @@ private Q_SLOTS:
 private:
     void send(Command command, QVariantMap request = {}, const QString &port = client);
     Message replyTo(Command command, const QVariantMap &request = {});
-    int statusOf(Command command, const QVariantMap &request = {}) { return replyTo(command, request).values.value(u"ReturnStatus"_s, -1).toInt(); }
+    int statusOf(Command command, const QVariantMap &request = {})
+    {
+        return replyTo(command, request).values.value(u"ReturnStatus"_s, -1).toInt();
+    }
     void press(int usage) { QCOMPARE(mKeyboard->press(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done); }
-    void release(int usage) { QCOMPARE(mKeyboard->release(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done); }
+    void release(int usage)
+    {
+        QCOMPARE(mKeyboard->release(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done);
+    }
     QStringList takeNotificationNames();
     QVariantMap notification(const QString &name) const;
-    QVariantMap storedDocument() const { return PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s)).value_or(QVariantMap()); }
+    QVariantMap storedDocument() const
+    {
+        return PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s)).value_or(QVariantMap());
+    }
     void start(const QVariantMap &document);
 
     std::optional<QTemporaryDir> mTemporary;
@@ -124,7 +136,7 @@ private:
     std::unique_ptr<DeviceDaemon> mDaemon;
     QList<Message> mReplies;
     QList<Message> mNotifications;
-    QStringList mSent;      // "+4", "-4": what the computer saw
+    QStringList mSent; // "+4", "-4": what the computer saw
     QStringList mLaunched;
     QString mWatchedClient;
     std::chrono::milliseconds mNow = 0ms;
@@ -146,12 +158,16 @@ void DeviceDaemonTest::start(const QVariantMap &document)
     connect(mKeyboard.get(), &VirtualKeyboard::sent, this,
             [this](uint, uint usage, bool down) { mSent += (down ? u'+' : u'-') + QString::number(usage); });
     DaemonOutlets outlets{
-        .sendReply = [this](const QString &port, qint32 command, const QVariantMap &reply) {
-            mReplies += {port, command, reply};
-            if (mOnReply)
-                mOnReply();
-        },
-        .postNotification = [this](const QString &name, const QVariantMap &userInfo) { mNotifications += {name, 0, userInfo}; },
+        .sendReply =
+            [this](const QString &port, qint32 command, const QVariantMap &reply) {
+                mReplies += {port, command, reply};
+                if (mOnReply)
+                    mOnReply();
+            },
+        .postNotification =
+            [this](const QString &name, const QVariantMap &userInfo) {
+                mNotifications += {name, 0, userInfo};
+            },
         .watchClient = [this](const QString &port) { mWatchedClient = port; },
         .launchProgram = [this](const QString &program) { mLaunched += program; },
         .now = [this] { return mNow; },
@@ -209,7 +225,9 @@ QVariantMap DeviceDaemonTest::notification(const QString &name) const
 
 void DeviceDaemonTest::openingTellsWhetherTheKeyboardIsThere()
 {
-    const QVariantMap request{{u"ProductName"_s, u"Kestra"_s}, {u"IsDeviceWired"_s, 1}, {u"DefaultQlPlistPath"_s, u"/nowhere/Kestra.plist"_s}};
+    const QVariantMap request{{u"ProductName"_s, u"Kestra"_s},
+                              {u"IsDeviceWired"_s, 1},
+                              {u"DefaultQlPlistPath"_s, u"/nowhere/Kestra.plist"_s}};
     QCOMPARE(replyTo(Command::openDevice, request).values, (QVariantMap{{u"ReturnStatus"_s, 1}}));
     mKeyboard->remove();
     QCOMPARE(replyTo(Command::openDevice, request).values, (QVariantMap{{u"ReturnStatus"_s, 0}}));
@@ -218,9 +236,12 @@ void DeviceDaemonTest::openingTellsWhetherTheKeyboardIsThere()
 void DeviceDaemonTest::openingTakesTheClientsFactorySettingsOnlyWhenThereIsNothingElse()
 {
     const QString path = mTemporary->filePath(u"Kestra.plist"_s);
-    const QVariantMap factory{{u"Default Settings"_s, QVariantMap{{u"Profiles"_s, QVariantList{profile(u"Factory"_s)}}, {u"Macros"_s, QVariantList()}}}};
+    const QVariantMap factory{{u"Default Settings"_s, QVariantMap{{u"Profiles"_s, QVariantList{profile(u"Factory"_s)}},
+                                                                  {u"Macros"_s, QVariantList()}}}};
     QVERIFY(PropertyList::writeFileAtomically(path, QlCoreUtility::convertDictionaryToData(factory).value()));
-    const auto activeName = [&] { return SettingsDocument::activeProfile(mDaemon->document()).value(u"ProfileName"_s).toString(); };
+    const auto activeName = [&] {
+        return SettingsDocument::activeProfile(mDaemon->document()).value(u"ProfileName"_s).toString();
+    };
 
     send(Command::openDevice, {{u"DefaultQlPlistPath"_s, path}});
     QCOMPARE(activeName(), u"A"_s);
@@ -254,7 +275,8 @@ void DeviceDaemonTest::everyReplyCarriesStatusAndCommand_data()
     row("0", 0, {}, status);
     row("4", 4, {}, {u"AllDevSettings"_s, u"ReturnStatus"_s});
     row("5", 5, {{u"DeviceSettingsDictionary"_s, profile(u"N"_s)}}, withDocument);
-    row("6", 6, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"AutoSwitchOn"_s, 1}}}}, withDocument);
+    row("6", 6, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"AutoSwitchOn"_s, 1}}}},
+        withDocument);
     row("7", 7, {{u"AllProfiles"_s, QVariantList{profile(u"N"_s)}}}, withDocument);
     row("9", 9, {{u"ProfileID"_s, 0}}, withDocument);
     row("10", 10, {{u"ProfileID"_s, 1}}, withDocument);
@@ -398,7 +420,8 @@ void DeviceDaemonTest::profileUpdatedNamesTheSource_data()
     QTest::addColumn<QString>("port");
     QTest::addColumn<QVariant>("given");
     QTest::addColumn<QString>("source");
-    QTest::newRow("the configurator's port") << u"KeyboardConfiguratorReplyPort"_s << QVariant() << u"org.quillkestra.Configurator"_s;
+    QTest::newRow("the configurator's port")
+        << u"KeyboardConfiguratorReplyPort"_s << QVariant() << u"org.quillkestra.Configurator"_s;
     QTest::newRow("another port") << u"kestractl.42"_s << QVariant() << u"kestractl.42"_s;
     QTest::newRow("the request says so") << u"KeyboardConfiguratorReplyPort"_s << QVariant(u"mine"_s) << u"mine"_s;
     QTest::newRow("not text") << u"kestractl.42"_s << QVariant(3) << u"kestractl.42"_s;
@@ -436,12 +459,15 @@ void DeviceDaemonTest::firmwareVersionComesByNotificationAlone()
 {
     send(Command::queryFirmwareVersion);
     QCOMPARE(notification(u"commandReplyNotification271"_s),
-             (QVariantMap{{u"MessageID"_s, 14}, {u"ReturnStatus"_s, 0}, {u"FirmwareVersion"_s, mKeyboard->firmwareVersion()}}));
+             (QVariantMap{
+                 {u"MessageID"_s, 14}, {u"ReturnStatus"_s, 0}, {u"FirmwareVersion"_s, mKeyboard->firmwareVersion()}}));
     mNotifications.clear();
     mKeyboard->remove();
     send(Command::queryFirmwareVersion);
     QCOMPARE(notification(u"commandReplyNotification271"_s),
-             (QVariantMap{{u"MessageID"_s, 14}, {u"ReturnStatus"_s, static_cast<int>(Status::deviceAbsent)}, {u"FirmwareVersion"_s, QString()}}));
+             (QVariantMap{{u"MessageID"_s, 14},
+                          {u"ReturnStatus"_s, static_cast<int>(Status::deviceAbsent)},
+                          {u"FirmwareVersion"_s, QString()}}));
     QVERIFY(mReplies.isEmpty());
 }
 
@@ -456,13 +482,16 @@ void DeviceDaemonTest::recordsAMacro()
     QCOMPARE(mNotifications.size(), 2);
     QCOMPARE(mNotifications.at(0).to, u"MacroSequence271"_s);
     QCOMPARE(mNotifications.at(0).values, (QVariantMap{{u"messagesArray"_s, QStringList{u"Key Press A"_s}}}));
-    QCOMPARE(mNotifications.at(1).values, (QVariantMap{{u"messagesArray"_s, QStringList{u"0.015 seconds delay\n"_s, u"Key Release A"_s}}}));
+    QCOMPARE(mNotifications.at(1).values,
+             (QVariantMap{{u"messagesArray"_s, QStringList{u"0.015 seconds delay\n"_s, u"Key Release A"_s}}}));
     QCOMPARE(mDaemon->document(), startDocument()); // nothing is stored before it is asked for
     QCOMPARE(statusOf(Command::stopMacroRecording), 0);
     press(5);
     QCOMPARE(mNotifications.size(), 2);
     QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
-    QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}}).values.value(u"MacroSequences"_s).toStringList(),
+    QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}})
+                 .values.value(u"MacroSequences"_s)
+                 .toStringList(),
              QStringList({u"Key Press A"_s, u"0.015 seconds delay\n"_s, u"Key Release A"_s}));
     QCOMPARE(storedDocument(), mDaemon->document());
 }
@@ -473,11 +502,14 @@ void DeviceDaemonTest::appendsToAMacro()
     mNotifications.clear();
     QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}}), 0);
     press(6);
-    QCOMPARE(notification(u"MacroSequence271"_s).value(u"messagesArray"_s).toStringList(), QStringList({u"0.020 seconds delay\n"_s, u"Key Press C"_s}));
+    QCOMPARE(notification(u"MacroSequence271"_s).value(u"messagesArray"_s).toStringList(),
+             QStringList({u"0.020 seconds delay\n"_s, u"Key Press C"_s}));
     release(6);
     // Saving also ends a recording that nobody stopped.
     QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}}), 0);
-    QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}}).values.value(u"MacroSequences"_s).toStringList(),
+    QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}})
+                 .values.value(u"MacroSequences"_s)
+                 .toStringList(),
              QStringList({u"Key Press A"_s, u"0.015 seconds delay\n"_s, u"Key Release A"_s, u"0.020 seconds delay\n"_s,
                           u"Key Press C"_s, u"0.000 seconds delay\n"_s, u"Key Release C"_s}));
 }
@@ -496,7 +528,8 @@ void DeviceDaemonTest::savingWithoutRecordingChangesNothing()
     recordsAMacro();
     const QVariantMap before = mDaemon->document();
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nothing recorded"_s));
-    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), static_cast<int>(Status::nothingRecorded));
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}),
+             static_cast<int>(Status::nothingRecorded));
     QCOMPARE(mDaemon->document(), before);
 }
 
@@ -507,7 +540,8 @@ void DeviceDaemonTest::recordingFollowsItsMacroWhenRowsMove()
     release(4);
     QCOMPARE(statusOf(Command::stopMacroRecording), 0);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nothing recorded"_s));
-    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), static_cast<int>(Status::nothingRecorded));
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}),
+             static_cast<int>(Status::nothingRecorded));
     QCOMPARE(statusOf(Command::deleteMacro, {{u"macroID"_s, 0}}), 0);
     QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
     QCOMPARE(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).size(), 2);
@@ -521,7 +555,8 @@ void DeviceDaemonTest::unsavedRecordingSurvivesAFullDisk()
         const FullDisk fullDisk;
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
-        QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), static_cast<int>(Status::notSaved));
+        QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}),
+                 static_cast<int>(Status::notSaved));
     }
     QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
     QCOMPARE(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).size(), 2);
@@ -535,7 +570,9 @@ void DeviceDaemonTest::capturesSingleKeys()
     press(6);
     release(224);
     press(7);
-    const auto captured = [](int key, int modifiers) { return QVariantMap{{u"singleKey"_s, key}, {u"singleKeyModif"_s, modifiers}}; };
+    const auto captured = [](int key, int modifiers) {
+        return QVariantMap{{u"singleKey"_s, key}, {u"singleKeyModif"_s, modifiers}};
+    };
     QCOMPARE(mNotifications.size(), 3);
     QCOMPARE(mNotifications.at(0).to, u"SingleKeyEvent271"_s);
     QCOMPARE(mNotifications.at(0).values, captured(224, 0x02)); // itself is no modifier of it
@@ -593,7 +630,8 @@ void DeviceDaemonTest::captureNeedsSomebodyAndAKeyboard()
         QCOMPARE(statusOf(command, request), static_cast<int>(Status::deviceAbsent));
     }
     mKeyboard->attach();
-    for (const QVariantMap &request : {QVariantMap{{u"macroID"_s, 2}, {u"isAppendRecording"_s, 0}}, QVariantMap{{u"macroID"_s, -1}, {u"isAppendRecording"_s, 0}}}) {
+    for (const QVariantMap &request : {QVariantMap{{u"macroID"_s, 2}, {u"isAppendRecording"_s, 0}},
+                                       QVariantMap{{u"macroID"_s, -1}, {u"isAppendRecording"_s, 0}}}) {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"index out of range"_s));
         QCOMPARE(statusOf(Command::startMacroRecording, request), static_cast<int>(Status::indexOutOfRange));
     }
@@ -635,7 +673,9 @@ void DeviceDaemonTest::keysReachTheComputerByTheActiveProfile()
     press(4);
     release(4);
     QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
-    send(Command::updateProfile, {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(16, 30)}}}}}});
+    send(Command::updateProfile,
+         {{u"ProfileID"_s, 1},
+          {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(16, 30)}}}}}});
     press(4);
     release(4);
     QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s, u"+30"_s, u"-30"_s}));
@@ -769,12 +809,16 @@ void DeviceDaemonTest::randomUseLeavesNoKeyDown()
     const auto randomKeys = [&] {
         QVariantMap mappings;
         for (const int key : keys)
-            mappings.insert(QString::number(key), keyEntry(QList<int>{45, 16, 20, 17}.at(random.bounded(4)), random.bounded(8)));
+            mappings.insert(QString::number(key),
+                            keyEntry(QList<int>{45, 16, 20, 17}.at(random.bounded(4)), random.bounded(8)));
         return QVariantMap{{u"Keys"_s, mappings}};
     };
     for (int step = 0; step < 3000; ++step) {
         switch (random.bounded(24)) {
-        case 0: send(Command::updateProfile, {{u"ProfileID"_s, random.bounded(2)}, {u"DeviceSettingsDictionary"_s, randomKeys()}}); break;
+        case 0:
+            send(Command::updateProfile,
+                 {{u"ProfileID"_s, random.bounded(2)}, {u"DeviceSettingsDictionary"_s, randomKeys()}});
+            break;
         case 1: send(Command::switchProfile, {{u"ProfileID"_s, random.bounded(2)}}); break;
         case 2: (void)mKeyboard->pressGameMode(); break;
         case 3: send(Command::startSingleKeyRecording); break;
@@ -802,9 +846,21 @@ void DeviceDaemonTest::randomMessagesLeaveTheDaemonAliveAndTheDocumentValid()
 {
     QLoggingCategory::setFilterRules(u"kestra.*=false"_s);
     QRandomGenerator random(271);
-    const QStringList keys{u"ProfileID"_s, u"DeviceSettingsDictionary"_s, u"AllProfiles"_s, u"macroID"_s, u"isAppendRecording"_s, u"sequenceIdx"_s,
-                           u"sequence"_s, u"MacroContents"_s, u"MacroName"_s, u"delay"_s, u"HasNoDelay"_s, u"DefaultQlPlistPath"_s,
-                           u"ResponseMsgPortName"_s, u"Source App"_s, u"ProductID"_s};
+    const QStringList keys{u"ProfileID"_s,
+                           u"DeviceSettingsDictionary"_s,
+                           u"AllProfiles"_s,
+                           u"macroID"_s,
+                           u"isAppendRecording"_s,
+                           u"sequenceIdx"_s,
+                           u"sequence"_s,
+                           u"MacroContents"_s,
+                           u"MacroName"_s,
+                           u"delay"_s,
+                           u"HasNoDelay"_s,
+                           u"DefaultQlPlistPath"_s,
+                           u"ResponseMsgPortName"_s,
+                           u"Source App"_s,
+                           u"ProductID"_s};
     const auto value = [&]() -> QVariant {
         switch (random.bounded(7)) {
         case 0: return random.bounded(-2, 4);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "app/util/daemonprotocol.h"
 #include "daemon/documentcommands.h"
+#include "app/util/daemonprotocol.h"
 #include "daemon/settingsdocument.h"
 #include "macros/macrorecord.h"
 
@@ -25,8 +25,10 @@ QVariantMap macroEvent(int command, int delay, int page, int argument)
 // Macro 0 has no events. Macro 1: press A; release A after 11 ms; an event without a line; left button down.
 QVariantMap sample(int active = 1)
 {
-    const QVariantList events{macroEvent(1, 10, 7, 4), macroEvent(0, 11, 7, 4), macroEvent(1, 12, 8, 4), macroEvent(1, 13, 9, 1)};
-    const QVariantMap empty{{u"MacroName"_s, u"Empty"_s}, {u"delay"_s, 20}, {u"sequence"_s, QVariantMap()}, {u"mine"_s, u"kept"_s}};
+    const QVariantList events{macroEvent(1, 10, 7, 4), macroEvent(0, 11, 7, 4), macroEvent(1, 12, 8, 4),
+                              macroEvent(1, 13, 9, 1)};
+    const QVariantMap empty{
+        {u"MacroName"_s, u"Empty"_s}, {u"delay"_s, 20}, {u"sequence"_s, QVariantMap()}, {u"mine"_s, u"kept"_s}};
     return SettingsDocument::completed(
         {{u"Profiles"_s, QVariantList{profile(u"A"_s), profile(u"B"_s), profile(u"C"_s)}},
          {u"Macros"_s, QVariantList{empty, MacroRecord::withEvents({{u"MacroName"_s, u"Four"_s}}, events)}},
@@ -131,26 +133,32 @@ void DocumentCommandsTest::twentyProfilesAreTheLimit()
 
 void DocumentCommandsTest::updateMergesTheGivenKeys()
 {
-    const CommandOutcome outcome = apply(
-        Command::updateProfile,
-        {{u"ProfileID"_s, 2}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"BrightnessKBNormal"_s, 2}, {u"further"_s, u"x"_s}}}});
+    const CommandOutcome outcome =
+        apply(Command::updateProfile,
+              {{u"ProfileID"_s, 2},
+               {u"DeviceSettingsDictionary"_s, QVariantMap{{u"BrightnessKBNormal"_s, 2}, {u"further"_s, u"x"_s}}}});
     QCOMPARE(outcome.status, Status::ok);
     const QVariantMap changed = SettingsDocument::profiles(outcome.document).at(2).toMap();
-    QCOMPARE(changed, (QVariantMap{{u"ProfileName"_s, u"C"_s}, {u"Keys"_s, QVariantMap()}, {u"BrightnessKBNormal"_s, 2}, {u"further"_s, u"x"_s}}));
+    QCOMPARE(changed, (QVariantMap{{u"ProfileName"_s, u"C"_s},
+                                   {u"Keys"_s, QVariantMap()},
+                                   {u"BrightnessKBNormal"_s, 2},
+                                   {u"further"_s, u"x"_s}}));
     QCOMPARE(SettingsDocument::profiles(outcome.document).first(), SettingsDocument::profiles(sample()).first());
     QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 1);
 }
 
 void DocumentCommandsTest::updateOfOnScreenDisplayShowsInDeviceSettings()
 {
-    const CommandOutcome outcome = apply(
-        Command::updateProfile, {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"ProfileOSDOn"_s, 1}}}});
+    const CommandOutcome outcome =
+        apply(Command::updateProfile,
+              {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"ProfileOSDOn"_s, 1}}}});
     QCOMPARE(outcome.document.value(u"DeviceSettings"_s).toMap().value(u"ProfileOSDOn"_s), QVariant(1));
 }
 
 void DocumentCommandsTest::replaceAllProfilesKeepsActiveInRange()
 {
-    CommandOutcome outcome = apply(Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{profile(u"X"_s), profile(u"Y"_s)}}});
+    CommandOutcome outcome =
+        apply(Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{profile(u"X"_s), profile(u"Y"_s)}}});
     QCOMPARE(outcome.status, Status::ok);
     QCOMPARE(profileNames(outcome.document), QStringList({u"X"_s, u"Y"_s}));
     QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 1);
@@ -199,8 +207,12 @@ void DocumentCommandsTest::switchProfileSetsActive()
 
 void DocumentCommandsTest::addedMacroIsLastWithAFreshNumber()
 {
-    const QVariantMap record{{u"MacroName"_s, u"New"_s}, {u"delay"_s, 20}, {u"sequence"_s, QVariantMap()},
-                             {u"ResponseMsgPortName"_s, u"KeyboardConfiguratorReplyPort"_s}, {u"macroID"_s, 1}, {u"more"_s, true}};
+    const QVariantMap record{{u"MacroName"_s, u"New"_s},
+                             {u"delay"_s, 20},
+                             {u"sequence"_s, QVariantMap()},
+                             {u"ResponseMsgPortName"_s, u"KeyboardConfiguratorReplyPort"_s},
+                             {u"macroID"_s, 1},
+                             {u"more"_s, true}};
     const CommandOutcome outcome = apply(Command::addMacro, {{u"MacroContents"_s, record}});
     QCOMPARE(outcome.status, Status::ok);
     QVariantMap expected = record;
@@ -232,19 +244,23 @@ void DocumentCommandsTest::eventsAreLimited()
         return MacroRecord::withEvents({{u"MacroName"_s, u"M"_s}}, QVariantList(count, macroEvent(1, 0, 7, 4)));
     };
     QCOMPARE(apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents)}}).status, Status::ok);
-    QCOMPARE(apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents + 1)}}).status, Status::limitReached);
-    QCOMPARE(saveEvents(sample(), 1, QVariantList(MacroRecord::maximumEvents - 3, macroEvent(1, 0, 7, 4)), true).status, Status::limitReached);
+    QCOMPARE(apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents + 1)}}).status,
+             Status::limitReached);
+    QCOMPARE(saveEvents(sample(), 1, QVariantList(MacroRecord::maximumEvents - 3, macroEvent(1, 0, 7, 4)), true).status,
+             Status::limitReached);
     QVariantMap document = sample();
     for (int count = 0; count < 4; ++count)
-        document = apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents)}}, document).document;
+        document =
+            apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents)}}, document).document;
     QCOMPARE(SettingsDocument::macros(document).size(), 6);
-    QCOMPARE(apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents)}}, document).status, Status::limitReached);
+    QCOMPARE(apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents)}}, document).status,
+             Status::limitReached);
 }
 
 void DocumentCommandsTest::renameMacroChangesOnlyTheName()
 {
-    const CommandOutcome outcome =
-        apply(Command::renameMacro, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"Renamed"_s}, {u"macroID"_s, 0}}}});
+    const CommandOutcome outcome = apply(
+        Command::renameMacro, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"Renamed"_s}, {u"macroID"_s, 0}}}});
     QCOMPARE(outcome.status, Status::ok);
     QVariantMap expected = macroAt(sample(), 0);
     expected.insert(u"MacroName"_s, u"Renamed"_s);
@@ -256,9 +272,10 @@ void DocumentCommandsTest::macroLinesAreTheDisplayLines()
 {
     const CommandOutcome outcome = apply(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}});
     QCOMPARE(outcome.reply.value(u"MacroSequences"_s),
-             QVariant(QVariantList{u"Key Press A"_s, u"0.011 seconds delay\n"_s, u"Key Release A"_s, u"0.012 seconds delay\n"_s,
-                                   u"0.013 seconds delay\n"_s, u"Left Button down\n"_s}));
-    QCOMPARE(apply(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 0}}).reply, (QVariantMap{{u"MacroSequences"_s, QVariantList()}}));
+             QVariant(QVariantList{u"Key Press A"_s, u"0.011 seconds delay\n"_s, u"Key Release A"_s,
+                                   u"0.012 seconds delay\n"_s, u"0.013 seconds delay\n"_s, u"Left Button down\n"_s}));
+    QCOMPARE(apply(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 0}}).reply,
+             (QVariantMap{{u"MacroSequences"_s, QVariantList()}}));
 }
 
 void DocumentCommandsTest::readEventByRow_data()
@@ -281,7 +298,8 @@ void DocumentCommandsTest::updateEventByRow()
 {
     QVariantMap changed = macroEvent(0, 99, 7, 30);
     changed.insert(u"mark"_s, u"kept"_s);
-    const CommandOutcome outcome = apply(Command::updateEvent, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 5}, {u"sequence"_s, changed}});
+    const CommandOutcome outcome =
+        apply(Command::updateEvent, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 5}, {u"sequence"_s, changed}});
     QCOMPARE(outcome.status, Status::ok);
     QCOMPARE(MacroRecord::events(macroAt(outcome.document, 1)).at(3).toMap(), changed);
     QCOMPARE(delays(outcome.document), QList<int>({10, 11, 12, 99}));
@@ -303,7 +321,8 @@ void DocumentCommandsTest::removeAllEventsLeavesAnEmptySequence()
 
 void DocumentCommandsTest::copyDelayTakesADisplayRow()
 {
-    const CommandOutcome outcome = apply(Command::setAllDelays, {{u"macroID"_s, 1}, {u"delay"_s, 3}, {u"HasNoDelay"_s, false}});
+    const CommandOutcome outcome =
+        apply(Command::setAllDelays, {{u"macroID"_s, 1}, {u"delay"_s, 3}, {u"HasNoDelay"_s, false}});
     QCOMPARE(outcome.status, Status::ok);
     QCOMPARE(delays(outcome.document), QList<int>({12, 12, 12, 12}));
 }
@@ -311,7 +330,8 @@ void DocumentCommandsTest::copyDelayTakesADisplayRow()
 void DocumentCommandsTest::noDelaySetsAllToZero()
 {
     for (const QVariant &flag : {QVariant(true), QVariant(1)}) {
-        const CommandOutcome outcome = apply(Command::setAllDelays, {{u"macroID"_s, 1}, {u"delay"_s, 0}, {u"HasNoDelay"_s, flag}});
+        const CommandOutcome outcome =
+            apply(Command::setAllDelays, {{u"macroID"_s, 1}, {u"delay"_s, 0}, {u"HasNoDelay"_s, flag}});
         QCOMPARE(outcome.status, Status::ok);
         QCOMPARE(delays(outcome.document), QList<int>({0, 0, 0, 0}));
     }
@@ -319,7 +339,8 @@ void DocumentCommandsTest::noDelaySetsAllToZero()
 
 void DocumentCommandsTest::setDelayByRow()
 {
-    const CommandOutcome outcome = apply(Command::setDelay, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 1}, {u"delay"_s, 500}});
+    const CommandOutcome outcome =
+        apply(Command::setDelay, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 1}, {u"delay"_s, 500}});
     QCOMPARE(outcome.status, Status::ok);
     QCOMPARE(delays(outcome.document), QList<int>({10, 500, 12, 13}));
 }
@@ -346,19 +367,28 @@ void DocumentCommandsTest::failuresChangeNothing_data()
     };
     row("5 nothing", Command::addProfile, {}, malformed);
     row("5 text", Command::addProfile, {{u"DeviceSettingsDictionary"_s, u"x"_s}}, malformed);
-    row("5 name is a number", Command::addProfile, {{u"DeviceSettingsDictionary"_s, QVariantMap{{u"ProfileName"_s, 1}}}}, malformed);
+    row("5 name is a number", Command::addProfile,
+        {{u"DeviceSettingsDictionary"_s, QVariantMap{{u"ProfileName"_s, 1}}}}, malformed);
     row("6 no row", Command::updateProfile, {{u"DeviceSettingsDictionary"_s, settings}}, malformed);
     row("6 no settings", Command::updateProfile, {{u"ProfileID"_s, 0}}, malformed);
-    row("6 row 3", Command::updateProfile, {{u"ProfileID"_s, 3}, {u"DeviceSettingsDictionary"_s, settings}}, outOfRange);
-    row("6 row -1", Command::updateProfile, {{u"ProfileID"_s, -1}, {u"DeviceSettingsDictionary"_s, settings}}, outOfRange);
-    row("6 row beyond 32 bits", Command::updateProfile, {{u"ProfileID"_s, qlonglong(1) << 32}, {u"DeviceSettingsDictionary"_s, settings}}, malformed);
-    row("6 row is text", Command::updateProfile, {{u"ProfileID"_s, u"0"_s}, {u"DeviceSettingsDictionary"_s, settings}}, malformed);
-    row("6 row is no whole number", Command::updateProfile, {{u"ProfileID"_s, 0.5}, {u"DeviceSettingsDictionary"_s, settings}}, malformed);
-    row("6 keys are text", Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, u"x"_s}}}}, malformed);
+    row("6 row 3", Command::updateProfile, {{u"ProfileID"_s, 3}, {u"DeviceSettingsDictionary"_s, settings}},
+        outOfRange);
+    row("6 row -1", Command::updateProfile, {{u"ProfileID"_s, -1}, {u"DeviceSettingsDictionary"_s, settings}},
+        outOfRange);
+    row("6 row beyond 32 bits", Command::updateProfile,
+        {{u"ProfileID"_s, qlonglong(1) << 32}, {u"DeviceSettingsDictionary"_s, settings}}, malformed);
+    row("6 row is text", Command::updateProfile, {{u"ProfileID"_s, u"0"_s}, {u"DeviceSettingsDictionary"_s, settings}},
+        malformed);
+    row("6 row is no whole number", Command::updateProfile,
+        {{u"ProfileID"_s, 0.5}, {u"DeviceSettingsDictionary"_s, settings}}, malformed);
+    row("6 keys are text", Command::updateProfile,
+        {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, u"x"_s}}}}, malformed);
     row("7 nothing", Command::replaceAllProfiles, {}, malformed);
     row("7 empty", Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList()}}, malformed);
-    row("7 a number among them", Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{profile(u"X"_s), 3}}}, malformed);
-    row("7 twenty-one", Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList(21, profile(u"X"_s))}}, static_cast<int>(Status::limitReached));
+    row("7 a number among them", Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{profile(u"X"_s), 3}}},
+        malformed);
+    row("7 twenty-one", Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList(21, profile(u"X"_s))}},
+        static_cast<int>(Status::limitReached));
     row("9 nothing", Command::deleteProfile, {}, malformed);
     row("9 row 3", Command::deleteProfile, {{u"ProfileID"_s, 3}}, outOfRange);
     row("10 nothing", Command::switchProfile, {}, malformed);
@@ -367,29 +397,37 @@ void DocumentCommandsTest::failuresChangeNothing_data()
     row("22 row 2", Command::deleteMacro, {{u"macroID"_s, 2}}, outOfRange);
     row("23 no event row", Command::removeEvent, {{u"macroID"_s, 1}}, malformed);
     row("23 event row 6", Command::removeEvent, {{u"macroID"_s, 1}, {u"macroEventTableIndex"_s, 6}}, outOfRange);
-    row("23 macro without events", Command::removeEvent, {{u"macroID"_s, 0}, {u"macroEventTableIndex"_s, 0}}, outOfRange);
+    row("23 macro without events", Command::removeEvent, {{u"macroID"_s, 0}, {u"macroEventTableIndex"_s, 0}},
+        outOfRange);
     row("24 no record", Command::updateEvent, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 0}}, malformed);
-    row("24 page is text", Command::updateEvent, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 0}, {u"sequence"_s, QVariantMap{{u"page"_s, u"7"_s}}}}, malformed);
-    row("24 event row -1", Command::updateEvent, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, -1}, {u"sequence"_s, anEvent}}, outOfRange);
-    row("24 macro 2", Command::updateEvent, {{u"macroID"_s, 2}, {u"sequenceIdx"_s, 0}, {u"sequence"_s, anEvent}}, outOfRange);
+    row("24 page is text", Command::updateEvent,
+        {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 0}, {u"sequence"_s, QVariantMap{{u"page"_s, u"7"_s}}}}, malformed);
+    row("24 event row -1", Command::updateEvent, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, -1}, {u"sequence"_s, anEvent}},
+        outOfRange);
+    row("24 macro 2", Command::updateEvent, {{u"macroID"_s, 2}, {u"sequenceIdx"_s, 0}, {u"sequence"_s, anEvent}},
+        outOfRange);
     row("25 nothing", Command::renameMacro, {}, malformed);
-    row("25 empty name", Command::renameMacro, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, QString()}, {u"macroID"_s, 0}}}}, malformed);
+    row("25 empty name", Command::renameMacro,
+        {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, QString()}, {u"macroID"_s, 0}}}}, malformed);
     row("25 no row", Command::renameMacro, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"x"_s}}}}, malformed);
-    row("25 row 2", Command::renameMacro, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"x"_s}, {u"macroID"_s, 2}}}}, outOfRange);
+    row("25 row 2", Command::renameMacro,
+        {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"x"_s}, {u"macroID"_s, 2}}}}, outOfRange);
     row("27 nothing", Command::readMacroLines, {}, malformed);
     row("27 row 2", Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 2}}, outOfRange);
     row("28 no event row", Command::readEvent, {{u"macroID"_s, 1}}, malformed);
     row("28 event row 6", Command::readEvent, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 6}}, outOfRange);
     row("32 nothing", Command::addMacro, {}, malformed);
     row("32 no name", Command::addMacro, {{u"MacroContents"_s, QVariantMap()}}, malformed);
-    row("32 sequence is text", Command::addMacro, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"x"_s}, {u"sequence"_s, u"x"_s}}}}, malformed);
+    row("32 sequence is text", Command::addMacro,
+        {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"x"_s}, {u"sequence"_s, u"x"_s}}}}, malformed);
     row("33 nothing", Command::removeAllEvents, {}, malformed);
     row("33 row 2", Command::removeAllEvents, {{u"macroID"_s, 2}}, outOfRange);
     row("34 no flag", Command::setAllDelays, {{u"macroID"_s, 1}, {u"delay"_s, 0}}, malformed);
     row("34 no row", Command::setAllDelays, {{u"macroID"_s, 1}, {u"HasNoDelay"_s, false}}, malformed);
     row("34 row 6", Command::setAllDelays, {{u"macroID"_s, 1}, {u"delay"_s, 6}, {u"HasNoDelay"_s, 0}}, outOfRange);
     row("37 no delay", Command::setDelay, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 1}}, malformed);
-    row("37 negative delay", Command::setDelay, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 1}, {u"delay"_s, -1}}, malformed);
+    row("37 negative delay", Command::setDelay, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 1}, {u"delay"_s, -1}},
+        malformed);
     row("37 event row 6", Command::setDelay, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 6}, {u"delay"_s, 1}}, outOfRange);
 }
 
@@ -412,8 +450,11 @@ void DocumentCommandsTest::onlyFailedDeleteReturnsNoDocument()
         if (command && command->returnsDocument != ReturnsDocument::never)
             returning.insert(number, command->returnsDocument);
     }
-    QCOMPARE(returning, (QMap<int, ReturnsDocument>{{5, ReturnsDocument::always}, {6, ReturnsDocument::always}, {7, ReturnsDocument::always},
-                                                    {9, ReturnsDocument::onSuccess}, {10, ReturnsDocument::always}}));
+    QCOMPARE(returning, (QMap<int, ReturnsDocument>{{5, ReturnsDocument::always},
+                                                    {6, ReturnsDocument::always},
+                                                    {7, ReturnsDocument::always},
+                                                    {9, ReturnsDocument::onSuccess},
+                                                    {10, ReturnsDocument::always}}));
 }
 
 void DocumentCommandsTest::commandsOfTheDeviceAreNotAmongThem()
@@ -426,9 +467,25 @@ void DocumentCommandsTest::commandsOfTheDeviceAreNotAmongThem()
 void DocumentCommandsTest::randomRequestsKeepTheDocumentValid()
 {
     QRandomGenerator random(271);
-    const QStringList keys{u"ProfileID"_s, u"DeviceSettingsDictionary"_s, u"AllProfiles"_s, u"macroID"_s, u"macroEventTableIndex"_s,
-                           u"sequenceIdx"_s, u"sequence"_s, u"MacroContents"_s, u"IndexOfMacroSequence"_s, u"delay"_s, u"HasNoDelay"_s,
-                           u"MacroName"_s, u"Events"_s, u"ProfileName"_s, u"Keys"_s, u"command"_s, u"page"_s, u"argument"_s, u"ProfileOSDOn"_s};
+    const QStringList keys{u"ProfileID"_s,
+                           u"DeviceSettingsDictionary"_s,
+                           u"AllProfiles"_s,
+                           u"macroID"_s,
+                           u"macroEventTableIndex"_s,
+                           u"sequenceIdx"_s,
+                           u"sequence"_s,
+                           u"MacroContents"_s,
+                           u"IndexOfMacroSequence"_s,
+                           u"delay"_s,
+                           u"HasNoDelay"_s,
+                           u"MacroName"_s,
+                           u"Events"_s,
+                           u"ProfileName"_s,
+                           u"Keys"_s,
+                           u"command"_s,
+                           u"page"_s,
+                           u"argument"_s,
+                           u"ProfileOSDOn"_s};
     const std::function<QVariant(int)> value = [&](int depth) -> QVariant {
         switch (random.bounded(depth > 3 ? 7 : 10)) {
         case 0: return random.bounded(-1, 4);
@@ -454,14 +511,16 @@ void DocumentCommandsTest::randomRequestsKeepTheDocumentValid()
     };
     // Three times in four a value of the kind that belongs to the key, so that many requests are obeyed.
     const auto valueOf = [&](const QString &key) -> QVariant {
-        const QVariantMap named{{u"MacroName"_s, u"M"_s}, {u"macroID"_s, random.bounded(-1, 4)}, {u"ProfileName"_s, u"P"_s}};
+        const QVariantMap named{
+            {u"MacroName"_s, u"M"_s}, {u"macroID"_s, random.bounded(-1, 4)}, {u"ProfileName"_s, u"P"_s}};
         if (random.bounded(4) == 0)
             return value(0);
         if (key == "DeviceSettingsDictionary"_L1 || key == "MacroContents"_L1)
             return random.bounded(3) == 0 ? value(0) : named;
         if (key == "AllProfiles"_L1)
             return QVariantList(random.bounded(1, 4), profile(u"X"_s));
-        return key == "sequence"_L1 ? QVariant(macroEvent(random.bounded(3), 5, random.bounded(6, 11), 4)) : QVariant(random.bounded(-1, 5));
+        return key == "sequence"_L1 ? QVariant(macroEvent(random.bounded(3), 5, random.bounded(6, 11), 4))
+                                    : QVariant(random.bounded(-1, 5));
     };
     QVariantMap document = sample();
     int changes = 0;

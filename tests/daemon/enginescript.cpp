@@ -64,7 +64,7 @@ QString textOf(const EngineOutput &output)
     case EngineOutput::Kind::sendUp: return nameOf(output.usage) + u" up"_s;
     case EngineOutput::Kind::captured:
         return u"captured "_s + nameOf(output.usage)
-            + (output.modifiers ? u" with "_s + modifierNames(output.modifiers) : QString());
+               + (output.modifiers ? u" with "_s + modifierNames(output.modifiers) : QString());
     case EngineOutput::Kind::switchProfile: return u"profile %1"_s.arg(output.profileIndex);
     case EngineOutput::Kind::launchProgram: return u"launch %1"_s.arg(output.program);
     }
@@ -89,7 +89,8 @@ std::optional<Mapping> mappingOf(const QStringList &words)
         const std::optional<int> modifiers = modifiersOf(words.value(2));
         if (!usage || !modifiers)
             return {};
-        return Mapping{kind == "default"_L1 ? Assignment::defaultKey : Assignment::singleKey, int(usage->usage), *modifiers};
+        return Mapping{kind == "default"_L1 ? Assignment::defaultKey : Assignment::singleKey, int(usage->usage),
+                       *modifiers};
     }
     if (kind == "macro"_L1)
         return Mapping{Assignment::playMacro, target.toInt(), words.value(2).toInt()};
@@ -174,7 +175,8 @@ void EngineScript::take(const EngineOutputs &outputs)
     QStringList texts;
     for (const EngineOutput &output : outputs) {
         texts += textOf(output);
-        if (output.kind == EngineOutput::Kind::switchProfile && output.profileIndex >= 0 && output.profileIndex < mProfiles.size())
+        if (output.kind == EngineOutput::Kind::switchProfile && output.profileIndex >= 0
+            && output.profileIndex < mProfiles.size())
             switchTo(output.profileIndex);
     }
     mOutputLines += texts.isEmpty() ? u"nothing"_s : texts.join(u", "_s);

@@ -19,8 +19,9 @@ constexpr int sequenceCount = 4000;
 constexpr int stepsPerSequence = 80;
 
 // Few keys, so that they meet often: letters, both Shifts and Commands, an extra key, a button.
-constexpr std::array keys{HidUsage{7, 4},   HidUsage{7, 5},   HidUsage{7, 6},   HidUsage{7, 7},   HidUsage{7, 106}, HidUsage{7, 224},
-                          HidUsage{7, 225}, HidUsage{7, 227}, HidUsage{7, 229}, HidUsage{7, 231}, HidUsage{9, 4}};
+constexpr std::array keys{HidUsage{7, 4},   HidUsage{7, 5},   HidUsage{7, 6},   HidUsage{7, 7},
+                          HidUsage{7, 106}, HidUsage{7, 224}, HidUsage{7, 225}, HidUsage{7, 227},
+                          HidUsage{7, 229}, HidUsage{7, 231}, HidUsage{9, 4}};
 
 /// The computer's view; a usage that goes down twice, or up without being down, is a fault.
 class Computer
@@ -48,8 +49,7 @@ private:
     bool mIsWrong = false;
 };
 
-template<typename List>
-auto oneOf(const List &list, QRandomGenerator &random)
+template <typename List> auto oneOf(const List &list, QRandomGenerator &random)
 {
     return list[static_cast<std::size_t>(random.bounded(int(std::size(list))))];
 }
@@ -210,7 +210,8 @@ void KeyEnginePropertiesTest::identityProfilesChangeNothing()
     engine.setKeyMap(KeyMap(profile));
     std::vector<HidUsage> held;
     for (int count = 0; count < 20'000; ++count) {
-        const HidUsage key{HidUsage::keyboardPage, static_cast<quint16>(random.bounded(HidUsage::firstKey, HidUsage::lastKey + 1))};
+        const HidUsage key{HidUsage::keyboardPage,
+                           static_cast<quint16>(random.bounded(HidUsage::firstKey, HidUsage::lastKey + 1))};
         const bool isDown = std::ranges::find(held, key) == held.end();
         const EngineOutputs outputs = isDown ? engine.keyDown(key, 0ms) : engine.keyUp(key, 0ms);
         QCOMPARE(outputs.size(), 1);

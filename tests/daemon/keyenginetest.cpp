@@ -31,7 +31,9 @@ QString text(const EngineOutputs &outputs)
         switch (output.kind) {
         case EngineOutput::Kind::sendDown: words += u"+%1"_s.arg(output.usage.usage); break;
         case EngineOutput::Kind::sendUp: words += u"-%1"_s.arg(output.usage.usage); break;
-        case EngineOutput::Kind::captured: words += u"captured %1 %2"_s.arg(output.usage.usage).arg(output.modifiers); break;
+        case EngineOutput::Kind::captured:
+            words += u"captured %1 %2"_s.arg(output.usage.usage).arg(output.modifiers);
+            break;
         case EngineOutput::Kind::switchProfile: words += u"profile %1"_s.arg(output.profileIndex); break;
         case EngineOutput::Kind::launchProgram: words += u"launch %1"_s.arg(output.program); break;
         }

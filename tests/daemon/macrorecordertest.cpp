@@ -51,9 +51,10 @@ void MacroRecorderTest::recordsEventsWithTheirPauses()
     (void)recorder.record(leftButton, false, 2515ms);
     recorder.stop(9000ms);
     QVERIFY(!recorder.isRecording());
-    QCOMPARE(recorder.recorded(3), std::optional(QVariantList{
-        MacroRecord::eventRecord({1, 20, 7, 4}), MacroRecord::eventRecord({0, 15, 7, 4}),
-        MacroRecord::eventRecord({1, 1500, 9, 1}), MacroRecord::eventRecord({0, 0, 9, 1})}));
+    QCOMPARE(
+        recorder.recorded(3),
+        std::optional(QVariantList{MacroRecord::eventRecord({1, 20, 7, 4}), MacroRecord::eventRecord({0, 15, 7, 4}),
+                                   MacroRecord::eventRecord({1, 1500, 9, 1}), MacroRecord::eventRecord({0, 0, 9, 1})}));
 }
 
 void MacroRecorderTest::postedLinesAreTheLinesOfTheRecordedEvents()

@@ -37,7 +37,10 @@ private Q_SLOTS:
 private:
     /// Writes a file of the test's folder, with its folders; its path.
     QString write(const QString &name, const QByteArray &content, bool isExecutable = false) const;
-    QString entry(const QByteArray &lines) const { return write(u"game.desktop"_s, "[Desktop Entry]\nType=Application\n" + lines); }
+    QString entry(const QByteArray &lines) const
+    {
+        return write(u"game.desktop"_s, "[Desktop Entry]\nType=Application\n" + lines);
+    }
     /// A bundle with this information dictionary and an executable "game".
     QString bundle(const QVariantMap &information) const;
 
@@ -84,7 +87,8 @@ void ProgramLauncherTest::desktopEntryIsStartedByItsExecLine()
     const ProgramLauncher::Plan plan = ProgramLauncher::planFor(
         entry("Name=A game\nIcon=icon\nExec=\"" + program.toUtf8() + "\" --title=%c %i \"two words\" %U $HOME\n"));
     QCOMPARE(plan.refusal, QString());
-    QCOMPARE(plan.command, QStringList({program, u"--title=A game"_s, u"--icon"_s, u"icon"_s, u"two words"_s, u"$HOME"_s}));
+    QCOMPARE(plan.command,
+             QStringList({program, u"--title=A game"_s, u"--icon"_s, u"icon"_s, u"two words"_s, u"$HOME"_s}));
 }
 
 void ProgramLauncherTest::desktopEntryChoosesItsDirectory()
@@ -108,7 +112,8 @@ void ProgramLauncherTest::desktopEntryIsRefused_data()
     QTest::newRow("a link") << QByteArray("[Desktop Entry]\nType=Link\nExec=game\n") << u"it is no application"_s;
     QTest::newRow("hidden") << start + "Exec=game\nHidden=true\n" << u"it counts as deleted (Hidden)"_s;
     QTest::newRow("terminal") << start + "Exec=game\nTerminal=true\n" << u"it wants a terminal"_s;
-    QTest::newRow("not installed") << start + "Exec=game\nTryExec=no-such-program\n" << u"\"no-such-program\" (TryExec) is not installed"_s;
+    QTest::newRow("not installed") << start + "Exec=game\nTryExec=no-such-program\n"
+                                   << u"\"no-such-program\" (TryExec) is not installed"_s;
     QTest::newRow("no Exec") << start << u"its Exec line cannot be used"_s;
     QTest::newRow("bad Exec") << start + "Exec=game \"x\n" << u"its Exec line cannot be used"_s;
     QTest::newRow("no program") << start + "Exec=no-such-program x\n" << u"\"no-such-program\" cannot be run"_s;
@@ -199,8 +204,10 @@ void ProgramLauncherTest::launchSaysWhyNot_data()
 {
     QTest::addColumn<QByteArray>("lines");
     QTest::addColumn<QString>("message");
-    QTest::newRow("refused") << QByteArray("Exec=game\nTerminal=true\n") << u"which is not started: it wants a terminal"_s;
-    QTest::newRow("no directory") << QByteArray("Exec=game\nPath=/no/such/directory\n") << u"which is not started: .*/bin/game in /no/such/directory: No such file"_s;
+    QTest::newRow("refused") << QByteArray("Exec=game\nTerminal=true\n")
+                             << u"which is not started: it wants a terminal"_s;
+    QTest::newRow("no directory") << QByteArray("Exec=game\nPath=/no/such/directory\n")
+                                  << u"which is not started: .*/bin/game in /no/such/directory: No such file"_s;
 }
 
 void ProgramLauncherTest::launchSaysWhyNot()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "daemon/settingsdocument.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/settingskeys.h"
-#include "daemon/settingsdocument.h"
 #include "macros/macrorecord.h"
 
 #include <QTest>
@@ -77,16 +77,27 @@ void SettingsDocumentTest::tellsValidDocuments_data()
     QTest::addColumn<QVariantMap>("settings");
     QTest::addColumn<bool>("isValid");
     const QVariantMap good = document({profile(u"A"_s), profile(u"B"_s)}, {macro(u"M"_s)}, 1);
-    const auto without = [&](const QString &key) { QVariantMap changed = good; changed.remove(key); return changed; };
-    const auto with = [&](const QString &key, const QVariant &value) { QVariantMap changed = good; changed.insert(key, value); return changed; };
-    const auto active = [&](const QVariant &value) { return with(u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, value}}); };
+    const auto without = [&](const QString &key) {
+        QVariantMap changed = good;
+        changed.remove(key);
+        return changed;
+    };
+    const auto with = [&](const QString &key, const QVariant &value) {
+        QVariantMap changed = good;
+        changed.insert(key, value);
+        return changed;
+    };
+    const auto active = [&](const QVariant &value) {
+        return with(u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, value}});
+    };
     const auto oneProfile = [&](const QString &key, const QVariant &value) {
         QVariantMap record = profile(u"A"_s);
         record.insert(key, value);
         return document({record});
     };
     const QVariantMap event{{u"command"_s, 1}, {u"delay"_s, 0}, {u"page"_s, 7}, {u"argument"_s, 4}};
-    const QVariantMap fullMacro = MacroRecord::withEvents(macro(u"M"_s), QVariantList(MacroRecord::maximumEvents, event));
+    const QVariantMap fullMacro =
+        MacroRecord::withEvents(macro(u"M"_s), QVariantList(MacroRecord::maximumEvents, event));
 
     QTest::newRow("good") << good << true;
     QTest::newRow("further keys") << with(u"Other"_s, QVariantList{1}) << true;
@@ -107,12 +118,16 @@ void SettingsDocumentTest::tellsValidDocuments_data()
     QTest::newRow("active is text") << active(u"0"_s) << false;
     QTest::newRow("active is huge") << active(qlonglong(1) << 32) << false;
     QTest::newRow("active is 64 bits wide") << active(qlonglong(1)) << true;
-    QTest::newRow("as many macros as fit") << document({profile(u"A"_s)}, QVariantList(MacroRecord::maximumMacros, macro(u"M"_s))) << true;
-    QTest::newRow("one macro too many") << document({profile(u"A"_s)}, QVariantList(MacroRecord::maximumMacros + 1, macro(u"M"_s))) << false;
+    QTest::newRow("as many macros as fit")
+        << document({profile(u"A"_s)}, QVariantList(MacroRecord::maximumMacros, macro(u"M"_s))) << true;
+    QTest::newRow("one macro too many") << document({profile(u"A"_s)},
+                                                    QVariantList(MacroRecord::maximumMacros + 1, macro(u"M"_s)))
+                                        << false;
     QTest::newRow("a macro without a name") << document({profile(u"A"_s)}, {QVariantMap()}) << false;
     QTest::newRow("as many events as fit") << document({profile(u"A"_s)}, QVariantList(5, fullMacro)) << true;
-    QTest::newRow("too many events in all")
-        << document({profile(u"A"_s)}, QVariantList(5, fullMacro) + QVariantList{MacroRecord::withEvents(macro(u"N"_s), {event})}) << false;
+    QTest::newRow("too many events in all") << document(
+        {profile(u"A"_s)}, QVariantList(5, fullMacro) + QVariantList{MacroRecord::withEvents(macro(u"N"_s), {event})})
+                                            << false;
     QTest::newRow("deep") << with(u"Other"_s, nested(maximumDepth - 2)) << true;
     QTest::newRow("too deep") << with(u"Other"_s, nested(maximumDepth)) << false;
     QTest::newRow("too many values") << with(u"Other"_s, QVariantList(maximumNodes, 1)) << false;
@@ -138,7 +153,8 @@ void SettingsDocumentTest::largestDocumentCanBeWrittenInsideAReply()
         values += value * 1.1;
     settings.insert(u"Values"_s, values);
     QCOMPARE(problemOf(settings), QString());
-    const auto data = QlCoreUtility::convertDictionaryToData(QVariantMap{{u"ReturnStatus"_s, 0}, {u"ReturnDictionary"_s, settings}});
+    const auto data =
+        QlCoreUtility::convertDictionaryToData(QVariantMap{{u"ReturnStatus"_s, 0}, {u"ReturnDictionary"_s, settings}});
     QVERIFY(data);
     const auto back = QlCoreUtility::convertDataToDictionary(data);
     QVERIFY(back);
@@ -147,15 +163,17 @@ void SettingsDocumentTest::largestDocumentCanBeWrittenInsideAReply()
 
 void SettingsDocumentTest::completingIsIdempotent()
 {
-    const QVariantMap once = completed(document({profile(u"A"_s)}, {macro(u"M"_s, 7), macro(u"N"_s, 7), macro(u"O"_s)}));
+    const QVariantMap once =
+        completed(document({profile(u"A"_s)}, {macro(u"M"_s, 7), macro(u"N"_s, 7), macro(u"O"_s)}));
     QCOMPARE(completed(once), once);
     QCOMPARE(problemOf(once), QString());
 }
 
 void SettingsDocumentTest::givesEveryMacroANumberOfItsOwn()
 {
-    const QVariantMap settings = completed(document(
-        {profile(u"A"_s)}, {macro(u"M"_s), macro(u"N"_s, 7), macro(u"O"_s, 7), macro(u"P"_s, -3), macro(u"Q"_s, 2'147'483'647)}));
+    const QVariantMap settings =
+        completed(document({profile(u"A"_s)}, {macro(u"M"_s), macro(u"N"_s, 7), macro(u"O"_s, 7), macro(u"P"_s, -3),
+                                               macro(u"Q"_s, 2'147'483'647)}));
     QCOMPARE(macroIds(settings), QList<int>({8, 7, 9, 10, 11}));
 }
 
@@ -180,13 +198,19 @@ void SettingsDocumentTest::onScreenDisplayFollowsTheActiveProfile()
     QCOMPARE(osd(document({off, on}, {}, 0)), QVariant(0));
     QCOMPARE(osd(document({off, on}, {}, 1)), QVariant(1));
     QCOMPARE(osd(document({profile(u"None"_s)})), QVariant(0));
-    QCOMPARE(osd(withDeviceSetting(document({profile(u"None"_s)}), "ProfileOSDOn"_L1, 1)), QVariant(1)); // keeps what it has
+    QCOMPARE(osd(withDeviceSetting(document({profile(u"None"_s)}), "ProfileOSDOn"_L1, 1)),
+             QVariant(1)); // keeps what it has
 }
 
 void SettingsDocumentTest::gameModeIsABoolean()
 {
     for (const QVariant &value : {QVariant(), QVariant(0), QVariant(u"x"_s)})
-        QCOMPARE(completed(withDeviceSetting(document({profile(u"A"_s)}), "GameMode"_L1, value)).value(u"DeviceSettings"_s).toMap().value(u"GameMode"_s).typeId(), int(QMetaType::Bool));
+        QCOMPARE(completed(withDeviceSetting(document({profile(u"A"_s)}), "GameMode"_L1, value))
+                     .value(u"DeviceSettings"_s)
+                     .toMap()
+                     .value(u"GameMode"_s)
+                     .typeId(),
+                 int(QMetaType::Bool));
     QVERIFY(isGameModeOn(completed(withDeviceSetting(document({profile(u"A"_s)}), "GameMode"_L1, 1))));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "daemon/settingsstore.h"
 #include "app/util/qlcoreutility.h"
 #include "daemon/settingsdocument.h"
-#include "daemon/settingsstore.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,12 +21,14 @@ namespace {
 QVariantMap documentNamed(const QString &profileName)
 {
     QVariantMap document = SettingsDocument::minimal();
-    return SettingsDocument::withProfiles(document, {QVariantMap{{u"ProfileName"_s, profileName}, {u"Keys"_s, QVariantMap()}}});
+    return SettingsDocument::withProfiles(document,
+                                          {QVariantMap{{u"ProfileName"_s, profileName}, {u"Keys"_s, QVariantMap()}}});
 }
 
 QString nameOf(const std::optional<QVariantMap> &document)
 {
-    return document ? SettingsDocument::profiles(*document).first().toMap().value(u"ProfileName"_s).toString() : QString();
+    return document ? SettingsDocument::profiles(*document).first().toMap().value(u"ProfileName"_s).toString()
+                    : QString();
 }
 
 /// While it lives, no file of this process can grow beyond `bytes`: a full disk, as the code sees it.
@@ -82,7 +84,10 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QString filePath(const QString &name) const { return mFolder + u'/' + name; }
-    [[nodiscard]] QStringList filesMatching(const QString &pattern) const { return QDir(mFolder).entryList({pattern}, QDir::Files); }
+    [[nodiscard]] QStringList filesMatching(const QString &pattern) const
+    {
+        return QDir(mFolder).entryList({pattern}, QDir::Files);
+    }
     [[nodiscard]] QByteArray contentOf(const QString &name) const;
     void write(const QString &name, const QByteArray &content) const;
     void reopen();
@@ -143,7 +148,9 @@ void SettingsStoreTest::keepsTheLastGoodCopies()
 {
     for (const QString &name : {u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s})
         QVERIFY(mStore->save(documentNamed(name)));
-    const auto stored = [&](const QString &name) { return nameOf(QlCoreUtility::convertDataToDictionary(contentOf(name))); };
+    const auto stored = [&](const QString &name) {
+        return nameOf(QlCoreUtility::convertDataToDictionary(contentOf(name)));
+    };
     QCOMPARE(stored(u"settings.plist"_s), u"5"_s);
     QCOMPARE(stored(u"settings.plist.1"_s), u"4"_s);
     QCOMPARE(stored(u"settings.plist.2"_s), u"3"_s);
@@ -222,7 +229,8 @@ void SettingsStoreTest::missingFileUsesNewestCopy()
 
 void SettingsStoreTest::interruptedReplacementIsFound()
 {
-    // As a crash leaves it between the second name for the old document and the copies' renaming, with the new one damaged.
+    // As a crash leaves it between the second name for the old document and the copies' renaming, with the new one
+    // damaged.
     QVERIFY(mStore->save(documentNamed(u"old"_s)));
     QVERIFY(QFile::rename(filePath(u"settings.plist"_s), filePath(u"settings.plist.0"_s)));
     write(u"settings.plist"_s, "damage");
@@ -299,7 +307,8 @@ void SettingsStoreTest::folderThatCannotBeMadeIsReported()
 
 void SettingsStoreTest::folderIsForTheUserOnly()
 {
-    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    const QFile::Permissions others =
+        QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
     QVERIFY(!(QFile::permissions(mFolder) & others));
 }
 

@@ -422,8 +422,8 @@ void KeyboardKeysControllerTest::controlsStateReachesEveryControl()
             QCOMPARE(button->isEnabled(), isEnabled);
         QCOMPARE(tab.find<PopUpButton>("mAssignFunction")->isEnabled(), isEnabled);
         QCOMPARE(tab.find<PopUpButton>("mMacroPlaybackPopUp")->isEnabled(), isEnabled);
-        const QColor expected = QApplication::palette().color(isEnabled ? QPalette::Active : QPalette::Disabled,
-                                                              QPalette::WindowText);
+        const QColor expected =
+            QApplication::palette().color(isEnabled ? QPalette::Active : QPalette::Disabled, QPalette::WindowText);
         QCOMPARE(textColor("mAssignLabel"), expected);
         QCOMPARE(textColor("mPlaybackOptionLabel"), expected);
     }
@@ -462,7 +462,8 @@ void KeyboardKeysControllerTest::cleanUpSendsTheRepairedProfiles()
     tab.controller->removeDeletedMacroProfileMappingsForMapping(1, 10);
     QCOMPARE(tab.delegate.sentProfiles.size(), 1);
     const QVariantList sent = tab.delegate.sentProfiles.first();
-    QCOMPARE(sent, (QVariantList{profile(u"P"_s, {{u"4"_s, QVariantMap()}}), profile(u"Q"_s, {{u"5"_s, entry(10, 0)}})}));
+    QCOMPARE(sent,
+             (QVariantList{profile(u"P"_s, {{u"4"_s, QVariantMap()}}), profile(u"Q"_s, {{u"5"_s, entry(10, 0)}})}));
     QCOMPARE(tab.controller->allProfilesArray().first(), QVariant(profile(u"P"_s, {{u"4"_s, entry(10, 1)}})));
 }
 
@@ -500,8 +501,10 @@ void KeyboardKeysControllerTest::everyControlHasAnAccessibleName()
 
 void KeyboardKeysControllerTest::everySelectableKeySaysWhatItDoes()
 {
-    const Tab tab(profile(u"P"_s, {{u"4"_s, entry(10, 0, 254)}, {u"5"_s, entry(16, 6, 1)}, {u"6"_s, entry(10, 9)},
-                              {u"8"_s, entry(30)}}), {}, {macro(u"Heal"_s)});
+    const Tab tab(
+        profile(u"P"_s,
+                {{u"4"_s, entry(10, 0, 254)}, {u"5"_s, entry(16, 6, 1)}, {u"6"_s, entry(10, 9)}, {u"8"_s, entry(30)}}),
+        {}, {macro(u"Heal"_s)});
     QVERIFY(tab.key("mA")->toolTip().contains(u"Heal"_s));
     QVERIFY(tab.key("mA")->toolTip().contains(localizedText("lkeyRepeatUntilPressedAgain")));
     QVERIFY(tab.key("mB")->toolTip().contains(u"Left Control + C"_s));

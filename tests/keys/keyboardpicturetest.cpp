@@ -104,8 +104,8 @@ void KeyboardPictureTest::tKeysStandInARowUnderTheSpaceBar()
 void KeyboardPictureTest::modifiersStandInTheirOrder()
 {
     qreal left = -1;
-    for (const char *outlet : {"mLeftControl", "mLeftOption", "mLeftCommand", "mSpace", "mRightCommand", "mRightOption",
-                               "mRightControl"}) {
+    for (const char *outlet :
+         {"mLeftControl", "mLeftOption", "mLeftCommand", "mSpace", "mRightCommand", "mRightOption", "mRightControl"}) {
         QVERIFY(placeOf(outlet).left() > left);
         QCOMPARE(placeOf(outlet).top(), placeOf("mSpace").top());
         left = placeOf(outlet).left();

@@ -5,7 +5,6 @@
 
 #include <QTest>
 
-
 using namespace Qt::StringLiterals;
 using namespace KeyMappings;
 
@@ -103,8 +102,9 @@ void KeyMappingTest::positionsOutsideTheRepeatModesStoreOne()
 
 void KeyMappingTest::readsAbsentAndOddEntriesAsNotMapped()
 {
-    for (const QVariant &keys : {QVariant(), QVariant(u"Keys"_s), QVariant(QVariantMap()),
-                                 QVariant(QVariantMap{{u"4"_s, 10}}), QVariant(QVariantMap{{u"4"_s, QVariantList{10}}})}) {
+    for (const QVariant &keys :
+         {QVariant(), QVariant(u"Keys"_s), QVariant(QVariantMap()), QVariant(QVariantMap{{u"4"_s, 10}}),
+          QVariant(QVariantMap{{u"4"_s, QVariantList{10}}})}) {
         const Entry entry = entryForKey({{SettingsKeys::keys, keys}}, 4);
         QCOMPARE(entry.command, 0);
         QCOMPARE(entry.param1, 0);
@@ -115,7 +115,8 @@ void KeyMappingTest::readsAbsentAndOddEntriesAsNotMapped()
 
 void KeyMappingTest::readsTheProgramPath()
 {
-    const Entry launch = readEntry(QVariantMap{{u"command"_s, 46}, {u"param1"_s, u"/a/B.app"_s}, {u"param2"_s, QString()}});
+    const Entry launch =
+        readEntry(QVariantMap{{u"command"_s, 46}, {u"param1"_s, u"/a/B.app"_s}, {u"param2"_s, QString()}});
     QVERIFY(launch.is(Assignment::launchProgram));
     QCOMPARE(launch.programPath, u"/a/B.app"_s);
     QCOMPARE(launch.param2, 0);
@@ -131,12 +132,12 @@ void KeyMappingTest::writesExactlyThreeKeysIntoANewEntry()
 void KeyMappingTest::keepsFurtherKeysAndOtherEntries()
 {
     const QVariantMap other{{u"command"_s, 16}};
-    const QVariantMap keys = withEntry({{u"4"_s, QVariantMap{{u"command"_s, 16}, {u"note"_s, u"mine"_s}}}, {u"5"_s, other}},
-                                       u"4"_s, Assignment::launchProgram, u"/a/B.app"_s, QString());
-    QCOMPARE(keys.value(u"4"_s).toMap(), (QVariantMap{{u"command"_s, 46},
-                                                      {u"param1"_s, u"/a/B.app"_s},
-                                                      {u"param2"_s, u""_s},
-                                                      {u"note"_s, u"mine"_s}}));
+    const QVariantMap keys =
+        withEntry({{u"4"_s, QVariantMap{{u"command"_s, 16}, {u"note"_s, u"mine"_s}}}, {u"5"_s, other}}, u"4"_s,
+                  Assignment::launchProgram, u"/a/B.app"_s, QString());
+    QCOMPARE(
+        keys.value(u"4"_s).toMap(),
+        (QVariantMap{{u"command"_s, 46}, {u"param1"_s, u"/a/B.app"_s}, {u"param2"_s, u""_s}, {u"note"_s, u"mine"_s}}));
     QCOMPARE(keys.value(u"5"_s).toMap(), other);
 }
 

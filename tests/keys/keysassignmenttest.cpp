@@ -18,7 +18,8 @@ using namespace KeysTesting;
 namespace {
 
 // Four profiles, the first of them active; the key A carries `keyA`.
-std::unique_ptr<Tab> tabWithA(const QVariantMap &keyA, const QVariantList &macros = {macro(u"Heal"_s), macro(u"Burst"_s)})
+std::unique_ptr<Tab> tabWithA(const QVariantMap &keyA,
+                              const QVariantList &macros = {macro(u"Heal"_s), macro(u"Burst"_s)})
 {
     auto tab = std::make_unique<Tab>(profile(u"Raid"_s, {{u"4"_s, keyA}}),
                                      QVariantList{profile(u"Desktop"_s), profile(u"Browser"_s)}, macros);
@@ -106,12 +107,13 @@ void KeysAssignmentTest::fillsThePopUpsInOrder()
         return list;
     };
     QStringList assignments, repeats;
-    for (const char *key : {"lkeyDefaultKey", "lkeySingleKey", "lkeyMacro", "lkeyProfile", "lkeyLaunchProgram", "lkeyDisable"})
+    for (const char *key :
+         {"lkeyDefaultKey", "lkeySingleKey", "lkeyMacro", "lkeyProfile", "lkeyLaunchProgram", "lkeyDisable"})
         assignments << localizedText(key);
-    for (const char *key : {"lkeyPlayMacroOnce", "lkeyRepeatUntilReleased", "lkeyRepeatUntilPressedAgain",
-                            "lkeyRepeat2Times", "lkeyRepeat3Times", "lkeyRepeat4Times", "lkeyRepeat5Times",
-                            "lkeyRepeat6Times", "lkeyRepeat7Times", "lkeyRepeat8Times", "lkeyRepeat9Times",
-                            "lkeyRepeat10Times"})
+    for (const char *key :
+         {"lkeyPlayMacroOnce", "lkeyRepeatUntilReleased", "lkeyRepeatUntilPressedAgain", "lkeyRepeat2Times",
+          "lkeyRepeat3Times", "lkeyRepeat4Times", "lkeyRepeat5Times", "lkeyRepeat6Times", "lkeyRepeat7Times",
+          "lkeyRepeat8Times", "lkeyRepeat9Times", "lkeyRepeat10Times"})
         repeats << localizedText(key);
     QCOMPARE(titles("mAssignFunction"), assignments);
     QCOMPARE(titles("mMacroPlaybackPopUp"), repeats);
@@ -135,16 +137,18 @@ void KeysAssignmentTest::showsTheEntryOfTheSelectedKey_data()
     const QString none;
     QTest::newRow("absent") << QVariantMap() << 0 << localizedText("lkeyDefaultKey") << false;
     QTest::newRow("default") << entry(45) << 0 << localizedText("lkeyDefaultKey") << false;
-    QTest::newRow("single key") << entry(16, 6, 1) << 1 << localizedText("lkeySingleKey") + u": Left Control + C"_s << false;
+    QTest::newRow("single key") << entry(16, 6, 1) << 1 << localizedText("lkeySingleKey") + u": Left Control + C"_s
+                                << false;
     QTest::newRow("macro") << entry(10, 1, 1) << 2 << localizedText("lkeyMacro") + u": Burst"_s << true;
     QTest::newRow("profile") << entry(17, 2) << 3 << localizedText("lkeyProfile") + u": Browser"_s << false;
     QTest::newRow("program") << entry(46, u"/Applications/Text Editor.app"_s, u""_s) << 4
                              << localizedText("lkeyLaunchProgram") + u": Text Editor"_s << false;
     QTest::newRow("program, version in its name") << entry(46, u"/opt/Tool 2.1.app"_s, u""_s) << 4
                                                   << localizedText("lkeyLaunchProgram") + u": Tool 2.1"_s << false;
-    QTest::newRow("program, slash at the end") << entry(46, u"/opt/Tool.app/"_s, u""_s) << 4
-                                               << localizedText("lkeyLaunchProgram") + u": Tool"_s << false;
-    QTest::newRow("single key without a name") << entry(16, 0, 0) << 1 << localizedText("lkeySingleKey") + u": "_s << false;
+    QTest::newRow("program, slash at the end")
+        << entry(46, u"/opt/Tool.app/"_s, u""_s) << 4 << localizedText("lkeyLaunchProgram") + u": Tool"_s << false;
+    QTest::newRow("single key without a name")
+        << entry(16, 0, 0) << 1 << localizedText("lkeySingleKey") + u": "_s << false;
     QTest::newRow("disabled") << entry(20) << 5 << localizedText("lkeyDisable") << false;
     QTest::newRow("unknown") << entry(30) << 0 << localizedText("lkeyDefaultKey") << false;
     QTest::newRow("macro past the end") << entry(10, 2, 1) << 2 << localizedText("lkeyMacro") << true;
@@ -434,7 +438,8 @@ void KeysAssignmentTest::oddActiveProfileHidesNothing()
         tab->controller->updateUISettings();
         // A dictionary reads as 0, the first profile.
         const bool firstIsActive = active.typeId() == QMetaType::QVariantMap;
-        QCOMPARE(records(tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(3)).first()->isVisible(), !firstIsActive);
+        QCOMPARE(records(tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(3)).first()->isVisible(),
+                 !firstIsActive);
     }
 }
 

@@ -94,7 +94,8 @@ void KeysRedrawTest::init()
     mResources = std::make_unique<QTemporaryDir>();
     qputenv("QUILL_KESTRA_RESOURCES", mResources->path().toLocal8Bit());
     const QVariantMap plist{{u"Device Info"_s, QVariantMap{{u"Last selected key"_s, u"4"_s}}}};
-    QVERIFY(PropertyList::writeFileAtomically(mResources->filePath(u"Kestra.plist"_s), *PropertyList::writeBinary(plist)));
+    QVERIFY(
+        PropertyList::writeFileAtomically(mResources->filePath(u"Kestra.plist"_s), *PropertyList::writeBinary(plist)));
     mTab.reset();
 }
 

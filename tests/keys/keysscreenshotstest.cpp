@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Draws the tab and the single-key sheet in both palettes and several sizes into the folder `screenshots` beside the
-// tests, for a person to look at, and checks that a screen with twice the dots gets more than the same picture enlarged.
+// tests, for a person to look at, and checks that a screen with twice the dots gets more than the same picture
+// enlarged.
 #include "tests/keys/keystesting.h"
 
-#include "keys/keybutton.h"
 #include "keys/keyboardpicture.h"
+#include "keys/keybutton.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
@@ -42,13 +43,20 @@ QPalette darkPalette()
 
 QVariantMap workingKeys()
 {
-    return {{u"58"_s, entry(10, 0, 2)},    {u"26"_s, entry(16, 80, 0)},
-            {u"20"_s, entry(17, 1, 0)},    {u"8"_s, entry(46, u"/Applications/Browser.app"_s, QString())},
-            {u"57"_s, entry(20)},          {u"106"_s, entry(10, 1, 255)},
-            {u"107"_s, entry(10, 0, 1)},   {u"111"_s, entry(17, 1, 0)},
-            {u"227"_s, entry(20)},         {u"96"_s, entry(16, 82, 0)},
-            {u"53"_s, entry(16, 41, 0)},   {u"78"_s, entry(30)},
-            {u"88"_s, entry(46, u"/Applications/Calculator.app"_s, QString())}, {u"40"_s, entry(10, 1, 254)}};
+    return {{u"58"_s, entry(10, 0, 2)},
+            {u"26"_s, entry(16, 80, 0)},
+            {u"20"_s, entry(17, 1, 0)},
+            {u"8"_s, entry(46, u"/Applications/Browser.app"_s, QString())},
+            {u"57"_s, entry(20)},
+            {u"106"_s, entry(10, 1, 255)},
+            {u"107"_s, entry(10, 0, 1)},
+            {u"111"_s, entry(17, 1, 0)},
+            {u"227"_s, entry(20)},
+            {u"96"_s, entry(16, 82, 0)},
+            {u"53"_s, entry(16, 41, 0)},
+            {u"78"_s, entry(30)},
+            {u"88"_s, entry(46, u"/Applications/Calculator.app"_s, QString())},
+            {u"40"_s, entry(10, 1, 254)}};
 }
 
 QImage grabAt(QWidget &widget, qreal ratio)
@@ -111,7 +119,8 @@ void KeysScreenshotsTest::drawsTheTab()
     QFETCH(double, ratio);
     QFETCH(bool, isEnabled);
     QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
-    Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)}, {macro(u"Opening burst"_s), macro(u"Heal"_s)});
+    Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
+            {macro(u"Opening burst"_s), macro(u"Heal"_s)});
     tab.window.resize(width, width * 9 / 16);
     tab.window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
@@ -144,8 +153,8 @@ void KeysScreenshotsTest::isDrawnSharpAtTwiceTheDots()
     tab.window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
     const QImage sharp = grabAt(*tab.controller->picture(), 2);
-    const QImage enlarged = grabAt(*tab.controller->picture(), 1).scaled(sharp.size(), Qt::IgnoreAspectRatio,
-                                                                         Qt::SmoothTransformation);
+    const QImage enlarged =
+        grabAt(*tab.controller->picture(), 1).scaled(sharp.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     int differing = 0;
     for (int y = 0; y < sharp.height(); ++y)
         for (int x = 0; x < sharp.width(); ++x)

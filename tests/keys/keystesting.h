@@ -70,7 +70,8 @@ inline bool loadTexts()
 struct Tab
 {
     explicit Tab(const QVariantMap &activeProfile, const QVariantList &otherProfiles = {},
-                 const QVariantList &macros = {}, const QVariantMap &deviceSettings = {{SettingsKeys::activeProfile, 0}})
+                 const QVariantList &macros = {},
+                 const QVariantMap &deviceSettings = {{SettingsKeys::activeProfile, 0}})
     {
         window.setCentralWidget(controller->view());
         controller->awakeFromNib();

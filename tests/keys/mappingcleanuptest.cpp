@@ -31,7 +31,8 @@ QVariantMap defaultsWith(const QVariantMap &keys)
     return {{u"Profiles"_s, QVariantList{QVariantMap{{u"Keys"_s, keys}}}}};
 }
 
-QVariantList repair(const QVariantList &profiles, int macroCount, int deleted, int type, const QVariantMap &defaults = {})
+QVariantList repair(const QVariantList &profiles, int macroCount, int deleted, int type,
+                    const QVariantMap &defaults = {})
 {
     return KeyMappings::removeDeletedMacroProfileMappings(profiles, macroCount, defaults, deleted, type);
 }
@@ -66,8 +67,7 @@ void MappingCleanupTest::replacesEveryEntryOfTheDeletedMacro()
     const QVariantList profiles{profileWith({{u"4"_s, entry(10, 2)}, {u"5"_s, entry(10, 1)}, {u"6"_s, other}}),
                                 profileWith({{u"7"_s, entry(10, 2)}, {u"8"_s, entry(17, 2)}})};
     const QVariantList repaired = repair(profiles, 4, 2, macroType, defaultsWith({{u"4"_s, entry(45, 9)}}));
-    QCOMPARE(keysOf(repaired, 0),
-             (QVariantMap{{u"4"_s, entry(45, 9)}, {u"5"_s, entry(10, 1)}, {u"6"_s, other}}));
+    QCOMPARE(keysOf(repaired, 0), (QVariantMap{{u"4"_s, entry(45, 9)}, {u"5"_s, entry(10, 1)}, {u"6"_s, other}}));
     QCOMPARE(keysOf(repaired, 1), (QVariantMap{{u"7"_s, QVariantMap()}, {u"8"_s, entry(17, 2)}}));
     QCOMPARE(repaired.value(0).toMap().value(u"ProfileName"_s), u"P"_s);
 }

@@ -31,8 +31,7 @@ QString described(const QVariant &value)
         for (const QVariant &element : value.toList())
             parts.append(described(element));
         return u'[' + parts.join(u", "_s) + u']';
-    default:
-        return QString::fromLatin1(value.typeName()) + u' ' + value.toString();
+    default: return QString::fromLatin1(value.typeName()) + u' ' + value.toString();
     }
 }
 
@@ -70,14 +69,12 @@ void DaemonRequestsTest::hasExactlyTheseEntries_data()
     QTest::newRow("6") << C::updateProfile(product, port, 3, nested)
                        << u"{DeviceSettingsDictionary: %1, ProductID: int 271, ProfileID: int 3, "
                           "ResponseMsgPortName: QString KeyboardConfiguratorReplyPort}"_s.arg(nestedText);
-    QTest::newRow("6, nothing selected")
-        << C::updateProfile(product, port, -1, {})
-        << u"{DeviceSettingsDictionary: {}, ProductID: int 271, ProfileID: int 0, "
-           "ResponseMsgPortName: QString KeyboardConfiguratorReplyPort}"_s;
-    QTest::newRow("6, lowest")
-        << C::updateProfile(product, port, std::numeric_limits<int>::min(), {})
-        << u"{DeviceSettingsDictionary: {}, ProductID: int 271, ProfileID: int 0, "
-           "ResponseMsgPortName: QString KeyboardConfiguratorReplyPort}"_s;
+    QTest::newRow("6, nothing selected") << C::updateProfile(product, port, -1, {})
+                                         << u"{DeviceSettingsDictionary: {}, ProductID: int 271, ProfileID: int 0, "
+                                            "ResponseMsgPortName: QString KeyboardConfiguratorReplyPort}"_s;
+    QTest::newRow("6, lowest") << C::updateProfile(product, port, std::numeric_limits<int>::min(), {})
+                               << u"{DeviceSettingsDictionary: {}, ProductID: int 271, ProfileID: int 0, "
+                                  "ResponseMsgPortName: QString KeyboardConfiguratorReplyPort}"_s;
     QTest::newRow("7") << C::replaceAllProfiles(product, port, {nested, nested})
                        << u"{AllProfiles: [%1, %1], %2}"_s.arg(nestedText, common);
     const QString withProfile =
@@ -105,15 +102,16 @@ void DaemonRequestsTest::hasExactlyTheseEntries_data()
                         << eventUpdate.arg(common, eventText).arg(1).arg(9);
     QTest::newRow("24, low 8 bits") << C::updateEvent(product, port, 256 + 3, 512 + 255, event)
                                     << eventUpdate.arg(common, eventText).arg(3).arg(255);
-    QTest::newRow("24, nothing selected") << C::updateEvent(product, port, -1, -1, {})
-                                          << eventUpdate.arg(common, u"{}"_s).arg(255).arg(255);
+    QTest::newRow("24, nothing selected")
+        << C::updateEvent(product, port, -1, -1, {}) << eventUpdate.arg(common, u"{}"_s).arg(255).arg(255);
     QTest::newRow("25") << C::renameMacro(product, port, 2, u"Größe \U0001F3B9"_s)
                         << u"{MacroContents: {MacroName: QString Größe \U0001F3B9, macroID: int 2}, %1}"_s.arg(common);
-    QTest::newRow("27") << C::readMacroLines(product, port, 300) << u"{IndexOfMacroSequence: int 300, %1}"_s.arg(common);
+    QTest::newRow("27") << C::readMacroLines(product, port, 300)
+                        << u"{IndexOfMacroSequence: int 300, %1}"_s.arg(common);
     QTest::newRow("28") << C::readEvent(product, port, 1, 9) << eventPlace.arg(common).arg(1).arg(9);
     QTest::newRow("28, low 8 bits") << C::readEvent(product, port, 256, 257) << eventPlace.arg(common).arg(0).arg(1);
-    QTest::newRow("28, nothing selected") << C::readEvent(product, port, -1, -1)
-                                          << eventPlace.arg(common).arg(255).arg(255);
+    QTest::newRow("28, nothing selected")
+        << C::readEvent(product, port, -1, -1) << eventPlace.arg(common).arg(255).arg(255);
     QTest::newRow("29") << C::startSingleKeyRecording(product, port) << u"{%1}"_s.arg(common);
     QTest::newRow("30") << C::stopSingleKeyRecording(product, port) << u"{%1}"_s.arg(common);
     QTest::newRow("32") << C::addMacro(product, port, nested) << u"{MacroContents: %1, %2}"_s.arg(nestedText, common);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Requests to a daemon and the wait for its replies, over a real bus. The daemon answers by a script.
-#include "app/util/qlcoreutility.h"
 #include "daemonlink/daemontransport.h"
+#include "app/util/qlcoreutility.h"
 #include "daemonlink/latestreplyslot.h"
 #include "daemonlink/replyport.h"
 #include "tests/support/scripteddaemon.h"
@@ -277,7 +277,8 @@ void DaemonTransportTest::waitNeverEmptiesTheSlot()
 void DaemonTransportTest::waitRunsNoEventLoop()
 {
     bool wasHandled = false;
-    QMetaObject::invokeMethod(this, [&] { wasHandled = true; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [&] { wasHandled = true; }, Qt::QueuedConnection);
     setReplyPollInterval(100us);
     sendDaemonRequest(request(), 4);
     waitForReply();
@@ -288,7 +289,8 @@ void DaemonTransportTest::waitRunsNoEventLoop()
 void DaemonTransportTest::replyIsDecoded()
 {
     ScriptedDaemon daemon;
-    const QVariantMap expected{{DaemonProtocol::returnStatus, 0}, {u"on"_s, true}, {u"list"_s, QVariantList{1, u"a"_s}}};
+    const QVariantMap expected{
+        {DaemonProtocol::returnStatus, 0}, {u"on"_s, true}, {u"list"_s, QVariantList{1, u"a"_s}}};
     daemon.setReply(Command::deleteMacro, expected);
     sendDaemonRequest(request(), 22);
     waitForReply();

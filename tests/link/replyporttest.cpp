@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The reply port's thread: its beginning, its end, and what it does beside a blocked main thread.
-#include "daemonlink/latestreplyslot.h"
 #include "daemonlink/replyport.h"
+#include "daemonlink/latestreplyslot.h"
 #include "tests/support/scripteddaemon.h"
 #include "tests/support/threadedport.h"
 

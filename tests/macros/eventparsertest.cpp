@@ -18,16 +18,82 @@ const QMap<int, QString> &namesByCode()
     static const QMap<int, QString> names = [] {
         QMap<int, QString> result;
         int code = 40;
-        const QStringList from40{
-            u"Return"_s, u"Escape"_s, u"Delete"_s, u"Tab"_s, u"Space"_s, u"-"_s, u"="_s, u"["_s, u"]"_s, u"\\"_s, QString(),
-            u";"_s, u"'"_s, u"`"_s, u","_s, u"."_s, u"/"_s, u"Caps Lock"_s, u"F1"_s, u"F2"_s, u"F3"_s, u"F4"_s, u"F5"_s,
-            u"F6"_s, u"F7"_s, u"F8"_s, u"F9"_s, u"F10"_s, u"F11"_s, u"F12"_s, u"Print Screen"_s, u"Screen Lock"_s,
-            u"Pause"_s, u"Insert"_s, u"Home"_s, u"Page Up"_s, u"Delete"_s, u"End"_s, u"Page Down"_s, u"Right Arrow"_s,
-            u"Left Arrow"_s, u"Down Arrow"_s, u"Up Arrow"_s, u"Clear"_s, u"Numpad /"_s, u"Numpad *"_s, u"Numpad -"_s,
-            u"Numpad +"_s, u"Numpad Enter"_s, u"Numpad 1"_s, u"Numpad 2"_s, u"Numpad 3"_s, u"Numpad 4"_s, u"Numpad 5"_s,
-            u"Numpad 6"_s, u"Numpad 7"_s, u"Numpad 8"_s, u"Numpad 9"_s, u"Numpad 0"_s, u"Numpad ."_s, u"|"_s, u"Menu"_s,
-            u"Power"_s, u"Numpad ="_s, u"F13"_s, u"F14"_s, u"F15"_s, u"F16"_s, u"F17"_s, u"F18"_s, u"F19"_s, u"F20"_s,
-            u"F21"_s, u"F22"_s, u"F23"_s, u"F24"_s};
+        const QStringList from40{u"Return"_s,
+                                 u"Escape"_s,
+                                 u"Delete"_s,
+                                 u"Tab"_s,
+                                 u"Space"_s,
+                                 u"-"_s,
+                                 u"="_s,
+                                 u"["_s,
+                                 u"]"_s,
+                                 u"\\"_s,
+                                 QString(),
+                                 u";"_s,
+                                 u"'"_s,
+                                 u"`"_s,
+                                 u","_s,
+                                 u"."_s,
+                                 u"/"_s,
+                                 u"Caps Lock"_s,
+                                 u"F1"_s,
+                                 u"F2"_s,
+                                 u"F3"_s,
+                                 u"F4"_s,
+                                 u"F5"_s,
+                                 u"F6"_s,
+                                 u"F7"_s,
+                                 u"F8"_s,
+                                 u"F9"_s,
+                                 u"F10"_s,
+                                 u"F11"_s,
+                                 u"F12"_s,
+                                 u"Print Screen"_s,
+                                 u"Screen Lock"_s,
+                                 u"Pause"_s,
+                                 u"Insert"_s,
+                                 u"Home"_s,
+                                 u"Page Up"_s,
+                                 u"Delete"_s,
+                                 u"End"_s,
+                                 u"Page Down"_s,
+                                 u"Right Arrow"_s,
+                                 u"Left Arrow"_s,
+                                 u"Down Arrow"_s,
+                                 u"Up Arrow"_s,
+                                 u"Clear"_s,
+                                 u"Numpad /"_s,
+                                 u"Numpad *"_s,
+                                 u"Numpad -"_s,
+                                 u"Numpad +"_s,
+                                 u"Numpad Enter"_s,
+                                 u"Numpad 1"_s,
+                                 u"Numpad 2"_s,
+                                 u"Numpad 3"_s,
+                                 u"Numpad 4"_s,
+                                 u"Numpad 5"_s,
+                                 u"Numpad 6"_s,
+                                 u"Numpad 7"_s,
+                                 u"Numpad 8"_s,
+                                 u"Numpad 9"_s,
+                                 u"Numpad 0"_s,
+                                 u"Numpad ."_s,
+                                 u"|"_s,
+                                 u"Menu"_s,
+                                 u"Power"_s,
+                                 u"Numpad ="_s,
+                                 u"F13"_s,
+                                 u"F14"_s,
+                                 u"F15"_s,
+                                 u"F16"_s,
+                                 u"F17"_s,
+                                 u"F18"_s,
+                                 u"F19"_s,
+                                 u"F20"_s,
+                                 u"F21"_s,
+                                 u"F22"_s,
+                                 u"F23"_s,
+                                 u"F24"_s};
         for (const QString &name : from40)
             result.insert(code++, name);
         code = 224;
@@ -80,8 +146,10 @@ void EventParserTest::parsesOneEvent_data()
 
     QTest::newRow("delay 0") << makeEvent(1, 0, 7, 4) << QStringList{noDelay, u"Key Press A"_s};
     QTest::newRow("delay 15") << makeEvent(1, 15, 7, 4) << QStringList{u"0.015 seconds delay\n"_s, u"Key Press A"_s};
-    QTest::newRow("delay 1500") << makeEvent(0, 1500, 7, 39) << QStringList{u"1.500 seconds delay\n"_s, u"Key Release 0"_s};
-    QTest::newRow("negative delay") << makeEvent(1, -5, 7, 4) << QStringList{u"-0.005 seconds delay\n"_s, u"Key Press A"_s};
+    QTest::newRow("delay 1500") << makeEvent(0, 1500, 7, 39)
+                                << QStringList{u"1.500 seconds delay\n"_s, u"Key Release 0"_s};
+    QTest::newRow("negative delay") << makeEvent(1, -5, 7, 4)
+                                    << QStringList{u"-0.005 seconds delay\n"_s, u"Key Press A"_s};
     QTest::newRow("key without name") << makeEvent(1, 0, 7, 50) << QStringList{noDelay, u"Key Press "_s};
     QTest::newRow("key 3") << makeEvent(0, 0, 7, 3) << QStringList{noDelay, u"Key Release "_s};
     QTest::newRow("key 232") << makeEvent(0, 0, 7, 232) << QStringList{noDelay, u"Key Release "_s};
@@ -99,8 +167,10 @@ void EventParserTest::parsesOneEvent_data()
     QTest::newRow("right down") << makeEvent(1, 0, 9, 2) << QStringList{noDelay, u"Right Button down\n"_s};
     QTest::newRow("right up") << makeEvent(0, 0, 9, 2) << QStringList{noDelay, u"Right Button up\n"_s};
     for (int button = 3; button <= 9; ++button) {
-        QTest::addRow("button %d down", button) << makeEvent(1, 0, 9, button) << QStringList{noDelay, u"Button %1 down\n"_s.arg(button)};
-        QTest::addRow("button %d up", button) << makeEvent(0, 0, 9, button) << QStringList{noDelay, u"Button %1 up\n"_s.arg(button)};
+        QTest::addRow("button %d down", button)
+            << makeEvent(1, 0, 9, button) << QStringList{noDelay, u"Button %1 down\n"_s.arg(button)};
+        QTest::addRow("button %d up", button)
+            << makeEvent(0, 0, 9, button) << QStringList{noDelay, u"Button %1 up\n"_s.arg(button)};
     }
     QTest::newRow("button 0") << makeEvent(1, 0, 9, 0) << QStringList{noDelay};
     QTest::newRow("button 10") << makeEvent(1, 0, 9, 10) << QStringList{noDelay};
@@ -129,10 +199,11 @@ void EventParserTest::readsRealsAndWideNumbersAsIntegers()
 void EventParserTest::leavesOutTheFirstDelayLine()
 {
     QCOMPARE(eventParser::getMessagesArray({makeEvent(1, 30, 7, 4)}), QStringList{u"Key Press A"_s});
-    QCOMPARE(eventParser::getMessagesArray({makeEvent(1, 30, 7, 4), makeEvent(0, 15, 7, 4), makeEvent(1, 0, 9, 3), makeEvent(1, 2, 9, 10),
-                                            makeEvent(0, 1500, 9, 3)}),
+    QCOMPARE(eventParser::getMessagesArray({makeEvent(1, 30, 7, 4), makeEvent(0, 15, 7, 4), makeEvent(1, 0, 9, 3),
+                                            makeEvent(1, 2, 9, 10), makeEvent(0, 1500, 9, 3)}),
              QStringList({u"Key Press A"_s, u"0.015 seconds delay\n"_s, u"Key Release A"_s, u"0.000 seconds delay\n"_s,
-                          u"Button 3 down\n"_s, u"0.002 seconds delay\n"_s, u"1.500 seconds delay\n"_s, u"Button 3 up\n"_s}));
+                          u"Button 3 down\n"_s, u"0.002 seconds delay\n"_s, u"1.500 seconds delay\n"_s,
+                          u"Button 3 up\n"_s}));
 }
 
 void EventParserTest::firstEventWithoutLineContributesNothing()
@@ -170,7 +241,8 @@ void EventParserTest::namesKeysWithModifiers_data()
     QTest::newRow("unknown key ends in plus") << 50 << 0x01 << u"Left Control + "_s;
     QTest::newRow("key above 231") << 232 << 0x01 << u"Left Control + "_s;
     QTest::newRow("negative code") << -1 << 0x01 << u"Left Control + "_s;
-    QTest::newRow("all modifiers") << 41 << 0xff
+    QTest::newRow("all modifiers")
+        << 41 << 0xff
         << u"Left Control + Left Shift + Left Alt + Left Command + Right Control + Right Shift + Right Alt + Right Command + Escape"_s;
     QTest::newRow("only the low 8 bits name modifiers") << 6 << 0x102 << u"Left Shift + C"_s;
     // Not 0 as given, so the joining plus appears although no modifier is left in the low 8 bits.

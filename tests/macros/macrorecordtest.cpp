@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "macros/eventparser.h"
 #include "macros/macrorecord.h"
+#include "macros/eventparser.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -32,7 +32,8 @@ QList<int> delays(const QVariantList &events)
 // press A, release A, an event without a line, left button down
 const QVariantList &sample()
 {
-    static const QVariantList events{makeEvent(1, 10, 7, 4), makeEvent(0, 11, 7, 4), withoutLine(12), makeEvent(1, 13, 9, 1)};
+    static const QVariantList events{makeEvent(1, 10, 7, 4), makeEvent(0, 11, 7, 4), withoutLine(12),
+                                     makeEvent(1, 13, 9, 1)};
     return events;
 }
 
@@ -103,10 +104,13 @@ void MacroRecordTest::mapsRowsToEvents_data()
     QTest::addColumn<QList<int>>("eventsByRow");
     QTest::newRow("none") << QVariantList() << QList<int>();
     QTest::newRow("one") << QVariantList{makeEvent(1, 0, 7, 4)} << QList<int>{0};
-    QTest::newRow("a delay row, then its event row") << QVariantList{makeEvent(1, 0, 7, 4), makeEvent(0, 0, 7, 4)} << QList<int>{0, 1, 1};
+    QTest::newRow("a delay row, then its event row")
+        << QVariantList{makeEvent(1, 0, 7, 4), makeEvent(0, 0, 7, 4)} << QList<int>{0, 1, 1};
     QTest::newRow("event without line") << sample() << QList<int>{0, 1, 1, 2, 3, 3};
-    QTest::newRow("first event without line") << QVariantList{withoutLine(1), makeEvent(0, 0, 7, 4)} << QList<int>{1, 1};
-    QTest::newRow("nothing but events without lines") << QVariantList{withoutLine(1), withoutLine(2), withoutLine(3)} << QList<int>{1, 2};
+    QTest::newRow("first event without line")
+        << QVariantList{withoutLine(1), makeEvent(0, 0, 7, 4)} << QList<int>{1, 1};
+    QTest::newRow("nothing but events without lines")
+        << QVariantList{withoutLine(1), withoutLine(2), withoutLine(3)} << QList<int>{1, 2};
 }
 
 void MacroRecordTest::mapsRowsToEvents()
@@ -116,11 +120,13 @@ void MacroRecordTest::mapsRowsToEvents()
     QCOMPARE(qsizetype(MacroRecord::rowCount(events)), eventsByRow.size());
     for (int row = 0; row < eventsByRow.size(); ++row)
         QCOMPARE(MacroRecord::eventIndexOfRow(events, row), std::optional<int>(eventsByRow.at(row)));
-    for (const int missing : {-1, int(eventsByRow.size()), 255, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
+    for (const int missing :
+         {-1, int(eventsByRow.size()), 255, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
         QCOMPARE(MacroRecord::eventIndexOfRow(events, missing), std::optional<int>());
 }
 
-// Property: whatever the events are, there are as many rows as lines, and the lines of a row's event hold the row's line.
+// Property: whatever the events are, there are as many rows as lines, and the lines of a row's event hold the row's
+// line.
 void MacroRecordTest::rowsAgreeWithTheDisplayLines()
 {
     QRandomGenerator random(271);
@@ -210,7 +216,9 @@ void MacroRecordTest::tellsWellFormedRecords_data()
         macro.insert(key, value);
         return macro;
     };
-    const auto withEvents = [&](const QVariant &events) { return with(u"sequence"_s, QVariantMap{{u"Events"_s, events}}); };
+    const auto withEvents = [&](const QVariant &events) {
+        return with(u"sequence"_s, QVariantMap{{u"Events"_s, events}});
+    };
     QTest::newRow("name only") << named << true;
     QTest::newRow("empty name") << QVariantMap{{u"MacroName"_s, QString()}} << true;
     QTest::newRow("no name") << QVariantMap() << false;
@@ -224,8 +232,10 @@ void MacroRecordTest::tellsWellFormedRecords_data()
     QTest::newRow("an event is no dictionary") << withEvents(QVariantList{sample().first(), 3}) << false;
     QTest::newRow("an event's page is text") << withEvents(QVariantList{QVariantMap{{u"page"_s, u"7"_s}}}) << false;
     QTest::newRow("further keys") << with(u"anything"_s, QVariantList{1, u"x"_s}) << true;
-    QTest::newRow("as many events as fit") << withEvents(QVariantList(MacroRecord::maximumEvents, sample().first())) << true;
-    QTest::newRow("one event too many") << withEvents(QVariantList(MacroRecord::maximumEvents + 1, sample().first())) << false;
+    QTest::newRow("as many events as fit")
+        << withEvents(QVariantList(MacroRecord::maximumEvents, sample().first())) << true;
+    QTest::newRow("one event too many") << withEvents(QVariantList(MacroRecord::maximumEvents + 1, sample().first()))
+                                        << false;
 }
 
 void MacroRecordTest::tellsWellFormedRecords()

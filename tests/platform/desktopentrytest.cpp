@@ -48,11 +48,12 @@ private Q_SLOTS:
 
 void DesktopEntryTest::readsItsOwnGroupAlone()
 {
-    const auto entry = DesktopEntry::parse("# a comment\n"
-                                           "[Another]\nName=Other\n"
-                                           "[Desktop Entry]\n#Name=Comment\n  Name = A game \nComment=a=b\n\nbroken line\n"
-                                           "[Desktop Action new]\nName=Action\nExec=other\n",
-                                           entryPath);
+    const auto entry =
+        DesktopEntry::parse("# a comment\n"
+                            "[Another]\nName=Other\n"
+                            "[Desktop Entry]\n#Name=Comment\n  Name = A game \nComment=a=b\n\nbroken line\n"
+                            "[Desktop Action new]\nName=Action\nExec=other\n",
+                            entryPath);
     QVERIFY(entry);
     QCOMPARE(entry->text(u"Name"_s), u"A game"_s);
     QCOMPARE(entry->text(u"Comment"_s), u"a=b"_s);
@@ -147,8 +148,9 @@ void DesktopEntryTest::commandLineHasItsWords_data()
     // In the file a backslash in quotes stands twice: once for the string, once for the quotes.
     QTest::newRow("escapes in quotes") << uR"(game "\\"\\`\\$\\\\")"_s << uR"([game] ["`$\])"_s;
     QTest::newRow("other backslash in quotes") << uR"(game "C:\\\\dir")"_s << uR"([game] [C:\dir])"_s;
-    QTest::newRow("no shell") << u"game $(reboot) ; rm -rf * > x | y & `z` 'a b' ~ $HOME"_s
-                              << u"[game] [$(reboot)] [;] [rm] [-rf] [*] [>] [x] [|] [y] [&] [`z`] ['a] [b'] [~] [$HOME]"_s;
+    QTest::newRow("no shell")
+        << u"game $(reboot) ; rm -rf * > x | y & `z` 'a b' ~ $HOME"_s
+        << u"[game] [$(reboot)] [;] [rm] [-rf] [*] [>] [x] [|] [y] [&] [`z`] ['a] [b'] [~] [$HOME]"_s;
     QTest::newRow("files and addresses") << u"game %f %F %u %U end"_s << u"[game] [end]"_s;
     QTest::newRow("withdrawn codes") << u"game %d %D %n %N %v %m end"_s << u"[game] [end]"_s;
     QTest::newRow("file in a word") << u"game --open=%f"_s << u"[game] [--open=]"_s;
@@ -159,7 +161,8 @@ void DesktopEntryTest::commandLineHasItsWords_data()
     QTest::newRow("icon") << u"game %i end"_s << u"[game] [--icon] [game-icon] [end]"_s;
     QTest::newRow("icon at the end") << u"game %i"_s << u"[game] [--icon] [game-icon]"_s;
     QTest::newRow("icon in a word") << u"game x%i"_s << u"[game] [x]"_s;
-    QTest::newRow("other programs") << u"env WINEPREFIX=/x wine game.exe"_s << u"[env] [WINEPREFIX=/x] [wine] [game.exe]"_s;
+    QTest::newRow("other programs") << u"env WINEPREFIX=/x wine game.exe"_s
+                                    << u"[env] [WINEPREFIX=/x] [wine] [game.exe]"_s;
     QTest::newRow("unknown code") << u"game %x"_s << u"refused"_s;
     QTest::newRow("lone percent") << u"game %"_s << u"refused"_s;
     QTest::newRow("open quote") << uR"(game "x)"_s << u"refused"_s;

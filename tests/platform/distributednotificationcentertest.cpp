@@ -375,8 +375,9 @@ void DistributedNotificationCenterTest::removedBetweenPostAndDeliveryIsNotCalled
     mPoster->post(name);
     // Both connections have seen it when the bus answers this; it waits in the queue of this thread.
     for (const QString &connection : {u"poster"_s, QDBusConnection::sessionBus().name()})
-        QDBusConnection(connection).call(QDBusMessage::createMethodCall(
-            u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
+        QDBusConnection(connection)
+            .call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s,
+                                                 u"GetId"_s));
     mCenter->removeObserver(&mObserver, name);
     settle();
     QCOMPARE(mCalls, QStringList());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/tablecelldelegate.h"
 #include "platform/tableview.h"
+#include "platform/tablecelldelegate.h"
 
 #include <QAccessible>
 #include <QLineEdit>

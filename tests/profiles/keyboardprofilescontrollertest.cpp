@@ -366,8 +366,8 @@ void KeyboardProfilesControllerTest::addDisablesTheControlsMeanwhile()
     fill({u"A"_s, u"B"_s});
     bool wereOff = false;
     mDelegate->duringAdd = [&] {
-        wereOff = !outlet<PulldownButton>("mSettingsProfile")->isEnabled() &&
-                  !outlet<QCheckBox>("mEnableOnScreenDisplay")->isEnabled();
+        wereOff = !outlet<PulldownButton>("mSettingsProfile")->isEnabled()
+                  && !outlet<QCheckBox>("mEnableOnScreenDisplay")->isEnabled();
     };
     outlet<QPushButton>("mAddProfile")->click();
     QVERIFY(wereOff);

@@ -22,8 +22,8 @@ QString daemonPath()
 
 QDBusMessage callObject(const QString &interface, const QString &method, const QVariantList &arguments)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), u"/VirtualKeyboard"_s,
-                                                       interface, method);
+    QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
+                                                       u"/VirtualKeyboard"_s, interface, method);
     call.setArguments(arguments);
     return QDBusConnection::sessionBus().call(call);
 }
@@ -57,8 +57,10 @@ bool DaemonProcessFixture::start(const std::function<void()> &inChild)
     mProcess->start(daemonPath(), {});
     if (!mProcess->waitForStarted(waitMs))
         return false;
-    return QTest::qWaitFor([this] { return !isRunning() || RemoteMessagePort::open(DaemonProtocol::requestPortName).has_value(); }, waitMs)
-        && isRunning() && mPort;
+    return QTest::qWaitFor(
+               [this] { return !isRunning() || RemoteMessagePort::open(DaemonProtocol::requestPortName).has_value(); },
+               waitMs)
+           && isRunning() && mPort;
 }
 
 void DaemonProcessFixture::kill()
@@ -96,7 +98,8 @@ void DaemonProcessFixture::send(DaemonProtocol::Command command, QVariantMap req
         port->post(static_cast<qint32>(command), QlCoreUtility::convertDictionaryToData(request).value());
 }
 
-std::optional<DaemonProcessFixture::Reply> DaemonProcessFixture::request(DaemonProtocol::Command command, const QVariantMap &request)
+std::optional<DaemonProcessFixture::Reply> DaemonProcessFixture::request(DaemonProtocol::Command command,
+                                                                         const QVariantMap &request)
 {
     mReplies.clear();
     send(command, request);

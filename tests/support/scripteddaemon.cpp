@@ -166,21 +166,14 @@ std::vector<ScriptedDaemon::Reply> ScriptedDaemon::scriptedReplies(const Request
         if (const auto found = mScripts.find(request.command); found != mScripts.end())
             script = found->second;
         switch (Command(request.command)) {
-        case Command::openDevice:
-            reply[DaemonProtocol::returnStatus] = 1;
-            break;
-        case Command::readSettings:
-            reply[DaemonProtocol::allDevSettings] = mDocument;
-            break;
+        case Command::openDevice: reply[DaemonProtocol::returnStatus] = 1; break;
+        case Command::readSettings: reply[DaemonProtocol::allDevSettings] = mDocument; break;
         case Command::addProfile:
         case Command::updateProfile:
         case Command::replaceAllProfiles:
         case Command::deleteProfile:
-        case Command::switchProfile:
-            reply[DaemonProtocol::returnDictionary] = mDocument;
-            break;
-        default:
-            break;
+        case Command::switchProfile: reply[DaemonProtocol::returnDictionary] = mDocument; break;
+        default: break;
         }
     }
     if (script)

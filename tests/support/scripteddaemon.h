@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A daemon that answers by a script: for what the real one never does (wrong, late, double, missing replies) and for
-// seeing exactly what is sent. It has a thread and a bus connection of its own, so it works while the main thread blocks.
+// seeing exactly what is sent. It has a thread and a bus connection of its own, so it works while the main thread
+// blocks.
 #pragma once
 
 #include "app/util/daemonprotocol.h"

@@ -9,6 +9,6 @@
 [[nodiscard]] inline bool installEnglishTexts()
 {
     static QTranslator table;
-    return table.load(qEnvironmentVariable("KESTRA_BIN_DIR") + QStringLiteral("/resources/texts/en.qm")) &&
-           QCoreApplication::installTranslator(&table);
+    return table.load(qEnvironmentVariable("KESTRA_BIN_DIR") + QStringLiteral("/resources/texts/en.qm"))
+           && QCoreApplication::installTranslator(&table);
 }

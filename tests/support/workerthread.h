@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A thread with an event loop that runs what it is given, for parts of a test that must work while the main thread blocks.
+// A thread with an event loop that runs what it is given, for parts of a test that must work while the main thread
+// blocks.
 #pragma once
 
 #include <QObject>

@@ -43,25 +43,19 @@ QJsonValue described(const QVariant &value)
             elements.append(described(element));
         return tagged("array"_L1, elements);
     }
-    case QMetaType::Bool:
-        return tagged("boolean"_L1, value.toBool());
+    case QMetaType::Bool: return tagged("boolean"_L1, value.toBool());
     case QMetaType::Int:
     case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-        return tagged("integer"_L1, value.toString());
+    case QMetaType::ULongLong: return tagged("integer"_L1, value.toString());
     case QMetaType::Double: {
         const quint64 bits = qToBigEndian(std::bit_cast<quint64>(value.toDouble()));
         const QByteArray hex = QByteArray(reinterpret_cast<const char *>(&bits), 8).toHex();
         return tagged("real"_L1, QString::fromLatin1(hex));
     }
-    case QMetaType::QByteArray:
-        return tagged("data"_L1, QString::fromLatin1(value.toByteArray().toHex()));
-    case QMetaType::QDateTime:
-        return tagged("date"_L1, QString::number(epoch.secsTo(value.toDateTime())));
-    case QMetaType::QString:
-        return tagged("string"_L1, value.toString());
-    default:
-        return {};
+    case QMetaType::QByteArray: return tagged("data"_L1, QString::fromLatin1(value.toByteArray().toHex()));
+    case QMetaType::QDateTime: return tagged("date"_L1, QString::number(epoch.secsTo(value.toDateTime())));
+    case QMetaType::QString: return tagged("string"_L1, value.toString());
+    default: return {};
     }
 }
 
@@ -140,8 +134,7 @@ QVariant fromLibplist(plist_t node)
         plist_get_date_val(node, &seconds, &microseconds);
         return epoch.addSecs(seconds);
     }
-    default:
-        return {};
+    default: return {};
     }
 }
 

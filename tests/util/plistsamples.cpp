@@ -81,18 +81,12 @@ QVariant randomReal(std::mt19937 &random)
 QVariant randomTree(std::mt19937 &random, int depth, bool isPortable)
 {
     switch (below(random, depth > 0 ? 12 : 6)) {
-    case 0:
-        return randomString(random, isPortable);
-    case 1:
-        return randomInteger(random);
-    case 2:
-        return randomReal(random);
-    case 3:
-        return below(random, 2) == 1;
-    case 4:
-        return randomData(random);
-    case 5:
-        return randomDate(random, isPortable);
+    case 0: return randomString(random, isPortable);
+    case 1: return randomInteger(random);
+    case 2: return randomReal(random);
+    case 3: return below(random, 2) == 1;
+    case 4: return randomData(random);
+    case 5: return randomDate(random, isPortable);
     case 6:
     case 7:
     case 8: {

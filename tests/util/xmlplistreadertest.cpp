@@ -16,8 +16,8 @@ QByteArray document(const QByteArray &value)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
            "<!DOCTYPE plist PUBLIC \"-//Example//DTD PLIST 1.0//EN\" \"http://example.org/PropertyList-1.0.dtd\">\n"
-           "<plist version=\"1.0\">\n" +
-           value + "\n</plist>\n";
+           "<plist version=\"1.0\">\n"
+           + value + "\n</plist>\n";
 }
 
 } // namespace
@@ -209,8 +209,8 @@ void XmlPlistReaderTest::refusesEntityBombsQuickly_data()
         return declarations;
     };
     const auto file = [](const QByteArray &declarations, const QByteArray &text) -> QByteArray {
-        return "<?xml version=\"1.0\"?><!DOCTYPE plist [" + declarations + "]><plist><string>" + text +
-               "</string></plist>";
+        return "<?xml version=\"1.0\"?><!DOCTYPE plist [" + declarations + "]><plist><string>" + text
+               + "</string></plist>";
     };
     QTest::newRow("one entity, unused") << file("<!ENTITY a \"b\">", "text");
     QTest::newRow("one entity") << file("<!ENTITY a \"b\">", "&a;");

@@ -103,8 +103,7 @@ QStringList AccessibleTree::childPaths(const QString &path) const
 AccessibleControl AccessibleTree::control(const QString &path) const
 {
     const auto property = [&](QLatin1StringView name) {
-        const QVariant value =
-            call(path, propertiesInterface, "Get"_L1, {QString(accessibleInterface), QString(name)});
+        const QVariant value = call(path, propertiesInterface, "Get"_L1, {QString(accessibleInterface), QString(name)});
         return value.value<QDBusVariant>().variant().toString();
     };
     AccessibleControl result{.name = property("Name"_L1),
