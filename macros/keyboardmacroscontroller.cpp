@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The macro list and the state of the tab's controls; recording and event editing are in keyboardmacrosrecording.cpp.
+// The tables of the macros tab and the state of its controls. The list's commands are in keyboardmacroslist.cpp, the
+// recording in keyboardmacrosrecording.cpp, the editing of events in keyboardmacrosevents.cpp.
 #include "macros/keyboardmacroscontroller.h"
 
 #include "app/util/daemonprotocol.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
-#include "app/util/uniquename.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
@@ -19,19 +17,6 @@
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The name a new macro is stored under, whatever the language of the interface.
-constexpr QLatin1StringView newMacroName{"Untitled Macro"};
-constexpr int nameColumn = 0;
-
-QString nameOf(const QVariantMap &macro)
-{
-    return macro.value(SettingsKeys::macroName).toString();
-}
-
-} // namespace
 
 KeyboardMacrosController::KeyboardMacrosController(QObject *parent) : QObject(parent)
 {
@@ -113,15 +98,6 @@ bool KeyboardMacrosController::validateMenuItem(const QAction *item) const
     if (item == mSettingsMacroDetails->itemWithTag(tag))
         return MacroCommands::isEnabledInEventGearMenu(tag, eventListState());
     return MacroCommands::isEnabledForList(tag, macroRow() >= 0);
-}
-
-QString KeyboardMacrosController::checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
-                                                                             const QString &name) const
-{
-    QStringList names;
-    for (const QVariant &macro : macros)
-        names.append(nameOf(macro.toMap()));
-    return uniqueName(names, name);
 }
 
 // Following the main controller
@@ -207,101 +183,6 @@ void KeyboardMacrosController::updateEventButtons()
     mRecordMacroDetails->setEnabled(mHasDeviceConnected && !isRenaming);
 }
 
-// Adding, renaming, deleting
-
-void KeyboardMacrosController::clickAddMacro(QObject *)
-{
-    mMacroTableView->deselectAll();
-    mIsAddMacro = true;
-    const QVariantMap macro{
-        {SettingsKeys::macroName, checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, newMacroName)},
-        {SettingsKeys::delay, MacroRecord::standardDelayMs},
-        {DaemonProtocol::responsePortName, QString(DaemonProtocol::configuratorReplyPortName)},
-        {SettingsKeys::sequence, QVariantMap()},
-    };
-    mMacrosSettingsArray.append(macro);
-    updateSelectedMacroWithMacroDetails({});
-    mMacroTableView->reloadData();
-    const int last = int(mMacrosSettingsArray.size()) - 1;
-    mMacroTableView->selectRow(last);
-    mMacroTableView->editColumnRow(nameColumn, last, true);
-    if (mMacroDelegate)
-        mMacroDelegate->addMacroWithSettings(macro);
-    mIsAddMacro = false;
-}
-
-void KeyboardMacrosController::startRenaming()
-{
-    mEditedRow = macroRow();
-    mIsRenamingMacroName = true;
-    mMacroTableView->editColumnRow(nameColumn, mEditedRow, true);
-    updateEventButtons();
-}
-
-void KeyboardMacrosController::renameMacro(int row, const QString &newName)
-{
-    QVariantMap macro = macroAt(row);
-    if (macro.isEmpty())
-        return;
-    // With its name blanked and moved to the end, the macro's own old name is no collision.
-    macro[SettingsKeys::macroName] = QString();
-    mMacrosSettingsArray.removeAt(row);
-    mMacrosSettingsArray.append(macro);
-    const QString name = checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, newName);
-    macro[SettingsKeys::macroName] = name;
-    // This replaces the macro that followed. Deliberate: the reload after the rename brings the daemon's list anew.
-    mMacrosSettingsArray[row] = macro;
-    if (mMacroDelegate)
-        mMacroDelegate->renameMacroAtIndexWithNewName(macroRow(), name);
-    mIsRenamingMacroName = false;
-    mEditedRow = -1;
-}
-
-void KeyboardMacrosController::clickDeleteMacro(QObject *)
-{
-    if (macroRow() < 0)
-        return;
-    const AlertTexts texts{localizedFormat("lkeyDeleteMacroAlertTitle", {nameOf(macroAt(macroRow()))}),
-                           localizedText("lkeyDeleteMacroAlertDesc"), localizedText("lkeyOK"),
-                           localizedText("lkeyCancel")};
-    showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {
-        if (self)
-            self->sheetDidEndReturnCodeContextInfo(returnCode, confirmDelete);
-    });
-}
-
-void KeyboardMacrosController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)
-{
-    if (context == confirmDelete && returnCode == alertFirstButtonReturn)
-        deleteMacro();
-}
-
-void KeyboardMacrosController::deleteMacro()
-{
-    const int row = macroRow();
-    if (row < 0)
-        return;
-    if (mMacroDelegate)
-        mMacroDelegate->deleteMacroAtIndex(row);
-    mMacroTableView->reloadData();
-    fetchLines();
-    const int count = int(mMacrosSettingsArray.size());
-    if (count == 0)
-        setStateOfMacroDetailsTableWithState(true);
-    mMacroTableView->selectRow(row < count - 1 ? row : count - 1);
-    mMacroTableView->setFocus();
-}
-
-void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)
-{
-    switch (item->data().toInt()) {
-    case MacroCommands::rename: startRenaming(); break;
-    case MacroCommands::newMacro: clickAddMacro(nullptr); break;
-    case MacroCommands::deleteMacro: clickDeleteMacro(nullptr); break;
-    default: break;
-    }
-}
-
 // The tables
 
 int KeyboardMacrosController::numberOfRowsInTableView(TableView *tableView)
@@ -312,7 +193,7 @@ int KeyboardMacrosController::numberOfRowsInTableView(TableView *tableView)
 QVariant KeyboardMacrosController::tableViewObjectValueForTableColumnRow(TableView *, const QString &column, int row)
 {
     if (column == "macroName"_L1)
-        return row >= 0 && row < mMacrosSettingsArray.size() ? QVariant(nameOf(macroAt(row))) : QVariant();
+        return row >= 0 && row < mMacrosSettingsArray.size() ? QVariant(MacroRecord::name(macroAt(row))) : QVariant();
     return row >= 0 && row < mMacroDetailsArray.size() ? QVariant(mMacroDetailsArray.at(row).trimmed()) : QVariant();
 }
 
