@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program as it runs, for benchmarks: the real window, and the real daemon on state of its own. Needs a QApplication
-// and a session bus of the benchmark's own. Main thread only.
+// The program as it runs, for benchmarks: the real window, and the real daemon on state of its own. Needs a
+// QApplication and a session bus of the benchmark's own. Main thread only.
 #pragma once
 
 #include "app/keyboardmaincontroller.h"

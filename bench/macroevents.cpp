@@ -48,7 +48,8 @@ struct MacrosTab : BenchProgram
 
     void click(int row) const
     {
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(list->model()->index(row, 0)).center());
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualRect(list->model()->index(row, 0)).center());
         QApplication::processEvents(); // paints the lines
     }
 

@@ -4,6 +4,8 @@
 #include "macros/keyboardmacroscontroller.h"
 
 #include "app/util/daemonprotocol.h"
+#include "app/util/settingskeys.h"
+#include "app/util/text.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
@@ -112,10 +114,17 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
         enableDeleteEventBySelection();
 }
 
+void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macros)
+{
+    mMacrosSettingsArray = macros;
+    mAreRecordsStale = false;
+}
+
 void KeyboardMacrosController::refreshTableDisplay()
 {
     mMacroTableView->reloadData();
     mMacroDetailsTableView->reloadData();
+    fetchChangedLines();
     updateEventPart();
 }
 
@@ -125,6 +134,7 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
     for (const QVariant &line : lines)
         mMacroDetailsArray.append(line.toString());
     mMacroDetailsTableView->reloadData();
+    updatePlaceholders();
     updateEventButtons();
 }
 
@@ -169,7 +179,18 @@ void KeyboardMacrosController::updateEventPart()
     const bool isHidden = macroRow() < 0;
     if (mNoMacroLabel->isHidden() == isHidden)
         setStateOfMacroDetailsTableWithState(isHidden);
+    updatePlaceholders();
     updateEventButtons();
+}
+
+/// Says what to do where there is nothing to see.
+void KeyboardMacrosController::updatePlaceholders()
+{
+    const bool hasMacros = !mMacrosSettingsArray.isEmpty();
+    mMacroTableView->setPlaceholderText(hasMacros ? QString() : localizedText("lkeyNoMacros"));
+    mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
+    const bool isRecording = mIsRecording || mIsAppendMacro;
+    mMacroDetailsTableView->setPlaceholderText(localizedText(isRecording ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }
 
 /// While a recording or a capture runs, only the record button is on; while a name is edited, none is.
@@ -192,8 +213,11 @@ int KeyboardMacrosController::numberOfRowsInTableView(TableView *tableView)
 
 QVariant KeyboardMacrosController::tableViewObjectValueForTableColumnRow(TableView *, const QString &column, int row)
 {
-    if (column == "macroName"_L1)
+    // A name that is fetched also brings the event part up to date with the selection.
+    if (column == "macroName"_L1) {
+        updateEventPart();
         return row >= 0 && row < mMacrosSettingsArray.size() ? QVariant(MacroRecord::name(macroAt(row))) : QVariant();
+    }
     return row >= 0 && row < mMacroDetailsArray.size() ? QVariant(mMacroDetailsArray.at(row).trimmed()) : QVariant();
 }
 
@@ -211,8 +235,29 @@ void KeyboardMacrosController::tableViewSelectionDidChange(TableView *tableView)
     updateEventPart();
 }
 
+QIcon KeyboardMacrosController::tableViewImageForTableColumnRow(TableView *tableView, const QString &, int row)
+{
+    if (tableView != mMacroDetailsTableView || row < 0 || row >= mMacroDetailsArray.size())
+        return {};
+    return mEventIcons.icon(eventLineKind(mMacroDetailsArray.at(row)), tableView->palette());
+}
+
 void KeyboardMacrosController::fetchLines()
 {
-    if (mMacroDelegate && macroRow() >= 0)
-        mMacroDelegate->getMacroDetailsForMacroAtIndex(macroRow());
+    if (!mMacroDelegate || macroRow() < 0)
+        return;
+    mFetchedMacro = macroAt(macroRow());
+    mMacroDelegate->getMacroDetailsForMacroAtIndex(macroRow());
+}
+
+void KeyboardMacrosController::fetchChangedLines()
+{
+    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecordingOrCapturing())
+        return;
+    // Another client may have deleted a macro above this one, or edited this one's events.
+    const QVariantMap macro = macroAt(macroRow());
+    for (const QLatin1StringView key : {SettingsKeys::macroId, SettingsKeys::sequence}) {
+        if (macro.value(key) != mFetchedMacro.value(key))
+            return fetchLines();
+    }
 }

@@ -32,6 +32,13 @@ void KeyboardMacrosController::selectEvent(int row)
     mMacroDetailsTableView->selectRow(row);
 }
 
+void KeyboardMacrosController::eventsWereEdited()
+{
+    mAreRecordsStale = true;
+    fetchLines();
+    mMacroDetailsTableView->reloadData();
+}
+
 void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)
 {
     const int row = eventRow();
@@ -39,7 +46,7 @@ void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)
         return;
     if (mMacroDelegate)
         mMacroDelegate->removeEventAtIndexForMacroAtIndex(row, macroRow());
-    fetchLines();
+    eventsWereEdited();
     const int count = int(mMacroDetailsArray.size());
     if (count == 1)
         selectEvent(0);
@@ -66,8 +73,7 @@ void KeyboardMacrosController::removeAllEvents()
 {
     if (mMacroDelegate)
         mMacroDelegate->removeAllEventsForMacroAtIndex(macroRow());
-    fetchLines();
-    mMacroDetailsTableView->reloadData();
+    eventsWereEdited();
 }
 
 void KeyboardMacrosController::copySelectedDelayToAll()
@@ -78,16 +84,14 @@ void KeyboardMacrosController::copySelectedDelayToAll()
     // The first argument carries the row whose delay is copied, not a time. Deliberate: the daemon looks it up.
     if (mMacroDelegate)
         mMacroDelegate->setAllEventsDelayForMacroAtIndexHasNoDelay(row, macroRow(), false);
-    fetchLines();
-    mMacroDetailsTableView->reloadData();
+    eventsWereEdited();
 }
 
 void KeyboardMacrosController::removeAllDelays()
 {
     if (mMacroDelegate)
         mMacroDelegate->setAllEventsDelayForMacroAtIndexHasNoDelay(0, macroRow(), true);
-    fetchLines();
-    mMacroDetailsTableView->reloadData();
+    eventsWereEdited();
 }
 
 // The delay sheet
@@ -118,8 +122,7 @@ void KeyboardMacrosController::clickMacroDelayOK(QObject *)
     if (mMacroDelegate)
         mMacroDelegate->setNewDelayAtMacroEventIndexForMacroAtIndex(mInputMacroDelay->integerValue(), eventRow(),
                                                                     macroRow());
-    fetchLines();
-    mMacroDetailsTableView->reloadData();
+    eventsWereEdited();
 }
 
 void KeyboardMacrosController::clickMacroDelayCancel(QObject *)
@@ -187,7 +190,7 @@ void KeyboardMacrosController::storeCapturedKey(int page)
     if (page != keepPage)
         mSequenceDict[SettingsKeys::page] = page;
     mMacroDelegate->updateSequenceInfoEventIndexNewDict(macroRow(), eventRow(), mSequenceDict);
-    fetchLines();
+    eventsWereEdited();
 }
 
 void KeyboardMacrosController::singleKeyEvents(const QVariantMap &userInfo)

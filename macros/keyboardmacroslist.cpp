@@ -12,6 +12,7 @@
 #include "macros/nstableviewmacrosubclass.h"
 
 #include <QAction>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -33,7 +34,8 @@ void KeyboardMacrosController::clickAddMacro(QObject *)
     mMacroTableView->deselectAll();
     mIsAddMacro = true;
     const QVariantMap macro{
-        {SettingsKeys::macroName, checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, MacroFile::untitledName)},
+        {SettingsKeys::macroName,
+         checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, MacroFile::untitledName)},
         {SettingsKeys::delay, MacroRecord::standardDelayMs},
         {DaemonProtocol::responsePortName, QString(DaemonProtocol::configuratorReplyPortName)},
         {SettingsKeys::sequence, QVariantMap()},
@@ -68,7 +70,9 @@ void KeyboardMacrosController::renameMacro(int row, const QString &newName)
     mMacrosSettingsArray.append(macro);
     const QString name = checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, newName);
     macro[SettingsKeys::macroName] = name;
-    // This replaces the macro that followed. Deliberate: the reload after the rename brings the daemon's list anew.
+    // The macro now stands here twice, and the one that followed is gone. Deliberate: the reload after the rename
+    // brings the daemon's list anew.
+    mMacrosSettingsArray.last() = macro;
     mMacrosSettingsArray[row] = macro;
     if (mMacroDelegate)
         mMacroDelegate->renameMacroAtIndexWithNewName(macroRow(), name);
@@ -100,9 +104,12 @@ void KeyboardMacrosController::deleteMacro()
     const int row = macroRow();
     if (row < 0)
         return;
-    if (mMacroDelegate)
-        mMacroDelegate->deleteMacroAtIndex(row);
-    mMacroTableView->reloadData();
+    {
+        const QScopedValueRollback replacingLines(mIsReplacingLines, true);
+        if (mMacroDelegate)
+            mMacroDelegate->deleteMacroAtIndex(row);
+        mMacroTableView->reloadData();
+    }
     fetchLines();
     const int count = int(mMacrosSettingsArray.size());
     if (count == 0)

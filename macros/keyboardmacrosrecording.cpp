@@ -7,7 +7,10 @@
 #include "macros/macrodelegate.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QPushButton>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -53,6 +56,8 @@ void KeyboardMacrosController::startRecording()
     mMacroDetailsArray.clear();
     mMacroDetailsTableView->reloadData();
     setRecordButton(true);
+    updatePlaceholders();
+    qApp->installEventFilter(this);
     setStateOfTableButtonsWithState(false);
     setStateOfMacroTableWithState(false);
     enableDeleteEventBySelection();
@@ -67,7 +72,9 @@ void KeyboardMacrosController::stopRecording()
     setRecordButton(false);
     setStateOfTableButtonsWithState(true);
     setStateOfMacroTableWithState(true);
+    qApp->removeEventFilter(this);
     const bool isAppended = mIsAppendMacro;
+    const QScopedValueRollback replacingLines(mIsReplacingLines, true);
     if (mMacroDelegate && mIsEditingMacro) {
         mMacroDelegate->stopSingleKeyRecording();
     } else if (mMacroDelegate) {
@@ -77,7 +84,27 @@ void KeyboardMacrosController::stopRecording()
     }
     mIsEditingMacro = false;
     mIsAppendMacro = false;
+    updatePlaceholders();
     updateEventButtons();
+}
+
+bool KeyboardMacrosController::eventFilter(QObject *watched, QEvent *event)
+{
+    // The daemon records what is typed, and passes it on: a space must not press Stop, nor a key choose a command.
+    if (!mIsRecording && !mIsAppendMacro)
+        return false;
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        event->accept(); // else it may still be a shortcut
+        [[fallthrough]];
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut: {
+        const auto *widget = qobject_cast<QWidget *>(watched);
+        return widget && widget->window() == mView->window();
+    }
+    default: return false;
+    }
 }
 
 void KeyboardMacrosController::clickAddMacroDetails(QObject *)
@@ -89,6 +116,8 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
     setStateOfTableButtonsWithState(false);
     setStateOfMacroTableWithState(false);
     setRecordButton(true);
+    updatePlaceholders();
+    qApp->installEventFilter(this);
     mMacroDetailsTableView->deselectAll();
     if (mMacroDelegate)
         mMacroDelegate->startMacroRecordingMacroIndex(1, macroRow());

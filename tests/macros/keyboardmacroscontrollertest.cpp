@@ -4,8 +4,14 @@
 #include "macros/nstableviewmacrosubclass.h"
 #include "tests/macros/macrostesting.h"
 
+#include <QAccessible>
+#include <QApplication>
+#include <QImage>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
+#include <QPushButton>
+#include <QSet>
 #include <QTest>
 
 using namespace MacrosTesting;
@@ -23,6 +29,14 @@ private Q_SLOTS:
     void macrosRecordedOnTheKeyboardAppear();
     void keyEquivalentsReachOnlyTheNameEditor();
     void contextMenusOfDisabledTablesAreAllOff();
+    void fetchingANameShowsTheEventPartAgain();
+    void newMacrosEndASelectionWhoseRowIsGone();
+    void linesFollowAMacroThatAnotherClientChanged();
+    void linesOfARunningRecordingAreNotReplaced();
+    void picturesTellPressReleaseAndDelay();
+    void emptyListsSayWhatToDo();
+    void everyControlIsReachedByTabAndHasAName();
+    void fieldsOfTheSheetsHaveNames();
 };
 
 void KeyboardMacrosControllerTest::startsWithTheEventPartHidden()
@@ -119,6 +133,128 @@ void KeyboardMacrosControllerTest::contextMenusOfDisabledTablesAreAllOff()
     const std::unique_ptr<QMenu> eventMenu(
         outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
     QVERIFY(enabledTags(eventMenu->actions()).isEmpty());
+}
+
+void KeyboardMacrosControllerTest::fetchingANameShowsTheEventPartAgain()
+{
+    fill({u"A"_s}, 0);
+    mController->setStateOfMacroDetailsTableWithState(true);
+    QCOMPARE(mController->tableViewObjectValueForTableColumnRow(list(), u"macroName"_s, 0), QVariant(u"A"_s));
+    for (const QString &name : eventPart)
+        QVERIFY2(!outlet(name)->isHidden(), qPrintable(name));
+}
+
+void KeyboardMacrosControllerTest::newMacrosEndASelectionWhoseRowIsGone()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    mController->setMMacrosSettingsArray({macroNamed(u"A"_s)});
+    mController->updateTableWithNewMacro();
+    QCOMPARE(list()->selectedRow(), -1);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(outlet(u"mRecordMacroDetails"_s)->isHidden());
+}
+
+void KeyboardMacrosControllerTest::linesFollowAMacroThatAnotherClientChanged()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    mDelegate->refresh();
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVariantMap changed = macroNamed(u"A"_s);
+    changed[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
+    mDelegate->macros[0] = changed;
+    mDelegate->refresh();
+    QCOMPARE(mDelegate->calls, QStringList{u"details 0"_s});
+    mDelegate->macros.removeFirst();
+    mDelegate->refresh();
+    QCOMPARE(mDelegate->calls, (QStringList{u"details 0"_s, u"details 0"_s}));
+}
+
+void KeyboardMacrosControllerTest::linesOfARunningRecordingAreNotReplaced()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    mDelegate->calls.clear();
+    QVariantMap changed = macroNamed(u"A"_s);
+    changed[u"macroID"_s] = 9;
+    mDelegate->macros[0] = changed;
+    mDelegate->refresh();
+    mController->updateTableWithNewMacro();
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(mController->macroDetailsArray(), QStringList{u"Key Press A"_s});
+}
+
+void KeyboardMacrosControllerTest::picturesTellPressReleaseAndDelay()
+{
+    mDelegate->lines.append(u"Left Button up\n"_s);
+    fill({u"A"_s}, 0);
+    QList<QImage> pictures;
+    for (const int row : {0, 2, 1, 4, 5}) {
+        const auto icon = events()->model()->index(row, 0).data(Qt::DecorationRole).value<QIcon>();
+        QVERIFY(!icon.isNull());
+        pictures.append(icon.pixmap(16, 16).toImage());
+    }
+    QVERIFY(pictures.at(0) != pictures.at(1));
+    QVERIFY(pictures.at(0) != pictures.at(2));
+    QVERIFY(pictures.at(1) != pictures.at(2));
+    QCOMPARE(pictures.at(3), pictures.at(0));
+    QCOMPARE(pictures.at(4), pictures.at(1));
+    QVERIFY(!list()->model()->index(0, 0).data(Qt::DecorationRole).isValid());
+}
+
+void KeyboardMacrosControllerTest::emptyListsSayWhatToDo()
+{
+    mDelegate->lines.clear();
+    mController->refreshTableDisplay();
+    QCOMPARE(list()->placeholderText(), u"There are no macros yet."_s);
+    QCOMPARE(outlet<QLabel>(u"mNoMacroLabel"_s)->text(), u"Add a macro, then record what it is to play."_s);
+    fill({u"A"_s});
+    QCOMPARE(list()->placeholderText(), QString());
+    QCOMPARE(outlet<QLabel>(u"mNoMacroLabel"_s)->text(), u"Select a macro to see its events."_s);
+    list()->selectRow(0);
+    QVERIFY(events()->placeholderText().startsWith(u"This macro has no events"_s));
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QVERIFY(events()->placeholderText().startsWith(u"Recording"_s));
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QVERIFY(events()->placeholderText().startsWith(u"This macro has no events"_s));
+}
+
+void KeyboardMacrosControllerTest::everyControlIsReachedByTabAndHasAName()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    const QStringList order{
+        u"mMacroTableView"_s,        u"mAddMacro"_s,        u"mDeleteMacro"_s,        u"mSettingsMacro"_s,
+        u"mMacroDetailsTableView"_s, u"mAddMacroDetails"_s, u"mDeleteMacroDetails"_s, u"mSettingsMacroDetails"_s,
+        u"mRecordMacroDetails"_s};
+    list()->setFocus();
+    QStringList reached;
+    QSet<QString> names;
+    for (qsizetype i = 0; i < order.size(); ++i) {
+        QWidget *control = QApplication::focusWidget();
+        reached.append(control->objectName());
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(control);
+        names.insert(accessible->text(QAccessible::Name));
+        QTest::keyClick(control, Qt::Key_Tab);
+    }
+    QCOMPARE(reached, order);
+    QCOMPARE(names.size(), order.size()); // no two are called alike
+    QVERIFY(!names.contains(QString()));
+}
+
+void KeyboardMacrosControllerTest::fieldsOfTheSheetsHaveNames()
+{
+    fill({u"A"_s}, 0);
+    const auto nameOf = [this](const QString &field) {
+        return QAccessible::queryAccessibleInterface(outlet(field))->text(QAccessible::Name);
+    };
+    events()->selectRow(1);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    QCOMPARE(nameOf(u"mInputMacroDelay"_s), u"Delay in milliseconds:"_s);
+    outlet<QPushButton>(u"mMacroDelayCancel"_s)->click();
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    QCOMPARE(nameOf(u"mInputMacroEvent"_s), u"Press the key that this event is to use:"_s);
 }
 
 QTEST_MAIN(KeyboardMacrosControllerTest)

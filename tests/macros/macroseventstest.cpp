@@ -32,6 +32,12 @@ private Q_SLOTS:
     void eventSheetCancelStoresNothing();
     void capturedKeyIsShown_data();
     void capturedKeyIsShown();
+    void theListHasTheFocusAfterADeletion();
+    void emptyEventRecordIsNotSent();
+    void sheetsBelongToTheWindow();
+    void theCapturedKeyOfAnEarlierSheetIsForgotten();
+    void keysEditAndDeleteTheSelectedEvent();
+    void doubleClickEditsTheEvent();
 };
 
 void MacrosEventsTest::deletingAnEventSelectsTheNeighbour_data()
@@ -232,6 +238,85 @@ void MacrosEventsTest::capturedKeyIsShown()
     QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), shown);
     outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
     QCOMPARE(mDelegate->record.value(u"argument"_s), QVariant(argument));
+}
+
+void MacrosEventsTest::theListHasTheFocusAfterADeletion()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->linesAfterRemoval = threeEvents().mid(0, 3);
+    events()->selectRow(4);
+    outlet<QPushButton>(u"mDeleteMacroDetails"_s)->click();
+    QVERIFY(events()->hasFocus());
+}
+
+void MacrosEventsTest::emptyEventRecordIsNotSent()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->event.clear();
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
+}
+
+void MacrosEventsTest::sheetsBelongToTheWindow()
+{
+    fill({u"A"_s}, 0);
+    for (const auto &[row, name] : {std::pair{0, u"mEditEventWindow"_s}, std::pair{1, u"mEditDelayWindow"_s}}) {
+        events()->selectRow(row);
+        choose("mSettingsMacroDetails", MacroCommands::edit);
+        auto *sheet = outlet<Sheet>(name);
+        QCOMPARE(sheet->parentWidget(), mWindow.get());
+        QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+        sheet->reject(); // Escape presses Cancel
+        QVERIFY(!sheet->isUp());
+    }
+    QVERIFY(!mController->isRecordingOrCapturing());
+}
+
+void MacrosEventsTest::theCapturedKeyOfAnEarlierSheetIsForgotten()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), QString());
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
+}
+
+void MacrosEventsTest::keysEditAndDeleteTheSelectedEvent()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->linesAfterRemoval = threeEvents().mid(0, 3);
+    events()->setFocus();
+    events()->selectRow(1);
+    QTest::keyClick(events(), Qt::Key_Return);
+    QVERIFY(outlet<Sheet>(u"mEditDelayWindow"_s)->isUp());
+    outlet<QPushButton>(u"mMacroDelayCancel"_s)->click();
+    events()->setFocus();
+    QTest::keyClick(events(), Qt::Key_Delete);
+    QCOMPARE(mDelegate->calls.value(0), u"removeEvent 1 0"_s);
+    mDelegate->calls.clear();
+    events()->deselectAll();
+    QTest::keyClick(events(), Qt::Key_Delete);
+    QTest::keyClick(events(), Qt::Key_Return);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosEventsTest::doubleClickEditsTheEvent()
+{
+    fill({u"A"_s}, 0);
+    const QPoint cell = events()->visualRect(events()->model()->index(2, 0)).center();
+    QTest::mouseClick(events()->viewport(), Qt::LeftButton, {}, cell);
+    QTest::mouseDClick(events()->viewport(), Qt::LeftButton, {}, cell);
+    QVERIFY(outlet<Sheet>(u"mEditEventWindow"_s)->isUp());
+    QCOMPARE(mDelegate->calls, (QStringList{u"event 0 2"_s, u"startEditHID"_s}));
 }
 
 QTEST_MAIN(MacrosEventsTest)

@@ -32,6 +32,15 @@ private Q_SLOTS:
     void deletingSelectsTheNextRow();
     void deletingTheOnlyMacroHidesTheEventPart();
     void listMenusEnableCommands();
+    void addedMacroIsSelectedAndEditedBeforeItIsSent();
+    void renameLeavesTheMacroTwiceUntilTheReload_data();
+    void renameLeavesTheMacroTwiceUntilTheReload();
+    void clickingAnotherRowEndsTheRename();
+    void namesAreOnlyOfTheMacroList();
+    void cancellingTheDeletionKeepsTheMacro();
+    void deleteKeyAsksToDelete();
+    void keysRenameTheSelectedMacro_data();
+    void keysRenameTheSelectedMacro();
 };
 
 void MacrosListTest::namesAreMadeUnique_data()
@@ -198,6 +207,100 @@ void MacrosListTest::listMenusEnableCommands()
         QCOMPARE(menu->actions().size(), 5);
         QCOMPARE(enabledTags(menu->actions()), expected);
     }
+}
+
+void MacrosListTest::addedMacroIsSelectedAndEditedBeforeItIsSent()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->answers = false;
+    mController->clickAddMacro(nullptr);
+    QCOMPARE(mController->macrosSettingsArray().size(), 2);
+    QCOMPARE(list()->numberOfRows(), 2);
+    QCOMPARE(list()->selectedRow(), 1);
+    QCOMPARE(list()->editedRow(), 1);
+}
+
+void MacrosListTest::renameLeavesTheMacroTwiceUntilTheReload_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("first") << 0 << QStringList{u"X"_s, u"C"_s, u"X"_s};
+    QTest::newRow("middle") << 1 << QStringList{u"A"_s, u"X"_s, u"X"_s};
+    QTest::newRow("last") << 2 << QStringList{u"A"_s, u"B"_s, u"X"_s};
+}
+
+void MacrosListTest::renameLeavesTheMacroTwiceUntilTheReload()
+{
+    QFETCH(int, row);
+    fill({u"A"_s, u"B"_s, u"C"_s}, row);
+    mDelegate->answers = false;
+    mController->tableViewSetObjectValueForTableColumnRow(list(), u"X"_s, u"macroName"_s, row);
+    QStringList names;
+    for (const QVariant &macro : mController->macrosSettingsArray())
+        names.append(macro.toMap().value(u"MacroName"_s).toString());
+    QTEST(names, "names");
+    mDelegate->answers = true;
+    mDelegate->refresh();
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
+}
+
+void MacrosListTest::clickingAnotherRowEndsTheRename()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    choose("mSettingsMacro", MacroCommands::rename);
+    QTest::keyClicks(editor(), u"Heal"_s);
+    QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
+                      list()->visualRect(list()->model()->index(1, 0)).center());
+    QTRY_COMPARE(mDelegate->calls.first(), u"rename 0 Heal"_s);
+    QCOMPARE(list()->editedRow(), -1);
+}
+
+void MacrosListTest::namesAreOnlyOfTheMacroList()
+{
+    fill({u"A"_s}, 0);
+    mController->tableViewSetObjectValueForTableColumnRow(events(), u"X"_s, u"command"_s, 0);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosListTest::cancellingTheDeletionKeepsTheMacro()
+{
+    fill({u"A"_s}, 0);
+    mController->sheetDidEndReturnCodeContextInfo(1001, KeyboardMacrosController::confirmDelete);
+    QVERIFY(mDelegate->calls.isEmpty());
+    mController->sheetDidEndReturnCodeContextInfo(1000, KeyboardMacrosController::confirmDelete);
+    QCOMPARE(mDelegate->calls.first(), u"delete 0"_s);
+}
+
+void MacrosListTest::deleteKeyAsksToDelete()
+{
+    fill({u"A"_s}, 0);
+    list()->setFocus();
+    QTest::keyClick(list(), Qt::Key_Delete);
+    QVERIFY(outlet<Sheet>(u"alert"_s));
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosListTest::keysRenameTheSelectedMacro_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("F2") << int(Qt::Key_F2);
+    QTest::newRow("Return") << int(Qt::Key_Return);
+    QTest::newRow("Enter on the pad") << int(Qt::Key_Enter);
+}
+
+void MacrosListTest::keysRenameTheSelectedMacro()
+{
+    QFETCH(int, key);
+    fill({u"A"_s, u"B"_s}, 1);
+    list()->setFocus();
+    QTest::keyClick(list(), Qt::Key(key));
+    QCOMPARE(list()->editedRow(), 1);
+    QCOMPARE(editor()->selectedText(), u"B"_s);
+    QTest::keyClick(editor(), Qt::Key_Delete); // empties the name, and must not ask to delete the macro
+    QVERIFY(!outlet<Sheet>(u"alert"_s));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(list()->editedRow(), -1);
+    QVERIFY(mDelegate->calls.isEmpty());
 }
 
 QTEST_MAIN(MacrosListTest)

@@ -2,8 +2,11 @@
 // Recording: new and appended, and what stops it.
 #include "tests/macros/macrostesting.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace MacrosTesting;
@@ -24,6 +27,13 @@ private Q_SLOTS:
     void enteringTheTabResetsTheRecordButton();
     void stoppingWithoutARecordingDoesNothing();
     void recordingAfterACancelledSheetIsSaved();
+    void recordedKeysDoNotOperateTheWindow();
+    void recordedKeysAreNoShortcuts();
+    void theLastRecordedLineIsInSight();
+    void aCaptureIsStoppedWithoutSaving_data();
+    void aCaptureIsStoppedWithoutSaving();
+    void aRemovedKeyboardLeavesEverythingDisabled();
+    void recordingNeedsASelectedMacro();
 };
 
 void MacrosRecordingTest::recordingStartsEmptyAndDisablesTheRest()
@@ -164,6 +174,100 @@ void MacrosRecordingTest::recordingAfterACancelledSheetIsSaved()
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
     QCOMPARE(mDelegate->calls, (QStringList{u"start 0 0"_s, u"stop"_s, u"save 0 0"_s, u"details 0"_s}));
+}
+
+void MacrosRecordingTest::recordedKeysDoNotOperateTheWindow()
+{
+    fill({u"A"_s}, 0);
+    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    record->setFocus();
+    record->click();
+    mDelegate->calls.clear();
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Return, Qt::Key_F2})
+        QTest::keyClick(QApplication::focusWidget(), key);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(record->text(), u"Stop"_s);
+    QVERIFY(record->hasFocus());
+    QTest::mouseClick(record, Qt::LeftButton);
+    QCOMPARE(record->text(), u"Record"_s);
+    QTest::keyClick(record, Qt::Key_Space);
+    QCOMPARE(record->text(), u"Stop"_s);
+}
+
+void MacrosRecordingTest::recordedKeysAreNoShortcuts()
+{
+    fill({u"A"_s}, 0);
+    QShortcut shortcut(Qt::Key_F1, mWindow.get());
+    const QSignalSpy activated(&shortcut, &QShortcut::activated);
+    outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    QTest::keyClick(mWindow.get(), Qt::Key_F1);
+    QCOMPARE(activated.size(), 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QTest::keyClick(mWindow.get(), Qt::Key_F1);
+    QCOMPARE(activated.size(), 1);
+}
+
+void MacrosRecordingTest::theLastRecordedLineIsInSight()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    QVariantList many;
+    for (int event = 0; event < 500; ++event)
+        many += {u"0.020 seconds delay\n"_s, u"Key Press A"_s};
+    mController->recordEvents({{u"messagesArray"_s, many}});
+    QCOMPARE(events()->selectedRow(), 5 + 1000 - 1);
+    const QRect last = events()->visualRect(events()->model()->index(1004, 0));
+    QVERIFY(events()->viewport()->rect().contains(last.center()));
+}
+
+void MacrosRecordingTest::aCaptureIsStoppedWithoutSaving_data()
+{
+    QTest::addColumn<bool>("isTabLeft");
+    QTest::newRow("the tab is left") << true;
+    QTest::newRow("the window loses the focus, or the keyboard goes") << false;
+}
+
+void MacrosRecordingTest::aCaptureIsStoppedWithoutSaving()
+{
+    QFETCH(bool, isTabLeft);
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mDelegate->calls.clear();
+    if (isTabLeft)
+        mController->checkMacroRecordingStatus(u"Keys"_s);
+    else
+        mController->stopAllMacroRecording();
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
+    QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Record"_s);
+    QVERIFY(!mController->isRecordingOrCapturing());
+    mController->stopAllMacroRecording();
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
+}
+
+void MacrosRecordingTest::aRemovedKeyboardLeavesEverythingDisabled()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mController->stopAllMacroRecording();
+    mController->setControlsState(false);
+    for (const QString &name : tableButtons + tables + QStringList{u"mRecordMacroDetails"_s})
+        QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
+    mController->checkMacroRecordingStatus(u"Keys"_s);
+    mController->checkMacroRecordingStatus(u"Macros"_s);
+    for (const QString &name : tableButtons)
+        QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
+}
+
+void MacrosRecordingTest::recordingNeedsASelectedMacro()
+{
+    fill({u"A"_s});
+    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    mController->clickRecordMacroDetails(record);
+    mController->clickAddMacroDetails(nullptr);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(!mController->isRecordingOrCapturing());
+    QVERIFY(!record->isChecked());
 }
 
 QTEST_MAIN(MacrosRecordingTest)

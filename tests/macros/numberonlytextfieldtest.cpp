@@ -13,6 +13,8 @@ class NumberOnlyTextFieldTest : public QObject
 private Q_SLOTS:
     void takesSixDigits_data();
     void takesSixDigits();
+    void vetsEachEdit_data();
+    void vetsEachEdit();
 };
 
 void NumberOnlyTextFieldTest::takesSixDigits_data()
@@ -46,6 +48,36 @@ void NumberOnlyTextFieldTest::takesSixDigits()
     QCOMPARE(field.text(), after);
     QCOMPARE(refused.size(), refusals);
     QCOMPARE(field.integerValue(), after.toInt());
+}
+
+void NumberOnlyTextFieldTest::vetsEachEdit_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<int>("position");
+    QTest::addColumn<int>("length");
+    QTest::addColumn<QString>("replacement");
+    QTest::addColumn<bool>("isAccepted");
+    QTest::newRow("first digit") << QString() << 0 << 0 << u"1"_s << true;
+    QTest::newRow("sixth digit") << u"12345"_s << 5 << 0 << u"6"_s << true;
+    QTest::newRow("seventh digit") << u"123456"_s << 6 << 0 << u"7"_s << false;
+    QTest::newRow("seventh digit, before the others") << u"123456"_s << 0 << 0 << u"7"_s << false;
+    QTest::newRow("deletion") << u"123456"_s << 5 << 1 << QString() << true;
+    QTest::newRow("letter") << u"12"_s << 2 << 0 << u"a"_s << false;
+    QTest::newRow("number pasted") << u"12"_s << 1 << 0 << u"345"_s << true;
+    QTest::newRow("too much pasted") << u"12"_s << 1 << 0 << u"34567"_s << false;
+    QTest::newRow("replaced by a number as long") << u"123456"_s << 0 << 6 << u"654321"_s << true;
+    QTest::newRow("words pasted") << u"12"_s << 0 << 2 << u"1 or 2"_s << false;
+}
+
+void NumberOnlyTextFieldTest::vetsEachEdit()
+{
+    QFETCH(QString, before);
+    QFETCH(int, position);
+    QFETCH(int, length);
+    QFETCH(QString, replacement);
+    NumberOnlyTextField field;
+    field.setText(before);
+    QTEST(field.textViewShouldChangeTextInRangeReplacementString(position, length, replacement), "isAccepted");
 }
 
 QTEST_MAIN(NumberOnlyTextFieldTest)
