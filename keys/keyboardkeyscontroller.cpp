@@ -35,7 +35,6 @@ QVariantMap readKestraPlist()
 
 KeyboardKeysController::KeyboardKeysController(QObject *parent) : QObject(parent)
 {
-    mApplicationReader = [](const QString &chosenPath) { return QFileInfo(chosenPath).canonicalFilePath(); };
     buildView();
     connectActions();
 }

@@ -3,11 +3,12 @@
 #include "tests/keys/keystesting.h"
 
 #include "app/util/text.h"
+#include "platform/applicationinformation.h"
+#include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QTemporaryDir>
@@ -448,13 +449,14 @@ void KeysAssignmentTest::launchOpensAPanelOnTheWindow()
     const auto tab = tabWithA(entry(45));
     tab->window.show();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
-    const QPointer<QFileDialog> first = tab->controller->openPanel();
+    const QPointer<OpenPanel> first = tab->controller->openPanel();
     QVERIFY(first);
     QVERIFY(first->isVisible());
     QCOMPARE(first->windowModality(), Qt::WindowModal);
     QCOMPARE(first->parentWidget(), &tab->window);
     QCOMPARE(first->fileMode(), QFileDialog::ExistingFile);
-    QVERIFY(first->nameFilters().first().contains(u"*.app"_s));
+    QVERIFY(first->nameFilters().first().contains(u"*.app *.desktop"_s));
+    QCOMPARE(first->directory().absolutePath(), QDir(ApplicationInformation::startFolder()).absolutePath());
     QVERIFY(tab->delegate.calls.isEmpty());
     tab->controller->clickAssignFunction(nullptr);
     QVERIFY(!first);
@@ -464,31 +466,28 @@ void KeysAssignmentTest::launchOpensAPanelOnTheWindow()
 void KeysAssignmentTest::chosenApplicationIsWritten()
 {
     const auto tab = tabWithA(entry(45));
-    QString asked;
-    tab->controller->setApplicationReader([&](const QString &path) {
-        asked = path;
-        return u"/Applications/Resolved.app"_s;
-    });
-    QFile file(mResources->filePath(u"Chosen.app"_s));
+    QFile file(mResources->filePath(u"chosen.desktop"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.write("[Desktop Entry]\nType=Application\nExec=chosen\n") > 0);
+    file.close();
+    const QString link = mResources->filePath(u"link.desktop"_s);
+    QVERIFY(QFile::link(file.fileName(), link));
     tab->window.show();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
-    QFileDialog *panel = tab->controller->openPanel();
+    OpenPanel *panel = tab->controller->openPanel();
     panel->setDirectory(mResources->path());
-    panel->selectFile(file.fileName());
+    panel->selectFile(link);
     QMetaObject::invokeMethod(panel, "accept");
-    QCOMPARE(asked, file.fileName());
     QCOMPARE(tab->delegate.calls, QStringList{u"updateKeySettings"_s});
     const QVariantMap sent = tab->delegate.sentEntry(u"4"_s);
-    QCOMPARE(sent, entry(46, u"/Applications/Resolved.app"_s, u""_s));
+    QCOMPARE(sent, entry(46, QFileInfo(file).canonicalFilePath(), u""_s));
     QCOMPARE(sent.value(SettingsKeys::param2).typeId(), int(QMetaType::QString));
 }
 
 void KeysAssignmentTest::applicationWithoutInformationRestoresThePopUp()
 {
     const auto tab = tabWithA(entry(20));
-    tab->controller->setApplicationReader([](const QString &) { return QString(); });
-    QFileDialog panel;
+    OpenPanel panel({}, &tab->window);
     tab->find<PopUpButton>("mAssignFunction")->selectItemAtIndex(4);
     tab->controller->openPanelDidEndReturnCodeContextInfo(&panel, 1, nullptr);
     QVERIFY(tab->delegate.calls.isEmpty());
@@ -509,7 +508,7 @@ void KeysAssignmentTest::cancelledPanelRestoresThePopUp()
 void KeysAssignmentTest::otherReturnCodesDoNothing()
 {
     const auto tab = tabWithA(entry(20));
-    QFileDialog panel;
+    OpenPanel panel({}, &tab->window);
     tab->find<PopUpButton>("mAssignFunction")->selectItemAtIndex(4);
     tab->controller->openPanelDidEndReturnCodeContextInfo(&panel, 7, nullptr);
     QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 4);

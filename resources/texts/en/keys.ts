@@ -41,8 +41,6 @@
     <message id="lkeyKeysFnKey"><source>lkeyKeysFnKey</source><translation>FN</translation></message>
     <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>Menu</translation></message>
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Blank keypad key</translation></message>
-    <message id="lkeyKeysChooseApplication"><source>lkeyKeysChooseApplication</source><translation>Choose an application</translation></message>
-    <message id="lkeyKeysApplicationFilter"><source>lkeyKeysApplicationFilter</source><translation>Applications (%@)</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>An assignment this program does not know</translation></message>
 </context>
