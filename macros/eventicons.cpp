@@ -53,6 +53,27 @@ QPixmap drawn(EventLineKind kind, const QColor &color, int dotsPerUnit)
 
 } // namespace
 
+QIcon EventIcons::recordIcon(bool isStop)
+{
+    QIcon icon;
+    for (const int dotsPerUnit : {1, 2}) {
+        for (const auto &[mode, color] : {std::pair{QIcon::Normal, QColor(0xd6, 0x3a, 0x3a)},
+                                          std::pair{QIcon::Disabled, QColor(0x90, 0x90, 0x90)}}) {
+            QPixmap pixmap(QSize(iconSize, iconSize) * dotsPerUnit);
+            pixmap.setDevicePixelRatio(dotsPerUnit);
+            pixmap.fill(Qt::transparent);
+            QPainter painter(&pixmap);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(color);
+            isStop ? painter.drawRect(QRectF(3.5, 3.5, 9, 9)) : painter.drawEllipse(QPointF(8, 8), 5, 5);
+            painter.end();
+            icon.addPixmap(pixmap, mode);
+        }
+    }
+    return icon;
+}
+
 QIcon EventIcons::icon(EventLineKind kind, const QPalette &palette)
 {
     if (mPaletteKey != palette.cacheKey()) {

@@ -16,6 +16,9 @@ public:
     /// Follows a change of the palette at the next call.
     [[nodiscard]] QIcon icon(EventLineKind kind, const QPalette &palette);
 
+    /// A dot for recording, a square for stopping.
+    [[nodiscard]] static QIcon recordIcon(bool isStop);
+
 private:
     QHash<EventLineKind, QIcon> mIcons;
     qint64 mPaletteKey = 0;

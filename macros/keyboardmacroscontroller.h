@@ -19,10 +19,12 @@ class MacroDelegate;
 class NSTableViewMacroDetailsSubClass;
 class NSTableViewMacroSubClass;
 class NumberOnlyTextField;
+class OpenPanel;
 class QAction;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class SavePanel;
 
 class KeyboardMacrosController : public QObject, public TableViewDataSource
 {
@@ -77,7 +79,13 @@ public:
     void clickDeleteMacro(QObject *sender);
     void clickMacroSettingsMenuItem(const QAction *item);
     void deleteMacro();
+    /// `context`: a SheetContext.
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
+    /// Asks for a file to import a macro from.
+    void loadPanel();
+    void openPanelDidEndReturnCodeContextInfo(int returnCode);
+    /// Asks for a file to export the selected macro to.
+    void loadSaveAsPanel();
     /// `name`, or `name` with a number when a record in `macros` bears it; the rule is uniqueName().
     [[nodiscard]] QString checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
                                                                      const QString &name) const;
@@ -127,6 +135,8 @@ private:
     [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty when there is no such row
     [[nodiscard]] MacroCommands::EventListState eventListState() const;
 
+    void exportMacroToFile(const QString &path);
+    void importMacroFromFile(const QString &path);
     void renameMacro(int row, const QString &newName);
     void startRenaming();
     void fetchLines();
@@ -176,6 +186,9 @@ private:
     QLineEdit *mInputMacroEvent = nullptr;
     QPushButton *mMacroEventEditOK = nullptr;
     QPushButton *mMacroEventEditCancel = nullptr;
+
+    QPointer<OpenPanel> mOpenPanel; ///< each until the next is opened
+    QPointer<SavePanel> mSavePanel;
 
     QVariantList mMacrosSettingsArray;
     QStringList mMacroDetailsArray;

@@ -10,6 +10,7 @@
 #include "macros/macrofile.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrosubclass.h"
+#include "platform/filepanels.h"
 
 #include <QAction>
 #include <QScopedValueRollback>
@@ -97,6 +98,8 @@ void KeyboardMacrosController::sheetDidEndReturnCodeContextInfo(int returnCode, 
 {
     if (context == confirmDelete && returnCode == alertFirstButtonReturn)
         deleteMacro();
+    else if (context == exportMacro && returnCode == panelOK && mSavePanel)
+        exportMacroToFile(mSavePanel->chosenPath());
 }
 
 void KeyboardMacrosController::deleteMacro()
@@ -123,6 +126,8 @@ void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)
     switch (item->data().toInt()) {
     case MacroCommands::rename: startRenaming(); break;
     case MacroCommands::newMacro: clickAddMacro(nullptr); break;
+    case MacroCommands::importMacro: loadPanel(); break;
+    case MacroCommands::exportMacro: loadSaveAsPanel(); break;
     case MacroCommands::deleteMacro: clickDeleteMacro(nullptr); break;
     default: break;
     }

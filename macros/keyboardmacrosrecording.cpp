@@ -28,6 +28,7 @@ void KeyboardMacrosController::setRecordButton(bool readsStop)
 {
     mRecordButtonReadsStop = readsStop;
     mRecordMacroDetails->setText(localizedText(readsStop ? "lkeyStop" : "lkeyRecord"));
+    mRecordMacroDetails->setIcon(EventIcons::recordIcon(readsStop));
     mRecordMacroDetails->setChecked(readsStop);
 }
 

@@ -84,6 +84,7 @@ QWidget *KeyboardMacrosController::buildMacroList()
     mMacroTableView->setAccessibleName(localizedText("lkeyMacroList"));
     mMacroTableView->addColumn({u"macroName"_s, localizedText("lkeyMacroList"), TableCell::text, true, true});
     connect(mMacroTableView, &TableView::editedRowChanged, this, &Self::updateEventButtons);
+    mMacroTableView->horizontalHeader()->hide(); // the label says it
     mMacroScrollView = makeScrollView(mMacroTableView, "mMacroScrollView"_L1);
     mSettingsMacro = new PulldownButton;
     mSettingsMacro->setObjectName("mSettingsMacro"_L1);
@@ -100,7 +101,8 @@ QWidget *KeyboardMacrosController::buildMacroList()
     auto *part = new QWidget;
     auto *column = new QVBoxLayout(part);
     column->setContentsMargins({});
-    column->setSpacing(12);
+    column->setSpacing(8);
+    column->addWidget(makeLabel("mMacroListLabel", "lkeyMacroListLabel"));
     column->addWidget(mMacroScrollView, 1);
     column->addLayout(buttons);
     return part;
@@ -115,6 +117,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     mMacroDetailsTableView->setObjectName("mMacroDetailsTableView"_L1);
     mMacroDetailsTableView->setAccessibleName(localizedText("lkeyMacroEvents"));
     mMacroDetailsTableView->addColumn({u"command"_s, localizedText("lkeyMacroEvents"), TableCell::text, false, true});
+    mMacroDetailsTableView->horizontalHeader()->hide();
     mMacroDetailsScrollView = makeScrollView(mMacroDetailsTableView, "mMacroDetailsScrollView"_L1);
     mSettingsMacroDetails = new PulldownButton;
     mSettingsMacroDetails->setObjectName("mSettingsMacroDetails"_L1);
@@ -122,6 +125,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     mSettingsMacroDetails->setToolTip(localizedText("lkeyMacroEventCommands"));
     makeButton(mRecordMacroDetails, "mRecordMacroDetails", "lkeyRecord", &Self::clickRecordMacroDetails);
     mRecordMacroDetails->setCheckable(true);
+    mRecordMacroDetails->setIcon(EventIcons::recordIcon(false));
     mNoMacroLabel = makeLabel("mNoMacroLabel", "lkeyNoMacroSelected");
     mNoMacroLabel->setAlignment(Qt::AlignCenter);
     mNoMacroLabel->setWordWrap(true);
@@ -139,7 +143,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     auto *part = new QWidget;
     auto *column = new QVBoxLayout(part);
     column->setContentsMargins({});
-    column->setSpacing(12);
+    column->setSpacing(8);
     column->addWidget(mMacroAssignmentLabel);
     column->addWidget(mMacroDetailsScrollView, 1);
     column->addWidget(mNoMacroLabel, 1);

@@ -245,7 +245,9 @@ void TableView::paintEvent(QPaintEvent *event)
         return;
     constexpr int margin = 16;
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
+    QColor color = palette().color(QPalette::Text); // not every palette has a colour of its own for this
+    color.setAlphaF(0.6f);
+    painter.setPen(color);
     painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
                      mPlaceholderText);
 }

@@ -123,6 +123,12 @@ QVariantMap RecordingDelegate::getSequenceDetailsEventIndex(int macroIndex, int 
     return event;
 }
 
+void RecordingDelegate::reloadMacros()
+{
+    note(u"reload"_s);
+    refresh();
+}
+
 void RecordingDelegate::startEditHID()
 {
     note(u"startEditHID"_s);
@@ -145,6 +151,7 @@ void RecordingDelegate::refresh()
 
 void MacrosTest::initTestCase()
 {
+    qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources");
     QVERIFY(installEnglishTexts());
 }
 

@@ -39,6 +39,7 @@ public:
     void setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex) override;
     void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &changed) override;
     QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
+    void reloadMacros() override;
     void startEditHID() override;
     void stopSingleKeyRecording() override;
 
