@@ -142,6 +142,7 @@ private:
     void resetAssignmentTitles();
     void setPlaybackVisible(bool isVisible);
     void validateItems(const QMenu *menu);
+    void openSingleKeySheet();
     void openApplicationPanel();
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
     void updateDescriptions();

@@ -9,13 +9,11 @@
 #include "keys/keynames.h"
 #include "macros/eventparser.h"
 #include "platform/popupbutton.h"
-#include "platform/sheet.h"
 
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 
 #include <optional>
@@ -190,14 +188,7 @@ void KeyboardKeysController::clickAssignFunction(QObject *)
         updateSelectedKeyCommandValueParamOneAndParamTwo(
             static_cast<int>(Assignment::defaultKey), KeyMappings::entryForKey(mDefaultDict, selectedCode()).param1, 0);
         break;
-    case KeyMappings::singleKeyPosition:
-        mSingleKeyInput->clear();
-        mSingleKeyWindow->beginSheet(mKeysWindow, [this](int returnCode) {
-            sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
-        });
-        if (mKeysDelegate)
-            mKeysDelegate->startSingleKeyRecording();
-        break;
+    case KeyMappings::singleKeyPosition: openSingleKeySheet(); break;
     case KeyMappings::launchProgramPosition: openApplicationPanel(); break;
     case KeyMappings::disablePosition:
         updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::disabled), 0, 0);
