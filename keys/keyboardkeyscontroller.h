@@ -150,7 +150,8 @@ private:
     void setupSubMenu(int position, const QStringList &titles, void (KeyboardKeysController::*selector)(QAction *));
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
     [[nodiscard]] int selectedCode() const;
-    [[nodiscard]] QString activeProfileName() const;
+    /// Absent when "ActiveProfile" points to no profile: then no item is titled like it, not even one without a title.
+    [[nodiscard]] std::optional<QString> activeProfileName() const;
     /// What `entry` does, for the pop-up's title; absent where it points to nothing or there is no more to say.
     [[nodiscard]] std::optional<QString> assignmentDetail(const KeyMappings::Entry &entry) const;
     [[nodiscard]] QString assignmentDescription(const KeyMappings::Entry &entry) const;
