@@ -19,8 +19,8 @@ QVariantMap entry(int command, const QVariant &param1)
     return {{SettingsKeys::command, command}, {SettingsKeys::param1, param1}, {SettingsKeys::param2, 1}};
 }
 
-/// sampleDocument(), which has two profiles and three macros, with `keys` in its first profile and, for a second
-/// record without "Keys", none in the other.
+/// sampleDocument(), which has two profiles and three macros, with `keys` in its first profile; the second has an
+/// empty "Keys", or none.
 QVariantMap documentWith(const QVariantMap &keys, bool hasSecondKeys = true)
 {
     QVariantMap document = withActiveProfile(sampleDocument(), 0);
@@ -31,6 +31,22 @@ QVariantMap documentWith(const QVariantMap &keys, bool hasSecondKeys = true)
     if (!hasSecondKeys)
         second.remove(SettingsKeys::keys);
     document.insert(SettingsKeys::profiles, QVariantList{first, second});
+    return document;
+}
+
+/// `document` with one more record in the array under `key`, or one less.
+QVariantMap withOneMore(QVariantMap document, QLatin1StringView key)
+{
+    QVariantList records = document.value(key).toList();
+    document.insert(key, records << records.last());
+    return document;
+}
+
+QVariantMap withOneLess(QVariantMap document, QLatin1StringView key)
+{
+    QVariantList records = document.value(key).toList();
+    records.removeLast();
+    document.insert(key, records);
     return document;
 }
 
@@ -47,8 +63,8 @@ private Q_SLOTS:
     void recordWithoutKeysIsGivenThoseOfTheOneBefore();
 
 private:
-    /// The profiles that the clean-up sent after macro or profile `index` of `document` was deleted; none when it sent
-    /// nothing.
+    /// The profiles that the clean-up sent after macro or profile `index` was deleted; none when it sent nothing.
+    /// Before that there are three profiles and three macros, afterwards two of the one that was deleted.
     QVariantList sentAfterDeleting(int type, int index, const QVariantMap &document);
 
     HubResources mResources;
@@ -56,9 +72,10 @@ private:
 
 QVariantList KeysCleanUpCallsTest::sentAfterDeleting(int type, int index, const QVariantMap &document)
 {
-    ScriptedDaemon daemon(document);
+    ScriptedDaemon daemon(type == playMacro ? document : withOneMore(document, SettingsKeys::profiles));
     Hub hub;
     hub.open(daemon);
+    daemon.setDocument(type == playMacro ? withOneLess(document, SettingsKeys::macros) : document);
     if (type == playMacro)
         hub.controller->deleteMacroAtIndex(index);
     else
@@ -73,13 +90,13 @@ void KeysCleanUpCallsTest::repairsWhatPointsNowhere_data()
     QTest::addColumn<int>("deleted");
     QTest::addColumn<QVariant>("param1");
     QTest::addColumn<bool>("isRepaired");
-    // Three macros before the deletion. The document of the scripted daemon stays as it is.
+    // Three macros before the deletion, and so many are counted.
     QTest::newRow("the deleted macro") << playMacro << 1 << QVariant(1) << true;
     QTest::newRow("a macro before it") << playMacro << 1 << QVariant(0) << false;
     QTest::newRow("the last macro, counted before the deletion") << playMacro << 1 << QVariant(2) << false;
     QTest::newRow("a macro past the end") << playMacro << 1 << QVariant(3) << true;
     QTest::newRow("a negative macro") << playMacro << 1 << QVariant(-1) << true;
-    // Two profiles in the document that comes after the deletion.
+    // Two profiles after the deletion, and so many are counted.
     QTest::newRow("the deleted profile") << switchProfile << 1 << QVariant(1) << true;
     QTest::newRow("a profile before it") << switchProfile << 1 << QVariant(0) << false;
     QTest::newRow("a profile behind it keeps its index") << switchProfile << 0 << QVariant(1) << false;

@@ -377,6 +377,7 @@ void KeyboardKeysControllerTest::lastSelectedKeyOutsideTheLayoutSelectsNoButton(
     writePlist({{u"Device Info"_s, QVariantMap{{u"Last selected key"_s, u"100"_s}}}});
     Tab tab(profile(u"P"_s));
     QVERIFY(!tab.controller->currentButton());
+    QCOMPARE(tab.controller->currentButtonValue(), u"100"_s);
     tab.key("mA")->click();
     QCOMPARE(tab.controller->currentButton(), tab.key("mA"));
 }

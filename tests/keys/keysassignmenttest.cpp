@@ -69,11 +69,13 @@ private Q_SLOTS:
     void manageItemsSwitchTabsAndSendNothing();
     void profileFromSubMenuIsWritten();
     void macroFromSubMenuResetsRepeatToOnce();
+    void macroFromSubMenuShowsPlayback();
     void subMenusFollowTheSettings();
     void playbackKeepsTheMacro_data();
     void playbackKeepsTheMacro();
     void activeProfileIsNeverOffered();
     void macroNamedLikeTheActiveProfileIsHidden();
+    void itemsAreValidatedWhenTheirMenuOpens();
     void manageItemsTitledLikeTheActiveProfileAreHidden();
     void noActiveProfileHidesNoUnnamedItem();
     void validationShowsAnItemAgain();
@@ -406,6 +408,16 @@ void KeysAssignmentTest::macroFromSubMenuResetsRepeatToOnce()
     QVERIFY(!tab->find<QLabel>("mPlaybackOptionLabel")->isHidden());
 }
 
+void KeysAssignmentTest::macroFromSubMenuShowsPlayback()
+{
+    const auto tab = tabWithA(entry(20));
+    QVERIFY(tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
+    records(tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(2)).value(0)->trigger();
+    QCOMPARE(tab->delegate.calls, QStringList{u"updateKeySettings"_s});
+    QVERIFY(!tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
+    QVERIFY(!tab->find<QLabel>("mPlaybackOptionLabel")->isHidden());
+}
+
 void KeysAssignmentTest::subMenusFollowTheSettings()
 {
     const auto tab = tabWithA(entry(45));
@@ -458,6 +470,19 @@ void KeysAssignmentTest::macroNamedLikeTheActiveProfileIsHidden()
     QVERIFY(!records(menu).value(0)->isVisible());
     QVERIFY(!records(menu).value(0)->isEnabled());
     QVERIFY(records(menu).value(1)->isVisible());
+}
+
+void KeysAssignmentTest::itemsAreValidatedWhenTheirMenuOpens()
+{
+    const auto tab = tabWithA(entry(45), {macro(u"Browser"_s)});
+    tab->controller->setMDeviceSettingsDict({{SettingsKeys::activeProfile, 2}}); // and no redraw
+    for (const int position : {2, 3}) {
+        QMenu *menu = tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(position);
+        QVERIFY(records(menu).last()->isVisible());
+        menu->popup(QPoint(0, 0));
+        QVERIFY(!records(menu).last()->isVisible());
+        menu->close();
+    }
 }
 
 void KeysAssignmentTest::manageItemsTitledLikeTheActiveProfileAreHidden()
