@@ -135,6 +135,7 @@ private:
     void resetAssignmentTitles();
     void setPlaybackVisible(bool isVisible);
     void validateItems(const QMenu *menu);
+    void openSingleKeySheet();
     void openApplicationPanel();
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
     void updateDescriptions();
@@ -142,7 +143,8 @@ private:
     void setupSubMenu(int position, const QStringList &titles, void (KeyboardKeysController::*selector)(QAction *));
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
     [[nodiscard]] int selectedCode() const;
-    [[nodiscard]] QString activeProfileName() const;
+    /// Absent when "ActiveProfile" points to no profile: then no item is titled like it, not even one without a title.
+    [[nodiscard]] std::optional<QString> activeProfileName() const;
     /// What `entry` does, for the pop-up's title; absent where it points to nothing or there is no more to say.
     [[nodiscard]] std::optional<QString> assignmentDetail(const KeyMappings::Entry &entry) const;
     [[nodiscard]] QString assignmentDescription(const KeyMappings::Entry &entry) const;

@@ -11,12 +11,10 @@
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
-#include "platform/sheet.h"
 
 #include <QAction>
 #include <QFileInfo>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 
 #include <optional>
@@ -189,14 +187,7 @@ void KeyboardKeysController::clickAssignFunction(QObject *)
         updateSelectedKeyCommandValueParamOneAndParamTwo(
             static_cast<int>(Assignment::defaultKey), KeyMappings::entryForKey(mDefaultDict, selectedCode()).param1, 0);
         break;
-    case KeyMappings::singleKeyPosition:
-        mSingleKeyInput->clear();
-        mSingleKeyWindow->beginSheet(mKeysWindow, [this](int returnCode) {
-            sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
-        });
-        if (mKeysDelegate)
-            mKeysDelegate->startSingleKeyRecording();
-        break;
+    case KeyMappings::singleKeyPosition: openSingleKeySheet(); break;
     case KeyMappings::launchProgramPosition: openApplicationPanel(); break;
     case KeyMappings::disablePosition:
         updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::disabled), 0, 0);

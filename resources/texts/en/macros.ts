@@ -22,7 +22,7 @@
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>There are no macros yet.</translation></message>
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Add a macro, then record what it is to play.</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>This macro has no events yet. Press Record and type on the keyboard.</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Recording. Type on the keyboard; press Stop with the mouse when you are done.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Recording. Type on the keyboard; click Stop when you are done.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Import Macro</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Export Macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
