@@ -34,9 +34,8 @@ uint32_t numberOf(const xcb_get_property_reply_t *reply)
     return *static_cast<const uint32_t *>(xcb_get_property_value(reply));
 }
 
-void selectPropertyChanges(xcb_connection_t *connection, xcb_window_t window, bool isOn)
+void selectEvents(xcb_connection_t *connection, xcb_window_t window, uint32_t mask)
 {
-    const uint32_t mask = isOn ? XCB_EVENT_MASK_PROPERTY_CHANGE : XCB_EVENT_MASK_NO_EVENT;
     xcb_change_window_attributes(connection, window, XCB_CW_EVENT_MASK, &mask);
 }
 
@@ -63,7 +62,7 @@ void X11FrontApplication::start()
     if (screens.rem == 0 || !readAtoms())
         return fail(u"the X server ends the connection"_s);
     mRoot = screens.data->root;
-    selectPropertyChanges(mConnection, mRoot, true);
+    selectEvents(mConnection, mRoot, XCB_EVENT_MASK_PROPERTY_CHANGE);
     askForWindow();
     mNotifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(mConnection), QSocketNotifier::Read);
     connect(mNotifier.get(), &QSocketNotifier::activated, this, &X11FrontApplication::readAvailable);
@@ -107,13 +106,15 @@ void X11FrontApplication::follow(xcb_window_t window)
     if (window == mWindow)
         return;
     if (mWindow != XCB_WINDOW_NONE)
-        selectPropertyChanges(mConnection, mWindow, false);
+        selectEvents(mConnection, mWindow, XCB_EVENT_MASK_NO_EVENT);
     mWindow = window;
     if (mWindow == XCB_WINDOW_NONE) {
         Q_EMIT applicationChanged({});
         return;
     }
-    selectPropertyChanges(mConnection, mWindow, true); // some programs name themselves after their window is shown
+    // Some programs name themselves after their window is shown, and some window managers go on naming a window that is
+    // gone when no other is left.
+    selectEvents(mConnection, mWindow, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     askForApplication();
 }
 
@@ -157,17 +158,32 @@ bool X11FrontApplication::takeEvents()
     while (const Freed<xcb_generic_event_t> event{xcb_poll_for_event(mConnection), &std::free}) {
         hasTaken = true;
         constexpr uint8_t sentByAClient = 0x80;
-        if ((event->response_type & ~sentByAClient) != XCB_PROPERTY_NOTIFY)
-            continue; // errors about windows that are gone, too
-        const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event.get());
-        if (change->window == mRoot && change->atom == mAtoms[activeWindow])
-            askForWindow();
-        else if (change->window == mWindow
-                 && (change->atom == XCB_ATOM_WM_CLASS || change->atom == mAtoms[gtkApplicationId]
-                     || change->atom == mAtoms[kdeDesktopFile] || change->atom == mAtoms[processId]))
-            askForApplication();
+        switch (event->response_type & ~sentByAClient) {
+        case XCB_PROPERTY_NOTIFY:
+            propertyChanged(*reinterpret_cast<const xcb_property_notify_event_t *>(event.get()));
+            break;
+        case XCB_UNMAP_NOTIFY:
+            if (reinterpret_cast<const xcb_unmap_notify_event_t *>(event.get())->window == mWindow)
+                Q_EMIT applicationChanged({});
+            break;
+        case XCB_MAP_NOTIFY:
+            if (reinterpret_cast<const xcb_map_notify_event_t *>(event.get())->window == mWindow)
+                askForApplication();
+            break;
+        default: break; // errors about windows that are gone, too
+        }
     }
     return hasTaken;
+}
+
+void X11FrontApplication::propertyChanged(const xcb_property_notify_event_t &change)
+{
+    const bool isName = change.atom == XCB_ATOM_WM_CLASS || change.atom == mAtoms[gtkApplicationId]
+                        || change.atom == mAtoms[kdeDesktopFile] || change.atom == mAtoms[processId];
+    if (change.window == mRoot && change.atom == mAtoms[activeWindow])
+        askForWindow();
+    else if (change.window == mWindow && isName)
+        askForApplication();
 }
 
 bool X11FrontApplication::takeReplies()

@@ -41,6 +41,7 @@ private:
     void follow(xcb_window_t window);
     void readAvailable();
     [[nodiscard]] bool takeEvents();
+    void propertyChanged(const xcb_property_notify_event_t &change);
     [[nodiscard]] bool takeReplies();
 
     xcb_connection_t *mConnection = nullptr;
