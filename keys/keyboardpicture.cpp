@@ -65,7 +65,7 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
             setTabStop(button);
     }
     // As high as the width asks for; what is left over goes to the layout around it.
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 }

@@ -32,5 +32,10 @@
     <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Start for the background at login: wait for the keyboard's service.</translation></message>
     <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Open the keyboard at once, without the sheet that says so.</translation></message>
     <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>A macro or profile file; the configurator then waits for the keyboard's service.</translation></message>
+    <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Choose an application</translation></message>
+    <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
+    <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Replace “%@”?</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>A file with this name is already there. Its content will be lost.</translation></message>
+    <message id="lkeyReplace"><source>lkeyReplace</source><translation>Replace</translation></message>
 </context>
 </TS>

@@ -1,0 +1,29 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr">
+<context>
+    <name></name>
+    <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
+    <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>Macros</translation></message>
+    <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>Ajouter</translation></message>
+    <message id="lkeyDeleteMacro"><source>lkeyDeleteMacro</source><translation>Supprimer</translation></message>
+    <message id="lkeyMacroCommands"><source>lkeyMacroCommands</source><translation>Commandes de macro</translation></message>
+    <message id="lkeyMacroAssignment"><source>lkeyMacroAssignment</source><translation>Événements de la macro choisie :</translation></message>
+    <message id="lkeyMacroEvents"><source>lkeyMacroEvents</source><translation>Événements</translation></message>
+    <message id="lkeyMacroEventCommands"><source>lkeyMacroEventCommands</source><translation>Commandes d’événement</translation></message>
+    <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Choisissez une macro pour voir ses événements.</translation></message>
+    <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>Compléter</translation></message>
+    <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>Supprimer</translation></message>
+    <message id="lkeyRecord"><source>lkeyRecord</source><translation>Enregistrer</translation></message>
+    <message id="lkeyStop"><source>lkeyStop</source><translation>Arrêter</translation></message>
+    <message id="lkeyEdit"><source>lkeyEdit</source><translation>Modifier…</translation></message>
+    <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Supprimer l’événement</translation></message>
+    <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Supprimer tous les événements</translation></message>
+    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copier le délai</translation></message>
+    <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Aucun délai</translation></message>
+    <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Délai en millisecondes :</translation></message>
+    <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
+    <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Les touches qui jouent cette macro retrouvent leur fonction par défaut. Cette action est irréversible.</translation></message>
+</context>
+</TS>
