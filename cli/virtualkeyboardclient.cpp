@@ -67,6 +67,13 @@ std::optional<bool> VirtualKeyboardClient::isAttached()
     return attached ? std::optional(attached->toBool()) : std::nullopt;
 }
 
+std::optional<QString> VirtualKeyboardClient::shownLight()
+{
+    VirtualKeyboardResult result;
+    const std::optional<QVariant> light = readProperty(u"Light"_s, result);
+    return light ? std::optional(light->toString()) : std::nullopt;
+}
+
 std::optional<QList<uint>> VirtualKeyboardClient::sentKeys(VirtualKeyboardResult &result)
 {
     const std::optional<QVariant> keys = readProperty(u"SentKeys"_s, result);
