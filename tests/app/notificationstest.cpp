@@ -78,6 +78,9 @@ void NotificationsTest::loadsAndEnablesWhenAKeyboardIsAttached()
     QCOMPARE(mDaemon->commands(), std::vector<int>{4});
     QCOMPARE(mHub->controller->deviceSettingsDict().value(u"ActiveProfile"_s).toInt(), 0);
     QVERIFY(mHub->controller->firmwareVersionString().isEmpty());
+    QCOMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"Default Profile"_s);
+    QCOMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 4);
+    QCOMPARE(mHub->find<TableView>("mProfilesTableView")->selectedRow(), 0);
 }
 
 void NotificationsTest::readsTheProductFromTheName_data()
