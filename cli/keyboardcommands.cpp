@@ -77,11 +77,21 @@ ExitCode pressGameMode(CommandContext &context)
     return callKeyboard(context, "PressGameMode"_L1);
 }
 
+ExitCode pressMacroKey(CommandContext &context)
+{
+    return callKeyboard(context, "PressMacroKey"_L1);
+}
+
 ExitCode setBrightness(CommandContext &context)
 {
+    if (context.arguments.first() == "up"_L1)
+        return callKeyboard(context, "PressBrightnessUp"_L1);
+    if (context.arguments.first() == "down"_L1)
+        return callKeyboard(context, "PressBrightnessDown"_L1);
     bool isNumber = false;
     const int brightness = context.arguments.first().toInt(&isNumber);
     if (!isNumber)
-        return context.console.fail(ExitCode::usage, u"\"%1\" is no number"_s.arg(context.arguments.first()));
+        return context.console.fail(ExitCode::usage,
+                                    u"\"%1\" is no number, up or down"_s.arg(context.arguments.first()));
     return callKeyboard(context, "SetBrightness"_L1, {brightness});
 }

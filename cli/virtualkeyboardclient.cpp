@@ -24,6 +24,13 @@ std::optional<bool> VirtualKeyboardClient::isAttached()
     return attached ? std::optional(attached->toBool()) : std::nullopt;
 }
 
+std::optional<QString> VirtualKeyboardClient::shownLight()
+{
+    DaemonObjectResult result;
+    const std::optional<QVariant> light = virtualKeyboard.property("Light"_L1, result);
+    return light ? std::optional(light->toString()) : std::nullopt;
+}
+
 std::optional<QList<uint>> VirtualKeyboardClient::sentKeys(DaemonObjectResult &result)
 {
     const std::optional<QVariant> keys = virtualKeyboard.property("SentKeys"_L1, result);

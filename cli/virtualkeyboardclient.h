@@ -17,6 +17,9 @@ namespace VirtualKeyboardClient {
 /// Whether the virtual keyboard is attached; absent when the daemon has none.
 [[nodiscard]] std::optional<bool> isAttached();
 
+/// The colour that the keys show at this moment, as "#rrggbb"; absent when the daemon has no virtual keyboard.
+[[nodiscard]] std::optional<QString> shownLight();
+
 /// What the computer sees down, in the order of the presses: usage page in the upper 16 bits, usage in the lower.
 /// Absent with `result` saying why when it cannot be read.
 [[nodiscard]] std::optional<QList<uint>> sentKeys(DaemonObjectResult &result);

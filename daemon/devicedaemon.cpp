@@ -52,6 +52,7 @@ DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutle
     connect(&mKeyboard, &Keyboard::attachedChanged, this, &DeviceDaemon::attachedChanged);
     connect(&mKeyboard, &Keyboard::gameModePressed, this, &DeviceDaemon::gameModePressed);
     connect(&mKeyboard, &Keyboard::brightnessChosen, this, &DeviceDaemon::brightnessChosen);
+    connect(&mKeyboard, &Keyboard::macroKeyPressed, this, &DeviceDaemon::macroKeyPressed);
     applyDocument();
 }
 
@@ -62,6 +63,7 @@ const char *DeviceDaemon::captureName(Capture capture)
     case Capture::macroRecording: return "recording a macro";
     case Capture::singleKey: return "capturing a single key";
     case Capture::editedEvent: return "capturing a key for an event";
+    case Capture::onTheFlyKey: return "awaiting the key for a macro recorded on the keyboard";
     }
     return "?";
 }
@@ -91,7 +93,10 @@ void DeviceDaemon::handle(const Request &request)
     }
     switch (static_cast<Command>(request.number)) {
     case Command::queryFirmwareVersion: answerFirmwareQuery(); return;
-    case Command::releaseDevice: setCapture(Capture::none, {}, "the client releases the device"); return;
+    case Command::releaseDevice:
+        if (mCapture != Capture::onTheFlyKey) // which is no client's
+            setCapture(Capture::none, {}, "the client releases the device");
+        return;
     case Command::saveRecordedEvents: handleSaveRecordedEvents(request); return;
     default: break;
     }
@@ -190,6 +195,8 @@ void DeviceDaemon::setCapture(Capture capture, const QString &client, const char
 {
     if (mCapture == Capture::macroRecording && capture != Capture::macroRecording)
         mRecorder.stop(mOutlets.now());
+    if (!client.isEmpty())
+        endOnTheFly(); // the client has the keys now
     if (capture != mCapture)
         qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
     mCapture = capture;
@@ -271,6 +278,7 @@ void DeviceDaemon::clientVanished(const QString &portName)
 
 void DeviceDaemon::shutDown()
 {
+    endOnTheFly();
     setCapture(Capture::none, {}, "the daemon ends");
     perform(mEngine.releaseAll());
 }
@@ -338,9 +346,7 @@ void DeviceDaemon::applyDocument()
 {
     const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
     mEngine.setKeyMap(KeyMap(profile));
-    // The stored number is the client's; the light knows only its own levels.
-    mKeyboard.showBrightness(std::clamp(PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal)),
-                                        SettingsDocument::brightnessMinimum, SettingsDocument::brightnessMaximum));
+    mKeyboard.showLight(Backlight::settingsOf(profile));
     const bool isGameModeOn = SettingsDocument::isGameModeOn(mDocument);
     perform(mEngine.setGameMode(isGameModeOn));
     mKeyboard.showGameMode(isGameModeOn);
@@ -356,11 +362,14 @@ void DeviceDaemon::keyChanged(HidUsage key, bool isDown)
             mOutlets.postNotification(DaemonProtocol::macroSequenceNotification,
                                       {{DaemonProtocol::messagesArray, lines}});
     }
+    mOnTheFly.keyChanged(key, isDown, mOutlets.now());
     perform(isDown ? mEngine.keyDown(key, mOutlets.now()) : mEngine.keyUp(key, mOutlets.now()));
 }
 
 void DeviceDaemon::postCapturedKey(HidUsage key, quint8 modifiers)
 {
+    if (mCapture == Capture::onTheFlyKey)
+        return saveOnTheFly(key);
     if (mCapture != Capture::singleKey && mCapture != Capture::editedEvent)
         return; // recorded already
     // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
@@ -387,6 +396,7 @@ void DeviceDaemon::attachedChanged(bool isAttached)
     if (isAttached) {
         applyDocument();
     } else {
+        endOnTheFly();
         setCapture(Capture::none, {}, "the keyboard is removed");
         perform(mEngine.releaseAll());
     }

@@ -8,6 +8,7 @@
 #include "daemon/keyboard.h"
 #include "daemon/keyengine.h"
 #include "daemon/macrorecorder.h"
+#include "daemon/ontheflyrecorder.h"
 #include "daemon/settingsstore.h"
 
 #include <QObject>
@@ -62,7 +63,7 @@ public:
 private:
     /// Who has the keys of the keyboard. Keys pressed while they are captured do not reach the computer, where they
     /// would press the buttons of the very sheet that waits for them.
-    enum class Capture { none, macroRecording, singleKey, editedEvent };
+    enum class Capture { none, macroRecording, singleKey, editedEvent, onTheFlyKey };
 
     struct Request
     {
@@ -105,6 +106,10 @@ private:
     void attachedChanged(bool isAttached);
     void gameModePressed();
     void brightnessChosen(int level);
+    void macroKeyPressed();
+    void endOnTheFly();
+    /// Stores the macro recorded on the keyboard, to be played by `key`.
+    void saveOnTheFly(HidUsage key);
     void postCapturedKey(HidUsage key, quint8 modifiers);
     void perform(const EngineOutputs &outputs);
 
@@ -115,6 +120,7 @@ private:
     AutomaticSwitch mAutomaticSwitch;
     KeyEngine mEngine;
     MacroRecorder mRecorder;
+    OnTheFlyRecorder mOnTheFly;
     Capture mCapture = Capture::none;
     QString mCapturingClient;
     bool mAwaitsFactorySettings = false;

@@ -140,6 +140,7 @@ void KeyboardKeysController::updateUISettings()
 {
     mGameMode = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::gameMode)) != 0;
     mProfileNameLabel->setText(mKeysCurrentProfileDict.value(SettingsKeys::profileName).toString());
+    mPicture->light().show(Backlight::settingsOf(mKeysCurrentProfileDict));
     setupProfileSubMenu();
     setupMacroSubMenu();
     resetKeys();

@@ -13,6 +13,12 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Busy</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>Help</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Back</translation></message>
+    <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Forward</translation></message>
+    <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Contents</translation></message>
+    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>Search the help</translation></message>
+    <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>Pages found</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>Nothing found</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill page</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>News feed</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
