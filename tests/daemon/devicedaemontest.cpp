@@ -7,6 +7,7 @@
 #include "daemon/settingsdocument.h"
 #include "daemon/virtualkeyboard.h"
 #include "macros/macrorecord.h"
+#include "tests/support/filesizelimit.h"
 
 #include <QDir>
 #include <QLoggingCategory>
@@ -15,10 +16,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
 #include <memory>
 #include <optional>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -378,40 +377,13 @@ void DeviceDaemonTest::unknownCommandIsAnswered()
     QCOMPARE(mDaemon->document(), startDocument());
 }
 
-namespace {
-
-/// While it lives, no file of this process can grow beyond a few bytes: a full disk, as the daemon sees it.
-class FullDisk
-{
-public:
-    FullDisk()
-    {
-        mOldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &mOld);
-        const rlimit limit{16, mOld.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &mOld);
-        std::signal(SIGXFSZ, mOldHandler);
-    }
-    Q_DISABLE_COPY_MOVE(FullDisk)
-
-private:
-    rlimit mOld{};
-    void (*mOldHandler)(int) = SIG_DFL;
-};
-
-} // namespace
-
 void DeviceDaemonTest::changeThatCannotBeWrittenChangesNothing()
 {
     send(Command::switchProfile, {{u"ProfileID"_s, 1}});
     const QVariantMap before = mDaemon->document();
     mNotifications.clear();
     {
-        const FullDisk fullDisk;
+        const FileSizeLimit fullDisk(16);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
         const Message reply = replyTo(Command::switchProfile, {{u"ProfileID"_s, 0}});
@@ -564,7 +536,7 @@ void DeviceDaemonTest::unsavedRecordingSurvivesAFullDisk()
     QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
     press(4);
     {
-        const FullDisk fullDisk;
+        const FileSizeLimit fullDisk(16);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
         QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}),
