@@ -17,14 +17,11 @@ constexpr CommandRow rows[] = {
      QLatin1StringView("--json --modifiers --repeat"),
      QLatin1StringView("show what a key does in the active profile, or assign it something else"), showOrAssignKey,
      keyCommandForms},
-<<<<<<< HEAD
     {QLatin1StringView("focus"), QLatin1StringView("NAME"), 1, 1, QLatin1StringView(""),
      QLatin1StringView("tell the daemon which application is in front, where the desktop does not"),
      tellFrontApplication},
-=======
     {QLatin1StringView("light"), QLatin1StringView("[SETTING] [VALUE]"), 0, 2, QLatin1StringView("--json"),
      QLatin1StringView("show the light of the active profile, or change it"), showOrSetLight, lightCommandForms},
->>>>>>> light
     {QLatin1StringView("keyboard press"), QLatin1StringView("KEY"), 1, 1, QLatin1StringView(""),
      QLatin1StringView("press a key of the virtual keyboard and hold it"), pressKey},
     {QLatin1StringView("keyboard release"), QLatin1StringView("KEY"), 1, 1, QLatin1StringView(""),

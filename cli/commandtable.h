@@ -63,11 +63,8 @@ ExitCode showDocument(CommandContext &context);
 ExitCode listProfiles(CommandContext &context);
 ExitCode switchToProfile(CommandContext &context);
 ExitCode showOrAssignKey(CommandContext &context);
-<<<<<<< HEAD
 ExitCode tellFrontApplication(CommandContext &context);
-=======
 ExitCode showOrSetLight(CommandContext &context);
->>>>>>> light
 ExitCode pressKey(CommandContext &context);
 ExitCode releaseKey(CommandContext &context);
 ExitCode showSentKeys(CommandContext &context);

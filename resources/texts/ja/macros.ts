@@ -17,12 +17,12 @@
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>削除</translation></message>
     <message id="lkeyAddMacroTip"><source>lkeyAddMacroTip</source><translation>マクロを追加</translation></message>
     <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>選択したマクロを削除</translation></message>
-    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>マクロの最後にイベントを追記</translation></message>
+    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>マクロの末尾にイベントを追加で記録</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>選択したイベントを削除</translation></message>
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>マクロはまだありません。</translation></message>
-    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>マクロを追加し、再生する内容を記録してください。</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>このマクロにはまだイベントがありません。「記録」を押してキーボードを打ってください。</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>記録中です。キーボードを打ち、終わったら「停止」をクリックしてください。</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>マクロを追加してから、再生する内容を記録してください。</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>このマクロにはまだイベントがありません。「記録」を押してキーボードを入力してください。</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>記録中です。キーボードを入力し、終わったら「停止」をクリックしてください。</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>マクロを読み込む</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>マクロを書き出す</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>マクロ (%@)</translation></message>
