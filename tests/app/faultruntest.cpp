@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The window while the daemon is killed at random moments, and under a storm of notifications.
 // KESTRA_FAULT_KILLS: how often it is killed (25). KESTRA_FAULT_SEED: of the random moments and steps (271).
-// KESTRA_STORM_ROUNDS: how many storms of two seconds (4).
+// KESTRA_STORM_ROUNDS: how many storms of two seconds there may be until the memory is at rest (8).
 #include "app/util/propertylist.h"
 #include "app/util/settingskeys.h"
 #include "daemonlink/daemontransport.h"
@@ -42,6 +42,7 @@ constexpr std::chrono::microseconds pollInterval = 2ms;
 constexpr qint64 waitLimitMs = 601 * 2;                // for one reply, as the program waits
 constexpr qint64 stepLimitMs = 6 * waitLimitMs + 3000; // the longest step asks for six replies; and the machine's load
 constexpr int longestLifeMs = 250;                     // of a daemon, once the script runs
+constexpr qint64 restKiB = 1024;                       // by which memory at rest may still differ
 constexpr int storedVersions = 3;                      // that the daemon keeps beside the settings
 
 int numberFromEnvironment(const char *name, int fallback)
@@ -294,8 +295,13 @@ void FaultRunTest::survivesAStormOfNotifications()
     const Hub hub;
     hub.controller->initializeDevice();
     QList<qint64> memory;
-    const int rounds = std::max(3, numberFromEnvironment("KESTRA_STORM_ROUNDS", 4));
-    for (int round = 0; round < rounds; ++round) {
+    const int rounds = numberFromEnvironment("KESTRA_STORM_ROUNDS", 8);
+    // The first rounds fill what is kept for good: caches, and the allocator's store for the longest queue there was.
+    // What leaked with every notification would go on growing by some MiB a round.
+    const auto isAtRest = [&memory] {
+        return memory.size() >= 3 && qAbs(memory.last() - memory.at(memory.size() - 2)) < restKiB;
+    };
+    for (int round = 0; round < rounds && !isAtRest(); ++round) {
         hub.controller->updateDriverVersions(QVariantMap{{DaemonProtocol::firmwareVersion, QString()}});
         QElapsedTimer time;
         time.start();
@@ -315,9 +321,8 @@ void FaultRunTest::survivesAStormOfNotifications()
         qInfo("%d notifications posted in %lld ms, handled after %lld ms, a click then takes %lld ms, %lld KiB in use",
               count, postedMs, handledMs, time.elapsed(), memory.last());
     }
-    // The first round fills what is kept for good (caches, the allocator's own store).
 #if !defined(__SANITIZE_ADDRESS__) // which keeps freed memory back
-    QVERIFY2(memory.last() - memory.at(1) < 4096, qPrintable(QString::number(memory.last() - memory.at(1))));
+    QVERIFY(isAtRest());
 #endif
 }
 
