@@ -206,9 +206,9 @@ void FaultRunTest::survivesADaemonKilledAtRandomMoments()
     int interrupted = 0;
     qint64 longestStepMs = 0;
     for (int round = 0; round < kills; ++round) {
-        const auto fail = [&] { return qPrintable(u"seed %1, kill %2"_s.arg(seed).arg(round)); };
+        const QByteArray where = u"seed %1, kill %2"_s.arg(seed).arg(round).toUtf8();
         const auto start = daemon.request(DaemonProtocol::Command::readSettings);
-        QVERIFY2(start, fail());
+        QVERIFY2(start, where.constData());
         QVariantMap answered = start->values.value(DaemonProtocol::allDevSettings).toMap();
         {
             const Killer killer(daemon.processId(), std::chrono::microseconds(random.bounded(longestLifeMs * 1000)));
@@ -218,13 +218,13 @@ void FaultRunTest::survivesADaemonKilledAtRandomMoments()
                 script.step();
                 QCoreApplication::processEvents();
                 longestStepMs = std::max(longestStepMs, time.elapsed());
-                QVERIFY2(time.elapsed() < stepLimitMs, fail());
+                QVERIFY2(time.elapsed() < stepLimitMs, where.constData());
                 ++steps;
                 // Another client's question, whose answer tells all that was answered so far.
                 daemon.replies().clear();
                 daemon.send(DaemonProtocol::Command::readSettings);
                 if (!QTest::qWaitFor([&] { return !daemon.replies().isEmpty() || killer.hasKilled(); }, 10'000))
-                    QFAIL(fail());
+                    QFAIL(where.constData());
                 if (!daemon.replies().isEmpty())
                     answered = daemon.replies().last().values.value(DaemonProtocol::allDevSettings).toMap();
             }
@@ -232,24 +232,23 @@ void FaultRunTest::survivesADaemonKilledAtRandomMoments()
         const QVariantList held = hub.controller->profilesArray(); // as some answer gave them
         daemon.kill();
         const QList<QVariantMap> stored = storedDocuments(daemon);
-        QVERIFY2(daemon.start(), fail());
+        QVERIFY2(daemon.start(), where.constData());
         const auto reply = daemon.request(DaemonProtocol::Command::readSettings);
-        QVERIFY2(reply, fail());
+        QVERIFY2(reply, where.constData());
         const QVariantMap restarted = reply->values.value(DaemonProtocol::allDevSettings).toMap();
         // All that was answered is there; at most the step that the kill interrupted may have been written besides.
         QVERIFY2(std::ranges::any_of(stored,
                                      [&](const QVariantMap &one) { return one.value(SettingsKeys::profiles) == held; }),
-                 fail());
+                 where.constData());
         if (restarted != answered) {
-            QVERIFY2(stored.contains(answered),
-                     qPrintable(QString::fromUtf8(fail()) + u", %1 stored"_s.arg(stored.size())));
+            QVERIFY2(stored.contains(answered), where.constData());
             ++interrupted;
         }
         // The window, told that the daemon is back, shows just this document and can be used.
         QTRY_COMPARE_WITH_TIMEOUT(hub.controller->profilesArray(), restarted.value(SettingsKeys::profiles).toList(),
                                   20'000);
         QTRY_COMPARE(hub.controller->macrosArray(), restarted.value(SettingsKeys::macros).toList());
-        QVERIFY2(hub.find<QWidget>("mA")->isEnabled(), fail());
+        QVERIFY2(hub.find<QWidget>("mA")->isEnabled(), where.constData());
     }
     qInfo("%d kills (seed %u), %d steps, %d written but not answered, longest step %lld ms", kills, seed, steps,
           interrupted, longestStepMs);
