@@ -63,6 +63,7 @@ ExitCode showDocument(CommandContext &context);
 ExitCode listProfiles(CommandContext &context);
 ExitCode switchToProfile(CommandContext &context);
 ExitCode showOrAssignKey(CommandContext &context);
+ExitCode tellFrontApplication(CommandContext &context);
 ExitCode pressKey(CommandContext &context);
 ExitCode releaseKey(CommandContext &context);
 ExitCode showSentKeys(CommandContext &context);

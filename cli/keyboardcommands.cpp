@@ -16,7 +16,7 @@ constexpr int keyboardUsagePage = 0x07;
 
 ExitCode callKeyboard(CommandContext &context, QLatin1StringView method, const QVariantList &arguments = {})
 {
-    const VirtualKeyboardResult result = VirtualKeyboardClient::call(method, arguments);
+    const DaemonObjectResult result = VirtualKeyboardClient::call(method, arguments);
     return result.failure == ExitCode::ok ? ExitCode::ok : context.console.fail(result.failure, result.reason);
 }
 
@@ -43,7 +43,7 @@ ExitCode releaseKey(CommandContext &context)
 
 ExitCode showSentKeys(CommandContext &context)
 {
-    VirtualKeyboardResult result;
+    DaemonObjectResult result;
     const std::optional<QList<uint>> usages = VirtualKeyboardClient::sentKeys(result);
     if (!usages)
         return context.console.fail(result.failure, result.reason);

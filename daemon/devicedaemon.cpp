@@ -101,11 +101,21 @@ void DeviceDaemon::handle(const Request &request)
 
 void DeviceDaemon::handleDocumentCommand(const Request &request, const DocumentCommand &command)
 {
-    (void)finishChange(request, command.apply(mDocument, request.values), command.returnsDocument);
+    const AutomaticSwitch previous = mAutomaticSwitch;
+    CommandOutcome outcome = command.apply(mDocument, request.values);
+    if (outcome.changesDocument)
+        outcome.document = mAutomaticSwitch.afterCommand(command.command, request.values, mDocument, outcome.document);
+    // The choice of a profile that is active already, but automatically, changes only what is kept.
+    if (outcome.changesDocument && mAutomaticSwitch != previous && isSameDocument(outcome.document, mDocument)
+        && !store(mDocument))
+        outcome.status = Status::notSaved;
+    if (!finishChange(request, outcome, command.returnsDocument))
+        mAutomaticSwitch = previous;
 }
 
 bool DeviceDaemon::finishChange(const Request &request, CommandOutcome outcome, ReturnsDocument returnsDocument)
 {
+    const QVariantMap before = mDocument;
     const bool isChanged = outcome.changesDocument && !isSameDocument(outcome.document, mDocument);
     if (isChanged && !store(outcome.document))
         outcome.status = Status::notSaved;
@@ -113,8 +123,10 @@ bool DeviceDaemon::finishChange(const Request &request, CommandOutcome outcome, 
     if (returnsDocument == ReturnsDocument::always || (isOk && returnsDocument == ReturnsDocument::onSuccess))
         outcome.reply.insert(DaemonProtocol::returnDictionary, mDocument);
     reply(request, outcome.status, outcome.reply);
-    if (isChanged && isOk)
+    if (isChanged && isOk) {
         postProfileUpdated(sourceAppOf(request.values, request.replyPort));
+        showProfileSwitch(before);
+    }
     return isOk;
 }
 
@@ -267,7 +279,7 @@ void DeviceDaemon::shutDown()
 
 bool DeviceDaemon::store(const QVariantMap &document)
 {
-    if (!mStore.save(document))
+    if (!mStore.save(mAutomaticSwitch.documentToKeep(document)))
         return false;
     mDocument = document;
     mAwaitsFactorySettings = false;
@@ -275,13 +287,46 @@ bool DeviceDaemon::store(const QVariantMap &document)
     return true;
 }
 
-void DeviceDaemon::changeFromKeyboard(const QVariantMap &document)
+void DeviceDaemon::chooseProfile(int index)
 {
-    const QVariantMap whole = SettingsDocument::completed(document);
-    if (whole == mDocument)
+    const QVariantMap before = mDocument;
+    const AutomaticSwitch previous = mAutomaticSwitch;
+    mAutomaticSwitch.profileChosen();
+    const QVariantMap whole = SettingsDocument::completed(SettingsDocument::withActiveProfile(mDocument, index));
+    const bool isSwitch = whole != mDocument;
+    if (!isSwitch && mAutomaticSwitch == previous)
         return;
-    if (store(whole))
+    if (!store(whole)) {
+        mAutomaticSwitch = previous;
+        return;
+    }
+    if (isSwitch) {
         postProfileUpdated(DaemonProtocol::daemonProcessName);
+        showProfileSwitch(before);
+    }
+}
+
+void DeviceDaemon::setFrontApplication(const FrontApplication &application)
+{
+    const std::optional<int> profile = mAutomaticSwitch.applicationInFront(application, mDocument);
+    if (!profile)
+        return;
+    qCInfo(lcFront, "\"%s\" is in front: profile %d", qUtf8Printable(application.name()), *profile);
+    const QVariantMap before = mDocument;
+    mDocument = SettingsDocument::completed(SettingsDocument::withActiveProfile(mDocument, *profile));
+    applyDocument();
+    postProfileUpdated(DaemonProtocol::daemonProcessName);
+    showProfileSwitch(before);
+}
+
+void DeviceDaemon::showProfileSwitch(const QVariantMap &before)
+{
+    const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
+    const bool isOn = PlistNumbers::integerValue(
+                          mDocument.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::profileOsdOn))
+                      != 0; // the active profile's, in a completed document
+    if (isOn && SettingsDocument::hasOtherProfileActive(before, mDocument))
+        mOutlets.showProfile(profile.value(SettingsKeys::profileName).toString());
 }
 
 void DeviceDaemon::postProfileUpdated(const QString &sourceApp)
@@ -384,7 +429,7 @@ void DeviceDaemon::perform(const EngineOutputs &outputs)
         case EngineOutput::Kind::captured: postCapturedKey(output.usage, output.modifiers); break;
         case EngineOutput::Kind::switchProfile:
             if (output.profileIndex >= 0 && output.profileIndex < SettingsDocument::profiles(mDocument).size())
-                changeFromKeyboard(SettingsDocument::withActiveProfile(mDocument, output.profileIndex));
+                chooseProfile(output.profileIndex);
             else
                 qCWarning(lcKeyboard, "file: a key is to switch to profile %d, which does not exist",
                           output.profileIndex);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "daemon/documentcommands.h"
+#include "daemon/frontapplication/automaticswitch.h"
 #include "daemon/keyboard.h"
 #include "daemon/keyengine.h"
 #include "daemon/macrorecorder.h"
@@ -27,6 +28,8 @@ struct DaemonOutlets
     std::function<void(const QString &program)> launchProgram;
     /// Time since any fixed moment; never goes backwards.
     std::function<std::chrono::milliseconds()> now;
+    /// Tells the user that the profile `name` is now the active one; must not wait for anybody.
+    std::function<void(const QString &name)> showProfile = [](const QString &) {};
 };
 
 /// A change is on the disk before its reply leaves; when it cannot be written, nothing has changed.
@@ -48,6 +51,8 @@ public:
     void handleMessage(qint32 number, const std::optional<QByteArray> &data);
     /// Ends what the client at this port has begun: without it nobody would, and the keyboard would stay captured.
     void clientVanished(const QString &portName);
+    /// Another application has come to the front: its profile becomes active. This alone is not written to the disk.
+    void setFrontApplication(const FrontApplication &application);
     /// Tells that a keyboard is there, for clients that were waiting for a daemon. To be called once, when requests
     /// are served.
     void announceKeyboard();
@@ -89,7 +94,8 @@ private:
     void reply(const Request &request, Status status, QVariantMap values);
 
     [[nodiscard]] bool store(const QVariantMap &document);
-    void changeFromKeyboard(const QVariantMap &document);
+    void chooseProfile(int index);
+    void showProfileSwitch(const QVariantMap &before);
     void postAttachment(bool isAttached);
     void postProfileUpdated(const QString &sourceApp);
     void applyDocument();
@@ -106,6 +112,7 @@ private:
     Keyboard &mKeyboard;
     DaemonOutlets mOutlets;
     QVariantMap mDocument;
+    AutomaticSwitch mAutomaticSwitch;
     KeyEngine mEngine;
     MacroRecorder mRecorder;
     Capture mCapture = Capture::none;

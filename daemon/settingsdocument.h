@@ -39,6 +39,9 @@ inline constexpr int brightnessMaximum = 4; // bright
 [[nodiscard]] QVariantList macros(const QVariantMap &document);
 [[nodiscard]] int activeProfileIndex(const QVariantMap &document);
 [[nodiscard]] QVariantMap activeProfile(const QVariantMap &document);
+/// Whether another profile is active in `after`: not when the same one has only been changed, or has moved up because
+/// one before it was deleted.
+[[nodiscard]] bool hasOtherProfileActive(const QVariantMap &before, const QVariantMap &after);
 [[nodiscard]] bool isGameModeOn(const QVariantMap &document);
 
 [[nodiscard]] QVariantMap withProfiles(QVariantMap document, const QVariantList &profiles);

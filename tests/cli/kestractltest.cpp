@@ -77,6 +77,9 @@ void TestKestractl::init()
     QVERIFY(mFolder->isValid());
     mEnvironment = QProcessEnvironment::systemEnvironment();
     mEnvironment.insert(u"HOME"_s, mFolder->path());
+    // Not the desktop of whoever runs the tests: its windows come to the front as they like.
+    mEnvironment.remove(u"DISPLAY"_s);
+    mEnvironment.remove(u"WAYLAND_DISPLAY"_s);
     for (const QString &name : {u"XDG_STATE_HOME"_s, u"XDG_DATA_HOME"_s, u"XDG_CONFIG_HOME"_s})
         mEnvironment.insert(name, mFolder->filePath(name));
     startDaemon();

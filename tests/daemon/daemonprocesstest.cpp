@@ -443,6 +443,7 @@ void DaemonProcessTest::interfacesAreAsDocumented_data()
     QTest::addColumn<QString>("interface");
     QTest::newRow("message port") << u"/MessagePort"_s << u"org.quillkestra.MessagePort"_s;
     QTest::newRow("virtual keyboard") << u"/VirtualKeyboard"_s << u"org.quillkestra.VirtualKeyboard"_s;
+    QTest::newRow("front application") << u"/FrontApplication"_s << u"org.quillkestra.FrontApplication"_s;
 }
 
 void DaemonProcessTest::interfacesAreAsDocumented()
