@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Alle Ereignisse löschen</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Pause übernehmen</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Keine Pause</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Pause bearbeiten</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Ereignis bearbeiten</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pause in Millisekunden:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Drücken Sie die Taste für dieses Ereignis:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Das Makro „%@“ löschen?</translation></message>

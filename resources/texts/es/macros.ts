@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Eliminar todos los eventos</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copiar la pausa</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Sin pausa</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Editar pausa</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Editar evento</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pausa en milisegundos:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Pulse la tecla de este evento:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>¿Eliminar la macro «%@»?</translation></message>

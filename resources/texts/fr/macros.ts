@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Supprimer tous les événements</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copier le délai</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Aucun délai</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Modifier le délai</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Modifier l’événement</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Délai en millisecondes :</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>

@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>すべてのイベントを削除</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>待ち時間をコピー</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>待ち時間なし</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>待ち時間を編集</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>イベントを編集</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>待ち時間（ミリ秒）:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>このイベントのキーを押してください:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>マクロ「%@」を削除しますか？</translation></message>

@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>删除所有事件</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>复制延迟</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>无延迟</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>编辑延迟</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>编辑事件</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>延迟（毫秒）：</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>请按下此事件使用的键：</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>删除宏“%@”？</translation></message>
