@@ -6,6 +6,7 @@
 #include "keys/keybutton.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
+#include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
 
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void disablesAKeyByMouseForGood();
     void disablesAKeyByKeyboardAlone();
     void followsAChangeMadeByAnotherClient();
+    void showsTheProfileOfTheApplicationInFront();
     void followsTheKeyboardAsItComesAndGoes();
     void showsTheFirmwareVersion();
     void keepsWhatWasAnsweredWhenTheDaemonIsKilled();
@@ -114,6 +116,23 @@ void EndToEndTest::followsAChangeMadeByAnotherClient()
     QTRY_COMPARE(hub.find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
     QCOMPARE(kestractl({u"key"_s, u"Q"_s, u"default"_s}), u"Q: default key"_s);
     QTRY_COMPARE(hub.find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 0);
+}
+
+void EndToEndTest::showsTheProfileOfTheApplicationInFront()
+{
+    const QVariantMap game{{SettingsKeys::profileName, u"Game"_s},
+                           {SettingsKeys::appInfo, QVariantMap{{SettingsKeys::identifier, u"game"_s}}},
+                           {SettingsKeys::autoSwitchOn, 1}};
+    QVERIFY(mDaemon->request(DaemonProtocol::Command::addProfile, {{u"DeviceSettingsDictionary"_s, game}}));
+    QVERIFY(mDaemon->request(DaemonProtocol::Command::switchProfile, {{u"ProfileID"_s, 0}}));
+    const Hub hub;
+    hub.controller->initializeDevice();
+    const auto *table = hub.find<TableView>("mProfilesTableView");
+    QCOMPARE(table->selectedRow(), 0);
+    QCOMPARE(kestractl({u"focus"_s, u"game"_s}), QString());
+    QTRY_COMPARE(table->selectedRow(), 1);
+    QCOMPARE(kestractl({u"focus"_s, u"editor"_s}), QString());
+    QTRY_COMPARE(table->selectedRow(), 0);
 }
 
 void EndToEndTest::followsTheKeyboardAsItComesAndGoes()
