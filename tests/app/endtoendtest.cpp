@@ -30,6 +30,7 @@ private Q_SLOTS:
     void disablesAKeyByMouseForGood();
     void disablesAKeyByKeyboardAlone();
     void followsAChangeMadeByAnotherClient();
+    void showsTheProfileOfTheApplicationInFront();
     void followsTheKeyboardAsItComesAndGoes();
     void showsTheFirmwareVersion();
     void followsTheBrightnessKeys();
@@ -120,6 +121,23 @@ void EndToEndTest::followsAChangeMadeByAnotherClient()
     QTRY_COMPARE(hub.find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
     QCOMPARE(kestractl({u"key"_s, u"Q"_s, u"default"_s}), u"Q: default key"_s);
     QTRY_COMPARE(hub.find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 0);
+}
+
+void EndToEndTest::showsTheProfileOfTheApplicationInFront()
+{
+    const QVariantMap game{{SettingsKeys::profileName, u"Game"_s},
+                           {SettingsKeys::appInfo, QVariantMap{{SettingsKeys::identifier, u"game"_s}}},
+                           {SettingsKeys::autoSwitchOn, 1}};
+    QVERIFY(mDaemon->request(DaemonProtocol::Command::addProfile, {{u"DeviceSettingsDictionary"_s, game}}));
+    QVERIFY(mDaemon->request(DaemonProtocol::Command::switchProfile, {{u"ProfileID"_s, 0}}));
+    const Hub hub;
+    hub.controller->initializeDevice();
+    const auto *table = hub.find<TableView>("mProfilesTableView");
+    QCOMPARE(table->selectedRow(), 0);
+    QCOMPARE(kestractl({u"focus"_s, u"game"_s}), QString());
+    QTRY_COMPARE(table->selectedRow(), 1);
+    QCOMPARE(kestractl({u"focus"_s, u"editor"_s}), QString());
+    QTRY_COMPARE(table->selectedRow(), 0);
 }
 
 void EndToEndTest::followsTheKeyboardAsItComesAndGoes()
