@@ -11,7 +11,6 @@
 #include "profiles/profilefile.h"
 #include "profiles/qltableview.h"
 
-#include <QAction>
 #include <QCheckBox>
 #include <QPushButton>
 
@@ -58,14 +57,6 @@ void KeyboardProfilesController::awakeFromNib()
     setupSettingsButton();
 }
 
-void KeyboardProfilesController::setupSettingsButton()
-{
-    mSettingsProfile->setImages(u"GearOn.png"_s, u"GearOff.png"_s);
-    mSettingsProfile->setCommands(
-        ProfileCommands::all(), [this](const QAction *item) { selectMenuItem(item); },
-        [this](const QAction *item) { return validateMenuItem(item); });
-}
-
 // Queries
 
 TableView *KeyboardProfilesController::profilesTableView() const
@@ -88,19 +79,9 @@ int KeyboardProfilesController::activeProfile() const
     return mDeviceSettingsDict.value(SettingsKeys::activeProfile).toInt();
 }
 
-ProfileCommands::State KeyboardProfilesController::commandState() const
-{
-    return {mProfilesTableView->selectedRow(), profileCount(), !applicationOf(selectedProfile()).isEmpty()};
-}
-
 bool KeyboardProfilesController::canDelete() const
 {
     return mHasDeviceConnected && profileCount() != 1;
-}
-
-bool KeyboardProfilesController::validateMenuItem(const QAction *item) const
-{
-    return ProfileCommands::isEnabledInGearMenu(item->data().toInt(), commandState());
 }
 
 QString KeyboardProfilesController::checkForDuplicateNameUsingDefaultName(const QVariantList &profiles,
@@ -315,47 +296,6 @@ void KeyboardProfilesController::setAutoSwitch(int row, int value)
             loadPanelForIdentifier(chooseApplication);
     }
     mProfilesTableView->reloadData();
-}
-
-// The commands
-
-void KeyboardProfilesController::selectMenuItem(const QAction *item)
-{
-    runCommand(item->data().toInt());
-}
-
-void KeyboardProfilesController::runCommand(int tag)
-{
-    switch (tag) {
-    case ProfileCommands::rename:
-        editName(mProfilesTableView->selectedRow(), true);
-        mIsRenamingProfile = true;
-        break;
-    case ProfileCommands::newProfile: clickAddProfile(nullptr); break;
-    case ProfileCommands::importProfile: loadPanelForIdentifier(chooseProfileFile); break;
-    case ProfileCommands::exportProfile: loadSaveAsPanel(); break;
-    case ProfileCommands::deleteProfile:
-        if (std::exchange(mIsRenamingProfile, false))
-            reselectRow();
-        clickDeleteProfile(nullptr);
-        break;
-    case ProfileCommands::copy: copyProfile(); break;
-    case ProfileCommands::assignApplication: loadPanelForIdentifier(chooseApplication); break;
-    case ProfileCommands::removeApplication: removeApplication(); break;
-    case ProfileCommands::restoreDefault:
-        if (mProfilesTableView->selectedRow() >= 0)
-            confirm("lkeyRestoreDefaultTitle", "lkeyRestoreDefaultDesc", confirmRestore);
-        break;
-    default: break;
-    }
-}
-
-/// Deselecting ends a pending name edit.
-void KeyboardProfilesController::reselectRow()
-{
-    const int row = mProfilesTableView->selectedRow();
-    mProfilesTableView->deselectAll();
-    mProfilesTableView->selectRow(row);
 }
 
 // The table
