@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/keyboardprofilescontroller.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "app/util/text.h"
 #include "platform/filepanels.h"
@@ -76,7 +77,7 @@ QVariantMap KeyboardProfilesController::selectedProfile() const
 
 int KeyboardProfilesController::activeProfile() const
 {
-    return mDeviceSettingsDict.value(SettingsKeys::activeProfile).toInt();
+    return PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
 }
 
 bool KeyboardProfilesController::canDelete() const
@@ -106,7 +107,8 @@ void KeyboardProfilesController::updateUISettings()
 void KeyboardProfilesController::showActiveProfile()
 {
     mProfilesTableView->deselectAll();
-    mEnableOnScreenDisplay->setChecked(mDeviceSettingsDict.value(SettingsKeys::profileOsdOn).toInt() != 0);
+    mEnableOnScreenDisplay->setChecked(
+        PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::profileOsdOn)) != 0);
     mProfilesTableView->selectRow(activeProfile(), mNeedsUpdate);
 }
 
@@ -222,10 +224,12 @@ void KeyboardProfilesController::clickDeleteProfile(QObject *)
 
 void KeyboardProfilesController::confirm(const char *titleKey, const char *descriptionKey, SheetContext context)
 {
-    const AlertTexts texts{localizedFormat(titleKey, {nameOf(selectedProfile())}), localizedText(descriptionKey),
-                           localizedText("lkeyOK"), localizedText("lkeyCancel")};
-    showAlert(texts, mProfilesWindow, [self = QPointer(this), context](int returnCode) {
-        if (self)
+    const QString name = nameOf(selectedProfile());
+    const AlertTexts texts{localizedFormat(titleKey, {name}), localizedText(descriptionKey), localizedText("lkeyOK"),
+                           localizedText("lkeyCancel")};
+    showAlert(texts, mProfilesWindow, [self = QPointer(this), context, name](int returnCode) {
+        // While the alert was up, the keyboard or another client may have selected another profile than it names.
+        if (self && nameOf(self->selectedProfile()) == name)
             self->sheetDidEndReturnCodeContextInfo(returnCode, context);
     });
 }
@@ -317,7 +321,7 @@ QVariant KeyboardProfilesController::tableViewObjectValueForTableColumnRow(Table
         return nameOf(profile);
     if (column == "application"_L1)
         return applicationOf(profile);
-    return profile.value(SettingsKeys::autoSwitchOn).toInt();
+    return PlistNumbers::integerValue(profile.value(SettingsKeys::autoSwitchOn));
 }
 
 void KeyboardProfilesController::tableViewSetObjectValueForTableColumnRow(TableView *, const QVariant &value,

@@ -35,7 +35,10 @@ private Q_SLOTS:
     void confirmedDeleteSendsTheSelectedRow_data();
     void confirmedDeleteSendsTheSelectedRow();
     void deleteSendsNothingButTheDelete();
+    void deleteForgetsTheNameToEdit();
     void deleteRefusesTheLastProfile();
+    void numbersOfOtherTypesAreRead_data();
+    void numbersOfOtherTypesAreRead();
     void deleteWithoutASelectionDoesNothing();
     void deleteButtonNeedsADeviceAndAnotherProfile();
     void onScreenDisplayBoxSendsANumber();
@@ -257,6 +260,43 @@ void KeyboardProfilesControllerTest::deleteSendsNothingButTheDelete()
     QCoreApplication::processEvents();
     QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
     QCOMPARE(table()->editedRow(), -1);
+}
+
+void KeyboardProfilesControllerTest::deleteForgetsTheNameToEdit()
+{
+    fill({u"A"_s, u"B"_s});
+    outlet<QPushButton>("mAddProfile")->click();
+    table()->abortEditing();
+    mController->deleteProfile();
+    mDelegate->refresh();
+    QCOMPARE(table()->editedRow(), -1);
+}
+
+void KeyboardProfilesControllerTest::numbersOfOtherTypesAreRead_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<int>("shown");
+    QTest::newRow("a boolean") << QVariant(true) << 1;
+    QTest::newRow("a wide integer") << QVariant(qlonglong(1)) << 1;
+    QTest::newRow("a real") << QVariant(0.7) << 0; // cut, not rounded
+    QTest::newRow("a text") << QVariant(u"on"_s) << 0;
+    QTest::newRow("a list") << QVariant(QVariantList{1}) << 0;
+    QTest::newRow("nothing") << QVariant() << 0;
+}
+
+void KeyboardProfilesControllerTest::numbersOfOtherTypesAreRead()
+{
+    QFETCH(QVariant, value);
+    QFETCH(int, shown);
+    QVariantMap profile = profileNamed(u"B"_s);
+    profile.insert(u"AutoSwitchOn"_s, value);
+    fillWith({profileNamed(u"A"_s), profile});
+    mController->setMDeviceSettingsDict({{u"ActiveProfile"_s, value}, {u"ProfileOSDOn"_s, value}});
+    mController->updateUISettings();
+    QCOMPARE(table()->selectedRow(), shown);
+    QCOMPARE(outlet<QCheckBox>("mEnableOnScreenDisplay")->isChecked(), shown == 1);
+    QCOMPARE(table()->model()->index(1, 3).data(Qt::CheckStateRole).toInt(),
+             int(shown == 1 ? Qt::Checked : Qt::Unchecked));
 }
 
 void KeyboardProfilesControllerTest::deleteRefusesTheLastProfile()

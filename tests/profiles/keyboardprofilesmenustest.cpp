@@ -6,6 +6,7 @@
 #include "profiles/qltableview.h"
 
 #include <QAction>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -31,6 +32,14 @@ private Q_SLOTS:
     void contextMenuEnablesCommands_data();
     void contextMenuEnablesCommands();
     void contextMenuOfADisabledTableIsAllOff();
+    void aRightClickOpensTheMenuWithoutSelecting_data();
+    void aRightClickOpensTheMenuWithoutSelecting();
+    void theMenuKeyOpensTheMenu();
+    void f2RenamesWhicheverColumnIsCurrent();
+    void theDeleteKeyAsks();
+    void theDeleteKeySparesTheLastProfile();
+    void anAnswerForAnotherProfileIsNotTaken_data();
+    void anAnswerForAnotherProfileIsNotTaken();
     void unknownTagsDoNothing();
     void keyEquivalentsReachOnlyTheNameEditor();
 };
@@ -175,6 +184,101 @@ void KeyboardProfilesMenusTest::contextMenuOfADisabledTableIsAllOff()
     mController->setControlsState(false);
     const std::unique_ptr<QMenu> menu(outlet<QLTableView>("mProfilesTableView")->makeContextMenu());
     QCOMPARE(disabledTags(menu->actions()).size(), 9);
+}
+
+void KeyboardProfilesMenusTest::aRightClickOpensTheMenuWithoutSelecting_data()
+{
+    QTest::addColumn<bool>("isEnabled");
+    QTest::newRow("with a device") << true;
+    QTest::newRow("without a device") << false;
+}
+
+void KeyboardProfilesMenusTest::aRightClickOpensTheMenuWithoutSelecting()
+{
+    QFETCH(bool, isEnabled);
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    mController->setControlsState(isEnabled);
+    const QPoint position = table()->visualRect(table()->model()->index(2, 1)).center();
+    QTest::mouseClick(table()->viewport(), Qt::RightButton, {}, position);
+    const QPointer<QMenu> menu = outlet<QMenu>("profilesContextMenu");
+    QVERIFY(menu && menu->isVisible());
+    QCOMPARE(menu->pos(), table()->viewport()->mapToGlobal(position));
+    QCOMPARE(disabledTags(menu->actions()).size(), isEnabled ? 1 : 9);
+    QCOMPARE(table()->selectedRow(), 1);
+    if (isEnabled) {
+        // It acts on the row that was selected before.
+        menu->actions().value(ProfileCommands::copy - 1)->trigger();
+        QCOMPARE(mDelegate->calls.value(0).settings.value(u"ProfileName"_s), QVariant(u"B(2)"_s));
+    }
+    menu->close();
+    QTRY_VERIFY(!menu);
+}
+
+void KeyboardProfilesMenusTest::theMenuKeyOpensTheMenu()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    table()->setFocus();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), table()->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(table()->viewport(), &event);
+    const QPointer<QMenu> menu = outlet<QMenu>("profilesContextMenu");
+    QVERIFY(menu && menu->isVisible());
+    menu->close();
+    QTRY_VERIFY(!menu);
+}
+
+void KeyboardProfilesMenusTest::f2RenamesWhicheverColumnIsCurrent()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    table()->setFocus();
+    for (int column = 0; column < 4; ++column) {
+        table()->selectionModel()->setCurrentIndex(table()->model()->index(1, column), QItemSelectionModel::NoUpdate);
+        QTest::keyClick(table(), Qt::Key_F2);
+        QCOMPARE(table()->editedRow(), 1);
+        QCOMPARE(editor()->selectedText(), u"B"_s);
+        table()->abortEditing();
+    }
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void KeyboardProfilesMenusTest::theDeleteKeyAsks()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Delete, Qt::ShiftModifier);
+    QVERIFY(!alert());
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(alert());
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
+    QCOMPARE(mDelegate->calls.first().profileID, 1);
+}
+
+void KeyboardProfilesMenusTest::theDeleteKeySparesTheLastProfile()
+{
+    fill({u"A"_s});
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QVERIFY(!alert());
+}
+
+void KeyboardProfilesMenusTest::anAnswerForAnotherProfileIsNotTaken_data()
+{
+    QTest::addColumn<int>("tag");
+    QTest::newRow("delete") << int(ProfileCommands::deleteProfile);
+    QTest::newRow("restore") << int(ProfileCommands::restoreDefault);
+}
+
+void KeyboardProfilesMenusTest::anAnswerForAnotherProfileIsNotTaken()
+{
+    QFETCH(int, tag);
+    fill({u"A"_s, u"B"_s}, 1);
+    choose(tag);
+    QVERIFY(alert());
+    mDelegate->active = 0; // a key of the keyboard switched
+    mDelegate->refresh();
+    press("alertDefaultButton"_L1);
+    QVERIFY(mDelegate->calls.isEmpty());
 }
 
 void KeyboardProfilesMenusTest::unknownTagsDoNothing()

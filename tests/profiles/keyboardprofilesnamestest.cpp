@@ -26,6 +26,8 @@ private Q_SLOTS:
     void addDisablesTheControlsMeanwhile();
     void addOpensTheNameEvenWithoutAnAnswer();
     void copySendsTheSelectedRecordUnderAFreeName();
+    void copyLeavesTheControlsOn();
+    void afterACopySelectingSwitchesAgain();
     void typingANameRenames();
     void renamesAsTheRuleSays_data();
     void renamesAsTheRuleSays();
@@ -99,7 +101,9 @@ void KeyboardProfilesNamesTest::addDisablesTheControlsMeanwhile()
     fill({u"A"_s, u"B"_s});
     bool wereOff = false;
     mDelegate->duringAdd = [&] {
-        wereOff = !outlet<PulldownButton>("mSettingsProfile")->isEnabled()
+        // The add button goes by the number of profiles, even meanwhile.
+        wereOff = outlet<QPushButton>("mAddProfile")->isEnabled()
+                  && !outlet<PulldownButton>("mSettingsProfile")->isEnabled()
                   && !outlet<QCheckBox>("mEnableOnScreenDisplay")->isEnabled();
     };
     outlet<QPushButton>("mAddProfile")->click();
@@ -130,6 +134,28 @@ void KeyboardProfilesNamesTest::copySendsTheSelectedRecordUnderAFreeName()
     table()->abortEditing();
     mDelegate->refresh();
     QCOMPARE(table()->editedRow(), -1);
+}
+
+void KeyboardProfilesNamesTest::copyLeavesTheControlsOn()
+{
+    fill({u"A"_s, u"B"_s});
+    bool wereOn = false;
+    mDelegate->duringAdd = [&] {
+        wereOn = outlet<PulldownButton>("mSettingsProfile")->isEnabled()
+                 && outlet<QCheckBox>("mEnableOnScreenDisplay")->isEnabled();
+    };
+    choose(ProfileCommands::copy);
+    QVERIFY(wereOn);
+}
+
+void KeyboardProfilesNamesTest::afterACopySelectingSwitchesAgain()
+{
+    fill({u"A"_s, u"B"_s});
+    choose(ProfileCommands::copy);
+    table()->abortEditing();
+    mDelegate->calls.clear();
+    table()->selectRow(1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"switch"_s});
 }
 
 void KeyboardProfilesNamesTest::typingANameRenames()
