@@ -39,7 +39,7 @@ void makeSheet(QFileDialog *panel, const QString &title)
     // Wide enough for the folders beside the list and for all of the list's columns.
     constexpr QSize size(820, 500);
     constexpr int sidebarWidth = 180;
-    constexpr std::array columnWidths{270, 80, 130}; // name, size, kind; the date takes the rest
+    constexpr std::array columnWidths{240, 80, 120, 160}; // name, size, kind, date
     panel->resize(size);
     if (auto *splitter = panel->findChild<QSplitter *>(u"splitter"_s))
         splitter->setSizes({sidebarWidth, size.width() - sidebarWidth});

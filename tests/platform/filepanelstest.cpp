@@ -142,7 +142,7 @@ private slots:
         const auto panel = openPanel();
         QVERIFY(panel->width() >= 800);
         const QHeaderView *header = panel->findChild<QTreeView *>(u"treeView"_s)->header();
-        for (int column = 0; column < 3; ++column)
+        for (int column = 0; column < 4; ++column)
             QVERIFY2(header->sectionSize(column) >= header->sectionSizeHint(column), qPrintable(QString::number(column)));
         QVERIFY(panel->findChild<QWidget *>(u"sidebar"_s)->width() >= 150);
     }
