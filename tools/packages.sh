@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# The Debian and Ubuntu packages that ./run and ./test need, and the function that installs the missing ones. To be sourced.
+# The Debian and Ubuntu packages that ./run, ./test and the benchmarks need, and the function that installs the missing ones. To be sourced.
 # A row is "group package probe": the package counts as present when the command `probe` is found, or, where the
 # probe is "-", when dpkg says that it is installed.
 
@@ -20,6 +20,8 @@ tour    imagemagick     import
 test    python3         python3
 test    pkgconf         pkg-config
 test    libplist-dev    -
+bench   libbenchmark-dev -
+bench   libplist-dev    -
 '
 
 kestra_is_present() { # package probe
