@@ -13,14 +13,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto objectPath = "/VirtualKeyboard"_L1;
-constexpr auto interfaceName = "org.quillkestra.VirtualKeyboard"_L1;
 constexpr int callLimitMs = 5000;
 
 QDBusMessage callDaemon(QLatin1StringView interface, QLatin1StringView method, const QVariantList &arguments)
 {
     QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
-                                                          objectPath, interface, method);
+                                                          DaemonProtocol::virtualKeyboardPath, interface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
     return QDBusConnection::sessionBus().call(message, QDBus::Block, callLimitMs);
@@ -45,8 +43,8 @@ VirtualKeyboardResult resultOf(const QDBusMessage &reply)
 /// A property of the virtual keyboard; absent with `result` saying why.
 std::optional<QVariant> readProperty(const QString &name, VirtualKeyboardResult &result)
 {
-    const QDBusMessage reply =
-        callDaemon("org.freedesktop.DBus.Properties"_L1, "Get"_L1, {QString(interfaceName), name});
+    const QDBusMessage reply = callDaemon("org.freedesktop.DBus.Properties"_L1, "Get"_L1,
+                                          {QString(DaemonProtocol::virtualKeyboardInterface), name});
     result = resultOf(reply);
     if (result.failure != ExitCode::ok || reply.arguments().isEmpty())
         return {};
@@ -57,7 +55,7 @@ std::optional<QVariant> readProperty(const QString &name, VirtualKeyboardResult 
 
 VirtualKeyboardResult VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments)
 {
-    return resultOf(callDaemon(interfaceName, method, arguments));
+    return resultOf(callDaemon(DaemonProtocol::virtualKeyboardInterface, method, arguments));
 }
 
 std::optional<bool> VirtualKeyboardClient::isAttached()

@@ -2,14 +2,14 @@
 // A key or a button by its place in the USB HID Usage Tables. A value; any thread.
 #pragma once
 
-#include <QtGlobal>
+#include "app/util/hidpages.h"
 
 #include <compare>
 
 struct HidUsage
 {
-    static constexpr quint16 keyboardPage = 0x07; // Keyboard/Keypad page
-    static constexpr quint16 buttonPage = 0x09;
+    static constexpr quint16 keyboardPage = HidPages::keyboard;
+    static constexpr quint16 buttonPage = HidPages::button;
     static constexpr quint16 firstKey = 4;
     static constexpr quint16 lastKey = 231;
     static constexpr quint16 firstModifier = 224; // Left Control; one key a bit of the modifier byte from here
