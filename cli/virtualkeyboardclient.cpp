@@ -7,8 +7,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr DaemonObject virtualKeyboard{
-    .path = "/VirtualKeyboard"_L1, .interface = "org.quillkestra.VirtualKeyboard"_L1, .words = "virtual keyboard"_L1};
+constexpr DaemonObject virtualKeyboard{.path = DaemonProtocol::virtualKeyboardPath,
+                                       .interface = DaemonProtocol::virtualKeyboardInterface,
+                                       .words = "virtual keyboard"_L1};
 
 } // namespace
 

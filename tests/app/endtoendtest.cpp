@@ -32,6 +32,7 @@ private Q_SLOTS:
     void followsAChangeMadeByAnotherClient();
     void showsTheProfileOfTheApplicationInFront();
     void followsTheKeyboardAsItComesAndGoes();
+    void goesOnWhenADaemonStartsWithTheKeyboard();
     void showsTheFirmwareVersion();
     void followsTheBrightnessKeys();
     void takesAMacroRecordedOnTheKeyboard();
@@ -151,6 +152,29 @@ void EndToEndTest::followsTheKeyboardAsItComesAndGoes()
     QCOMPARE(mDaemon->callKeyboard(u"Attach"_s), QString());
     QTRY_VERIFY(!sheet->isUp());
     QTRY_VERIFY(hub.find<QWidget>("mA")->isEnabled());
+}
+
+void EndToEndTest::goesOnWhenADaemonStartsWithTheKeyboard()
+{
+    QCOMPARE(kestractl({u"key"_s, u"Q"_s, u"disable"_s}), u"Q: disabled"_s);
+    mDaemon->kill();
+    const Hub hub;
+    hub.controller->initializeDevice(); // nobody answers: it gives up
+    QVERIFY(!hub.find<QWidget>("mQ")->isEnabled());
+    QVERIFY(!hub.find<KeyButton>("mQ")->isHighlighted());
+
+    QObject observer;
+    QList<DistributedNotification> seen;
+    DistributedNotificationCenter::defaultCenter().addObserver(
+        &observer, DaemonProtocol::deviceAttached,
+        [&](const DistributedNotification &notification) { seen += notification; });
+    QVERIFY(mDaemon->start());
+    QTRY_COMPARE(seen.size(), 1);
+    QCOMPARE(seen.first().userInfo, (QVariantMap{{u"ProductID"_s, 271}}));
+    QTRY_VERIFY(hub.find<QWidget>("mQ")->isEnabled());
+    QVERIFY(hub.find<KeyButton>("mQ")->isHighlighted()); // the daemon's settings, not the factory's
+    QTest::mouseClick(hub.find<QWidget>("mQ"), Qt::LeftButton);
+    QCOMPARE(hub.find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
 }
 
 void EndToEndTest::showsTheFirmwareVersion()

@@ -949,7 +949,7 @@ void DeviceDaemonTest::onTheFlyMacroThatCannotBeStoredIsNone()
     const QVariantMap before = mDaemon->document();
     takeNotificationNames();
     {
-        const FullDisk fullDisk;
+        const FileSizeLimit fullDisk(0);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"could not be stored"_s));
         press(5);
