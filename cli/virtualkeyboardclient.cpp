@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/virtualkeyboardclient.h"
 
+#include "app/util/daemonprotocol.h"
+
 #include <QDBusArgument>
 
 using namespace Qt::StringLiterals;
