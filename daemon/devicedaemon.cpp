@@ -12,6 +12,7 @@
 #include "macros/macrorecord.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
@@ -177,11 +178,11 @@ void DeviceDaemon::answerFirmwareQuery()
 void DeviceDaemon::setCapture(Capture capture, const QString &client, const char *cause)
 {
     if (mCapture == Capture::macroRecording && capture != Capture::macroRecording)
-        mRecorder.stop(mOutlets.now());
+        mRecorder.stop(recordingTime());
     if (capture != mCapture)
         qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
     mCapture = capture;
-    mEngine.setCapturing(capture != Capture::none);
+    perform(mEngine.setCapturing(capture != Capture::none));
     mCapturingClient = client;
     mOutlets.watchClient(client);
 }
@@ -292,7 +293,12 @@ void DeviceDaemon::postProfileUpdated(const QString &sourceApp)
 void DeviceDaemon::applyDocument()
 {
     const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
-    mEngine.setKeyMap(KeyMap(profile));
+    const int previous = std::exchange(mActiveProfile, SettingsDocument::activeProfileIndex(mDocument));
+    if (previous != mActiveProfile)
+        perform(mEngine.stopMacros());
+    mMacros = playableMacros(SettingsDocument::macros(mDocument), mMacros);
+    perform(mEngine.setMacros(mMacros));
+    perform(mEngine.setKeyMap(KeyMap(profile)));
     // The stored number is the client's; the light knows only its own levels.
     mKeyboard.showBrightness(std::clamp(PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal)),
                                         SettingsDocument::brightnessMinimum, SettingsDocument::brightnessMaximum));
@@ -306,7 +312,7 @@ void DeviceDaemon::applyDocument()
 void DeviceDaemon::keyChanged(HidUsage key, bool isDown)
 {
     if (mCapture == Capture::macroRecording) {
-        const QStringList lines = mRecorder.record(key, isDown, mOutlets.now());
+        const QStringList lines = mRecorder.record(key, isDown, recordingTime());
         if (!lines.isEmpty())
             mOutlets.postNotification(DaemonProtocol::macroSequenceNotification,
                                       {{DaemonProtocol::messagesArray, lines}});
@@ -373,6 +379,18 @@ void DeviceDaemon::brightnessChosen(int level)
     postProfileUpdated(DaemonProtocol::daemonProcessName);
 }
 
+MacroRecorder::Time DeviceDaemon::recordingTime() const
+{
+    // Each moment is rounded, not each pause, so that the rounding of a long recording does not add up.
+    return std::chrono::round<MacroRecorder::Time>(mOutlets.now());
+}
+
+void DeviceDaemon::wake()
+{
+    mWakeTime.reset();
+    perform(mEngine.advance(mOutlets.now()));
+}
+
 void DeviceDaemon::perform(const EngineOutputs &outputs)
 {
     for (const EngineOutput &output : outputs) {
@@ -391,5 +409,9 @@ void DeviceDaemon::perform(const EngineOutputs &outputs)
             break;
         case EngineOutput::Kind::launchProgram: mOutlets.launchProgram(output.program); break;
         }
+    }
+    if (const auto deadline = mEngine.nextDeadline(); deadline != mWakeTime) {
+        mWakeTime = deadline;
+        mOutlets.wakeAt(deadline);
     }
 }

@@ -26,7 +26,10 @@ struct DaemonOutlets
     std::function<void(const QString &portName)> watchClient;
     std::function<void(const QString &program)> launchProgram;
     /// Time since any fixed moment; never goes backwards.
-    std::function<std::chrono::milliseconds()> now;
+    std::function<std::chrono::microseconds()> now;
+    /// Asks for a call of wake() at this time of now(), or as soon after it as can be; absent: for none. What was asked
+    /// for before counts no more.
+    std::function<void(std::optional<std::chrono::microseconds>)> wakeAt;
 };
 
 /// A change is on the disk before its reply leaves; when it cannot be written, nothing has changed.
@@ -51,6 +54,8 @@ public:
     /// Tells that a keyboard is there, for clients that were waiting for a daemon. To be called once, when requests
     /// are served.
     void announceKeyboard();
+    /// Goes on with the macros that play; see DaemonOutlets::wakeAt.
+    void wake();
     /// Lets go of every key. To be called before the daemon ends.
     void shutDown();
 
@@ -100,13 +105,18 @@ private:
     void gameModePressed();
     void brightnessChosen(int level);
     void postCapturedKey(HidUsage key, quint8 modifiers);
+    [[nodiscard]] MacroRecorder::Time recordingTime() const;
+    /// Does what the engine has decided, and asks to be woken for what it will decide next.
     void perform(const EngineOutputs &outputs);
 
     SettingsStore &mStore;
     Keyboard &mKeyboard;
     DaemonOutlets mOutlets;
     QVariantMap mDocument;
+    PlayableMacros mMacros; // those of mDocument
+    int mActiveProfile = 0; // of mDocument
     KeyEngine mEngine;
+    std::optional<KeyEngine::Time> mWakeTime; // what was asked for
     MacroRecorder mRecorder;
     Capture mCapture = Capture::none;
     QString mCapturingClient;
