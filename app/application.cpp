@@ -14,6 +14,8 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QLibraryInfo>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTimer>
 #include <QTranslator>
@@ -101,18 +103,23 @@ QVariantMap launchUserInfo(const Launch &launch)
 
 void installTexts(const QString &folder, const QStringList &languages)
 {
-    const auto install = [&folder](const QString &language) {
-        auto *table = new QTranslator(QCoreApplication::instance());
-        if (table->load(language, folder))
-            return QCoreApplication::installTranslator(table);
-        delete table;
+    const auto install = [](const QString &table, const QString &inFolder) {
+        auto *translator = new QTranslator(QCoreApplication::instance());
+        if (translator->load(table, inFolder))
+            return QCoreApplication::installTranslator(translator);
+        delete translator;
         return false;
     };
-    install(u"en"_s);
+    install(u"en"_s, folder);
     for (QString language : languages) {
         language.replace(u'-', u'_');
-        if (language.section(u'_', 0, 0) == "en"_L1 || install(language))
+        if (language.section(u'_', 0, 0) == "en"_L1)
             return;
+        if (install(language, folder)) {
+            // The texts of Qt's own panels, where the system has them in this language.
+            install(u"qtbase_"_s + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+            return;
+        }
     }
 }
 

@@ -158,6 +158,7 @@ public:
     void setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex) override;
     void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &event) override;
     QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
+    void reloadMacros() override { refresh(); }
     void startEditHID() override;
 
     // ProfileDelegate

@@ -3,83 +3,23 @@
 // disk, back into the document and onto the screen. Run it on a bus of its own:
 //   dbus-run-session -- build/release/bin/bench_updatekey
 #include "app/application.h"
-#include "app/keyboardmaincontroller.h"
-#include "app/mainwindow.h"
-#include "app/util/propertylist.h"
 #include "app/util/resources.h"
 #include "app/util/settingskeys.h"
+#include "bench/benchprogram.h"
 #include "keys/keyboardkeyscontroller.h"
-#include "platform/messageport.h"
 #include "tests/support/fulldocument.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QDir>
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QTemporaryDir>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The real daemon with the full document, on state of its own.
-class Daemon
-{
-public:
-    Daemon()
-    {
-        const QString folder = mState.filePath(u"quill-kestra"_s);
-        QDir().mkpath(folder);
-        const std::optional<QByteArray> data = PropertyList::writeBinary(fullDocument());
-        if (!data || !PropertyList::writeFileAtomically(folder + u"/settings.plist"_s, *data))
-            qFatal("cannot write the settings");
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"XDG_STATE_HOME"_s, mState.path());
-        mProcess.setProcessEnvironment(environment);
-        mProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        mProcess.start(QCoreApplication::applicationDirPath() + u"/QuillKestraDaemon"_s, QStringList());
-        QElapsedTimer timer;
-        timer.start();
-        while (!RemoteMessagePort::open(DaemonProtocol::requestPortName) && timer.elapsed() < 5000)
-            mProcess.waitForReadyRead(10);
-    }
-    ~Daemon()
-    {
-        mProcess.terminate();
-        mProcess.waitForFinished();
-    }
-
-private:
-    QTemporaryDir mState;
-    QProcess mProcess;
-};
-
-struct Program
-{
-    Program()
-    {
-        window.assemble(&controller);
-        controller.setMMainWindow(&window);
-        window.show();
-        QApplication::processEvents();
-        controller.initializeDevice();
-        if (controller.profilesArray().size() != 20)
-            qFatal("the daemon did not answer with the full document");
-        QApplication::processEvents();
-    }
-
-    Daemon daemon;
-    MainWindow window;
-    KeyboardMainController controller;
-};
-
 void updateKeyAndRedraw(benchmark::State &state)
 {
-    Program program;
+    BenchProgram program(fullDocument());
     int command = 20;
     for (auto _ : state) {
         QVariantMap keys = program.controller.currentProfileDict().value(SettingsKeys::keys).toMap();
@@ -97,7 +37,7 @@ void updateKeyAndRedraw(benchmark::State &state)
 
 void selectKeyAndRedraw(benchmark::State &state)
 {
-    Program program;
+    BenchProgram program(fullDocument());
     KeyboardKeysController *keys = program.controller.keysController();
     bool isFirst = true;
     for (auto _ : state) {

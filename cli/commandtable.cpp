@@ -17,6 +17,11 @@ constexpr CommandRow rows[] = {
      QLatin1StringView("--json --modifiers --repeat"),
      QLatin1StringView("show what a key does in the active profile, or assign it something else"), showOrAssignKey,
      keyCommandForms},
+    {QLatin1StringView("focus"), QLatin1StringView("NAME"), 1, 1, QLatin1StringView(""),
+     QLatin1StringView("tell the daemon which application is in front, where the desktop does not"),
+     tellFrontApplication},
+    {QLatin1StringView("light"), QLatin1StringView("[SETTING] [VALUE]"), 0, 2, QLatin1StringView("--json"),
+     QLatin1StringView("show the light of the active profile, or change it"), showOrSetLight, lightCommandForms},
     {QLatin1StringView("keyboard press"), QLatin1StringView("KEY"), 1, 1, QLatin1StringView(""),
      QLatin1StringView("press a key of the virtual keyboard and hold it"), pressKey},
     {QLatin1StringView("keyboard release"), QLatin1StringView("KEY"), 1, 1, QLatin1StringView(""),
@@ -29,8 +34,11 @@ constexpr CommandRow rows[] = {
      QLatin1StringView("unplug the virtual keyboard"), removeKeyboard},
     {QLatin1StringView("keyboard game-mode"), QLatin1StringView(""), 0, 0, QLatin1StringView(""),
      QLatin1StringView("press the virtual keyboard's game mode key"), pressGameMode},
-    {QLatin1StringView("keyboard brightness"), QLatin1StringView("N"), 1, 1, QLatin1StringView(""),
-     QLatin1StringView("set the brightness as the virtual keyboard's own control would"), setBrightness},
+    {QLatin1StringView("keyboard macro-key"), QLatin1StringView(""), 0, 0, QLatin1StringView(""),
+     QLatin1StringView("press the virtual keyboard's Macro key, which records a macro on the fly"), pressMacroKey},
+    {QLatin1StringView("keyboard brightness"), QLatin1StringView("N|up|down"), 1, 1, QLatin1StringView(""),
+     QLatin1StringView("press the virtual keyboard's brightness keys, or set its brightness from 0 to 4"),
+     setBrightness},
 };
 
 } // namespace

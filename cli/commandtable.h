@@ -63,13 +63,17 @@ ExitCode showDocument(CommandContext &context);
 ExitCode listProfiles(CommandContext &context);
 ExitCode switchToProfile(CommandContext &context);
 ExitCode showOrAssignKey(CommandContext &context);
+ExitCode tellFrontApplication(CommandContext &context);
+ExitCode showOrSetLight(CommandContext &context);
 ExitCode pressKey(CommandContext &context);
 ExitCode releaseKey(CommandContext &context);
 ExitCode showSentKeys(CommandContext &context);
 ExitCode attachKeyboard(CommandContext &context);
 ExitCode removeKeyboard(CommandContext &context);
 ExitCode pressGameMode(CommandContext &context);
+ExitCode pressMacroKey(CommandContext &context);
 ExitCode setBrightness(CommandContext &context);
 
 // The forms of the rows that have several.
 QList<CommandForm> keyCommandForms();
+QList<CommandForm> lightCommandForms();

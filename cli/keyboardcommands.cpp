@@ -16,7 +16,7 @@ constexpr int keyboardUsagePage = 0x07;
 
 ExitCode callKeyboard(CommandContext &context, QLatin1StringView method, const QVariantList &arguments = {})
 {
-    const VirtualKeyboardResult result = VirtualKeyboardClient::call(method, arguments);
+    const DaemonObjectResult result = VirtualKeyboardClient::call(method, arguments);
     return result.failure == ExitCode::ok ? ExitCode::ok : context.console.fail(result.failure, result.reason);
 }
 
@@ -43,7 +43,7 @@ ExitCode releaseKey(CommandContext &context)
 
 ExitCode showSentKeys(CommandContext &context)
 {
-    VirtualKeyboardResult result;
+    DaemonObjectResult result;
     const std::optional<QList<uint>> usages = VirtualKeyboardClient::sentKeys(result);
     if (!usages)
         return context.console.fail(result.failure, result.reason);
@@ -77,11 +77,21 @@ ExitCode pressGameMode(CommandContext &context)
     return callKeyboard(context, "PressGameMode"_L1);
 }
 
+ExitCode pressMacroKey(CommandContext &context)
+{
+    return callKeyboard(context, "PressMacroKey"_L1);
+}
+
 ExitCode setBrightness(CommandContext &context)
 {
+    if (context.arguments.first() == "up"_L1)
+        return callKeyboard(context, "PressBrightnessUp"_L1);
+    if (context.arguments.first() == "down"_L1)
+        return callKeyboard(context, "PressBrightnessDown"_L1);
     bool isNumber = false;
     const int brightness = context.arguments.first().toInt(&isNumber);
     if (!isNumber)
-        return context.console.fail(ExitCode::usage, u"\"%1\" is no number"_s.arg(context.arguments.first()));
+        return context.console.fail(ExitCode::usage,
+                                    u"\"%1\" is no number, up or down"_s.arg(context.arguments.first()));
     return callKeyboard(context, "SetBrightness"_L1, {brightness});
 }

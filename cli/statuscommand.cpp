@@ -2,6 +2,7 @@
 // "status": what a person asks first.
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
+#include "cli/frontapplicationclient.h"
 #include "cli/keydescription.h"
 #include "cli/virtualkeyboardclient.h"
 
@@ -10,6 +11,14 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// A property of the application in front; null when the daemon does not tell it.
+QJsonValue frontApplication(QLatin1StringView property)
+{
+    DaemonObjectResult result;
+    const std::optional<QVariant> value = frontApplicationObject.property(property, result);
+    return value ? QJsonValue(value->toString()) : QJsonValue();
+}
 
 /// The rows of the answer, in the order printed.
 QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, DaemonClient &daemon)
@@ -25,6 +34,8 @@ QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, Da
             {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()},
             {u"activeProfile"_s, device.value(SettingsKeys::activeProfile).toInt()},
             {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
+            {u"frontApplication"_s, frontApplication("Application"_L1)},
+            {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
             {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
             {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
             {u"gameMode"_s, device.value(SettingsKeys::gameMode).toBool()},
@@ -37,7 +48,9 @@ QString words(const QJsonValue &value)
         return u"unknown"_s;
     if (value.isBool())
         return value.toBool() ? u"on"_s : u"off"_s;
-    return value.isDouble() ? QString::number(value.toInt()) : value.toString();
+    if (value.isDouble())
+        return QString::number(value.toInt());
+    return value.toString().isEmpty() ? u"none"_s : value.toString();
 }
 
 } // namespace

@@ -1,74 +1,38 @@
 // SPDX-License-Identifier: MIT
 #include "cli/virtualkeyboardclient.h"
 
-#include "app/util/daemonprotocol.h"
-#include "platform/messageport.h"
-
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVariant>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto objectPath = "/VirtualKeyboard"_L1;
-constexpr auto interfaceName = "org.quillkestra.VirtualKeyboard"_L1;
-constexpr int callLimitMs = 5000;
-
-QDBusMessage callDaemon(QLatin1StringView interface, QLatin1StringView method, const QVariantList &arguments)
-{
-    QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
-                                                          objectPath, interface, method);
-    message.setArguments(arguments);
-    message.setAutoStartService(false);
-    return QDBusConnection::sessionBus().call(message, QDBus::Block, callLimitMs);
-}
-
-VirtualKeyboardResult resultOf(const QDBusMessage &reply)
-{
-    if (reply.type() == QDBusMessage::ReplyMessage)
-        return {};
-    const QString error = reply.errorName();
-    if (error == "org.freedesktop.DBus.Error.ServiceUnknown"_L1
-        || error == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1
-        || error == "org.freedesktop.DBus.Error.Disconnected"_L1)
-        return {ExitCode::noDaemon, u"the daemon is not running"_s};
-    if (error == "org.freedesktop.DBus.Error.NoReply"_L1 || error == "org.freedesktop.DBus.Error.Timeout"_L1)
-        return {ExitCode::noAnswer, u"the virtual keyboard did not answer"_s};
-    if (error == "org.freedesktop.DBus.Error.UnknownObject"_L1)
-        return {ExitCode::refused, u"the daemon has no virtual keyboard"_s};
-    return {ExitCode::refused, u"the virtual keyboard refused: %1"_s.arg(reply.errorMessage())};
-}
-
-/// A property of the virtual keyboard; absent with `result` saying why.
-std::optional<QVariant> readProperty(const QString &name, VirtualKeyboardResult &result)
-{
-    const QDBusMessage reply =
-        callDaemon("org.freedesktop.DBus.Properties"_L1, "Get"_L1, {QString(interfaceName), name});
-    result = resultOf(reply);
-    if (result.failure != ExitCode::ok || reply.arguments().isEmpty())
-        return {};
-    return reply.arguments().first().value<QDBusVariant>().variant();
-}
+constexpr DaemonObject virtualKeyboard{
+    .path = "/VirtualKeyboard"_L1, .interface = "org.quillkestra.VirtualKeyboard"_L1, .words = "virtual keyboard"_L1};
 
 } // namespace
 
-VirtualKeyboardResult VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments)
+DaemonObjectResult VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments)
 {
-    return resultOf(callDaemon(interfaceName, method, arguments));
+    return virtualKeyboard.call(method, arguments);
 }
 
 std::optional<bool> VirtualKeyboardClient::isAttached()
 {
-    VirtualKeyboardResult result;
-    const std::optional<QVariant> attached = readProperty(u"Attached"_s, result);
+    DaemonObjectResult result;
+    const std::optional<QVariant> attached = virtualKeyboard.property("Attached"_L1, result);
     return attached ? std::optional(attached->toBool()) : std::nullopt;
 }
 
-std::optional<QList<uint>> VirtualKeyboardClient::sentKeys(VirtualKeyboardResult &result)
+std::optional<QString> VirtualKeyboardClient::shownLight()
 {
-    const std::optional<QVariant> keys = readProperty(u"SentKeys"_s, result);
+    DaemonObjectResult result;
+    const std::optional<QVariant> light = virtualKeyboard.property("Light"_L1, result);
+    return light ? std::optional(light->toString()) : std::nullopt;
+}
+
+std::optional<QList<uint>> VirtualKeyboardClient::sentKeys(DaemonObjectResult &result)
+{
+    const std::optional<QVariant> keys = virtualKeyboard.property("SentKeys"_L1, result);
     return keys ? std::optional(qdbus_cast<QList<uint>>(*keys)) : std::nullopt;
 }

@@ -2,33 +2,26 @@
 // The daemon's virtual keyboard, driven over the session bus.
 #pragma once
 
-#include "cli/exitcode.h"
+#include "cli/daemonobject.h"
 
-#include <QLatin1StringView>
 #include <QList>
-#include <QString>
-#include <QVariantList>
 
 #include <optional>
-
-/// What became of a call: `failure` is ok, or why it was not carried out.
-struct VirtualKeyboardResult
-{
-    ExitCode failure = ExitCode::ok;
-    QString reason;
-};
 
 /// Main thread only; each call blocks for at most 5 seconds.
 namespace VirtualKeyboardClient {
 
 /// Calls `method` of org.quillkestra.VirtualKeyboard. Refused when the daemon drives a real keyboard instead.
-[[nodiscard]] VirtualKeyboardResult call(QLatin1StringView method, const QVariantList &arguments = {});
+[[nodiscard]] DaemonObjectResult call(QLatin1StringView method, const QVariantList &arguments = {});
 
 /// Whether the virtual keyboard is attached; absent when the daemon has none.
 [[nodiscard]] std::optional<bool> isAttached();
 
+/// The colour that the keys show at this moment, as "#rrggbb"; absent when the daemon has no virtual keyboard.
+[[nodiscard]] std::optional<QString> shownLight();
+
 /// What the computer sees down, in the order of the presses: usage page in the upper 16 bits, usage in the lower.
 /// Absent with `result` saying why when it cannot be read.
-[[nodiscard]] std::optional<QList<uint>> sentKeys(VirtualKeyboardResult &result);
+[[nodiscard]] std::optional<QList<uint>> sentKeys(DaemonObjectResult &result);
 
 } // namespace VirtualKeyboardClient

@@ -7,7 +7,12 @@
 #include "daemon/deadlinetimer.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/factorysettings.h"
+#include "daemon/frontapplication/frontapplicationadaptor.h"
+#include "daemon/frontapplication/kwinfrontapplication.h"
+#include "daemon/frontapplication/waylandfrontapplication.h"
+#include "daemon/frontapplication/x11frontapplication.h"
 #include "daemon/logging.h"
+#include "daemon/profilenotification.h"
 #include "daemon/programlauncher.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/settingsstore.h"
@@ -88,6 +93,14 @@ private:
     std::function<void(const QString &)> mVanished;
 };
 
+/// The surest first: on Wayland, an X server that is there, too, knows only some of the windows.
+std::vector<FrontApplicationWatch::SourceKind> frontApplicationSources(const QDBusConnection &bus)
+{
+    return {{"wayland"_L1, [] { return std::make_unique<WaylandFrontApplication>(); }},
+            {"kwin"_L1, [bus] { return std::make_unique<KWinFrontApplication>(bus); }},
+            {"x11"_L1, [] { return std::make_unique<X11FrontApplication>(); }}};
+}
+
 /// Runs the event loop until a signal or the end of the bus.
 DaemonExit runUntilEnd(DeviceDaemon &daemon, const QDBusConnection &bus, const TerminationSignals &signalListener)
 {
@@ -123,6 +136,7 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
     if (!timer.isUsable())
         qCCritical(lcDaemon, "daemon: no timer, macros will not play");
     DistributedNotificationCenter notifications(bus);
+    ProfileNotification profileNotification(bus);
 
     const StartDocument start = startDocument(store);
     DeviceDaemon daemon(
@@ -132,14 +146,19 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
          .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
          .launchProgram = ProgramLauncher::launch,
          .now = DeadlineTimer::now,
-         .wakeAt = [&](std::optional<DeadlineTimer::Time> deadline) { timer.setDeadline(deadline); }},
+         .wakeAt = [&](std::optional<DeadlineTimer::Time> deadline) { timer.setDeadline(deadline); },
+         .showProfile = [&](const QString &name) { profileNotification.show(name); }},
         start.document);
     QObject::connect(&timer, &DeadlineTimer::reached, &daemon, &DeviceDaemon::wake);
     daemon.setAwaitsFactorySettings(start.isMinimal);
     daemonPointer = &daemon;
     VirtualKeyboardObject keyboardObject(keyboard);
-    if (!keyboardObject.registerOn(bus)) {
-        qCCritical(lcDaemon, "daemon: cannot put the virtual keyboard on the bus");
+    FrontApplicationWatch frontApplication(frontApplicationSources(bus));
+    QObject::connect(&frontApplication, &FrontApplicationWatch::applicationChanged, &daemon,
+                     &DeviceDaemon::setFrontApplication);
+    FrontApplicationObject frontApplicationObject(frontApplication);
+    if (!keyboardObject.registerOn(bus) || !frontApplicationObject.registerOn(bus)) {
+        qCCritical(lcDaemon, "daemon: cannot put its objects on the bus");
         return DaemonExit::noBus;
     }
 
@@ -155,6 +174,7 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
         return DaemonExit::alreadyRunning;
     }
     daemon.announceKeyboard();
+    frontApplication.start();
     return runUntilEnd(daemon, bus, signalListener);
 }
 

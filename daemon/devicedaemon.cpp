@@ -12,7 +12,6 @@
 #include "macros/macrorecord.h"
 
 #include <algorithm>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
@@ -53,6 +52,7 @@ DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutle
     connect(&mKeyboard, &Keyboard::attachedChanged, this, &DeviceDaemon::attachedChanged);
     connect(&mKeyboard, &Keyboard::gameModePressed, this, &DeviceDaemon::gameModePressed);
     connect(&mKeyboard, &Keyboard::brightnessChosen, this, &DeviceDaemon::brightnessChosen);
+    connect(&mKeyboard, &Keyboard::macroKeyPressed, this, &DeviceDaemon::macroKeyPressed);
     applyDocument();
 }
 
@@ -63,6 +63,7 @@ const char *DeviceDaemon::captureName(Capture capture)
     case Capture::macroRecording: return "recording a macro";
     case Capture::singleKey: return "capturing a single key";
     case Capture::editedEvent: return "capturing a key for an event";
+    case Capture::onTheFlyKey: return "awaiting the key for a macro recorded on the keyboard";
     }
     return "?";
 }
@@ -92,7 +93,10 @@ void DeviceDaemon::handle(const Request &request)
     }
     switch (static_cast<Command>(request.number)) {
     case Command::queryFirmwareVersion: answerFirmwareQuery(); return;
-    case Command::releaseDevice: setCapture(Capture::none, {}, "the client releases the device"); return;
+    case Command::releaseDevice:
+        if (mCapture != Capture::onTheFlyKey) // which is no client's
+            setCapture(Capture::none, {}, "the client releases the device");
+        return;
     case Command::saveRecordedEvents: handleSaveRecordedEvents(request); return;
     default: break;
     }
@@ -102,11 +106,21 @@ void DeviceDaemon::handle(const Request &request)
 
 void DeviceDaemon::handleDocumentCommand(const Request &request, const DocumentCommand &command)
 {
-    (void)finishChange(request, command.apply(mDocument, request.values), command.returnsDocument);
+    const AutomaticSwitch previous = mAutomaticSwitch;
+    CommandOutcome outcome = command.apply(mDocument, request.values);
+    if (outcome.changesDocument)
+        outcome.document = mAutomaticSwitch.afterCommand(command.command, request.values, mDocument, outcome.document);
+    // The choice of a profile that is active already, but automatically, changes only what is kept.
+    if (outcome.changesDocument && mAutomaticSwitch != previous && isSameDocument(outcome.document, mDocument)
+        && !store(mDocument))
+        outcome.status = Status::notSaved;
+    if (!finishChange(request, outcome, command.returnsDocument))
+        mAutomaticSwitch = previous;
 }
 
 bool DeviceDaemon::finishChange(const Request &request, CommandOutcome outcome, ReturnsDocument returnsDocument)
 {
+    const QVariantMap before = mDocument;
     const bool isChanged = outcome.changesDocument && !isSameDocument(outcome.document, mDocument);
     if (isChanged && !store(outcome.document))
         outcome.status = Status::notSaved;
@@ -114,8 +128,10 @@ bool DeviceDaemon::finishChange(const Request &request, CommandOutcome outcome, 
     if (returnsDocument == ReturnsDocument::always || (isOk && returnsDocument == ReturnsDocument::onSuccess))
         outcome.reply.insert(DaemonProtocol::returnDictionary, mDocument);
     reply(request, outcome.status, outcome.reply);
-    if (isChanged && isOk)
+    if (isChanged && isOk) {
         postProfileUpdated(sourceAppOf(request.values, request.replyPort));
+        showProfileSwitch(before);
+    }
     return isOk;
 }
 
@@ -179,6 +195,8 @@ void DeviceDaemon::setCapture(Capture capture, const QString &client, const char
 {
     if (mCapture == Capture::macroRecording && capture != Capture::macroRecording)
         mRecorder.stop(recordingTime());
+    if (!client.isEmpty())
+        endOnTheFly(); // the client has the keys now
     if (capture != mCapture)
         qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
     mCapture = capture;
@@ -260,6 +278,7 @@ void DeviceDaemon::clientVanished(const QString &portName)
 
 void DeviceDaemon::shutDown()
 {
+    endOnTheFly();
     setCapture(Capture::none, {}, "the daemon ends");
     perform(mEngine.releaseAll());
 }
@@ -268,21 +287,60 @@ void DeviceDaemon::shutDown()
 
 bool DeviceDaemon::store(const QVariantMap &document)
 {
-    if (!mStore.save(document))
+    if (!mStore.save(mAutomaticSwitch.documentToKeep(document)))
         return false;
-    mDocument = document;
     mAwaitsFactorySettings = false;
-    applyDocument();
+    useDocument(document);
     return true;
 }
 
-void DeviceDaemon::changeFromKeyboard(const QVariantMap &document)
+void DeviceDaemon::useDocument(const QVariantMap &document)
 {
-    const QVariantMap whole = SettingsDocument::completed(document);
-    if (whole == mDocument)
+    if (SettingsDocument::hasOtherProfileActive(mDocument, document))
+        perform(mEngine.stopMacros());
+    mDocument = document;
+    applyDocument();
+}
+
+void DeviceDaemon::chooseProfile(int index)
+{
+    const QVariantMap before = mDocument;
+    const AutomaticSwitch previous = mAutomaticSwitch;
+    mAutomaticSwitch.profileChosen();
+    const QVariantMap whole = SettingsDocument::completed(SettingsDocument::withActiveProfile(mDocument, index));
+    const bool isSwitch = whole != mDocument;
+    if (!isSwitch && mAutomaticSwitch == previous)
         return;
-    if (store(whole))
+    if (!store(whole)) {
+        mAutomaticSwitch = previous;
+        return;
+    }
+    if (isSwitch) {
         postProfileUpdated(DaemonProtocol::daemonProcessName);
+        showProfileSwitch(before);
+    }
+}
+
+void DeviceDaemon::setFrontApplication(const FrontApplication &application)
+{
+    const std::optional<int> profile = mAutomaticSwitch.applicationInFront(application, mDocument);
+    if (!profile)
+        return;
+    qCInfo(lcFront, "\"%s\" is in front: profile %d", qUtf8Printable(application.name()), *profile);
+    const QVariantMap before = mDocument;
+    useDocument(SettingsDocument::completed(SettingsDocument::withActiveProfile(mDocument, *profile)));
+    postProfileUpdated(DaemonProtocol::daemonProcessName);
+    showProfileSwitch(before);
+}
+
+void DeviceDaemon::showProfileSwitch(const QVariantMap &before)
+{
+    const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
+    const bool isOn = PlistNumbers::integerValue(
+                          mDocument.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::profileOsdOn))
+                      != 0; // the active profile's, in a completed document
+    if (isOn && SettingsDocument::hasOtherProfileActive(before, mDocument))
+        mOutlets.showProfile(profile.value(SettingsKeys::profileName).toString());
 }
 
 void DeviceDaemon::postProfileUpdated(const QString &sourceApp)
@@ -293,15 +351,10 @@ void DeviceDaemon::postProfileUpdated(const QString &sourceApp)
 void DeviceDaemon::applyDocument()
 {
     const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
-    const int previous = std::exchange(mActiveProfile, SettingsDocument::activeProfileIndex(mDocument));
-    if (previous != mActiveProfile)
-        perform(mEngine.stopMacros());
     mMacros = playableMacros(SettingsDocument::macros(mDocument), mMacros);
     perform(mEngine.setMacros(mMacros));
     perform(mEngine.setKeyMap(KeyMap(profile)));
-    // The stored number is the client's; the light knows only its own levels.
-    mKeyboard.showBrightness(std::clamp(PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal)),
-                                        SettingsDocument::brightnessMinimum, SettingsDocument::brightnessMaximum));
+    mKeyboard.showLight(Backlight::settingsOf(profile));
     const bool isGameModeOn = SettingsDocument::isGameModeOn(mDocument);
     perform(mEngine.setGameMode(isGameModeOn));
     mKeyboard.showGameMode(isGameModeOn);
@@ -317,11 +370,14 @@ void DeviceDaemon::keyChanged(HidUsage key, bool isDown)
             mOutlets.postNotification(DaemonProtocol::macroSequenceNotification,
                                       {{DaemonProtocol::messagesArray, lines}});
     }
+    mOnTheFly.keyChanged(key, isDown, recordingTime());
     perform(isDown ? mEngine.keyDown(key, mOutlets.now()) : mEngine.keyUp(key, mOutlets.now()));
 }
 
 void DeviceDaemon::postCapturedKey(HidUsage key, quint8 modifiers)
 {
+    if (mCapture == Capture::onTheFlyKey)
+        return saveOnTheFly(key);
     if (mCapture != Capture::singleKey && mCapture != Capture::editedEvent)
         return; // recorded already
     // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
@@ -348,6 +404,7 @@ void DeviceDaemon::attachedChanged(bool isAttached)
     if (isAttached) {
         applyDocument();
     } else {
+        endOnTheFly();
         setCapture(Capture::none, {}, "the keyboard is removed");
         perform(mEngine.releaseAll());
     }
@@ -402,7 +459,7 @@ void DeviceDaemon::perform(const EngineOutputs &outputs)
         case EngineOutput::Kind::captured: postCapturedKey(output.usage, output.modifiers); break;
         case EngineOutput::Kind::switchProfile:
             if (output.profileIndex >= 0 && output.profileIndex < SettingsDocument::profiles(mDocument).size())
-                changeFromKeyboard(SettingsDocument::withActiveProfile(mDocument, output.profileIndex));
+                chooseProfile(output.profileIndex);
             else
                 qCWarning(lcKeyboard, "file: a key is to switch to profile %d, which does not exist",
                           output.profileIndex);

@@ -4,9 +4,11 @@
 #pragma once
 
 #include "daemon/documentcommands.h"
+#include "daemon/frontapplication/automaticswitch.h"
 #include "daemon/keyboard.h"
 #include "daemon/keyengine.h"
 #include "daemon/macrorecorder.h"
+#include "daemon/ontheflyrecorder.h"
 #include "daemon/settingsstore.h"
 
 #include <QObject>
@@ -29,7 +31,10 @@ struct DaemonOutlets
     std::function<std::chrono::microseconds()> now;
     /// Asks for a call of wake() at this time of now(), or as soon after it as can be; absent: for none. What was asked
     /// for before counts no more.
-    std::function<void(std::optional<std::chrono::microseconds>)> wakeAt;
+    std::function<void(std::optional<std::chrono::microseconds>)> wakeAt =
+        [](std::optional<std::chrono::microseconds>) {};
+    /// Tells the user that the profile `name` is now the active one; must not wait for anybody.
+    std::function<void(const QString &name)> showProfile = [](const QString &) {};
 };
 
 /// A change is on the disk before its reply leaves; when it cannot be written, nothing has changed.
@@ -51,6 +56,8 @@ public:
     void handleMessage(qint32 number, const std::optional<QByteArray> &data);
     /// Ends what the client at this port has begun: without it nobody would, and the keyboard would stay captured.
     void clientVanished(const QString &portName);
+    /// Another application has come to the front: its profile becomes active. This alone is not written to the disk.
+    void setFrontApplication(const FrontApplication &application);
     /// Tells that a keyboard is there, for clients that were waiting for a daemon. To be called once, when requests
     /// are served.
     void announceKeyboard();
@@ -62,7 +69,7 @@ public:
 private:
     /// Who has the keys of the keyboard. Keys pressed while they are captured do not reach the computer, where they
     /// would press the buttons of the very sheet that waits for them.
-    enum class Capture { none, macroRecording, singleKey, editedEvent };
+    enum class Capture { none, macroRecording, singleKey, editedEvent, onTheFlyKey };
 
     struct Request
     {
@@ -94,9 +101,11 @@ private:
     void reply(const Request &request, Status status, QVariantMap values);
 
     [[nodiscard]] bool store(const QVariantMap &document);
-    void changeFromKeyboard(const QVariantMap &document);
+    void chooseProfile(int index);
+    void showProfileSwitch(const QVariantMap &before);
     void postAttachment(bool isAttached);
     void postProfileUpdated(const QString &sourceApp);
+    void useDocument(const QVariantMap &document);
     void applyDocument();
 
     void setCapture(Capture capture, const QString &client, const char *cause);
@@ -104,6 +113,10 @@ private:
     void attachedChanged(bool isAttached);
     void gameModePressed();
     void brightnessChosen(int level);
+    void macroKeyPressed();
+    void endOnTheFly();
+    /// Stores the macro recorded on the keyboard, to be played by `key`.
+    void saveOnTheFly(HidUsage key);
     void postCapturedKey(HidUsage key, quint8 modifiers);
     [[nodiscard]] MacroRecorder::Time recordingTime() const;
     /// Does what the engine has decided, and asks to be woken for what it will decide next.
@@ -114,10 +127,11 @@ private:
     DaemonOutlets mOutlets;
     QVariantMap mDocument;
     PlayableMacros mMacros; // those of mDocument
-    int mActiveProfile = 0; // of mDocument
+    AutomaticSwitch mAutomaticSwitch;
     KeyEngine mEngine;
     std::optional<KeyEngine::Time> mWakeTime; // what was asked for
     MacroRecorder mRecorder;
+    OnTheFlyRecorder mOnTheFly;
     Capture mCapture = Capture::none;
     QString mCapturingClient;
     bool mAwaitsFactorySettings = false;

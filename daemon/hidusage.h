@@ -10,6 +10,9 @@ struct HidUsage
 {
     static constexpr quint16 keyboardPage = 0x07; // Keyboard/Keypad page
     static constexpr quint16 buttonPage = 0x09;
+    static constexpr quint16 consumerPage = 0x0C;
+    static constexpr quint16 brightnessUp = 0x79; // Consumer page: Keyboard Brightness Increment
+    static constexpr quint16 brightnessDown = 0x7A;
     static constexpr quint16 firstKey = 4;
     static constexpr quint16 lastKey = 231;
     static constexpr quint16 firstModifier = 224; // Left Control; one key a bit of the modifier byte from here

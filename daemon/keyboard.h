@@ -3,6 +3,8 @@
 #pragma once
 
 #include "daemon/hidusage.h"
+#include "daemon/ontheflyrecorder.h"
+#include "lighting/backlight.h"
 
 #include <QObject>
 #include <QString>
@@ -19,13 +21,15 @@ public:
 
     /// Makes the computer see `usage` go down or up.
     virtual void send(HidUsage usage, bool isDown) = 0;
-    /// What the keyboard shows; `level` as in SettingsDocument.
-    virtual void showBrightness(int level) = 0;
+    // What the keyboard shows
+    virtual void showLight(const Backlight::Settings &settings) = 0; ///< goes on by itself from there
+    virtual void showOnTheFly(OnTheFlyRecorder::State state) = 0;
     virtual void showGameMode(bool isOn) = 0;
 
 Q_SIGNALS:
     void attachedChanged(bool isAttached); ///< keys that were down are let go of by the daemon, without keyChanged()
     void keyChanged(HidUsage key, bool isDown);
     void gameModePressed();
+    void macroKeyPressed();
     void brightnessChosen(int level); ///< by the keyboard's own keys
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Log categories of the daemon. A line says what was, what happened and what is now, and whose fault it is:
-// "client" (a request), "file" (the settings on disk), "keyboard", or "daemon" (our bug).
+// "client" (a request), "file" (the settings on disk), "keyboard", "desktop", or "daemon" (our bug).
 #pragma once
 
 #include <QLoggingCategory>
@@ -9,3 +9,4 @@ Q_DECLARE_LOGGING_CATEGORY(lcDaemon)
 Q_DECLARE_LOGGING_CATEGORY(lcRequests)
 Q_DECLARE_LOGGING_CATEGORY(lcSettings)
 Q_DECLARE_LOGGING_CATEGORY(lcKeyboard)
+Q_DECLARE_LOGGING_CATEGORY(lcFront)

@@ -177,6 +177,14 @@ QVariantMap SettingsDocument::activeProfile(const QVariantMap &document)
     return profiles(document).value(activeProfileIndex(document)).toMap();
 }
 
+bool SettingsDocument::hasOtherProfileActive(const QVariantMap &before, const QVariantMap &after)
+{
+    if (activeProfile(before) == activeProfile(after))
+        return false;
+    // In place of a deleted profile another one may stand, so that the position tells nothing.
+    return activeProfileIndex(before) != activeProfileIndex(after) || profiles(after).size() < profiles(before).size();
+}
+
 bool SettingsDocument::isGameModeOn(const QVariantMap &document)
 {
     const QVariant value = document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::gameMode);

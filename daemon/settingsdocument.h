@@ -17,9 +17,6 @@ inline constexpr int maximumDepth = 500;                          ///< container
 inline constexpr int maximumNodes = 500'000;                      ///< values and dictionary keys
 inline constexpr qsizetype maximumContentBytes = 4 * 1024 * 1024; ///< strings (two a UTF-16 code unit) and data
 
-inline constexpr int brightnessMinimum = 0; // "BrightnessKBNormal": off
-inline constexpr int brightnessMaximum = 4; // bright
-
 /// What is wrong with `document`; empty when it is valid: at least one profile and at most maximumProfiles, at most
 /// the macros and events of macrorecord.h, records that are dictionaries, "ActiveProfile" a position in "Profiles", and
 /// nothing over the bounds above.
@@ -39,6 +36,9 @@ inline constexpr int brightnessMaximum = 4; // bright
 [[nodiscard]] QVariantList macros(const QVariantMap &document);
 [[nodiscard]] int activeProfileIndex(const QVariantMap &document);
 [[nodiscard]] QVariantMap activeProfile(const QVariantMap &document);
+/// Whether another profile is active in `after`: not when the same one has only been changed, or has moved up because
+/// one before it was deleted.
+[[nodiscard]] bool hasOtherProfileActive(const QVariantMap &before, const QVariantMap &after);
 [[nodiscard]] bool isGameModeOn(const QVariantMap &document);
 
 [[nodiscard]] QVariantMap withProfiles(QVariantMap document, const QVariantList &profiles);

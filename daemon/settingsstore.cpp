@@ -16,6 +16,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -74,20 +75,31 @@ SettingsStore::OpenResult SettingsStore::open()
         mErrorText = u"another daemon uses the settings in %1"_s.arg(mFolder);
         return OpenResult::inUse;
     }
+    for (const QString &file : presentFiles()) {
+        const QString error = PropertyList::readFileBytes(file).error;
+        if (!error.isEmpty()) {
+            mErrorText = u"cannot read %1: %2"_s.arg(file, error);
+            return OpenResult::unusable;
+        }
+    }
     removeLeftOvers();
     return OpenResult::open;
 }
 
+QStringList SettingsStore::presentFiles() const
+{
+    QStringList candidates{path()};
+    for (int copy = 0; copy <= copyCount; ++copy)
+        candidates += copyPath(copy);
+    // A link whose file is not there (on a disk that is not mounted, say) counts as present.
+    candidates.removeIf([](const QString &file) { return !QFileInfo::exists(file) && !QFileInfo(file).isSymLink(); });
+    return candidates;
+}
+
 std::optional<QVariantMap> SettingsStore::load()
 {
-    QStringList candidates{path(), path(u".0"_s)};
-    for (int copy = 1; copy <= copyCount; ++copy)
-        candidates += path(u".%1"_s.arg(copy));
-
     std::optional<QVariantMap> newest;
-    for (const QString &candidate : std::as_const(candidates)) {
-        if (!QFileInfo::exists(candidate))
-            continue;
+    for (const QString &candidate : presentFiles()) {
         std::optional<QVariantMap> document = readGood(candidate); // reads all, so that no damaged one stays among them
         if (!document || newest)
             continue;
@@ -100,7 +112,13 @@ std::optional<QVariantMap> SettingsStore::load()
 
 std::optional<QVariantMap> SettingsStore::readGood(const QString &filePath)
 {
-    const std::optional<QVariantMap> document = PropertyList::readPropertyListFile(filePath);
+    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(filePath);
+    if (!bytes.error.isEmpty()) { // it could be read when the folder was opened
+        qCCritical(lcSettings, "file: cannot read %s: %s", qUtf8Printable(filePath), qUtf8Printable(bytes.error));
+        refuseSavingWhileThereIs(filePath);
+        return {};
+    }
+    const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(bytes.data);
     const QString problem = document ? SettingsDocument::problemOf(*document) : u"not a property list"_s;
     if (problem.isEmpty())
         return document;
@@ -121,10 +139,13 @@ void SettingsStore::setAside(const QString &filePath, const QString &reason)
     }
     qCCritical(lcSettings, "file: %s is damaged (%s) and cannot be set aside (%s)", qUtf8Printable(filePath),
                qUtf8Printable(reason), qUtf8Printable(systemError()));
-    if (filePath == path()) {
-        mMayOverwrite = false;
-        qCCritical(lcSettings, "file: nothing is saved until %s is moved away", qUtf8Printable(filePath));
-    }
+    refuseSavingWhileThereIs(filePath);
+}
+
+void SettingsStore::refuseSavingWhileThereIs(const QString &filePath)
+{
+    mInTheWay += filePath;
+    qCCritical(lcSettings, "file: nothing is saved until %s is moved away", qUtf8Printable(filePath));
 }
 
 bool SettingsStore::save(const QVariantMap &document)
@@ -134,33 +155,72 @@ bool SettingsStore::save(const QVariantMap &document)
         qCCritical(lcSettings, "daemon: the document cannot be written as a property list");
         return false;
     }
-    if (!mMayOverwrite && QFileInfo::exists(path()))
+    if (std::ranges::any_of(mInTheWay, [](const QString &file) { return QFileInfo::exists(file); }))
         return false;
-    // A second name for the old document, which writing leaves alone. Where the file system has no hard links the
-    // document is replaced as safely, only without a copy of the old one.
-    // Without an old document the copy that stands there is the newest good one, and stays.
-    const QString previous = path(u".0"_s);
+    // Each step leaves a folder from which load() takes the newest answered document and finishInterruptedSave() the
+    // copies, because a daemon may be killed after any of them. Without an old document the copy that stands there is
+    // the newest good one, and stays.
     const bool isReplacing = QFileInfo::exists(path());
-    if (isReplacing) {
-        QFile::remove(previous);
-        if (::link(QFile::encodeName(path()).constData(), QFile::encodeName(previous).constData()) != 0)
-            qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError()));
-    }
+    if (isReplacing)
+        finishInterruptedSave();
+    const bool hasSecondName = isReplacing && keepSecondName();
     if (!PropertyList::writeFileAtomically(path(), *data)) {
         qCCritical(lcSettings, "file: cannot write %s", qUtf8Printable(path()));
-        if (isReplacing)
-            QFile::remove(previous);
+        if (hasSecondName)
+            takeBackReplacement();
+        else if (!isReplacing)
+            QFile::remove(path());
         return false;
     }
-    if (QFileInfo::exists(previous))
-        shiftCopies();
+    shiftCopies();
     return true;
 }
 
+/// Ends what a daemon that was killed while it saved had begun, so that its copy .0 is not overwritten.
+void SettingsStore::finishInterruptedSave()
+{
+    const QString previous = copyPath(0);
+    if (!QFileInfo::exists(previous))
+        return;
+    const PropertyList::FileBytes current = PropertyList::readFileBytes(path());
+    const PropertyList::FileBytes older = PropertyList::readFileBytes(previous);
+    if (current.error.isEmpty() && older.error.isEmpty() && current.data == older.data)
+        QFile::remove(previous); // killed before the document was replaced: no copy, only its second name
+    else
+        shiftCopies();
+}
+
+/// Gives the document that is about to be replaced a second name, which writing leaves alone. Where the file system has
+/// no hard links the document is replaced as safely, only without a copy of the old one.
+bool SettingsStore::keepSecondName()
+{
+    if (::linkat(AT_FDCWD, QFile::encodeName(path()).constData(), AT_FDCWD, QFile::encodeName(copyPath(0)).constData(),
+                 AT_SYMLINK_FOLLOW)
+        == 0)
+        return true;
+    qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError()));
+    return false;
+}
+
+/// The document as it was before a save that failed, also when that failed only after the replacement.
+void SettingsStore::takeBackReplacement()
+{
+    // Renaming does nothing between two names of one file, which is what these are when nothing was replaced.
+    if (renameOver(copyPath(0), path()))
+        QFile::remove(copyPath(0));
+}
+
+/// Makes the copy .0, if there is one, the copy .1. The others move up as far as the first gap, which a kill or a
+/// damaged copy may have left; the oldest is given up when there is none.
 void SettingsStore::shiftCopies()
 {
-    for (int copy = copyCount; copy >= 1; --copy)
-        renameOver(path(u".%1"_s.arg(copy - 1)), path(u".%1"_s.arg(copy)));
+    if (!QFileInfo::exists(copyPath(0)))
+        return;
+    int free = 1;
+    while (free < copyCount && QFileInfo::exists(copyPath(free)))
+        ++free;
+    for (int copy = free; copy >= 1; --copy)
+        renameOver(copyPath(copy - 1), copyPath(copy));
 }
 
 void SettingsStore::removeLeftOvers()
@@ -178,4 +238,9 @@ void SettingsStore::removeLeftOvers()
 QString SettingsStore::path(const QString &suffix) const
 {
     return QDir(mFolder).filePath(fileName + suffix);
+}
+
+QString SettingsStore::copyPath(int copy) const
+{
+    return path(u".%1"_s.arg(copy));
 }

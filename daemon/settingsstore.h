@@ -12,9 +12,10 @@
 /// Files of the folder:
 ///   settings.plist                  the document; replaced as a whole, so it is never half written
 ///   settings.plist.1 ... .3         the documents before it, newest first
-///   settings.plist.0                the document before it, only while one is being replaced
-///   settings.plist.damaged-<time>   what could not be read, set aside as it was; never overwritten, never read again
-///   lock                            held by the daemon that uses the folder
+///   settings.plist.0                the document before it, only while one is being replaced; what a daemon that was
+///                                   killed in between left to do is done by the next save
+///   settings.plist.damaged-<time>   what was no settings document, set aside as it was; never overwritten, never read
+///   again lock                            held by the daemon that uses the folder
 class SettingsStore
 {
 public:
@@ -30,25 +31,34 @@ public:
 
     enum class OpenResult { open, inUse, unusable };
 
-    /// Makes the folder and takes its lock; errorText() says why that could not be done.
+    /// Makes the folder, takes its lock and looks whether its documents can be read; errorText() says why that could
+    /// not be done. A document that cannot be read (no right to, an error of the disk, a folder in its place) may be
+    /// good: the folder is unusable then and stays as it is.
     [[nodiscard]] OpenResult open();
     [[nodiscard]] QString errorText() const { return mErrorText; }
 
     /// The newest good document of the folder; absent when there is none. Sets damaged files aside and logs them.
     [[nodiscard]] std::optional<QVariantMap> load();
 
-    /// Writes `document`, on the disk when this returns. False when that failed: the folder holds what it held before.
+    /// Writes `document`, on the disk when this returns. False when that failed: the folder holds the documents that it
+    /// held before.
     [[nodiscard]] bool save(const QVariantMap &document);
 
 private:
     [[nodiscard]] QString path(const QString &suffix = {}) const;
+    [[nodiscard]] QString copyPath(int copy) const;
+    [[nodiscard]] QStringList presentFiles() const;
     [[nodiscard]] std::optional<QVariantMap> readGood(const QString &filePath);
     void setAside(const QString &filePath, const QString &reason);
+    void refuseSavingWhileThereIs(const QString &filePath);
     void removeLeftOvers();
+    void finishInterruptedSave();
+    [[nodiscard]] bool keepSecondName();
+    void takeBackReplacement();
     void shiftCopies();
 
     QString mFolder;
     QString mErrorText;
     int mLock = -1;
-    bool mMayOverwrite = true; // false when a damaged settings.plist could not be set aside
+    QStringList mInTheWay; // files that could be neither read nor set aside; nothing is saved while they are there
 };

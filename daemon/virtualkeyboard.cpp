@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/virtualkeyboard.h"
 
-#include "daemon/settingsdocument.h"
-
 #include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
-using namespace SettingsDocument;
 
 namespace {
 
@@ -17,6 +14,8 @@ bool isKeyOrButton(uint usagePage, uint usage)
 {
     if (usagePage == HidUsage::keyboardPage)
         return usage >= HidUsage::firstKey && usage <= HidUsage::lastKey;
+    if (usagePage == HidUsage::consumerPage)
+        return usage == HidUsage::brightnessUp || usage == HidUsage::brightnessDown;
     return usagePage == HidUsage::buttonPage && usage >= 1 && usage <= greatestButton;
 }
 
@@ -26,6 +25,11 @@ HidUsage hidUsage(uint usagePage, uint usage)
 }
 
 } // namespace
+
+VirtualKeyboard::VirtualKeyboard(QObject *parent) : Keyboard(parent)
+{
+    connect(&mLight, &VirtualLight::changed, this, &VirtualKeyboard::lightChanged);
+}
 
 QString VirtualKeyboard::firmwareVersion() const
 {
@@ -47,10 +51,12 @@ VirtualKeyboard::Result VirtualKeyboard::press(uint usagePage, uint usage)
     if (!isKeyOrButton(usagePage, usage))
         return Result::noSuchKey;
     const HidUsage key = hidUsage(usagePage, usage);
-    if (!mPressed.contains(key)) {
-        mPressed += key;
-        Q_EMIT keyChanged(key, true);
-    }
+    if (mPressed.contains(key))
+        return Result::done;
+    mPressed += key;
+    if (key.page == HidUsage::consumerPage)
+        return changeBrightness(key.usage == HidUsage::brightnessUp ? 1 : -1);
+    Q_EMIT keyChanged(key, true);
     return Result::done;
 }
 
@@ -62,14 +68,20 @@ VirtualKeyboard::Result VirtualKeyboard::release(uint usagePage, uint usage)
         return Result::noSuchKey;
     const HidUsage key = hidUsage(usagePage, usage);
     if (mPressed.removeOne(key))
-        Q_EMIT keyChanged(key, false);
+        announceRelease(key);
     return Result::done;
 }
 
 void VirtualKeyboard::releaseAll()
 {
     while (!mPressed.isEmpty())
-        Q_EMIT keyChanged(mPressed.takeLast(), false);
+        announceRelease(mPressed.takeLast());
+}
+
+void VirtualKeyboard::announceRelease(HidUsage key)
+{
+    if (key.page != HidUsage::consumerPage) // the keyboard's own: the daemon has seen what they do, not them
+        Q_EMIT keyChanged(key, false);
 }
 
 VirtualKeyboard::Result VirtualKeyboard::pressGameMode()
@@ -82,7 +94,7 @@ VirtualKeyboard::Result VirtualKeyboard::pressGameMode()
 
 VirtualKeyboard::Result VirtualKeyboard::setBrightness(int level)
 {
-    if (level < brightnessMinimum || level > brightnessMaximum)
+    if (level < Backlight::minimumBrightness || level > Backlight::maximumBrightness)
         return Result::noSuchBrightness;
     if (!mIsAttached)
         return Result::notAttached;
@@ -92,13 +104,24 @@ VirtualKeyboard::Result VirtualKeyboard::setBrightness(int level)
 
 VirtualKeyboard::Result VirtualKeyboard::changeBrightness(int steps)
 {
-    return setBrightness(std::clamp(mShownBrightness + steps, brightnessMinimum, brightnessMaximum));
+    return setBrightness(
+        std::clamp(shownBrightness() + steps, Backlight::minimumBrightness, Backlight::maximumBrightness));
+}
+
+VirtualKeyboard::Result VirtualKeyboard::pressMacroKey()
+{
+    if (!mIsAttached)
+        return Result::notAttached;
+    Q_EMIT macroKeyPressed();
+    return Result::done;
 }
 
 void VirtualKeyboard::attach()
 {
-    if (!std::exchange(mIsAttached, true))
-        Q_EMIT attachedChanged(true);
+    if (std::exchange(mIsAttached, true))
+        return;
+    mLight.setPowered(true);
+    Q_EMIT attachedChanged(true);
 }
 
 void VirtualKeyboard::remove()
@@ -106,5 +129,6 @@ void VirtualKeyboard::remove()
     if (!std::exchange(mIsAttached, false))
         return;
     mPressed.clear();
+    mLight.setPowered(false);
     Q_EMIT attachedChanged(false);
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "daemon/keyboard.h"
+#include "daemon/virtuallight.h"
 
 #include <QList>
 
@@ -15,36 +16,45 @@ public:
     /// What became of a call; one that cannot be done changes nothing.
     enum class Result { done, notAttached, noSuchKey, noSuchBrightness };
 
-    using Keyboard::Keyboard;
+    explicit VirtualKeyboard(QObject *parent = nullptr);
 
     [[nodiscard]] bool isAttached() const override { return mIsAttached; }
     [[nodiscard]] QString firmwareVersion() const override;
     [[nodiscard]] bool isGameModeShown() const { return mIsGameModeShown; }
-    [[nodiscard]] int shownBrightness() const { return mShownBrightness; }
+    [[nodiscard]] int shownBrightness() const { return mLight.settings().brightness; } ///< as in backlight.h
+    [[nodiscard]] Backlight::Color shownLight() const { return mLight.color(); }       ///< at this moment
+    [[nodiscard]] OnTheFlyRecorder::State shownOnTheFly() const { return mShownOnTheFly; }
     [[nodiscard]] const QList<HidUsage> &pressedKeys() const { return mPressed; } ///< in the order of the presses
     [[nodiscard]] const QList<HidUsage> &sentKeys() const { return mSent; } ///< what the computer sees down, likewise
 
     void send(HidUsage usage, bool isDown) override;
-    void showBrightness(int level) override { mShownBrightness = level; }
+    void showLight(const Backlight::Settings &settings) override { mLight.show(settings); }
+    void showOnTheFly(OnTheFlyRecorder::State state) override { mShownOnTheFly = state; }
     void showGameMode(bool isOn) override { mIsGameModeShown = isOn; }
 
-    /// Pressing a key that is down, or releasing one that is not, does nothing.
+    /// Pressing a key that is down, or releasing one that is not, does nothing. Page 7 has the keys, page 9 the
+    /// buttons of the mouse, page 12 (Consumer) the two brightness keys, which act when they go down.
     [[nodiscard]] Result press(uint usagePage, uint usage);
     [[nodiscard]] Result release(uint usagePage, uint usage);
     void releaseAll();
     [[nodiscard]] Result pressGameMode();
     [[nodiscard]] Result setBrightness(int level);
-    [[nodiscard]] Result changeBrightness(int steps); ///< within the bounds of SettingsDocument
+    [[nodiscard]] Result changeBrightness(int steps); ///< as far as the brightness goes
+    [[nodiscard]] Result pressMacroKey();
     void attach();
     void remove();
 
 Q_SIGNALS:
     void sent(uint usagePage, uint usage, bool down);
+    void lightChanged(Backlight::Color color);
 
 private:
+    void announceRelease(HidUsage key);
+
     bool mIsAttached = true;
     bool mIsGameModeShown = false;
-    int mShownBrightness = 0;
+    OnTheFlyRecorder::State mShownOnTheFly = OnTheFlyRecorder::State::off;
+    VirtualLight mLight;
     QList<HidUsage> mPressed;
     QList<HidUsage> mSent;
 };

@@ -31,6 +31,8 @@ VirtualKeyboardAdaptor::VirtualKeyboardAdaptor(VirtualKeyboard &keyboard, Virtua
     : QDBusAbstractAdaptor(object), mKeyboard(keyboard), mObject(object)
 {
     connect(&mKeyboard, &VirtualKeyboard::sent, this, &VirtualKeyboardAdaptor::Sent);
+    connect(&mKeyboard, &VirtualKeyboard::lightChanged, this,
+            [this](Backlight::Color color) { Q_EMIT LightChanged(Backlight::colorText(color)); });
 }
 
 QList<uint> VirtualKeyboardAdaptor::pressedKeys() const
@@ -53,8 +55,9 @@ void VirtualKeyboardAdaptor::finish(VirtualKeyboard::Result result) const
                                 u"the keyboard is not attached"_s);
         return;
     case Result::noSuchKey:
-        mObject->sendErrorReply(QDBusError::InvalidArgs,
-                                u"page 7 has the keys 4 to 231, page 9 the buttons 1 to 255"_s);
+        mObject->sendErrorReply(
+            QDBusError::InvalidArgs,
+            u"page 7 has the keys 4 to 231, page 9 the buttons 1 to 255, page 12 the keys 121 and 122"_s);
         return;
     case Result::noSuchBrightness:
         mObject->sendErrorReply(QDBusError::InvalidArgs, u"the brightness levels are 0 to 4"_s);

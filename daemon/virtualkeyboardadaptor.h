@@ -32,6 +32,8 @@ class VirtualKeyboardAdaptor : public QDBusAbstractAdaptor
     Q_PROPERTY(bool Attached READ isAttached)
     Q_PROPERTY(bool GameMode READ isGameModeOn)
     Q_PROPERTY(int Brightness READ brightness)
+    Q_PROPERTY(QString Light READ light)
+    Q_PROPERTY(QString OnTheFly READ onTheFly)
     Q_PROPERTY(QString FirmwareVersion READ firmwareVersion)
     Q_PROPERTY(QList<uint> PressedKeys READ pressedKeys)
     Q_PROPERTY(QList<uint> SentKeys READ sentKeys)
@@ -42,6 +44,8 @@ public:
     [[nodiscard]] bool isAttached() const { return mKeyboard.isAttached(); }
     [[nodiscard]] bool isGameModeOn() const { return mKeyboard.isGameModeShown(); }
     [[nodiscard]] int brightness() const { return mKeyboard.shownBrightness(); }
+    [[nodiscard]] QString light() const { return Backlight::colorText(mKeyboard.shownLight()); }
+    [[nodiscard]] QString onTheFly() const { return OnTheFlyRecorder::stateName(mKeyboard.shownOnTheFly()); }
     [[nodiscard]] QString firmwareVersion() const { return mKeyboard.firmwareVersion(); }
     [[nodiscard]] QList<uint> pressedKeys() const;
     [[nodiscard]] QList<uint> sentKeys() const;
@@ -53,12 +57,14 @@ public Q_SLOTS:
     void PressGameMode() { finish(mKeyboard.pressGameMode()); }
     void PressBrightnessUp() { finish(mKeyboard.changeBrightness(1)); }
     void PressBrightnessDown() { finish(mKeyboard.changeBrightness(-1)); }
+    void PressMacroKey() { finish(mKeyboard.pressMacroKey()); }
     void SetBrightness(int level) { finish(mKeyboard.setBrightness(level)); }
     void Attach() { mKeyboard.attach(); }
     void Remove() { mKeyboard.remove(); }
 
 Q_SIGNALS:
     void Sent(uint usagePage, uint usage, bool down);
+    void LightChanged(const QString &color);
 
 private:
     void finish(VirtualKeyboard::Result result) const;

@@ -35,7 +35,6 @@ QVariantMap readKestraPlist()
 
 KeyboardKeysController::KeyboardKeysController(QObject *parent) : QObject(parent)
 {
-    mApplicationReader = [](const QString &chosenPath) { return QFileInfo(chosenPath).canonicalFilePath(); };
     buildView();
     connectActions();
 }
@@ -130,16 +129,18 @@ bool KeyboardKeysController::isKeyMapped(int code) const
     return entryForKey(code).isMapped();
 }
 
-QString KeyboardKeysController::activeProfileName() const
+std::optional<QString> KeyboardKeysController::activeProfileName() const
 {
     const qint32 active = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
-    return mAllProfilesArray.value(active).toMap().value(SettingsKeys::profileName).toString();
+    const QVariant name = mAllProfilesArray.value(active).toMap().value(SettingsKeys::profileName);
+    return name.typeId() == QMetaType::QString ? std::optional(name.toString()) : std::nullopt;
 }
 
 void KeyboardKeysController::updateUISettings()
 {
     mGameMode = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::gameMode)) != 0;
     mProfileNameLabel->setText(mKeysCurrentProfileDict.value(SettingsKeys::profileName).toString());
+    mPicture->light().show(Backlight::settingsOf(mKeysCurrentProfileDict));
     setupProfileSubMenu();
     setupMacroSubMenu();
     resetKeys();

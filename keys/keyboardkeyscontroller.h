@@ -22,7 +22,7 @@ class KeyMarksLegend;
 class KeyboardPicture;
 class PopUpButton;
 class QAction;
-class QFileDialog;
+class OpenPanel;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -35,10 +35,6 @@ class KeyboardKeysController : public QObject
     Q_OBJECT
 
 public:
-    /// The full path of the application at the chosen path, as its information says ("NSBundleResolvedPath");
-    /// empty when there is no application.
-    using ApplicationReader = std::function<QString(const QString &chosenPath)>;
-
     explicit KeyboardKeysController(QObject *parent = nullptr);
     ~KeyboardKeysController() override;
 
@@ -77,11 +73,8 @@ public:
     [[nodiscard]] qint32 singleKeyModifierCode() const { return mSingleKeyModifierCode; }
     [[nodiscard]] int selectedIndexOfMacroSubMenu() const { return mSelectedIndexOfMacroSubMenu; }
     [[nodiscard]] QVariantMap devicePlist() const { return mDevicePlist; }
-    [[nodiscard]] QFileDialog *openPanel() const; ///< null until one was opened
+    [[nodiscard]] OpenPanel *openPanel() const; ///< null until one was opened
     [[nodiscard]] KeyboardPicture *picture() const { return mPicture; }
-
-    /// What reads the chosen application. By default its canonical path is taken.
-    void setApplicationReader(ApplicationReader reader) { mApplicationReader = std::move(reader); }
 
     // What the main controller calls
     void populateUIControls();
@@ -126,7 +119,7 @@ public:
     void gameModeSwitch(const DistributedNotification &notification);
     void sheetDidEndReturnCodeContextInfo(Sheet *sheet, int returnCode, void *contextInfo);
     /// `returnCode`: 1 OK, 0 cancelled; any other does nothing.
-    void openPanelDidEndReturnCodeContextInfo(QFileDialog *panel, int returnCode, void *contextInfo);
+    void openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, void *contextInfo);
 
 private:
     void buildView();
@@ -142,6 +135,7 @@ private:
     void resetAssignmentTitles();
     void setPlaybackVisible(bool isVisible);
     void validateItems(const QMenu *menu);
+    void openSingleKeySheet();
     void openApplicationPanel();
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
     void updateDescriptions();
@@ -149,7 +143,8 @@ private:
     void setupSubMenu(int position, const QStringList &titles, void (KeyboardKeysController::*selector)(QAction *));
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
     [[nodiscard]] int selectedCode() const;
-    [[nodiscard]] QString activeProfileName() const;
+    /// Absent when "ActiveProfile" points to no profile: then no item is titled like it, not even one without a title.
+    [[nodiscard]] std::optional<QString> activeProfileName() const;
     /// What `entry` does, for the pop-up's title; absent where it points to nothing or there is no more to say.
     [[nodiscard]] std::optional<QString> assignmentDetail(const KeyMappings::Entry &entry) const;
     [[nodiscard]] QString assignmentDescription(const KeyMappings::Entry &entry) const;
@@ -185,7 +180,7 @@ private:
     QString mSelectedKey;
     QPointer<QWidget> mKeysWindow;
     DistributedNotificationCenter *mKeysNotificationCenter = nullptr;
-    QPointer<QFileDialog> mOpenPanel;
+    QPointer<OpenPanel> mOpenPanel;
     KeyButton *mCurrentButton = nullptr;
     QString mCurrentButtonValue;
     KeyButton *mPreviousButton = nullptr;
@@ -199,5 +194,4 @@ private:
     bool mIsFirstLaunch = true;
     bool mGameMode = false;
     bool mIsFunctionKeySelected = false;
-    ApplicationReader mApplicationReader;
 };

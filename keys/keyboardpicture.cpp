@@ -8,6 +8,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 #include <cmath>
@@ -64,8 +65,10 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
         if (!mTabStop && button->isSelectable())
             setTabStop(button);
     }
+    connect(&mLight, &PictureLight::changed, this, qOverload<>(&QWidget::update));
+    askForMotion();
     // As high as the width asks for; what is left over goes to the layout around it.
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 }
@@ -149,7 +152,27 @@ void KeyboardPicture::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::EnabledChange || event->type() == QEvent::PaletteChange)
         update();
+    if (event->type() == QEvent::StyleChange)
+        askForMotion();
     QWidget::changeEvent(event);
+}
+
+/// A desktop that asks for less motion gives its animations no time.
+void KeyboardPicture::askForMotion()
+{
+    mLight.setMotionAllowed(style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0);
+}
+
+void KeyboardPicture::showEvent(QShowEvent *event)
+{
+    mLight.setSeen(true);
+    QWidget::showEvent(event);
+}
+
+void KeyboardPicture::hideEvent(QHideEvent *event)
+{
+    mLight.setSeen(false);
+    QWidget::hideEvent(event);
 }
 
 void KeyboardPicture::paintEvent(QPaintEvent *)
@@ -157,6 +180,8 @@ void KeyboardPicture::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const bool isActive = std::ranges::any_of(mButtons, [](const KeyButton *button) { return button->isEnabled(); });
     paintKeyboardCase(painter, mCase, mUnit, palette(), isActive);
+    if (isActive)
+        mLight.paint(painter, mCase, mUnit);
     const QRectF place = wordmarkPlace.translated(border, border);
     paintWordmark(painter, QRectF(mCase.topLeft() + place.topLeft() * mUnit, place.size() * mUnit), mUnit,
                   localizedText("lkeyKeysWordmark"), palette(), isActive);

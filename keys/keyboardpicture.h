@@ -3,6 +3,7 @@
 #pragma once
 
 #include "keys/keygeometry.h"
+#include "keys/picturelight.h"
 
 #include <QHash>
 #include <QWidget>
@@ -25,6 +26,9 @@ public:
     /// The selectable key to go to from `from`: the nearest one in the direction of `arrow`; null when there is none.
     [[nodiscard]] KeyButton *neighbour(const KeyButton *from, Qt::Key arrow) const;
 
+    /// The light that shines between the keys; it follows what is shown there by itself.
+    [[nodiscard]] PictureLight &light() { return mLight; }
+
     /// Makes `button` the one stop in the tab order.
     void setTabStop(KeyButton *button);
 
@@ -37,9 +41,12 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     void layOut();
+    void askForMotion();
     void moveSelection(const KeyButton *from, Qt::Key arrow);
 
     QList<KeyButton *> mButtons;
@@ -47,4 +54,5 @@ private:
     KeyButton *mTabStop = nullptr;
     qreal mUnit = 0;
     QRectF mCase;
+    PictureLight mLight;
 };

@@ -8,14 +8,13 @@
 #include "keys/keylayout.h"
 #include "keys/keynames.h"
 #include "macros/eventparser.h"
+#include "platform/applicationinformation.h"
+#include "platform/filepanels.h"
 #include "platform/popupbutton.h"
-#include "platform/sheet.h"
 
 #include <QAction>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 
 #include <optional>
@@ -28,8 +27,6 @@ namespace {
 constexpr int manageTag = 0; // the first item of a sub-menu; the records follow with tags from 1
 constexpr int profilesTabIndex = 1;
 constexpr int macrosTabIndex = 2;
-constexpr int panelOK = 1;
-constexpr int panelCancel = 0;
 
 // The labels of the assignment pop-up's items; the position is also the meaning.
 constexpr const char *assignmentLabelKeys[] = {
@@ -190,14 +187,7 @@ void KeyboardKeysController::clickAssignFunction(QObject *)
         updateSelectedKeyCommandValueParamOneAndParamTwo(
             static_cast<int>(Assignment::defaultKey), KeyMappings::entryForKey(mDefaultDict, selectedCode()).param1, 0);
         break;
-    case KeyMappings::singleKeyPosition:
-        mSingleKeyInput->clear();
-        mSingleKeyWindow->beginSheet(mKeysWindow, [this](int returnCode) {
-            sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
-        });
-        if (mKeysDelegate)
-            mKeysDelegate->startSingleKeyRecording();
-        break;
+    case KeyMappings::singleKeyPosition: openSingleKeySheet(); break;
     case KeyMappings::launchProgramPosition: openApplicationPanel(); break;
     case KeyMappings::disablePosition:
         updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::disabled), 0, 0);
@@ -303,7 +293,7 @@ void KeyboardKeysController::validateItems(const QMenu *menu)
             validateMenuItem(item);
 }
 
-QFileDialog *KeyboardKeysController::openPanel() const
+OpenPanel *KeyboardKeysController::openPanel() const
 {
     return mOpenPanel;
 }
@@ -311,26 +301,20 @@ QFileDialog *KeyboardKeysController::openPanel() const
 void KeyboardKeysController::openApplicationPanel()
 {
     delete mOpenPanel.data();
-    mOpenPanel = new QFileDialog(mKeysWindow, Qt::Sheet);
+    mOpenPanel = new OpenPanel({localizedText("lkeyChooseApplication"), localizedText("lkeyApplicationFiles"),
+                                ApplicationInformation::fileTypes(), ApplicationInformation::startFolder()},
+                               mKeysWindow);
     mOpenPanel->setObjectName("mOpenPanel"_L1);
-    mOpenPanel->setWindowTitle(localizedText("lkeyKeysChooseApplication"));
-    mOpenPanel->setOption(QFileDialog::DontUseNativeDialog);
-    mOpenPanel->setAcceptMode(QFileDialog::AcceptOpen);
-    mOpenPanel->setFileMode(QFileDialog::ExistingFile);
-    mOpenPanel->setNameFilter(localizedFormat("lkeyKeysApplicationFilter", {u"*.app *.desktop"_s}));
-    // Where the desktop keeps its applications elsewhere, the panel starts there.
-    mOpenPanel->setDirectory(QFileInfo::exists(u"/Applications/"_s) ? u"/Applications/"_s
-                                                                    : u"/usr/share/applications/"_s);
-    mOpenPanel->setWindowModality(Qt::WindowModal);
     connect(mOpenPanel, &QDialog::finished, this,
             [this](int result) { openPanelDidEndReturnCodeContextInfo(mOpenPanel, result, nullptr); });
     mOpenPanel->open();
 }
 
-void KeyboardKeysController::openPanelDidEndReturnCodeContextInfo(QFileDialog *panel, int returnCode, void *)
+void KeyboardKeysController::openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, void *)
 {
     if (returnCode == panelOK) {
-        const QString path = mApplicationReader(panel->selectedFiles().value(0));
+        const QVariantMap information = ApplicationInformation::read(panel->chosenPath()).value_or(QVariantMap());
+        const QString path = information.value(ApplicationInformation::resolvedPathKey).toString();
         if (path.isEmpty())
             updatePopUpSelection(); // nothing there that could be launched
         else

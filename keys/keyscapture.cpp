@@ -14,6 +14,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QStyle>
 
 using KeyMappings::Assignment;
@@ -26,6 +27,18 @@ void KeyboardKeysController::registerNotification()
                                          [this](const DistributedNotification &posted) { gameModeSwitch(posted); });
 }
 
+void KeyboardKeysController::openSingleKeySheet()
+{
+    mSingleKeyInput->clear();
+    mSingleKeyInput->setFocus();
+    mSingleKeyOK->setDefault(false);
+    mSingleKeyWindow->beginSheet(mKeysWindow, [this](int returnCode) {
+        sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
+    });
+    if (mKeysDelegate)
+        mKeysDelegate->startSingleKeyRecording();
+}
+
 void KeyboardKeysController::singleKeyEvents(const DistributedNotification &notification)
 {
     if (!mView)
@@ -34,6 +47,7 @@ void KeyboardKeysController::singleKeyEvents(const DistributedNotification &noti
     mSingleKeyModifierCode = PlistNumbers::integerValue(notification.userInfo.value(DaemonProtocol::singleKeyModifier));
     mSingleKeyInput->clear();
     mSingleKeyInput->setText(eventParser::getStringWithHIDWithModifier(mSingleKeyHIDCode, mSingleKeyModifierCode));
+    mSingleKeyOK->setDefault(true);
 }
 
 void KeyboardKeysController::clickSingleKeyOK(QObject *)

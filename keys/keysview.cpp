@@ -188,7 +188,10 @@ void KeyboardKeysController::buildSingleKeySheet()
     mSingleKeyInput->setAlignment(Qt::AlignHCenter);
     mSingleKeyCancel = makeButton("mSingleKeyCancel"_L1, "lkeyCancel");
     mSingleKeyOK = makeButton("mSingleKeyOK"_L1, "lkeyOK");
-    mSingleKeyOK->setDefault(true);
+    // The sheet asks for a key, so Return, Enter and Space of a keyboard that the daemon does not own press no button
+    // before a key was captured. From then on Return is OK; Escape cancels at any time.
+    mSingleKeyCancel->setAutoDefault(false);
+    mSingleKeyOK->setAutoDefault(false);
     mSingleKeyWindow->setCancelButton(mSingleKeyCancel);
 
     auto *buttons = new QHBoxLayout;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/keyboardlightingcontroller.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "app/util/text.h"
+#include "lighting/backlight.h"
 #include "lighting/lightingdelegate.h"
 #include "platform/addresses.h"
 #include "platform/colorwell.h"
@@ -19,9 +21,11 @@
 #include <QSignalBlocker>
 #include <QSlider>
 
+using PlistNumbers::integerValue;
+
 namespace {
 
-constexpr int restoredBrightness = 4;
+constexpr int restoredBrightness = Backlight::maximumBrightness;
 constexpr double maximumComponent = 65535; // of a 64-bit colour
 
 QColor colorFromRecord(const QVariantMap &record)
@@ -61,17 +65,17 @@ void KeyboardLightingController::updateUISettings()
     if (!mLightingSettingsDict)
         return;
     const QVariantMap &record = *mLightingSettingsDict;
-    mMain->setChecked(record.value(SettingsKeys::backlightLed).toInt() != 0);
+    mMain->setChecked(integerValue(record.value(SettingsKeys::backlightLed)) != 0);
     mProfileNameLabel->setText(record.value(SettingsKeys::profileName).toString());
-    showBrightness(record.value(SettingsKeys::brightnessKbNormal).toInt());
-    mEnableAddOnHighlight->setChecked(record.value(SettingsKeys::gameLightingOn).toInt() != 0);
+    showBrightness(integerValue(record.value(SettingsKeys::brightnessKbNormal)));
+    mEnableAddOnHighlight->setChecked(integerValue(record.value(SettingsKeys::gameLightingOn)) != 0);
     const QVariantList colors = record.value(SettingsKeys::ledKbColors).toList();
     if (!colors.isEmpty())
         mMainColor->setColor(colorFromRecord(colors.first().toMap()));
     const QVariant effect = record.value(SettingsKeys::ledKbEffects);
-    if (effect.isValid() && effect.toInt() == fixedColor)
+    if (effect.isValid() && integerValue(effect) == Backlight::fixedColorEffect)
         mLighting->selectRow(fixedColorRow);
-    else if (effect.toInt() == spectrumCycling)
+    else if (integerValue(effect) == Backlight::spectrumCyclingEffect)
         mLighting->selectRow(spectrumCyclingRow);
 }
 
@@ -164,9 +168,9 @@ void KeyboardLightingController::brightnessValueChange(QObject *)
 void KeyboardLightingController::selectColor(QObject *)
 {
     if (mLighting->selectedRow() == fixedColorRow)
-        send({{SettingsKeys::backlightLed, 1}, {SettingsKeys::ledKbEffects, int(fixedColor)}});
+        send({{SettingsKeys::backlightLed, 1}, {SettingsKeys::ledKbEffects, Backlight::fixedColorEffect}});
     else if (mLighting->selectedRow() == spectrumCyclingRow)
-        send({{SettingsKeys::ledKbEffects, int(spectrumCycling)}});
+        send({{SettingsKeys::ledKbEffects, Backlight::spectrumCyclingEffect}});
 }
 
 void KeyboardLightingController::selectSpectrumCycling(QObject *)

@@ -51,7 +51,9 @@ public:
     void setMDefaultDict(const QVariantMap &profile) { mDefaultDict = profile; }
     void setMDeviceSettingsDict(const QVariantMap &settings) { mDeviceSettingsDict = settings; }
     void setMLightingSettingsDict(const std::optional<QVariantMap> &profile) { mLightingSettingsDict = profile; }
-    /// Neither is owned.
+    // The next four are not owned and must live as long as they are set.
+    void setMDriverVersion(QLabel *label) { mDriverVersion = label; }
+    void setMFirmwareVersion(QLabel *label) { mFirmwareVersion = label; }
     void setMLightingDelegate(LightingDelegate *delegate) { mLightingDelegate = delegate; }
     void setMLightingWindow(QWidget *window) { mLightingWindow = window; }
     /// Shows the record handed over last. Does nothing before there is one.
@@ -91,7 +93,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum Effect { fixedColor = 0, spectrumCycling = 4 }; ///< values of "LEDKBEffects"
     enum EffectRow { fixedColorRow = 0, spectrumCyclingRow = 1 };
 
     void buildView();

@@ -3,6 +3,7 @@
 #include "lighting/keyboardlightingcontroller.h"
 
 #include "app/util/text.h"
+#include "lighting/backlight.h"
 #include "lighting/tickcaptions.h"
 #include "platform/colorwell.h"
 #include "platform/radiogroup.h"
@@ -22,7 +23,8 @@ namespace {
 
 constexpr int groupSpacing = 16;
 // Four captions for five levels: the level between normal and bright has none.
-constexpr int offLevel = 0, dimLevel = 1, normalLevel = 2, brightLevel = 4;
+constexpr int offLevel = Backlight::minimumBrightness, dimLevel = 1, normalLevel = 2;
+constexpr int brightLevel = Backlight::maximumBrightness;
 
 } // namespace
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The macro list and the state of the tab's controls; recording and event editing are in keyboardmacrosrecording.cpp.
+// The tables of the macros tab and the state of its controls. The list's commands are in keyboardmacroslist.cpp, the
+// recording in keyboardmacrosrecording.cpp, the editing of events in keyboardmacrosevents.cpp.
 #include "macros/keyboardmacroscontroller.h"
 
 #include "app/util/daemonprotocol.h"
 #include "app/util/settingskeys.h"
 #include "app/util/text.h"
-#include "app/util/uniquename.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
@@ -19,19 +19,6 @@
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The name a new macro is stored under, whatever the language of the interface.
-constexpr QLatin1StringView newMacroName{"Untitled Macro"};
-constexpr int nameColumn = 0;
-
-QString nameOf(const QVariantMap &macro)
-{
-    return macro.value(SettingsKeys::macroName).toString();
-}
-
-} // namespace
 
 KeyboardMacrosController::KeyboardMacrosController(QObject *parent) : QObject(parent)
 {
@@ -115,15 +102,6 @@ bool KeyboardMacrosController::validateMenuItem(const QAction *item) const
     return MacroCommands::isEnabledForList(tag, macroRow() >= 0);
 }
 
-QString KeyboardMacrosController::checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
-                                                                             const QString &name) const
-{
-    QStringList names;
-    for (const QVariant &macro : macros)
-        names.append(nameOf(macro.toMap()));
-    return uniqueName(names, name);
-}
-
 // Following the main controller
 
 void KeyboardMacrosController::setControlsState(bool isEnabled)
@@ -136,10 +114,17 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
         enableDeleteEventBySelection();
 }
 
+void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macros)
+{
+    mMacrosSettingsArray = macros;
+    mAreRecordsStale = false;
+}
+
 void KeyboardMacrosController::refreshTableDisplay()
 {
     mMacroTableView->reloadData();
     mMacroDetailsTableView->reloadData();
+    fetchChangedLines();
     updateEventPart();
 }
 
@@ -149,6 +134,7 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
     for (const QVariant &line : lines)
         mMacroDetailsArray.append(line.toString());
     mMacroDetailsTableView->reloadData();
+    updatePlaceholders();
     updateEventButtons();
 }
 
@@ -193,7 +179,18 @@ void KeyboardMacrosController::updateEventPart()
     const bool isHidden = macroRow() < 0;
     if (mNoMacroLabel->isHidden() == isHidden)
         setStateOfMacroDetailsTableWithState(isHidden);
+    updatePlaceholders();
     updateEventButtons();
+}
+
+/// Says what to do where there is nothing to see.
+void KeyboardMacrosController::updatePlaceholders()
+{
+    const bool hasMacros = !mMacrosSettingsArray.isEmpty();
+    mMacroTableView->setPlaceholderText(hasMacros ? QString() : localizedText("lkeyNoMacros"));
+    mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
+    const bool isRecording = mIsRecording || mIsAppendMacro;
+    mMacroDetailsTableView->setPlaceholderText(localizedText(isRecording ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }
 
 /// While a recording or a capture runs, only the record button is on; while a name is edited, none is.
@@ -207,101 +204,6 @@ void KeyboardMacrosController::updateEventButtons()
     mRecordMacroDetails->setEnabled(mHasDeviceConnected && !isRenaming);
 }
 
-// Adding, renaming, deleting
-
-void KeyboardMacrosController::clickAddMacro(QObject *)
-{
-    mMacroTableView->deselectAll();
-    mIsAddMacro = true;
-    const QVariantMap macro{
-        {SettingsKeys::macroName, checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, newMacroName)},
-        {SettingsKeys::delay, MacroRecord::standardDelayMs},
-        {DaemonProtocol::responsePortName, QString(DaemonProtocol::configuratorReplyPortName)},
-        {SettingsKeys::sequence, QVariantMap()},
-    };
-    mMacrosSettingsArray.append(macro);
-    updateSelectedMacroWithMacroDetails({});
-    mMacroTableView->reloadData();
-    const int last = int(mMacrosSettingsArray.size()) - 1;
-    mMacroTableView->selectRow(last);
-    mMacroTableView->editColumnRow(nameColumn, last, true);
-    if (mMacroDelegate)
-        mMacroDelegate->addMacroWithSettings(macro);
-    mIsAddMacro = false;
-}
-
-void KeyboardMacrosController::startRenaming()
-{
-    mEditedRow = macroRow();
-    mIsRenamingMacroName = true;
-    mMacroTableView->editColumnRow(nameColumn, mEditedRow, true);
-    updateEventButtons();
-}
-
-void KeyboardMacrosController::renameMacro(int row, const QString &newName)
-{
-    QVariantMap macro = macroAt(row);
-    if (macro.isEmpty())
-        return;
-    // With its name blanked and moved to the end, the macro's own old name is no collision.
-    macro[SettingsKeys::macroName] = QString();
-    mMacrosSettingsArray.removeAt(row);
-    mMacrosSettingsArray.append(macro);
-    const QString name = checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, newName);
-    macro[SettingsKeys::macroName] = name;
-    // This replaces the macro that followed. Deliberate: the reload after the rename brings the daemon's list anew.
-    mMacrosSettingsArray[row] = macro;
-    if (mMacroDelegate)
-        mMacroDelegate->renameMacroAtIndexWithNewName(macroRow(), name);
-    mIsRenamingMacroName = false;
-    mEditedRow = -1;
-}
-
-void KeyboardMacrosController::clickDeleteMacro(QObject *)
-{
-    if (macroRow() < 0)
-        return;
-    const AlertTexts texts{localizedFormat("lkeyDeleteMacroAlertTitle", {nameOf(macroAt(macroRow()))}),
-                           localizedText("lkeyDeleteMacroAlertDesc"), localizedText("lkeyOK"),
-                           localizedText("lkeyCancel")};
-    showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {
-        if (self)
-            self->sheetDidEndReturnCodeContextInfo(returnCode, confirmDelete);
-    });
-}
-
-void KeyboardMacrosController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)
-{
-    if (context == confirmDelete && returnCode == alertFirstButtonReturn)
-        deleteMacro();
-}
-
-void KeyboardMacrosController::deleteMacro()
-{
-    const int row = macroRow();
-    if (row < 0)
-        return;
-    if (mMacroDelegate)
-        mMacroDelegate->deleteMacroAtIndex(row);
-    mMacroTableView->reloadData();
-    fetchLines();
-    const int count = int(mMacrosSettingsArray.size());
-    if (count == 0)
-        setStateOfMacroDetailsTableWithState(true);
-    mMacroTableView->selectRow(row < count - 1 ? row : count - 1);
-    mMacroTableView->setFocus();
-}
-
-void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)
-{
-    switch (item->data().toInt()) {
-    case MacroCommands::rename: startRenaming(); break;
-    case MacroCommands::newMacro: clickAddMacro(nullptr); break;
-    case MacroCommands::deleteMacro: clickDeleteMacro(nullptr); break;
-    default: break;
-    }
-}
-
 // The tables
 
 int KeyboardMacrosController::numberOfRowsInTableView(TableView *tableView)
@@ -311,8 +213,11 @@ int KeyboardMacrosController::numberOfRowsInTableView(TableView *tableView)
 
 QVariant KeyboardMacrosController::tableViewObjectValueForTableColumnRow(TableView *, const QString &column, int row)
 {
-    if (column == "macroName"_L1)
-        return row >= 0 && row < mMacrosSettingsArray.size() ? QVariant(nameOf(macroAt(row))) : QVariant();
+    // A name that is fetched also brings the event part up to date with the selection.
+    if (column == "macroName"_L1) {
+        updateEventPart();
+        return row >= 0 && row < mMacrosSettingsArray.size() ? QVariant(MacroRecord::name(macroAt(row))) : QVariant();
+    }
     return row >= 0 && row < mMacroDetailsArray.size() ? QVariant(mMacroDetailsArray.at(row).trimmed()) : QVariant();
 }
 
@@ -330,8 +235,29 @@ void KeyboardMacrosController::tableViewSelectionDidChange(TableView *tableView)
     updateEventPart();
 }
 
+QIcon KeyboardMacrosController::tableViewImageForTableColumnRow(TableView *tableView, const QString &, int row)
+{
+    if (tableView != mMacroDetailsTableView || row < 0 || row >= mMacroDetailsArray.size())
+        return {};
+    return mEventIcons.icon(eventLineKind(mMacroDetailsArray.at(row)), tableView->palette());
+}
+
 void KeyboardMacrosController::fetchLines()
 {
-    if (mMacroDelegate && macroRow() >= 0)
-        mMacroDelegate->getMacroDetailsForMacroAtIndex(macroRow());
+    if (!mMacroDelegate || macroRow() < 0)
+        return;
+    mFetchedMacro = macroAt(macroRow());
+    mMacroDelegate->getMacroDetailsForMacroAtIndex(macroRow());
+}
+
+void KeyboardMacrosController::fetchChangedLines()
+{
+    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecordingOrCapturing())
+        return;
+    // Another client may have deleted a macro above this one, or edited this one's events.
+    const QVariantMap macro = macroAt(macroRow());
+    for (const QLatin1StringView key : {SettingsKeys::macroId, SettingsKeys::sequence}) {
+        if (macro.value(key) != mFetchedMacro.value(key))
+            return fetchLines();
+    }
 }

@@ -3,6 +3,7 @@
 // Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
 #pragma once
 
+#include "macros/eventicons.h"
 #include "macros/macrocommands.h"
 #include "platform/sheet.h"
 #include "platform/tableview.h"
@@ -18,10 +19,12 @@ class MacroDelegate;
 class NSTableViewMacroDetailsSubClass;
 class NSTableViewMacroSubClass;
 class NumberOnlyTextField;
+class OpenPanel;
 class QAction;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class SavePanel;
 
 class KeyboardMacrosController : public QObject, public TableViewDataSource
 {
@@ -52,7 +55,7 @@ public:
     void awakeFromNib();
     /// Not owned; it must outlive the controller.
     void setNotificationCenter(DistributedNotificationCenter *center) { mNotificationCenter = center; }
-    void setMMacrosSettingsArray(const QVariantList &macros) { mMacrosSettingsArray = macros; }
+    void setMMacrosSettingsArray(const QVariantList &macros);
     /// Neither is owned.
     void setMMacroDelegate(MacroDelegate *delegate) { mMacroDelegate = delegate; }
     void setMMacrosWindow(QWidget *window) { mMacrosWindow = window; }
@@ -76,7 +79,13 @@ public:
     void clickDeleteMacro(QObject *sender);
     void clickMacroSettingsMenuItem(const QAction *item);
     void deleteMacro();
+    /// `context`: a SheetContext.
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
+    /// Asks for a file to import a macro from.
+    void loadPanel();
+    void openPanelDidEndReturnCodeContextInfo(int returnCode);
+    /// Asks for a file to export the selected macro to.
+    void loadSaveAsPanel();
     /// `name`, or `name` with a number when a record in `macros` bears it; the rule is uniqueName().
     [[nodiscard]] QString checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
                                                                      const QString &name) const;
@@ -104,11 +113,18 @@ public:
     void tableViewSetObjectValueForTableColumnRow(TableView *tableView, const QVariant &value, const QString &column,
                                                   int row) override;
     void tableViewSelectionDidChange(TableView *tableView) override;
+    /// An arrow or a clock before each line of the event list.
+    QIcon tableViewImageForTableColumnRow(TableView *tableView, const QString &column, int row) override;
+
+    /// Keeps the keys that are being recorded from pressing buttons and choosing commands of this window.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void buildView();
     QWidget *buildMacroList();
     QWidget *buildEventList();
+    void connectKeys();
+    void setTabOrder();
     void buildDelaySheet();
     void buildEventSheet();
     QPushButton *makeButton(QPushButton *&field, const char *name, const char *textKey,
@@ -119,10 +135,17 @@ private:
     [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty when there is no such row
     [[nodiscard]] MacroCommands::EventListState eventListState() const;
 
+    void exportMacroToFile(const QString &path);
+    void importMacroFromFile(const QString &path);
     void renameMacro(int row, const QString &newName);
     void startRenaming();
     void fetchLines();
+    /// The same, if the lines shown are no longer those of the selected macro.
+    void fetchChangedLines();
+    /// Fetches the lines after a command that changed the events.
+    void eventsWereEdited();
     void updateEventPart();
+    void updatePlaceholders();
     void updateEventButtons();
     void enableDeleteEventBySelection();
     void setRecordButton(bool readsStop);
@@ -164,9 +187,14 @@ private:
     QPushButton *mMacroEventEditOK = nullptr;
     QPushButton *mMacroEventEditCancel = nullptr;
 
+    QPointer<OpenPanel> mOpenPanel; ///< each until the next is opened
+    QPointer<SavePanel> mSavePanel;
+
     QVariantList mMacrosSettingsArray;
     QStringList mMacroDetailsArray;
     QVariantMap mSequenceDict; ///< the event record being edited
+    QVariantMap mFetchedMacro; ///< the record whose lines were fetched last
+    EventIcons mEventIcons;
     QPointer<QWidget> mMacrosWindow;
     DistributedNotificationCenter *mNotificationCenter = nullptr;
     MacroDelegate *mMacroDelegate = nullptr;
@@ -175,6 +203,8 @@ private:
     quint8 mMacroEventEditHIDCode = 0; ///< the key captured for the edited event; 0 for none
     bool mIsAddMacro = false;          ///< an add is going on: the daemon does not know the new row yet
     bool mIsRenamingMacroName = false; ///< a rename was started from a menu
+    bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
+    bool mIsReplacingLines = false;    ///< an operation goes on that fetches the lines at its end
     bool mIsRecording = false;         ///< a new recording runs
     bool mIsStopRecording = false;     ///< the last recording was stopped: late lines are ignored
     bool mIsAppendMacro = false;       ///< an appended recording runs

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -36,6 +37,13 @@ QLabel *makeLabel(const char *name, const char *textKey)
     auto *label = new QLabel(localizedText(textKey));
     label->setObjectName(QLatin1StringView(name));
     return label;
+}
+
+/// For a button whose title is too short to stand alone: what it does, as its tool tip and for screen readers.
+void describe(QPushButton *button, const char *textKey)
+{
+    button->setToolTip(localizedText(textKey));
+    button->setAccessibleName(localizedText(textKey));
 }
 
 /// A label over a field over two buttons at the right.
@@ -76,6 +84,7 @@ QWidget *KeyboardMacrosController::buildMacroList()
     mMacroTableView->setAccessibleName(localizedText("lkeyMacroList"));
     mMacroTableView->addColumn({u"macroName"_s, localizedText("lkeyMacroList"), TableCell::text, true, true});
     connect(mMacroTableView, &TableView::editedRowChanged, this, &Self::updateEventButtons);
+    mMacroTableView->horizontalHeader()->hide(); // the label says it
     mMacroScrollView = makeScrollView(mMacroTableView, "mMacroScrollView"_L1);
     mSettingsMacro = new PulldownButton;
     mSettingsMacro->setObjectName("mSettingsMacro"_L1);
@@ -85,12 +94,15 @@ QWidget *KeyboardMacrosController::buildMacroList()
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(makeButton(mAddMacro, "mAddMacro", "lkeyAddMacro", &Self::clickAddMacro));
     buttons->addWidget(makeButton(mDeleteMacro, "mDeleteMacro", "lkeyDeleteMacro", &Self::clickDeleteMacro));
+    describe(mAddMacro, "lkeyAddMacroTip");
+    describe(mDeleteMacro, "lkeyDeleteMacroTip");
     buttons->addWidget(mSettingsMacro);
     buttons->addStretch();
     auto *part = new QWidget;
     auto *column = new QVBoxLayout(part);
     column->setContentsMargins({});
-    column->setSpacing(12);
+    column->setSpacing(8);
+    column->addWidget(makeLabel("mMacroListLabel", "lkeyMacroListLabel"));
     column->addWidget(mMacroScrollView, 1);
     column->addLayout(buttons);
     return part;
@@ -105,6 +117,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     mMacroDetailsTableView->setObjectName("mMacroDetailsTableView"_L1);
     mMacroDetailsTableView->setAccessibleName(localizedText("lkeyMacroEvents"));
     mMacroDetailsTableView->addColumn({u"command"_s, localizedText("lkeyMacroEvents"), TableCell::text, false, true});
+    mMacroDetailsTableView->horizontalHeader()->hide();
     mMacroDetailsScrollView = makeScrollView(mMacroDetailsTableView, "mMacroDetailsScrollView"_L1);
     mSettingsMacroDetails = new PulldownButton;
     mSettingsMacroDetails->setObjectName("mSettingsMacroDetails"_L1);
@@ -112,6 +125,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     mSettingsMacroDetails->setToolTip(localizedText("lkeyMacroEventCommands"));
     makeButton(mRecordMacroDetails, "mRecordMacroDetails", "lkeyRecord", &Self::clickRecordMacroDetails);
     mRecordMacroDetails->setCheckable(true);
+    mRecordMacroDetails->setIcon(EventIcons::recordIcon(false));
     mNoMacroLabel = makeLabel("mNoMacroLabel", "lkeyNoMacroSelected");
     mNoMacroLabel->setAlignment(Qt::AlignCenter);
     mNoMacroLabel->setWordWrap(true);
@@ -124,10 +138,12 @@ QWidget *KeyboardMacrosController::buildEventList()
     buttons->addWidget(mSettingsMacroDetails);
     buttons->addStretch();
     buttons->addWidget(mRecordMacroDetails);
+    describe(mAddMacroDetails, "lkeyAppendEventsTip");
+    describe(mDeleteMacroDetails, "lkeyDeleteSelectedEventTip");
     auto *part = new QWidget;
     auto *column = new QVBoxLayout(part);
     column->setContentsMargins({});
-    column->setSpacing(12);
+    column->setSpacing(8);
     column->addWidget(mMacroAssignmentLabel);
     column->addWidget(mMacroDetailsScrollView, 1);
     column->addWidget(mNoMacroLabel, 1);
@@ -178,4 +194,41 @@ void KeyboardMacrosController::buildView()
     buildEventSheet();
     mMacroTableView->setDataSource(this);
     mMacroDetailsTableView->setDataSource(this);
+    connectKeys();
+    setTabOrder();
+}
+
+/// The keys that a desktop's lists know; each is off while its button or list is.
+void KeyboardMacrosController::connectKeys()
+{
+    const auto addKey = [this](QWidget *table, QKeySequence key, auto action) {
+        auto *shortcut = new QShortcut(key, table);
+        shortcut->setContext(Qt::WidgetShortcut); // not in a name's editor
+        connect(shortcut, &QShortcut::activated, this, action);
+    };
+    const auto editEvent = [this] {
+        if (mSettingsMacroDetails->isEnabled())
+            editSelectedEvent();
+    };
+    const auto rename = [this] {
+        if (mSettingsMacro->isEnabled() && macroRow() >= 0)
+            startRenaming();
+    };
+    addKey(mMacroTableView, Qt::Key_Delete, [this] { mDeleteMacro->click(); });
+    addKey(mMacroDetailsTableView, Qt::Key_Delete, [this] { mDeleteMacroDetails->click(); });
+    for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Return, Qt::Key_Enter}) {
+        addKey(mMacroTableView, key, rename);
+        addKey(mMacroDetailsTableView, key, editEvent);
+    }
+    connect(mMacroDetailsTableView, &TableView::doubleClicked, this, editEvent);
+}
+
+/// As the controls stand, from left to right and down.
+void KeyboardMacrosController::setTabOrder()
+{
+    const QList<QWidget *> controls{
+        mMacroTableView,  mAddMacro,           mDeleteMacro,          mSettingsMacro,     mMacroDetailsTableView,
+        mAddMacroDetails, mDeleteMacroDetails, mSettingsMacroDetails, mRecordMacroDetails};
+    for (qsizetype index = 1; index < controls.size(); ++index)
+        QWidget::setTabOrder(controls.at(index - 1), controls.at(index));
 }

@@ -26,6 +26,8 @@ public:
     virtual void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &event) = 0;
     /// The event record; empty when no reply came.
     virtual QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) = 0;
+    /// Hands over the macros anew, with the events as edited since; nothing without a reply.
+    virtual void reloadMacros() {}
     virtual void startEditHID() = 0;
     virtual void stopSingleKeyRecording() = 0;
 };

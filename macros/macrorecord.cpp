@@ -55,6 +55,12 @@ QVariantMap MacroRecord::eventRecord(const Event &event)
             {SettingsKeys::argument, static_cast<int>(event.argument)}};
 }
 
+QString MacroRecord::name(const QVariantMap &macro)
+{
+    const QVariant name = macro.value(SettingsKeys::macroName);
+    return name.typeId() == QMetaType::QString ? name.toString() : QString();
+}
+
 QVariantList MacroRecord::events(const QVariantMap &macro)
 {
     return macro.value(SettingsKeys::sequence).toMap().value(eventsKey).toList();

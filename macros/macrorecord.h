@@ -3,6 +3,7 @@
 // functions without state; any thread may call them. A record's keys that are not named here are kept as they are.
 #pragma once
 
+#include <QString>
 #include <QVariantList>
 #include <QVariantMap>
 
@@ -37,6 +38,8 @@ struct Event
 [[nodiscard]] Event eventFields(const QVariantMap &event); ///< absent keys read as 0
 [[nodiscard]] QVariantMap eventRecord(const Event &event);
 
+/// "MacroName"; empty when it has none that is text.
+[[nodiscard]] QString name(const QVariantMap &macro);
 /// The events of a macro record, in order; empty when it has none.
 [[nodiscard]] QVariantList events(const QVariantMap &macro);
 /// `macro` with `events` in the place of its own.

@@ -1,24 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "platform/helpviewer.h"
 
-#include <QDesktopServices>
+#include "platform/helpwindow.h"
+
 #include <QDir>
 #include <QPointer>
-#include <QTextBrowser>
-#include <QUrl>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
-struct HelpBook
+struct RegisteredBook
 {
     QString title;
     QString folder;
 };
 
-HelpBook registeredBook;
-QPointer<QTextBrowser> viewer;
+RegisteredBook registeredBook;
+QPointer<HelpWindow> viewer;
 
 } // namespace
 
@@ -33,15 +30,11 @@ void HelpViewer::gotoPage(const QString &page)
     if (registeredBook.folder.isEmpty())
         return;
     if (!viewer) {
-        viewer = new QTextBrowser;
-        viewer->setObjectName(u"helpViewer"_s);
+        viewer = new HelpWindow(registeredBook.title, registeredBook.folder);
         viewer->setAttribute(Qt::WA_DeleteOnClose);
         viewer->setAttribute(Qt::WA_QuitOnClose, false);
-        viewer->setOpenExternalLinks(true);
-        viewer->resize(760, 640);
     }
-    viewer->setWindowTitle(registeredBook.title);
-    viewer->setSource(QUrl::fromLocalFile(QDir(registeredBook.folder).filePath(page)));
+    viewer->gotoPage(page);
     viewer->show();
     viewer->raise();
     viewer->activateWindow();

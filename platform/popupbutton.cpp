@@ -2,6 +2,7 @@
 #include "platform/popupbutton.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QStyleOptionComboBox>
@@ -45,7 +46,7 @@ int menuItemTag(const QAction *item)
     return item->data().toInt();
 }
 
-PopUpButton::PopUpButton(QWidget *parent) : QPushButton(parent), mMenu(new QMenu(this))
+PopUpButton::PopUpButton(QWidget *parent) : QPushButton(parent), mMenu(new QMenu(this)), mGroup(new QActionGroup(this))
 {
     // Not QPushButton::setMenu(): that opens the menu with an event loop of its own and blocks the caller.
     connect(this, &QAbstractButton::pressed, this, &PopUpButton::openMenu);
@@ -86,6 +87,8 @@ void PopUpButton::addItemWithTitle(const QString &title, int tag)
 {
     QAction *item = addMenuItem(mMenu, title, tag);
     item->setCheckable(true);
+    // One of many: the selected item has a mark, the others have no empty box to tick.
+    mGroup->addAction(item);
     connect(item, &QAction::triggered, this, [this, item] { pick(item); });
     mItems.append(item);
     if (mSelectedIndex < 0)

@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 class QAction;
+class QActionGroup;
 class QMenu;
 
 /// Selecting an item by selectItemAtIndex() is silent; an item picked by the user (or triggered through its QAction)
@@ -56,6 +57,7 @@ private:
     [[nodiscard]] QSize sizeForTitle(const QString &title) const;
 
     QMenu *mMenu;
+    QActionGroup *mGroup;
     QList<QAction *> mItems;
     int mSelectedIndex = -1;
     QString mShownTitle;

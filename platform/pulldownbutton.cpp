@@ -5,8 +5,11 @@
 #include "app/util/text.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QIcon>
+#include <QImage>
 #include <QMenu>
+#include <QPainter>
 #include <QStyleOptionToolButton>
 
 using namespace Qt::StringLiterals;
@@ -30,10 +33,31 @@ void PulldownButton::setImages(const QString &onImage, const QString &offImage)
 
 void PulldownButton::loadImages()
 {
+    const auto isDark = [this] {
+        return palette().color(QPalette::ButtonText).lightness() > palette().color(QPalette::Button).lightness();
+    };
+    const auto load = [&](const QString &name, QPalette::ColorGroup group) {
+        QImage image(resourcePath(u"images/"_s + name));
+        // The pictures are dark: on a dark button they take the colour of its text.
+        if (isDark() && !image.isNull()) {
+            image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+            QPainter painter(&image);
+            painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+            painter.fillRect(image.rect(), palette().color(group, QPalette::ButtonText));
+        }
+        return QPixmap::fromImage(image);
+    };
     QIcon icon;
-    icon.addFile(resourcePath(u"images/"_s + mOnImage), {}, QIcon::Normal);
-    icon.addFile(resourcePath(u"images/"_s + mOffImage), {}, QIcon::Disabled);
+    icon.addPixmap(load(mOnImage, QPalette::Normal), QIcon::Normal);
+    icon.addPixmap(load(mOffImage, QPalette::Disabled), QIcon::Disabled);
     setIcon(icon);
+}
+
+void PulldownButton::changeEvent(QEvent *event)
+{
+    QToolButton::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !icon().isNull() && !mOnImage.isEmpty())
+        loadImages();
 }
 
 void PulldownButton::showEvent(QShowEvent *event)

@@ -42,6 +42,7 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionToolButton *option) const override;
+    void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:

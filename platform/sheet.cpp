@@ -82,6 +82,7 @@ Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd)
     description->setWordWrap(true);
 
     auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
     buttons->addStretch();
     const auto addButton = [&](const QString &text, QLatin1StringView name, int returnCode) {
         auto *button = new QPushButton(text);

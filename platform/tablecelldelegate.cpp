@@ -54,6 +54,19 @@ void TableCellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     painter->drawRect(cell.rect.adjusted(0, 0, -1, -1));
 }
 
+void TableCellDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    const bool isSelected = option->state.testFlag(QStyle::State_Selected);
+    if (option->icon.isNull() || !isSelected || option->state.testFlag(QStyle::State_Enabled))
+        return;
+    // In a disabled table a selected row keeps its bright text; its picture would be dark.
+    QIcon icon;
+    icon.addPixmap(option->icon.pixmap(option->decorationSize, mView->devicePixelRatioF(), QIcon::Selected),
+                   QIcon::Disabled);
+    option->icon = icon;
+}
+
 QWidget *TableCellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
 {
     auto *editor = new QLineEdit(parent);

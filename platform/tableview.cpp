@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 
 namespace {
@@ -54,6 +55,14 @@ void TableView::setDataSource(TableViewDataSource *source)
     mSource = source;
     mModel->setSource(source);
     reloadData();
+}
+
+void TableView::setPlaceholderText(const QString &text)
+{
+    if (text == mPlaceholderText)
+        return;
+    mPlaceholderText = text;
+    viewport()->update();
 }
 
 int TableView::numberOfRows()
@@ -228,6 +237,20 @@ void TableView::contextMenuEvent(QContextMenuEvent *event)
 }
 
 void TableView::rightMouseDown(const QPoint &) {}
+
+void TableView::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    if (mPlaceholderText.isEmpty() || mModel->rowCount() > 0)
+        return;
+    constexpr int margin = 16;
+    QPainter painter(viewport());
+    QColor color = palette().color(QPalette::Text); // not every palette has a colour of its own for this
+    color.setAlphaF(0.6f);
+    painter.setPen(color);
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
+                     mPlaceholderText);
+}
 
 void TableView::editingBegan(QLineEdit *editor, const QModelIndex &index)
 {

@@ -3,6 +3,7 @@
 // The tab that shows it owns it. Main thread only.
 #pragma once
 
+#include <QIcon>
 #include <QPersistentModelIndex>
 #include <QPointer>
 #include <QTableView>
@@ -46,6 +47,8 @@ public:
     {
         return std::nullopt;
     }
+    /// A picture before the text; null for none.
+    virtual QIcon tableViewImageForTableColumnRow(TableView *, const QString &, int) { return {}; }
 };
 
 /// Shows one selected row at most. An edit that ends by Return, Tab or loss of focus is written; one that a call ends
@@ -60,6 +63,9 @@ public:
     void addColumn(const TableColumn &column);
     /// Not owned; it must outlive the table or be taken away with nullptr.
     void setDataSource(TableViewDataSource *source);
+    /// Shown in the middle of the table while it has no rows.
+    void setPlaceholderText(const QString &text);
+    [[nodiscard]] QString placeholderText() const { return mPlaceholderText; }
     /// Whether the user can click the selection away. Calls always can. True at first.
     void setAllowsEmptySelection(bool allows) { mAllowsEmptySelection = allows; }
 
@@ -96,6 +102,7 @@ protected:
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
     void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
     /// A key combination with Control or Meta was pressed while the table has the focus. True consumes it.
     virtual bool performKeyEquivalent(const QKeyEvent *event);
@@ -117,6 +124,7 @@ private:
     TableViewDataSource *mSource = nullptr;
     QPointer<QLineEdit> mEditor;
     QPersistentModelIndex mEditedIndex;
+    QString mPlaceholderText;
     bool mAllowsEmptySelection = true;
     bool mNotifies = true;
     bool mIsEndingEditByCall = false;

@@ -41,6 +41,11 @@ QVariant TableViewModel::data(const QModelIndex &index, int role) const
     case Qt::AccessibleTextRole: return isCheckBox ? QVariant(column.title) : objectValue(index);
     case Qt::DisplayRole:
     case Qt::EditRole: return isCheckBox ? QVariant() : objectValue(index);
+    case Qt::DecorationRole: {
+        const QIcon image =
+            mSource ? mSource->tableViewImageForTableColumnRow(mView, column.identifier, index.row()) : QIcon();
+        return image.isNull() ? QVariant() : QVariant(image);
+    }
     case Qt::ToolTipRole:
         // A narrow column cuts long names off.
         return isCheckBox ? QVariant() : QVariant(objectValue(index).toString().toHtmlEscaped());

@@ -3,10 +3,12 @@
 
 #include "app/util/settingskeys.h"
 #include "app/util/text.h"
-#include "app/util/uniquename.h"
+#include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
+#include "profiles/applicationbinding.h"
 #include "profiles/profiledelegate.h"
+#include "profiles/profilefile.h"
 #include "profiles/qltableview.h"
 
 #include <QAction>
@@ -14,22 +16,16 @@
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
+using ApplicationBinding::applicationOf;
 using ProfileCommands::maximumProfileCount;
 
 namespace {
 
-// The name a new profile is stored under, whatever the language of the interface.
-constexpr QLatin1StringView newProfileName{"Untitled Profile"};
 constexpr int nameColumn = 1;
 
 QString nameOf(const QVariantMap &profile)
 {
     return profile.value(SettingsKeys::profileName).toString();
-}
-
-QString applicationOf(const QVariantMap &profile)
-{
-    return profile.value(SettingsKeys::appInfo).toMap().value(SettingsKeys::application).toString();
 }
 
 } // namespace
@@ -110,10 +106,7 @@ bool KeyboardProfilesController::validateMenuItem(const QAction *item) const
 QString KeyboardProfilesController::checkForDuplicateNameUsingDefaultName(const QVariantList &profiles,
                                                                           const QString &name) const
 {
-    QStringList names;
-    for (const QVariant &profile : profiles)
-        names.append(nameOf(profile.toMap()));
-    return uniqueName(names, name);
+    return ProfileFile::freeName(profiles, name);
 }
 
 // Following the main controller
@@ -173,7 +166,8 @@ void KeyboardProfilesController::clickAddProfile(QObject *)
     mNeedsProfileEditing = true;
     mProfilesTableView->deselectAll();
     QVariantMap profile = mDefaultProfileDict;
-    profile[SettingsKeys::profileName] = checkForDuplicateNameUsingDefaultName(mAllProfilesArray, newProfileName);
+    profile[SettingsKeys::profileName] =
+        checkForDuplicateNameUsingDefaultName(mAllProfilesArray, ProfileFile::untitledName);
     mAllProfilesArray.append(profile);
     enableControlsForAddProfiles(false);
     addProfileWithSettings(profile);
@@ -257,12 +251,12 @@ void KeyboardProfilesController::confirm(const char *titleKey, const char *descr
 
 void KeyboardProfilesController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)
 {
-    if (returnCode != alertFirstButtonReturn)
-        return;
-    if (context == confirmDelete)
+    if (context == confirmDelete && returnCode == alertFirstButtonReturn)
         deleteProfile();
-    else if (context == confirmRestore)
+    else if (context == confirmRestore && returnCode == alertFirstButtonReturn)
         restoreProfileToDefaultSettings();
+    else if (context == exportProfile && returnCode == panelOK)
+        exportProfileTo(mProfileSavePanel->chosenPath());
 }
 
 void KeyboardProfilesController::deleteProfile()
@@ -317,19 +311,9 @@ void KeyboardProfilesController::setAutoSwitch(int row, int value)
         // It can be on only for a profile that has an application.
         if (!applicationOf(selectedProfile()).isEmpty())
             updateValueOfSetting(mTableObjectValue, SettingsKeys::autoSwitchOn);
+        else
+            loadPanelForIdentifier(chooseApplication);
     }
-    mProfilesTableView->reloadData();
-}
-
-void KeyboardProfilesController::removeApplication()
-{
-    QVariantMap appInfo = selectedProfile().value(SettingsKeys::appInfo).toMap();
-    for (const SettingsKeys::Key key :
-         {SettingsKeys::application, SettingsKeys::executable, SettingsKeys::identifier, SettingsKeys::signature})
-        appInfo[key] = QString();
-    if (mProfileDelegate)
-        mProfileDelegate->updateProfileWithSettings(
-            {{SettingsKeys::autoSwitchOn, false}, {SettingsKeys::appInfo, appInfo}});
     mProfilesTableView->reloadData();
 }
 
@@ -348,12 +332,15 @@ void KeyboardProfilesController::runCommand(int tag)
         mIsRenamingProfile = true;
         break;
     case ProfileCommands::newProfile: clickAddProfile(nullptr); break;
+    case ProfileCommands::importProfile: loadPanelForIdentifier(chooseProfileFile); break;
+    case ProfileCommands::exportProfile: loadSaveAsPanel(); break;
     case ProfileCommands::deleteProfile:
         if (std::exchange(mIsRenamingProfile, false))
             reselectRow();
         clickDeleteProfile(nullptr);
         break;
     case ProfileCommands::copy: copyProfile(); break;
+    case ProfileCommands::assignApplication: loadPanelForIdentifier(chooseApplication); break;
     case ProfileCommands::removeApplication: removeApplication(); break;
     case ProfileCommands::restoreDefault:
         if (mProfilesTableView->selectedRow() >= 0)

@@ -13,13 +13,14 @@
 
 #include <optional>
 
+class OpenPanel;
 class ProfileDelegate;
 class PulldownButton;
 class QAction;
 class QCheckBox;
 class QLTableView;
 class QPushButton;
-class QToolButton;
+class SavePanel;
 
 class KeyboardProfilesController : public QObject, public TableViewDataSource
 {
@@ -85,6 +86,15 @@ public:
                                                                 const QString &name) const;
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
 
+    // Panels. A panel is kept until the next one of its kind is opened.
+    [[nodiscard]] OpenPanel *profileFileBrowserPanel() const; ///< null until one was opened
+    [[nodiscard]] SavePanel *profileSavePanel() const;        ///< null until one was opened
+    /// Opens the panel for an application or a profile file (SheetContext); for any other number one that takes every
+    /// file.
+    void loadPanelForIdentifier(int identifier);
+    void loadSaveAsPanel();
+    void openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, int context);
+
     // The table's data source. Columns: "id", "name", "application", "auto switch".
     /// Enables the delete button too: exactly with a device and with other than one profile.
     int numberOfRowsInTableView(TableView *tableView) override;
@@ -112,6 +122,9 @@ private:
     void renameProfile(int row, const QString &newName);
     void setAutoSwitch(int row, int value);
     void removeApplication();
+    void bindApplication(const QString &path);
+    void importProfileFrom(const QString &path);
+    void exportProfileTo(const QString &path);
     void reselectRow();
 
     QWidget *mView = nullptr;
@@ -127,6 +140,8 @@ private:
     QVariantList mAllProfilesArray;
     QVariantMap mUserSettingsDict;
     QPointer<QWidget> mProfilesWindow;
+    QPointer<OpenPanel> mProfileFileBrowserPanel;
+    QPointer<SavePanel> mProfileSavePanel;
     ProfileDelegate *mProfileDelegate = nullptr;
     int mTableObjectValue = 0;
 

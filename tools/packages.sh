@@ -11,6 +11,9 @@ build   ninja-build     ninja
 build   qt6-base-dev    -
 build   qt6-tools-dev   -
 build   qt6-l10n-tools  -
+build   pkgconf         pkg-config
+build   libxcb1-dev     -
+build   libwayland-dev  -
 session dbus            dbus-run-session
 display libqt6gui6      -
 display fonts-dejavu-core -
@@ -18,8 +21,12 @@ tour    xvfb            Xvfb
 tour    xdotool         xdotool
 tour    imagemagick     import
 test    python3         python3
-test    pkgconf         pkg-config
 test    libplist-dev    -
+test    xvfb            Xvfb
+test    xdotool         xdotool
+test    openbox         openbox
+test    sway            sway
+test    qt6-wayland     -
 '
 
 kestra_is_present() { # package probe
@@ -39,6 +46,7 @@ kestra_require() {
     local group package probe missing=()
     while read -r group package probe; do
         [[ " $* " == *" $group "* ]] || continue
+        [[ " ${missing[*]} " == *" $package "* ]] && continue # a package may be in several groups
         kestra_is_present "$package" "$probe" || missing+=("$package")
     done < <(grep . <<<"$kestra_packages")
     [ ${#missing[@]} -eq 0 ] && return 0

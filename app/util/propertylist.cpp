@@ -14,6 +14,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace {
 
 /// The text of `data` in the encoding of its byte order mark, UTF-8 without one; absent when it is not in that
@@ -38,15 +40,16 @@ std::optional<QVariant> readText(QByteArrayView data)
     return isXmlPropertyList(*text) ? readXmlPropertyList(*text) : readOldStylePropertyList(*text);
 }
 
-/// Makes a rename inside `folder` survive a power loss. Some file systems cannot; the rename itself has happened by
-/// then.
-void flushFolder(const QString &folder)
+/// Makes a rename inside `folder` survive a power loss. True also where the file system says that it has no such thing
+/// for folders: there is nothing else to be done then.
+bool flushFolder(const QString &folder)
 {
     const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0)
-        return;
-    ::fsync(descriptor);
+        return false;
+    const bool isFlushed = ::fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;
     ::close(descriptor);
+    return isFlushed;
 }
 
 } // namespace
@@ -63,16 +66,22 @@ std::optional<QVariant> PropertyList::read(QByteArrayView data)
     return isBinaryPropertyList(data) ? readBinaryPropertyList(data) : readText(data);
 }
 
-std::optional<QVariantMap> PropertyList::readPropertyListFile(const QString &path)
+PropertyList::FileBytes PropertyList::readFileBytes(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return {};
+        return {.data = {}, .error = file.errorString()};
     // A device or a pipe has no size to ask for, so the bound is on what is read.
-    const QByteArray data = file.read(maximumInputBytes + 1);
+    QByteArray data = file.read(maximumInputBytes + 1);
     if (file.error() != QFileDevice::NoError)
-        return {};
-    const std::optional<QVariant> root = read(data);
+        return {.data = {}, .error = file.errorString()};
+    return {.data = std::move(data), .error = {}};
+}
+
+std::optional<QVariantMap> PropertyList::readPropertyListFile(const QString &path)
+{
+    const FileBytes bytes = readFileBytes(path);
+    const std::optional<QVariant> root = bytes.error.isEmpty() ? read(bytes.data) : std::nullopt;
     if (!root || root->typeId() != QMetaType::QVariantMap)
         return {};
     return root->toMap();
@@ -85,6 +94,6 @@ bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &da
     // one.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(data) != data.size() || !file.commit())
         return false;
-    flushFolder(QFileInfo(path).absolutePath());
-    return true;
+    // The folder of the file itself, where `path` is a symbolic link to it.
+    return flushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
 }

@@ -42,12 +42,23 @@ inline constexpr double maximumDateSeconds = 1e12;
 /// data: a lone word is more likely some other text file than a property list.
 [[nodiscard]] std::optional<QVariant> read(QByteArrayView data);
 
+/// What reading a file came to.
+struct FileBytes
+{
+    QByteArray data; ///< its bytes, up to one more than maximumInputBytes: a file that is too large shows by that
+    QString error;   ///< why they could not be read, in the system's words; empty when they could
+};
+
+/// The bytes of the file at `path`, for a caller who must tell a file that cannot be read from one that is damaged.
+[[nodiscard]] FileBytes readFileBytes(const QString &path);
+
 /// The dictionary in the file at `path`. Absent when the file cannot be read, is larger than maximumInputBytes, or is
 /// not a property list with a dictionary at its root.
 [[nodiscard]] std::optional<QVariantMap> readPropertyListFile(const QString &path);
 
 /// Replaces the file at `path` by `data`, so that at any moment, power loss included, it has either the old content or
-/// the new one. False when that failed; the old file is untouched then. Makes no folders.
+/// the new one. False when that failed; the old file is untouched then, unless only the last step failed: the new one
+/// is there, but the disk did not confirm its name, and the old one could be back after a power loss. Makes no folders.
 [[nodiscard]] bool writeFileAtomically(const QString &path, const QByteArray &data);
 
 } // namespace PropertyList

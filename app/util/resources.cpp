@@ -1,13 +1,42 @@
 // SPDX-License-Identifier: MIT
 #include "app/util/resources.h"
 
+#include "app/util/propertylist.h"
+#include "app/util/qlcoreutility.h"
+#include "app/util/settingskeys.h"
+
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+bool holdsFactorySettings(const QVariantMap &plist)
+{
+    return plist.value(SettingsKeys::defaultSettings).typeId() == QMetaType::QVariantMap;
+}
+
+/// The installed file's bytes; where the copy that they replace, `old`, still has what the program remembers, with
+/// that. Empty when the installed file is no good either.
+QByteArray copyContent(const QString &installedPath, const QVariantMap &old)
+{
+    const PropertyList::FileBytes installed = PropertyList::readFileBytes(installedPath);
+    std::optional<QVariantMap> plist = QlCoreUtility::convertDataToDictionary(installed.data);
+    if (!plist || !holdsFactorySettings(*plist))
+        return {};
+    const QVariant remembered = old.value(SettingsKeys::deviceInfo);
+    if (remembered.typeId() != QMetaType::QVariantMap)
+        return installed.data;
+    plist->insert(SettingsKeys::deviceInfo, remembered);
+    return QlCoreUtility::convertDictionaryToData(plist).value_or(QByteArray());
+}
+
+} // namespace
 
 QString resourceFolder()
 {
@@ -34,10 +63,12 @@ QString kestraPlistPath()
         return installed;
     const QDir userFolder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quill-kestra"_s);
     const QString copy = userFolder.filePath(fileName);
-    if (QFileInfo::exists(copy))
+    const std::optional<QVariantMap> present = PropertyList::readPropertyListFile(copy);
+    if (present && holdsFactorySettings(*present))
         return copy;
-    if (!userFolder.mkpath(u"."_s) || !QFile::copy(installed, copy))
+    const QByteArray content = copyContent(installed, present.value_or(QVariantMap()));
+    // Written as a whole, so that a kill leaves no half a copy.
+    if (content.isEmpty() || !userFolder.mkpath(u"."_s) || !PropertyList::writeFileAtomically(copy, content))
         return installed;
-    QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
     return copy;
 }

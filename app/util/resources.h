@@ -13,5 +13,6 @@
 
 /// Full path of Kestra.plist, which holds the factory settings and the last selected key. Where the installed file
 /// cannot be written, a per-user copy ($XDG_DATA_HOME/quill-kestra/Kestra.plist) takes its place; it is made here on
-/// first use. When the copy cannot be made either, the installed path is returned.
+/// first use, and made anew where it is damaged or holds no factory settings; the last selected key is kept where it
+/// can be read. When the copy cannot be made either, the installed path is returned. Reads the copy at each call.
 [[nodiscard]] QString kestraPlistPath();

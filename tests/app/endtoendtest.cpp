@@ -4,14 +4,17 @@
 #include "daemonlink/daemontransport.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/keybutton.h"
+#include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
+#include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
+#include <QSlider>
 #include <QTabWidget>
 #include <QTest>
 
@@ -29,6 +32,9 @@ private Q_SLOTS:
     void followsAChangeMadeByAnotherClient();
     void followsTheKeyboardAsItComesAndGoes();
     void showsTheFirmwareVersion();
+    void followsTheBrightnessKeys();
+    void takesAMacroRecordedOnTheKeyboard();
+    void takesNoNoticeOfDpi();
     void keepsWhatWasAnsweredWhenTheDaemonIsKilled();
 
 private:
@@ -136,6 +142,57 @@ void EndToEndTest::showsTheFirmwareVersion()
     const QString version = mDaemon->keyboardProperty(u"FirmwareVersion"_s).toString();
     QVERIFY(!version.isEmpty());
     QTRY_COMPARE(hub.find<QLabel>("mFirmwareVersion")->text(), version);
+}
+
+void EndToEndTest::followsTheBrightnessKeys()
+{
+    const Hub hub;
+    hub.controller->initializeDevice();
+    auto *slider = hub.find<QSlider>("mBrightnessValue");
+    QCOMPARE(slider->value(), 4);
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {12U, 122U}), QString());
+    QTRY_COMPARE(slider->value(), 3);
+    QCOMPARE(mDaemon->callKeyboard(u"PressBrightnessDown"_s), QString());
+    QTRY_COMPARE(slider->value(), 2);
+    // Nothing was sent back, and what the tab shows is what the keyboard has.
+    QCOMPARE(mDaemon->keyboardProperty(u"Brightness"_s).toInt(), 2);
+    QCOMPARE(kestractl({u"light"_s}).section(u'\n', 3, 3), u"brightness: 2 (normal)"_s);
+    // The next change is built on it.
+    slider->setValue(1);
+    QCOMPARE(mDaemon->keyboardProperty(u"Brightness"_s).toInt(), 1);
+}
+
+void EndToEndTest::takesAMacroRecordedOnTheKeyboard()
+{
+    const Hub hub;
+    hub.controller->initializeDevice();
+    const int macros = hub.find<TableView>("mMacroTableView")->numberOfRows();
+    QVERIFY(!hub.find<KeyButton>("mM1")->isHighlighted());
+    QCOMPARE(mDaemon->callKeyboard(u"PressMacroKey"_s), QString());
+    QCOMPARE(mDaemon->keyboardProperty(u"OnTheFly"_s).toString(), u"recording"_s);
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, 4U}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7U, 4U}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"PressMacroKey"_s), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, 106U}), QString());
+    QTRY_COMPARE(hub.find<TableView>("mMacroTableView")->numberOfRows(), macros + 1);
+    QTRY_VERIFY(hub.find<KeyButton>("mM1")->isHighlighted());
+    const QVariantMap macro = hub.controller->macrosArray().last().toMap();
+    QCOMPARE(macro.value(SettingsKeys::macroName), QVariant(u"On the fly"_s));
+    QCOMPARE(kestractl({u"key"_s, u"M1"_s}), u"M1: macro On the fly, once"_s);
+}
+
+void EndToEndTest::takesNoNoticeOfDpi()
+{
+    const Hub hub;
+    hub.controller->initializeDevice();
+    const QVariantList profiles = hub.controller->profilesArray();
+    DistributedNotificationCenter::defaultCenter().post(QString(DaemonProtocol::dpiUpdated), {{u"DPI"_s, 800}});
+    // Both are one sender's and come in order: once the second has been handled, the first has been, too.
+    DistributedNotificationCenter::defaultCenter().post(QString(DaemonProtocol::illuminationUpdated),
+                                                        {{SettingsKeys::brightnessKbNormal, 1}});
+    QTRY_COMPARE(hub.find<QSlider>("mBrightnessValue")->value(), 1);
+    QCOMPARE(hub.controller->profilesArray(), profiles);
+    QVERIFY(hub.find<QWidget>("mA")->isEnabled());
 }
 
 void EndToEndTest::keepsWhatWasAnsweredWhenTheDaemonIsKilled()

@@ -78,6 +78,9 @@ void NotificationsTest::loadsAndEnablesWhenAKeyboardIsAttached()
     QCOMPARE(mDaemon->commands(), std::vector<int>{4});
     QCOMPARE(mHub->controller->deviceSettingsDict().value(u"ActiveProfile"_s).toInt(), 0);
     QVERIFY(mHub->controller->firmwareVersionString().isEmpty());
+    QCOMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"Default Profile"_s);
+    QCOMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 4);
+    QCOMPARE(mHub->find<TableView>("mProfilesTableView")->selectedRow(), 0);
 }
 
 void NotificationsTest::readsTheProductFromTheName_data()
@@ -305,22 +308,22 @@ void NotificationsTest::opensThePages()
 void NotificationsTest::opensTheHelpBook()
 {
     const auto viewers = [] {
-        QList<QTextBrowser *> found;
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (widget->objectName() == "helpViewer"_L1)
-                found.append(qobject_cast<QTextBrowser *>(widget));
-        }
+        QWidgetList found = QApplication::topLevelWidgets();
+        found.removeIf([](const QWidget *widget) { return widget->objectName() != "helpViewer"_L1; });
         return found;
     };
     HelpViewer::registerBook(u"Book"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help"_s);
     mHub->find<QPushButton>("mHelpButton")->click();
     mHub->find<QPushButton>("mHelpButton")->click();
     QCOMPARE(viewers().size(), 1);
-    QTextBrowser *viewer = viewers().constFirst();
+    QWidget *viewer = viewers().constFirst();
     QVERIFY(viewer->isVisible());
-    QCOMPARE(viewer->source().fileName(), u"index.html"_s);
-    QVERIFY(viewer->toPlainText().contains(u"Quill Kestra"_s));
+    QCOMPARE(viewer->windowTitle(), u"Book"_s);
+    const auto *page = viewer->findChild<QTextBrowser *>(u"helpBrowser"_s);
+    QCOMPARE(page->source().fileName(), u"index.html"_s);
+    QVERIFY(page->toPlainText().contains(u"Quill Kestra"_s));
     viewer->close();
+    QTRY_VERIFY(viewers().isEmpty());
 }
 
 QTEST_MAIN(NotificationsTest)

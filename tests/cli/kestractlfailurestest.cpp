@@ -89,6 +89,7 @@ void TestKestractlFailures::helpNeedsNoDaemon_data()
     QTest::newRow("help") << QStringList{u"help"_s} << u"Exit codes"_s;
     QTest::newRow("help of a command") << QStringList{u"help"_s, u"key"_s} << u"kestractl key KEY"_s;
     QTest::newRow("--help of a command") << QStringList{u"key"_s, u"--help"_s} << u"kestractl key KEY"_s;
+    QTest::newRow("help of the light") << QStringList{u"help"_s, u"light"_s} << u"kestractl light color COLOR"_s;
     QTest::newRow("help of a group") << QStringList{u"help"_s, u"keyboard"_s} << u"kestractl keyboard attach"_s;
     QTest::newRow("help of two words") << QStringList{u"help"_s, u"profile"_s, u"switch"_s}
                                        << u"kestractl profile switch N|NAME"_s;
@@ -165,6 +166,8 @@ void TestKestractlFailures::missingDaemonIsTold_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("status") << QStringList{u"status"_s};
+    QTest::newRow("light") << QStringList{u"light"_s};
+    QTest::newRow("light changed") << QStringList{u"light"_s, u"off"_s};
     QTest::newRow("document") << QStringList{u"document"_s};
     QTest::newRow("profile list") << QStringList{u"profile"_s, u"list"_s};
     QTest::newRow("profile switch") << QStringList{u"profile"_s, u"switch"_s, u"0"_s};

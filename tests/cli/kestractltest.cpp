@@ -54,6 +54,16 @@ private Q_SLOTS:
     void sentKeysAreWhatTheComputerSees();
     void gameModeIsSwitched();
     void brightnessIsSet();
+    void brightnessKeysArePressed();
+    void lightIsShown();
+    void lightIsChanged_data();
+    void lightIsChanged();
+    void lightKeepsTheOtherColors();
+    void lightOfAnUnknownEffectIsSaid();
+    void lightRefusesWhatMeansNothing_data();
+    void lightRefusesWhatMeansNothing();
+    void lightIsThatOfTheActiveProfile();
+    void macroIsRecordedOnTheFly();
     void twoAtOnceGetTheirOwnReplies();
 
 private:
@@ -63,6 +73,8 @@ private:
     QVariantMap document() const;
     void startDaemon();
     void addProfile(const QString &name);
+    /// The active profile is the first one.
+    void changeProfile(const QVariantMap &settings);
     void addMacro(const QString &name);
     void pressAndRelease(const QString &key) const;
 
@@ -77,6 +89,9 @@ void TestKestractl::init()
     QVERIFY(mFolder->isValid());
     mEnvironment = QProcessEnvironment::systemEnvironment();
     mEnvironment.insert(u"HOME"_s, mFolder->path());
+    // Not the desktop of whoever runs the tests: its windows come to the front as they like.
+    mEnvironment.remove(u"DISPLAY"_s);
+    mEnvironment.remove(u"WAYLAND_DISPLAY"_s);
     for (const QString &name : {u"XDG_STATE_HOME"_s, u"XDG_DATA_HOME"_s, u"XDG_CONFIG_HOME"_s})
         mEnvironment.insert(name, mFolder->filePath(name));
     startDaemon();
@@ -120,6 +135,17 @@ void TestKestractl::addProfile(const QString &name)
                      QVariantMap{{SettingsKeys::profileName, name}, {SettingsKeys::keys, QVariantMap()}}}},
         static_cast<int>(DaemonProtocol::Command::addProfile));
     QTRY_COMPARE(document().value(SettingsKeys::profiles).toList().size(), count + 1);
+}
+
+void TestKestractl::changeProfile(const QVariantMap &settings)
+{
+    sendDaemonRequest(QVariantMap{{DaemonProtocol::productIdKey, DaemonProtocol::productId},
+                                  {DaemonProtocol::responsePortName, u"NoSuchPort"_s},
+                                  {DaemonProtocol::profileId, 0},
+                                  {DaemonProtocol::deviceSettingsDictionary, settings}},
+                      static_cast<int>(DaemonProtocol::Command::updateProfile));
+    const QString key = settings.firstKey();
+    QTRY_COMPARE(document().value(SettingsKeys::profiles).toList().first().toMap().value(key), settings.value(key));
 }
 
 void TestKestractl::addMacro(const QString &name)
@@ -502,6 +528,149 @@ void TestKestractl::brightnessIsSet()
 {
     QCOMPARE(run({u"keyboard"_s, u"brightness"_s, u"3"_s}).exitCode, 0);
     QTRY_COMPARE(status().value("brightness"_L1).toInt(), 3);
+}
+
+void TestKestractl::brightnessKeysArePressed()
+{
+    QCOMPARE(run({u"keyboard"_s, u"brightness"_s, u"down"_s}).exitCode, 0);
+    QTRY_COMPARE(status().value("brightness"_L1).toInt(), 3);
+    QCOMPARE(run({u"keyboard"_s, u"brightness"_s, u"up"_s}).exitCode, 0);
+    QTRY_COMPARE(status().value("brightness"_L1).toInt(), 4);
+}
+
+void TestKestractl::lightIsShown()
+{
+    QCOMPARE(run({u"light"_s, u"color"_s, u"ff8000"_s}).exitCode, 0);
+    QCOMPARE(line({u"light"_s}),
+             u"backlight: on\ncolor: #ff8000\neffect: fixed\nbrightness: 4 (bright)\nnow: #ff8000"_s);
+    QCOMPARE(run({u"light"_s, u"--json"_s}).json().object(), (QJsonObject{{u"backlight"_s, true},
+                                                                          {u"color"_s, u"#ff8000"_s},
+                                                                          {u"effect"_s, u"fixed"_s},
+                                                                          {u"brightness"_s, 4},
+                                                                          {u"now"_s, u"#ff8000"_s}}));
+    QCOMPARE(run({u"keyboard"_s, u"remove"_s}).exitCode, 0);
+    QTRY_COMPARE(run({u"light"_s, u"--json"_s}).json().object().value("now"_L1).toString(), u"#000000"_s);
+}
+
+void TestKestractl::lightIsChanged_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QJsonValue>("value");
+    QTest::addColumn<QString>("now");
+    const auto row = [](const char *tag, const QStringList &words, const QString &name, const QJsonValue &value,
+                        const QString &now) { QTest::newRow(tag) << words << name << value << now; };
+    row("off", {u"off"_s}, u"backlight"_s, false, u"#000000"_s);
+    row("on", {u"on"_s}, u"backlight"_s, true, u"#80ff00"_s);
+    row("digits", {u"color"_s, u"0a141e"_s}, u"color"_s, u"#0a141e"_s, u"#0a141e"_s);
+    row("digits with the mark", {u"color"_s, u"#0A141E"_s}, u"color"_s, u"#0a141e"_s, u"#0a141e"_s);
+    row("name", {u"color"_s, u"Orange"_s}, u"color"_s, u"#ff8000"_s, u"#ff8000"_s);
+    row("fixed", {u"effect"_s, u"fixed"_s}, u"effect"_s, u"fixed"_s, u"#80ff00"_s);
+    row("spectrum", {u"effect"_s, u"spectrum"_s}, u"effect"_s, u"spectrum"_s, QString());
+    row("level", {u"brightness"_s, u"3"_s}, u"brightness"_s, 3, u"#60bf00"_s);
+    row("brightness off", {u"brightness"_s, u"off"_s}, u"brightness"_s, 0, u"#000000"_s);
+    row("dim", {u"brightness"_s, u"dim"_s}, u"brightness"_s, 1, u"#204000"_s);
+    row("normal", {u"brightness"_s, u"normal"_s}, u"brightness"_s, 2, u"#408000"_s);
+    row("bright", {u"brightness"_s, u"bright"_s}, u"brightness"_s, 4, u"#80ff00"_s);
+}
+
+void TestKestractl::lightIsChanged()
+{
+    QFETCH(QStringList, words);
+    QFETCH(QString, name);
+    QFETCH(QJsonValue, value);
+    QFETCH(QString, now);
+    QCOMPARE(run({u"light"_s, u"color"_s, u"80ff00"_s}).exitCode, 0);
+    const QJsonObject before = run({u"light"_s, u"--json"_s}).json().object();
+    const KestractlResult result = run(QStringList{u"light"_s, u"--json"_s} + words);
+    QCOMPARE(result.exitCode, 0);
+    // What it prints is what the daemon now holds.
+    QJsonObject after = result.json().object();
+    QCOMPARE(after.value(name), value);
+    const QString shown = after.value("now"_L1).toString();
+    QVERIFY2(now.isEmpty() ? shown != "#000000"_L1 : shown == now, qPrintable(shown));
+    const QJsonObject asked = run({u"light"_s, u"--json"_s}).json().object();
+    QCOMPARE(asked.value(name), value);
+    after[name] = before.value(name);
+    after["now"_L1] = before.value("now"_L1);
+    QCOMPARE(after, before);
+}
+
+void TestKestractl::lightKeepsTheOtherColors()
+{
+    const auto colors = [this] {
+        return document().value(SettingsKeys::profiles).toList().first().toMap().value(SettingsKeys::ledKbColors);
+    };
+    const QVariantMap color{{u"Red"_s, 0.25}, {u"Green"_s, 0.5}, {u"Blue"_s, 1.0}, {u"Zone"_s, 3}};
+    changeProfile({{SettingsKeys::ledKbColors, QVariantList{color, color}}});
+    const QVariantList before = colors().toList();
+    QCOMPARE(before.size(), 2);
+    QCOMPARE(run({u"light"_s, u"color"_s, u"ff0000"_s}).exitCode, 0);
+    const QVariantList after = colors().toList();
+    QCOMPARE(after.sliced(1), before.sliced(1));
+    QCOMPARE(after.first().toMap().value(SettingsKeys::red), QVariant(1.0));
+    QCOMPARE(after.first().toMap().value(SettingsKeys::blue), QVariant(0.0));
+    QCOMPARE(after.first().toMap().keys(), before.first().toMap().keys());
+}
+
+void TestKestractl::lightOfAnUnknownEffectIsSaid()
+{
+    changeProfile({{SettingsKeys::ledKbEffects, 2}});
+    QVERIFY(line({u"light"_s}).contains(u"effect: unknown (2)"_s));
+    QVERIFY(run({u"light"_s, u"--json"_s}).json().object().value("effect"_L1).isNull());
+    // Choosing the fixed colour switches the light on.
+    QCOMPARE(run({u"light"_s, u"off"_s}).exitCode, 0);
+    QVERIFY(line({u"light"_s, u"effect"_s, u"fixed"_s}).startsWith(u"backlight: on"_s));
+    QCOMPARE(run({u"light"_s, u"off"_s}).exitCode, 0);
+    QVERIFY(line({u"light"_s, u"effect"_s, u"spectrum"_s}).startsWith(u"backlight: off"_s));
+}
+
+void TestKestractl::lightRefusesWhatMeansNothing_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::newRow("no such setting") << QStringList{u"loud"_s};
+    QTest::newRow("on with more") << QStringList{u"on"_s, u"now"_s};
+    QTest::newRow("color without one") << QStringList{u"color"_s};
+    QTest::newRow("no color") << QStringList{u"color"_s, u"ff80"_s};
+    QTest::newRow("no effect") << QStringList{u"effect"_s, u"disco"_s};
+    QTest::newRow("no level") << QStringList{u"brightness"_s, u"5"_s};
+    QTest::newRow("negative level") << QStringList{u"brightness"_s, u"--"_s, u"-1"_s};
+    QTest::newRow("too many words") << QStringList{u"color"_s, u"red"_s, u"green"_s};
+    QTest::newRow("option it has not") << QStringList{u"on"_s, u"--plist"_s};
+}
+
+void TestKestractl::lightRefusesWhatMeansNothing()
+{
+    QFETCH(QStringList, words);
+    const QVariantMap before = document();
+    const KestractlResult result = run(QStringList{u"light"_s} + words);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(!result.errors.isEmpty());
+    QVERIFY(result.output.isEmpty());
+    QCOMPARE(document(), before);
+}
+
+void TestKestractl::lightIsThatOfTheActiveProfile()
+{
+    QCOMPARE(run({u"light"_s, u"color"_s, u"red"_s}).exitCode, 0);
+    addProfile(u"Dark"_s); // becomes the active one, and says nothing of a light
+    QCOMPARE(line({u"light"_s}).section(u'\n', 0, 0), u"backlight: off"_s);
+    QCOMPARE(run({u"light"_s, u"color"_s, u"blue"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(run({u"light"_s, u"--json"_s}).json().object().value("color"_L1).toString(), u"#ff0000"_s);
+}
+
+void TestKestractl::macroIsRecordedOnTheFly()
+{
+    const auto keyboard = [this](const QStringList &words) {
+        QCOMPARE(run(QStringList{u"keyboard"_s} + words).exitCode, 0);
+    };
+    keyboard({u"macro-key"_s});
+    pressAndRelease(u"A"_s);
+    keyboard({u"macro-key"_s});
+    pressAndRelease(u"M1"_s);
+    QCOMPARE(line({u"key"_s, u"M1"_s}), u"M1: macro On the fly, once"_s);
+    QCOMPARE(line({u"keyboard"_s, u"sent"_s}), QString());
 }
 
 void TestKestractl::twoAtOnceGetTheirOwnReplies()

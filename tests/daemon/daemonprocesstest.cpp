@@ -113,6 +113,7 @@ private Q_SLOTS:
     void repliesUnderTheCommandNumber();
     void settingsSurviveARestart();
     void damagedSettingsAreSetAside();
+    void unreadableSettingsAreNamed();
     void fullDiskIsReportedAndChangesNothing();
     void postsNotificationsForOtherClients();
     void virtualKeyboardSendsWhatTheComputerReceives();
@@ -214,6 +215,27 @@ void DaemonProcessTest::damagedSettingsAreSetAside()
     QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"one"_s);
     QCOMPARE(QDir(mDaemon->settingsFolder()).entryList({u"settings.plist.damaged-*"_s}).size(), 1);
     QVERIFY(mDaemon->log().contains("is damaged"));
+}
+
+void DaemonProcessTest::unreadableSettingsAreNamed()
+{
+    QVERIFY(mDaemon->request(Command::updateProfile,
+                             {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"kept"_s)}}));
+    QCOMPARE(mDaemon->terminate(), 0);
+    const QString path = mDaemon->settingsFolder() + u"/settings.plist"_s;
+    QVERIFY(QFile::rename(path, path + u".aside"_s));
+    QVERIFY(QFile::link(u"/proc/self/mem"_s, path)); // reading it is an input/output error
+    QProcess *refusing = mDaemon->runAnother({});
+    QCOMPARE(refusing->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(refusing->exitCode(), 4);
+    const QByteArray log = refusing->readAllStandardError();
+    QVERIFY2(log.contains("cannot read " + QFile::encodeName(path) + ": Input/output error"), log.constData());
+    QVERIFY(QFileInfo(path).isSymLink());
+    QVERIFY(QFile::remove(path) && QFile::rename(path + u".aside"_s, path));
+    QVERIFY(mDaemon->start());
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"kept"_s);
 }
 
 void DaemonProcessTest::fullDiskIsReportedAndChangesNothing()
@@ -520,6 +542,7 @@ void DaemonProcessTest::interfacesAreAsDocumented_data()
     QTest::addColumn<QString>("interface");
     QTest::newRow("message port") << u"/MessagePort"_s << u"org.quillkestra.MessagePort"_s;
     QTest::newRow("virtual keyboard") << u"/VirtualKeyboard"_s << u"org.quillkestra.VirtualKeyboard"_s;
+    QTest::newRow("front application") << u"/FrontApplication"_s << u"org.quillkestra.FrontApplication"_s;
 }
 
 void DaemonProcessTest::interfacesAreAsDocumented()

@@ -7,6 +7,7 @@
 #include "daemon/settingsdocument.h"
 #include "daemon/virtualkeyboard.h"
 #include "macros/macrorecord.h"
+#include "tests/support/filesizelimit.h"
 
 #include <QDir>
 #include <QLoggingCategory>
@@ -15,10 +16,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
 #include <memory>
 #include <optional>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -134,6 +133,17 @@ private Q_SLOTS:
     void macroIsStoppedWhenItsKeySwitchesAway();
     void impossibleMacrosAreRefused_data();
     void impossibleMacrosAreRefused();
+    void brightnessKeysAreKeysOfTheConsumerPage();
+    void lightFollowsTheActiveProfile();
+    void lightIsOffWithoutTheKeyboard();
+    void recordsAMacroOnTheFly();
+    void recordingOnTheFlyLetsTheKeysThrough();
+    void onTheFlyKeyMustBeOneThatPlaysMacros();
+    void onTheFlyGivesWayToClients_data();
+    void onTheFlyGivesWayToClients();
+    void onTheFlyEndsWithTheKeyboard();
+    void onTheFlyIsNotEndedByAClientThatQuits();
+    void onTheFlyMacroThatCannotBeStoredIsNone();
     void shutDownLetsGoOfEveryKey();
     void heldKeyIsLetGoOfAfterTheClientReleasesTheDevice();
     void randomUseLeavesNoKeyDown();
@@ -146,6 +156,7 @@ private:
     {
         return replyTo(command, request).values.value(u"ReturnStatus"_s, -1).toInt();
     }
+    void pressMacroKey() { QCOMPARE(mKeyboard->pressMacroKey(), VirtualKeyboard::Result::done); }
     void press(int usage) { QCOMPARE(mKeyboard->press(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done); }
     void release(int usage)
     {
@@ -402,40 +413,13 @@ void DeviceDaemonTest::unknownCommandIsAnswered()
     QCOMPARE(mDaemon->document(), startDocument());
 }
 
-namespace {
-
-/// While it lives, no file of this process can grow beyond a few bytes: a full disk, as the daemon sees it.
-class FullDisk
-{
-public:
-    FullDisk()
-    {
-        mOldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &mOld);
-        const rlimit limit{16, mOld.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &mOld);
-        std::signal(SIGXFSZ, mOldHandler);
-    }
-    Q_DISABLE_COPY_MOVE(FullDisk)
-
-private:
-    rlimit mOld{};
-    void (*mOldHandler)(int) = SIG_DFL;
-};
-
-} // namespace
-
 void DeviceDaemonTest::changeThatCannotBeWrittenChangesNothing()
 {
     send(Command::switchProfile, {{u"ProfileID"_s, 1}});
     const QVariantMap before = mDaemon->document();
     mNotifications.clear();
     {
-        const FullDisk fullDisk;
+        const FileSizeLimit fullDisk(16);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
         const Message reply = replyTo(Command::switchProfile, {{u"ProfileID"_s, 0}});
@@ -588,7 +572,7 @@ void DeviceDaemonTest::unsavedRecordingSurvivesAFullDisk()
     QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
     press(4);
     {
-        const FullDisk fullDisk;
+        const FileSizeLimit fullDisk(16);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
         QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}),
@@ -1012,6 +996,201 @@ void DeviceDaemonTest::impossibleMacrosAreRefused()
     QCOMPARE(mSent, QStringList());
 }
 
+void DeviceDaemonTest::brightnessKeysAreKeysOfTheConsumerPage()
+{
+    QCOMPARE(mKeyboard->press(12, 0x7A), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->shownBrightness(), 2);
+    QCOMPARE(notification(u"Illumination Updated 271"_s), (QVariantMap{{u"BrightnessKBNormal"_s, 2}}));
+    QCOMPARE(mKeyboard->press(12, 0x7A), VirtualKeyboard::Result::done); // still down
+    QCOMPARE(mKeyboard->shownBrightness(), 2);
+    QCOMPARE(mKeyboard->release(12, 0x7A), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->press(12, 0x79), VirtualKeyboard::Result::done);
+    mKeyboard->releaseAll();
+    QCOMPARE(mKeyboard->shownBrightness(), 3);
+    QVERIFY(mSent.isEmpty()); // the keyboard's own business
+    QCOMPARE(mKeyboard->press(12, 0x78), VirtualKeyboard::Result::noSuchKey);
+    QCOMPARE(mKeyboard->press(12, 0x7B), VirtualKeyboard::Result::noSuchKey);
+    // Captured keys are keys of the keyboard page: brightness stays adjustable meanwhile.
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    QCOMPARE(mKeyboard->press(12, 0x79), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->shownBrightness(), 4);
+}
+
+void DeviceDaemonTest::lightFollowsTheActiveProfile()
+{
+    QStringList seen;
+    connect(mKeyboard.get(), &VirtualKeyboard::lightChanged, this,
+            [&seen](Backlight::Color color) { seen += Backlight::colorText(color); });
+    const auto update = [this](const QVariantMap &settings) {
+        return statusOf(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, settings}});
+    };
+    QVERIFY(mKeyboard->shownLight().isOff()); // the profile does not say that it is on
+    const QVariantMap blue{{u"Red"_s, 0.0}, {u"Green"_s, 0.0}, {u"Blue"_s, 1.0}};
+    QCOMPARE(update({{u"BacklightLED"_s, 1}, {u"LEDKBColors"_s, QVariantList{blue}}}), 0);
+    QCOMPARE(mKeyboard->setBrightness(4), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->setBrightness(0), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->setBrightness(2), VirtualKeyboard::Result::done);
+    QCOMPARE(update({{u"BacklightLED"_s, 0}}), 0);
+    QCOMPARE(update({{u"BacklightLED"_s, 1}}), 0);
+    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); // which has no light
+    QCOMPARE(seen, QStringList({u"#0000bf"_s, u"#0000ff"_s, u"#000000"_s, u"#000080"_s, u"#000000"_s, u"#000080"_s,
+                                u"#000000"_s}));
+}
+
+void DeviceDaemonTest::lightIsOffWithoutTheKeyboard()
+{
+    QCOMPARE(statusOf(Command::updateProfile,
+                      {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"BacklightLED"_s, 1}}}}),
+             0);
+    QVERIFY(!mKeyboard->shownLight().isOff());
+    mKeyboard->remove();
+    QVERIFY(mKeyboard->shownLight().isOff());
+    mKeyboard->attach();
+    QVERIFY(!mKeyboard->shownLight().isOff());
+}
+
+void DeviceDaemonTest::recordsAMacroOnTheFly()
+{
+    pressMacroKey();
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::recording);
+    press(4);
+    mNow += 30ms;
+    release(4);
+    pressMacroKey();
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::awaitingKey);
+    mSent.clear();
+    QCOMPARE(takeNotificationNames(), QStringList()); // until it is stored
+    press(65);
+    release(65);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    QVERIFY(mSent.isEmpty()); // the key says what is to play the macro, and nothing else
+    const QVariantMap posted = notification(u"Saved New OTFM 271"_s);
+    QCOMPARE(takeNotificationNames(), QStringList({u"Saved New OTFM 271"_s, u"Profile Updated 271"_s}));
+    const QVariantMap stored = storedDocument();
+    QCOMPARE(posted, (QVariantMap{{u"AllMacros"_s, SettingsDocument::macros(stored)},
+                                  {u"ActiveProfile"_s, SettingsDocument::activeProfile(stored)}}));
+    QCOMPARE(SettingsDocument::macros(stored).size(), 3);
+    const QVariantMap macro = SettingsDocument::macros(stored).at(2).toMap();
+    QCOMPARE(MacroRecord::events(macro),
+             (QVariantList{MacroRecord::eventRecord({1, 0, 7, 4}), MacroRecord::eventRecord({0, 30, 7, 4})}));
+    const QVariantMap entry = SettingsDocument::activeProfile(stored).value(u"Keys"_s).toMap().value(u"65"_s).toMap();
+    QCOMPARE(entry, (QVariantMap{{u"command"_s, 10}, {u"param1"_s, 2}, {u"param2"_s, 1}}));
+}
+
+void DeviceDaemonTest::recordingOnTheFlyLetsTheKeysThrough()
+{
+    pressMacroKey();
+    press(4);
+    release(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    QCOMPARE(takeNotificationNames(), QStringList()); // no client records: nobody wants the lines
+    pressMacroKey();
+    pressMacroKey(); // thrown away
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    press(5);
+    release(5);
+    QCOMPARE(mSent.mid(2), QStringList({u"+5"_s, u"-5"_s}));
+    QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 2);
+}
+
+void DeviceDaemonTest::onTheFlyKeyMustBeOneThatPlaysMacros()
+{
+    pressMacroKey();
+    press(4);
+    release(4);
+    pressMacroKey();
+    mSent.clear();
+    press(100); // a key that the keyboard does not have
+    release(100);
+    QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->release(9, 1), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::awaitingKey);
+    press(225); // a modifier alone is a key like any other
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    release(225);
+    QVERIFY(mSent.isEmpty());
+    QVERIFY(SettingsDocument::activeProfile(storedDocument()).value(u"Keys"_s).toMap().contains(u"225"_s));
+}
+
+void DeviceDaemonTest::onTheFlyGivesWayToClients_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::newRow("macro recording") << int(Command::startMacroRecording);
+    QTest::newRow("single key") << int(Command::startSingleKeyRecording);
+    QTest::newRow("edited event") << int(Command::startEditHid);
+}
+
+void DeviceDaemonTest::onTheFlyGivesWayToClients()
+{
+    QFETCH(int, command);
+    for (const bool isKeyAwaited : {false, true}) {
+        pressMacroKey();
+        press(4);
+        release(4);
+        if (isKeyAwaited)
+            pressMacroKey();
+        QCOMPARE(statusOf(Command(command), {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+        pressMacroKey(); // the keys are the client's
+        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+        send(Command::releaseDevice);
+    }
+    QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 2);
+}
+
+void DeviceDaemonTest::onTheFlyEndsWithTheKeyboard()
+{
+    for (const bool isKeyAwaited : {false, true}) {
+        pressMacroKey();
+        press(4);
+        release(4);
+        if (isKeyAwaited)
+            pressMacroKey();
+        mKeyboard->remove();
+        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+        QCOMPARE(mKeyboard->pressMacroKey(), VirtualKeyboard::Result::notAttached);
+        mKeyboard->attach();
+        mSent.clear();
+        press(5);
+        release(5);
+        QCOMPARE(mSent, QStringList({u"+5"_s, u"-5"_s}));
+    }
+}
+
+void DeviceDaemonTest::onTheFlyIsNotEndedByAClientThatQuits()
+{
+    pressMacroKey();
+    press(4);
+    release(4);
+    send(Command::releaseDevice);
+    pressMacroKey();
+    send(Command::releaseDevice);
+    send(Command::stopMacroRecording);
+    send(Command::stopSingleKeyRecording);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::awaitingKey);
+    press(5);
+    QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 3);
+}
+
+void DeviceDaemonTest::onTheFlyMacroThatCannotBeStoredIsNone()
+{
+    pressMacroKey();
+    press(4);
+    release(4);
+    pressMacroKey();
+    const QVariantMap before = mDaemon->document();
+    takeNotificationNames();
+    {
+        const FileSizeLimit fullDisk(16);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"could not be stored"_s));
+        press(5);
+    }
+    QCOMPARE(mDaemon->document(), before);
+    QCOMPARE(takeNotificationNames(), QStringList());
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+}
+
 void DeviceDaemonTest::shutDownLetsGoOfEveryKey()
 {
     press(4);
@@ -1051,7 +1230,7 @@ void DeviceDaemonTest::randomUseLeavesNoKeyDown()
     startWithMacros();
     for (int step = 0; step < 3000; ++step) {
         switch (random.bounded(30)) {
-        case 9: send(Command::removeAllEvents, {{u"macroID"_s, random.bounded(3)}}); break;
+        case 14: send(Command::removeAllEvents, {{u"macroID"_s, random.bounded(3)}}); break;
         case 10:
             send(Command::addMacro, {{u"MacroContents"_s, macro(u"Another"_s, uint(4 + random.bounded(2)))}});
             send(Command::deleteMacro, {{u"macroID"_s, random.bounded(2)}});
@@ -1071,6 +1250,7 @@ void DeviceDaemonTest::randomUseLeavesNoKeyDown()
         case 6: mKeyboard->remove(); break;
         case 7:
         case 8: mKeyboard->attach(); break;
+        case 9: (void)mKeyboard->pressMacroKey(); break;
         default: {
             const auto key = static_cast<uint>(keys.at(random.bounded(int(keys.size()))));
             (void)(random.bounded(2) == 0 ? mKeyboard->press(7, key) : mKeyboard->release(7, key));

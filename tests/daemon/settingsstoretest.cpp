@@ -2,6 +2,9 @@
 #include "daemon/settingsstore.h"
 #include "app/util/qlcoreutility.h"
 #include "daemon/settingsdocument.h"
+#include "tests/support/filesizelimit.h"
+#include "tests/support/folderflushfailure.h"
+#include "tests/support/ordinaryuser.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,14 +12,18 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <memory>
 #include <optional>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QStringList fileSuffixes{u""_s, u".0"_s, u".1"_s, u".2"_s, u".3"_s};
 
 QVariantMap documentNamed(const QString &profileName)
 {
@@ -30,29 +37,6 @@ QString nameOf(const std::optional<QVariantMap> &document)
     return document ? SettingsDocument::profiles(*document).first().toMap().value(u"ProfileName"_s).toString()
                     : QString();
 }
-
-/// While it lives, no file of this process can grow beyond `bytes`: a full disk, as the code sees it.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        mOldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &mOld);
-        const rlimit limit{bytes, mOld.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &mOld);
-        std::signal(SIGXFSZ, mOldHandler);
-    }
-    Q_DISABLE_COPY_MOVE(FileSizeLimit)
-
-private:
-    rlimit mOld{};
-    void (*mOldHandler)(int) = SIG_DFL;
-};
 
 } // namespace
 
@@ -70,8 +54,18 @@ private Q_SLOTS:
     void setsDamagedFileAsideAndUsesNewestCopy();
     void damagedFilesAreNeverOverwritten();
     void allDamagedMeansNoDocument();
+    void unreadableFileIsReportedAndLeftAlone_data();
+    void unreadableFileIsReportedAndLeftAlone();
+    void fileWithoutTheRightToReadIsReported();
+    void fileThatCannotBeReadLaterIsLeftAlone();
     void missingFileUsesNewestCopy();
     void interruptedReplacementIsFound();
+    void killBetweenAnyTwoStepsLosesNothing_data();
+    void killBetweenAnyTwoStepsLosesNothing();
+    void killWithoutHardLinksLosesNothing();
+    void gapInTheCopiesIsFilledFirst();
+    void replacementThatIsNotConfirmedIsTakenBack();
+    void firstDocumentThatIsNotConfirmedIsTakenBack();
     void fullDiskLeavesEverythingAsItWas();
     void fullDiskKeepsTheCopyInUse();
     void leftOversOfAKilledWriterAreRemoved();
@@ -90,6 +84,10 @@ private:
     }
     [[nodiscard]] QByteArray contentOf(const QString &name) const;
     void write(const QString &name, const QByteArray &content) const;
+    /// The profile names of the documents in the files, "" for a file that is not there: settings.plist, .0, .1, .2,
+    /// .3.
+    [[nodiscard]] QStringList storedNames() const;
+    void store(const QStringList &names) const;
     void reopen();
 
     std::optional<QTemporaryDir> mTemporary;
@@ -128,6 +126,24 @@ void SettingsStoreTest::write(const QString &name, const QByteArray &content) co
     QFile file(filePath(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), content.size());
+}
+
+QStringList SettingsStoreTest::storedNames() const
+{
+    QStringList names;
+    for (const QString &suffix : fileSuffixes)
+        names += nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"settings.plist"_s + suffix)));
+    return names;
+}
+
+void SettingsStoreTest::store(const QStringList &names) const
+{
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        const QString name = u"settings.plist"_s + fileSuffixes[i];
+        QFile::remove(filePath(name));
+        if (!names[i].isEmpty())
+            write(name, QlCoreUtility::convertDictionaryToData(documentNamed(names[i])).value());
+    }
 }
 
 void SettingsStoreTest::emptyFolderHasNoDocument()
@@ -218,6 +234,73 @@ void SettingsStoreTest::allDamagedMeansNoDocument()
     QCOMPARE(nameOf(mStore->load()), u"fresh"_s);
 }
 
+void SettingsStoreTest::unreadableFileIsReportedAndLeftAlone_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("target"); // of a symbolic link; empty for a folder
+    for (const QString &name : {u"settings.plist"_s, u"settings.plist.0"_s, u"settings.plist.3"_s}) {
+        QTest::addRow("%s is a folder", qPrintable(name)) << name << QString();
+        // The first page of a process is never mapped, so that reading it is an input/output error.
+        QTest::addRow("%s has an input/output error", qPrintable(name)) << name << u"/proc/self/mem"_s;
+        QTest::addRow("%s is elsewhere", qPrintable(name)) << name << u"/nowhere/settings.plist"_s;
+    }
+}
+
+void SettingsStoreTest::unreadableFileIsReportedAndLeftAlone()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, target);
+    for (const QString &each : {u"1"_s, u"2"_s, u"3"_s, u"4"_s})
+        QVERIFY(mStore->save(documentNamed(each)));
+    QFile::remove(filePath(name));
+    QVERIFY(target.isEmpty() ? QDir().mkdir(filePath(name)) : QFile::link(target, filePath(name)));
+    const auto entries = [&] { return QDir(mFolder).entryList(QDir::AllEntries | QDir::System | QDir::Hidden); };
+    const QStringList before = entries();
+    const QStringList namesBefore = storedNames();
+    mStore.reset();
+    SettingsStore store(mFolder);
+    QCOMPARE(store.open(), SettingsStore::OpenResult::unusable);
+    QVERIFY2(store.errorText().startsWith(u"cannot read %1: "_s.arg(filePath(name))), qPrintable(store.errorText()));
+    QCOMPARE(entries(), before);
+    QCOMPARE(storedNames(), namesBefore);
+}
+
+void SettingsStoreTest::fileWithoutTheRightToReadIsReported()
+{
+    QVERIFY(mStore->save(documentNamed(u"mine"_s)));
+    mStore.reset();
+    const auto setMode = [](const QString &path, mode_t mode) {
+        return ::chmod(QFile::encodeName(path).constData(), mode) == 0;
+    };
+    QVERIFY(setMode(mTemporary->path(), 0777) && setMode(mTemporary->filePath(u"state"_s), 0777)
+            && setMode(mFolder, 0777) && setMode(filePath(u"lock"_s), 0666)
+            && setMode(filePath(u"settings.plist"_s), 0));
+    const QString outcome = asOrdinaryUser([this] {
+        SettingsStore store(mFolder);
+        return store.open() == SettingsStore::OpenResult::unusable ? store.errorText() : u"opened"_s;
+    });
+    QCOMPARE(outcome, u"cannot read %1: Permission denied"_s.arg(filePath(u"settings.plist"_s)));
+    QVERIFY(setMode(filePath(u"settings.plist"_s), 0600));
+    QCOMPARE(storedNames().first(), u"mine"_s);
+}
+
+void SettingsStoreTest::fileThatCannotBeReadLaterIsLeftAlone()
+{
+    QVERIFY(mStore->save(documentNamed(u"old"_s)));
+    const QString aside = filePath(u"aside"_s);
+    QVERIFY(QFile::rename(filePath(u"settings.plist"_s), aside));
+    QVERIFY(QDir().mkdir(filePath(u"settings.plist"_s)));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot read .*settings\\.plist: "_s));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"nothing is saved until .*settings\\.plist is moved"_s));
+    QVERIFY(!mStore->load());
+    QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+    QVERIFY(QFileInfo(filePath(u"settings.plist"_s)).isDir());
+    QVERIFY(QDir().rmdir(filePath(u"settings.plist"_s))); // moved away
+    QVERIFY(mStore->save(documentNamed(u"new"_s)));
+    QCOMPARE(storedNames().first(), u"new"_s);
+    QCOMPARE(nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"aside"_s))), u"old"_s);
+}
+
 void SettingsStoreTest::missingFileUsesNewestCopy()
 {
     for (const QString &name : {u"1"_s, u"2"_s, u"3"_s})
@@ -240,6 +323,87 @@ void SettingsStoreTest::interruptedReplacementIsFound()
     QVERIFY(mStore->save(documentNamed(u"new"_s)));
     QCOMPARE(nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"settings.plist.1"_s))), u"old"_s);
     QVERIFY(!QFile::exists(filePath(u"settings.plist.0"_s)));
+}
+
+void SettingsStoreTest::killBetweenAnyTwoStepsLosesNothing_data()
+{
+    QTest::addColumn<QStringList>("left");  // settings.plist, .0, .1, .2, .3
+    QTest::addColumn<bool>("isSecondName"); // .0 is another name of settings.plist
+    QTest::addColumn<QStringList>("afterNext");
+    const auto row = [](const char *name, const QString &left, bool isSecondName, const QString &afterNext) {
+        QTest::newRow(name) << left.split(u',') << isSecondName << afterNext.split(u',');
+    };
+    // Documents 1 to 4 were saved, and the daemon was killed while it saved 5.
+    row("before the second name", u"4,,3,2,1"_s, false, u"6,,4,3,2"_s);
+    row("before the replacement", u"4,4,3,2,1"_s, true, u"6,,4,3,2"_s);
+    row("after the replacement", u"5,4,3,2,1"_s, false, u"6,,5,4,3"_s);
+    row("after the copy .3", u"5,4,3,,2"_s, false, u"6,,5,4,3"_s);
+    row("after the copy .2", u"5,4,,3,2"_s, false, u"6,,5,4,3"_s);
+    row("after the copy .1", u"5,,4,3,2"_s, false, u"6,,5,4,3"_s);
+    // The first saves, with fewer copies.
+    row("before the first document", u",,,,"_s, false, u"6,,,,"_s);
+    row("before the second document", u"1,1,,,"_s, true, u"6,,1,,"_s);
+    row("after the second document", u"2,1,,,"_s, false, u"6,,2,1,"_s);
+    row("before the third document", u"2,2,1,,"_s, true, u"6,,2,1,"_s);
+    row("after the third document", u"3,2,1,,"_s, false, u"6,,3,2,1"_s);
+}
+
+// The folder as each step leaves it: the newest document is found, and the save after next keeps all three before it.
+void SettingsStoreTest::killBetweenAnyTwoStepsLosesNothing()
+{
+    QFETCH(QStringList, left);
+    QFETCH(bool, isSecondName);
+    store(left);
+    if (isSecondName) {
+        QVERIFY(QFile::remove(filePath(u"settings.plist.0"_s)));
+        QCOMPARE(::link(QFile::encodeName(filePath(u"settings.plist"_s)).constData(),
+                        QFile::encodeName(filePath(u"settings.plist.0"_s)).constData()),
+                 0);
+    }
+    reopen();
+    QCOMPARE(nameOf(mStore->load()), left.first());
+    QVERIFY(mStore->save(documentNamed(u"6"_s)));
+    QTEST(storedNames(), "afterNext");
+}
+
+void SettingsStoreTest::killWithoutHardLinksLosesNothing()
+{
+    // A restored folder holds the second name as a file of its own.
+    store({u"4"_s, u"4"_s, u"3"_s, u"2"_s, u"1"_s});
+    QVERIFY(mStore->save(documentNamed(u"6"_s)));
+    QCOMPARE(storedNames(), QStringList({u"6"_s, u""_s, u"4"_s, u"3"_s, u"2"_s}));
+}
+
+void SettingsStoreTest::gapInTheCopiesIsFilledFirst()
+{
+    store({u"5"_s, u""_s, u"4"_s, u""_s, u"2"_s}); // .2 was damaged and set aside
+    QVERIFY(mStore->save(documentNamed(u"6"_s)));
+    QCOMPARE(storedNames(), QStringList({u"6"_s, u""_s, u"5"_s, u"4"_s, u"2"_s}));
+}
+
+void SettingsStoreTest::replacementThatIsNotConfirmedIsTakenBack()
+{
+    for (const QString &name : {u"1"_s, u"2"_s, u"3"_s})
+        QVERIFY(mStore->save(documentNamed(name)));
+    const QStringList before = storedNames();
+    {
+        const FolderFlushFailure failure(EIO);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+        QCOMPARE(failure.count(), 1);
+    }
+    QCOMPARE(storedNames(), before);
+    QVERIFY(mStore->save(documentNamed(u"4"_s)));
+    QCOMPARE(storedNames(), QStringList({u"4"_s, u""_s, u"3"_s, u"2"_s, u"1"_s}));
+}
+
+void SettingsStoreTest::firstDocumentThatIsNotConfirmedIsTakenBack()
+{
+    const FolderFlushFailure failure(EIO);
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+    QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+    QCOMPARE(failure.count(), 1);
+    QVERIFY(!mStore->load());
 }
 
 void SettingsStoreTest::fullDiskLeavesEverythingAsItWas()

@@ -58,6 +58,8 @@ private Q_SLOTS:
 
     void controlsStateReachesEveryControl();
     void absentKeyboardLooksInactive();
+    void pictureIsAsLargeAsTheWindowAllows_data();
+    void pictureIsAsLargeAsTheWindowAllows();
 
     void cleanUpSendsTheRepairedProfiles();
     void cleanUpSendsNothingWhenNothingChanged();
@@ -375,6 +377,7 @@ void KeyboardKeysControllerTest::lastSelectedKeyOutsideTheLayoutSelectsNoButton(
     writePlist({{u"Device Info"_s, QVariantMap{{u"Last selected key"_s, u"100"_s}}}});
     Tab tab(profile(u"P"_s));
     QVERIFY(!tab.controller->currentButton());
+    QCOMPARE(tab.controller->currentButtonValue(), u"100"_s);
     tab.key("mA")->click();
     QCOMPARE(tab.controller->currentButton(), tab.key("mA"));
 }
@@ -453,6 +456,35 @@ void KeyboardKeysControllerTest::absentKeyboardLooksInactive()
     tab.controller->setControlsState(false);
     const qint64 inactive = contrast();
     QVERIFY2(inactive * 2 < active, qPrintable(u"%1 and %2"_s.arg(inactive).arg(active)));
+}
+
+void KeyboardKeysControllerTest::pictureIsAsLargeAsTheWindowAllows_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("isWidthFilled");
+    QTest::newRow("smallest") << QSize(1100, 660) << true;
+    QTest::newRow("full HD") << QSize(1920, 1080) << true;
+    QTest::newRow("4K") << QSize(3840, 2160) << true;
+    QTest::newRow("wide and low") << QSize(3840, 900) << false;
+}
+
+void KeyboardKeysControllerTest::pictureIsAsLargeAsTheWindowAllows()
+{
+    QFETCH(QSize, size);
+    QFETCH(bool, isWidthFilled);
+    Tab tab(profile(u"P"_s, {{u"58"_s, entry(10, 0)}}), {}, {macro(u"Heal"_s)});
+    tab.window.resize(size);
+    tab.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    const QRect keys = tab.key("mM5")->geometry().united(tab.key("mNumPadEnter")->geometry());
+    QCOMPARE(keys.width() > size.width() * 9 / 10, isWidthFilled);
+    // Where the height is what is short, it is used up.
+    const QWidget *row = tab.find<PopUpButton>("mAssignFunction")->parentWidget();
+    const int rest = size.height() - row->geometry().bottom();
+    QVERIFY2(isWidthFilled || rest < 80, qPrintable(QString::number(rest)));
+    QVERIFY(tab.controller->picture()->rect().contains(keys));
+    QVERIFY(row->geometry().top() > tab.find<QWidget>("mKeysBox")->geometry().bottom());
 }
 
 void KeyboardKeysControllerTest::cleanUpSendsTheRepairedProfiles()

@@ -3,11 +3,12 @@
 #include "tests/keys/keystesting.h"
 
 #include "app/util/text.h"
+#include "platform/applicationinformation.h"
+#include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QTemporaryDir>
@@ -46,6 +47,7 @@ private Q_SLOTS:
     void populatingTwiceFillsOnce();
     void showsTheEntryOfTheSelectedKey_data();
     void showsTheEntryOfTheSelectedKey();
+    void titlesGoBackToPlainOnAnotherKey_data();
     void titlesGoBackToPlainOnAnotherKey();
     void showsTheStoredRepeatMode_data();
     void showsTheStoredRepeatMode();
@@ -59,18 +61,24 @@ private Q_SLOTS:
     void changesComeBackOnlyThroughTheController();
     void macroItemItselfSendsNothing_data();
     void macroItemItselfSendsNothing();
+    void assigningHidesPlayback_data();
     void assigningHidesPlayback();
+    void macroItemItselfKeepsPlayback();
 
     void profileSubMenuListsAllProfiles();
     void macroSubMenuListsAllMacros();
     void manageItemsSwitchTabsAndSendNothing();
     void profileFromSubMenuIsWritten();
     void macroFromSubMenuResetsRepeatToOnce();
+    void macroFromSubMenuShowsPlayback();
     void subMenusFollowTheSettings();
     void playbackKeepsTheMacro_data();
     void playbackKeepsTheMacro();
     void activeProfileIsNeverOffered();
     void macroNamedLikeTheActiveProfileIsHidden();
+    void itemsAreValidatedWhenTheirMenuOpens();
+    void manageItemsTitledLikeTheActiveProfileAreHidden();
+    void noActiveProfileHidesNoUnnamedItem();
     void validationShowsAnItemAgain();
     void oddActiveProfileHidesNothing();
 
@@ -171,13 +179,30 @@ void KeysAssignmentTest::showsTheEntryOfTheSelectedKey()
     QVERIFY(tab->delegate.calls.isEmpty());
 }
 
+void KeysAssignmentTest::titlesGoBackToPlainOnAnotherKey_data()
+{
+    QTest::addColumn<QVariantMap>("keyA");
+    QTest::addColumn<int>("position");
+    QTest::newRow("single key") << entry(16, 6, 1) << 1;
+    QTest::newRow("macro") << entry(10, 0, 1) << 2;
+    QTest::newRow("profile") << entry(17, 1) << 3;
+    QTest::newRow("program") << entry(46, u"/opt/Tool.app"_s, u""_s) << 4;
+}
+
 void KeysAssignmentTest::titlesGoBackToPlainOnAnotherKey()
 {
-    const auto tab = tabWithA(entry(10, 0, 1));
+    QFETCH(QVariantMap, keyA);
+    QFETCH(int, position);
+    const auto tab = tabWithA(keyA);
     const PopUpButton *popUp = tab->find<PopUpButton>("mAssignFunction");
-    QCOMPARE(popUp->itemTitleAtIndex(2), localizedText("lkeyMacro") + u": Heal"_s);
+    const QStringList plain{localizedText("lkeyDefaultKey"),    localizedText("lkeySingleKey"),
+                            localizedText("lkeyMacro"),         localizedText("lkeyProfile"),
+                            localizedText("lkeyLaunchProgram"), localizedText("lkeyDisable")};
+    for (int index = 0; index < plain.size(); ++index)
+        QCOMPARE(popUp->itemTitleAtIndex(index) == plain[index], index != position);
     tab->key("mB")->click();
-    QCOMPARE(popUp->itemTitleAtIndex(2), localizedText("lkeyMacro"));
+    for (int index = 0; index < plain.size(); ++index)
+        QCOMPARE(popUp->itemTitleAtIndex(index), plain[index]);
     QCOMPARE(popUp->indexOfSelectedItem(), 0);
     QVERIFY(tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
 }
@@ -297,13 +322,30 @@ void KeysAssignmentTest::macroItemItselfSendsNothing()
     QVERIFY(tab->delegate.calls.isEmpty());
 }
 
+void KeysAssignmentTest::assigningHidesPlayback_data()
+{
+    QTest::addColumn<int>("position");
+    for (const int position : {0, 1, 3, 4, 5})
+        QTest::addRow("position %d", position) << position;
+}
+
 void KeysAssignmentTest::assigningHidesPlayback()
 {
+    QFETCH(int, position);
     const auto tab = tabWithA(entry(10, 0, 1));
     QVERIFY(!tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
-    tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(5)->trigger();
+    tab->find<PopUpButton>("mAssignFunction")->selectItemAtIndex(position);
+    tab->controller->clickAssignFunction(nullptr);
     QVERIFY(tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
     QVERIFY(tab->find<QLabel>("mPlaybackOptionLabel")->isHidden());
+}
+
+void KeysAssignmentTest::macroItemItselfKeepsPlayback()
+{
+    const auto tab = tabWithA(entry(10, 0, 1));
+    tab->controller->clickAssignFunction(nullptr); // position 2 is the selected one
+    QVERIFY(!tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
+    QVERIFY(!tab->find<QLabel>("mPlaybackOptionLabel")->isHidden());
 }
 
 void KeysAssignmentTest::profileSubMenuListsAllProfiles()
@@ -328,7 +370,11 @@ void KeysAssignmentTest::macroSubMenuListsAllMacros()
     const auto tab = tabWithA(entry(45));
     const QMenu *menu = tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(2);
     QCOMPARE(menuItemTitle(menu->actions().value(0)), localizedText("lkeyManageMacro"));
+    QCOMPARE(menuItemTag(menu->actions().value(0)), 0);
+    QVERIFY(menu->actions().value(1)->isSeparator());
     QCOMPARE(records(menu).size(), 2);
+    QCOMPARE(menuItemTitle(records(menu).value(0)), u"Heal"_s);
+    QCOMPARE(menuItemTag(records(menu).value(0)), 1);
     QCOMPARE(menuItemTitle(records(menu).value(1)), u"Burst"_s);
     QCOMPARE(menuItemTag(records(menu).value(1)), 2);
 }
@@ -359,6 +405,16 @@ void KeysAssignmentTest::macroFromSubMenuResetsRepeatToOnce()
     records(tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(2)).value(1)->trigger();
     QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(10, 1, 1));
     QCOMPARE(tab->controller->selectedIndexOfMacroSubMenu(), 1);
+    QVERIFY(!tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
+    QVERIFY(!tab->find<QLabel>("mPlaybackOptionLabel")->isHidden());
+}
+
+void KeysAssignmentTest::macroFromSubMenuShowsPlayback()
+{
+    const auto tab = tabWithA(entry(20));
+    QVERIFY(tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
+    records(tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(2)).value(0)->trigger();
+    QCOMPARE(tab->delegate.calls, QStringList{u"updateKeySettings"_s});
     QVERIFY(!tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
     QVERIFY(!tab->find<QLabel>("mPlaybackOptionLabel")->isHidden());
 }
@@ -417,6 +473,42 @@ void KeysAssignmentTest::macroNamedLikeTheActiveProfileIsHidden()
     QVERIFY(records(menu).value(1)->isVisible());
 }
 
+void KeysAssignmentTest::itemsAreValidatedWhenTheirMenuOpens()
+{
+    const auto tab = tabWithA(entry(45), {macro(u"Browser"_s)});
+    tab->controller->setMDeviceSettingsDict({{SettingsKeys::activeProfile, 2}}); // and no redraw
+    for (const int position : {2, 3}) {
+        QMenu *menu = tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(position);
+        QVERIFY(records(menu).last()->isVisible());
+        menu->popup(QPoint(0, 0));
+        QVERIFY(!records(menu).last()->isVisible());
+        menu->close();
+    }
+}
+
+void KeysAssignmentTest::manageItemsTitledLikeTheActiveProfileAreHidden()
+{
+    Tab tab(profile(localizedText("lkeyManageMacro")), {profile(u"Raid"_s)}, {macro(u"Heal"_s)});
+    const PopUpButton *popUp = tab.find<PopUpButton>("mAssignFunction");
+    QVERIFY(!popUp->submenuAtIndex(2)->actions().first()->isVisible());
+    QVERIFY(records(popUp->submenuAtIndex(2)).first()->isVisible());
+    QVERIFY(popUp->submenuAtIndex(3)->actions().first()->isVisible());
+    QVERIFY(!records(popUp->submenuAtIndex(3)).first()->isVisible());
+}
+
+void KeysAssignmentTest::noActiveProfileHidesNoUnnamedItem()
+{
+    Tab tab(profile(u"P"_s), {profile(QString())}, {macro(u""_s), QVariantMap()}, {{SettingsKeys::activeProfile, 7}});
+    const PopUpButton *popUp = tab.find<PopUpButton>("mAssignFunction");
+    for (const int position : {2, 3})
+        for (const QAction *item : records(popUp->submenuAtIndex(position)))
+            QVERIFY(item->isVisible() && item->isEnabled());
+    // An active profile without a name is still never offered.
+    tab.controller->setMDeviceSettingsDict({{SettingsKeys::activeProfile, 1}});
+    tab.controller->updateUISettings();
+    QVERIFY(!records(popUp->submenuAtIndex(3)).value(1)->isVisible());
+}
+
 void KeysAssignmentTest::validationShowsAnItemAgain()
 {
     const auto tab = tabWithA(entry(45));
@@ -448,13 +540,14 @@ void KeysAssignmentTest::launchOpensAPanelOnTheWindow()
     const auto tab = tabWithA(entry(45));
     tab->window.show();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
-    const QPointer<QFileDialog> first = tab->controller->openPanel();
+    const QPointer<OpenPanel> first = tab->controller->openPanel();
     QVERIFY(first);
     QVERIFY(first->isVisible());
     QCOMPARE(first->windowModality(), Qt::WindowModal);
     QCOMPARE(first->parentWidget(), &tab->window);
     QCOMPARE(first->fileMode(), QFileDialog::ExistingFile);
-    QVERIFY(first->nameFilters().first().contains(u"*.app"_s));
+    QVERIFY(first->nameFilters().first().contains(u"*.app *.desktop"_s));
+    QCOMPARE(first->directory().absolutePath(), QDir(ApplicationInformation::startFolder()).absolutePath());
     QVERIFY(tab->delegate.calls.isEmpty());
     tab->controller->clickAssignFunction(nullptr);
     QVERIFY(!first);
@@ -464,31 +557,28 @@ void KeysAssignmentTest::launchOpensAPanelOnTheWindow()
 void KeysAssignmentTest::chosenApplicationIsWritten()
 {
     const auto tab = tabWithA(entry(45));
-    QString asked;
-    tab->controller->setApplicationReader([&](const QString &path) {
-        asked = path;
-        return u"/Applications/Resolved.app"_s;
-    });
-    QFile file(mResources->filePath(u"Chosen.app"_s));
+    QFile file(mResources->filePath(u"chosen.desktop"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.write("[Desktop Entry]\nType=Application\nExec=chosen\n") > 0);
+    file.close();
+    const QString link = mResources->filePath(u"link.desktop"_s);
+    QVERIFY(QFile::link(file.fileName(), link));
     tab->window.show();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
-    QFileDialog *panel = tab->controller->openPanel();
+    OpenPanel *panel = tab->controller->openPanel();
     panel->setDirectory(mResources->path());
-    panel->selectFile(file.fileName());
+    panel->selectFile(link);
     QMetaObject::invokeMethod(panel, "accept");
-    QCOMPARE(asked, file.fileName());
     QCOMPARE(tab->delegate.calls, QStringList{u"updateKeySettings"_s});
     const QVariantMap sent = tab->delegate.sentEntry(u"4"_s);
-    QCOMPARE(sent, entry(46, u"/Applications/Resolved.app"_s, u""_s));
+    QCOMPARE(sent, entry(46, QFileInfo(file).canonicalFilePath(), u""_s));
     QCOMPARE(sent.value(SettingsKeys::param2).typeId(), int(QMetaType::QString));
 }
 
 void KeysAssignmentTest::applicationWithoutInformationRestoresThePopUp()
 {
     const auto tab = tabWithA(entry(20));
-    tab->controller->setApplicationReader([](const QString &) { return QString(); });
-    QFileDialog panel;
+    OpenPanel panel({}, &tab->window);
     tab->find<PopUpButton>("mAssignFunction")->selectItemAtIndex(4);
     tab->controller->openPanelDidEndReturnCodeContextInfo(&panel, 1, nullptr);
     QVERIFY(tab->delegate.calls.isEmpty());
@@ -509,7 +599,7 @@ void KeysAssignmentTest::cancelledPanelRestoresThePopUp()
 void KeysAssignmentTest::otherReturnCodesDoNothing()
 {
     const auto tab = tabWithA(entry(20));
-    QFileDialog panel;
+    OpenPanel panel({}, &tab->window);
     tab->find<PopUpButton>("mAssignFunction")->selectItemAtIndex(4);
     tab->controller->openPanelDidEndReturnCodeContextInfo(&panel, 7, nullptr);
     QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 4);

@@ -9,6 +9,7 @@
 #include "platform/sheet.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -53,10 +54,17 @@ private Q_SLOTS:
     void okBeforeACaptureWritesTheOneBefore();
     void cancelWritesNothingAndRestoresThePopUp();
     void escapeCancels();
+    void keysOfAnotherKeyboardPressNoButtonBeforeACapture_data();
+    void keysOfAnotherKeyboardPressNoButtonBeforeACapture();
+    void returnIsOKOnceAKeyWasCaptured();
+    void buttonsAreReachedByTabAndPressedBySpace();
     void oddUserInformationReadsAsZero();
 
     void gameModeNotificationFlipsTheFlagAndTheNotice();
     void gameModeWithoutAFunctionKeyChangesOnlyTheFlag();
+    void noticeFollowsTheDeviceSettings();
+    void noticeSaysWhatGameModeDoes();
+    void otherKeysKeepFlagAndName();
     void noticeShowsForAssignedFunctionKeysOnly_data();
     void noticeShowsForAssignedFunctionKeysOnly();
     void notificationsAfterTheWindowIsGoneAreHarmless();
@@ -113,7 +121,8 @@ void KeysCaptureTest::okWritesTheLastCapturedKey()
     QVERIFY(!tab->find<Sheet>("mSingleKeyWindow")->isUp());
     QVERIFY(!tab->find<Sheet>("mSingleKeyWindow")->isVisible());
     QVERIFY(!tab->controller->isCancelSingleKey());
-    QCOMPARE(tab->delegate.calls.count(u"stopSingleKeyRecording"_s), 1);
+    QCOMPARE(tab->delegate.calls,
+             (QStringList{u"startSingleKeyRecording"_s, u"updateKeySettings"_s, u"stopSingleKeyRecording"_s}));
     QCOMPARE(tab->delegate.sent.size(), 1);
     QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 7, 2));
 }
@@ -159,6 +168,59 @@ void KeysCaptureTest::escapeCancels()
     QVERIFY(tab->delegate.sent.isEmpty());
 }
 
+void KeysCaptureTest::keysOfAnotherKeyboardPressNoButtonBeforeACapture_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Return") << Qt::Key_Return;
+    QTest::newRow("Enter") << Qt::Key_Enter;
+    QTest::newRow("Space") << Qt::Key_Space;
+    QTest::newRow("A") << Qt::Key_A;
+}
+
+void KeysCaptureTest::keysOfAnotherKeyboardPressNoButtonBeforeACapture()
+{
+    QFETCH(Qt::Key, key);
+    const auto tab = tabWithSheet();
+    auto *sheet = tab->find<Sheet>("mSingleKeyWindow");
+    // The second round is a sheet that is opened again after one that had captured something.
+    for (int round = 0; round < 2; ++round) {
+        QCOMPARE(sheet->focusWidget(), tab->find<QLineEdit>("mSingleKeyInput"));
+        tab->delegate.calls.clear();
+        QTest::keyClick(sheet->focusWidget(), key);
+        QVERIFY(sheet->isUp() && sheet->isVisible());
+        QVERIFY(tab->find<QLineEdit>("mSingleKeyInput")->text().isEmpty());
+        QVERIFY(tab->delegate.calls.isEmpty());
+        tab->controller->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 5}}});
+        tab->find<QPushButton>("mSingleKeyCancel")->click();
+        tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
+    }
+}
+
+void KeysCaptureTest::returnIsOKOnceAKeyWasCaptured()
+{
+    const auto tab = tabWithSheet();
+    QVERIFY(QTest::qWaitForWindowActive(tab->find<Sheet>("mSingleKeyWindow")));
+    postCapture(6, 0);
+    QTRY_COMPARE(tab->find<QLineEdit>("mSingleKeyInput")->text(), u"C"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QVERIFY(!tab->find<Sheet>("mSingleKeyWindow")->isUp());
+    QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 6, 0));
+}
+
+void KeysCaptureTest::buttonsAreReachedByTabAndPressedBySpace()
+{
+    const auto tab = tabWithSheet();
+    QVERIFY(QTest::qWaitForWindowActive(tab->find<Sheet>("mSingleKeyWindow")));
+    QTRY_COMPARE(QApplication::focusWidget(), tab->find<QLineEdit>("mSingleKeyInput"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), tab->find<QPushButton>("mSingleKeyCancel"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), tab->find<QPushButton>("mSingleKeyOK"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QVERIFY(!tab->find<Sheet>("mSingleKeyWindow")->isUp());
+    QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 0, 0));
+}
+
 void KeysCaptureTest::oddUserInformationReadsAsZero()
 {
     const auto tab = tabWithSheet();
@@ -194,6 +256,41 @@ void KeysCaptureTest::gameModeWithoutAFunctionKeyChangesOnlyTheFlag()
     QVERIFY(tab.find<QLabel>("mFunctionKeysInfoLabel")->isHidden());
     QVERIFY(tab.find<QLabel>("mFunctionKeysInfoImage")->isHidden());
     QVERIFY(tab.delegate.calls.isEmpty());
+}
+
+void KeysCaptureTest::noticeFollowsTheDeviceSettings()
+{
+    Tab tab(profile(u"P"_s, {{u"104"_s, entry(20)}}));
+    tab.key("mF13")->click();
+    const QLabel *notice = tab.find<QLabel>("mFunctionKeysInfoLabel");
+    QCOMPARE(notice->text(), localizedFormat("lkeyFunctionKeysInfoGameModeOff", {u"F13"_s}));
+    tab.controller->setMDeviceSettingsDict({{u"ActiveProfile"_s, 0}, {u"GameMode"_s, true}});
+    tab.controller->updateUISettings();
+    QCOMPARE(notice->text(), localizedFormat("lkeyFunctionKeysInfoGameModeOn", {u"F13"_s}));
+    tab.giveBack({{u"104"_s, entry(45)}});
+    QVERIFY(notice->isHidden());
+}
+
+void KeysCaptureTest::noticeSaysWhatGameModeDoes()
+{
+    for (const char *textKey : {"lkeyFunctionKeysInfoGameModeOn", "lkeyFunctionKeysInfoGameModeOff"}) {
+        const QString text = localizedFormat(textKey, {u"F7"_s});
+        QCOMPARE(text.count(u"F7"_s), 1);
+        QVERIFY(!text.contains(u'%'));
+        QVERIFY(text.contains(u"Command keys"_s));
+    }
+}
+
+void KeysCaptureTest::otherKeysKeepFlagAndName()
+{
+    Tab tab(profile(u"P"_s));
+    tab.key("mF12")->click();
+    tab.key("mA")->click();
+    QVERIFY(!tab.controller->isFunctionKeySelected()); // by the key's own action
+    QCOMPARE(tab.controller->keyName(), u"F12"_s);
+    tab.controller->checkForSelectedFunctionKey();
+    QVERIFY(!tab.controller->isFunctionKeySelected());
+    QCOMPARE(tab.controller->keyName(), u"F12"_s);
 }
 
 void KeysCaptureTest::noticeShowsForAssignedFunctionKeysOnly_data()

@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -69,6 +71,9 @@ private Q_SLOTS:
     void refreshShowsTheRecord();
     void refreshSendsNothing();
     void refreshWaitsForARecord();
+    void refreshReadsNumbersOfEveryKind_data();
+    void refreshReadsNumbersOfEveryKind();
+    void brightnessBeyondTheSliderStaysAtItsEndAndSendsNothing();
     void effectSelectsTheRow_data();
     void effectSelectsTheRow();
     void recordWithoutColorsLeavesTheWellAlone_data();
@@ -83,12 +88,17 @@ private Q_SLOTS:
     void mainBoxIsKeptLocally();
     void addOnHighlightSendsABoolean();
     void brightnessSendsTheLevel();
+    void brightnessHasFiveStepsUnderFourCaptions();
+    void captionsStandUnderTheirSteps_data();
+    void captionsStandUnderTheirSteps();
     void brightnessChangedOnTheKeyboardSendsNothing();
     void controlsWithoutEffectSendNothing();
     void updateValueSendsOneNumber();
     void updatesOpenTheDownloadPage();
     void restoreAsksFirst();
     void restoreKeepsTheNameAndForcesTwoValues();
+    void restoreLooksAtTheAnswerAlone();
+    void restoreKeepsAnyName();
     void cancelledRestoreSendsNothing();
     void restoreWithoutANameHasAnEmptyArgument();
     void controlsFollowTheirState();
@@ -96,6 +106,7 @@ private Q_SLOTS:
     void greyFollowsTheColorsOfTheDesktop();
     void spinnerTakesThePlaceOfTheVersion();
     void awakeningEmptiesTheDictionaries();
+    void versionFieldsCanBeReplaced();
 
 private:
     template <typename T> T *outlet(const char *name) const { return mWindow->findChild<T *>(QLatin1StringView(name)); }
@@ -169,6 +180,49 @@ void KeyboardLightingControllerTest::refreshWaitsForARecord()
     mController->updateUISettings();
     QCOMPARE(outlet<QLabel>("mProfileNameLabel")->text(), u"Work"_s);
     QCOMPARE(outlet<QSlider>("mBrightnessValue")->value(), 3);
+}
+
+void KeyboardLightingControllerTest::refreshReadsNumbersOfEveryKind_data()
+{
+    QTest::addColumn<QVariant>("number");
+    QTest::addColumn<bool>("isOn");
+    QTest::newRow("integer") << QVariant(1) << true;
+    QTest::newRow("boolean") << QVariant(true) << true;
+    QTest::newRow("real") << QVariant(1.0) << true;
+    QTest::newRow("real below one, cut") << QVariant(0.9) << false;
+    QTest::newRow("boolean off") << QVariant(false) << false;
+    QTest::newRow("no number") << QVariant(QVariantList{1}) << false;
+    QTest::newRow("absent") << QVariant() << false;
+}
+
+void KeyboardLightingControllerTest::refreshReadsNumbersOfEveryKind()
+{
+    QFETCH(QVariant, number);
+    QFETCH(bool, isOn);
+    QVariantMap record = lightingRecord();
+    for (const QString &key : {u"BacklightLED"_s, u"GameLightingOn"_s, u"BrightnessKBNormal"_s})
+        record[key] = number;
+    mController->setMLightingSettingsDict(record);
+    mController->updateUISettings();
+    QCOMPARE(outlet<QCheckBox>("mMain")->isChecked(), isOn);
+    QCOMPARE(outlet<QCheckBox>("mEnableAddOnHighlight")->isChecked(), isOn);
+    QCOMPARE(outlet<QSlider>("mBrightnessValue")->value(), isOn ? 1 : 0);
+    QVERIFY(mDelegate.sent.isEmpty());
+}
+
+void KeyboardLightingControllerTest::brightnessBeyondTheSliderStaysAtItsEndAndSendsNothing()
+{
+    for (const auto &[stored, shown] : {std::pair(100, 4), std::pair(-1, 0)}) {
+        QVariantMap record = lightingRecord();
+        record[u"BrightnessKBNormal"_s] = stored;
+        mController->setMLightingSettingsDict(record);
+        mController->updateUISettings();
+        QCOMPARE(outlet<QSlider>("mBrightnessValue")->value(), shown);
+        mController->updateBrightnessValue(2);
+        mController->updateBrightnessValue(stored);
+        QCOMPARE(outlet<QSlider>("mBrightnessValue")->value(), shown);
+    }
+    QVERIFY(mDelegate.sent.isEmpty());
 }
 
 void KeyboardLightingControllerTest::effectSelectsTheRow_data()
@@ -319,6 +373,67 @@ void KeyboardLightingControllerTest::brightnessSendsTheLevel()
     QCOMPARE(mDelegate.sent.first().value(u"BrightnessKBNormal"_s).userType(), int(QMetaType::Int));
 }
 
+void KeyboardLightingControllerTest::brightnessHasFiveStepsUnderFourCaptions()
+{
+    auto *slider = outlet<QSlider>("mBrightnessValue");
+    QCOMPARE(slider->maximum() - slider->minimum() + 1, 5);
+    QCOMPARE(slider->tickInterval(), 1);
+    QVERIFY(slider->tickPosition() != QSlider::NoTicks);
+    slider->setFocus();
+    QTest::keyClick(slider, Qt::Key_Home);
+    mDelegate.sent.clear();
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_PageUp, Qt::Key_Right, Qt::Key_PageUp, Qt::Key_Right})
+        QTest::keyClick(slider, key);
+    QCOMPARE(mDelegate.sent, (QList<QVariantMap>{{{u"BrightnessKBNormal"_s, 1}},
+                                                 {{u"BrightnessKBNormal"_s, 2}},
+                                                 {{u"BrightnessKBNormal"_s, 3}},
+                                                 {{u"BrightnessKBNormal"_s, 4}}}));
+    QCOMPARE(outlet<QLabel>("mBrightnessOffLabel")->text(), u"Off"_s);
+    QCOMPARE(outlet<QLabel>("mBrightnessDimLabel")->text(), u"Dim"_s);
+    QCOMPARE(outlet<QLabel>("mBrightnessNormaLabel")->text(), u"Normal"_s);
+    QCOMPARE(outlet<QLabel>("mBrightnessBrightLabel")->text(), u"Bright"_s);
+}
+
+void KeyboardLightingControllerTest::captionsStandUnderTheirSteps_data()
+{
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("left to right") << Qt::LeftToRight;
+    QTest::newRow("right to left") << Qt::RightToLeft;
+}
+
+void KeyboardLightingControllerTest::captionsStandUnderTheirSteps()
+{
+    QFETCH(Qt::LayoutDirection, direction);
+    mWindow->setLayoutDirection(direction);
+    mWindow->resize(900, 600);
+    QCoreApplication::sendPostedEvents();
+    auto *slider = outlet<QSlider>("mBrightnessValue");
+    const std::pair<const char *, int> captions[] = {{"mBrightnessOffLabel", 0},
+                                                     {"mBrightnessDimLabel", 1},
+                                                     {"mBrightnessNormaLabel", 2},
+                                                     {"mBrightnessBrightLabel", 4}};
+    for (const auto &[name, step] : captions) {
+        mController->updateBrightnessValue(step);
+        QStyleOptionSlider option;
+        option.initFrom(slider);
+        option.maximum = 4;
+        option.sliderPosition = option.sliderValue = step;
+        option.upsideDown = direction == Qt::RightToLeft;
+        option.direction = Qt::LeftToRight; // as sliders do: only one of the two turns them round
+        const QRect handle =
+            slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
+        const int handleCentre = slider->mapTo(mWindow.get(), handle.center()).x();
+        auto *caption = outlet<QLabel>(name);
+        const QRect place(caption->mapTo(mWindow.get(), QPoint()), caption->size());
+        // Those at the ends are held inside the row, so that they are not cut off.
+        const bool isAtAnEnd = step == 0 || step == 4;
+        QVERIFY2(isAtAnEnd ? place.left() <= handleCentre && handleCentre <= place.right()
+                           : qAbs(place.center().x() - handleCentre) <= 2,
+                 name);
+        QVERIFY2(place.width() >= caption->sizeHint().width(), name);
+    }
+}
+
 void KeyboardLightingControllerTest::brightnessChangedOnTheKeyboardSendsNothing()
 {
     mController->updateBrightnessValue(1);
@@ -383,6 +498,34 @@ void KeyboardLightingControllerTest::restoreKeepsTheNameAndForcesTwoValues()
                                                   {u"ProfileOSDOn"_s, true},
                                                   {u"Keys"_s, keys}}}));
     QCOMPARE(mDelegate.sent.first().value(u"ProfileOSDOn"_s).userType(), int(QMetaType::Bool));
+}
+
+void KeyboardLightingControllerTest::restoreLooksAtTheAnswerAlone()
+{
+    QCOMPARE(KeyboardLightingController::confirmRestore, 9);
+    mController->setMDefaultDict({{u"ProfileName"_s, u"Default"_s}});
+    for (const int returnCode : {0, 1, 999, 1001})
+        mController->sheetDidEndReturnCodeContextInfo(returnCode, 9);
+    QVERIFY(mDelegate.sent.isEmpty());
+    mController->sheetDidEndReturnCodeContextInfo(1000, 3);
+    QCOMPARE(
+        mDelegate.sent,
+        (QList<QVariantMap>{{{u"ProfileName"_s, u"Work"_s}, {u"BrightnessKBNormal"_s, 4}, {u"ProfileOSDOn"_s, true}}}));
+    QCOMPARE(mController->defaultDict(), (QVariantMap{{u"ProfileName"_s, u"Default"_s}}));
+}
+
+void KeyboardLightingControllerTest::restoreKeepsAnyName()
+{
+    const QString name = u"%@ %1 <b>x</b> “"_s;
+    QVariantMap record = lightingRecord();
+    record[u"ProfileName"_s] = name;
+    mController->setMLightingSettingsDict(record);
+    outlet<QPushButton>("mRestoreSettings")->click();
+    auto *title = alert()->findChild<QLabel *>(u"alertTitle"_s);
+    QVERIFY(title->text().contains(name));
+    QCOMPARE(title->textFormat(), Qt::PlainText);
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate.sent.value(0).value(u"ProfileName"_s), QVariant(name));
 }
 
 void KeyboardLightingControllerTest::cancelledRestoreSendsNothing()
@@ -467,6 +610,21 @@ void KeyboardLightingControllerTest::awakeningEmptiesTheDictionaries()
     QVERIFY(mController->userSettingsDict().isEmpty());
     QVERIFY(mController->lightingSettingsDict().isEmpty());
     QVERIFY(mController->deviceSettingsDict().isEmpty());
+}
+
+void KeyboardLightingControllerTest::versionFieldsCanBeReplaced()
+{
+    QLabel driver;
+    QLabel firmware;
+    mController->setMDriverVersion(&driver);
+    mController->setMFirmwareVersion(&firmware);
+    QCOMPARE(mController->driverVersion(), &driver);
+    QCOMPARE(mController->firmwareVersion(), &firmware);
+    firmware.show();
+    mController->startProgresIndicatorAnimation();
+    QVERIFY(!firmware.isVisible());
+    mController->stopProgressIndicatorAnimation();
+    QVERIFY(firmware.isVisible());
 }
 
 QTEST_MAIN(KeyboardLightingControllerTest)

@@ -2,6 +2,7 @@
 #include "platform/popupbutton.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QMenu>
 #include <QPointer>
 #include <QSignalSpy>
@@ -167,6 +168,10 @@ void PopUpButtonTest::marksTheSelectedItemInTheMenu()
     button.selectItemAtIndex(1);
     QVERIFY(!button.itemAtIndex(0)->isChecked());
     QVERIFY(button.itemAtIndex(1)->isChecked());
+    // As one of several, not as a box to tick.
+    QVERIFY(button.itemAtIndex(1)->actionGroup());
+    QVERIFY(button.itemAtIndex(1)->actionGroup()->isExclusive());
+    QCOMPARE(button.itemAtIndex(0)->actionGroup(), button.itemAtIndex(1)->actionGroup());
 }
 
 void PopUpButtonTest::opensByMouseAndPicksByKeyboard()

@@ -94,7 +94,7 @@ def allowed_includes(path, records, widgets):
         return either(under(folder, "platform", "app/util"), is_record)
     if folder == "daemon":
         return either(under("daemon", "app/util"), is_plain_platform,
-                      lambda included: is_record(included) and under("keys", "macros")(included))
+                      lambda included: is_record(included) and under("keys", "macros", "lighting")(included))
     if folder == "cli":
         return either(under("cli", "daemonlink", "app/util"), is_plain_platform, is_record)
     if folder == "app":

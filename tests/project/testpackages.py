@@ -30,8 +30,10 @@ SUDO = """#!/bin/sh
 echo "sudo" >>"$FAKE/calls"
 exec "$@"
 """
-PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import")
-LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev")
+PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import",
+            "openbox", "sway")
+LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",
+             "libxcb1-dev", "libwayland-dev", "qt6-wayland")
 GROUPS = ("build", "session", "display", "tour", "test")
 
 

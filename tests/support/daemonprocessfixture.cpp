@@ -34,6 +34,9 @@ DaemonProcessFixture::DaemonProcessFixture() : mEnvironment(QProcessEnvironment:
 {
     mEnvironment.insert(u"XDG_STATE_HOME"_s, mFolder.filePath(u"state"_s));
     mEnvironment.insert(u"QUILL_KESTRA_RESOURCES"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources"_s);
+    // Not the desktop of whoever runs the tests: its windows come to the front as they like.
+    mEnvironment.remove(u"DISPLAY"_s);
+    mEnvironment.remove(u"WAYLAND_DISPLAY"_s);
     const auto receive = [this](qint32 command, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
         mReplies += {command, QlCoreUtility::convertDataToDictionary(data).value_or(QVariantMap())};
         return data;

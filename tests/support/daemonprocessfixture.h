@@ -39,6 +39,7 @@ public:
     int terminate() { return sendSignal(SIGTERM); }
     int sendSignal(int signalNumber);
     [[nodiscard]] bool isRunning() const { return mProcess && mProcess->state() == QProcess::Running; }
+    [[nodiscard]] qint64 processId() const { return mProcess ? mProcess->processId() : 0; }
     /// What it has logged since it was started.
     [[nodiscard]] const QByteArray &log() { return mLog += mProcess->readAllStandardError(); }
 

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/util/propertylist.h"
+#include "tests/support/folderflushfailure.h"
 #include "tests/support/fulldocument.h"
 
 #include <QtTest>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +27,9 @@ private slots:
     void leavesNothingElseInTheFolder();
     void followsSymbolicLinks();
     void writesIntoNoMissingFolder();
+    void folderThatIsNotFlushedFails_data();
+    void folderThatIsNotFlushedFails();
+    void saysWhyAFileCannotBeRead();
 
 private:
     QString inFolder(const QString &name) const { return m_folder.filePath(name); }
@@ -139,6 +145,38 @@ void PropertyListFileTest::writesIntoNoMissingFolder()
 {
     QVERIFY(!PropertyList::writeFileAtomically(inFolder(u"none/file"_s), "data"));
     QVERIFY(!QFileInfo::exists(inFolder(u"none"_s)));
+}
+
+void PropertyListFileTest::folderThatIsNotFlushedFails_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<bool>("isWritten");
+    QTest::newRow("input/output error") << EIO << false;
+    QTest::newRow("no space") << ENOSPC << false;
+    QTest::newRow("over the quota") << EDQUOT << false;
+    QTest::newRow("read-only") << EROFS << false;
+    QTest::newRow("the file system does not flush folders") << EINVAL << true;
+    QTest::newRow("the file system knows no flushing") << ENOTSUP << true;
+}
+
+void PropertyListFileTest::folderThatIsNotFlushedFails()
+{
+    QFETCH(int, error);
+    const FolderFlushFailure failure(error);
+    QTEST(PropertyList::writeFileAtomically(inFolder(u"flushed"_s), "data"), "isWritten");
+    QCOMPARE(failure.count(), 1);
+}
+
+void PropertyListFileTest::saysWhyAFileCannotBeRead()
+{
+    write(u"readable"_s, "{ a = b; }");
+    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(inFolder(u"readable"_s));
+    QCOMPARE(bytes.error, QString());
+    QCOMPARE(bytes.data, QByteArray("{ a = b; }"));
+    QVERIFY(PropertyList::readFileBytes(inFolder(u"missing"_s)).error.contains(u"No such file"_s));
+    QVERIFY(!PropertyList::readFileBytes(m_folder.path()).error.isEmpty());
+    // The first page of a process is never mapped.
+    QVERIFY(PropertyList::readFileBytes(u"/proc/self/mem"_s).error.contains(u"Input/output error"_s));
 }
 
 QTEST_GUILESS_MAIN(PropertyListFileTest)

@@ -3,49 +3,24 @@
 // the cases that need a read-only installation run in a child process without its rights.
 #include "app/util/resources.h"
 #include "app/util/propertylist.h"
+#include "tests/support/filesizelimit.h"
+#include "tests/support/ordinaryuser.h"
 
 #include <QtTest>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr uid_t unprivilegedUser = 65534; // "nobody"
-const QByteArray factoryContent = "{ installed = yes; }";
+const QByteArray factoryContent =
+    "{ \"Default Settings\" = { installed = yes; }; \"Device Info\" = { \"Last selected key\" = \"\"; }; }";
 
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// What `call` returns in a child process that has an ordinary user's rights; null when the child failed.
-template <typename Call> QString asOrdinaryUser(Call call)
-{
-    int ends[2];
-    if (::pipe(ends) != 0)
-        return {};
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (::getuid() == 0 && (::setgid(unprivilegedUser) != 0 || ::setuid(unprivilegedUser) != 0))
-            ::_exit(2);
-        const QByteArray result = QFile::encodeName(call());
-        const bool isWhole = ::write(ends[1], result.constData(), size_t(result.size())) == result.size();
-        ::_exit(isWhole ? 0 : 3);
-    }
-    ::close(ends[1]);
-    QFile reader;
-    QString result;
-    if (child > 0 && reader.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-        result = QFile::decodeName(reader.readAll());
-    int status = 0;
-    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        return {};
-    return result;
 }
 
 } // namespace
@@ -63,6 +38,10 @@ private slots:
     void readOnlyInstallationIsCopiedForTheUser();
     void copyCanBeReplaced();
     void existingCopyIsKept();
+    void damagedCopyIsMadeAnew_data();
+    void damagedCopyIsMadeAnew();
+    void copyIsNeverHalfWritten();
+    void installedFileWhenItIsDamagedItself();
     void readOnlyFileInWritableFolderIsCopied();
     void installedFileWhenNoCopyCanBeMade();
 
@@ -155,9 +134,60 @@ void ResourcesTest::existingCopyIsKept()
 {
     setModes(0555, 0444);
     QVERIFY(QDir().mkpath(QFileInfo(m_copy).path()));
-    QVERIFY(PropertyList::writeFileAtomically(m_copy, "{ mine = yes; }"));
+    QVERIFY(PropertyList::writeFileAtomically(m_copy, "{ \"Default Settings\" = { mine = yes; }; }"));
     QCOMPARE(asOrdinaryUser(kestraPlistPath), m_copy);
-    QCOMPARE(contentOf(m_copy), QByteArray("{ mine = yes; }"));
+    QCOMPARE(contentOf(m_copy), QByteArray("{ \"Default Settings\" = { mine = yes; }; }"));
+}
+
+void ResourcesTest::damagedCopyIsMadeAnew_data()
+{
+    QTest::addColumn<QByteArray>("damaged");
+    QTest::addColumn<QString>("lastSelectedKey"); // afterwards
+    QTest::newRow("empty") << QByteArray() << u""_s;
+    QTest::newRow("half") << factoryContent.first(factoryContent.size() / 2) << u""_s;
+    QTest::newRow("an array") << QByteArray("( a, b )") << u""_s;
+    QTest::newRow("no factory settings") << QByteArray("{ a = b; }") << u""_s;
+    QTest::newRow("factory settings of another type") << QByteArray("{ \"Default Settings\" = ( a ); }") << u""_s;
+    QTest::newRow("only the last selected key")
+        << QByteArray("{ \"Device Info\" = { \"Last selected key\" = \"58\"; }; }") << u"58"_s;
+    QTest::newRow("remembered of another type") << QByteArray("{ \"Device Info\" = ( a ); }") << u""_s;
+}
+
+void ResourcesTest::damagedCopyIsMadeAnew()
+{
+    QFETCH(QByteArray, damaged);
+    setModes(0555, 0444);
+    const QString folder = QFileInfo(m_copy).path();
+    QVERIFY(QDir().mkpath(folder));
+    QFile file(m_copy);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
+    file.close();
+    QVERIFY(::chmod(QFile::encodeName(folder).constData(), 0777) == 0);
+    QVERIFY(::chmod(QFile::encodeName(m_copy).constData(), 0666) == 0);
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), m_copy);
+    const QVariantMap copy = PropertyList::readPropertyListFile(m_copy).value_or(QVariantMap());
+    QCOMPARE(copy.value(u"Default Settings"_s), QVariant(QVariantMap{{u"installed"_s, u"yes"_s}}));
+    QTEST(copy.value(u"Device Info"_s).toMap().value(u"Last selected key"_s).toString(), "lastSelectedKey");
+}
+
+void ResourcesTest::copyIsNeverHalfWritten()
+{
+    setModes(0555, 0444);
+    const auto onAFullDisk = [] {
+        const FileSizeLimit fullDisk(16);
+        return kestraPlistPath();
+    };
+    QCOMPARE(asOrdinaryUser(onAFullDisk), m_installedFile);
+    QCOMPARE(QDir(QFileInfo(m_copy).path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+}
+
+void ResourcesTest::installedFileWhenItIsDamagedItself()
+{
+    QVERIFY(PropertyList::writeFileAtomically(m_installedFile, "{ half"));
+    setModes(0555, 0444);
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), m_installedFile);
+    QVERIFY(!QFileInfo::exists(m_copy));
 }
 
 void ResourcesTest::readOnlyFileInWritableFolderIsCopied()

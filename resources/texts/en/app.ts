@@ -13,6 +13,12 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Busy</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>Help</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Back</translation></message>
+    <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Forward</translation></message>
+    <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Contents</translation></message>
+    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>Search the help</translation></message>
+    <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>Pages found</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>Nothing found</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill page</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>News feed</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
@@ -32,5 +38,10 @@
     <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Start for the background at login: wait for the keyboard's service.</translation></message>
     <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Open the keyboard at once, without the sheet that says so.</translation></message>
     <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>A macro or profile file; the configurator then waits for the keyboard's service.</translation></message>
+    <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Choose an application</translation></message>
+    <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
+    <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Replace “%@”?</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>A file with this name is already there. Its content will be lost.</translation></message>
+    <message id="lkeyReplace"><source>lkeyReplace</source><translation>Replace</translation></message>
 </context>
 </TS>

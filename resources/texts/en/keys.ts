@@ -26,9 +26,9 @@
     <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>Selected key:</translation></message>
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Assignment:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Playback:</translation></message>
-    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Press the key that the selected key shall send.</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Game mode is on: %@ does what is assigned to it here.</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Game mode is off: %@ does what is assigned to it here. Turn game mode on with its key on the keyboard before you play.</translation></message>
+    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>On your Quill Kestra, press the key that the selected key should send.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Game mode is on: %@ does what you assigned to it; the Command keys do nothing.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Game mode is off: %@ does what you assigned to it. Turn game mode on to keep the Command keys quiet while you play.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Keyboard</translation></message>
     <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Keyboard. Use the arrow keys to select a key.</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
@@ -41,8 +41,6 @@
     <message id="lkeyKeysFnKey"><source>lkeyKeysFnKey</source><translation>FN</translation></message>
     <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>Menu</translation></message>
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Blank keypad key</translation></message>
-    <message id="lkeyKeysChooseApplication"><source>lkeyKeysChooseApplication</source><translation>Choose an application</translation></message>
-    <message id="lkeyKeysApplicationFilter"><source>lkeyKeysApplicationFilter</source><translation>Applications (%@)</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>An assignment this program does not know</translation></message>
 </context>

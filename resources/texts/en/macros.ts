@@ -5,6 +5,7 @@
     <name></name>
     <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
     <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>Macros</translation></message>
+    <message id="lkeyMacroListLabel"><source>lkeyMacroListLabel</source><translation>Macros:</translation></message>
     <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>Add</translation></message>
     <message id="lkeyDeleteMacro"><source>lkeyDeleteMacro</source><translation>Delete</translation></message>
     <message id="lkeyMacroCommands"><source>lkeyMacroCommands</source><translation>Macro commands</translation></message>
@@ -14,6 +15,17 @@
     <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Select a macro to see its events.</translation></message>
     <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>Append</translation></message>
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>Delete</translation></message>
+    <message id="lkeyAddMacroTip"><source>lkeyAddMacroTip</source><translation>Add a macro</translation></message>
+    <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>Delete the selected macro</translation></message>
+    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Record more events at the end of the macro</translation></message>
+    <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Delete the selected event</translation></message>
+    <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>There are no macros yet.</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Add a macro, then record what it is to play.</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>This macro has no events yet. Press Record and type on the keyboard.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Recording. Type on the keyboard; click Stop when you are done.</translation></message>
+    <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Import Macro</translation></message>
+    <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Export Macro</translation></message>
+    <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>Record</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>Stop</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Edit…</translation></message>

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+// What the daemon knows of the application in front, over the session bus.
+#pragma once
+
+#include "cli/daemonobject.h"
+
+/// org.quillkestra.FrontApplication; docs/daemon-protocol.md tells its methods and properties.
+inline constexpr DaemonObject frontApplicationObject{.path = QLatin1StringView("/FrontApplication"),
+                                                     .interface = QLatin1StringView("org.quillkestra.FrontApplication"),
+                                                     .words =
+                                                         QLatin1StringView("switching by the application in front")};

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: MIT
+// "light": what the keys of the active profile show, and changing it.
+#include "app/util/settingskeys.h"
+#include "cli/commandtable.h"
+#include "cli/keydescription.h"
+#include "cli/virtualkeyboardclient.h"
+#include "lighting/backlight.h"
+
+#include <QJsonObject>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What a word after "light color", "light effect" or "light brightness" stands for.
+struct NamedValue
+{
+    QLatin1StringView name;
+    int value;
+};
+
+constexpr NamedValue colorNames[] = {
+    {QLatin1StringView("red"), 0xff0000},    {QLatin1StringView("orange"), 0xff8000},
+    {QLatin1StringView("yellow"), 0xffff00}, {QLatin1StringView("green"), 0x00ff00},
+    {QLatin1StringView("cyan"), 0x00ffff},   {QLatin1StringView("blue"), 0x0000ff},
+    {QLatin1StringView("purple"), 0x8000ff}, {QLatin1StringView("pink"), 0xff00ff},
+    {QLatin1StringView("white"), 0xffffff},
+};
+
+constexpr NamedValue effectNames[] = {
+    {QLatin1StringView("fixed"), Backlight::fixedColorEffect},
+    {QLatin1StringView("spectrum"), Backlight::spectrumCyclingEffect},
+};
+
+// The level between normal and bright has no name, as in the configurator.
+constexpr NamedValue brightnessNames[] = {
+    {QLatin1StringView("off"), Backlight::minimumBrightness},
+    {QLatin1StringView("dim"), 1},
+    {QLatin1StringView("normal"), 2},
+    {QLatin1StringView("bright"), Backlight::maximumBrightness},
+};
+
+std::optional<int> valueOf(std::span<const NamedValue> names, const QString &name)
+{
+    const auto found = std::ranges::find_if(
+        names, [&name](const NamedValue &row) { return name.compare(row.name, Qt::CaseInsensitive) == 0; });
+    return found == names.end() ? std::nullopt : std::optional(found->value);
+}
+
+QLatin1StringView nameOf(std::span<const NamedValue> names, int value)
+{
+    const auto found = std::ranges::find(names, value, &NamedValue::value);
+    return found == names.end() ? QLatin1StringView() : found->name;
+}
+
+/// The keys of a profile to change; absent with `problem` set when `word` means nothing.
+using Change = std::optional<QVariantMap> (*)(const QString &word, const QVariantMap &profile, QString &problem);
+
+std::optional<QVariantMap> switchOn(const QString &, const QVariantMap &, QString &)
+{
+    return QVariantMap{{SettingsKeys::backlightLed, 1}};
+}
+
+std::optional<QVariantMap> switchOff(const QString &, const QVariantMap &, QString &)
+{
+    return QVariantMap{{SettingsKeys::backlightLed, 0}};
+}
+
+std::optional<Backlight::Color> colorOf(const QString &word)
+{
+    if (const std::optional<int> named = valueOf(colorNames, word))
+        return Backlight::Color{static_cast<quint8>(*named >> 16), static_cast<quint8>(*named >> 8),
+                                static_cast<quint8>(*named)};
+    // Also without the mark, which begins a comment in a shell.
+    return Backlight::colorFromText(word.startsWith(u'#') ? word : u'#' + word);
+}
+
+std::optional<QVariantMap> changeColor(const QString &word, const QVariantMap &profile, QString &problem)
+{
+    const std::optional<Backlight::Color> color = colorOf(word);
+    if (!color) {
+        problem = u"\"%1\" is no color: give six hexadecimal digits, as ff8000, or a name, as orange"_s.arg(word);
+        return {};
+    }
+    constexpr double full = 255;
+    QVariantList colors = profile.value(SettingsKeys::ledKbColors).toList();
+    QVariantMap first = colors.value(0).toMap();
+    first[SettingsKeys::red] = color->red / full;
+    first[SettingsKeys::green] = color->green / full;
+    first[SettingsKeys::blue] = color->blue / full;
+    // Only the first is the keys'; the others are carried through.
+    if (colors.isEmpty())
+        colors.append(first);
+    else
+        colors[0] = first;
+    return QVariantMap{{SettingsKeys::ledKbColors, colors}};
+}
+
+std::optional<QVariantMap> changeEffect(const QString &word, const QVariantMap &, QString &problem)
+{
+    const std::optional<int> effect = valueOf(effectNames, word);
+    if (!effect) {
+        problem = u"\"%1\" is no effect: give fixed or spectrum"_s.arg(word);
+        return {};
+    }
+    QVariantMap settings{{SettingsKeys::ledKbEffects, *effect}};
+    // As the configurator does: whoever chooses a colour wants to see it.
+    if (*effect == Backlight::fixedColorEffect)
+        settings.insert(SettingsKeys::backlightLed, 1);
+    return settings;
+}
+
+std::optional<QVariantMap> changeBrightness(const QString &word, const QVariantMap &, QString &problem)
+{
+    bool isNumber = false;
+    const int number = word.toInt(&isNumber);
+    const std::optional<int> level = isNumber ? std::optional(number) : valueOf(brightnessNames, word);
+    if (!level || *level < Backlight::minimumBrightness || *level > Backlight::maximumBrightness) {
+        problem = u"\"%1\" is no brightness: give 0 to 4, off, dim, normal or bright"_s.arg(word);
+        return {};
+    }
+    return QVariantMap{{SettingsKeys::brightnessKbNormal, *level}};
+}
+
+struct LightSetting
+{
+    QLatin1StringView word;
+    QLatin1StringView argument; ///< as the help shows it; empty for none
+    Change change;
+    QLatin1StringView help;
+};
+
+constexpr LightSetting lightSettings[] = {
+    {QLatin1StringView("on"), QLatin1StringView(), switchOn, QLatin1StringView("switch the light on")},
+    {QLatin1StringView("off"), QLatin1StringView(), switchOff, QLatin1StringView("switch the light off")},
+    {QLatin1StringView("color"), QLatin1StringView("COLOR"), changeColor,
+     QLatin1StringView("give the keys a color: six hexadecimal digits (ff8000), red, orange, yellow, green, cyan, "
+                       "blue, purple, pink or white")},
+    {QLatin1StringView("effect"), QLatin1StringView("fixed|spectrum"), changeEffect,
+     QLatin1StringView("show one color, or all colors in turn")},
+    {QLatin1StringView("brightness"), QLatin1StringView("N|off|dim|normal|bright"), changeBrightness,
+     QLatin1StringView("set the brightness, from 0 (off) to 4 (bright)")},
+};
+
+ExitCode showSettings(CommandContext &context, const QVariantMap &document)
+{
+    const Backlight::Settings settings = Backlight::settingsOf(activeProfileRecord(document));
+    const QLatin1StringView effect = nameOf(effectNames, settings.effect);
+    const std::optional<QString> now = VirtualKeyboardClient::shownLight();
+    if (context.hasOption(Options::json)) {
+        context.console.printJson(
+            QJsonObject{{u"backlight"_s, settings.isOn},
+                        {u"color"_s, Backlight::colorText(settings.color)},
+                        {u"effect"_s, effect.isEmpty() ? QJsonValue() : QJsonValue(QString(effect))},
+                        {u"brightness"_s, settings.brightness},
+                        {u"now"_s, now ? QJsonValue(*now) : QJsonValue()}});
+        return ExitCode::ok;
+    }
+    const QLatin1StringView brightness = nameOf(brightnessNames, settings.brightness);
+    context.console.print(u"backlight: "_s + (settings.isOn ? "on"_L1 : "off"_L1));
+    context.console.print(u"color: "_s + Backlight::colorText(settings.color));
+    context.console.print(u"effect: "_s
+                          + (effect.isEmpty() ? u"unknown (%1)"_s.arg(settings.effect) : QString(effect)));
+    context.console.print(u"brightness: "_s + QString::number(settings.brightness)
+                          + (brightness.isEmpty() ? QString() : u" (%1)"_s.arg(brightness)));
+    context.console.print(u"now: "_s + now.value_or(u"unknown"_s));
+    return ExitCode::ok;
+}
+
+ExitCode change(CommandContext &context, const QVariantMap &document, const LightSetting &setting)
+{
+    QString problem;
+    const std::optional<QVariantMap> settings =
+        setting.change(context.arguments.value(1), activeProfileRecord(document), problem);
+    if (!settings)
+        return context.console.fail(ExitCode::usage, problem);
+    const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
+    const DaemonClient::Answer answer =
+        context.daemon.sendChecked(DaemonProtocol::Command::updateProfile,
+                                   {{DaemonProtocol::profileId, device.value(SettingsKeys::activeProfile).toInt()},
+                                    {DaemonProtocol::deviceSettingsDictionary, *settings}});
+    if (!answer.ok())
+        return context.console.fail(answer.failure, answer.reason);
+    // What is shown is what the daemon now holds, not what was asked for.
+    return showSettings(context, answer.reply.value(DaemonProtocol::returnDictionary).toMap());
+}
+
+} // namespace
+
+ExitCode showOrSetLight(CommandContext &context)
+{
+    const LightSetting *setting = nullptr;
+    if (!context.arguments.isEmpty()) {
+        const QString &word = context.arguments.first();
+        const auto found = std::ranges::find(lightSettings, word, &LightSetting::word);
+        if (found == std::end(lightSettings))
+            return context.console.fail(ExitCode::usage,
+                                        u"\"%1\" is no setting of the light (see kestractl help light)"_s.arg(word));
+        const bool hasArgument = context.arguments.size() > 1;
+        if (hasArgument && found->argument.isEmpty())
+            return context.console.fail(ExitCode::usage, u"\"light %1\" takes nothing more"_s.arg(word));
+        if (!hasArgument && !found->argument.isEmpty())
+            return context.console.fail(ExitCode::usage, u"\"light %1\" needs %2"_s.arg(word, found->argument));
+        setting = found;
+    }
+    const DaemonClient::Answer document = context.daemon.document();
+    if (!document.ok())
+        return context.console.fail(document.failure, document.reason);
+    return setting ? change(context, document.reply, *setting) : showSettings(context, document.reply);
+}
+
+QList<CommandForm> lightCommandForms()
+{
+    QList<CommandForm> forms{{.words = u"[--json]"_s, .help = u"show the light of the active profile"_s}};
+    for (const LightSetting &setting : lightSettings) {
+        const QString words =
+            setting.argument.isEmpty() ? QString(setting.word) : setting.word + u' ' + setting.argument;
+        forms += {.words = words, .help = setting.help};
+    }
+    return forms;
+}

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/frontapplication/automaticswitch.h"
+
+#include "daemon/frontapplication/applicationmatch.h"
+#include "daemon/requestreader.h"
+#include "daemon/settingsdocument.h"
+
+#include <algorithm>
+
+using DaemonProtocol::Command;
+using namespace SettingsDocument;
+
+namespace {
+
+std::optional<int> boundProfile(const QVariantMap &document, const FrontApplication &application)
+{
+    return ApplicationMatch::boundProfile(profiles(document), application, activeProfileIndex(document));
+}
+
+} // namespace
+
+std::optional<int> AutomaticSwitch::applicationInFront(const FrontApplication &application, const QVariantMap &document)
+{
+    if (application == mApplication)
+        return {}; // another window of it: a profile chosen by hand meanwhile stays
+    mApplication = application;
+    return decide(document);
+}
+
+std::optional<int> AutomaticSwitch::decide(const QVariantMap &document)
+{
+    const int active = activeProfileIndex(document);
+    const std::optional<int> bound = boundProfile(document, mApplication);
+    if (!bound)
+        return std::exchange(mRemembered, std::nullopt);
+    if (*bound == active)
+        return {};
+    if (!mRemembered)
+        mRemembered = active;
+    if (*mRemembered == *bound)
+        mRemembered.reset();
+    return bound;
+}
+
+QVariantMap AutomaticSwitch::afterCommand(Command command, const QVariantMap &request, const QVariantMap &before,
+                                          const QVariantMap &after)
+{
+    switch (command) {
+    case Command::addProfile:
+    case Command::switchProfile: profileChosen(); return after;
+    case Command::deleteProfile:
+        return afterDeletion(RequestReader::number(request, DaemonProtocol::profileId).value_or(-1), before, after);
+    case Command::updateProfile:
+    case Command::replaceAllProfiles: break;
+    default: return after;
+    }
+    if (mRemembered)
+        remember(*mRemembered, after);
+    // Only a change of what is bound counts: any other must not undo a switch by hand.
+    if (boundProfile(before, mApplication) == boundProfile(after, mApplication))
+        return after;
+    const std::optional<int> profile = decide(after);
+    return profile ? completed(withActiveProfile(after, *profile)) : after;
+}
+
+QVariantMap AutomaticSwitch::afterDeletion(int deleted, const QVariantMap &before, const QVariantMap &after)
+{
+    if (!mRemembered)
+        return after;
+    const int remembered = deleted <= *mRemembered ? std::max(0, *mRemembered - 1) : *mRemembered;
+    if (deleted != activeProfileIndex(before)) {
+        remember(remembered, after);
+        return after;
+    }
+    profileChosen();
+    return completed(withActiveProfile(after, remembered));
+}
+
+void AutomaticSwitch::remember(int profile, const QVariantMap &document)
+{
+    mRemembered = std::min(profile, static_cast<int>(profiles(document).size()) - 1);
+    if (*mRemembered == activeProfileIndex(document))
+        mRemembered.reset();
+}
+
+QVariantMap AutomaticSwitch::documentToKeep(const QVariantMap &document) const
+{
+    return mRemembered ? completed(withActiveProfile(document, *mRemembered)) : document;
+}

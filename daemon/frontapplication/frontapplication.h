@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// The application whose window has the focus, by every name that the desktop tells of it. A value; any thread.
+#pragma once
+
+#include <QString>
+
+/// A name that the desktop does not tell is empty. All empty: no application is in front.
+struct FrontApplication
+{
+    QString windowClass = {};    ///< X11: the class of WM_CLASS; Wayland: the application id
+    QString windowInstance = {}; ///< X11: the instance of WM_CLASS
+    QString desktopEntry = {};   ///< id of the desktop entry, with or without ".desktop"
+    QString executable = {};     ///< absolute path of the window's process
+
+    [[nodiscard]] bool isNone() const
+    {
+        return windowClass.isEmpty() && windowInstance.isEmpty() && desktopEntry.isEmpty() && executable.isEmpty();
+    }
+
+    /// The name to show: the first that is known.
+    [[nodiscard]] QString name() const
+    {
+        for (const QString &known : {windowClass, desktopEntry, windowInstance})
+            if (!known.isEmpty())
+                return known;
+        return executable;
+    }
+
+    /// An application of which only one name is known, which may be any of its names.
+    [[nodiscard]] static FrontApplication named(const QString &name)
+    {
+        return {.windowClass = name, .windowInstance = {}, .desktopEntry = name, .executable = name};
+    }
+
+    friend bool operator==(const FrontApplication &, const FrontApplication &) = default;
+};

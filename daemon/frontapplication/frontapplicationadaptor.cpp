@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/frontapplication/frontapplicationadaptor.h"
+
+#include "daemon/frontapplication/processexecutable.h"
+
+FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, QObject *parent) : QObject(parent)
+{
+    new FrontApplicationAdaptor(watch, this);
+}
+
+bool FrontApplicationObject::registerOn(QDBusConnection connection)
+{
+    return connection.registerObject(path, this, QDBusConnection::ExportAdaptors);
+}
+
+FrontApplicationAdaptor::FrontApplicationAdaptor(FrontApplicationWatch &watch, FrontApplicationObject *object)
+    : QDBusAbstractAdaptor(object), mWatch(watch)
+{
+}
+
+void FrontApplicationAdaptor::TellWindow(const QString &windowClass, const QString &desktopEntry,
+                                         const QString &processId)
+{
+    mWatch.report({.windowClass = windowClass,
+                   .desktopEntry = desktopEntry,
+                   .executable = processExecutable(processId.toUInt())});
+}

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/frontapplication/frontapplicationwatch.h"
+
+#include "daemon/logging.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// From one window to the next, many desktops pass through a moment without any; that is no change of its own.
+constexpr std::chrono::milliseconds betweenWindows{40};
+
+} // namespace
+
+FrontApplicationWatch::FrontApplicationWatch(std::vector<SourceKind> kinds, std::chrono::milliseconds retryInterval)
+    : mKinds(std::move(kinds))
+{
+    mRetry.setSingleShot(true);
+    mRetry.setInterval(retryInterval);
+    mRetry.callOnTimeout(this, [this] { tryKind(0); });
+    mNothingInFront.setSingleShot(true);
+    mNothingInFront.setInterval(betweenWindows);
+    mNothingInFront.setTimerType(Qt::PreciseTimer);
+    mNothingInFront.callOnTimeout(this, [this] { setApplication({}); });
+}
+
+QString FrontApplicationWatch::sourceName() const
+{
+    return mIsReady ? mKinds.at(mKind).name : noSource;
+}
+
+void FrontApplicationWatch::tryKind(std::size_t index)
+{
+    mIsReady = false;
+    mSource.reset();
+    if (index >= mKinds.size()) {
+        if (!std::exchange(mHasSaidNone, true))
+            qCInfo(lcFront, "no source tells which application is in front: profiles are switched when told");
+        mRetry.start();
+        return;
+    }
+    mKind = index;
+    mSource = mKinds.at(index).make();
+    connect(mSource.get(), &FrontApplicationSource::ready, this, [this] {
+        mIsReady = true;
+        mHasSaidNone = false;
+        qCInfo(lcFront, "the application in front is told by %s", mKinds.at(mKind).name.data());
+    });
+    connect(mSource.get(), &FrontApplicationSource::applicationChanged, this, &FrontApplicationWatch::report);
+    // Later: a source must not be destroyed while it is telling that it has failed.
+    connect(mSource.get(), &FrontApplicationSource::unusable, this, &FrontApplicationWatch::sourceFailed,
+            Qt::QueuedConnection);
+    mSource->start();
+}
+
+void FrontApplicationWatch::sourceFailed(const QString &reason)
+{
+    if (mIsReady)
+        qCWarning(lcFront, "desktop: %s: %s", mKinds.at(mKind).name.data(), qUtf8Printable(reason));
+    else
+        qCDebug(lcFront, "desktop: %s: %s", mKinds.at(mKind).name.data(), qUtf8Printable(reason));
+    if (!mIsReady)
+        return tryKind(mKind + 1);
+    report({}); // its windows went with it
+    tryKind(0);
+}
+
+void FrontApplicationWatch::report(const FrontApplication &application)
+{
+    if (application.isNone()) {
+        mNothingInFront.start();
+        return;
+    }
+    mNothingInFront.stop();
+    setApplication(application);
+}
+
+void FrontApplicationWatch::setApplication(const FrontApplication &application)
+{
+    if (application == mApplication)
+        return;
+    mApplication = application;
+    qCDebug(lcFront, "in front: \"%s\"", qUtf8Printable(application.name()));
+    Q_EMIT applicationChanged(application);
+}

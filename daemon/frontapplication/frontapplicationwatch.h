@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// Follows the application in front through the first source that works here, and finds another one when that is lost.
+// Owned by the daemon's process; the daemon's thread.
+#pragma once
+
+#include "daemon/frontapplication/frontapplicationsource.h"
+
+#include <QLatin1StringView>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class FrontApplicationWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct SourceKind
+    {
+        QLatin1StringView name; ///< as the status shows it
+        std::function<std::unique_ptr<FrontApplicationSource>()> make;
+    };
+
+    static constexpr QLatin1StringView noSource{"none"};
+
+    /// Sources are tried in the order of `kinds`. While none of them works, all are tried again every `retryInterval`.
+    explicit FrontApplicationWatch(std::vector<SourceKind> kinds,
+                                   std::chrono::milliseconds retryInterval = std::chrono::seconds(3));
+
+    void start() { tryKind(0); }
+
+    /// The source that tells, or noSource.
+    [[nodiscard]] QString sourceName() const;
+    [[nodiscard]] const FrontApplication &application() const { return mApplication; }
+
+    /// What somebody tells who is no source. It counts until the next report of anyone.
+    void report(const FrontApplication &application);
+
+Q_SIGNALS:
+    void applicationChanged(const FrontApplication &application);
+
+private:
+    void tryKind(std::size_t index);
+    void sourceFailed(const QString &reason);
+    void setApplication(const FrontApplication &application);
+
+    std::vector<SourceKind> mKinds;
+    std::size_t mKind = 0; // of mSource
+    std::unique_ptr<FrontApplicationSource> mSource;
+    bool mIsReady = false;
+    bool mHasSaidNone = false; // once in the log, not at every retry
+    FrontApplication mApplication;
+    QTimer mRetry;
+    QTimer mNothingInFront;
+};

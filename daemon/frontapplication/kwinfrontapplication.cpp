@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/frontapplication/kwinfrontapplication.h"
+
+#include "app/util/daemonprotocol.h"
+#include "daemon/frontapplication/frontapplicationadaptor.h"
+#include "platform/messageport.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString serviceName = u"org.kde.KWin"_s;
+const QString scriptName = u"org.quillkestra.FrontApplication"_s;
+
+} // namespace
+
+KWinFrontApplication::KWinFrontApplication(const QDBusConnection &bus)
+    : mBus(bus), mWatcher(serviceName, bus, QDBusServiceWatcher::WatchForUnregistration),
+      mScript(QDir::temp().filePath(u"quill-kestra-XXXXXX.js"_s))
+{
+    connect(&mWatcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { fail(u"KWin is gone"_s); });
+}
+
+KWinFrontApplication::~KWinFrontApplication()
+{
+    if (mScript.isOpen())
+        (void)call(u"unloadScript"_s, {scriptName});
+}
+
+QByteArray KWinFrontApplication::script()
+{
+    // Version 6 of KWin speaks of windows where version 5 speaks of clients. Everything is passed as text, because what
+    // a script's number becomes on the bus differs between versions.
+    return u"function tell(window) {\n"
+           u"    callDBus(\"%1\", \"%2\", \"%3\", \"TellWindow\", window ? String(window.resourceClass) : \"\",\n"
+           u"             window ? String(window.desktopFileName || \"\") : \"\", window ? String(window.pid) : "
+           u"\"\");\n"
+           u"}\n"
+           u"if (workspace.windowActivated) {\n"
+           u"    workspace.windowActivated.connect(tell);\n"
+           u"    tell(workspace.activeWindow);\n"
+           u"} else {\n"
+           u"    workspace.clientActivated.connect(tell);\n"
+           u"    tell(workspace.activeClient);\n"
+           u"}\n"_s
+               .arg(messagePortBusName(DaemonProtocol::requestPortName), FrontApplicationObject::path,
+                    FrontApplicationObject::interface)
+               .toUtf8();
+}
+
+void KWinFrontApplication::start()
+{
+    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || !mBus.interface()->isServiceRegistered(serviceName)) {
+        fail(u"KWin does not run on Wayland here"_s);
+        return;
+    }
+    const QByteArray text = script();
+    if (!mScript.open() || mScript.write(text) != text.size() || !mScript.flush()) {
+        fail(u"the script for KWin cannot be written"_s);
+        return;
+    }
+    (void)call(u"unloadScript"_s, {scriptName}); // of a daemon that was killed
+    load();
+}
+
+void KWinFrontApplication::load()
+{
+    auto *watcher = new QDBusPendingCallWatcher(call(u"loadScript"_s, {mScript.fileName(), scriptName}), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        const QDBusPendingReply<int> reply = *watcher;
+        scriptLoaded(reply.isError() ? -1 : reply.value());
+    });
+}
+
+void KWinFrontApplication::scriptLoaded(int number)
+{
+    if (number < 0) {
+        fail(u"KWin does not take the script"_s);
+        return;
+    }
+    (void)call(u"start"_s);
+    Q_EMIT ready();
+}
+
+QDBusPendingCall KWinFrontApplication::call(const QString &method, const QVariantList &arguments)
+{
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(serviceName, u"/Scripting"_s, u"org.kde.kwin.Scripting"_s, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    return mBus.asyncCall(message);
+}

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// The application in front under KWin on Wayland, which tells other programs nothing by itself, but runs a script that
+// calls the daemon (org.quillkestra.FrontApplication.TellWindow) whenever another window is activated.
+#pragma once
+
+#include "daemon/frontapplication/frontapplicationsource.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCall>
+#include <QDBusServiceWatcher>
+#include <QTemporaryFile>
+
+class KWinFrontApplication : public FrontApplicationSource
+{
+    Q_OBJECT
+
+public:
+    explicit KWinFrontApplication(const QDBusConnection &bus);
+    ~KWinFrontApplication() override;
+
+    void start() override;
+
+    /// What KWin is given to run.
+    [[nodiscard]] static QByteArray script();
+
+private:
+    [[nodiscard]] QDBusPendingCall call(const QString &method, const QVariantList &arguments = {});
+    void load();
+    void scriptLoaded(int number);
+
+    QDBusConnection mBus;
+    QDBusServiceWatcher mWatcher;
+    QTemporaryFile mScript;
+};

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// The backlight as the keyboard picture shows it: a glow between the keys. Owned by the picture. Main thread only.
+#pragma once
+
+#include "lighting/backlight.h"
+
+#include <QBasicTimer>
+#include <QObject>
+
+class QPainter;
+class QRectF;
+
+/// A light that cycles moves calmly, and only while somebody can see it. Where the desktop asks for no motion it stands
+/// still and shows all its colours side by side.
+class PictureLight : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    [[nodiscard]] const Backlight::Settings &settings() const { return mSettings; }
+    [[nodiscard]] bool isMoving() const { return mTimer.isActive(); }
+
+    void show(const Backlight::Settings &settings);
+    void setSeen(bool isSeen);
+    void setMotionAllowed(bool isAllowed);
+
+    /// Paints the glow into `place`, the keyboard's case; `unit` is the length of one key unit. Nothing for a light
+    /// that is off.
+    void paint(QPainter &painter, const QRectF &place, qreal unit) const;
+
+Q_SIGNALS:
+    void changed(); ///< it looks different now
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    void startOrStop();
+
+    Backlight::Settings mSettings;
+    QBasicTimer mTimer;
+    bool mIsSeen = false;
+    bool mIsMotionAllowed = true;
+};

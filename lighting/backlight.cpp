@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "lighting/backlight.h"
+
+#include "app/util/plistnumbers.h"
+#include "app/util/settingskeys.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int full = 255; // of a component
+constexpr qint64 spectrumSteps = Backlight::spectrumPeriod / Backlight::spectrumStep;
+
+quint8 component(const QVariantMap &color, SettingsKeys::Key key)
+{
+    const double value = color.value(key).toDouble();
+    return std::isnan(value) ? 0 : static_cast<quint8>(std::lround(std::clamp(value, 0.0, 1.0) * full));
+}
+
+/// Which step of the spectrum `time` falls into, and when that step began.
+struct SpectrumPosition
+{
+    qint64 step;
+    Backlight::Time begin;
+};
+
+SpectrumPosition positionAt(Backlight::Time time)
+{
+    // Rounded down, also before the fixed moment.
+    const qint64 count = time.count();
+    const qint64 length = Backlight::spectrumStep.count();
+    const qint64 index = count / length - (count % length < 0 ? 1 : 0);
+    return {((index % spectrumSteps) + spectrumSteps) % spectrumSteps, index * Backlight::spectrumStep};
+}
+
+/// Fully saturated, from red over green and blue back to red.
+Backlight::Color spectrumColor(qint64 step)
+{
+    // How far each third of the circle has come: one component falls while the next one rises, then holds.
+    const double hue = 6.0 * static_cast<double>(step) / static_cast<double>(spectrumSteps);
+    const auto share = [hue](double centre) {
+        const double distance = std::min(std::abs(hue - centre), 6 - std::abs(hue - centre));
+        return static_cast<quint8>(std::lround(std::clamp(2 - distance, 0.0, 1.0) * full));
+    };
+    return {share(0), share(2), share(4)};
+}
+
+bool isLit(const Backlight::Settings &settings)
+{
+    return settings.isOn && settings.brightness > Backlight::minimumBrightness;
+}
+
+} // namespace
+
+Backlight::Settings Backlight::settingsOf(const QVariantMap &profile)
+{
+    const auto number = [&profile](SettingsKeys::Key key) { return PlistNumbers::integerValue(profile.value(key)); };
+    Settings settings;
+    settings.isOn = number(SettingsKeys::backlightLed) != 0;
+    settings.effect = number(SettingsKeys::ledKbEffects);
+    settings.brightness = std::clamp(number(SettingsKeys::brightnessKbNormal), minimumBrightness, maximumBrightness);
+    const QVariant colors = profile.value(SettingsKeys::ledKbColors);
+    // A text would turn into a list, too.
+    if (colors.typeId() == QMetaType::QVariantList && !colors.toList().isEmpty()) {
+        const QVariantMap color = colors.toList().first().toMap();
+        settings.color = {component(color, SettingsKeys::red), component(color, SettingsKeys::green),
+                          component(color, SettingsKeys::blue)};
+    }
+    return settings;
+}
+
+Backlight::Color Backlight::colorAt(const Settings &settings, Time time)
+{
+    if (!isLit(settings))
+        return {};
+    const Color color =
+        settings.effect == spectrumCyclingEffect ? spectrumColor(positionAt(time).step) : settings.color;
+    const auto dimmed = [&settings](quint8 value) {
+        return static_cast<quint8>((value * settings.brightness + maximumBrightness / 2) / maximumBrightness);
+    };
+    return {dimmed(color.red), dimmed(color.green), dimmed(color.blue)};
+}
+
+std::optional<Backlight::Time> Backlight::nextChange(const Settings &settings, Time time)
+{
+    if (!isLit(settings) || settings.effect != spectrumCyclingEffect)
+        return {};
+    return positionAt(time).begin + spectrumStep;
+}
+
+QString Backlight::colorText(Color color)
+{
+    return QString::asprintf("#%02x%02x%02x", color.red, color.green, color.blue);
+}
+
+std::optional<Backlight::Color> Backlight::colorFromText(const QString &text)
+{
+    constexpr qsizetype length = 7;
+    if (text.size() != length || !text.startsWith(u'#'))
+        return {};
+    const QString digits = text.sliced(1);
+    // Digits alone: the conversion would take a sign or "0x", too.
+    if (!std::ranges::all_of(digits, [](QChar digit) { return u"0123456789abcdefABCDEF"_s.contains(digit); }))
+        return {};
+    const uint value = digits.toUInt(nullptr, 16);
+    return Color{static_cast<quint8>(value >> 16U), static_cast<quint8>(value >> 8U), static_cast<quint8>(value)};
+}

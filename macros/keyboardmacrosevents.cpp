@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+// The events of the selected macro: their commands, and the sheets that edit a delay or an event.
+#include "macros/keyboardmacroscontroller.h"
+
+#include "app/util/daemonprotocol.h"
+#include "app/util/settingskeys.h"
+#include "macros/eventparser.h"
+#include "macros/macrodelegate.h"
+#include "macros/macrorecord.h"
+#include "macros/nstableviewmacrodetailssubclass.h"
+#include "macros/numberonlytextfield.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace {
+
+constexpr int lowByte = 0xff;
+constexpr int keepPage = -1;
+
+} // namespace
+
+MacroCommands::EventListState KeyboardMacrosController::eventListState() const
+{
+    return {int(mMacroDetailsArray.size()), eventRow()};
+}
+
+void KeyboardMacrosController::selectEvent(int row)
+{
+    mMacroDetailsTableView->scrollRowToVisible(row);
+    mMacroDetailsTableView->selectRow(row);
+}
+
+void KeyboardMacrosController::eventsWereEdited()
+{
+    mAreRecordsStale = true;
+    fetchLines();
+    mMacroDetailsTableView->reloadData();
+}
+
+void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)
+{
+    const int row = eventRow();
+    if (row < 0)
+        return;
+    if (mMacroDelegate)
+        mMacroDelegate->removeEventAtIndexForMacroAtIndex(row, macroRow());
+    eventsWereEdited();
+    const int count = int(mMacroDetailsArray.size());
+    if (count == 1)
+        selectEvent(0);
+    else
+        selectEvent(row <= count - 2 ? row : count - 1);
+    mMacroDetailsTableView->setFocus();
+    mMacroDetailsTableView->reloadData();
+}
+
+void KeyboardMacrosController::clickMacroDetailsSettingsMenuItem(const QAction *item)
+{
+    switch (item->data().toInt()) {
+    case MacroCommands::record: clickRecordMacroDetails(mRecordMacroDetails); break;
+    case MacroCommands::edit: editSelectedEvent(); break;
+    case MacroCommands::deleteEvent: clickDeleteMacroDetails(nullptr); break;
+    case MacroCommands::deleteAllEvents: removeAllEvents(); break;
+    case MacroCommands::copyDelay: copySelectedDelayToAll(); break;
+    case MacroCommands::noDelay: removeAllDelays(); break;
+    default: break;
+    }
+}
+
+void KeyboardMacrosController::removeAllEvents()
+{
+    if (mMacroDelegate)
+        mMacroDelegate->removeAllEventsForMacroAtIndex(macroRow());
+    eventsWereEdited();
+}
+
+void KeyboardMacrosController::copySelectedDelayToAll()
+{
+    const int row = eventRow();
+    if (mMacroDetailsArray.isEmpty() || row <= 0 || row % 2 == 0)
+        return;
+    // The first argument carries the row whose delay is copied, not a time. Deliberate: the daemon looks it up.
+    if (mMacroDelegate)
+        mMacroDelegate->setAllEventsDelayForMacroAtIndexHasNoDelay(row, macroRow(), false);
+    eventsWereEdited();
+}
+
+void KeyboardMacrosController::removeAllDelays()
+{
+    if (mMacroDelegate)
+        mMacroDelegate->setAllEventsDelayForMacroAtIndexHasNoDelay(0, macroRow(), true);
+    eventsWereEdited();
+}
+
+// The delay sheet
+
+void KeyboardMacrosController::editSelectedEvent()
+{
+    const int row = eventRow();
+    if (row < 0)
+        return;
+    if (row % 2 == 1)
+        openDelaySheet();
+    else
+        openEventSheet();
+}
+
+void KeyboardMacrosController::openDelaySheet()
+{
+    if (!mEditDelayWindow)
+        return;
+    mInputMacroDelay->clear();
+    mEditDelayWindow->beginSheet(mMacrosWindow);
+    mInputMacroDelay->setFocus();
+}
+
+void KeyboardMacrosController::clickMacroDelayOK(QObject *)
+{
+    mEditDelayWindow->endSheet();
+    if (mMacroDelegate)
+        mMacroDelegate->setNewDelayAtMacroEventIndexForMacroAtIndex(mInputMacroDelay->integerValue(), eventRow(),
+                                                                    macroRow());
+    eventsWereEdited();
+}
+
+void KeyboardMacrosController::clickMacroDelayCancel(QObject *)
+{
+    mEditDelayWindow->endSheet();
+    mInputMacroDelay->clear();
+}
+
+// The event sheet
+
+void KeyboardMacrosController::openEventSheet()
+{
+    if (!mEditEventWindow || !mMacroDelegate)
+        return;
+    setStateOfTableButtonsWithState(false);
+    setStateOfMacroTableWithState(false);
+    mInputMacroEvent->clear();
+    mEditEventWindow->beginSheet(mMacrosWindow);
+    mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
+    mIsMacroEventEdit = true;
+    mIsEditingMacro = true;
+    mMacroEventEditHIDCode = 0;
+    mMacroDelegate->startEditHID();
+    setRecordButton(true);
+}
+
+void KeyboardMacrosController::closeEventSheet()
+{
+    setRecordButton(false);
+    // The keyboard may have been pulled out while the sheet was up.
+    setStateOfTableButtonsWithState(mHasDeviceConnected);
+    setStateOfMacroTableWithState(mHasDeviceConnected);
+    updateEventButtons();
+    mEditEventWindow->endSheet();
+}
+
+void KeyboardMacrosController::clickMacroEventOK(QObject *)
+{
+    mIsEditingMacro = false;
+    mIsMacroEventEdit = false;
+    if (mMacroDelegate)
+        mMacroDelegate->stopSingleKeyRecording();
+    storeCapturedKey(MacroRecord::keyboardPage);
+    closeEventSheet();
+}
+
+void KeyboardMacrosController::clickMacroEventCancel(QObject *)
+{
+    mIsMacroEventEdit = false;
+    mIsEditingMacro = false;
+    mMacroEventEditHIDCode = 0;
+    if (mMacroDelegate)
+        mMacroDelegate->stopSingleKeyRecording();
+    closeEventSheet();
+}
+
+void KeyboardMacrosController::storeCapturedKey(int page)
+{
+    if (!mMacroDelegate)
+        return;
+    mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
+    if (mSequenceDict.isEmpty() || mMacroEventEditHIDCode == 0)
+        return;
+    mSequenceDict[SettingsKeys::argument] = int(mMacroEventEditHIDCode);
+    if (page != keepPage)
+        mSequenceDict[SettingsKeys::page] = page;
+    mMacroDelegate->updateSequenceInfoEventIndexNewDict(macroRow(), eventRow(), mSequenceDict);
+    eventsWereEdited();
+}
+
+void KeyboardMacrosController::singleKeyEvents(const QVariantMap &userInfo)
+{
+    const int key = userInfo.value(DaemonProtocol::singleKey).toInt();
+    const int modifier = userInfo.value(DaemonProtocol::singleKeyModifier).toInt();
+    // A modifier key pressed alone comes as the modifier.
+    const int code = modifier != 0 && (key & lowByte) == 0 ? modifier : key;
+    mMacroEventEditHIDCode = quint8(code & lowByte);
+    mInputMacroEvent->setText(eventParser::getStringWithHIDWithModifier(mMacroEventEditHIDCode, 0));
+    if (!mRecordButtonReadsStop || !mIsEditingMacro || mIsMacroEventEdit)
+        return;
+    mIsEditingMacro = false;
+    if (mMacroDelegate)
+        mMacroDelegate->stopSingleKeyRecording();
+    // The event's page stays. Deliberate: only the sheet turns an event into one of the keyboard.
+    storeCapturedKey(keepPage);
+    setRecordButton(false);
+}

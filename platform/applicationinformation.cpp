@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applicationinformation.h"
+
+#include "app/util/propertylist.h"
+#include "platform/desktopentry.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView entrySuffix{"desktop"};
+constexpr QLatin1StringView bundleSuffix{"app"};
+constexpr QLatin1StringView informationFile{"Contents/Info.plist"};
+
+QStringList entryFolders()
+{
+    return QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
+}
+
+/// The path below the folder of entries with "-" for "/"; outside of such folders the file's name.
+/// (Desktop Entry Specification 1.5, "Desktop File ID".)
+QString desktopFileId(const QString &path)
+{
+    for (const QString &folder : entryFolders()) {
+        const QString below = QDir(folder).relativeFilePath(path);
+        if (!below.startsWith(".."_L1) && QDir::isRelativePath(below))
+            return QString(below).replace(u'/', u'-');
+    }
+    return QFileInfo(path).fileName();
+}
+
+/// The program that a command line starts: what "env" starts, where it is only to set variables.
+QString programOf(const QStringList &commandLine)
+{
+    const auto isBeforeProgram = [](const QString &word) {
+        return QFileInfo(word).fileName() == "env"_L1 || (word.contains(u'=') && !word.startsWith(u'/'));
+    };
+    const auto program = std::ranges::find_if_not(commandLine, isBeforeProgram);
+    return program == commandLine.end() ? QString() : QFileInfo(*program).fileName();
+}
+
+std::optional<QVariantMap> readEntry(const QFileInfo &file)
+{
+    const std::optional<DesktopEntry> entry = DesktopEntry::read(file.filePath());
+    if (!entry || entry->text(u"Type"_s) != "Application"_L1)
+        return std::nullopt;
+    QVariantMap information{
+        {ApplicationInformation::resolvedPathKey, file.canonicalFilePath()},
+        {ApplicationInformation::identifierKey, desktopFileId(file.absoluteFilePath())},
+        {ApplicationInformation::signatureKey, entry->text(u"StartupWMClass"_s)},
+    };
+    if (const QString name = entry->localText(u"Name"_s); !name.isEmpty())
+        information.insert(ApplicationInformation::nameKey, name);
+    if (const QString program = programOf(entry->commandLine().value_or(QStringList())); !program.isEmpty())
+        information.insert(ApplicationInformation::executableKey, program);
+    return information;
+}
+
+std::optional<QVariantMap> readBundle(const QFileInfo &folder)
+{
+    std::optional<QVariantMap> information =
+        PropertyList::readPropertyListFile(QDir(folder.filePath()).filePath(informationFile));
+    if (information)
+        information->insert(ApplicationInformation::resolvedPathKey, folder.canonicalFilePath());
+    return information;
+}
+
+} // namespace
+
+QStringList ApplicationInformation::fileTypes()
+{
+    return {bundleSuffix, entrySuffix};
+}
+
+std::optional<QVariantMap> ApplicationInformation::read(const QString &path)
+{
+    const QFileInfo file(QDir::cleanPath(path));
+    if (path.isEmpty() || !file.exists())
+        return std::nullopt;
+    if (file.isDir())
+        return readBundle(file);
+    return file.suffix() == entrySuffix ? readEntry(file) : std::nullopt;
+}
+
+QString ApplicationInformation::startFolder()
+{
+    const QString folderOfBundles = u"/Applications/"_s;
+    if (QFileInfo(folderOfBundles).isDir())
+        return folderOfBundles;
+    for (const QString &folder : entryFolders()) {
+        if (!QDir(folder).entryList({u"*.desktop"_s}, QDir::Files).isEmpty())
+            return folder;
+    }
+    return QDir::rootPath();
+}

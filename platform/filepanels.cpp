@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "platform/filepanels.h"
+
+#include "app/util/text.h"
+#include "platform/sheet.h"
+
+#include <QAbstractItemView>
+#include <QDir>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString patternsOf(const QStringList &types)
+{
+    QStringList patterns;
+    for (const QString &type : types)
+        patterns.append("*."_L1 + type);
+    return patterns.join(u' ');
+}
+
+/// What both panels are: sheets that look the same on every desktop. A desktop's own panel would open a bundle instead
+/// of choosing it, and would ask about replacing a file that is not the one with the suffix.
+void makeSheet(QFileDialog *panel, const QString &title)
+{
+    panel->setOption(QFileDialog::DontUseNativeDialog);
+    panel->setWindowModality(Qt::WindowModal);
+    panel->setWindowTitle(title);
+}
+
+} // namespace
+
+QString documentsFolder()
+{
+    const QString named = u"/Documents/"_s;
+    const QString own = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    for (const QString &folder : {named, own}) {
+        if (QFileInfo(folder).isDir())
+            return folder;
+    }
+    return QDir::homePath();
+}
+
+OpenPanel::OpenPanel(const Options &options, QWidget *window) : QFileDialog(window, Qt::Sheet), mTypes(options.types)
+{
+    makeSheet(this, options.title);
+    setAcceptMode(AcceptOpen);
+    setFileMode(ExistingFile);
+    if (!mTypes.isEmpty())
+        setNameFilter(formatted(options.filter, {patternsOf(mTypes)}));
+    if (!options.folder.isEmpty())
+        setDirectory(options.folder);
+    chooseFoldersAsFiles();
+}
+
+bool OpenPanel::isFolderAsFile(const QString &path) const
+{
+    const QFileInfo file(path);
+    return file.isDir() && mTypes.contains(file.suffix());
+}
+
+/// The panel's own lists open every folder that is activated.
+void OpenPanel::chooseFoldersAsFiles()
+{
+    for (auto *list : findChildren<QAbstractItemView *>(QRegularExpression(u"^(list|tree)View$"_s))) {
+        disconnect(list, &QAbstractItemView::activated, this, nullptr);
+        connect(list, &QAbstractItemView::activated, this, [this](const QModelIndex &index) {
+            const QString path = index.siblingAtColumn(0).data(QFileSystemModel::FilePathRole).toString();
+            if (QFileInfo(path).isDir() && !isFolderAsFile(path))
+                setDirectory(path);
+            else
+                accept();
+        });
+    }
+}
+
+void OpenPanel::accept()
+{
+    if (isFolderAsFile(chosenPath()))
+        QDialog::accept();
+    else
+        QFileDialog::accept();
+}
+
+SavePanel::SavePanel(const Options &options, QWidget *window)
+    : QFileDialog(window, Qt::Sheet), mSuffix(u'.' + options.suffix)
+{
+    makeSheet(this, options.title);
+    setAcceptMode(AcceptSave);
+    setFileMode(AnyFile);
+    // accept() asks, about the right file.
+    setOption(DontConfirmOverwrite);
+    setNameFilter(formatted(options.filter, {patternsOf({options.suffix})}));
+    setDirectory(options.folder);
+    selectFile(QString(options.name).replace(u'/', u'-'));
+}
+
+QString SavePanel::chosenPath() const
+{
+    const QString path = selectedFiles().value(0);
+    return path.isEmpty() ? QString() : path + mSuffix;
+}
+
+void SavePanel::accept()
+{
+    const QString path = chosenPath();
+    if (!QFileInfo::exists(path) || QFileInfo(selectedFiles().value(0)).isDir()) {
+        QFileDialog::accept();
+        return;
+    }
+    showAlert({localizedFormat("lkeyReplaceFileTitle", {QFileInfo(path).fileName()}),
+               localizedText("lkeyReplaceFileDesc"), localizedText("lkeyReplace"), localizedText("lkeyCancel")},
+              this, [panel = QPointer(this)](int returnCode) {
+                  if (panel && returnCode == alertFirstButtonReturn)
+                      panel->QFileDialog::accept();
+              });
+}

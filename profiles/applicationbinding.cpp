@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "profiles/applicationbinding.h"
+
+#include "app/util/settingskeys.h"
+#include "platform/applicationinformation.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString textAt(const QVariantMap &information, QLatin1StringView key)
+{
+    const QVariant value = information.value(key);
+    return value.typeId() == QMetaType::QString && !value.isNull() ? value.toString() : u""_s;
+}
+
+} // namespace
+
+QVariantMap ApplicationBinding::bound(QVariantMap appInfo, const QVariantMap &information)
+{
+    const QString executable = textAt(information, ApplicationInformation::executableKey);
+    const QString name = textAt(information, ApplicationInformation::nameKey);
+    appInfo[SettingsKeys::application] = name.isEmpty() ? executable : name;
+    appInfo[SettingsKeys::executable] = executable;
+    appInfo[SettingsKeys::identifier] = textAt(information, ApplicationInformation::identifierKey);
+    appInfo[SettingsKeys::signature] = textAt(information, ApplicationInformation::signatureKey);
+    return appInfo;
+}
+
+QVariantMap ApplicationBinding::unbound(QVariantMap appInfo)
+{
+    return bound(std::move(appInfo), {});
+}
+
+QString ApplicationBinding::applicationOf(const QVariantMap &profile)
+{
+    return profile.value(SettingsKeys::appInfo).toMap().value(SettingsKeys::application).toString();
+}

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// The profiles tab's panels: profile files and the application that a profile is bound to.
+#include "profiles/keyboardprofilescontroller.h"
+
+#include "app/util/propertylist.h"
+#include "app/util/qlcoreutility.h"
+#include "app/util/settingskeys.h"
+#include "app/util/text.h"
+#include "platform/applicationinformation.h"
+#include "platform/filepanels.h"
+#include "profiles/applicationbinding.h"
+#include "profiles/profiledelegate.h"
+#include "profiles/profilefile.h"
+#include "profiles/qltableview.h"
+
+using namespace Qt::StringLiterals;
+
+OpenPanel *KeyboardProfilesController::profileFileBrowserPanel() const
+{
+    return mProfileFileBrowserPanel;
+}
+
+SavePanel *KeyboardProfilesController::profileSavePanel() const
+{
+    return mProfileSavePanel;
+}
+
+void KeyboardProfilesController::loadPanelForIdentifier(int identifier)
+{
+    OpenPanel::Options options;
+    if (identifier == chooseApplication)
+        options = {localizedText("lkeyChooseApplication"), localizedText("lkeyApplicationFiles"),
+                   ApplicationInformation::fileTypes(), ApplicationInformation::startFolder()};
+    else if (identifier == chooseProfileFile)
+        options = {localizedText("lkeyImportProfile"),
+                   localizedText("lkeyProfileFiles"),
+                   {ProfileFile::suffix},
+                   documentsFolder()};
+    delete mProfileFileBrowserPanel.data();
+    mProfileFileBrowserPanel = new OpenPanel(options, mProfilesWindow);
+    mProfileFileBrowserPanel->setObjectName("mProfileFileBrowserPanel"_L1);
+    connect(mProfileFileBrowserPanel, &QDialog::finished, this, [this, identifier](int returnCode) {
+        openPanelDidEndReturnCodeContextInfo(mProfileFileBrowserPanel, returnCode, identifier);
+    });
+    mProfileFileBrowserPanel->open();
+}
+
+void KeyboardProfilesController::loadSaveAsPanel()
+{
+    if (mProfilesTableView->selectedRow() < 0)
+        return;
+    delete mProfileSavePanel.data();
+    mProfileSavePanel =
+        new SavePanel({localizedText("lkeyExportProfile"), localizedText("lkeyProfileFiles"), ProfileFile::suffix,
+                       documentsFolder(), selectedProfile().value(SettingsKeys::profileName).toString()},
+                      mProfilesWindow);
+    mProfileSavePanel->setObjectName("mProfileSavePanel"_L1);
+    connect(mProfileSavePanel, &QDialog::finished, this,
+            [this](int returnCode) { sheetDidEndReturnCodeContextInfo(returnCode, exportProfile); });
+    mProfileSavePanel->open();
+}
+
+void KeyboardProfilesController::openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, int context)
+{
+    if (context == chooseProfileFile && returnCode == panelOK)
+        importProfileFrom(panel->chosenPath());
+    if (context != chooseApplication)
+        return;
+    if (returnCode == panelOK)
+        bindApplication(panel->chosenPath());
+    else if (returnCode == panelCancel)
+        updateValueOfSetting(0, SettingsKeys::autoSwitchOn);
+    mProfilesTableView->reloadData();
+}
+
+void KeyboardProfilesController::exportProfileTo(const QString &path)
+{
+    const QVariantMap profile = selectedProfile();
+    const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(profile);
+    // Silent, like every failure of this tab.
+    if (data && !profile.isEmpty() && !path.isEmpty())
+        (void)PropertyList::writeFileAtomically(path, *data);
+}
+
+void KeyboardProfilesController::importProfileFrom(const QString &path)
+{
+    const std::optional<QVariantMap> record = PropertyList::readPropertyListFile(path);
+    if (!record)
+        return;
+    const QVariantMap profile = ProfileFile::importedRecord(*record, mAllProfilesArray);
+    mProfilesTableView->deselectAll();
+    mAllProfilesArray.append(profile);
+    if (mProfileDelegate)
+        mProfileDelegate->addNewProfileWithSettings(profile);
+    mProfilesTableView->reloadData();
+    selectLastRow();
+}
+
+/// Turns automatic switching on in the same request.
+void KeyboardProfilesController::bindApplication(const QString &path)
+{
+    const std::optional<QVariantMap> information = ApplicationInformation::read(path);
+    if (!information)
+        return;
+    mNeedsUpdate = false;
+    const QVariantMap appInfo =
+        ApplicationBinding::bound(selectedProfile().value(SettingsKeys::appInfo).toMap(), *information);
+    if (mProfileDelegate)
+        mProfileDelegate->updateProfileWithSettings(
+            {{SettingsKeys::autoSwitchOn, 1}, {SettingsKeys::appInfo, appInfo}});
+    mNeedsUpdate = true;
+}
+
+void KeyboardProfilesController::removeApplication()
+{
+    if (mProfilesTableView->selectedRow() < 0)
+        return;
+    const QVariantMap appInfo = ApplicationBinding::unbound(selectedProfile().value(SettingsKeys::appInfo).toMap());
+    if (mProfileDelegate)
+        mProfileDelegate->updateProfileWithSettings(
+            {{SettingsKeys::autoSwitchOn, false}, {SettingsKeys::appInfo, appInfo}});
+    mProfilesTableView->reloadData();
+}

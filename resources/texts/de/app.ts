@@ -1,0 +1,41 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de">
+<context>
+    <name></name>
+    <message id="lkeyOK"><source>lkeyOK</source><translation>OK</translation></message>
+    <message id="lkeyCancel"><source>lkeyCancel</source><translation>Abbrechen</translation></message>
+    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profil:</translation></message>
+    <message id="lkeyQuit"><source>lkeyQuit</source><translation>Beenden</translation></message>
+    <message id="lkeyProductName"><source>lkeyProductName</source><translation>Quill Kestra Konfigurator</translation></message>
+    <message id="lkeyProductFamily"><source>lkeyProductFamily</source><translation>Quill Kestra</translation></message>
+    <message id="lkeyProductModel"><source>lkeyProductModel</source><translation>Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyBusy"><source>lkeyBusy</source><translation>Beschäftigt</translation></message>
+    <message id="lkeyHelp"><source>lkeyHelp</source><translation>Hilfe</translation></message>
+    <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill-Seite</translation></message>
+    <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>Neuigkeiten</translation></message>
+    <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
+    <message id="lkeyKeysTab"><source>lkeyKeysTab</source><translation>Tasten</translation></message>
+    <message id="lkeyProfilesTab"><source>lkeyProfilesTab</source><translation>Profile</translation></message>
+    <message id="lkeyMacrosTab"><source>lkeyMacrosTab</source><translation>Makros</translation></message>
+    <message id="lkeyLightingTab"><source>lkeyLightingTab</source><translation>Beleuchtung</translation></message>
+    <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>Wartung</translation></message>
+    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Diese Tastatur braucht keine Wartung.</translation></message>
+    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>Der Dienst der Tastatur antwortet nicht</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Der Konfigurator hat den Dienst QuillKestraDaemon nicht erreicht; er wird jetzt neu gestartet. Ihre Einstellungen sind sicher. Der Konfigurator macht von selbst weiter, sobald der Dienst antwortet.</translation></message>
+    <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>Keine Tastatur gefunden</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Schließen Sie Ihre Quill-Kestra-Tastatur an. Der Konfigurator macht von selbst weiter, sobald die Tastatur da ist.</translation></message>
+    <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Verbindung mit der Tastatur …</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Es wird auf den Dienst der Tastatur gewartet. Das Fenster öffnet sich, sobald er antwortet.</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Start wie von der Sitzung wiederhergestellt: auf den Dienst der Tastatur warten.</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Start im Hintergrund bei der Anmeldung: auf den Dienst der Tastatur warten.</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Die Tastatur sofort öffnen, ohne das Blatt, das dies ankündigt.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Eine Makro- oder Profildatei; der Konfigurator wartet dann auf den Dienst der Tastatur.</translation></message>
+    <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Anwendung wählen</translation></message>
+    <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Anwendungen (%@)</translation></message>
+    <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>„%@“ ersetzen?</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Es gibt schon eine Datei mit diesem Namen. Ihr Inhalt geht verloren.</translation></message>
+    <message id="lkeyReplace"><source>lkeyReplace</source><translation>Ersetzen</translation></message>
+</context>
+</TS>

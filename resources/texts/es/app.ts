@@ -1,0 +1,41 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es">
+<context>
+    <name></name>
+    <message id="lkeyOK"><source>lkeyOK</source><translation>Aceptar</translation></message>
+    <message id="lkeyCancel"><source>lkeyCancel</source><translation>Cancelar</translation></message>
+    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Perfil:</translation></message>
+    <message id="lkeyQuit"><source>lkeyQuit</source><translation>Salir</translation></message>
+    <message id="lkeyProductName"><source>lkeyProductName</source><translation>Configurador de Quill Kestra</translation></message>
+    <message id="lkeyProductFamily"><source>lkeyProductFamily</source><translation>Quill Kestra</translation></message>
+    <message id="lkeyProductModel"><source>lkeyProductModel</source><translation>Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyBusy"><source>lkeyBusy</source><translation>Ocupado</translation></message>
+    <message id="lkeyHelp"><source>lkeyHelp</source><translation>Ayuda</translation></message>
+    <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Página de Quill</translation></message>
+    <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>Noticias</translation></message>
+    <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
+    <message id="lkeyKeysTab"><source>lkeyKeysTab</source><translation>Teclas</translation></message>
+    <message id="lkeyProfilesTab"><source>lkeyProfilesTab</source><translation>Perfiles</translation></message>
+    <message id="lkeyMacrosTab"><source>lkeyMacrosTab</source><translation>Macros</translation></message>
+    <message id="lkeyLightingTab"><source>lkeyLightingTab</source><translation>Iluminación</translation></message>
+    <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>Mantenimiento</translation></message>
+    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Este teclado no necesita mantenimiento.</translation></message>
+    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>El servicio del teclado no responde</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>El configurador no ha podido contactar con el servicio QuillKestraDaemon, que se está reiniciando. Sus ajustes están a salvo. El configurador continuará solo en cuanto el servicio responda.</translation></message>
+    <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>No se ha encontrado ningún teclado</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Conecte su teclado Quill Kestra. El configurador continuará solo en cuanto el teclado esté disponible.</translation></message>
+    <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Conectando con el teclado…</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Esperando al servicio del teclado. La ventana se abrirá en cuanto responda.</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Iniciar como restaurado por la sesión: esperar al servicio del teclado.</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Iniciar en segundo plano al entrar en la sesión: esperar al servicio del teclado.</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Abrir el teclado de inmediato, sin el panel que lo anuncia.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un archivo de macro o de perfil; el configurador espera entonces al servicio del teclado.</translation></message>
+    <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Elegir una aplicación</translation></message>
+    <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Aplicaciones (%@)</translation></message>
+    <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>¿Reemplazar «%@»?</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Ya existe un archivo con este nombre. Su contenido se perderá.</translation></message>
+    <message id="lkeyReplace"><source>lkeyReplace</source><translation>Reemplazar</translation></message>
+</context>
+</TS>

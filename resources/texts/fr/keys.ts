@@ -1,0 +1,47 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr">
+<context>
+    <name></name>
+    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>Touche par défaut</translation></message>
+    <message id="lkeySingleKey"><source>lkeySingleKey</source><translation>Touche simple</translation></message>
+    <message id="lkeyMacro"><source>lkeyMacro</source><translation>Macro</translation></message>
+    <message id="lkeyProfile"><source>lkeyProfile</source><translation>Changer de profil</translation></message>
+    <message id="lkeyLaunchProgram"><source>lkeyLaunchProgram</source><translation>Lancer un programme</translation></message>
+    <message id="lkeyDisable"><source>lkeyDisable</source><translation>Désactiver la touche</translation></message>
+    <message id="lkeyManageProfile"><source>lkeyManageProfile</source><translation>Gérer les profils…</translation></message>
+    <message id="lkeyManageMacro"><source>lkeyManageMacro</source><translation>Gérer les macros…</translation></message>
+    <message id="lkeyPlayMacroOnce"><source>lkeyPlayMacroOnce</source><translation>Jouer une fois</translation></message>
+    <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>Répéter jusqu’au relâchement</translation></message>
+    <message id="lkeyRepeatUntilPressedAgain"><source>lkeyRepeatUntilPressedAgain</source><translation>Répéter jusqu’à un nouvel appui</translation></message>
+    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>Répéter 2 fois</translation></message>
+    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>Répéter 3 fois</translation></message>
+    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>Répéter 4 fois</translation></message>
+    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>Répéter 5 fois</translation></message>
+    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>Répéter 6 fois</translation></message>
+    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>Répéter 7 fois</translation></message>
+    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>Répéter 8 fois</translation></message>
+    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>Répéter 9 fois</translation></message>
+    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>Répéter 10 fois</translation></message>
+    <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>Touche choisie :</translation></message>
+    <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Fonction :</translation></message>
+    <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Lecture :</translation></message>
+    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Sur votre Quill Kestra, appuyez sur la touche que la touche choisie doit envoyer.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Le mode jeu est activé : %@ fait ce que vous lui avez affecté ; les touches Command ne font rien.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Le mode jeu est désactivé : %@ fait ce que vous lui avez affecté. Activez-le pour que les touches Command restent inactives pendant le jeu.</translation></message>
+    <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Clavier</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Clavier. Choisissez une touche avec les touches fléchées.</translation></message>
+    <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
+    <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@ (%@)</translation></message>
+    <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Touche choisie</translation></message>
+    <message id="lkeyKeysLegendDisabled"><source>lkeyKeysLegendDisabled</source><translation>Désactivée</translation></message>
+    <message id="lkeyKeysNoAssignment"><source>lkeyKeysNoAssignment</source><translation>Ne peut pas être affectée</translation></message>
+    <message id="lkeyKeysEjectKey"><source>lkeyKeysEjectKey</source><translation>Éjecter</translation></message>
+    <message id="lkeyKeysMacroKey"><source>lkeyKeysMacroKey</source><translation>Enregistrement de macro</translation></message>
+    <message id="lkeyKeysFnKey"><source>lkeyKeysFnKey</source><translation>FN</translation></message>
+    <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>Menu</translation></message>
+    <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Touche vierge du pavé</translation></message>
+    <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
+    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Une fonction que ce programme ne connaît pas</translation></message>
+</context>
+</TS>

@@ -1,0 +1,41 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja">
+<context>
+    <name></name>
+    <message id="lkeyOK"><source>lkeyOK</source><translation>OK</translation></message>
+    <message id="lkeyCancel"><source>lkeyCancel</source><translation>キャンセル</translation></message>
+    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>プロファイル:</translation></message>
+    <message id="lkeyQuit"><source>lkeyQuit</source><translation>終了</translation></message>
+    <message id="lkeyProductName"><source>lkeyProductName</source><translation>Quill Kestra 設定</translation></message>
+    <message id="lkeyProductFamily"><source>lkeyProductFamily</source><translation>Quill Kestra</translation></message>
+    <message id="lkeyProductModel"><source>lkeyProductModel</source><translation>Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyBusy"><source>lkeyBusy</source><translation>処理中</translation></message>
+    <message id="lkeyHelp"><source>lkeyHelp</source><translation>ヘルプ</translation></message>
+    <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill のページ</translation></message>
+    <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>ニュース</translation></message>
+    <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
+    <message id="lkeyKeysTab"><source>lkeyKeysTab</source><translation>キー</translation></message>
+    <message id="lkeyProfilesTab"><source>lkeyProfilesTab</source><translation>プロファイル</translation></message>
+    <message id="lkeyMacrosTab"><source>lkeyMacrosTab</source><translation>マクロ</translation></message>
+    <message id="lkeyLightingTab"><source>lkeyLightingTab</source><translation>ライト</translation></message>
+    <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>メンテナンス</translation></message>
+    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>このキーボードにメンテナンスは必要ありません。</translation></message>
+    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>キーボードのサービスが応答しません</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>QuillKestraDaemon サービスに接続できなかったため、再起動しています。設定は失われません。サービスが応答すると自動的に再開します。</translation></message>
+    <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>キーボードが見つかりません</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Quill Kestra キーボードを接続してください。接続されると自動的に再開します。</translation></message>
+    <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>キーボードに接続中…</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>キーボードのサービスを待っています。応答があるとウインドウが開きます。</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>セッションから復元されたものとして起動し、キーボードのサービスを待ちます。</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>ログイン時にバックグラウンドで起動し、キーボードのサービスを待ちます。</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>接続中のシートを表示せず、すぐにキーボードを開きます。</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>マクロまたはプロファイルのファイル。指定すると、キーボードのサービスを待ちます。</translation></message>
+    <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>アプリケーションを選択</translation></message>
+    <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>アプリケーション (%@)</translation></message>
+    <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>「%@」を置き換えますか？</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>同じ名前のファイルがすでにあります。その内容は失われます。</translation></message>
+    <message id="lkeyReplace"><source>lkeyReplace</source><translation>置き換える</translation></message>
+</context>
+</TS>

@@ -1,0 +1,32 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja">
+<context>
+    <name></name>
+    <message id="lkeyProfiles"><source>lkeyProfiles</source><translation>プロファイル</translation></message>
+    <message id="lkeyProfileColumnId"><source>lkeyProfileColumnId</source><translation>番号</translation></message>
+    <message id="lkeyProfileColumnName"><source>lkeyProfileColumnName</source><translation>名前</translation></message>
+    <message id="lkeyProfileColumnApplication"><source>lkeyProfileColumnApplication</source><translation>アプリケーション</translation></message>
+    <message id="lkeyProfileColumnAutoSwitch"><source>lkeyProfileColumnAutoSwitch</source><translation>自動切り替え</translation></message>
+    <message id="lkeyAddProfile"><source>lkeyAddProfile</source><translation>追加</translation></message>
+    <message id="lkeyDeleteProfile"><source>lkeyDeleteProfile</source><translation>削除</translation></message>
+    <message id="lkeyProfileCommands"><source>lkeyProfileCommands</source><translation>プロファイルの操作</translation></message>
+    <message id="lkeyEnableOnScreenDisplay"><source>lkeyEnableOnScreenDisplay</source><translation>切り替え時にプロファイルを画面に表示</translation></message>
+    <message id="lkeyRename"><source>lkeyRename</source><translation>名前を変更</translation></message>
+    <message id="lkeyNew"><source>lkeyNew</source><translation>新規</translation></message>
+    <message id="lkeyImport"><source>lkeyImport</source><translation>読み込む…</translation></message>
+    <message id="lkeyExport"><source>lkeyExport</source><translation>書き出す…</translation></message>
+    <message id="lkeyDelete"><source>lkeyDelete</source><translation>削除…</translation></message>
+    <message id="lkeyCopy"><source>lkeyCopy</source><translation>コピー</translation></message>
+    <message id="lkeyAssignApplication"><source>lkeyAssignApplication</source><translation>アプリケーションを割り当てる…</translation></message>
+    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>アプリケーションを外す</translation></message>
+    <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>標準に戻す…</translation></message>
+    <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>プロファイル「%@」を削除しますか？</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>キーの割り当てとライトの設定が失われます。この操作は取り消せません。</translation></message>
+    <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>プロファイル「%@」を標準の設定に戻しますか？</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>プロファイルの名前は残り、キーの割り当てとライトは標準に戻ります。この操作は取り消せません。</translation></message>
+    <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>プロファイルを読み込む</translation></message>
+    <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>プロファイルを書き出す</translation></message>
+    <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>プロファイル (%@)</translation></message>
+</context>
+</TS>

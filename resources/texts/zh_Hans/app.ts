@@ -1,0 +1,41 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_Hans">
+<context>
+    <name></name>
+    <message id="lkeyOK"><source>lkeyOK</source><translation>好</translation></message>
+    <message id="lkeyCancel"><source>lkeyCancel</source><translation>取消</translation></message>
+    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>配置文件：</translation></message>
+    <message id="lkeyQuit"><source>lkeyQuit</source><translation>退出</translation></message>
+    <message id="lkeyProductName"><source>lkeyProductName</source><translation>Quill Kestra 配置工具</translation></message>
+    <message id="lkeyProductFamily"><source>lkeyProductFamily</source><translation>Quill Kestra</translation></message>
+    <message id="lkeyProductModel"><source>lkeyProductModel</source><translation>Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyBusy"><source>lkeyBusy</source><translation>正忙</translation></message>
+    <message id="lkeyHelp"><source>lkeyHelp</source><translation>帮助</translation></message>
+    <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill 主页</translation></message>
+    <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>新闻</translation></message>
+    <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
+    <message id="lkeyKeysTab"><source>lkeyKeysTab</source><translation>按键</translation></message>
+    <message id="lkeyProfilesTab"><source>lkeyProfilesTab</source><translation>配置文件</translation></message>
+    <message id="lkeyMacrosTab"><source>lkeyMacrosTab</source><translation>宏</translation></message>
+    <message id="lkeyLightingTab"><source>lkeyLightingTab</source><translation>灯光</translation></message>
+    <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>维护</translation></message>
+    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>此键盘无需维护。</translation></message>
+    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>键盘服务没有响应</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>无法连接 QuillKestraDaemon 服务，正在重新启动该服务。您的设置是安全的。服务一旦响应，配置工具会自动继续。</translation></message>
+    <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>未找到键盘</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>请连接 Quill Kestra 键盘。键盘接入后，配置工具会自动继续。</translation></message>
+    <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>正在连接键盘…</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>正在等待键盘服务。服务响应后窗口即会打开。</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>按会话恢复的方式启动：等待键盘服务。</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>登录时在后台启动：等待键盘服务。</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>立即打开键盘，不显示提示面板。</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>宏或配置文件；指定后配置工具会等待键盘服务。</translation></message>
+    <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>选择应用程序</translation></message>
+    <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>应用程序 (%@)</translation></message>
+    <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>替换“%@”？</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>已存在同名文件，其内容将会丢失。</translation></message>
+    <message id="lkeyReplace"><source>lkeyReplace</source><translation>替换</translation></message>
+</context>
+</TS>

@@ -1,0 +1,32 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_Hans">
+<context>
+    <name></name>
+    <message id="lkeyProfiles"><source>lkeyProfiles</source><translation>配置文件</translation></message>
+    <message id="lkeyProfileColumnId"><source>lkeyProfileColumnId</source><translation>编号</translation></message>
+    <message id="lkeyProfileColumnName"><source>lkeyProfileColumnName</source><translation>名称</translation></message>
+    <message id="lkeyProfileColumnApplication"><source>lkeyProfileColumnApplication</source><translation>应用程序</translation></message>
+    <message id="lkeyProfileColumnAutoSwitch"><source>lkeyProfileColumnAutoSwitch</source><translation>自动切换</translation></message>
+    <message id="lkeyAddProfile"><source>lkeyAddProfile</source><translation>添加</translation></message>
+    <message id="lkeyDeleteProfile"><source>lkeyDeleteProfile</source><translation>删除</translation></message>
+    <message id="lkeyProfileCommands"><source>lkeyProfileCommands</source><translation>配置文件命令</translation></message>
+    <message id="lkeyEnableOnScreenDisplay"><source>lkeyEnableOnScreenDisplay</source><translation>切换时在屏幕上显示配置文件</translation></message>
+    <message id="lkeyRename"><source>lkeyRename</source><translation>重命名</translation></message>
+    <message id="lkeyNew"><source>lkeyNew</source><translation>新建</translation></message>
+    <message id="lkeyImport"><source>lkeyImport</source><translation>导入…</translation></message>
+    <message id="lkeyExport"><source>lkeyExport</source><translation>导出…</translation></message>
+    <message id="lkeyDelete"><source>lkeyDelete</source><translation>删除…</translation></message>
+    <message id="lkeyCopy"><source>lkeyCopy</source><translation>复制</translation></message>
+    <message id="lkeyAssignApplication"><source>lkeyAssignApplication</source><translation>关联应用程序…</translation></message>
+    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>移除应用程序</translation></message>
+    <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>恢复默认…</translation></message>
+    <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>删除配置文件“%@”？</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>其按键分配和灯光设置将丢失。此操作无法撤销。</translation></message>
+    <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>将配置文件“%@”恢复为默认设置？</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>配置文件保留其名称；按键分配和灯光将被重置。此操作无法撤销。</translation></message>
+    <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>导入配置文件</translation></message>
+    <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>导出配置文件</translation></message>
+    <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>配置文件 (%@)</translation></message>
+</context>
+</TS>

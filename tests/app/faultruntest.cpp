@@ -1,0 +1,325 @@
+// SPDX-License-Identifier: MIT
+// The window while the daemon is killed at random moments, and under a storm of notifications.
+// KESTRA_FAULT_KILLS: how often it is killed (25). KESTRA_FAULT_SEED: of the random moments and steps (271).
+// KESTRA_STORM_ROUNDS: how many storms of two seconds (4).
+#include "app/util/propertylist.h"
+#include "app/util/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "keys/keylayout.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/popupbutton.h"
+#include "platform/radiogroup.h"
+#include "platform/sheet.h"
+#include "platform/tableview.h"
+#include "profiles/keyboardprofilescontroller.h"
+#include "tests/app/hubfixture.h"
+#include "tests/support/daemonprocessfixture.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRandomGenerator>
+#include <QSlider>
+#include <QTabWidget>
+#include <QTest>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::microseconds pollInterval = 2ms;
+constexpr qint64 waitLimitMs = 601 * 2;                // for one reply, as the program waits
+constexpr qint64 stepLimitMs = 6 * waitLimitMs + 3000; // the longest step asks for six replies; and the machine's load
+constexpr int longestLifeMs = 250;                     // of a daemon, once the script runs
+constexpr int storedVersions = 3;                      // that the daemon keeps beside the settings
+
+int numberFromEnvironment(const char *name, int fallback)
+{
+    const QString text = qEnvironmentVariable(name);
+    return text.isEmpty() ? fallback : text.toInt();
+}
+
+/// Kills a process at a moment of its own choice.
+class Killer
+{
+public:
+    Killer(qint64 pid, std::chrono::microseconds after)
+        : mThread([this, pid, after] {
+              std::this_thread::sleep_for(after);
+              ::kill(static_cast<pid_t>(pid), SIGKILL);
+              mHasKilled = true;
+          })
+    {
+    }
+
+    [[nodiscard]] bool hasKilled() const { return mHasKilled; }
+
+private:
+    std::atomic<bool> mHasKilled = false;
+    std::jthread mThread;
+};
+
+/// What a user might do next, on every tab.
+class Script
+{
+public:
+    Script(const Hub &hub, QRandomGenerator &random) : mHub(hub), mRandom(random) {}
+
+    /// One step, on the tab that is opened for it.
+    void step()
+    {
+        switch (mHub.find<QTabWidget>("mKeyboardTabView")->setCurrentIndex(mTab), mTab) {
+        case 0: keys(); break;
+        case 1: profiles(); break;
+        case 2: macros(); break;
+        case 3: lighting(); break;
+        default: break;
+        }
+        mTab = (mTab + 1) % 5;
+        // Questions are answered at once, so that no sheet keeps the next step away.
+        for (auto *alert : mHub.window->findChildren<Sheet *>(u"alert"_s)) {
+            if (alert->isUp())
+                alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+        }
+    }
+
+private:
+    void keys()
+    {
+        const std::span<const KeyRow> rows = KeyLayout::selectableKeys();
+        const KeyRow &row = rows[size_t(mRandom.bounded(int(rows.size())))];
+        QTest::mouseClick(mHub.window->findChild<QWidget *>(QString(row.outlet)), Qt::LeftButton);
+        mHub.find<PopUpButton>("mAssignFunction")->itemAtIndex(mRandom.bounded(2) == 0 ? 0 : 5)->trigger();
+    }
+
+    void profiles()
+    {
+        auto *table = mHub.find<TableView>("mProfilesTableView");
+        switch (mRandom.bounded(4)) {
+        case 0: mHub.find<QPushButton>("mAddProfile")->click(); break;
+        case 1: mHub.find<QPushButton>("mDeleteProfile")->click(); break;
+        case 2: mHub.find<QCheckBox>("mEnableOnScreenDisplay")->click(); break;
+        default: table->selectRow(mRandom.bounded(std::max(1, table->numberOfRows())));
+        }
+    }
+
+    void macros()
+    {
+        auto *table = mHub.find<TableView>("mMacroTableView");
+        switch (mRandom.bounded(4)) {
+        case 0: mHub.find<QPushButton>("mAddMacro")->click(); break;
+        case 1: mHub.find<QPushButton>("mDeleteMacro")->click(); break;
+        case 2:
+            mHub.find<QPushButton>("mRecordMacroDetails")->click();
+            mHub.find<QPushButton>("mRecordMacroDetails")->click();
+            break;
+        default: table->selectRow(mRandom.bounded(std::max(1, table->numberOfRows())));
+        }
+    }
+
+    void lighting()
+    {
+        switch (mRandom.bounded(3)) {
+        case 0: mHub.find<QSlider>("mBrightnessValue")->setValue(mRandom.bounded(5)); break;
+        case 1: mHub.find<QCheckBox>("mEnableAddOnHighlight")->click(); break;
+        default: mHub.find<RadioGroup>("mLighting")->findChildren<QRadioButton *>().at(mRandom.bounded(2))->click();
+        }
+    }
+
+    const Hub &mHub;
+    QRandomGenerator &mRandom;
+    int mTab = 0;
+};
+
+/// Memory of this process that is in use, in KiB; 0 when it cannot be told.
+qint64 residentKiB()
+{
+    QFile file(u"/proc/self/status"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).simplified().split(' ').first().toLongLong();
+    }
+    return 0;
+}
+
+} // namespace
+
+class FaultRunTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void survivesADaemonKilledAtRandomMoments();
+    void survivesAStormOfNotifications();
+
+private:
+    /// The documents on the disk, the newest first.
+    static QList<QVariantMap> storedDocuments(const DaemonProcessFixture &daemon);
+    static void storm(int count, int perSecond);
+
+    HubResources mResources;
+};
+
+QList<QVariantMap> FaultRunTest::storedDocuments(const DaemonProcessFixture &daemon)
+{
+    const QString path = daemon.settingsFolder() + u"/settings.plist"_s;
+    QList<QVariantMap> documents;
+    QStringList files{path};
+    // The copy 0 is the newest, where the kill came between writing and renaming the copies.
+    for (int version = 0; version <= storedVersions; ++version)
+        files += path + u".%1"_s.arg(version);
+    for (const QString &file : std::as_const(files)) {
+        if (const auto document = PropertyList::readPropertyListFile(file))
+            documents += *document;
+    }
+    return documents;
+}
+
+void FaultRunTest::survivesADaemonKilledAtRandomMoments()
+{
+    const int kills = numberFromEnvironment("KESTRA_FAULT_KILLS", 25);
+    const auto seed = quint32(numberFromEnvironment("KESTRA_FAULT_SEED", 271));
+    QRandomGenerator random(seed);
+    setReplyPollInterval(pollInterval);
+    DaemonProcessFixture daemon;
+    QVERIFY(daemon.start());
+    const Hub hub;
+    hub.controller->initializeDevice();
+    // Until the first change the factory settings are nowhere on the disk.
+    hub.find<QSlider>("mBrightnessValue")->setValue(1);
+    Script script(hub, random);
+    int steps = 0;
+    int interrupted = 0;
+    qint64 longestStepMs = 0;
+    for (int round = 0; round < kills; ++round) {
+        const auto fail = [&] { return qPrintable(u"seed %1, kill %2"_s.arg(seed).arg(round)); };
+        const auto start = daemon.request(DaemonProtocol::Command::readSettings);
+        QVERIFY2(start, fail());
+        QVariantMap answered = start->values.value(DaemonProtocol::allDevSettings).toMap();
+        {
+            const Killer killer(daemon.processId(), std::chrono::microseconds(random.bounded(longestLifeMs * 1000)));
+            while (!killer.hasKilled()) {
+                QElapsedTimer time;
+                time.start();
+                script.step();
+                QCoreApplication::processEvents();
+                longestStepMs = std::max(longestStepMs, time.elapsed());
+                QVERIFY2(time.elapsed() < stepLimitMs, fail());
+                ++steps;
+                // Another client's question, whose answer tells all that was answered so far.
+                daemon.replies().clear();
+                daemon.send(DaemonProtocol::Command::readSettings);
+                if (!QTest::qWaitFor([&] { return !daemon.replies().isEmpty() || killer.hasKilled(); }, 10'000))
+                    QFAIL(fail());
+                if (!daemon.replies().isEmpty())
+                    answered = daemon.replies().last().values.value(DaemonProtocol::allDevSettings).toMap();
+            }
+        }
+        const QVariantList held = hub.controller->profilesArray(); // as some answer gave them
+        daemon.kill();
+        const QList<QVariantMap> stored = storedDocuments(daemon);
+        QVERIFY2(daemon.start(), fail());
+        const auto reply = daemon.request(DaemonProtocol::Command::readSettings);
+        QVERIFY2(reply, fail());
+        const QVariantMap restarted = reply->values.value(DaemonProtocol::allDevSettings).toMap();
+        // All that was answered is there; at most the step that the kill interrupted may have been written besides.
+        QVERIFY2(std::ranges::any_of(stored,
+                                     [&](const QVariantMap &one) { return one.value(SettingsKeys::profiles) == held; }),
+                 fail());
+        if (restarted != answered) {
+            QVERIFY2(stored.contains(answered),
+                     qPrintable(QString::fromUtf8(fail()) + u", %1 stored"_s.arg(stored.size())));
+            ++interrupted;
+        }
+        // The window, told that the daemon is back, shows just this document and can be used.
+        QTRY_COMPARE_WITH_TIMEOUT(hub.controller->profilesArray(), restarted.value(SettingsKeys::profiles).toList(),
+                                  20'000);
+        QTRY_COMPARE(hub.controller->macrosArray(), restarted.value(SettingsKeys::macros).toList());
+        QVERIFY2(hub.find<QWidget>("mA")->isEnabled(), fail());
+    }
+    qInfo("%d kills (seed %u), %d steps, %d written but not answered, longest step %lld ms", kills, seed, steps,
+          interrupted, longestStepMs);
+    QVERIFY(steps >= kills);
+}
+
+void FaultRunTest::storm(int count, int perSecond)
+{
+    // A poster of its own, so that the window's thread does nothing but receive.
+    std::jthread poster([count, perSecond] {
+        {
+            DistributedNotificationCenter center(
+                QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"storm"_s));
+            const auto begin = std::chrono::steady_clock::now();
+            for (int i = 0; i < count; ++i) {
+                if (i % 1000 == 999) // now and then a change by another client, which is answered by asking for it all
+                    center.post(QString(DaemonProtocol::profileUpdated), {{DaemonProtocol::sourceApp, u"storm"_s}});
+                else if (i % 2 == 0)
+                    center.post(QString(DaemonProtocol::illuminationUpdated),
+                                {{SettingsKeys::brightnessKbNormal, i % 5}});
+                else
+                    center.post(QString(DaemonProtocol::profileUpdated),
+                                {{DaemonProtocol::sourceApp, QString(DaemonProtocol::configuratorIdentifier)}});
+                std::this_thread::sleep_until(begin + i * 1'000'000us / perSecond);
+            }
+        }
+        QDBusConnection::disconnectFromBus(u"storm"_s);
+    });
+    poster.join();
+    // The bus keeps the order of one sender only: this one is sent by the test, after all of the storm.
+    DistributedNotificationCenter::defaultCenter().post(
+        QString(DaemonProtocol::commandReplyNotification(DaemonProtocol::productId)),
+        {{DaemonProtocol::messageId, 14}, {DaemonProtocol::firmwareVersion, u"calm"_s}});
+}
+
+void FaultRunTest::survivesAStormOfNotifications()
+{
+    constexpr int count = 20'000;
+    constexpr int perSecond = 10'000;
+    setReplyPollInterval(replyPollInterval);
+    DaemonProcessFixture daemon;
+    QVERIFY(daemon.start());
+    const Hub hub;
+    hub.controller->initializeDevice();
+    QList<qint64> memory;
+    const int rounds = std::max(3, numberFromEnvironment("KESTRA_STORM_ROUNDS", 4));
+    for (int round = 0; round < rounds; ++round) {
+        hub.controller->updateDriverVersions(QVariantMap{{DaemonProtocol::firmwareVersion, QString()}});
+        QElapsedTimer time;
+        time.start();
+        storm(count, perSecond);
+        const qint64 postedMs = time.elapsed();
+        QTRY_COMPARE_WITH_TIMEOUT(hub.controller->firmwareVersionString(), u"calm"_s, 60'000);
+        const qint64 handledMs = time.elapsed();
+        // The window answers at once again.
+        time.restart();
+        auto *assignment = hub.find<PopUpButton>("mAssignFunction");
+        QTest::mouseClick(hub.find<QWidget>(round % 2 == 0 ? "mA" : "mS"), Qt::LeftButton);
+        assignment->itemAtIndex(5)->trigger();
+        QCOMPARE(assignment->indexOfSelectedItem(), 5);
+        QCoreApplication::processEvents();
+        QVERIFY2(time.elapsed() < 3000, qPrintable(QString::number(time.elapsed())));
+        memory += residentKiB();
+        qInfo("%d notifications posted in %lld ms, handled after %lld ms, a click then takes %lld ms, %lld KiB in use",
+              count, postedMs, handledMs, time.elapsed(), memory.last());
+    }
+    // The first round fills what is kept for good (caches, the allocator's own store).
+#if !defined(__SANITIZE_ADDRESS__) // which keeps freed memory back
+    QVERIFY2(memory.last() - memory.at(1) < 4096, qPrintable(QString::number(memory.last() - memory.at(1))));
+#endif
+}
+
+QTEST_MAIN(FaultRunTest)
+#include "faultruntest.moc"

@@ -1,0 +1,286 @@
+// SPDX-License-Identifier: MIT
+// A macro the whole way: recorded on the keyboard in the real window, edited, assigned to a key, exported and imported,
+// as the real daemon keeps it.
+#include "app/util/propertylist.h"
+#include "app/util/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "macros/macrorecord.h"
+#include "macros/numberonlytextfield.h"
+#include "platform/filepanels.h"
+#include "platform/popupbutton.h"
+#include "platform/pulldownbutton.h"
+#include "platform/sheet.h"
+#include "tests/app/hubfixture.h"
+#include "tests/support/daemonprocessfixture.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+
+namespace {
+
+constexpr int keysTabIndex = 0;
+constexpr int macrosTabIndex = 2;
+
+constexpr uint keyA = 4;
+constexpr uint keyB = 5;
+constexpr uint keyH = 11;
+
+} // namespace
+
+class MacrosEndToEndTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void recordsWhatIsTyped();
+    void appendsToWhatWasRecorded();
+    void editsAnEventAndADelay();
+    void assignsTheMacroToAKey();
+    void exportedDeletedAndImportedItIsTheSame();
+    void renamesAndDeletes();
+    void aRemovedKeyboardEndsTheRecordingAndKeepsIt();
+    void leavingTheTabEndsTheRecordingAndKeepsIt();
+
+private:
+    void typeKey(uint usage);
+    void addMacro(const QString &name);
+    /// Adds the macro "Combo" and records A and B into it.
+    void recordCombo();
+    void chooseForEvent(int row, int tag);
+    [[nodiscard]] QStringList lines() const { return mHub->controller->macrosController()->macroDetailsArray(); }
+    [[nodiscard]] TableView *list() const { return mHub->find<TableView>("mMacroTableView"); }
+    void click(const char *button) const { mHub->find<QPushButton>(button)->click(); }
+    void accept(const char *panelName, const QString &path) const;
+    /// The record of a macro as the daemon keeps it; empty when it keeps none of that name.
+    QVariantMap kept(const QString &name);
+    QVariantMap settings() { return mDaemon->request(Command::readSettings)->values; }
+
+    HubResources mResources;
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+    std::unique_ptr<Hub> mHub;
+};
+
+void MacrosEndToEndTest::init()
+{
+    setReplyPollInterval(replyPollInterval);
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    QVERIFY(mDaemon->start());
+    mHub = std::make_unique<Hub>();
+    mHub->controller->initializeDevice();
+    mHub->controller->selectTabAtIndex(macrosTabIndex);
+    mHub->window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+}
+
+void MacrosEndToEndTest::cleanup()
+{
+    mHub.reset();
+    mDaemon.reset();
+}
+
+void MacrosEndToEndTest::typeKey(uint usage)
+{
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, usage}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7U, usage}), QString());
+}
+
+void MacrosEndToEndTest::addMacro(const QString &name)
+{
+    click("mAddMacro");
+    auto *editor = list()->findChild<QLineEdit *>(u"cellEditor"_s);
+    QVERIFY(editor);
+    QTest::keyClicks(editor, name);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE(list()->editedRow(), -1);
+}
+
+void MacrosEndToEndTest::recordCombo()
+{
+    addMacro(u"Combo"_s);
+    click("mRecordMacroDetails");
+    typeKey(keyA);
+    typeKey(keyB);
+    QTRY_COMPARE(lines().size(), 7);
+    click("mRecordMacroDetails");
+    QCOMPARE(lines().size(), 7);
+}
+
+void MacrosEndToEndTest::chooseForEvent(int row, int tag)
+{
+    mHub->find<TableView>("mMacroDetailsTableView")->selectRow(row);
+    auto *gear = mHub->find<PulldownButton>("mSettingsMacroDetails");
+    gear->validateItems();
+    QVERIFY(gear->itemWithTag(tag)->isEnabled());
+    gear->itemWithTag(tag)->trigger();
+}
+
+void MacrosEndToEndTest::accept(const char *panelName, const QString &path) const
+{
+    auto *panel = mHub->find<QFileDialog>(panelName);
+    QVERIFY(panel && panel->isVisible());
+    panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path);
+    static_cast<QDialog *>(panel)->accept();
+    QVERIFY(!panel->isVisible());
+}
+
+QVariantMap MacrosEndToEndTest::kept(const QString &name)
+{
+    const QVariantList macros =
+        settings().value(DaemonProtocol::allDevSettings).toMap().value(SettingsKeys::macros).toList();
+    for (const QVariant &macro : macros) {
+        if (MacroRecord::name(macro.toMap()) == name)
+            return macro.toMap();
+    }
+    return {};
+}
+
+void MacrosEndToEndTest::recordsWhatIsTyped()
+{
+    recordCombo();
+    QCOMPARE(lines().at(0), u"Key Press A"_s);
+    QCOMPARE(lines().at(2), u"Key Release A"_s);
+    QCOMPARE(lines().at(4), u"Key Press B"_s);
+    QCOMPARE(lines().at(6), u"Key Release B"_s);
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 4);
+}
+
+void MacrosEndToEndTest::appendsToWhatWasRecorded()
+{
+    recordCombo();
+    click("mAddMacroDetails");
+    QCOMPARE(lines().size(), 7);
+    typeKey(keyH);
+    QTRY_COMPARE(lines().size(), 11);
+    click("mRecordMacroDetails");
+    QCOMPARE(lines().size(), 11);
+    QCOMPARE(lines().at(8), u"Key Press H"_s);
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 6);
+}
+
+void MacrosEndToEndTest::editsAnEventAndADelay()
+{
+    recordCombo();
+    chooseForEvent(4, MacroCommands::edit);
+    typeKey(keyH);
+    QTRY_COMPARE(mHub->find<QLineEdit>("mInputMacroEvent")->text(), u"H"_s);
+    click("mMacroEventEditOK");
+    QCOMPARE(lines().at(4), u"Key Press H"_s);
+    QVERIFY(list()->isEnabled());
+    chooseForEvent(5, MacroCommands::edit);
+    QTest::keyClicks(mHub->find<NumberOnlyTextField>("mInputMacroDelay"), u"250"_s);
+    click("mMacroDelayOK");
+    QCOMPARE(lines().at(5), u"0.250 seconds delay\n"_s);
+    const QVariantList events = MacroRecord::events(kept(u"Combo"_s));
+    QCOMPARE(MacroRecord::eventFields(events.at(2).toMap()).argument, keyH);
+    QCOMPARE(MacroRecord::eventFields(events.at(3).toMap()).delayMs, 250);
+    // The row of a delay is what is sent to have it copied.
+    chooseForEvent(5, MacroCommands::copyDelay);
+    QCOMPARE(lines().at(1), u"0.250 seconds delay\n"_s);
+    chooseForEvent(-1, MacroCommands::noDelay);
+    QCOMPARE(lines().at(5), u"0.000 seconds delay\n"_s);
+}
+
+void MacrosEndToEndTest::assignsTheMacroToAKey()
+{
+    recordCombo();
+    const int row = list()->selectedRow();
+    mHub->controller->selectTabAtIndex(keysTabIndex);
+    QTest::mouseClick(mHub->find<QWidget>("mF"), Qt::LeftButton);
+    const QMenu *macros = mHub->find<PopUpButton>("mAssignFunction")->submenuAtIndex(2);
+    QVERIFY(macros);
+    QAction *combo = nullptr;
+    for (QAction *item : macros->actions()) {
+        if (item->text() == u"Combo"_s)
+            combo = item;
+    }
+    QVERIFY(combo);
+    combo->trigger();
+    const QVariantMap document = settings().value(DaemonProtocol::allDevSettings).toMap();
+    const QVariantMap profile = document.value(SettingsKeys::profiles).toList().first().toMap();
+    const QVariantMap entry = profile.value(SettingsKeys::keys).toMap().value(u"9"_s).toMap();
+    QCOMPARE(entry.value(SettingsKeys::command).toInt(), 10);
+    QCOMPARE(entry.value(SettingsKeys::param1).toInt(), row);
+}
+
+void MacrosEndToEndTest::exportedDeletedAndImportedItIsTheSame()
+{
+    recordCombo();
+    chooseForEvent(1, MacroCommands::edit);
+    QTest::keyClicks(mHub->find<NumberOnlyTextField>("mInputMacroDelay"), u"75"_s);
+    click("mMacroDelayOK");
+    QVariantMap before = kept(u"Combo"_s);
+    // Its number is the one thing that the daemon gives a macro; a new one gets a number that no other had.
+    QVERIFY(before.contains(SettingsKeys::macroId));
+
+    const QTemporaryDir folder;
+    auto *gear = mHub->find<PulldownButton>("mSettingsMacro");
+    gear->itemWithTag(MacroCommands::exportMacro)->trigger();
+    accept("mSavePanel", folder.filePath(u"exported"_s));
+    click("mDeleteMacro");
+    mHub->find<Sheet>("alert")->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QVERIFY(kept(u"Combo"_s).isEmpty());
+    gear->itemWithTag(MacroCommands::importMacro)->trigger();
+    accept("mOpenPanel", folder.filePath(u"exported.KestraMacro"_s));
+
+    QVariantMap after = kept(u"Combo"_s);
+    QVERIFY(after.value(SettingsKeys::macroId) != before.value(SettingsKeys::macroId));
+    before.remove(SettingsKeys::macroId);
+    after.remove(SettingsKeys::macroId);
+    QCOMPARE(PropertyList::writeBinary(after), PropertyList::writeBinary(before));
+    QCOMPARE(MacroRecord::eventFields(MacroRecord::events(after).at(1).toMap()).delayMs, 75);
+    QCOMPARE(lines().size(), 7);
+    QCOMPARE(lines().at(1), u"0.075 seconds delay\n"_s);
+}
+
+void MacrosEndToEndTest::renamesAndDeletes()
+{
+    addMacro(u"First"_s);
+    addMacro(u"Second"_s);
+    const int count = list()->numberOfRows();
+    list()->selectRow(count - 2);
+    mHub->find<PulldownButton>("mSettingsMacro")->itemWithTag(MacroCommands::rename)->trigger();
+    auto *editor = list()->findChild<QLineEdit *>(u"cellEditor"_s);
+    QVERIFY(editor);
+    QTest::keyClicks(editor, u"Second"_s);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY(!kept(u"Second(2)"_s).isEmpty());
+    QCOMPARE(list()->numberOfRows(), count);
+    QVERIFY(kept(u"First"_s).isEmpty());
+    QVERIFY(!kept(u"Second"_s).isEmpty());
+}
+
+void MacrosEndToEndTest::aRemovedKeyboardEndsTheRecordingAndKeepsIt()
+{
+    addMacro(u"Combo"_s);
+    click("mRecordMacroDetails");
+    typeKey(keyA);
+    QTRY_COMPARE(lines().size(), 3);
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QTRY_VERIFY(!mHub->find<QWidget>("mRecordMacroDetails")->isEnabled());
+    QVERIFY(!mHub->controller->macrosController()->recordButtonReadsStop());
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 2);
+}
+
+void MacrosEndToEndTest::leavingTheTabEndsTheRecordingAndKeepsIt()
+{
+    addMacro(u"Combo"_s);
+    click("mRecordMacroDetails");
+    typeKey(keyA);
+    QTRY_COMPARE(lines().size(), 3);
+    mHub->controller->selectTabAtIndex(keysTabIndex);
+    QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 2);
+}
+
+QTEST_MAIN(MacrosEndToEndTest)
+#include "macrosendtoendtest.moc"

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+// Every language the program comes with, in the real window at its smallest size: no text is cut off in its control.
+#include "app/application.h"
+#include "app/util/text.h"
+#include "platform/sheet.h"
+#include "tests/app/hubfixture.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
+#include <QHeaderView>
+#include <QLabel>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The width that the window's tests and the keyboard's picture take as the smallest useful one.
+constexpr int smallestWindowWidth = 1100;
+
+QString textsFolder()
+{
+    return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s;
+}
+
+QString described(const QWidget *widget, const QString &text)
+{
+    return u"%1 %2 \"%3\""_s.arg(QLatin1StringView(widget->metaObject()->className()), widget->objectName(), text);
+}
+
+/// Whether `label` shows all of its text at the size it has.
+bool isWholeLabel(const QLabel *label)
+{
+    if (label->text().isEmpty())
+        return true;
+    if (label->wordWrap())
+        return label->heightForWidth(label->width()) <= label->height();
+    return label->sizeHint().width() <= label->width();
+}
+
+/// The texts below `root` that do not fit the control they stand in. The layouts must be done.
+QStringList cutTexts(QWidget *root)
+{
+    QStringList result;
+    for (const QLabel *label : root->findChildren<QLabel *>()) {
+        if (label->isVisibleTo(root) && !isWholeLabel(label))
+            result.append(described(label, label->text()));
+    }
+    for (const QAbstractButton *button : root->findChildren<QAbstractButton *>()) {
+        // Keycaps fit their legends by themselves and have no text.
+        if (button->isVisibleTo(root) && !button->text().isEmpty()
+            && button->minimumSizeHint().width() > button->width())
+            result.append(described(button, button->text()));
+    }
+    for (const QComboBox *box : root->findChildren<QComboBox *>()) {
+        if (box->isVisibleTo(root) && box->sizeHint().width() > box->width())
+            result.append(described(box, box->currentText()));
+    }
+    for (const QTableView *table : root->findChildren<QTableView *>()) {
+        const QHeaderView *header = table->horizontalHeader();
+        for (int column = 0; header->isVisibleTo(root) && column < header->count(); ++column) {
+            if (header->sectionSizeHint(column) > header->sectionSize(column))
+                result.append(described(table, table->model()->headerData(column, Qt::Horizontal).toString()));
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+class TextsFitTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        for (const QString &language : {u"de"_s, u"en"_s, u"es"_s, u"fr"_s, u"ja"_s, u"zh_Hans"_s})
+            QVERIFY2(QFile::exists(textsFolder() + u'/' + language + u".qm"_s), qPrintable(language));
+    }
+
+    void aDesktopLanguageChoosesItsTable_data()
+    {
+        QTest::addColumn<QStringList>("languages");
+        QTest::addColumn<QString>("cancel");
+        QTest::newRow("German") << QStringList{u"de-Latn-AT"_s, u"de-AT"_s} << u"Abbrechen"_s;
+        QTest::newRow("the first that there is") << QStringList{u"nl-NL"_s, u"fr-FR"_s, u"de-DE"_s} << u"Annuler"_s;
+        QTest::newRow("English before another") << QStringList{u"en-GB"_s, u"de-DE"_s} << u"Cancel"_s;
+        QTest::newRow("Simplified Chinese") << QStringList{u"zh-Hans-CN"_s, u"zh-CN"_s, u"zh"_s} << u"取消"_s;
+        // Better English than the other script.
+        QTest::newRow("Traditional Chinese") << QStringList{u"zh-Hant-TW"_s, u"zh-TW"_s} << u"Cancel"_s;
+        QTest::newRow("none that there is") << QStringList{u"nl-NL"_s, u"nl"_s} << u"Cancel"_s;
+    }
+
+    void aDesktopLanguageChoosesItsTable()
+    {
+        QFETCH(QStringList, languages);
+        installTexts(textsFolder(), languages);
+        QTEST(localizedText("lkeyCancel"), "cancel");
+    }
+
+    void everyTextFits_data()
+    {
+        QTest::addColumn<QString>("language");
+        for (const QString &file : QDir(textsFolder()).entryList({u"*.qm"_s}))
+            QTest::newRow(qPrintable(file.chopped(3))) << file.chopped(3);
+    }
+
+    void everyTextFits()
+    {
+        QFETCH(QString, language);
+        installTexts(textsFolder(), {language});
+        Hub hub;
+        hub.window->resize(smallestWindowWidth, hub.window->minimumSizeHint().height());
+        QVERIFY(QTest::qWaitForWindowExposed(hub.window.get()));
+        QVERIFY2(hub.window->width() <= smallestWindowWidth, qPrintable(QString::number(hub.window->width())));
+
+        auto *tabs = hub.find<QTabWidget>("mKeyboardTabView");
+        QStringList cut;
+        for (int index = 0; index < tabs->count(); ++index) {
+            tabs->setCurrentIndex(index);
+            QCoreApplication::processEvents();
+            cut += cutTexts(hub.window.get());
+        }
+        for (Sheet *sheet : hub.window->findChildren<Sheet *>()) {
+            sheet->beginSheet(hub.window.get());
+            QVERIFY(QTest::qWaitForWindowExposed(sheet));
+            cut += cutTexts(sheet);
+            sheet->endSheet();
+        }
+        cut.removeDuplicates();
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+    }
+
+    void aCutTextIsFound()
+    {
+        QWidget page;
+        auto *label = new QLabel(u"A text that is wider than its label"_s, &page);
+        label->resize(20, 20);
+        page.resize(300, 100);
+        QCOMPARE(cutTexts(&page).size(), 1);
+    }
+
+private:
+    HubResources mResources;
+};
+
+QTEST_MAIN(TextsFitTest)
+#include "textsfittest.moc"

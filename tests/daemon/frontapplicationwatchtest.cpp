@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/frontapplication/frontapplicationwatch.h"
+
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A source in the test's hands: whether it starts, what it tells, when it is lost.
+class ScriptedSource : public FrontApplicationSource
+{
+public:
+    explicit ScriptedSource(const bool &isThere) : mIsThere(isThere) {}
+
+    void start() override
+    {
+        if (mIsThere)
+            Q_EMIT ready();
+        else
+            fail(u"not there"_s);
+    }
+    void tell(const QString &name)
+    {
+        Q_EMIT applicationChanged(name.isEmpty() ? FrontApplication{} : FrontApplication::named(name));
+    }
+    void lose() { fail(u"lost"_s); }
+
+private:
+    const bool &mIsThere;
+};
+
+} // namespace
+
+class FrontApplicationWatchTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { mWatch.reset(); }
+
+    void firstSourceThatWorksIsUsed();
+    void withoutASourceItSaysSoAndTakesWhatItIsTold();
+    void sourceThatComesLaterIsFound();
+    void lostSourceIsReplaced();
+    void lostSourceLeavesNothingInFront();
+    void sameApplicationIsToldOnce();
+    void momentWithoutAWindowIsNoChange();
+    void nothingInFrontIsToldInTheEnd();
+
+private:
+    FrontApplicationWatch::SourceKind kind(QLatin1StringView name, const bool &isThere)
+    {
+        return {name, [this, &isThere] {
+                    auto source = std::make_unique<ScriptedSource>(isThere);
+                    mSource = source.get();
+                    return source;
+                }};
+    }
+    QStringList names() const
+    {
+        QStringList result;
+        for (const QList<QVariant> &arguments : *mChanges)
+            result += arguments.first().value<FrontApplication>().name();
+        return result;
+    }
+
+    bool mIsFirstThere = false;
+    bool mIsSecondThere = false;
+    QPointer<ScriptedSource> mSource; // the one in use
+    std::unique_ptr<FrontApplicationWatch> mWatch;
+    std::unique_ptr<QSignalSpy> mChanges;
+};
+
+void FrontApplicationWatchTest::init()
+{
+    mIsFirstThere = mIsSecondThere = true;
+    mWatch = std::make_unique<FrontApplicationWatch>(
+        std::vector{kind("first"_L1, mIsFirstThere), kind("second"_L1, mIsSecondThere)}, 5ms);
+    mChanges = std::make_unique<QSignalSpy>(mWatch.get(), &FrontApplicationWatch::applicationChanged);
+}
+
+void FrontApplicationWatchTest::firstSourceThatWorksIsUsed()
+{
+    mIsFirstThere = false;
+    QCOMPARE(mWatch->sourceName(), u"none"_s);
+    mWatch->start();
+    QTRY_COMPARE(mWatch->sourceName(), u"second"_s);
+    mSource->tell(u"game"_s);
+    QCOMPARE(names(), QStringList{u"game"_s});
+    QCOMPARE(mWatch->application().name(), u"game"_s);
+}
+
+void FrontApplicationWatchTest::withoutASourceItSaysSoAndTakesWhatItIsTold()
+{
+    mIsFirstThere = mIsSecondThere = false;
+    mWatch->start();
+    mWatch->report(FrontApplication::named(u"game"_s));
+    QCOMPARE(names(), QStringList{u"game"_s});
+    QCOMPARE(mWatch->sourceName(), u"none"_s);
+}
+
+void FrontApplicationWatchTest::sourceThatComesLaterIsFound()
+{
+    mIsFirstThere = mIsSecondThere = false;
+    mWatch->start();
+    QCOMPARE(mWatch->sourceName(), u"none"_s);
+    mIsFirstThere = true;
+    QTRY_COMPARE(mWatch->sourceName(), u"first"_s);
+}
+
+void FrontApplicationWatchTest::lostSourceIsReplaced()
+{
+    mWatch->start();
+    QCOMPARE(mWatch->sourceName(), u"first"_s);
+    mIsFirstThere = false;
+    QTest::ignoreMessage(QtWarningMsg, "desktop: first: lost");
+    mSource->lose();
+    QTRY_COMPARE(mWatch->sourceName(), u"second"_s);
+    mIsSecondThere = false;
+    QTest::ignoreMessage(QtWarningMsg, "desktop: second: lost");
+    mSource->lose();
+    QTRY_COMPARE(mWatch->sourceName(), u"none"_s);
+    mIsFirstThere = true;
+    QTRY_COMPARE(mWatch->sourceName(), u"first"_s);
+}
+
+void FrontApplicationWatchTest::lostSourceLeavesNothingInFront()
+{
+    mWatch->start();
+    mSource->tell(u"game"_s);
+    mIsFirstThere = mIsSecondThere = false;
+    QTest::ignoreMessage(QtWarningMsg, "desktop: first: lost");
+    mSource->lose();
+    QTRY_COMPARE(names(), QStringList({u"game"_s, QString()}));
+}
+
+void FrontApplicationWatchTest::sameApplicationIsToldOnce()
+{
+    mWatch->start();
+    mSource->tell(u"game"_s);
+    mSource->tell(u"game"_s);
+    mWatch->report(FrontApplication::named(u"game"_s));
+    QCOMPARE(names(), QStringList{u"game"_s});
+}
+
+void FrontApplicationWatchTest::momentWithoutAWindowIsNoChange()
+{
+    mWatch->start();
+    mSource->tell(u"game"_s);
+    mSource->tell({});
+    mSource->tell(u"editor"_s);
+    mSource->tell({});
+    QTRY_COMPARE(mChanges->size(), 3);
+    QCOMPARE(names(), QStringList({u"game"_s, u"editor"_s, QString()}));
+}
+
+void FrontApplicationWatchTest::nothingInFrontIsToldInTheEnd()
+{
+    mWatch->start();
+    mSource->tell(u"game"_s);
+    mSource->tell({});
+    QCOMPARE(mWatch->application().name(), u"game"_s); // not yet
+    QTRY_VERIFY(mWatch->application().isNone());
+}
+
+QTEST_GUILESS_MAIN(FrontApplicationWatchTest)
+#include "frontapplicationwatchtest.moc"

@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: MIT
+// The daemon's switches of the profile, by the application in front, by keys and by clients: what is announced, what is
+// shown, and what is on the disk.
+#include "app/util/propertylist.h"
+#include "app/util/qlcoreutility.h"
+#include "daemon/devicedaemon.h"
+#include "daemon/settingsdocument.h"
+#include "daemon/virtualkeyboard.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using DaemonProtocol::Command;
+
+namespace {
+
+QVariantMap profile(const QString &name, const QString &application, int osd = 1)
+{
+    return {{u"ProfileName"_s, name},
+            {u"AppInfo"_s, QVariantMap{{u"identifier"_s, application}}},
+            {u"AutoSwitchOn"_s, application.isEmpty() ? 0 : 1},
+            {u"ProfileOSDOn"_s, osd},
+            {u"Keys"_s, QVariantMap{{u"58"_s, QVariantMap{{u"command"_s, 17}, {u"param1"_s, 1}, {u"param2"_s, 0}}}}}};
+}
+
+/// "P" is active; F1 (58) switches to "Q"; "A" is bound to the application "a", "Silent" to "s".
+QVariantMap startDocument()
+{
+    return SettingsDocument::completed(
+        {{u"Profiles"_s, QVariantList{profile(u"P"_s, {}), profile(u"Q"_s, {}), profile(u"A"_s, u"a"_s),
+                                      profile(u"Silent"_s, u"s"_s, 0)}},
+         {u"Macros"_s, QVariantList()},
+         {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}});
+}
+
+/// While it lives, no file can be written, as on a full disk.
+class FullDisk
+{
+public:
+    FullDisk()
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &mBefore);
+        const rlimit none{0, mBefore.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &mBefore); }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    rlimit mBefore{};
+};
+
+} // namespace
+
+class ProfileSwitchTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void automaticSwitchIsAnnouncedButNotWritten();
+    void automaticSwitchMapsTheKeys();
+    void repliesShowTheActiveProfileAndTheDiskTheChosenOne();
+    void chosenByAKeyMeanwhileIsKept();
+    void chosenAgainWhileAutomaticallyActiveIsKept();
+    void switchThatCannotBeWrittenLeavesTheAutomaticOne();
+    void automaticSwitchNeedsNoDisk();
+    void everySwitchIsShownOnce_data();
+    void everySwitchIsShownOnce();
+    void whatIsNoSwitchIsNotShown();
+
+private:
+    int send(Command command, QVariantMap request = {});
+    void inFront(const QString &name) { mDaemon->setFrontApplication(FrontApplication::named(name)); }
+    void pressF1()
+    {
+        QCOMPARE(mKeyboard->press(7, 58), VirtualKeyboard::Result::done);
+        QCOMPARE(mKeyboard->release(7, 58), VirtualKeyboard::Result::done);
+    }
+    int active() const { return SettingsDocument::activeProfileIndex(mDaemon->document()); }
+    int activeOnDisk() const
+    {
+        const auto document = PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s));
+        return document ? SettingsDocument::activeProfileIndex(*document) : -1;
+    }
+
+    std::optional<QTemporaryDir> mTemporary;
+    std::unique_ptr<SettingsStore> mStore;
+    std::unique_ptr<VirtualKeyboard> mKeyboard;
+    std::unique_ptr<DeviceDaemon> mDaemon;
+    QVariantMap mReply;
+    QStringList mNotifications; // "name source"
+    QStringList mShown;
+};
+
+void ProfileSwitchTest::init()
+{
+    mTemporary.emplace();
+    mStore = std::make_unique<SettingsStore>(mTemporary->path());
+    QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
+    mKeyboard = std::make_unique<VirtualKeyboard>();
+    mNotifications.clear();
+    mShown.clear();
+    mDaemon = std::make_unique<DeviceDaemon>(
+        *mStore, *mKeyboard,
+        DaemonOutlets{.sendReply = [this](const QString &, qint32, const QVariantMap &reply) { mReply = reply; },
+                      .postNotification =
+                          [this](const QString &name, const QVariantMap &info) {
+                              mNotifications += name + u' ' + info.value(DaemonProtocol::sourceApp).toString();
+                          },
+                      .watchClient = [](const QString &) {},
+                      .launchProgram = [](const QString &) {},
+                      .now = [] { return 0ms; },
+                      .showProfile = [this](const QString &name) { mShown += name; }},
+        startDocument());
+}
+
+void ProfileSwitchTest::cleanup()
+{
+    mDaemon.reset();
+    mKeyboard.reset();
+    mStore.reset();
+    mTemporary.reset();
+}
+
+int ProfileSwitchTest::send(Command command, QVariantMap request)
+{
+    request.insert(DaemonProtocol::responsePortName, u"TestPort"_s);
+    mReply.clear();
+    mDaemon->handleMessage(static_cast<qint32>(command), QlCoreUtility::convertDictionaryToData(request));
+    return mReply.value(DaemonProtocol::returnStatus, -1).toInt();
+}
+
+void ProfileSwitchTest::automaticSwitchIsAnnouncedButNotWritten()
+{
+    inFront(u"a"_s);
+    QCOMPARE(active(), 2);
+    QCOMPARE(mNotifications, QStringList{u"Profile Updated 271 QuillKestraDaemon"_s});
+    QVERIFY(QDir(mTemporary->path()).entryList({u"settings.plist*"_s}).isEmpty());
+    inFront(u"a"_s);
+    inFront(u"other"_s);
+    QCOMPARE(active(), 0);
+    QCOMPARE(mNotifications.size(), 2);
+    QVERIFY(QDir(mTemporary->path()).entryList({u"settings.plist*"_s}).isEmpty());
+}
+
+void ProfileSwitchTest::automaticSwitchMapsTheKeys()
+{
+    QCOMPARE(send(Command::updateProfile,
+                  {{u"ProfileID"_s, 2}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap()}}}}),
+             0);
+    inFront(u"a"_s);
+    pressF1();
+    QCOMPARE(active(), 2); // in "A" the key switches nothing
+}
+
+void ProfileSwitchTest::repliesShowTheActiveProfileAndTheDiskTheChosenOne()
+{
+    inFront(u"a"_s);
+    QCOMPARE(send(Command::updateProfile,
+                  {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"ProfileName"_s, u"N"_s}}}}),
+             0);
+    const QVariantMap replied = mReply.value(DaemonProtocol::returnDictionary).toMap();
+    QCOMPARE(SettingsDocument::activeProfileIndex(replied), 2);
+    QCOMPARE(activeOnDisk(), 0);
+    QCOMPARE(SettingsDocument::profiles(*mStore->load()), SettingsDocument::profiles(replied));
+}
+
+void ProfileSwitchTest::chosenByAKeyMeanwhileIsKept()
+{
+    inFront(u"a"_s);
+    pressF1();
+    QCOMPARE(active(), 1);
+    QCOMPARE(activeOnDisk(), 1);
+    inFront(u"other"_s);
+    QCOMPARE(active(), 1);
+}
+
+void ProfileSwitchTest::chosenAgainWhileAutomaticallyActiveIsKept()
+{
+    inFront(u"a"_s);
+    mNotifications.clear();
+    QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 2}}), 0);
+    QCOMPARE(activeOnDisk(), 2);
+    QCOMPARE(mNotifications, QStringList()); // for clients nothing has changed
+    inFront(u"other"_s);
+    QCOMPARE(active(), 2);
+}
+
+void ProfileSwitchTest::switchThatCannotBeWrittenLeavesTheAutomaticOne()
+{
+    inFront(u"a"_s);
+    {
+        const FullDisk full;
+        for (const int profile : {1, 2}) {
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
+            QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, profile}}), int(Status::notSaved));
+        }
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        pressF1();
+        QCOMPARE(active(), 2);
+    }
+    inFront(u"other"_s);
+    QCOMPARE(active(), 0);
+}
+
+void ProfileSwitchTest::automaticSwitchNeedsNoDisk()
+{
+    const FullDisk full;
+    inFront(u"a"_s);
+    QCOMPARE(active(), 2);
+    inFront(u"other"_s);
+    QCOMPARE(active(), 0);
+}
+
+void ProfileSwitchTest::everySwitchIsShownOnce_data()
+{
+    QTest::addColumn<QString>("act");
+    QTest::addColumn<QStringList>("shown");
+    QTest::newRow("key") << u"key"_s << QStringList{u"Q"_s};
+    QTest::newRow("client") << u"10"_s << QStringList{u"Q"_s};
+    QTest::newRow("application") << u"a"_s << QStringList{u"A"_s};
+    QTest::newRow("application whose profile is not shown") << u"s"_s << QStringList{};
+    QTest::newRow("new profile") << u"5"_s << QStringList{u"New"_s};
+    QTest::newRow("active profile deleted") << u"9"_s << QStringList{u"Q"_s};
+}
+
+void ProfileSwitchTest::everySwitchIsShownOnce()
+{
+    QFETCH(QString, act);
+    if (act == "key"_L1)
+        pressF1();
+    else if (act == "10"_L1)
+        QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0);
+    else if (act == "5"_L1)
+        QCOMPARE(send(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(u"New"_s, {})}}), 0);
+    else if (act == "9"_L1)
+        QCOMPARE(send(Command::deleteProfile, {{u"ProfileID"_s, 0}}), 0);
+    else
+        inFront(act);
+    QTEST(mShown, "shown");
+}
+
+void ProfileSwitchTest::whatIsNoSwitchIsNotShown()
+{
+    QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0);
+    mShown.clear();
+    QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); // is active
+    QCOMPARE(send(Command::deleteProfile, {{u"ProfileID"_s, 0}}), 0); // the active one moves up
+    QCOMPARE(active(), 0);
+    QCOMPARE(send(Command::updateProfile,
+                  {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"ProfileName"_s, u"N"_s}}}}),
+             0);
+    inFront(u"unbound"_s);
+    QCOMPARE(mShown, QStringList());
+}
+
+QTEST_GUILESS_MAIN(ProfileSwitchTest)
+#include "profileswitchtest.moc"

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "macros/eventline.h"
+#include "macros/eventparser.h"
+#include "macros/macrorecord.h"
+
+#include <QTest>
+
+class EventLineTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsWhatTheParserWrote_data();
+    void tellsWhatTheParserWrote();
+};
+
+void EventLineTest::tellsWhatTheParserWrote_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<int>("page");
+    QTest::addColumn<uint>("argument");
+    QTest::addColumn<EventLineKind>("kind");
+    QTest::newRow("key down") << 1 << 7 << 4U << EventLineKind::press;
+    QTest::newRow("key up") << 0 << 7 << 4U << EventLineKind::release;
+    QTest::newRow("a key without a name up") << 0 << 7 << 50U << EventLineKind::release;
+    QTest::newRow("left button down") << 1 << 9 << 1U << EventLineKind::press;
+    QTest::newRow("right button up") << 0 << 9 << 2U << EventLineKind::release;
+    QTest::newRow("third button up") << 0 << 9 << 3U << EventLineKind::release;
+}
+
+void EventLineTest::tellsWhatTheParserWrote()
+{
+    QFETCH(int, command);
+    QFETCH(int, page);
+    QFETCH(uint, argument);
+    const QStringList lines = eventParser::parseSequence(
+        MacroRecord::eventRecord({.command = command, .delayMs = 20, .page = page, .argument = argument}));
+    QCOMPARE(lines.size(), 2);
+    QCOMPARE(eventLineKind(lines.at(0)), EventLineKind::delay);
+    QTEST(eventLineKind(lines.at(1)), "kind");
+}
+
+QTEST_APPLESS_MAIN(EventLineTest)
+#include "eventlinetest.moc"

@@ -1,0 +1,323 @@
+// SPDX-License-Identifier: MIT
+// Editing the events of the selected macro: the commands, the delay sheet, the event sheet.
+#include "macros/nstableviewmacrodetailssubclass.h"
+#include "macros/numberonlytextfield.h"
+#include "platform/pulldownbutton.h"
+#include "tests/macros/macrostesting.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QTest>
+
+using namespace MacrosTesting;
+
+class MacrosEventsTest : public MacrosTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void deletingAnEventSelectsTheNeighbour_data();
+    void deletingAnEventSelectsTheNeighbour();
+    void deleteEventNeedsASelectedRow();
+    void eventMenusEnableCommands_data();
+    void eventMenusEnableCommands();
+    void eventCommandsSendTheirRequest_data();
+    void eventCommandsSendTheirRequest();
+    void delaySheetSetsTheDelay();
+    void delaySheetCancelSendsNothing();
+    void eventSheetStoresTheCapturedKey();
+    void eventSheetWithoutAKeyStoresNothing();
+    void eventSheetCancelStoresNothing();
+    void capturedKeyIsShown_data();
+    void capturedKeyIsShown();
+    void theListHasTheFocusAfterADeletion();
+    void emptyEventRecordIsNotSent();
+    void sheetsBelongToTheWindow();
+    void theCapturedKeyOfAnEarlierSheetIsForgotten();
+    void keysEditAndDeleteTheSelectedEvent();
+    void doubleClickEditsTheEvent();
+};
+
+void MacrosEventsTest::deletingAnEventSelectsTheNeighbour_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("left");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("one line left") << 2 << 1 << 0;
+    QTest::newRow("none left") << 0 << 0 << -1;
+    QTest::newRow("in the middle") << 1 << 3 << 1;
+    QTest::newRow("the last") << 4 << 3 << 2;
+}
+
+void MacrosEventsTest::deletingAnEventSelectsTheNeighbour()
+{
+    QFETCH(int, row);
+    QFETCH(int, left);
+    QFETCH(int, selected);
+    fill({u"A"_s, u"B"_s}, 1);
+    mDelegate->linesAfterRemoval = threeEvents().mid(0, left);
+    events()->selectRow(row);
+    QVERIFY(outlet(u"mDeleteMacroDetails"_s)->isEnabled());
+    outlet<QPushButton>(u"mDeleteMacroDetails"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"removeEvent %1 1"_s.arg(row), u"details 1"_s}));
+    QCOMPARE(events()->model()->rowCount(), left);
+    QCOMPARE(events()->selectedRow(), selected);
+}
+
+void MacrosEventsTest::deleteEventNeedsASelectedRow()
+{
+    fill({u"A"_s}, 0);
+    mController->clickDeleteMacroDetails(nullptr);
+    QVERIFY(mDelegate->calls.isEmpty());
+    events()->selectRow(1);
+    QVERIFY(outlet(u"mDeleteMacroDetails"_s)->isEnabled());
+    events()->deselectAll();
+    QVERIFY(!outlet(u"mDeleteMacroDetails"_s)->isEnabled());
+}
+
+void MacrosEventsTest::eventMenusEnableCommands_data()
+{
+    QTest::addColumn<int>("lines");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QList<int>>("gear");
+    QTest::addColumn<QList<int>>("context");
+    QTest::newRow("no lines") << 0 << -1 << QList<int>{1} << QList<int>{1};
+    QTest::newRow("none selected") << 5 << -1 << QList<int>{1, 4, 6} << QList<int>{1, 4, 6};
+    QTest::newRow("event selected") << 5 << 2 << QList<int>{1, 2, 3, 4, 6} << QList<int>{1, 3, 4, 6};
+    QTest::newRow("delay selected") << 5 << 3 << QList<int>{1, 2, 3, 4, 5, 6} << QList<int>{1, 2, 3, 4, 5, 6};
+}
+
+void MacrosEventsTest::eventMenusEnableCommands()
+{
+    QFETCH(int, lines);
+    QFETCH(int, row);
+    QFETCH(QList<int>, gear);
+    QFETCH(QList<int>, context);
+    mDelegate->lines = threeEvents().mid(0, lines);
+    fill({u"A"_s}, 0);
+    events()->selectRow(row);
+    auto *button = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
+    button->validateItems();
+    QCOMPARE(enabledTags(button->menu()->actions()), gear);
+    const std::unique_ptr<QMenu> menu(
+        outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
+    QCOMPARE(menu->actions().size(), 6);
+    QCOMPARE(menu->actions().at(2)->text(), u"Delete Event"_s);
+    QCOMPARE(enabledTags(menu->actions()), context);
+}
+
+void MacrosEventsTest::eventCommandsSendTheirRequest_data()
+{
+    QTest::addColumn<int>("tag");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QStringList>("calls");
+    QTest::newRow("record") << 1 << -1 << QStringList{u"start 0 1"_s};
+    QTest::newRow("edit nothing") << 2 << -1 << QStringList{};
+    QTest::newRow("delete all") << 4 << -1 << QStringList{u"removeAll 1"_s, u"details 1"_s};
+    QTest::newRow("copy delay of row 3") << 5 << 3 << QStringList{u"allDelays 3 1 0"_s, u"details 1"_s};
+    QTest::newRow("copy delay of an event") << 5 << 2 << QStringList{};
+    QTest::newRow("copy delay of nothing") << 5 << -1 << QStringList{};
+    QTest::newRow("no delay") << 6 << -1 << QStringList{u"allDelays 0 1 1"_s, u"details 1"_s};
+    QTest::newRow("unknown") << 7 << 1 << QStringList{};
+}
+
+void MacrosEventsTest::eventCommandsSendTheirRequest()
+{
+    QFETCH(int, tag);
+    QFETCH(int, row);
+    QFETCH(QStringList, calls);
+    fill({u"A"_s, u"B"_s}, 1);
+    events()->selectRow(row);
+    QAction item;
+    item.setData(tag);
+    mController->clickMacroDetailsSettingsMenuItem(&item);
+    QCOMPARE(mDelegate->calls, calls);
+    QCOMPARE(events()->model()->rowCount(), int(mController->macroDetailsArray().size()));
+}
+
+void MacrosEventsTest::delaySheetSetsTheDelay()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    events()->selectRow(3);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    auto *sheet = outlet<Sheet>(u"mEditDelayWindow"_s);
+    QVERIFY(sheet && sheet->isVisible());
+    auto *field = outlet<NumberOnlyTextField>(u"mInputMacroDelay"_s);
+    QCOMPARE(field->text(), QString());
+    QTest::keyClicks(field, u"250"_s);
+    outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"delay 250 3 1"_s, u"details 1"_s}));
+    QVERIFY(!sheet->isVisible());
+}
+
+void MacrosEventsTest::delaySheetCancelSendsNothing()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(1);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    auto *field = outlet<NumberOnlyTextField>(u"mInputMacroDelay"_s);
+    QTest::keyClicks(field, u"250"_s);
+    outlet<QPushButton>(u"mMacroDelayCancel"_s)->click();
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(field->text(), QString());
+    QVERIFY(!outlet<Sheet>(u"mEditDelayWindow"_s)->isVisible());
+}
+
+void MacrosEventsTest::eventSheetStoresTheCapturedKey()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    events()->selectRow(2);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
+    QVERIFY(sheet && sheet->isVisible());
+    QCOMPARE(mDelegate->calls, (QStringList{u"event 1 2"_s, u"startEditHID"_s}));
+    QVERIFY(mController->recordButtonReadsStop());
+    for (const QString &name : tableButtons + tables)
+        QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
+    mDelegate->calls.clear();
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), u"H"_s);
+    QVERIFY(mDelegate->calls.isEmpty());
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 1 2"_s, u"update 1 2"_s, u"details 1"_s}));
+    QCOMPARE(mDelegate->record,
+             (QVariantMap{{u"command"_s, 1}, {u"delay"_s, 20}, {u"page"_s, 7}, {u"argument"_s, 11}}));
+    QVERIFY(!sheet->isVisible());
+    QVERIFY(!mController->recordButtonReadsStop());
+    for (const QString &name : tableButtons + tables)
+        QVERIFY2(outlet(name)->isEnabled(), qPrintable(name));
+}
+
+void MacrosEventsTest::eventSheetWithoutAKeyStoresNothing()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
+}
+
+void MacrosEventsTest::eventSheetCancelStoresNothing()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
+    QVERIFY(!mController->recordButtonReadsStop());
+    QVERIFY(!outlet<Sheet>(u"mEditEventWindow"_s)->isVisible());
+}
+
+void MacrosEventsTest::capturedKeyIsShown_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifier");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<int>("argument");
+    QTest::newRow("key") << 4 << 0 << u"A"_s << 4;
+    QTest::newRow("key with a modifier") << 4 << 2 << u"A"_s << 4;
+    QTest::newRow("modifier alone") << 0 << 225 << u"Left Shift"_s << 225;
+    QTest::newRow("modifier alone, high bits in the key") << 0x100 << 225 << u"Left Shift"_s << 225;
+}
+
+void MacrosEventsTest::capturedKeyIsShown()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifier);
+    QFETCH(QString, shown);
+    QFETCH(int, argument);
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, key}, {u"singleKeyModif"_s, modifier}});
+    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), shown);
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->record.value(u"argument"_s), QVariant(argument));
+}
+
+void MacrosEventsTest::theListHasTheFocusAfterADeletion()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->linesAfterRemoval = threeEvents().mid(0, 3);
+    events()->selectRow(4);
+    outlet<QPushButton>(u"mDeleteMacroDetails"_s)->click();
+    QVERIFY(events()->hasFocus());
+}
+
+void MacrosEventsTest::emptyEventRecordIsNotSent()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->event.clear();
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
+}
+
+void MacrosEventsTest::sheetsBelongToTheWindow()
+{
+    fill({u"A"_s}, 0);
+    for (const auto &[row, name] : {std::pair{0, u"mEditEventWindow"_s}, std::pair{1, u"mEditDelayWindow"_s}}) {
+        events()->selectRow(row);
+        choose("mSettingsMacroDetails", MacroCommands::edit);
+        auto *sheet = outlet<Sheet>(name);
+        QCOMPARE(sheet->parentWidget(), mWindow.get());
+        QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+        sheet->reject(); // Escape presses Cancel
+        QVERIFY(!sheet->isUp());
+    }
+    QVERIFY(!mController->isRecordingOrCapturing());
+}
+
+void MacrosEventsTest::theCapturedKeyOfAnEarlierSheetIsForgotten()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), QString());
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
+}
+
+void MacrosEventsTest::keysEditAndDeleteTheSelectedEvent()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->linesAfterRemoval = threeEvents().mid(0, 3);
+    events()->setFocus();
+    events()->selectRow(1);
+    QTest::keyClick(events(), Qt::Key_Return);
+    QVERIFY(outlet<Sheet>(u"mEditDelayWindow"_s)->isUp());
+    outlet<QPushButton>(u"mMacroDelayCancel"_s)->click();
+    events()->setFocus();
+    QTest::keyClick(events(), Qt::Key_Delete);
+    QCOMPARE(mDelegate->calls.value(0), u"removeEvent 1 0"_s);
+    mDelegate->calls.clear();
+    events()->deselectAll();
+    QTest::keyClick(events(), Qt::Key_Delete);
+    QTest::keyClick(events(), Qt::Key_Return);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosEventsTest::doubleClickEditsTheEvent()
+{
+    fill({u"A"_s}, 0);
+    const QPoint cell = events()->visualRect(events()->model()->index(2, 0)).center();
+    QTest::mouseClick(events()->viewport(), Qt::LeftButton, {}, cell);
+    QTest::mouseDClick(events()->viewport(), Qt::LeftButton, {}, cell);
+    QVERIFY(outlet<Sheet>(u"mEditEventWindow"_s)->isUp());
+    QCOMPARE(mDelegate->calls, (QStringList{u"event 0 2"_s, u"startEditHID"_s}));
+}
+
+QTEST_MAIN(MacrosEventsTest)
+#include "macroseventstest.moc"

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+// Exporting and importing macros: the panels, the files and what is sent.
+#include "app/util/propertylist.h"
+#include "macros/nstableviewmacrosubclass.h"
+#include "platform/filepanels.h"
+#include "tests/macros/macrostesting.h"
+
+#include <QFile>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace MacrosTesting;
+
+class MacrosFilesTest : public MacrosTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void exportWritesTheRecordWithoutItsIdentity();
+    void exportProposesTheNameInTheDocuments();
+    void cancelledExportWritesNothing();
+    void suffixIsAppendedEvenToANameThatHasIt();
+    void exportAfterAnEditWritesTheEditedEvents();
+    void exportNeedsASelectedMacro();
+    void importAddsTheMacroUnderAUniqueName();
+    void importingTwiceNumbersTheName();
+    void importWithoutANameIsUntitled();
+    void fileWithoutADictionaryIsIgnored_data();
+    void fileWithoutADictionaryIsIgnored();
+    void cancelledImportSendsNothing();
+    void importPanelChoosesOneMacroFile();
+    void contextMenuOpensThePanels();
+
+private:
+    [[nodiscard]] QString inFolder(const QString &name) const { return mFolder.filePath(name); }
+    /// Exports the selected macro under `name`, without the suffix, and returns what the file then holds.
+    std::optional<QVariantMap> exportTo(const QString &name);
+    void importFrom(const QString &name);
+    void write(const QString &name, const QByteArray &data) const;
+
+    QTemporaryDir mFolder;
+};
+
+std::optional<QVariantMap> MacrosFilesTest::exportTo(const QString &name)
+{
+    choose("mSettingsMacro", MacroCommands::exportMacro);
+    auto *panel = outlet<SavePanel>(u"mSavePanel"_s);
+    panel->setDirectory(mFolder.path());
+    panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(inFolder(name));
+    panel->accept();
+    return PropertyList::readPropertyListFile(inFolder(name + u".KestraMacro"_s));
+}
+
+void MacrosFilesTest::importFrom(const QString &name)
+{
+    choose("mSettingsMacro", MacroCommands::importMacro);
+    auto *panel = outlet<OpenPanel>(u"mOpenPanel"_s);
+    panel->setDirectory(mFolder.path());
+    panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(inFolder(name));
+    panel->accept();
+}
+
+void MacrosFilesTest::write(const QString &name, const QByteArray &data) const
+{
+    QFile file(inFolder(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(data), data.size());
+}
+
+void MacrosFilesTest::exportWritesTheRecordWithoutItsIdentity()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    QVariantMap record = macroNamed(u"B"_s);
+    record[u"macroID"_s] = 7;
+    record[u"Colour"_s] = u"red"_s;
+    mDelegate->macros[1] = record;
+    mDelegate->refresh();
+    mDelegate->calls.clear();
+    const std::optional<QVariantMap> written = exportTo(u"full"_s);
+    record.remove(u"macroID"_s);
+    QCOMPARE(written.value_or(QVariantMap()), record);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosFilesTest::exportProposesTheNameInTheDocuments()
+{
+    fill({u"Heal"_s}, 0);
+    choose("mSettingsMacro", MacroCommands::exportMacro);
+    auto *panel = outlet<SavePanel>(u"mSavePanel"_s);
+    QVERIFY(panel->isVisible());
+    QCOMPARE(panel->parentWidget(), mWindow.get());
+    QCOMPARE(panel->directory(), QDir(documentsFolder()));
+    QCOMPARE(panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"Heal"_s);
+    panel->reject();
+}
+
+void MacrosFilesTest::cancelledExportWritesNothing()
+{
+    fill({u"A"_s}, 0);
+    choose("mSettingsMacro", MacroCommands::exportMacro);
+    auto *panel = outlet<SavePanel>(u"mSavePanel"_s);
+    panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(inFolder(u"cancelled"_s));
+    panel->reject();
+    QVERIFY(!QFile::exists(inFolder(u"cancelled.KestraMacro"_s)));
+}
+
+void MacrosFilesTest::suffixIsAppendedEvenToANameThatHasIt()
+{
+    fill({u"A"_s}, 0);
+    QVERIFY(exportTo(u"twice.KestraMacro"_s));
+    QVERIFY(QFile::exists(inFolder(u"twice.KestraMacro.KestraMacro"_s)));
+}
+
+void MacrosFilesTest::exportAfterAnEditWritesTheEditedEvents()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::noDelay);
+    QVariantMap edited = macroNamed(u"A"_s);
+    edited[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
+    mDelegate->macros[0] = edited; // the daemon's; the tab's is as before
+    QCOMPARE(exportTo(u"edited"_s).value_or(QVariantMap()), edited);
+}
+
+void MacrosFilesTest::exportNeedsASelectedMacro()
+{
+    fill({u"A"_s});
+    choose("mSettingsMacro", MacroCommands::exportMacro);
+    QVERIFY(!outlet<SavePanel>(u"mSavePanel"_s));
+}
+
+void MacrosFilesTest::importAddsTheMacroUnderAUniqueName()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    const QVariantMap file{{u"MacroName"_s, u"A"_s}, {u"sequence"_s, QVariantMap()}, {u"Colour"_s, u"red"_s}};
+    write(u"a.KestraMacro"_s, *PropertyList::writeBinary(file));
+    importFrom(u"a.KestraMacro"_s);
+    QVariantMap sent = file;
+    sent[u"MacroName"_s] = u"A(2)"_s;
+    QCOMPARE(mDelegate->record, sent);
+    QCOMPARE(mDelegate->calls, (QStringList{u"add"_s, u"details 2"_s}));
+    QCOMPARE(list()->selectedRow(), 2);
+}
+
+void MacrosFilesTest::importingTwiceNumbersTheName()
+{
+    write(u"n.KestraMacro"_s, *PropertyList::writeBinary(macroNamed(u"N"_s)));
+    importFrom(u"n.KestraMacro"_s);
+    QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"N"_s));
+    importFrom(u"n.KestraMacro"_s);
+    QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"N(2)"_s));
+}
+
+void MacrosFilesTest::importWithoutANameIsUntitled()
+{
+    fill({u"Untitled Macro"_s});
+    write(u"nameless.KestraMacro"_s, *PropertyList::writeBinary(QVariantMap{{u"delay"_s, 20}}));
+    importFrom(u"nameless.KestraMacro"_s);
+    QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"Untitled Macro(2)"_s));
+}
+
+void MacrosFilesTest::fileWithoutADictionaryIsIgnored_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("no property list") << QByteArray("bplist00 and then nothing");
+    QTest::newRow("an array") << *PropertyList::writeBinary(QVariantList{1, 2});
+}
+
+void MacrosFilesTest::fileWithoutADictionaryIsIgnored()
+{
+    QFETCH(QByteArray, data);
+    fill({u"A"_s}, 0);
+    write(u"bad.KestraMacro"_s, data);
+    importFrom(u"bad.KestraMacro"_s);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
+    QCOMPARE(list()->selectedRow(), 0);
+}
+
+void MacrosFilesTest::cancelledImportSendsNothing()
+{
+    write(u"c.KestraMacro"_s, *PropertyList::writeBinary(macroNamed(u"C"_s)));
+    choose("mSettingsMacro", MacroCommands::importMacro);
+    auto *panel = outlet<OpenPanel>(u"mOpenPanel"_s);
+    panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(inFolder(u"c.KestraMacro"_s));
+    panel->reject();
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosFilesTest::importPanelChoosesOneMacroFile()
+{
+    choose("mSettingsMacro", MacroCommands::importMacro);
+    auto *panel = outlet<OpenPanel>(u"mOpenPanel"_s);
+    QVERIFY(panel->isVisible());
+    QCOMPARE(panel->parentWidget(), mWindow.get());
+    QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
+    QCOMPARE(panel->nameFilters(), QStringList{u"Macros (*.KestraMacro)"_s});
+    QCOMPARE(panel->directory(), QDir(documentsFolder()));
+    panel->reject();
+}
+
+void MacrosFilesTest::contextMenuOpensThePanels()
+{
+    fill({u"A"_s}, 0);
+    const std::unique_ptr<QMenu> menu(outlet<NSTableViewMacroSubClass>(u"mMacroTableView"_s)->makeContextMenu());
+    menu->actions().at(2)->trigger();
+    QVERIFY(outlet<OpenPanel>(u"mOpenPanel"_s)->isVisible());
+    outlet<OpenPanel>(u"mOpenPanel"_s)->reject();
+    menu->actions().at(3)->trigger();
+    QVERIFY(outlet<SavePanel>(u"mSavePanel"_s)->isVisible());
+    outlet<SavePanel>(u"mSavePanel"_s)->reject();
+}
+
+QTEST_MAIN(MacrosFilesTest)
+#include "macrosfilestest.moc"

@@ -1,0 +1,307 @@
+// SPDX-License-Identifier: MIT
+// The list of macros: adding, renaming and deleting, and its menus.
+#include "macros/nstableviewmacrosubclass.h"
+#include "platform/pulldownbutton.h"
+#include "tests/macros/macrostesting.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QTest>
+
+using namespace MacrosTesting;
+
+class MacrosListTest : public MacrosTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void namesAreMadeUnique_data();
+    void namesAreMadeUnique();
+    void addSendsANewRecord();
+    void addingAgainNumbersTheName();
+    void addOpensTheNameAndAsksForNoLines();
+    void typingANameRenames();
+    void renamesAsTheRuleSays_data();
+    void renamesAsTheRuleSays();
+    void emptyNameIsIgnored();
+    void renamingFromTheMenuDisablesTheEventButtons();
+    void deleteAsksFirst();
+    void deletingSelectsTheNextRow_data();
+    void deletingSelectsTheNextRow();
+    void deletingTheOnlyMacroHidesTheEventPart();
+    void listMenusEnableCommands();
+    void addedMacroIsSelectedAndEditedBeforeItIsSent();
+    void renameLeavesTheMacroTwiceUntilTheReload_data();
+    void renameLeavesTheMacroTwiceUntilTheReload();
+    void clickingAnotherRowEndsTheRename();
+    void namesAreOnlyOfTheMacroList();
+    void cancellingTheDeletionKeepsTheMacro();
+    void deleteKeyAsksToDelete();
+    void keysRenameTheSelectedMacro_data();
+    void keysRenameTheSelectedMacro();
+};
+
+void MacrosListTest::namesAreMadeUnique_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("empty list") << QStringList{} << u"N"_s;
+    QTest::newRow("taken") << QStringList{u"N"_s} << u"N(2)"_s;
+    QTest::newRow("taken up to 2") << QStringList{u"N"_s, u"N(2)"_s} << u"N(3)"_s;
+    QTest::newRow("taken twice") << QStringList{u"N"_s, u"N"_s} << u"N(3)"_s;
+}
+
+void MacrosListTest::namesAreMadeUnique()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QString, result);
+    QVariantList macros;
+    for (const QString &name : names)
+        macros.append(macroNamed(name));
+    QCOMPARE(mController->checkForDuplicateMacroNameUsingDefaultName(macros, u"N"_s), result);
+}
+
+void MacrosListTest::addSendsANewRecord()
+{
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mDelegate->calls, QStringList{u"add"_s});
+    QCOMPARE(mDelegate->record, (QVariantMap{{u"MacroName"_s, u"Untitled Macro"_s},
+                                             {u"delay"_s, 20},
+                                             {u"ResponseMsgPortName"_s, u"KeyboardConfiguratorReplyPort"_s},
+                                             {u"sequence"_s, QVariantMap()}}));
+}
+
+void MacrosListTest::addingAgainNumbersTheName()
+{
+    fill({u"Untitled Macro"_s});
+    mController->clickAddMacro(nullptr);
+    QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"Untitled Macro(2)"_s));
+}
+
+void MacrosListTest::addOpensTheNameAndAsksForNoLines()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mDelegate->calls, QStringList{u"add"_s});
+    QCOMPARE(list()->selectedRow(), 1);
+    QCOMPARE(list()->editedRow(), 1);
+    QCOMPARE(editor()->selectedText(), u"Untitled Macro"_s);
+    QVERIFY(mController->macroDetailsArray().isEmpty());
+    QTest::keyClicks(editor(), u"Heal"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(mDelegate->calls, (QStringList{u"add"_s, u"rename 1 Heal"_s}));
+    QTRY_COMPARE(list()->editedRow(), -1);
+    QVERIFY(outlet(u"mRecordMacroDetails"_s)->isEnabled());
+}
+
+void MacrosListTest::typingANameRenames()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    list()->editColumnRow(0, 1, true);
+    QTest::keyClicks(editor(), u"Heal"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(mDelegate->calls, QStringList{u"rename 1 Heal"_s});
+    QCOMPARE(list()->model()->index(1, 0).data().toString(), u"Heal"_s);
+}
+
+void MacrosListTest::renamesAsTheRuleSays_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("call");
+    QTest::newRow("to its own name") << 0 << u"A"_s << u"rename 0 A"_s;
+    QTest::newRow("to another's name") << 1 << u"A"_s << u"rename 1 A(2)"_s;
+    QTest::newRow("to a free name") << 1 << u"X"_s << u"rename 1 X"_s;
+}
+
+void MacrosListTest::renamesAsTheRuleSays()
+{
+    QFETCH(int, row);
+    QFETCH(QString, typed);
+    QFETCH(QString, call);
+    fill({u"A"_s, u"B"_s}, row);
+    mController->tableViewSetObjectValueForTableColumnRow(list(), typed, u"macroName"_s, row);
+    QCOMPARE(mDelegate->calls, QStringList{call});
+}
+
+void MacrosListTest::emptyNameIsIgnored()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    mController->tableViewSetObjectValueForTableColumnRow(list(), QString(), u"macroName"_s, 0);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(mController->macrosSettingsArray(), (QVariantList{macroNamed(u"A"_s), macroNamed(u"B"_s)}));
+}
+
+void MacrosListTest::renamingFromTheMenuDisablesTheEventButtons()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    choose("mSettingsMacro", MacroCommands::rename);
+    QCOMPARE(list()->editedRow(), 1);
+    QCOMPARE(editor()->selectedText(), u"B"_s);
+    for (const char *name : {"mAddMacroDetails", "mRecordMacroDetails", "mSettingsMacroDetails"})
+        QVERIFY2(!outlet(QLatin1StringView(name))->isEnabled(), name);
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    QTRY_COMPARE(list()->editedRow(), -1);
+    for (const char *name : {"mAddMacroDetails", "mRecordMacroDetails", "mSettingsMacroDetails"})
+        QVERIFY2(outlet(QLatin1StringView(name))->isEnabled(), name);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosListTest::deleteAsksFirst()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    auto *alert = outlet<Sheet>(u"alert"_s);
+    QVERIFY(alert && alert->isVisible());
+    QCOMPARE(alert->findChild<QLabel *>(u"alertTitle"_s)->text(), u"Delete the macro “B”?"_s);
+    alert->findChild<QPushButton *>(u"alertAlternativeButton"_s)->click();
+    QVERIFY(mDelegate->calls.isEmpty());
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    const QList<Sheet *> alerts = mWindow->findChildren<Sheet *>(u"alert"_s);
+    alerts.last()->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QCOMPARE(mDelegate->calls.first(), u"delete 1"_s);
+    QTRY_VERIFY(list()->hasFocus());
+}
+
+void MacrosListTest::deletingSelectsTheNextRow_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("first") << 0 << 0;
+    QTest::newRow("middle") << 1 << 1;
+    QTest::newRow("last") << 2 << 1;
+}
+
+void MacrosListTest::deletingSelectsTheNextRow()
+{
+    QFETCH(int, row);
+    QFETCH(int, selected);
+    fill({u"A"_s, u"B"_s, u"C"_s}, row);
+    mController->deleteMacro();
+    QCOMPARE(list()->selectedRow(), selected);
+    QCOMPARE(mDelegate->calls, (QStringList{u"delete %1"_s.arg(row), u"details %1"_s.arg(selected)}));
+}
+
+void MacrosListTest::deletingTheOnlyMacroHidesTheEventPart()
+{
+    fill({u"A"_s}, 0);
+    mController->deleteMacro();
+    QCOMPARE(list()->selectedRow(), -1);
+    for (const QString &name : eventPart)
+        QVERIFY2(outlet(name)->isHidden(), qPrintable(name));
+}
+
+void MacrosListTest::listMenusEnableCommands()
+{
+    fill({u"A"_s});
+    auto *button = outlet<PulldownButton>(u"mSettingsMacro"_s);
+    auto *table = outlet<NSTableViewMacroSubClass>(u"mMacroTableView"_s);
+    for (const int row : {-1, 0}) {
+        list()->selectRow(row);
+        const QList<int> expected = row < 0 ? QList<int>{2, 3} : QList<int>{1, 2, 3, 4, 5};
+        button->validateItems();
+        QCOMPARE(enabledTags(button->menu()->actions()), expected);
+        const std::unique_ptr<QMenu> menu(table->makeContextMenu());
+        QCOMPARE(menu->actions().size(), 5);
+        QCOMPARE(enabledTags(menu->actions()), expected);
+    }
+}
+
+void MacrosListTest::addedMacroIsSelectedAndEditedBeforeItIsSent()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->answers = false;
+    mController->clickAddMacro(nullptr);
+    QCOMPARE(mController->macrosSettingsArray().size(), 2);
+    QCOMPARE(list()->numberOfRows(), 2);
+    QCOMPARE(list()->selectedRow(), 1);
+    QCOMPARE(list()->editedRow(), 1);
+}
+
+void MacrosListTest::renameLeavesTheMacroTwiceUntilTheReload_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("first") << 0 << QStringList{u"X"_s, u"C"_s, u"X"_s};
+    QTest::newRow("middle") << 1 << QStringList{u"A"_s, u"X"_s, u"X"_s};
+    QTest::newRow("last") << 2 << QStringList{u"A"_s, u"B"_s, u"X"_s};
+}
+
+void MacrosListTest::renameLeavesTheMacroTwiceUntilTheReload()
+{
+    QFETCH(int, row);
+    fill({u"A"_s, u"B"_s, u"C"_s}, row);
+    mDelegate->answers = false;
+    mController->tableViewSetObjectValueForTableColumnRow(list(), u"X"_s, u"macroName"_s, row);
+    QStringList names;
+    for (const QVariant &macro : mController->macrosSettingsArray())
+        names.append(macro.toMap().value(u"MacroName"_s).toString());
+    QTEST(names, "names");
+    mDelegate->answers = true;
+    mDelegate->refresh();
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
+}
+
+void MacrosListTest::clickingAnotherRowEndsTheRename()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    choose("mSettingsMacro", MacroCommands::rename);
+    QTest::keyClicks(editor(), u"Heal"_s);
+    QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
+                      list()->visualRect(list()->model()->index(1, 0)).center());
+    QTRY_COMPARE(mDelegate->calls.first(), u"rename 0 Heal"_s);
+    QCOMPARE(list()->editedRow(), -1);
+}
+
+void MacrosListTest::namesAreOnlyOfTheMacroList()
+{
+    fill({u"A"_s}, 0);
+    mController->tableViewSetObjectValueForTableColumnRow(events(), u"X"_s, u"command"_s, 0);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosListTest::cancellingTheDeletionKeepsTheMacro()
+{
+    fill({u"A"_s}, 0);
+    mController->sheetDidEndReturnCodeContextInfo(1001, KeyboardMacrosController::confirmDelete);
+    QVERIFY(mDelegate->calls.isEmpty());
+    mController->sheetDidEndReturnCodeContextInfo(1000, KeyboardMacrosController::confirmDelete);
+    QCOMPARE(mDelegate->calls.first(), u"delete 0"_s);
+}
+
+void MacrosListTest::deleteKeyAsksToDelete()
+{
+    fill({u"A"_s}, 0);
+    list()->setFocus();
+    QTest::keyClick(list(), Qt::Key_Delete);
+    QVERIFY(outlet<Sheet>(u"alert"_s));
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosListTest::keysRenameTheSelectedMacro_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("F2") << int(Qt::Key_F2);
+    QTest::newRow("Return") << int(Qt::Key_Return);
+    QTest::newRow("Enter on the pad") << int(Qt::Key_Enter);
+}
+
+void MacrosListTest::keysRenameTheSelectedMacro()
+{
+    QFETCH(int, key);
+    fill({u"A"_s, u"B"_s}, 1);
+    list()->setFocus();
+    QTest::keyClick(list(), Qt::Key(key));
+    QCOMPARE(list()->editedRow(), 1);
+    QCOMPARE(editor()->selectedText(), u"B"_s);
+    QTest::keyClick(editor(), Qt::Key_Delete); // empties the name, and must not ask to delete the macro
+    QVERIFY(!outlet<Sheet>(u"alert"_s));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(list()->editedRow(), -1);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+QTEST_MAIN(MacrosListTest)
+#include "macroslisttest.moc"

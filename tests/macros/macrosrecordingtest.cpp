@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: MIT
+// Recording: new and appended, and what stops it.
+#include "tests/macros/macrostesting.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace MacrosTesting;
+
+class MacrosRecordingTest : public MacrosTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void recordingStartsEmptyAndDisablesTheRest();
+    void stoppingSavesAndFetches();
+    void appendedRecordingKeepsTheLines();
+    void newLinesAreAppendedAndShown();
+    void linesAfterStopAreIgnored();
+    void linesArriveAsNotifications();
+    void leavingTheTabStops_data();
+    void leavingTheTabStops();
+    void enteringTheTabResetsTheRecordButton();
+    void stoppingWithoutARecordingDoesNothing();
+    void recordingAfterACancelledSheetIsSaved();
+    void recordedKeysDoNotOperateTheWindow();
+    void recordedKeysAreNoShortcuts();
+    void theLastRecordedLineIsInSight();
+    void aCaptureIsStoppedWithoutSaving_data();
+    void aCaptureIsStoppedWithoutSaving();
+    void aRemovedKeyboardLeavesEverythingDisabled();
+    void recordingNeedsASelectedMacro();
+};
+
+void MacrosRecordingTest::recordingStartsEmptyAndDisablesTheRest()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    QCOMPARE(record->text(), u"Record"_s);
+    record->click();
+    QCOMPARE(mDelegate->calls, QStringList{u"start 0 1"_s});
+    QVERIFY(mController->macroDetailsArray().isEmpty());
+    QCOMPARE(record->text(), u"Stop"_s);
+    QVERIFY(record->isChecked());
+    QVERIFY(record->isEnabled());
+    for (const QString &name : tableButtons + tables)
+        QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
+}
+
+void MacrosRecordingTest::stoppingSavesAndFetches()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    record->click();
+    mDelegate->calls.clear();
+    record->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stop"_s, u"save 1 0"_s, u"details 1"_s}));
+    QCOMPARE(record->text(), u"Record"_s);
+    QVERIFY(!record->isChecked());
+    QVERIFY(!mController->isRecordingOrCapturing());
+    for (const QString &name : tableButtons + tables)
+        QVERIFY2(outlet(name)->isEnabled() == (name != u"mDeleteMacroDetails"_s), qPrintable(name));
+}
+
+void MacrosRecordingTest::appendedRecordingKeepsTheLines()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    events()->selectRow(2);
+    outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    QCOMPARE(mDelegate->calls, QStringList{u"start 1 1"_s});
+    QCOMPARE(mController->macroDetailsArray().size(), 5);
+    QCOMPARE(events()->selectedRow(), -1);
+    QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Stop"_s);
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stop"_s, u"save 1 1"_s, u"details 1"_s}));
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QCOMPARE(mDelegate->calls, QStringList{u"start 0 1"_s});
+}
+
+void MacrosRecordingTest::newLinesAreAppendedAndShown()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"0.020 seconds delay\n"_s, u"Key Release A"_s}}});
+    QCOMPARE(mController->macroDetailsArray(),
+             (QStringList{u"Key Press A"_s, u"0.020 seconds delay\n"_s, u"Key Release A"_s}));
+    QCOMPARE(events()->selectedRow(), 2);
+    QVERIFY(!outlet(u"mDeleteMacroDetails"_s)->isEnabled());
+}
+
+void MacrosRecordingTest::linesAfterStopAreIgnored()
+{
+    fill({u"A"_s}, 0);
+    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    record->click();
+    record->click();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QCOMPARE(mController->macroDetailsArray().size(), 5);
+}
+
+void MacrosRecordingTest::linesArriveAsNotifications()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mCenter->post(u"MacroSequence271"_s, {{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QTRY_COMPARE(mController->macroDetailsArray(), QStringList{u"Key Press A"_s});
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mCenter->post(u"SingleKeyEvent1048"_s, {{u"singleKey"_s, 4}, {u"singleKeyModif"_s, 0}});
+    QTRY_COMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), u"A"_s);
+}
+
+void MacrosRecordingTest::leavingTheTabStops_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QStringList>("calls");
+    QTest::newRow("new recording") << u"mRecordMacroDetails"_s << QStringList{u"stop"_s, u"save 0 0"_s, u"details 0"_s};
+    QTest::newRow("appended recording") << u"mAddMacroDetails"_s
+                                        << QStringList{u"stop"_s, u"save 0 1"_s, u"details 0"_s};
+}
+
+void MacrosRecordingTest::leavingTheTabStops()
+{
+    QFETCH(QString, start);
+    QFETCH(QStringList, calls);
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(start)->click();
+    mDelegate->calls.clear();
+    mController->checkMacroRecordingStatus(u"Lighting"_s);
+    QCOMPARE(mDelegate->calls, calls);
+    QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Record"_s);
+    mDelegate->calls.clear();
+    mController->checkMacroRecordingStatus(u"Keys"_s);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosRecordingTest::enteringTheTabResetsTheRecordButton()
+{
+    fill({u"A"_s}, 0);
+    mController->setStateOfTableButtonsWithState(false);
+    mController->checkMacroRecordingStatus(u"Macros"_s);
+    QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Record"_s);
+    QVERIFY(outlet(u"mAddMacro"_s)->isEnabled());
+    QVERIFY(!outlet(u"mDeleteMacroDetails"_s)->isEnabled());
+    mController->setControlsState(false);
+    mController->checkMacroRecordingStatus(u"Macros"_s);
+    QVERIFY(!outlet(u"mAddMacro"_s)->isEnabled());
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosRecordingTest::stoppingWithoutARecordingDoesNothing()
+{
+    fill({u"A"_s}, 0);
+    mController->stopAllMacroRecording();
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Record"_s);
+}
+
+void MacrosRecordingTest::recordingAfterACancelledSheetIsSaved()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"start 0 0"_s, u"stop"_s, u"save 0 0"_s, u"details 0"_s}));
+}
+
+void MacrosRecordingTest::recordedKeysDoNotOperateTheWindow()
+{
+    fill({u"A"_s}, 0);
+    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    record->setFocus();
+    record->click();
+    mDelegate->calls.clear();
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Return, Qt::Key_F2})
+        QTest::keyClick(QApplication::focusWidget(), key);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(record->text(), u"Stop"_s);
+    QVERIFY(record->hasFocus());
+    QTest::mouseClick(record, Qt::LeftButton);
+    QCOMPARE(record->text(), u"Record"_s);
+    QTest::keyClick(record, Qt::Key_Space);
+    QCOMPARE(record->text(), u"Stop"_s);
+}
+
+void MacrosRecordingTest::recordedKeysAreNoShortcuts()
+{
+    fill({u"A"_s}, 0);
+    QShortcut shortcut(Qt::Key_F1, mWindow.get());
+    const QSignalSpy activated(&shortcut, &QShortcut::activated);
+    outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    QTest::keyClick(mWindow.get(), Qt::Key_F1);
+    QCOMPARE(activated.size(), 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QTest::keyClick(mWindow.get(), Qt::Key_F1);
+    QCOMPARE(activated.size(), 1);
+}
+
+void MacrosRecordingTest::theLastRecordedLineIsInSight()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    QVariantList many;
+    for (int event = 0; event < 500; ++event)
+        many += {u"0.020 seconds delay\n"_s, u"Key Press A"_s};
+    mController->recordEvents({{u"messagesArray"_s, many}});
+    QCOMPARE(events()->selectedRow(), 5 + 1000 - 1);
+    const QRect last = events()->visualRect(events()->model()->index(1004, 0));
+    QVERIFY(events()->viewport()->rect().contains(last.center()));
+}
+
+void MacrosRecordingTest::aCaptureIsStoppedWithoutSaving_data()
+{
+    QTest::addColumn<bool>("isTabLeft");
+    QTest::newRow("the tab is left") << true;
+    QTest::newRow("the window loses the focus, or the keyboard goes") << false;
+}
+
+void MacrosRecordingTest::aCaptureIsStoppedWithoutSaving()
+{
+    QFETCH(bool, isTabLeft);
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mDelegate->calls.clear();
+    if (isTabLeft)
+        mController->checkMacroRecordingStatus(u"Keys"_s);
+    else
+        mController->stopAllMacroRecording();
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
+    QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Record"_s);
+    QVERIFY(!mController->isRecordingOrCapturing());
+    mController->stopAllMacroRecording();
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
+}
+
+void MacrosRecordingTest::aRemovedKeyboardLeavesEverythingDisabled()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mController->stopAllMacroRecording();
+    mController->setControlsState(false);
+    for (const QString &name : tableButtons + tables + QStringList{u"mRecordMacroDetails"_s})
+        QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
+    mController->checkMacroRecordingStatus(u"Keys"_s);
+    mController->checkMacroRecordingStatus(u"Macros"_s);
+    for (const QString &name : tableButtons)
+        QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
+}
+
+void MacrosRecordingTest::recordingNeedsASelectedMacro()
+{
+    fill({u"A"_s});
+    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    mController->clickRecordMacroDetails(record);
+    mController->clickAddMacroDetails(nullptr);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(!mController->isRecordingOrCapturing());
+    QVERIFY(!record->isChecked());
+}
+
+QTEST_MAIN(MacrosRecordingTest)
+#include "macrosrecordingtest.moc"

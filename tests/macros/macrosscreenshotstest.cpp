@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+// Draws the tab, its sheets and its menus in both palettes into the folder `screenshots` beside the tests, for a person
+// to look at, and checks that what is drawn is all there: nothing is cut off.
+#include "platform/pulldownbutton.h"
+#include "tests/macros/macrostesting.h"
+#include "tests/support/darkpalette.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTest>
+
+#include <array>
+
+using namespace MacrosTesting;
+
+namespace {
+
+enum class Scene { idle, empty, noMacroSelected, noEvents, recording, absent, delaySheet, eventSheet, deletionAlert };
+
+struct NamedScene
+{
+    const char *name;
+    Scene scene;
+};
+
+constexpr std::array scenes{
+    NamedScene{"idle", Scene::idle},
+    NamedScene{"empty", Scene::empty},
+    NamedScene{"none-selected", Scene::noMacroSelected},
+    NamedScene{"no-events", Scene::noEvents},
+    NamedScene{"recording", Scene::recording},
+    NamedScene{"absent", Scene::absent},
+    NamedScene{"delay-sheet", Scene::delaySheet},
+    NamedScene{"event-sheet", Scene::eventSheet},
+    NamedScene{"deletion-alert", Scene::deletionAlert},
+};
+
+QVariantList someLines()
+{
+    return {u"Key Press Left Shift"_s,   u"0.020 seconds delay\n"_s, u"Key Press H"_s,
+            u"0.085 seconds delay\n"_s,  u"Key Release H"_s,         u"0.020 seconds delay\n"_s,
+            u"Key Release Left Shift"_s, u"1.250 seconds delay\n"_s, u"Left Button down\n"_s,
+            u"0.040 seconds delay\n"_s,  u"Left Button up\n"_s};
+}
+
+} // namespace
+
+class MacrosScreenshotsTest : public MacrosTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void drawsTheTab_data();
+    void drawsTheTab();
+    void drawsTheMenus_data();
+    void drawsTheMenus();
+
+private:
+    static void wear(bool isDark);
+    void show(Scene scene);
+    void save(QWidget *sheetOrMenu, const QPoint &position);
+    QWidget *upSheet() const;
+};
+
+void MacrosScreenshotsTest::wear(bool isDark)
+{
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
+}
+
+void MacrosScreenshotsTest::show(Scene scene)
+{
+    mWindow->resize(1100, 520);
+    if (scene == Scene::empty)
+        return mController->refreshTableDisplay();
+    mDelegate->lines = scene == Scene::noEvents ? QVariantList() : someLines();
+    fill({u"Opening burst"_s, u"Heal the whole raid group and then mount"_s, u"Untitled Macro"_s},
+         scene == Scene::noMacroSelected ? -1 : 1);
+    switch (scene) {
+    case Scene::idle: events()->selectRow(2); break;
+    case Scene::recording:
+        outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+        mController->recordEvents({{u"messagesArray"_s, someLines().mid(0, 5)}});
+        break;
+    case Scene::absent: mController->setControlsState(false); break;
+    case Scene::delaySheet:
+        events()->selectRow(3);
+        choose("mSettingsMacroDetails", MacroCommands::edit);
+        QTest::keyClicks(outlet(u"mInputMacroDelay"_s), u"250"_s);
+        break;
+    case Scene::eventSheet:
+        events()->selectRow(2);
+        choose("mSettingsMacroDetails", MacroCommands::edit);
+        mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+        break;
+    case Scene::deletionAlert: outlet<QPushButton>(u"mDeleteMacro"_s)->click(); break;
+    default: break;
+    }
+}
+
+QWidget *MacrosScreenshotsTest::upSheet() const
+{
+    const QList<Sheet *> sheets = mWindow->findChildren<Sheet *>();
+    for (Sheet *sheet : sheets) {
+        if (sheet->isUp())
+            return sheet;
+    }
+    return nullptr;
+}
+
+void MacrosScreenshotsTest::save(QWidget *sheetOrMenu, const QPoint &position)
+{
+    QCoreApplication::processEvents(); // a changed palette reaches the widgets by events
+    constexpr qreal ratio = 2;
+    QImage image((QSizeF(mWindow->size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(mWindow->palette().color(QPalette::Window));
+    mWindow->render(&image);
+    if (sheetOrMenu) {
+        QPainter painter(&image);
+        painter.fillRect(QRect(position, sheetOrMenu->size()), sheetOrMenu->palette().color(QPalette::Window));
+        sheetOrMenu->render(&painter, position);
+        painter.drawRect(QRect(position, sheetOrMenu->size()).adjusted(-1, -1, 0, 0));
+    }
+    QDir folder(QCoreApplication::applicationDirPath());
+    QVERIFY(folder.mkpath(u"screenshots"_s));
+    QVERIFY(
+        image.save(folder.filePath(u"screenshots/macros-"_s + QLatin1StringView(QTest::currentDataTag()) + u".png"_s)));
+}
+
+void MacrosScreenshotsTest::drawsTheTab_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<int>("scene");
+    for (const bool isDark : {false, true}) {
+        for (const NamedScene &scene : scenes)
+            QTest::addRow("%s-%s", scene.name, isDark ? "dark" : "light") << isDark << int(scene.scene);
+    }
+}
+
+void MacrosScreenshotsTest::drawsTheTab()
+{
+    QFETCH(bool, isDark);
+    QFETCH(int, scene);
+    wear(isDark);
+    show(Scene(scene));
+    QWidget *sheet = upSheet();
+    if (sheet)
+        QVERIFY(QTest::qWaitForWindowExposed(sheet));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    const QList<QPushButton *> buttons = mWindow->findChildren<QPushButton *>();
+    for (const QPushButton *button : buttons) {
+        if (button->isVisible())
+            QVERIFY2(button->width() >= button->sizeHint().width(), qPrintable(button->objectName()));
+    }
+    save(sheet, sheet ? QPoint((mWindow->width() - sheet->width()) / 2, 60) : QPoint());
+}
+
+void MacrosScreenshotsTest::drawsTheMenus_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<QString>("button");
+    for (const bool isDark : {false, true}) {
+        const char *look = isDark ? "dark" : "light";
+        QTest::addRow("list-menu-%s", look) << isDark << u"mSettingsMacro"_s;
+        QTest::addRow("event-menu-%s", look) << isDark << u"mSettingsMacroDetails"_s;
+    }
+}
+
+void MacrosScreenshotsTest::drawsTheMenus()
+{
+    QFETCH(bool, isDark);
+    QFETCH(QString, button);
+    wear(isDark);
+    show(Scene::idle);
+    auto *gear = outlet<PulldownButton>(button);
+    gear->validateItems();
+    QMenu *menu = gear->menu();
+    menu->popup(gear->mapToGlobal(QPoint(0, -menu->sizeHint().height())));
+    QVERIFY(QTest::qWaitForWindowExposed(menu));
+    save(menu, gear->mapTo(mWindow.get(), QPoint(0, -menu->height())));
+    menu->close();
+}
+
+QTEST_MAIN(MacrosScreenshotsTest)
+#include "macrosscreenshotstest.moc"

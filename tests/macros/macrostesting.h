@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// What the tests of the macros tab share: a delegate that records its calls, and the tab in a window.
+#pragma once
+
+#include "macros/keyboardmacroscontroller.h"
+#include "macros/macrodelegate.h"
+#include "platform/distributednotificationcenter.h"
+
+#include <QObject>
+#include <QWidget>
+
+#include <memory>
+
+class QLineEdit;
+
+namespace MacrosTesting {
+
+using namespace Qt::StringLiterals;
+
+[[nodiscard]] QVariantMap macroNamed(const QString &name);
+
+/// The lines of three events: rows 0, 2 and 4 are events, 1 and 3 delays.
+[[nodiscard]] QVariantList threeEvents();
+
+/// A main controller that remembers what the tab asked of it and answers with the lines and macros it holds.
+class RecordingDelegate : public MacroDelegate
+{
+public:
+    void addMacroWithSettings(const QVariantMap &macro) override;
+    void startMacroRecordingMacroIndex(int appendFlag, int macroIndex) override;
+    void stopMacroRecording() override;
+    void saveRecordedEventsForMacroAtIndexIsNewRecording(int macroIndex, int isNewRecording) override;
+    void getMacroDetailsForMacroAtIndex(int macroIndex) override;
+    void deleteMacroAtIndex(int macroIndex) override;
+    void renameMacroAtIndexWithNewName(int macroIndex, const QString &newName) override;
+    void removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex) override;
+    void removeAllEventsForMacroAtIndex(int macroIndex) override;
+    void setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, int macroIndex, bool hasNoDelay) override;
+    void setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex) override;
+    void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &changed) override;
+    QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
+    void reloadMacros() override;
+    void startEditHID() override;
+    void stopSingleKeyRecording() override;
+
+    /// Hands the macros over, as after each successful command.
+    void refresh();
+
+    KeyboardMacrosController *controller = nullptr;
+    bool answers = true; ///< false: no reply ever comes
+    QVariantList macros;
+    QVariantList lines = threeEvents();
+    QVariantList linesAfterRemoval;
+    QVariantMap event{{u"command"_s, 1}, {u"delay"_s, 20}, {u"page"_s, 9}, {u"argument"_s, 1}};
+    QVariantMap record; ///< the record of the last call that carried one
+    QStringList calls;
+
+private:
+    void note(const QString &call) { calls.append(call); }
+};
+
+/// The outlets that are shown only while a macro is selected, the buttons and the tables that are enabled together.
+extern const QStringList eventPart;
+extern const QStringList tableButtons;
+extern const QStringList tables;
+
+/// The tags of the enabled ones.
+[[nodiscard]] QList<int> enabledTags(const QList<QAction *> &items);
+
+/// A test with the tab in a window of its own, anew for each test function.
+class MacrosTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+protected:
+    /// Hands over macros of these names, selects a row and forgets the calls so far.
+    void fill(const QStringList &names, int selected = -1);
+    /// The open editor of a macro's name; nullptr when there is none.
+    [[nodiscard]] QLineEdit *editor() const;
+    /// Chooses a command of a gear menu.
+    void choose(const char *button, int tag);
+    template <typename T = QWidget> [[nodiscard]] T *outlet(const QString &name) const
+    {
+        return mWindow->findChild<T *>(name);
+    }
+    [[nodiscard]] TableView *list() const { return mController->macroTableView(); }
+    [[nodiscard]] TableView *events() const { return mController->macroDetailsTableView(); }
+
+    std::unique_ptr<QWidget> mWindow;
+    std::unique_ptr<DistributedNotificationCenter> mCenter;
+    std::unique_ptr<KeyboardMacrosController> mController;
+    std::unique_ptr<RecordingDelegate> mDelegate;
+};
+
+} // namespace MacrosTesting

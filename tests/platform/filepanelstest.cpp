@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+#include "platform/filepanels.h"
+
+#include "platform/sheet.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
+
+using namespace Qt::StringLiterals;
+
+class FilePanelsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        mFolder = std::make_unique<QTemporaryDir>();
+        mWindow = std::make_unique<QWidget>();
+        mWindow->show();
+        QVERIFY(QDir(mFolder->path()).mkpath(u"Racer.app/Contents"_s));
+        QVERIFY(QDir(mFolder->path()).mkpath(u"Folder"_s));
+        write(u"a.desktop"_s);
+        write(u"Work.Kind"_s);
+    }
+
+    void cleanup() { mWindow.reset(); }
+
+    void theOpenPanelIsASheetForItsTypes()
+    {
+        const auto panel = openPanel();
+        QCOMPARE(panel->windowModality(), Qt::WindowModal);
+        QCOMPARE(panel->parentWidget(), mWindow.get());
+        QCOMPARE(panel->windowTitle(), u"Choose"_s);
+        QCOMPARE(panel->nameFilters(), QStringList{u"Things (*.app *.desktop)"_s});
+        QCOMPARE(panel->directory().absolutePath(), mFolder->path());
+        QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
+    }
+
+    void withoutTypesEveryFileCanBeChosen()
+    {
+        OpenPanel panel({}, mWindow.get());
+        QVERIFY(!panel.nameFilters().join(u' ').contains(u"*."_s));
+    }
+
+    void aTypedFileIsChosen()
+    {
+        const auto panel = openPanel();
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        type(*panel, u"a.desktop"_s);
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"a.desktop"_s));
+    }
+
+    void aFolderOfATypeIsChosenByItsName()
+    {
+        const auto panel = openPanel();
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        type(*panel, u"Racer.app"_s);
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Racer.app"_s));
+    }
+
+    void aFolderOfATypeIsChosenByActivatingIt()
+    {
+        const auto panel = openPanel();
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        activate(*panel, u"Racer.app"_s);
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Racer.app"_s));
+    }
+
+    void anotherFolderIsOpened()
+    {
+        const auto panel = openPanel();
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        activate(*panel, u"Folder"_s);
+        QVERIFY(finished.isEmpty());
+        QCOMPARE(panel->directory().absolutePath(), mFolder->filePath(u"Folder"_s));
+    }
+
+    void cancellingGivesTheOtherCode()
+    {
+        const auto panel = openPanel();
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        QTest::keyClick(panel.get(), Qt::Key_Escape);
+        QCOMPARE(finished, QList<QVariantList>{{panelCancel}});
+    }
+
+    void theSuffixIsAlwaysAppended_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("file");
+        QTest::newRow("a name") << u"Play"_s << u"Play.Kind"_s;
+        QTest::newRow("a name with the suffix") << u"Play.Kind"_s << u"Play.Kind.Kind"_s;
+        QTest::newRow("a name with a dot") << u"Play 1.5"_s << u"Play 1.5.Kind"_s;
+    }
+
+    void theSuffixIsAlwaysAppended()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, file);
+        const auto panel = savePanel(u"Proposed"_s);
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        type(*panel, typed);
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(file));
+    }
+
+    void theProposedNameIsAFileName()
+    {
+        const auto panel = savePanel(u"Work/Play"_s);
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Work-Play.Kind"_s));
+    }
+
+    void replacingAFileIsAsked()
+    {
+        const auto panel = savePanel(u"Work"_s);
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        type(*panel, u"Work"_s);
+        QVERIFY(finished.isEmpty());
+        pressAlertButton(*panel, "alertAlternativeButton"_L1);
+        QVERIFY(finished.isEmpty());
+        QVERIFY(panel->isVisible());
+
+        type(*panel, u"Work"_s);
+        pressAlertButton(*panel, "alertDefaultButton"_L1);
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Work.Kind"_s));
+    }
+
+private:
+    std::unique_ptr<OpenPanel> openPanel()
+    {
+        auto panel = std::make_unique<OpenPanel>(
+            OpenPanel::Options{u"Choose"_s, u"Things (%@)"_s, {u"app"_s, u"desktop"_s}, mFolder->path()},
+            mWindow.get());
+        panel->open();
+        return panel;
+    }
+
+    std::unique_ptr<SavePanel> savePanel(const QString &name)
+    {
+        auto panel = std::make_unique<SavePanel>(
+            SavePanel::Options{u"Save"_s, u"Kinds (%@)"_s, u"Kind"_s, mFolder->path(), name}, mWindow.get());
+        panel->open();
+        return panel;
+    }
+
+    void write(const QString &name)
+    {
+        QFile file(mFolder->filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+
+    static void type(QFileDialog &panel, const QString &name)
+    {
+        auto *field = panel.findChild<QLineEdit *>();
+        field->setText(name);
+        QMetaObject::invokeMethod(&panel, "accept"); // what Return does when no list of completions is open
+    }
+
+    static void activate(QFileDialog &panel, const QString &name)
+    {
+        panel.setViewMode(QFileDialog::Detail);
+        auto *tree = panel.findChild<QTreeView *>(u"treeView"_s);
+        const auto find = [&] {
+            const QModelIndexList found =
+                tree->model()->match(tree->model()->index(0, 0, tree->rootIndex()), Qt::DisplayRole, name);
+            return found.value(0);
+        };
+        QTRY_VERIFY(find().isValid());
+        tree->setCurrentIndex(find());
+        emit tree->activated(find());
+    }
+
+    static void pressAlertButton(QWidget &panel, QLatin1StringView name)
+    {
+        const QList<Sheet *> alerts = panel.findChildren<Sheet *>(u"alert"_s);
+        const auto shown = std::ranges::find_if(alerts, &QWidget::isVisible);
+        QVERIFY(shown != alerts.end());
+        (*shown)->findChild<QPushButton *>(name)->click();
+    }
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    std::unique_ptr<QWidget> mWindow;
+};
+
+QTEST_MAIN(FilePanelsTest)
+#include "filepanelstest.moc"

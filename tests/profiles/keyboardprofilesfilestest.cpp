@@ -1,0 +1,362 @@
+// SPDX-License-Identifier: MIT
+// The profiles tab's panels: export, import, the application of a profile.
+#include "tests/profiles/profiletester.h"
+
+#include "app/util/propertylist.h"
+#include "platform/filepanels.h"
+#include "platform/pulldownbutton.h"
+#include "platform/sheet.h"
+#include "profiles/qltableview.h"
+#include "tests/support/texts.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+class KeyboardProfilesFilesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY(installEnglishTexts()); }
+
+    void init()
+    {
+        mFolder = std::make_unique<QTemporaryDir>();
+        qputenv("HOME", QFile::encodeName(mFolder->path()));
+        qunsetenv("XDG_CONFIG_HOME");
+        QVERIFY(QDir(mFolder->path()).mkpath(u"Documents"_s));
+        mWindow = std::make_unique<QWidget>();
+        mController = std::make_unique<KeyboardProfilesController>();
+        mDelegate = std::make_unique<RecordingProfileDelegate>(mController.get());
+        auto *layout = new QVBoxLayout(mWindow.get());
+        layout->addWidget(mController->view());
+        mController->awakeFromNib();
+        mController->setMProfileDelegate(mDelegate.get());
+        mController->setMProfilesWindow(mWindow.get());
+        mDelegate->profiles = {profileNamed(u"Work"_s), profileNamed(u"Play"_s, u"Racer"_s, 1)};
+        mDelegate->refresh();
+        mController->setControlsState(true);
+        mWindow->show();
+        QVERIFY(QTest::qWaitForWindowActive(mWindow.get()));
+        QVERIFY(mDelegate->calls.isEmpty());
+    }
+
+    void cleanup()
+    {
+        mController.reset();
+        mWindow.reset();
+        mDelegate.reset();
+    }
+
+    void theMenuOpensThePanels_data()
+    {
+        QTest::addColumn<int>("tag");
+        QTest::addColumn<QString>("filter");
+        QTest::newRow("import") << int(ProfileCommands::importProfile) << u"Profiles (*.KestraProfile)"_s;
+        QTest::newRow("assign application")
+            << int(ProfileCommands::assignApplication) << u"Applications (*.app *.desktop)"_s;
+    }
+
+    void theMenuOpensThePanels()
+    {
+        QFETCH(int, tag);
+        choose(tag);
+        const QPointer<OpenPanel> panel = mController->profileFileBrowserPanel();
+        QVERIFY(panel);
+        QVERIFY(panel->isVisible());
+        QCOMPARE(panel->parentWidget(), mWindow.get());
+        QCOMPARE(panel->windowModality(), Qt::WindowModal);
+        QTEST(panel->nameFilters().join(u'|'), "filter");
+        QVERIFY(mDelegate->calls.isEmpty());
+        // The earlier panel goes before there is a new one.
+        choose(tag);
+        QVERIFY(!panel);
+        QVERIFY(mController->profileFileBrowserPanel());
+    }
+
+    void anotherNumberOpensAPanelForEveryFile()
+    {
+        mController->loadPanelForIdentifier(3);
+        QVERIFY(mController->profileFileBrowserPanel()->isVisible());
+        QVERIFY(!mController->profileFileBrowserPanel()->nameFilters().join(u'|').contains(u"*."_s));
+        mController->profileFileBrowserPanel()->QDialog::done(panelOK);
+        QVERIFY(mDelegate->calls.isEmpty());
+    }
+
+    void exportWritesTheSelectedRecordUnderItsName()
+    {
+        choose(ProfileCommands::exportProfile);
+        SavePanel *panel = mController->profileSavePanel();
+        QVERIFY(panel->isVisible());
+        QCOMPARE(panel->directory().absolutePath(), documentsFolder());
+        panel->setDirectory(mFolder->path());
+        acceptPanel(panel);
+        QFile file(mFolder->filePath(u"Work.KestraProfile"_s));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), *PropertyList::writeBinary(profileNamed(u"Work"_s)));
+        QVERIFY(mDelegate->calls.isEmpty());
+    }
+
+    void cancelledExportWritesNothing()
+    {
+        choose(ProfileCommands::exportProfile);
+        mController->profileSavePanel()->setDirectory(mFolder->path());
+        mController->profileSavePanel()->reject();
+        QVERIFY(QDir(mFolder->path()).entryList({u"*.KestraProfile"_s}).isEmpty());
+    }
+
+    void exportWithoutASelectionDoesNothing()
+    {
+        mController->profilesTableView()->deselectAll();
+        choose(ProfileCommands::exportProfile);
+        QVERIFY(!mController->profileSavePanel());
+    }
+
+    void exportThatCannotBeWrittenIsSilent()
+    {
+        choose(ProfileCommands::exportProfile);
+        mController->profileSavePanel()->setDirectory(mFolder->path());
+        QVERIFY(QDir(mFolder->path()).mkpath(u"Work.KestraProfile/in the way"_s));
+        mController->profileSavePanel()->QDialog::accept();
+        QVERIFY(mDelegate->calls.isEmpty());
+        QVERIFY(!mWindow->findChild<Sheet *>(u"alert"_s));
+    }
+
+    void importAddsTheRecordUnderAFreeName()
+    {
+        QVariantMap record = profileNamed(u"Work"_s, u"Editor"_s, 1);
+        record.insert(u"Unknown"_s, QVariantList{1, 2.5, true});
+        importFile(u"Work.KestraProfile"_s, *PropertyList::writeBinary(record));
+        // The new row is selected, which switches to it.
+        QCOMPARE(mDelegate->operations(), (QStringList{u"add"_s, u"switch"_s}));
+        record.insert(u"ProfileName"_s, u"Work(2)"_s);
+        QCOMPARE(mDelegate->calls.at(0).settings, record);
+        QCOMPARE(mDelegate->calls.at(1).profileID, 2);
+        QCOMPARE(mController->profilesTableView()->selectedRow(), 2);
+        QCOMPARE(mController->allProfilesArray().size(), 3);
+    }
+
+    void theRecordIsThereBeforeItIsSentAndNothingIsSelected()
+    {
+        int rows = 0;
+        int selected = 7;
+        mDelegate->duringAdd = [&] {
+            rows = int(mController->allProfilesArray().size());
+            selected = mController->profilesTableView()->selectedRow();
+        };
+        importFile(u"a.KestraProfile"_s, *PropertyList::writeBinary(profileNamed(u"New"_s)));
+        QCOMPARE(rows, 3);
+        QCOMPARE(selected, -1);
+    }
+
+    void aFileThatIsNoProfileIsIgnored_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("damaged") << PropertyList::writeBinary(profileNamed(u"A"_s))->chopped(9);
+        QTest::newRow("an array") << *PropertyList::writeBinary(QVariantList{1});
+        QTest::newRow("text") << QByteArray("hello");
+    }
+
+    void aFileThatIsNoProfileIsIgnored()
+    {
+        QFETCH(QByteArray, content);
+        importFile(u"a.KestraProfile"_s, content);
+        QVERIFY(mDelegate->calls.isEmpty());
+        QCOMPARE(mController->allProfilesArray().size(), 2);
+        QCOMPARE(mController->profilesTableView()->selectedRow(), 0);
+    }
+
+    void oddRecordsAreAddedAsTheyStand_data()
+    {
+        QTest::addColumn<QVariantMap>("record");
+        QTest::newRow("nothing in it") << QVariantMap();
+        QTest::newRow("wrong types") << QVariantMap{{u"ProfileName"_s, QVariantMap()},
+                                                    {u"AppInfo"_s, 7},
+                                                    {u"AutoSwitchOn"_s, u"on"_s},
+                                                    {u"Keys"_s, QVariantList{1}},
+                                                    {u"LEDKBColors"_s, u"red"_s}};
+    }
+
+    void oddRecordsAreAddedAsTheyStand()
+    {
+        QFETCH(QVariantMap, record);
+        importFile(u"a.KestraProfile"_s, *PropertyList::writeBinary(record));
+        QCOMPARE(mDelegate->operations().value(0), u"add"_s);
+        QCOMPARE(mDelegate->calls.at(0).settings.value(u"ProfileName"_s), QVariant(u"Untitled Profile"_s));
+        record.remove(u"ProfileName"_s);
+        QVariantMap sent = mDelegate->calls.at(0).settings;
+        sent.remove(u"ProfileName"_s);
+        QCOMPARE(sent, record);
+    }
+
+    void cancelledImportChangesNothing()
+    {
+        choose(ProfileCommands::importProfile);
+        mController->profileFileBrowserPanel()->reject();
+        QVERIFY(mDelegate->calls.isEmpty());
+        QCOMPARE(mController->profilesTableView()->selectedRow(), 0);
+    }
+
+    void exportedAndImportedIsTheSameRecord()
+    {
+        choose(ProfileCommands::exportProfile);
+        mController->profileSavePanel()->setDirectory(mFolder->path());
+        acceptPanel(mController->profileSavePanel());
+        mDelegate->profiles.removeFirst();
+        mDelegate->refresh();
+        mDelegate->calls.clear();
+        choose(ProfileCommands::importProfile);
+        choosePath(u"Work.KestraProfile"_s);
+        QCOMPARE(PropertyList::writeBinary(mDelegate->calls.value(0).settings),
+                 PropertyList::writeBinary(profileNamed(u"Work"_s)));
+    }
+
+    void anApplicationIsBoundAndSwitchedToInOneRequest()
+    {
+        writeRacer();
+        choose(ProfileCommands::assignApplication);
+        choosePath(u"racer.desktop"_s);
+        QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+        const QVariantMap appInfo{{u"application"_s, u"Racer"_s},
+                                  {u"executable"_s, u"racer-bin"_s},
+                                  {u"identifier"_s, u"racer.desktop"_s},
+                                  {u"signature"_s, u"RacerClass"_s},
+                                  {u"version"_s, 7}};
+        const QVariantMap sent = mDelegate->calls.first().settings;
+        QCOMPARE(sent, (QVariantMap{{u"AutoSwitchOn"_s, 1}, {u"AppInfo"_s, appInfo}}));
+        QCOMPARE(sent.value(u"AutoSwitchOn"_s).typeId(), int(QMetaType::Int));
+        QCOMPARE(cell(u"application"_s), QVariant(u"Racer"_s));
+        QCOMPARE(cell(u"auto switch"_s), QVariant(1));
+    }
+
+    void aBundleWithoutANameIsShownByItsExecutable()
+    {
+        const QByteArray information = *PropertyList::writeBinary(QVariantMap{{u"CFBundleExecutable"_s, u"racer"_s}});
+        QVERIFY(QDir(mFolder->path()).mkpath(u"Racer.app/Contents"_s));
+        write(u"Racer.app/Contents/Info.plist"_s, information);
+        choose(ProfileCommands::assignApplication);
+        choosePath(u"Racer.app"_s);
+        QCOMPARE(cell(u"application"_s), QVariant(u"racer"_s));
+    }
+
+    void whatIsNoApplicationBindsNothing()
+    {
+        write(u"a.desktop"_s, "not an entry");
+        choose(ProfileCommands::assignApplication);
+        choosePath(u"a.desktop"_s);
+        QVERIFY(mDelegate->calls.isEmpty());
+    }
+
+    void tickingWithoutAnApplicationOpensTheChooser()
+    {
+        tick(0, 1);
+        QVERIFY(mDelegate->calls.isEmpty());
+        OpenPanel *panel = mController->profileFileBrowserPanel();
+        QVERIFY(panel && panel->isVisible());
+        QVERIFY(panel->nameFilters().first().contains(u"*.app"_s));
+        panel->reject();
+        QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+        QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
+        QCOMPARE(cell(u"auto switch"_s), QVariant(0));
+    }
+
+    void tickingWithAnApplicationSwitchesFirstAndThenOn()
+    {
+        tick(1, 0);
+        tick(1, 1);
+        QVERIFY(!mController->profileFileBrowserPanel());
+        QCOMPARE(mDelegate->operations(), (QStringList{u"switch"_s, u"update"_s, u"update"_s}));
+        QCOMPARE(mDelegate->calls.at(0).profileID, 1);
+        QCOMPARE(mDelegate->calls.at(1).settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
+        QCOMPARE(mDelegate->calls.at(2).settings, (QVariantMap{{u"AutoSwitchOn"_s, 1}}));
+    }
+
+    void anyReturnCodeOfTheChooserReloadsTheTable()
+    {
+        mDelegate->answers = false;
+        mController->setMAllProfilesArray({profileNamed(u"Alone"_s)});
+        QCOMPARE(mController->profilesTableView()->model()->rowCount(), 2);
+        OpenPanel panel({}, mWindow.get());
+        mController->openPanelDidEndReturnCodeContextInfo(&panel, 7, KeyboardProfilesController::chooseApplication);
+        QVERIFY(mDelegate->calls.isEmpty());
+        QCOMPARE(mController->profilesTableView()->model()->rowCount(), 1);
+    }
+
+    void aClosedWindowTakesItsPanelAlong()
+    {
+        choose(ProfileCommands::importProfile);
+        const QPointer<OpenPanel> panel = mController->profileFileBrowserPanel();
+        mController.reset();
+        mWindow.reset();
+        QVERIFY(!panel);
+    }
+
+private:
+    void choose(int tag)
+    {
+        QAction *item = mWindow->findChild<PulldownButton *>(u"mSettingsProfile"_s)->itemWithTag(tag);
+        QVERIFY(item);
+        item->trigger();
+    }
+
+    static void acceptPanel(QFileDialog *panel) { QMetaObject::invokeMethod(panel, "accept"); }
+
+    void choosePath(const QString &name)
+    {
+        OpenPanel *panel = mController->profileFileBrowserPanel();
+        QVERIFY(panel && panel->isVisible());
+        panel->setDirectory(mFolder->path());
+        panel->selectFile(mFolder->filePath(name));
+        acceptPanel(panel);
+        QVERIFY(!panel->isVisible());
+    }
+
+    void importFile(const QString &name, const QByteArray &content)
+    {
+        write(name, content);
+        choose(ProfileCommands::importProfile);
+        QCOMPARE(mController->profileFileBrowserPanel()->directory().absolutePath(), documentsFolder());
+        choosePath(name);
+    }
+
+    void write(const QString &name, const QByteArray &content)
+    {
+        QFile file(mFolder->filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), content.size());
+    }
+
+    void writeRacer()
+    {
+        write(u"racer.desktop"_s, "[Desktop Entry]\nType=Application\nName=Racer\nExec=/opt/racer-bin %f\n"
+                                  "StartupWMClass=RacerClass\n");
+    }
+
+    void tick(int row, int value)
+    {
+        mController->tableViewSetObjectValueForTableColumnRow(mController->profilesTableView(), value, u"auto switch"_s,
+                                                              row);
+    }
+
+    [[nodiscard]] QVariant cell(const QString &column) const
+    {
+        return mController->tableViewObjectValueForTableColumnRow(mController->profilesTableView(), column,
+                                                                  mController->profilesTableView()->selectedRow());
+    }
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    std::unique_ptr<QWidget> mWindow;
+    std::unique_ptr<KeyboardProfilesController> mController;
+    std::unique_ptr<RecordingProfileDelegate> mDelegate;
+};
+
+QTEST_MAIN(KeyboardProfilesFilesTest)
+#include "keyboardprofilesfilestest.moc"

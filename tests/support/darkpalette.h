@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// The colours of a dark desktop, for the tests that draw pictures. Main thread only.
+#pragma once
+
+#include <QPalette>
+
+[[nodiscard]] inline QPalette darkPalette()
+{
+    QPalette palette;
+    const QColor window(0x2b, 0x2d, 0x31), base(0x1f, 0x21, 0x24), text(0xe6, 0xe7, 0xea), faint(0x80, 0x83, 0x88);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::Button, QColor(0x3a, 0x3d, 0x42));
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::ToolTipBase, base);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, faint);
+    }
+    palette.setColor(QPalette::Highlight, QColor(0x3d, 0x8e, 0xe6));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
