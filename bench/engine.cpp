@@ -46,7 +46,7 @@ void pressAndReleaseEveryKey(benchmark::State &state)
     const auto heldCount = static_cast<std::size_t>(state.range(0));
     const std::vector<HidUsage> keys = layoutKeys();
     KeyEngine engine;
-    engine.setKeyMap(KeyMap(fullProfile(QStringLiteral("Full"))));
+    (void)engine.setKeyMap(KeyMap(fullProfile(QStringLiteral("Full"))));
     for (std::size_t index = 0; index < heldCount; ++index)
         (void)engine.keyDown(keys[index], {});
     const std::size_t allocationsBefore = allocations;
@@ -74,7 +74,7 @@ void compileProfile(benchmark::State &state)
     KeyEngine engine;
     const std::size_t allocationsBefore = allocations;
     for (auto _ : state)
-        engine.setKeyMap(KeyMap(profile));
+        (void)engine.setKeyMap(KeyMap(profile));
     state.counters["allocations"] =
         benchmark::Counter(double(allocations - allocationsBefore), benchmark::Counter::kAvgIterations);
 }

@@ -50,12 +50,14 @@ struct CommandRow
 namespace Options {
 inline constexpr QLatin1StringView json{"--json"};
 inline constexpr QLatin1StringView plist{"--plist"};
+inline constexpr QLatin1StringView append{"--append"};
+inline constexpr QLatin1StringView seconds{"--seconds"};
 inline constexpr QLatin1StringView modifiers{"--modifiers"};
 inline constexpr QLatin1StringView repeat{"--repeat"};
 inline constexpr QLatin1StringView off{"--off"};
 
 /// Options that are followed by a value, as the next word or behind "=".
-inline constexpr std::array withValue{modifiers, repeat};
+inline constexpr std::array withValue{modifiers, repeat, seconds};
 } // namespace Options
 
 // The functions of the rows.
@@ -74,6 +76,15 @@ ExitCode bindProfile(CommandContext &context);
 ExitCode showOrAssignKey(CommandContext &context);
 ExitCode tellFrontApplication(CommandContext &context);
 ExitCode showOrSetLight(CommandContext &context);
+ExitCode listMacros(CommandContext &context);
+ExitCode showMacro(CommandContext &context);
+ExitCode addMacro(CommandContext &context);
+ExitCode renameMacro(CommandContext &context);
+ExitCode deleteMacro(CommandContext &context);
+ExitCode importMacro(CommandContext &context);
+ExitCode exportMacro(CommandContext &context);
+ExitCode recordMacro(CommandContext &context);
+ExitCode playMacro(CommandContext &context);
 ExitCode pressKey(CommandContext &context);
 ExitCode releaseKey(CommandContext &context);
 ExitCode showSentKeys(CommandContext &context);
@@ -86,3 +97,5 @@ ExitCode setBrightness(CommandContext &context);
 // The forms of the rows that have several.
 QList<CommandForm> keyCommandForms();
 QList<CommandForm> lightCommandForms();
+QList<CommandForm> recordMacroForms();
+QList<CommandForm> playMacroForms();

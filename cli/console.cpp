@@ -1,9 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "cli/console.h"
 
+#include <QFileDevice>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+void Console::printNow(const QString &line)
+{
+    print(line);
+    if (auto *file = qobject_cast<QFileDevice *>(&mResults))
+        file->flush();
+}
 
 void Console::printJson(const QJsonValue &value)
 {

@@ -17,6 +17,8 @@ public:
 
     /// One line of results.
     void print(const QString &line) { mResults.write(line.toUtf8() + '\n'); }
+    /// As print(), and at once, for what somebody watches.
+    void printNow(const QString &line);
     void printJson(const QJsonValue &value);
     void printBytes(const QByteArray &bytes) { mResults.write(bytes); }
 

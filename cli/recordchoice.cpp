@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 const RecordKind profileKind{
     .word = "profile"_L1, .nameKey = SettingsKeys::profileName, .listCommand = "kestractl profile list"_L1};
 const RecordKind macroKind{
-    .word = "macro"_L1, .nameKey = SettingsKeys::macroName, .listCommand = "kestractl document"_L1};
+    .word = "macro"_L1, .nameKey = SettingsKeys::macroName, .listCommand = "kestractl macro list"_L1};
 
 std::optional<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
                                 QString &problem)

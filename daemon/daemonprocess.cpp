@@ -4,6 +4,7 @@
 #include "app/util/daemonprotocol.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/resources.h"
+#include "daemon/deadlinetimer.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/factorysettings.h"
 #include "daemon/frontapplication/frontapplicationadaptor.h"
@@ -23,7 +24,6 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
-#include <QElapsedTimer>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -132,8 +132,9 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
     VirtualKeyboard keyboard;
     DeviceDaemon *daemonPointer = nullptr;
     ClientWatch clientWatch(bus, [&](const QString &portName) { daemonPointer->clientVanished(portName); });
-    QElapsedTimer clock;
-    clock.start();
+    DeadlineTimer timer;
+    if (!timer.isUsable())
+        qCCritical(lcDaemon, "daemon: no timer, macros will not play");
     DistributedNotificationCenter notifications(bus);
     ProfileNotification profileNotification(bus);
 
@@ -144,9 +145,11 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
          .postNotification = [&](const QString &name, const QVariantMap &info) { notifications.post(name, info); },
          .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
          .launchProgram = ProgramLauncher::launch,
-         .now = [&] { return std::chrono::milliseconds(clock.elapsed()); },
+         .now = DeadlineTimer::now,
+         .wakeAt = [&](std::optional<DeadlineTimer::Time> deadline) { timer.setDeadline(deadline); },
          .showProfile = [&](const QString &name) { profileNotification.show(name); }},
         start.document);
+    QObject::connect(&timer, &DeadlineTimer::reached, &daemon, &DeviceDaemon::wake);
     daemon.setAwaitsFactorySettings(start.isMinimal);
     daemonPointer = &daemon;
     VirtualKeyboardObject keyboardObject(keyboard);

@@ -194,13 +194,13 @@ void DeviceDaemon::answerFirmwareQuery()
 void DeviceDaemon::setCapture(Capture capture, const QString &client, const char *cause)
 {
     if (mCapture == Capture::macroRecording && capture != Capture::macroRecording)
-        mRecorder.stop(mOutlets.now());
+        mRecorder.stop(recordingTime());
     if (!client.isEmpty())
         endOnTheFly(); // the client has the keys now
     if (capture != mCapture)
         qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
     mCapture = capture;
-    mEngine.setCapturing(capture != Capture::none);
+    perform(mEngine.setCapturing(capture != Capture::none));
     mCapturingClient = client;
     mOutlets.watchClient(client);
 }
@@ -289,10 +289,17 @@ bool DeviceDaemon::store(const QVariantMap &document)
 {
     if (!mStore.save(mAutomaticSwitch.documentToKeep(document)))
         return false;
-    mDocument = document;
     mAwaitsFactorySettings = false;
-    applyDocument();
+    useDocument(document);
     return true;
+}
+
+void DeviceDaemon::useDocument(const QVariantMap &document)
+{
+    if (SettingsDocument::hasOtherProfileActive(mDocument, document))
+        perform(mEngine.stopMacros());
+    mDocument = document;
+    applyDocument();
 }
 
 void DeviceDaemon::chooseProfile(int index)
@@ -321,8 +328,7 @@ void DeviceDaemon::setFrontApplication(const FrontApplication &application)
         return;
     qCInfo(lcFront, "\"%s\" is in front: profile %d", qUtf8Printable(application.name()), *profile);
     const QVariantMap before = mDocument;
-    mDocument = SettingsDocument::completed(SettingsDocument::withActiveProfile(mDocument, *profile));
-    applyDocument();
+    useDocument(SettingsDocument::completed(SettingsDocument::withActiveProfile(mDocument, *profile)));
     postProfileUpdated(DaemonProtocol::daemonProcessName);
     showProfileSwitch(before);
 }
@@ -345,7 +351,9 @@ void DeviceDaemon::postProfileUpdated(const QString &sourceApp)
 void DeviceDaemon::applyDocument()
 {
     const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
-    mEngine.setKeyMap(KeyMap(profile));
+    mMacros = playableMacros(SettingsDocument::macros(mDocument), mMacros);
+    perform(mEngine.setMacros(mMacros));
+    perform(mEngine.setKeyMap(KeyMap(profile)));
     mKeyboard.showLight(Backlight::settingsOf(profile));
     const bool isGameModeOn = SettingsDocument::isGameModeOn(mDocument);
     perform(mEngine.setGameMode(isGameModeOn));
@@ -357,12 +365,12 @@ void DeviceDaemon::applyDocument()
 void DeviceDaemon::keyChanged(HidUsage key, bool isDown)
 {
     if (mCapture == Capture::macroRecording) {
-        const QStringList lines = mRecorder.record(key, isDown, mOutlets.now());
+        const QStringList lines = mRecorder.record(key, isDown, recordingTime());
         if (!lines.isEmpty())
             mOutlets.postNotification(DaemonProtocol::macroSequenceNotification,
                                       {{DaemonProtocol::messagesArray, lines}});
     }
-    mOnTheFly.keyChanged(key, isDown, mOutlets.now());
+    mOnTheFly.keyChanged(key, isDown, recordingTime());
     perform(isDown ? mEngine.keyDown(key, mOutlets.now()) : mEngine.keyUp(key, mOutlets.now()));
 }
 
@@ -428,6 +436,18 @@ void DeviceDaemon::brightnessChosen(int level)
     postProfileUpdated(DaemonProtocol::daemonProcessName);
 }
 
+MacroRecorder::Time DeviceDaemon::recordingTime() const
+{
+    // Each moment is rounded, not each pause, so that the rounding of a long recording does not add up.
+    return std::chrono::round<MacroRecorder::Time>(mOutlets.now());
+}
+
+void DeviceDaemon::wake()
+{
+    mWakeTime.reset();
+    perform(mEngine.advance(mOutlets.now()));
+}
+
 void DeviceDaemon::perform(const EngineOutputs &outputs)
 {
     for (const EngineOutput &output : outputs) {
@@ -446,5 +466,9 @@ void DeviceDaemon::perform(const EngineOutputs &outputs)
             break;
         case EngineOutput::Kind::launchProgram: mOutlets.launchProgram(output.program); break;
         }
+    }
+    if (const auto deadline = mEngine.nextDeadline(); deadline != mWakeTime) {
+        mWakeTime = deadline;
+        mOutlets.wakeAt(deadline);
     }
 }

@@ -28,7 +28,11 @@ struct DaemonOutlets
     std::function<void(const QString &portName)> watchClient;
     std::function<void(const QString &program)> launchProgram;
     /// Time since any fixed moment; never goes backwards.
-    std::function<std::chrono::milliseconds()> now;
+    std::function<std::chrono::microseconds()> now;
+    /// Asks for a call of wake() at this time of now(), or as soon after it as can be; absent: for none. What was asked
+    /// for before counts no more.
+    std::function<void(std::optional<std::chrono::microseconds>)> wakeAt =
+        [](std::optional<std::chrono::microseconds>) {};
     /// Tells the user that the profile `name` is now the active one; must not wait for anybody.
     std::function<void(const QString &name)> showProfile = [](const QString &) {};
 };
@@ -57,6 +61,8 @@ public:
     /// Tells that a keyboard is there, for clients that were waiting for a daemon. To be called once, when requests
     /// are served.
     void announceKeyboard();
+    /// Goes on with the macros that play; see DaemonOutlets::wakeAt.
+    void wake();
     /// Lets go of every key. To be called before the daemon ends.
     void shutDown();
 
@@ -99,6 +105,7 @@ private:
     void showProfileSwitch(const QVariantMap &before);
     void postAttachment(bool isAttached);
     void postProfileUpdated(const QString &sourceApp);
+    void useDocument(const QVariantMap &document);
     void applyDocument();
 
     void setCapture(Capture capture, const QString &client, const char *cause);
@@ -111,14 +118,18 @@ private:
     /// Stores the macro recorded on the keyboard, to be played by `key`.
     void saveOnTheFly(HidUsage key);
     void postCapturedKey(HidUsage key, quint8 modifiers);
+    [[nodiscard]] MacroRecorder::Time recordingTime() const;
+    /// Does what the engine has decided, and asks to be woken for what it will decide next.
     void perform(const EngineOutputs &outputs);
 
     SettingsStore &mStore;
     Keyboard &mKeyboard;
     DaemonOutlets mOutlets;
     QVariantMap mDocument;
+    PlayableMacros mMacros; // those of mDocument
     AutomaticSwitch mAutomaticSwitch;
     KeyEngine mEngine;
+    std::optional<KeyEngine::Time> mWakeTime; // what was asked for
     MacroRecorder mRecorder;
     OnTheFlyRecorder mOnTheFly;
     Capture mCapture = Capture::none;

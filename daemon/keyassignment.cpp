@@ -27,7 +27,8 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
     case Assignment::playMacro:
         assignment.kind = Kind::playMacro;
         assignment.index = fields.param1;
-        assignment.repeat = fields.param2;
+        // A value that is no repeat mode shows as the first of them, and is played as it shows.
+        assignment.repeat = KeyMappings::macroRepeatValue(KeyMappings::macroRepeat(fields.param2));
         break;
     case Assignment::singleKey:
         assignment.key = isKey(fields.param1) ? static_cast<quint16>(fields.param1) : 0;

@@ -18,7 +18,7 @@ struct KeyAssignment
     quint16 key = 0;      ///< sendKey: usage on the Keyboard/Keypad page; 0 when only modifiers are sent
     quint8 modifiers = 0; ///< sendKey: modifier byte of the boot keyboard
     int index = 0;        ///< switchProfile: position in "Profiles"; playMacro: position in "Macros"
-    int repeat = 1;       ///< playMacro: times, or 255 until released, 254 until pressed again
+    int repeat = 1;       ///< playMacro: 1 to 10 times, or 255 until released, 254 until pressed again
     QString program = {}; ///< launchProgram: path
 
     bool operator==(const KeyAssignment &) const = default;

@@ -2,12 +2,14 @@
 #include "daemon/keyengine.h"
 
 #include <algorithm>
+#include <utility>
 
 using Kind = EngineOutput::Kind;
 
 namespace {
 
 constexpr std::size_t usualPresses = 32; // more keys than two hands hold, with their modifiers
+constexpr std::size_t usualSent = 512;   // more than there are keys and playable buttons
 
 /// Calls `function` with the usage of each modifier in `modifiers`, from the lowest bit to the highest.
 template <typename Function> void forEachModifier(quint8 modifiers, Function function)
@@ -23,7 +25,44 @@ template <typename Function> void forEachModifier(quint8 modifiers, Function fun
 KeyEngine::KeyEngine()
 {
     mPresses.reserve(usualPresses);
-    mSent.reserve(usualPresses);
+    mSent.reserve(usualSent);
+    mPlaybacks.reserve(maximumPlaybacks);
+}
+
+EngineOutputs KeyEngine::setKeyMap(const KeyMap &map)
+{
+    EngineOutputs outputs;
+    mMap = map;
+    stopMacrosIf(
+        [this](const MacroPlayback &playback) {
+            const KeyAssignment &assignment = mMap.assignment(playback.trigger().usage);
+            return !playback.isMeantBy(assignment, macroAt(assignment.index));
+        },
+        outputs);
+    return outputs;
+}
+
+EngineOutputs KeyEngine::setMacros(const PlayableMacros &macros)
+{
+    EngineOutputs outputs;
+    mMacros = macros;
+    stopMacrosIf(
+        [this](const MacroPlayback &playback) { return std::ranges::find(mMacros, playback.macro()) == mMacros.end(); },
+        outputs);
+    return outputs;
+}
+
+EngineOutputs KeyEngine::stopMacros()
+{
+    EngineOutputs outputs;
+    stopMacrosIf([](const MacroPlayback &) { return true; }, outputs);
+    return outputs;
+}
+
+EngineOutputs KeyEngine::setCapturing(bool isCapturing)
+{
+    mIsCapturing = isCapturing;
+    return isCapturing ? stopMacros() : EngineOutputs();
 }
 
 EngineOutputs KeyEngine::setGameMode(bool isOn)
@@ -36,10 +75,11 @@ EngineOutputs KeyEngine::setGameMode(bool isOn)
         if (press.key.isCommand())
             letGo(press, outputs);
     }
+    stopMacrosIf([](const MacroPlayback &playback) { return playback.trigger().isCommand(); }, outputs);
     return outputs;
 }
 
-EngineOutputs KeyEngine::keyDown(HidUsage key, Time)
+EngineOutputs KeyEngine::keyDown(HidUsage key, Time now)
 {
     EngineOutputs outputs;
     if (std::ranges::find(mPresses, key, &Press::key) != mPresses.end())
@@ -53,7 +93,7 @@ EngineOutputs KeyEngine::keyDown(HidUsage key, Time)
     } else if (!isKey) {
         sendKey(press, 0, key, outputs);
     } else if (!mIsGameModeOn || !key.isCommand()) {
-        begin(press, mMap.assignment(key.usage), outputs);
+        begin(press, mMap.assignment(key.usage), now, outputs);
     }
     return outputs;
 }
@@ -71,21 +111,37 @@ EngineOutputs KeyEngine::keyUp(HidUsage key, Time)
 
 EngineOutputs KeyEngine::releaseAll()
 {
-    EngineOutputs outputs;
+    EngineOutputs outputs = stopMacros();
     for (auto press = mPresses.rbegin(); press != mPresses.rend(); ++press)
         letGo(*press, outputs);
     mPresses.clear();
     return outputs;
 }
 
-EngineOutputs KeyEngine::advance(Time)
+EngineOutputs KeyEngine::advance(Time now)
 {
-    return {};
+    EngineOutputs outputs;
+    for (int count = 0; count < eventsPerAdvance && !mPlaybacks.empty(); ++count) {
+        const auto next = std::ranges::min_element(mPlaybacks, {}, &MacroPlayback::due);
+        if (next->due() > now)
+            break;
+        if (const std::optional<MacroPlayback::Change> change = next->takeNext(now)) {
+            if (change->isDown)
+                sendDown(change->usage, outputs);
+            else
+                sendUp(change->usage, outputs);
+        }
+        if (next->isOver())
+            mPlaybacks.erase(next);
+    }
+    return outputs;
 }
 
 std::optional<KeyEngine::Time> KeyEngine::nextDeadline() const
 {
-    return {};
+    if (mPlaybacks.empty())
+        return {};
+    return std::ranges::min_element(mPlaybacks, {}, &MacroPlayback::due)->due();
 }
 
 QList<HidUsage> KeyEngine::sentDown() const
@@ -96,7 +152,7 @@ QList<HidUsage> KeyEngine::sentDown() const
     return usages;
 }
 
-void KeyEngine::begin(Press &press, const KeyAssignment &assignment, EngineOutputs &outputs)
+void KeyEngine::begin(Press &press, const KeyAssignment &assignment, Time now, EngineOutputs &outputs)
 {
     switch (assignment.kind) {
     case KeyAssignment::Kind::sendKey:
@@ -108,9 +164,43 @@ void KeyEngine::begin(Press &press, const KeyAssignment &assignment, EngineOutpu
     case KeyAssignment::Kind::launchProgram:
         outputs.append({.kind = Kind::launchProgram, .program = assignment.program});
         break;
-    case KeyAssignment::Kind::playMacro: // the key itself sends nothing
+    case KeyAssignment::Kind::playMacro: playMacro(press.key, assignment, now, outputs); break;
     case KeyAssignment::Kind::disabled: break;
     }
+}
+
+void KeyEngine::playMacro(HidUsage trigger, const KeyAssignment &assignment, Time now, EngineOutputs &outputs)
+{
+    const auto running = std::ranges::find(mPlaybacks, trigger, &MacroPlayback::trigger);
+    if (running != mPlaybacks.end()) {
+        // One that plays a number of times plays them all; a hasty second press must not cut it off.
+        if (running->endsWithNextPress())
+            stopMacrosIf([&](const MacroPlayback &playback) { return playback.trigger() == trigger; }, outputs);
+        return;
+    }
+    const PlayableMacro *macro = macroAt(assignment.index);
+    if (!macro || macro->steps.empty() || mPlaybacks.size() == maximumPlaybacks)
+        return;
+    mPlaybacks.emplace_back(trigger, assignment, mMacros[static_cast<std::size_t>(assignment.index)], now);
+}
+
+template <typename Condition> void KeyEngine::stopMacrosIf(Condition condition, EngineOutputs &outputs)
+{
+    for (auto playback = mPlaybacks.begin(); playback != mPlaybacks.end();) {
+        if (!condition(std::as_const(*playback))) {
+            ++playback;
+            continue;
+        }
+        while (!playback->held().isEmpty())
+            sendUp(playback->held().takeFirst(), outputs);
+        playback = mPlaybacks.erase(playback);
+    }
+}
+
+const PlayableMacro *KeyEngine::macroAt(int index) const
+{
+    return index >= 0 && index < static_cast<int>(mMacros.size()) ? mMacros[static_cast<std::size_t>(index)].get()
+                                                                  : nullptr;
 }
 
 void KeyEngine::sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOutputs &outputs)
@@ -125,6 +215,9 @@ void KeyEngine::sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOu
 
 void KeyEngine::letGo(Press &press, EngineOutputs &outputs)
 {
+    stopMacrosIf(
+        [&](const MacroPlayback &playback) { return playback.trigger() == press.key && playback.endsWithRelease(); },
+        outputs);
     if (press.sent.usage != 0)
         sendUp(press.sent, outputs);
     forEachModifier(press.modifiers, [&](HidUsage modifier) { sendUp(modifier, outputs); });

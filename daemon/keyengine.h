@@ -5,6 +5,8 @@
 
 #include "daemon/hidusage.h"
 #include "daemon/keyassignment.h"
+#include "daemon/macroplayback.h"
+#include "daemon/playablemacro.h"
 
 #include <QList>
 #include <QString>
@@ -33,30 +35,46 @@ using EngineOutputs = QVarLengthArray<EngineOutput, 20>;
 
 /// What a key does is decided when it goes down; its release ends just that, whatever was assigned, switched or
 /// captured in between. Every usage sent down is sent up again, at the latest by releaseAll(); keys that send the same
-/// usage send it down once, with the first, and up once, with the last.
+/// usage send it down once, with the first, and up once, with the last. A macro that plays is like one more hand: what
+/// it sends never comes back as a key of the keyboard, and it lets go of everything that it has pressed.
 class KeyEngine
 {
 public:
-    using Time = std::chrono::milliseconds; // since any fixed moment; never goes backwards
+    using Time = MacroPlayback::Time; // since any fixed moment; never goes backwards
+
+    /// Macros that play at once; a key pressed for one more does nothing.
+    static constexpr std::size_t maximumPlaybacks = 32;
+    /// Events of macros that one advance() brings at most. What else is due is so at once; but between, others come to
+    /// their turn.
+    static constexpr int eventsPerAdvance = 16;
 
     KeyEngine();
 
-    /// Presses from now on follow `map`.
-    void setKeyMap(const KeyMap &map) { mMap = map; }
+    /// Presses from now on follow `map`. Stops the macros whose key no longer plays them, or plays them differently:
+    /// nothing could stop them then.
+    [[nodiscard]] EngineOutputs setKeyMap(const KeyMap &map);
+
+    /// Presses from now on play these macros. Stops those that are not among them any more.
+    [[nodiscard]] EngineOutputs setMacros(const PlayableMacros &macros);
+
+    /// Stops every macro: another profile is the active one.
+    [[nodiscard]] EngineOutputs stopMacros();
 
     /// While capturing, a press sends nothing and does nothing but be reported; so does its release, whenever it comes.
-    void setCapturing(bool isCapturing) { mIsCapturing = isCapturing; }
+    /// Macros that play would do the same as keys, and are stopped at its beginning.
+    [[nodiscard]] EngineOutputs setCapturing(bool isCapturing);
 
-    /// In game mode the two Command keys are dead, whatever is assigned to them; those that are down are let go of.
+    /// In game mode the two Command keys are dead, whatever is assigned to them; those that are down are let go of, and
+    /// macros that they have started are stopped.
     [[nodiscard]] EngineOutputs setGameMode(bool isOn);
 
     /// A second press without a release, and a release without a press, do nothing.
     [[nodiscard]] EngineOutputs keyDown(HidUsage key, Time now);
     [[nodiscard]] EngineOutputs keyUp(HidUsage key, Time now);
-    /// Lets go of everything, the last pressed key first: the keyboard is gone, or the daemon ends.
+    /// Lets go of everything, macros first, then the last pressed key first: the keyboard is gone, or the daemon ends.
     [[nodiscard]] EngineOutputs releaseAll();
 
-    /// What is due by `now`; to be called at nextDeadline() at the latest.
+    /// What is due by `now`, at most eventsPerAdvance of it; to be called at nextDeadline().
     [[nodiscard]] EngineOutputs advance(Time now);
     [[nodiscard]] std::optional<Time> nextDeadline() const;
 
@@ -78,7 +96,10 @@ private:
         int holders = 0; // presses that sent it
     };
 
-    void begin(Press &press, const KeyAssignment &assignment, EngineOutputs &outputs);
+    void begin(Press &press, const KeyAssignment &assignment, Time now, EngineOutputs &outputs);
+    void playMacro(HidUsage trigger, const KeyAssignment &assignment, Time now, EngineOutputs &outputs);
+    template <typename Condition> void stopMacrosIf(Condition condition, EngineOutputs &outputs);
+    [[nodiscard]] const PlayableMacro *macroAt(int index) const;
     void sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOutputs &outputs);
     void letGo(Press &press, EngineOutputs &outputs);
     void sendDown(HidUsage usage, EngineOutputs &outputs);
@@ -86,6 +107,8 @@ private:
     [[nodiscard]] quint8 heldModifiers() const;
 
     KeyMap mMap;
+    PlayableMacros mMacros;
+    std::vector<MacroPlayback> mPlaybacks; // in the order of their starts; at most one of each key
     std::vector<Press> mPresses; // in the order of the presses; few, so that a search is faster than a look-up
     std::vector<SentUsage> mSent;
     bool mIsCapturing = false;

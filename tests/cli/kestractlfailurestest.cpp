@@ -147,6 +147,15 @@ void TestKestractlFailures::wrongUsageIsTold_data()
         << QStringList{u"key"_s, u"A"_s, u"--json=1"_s} << u"--json=1"_s;
     QTest::newRow("option of another command") << QStringList{u"status"_s, u"--plist"_s} << u"--plist"_s;
     QTest::newRow("no such option") << QStringList{u"--loud"_s, u"status"_s} << u"--loud"_s;
+    QTest::newRow("macro without a word") << QStringList{u"macro"_s} << u"no command \"macro\""_s;
+    QTest::newRow("no such macro file") << QStringList{u"macro"_s, u"import"_s, u"/nonexistent/X.KestraMacro"_s}
+                                        << u"X.KestraMacro"_s;
+    QTest::newRow("macro without a name") << QStringList{u"macro"_s, u"add"_s, QString()} << u"needs a name"_s;
+    QTest::newRow("macro to rename to nothing")
+        << QStringList{u"macro"_s, u"rename"_s, u"0"_s, QString()} << u"needs a name"_s;
+    for (const QString &seconds : {u"soon"_s, u"0"_s, u"-1"_s, u"nan"_s, u"86401"_s})
+        QTest::addRow("record for %s seconds", qPrintable(seconds))
+            << QStringList{u"macro"_s, u"record"_s, u"0"_s, u"--seconds"_s, seconds} << u"\"%1\""_s.arg(seconds);
     QTest::newRow("options that exclude each other")
         << QStringList{u"document"_s, u"--json"_s, u"--plist"_s} << u"exclude"_s;
 }
@@ -173,6 +182,10 @@ void TestKestractlFailures::missingDaemonIsTold_data()
     QTest::newRow("profile switch") << QStringList{u"profile"_s, u"switch"_s, u"0"_s};
     QTest::newRow("key") << QStringList{u"key"_s, u"A"_s};
     QTest::newRow("key disable") << QStringList{u"key"_s, u"A"_s, u"disable"_s};
+    QTest::newRow("macro list") << QStringList{u"macro"_s, u"list"_s};
+    QTest::newRow("macro add") << QStringList{u"macro"_s, u"add"_s};
+    QTest::newRow("macro record") << QStringList{u"macro"_s, u"record"_s, u"0"_s};
+    QTest::newRow("macro play") << QStringList{u"macro"_s, u"play"_s, u"0"_s};
     QTest::newRow("keyboard attach") << QStringList{u"keyboard"_s, u"attach"_s};
     QTest::newRow("keyboard sent") << QStringList{u"keyboard"_s, u"sent"_s};
     QTest::newRow("keyboard press") << QStringList{u"keyboard"_s, u"press"_s, u"A"_s};

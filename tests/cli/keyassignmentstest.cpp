@@ -110,9 +110,9 @@ void KeyAssignmentsTest::refusesWhatMeansNothing_data()
                                       << u"\"Banana\" is no modifier key"_s;
     QTest::newRow("key as a modifier") << u"single"_s << u"C"_s << u"D"_s << u"\"D\" is no modifier key"_s;
     QTest::newRow("no such macro") << u"macro"_s << u"3"_s << QString()
-                                   << u"there is no macro 3 (see kestractl document)"_s;
+                                   << u"there is no macro 3 (see kestractl macro list)"_s;
     QTest::newRow("no such macro name") << u"macro"_s << u"Harm"_s << QString()
-                                        << u"no macro is called \"Harm\" (see kestractl document)"_s;
+                                        << u"no macro is called \"Harm\" (see kestractl macro list)"_s;
     QTest::newRow("name borne twice") << u"macro"_s << u"Twice"_s << QString()
                                       << u"several macros are called \"Twice\"; give the number"_s;
     QTest::newRow("no such profile") << u"profile"_s << u"2"_s << QString()

@@ -2,6 +2,7 @@
 // The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
 #include "daemon/settingsdocument.h"
 #include "daemon/status.h"
+#include "macros/macrorecord.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/sentrecorder.h"
@@ -118,6 +119,9 @@ private Q_SLOTS:
     void virtualKeyboardSendsWhatTheComputerReceives();
     void virtualKeyboardRefusesTheImpossible();
     void keysAreLetGoOfAtTheEnd();
+    void playsAMacroOnTheVirtualKeyboard();
+    void staysAnsweringWhileAMacroWithoutPausesRepeats();
+    void macroIsLetGoOfAtTheEnd();
     void captureEndsWhenTheClientLeavesTheBus();
     void captureForAClientThatIsGoneEndsAtOnce();
     void secondDaemonSaysSo();
@@ -131,6 +135,9 @@ private Q_SLOTS:
     void interfacesAreAsDocumented();
 
 private:
+    /// Adds the macro, which becomes the first, and assigns it to M1.
+    void assignMacro(const QVariantList &events, int repeat);
+
     std::unique_ptr<DaemonProcessFixture> mDaemon;
 };
 
@@ -326,6 +333,76 @@ void DaemonProcessTest::keysAreLetGoOfAtTheEnd()
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
     QCOMPARE(mDaemon->terminate(), 0);
     QTRY_COMPARE(recorder.sent(), QStringList({u"+7:4"_s, u"-7:4"_s}));
+}
+
+void DaemonProcessTest::assignMacro(const QVariantList &events, int repeat)
+{
+    const QVariantMap macro = MacroRecord::withEvents({{u"MacroName"_s, u"M"_s}}, events);
+    const auto added = mDaemon->request(Command::addMacro, {{u"MacroContents"_s, macro}});
+    QVERIFY(added && added->values.value(u"ReturnStatus"_s) == QVariant(0));
+    const QVariantMap entry{{u"command"_s, 10}, {u"param1"_s, 0}, {u"param2"_s, repeat}};
+    const QVariantMap keys{{u"Keys"_s, QVariantMap{{u"106"_s, entry}}}};
+    QVERIFY(mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, keys}}));
+}
+
+void DaemonProcessTest::playsAMacroOnTheVirtualKeyboard()
+{
+    QVariantList events;
+    QStringList expected;
+    int lengthMs = 0;
+    for (int count = 0; count < 40; ++count) {
+        const bool isDown = count % 2 == 0;
+        const int page = count % 4 < 2 ? MacroRecord::keyboardPage : MacroRecord::buttonPage;
+        events += MacroRecord::eventRecord({.command = isDown ? MacroRecord::keyDown : MacroRecord::keyUp,
+                                            .delayMs = count % 3 * 5,
+                                            .page = page,
+                                            .argument = 5});
+        expected += u"%1%2:5"_s.arg(isDown ? u"+"_s : u"-"_s).arg(page);
+        lengthMs += count % 3 * 5;
+    }
+    assignMacro(events, 2);
+    SentRecorder recorder;
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 106u}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 106u}), QString());
+    QTRY_COMPARE(recorder.sent(), expected + expected);
+    // Never early; how late it is is measured by bench_playback, not tested.
+    QVERIFY2(timer.elapsed() >= 2 * lengthMs, qPrintable(QString::number(timer.elapsed())));
+}
+
+void DaemonProcessTest::staysAnsweringWhileAMacroWithoutPausesRepeats()
+{
+    const QVariantList pair{MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 5}),
+                            MacroRecord::eventRecord({.command = MacroRecord::keyUp, .argument = 5})};
+    QVariantList events;
+    for (int count = 0; count < 50; ++count)
+        events += pair;
+    assignMacro(events, 255);
+    SentRecorder recorder;
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 106u}), QString());
+    QTRY_VERIFY(recorder.sent().size() > 300);
+    QVERIFY(mDaemon->request(Command::readSettings));
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 106u}), QString());
+    QTRY_COMPARE(recorder.sent().constLast(), u"-7:5"_s);
+    const auto reply = mDaemon->request(Command::readSettings); // after everything that was sent before
+    QVERIFY(reply);
+    const qsizetype count = recorder.sent().size();
+    QCOMPARE(count % 2, 0);
+    QVERIFY(mDaemon->request(Command::readSettings));
+    QCOMPARE(recorder.sent().size(), count);
+}
+
+void DaemonProcessTest::macroIsLetGoOfAtTheEnd()
+{
+    assignMacro({MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 225}),
+                 MacroRecord::eventRecord({.command = MacroRecord::keyUp, .delayMs = 3'600'000, .argument = 225})},
+                1);
+    SentRecorder recorder;
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 106u}), QString());
+    QTRY_COMPARE(recorder.sent(), QStringList{u"+7:225"_s});
+    QCOMPARE(mDaemon->terminate(), 0);
+    QTRY_COMPARE(recorder.sent(), QStringList({u"+7:225"_s, u"-7:225"_s}));
 }
 
 void DaemonProcessTest::captureEndsWhenTheClientLeavesTheBus()

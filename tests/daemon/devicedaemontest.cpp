@@ -54,6 +54,27 @@ QVariantMap startDocument()
          {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}});
 }
 
+QVariantMap macro(const QString &name, uint key)
+{
+    return MacroRecord::withEvents(
+        {{u"MacroName"_s, name}},
+        {MacroRecord::eventRecord({.command = MacroRecord::keyDown, .delayMs = 10, .argument = key}),
+         MacroRecord::eventRecord({.command = MacroRecord::keyUp, .delayMs = 10, .argument = key})});
+}
+
+QVariantMap macroEntry(int index, int repeat)
+{
+    return {{u"command"_s, 10}, {u"param1"_s, index}, {u"param2"_s, repeat}};
+}
+
+QVariantMap documentWithMacros()
+{
+    const QVariantMap keys{{u"58"_s, macroEntry(0, 254)}, {u"59"_s, macroEntry(1, 255)}, {u"60"_s, keyEntry(17, 1)}};
+    return SettingsDocument::completed({{u"Profiles"_s, QVariantList{profile(u"A"_s, keys), profile(u"B"_s, keys)}},
+                                        {u"Macros"_s, QVariantList{macro(u"First"_s, 4), macro(u"Second"_s, 5)}},
+                                        {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}});
+}
+
 const QString client = u"TestReplyPort"_s;
 
 } // namespace
@@ -104,6 +125,14 @@ private Q_SLOTS:
     void gameModeIsToggledAndStored();
     void gameModeMakesTheCommandKeysDead();
     void brightnessKeysChangeTheActiveProfile();
+    void keyPlaysAMacroAtItsTimes();
+    void macroMayBeLateButDoesNotDrift();
+    void changeStopsTheMacrosItConcerns_data();
+    void changeStopsTheMacrosItConcerns();
+    void recordingStopsMacrosAndDoesNotHearThem();
+    void macroIsStoppedWhenItsKeySwitchesAway();
+    void impossibleMacrosAreRefused_data();
+    void impossibleMacrosAreRefused();
     void brightnessKeysAreKeysOfTheConsumerPage();
     void lightFollowsTheActiveProfile();
     void lightIsOffWithoutTheKeyboard();
@@ -133,6 +162,10 @@ private:
     {
         QCOMPARE(mKeyboard->release(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done);
     }
+    /// Lets time pass until `end`, calling the daemon when it wants to be called.
+    void passTime(std::chrono::microseconds end);
+    /// Starts a daemon with two macros: F1 plays the first until pressed again, F2 the second until released.
+    void startWithMacros();
     QStringList takeNotificationNames();
     QVariantMap notification(const QString &name) const;
     QVariantMap storedDocument() const
@@ -150,7 +183,8 @@ private:
     QStringList mSent; // "+4", "-4": what the computer saw
     QStringList mLaunched;
     QString mWatchedClient;
-    std::chrono::milliseconds mNow = 0ms;
+    std::chrono::microseconds mNow = 0ms;
+    std::optional<std::chrono::microseconds> mWakeTime; // what the daemon has asked for
     std::function<void()> mOnReply;
 };
 
@@ -182,6 +216,7 @@ void DeviceDaemonTest::start(const QVariantMap &document)
         .watchClient = [this](const QString &port) { mWatchedClient = port; },
         .launchProgram = [this](const QString &program) { mLaunched += program; },
         .now = [this] { return mNow; },
+        .wakeAt = [this](std::optional<std::chrono::microseconds> time) { mWakeTime = time; },
     };
     mDaemon = std::make_unique<DeviceDaemon>(*mStore, *mKeyboard, std::move(outlets), document);
 }
@@ -198,6 +233,7 @@ void DeviceDaemonTest::cleanup()
     mLaunched.clear();
     mOnReply = {};
     mNow = 0ms;
+    mWakeTime.reset();
 }
 
 void DeviceDaemonTest::send(Command command, QVariantMap request, const QString &port)
@@ -764,6 +800,202 @@ void DeviceDaemonTest::brightnessKeysChangeTheActiveProfile()
     QCOMPARE(mKeyboard->shownBrightness(), 0);
 }
 
+// Macros
+
+void DeviceDaemonTest::passTime(std::chrono::microseconds end)
+{
+    while (mWakeTime && *mWakeTime <= end) {
+        mNow = std::max(mNow, *std::exchange(mWakeTime, std::nullopt));
+        mDaemon->wake();
+    }
+    mNow = end;
+}
+
+void DeviceDaemonTest::startWithMacros()
+{
+    start(documentWithMacros());
+}
+
+void DeviceDaemonTest::keyPlaysAMacroAtItsTimes()
+{
+    startWithMacros();
+    press(59);
+    QCOMPARE(mSent, QStringList());
+    passTime(9999us);
+    QCOMPARE(mSent, QStringList());
+    passTime(10ms);
+    QCOMPARE(mSent, QStringList{u"+5"_s});
+    passTime(31ms);
+    QCOMPARE(mSent, (QStringList{u"+5"_s, u"-5"_s, u"+5"_s}));
+    release(59);
+    QCOMPARE(mSent, (QStringList{u"+5"_s, u"-5"_s, u"+5"_s, u"-5"_s}));
+    QVERIFY(!mWakeTime); // nothing wakes the daemon any more
+}
+
+void DeviceDaemonTest::macroMayBeLateButDoesNotDrift()
+{
+    startWithMacros();
+    press(58);
+    release(58);
+    QRandomGenerator random(58);
+    for (int event = 1; event <= 1000; ++event) {
+        QVERIFY(mWakeTime);
+        QCOMPARE(mWakeTime->count(), event * 10'000);
+        mNow = *mWakeTime + std::chrono::microseconds(random.bounded(3000));
+        mDaemon->wake();
+        QCOMPARE(mSent.size(), event);
+    }
+    press(58);
+    QVERIFY(mKeyboard->sentKeys().isEmpty());
+}
+
+void DeviceDaemonTest::changeStopsTheMacrosItConcerns_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QVariantMap>("request");
+    QTest::addColumn<bool>("stopsFirst");
+    QTest::addColumn<bool>("stopsSecond");
+    const auto row = [](const char *name, Command command, const QVariantMap &request, bool first, bool second) {
+        QTest::newRow(name) << static_cast<int>(command) << request << first << second;
+    };
+    const QVariantMap event = MacroRecord::eventRecord({.command = 1, .delayMs = 1, .argument = 6});
+    row("edit an event", Command::updateEvent, {{u"macroID"_s, 0}, {u"sequenceIdx"_s, 0}, {u"sequence"_s, event}}, true,
+        false);
+    row("remove an event", Command::removeEvent, {{u"macroID"_s, 1}, {u"macroEventTableIndex"_s, 0}}, false, true);
+    row("remove all events", Command::removeAllEvents, {{u"macroID"_s, 0}}, true, false);
+    row("set a delay", Command::setDelay, {{u"macroID"_s, 1}, {u"sequenceIdx"_s, 1}, {u"delay"_s, 5}}, false, true);
+    row("set all delays", Command::setAllDelays, {{u"macroID"_s, 0}, {u"delay"_s, 0}, {u"HasNoDelay"_s, true}}, true,
+        false);
+    row("delete the first", Command::deleteMacro, {{u"macroID"_s, 0}}, true, false);
+    row("delete the second", Command::deleteMacro, {{u"macroID"_s, 1}}, false, true);
+    row("rename", Command::renameMacro,
+        {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"X"_s}, {u"macroID"_s, 0}}}}, false, false);
+    row("add a macro", Command::addMacro, {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"X"_s}}}}, false, false);
+    row("switch the profile", Command::switchProfile, {{u"ProfileID"_s, 1}}, true, true);
+    row("switch to the same profile", Command::switchProfile, {{u"ProfileID"_s, 0}}, false, false);
+    row("assign the first key anew", Command::updateProfile,
+        {{u"ProfileID"_s, 0},
+         {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap{{u"59"_s, macroEntry(1, 255)}}}}}},
+        true, false);
+    row("read", Command::readSettings, {}, false, false);
+    row("a change that is refused", Command::deleteMacro, {{u"macroID"_s, 9}}, false, false);
+    row("record", Command::startMacroRecording, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}, true, true);
+    row("capture", Command::startSingleKeyRecording, {}, true, true);
+}
+
+void DeviceDaemonTest::changeStopsTheMacrosItConcerns()
+{
+    QFETCH(int, command);
+    QFETCH(QVariantMap, request);
+    QFETCH(bool, stopsFirst);
+    QFETCH(bool, stopsSecond);
+    QLoggingCategory::setFilterRules(u"kestra.*=false"_s);
+    startWithMacros();
+    press(58);
+    release(58);
+    press(59);
+    passTime(15ms);
+    QCOMPARE(mSent, (QStringList{u"+4"_s, u"+5"_s}));
+    mSent.clear();
+    // It is stopped before the reply tells that it is changed.
+    QStringList sentBeforeReply;
+    mOnReply = [&] { sentBeforeReply = mSent; };
+    send(static_cast<Command>(command), request);
+    mOnReply = {};
+    QStringList expected;
+    if (stopsFirst)
+        expected += u"-4"_s;
+    if (stopsSecond)
+        expected += u"-5"_s;
+    QCOMPARE(sentBeforeReply, expected);
+    mSent.clear();
+    passTime(25ms);
+    QCOMPARE(mSent.contains(u"-4"_s), !stopsFirst);
+    QCOMPARE(mSent.contains(u"-5"_s), !stopsSecond);
+    release(59);
+    mKeyboard->remove();
+    QVERIFY(mKeyboard->sentKeys().isEmpty());
+    QLoggingCategory::setFilterRules(QString());
+}
+
+void DeviceDaemonTest::recordingStopsMacrosAndDoesNotHearThem()
+{
+    startWithMacros();
+    press(58);
+    release(58);
+    passTime(15ms);
+    send(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}});
+    QCOMPARE(mSent, (QStringList{u"+4"_s, u"-4"_s}));
+    takeNotificationNames();
+    passTime(1s);
+    QCOMPARE(takeNotificationNames(), QStringList());
+    QCOMPARE(mSent.size(), 2);
+}
+
+void DeviceDaemonTest::macroIsStoppedWhenItsKeySwitchesAway()
+{
+    startWithMacros();
+    press(59);
+    passTime(15ms);
+    press(60);
+    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(mSent, (QStringList{u"+5"_s, u"-5"_s}));
+    passTime(1s);
+    release(60);
+    release(59);
+    QCOMPARE(mSent.size(), 2);
+}
+
+void DeviceDaemonTest::impossibleMacrosAreRefused_data()
+{
+    QTest::addColumn<QVariant>("contents");
+    QTest::addColumn<int>("status");
+    const auto named = [](const QVariant &sequence) {
+        return QVariant(QVariantMap{{u"MacroName"_s, u"X"_s}, {u"sequence"_s, sequence}});
+    };
+    const auto withEvents = [&](const QVariant &events) { return named(QVariantMap{{u"Events"_s, events}}); };
+    QTest::newRow("no dictionary") << QVariant(5) << 2;
+    QTest::newRow("name that is no text") << QVariant(QVariantMap{{u"MacroName"_s, 5}}) << 2;
+    QTest::newRow("sequence that is an array") << named(QVariantList{1}) << 2;
+    QTest::newRow("events that are text") << withEvents(u"A"_s) << 2;
+    QTest::newRow("event that is text") << withEvents(QVariantList{u"A"_s}) << 2;
+    QTest::newRow("delay that is text") << withEvents(QVariantList{QVariantMap{{u"delay"_s, u"soon"_s}}}) << 2;
+    QTest::newRow("one event too many") << withEvents(
+        QVariantList(MacroRecord::maximumEvents + 1, QVariant(QVariantMap())))
+                                        << 4;
+    QTest::newRow("900 000 events") << withEvents(QVariantList(900'000, QVariant(QVariantMap()))) << 4;
+    // Stored as they are: what the engine does not understand it does not play.
+    QTest::newRow("another page") << withEvents(QVariantList{MacroRecord::eventRecord({.page = 12})}) << 0;
+    QTest::newRow("no such key") << withEvents(QVariantList{MacroRecord::eventRecord({.argument = 4000})}) << 0;
+    QTest::newRow("negative delay") << withEvents(QVariantList{MacroRecord::eventRecord({.delayMs = -1})}) << 0;
+    QTest::newRow("another key of the sequence") << named(QVariantMap{{u"MacroEvents"_s, QVariantList{1, 2}}}) << 0;
+}
+
+void DeviceDaemonTest::impossibleMacrosAreRefused()
+{
+    QFETCH(QVariant, contents);
+    QFETCH(int, status);
+    startWithMacros();
+    const QVariantMap before = mDaemon->document();
+    if (status != 0)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"request 32"_s));
+    QCOMPARE(statusOf(Command::addMacro, {{u"MacroContents"_s, contents}}), status);
+    if (status != 0) {
+        QVERIFY(mDaemon->document() == before);
+        return;
+    }
+    QVariantMap stored = SettingsDocument::macros(mDaemon->document()).constLast().toMap();
+    stored.remove(u"macroID"_s);
+    QCOMPARE(stored, contents.toMap());
+    send(Command::updateProfile,
+         {{u"ProfileID"_s, 0},
+          {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(10, 2)}}}}}});
+    press(4);
+    passTime(1s);
+    release(4);
+    QCOMPARE(mSent, QStringList());
+}
+
 void DeviceDaemonTest::brightnessKeysAreKeysOfTheConsumerPage()
 {
     QCOMPARE(mKeyboard->press(12, 0x7A), VirtualKeyboard::Result::done);
@@ -949,7 +1181,7 @@ void DeviceDaemonTest::onTheFlyMacroThatCannotBeStoredIsNone()
     const QVariantMap before = mDaemon->document();
     takeNotificationNames();
     {
-        const FileSizeLimit fullDisk(0);
+        const FileSizeLimit fullDisk(16);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"could not be stored"_s));
         press(5);
@@ -987,13 +1219,25 @@ void DeviceDaemonTest::randomUseLeavesNoKeyDown()
     const QList<int> keys{4, 5, 58, 225, 227};
     const auto randomKeys = [&] {
         QVariantMap mappings;
-        for (const int key : keys)
-            mappings.insert(QString::number(key),
-                            keyEntry(QList<int>{45, 16, 20, 17}.at(random.bounded(4)), random.bounded(8)));
+        for (const int key : keys) {
+            const int command = QList<int>{45, 16, 20, 17, 10}.at(random.bounded(5));
+            mappings.insert(QString::number(key), command == 10
+                                                      ? macroEntry(random.bounded(3), random.bounded(253, 256))
+                                                      : keyEntry(command, random.bounded(8)));
+        }
         return QVariantMap{{u"Keys"_s, mappings}};
     };
+    startWithMacros();
     for (int step = 0; step < 3000; ++step) {
-        switch (random.bounded(24)) {
+        switch (random.bounded(30)) {
+        case 14: send(Command::removeAllEvents, {{u"macroID"_s, random.bounded(3)}}); break;
+        case 10:
+            send(Command::addMacro, {{u"MacroContents"_s, macro(u"Another"_s, uint(4 + random.bounded(2)))}});
+            send(Command::deleteMacro, {{u"macroID"_s, random.bounded(2)}});
+            break;
+        case 11:
+        case 12:
+        case 13: passTime(mNow + std::chrono::microseconds(random.bounded(40'000))); break;
         case 0:
             send(Command::updateProfile,
                  {{u"ProfileID"_s, random.bounded(2)}, {u"DeviceSettingsDictionary"_s, randomKeys()}});
@@ -1018,7 +1262,10 @@ void DeviceDaemonTest::randomUseLeavesNoKeyDown()
     QVERIFY(mSent.size() > 100);
     mKeyboard->attach();
     mKeyboard->releaseAll();
+    send(Command::switchProfile, {{u"ProfileID"_s, 0}});
+    send(Command::switchProfile, {{u"ProfileID"_s, 1}}); // one of the two stops the macros
     QVERIFY(mKeyboard->sentKeys().isEmpty());
+    QVERIFY(!mWakeTime);
 }
 
 // Chance: any command, any bytes, keys and plugging in between.

@@ -5,11 +5,12 @@
 #include "keys/keylayout.h"
 #include "keys/keymapping.h"
 #include "keys/keynames.h"
+#include "macros/macrorecord.h"
 
+#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using KeyMappings::Assignment;
 
 namespace {
@@ -105,22 +106,49 @@ std::optional<Mapping> mappingOf(const QStringList &words)
     return {};
 }
 
+/// The event "PAUSE KEY down|up" or "PAUSE page PAGE USAGE COMMAND"; absent when the words mean neither.
+std::optional<QVariantMap> eventOf(const QStringList &words)
+{
+    bool isNumber = false;
+    const int pause = words.value(0).toInt(&isNumber);
+    if (isNumber && words.size() == 5 && words.at(1) == "page"_L1)
+        return MacroRecord::eventRecord({.command = words.at(4).toInt(),
+                                         .delayMs = pause,
+                                         .page = words.at(2).toInt(),
+                                         .argument = words.at(3).toUInt()});
+    const std::optional<HidUsage> usage = usageOf(words.value(1));
+    const bool isDown = words.value(2) == "down"_L1;
+    if (!isNumber || !usage || (!isDown && words.value(2) != "up"_L1))
+        return {};
+    return MacroRecord::eventRecord({.command = isDown ? MacroRecord::keyDown : MacroRecord::keyUp,
+                                     .delayMs = pause,
+                                     .page = usage->page,
+                                     .argument = usage->usage});
+}
+
 } // namespace
 
 QString EngineScript::run(const QString &line)
 {
     const QStringList words = line.simplified().split(u' ');
+    static const QStringList settings{u"profile"_s, u"macro"_s, u"delete-macro"_s, u"switch"_s, u"capture"_s};
+    return settings.contains(words.first()) ? runSetting(words) : runEvent(words);
+}
+
+QString EngineScript::runSetting(const QStringList &words)
+{
     if (words.first() == "profile"_L1)
         return setMapping(words);
+    if (words.first() == "macro"_L1)
+        return setMacro(words);
+    if (words.first() == "delete-macro"_L1)
+        return deleteMacro(words);
     if (words.first() == "switch"_L1) {
         switchTo(words.value(1).toInt());
         return {};
     }
-    if (words.first() == "capture"_L1) {
-        mEngine.setCapturing(words.value(1) == "on"_L1);
-        return words.value(1) == "on"_L1 || words.value(1) == "off"_L1 ? QString() : u"on or off?"_s;
-    }
-    return runEvent(words);
+    takeBetween(mEngine.setCapturing(words.value(1) == "on"_L1));
+    return words.value(1) == "on"_L1 || words.value(1) == "off"_L1 ? QString() : u"on or off?"_s;
 }
 
 QString EngineScript::runEvent(const QStringList &words)
@@ -134,15 +162,37 @@ QString EngineScript::runEvent(const QStringList &words)
         take(mEngine.releaseAll());
         return {};
     }
+    if (words.first() == "wait"_L1 || words.first() == "stall"_L1)
+        return pass(words);
     const std::optional<HidUsage> key = usageOf(words.value(1));
     if (!key)
         return u"no such key"_s;
     if (words.first() == "press"_L1)
-        take(mEngine.keyDown(*key, 0ms));
+        take(mEngine.keyDown(*key, mNow));
     else if (words.first() == "release"_L1)
-        take(mEngine.keyUp(*key, 0ms));
+        take(mEngine.keyUp(*key, mNow));
     else
         return u"no such event"_s;
+    return {};
+}
+
+/// Time passes; the engine is called whenever it asks for it, or in a stall only at the end.
+QString EngineScript::pass(const QStringList &words)
+{
+    bool isNumber = false;
+    const KeyEngine::Time end = mNow + std::chrono::milliseconds(words.value(1).toInt(&isNumber));
+    if (!isNumber)
+        return u"how many milliseconds?"_s;
+    if (words.first() == "stall"_L1)
+        mNow = end;
+    QStringList texts;
+    for (auto deadline = mEngine.nextDeadline(); deadline && *deadline <= end; deadline = mEngine.nextDeadline()) {
+        mNow = std::max(mNow, *deadline);
+        for (const QString &text : textsOf(mEngine.advance(mNow)))
+            texts += u"%1 at %2"_s.arg(text).arg(static_cast<double>(mNow.count()) / 1000);
+    }
+    mNow = end;
+    mOutputLines += texts.isEmpty() ? u"nothing"_s : texts.join(u", "_s);
     return {};
 }
 
@@ -160,24 +210,78 @@ QString EngineScript::setMapping(const QStringList &words)
                   KeyMappings::withEntry(record.value(SettingsKeys::keys).toMap(), KeyLayout::codeText(key->usage),
                                          mapping->assignment, mapping->param1, mapping->param2));
     if (profile == mActive)
-        switchTo(profile);
+        useMap();
+    return {};
+}
+
+QString EngineScript::setMacro(const QStringList &words)
+{
+    const int index = words.value(1).toInt();
+    QVariantList events;
+    for (const QString &text : words.sliced(std::min<qsizetype>(2, words.size())).join(u' ').split(u',')) {
+        const std::optional<QVariantMap> event = eventOf(text.simplified().split(u' '));
+        if (!event)
+            return u"no such event of a macro"_s;
+        events += *event;
+    }
+    if (index < 0 || index > mMacros.size())
+        return u"no such macro"_s;
+    if (index == mMacros.size())
+        mMacros += QVariantMap{{SettingsKeys::macroId, ++mLastMacroId}};
+    mMacros[index] = MacroRecord::withEvents(mMacros.at(index).toMap(), events);
+    useMacros();
+    return {};
+}
+
+QString EngineScript::deleteMacro(const QStringList &words)
+{
+    const int index = words.value(1).toInt();
+    if (index < 0 || index >= mMacros.size())
+        return u"no such macro"_s;
+    mMacros.removeAt(index);
+    useMacros();
     return {};
 }
 
 void EngineScript::switchTo(int profile)
 {
     mActive = profile;
-    mEngine.setKeyMap(KeyMap(mProfiles.value(profile)));
+    takeBetween(mEngine.stopMacros());
+    useMap();
+}
+
+void EngineScript::useMap()
+{
+    takeBetween(mEngine.setKeyMap(KeyMap(mProfiles.value(mActive))));
+}
+
+void EngineScript::useMacros()
+{
+    mPlayable = playableMacros(mMacros, mPlayable);
+    takeBetween(mEngine.setMacros(mPlayable));
+}
+
+QStringList EngineScript::textsOf(const EngineOutputs &outputs)
+{
+    QStringList texts;
+    for (const EngineOutput &output : outputs)
+        texts += textOf(output);
+    return texts;
 }
 
 void EngineScript::take(const EngineOutputs &outputs)
 {
-    QStringList texts;
+    const QStringList texts = textsOf(outputs);
+    mOutputLines += texts.isEmpty() ? u"nothing"_s : texts.join(u", "_s);
     for (const EngineOutput &output : outputs) {
-        texts += textOf(output);
         if (output.kind == EngineOutput::Kind::switchProfile && output.profileIndex >= 0
             && output.profileIndex < mProfiles.size())
             switchTo(output.profileIndex);
     }
-    mOutputLines += texts.isEmpty() ? u"nothing"_s : texts.join(u", "_s);
+}
+
+void EngineScript::takeBetween(const EngineOutputs &outputs)
+{
+    if (!outputs.isEmpty())
+        take(outputs);
 }

@@ -22,13 +22,26 @@ public:
     [[nodiscard]] QList<HidUsage> sentDown() const { return mEngine.sentDown(); }
 
 private:
+    [[nodiscard]] QString runSetting(const QStringList &words);
     [[nodiscard]] QString runEvent(const QStringList &words);
     [[nodiscard]] QString setMapping(const QStringList &words);
+    [[nodiscard]] QString setMacro(const QStringList &words);
+    [[nodiscard]] QString deleteMacro(const QStringList &words);
+    [[nodiscard]] QString pass(const QStringList &words);
     void switchTo(int profile);
+    void useMap();
+    void useMacros();
+    [[nodiscard]] QStringList textsOf(const EngineOutputs &outputs);
     void take(const EngineOutputs &outputs);
+    /// As take(), but only what brings something is a line: it was no event.
+    void takeBetween(const EngineOutputs &outputs);
 
     KeyEngine mEngine;
+    KeyEngine::Time mNow{};
     QList<QVariantMap> mProfiles{{}};
+    QVariantList mMacros;
+    PlayableMacros mPlayable;
+    int mLastMacroId = 0;
     int mActive = 0;
     bool mIsGameModeOn = false;
     QStringList mOutputLines;

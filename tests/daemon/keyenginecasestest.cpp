@@ -67,6 +67,11 @@ void KeyEngineCasesTest::mistakesInACaseAreFound_data()
     QTest::newRow("target") << u"profile 0 key A single-key Banana"_s;
     QTest::newRow("modifier") << u"profile 0 key A single-key C D"_s;
     QTest::newRow("capture") << u"capture maybe"_s;
+    QTest::newRow("macro without a pause") << u"macro 0 A down"_s;
+    QTest::newRow("macro with half an event") << u"macro 0 5 A"_s;
+    QTest::newRow("macro that leaves a gap") << u"macro 1 5 A down"_s;
+    QTest::newRow("macro to delete") << u"delete-macro 0"_s;
+    QTest::newRow("time") << u"wait long"_s;
 }
 
 void KeyEngineCasesTest::mistakesInACaseAreFound()

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+// "macro record" and "macro play": macros and the keyboard.
+#include "app/util/settingskeys.h"
+#include "cli/commandtable.h"
+#include "cli/keydescription.h"
+#include "cli/macrochoice.h"
+#include "cli/untilended.h"
+#include "cli/virtualkeyboardclient.h"
+#include "keys/keylayout.h"
+#include "keys/keymapping.h"
+#include "keys/keynames.h"
+#include "macros/macrorecord.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/messageport.h"
+
+#include <QDBusServiceWatcher>
+#include <QEventLoop>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using DaemonProtocol::Command;
+
+namespace {
+
+constexpr std::chrono::milliseconds usualPlayTime = 1s;
+
+/// What "--seconds" says; false, with the reason said, when it says nothing sensible.
+bool readSeconds(CommandContext &context, std::optional<std::chrono::milliseconds> &duration)
+{
+    if (!context.hasOption(Options::seconds))
+        return true;
+    duration = secondsOf(context.optionValue(Options::seconds));
+    if (!duration)
+        context.console.fail(ExitCode::usage, u"\"%1\" is no number of seconds above 0 and up to a day"_s.arg(
+                                                  context.optionValue(Options::seconds)));
+    return duration.has_value();
+}
+
+/// Begins the recording and prints the lines of the events as they come, until it is to end or can go on no more.
+DaemonClient::Answer record(CommandContext &context, const QVariantMap &request,
+                            std::optional<std::chrono::milliseconds> duration)
+{
+    QEventLoop loop;
+    auto &notifications = DistributedNotificationCenter::defaultCenter();
+    const auto printLines = [&context](const DistributedNotification &notification) {
+        for (const QVariant &line : notification.userInfo.value(DaemonProtocol::messagesArray).toList())
+            context.console.printNow(line.toString().trimmed());
+    };
+    notifications.addObserver(&loop, DaemonProtocol::macroSequenceNotification, printLines);
+    notifications.addObserver(&loop, DaemonProtocol::deviceRemoved,
+                              [&loop](const DistributedNotification &) { loop.quit(); });
+    const QDBusServiceWatcher daemonWatch(messagePortBusName(DaemonProtocol::requestPortName),
+                                          QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForUnregistration);
+    QObject::connect(&daemonWatch, &QDBusServiceWatcher::serviceUnregistered, &loop, &QEventLoop::quit);
+    const DaemonClient::Answer answer = context.daemon.sendChecked(Command::startMacroRecording, request);
+    if (answer.ok())
+        runUntilEnded(loop, duration);
+    return answer;
+}
+
+/// A key of the active profile that plays the macro, and how.
+struct PlayingKey
+{
+    int code = 0;
+    int repeat = KeyMappings::playOnceValue;
+};
+
+std::optional<PlayingKey> keyThatPlays(const QVariantMap &document, int macro)
+{
+    const QVariantMap profile = activeProfileRecord(document);
+    for (const KeyRow &row : KeyLayout::selectableKeys()) {
+        const KeyMappings::Entry entry = KeyMappings::entryForKey(profile, row.code);
+        if (entry.is(KeyMappings::Assignment::playMacro) && entry.param1 == macro)
+            return PlayingKey{.code = row.code, .repeat = entry.param2};
+    }
+    return {};
+}
+
+DaemonObjectResult sendKey(QLatin1StringView method, int code)
+{
+    constexpr uint keyboardUsagePage = 0x07;
+    return VirtualKeyboardClient::call(method, {keyboardUsagePage, static_cast<uint>(code)});
+}
+
+/// Does to the key what a finger would: one that repeats until released is held, one that repeats until pressed again
+/// is pressed again.
+DaemonObjectResult pressFor(const PlayingKey &key, std::chrono::milliseconds duration)
+{
+    QEventLoop loop;
+    const bool isHeld = key.repeat == KeyMappings::repeatUntilReleasedValue;
+    DaemonObjectResult result = sendKey("Press"_L1, key.code);
+    if (result.failure != ExitCode::ok)
+        return result;
+    if (isHeld)
+        runUntilEnded(loop, duration);
+    result = sendKey("Release"_L1, key.code);
+    if (result.failure != ExitCode::ok || key.repeat != KeyMappings::repeatUntilPressedAgainValue)
+        return result;
+    runUntilEnded(loop, duration);
+    result = sendKey("Press"_L1, key.code);
+    return result.failure == ExitCode::ok ? sendKey("Release"_L1, key.code) : result;
+}
+
+} // namespace
+
+ExitCode recordMacro(CommandContext &context)
+{
+    std::optional<std::chrono::milliseconds> duration;
+    if (!readSeconds(context, duration))
+        return ExitCode::usage;
+    ExitCode failure = ExitCode::ok;
+    const auto chosen = chooseMacro(context, failure);
+    if (!chosen)
+        return failure;
+    const QVariantMap request{{DaemonProtocol::macroId, chosen->number},
+                              {DaemonProtocol::isAppendRecording, context.hasOption(Options::append) ? 1 : 0}};
+    DaemonClient::Answer answer = record(context, request, duration);
+    if (answer.ok())
+        answer = context.daemon.sendChecked(Command::stopMacroRecording);
+    if (answer.ok())
+        answer = context.daemon.sendChecked(Command::saveRecordedEvents, request);
+    if (answer.ok())
+        answer = context.daemon.document();
+    if (!answer.ok())
+        return context.console.fail(answer.failure, answer.reason);
+    const QVariantMap saved = answer.reply.value(SettingsKeys::macros).toList().value(chosen->number).toMap();
+    context.console.print(u"%1 has %2 events"_s.arg(chosen->words()).arg(MacroRecord::events(saved).size()));
+    return ExitCode::ok;
+}
+
+ExitCode playMacro(CommandContext &context)
+{
+    std::optional<std::chrono::milliseconds> duration;
+    if (!readSeconds(context, duration))
+        return ExitCode::usage;
+    ExitCode failure = ExitCode::ok;
+    const auto chosen = chooseMacro(context, failure);
+    if (!chosen)
+        return failure;
+    const std::optional<PlayingKey> key = keyThatPlays(chosen->document, chosen->number);
+    if (!key)
+        return context.console.fail(
+            ExitCode::usage, u"no key of the active profile plays %1 (see kestractl help key)"_s.arg(chosen->words()));
+    const DaemonObjectResult result = pressFor(*key, duration.value_or(usualPlayTime));
+    if (result.failure != ExitCode::ok)
+        return context.console.fail(result.failure, result.reason);
+    context.console.print(keyName(key->code) + u": "_s + describeKey(chosen->document, key->code));
+    return ExitCode::ok;
+}
+
+QList<CommandForm> recordMacroForms()
+{
+    return {{.words = u"N|NAME [--append] [--seconds S]"_s,
+             .help = u"record the keys of the keyboard, until Return or for S seconds"_s}};
+}
+
+QList<CommandForm> playMacroForms()
+{
+    return {
+        {.words = u"N|NAME [--seconds S]"_s, .help = u"press the key of the virtual keyboard that plays a macro"_s}};
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// Waiting for a person or for time to pass. Main thread.
+#pragma once
+
+#include <QEventLoop>
+
+#include <chrono>
+#include <optional>
+
+/// Reads the seconds that "--seconds" gives: above 0, at most a day. Absent when `text` means none.
+[[nodiscard]] std::optional<std::chrono::milliseconds> secondsOf(const QString &text);
+
+/// Runs `loop` until somebody quits it, for `duration`, or, without one, until a line or the end of the standard input;
+/// in any case until SIGINT, SIGTERM or SIGHUP, so that what has begun can be brought to its end.
+void runUntilEnded(QEventLoop &loop, std::optional<std::chrono::milliseconds> duration);

@@ -1,0 +1,382 @@
+// SPDX-License-Identifier: MIT
+// "kestractl macro" and the real daemon with its virtual keyboard, on a private bus with settings of their own.
+#include "app/util/propertylist.h"
+#include "app/util/qlcoreutility.h"
+#include "macros/macrorecord.h"
+#include "tests/cli/kestractlprocess.h"
+#include "tests/support/daemonprocessfixture.h"
+#include "tests/support/sentrecorder.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A file with these bytes in `folder`; its path.
+QString fileWith(const QTemporaryDir &folder, const QByteArray &bytes)
+{
+    const QString path = folder.filePath(u"File.KestraMacro"_s);
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() ? path : QString();
+}
+
+QVariantMap tapOfA(int delayMs)
+{
+    return MacroRecord::withEvents(
+        {{u"MacroName"_s, u"Tap"_s}},
+        {MacroRecord::eventRecord({.command = MacroRecord::keyDown, .delayMs = delayMs, .argument = 4}),
+         MacroRecord::eventRecord({.command = MacroRecord::keyUp, .delayMs = delayMs, .argument = 4})});
+}
+
+} // namespace
+
+class TestKestractlMacros : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void macrosAreAddedListedRenamedAndDeleted();
+    void deletingFreesTheKeys();
+    void macroIsShownAsTheWindowShowsIt();
+    void exportedMacroIsImportedUnderANameOfItsOwn();
+    void importNamesWhatHasNoName();
+    void importRefusesWhatIsNoMacro_data();
+    void importRefusesWhatIsNoMacro();
+    void exportSaysWhatItCannotWrite();
+    void recordsUntilReturn();
+    void recordingAppends();
+    void recordingEndsByItself_data();
+    void recordingEndsByItself();
+    void recordingNeedsTheKeyboard();
+    void playsByTheKeyThatIsAssigned_data();
+    void playsByTheKeyThatIsAssigned();
+    void playingNeedsAKey();
+    void macroThatDoesNotExistIsWrongUsage_data();
+    void macroThatDoesNotExistIsWrongUsage();
+
+private:
+    KestractlResult run(const QStringList &words) const
+    {
+        return runKestractl(QStringList{u"macro"_s} + words, mDaemon->environment());
+    }
+    QString line(const QStringList &words) const { return run(words).text().trimmed(); }
+    QStringList names() const;
+    QVariantMap record(int number);
+    void add(const QVariantMap &macro);
+    /// Starts "kestractl macro record" and waits until the daemon records.
+    void startRecording(QProcess &process, const QStringList &words);
+    void tap(uint key);
+
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+    std::unique_ptr<QTemporaryDir> mFolder;
+};
+
+void TestKestractlMacros::init()
+{
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    QVERIFY(mDaemon->start());
+    mFolder = std::make_unique<QTemporaryDir>();
+}
+
+void TestKestractlMacros::cleanup()
+{
+    mDaemon.reset();
+    mFolder.reset();
+}
+
+QStringList TestKestractlMacros::names() const
+{
+    QStringList names;
+    for (const QJsonValue &macro : run({u"list"_s, u"--json"_s}).json().array())
+        names += macro.toObject().value("name"_L1).toString();
+    return names;
+}
+
+QVariantMap TestKestractlMacros::record(int number)
+{
+    const auto settings = mDaemon->request(DaemonProtocol::Command::readSettings);
+    return settings
+               ? settings->values.value(u"AllDevSettings"_s).toMap().value(u"Macros"_s).toList().value(number).toMap()
+               : QVariantMap();
+}
+
+void TestKestractlMacros::add(const QVariantMap &macro)
+{
+    const auto reply = mDaemon->request(DaemonProtocol::Command::addMacro, {{u"MacroContents"_s, macro}});
+    QVERIFY(reply && reply->values.value(u"ReturnStatus"_s) == QVariant(0));
+}
+
+void TestKestractlMacros::startRecording(QProcess &process, const QStringList &words)
+{
+    startKestractl(process, QStringList{u"macro"_s, u"record"_s} + words, mDaemon->environment());
+    QTRY_VERIFY(mDaemon->log().contains("a client starts a recording"));
+}
+
+void TestKestractlMacros::tap(uint key)
+{
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, key}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, key}), QString());
+}
+
+void TestKestractlMacros::macrosAreAddedListedRenamedAndDeleted()
+{
+    QCOMPARE(line({u"list"_s}), QString());
+    QCOMPARE(line({u"add"_s}), u"macro 0 \"Untitled Macro\" is added"_s);
+    QCOMPARE(line({u"add"_s}), u"macro 1 \"Untitled Macro(2)\" is added"_s);
+    QCOMPARE(line({u"add"_s, u"Combo"_s}), u"macro 2 \"Combo\" is added"_s);
+    QCOMPARE(record(2).value(u"delay"_s), QVariant(20));
+    QCOMPARE(line({u"list"_s}),
+             u"0  Untitled Macro (0 events)\n  1  Untitled Macro(2) (0 events)\n  2  Combo (0 events)"_s);
+    QCOMPARE(line({u"rename"_s, u"0"_s, u"Combo"_s}), u"macro 0 \"Combo(2)\" is renamed"_s);
+    QCOMPARE(line({u"rename"_s, u"Combo"_s, u"Combo"_s}), u"macro 2 \"Combo\" is renamed"_s); // itself is not taken
+    QCOMPARE(names(), QStringList({u"Combo(2)"_s, u"Untitled Macro(2)"_s, u"Combo"_s}));
+    QCOMPARE(line({u"delete"_s, u"Untitled Macro(2)"_s}), u"macro 1 \"Untitled Macro(2)\" is deleted"_s);
+    QCOMPARE(names(), QStringList({u"Combo(2)"_s, u"Combo"_s}));
+}
+
+void TestKestractlMacros::deletingFreesTheKeys()
+{
+    add(tapOfA(1));
+    QCOMPARE(runKestractl({u"key"_s, u"M1"_s, u"macro"_s, u"0"_s}, mDaemon->environment()).exitCode, 0);
+    QCOMPARE(run({u"delete"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(runKestractl({u"key"_s, u"M1"_s}, mDaemon->environment()).text().trimmed(), u"M1: default key"_s);
+}
+
+void TestKestractlMacros::macroIsShownAsTheWindowShowsIt()
+{
+    const QVariantMap macro =
+        MacroRecord::withEvents({{u"MacroName"_s, u"Mixed"_s}},
+                                {MacroRecord::eventRecord({.command = 1, .delayMs = 20, .argument = 225}),
+                                 MacroRecord::eventRecord({.command = 1, .delayMs = 15, .page = 9, .argument = 1}),
+                                 MacroRecord::eventRecord({.command = 1, .delayMs = 5, .page = 12, .argument = 1}),
+                                 MacroRecord::eventRecord({.command = 0, .delayMs = 1500, .argument = 225})});
+    add(macro);
+    const QStringList lines{u"Key Press Left Shift"_s, u"0.015 seconds delay"_s, u"Left Button down"_s,
+                            u"0.005 seconds delay"_s,  u"1.500 seconds delay"_s, u"Key Release Left Shift"_s};
+    QCOMPARE(line({u"show"_s, u"Mixed"_s}), lines.join(u'\n'));
+    const QJsonObject object = run({u"show"_s, u"0"_s, u"--json"_s}).json().object();
+    QCOMPARE(object.value("name"_L1).toString(), u"Mixed"_s);
+    QCOMPARE(object.value("lines"_L1).toArray(), QJsonArray::fromStringList(lines));
+    QCOMPARE(object.value("events"_L1).toArray().size(), 4);
+    QCOMPARE(object.value("events"_L1).toArray().at(1).toObject().value("page"_L1).toInt(), 9);
+}
+
+void TestKestractlMacros::exportedMacroIsImportedUnderANameOfItsOwn()
+{
+    QVariantMap macro = tapOfA(7);
+    macro.insert(u"Colour"_s, u"red"_s); // somebody else's
+    add(macro);
+    const QString path = mFolder->filePath(u"Mine"_s);
+    const QString file = path + u".KestraMacro"_s;
+    QCOMPARE(line({u"export"_s, u"Tap"_s, path}), u"macro 0 \"Tap\" is in %1"_s.arg(file));
+    QCOMPARE(PropertyList::readPropertyListFile(file).value_or(QVariantMap()), macro); // without "macroID"
+    QCOMPARE(run({u"export"_s, u"0"_s, file}).exitCode, 0);                            // the suffix is not doubled
+    QVERIFY(!QFile::exists(file + u".KestraMacro"_s));
+    QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Tap(2)\" is added"_s);
+    QVariantMap imported = record(1);
+    QVERIFY(imported.take(u"macroID"_s) != record(0).value(u"macroID"_s));
+    imported.insert(u"MacroName"_s, u"Tap"_s);
+    QCOMPARE(imported, macro);
+}
+
+void TestKestractlMacros::importNamesWhatHasNoName()
+{
+    const QString file = fileWith(*mFolder, "<plist><dict><key>delay</key><integer>20</integer></dict></plist>");
+    QCOMPARE(line({u"import"_s, file}), u"macro 0 \"Untitled Macro\" is added"_s);
+    QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Untitled Macro(2)\" is added"_s);
+}
+
+void TestKestractlMacros::importRefusesWhatIsNoMacro_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("exitCode");
+    const auto encoded = [](const QVariantMap &record) {
+        return QlCoreUtility::convertDictionaryToData(record).value_or(QByteArray());
+    };
+    const auto withEvents = [&](const QVariant &events) {
+        return encoded({{u"sequence"_s, QVariantMap{{u"Events"_s, events}}}});
+    };
+    QTest::newRow("empty") << QByteArray() << 2;
+    QTest::newRow("no property list") << QByteArray("bplist00 but not really") << 2;
+    QTest::newRow("an array") << QByteArray("( 1, 2 )") << 2;
+    QTest::newRow("cut short") << encoded(tapOfA(1)).chopped(9) << 2;
+    QTest::newRow("sequence that is text") << encoded({{u"sequence"_s, u"text"_s}}) << 1;
+    QTest::newRow("events that are numbers") << withEvents(QVariantList{1, 2}) << 1;
+    QTest::newRow("event with text for a number") << withEvents(QVariantList{QVariantMap{{u"page"_s, u"x"_s}}}) << 1;
+    QTest::newRow("too many events") << withEvents(QVariantList(900'000, QVariant(QVariantMap()))) << 1;
+}
+
+void TestKestractlMacros::importRefusesWhatIsNoMacro()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, exitCode);
+    const KestractlResult result = run({u"import"_s, fileWith(*mFolder, bytes)});
+    QCOMPARE(result.exitCode, exitCode);
+    QCOMPARE(result.text(), QString());
+    QVERIFY2(result.errorText().startsWith(u"kestractl: "_s), result.errors.constData());
+    QCOMPARE(names(), QStringList());
+    QVERIFY(mDaemon->isRunning());
+}
+
+void TestKestractlMacros::exportSaysWhatItCannotWrite()
+{
+    add(tapOfA(1));
+    const KestractlResult result = run({u"export"_s, u"0"_s, u"/nonexistent/folder/Mine"_s});
+    QCOMPARE(result.exitCode, 5);
+    QVERIFY2(result.errorText().contains(u"/nonexistent/folder/Mine.KestraMacro"_s), result.errors.constData());
+}
+
+void TestKestractlMacros::recordsUntilReturn()
+{
+    add(tapOfA(1));
+    QProcess process;
+    startRecording(process, {u"Tap"_s});
+    tap(5);
+    // Each line is there when its event is, not only at the end.
+    QByteArray output;
+    QTRY_VERIFY((output += process.readAllStandardOutput()).contains("Key Release B"));
+    QVERIFY(output.startsWith("Key Press B\n"));
+    tap(6);
+    process.write("\n");
+    const KestractlResult result = finishedResult(process);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.errorText(), QString());
+    QCOMPARE(result.text().section(u'\n', -2).trimmed(), u"macro 0 \"Tap\" has 4 events"_s);
+    QStringList keys;
+    for (const QVariant &event : MacroRecord::events(record(0)))
+        keys += QString::number(MacroRecord::eventFields(event.toMap()).argument);
+    QCOMPARE(keys, QStringList({u"5"_s, u"5"_s, u"6"_s, u"6"_s}));
+    QCOMPARE(mDaemon->keyboardProperty(u"SentKeys"_s).isValid(), true);
+}
+
+void TestKestractlMacros::recordingAppends()
+{
+    add(tapOfA(1));
+    QProcess process;
+    startRecording(process, {u"0"_s, u"--append"_s});
+    tap(5);
+    process.closeWriteChannel(); // the end of the input, as of a script's
+    const KestractlResult result = finishedResult(process);
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.text().endsWith(u"macro 0 \"Tap\" has 4 events\n"_s), result.output.constData());
+}
+
+void TestKestractlMacros::recordingEndsByItself_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("after a time") << u"time"_s << 0;
+    QTest::newRow("interrupted") << u"signal"_s << 0;
+    QTest::newRow("keyboard removed") << u"removal"_s << 0;
+    QTest::newRow("daemon gone") << u"kill"_s << 3;
+}
+
+void TestKestractlMacros::recordingEndsByItself()
+{
+    QFETCH(QString, how);
+    QFETCH(int, exitCode);
+    add(tapOfA(1));
+    QProcess process;
+    startRecording(process, how == "time"_L1 ? QStringList{u"0"_s, u"--seconds"_s, u"1.5"_s} : QStringList{u"0"_s});
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 5u}), QString()); // still down at the end
+    QByteArray output;
+    QTRY_VERIFY((output += process.readAllStandardOutput()).contains("Key Press B"));
+    if (how == "signal"_L1)
+        ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    else if (how == "removal"_L1)
+        QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    else if (how == "kill"_L1)
+        mDaemon->kill();
+    const KestractlResult result = finishedResult(process);
+    QCOMPARE(result.exitCode, exitCode);
+    if (exitCode == 0)
+        QCOMPARE(result.text().trimmed(), u"macro 0 \"Tap\" has 2 events"_s);
+    else
+        QVERIFY2(result.errorText().contains(u"not running"_s), result.errors.constData());
+}
+
+void TestKestractlMacros::recordingNeedsTheKeyboard()
+{
+    add(tapOfA(1));
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    const KestractlResult result = run({u"record"_s, u"0"_s, u"--seconds"_s, u"5"_s});
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2(result.errorText().contains(u"status 7"_s), result.errors.constData());
+    QCOMPARE(MacroRecord::events(record(0)).size(), 2);
+}
+
+void TestKestractlMacros::playsByTheKeyThatIsAssigned_data()
+{
+    QTest::addColumn<QString>("repeat");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("atLeast"); // events
+    QTest::newRow("once") << u"once"_s << QStringList() << 2;
+    QTest::newRow("3 times") << u"3"_s << QStringList() << 6;
+    QTest::newRow("until released") << u"until-released"_s << QStringList{u"--seconds=0.3"_s} << 20;
+    QTest::newRow("until pressed again") << u"until-pressed-again"_s << QStringList{u"--seconds=0.3"_s} << 20;
+}
+
+void TestKestractlMacros::playsByTheKeyThatIsAssigned()
+{
+    QFETCH(QString, repeat);
+    QFETCH(QStringList, options);
+    QFETCH(int, atLeast);
+    add(tapOfA(5));
+    QCOMPARE(
+        runKestractl({u"key"_s, u"M3"_s, u"macro"_s, u"Tap"_s, u"--repeat"_s, repeat}, mDaemon->environment()).exitCode,
+        0);
+    SentRecorder recorder;
+    const KestractlResult result = run(QStringList{u"play"_s, u"Tap"_s} + options);
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.text().startsWith(u"M3: macro Tap, "_s), result.output.constData());
+    QTRY_VERIFY(recorder.sent().size() >= atLeast);
+    QTRY_COMPARE(recorder.sent().constLast(), u"-7:4"_s);
+    QCOMPARE(recorder.sent().size() % 2, 0);
+    if (options.isEmpty())
+        QCOMPARE(recorder.sent().size(), atLeast);
+}
+
+void TestKestractlMacros::playingNeedsAKey()
+{
+    add(tapOfA(1));
+    const KestractlResult result = run({u"play"_s, u"0"_s});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errorText().contains(u"no key of the active profile plays macro 0 \"Tap\""_s),
+             result.errors.constData());
+    QCOMPARE(runKestractl({u"key"_s, u"M3"_s, u"macro"_s, u"0"_s}, mDaemon->environment()).exitCode, 0);
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QCOMPARE(run({u"play"_s, u"0"_s}).exitCode, 1);
+}
+
+void TestKestractlMacros::macroThatDoesNotExistIsWrongUsage_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::newRow("show") << QStringList{u"show"_s, u"0"_s};
+    QTest::newRow("rename") << QStringList{u"rename"_s, u"Nobody"_s, u"X"_s};
+    QTest::newRow("delete") << QStringList{u"delete"_s, u"--"_s, u"-1"_s};
+    QTest::newRow("export") << QStringList{u"export"_s, u"0"_s, u"never-written"_s};
+    QTest::newRow("record") << QStringList{u"record"_s, u"7"_s};
+    QTest::newRow("play") << QStringList{u"play"_s, u"Nobody"_s};
+}
+
+void TestKestractlMacros::macroThatDoesNotExistIsWrongUsage()
+{
+    QFETCH(QStringList, words);
+    const KestractlResult result = run(words);
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(result.text(), QString());
+    QVERIFY(!result.errorText().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestKestractlMacros)
+#include "kestractlmacrostest.moc"
