@@ -16,7 +16,6 @@
 #include <QDBusConnection>
 #include <QDir>
 #include <QLibraryInfo>
-#include <QLibraryInfo>
 #include <QLocale>
 #include <QTimer>
 #include <QTranslator>

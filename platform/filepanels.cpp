@@ -49,8 +49,8 @@ void makeSheet(QFileDialog *panel, const QString &title)
     }
 }
 
-/// `name` as the field for file names takes it: no other folder, no home folder, no hidden file, no list of files (which
-/// quotation marks make).
+/// `name` as the field for file names takes it: no other folder, no home folder, no hidden file, no list of files
+/// (which quotation marks make).
 QString proposedFileName(QString name)
 {
     name.replace(u'/', u'-').replace(u'"', u'\'');

@@ -107,8 +107,8 @@ void KeyboardProfilesController::updateUISettings()
 void KeyboardProfilesController::showActiveProfile()
 {
     mProfilesTableView->deselectAll();
-    mEnableOnScreenDisplay->setChecked(
-        PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::profileOsdOn)) != 0);
+    mEnableOnScreenDisplay->setChecked(PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::profileOsdOn))
+                                       != 0);
     mProfilesTableView->selectRow(activeProfile(), mNeedsUpdate);
 }
 

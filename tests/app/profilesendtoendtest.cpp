@@ -197,8 +197,7 @@ void ProfilesEndToEndTest::import(const QString &path)
 
 QVariantMap ProfilesEndToEndTest::stored() const
 {
-    return PropertyList::readPropertyListFile(mDaemon->settingsFolder() + u"/settings.plist"_s)
-        .value_or(QVariantMap());
+    return PropertyList::readPropertyListFile(mDaemon->settingsFolder() + u"/settings.plist"_s).value_or(QVariantMap());
 }
 
 void ProfilesEndToEndTest::exportedDeletedAndImportedIsTheSameRecord()

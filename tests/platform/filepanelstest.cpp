@@ -143,7 +143,8 @@ private slots:
         QVERIFY(panel->width() >= 800);
         const QHeaderView *header = panel->findChild<QTreeView *>(u"treeView"_s)->header();
         for (int column = 0; column < 4; ++column)
-            QVERIFY2(header->sectionSize(column) >= header->sectionSizeHint(column), qPrintable(QString::number(column)));
+            QVERIFY2(header->sectionSize(column) >= header->sectionSizeHint(column),
+                     qPrintable(QString::number(column)));
         QVERIFY(panel->findChild<QWidget *>(u"sidebar"_s)->width() >= 150);
     }
 

@@ -104,7 +104,7 @@ public:
     QVariantList profiles;
     int active = 0;
     int onScreenDisplay = 0;
-    bool answers = true; ///< false: no reply ever comes
+    bool answers = true;       ///< false: no reply ever comes
     bool refusesToAdd = false; ///< as the daemon does with what it cannot hold
     QList<Call> calls;
     std::function<void()> duringAdd; ///< runs before the tab is refreshed
