@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDBusConnection>
 #include <QDir>
 #include <QLibraryInfo>
 #include <QLibraryInfo>
@@ -22,7 +23,9 @@
 #include <QWindow>
 
 #include <cstdio>
+#include <dlfcn.h>
 #include <functional>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -81,6 +84,14 @@ void reportReady()
     std::fflush(stdout);
 }
 
+/// Reads the list of the fonts, for which the first text would wait otherwise. To be run beside the main thread, which
+/// waits for the display meanwhile. Qt is linked with the library or does without it, so nothing is to be loaded.
+void prepareFonts()
+{
+    if (const auto initialize = reinterpret_cast<int (*)()>(::dlsym(RTLD_DEFAULT, "FcInit")))
+        initialize();
+}
+
 MainControllerServices services()
 {
     MainControllerServices result;
@@ -125,6 +136,7 @@ void installTexts(const QString &folder, const QStringList &languages)
 
 int runConfigurator(int argc, char *argv[])
 {
+    const std::jthread fonts(prepareFonts);
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"kestra-configurator"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
@@ -132,15 +144,16 @@ int runConfigurator(int argc, char *argv[])
     installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
     QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
     const Launch launch = parseCommandLine(application);
+
+    const std::jthread bus([] { QDBusConnection::sessionBus(); }); // connects while the widgets are made
+    MainWindow window;
+    KeyboardMainController controller(services());
     SingleInstance instance(DaemonProtocol::configuratorIdentifier);
     if (instance.isAnotherRunning()) {
         // Two would take each other's replies from the one reply port.
         instance.activateOther();
         return 0;
     }
-
-    MainWindow window;
-    KeyboardMainController controller(services());
     window.assemble(&controller);
     Keyboard_ConfiguratorAppDelegate delegate(&window, &controller);
     const TerminationSignals terminationSignals;
@@ -166,12 +179,13 @@ int runConfigurator(int argc, char *argv[])
         window.activateWindow();
     });
     const auto launchNow = [&delegate, userInfo] { delegate.applicationDidFinishLaunching(userInfo); };
-    window.show();
-    // Opening takes a few milliseconds with a daemon, and the window is painted once, enabled. Without one it blocks
-    // for seconds; the window is painted before.
-    if (RemoteMessagePort::open(DaemonProtocol::requestPortName))
-        QTimer::singleShot(0, &delegate, launchNow);
+    // Opening takes a few milliseconds with a daemon, and the window appears as it is then, laid out and painted once.
+    // Without one it blocks for seconds; the window is painted before.
+    const bool hasDaemon = RemoteMessagePort::open(DaemonProtocol::requestPortName).has_value();
+    if (hasDaemon)
+        launchNow();
     else
         new AfterPainting(&window, launchNow);
+    window.show();
     return QApplication::exec();
 }

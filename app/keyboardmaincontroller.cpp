@@ -4,7 +4,6 @@
 
 #include "app/keyboardmaintenancecontroller.h"
 #include "app/util/plistnumbers.h"
-#include "app/util/propertylist.h"
 #include "app/util/resources.h"
 #include "app/util/settingskeys.h"
 #include "daemonlink/daemoncommands.h"
@@ -135,8 +134,8 @@ void KeyboardMainController::initializeDevice()
 
 void KeyboardMainController::loadDefaultDict()
 {
-    const std::optional<QVariantMap> factory = PropertyList::readPropertyListFile(kestraPlistPath());
-    mDefaultSettingsDict = factory.value_or(QVariantMap()).value(SettingsKeys::defaultSettings).toMap();
+    const std::optional<QVariantMap> factory = readDefaultSettings(kestraPlistPath());
+    mDefaultSettingsDict = factory.value_or(QVariantMap());
 }
 
 void KeyboardMainController::loadDictionariesWithDefaultDict()

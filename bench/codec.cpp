@@ -117,18 +117,18 @@ public:
         ConsoleReporter::ReportRuns(runs);
         for (const Run &run : runs) {
             if (run.run_type == Run::RT_Iteration || run.aggregate_name == "median")
-                m_times.insert(QByteArray::fromStdString(run.run_name.function_name), run.GetAdjustedCPUTime());
+                mTimes.insert(QByteArray::fromStdString(run.run_name.function_name), run.GetAdjustedCPUTime());
         }
     }
 
     void printRatio(const char *what, const QByteArray &codec, const QByteArray &libplist) const
     {
-        if (m_times.contains(codec) && m_times.contains(libplist))
-            std::printf("%s: %.1f times as fast as libplist\n", what, m_times.value(libplist) / m_times.value(codec));
+        if (mTimes.contains(codec) && mTimes.contains(libplist))
+            std::printf("%s: %.1f times as fast as libplist\n", what, mTimes.value(libplist) / mTimes.value(codec));
     }
 
 private:
-    QHash<QByteArray, double> m_times;
+    QHash<QByteArray, double> mTimes;
 };
 
 } // namespace

@@ -54,6 +54,7 @@ inline constexpr QLatin1StringView append{"--append"};
 inline constexpr QLatin1StringView seconds{"--seconds"};
 inline constexpr QLatin1StringView modifiers{"--modifiers"};
 inline constexpr QLatin1StringView repeat{"--repeat"};
+inline constexpr QLatin1StringView off{"--off"};
 
 /// Options that are followed by a value, as the next word or behind "=".
 inline constexpr std::array withValue{modifiers, repeat, seconds};
@@ -64,6 +65,14 @@ ExitCode showStatus(CommandContext &context);
 ExitCode showDocument(CommandContext &context);
 ExitCode listProfiles(CommandContext &context);
 ExitCode switchToProfile(CommandContext &context);
+ExitCode addProfile(CommandContext &context);
+ExitCode copyProfile(CommandContext &context);
+ExitCode renameProfile(CommandContext &context);
+ExitCode deleteProfile(CommandContext &context);
+ExitCode restoreProfile(CommandContext &context);
+ExitCode importProfile(CommandContext &context);
+ExitCode exportProfile(CommandContext &context);
+ExitCode bindProfile(CommandContext &context);
 ExitCode showOrAssignKey(CommandContext &context);
 ExitCode tellFrontApplication(CommandContext &context);
 ExitCode showOrSetLight(CommandContext &context);

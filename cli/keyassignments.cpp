@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keyassignments.h"
 
-#include "app/util/qlcoreutility.h"
-#include "app/util/resources.h"
 #include "app/util/settingskeys.h"
+#include "cli/factoryprofile.h"
 #include "cli/recordchoice.h"
 #include "keys/keynames.h"
 #include "macros/eventparser.h"
 #include "platform/desktopentry.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QVariantList>
 
@@ -117,12 +115,7 @@ NewAssignment makeDisabled(const AssignmentWords &)
 /// "param1" is that of the key in the factory settings' first profile; 0 when it has none.
 NewAssignment makeDefault(const AssignmentWords &words)
 {
-    QFile file(resourcePath(u"Kestra.plist"_s));
-    if (!file.open(QIODevice::ReadOnly))
-        return {.assignment = Assignment::defaultKey};
-    const QVariantMap resource = QlCoreUtility::convertDataToDictionary(file.readAll()).value_or(QVariantMap());
-    const QVariantMap settings = resource.value(SettingsKeys::defaultSettings).toMap();
-    const QVariantMap profile = settings.value(SettingsKeys::profiles).toList().value(0).toMap();
+    const QVariantMap profile = factoryProfile().value_or(QVariantMap());
     return {.assignment = Assignment::defaultKey, .param1 = KeyMappings::entryForKey(profile, words.keyCode).param1};
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "keyboard …": what a hand would do to the virtual keyboard.
+#include "app/util/hidpages.h"
 #include "cli/commandtable.h"
 #include "cli/virtualkeyboardclient.h"
 #include "keys/keynames.h"
@@ -10,9 +11,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Keyboard/Keypad, of the USB HID Usage Tables.
-constexpr int keyboardUsagePage = 0x07;
 
 ExitCode callKeyboard(CommandContext &context, QLatin1StringView method, const QVariantList &arguments = {})
 {
@@ -26,7 +24,7 @@ ExitCode callWithKey(CommandContext &context, QLatin1StringView method)
     const std::optional<int> code = keyCodeForName(text);
     if (!code)
         return context.console.fail(ExitCode::usage, u"the keyboard has no key \"%1\""_s.arg(text));
-    return callKeyboard(context, method, {static_cast<uint>(keyboardUsagePage), static_cast<uint>(*code)});
+    return callKeyboard(context, method, {uint{HidPages::keyboard}, static_cast<uint>(*code)});
 }
 
 } // namespace
@@ -51,7 +49,7 @@ ExitCode showSentKeys(CommandContext &context)
     for (const uint extendedUsage : *usages) {
         const int page = static_cast<int>(extendedUsage >> 16U);
         const int usage = static_cast<int>(extendedUsage & 0xFFFFU);
-        const QString name = page == keyboardUsagePage ? keyName(usage) : QString();
+        const QString name = page == HidPages::keyboard ? keyName(usage) : QString();
         if (context.hasOption(Options::json))
             list.append(QJsonObject{{u"page"_s, page}, {u"usage"_s, usage}, {u"key"_s, name}});
         else

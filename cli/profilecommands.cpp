@@ -3,6 +3,7 @@
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/recordchoice.h"
+#include "profiles/applicationbinding.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -34,7 +35,10 @@ ExitCode listProfiles(CommandContext &context)
     for (int index = 0; index < profiles.size(); ++index) {
         const QString name = profileName(profiles.at(index));
         if (context.hasOption(Options::json))
-            list.append(QJsonObject{{u"number"_s, index}, {u"name"_s, name}, {u"active"_s, index == active}});
+            list.append(QJsonObject{{u"number"_s, index},
+                                    {u"name"_s, name},
+                                    {u"active"_s, index == active},
+                                    {u"application"_s, ApplicationBinding::applicationOf(profiles.at(index).toMap())}});
         else
             context.console.print(u"%1%2  %3"_s.arg(QChar(index == active ? u'*' : u' ')).arg(index, 3).arg(name));
     }

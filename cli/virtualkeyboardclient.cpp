@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "cli/virtualkeyboardclient.h"
 
+#include "app/util/daemonprotocol.h"
+
 #include <QDBusArgument>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr DaemonObject virtualKeyboard{
-    .path = "/VirtualKeyboard"_L1, .interface = "org.quillkestra.VirtualKeyboard"_L1, .words = "virtual keyboard"_L1};
+constexpr DaemonObject virtualKeyboard{.path = DaemonProtocol::virtualKeyboardPath,
+                                       .interface = DaemonProtocol::virtualKeyboardInterface,
+                                       .words = "virtual keyboard"_L1};
 
 } // namespace
 

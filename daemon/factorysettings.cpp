@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/factorysettings.h"
 
-#include "app/util/propertylist.h"
+#include "app/util/resources.h"
 #include "app/util/settingskeys.h"
 #include "daemon/logging.h"
 #include "daemon/settingsdocument.h"
@@ -10,12 +10,12 @@ using namespace Qt::StringLiterals;
 
 std::optional<QVariantMap> readFactorySettings(const QString &path)
 {
-    const std::optional<QVariantMap> resource = PropertyList::readPropertyListFile(path);
-    if (!resource) {
+    const std::optional<QVariantMap> settings = readDefaultSettings(path);
+    if (!settings) {
         qCWarning(lcSettings, "file: no factory settings in %s", qUtf8Printable(path));
         return {};
     }
-    QVariantMap document = resource->value(SettingsKeys::defaultSettings).toMap();
+    QVariantMap document = *settings;
     // A settings document in all but the device's own settings, which the resource may leave to the daemon.
     if (!document.contains(SettingsKeys::deviceSettings))
         document.insert(SettingsKeys::deviceSettings, QVariantMap());

@@ -2,14 +2,14 @@
 // A key or a button by its place in the USB HID Usage Tables. A value; any thread.
 #pragma once
 
-#include <QtGlobal>
+#include "app/util/hidpages.h"
 
 #include <compare>
 
 struct HidUsage
 {
-    static constexpr quint16 keyboardPage = 0x07; // Keyboard/Keypad page
-    static constexpr quint16 buttonPage = 0x09;
+    static constexpr quint16 keyboardPage = HidPages::keyboard;
+    static constexpr quint16 buttonPage = HidPages::button;
     static constexpr quint16 consumerPage = 0x0C;
     static constexpr quint16 brightnessUp = 0x79; // Consumer page: Keyboard Brightness Increment
     static constexpr quint16 brightnessDown = 0x7A;

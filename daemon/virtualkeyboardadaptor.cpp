@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/virtualkeyboardadaptor.h"
 
+#include "app/util/daemonprotocol.h"
+
 #include <QDBusError>
 
 using namespace Qt::StringLiterals;
@@ -24,7 +26,7 @@ VirtualKeyboardObject::VirtualKeyboardObject(VirtualKeyboard &keyboard, QObject 
 
 bool VirtualKeyboardObject::registerOn(QDBusConnection connection)
 {
-    return connection.registerObject(u"/VirtualKeyboard"_s, this, QDBusConnection::ExportAdaptors);
+    return connection.registerObject(DaemonProtocol::virtualKeyboardPath, this, QDBusConnection::ExportAdaptors);
 }
 
 VirtualKeyboardAdaptor::VirtualKeyboardAdaptor(VirtualKeyboard &keyboard, VirtualKeyboardObject *object)
@@ -51,8 +53,7 @@ void VirtualKeyboardAdaptor::finish(VirtualKeyboard::Result result) const
     switch (result) {
     case Result::done: return;
     case Result::notAttached:
-        mObject->sendErrorReply(u"org.quillkestra.VirtualKeyboard.Error.NotAttached"_s,
-                                u"the keyboard is not attached"_s);
+        mObject->sendErrorReply(DaemonProtocol::virtualKeyboardNotAttached, u"the keyboard is not attached"_s);
         return;
     case Result::noSuchKey:
         mObject->sendErrorReply(

@@ -28,6 +28,7 @@ public:
 class VirtualKeyboardAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
+    // DaemonProtocol::virtualKeyboardInterface; moc takes nothing but a literal.
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.VirtualKeyboard")
     Q_PROPERTY(bool Attached READ isAttached)
     Q_PROPERTY(bool GameMode READ isGameModeOn)

@@ -157,6 +157,14 @@ void KeyboardPicture::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
+QList<QRect> KeyboardPicture::keyPlaces() const
+{
+    QList<QRect> places;
+    for (const KeyButton *button : mButtons)
+        places += button->geometry();
+    return places;
+}
+
 /// A desktop that asks for less motion gives its animations no time.
 void KeyboardPicture::askForMotion()
 {
@@ -181,7 +189,7 @@ void KeyboardPicture::paintEvent(QPaintEvent *)
     const bool isActive = std::ranges::any_of(mButtons, [](const KeyButton *button) { return button->isEnabled(); });
     paintKeyboardCase(painter, mCase, mUnit, palette(), isActive);
     if (isActive)
-        mLight.paint(painter, mCase, mUnit);
+        mLight.paint(painter, keyPlaces(), mUnit);
     const QRectF place = wordmarkPlace.translated(border, border);
     paintWordmark(painter, QRectF(mCase.topLeft() + place.topLeft() * mUnit, place.size() * mUnit), mUnit,
                   localizedText("lkeyKeysWordmark"), palette(), isActive);

@@ -47,6 +47,7 @@ protected:
 private:
     void layOut();
     void askForMotion();
+    [[nodiscard]] QList<QRect> keyPlaces() const;
     void moveSelection(const KeyButton *from, Qt::Key arrow);
 
     QList<KeyButton *> mButtons;

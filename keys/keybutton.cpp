@@ -86,8 +86,10 @@ bool KeyButton::event(QEvent *event)
     return QAbstractButton::event(event);
 }
 
-void KeyButton::paintEvent(QPaintEvent *)
+void KeyButton::paintEvent(QPaintEvent *event)
 {
+    if (event->rect().contains(rect()))
+        mUpdatedLook = look(); // painted now, so that a comparison still to come asks for nothing
     QPainter painter(this);
     paintKeycap(painter, rect(), mUnit,
                 {.look = mShape.look,

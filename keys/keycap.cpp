@@ -10,6 +10,7 @@
 #include <QPalette>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -256,18 +257,35 @@ void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QSt
 void paintKeyboardCase(QPainter &painter, const QRectF &place, qreal unit, const QPalette &palette, bool isEnabled)
 {
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
     const bool dark = isDark(palette);
-    QLinearGradient shade(place.topLeft(), place.bottomLeft());
-    if (isEnabled) {
-        shade.setColorAt(0, dark ? QColor(0x2a2d32) : QColor(0xdadde2));
-        shade.setColorAt(1, dark ? QColor(0x1e2024) : QColor(0xc4c8d0));
-    } else {
-        shade.setColorAt(0, dark ? QColor(0x2b2d30) : QColor(0xe6e8eb));
-        shade.setColorAt(1, dark ? QColor(0x2b2d30) : QColor(0xe6e8eb));
-    }
-    painter.setBrush(shade);
+    QColor top = dark ? QColor(0x2a2d32) : QColor(0xdadde2);
+    QColor bottom = dark ? QColor(0x1e2024) : QColor(0xc4c8d0);
+    if (!isEnabled)
+        top = bottom = dark ? QColor(0x2b2d30) : QColor(0xe6e8eb);
+    const QRectF outline = place.adjusted(0.5, 0.5, -0.5, -0.5);
+    const qreal radius = unit * 0.3;
+    painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(dark ? QColor(0x0e0f11) : QColor(0xa7adb7), 1));
-    painter.drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), unit * 0.3, unit * 0.3);
+    // The shade is laid in plain bands between the rounded ends, for the reason told at shadedLayer(); a band for each
+    // step of the colour is as smooth as a gradient.
+    const QRect whole = place.toAlignedRect();
+    const int firstBand = static_cast<int>(std::ceil(place.top() + radius));
+    const int endOfBands = static_cast<int>(std::floor(place.bottom() - radius));
+    painter.setBrush(top);
+    painter.setClipRect(QRect(whole.left(), whole.top(), whole.width(), firstBand - whole.top()));
+    painter.drawRoundedRect(outline, radius, radius);
+    painter.setBrush(bottom);
+    painter.setClipRect(QRect(whole.left(), firstBand, whole.width(), whole.bottom() + 1 - firstBand));
+    painter.drawRoundedRect(outline, radius, radius);
+    painter.setClipping(false);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    const int bands = std::max(1, std::abs(top.red() - bottom.red()));
+    const auto edge = [=](int band) { return firstBand + (endOfBands - firstBand) * band / bands; };
+    const int left = static_cast<int>(std::ceil(place.left() + 1));
+    const int right = static_cast<int>(std::floor(place.right() - 1));
+    for (int band = 0; band < bands; ++band) {
+        painter.fillRect(QRect(left, edge(band), right - left, edge(band + 1) - edge(band)),
+                         mixed(top, bottom, band / qreal(bands)));
+    }
     painter.restore();
 }

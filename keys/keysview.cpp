@@ -7,10 +7,10 @@
 #include "keys/keylayout.h"
 #include "keys/keymarkslegend.h"
 #include "keys/keynames.h"
+#include "platform/groupbox.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
 
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -113,7 +113,7 @@ QWidget *KeyboardKeysController::buildKeyboard()
             localizedFormat("lkeyKeysToolTip", {button->accessibleName(), button->accessibleDescription()}));
     }
 
-    mKeysBox = new QGroupBox(localizedText("lkeyKeysBox"));
+    mKeysBox = new GroupBox(localizedText("lkeyKeysBox"));
     mKeysBox->setObjectName("mKeysBox"_L1);
     auto *layout = new QVBoxLayout(mKeysBox);
     layout->setSpacing(10);

@@ -3,15 +3,25 @@
 
 #include <QLinearGradient>
 #include <QPainter>
+#include <QRegion>
 #include <QTimerEvent>
+
+#include <algorithm>
 
 namespace {
 
-constexpr int stepMs = 600;          // each step paints all keys: slow enough to cost nothing
-constexpr qreal fullGlow = 0.85;     // opacity at full brightness
-constexpr qreal margin = 0.12;       // around the glow, in key units
-constexpr qreal cornerRadius = 0.25; // likewise
+constexpr int stepMs = 600; // each step paints all keys: slow enough to cost nothing
 constexpr int gradientStops = 12;
+
+/// The glow around a key: how far it reaches beyond the key's place, in key units, and how strong it is there at full
+/// brightness. One over the other, so that it fades.
+struct Ring
+{
+    qreal reach;
+    qreal opacity;
+};
+
+constexpr Ring rings[] = {{0.16, 0.18}, {0.09, 0.3}, {0.03, 0.75}};
 
 /// The same clock as the daemon's, so that picture and keyboard go together.
 Backlight::Time now()
@@ -70,22 +80,30 @@ void PictureLight::timerEvent(QTimerEvent *event)
         QObject::timerEvent(event);
 }
 
-void PictureLight::paint(QPainter &painter, const QRectF &place, qreal unit) const
+void PictureLight::paint(QPainter &painter, const QList<QRect> &keys, qreal unit) const
 {
     if (Backlight::colorAt(mSettings, {}).isOff())
         return;
+    QRect all;
+    for (const QRect &key : keys)
+        all |= key;
     const bool cycles = Backlight::nextChange(mSettings, {}).has_value();
-    const qreal inset = margin * unit;
-    const QRectF glow = place.adjusted(inset, inset, -inset, -inset);
-    QLinearGradient spectrum(glow.topLeft(), glow.topRight());
+    QLinearGradient spectrum(all.topLeft(), all.topRight());
     for (int stop = 0; stop <= gradientStops; ++stop)
         spectrum.setColorAt(qreal(stop) / gradientStops,
                             hueAt(mSettings, Backlight::spectrumPeriod * stop / gradientStops));
+    const QBrush brush = cycles && !mIsMotionAllowed ? QBrush(spectrum) : QBrush(hueAt(mSettings, now()));
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(fullGlow * mSettings.brightness / Backlight::maximumBrightness);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(cycles && !mIsMotionAllowed ? QBrush(spectrum) : QBrush(hueAt(mSettings, now())));
-    painter.drawRoundedRect(glow, cornerRadius * unit, cornerRadius * unit);
+    for (const Ring &ring : rings) {
+        // As one region, so that no place between two keys is painted twice; plain rectangles, since all of them are
+        // painted with each step.
+        const int reach = std::max(1, qRound(ring.reach * unit));
+        QRegion glow;
+        for (const QRect &key : keys)
+            glow |= key.adjusted(-reach, -reach, reach, reach);
+        painter.setOpacity(ring.opacity * mSettings.brightness / Backlight::maximumBrightness);
+        for (const QRect &part : glow)
+            painter.fillRect(part, brush);
+    }
     painter.restore();
 }

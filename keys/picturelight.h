@@ -5,10 +5,11 @@
 #include "lighting/backlight.h"
 
 #include <QBasicTimer>
+#include <QList>
 #include <QObject>
 
 class QPainter;
-class QRectF;
+class QRect;
 
 /// A light that cycles moves calmly, and only while somebody can see it. Where the desktop asks for no motion it stands
 /// still and shows all its colours side by side.
@@ -26,9 +27,9 @@ public:
     void setSeen(bool isSeen);
     void setMotionAllowed(bool isAllowed);
 
-    /// Paints the glow into `place`, the keyboard's case; `unit` is the length of one key unit. Nothing for a light
-    /// that is off.
-    void paint(QPainter &painter, const QRectF &place, qreal unit) const;
+    /// Paints the glow around `keys`, the places of the keycaps; `unit` is the length of one key unit. Nothing for a
+    /// light that is off.
+    void paint(QPainter &painter, const QList<QRect> &keys, qreal unit) const;
 
 Q_SIGNALS:
     void changed(); ///< it looks different now

@@ -6,12 +6,12 @@
 #include "lighting/backlight.h"
 #include "lighting/tickcaptions.h"
 #include "platform/colorwell.h"
+#include "platform/groupbox.h"
 #include "platform/radiogroup.h"
 #include "platform/spinner.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
-#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -59,7 +59,7 @@ QLabel *KeyboardLightingController::makeLabel(QLabel *&field, const char *name, 
 QWidget *KeyboardLightingController::buildZones()
 {
     using Self = KeyboardLightingController;
-    auto *group = new QGroupBox(localizedText("lkeyLightingZones"));
+    auto *group = new GroupBox(localizedText("lkeyLightingZones"));
     auto *grid = new QGridLayout(group);
     grid->addWidget(makeCheckBox(mMain, "mMain", "lkeyZoneMain", &Self::tickMain), 0, 0);
     grid->addWidget(makeColorWell(mMainColor, "mMainColor", "lkeyZoneMainColor", &Self::clickMainColor), 0, 1);
@@ -85,7 +85,7 @@ QWidget *KeyboardLightingController::buildZones()
 
 QWidget *KeyboardLightingController::buildEffects()
 {
-    auto *group = new QGroupBox(localizedText("lkeyLightingEffect"));
+    auto *group = new GroupBox(localizedText("lkeyLightingEffect"));
     mLighting = new RadioGroup;
     mLighting->setObjectName("mLighting"_L1);
     mLighting->setAccessibleName(localizedText("lkeyLightingEffect"));
@@ -107,7 +107,7 @@ QWidget *KeyboardLightingController::buildEffects()
 
 QWidget *KeyboardLightingController::buildBrightness()
 {
-    auto *group = new QGroupBox;
+    auto *group = new GroupBox;
     mBrightnessValue = new QSlider(Qt::Horizontal);
     mBrightnessValue->setObjectName("mBrightnessValue"_L1);
     mBrightnessValue->setRange(offLevel, brightLevel);
@@ -137,7 +137,7 @@ QWidget *KeyboardLightingController::buildBrightness()
 
 QWidget *KeyboardLightingController::buildVersions()
 {
-    auto *group = new QGroupBox;
+    auto *group = new GroupBox;
     makeLabel(mDriverVersionLabel, "mDriverVersionLabel", "lkeyDriverVersion");
     makeLabel(mFirmwareVersionLabel, "mFirmwareVersionLabel", "lkeyFirmwareVersion");
     makeLabel(mDriverVersion, "mDriverVersion");

@@ -16,6 +16,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QPalette>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -202,6 +203,17 @@ void KeyboardMacrosController::updateEventButtons()
     mSettingsMacroDetails->setEnabled(isIdle);
     mDeleteMacroDetails->setEnabled(isIdle && eventRow() >= 0);
     mRecordMacroDetails->setEnabled(mHasDeviceConnected && !isRenaming);
+}
+
+/// The event list is off while it is recorded into, but that is when it is read.
+void KeyboardMacrosController::updateLineColor()
+{
+    QPalette palette;
+    if (mIsRecording || mIsAppendMacro) {
+        const QColor text = mView->palette().color(QPalette::Active, QPalette::Text);
+        palette.setColor(QPalette::Disabled, QPalette::Text, text);
+    }
+    mMacroDetailsTableView->setPalette(palette);
 }
 
 // The tables

@@ -146,6 +146,7 @@ private:
     void eventsWereEdited();
     void updateEventPart();
     void updatePlaceholders();
+    void updateLineColor();
     void updateEventButtons();
     void enableDeleteEventBySelection();
     void setRecordButton(bool readsStop);

@@ -58,6 +58,7 @@ void KeyboardMacrosController::startRecording()
     mMacroDetailsTableView->reloadData();
     setRecordButton(true);
     updatePlaceholders();
+    updateLineColor();
     qApp->installEventFilter(this);
     setStateOfTableButtonsWithState(false);
     setStateOfMacroTableWithState(false);
@@ -86,6 +87,7 @@ void KeyboardMacrosController::stopRecording()
     mIsEditingMacro = false;
     mIsAppendMacro = false;
     updatePlaceholders();
+    updateLineColor();
     updateEventButtons();
 }
 
@@ -118,6 +120,7 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
     setStateOfMacroTableWithState(false);
     setRecordButton(true);
     updatePlaceholders();
+    updateLineColor();
     qApp->installEventFilter(this);
     mMacroDetailsTableView->deselectAll();
     if (mMacroDelegate)

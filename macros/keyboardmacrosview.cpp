@@ -156,7 +156,7 @@ void KeyboardMacrosController::buildDelaySheet()
     using Self = KeyboardMacrosController;
     mEditDelayWindow = new Sheet;
     mEditDelayWindow->setObjectName("mEditDelayWindow"_L1);
-    mEditDelayWindow->setWindowTitle(localizedText("lkeyEdit"));
+    mEditDelayWindow->setWindowTitle(localizedText("lkeyEditDelayTitle"));
     mEnterMacroDelayLabel = makeLabel("mEnterMacroDelayLabel", "lkeyEnterMacroDelay");
     mInputMacroDelay = new NumberOnlyTextField;
     mInputMacroDelay->setObjectName("mInputMacroDelay"_L1);
@@ -170,7 +170,7 @@ void KeyboardMacrosController::buildEventSheet()
     using Self = KeyboardMacrosController;
     mEditEventWindow = new Sheet;
     mEditEventWindow->setObjectName("mEditEventWindow"_L1);
-    mEditEventWindow->setWindowTitle(localizedText("lkeyEdit"));
+    mEditEventWindow->setWindowTitle(localizedText("lkeyEditEventTitle"));
     mEnterMacroEventLabel = makeLabel("mEnterMacroEventLabel", "lkeyEnterMacroEvent");
     mInputMacroEvent = new QLineEdit;
     mInputMacroEvent->setObjectName("mInputMacroEvent"_L1);

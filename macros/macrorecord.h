@@ -3,6 +3,8 @@
 // functions without state; any thread may call them. A record's keys that are not named here are kept as they are.
 #pragma once
 
+#include "app/util/hidpages.h"
+
 #include <QString>
 #include <QVariantList>
 #include <QVariantMap>
@@ -23,8 +25,8 @@ inline constexpr int standardDelayMs = 20;
 
 inline constexpr int keyDown = 1; // "command" of an event
 inline constexpr int keyUp = 0;
-inline constexpr int keyboardPage = 7; // "page": usage page of the USB HID Usage Tables
-inline constexpr int buttonPage = 9;
+inline constexpr int keyboardPage = HidPages::keyboard; // "page" of an event
+inline constexpr int buttonPage = HidPages::button;
 
 /// One event. `argument` is a key code (page 7) or a button number from 1 (page 9); `delayMs` is the pause before it.
 struct Event

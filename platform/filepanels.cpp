@@ -8,9 +8,14 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QHeaderView>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QSplitter>
 #include <QStandardPaths>
+#include <QTreeView>
+
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +36,27 @@ void makeSheet(QFileDialog *panel, const QString &title)
     panel->setOption(QFileDialog::DontUseNativeDialog);
     panel->setWindowModality(Qt::WindowModal);
     panel->setWindowTitle(title);
+    // Wide enough for the folders beside the list and for all of the list's columns.
+    constexpr QSize size(820, 500);
+    constexpr int sidebarWidth = 180;
+    constexpr std::array columnWidths{240, 80, 120, 160}; // name, size, kind, date
+    panel->resize(size);
+    if (auto *splitter = panel->findChild<QSplitter *>(u"splitter"_s))
+        splitter->setSizes({sidebarWidth, size.width() - sidebarWidth});
+    if (const auto *list = panel->findChild<QTreeView *>(u"treeView"_s)) {
+        for (size_t column = 0; column < columnWidths.size(); ++column)
+            list->header()->resizeSection(int(column), columnWidths[column]);
+    }
+}
+
+/// `name` as the field for file names takes it: no other folder, no home folder, no hidden file, no list of files (which
+/// quotation marks make).
+QString proposedFileName(QString name)
+{
+    name.replace(u'/', u'-').replace(u'"', u'\'');
+    if (name.startsWith(u'.') || name.startsWith(u'~'))
+        name[0] = u'-';
+    return name;
 }
 
 } // namespace
@@ -97,7 +123,7 @@ SavePanel::SavePanel(const Options &options, QWidget *window)
     setOption(DontConfirmOverwrite);
     setNameFilter(formatted(options.filter, {patternsOf({options.suffix})}));
     setDirectory(options.folder);
-    selectFile(QString(options.name).replace(u'/', u'-'));
+    selectFile(proposedFileName(options.name));
 }
 
 QString SavePanel::chosenPath() const

@@ -56,7 +56,7 @@ public:
         QString filter; ///< what such files are, a format with one argument ("Profiles (%@)")
         QString suffix; ///< without a dot
         QString folder; ///< where it starts
-        QString name;   ///< proposed, without the suffix; a "/" in it becomes "-"
+        QString name;   ///< proposed, without the suffix; what a file name cannot bear in it is replaced
     };
 
     SavePanel(const Options &options, QWidget *window);

@@ -132,8 +132,11 @@ QList<HelpBook::Hit> HelpBook::search(const QString &query) const
             count += countWord(page.text, word);
         const bool isInTitle =
             std::ranges::all_of(wanted, [&page](const QString &word) { return findWord(page.title, word) >= 0; });
-        const qsizetype position = std::max<qsizetype>(0, findWord(page.text, wanted.first()));
-        found += {{index, excerptAround(page.text, position)}, isInTitle, count};
+        // What follows the heading, which says no more than the title does.
+        const QString body =
+            page.text.startsWith(page.title) ? page.text.sliced(page.title.size()).trimmed() : page.text;
+        const qsizetype position = std::max<qsizetype>(0, findWord(body, wanted.first()));
+        found += {{index, excerptAround(body, position)}, isInTitle, count};
     }
     // Stable: pages that fit equally well stay in the order of the book.
     std::ranges::stable_sort(found, [](const Found &a, const Found &b) {

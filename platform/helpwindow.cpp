@@ -95,7 +95,7 @@ QWidget *HelpWindow::buildBody()
     mList->setObjectName("helpList"_L1);
     mList->setWordWrap(true);
     mList->setFrameShape(QFrame::NoFrame);
-    mList->setAlternatingRowColors(false);
+    mList->setSpacing(2);
     // Going through the list with the arrow keys shows each page at once.
     connect(mList, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem *item) { openItem(item); });
     connect(mList, &QListWidget::itemActivated, this, [this](const QListWidgetItem *item) {

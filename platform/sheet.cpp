@@ -23,7 +23,25 @@ void Sheet::beginSheet(QWidget *window, DidEnd didEnd)
     setWindowModality(Qt::WindowModal);
     mDidEnd = std::move(didEnd);
     mIsUp = true;
-    open();
+    mIsWaitingForWindow = window && !window->isVisible();
+    if (mIsWaitingForWindow)
+        window->installEventFilter(this);
+    else
+        open();
+}
+
+bool Sheet::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Show) {
+        watched->removeEventFilter(this);
+        // From the event loop: the window is only about to be shown.
+        const auto show = [this] {
+            if (std::exchange(mIsWaitingForWindow, false))
+                open();
+        };
+        QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void Sheet::endSheet(int returnCode)
@@ -31,7 +49,7 @@ void Sheet::endSheet(int returnCode)
     if (!mIsUp)
         return;
     mIsUp = false;
-    hide();
+    orderOut();
     setResult(returnCode);
     // Cleared first: the handler may begin this sheet again.
     if (const DidEnd didEnd = std::exchange(mDidEnd, {}))
@@ -40,6 +58,7 @@ void Sheet::endSheet(int returnCode)
 
 void Sheet::orderOut()
 {
+    mIsWaitingForWindow = false;
     hide();
 }
 

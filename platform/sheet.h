@@ -18,7 +18,7 @@ public:
 
     explicit Sheet(QWidget *parent = nullptr);
 
-    /// Shows the sheet on `window`; `didEnd` runs once, when the sheet ends.
+    /// Shows the sheet on `window`, as soon as that is shown itself; `didEnd` runs once, when the sheet ends.
     void beginSheet(QWidget *window, DidEnd didEnd = {});
 
     /// Ends the sheet with `returnCode` and hides it. Does nothing when it is not up.
@@ -36,6 +36,7 @@ public:
     [[nodiscard]] bool isUp() const { return mIsUp; }
 
     void reject() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -45,6 +46,7 @@ private:
     QAbstractButton *mCancelButton = nullptr;
     QAbstractButton *mCloseButton = nullptr;
     bool mIsUp = false;
+    bool mIsWaitingForWindow = false; ///< up, and to be shown with its window
 };
 
 /// One or two buttons below a title and a description, with the desktop's warning picture.

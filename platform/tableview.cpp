@@ -221,6 +221,19 @@ bool TableView::performKeyEquivalent(const QKeyEvent *)
     return false;
 }
 
+bool TableView::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress && !isEnabled()) {
+        // A disabled widget gets no mouse events of its own; its menu still opens, and shows what there is.
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        if (mouse->button() == Qt::RightButton) {
+            rightMouseDown(mouse->globalPosition().toPoint());
+            return true;
+        }
+    }
+    return QTableView::viewportEvent(event);
+}
+
 void TableView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::RightButton) {

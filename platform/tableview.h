@@ -100,6 +100,7 @@ protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
+    bool viewportEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -107,7 +108,7 @@ protected:
     /// A key combination with Control or Meta was pressed while the table has the focus. True consumes it.
     virtual bool performKeyEquivalent(const QKeyEvent *event);
 
-    /// A right click at `globalPosition`, or the menu key. It never changes the selection.
+    /// A right click at `globalPosition`, in a disabled table too, or the menu key. It never changes the selection.
     virtual void rightMouseDown(const QPoint &globalPosition);
 
 private:

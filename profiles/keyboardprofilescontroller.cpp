@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/keyboardprofilescontroller.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "app/util/text.h"
 #include "platform/filepanels.h"
@@ -11,7 +12,6 @@
 #include "profiles/profilefile.h"
 #include "profiles/qltableview.h"
 
-#include <QAction>
 #include <QCheckBox>
 #include <QPushButton>
 
@@ -58,14 +58,6 @@ void KeyboardProfilesController::awakeFromNib()
     setupSettingsButton();
 }
 
-void KeyboardProfilesController::setupSettingsButton()
-{
-    mSettingsProfile->setImages(u"GearOn.png"_s, u"GearOff.png"_s);
-    mSettingsProfile->setCommands(
-        ProfileCommands::all(), [this](const QAction *item) { selectMenuItem(item); },
-        [this](const QAction *item) { return validateMenuItem(item); });
-}
-
 // Queries
 
 TableView *KeyboardProfilesController::profilesTableView() const
@@ -85,22 +77,12 @@ QVariantMap KeyboardProfilesController::selectedProfile() const
 
 int KeyboardProfilesController::activeProfile() const
 {
-    return mDeviceSettingsDict.value(SettingsKeys::activeProfile).toInt();
-}
-
-ProfileCommands::State KeyboardProfilesController::commandState() const
-{
-    return {mProfilesTableView->selectedRow(), profileCount(), !applicationOf(selectedProfile()).isEmpty()};
+    return PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
 }
 
 bool KeyboardProfilesController::canDelete() const
 {
     return mHasDeviceConnected && profileCount() != 1;
-}
-
-bool KeyboardProfilesController::validateMenuItem(const QAction *item) const
-{
-    return ProfileCommands::isEnabledInGearMenu(item->data().toInt(), commandState());
 }
 
 QString KeyboardProfilesController::checkForDuplicateNameUsingDefaultName(const QVariantList &profiles,
@@ -125,7 +107,8 @@ void KeyboardProfilesController::updateUISettings()
 void KeyboardProfilesController::showActiveProfile()
 {
     mProfilesTableView->deselectAll();
-    mEnableOnScreenDisplay->setChecked(mDeviceSettingsDict.value(SettingsKeys::profileOsdOn).toInt() != 0);
+    mEnableOnScreenDisplay->setChecked(
+        PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::profileOsdOn)) != 0);
     mProfilesTableView->selectRow(activeProfile(), mNeedsUpdate);
 }
 
@@ -241,10 +224,12 @@ void KeyboardProfilesController::clickDeleteProfile(QObject *)
 
 void KeyboardProfilesController::confirm(const char *titleKey, const char *descriptionKey, SheetContext context)
 {
-    const AlertTexts texts{localizedFormat(titleKey, {nameOf(selectedProfile())}), localizedText(descriptionKey),
-                           localizedText("lkeyOK"), localizedText("lkeyCancel")};
-    showAlert(texts, mProfilesWindow, [self = QPointer(this), context](int returnCode) {
-        if (self)
+    const QString name = nameOf(selectedProfile());
+    const AlertTexts texts{localizedFormat(titleKey, {name}), localizedText(descriptionKey), localizedText("lkeyOK"),
+                           localizedText("lkeyCancel")};
+    showAlert(texts, mProfilesWindow, [self = QPointer(this), context, name](int returnCode) {
+        // While the alert was up, the keyboard or another client may have selected another profile than it names.
+        if (self && nameOf(self->selectedProfile()) == name)
             self->sheetDidEndReturnCodeContextInfo(returnCode, context);
     });
 }
@@ -317,47 +302,6 @@ void KeyboardProfilesController::setAutoSwitch(int row, int value)
     mProfilesTableView->reloadData();
 }
 
-// The commands
-
-void KeyboardProfilesController::selectMenuItem(const QAction *item)
-{
-    runCommand(item->data().toInt());
-}
-
-void KeyboardProfilesController::runCommand(int tag)
-{
-    switch (tag) {
-    case ProfileCommands::rename:
-        editName(mProfilesTableView->selectedRow(), true);
-        mIsRenamingProfile = true;
-        break;
-    case ProfileCommands::newProfile: clickAddProfile(nullptr); break;
-    case ProfileCommands::importProfile: loadPanelForIdentifier(chooseProfileFile); break;
-    case ProfileCommands::exportProfile: loadSaveAsPanel(); break;
-    case ProfileCommands::deleteProfile:
-        if (std::exchange(mIsRenamingProfile, false))
-            reselectRow();
-        clickDeleteProfile(nullptr);
-        break;
-    case ProfileCommands::copy: copyProfile(); break;
-    case ProfileCommands::assignApplication: loadPanelForIdentifier(chooseApplication); break;
-    case ProfileCommands::removeApplication: removeApplication(); break;
-    case ProfileCommands::restoreDefault:
-        if (mProfilesTableView->selectedRow() >= 0)
-            confirm("lkeyRestoreDefaultTitle", "lkeyRestoreDefaultDesc", confirmRestore);
-        break;
-    default: break;
-    }
-}
-
-/// Deselecting ends a pending name edit.
-void KeyboardProfilesController::reselectRow()
-{
-    const int row = mProfilesTableView->selectedRow();
-    mProfilesTableView->deselectAll();
-    mProfilesTableView->selectRow(row);
-}
-
 // The table
 
 int KeyboardProfilesController::numberOfRowsInTableView(TableView *)
@@ -377,7 +321,7 @@ QVariant KeyboardProfilesController::tableViewObjectValueForTableColumnRow(Table
         return nameOf(profile);
     if (column == "application"_L1)
         return applicationOf(profile);
-    return profile.value(SettingsKeys::autoSwitchOn).toInt();
+    return PlistNumbers::integerValue(profile.value(SettingsKeys::autoSwitchOn));
 }
 
 void KeyboardProfilesController::tableViewSetObjectValueForTableColumnRow(TableView *, const QVariant &value,

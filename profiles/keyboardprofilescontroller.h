@@ -72,7 +72,9 @@ public:
     void clickAddProfile(QObject *sender);
     void clickDeleteProfile(QObject *sender);
     void tickEnableOnScreenDisplay(QObject *sender);
-    /// Runs the command that the item's data() numbers (ProfileCommands); any other number does nothing.
+    /// Runs a command by its number (ProfileCommands); any other number does nothing.
+    void runCommand(int tag);
+    /// Runs the command that the item's data() numbers.
     void selectMenuItem(const QAction *item);
     /// Whether the gear menu enables the item.
     [[nodiscard]] bool validateMenuItem(const QAction *item) const;
@@ -116,7 +118,6 @@ private:
     void selectLastRow();
     void showActiveProfile();
     void confirm(const char *titleKey, const char *descriptionKey, SheetContext context);
-    void runCommand(int tag);
     void addProfileWithSettings(const QVariantMap &profile);
     void copyProfile();
     void renameProfile(int row, const QString &newName);

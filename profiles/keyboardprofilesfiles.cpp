@@ -89,11 +89,14 @@ void KeyboardProfilesController::importProfileFrom(const QString &path)
         return;
     const QVariantMap profile = ProfileFile::importedRecord(*record, mAllProfilesArray);
     mProfilesTableView->deselectAll();
+    const int countBefore = profileCount();
     mAllProfilesArray.append(profile);
     if (mProfileDelegate)
         mProfileDelegate->addNewProfileWithSettings(profile);
     mProfilesTableView->reloadData();
-    selectLastRow();
+    // When the daemon refused it, the last row is another profile, and selecting that would switch to it.
+    if (profileCount() > countBefore)
+        selectLastRow();
 }
 
 /// Turns automatic switching on in the same request.

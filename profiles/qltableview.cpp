@@ -4,6 +4,7 @@
 #include "profiles/keyboardprofilescontroller.h"
 #include "profiles/profilecommands.h"
 
+#include <QKeyEvent>
 #include <QMenu>
 
 QMenu *QLTableView::makeContextMenu()
@@ -25,6 +26,20 @@ QMenu *QLTableView::makeContextMenu()
 bool QLTableView::performKeyEquivalent(const QKeyEvent *)
 {
     return editedRow() < 0;
+}
+
+void QLTableView::keyPressEvent(QKeyEvent *event)
+{
+    const int tag = event->modifiers() != Qt::NoModifier ? 0
+                    : event->key() == Qt::Key_F2         ? ProfileCommands::rename
+                    : event->key() == Qt::Key_Delete     ? ProfileCommands::deleteProfile
+                                                         : 0;
+    if (tag == 0 || !mKeyboardProfilesController) {
+        TableView::keyPressEvent(event);
+        return;
+    }
+    if (ProfileCommands::isEnabledInContextMenu(tag, mKeyboardProfilesController->commandState()))
+        mKeyboardProfilesController->runCommand(tag);
 }
 
 void QLTableView::rightMouseDown(const QPoint &globalPosition)

@@ -27,6 +27,8 @@ public:
     bool performKeyEquivalent(const QKeyEvent *event) override;
 
 protected:
+    /// F2 renames and Delete deletes the selected profile, as the menus do, whichever column is current.
+    void keyPressEvent(QKeyEvent *event) override;
     void rightMouseDown(const QPoint &globalPosition) override;
 
 private:

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# The Debian and Ubuntu packages that ./run and ./test need, and the function that installs the missing ones. To be sourced.
+# The Debian and Ubuntu packages that ./run, ./test and the benchmarks need, and the function that installs the missing ones. To be sourced.
 # A row is "group package probe": the package counts as present when the command `probe` is found, or, where the
 # probe is "-", when dpkg says that it is installed.
 
@@ -27,6 +27,8 @@ test    xdotool         xdotool
 test    openbox         openbox
 test    sway            sway
 test    qt6-wayland     -
+bench   libbenchmark-dev -
+bench   libplist-dev    -
 '
 
 kestra_is_present() { # package probe

@@ -44,13 +44,13 @@ QVariant integerVariant(qint64 value)
 class Reader
 {
 public:
-    explicit Reader(QByteArrayView data) : m_data(data) {}
+    explicit Reader(QByteArrayView data) : mData(data) {}
 
     std::optional<QVariant> read()
     {
         if (!readTrailer())
             return {};
-        const Object *root = decode(m_top, 1);
+        const Object *root = decode(mTop, 1);
         return root ? std::optional<QVariant>(root->value) : std::nullopt;
     }
 
@@ -87,38 +87,38 @@ private:
 
     bool readTrailer()
     {
-        if (m_data.size() < headerSize + trailerSize || !m_data.startsWith("bplist00"))
+        if (mData.size() < headerSize + trailerSize || !mData.startsWith("bplist00"))
             return false;
-        const char *trailer = m_data.data() + m_data.size() - trailerSize;
-        m_offsetSize = quint8(trailer[6]);
-        m_referenceSize = quint8(trailer[7]);
+        const char *trailer = mData.data() + mData.size() - trailerSize;
+        mOffsetSize = quint8(trailer[6]);
+        mReferenceSize = quint8(trailer[7]);
         const quint64 count = bigEndian(trailer + 8, 8);
-        m_top = bigEndian(trailer + 16, 8);
+        mTop = bigEndian(trailer + 16, 8);
         const quint64 tableStart = bigEndian(trailer + 24, 8);
-        const auto tableEnd = quint64(m_data.size() - trailerSize);
-        if (m_offsetSize < 1 || m_offsetSize > 8 || m_referenceSize < 1 || m_referenceSize > 8)
+        const auto tableEnd = quint64(mData.size() - trailerSize);
+        if (mOffsetSize < 1 || mOffsetSize > 8 || mReferenceSize < 1 || mReferenceSize > 8)
             return false;
         if (count < 1 || count > PropertyList::maximumNodes || tableStart < quint64(headerSize) || tableStart > tableEnd
-            || count * quint64(m_offsetSize) > tableEnd - tableStart)
+            || count * quint64(mOffsetSize) > tableEnd - tableStart)
             return false;
-        m_objectsEnd = qsizetype(tableStart);
-        m_objects.resize(count);
-        return m_budget.takeNodes(1);
+        mObjectsEnd = qsizetype(tableStart);
+        mObjects.resize(count);
+        return mBudget.takeNodes(1);
     }
 
     /// The object of that number, at its place `depth` (1 for the root); null when it is bad in any way.
     Object *decode(quint64 number, int depth)
     {
-        if (number >= m_objects.size())
+        if (number >= mObjects.size())
             return nullptr;
-        Object &object = m_objects[number];
+        Object &object = mObjects[number];
         if (object.state == State::decoded)
             return depth + object.height - 1 <= PropertyList::maximumDepth ? &object : nullptr;
         if (object.state == State::beingDecoded) // contains itself
             return nullptr;
         object.state = State::beingDecoded;
-        const quint64 offset = bigEndian(m_data.data() + m_objectsEnd + qsizetype(number) * m_offsetSize, m_offsetSize);
-        if (offset < quint64(headerSize) || offset >= quint64(m_objectsEnd)
+        const quint64 offset = bigEndian(mData.data() + mObjectsEnd + qsizetype(number) * mOffsetSize, mOffsetSize);
+        if (offset < quint64(headerSize) || offset >= quint64(mObjectsEnd)
             || !decodeAt(qsizetype(offset), object, depth))
             return nullptr;
         object.state = State::decoded;
@@ -127,8 +127,8 @@ private:
 
     bool decodeAt(qsizetype offset, Object &object, int depth)
     {
-        const auto marker = quint8(m_data[offset]);
-        Cursor cursor{m_data.data() + offset + 1, m_objectsEnd - offset - 1};
+        const auto marker = quint8(mData[offset]);
+        Cursor cursor{mData.data() + offset + 1, mObjectsEnd - offset - 1};
         const int low = marker & 0x0f;
         switch (marker >> 4) {
         case 0x0: return decodeBoolean(low, object);
@@ -221,7 +221,7 @@ private:
     bool takeContent(Object &object, qsizetype bytes)
     {
         object.contentBytes = quint32(bytes);
-        return m_budget.takeContent(quint64(bytes));
+        return mBudget.takeContent(quint64(bytes));
     }
 
     bool decodeData(Cursor cursor, int low, Object &object)
@@ -257,20 +257,20 @@ private:
 
     quint64 reference(Cursor cursor, qsizetype index) const
     {
-        return bigEndian(cursor.at + index * m_referenceSize, m_referenceSize);
+        return bigEndian(cursor.at + index * mReferenceSize, mReferenceSize);
     }
 
     /// A container with the same references as another one is the same value: the entries of most keys are alike in all
     /// profiles, so this saves most of the work and of the memory.
     bool decodeContainer(Cursor cursor, int low, bool isDictionary, Object &object, int depth)
     {
-        const qsizetype unit = (isDictionary ? 2 : 1) * qsizetype(m_referenceSize);
+        const qsizetype unit = (isDictionary ? 2 : 1) * qsizetype(mReferenceSize);
         qsizetype count = 0;
         if (depth > PropertyList::maximumDepth || !takeCount(cursor, low, unit, count)
-            || !m_budget.takeNodes(quint64(count) * (isDictionary ? 2 : 1)))
+            || !mBudget.takeNodes(quint64(count) * (isDictionary ? 2 : 1)))
             return false;
         const QByteArrayView references(cursor.at, count * unit);
-        RecentContainer &recent = m_recentContainers[recentIndex(references)];
+        RecentContainer &recent = mRecentContainers[recentIndex(references)];
         if (recent.object && recent.isDictionary == isDictionary && recent.references == references) {
             object.takeOver(*recent.object);
             return depth + object.height - 1 <= PropertyList::maximumDepth;
@@ -317,7 +317,7 @@ private:
         return true;
     }
 
-    /// A place in m_recentContainers from the last references, where the values are: only a cache, so containers that
+    /// A place in mRecentContainers from the last references, where the values are: only a cache, so containers that
     /// fall together are no harm.
     static size_t recentIndex(QByteArrayView references)
     {
@@ -342,14 +342,14 @@ private:
 
     static constexpr int recentBits = 10;
 
-    QByteArrayView m_data;
-    qsizetype m_objectsEnd = 0; // where the offset table starts
-    int m_offsetSize = 0;
-    int m_referenceSize = 0;
-    quint64 m_top = 0;
-    std::vector<Object> m_objects;
-    std::array<RecentContainer, 1 << recentBits> m_recentContainers;
-    PropertyListBudget m_budget; // of the objects themselves, each counted once: bounds the work
+    QByteArrayView mData;
+    qsizetype mObjectsEnd = 0; // where the offset table starts
+    int mOffsetSize = 0;
+    int mReferenceSize = 0;
+    quint64 mTop = 0;
+    std::vector<Object> mObjects;
+    std::array<RecentContainer, 1 << recentBits> mRecentContainers;
+    PropertyListBudget mBudget; // of the objects themselves, each counted once: bounds the work
 };
 
 } // namespace

@@ -57,17 +57,17 @@ class Writer
 public:
     std::optional<QByteArray> write(const QVariant &root)
     {
-        m_output.reserve(65536);
-        m_output.append("bplist00", 8);
+        mOutput.reserve(65536);
+        mOutput.append("bplist00", 8);
         const quint32 top = addValue(root, 1);
         if (top == noObject)
             return {};
-        const int referenceSize = bytesFor(m_offsets.size() - 1);
+        const int referenceSize = bytesFor(mOffsets.size() - 1);
         writeContainers(referenceSize);
         writeOffsetsAndTrailer(referenceSize, top);
-        if (m_output.size() > PropertyList::maximumInputBytes)
+        if (mOutput.size() > PropertyList::maximumInputBytes)
             return {};
-        return std::move(m_output);
+        return std::move(mOutput);
     }
 
 private:
@@ -95,7 +95,7 @@ private:
 
     quint32 addValue(const QVariant &value, int depth)
     {
-        if (!m_budget.takeNodes(1))
+        if (!mBudget.takeNodes(1))
             return noObject;
         const void *data = value.constData();
         switch (value.typeId()) {
@@ -126,7 +126,7 @@ private:
     quint32 addDictionary(const QVariantMap &dictionary, int depth)
     {
         const auto count = size_t(dictionary.size());
-        if (!m_budget.takeNodes(count))
+        if (!mBudget.takeNodes(count))
             return noObject;
         const std::optional<Container> container = addContainer(count, true, depth);
         if (!container)
@@ -137,8 +137,8 @@ private:
             const quint32 value = key == noObject ? noObject : addValue(entry.value(), depth + 1);
             if (value == noObject)
                 return noObject;
-            m_references[at] = key;
-            m_references[at + count] = value;
+            mReferences[at] = key;
+            mReferences[at + count] = value;
         }
         return container->object;
     }
@@ -153,7 +153,7 @@ private:
             const quint32 value = addValue(element, depth + 1);
             if (value == noObject)
                 return noObject;
-            m_references[at++] = value;
+            mReferences[at++] = value;
         }
         return container->object;
     }
@@ -162,14 +162,14 @@ private:
     {
         if (depth > PropertyList::maximumDepth || count > PropertyList::maximumNodes)
             return {};
-        const Container container{quint32(m_offsets.size()), quint32(count), m_references.size(), isDictionary};
-        m_containers.push_back(container);
-        m_offsets.push_back(0);
-        m_references.resize(m_references.size() + (isDictionary ? 2 * count : count));
+        const Container container{quint32(mOffsets.size()), quint32(count), mReferences.size(), isDictionary};
+        mContainers.push_back(container);
+        mOffsets.push_back(0);
+        mReferences.resize(mReferences.size() + (isDictionary ? 2 * count : count));
         return container;
     }
 
-    /// A place in m_recentStrings from a few of the characters: only a cache, so strings that fall together are no
+    /// A place in mRecentStrings from a few of the characters: only a cache, so strings that fall together are no
     /// harm.
     static size_t recentIndex(const QString &text)
     {
@@ -184,17 +184,17 @@ private:
 
     quint32 addString(const QString &text)
     {
-        if (!m_budget.takeContent(quint64(text.size()) * 2))
+        if (!mBudget.takeContent(quint64(text.size()) * 2))
             return noObject;
-        RecentString &recent = m_recentStrings[recentIndex(text)];
+        RecentString &recent = mRecentStrings[recentIndex(text)];
         if (recent.object != noObject && recent.isEqual(text))
             return recent.object;
-        const qsizetype start = m_output.size();
+        const qsizetype start = mOutput.size();
         const bool isAscii = std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; });
         appendMarker(isAscii ? 0x50 : 0x60, quint64(text.size()));
-        const qsizetype content = m_output.size();
-        m_output.resize(content + text.size() * (isAscii ? 1 : 2));
-        char *to = m_output.data() + content;
+        const qsizetype content = mOutput.size();
+        mOutput.resize(content + text.size() * (isAscii ? 1 : 2));
+        char *to = mOutput.data() + content;
         if (isAscii)
             std::transform(text.cbegin(), text.cend(), to, [](QChar c) { return char(c.unicode()); });
         else
@@ -205,11 +205,11 @@ private:
 
     quint32 addData(const QByteArray &data)
     {
-        if (!m_budget.takeContent(quint64(data.size())))
+        if (!mBudget.takeContent(quint64(data.size())))
             return noObject;
-        const qsizetype start = m_output.size();
+        const qsizetype start = mOutput.size();
         appendMarker(0x40, quint64(data.size()));
-        m_output.append(data);
+        mOutput.append(data);
         return internFrom(start);
     }
 
@@ -240,23 +240,23 @@ private:
 
     quint32 addUnsigned(quint64 value)
     {
-        if (value < m_smallIntegers.size() && m_smallIntegers[value] != noObject)
-            return m_smallIntegers[value];
+        if (value < mSmallIntegers.size() && mSmallIntegers[value] != noObject)
+            return mSmallIntegers[value];
         // Eight bytes are read as signed, so what needs the top bit takes sixteen.
         const int size = value > quint64(std::numeric_limits<qint64>::max()) ? 16 : bytesFor(value);
         std::array<char, 17> bytes{};
         bytes[0] = char(0x10 | std::countr_zero(unsigned(size)));
         putBigEndian(bytes.data() + 1 + std::max(size - 8, 0), value, std::min(size, 8));
         const quint32 object = addBytes(bytes.data(), size + 1);
-        if (value < m_smallIntegers.size())
-            m_smallIntegers[value] = object;
+        if (value < mSmallIntegers.size())
+            mSmallIntegers[value] = object;
         return object;
     }
 
     quint32 addBytes(const char *bytes, qsizetype length)
     {
-        const qsizetype start = m_output.size();
-        m_output.append(bytes, length);
+        const qsizetype start = mOutput.size();
+        mOutput.append(bytes, length);
         return internFrom(start);
     }
 
@@ -264,20 +264,20 @@ private:
     /// one.
     quint32 internFrom(qsizetype start)
     {
-        PlistScalarTable::Entry &entry = m_scalars.find(m_output, start);
+        PlistScalarTable::Entry &entry = mScalars.find(mOutput, start);
         if (entry.object != noObject) {
-            m_output.truncate(start);
+            mOutput.truncate(start);
             return entry.object;
         }
-        entry.object = quint32(m_offsets.size());
-        m_offsets.push_back(quint64(start));
+        entry.object = quint32(mOffsets.size());
+        mOffsets.push_back(quint64(start));
         return entry.object;
     }
 
     void appendMarker(int kind, quint64 count)
     {
         std::array<char, 10> bytes{};
-        m_output.append(bytes.data(), putMarker(bytes.data(), kind, count) - bytes.data());
+        mOutput.append(bytes.data(), putMarker(bytes.data(), kind, count) - bytes.data());
     }
 
     /// The first byte of an object with a count, and the count itself where it does not fit that byte.
@@ -296,46 +296,46 @@ private:
     void writeContainers(int referenceSize)
     {
         constexpr qsizetype markerBound = 10;
-        const qsizetype start = m_output.size();
-        m_output.resize(start + qsizetype(m_containers.size()) * markerBound
-                        + qsizetype(m_references.size()) * referenceSize);
-        char *const begin = m_output.data();
+        const qsizetype start = mOutput.size();
+        mOutput.resize(start + qsizetype(mContainers.size()) * markerBound
+                       + qsizetype(mReferences.size()) * referenceSize);
+        char *const begin = mOutput.data();
         char *to = begin + start;
-        for (const Container &container : m_containers) {
-            m_offsets[container.object] = quint64(to - begin);
+        for (const Container &container : mContainers) {
+            mOffsets[container.object] = quint64(to - begin);
             to = putMarker(to, container.isDictionary ? 0xd0 : 0xa0, container.count);
             const size_t count = (container.isDictionary ? 2 : 1) * size_t(container.count);
-            to = putAllBigEndian(to, m_references.data() + container.firstReference, count, referenceSize);
+            to = putAllBigEndian(to, mReferences.data() + container.firstReference, count, referenceSize);
         }
-        m_output.truncate(to - begin);
+        mOutput.truncate(to - begin);
     }
 
     void writeOffsetsAndTrailer(int referenceSize, quint32 top)
     {
         constexpr qsizetype trailerSize = 32;
-        const qsizetype tableStart = m_output.size();
-        const int offsetSize = bytesFor(*std::max_element(m_offsets.cbegin(), m_offsets.cend()));
-        m_output.resize(tableStart + qsizetype(m_offsets.size()) * offsetSize + trailerSize);
-        char *to = m_output.data() + tableStart;
-        to = putAllBigEndian(to, m_offsets.data(), m_offsets.size(), offsetSize);
+        const qsizetype tableStart = mOutput.size();
+        const int offsetSize = bytesFor(*std::max_element(mOffsets.cbegin(), mOffsets.cend()));
+        mOutput.resize(tableStart + qsizetype(mOffsets.size()) * offsetSize + trailerSize);
+        char *to = mOutput.data() + tableStart;
+        to = putAllBigEndian(to, mOffsets.data(), mOffsets.size(), offsetSize);
         to = std::fill_n(to, 6, '\0');
         *to++ = char(offsetSize);
         *to++ = char(referenceSize);
-        to = putBigEndian(to, m_offsets.size(), 8);
+        to = putBigEndian(to, mOffsets.size(), 8);
         to = putBigEndian(to, top, 8);
         putBigEndian(to, quint64(tableStart), 8);
     }
 
     static constexpr int recentBits = 9;
 
-    PropertyListBudget m_budget;
-    QByteArray m_output;
-    std::vector<quint64> m_offsets; // one an object
-    std::vector<Container> m_containers;
-    std::vector<quint32> m_references; // of all containers; a dictionary's keys stand before its values
-    PlistScalarTable m_scalars;
-    std::array<RecentString, 1 << recentBits> m_recentStrings;
-    std::array<quint32, 256> m_smallIntegers = [] {
+    PropertyListBudget mBudget;
+    QByteArray mOutput;
+    std::vector<quint64> mOffsets; // one an object
+    std::vector<Container> mContainers;
+    std::vector<quint32> mReferences; // of all containers; a dictionary's keys stand before its values
+    PlistScalarTable mScalars;
+    std::array<RecentString, 1 << recentBits> mRecentStrings;
+    std::array<quint32, 256> mSmallIntegers = [] {
         std::array<quint32, 256> none{};
         none.fill(noObject);
         return none;

@@ -14,6 +14,9 @@ inline constexpr Key requestPortName{"QuillCoreEngineMsgPort"};
 inline constexpr Key configuratorReplyPortName{"KeyboardConfiguratorReplyPort"};
 inline constexpr Key configuratorIdentifier{"org.quillkestra.Configurator"};
 inline constexpr Key daemonProcessName{"QuillKestraDaemon"};
+inline constexpr Key virtualKeyboardPath{"/VirtualKeyboard"}; // an object of the request port's bus name
+inline constexpr Key virtualKeyboardInterface{"org.quillkestra.VirtualKeyboard"};
+inline constexpr Key virtualKeyboardNotAttached{"org.quillkestra.VirtualKeyboard.Error.NotAttached"}; // an error's name
 inline constexpr Key productWord{"Kestra"};
 inline constexpr int productId = 271;
 

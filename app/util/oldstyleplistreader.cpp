@@ -53,42 +53,42 @@ bool isUnquoted(QChar character)
 class Reader
 {
 public:
-    explicit Reader(QStringView text) : m_text(text) {}
+    explicit Reader(QStringView text) : mText(text) {}
 
     std::optional<QVariant> read()
     {
         QVariant root;
         if (!skipSpace() || !readValue(root, 1) || root.typeId() == QMetaType::QString || !skipSpace()
-            || m_at != m_text.size())
+            || mAt != mText.size())
             return {};
         return root;
     }
 
 private:
-    QChar peek(qsizetype ahead = 0) const { return m_at + ahead < m_text.size() ? m_text[m_at + ahead] : QChar(); }
+    QChar peek(qsizetype ahead = 0) const { return mAt + ahead < mText.size() ? mText[mAt + ahead] : QChar(); }
 
     bool take(char16_t character)
     {
-        if (m_at >= m_text.size() || m_text[m_at] != character)
+        if (mAt >= mText.size() || mText[mAt] != character)
             return false;
-        ++m_at;
+        ++mAt;
         return true;
     }
 
     /// Skips space and comments; false for a comment without an end.
     bool skipSpace()
     {
-        while (m_at < m_text.size()) {
+        while (mAt < mText.size()) {
             if (peek() == u'/' && peek(1) == u'/') {
-                while (m_at < m_text.size() && peek() != u'\n' && peek() != u'\r')
-                    ++m_at;
+                while (mAt < mText.size() && peek() != u'\n' && peek() != u'\r')
+                    ++mAt;
             } else if (peek() == u'/' && peek(1) == u'*') {
-                const qsizetype end = m_text.indexOf("*/"_L1, m_at + 2);
+                const qsizetype end = mText.indexOf("*/"_L1, mAt + 2);
                 if (end < 0)
                     return false;
-                m_at = end + 2;
+                mAt = end + 2;
             } else if (peek().isSpace()) {
-                ++m_at;
+                ++mAt;
             } else {
                 break;
             }
@@ -98,7 +98,7 @@ private:
 
     bool readValue(QVariant &value, int depth)
     {
-        if (!m_budget.takeNodes(1))
+        if (!mBudget.takeNodes(1))
             return false;
         if (take(u'{'))
             return readDictionary(value, depth);
@@ -122,7 +122,7 @@ private:
         while (!take(u'}')) {
             QString key;
             QVariant element;
-            if (!m_budget.takeNodes(1) || !readString(key) || !skipSpace() || !take(u'=') || !skipSpace()
+            if (!mBudget.takeNodes(1) || !readString(key) || !skipSpace() || !take(u'=') || !skipSpace()
                 || !readValue(element, depth + 1) || !skipSpace())
                 return false;
             dictionary.insert(key, element);
@@ -159,7 +159,7 @@ private:
     {
         QByteArray data("");
         int pending = -1;
-        for (; m_at < m_text.size() && peek() != u'>'; ++m_at) {
+        for (; mAt < mText.size() && peek() != u'>'; ++mAt) {
             if (peek().isSpace())
                 continue;
             const int digit = hexadecimalDigit(peek());
@@ -173,7 +173,7 @@ private:
             }
         }
         value = data;
-        return pending < 0 && take(u'>') && m_budget.takeContent(quint64(data.size()));
+        return pending < 0 && take(u'>') && mBudget.takeContent(quint64(data.size()));
     }
 
     bool readString(QString &text)
@@ -181,36 +181,36 @@ private:
         const QChar quote = peek();
         if (quote == u'"' || quote == u'\'')
             return readQuoted(quote.unicode(), text);
-        const qsizetype start = m_at;
-        while (m_at < m_text.size() && isUnquoted(peek()))
-            ++m_at;
-        text = m_text.sliced(start, m_at - start).toString();
-        return m_at > start && m_budget.takeContent(quint64(text.size()) * 2);
+        const qsizetype start = mAt;
+        while (mAt < mText.size() && isUnquoted(peek()))
+            ++mAt;
+        text = mText.sliced(start, mAt - start).toString();
+        return mAt > start && mBudget.takeContent(quint64(text.size()) * 2);
     }
 
     bool readQuoted(char16_t quote, QString &text)
     {
-        ++m_at;
+        ++mAt;
         text = u""_s;
-        while (m_at < m_text.size() && peek() != quote) {
+        while (mAt < mText.size() && peek() != quote) {
             if (take(u'\\')) {
-                if (m_at >= m_text.size())
+                if (mAt >= mText.size())
                     return false;
                 text += readEscape();
             } else {
-                text += m_text[m_at++];
+                text += mText[mAt++];
             }
         }
-        return take(quote) && m_budget.takeContent(quint64(text.size()) * 2);
+        return take(quote) && mBudget.takeContent(quint64(text.size()) * 2);
     }
 
     /// What stands behind a backslash: a letter with a meaning, \Uxxxx, an octal code, or the character meant itself.
     QChar readEscape()
     {
-        const QChar letter = m_text[m_at];
+        const QChar letter = mText[mAt];
         if (isOctalDigit(letter))
             return readOctal();
-        ++m_at;
+        ++mAt;
         switch (letter.unicode()) {
         case u'a': return u'\a';
         case u'b': return u'\b';
@@ -228,7 +228,7 @@ private:
     {
         int code = 0;
         for (int i = 0; i < 3 && isOctalDigit(peek()); ++i)
-            code = code * 8 + (m_text[m_at++].unicode() - u'0');
+            code = code * 8 + (mText[mAt++].unicode() - u'0');
         code &= 0xff;
         return code < 0x80 ? QChar(char16_t(code)) : QChar(nextStepUpperHalf[size_t(code - 0x80)]);
     }
@@ -240,13 +240,13 @@ private:
             return u'U';
         int code = 0;
         for (int i = 0; i < 4 && hexadecimalDigit(peek()) >= 0; ++i)
-            code = code * 16 + hexadecimalDigit(m_text[m_at++]);
+            code = code * 16 + hexadecimalDigit(mText[mAt++]);
         return char16_t(code);
     }
 
-    QStringView m_text;
-    qsizetype m_at = 0;
-    PropertyListBudget m_budget;
+    QStringView mText;
+    qsizetype mAt = 0;
+    PropertyListBudget mBudget;
 };
 
 } // namespace

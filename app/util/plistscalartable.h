@@ -26,18 +26,18 @@ public:
     /// The entry whose bytes in `output` equal those from `start` to the end, or a free one to be filled.
     Entry &find(const QByteArray &output, qsizetype start)
     {
-        if ((m_used + 1) * 2 > m_entries.size())
+        if ((mUsed + 1) * 2 > mEntries.size())
             grow();
         const QByteArrayView bytes = QByteArrayView(output).sliced(start);
         // Seeded: a file made to collide must not make saving it slow.
-        const size_t hash = qHashBits(bytes.data(), size_t(bytes.size()), m_seed);
+        const size_t hash = qHashBits(bytes.data(), size_t(bytes.size()), mSeed);
         for (size_t at = hash;; ++at) {
-            Entry &entry = m_entries[at & (m_entries.size() - 1)];
+            Entry &entry = mEntries[at & (mEntries.size() - 1)];
             if (entry.object == noObject) {
                 entry.hash = hash;
                 entry.start = start;
                 entry.length = bytes.size();
-                ++m_used;
+                ++mUsed;
                 return entry;
             }
             if (entry.hash == hash && QByteArrayView(output).sliced(entry.start, entry.length) == bytes)
@@ -48,8 +48,8 @@ public:
 private:
     void grow()
     {
-        std::vector<Entry> larger(m_entries.size() * 4);
-        for (const Entry &entry : m_entries) {
+        std::vector<Entry> larger(mEntries.size() * 4);
+        for (const Entry &entry : mEntries) {
             if (entry.object == noObject)
                 continue;
             size_t at = entry.hash & (larger.size() - 1);
@@ -57,10 +57,10 @@ private:
                 at = (at + 1) & (larger.size() - 1);
             larger[at] = entry;
         }
-        m_entries.swap(larger);
+        mEntries.swap(larger);
     }
 
-    size_t m_seed = QHashSeed::globalSeed();
-    size_t m_used = 0;
-    std::vector<Entry> m_entries = std::vector<Entry>(1024);
+    size_t mSeed = QHashSeed::globalSeed();
+    size_t mUsed = 0;
+    std::vector<Entry> mEntries = std::vector<Entry>(1024);
 };

@@ -8,9 +8,9 @@ class PropertyListBudget
 {
 public:
     /// Takes `count` values or keys; false, for good, once there are more than allowed.
-    [[nodiscard]] bool takeNodes(quint64 count) { return take(m_nodesLeft, count); }
+    [[nodiscard]] bool takeNodes(quint64 count) { return take(mNodesLeft, count); }
     /// Takes `bytes` of string or data content; false, for good, once there are more than allowed.
-    [[nodiscard]] bool takeContent(quint64 bytes) { return take(m_contentLeft, bytes); }
+    [[nodiscard]] bool takeContent(quint64 bytes) { return take(mContentLeft, bytes); }
 
 private:
     static bool take(quint64 &left, quint64 amount)
@@ -23,6 +23,6 @@ private:
         return true;
     }
 
-    quint64 m_nodesLeft = PropertyList::maximumNodes;
-    quint64 m_contentLeft = PropertyList::maximumContentBytes;
+    quint64 mNodesLeft = PropertyList::maximumNodes;
+    quint64 mContentLeft = PropertyList::maximumContentBytes;
 };

@@ -10,8 +10,6 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <optional>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -71,4 +69,10 @@ QString kestraPlistPath()
     if (content.isEmpty() || !userFolder.mkpath(u"."_s) || !PropertyList::writeFileAtomically(copy, content))
         return installed;
     return copy;
+}
+
+std::optional<QVariantMap> readDefaultSettings(const QString &path)
+{
+    const std::optional<QVariantMap> plist = PropertyList::readPropertyListFile(path);
+    return plist ? std::optional(plist->value(SettingsKeys::defaultSettings).toMap()) : std::nullopt;
 }

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <QString>
+#include <QVariantMap>
+
+#include <optional>
 
 /// Folder of the installed resources: $QUILL_KESTRA_RESOURCES when set, else `resources` beside the executable
 /// (build tree), else `../share/quill-kestra` from it (installation).
@@ -16,3 +19,7 @@
 /// first use, and made anew where it is damaged or holds no factory settings; the last selected key is kept where it
 /// can be read. When the copy cannot be made either, the installed path is returned. Reads the copy at each call.
 [[nodiscard]] QString kestraPlistPath();
+
+/// The factory settings in the Kestra.plist at `path`, as they stand there; empty when it holds none, absent when it
+/// cannot be read.
+[[nodiscard]] std::optional<QVariantMap> readDefaultSettings(const QString &path);

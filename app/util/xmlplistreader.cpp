@@ -17,49 +17,49 @@ namespace {
 class Reader
 {
 public:
-    explicit Reader(const QByteArray &data) : m_xml(data) {}
-    explicit Reader(const QString &text) : m_xml(text) {}
+    explicit Reader(const QByteArray &data) : mXml(data) {}
+    explicit Reader(const QString &text) : mXml(text) {}
 
     std::optional<QVariant> read()
     {
         QVariant root;
-        if (!nextElement() || m_xml.name() != "plist"_L1)
+        if (!nextElement() || mXml.name() != "plist"_L1)
             return {};
         if (!nextElement() || !readValue(root, 1) || nextElement()) // exactly one value
             return {};
-        while (!m_xml.atEnd() && !m_failed) {
-            if (m_xml.readNext() == QXmlStreamReader::StartElement)
-                m_failed = true;
+        while (!mXml.atEnd() && !mFailed) {
+            if (mXml.readNext() == QXmlStreamReader::StartElement)
+                mFailed = true;
         }
-        return m_failed || m_xml.hasError() ? std::nullopt : std::optional<QVariant>(root);
+        return mFailed || mXml.hasError() ? std::nullopt : std::optional<QVariant>(root);
     }
 
 private:
     /// Moves to the next start element; false at the end of the surrounding element, and for good after an error.
     bool nextElement()
     {
-        while (!m_failed && !m_xml.atEnd()) {
-            switch (m_xml.readNext()) {
+        while (!mFailed && !mXml.atEnd()) {
+            switch (mXml.readNext()) {
             case QXmlStreamReader::StartElement: return true;
             case QXmlStreamReader::EndElement: return false;
-            case QXmlStreamReader::Characters: m_failed = !m_xml.isWhitespace(); break;
+            case QXmlStreamReader::Characters: mFailed = !mXml.isWhitespace(); break;
             // A document type with declarations of its own could define entities that expand without end.
-            case QXmlStreamReader::DTD: m_failed = m_xml.text().contains(u'['); break;
+            case QXmlStreamReader::DTD: mFailed = mXml.text().contains(u'['); break;
             case QXmlStreamReader::StartDocument:
             case QXmlStreamReader::Comment:
             case QXmlStreamReader::ProcessingInstruction: break;
-            default: m_failed = true;
+            default: mFailed = true;
             }
         }
-        m_failed = true;
+        mFailed = true;
         return false;
     }
 
     bool readValue(QVariant &value, int depth)
     {
-        if (!m_budget.takeNodes(1))
+        if (!mBudget.takeNodes(1))
             return fail();
-        const QStringView name = m_xml.name();
+        const QStringView name = mXml.name();
         if (name == "dict"_L1)
             return readDictionary(value, depth);
         if (name == "array"_L1)
@@ -79,7 +79,7 @@ private:
         for (const Scalar &scalar : scalars) {
             if (name == scalar.name) {
                 const QString text = readText();
-                return !m_failed && (scalar.parse(text, value) || fail());
+                return !mFailed && (scalar.parse(text, value) || fail());
             }
         }
         return fail();
@@ -91,16 +91,16 @@ private:
             return fail();
         QVariantMap dictionary;
         while (nextElement()) {
-            if (m_xml.name() != "key"_L1 || !m_budget.takeNodes(1))
+            if (mXml.name() != "key"_L1 || !mBudget.takeNodes(1))
                 return fail();
             const QString key = readText();
             QVariant element;
-            if (m_failed || !nextElement() || !readValue(element, depth + 1))
+            if (mFailed || !nextElement() || !readValue(element, depth + 1))
                 return fail();
             dictionary.insert(key, element);
         }
         value = dictionary;
-        return !m_failed;
+        return !mFailed;
     }
 
     bool readArray(QVariant &value, int depth)
@@ -115,13 +115,13 @@ private:
             array.append(element);
         }
         value = array;
-        return !m_failed;
+        return !mFailed;
     }
 
     bool readBoolean(QVariant &value, bool boolean)
     {
         value = boolean;
-        return readText().trimmed().isEmpty() && !m_failed ? true : fail();
+        return readText().trimmed().isEmpty() && !mFailed ? true : fail();
     }
 
     /// The text up to the end of the element; nothing but text may stand there. (QXmlStreamReader::readElementText
@@ -129,13 +129,13 @@ private:
     QString readText()
     {
         QString text = u""_s;
-        while (!m_failed) {
-            switch (m_xml.readNext()) {
-            case QXmlStreamReader::Characters: text += m_xml.text(); break;
-            case QXmlStreamReader::EndElement: m_failed = !m_budget.takeContent(quint64(text.size()) * 2); return text;
+        while (!mFailed) {
+            switch (mXml.readNext()) {
+            case QXmlStreamReader::Characters: text += mXml.text(); break;
+            case QXmlStreamReader::EndElement: mFailed = !mBudget.takeContent(quint64(text.size()) * 2); return text;
             case QXmlStreamReader::Comment:
             case QXmlStreamReader::ProcessingInstruction: break;
-            default: m_failed = true;
+            default: mFailed = true;
             }
         }
         return text;
@@ -208,13 +208,13 @@ private:
 
     bool fail()
     {
-        m_failed = true;
+        mFailed = true;
         return false;
     }
 
-    QXmlStreamReader m_xml;
-    PropertyListBudget m_budget;
-    bool m_failed = false;
+    QXmlStreamReader mXml;
+    PropertyListBudget mBudget;
+    bool mFailed = false;
 };
 
 } // namespace

@@ -30,7 +30,9 @@ private Q_SLOTS:
     void disablesAKeyByMouseForGood();
     void disablesAKeyByKeyboardAlone();
     void followsAChangeMadeByAnotherClient();
+    void showsTheProfileOfTheApplicationInFront();
     void followsTheKeyboardAsItComesAndGoes();
+    void goesOnWhenADaemonStartsWithTheKeyboard();
     void showsTheFirmwareVersion();
     void followsTheBrightnessKeys();
     void takesAMacroRecordedOnTheKeyboard();
@@ -122,6 +124,23 @@ void EndToEndTest::followsAChangeMadeByAnotherClient()
     QTRY_COMPARE(hub.find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 0);
 }
 
+void EndToEndTest::showsTheProfileOfTheApplicationInFront()
+{
+    const QVariantMap game{{SettingsKeys::profileName, u"Game"_s},
+                           {SettingsKeys::appInfo, QVariantMap{{SettingsKeys::identifier, u"game"_s}}},
+                           {SettingsKeys::autoSwitchOn, 1}};
+    QVERIFY(mDaemon->request(DaemonProtocol::Command::addProfile, {{u"DeviceSettingsDictionary"_s, game}}));
+    QVERIFY(mDaemon->request(DaemonProtocol::Command::switchProfile, {{u"ProfileID"_s, 0}}));
+    const Hub hub;
+    hub.controller->initializeDevice();
+    const auto *table = hub.find<TableView>("mProfilesTableView");
+    QCOMPARE(table->selectedRow(), 0);
+    QCOMPARE(kestractl({u"focus"_s, u"game"_s}), QString());
+    QTRY_COMPARE(table->selectedRow(), 1);
+    QCOMPARE(kestractl({u"focus"_s, u"editor"_s}), QString());
+    QTRY_COMPARE(table->selectedRow(), 0);
+}
+
 void EndToEndTest::followsTheKeyboardAsItComesAndGoes()
 {
     const Hub hub;
@@ -133,6 +152,29 @@ void EndToEndTest::followsTheKeyboardAsItComesAndGoes()
     QCOMPARE(mDaemon->callKeyboard(u"Attach"_s), QString());
     QTRY_VERIFY(!sheet->isUp());
     QTRY_VERIFY(hub.find<QWidget>("mA")->isEnabled());
+}
+
+void EndToEndTest::goesOnWhenADaemonStartsWithTheKeyboard()
+{
+    QCOMPARE(kestractl({u"key"_s, u"Q"_s, u"disable"_s}), u"Q: disabled"_s);
+    mDaemon->kill();
+    const Hub hub;
+    hub.controller->initializeDevice(); // nobody answers: it gives up
+    QVERIFY(!hub.find<QWidget>("mQ")->isEnabled());
+    QVERIFY(!hub.find<KeyButton>("mQ")->isHighlighted());
+
+    QObject observer;
+    QList<DistributedNotification> seen;
+    DistributedNotificationCenter::defaultCenter().addObserver(
+        &observer, DaemonProtocol::deviceAttached,
+        [&](const DistributedNotification &notification) { seen += notification; });
+    QVERIFY(mDaemon->start());
+    QTRY_COMPARE(seen.size(), 1);
+    QCOMPARE(seen.first().userInfo, (QVariantMap{{u"ProductID"_s, 271}}));
+    QTRY_VERIFY(hub.find<QWidget>("mQ")->isEnabled());
+    QVERIFY(hub.find<KeyButton>("mQ")->isHighlighted()); // the daemon's settings, not the factory's
+    QTest::mouseClick(hub.find<QWidget>("mQ"), Qt::LeftButton);
+    QCOMPARE(hub.find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
 }
 
 void EndToEndTest::showsTheFirmwareVersion()

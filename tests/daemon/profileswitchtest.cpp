@@ -6,6 +6,7 @@
 #include "daemon/devicedaemon.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/virtualkeyboard.h"
+#include "tests/support/filesizelimit.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -39,25 +40,6 @@ QVariantMap startDocument()
          {u"Macros"_s, QVariantList()},
          {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}});
 }
-
-/// While it lives, no file can be written, as on a full disk.
-class FullDisk
-{
-public:
-    FullDisk()
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &mBefore);
-        const rlimit none{0, mBefore.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &mBefore); }
-    FullDisk(const FullDisk &) = delete;
-    FullDisk &operator=(const FullDisk &) = delete;
-
-private:
-    rlimit mBefore{};
-};
 
 } // namespace
 
@@ -202,7 +184,7 @@ void ProfileSwitchTest::switchThatCannotBeWrittenLeavesTheAutomaticOne()
 {
     inFront(u"a"_s);
     {
-        const FullDisk full;
+        const FileSizeLimit full(0);
         for (const int profile : {1, 2}) {
             QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
@@ -218,7 +200,7 @@ void ProfileSwitchTest::switchThatCannotBeWrittenLeavesTheAutomaticOne()
 
 void ProfileSwitchTest::automaticSwitchNeedsNoDisk()
 {
-    const FullDisk full;
+    const FileSizeLimit full(0);
     inFront(u"a"_s);
     QCOMPARE(active(), 2);
     inFront(u"other"_s);

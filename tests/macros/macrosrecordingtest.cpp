@@ -34,6 +34,7 @@ private Q_SLOTS:
     void aCaptureIsStoppedWithoutSaving();
     void aRemovedKeyboardLeavesEverythingDisabled();
     void recordingNeedsASelectedMacro();
+    void recordedLinesCanBeReadThoughTheListIsOff();
 };
 
 void MacrosRecordingTest::recordingStartsEmptyAndDisablesTheRest()
@@ -268,6 +269,22 @@ void MacrosRecordingTest::recordingNeedsASelectedMacro()
     QVERIFY(mDelegate->calls.isEmpty());
     QVERIFY(!mController->isRecordingOrCapturing());
     QVERIFY(!record->isChecked());
+}
+
+void MacrosRecordingTest::recordedLinesCanBeReadThoughTheListIsOff()
+{
+    fill({u"A"_s}, 0);
+    const auto textColor = [this](QPalette::ColorGroup group) {
+        return events()->palette().color(group, QPalette::Text);
+    };
+    const QColor faint = textColor(QPalette::Disabled);
+    QVERIFY(faint != textColor(QPalette::Active));
+    for (const char *start : {"mRecordMacroDetails", "mAddMacroDetails"}) {
+        outlet<QPushButton>(QLatin1StringView(start))->click();
+        QCOMPARE(textColor(QPalette::Disabled), textColor(QPalette::Active));
+        outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+        QCOMPARE(textColor(QPalette::Disabled), faint);
+    }
 }
 
 QTEST_MAIN(MacrosRecordingTest)

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -113,10 +114,37 @@ private slots:
         QCOMPARE(panel->chosenPath(), mFolder->filePath(file));
     }
 
+    void theProposedNameIsAFileName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("file");
+        QTest::newRow("with a slash") << u"Work/Play"_s << u"Work-Play.Kind"_s;
+        QTest::newRow("with quotation marks") << u"My \"best\" 12\""_s << u"My 'best' 12'.Kind"_s;
+        QTest::newRow("the folder above") << u".."_s << u"-..Kind"_s;
+        QTest::newRow("a hidden file") << u".quiet"_s << u"-quiet.Kind"_s;
+        QTest::newRow("the home folder") << u"~"_s << u"-.Kind"_s;
+        QTest::newRow("any language") << u"Größe 漢字 (2)"_s << u"Größe 漢字 (2).Kind"_s;
+    }
+
     void theProposedNameIsAFileName()
     {
-        const auto panel = savePanel(u"Work/Play"_s);
-        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Work-Play.Kind"_s));
+        QFETCH(QString, name);
+        QFETCH(QString, file);
+        const auto panel = savePanel(name);
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        panel->accept();
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(file));
+    }
+
+    void thePanelShowsItsColumnsWhole()
+    {
+        const auto panel = openPanel();
+        QVERIFY(panel->width() >= 800);
+        const QHeaderView *header = panel->findChild<QTreeView *>(u"treeView"_s)->header();
+        for (int column = 0; column < 4; ++column)
+            QVERIFY2(header->sectionSize(column) >= header->sectionSizeHint(column), qPrintable(QString::number(column)));
+        QVERIFY(panel->findChild<QWidget *>(u"sidebar"_s)->width() >= 150);
     }
 
     void replacingAFileIsAsked()

@@ -16,6 +16,9 @@ class SheetTest : public QObject
 private Q_SLOTS:
     void init() { mWindow.show(); }
     void belongsToItsWindowAndDoesNotBlock();
+    void appearsWithItsWindow();
+    void staysAwayWhenItWasTakenDownBeforeItsWindowAppears_data();
+    void staysAwayWhenItWasTakenDownBeforeItsWindowAppears();
     void tellsItsEndOnce();
     void canBeBegunAgainByItsEnd();
     void isShownAgainWhenItIsUp();
@@ -40,6 +43,42 @@ void SheetTest::belongsToItsWindowAndDoesNotBlock()
     QVERIFY(sheet.isUp());
     QCOMPARE(sheet.windowModality(), Qt::WindowModal);
     QCOMPARE(sheet.parentWidget(), &mWindow);
+    sheet.setParent(nullptr);
+}
+
+void SheetTest::appearsWithItsWindow()
+{
+    mWindow.hide();
+    Sheet sheet;
+    sheet.beginSheet(&mWindow);
+    QVERIFY(sheet.isUp());
+    QVERIFY(!sheet.isVisible());
+    mWindow.show();
+    QTRY_VERIFY(sheet.isVisible());
+    sheet.setParent(nullptr);
+}
+
+void SheetTest::staysAwayWhenItWasTakenDownBeforeItsWindowAppears_data()
+{
+    QTest::addColumn<bool>("isEnded");
+    QTest::newRow("ended") << true;
+    QTest::newRow("ordered out") << false;
+}
+
+void SheetTest::staysAwayWhenItWasTakenDownBeforeItsWindowAppears()
+{
+    QFETCH(bool, isEnded);
+    mWindow.hide();
+    Sheet sheet;
+    sheet.beginSheet(&mWindow);
+    if (isEnded)
+        sheet.endSheet();
+    else
+        sheet.orderOut();
+    QCOMPARE(sheet.isUp(), !isEnded);
+    mWindow.show();
+    QCoreApplication::processEvents();
+    QVERIFY(!sheet.isVisible());
     sheet.setParent(nullptr);
 }
 

@@ -3,7 +3,9 @@
 #include "platform/tablecelldelegate.h"
 
 #include <QAccessible>
+#include <QImage>
 #include <QLineEdit>
+#include <QPixmap>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTest>
@@ -48,6 +50,12 @@ public:
         return column == "switch"_L1 ? std::optional(TableCell::checkBox) : std::nullopt;
     }
 
+    QIcon tableViewImageForTableColumnRow(TableView *, const QString &column, int row) override
+    {
+        return column == "name"_L1 && row == 1 ? image : QIcon();
+    }
+
+    QIcon image;
     QStringList names{u"Alpha"_s, u"Beta"_s, u"Gamma"_s};
     QHash<int, int> switches;
     QList<Edit> edits;
@@ -103,6 +111,9 @@ private Q_SLOTS:
     void clickingBesideTheCheckBoxWritesNothing();
     void spaceSwitchesTheCheckBox();
     void tellsAssistiveToolsCellsAndHeadings();
+    void showsAPictureBeforeTheText();
+    void pictureOfASelectedRowStaysBrightWhenDisabled();
+    void emptyTableShowsItsPlaceholder();
 
 private:
     QLineEdit *editor() const;
@@ -505,6 +516,63 @@ void TableViewTest::tellsAssistiveToolsCellsAndHeadings()
     QCOMPARE(table->cellAt(1, switchColumn)->text(QAccessible::Name), u"Switch"_s);
     QVERIFY(table->cellAt(1, switchColumn)->state().checked);
     QVERIFY(!table->cellAt(0, switchColumn)->state().checked);
+}
+
+void TableViewTest::showsAPictureBeforeTheText()
+{
+    const auto picture = [this](int row, int column) {
+        return mTable->model()->index(row, column).data(Qt::DecorationRole);
+    };
+    QVERIFY(!picture(1, nameColumn).isValid());
+    QPixmap pixmap(16, 16);
+    pixmap.fill(Qt::red);
+    mSource->image = QIcon(pixmap);
+    QCOMPARE(picture(1, nameColumn).value<QIcon>().cacheKey(), mSource->image.cacheKey());
+    QVERIFY(!picture(0, nameColumn).isValid());
+    QVERIFY(!picture(1, fixedColumn).isValid());
+}
+
+void TableViewTest::pictureOfASelectedRowStaysBrightWhenDisabled()
+{
+    const auto filled = [](Qt::GlobalColor color) {
+        QPixmap pixmap(16, 16);
+        pixmap.fill(color);
+        return pixmap;
+    };
+    mSource->image.addPixmap(filled(Qt::red), QIcon::Normal);
+    mSource->image.addPixmap(filled(Qt::green), QIcon::Selected);
+    mSource->image.addPixmap(filled(Qt::blue), QIcon::Disabled);
+    const auto colorOfPicture = [this] {
+        const QRect cell = mTable->visualRect(mTable->model()->index(1, nameColumn));
+        return mTable->viewport()->grab(cell).toImage().pixelColor(10, cell.height() / 2);
+    };
+    mTable->setEnabled(false);
+    QCOMPARE(colorOfPicture(), QColor(Qt::blue));
+    mTable->selectRow(1);
+    QCOMPARE(colorOfPicture(), QColor(Qt::green));
+}
+
+void TableViewTest::emptyTableShowsItsPlaceholder()
+{
+    const auto dots = [this] {
+        const QImage image = mTable->viewport()->grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                count += image.pixel(x, y) != image.pixel(0, 0);
+        }
+        return count;
+    };
+    mSource->names.clear();
+    mTable->reloadData();
+    QCOMPARE(dots(), 0);
+    mTable->setPlaceholderText(u"Nothing here"_s);
+    QVERIFY(dots() > 20);
+    mSource->names = {u"Alpha"_s};
+    mTable->reloadData();
+    const int withPlaceholder = dots();
+    mTable->setPlaceholderText({});
+    QCOMPARE(withPlaceholder, dots()); // not drawn over rows
 }
 
 QTEST_MAIN(TableViewTest)

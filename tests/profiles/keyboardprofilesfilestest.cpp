@@ -156,6 +156,23 @@ private slots:
         QCOMPARE(selected, -1);
     }
 
+    void aRefusedImportSwitchesNoProfile()
+    {
+        mDelegate->refusesToAdd = true;
+        importFile(u"a.KestraProfile"_s, *PropertyList::writeBinary(profileNamed(u"New"_s)));
+        QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
+        QCOMPARE(mController->allProfilesArray().size(), 2);
+        QCOMPARE(mController->profilesTableView()->selectedRow(), 0);
+    }
+
+    void anUnansweredImportShowsTheRecord()
+    {
+        mDelegate->answers = false;
+        importFile(u"a.KestraProfile"_s, *PropertyList::writeBinary(profileNamed(u"New"_s)));
+        QCOMPARE(mController->profilesTableView()->numberOfRows(), 3);
+        QCOMPARE(mController->profilesTableView()->selectedRow(), 2);
+    }
+
     void aFileThatIsNoProfileIsIgnored_data()
     {
         QTest::addColumn<QByteArray>("content");

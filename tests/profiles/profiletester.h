@@ -45,7 +45,7 @@ public:
     void addNewProfileWithSettings(const QVariantMap &profile) override
     {
         calls.append({QStringLiteral("add"), -1, profile});
-        if (answers)
+        if (answers && !refusesToAdd)
             profiles.append(profile);
         if (duringAdd)
             duringAdd();
@@ -105,6 +105,7 @@ public:
     int active = 0;
     int onScreenDisplay = 0;
     bool answers = true; ///< false: no reply ever comes
+    bool refusesToAdd = false; ///< as the daemon does with what it cannot hold
     QList<Call> calls;
     std::function<void()> duringAdd; ///< runs before the tab is refreshed
 

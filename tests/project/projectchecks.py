@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Rules of the repository that no compiler checks. Each check takes the sources and returns its findings as text."""
 
+import posixpath
 import re
 from dataclasses import dataclass
 from pathlib import Path, PurePosixPath
@@ -13,7 +14,7 @@ MAXIMUM_MAIN_LINES = 80
 
 @dataclass(frozen=True)
 class Source:
-    """One text file; `path` is relative to the repository root, with slashes."""
+    """One file; `path` is relative to the repository root, with slashes."""
 
     path: str
     text: str
@@ -30,7 +31,7 @@ class Source:
 
 
 def read_sources(root):
-    """Every text file of the repository; build folders and pictures are left out."""
+    """Every file of the repository but build folders; pictures and the like without a text."""
     sources = []
     for path in sorted(Path(root).rglob("*")):
         relative = path.relative_to(root)
@@ -42,7 +43,7 @@ def read_sources(root):
         try:
             sources.append(Source(relative.as_posix(), path.read_text(encoding="utf-8")))
         except UnicodeDecodeError:
-            continue
+            sources.append(Source(relative.as_posix(), ""))
     return sources
 
 
@@ -237,6 +238,139 @@ def check_thin_mains(sources):
     return findings
 
 
+# --- the protocol and its document ----------------------------------------------------------------------------------
+
+PROTOCOL_HEADER = "app/util/daemonprotocol.h"
+SETTINGS_HEADER = "app/util/settingskeys.h"
+STATUS_HEADER = "daemon/status.h"
+PROTOCOL_DOCUMENT = "docs/daemon-protocol.md"
+NAMED_CONSTANT = re.compile(r'inline constexpr Key \w+\{"([^"]+)"\};')
+FORMATTED_NAME = re.compile(r'QStringLiteral\("(\w+)%1"\)')
+QUOTED = re.compile(r"`([^`]+)`")
+
+
+def enumerators(text, name):
+    """The numbers of the enumeration `name`, as text."""
+    body = re.search(r"enum class " + name + r"\b[^{]*\{(.*?)\};", text, re.DOTALL)
+    return set(re.findall(r"=\s*(-?\d+),", body.group(1))) if body else set()
+
+
+def section_of(text, heading):
+    """What stands below a heading, up to the next one of its level or above."""
+    level = heading.split(" ")[0]
+    match = re.search(r"^" + re.escape(heading) + r"\s*$(.*?)(?=^#{1," + str(len(level)) + r"} |\Z)", text,
+                      re.DOTALL | re.MULTILINE)
+    return match.group(1) if match else ""
+
+
+def table_rows(text):
+    """The cells of each row of the tables in `text`, without the rows above and of the rules."""
+    rows = [[cell.strip() for cell in line.strip().strip("|").split("|")]
+            for line in text.splitlines() if line.startswith("|")]
+    rules = [number for number, row in enumerate(rows) if all(set(cell) <= set("-:") for cell in row)]
+    headings = {number - 1 for number in rules}
+    return [row for number, row in enumerate(rows) if number not in headings and number not in rules]
+
+
+def names_in(cells):
+    """The dictionary keys and other names that cells quote; `{...}` shows a shape, whose own keys are quoted in it."""
+    names = set()
+    for quoted in (name for cell in cells for name in QUOTED.findall(cell)):
+        if quoted.startswith("{"):
+            names.update(re.findall(r'"(\w+)":', quoted))
+        elif re.fullmatch(r"[A-Za-z][\w ]*", quoted):
+            names.add(quoted)
+    return names
+
+
+def difference(what, where, expected, found):
+    """Both directions, and nothing to compare is a finding of its own."""
+    findings = [f"{PROTOCOL_DOCUMENT}: has no {what} {entry}, which is in {where}" for entry in sorted(expected - found)]
+    findings += [f"{where}: has no {what} {entry}, which is in {PROTOCOL_DOCUMENT}"
+                 for entry in sorted(found - expected)]
+    if not expected or not found:
+        findings.append(f"no {what} to compare in {where if not expected else PROTOCOL_DOCUMENT}")
+    return findings
+
+
+def header_section(header, first, last=None):
+    """The names in the part of the protocol's header from the comment `first` to the comment `last`."""
+    part = header.partition(f"// {first}")[2]
+    if last:
+        part = part.partition(f"// {last}")[0]
+    return set(NAMED_CONSTANT.findall(part)) | {name + "271" for name in FORMATTED_NAME.findall(part)}
+
+
+def check_protocol_document(sources):
+    """The tables of the protocol's document say what the headers say: commands, statuses, keys, notifications, ports."""
+    texts = {source.path: source.text for source in sources}
+    missing = [path for path in (PROTOCOL_HEADER, SETTINGS_HEADER, STATUS_HEADER, PROTOCOL_DOCUMENT) if path not in texts]
+    if missing:
+        return [f"{path}: is not there" for path in missing]
+    header, document = texts[PROTOCOL_HEADER], texts[PROTOCOL_DOCUMENT]
+    commands = table_rows(section_of(document, "## Commands").partition("\n### ")[0])
+    messages = table_rows(section_of(document, "## Messages").partition("\n### ")[0])
+    notifications = section_of(document, "### Interface org.quillkestra.DistributedNotificationCenter")
+    rows = table_rows(notifications)
+    findings = difference("command", PROTOCOL_HEADER, enumerators(header, "Command"),
+                          {row[0].split(" ")[0] for row in commands})
+    findings += difference("status", STATUS_HEADER, enumerators(texts[STATUS_HEADER], "Status"),
+                           {row[0] for row in table_rows(section_of(document, "### Status codes"))})
+    findings += difference("notification", PROTOCOL_HEADER, header_section(header, "Notification names"),
+                           {name for row in rows for name in names_in(row[:1])}
+                           | {name for name in QUOTED.findall(notifications) if name.endswith(" 271")})
+    ports = {name for name in NAMED_CONSTANT.findall(header) if name.endswith("Port")}
+    findings += difference("port", PROTOCOL_HEADER, ports,
+                           {name for name in QUOTED.findall(section_of(document, "## Ports")) if re.fullmatch(r"\w+Port", name)}
+                           - {"MessagePort"})
+    # A key of a record may be named where a request or a reply holds one, so the other header's keys are fine there.
+    records = set(NAMED_CONSTANT.findall(texts[SETTINGS_HEADER]))
+    keys = header_section(header, "Request keys", "Notification names")
+    named = {name for row in commands for name in names_in(row[1:2] + row[3:])}
+    named |= {name for row in messages for name in names_in(row[:1])} | {name for row in rows for name in names_in(row[1:2])}
+    prose = set(QUOTED.findall(section_of(document, "## Messages")))
+    findings += difference("key", PROTOCOL_HEADER, keys,
+                           (named - (records - keys) - header_section(header, "Notification names")) | (prose & keys))
+    return findings
+
+
+# --- links between the documents ------------------------------------------------------------------------------------
+
+CODE_BLOCK = re.compile(r"^(```|~~~).*?^\1", re.DOTALL | re.MULTILINE)
+CODE_SPAN = re.compile(r"`[^`\n]*`")
+LINK = re.compile(r"\]\(\s*<?([^)\s>]+)>?(?:\s+\"[^\"]*\")?\s*\)|^\[[^\]]+\]:\s*(\S+)|<(?:img|a)\b[^>]*?(?:src|href)=\"([^\"]+)\"",
+                  re.MULTILINE)
+HEADING = re.compile(r"^#{1,6}\s+(.*?)\s*#*$", re.MULTILINE)
+
+
+def anchors_of(text):
+    """The names that headings can be linked by: lower case, words joined by hyphens, the rest left out."""
+    headings = HEADING.findall(CODE_BLOCK.sub("", text))
+    return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
+
+
+def check_links(sources):
+    """Every relative link of a Markdown file leads to a file or folder of the repository, and to a heading if it names
+    one."""
+    texts = {source.path: source.text for source in sources}
+    folders = {str(parent) for path in texts for parent in PurePosixPath(path).parents}
+    findings = []
+    for source in sources:
+        if source.suffix != ".md":
+            continue
+        for groups in LINK.findall(CODE_SPAN.sub("", CODE_BLOCK.sub("", source.text))):
+            link = next(group for group in groups if group)
+            if re.match(r"[a-z][a-z0-9+.-]*:", link):
+                continue
+            file, _, anchor = link.partition("#")
+            target = posixpath.normpath(posixpath.join(posixpath.dirname(source.path), file)) if file else source.path
+            if target not in texts and target not in folders:
+                findings.append(f"{source.path}: leads to {link}, which is not there")
+            elif anchor and (target not in texts or anchor not in anchors_of(texts[target])):
+                findings.append(f"{source.path}: leads to {link}, which has no such heading")
+    return findings
+
+
 ALL_CHECKS = {
     "include-directions": check_include_directions,
     "licence-lines": check_licence_lines,
@@ -244,5 +378,7 @@ ALL_CHECKS = {
     "texts": check_texts,
     "machine-paths": check_machine_paths,
     "thin-mains": check_thin_mains,
+    "protocol-document": check_protocol_document,
+    "links": check_links,
 }
 

@@ -33,8 +33,8 @@ exec "$@"
 PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import",
             "openbox", "sway")
 LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",
-             "libxcb1-dev", "libwayland-dev", "qt6-wayland")
-GROUPS = ("build", "session", "display", "tour", "test")
+             "libbenchmark-dev", "libxcb1-dev", "libwayland-dev", "qt6-wayland")
+GROUPS = ("build", "session", "display", "tour", "test", "bench")
 
 
 class Packages(unittest.TestCase):
@@ -91,6 +91,11 @@ class Packages(unittest.TestCase):
         self.assertEqual(len(self.calls()), 2)
         self.assertTrue(self.calls()[0].startswith("apt-get update"))
         self.assertTrue(self.calls()[1].endswith("--no-install-recommends qt6-base-dev xvfb"))
+
+    def test_the_benchmarks_have_a_group_of_their_own(self):
+        self.installed(*(name for name in LIBRARIES if name != "libbenchmark-dev"))
+        self.assertEqual(self.require("build", "session", "display", "tour", "test").stdout, "")
+        self.assertEqual(self.require("bench").stdout.splitlines()[0], "Installing what is missing: libbenchmark-dev")
 
     def test_other_groups_are_not_installed(self):
         (self.bin / "Xvfb").unlink()

@@ -4,8 +4,9 @@
 
 import unittest
 
-from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_include_directions, check_licence_lines,
-                           check_machine_paths, check_string_connects, check_texts, check_thin_mains)
+from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_include_directions, check_licence_lines, check_links,
+                           check_machine_paths, check_protocol_document, check_string_connects, check_texts,
+                           check_thin_mains)
 
 KEYS_CMAKE = Source("keys/CMakeLists.txt", """
 kestra_library(kestra_keys_records
@@ -185,6 +186,138 @@ class ThinMains(unittest.TestCase):
 
     def test_tests_are_not_limited(self):
         self.assertEqual(check_thin_mains([Source("tests/a/tst_a.cpp", self.main_of(200))]), [])
+
+
+class ProtocolDocument(unittest.TestCase):
+    HEADER = """
+inline constexpr Key requestPortName{"CoreMsgPort"};
+enum class Command : qint32 {
+    openDevice = 0,
+    readSettings = 4,
+};
+// Request keys
+inline constexpr Key profileId{"ProfileID"};
+// Reply keys
+inline constexpr Key settings{"AllDevSettings"};
+// Keys of notifications' user information
+inline constexpr Key sourceApp{"Source App"};
+// Notification names.
+inline constexpr Key updated{"Profile Updated 271"};
+inline constexpr Key dpi{"DPI Updated 271"};
+QStringLiteral("replyNotification%1").arg(product);
+"""
+    STATUS = "enum class Status : int {\n    ok = 0, ///< fine\n    malformed = 2,\n};\n"
+    DOCUMENT = """
+## Ports
+
+The daemon's is `CoreMsgPort`, at `/MessagePort`.
+
+## Messages
+
+| Key | Type |
+|---|---|
+| `Source App` | string |
+
+### Status codes
+
+| `ReturnStatus` | Meaning |
+|---|---|
+| 0 | done |
+| 2 | malformed |
+
+## Commands
+
+| Command | Request | Effect | Reply |
+|---|---|---|---|
+| 0 open | | `Unknown` | |
+| 4 read | `ProfileID`, `{"MacroName": string}` | | `AllDevSettings` |
+
+### Captures
+
+| 99 | no command |
+
+## Notifications
+
+### Interface org.quillkestra.DistributedNotificationCenter
+
+| Name | User information | When |
+|---|---|---|
+| `Profile Updated 271` | `Source App` | |
+| `replyNotification271` | | |
+
+`DPI Updated 271` is never posted.
+"""
+
+    def findings(self, **changed):
+        texts = {"app/util/daemonprotocol.h": self.HEADER, "daemon/status.h": self.STATUS,
+                 "app/util/settingskeys.h": 'inline constexpr Key macroName{"MacroName"};',
+                 "docs/daemon-protocol.md": self.DOCUMENT}
+        for path, (old, new) in changed.pop("replaced", {}).items():
+            self.assertIn(old, texts[path])
+            texts[path] = texts[path].replace(old, new)
+        return check_protocol_document([Source(path, text) for path, text in texts.items()])
+
+    def test_the_same_in_both_passes(self):
+        self.assertEqual(self.findings(), [])
+
+    def test_what_only_the_headers_have_is_found(self):
+        for path, old, new in (
+                ("app/util/daemonprotocol.h", "    readSettings = 4,", "    readSettings = 4,\n    other = 5,"),
+                ("app/util/daemonprotocol.h", "// Reply keys", 'inline constexpr Key a{"Another"};\n// Reply keys'),
+                ("app/util/daemonprotocol.h", "QString", 'inline constexpr Key a{"Another 271"};\nQString'),
+                ("app/util/daemonprotocol.h", "enum", 'inline constexpr Key a{"OtherPort"};\nenum'),
+                ("daemon/status.h", "malformed = 2,", "malformed = 2,\n    other = 3,")):
+            with self.subTest(path=path, new=new):
+                found = self.findings(replaced={path: (old, new)})
+                self.assertEqual(len(found), 1, found)
+                self.assertTrue(found[0].startswith("docs/daemon-protocol.md: has no "), found)
+
+    def test_what_only_the_document_has_is_found(self):
+        for old, new in (
+                ("| 4 read |", "| 5 more | | | |\n| 4 read |"),
+                ("| 2 | malformed |", "| 2 | malformed |\n| 3 | more |"),
+                ("`ProfileID`,", "`ProfileID`, `Another`,"),
+                ("| `AllDevSettings` |", "| `AllDevSettings`, `Another` |"),
+                ("| `Source App` | string |", "| `Source App` | string |\n| `Another` | string |"),
+                ("| `replyNotification271` |", "| `Another271` | | |\n| `replyNotification271` |"),
+                ("`DPI Updated 271` is", "`DPI Updated 271` and `Another 271` are"),
+                ("is `CoreMsgPort`,", "is `CoreMsgPort` or `OtherPort`,")):
+            with self.subTest(new=new):
+                found = self.findings(replaced={"docs/daemon-protocol.md": (old, new)})
+                self.assertEqual(len(found), 1, found)
+                self.assertTrue(found[0].endswith("which is in docs/daemon-protocol.md"), found)
+
+    def test_nothing_to_compare_is_found(self):
+        for path, old, new in (("app/util/daemonprotocol.h", "enum class Command", "enum class Cmd"),
+                               ("daemon/status.h", "enum class Status", "enum class State"),
+                               ("docs/daemon-protocol.md", "## Commands", "## Orders"),
+                               ("docs/daemon-protocol.md", "## Ports", "## Doors")):
+            with self.subTest(path=path, old=old):
+                self.assertNotEqual(self.findings(replaced={path: (old, new)}), [])
+
+    def test_a_missing_file_is_found(self):
+        self.assertEqual(len(check_protocol_document([])), 4)
+
+
+class Links(unittest.TestCase):
+    FILES = [Source("README.md", "# Title\n\n## What it is\n"), Source("docs/images/a.png", ""),
+             Source("docs/man/a.1", ".TH")]
+
+    def findings(self, text, path="docs/a.md"):
+        return check_links([*self.FILES, Source(path, text)])
+
+    def test_links_that_lead_nowhere_are_found(self):
+        for text in ("[a](b.md)", "![a](images/b.png)", "[a](../README.md#other)", "[a](#none)", "[a](README.md)",
+                     "[a]: b.md", '<img src="b.png">', "[a](man/a.1#heading)"):
+            with self.subTest(text=text):
+                self.assertEqual(len(self.findings(text)), 1)
+
+    def test_links_that_lead_somewhere_pass(self):
+        for text in ("[a](../README.md)", "![a](images/a.png)", "[a](../README.md#what-it-is)", "# One\n[a](#one)",
+                     "[a](man/a.1)", "[a](images)", "[a](https://example.org/b.md)", "[a]: ../README.md",
+                     "`[a](b.md)`", "```\n[a](b.md)\n```\n"):
+            with self.subTest(text=text):
+                self.assertEqual(self.findings(text), [])
 
 
 if __name__ == "__main__":

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int waitMs = 20'000;
-const QString keyboardInterface = u"org.quillkestra.VirtualKeyboard"_s;
+const QString keyboardInterface = DaemonProtocol::virtualKeyboardInterface;
 
 QString daemonPath()
 {
@@ -23,7 +23,7 @@ QString daemonPath()
 QDBusMessage callObject(const QString &interface, const QString &method, const QVariantList &arguments)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
-                                                       u"/VirtualKeyboard"_s, interface, method);
+                                                       DaemonProtocol::virtualKeyboardPath, interface, method);
     call.setArguments(arguments);
     return QDBusConnection::sessionBus().call(call);
 }

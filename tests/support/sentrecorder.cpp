@@ -9,8 +9,8 @@
 using namespace Qt::StringLiterals;
 
 KeyboardProxy::KeyboardProxy()
-    : QDBusAbstractInterface(messagePortBusName(DaemonProtocol::requestPortName), u"/VirtualKeyboard"_s,
-                             "org.quillkestra.VirtualKeyboard", QDBusConnection::sessionBus(), nullptr)
+    : QDBusAbstractInterface(messagePortBusName(DaemonProtocol::requestPortName), DaemonProtocol::virtualKeyboardPath,
+                             DaemonProtocol::virtualKeyboardInterface.data(), QDBusConnection::sessionBus(), nullptr)
 {
 }
 

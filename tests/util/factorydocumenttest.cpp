@@ -34,8 +34,8 @@ private slots:
 private:
     QVariantMap defaultProfile() const;
 
-    QByteArray m_bytes;
-    QVariantMap m_document;
+    QByteArray mBytes;
+    QVariantMap mDocument;
 };
 
 void FactoryDocumentTest::initTestCase()
@@ -43,15 +43,15 @@ void FactoryDocumentTest::initTestCase()
     const QString path = QStringLiteral(KESTRA_SOURCE_DIR "/resources/Kestra.plist");
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    m_bytes = file.readAll();
+    mBytes = file.readAll();
     const auto document = PropertyList::readPropertyListFile(path);
     QVERIFY(document);
-    m_document = *document;
+    mDocument = *document;
 }
 
 QVariantMap FactoryDocumentTest::defaultProfile() const
 {
-    return m_document.value(SettingsKeys::defaultSettings)
+    return mDocument.value(SettingsKeys::defaultSettings)
         .toMap()
         .value(SettingsKeys::profiles)
         .toList()
@@ -61,8 +61,8 @@ QVariantMap FactoryDocumentTest::defaultProfile() const
 
 void FactoryDocumentTest::isXmlSoThatChangesCanBeRead()
 {
-    QVERIFY(m_bytes.startsWith("<?xml"));
-    QVERIFY(m_bytes.count('\n') > 500);
+    QVERIFY(mBytes.startsWith("<?xml"));
+    QVERIFY(mBytes.count('\n') > 500);
 }
 
 void FactoryDocumentTest::isWhatTheToolMakes()
@@ -76,7 +76,7 @@ void FactoryDocumentTest::isWhatTheToolMakes()
 
 void FactoryDocumentTest::hasOneDefaultProfileAndNoMacros()
 {
-    const QVariantMap settings = m_document.value(SettingsKeys::defaultSettings).toMap();
+    const QVariantMap settings = mDocument.value(SettingsKeys::defaultSettings).toMap();
     QCOMPARE(settings.keys(),
              (QStringList{SettingsKeys::deviceSettings, SettingsKeys::macros, SettingsKeys::profiles}));
     QCOMPARE(settings.value(SettingsKeys::macros), QVariant(QVariantList()));
@@ -131,7 +131,7 @@ void FactoryDocumentTest::lightingValuesHaveTheirTypesAndRanges()
 void FactoryDocumentTest::deviceSettingsHaveTheirTypes()
 {
     const QVariantMap settings =
-        m_document.value(SettingsKeys::defaultSettings).toMap().value(SettingsKeys::deviceSettings).toMap();
+        mDocument.value(SettingsKeys::defaultSettings).toMap().value(SettingsKeys::deviceSettings).toMap();
     QCOMPARE(settings,
              (QVariantMap{
                  {SettingsKeys::activeProfile, 0}, {SettingsKeys::profileOsdOn, 1}, {SettingsKeys::gameMode, false}}));
@@ -141,7 +141,7 @@ void FactoryDocumentTest::deviceSettingsHaveTheirTypes()
 
 void FactoryDocumentTest::noKeyWasSelectedLast()
 {
-    const QVariantMap info = m_document.value(SettingsKeys::deviceInfo).toMap();
+    const QVariantMap info = mDocument.value(SettingsKeys::deviceInfo).toMap();
     QCOMPARE(info, (QVariantMap{{SettingsKeys::lastSelectedKey, u""_s}}));
 }
 

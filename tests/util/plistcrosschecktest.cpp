@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The codec against two independent ones, in both directions, on random trees: Python's plistlib and libplist.
+// The codec against two independent ones, in both directions, on random trees, a full settings
+// document and the factory settings: Python's plistlib and libplist.
 #include "app/util/propertylist.h"
 #include "tests/support/fulldocument.h"
 #include "tests/util/plistsamples.h"
@@ -158,6 +159,37 @@ QVariant withUnsignedIntegers(const QVariant &tree)
     return tree;
 }
 
+/// The property list `source` as plistlib writes it, binary and XML, and as libplist writes
+/// each of the two again in both forms; six in all, fewer or empty ones when one of them fails.
+QList<QByteArray> writtenByOthers(const QByteArray &source, const QString &folder)
+{
+    const QString path = folder + u"/source"_s;
+    if (!PropertyList::writeFileAtomically(path, source) || peer({u"rewrite"_s, path, path}).isNull())
+        return {{}};
+    const QByteArray binary = fileContent(path + u".bin.plist"_s);
+    const QByteArray xml = fileContent(path + u".xml.plist"_s);
+    QList<QByteArray> written{binary, xml};
+    for (const QByteArray &input : {binary, xml}) {
+        plist_t root = nullptr;
+        if (input == xml)
+            plist_from_xml(input.constData(), uint32_t(input.size()), &root);
+        else
+            plist_from_bin(input.constData(), uint32_t(input.size()), &root);
+        // libplist writes nothing where a pointer is set already, so each form has one of its own.
+        char *binaryBytes = nullptr;
+        char *xmlBytes = nullptr;
+        uint32_t binarySize = 0;
+        uint32_t xmlSize = 0;
+        plist_to_bin(root, &binaryBytes, &binarySize);
+        plist_to_xml(root, &xmlBytes, &xmlSize);
+        written << QByteArray(binaryBytes, binarySize) << QByteArray(xmlBytes, xmlSize);
+        plist_to_bin_free(binaryBytes);
+        plist_to_xml_free(xmlBytes);
+        plist_free(root);
+    }
+    return written;
+}
+
 } // namespace
 
 class PlistCrossCheckTest : public QObject
@@ -169,7 +201,15 @@ private slots:
     void plistlibReadsWhatIsWritten();
     void readsWhatLibplistWrites();
     void libplistReadsWhatIsWritten();
-    void bothReadTheFullDocument();
+    void bothReadTheDocument_data() { addDocuments(); }
+    void bothReadTheDocument();
+    void readsTheDocumentOfBoth_data() { addDocuments(); }
+    void readsTheDocumentOfBoth();
+    void rewritingKeepsEveryByte_data() { addDocuments(); }
+    void rewritingKeepsEveryByte();
+
+private:
+    static void addDocuments();
 };
 
 void PlistCrossCheckTest::readsWhatPlistlibWrites()
@@ -241,9 +281,21 @@ void PlistCrossCheckTest::libplistReadsWhatIsWritten()
     }
 }
 
-void PlistCrossCheckTest::bothReadTheFullDocument()
+void PlistCrossCheckTest::addDocuments()
 {
-    const QVariantMap document = fullDocument();
+    QTest::addColumn<QVariantMap>("document");
+    QTest::addColumn<QByteArray>("source"); // as a file that others can read
+    const QVariantMap full = fullDocument();
+    QTest::newRow("full document") << full << PropertyList::writeBinary(full).value();
+    const QString factory = QStringLiteral(KESTRA_SOURCE_DIR "/resources/Kestra.plist");
+    QTest::newRow("factory settings") << PropertyList::readPropertyListFile(factory).value_or(QVariantMap())
+                                      << fileContent(factory);
+}
+
+void PlistCrossCheckTest::bothReadTheDocument()
+{
+    QFETCH(QVariantMap, document);
+    QVERIFY(!document.isEmpty());
     const QByteArray written = PropertyList::writeBinary(document).value();
     plist_t root = nullptr;
     plist_from_bin(written.constData(), uint32_t(written.size()), &root);
@@ -254,6 +306,36 @@ void PlistCrossCheckTest::bothReadTheFullDocument()
     const QString path = folder.filePath(u"document"_s);
     QVERIFY(PropertyList::writeFileAtomically(path, written));
     QCOMPARE(QJsonValue(QJsonDocument::fromJson(peer({u"describe"_s, path})).array()), described(document));
+}
+
+void PlistCrossCheckTest::readsTheDocumentOfBoth()
+{
+    QFETCH(QVariantMap, document);
+    QFETCH(QByteArray, source);
+    const QTemporaryDir folder;
+    const QList<QByteArray> others = writtenByOthers(source, folder.path());
+    QCOMPARE(others.size(), 6);
+    for (const QByteArray &theirs : others) {
+        const auto tree = PropertyList::read(theirs);
+        QVERIFY(tree);
+        QCOMPARE(described(*tree), described(document));
+    }
+}
+
+// Whoever wrote the document, in whatever form: the same tree is the same bytes again.
+void PlistCrossCheckTest::rewritingKeepsEveryByte()
+{
+    QFETCH(QVariantMap, document);
+    QFETCH(QByteArray, source);
+    const QByteArray ours = PropertyList::writeBinary(document).value();
+    const QTemporaryDir folder;
+    const QList<QByteArray> others = writtenByOthers(source, folder.path());
+    QCOMPARE(others.size(), 6);
+    for (const QByteArray &input : QList<QByteArray>{ours, source} + others) {
+        const auto tree = PropertyList::read(input);
+        QVERIFY(tree);
+        QCOMPARE(PropertyList::writeBinary(*tree), ours);
+    }
 }
 
 QTEST_GUILESS_MAIN(PlistCrossCheckTest)

@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""The independent reader and writer that plistcrosschecktest compares with. Two ways to run it:
+"""The independent reader and writer that plistcrosschecktest compares with. Three ways to run it:
 
   plistlib_peer.py make FOLDER COUNT SEED   writes COUNT random trees, each as N.bin.plist, N.xml.plist and N.json
+  plistlib_peer.py rewrite FILE TARGET      writes the tree of FILE as TARGET.bin.plist and TARGET.xml.plist
   plistlib_peer.py describe FILE...         prints the description of each file's tree, one a line
 
 A description is JSON in which every value is a list of its type's name and its content, so that nothing is lost.
@@ -77,9 +78,19 @@ def make(folder, count, seed):
             json.dump(describe(tree), file)
 
 
+def rewrite(path, target):
+    with open(path, "rb") as file:
+        tree = plistlib.load(file)
+    for suffix, form in (("bin", plistlib.FMT_BINARY), ("xml", plistlib.FMT_XML)):
+        with open(f"{target}.{suffix}.plist", "wb") as file:
+            plistlib.dump(tree, file, fmt=form)
+
+
 def main():
     if sys.argv[1] == "make":
         make(sys.argv[2], int(sys.argv[3]), int(sys.argv[4]))
+    elif sys.argv[1] == "rewrite":
+        rewrite(sys.argv[2], sys.argv[3])
     else:
         for path in sys.argv[2:]:
             with open(path, "rb") as file:

@@ -32,7 +32,7 @@ private slots:
     void saysWhyAFileCannotBeRead();
 
 private:
-    QString inFolder(const QString &name) const { return m_folder.filePath(name); }
+    QString inFolder(const QString &name) const { return mFolder.filePath(name); }
     void write(const QString &name, const QByteArray &content)
     {
         QFile file(inFolder(name));
@@ -40,7 +40,7 @@ private:
         QCOMPARE(file.write(content), content.size());
     }
 
-    QTemporaryDir m_folder;
+    QTemporaryDir mFolder;
 };
 
 void PropertyListFileTest::writtenFileIsRead()
@@ -66,7 +66,7 @@ void PropertyListFileTest::missingFileIsAbsent()
 
 void PropertyListFileTest::folderIsAbsent()
 {
-    QVERIFY(!PropertyList::readPropertyListFile(m_folder.path()));
+    QVERIFY(!PropertyList::readPropertyListFile(mFolder.path()));
 }
 
 void PropertyListFileTest::otherRootIsAbsent()
@@ -174,7 +174,7 @@ void PropertyListFileTest::saysWhyAFileCannotBeRead()
     QCOMPARE(bytes.error, QString());
     QCOMPARE(bytes.data, QByteArray("{ a = b; }"));
     QVERIFY(PropertyList::readFileBytes(inFolder(u"missing"_s)).error.contains(u"No such file"_s));
-    QVERIFY(!PropertyList::readFileBytes(m_folder.path()).error.isEmpty());
+    QVERIFY(!PropertyList::readFileBytes(mFolder.path()).error.isEmpty());
     // The first page of a process is never mapped.
     QVERIFY(PropertyList::readFileBytes(u"/proc/self/mem"_s).error.contains(u"Input/output error"_s));
 }

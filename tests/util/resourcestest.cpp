@@ -48,28 +48,28 @@ private slots:
 private:
     void setModes(mode_t folderMode, mode_t fileMode) const;
 
-    std::optional<QTemporaryDir> m_folder;
-    QString m_installation;
-    QString m_installedFile;
-    QString m_userFolder;
-    QString m_copy;
+    std::optional<QTemporaryDir> mFolder;
+    QString mInstallation;
+    QString mInstalledFile;
+    QString mUserFolder;
+    QString mCopy;
 };
 
 void ResourcesTest::init()
 {
-    m_folder.emplace();
-    QVERIFY(m_folder->isValid());
-    m_installation = m_folder->filePath(u"installation"_s);
-    m_installedFile = m_installation + u"/Kestra.plist"_s;
-    m_userFolder = m_folder->filePath(u"user"_s);
-    m_copy = m_userFolder + u"/quill-kestra/Kestra.plist"_s;
-    QVERIFY(QDir().mkpath(m_installation) && QDir().mkpath(m_userFolder));
-    QVERIFY(PropertyList::writeFileAtomically(m_installedFile, factoryContent));
+    mFolder.emplace();
+    QVERIFY(mFolder->isValid());
+    mInstallation = mFolder->filePath(u"installation"_s);
+    mInstalledFile = mInstallation + u"/Kestra.plist"_s;
+    mUserFolder = mFolder->filePath(u"user"_s);
+    mCopy = mUserFolder + u"/quill-kestra/Kestra.plist"_s;
+    QVERIFY(QDir().mkpath(mInstallation) && QDir().mkpath(mUserFolder));
+    QVERIFY(PropertyList::writeFileAtomically(mInstalledFile, factoryContent));
     // The ordinary user gets through to both, and may write in the user folder.
-    QVERIFY(::chmod(QFile::encodeName(m_folder->path()).constData(), 0755) == 0);
-    QVERIFY(::chmod(QFile::encodeName(m_userFolder).constData(), 0777) == 0);
-    qputenv("QUILL_KESTRA_RESOURCES", QFile::encodeName(m_installation));
-    qputenv("XDG_DATA_HOME", QFile::encodeName(m_userFolder));
+    QVERIFY(::chmod(QFile::encodeName(mFolder->path()).constData(), 0755) == 0);
+    QVERIFY(::chmod(QFile::encodeName(mUserFolder).constData(), 0777) == 0);
+    qputenv("QUILL_KESTRA_RESOURCES", QFile::encodeName(mInstallation));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(mUserFolder));
 }
 
 void ResourcesTest::cleanup()
@@ -77,19 +77,19 @@ void ResourcesTest::cleanup()
     setModes(0755, 0644);
     qunsetenv("QUILL_KESTRA_RESOURCES");
     qunsetenv("XDG_DATA_HOME");
-    m_folder.reset();
+    mFolder.reset();
 }
 
 void ResourcesTest::setModes(mode_t folderMode, mode_t fileMode) const
 {
-    QCOMPARE(::chmod(QFile::encodeName(m_installedFile).constData(), fileMode), 0);
-    QCOMPARE(::chmod(QFile::encodeName(m_installation).constData(), folderMode), 0);
+    QCOMPARE(::chmod(QFile::encodeName(mInstalledFile).constData(), fileMode), 0);
+    QCOMPARE(::chmod(QFile::encodeName(mInstallation).constData(), folderMode), 0);
 }
 
 void ResourcesTest::environmentNamesTheFolder()
 {
-    QCOMPARE(resourceFolder(), m_installation);
-    QCOMPARE(resourcePath(u"help/index.html"_s), m_installation + u"/help/index.html"_s);
+    QCOMPARE(resourceFolder(), mInstallation);
+    QCOMPARE(resourcePath(u"help/index.html"_s), mInstallation + u"/help/index.html"_s);
 }
 
 void ResourcesTest::folderIsBesideTheExecutableByDefault()
@@ -107,16 +107,16 @@ void ResourcesTest::folderIsBesideTheExecutableByDefault()
 
 void ResourcesTest::writableInstallationIsUsedInPlace()
 {
-    QCOMPARE(kestraPlistPath(), m_installedFile);
-    QVERIFY(!QFileInfo::exists(m_copy));
+    QCOMPARE(kestraPlistPath(), mInstalledFile);
+    QVERIFY(!QFileInfo::exists(mCopy));
 }
 
 void ResourcesTest::readOnlyInstallationIsCopiedForTheUser()
 {
     setModes(0555, 0444);
-    QCOMPARE(asOrdinaryUser(kestraPlistPath), m_copy);
-    QCOMPARE(contentOf(m_copy), factoryContent);
-    QCOMPARE(contentOf(m_installedFile), factoryContent);
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
+    QCOMPARE(contentOf(mCopy), factoryContent);
+    QCOMPARE(contentOf(mInstalledFile), factoryContent);
 }
 
 void ResourcesTest::copyCanBeReplaced()
@@ -126,17 +126,17 @@ void ResourcesTest::copyCanBeReplaced()
         return PropertyList::writeFileAtomically(kestraPlistPath(), "{ changed = yes; }") ? u"written"_s : u"refused"_s;
     });
     QCOMPARE(outcome, u"written"_s);
-    QCOMPARE(contentOf(m_copy), QByteArray("{ changed = yes; }"));
-    QCOMPARE(contentOf(m_installedFile), factoryContent);
+    QCOMPARE(contentOf(mCopy), QByteArray("{ changed = yes; }"));
+    QCOMPARE(contentOf(mInstalledFile), factoryContent);
 }
 
 void ResourcesTest::existingCopyIsKept()
 {
     setModes(0555, 0444);
-    QVERIFY(QDir().mkpath(QFileInfo(m_copy).path()));
-    QVERIFY(PropertyList::writeFileAtomically(m_copy, "{ \"Default Settings\" = { mine = yes; }; }"));
-    QCOMPARE(asOrdinaryUser(kestraPlistPath), m_copy);
-    QCOMPARE(contentOf(m_copy), QByteArray("{ \"Default Settings\" = { mine = yes; }; }"));
+    QVERIFY(QDir().mkpath(QFileInfo(mCopy).path()));
+    QVERIFY(PropertyList::writeFileAtomically(mCopy, "{ \"Default Settings\" = { mine = yes; }; }"));
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
+    QCOMPARE(contentOf(mCopy), QByteArray("{ \"Default Settings\" = { mine = yes; }; }"));
 }
 
 void ResourcesTest::damagedCopyIsMadeAnew_data()
@@ -157,15 +157,15 @@ void ResourcesTest::damagedCopyIsMadeAnew()
 {
     QFETCH(QByteArray, damaged);
     setModes(0555, 0444);
-    const QString folder = QFileInfo(m_copy).path();
+    const QString folder = QFileInfo(mCopy).path();
     QVERIFY(QDir().mkpath(folder));
-    QFile file(m_copy);
+    QFile file(mCopy);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
     file.close();
     QVERIFY(::chmod(QFile::encodeName(folder).constData(), 0777) == 0);
-    QVERIFY(::chmod(QFile::encodeName(m_copy).constData(), 0666) == 0);
-    QCOMPARE(asOrdinaryUser(kestraPlistPath), m_copy);
-    const QVariantMap copy = PropertyList::readPropertyListFile(m_copy).value_or(QVariantMap());
+    QVERIFY(::chmod(QFile::encodeName(mCopy).constData(), 0666) == 0);
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
+    const QVariantMap copy = PropertyList::readPropertyListFile(mCopy).value_or(QVariantMap());
     QCOMPARE(copy.value(u"Default Settings"_s), QVariant(QVariantMap{{u"installed"_s, u"yes"_s}}));
     QTEST(copy.value(u"Device Info"_s).toMap().value(u"Last selected key"_s).toString(), "lastSelectedKey");
 }
@@ -177,30 +177,30 @@ void ResourcesTest::copyIsNeverHalfWritten()
         const FileSizeLimit fullDisk(16);
         return kestraPlistPath();
     };
-    QCOMPARE(asOrdinaryUser(onAFullDisk), m_installedFile);
-    QCOMPARE(QDir(QFileInfo(m_copy).path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+    QCOMPARE(asOrdinaryUser(onAFullDisk), mInstalledFile);
+    QCOMPARE(QDir(QFileInfo(mCopy).path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList());
 }
 
 void ResourcesTest::installedFileWhenItIsDamagedItself()
 {
-    QVERIFY(PropertyList::writeFileAtomically(m_installedFile, "{ half"));
+    QVERIFY(PropertyList::writeFileAtomically(mInstalledFile, "{ half"));
     setModes(0555, 0444);
-    QCOMPARE(asOrdinaryUser(kestraPlistPath), m_installedFile);
-    QVERIFY(!QFileInfo::exists(m_copy));
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), mInstalledFile);
+    QVERIFY(!QFileInfo::exists(mCopy));
 }
 
 void ResourcesTest::readOnlyFileInWritableFolderIsCopied()
 {
     setModes(0777, 0444);
-    QCOMPARE(asOrdinaryUser(kestraPlistPath), m_copy);
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
 }
 
 void ResourcesTest::installedFileWhenNoCopyCanBeMade()
 {
     setModes(0555, 0444);
-    QVERIFY(::chmod(QFile::encodeName(m_userFolder).constData(), 0555) == 0);
-    QCOMPARE(asOrdinaryUser(kestraPlistPath), m_installedFile);
+    QVERIFY(::chmod(QFile::encodeName(mUserFolder).constData(), 0555) == 0);
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), mInstalledFile);
 }
 
 QTEST_GUILESS_MAIN(ResourcesTest)

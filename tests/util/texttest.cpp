@@ -14,12 +14,12 @@ class Table : public QTranslator
 public:
     QString translate(const char *, const char *key, const char *, int) const override
     {
-        return m_texts.value(QString::fromLatin1(key));
+        return mTexts.value(QString::fromLatin1(key));
     }
     bool isEmpty() const override { return false; }
 
 private:
-    const QHash<QString, QString> m_texts{
+    const QHash<QString, QString> mTexts{
         {u"lkeyPlain"_s, u"Löschen"_s}, {u"lkeyFormat"_s, u"%@ of %@"_s}, {u"lkeyPercent"_s, u"100 % (%1)"_s}};
 };
 

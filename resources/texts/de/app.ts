@@ -13,6 +13,12 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Beschäftigt</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>Hilfe</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Zurück</translation></message>
+    <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Vor</translation></message>
+    <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Inhalt</translation></message>
+    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>Hilfe durchsuchen</translation></message>
+    <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>Gefundene Seiten</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>Nichts gefunden</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill-Seite</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>Neuigkeiten</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>

@@ -17,12 +17,12 @@
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>Löschen</translation></message>
     <message id="lkeyAddMacroTip"><source>lkeyAddMacroTip</source><translation>Ein Makro hinzufügen</translation></message>
     <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>Das gewählte Makro löschen</translation></message>
-    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Weitere Ereignisse am Ende des Makros aufnehmen</translation></message>
+    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Am Ende des Makros weitere Ereignisse aufnehmen</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Das gewählte Ereignis löschen</translation></message>
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Es gibt noch keine Makros.</translation></message>
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Fügen Sie ein Makro hinzu und nehmen Sie auf, was es abspielen soll.</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Dieses Makro hat noch keine Ereignisse. Wählen Sie „Aufnehmen“ und tippen Sie auf der Tastatur.</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Die Aufnahme läuft. Tippen Sie auf der Tastatur und klicken Sie zum Schluss auf „Stopp“.</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Dieses Makro hat noch keine Ereignisse. Drücken Sie Aufnehmen und tippen Sie auf der Tastatur.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Aufnahme läuft. Tippen Sie auf der Tastatur; klicken Sie auf Stopp, wenn Sie fertig sind.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Makro importieren</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Makro exportieren</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Makros (%@)</translation></message>
@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Alle Ereignisse löschen</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Pause übernehmen</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Keine Pause</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Pause bearbeiten</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Ereignis bearbeiten</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pause in Millisekunden:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Drücken Sie die Taste für dieses Ereignis:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Das Makro „%@“ löschen?</translation></message>

@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Delete All Events</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copy Delay</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>No Delay</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Edit Delay</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Edit Event</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Delay in milliseconds:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Press the key that this event is to use:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Delete the macro “%@”?</translation></message>

@@ -13,6 +13,12 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Ocupado</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>Ayuda</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Atrás</translation></message>
+    <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Adelante</translation></message>
+    <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Contenido</translation></message>
+    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>Buscar en la ayuda</translation></message>
+    <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>Páginas encontradas</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>No se ha encontrado nada</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Página de Quill</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>Noticias</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>

@@ -19,10 +19,10 @@
     <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>Eliminar la macro elegida</translation></message>
     <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Grabar más eventos al final de la macro</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Eliminar el evento elegido</translation></message>
-    <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Todavía no hay macros.</translation></message>
+    <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Aún no hay macros.</translation></message>
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Añada una macro y grabe lo que debe reproducir.</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Esta macro todavía no tiene eventos. Pulse «Grabar» y escriba en el teclado.</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Grabando. Escriba en el teclado y, al terminar, haga clic en «Detener».</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Esta macro aún no tiene eventos. Pulse Grabar y escriba en el teclado.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Grabando. Escriba en el teclado; haga clic en Detener cuando termine.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Importar macro</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Exportar macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Eliminar todos los eventos</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copiar la pausa</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Sin pausa</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Editar pausa</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Editar evento</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pausa en milisegundos:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Pulse la tecla de este evento:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>¿Eliminar la macro «%@»?</translation></message>

@@ -13,6 +13,12 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Occupé</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>Aide</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Précédent</translation></message>
+    <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Suivant</translation></message>
+    <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Sommaire</translation></message>
+    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>Rechercher dans l’aide</translation></message>
+    <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>Pages trouvées</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>Aucun résultat</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Page Quill</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>Actualités</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>

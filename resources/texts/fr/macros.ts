@@ -19,10 +19,10 @@
     <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>Supprimer la macro choisie</translation></message>
     <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Enregistrer d’autres événements à la fin de la macro</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Supprimer l’événement choisi</translation></message>
-    <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Il n’y a pas encore de macros.</translation></message>
+    <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Il n’y a pas encore de macro.</translation></message>
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Ajoutez une macro, puis enregistrez ce qu’elle doit jouer.</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Cette macro n’a pas encore d’événements. Cliquez sur « Enregistrer » et tapez au clavier.</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Enregistrement en cours. Tapez au clavier, puis cliquez sur « Arrêter ».</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Cette macro n’a pas encore d’événement. Cliquez sur Enregistrer et tapez sur le clavier.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Enregistrement en cours. Tapez sur le clavier, puis cliquez sur Arrêter.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Importer une macro</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Exporter la macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Supprimer tous les événements</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copier le délai</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Aucun délai</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Modifier le délai</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Modifier l’événement</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Délai en millisecondes :</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>

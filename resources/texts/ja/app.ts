@@ -13,6 +13,12 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>処理中</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>ヘルプ</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>戻る</translation></message>
+    <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>進む</translation></message>
+    <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>目次</translation></message>
+    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>ヘルプを検索</translation></message>
+    <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>見つかったページ</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>見つかりません</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill のページ</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>ニュース</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>

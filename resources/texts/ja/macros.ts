@@ -17,12 +17,12 @@
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>削除</translation></message>
     <message id="lkeyAddMacroTip"><source>lkeyAddMacroTip</source><translation>マクロを追加</translation></message>
     <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>選択したマクロを削除</translation></message>
-    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>マクロの最後にイベントを追記</translation></message>
+    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>マクロの末尾にイベントを追加で記録</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>選択したイベントを削除</translation></message>
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>マクロはまだありません。</translation></message>
-    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>マクロを追加し、再生する内容を記録してください。</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>このマクロにはまだイベントがありません。「記録」を押してキーボードを打ってください。</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>記録中です。キーボードを打ち、終わったら「停止」をクリックしてください。</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>マクロを追加してから、再生する内容を記録してください。</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>このマクロにはまだイベントがありません。「記録」を押してキーボードを入力してください。</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>記録中です。キーボードを入力し、終わったら「停止」をクリックしてください。</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>マクロを読み込む</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>マクロを書き出す</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>マクロ (%@)</translation></message>
@@ -33,6 +33,8 @@
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>すべてのイベントを削除</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>待ち時間をコピー</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>待ち時間なし</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>待ち時間を編集</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>イベントを編集</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>待ち時間（ミリ秒）:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>このイベントのキーを押してください:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>マクロ「%@」を削除しますか？</translation></message>

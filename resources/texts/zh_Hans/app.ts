@@ -13,6 +13,12 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>正忙</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>帮助</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>后退</translation></message>
+    <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>前进</translation></message>
+    <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>目录</translation></message>
+    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>搜索帮助</translation></message>
+    <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>找到的页面</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>未找到</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill 主页</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>新闻</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>

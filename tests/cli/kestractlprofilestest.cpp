@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: MIT
+// "kestractl profile ..." and "kestractl focus" with the real daemon: what each changes, prints and refuses.
+#include "app/util/propertylist.h"
+#include "app/util/settingskeys.h"
+#include "tests/cli/kestractlprocess.h"
+#include "tests/support/daemonprocessfixture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+
+class KestractlProfilesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { mDaemon.reset(); }
+
+    void addedProfileHasTheFactorySettingsAndIsActive();
+    void namesAreMadeUnique();
+    void copyHasEverythingButTheName();
+    void renamedToItsOwnNameItKeepsIt();
+    void deletedProfileLeavesNoKeyBehind();
+    void lastProfileIsNotDeleted();
+    void twentyFirstProfileIsRefused();
+    void restoredProfileKeepsItsName();
+    void exportedProfileIsImportedAgain();
+    void importTakesOnlyProfileFiles_data();
+    void importTakesOnlyProfileFiles();
+    void exportThatCannotBeWrittenSaysSo();
+    void profileIsBoundToADesktopEntry_data();
+    void profileIsBoundToADesktopEntry();
+    void unboundProfileFollowsNothing();
+    void boundProfileFollowsTheFocus();
+    void wrongUsageChangesNothing_data();
+    void wrongUsageChangesNothing();
+
+private:
+    KestractlResult run(const QStringList &arguments) { return runKestractl(arguments, mDaemon->environment()); }
+    QVariantMap document();
+    QVariantList profiles() { return document().value(SettingsKeys::profiles).toList(); }
+    QVariantMap profile(int index) { return profiles().value(index).toMap(); }
+    QStringList names();
+    int active() { return document().value(u"DeviceSettings"_s).toMap().value(u"ActiveProfile"_s, -1).toInt(); }
+    void write(const QString &path, const QByteArray &content);
+
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+    std::unique_ptr<QTemporaryDir> mFolder;
+};
+
+void KestractlProfilesTest::init()
+{
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    mFolder = std::make_unique<QTemporaryDir>();
+    mDaemon->environment().insert(u"XDG_DATA_HOME"_s, mFolder->filePath(u"data"_s));
+    QVERIFY(mDaemon->start());
+    QVERIFY(QDir(mFolder->path()).mkpath(u"data/applications"_s));
+    write(mFolder->filePath(u"data/applications/org.example.Game.desktop"_s),
+          "[Desktop Entry]\nType=Application\nName=The Game\nExec=game-bin %U\nStartupWMClass=GameWindow\n");
+}
+
+QVariantMap KestractlProfilesTest::document()
+{
+    const auto reply = mDaemon->request(Command::readSettings);
+    return reply ? reply->values.value(DaemonProtocol::allDevSettings).toMap() : QVariantMap();
+}
+
+QStringList KestractlProfilesTest::names()
+{
+    QStringList result;
+    for (const QVariant &profile : profiles())
+        result += profile.toMap().value(SettingsKeys::profileName).toString();
+    return result;
+}
+
+void KestractlProfilesTest::write(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+void KestractlProfilesTest::addedProfileHasTheFactorySettingsAndIsActive()
+{
+    QVariantMap factory = profile(0);
+    const KestractlResult result = run({u"profile"_s, u"add"_s, u"Work"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.text(), u"profile 1 \"Work\" is active\n"_s);
+    QCOMPARE(active(), 1);
+    factory.insert(SettingsKeys::profileName, u"Work"_s);
+    QCOMPARE(profile(1), factory);
+}
+
+void KestractlProfilesTest::namesAreMadeUnique()
+{
+    QCOMPARE(run({u"profile"_s, u"add"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"add"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"copy"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"rename"_s, u"3"_s, u"Untitled Profile"_s}).text(),
+             u"profile 3 \"Untitled Profile(3)\" is renamed\n"_s);
+    QCOMPARE(names(), QStringList({u"Default Profile"_s, u"Untitled Profile"_s, u"Untitled Profile(2)"_s,
+                                   u"Untitled Profile(3)"_s}));
+}
+
+void KestractlProfilesTest::copyHasEverythingButTheName()
+{
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"copy"_s, u"Default Profile"_s}).text(),
+             u"profile 1 \"Default Profile(2)\" is active\n"_s);
+    QVariantMap copy = profile(1);
+    copy.insert(SettingsKeys::profileName, u"Default Profile"_s);
+    QCOMPARE(copy, profile(0));
+}
+
+void KestractlProfilesTest::renamedToItsOwnNameItKeepsIt()
+{
+    QCOMPARE(run({u"profile"_s, u"rename"_s, u"0"_s, u"Default Profile"_s}).exitCode, 0);
+    QCOMPARE(names(), QStringList{u"Default Profile"_s});
+}
+
+void KestractlProfilesTest::deletedProfileLeavesNoKeyBehind()
+{
+    QCOMPARE(run({u"profile"_s, u"add"_s, u"Work"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(run({u"key"_s, u"Q"_s, u"profile"_s, u"Work"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"delete"_s, u"Work"_s}).text(), u"profile 1 \"Work\" is deleted\n"_s);
+    QCOMPARE(names(), QStringList{u"Default Profile"_s});
+    const QVariantMap entry = profile(0).value(SettingsKeys::keys).toMap().value(u"20"_s).toMap();
+    QVERIFY(entry.value(SettingsKeys::command).toInt() != 17);
+}
+
+void KestractlProfilesTest::lastProfileIsNotDeleted()
+{
+    const KestractlResult result = run({u"profile"_s, u"delete"_s, u"0"_s});
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY(result.errorText().contains(u"status 5"_s));
+    QCOMPARE(names().size(), 1);
+}
+
+void KestractlProfilesTest::twentyFirstProfileIsRefused()
+{
+    for (int count = 1; count < 20; ++count)
+        QVERIFY(mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, QVariantMap()}}));
+    for (const QStringList &arguments : {QStringList{u"add"_s}, {u"copy"_s, u"0"_s}}) {
+        const KestractlResult result = run(QStringList{u"profile"_s} + arguments);
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY(result.errorText().contains(u"status 4"_s));
+    }
+    QCOMPARE(profiles().size(), 20);
+}
+
+void KestractlProfilesTest::restoredProfileKeepsItsName()
+{
+    const QVariantMap factory = profile(0);
+    QCOMPARE(run({u"profile"_s, u"rename"_s, u"0"_s, u"Mine"_s}).exitCode, 0);
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"restore"_s, u"Mine"_s}).exitCode, 0);
+    QCOMPARE(names(), QStringList{u"Mine"_s});
+    QCOMPARE(profile(0).value(SettingsKeys::keys), factory.value(SettingsKeys::keys));
+}
+
+void KestractlProfilesTest::exportedProfileIsImportedAgain()
+{
+    const QString path = mFolder->filePath(u"Default.KestraProfile"_s);
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"export"_s, u"0"_s, path}).exitCode, 0);
+    QCOMPARE(PropertyList::readPropertyListFile(path), std::optional(profile(0)));
+    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Default Profile(2)\" is active\n"_s);
+    QCOMPARE(profile(1).value(SettingsKeys::keys), profile(0).value(SettingsKeys::keys));
+}
+
+void KestractlProfilesTest::importTakesOnlyProfileFiles_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("exitCode"); // 2: no property list; 1: the daemon refuses the record
+    QTest::newRow("garbage") << QByteArray("\x00\xff{", 3) << 2;
+    QTest::newRow("empty") << QByteArray() << 2;
+    QTest::newRow("array") << QByteArray("(a, b)") << 2;
+    QTest::newRow("keys of the wrong type") << QByteArray("{ProfileName = x; Keys = text;}") << 1;
+    QTest::newRow("application of the wrong type") << QByteArray("{ProfileName = x; AppInfo = text;}") << 1;
+}
+
+void KestractlProfilesTest::importTakesOnlyProfileFiles()
+{
+    QFETCH(QByteArray, content);
+    const QString path = mFolder->filePath(u"file"_s);
+    write(path, content);
+    const KestractlResult result = run({u"profile"_s, u"import"_s, path});
+    QTEST(result.exitCode, "exitCode");
+    QVERIFY(!result.errors.isEmpty());
+    QCOMPARE(names().size(), 1);
+}
+
+void KestractlProfilesTest::exportThatCannotBeWrittenSaysSo()
+{
+    const KestractlResult result = run({u"profile"_s, u"export"_s, u"0"_s, mFolder->filePath(u"no/such/folder"_s)});
+    QCOMPARE(result.exitCode, 5);
+    QVERIFY(result.errorText().contains(u"no/such/folder"_s));
+}
+
+void KestractlProfilesTest::profileIsBoundToADesktopEntry_data()
+{
+    QTest::addColumn<bool>("isPath");
+    QTest::addColumn<QString>("application");
+    QTest::newRow("path") << true << u"data/applications/org.example.Game.desktop"_s;
+    QTest::newRow("id") << false << u"org.example.Game"_s;
+    QTest::newRow("id with suffix") << false << u"org.example.Game.desktop"_s;
+}
+
+void KestractlProfilesTest::profileIsBoundToADesktopEntry()
+{
+    QFETCH(bool, isPath);
+    QFETCH(QString, application);
+    const KestractlResult result =
+        run({u"profile"_s, u"bind"_s, u"0"_s, isPath ? mFolder->filePath(application) : application});
+    QCOMPARE(result.errorText(), QString());
+    QCOMPARE(result.text(), u"profile 0 \"Default Profile\" follows The Game\n"_s);
+    QCOMPARE(profile(0).value(SettingsKeys::autoSwitchOn), QVariant(1));
+    const QVariantMap appInfo = profile(0).value(SettingsKeys::appInfo).toMap();
+    QCOMPARE(appInfo.value(SettingsKeys::executable), QVariant(u"game-bin"_s));
+    QCOMPARE(appInfo.value(SettingsKeys::signature), QVariant(u"GameWindow"_s));
+    QVERIFY(appInfo.value(SettingsKeys::identifier).toString().startsWith(u"org.example.Game"_s));
+    const QString listed = run({u"profile"_s, u"list"_s, u"--json"_s}).text();
+    QVERIFY(listed.contains(u"The Game"_s));
+}
+
+void KestractlProfilesTest::unboundProfileFollowsNothing()
+{
+    QCOMPARE(run({u"profile"_s, u"bind"_s, u"0"_s, u"org.example.Game"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"bind"_s, u"0"_s, u"--off"_s}).text(),
+             u"profile 0 \"Default Profile\" follows no application\n"_s);
+    QCOMPARE(profile(0).value(SettingsKeys::autoSwitchOn), QVariant(false));
+    for (const QVariant &value : profile(0).value(SettingsKeys::appInfo).toMap())
+        QCOMPARE(value, QVariant(u""_s));
+}
+
+void KestractlProfilesTest::boundProfileFollowsTheFocus()
+{
+    QCOMPARE(run({u"profile"_s, u"add"_s, u"Game"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"bind"_s, u"Game"_s, u"org.example.Game"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
+    for (const QString &name : {u"org.example.Game"_s, u"gamewindow"_s, u"/usr/games/game-bin"_s, u"The Game"_s}) {
+        QCOMPARE(run({u"focus"_s, name}).exitCode, 0);
+        const QJsonObject status = run({u"status"_s, u"--json"_s}).json().object();
+        QCOMPARE(status.value("activeProfileName"_L1).toString(), u"Game"_s);
+        QCOMPARE(status.value("frontApplication"_L1).toString(), name);
+        QCOMPARE(status.value("frontApplicationSource"_L1).toString(), u"none"_s);
+        QCOMPARE(run({u"focus"_s, u"other"_s}).exitCode, 0);
+        QCOMPARE(active(), 0);
+    }
+    QCOMPARE(run({u"focus"_s, u"The Game"_s}).exitCode, 0);
+    QCOMPARE(run({u"focus"_s, u""_s}).exitCode, 0);
+    QTRY_COMPARE(active(), 0);
+    // After a restart the profile chosen by hand is active.
+    QCOMPARE(run({u"focus"_s, u"The Game"_s}).exitCode, 0);
+    QCOMPARE(active(), 1);
+    mDaemon->kill();
+    QVERIFY(mDaemon->start());
+    QCOMPARE(active(), 0);
+}
+
+void KestractlProfilesTest::wrongUsageChangesNothing_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("rename without a new name") << QStringList{u"rename"_s, u"0"_s};
+    QTest::newRow("rename to nothing") << QStringList{u"rename"_s, u"0"_s, QString()};
+    QTest::newRow("add without a name") << QStringList{u"add"_s, QString()};
+    QTest::newRow("copy of none") << QStringList{u"copy"_s, u"7"_s};
+    QTest::newRow("delete of none") << QStringList{u"delete"_s, u"No such profile"_s};
+    QTest::newRow("restore of none") << QStringList{u"restore"_s, u"-1"_s};
+    QTest::newRow("import of no file") << QStringList{u"import"_s, u"/nowhere/file"_s};
+    QTest::newRow("export of none") << QStringList{u"export"_s, u"7"_s, u"file"_s};
+    QTest::newRow("bind to nothing") << QStringList{u"bind"_s, u"0"_s};
+    QTest::newRow("bind to no application") << QStringList{u"bind"_s, u"0"_s, u"no.such.Application"_s};
+    QTest::newRow("bind and off") << QStringList{u"bind"_s, u"0"_s, u"org.example.Game"_s, u"--off"_s};
+}
+
+void KestractlProfilesTest::wrongUsageChangesNothing()
+{
+    QFETCH(QStringList, arguments);
+    const QVariantMap before = document();
+    const KestractlResult result = run(QStringList{u"profile"_s} + arguments);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(!result.errors.isEmpty());
+    QVERIFY(result.output.isEmpty());
+    QCOMPARE(document(), before);
+}
+
+QTEST_GUILESS_MAIN(KestractlProfilesTest)
+#include "kestractlprofilestest.moc"

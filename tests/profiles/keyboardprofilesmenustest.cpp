@@ -1,0 +1,318 @@
+// SPDX-License-Identifier: MIT
+// The commands of the gear menu and of the context menu, and the keys that run them.
+#include "tests/profiles/profilestabfixture.h"
+
+#include "platform/pulldownbutton.h"
+#include "profiles/qltableview.h"
+
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+class KeyboardProfilesMenusTest : public ProfilesTabFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { openTab(); }
+    void cleanup() { closeTab(); }
+
+    void restoreKeepsTheName();
+    void cancelledRestoreChangesNothing();
+    void removeApplicationClearsTheFourKeysAndTheSwitch();
+    void gearMenuRenamesTheSelectedRow();
+    void gearDeleteEndsAPendingRename();
+    void gearMenuEnablesCommands_data();
+    void gearMenuEnablesCommands();
+    void contextMenuEnablesCommands_data();
+    void contextMenuEnablesCommands();
+    void contextMenuOfADisabledTableIsAllOff();
+    void aRightClickOpensTheMenuWithoutSelecting_data();
+    void aRightClickOpensTheMenuWithoutSelecting();
+    void theMenuKeyOpensTheMenu();
+    void f2RenamesWhicheverColumnIsCurrent();
+    void theDeleteKeyAsks();
+    void theDeleteKeySparesTheLastProfile();
+    void anAnswerForAnotherProfileIsNotTaken_data();
+    void anAnswerForAnotherProfileIsNotTaken();
+    void unknownTagsDoNothing();
+    void keyEquivalentsReachOnlyTheNameEditor();
+};
+
+void KeyboardProfilesMenusTest::restoreKeepsTheName()
+{
+    fill({u"A"_s, u"Work"_s}, 1);
+    choose(ProfileCommands::restoreDefault);
+    QVERIFY(alert());
+    QCOMPARE(alert()->findChild<QLabel *>(u"alertTitle"_s)->text(),
+             u"Restore the profile “Work” to its default settings?"_s);
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+    QCOMPARE(mDelegate->calls.first().settings, profileNamed(u"Work"_s));
+}
+
+void KeyboardProfilesMenusTest::cancelledRestoreChangesNothing()
+{
+    fill({u"A"_s, u"Work"_s}, 1);
+    choose(ProfileCommands::restoreDefault);
+    press("alertAlternativeButton"_L1);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void KeyboardProfilesMenusTest::removeApplicationClearsTheFourKeysAndTheSwitch()
+{
+    mDelegate->profiles = {profileNamed(u"A"_s, u"Racer"_s, 1)};
+    mDelegate->refresh();
+    choose(ProfileCommands::removeApplication);
+    QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+    const QVariantMap settings = mDelegate->calls.first().settings;
+    QCOMPARE(settings.size(), 2);
+    QCOMPARE(settings.value(u"AutoSwitchOn"_s), QVariant(false));
+    QCOMPARE(settings.value(u"AppInfo"_s).toMap(), profileNamed(u"A"_s).value(u"AppInfo"_s).toMap());
+    QCOMPARE(table()->model()->index(0, 2).data().toString(), QString());
+}
+
+void KeyboardProfilesMenusTest::gearMenuRenamesTheSelectedRow()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    choose(ProfileCommands::rename);
+    QCOMPARE(table()->editedRow(), 1);
+    QCOMPARE(editor()->selectedText(), u"B"_s);
+}
+
+void KeyboardProfilesMenusTest::gearDeleteEndsAPendingRename()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    choose(ProfileCommands::rename);
+    choose(ProfileCommands::deleteProfile);
+    QCOMPARE(table()->editedRow(), -1);
+    QCOMPARE(table()->selectedRow(), 1);
+    QVERIFY(alert());
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+namespace {
+
+void addMenuRows(bool isGearMenu)
+{
+    using namespace ProfileCommands;
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("application");
+    QTest::addColumn<QList<int>>("disabled");
+    QTest::newRow("one profile") << 1 << 0 << QString() << QList<int>{deleteProfile, removeApplication};
+    QTest::newRow("one profile, none selected")
+        << 1 << -1 << QString()
+        << (isGearMenu ? QList<int>{removeApplication} : QList<int>{deleteProfile, removeApplication});
+    QTest::newRow("two profiles") << 2 << 0 << QString() << QList<int>{removeApplication};
+    QTest::newRow("with an application") << 2 << 0 << u"Racer"_s << QList<int>{};
+    QTest::newRow("19 profiles") << 19 << 3 << u"Racer"_s << QList<int>{};
+    QTest::newRow("20 profiles") << 20 << 3 << u"Racer"_s << QList<int>{newProfile, importProfile, copy};
+    QTest::newRow("20 profiles, no application")
+        << 20 << 3 << QString() << QList<int>{newProfile, importProfile, copy, removeApplication};
+}
+
+QList<int> disabledTags(const QList<QAction *> &items)
+{
+    QList<int> result;
+    for (const QAction *item : items) {
+        if (!item->isEnabled())
+            result.append(item->data().toInt());
+    }
+    return result;
+}
+
+} // namespace
+
+void KeyboardProfilesMenusTest::gearMenuEnablesCommands_data()
+{
+    addMenuRows(true);
+}
+
+void KeyboardProfilesMenusTest::gearMenuEnablesCommands()
+{
+    QFETCH(int, count);
+    QFETCH(int, row);
+    QFETCH(QString, application);
+    QFETCH(QList<int>, disabled);
+    for (int i = 0; i < count; ++i)
+        mDelegate->profiles.append(profileNamed(u"P%1"_s.arg(i), i == row ? application : QString()));
+    mDelegate->active = qMax(0, row);
+    mDelegate->refresh();
+    if (row < 0)
+        table()->deselectAll();
+    auto *button = outlet<PulldownButton>("mSettingsProfile");
+    button->validateItems();
+    const QList<QAction *> items = button->menu()->actions();
+    QCOMPARE(items.size(), 9);
+    for (int i = 0; i < items.size(); ++i)
+        QCOMPARE(items.at(i)->data().toInt(), i + 1);
+    QCOMPARE(disabledTags(items), disabled);
+}
+
+void KeyboardProfilesMenusTest::contextMenuEnablesCommands_data()
+{
+    addMenuRows(false);
+}
+
+void KeyboardProfilesMenusTest::contextMenuEnablesCommands()
+{
+    QFETCH(int, count);
+    QFETCH(int, row);
+    QFETCH(QString, application);
+    QFETCH(QList<int>, disabled);
+    for (int i = 0; i < count; ++i)
+        mDelegate->profiles.append(profileNamed(u"P%1"_s.arg(i), i == row ? application : QString()));
+    mDelegate->active = qMax(0, row);
+    mDelegate->refresh();
+    if (row < 0)
+        table()->deselectAll();
+    const std::unique_ptr<QMenu> menu(outlet<QLTableView>("mProfilesTableView")->makeContextMenu());
+    QCOMPARE(menu->actions().size(), 9);
+    QCOMPARE(menu->actions().first()->text(), u"Rename"_s);
+    QCOMPARE(disabledTags(menu->actions()), disabled);
+}
+
+void KeyboardProfilesMenusTest::contextMenuOfADisabledTableIsAllOff()
+{
+    fill({u"A"_s, u"B"_s});
+    mController->setControlsState(false);
+    const std::unique_ptr<QMenu> menu(outlet<QLTableView>("mProfilesTableView")->makeContextMenu());
+    QCOMPARE(disabledTags(menu->actions()).size(), 9);
+}
+
+void KeyboardProfilesMenusTest::aRightClickOpensTheMenuWithoutSelecting_data()
+{
+    QTest::addColumn<bool>("isEnabled");
+    QTest::newRow("with a device") << true;
+    QTest::newRow("without a device") << false;
+}
+
+void KeyboardProfilesMenusTest::aRightClickOpensTheMenuWithoutSelecting()
+{
+    QFETCH(bool, isEnabled);
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    mController->setControlsState(isEnabled);
+    const QPoint position = table()->visualRect(table()->model()->index(2, 1)).center();
+    QTest::mouseClick(table()->viewport(), Qt::RightButton, {}, position);
+    const QPointer<QMenu> menu = outlet<QMenu>("profilesContextMenu");
+    QVERIFY(menu && menu->isVisible());
+    QCOMPARE(menu->pos(), table()->viewport()->mapToGlobal(position));
+    QCOMPARE(disabledTags(menu->actions()).size(), isEnabled ? 1 : 9);
+    QCOMPARE(table()->selectedRow(), 1);
+    if (isEnabled) {
+        // It acts on the row that was selected before.
+        menu->actions().value(ProfileCommands::copy - 1)->trigger();
+        QCOMPARE(mDelegate->calls.value(0).settings.value(u"ProfileName"_s), QVariant(u"B(2)"_s));
+    }
+    menu->close();
+    QTRY_VERIFY(!menu);
+}
+
+void KeyboardProfilesMenusTest::theMenuKeyOpensTheMenu()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    table()->setFocus();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), table()->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(table()->viewport(), &event);
+    const QPointer<QMenu> menu = outlet<QMenu>("profilesContextMenu");
+    QVERIFY(menu && menu->isVisible());
+    menu->close();
+    QTRY_VERIFY(!menu);
+}
+
+void KeyboardProfilesMenusTest::f2RenamesWhicheverColumnIsCurrent()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    table()->setFocus();
+    for (int column = 0; column < 4; ++column) {
+        table()->selectionModel()->setCurrentIndex(table()->model()->index(1, column), QItemSelectionModel::NoUpdate);
+        QTest::keyClick(table(), Qt::Key_F2);
+        QCOMPARE(table()->editedRow(), 1);
+        QCOMPARE(editor()->selectedText(), u"B"_s);
+        table()->abortEditing();
+    }
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void KeyboardProfilesMenusTest::theDeleteKeyAsks()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Delete, Qt::ShiftModifier);
+    QVERIFY(!alert());
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(alert());
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
+    QCOMPARE(mDelegate->calls.first().profileID, 1);
+}
+
+void KeyboardProfilesMenusTest::theDeleteKeySparesTheLastProfile()
+{
+    fill({u"A"_s});
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QVERIFY(!alert());
+}
+
+void KeyboardProfilesMenusTest::anAnswerForAnotherProfileIsNotTaken_data()
+{
+    QTest::addColumn<int>("tag");
+    QTest::newRow("delete") << int(ProfileCommands::deleteProfile);
+    QTest::newRow("restore") << int(ProfileCommands::restoreDefault);
+}
+
+void KeyboardProfilesMenusTest::anAnswerForAnotherProfileIsNotTaken()
+{
+    QFETCH(int, tag);
+    fill({u"A"_s, u"B"_s}, 1);
+    choose(tag);
+    QVERIFY(alert());
+    mDelegate->active = 0; // a key of the keyboard switched
+    mDelegate->refresh();
+    press("alertDefaultButton"_L1);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void KeyboardProfilesMenusTest::unknownTagsDoNothing()
+{
+    fill({u"A"_s, u"B"_s});
+    QAction item;
+    for (const int tag : {0, 10, -1}) {
+        item.setData(tag);
+        mController->selectMenuItem(&item);
+    }
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(!alert());
+    QCOMPARE(table()->editedRow(), -1);
+}
+
+void KeyboardProfilesMenusTest::keyEquivalentsReachOnlyTheNameEditor()
+{
+    fill({u"A"_s, u"B"_s});
+    QAction shortcut;
+    shortcut.setShortcut(QKeySequence(Qt::CTRL | Qt::Key_K));
+    int triggered = 0;
+    connect(&shortcut, &QAction::triggered, this, [&] { ++triggered; });
+    mWindow->addAction(&shortcut);
+    outlet<QPushButton>("mAddProfile")->setFocus();
+    QTest::keyClick(outlet<QPushButton>("mAddProfile"), Qt::Key_K, Qt::ControlModifier);
+    QCOMPARE(triggered, 1);
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_K, Qt::ControlModifier);
+    QCOMPARE(triggered, 1);
+    table()->editColumnRow(1, 0, false);
+    QTest::keyClicks(editor(), u"xy"_s);
+    QTest::keyClick(editor(), Qt::Key_A, Qt::ControlModifier);
+    QCOMPARE(editor()->selectedText(), editor()->text());
+}
+
+QTEST_MAIN(KeyboardProfilesMenusTest)
+#include "keyboardprofilesmenustest.moc"

@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: MIT
+// The names in the list: adding, copying and renaming.
+#include "tests/profiles/profilestabfixture.h"
+
+#include "platform/pulldownbutton.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+class KeyboardProfilesNamesTest : public ProfilesTabFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { openTab(); }
+    void cleanup() { closeTab(); }
+
+    void namesAreMadeUnique_data();
+    void namesAreMadeUnique();
+    void addSendsTheDefaultRecordUnderAFreeName();
+    void addOpensTheNewNameForEditing();
+    void addSwitchesNoProfile();
+    void addDisablesTheControlsMeanwhile();
+    void addOpensTheNameEvenWithoutAnAnswer();
+    void copySendsTheSelectedRecordUnderAFreeName();
+    void copyLeavesTheControlsOn();
+    void afterACopySelectingSwitchesAgain();
+    void typingANameRenames();
+    void renamesAsTheRuleSays_data();
+    void renamesAsTheRuleSays();
+    void renameKeepsTheLocalListAsItFalls();
+    void emptyAndOtherValuesRenameNothing_data();
+    void emptyAndOtherValuesRenameNothing();
+    void switchingForgetsTheNameToEdit();
+};
+
+void KeyboardProfilesNamesTest::namesAreMadeUnique_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("wanted");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("empty list") << QStringList{} << u"A"_s << u"A"_s;
+    QTest::newRow("free") << QStringList{u"B"_s} << u"A"_s << u"A"_s;
+    QTest::newRow("taken") << QStringList{u"A"_s} << u"A"_s << u"A(2)"_s;
+    QTest::newRow("taken up to 2") << QStringList{u"A"_s, u"A(2)"_s} << u"A"_s << u"A(3)"_s;
+    QTest::newRow("only the second") << QStringList{u"A(2)"_s} << u"A"_s << u"A"_s;
+    QTest::newRow("taken twice") << QStringList{u"A"_s, u"A"_s} << u"A"_s << u"A(3)"_s;
+    QTest::newRow("case matters") << QStringList{u"a"_s} << u"A"_s << u"A"_s;
+}
+
+void KeyboardProfilesNamesTest::namesAreMadeUnique()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QString, wanted);
+    QFETCH(QString, result);
+    QVariantList profiles;
+    for (const QString &name : names)
+        profiles.append(profileNamed(name));
+    QCOMPARE(mController->checkForDuplicateNameUsingDefaultName(profiles, wanted), result);
+}
+
+void KeyboardProfilesNamesTest::addSendsTheDefaultRecordUnderAFreeName()
+{
+    fill({u"Untitled Profile"_s, u"Untitled Profile(2)"_s});
+    outlet<QPushButton>("mAddProfile")->click();
+    QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
+    QCOMPARE(mDelegate->calls.first().settings, profileNamed(u"Untitled Profile(3)"_s));
+    QCOMPARE(mController->defaultProfileDict(), profileNamed(u"Default"_s));
+}
+
+void KeyboardProfilesNamesTest::addOpensTheNewNameForEditing()
+{
+    fill({u"A"_s, u"B"_s});
+    outlet<QPushButton>("mAddProfile")->click();
+    QCOMPARE(table()->model()->rowCount(), 3);
+    QCOMPARE(table()->selectedRow(), 2);
+    QCOMPARE(table()->editedRow(), 2);
+    QCOMPARE(editor()->selectedText(), u"Untitled Profile"_s);
+    QTest::keyClicks(editor(), u"Night"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(mDelegate->operations(), (QStringList{u"add"_s, u"rename"_s}));
+    QCOMPARE(mDelegate->calls.last().profileID, 2);
+    QCOMPARE(mDelegate->calls.last().settings, profileNamed(u"Night"_s));
+    // The name is edited once, not again at the next refresh.
+    mDelegate->refresh();
+    QCOMPARE(table()->editedRow(), -1);
+}
+
+void KeyboardProfilesNamesTest::addSwitchesNoProfile()
+{
+    fill({u"A"_s, u"B"_s});
+    outlet<QPushButton>("mAddProfile")->click();
+    QVERIFY(!mDelegate->operations().contains(u"switch"_s));
+}
+
+void KeyboardProfilesNamesTest::addDisablesTheControlsMeanwhile()
+{
+    fill({u"A"_s, u"B"_s});
+    bool wereOff = false;
+    mDelegate->duringAdd = [&] {
+        // The add button goes by the number of profiles, even meanwhile.
+        wereOff = outlet<QPushButton>("mAddProfile")->isEnabled()
+                  && !outlet<PulldownButton>("mSettingsProfile")->isEnabled()
+                  && !outlet<QCheckBox>("mEnableOnScreenDisplay")->isEnabled();
+    };
+    outlet<QPushButton>("mAddProfile")->click();
+    QVERIFY(wereOff);
+    for (const char *name : {"mAddProfile", "mDeleteProfile", "mSettingsProfile", "mEnableOnScreenDisplay"})
+        QVERIFY2(outlet<QWidget>(name)->isEnabled(), name);
+}
+
+void KeyboardProfilesNamesTest::addOpensTheNameEvenWithoutAnAnswer()
+{
+    fill({u"A"_s});
+    mDelegate->answers = false;
+    outlet<QPushButton>("mAddProfile")->click();
+    QCOMPARE(table()->editedRow(), 1);
+    QCOMPARE(table()->selectedRow(), 1);
+}
+
+void KeyboardProfilesNamesTest::copySendsTheSelectedRecordUnderAFreeName()
+{
+    mDelegate->profiles = {profileNamed(u"A"_s), profileNamed(u"Work"_s, u"Editor"_s, 1)};
+    mDelegate->active = 1;
+    mDelegate->refresh();
+    choose(ProfileCommands::copy);
+    QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
+    QCOMPARE(mDelegate->calls.first().settings, profileNamed(u"Work(2)"_s, u"Editor"_s, 1));
+    QCOMPARE(table()->selectedRow(), 2);
+    // Unlike an added profile, a copy is not opened again by the next refresh.
+    table()->abortEditing();
+    mDelegate->refresh();
+    QCOMPARE(table()->editedRow(), -1);
+}
+
+void KeyboardProfilesNamesTest::copyLeavesTheControlsOn()
+{
+    fill({u"A"_s, u"B"_s});
+    bool wereOn = false;
+    mDelegate->duringAdd = [&] {
+        wereOn = outlet<PulldownButton>("mSettingsProfile")->isEnabled()
+                 && outlet<QCheckBox>("mEnableOnScreenDisplay")->isEnabled();
+    };
+    choose(ProfileCommands::copy);
+    QVERIFY(wereOn);
+}
+
+void KeyboardProfilesNamesTest::afterACopySelectingSwitchesAgain()
+{
+    fill({u"A"_s, u"B"_s});
+    choose(ProfileCommands::copy);
+    table()->abortEditing();
+    mDelegate->calls.clear();
+    table()->selectRow(1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"switch"_s});
+}
+
+void KeyboardProfilesNamesTest::typingANameRenames()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    const QRect cell = table()->visualRect(table()->model()->index(1, 1));
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
+    QTest::mouseDClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
+    QVERIFY(editor());
+    QTest::keyClicks(editor(), u"Night"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(mDelegate->operations(), QStringList{u"rename"_s});
+    QCOMPARE(mDelegate->calls.first().profileID, 1);
+    QCOMPARE(mDelegate->calls.first().settings, profileNamed(u"Night"_s));
+    QCOMPARE(table()->model()->index(1, 1).data().toString(), u"Night"_s);
+    QCOMPARE(table()->model()->index(2, 1).data().toString(), u"C"_s);
+}
+
+void KeyboardProfilesNamesTest::renamesAsTheRuleSays_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("to its own name") << 0 << u"A"_s << u"A"_s;
+    QTest::newRow("to another's name") << 1 << u"A"_s << u"A(2)"_s;
+    QTest::newRow("to a free name") << 1 << u"X"_s << u"X"_s;
+}
+
+void KeyboardProfilesNamesTest::renamesAsTheRuleSays()
+{
+    QFETCH(int, row);
+    QFETCH(QString, typed);
+    QFETCH(QString, result);
+    fill({u"A"_s, u"B"_s}, row);
+    mController->tableViewSetObjectValueForTableColumnRow(table(), typed, u"name"_s, row);
+    QCOMPARE(mDelegate->operations(), QStringList{u"rename"_s});
+    QCOMPARE(mDelegate->calls.first().profileID, row);
+    QCOMPARE(mDelegate->calls.first().settings, profileNamed(result));
+    QCOMPARE(mController->userSettingsDict(), profileNamed(result));
+}
+
+void KeyboardProfilesNamesTest::renameKeepsTheLocalListAsItFalls()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s});
+    mDelegate->answers = false;
+    mController->tableViewSetObjectValueForTableColumnRow(table(), u"X"_s, u"name"_s, 0);
+    QCOMPARE(mController->allProfilesArray(),
+             (QVariantList{profileNamed(u"X"_s), profileNamed(u"C"_s), profileNamed(u""_s)}));
+}
+
+void KeyboardProfilesNamesTest::emptyAndOtherValuesRenameNothing_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("empty text") << QVariant(QString());
+    QTest::newRow("number") << QVariant(5);
+    QTest::newRow("nothing") << QVariant();
+}
+
+void KeyboardProfilesNamesTest::emptyAndOtherValuesRenameNothing()
+{
+    QFETCH(QVariant, value);
+    fill({u"A"_s, u"B"_s});
+    mController->tableViewSetObjectValueForTableColumnRow(table(), value, u"name"_s, 0);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(mController->allProfilesArray(), (QVariantList{profileNamed(u"A"_s), profileNamed(u"B"_s)}));
+}
+
+void KeyboardProfilesNamesTest::switchingForgetsTheNameToEdit()
+{
+    fill({u"A"_s, u"B"_s});
+    outlet<QPushButton>("mAddProfile")->click();
+    table()->abortEditing();
+    mDelegate->refresh();
+    QCOMPARE(table()->editedRow(), 2);
+    table()->abortEditing();
+    table()->selectRow(1);
+    mDelegate->refresh();
+    QCOMPARE(table()->editedRow(), -1);
+}
+
+QTEST_MAIN(KeyboardProfilesNamesTest)
+#include "keyboardprofilesnamestest.moc"
