@@ -4,6 +4,7 @@
 // the average time of one event, and the memory allocations it made.
 #include "daemon/keyengine.h"
 #include "keys/keylayout.h"
+#include "macros/macrorecord.h"
 #include "tests/support/fulldocument.h"
 
 #include <benchmark/benchmark.h>
@@ -79,7 +80,41 @@ void compileProfile(benchmark::State &state)
         benchmark::Counter(double(allocations - allocationsBefore), benchmark::Counter::kAvgIterations);
 }
 
+/// An event of a macro, while five of the longest macros play.
+void playEvents(benchmark::State &state)
+{
+    constexpr int playing = 5;
+    QVariantList events;
+    for (int count = 0; count < MacroRecord::maximumEvents; ++count)
+        events += MacroRecord::eventRecord({.command = count % 2 == 0 ? MacroRecord::keyDown : MacroRecord::keyUp,
+                                            .delayMs = 1 + count % 7,
+                                            .argument = 4U + count / 2 % 26});
+    QVariantList macros;
+    QVariantMap keys;
+    for (int index = 0; index < playing; ++index) {
+        macros += MacroRecord::withEvents({{QStringLiteral("macroID"), index}}, events);
+        keys.insert(QString::number(106 + index), QVariantMap{{QStringLiteral("command"), 10},
+                                                              {QStringLiteral("param1"), index},
+                                                              {QStringLiteral("param2"), 255}});
+    }
+    KeyEngine engine;
+    (void)engine.setMacros(playableMacros(macros));
+    (void)engine.setKeyMap(KeyMap({{QStringLiteral("Keys"), keys}}));
+    for (quint16 index = 0; index < playing; ++index)
+        (void)engine.keyDown({HidUsage::keyboardPage, static_cast<quint16>(106 + index)}, {});
+    const std::size_t allocationsBefore = allocations;
+    std::size_t count = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(engine.advance(*engine.nextDeadline()));
+        ++count;
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(count));
+    state.counters["allocations/call"] =
+        static_cast<double>(allocations - allocationsBefore) / static_cast<double>(count);
+}
+
 BENCHMARK(compileProfile)->Unit(benchmark::kMicrosecond);
+BENCHMARK(playEvents)->Unit(benchmark::kNanosecond);
 BENCHMARK(pressAndReleaseEveryKey)->Arg(0)->Arg(4)->Unit(benchmark::kMicrosecond);
 
 } // namespace
