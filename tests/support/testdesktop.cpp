@@ -69,12 +69,15 @@ bool TestDesktop::start()
 
 bool TestDesktop::startX11()
 {
-    QStringList arguments{u"-screen"_s, u"0"_s, u"640x480x24"_s, u"-nolisten"_s, u"tcp"_s};
+    // It is not to start over when its last client leaves: the next client may be on its way.
+    QStringList arguments{u"-noreset"_s, u"-screen"_s, u"0"_s, u"640x480x24"_s, u"-nolisten"_s, u"tcp"_s};
     if (mDisplay.isEmpty())
         arguments = QStringList{u"-displayfd"_s, u"1"_s} + arguments; // a free one, which the server then tells
     else
         arguments.prepend(mDisplay);
     const bool isTold = mDisplay.isEmpty();
+    if (!isTold)
+        QFile::remove(u"/tmp/.X11-unix/X"_s + mDisplay.sliced(1)); // left by the one that was killed
     mServer = started(u"Xvfb"_s, arguments, QProcessEnvironment::systemEnvironment());
     if (!mServer)
         return false;
@@ -82,13 +85,14 @@ bool TestDesktop::startX11()
         if (!mServer->waitForReadyRead(waitMs))
             return false;
         mDisplay = u':' + QString::fromLatin1(mServer->readLine()).trimmed();
-    } else if (!QTest::qWaitFor([this] { return QFile::exists(u"/tmp/.X11-unix/X"_s + mDisplay.sliced(1)); }, waitMs)) {
-        return false;
     }
+    if (!QTest::qWaitFor([this] { return run(u"xdotool"_s, {u"getdisplaygeometry"_s}); }, waitMs))
+        return false;
     QProcessEnvironment environment = in(QProcessEnvironment::systemEnvironment());
     environment.insert(u"HOME"_s, mRuntimeFolder.path()); // nobody's own settings
     mWindowManager = started(u"openbox"_s, {u"--sm-disable"_s}, environment);
-    return mWindowManager != nullptr;
+    // Only a window manager tells the number of desktops.
+    return mWindowManager && QTest::qWaitFor([this] { return run(u"xdotool"_s, {u"get_num_desktops"_s}); }, waitMs);
 }
 
 bool TestDesktop::startWayland()
