@@ -14,8 +14,10 @@
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/sentrecorder.h"
 
 #include <QAction>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -31,6 +33,7 @@ constexpr int macrosTabIndex = 2;
 
 constexpr uint keyA = 4;
 constexpr uint keyB = 5;
+constexpr uint keyF = 9;
 constexpr uint keyH = 11;
 
 } // namespace
@@ -46,6 +49,7 @@ private Q_SLOTS:
     void appendsToWhatWasRecorded();
     void editsAnEventAndADelay();
     void assignsTheMacroToAKey();
+    void aPressedKeyPlaysTheEditedMacro();
     void exportedDeletedAndImportedItIsTheSame();
     void renamesAndDeletes();
     void aRemovedKeyboardEndsTheRecordingAndKeepsIt();
@@ -56,6 +60,8 @@ private:
     void addMacro(const QString &name);
     /// Adds the macro "Combo" and records A and B into it.
     void recordCombo();
+    /// Gives the macro "Combo" to the key F.
+    void assignComboToF();
     void chooseForEvent(int row, int tag);
     [[nodiscard]] QStringList lines() const { return mHub->controller->macrosController()->macroDetailsArray(); }
     [[nodiscard]] TableView *list() const { return mHub->find<TableView>("mMacroTableView"); }
@@ -190,10 +196,8 @@ void MacrosEndToEndTest::editsAnEventAndADelay()
     QCOMPARE(lines().at(5), u"0.000 seconds delay\n"_s);
 }
 
-void MacrosEndToEndTest::assignsTheMacroToAKey()
+void MacrosEndToEndTest::assignComboToF()
 {
-    recordCombo();
-    const int row = list()->selectedRow();
     mHub->controller->selectTabAtIndex(keysTabIndex);
     QTest::mouseClick(mHub->find<QWidget>("mF"), Qt::LeftButton);
     const QMenu *macros = mHub->find<PopUpButton>("mAssignFunction")->submenuAtIndex(2);
@@ -205,11 +209,41 @@ void MacrosEndToEndTest::assignsTheMacroToAKey()
     }
     QVERIFY(combo);
     combo->trigger();
+}
+
+void MacrosEndToEndTest::assignsTheMacroToAKey()
+{
+    recordCombo();
+    const int row = list()->selectedRow();
+    assignComboToF();
     const QVariantMap document = settings().value(DaemonProtocol::allDevSettings).toMap();
     const QVariantMap profile = document.value(SettingsKeys::profiles).toList().first().toMap();
     const QVariantMap entry = profile.value(SettingsKeys::keys).toMap().value(u"9"_s).toMap();
     QCOMPARE(entry.value(SettingsKeys::command).toInt(), 10);
     QCOMPARE(entry.value(SettingsKeys::param1).toInt(), row);
+}
+
+void MacrosEndToEndTest::aPressedKeyPlaysTheEditedMacro()
+{
+    constexpr int pauseMs = 250;
+    recordCombo();
+    chooseForEvent(4, MacroCommands::edit);
+    typeKey(keyH);
+    QTRY_COMPARE(mHub->find<QLineEdit>("mInputMacroEvent")->text(), u"H"_s);
+    click("mMacroEventEditOK");
+    chooseForEvent(5, MacroCommands::edit);
+    QTest::keyClicks(mHub->find<NumberOnlyTextField>("mInputMacroDelay"), QString::number(pauseMs));
+    click("mMacroDelayOK");
+    assignComboToF();
+
+    SentRecorder recorder;
+    QElapsedTimer elapsed;
+    elapsed.start();
+    typeKey(keyF);
+    // B's release is left as it was recorded and releases nothing; the end of the macro lets go of H.
+    const QStringList played{u"+7:4"_s, u"-7:4"_s, u"+7:11"_s, u"-7:11"_s};
+    QTRY_COMPARE(recorder.sent(), played);
+    QVERIFY(elapsed.elapsed() >= pauseMs);
 }
 
 void MacrosEndToEndTest::exportedDeletedAndImportedItIsTheSame()
