@@ -24,7 +24,7 @@ QStringList entryFolders()
 }
 
 /// The path below the folder of entries with "-" for "/"; outside of such folders the file's name.
-/// (Desktop Entry Specification 1.5, "Desktop File ID".)
+/// ("Desktop File ID" of freedesktop.org's desktop entries, version 1.5.)
 QString desktopFileId(const QString &path)
 {
     for (const QString &folder : entryFolders()) {
