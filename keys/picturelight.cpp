@@ -14,14 +14,14 @@ constexpr int stepMs = 600; // each step paints all keys: slow enough to cost no
 constexpr int gradientStops = 12;
 
 /// The glow around a key: how far it reaches beyond the key's place, in key units, and how strong it is there at full
-/// brightness. One over the other, so that it fades.
+/// brightness. One over the other, so that it fades; weak enough for the mark of the selected key to stand out.
 struct Ring
 {
     qreal reach;
     qreal opacity;
 };
 
-constexpr Ring rings[] = {{0.16, 0.18}, {0.09, 0.3}, {0.03, 0.75}};
+constexpr Ring rings[] = {{0.16, 0.1}, {0.09, 0.18}, {0.03, 0.4}};
 
 /// The same clock as the daemon's, so that picture and keyboard go together.
 Backlight::Time now()
