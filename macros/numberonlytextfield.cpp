@@ -5,6 +5,8 @@
 #include <QLocale>
 #include <QValidator>
 
+#include <algorithm>
+
 /// Every edit passes here (keys, paste, drop, input methods), told as the whole text before and after it.
 class NumberOnlyTextField::Vetting : public QValidator
 {
@@ -59,8 +61,13 @@ bool NumberOnlyTextField::shouldChange(const QString &before, int position, int 
         return true;
     if (before.size() - length + replacement.size() > maximumLength)
         return false;
+    // Plain numbers: a locale also reads "inf", "1e5" and "1,000", of which integerValue() would take too little.
+    if (std::ranges::any_of(replacement, [](QChar character) { return character.isLetter(); }))
+        return false;
+    QLocale locale;
+    locale.setNumberOptions(QLocale::RejectGroupSeparator);
     bool isNumber = false;
-    QLocale().toDouble(replacement, &isNumber);
+    locale.toDouble(replacement, &isNumber);
     return isNumber;
 }
 

@@ -67,6 +67,12 @@ void NumberOnlyTextFieldTest::vetsEachEdit_data()
     QTest::newRow("too much pasted") << u"12"_s << 1 << 0 << u"34567"_s << false;
     QTest::newRow("replaced by a number as long") << u"123456"_s << 0 << 6 << u"654321"_s << true;
     QTest::newRow("words pasted") << u"12"_s << 0 << 2 << u"1 or 2"_s << false;
+    QTest::newRow("infinity pasted") << QString() << 0 << 0 << u"inf"_s << false;
+    QTest::newRow("no number pasted") << QString() << 0 << 0 << u"nan"_s << false;
+    QTest::newRow("power of ten pasted") << QString() << 0 << 0 << u"1e5"_s << false;
+    QTest::newRow("grouped digits pasted") << QString() << 0 << 0 << u"1,000"_s << false;
+    QTest::newRow("fraction pasted") << QString() << 0 << 0 << u"1.5"_s << true;
+    QTest::newRow("point alone") << u"1"_s << 1 << 0 << u"."_s << false;
 }
 
 void NumberOnlyTextFieldTest::vetsEachEdit()
