@@ -113,6 +113,11 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
     mRecordMacroDetails->setEnabled(isEnabled);
     if (isEnabled)
         enableDeleteEventBySelection();
+    // The keyboard may be announced anew meanwhile; another macro must not be selected before Stop saves this one.
+    if (isRecordingOrCapturing() || mIsMacroEventEdit) {
+        setStateOfMacroTableWithState(false);
+        setStateOfTableButtonsWithState(false);
+    }
 }
 
 void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macros)
@@ -133,7 +138,8 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
 {
     mMacroDetailsArray.clear();
     for (const QVariant &line : lines)
-        mMacroDetailsArray.append(line.toString());
+        mMacroDetailsArray.append(line.toString()); // one that is no text keeps its row: events are addressed by it
+    mAreLinesOfSelection = true;
     mMacroDetailsTableView->reloadData();
     updatePlaceholders();
     updateEventButtons();
@@ -242,8 +248,13 @@ void KeyboardMacrosController::tableViewSetObjectValueForTableColumnRow(TableVie
 
 void KeyboardMacrosController::tableViewSelectionDidChange(TableView *tableView)
 {
-    if (tableView == mMacroTableView && macroRow() >= 0 && !mIsAddMacro)
+    if (tableView == mMacroTableView && macroRow() >= 0 && !mIsAddMacro) {
+        mAreLinesOfSelection = false;
         fetchLines();
+        // Without an answer, better none than another macro's: the commands for a line go to the selected one.
+        if (!mAreLinesOfSelection)
+            updateSelectedMacroWithMacroDetails({});
+    }
     updateEventPart();
 }
 

@@ -206,6 +206,7 @@ private:
     bool mIsRenamingMacroName = false; ///< a rename was started from a menu
     bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
     bool mIsReplacingLines = false;    ///< an operation goes on that fetches the lines at its end
+    bool mAreLinesOfSelection = false; ///< lines came since the last selection of a macro
     bool mIsRecording = false;         ///< a new recording runs
     bool mIsStopRecording = false;     ///< the last recording was stopped: late lines are ignored
     bool mIsAppendMacro = false;       ///< an appended recording runs

@@ -157,6 +157,7 @@ void KeyboardMacrosController::closeEventSheet()
     setStateOfMacroTableWithState(mHasDeviceConnected);
     updateEventButtons();
     mEditEventWindow->endSheet();
+    fetchChangedLines(); // what another client changed meanwhile
 }
 
 void KeyboardMacrosController::clickMacroEventOK(QObject *)

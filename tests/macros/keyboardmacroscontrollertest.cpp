@@ -2,6 +2,7 @@
 // The tab as a whole: what it shows, and how it follows the main controller.
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
+#include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
 
 #include <QAccessible>
@@ -37,6 +38,16 @@ private Q_SLOTS:
     void emptyListsSayWhatToDo();
     void everyControlIsReachedByTabAndHasAName();
     void fieldsOfTheSheetsHaveNames();
+    void menusOfferTheirCommandsInOrder();
+    void aRightClickOpensTheMenu_data();
+    void aRightClickOpensTheMenu();
+    void tablesSelectOneRowAtMost();
+    void aFetchedNameBringsTheEventButtonsUpToDate();
+    void linesThatAreNoTextsKeepTheirRows();
+    void recordsThatAreNoMacrosKeepTheirRows();
+    void withoutAnAnswerNoOtherMacrosLinesAreShown();
+    void controlsStayOffUntilARecordingEnds_data();
+    void controlsStayOffUntilARecordingEnds();
 };
 
 void KeyboardMacrosControllerTest::startsWithTheEventPartHidden()
@@ -255,6 +266,169 @@ void KeyboardMacrosControllerTest::fieldsOfTheSheetsHaveNames()
     events()->selectRow(0);
     choose("mSettingsMacroDetails", MacroCommands::edit);
     QCOMPARE(nameOf(u"mInputMacroEvent"_s), u"Press the key that this event is to use:"_s);
+}
+
+void KeyboardMacrosControllerTest::menusOfferTheirCommandsInOrder()
+{
+    fill({u"A"_s}, 0);
+    using Item = std::pair<int, QString>;
+    const auto itemsOf = [](const QMenu *menu) {
+        QList<Item> items;
+        for (const QAction *item : menu->actions())
+            items.append({item->data().toInt(), item->text()});
+        return items;
+    };
+    const QList<Item> ofList{{1, u"Rename"_s}, {2, u"New"_s}, {3, u"Import…"_s}, {4, u"Export…"_s}, {5, u"Delete…"_s}};
+    const QList<Item> ofEvents{{1, u"Record"_s},       {2, u"Edit…"_s},
+                               {3, u"Delete Event"_s}, {4, u"Delete All Events"_s},
+                               {5, u"Copy Delay"_s},   {6, u"No Delay"_s}};
+    const std::unique_ptr<QMenu> listMenu(outlet<NSTableViewMacroSubClass>(u"mMacroTableView"_s)->makeContextMenu());
+    const std::unique_ptr<QMenu> eventMenu(
+        outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
+    QCOMPARE(itemsOf(outlet<PulldownButton>(u"mSettingsMacro"_s)->menu()), ofList);
+    QCOMPARE(itemsOf(listMenu.get()), ofList);
+    QCOMPARE(itemsOf(outlet<PulldownButton>(u"mSettingsMacroDetails"_s)->menu()), ofEvents);
+    QCOMPARE(itemsOf(eventMenu.get()), ofEvents);
+    for (const char *gear : {"mSettingsMacro", "mSettingsMacroDetails"}) {
+        const auto *button = outlet<PulldownButton>(QLatin1StringView(gear));
+        QCOMPARE(button->text(), QString());
+        QVERIFY(!button->icon().isNull());
+    }
+}
+
+void KeyboardMacrosControllerTest::aRightClickOpensTheMenu_data()
+{
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QString>("menu");
+    QTest::addColumn<bool>("isEnabled");
+    for (const bool isEnabled : {true, false}) {
+        const char *state = isEnabled ? "on" : "off";
+        QTest::addRow("list, %s", state) << u"mMacroTableView"_s << u"macrosContextMenu"_s << isEnabled;
+        QTest::addRow("events, %s", state) << u"mMacroDetailsTableView"_s << u"macroDetailsContextMenu"_s << isEnabled;
+    }
+}
+
+void KeyboardMacrosControllerTest::aRightClickOpensTheMenu()
+{
+    QFETCH(QString, table);
+    QFETCH(QString, menu);
+    QFETCH(bool, isEnabled);
+    fill({u"A"_s, u"B"_s}, 0);
+    events()->selectRow(1);
+    mController->setControlsState(isEnabled);
+    auto *clicked = outlet<TableView>(table);
+    QTest::mouseClick(clicked->viewport(), Qt::RightButton, {}, QPoint(20, 5));
+    const auto *opened = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(opened);
+    QCOMPARE(opened->objectName(), menu);
+    QCOMPARE(opened->pos(), clicked->viewport()->mapToGlobal(QPoint(20, 5)));
+    QCOMPARE(enabledTags(opened->actions()).size(), isEnabled ? opened->actions().size() : 0);
+    QCOMPARE(list()->selectedRow(), 0);
+    QCOMPARE(events()->selectedRow(), 1);
+    QApplication::activePopupWidget()->close();
+}
+
+void KeyboardMacrosControllerTest::tablesSelectOneRowAtMost()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    for (TableView *table : {list(), events()}) {
+        table->selectRow(0);
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::ShiftModifier,
+                          table->visualRect(table->model()->index(1, 0)).center());
+        QCOMPARE(table->selectionModel()->selectedRows().size(), 1);
+    }
+}
+
+void KeyboardMacrosControllerTest::aFetchedNameBringsTheEventButtonsUpToDate()
+{
+    fill({u"A"_s}, 0);
+    mController->setStateOfTableButtonsWithState(false);
+    (void)mController->tableViewObjectValueForTableColumnRow(list(), u"macroName"_s, 0);
+    QVERIFY(outlet(u"mAddMacroDetails"_s)->isEnabled());
+    QVERIFY(outlet(u"mSettingsMacroDetails"_s)->isEnabled());
+    QVERIFY(!outlet(u"mDeleteMacroDetails"_s)->isEnabled()); // no event is selected
+}
+
+/// Commands address an event by its row: a line left out would send them to the wrong one.
+void KeyboardMacrosControllerTest::linesThatAreNoTextsKeepTheirRows()
+{
+    const QVariantList strange{5, QVariantMap{{u"x"_s, 1}}, QVariantList{1}, QByteArray("\xff\x00", 2),
+                               u"Key Press A"_s};
+    mDelegate->lines = strange;
+    fill({u"A"_s}, 0);
+    QCOMPARE(events()->numberOfRows(), strange.size());
+    QCOMPARE(mController->macroDetailsArray().at(4), u"Key Press A"_s);
+    events()->selectRow(4);
+    QVERIFY(outlet(u"mDeleteMacroDetails"_s)->isEnabled());
+
+    outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    mController->recordEvents({{u"messagesArray"_s, strange}});
+    mController->recordEvents({{u"messagesArray"_s, QVariantMap{{u"x"_s, 1}}}});
+    mController->recordEvents({});
+    QCOMPARE(events()->numberOfRows(), 2 * strange.size());
+}
+
+/// Macros, too, are addressed by their row.
+void KeyboardMacrosControllerTest::recordsThatAreNoMacrosKeepTheirRows()
+{
+    mDelegate->macros = {5, QVariantMap{{u"MacroName"_s, QVariantList{1}}, {u"sequence"_s, u"x"_s}}, u"text"_s};
+    fill({u"A"_s}, 3);
+    QCOMPARE(list()->numberOfRows(), 4);
+    QCOMPARE(list()->model()->index(0, 0).data().toString(), QString());
+    QCOMPARE(list()->model()->index(3, 0).data().toString(), u"A"_s);
+    list()->selectRow(0);
+    QCOMPARE(mDelegate->calls, QStringList{u"details 0"_s});
+    mController->tableViewSetObjectValueForTableColumnRow(list(), u"X"_s, u"macroName"_s, 0);
+    mController->tableViewSetObjectValueForTableColumnRow(list(), u"X"_s, u"macroName"_s, 4);
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"Untitled Macro"_s));
+    QCOMPARE(list()->numberOfRows(), 5);
+}
+
+void KeyboardMacrosControllerTest::withoutAnAnswerNoOtherMacrosLinesAreShown()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    QCOMPARE(mController->macroDetailsArray().size(), 5);
+    mDelegate->answers = false;
+    list()->selectRow(1);
+    QCOMPARE(mDelegate->calls, QStringList{u"details 1"_s});
+    QVERIFY(mController->macroDetailsArray().isEmpty());
+    QCOMPARE(events()->numberOfRows(), 0);
+    mDelegate->answers = true;
+    list()->selectRow(0);
+    QCOMPARE(events()->numberOfRows(), 5);
+}
+
+void KeyboardMacrosControllerTest::controlsStayOffUntilARecordingEnds_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QString>("end");
+    QTest::newRow("new recording") << u"mRecordMacroDetails"_s << u"mRecordMacroDetails"_s;
+    QTest::newRow("appended recording") << u"mAddMacroDetails"_s << u"mRecordMacroDetails"_s;
+    QTest::newRow("event sheet") << QString() << u"mMacroEventEditCancel"_s;
+}
+
+/// A daemon that is started anew announces the keyboard again, in the middle of a recording too.
+void KeyboardMacrosControllerTest::controlsStayOffUntilARecordingEnds()
+{
+    QFETCH(QString, start);
+    QFETCH(QString, end);
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    if (start.isEmpty())
+        choose("mSettingsMacroDetails", MacroCommands::edit);
+    else
+        outlet<QPushButton>(start)->click();
+    mController->setControlsState(true);
+    mDelegate->refresh();
+    for (const QString &name : tableButtons + tables)
+        QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
+    QVERIFY(outlet(u"mRecordMacroDetails"_s)->isEnabled());
+    outlet<QPushButton>(end)->click();
+    for (const QString &name : tables)
+        QVERIFY2(outlet(name)->isEnabled(), qPrintable(name));
+    QVERIFY(outlet(u"mAddMacro"_s)->isEnabled());
 }
 
 QTEST_MAIN(KeyboardMacrosControllerTest)

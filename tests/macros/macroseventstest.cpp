@@ -38,6 +38,9 @@ private Q_SLOTS:
     void theCapturedKeyOfAnEarlierSheetIsForgotten();
     void keysEditAndDeleteTheSelectedEvent();
     void doubleClickEditsTheEvent();
+    void aCapturedNothingForgetsTheKeyBefore();
+    void emptyDelayIsNone();
+    void changesOfOtherClientsShowAfterTheEventSheet();
 };
 
 void MacrosEventsTest::deletingAnEventSelectsTheNeighbour_data()
@@ -223,6 +226,8 @@ void MacrosEventsTest::capturedKeyIsShown_data()
     QTest::newRow("key with a modifier") << 4 << 2 << u"A"_s << 4;
     QTest::newRow("modifier alone") << 0 << 225 << u"Left Shift"_s << 225;
     QTest::newRow("modifier alone, high bits in the key") << 0x100 << 225 << u"Left Shift"_s << 225;
+    QTest::newRow("key, high bits") << 0x104 << 0 << u"A"_s << 4;
+    QTest::newRow("key with high bits and a modifier") << 0x104 << 225 << u"A"_s << 4;
 }
 
 void MacrosEventsTest::capturedKeyIsShown()
@@ -317,6 +322,49 @@ void MacrosEventsTest::doubleClickEditsTheEvent()
     QTest::mouseDClick(events()->viewport(), Qt::LeftButton, {}, cell);
     QVERIFY(outlet<Sheet>(u"mEditEventWindow"_s)->isUp());
     QCOMPARE(mDelegate->calls, (QStringList{u"event 0 2"_s, u"startEditHID"_s}));
+}
+
+void MacrosEventsTest::aCapturedNothingForgetsTheKeyBefore()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    mController->singleKeyEvents({{u"singleKey"_s, QVariantMap()}, {u"singleKeyModif"_s, QVariantList{1}}});
+    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), QString());
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
+}
+
+void MacrosEventsTest::emptyDelayIsNone()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(1);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    QTest::keyClicks(outlet<NumberOnlyTextField>(u"mInputMacroDelay"_s), u"75"_s);
+    outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
+    mDelegate->calls.clear();
+    choose("mSettingsMacroDetails", MacroCommands::edit); // the delay typed before is gone
+    outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"delay 0 1 0"_s, u"details 0"_s}));
+}
+
+void MacrosEventsTest::changesOfOtherClientsShowAfterTheEventSheet()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    QVariantMap changed = macroNamed(u"A"_s);
+    changed[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
+    mDelegate->macros[0] = changed;
+    mDelegate->lines = {u"Left Button down\n"_s};
+    mDelegate->calls.clear();
+    mDelegate->refresh();
+    QVERIFY(mDelegate->calls.isEmpty()); // not under the user's hands
+    outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"details 0"_s}));
+    QCOMPARE(mController->macroDetailsArray(), QStringList{u"Left Button down\n"_s});
 }
 
 QTEST_MAIN(MacrosEventsTest)

@@ -41,6 +41,10 @@ private Q_SLOTS:
     void deleteKeyAsksToDelete();
     void keysRenameTheSelectedMacro_data();
     void keysRenameTheSelectedMacro();
+    void gearMenuAddsAndDeletes();
+    void aRefusedDeletionKeepsListAndSelection();
+    void renamingNeedsASelectedMacro();
+    void addingEndsARename();
 };
 
 void MacrosListTest::namesAreMadeUnique_data()
@@ -137,14 +141,16 @@ void MacrosListTest::emptyNameIsIgnored()
 void MacrosListTest::renamingFromTheMenuDisablesTheEventButtons()
 {
     fill({u"A"_s, u"B"_s}, 1);
+    events()->selectRow(0);
     choose("mSettingsMacro", MacroCommands::rename);
     QCOMPARE(list()->editedRow(), 1);
     QCOMPARE(editor()->selectedText(), u"B"_s);
-    for (const char *name : {"mAddMacroDetails", "mRecordMacroDetails", "mSettingsMacroDetails"})
+    const auto buttons = {"mAddMacroDetails", "mDeleteMacroDetails", "mRecordMacroDetails", "mSettingsMacroDetails"};
+    for (const char *name : buttons)
         QVERIFY2(!outlet(QLatin1StringView(name))->isEnabled(), name);
     QTest::keyClick(editor(), Qt::Key_Escape);
     QTRY_COMPARE(list()->editedRow(), -1);
-    for (const char *name : {"mAddMacroDetails", "mRecordMacroDetails", "mSettingsMacroDetails"})
+    for (const char *name : buttons)
         QVERIFY2(outlet(QLatin1StringView(name))->isEnabled(), name);
     QVERIFY(mDelegate->calls.isEmpty());
 }
@@ -156,6 +162,10 @@ void MacrosListTest::deleteAsksFirst()
     auto *alert = outlet<Sheet>(u"alert"_s);
     QVERIFY(alert && alert->isVisible());
     QCOMPARE(alert->findChild<QLabel *>(u"alertTitle"_s)->text(), u"Delete the macro “B”?"_s);
+    QVERIFY(alert->findChild<QLabel *>(u"alertDescription"_s)->text().startsWith(u"Keys that play this macro"_s));
+    QCOMPARE(alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->text(), u"OK"_s);
+    QCOMPARE(alert->findChild<QPushButton *>(u"alertAlternativeButton"_s)->text(), u"Cancel"_s);
+    QCOMPARE(alert->parentWidget(), mWindow.get());
     alert->findChild<QPushButton *>(u"alertAlternativeButton"_s)->click();
     QVERIFY(mDelegate->calls.isEmpty());
     outlet<QPushButton>(u"mDeleteMacro"_s)->click();
@@ -301,6 +311,52 @@ void MacrosListTest::keysRenameTheSelectedMacro()
     QTest::keyClick(editor(), Qt::Key_Return);
     QTRY_COMPARE(list()->editedRow(), -1);
     QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosListTest::gearMenuAddsAndDeletes()
+{
+    fill({u"A"_s}, 0);
+    choose("mSettingsMacro", MacroCommands::newMacro);
+    QCOMPARE(mDelegate->calls, QStringList{u"add"_s});
+    QCOMPARE(list()->selectedRow(), 1);
+    choose("mSettingsMacro", MacroCommands::deleteMacro);
+    auto *alert = outlet<Sheet>(u"alert"_s);
+    QVERIFY(alert && alert->isVisible());
+    alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QVERIFY(mDelegate->calls.contains(u"delete 1"_s));
+    QCOMPARE(mDelegate->macros, QVariantList{macroNamed(u"A"_s)});
+}
+
+void MacrosListTest::aRefusedDeletionKeepsListAndSelection()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    mDelegate->answers = false;
+    mController->deleteMacro();
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
+    QCOMPARE(list()->numberOfRows(), 3);
+    QCOMPARE(list()->selectedRow(), 1);
+}
+
+void MacrosListTest::renamingNeedsASelectedMacro()
+{
+    fill({u"A"_s});
+    choose("mSettingsMacro", MacroCommands::rename);
+    choose("mSettingsMacro", MacroCommands::deleteMacro);
+    QCOMPARE(list()->editedRow(), -1);
+    QVERIFY(!outlet<Sheet>(u"alert"_s));
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosListTest::addingEndsARename()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    choose("mSettingsMacro", MacroCommands::rename);
+    QTest::keyClicks(editor(), u"Heal"_s);
+    mController->clickAddMacro(nullptr);
+    QCOMPARE(mDelegate->calls, (QStringList{u"rename 0 Heal"_s, u"add"_s}));
+    QCOMPARE(mController->macrosSettingsArray().size(), 3);
+    QCOMPARE(list()->selectedRow(), 2);
+    QCOMPARE(list()->editedRow(), 2);
 }
 
 QTEST_MAIN(MacrosListTest)
