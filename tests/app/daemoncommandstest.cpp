@@ -70,6 +70,11 @@ const std::vector<Operation> operations{
      [](Hc &c) { c.startMacroRecordingMacroIndex(1, 2); },
      {{u"macroID"_s, 2}, {u"isAppendRecording"_s, 1}},
      {18}},
+    {"startMacroRecording anew",
+     Command::startMacroRecording,
+     [](Hc &c) { c.startMacroRecordingMacroIndex(0, 0); },
+     {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}},
+     {18}},
     {"stopMacroRecording", Command::stopMacroRecording, [](Hc &c) { c.stopMacroRecording(); }, {}, {19}},
     {"saveRecordedEvents",
      Command::saveRecordedEvents,
@@ -119,6 +124,11 @@ const std::vector<Operation> operations{
      Command::setAllDelays,
      [](Hc &c) { c.setAllEventsDelayForMacroAtIndexHasNoDelay(0, 1, true); },
      {{u"delay"_s, 0}, {u"macroID"_s, 1}, {u"HasNoDelay"_s, true}},
+     {34}},
+    {"setAllEventsDelay to that of a row",
+     Command::setAllDelays,
+     [](Hc &c) { c.setAllEventsDelayForMacroAtIndexHasNoDelay(3, 1, false); },
+     {{u"delay"_s, 3}, {u"macroID"_s, 1}, {u"HasNoDelay"_s, false}},
      {34}},
     {"setNewDelay",
      Command::setDelay,
@@ -477,6 +487,12 @@ void DaemonCommandsTest::handsOutMacroLines()
     mDaemon->setReply(Command::readMacroLines, {{u"ReturnStatus"_s, 0}});
     mHub->controller->getMacroDetailsForMacroAtIndex(0);
     QCOMPARE(mHub->controller->macrosController()->macroDetailsArray(), lines);
+    // Lines that are no texts are still rows.
+    mDaemon->setReply(Command::readMacroLines,
+                      {{u"MacroSequences"_s, QVariantList{5, QVariantMap(), QVariantList{1}, u"Key Press A"_s}}});
+    mHub->controller->getMacroDetailsForMacroAtIndex(0);
+    QCOMPARE(mHub->controller->macrosController()->macroDetailsArray().size(), 4);
+    QCOMPARE(mHub->controller->macrosController()->macroDetailsArray().at(3), u"Key Press A"_s);
 }
 
 void DaemonCommandsTest::enablesTheMacroTableAfterAnUpdatedEvent()

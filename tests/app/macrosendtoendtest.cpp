@@ -21,6 +21,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -54,6 +55,9 @@ private Q_SLOTS:
     void renamesAndDeletes();
     void aRemovedKeyboardEndsTheRecordingAndKeepsIt();
     void leavingTheTabEndsTheRecordingAndKeepsIt();
+    void deletesEvents();
+    void strangeFilesLeaveBothListsAlike_data();
+    void strangeFilesLeaveBothListsAlike();
 
 private:
     void typeKey(uint usage);
@@ -117,8 +121,9 @@ void MacrosEndToEndTest::recordCombo()
     typeKey(keyA);
     typeKey(keyB);
     QTRY_COMPARE(lines().size(), 7);
+    const QStringList posted = lines();
     click("mRecordMacroDetails");
-    QCOMPARE(lines().size(), 7);
+    QCOMPARE(lines(), posted); // as they were shown while they happened
 }
 
 void MacrosEndToEndTest::chooseForEvent(int row, int tag)
@@ -167,8 +172,9 @@ void MacrosEndToEndTest::appendsToWhatWasRecorded()
     QCOMPARE(lines().size(), 7);
     typeKey(keyH);
     QTRY_COMPARE(lines().size(), 11);
+    const QStringList posted = lines();
     click("mRecordMacroDetails");
-    QCOMPARE(lines().size(), 11);
+    QCOMPARE(lines(), posted);
     QCOMPARE(lines().at(8), u"Key Press H"_s);
     QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 6);
 }
@@ -314,6 +320,72 @@ void MacrosEndToEndTest::leavingTheTabEndsTheRecordingAndKeepsIt()
     mHub->controller->selectTabAtIndex(keysTabIndex);
     QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
     QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 2);
+}
+
+void MacrosEndToEndTest::deletesEvents()
+{
+    recordCombo();
+    mHub->find<TableView>("mMacroDetailsTableView")->selectRow(4); // the press of B
+    click("mDeleteMacroDetails");
+    QCOMPARE(lines().size(), 5);
+    QCOMPARE(lines().at(4), u"Key Release B"_s);
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 3);
+    chooseForEvent(-1, MacroCommands::deleteAllEvents);
+    QVERIFY(lines().isEmpty());
+    const QVariant sequence = kept(u"Combo"_s).value(SettingsKeys::sequence);
+    QCOMPARE(sequence, QVariant(QVariantMap()));
+}
+
+void MacrosEndToEndTest::strangeFilesLeaveBothListsAlike_data()
+{
+    QTest::addColumn<QVariantMap>("record");
+    QTest::addColumn<bool>("isTaken");
+    const auto nested = [](int levels) {
+        QVariant value = 1;
+        for (int level = 0; level < levels; ++level)
+            value = QVariantList{value};
+        return QVariantMap{{u"MacroName"_s, u"Strange"_s}, {u"Deep"_s, value}};
+    };
+    const auto withEvents = [](const QVariant &events) {
+        return QVariantMap{{u"MacroName"_s, u"Strange"_s}, {u"sequence"_s, QVariantMap{{u"Events"_s, events}}}};
+    };
+    const QVariantMap elsewhere = MacroRecord::eventRecord({.command = 1, .delayMs = 7, .page = 12, .argument = 4});
+    QTest::newRow("events that are text") << withEvents(u"A"_s) << false;
+    QTest::newRow("events that are no dictionaries") << withEvents(QVariantList{1, u"A"_s}) << false;
+    QTest::newRow("sequence that is an array")
+        << QVariantMap{{u"MacroName"_s, u"Strange"_s}, {u"sequence"_s, QVariantList{1}}} << false;
+    QTest::newRow("too many events") << withEvents(QVariantList(MacroRecord::maximumEvents + 1, elsewhere)) << false;
+    QTest::newRow("nested more deeply than the daemon keeps") << nested(505) << false;
+    QTest::newRow("nested more deeply than a request can be") << nested(511) << false;
+    QTest::newRow("events of an unknown page") << withEvents(QVariantList{elsewhere, elsewhere}) << true;
+    QTest::newRow("as many events as fit") << withEvents(QVariantList(MacroRecord::maximumEvents, elsewhere)) << true;
+    QTest::newRow("no name that is text") << QVariantMap{{u"MacroName"_s, QVariantList{1}}} << true;
+}
+
+void MacrosEndToEndTest::strangeFilesLeaveBothListsAlike()
+{
+    QFETCH(QVariantMap, record);
+    QFETCH(bool, isTaken);
+    recordCombo();
+    const auto keptMacros = [this] {
+        return settings().value(DaemonProtocol::allDevSettings).toMap().value(SettingsKeys::macros).toList();
+    };
+    const QVariantList before = keptMacros();
+    const QTemporaryDir folder;
+    const std::optional<QByteArray> data = PropertyList::writeBinary(record);
+    QVERIFY(data);
+    QVERIFY(PropertyList::writeFileAtomically(folder.filePath(u"strange.KestraMacro"_s), *data));
+    mHub->find<PulldownButton>("mSettingsMacro")->itemWithTag(MacroCommands::importMacro)->trigger();
+    accept("mOpenPanel", folder.filePath(u"strange.KestraMacro"_s));
+    QCOMPARE(keptMacros().size(), before.size() + (isTaken ? 1 : 0));
+    QCOMPARE(keptMacros().first(before.size()), before);
+    // The next change, whoever makes it, shows the daemon's list.
+    const QVariantMap contents{{SettingsKeys::macroName, u"Renamed"_s}, {SettingsKeys::macroId, 0}};
+    QVERIFY(mDaemon->request(Command::renameMacro, {{DaemonProtocol::macroContents, contents}}));
+    QTRY_VERIFY(!mHub->controller->macrosArray().isEmpty()
+                && MacroRecord::name(mHub->controller->macrosArray().first().toMap()) == u"Renamed"_s);
+    QCOMPARE(mHub->controller->macrosController()->macrosSettingsArray(), keptMacros());
+    QCOMPARE(list()->numberOfRows(), keptMacros().size());
 }
 
 QTEST_MAIN(MacrosEndToEndTest)
