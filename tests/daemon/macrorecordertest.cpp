@@ -39,6 +39,7 @@ private Q_SLOTS:
     void recordingStaysUntilItIsDiscarded();
     void newStartForgetsTheOldRecording();
     void timeThatStandsStillIsNoPause();
+    void aHeldKeyIsPressedOnce();
 };
 
 void MacroRecorderTest::recordsEventsWithTheirPauses()
@@ -166,6 +167,17 @@ void MacroRecorderTest::timeThatStandsStillIsNoPause()
     (void)recorder.record(keyA, false, 400ms); // never negative, whatever the clock says
     recorder.stop(400ms);
     QCOMPARE(recorder.recorded(3)->at(1).toMap().value(u"delay"_s), QVariant(0));
+}
+
+/// A keyboard that repeats a held key must not fill the macro with presses.
+void MacroRecorderTest::aHeldKeyIsPressedOnce()
+{
+    MacroRecorder recorder = started();
+    (void)recorder.record(keyA, true, 0ms);
+    QCOMPARE(recorder.record(keyA, true, 30ms), QStringList());
+    QCOMPARE(recorder.record(keyA, false, 60ms), QStringList({u"0.060 seconds delay\n"_s, u"Key Release A"_s}));
+    recorder.stop(60ms);
+    QCOMPARE(recorder.recorded(3)->size(), 2);
 }
 
 QTEST_APPLESS_MAIN(MacroRecorderTest)

@@ -35,6 +35,9 @@ private Q_SLOTS:
     void aRemovedKeyboardLeavesEverythingDisabled();
     void recordingNeedsASelectedMacro();
     void recordedLinesCanBeReadThoughTheListIsOff();
+    void linesOfEachRecordingAreTaken_data();
+    void linesOfEachRecordingAreTaken();
+    void enteringTheTabEndsWhatWasBegunElsewhere();
 };
 
 void MacrosRecordingTest::recordingStartsEmptyAndDisablesTheRest()
@@ -285,6 +288,38 @@ void MacrosRecordingTest::recordedLinesCanBeReadThoughTheListIsOff()
         outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
         QCOMPARE(textColor(QPalette::Disabled), faint);
     }
+}
+
+void MacrosRecordingTest::linesOfEachRecordingAreTaken_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<int>("rows");
+    QTest::newRow("new recording") << u"mRecordMacroDetails"_s << 1;
+    QTest::newRow("appended recording") << u"mAddMacroDetails"_s << 6;
+}
+
+void MacrosRecordingTest::linesOfEachRecordingAreTaken()
+{
+    QFETCH(QString, start);
+    QFETCH(int, rows);
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click(); // one that was stopped, after which lines are late
+    outlet<QPushButton>(start)->click();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QCOMPARE(events()->numberOfRows(), rows);
+}
+
+void MacrosRecordingTest::enteringTheTabEndsWhatWasBegunElsewhere()
+{
+    fill({u"A"_s}, 0);
+    mController->checkMacroRecordingStatus(u"Macros"_s);
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QCOMPARE(events()->numberOfRows(), 5);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mController->checkMacroRecordingStatus(u"Macros"_s);
+    QVERIFY(!mController->isRecordingOrCapturing());
+    QVERIFY(!mController->recordButtonReadsStop());
 }
 
 QTEST_MAIN(MacrosRecordingTest)
