@@ -35,13 +35,26 @@ private Q_SLOTS:
     void theListHasTheFocusAfterADeletion();
     void emptyEventRecordIsNotSent();
     void sheetsBelongToTheWindow();
+    void theCapturedKeyOfAnEarlierSheetIsForgotten_data() { addEndsOfTheEventSheet(); }
     void theCapturedKeyOfAnEarlierSheetIsForgotten();
     void keysEditAndDeleteTheSelectedEvent();
     void doubleClickEditsTheEvent();
     void aCapturedNothingForgetsTheKeyBefore();
     void emptyDelayIsNone();
     void changesOfOtherClientsShowAfterTheEventSheet();
+    void aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff_data() { addEndsOfTheEventSheet(); }
+    void aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff();
+
+private:
+    static void addEndsOfTheEventSheet();
 };
+
+void MacrosEventsTest::addEndsOfTheEventSheet()
+{
+    QTest::addColumn<QString>("end");
+    QTest::newRow("OK") << u"mMacroEventEditOK"_s;
+    QTest::newRow("Cancel") << u"mMacroEventEditCancel"_s;
+}
 
 void MacrosEventsTest::deletingAnEventSelectsTheNeighbour_data()
 {
@@ -283,11 +296,12 @@ void MacrosEventsTest::sheetsBelongToTheWindow()
 
 void MacrosEventsTest::theCapturedKeyOfAnEarlierSheetIsForgotten()
 {
+    QFETCH(QString, end);
     fill({u"A"_s}, 0);
     events()->selectRow(0);
     choose("mSettingsMacroDetails", MacroCommands::edit);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
-    outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
+    outlet<QPushButton>(end)->click();
     choose("mSettingsMacroDetails", MacroCommands::edit);
     QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), QString());
     mDelegate->calls.clear();
@@ -365,6 +379,20 @@ void MacrosEventsTest::changesOfOtherClientsShowAfterTheEventSheet()
     outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
     QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"details 0"_s}));
     QCOMPARE(mController->macroDetailsArray(), QStringList{u"Left Button down\n"_s});
+}
+
+void MacrosEventsTest::aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff()
+{
+    QFETCH(QString, end);
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->stopAllMacroRecording();
+    mController->setControlsState(false);
+    outlet<QPushButton>(end)->click();
+    for (const QString &name : tableButtons + tables + QStringList{u"mRecordMacroDetails"_s})
+        QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
+    QVERIFY(!mController->recordButtonReadsStop());
 }
 
 QTEST_MAIN(MacrosEventsTest)

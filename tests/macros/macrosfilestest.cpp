@@ -32,6 +32,7 @@ private Q_SLOTS:
     void cancelledImportSendsNothing();
     void importPanelChoosesOneMacroFile();
     void contextMenuOpensThePanels();
+    void importedMacroShowsThoughTheDaemonIsSilent();
 
 private:
     [[nodiscard]] QString inFolder(const QString &name) const { return mFolder.filePath(name); }
@@ -122,6 +123,9 @@ void MacrosFilesTest::exportAfterAnEditWritesTheEditedEvents()
     edited[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
     mDelegate->macros[0] = edited; // the daemon's; the tab's is as before
     QCOMPARE(exportTo(u"edited"_s).value_or(QVariantMap()), edited);
+    QCOMPARE(mDelegate->calls.count(u"reload"_s), 1);
+    QCOMPARE(exportTo(u"again"_s).value_or(QVariantMap()), edited); // which are here by now
+    QCOMPARE(mDelegate->calls.count(u"reload"_s), 1);
 }
 
 void MacrosFilesTest::exportNeedsASelectedMacro()
@@ -212,6 +216,21 @@ void MacrosFilesTest::contextMenuOpensThePanels()
     menu->actions().at(3)->trigger();
     QVERIFY(outlet<SavePanel>(u"mSavePanel"_s)->isVisible());
     outlet<SavePanel>(u"mSavePanel"_s)->reject();
+}
+
+void MacrosFilesTest::importedMacroShowsThoughTheDaemonIsSilent()
+{
+    fill({u"A"_s}, 0);
+    mDelegate->answers = false;
+    write(u"s.KestraMacro"_s, *PropertyList::writeBinary(macroNamed(u"S"_s)));
+    importFrom(u"s.KestraMacro"_s);
+    QCOMPARE(mController->macrosSettingsArray(), (QVariantList{macroNamed(u"A"_s), macroNamed(u"S"_s)}));
+    QCOMPARE(list()->selectedRow(), 1);
+    QCOMPARE(events()->numberOfRows(), 0); // not those of the macro before
+    mDelegate->answers = true;
+    mDelegate->refresh();
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
+    QCOMPARE(list()->selectedRow(), -1);
 }
 
 QTEST_MAIN(MacrosFilesTest)

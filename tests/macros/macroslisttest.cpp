@@ -189,8 +189,10 @@ void MacrosListTest::deletingSelectsTheNextRow()
     QFETCH(int, row);
     QFETCH(int, selected);
     fill({u"A"_s, u"B"_s, u"C"_s}, row);
+    events()->setFocus();
     mController->deleteMacro();
     QCOMPARE(list()->selectedRow(), selected);
+    QVERIFY(list()->hasFocus());
     QCOMPARE(mDelegate->calls, (QStringList{u"delete %1"_s.arg(row), u"details %1"_s.arg(selected)}));
 }
 
