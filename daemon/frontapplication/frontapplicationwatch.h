@@ -35,6 +35,8 @@ public:
 
     /// The source that tells, or noSource.
     [[nodiscard]] QString sourceName() const;
+    /// Whether the source tells of every application; false without a source.
+    [[nodiscard]] bool seesAllWindows() const { return mIsReady && mSource->seesAllWindows(); }
     [[nodiscard]] const FrontApplication &application() const { return mApplication; }
 
     /// What somebody tells who is no source. It counts until the next report of anyone.

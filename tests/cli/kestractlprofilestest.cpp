@@ -208,7 +208,7 @@ void KestractlProfilesTest::oldStyleTextIsImportedWithItsNumbers()
     QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Text\" is active\n"_s);
     QCOMPARE(profile(1).value(u"BrightnessKBNormal"_s), QVariant(2));
     QCOMPARE(profile(1).value(u"BrightnessKBNormal"_s).typeId(), int(QMetaType::Int));
-    QCOMPARE(run({u"key"_s, u"A"_s}).text(), u"A: Left Shift+B\n"_s);
+    QCOMPARE(run({u"key"_s, u"A"_s}).text(), u"A: single key Left Shift + B\n"_s);
 }
 
 void KestractlProfilesTest::exportThatCannotBeWrittenSaysSo()
@@ -265,9 +265,13 @@ void KestractlProfilesTest::boundProfileFollowsTheFocus()
         QCOMPARE(status.value("activeProfileName"_L1).toString(), u"Game"_s);
         QCOMPARE(status.value("frontApplication"_L1).toString(), name);
         QCOMPARE(status.value("frontApplicationSource"_L1).toString(), u"none"_s);
+        QVERIFY(status.value("frontApplicationHint"_L1).toString().contains(u"kestractl focus NAME"_s));
         QCOMPARE(run({u"focus"_s, u"other"_s}).exitCode, 0);
         QCOMPARE(active(), 0);
     }
+    QVERIFY(run({u"status"_s})
+                .text()
+                .contains(u"frontApplicationHint: this desktop does not tell which application is in front; "_s));
     QCOMPARE(run({u"focus"_s, u"The Game"_s}).exitCode, 0);
     QCOMPARE(run({u"focus"_s, u""_s}).exitCode, 0);
     QTRY_COMPARE(active(), 0);

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void desktopThatComesLaterIsFound();
     void desktopThatOnlyTheServiceManagerKnowsIsFound_data() { desktops(); }
     void desktopThatOnlyTheServiceManagerKnowsIsFound();
+    void statusSaysThatX11IsNotAllOfAWaylandDesktop();
     void executableIsKnownOnX11();
 
 private:
@@ -79,6 +80,7 @@ void FrontApplicationTest::profileFollowsTheFocus()
     startDaemon(desktop);
     QFETCH(QString, source);
     QTRY_COMPARE(status().value(u"frontApplicationSource"_s).toString(), source);
+    QVERIFY(!runKestractl({u"status"_s}).text().contains(u"Hint"_s));
     QCOMPARE(activeProfile(), u"Default Profile"_s);
     QVERIFY(desktop.open(u"kestra-a"_s));
     QTRY_COMPARE(activeProfile(), u"A"_s);
@@ -152,6 +154,22 @@ void FrontApplicationTest::desktopThatOnlyTheServiceManagerKnowsIsFound()
     manager.endJob(u"graphical-session.target"_s);
     QTRY_COMPARE_WITH_TIMEOUT(status().value(u"frontApplicationSource"_s).toString(), source, 20000);
     QTRY_COMPARE(activeProfile(), u"A"_s);
+    mDaemon.reset();
+}
+
+void FrontApplicationTest::statusSaysThatX11IsNotAllOfAWaylandDesktop()
+{
+    TestDesktop desktop(TestDesktop::Kind::x11);
+    QVERIFY(desktop.start());
+    startDaemon(desktop);
+    QCOMPARE(mDaemon->terminate(), 0);
+    mDaemon->environment().insert(u"WAYLAND_DISPLAY"_s, u"wayland-that-tells-nothing"_s);
+    QVERIFY(mDaemon->start());
+    QTRY_COMPARE(status().value(u"frontApplicationSource"_s).toString(), u"x11"_s);
+    QVERIFY(runKestractl({u"status"_s})
+                .text()
+                .contains(u"frontApplicationHint: this desktop tells of X11 applications only; tell it by \"kestractl "
+                          "focus NAME\"\n"_s));
     mDaemon.reset();
 }
 
