@@ -20,6 +20,19 @@ QJsonValue frontApplication(QLatin1StringView property)
     return value ? QJsonValue(value->toString()) : QJsonValue();
 }
 
+/// What to do where the desktop does not tell which application is in front; empty where it does.
+QString frontApplicationHint()
+{
+    DaemonObjectResult result;
+    const std::optional<QVariant> seesAll = frontApplicationObject.property("SeesAllWindows"_L1, result);
+    if (!seesAll || seesAll->toBool())
+        return {};
+    const QString source = frontApplication("Source"_L1).toString();
+    return (source == "none"_L1 ? u"this desktop does not tell which application is in front"_s
+                                : u"this desktop tells of X11 applications only"_s)
+           + u"; tell it by \"kestractl focus NAME\""_s;
+}
+
 /// The rows of the answer, in the order printed.
 QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, DaemonClient &daemon)
 {
@@ -36,6 +49,7 @@ QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, Da
             {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
             {u"frontApplication"_s, frontApplication("Application"_L1)},
             {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
+            {u"frontApplicationHint"_s, frontApplicationHint()},
             {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
             {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
             {u"gameMode"_s, device.value(SettingsKeys::gameMode).toBool()},
@@ -71,7 +85,8 @@ ExitCode showStatus(CommandContext &context)
     QJsonObject object;
     for (const auto &[name, value] : statusRows(document.reply, context.daemon)) {
         object.insert(name, value);
-        if (!asJson)
+        const bool isHintWithoutNeed = name == "frontApplicationHint"_L1 && value.toString().isEmpty();
+        if (!asJson && !isHintWithoutNeed)
             context.console.print(name + u": "_s + words(value));
     }
     if (asJson)

@@ -32,12 +32,14 @@ class FrontApplicationAdaptor : public QDBusAbstractAdaptor
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.FrontApplication")
     Q_PROPERTY(QString Source READ source)
+    Q_PROPERTY(bool SeesAllWindows READ seesAllWindows)
     Q_PROPERTY(QString Application READ application)
 
 public:
     FrontApplicationAdaptor(FrontApplicationWatch &watch, FrontApplicationObject *object);
 
     [[nodiscard]] QString source() const { return mWatch.sourceName(); }
+    [[nodiscard]] bool seesAllWindows() const { return mWatch.seesAllWindows(); }
     [[nodiscard]] QString application() const { return mWatch.application().name(); }
 
 public Q_SLOTS:

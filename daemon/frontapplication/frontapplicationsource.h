@@ -18,6 +18,9 @@ public:
     /// Begins; the outcome is ready() or unusable().
     virtual void start() = 0;
 
+    /// False when some applications of this desktop are hidden from it.
+    [[nodiscard]] virtual bool seesAllWindows() const { return true; }
+
 Q_SIGNALS:
     /// It works: what is in front follows, now and at every change.
     void ready();

@@ -65,16 +65,15 @@ void KWinFrontApplication::start()
         fail(u"the script for KWin cannot be written"_s);
         return;
     }
-    (void)call(u"unloadScript"_s, {scriptName}); // of a daemon that was killed
-    load();
+    // First that of a daemon that was killed. KWin drops a script only after it has answered, and takes none of the
+    // same name until then.
+    callThen(u"unloadScript"_s, {scriptName}, [this](const QDBusPendingCall &) { load(); });
 }
 
 void KWinFrontApplication::load()
 {
-    auto *watcher = new QDBusPendingCallWatcher(call(u"loadScript"_s, {mScript.fileName(), scriptName}), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        const QDBusPendingReply<int> reply = *watcher;
+    callThen(u"loadScript"_s, {mScript.fileName(), scriptName}, [this](const QDBusPendingCall &answer) {
+        const QDBusPendingReply<int> reply = answer;
         scriptLoaded(reply.isError() ? -1 : reply.value());
     });
 }
@@ -87,6 +86,16 @@ void KWinFrontApplication::scriptLoaded(int number)
     }
     (void)call(u"start"_s);
     Q_EMIT ready();
+}
+
+void KWinFrontApplication::callThen(const QString &method, const QVariantList &arguments,
+                                    std::function<void(const QDBusPendingCall &)> answered)
+{
+    auto *watcher = new QDBusPendingCallWatcher(call(method, arguments), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answered = std::move(answered)] {
+        watcher->deleteLater();
+        answered(*watcher);
+    });
 }
 
 QDBusPendingCall KWinFrontApplication::call(const QString &method, const QVariantList &arguments)

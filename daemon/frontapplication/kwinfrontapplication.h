@@ -10,6 +10,8 @@
 #include <QDBusServiceWatcher>
 #include <QTemporaryFile>
 
+#include <functional>
+
 class KWinFrontApplication : public FrontApplicationSource
 {
     Q_OBJECT
@@ -25,6 +27,8 @@ public:
 
 private:
     [[nodiscard]] QDBusPendingCall call(const QString &method, const QVariantList &arguments = {});
+    void callThen(const QString &method, const QVariantList &arguments,
+                  std::function<void(const QDBusPendingCall &)> answered);
     void load();
     void scriptLoaded(int number);
 

@@ -71,6 +71,11 @@ void X11FrontApplication::start()
     QMetaObject::invokeMethod(this, &X11FrontApplication::readAvailable, Qt::QueuedConnection);
 }
 
+bool X11FrontApplication::seesAllWindows() const
+{
+    return qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
 bool X11FrontApplication::readAtoms()
 {
     std::array<xcb_intern_atom_cookie_t, atomCount> cookies{};

@@ -23,6 +23,8 @@ public:
 
     /// Connects to $DISPLAY.
     void start() override;
+    /// Besides a Wayland compositor an X server knows only the windows of X11 programs.
+    [[nodiscard]] bool seesAllWindows() const override;
 
 private:
     enum Atom { activeWindow, processId, gtkApplicationId, kdeDesktopFile, utf8String, atomCount };

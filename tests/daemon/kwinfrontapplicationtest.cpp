@@ -41,18 +41,22 @@ public Q_SLOTS:
         if (file.open(QIODevice::ReadOnly))
             script = file.readAll();
         calls += u"load "_s + name;
-        return mScriptNumber;
+        return std::exchange(mIsLoaded, true) ? -1 : mScriptNumber;
     }
     Q_SCRIPTABLE void start() { calls += u"start"_s; }
     Q_SCRIPTABLE bool unloadScript(const QString &name)
     {
         calls += u"unload "_s + name;
-        return false;
+        QMetaObject::invokeMethod(
+            this, [this] { mIsLoaded = false; }, Qt::QueuedConnection); // as KWin does, when it has answered
+        return mIsLoaded;
     }
+    void leaveLoaded() { mIsLoaded = true; }
 
 private:
     QDBusConnection mBus;
     int mScriptNumber;
+    bool mIsLoaded = false;
 };
 
 class KWinFrontApplicationTest : public QObject
@@ -62,6 +66,7 @@ class KWinFrontApplicationTest : public QObject
 private Q_SLOTS:
     void init();
     void givesItsScriptAndTakesItBack();
+    void replacesTheScriptOfADaemonThatWasKilled();
     void isUnusableWhenTheScriptIsRefused();
     void isUnusableWithoutKWin();
     void isUnusableOnX11();
@@ -93,6 +98,15 @@ void KWinFrontApplicationTest::givesItsScriptAndTakesItBack()
     QVERIFY(kwin.script.contains("\"org.quillkestra.FrontApplication\", \"TellWindow\""));
     mSource.reset();
     QTRY_COMPARE(kwin.calls.last(), u"unload "_s + name);
+}
+
+void KWinFrontApplicationTest::replacesTheScriptOfADaemonThatWasKilled()
+{
+    ScriptingService kwin;
+    kwin.leaveLoaded();
+    mSource->start();
+    QTRY_COMPARE(mReady->size(), 1);
+    QTRY_COMPARE(kwin.calls.last(), u"start"_s);
 }
 
 void KWinFrontApplicationTest::isUnusableWhenTheScriptIsRefused()

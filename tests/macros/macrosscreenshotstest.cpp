@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Draws the tab, its sheets and its menus in both palettes into the folder `screenshots` beside the tests, for a person
 // to look at, and checks that what is drawn is all there: nothing is cut off.
+#include "macros/nstableviewmacrodetailssubclass.h"
+#include "macros/nstableviewmacrosubclass.h"
 #include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
 #include "tests/support/darkpalette.h"
@@ -21,7 +23,19 @@ using namespace MacrosTesting;
 
 namespace {
 
-enum class Scene { idle, empty, noMacroSelected, noEvents, recording, absent, delaySheet, eventSheet, deletionAlert };
+enum class Scene {
+    idle,
+    empty,
+    noMacroSelected,
+    noEvents,
+    recording,
+    absent,
+    delaySheet,
+    eventSheet,
+    deletionAlert,
+    importPanel,
+    exportPanel
+};
 
 struct NamedScene
 {
@@ -39,6 +53,8 @@ constexpr std::array scenes{
     NamedScene{"delay-sheet", Scene::delaySheet},
     NamedScene{"event-sheet", Scene::eventSheet},
     NamedScene{"deletion-alert", Scene::deletionAlert},
+    NamedScene{"import-panel", Scene::importPanel},
+    NamedScene{"export-panel", Scene::exportPanel},
 };
 
 QVariantList someLines()
@@ -60,6 +76,8 @@ private Q_SLOTS:
     void drawsTheTab();
     void drawsTheMenus_data();
     void drawsTheMenus();
+    void drawsTheContextMenus_data();
+    void drawsTheContextMenus();
 
 private:
     static void wear(bool isDark);
@@ -100,15 +118,17 @@ void MacrosScreenshotsTest::show(Scene scene)
         mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
         break;
     case Scene::deletionAlert: outlet<QPushButton>(u"mDeleteMacro"_s)->click(); break;
+    case Scene::importPanel: choose("mSettingsMacro", MacroCommands::importMacro); break;
+    case Scene::exportPanel: choose("mSettingsMacro", MacroCommands::exportMacro); break;
     default: break;
     }
 }
 
 QWidget *MacrosScreenshotsTest::upSheet() const
 {
-    const QList<Sheet *> sheets = mWindow->findChildren<Sheet *>();
-    for (Sheet *sheet : sheets) {
-        if (sheet->isUp())
+    const QList<QDialog *> sheets = mWindow->findChildren<QDialog *>();
+    for (QDialog *sheet : sheets) {
+        if (sheet->isVisible())
             return sheet;
     }
     return nullptr;
@@ -185,6 +205,34 @@ void MacrosScreenshotsTest::drawsTheMenus()
     menu->popup(gear->mapToGlobal(QPoint(0, -menu->sizeHint().height())));
     QVERIFY(QTest::qWaitForWindowExposed(menu));
     save(menu, gear->mapTo(mWindow.get(), QPoint(0, -menu->height())));
+    menu->close();
+}
+
+void MacrosScreenshotsTest::drawsTheContextMenus_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<bool>("isOfEvents");
+    for (const bool isDark : {false, true}) {
+        const char *look = isDark ? "dark" : "light";
+        QTest::addRow("list-context-menu-%s", look) << isDark << false;
+        QTest::addRow("event-context-menu-%s", look) << isDark << true;
+    }
+}
+
+void MacrosScreenshotsTest::drawsTheContextMenus()
+{
+    QFETCH(bool, isDark);
+    QFETCH(bool, isOfEvents);
+    wear(isDark);
+    show(Scene::idle);
+    auto *list = outlet<NSTableViewMacroSubClass>(u"mMacroTableView"_s);
+    auto *eventList = outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s);
+    const std::unique_ptr<QMenu> menu(isOfEvents ? eventList->makeContextMenu() : list->makeContextMenu());
+    const QWidget *table = isOfEvents ? static_cast<QWidget *>(eventList) : list;
+    const QPoint position = table->mapTo(mWindow.get(), QPoint(80, 60));
+    menu->popup(mWindow->mapToGlobal(position));
+    QVERIFY(QTest::qWaitForWindowExposed(menu.get()));
+    save(menu.get(), position);
     menu->close();
 }
 

@@ -10,6 +10,12 @@
     const QColor window(0x2b, 0x2d, 0x31), base(0x1f, 0x21, 0x24), text(0xe6, 0xe7, 0xea), faint(0x80, 0x83, 0x88);
     palette.setColor(QPalette::Window, window);
     palette.setColor(QPalette::Button, QColor(0x3a, 0x3d, 0x42));
+    // The style draws the edges of things, and a shadow behind disabled texts, in these.
+    palette.setColor(QPalette::Light, QColor(0x45, 0x48, 0x4e));
+    palette.setColor(QPalette::Midlight, QColor(0x3f, 0x42, 0x47));
+    palette.setColor(QPalette::Mid, QColor(0x24, 0x26, 0x29));
+    palette.setColor(QPalette::Dark, QColor(0x1a, 0x1b, 0x1e));
+    palette.setColor(QPalette::Shadow, Qt::black);
     palette.setColor(QPalette::Base, base);
     palette.setColor(QPalette::AlternateBase, window);
     palette.setColor(QPalette::ToolTipBase, base);
@@ -18,6 +24,7 @@
         palette.setColor(QPalette::Disabled, role, faint);
     }
     palette.setColor(QPalette::Highlight, QColor(0x3d, 0x8e, 0xe6));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4a, 0x4d, 0x52));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     return palette;
 }

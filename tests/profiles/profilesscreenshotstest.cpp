@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: MIT
+// Draws the tab, its sheets, panels and menus in both palettes into the folder `screenshots` beside the tests, for a
+// person to look at, and checks that what is drawn is all there: no button is cut off, no sheet is larger than a
+// screen.
+#include "platform/filepanels.h"
+#include "platform/pulldownbutton.h"
+#include "platform/sheet.h"
+#include "profiles/qltableview.h"
+#include "tests/profiles/profilestabfixture.h"
+#include "tests/support/darkpalette.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMenu>
+#include <QPainter>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Scene {
+    one,
+    five,
+    twenty,
+    absent,
+    editing,
+    longName,
+    gearMenu,
+    contextMenu,
+    fullMenu,
+    deleteAlert,
+    longAlert,
+    restoreAlert,
+    importPanel,
+    exportPanel,
+    applicationPanel
+};
+
+struct NamedScene
+{
+    const char *name;
+    Scene scene;
+};
+
+constexpr std::array scenes{
+    NamedScene{"1", Scene::one},
+    NamedScene{"5", Scene::five},
+    NamedScene{"20", Scene::twenty},
+    NamedScene{"absent", Scene::absent},
+    NamedScene{"editing", Scene::editing},
+    NamedScene{"long-name", Scene::longName},
+    NamedScene{"gear-menu", Scene::gearMenu},
+    NamedScene{"context-menu", Scene::contextMenu},
+    NamedScene{"full-menu", Scene::fullMenu},
+    NamedScene{"delete-alert", Scene::deleteAlert},
+    NamedScene{"long-alert", Scene::longAlert},
+    NamedScene{"restore-alert", Scene::restoreAlert},
+    NamedScene{"import-panel", Scene::importPanel},
+    NamedScene{"export-panel", Scene::exportPanel},
+    NamedScene{"application-panel", Scene::applicationPanel},
+};
+
+QVariantList fiveProfiles()
+{
+    return {profileNamed(u"Desktop"_s), profileNamed(u"Raid night"_s, u"Racer"_s, 1), profileNamed(u"Photo editing"_s),
+            profileNamed(u"Writing"_s, u"Text Editor"_s, 0),
+            profileNamed(u"Untitled Profile(2)"_s, u"An Application With a Rather Long Name 2026"_s, 1)};
+}
+
+QVariantList twentyProfiles()
+{
+    QVariantList profiles = fiveProfiles();
+    while (profiles.size() < ProfileCommands::maximumProfileCount)
+        profiles.append(profileNamed(u"Profile %1"_s.arg(profiles.size() + 1)));
+    return profiles;
+}
+
+QString longName()
+{
+    return u"A name that somebody did not mean to type, "_s.repeated(60) + QString(500, u'm');
+}
+
+} // namespace
+
+class ProfilesScreenshotsTest : public ProfilesTabFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup() { closeTab(); }
+    void drawsTheTab_data();
+    void drawsTheTab();
+
+private:
+    void fillFor(Scene scene);
+    /// The sheet, panel or menu that the scene opens; null for none.
+    QWidget *open(Scene scene);
+    QImage picture(QWidget *sheetOrMenu, const QPoint &position);
+
+    std::unique_ptr<QTemporaryDir> mHome;
+};
+
+void ProfilesScreenshotsTest::initTestCase()
+{
+    qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources");
+}
+
+void ProfilesScreenshotsTest::init()
+{
+    mHome = std::make_unique<QTemporaryDir>();
+    qputenv("HOME", QFile::encodeName(mHome->path()));
+    qunsetenv("XDG_CONFIG_HOME");
+    QDir home(mHome->path());
+    QVERIFY(home.mkpath(u"Documents/Games"_s) && home.mkpath(u"share/applications/Racer.app/Contents"_s));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"share"_s)));
+    for (const QString &name :
+         {u"Documents/Raid night.KestraProfile"_s, u"share/applications/editor.desktop"_s, u"Documents/letter.txt"_s}) {
+        QFile file(home.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    openTab();
+    mWindow->resize(900, 520);
+}
+
+void ProfilesScreenshotsTest::fillFor(Scene scene)
+{
+    switch (scene) {
+    case Scene::one: fillWith({profileNamed(u"Desktop"_s)}); break;
+    case Scene::twenty:
+    case Scene::fullMenu: fillWith(twentyProfiles(), 1); break;
+    case Scene::longName:
+    case Scene::longAlert: fillWith({profileNamed(u"Desktop"_s), profileNamed(longName())}, 1); break;
+    default: fillWith(fiveProfiles(), 1); break;
+    }
+}
+
+QWidget *ProfilesScreenshotsTest::open(Scene scene)
+{
+    auto *gear = outlet<PulldownButton>("mSettingsProfile");
+    switch (scene) {
+    case Scene::absent: mController->setControlsState(false); return nullptr;
+    case Scene::editing: choose(ProfileCommands::rename); return nullptr;
+    case Scene::gearMenu:
+    case Scene::fullMenu:
+        gear->validateItems();
+        gear->menu()->popup(gear->mapToGlobal(QPoint(0, -gear->menu()->sizeHint().height())));
+        return gear->menu();
+    case Scene::contextMenu: {
+        QMenu *menu = outlet<QLTableView>("mProfilesTableView")->makeContextMenu();
+        menu->popup(table()->mapToGlobal(QPoint(200, 60)));
+        return menu;
+    }
+    case Scene::deleteAlert:
+    case Scene::longAlert: choose(ProfileCommands::deleteProfile); return alert();
+    case Scene::restoreAlert: choose(ProfileCommands::restoreDefault); return alert();
+    case Scene::importPanel: choose(ProfileCommands::importProfile); return mController->profileFileBrowserPanel();
+    case Scene::exportPanel: choose(ProfileCommands::exportProfile); return mController->profileSavePanel();
+    case Scene::applicationPanel:
+        choose(ProfileCommands::assignApplication);
+        return mController->profileFileBrowserPanel();
+    default: return nullptr;
+    }
+}
+
+QImage ProfilesScreenshotsTest::picture(QWidget *sheetOrMenu, const QPoint &position)
+{
+    constexpr qreal ratio = 2;
+    QImage image((QSizeF(mWindow->size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(mWindow->palette().color(QPalette::Window));
+    mWindow->render(&image);
+    if (sheetOrMenu) {
+        QPainter painter(&image);
+        painter.fillRect(QRect(position, sheetOrMenu->size()), sheetOrMenu->palette().color(QPalette::Window));
+        sheetOrMenu->render(&painter, position);
+        painter.drawRect(QRect(position, sheetOrMenu->size()).adjusted(-1, -1, 0, 0));
+    }
+    return image;
+}
+
+void ProfilesScreenshotsTest::drawsTheTab_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<int>("scene");
+    for (const bool isDark : {false, true}) {
+        for (const NamedScene &scene : scenes)
+            QTest::addRow("%s-%s", scene.name, isDark ? "dark" : "light") << isDark << int(scene.scene);
+    }
+}
+
+void ProfilesScreenshotsTest::drawsTheTab()
+{
+    QFETCH(bool, isDark);
+    QFETCH(int, scene);
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
+    fillFor(Scene(scene));
+    QWidget *opened = open(Scene(scene));
+    if (opened)
+        QVERIFY(QTest::qWaitForWindowExposed(opened));
+    QCoreApplication::processEvents(); // a changed palette reaches the widgets by events
+    const QList<QPushButton *> buttons = mWindow->findChildren<QPushButton *>();
+    for (const QPushButton *button : buttons) {
+        if (button->isVisible())
+            QVERIFY2(button->width() >= button->minimumSizeHint().width(), qPrintable(button->objectName()));
+    }
+    QPoint position;
+    if (opened) {
+        position = qobject_cast<QMenu *>(opened) ? mWindow->mapFromGlobal(opened->pos())
+                                                 : QPoint((mWindow->width() - opened->width()) / 2, 20);
+        QVERIFY2(opened->width() <= 900 && opened->height() <= 600,
+                 qPrintable(u"%1 x %2"_s.arg(opened->width()).arg(opened->height())));
+    }
+    const QImage image = picture(opened, position);
+    QDir folder(QCoreApplication::applicationDirPath());
+    QVERIFY(folder.mkpath(u"screenshots"_s));
+    QVERIFY(image.save(
+        folder.filePath(u"screenshots/profiles-"_s + QLatin1StringView(QTest::currentDataTag()) + u".png"_s)));
+}
+
+QTEST_MAIN(ProfilesScreenshotsTest)
+#include "profilesscreenshotstest.moc"
