@@ -2,6 +2,7 @@
 #include "platform/tabview.h"
 
 #include <QEvent>
+#include <QStackedWidget>
 #include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
 
@@ -10,6 +11,8 @@
 TabView::TabView(QWidget *parent) : QTabWidget(parent)
 {
     connect(this, &QTabWidget::currentChanged, this, &QWidget::updateGeometry);
+    // The base class places it before anything is seen. Without a size until then it would ask all pages for one.
+    findChild<QStackedWidget *>()->resize(size());
 }
 
 QSize TabView::sizeHint() const
