@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/daemonclient.h"
 
+#include "app/util/plistnumbers.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "platform/distributednotificationcenter.h"
@@ -75,11 +76,10 @@ DaemonClient::Answer DaemonClient::sendChecked(Command command, const QVariantMa
     Answer answer = send(command, request);
     if (!answer.ok())
         return answer;
-    const QVariant status = answer.reply.value(DaemonProtocol::returnStatus);
-    if (status.isValid() && status.toInt() != 0) {
+    const qint32 status = PlistNumbers::integerValue(answer.reply.value(DaemonProtocol::returnStatus));
+    if (status != 0) {
         answer.failure = ExitCode::refused;
-        answer.reason =
-            u"the daemon refused command %1 with status %2"_s.arg(static_cast<qint32>(command)).arg(status.toInt());
+        answer.reason = u"the daemon refused command %1 with status %2"_s.arg(static_cast<qint32>(command)).arg(status);
     }
     return answer;
 }
@@ -106,9 +106,10 @@ std::optional<QString> DaemonClient::firmwareVersion()
         &observer, DaemonProtocol::commandReplyNotification(DaemonProtocol::productId),
         [&](const DistributedNotification &notification) {
             const QVariantMap &info = notification.userInfo;
-            if (info.value(DaemonProtocol::messageId).toInt() != static_cast<int>(Command::queryFirmwareVersion))
+            if (PlistNumbers::integerValue(info.value(DaemonProtocol::messageId))
+                != static_cast<int>(Command::queryFirmwareVersion))
                 return;
-            if (info.value(DaemonProtocol::returnStatus).toInt() == 0)
+            if (PlistNumbers::integerValue(info.value(DaemonProtocol::returnStatus)) == 0)
                 version = info.value(DaemonProtocol::firmwareVersion).toString();
             loop.quit();
         });

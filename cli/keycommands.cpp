@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "key": what a key does in the active profile, and every assignment it can be given.
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keyassignments.h"
@@ -49,7 +50,7 @@ ExitCode assignKey(CommandContext &context, const QVariantMap &document, int cod
     const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
     const DaemonClient::Answer answer = context.daemon.sendChecked(
         DaemonProtocol::Command::updateProfile,
-        {{DaemonProtocol::profileId, deviceSettings.value(SettingsKeys::activeProfile).toInt()},
+        {{DaemonProtocol::profileId, PlistNumbers::integerValue(deviceSettings.value(SettingsKeys::activeProfile))},
          {DaemonProtocol::deviceSettingsDictionary, QVariantMap{{SettingsKeys::keys, keys}}}});
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);

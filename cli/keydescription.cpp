@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keydescription.h"
 
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/plistjson.h"
 #include "cli/recordchoice.h"
@@ -54,7 +55,8 @@ QString singleKeyWords(const KeyMappings::Entry &entry)
 
 QVariantMap activeProfileRecord(const QVariantMap &document)
 {
-    const int active = document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt();
+    const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
+    const int active = PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile));
     return document.value(SettingsKeys::profiles).toList().value(active).toMap();
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "light": what the keys of the active profile show, and changing it.
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
@@ -177,10 +178,10 @@ ExitCode change(CommandContext &context, const QVariantMap &document, const Ligh
     if (!settings)
         return context.console.fail(ExitCode::usage, problem);
     const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
-    const DaemonClient::Answer answer =
-        context.daemon.sendChecked(DaemonProtocol::Command::updateProfile,
-                                   {{DaemonProtocol::profileId, device.value(SettingsKeys::activeProfile).toInt()},
-                                    {DaemonProtocol::deviceSettingsDictionary, *settings}});
+    const DaemonClient::Answer answer = context.daemon.sendChecked(
+        DaemonProtocol::Command::updateProfile,
+        {{DaemonProtocol::profileId, PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile))},
+         {DaemonProtocol::deviceSettingsDictionary, *settings}});
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);
     // What is shown is what the daemon now holds, not what was asked for.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "profile list" and "profile switch".
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/recordchoice.h"
@@ -19,7 +20,8 @@ QString profileName(const QVariant &profile)
 
 int activeProfile(const QVariantMap &document)
 {
-    return document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt();
+    const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
+    return PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "status": what a person asks first.
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/frontapplicationclient.h"
@@ -45,7 +46,7 @@ QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, Da
                             : *attached ? u"attached"_s
                                         : u"not attached"_s},
             {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()},
-            {u"activeProfile"_s, device.value(SettingsKeys::activeProfile).toInt()},
+            {u"activeProfile"_s, PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile))},
             {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
             {u"frontApplication"_s, frontApplication("Application"_L1)},
             {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
@@ -53,7 +54,7 @@ QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, Da
             {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
             {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
             {u"gameMode"_s, device.value(SettingsKeys::gameMode).toBool()},
-            {u"brightness"_s, profile.value(SettingsKeys::brightnessKbNormal).toInt()}};
+            {u"brightness"_s, PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal))}};
 }
 
 QString words(const QJsonValue &value)

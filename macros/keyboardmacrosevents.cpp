@@ -3,6 +3,7 @@
 #include "macros/keyboardmacroscontroller.h"
 
 #include "app/util/daemonprotocol.h"
+#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "macros/eventparser.h"
 #include "macros/macrodelegate.h"
@@ -196,8 +197,8 @@ void KeyboardMacrosController::storeCapturedKey(int page)
 
 void KeyboardMacrosController::singleKeyEvents(const QVariantMap &userInfo)
 {
-    const int key = userInfo.value(DaemonProtocol::singleKey).toInt();
-    const int modifier = userInfo.value(DaemonProtocol::singleKeyModifier).toInt();
+    const int key = PlistNumbers::integerValue(userInfo.value(DaemonProtocol::singleKey));
+    const int modifier = PlistNumbers::integerValue(userInfo.value(DaemonProtocol::singleKeyModifier));
     // A modifier key pressed alone comes as the modifier.
     const int code = modifier != 0 && (key & lowByte) == 0 ? modifier : key;
     mMacroEventEditHIDCode = quint8(code & lowByte);

@@ -164,29 +164,25 @@ void PopUpButton::showSelection()
     update();
 }
 
-QSize PopUpButton::sizeForTitle(const QString &title) const
+QSize PopUpButton::sizeHint() const
 {
+    const QFontMetrics metrics = fontMetrics();
+    int widestTitle = 0;
+    for (const QAction *item : mItems)
+        widestTitle = std::max(widestTitle, metrics.horizontalAdvance(menuItemTitle(item)));
     QStyleOptionComboBox option;
     option.initFrom(this);
     option.editable = false;
-    const QFontMetrics metrics = fontMetrics();
-    const QSize contents(metrics.horizontalAdvance(title) + metrics.averageCharWidth() * 2, metrics.height() + 2);
-    return style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, this);
-}
-
-QSize PopUpButton::sizeHint() const
-{
-    QSize hint = sizeForTitle(QString());
-    for (const QAction *item : mItems)
-        hint = hint.expandedTo(sizeForTitle(menuItemTitle(item)));
+    const QSize contents(widestTitle + metrics.averageCharWidth() * 2, metrics.height() + 2);
+    const QSize hint = style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, this);
     // A long name is cut off in the button, not the window widened for it; the menu shows it whole.
-    const int widest = fontMetrics().averageCharWidth() * 48;
-    return {std::min(hint.width(), widest), hint.height()};
+    return {std::min(hint.width(), metrics.averageCharWidth() * 48), hint.height()};
 }
 
 QSize PopUpButton::minimumSizeHint() const
 {
-    return {std::min(sizeHint().width(), fontMetrics().averageCharWidth() * 16), sizeHint().height()};
+    const QSize hint = sizeHint();
+    return {std::min(hint.width(), fontMetrics().averageCharWidth() * 16), hint.height()};
 }
 
 void PopUpButton::paintEvent(QPaintEvent *)

@@ -54,7 +54,6 @@ protected:
 private:
     void pick(QAction *item);
     void showSelection();
-    [[nodiscard]] QSize sizeForTitle(const QString &title) const;
 
     QMenu *mMenu;
     QActionGroup *mGroup;

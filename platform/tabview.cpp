@@ -2,12 +2,41 @@
 #include "platform/tabview.h"
 
 #include <QEvent>
+#include <QStackedWidget>
+#include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
+
+#include <algorithm>
+
+TabView::TabView(QWidget *parent) : QTabWidget(parent)
+{
+    connect(this, &QTabWidget::currentChanged, this, &QWidget::updateGeometry);
+    // The base class places it before anything is seen. Without a size until then it would ask all pages for one.
+    findChild<QStackedWidget *>()->resize(size());
+}
+
+QSize TabView::sizeHint() const
+{
+    return sizeAround(currentWidget() ? currentWidget()->sizeHint() : QSize(), tabBar()->sizeHint());
+}
+
+QSize TabView::minimumSizeHint() const
+{
+    return sizeAround(currentWidget() ? currentWidget()->minimumSizeHint() : QSize(), tabBar()->minimumSizeHint());
+}
+
+QSize TabView::sizeAround(const QSize &page, const QSize &bar) const
+{
+    const QSize contents(std::max(page.width(), bar.width()), std::max(0, page.height()) + bar.height());
+    QStyleOptionTabWidgetFrame option;
+    initStyleOption(&option);
+    return style()->sizeFromContents(QStyle::CT_TabWidget, &option, contents, this);
+}
 
 bool TabView::event(QEvent *event)
 {
     if (event->type() == QEvent::LayoutRequest && isVisible()) {
-        const Sizes sizes{sizeHint(), minimumSizeHint(), tabBar()->sizeHint(), heightForWidth(width())};
+        const Sizes sizes{sizeHint(), minimumSizeHint(), tabBar()->sizeHint()};
         if (sizes == mLaidOutSizes)
             return true;
         mLaidOutSizes = sizes;

@@ -1,17 +1,26 @@
 // SPDX-License-Identifier: MIT
-// A tab view that is laid out again only when the sizes that its pages ask for have changed. Main thread only.
+// A tab view that asks only the page in front for sizes, and is laid out again only when these have changed. Main
+// thread only.
 #pragma once
 
 #include <QTabWidget>
 
-/// A layout asks its parents to lay out again for every change in it, even one that changes no size, and QTabWidget
-/// answers by painting all of itself: the whole page for each new text of a label.
+/// QTabWidget asks all of its pages for their sizes, and more than once before the first of them is seen; a page that
+/// is not shown need not be laid out for that. A layout asks its parents to lay out again for every change in it, even
+/// one that changes no size, and QTabWidget answers by painting all of itself: the whole page for each new text of a
+/// label.
 class TabView : public QTabWidget
 {
     Q_OBJECT
 
 public:
-    using QTabWidget::QTabWidget;
+    explicit TabView(QWidget *parent = nullptr);
+
+    /// What the title bar and the page in front ask for.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    /// None: a page is as high as the room that is left for it.
+    bool hasHeightForWidth() const override { return false; }
 
 protected:
     bool event(QEvent *event) override;
@@ -23,10 +32,11 @@ private:
         QSize hint;
         QSize minimum;
         QSize tabBar;
-        int heightForWidth = -1;
 
         bool operator==(const Sizes &) const = default;
     };
+
+    QSize sizeAround(const QSize &page, const QSize &bar) const;
 
     Sizes mLaidOutSizes;
 };

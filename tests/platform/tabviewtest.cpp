@@ -23,6 +23,19 @@ public:
     int count = 0;
 };
 
+/// A page that notes whether anybody asked for its size.
+class AskedPage : public QWidget
+{
+public:
+    QSize sizeHint() const override
+    {
+        isAsked = true;
+        return {900, 700};
+    }
+
+    mutable bool isAsked = false;
+};
+
 void runEvents()
 {
     for (int round = 0; round < 6; ++round) {
@@ -45,6 +58,7 @@ private Q_SLOTS:
     void pageThatNeedsMoreRoomGetsIt();
     void longerTitleGetsItsRoom();
     void hiddenChangeIsLaidOutWhenShown();
+    void pageIsAskedForItsSizeWhenItComesToTheFront();
 
 private:
     std::unique_ptr<QWidget> mWindow;
@@ -112,6 +126,23 @@ void TabViewTest::hiddenChangeIsLaidOutWhenShown()
     runEvents();
     mWindow->show();
     QTRY_COMPARE(mLabel->height(), 300);
+}
+
+void TabViewTest::pageIsAskedForItsSizeWhenItComesToTheFront()
+{
+    QWidget window;
+    auto *tabView = new TabView;
+    auto *behind = new AskedPage;
+    tabView->addTab(new QWidget, u"Front"_s);
+    tabView->addTab(behind, u"Behind"_s);
+    (new QVBoxLayout(&window))->addWidget(tabView);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(!behind->isAsked);
+
+    tabView->setCurrentIndex(1);
+    QTRY_VERIFY(behind->isAsked);
+    QVERIFY(tabView->sizeHint().width() >= behind->sizeHint().width());
 }
 
 QTEST_MAIN(TabViewTest)
