@@ -26,6 +26,9 @@ using DaemonProtocol::Command;
 
 namespace {
 
+constexpr int disappearSteps = 20;
+constexpr std::chrono::milliseconds disappearInterval(10);
+
 const QString replyPortName = DaemonProtocol::configuratorReplyPortName;
 
 // The reply port must be there before the first request names it; registering a bus name takes about a millisecond.
@@ -35,6 +38,17 @@ constexpr int replyPortStartLimitMs = 2000;
 QVariantMap recordAt(const QVariantList &records, int index)
 {
     return index >= 0 && index < records.size() ? records[index].toMap() : QVariantMap();
+}
+
+/// Gives the window manager the time to take a closed sheet off the screen, and the window the chance to paint what was
+/// below: both come some moments after the sheet was closed. No event loop: nothing else is to happen meanwhile.
+void letSheetDisappear()
+{
+    for (int step = 0; step < disappearSteps; ++step) {
+        QGuiApplication::sync();
+        std::this_thread::sleep_for(disappearInterval);
+    }
+    QGuiApplication::sync();
 }
 
 } // namespace
@@ -93,10 +107,11 @@ void KeyboardMainController::createLocalPort()
 
 void KeyboardMainController::initializeDevice()
 {
+    const bool wasSheetShown = mRestoringStateWindow->isVisible();
     closeRestoringStateWindow();
     // Without a daemon this thread is about to wait for seconds; the sheet is to be off the screen meanwhile.
-    if (!RemoteMessagePort::open(DaemonProtocol::requestPortName))
-        QGuiApplication::sync();
+    if (wasSheetShown && !RemoteMessagePort::open(DaemonProtocol::requestPortName))
+        letSheetDisappear();
     mLocalMessagePort->waitUntilServing(replyPortStartLimitMs);
     sendDaemonRequest(DaemonCommands::openDevice(replyPortName, kestraPlistPath()), int(Command::openDevice));
     waitForReply();

@@ -216,7 +216,8 @@ void KeyboardMainController::relaunchDaemon()
 
 void KeyboardMainController::registerHelpBook()
 {
-    HelpViewer::registerBook(localizedText("lkeyHelpBookTitle"), resourcePath(u"help"_s));
+    // The string table tells the book, so that help and window are in one language.
+    HelpViewer::registerBook(localizedText("lkeyHelpBookTitle"), resourcePath(localizedText("lkeyHelpBookFolder")));
 }
 
 void KeyboardMainController::openRegisteredHelpBook()

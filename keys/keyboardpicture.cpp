@@ -5,6 +5,7 @@
 #include "keys/keybutton.h"
 #include "keys/keycap.h"
 #include "keys/keylayout.h"
+#include "platform/motionpreference.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -165,14 +166,19 @@ QList<QRect> KeyboardPicture::keyPlaces() const
     return places;
 }
 
-/// A desktop that asks for less motion gives its animations no time.
+/// A desktop that asks for less motion says so in its portal, or gives its animations no time.
 void KeyboardPicture::askForMotion()
 {
-    mLight.setMotionAllowed(style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0);
+    const bool hasTime = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    mLight.setMotionAllowed(hasTime && (!mMotion || mMotion->isMotionAllowed()));
 }
 
 void KeyboardPicture::showEvent(QShowEvent *event)
 {
+    if (!mMotion) {
+        mMotion = new MotionPreference(QDBusConnection::sessionBus(), this);
+        connect(mMotion, &MotionPreference::changed, this, &KeyboardPicture::askForMotion);
+    }
     mLight.setSeen(true);
     QWidget::showEvent(event);
 }

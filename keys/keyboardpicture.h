@@ -9,6 +9,7 @@
 #include <QWidget>
 
 class KeyButton;
+class MotionPreference;
 
 /// Keeps the ratio of the keyboard and centres it in the space it gets. The keys are one stop in the tab order (the
 /// selected key, or the first); from there the arrow keys select the next key in their direction.
@@ -56,4 +57,5 @@ private:
     qreal mUnit = 0;
     QRectF mCase;
     PictureLight mLight;
+    MotionPreference *mMotion = nullptr; ///< asked from the first showing on
 };

@@ -41,34 +41,17 @@ QStringList linkedFiles(const QTextDocument &document)
     return files;
 }
 
-/// Where in `text` a word begins with `beginning`, from `from` on; -1 when nowhere.
-qsizetype findWord(const QString &text, const QString &beginning, qsizetype from = 0)
-{
-    for (qsizetype at = text.indexOf(beginning, from, Qt::CaseInsensitive); at >= 0;
-         at = text.indexOf(beginning, at + 1, Qt::CaseInsensitive)) {
-        if (at == 0 || !text.at(at - 1).isLetterOrNumber())
-            return at;
-    }
-    return -1;
-}
-
-int countWord(const QString &text, const QString &beginning)
-{
-    int count = 0;
-    for (qsizetype at = findWord(text, beginning); at >= 0; at = findWord(text, beginning, at + 1))
-        ++count;
-    return count;
-}
-
 QString excerptAround(const QString &text, qsizetype position)
 {
     qsizetype begin = std::max<qsizetype>(0, position - excerptBefore);
     qsizetype end = std::min(text.size(), position + excerptAfter);
-    // At whole words.
-    if (begin > 0)
-        begin = std::min(position, text.indexOf(u' ', begin) + 1);
-    if (end < text.size())
-        end = std::max(position, text.lastIndexOf(u' ', end));
+    // At whole words, where spaces divide them.
+    const qsizetype spaceBefore = text.indexOf(u' ', begin);
+    if (begin > 0 && spaceBefore >= 0 && spaceBefore < position)
+        begin = spaceBefore + 1;
+    const qsizetype spaceAfter = text.lastIndexOf(u' ', end);
+    if (end < text.size() && spaceAfter > position)
+        end = spaceAfter;
     QString excerpt = text.sliced(begin, end - begin);
     if (begin > 0)
         excerpt.prepend(u"… "_s);
@@ -108,9 +91,20 @@ QStringList HelpBook::words(const QString &text)
     return text.split(between, Qt::SkipEmptyParts);
 }
 
+QRegularExpression HelpBook::beginningOf(const QString &word)
+{
+    // Chinese and Japanese are written without spaces: there a word may begin at each sign, and after each.
+    const QString unspaced = u"[\\p{Han}\\p{Hiragana}\\p{Katakana}ー]"_s;
+    return QRegularExpression(
+        u"(?:(?<![\\p{L}\\p{N}])|(?<=%1)|(?=%1))"_s.arg(unspaced) + QRegularExpression::escape(word),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+}
+
 QList<HelpBook::Hit> HelpBook::search(const QString &query) const
 {
-    const QStringList wanted = words(query);
+    QList<QRegularExpression> wanted;
+    for (const QString &word : words(query))
+        wanted += beginningOf(word);
     if (wanted.isEmpty())
         return {};
     struct Found
@@ -122,20 +116,20 @@ QList<HelpBook::Hit> HelpBook::search(const QString &query) const
     QList<Found> found;
     for (qsizetype index = 0; index < mPages.size(); ++index) {
         const Page &page = mPages.at(index);
-        const auto stands = [&page](const QString &word) {
-            return findWord(page.title, word) >= 0 || findWord(page.text, word) >= 0;
+        const auto stands = [&page](const QRegularExpression &word) {
+            return page.title.contains(word) || page.text.contains(word);
         };
         if (!std::ranges::all_of(wanted, stands))
             continue;
         int count = 0;
-        for (const QString &word : wanted)
-            count += countWord(page.text, word);
+        for (const QRegularExpression &word : std::as_const(wanted))
+            count += int(page.text.count(word));
         const bool isInTitle =
-            std::ranges::all_of(wanted, [&page](const QString &word) { return findWord(page.title, word) >= 0; });
+            std::ranges::all_of(wanted, [&page](const QRegularExpression &word) { return page.title.contains(word); });
         // What follows the heading, which says no more than the title does.
         const QString body =
             page.text.startsWith(page.title) ? page.text.sliced(page.title.size()).trimmed() : page.text;
-        const qsizetype position = std::max<qsizetype>(0, findWord(body, wanted.first()));
+        const qsizetype position = std::max<qsizetype>(0, body.indexOf(wanted.first()));
         found += {{index, excerptAround(body, position)}, isInTitle, count};
     }
     // Stable: pages that fit equally well stay in the order of the book.

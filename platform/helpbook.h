@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QList>
+#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 
@@ -36,6 +37,9 @@ public:
     /// The pages in which a word begins with each word of `query`, whatever the case of the letters: first those with
     /// all of them in the title, then by how often they stand there. None for a query without words.
     [[nodiscard]] QList<Hit> search(const QString &query) const;
+
+    /// Matches `word` where a word begins so, whatever the case of the letters.
+    [[nodiscard]] static QRegularExpression beginningOf(const QString &word);
 
     /// The words of `text`: runs of letters and digits.
     [[nodiscard]] static QStringList words(const QString &text);

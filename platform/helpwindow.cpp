@@ -218,8 +218,7 @@ void HelpWindow::markWords()
     format.setBackground(palette().color(QPalette::Highlight));
     format.setForeground(palette().color(QPalette::HighlightedText));
     for (const QString &word : HelpBook::words(mSearch->text())) {
-        const QRegularExpression beginning(u"(?<![\\p{L}\\p{N}])"_s + QRegularExpression::escape(word),
-                                           QRegularExpression::CaseInsensitiveOption);
+        const QRegularExpression beginning = HelpBook::beginningOf(word);
         for (QTextCursor at = mBrowser->document()->find(beginning); !at.isNull();
              at = mBrowser->document()->find(beginning, at))
             marks += {at, format};

@@ -312,7 +312,7 @@ void NotificationsTest::opensTheHelpBook()
         found.removeIf([](const QWidget *widget) { return widget->objectName() != "helpViewer"_L1; });
         return found;
     };
-    HelpViewer::registerBook(u"Book"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help"_s);
+    HelpViewer::registerBook(u"Book"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help/en"_s);
     mHub->find<QPushButton>("mHelpButton")->click();
     mHub->find<QPushButton>("mHelpButton")->click();
     QCOMPARE(viewers().size(), 1);

@@ -8,14 +8,48 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTranslator>
+
+#include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QString shippedFolder()
+const QString english = u"en"_s;
+
+QString shippedFolder(const QString &language = english)
 {
-    return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help"_s;
+    return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help/"_s + language;
+}
+
+/// The languages of the window; the help is to come in each of them.
+QStringList languages()
+{
+    QStringList names;
+    for (const QString &table :
+         QDir(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s).entryList({u"*.qm"_s}))
+        names += table.chopped(3);
+    return names;
+}
+
+/// What makes up the page `html` besides its words: the elements in their order, with the places they name and lead to.
+QStringList structureOf(const QString &html)
+{
+    static const QRegularExpression element(u"<(/?[a-z][a-z0-9]*)((?:\\s+[a-z]+=\"[^\"]*\")*)\\s*>"_s);
+    QStringList elements;
+    for (const QRegularExpressionMatch &match : element.globalMatch(html)) {
+        if (match.captured(1) != "html"_L1) // tells its language
+            elements += match.captured(1) + match.captured(2).simplified();
+    }
+    return elements;
+}
+
+/// The elements whose places in a sentence another language may change.
+bool isWithinText(const QString &element)
+{
+    static const QRegularExpression inText(u"^/?(a|b|i|code)\\b"_s);
+    return element.contains(inText);
 }
 
 QString readFile(const QString &path)
@@ -65,15 +99,25 @@ private Q_SLOTS:
     void putsTitlesFirstThenTheMostHits();
     void quotesWhatItFound();
 
+    void shippedLinksLeadSomewhere_data() { addLanguages(); }
     void shippedLinksLeadSomewhere();
+    void shippedPagesAreReachable_data() { addLanguages(); }
     void shippedPagesAreReachable();
+    void shippedPagesHaveTitlesAndText_data() { addLanguages(); }
     void shippedPagesHaveTitlesAndText();
+    void shippedPagesAskForNoColors_data() { addLanguages(); }
     void shippedPagesAskForNoColors();
+    void shippedPagesTellTrueCommands_data() { addLanguages(); }
     void shippedPagesTellTrueCommands();
+    void everyLanguageTellsTheSame_data() { addLanguages(); }
+    void everyLanguageTellsTheSame();
+    void everyLanguageUsesTheWordsOfTheWindow_data() { addLanguages(); }
+    void everyLanguageUsesTheWordsOfTheWindow();
     void shippedPagesAreFound_data();
     void shippedPagesAreFound();
 
 private:
+    static void addLanguages();
     void write(const QString &name, const QString &title, const QString &body) const;
 
     std::unique_ptr<QTemporaryDir> mFolder;
@@ -132,6 +176,10 @@ void HelpBookTest::findsBeginningsOfWords_data()
     QTest::newRow("nothing") << QString() << false;
     QTest::newRow("no word") << u" .!"_s << false;
     QTest::newRow("pattern is no pattern") << u"k.*d"_s << false;
+    QTest::newRow("Chinese, inside a sentence") << u"按键"_s << true;
+    QTest::newRow("Japanese, inside a sentence") << u"キー"_s << true;
+    QTest::newRow("Latin after Chinese") << u"m1"_s << true;
+    QTest::newRow("Latin inside a word after Chinese") << u"1x"_s << false;
     QTest::newRow("part of the HTML") << u"href"_s << false;
 }
 
@@ -139,7 +187,8 @@ void HelpBookTest::findsBeginningsOfWords()
 {
     QFETCH(QString, query);
     QFETCH(bool, isFound);
-    write(u"index.html"_s, u"Title"_s, u"The keyboard plays (macro). <a href=\"index.html\">Über</a>"_s);
+    write(u"index.html"_s, u"Title"_s,
+          u"The keyboard plays (macro). <a href=\"index.html\">Über</a> 选择按键M1x。このキー"_s);
     QCOMPARE(HelpBook(mFolder->path()).search(query).size(), isFound ? 1 : 0);
 }
 
@@ -168,7 +217,8 @@ void HelpBookTest::quotesWhatItFound()
 
 void HelpBookTest::shippedLinksLeadSomewhere()
 {
-    const QDir folder(shippedFolder());
+    QFETCH(QString, language);
+    const QDir folder(shippedFolder(language));
     int count = 0;
     for (const QString &name : folder.entryList({u"*.html"_s})) {
         for (const QString &link : linksOf(readFile(folder.filePath(name)))) {
@@ -186,7 +236,8 @@ void HelpBookTest::shippedLinksLeadSomewhere()
 
 void HelpBookTest::shippedPagesAreReachable()
 {
-    const QDir folder(shippedFolder());
+    QFETCH(QString, language);
+    const QDir folder(shippedFolder(language));
     QSet<QString> reached;
     QStringList toRead{u"index.html"_s};
     while (!toRead.isEmpty()) {
@@ -208,12 +259,13 @@ void HelpBookTest::shippedPagesAreReachable()
 
 void HelpBookTest::shippedPagesHaveTitlesAndText()
 {
+    QFETCH(QString, language);
     QSet<QString> titles;
-    const HelpBook book(shippedFolder());
+    const HelpBook book(shippedFolder(language));
     for (const HelpBook::Page &page : book.pages()) {
         QVERIFY2(page.title != page.fileName, qPrintable(page.fileName));
         QVERIFY2(page.text.startsWith(page.title), qPrintable(page.fileName)); // its heading
-        QVERIFY2(page.text.size() > page.title.size() + 50, qPrintable(page.fileName));
+        QVERIFY2(page.text.size() > page.title.size() + 30, qPrintable(page.fileName));
         titles.insert(page.title);
     }
     QCOMPARE(titles.size(), book.pages().size());
@@ -221,21 +273,23 @@ void HelpBookTest::shippedPagesHaveTitlesAndText()
 
 void HelpBookTest::shippedPagesAskForNoColors()
 {
-    const QDir folder(shippedFolder());
+    QFETCH(QString, language);
+    const QDir folder(shippedFolder(language));
     for (const QString &name : folder.entryList({u"*.html"_s})) {
         const QString html = readFile(folder.filePath(name));
-        QVERIFY2(!html.contains(QRegularExpression(u"color\\s*[:=]|style\\s*="_s)), qPrintable(name));
+        QVERIFY2(!html.contains(QRegularExpression(u"<style|<[^>]*(color|style)\\s*="_s)), qPrintable(name));
     }
 }
 
 void HelpBookTest::shippedPagesTellTrueCommands()
 {
+    QFETCH(QString, language);
     // What the pages call a command of kestractl is one.
     const QString manPage = readFile(QStringLiteral(KESTRA_MAN_PAGE)).remove(u'\\');
     QVERIFY(!manPage.isEmpty());
     static const QRegularExpression command(u"<code>kestractl ([a-z-]+)( [a-z-]+)?"_s);
     int count = 0;
-    const QDir folder(shippedFolder());
+    const QDir folder(shippedFolder(language));
     for (const QString &name : folder.entryList({u"*.html"_s})) {
         for (const QRegularExpressionMatch &match : command.globalMatch(readFile(folder.filePath(name)))) {
             for (const QString &word : {match.captured(1), match.captured(2).trimmed()})
@@ -246,26 +300,119 @@ void HelpBookTest::shippedPagesTellTrueCommands()
     QVERIFY(count >= 10);
 }
 
+void HelpBookTest::addLanguages()
+{
+    QTest::addColumn<QString>("language");
+    for (const QString &language : languages())
+        QTest::newRow(qPrintable(language)) << language;
+    QVERIFY(languages().size() >= 6);
+}
+
+void HelpBookTest::everyLanguageTellsTheSame()
+{
+    QFETCH(QString, language);
+    const QDir original(shippedFolder());
+    const QDir folder(shippedFolder(language));
+    QCOMPARE(folder.entryList({u"*.html"_s}), original.entryList({u"*.html"_s}));
+    for (const QString &name : original.entryList({u"*.html"_s})) {
+        const QString html = readFile(folder.filePath(name));
+        const QString tag = QString(language).replace(u'_', u'-');
+        QVERIFY2(html.contains(u"<html lang=\"%1\">"_s.arg(tag)), qPrintable(name));
+        QStringList elements = structureOf(html);
+        QStringList wanted = structureOf(readFile(original.filePath(name)));
+        // The places within a sentence may differ, what stands there may not.
+        QStringList sorted = elements;
+        QStringList wantedSorted = wanted;
+        sorted.sort();
+        wantedSorted.sort();
+        QCOMPARE(sorted.join(u'\n'), wantedSorted.join(u'\n'));
+        elements.removeIf(isWithinText);
+        wanted.removeIf(isWithinText);
+        QCOMPARE(elements.join(u'\n'), wanted.join(u'\n'));
+        if (language != english)
+            QVERIFY2(html.section(u"<body>"_s, 1) != readFile(original.filePath(name)).section(u"<body>"_s, 1),
+                     qPrintable(name));
+    }
+}
+
+void HelpBookTest::everyLanguageUsesTheWordsOfTheWindow()
+{
+    QFETCH(QString, language);
+    QTranslator table;
+    QVERIFY(table.load(language, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s));
+    const auto text = [&table](const char *key) {
+        return table.translate("", key).remove(u':').remove(u'：').trimmed();
+    };
+    QCOMPARE(text("lkeyHelpBookFolder"), u"help/"_s + language);
+    struct Page
+    {
+        QString file;
+        QList<const char *> keys;
+    };
+    const Page pages[] = {
+        {u"keys.html"_s,
+         {"lkeyKeysTab", "lkeyAssignFunction", "lkeyDefaultKey", "lkeySingleKey", "lkeyMacro", "lkeyProfile",
+          "lkeyLaunchProgram", "lkeyDisable", "lkeyPlaybackOption", "lkeyManageMacro", "lkeyManageProfile"}},
+        {u"profiles.html"_s,
+         {"lkeyProfilesTab", "lkeyAddProfile", "lkeyCopy", "lkeyRename", "lkeyAssignApplication",
+          "lkeyRemoveApplication", "lkeyProfileColumnAutoSwitch", "lkeyEnableOnScreenDisplay", "lkeyImport",
+          "lkeyExport", "lkeyRestoreDefault"}},
+        {u"macros.html"_s,
+         {"lkeyMacrosTab", "lkeyAddMacro", "lkeyRecord", "lkeyAppendEvents", "lkeyStop", "lkeyEdit", "lkeyDeleteEvent",
+          "lkeyDeleteAllEvents", "lkeyCopyDelay", "lkeyNoDelay", "lkeyDeleteMacro"}},
+        {u"lighting.html"_s,
+         {"lkeyLightingTab", "lkeyEffectFixedColor", "lkeyEffectSpectrumCycling", "lkeyZoneMain",
+          "lkeyEnableAddOnHighlight", "lkeyCheckUpdates", "lkeyRestoreSettings"}},
+        {u"maintenance.html"_s, {"lkeyMaintenanceTab", "lkeyLightingTab"}},
+    };
+    const HelpBook book(shippedFolder(language));
+    for (const Page &page : pages) {
+        const QString shown = book.pages().at(book.indexOf(page.file)).text;
+        for (const char *key : page.keys)
+            QVERIFY2(!text(key).isEmpty() && shown.contains(text(key).simplified()),
+                     qPrintable(u"%1: %2, \"%3\""_s.arg(page.file, QLatin1StringView(key), text(key))));
+    }
+}
+
 void HelpBookTest::shippedPagesAreFound_data()
 {
+    QTest::addColumn<QString>("language");
     QTest::addColumn<QString>("query");
     QTest::addColumn<QString>("file");
-    QTest::newRow("macro") << u"macro"_s << u"macros.html"_s;
-    QTest::newRow("record on the keyboard") << u"recording keyboard"_s << u"on-the-fly.html"_s;
-    QTest::newRow("brightness") << u"brightness"_s << u"lighting.html"_s;
-    QTest::newRow("auto switch") << u"auto switch"_s << u"profiles.html"_s;
-    QTest::newRow("kestractl") << u"kestractl"_s << u"command-line.html"_s;
-    QTest::newRow("dark") << u"dark"_s << u"problems.html"_s;
-    QTest::newRow("backup") << u"backup"_s << u"files.html"_s;
-    QTest::newRow("game mode") << u"game mode command"_s << u"keys.html"_s;
-    QTest::newRow("mouse") << u"without mouse"_s << u"window-by-keyboard.html"_s;
+    QTest::newRow("macro") << english << u"macro"_s << u"macros.html"_s;
+    QTest::newRow("record on the keyboard") << english << u"recording keyboard"_s << u"on-the-fly.html"_s;
+    QTest::newRow("brightness") << english << u"brightness"_s << u"lighting.html"_s;
+    QTest::newRow("auto switch") << english << u"auto switch"_s << u"profiles.html"_s;
+    QTest::newRow("kestractl") << english << u"kestractl"_s << u"command-line.html"_s;
+    QTest::newRow("dark") << english << u"dark"_s << u"problems.html"_s;
+    QTest::newRow("backup") << english << u"backup"_s << u"files.html"_s;
+    QTest::newRow("game mode") << english << u"game mode command"_s << u"keys.html"_s;
+    QTest::newRow("mouse") << english << u"without mouse"_s << u"window-by-keyboard.html"_s;
+    // In the other languages; Chinese and Japanese are written without spaces.
+    for (const auto &[language, query, file] : std::initializer_list<std::array<QString, 3>>{
+             {u"de"_s, u"helligkeit"_s, u"lighting.html"_s},
+             {u"de"_s, u"MAKRO aufnehmen"_s, u"on-the-fly.html"_s},
+             {u"de"_s, u"sicherung"_s, u"files.html"_s},
+             {u"fr"_s, u"luminosité"_s, u"lighting.html"_s},
+             {u"fr"_s, u"sans souris"_s, u"window-by-keyboard.html"_s},
+             {u"es"_s, u"brillo"_s, u"lighting.html"_s},
+             {u"es"_s, u"grabar teclado"_s, u"on-the-fly.html"_s},
+             {u"ja"_s, u"明るさ"_s, u"lighting.html"_s},
+             {u"ja"_s, u"マウスなし ウィンドウ"_s, u"window-by-keyboard.html"_s},
+             {u"ja"_s, u"バックアップ"_s, u"files.html"_s},
+             {u"zh_Hans"_s, u"亮度"_s, u"lighting.html"_s},
+             {u"zh_Hans"_s, u"备份"_s, u"files.html"_s},
+             {u"zh_Hans"_s, u"鼠标"_s, u"window-by-keyboard.html"_s},
+         })
+        QTest::newRow(qPrintable(language + u' ' + query)) << language << query << file;
 }
 
 void HelpBookTest::shippedPagesAreFound()
 {
+    QFETCH(QString, language);
     QFETCH(QString, query);
     QFETCH(QString, file);
-    const QStringList found = filesFound(HelpBook(shippedFolder()), query);
+    const QStringList found = filesFound(HelpBook(shippedFolder(language)), query);
     QVERIFY2(!found.isEmpty() && found.first() == file, qPrintable(found.join(u' ')));
 }
 

@@ -56,7 +56,7 @@ private:
 void HelpWindowTest::initTestCase()
 {
     QVERIFY(installEnglishTexts());
-    mFolder = qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help"_s;
+    mFolder = qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help/en"_s;
 }
 
 void HelpWindowTest::init()

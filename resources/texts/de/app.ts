@@ -13,6 +13,8 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Beschäftigt</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>Hilfe</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <!-- The folder of the help book in this language; not shown. -->
+    <message id="lkeyHelpBookFolder"><source>lkeyHelpBookFolder</source><translation>help/de</translation></message>
     <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Zurück</translation></message>
     <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Vor</translation></message>
     <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Inhalt</translation></message>

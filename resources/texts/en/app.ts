@@ -13,6 +13,8 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Busy</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>Help</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <!-- The folder of the help book in this language; not shown. -->
+    <message id="lkeyHelpBookFolder"><source>lkeyHelpBookFolder</source><translation>help/en</translation></message>
     <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Back</translation></message>
     <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Forward</translation></message>
     <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Contents</translation></message>

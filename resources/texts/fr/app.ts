@@ -13,6 +13,8 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Occupé</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>Aide</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <!-- The folder of the help book in this language; not shown. -->
+    <message id="lkeyHelpBookFolder"><source>lkeyHelpBookFolder</source><translation>help/fr</translation></message>
     <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Précédent</translation></message>
     <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Suivant</translation></message>
     <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Sommaire</translation></message>

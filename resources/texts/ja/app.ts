@@ -13,6 +13,8 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>処理中</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>ヘルプ</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <!-- The folder of the help book in this language; not shown. -->
+    <message id="lkeyHelpBookFolder"><source>lkeyHelpBookFolder</source><translation>help/ja</translation></message>
     <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>戻る</translation></message>
     <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>進む</translation></message>
     <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>目次</translation></message>

@@ -13,6 +13,8 @@
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>正忙</translation></message>
     <message id="lkeyHelp"><source>lkeyHelp</source><translation>帮助</translation></message>
     <message id="lkeyHelpBookTitle"><source>lkeyHelpBookTitle</source><translation>Quill Kestra Expert MMO Gaming Keyboard</translation></message>
+    <!-- The folder of the help book in this language; not shown. -->
+    <message id="lkeyHelpBookFolder"><source>lkeyHelpBookFolder</source><translation>help/zh_Hans</translation></message>
     <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>后退</translation></message>
     <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>前进</translation></message>
     <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>目录</translation></message>
