@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/devices.h"
+
+#include <vector>
+
+namespace {
+
+bool isOfKind(const InputDevice &device, const ChosenDevice &choice)
+{
+    return device.vendor == choice.vendor && device.product == choice.product && device.serial == choice.serial;
+}
+
+} // namespace
+
+ChosenDevice choiceOf(const InputDevice &device)
+{
+    return {.vendor = device.vendor, .product = device.product, .serial = device.serial, .path = device.path};
+}
+
+QList<qsizetype> chosenAmong(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices)
+{
+    std::vector<bool> isChosen(devices.size(), false);
+    const auto find = [&](const ChosenDevice &choice, bool atSamePath) {
+        for (qsizetype index = 0; index < devices.size(); ++index) {
+            const InputDevice &device = devices.at(index);
+            if (!isChosen.at(index) && isOfKind(device, choice) && (!atSamePath || device.path == choice.path)) {
+                isChosen.at(index) = true;
+                return true;
+            }
+        }
+        return false;
+    };
+    // Those at their port first: of two keyboards with one number, each is to be found where it was.
+    QList<ChosenDevice> moved;
+    for (const ChosenDevice &choice : choices) {
+        if (!find(choice, true) && !choice.serial.isEmpty())
+            moved += choice;
+    }
+    for (const ChosenDevice &choice : moved)
+        find(choice, false);
+    QList<qsizetype> indexes;
+    for (qsizetype index = 0; index < devices.size(); ++index) {
+        if (isChosen.at(index))
+            indexes += index;
+    }
+    return indexes;
+}
