@@ -36,6 +36,11 @@ struct ChosenDevice
     bool operator==(const ChosenDevice &) const = default;
 };
 
+/// The remedy for a keyboard that the daemon has no right to, as a sentence for InputDevice::problem.
+[[nodiscard]] QString deviceRightsRemedy(const QString &id);
+/// The remedy for an output device that it has no right to, likewise.
+[[nodiscard]] QString outputRightsRemedy();
+
 [[nodiscard]] ChosenDevice choiceOf(const InputDevice &device);
 
 /// Which of `devices` (by index, ascending) `choices` mean. A choice with a serial number means the keyboard with that
