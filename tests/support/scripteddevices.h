@@ -4,6 +4,9 @@
 
 #include "daemon/devices.h"
 
+#include <algorithm>
+#include <optional>
+
 /// Does at once what the real source does as keys come up and devices come.
 class ScriptedDevices : public DeviceSource
 {
@@ -31,6 +34,9 @@ public:
         mDevices = devices;
         refresh();
     }
+    /// Tells this status whatever was chosen.
+    void setStatus(const DeviceStatus &status) { mStatus = status; }
+    /// Tells these counters besides what was chosen.
     void setCounters(const DeviceStatus &status) { mCounters = status; }
 
     [[nodiscard]] QList<InputDevice> devices() const override { return mDevices; }
@@ -61,6 +67,8 @@ public:
 
     [[nodiscard]] DeviceStatus status() const override
     {
+        if (mStatus)
+            return *mStatus;
         DeviceStatus status = mCounters;
         status.state = mChoices.isEmpty() ? DeviceState::released : DeviceState::absent;
         for (const InputDevice &device : mDevices) {
@@ -85,4 +93,5 @@ private:
     QList<InputDevice> mDevices;
     QList<ChosenDevice> mChoices;
     DeviceStatus mCounters;
+    std::optional<DeviceStatus> mStatus;
 };
