@@ -4,25 +4,21 @@
 #include <libevdev/libevdev.h>
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-using namespace Qt::StringLiterals;
-
-std::unique_ptr<EvdevFile> EvdevFile::open(const QString &path, QString &problem)
+std::unique_ptr<EvdevFile> EvdevFile::open(const QString &path, int &error)
 {
     const int descriptor = ::open(path.toLocal8Bit().constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
-        problem = nodeProblem(path, errno);
+        error = errno;
         return nullptr;
     }
     libevdev *device = nullptr;
-    const int error = libevdev_new_from_fd(descriptor, &device);
-    if (error < 0) {
+    error = -libevdev_new_from_fd(descriptor, &device);
+    if (error > 0) {
         ::close(descriptor);
-        problem = nodeProblem(path, -error);
         return nullptr;
     }
     // The engine's clock. Any other could be set back while a macro is recorded.
@@ -102,23 +98,4 @@ void EvdevFile::setLed(quint16 led, bool isOn)
     events[1].type = EV_SYN;
     events[1].code = SYN_REPORT;
     [[maybe_unused]] const ssize_t written = ::write(mDescriptor, events.data(), sizeof events);
-}
-
-QString nodeProblem(const QString &path, int error)
-{
-    switch (error) {
-    case EACCES:
-    case EPERM:
-        return u"No permission to open %1. Install the udev rule 70-quill-kestra.rules (sudo cp "
-               u"70-quill-kestra.rules /etc/udev/rules.d/ && sudo udevadm control --reload && sudo udevadm trigger), "
-               u"then log in at the machine's own screen."_s.arg(path);
-    case EBUSY:
-        return u"Another program has taken %1 for itself. End that program (sudo fuser -v %1 tells which have it open), "
-               u"then choose the keyboard again."_s.arg(path);
-    case ENOENT:
-    case ENODEV: return u"%1 is gone. Plug the keyboard in again."_s.arg(path);
-    default:
-        return u"%1 cannot be used: %2. Plug the keyboard out and in again; sudo dmesg may tell more."_s.arg(
-            path, QString::fromLocal8Bit(strerror(error)));
-    }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One event node of the kernel (/dev/input/event*) as a file: what its owner needs of it, and the real one. Opened on any
-// thread, then used by one; allocates nothing after that.
+// One event node of the kernel (/dev/input/event*) as a file: what its owner needs of it, and the real one. Opened on
+// any thread, then used by one; allocates nothing after that.
 #pragma once
 
 #include "daemon/linux/keytranslator.h"
@@ -40,8 +40,8 @@ public:
 class EvdevFile : public EventFile
 {
 public:
-    /// Null when it cannot be opened; `problem` then says why, with the remedy.
-    [[nodiscard]] static std::unique_ptr<EvdevFile> open(const QString &path, QString &problem);
+    /// Null when it cannot be opened; `error` is errno then.
+    [[nodiscard]] static std::unique_ptr<EvdevFile> open(const QString &path, int &error);
     ~EvdevFile() override;
 
     [[nodiscard]] int descriptor() const override { return mDescriptor; }
@@ -58,6 +58,3 @@ private:
     libevdev *mDevice;
     bool mIsResynchronizing = false;
 };
-
-/// Why a node cannot be opened or taken over, by errno, with the remedy.
-[[nodiscard]] QString nodeProblem(const QString &path, int error);

@@ -15,9 +15,9 @@ template <typename Function> void forEachKey(const EventFile::Keys &keys, Functi
 
 } // namespace
 
-InputNode::InputNode(std::unique_ptr<EventFile> file, const QString &path, bool givesHidUsages,
-                     InputNodeHandler &handler, std::chrono::milliseconds patience, QObject *parent)
-    : QObject(parent), mFile(std::move(file)), mPath(path), mHandler(handler),
+InputNode::InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, InputNodeHandler &handler,
+                     std::chrono::milliseconds patience, QObject *parent)
+    : QObject(parent), mFile(std::move(file)), mId(id), mHandler(handler),
       mNotifier(mFile->descriptor(), QSocketNotifier::Read, this), mRest(this), mPatience(this),
       mGivesHidUsages(givesHidUsages)
 {
@@ -38,11 +38,6 @@ InputNode::InputNode(std::unique_ptr<EventFile> file, const QString &path, bool 
 InputNode::~InputNode()
 {
     release();
-}
-
-QString InputNode::problem() const
-{
-    return mState == State::refused ? nodeProblem(mPath, mError) : QString();
 }
 
 void InputNode::start()

@@ -26,8 +26,8 @@ public:
 };
 
 /// The desktop has seen the presses of the keys that are down at the beginning; once the node is grabbed it would never
-/// see their releases, and repeat them for ever. So the node waits for them to come up. After a while it takes over what
-/// is still down: the desktop sees it come up, and the daemon sees it go down, and come up when it does.
+/// see their releases, and repeat them for ever. So the node waits for them to come up. After a while it takes over
+/// what is still down: the desktop sees it come up, and the daemon sees it go down, and come up when it does.
 class InputNode : public QObject
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ public:
     enum class State {
         waiting, ///< for its keys to come up; the desktop still has them
         grabbed,
-        refused, ///< another program has grabbed it, see problem()
+        refused, ///< another program has grabbed it, see error()
         gone,    ///< unplugged
         released ///< given back
     };
@@ -46,15 +46,15 @@ public:
     static constexpr std::chrono::milliseconds rest{1};
     static constexpr std::chrono::milliseconds usualPatience{3000};
 
-    /// `path`: names the node in messages. `givesHidUsages`: see KeyTranslator::addNode().
-    InputNode(std::unique_ptr<EventFile> file, const QString &path, bool givesHidUsages, InputNodeHandler &handler,
+    /// `id`: names the node to its owner. `givesHidUsages`: see KeyTranslator::addNode().
+    InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, InputNodeHandler &handler,
               std::chrono::milliseconds patience = usualPatience, QObject *parent = nullptr);
     ~InputNode() override;
 
     [[nodiscard]] State state() const { return mState; }
-    [[nodiscard]] const QString &path() const { return mPath; }
+    [[nodiscard]] int id() const { return mId; }
     [[nodiscard]] bool givesHidUsages() const { return mGivesHidUsages; }
-    [[nodiscard]] QString problem() const; ///< empty unless refused
+    [[nodiscard]] int error() const { return mError; } ///< errno of what made it refused; else 0
 
     void start();
     /// Gives the node back. What is down on it comes up for the kernel first: the desktop has not seen it go down.
@@ -73,7 +73,7 @@ private:
     void refuse(int error);
 
     std::unique_ptr<EventFile> mFile;
-    QString mPath;
+    int mId;
     InputNodeHandler &mHandler;
     QSocketNotifier mNotifier;
     QTimer mRest;

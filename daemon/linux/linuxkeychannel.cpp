@@ -17,20 +17,25 @@ void LinuxKeyChannel::setOutput(std::unique_ptr<OutputDevice> output)
     mOutput = std::move(output);
     mLedNotifier = std::make_unique<QSocketNotifier>(mOutput->descriptor(), QSocketNotifier::Read);
     connect(mLedNotifier.get(), &QSocketNotifier::activated, this, &LinuxKeyChannel::showLeds);
+    if (mWatch)
+        mWatch->watch(mLedNotifier.get());
 }
 
-void LinuxKeyChannel::addNode(std::unique_ptr<EventFile> file, const QString &path, bool givesHidUsages,
+void LinuxKeyChannel::addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages,
                               std::chrono::milliseconds patience)
 {
     sweep();
-    mNodes.push_back(std::make_unique<InputNode>(std::move(file), path, givesHidUsages, *this, patience));
+    InputNodeHandler &handler = *this;
+    mNodes.push_back(std::make_unique<InputNode>(std::move(file), id, givesHidUsages, handler, patience));
+    if (mWatch)
+        mWatch->watch(mNodes.back().get());
     mNodes.back()->start();
 }
 
-void LinuxKeyChannel::removeNode(const QString &path)
+void LinuxKeyChannel::removeNode(int id)
 {
     for (const std::unique_ptr<InputNode> &node : mNodes) {
-        if (node->path() == path)
+        if (node->id() == id)
             node->release();
     }
     sweep();
@@ -91,7 +96,7 @@ void LinuxKeyChannel::nodeStateChanged(InputNode &node)
     } else if (node.translatorPlace >= 0) {
         leave(node);
     }
-    Q_EMIT nodeChanged(node.path(), node.state(), node.problem());
+    Q_EMIT nodeChanged(node.id(), node.state(), node.error());
 }
 
 void LinuxKeyChannel::leave(InputNode &node)

@@ -8,6 +8,7 @@
 #include "daemon/linux/inputnode.h"
 #include "daemon/linux/latencyhistogram.h"
 #include "daemon/linux/outputdevice.h"
+#include "daemon/linux/stallwatch.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -32,11 +33,14 @@ public:
     [[nodiscard]] KeyLatency latency() const { return mHistogram.latency(); } ///< any thread
     [[nodiscard]] quint64 lostEvents() const { return mLostEvents; }          ///< any thread
 
+    /// Looks after what the nodes do from now on; lives longer than the channel.
+    void setWatch(StallWatch *watch) { mWatch = watch; }
     /// To be set once, before the first node.
     void setOutput(std::unique_ptr<OutputDevice> output);
-    void addNode(std::unique_ptr<EventFile> file, const QString &path, bool givesHidUsages,
+    /// `id`: names the node in removeNode() and nodeChanged().
+    void addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages,
                  std::chrono::milliseconds patience = InputNode::usualPatience);
-    void removeNode(const QString &path);
+    void removeNode(int id);
     void removeAllNodes();
 
     /// Nothing reaches the computer while no node is taken over.
@@ -48,7 +52,7 @@ Q_SIGNALS:
     /// All nodes were given back or are gone: what was begun by their keys is to end. Every key has come up before.
     void emptied();
     // Rare, for other threads
-    void nodeChanged(const QString &path, InputNode::State state, const QString &problem);
+    void nodeChanged(int id, InputNode::State state, int error); ///< errno, or 0
     void panicked();
 
 private:
@@ -66,6 +70,7 @@ private:
     void showLeds();
     void sweep();
 
+    StallWatch *mWatch = nullptr;
     KeyTranslator mTranslator;
     std::unique_ptr<OutputDevice> mOutput;
     std::unique_ptr<QSocketNotifier> mLedNotifier;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/linux/outputdevice.h"
 
+#include "daemon/devices.h"
+
 #include <libevdev/libevdev-uinput.h>
 #include <libevdev/libevdev.h>
 
@@ -37,14 +39,10 @@ static_assert(BTN_TASK + 9 == BTN_JOYSTICK);
 
 QString problemOf(int error)
 {
-    if (error == EACCES || error == EPERM)
-        return u"No permission to open /dev/uinput. Install the udev rule 70-quill-kestra.rules (sudo cp "
-               u"70-quill-kestra.rules /etc/udev/rules.d/ && sudo udevadm control --reload && sudo udevadm trigger "
-               u"/dev/uinput), then log in at the machine's own screen."_s;
-    if (error == ENOENT || error == ENODEV)
-        return u"The kernel has no uinput device. Load it with: sudo modprobe uinput (and name it in "
-               u"/etc/modules-load.d/ to have it after the next start, too)."_s;
-    return u"The virtual output keyboard cannot be made: %1 (uinput)."_s.arg(QString::fromLocal8Bit(strerror(error)));
+    if (error == EACCES || error == EPERM || error == ENOENT || error == ENODEV)
+        return u"The daemon cannot make its own keyboard: %1 (/dev/uinput). %2"_s.arg(
+            QString::fromLocal8Bit(strerror(error)), outputRightsRemedy());
+    return u"The daemon cannot make its own keyboard: %1 (/dev/uinput)."_s.arg(QString::fromLocal8Bit(strerror(error)));
 }
 
 libevdev *describe()

@@ -19,10 +19,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int priority = 5;                        // above all ordinary programs, below sound
-constexpr rlim_t longestRunUs = 1'000'000;         // without a pause
+constexpr int priority = 5;                           // above all ordinary programs, below sound
+constexpr rlim_t longestRunUs = 1'000'000;            // without a pause
 constexpr rlim_t longestRunOfRealtimeKitUs = 200'000; // RealtimeKit refuses a process that may run longer
-constexpr std::size_t stackPart = 64 * 1024;       // of the calling thread's stack, more than it uses
+constexpr std::size_t stackPart = 64 * 1024;          // of the calling thread's stack, more than it uses
 
 /// As the kernel enforces it: memory that is locked for ever can be claimed by a process with this right only.
 bool mayLockAll()
@@ -102,8 +102,7 @@ pid_t Realtime::currentThread()
 bool Realtime::raiseCurrentThread()
 {
     const sched_param parameter = {.sched_priority = priority};
-    return limitRun(longestRunUs, false)
-           && ::sched_setscheduler(0, SCHED_FIFO | SCHED_RESET_ON_FORK, &parameter) == 0;
+    return limitRun(longestRunUs, false) && ::sched_setscheduler(0, SCHED_FIFO | SCHED_RESET_ON_FORK, &parameter) == 0;
 }
 
 void Realtime::askRealtimeKit(pid_t thread, QObject *context, const std::function<void(bool isRealTime)> &done)
@@ -113,9 +112,9 @@ void Realtime::askRealtimeKit(pid_t thread, QObject *context, const std::functio
         done(false);
         return;
     }
-    QDBusMessage message = QDBusMessage::createMethodCall(u"org.freedesktop.RealtimeKit1"_s,
-                                                          u"/org/freedesktop/RealtimeKit1"_s,
-                                                          u"org.freedesktop.RealtimeKit1"_s, u"MakeThreadRealtime"_s);
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(u"org.freedesktop.RealtimeKit1"_s, u"/org/freedesktop/RealtimeKit1"_s,
+                                       u"org.freedesktop.RealtimeKit1"_s, u"MakeThreadRealtime"_s);
     message << static_cast<qulonglong>(thread) << static_cast<uint>(priority);
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), context);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [done](QDBusPendingCallWatcher *call) {

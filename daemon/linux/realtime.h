@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the system lets a thread have so that its keys do not wait for other programs: real-time priority, and memory that
-// stays in memory. All of it is best effort; without it everything works, only later under load.
+// What the system lets a thread have so that its keys do not wait for other programs: real-time priority, and memory
+// that stays in memory. All of it is best effort; without it everything works, only later under load.
 #pragma once
 
 #include <QObject>

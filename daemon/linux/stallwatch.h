@@ -25,8 +25,8 @@ public:
     /// False when the system gave no timer; it watches nothing then.
     [[nodiscard]] bool isUsable() const { return mTimer.has_value(); }
 
-    /// Also watches what this object and its children do with their events. An event dispatcher tells when it awakes, but
-    /// some only after the files and timers have had their turn.
+    /// Also watches what this object and its children do with their events. An event dispatcher tells when it awakes,
+    /// but some only after the files and timers have had their turn.
     void watch(QObject *object);
 
 protected:
