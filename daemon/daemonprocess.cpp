@@ -132,9 +132,6 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
     VirtualKeyboard keyboard;
     DeviceDaemon *daemonPointer = nullptr;
     ClientWatch clientWatch(bus, [&](const QString &portName) { daemonPointer->clientVanished(portName); });
-    DeadlineTimer timer;
-    if (!timer.isUsable())
-        qCCritical(lcDaemon, "daemon: no timer, macros will not play");
     DistributedNotificationCenter notifications(bus);
     ProfileNotification profileNotification(bus);
 
@@ -146,10 +143,8 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
          .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
          .launchProgram = ProgramLauncher::launch,
          .now = DeadlineTimer::now,
-         .wakeAt = [&](std::optional<DeadlineTimer::Time> deadline) { timer.setDeadline(deadline); },
          .showProfile = [&](const QString &name) { profileNotification.show(name); }},
         start.document);
-    QObject::connect(&timer, &DeadlineTimer::reached, &daemon, &DeviceDaemon::wake);
     daemon.setAwaitsFactorySettings(start.isMinimal);
     daemonPointer = &daemon;
     VirtualKeyboardObject keyboardObject(keyboard);
