@@ -22,8 +22,8 @@ constexpr int rounds = 100;
 
 struct Times
 {
-    QList<double> toldMs;    // from the start of the command that moves the focus to the notification
-    QList<double> commandMs; // what that command takes by itself, which includes its own start
+    QList<double> toldMs;    // from the start of the request that moves the focus to the notification
+    QList<double> requestMs; // what that request takes by itself
 };
 
 double median(QList<double> values)
@@ -60,7 +60,7 @@ std::optional<Times> measure(TestDesktop &desktop)
         timer.start();
         if (!desktop.focus(round % 2 == 0 ? u"kestra-a"_s : u"kestra-b"_s))
             return {};
-        times.commandMs += static_cast<double>(timer.nsecsElapsed()) / 1e6;
+        times.requestMs += static_cast<double>(timer.nsecsElapsed()) / 1e6;
         while (told == 0 && timer.elapsed() < 5000)
             QCoreApplication::processEvents();
         if (told == 0)
@@ -85,8 +85,8 @@ int main(int argc, char *argv[])
             std::printf("%s: could not be measured\n", name);
             continue;
         }
-        std::printf("%s: %d times, focus command %.1f ms, told after %.1f ms, at most %.1f ms\n", name, rounds,
-                    median(times->commandMs), median(times->toldMs),
+        std::printf("%s: %d times, focus request %.2f ms, told after %.1f ms, at most %.1f ms\n", name, rounds,
+                    median(times->requestMs), median(times->toldMs),
                     *std::max_element(times->toldMs.begin(), times->toldMs.end()));
     }
     return isComplete ? 0 : 1;

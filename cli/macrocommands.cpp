@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "macro list", "show", "add", "rename", "delete", "import" and "export": the macros that the daemon keeps, by the
 // rules of the configurator's macros tab.
+#include "app/util/exportpath.h"
 #include "app/util/propertylist.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/settingskeys.h"
@@ -167,10 +168,7 @@ ExitCode exportMacro(CommandContext &context)
     const auto chosen = chooseMacro(context, failure);
     if (!chosen)
         return failure;
-    const QString suffix = u'.' + MacroFile::suffix;
-    QString path = context.arguments.at(1);
-    if (!path.endsWith(suffix))
-        path += suffix;
+    const QString path = exportPath(context.arguments.at(1), MacroFile::suffix);
     const std::optional<QByteArray> data =
         QlCoreUtility::convertDictionaryToData(MacroFile::exportedRecord(chosen->record()));
     if (!data || !PropertyList::writeFileAtomically(path, *data))

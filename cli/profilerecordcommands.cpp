@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "profile add", "copy", "rename", "delete", "restore", "import", "export" and "bind": what changes the profiles
 // themselves, by the rules of the configurator's profiles tab.
+#include "app/util/exportpath.h"
 #include "app/util/propertylist.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/settingskeys.h"
@@ -196,7 +197,7 @@ ExitCode exportProfile(CommandContext &context)
     const auto chosen = choose(context, failure);
     if (!chosen)
         return failure;
-    const QString &path = context.arguments.at(1);
+    const QString path = exportPath(context.arguments.at(1), ProfileFile::suffix);
     const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(chosen->record());
     if (!data || !PropertyList::writeFileAtomically(path, *data))
         return context.console.fail(ExitCode::noOutput, u"cannot write \"%1\""_s.arg(path));

@@ -7,6 +7,7 @@
 #include "daemon/deadlinetimer.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/factorysettings.h"
+#include "daemon/frontapplication/desktopsearch.h"
 #include "daemon/frontapplication/frontapplicationadaptor.h"
 #include "daemon/frontapplication/kwinfrontapplication.h"
 #include "daemon/frontapplication/waylandfrontapplication.h"
@@ -169,7 +170,8 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
         return DaemonExit::alreadyRunning;
     }
     daemon.announceKeyboard();
-    frontApplication.start();
+    DesktopSearch desktopSearch(frontApplication, bus);
+    desktopSearch.start();
     return runUntilEnd(daemon, bus, signalListener);
 }
 

@@ -4,6 +4,7 @@
 #include "app/util/settingskeys.h"
 #include "daemon/requestreader.h"
 #include "daemon/settingsdocument.h"
+#include "daemon/textnumbers.h"
 #include "macros/eventparser.h"
 #include "macros/macrorecord.h"
 
@@ -55,7 +56,7 @@ CommandOutcome addProfile(const QVariantMap &document, const QVariantMap &reques
     QVariantList list = profiles(document);
     if (list.size() >= maximumProfiles)
         return failure(document, Status::limitReached);
-    list += *settings;
+    list += TextNumbers::readInProfile(*settings);
     // The new profile becomes the active one: a client shows the active profile's record and writes to the row it has
     // selected, which after an add is the new one. Anything else would copy one profile's keys into another.
     return change(document, withActiveProfile(withProfiles(document, list), static_cast<int>(list.size()) - 1));
@@ -160,6 +161,7 @@ CommandOutcome addMacro(const QVariantMap &document, const QVariantMap &request)
     if (!macro)
         return failure(document, Status::malformedRequest);
     macro->remove(SettingsKeys::macroId); // a new macro is given a number of its own
+    macro = TextNumbers::readInMacro(*macro);
     if (MacroRecord::events(*macro).size() > MacroRecord::maximumEvents)
         return failure(document, Status::limitReached);
     if (!MacroRecord::isWellFormed(*macro))

@@ -185,7 +185,7 @@ void KeyboardLightingController::clickCheckUpdates(QObject *)
 
 void KeyboardLightingController::clickRestoreSettings(QObject *)
 {
-    const QString name = lightingSettingsDict().value(SettingsKeys::profileName).toString();
+    const QString name = nameInAlert(lightingSettingsDict().value(SettingsKeys::profileName).toString());
     const AlertTexts texts{localizedFormat("lkeyRestoreDefaultTitle", {name}), localizedText("lkeyRestoreDefaultDesc"),
                            localizedText("lkeyOK"), localizedText("lkeyCancel")};
     showAlert(texts, mLightingWindow, [self = QPointer(this)](int returnCode) {

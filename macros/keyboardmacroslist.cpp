@@ -85,7 +85,8 @@ void KeyboardMacrosController::clickDeleteMacro(QObject *)
 {
     if (macroRow() < 0)
         return;
-    const AlertTexts texts{localizedFormat("lkeyDeleteMacroAlertTitle", {MacroRecord::name(macroAt(macroRow()))}),
+    const QString name = nameInAlert(MacroRecord::name(macroAt(macroRow())));
+    const AlertTexts texts{localizedFormat("lkeyDeleteMacroAlertTitle", {name}),
                            localizedText("lkeyDeleteMacroAlertDesc"), localizedText("lkeyOK"),
                            localizedText("lkeyCancel")};
     showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktopentry.h"
 
+#include "app/util/regularfile.h"
+
 #include <QFile>
 
 #include <utility>
@@ -141,7 +143,7 @@ private:
 std::optional<DesktopEntry> DesktopEntry::read(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openRegularFile(file).isEmpty())
         return {};
     const QByteArray content = file.read(maximumFileBytes + 1);
     return content.size() <= maximumFileBytes ? parse(content, path) : std::nullopt;

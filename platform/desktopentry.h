@@ -15,7 +15,8 @@ class DesktopEntry
 public:
     static constexpr qint64 maximumFileBytes = 1024 * 1024;
 
-    /// Absent when the file cannot be read, is larger than maximumFileBytes, or has no "Desktop Entry" group.
+    /// Absent when it is no regular file, cannot be read, is larger than maximumFileBytes, or has no "Desktop Entry"
+    /// group.
     [[nodiscard]] static std::optional<DesktopEntry> read(const QString &path);
     /// As read(), from the file's content; `path` is what "%k" stands for.
     [[nodiscard]] static std::optional<DesktopEntry> parse(const QByteArray &content, const QString &path);

@@ -16,7 +16,7 @@ const QString interfaceName = u"org.quillkestra.DistributedNotificationCenter"_s
 const QString postedSignal = u"Posted"_s;
 const QString postedSignature = u"say"_s;
 
-// QtDBus can connect a signal of the bus only to a slot named by a string. The one such place of the program.
+// QtDBus can connect a signal of the bus only to a slot named by a string.
 const char *receiveSlot()
 {
     return SLOT(receive(QString, QByteArray));

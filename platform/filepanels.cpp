@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/filepanels.h"
 
+#include "app/util/exportpath.h"
 #include "app/util/text.h"
 #include "platform/sheet.h"
 
@@ -9,6 +10,7 @@
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QSplitter>
@@ -50,13 +52,13 @@ void makeSheet(QFileDialog *panel, const QString &title)
 }
 
 /// `name` as the field for file names takes it: no other folder, no home folder, no hidden file, no list of files
-/// (which quotation marks make).
-QString proposedFileName(QString name)
+/// (which quotation marks make), nothing that ends a name for the system, and no longer than a file can be called.
+QString proposedFileName(QString name, const QString &suffix)
 {
-    name.replace(u'/', u'-').replace(u'"', u'\'');
+    name.replace(u'/', u'-').replace(u'"', u'\'').remove(QChar::Null);
     if (name.startsWith(u'.') || name.startsWith(u'~'))
         name[0] = u'-';
-    return name;
+    return exportFileName(name, suffix);
 }
 
 } // namespace
@@ -114,7 +116,7 @@ void OpenPanel::accept()
 }
 
 SavePanel::SavePanel(const Options &options, QWidget *window)
-    : QFileDialog(window, Qt::Sheet), mSuffix(u'.' + options.suffix)
+    : QFileDialog(window, Qt::Sheet), mSuffix(options.suffix), mProposal(proposedFileName(options.name, options.suffix))
 {
     makeSheet(this, options.title);
     setAcceptMode(AcceptSave);
@@ -123,26 +125,40 @@ SavePanel::SavePanel(const Options &options, QWidget *window)
     setOption(DontConfirmOverwrite);
     setNameFilter(formatted(options.filter, {patternsOf({options.suffix})}));
     setDirectory(options.folder);
-    selectFile(proposedFileName(options.name));
+    selectFile(mProposal);
 }
 
 QString SavePanel::chosenPath() const
 {
     const QString path = selectedFiles().value(0);
-    return path.isEmpty() ? QString() : path + mSuffix;
+    return path.isEmpty() ? QString() : exportPath(path, mSuffix);
+}
+
+/// A folder is opened when its name is typed, but one that happens to bear the proposed name is not in the way.
+bool SavePanel::isFolderToOpen(const QString &path) const
+{
+    const auto *field = findChild<QLineEdit *>(u"fileNameEdit"_s);
+    const bool isProposal = field && field->text() == mProposal && path == directory().filePath(mProposal);
+    return QFileInfo(path).isDir() && !isProposal;
 }
 
 void SavePanel::accept()
 {
-    const QString path = chosenPath();
-    if (!QFileInfo::exists(path) || QFileInfo(selectedFiles().value(0)).isDir()) {
+    const QString typed = selectedFiles().value(0);
+    if (typed.isEmpty() || isFolderToOpen(typed)) {
         QFileDialog::accept();
         return;
     }
-    showAlert({localizedFormat("lkeyReplaceFileTitle", {QFileInfo(path).fileName()}),
+    // Past QFileDialog::accept(), which would open a folder of the name and refuse a long name without a word.
+    const QString path = chosenPath();
+    if (!QFileInfo::exists(path)) {
+        QDialog::accept();
+        return;
+    }
+    showAlert({localizedFormat("lkeyReplaceFileTitle", {nameInAlert(QFileInfo(path).fileName())}),
                localizedText("lkeyReplaceFileDesc"), localizedText("lkeyReplace"), localizedText("lkeyCancel")},
               this, [panel = QPointer(this)](int returnCode) {
                   if (panel && returnCode == alertFirstButtonReturn)
-                      panel->QFileDialog::accept();
+                      panel->QDialog::accept();
               });
 }

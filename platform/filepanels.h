@@ -43,8 +43,8 @@ private:
     QStringList mTypes;
 };
 
-/// Chooses a name for a new file. The suffix is always appended, even to a name that ends in it; the file that this
-/// gives is the one the user is asked about before it is replaced.
+/// Chooses a name for a new file. The suffix is appended by exportPath(); the file that this gives is the one the user
+/// is asked about before it is replaced.
 class SavePanel : public QFileDialog
 {
     Q_OBJECT
@@ -56,16 +56,19 @@ public:
         QString filter; ///< what such files are, a format with one argument ("Profiles (%@)")
         QString suffix; ///< without a dot
         QString folder; ///< where it starts
-        QString name;   ///< proposed, without the suffix; what a file name cannot bear in it is replaced
+        QString name;   ///< proposed, without the suffix; what a file name cannot bear is replaced or cut off
     };
 
     SavePanel(const Options &options, QWidget *window);
 
-    /// The path with the suffix.
+    /// The path with the suffix; empty when nothing is chosen.
     [[nodiscard]] QString chosenPath() const;
 
     void accept() override;
 
 private:
+    [[nodiscard]] bool isFolderToOpen(const QString &path) const;
+
     QString mSuffix;
+    QString mProposal;
 };

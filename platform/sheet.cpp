@@ -2,7 +2,9 @@
 #include "platform/sheet.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCloseEvent>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -75,6 +77,16 @@ void Sheet::closeEvent(QCloseEvent *event)
         return QDialog::closeEvent(event);
     event->accept();
     mCloseButton->click();
+}
+
+QString nameInAlert(QString name)
+{
+    constexpr int longestInLetters = 60;
+    for (const QChar lineEnd :
+         {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        name.replace(lineEnd, u' ');
+    const QFontMetrics metrics(QApplication::font());
+    return metrics.elidedText(name, Qt::ElideMiddle, longestInLetters * metrics.averageCharWidth());
 }
 
 Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd)

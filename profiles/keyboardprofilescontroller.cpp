@@ -99,6 +99,7 @@ void KeyboardProfilesController::updateUISettings()
         return;
     if (!mIsAddProfile)
         showActiveProfile();
+    endOutdatedConfirmation();
     if (mNeedsProfileEditing)
         editName(profileCount() - 1, true);
     enableAddButtonByCount();
@@ -224,14 +225,23 @@ void KeyboardProfilesController::clickDeleteProfile(QObject *)
 
 void KeyboardProfilesController::confirm(const char *titleKey, const char *descriptionKey, SheetContext context)
 {
-    const QString name = nameOf(selectedProfile());
-    const AlertTexts texts{localizedFormat(titleKey, {name}), localizedText(descriptionKey), localizedText("lkeyOK"),
-                           localizedText("lkeyCancel")};
-    showAlert(texts, mProfilesWindow, [self = QPointer(this), context, name](int returnCode) {
-        // While the alert was up, the keyboard or another client may have selected another profile than it names.
-        if (self && nameOf(self->selectedProfile()) == name)
+    mConfirmedName = nameOf(selectedProfile());
+    const AlertTexts texts{localizedFormat(titleKey, {nameInAlert(mConfirmedName)}), localizedText(descriptionKey),
+                           localizedText("lkeyOK"), localizedText("lkeyCancel")};
+    mConfirmation = showAlert(texts, mProfilesWindow, [self = QPointer(this), context](int returnCode) {
+        if (self)
             self->sheetDidEndReturnCodeContextInfo(returnCode, context);
     });
+}
+
+/// The keyboard, another client or the application in front may have switched profiles while the alert is up: its OK
+/// would then reach a profile that it does not name.
+void KeyboardProfilesController::endOutdatedConfirmation()
+{
+    if (!mConfirmation || !mConfirmation->isUp() || nameOf(selectedProfile()) == mConfirmedName)
+        return;
+    mConfirmation->endSheet(alertSecondButtonReturn);
+    mConfirmation->deleteLater();
 }
 
 void KeyboardProfilesController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)

@@ -21,6 +21,7 @@ class QCheckBox;
 class QLTableView;
 class QPushButton;
 class SavePanel;
+class Sheet;
 
 class KeyboardProfilesController : public QObject, public TableViewDataSource
 {
@@ -118,6 +119,7 @@ private:
     void selectLastRow();
     void showActiveProfile();
     void confirm(const char *titleKey, const char *descriptionKey, SheetContext context);
+    void endOutdatedConfirmation();
     void addProfileWithSettings(const QVariantMap &profile);
     void copyProfile();
     void renameProfile(int row, const QString &newName);
@@ -143,6 +145,8 @@ private:
     QPointer<QWidget> mProfilesWindow;
     QPointer<OpenPanel> mProfileFileBrowserPanel;
     QPointer<SavePanel> mProfileSavePanel;
+    QPointer<Sheet> mConfirmation; ///< the alert that asked last
+    QString mConfirmedName;        ///< of the profile it asks about
     ProfileDelegate *mProfileDelegate = nullptr;
     int mTableObjectValue = 0;
 

@@ -4,6 +4,7 @@
 #include "app/util/binaryplistreader.h"
 #include "app/util/binaryplistwriter.h"
 #include "app/util/oldstyleplistreader.h"
+#include "app/util/regularfile.h"
 #include "app/util/xmlplistreader.h"
 
 #include <QFile>
@@ -69,9 +70,9 @@ std::optional<QVariant> PropertyList::read(QByteArrayView data)
 PropertyList::FileBytes PropertyList::readFileBytes(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {.data = {}, .error = file.errorString()};
-    // A device or a pipe has no size to ask for, so the bound is on what is read.
+    if (const QString error = openRegularFile(file); !error.isEmpty())
+        return {.data = {}, .error = error};
+    // Some regular files, as those of the system's state, do not tell their size, so the bound is on what is read.
     QByteArray data = file.read(maximumInputBytes + 1);
     if (file.error() != QFileDevice::NoError)
         return {.data = {}, .error = file.errorString()};

@@ -46,14 +46,15 @@ inline constexpr double maximumDateSeconds = 1e12;
 struct FileBytes
 {
     QByteArray data; ///< its bytes, up to one more than maximumInputBytes: a file that is too large shows by that
-    QString error;   ///< why they could not be read, in the system's words; empty when they could
+    QString error;   ///< why they could not be read, as the system says it; empty when they could
 };
 
-/// The bytes of the file at `path`, for a caller who must tell a file that cannot be read from one that is damaged.
+/// The bytes of the regular file at `path`, for a caller who must tell a file that cannot be read from one that is
+/// damaged.
 [[nodiscard]] FileBytes readFileBytes(const QString &path);
 
-/// The dictionary in the file at `path`. Absent when the file cannot be read, is larger than maximumInputBytes, or is
-/// not a property list with a dictionary at its root.
+/// The dictionary in the file at `path`. Absent when it is no regular file, cannot be read, is larger than
+/// maximumInputBytes, or is not a property list with a dictionary at its root.
 [[nodiscard]] std::optional<QVariantMap> readPropertyListFile(const QString &path);
 
 /// Replaces the file at `path` by `data`, so that at any moment, power loss included, it has either the old content or

@@ -12,12 +12,8 @@ constexpr std::chrono::milliseconds betweenWindows{40};
 
 } // namespace
 
-FrontApplicationWatch::FrontApplicationWatch(std::vector<SourceKind> kinds, std::chrono::milliseconds retryInterval)
-    : mKinds(std::move(kinds))
+FrontApplicationWatch::FrontApplicationWatch(std::vector<SourceKind> kinds) : mKinds(std::move(kinds))
 {
-    mRetry.setSingleShot(true);
-    mRetry.setInterval(retryInterval);
-    mRetry.callOnTimeout(this, [this] { tryKind(0); });
     mNothingInFront.setSingleShot(true);
     mNothingInFront.setInterval(betweenWindows);
     mNothingInFront.setTimerType(Qt::PreciseTimer);
@@ -29,6 +25,12 @@ QString FrontApplicationWatch::sourceName() const
     return mIsReady ? mKinds.at(mKind).name : noSource;
 }
 
+void FrontApplicationWatch::start()
+{
+    if (!mSource)
+        tryKind(0);
+}
+
 void FrontApplicationWatch::tryKind(std::size_t index)
 {
     mIsReady = false;
@@ -36,7 +38,7 @@ void FrontApplicationWatch::tryKind(std::size_t index)
     if (index >= mKinds.size()) {
         if (!std::exchange(mHasSaidNone, true))
             qCInfo(lcFront, "no source tells which application is in front: profiles are switched when told");
-        mRetry.start();
+        Q_EMIT sourceMissing();
         return;
     }
     mKind = index;
@@ -45,6 +47,7 @@ void FrontApplicationWatch::tryKind(std::size_t index)
         mIsReady = true;
         mHasSaidNone = false;
         qCInfo(lcFront, "the application in front is told by %s", mKinds.at(mKind).name.data());
+        Q_EMIT sourceFound();
     });
     connect(mSource.get(), &FrontApplicationSource::applicationChanged, this, &FrontApplicationWatch::report);
     // Later: a source must not be destroyed while it is telling that it has failed.

@@ -25,11 +25,13 @@ public:
 
     static constexpr QLatin1StringView noSource{"none"};
 
-    /// Sources are tried in the order of `kinds`. While none of them works, all are tried again every `retryInterval`.
-    explicit FrontApplicationWatch(std::vector<SourceKind> kinds,
-                                   std::chrono::milliseconds retryInterval = std::chrono::seconds(3));
+    /// Sources are tried in the order of `kinds`.
+    explicit FrontApplicationWatch(std::vector<SourceKind> kinds);
 
-    void start() { tryKind(0); }
+    /// Begins with the first kind, unless a source works or all are being tried. The outcome is sourceFound() or
+    /// sourceMissing(), later.
+    void start();
+    [[nodiscard]] bool isTrying() const { return mSource && !mIsReady; }
 
     /// The source that tells, or noSource.
     [[nodiscard]] QString sourceName() const;
@@ -39,6 +41,9 @@ public:
     void report(const FrontApplication &application);
 
 Q_SIGNALS:
+    void sourceFound();
+    /// None works, or the one that did is gone and none takes its place: only start() leads on.
+    void sourceMissing();
     void applicationChanged(const FrontApplication &application);
 
 private:
@@ -50,8 +55,7 @@ private:
     std::size_t mKind = 0; // of mSource
     std::unique_ptr<FrontApplicationSource> mSource;
     bool mIsReady = false;
-    bool mHasSaidNone = false; // once in the log, not at every retry
+    bool mHasSaidNone = false; // once in the log, not at every start()
     FrontApplication mApplication;
-    QTimer mRetry;
     QTimer mNothingInFront;
 };

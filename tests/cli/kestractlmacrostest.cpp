@@ -50,6 +50,7 @@ private Q_SLOTS:
     void macroIsShownAsTheWindowShowsIt();
     void exportedMacroIsImportedUnderANameOfItsOwn();
     void importNamesWhatHasNoName();
+    void oldStyleTextIsImportedWithItsNumbers();
     void importRefusesWhatIsNoMacro_data();
     void importRefusesWhatIsNoMacro();
     void exportSaysWhatItCannotWrite();
@@ -180,8 +181,8 @@ void TestKestractlMacros::exportedMacroIsImportedUnderANameOfItsOwn()
     const QString file = path + u".KestraMacro"_s;
     QCOMPARE(line({u"export"_s, u"Tap"_s, path}), u"macro 0 \"Tap\" is in %1"_s.arg(file));
     QCOMPARE(PropertyList::readPropertyListFile(file).value_or(QVariantMap()), macro); // without "macroID"
-    QCOMPARE(run({u"export"_s, u"0"_s, file}).exitCode, 0);                            // the suffix is not doubled
-    QVERIFY(!QFile::exists(file + u".KestraMacro"_s));
+    QCOMPARE(run({u"export"_s, u"0"_s, file}).exitCode, 0); // as in the window, the suffix is appended again
+    QVERIFY(QFile::exists(file + u".KestraMacro"_s));
     QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Tap(2)\" is added"_s);
     QVariantMap imported = record(1);
     QVERIFY(imported.take(u"macroID"_s) != record(0).value(u"macroID"_s));
@@ -194,6 +195,20 @@ void TestKestractlMacros::importNamesWhatHasNoName()
     const QString file = fileWith(*mFolder, "<plist><dict><key>delay</key><integer>20</integer></dict></plist>");
     QCOMPARE(line({u"import"_s, file}), u"macro 0 \"Untitled Macro\" is added"_s);
     QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Untitled Macro(2)\" is added"_s);
+}
+
+void TestKestractlMacros::oldStyleTextIsImportedWithItsNumbers()
+{
+    const QString file = fileWith(*mFolder, "{ MacroName = Text; delay = 20; sequence = { Events = ("
+                                            "{ command = 1; delay = 0; page = 7; argument = 4; },"
+                                            "{ command = 0; delay = 15; page = 7; argument = 4; } ); }; }");
+    QCOMPARE(line({u"import"_s, file}), u"macro 0 \"Text\" is added"_s);
+    QVariantMap expected = MacroRecord::withEvents({{u"MacroName"_s, u"Text"_s}, {u"delay"_s, 20}},
+                                                   {MacroRecord::eventRecord({.command = 1, .argument = 4}),
+                                                    MacroRecord::eventRecord({.delayMs = 15, .argument = 4})});
+    QVariantMap imported = record(0);
+    imported.remove(u"macroID"_s);
+    QCOMPARE(QlCoreUtility::convertDictionaryToData(imported), QlCoreUtility::convertDictionaryToData(expected));
 }
 
 void TestKestractlMacros::importRefusesWhatIsNoMacro_data()

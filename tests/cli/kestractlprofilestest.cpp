@@ -32,6 +32,7 @@ private Q_SLOTS:
     void exportedProfileIsImportedAgain();
     void importTakesOnlyProfileFiles_data();
     void importTakesOnlyProfileFiles();
+    void oldStyleTextIsImportedWithItsNumbers();
     void exportThatCannotBeWrittenSaysSo();
     void profileIsBoundToADesktopEntry_data();
     void profileIsBoundToADesktopEntry();
@@ -166,9 +167,12 @@ void KestractlProfilesTest::restoredProfileKeepsItsName()
 
 void KestractlProfilesTest::exportedProfileIsImportedAgain()
 {
-    const QString path = mFolder->filePath(u"Default.KestraProfile"_s);
+    const QString named = mFolder->filePath(u"Default"_s);
+    const QString path = named + u".KestraProfile"_s;
     QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"export"_s, u"0"_s, path}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"export"_s, u"0"_s, named}).text(),
+             u"profile 0 \"Default Profile\" is in %1\n"_s.arg(path));
+    QVERIFY(!QFile::exists(named));
     QCOMPARE(PropertyList::readPropertyListFile(path), std::optional(profile(0)));
     QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Default Profile(2)\" is active\n"_s);
     QCOMPARE(profile(1).value(SettingsKeys::keys), profile(0).value(SettingsKeys::keys));
@@ -196,11 +200,22 @@ void KestractlProfilesTest::importTakesOnlyProfileFiles()
     QCOMPARE(names().size(), 1);
 }
 
+void KestractlProfilesTest::oldStyleTextIsImportedWithItsNumbers()
+{
+    const QString path = mFolder->filePath(u"file"_s);
+    write(path, "{ ProfileName = Text; AutoSwitchOn = 1; BrightnessKBNormal = 2;"
+                "  Keys = { 4 = { command = 16; param1 = 5; param2 = 2; }; }; }");
+    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Text\" is active\n"_s);
+    QCOMPARE(profile(1).value(u"BrightnessKBNormal"_s), QVariant(2));
+    QCOMPARE(profile(1).value(u"BrightnessKBNormal"_s).typeId(), int(QMetaType::Int));
+    QCOMPARE(run({u"key"_s, u"A"_s}).text(), u"A: Left Shift+B\n"_s);
+}
+
 void KestractlProfilesTest::exportThatCannotBeWrittenSaysSo()
 {
     const KestractlResult result = run({u"profile"_s, u"export"_s, u"0"_s, mFolder->filePath(u"no/such/folder"_s)});
     QCOMPARE(result.exitCode, 5);
-    QVERIFY(result.errorText().contains(u"no/such/folder"_s));
+    QVERIFY(result.errorText().contains(u"no/such/folder.KestraProfile"_s));
 }
 
 void KestractlProfilesTest::profileIsBoundToADesktopEntry_data()

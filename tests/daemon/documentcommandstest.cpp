@@ -73,6 +73,7 @@ class DocumentCommandsTest : public QObject
 private Q_SLOTS:
     void readSettingsReturnsTheDocument();
     void addedProfileIsLastAndActive();
+    void addedRecordsGetNumbersForTexts();
     void twentyProfilesAreTheLimit();
     void updateMergesTheGivenKeys();
     void updateOfOnScreenDisplayShowsInDeviceSettings();
@@ -117,6 +118,19 @@ void DocumentCommandsTest::addedProfileIsLastAndActive()
     QCOMPARE(outcome.status, Status::ok);
     QCOMPARE(profileNames(outcome.document), QStringList({u"A"_s, u"B"_s, u"C"_s, u"New"_s}));
     QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 3);
+}
+
+void DocumentCommandsTest::addedRecordsGetNumbersForTexts()
+{
+    const QVariantMap newProfile{{u"AutoSwitchOn"_s, u"1"_s}};
+    const CommandOutcome withProfile = apply(Command::addProfile, {{u"DeviceSettingsDictionary"_s, newProfile}});
+    const QVariant switched = SettingsDocument::profiles(withProfile.document).last().toMap().value(u"AutoSwitchOn"_s);
+    QCOMPARE(switched.typeId(), int(QMetaType::Int));
+    const QVariantMap newMacro =
+        MacroRecord::withEvents({{u"MacroName"_s, u"M"_s}}, {QVariantMap{{u"delay"_s, u"7"_s}}});
+    const CommandOutcome withMacro = apply(Command::addMacro, {{u"MacroContents"_s, newMacro}});
+    QCOMPARE(withMacro.status, Status::ok);
+    QCOMPARE(MacroRecord::events(macroAt(withMacro.document, 2)), (QVariantList{QVariantMap{{u"delay"_s, 7}}}));
 }
 
 void DocumentCommandsTest::twentyProfilesAreTheLimit()

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The daemon on real desktops without a screen: an X server with a window manager, and a Wayland compositor. Windows
 // are opened, focused and closed, and the profile follows.
+#include "daemon/frontapplication/sessionenvironment.h"
 #include "daemon/settingsdocument.h"
 #include "tests/cli/kestractlprocess.h"
+#include "tests/daemon/usermanagerservice.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/testdesktop.h"
 
@@ -25,13 +27,16 @@ private Q_SLOTS:
     void daemonOutlivesTheDesktop();
     void desktopThatComesLaterIsFound_data() { desktops(); }
     void desktopThatComesLaterIsFound();
+    void desktopThatOnlyTheServiceManagerKnowsIsFound_data() { desktops(); }
+    void desktopThatOnlyTheServiceManagerKnowsIsFound();
     void executableIsKnownOnX11();
 
 private:
     static void desktops();
     /// A daemon on `desktop` with "Default Profile", "A" and "B", the latter two bound to the applications "kestra-a"
     /// and "kestra-b".
-    void startDaemon(const TestDesktop &desktop);
+    enum class WithoutVariables { no, yes };
+    void startDaemon(const TestDesktop &desktop, WithoutVariables = WithoutVariables::no);
     QJsonObject status() const { return runKestractl({u"status"_s, u"--json"_s}).json().object(); }
     QString activeProfile() const { return status().value(u"activeProfileName"_s).toString(); }
 
@@ -46,11 +51,15 @@ void FrontApplicationTest::desktops()
     QTest::newRow("Wayland") << TestDesktop::Kind::wayland << u"wayland"_s;
 }
 
-void FrontApplicationTest::startDaemon(const TestDesktop &desktop)
+void FrontApplicationTest::startDaemon(const TestDesktop &desktop, WithoutVariables withoutVariables)
 {
     mDaemon.reset(); // before the next one takes its names
     mDaemon = std::make_unique<DaemonProcessFixture>();
     mDaemon->environment() = desktop.in(mDaemon->environment());
+    if (withoutVariables == WithoutVariables::yes) {
+        for (const QString &name : SessionEnvironment::variables())
+            mDaemon->environment().remove(name);
+    }
     QVERIFY(mDaemon->start());
     for (const QString &name : {u"A"_s, u"B"_s}) {
         const QVariantMap appInfo{{u"identifier"_s, QString(u"kestra-"_s + name.toLower())}};
@@ -124,6 +133,25 @@ void FrontApplicationTest::desktopThatComesLaterIsFound()
     QVERIFY(desktop.open(u"kestra-a"_s));
     QTRY_COMPARE_WITH_TIMEOUT(status().value(u"frontApplicationSource"_s).toString(), source, 20000);
     QTRY_COMPARE(activeProfile(), u"A"_s); // was in front before the daemon looked
+    mDaemon.reset();
+}
+
+void FrontApplicationTest::desktopThatOnlyTheServiceManagerKnowsIsFound()
+{
+    QFETCH(TestDesktop::Kind, kind);
+    QFETCH(QString, source);
+    UserManagerService manager;
+    TestDesktop desktop(kind);
+    startDaemon(desktop, WithoutVariables::yes); // as a user service is, before somebody logs in
+    QCOMPARE(status().value(u"frontApplicationSource"_s).toString(), u"none"_s);
+    QVERIFY(desktop.start());
+    QVERIFY(desktop.open(u"kestra-a"_s));
+    QCOMPARE(status().value(u"frontApplicationSource"_s).toString(), u"none"_s);
+    const QProcessEnvironment session = desktop.in({});
+    manager.setEnvironment(session.toStringList());
+    manager.endJob(u"graphical-session.target"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(status().value(u"frontApplicationSource"_s).toString(), source, 20000);
+    QTRY_COMPARE(activeProfile(), u"A"_s);
     mDaemon.reset();
 }
 

@@ -6,7 +6,6 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -46,6 +45,7 @@ private Q_SLOTS:
     void firstSourceThatWorksIsUsed();
     void withoutASourceItSaysSoAndTakesWhatItIsTold();
     void sourceThatComesLaterIsFound();
+    void startDoesNotDisturbASource();
     void lostSourceIsReplaced();
     void lostSourceLeavesNothingInFront();
     void sameApplicationIsToldOnce();
@@ -74,14 +74,18 @@ private:
     QPointer<ScriptedSource> mSource; // the one in use
     std::unique_ptr<FrontApplicationWatch> mWatch;
     std::unique_ptr<QSignalSpy> mChanges;
+    std::unique_ptr<QSignalSpy> mFound;
+    std::unique_ptr<QSignalSpy> mMissing;
 };
 
 void FrontApplicationWatchTest::init()
 {
     mIsFirstThere = mIsSecondThere = true;
     mWatch = std::make_unique<FrontApplicationWatch>(
-        std::vector{kind("first"_L1, mIsFirstThere), kind("second"_L1, mIsSecondThere)}, 5ms);
+        std::vector{kind("first"_L1, mIsFirstThere), kind("second"_L1, mIsSecondThere)});
     mChanges = std::make_unique<QSignalSpy>(mWatch.get(), &FrontApplicationWatch::applicationChanged);
+    mFound = std::make_unique<QSignalSpy>(mWatch.get(), &FrontApplicationWatch::sourceFound);
+    mMissing = std::make_unique<QSignalSpy>(mWatch.get(), &FrontApplicationWatch::sourceMissing);
 }
 
 void FrontApplicationWatchTest::firstSourceThatWorksIsUsed()
@@ -108,9 +112,28 @@ void FrontApplicationWatchTest::sourceThatComesLaterIsFound()
 {
     mIsFirstThere = mIsSecondThere = false;
     mWatch->start();
-    QCOMPARE(mWatch->sourceName(), u"none"_s);
+    QVERIFY(mWatch->isTrying());
+    QTRY_COMPARE(mMissing->size(), 1);
+    QVERIFY(!mWatch->isTrying());
     mIsFirstThere = true;
+    mWatch->start();
     QTRY_COMPARE(mWatch->sourceName(), u"first"_s);
+    QCOMPARE(mFound->size(), 1);
+    QCOMPARE(mMissing->size(), 1);
+}
+
+void FrontApplicationWatchTest::startDoesNotDisturbASource()
+{
+    mIsFirstThere = false;
+    mWatch->start();
+    mWatch->start(); // while the first one fails
+    QTRY_COMPARE(mWatch->sourceName(), u"second"_s);
+    mIsFirstThere = true;
+    mSource->tell(u"game"_s);
+    mWatch->start();
+    QCOMPARE(mWatch->sourceName(), u"second"_s);
+    QCOMPARE(mFound->size(), 1);
+    QCOMPARE(mWatch->application().name(), u"game"_s);
 }
 
 void FrontApplicationWatchTest::lostSourceIsReplaced()
@@ -124,9 +147,8 @@ void FrontApplicationWatchTest::lostSourceIsReplaced()
     mIsSecondThere = false;
     QTest::ignoreMessage(QtWarningMsg, "desktop: second: lost");
     mSource->lose();
-    QTRY_COMPARE(mWatch->sourceName(), u"none"_s);
-    mIsFirstThere = true;
-    QTRY_COMPARE(mWatch->sourceName(), u"first"_s);
+    QTRY_COMPARE(mMissing->size(), 1);
+    QCOMPARE(mWatch->sourceName(), u"none"_s);
 }
 
 void FrontApplicationWatchTest::lostSourceLeavesNothingInFront()

@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 class ApplicationInformationTest : public QObject
@@ -109,6 +111,23 @@ private slots:
             write(name, content);
         const QString application = name.section(u'/', 0, 0);
         QVERIFY(!ApplicationInformation::read(application.isEmpty() ? QString() : path(application)));
+    }
+
+    void aPipeGivesNothingAndIsNotWaitedFor_data()
+    {
+        QTest::addColumn<QString>("pipe");
+        QTest::addColumn<QString>("application");
+        QTest::newRow("as an entry") << u"pipe.desktop"_s << u"pipe.desktop"_s;
+        QTest::newRow("in a bundle") << u"Pipe.app/Contents/Info.plist"_s << u"Pipe.app"_s;
+    }
+
+    void aPipeGivesNothingAndIsNotWaitedFor()
+    {
+        QFETCH(QString, pipe);
+        QFETCH(QString, application);
+        QVERIFY(QDir(path(u""_s)).mkpath(u"Pipe.app/Contents"_s));
+        QCOMPARE(::mkfifo(QFile::encodeName(path(pipe)).constData(), 0600), 0);
+        QVERIFY(!ApplicationInformation::read(path(application)));
     }
 
     void aFolderWithoutInformationGivesNothing() { QVERIFY(!ApplicationInformation::read(path(u"share"_s))); }

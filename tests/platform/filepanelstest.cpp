@@ -3,6 +3,7 @@
 
 #include "platform/sheet.h"
 
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
 #include <QHeaderView>
@@ -77,6 +78,18 @@ private slots:
         QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Racer.app"_s));
     }
 
+    void aFolderOfATypeIsChosenByTheOpenButton()
+    {
+        const auto panel = openPanel();
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        select(*panel, u"Racer.app"_s);
+        QPushButton *open = panel->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open);
+        QVERIFY(open->isEnabled());
+        open->click();
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Racer.app"_s));
+    }
+
     void anotherFolderIsOpened()
     {
         const auto panel = openPanel();
@@ -135,6 +148,34 @@ private slots:
         panel->accept();
         QCOMPARE(finished, QList<QVariantList>{{panelOK}});
         QCOMPARE(panel->chosenPath(), mFolder->filePath(file));
+    }
+
+    void aLongNameIsCutToWhatAFileCanBear()
+    {
+        const auto panel = savePanel(QString(300, u'a'));
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(QString(250, u'a') + u".Kind"_s));
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        type(*panel, QString(300, u'b'));
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(QString(250, u'b') + u".Kind"_s));
+    }
+
+    void aFolderOfTheProposedNameIsNotInTheWay()
+    {
+        const auto panel = savePanel(u"Folder"_s);
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        panel->accept();
+        QCOMPARE(finished, QList<QVariantList>{{panelOK}});
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Folder.Kind"_s));
+    }
+
+    void aFolderOfATypedNameIsOpened()
+    {
+        const auto panel = savePanel(u"Proposed"_s);
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        type(*panel, u"Folder"_s);
+        QVERIFY(finished.isEmpty());
+        QCOMPARE(panel->directory().absolutePath(), mFolder->filePath(u"Folder"_s));
     }
 
     void thePanelShowsItsColumnsWhole()
@@ -197,6 +238,13 @@ private:
 
     static void activate(QFileDialog &panel, const QString &name)
     {
+        select(panel, name);
+        auto *tree = panel.findChild<QTreeView *>(u"treeView"_s);
+        emit tree->activated(tree->currentIndex());
+    }
+
+    static void select(QFileDialog &panel, const QString &name)
+    {
         panel.setViewMode(QFileDialog::Detail);
         auto *tree = panel.findChild<QTreeView *>(u"treeView"_s);
         const auto find = [&] {
@@ -206,7 +254,6 @@ private:
         };
         QTRY_VERIFY(find().isValid());
         tree->setCurrentIndex(find());
-        emit tree->activated(find());
     }
 
     static void pressAlertButton(QWidget &panel, QLatin1StringView name)

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void returnsTheButtonsOfAnAlert_data();
     void returnsTheButtonsOfAnAlert();
     void answersReturnAndEscapeInAnAlert();
+    void longNamesFitIntoAnAlert_data();
+    void longNamesFitIntoAnAlert();
 
 private:
     QWidget mWindow;
@@ -219,6 +221,29 @@ void SheetTest::answersReturnAndEscapeInAnAlert()
     QTest::keyClick(showAlert({u"Title"_s, u"Text"_s, u"OK"_s, u"Cancel"_s}, &mWindow, note), Qt::Key_Return);
     QTest::keyClick(showAlert({u"Title"_s, u"Text"_s, u"OK"_s, u"Cancel"_s}, &mWindow, note), Qt::Key_Escape);
     QCOMPARE(codes, (QList<int>{1000, 1001}));
+}
+
+void SheetTest::longNamesFitIntoAnAlert_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("many words") << u"Start "_s + u"many words "_s.repeated(1000) + u"End"_s;
+    QTest::newRow("one word") << u"Start"_s + QString(10'000, u'm') + u"End"_s;
+    QTest::newRow("many lines") << u"Start"_s + u"line\n"_s.repeated(1000) + u"End"_s;
+}
+
+void SheetTest::longNamesFitIntoAnAlert()
+{
+    QFETCH(QString, name);
+    QCOMPARE(nameInAlert(u"A name as people give it"_s), u"A name as people give it"_s);
+    const QString shown = nameInAlert(name);
+    QVERIFY(shown.startsWith(u"Start"_s) && shown.endsWith(u"End"_s));
+    QVERIFY(shown.contains(u'…') && !shown.contains(u'\n'));
+    Sheet *alert = showAlert({u"Delete “%1”?"_s.arg(shown), u"Text"_s, u"OK"_s, u"Cancel"_s}, &mWindow);
+    QVERIFY(QTest::qWaitForWindowExposed(alert));
+    const auto *title = alert->findChild<QLabel *>(u"alertTitle"_s);
+    QVERIFY(title->height() >= title->heightForWidth(title->width()));
+    QVERIFY(alert->width() < 800);
+    delete alert;
 }
 
 QTEST_MAIN(SheetTest)

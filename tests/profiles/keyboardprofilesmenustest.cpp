@@ -38,8 +38,12 @@ private Q_SLOTS:
     void f2RenamesWhicheverColumnIsCurrent();
     void theDeleteKeyAsks();
     void theDeleteKeySparesTheLastProfile();
-    void anAnswerForAnotherProfileIsNotTaken_data();
-    void anAnswerForAnotherProfileIsNotTaken();
+    void anAlertGoesWithTheProfileThatItNames_data();
+    void anAlertGoesWithTheProfileThatItNames();
+    void anAlertStaysWhileItsProfileDoes();
+    void aLongNameIsShortenedInTheAlert();
+    void commandsForAProfileNeedASelectedOne_data();
+    void commandsForAProfileNeedASelectedOne();
     void unknownTagsDoNothing();
     void keyEquivalentsReachOnlyTheNameEditor();
 };
@@ -262,23 +266,74 @@ void KeyboardProfilesMenusTest::theDeleteKeySparesTheLastProfile()
     QVERIFY(!alert());
 }
 
-void KeyboardProfilesMenusTest::anAnswerForAnotherProfileIsNotTaken_data()
+void KeyboardProfilesMenusTest::anAlertGoesWithTheProfileThatItNames_data()
 {
     QTest::addColumn<int>("tag");
     QTest::newRow("delete") << int(ProfileCommands::deleteProfile);
     QTest::newRow("restore") << int(ProfileCommands::restoreDefault);
 }
 
-void KeyboardProfilesMenusTest::anAnswerForAnotherProfileIsNotTaken()
+void KeyboardProfilesMenusTest::anAlertGoesWithTheProfileThatItNames()
 {
     QFETCH(int, tag);
-    fill({u"A"_s, u"B"_s}, 1);
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
     choose(tag);
     QVERIFY(alert());
-    mDelegate->active = 0; // a key of the keyboard switched
+    // As when the application in front has switched profiles.
+    mDelegate->active = 2;
     mDelegate->refresh();
-    press("alertDefaultButton"_L1);
+    QVERIFY(!alert());
     QVERIFY(mDelegate->calls.isEmpty());
+    choose(tag);
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate->calls.size(), 1);
+}
+
+void KeyboardProfilesMenusTest::anAlertStaysWhileItsProfileDoes()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    choose(ProfileCommands::deleteProfile);
+    mDelegate->profiles.prepend(profileNamed(u"New"_s));
+    mDelegate->active = 2;
+    mDelegate->refresh();
+    QVERIFY(alert());
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
+    QCOMPARE(mDelegate->calls.first().profileID, 2);
+}
+
+void KeyboardProfilesMenusTest::aLongNameIsShortenedInTheAlert()
+{
+    fill({u"A"_s, u"Start "_s + u"many words "_s.repeated(1000) + u"End"_s}, 1);
+    choose(ProfileCommands::deleteProfile);
+    const auto *title = alert()->findChild<QLabel *>(u"alertTitle"_s);
+    QVERIFY(title->text().startsWith(u"Delete the profile “Start"_s));
+    QVERIFY(title->text().endsWith(u"End”?"_s));
+    QVERIFY(title->text().contains(u'…'));
+}
+
+void KeyboardProfilesMenusTest::commandsForAProfileNeedASelectedOne_data()
+{
+    QTest::addColumn<int>("tag");
+    QTest::newRow("rename") << int(ProfileCommands::rename);
+    QTest::newRow("export") << int(ProfileCommands::exportProfile);
+    QTest::newRow("delete") << int(ProfileCommands::deleteProfile);
+    QTest::newRow("copy") << int(ProfileCommands::copy);
+    QTest::newRow("remove application") << int(ProfileCommands::removeApplication);
+    QTest::newRow("restore default") << int(ProfileCommands::restoreDefault);
+}
+
+void KeyboardProfilesMenusTest::commandsForAProfileNeedASelectedOne()
+{
+    QFETCH(int, tag);
+    fill({u"A"_s, u"B"_s});
+    table()->deselectAll();
+    choose(tag);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(!alert());
+    QVERIFY(!mController->profileSavePanel());
+    QCOMPARE(table()->editedRow(), -1);
+    QCOMPARE(mController->allProfilesArray().size(), 2);
 }
 
 void KeyboardProfilesMenusTest::unknownTagsDoNothing()

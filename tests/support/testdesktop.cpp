@@ -86,13 +86,16 @@ bool TestDesktop::startX11()
             return false;
         mDisplay = u':' + QString::fromLatin1(mServer->readLine()).trimmed();
     }
-    if (!QTest::qWaitFor([this] { return run(u"xdotool"_s, {u"getdisplaygeometry"_s}); }, waitMs))
+    const auto isConnected = [this] {
+        mX11Windows = std::make_unique<X11Windows>(mDisplay);
+        return mX11Windows->isConnected();
+    };
+    if (!QTest::qWaitFor(isConnected, waitMs))
         return false;
     QProcessEnvironment environment = in(QProcessEnvironment::systemEnvironment());
     environment.insert(u"HOME"_s, mRuntimeFolder.path()); // nobody's own settings
     mWindowManager = started(u"openbox"_s, {u"--sm-disable"_s}, environment);
-    // Only a window manager tells the number of desktops.
-    return mWindowManager && QTest::qWaitFor([this] { return run(u"xdotool"_s, {u"get_num_desktops"_s}); }, waitMs);
+    return mWindowManager && QTest::qWaitFor([this] { return mX11Windows->hasWindowManager(); }, waitMs);
 }
 
 bool TestDesktop::startWayland()
@@ -127,6 +130,7 @@ void TestDesktop::stop()
 {
     for (const QString &name : mWindows.keys())
         close(name);
+    mX11Windows.reset();
     if (mServer)
         mServer->kill();
     end(std::move(mWindowManager));
@@ -173,7 +177,6 @@ void TestDesktop::close(const QString &name)
 bool TestDesktop::focus(const QString &name) const
 {
     if (mKind == Kind::x11)
-        return run(u"xdotool"_s,
-                   {u"search"_s, u"--onlyvisible"_s, u"--class"_s, u"^%1$"_s.arg(name), u"windowactivate"_s});
+        return mX11Windows->activate(name);
     return run(u"swaymsg"_s, {u"[app_id=\"^%1$\"]"_s.arg(name), u"focus"_s});
 }

@@ -3,6 +3,8 @@
 // windows of given names. The test's thread.
 #pragma once
 
+#include "tests/support/x11windows.h"
+
 #include <QHash>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -43,5 +45,6 @@ private:
     QString mDisplay;
     std::unique_ptr<QProcess> mServer;
     std::unique_ptr<QProcess> mWindowManager;
+    std::unique_ptr<X11Windows> mX11Windows;
     QHash<QString, QProcess *> mWindows;
 };

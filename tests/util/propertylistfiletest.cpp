@@ -7,6 +7,8 @@
 
 #include <cerrno>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 class PropertyListFileTest : public QObject
@@ -21,7 +23,7 @@ private slots:
     void otherRootIsAbsent();
     void emptyFileIsAbsent();
     void tooLargeFileIsAbsent();
-    void endlessFileIsAbsent();
+    void onlyARegularFileIsRead();
     void replacesFileByANewOne();
     void keepsOldFileWhenWritingFails();
     void leavesNothingElseInTheFolder();
@@ -91,9 +93,17 @@ void PropertyListFileTest::tooLargeFileIsAbsent()
     QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"larger"_s)));
 }
 
-void PropertyListFileTest::endlessFileIsAbsent()
+void PropertyListFileTest::onlyARegularFileIsRead()
 {
-    QVERIFY(!PropertyList::readPropertyListFile(u"/dev/zero"_s));
+    const QString pipe = inFolder(u"pipe"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString &path : {u"/dev/zero"_s, pipe}) { // one would never end, the other would wait for a writer
+        QCOMPARE(PropertyList::readFileBytes(path).error, u"Not a regular file"_s);
+        QVERIFY(!PropertyList::readPropertyListFile(path));
+    }
+    QVERIFY(QFile::link(inFolder(u"linked"_s), inFolder(u"link to it"_s)));
+    write(u"linked"_s, "{ a = b; }");
+    QVERIFY(PropertyList::readPropertyListFile(inFolder(u"link to it"_s)));
 }
 
 void PropertyListFileTest::replacesFileByANewOne()

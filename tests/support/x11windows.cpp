@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/x11windows.h"
+
+#include <QList>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace {
+
+template <typename T> using Freed = std::unique_ptr<T, decltype(&std::free)>;
+
+} // namespace
+
+X11Windows::X11Windows(const QString &display) : mConnection(xcb_connect(display.toLatin1().constData(), nullptr))
+{
+    if (!isConnected())
+        return;
+    mRoot = xcb_setup_roots_iterator(xcb_get_setup(mConnection)).data->root;
+    mActiveWindow = atom("_NET_ACTIVE_WINDOW");
+    mClientList = atom("_NET_CLIENT_LIST");
+}
+
+X11Windows::~X11Windows()
+{
+    xcb_disconnect(mConnection);
+}
+
+bool X11Windows::isConnected() const
+{
+    return xcb_connection_has_error(mConnection) == 0;
+}
+
+xcb_atom_t X11Windows::atom(QByteArrayView name)
+{
+    const auto cookie = xcb_intern_atom(mConnection, 0, static_cast<uint16_t>(name.size()), name.data());
+    const Freed<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(mConnection, cookie, nullptr), &std::free);
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+QByteArray X11Windows::property(xcb_window_t window, xcb_atom_t property, xcb_atom_t type)
+{
+    constexpr uint32_t longest = 1024; // in units of four bytes
+    const auto cookie = xcb_get_property(mConnection, 0, window, property, type, 0, longest);
+    const Freed<xcb_get_property_reply_t> reply(xcb_get_property_reply(mConnection, cookie, nullptr), &std::free);
+    return reply ? QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                              xcb_get_property_value_length(reply.get()))
+                 : QByteArray();
+}
+
+bool X11Windows::hasWindowManager()
+{
+    const xcb_atom_t check = atom("_NET_SUPPORTING_WM_CHECK");
+    return isConnected() && !property(mRoot, check, XCB_ATOM_WINDOW).isEmpty();
+}
+
+bool X11Windows::activate(const QString &name)
+{
+    const QByteArray list = property(mRoot, mClientList, XCB_ATOM_WINDOW);
+    for (qsizetype offset = 0; offset + qsizetype(sizeof(xcb_window_t)) <= list.size();
+         offset += sizeof(xcb_window_t)) {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        std::memcpy(&window, list.constData() + offset, sizeof window);
+        if (!property(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING).split('\0').contains(name.toLatin1()))
+            continue;
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = window;
+        message.type = mActiveWindow;
+        message.data.data32[0] = 2; // from a pager: the user wants it
+        xcb_send_event(mConnection, 0, mRoot, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                       reinterpret_cast<const char *>(&message));
+        return xcb_flush(mConnection) > 0;
+    }
+    return false;
+}

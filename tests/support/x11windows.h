@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// The windows of an X server's window manager, and giving one of them the focus as a task bar does: without starting a
+// program, so that it takes no time of its own. The test's thread.
+#pragma once
+
+#include <QString>
+
+#include <xcb/xcb.h>
+
+class X11Windows
+{
+public:
+    /// Connects to `display` (":7").
+    explicit X11Windows(const QString &display);
+    ~X11Windows();
+    Q_DISABLE_COPY_MOVE(X11Windows)
+
+    /// False when the server does not answer.
+    [[nodiscard]] bool isConnected() const;
+    /// Whether a window manager has told which windows it manages.
+    [[nodiscard]] bool hasWindowManager();
+    /// Asks the window manager to bring the window whose class is `name` to the front; false when there is none. Does
+    /// not wait for it.
+    [[nodiscard]] bool activate(const QString &name);
+
+private:
+    [[nodiscard]] QByteArray property(xcb_window_t window, xcb_atom_t property, xcb_atom_t type);
+    [[nodiscard]] xcb_atom_t atom(QByteArrayView name);
+
+    xcb_connection_t *mConnection = nullptr;
+    xcb_window_t mRoot = XCB_WINDOW_NONE;
+    xcb_atom_t mActiveWindow = XCB_ATOM_NONE;
+    xcb_atom_t mClientList = XCB_ATOM_NONE;
+};
