@@ -227,8 +227,8 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     const qreal size = std::max(minimumMarkPixels, unit * markSize);
     const QRectF mark(face.right() - size - unit * 0.035, face.bottom() - size - unit * 0.035, size, size);
     paintKeyMark(painter, mark, state.mark, palette, state.isEnabled);
-    if (state.isSelected)
-        paintRing(painter, place, unit, colors.accent);
+    if (state.isSelected) // stronger than the accent: the light around the keys may have its colour
+        paintRing(painter, place, unit, body.isDark ? colors.accent.lighter(160) : colors.accent.darker(170));
     if (state.hasFocus && state.isEnabled) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(colors.legend, 1, Qt::DotLine));

@@ -140,6 +140,9 @@ void PopUpButton::openMenu()
     setDown(true);
     mMenu->setMinimumWidth(width());
     mMenu->popup(mapToGlobal(rect().bottomLeft()));
+    // The arrow keys go on from here. An item with a submenu would open it at once.
+    if (QAction *item = itemAtIndex(mSelectedIndex); item && !item->menu())
+        mMenu->setActiveAction(item);
 }
 
 void PopUpButton::pick(QAction *item)

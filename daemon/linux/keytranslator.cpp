@@ -89,7 +89,7 @@ void KeyTranslator::press(Node &node, quint16 code, Time time)
     if (++mHolders[meaning] > 1)
         return;
     if (std::ranges::find(panicChord, meaning) != panicChord.end() && isPanicChordHeld())
-        mSink.panicked();
+        mSink.panic();
     else
         tell(meaning, true, time);
 }
@@ -119,7 +119,7 @@ bool KeyTranslator::isPanicChordHeld() const
 void KeyTranslator::tell(Meaning meaning, bool isDown, Time time)
 {
     if (meaning < firstPassed)
-        mSink.keyChanged({HidUsage::keyboardPage, meaning}, isDown, time);
+        mSink.takeKey({HidUsage::keyboardPage, meaning}, isDown, time);
     else
         mSink.passKey(static_cast<quint16>(meaning - firstPassed), isDown, time);
 }

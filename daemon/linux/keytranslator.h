@@ -19,13 +19,13 @@ public:
     virtual ~KeySink() = default;
 
     /// A key of the keyboard page went down, or the last of those that mean it came up.
-    virtual void keyChanged(HidUsage key, bool isDown, Time time) = 0;
+    virtual void takeKey(HidUsage key, bool isDown, Time time) = 0;
     /// The same for what is no such key, by its Linux key code: media keys, buttons, what nobody knows.
     virtual void passKey(quint16 code, bool isDown, Time time) = 0;
     /// A wheel or dial of the keyboard was turned.
     virtual void passMotion(quint16 code, int value, Time time) = 0;
     /// Backspace, Escape and Return are held together. The key that completed it is not told otherwise.
-    virtual void panicked() = 0;
+    virtual void panic() = 0;
 };
 
 /// A key that is held on several nodes, or twice on one, goes down with the first and comes up with the last. What a

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/linux/outputdevice.h"
 
+#include "daemon/devices.h"
+
 #include <libevdev/libevdev-uinput.h>
 #include <libevdev/libevdev.h>
 
@@ -37,14 +39,10 @@ static_assert(BTN_TASK + 9 == BTN_JOYSTICK);
 
 QString problemOf(int error)
 {
-    if (error == EACCES || error == EPERM)
-        return u"No permission to open /dev/uinput. Install the udev rule 70-quill-kestra.rules (sudo cp "
-               u"70-quill-kestra.rules /etc/udev/rules.d/ && sudo udevadm control --reload && sudo udevadm trigger "
-               u"/dev/uinput), then log in at the machine's own screen."_s;
-    if (error == ENOENT || error == ENODEV)
-        return u"The kernel has no uinput device. Load it with: sudo modprobe uinput (and name it in "
-               u"/etc/modules-load.d/ to have it after the next start, too)."_s;
-    return u"The virtual output keyboard cannot be made: %1 (uinput)."_s.arg(QString::fromLocal8Bit(strerror(error)));
+    if (error == EACCES || error == EPERM || error == ENOENT || error == ENODEV)
+        return u"The daemon cannot make its own keyboard: %1 (/dev/uinput). %2"_s.arg(
+            QString::fromLocal8Bit(strerror(error)), outputRightsRemedy());
+    return u"The daemon cannot make its own keyboard: %1 (/dev/uinput)."_s.arg(QString::fromLocal8Bit(strerror(error)));
 }
 
 libevdev *describe()
@@ -93,26 +91,29 @@ std::unique_ptr<OutputDevice> OutputDevice::create(QString &problem)
         problem = problemOf(-error);
         return nullptr;
     }
-    return std::unique_ptr<OutputDevice>(new OutputDevice(device));
+    return std::unique_ptr<OutputDevice>(new OutputDevice(file, device));
 }
 
-OutputDevice::OutputDevice(libevdev_uinput *device) : mDevice(device), mBatch(std::make_unique<Batch>()) {}
+std::unique_ptr<OutputDevice> OutputDevice::onFile(int descriptor)
+{
+    return std::unique_ptr<OutputDevice>(new OutputDevice(descriptor, nullptr));
+}
+
+OutputDevice::OutputDevice(int descriptor, libevdev_uinput *device)
+    : mDescriptor(descriptor), mDevice(device), mBatch(std::make_unique<Batch>())
+{
+}
 
 OutputDevice::~OutputDevice()
 {
-    const int file = fileDescriptor();
-    libevdev_uinput_destroy(mDevice); // leaves the file open: it was not opened there
-    ::close(file);
-}
-
-int OutputDevice::fileDescriptor() const
-{
-    return libevdev_uinput_get_fd(mDevice);
+    if (mDevice)
+        libevdev_uinput_destroy(mDevice); // leaves the file open: it was not opened there
+    ::close(mDescriptor);
 }
 
 QString OutputDevice::systemPath() const
 {
-    return QString::fromLocal8Bit(libevdev_uinput_get_syspath(mDevice));
+    return mDevice ? QString::fromLocal8Bit(libevdev_uinput_get_syspath(mDevice)) : QString();
 }
 
 bool OutputDevice::hasKey(quint16 code)
@@ -136,6 +137,14 @@ void OutputDevice::letGo(quint16 code)
         append(EV_KEY, code, 0);
 }
 
+void OutputDevice::letGoOfAll()
+{
+    for (quint16 code = 0; code < mHolders.size(); ++code) {
+        if (std::exchange(mHolders[code], quint16(0)) > 0)
+            append(EV_KEY, code, 0);
+    }
+}
+
 void OutputDevice::turn(quint16 wheelCode, int value)
 {
     append(EV_REL, wheelCode, value);
@@ -154,7 +163,7 @@ bool OutputDevice::flush()
     mBatch->count = 0;
     mBatch->keys.reset();
     while (left > 0) {
-        const ssize_t written = ::write(fileDescriptor(), data, left);
+        const ssize_t written = ::write(mDescriptor, data, left);
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)
@@ -183,7 +192,7 @@ void OutputDevice::append(quint16 type, quint16 code, int value)
 void OutputDevice::readLeds(const std::function<void(quint16 led, bool isOn)> &function)
 {
     std::array<input_event, ledsPerRead> events;
-    const ssize_t size = ::read(fileDescriptor(), events.data(), sizeof events);
+    const ssize_t size = ::read(mDescriptor, events.data(), sizeof events);
     for (std::size_t index = 0; size > 0 && index < static_cast<std::size_t>(size) / sizeof(input_event); ++index) {
         const input_event &event = events[index];
         if (event.type == EV_LED && event.code <= LED_MAX)

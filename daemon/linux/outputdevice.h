@@ -28,31 +28,35 @@ public:
 
     /// Null when the system does not let it; `problem` then says why, with the remedy.
     [[nodiscard]] static std::unique_ptr<OutputDevice> create(QString &problem);
+    /// One that writes its events to this file, and owns it, for who wants to read them himself.
+    [[nodiscard]] static std::unique_ptr<OutputDevice> onFile(int descriptor);
     ~OutputDevice();
     OutputDevice(const OutputDevice &) = delete;
     OutputDevice &operator=(const OutputDevice &) = delete;
 
-    [[nodiscard]] int fileDescriptor() const; ///< readable when the desktop has switched an LED
-    [[nodiscard]] QString systemPath() const; ///< its folder below /sys, of the input device
+    [[nodiscard]] int descriptor() const { return mDescriptor; } ///< readable when the desktop has switched an LED
+    [[nodiscard]] QString systemPath() const; ///< its folder below /sys, of the input device; empty for onFile()
     [[nodiscard]] static bool hasKey(quint16 code);
 
     /// A code that several hold goes down with the first and comes up with the last; one that nobody holds does not
     /// come up. The desktop sees it with the next flush().
     void hold(quint16 code);
     void letGo(quint16 code);
+    void letGoOfAll(); ///< whoever holds it
     void turn(quint16 wheelCode, int value);
     /// Ends the report. False when the system did not take it; what was in it is lost.
     bool flush();
 
-    /// Calls `function(ledCode, isOn)` for each LED that the desktop has switched; at most `maximum` of them.
+    /// Calls `function(ledCode, isOn)` for each LED that the desktop has switched.
     void readLeds(const std::function<void(quint16 led, bool isOn)> &function);
 
 private:
-    explicit OutputDevice(libevdev_uinput *device);
+    OutputDevice(int descriptor, libevdev_uinput *device);
     void append(quint16 type, quint16 code, int value);
 
     struct Batch;
-    libevdev_uinput *mDevice;
+    int mDescriptor;
+    libevdev_uinput *mDevice; // null for onFile()
     std::unique_ptr<Batch> mBatch;
     std::array<quint16, KeyCodes::codeCount> mHolders{};
 };

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void opensByMouseAndPicksByKeyboard();
     void opensByKeyboard_data();
     void opensByKeyboard();
+    void arrowsGoOnFromTheSelectedItem();
+    void openingKeepsSubmenusClosed();
     void longTitlesDoNotWidenItWithoutEnd();
 };
 
@@ -211,6 +213,38 @@ void PopUpButtonTest::opensByKeyboard()
     QVERIFY(button.isDown());
     button.popUpMenu()->hide();
     QVERIFY(!button.isDown());
+}
+
+void PopUpButtonTest::arrowsGoOnFromTheSelectedItem()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s});
+    button.selectItemAtIndex(1);
+    QSignalSpy picked(&button, &PopUpButton::itemPicked);
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    QTest::keyPress(&button, Qt::Key_Space);
+    QTRY_VERIFY(button.popUpMenu()->isVisible());
+    QTest::keyClick(button.popUpMenu(), Qt::Key_Down);
+    QTest::keyClick(button.popUpMenu(), Qt::Key_Return);
+    QCOMPARE(picked.count(), 1);
+    QCOMPARE(button.indexOfSelectedItem(), 2);
+}
+
+void PopUpButtonTest::openingKeepsSubmenusClosed()
+{
+    PopUpButton button;
+    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    auto *submenu = new QMenu;
+    submenu->addAction(u"Inner"_s);
+    button.setSubmenuAtIndex(1, submenu);
+    button.selectItemAtIndex(1);
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    button.openMenu();
+    QTRY_VERIFY(button.popUpMenu()->isVisible());
+    QVERIFY(!submenu->isVisible());
+    QVERIFY(!button.popUpMenu()->activeAction());
 }
 
 void PopUpButtonTest::longTitlesDoNotWidenItWithoutEnd()

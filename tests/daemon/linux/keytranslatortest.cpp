@@ -14,10 +14,10 @@ namespace {
 class Recorder : public KeySink
 {
 public:
-    void keyChanged(HidUsage key, bool isDown, Time time) override { change(key.usage, isDown, time); }
+    void takeKey(HidUsage key, bool isDown, Time time) override { change(key.usage, isDown, time); }
     void passKey(quint16 code, bool isDown, Time time) override { change(0x10000 + code, isDown, time); }
     void passMotion(quint16, int, Time) override {}
-    void panicked() override { ++panics; }
+    void panic() override { ++panics; }
 
     int panics = 0;
     int changes = 0;

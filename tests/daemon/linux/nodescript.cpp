@@ -73,7 +73,7 @@ QString NodeScript::runEvent(const QString &node, const QStringList &words)
     return {};
 }
 
-void NodeScript::keyChanged(HidUsage key, bool isDown, Time)
+void NodeScript::takeKey(HidUsage key, bool isDown, Time)
 {
     tell(nameOf(key), isDown);
 }
@@ -88,7 +88,7 @@ void NodeScript::passMotion(quint16 code, int value, Time)
     mOutputs += u"turn %1 %2"_s.arg(nameOf(EV_REL, code)).arg(value);
 }
 
-void NodeScript::panicked()
+void NodeScript::panic()
 {
     mOutputs += u"panic"_s;
 }

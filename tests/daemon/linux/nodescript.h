@@ -22,10 +22,10 @@ public:
     [[nodiscard]] const QSet<QString> &down() const { return mDown; }
 
 private:
-    void keyChanged(HidUsage key, bool isDown, Time time) override;
+    void takeKey(HidUsage key, bool isDown, Time time) override;
     void passKey(quint16 code, bool isDown, Time time) override;
     void passMotion(quint16 code, int value, Time time) override;
-    void panicked() override;
+    void panic() override;
 
     [[nodiscard]] QString runEvent(const QString &node, const QStringList &words);
     void tell(const QString &key, bool isDown);
