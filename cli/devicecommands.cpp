@@ -110,15 +110,18 @@ ExitCode showDeviceRule(CommandContext &context)
     if (result.failure != ExitCode::ok)
         return fail(context, result);
     const QString id = context.arguments.first();
-    const auto device = std::ranges::find_if(
-        devices, [&id](const QVariantMap &candidate) { return candidate.value(DeviceKeys::id).toString() == id; });
+    const auto device = std::ranges::find_if(devices, [&id](const QVariantMap &candidate) {
+        return candidate.value(DeviceKeys::id).toString() == id
+               || candidate.value(DeviceKeys::nodes).toStringList().contains(id);
+    });
     if (device == devices.end())
         return context.console.fail(ExitCode::usage,
                                     u"no keyboard \"%1\" (see kestractl device list)"_s.arg(printable(id)));
     const std::optional<QString> rule = deviceRule(*device, ::getuid());
     if (!rule)
         return context.console.fail(
-            ExitCode::refused, u"the keyboard \"%1\" tells neither maker nor product: no rule can name it"_s.arg(id));
+            ExitCode::refused,
+            u"the keyboard \"%1\" tells neither maker nor product: no rule can name it"_s.arg(printable(id)));
     context.console.printBytes(rule->toUtf8());
     return ExitCode::ok;
 }
