@@ -119,7 +119,6 @@ void measureAtTheKeyboard(int macroCount)
     if (store.open() != SettingsStore::OpenResult::open)
         qFatal("no settings");
     VirtualKeyboard keyboard;
-    DeadlineTimer timer;
     QEventLoop loop;
     Arrival arrival(macroCount, loop);
     const QVariantMap document = documentWith(macroCount);
@@ -128,10 +127,8 @@ void measureAtTheKeyboard(int macroCount)
                          .postNotification = [](const QString &, const QVariantMap &) {},
                          .watchClient = [](const QString &) {},
                          .launchProgram = [](const QString &) {},
-                         .now = DeadlineTimer::now,
-                         .wakeAt = [&](std::optional<Time> deadline) { timer.setDeadline(deadline); }},
+                         .now = DeadlineTimer::now},
                         document);
-    QObject::connect(&timer, &DeadlineTimer::reached, &daemon, &DeviceDaemon::wake);
     QObject::connect(&keyboard, &VirtualKeyboard::sent, &loop, [&](uint, uint usage, bool) { arrival.note(usage); });
     std::vector<Time> starts;
     for (int index = 0; index < macroCount; ++index) {

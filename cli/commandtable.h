@@ -11,7 +11,11 @@
 #include <QStringList>
 
 #include <array>
+#include <limits>
 #include <span>
+
+/// For a command whose last argument, written "NAME...", may be repeated.
+inline constexpr qsizetype anyNumber = std::numeric_limits<qsizetype>::max();
 
 /// What a command gets. `arguments` has as many elements as its row allows; `options` only those its row names.
 struct CommandContext
@@ -74,6 +78,10 @@ ExitCode importProfile(CommandContext &context);
 ExitCode exportProfile(CommandContext &context);
 ExitCode bindProfile(CommandContext &context);
 ExitCode showOrAssignKey(CommandContext &context);
+ExitCode listDevices(CommandContext &context);
+ExitCode useDevices(CommandContext &context);
+ExitCode releaseDevices(CommandContext &context);
+ExitCode showDeviceRule(CommandContext &context);
 ExitCode tellFrontApplication(CommandContext &context);
 ExitCode showOrSetLight(CommandContext &context);
 ExitCode listMacros(CommandContext &context);

@@ -16,6 +16,9 @@ struct DaemonObjectResult
 {
     ExitCode failure = ExitCode::ok;
     QString reason;
+    QString errorName;   ///< on the bus; empty when it was carried out
+    QString errorText;   ///< in the daemon's own words, likewise
+    QVariantList values; ///< what the call returned
 };
 
 /// Main thread only; each call blocks for at most 5 seconds.

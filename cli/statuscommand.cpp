@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 // "status": what a person asks first.
+#include "app/util/devicekeys.h"
 #include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
+#include "cli/deviceclient.h"
 #include "cli/frontapplicationclient.h"
 #include "cli/keydescription.h"
 #include "cli/virtualkeyboardclient.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 
 using namespace Qt::StringLiterals;
@@ -34,27 +37,67 @@ QString frontApplicationHint()
            + u"; tell it by \"kestractl focus NAME\""_s;
 }
 
-/// The rows of the answer, in the order printed.
-QList<std::pair<QString, QJsonValue>> statusRows(const QVariantMap &document, DaemonClient &daemon)
+using Rows = QList<std::pair<QString, QJsonValue>>;
+
+/// Whether the keyboard that the daemon now uses is there; `device` is the status of the real ones.
+QString attachment(const QVariantMap &device)
 {
-    const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
-    const QVariantMap profile = activeProfileRecord(document);
+    const QString state = device.value(DeviceKeys::state).toString();
+    if (!state.isEmpty() && state != u"released"_s)
+        return state == u"in use"_s ? u"attached"_s : u"not attached"_s;
     const std::optional<bool> attached = VirtualKeyboardClient::isAttached();
-    const std::optional<QString> firmware = attached.value_or(false) ? daemon.firmwareVersion() : std::nullopt;
-    return {{u"daemon"_s, u"running"_s},
-            {u"keyboard"_s, !attached   ? u"unknown"_s
-                            : *attached ? u"attached"_s
-                                        : u"not attached"_s},
-            {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()},
-            {u"activeProfile"_s, PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile))},
-            {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
-            {u"frontApplication"_s, frontApplication("Application"_L1)},
-            {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
-            {u"frontApplicationHint"_s, frontApplicationHint()},
-            {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
-            {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
-            {u"gameMode"_s, device.value(SettingsKeys::gameMode).toBool()},
-            {u"brightness"_s, PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal))}};
+    return !attached ? u"unknown"_s : *attached ? u"attached"_s : u"not attached"_s;
+}
+
+/// What became of the real keyboards; all null when the daemon does not tell it.
+Rows deviceRows(const QVariantMap &device)
+{
+    const auto value = [&device](DeviceKeys::Key key) { return QJsonValue::fromVariant(device.value(key)); };
+    const QStringList names = device.value(DeviceKeys::names).toStringList();
+    const QJsonObject latency{{u"count"_s, value(DeviceKeys::latencyCount)},
+                              {u"p50Us"_s, value(DeviceKeys::latencyP50Us)},
+                              {u"p99Us"_s, value(DeviceKeys::latencyP99Us)},
+                              {u"maximumUs"_s, value(DeviceKeys::latencyMaximumUs)}};
+    return {{u"deviceState"_s, value(DeviceKeys::state)},
+            {u"devices"_s, device.isEmpty() ? QJsonValue() : QJsonArray::fromStringList(names)},
+            {u"deviceProblem"_s, value(DeviceKeys::problem)},
+            {u"grabs"_s, value(DeviceKeys::grabs)},
+            {u"realTime"_s, value(DeviceKeys::isRealTime)},
+            {u"lostEvents"_s, value(DeviceKeys::lostEvents)},
+            {u"latency"_s, device.isEmpty() ? QJsonValue() : latency}};
+}
+
+/// The rows of the answer, in the order printed.
+Rows statusRows(const QVariantMap &document, DaemonClient &daemon)
+{
+    const QVariantMap settings = document.value(SettingsKeys::deviceSettings).toMap();
+    const QVariantMap profile = activeProfileRecord(document);
+    DaemonObjectResult result;
+    const QVariantMap device = DeviceClient::status(result);
+    const QString keyboard = attachment(device);
+    const std::optional<QString> firmware = keyboard == u"attached"_s ? daemon.firmwareVersion() : std::nullopt;
+    Rows rows{{u"daemon"_s, u"running"_s},
+              {u"keyboard"_s, keyboard},
+              {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()}};
+    rows += deviceRows(device);
+    rows += Rows{{u"activeProfile"_s, PlistNumbers::integerValue(settings.value(SettingsKeys::activeProfile))},
+                 {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
+                 {u"frontApplication"_s, frontApplication("Application"_L1)},
+                 {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
+                 {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
+                 {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
+                 {u"gameMode"_s, settings.value(SettingsKeys::gameMode).toBool()},
+                 {u"brightness"_s, PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal))}};
+    return rows;
+}
+
+QString latencyWords(const QJsonObject &latency)
+{
+    const auto number = [&latency](const QString &name) { return QString::number(latency.value(name).toInteger()); };
+    if (latency.value(u"count"_s).toInteger() == 0)
+        return u"no keys yet"_s;
+    return u"p50 %1 µs, p99 %2 µs, maximum %3 µs of %4 keys"_s.arg(number(u"p50Us"_s), number(u"p99Us"_s),
+                                                                   number(u"maximumUs"_s), number(u"count"_s));
 }
 
 QString words(const QJsonValue &value)
@@ -64,8 +107,11 @@ QString words(const QJsonValue &value)
     if (value.isBool())
         return value.toBool() ? u"on"_s : u"off"_s;
     if (value.isDouble())
-        return QString::number(value.toInt());
-    return value.toString().isEmpty() ? u"none"_s : value.toString();
+        return QString::number(value.toInteger());
+    if (value.isObject())
+        return latencyWords(value.toObject());
+    const QString text = value.isArray() ? value.toVariant().toStringList().join(u", "_s) : value.toString();
+    return text.isEmpty() ? u"none"_s : DeviceClient::printable(text);
 }
 
 } // namespace

@@ -46,26 +46,18 @@ bool isSameDocument(const QVariantMap &a, const QVariantMap &b)
 
 DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutlets outlets, const QVariantMap &document,
                            QObject *parent)
-    : QObject(parent), mStore(store), mKeyboard(keyboard), mOutlets(std::move(outlets)), mDocument(document)
+    : QObject(parent), mStore(store), mOutlets(std::move(outlets)), mDocument(document)
 {
-    connect(&mKeyboard, &Keyboard::keyChanged, this, &DeviceDaemon::keyChanged);
-    connect(&mKeyboard, &Keyboard::attachedChanged, this, &DeviceDaemon::attachedChanged);
-    connect(&mKeyboard, &Keyboard::gameModePressed, this, &DeviceDaemon::gameModePressed);
-    connect(&mKeyboard, &Keyboard::brightnessChosen, this, &DeviceDaemon::brightnessChosen);
-    connect(&mKeyboard, &Keyboard::macroKeyPressed, this, &DeviceDaemon::macroKeyPressed);
-    applyDocument();
-}
-
-const char *DeviceDaemon::captureName(Capture capture)
-{
-    switch (capture) {
-    case Capture::none: return "not capturing";
-    case Capture::macroRecording: return "recording a macro";
-    case Capture::singleKey: return "capturing a single key";
-    case Capture::editedEvent: return "capturing a key for an event";
-    case Capture::onTheFlyKey: return "awaiting the key for a macro recorded on the keyboard";
-    }
-    return "?";
+    connect(&mKeyboard, &CurrentKeyboard::attachedChanged, this, &DeviceDaemon::attachedChanged);
+    connect(&mKeyboard, &CurrentKeyboard::gameModePressed, this, &DeviceDaemon::gameModePressed);
+    connect(&mKeyboard, &CurrentKeyboard::brightnessChosen, this, &DeviceDaemon::brightnessChosen);
+    connect(&mKeyboard, &CurrentKeyboard::macroKeyPressed, this, &DeviceDaemon::macroKeyPressed);
+    connect(&mKeyboard, &CurrentKeyboard::keyChanged, this, &DeviceDaemon::keyChanged);
+    connect(&mKeyboard, &CurrentKeyboard::keyCaptured, this, &DeviceDaemon::postCapturedKey);
+    connect(&mKeyboard, &CurrentKeyboard::profileChosen, this, &DeviceDaemon::chooseProfile);
+    connect(&mKeyboard, &CurrentKeyboard::programChosen, this,
+            [this](const QString &program) { mOutlets.launchProgram(program); });
+    mKeyboard.use(keyboard, mDocument);
 }
 
 // Requests
@@ -174,113 +166,27 @@ DeviceDaemon::Answer DeviceDaemon::openDevice(const Request &request)
             }
         }
     }
-    return {.status = Status::ok, .reply = {{DaemonProtocol::returnStatus, mKeyboard.isAttached() ? 1 : 0}}};
+    return {.status = Status::ok,
+            .reply = {{DaemonProtocol::returnStatus, mKeyboard.keyboard()->isAttached() ? 1 : 0}}};
 }
 
 // Answered by a notification alone: a reply nobody waits for would be taken for the answer to the next request.
 void DeviceDaemon::answerFirmwareQuery()
 {
-    const bool isAttached = mKeyboard.isAttached();
+    const bool isAttached = mKeyboard.keyboard()->isAttached();
     const Status status = isAttached ? Status::ok : Status::deviceAbsent;
     mOutlets.postNotification(
         DaemonProtocol::commandReplyNotification(DaemonProtocol::productId),
         {{DaemonProtocol::messageId, static_cast<int>(Command::queryFirmwareVersion)},
          {DaemonProtocol::returnStatus, static_cast<int>(status)},
-         {DaemonProtocol::firmwareVersion, isAttached ? mKeyboard.firmwareVersion() : QString()}});
-}
-
-// Captures
-
-void DeviceDaemon::setCapture(Capture capture, const QString &client, const char *cause)
-{
-    if (mCapture == Capture::macroRecording && capture != Capture::macroRecording)
-        mRecorder.stop(recordingTime());
-    if (!client.isEmpty())
-        endOnTheFly(); // the client has the keys now
-    if (capture != mCapture)
-        qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
-    mCapture = capture;
-    perform(mEngine.setCapturing(capture != Capture::none));
-    mCapturingClient = client;
-    mOutlets.watchClient(client);
-}
-
-DeviceDaemon::Answer DeviceDaemon::startMacroRecording(const Request &request)
-{
-    const auto row = RequestReader::number(request.values, DaemonProtocol::macroId);
-    const auto isAppended = RequestReader::flag(request.values, DaemonProtocol::isAppendRecording);
-    if (!row || !isAppended || request.replyPort.isEmpty())
-        return {.status = Status::malformedRequest, .reply = {}};
-    const QVariantList macros = SettingsDocument::macros(mDocument);
-    if (*row < 0 || *row >= macros.size())
-        return {.status = Status::indexOutOfRange, .reply = {}};
-    if (!mKeyboard.isAttached())
-        return {.status = Status::deviceAbsent, .reply = {}};
-    const QVariantMap macro = macros.at(*row).toMap();
-    const int eventCount = *isAppended ? static_cast<int>(MacroRecord::events(macro).size()) : 0;
-    setCapture(Capture::macroRecording, request.replyPort, "a client starts a recording");
-    mRecorder.start({.macroId = PlistNumbers::integerValue(macro.value(SettingsKeys::macroId)),
-                     .capacity = MacroRecord::maximumEvents - eventCount,
-                     .followsEvents = eventCount > 0,
-                     .firstDelayMs = std::max(0, PlistNumbers::integerValue(macro.value(SettingsKeys::delay)))});
-    return {};
-}
-
-DeviceDaemon::Answer DeviceDaemon::stopMacroRecording()
-{
-    if (mCapture == Capture::macroRecording)
-        setCapture(Capture::none, {}, "the client stops the recording");
-    return {};
-}
-
-void DeviceDaemon::handleSaveRecordedEvents(const Request &request)
-{
-    const auto row = RequestReader::number(request.values, DaemonProtocol::macroId);
-    const auto isAppended = RequestReader::flag(request.values, DaemonProtocol::isAppendRecording);
-    if (!row || !isAppended)
-        return reply(request, Status::malformedRequest, {});
-    const QVariantList macros = SettingsDocument::macros(mDocument);
-    if (*row < 0 || *row >= macros.size())
-        return reply(request, Status::indexOutOfRange, {});
-    (void)stopMacroRecording();
-    // Compared by the macro's own number: its row may have moved since the recording began.
-    const int macroId = PlistNumbers::integerValue(macros.at(*row).toMap().value(SettingsKeys::macroId));
-    const std::optional<QVariantList> events = mRecorder.recorded(macroId);
-    if (!events)
-        return reply(request, Status::nothingRecorded, {});
-    // What could not be saved stays recorded, so that it can be saved when there is room again.
-    if (finishChange(request, saveEvents(mDocument, *row, *events, *isAppended), ReturnsDocument::never))
-        mRecorder.discard();
-}
-
-DeviceDaemon::Answer DeviceDaemon::startKeyCapture(const Request &request, Capture capture)
-{
-    if (request.replyPort.isEmpty())
-        return {.status = Status::malformedRequest, .reply = {}};
-    if (!mKeyboard.isAttached())
-        return {.status = Status::deviceAbsent, .reply = {}};
-    setCapture(capture, request.replyPort, "a client asks for keys");
-    return {};
-}
-
-DeviceDaemon::Answer DeviceDaemon::stopKeyCapture()
-{
-    if (mCapture == Capture::singleKey || mCapture == Capture::editedEvent)
-        setCapture(Capture::none, {}, "the client has its key");
-    return {};
-}
-
-void DeviceDaemon::clientVanished(const QString &portName)
-{
-    if (mCapture != Capture::none && portName == mCapturingClient)
-        setCapture(Capture::none, {}, "the client is gone");
+         {DaemonProtocol::firmwareVersion, isAttached ? mKeyboard.keyboard()->firmwareVersion() : QString()}});
 }
 
 void DeviceDaemon::shutDown()
 {
     endOnTheFly();
     setCapture(Capture::none, {}, "the daemon ends");
-    perform(mEngine.releaseAll());
+    mKeyboard.stop();
 }
 
 // The document
@@ -296,14 +202,17 @@ bool DeviceDaemon::store(const QVariantMap &document)
 
 void DeviceDaemon::useDocument(const QVariantMap &document)
 {
-    if (SettingsDocument::hasOtherProfileActive(mDocument, document))
-        perform(mEngine.stopMacros());
+    const bool isOtherProfile = SettingsDocument::hasOtherProfileActive(mDocument, document);
     mDocument = document;
-    applyDocument();
+    mKeyboard.apply(mDocument, isOtherProfile);
 }
 
 void DeviceDaemon::chooseProfile(int index)
 {
+    if (index < 0 || index >= SettingsDocument::profiles(mDocument).size()) {
+        qCWarning(lcKeyboard, "file: a key is to switch to profile %d, which does not exist", index);
+        return;
+    }
     const QVariantMap before = mDocument;
     const AutomaticSwitch previous = mAutomaticSwitch;
     mAutomaticSwitch.profileChosen();
@@ -312,7 +221,7 @@ void DeviceDaemon::chooseProfile(int index)
     if (!isSwitch && mAutomaticSwitch == previous)
         return;
     if (!store(whole)) {
-        mAutomaticSwitch = previous;
+        mAutomaticSwitch = previous; // the keys go back to the profile before, too
         return;
     }
     if (isSwitch) {
@@ -348,47 +257,23 @@ void DeviceDaemon::postProfileUpdated(const QString &sourceApp)
     mOutlets.postNotification(DaemonProtocol::profileUpdated, {{DaemonProtocol::sourceApp, sourceApp}});
 }
 
-void DeviceDaemon::applyDocument()
-{
-    const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
-    mMacros = playableMacros(SettingsDocument::macros(mDocument), mMacros);
-    perform(mEngine.setMacros(mMacros));
-    perform(mEngine.setKeyMap(KeyMap(profile)));
-    mKeyboard.showLight(Backlight::settingsOf(profile));
-    const bool isGameModeOn = SettingsDocument::isGameModeOn(mDocument);
-    perform(mEngine.setGameMode(isGameModeOn));
-    mKeyboard.showGameMode(isGameModeOn);
-}
-
 // The keyboard
 
-void DeviceDaemon::keyChanged(HidUsage key, bool isDown)
+void DeviceDaemon::useKeyboard(Keyboard &keyboard)
 {
-    if (mCapture == Capture::macroRecording) {
-        const QStringList lines = mRecorder.record(key, isDown, recordingTime());
-        if (!lines.isEmpty())
-            mOutlets.postNotification(DaemonProtocol::macroSequenceNotification,
-                                      {{DaemonProtocol::messagesArray, lines}});
-    }
-    mOnTheFly.keyChanged(key, isDown, recordingTime());
-    perform(isDown ? mEngine.keyDown(key, mOutlets.now()) : mEngine.keyUp(key, mOutlets.now()));
-}
-
-void DeviceDaemon::postCapturedKey(HidUsage key, quint8 modifiers)
-{
-    if (mCapture == Capture::onTheFlyKey)
-        return saveOnTheFly(key);
-    if (mCapture != Capture::singleKey && mCapture != Capture::editedEvent)
-        return; // recorded already
-    // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
-    const auto name = mCapture == Capture::singleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey;
-    mOutlets.postNotification(
-        name, {{DaemonProtocol::singleKey, int(key.usage)}, {DaemonProtocol::singleKeyModifier, int(modifiers)}});
+    if (&keyboard == mKeyboard.keyboard())
+        return;
+    const bool wasAttached = mKeyboard.keyboard()->isAttached();
+    endOnTheFly();
+    setCapture(Capture::none, {}, "another keyboard is used");
+    mKeyboard.use(keyboard, mDocument);
+    if (keyboard.isAttached() != wasAttached)
+        postAttachment(!wasAttached);
 }
 
 void DeviceDaemon::announceKeyboard()
 {
-    if (mKeyboard.isAttached())
+    if (mKeyboard.keyboard()->isAttached())
         postAttachment(true);
 }
 
@@ -402,11 +287,10 @@ void DeviceDaemon::attachedChanged(bool isAttached)
 {
     qCInfo(lcKeyboard, "%s", isAttached ? "keyboard: attached" : "keyboard: removed");
     if (isAttached) {
-        applyDocument();
+        mKeyboard.apply(mDocument, false);
     } else {
         endOnTheFly();
         setCapture(Capture::none, {}, "the keyboard is removed");
-        perform(mEngine.releaseAll());
     }
     postAttachment(isAttached);
 }
@@ -434,41 +318,4 @@ void DeviceDaemon::brightnessChosen(int level)
         return;
     mOutlets.postNotification(DaemonProtocol::illuminationUpdated, {{SettingsKeys::brightnessKbNormal, level}});
     postProfileUpdated(DaemonProtocol::daemonProcessName);
-}
-
-MacroRecorder::Time DeviceDaemon::recordingTime() const
-{
-    // Each moment is rounded, not each pause, so that the rounding of a long recording does not add up.
-    return std::chrono::round<MacroRecorder::Time>(mOutlets.now());
-}
-
-void DeviceDaemon::wake()
-{
-    mWakeTime.reset();
-    perform(mEngine.advance(mOutlets.now()));
-}
-
-void DeviceDaemon::perform(const EngineOutputs &outputs)
-{
-    for (const EngineOutput &output : outputs) {
-        switch (output.kind) {
-        case EngineOutput::Kind::sendDown:
-        case EngineOutput::Kind::sendUp:
-            mKeyboard.send(output.usage, output.kind == EngineOutput::Kind::sendDown);
-            break;
-        case EngineOutput::Kind::captured: postCapturedKey(output.usage, output.modifiers); break;
-        case EngineOutput::Kind::switchProfile:
-            if (output.profileIndex >= 0 && output.profileIndex < SettingsDocument::profiles(mDocument).size())
-                chooseProfile(output.profileIndex);
-            else
-                qCWarning(lcKeyboard, "file: a key is to switch to profile %d, which does not exist",
-                          output.profileIndex);
-            break;
-        case EngineOutput::Kind::launchProgram: mOutlets.launchProgram(output.program); break;
-        }
-    }
-    if (const auto deadline = mEngine.nextDeadline(); deadline != mWakeTime) {
-        mWakeTime = deadline;
-        mOutlets.wakeAt(deadline);
-    }
 }

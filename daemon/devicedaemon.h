@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The daemon itself: takes requests, keeps the settings document, listens to the keyboard, runs the key engine.
+// The daemon itself: takes requests, keeps the settings document, listens to the keyboard.
 // It owns the document and the state of captures; one thread.
 #pragma once
 
+#include "daemon/currentkeyboard.h"
 #include "daemon/documentcommands.h"
 #include "daemon/frontapplication/automaticswitch.h"
-#include "daemon/keyboard.h"
-#include "daemon/keyengine.h"
 #include "daemon/macrorecorder.h"
 #include "daemon/ontheflyrecorder.h"
 #include "daemon/settingsstore.h"
@@ -28,11 +27,7 @@ struct DaemonOutlets
     std::function<void(const QString &portName)> watchClient;
     std::function<void(const QString &program)> launchProgram;
     /// Time since any fixed moment; never goes backwards.
-    std::function<std::chrono::microseconds()> now;
-    /// Asks for a call of wake() at this time of now(), or as soon after it as can be; absent: for none. What was asked
-    /// for before counts no more.
-    std::function<void(std::optional<std::chrono::microseconds>)> wakeAt =
-        [](std::optional<std::chrono::microseconds>) {};
+    std::function<KeyPath::Time()> now;
     /// Tells the user that the profile `name` is now the active one; must not wait for anybody.
     std::function<void(const QString &name)> showProfile = [](const QString &) {};
 };
@@ -43,7 +38,7 @@ class DeviceDaemon : public QObject
     Q_OBJECT
 
 public:
-    /// `store` is open; both must live longer than the daemon. `document` is valid and completed.
+    /// `store` is open; both must live longer than the daemon, or be replaced. `document` is valid and completed.
     DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutlets outlets, const QVariantMap &document,
                  QObject *parent = nullptr);
 
@@ -61,8 +56,9 @@ public:
     /// Tells that a keyboard is there, for clients that were waiting for a daemon. To be called once, when requests
     /// are served.
     void announceKeyboard();
-    /// Goes on with the macros that play; see DaemonOutlets::wakeAt.
-    void wake();
+    /// Uses this keyboard from now on, which must live longer than the daemon or be replaced. What is down on the one
+    /// before is let go of, and whatever a client has begun on it ends.
+    void useKeyboard(Keyboard &keyboard);
     /// Lets go of every key. To be called before the daemon ends.
     void shutDown();
 
@@ -101,15 +97,15 @@ private:
     void reply(const Request &request, Status status, QVariantMap values);
 
     [[nodiscard]] bool store(const QVariantMap &document);
+    /// By a key; `index` may not exist.
     void chooseProfile(int index);
     void showProfileSwitch(const QVariantMap &before);
     void postAttachment(bool isAttached);
     void postProfileUpdated(const QString &sourceApp);
     void useDocument(const QVariantMap &document);
-    void applyDocument();
 
     void setCapture(Capture capture, const QString &client, const char *cause);
-    void keyChanged(HidUsage key, bool isDown);
+    void keyChanged(HidUsage key, bool isDown, KeyPath::Time time);
     void attachedChanged(bool isAttached);
     void gameModePressed();
     void brightnessChosen(int level);
@@ -118,18 +114,13 @@ private:
     /// Stores the macro recorded on the keyboard, to be played by `key`.
     void saveOnTheFly(HidUsage key);
     void postCapturedKey(HidUsage key, quint8 modifiers);
-    [[nodiscard]] MacroRecorder::Time recordingTime() const;
-    /// Does what the engine has decided, and asks to be woken for what it will decide next.
-    void perform(const EngineOutputs &outputs);
+    [[nodiscard]] static MacroRecorder::Time recordingTime(KeyPath::Time time);
 
     SettingsStore &mStore;
-    Keyboard &mKeyboard;
+    CurrentKeyboard mKeyboard; // used from the construction on
     DaemonOutlets mOutlets;
     QVariantMap mDocument;
-    PlayableMacros mMacros; // those of mDocument
     AutomaticSwitch mAutomaticSwitch;
-    KeyEngine mEngine;
-    std::optional<KeyEngine::Time> mWakeTime; // what was asked for
     MacroRecorder mRecorder;
     OnTheFlyRecorder mOnTheFly;
     Capture mCapture = Capture::none;

@@ -20,7 +20,7 @@ void DeviceDaemon::macroKeyPressed()
         qCWarning(lcKeyboard, "file: there is no room for a macro recorded on the keyboard");
         return;
     }
-    mOnTheFly.pressMacroKey(recordingTime(), room);
+    mOnTheFly.pressMacroKey(recordingTime(mOutlets.now()), room);
     // While recording, the keys go on to reach the computer: it is done in the middle of a game. The key that is to
     // play the macro does not.
     const bool isKeyAwaited = mOnTheFly.state() == State::awaitingKey;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What the daemon needs of a keyboard. One thread, the daemon's.
+// What the daemon needs of a keyboard. One thread, the daemon's; its keys may go another way, see keys().
 #pragma once
 
-#include "daemon/hidusage.h"
+#include "daemon/keypath.h"
 #include "daemon/ontheflyrecorder.h"
 #include "lighting/backlight.h"
 
@@ -19,16 +19,15 @@ public:
     [[nodiscard]] virtual bool isAttached() const = 0;
     [[nodiscard]] virtual QString firmwareVersion() const = 0;
 
-    /// Makes the computer see `usage` go down or up.
-    virtual void send(HidUsage usage, bool isDown) = 0;
+    /// The way of its keys, maybe on another thread, which runs. Always the same object.
+    [[nodiscard]] virtual KeyPath &keys() = 0;
     // What the keyboard shows
     virtual void showLight(const Backlight::Settings &settings) = 0; ///< goes on by itself from there
     virtual void showOnTheFly(OnTheFlyRecorder::State state) = 0;
     virtual void showGameMode(bool isOn) = 0;
 
 Q_SIGNALS:
-    void attachedChanged(bool isAttached); ///< keys that were down are let go of by the daemon, without keyChanged()
-    void keyChanged(HidUsage key, bool isDown);
+    void attachedChanged(bool isAttached); ///< what its keys have begun has ended: KeyChannel::emptied()
     void gameModePressed();
     void macroKeyPressed();
     void brightnessChosen(int level); ///< by the keyboard's own keys

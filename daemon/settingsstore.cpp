@@ -3,10 +3,10 @@
 
 #include "app/util/propertylist.h"
 #include "app/util/qlcoreutility.h"
+#include "daemon/damagedfile.h"
 #include "daemon/logging.h"
 #include "daemon/settingsdocument.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -128,17 +128,14 @@ std::optional<QVariantMap> SettingsStore::readGood(const QString &filePath)
 
 void SettingsStore::setAside(const QString &filePath, const QString &reason)
 {
-    const QString time = QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd'T'HHmmss'Z'"_s);
-    QString target = path(u".damaged-"_s + time);
-    for (int number = 2; QFileInfo::exists(target); ++number)
-        target = path(u".damaged-%1-%2"_s.arg(time).arg(number));
-    if (renameOver(filePath, target)) {
+    const SetAsideFile aside = setDamagedFileAside(filePath, path());
+    if (aside.error.isEmpty()) {
         qCWarning(lcSettings, "file: %s is damaged (%s), set aside as %s", qUtf8Printable(filePath),
-                  qUtf8Printable(reason), qUtf8Printable(target));
+                  qUtf8Printable(reason), qUtf8Printable(aside.name));
         return;
     }
     qCCritical(lcSettings, "file: %s is damaged (%s) and cannot be set aside (%s)", qUtf8Printable(filePath),
-               qUtf8Printable(reason), qUtf8Printable(systemError()));
+               qUtf8Printable(reason), qUtf8Printable(aside.error));
     refuseSavingWhileThereIs(filePath);
 }
 

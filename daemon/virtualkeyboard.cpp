@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/virtualkeyboard.h"
 
+#include "daemon/deadlinetimer.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -26,7 +28,19 @@ HidUsage hidUsage(uint usagePage, uint usage)
 
 } // namespace
 
-VirtualKeyboard::VirtualKeyboard(QObject *parent) : Keyboard(parent)
+VirtualKeyboard::VirtualKeyboard(QObject *parent)
+    : Keyboard(parent), mNow(DeadlineTimer::now), mChannel(*this), mKeys(mChannel)
+{
+    connectLight();
+}
+
+VirtualKeyboard::VirtualKeyboard(KeyClock clock, QObject *parent)
+    : Keyboard(parent), mNow(clock.now), mChannel(*this), mKeys(mChannel, std::move(clock))
+{
+    connectLight();
+}
+
+void VirtualKeyboard::connectLight()
 {
     connect(&mLight, &VirtualLight::changed, this, &VirtualKeyboard::lightChanged);
 }
@@ -56,7 +70,7 @@ VirtualKeyboard::Result VirtualKeyboard::press(uint usagePage, uint usage)
     mPressed += key;
     if (key.page == HidUsage::consumerPage)
         return changeBrightness(key.usage == HidUsage::brightnessUp ? 1 : -1);
-    Q_EMIT keyChanged(key, true);
+    announce(key, true);
     return Result::done;
 }
 
@@ -68,20 +82,20 @@ VirtualKeyboard::Result VirtualKeyboard::release(uint usagePage, uint usage)
         return Result::noSuchKey;
     const HidUsage key = hidUsage(usagePage, usage);
     if (mPressed.removeOne(key))
-        announceRelease(key);
+        announce(key, false);
     return Result::done;
 }
 
 void VirtualKeyboard::releaseAll()
 {
     while (!mPressed.isEmpty())
-        announceRelease(mPressed.takeLast());
+        announce(mPressed.takeLast(), false);
 }
 
-void VirtualKeyboard::announceRelease(HidUsage key)
+void VirtualKeyboard::announce(HidUsage key, bool isDown)
 {
-    if (key.page != HidUsage::consumerPage) // the keyboard's own: the daemon has seen what they do, not them
-        Q_EMIT keyChanged(key, false);
+    if (key.page != HidUsage::consumerPage) // the keyboard's own: the daemon sees what they do, not them
+        Q_EMIT mChannel.keyChanged(key, isDown, mNow());
 }
 
 VirtualKeyboard::Result VirtualKeyboard::pressGameMode()
@@ -129,6 +143,7 @@ void VirtualKeyboard::remove()
     if (!std::exchange(mIsAttached, false))
         return;
     mPressed.clear();
+    Q_EMIT mChannel.emptied();
     mLight.setPowered(false);
     Q_EMIT attachedChanged(false);
 }

@@ -4,9 +4,12 @@
 #pragma once
 
 #include "daemon/keyboard.h"
+#include "daemon/keychannel.h"
 #include "daemon/virtuallight.h"
 
 #include <QList>
+
+#include <functional>
 
 class VirtualKeyboard : public Keyboard
 {
@@ -17,6 +20,7 @@ public:
     enum class Result { done, notAttached, noSuchKey, noSuchBrightness };
 
     explicit VirtualKeyboard(QObject *parent = nullptr);
+    explicit VirtualKeyboard(KeyClock clock, QObject *parent = nullptr);
 
     [[nodiscard]] bool isAttached() const override { return mIsAttached; }
     [[nodiscard]] QString firmwareVersion() const override;
@@ -27,7 +31,7 @@ public:
     [[nodiscard]] const QList<HidUsage> &pressedKeys() const { return mPressed; } ///< in the order of the presses
     [[nodiscard]] const QList<HidUsage> &sentKeys() const { return mSent; } ///< what the computer sees down, likewise
 
-    void send(HidUsage usage, bool isDown) override;
+    [[nodiscard]] KeyPath &keys() override { return mKeys; }
     void showLight(const Backlight::Settings &settings) override { mLight.show(settings); }
     void showOnTheFly(OnTheFlyRecorder::State state) override { mShownOnTheFly = state; }
     void showGameMode(bool isOn) override { mIsGameModeShown = isOn; }
@@ -49,8 +53,26 @@ Q_SIGNALS:
     void lightChanged(Backlight::Color color);
 
 private:
-    void announceRelease(HidUsage key);
+    /// Its keys come from calls, and go into a signal.
+    class Channel final : public KeyChannel
+    {
+    public:
+        explicit Channel(VirtualKeyboard &keyboard) : mKeyboard(keyboard) {}
 
+        void send(HidUsage usage, bool isDown) override { mKeyboard.send(usage, isDown); }
+        void flush() override {} // a signal each
+
+    private:
+        VirtualKeyboard &mKeyboard;
+    };
+
+    void connectLight();
+    void send(HidUsage usage, bool isDown);
+    void announce(HidUsage key, bool isDown);
+
+    std::function<KeyPath::Time()> mNow;
+    Channel mChannel;
+    KeyPath mKeys;
     bool mIsAttached = true;
     bool mIsGameModeShown = false;
     OnTheFlyRecorder::State mShownOnTheFly = OnTheFlyRecorder::State::off;

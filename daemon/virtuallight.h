@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The light of the virtual keyboard as it goes on with time. Owned by the keyboard; one thread, the daemon's.
+// The light of a keyboard as it goes on with time, without a device that shows it: all of the virtual keyboard's, and
+// the colour that the LEDs of a real one follow. Owned by the keyboard; one thread, the daemon's.
 #pragma once
 
 #include "lighting/backlight.h"

@@ -14,6 +14,8 @@ build   qt6-l10n-tools  -
 build   pkgconf         pkg-config
 build   libxcb1-dev     -
 build   libwayland-dev  -
+build   libevdev-dev    -
+build   libudev-dev     -
 session dbus            dbus-run-session
 display libqt6gui6      -
 display fonts-dejavu-core -

@@ -53,7 +53,6 @@ public:
             .watchClient = [](const QString &) {},
             .launchProgram = [](const QString &) {},
             .now = [] { return std::chrono::milliseconds(0); },
-            .wakeAt = [](std::optional<std::chrono::microseconds>) {},
         };
         mDaemon = std::make_unique<DeviceDaemon>(mStore, mKeyboard, std::move(outlets),
                                                  SettingsDocument::completed(SettingsDocument::minimal()));

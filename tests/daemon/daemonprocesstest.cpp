@@ -78,7 +78,7 @@ QStringList documentedMembers(const QString &interface)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     static const QRegularExpression row(
-        u"^\\| (method|signal|property) \\| `(\\w+)` \\| `?([a-z()]*)`? *\\| `?([a-z()]*)`? *\\|"_s);
+        u"^\\| (method|signal|property) \\| `(\\w+)` \\| `?([a-z(){}]*)`? *\\| `?([a-z(){}]*)`? *\\|"_s);
     QStringList members;
     bool isInside = false;
     for (const QString &line : QString::fromUtf8(file.readAll()).split(u'\n')) {
@@ -544,6 +544,7 @@ void DaemonProcessTest::interfacesAreAsDocumented_data()
     QTest::addColumn<QString>("interface");
     QTest::newRow("message port") << u"/MessagePort"_s << u"org.quillkestra.MessagePort"_s;
     QTest::newRow("virtual keyboard") << u"/VirtualKeyboard"_s << u"org.quillkestra.VirtualKeyboard"_s;
+    QTest::newRow("real keyboards") << u"/Devices"_s << u"org.quillkestra.Devices"_s;
     QTest::newRow("front application") << u"/FrontApplication"_s << u"org.quillkestra.FrontApplication"_s;
 }
 

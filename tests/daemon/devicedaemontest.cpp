@@ -199,7 +199,8 @@ void DeviceDaemonTest::init()
 void DeviceDaemonTest::start(const QVariantMap &document)
 {
     mDaemon.reset();
-    mKeyboard = std::make_unique<VirtualKeyboard>();
+    mKeyboard = std::make_unique<VirtualKeyboard>(KeyClock{
+        .now = [this] { return mNow; }, .wakeAt = [this](std::optional<KeyPath::Time> time) { mWakeTime = time; }});
     connect(mKeyboard.get(), &VirtualKeyboard::sent, this,
             [this](uint, uint usage, bool down) { mSent += (down ? u'+' : u'-') + QString::number(usage); });
     DaemonOutlets outlets{
@@ -216,7 +217,6 @@ void DeviceDaemonTest::start(const QVariantMap &document)
         .watchClient = [this](const QString &port) { mWatchedClient = port; },
         .launchProgram = [this](const QString &program) { mLaunched += program; },
         .now = [this] { return mNow; },
-        .wakeAt = [this](std::optional<std::chrono::microseconds> time) { mWakeTime = time; },
     };
     mDaemon = std::make_unique<DeviceDaemon>(*mStore, *mKeyboard, std::move(outlets), document);
 }
@@ -806,7 +806,7 @@ void DeviceDaemonTest::passTime(std::chrono::microseconds end)
 {
     while (mWakeTime && *mWakeTime <= end) {
         mNow = std::max(mNow, *std::exchange(mWakeTime, std::nullopt));
-        mDaemon->wake();
+        mKeyboard->keys().wake();
     }
     mNow = end;
 }
@@ -842,7 +842,7 @@ void DeviceDaemonTest::macroMayBeLateButDoesNotDrift()
         QVERIFY(mWakeTime);
         QCOMPARE(mWakeTime->count(), event * 10'000);
         mNow = *mWakeTime + std::chrono::microseconds(random.bounded(3000));
-        mDaemon->wake();
+        mKeyboard->keys().wake();
         QCOMPARE(mSent.size(), event);
     }
     press(58);

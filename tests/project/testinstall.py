@@ -4,6 +4,8 @@
 Usage: testinstall.py CMAKE BUILD_FOLDER"""
 
 import os
+import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -19,6 +21,7 @@ bin/QuillKestraDaemon
 bin/kestra-configurator
 bin/kestractl
 lib/systemd/user/quill-kestra-daemon.service
+lib/udev/rules.d/70-quill-kestra-uinput.rules
 share/applications/org.quillkestra.Configurator.desktop
 share/icons/hicolor/scalable/apps/org.quillkestra.Configurator.svg
 share/man/man1/QuillKestraDaemon.1
@@ -62,6 +65,45 @@ class Installation(unittest.TestCase):
         self.assertTrue(os.access(self.prefix / "bin" / program, os.X_OK))
         icon = next(line for line in entry if line.startswith("Icon=")).removeprefix("Icon=")
         self.assertTrue((self.prefix / f"share/icons/hicolor/scalable/apps/{icon}.svg").is_file())
+
+    def unit(self):
+        return (self.prefix / "lib/systemd/user/quill-kestra-daemon.service").read_text()
+
+    @unittest.skipUnless(shutil.which("systemd-analyze"), "there is no systemd-analyze")
+    def test_the_service_manager_understands_the_unit(self):
+        # As if it had been installed where it was configured for.
+        text = re.sub(r"^ExecStart=\S+/", f"ExecStart={self.prefix}/bin/", self.unit(), flags=re.MULTILINE)
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "quill-kestra-daemon.service"
+
+            def verify(content):
+                path.write_text(content)
+                environment = {**os.environ, "XDG_RUNTIME_DIR": folder, "MANPATH": str(self.prefix / "share/man")}
+                result = subprocess.run(["systemd-analyze", "verify", "--user", str(path)], env=environment,
+                                        capture_output=True, text=True, check=False, timeout=LIMIT_SECONDS)
+                # Minimal systems have no manual pages' reader.
+                return [line for line in result.stderr.splitlines() if path.name in line and "'man " not in line]
+
+            self.assertEqual(verify(text), [])
+            self.assertNotEqual(verify(text.replace("Restart=always", "Restart=sometimes")), [])
+
+    def test_the_unit_leaves_the_daemon_what_it_needs(self):
+        settings = dict(line.split("=", 1) for line in self.unit().splitlines() if re.match(r"[A-Z]\w+=", line))
+        self.assertEqual(settings["RestrictAddressFamilies"].split(), ["AF_UNIX", "AF_NETLINK"])  # buses, udev
+        self.assertNotIn("RestrictRealtime", settings)
+        self.assertNotIn("PrivateDevices", settings)
+        self.assertEqual(settings["NoNewPrivileges"], "yes")
+        self.assertEqual(settings["Restart"], "always")
+
+    def test_the_udev_rule_gives_the_right_to_uinput_alone(self):
+        path = self.prefix / "lib/udev/rules.d/70-quill-kestra-uinput.rules"
+        self.assertLess(path.name, "73")  # the system's rules look for the tag there
+        rules = [line for line in path.read_text().splitlines() if line and not line.startswith("#")]
+        self.assertEqual(rules, ['ACTION!="remove", SUBSYSTEM=="misc", KERNEL=="uinput", '
+                                 'OPTIONS+="static_node=uinput", TAG+="uaccess"'])
+        if shutil.which("udevadm") and subprocess.run(["udevadm", "verify", "--help"], capture_output=True,
+                                                      check=False).returncode == 0:
+            subprocess.run(["udevadm", "verify", str(path)], check=True, capture_output=True)
 
     def test_the_installed_programs_find_their_resources(self):
         with subprocess.Popen([str(self.prefix / "bin/QuillKestraDaemon")], env=self.environment(),

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// How the machine's keyboards are told on the bus and kept on disk: the object, its errors, and the keys of its
+// dictionaries. docs/daemon-protocol.md explains them.
+#pragma once
+
+#include <QLatin1StringView>
+
+namespace DeviceKeys {
+
+using Key = QLatin1StringView;
+
+// The object of the daemon's bus name, and the names of its errors
+inline constexpr Key objectPath{"/Devices"};
+inline constexpr Key interfaceName{"org.quillkestra.Devices"};
+inline constexpr Key unknownError{"org.quillkestra.Devices.Error.Unknown"};
+inline constexpr Key refusedError{"org.quillkestra.Devices.Error.Refused"};
+inline constexpr Key notKeptError{"org.quillkestra.Devices.Error.NotKept"};
+
+// A keyboard; the first four also in the file of the kept choice
+inline constexpr Key vendor{"Vendor"};
+inline constexpr Key product{"Product"};
+inline constexpr Key serial{"Serial"};
+inline constexpr Key path{"Path"};
+inline constexpr Key id{"Id"};
+inline constexpr Key name{"Name"};
+inline constexpr Key nodes{"Nodes"};
+inline constexpr Key isInUse{"InUse"};
+inline constexpr Key problem{"Problem"}; // also of the status
+
+// The status
+inline constexpr Key state{"State"};
+inline constexpr Key names{"Names"};
+inline constexpr Key grabs{"Grabs"};
+inline constexpr Key isRealTime{"RealTime"};
+inline constexpr Key lostEvents{"LostEvents"};
+inline constexpr Key latencyCount{"LatencyCount"};
+inline constexpr Key latencyP50Us{"LatencyP50Us"};
+inline constexpr Key latencyP99Us{"LatencyP99Us"};
+inline constexpr Key latencyMaximumUs{"LatencyMaximumUs"};
+
+// The file of the kept choice
+inline constexpr Key devices{"Devices"};
+
+} // namespace DeviceKeys

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// What is done with a file of the state folder that is not what it should be: it is kept under another name, and never
+// overwritten. No state; any thread.
+#pragma once
+
+#include <QString>
+
+struct SetAsideFile
+{
+    QString name;  ///< the file's new path
+    QString error; ///< in the system's words; empty when it was renamed
+};
+
+/// Renames the file at `path` to "<base>.damaged-<UTC time>", with a number where that is taken. `base` is the path
+/// without what marks it as a copy.
+[[nodiscard]] SetAsideFile setDamagedFileAside(const QString &path, const QString &base);

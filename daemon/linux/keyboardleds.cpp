@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/linux/keyboardleds.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 longestFile = 4096; // what the kernel gives for one attribute
+
+QString content(const QString &folder, QLatin1StringView name)
+{
+    QFile file(folder + u'/' + name);
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.read(longestFile)).trimmed() : QString();
+}
+
+/// The device that something below it belongs to: what is plugged in as one thing.
+struct Owner
+{
+    QString folder; ///< empty for what is not pluggable
+    bool isBuiltIn = false;
+};
+
+/// `path` is a folder of the kernel's device tree, without links.
+Owner ownerOf(const QString &path)
+{
+    // Bus, vendor, product and a running number.
+    static const QRegularExpression hidName(u"^([0-9A-F]{4}):[0-9A-F]{4}:[0-9A-F]{4}\\.[0-9A-F]+$"_s);
+    constexpr QLatin1StringView usbBus{"0003"};
+    constexpr QLatin1StringView i2cBus{"0018"}; // soldered in
+    QString hid;
+    QString bus;
+    for (QString folder = path; folder.size() > 1; folder = QFileInfo(folder).path()) {
+        if (const auto match = hidName.match(QFileInfo(folder).fileName()); match.hasMatch() && hid.isEmpty()) {
+            hid = folder;
+            bus = match.captured(1);
+        }
+        // Above a device of another bus it is the USB adapter of that bus, which many devices share.
+        if ((hid.isEmpty() || bus == usbBus) && QFileInfo::exists(folder + u"/idVendor"_s))
+            return {.folder = folder, .isBuiltIn = false};
+    }
+    return {.folder = hid, .isBuiltIn = hid.isEmpty() || bus == i2cBus};
+}
+
+bool isNamedAsLight(const QString &led)
+{
+    return led.contains("kbd_backlight"_L1) || led.contains("kbd_zoned_backlight"_L1);
+}
+
+/// The kernel names an LED "device:color:function", with a number where there are several.
+bool isNamedAsIndicator(const QString &led)
+{
+    static const QRegularExpression indicator(
+        u":(numlock|capslock|scrolllock|compose|kana|indicator|status|power|charging|player|mute|micmute|camera)[^:]*$"_s);
+    return indicator.match(led).hasMatch();
+}
+
+KeyboardLed::Channel channelOf(const QString &color)
+{
+    using Channel = KeyboardLed::Channel;
+    struct Name
+    {
+        QLatin1StringView color;
+        Channel channel;
+    };
+    constexpr std::array names{Name{"red"_L1, Channel::red}, Name{"green"_L1, Channel::green},
+                               Name{"blue"_L1, Channel::blue}};
+    const auto name = std::ranges::find(names, color, &Name::color);
+    return name != names.end() ? name->channel : Channel::unused;
+}
+
+std::optional<KeyboardLed> readLed(const QString &name, const QString &folder)
+{
+    KeyboardLed led{.name = name, .folder = folder, .maximum = 0, .channels = {}, .color = {}};
+    bool isNumber = false;
+    led.maximum = content(folder, "max_brightness"_L1).toUInt(&isNumber);
+    if (!isNumber || led.maximum == 0 || led.maximum > uint(std::numeric_limits<int>::max()))
+        return {};
+    led.color = channelOf(name.section(u':', -2, -2));
+    if (led.color == KeyboardLed::Channel::unused)
+        led.color = KeyboardLed::Channel::anyColor;
+    if (!QFileInfo::exists(folder + u"/multi_intensity"_s))
+        return led;
+    const QStringList colors = content(folder, "multi_index"_L1).split(u' ', Qt::SkipEmptyParts);
+    std::ranges::transform(colors, std::back_inserter(led.channels), channelOf);
+    if (std::ranges::all_of(led.channels, [](auto channel) { return channel == KeyboardLed::Channel::unused; }))
+        led.channels.fill(KeyboardLed::Channel::anyColor); // white and amber, say: bright or dark is all it can show
+    return led.channels.isEmpty() ? std::nullopt : std::optional(led);
+}
+
+} // namespace
+
+QList<KeyboardLed> keyboardLeds(const QStringList &nodes, const LedFolders &folders)
+{
+    QStringList owners;
+    bool isBuiltIn = false;
+    for (const QString &node : nodes) {
+        const QString name = QFileInfo(node).fileName();
+        const QString path = QFileInfo(QDir(folders.inputs).filePath(name)).canonicalFilePath();
+        if (name.isEmpty() || path.isEmpty())
+            continue; // unplugged meanwhile
+        const Owner owner = ownerOf(path);
+        isBuiltIn = isBuiltIn || owner.isBuiltIn;
+        if (!owner.folder.isEmpty())
+            owners += owner.folder;
+    }
+    QList<KeyboardLed> leds;
+    const QStringList names = QDir(folders.leds).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &name : names) {
+        const QString folder = QFileInfo(QDir(folders.leds).filePath(name)).canonicalFilePath();
+        const bool isOwned = owners.contains(ownerOf(folder).folder);
+        const bool isOfTheMachine = isBuiltIn && ownerOf(folder).folder.isEmpty();
+        const bool hasColors = QFileInfo::exists(folder + u"/multi_intensity"_s) && !isNamedAsIndicator(name);
+        if (!(isNamedAsLight(name) && (isOwned || isOfTheMachine)) && !(isOwned && hasColors))
+            continue;
+        if (const std::optional<KeyboardLed> led = readLed(name, folder))
+            leds += *led;
+    }
+    return leds;
+}

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/linux/nodeinfo.h"
+
+#include "daemon/linux/outputdevice.h"
+
+#include <linux/input-event-codes.h>
+
+#include <QCollator>
+#include <QSet>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype maximumTextLength = 64;
+constexpr quint16 firstLetter = 4; // HID usages
+constexpr quint16 lastLetter = 29;
+constexpr quint16 firstKeypadDigit = 89;
+constexpr quint16 lastKeypadDigit = 98;
+
+bool hasUsages(const NodeInfo::Codes &keys, quint16 first, quint16 last)
+{
+    for (quint16 usage = first; usage <= last; ++usage) {
+        const std::optional<quint16> code = KeyCodes::linuxCode({HidUsage::keyboardPage, usage});
+        if (!code || !keys[*code])
+            return false;
+    }
+    return true;
+}
+
+bool isOwn(const NodeInfo &info)
+{
+    return info.bus == OutputDevice::bus && info.vendor == OutputDevice::vendor
+           && info.product == OutputDevice::product;
+}
+
+/// Text from a device: nothing in it may move a cursor or fill a screen.
+QString printable(const QString &text)
+{
+    QString result = text.simplified().left(maximumTextLength);
+    std::ranges::replace_if(
+        result, [](QChar character) { return !character.isPrint(); }, u'?');
+    return result;
+}
+
+QString idPart(const QString &text)
+{
+    QString result = text.left(maximumTextLength);
+    const auto isAllowed = [](QChar character) {
+        return character.unicode() < 128 && (character.isLetterOrNumber() || u".:-_"_s.contains(character));
+    };
+    std::ranges::replace_if(
+        result, [&](QChar character) { return !isAllowed(character); }, u'_');
+    return result;
+}
+
+QString idOf(const NodeInfo &info)
+{
+    const QString kind =
+        u"%1:%2"_s.arg(uint(info.vendor), 4, 16, QChar(u'0')).arg(uint(info.product), 4, 16, QChar(u'0'));
+    const QString part = idPart(info.serial.isEmpty() ? info.path : info.serial);
+    return part.isEmpty() ? kind : kind + u':' + part;
+}
+
+/// Keyboards that cannot be told apart get a number, in the order of their nodes.
+QString uniqueId(const QString &id, QSet<QString> &taken)
+{
+    QString unique = id;
+    for (int number = 2; taken.contains(unique); ++number)
+        unique = u"%1:%2"_s.arg(id).arg(number);
+    taken += unique;
+    return unique;
+}
+
+} // namespace
+
+NodeInfo::Codes NodeInfo::codesFromText(const QByteArray &text, int wordBits)
+{
+    Codes codes;
+    const QList<QByteArray> words = text.simplified().split(' ');
+    for (qsizetype index = 0; index < words.size(); ++index) {
+        const quint64 word = words.at(words.size() - 1 - index).toULongLong(nullptr, 16);
+        for (int bit = 0; bit < wordBits; ++bit) {
+            const std::size_t code = static_cast<std::size_t>(index) * static_cast<std::size_t>(wordBits) + bit;
+            if (code < codes.size() && ((word >> bit) & 1))
+                codes.set(code);
+        }
+    }
+    return codes;
+}
+
+NodeKind kindOf(const NodeInfo &info)
+{
+    if (info.keys.none() || isOwn(info))
+        return NodeKind::other;
+    const auto hasPlane = [](const NodeInfo::Codes &axes, std::size_t x, std::size_t y) { return axes[x] || axes[y]; };
+    if (hasPlane(info.relativeAxes, REL_X, REL_Y) || hasPlane(info.absoluteAxes, ABS_X, ABS_Y)
+        || hasPlane(info.absoluteAxes, ABS_MT_POSITION_X, ABS_MT_POSITION_Y))
+        return NodeKind::pointer;
+    const bool isKeyboard =
+        hasUsages(info.keys, firstLetter, lastLetter) || hasUsages(info.keys, firstKeypadDigit, lastKeypadDigit);
+    return isKeyboard ? NodeKind::keyboard : NodeKind::extraKeys;
+}
+
+QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes)
+{
+    QCollator collator(QLocale::c());
+    collator.setNumericMode(true); // event10 comes after event9
+    std::ranges::stable_sort(nodes, [&](const NodeInfo &left, const NodeInfo &right) {
+        return collator.compare(left.node, right.node) < 0;
+    });
+    QList<KeyboardInfo> keyboards;
+    QSet<QString> ids;
+    for (const NodeInfo &first : std::as_const(nodes)) {
+        const auto isSame = [&](const KeyboardInfo &other) {
+            return other.nodes.constFirst().devicePath == first.devicePath;
+        };
+        if (kindOf(first) != NodeKind::keyboard || std::ranges::any_of(keyboards, isSame))
+            continue;
+        KeyboardInfo keyboard;
+        for (const NodeInfo &node : std::as_const(nodes)) {
+            const NodeKind kind = kindOf(node);
+            if (node.devicePath == first.devicePath && (kind == NodeKind::keyboard || kind == NodeKind::extraKeys)) {
+                keyboard.nodes += node;
+                keyboard.device.nodes += node.node;
+            }
+        }
+        keyboard.device.id = uniqueId(idOf(first), ids);
+        keyboard.device.name = printable(first.name);
+        keyboard.device.vendor = first.vendor;
+        keyboard.device.product = first.product;
+        keyboard.device.serial = printable(first.serial);
+        keyboard.device.path = first.path;
+        keyboards += keyboard;
+    }
+    return keyboards;
+}

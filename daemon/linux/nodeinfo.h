@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// What the system says of an event node, without opening it, and which nodes make a keyboard. Values and rules; any
+// thread.
+#pragma once
+
+#include "daemon/devices.h"
+#include "daemon/linux/keycodes.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <bitset>
+
+struct NodeInfo
+{
+    /// The codes that a node has of a type of event; a bit a code.
+    using Codes = std::bitset<KeyCodes::codeCount>;
+
+    QString node;       ///< "/dev/input/event3"
+    QString systemPath; ///< its folder below /sys; another one each time that it is plugged in
+    QString devicePath; ///< that of the whole device, which nodes of one keyboard have in common
+    QString name;
+    quint16 bus = 0;
+    quint16 vendor = 0;
+    quint16 product = 0;
+    quint16 version = 0;
+    QString serial;
+    QString path;       ///< see InputDevice
+    bool isHid = false; ///< its scan codes are HID usages
+    Codes keys;
+    Codes relativeAxes;
+    Codes absoluteAxes;
+
+    /// `text` as the kernel writes a set of codes in /sys (hexadecimal words, the highest first, `wordBits` each). What
+    /// cannot be read is no code.
+    [[nodiscard]] static Codes codesFromText(const QByteArray &text, int wordBits = sizeof(long) * 8);
+};
+
+/// What the daemon can do with a node.
+enum class NodeKind {
+    keyboard,  ///< has the letters, or all digits of a keypad
+    extraKeys, ///< the media or power keys of a keyboard, for example: taken over together with it
+    pointer,   ///< has keys, but also moves the pointer: the desktop keeps it
+    other,     ///< no keys, or the daemon's own
+};
+
+[[nodiscard]] NodeKind kindOf(const NodeInfo &info);
+
+/// One keyboard and the nodes of it to take over.
+struct KeyboardInfo
+{
+    InputDevice device; ///< isInUse and problem are the caller's
+    QList<NodeInfo> nodes;
+};
+
+/// The keyboards that `nodes` make, ordered by their first node. A device with no node that is a keyboard is none.
+[[nodiscard]] QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes);

@@ -1,0 +1,319 @@
+// SPDX-License-Identifier: MIT
+// "kestractl device" and what "status" tells of real keyboards, with keyboards that the test makes up. This process
+// stands in for the daemon.
+#include "app/util/daemonprotocol.h"
+#include "app/util/qlcoreutility.h"
+#include "daemon/devicesadaptor.h"
+#include "daemon/settingsdocument.h"
+#include "platform/messageport.h"
+#include "tests/cli/kestractlprocess.h"
+#include "tests/support/scripteddevices.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+class DeviceCommandsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void listMarksThoseInUse();
+    void listSaysWhatIsWrongAndTheRemedy();
+    void listOfNoneSaysSo();
+    void listAsJsonHasEverything();
+    void useTellsTheWayOut();
+    void useOfSeveral();
+    void useThatFailsTellsTheRemedy_data();
+    void useThatFailsTellsTheRemedy();
+    void useThatFailsLaterTellsTheRemedy();
+    void useWaitsForKeysToComeUp();
+    void releaseGivesBack();
+    void choiceThatCannotBeKeptIsTold();
+    void namesCannotTalkToTheTerminal();
+    void ruleIsForThisKeyboard();
+    void ruleOfNoSuchKeyboard();
+    void statusWithoutARealKeyboard();
+    void statusTellsOfTheKeyboardInUse();
+    void statusOfOneThatIsNotThere();
+    void daemonWithoutTheObjectIsTold();
+
+private:
+    /// Runs kestractl while this thread serves the bus.
+    static KestractlResult run(const QStringList &arguments);
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    std::unique_ptr<ScriptedDevices> mDevices;
+    std::unique_ptr<DeviceChoice> mChoice;
+    std::unique_ptr<DevicesObject> mObject;
+    std::unique_ptr<LocalMessagePort> mPort;
+};
+
+void DeviceCommandsTest::init()
+{
+    mFolder = std::make_unique<QTemporaryDir>();
+    mDevices = std::make_unique<ScriptedDevices>();
+    InputDevice broken = ScriptedDevices::keyboard(0x10);
+    broken.problem = u"No right to /dev/input/event16. "_s + deviceRightsRemedy(broken.id);
+    mDevices->plug({ScriptedDevices::keyboard(1, u"S1"_s), ScriptedDevices::keyboard(2), broken});
+    mChoice = std::make_unique<DeviceChoice>(mFolder->path());
+    mObject = std::make_unique<DevicesObject>(*mDevices, *mChoice);
+    QVERIFY(mObject->registerOn(QDBusConnection::sessionBus()));
+    const auto answer = [](qint32 number, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
+        const QVariantMap request = QlCoreUtility::convertDataToDictionary(data).value_or(QVariantMap());
+        const QVariantMap reply{{DaemonProtocol::returnStatus, 0},
+                                {DaemonProtocol::allDevSettings, SettingsDocument::minimal()}};
+        if (const auto port = RemoteMessagePort::open(request.value(DaemonProtocol::responsePortName).toString()))
+            port->post(number, QlCoreUtility::convertDictionaryToData(reply).value_or(QByteArray()));
+        return {};
+    };
+    mPort = LocalMessagePort::create(DaemonProtocol::requestPortName, answer, QDBusConnection::sessionBus());
+    QVERIFY(mPort);
+}
+
+void DeviceCommandsTest::cleanup()
+{
+    mPort.reset();
+    mObject.reset();
+    mChoice.reset();
+    mDevices.reset();
+    mFolder.reset();
+}
+
+KestractlResult DeviceCommandsTest::run(const QStringList &arguments)
+{
+    QProcess process;
+    startKestractl(process, arguments, QProcessEnvironment::systemEnvironment());
+    [&] { QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, 30000); }();
+    return finishedResult(process);
+}
+
+void DeviceCommandsTest::listMarksThoseInUse()
+{
+    QVERIFY(mDevices->use({u"1b2c:0002"_s}).isOk());
+    const KestractlResult result = run({u"device"_s, u"list"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.errorText(), QString());
+    const QStringList lines = result.text().split(u'\n');
+    QCOMPARE(lines.value(0), u"   1b2c:0001  Keyboard 1"_s);
+    QCOMPARE(lines.value(1), u"*  1b2c:0002  Keyboard 2"_s);
+}
+
+void DeviceCommandsTest::listSaysWhatIsWrongAndTheRemedy()
+{
+    const QStringList lines = run({u"device"_s, u"list"_s}).text().split(u'\n');
+    QCOMPARE(lines.value(2), u"   1b2c:0010  Keyboard 16"_s);
+    QCOMPARE(lines.value(3),
+             u"      cannot be used: No right to /dev/input/event16. Run \"kestractl device rule 1b2c:0010\" and "
+             "follow the first lines of what it prints."_s);
+}
+
+void DeviceCommandsTest::listOfNoneSaysSo()
+{
+    mDevices->plug({});
+    QCOMPARE(run({u"device"_s, u"list"_s}).text(), u"no keyboard is plugged in\n"_s);
+    const KestractlResult json = run({u"device"_s, u"list"_s, u"--json"_s});
+    QVERIFY(json.json().isArray());
+    QCOMPARE(json.json().array().size(), 0);
+}
+
+void DeviceCommandsTest::listAsJsonHasEverything()
+{
+    QVERIFY(mDevices->use({u"1b2c:0001"_s}).isOk());
+    const QJsonArray list = run({u"device"_s, u"list"_s, u"--json"_s}).json().array();
+    QCOMPARE(list.size(), 3);
+    const QJsonObject expected{{u"id"_s, u"1b2c:0001"_s},
+                               {u"name"_s, u"Keyboard 1"_s},
+                               {u"vendor"_s, 0x1b2c},
+                               {u"product"_s, 1},
+                               {u"serial"_s, u"S1"_s},
+                               {u"path"_s, u"port-1"_s},
+                               {u"nodes"_s, QJsonArray{u"/dev/input/event1"_s}},
+                               {u"inUse"_s, true},
+                               {u"problem"_s, u""_s}};
+    QCOMPARE(list.at(0).toObject(), expected);
+    QVERIFY(list.at(2).toObject().value(u"problem"_s).toString().contains(u"No right"_s));
+}
+
+void DeviceCommandsTest::useTellsTheWayOut()
+{
+    const KestractlResult result = run({u"device"_s, u"use"_s, u"1b2c:0001"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.text().split(u'\n').value(0), u"in use: Keyboard 1"_s);
+    for (const QString &word : {u"Backspace"_s, u"Escape"_s, u"Return"_s, u"kestractl device release"_s})
+        QVERIFY2(result.text().contains(word), qPrintable(word));
+    QVERIFY(mDevices->devices().at(0).isInUse);
+}
+
+void DeviceCommandsTest::useOfSeveral()
+{
+    const KestractlResult result = run({u"device"_s, u"use"_s, u"1b2c:0001"_s, u"1b2c:0002"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.text().split(u'\n').value(0), u"in use: Keyboard 1, Keyboard 2"_s);
+    QCOMPARE(DeviceChoice(mFolder->path()).load().size(), 2);
+}
+
+void DeviceCommandsTest::useThatFailsTellsTheRemedy_data()
+{
+    QTest::addColumn<QStringList>("ids");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << QStringList() << 2 << u"usage: kestractl device use ID..."_s;
+    QTest::newRow("unknown") << QStringList{u"nine"_s} << 2 << u"There is no keyboard \"nine\"."_s;
+    QTest::newRow("no right") << QStringList{u"1b2c:0001"_s, u"1b2c:0010"_s} << 1
+                              << u"No right to /dev/input/event16. Run \"kestractl device rule 1b2c:0010\""_s;
+}
+
+void DeviceCommandsTest::useThatFailsTellsTheRemedy()
+{
+    QFETCH(QStringList, ids);
+    const KestractlResult result = run(QStringList{u"device"_s, u"use"_s} + ids);
+    QTEST(result.exitCode, "exitCode");
+    QFETCH(QString, text);
+    QVERIFY2(result.errorText().contains(text), result.errors.constData());
+    QCOMPARE(result.text(), QString());
+    QVERIFY(mDevices->choices().isEmpty());
+}
+
+void DeviceCommandsTest::useThatFailsLaterTellsTheRemedy()
+{
+    DeviceStatus status;
+    status.state = DeviceState::failed;
+    status.problem = u"Another program holds /dev/input/event1. End it."_s;
+    mDevices->setStatus(status);
+    const KestractlResult result = run({u"device"_s, u"use"_s, u"1b2c:0001"_s});
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2(result.errorText().contains(status.problem), result.errors.constData());
+}
+
+void DeviceCommandsTest::useWaitsForKeysToComeUp()
+{
+    DeviceStatus status;
+    status.state = DeviceState::waiting;
+    mDevices->setStatus(status);
+    const KestractlResult result = run({u"device"_s, u"use"_s, u"1b2c:0001"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.text().split(u'\n').value(0), u"in use as soon as no key is down"_s);
+}
+
+void DeviceCommandsTest::releaseGivesBack()
+{
+    QVERIFY(mDevices->use({u"1b2c:0001"_s}).isOk());
+    const KestractlResult result = run({u"device"_s, u"release"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.text(), u"the virtual keyboard is in use\n"_s);
+    QVERIFY(!mDevices->devices().at(0).isInUse);
+}
+
+void DeviceCommandsTest::choiceThatCannotBeKeptIsTold()
+{
+    QVERIFY(QDir().rmdir(mFolder->path()));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*devices.plist"_s));
+    const KestractlResult result = run({u"device"_s, u"use"_s, u"1b2c:0001"_s});
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2(result.errorText().contains(u"cannot be kept"_s), result.errors.constData());
+}
+
+void DeviceCommandsTest::namesCannotTalkToTheTerminal()
+{
+    InputDevice device = ScriptedDevices::keyboard(1);
+    device.name = u"\x1b]0;title\x07 K\u202ey \u0085 déjà 鍵"_s;
+    mDevices->plug({device});
+    QVERIFY(mDevices->use({device.id}).isOk());
+    for (const QStringList &arguments : {QStringList{u"device"_s, u"list"_s}, QStringList{u"status"_s}}) {
+        const KestractlResult result = run(arguments);
+        QCOMPARE(result.exitCode, 0);
+        QVERIFY2(result.text().contains(u"?]0;title? K?y ? déjà 鍵"_s), result.output.constData());
+    }
+}
+
+void DeviceCommandsTest::ruleIsForThisKeyboard()
+{
+    const KestractlResult result = run({u"device"_s, u"rule"_s, u"1b2c:0001"_s});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.text().contains(u"ATTRS{id/vendor}==\"1b2c\", ATTRS{id/product}==\"0001\", ATTRS{uniq}==\"S1\""_s));
+    QVERIFY(result.text().contains(u"chown -f %1 "_s.arg(::getuid())));
+    QVERIFY(result.text().startsWith(u"# "_s));
+    QVERIFY(result.text().contains(u"kestractl device rule 1b2c:0001 | sudo tee /etc/udev/rules.d/70-"_s));
+}
+
+void DeviceCommandsTest::ruleOfNoSuchKeyboard()
+{
+    QCOMPARE(run({u"device"_s, u"rule"_s, u"nine"_s}).exitCode, 2);
+    InputDevice nameless = ScriptedDevices::keyboard(0);
+    nameless.vendor = 0;
+    mDevices->plug({nameless});
+    const KestractlResult result = run({u"device"_s, u"rule"_s, nameless.id});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.text(), QString());
+}
+
+void DeviceCommandsTest::statusWithoutARealKeyboard()
+{
+    const QJsonObject status = run({u"status"_s, u"--json"_s}).json().object();
+    QCOMPARE(status.value(u"deviceState"_s).toString(), u"released"_s);
+    QVERIFY(status.value(u"devices"_s).isArray());
+    QVERIFY(status.value(u"devices"_s).toArray().isEmpty());
+    QVERIFY(status.value(u"grabs"_s).toArray().isEmpty());
+    QVERIFY(run({u"status"_s}).text().contains(u"latency: no keys yet\n"_s));
+}
+
+void DeviceCommandsTest::statusTellsOfTheKeyboardInUse()
+{
+    DeviceStatus counters;
+    counters.isRealTime = true;
+    counters.lostEvents = 2;
+    counters.latency = {.count = Q_UINT64_C(5'000'000'000), .p50Us = 41, .p99Us = 207, .maximumUs = 900};
+    mDevices->setCounters(counters);
+    QVERIFY(mDevices->use({u"1b2c:0001"_s, u"1b2c:0002"_s}).isOk());
+    const QString text = run({u"status"_s}).text();
+    for (const QString &line :
+         {u"keyboard: attached"_s, u"deviceState: in use"_s, u"devices: Keyboard 1, Keyboard 2"_s,
+          u"deviceProblem: none"_s, u"grabs: /dev/input/event1, /dev/input/event2"_s, u"realTime: on"_s,
+          u"lostEvents: 2"_s, u"latency: p50 41 µs, p99 207 µs, maximum 900 µs of 5000000000 keys"_s})
+        QVERIFY2(text.contains(line + u'\n'), qPrintable(line + u" is not in\n"_s + text));
+    const QJsonObject status = run({u"status"_s, u"--json"_s}).json().object();
+    const QJsonObject latency{
+        {u"count"_s, Q_INT64_C(5'000'000'000)}, {u"p50Us"_s, 41}, {u"p99Us"_s, 207}, {u"maximumUs"_s, 900}};
+    QCOMPARE(status.value(u"latency"_s).toObject(), latency);
+    QCOMPARE(status.value(u"grabs"_s).toArray(), (QJsonArray{u"/dev/input/event1"_s, u"/dev/input/event2"_s}));
+    QCOMPARE(status.value(u"devices"_s).toArray(), (QJsonArray{u"Keyboard 1"_s, u"Keyboard 2"_s}));
+}
+
+void DeviceCommandsTest::statusOfOneThatIsNotThere()
+{
+    QVERIFY(mDevices->use({u"1b2c:0001"_s}).isOk());
+    mDevices->plug({});
+    const QJsonObject status = run({u"status"_s, u"--json"_s}).json().object();
+    QCOMPARE(status.value(u"keyboard"_s).toString(), u"not attached"_s);
+    QCOMPARE(status.value(u"deviceState"_s).toString(), u"absent"_s);
+    QVERIFY(status.value(u"firmware"_s).isNull());
+}
+
+void DeviceCommandsTest::daemonWithoutTheObjectIsTold()
+{
+    mObject.reset(); // an older daemon
+    for (const QString &command : {u"list"_s, u"release"_s}) {
+        const KestractlResult result = run({u"device"_s, command});
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY2(result.errorText().contains(u"the daemon has no use of real keyboards"_s), result.errors.constData());
+    }
+    const QJsonObject status = run({u"status"_s, u"--json"_s}).json().object();
+    QVERIFY(status.value(u"deviceState"_s).isNull());
+    QVERIFY(status.value(u"latency"_s).isNull());
+    mPort.reset(); // none at all
+    QCOMPARE(run({u"device"_s, u"list"_s}).exitCode, 3);
+}
+
+QTEST_GUILESS_MAIN(DeviceCommandsTest)
+#include "devicecommandstest.moc"

@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+// A process of the test's own stalls, and must end. With an argument this program is that process.
+#include "daemon/linux/stallwatch.h"
+#include "daemon/linux/realtime.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QSocketNotifier>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <csignal>
+#include <cstdlib>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds limit{200};
+constexpr int wrongEnd = 99;
+
+[[noreturn]] void spin()
+{
+    volatile bool isForEver = true;
+    while (isForEver) {
+    }
+    ::abort();
+}
+
+[[noreturn]] void waitForEver()
+{
+    for (;;)
+        ::pause();
+}
+
+/// What the child does on a thread that is watched.
+void behave(const QString &way)
+{
+    StallWatch watch(limit);
+    if (!watch.isUsable())
+        ::_exit(wrongEnd);
+    QEventLoop loop;
+    const int file = ::eventfd(way == "file"_L1 ? 1 : 0, EFD_CLOEXEC);
+    QSocketNotifier notifier(file, QSocketNotifier::Read);
+    QObject::connect(&notifier, &QSocketNotifier::activated, [] { spin(); });
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject target;
+    watch.watch(&target);
+    watch.watch(&notifier);
+    watch.watch(&timer);
+    if (way == "timer"_L1) {
+        timer.callOnTimeout([] { spin(); });
+        timer.start(1ms);
+    } else if (way == "blocked"_L1) {
+        QMetaObject::invokeMethod(
+            &target, [] { waitForEver(); }, Qt::QueuedConnection);
+    } else if (way == "call"_L1) {
+        QMetaObject::invokeMethod(
+            &target, [] { spin(); }, Qt::QueuedConnection);
+    } else { // "idle", "busy"
+        timer.callOnTimeout(&loop, &QEventLoop::quit);
+        timer.start(3 * limit);
+    }
+    QTimer work;
+    work.callOnTimeout([] { QThread::usleep(500); });
+    if (way == "busy"_L1)
+        work.start(0ms);
+    loop.exec();
+    ::close(file);
+}
+
+int runChild(const QString &way)
+{
+    std::unique_ptr<QThread> thread(QThread::create([way] { behave(way); }));
+    QObject::connect(thread.get(), &QThread::finished, QCoreApplication::instance(), &QCoreApplication::quit);
+    thread->start();
+    QTimer::singleShot(20s, [] { ::_exit(wrongEnd); }); // the test has failed; do not stay behind
+    QCoreApplication::exec();
+    thread->wait();
+    return 0;
+}
+
+} // namespace
+
+class StallWatchTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void endsAProcessWhoseThreadStalls_data();
+    void endsAProcessWhoseThreadStalls();
+    void leavesOthersAlone_data();
+    void leavesOthersAlone();
+    void doesNotWakeAnybodyWhileNothingHappens();
+    void locksNoMoreMemoryThanAllowed();
+};
+
+void StallWatchTest::endsAProcessWhoseThreadStalls_data()
+{
+    QTest::addColumn<QString>("way");
+    QTest::newRow("in a queued call") << u"call"_s;
+    QTest::newRow("waiting for what never comes") << u"blocked"_s;
+    QTest::newRow("while reading a file") << u"file"_s;
+    QTest::newRow("in a timer") << u"timer"_s;
+}
+
+void StallWatchTest::endsAProcessWhoseThreadStalls()
+{
+    QFETCH(QString, way);
+    QProcess child;
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    QElapsedTimer clock;
+    clock.start();
+    child.start(QCoreApplication::applicationFilePath(), {u"--child"_s, way});
+    QVERIFY(child.waitForFinished(20'000));
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), StallWatch::exitCode);
+    QVERIFY(clock.elapsed() >= limit.count());
+    QVERIFY(child.readAll().contains("does not come back"));
+}
+
+void StallWatchTest::leavesOthersAlone_data()
+{
+    QTest::addColumn<QString>("way");
+    QTest::newRow("idle for longer than the limit") << u"idle"_s;
+    QTest::newRow("busy for longer than the limit, in small pieces") << u"busy"_s;
+}
+
+void StallWatchTest::leavesOthersAlone()
+{
+    QFETCH(QString, way);
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(), {u"--child"_s, way});
+    QVERIFY(child.waitForFinished(20'000));
+    QCOMPARE(child.exitCode(), 0);
+}
+
+void StallWatchTest::doesNotWakeAnybodyWhileNothingHappens()
+{
+    static volatile std::sig_atomic_t stalls = 0;
+    StallWatch watch(50ms);
+    std::signal(SIGALRM, [](int) { stalls = stalls + 1; }); // instead of ending this process
+    QTest::qWait(200);
+    QCOMPARE(int(stalls), 0);
+    // The test of the test: a stall would have been counted.
+    QMetaObject::invokeMethod(
+        &watch,
+        [] {
+            QElapsedTimer clock;
+            clock.start();
+            while (clock.elapsed() < 5'000 && stalls == 0) {
+            }
+        },
+        Qt::QueuedConnection);
+    QTRY_COMPARE(int(stalls), 1);
+}
+
+void StallWatchTest::locksNoMoreMemoryThanAllowed()
+{
+    const auto lockedKiB = [] {
+        QFile file(u"/proc/self/status"_s);
+        if (!file.open(QIODevice::ReadOnly))
+            return qint64(-1);
+        for (const QByteArray &line : file.readAll().split('\n')) {
+            if (line.startsWith("VmLck:"))
+                return line.simplified().split(' ').value(1).toLongLong();
+        }
+        return qint64(-1);
+    };
+    constexpr std::size_t budget = 2 * 1024 * 1024;
+    QCOMPARE(lockedKiB(), 0);
+    QCOMPARE(Realtime::lockMostUsed(0), std::size_t(0));
+    const std::size_t locked = Realtime::lockMostUsed(budget);
+    if (locked == 0)
+        QSKIP("this system lets nobody lock memory");
+    QVERIFY(locked <= budget);
+    QCOMPARE(lockedKiB() * 1024, qint64(locked));
+}
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    if (argc == 3 && QByteArrayView(argv[1]) == "--child")
+        return runChild(QString::fromLatin1(argv[2]));
+    StallWatchTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "stallwatchtest.moc"

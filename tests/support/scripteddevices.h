@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// Keyboards that a test makes up, in the place of the machine's. The test's thread.
+#pragma once
+
+#include "daemon/devices.h"
+
+#include <algorithm>
+#include <optional>
+
+/// Does at once what the real source does as keys come up and devices come.
+class ScriptedDevices : public DeviceSource
+{
+    Q_OBJECT
+
+public:
+    using DeviceSource::DeviceSource;
+
+    /// A keyboard with the number `product`, plugged into the port "port-<product>".
+    static InputDevice keyboard(quint16 product, const QString &serial = {})
+    {
+        return {.id = QStringLiteral("1b2c:%1").arg(uint(product), 4, 16, QLatin1Char('0')),
+                .name = QStringLiteral("Keyboard %1").arg(product),
+                .vendor = 0x1b2c,
+                .product = product,
+                .serial = serial,
+                .path = QStringLiteral("port-%1").arg(product),
+                .nodes = {QStringLiteral("/dev/input/event%1").arg(product)},
+                .isInUse = false,
+                .problem = {}};
+    }
+
+    void plug(const QList<InputDevice> &devices)
+    {
+        mDevices = devices;
+        refresh();
+    }
+    /// Tells this status whatever was chosen.
+    void setStatus(const DeviceStatus &status) { mStatus = status; }
+    /// Tells these counters besides what was chosen.
+    void setCounters(const DeviceStatus &status) { mCounters = status; }
+
+    [[nodiscard]] QList<InputDevice> devices() const override { return mDevices; }
+
+    [[nodiscard]] UseResult use(const QStringList &ids) override
+    {
+        QList<ChosenDevice> choices;
+        for (const QString &id : ids) {
+            const auto isMeant = [&](const InputDevice &device) { return device.id == id; };
+            const auto device = std::find_if(mDevices.cbegin(), mDevices.cend(), isMeant);
+            if (device == mDevices.cend())
+                return {UseResult::Code::unknown, QStringLiteral("There is no keyboard \"%1\".").arg(id)};
+            if (!device->problem.isEmpty())
+                return {UseResult::Code::refused, device->problem};
+            choices += choiceOf(*device);
+        }
+        useWhenPresent(choices);
+        return {};
+    }
+
+    void useWhenPresent(const QList<ChosenDevice> &choices) override
+    {
+        mChoices = choices;
+        refresh();
+    }
+    void release() override { useWhenPresent({}); }
+    [[nodiscard]] QList<ChosenDevice> choices() const override { return mChoices; }
+
+    [[nodiscard]] DeviceStatus status() const override
+    {
+        if (mStatus)
+            return *mStatus;
+        DeviceStatus status = mCounters;
+        status.state = mChoices.isEmpty() ? DeviceState::released : DeviceState::absent;
+        for (const InputDevice &device : mDevices) {
+            if (!device.isInUse)
+                continue;
+            status.state = DeviceState::inUse;
+            status.names += device.name;
+            status.grabs += device.nodes;
+        }
+        return status;
+    }
+
+private:
+    void refresh()
+    {
+        const QList<qsizetype> chosen = chosenAmong(mDevices, mChoices);
+        for (qsizetype index = 0; index < mDevices.size(); ++index)
+            mDevices[index].isInUse = chosen.contains(index);
+        Q_EMIT changed();
+    }
+
+    QList<InputDevice> mDevices;
+    QList<ChosenDevice> mChoices;
+    DeviceStatus mCounters;
+    std::optional<DeviceStatus> mStatus;
+};
