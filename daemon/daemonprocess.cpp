@@ -5,13 +5,18 @@
 #include "app/util/qlcoreutility.h"
 #include "app/util/resources.h"
 #include "daemon/deadlinetimer.h"
+#include "daemon/devicechoice.h"
 #include "daemon/devicedaemon.h"
+#include "daemon/devicesadaptor.h"
 #include "daemon/factorysettings.h"
 #include "daemon/frontapplication/desktopsearch.h"
 #include "daemon/frontapplication/frontapplicationadaptor.h"
 #include "daemon/frontapplication/kwinfrontapplication.h"
 #include "daemon/frontapplication/waylandfrontapplication.h"
 #include "daemon/frontapplication/x11frontapplication.h"
+#include "daemon/linux/inputnodes.h"
+#include "daemon/linux/linuxdevices.h"
+#include "daemon/linux/linuxkeyboard.h"
 #include "daemon/logging.h"
 #include "daemon/profilenotification.h"
 #include "daemon/programlauncher.h"
@@ -131,6 +136,10 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
     // Before anybody can see the daemon: a signal that comes early waits for the event loop.
     const TerminationSignals signalListener;
     VirtualKeyboard keyboard;
+    LinuxKeyboard linuxKeyboard;
+    InputNodes inputNodes;
+    LinuxDevices devices(inputNodes, linuxKeyboard);
+    DeviceChoice deviceChoice(SettingsStore::defaultFolder());
     DeviceDaemon *daemonPointer = nullptr;
     ClientWatch clientWatch(bus, [&](const QString &portName) { daemonPointer->clientVanished(portName); });
     DistributedNotificationCenter notifications(bus);
@@ -148,12 +157,16 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
         start.document);
     daemon.setAwaitsFactorySettings(start.isMinimal);
     daemonPointer = &daemon;
+    QObject::connect(&devices, &LinuxDevices::wanted, &daemon, [&](bool isWanted) {
+        daemon.useKeyboard(isWanted ? static_cast<Keyboard &>(linuxKeyboard) : keyboard);
+    });
     VirtualKeyboardObject keyboardObject(keyboard);
+    DevicesObject devicesObject(devices, deviceChoice);
     FrontApplicationWatch frontApplication(frontApplicationSources(bus));
     QObject::connect(&frontApplication, &FrontApplicationWatch::applicationChanged, &daemon,
                      &DeviceDaemon::setFrontApplication);
     FrontApplicationObject frontApplicationObject(frontApplication);
-    if (!keyboardObject.registerOn(bus) || !frontApplicationObject.registerOn(bus)) {
+    if (!keyboardObject.registerOn(bus) || !frontApplicationObject.registerOn(bus) || !devicesObject.registerOn(bus)) {
         qCCritical(lcDaemon, "daemon: cannot put its objects on the bus");
         return DaemonExit::noBus;
     }
@@ -170,6 +183,7 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
         return DaemonExit::alreadyRunning;
     }
     daemon.announceKeyboard();
+    devices.useWhenPresent(deviceChoice.load());
     DesktopSearch desktopSearch(frontApplication, bus);
     desktopSearch.start();
     return runUntilEnd(daemon, bus, signalListener);

@@ -4,11 +4,13 @@
 #include "daemon/linux/realtime.h"
 #include "daemon/logging.h"
 
-KeyThread::KeyThread(QObject *parent) : QObject(parent), mChannel(std::make_unique<LinuxKeyChannel>())
+KeyThread::KeyThread(QObject *parent)
+    : QObject(parent), mChannel(std::make_unique<LinuxKeyChannel>()), mKeys(std::make_unique<KeyPath>(*mChannel))
 {
     mThread.setObjectName(QLatin1StringView("keys"));
     mAnchor.moveToThread(&mThread);
     mChannel->moveToThread(&mThread);
+    mKeys->moveToThread(&mThread);
     mThread.start();
     QMetaObject::invokeMethod(
         &mAnchor, [this] { prepare(); }, Qt::QueuedConnection);
@@ -19,6 +21,8 @@ KeyThread::~KeyThread()
     QMetaObject::invokeMethod(
         &mAnchor,
         [this] {
+            mChannel->removeAllNodes(); // while there is a path to let go of what they hold
+            mKeys.reset();
             mChannel.reset();
             mWatch.reset();
         },
@@ -27,22 +31,12 @@ KeyThread::~KeyThread()
     mThread.wait();
 }
 
-void KeyThread::watch(QObject *object)
-{
-    QMetaObject::invokeMethod(
-        &mAnchor,
-        [this, object] {
-            if (mWatch)
-                mWatch->watch(object);
-        },
-        Qt::QueuedConnection);
-}
-
 /// On the key thread.
 void KeyThread::prepare()
 {
     mWatch = std::make_unique<StallWatch>();
     mWatch->watch(mChannel.get());
+    mWatch->watch(mKeys.get());
     mChannel->setWatch(mWatch.get());
     const std::size_t locked = Realtime::lockMemory();
     const bool isRealTime = Realtime::raiseCurrentThread();

@@ -3,6 +3,7 @@
 // the daemon's thread; what lives on the key thread is reached by queued calls.
 #pragma once
 
+#include "daemon/keypath.h"
 #include "daemon/linux/linuxkeychannel.h"
 #include "daemon/linux/stallwatch.h"
 
@@ -23,10 +24,8 @@ public:
 
     [[nodiscard]] LinuxKeyChannel &channel() { return *mChannel; } ///< lives on the key thread
     [[nodiscard]] const LinuxKeyChannel &channel() const { return *mChannel; }
+    [[nodiscard]] KeyPath &keys() { return *mKeys; } ///< likewise
     [[nodiscard]] bool isRealTime() const { return mIsRealTime; }
-
-    /// Has the watch look after the events of `object`, which lives on the key thread, and of its children.
-    void watch(QObject *object);
 
 Q_SIGNALS:
     void realTimeChanged();
@@ -38,6 +37,7 @@ private:
     QThread mThread;
     QObject mAnchor;                           // lives on the key thread, for calls there
     std::unique_ptr<LinuxKeyChannel> mChannel; // lives there and is destroyed there
+    std::unique_ptr<KeyPath> mKeys;            // likewise
     std::unique_ptr<StallWatch> mWatch;        // likewise, but made there, too
     bool mIsRealTime = false;
 };

@@ -214,9 +214,11 @@ bool LinuxDevices::hasOutput()
 {
     if (mKeyboard.keyThread())
         return true;
-    std::unique_ptr<OutputDevice> output = mOutlets.makeOutput(mOutputProblem);
+    QString problem;
+    std::unique_ptr<OutputDevice> output = mOutlets.makeOutput(problem);
     if (!output) {
-        qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(mOutputProblem));
+        if (std::exchange(mOutputProblem, problem) != problem)
+            qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problem));
         return false;
     }
     mOutputProblem.clear();
@@ -227,23 +229,28 @@ bool LinuxDevices::hasOutput()
 /// Gives back what is not wanted any more, and takes what is wanted and was not there or did not work.
 void LinuxDevices::synchronize()
 {
-    QList<Node> wanted = chosenNodes();
-    wanted.removeIf([this](const Node &node) { return mSuspended.contains(node.info.systemPath); });
+    const bool isPossible = !mChoices.isEmpty() && hasOutput();
+    if (isPossible)
+        setWanted(true);
+    QList<Node> nodes = isPossible ? chosenNodes() : QList<Node>();
+    nodes.removeIf([this](const Node &node) { return mSuspended.contains(node.info.systemPath); });
     mNodes.removeIf([&](const Node &node) {
         const bool isWanted = std::ranges::any_of(
-            wanted, [&](const Node &other) { return other.info.systemPath == node.info.systemPath; });
+            nodes, [&](const Node &other) { return other.info.systemPath == node.info.systemPath; });
         if (isWanted && node.error == 0)
             return false;
         mKeyboard.removeNode(node.id);
         return true;
     });
-    for (const Node &node : std::as_const(wanted)) {
+    for (const Node &node : std::as_const(nodes)) {
         const bool isThere = std::ranges::any_of(
             mNodes, [&](const Node &other) { return other.info.systemPath == node.info.systemPath; });
-        if (!isThere && hasOutput())
+        if (!isThere)
             add(node);
     }
     updateAttachment();
+    if (mChoices.isEmpty())
+        setWanted(false);
 }
 
 void LinuxDevices::add(Node node)
@@ -296,8 +303,22 @@ void LinuxDevices::panic()
     Q_EMIT changed();
 }
 
+void LinuxDevices::setWanted(bool isWanted)
+{
+    if (std::exchange(mIsWanted, isWanted) != isWanted)
+        Q_EMIT wanted(isWanted);
+}
+
 void LinuxDevices::updateAttachment()
 {
-    const auto first = std::ranges::find(mNodes, InputNode::State::grabbed, &Node::state);
-    mKeyboard.setAttached(first != mNodes.end(), first != mNodes.end() ? first->info.version : quint16(0));
+    QStringList nodes;
+    quint16 version = 0;
+    for (const Node &node : std::as_const(mNodes)) {
+        if (node.state != InputNode::State::grabbed)
+            continue;
+        if (nodes.isEmpty())
+            version = node.info.version;
+        nodes += node.info.node;
+    }
+    mKeyboard.setNodes(nodes, version);
 }

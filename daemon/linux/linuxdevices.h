@@ -42,6 +42,9 @@ public:
     void release() override;
 
 Q_SIGNALS:
+    /// The daemon is to use the real keyboards, or the virtual one. Told before the first of them is taken over, and
+    /// after the last has been given back; then nothing that is typed is lost between.
+    void wanted(bool isWanted);
     void panicked(); ///< the user has held the panic chord; everything was given back
 
 private:
@@ -68,6 +71,7 @@ private:
     void add(Node node);
     void nodeChanged(int id, InputNode::State state, int error);
     void panic();
+    void setWanted(bool isWanted);
     void updateAttachment();
 
     NodeSource &mSource;
@@ -79,4 +83,5 @@ private:
     QSet<QString> mSuspended; // system paths of nodes: left alone until they are plugged in again
     QString mOutputProblem;
     int mLastNodeId = 0;
+    bool mIsWanted = false;
 };

@@ -3,7 +3,12 @@
 
 using namespace Qt::StringLiterals;
 
-LinuxKeyboard::LinuxKeyboard(QObject *parent) : Keyboard(parent) {}
+LinuxKeyboard::LinuxKeyboard(QObject *parent)
+    : Keyboard(parent), mLight({.folders = {}, .setForeignBrightness = [this](const QString &led, uint brightness) {
+                                    mSeatBrightness.set(led, brightness);
+                                }})
+{
+}
 
 LinuxKeyboard::~LinuxKeyboard() = default;
 
@@ -16,18 +21,6 @@ void LinuxKeyboard::start(std::unique_ptr<OutputDevice> output)
     connect(mThread.get(), &KeyThread::realTimeChanged, this, &LinuxKeyboard::realTimeChanged);
     QMetaObject::invokeMethod(
         channel, [channel, output = std::move(output)]() mutable { channel->setOutput(std::move(output)); },
-        Qt::QueuedConnection);
-}
-
-void LinuxKeyboard::send(HidUsage usage, bool isDown)
-{
-    LinuxKeyChannel *channel = &mThread->channel();
-    QMetaObject::invokeMethod(
-        channel,
-        [channel, usage, isDown] {
-            channel->send(usage, isDown);
-            channel->flush();
-        },
         Qt::QueuedConnection);
 }
 
@@ -49,8 +42,13 @@ void LinuxKeyboard::removeNode(int id)
         channel, [channel, id] { channel->removeNode(id); }, Qt::QueuedConnection);
 }
 
-void LinuxKeyboard::setAttached(bool isAttached, quint16 version)
+void LinuxKeyboard::setNodes(const QStringList &nodes, quint16 version)
 {
+    if (nodes == mNodes)
+        return;
+    mNodes = nodes;
+    mLight.useNodes(nodes);
+    const bool isAttached = !nodes.isEmpty();
     if (isAttached)
         mFirmwareVersion = u"%1.%2"_s.arg(uint(version >> 8), 0, 16).arg(uint(version & 0xFF), 2, 16, QChar(u'0'));
     if (std::exchange(mIsAttached, isAttached) != isAttached)

@@ -5,6 +5,8 @@
 
 #include "daemon/keyboard.h"
 #include "daemon/linux/keythread.h"
+#include "daemon/linux/ledlight.h"
+#include "daemon/linux/seatbrightness.h"
 
 #include <functional>
 #include <memory>
@@ -20,8 +22,8 @@ public:
     [[nodiscard]] bool isAttached() const override { return mIsAttached; }
     [[nodiscard]] QString firmwareVersion() const override { return mFirmwareVersion; }
 
-    void send(HidUsage usage, bool isDown) override;
-    void showLight(const Backlight::Settings &) override {}
+    [[nodiscard]] KeyPath &keys() override { return mThread->keys(); } ///< after start() only
+    void showLight(const Backlight::Settings &settings) override { mLight.show(settings); }
     void showOnTheFly(OnTheFlyRecorder::State) override {} // no keyboard has a light for it that the kernel knows
     void showGameMode(bool) override {}                    // likewise
 
@@ -31,8 +33,9 @@ public:
     void start(std::unique_ptr<OutputDevice> output);
     void addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages);
     void removeNode(int id);
-    /// `version`: as the kernel has it from the device, two decimal digits a byte.
-    void setAttached(bool isAttached, quint16 version);
+    /// Which nodes are taken over; with none the keyboard is not attached. `version`: as the kernel has it from the
+    /// device, two decimal digits a byte.
+    void setNodes(const QStringList &nodes, quint16 version);
 
 Q_SIGNALS:
     // What the key thread tells, see LinuxKeyChannel
@@ -42,6 +45,9 @@ Q_SIGNALS:
 
 private:
     std::unique_ptr<KeyThread> mThread;
+    SeatBrightness mSeatBrightness;
+    LedLight mLight;
+    QStringList mNodes;
     QString mFirmwareVersion;
     bool mIsAttached = false;
 };

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-LinuxKeyChannel::LinuxKeyChannel(QObject *parent) : QObject(parent), mTranslator(*this) {}
+LinuxKeyChannel::LinuxKeyChannel(QObject *parent) : KeyChannel(parent), mTranslator(*this) {}
 
 LinuxKeyChannel::~LinuxKeyChannel()
 {
@@ -90,7 +90,10 @@ void LinuxKeyChannel::nodeStateChanged(InputNode &node)
         node.translatorPlace = mTranslator.addNode(node.givesHidUsages());
         if (node.translatorPlace < 0)
             return node.release(); // more nodes than there are places: the desktop keeps this one
-        ++mGrabbedNodes;
+        if (++mGrabbedNodes == 1) {
+            mHistogram.clear();
+            mLostEvents = 0;
+        }
         for (quint16 led = 0; led < mLeds.size(); ++led)
             node.setLed(led, mLeds[led]);
     } else if (node.translatorPlace >= 0) {
@@ -113,7 +116,9 @@ void LinuxKeyChannel::takeKey(HidUsage key, bool isDown, Time time)
 {
     if (!mOldestKey)
         mOldestKey = time;
-    Q_EMIT keyChanged(key, isDown, time);
+    // Of two nodes, the one that is read later may have the older event.
+    mLatestTime = std::max(mLatestTime, time);
+    Q_EMIT keyChanged(key, isDown, mLatestTime);
 }
 
 void LinuxKeyChannel::passKey(quint16 code, bool isDown, Time time)

@@ -4,13 +4,12 @@
 // crosses no thread.
 #pragma once
 
-#include "daemon/hidusage.h"
+#include "daemon/keychannel.h"
 #include "daemon/linux/inputnode.h"
 #include "daemon/linux/latencyhistogram.h"
 #include "daemon/linux/outputdevice.h"
 #include "daemon/linux/stallwatch.h"
 
-#include <QObject>
 #include <QSocketNotifier>
 
 #include <atomic>
@@ -20,12 +19,12 @@
 
 /// Several keyboards with several nodes each are one keyboard here. What is no assignable key goes to the output as it
 /// is. The panic chord gives every node back, lets go of everything, and says so.
-class LinuxKeyChannel : public QObject, private InputNodeHandler, private KeySink
+class LinuxKeyChannel : public KeyChannel, private InputNodeHandler, private KeySink
 {
     Q_OBJECT
 
 public:
-    using Time = std::chrono::microseconds;
+    using Time = KeyChannel::Time; // the sink's is the same
 
     explicit LinuxKeyChannel(QObject *parent = nullptr);
     ~LinuxKeyChannel() override;
@@ -44,13 +43,10 @@ public:
     void removeAllNodes();
 
     /// Nothing reaches the computer while no node is taken over.
-    void send(HidUsage usage, bool isDown);
-    void flush();
+    void send(HidUsage usage, bool isDown) override;
+    void flush() override;
 
 Q_SIGNALS:
-    void keyChanged(HidUsage key, bool isDown, KeySink::Time time);
-    /// All nodes were given back or are gone: what was begun by their keys is to end. Every key has come up before.
-    void emptied();
     // Rare, for other threads
     void nodeChanged(int id, InputNode::State state, int error); ///< errno, or 0
     void panicked();
@@ -76,6 +72,7 @@ private:
     std::unique_ptr<QSocketNotifier> mLedNotifier;
     std::vector<std::unique_ptr<InputNode>> mNodes;
     std::bitset<16> mLeds;          // as the desktop wants them
+    Time mLatestTime{};             // that was told
     std::optional<Time> mOldestKey; // of those read and not yet counted
     LatencyHistogram mHistogram;
     std::atomic<quint64> mLostEvents = 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A process of the test's own stalls, and must end. With an argument this program is that process.
-#include "daemon/linux/realtime.h"
 #include "daemon/linux/stallwatch.h"
+#include "daemon/linux/realtime.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
