@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/currentkeyboard.h"
 
+#include "daemon/handover.h"
 #include "daemon/settingsdocument.h"
 
 #include <QThread>
@@ -30,18 +31,24 @@ void CurrentKeyboard::connectKeyboard()
     const Keyboard *keyboard = mKeyboard;
     const KeyPath *keys = &mKeyboard->keys();
     connect(keys, &KeyPath::keyChanged, this, [this, keyboard](HidUsage key, bool isDown, KeyPath::Time time) {
+        HandOver::take();
         if (keyboard == mKeyboard)
             Q_EMIT keyChanged(key, isDown, time);
     });
     connect(keys, &KeyPath::keyCaptured, this, [this, keyboard](HidUsage key, quint8 modifiers) {
+        HandOver::take();
         if (keyboard == mKeyboard)
             Q_EMIT keyCaptured(key, modifiers);
     });
     connect(keys, &KeyPath::profileChosen, this, [this, keyboard](int index, KeyPath::Choice choice) {
+        HandOver::take();
         if (keyboard == mKeyboard)
             takeChoice(index, choice);
     });
-    connect(keys, &KeyPath::programChosen, this, &CurrentKeyboard::programChosen);
+    connect(keys, &KeyPath::programChosen, this, [this](const QString &program) {
+        HandOver::take();
+        Q_EMIT programChosen(program);
+    });
 }
 
 void CurrentKeyboard::takeChoice(int index, KeyPath::Choice choice)
@@ -88,13 +95,14 @@ void CurrentKeyboard::stop()
 template <typename Function> void CurrentKeyboard::callKeys(Function function)
 {
     KeyPath *keys = &mKeyboard->keys();
-    QMetaObject::invokeMethod(keys, [keys, function = std::move(function)] { function(*keys); });
+    QMetaObject::invokeMethod(keys, HandOver::Call{[keys, function = std::move(function)] { function(*keys); }});
 }
 
 template <typename Function> void CurrentKeyboard::callKeysAndWait(Function function)
 {
     KeyPath *keys = &mKeyboard->keys();
     const bool isHere = keys->thread() == QThread::currentThread();
-    QMetaObject::invokeMethod(
-        keys, [keys, &function] { function(*keys); }, isHere ? Qt::DirectConnection : Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(keys, HandOver::Call{[keys, &function] { function(*keys); }},
+                              isHere ? Qt::DirectConnection : Qt::BlockingQueuedConnection);
+    HandOver::take();
 }

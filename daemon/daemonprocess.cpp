@@ -4,6 +4,7 @@
 #include "app/util/daemonprotocol.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/resources.h"
+#include "daemon/busend.h"
 #include "daemon/deadlinetimer.h"
 #include "daemon/devicechoice.h"
 #include "daemon/devicedaemon.h"
@@ -30,13 +31,10 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr std::chrono::seconds busCheckInterval{2};
 
 struct StartDocument
 {
@@ -114,16 +112,11 @@ DaemonExit runUntilEnd(DeviceDaemon &daemon, const QDBusConnection &bus, const T
         qCInfo(lcDaemon, "serving, signal %d: ending", number);
         QCoreApplication::quit();
     });
-    // A bus that goes away says nothing that Qt would pass on without a slot named by a string.
-    QTimer busCheck;
-    busCheck.setTimerType(Qt::VeryCoarseTimer);
-    busCheck.callOnTimeout(&daemon, [&bus] {
-        if (!bus.isConnected())
-            QCoreApplication::quit();
-    });
-    busCheck.start(busCheckInterval);
+    const BusEnd busEnd(bus);
+    QObject::connect(&busEnd, &BusEnd::reached, &daemon, &QCoreApplication::quit);
     qCInfo(lcDaemon, "starting, ready: serving \"%s\"", DaemonProtocol::requestPortName.data());
-    QCoreApplication::exec();
+    if (bus.isConnected()) // else nobody would tell any more
+        QCoreApplication::exec();
     const bool busIsGone = !bus.isConnected();
     daemon.shutDown();
     if (busIsGone)

@@ -2,6 +2,7 @@
 #include "daemon/keypath.h"
 
 #include "daemon/deadlinetimer.h"
+#include "daemon/handover.h"
 #include "daemon/logging.h"
 
 #include <utility>
@@ -84,14 +85,17 @@ void KeyPath::takeKey(HidUsage key, bool isDown, Time time)
 {
     if (!mIsStarted)
         return;
-    if (mIsReporting)
+    if (mIsReporting) {
+        HandOver::give();
         Q_EMIT keyChanged(key, isDown, time);
+    }
     perform(isDown ? mEngine.keyDown(key, time) : mEngine.keyUp(key, time));
 }
 
 void KeyPath::perform(const EngineOutputs &outputs)
 {
     bool hasSent = false;
+    HandOver::give();
     for (const EngineOutput &output : outputs) {
         switch (output.kind) {
         case EngineOutput::Kind::sendDown:
@@ -121,5 +125,6 @@ void KeyPath::chooseProfile(int index)
         perform(mEngine.stopMacros());
         perform(mEngine.setKeyMap(mSettings.profiles[static_cast<std::size_t>(index)]->map));
     }
+    HandOver::give();
     Q_EMIT profileChosen(index, mLastChoice);
 }

@@ -11,6 +11,7 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -98,6 +99,23 @@ QStringList documentedMembers(const QString &interface)
     return members;
 }
 
+/// How often the threads of a process went to sleep.
+qint64 wakeUps(qint64 process)
+{
+    qint64 count = 0;
+    const QDir threads(u"/proc/%1/task"_s.arg(process));
+    for (const QString &thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(threads.filePath(thread + u"/status"_s));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        for (const QByteArray &line : file.readAll().split('\n')) {
+            if (line.startsWith("voluntary_ctxt_switches:"))
+                count += line.mid(line.indexOf(':') + 1).trimmed().toLongLong();
+        }
+    }
+    return count;
+}
+
 } // namespace
 
 class DaemonProcessTest : public QObject
@@ -128,6 +146,7 @@ private Q_SLOTS:
     void tellsVersionAndHelpWithoutABus();
     void endsWithoutABus();
     void endsWhenTheBusGoesAway();
+    void sleepsWhenThereIsNothingToDo();
     void endsByEitherSignal_data();
     void endsByEitherSignal();
     void losesNothingAnsweredWhenKilled();
@@ -486,6 +505,22 @@ void DaemonProcessTest::endsWhenTheBusGoesAway()
     QTRY_COMPARE_WITH_TIMEOUT(daemon.state(), QProcess::NotRunning, 20'000);
     QCOMPARE(daemon.exitStatus(), QProcess::NormalExit);
     QCOMPARE(daemon.exitCode(), 2);
+}
+
+void DaemonProcessTest::sleepsWhenThereIsNothingToDo()
+{
+    // After its start it looks for a desktop a few times, with growing pauses. Whatever it did by the clock for ever
+    // would leave no pause as long as this one.
+    constexpr qint64 longPauseMs = 2500;
+    const QDeadlineTimer patience(std::chrono::seconds(40));
+    QElapsedTimer pause;
+    pause.start();
+    for (qint64 before = wakeUps(mDaemon->processId()); !pause.hasExpired(longPauseMs); QTest::qWait(50)) {
+        if (const qint64 now = wakeUps(mDaemon->processId()); std::exchange(before, now) != now)
+            pause.start();
+        QVERIFY2(!patience.hasExpired(), "it wakes up again and again");
+    }
+    QVERIFY(wakeUps(mDaemon->processId()) > 0);
 }
 
 void DaemonProcessTest::endsByEitherSignal_data()

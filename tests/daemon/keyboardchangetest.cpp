@@ -1,0 +1,270 @@
+// SPDX-License-Identifier: MIT
+// The daemon with one keyboard after the other: what was begun on the first ends, and the second takes over.
+#include "app/util/qlcoreutility.h"
+#include "daemon/deadlinetimer.h"
+#include "daemon/devicedaemon.h"
+#include "daemon/virtualkeyboard.h"
+#include "tests/daemon/keydocuments.h"
+#include "tests/support/filesizelimit.h"
+#include "tests/support/threadedkeyboard.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace KeyDocuments;
+using DaemonProtocol::Command;
+
+namespace {
+
+constexpr quint16 keyA = 4;
+constexpr quint16 switchKey = 58;
+
+/// In profile B, A is 30.
+QVariantMap startDocument()
+{
+    QVariantMap first = profile(u"A"_s, {{u"58"_s, entry(switchesProfile, 1)}, {u"60"_s, entry(playsMacro, 0, 254)}});
+    first.insert(u"BacklightLED"_s, 1);
+    first.insert(u"BrightnessKBNormal"_s, 3);
+    const QVariantMap second = profile(u"B"_s, {{u"4"_s, entry(sendsKey, 30)}, {u"58"_s, entry(switchesProfile, 0)}});
+    const QVariantMap holds = MacroRecord::withEvents(
+        {{u"MacroName"_s, u"Holds"_s}},
+        {MacroRecord::eventRecord({.command = MacroRecord::keyDown, .delayMs = 0, .argument = 20}),
+         MacroRecord::eventRecord({.command = MacroRecord::keyUp, .delayMs = 60'000, .argument = 20})});
+    return document({first, second}, {holds});
+}
+
+} // namespace
+
+class KeyboardChangeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void oldKeyboardIsLetGoOf();
+    void newKeyboardFollowsTheDocument();
+    void oldKeyboardIsNotHeardAnyMore();
+    void captureEnds();
+    void recordingOnTheFlyEnds();
+    void attachmentIsToldWhenItChanges_data();
+    void attachmentIsToldWhenItChanges();
+    void sameKeyboardChangesNothing();
+    void keyboardCanBeUsedAgain();
+    void switchOnAnotherThreadIsStoredAndTold();
+    void switchOnAnotherThreadGoesBackWhenItCannotBeStored();
+    void removalOnAnotherThreadEndsTheCapture();
+
+private:
+    void press(VirtualKeyboard &keyboard, quint16 key)
+    {
+        QCOMPARE(keyboard.press(HidUsage::keyboardPage, key), VirtualKeyboard::Result::done);
+    }
+    void send(Command command)
+    {
+        mDaemon->handleMessage(static_cast<qint32>(command), QlCoreUtility::convertDictionaryToData(
+                                                                 QVariantMap{{u"ResponseMsgPortName"_s, u"Port"_s}}));
+    }
+    [[nodiscard]] int activeProfile() const { return SettingsDocument::activeProfileIndex(mDaemon->document()); }
+
+    std::optional<QTemporaryDir> mTemporary;
+    std::unique_ptr<SettingsStore> mStore;
+    std::unique_ptr<VirtualKeyboard> mFirst;
+    std::unique_ptr<VirtualKeyboard> mSecond;
+    std::unique_ptr<ThreadedKeyboard> mThreaded;
+    std::unique_ptr<DeviceDaemon> mDaemon;
+    QStringList mNotifications;
+    QString mWatchedClient;
+};
+
+void KeyboardChangeTest::init()
+{
+    mTemporary.emplace();
+    mStore = std::make_unique<SettingsStore>(mTemporary->path());
+    QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
+    mFirst = std::make_unique<VirtualKeyboard>();
+    mSecond = std::make_unique<VirtualKeyboard>();
+    mThreaded = std::make_unique<ThreadedKeyboard>();
+    mDaemon = std::make_unique<DeviceDaemon>(
+        *mStore, *mFirst,
+        DaemonOutlets{.sendReply = [](const QString &, qint32, const QVariantMap &) {},
+                      .postNotification = [this](const QString &name, const QVariantMap &) { mNotifications += name; },
+                      .watchClient = [this](const QString &port) { mWatchedClient = port; },
+                      .launchProgram = [](const QString &) {},
+                      .now = DeadlineTimer::now},
+        startDocument());
+}
+
+void KeyboardChangeTest::cleanup()
+{
+    mDaemon->shutDown();
+    mDaemon.reset();
+    mThreaded.reset();
+    mSecond.reset();
+    mFirst.reset();
+    mStore.reset();
+    mTemporary.reset();
+    mNotifications.clear();
+}
+
+void KeyboardChangeTest::oldKeyboardIsLetGoOf()
+{
+    press(*mFirst, keyA);
+    press(*mFirst, 60);
+    QTRY_COMPARE(mFirst->sentKeys().size(), 2); // the macro's key
+    mDaemon->useKeyboard(*mSecond);
+    QVERIFY(mFirst->sentKeys().isEmpty());
+    QVERIFY(mSecond->sentKeys().isEmpty());
+}
+
+void KeyboardChangeTest::newKeyboardFollowsTheDocument()
+{
+    QCOMPARE(mFirst->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(mSecond->shownLight().isOff());
+    mDaemon->useKeyboard(*mSecond);
+    QVERIFY(mSecond->isGameModeShown());
+    QVERIFY(!mSecond->shownLight().isOff());
+    press(*mSecond, HidUsage::leftCommand); // dead in game mode
+    QVERIFY(mSecond->sentKeys().isEmpty());
+    press(*mSecond, switchKey);
+    QCOMPARE(activeProfile(), 1);
+    press(*mSecond, keyA);
+    QCOMPARE(mSecond->sentKeys(), (QList<HidUsage>{{HidUsage::keyboardPage, 30}}));
+    QVERIFY(mSecond->shownLight().isOff());
+    QVERIFY(!mFirst->shownLight().isOff()); // is not the daemon's any more
+}
+
+void KeyboardChangeTest::oldKeyboardIsNotHeardAnyMore()
+{
+    mDaemon->useKeyboard(*mSecond);
+    press(*mFirst, keyA);
+    press(*mFirst, switchKey);
+    QCOMPARE(mFirst->pressGameMode(), VirtualKeyboard::Result::done);
+    QCOMPARE(mFirst->setBrightness(0), VirtualKeyboard::Result::done);
+    QCOMPARE(mFirst->pressMacroKey(), VirtualKeyboard::Result::done);
+    mFirst->remove();
+    QVERIFY(mFirst->sentKeys().isEmpty());
+    QVERIFY(mNotifications.isEmpty());
+    QVERIFY(mDaemon->document() == startDocument());
+    QCOMPARE(mSecond->shownOnTheFly(), OnTheFlyRecorder::State::off);
+}
+
+void KeyboardChangeTest::captureEnds()
+{
+    send(Command::startSingleKeyRecording);
+    QCOMPARE(mWatchedClient, u"Port"_s);
+    mDaemon->useKeyboard(*mSecond);
+    QVERIFY(mWatchedClient.isEmpty());
+    press(*mSecond, keyA);
+    QCOMPARE(mSecond->sentKeys().size(), 1);
+    QVERIFY(mNotifications.isEmpty());
+}
+
+void KeyboardChangeTest::recordingOnTheFlyEnds()
+{
+    QCOMPARE(mFirst->pressMacroKey(), VirtualKeyboard::Result::done);
+    mDaemon->useKeyboard(*mSecond);
+    QCOMPARE(mFirst->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    QCOMPARE(mSecond->shownOnTheFly(), OnTheFlyRecorder::State::off);
+}
+
+void KeyboardChangeTest::attachmentIsToldWhenItChanges_data()
+{
+    QTest::addColumn<bool>("isFirst");
+    QTest::addColumn<bool>("isSecond");
+    QTest::addColumn<QStringList>("told");
+    QTest::newRow("both there") << true << true << QStringList();
+    QTest::newRow("none there") << false << false << QStringList();
+    QTest::newRow("the second is missing") << true << false << QStringList{u"Device Removed 271"_s};
+    QTest::newRow("the second is there") << false << true << QStringList{u"Device Attached 271"_s};
+}
+
+void KeyboardChangeTest::attachmentIsToldWhenItChanges()
+{
+    QFETCH(bool, isFirst);
+    QFETCH(bool, isSecond);
+    if (!isFirst)
+        mFirst->remove();
+    if (!isSecond)
+        mSecond->remove();
+    mNotifications.clear();
+    mDaemon->useKeyboard(*mSecond);
+    QTEST(mNotifications, "told");
+}
+
+void KeyboardChangeTest::sameKeyboardChangesNothing()
+{
+    press(*mFirst, keyA);
+    send(Command::startSingleKeyRecording);
+    mDaemon->useKeyboard(*mFirst);
+    QCOMPARE(mFirst->sentKeys().size(), 1);
+    QCOMPARE(mWatchedClient, u"Port"_s);
+}
+
+void KeyboardChangeTest::keyboardCanBeUsedAgain()
+{
+    press(*mFirst, keyA);
+    mDaemon->useKeyboard(*mSecond);
+    QCOMPARE(mFirst->release(HidUsage::keyboardPage, keyA), VirtualKeyboard::Result::done);
+    press(*mFirst, 5);
+    mDaemon->useKeyboard(*mFirst);
+    QCOMPARE(mFirst->release(HidUsage::keyboardPage, 5), VirtualKeyboard::Result::done); // nothing to let go of
+    press(*mFirst, switchKey);
+    QCOMPARE(activeProfile(), 1);
+    press(*mFirst, keyA);
+    QCOMPARE(mFirst->sentKeys(), (QList<HidUsage>{{HidUsage::keyboardPage, 30}}));
+}
+
+void KeyboardChangeTest::switchOnAnotherThreadIsStoredAndTold()
+{
+    mDaemon->useKeyboard(*mThreaded);
+    mThreaded->press(switchKey);
+    mThreaded->press(keyA);
+    mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(30)); });
+    QCOMPARE(activeProfile(), 0); // this thread has not heard of it
+    QTRY_COMPARE(activeProfile(), 1);
+    QCOMPARE(mNotifications, QStringList{u"Profile Updated 271"_s});
+    mDaemon->useKeyboard(*mFirst);
+    mThreaded->runOnKeys([](NotingChannel &channel) { QCOMPARE(channel.downCount(), std::size_t(0)); });
+}
+
+void KeyboardChangeTest::switchOnAnotherThreadGoesBackWhenItCannotBeStored()
+{
+    mDaemon->useKeyboard(*mThreaded);
+    {
+        const FileSizeLimit fullDisk(16);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        mThreaded->press(switchKey);
+        mThreaded->release(switchKey);
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(activeProfile(), 0);
+    mThreaded->press(keyA);
+    mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(keyA)); });
+    mThreaded->release(keyA);
+    mThreaded->press(switchKey); // there is room again
+    QTRY_COMPARE(activeProfile(), 1);
+}
+
+void KeyboardChangeTest::removalOnAnotherThreadEndsTheCapture()
+{
+    mDaemon->useKeyboard(*mThreaded);
+    send(Command::startSingleKeyRecording);
+    mThreaded->press(keyA);
+    QTRY_COMPARE(mNotifications, QStringList{u"SingleKeyEvent271"_s});
+    mThreaded->runOnKeys([](NotingChannel &channel) { Q_EMIT channel.emptied(); });
+    mThreaded->setAttached(false);
+    QVERIFY(mWatchedClient.isEmpty());
+    mThreaded->setAttached(true);
+    mThreaded->press(keyA);
+    mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(keyA)); });
+}
+
+QTEST_GUILESS_MAIN(KeyboardChangeTest)
+#include "keyboardchangetest.moc"

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+// A keyboard whose keys are on a thread of their own, as those of real keyboards are. The test's thread, but for what
+// the thread of the keys is given to do.
+#pragma once
+
+#include "daemon/handover.h"
+#include "daemon/keyboard.h"
+#include "tests/support/notingchannel.h"
+
+#include <QThread>
+
+#include <memory>
+#include <utility>
+
+class ThreadedKeyboard : public Keyboard
+{
+public:
+    ThreadedKeyboard() : mChannel(std::make_unique<NotingChannel>()), mKeys(std::make_unique<KeyPath>(*mChannel))
+    {
+        mChannel->moveToThread(&mThread);
+        mKeys->moveToThread(&mThread);
+        mThread.start();
+    }
+    ~ThreadedKeyboard() override
+    {
+        runOnKeys([this](NotingChannel &) { mKeys.reset(); });
+        mThread.quit();
+        mThread.wait();
+    }
+    Q_DISABLE_COPY_MOVE(ThreadedKeyboard)
+
+    [[nodiscard]] bool isAttached() const override { return mIsAttached; }
+    [[nodiscard]] QString firmwareVersion() const override { return {}; }
+    [[nodiscard]] KeyPath &keys() override { return *mKeys; }
+    void showLight(const Backlight::Settings &) override {}
+    void showOnTheFly(OnTheFlyRecorder::State) override {}
+    void showGameMode(bool isOn) override { mIsGameModeShown = isOn; }
+
+    [[nodiscard]] bool isGameModeShown() const { return mIsGameModeShown; }
+    void setAttached(bool isAttached)
+    {
+        if (std::exchange(mIsAttached, isAttached) != isAttached)
+            Q_EMIT attachedChanged(isAttached);
+    }
+
+    /// Calls `function` with the channel on its thread, and waits until it has returned.
+    template <typename Function> void runOnKeys(Function function)
+    {
+        QMetaObject::invokeMethod(mChannel.get(), HandOver::Call{[this, &function] { function(*mChannel); }},
+                                  Qt::BlockingQueuedConnection);
+        HandOver::take();
+    }
+
+    /// Calls it there later. Any thread.
+    template <typename Function> void postToKeys(Function function)
+    {
+        QMetaObject::invokeMethod(mChannel.get(),
+                                  HandOver::Call{[this, function = std::move(function)] { function(*mChannel); }},
+                                  Qt::QueuedConnection);
+    }
+
+    /// A key of the keyboard page, now.
+    void press(quint16 key) { change(key, true); }
+    void release(quint16 key) { change(key, false); }
+
+private:
+    void change(quint16 key, bool isDown)
+    {
+        runOnKeys([key, isDown](NotingChannel &channel) {
+            Q_EMIT channel.keyChanged({HidUsage::keyboardPage, key}, isDown, KeyChannel::Time(0));
+        });
+    }
+
+    QThread mThread;
+    std::unique_ptr<NotingChannel> mChannel; // lives on the thread, from its start to its end
+    std::unique_ptr<KeyPath> mKeys;          // likewise
+    bool mIsAttached = true;
+    bool mIsGameModeShown = false;
+};
