@@ -84,6 +84,7 @@ Rows statusRows(const QVariantMap &document, DaemonClient &daemon)
                  {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
                  {u"frontApplication"_s, frontApplication("Application"_L1)},
                  {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
+                 {u"frontApplicationHint"_s, frontApplicationHint()},
                  {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
                  {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
                  {u"gameMode"_s, settings.value(SettingsKeys::gameMode).toBool()},
