@@ -33,7 +33,8 @@ Machine::~Machine()
 void Machine::startDaemon()
 {
     mDaemon = BackgroundProcess({"QuillKestraDaemon"}, mFolder + "/log");
-    if (!becomesTrue([this] { return !mDaemon.isRunning() || control({"status"}).exitCode == 0; }) || !mDaemon.isRunning())
+    if (!becomesTrue([this] { return !mDaemon.isRunning() || control({"status"}).exitCode == 0; })
+        || !mDaemon.isRunning())
         throw Failure("the daemon does not start");
 }
 
@@ -130,6 +131,7 @@ void Machine::use(const std::vector<std::string> &names)
     mustControl(words);
     if (!becomesTrue([this] { return status("deviceState") == "in use"; }))
         throw Failure("the daemon does not take the keyboard over: " + status("deviceState"));
+    (void)desktop(); // which misses what came before it is opened
 }
 
 EventNode &Machine::desktop()

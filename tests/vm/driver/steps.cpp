@@ -104,7 +104,11 @@ std::string textOf(const EventNode::Key &key)
 /// The next key that the desktop sees; repetitions only where `isRepeated`.
 std::string nextOfDesktop(EventNode &desktop, bool isRepeated)
 {
+    // A key that is held goes on repeating for ever.
+    const auto end = std::chrono::steady_clock::now() + patience;
     while (const auto key = desktop.next(patience)) {
+        if (!isRepeated && key->value == 2 && std::chrono::steady_clock::now() > end)
+            break;
         if (isRepeated == (key->value == 2))
             return textOf(*key);
         if (isRepeated)
@@ -296,9 +300,7 @@ const std::map<std::string, Action> &actions()
         {"expect-log", expectLog},
         {"expect-released", expectReleased},
         {"desktop-led",
-         [](Machine &machine, const Words &words) {
-             machine.desktop().setLed(LED_CAPSL, word(words, 1) == "on");
-         }},
+         [](Machine &machine, const Words &words) { machine.desktop().setLed(LED_CAPSL, word(words, 1) == "on"); }},
         {"write-file", writeFile},
         {"disk", fillDisk},
         {"flood",
