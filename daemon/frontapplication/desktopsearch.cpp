@@ -101,13 +101,12 @@ void DesktopSearch::connectToManager(bool isConnected)
 {
     // QtDBus takes only the name of a slot. The third argument is the unit: the bus passes on no other job.
     const QStringList arguments{QString(), QString(), u"graphical-session.target"_s};
-    const char *slot = SLOT(jobRemoved());
     if (isConnected)
         mBus.connect(UserManager::service, UserManager::path, UserManager::interface, u"JobRemoved"_s, arguments,
-                     QString(), this, slot);
+                     QString(), this, SLOT(jobRemoved()));
     else
         mBus.disconnect(UserManager::service, UserManager::path, UserManager::interface, u"JobRemoved"_s, arguments,
-                        QString(), this, slot);
+                        QString(), this, SLOT(jobRemoved()));
     QDBusMessage message =
         QDBusMessage::createMethodCall(UserManager::service, UserManager::path, UserManager::interface,
                                        isConnected ? u"Subscribe"_s : u"Unsubscribe"_s);
