@@ -4,8 +4,10 @@
 #include "app/util/propertylist.h"
 #include "daemon/detachedprocess.h"
 #include "daemon/logging.h"
+#include "daemon/transientservice.h"
 #include "platform/desktopentry.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -70,6 +72,12 @@ Plan planForBundle(const QString &path)
     return {.command = {program.filePath()}, .workingDirectory = QDir::homePath(), .refusal = {}};
 }
 
+void logRefusal(const QString &path, const QString &reason)
+{
+    qCWarning(lcKeyboard, "file: a key is to start \"%s\", which is not started: %s", qUtf8Printable(path),
+              qUtf8Printable(reason));
+}
+
 } // namespace
 
 ProgramLauncher::Plan ProgramLauncher::planFor(const QString &path)
@@ -85,14 +93,17 @@ ProgramLauncher::Plan ProgramLauncher::planFor(const QString &path)
 void ProgramLauncher::launch(const QString &path)
 {
     Plan plan = planFor(path);
-    if (!plan.isRefused()) {
+    if (!plan.isRefused() && TransientService::isNeeded()) {
+        TransientService::start(
+            QDBusConnection::sessionBus(), plan.command, plan.workingDirectory, QCoreApplication::instance(),
+            [path](const QString &reason) { logRefusal(path, u"the service manager of the user: "_s + reason); });
+    } else if (!plan.isRefused()) {
         if (const int error = DetachedProcess::start(plan.command, plan.workingDirectory))
             plan.refusal = u"%1 in %2: %3"_s.arg(plan.command.constFirst(), plan.workingDirectory,
                                                  QString::fromLocal8Bit(std::strerror(error)));
     }
     if (plan.isRefused())
-        qCWarning(lcKeyboard, "file: a key is to start \"%s\", which is not started: %s", qUtf8Printable(path),
-                  qUtf8Printable(plan.refusal));
+        logRefusal(path, plan.refusal);
     else
         qCInfo(lcKeyboard, "keyboard: a key starts \"%s\": %s", qUtf8Printable(path),
                qUtf8Printable(plan.command.constFirst()));

@@ -26,6 +26,7 @@ public:
     /// Programs without a path are looked for in $PATH; where no other directory is named, it is the home directory.
     [[nodiscard]] static Plan planFor(const QString &path);
 
-    /// Starts `path` detached and without a shell; logs what it started or why it did not.
+    /// Starts `path` detached and without a shell; logs what it started or why it did not. Where this process runs
+    /// under restrictions, the service manager of the user starts it, free of them.
     static void launch(const QString &path);
 };

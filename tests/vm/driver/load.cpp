@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "tests/vm/driver/load.h"
+
+#include "tests/vm/driver/failure.h"
+#include "tests/vm/driver/keynames.h"
+#include "tests/vm/driver/waiting.h"
+
+#include <linux/input-event-codes.h>
+
+#include <random>
+#include <set>
+#include <thread>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::uint8_t usageB = 0x05; // on every keyboard layout of the daemon itself
+constexpr std::uint8_t usageF24 = 0x73;
+
+void readMarker(EventNode &desktop, std::set<int> &down)
+{
+    while (const auto key = desktop.next(patience)) {
+        if (key->value == 2)
+            continue;
+        const bool isNew = key->value == 1 ? down.insert(key->code).second : down.erase(key->code) == 1;
+        if (!isNew)
+            throw Failure(codeName(key->code) + (key->value == 1 ? " down twice" : " up without having been down"));
+        if (key->code == KEY_F24 && key->value == 0)
+            return;
+    }
+    throw Failure("the last key did not come");
+}
+
+} // namespace
+
+void flood(Machine &machine, const std::string &name, int rate, int seconds)
+{
+    UhidKeyboard &keyboard = machine.keyboard(name);
+    EventNode &desktop = machine.desktop();
+    const int total = rate * seconds;
+    int read = 0;
+    const auto take = [&](std::chrono::milliseconds limit) {
+        const auto key = desktop.next(limit);
+        if (!key)
+            return false;
+        if (key->value == 2)
+            return true;
+        if (key->code != KEY_B || key->value != (read % 2 == 0 ? 1 : 0))
+            throw Failure("event " + std::to_string(read) + " is " + codeName(key->code));
+        ++read;
+        return true;
+    };
+    const auto start = std::chrono::steady_clock::now();
+    for (int sent = 0; sent < total; ++sent) {
+        std::this_thread::sleep_until(start + sent * std::chrono::nanoseconds(1s) / rate);
+        (void)keyboard.setDown(usageB, sent % 2 == 0);
+        while (take(0ms)) {
+        }
+    }
+    while (read < total) {
+        if (!take(patience))
+            throw Failure(std::to_string(total - read) + " of " + std::to_string(total) + " events are missing");
+    }
+}
+
+void storm(Machine &machine, const std::vector<std::string> &keyboards, unsigned seed, int reports)
+{
+    std::mt19937 random(seed);
+    std::uniform_int_distribution<int> usage(0x04, 0x31);
+    std::uniform_int_distribution<int> modifier(0xE0, 0xE7);
+    std::uniform_int_distribution<int> count(0, 6);
+    std::set<int> down;
+    for (int number = 0; number < reports; ++number) {
+        UhidKeyboard &keyboard = machine.keyboard(keyboards[random() % keyboards.size()]);
+        std::set<std::uint8_t> keys;
+        for (int key = count(random); key > 0; --key)
+            keys.insert(static_cast<std::uint8_t>(random() % 4 == 0 ? modifier(random) : usage(random)));
+        // The chord that releases the keyboard is a scenario of its own.
+        keys.erase(0x29);
+        const std::vector<std::uint8_t> list(keys.begin(), keys.end());
+        keyboard.report(list);
+        if (number % 16 == 0) {
+            while (const auto key = machine.desktop().next(0ms)) {
+                if (key->value == 1)
+                    down.insert(key->code);
+                else if (key->value == 0)
+                    down.erase(key->code);
+            }
+        }
+    }
+    for (const std::string &name : keyboards)
+        machine.keyboard(name).releaseAll();
+    (void)machine.keyboard(keyboards.front()).setDown(usageF24, true);
+    (void)machine.keyboard(keyboards.front()).setDown(usageF24, false);
+    readMarker(machine.desktop(), down);
+    if (!down.empty())
+        throw Failure("still down: " + codeName(*down.begin()));
+}
+
+std::vector<std::chrono::nanoseconds> measureLatency(UhidKeyboard &keyboard, EventNode &node, int count)
+{
+    std::vector<std::chrono::nanoseconds> times;
+    for (int number = 0; number < count; ++number) {
+        // Apart, as keys are: the way through is then one of a process that sleeps.
+        std::this_thread::sleep_for(2ms);
+        const EventNode::Time start = monotonicNow();
+        (void)keyboard.setDown(usageB, number % 2 == 0);
+        const auto key = node.next(patience);
+        if (!key)
+            throw Failure("a key did not come");
+        times.push_back(key->readAt - start);
+    }
+    return times;
+}

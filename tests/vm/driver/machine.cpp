@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "tests/vm/driver/machine.h"
+
+#include "tests/vm/driver/failure.h"
+#include "tests/vm/driver/waiting.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+const std::string outputName = "Quill Kestra output"; // of the daemon's own device
+
+} // namespace
+
+Machine::Machine(std::string folder) : mFolder(std::move(folder))
+{
+    std::filesystem::remove_all(mFolder);
+    std::filesystem::create_directories(mFolder);
+    ::setenv("XDG_STATE_HOME", mFolder.c_str(), 1);
+}
+
+Machine::~Machine()
+{
+    mDesktop.reset();
+    mKeyboards.clear();
+}
+
+void Machine::startDaemon()
+{
+    mDaemon = BackgroundProcess({"QuillKestraDaemon"}, mFolder + "/log");
+    if (!becomesTrue([this] { return !mDaemon.isRunning() || control({"status"}).exitCode == 0; }) || !mDaemon.isRunning())
+        throw Failure("the daemon does not start");
+}
+
+void Machine::endDaemon(int signal)
+{
+    mDaemon.end(signal);
+    if (!becomesTrue([] { return !EventNode::exists(outputName); }))
+        throw Failure("the daemon's device is still there");
+}
+
+std::string Machine::daemonLog() const
+{
+    std::ostringstream text;
+    text << std::ifstream(mFolder + "/log").rdbuf();
+    return text.str();
+}
+
+ProcessResult Machine::control(const std::vector<std::string> &words) const
+{
+    std::vector<std::string> command{"kestractl"};
+    command.insert(command.end(), words.begin(), words.end());
+    return runProcess(command);
+}
+
+std::string Machine::mustControl(const std::vector<std::string> &words) const
+{
+    const ProcessResult result = control(words);
+    if (result.exitCode != 0)
+        throw Failure("kestractl says: " + result.output);
+    return result.output;
+}
+
+std::string Machine::status(const std::string &name) const
+{
+    std::istringstream lines(control({"status"}).output);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(name + ": "))
+            return line.substr(name.size() + 2);
+    }
+    return {};
+}
+
+void Machine::plug(const std::string &name, UhidKeyboard::Identity identity)
+{
+    identity.name = "Keyboard " + name;
+    mKeyboards[name] = std::make_unique<UhidKeyboard>(identity);
+    if (identity.kind != UhidKeyboard::Kind::noKeys)
+        (void)EventNode::open(identity.name, false);
+}
+
+UhidKeyboard &Machine::keyboard(const std::string &name)
+{
+    const auto found = mKeyboards.find(name);
+    if (found == mKeyboards.end())
+        throw Failure("no keyboard " + name + " is plugged in");
+    return *found->second;
+}
+
+std::string Machine::deviceId(const std::string &name) const
+{
+    std::istringstream lines(mustControl({"device", "list"}));
+    const std::string end = "  Keyboard " + name;
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.ends_with(end))
+            continue;
+        const std::size_t first = line.find_first_not_of("* ");
+        return line.substr(first, line.find(' ', first) - first);
+    }
+    return {};
+}
+
+void Machine::use(const std::vector<std::string> &names)
+{
+    std::vector<std::string> words{"device", "use"};
+    for (const std::string &name : names) {
+        std::string id;
+        if (!becomesTrue([&] { return !(id = deviceId(name)).empty(); }))
+            throw Failure("the daemon does not list keyboard " + name);
+        words.push_back(id);
+    }
+    mustControl(words);
+    if (!becomesTrue([this] { return status("deviceState") == "in use"; }))
+        throw Failure("the daemon does not take the keyboard over: " + status("deviceState"));
+}
+
+EventNode &Machine::desktop()
+{
+    if (!mDesktop)
+        mDesktop = EventNode::open(outputName, true);
+    return *mDesktop;
+}

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// A keyboard that the kernel takes for a real one: made through /dev/uhid, driven by its HID reports.
+#pragma once
+
+#include "tests/vm/driver/filedescriptor.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class UhidKeyboard
+{
+public:
+    enum class Kind {
+        plain,    ///< a boot keyboard: modifiers and six keys
+        media,    ///< the same with a second event node for media keys
+        everyKey, ///< modifiers and a bit for each of the 232 usages
+        noKeys,   ///< calls itself a keyboard and has none
+        strange,  ///< usages far outside of what a keyboard has
+    };
+
+    struct Identity
+    {
+        std::string name;
+        std::string serial;
+        std::uint16_t vendor = 0x1209; // for tests
+        std::uint16_t product = 1;
+        Kind kind = Kind::plain;
+    };
+
+    /// Plugs it in. Throws Failure when the kernel does not take it.
+    explicit UhidKeyboard(Identity identity);
+
+    [[nodiscard]] const Identity &identity() const { return mIdentity; }
+
+    /// Sends one report: exactly these usages of the keyboard page are down.
+    void report(std::span<const std::uint8_t> usages);
+    /// One more key down, or one up: a report with what is down then. False when the report has no room for it.
+    [[nodiscard]] bool setDown(std::uint8_t usage, bool isDown);
+    void releaseAll();
+    /// Sends one report of the media keys: this usage of the Consumer page is down, 0 for none. Kind::media only.
+    void reportMedia(std::uint16_t usage);
+    /// Sends bytes that are no report of this keyboard.
+    void sendBroken(std::span<const std::uint8_t> bytes);
+
+    /// The LED bits (of the HID LED page, from Num Lock up) that the kernel has last set; waits for none.
+    [[nodiscard]] int leds();
+
+private:
+    void send(std::span<const std::uint8_t> bytes);
+
+    Identity mIdentity;
+    FileDescriptor mDevice;
+    std::vector<std::uint8_t> mDown;
+    int mLeds = 0;
+};
+
+/// The report descriptor of a kind.
+[[nodiscard]] std::vector<std::uint8_t> reportDescriptor(UhidKeyboard::Kind kind);
