@@ -5,10 +5,26 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <csignal>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A daemon that stood still would keep the keyboard, and nobody could wake it up.
+void ignoreJobControl()
+{
+    for (const int number : {SIGTSTP, SIGTTIN, SIGTTOU})
+        std::signal(number, SIG_IGN); // programs that it starts have the usual again, see DetachedProcess
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
+    ignoreJobControl();
+    // Threads wait with poll(), not with GLib's loop, which takes longer for each key and needs memory for it.
+    qputenv("QT_NO_THREADED_GLIB", "1");
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(DaemonProtocol::daemonProcessName);
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));

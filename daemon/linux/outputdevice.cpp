@@ -31,11 +31,11 @@ struct CodeRange
 
 /// What udev's input_id takes for the sign of a joystick, gamepad, tablet, touchpad or steering wheel.
 constexpr CodeRange notOfAKeyboard[] = {
-    {BTN_TASK + 9, BTN_GEAR_UP + 15}, // 0x120 to 0x15f: joystick, gamepad, digitizer, wheel
+    {BTN_TASK + 9, BTN_GEAR_UP + 14}, // 0x120 to 0x15f: joystick, gamepad, digitizer, wheel
     {BTN_DPAD_UP, BTN_DPAD_RIGHT},
     {BTN_TRIGGER_HAPPY1, BTN_TRIGGER_HAPPY40},
 };
-static_assert(BTN_TASK + 9 == BTN_JOYSTICK);
+static_assert(BTN_TASK + 9 == BTN_JOYSTICK && BTN_GEAR_UP + 15 == KEY_OK);
 
 QString problemOf(int error)
 {
