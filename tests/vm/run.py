@@ -186,6 +186,7 @@ def main():
     with open(os.path.join(arguments.work, "console.log"), "w", encoding="utf-8") as log:
         for line in boot(kernel, image):
             log.write(line + "\n")
+            log.flush()
             console.append(line)
             if "kestra-vm: " in line:
                 text = line.split("kestra-vm: ", 1)[1]

@@ -15,22 +15,47 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::uint8_t usageB = 0x05; // on every keyboard layout of the daemon itself
+constexpr std::uint8_t usageB = 0x05;
+constexpr std::uint8_t usageEscape = 0x29;
 constexpr std::uint8_t usageF24 = 0x73;
+constexpr int readEvery = 8; // reports; an event node holds some dozens of events for a reader
 
-void readMarker(EventNode &desktop, std::set<int> &down)
+/// The keys that the desktop sees down, from the beginning.
+class Down
 {
-    while (const auto key = desktop.next(patience)) {
+public:
+    explicit Down(EventNode &desktop) : mDesktop(desktop) {}
+
+    /// Takes the next key; false when none comes within `limit`.
+    bool take(std::chrono::milliseconds limit)
+    {
+        const auto key = mDesktop.next(limit);
+        if (!key)
+            return false;
         if (key->value == 2)
-            continue;
-        const bool isNew = key->value == 1 ? down.insert(key->code).second : down.erase(key->code) == 1;
+            return true;
+        const bool isNew = key->value == 1 ? mCodes.insert(key->code).second : mCodes.erase(key->code) == 1;
         if (!isNew)
             throw Failure(codeName(key->code) + (key->value == 1 ? " down twice" : " up without having been down"));
-        if (key->code == KEY_F24 && key->value == 0)
-            return;
+        mHasMarkerCome = key->code == KEY_F24 && key->value == 0;
+        return true;
     }
-    throw Failure("the last key did not come");
-}
+
+    void takeUntilMarker()
+    {
+        while (!mHasMarkerCome) {
+            if (!take(patience))
+                throw Failure("the last key did not come");
+        }
+    }
+
+    [[nodiscard]] const std::set<int> &codes() const { return mCodes; }
+
+private:
+    EventNode &mDesktop;
+    std::set<int> mCodes;
+    bool mHasMarkerCome = false;
+};
 
 } // namespace
 
@@ -70,32 +95,25 @@ void storm(Machine &machine, const std::vector<std::string> &keyboards, unsigned
     std::uniform_int_distribution<int> usage(0x04, 0x31);
     std::uniform_int_distribution<int> modifier(0xE0, 0xE7);
     std::uniform_int_distribution<int> count(0, 6);
-    std::set<int> down;
+    Down down(machine.desktop());
     for (int number = 0; number < reports; ++number) {
-        UhidKeyboard &keyboard = machine.keyboard(keyboards[random() % keyboards.size()]);
         std::set<std::uint8_t> keys;
         for (int key = count(random); key > 0; --key)
             keys.insert(static_cast<std::uint8_t>(random() % 4 == 0 ? modifier(random) : usage(random)));
-        // The chord that releases the keyboard is a scenario of its own.
-        keys.erase(0x29);
+        keys.erase(usageEscape); // the chord that releases the keyboard is a scenario of its own
         const std::vector<std::uint8_t> list(keys.begin(), keys.end());
-        keyboard.report(list);
-        if (number % 16 == 0) {
-            while (const auto key = machine.desktop().next(0ms)) {
-                if (key->value == 1)
-                    down.insert(key->code);
-                else if (key->value == 0)
-                    down.erase(key->code);
-            }
+        machine.keyboard(keyboards[random() % keyboards.size()]).report(list);
+        while (number % readEvery == 0 && down.take(0ms)) {
         }
     }
     for (const std::string &name : keyboards)
         machine.keyboard(name).releaseAll();
-    (void)machine.keyboard(keyboards.front()).setDown(usageF24, true);
-    (void)machine.keyboard(keyboards.front()).setDown(usageF24, false);
-    readMarker(machine.desktop(), down);
-    if (!down.empty())
-        throw Failure("still down: " + codeName(*down.begin()));
+    UhidKeyboard &last = machine.keyboard(keyboards.front());
+    (void)last.setDown(usageF24, true);
+    (void)last.setDown(usageF24, false);
+    down.takeUntilMarker();
+    if (!down.codes().empty())
+        throw Failure("still down: " + codeName(*down.codes().begin()));
 }
 
 std::vector<std::chrono::nanoseconds> measureLatency(UhidKeyboard &keyboard, EventNode &node, int count)

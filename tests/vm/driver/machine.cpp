@@ -18,8 +18,9 @@ const std::string outputName = "Quill Kestra output"; // of the daemon's own dev
 
 Machine::Machine(std::string folder) : mFolder(std::move(folder))
 {
-    std::filesystem::remove_all(mFolder);
     std::filesystem::create_directories(mFolder);
+    for (const auto &entry : std::filesystem::directory_iterator(mFolder)) // which is a file system of its own
+        std::filesystem::remove_all(entry.path());
     ::setenv("XDG_STATE_HOME", mFolder.c_str(), 1);
 }
 
@@ -63,6 +64,19 @@ std::string Machine::mustControl(const std::vector<std::string> &words) const
     if (result.exitCode != 0)
         throw Failure("kestractl says: " + result.output);
     return result.output;
+}
+
+void Machine::startControl(const std::vector<std::string> &words)
+{
+    std::vector<std::string> command{"kestractl"};
+    command.insert(command.end(), words.begin(), words.end());
+    mControl = BackgroundProcess(command, mFolder + "/log");
+}
+
+void Machine::waitForControl()
+{
+    if (!becomesTrue([this] { return !mControl.isRunning(); }))
+        throw Failure("kestractl does not end");
 }
 
 std::string Machine::status(const std::string &name) const

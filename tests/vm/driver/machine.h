@@ -30,6 +30,9 @@ public:
     [[nodiscard]] ProcessResult control(const std::vector<std::string> &words) const;
     /// Runs kestractl, which must do it. Returns what it says.
     std::string mustControl(const std::vector<std::string> &words) const;
+    /// The same for what goes on while other steps are done; its output is in the daemon's log.
+    void startControl(const std::vector<std::string> &words);
+    void waitForControl();
     /// The value of "name: value" in what "kestractl status" says; empty when it is not there.
     [[nodiscard]] std::string status(const std::string &name) const;
 
@@ -50,6 +53,7 @@ private:
 
     std::string mFolder;
     BackgroundProcess mDaemon;
+    BackgroundProcess mControl;
     std::map<std::string, std::unique_ptr<UhidKeyboard>> mKeyboards;
     std::optional<EventNode> mDesktop;
 };

@@ -8,11 +8,13 @@
 
 #include <linux/input-event-codes.h>
 
+#include <cctype>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
+#include <sstream>
 
 using Words = std::vector<std::string>;
 
@@ -199,9 +201,33 @@ void expectLog(Machine &machine, const Words &words)
 }
 
 /// The keys of this keyboard reach the desktop directly: the daemon does not hold it.
-void expectReleased(Machine &machine, const Words &words)
+void expectReleased(Machine &, const Words &words)
 {
     EventNode node = EventNode::open("Keyboard " + word(words, 1), true); // fails while the daemon holds it
+}
+
+/// macro Heal A down, 20 A up, 30 button1 down, 10 button1 up: adds it; the numbers are the pauses before.
+void addMacro(Machine &machine, const Words &words)
+{
+    std::ostringstream file;
+    file << "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>MacroName</key><string>" << word(words, 1)
+         << "</string><key>delay</key><integer>20</integer><key>sequence</key><dict><key>Events</key><array>";
+    for (std::size_t index = 2; index < words.size();) {
+        int pause = 0;
+        if (std::isdigit(static_cast<unsigned char>(words[index].front())) && words[index].size() > 1)
+            pause = std::stoi(words[index++]);
+        const std::string &what = word(words, index++);
+        const bool isButton = what.starts_with("button");
+        const int argument = isButton ? std::stoi(what.substr(6)) : usage(what);
+        const bool isDown = word(words, index++).starts_with("down");
+        file << "<dict><key>command</key><integer>" << isDown << "</integer><key>delay</key><integer>" << pause
+             << "</integer><key>page</key><integer>" << (isButton ? 9 : 7) << "</integer><key>argument</key><integer>"
+             << argument << "</integer></dict>";
+    }
+    file << "</array></dict></dict></plist>";
+    const std::string path = machine.folder() + "/" + words[1] + ".KestraMacro";
+    std::ofstream(path) << file.str();
+    machine.mustControl({"macro", "import", path});
 }
 
 void writeFile(Machine &machine, const Words &words)
@@ -252,6 +278,9 @@ const std::map<std::string, Action> &actions()
          }},
         {"ctl", [](Machine &machine, const Words &words) { machine.mustControl(from(words, 1)); }},
         {"ctl-says", expectControl},
+        {"ctl-start", [](Machine &machine, const Words &words) { machine.startControl(from(words, 1)); }},
+        {"ctl-wait", [](Machine &machine, const Words &) { machine.waitForControl(); }},
+        {"macro", addMacro},
         {"ctl-fails",
          [](Machine &machine, const Words &words) {
              if (machine.control(from(words, 1)).exitCode == 0)
@@ -278,8 +307,9 @@ const std::map<std::string, Action> &actions()
          }},
         {"storm",
          [](Machine &machine, const Words &words) {
-             storm(machine, from(words, 2).empty() ? Words{word(words, 1)} : Words{words[1]},
-                   static_cast<unsigned>(number(words, "seed", 1)), number(words, "reports", 500));
+             Words names = from(words, 1);
+             std::erase_if(names, [](const std::string &name) { return name.find('=') != std::string::npos; });
+             storm(machine, names, static_cast<unsigned>(number(words, "seed", 1)), number(words, "reports", 500));
          }},
     };
     return table;
