@@ -43,8 +43,9 @@ public:
 
     void takeUntilMarker()
     {
+        const auto end = std::chrono::steady_clock::now() + patience;
         while (!mHasMarkerCome) {
-            if (!take(patience))
+            if (!take(timeUntil(end)))
                 throw Failure("the last key did not come");
         }
     }

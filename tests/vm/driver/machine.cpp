@@ -102,6 +102,9 @@ UhidKeyboard &Machine::keyboard(const std::string &name)
     const auto found = mKeyboards.find(name);
     if (found == mKeyboards.end())
         throw Failure("no keyboard " + name + " is plugged in");
+    // What is sent now is to be seen.
+    if (!mDesktop && EventNode::exists(outputName))
+        (void)desktop();
     return *found->second;
 }
 

@@ -104,7 +104,8 @@ std::string textOf(const EventNode::Key &key)
 /// The next key that the desktop sees; repetitions only where `isRepeated`.
 std::string nextOfDesktop(EventNode &desktop, bool isRepeated)
 {
-    while (const auto key = desktop.next(patience)) {
+    const auto end = std::chrono::steady_clock::now() + patience; // a key that repeats must not put it off
+    while (const auto key = desktop.next(timeUntil(end))) {
         if (isRepeated == (key->value == 2))
             return textOf(*key);
         if (isRepeated)
@@ -173,7 +174,8 @@ void expectLed(Machine &machine, const Words &words)
 /// The desktop's keyboard comes up by itself: the daemon is gone.
 void expectEnd(Machine &machine, const Words &)
 {
-    while (machine.desktop().next(patience)) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (machine.desktop().next(timeUntil(end))) {
     }
     if (!machine.desktop().isGone())
         throw Failure("the desktop's keyboard is still there");
