@@ -203,9 +203,9 @@ void expectLog(Machine &machine, const Words &words)
 }
 
 /// The keys of this keyboard reach the desktop directly: the daemon does not hold it.
-void expectReleased(Machine &, const Words &words)
+void expectReleased(Machine &machine, const Words &words)
 {
-    EventNode node = EventNode::open("Keyboard " + word(words, 1), true); // fails while the daemon holds it
+    EventNode node = EventNode::open(machine.nodeName(word(words, 1)), true); // fails while the daemon holds it
 }
 
 /// macro Heal A down, 20 A up, 30 button1 down, 10 button1 up: adds it; the numbers are the pauses before.
