@@ -5,7 +5,6 @@
 
 #include <linux/input-event-codes.h>
 
-#include <QCollator>
 #include <QSet>
 
 #include <algorithm>
@@ -106,11 +105,8 @@ NodeKind kindOf(const NodeInfo &info)
 
 QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes)
 {
-    QCollator collator(QLocale::c());
-    collator.setNumericMode(true); // event10 comes after event9
-    std::ranges::stable_sort(nodes, [&](const NodeInfo &left, const NodeInfo &right) {
-        return collator.compare(left.node, right.node) < 0;
-    });
+    // event10 comes after event9
+    std::ranges::stable_sort(nodes, {}, [](const NodeInfo &info) { return std::pair(info.node.size(), info.node); });
     QList<KeyboardInfo> keyboards;
     QSet<QString> ids;
     for (const NodeInfo &first : std::as_const(nodes)) {

@@ -17,20 +17,20 @@ struct NodeInfo
     /// The codes that a node has of a type of event; a bit a code.
     using Codes = std::bitset<KeyCodes::codeCount>;
 
-    QString node;       ///< "/dev/input/event3"
-    QString systemPath; ///< its folder below /sys; another one each time that it is plugged in
-    QString devicePath; ///< that of the whole device, which nodes of one keyboard have in common
-    QString name;
+    QString node = {};       ///< "/dev/input/event3"
+    QString systemPath = {}; ///< its folder below /sys; another one each time that it is plugged in
+    QString devicePath = {}; ///< that of the whole device, which nodes of one keyboard have in common
+    QString name = {};
     quint16 bus = 0;
     quint16 vendor = 0;
     quint16 product = 0;
     quint16 version = 0;
-    QString serial;
-    QString path;       ///< see InputDevice
+    QString serial = {};
+    QString path = {};  ///< see InputDevice
     bool isHid = false; ///< its scan codes are HID usages
-    Codes keys;
-    Codes relativeAxes;
-    Codes absoluteAxes;
+    Codes keys = {};
+    Codes relativeAxes = {};
+    Codes absoluteAxes = {};
 
     /// `text` as the kernel writes a set of codes in /sys (hexadecimal words, the highest first, `wordBits` each). What
     /// cannot be read is no code.

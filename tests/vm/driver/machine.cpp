@@ -33,7 +33,8 @@ Machine::~Machine()
 void Machine::startDaemon()
 {
     mDaemon = BackgroundProcess({"QuillKestraDaemon"}, mFolder + "/log");
-    if (!becomesTrue([this] { return !mDaemon.isRunning() || control({"status"}).exitCode == 0; }) || !mDaemon.isRunning())
+    if (!becomesTrue([this] { return !mDaemon.isRunning() || control({"status"}).exitCode == 0; })
+        || !mDaemon.isRunning())
         throw Failure("the daemon does not start");
 }
 

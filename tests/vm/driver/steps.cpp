@@ -298,9 +298,7 @@ const std::map<std::string, Action> &actions()
         {"expect-log", expectLog},
         {"expect-released", expectReleased},
         {"desktop-led",
-         [](Machine &machine, const Words &words) {
-             machine.desktop().setLed(LED_CAPSL, word(words, 1) == "on");
-         }},
+         [](Machine &machine, const Words &words) { machine.desktop().setLed(LED_CAPSL, word(words, 1) == "on"); }},
         {"write-file", writeFile},
         {"disk", fillDisk},
         {"flood",
