@@ -1,8 +1,10 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
 # The Debian and Ubuntu packages that ./run, ./test and the benchmarks need, and the function that installs the missing ones. To be sourced.
-# A row is "group package probe": the package counts as present when the command `probe` is found, or, where the
-# probe is "-", when dpkg says that it is installed.
+# A row is "group package probe": the package counts as present when the command `probe` is found, or a file that the
+# pattern `probe` fits where it begins with "/", or, where the probe is "-", when dpkg says that it is installed.
+# "name|other" is one package under the names of several distributions; where apt knows none of them, it is left out,
+# and what needs it says so.
 
 kestra_packages='
 build   g++             g++
@@ -29,20 +31,39 @@ test    xdotool         xdotool
 test    openbox         openbox
 test    sway            sway
 test    qt6-wayland     -
+test    dbus            dbus-daemon
+test    qemu-system-x86 qemu-system-x86_64
+test    linux-image-amd64|linux-image-generic /boot/vmlinuz-*
+test    busybox-static  busybox
+test    cpio            cpio
+test    udev            udevadm
 bench   libbenchmark-dev -
 bench   libplist-dev    -
 '
 
 kestra_is_present() { # package probe
-    if [ "$2" != - ]; then
-        command -v "$2" >/dev/null
-        return
-    fi
+    case $2 in
+        -) ;;
+        /*) compgen -G "$2" >/dev/null; return ;;
+        *) command -v "$2" >/dev/null; return ;;
+    esac
     # On newer systems a library may be installed under its name for 64-bit times. dpkg-query fails when one of the two
     # names is unknown, which is usual and says nothing.
     local states
     states=$(dpkg-query -W -f '${Status}\n' "$1" "$1t64" 2>/dev/null || true)
     [[ $states == *"install ok installed"* ]]
+}
+
+# The first of the names in "name|other" that apt knows; says so and prints none when it knows none.
+kestra_known_name() { # package
+    local name
+    for name in ${1//|/ }; do
+        if [ -n "$(apt-cache show --no-all-versions "$name" 2>/dev/null)" ]; then
+            echo "$name"
+            return
+        fi
+    done
+    echo "There is no package ${1//|/ or } here; what needs it is left out." >&2
 }
 
 # kestra_require GROUP...: makes sure that every package of the groups is there; says what it installs before it does.
@@ -55,18 +76,24 @@ kestra_require() {
     done < <(grep . <<<"$kestra_packages")
     [ ${#missing[@]} -eq 0 ] && return 0
     if ! command -v apt-get >/dev/null; then
-        echo "These packages are missing and there is no apt-get to install them: ${missing[*]}" >&2
+        echo "These packages are missing and there is no apt-get to install them: ${missing[*]%%|*}" >&2
         return 1
     fi
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
         if ! command -v sudo >/dev/null; then
-            echo "Please install as root: apt-get install ${missing[*]}" >&2
+            echo "Please install as root: apt-get install ${missing[*]%%|*}" >&2
             return 1
         fi
         as_root=(sudo)
     fi
-    echo "Installing what is missing: ${missing[*]}"
+    echo "Installing what is missing: ${missing[*]%%|*}"
     "${as_root[@]}" apt-get update -q
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
+    local known=()
+    for package in "${missing[@]}"; do
+        [[ $package == *"|"* ]] && package=$(kestra_known_name "$package")
+        [ -z "$package" ] || known+=("$package")
+    done
+    [ ${#known[@]} -eq 0 ] && return 0
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${known[@]}"
 }

@@ -31,9 +31,22 @@ echo "sudo" >>"$FAKE/calls"
 exec "$@"
 """
 PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import",
-            "openbox", "sway")
+            "openbox", "sway", "dbus-daemon", "qemu-system-x86_64", "busybox", "cpio", "udevadm")
 LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",
-             "libbenchmark-dev", "libxcb1-dev", "libwayland-dev", "qt6-wayland")
+             "libbenchmark-dev", "libxcb1-dev", "libwayland-dev", "libevdev-dev", "libudev-dev", "qt6-wayland")
+# Knows the packages that are in the file "known".
+APT_CACHE = """#!/bin/sh
+for name in "$@"; do
+    if grep -qx "$name" "$FAKE/known"; then echo "Package: $name"; exit 0; fi
+done
+exit 100
+"""
+# The options under which ./run and ./test source the file; the kernels of this machine are none of the test's business.
+REQUIRE = """set -euo pipefail
+source "$0"
+kestra_packages=${kestra_packages//\\/boot\\//$FAKE/boot/}
+kestra_require "$@"
+"""
 GROUPS = ("build", "session", "display", "tour", "test", "bench")
 
 
@@ -51,7 +64,12 @@ class Packages(unittest.TestCase):
         self.script("dpkg-query", DPKG_QUERY)
         self.script("apt-get", RECORDER.format(name="apt-get"))
         self.script("id", "#!/bin/sh\necho ${FAKE_USER:-0}\n")
+        self.script("apt-cache", APT_CACHE)
         self.installed(*LIBRARIES)
+        self.known("linux-image-amd64")
+        self.kernel = self.folder / "boot" / "vmlinuz-6.1.0"
+        self.kernel.parent.mkdir()
+        self.kernel.touch()
 
     def script(self, name, text):
         path = self.bin / name
@@ -61,10 +79,12 @@ class Packages(unittest.TestCase):
     def installed(self, *names):
         (self.folder / "installed").write_text("".join(name + "\n" for name in names))
 
+    def known(self, *names):
+        (self.folder / "known").write_text("".join(name + "\n" for name in names))
+
     def require(self, *groups, **environment):
-        # The options under which ./run and ./test source the file.
         return subprocess.run(
-            [str(self.bin / "bash"), "-c", 'set -euo pipefail; source "$0"; kestra_require "$@"', PACKAGES, *groups],
+            [str(self.bin / "bash"), "-c", REQUIRE, PACKAGES, *groups],
             env={"PATH": str(self.bin), "FAKE": str(self.folder), **environment}, capture_output=True, text=True,
             check=False)
 
@@ -121,6 +141,21 @@ class Packages(unittest.TestCase):
         result = self.require("tour")
         self.assertEqual(result.returncode, 1)
         self.assertIn("xvfb", result.stderr)
+
+    def test_a_kernel_has_another_name_elsewhere(self):
+        self.kernel.unlink()
+        self.known("linux-image-generic")
+        self.assertEqual(self.require("test").returncode, 0)
+        self.assertTrue(self.calls()[1].endswith("--no-install-recommends linux-image-generic"), self.calls())
+
+    def test_a_kernel_that_cannot_be_had_is_left_out(self):
+        self.kernel.unlink()
+        (self.bin / "cpio").unlink()
+        self.known()
+        result = self.require("test")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn("no package linux-image-amd64 or linux-image-generic here", result.stderr)
+        self.assertTrue(self.calls()[1].endswith("--no-install-recommends cpio"), self.calls())
 
 
 if __name__ == "__main__":

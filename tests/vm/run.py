@@ -13,6 +13,7 @@ import gzip
 import os
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -29,13 +30,31 @@ def skip(reason):
     sys.exit(SKIPPED)
 
 
-def newest_kernel():
+def readable_kernel(image, work):
+    """The image itself, or a copy where only root may read it (Ubuntu) and sudo asks for no password; None otherwise."""
+    if os.access(image, os.R_OK):
+        return image
+    copy = os.path.join(work, "vmlinuz")
+    with open(copy, "wb") as file:
+        command = ["sudo", "-n", "cat", image]
+        is_copied = shutil.which("sudo") and subprocess.run(command, stdout=file, check=False).returncode == 0
+    return copy if is_copied else None
+
+
+def newest_kernel(work):
     """The image and the folder of the modules of the newest kernel that has both."""
+    unreadable = None
     for image in sorted(glob.glob("/boot/vmlinuz-*"), reverse=True):
         modules = "/lib/modules/" + image.split("vmlinuz-", 1)[1]
-        if os.path.isdir(modules) and os.access(image, os.R_OK):
-            return image, modules
-    skip("no readable kernel image in /boot (Debian: linux-image-amd64)")
+        if not os.path.isdir(modules):
+            continue
+        kernel = readable_kernel(image, work)
+        if kernel:
+            return kernel, modules
+        unreadable = image
+    if unreadable:
+        skip(f"{unreadable} may be read by root only (sudo chmod a+r {unreadable})")
+    skip("no kernel image with its modules in /boot and /lib/modules (Debian: linux-image-amd64, Ubuntu: linux-image-generic)")
 
 
 def module_files(folder):
@@ -121,6 +140,8 @@ def make_root(folder, arguments, modules):
     for name in ["QuillKestraDaemon", "kestractl"]:
         root.add_program(os.path.join(arguments.bin, name), name)
     root.add_program(arguments.driver, "vmdriver")
+    # The factory settings: a folder beside the daemon is where it looks first.
+    root.add(os.path.join(HERE, "../../resources/Kestra.plist"), "/bin/resources/Kestra.plist")
     for rules in ["50-udev-default.rules", "60-input-id.rules", "60-persistent-input.rules", "60-evdev.rules"]:
         for base in ["/usr/lib/udev/rules.d/", "/lib/udev/rules.d/"]:
             if os.path.exists(base + rules):
@@ -177,8 +198,10 @@ def main():
     parser.add_argument("--work", required=True)
     parser.add_argument("scenarios", nargs="*")
     arguments = parser.parse_args()
-    kernel, modules_folder = newest_kernel()
+    # So that the emulator is ended, too.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     os.makedirs(arguments.work, exist_ok=True)
+    kernel, modules_folder = newest_kernel(arguments.work)
     image = os.path.join(arguments.work, "initramfs.gz")
     make_image(arguments, module_files(modules_folder), image)
     end = None

@@ -27,8 +27,8 @@ public:
     [[nodiscard]] static EventNode open(const std::string &deviceName, bool isAlone);
     [[nodiscard]] static bool exists(const std::string &deviceName);
 
-    /// The next key, waiting at most this long. Motion, scan codes and ends of reports are left out. Throws Failure when
-    /// the kernel has dropped events, absent also when the device is gone.
+    /// The next key, waiting at most this long. Motion, scan codes and ends of reports are left out. Throws Failure
+    /// when the kernel has dropped events, absent also when the device is gone.
     [[nodiscard]] std::optional<Key> next(std::chrono::milliseconds limit);
     /// Only repetitions count for it.
     [[nodiscard]] const std::set<int> &down() const { return mDown; } ///< codes of the keys read as down

@@ -10,15 +10,15 @@
 namespace {
 
 const std::map<std::string, std::uint8_t> keys{
-    {"Enter", 0x28},     {"Escape", 0x29},    {"Backspace", 0x2A}, {"Tab", 0x2B},       {"Space", 0x2C},
-    {"CapsLock", 0x39},  {"F1", 0x3A},        {"F2", 0x3B},        {"F3", 0x3C},        {"F12", 0x45},
-    {"Left", 0x50},      {"Right", 0x4F},     {"Menu", 0x65},      {"F13", 0x68},       {"F24", 0x73},
-    {"LeftCtrl", 0xE0},  {"LeftShift", 0xE1}, {"LeftAlt", 0xE2},   {"LeftMeta", 0xE3},
-    {"RightCtrl", 0xE4}, {"RightShift", 0xE5}, {"RightAlt", 0xE6}, {"RightMeta", 0xE7},
+    {"Enter", 0x28},      {"Escape", 0x29},    {"Backspace", 0x2A}, {"Tab", 0x2B},      {"Space", 0x2C},
+    {"CapsLock", 0x39},   {"F1", 0x3A},        {"F2", 0x3B},        {"F3", 0x3C},       {"F12", 0x45},
+    {"Left", 0x50},       {"Right", 0x4F},     {"Menu", 0x65},      {"F13", 0x68},      {"F24", 0x73},
+    {"LeftCtrl", 0xE0},   {"LeftShift", 0xE1}, {"LeftAlt", 0xE2},   {"LeftMeta", 0xE3}, {"RightCtrl", 0xE4},
+    {"RightShift", 0xE5}, {"RightAlt", 0xE6},  {"RightMeta", 0xE7},
 };
 
-const std::map<std::string, std::uint16_t> mediaKeys{
-    {"none", 0}, {"Play", 0xCD}, {"Mute", 0xE2}, {"VolumeUp", 0xE9}, {"VolumeDown", 0xEA}, {"Calculator", 0x192}};
+const std::map<std::string, std::uint16_t> mediaKeys{{"none", 0},        {"Play", 0xCD},       {"Mute", 0xE2},
+                                                     {"VolumeUp", 0xE9}, {"VolumeDown", 0xEA}, {"Calculator", 0x192}};
 
 std::optional<int> number(const std::string &text)
 {

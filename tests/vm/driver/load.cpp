@@ -18,7 +18,6 @@ namespace {
 constexpr std::uint8_t usageB = 0x05;
 constexpr std::uint8_t usageEscape = 0x29;
 constexpr std::uint8_t usageF24 = 0x73;
-constexpr int readEvery = 8; // reports; an event node holds some dozens of events for a reader
 
 /// The keys that the desktop sees down, from the beginning.
 class Down
@@ -43,8 +42,9 @@ public:
 
     void takeUntilMarker()
     {
+        const auto end = std::chrono::steady_clock::now() + patience;
         while (!mHasMarkerCome) {
-            if (!take(patience))
+            if (!take(timeUntil(end)))
                 throw Failure("the last key did not come");
         }
     }
@@ -103,7 +103,8 @@ void storm(Machine &machine, const std::vector<std::string> &keyboards, unsigned
         keys.erase(usageEscape); // the chord that releases the keyboard is a scenario of its own
         const std::vector<std::uint8_t> list(keys.begin(), keys.end());
         machine.keyboard(keyboards[random() % keyboards.size()]).report(list);
-        while (number % readEvery == 0 && down.take(0ms)) {
+        // An event node holds some dozens of events for a reader, and a report brings up to half of that.
+        while (down.take(0ms)) {
         }
     }
     for (const std::string &name : keyboards)

@@ -95,7 +95,14 @@ void Machine::plug(const std::string &name, UhidKeyboard::Identity identity)
     identity.name = "Keyboard " + name;
     mKeyboards[name] = std::make_unique<UhidKeyboard>(identity);
     if (identity.kind != UhidKeyboard::Kind::noKeys)
-        (void)EventNode::open(identity.name, false);
+        (void)EventNode::open(nodeName(name), false);
+}
+
+std::string Machine::nodeName(const std::string &name)
+{
+    // The kernel tells the nodes of one device apart by a word after its name.
+    const UhidKeyboard::Identity &identity = keyboard(name).identity();
+    return identity.kind == UhidKeyboard::Kind::media ? identity.name + " Keyboard" : identity.name;
 }
 
 UhidKeyboard &Machine::keyboard(const std::string &name)
@@ -103,15 +110,18 @@ UhidKeyboard &Machine::keyboard(const std::string &name)
     const auto found = mKeyboards.find(name);
     if (found == mKeyboards.end())
         throw Failure("no keyboard " + name + " is plugged in");
+    // What is sent now is to be seen.
+    if (!mDesktop && EventNode::exists(outputName))
+        (void)desktop();
     return *found->second;
 }
 
 std::string Machine::deviceId(const std::string &name) const
 {
     std::istringstream lines(mustControl({"device", "list"}));
-    const std::string end = "  Keyboard " + name;
+    const std::string wanted = "  Keyboard " + name + ' ';
     for (std::string line; std::getline(lines, line);) {
-        if (!line.ends_with(end))
+        if ((line + ' ').find(wanted) == std::string::npos)
             continue;
         const std::size_t first = line.find_first_not_of("* ");
         return line.substr(first, line.find(' ', first) - first);
@@ -129,9 +139,9 @@ void Machine::use(const std::vector<std::string> &names)
         words.push_back(id);
     }
     mustControl(words);
+    (void)desktop(); // before the first key, which may be one that is held already
     if (!becomesTrue([this] { return status("deviceState") == "in use"; }))
         throw Failure("the daemon does not take the keyboard over: " + status("deviceState"));
-    (void)desktop(); // which misses what came before it is opened
 }
 
 EventNode &Machine::desktop()

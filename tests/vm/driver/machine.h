@@ -39,6 +39,8 @@ public:
     /// Plugs in a keyboard and waits for its event node.
     void plug(const std::string &name, UhidKeyboard::Identity identity);
     void unplug(const std::string &name) { mKeyboards.erase(name); }
+    /// The event node of its keys.
+    [[nodiscard]] std::string nodeName(const std::string &name);
     [[nodiscard]] UhidKeyboard &keyboard(const std::string &name);
     /// Tells the daemon to use these and waits until it does.
     void use(const std::vector<std::string> &names);

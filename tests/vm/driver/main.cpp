@@ -28,8 +28,8 @@ bool runOne(const std::string &path)
         problem = failure.what();
     }
     const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-    std::printf("kestra-vm: %s %s (%lld ms)\n", problem.empty() ? "ok" : "failed", std::filesystem::path(path).stem().c_str(),
-                static_cast<long long>(took.count()));
+    std::printf("kestra-vm: %s %s (%lld ms)\n", problem.empty() ? "ok" : "failed",
+                std::filesystem::path(path).stem().c_str(), static_cast<long long>(took.count()));
     std::istringstream lines(problem);
     for (std::string line; std::getline(lines, line);)
         std::printf("kestra-vm:   %s\n", line.c_str());

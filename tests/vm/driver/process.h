@@ -8,7 +8,7 @@
 
 struct ProcessResult
 {
-    int exitCode = -1; ///< -1: ended by a signal
+    int exitCode = -1;  ///< -1: ended by a signal
     std::string output; ///< standard output and error
 };
 

@@ -104,11 +104,8 @@ std::string textOf(const EventNode::Key &key)
 /// The next key that the desktop sees; repetitions only where `isRepeated`.
 std::string nextOfDesktop(EventNode &desktop, bool isRepeated)
 {
-    // A key that is held goes on repeating for ever.
-    const auto end = std::chrono::steady_clock::now() + patience;
-    while (const auto key = desktop.next(patience)) {
-        if (!isRepeated && key->value == 2 && std::chrono::steady_clock::now() > end)
-            break;
+    const auto end = std::chrono::steady_clock::now() + patience; // a key that repeats must not put it off
+    while (const auto key = desktop.next(timeUntil(end))) {
         if (isRepeated == (key->value == 2))
             return textOf(*key);
         if (isRepeated)
@@ -177,7 +174,8 @@ void expectLed(Machine &machine, const Words &words)
 /// The desktop's keyboard comes up by itself: the daemon is gone.
 void expectEnd(Machine &machine, const Words &)
 {
-    while (machine.desktop().next(patience)) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (machine.desktop().next(timeUntil(end))) {
     }
     if (!machine.desktop().isGone())
         throw Failure("the desktop's keyboard is still there");
@@ -205,9 +203,9 @@ void expectLog(Machine &machine, const Words &words)
 }
 
 /// The keys of this keyboard reach the desktop directly: the daemon does not hold it.
-void expectReleased(Machine &, const Words &words)
+void expectReleased(Machine &machine, const Words &words)
 {
-    EventNode node = EventNode::open("Keyboard " + word(words, 1), true); // fails while the daemon holds it
+    EventNode node = EventNode::open(machine.nodeName(word(words, 1)), true); // fails while the daemon holds it
 }
 
 /// macro Heal A down, 20 A up, 30 button1 down, 10 button1 up: adds it; the numbers are the pauses before.

@@ -8,6 +8,11 @@
 /// Long enough for a slow emulator; a wait that ends well takes a small part of it.
 inline constexpr std::chrono::seconds patience{20};
 
+[[nodiscard]] inline std::chrono::milliseconds timeUntil(std::chrono::steady_clock::time_point end)
+{
+    return std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+}
+
 /// True as soon as `condition` is; false when it was not within `patience`.
 template <typename Condition> [[nodiscard]] bool becomesTrue(Condition condition)
 {
