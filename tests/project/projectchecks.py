@@ -145,8 +145,8 @@ def check_licence_lines(sources):
 # --- connects by string -------------------------------------------------------------------------------------------
 
 STRING_CONNECT = re.compile(r"\b(SIGNAL|SLOT)\s*\(")
-# QObject's connect is called by its name or with "::"; with a dot it is that of a QDBusConnection.
-BUS_CONNECT = re.compile(r"[\w)]\.connect\s*\(")
+# QObject's connect is called by its name or with "::"; with a dot it (or disconnect) is that of a QDBusConnection.
+BUS_CONNECT = re.compile(r"[\w)]\.(?:dis)?connect\s*\(")
 
 
 def without_bus_connects(text):
