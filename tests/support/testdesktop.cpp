@@ -95,7 +95,7 @@ bool TestDesktop::startX11()
     QProcessEnvironment environment = in(QProcessEnvironment::systemEnvironment());
     environment.insert(u"HOME"_s, mRuntimeFolder.path()); // nobody's own settings
     mWindowManager = started(u"openbox"_s, {u"--sm-disable"_s}, environment);
-    return mWindowManager && QTest::qWaitFor([this] { return mX11Windows->hasWindowManager(); }, waitMs);
+    return mWindowManager && QTest::qWaitFor([this] { return mX11Windows->areManaged(); }, waitMs);
 }
 
 bool TestDesktop::startWayland()

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -49,10 +50,34 @@ QByteArray X11Windows::property(xcb_window_t window, xcb_atom_t property, xcb_at
                  : QByteArray();
 }
 
-bool X11Windows::hasWindowManager()
+bool X11Windows::areManaged()
 {
-    const xcb_atom_t check = atom("_NET_SUPPORTING_WM_CHECK");
-    return isConnected() && !property(mRoot, check, XCB_ATOM_WINDOW).isEmpty();
+    if (!isConnected())
+        return false;
+    const QByteArray list = property(mRoot, mClientList, XCB_ATOM_WINDOW);
+    const QByteArrayView probe(reinterpret_cast<const char *>(&mProbe), sizeof mProbe);
+    if (mProbe != XCB_WINDOW_NONE && list.contains(probe)) {
+        xcb_destroy_window(mConnection, std::exchange(mProbe, XCB_WINDOW_NONE));
+        xcb_flush(mConnection);
+        return true;
+    }
+    showProbe();
+    return false;
+}
+
+void X11Windows::showProbe()
+{
+    constexpr qint64 patienceMs = 500;
+    if (mProbe != XCB_WINDOW_NONE && !mProbeShown.hasExpired(patienceMs))
+        return;
+    if (mProbe != XCB_WINDOW_NONE)
+        xcb_destroy_window(mConnection, mProbe);
+    mProbe = xcb_generate_id(mConnection);
+    xcb_create_window(mConnection, XCB_COPY_FROM_PARENT, mProbe, mRoot, 0, 0, 8, 8, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_map_window(mConnection, mProbe);
+    xcb_flush(mConnection);
+    mProbeShown.start();
 }
 
 bool X11Windows::activate(const QString &name)
