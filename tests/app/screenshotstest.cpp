@@ -19,6 +19,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QPushButton>
 #include <QStyle>
@@ -111,12 +112,14 @@ class ScreenshotsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
     void drawsTheWindow_data();
     void drawsTheWindow();
     void disabledControlsLookDisabled_data();
     void disabledControlsLookDisabled();
+    void anUntickedBoxIsSeenOnADarkDesktop();
     void findsWhatIsFaint();
     void findsWhatIsCut();
 
@@ -128,6 +131,12 @@ private:
     std::unique_ptr<DaemonProcessFixture> mDaemon;
     std::unique_ptr<Hub> mHub;
 };
+
+void ScreenshotsTest::initTestCase()
+{
+    // Those of the build, with the pictures of the buttons.
+    qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources");
+}
 
 void ScreenshotsTest::init()
 {
@@ -196,6 +205,8 @@ void ScreenshotsTest::drawsTheWindow()
         front = sheet;
     }
     save(drawnWithSheet(mHub->window.get(), sheet));
+    for (const auto *gear : front->findChildren<PulldownButton *>())
+        QVERIFY2(!gear->isVisible() || !gear->icon().pixmap(gear->iconSize()).isNull(), qPrintable(gear->objectName()));
     const QStringList faults = cutTexts(front) + faintTexts(front, leastTextContrast);
     QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
 }
@@ -236,6 +247,25 @@ void ScreenshotsTest::disabledControlsLookDisabled()
             alike += button->objectName();
     }
     QVERIFY2(alike.isEmpty(), qPrintable(alike.join(u'\n')));
+}
+
+void ScreenshotsTest::anUntickedBoxIsSeenOnADarkDesktop()
+{
+    constexpr double leastBoxContrast = 3; // WCAG 2, 1.4.11
+    openWindow(u"en"_s, true);
+    mHub->find<QTabWidget>("mKeyboardTabView")->setCurrentIndex(1);
+    QCoreApplication::processEvents();
+    auto *box = mHub->find<QCheckBox>("mEnableOnScreenDisplay");
+    QVERIFY(box->isVisible() && box->isEnabled());
+    box->setChecked(false);
+    const QStringList faults = faintCheckBoxes(mHub->window.get(), leastBoxContrast);
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+    // The style alone does not do it.
+    QWidget window;
+    new QCheckBox(u"Plain"_s, &window);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCOMPARE(faintCheckBoxes(&window, leastBoxContrast).size(), 1);
 }
 
 void ScreenshotsTest::findsWhatIsFaint()

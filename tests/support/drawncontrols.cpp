@@ -235,20 +235,19 @@ QStringList faintTexts(QWidget *window, double leastContrast)
     return faults;
 }
 
-QStringList faintIndicators(QWidget *window, double leastContrast)
+QStringList faintCheckBoxes(QWidget *window, double leastContrast)
 {
+    constexpr int dotsBeside = 4;
     const QImage picture = drawn(window);
     QStringList faults;
-    for (const QAbstractButton *button : window->findChildren<QAbstractButton *>()) {
-        const bool hasIndicator = qobject_cast<const QCheckBox *>(button) || qobject_cast<const QRadioButton *>(button);
-        if (!hasIndicator || !button->isEnabled() || !isShownIn(button, window))
+    for (const QCheckBox *box : window->findChildren<QCheckBox *>()) {
+        if (!box->isEnabled() || !isShownIn(box, window))
             continue;
-        const QRect area = inDots(placeInWindow(button, partOf(button, true)));
-        // What is beside the indicator, between it and the text, is the background.
-        const QRgb background = picture.pixel(area.right() + 4, area.center().y());
+        const QRect area = inDots(placeInWindow(box, partOf(box, true)));
+        const QRgb background = picture.pixel(area.right() + dotsBeside, area.center().y());
         const double contrast = greatestContrast(colorsOf(picture, area), background);
         if (contrast < leastContrast)
-            faults += described(button, button->text()) + u": its box has the contrast %1"_s.arg(contrast);
+            faults += described(box, box->text()) + u" has a box with the contrast %1"_s.arg(contrast);
     }
     return faults;
 }

@@ -28,9 +28,9 @@ inline constexpr qreal pictureRatio = 2;
 /// desktop's colours of a selection have.
 [[nodiscard]] QStringList faintTexts(QWidget *window, double leastContrast);
 
-/// The boxes of the visible check boxes and radio buttons of `window` whose outline stands out from the
-/// background by less than `leastContrast`, one line each. Disabled ones are left out.
-[[nodiscard]] QStringList faintIndicators(QWidget *window, double leastContrast);
+/// The visible check boxes of `window` whose box stands out from what is beside it by less than `leastContrast`, one
+/// line each. Disabled ones are left out.
+[[nodiscard]] QStringList faintCheckBoxes(QWidget *window, double leastContrast);
 
 /// `window` with `sheet`, null for none, over its upper half, as a desktop shows the two.
 [[nodiscard]] QImage drawnWithSheet(QWidget *window, QWidget *sheet);
