@@ -33,7 +33,7 @@ exec "$@"
 PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import",
             "openbox", "sway")
 LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",
-             "libbenchmark-dev", "libxcb1-dev", "libwayland-dev", "qt6-wayland")
+             "libbenchmark-dev", "libxcb1-dev", "libwayland-dev", "qt6-wayland", "at-spi2-core")
 GROUPS = ("build", "session", "display", "tour", "test", "bench")
 
 
