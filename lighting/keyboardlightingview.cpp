@@ -5,12 +5,12 @@
 #include "app/util/text.h"
 #include "lighting/backlight.h"
 #include "lighting/tickcaptions.h"
+#include "platform/checkbox.h"
 #include "platform/colorwell.h"
 #include "platform/groupbox.h"
 #include "platform/radiogroup.h"
 #include "platform/spinner.h"
 
-#include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -31,7 +31,7 @@ constexpr int brightLevel = Backlight::maximumBrightness;
 QCheckBox *KeyboardLightingController::makeCheckBox(QCheckBox *&field, const char *name, const char *textKey,
                                                     void (KeyboardLightingController::*action)(QObject *))
 {
-    field = new QCheckBox(localizedText(textKey));
+    field = new CheckBox(localizedText(textKey));
     field->setObjectName(QLatin1StringView(name));
     connect(field, &QCheckBox::clicked, this, [this, box = field, action] { (this->*action)(box); });
     return field;

@@ -3,10 +3,10 @@
 #include "profiles/keyboardprofilescontroller.h"
 
 #include "app/util/text.h"
+#include "platform/checkbox.h"
 #include "platform/pulldownbutton.h"
 #include "profiles/qltableview.h"
 
-#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -45,7 +45,7 @@ void KeyboardProfilesController::buildView()
     mSettingsProfile->setObjectName("mSettingsProfile"_L1);
     mSettingsProfile->setAccessibleName(localizedText("lkeyProfileCommands"));
     mSettingsProfile->setToolTip(localizedText("lkeyProfileCommands"));
-    mEnableOnScreenDisplay = new QCheckBox(localizedText("lkeyEnableOnScreenDisplay"));
+    mEnableOnScreenDisplay = new CheckBox(localizedText("lkeyEnableOnScreenDisplay"));
     mEnableOnScreenDisplay->setObjectName("mEnableOnScreenDisplay"_L1);
     connect(mEnableOnScreenDisplay, &QCheckBox::clicked, this,
             [this] { tickEnableOnScreenDisplay(mEnableOnScreenDisplay); });

@@ -29,6 +29,7 @@ test    libplist-dev    -
 test    xvfb            Xvfb
 test    xdotool         xdotool
 test    openbox         openbox
+test    at-spi2-core    -
 test    sway            sway
 test    qt6-wayland     -
 test    dbus            dbus-daemon

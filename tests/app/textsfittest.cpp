@@ -4,15 +4,11 @@
 #include "app/util/text.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/drawncontrols.h"
 
-#include <QAbstractButton>
-#include <QComboBox>
 #include <QDir>
-#include <QHeaderView>
 #include <QLabel>
-#include <QTabBar>
 #include <QTabWidget>
-#include <QTableView>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -25,49 +21,6 @@ constexpr int smallestWindowWidth = 1100;
 QString textsFolder()
 {
     return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s;
-}
-
-QString described(const QWidget *widget, const QString &text)
-{
-    return u"%1 %2 \"%3\""_s.arg(QLatin1StringView(widget->metaObject()->className()), widget->objectName(), text);
-}
-
-/// Whether `label` shows all of its text at the size it has.
-bool isWholeLabel(const QLabel *label)
-{
-    if (label->text().isEmpty())
-        return true;
-    if (label->wordWrap())
-        return label->heightForWidth(label->width()) <= label->height();
-    return label->sizeHint().width() <= label->width();
-}
-
-/// The texts below `root` that do not fit the control they stand in. The layouts must be done.
-QStringList cutTexts(QWidget *root)
-{
-    QStringList result;
-    for (const QLabel *label : root->findChildren<QLabel *>()) {
-        if (label->isVisibleTo(root) && !isWholeLabel(label))
-            result.append(described(label, label->text()));
-    }
-    for (const QAbstractButton *button : root->findChildren<QAbstractButton *>()) {
-        // Keycaps fit their legends by themselves and have no text.
-        if (button->isVisibleTo(root) && !button->text().isEmpty()
-            && button->minimumSizeHint().width() > button->width())
-            result.append(described(button, button->text()));
-    }
-    for (const QComboBox *box : root->findChildren<QComboBox *>()) {
-        if (box->isVisibleTo(root) && box->sizeHint().width() > box->width())
-            result.append(described(box, box->currentText()));
-    }
-    for (const QTableView *table : root->findChildren<QTableView *>()) {
-        const QHeaderView *header = table->horizontalHeader();
-        for (int column = 0; header->isVisibleTo(root) && column < header->count(); ++column) {
-            if (header->sectionSizeHint(column) > header->sectionSize(column))
-                result.append(described(table, table->model()->headerData(column, Qt::Horizontal).toString()));
-        }
-    }
-    return result;
 }
 
 } // namespace

@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: MIT
+// Draws the whole window with the real daemon on every tab, with its sheets and alerts, in both palettes and in the
+// shortest and the longest language, into the folder `screenshots` beside the tests, for a person to look at; and
+// checks what is drawn: no text is cut, every text stands out, and what is disabled looks it.
+#include "app/application.h"
+#include "app/util/propertylist.h"
+#include "app/util/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "macros/macrocommands.h"
+#include "platform/pulldownbutton.h"
+#include "platform/sheet.h"
+#include "platform/tableview.h"
+#include "profiles/profilecommands.h"
+#include "tests/app/hubfixture.h"
+#include "tests/support/daemonprocessfixture.h"
+#include "tests/support/darkpalette.h"
+#include "tests/support/drawncontrols.h"
+#include "tests/support/fulldocument.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDir>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTabWidget>
+#include <QTest>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double leastTextContrast = 4.5; // WCAG 2, 1.4.3
+constexpr int macrosTab = 2;
+constexpr QSize windowSize(1200, 760);
+
+struct Scene
+{
+    const char *name;
+    int tab;
+    void (*open)(const Hub &hub); ///< null: only the tab
+};
+
+void choose(const Hub &hub, const char *gear, int tag)
+{
+    hub.find<PulldownButton>(gear)->itemWithTag(tag)->trigger();
+}
+
+void editEvent(const Hub &hub, int row)
+{
+    hub.find<TableView>("mMacroTableView")->selectRow(0);
+    hub.find<TableView>("mMacroDetailsTableView")->selectRow(row);
+    choose(hub, "mSettingsMacroDetails", MacroCommands::edit);
+}
+
+const std::array scenes{
+    Scene{"keys", 0, nullptr},
+    Scene{"profiles", 1, nullptr},
+    Scene{"macros", macrosTab, [](const Hub &hub) { hub.find<TableView>("mMacroTableView")->selectRow(0); }},
+    Scene{"lighting", 3, nullptr},
+    Scene{"maintenance", 4, nullptr},
+    Scene{"single-key-sheet", 0,
+          [](const Hub &hub) { hub.find<Sheet>("mSingleKeyWindow")->beginSheet(hub.window.get()); }},
+    Scene{"event-sheet", macrosTab, [](const Hub &hub) { editEvent(hub, 0); }},
+    Scene{"delay-sheet", macrosTab, [](const Hub &hub) { editEvent(hub, 1); }},
+    Scene{"macro-deletion", macrosTab,
+          [](const Hub &hub) {
+              hub.find<TableView>("mMacroTableView")->selectRow(0);
+              hub.find<QPushButton>("mDeleteMacro")->click();
+          }},
+    Scene{"profile-deletion", 1,
+          [](const Hub &hub) { choose(hub, "mSettingsProfile", ProfileCommands::deleteProfile); }},
+    Scene{"profile-restoring", 1,
+          [](const Hub &hub) { choose(hub, "mSettingsProfile", ProfileCommands::restoreDefault); }},
+    Scene{"lighting-restoring", 3, [](const Hub &hub) { hub.find<QPushButton>("mRestoreSettings")->click(); }},
+    Scene{"communication-error", 0, [](const Hub &hub) { hub.controller->showErrorForErrorCode(0); }},
+    Scene{"device-not-found", 0, [](const Hub &hub) { hub.controller->showErrorDialog(); }},
+    Scene{"restoring-state", 0, [](const Hub &hub) { hub.controller->showRestoringStateWindow(); }},
+};
+
+QVariantMap startDocument()
+{
+    const QVariantMap device{{SettingsKeys::activeProfile, 0}, {SettingsKeys::profileOsdOn, 0}};
+    return {{SettingsKeys::profiles, QVariantList{fullProfile(u"Desktop"_s), fullProfile(u"Raid night"_s)}},
+            {SettingsKeys::macros, QVariantList{fullMacro(u"Opening burst"_s, 0, 12), fullMacro(u"Heal"_s, 1, 4)}},
+            {SettingsKeys::deviceSettings, device}};
+}
+
+Sheet *shownSheet()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        auto *sheet = qobject_cast<Sheet *>(widget);
+        if (sheet && sheet->isVisible())
+            return sheet;
+    }
+    return nullptr;
+}
+
+void wear(bool isDark)
+{
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
+}
+
+} // namespace
+
+class ScreenshotsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void drawsTheWindow_data();
+    void drawsTheWindow();
+    void disabledControlsLookDisabled_data();
+    void disabledControlsLookDisabled();
+    void anUntickedBoxIsSeenOnADarkDesktop();
+    void findsWhatIsFaint();
+    void findsWhatIsCut();
+
+private:
+    void openWindow(const QString &language, bool isDark);
+    static void save(const QImage &picture);
+
+    HubResources mResources;
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+    std::unique_ptr<Hub> mHub;
+};
+
+void ScreenshotsTest::initTestCase()
+{
+    // Those of the build, with the pictures of the buttons.
+    qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources");
+}
+
+void ScreenshotsTest::init()
+{
+    setReplyPollInterval(replyPollInterval);
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    QVERIFY(QDir().mkpath(mDaemon->settingsFolder()));
+    QVERIFY(PropertyList::writeFileAtomically(mDaemon->settingsFolder() + u"/settings.plist"_s,
+                                              *PropertyList::writeBinary(startDocument())));
+    QVERIFY(mDaemon->start());
+}
+
+void ScreenshotsTest::cleanup()
+{
+    mHub.reset();
+    mDaemon.reset();
+}
+
+void ScreenshotsTest::openWindow(const QString &language, bool isDark)
+{
+    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {language});
+    wear(isDark);
+    mHub = std::make_unique<Hub>();
+    mHub->window->resize(windowSize);
+    mHub->controller->initializeDevice();
+    QVERIFY(QTest::qWaitForWindowExposed(mHub->window.get()));
+}
+
+void ScreenshotsTest::save(const QImage &picture)
+{
+    const QDir folder(QCoreApplication::applicationDirPath() + u"/screenshots"_s);
+    QVERIFY(folder.mkpath(u"."_s));
+    QVERIFY(picture.save(folder.filePath(u"window-"_s + QLatin1StringView(QTest::currentDataTag()) + u".png"_s)));
+}
+
+void ScreenshotsTest::drawsTheWindow_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<int>("scene");
+    for (const char *language : {"en", "fr"}) {
+        for (const bool isDark : {false, true}) {
+            for (size_t scene = 0; scene < scenes.size(); ++scene)
+                QTest::addRow("%s-%s-%s", scenes[scene].name, language, isDark ? "dark" : "light")
+                    << QString::fromLatin1(language) << isDark << int(scene);
+        }
+    }
+}
+
+void ScreenshotsTest::drawsTheWindow()
+{
+    QFETCH(QString, language);
+    QFETCH(bool, isDark);
+    QFETCH(int, scene);
+    openWindow(language, isDark);
+    const Scene &shown = scenes[size_t(scene)];
+    auto *tabs = mHub->find<QTabWidget>("mKeyboardTabView");
+    tabs->setCurrentIndex(shown.tab);
+    if (shown.open)
+        shown.open(*mHub);
+    QCoreApplication::processEvents(); // a changed palette reaches the widgets by events
+    Sheet *sheet = shownSheet();
+    QCOMPARE(sheet != nullptr, shown.open && qstrcmp(shown.name, "macros") != 0);
+    QWidget *front = mHub->window.get();
+    if (sheet) {
+        QVERIFY(QTest::qWaitForWindowExposed(sheet));
+        front = sheet;
+    }
+    save(drawnWithSheet(mHub->window.get(), sheet));
+    for (const auto *gear : front->findChildren<PulldownButton *>())
+        QVERIFY2(!gear->isVisible() || !gear->icon().pixmap(gear->iconSize()).isNull(), qPrintable(gear->objectName()));
+    const QStringList faults = cutTexts(front) + faintTexts(front, leastTextContrast);
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+}
+
+void ScreenshotsTest::disabledControlsLookDisabled_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<int>("tab");
+    for (const bool isDark : {false, true}) {
+        for (int tab = 0; tab < 4; ++tab) // the maintenance tab has no controls
+            QTest::addRow("%s-absent-%s", scenes[size_t(tab)].name, isDark ? "dark" : "light") << isDark << tab;
+    }
+}
+
+void ScreenshotsTest::disabledControlsLookDisabled()
+{
+    QFETCH(bool, isDark);
+    QFETCH(int, tab);
+    openWindow(u"en"_s, isDark);
+    mHub->find<QTabWidget>("mKeyboardTabView")->setCurrentIndex(tab);
+    QCoreApplication::processEvents();
+    QWidget *page = mHub->find<QTabWidget>("mKeyboardTabView")->currentWidget();
+    QList<std::pair<QAbstractButton *, QImage>> enabled;
+    for (QAbstractButton *button : page->findChildren<QAbstractButton *>()) {
+        if (button->isVisible() && button->isEnabled())
+            enabled.emplaceBack(button, drawn(button));
+    }
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    const auto isAnyDisabled = [&] {
+        return std::ranges::any_of(enabled, [](const auto &pair) { return !pair.first->isEnabled(); });
+    };
+    QTRY_VERIFY(isAnyDisabled());
+    QCoreApplication::processEvents();
+    save(drawnWithSheet(mHub->window.get(), shownSheet()));
+    QStringList alike;
+    for (const auto &[button, before] : enabled) {
+        if (!button->isEnabled() && drawn(button) == before)
+            alike += button->objectName();
+    }
+    QVERIFY2(alike.isEmpty(), qPrintable(alike.join(u'\n')));
+}
+
+void ScreenshotsTest::anUntickedBoxIsSeenOnADarkDesktop()
+{
+    constexpr double leastBoxContrast = 3; // WCAG 2, 1.4.11
+    openWindow(u"en"_s, true);
+    mHub->find<QTabWidget>("mKeyboardTabView")->setCurrentIndex(1);
+    QCoreApplication::processEvents();
+    auto *box = mHub->find<QCheckBox>("mEnableOnScreenDisplay");
+    QVERIFY(box->isVisible() && box->isEnabled());
+    box->setChecked(false);
+    const QStringList faults = faintCheckBoxes(mHub->window.get(), leastBoxContrast);
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+    // The style alone does not do it.
+    QWidget window;
+    new QCheckBox(u"Plain"_s, &window);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCOMPARE(faintCheckBoxes(&window, leastBoxContrast).size(), 1);
+}
+
+void ScreenshotsTest::findsWhatIsFaint()
+{
+    wear(false);
+    QCOMPARE(qRound(contrastRatio(Qt::black, Qt::white)), 21);
+    QWidget window;
+    auto *inside = new QPushButton(u"Faint"_s, &window);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(faintTexts(&window, leastTextContrast).isEmpty());
+    QPalette faint = inside->palette();
+    faint.setColor(QPalette::ButtonText, QColor(0xb0, 0xb0, 0xb0));
+    inside->setPalette(faint);
+    QCOMPARE(faintTexts(&window, leastTextContrast).size(), 1);
+}
+
+void ScreenshotsTest::findsWhatIsCut()
+{
+    QWidget window;
+    auto *button = new QPushButton(u"A text wider than its button"_s, &window);
+    button->resize(20, 20);
+    QCOMPARE(cutTexts(&window).size(), 1);
+}
+
+QTEST_MAIN(ScreenshotsTest)
+#include "screenshotstest.moc"
