@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <string>
+#include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -22,6 +24,7 @@ struct Image
 {
     const char *program;
     char *const *arguments;
+    char *const *environment;
     const char *workingDirectory;
     int errorPipe; // closed by a successful exec
 };
@@ -70,7 +73,7 @@ void closeFilesOnExec()
     resetSignals();
     closeFilesOnExec();
     if (openNull() && ::chdir(image.workingDirectory) == 0)
-        ::execv(image.program, image.arguments);
+        ::execve(image.program, image.arguments, image.environment);
     endWithError(image);
 }
 
@@ -84,6 +87,19 @@ void closeFilesOnExec()
     if (grandchild == 0)
         becomeProgram(image);
     ::_exit(0);
+}
+
+/// This process's environment but for withheldVariable; null at its end.
+std::vector<char *> environmentToPassOn()
+{
+    const std::string withheld = std::string(DetachedProcess::withheldVariable) + '=';
+    std::vector<char *> variables;
+    for (char *const *variable = environ; *variable; ++variable) {
+        if (!std::string_view(*variable).starts_with(withheld))
+            variables.push_back(*variable);
+    }
+    variables.push_back(nullptr);
+    return variables;
 }
 
 /// What came through the pipe until the exec closed it.
@@ -108,6 +124,7 @@ int DetachedProcess::start(const QStringList &command, const QString &workingDir
     for (QByteArray &word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
+    const std::vector<char *> environment = environmentToPassOn();
     const QByteArray directory = QFile::encodeName(workingDirectory);
 
     std::array<int, 2> errorPipe{};
@@ -117,6 +134,7 @@ int DetachedProcess::start(const QStringList &command, const QString &workingDir
     if (child == 0)
         detach({.program = arguments.front(),
                 .arguments = arguments.data(),
+                .environment = environment.data(),
                 .workingDirectory = directory.constData(),
                 .errorPipe = errorPipe[1]});
     int error = child < 0 ? errno : 0;

@@ -7,9 +7,13 @@
 
 namespace DetachedProcess {
 
-/// Runs `command` (the program's path, then its arguments) in `workingDirectory`, as this user, with this environment,
-/// in a session of its own: no signal blocked or ignored, no file open but /dev/null as input, output and errors.
-/// It outlives this process and leaves no zombie. 0 when it runs, else the number of the error (errno).
+/// Set by the daemon for itself, and not passed on: has Qt's threads wait with poll() instead of GLib's loop.
+inline constexpr char withheldVariable[] = "QT_NO_THREADED_GLIB";
+
+/// Runs `command` (the program's path, then its arguments) in `workingDirectory`, as this user, with this environment
+/// but for withheldVariable, in a session of its own: no signal blocked or ignored, no file open but /dev/null as
+/// input, output and errors. It outlives this process and leaves no zombie. 0 when it runs, else the number of the
+/// error (errno).
 [[nodiscard]] int start(const QStringList &command, const QString &workingDirectory);
 
 } // namespace DetachedProcess

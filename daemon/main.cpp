@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/util/daemonprotocol.h"
 #include "daemon/daemonprocess.h"
+#include "daemon/detachedprocess.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -24,7 +25,7 @@ int main(int argc, char *argv[])
 {
     ignoreJobControl();
     // Threads wait with poll(), not with GLib's loop, which takes longer for each key and needs memory for it.
-    qputenv("QT_NO_THREADED_GLIB", "1");
+    qputenv(DetachedProcess::withheldVariable, "1");
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(DaemonProtocol::daemonProcessName);
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void cleanup() { mFolder.reset(); }
 
     void getsItsArgumentsAndDirectory();
+    void getsTheEnvironmentButWhatIsTheDaemonsOwn();
     void sharesNothingWithItsStarter();
     void leavesNoChild();
     void saysWhyItCannotStart_data();
@@ -63,6 +64,16 @@ void DetachedProcessTest::getsItsArgumentsAndDirectory()
         linesOf("pwd -P; printf '<%s>\\n' \"$@\"", {u"two words"_s, QString(), u"$HOME;`x`"_s, u"naïve"_s});
     QCOMPARE(lines, QStringList({QFileInfo(mFolder->path()).canonicalFilePath(), u"<two words>"_s, u"<>"_s,
                                  u"<$HOME;`x`>"_s, u"<naïve>"_s}));
+}
+
+void DetachedProcessTest::getsTheEnvironmentButWhatIsTheDaemonsOwn()
+{
+    qputenv("KESTRA_TEST_VARIABLE", "two words");
+    qputenv(DetachedProcess::withheldVariable, "1");
+    const QStringList lines = linesOf("env | grep -e KESTRA_TEST_VARIABLE -e QT_NO_THREADED_GLIB");
+    qunsetenv("KESTRA_TEST_VARIABLE");
+    qunsetenv(DetachedProcess::withheldVariable);
+    QCOMPARE(lines, QStringList({u"KESTRA_TEST_VARIABLE=two words"_s}));
 }
 
 void DetachedProcessTest::sharesNothingWithItsStarter()
