@@ -17,6 +17,7 @@ namespace {
 constexpr int startLimitMs = 20000;
 
 /// Roles of what a person uses, as AT-SPI calls them.
+const QString accessibilityBus = u"accessibility"_s; // the name of the connection
 const QStringList interactiveRoles{u"push button"_s, u"check box"_s, u"radio button"_s, u"combo box"_s,  u"slider"_s,
                                    u"text"_s,        u"table"_s,     u"page tab"_s,     u"button menu"_s};
 
@@ -86,6 +87,7 @@ void AtSpiTest::cleanupTestCase()
     // Ended in order it would keep its selected key in the build's resources.
     mConfigurator.kill();
     mConfigurator.waitForFinished(5000);
+    QDBusConnection::disconnectFromBus(accessibilityBus); // before it goes away
     end(mService);
     mDaemon.reset();
     end(mDisplay);
@@ -97,7 +99,7 @@ QList<AccessibleControl> AtSpiTest::controls() const
     const QDBusReply<QString> address = service.call(u"GetAddress"_s);
     if (!address.isValid())
         return {};
-    const QDBusConnection bus = QDBusConnection::connectToBus(address.value(), u"accessibility"_s);
+    const QDBusConnection bus = QDBusConnection::connectToBus(address.value(), accessibilityBus);
     return AccessibleTree(bus, uint(mConfigurator.processId())).showingControls();
 }
 
