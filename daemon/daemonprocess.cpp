@@ -4,8 +4,10 @@
 #include "app/util/daemonprotocol.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/resources.h"
+#include "app/util/text.h"
 #include "daemon/busend.h"
 #include "daemon/deadlinetimer.h"
+#include "daemon/desktopnotification.h"
 #include "daemon/devicechoice.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/devicesadaptor.h"
@@ -19,7 +21,6 @@
 #include "daemon/linux/linuxdevices.h"
 #include "daemon/linux/linuxkeyboard.h"
 #include "daemon/logging.h"
-#include "daemon/profilenotification.h"
 #include "daemon/programlauncher.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/settingsstore.h"
@@ -31,6 +32,7 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -105,6 +107,20 @@ std::vector<FrontApplicationWatch::SourceKind> frontApplicationSources(const QDB
             {"x11"_L1, [] { return std::make_unique<X11FrontApplication>(); }}};
 }
 
+/// The panic chord has given the keyboards back.
+DesktopNotification::Notice releaseNotice()
+{
+    // Not at the start: what hardly ever happens is to cost no memory until then.
+    static const bool areTextsThere = [] {
+        installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
+        return true;
+    }();
+    Q_UNUSED(areTextsThere);
+    return {.summary = localizedText("lkeyKeyboardReleased"),
+            .body = localizedText("lkeyKeyboardReleasedHow"),
+            .isPassing = false};
+}
+
 /// Runs the event loop until a signal or the end of the bus.
 DaemonExit runUntilEnd(DeviceDaemon &daemon, const QDBusConnection &bus, const TerminationSignals &signalListener)
 {
@@ -136,7 +152,8 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
     DeviceDaemon *daemonPointer = nullptr;
     ClientWatch clientWatch(bus, [&](const QString &portName) { daemonPointer->clientVanished(portName); });
     DistributedNotificationCenter notifications(bus);
-    ProfileNotification profileNotification(bus);
+    DesktopNotification profileNotification(bus);
+    DesktopNotification releaseNotification(bus);
 
     const StartDocument start = startDocument(store);
     DeviceDaemon daemon(
@@ -146,13 +163,18 @@ DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
          .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
          .launchProgram = ProgramLauncher::launch,
          .now = DeadlineTimer::now,
-         .showProfile = [&](const QString &name) { profileNotification.show(name); }},
+         .showProfile =
+             [&](const QString &name) { // the whole message, so that there is nothing to translate
+                 profileNotification.show({.summary = name, .body = {}});
+             }},
         start.document);
     daemon.setAwaitsFactorySettings(start.isMinimal);
     daemonPointer = &daemon;
     QObject::connect(&devices, &LinuxDevices::wanted, &daemon, [&](bool isWanted) {
         daemon.useKeyboard(isWanted ? static_cast<Keyboard &>(linuxKeyboard) : keyboard);
     });
+    QObject::connect(&devices, &LinuxDevices::panicked, &releaseNotification,
+                     [&] { releaseNotification.show(releaseNotice()); });
     VirtualKeyboardObject keyboardObject(keyboard);
     DevicesObject devicesObject(devices, deviceChoice);
     FrontApplicationWatch frontApplication(frontApplicationSources(bus));
