@@ -121,94 +121,116 @@ DesktopNotification::Notice releaseNotice()
             .isPassing = false};
 }
 
-/// Runs the event loop until a signal or the end of the bus.
-DaemonExit runUntilEnd(DeviceDaemon &daemon, const QDBusConnection &bus, const TerminationSignals &signalListener)
+/// All that a serving daemon is made of, and what connects it.
+class DaemonSession
 {
-    QObject::connect(&signalListener, &TerminationSignals::terminationRequested, &daemon, [](int number) {
-        qCInfo(lcDaemon, "serving, signal %d: ending", number);
-        QCoreApplication::quit();
-    });
-    const BusEnd busEnd(bus);
-    QObject::connect(&busEnd, &BusEnd::reached, &daemon, &QCoreApplication::quit);
-    qCInfo(lcDaemon, "starting, ready: serving \"%s\"", DaemonProtocol::requestPortName.data());
-    if (bus.isConnected()) // else nobody would tell any more
-        QCoreApplication::exec();
-    const bool busIsGone = !bus.isConnected();
-    daemon.shutDown();
-    if (busIsGone)
-        qCWarning(lcDaemon, "serving, the bus is gone: ended");
-    return busIsGone ? DaemonExit::noBus : DaemonExit::ended;
-}
-
-DaemonExit serve(SettingsStore &store, QDBusConnection &bus)
-{
-    // Before anybody can see the daemon: a signal that comes early waits for the event loop.
-    const TerminationSignals signalListener;
-    VirtualKeyboard keyboard;
-    LinuxKeyboard linuxKeyboard;
-    InputNodes inputNodes;
-    LinuxDevices devices(inputNodes, linuxKeyboard);
-    DeviceChoice deviceChoice(SettingsStore::defaultFolder());
-    DeviceDaemon *daemonPointer = nullptr;
-    ClientWatch clientWatch(bus, [&](const QString &portName) { daemonPointer->clientVanished(portName); });
-    DistributedNotificationCenter notifications(bus);
-    DesktopNotification profileNotification(bus);
-    DesktopNotification releaseNotification(bus);
-
-    const StartDocument start = startDocument(store);
-    DeviceDaemon daemon(
-        store, keyboard,
-        {.sendReply = sendReply,
-         .postNotification = [&](const QString &name, const QVariantMap &info) { notifications.post(name, info); },
-         .watchClient = [&](const QString &portName) { clientWatch.watch(portName); },
-         .launchProgram = ProgramLauncher::launch,
-         .now = DeadlineTimer::now,
-         .showProfile =
-             [&](const QString &name) { // the whole message, so that there is nothing to translate
-                 profileNotification.show({.summary = name, .body = {}});
-             }},
-        start.document);
-    daemon.setAwaitsFactorySettings(start.isMinimal);
-    daemonPointer = &daemon;
-    QObject::connect(&devices, &LinuxDevices::wanted, &daemon, [&](bool isWanted) {
-        daemon.useKeyboard(isWanted ? static_cast<Keyboard &>(linuxKeyboard) : keyboard);
-    });
-    QObject::connect(&devices, &LinuxDevices::panicked, &releaseNotification,
-                     [&] { releaseNotification.show(releaseNotice()); });
-    VirtualKeyboardObject keyboardObject(keyboard);
-    DevicesObject devicesObject(devices, deviceChoice);
-    FrontApplicationWatch frontApplication(frontApplicationSources(bus));
-    QObject::connect(&frontApplication, &FrontApplicationWatch::applicationChanged, &daemon,
-                     &DeviceDaemon::setFrontApplication);
-    FrontApplicationObject frontApplicationObject(frontApplication);
-    if (!keyboardObject.registerOn(bus) || !frontApplicationObject.registerOn(bus) || !devicesObject.registerOn(bus)) {
-        qCCritical(lcDaemon, "daemon: cannot put its objects on the bus");
-        return DaemonExit::noBus;
+public:
+    DaemonSession(SettingsStore &store, const QDBusConnection &bus)
+        : mBus(bus), mDevices(mInputNodes, mLinuxKeyboard), mDeviceChoice(SettingsStore::defaultFolder()),
+          mClientWatch(bus, [this](const QString &portName) { mDaemon.clientVanished(portName); }), mNotifications(bus),
+          mProfileNotification(bus), mReleaseNotification(bus), mStart(startDocument(store)),
+          mDaemon(store, mKeyboard, outlets(), mStart.document), mKeyboardObject(mKeyboard),
+          mDevicesObject(mDevices, mDeviceChoice), mFrontApplication(frontApplicationSources(bus)),
+          mFrontApplicationObject(mFrontApplication), mDesktopSearch(mFrontApplication, bus)
+    {
+        mDaemon.setAwaitsFactorySettings(mStart.isMinimal);
+        QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
+            mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mKeyboard);
+        });
+        QObject::connect(&mDevices, &LinuxDevices::panicked, &mReleaseNotification,
+                         [this] { mReleaseNotification.show(releaseNotice()); });
+        QObject::connect(&mFrontApplication, &FrontApplicationWatch::applicationChanged, &mDaemon,
+                         &DeviceDaemon::setFrontApplication);
     }
 
-    // The message is taken at once and handled when its sender has its empty answer.
-    const auto take = [&daemon](qint32 number, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
-        QMetaObject::invokeMethod(
-            &daemon, [&daemon, number, data] { daemon.handleMessage(number, data); }, Qt::QueuedConnection);
-        return {};
-    };
-    const std::unique_ptr<LocalMessagePort> port = LocalMessagePort::create(DaemonProtocol::requestPortName, take, bus);
-    if (!port) {
-        qCCritical(lcDaemon, "another daemon has the port \"%s\" on this bus", DaemonProtocol::requestPortName.data());
-        return DaemonExit::alreadyRunning;
+    /// Serves until a signal or the end of the bus.
+    DaemonExit run()
+    {
+        if (!mKeyboardObject.registerOn(mBus) || !mFrontApplicationObject.registerOn(mBus)
+            || !mDevicesObject.registerOn(mBus)) {
+            qCCritical(lcDaemon, "daemon: cannot put its objects on the bus");
+            return DaemonExit::noBus;
+        }
+        const std::unique_ptr<LocalMessagePort> port = openPort();
+        if (!port) {
+            qCCritical(lcDaemon, "another daemon has the port \"%s\" on this bus",
+                       DaemonProtocol::requestPortName.data());
+            return DaemonExit::alreadyRunning;
+        }
+        mDaemon.announceKeyboard();
+        mDevices.useWhenPresent(mDeviceChoice.load());
+        mDesktopSearch.start();
+        return runUntilEnd();
     }
-    daemon.announceKeyboard();
-    devices.useWhenPresent(deviceChoice.load());
-    DesktopSearch desktopSearch(frontApplication, bus);
-    desktopSearch.start();
-    return runUntilEnd(daemon, bus, signalListener);
-}
+
+private:
+    DaemonOutlets outlets()
+    {
+        return {.sendReply = sendReply,
+                .postNotification = [this](const QString &name,
+                                           const QVariantMap &info) { mNotifications.post(name, info); },
+                .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
+                .launchProgram = ProgramLauncher::launch,
+                .now = DeadlineTimer::now,
+                .showProfile = [this](const QString &name) { // the whole text, so that there is nothing to translate
+                    mProfileNotification.show({.summary = name, .body = {}});
+                }};
+    }
+
+    /// A message is taken at once and handled when its sender has its empty answer.
+    std::unique_ptr<LocalMessagePort> openPort()
+    {
+        const auto take = [this](qint32 number, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
+            QMetaObject::invokeMethod(
+                &mDaemon, [this, number, data] { mDaemon.handleMessage(number, data); }, Qt::QueuedConnection);
+            return {};
+        };
+        return LocalMessagePort::create(DaemonProtocol::requestPortName, take, mBus);
+    }
+
+    DaemonExit runUntilEnd()
+    {
+        QObject::connect(&mSignals, &TerminationSignals::terminationRequested, &mDaemon, [](int number) {
+            qCInfo(lcDaemon, "serving, signal %d: ending", number);
+            QCoreApplication::quit();
+        });
+        const BusEnd busEnd(mBus);
+        QObject::connect(&busEnd, &BusEnd::reached, &mDaemon, &QCoreApplication::quit);
+        qCInfo(lcDaemon, "starting, ready: serving \"%s\"", DaemonProtocol::requestPortName.data());
+        if (mBus.isConnected()) // else nobody would tell any more
+            QCoreApplication::exec();
+        const bool busIsGone = !mBus.isConnected();
+        mDaemon.shutDown();
+        if (busIsGone)
+            qCWarning(lcDaemon, "serving, the bus is gone: ended");
+        return busIsGone ? DaemonExit::noBus : DaemonExit::ended;
+    }
+
+    QDBusConnection mBus;
+    TerminationSignals mSignals; // before anybody can see the daemon: a signal that comes early waits for the loop
+    VirtualKeyboard mKeyboard;
+    LinuxKeyboard mLinuxKeyboard;
+    InputNodes mInputNodes;
+    LinuxDevices mDevices;
+    DeviceChoice mDeviceChoice;
+    ClientWatch mClientWatch;
+    DistributedNotificationCenter mNotifications;
+    DesktopNotification mProfileNotification;
+    DesktopNotification mReleaseNotification;
+    StartDocument mStart;
+    DeviceDaemon mDaemon;
+    VirtualKeyboardObject mKeyboardObject;
+    DevicesObject mDevicesObject;
+    FrontApplicationWatch mFrontApplication;
+    FrontApplicationObject mFrontApplicationObject;
+    DesktopSearch mDesktopSearch;
+};
 
 } // namespace
 
 DaemonExit runDaemon()
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         qCCritical(lcDaemon, "there is no session bus: %s", qUtf8Printable(bus.lastError().message()));
         return DaemonExit::noBus;
@@ -220,7 +242,7 @@ DaemonExit runDaemon()
     SettingsStore store(SettingsStore::defaultFolder());
     const SettingsStore::OpenResult result = store.open();
     if (result == SettingsStore::OpenResult::open)
-        return serve(store, bus);
+        return DaemonSession(store, bus).run();
     qCCritical(lcDaemon, "%s", qUtf8Printable(store.errorText()));
     return result == SettingsStore::OpenResult::inUse ? DaemonExit::alreadyRunning : DaemonExit::folderUnusable;
 }

@@ -26,8 +26,8 @@ void say(const QString &line)
 void observe(DistributedNotificationCenter &center)
 {
     using namespace DaemonProtocol;
-    for (const Key name : {singleKeyEvent, illuminationUpdated, gameModePressed, savedNewOtfm, deviceAttached,
-                           deviceRemoved}) {
+    for (const Key name :
+         {singleKeyEvent, illuminationUpdated, gameModePressed, savedNewOtfm, deviceAttached, deviceRemoved}) {
         center.addObserver(&center, name, [](const DistributedNotification &notification) {
             const QJsonObject values = QJsonObject::fromVariantMap(notification.userInfo);
             say(notification.name + u' ' + QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact)));

@@ -36,7 +36,8 @@ public:
     /// The same for what goes on while other steps are done; its output is in the daemon's log.
     void startControl(const std::vector<std::string> &words);
     void waitForControl();
-    /// A program that asks for single keys, with the word "capture", and shows what the daemon tells. What came is told().
+    /// A program that asks for single keys, with the word "capture", and shows what the daemon tells. What came is
+    /// told().
     void startClient(const std::vector<std::string> &words);
     void endClient() { mClient.end(SIGTERM); }
     [[nodiscard]] std::string told() const;

@@ -49,8 +49,7 @@ ProcessResult runProcess(const std::vector<std::string> &command)
     return result;
 }
 
-BackgroundProcess::BackgroundProcess(const std::vector<std::string> &command, const std::string &log,
-                                     bool (*prepare)())
+BackgroundProcess::BackgroundProcess(const std::vector<std::string> &command, const std::string &log, bool (*prepare)())
 {
     const FileDescriptor output(::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
     mId = ::fork();

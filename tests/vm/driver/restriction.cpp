@@ -89,6 +89,5 @@ bool restrictThisProcess()
 {
     Filter filter = makeFilter();
     const sock_fprog program{.len = static_cast<unsigned short>(filter.size()), .filter = filter.data()};
-    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0
-           && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the user service forbids the daemon, for the calling process and all that it becomes: the kernel kills it when it
-// asks for that, where the service would be told an error.
+// What the user service forbids the daemon, for the calling process and all that it becomes: the kernel kills it when
+// it asks for that, where the service would be told an error.
 #pragma once
 
 #include <string>

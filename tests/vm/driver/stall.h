@@ -15,6 +15,6 @@ enum class Stall {
     spinning, ///< keeps the processor
 };
 
-/// Waits until the thread named `threadName` of `process` writes to a file, which it does at last after `cause`, and lets
-/// it go no further. Throws Failure when it does not come to that.
+/// Waits until the thread named `threadName` of `process` writes to a file, which it does at last after `cause`, and
+/// lets it go no further. Throws Failure when it does not come to that.
 void stallThread(pid_t process, const std::string &threadName, Stall how, const std::function<void()> &cause);

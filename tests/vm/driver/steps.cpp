@@ -31,14 +31,10 @@ std::uint8_t usage(const std::string &name)
 void plug(Machine &machine, const Words &words)
 {
     using Kind = UhidKeyboard::Kind;
-    static const std::map<std::string, Kind> kinds{{"plain", Kind::plain},
-                                                   {"media", Kind::media},
-                                                   {"several", Kind::several},
-                                                   {"every-key", Kind::everyKey},
-                                                   {"no-keys", Kind::noKeys},
-                                                   {"strange", Kind::strange},
-                                                   {"pointing", Kind::pointing},
-                                                   {"lit", Kind::lit}};
+    static const std::map<std::string, Kind> kinds{{"plain", Kind::plain},       {"media", Kind::media},
+                                                   {"several", Kind::several},   {"every-key", Kind::everyKey},
+                                                   {"no-keys", Kind::noKeys},    {"strange", Kind::strange},
+                                                   {"pointing", Kind::pointing}, {"lit", Kind::lit}};
     UhidKeyboard::Identity identity;
     identity.serial = option(words, "serial", word(words, 1));
     identity.product = static_cast<std::uint16_t>(number(words, "product", 1));

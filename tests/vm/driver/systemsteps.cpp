@@ -103,8 +103,7 @@ void stall(Machine &machine, const Words &words)
     if (!usage)
         throw Failure("no key \"" + words[2] + "\"");
     const Stall how = option(words, "how", "sleep") == "spin" ? Stall::spinning : Stall::sleeping;
-    stallThread(machine.daemon().id(), "keys", how,
-                [&] { (void)machine.keyboard(words[1]).setDown(*usage, true); });
+    stallThread(machine.daemon().id(), "keys", how, [&] { (void)machine.keyboard(words[1]).setDown(*usage, true); });
 }
 
 /// The daemon ends by itself.
@@ -186,8 +185,9 @@ void installRule(Machine &machine, const Words &words)
     if (kind == "none")
         std::filesystem::remove(path);
     else
-        writeSystemFile(path, kind == "own" ? contentOf("/rules/70-quill-kestra-uinput.rules")
-                                            : machine.mustControl({"device", "rule", machine.deviceId(word(words, 2))}));
+        writeSystemFile(path, kind == "own"
+                                  ? contentOf("/rules/70-quill-kestra-uinput.rules")
+                                  : machine.mustControl({"device", "rule", machine.deviceId(word(words, 2))}));
     reloadRules();
 }
 
@@ -229,10 +229,8 @@ const std::map<std::string, StepAction> &systemActions()
 {
     static const std::map<std::string, StepAction> table{
         {"start-restricted", [](Machine &machine, const Words &) { machine.startRestrictedDaemon(); }},
-        {"signal",
-         [](Machine &machine, const Words &words) {
-             machine.daemon().send(word(words, 1) == "STOP" ? SIGSTOP : SIGCONT);
-         }},
+        {"signal", [](Machine &machine,
+                      const Words &words) { machine.daemon().send(word(words, 1) == "STOP" ? SIGSTOP : SIGCONT); }},
         {"write-file", writeFile},
         {"write-program", writeProgram},
         {"expect-file", expectFile},

@@ -43,7 +43,8 @@ public:
     /// One more key down, or one up: a report with what is down then. False when the report has no room for it.
     [[nodiscard]] bool setDown(std::uint8_t usage, bool isDown);
     void releaseAll();
-    /// Sends one report of the media keys: this usage of the Consumer page is down, 0 for none. Kind::media and several.
+    /// Sends one report of the media keys: this usage of the Consumer page is down, 0 for none. Kind::media and
+    /// several.
     void reportMedia(std::uint16_t usage);
     /// Sends one report of the keypad: this usage of the keyboard page is down, 0 for none. Kind::several only.
     void reportKeypad(std::uint8_t usage);

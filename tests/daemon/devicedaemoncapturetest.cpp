@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: MIT
+// Keys that go to a client instead of the computer: recorded macros and single keys.
+#include "macros/macrorecord.h"
+#include "tests/daemon/devicedaemonfixture.h"
+#include "tests/support/filesizelimit.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using namespace DaemonTestDocuments;
+
+class DeviceDaemonCaptureTest : public DeviceDaemonFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void recordsAMacro();
+    void appendsToAMacro();
+    void newRecordingWithoutEventsEmptiesTheMacro();
+    void savingWithoutRecordingChangesNothing();
+    void recordingFollowsItsMacroWhenRowsMove();
+    void unsavedRecordingSurvivesAFullDisk();
+    void capturesSingleKeys();
+    void capturesKeysForAnEditedEvent();
+    void capturedKeysDoNotReachTheComputer();
+    void captureNeedsSomebodyAndAKeyboard();
+    void captureEndsWithItsClient();
+    void captureEndsWithRelease();
+};
+
+void DeviceDaemonCaptureTest::recordsAMacro()
+{
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    press(4);
+    mNow += 15ms;
+    release(4);
+    QCOMPARE(mNotifications.size(), 2);
+    QCOMPARE(mNotifications.at(0).to, u"MacroSequence271"_s);
+    QCOMPARE(mNotifications.at(0).values, (QVariantMap{{u"messagesArray"_s, QStringList{u"Key Press A"_s}}}));
+    QCOMPARE(mNotifications.at(1).values,
+             (QVariantMap{{u"messagesArray"_s, QStringList{u"0.015 seconds delay\n"_s, u"Key Release A"_s}}}));
+    QCOMPARE(mDaemon->document(), startDocument()); // nothing is stored before it is asked for
+    QCOMPARE(statusOf(Command::stopMacroRecording), 0);
+    press(5);
+    QCOMPARE(mNotifications.size(), 2);
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}})
+                 .values.value(u"MacroSequences"_s)
+                 .toStringList(),
+             QStringList({u"Key Press A"_s, u"0.015 seconds delay\n"_s, u"Key Release A"_s}));
+    QCOMPARE(storedDocument(), mDaemon->document());
+}
+
+void DeviceDaemonCaptureTest::appendsToAMacro()
+{
+    recordsAMacro();
+    mNotifications.clear();
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}}), 0);
+    press(6);
+    QCOMPARE(notification(u"MacroSequence271"_s).value(u"messagesArray"_s).toStringList(),
+             QStringList({u"0.020 seconds delay\n"_s, u"Key Press C"_s}));
+    release(6);
+    // Saving also ends a recording that nobody stopped.
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}}), 0);
+    QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}})
+                 .values.value(u"MacroSequences"_s)
+                 .toStringList(),
+             QStringList({u"Key Press A"_s, u"0.015 seconds delay\n"_s, u"Key Release A"_s, u"0.020 seconds delay\n"_s,
+                          u"Key Press C"_s, u"0.000 seconds delay\n"_s, u"Key Release C"_s}));
+}
+
+void DeviceDaemonCaptureTest::newRecordingWithoutEventsEmptiesTheMacro()
+{
+    recordsAMacro();
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(statusOf(Command::stopMacroRecording), 0);
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    QVERIFY(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).at(1).toMap()).isEmpty());
+}
+
+void DeviceDaemonCaptureTest::savingWithoutRecordingChangesNothing()
+{
+    recordsAMacro();
+    const QVariantMap before = mDaemon->document();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nothing recorded"_s));
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}),
+             static_cast<int>(Status::nothingRecorded));
+    QCOMPARE(mDaemon->document(), before);
+}
+
+void DeviceDaemonCaptureTest::recordingFollowsItsMacroWhenRowsMove()
+{
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}}), 0);
+    press(4);
+    release(4);
+    QCOMPARE(statusOf(Command::stopMacroRecording), 0);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nothing recorded"_s));
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}),
+             static_cast<int>(Status::nothingRecorded));
+    QCOMPARE(statusOf(Command::deleteMacro, {{u"macroID"_s, 0}}), 0);
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).size(), 2);
+}
+
+void DeviceDaemonCaptureTest::unsavedRecordingSurvivesAFullDisk()
+{
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    press(4);
+    {
+        const FileSizeLimit fullDisk(16);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
+        QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}),
+                 static_cast<int>(Status::notSaved));
+    }
+    QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).size(), 2);
+}
+
+void DeviceDaemonCaptureTest::capturesSingleKeys()
+{
+    press(225);
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    press(224);
+    press(6);
+    release(224);
+    press(7);
+    const auto captured = [](int key, int modifiers) {
+        return QVariantMap{{u"singleKey"_s, key}, {u"singleKeyModif"_s, modifiers}};
+    };
+    QCOMPARE(mNotifications.size(), 3);
+    QCOMPARE(mNotifications.at(0).to, u"SingleKeyEvent271"_s);
+    QCOMPARE(mNotifications.at(0).values, captured(224, 0x02)); // itself is no modifier of it
+    QCOMPARE(mNotifications.at(1).values, captured(6, 0x03));
+    QCOMPARE(mNotifications.at(2).values, captured(7, 0x02));
+    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
+    press(8);
+    QCOMPARE(mNotifications.size(), 3);
+}
+
+void DeviceDaemonCaptureTest::capturesKeysForAnEditedEvent()
+{
+    QCOMPARE(statusOf(Command::startEditHid), 0);
+    press(225);
+    QCOMPARE(mNotifications.size(), 1);
+    QCOMPARE(mNotifications.at(0).to, u"SingleKeyEvent1048"_s);
+    QCOMPARE(mNotifications.at(0).values, (QVariantMap{{u"singleKey"_s, 225}, {u"singleKeyModif"_s, 0}}));
+    QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done); // a mouse button is no key
+    QCOMPARE(mNotifications.size(), 1);
+    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
+    press(8);
+    QCOMPARE(mNotifications.size(), 1);
+}
+
+void DeviceDaemonCaptureTest::capturedKeysDoNotReachTheComputer()
+{
+    press(4);
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    press(5);
+    release(4);
+    release(5);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    press(6);
+    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
+    release(6);
+    press(6);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s, u"+6"_s}));
+}
+
+void DeviceDaemonCaptureTest::captureNeedsSomebodyAndAKeyboard()
+{
+    const QVariantMap recording{{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}};
+    const QList<std::pair<Command, QVariantMap>> captures{
+        {Command::startMacroRecording, recording}, {Command::startEditHid, {}}, {Command::startSingleKeyRecording, {}}};
+    for (const auto &[command, request] : captures) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"malformed request"_s));
+        send(command, request, QString());
+        press(4);
+        QCOMPARE(mSent.takeLast(), u"+4"_s); // not captured
+        release(4);
+    }
+    mKeyboard->remove();
+    for (const auto &[command, request] : captures) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"device absent"_s));
+        QCOMPARE(statusOf(command, request), static_cast<int>(Status::deviceAbsent));
+    }
+    mKeyboard->attach();
+    for (const QVariantMap &request : {QVariantMap{{u"macroID"_s, 2}, {u"isAppendRecording"_s, 0}},
+                                       QVariantMap{{u"macroID"_s, -1}, {u"isAppendRecording"_s, 0}}}) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"index out of range"_s));
+        QCOMPARE(statusOf(Command::startMacroRecording, request), static_cast<int>(Status::indexOutOfRange));
+    }
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"malformed request"_s));
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 0}}), static_cast<int>(Status::malformedRequest));
+    QCOMPARE(mWatchedClient, QString());
+}
+
+void DeviceDaemonCaptureTest::captureEndsWithItsClient()
+{
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    QCOMPARE(mWatchedClient, client);
+    mDaemon->clientVanished(u"SomebodyElse"_s);
+    press(4);
+    QCOMPARE(mSent, QStringList());
+    mDaemon->clientVanished(client);
+    QCOMPARE(mWatchedClient, QString());
+    press(5);
+    QCOMPARE(mSent, QStringList{u"+5"_s});
+}
+
+void DeviceDaemonCaptureTest::captureEndsWithRelease()
+{
+    QCOMPARE(statusOf(Command::startMacroRecording, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    mReplies.clear();
+    send(Command::releaseDevice, {}, QString());
+    QVERIFY(mReplies.isEmpty());
+    press(5);
+    QCOMPARE(mSent, QStringList{u"+5"_s});
+}
+
+QTEST_GUILESS_MAIN(DeviceDaemonCaptureTest)
+#include "devicedaemoncapturetest.moc"

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// The daemon without a bus, for tests: a real store in a temporary folder and a virtual keyboard, with replies,
+// notifications and time in the test's hands. Made anew for each test function.
+#pragma once
+
+#include "daemon/devicedaemon.h"
+#include "daemon/settingsdocument.h"
+#include "daemon/settingsstore.h"
+#include "daemon/virtualkeyboard.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// What the tests of the daemon keep in its settings.
+namespace DaemonTestDocuments {
+QVariantMap profile(const QString &name, const QVariantMap &keys = {});
+QVariantMap keyEntry(int command, const QVariant &param1);
+/// A macro that presses and releases the key, 10 ms before each.
+QVariantMap macro(const QString &name, uint key);
+QVariantMap macroEntry(int index, int repeat);
+/// Two profiles, A active: F1 switches to B, F2 to one that is not there, F3 launches. B disables the key A.
+QVariantMap startDocument();
+/// Two profiles: F1 plays the first of two macros until pressed again, F2 the second until released, F3 switches to B.
+QVariantMap documentWithMacros();
+} // namespace DaemonTestDocuments
+
+struct DaemonMessage
+{
+    QString to; // port of a reply, name of a notification
+    qint32 command = 0;
+    QVariantMap values;
+};
+
+class DeviceDaemonFixture : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+protected:
+    using Command = DaemonProtocol::Command;
+    using Message = DaemonMessage;
+
+    static inline const QString client = QStringLiteral("TestReplyPort");
+
+    void send(Command command, QVariantMap request = {}, const QString &port = client);
+    Message replyTo(Command command, const QVariantMap &request = {});
+    int statusOf(Command command, const QVariantMap &request = {})
+    {
+        return replyTo(command, request).values.value(QStringLiteral("ReturnStatus"), -1).toInt();
+    }
+    void pressMacroKey() { QCOMPARE(mKeyboard->pressMacroKey(), VirtualKeyboard::Result::done); }
+    void press(int usage) { QCOMPARE(mKeyboard->press(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done); }
+    void release(int usage)
+    {
+        QCOMPARE(mKeyboard->release(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done);
+    }
+    /// Lets time pass until `end`, calling the daemon when it wants to be called.
+    void passTime(std::chrono::microseconds end);
+    /// Starts a daemon with two macros: F1 plays the first until pressed again, F2 the second until released.
+    void startWithMacros();
+    QStringList takeNotificationNames();
+    QVariantMap notification(const QString &name) const;
+    QVariantMap storedDocument() const;
+    /// Ends the daemon and starts one with these settings.
+    void start(const QVariantMap &document);
+
+    std::optional<QTemporaryDir> mTemporary;
+    std::unique_ptr<SettingsStore> mStore;
+    std::unique_ptr<VirtualKeyboard> mKeyboard;
+    std::unique_ptr<DeviceDaemon> mDaemon;
+    QList<Message> mReplies;
+    QList<Message> mNotifications;
+    QStringList mSent; // "+4", "-4": what the computer saw
+    QStringList mLaunched;
+    QString mWatchedClient;
+    std::chrono::microseconds mNow{};
+    std::optional<std::chrono::microseconds> mWakeTime; // what the daemon has asked for
+    std::function<void()> mOnReply;
+};

@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: MIT
+// What the keyboard's own keys do: what reaches the computer, profiles, programs, game mode, brightness, light.
+#include "tests/daemon/devicedaemonfixture.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace DaemonTestDocuments;
+
+class DeviceDaemonKeysTest : public DeviceDaemonFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keysReachTheComputerByTheActiveProfile();
+    void keySwitchesTheProfile();
+    void heldKeyOutlivesTheProfileThatAnotherKeySwitches();
+    void keyLaunchesAProgram();
+    void removalLetsGoOfKeysAndCaptures();
+    void gameModeIsToggledAndStored();
+    void gameModeMakesTheCommandKeysDead();
+    void brightnessKeysChangeTheActiveProfile();
+    void brightnessKeysAreKeysOfTheConsumerPage();
+    void lightFollowsTheActiveProfile();
+    void lightIsOffWithoutTheKeyboard();
+    void shutDownLetsGoOfEveryKey();
+    void heldKeyIsLetGoOfAfterTheClientReleasesTheDevice();
+};
+
+void DeviceDaemonKeysTest::keysReachTheComputerByTheActiveProfile()
+{
+    press(4);
+    send(Command::switchProfile, {{u"ProfileID"_s, 1}}); // which disables the key that is down
+    release(4);
+    press(4);
+    release(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    send(Command::updateProfile,
+         {{u"ProfileID"_s, 1},
+          {u"DeviceSettingsDictionary"_s, QVariantMap{{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(16, 30)}}}}}});
+    press(4);
+    release(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s, u"+30"_s, u"-30"_s}));
+}
+
+void DeviceDaemonKeysTest::keySwitchesTheProfile()
+{
+    press(58);
+    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(storedDocument(), mDaemon->document());
+    QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, u"QuillKestraDaemon"_s}}));
+    release(58);
+    QCOMPARE(mSent, QStringList());
+
+    send(Command::switchProfile, {{u"ProfileID"_s, 0}});
+    mNotifications.clear();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"profile 9, which does not exist"_s));
+    press(59);
+    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 0);
+    QVERIFY(mNotifications.isEmpty());
+}
+
+void DeviceDaemonKeysTest::heldKeyOutlivesTheProfileThatAnotherKeySwitches()
+{
+    press(4);
+    press(58); // profile B, which disables A
+    release(4);
+    press(4);
+    release(4);
+    release(58);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+}
+
+void DeviceDaemonKeysTest::keyLaunchesAProgram()
+{
+    press(60);
+    release(60);
+    QCOMPARE(mLaunched, QStringList{u"prog"_s});
+}
+
+void DeviceDaemonKeysTest::removalLetsGoOfKeysAndCaptures()
+{
+    press(4);
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    mKeyboard->remove();
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    QCOMPARE(takeNotificationNames(), QStringList{u"Device Removed 271"_s});
+    QCOMPARE(mKeyboard->press(7, 4), VirtualKeyboard::Result::notAttached);
+    mKeyboard->remove(); // once
+    mKeyboard->attach();
+    mKeyboard->attach();
+    QCOMPARE(notification(u"Device Attached 271"_s), (QVariantMap{{u"ProductID"_s, 271}}));
+    QCOMPARE(takeNotificationNames(), QStringList{u"Device Attached 271"_s});
+    press(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s, u"+4"_s}));
+}
+
+void DeviceDaemonKeysTest::gameModeIsToggledAndStored()
+{
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(SettingsDocument::isGameModeOn(mDaemon->document()));
+    QVERIFY(SettingsDocument::isGameModeOn(storedDocument()));
+    QVERIFY(mKeyboard->isGameModeShown());
+    QCOMPARE(takeNotificationNames(), QStringList({u"Game Mode Pressed 271"_s, u"Profile Updated 271"_s}));
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(!SettingsDocument::isGameModeOn(mDaemon->document()));
+    mKeyboard->remove();
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::notAttached);
+}
+
+void DeviceDaemonKeysTest::gameModeMakesTheCommandKeysDead()
+{
+    press(227);
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QCOMPARE(mSent, QStringList({u"+227"_s, u"-227"_s}));
+    release(227);
+    press(231);
+    release(231);
+    QCOMPARE(mSent.size(), 2);
+    start(storedDocument()); // the daemon starts again, in game mode
+    press(231);
+    release(231);
+    QCOMPARE(mSent.size(), 2);
+    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    press(231);
+    QCOMPARE(mSent.takeLast(), u"+231"_s);
+}
+
+void DeviceDaemonKeysTest::brightnessKeysChangeTheActiveProfile()
+{
+    QCOMPARE(mKeyboard->shownBrightness(), 3);
+    QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->shownBrightness(), 4);
+    QCOMPARE(SettingsDocument::activeProfile(storedDocument()).value(u"BrightnessKBNormal"_s), QVariant(4));
+    QCOMPARE(notification(u"Illumination Updated 271"_s), (QVariantMap{{u"BrightnessKBNormal"_s, 4}}));
+    QCOMPARE(takeNotificationNames(), QStringList({u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
+    QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done); // as bright as it goes
+    QCOMPARE(takeNotificationNames(), QStringList());
+    QCOMPARE(mKeyboard->setBrightness(0), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->setBrightness(5), VirtualKeyboard::Result::noSuchBrightness);
+    QCOMPARE(mKeyboard->setBrightness(-1), VirtualKeyboard::Result::noSuchBrightness);
+    QCOMPARE(mKeyboard->shownBrightness(), 0);
+}
+
+void DeviceDaemonKeysTest::brightnessKeysAreKeysOfTheConsumerPage()
+{
+    QCOMPARE(mKeyboard->press(12, 0x7A), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->shownBrightness(), 2);
+    QCOMPARE(notification(u"Illumination Updated 271"_s), (QVariantMap{{u"BrightnessKBNormal"_s, 2}}));
+    QCOMPARE(mKeyboard->press(12, 0x7A), VirtualKeyboard::Result::done); // still down
+    QCOMPARE(mKeyboard->shownBrightness(), 2);
+    QCOMPARE(mKeyboard->release(12, 0x7A), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->press(12, 0x79), VirtualKeyboard::Result::done);
+    mKeyboard->releaseAll();
+    QCOMPARE(mKeyboard->shownBrightness(), 3);
+    QVERIFY(mSent.isEmpty()); // the keyboard's own business
+    QCOMPARE(mKeyboard->press(12, 0x78), VirtualKeyboard::Result::noSuchKey);
+    QCOMPARE(mKeyboard->press(12, 0x7B), VirtualKeyboard::Result::noSuchKey);
+    // Captured keys are keys of the keyboard page: brightness stays adjustable meanwhile.
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    QCOMPARE(mKeyboard->press(12, 0x79), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->shownBrightness(), 4);
+}
+
+void DeviceDaemonKeysTest::lightFollowsTheActiveProfile()
+{
+    QStringList seen;
+    connect(mKeyboard.get(), &VirtualKeyboard::lightChanged, this,
+            [&seen](Backlight::Color color) { seen += Backlight::colorText(color); });
+    const auto update = [this](const QVariantMap &settings) {
+        return statusOf(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, settings}});
+    };
+    QVERIFY(mKeyboard->shownLight().isOff()); // the profile does not say that it is on
+    const QVariantMap blue{{u"Red"_s, 0.0}, {u"Green"_s, 0.0}, {u"Blue"_s, 1.0}};
+    QCOMPARE(update({{u"BacklightLED"_s, 1}, {u"LEDKBColors"_s, QVariantList{blue}}}), 0);
+    QCOMPARE(mKeyboard->setBrightness(4), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->setBrightness(0), VirtualKeyboard::Result::done);
+    QCOMPARE(mKeyboard->setBrightness(2), VirtualKeyboard::Result::done);
+    QCOMPARE(update({{u"BacklightLED"_s, 0}}), 0);
+    QCOMPARE(update({{u"BacklightLED"_s, 1}}), 0);
+    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); // which has no light
+    QCOMPARE(seen, QStringList({u"#0000bf"_s, u"#0000ff"_s, u"#000000"_s, u"#000080"_s, u"#000000"_s, u"#000080"_s,
+                                u"#000000"_s}));
+}
+
+void DeviceDaemonKeysTest::lightIsOffWithoutTheKeyboard()
+{
+    QCOMPARE(statusOf(Command::updateProfile,
+                      {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"BacklightLED"_s, 1}}}}),
+             0);
+    QVERIFY(!mKeyboard->shownLight().isOff());
+    mKeyboard->remove();
+    QVERIFY(mKeyboard->shownLight().isOff());
+    mKeyboard->attach();
+    QVERIFY(!mKeyboard->shownLight().isOff());
+}
+
+void DeviceDaemonKeysTest::shutDownLetsGoOfEveryKey()
+{
+    press(4);
+    press(225);
+    mDaemon->shutDown();
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"+225"_s, u"-225"_s, u"-4"_s}));
+}
+
+void DeviceDaemonKeysTest::heldKeyIsLetGoOfAfterTheClientReleasesTheDevice()
+{
+    press(4);
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    press(5);
+    send(Command::releaseDevice, {}, QString());
+    release(5);
+    release(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+    QVERIFY(mKeyboard->sentKeys().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(DeviceDaemonKeysTest)
+#include "devicedaemonkeystest.moc"
