@@ -38,6 +38,7 @@ test    linux-image-amd64|linux-image-generic /boot/vmlinuz-*
 test    busybox-static  busybox
 test    cpio            cpio
 test    udev            udevadm
+test    systemd         systemd-analyze
 bench   libbenchmark-dev -
 bench   libplist-dev    -
 '

@@ -31,7 +31,7 @@ echo "sudo" >>"$FAKE/calls"
 exec "$@"
 """
 PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import",
-            "openbox", "sway", "dbus-daemon", "qemu-system-x86_64", "busybox", "cpio", "udevadm")
+            "openbox", "sway", "dbus-daemon", "qemu-system-x86_64", "busybox", "cpio", "udevadm", "systemd-analyze")
 LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",
              "libbenchmark-dev", "libxcb1-dev", "libwayland-dev", "libevdev-dev", "libudev-dev", "qt6-wayland",
              "at-spi2-core")
