@@ -187,8 +187,8 @@ def make_root(folder, arguments, modules):
         order.append(inside)
     root.write("/modules/order", "\n".join(order) + "\n")
     root.add(os.path.join(HERE, "session.conf"), "/etc/session.conf")
-    root.write("/etc/passwd", "root:x:0:0:root:/run/user:/bin/sh\n")
-    root.write("/etc/group", "root:x:0:\ninput:x:1:\ntty:x:5:\nvideo:x:6:\n")
+    root.write("/etc/passwd", "root:x:0:0:root:/run/user:/bin/sh\nuser:x:1000:1000:user:/run/user:/bin/sh\n")
+    root.write("/etc/group", "root:x:0:\nuser:x:1000:\ninput:x:1:\ntty:x:5:\nvideo:x:6:\n")
     root.write("/etc/machine-id", "0123456789abcdef0123456789abcdef\n")
     calls = allowed_calls()
     if calls:

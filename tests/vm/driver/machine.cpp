@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <grp.h>
 #include <sstream>
+#include <unistd.h>
 
 namespace {
 
@@ -40,6 +42,13 @@ void Machine::startRestrictedDaemon()
     if (!isRestrictionKnown())
         throw Failure("nothing tells what the service allows");
     start(restrictThisProcess);
+}
+
+void Machine::startDaemonOfAUser()
+{
+    if (::chown(mFolder.c_str(), userId, userId) != 0)
+        throw Failure("the folder cannot be given to the user");
+    start([] { return ::setgroups(0, nullptr) == 0 && ::setgid(userId) == 0 && ::setuid(userId) == 0; });
 }
 
 void Machine::start(bool (*prepare)())

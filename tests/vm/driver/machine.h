@@ -23,6 +23,9 @@ public:
     void startDaemon();
     /// The same with what the user service allows it, and nothing else.
     void startRestrictedDaemon();
+    /// The same as a user without any rights, whose number is `userId`.
+    void startDaemonOfAUser();
+    static constexpr unsigned userId = 1000;
     /// Ends it with this signal; the desktop's keyboard goes with it.
     void endDaemon(int signal);
     [[nodiscard]] BackgroundProcess &daemon() { return mDaemon; }

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <sched.h>
 #include <sstream>
+#include <unistd.h>
 
 namespace {
 
@@ -191,35 +192,58 @@ void installRule(Machine &machine, const Words &words)
     reloadRules();
 }
 
-/// The devices whose nodes the user at the seat gets, by name: event nodes by that of their keyboard.
-std::vector<std::string> devicesOfTheSeat()
+struct SeatDevice
 {
-    std::vector<std::string> names;
-    std::string path; // of the device that the lines are about, below /sys
+    std::string name; // event nodes have that of their keyboard
+    std::string node;
+
+    auto operator<=>(const SeatDevice &) const = default;
+};
+
+/// The devices whose nodes the user at the seat gets, in the order of their names.
+std::vector<SeatDevice> devicesOfTheSeat()
+{
+    std::vector<SeatDevice> devices;
+    SeatDevice device; // that the lines are about
     std::istringstream lines(runProcess({"udevadm", "info", "--export-db"}).output);
     for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with("P: "))
-            path = line.substr(3);
-        if (!line.starts_with("E: CURRENT_TAGS=") || line.find(":uaccess:") == std::string::npos)
-            continue;
-        std::string name = contentOf("/sys" + path + "/device/name");
-        name.erase(std::ranges::find(name, '\n'), name.end());
-        names.push_back(name.empty() ? std::filesystem::path(path).filename().string() : name);
+        if (line.starts_with("P: ")) {
+            const std::string path = line.substr(3);
+            device = {.name = contentOf("/sys" + path + "/device/name"), .node = {}};
+            device.name.erase(std::ranges::find(device.name, '\n'), device.name.end());
+            if (device.name.empty())
+                device.name = std::filesystem::path(path).filename().string();
+        } else if (line.starts_with("N: ")) {
+            device.node = "/dev/" + line.substr(3);
+        } else if (line.starts_with("E: CURRENT_TAGS=") && line.find(":uaccess:") != std::string::npos) {
+            devices.push_back(device);
+        }
     }
-    std::ranges::sort(names);
-    return names;
+    std::ranges::sort(devices);
+    return devices;
+}
+
+/// The user sits down: what the login manager does with the nodes that have the tag.
+void seatUser(Machine &, const Words &)
+{
+    for (const SeatDevice &device : devicesOfTheSeat()) {
+        if (::chown(device.node.c_str(), Machine::userId, 0) != 0)
+            throw Failure("cannot give " + device.node + " away");
+    }
 }
 
 void expectOfTheSeat(Machine &, const Words &words)
 {
     std::vector<std::string> wanted = words.size() > 1 ? parts(words) : std::vector<std::string>();
     std::ranges::sort(wanted);
-    const std::vector<std::string> found = devicesOfTheSeat();
+    std::vector<std::string> found;
+    std::string text;
+    for (const SeatDevice &device : devicesOfTheSeat()) {
+        found.push_back(device.name);
+        text += " \"" + device.name + '"';
+    }
     if (found == wanted)
         return;
-    std::string text;
-    for (const std::string &name : found)
-        text += " \"" + name + '"';
     throw Failure("those are:" + text);
 }
 
@@ -231,6 +255,8 @@ const std::map<std::string, StepAction> &systemActions()
         {"start-restricted", [](Machine &machine, const Words &) { machine.startRestrictedDaemon(); }},
         {"signal", [](Machine &machine,
                       const Words &words) { machine.daemon().send(word(words, 1) == "STOP" ? SIGSTOP : SIGCONT); }},
+        {"start-as-user", [](Machine &machine, const Words &) { machine.startDaemonOfAUser(); }},
+        {"seat-user", seatUser},
         {"write-file", writeFile},
         {"write-program", writeProgram},
         {"expect-file", expectFile},
