@@ -71,20 +71,22 @@ private:
     }
 };
 
-/// expect-at-end KEY_A up, KEY_B up: ends the daemon; these are the last keys before its keyboard goes, in any order.
+/// expect-at-end SIGNAL KEY_A up, KEY_B up: ends the daemon; these are the last keys before its keyboard goes, in any
+/// order.
 void expectAtEnd(Machine &machine, const Words &words)
 {
-    std::vector<std::string> wanted = parts(words);
+    const int signal = word(words, 1) == "KILL" ? SIGKILL : SIGTERM;
+    std::vector<std::string> wanted = parts(from(words, 1));
     std::vector<std::string> came;
     EventNode &desktop = machine.desktop();
     {
         const FirstInLine firstInLine; // a device that is gone tells nothing of what it told before
-        machine.daemon().send(SIGTERM);
+        machine.daemon().send(signal);
         const auto end = std::chrono::steady_clock::now() + patience;
         while (const auto key = desktop.next(timeUntil(end)))
             came.push_back(codeName(key->code) + (key->value == 0 ? " up" : key->value == 1 ? " down" : " repeated"));
     }
-    machine.endDaemon(SIGTERM);
+    machine.endDaemon(signal);
     machine.forgetDesktop();
     std::erase_if(came, [](const std::string &key) { return key.ends_with(" repeated"); });
     std::ranges::sort(wanted);
