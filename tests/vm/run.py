@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Boots Debian's kernel in an emulator, with the daemon, a bus and the driver in its memory, and does the scenarios.
 
-Usage: run.py --bin FOLDER --driver FILE --client FILE --work FOLDER [SCENARIO...]   (names without .txt; all when none is given)
+Usage: run.py --bin FOLDER --driver FILE --work FOLDER [SCENARIO...]   (names without .txt; all when none is given)
 Exit codes: 0 all is well, 1 a scenario failed, 77 there is no kernel image or emulator to be had.
 KESTRA_VM_KVM=1 uses the processor's own virtualisation; without it the times are those of software emulation.
 """
@@ -205,6 +205,7 @@ def make_root(folder, arguments, modules):
 def make_image(arguments, modules, path):
     """The root folder as the archive that the kernel unpacks at its start."""
     with tempfile.TemporaryDirectory() as folder:
+        os.chmod(folder, 0o755)  # it becomes the root folder, of every user
         make_root(folder, arguments, modules)
         names = subprocess.run(["find", ".", "-print0"], cwd=folder, capture_output=True, check=True).stdout
         archive = subprocess.run(["cpio", "-o", "-0", "-H", "newc", "--quiet", "-R", "0:0"], cwd=folder, input=names,
@@ -234,10 +235,11 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--bin", required=True)
     parser.add_argument("--driver", required=True)
-    parser.add_argument("--client", required=True)
+    parser.add_argument("--client", help="vmclient; the one beside the driver when not given")
     parser.add_argument("--work", required=True)
     parser.add_argument("scenarios", nargs="*")
     arguments = parser.parse_args()
+    arguments.client = arguments.client or os.path.join(os.path.dirname(arguments.driver), "vmclient")
     # So that the emulator is ended, too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     os.makedirs(arguments.work, exist_ok=True)
