@@ -26,8 +26,8 @@ StallWatch::StallWatch(std::chrono::milliseconds limit, QObject *parent) : QObje
     QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
     if (!mTimer || !dispatcher)
         return;
-    connect(dispatcher, &QAbstractEventDispatcher::awake, this, &StallWatch::arm);
-    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, &StallWatch::disarm);
+    connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] { arm(); });
+    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] { disarm(); });
 }
 
 StallWatch::~StallWatch()
@@ -62,28 +62,15 @@ std::optional<timer_t> StallWatch::makeTimer()
     return ::timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 ? std::optional(timer) : std::nullopt;
 }
 
-void StallWatch::watch(QObject *object)
-{
-    object->installEventFilter(this);
-    for (QObject *child : object->findChildren<QObject *>())
-        child->installEventFilter(this);
-}
-
-bool StallWatch::eventFilter(QObject *, QEvent *)
-{
-    arm();
-    return false;
-}
-
 void StallWatch::arm()
 {
     // Nobody else writes them, so no more than single loads and stores is needed; their order is seen by the handler.
-    mEvents.store(mEvents.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+    mAwakenings.store(mAwakenings.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
     mIsBusy.store(true, std::memory_order_relaxed);
     std::atomic_signal_fence(std::memory_order_seq_cst);
     if (mIsLooking.load(std::memory_order_relaxed) || !mTimer)
         return;
-    mEventsSeen = mEvents.load(std::memory_order_relaxed);
+    mAwakeningsSeen = mAwakenings.load(std::memory_order_relaxed);
     mLooks = 0;
     mIsLooking.store(true, std::memory_order_relaxed);
     lookLater();
@@ -109,11 +96,12 @@ void StallWatch::look(int, siginfo_t *info, void *)
         self.mIsLooking.store(false, std::memory_order_relaxed);
         return;
     }
-    const unsigned int events = self.mEvents.load(std::memory_order_relaxed);
-    self.mLooks = events == self.mEventsSeen ? self.mLooks + 1 : 0;
-    self.mEventsSeen = events;
+    const unsigned int awakenings = self.mAwakenings.load(std::memory_order_relaxed);
+    self.mLooks = awakenings == self.mAwakeningsSeen ? self.mLooks + 1 : 0;
+    self.mAwakeningsSeen = awakenings;
     if (self.mLooks == looksWithinLimit) {
-        constexpr std::string_view text("kestra.keyboard critical: daemon: the key thread does not come back, ending\n");
+        constexpr std::string_view text(
+            "kestra.keyboard critical: daemon: the key thread does not come back, ending\n");
         [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text.data(), text.size());
         ::_exit(exitCode);
     }
