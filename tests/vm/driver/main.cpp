@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs in the virtual machine: does the scenarios named, or all in /scenarios, and measures; with --measure it does only
-// that. Writes what became of them to the console, a line each, for run.py outside.
+// Runs in the virtual machine: does the scenarios named, or all in /scenarios, and measures; with --measure it does
+// only that. Writes what became of them to the console, a line each, for run.py outside.
 #include "tests/vm/driver/failure.h"
 #include "tests/vm/driver/latency.h"
 #include "tests/vm/driver/machine.h"
@@ -91,8 +91,7 @@ void measure()
     machine.use({"raw"});
     UhidKeyboard &keyboard = machine.keyboard("raw");
     printLatency("through the daemon", measureLatency(keyboard, machine.desktop(), count));
-    printLatency("through the daemon, read by the writer",
-                 measureLatencyForWriter(keyboard, machine.desktop(), count));
+    printLatency("through the daemon, read by the writer", measureLatencyForWriter(keyboard, machine.desktop(), count));
     const long before = contextSwitches(machine.daemon().id());
     std::this_thread::sleep_for(10s);
     std::printf("kestra-vm: idle for 10 s: woken %ld times\n", contextSwitches(machine.daemon().id()) - before);

@@ -53,8 +53,7 @@ EventNode::Time SleepingReader::nextReadAt()
     pollfd poll{.fd = mTimes.get(), .events = POLLIN, .revents = 0};
     const auto limit = std::chrono::milliseconds(patience).count();
     EventNode::Time readAt{};
-    if (::poll(&poll, 1, static_cast<int>(limit)) != 1
-        || ::read(mTimes.get(), &readAt, sizeof readAt) != sizeof readAt)
+    if (::poll(&poll, 1, static_cast<int>(limit)) != 1 || ::read(mTimes.get(), &readAt, sizeof readAt) != sizeof readAt)
         throw Failure("a key did not come");
     return readAt;
 }
