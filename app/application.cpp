@@ -15,10 +15,8 @@
 #include <QCommandLineParser>
 #include <QDBusConnection>
 #include <QDir>
-#include <QLibraryInfo>
 #include <QLocale>
 #include <QTimer>
-#include <QTranslator>
 #include <QWindow>
 
 #include <cstdio>
@@ -109,28 +107,6 @@ QVariantMap launchUserInfo(const Launch &launch)
     if (launch.isWithoutNotice)
         return {};
     return {{launchIsDefaultLaunchKey, true}};
-}
-
-void installTexts(const QString &folder, const QStringList &languages)
-{
-    const auto install = [](const QString &table, const QString &inFolder) {
-        auto *translator = new QTranslator(QCoreApplication::instance());
-        if (translator->load(table, inFolder))
-            return QCoreApplication::installTranslator(translator);
-        delete translator;
-        return false;
-    };
-    install(u"en"_s, folder);
-    for (QString language : languages) {
-        language.replace(u'-', u'_');
-        if (language.section(u'_', 0, 0) == "en"_L1)
-            return;
-        if (install(language, folder)) {
-            // The texts of Qt's own panels, where the system has them in this language.
-            install(u"qtbase_"_s + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
-            return;
-        }
-    }
 }
 
 int runConfigurator(int argc, char *argv[])

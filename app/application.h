@@ -20,7 +20,3 @@ struct Launch
 /// The launch notification's user information: the default-launch flag is absent for a launch without notice, false
 /// when the program was restored, opened with a file or started for the background, true otherwise.
 [[nodiscard]] QVariantMap launchUserInfo(const Launch &launch);
-
-/// Installs the string tables in `folder` (<language>.qm): English, and over it the first of `languages` (as
-/// QLocale::uiLanguages() gives them) that has a table.
-void installTexts(const QString &folder, const QStringList &languages);

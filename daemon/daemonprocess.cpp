@@ -4,8 +4,10 @@
 #include "app/util/daemonprotocol.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/resources.h"
+#include "app/util/text.h"
 #include "daemon/busend.h"
 #include "daemon/deadlinetimer.h"
+#include "daemon/desktopnotification.h"
 #include "daemon/devicechoice.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/devicesadaptor.h"
@@ -19,7 +21,6 @@
 #include "daemon/linux/linuxdevices.h"
 #include "daemon/linux/linuxkeyboard.h"
 #include "daemon/logging.h"
-#include "daemon/profilenotification.h"
 #include "daemon/programlauncher.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/settingsstore.h"
@@ -31,6 +32,7 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -105,6 +107,20 @@ std::vector<FrontApplicationWatch::SourceKind> frontApplicationSources(const QDB
             {"x11"_L1, [] { return std::make_unique<X11FrontApplication>(); }}};
 }
 
+/// The panic chord has given the keyboards back.
+DesktopNotification::Notice releaseNotice()
+{
+    // Not at the start: what hardly ever happens is to cost no memory until then.
+    static const bool areTextsThere = [] {
+        installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
+        return true;
+    }();
+    Q_UNUSED(areTextsThere);
+    return {.summary = localizedText("lkeyKeyboardReleased"),
+            .body = localizedText("lkeyKeyboardReleasedHow"),
+            .isPassing = false};
+}
+
 /// All that a serving daemon is made of, and what connects it.
 class DaemonSession
 {
@@ -112,7 +128,7 @@ public:
     DaemonSession(SettingsStore &store, const QDBusConnection &bus)
         : mBus(bus), mDevices(mInputNodes, mLinuxKeyboard), mDeviceChoice(SettingsStore::defaultFolder()),
           mClientWatch(bus, [this](const QString &portName) { mDaemon.clientVanished(portName); }), mNotifications(bus),
-          mProfileNotification(bus), mStart(startDocument(store)),
+          mProfileNotification(bus), mReleaseNotification(bus), mStart(startDocument(store)),
           mDaemon(store, mKeyboard, outlets(), mStart.document), mKeyboardObject(mKeyboard),
           mDevicesObject(mDevices, mDeviceChoice), mFrontApplication(frontApplicationSources(bus)),
           mFrontApplicationObject(mFrontApplication), mDesktopSearch(mFrontApplication, bus)
@@ -121,6 +137,8 @@ public:
         QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
             mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mKeyboard);
         });
+        QObject::connect(&mDevices, &LinuxDevices::panicked, &mReleaseNotification,
+                         [this] { mReleaseNotification.show(releaseNotice()); });
         QObject::connect(&mFrontApplication, &FrontApplicationWatch::applicationChanged, &mDaemon,
                          &DeviceDaemon::setFrontApplication);
     }
@@ -154,7 +172,9 @@ private:
                 .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
                 .launchProgram = ProgramLauncher::launch,
                 .now = DeadlineTimer::now,
-                .showProfile = [this](const QString &name) { mProfileNotification.show(name); }};
+                .showProfile = [this](const QString &name) { // the whole message, so that there is nothing to translate
+                    mProfileNotification.show({.summary = name, .body = {}});
+                }};
     }
 
     /// A message is taken at once and handled when its sender has its empty answer.
@@ -195,7 +215,8 @@ private:
     DeviceChoice mDeviceChoice;
     ClientWatch mClientWatch;
     DistributedNotificationCenter mNotifications;
-    ProfileNotification mProfileNotification;
+    DesktopNotification mProfileNotification;
+    DesktopNotification mReleaseNotification;
     StartDocument mStart;
     DeviceDaemon mDaemon;
     VirtualKeyboardObject mKeyboardObject;

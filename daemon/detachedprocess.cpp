@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <string>
 #include <string_view>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -36,6 +37,17 @@ void resetSignals()
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+/// The daemon has the kernel end it when its keys take too long with real-time priority; that is its own affair. What
+/// RealtimeKit insists on cannot be taken back: it would insist on it with the program, too.
+void resetRealTimeLimit()
+{
+    rlimit limit = {};
+    if (::getrlimit(RLIMIT_RTTIME, &limit) != 0)
+        return;
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_RTTIME, &limit);
 }
 
 /// Every file but the three standard ones is closed by the exec.
@@ -71,6 +83,7 @@ void closeFilesOnExec()
 [[noreturn]] void becomeProgram(const Image &image)
 {
     resetSignals();
+    resetRealTimeLimit();
     closeFilesOnExec();
     if (openNull() && ::chdir(image.workingDirectory) == 0)
         ::execve(image.program, image.arguments, image.environment);

@@ -121,8 +121,9 @@ bool DeviceChoice::save(const QList<ChosenDevice> &choices)
     QVariantMap root = mRoot;
     root.insert(DeviceKeys::devices, entries);
     const std::optional<QByteArray> data = PropertyList::writeBinary(root);
-    if (!data || !PropertyList::writeFileAtomically(mPath, *data)) {
-        qCCritical(lcSettings, "file: cannot write %s", qUtf8Printable(mPath));
+    QString problem;
+    if (!data || !PropertyList::writeFileAtomically(mPath, *data, &problem)) {
+        qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(mPath), qUtf8Printable(problem));
         return false;
     }
     mRoot = root;

@@ -21,6 +21,8 @@ void DeviceDaemon::macroKeyPressed()
         return;
     }
     mOnTheFly.pressMacroKey(recordingTime(mOutlets.now()), room);
+    // All that tells of it on a keyboard that has no light for it.
+    qCInfo(lcKeyboard, "keyboard: a macro on the fly: %s", OnTheFlyRecorder::stateName(mOnTheFly.state()).data());
     // While recording, the keys go on to reach the computer: it is done in the middle of a game. The key that is to
     // play the macro does not.
     const bool isKeyAwaited = mOnTheFly.state() == State::awaitingKey;

@@ -172,8 +172,9 @@ bool SettingsStore::save(const QVariantMap &document)
     if (isReplacing)
         finishInterruptedSave();
     const bool hasSecondName = isReplacing && keepSecondName();
-    if (!PropertyList::writeFileAtomically(path(), *data)) {
-        qCCritical(lcSettings, "file: cannot write %s", qUtf8Printable(path()));
+    QString problem;
+    if (!PropertyList::writeFileAtomically(path(), *data, &problem)) {
+        qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
         if (hasSecondName)
             takeBackReplacement();
         else if (!isReplacing)

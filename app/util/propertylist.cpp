@@ -88,13 +88,26 @@ std::optional<QVariantMap> PropertyList::readPropertyListFile(const QString &pat
     return root->toMap();
 }
 
-bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &data)
+bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &data, QString *problem)
 {
-    QSaveFile file(path); // flushes the new file to the disk before it renames it
-    // Unbuffered, so that a disk that fills up in the middle shows: behind a buffer Qt takes a short write for a whole
-    // one.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(data) != data.size() || !file.commit())
+    const auto fail = [problem](const QString &reason) {
+        if (problem)
+            *problem = reason;
         return false;
+    };
+    QSaveFile file(path); // flushes the new file to the disk before it renames it
+    // Unbuffered: behind a buffer Qt takes the short write of a disk that fills up in the middle for a whole one. The
+    // next write has the reason for it.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return fail(file.errorString());
+    for (qsizetype done = 0; done < data.size();) {
+        const qint64 written = file.write(data.constData() + done, data.size() - done);
+        if (written <= 0)
+            return fail(file.errorString());
+        done += written;
+    }
+    if (!file.commit())
+        return fail(file.errorString());
     // The folder of the file itself, where `path` is a symbolic link to it.
-    return flushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
+    return flushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path()) || fail(qt_error_string(errno));
 }

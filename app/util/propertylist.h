@@ -60,6 +60,7 @@ struct FileBytes
 /// Replaces the file at `path` by `data`, so that at any moment, power loss included, it has either the old content or
 /// the new one. False when that failed; the old file is untouched then, unless only the last step failed: the new one
 /// is there, but the disk did not confirm its name, and the old one could be back after a power loss. Makes no folders.
-[[nodiscard]] bool writeFileAtomically(const QString &path, const QByteArray &data);
+/// `problem`: is given the system's reason for a failure.
+[[nodiscard]] bool writeFileAtomically(const QString &path, const QByteArray &data, QString *problem = nullptr);
 
 } // namespace PropertyList

@@ -2,7 +2,33 @@
 #include "app/util/text.h"
 
 #include <QCoreApplication>
+#include <QLibraryInfo>
 #include <QStringList>
+#include <QTranslator>
+
+using namespace Qt::StringLiterals;
+
+void installTexts(const QString &folder, const QStringList &languages)
+{
+    const auto install = [](const QString &table, const QString &inFolder) {
+        auto *translator = new QTranslator(QCoreApplication::instance());
+        if (translator->load(table, inFolder))
+            return QCoreApplication::installTranslator(translator);
+        delete translator;
+        return false;
+    };
+    install(u"en"_s, folder);
+    for (QString language : languages) {
+        language.replace(u'-', u'_');
+        if (language.section(u'_', 0, 0) == "en"_L1)
+            return;
+        if (install(language, folder)) {
+            // The texts of Qt's own panels, where the system has them in this language.
+            install(u"qtbase_"_s + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+            return;
+        }
+    }
+}
 
 QString localizedText(const char *key)
 {

@@ -3,6 +3,11 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+
+/// Installs the string tables in `folder` (<language>.qm): English, and over it the first of `languages` (as
+/// QLocale::uiLanguages() gives them) that has a table.
+void installTexts(const QString &folder, const QStringList &languages);
 
 /// The text of `key` in the loaded string table; "No Translation" when no table has it.
 [[nodiscard]] QString localizedText(const char *key);

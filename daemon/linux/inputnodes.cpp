@@ -35,6 +35,14 @@ QString portOf(const QString &physical)
     return physical.left(physical.lastIndexOf("/input"_L1));
 }
 
+/// What the device calls itself, without the word that the kernel puts behind it for each of its nodes.
+QString nameOf(udev_device *input, udev_device *hid)
+{
+    const QString nodeName = attribute(input, "name");
+    const QString name = hid ? QString::fromUtf8(udev_device_get_property_value(hid, "HID_NAME")) : QString();
+    return name.trimmed().isEmpty() ? nodeName : name;
+}
+
 std::optional<NodeInfo> nodeInfo(udev_device *device)
 {
     const char *node = udev_device_get_devnode(device);
@@ -52,7 +60,7 @@ std::optional<NodeInfo> nodeInfo(udev_device *device)
     return NodeInfo{.node = QString::fromUtf8(node),
                     .systemPath = QString::fromUtf8(udev_device_get_syspath(device)),
                     .devicePath = QString::fromUtf8(udev_device_get_syspath(whole)),
-                    .name = attribute(input, "name"),
+                    .name = nameOf(input, hid),
                     .bus = hexAttribute(input, "id/bustype"),
                     .vendor = hexAttribute(input, "id/vendor"),
                     .product = hexAttribute(input, "id/product"),

@@ -39,6 +39,9 @@ constexpr auto usages = [] {
     return table;
 }();
 
+constexpr quint16 firstMacroKey = 106; // M1 is F15, see keys/keytable.inc
+constexpr quint16 macroKeyCount = 5;
+
 } // namespace
 
 std::optional<quint16> KeyCodes::linuxCode(HidUsage usage)
@@ -67,4 +70,32 @@ std::optional<HidUsage> KeyCodes::usageOfScanCode(quint32 scanCode, quint16 code
     if (code != KEY_UNKNOWN && !usageOfCode(code))
         return {};
     return usage;
+}
+
+std::optional<HidUsage> KeyCodes::macroKeyOfCode(quint16 code)
+{
+    if (code < KEY_MACRO1 || code >= KEY_MACRO1 + macroKeyCount)
+        return {};
+    return HidUsage{HidUsage::keyboardPage, static_cast<quint16>(firstMacroKey + code - KEY_MACRO1)};
+}
+
+std::optional<quint16> KeyCodes::macroKeyCode(HidUsage usage)
+{
+    const bool isMacroKey = usage.page == HidUsage::keyboardPage && usage.usage >= firstMacroKey
+                            && usage.usage < firstMacroKey + macroKeyCount;
+    if (!isMacroKey)
+        return {};
+    return static_cast<quint16>(KEY_MACRO1 + usage.usage - firstMacroKey);
+}
+
+KeyCodes::OwnKey KeyCodes::ownKey(quint16 code)
+{
+    switch (code) {
+    case KEY_KBDILLUMUP: return OwnKey::brighter;
+    case KEY_KBDILLUMDOWN: return OwnKey::darker;
+    case KEY_KBDILLUMTOGGLE: return OwnKey::lightSwitch;
+    case KEY_MACRO_RECORD_START: // which is all that most keyboards have
+    case KEY_MACRO_RECORD_STOP: return OwnKey::macro;
+    default: return OwnKey::none;
+    }
 }

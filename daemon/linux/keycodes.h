@@ -26,4 +26,14 @@ inline constexpr quint16 buttonCount = 16;
 /// keyboard page at all (a function key into a media key, by the keyboard's Fn key) is meant as that.
 [[nodiscard]] std::optional<HidUsage> usageOfScanCode(quint32 scanCode, quint16 code);
 
+/// M1 to M5 of keyboards that have a code of their own for such keys (KEY_MACRO1 to KEY_MACRO5), which comes before
+/// their HID usage; absent for every other code.
+[[nodiscard]] std::optional<HidUsage> macroKeyOfCode(quint16 code);
+/// The other way round: that code for the usage of M1 to M5; absent for every other.
+[[nodiscard]] std::optional<quint16> macroKeyCode(HidUsage usage);
+
+/// Keys that do something with the keyboard itself; nothing can be assigned to them.
+enum class OwnKey { none, brighter, darker, lightSwitch, macro };
+[[nodiscard]] OwnKey ownKey(quint16 code);
+
 } // namespace KeyCodes

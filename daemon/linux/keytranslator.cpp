@@ -80,6 +80,11 @@ bool KeyTranslator::isAnyDown(int index) const
                                [](Meaning meaning) { return meaning != up; });
 }
 
+bool KeyTranslator::isDown(quint16 code) const
+{
+    return std::ranges::any_of(*mNodes, [code](const Node &node) { return node.isTaken && node.down[code] != up; });
+}
+
 void KeyTranslator::press(Node &node, quint16 code, Time time)
 {
     if (node.down[code] != up)
@@ -106,6 +111,8 @@ void KeyTranslator::release(Node &node, quint16 code, Time time)
 
 KeyTranslator::Meaning KeyTranslator::meaningOf(const Node &node, quint16 code)
 {
+    if (const std::optional<HidUsage> macroKey = KeyCodes::macroKeyOfCode(code))
+        return macroKey->usage;
     const std::optional<HidUsage> usage =
         node.hasScanCode ? KeyCodes::usageOfScanCode(node.scanCode, code) : KeyCodes::usageOfCode(code);
     return usage ? usage->usage : static_cast<Meaning>(firstPassed + code);

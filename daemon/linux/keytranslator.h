@@ -58,6 +58,8 @@ public:
     void removeNode(int node, Time time);
 
     [[nodiscard]] bool isAnyDown(int node) const;
+    /// A key with this code, below KeyCodes::codeCount, is down on any node.
+    [[nodiscard]] bool isDown(quint16 code) const;
 
 private:
     /// What a key that is down means: a usage of the keyboard page below firstPassed, else a key code above it.

@@ -120,6 +120,10 @@ DeviceStatus LinuxDevices::status() const
     }
     if (status.problem.isEmpty() && !mChoices.isEmpty())
         status.problem = mOutputProblem;
+    for (const KeyboardInfo &keyboard : chosenKeyboards()) {
+        if (status.problem.isEmpty())
+            status.problem = keyboard.device.problem;
+    }
     status.state = stateOf(status, isWaiting);
     if (const KeyThread *thread = mKeyboard.keyThread()) {
         status.isRealTime = thread->isRealTime();
@@ -184,12 +188,19 @@ QList<KeyboardInfo> LinuxDevices::keyboards() const
     return keyboardsOf(mSource.nodes());
 }
 
+QList<KeyboardInfo> LinuxDevices::chosenKeyboards() const
+{
+    const QList<KeyboardInfo> present = mChoices.isEmpty() ? QList<KeyboardInfo>() : keyboards();
+    QList<KeyboardInfo> chosen;
+    for (const qsizetype index : chosenAmong(devicesOf(present), mChoices))
+        chosen += present.at(index);
+    return chosen;
+}
+
 QList<LinuxDevices::Node> LinuxDevices::chosenNodes() const
 {
     QList<Node> nodes;
-    const QList<KeyboardInfo> present = mChoices.isEmpty() ? QList<KeyboardInfo>() : keyboards();
-    for (const qsizetype index : chosenAmong(devicesOf(present), mChoices)) {
-        const KeyboardInfo &keyboard = present.at(index);
+    for (const KeyboardInfo &keyboard : chosenKeyboards()) {
         for (const NodeInfo &info : keyboard.nodes)
             nodes += {.info = info, .deviceId = keyboard.device.id, .deviceName = keyboard.device.name};
     }
@@ -202,7 +213,7 @@ QString LinuxDevices::problemOf(const KeyboardInfo &keyboard) const
         if (const int error = mOutlets.access(node.node))
             return nodeProblem(node.node, keyboard.device.id, error);
     }
-    return {};
+    return keyboard.device.problem;
 }
 
 QString LinuxDevices::problemOf(const Node &node) const

@@ -60,6 +60,7 @@ private:
     };
 
     [[nodiscard]] QList<KeyboardInfo> keyboards() const;
+    [[nodiscard]] QList<KeyboardInfo> chosenKeyboards() const; ///< those plugged in
     /// Those plugged in, as waiting and without an id.
     [[nodiscard]] QList<Node> chosenNodes() const;
     [[nodiscard]] QString problemOf(const KeyboardInfo &keyboard) const;

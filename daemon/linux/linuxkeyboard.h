@@ -44,10 +44,13 @@ Q_SIGNALS:
     void realTimeChanged();
 
 private:
+    void takeOwnKey(KeyCodes::OwnKey key);
+
     std::unique_ptr<KeyThread> mThread;
     SeatBrightness mSeatBrightness;
     LedLight mLight;
     QStringList mNodes;
     QString mFirmwareVersion;
+    int mBrightnessWhenOn = Backlight::maximumBrightness;
     bool mIsAttached = false;
 };

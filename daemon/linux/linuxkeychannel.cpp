@@ -46,13 +46,25 @@ void LinuxKeyChannel::removeAllNodes()
 
 void LinuxKeyChannel::send(HidUsage usage, bool isDown)
 {
-    const std::optional<quint16> code = KeyCodes::linuxCode(usage);
+    const std::optional<quint16> code = codeToSend(usage, isDown);
     if (!mOutput || !code)
         return;
     if (!isDown)
         mOutput->letGo(*code);
     else if (mGrabbedNodes > 0)
         mOutput->hold(*code);
+}
+
+/// A macro key that is not assigned, and has a code of its own on its keyboard, reaches the desktop as that.
+std::optional<quint16> LinuxKeyChannel::codeToSend(HidUsage usage, bool isDown)
+{
+    if (const std::optional<quint16> code = KeyCodes::macroKeyCode(usage)) {
+        const bool isByCode = isDown ? mTranslator.isDown(*code) : mSentByCode[*code];
+        mSentByCode[*code] = isDown && isByCode;
+        if (isByCode)
+            return code;
+    }
+    return KeyCodes::linuxCode(usage);
 }
 
 void LinuxKeyChannel::flush()
@@ -117,8 +129,21 @@ void LinuxKeyChannel::takeKey(HidUsage key, bool isDown, Time time)
     Q_EMIT keyChanged(key, isDown, mLatestTime);
 }
 
+bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown)
+{
+    const KeyCodes::OwnKey key = KeyCodes::ownKey(code);
+    const bool isOurs = key == KeyCodes::OwnKey::macro || (key != KeyCodes::OwnKey::none && mIsLit);
+    const bool isTaken = isDown ? isOurs : mOwnDown[code]; // up is who has seen it down
+    mOwnDown[code] = isDown && isTaken;
+    if (isDown && isTaken)
+        Q_EMIT ownKeyPressed(key);
+    return isTaken;
+}
+
 void LinuxKeyChannel::passKey(quint16 code, bool isDown, Time time)
 {
+    if (takeOwnKey(code, isDown))
+        return;
     if (!mOldestKey)
         mOldestKey = time;
     if (isDown)

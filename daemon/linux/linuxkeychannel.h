@@ -38,6 +38,8 @@ public:
                  std::chrono::milliseconds patience = InputNode::usualPatience);
     void removeNode(int id);
     void removeAllNodes();
+    /// The keyboards have a light that the daemon shows: the keys for it are the daemon's, not the desktop's.
+    void setLit(bool isLit) { mIsLit = isLit; }
 
     /// Nothing reaches the computer while no node is taken over.
     void send(HidUsage usage, bool isDown) override;
@@ -47,6 +49,7 @@ Q_SIGNALS:
     // Rare, for other threads
     void nodeChanged(int id, InputNode::State state, int error); ///< errno, or 0
     void panicked();
+    void ownKeyPressed(KeyCodes::OwnKey key);
 
 private:
     void nodeEvent(InputNode &node, const KeyTranslator::Event &event) override;
@@ -58,6 +61,8 @@ private:
     void passMotion(quint16 code, int value, Time time) override;
     void panic() override;
 
+    [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown);
+    [[nodiscard]] std::optional<quint16> codeToSend(HidUsage usage, bool isDown);
     void leave(InputNode &node);
     void escape();
     void showLeds();
@@ -72,6 +77,9 @@ private:
     std::optional<Time> mOldestKey; // of those read and not yet counted
     LatencyHistogram mHistogram;
     std::atomic<quint64> mLostEvents = 0;
+    std::bitset<KeyCodes::codeCount> mOwnDown;    // own keys that the desktop does not see
+    std::bitset<KeyCodes::codeCount> mSentByCode; // see KeyCodes::macroKeyCode()
     int mGrabbedNodes = 0;
+    bool mIsLit = false;
     bool mIsPanicking = false;
 };

@@ -73,6 +73,35 @@ QString uniqueId(const QString &id, QSet<QString> &taken)
     return unique;
 }
 
+/// All of `nodes` that belong to the same device as `first`, as one keyboard.
+KeyboardInfo keyboardWith(const NodeInfo &first, const QList<NodeInfo> &nodes, QSet<QString> &ids)
+{
+    KeyboardInfo keyboard;
+    bool isUsable = false;
+    for (const NodeInfo &node : nodes) {
+        const NodeKind kind = kindOf(node);
+        if (node.devicePath != first.devicePath || (kind != NodeKind::keyboard && kind != NodeKind::extraKeys))
+            continue;
+        keyboard.nodes += node;
+        keyboard.device.nodes += node.node;
+        isUsable = isUsable || kind == NodeKind::keyboard;
+    }
+    if (!isUsable) {
+        keyboard.nodes.clear();
+        keyboard.device.nodes = {first.node};
+        keyboard.device.problem =
+            u"The keys and the pointer of this keyboard are one event node (%1). Taking it over would take the pointer "
+            "from the desktop; only a keyboard with a node of its own for the keys can be used."_s.arg(first.node);
+    }
+    keyboard.device.id = uniqueId(idOf(first), ids);
+    keyboard.device.name = printable(first.name);
+    keyboard.device.vendor = first.vendor;
+    keyboard.device.product = first.product;
+    keyboard.device.serial = printable(first.serial);
+    keyboard.device.path = first.path;
+    return keyboard;
+}
+
 } // namespace
 
 NodeInfo::Codes NodeInfo::codesFromText(const QByteArray &text, int wordBits)
@@ -95,12 +124,13 @@ NodeKind kindOf(const NodeInfo &info)
     if (info.keys.none() || isOwn(info))
         return NodeKind::other;
     const auto hasPlane = [](const NodeInfo::Codes &axes, std::size_t x, std::size_t y) { return axes[x] || axes[y]; };
-    if (hasPlane(info.relativeAxes, REL_X, REL_Y) || hasPlane(info.absoluteAxes, ABS_X, ABS_Y)
-        || hasPlane(info.absoluteAxes, ABS_MT_POSITION_X, ABS_MT_POSITION_Y))
-        return NodeKind::pointer;
+    const bool isPointer = hasPlane(info.relativeAxes, REL_X, REL_Y) || hasPlane(info.absoluteAxes, ABS_X, ABS_Y)
+                           || hasPlane(info.absoluteAxes, ABS_MT_POSITION_X, ABS_MT_POSITION_Y);
     const bool isKeyboard =
         hasUsages(info.keys, firstLetter, lastLetter) || hasUsages(info.keys, firstKeypadDigit, lastKeypadDigit);
-    return isKeyboard ? NodeKind::keyboard : NodeKind::extraKeys;
+    if (isKeyboard)
+        return isPointer ? NodeKind::mixed : NodeKind::keyboard;
+    return isPointer ? NodeKind::pointer : NodeKind::extraKeys;
 }
 
 QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes)
@@ -109,27 +139,13 @@ QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes)
     std::ranges::stable_sort(nodes, {}, [](const NodeInfo &info) { return std::pair(info.node.size(), info.node); });
     QList<KeyboardInfo> keyboards;
     QSet<QString> ids;
+    QSet<QString> known; // device paths
     for (const NodeInfo &first : std::as_const(nodes)) {
-        const auto isSame = [&](const KeyboardInfo &other) {
-            return other.nodes.constFirst().devicePath == first.devicePath;
-        };
-        if (kindOf(first) != NodeKind::keyboard || std::ranges::any_of(keyboards, isSame))
+        const NodeKind firstKind = kindOf(first);
+        if ((firstKind != NodeKind::keyboard && firstKind != NodeKind::mixed) || known.contains(first.devicePath))
             continue;
-        KeyboardInfo keyboard;
-        for (const NodeInfo &node : std::as_const(nodes)) {
-            const NodeKind kind = kindOf(node);
-            if (node.devicePath == first.devicePath && (kind == NodeKind::keyboard || kind == NodeKind::extraKeys)) {
-                keyboard.nodes += node;
-                keyboard.device.nodes += node.node;
-            }
-        }
-        keyboard.device.id = uniqueId(idOf(first), ids);
-        keyboard.device.name = printable(first.name);
-        keyboard.device.vendor = first.vendor;
-        keyboard.device.product = first.product;
-        keyboard.device.serial = printable(first.serial);
-        keyboard.device.path = first.path;
-        keyboards += keyboard;
+        known += first.devicePath;
+        keyboards += keyboardWith(first, nodes, ids);
     }
     return keyboards;
 }

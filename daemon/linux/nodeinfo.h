@@ -41,7 +41,8 @@ struct NodeInfo
 enum class NodeKind {
     keyboard,  ///< has the letters, or all digits of a keypad
     extraKeys, ///< the media or power keys of a keyboard, for example: taken over together with it
-    pointer,   ///< has keys, but also moves the pointer: the desktop keeps it
+    mixed,     ///< a keyboard that also moves the pointer: the desktop keeps it, or it would lose the pointer
+    pointer,   ///< has other keys, and moves the pointer: likewise
     other,     ///< no keys, or the daemon's own
 };
 
@@ -50,9 +51,10 @@ enum class NodeKind {
 /// One keyboard and the nodes of it to take over.
 struct KeyboardInfo
 {
-    InputDevice device; ///< isInUse and problem are the caller's
-    QList<NodeInfo> nodes;
+    InputDevice device;    ///< isInUse is the caller's; problem only where there is nothing that could be taken over
+    QList<NodeInfo> nodes; ///< empty with a problem
 };
 
-/// The keyboards that `nodes` make, ordered by their first node. A device with no node that is a keyboard is none.
+/// The keyboards that `nodes` make, ordered by their first node. A device with no node that is a keyboard, or could be
+/// one but for its pointer, is none.
 [[nodiscard]] QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/app/hubfixture.h"
 
-#include "app/application.h"
 #include "app/util/resources.h"
 #include "app/util/settingskeys.h"
+#include "app/util/text.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Every language the program comes with, in the real window at its smallest size: no text is cut off in its control.
-#include "app/application.h"
 #include "app/util/text.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"

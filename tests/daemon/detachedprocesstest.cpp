@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/detachedprocess.h"
+#include "daemon/linux/realtime.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -11,7 +12,11 @@
 #include <csignal>
 #include <fcntl.h>
 #include <optional>
+#include <sched.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +32,7 @@ private Q_SLOTS:
     void getsItsArgumentsAndDirectory();
     void getsTheEnvironmentButWhatIsTheDaemonsOwn();
     void sharesNothingWithItsStarter();
+    void hasNothingOfTheKeyThread();
     void leavesNoChild();
     void saysWhyItCannotStart_data();
     void saysWhyItCannotStart();
@@ -103,6 +109,28 @@ void DetachedProcessTest::sharesNothingWithItsStarter()
     QCOMPARE(lines.at(3), u"/dev/null"_s);
     QCOMPARE(lines.at(4), u"0"_s);
     QVERIFY(lines.at(5) != QString::number(::getsid(0)));
+}
+
+void DetachedProcessTest::hasNothingOfTheKeyThread()
+{
+    std::thread keyThread([] {
+        Realtime::lockMemory();
+        (void)Realtime::raiseCurrentThread(); // limits the process, whether it is allowed or not
+    });
+    keyThread.join();
+    rlimit limit = {};
+    QCOMPARE(::getrlimit(RLIMIT_RTTIME, &limit), 0);
+    QCOMPARE(limit.rlim_cur, rlim_t(1'000'000));
+    const rlim_t hard = limit.rlim_max;
+    const QStringList lines = linesOf("grep '^Max realtime timeout' /proc/$$/limits | tr -s ' '\n"
+                                      "grep '^VmLck:' /proc/$$/status | tr -s ' \t' ' '\n"
+                                      "cut -d' ' -f41 /proc/$$/stat");
+    ::munlockall();
+    limit.rlim_cur = hard;
+    QCOMPARE(::setrlimit(RLIMIT_RTTIME, &limit), 0);
+    const QString wanted = hard == RLIM_INFINITY ? u"unlimited"_s : QString::number(hard);
+    QCOMPARE(lines, QStringList({u"Max realtime timeout %1 %1 us "_s.arg(wanted), u"VmLck: 0 kB"_s,
+                                 QString::number(SCHED_OTHER)}));
 }
 
 void DetachedProcessTest::leavesNoChild()

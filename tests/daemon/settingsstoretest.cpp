@@ -388,7 +388,7 @@ void SettingsStoreTest::replacementThatIsNotConfirmedIsTakenBack()
     const QStringList before = storedNames();
     {
         const FolderFlushFailure failure(EIO);
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*: Input/output error"_s));
         QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
         QCOMPARE(failure.count(), 1);
     }
@@ -400,7 +400,7 @@ void SettingsStoreTest::replacementThatIsNotConfirmedIsTakenBack()
 void SettingsStoreTest::firstDocumentThatIsNotConfirmedIsTakenBack()
 {
     const FolderFlushFailure failure(EIO);
-    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*: Input/output error"_s));
     QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
     QCOMPARE(failure.count(), 1);
     QVERIFY(!mStore->load());
@@ -414,7 +414,7 @@ void SettingsStoreTest::fullDiskLeavesEverythingAsItWas()
     {
         const FileSizeLimit fullDisk(16);
         for (int attempt = 0; attempt < 5; ++attempt) {
-            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*: File too large"_s));
             QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
         }
     }

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Boots Debian's kernel in an emulator, with the daemon, a bus and the driver in its memory, and does the scenarios.
 
-Usage: run.py --bin FOLDER --driver FILE --work FOLDER [--measure | SCENARIO...]
+Usage: run.py --bin FOLDER --driver FILE --client FILE --work FOLDER [--measure | SCENARIO...]
 Scenarios are named without .txt; all when none is given, and the measurements; with --measure only those.
 Exit codes: 0 all is well, 1 a scenario failed, 77 there is no kernel image or emulator to be had.
 KESTRA_VM_KVM=1 uses the processor's own virtualisation; without it the times are those of software emulation.
@@ -21,7 +21,8 @@ import tempfile
 import threading
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-MODULES = ["evdev", "uinput", "hid", "uhid", "hid-generic"]
+MODULES = ["evdev", "uinput", "hid", "uhid", "hid-generic", "hid-google-hammer"]
+RESTRICTED = "restricted.txt"  # needs to know what the user service allows
 TIME_LIMIT_S = 840
 SKIPPED = 77
 
@@ -88,6 +89,35 @@ def program(name):
     return path
 
 
+def calls_in(group):
+    """The names in a group of the kernel's calls, those in the groups that it names included."""
+    lines = subprocess.run(["systemd-analyze", "syscall-filter", group], capture_output=True, text=True,
+                           check=True).stdout.split("\n")[1:]
+    names = set()
+    for word in (line.strip() for line in lines):
+        if word.startswith("@"):
+            names |= calls_in(word)
+        elif word and not word.startswith("#"):
+            names.add(word)
+    return names
+
+
+def allowed_calls():
+    """The numbers of the kernel's calls that the user service allows; None when nothing here tells."""
+    headers = glob.glob("/usr/include/x86_64-linux-gnu/asm/unistd_64.h") + glob.glob("/usr/include/asm/unistd_64.h")
+    if not headers or not shutil.which("systemd-analyze"):
+        return None
+    names = calls_in("@default")
+    with open(os.path.join(HERE, "../../packaging/quill-kestra-daemon.service.in"), encoding="utf-8") as service:
+        for words in re.findall(r"^SystemCallFilter=(.*)$", service.read(), re.MULTILINE):
+            is_denied = words.startswith("~")
+            for group in words.lstrip("~").split():
+                names = names - calls_in(group) if is_denied else names | calls_in(group)
+    with open(headers[0], encoding="ascii") as header:
+        numbers = dict(re.findall(r"^#define __NR_(\w+) (\d+)$", header.read(), re.MULTILINE))
+    return sorted(int(numbers[name]) for name in names if name in numbers)
+
+
 class Root:
     """The root folder of the virtual machine."""
 
@@ -141,8 +171,11 @@ def make_root(folder, arguments, modules):
     for name in ["QuillKestraDaemon", "kestractl"]:
         root.add_program(os.path.join(arguments.bin, name), name)
     root.add_program(arguments.driver, "vmdriver")
+    root.add_program(arguments.client, "vmclient")
     # The factory settings: a folder beside the daemon is where it looks first.
     root.add(os.path.join(HERE, "../../resources/Kestra.plist"), "/bin/resources/Kestra.plist")
+    root.add(os.path.join(arguments.bin, "resources/texts/en.qm"), "/bin/resources/texts/en.qm")
+    root.add(os.path.join(HERE, "../../packaging/70-quill-kestra-uinput.rules"), "/rules/70-quill-kestra-uinput.rules")
     for rules in ["50-udev-default.rules", "60-input-id.rules", "60-persistent-input.rules", "60-evdev.rules"]:
         for base in ["/usr/lib/udev/rules.d/", "/lib/udev/rules.d/"]:
             if os.path.exists(base + rules):
@@ -158,8 +191,14 @@ def make_root(folder, arguments, modules):
     root.write("/etc/passwd", "root:x:0:0:root:/run/user:/bin/sh\n")
     root.write("/etc/group", "root:x:0:\ninput:x:1:\ntty:x:5:\nvideo:x:6:\n")
     root.write("/etc/machine-id", "0123456789abcdef0123456789abcdef\n")
+    calls = allowed_calls()
+    if calls:
+        root.write("/calls", "\n".join(map(str, calls)) + "\n")
     for scenario in glob.glob(os.path.join(HERE, "scenarios", "*.txt")):
-        root.add(scenario, "/scenarios/" + os.path.basename(scenario))
+        if calls is None and os.path.basename(scenario) == RESTRICTED:
+            print(f"skipped {RESTRICTED}: no systemd-analyze, or no headers of the kernel")
+        else:
+            root.add(scenario, "/scenarios/" + os.path.basename(scenario))
     names = ["--measure"] if arguments.measure else [f"/scenarios/{name}.txt" for name in arguments.scenarios]
     root.write("/scenario-names", " ".join(names))
     root.add(os.path.join(HERE, "init"), "/init")
@@ -197,6 +236,7 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--bin", required=True)
     parser.add_argument("--driver", required=True)
+    parser.add_argument("--client", required=True)
     parser.add_argument("--work", required=True)
     parser.add_argument("--measure", action="store_true")
     parser.add_argument("scenarios", nargs="*")

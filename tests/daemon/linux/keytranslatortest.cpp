@@ -94,7 +94,8 @@ void KeyTranslatorTest::everyCodeOfANodeCanBeDown()
     QCOMPARE(recorder.panics, 1); // this keyboard lies: with all keys, the chord is among them
     translator.removeNode(node, {});
     QCOMPARE(std::ranges::count(recorder.down, true, &std::pair<const int, bool>::second), 0);
-    QCOMPARE(int(recorder.down.size()), KEY_CNT);
+    constexpr int macroKeys = 5; // two codes each mean M1 to M5
+    QCOMPARE(int(recorder.down.size()), KEY_CNT - macroKeys);
 }
 
 void KeyTranslatorTest::placesThatDoNotExistAreIgnored()

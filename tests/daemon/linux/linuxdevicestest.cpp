@@ -35,6 +35,7 @@ private Q_SLOTS:
     void unknownOrAmbiguousIdIsNotUsed();
     void withoutRightsNothingIsUsedAndTheRemedyIsTold();
     void withoutOutputNothingIsUsedAndTheRemedyIsTold();
+    void keyboardThatIsAlsoThePointerIsListedButNotUsed();
     void otherChoiceGivesTheFirstBack();
     void keyboardThatComesLaterIsUsed();
     void unpluggedKeyboardIsUsedAgainWhenItComesBack();
@@ -176,6 +177,23 @@ void LinuxDevicesTest::withoutOutputNothingIsUsedAndTheRemedyIsTold()
     mOutputProblem.clear();
     mSource->set(mSource->nodes()); // once there is a word from the system
     QTRY_VERIFY(fake(1).isGrabbed());
+}
+
+void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()
+{
+    NodeInfo mixed = keyboardNode(1, u"/a"_s);
+    mixed.absoluteAxes.set(ABS_X).set(ABS_Y);
+    mSource->set({mixed});
+    const QString problem = mDevices->devices().first().problem;
+    QVERIFY(problem.contains(u"pointer"_s));
+    const UseResult result = mDevices->use({u"1209:00ab"_s});
+    QCOMPARE(result.code, UseResult::Code::refused);
+    QCOMPARE(result.problem, problem);
+    // Chosen before, when it had a node for its keys alone.
+    mDevices->useWhenPresent({chosen});
+    QCOMPARE(mDevices->status().state, DeviceState::failed);
+    QCOMPARE(mDevices->status().problem, problem);
+    QVERIFY(!fake(1).isOpen());
 }
 
 void LinuxDevicesTest::otherChoiceGivesTheFirstBack()

@@ -29,6 +29,10 @@ private Q_SLOTS:
 
     void tellsKeysByTheirUsage();
     void passesMediaKeysOn();
+    void macroKeysAreM1ToM5();
+    void keysForTheKeyboardItselfAreTold_data();
+    void keysForTheKeyboardItselfAreTold();
+    void keyForTheLightIsUpWhereItWasDown();
     void sendsNothingBeforeAKeyboardIsTakenOver();
     void sameModifierOnTwoKeyboards();
     void unpluggedKeyboardLetsGoOfItsKeys();
@@ -90,6 +94,77 @@ void LinuxKeyChannelTest::passesMediaKeysOn()
     mFirst->release(KEY_PLAYPAUSE, 0xC00CD);
     QTRY_COMPARE(mPipe->read(), (QStringList{u"164 down"_s, u"report"_s, u"164 up"_s, u"report"_s}));
     QCOMPARE(mKeys, QStringList());
+}
+
+void LinuxKeyChannelTest::macroKeysAreM1ToM5()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    // Not assigned, they come out as they went in, also when their HID usage is that of another key.
+    mFirst->press(KEY_MACRO1);
+    mFirst->press(KEY_MACRO5, 0x70068);
+    mFirst->release(KEY_MACRO1);
+    mFirst->release(KEY_MACRO5, 0x70068);
+    mFirst->press(KEY_MACRO6);
+    QTRY_COMPARE(mPipe->keys(), (QStringList{u"656 down"_s, u"660 down"_s, u"656 up"_s, u"660 up"_s, u"661 down"_s}));
+    QCOMPARE(mKeys, (QStringList{u"106 down"_s, u"110 down"_s, u"106 up"_s, u"110 up"_s}));
+    // A keyboard that has F15 for it has F15.
+    mSecond->press(KEY_F15, 0x7006A);
+    mSecond->release(KEY_F15, 0x7006A);
+    QTRY_COMPARE(mPipe->keys().sliced(5), (QStringList{u"185 down"_s, u"185 up"_s}));
+}
+
+void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold_data()
+{
+    using Own = KeyCodes::OwnKey;
+    QTest::addColumn<int>("code");
+    QTest::addColumn<bool>("isLit");
+    QTest::addColumn<Own>("key"); // none: the desktop's
+    QTest::newRow("brighter") << KEY_KBDILLUMUP << true << Own::brighter;
+    QTest::newRow("darker") << KEY_KBDILLUMDOWN << true << Own::darker;
+    QTest::newRow("switch") << KEY_KBDILLUMTOGGLE << true << Own::lightSwitch;
+    QTest::newRow("brighter without a light") << KEY_KBDILLUMUP << false << Own::none;
+    QTest::newRow("begin a macro") << KEY_MACRO_RECORD_START << false << Own::macro;
+    QTest::newRow("end a macro") << KEY_MACRO_RECORD_STOP << false << Own::macro;
+    QTest::newRow("another") << KEY_PLAYPAUSE << true << Own::none;
+}
+
+void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold()
+{
+    QFETCH(int, code);
+    QFETCH(bool, isLit);
+    QFETCH(KeyCodes::OwnKey, key);
+    QList<KeyCodes::OwnKey> told;
+    connect(mChannel.get(), &LinuxKeyChannel::ownKeyPressed, this, [&](KeyCodes::OwnKey own) { told += own; });
+    mChannel->setLit(isLit);
+    mChannel->addNode(mFirst->open(), 1, true);
+    mFirst->press(quint16(code));
+    mFirst->release(quint16(code));
+    mFirst->press(KEY_A);
+    QTRY_COMPARE(mKeys, QStringList{u"4 down"_s});
+    QStringList seen{u"30 down"_s};
+    if (key == KeyCodes::OwnKey::none)
+        seen = QStringList{u"%1 down"_s.arg(code), u"%1 up"_s.arg(code)} + seen;
+    QCOMPARE(mPipe->keys(), seen);
+    QCOMPARE(told, key == KeyCodes::OwnKey::none ? QList<KeyCodes::OwnKey>() : QList{key});
+    disconnect(mChannel.get(), &LinuxKeyChannel::ownKeyPressed, this, nullptr);
+}
+
+void LinuxKeyChannelTest::keyForTheLightIsUpWhereItWasDown()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mFirst->press(KEY_KBDILLUMUP);
+    QTRY_COMPARE(mPipe->keys(), QStringList{u"230 down"_s});
+    mChannel->setLit(true);
+    mFirst->release(KEY_KBDILLUMUP);
+    QTRY_COMPARE(mPipe->keys(), (QStringList{u"230 down"_s, u"230 up"_s}));
+    mFirst->press(KEY_KBDILLUMUP);
+    mFirst->press(KEY_A);
+    QTRY_COMPARE(mKeys, QStringList{u"4 down"_s});
+    mChannel->setLit(false);
+    mFirst->release(KEY_KBDILLUMUP);
+    mFirst->release(KEY_A);
+    QTRY_COMPARE(mPipe->keys().sliced(2), (QStringList{u"30 down"_s, u"30 up"_s}));
 }
 
 void LinuxKeyChannelTest::sendsNothingBeforeAKeyboardIsTakenOver()

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void tellsWhatANodeIs();
     void nodesOfOneKeyboardBelongTogether();
     void deviceWithoutAKeyboardIsNone();
+    void keyboardThatIsAlsoThePointerIsToldToBeUnusable();
     void keyboardsOfTheSameKindHaveIdsOfTheirOwn();
     void textFromTheDeviceIsMadeHarmless();
     void orderIsThatOfTheNodes();
@@ -68,14 +69,14 @@ void NodeInfoTest::tellsWhatANodeIs_data()
     NodeInfo allAxes = allKeys;
     allAxes.relativeAxes.set();
     allAxes.absoluteAxes.set();
-    QTest::newRow("claims everything") << allAxes << NodeKind::pointer;
+    QTest::newRow("claims everything") << allAxes << NodeKind::mixed;
     NodeInfo mouse;
     mouse.keys.set(BTN_LEFT);
     mouse.relativeAxes.set(REL_X).set(REL_Y);
     QTest::newRow("mouse") << mouse << NodeKind::pointer;
     NodeInfo tablet = keyboard;
     tablet.absoluteAxes.set(ABS_X).set(ABS_Y);
-    QTest::newRow("keyboard and touchpad on one node") << tablet << NodeKind::pointer;
+    QTest::newRow("keyboard and touchpad on one node") << tablet << NodeKind::mixed;
     NodeInfo wheel = keyboard;
     wheel.relativeAxes.set(REL_HWHEEL);
     wheel.absoluteAxes.set(ABS_VOLUME);
@@ -118,6 +119,22 @@ void NodeInfoTest::deviceWithoutAKeyboardIsNone()
 {
     QCOMPARE(keyboardsOf({mediaNode(1, u"/a"_s)}).size(), 0);
     QCOMPARE(keyboardsOf({}).size(), 0);
+}
+
+void NodeInfoTest::keyboardThatIsAlsoThePointerIsToldToBeUnusable()
+{
+    NodeInfo mixed = keyboardNode(1, u"/a"_s);
+    mixed.relativeAxes.set(REL_X).set(REL_Y);
+    const QList<KeyboardInfo> keyboards = keyboardsOf({mixed, mediaNode(2, u"/a"_s)});
+    QCOMPARE(keyboards.size(), 1);
+    QCOMPARE(keyboards.first().nodes.size(), 0);
+    QCOMPARE(keyboards.first().device.nodes, QStringList{u"/dev/input/event1"_s});
+    QVERIFY(keyboards.first().device.problem.contains(u"/dev/input/event1"_s));
+    // With keys apart from it, those can be used.
+    const QList<KeyboardInfo> apart = keyboardsOf({mixed, keyboardNode(2, u"/a"_s)});
+    QCOMPARE(apart.size(), 1);
+    QCOMPARE(apart.first().device.nodes, QStringList{u"/dev/input/event2"_s});
+    QCOMPARE(apart.first().device.problem, QString());
 }
 
 void NodeInfoTest::keyboardsOfTheSameKindHaveIdsOfTheirOwn()

@@ -117,3 +117,13 @@ void EventNode::setLed(int code, bool isOn)
     if (::write(mNode.get(), events.data(), sizeof events) != sizeof events)
         throw Failure(std::string("LED: ") + std::strerror(errno));
 }
+
+void EventNode::setCode(std::uint32_t scanCode, int code)
+{
+    input_keymap_entry entry{};
+    entry.len = sizeof scanCode;
+    entry.keycode = static_cast<std::uint32_t>(code);
+    std::memcpy(entry.scancode, &scanCode, sizeof scanCode);
+    if (::ioctl(mNode.get(), EVIOCSKEYCODE_V2, &entry) != 0)
+        throw Failure(std::string("key code: ") + std::strerror(errno));
+}

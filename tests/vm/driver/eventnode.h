@@ -36,6 +36,8 @@ public:
     /// Only repetitions count for it.
     [[nodiscard]] const std::set<int> &down() const { return mDown; } ///< codes of the keys read as down
     void setLed(int code, bool isOn);
+    /// From now on the key with this HID usage has another code, as a table of the system may say.
+    void setCode(std::uint32_t scanCode, int code);
     [[nodiscard]] bool isGone() const { return mIsGone; }
 
 private:

@@ -2,9 +2,9 @@
 #include "tests/vm/driver/machine.h"
 
 #include "tests/vm/driver/failure.h"
+#include "tests/vm/driver/restriction.h"
 #include "tests/vm/driver/waiting.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -32,7 +32,19 @@ Machine::~Machine()
 
 void Machine::startDaemon()
 {
-    mDaemon = BackgroundProcess({"QuillKestraDaemon"}, mFolder + "/log");
+    start(nullptr);
+}
+
+void Machine::startRestrictedDaemon()
+{
+    if (!isRestrictionKnown())
+        throw Failure("nothing tells what the service allows");
+    start(restrictThisProcess);
+}
+
+void Machine::start(bool (*prepare)())
+{
+    mDaemon = BackgroundProcess({"QuillKestraDaemon"}, mFolder + "/log", prepare);
     if (!becomesTrue([this] { return !mDaemon.isRunning() || control({"status"}).exitCode == 0; })
         || !mDaemon.isRunning())
         throw Failure("the daemon does not start");
@@ -80,6 +92,23 @@ void Machine::waitForControl()
         throw Failure("kestractl does not end");
 }
 
+void Machine::startClient(const std::vector<std::string> &words)
+{
+    std::vector<std::string> command{"vmclient"};
+    command.insert(command.end(), words.begin(), words.end());
+    std::filesystem::remove(mFolder + "/told");
+    mClient = BackgroundProcess(command, mFolder + "/told");
+    if (!becomesTrue([this] { return told().find("listening") != std::string::npos; }))
+        throw Failure("the client says: " + told());
+}
+
+std::string Machine::told() const
+{
+    std::ostringstream text;
+    text << std::ifstream(mFolder + "/told").rdbuf();
+    return text.str();
+}
+
 std::string Machine::status(const std::string &name) const
 {
     std::istringstream lines(control({"status"}).output);
@@ -101,8 +130,8 @@ void Machine::plug(const std::string &name, UhidKeyboard::Identity identity)
 std::string Machine::nodeName(const std::string &name)
 {
     // The kernel tells the nodes of one device apart by a word after its name.
-    const UhidKeyboard::Identity &identity = keyboard(name).identity();
-    return identity.kind == UhidKeyboard::Kind::media ? identity.name + " Keyboard" : identity.name;
+    const UhidKeyboard &device = keyboard(name);
+    return device.identity().name + (device.hasSeveralParts() ? " Keyboard" : "");
 }
 
 UhidKeyboard &Machine::keyboard(const std::string &name)

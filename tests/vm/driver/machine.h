@@ -6,6 +6,7 @@
 #include "tests/vm/driver/process.h"
 #include "tests/vm/driver/uhidkeyboard.h"
 
+#include <csignal>
 #include <map>
 #include <memory>
 #include <optional>
@@ -20,6 +21,8 @@ public:
     ~Machine();
 
     void startDaemon();
+    /// The same with what the user service allows it, and nothing else.
+    void startRestrictedDaemon();
     /// Ends it with this signal; the desktop's keyboard goes with it.
     void endDaemon(int signal);
     [[nodiscard]] BackgroundProcess &daemon() { return mDaemon; }
@@ -33,6 +36,10 @@ public:
     /// The same for what goes on while other steps are done; its output is in the daemon's log.
     void startControl(const std::vector<std::string> &words);
     void waitForControl();
+    /// A program that asks for single keys, with the word "capture", and shows what the daemon tells. What came is told().
+    void startClient(const std::vector<std::string> &words);
+    void endClient() { mClient.end(SIGTERM); }
+    [[nodiscard]] std::string told() const;
     /// The value of "name: value" in what "kestractl status" says; empty when it is not there.
     [[nodiscard]] std::string status(const std::string &name) const;
 
@@ -50,12 +57,16 @@ public:
     /// Looks for the desktop's keyboard anew with the next desktop().
     void forgetDesktop() { mDesktop.reset(); }
 
-private:
+    /// What kestractl calls it; empty when it does not know it.
     [[nodiscard]] std::string deviceId(const std::string &name) const;
+
+private:
+    void start(bool (*prepare)());
 
     std::string mFolder;
     BackgroundProcess mDaemon;
     BackgroundProcess mControl;
+    BackgroundProcess mClient;
     std::map<std::string, std::unique_ptr<UhidKeyboard>> mKeyboards;
     std::optional<EventNode> mDesktop;
 };

@@ -49,10 +49,13 @@ ProcessResult runProcess(const std::vector<std::string> &command)
     return result;
 }
 
-BackgroundProcess::BackgroundProcess(const std::vector<std::string> &command, const std::string &log)
+BackgroundProcess::BackgroundProcess(const std::vector<std::string> &command, const std::string &log,
+                                     bool (*prepare)())
 {
     const FileDescriptor output(::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
     mId = ::fork();
+    if (mId == 0 && prepare && !prepare())
+        ::_exit(127);
     if (mId == 0)
         become(command, output.get());
 }

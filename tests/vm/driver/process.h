@@ -20,8 +20,9 @@ class BackgroundProcess
 {
 public:
     BackgroundProcess() = default;
-    /// What it writes is appended to the file `log`.
-    BackgroundProcess(const std::vector<std::string> &command, const std::string &log);
+    /// What it writes is appended to the file `log`. `prepare` is called in the new process before it becomes the
+    /// program, which it does only after true.
+    BackgroundProcess(const std::vector<std::string> &command, const std::string &log, bool (*prepare)() = nullptr);
     BackgroundProcess(BackgroundProcess &&other) noexcept;
     BackgroundProcess &operator=(BackgroundProcess &&other) noexcept;
     ~BackgroundProcess();

@@ -4,35 +4,22 @@
 #include "tests/vm/driver/failure.h"
 #include "tests/vm/driver/keynames.h"
 #include "tests/vm/driver/load.h"
+#include "tests/vm/driver/stepwords.h"
+#include "tests/vm/driver/systemsteps.h"
 #include "tests/vm/driver/waiting.h"
 
 #include <linux/input-event-codes.h>
 
 #include <cctype>
 #include <csignal>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
 #include <sstream>
 
-using Words = std::vector<std::string>;
-
 namespace {
 
 constexpr const char *marker = "F24"; // no scenario maps it
-
-const std::string &word(const Words &words, std::size_t index)
-{
-    if (index >= words.size())
-        throw Failure("a word is missing");
-    return words[index];
-}
-
-Words from(const Words &words, std::size_t index)
-{
-    return words.size() > index ? Words(words.begin() + static_cast<std::ptrdiff_t>(index), words.end()) : Words();
-}
 
 std::uint8_t usage(const std::string &name)
 {
@@ -41,29 +28,17 @@ std::uint8_t usage(const std::string &name)
     throw Failure("no key \"" + name + "\"");
 }
 
-/// "name=value" among the words; `otherwise` when it is not there.
-std::string option(const Words &words, const std::string &name, const std::string &otherwise)
-{
-    for (const std::string &candidate : words) {
-        if (candidate.starts_with(name + "="))
-            return candidate.substr(name.size() + 1);
-    }
-    return otherwise;
-}
-
-int number(const Words &words, const std::string &name, int otherwise)
-{
-    return std::stoi(option(words, name, std::to_string(otherwise)));
-}
-
 void plug(Machine &machine, const Words &words)
 {
     using Kind = UhidKeyboard::Kind;
     static const std::map<std::string, Kind> kinds{{"plain", Kind::plain},
                                                    {"media", Kind::media},
+                                                   {"several", Kind::several},
                                                    {"every-key", Kind::everyKey},
                                                    {"no-keys", Kind::noKeys},
-                                                   {"strange", Kind::strange}};
+                                                   {"strange", Kind::strange},
+                                                   {"pointing", Kind::pointing},
+                                                   {"lit", Kind::lit}};
     UhidKeyboard::Identity identity;
     identity.serial = option(words, "serial", word(words, 1));
     identity.product = static_cast<std::uint16_t>(number(words, "product", 1));
@@ -85,6 +60,16 @@ void report(Machine &machine, const Words &words)
     for (const std::string &name : from(words, 2))
         usages.push_back(usage(name));
     machine.keyboard(word(words, 1)).report(usages);
+}
+
+/// remap NAME KEY CODE
+void remap(Machine &machine, const Words &words)
+{
+    constexpr std::uint32_t keyboardPage = 0x70000;
+    const auto code = codeNamed(word(words, 3));
+    if (!code)
+        throw Failure("no code \"" + words[3] + "\"");
+    EventNode::open(machine.nodeName(word(words, 1)), false).setCode(keyboardPage | usage(word(words, 2)), *code);
 }
 
 void media(Machine &machine, const Words &words)
@@ -133,15 +118,7 @@ void expect(Machine &machine, const Words &words)
 /// expect-any-order KEY_A up, KEY_B up
 void expectAnyOrder(Machine &machine, const Words &words)
 {
-    std::vector<std::string> wanted(1);
-    for (std::string part : from(words, 1)) {
-        const bool isLast = part.ends_with(',');
-        if (isLast)
-            part.pop_back();
-        wanted.back() += (wanted.back().empty() ? "" : " ") + part;
-        if (isLast)
-            wanted.emplace_back();
-    }
+    std::vector<std::string> wanted = parts(words);
     while (!wanted.empty()) {
         const std::string came = nextOfDesktop(machine.desktop(), false);
         if (std::erase(wanted, came) == 0)
@@ -171,6 +148,14 @@ void expectLed(Machine &machine, const Words &words)
         throw Failure("LEDs are " + std::to_string(keyboard.leds()));
 }
 
+void expectLight(Machine &machine, const Words &words)
+{
+    const int wanted = std::stoi(word(words, 2));
+    UhidKeyboard &keyboard = machine.keyboard(word(words, 1));
+    if (!becomesTrue([&] { return keyboard.brightness() == wanted; }))
+        throw Failure("the brightness is " + std::to_string(keyboard.brightness()));
+}
+
 /// The desktop's keyboard comes up by itself: the daemon is gone.
 void expectEnd(Machine &machine, const Words &)
 {
@@ -189,6 +174,13 @@ void expectControl(Machine &machine, const Words &words)
         throw Failure("kestractl says: " + result.output);
 }
 
+void expectControlSilent(Machine &machine, const Words &words)
+{
+    const std::string output = machine.mustControl(from(words, 2));
+    if (output.find(word(words, 1)) != std::string::npos)
+        throw Failure("kestractl says: " + output);
+}
+
 void expectStatus(Machine &machine, const Words &words)
 {
     const std::string name = word(words, 1);
@@ -200,6 +192,12 @@ void expectLog(Machine &machine, const Words &words)
 {
     if (!becomesTrue([&] { return machine.daemonLog().find(word(words, 1)) != std::string::npos; }))
         throw Failure("the log does not say so");
+}
+
+/// The event node of this name is nobody's.
+void expectFree(Machine &, const Words &words)
+{
+    EventNode node = EventNode::open(word(words, 1), true);
 }
 
 /// The keys of this keyboard reach the desktop directly: the daemon does not hold it.
@@ -232,38 +230,15 @@ void addMacro(Machine &machine, const Words &words)
     machine.mustControl({"macro", "import", path});
 }
 
-void writeFile(Machine &machine, const Words &words)
-{
-    const std::filesystem::path path = machine.folder() + "/" + word(words, 1);
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path) << word(words, 2);
-}
-
-/// Leaves no room where the settings are kept, or gives it back.
-void fillDisk(Machine &machine, const Words &words)
-{
-    const std::string path = machine.folder() + "/filler";
-    if (word(words, 1) == "empty") {
-        std::filesystem::remove(path);
-        return;
-    }
-    std::ofstream file(path);
-    const std::string block(4096, 'x');
-    while (file << block << std::flush) {
-    }
-}
-
 void kill(Machine &machine, const Words &words)
 {
     machine.endDaemon(option(words, "signal", "TERM") == "KILL" ? SIGKILL : SIGTERM);
     machine.forgetDesktop();
 }
 
-using Action = std::function<void(Machine &, const Words &)>;
-
-const std::map<std::string, Action> &actions()
+const std::map<std::string, StepAction> &keyActions()
 {
-    static const std::map<std::string, Action> table{
+    static const std::map<std::string, StepAction> table{
         {"start", [](Machine &machine, const Words &) { machine.startDaemon(); }},
         {"end", kill},
         {"stop-signal", [](Machine &machine, const Words &) { machine.daemon().send(SIGTSTP); }},
@@ -274,12 +249,18 @@ const std::map<std::string, Action> &actions()
         {"release", [](Machine &machine, const Words &words) { press(machine, words, false); }},
         {"report", report},
         {"media", media},
+        {"remap", remap},
+        {"keypad",
+         [](Machine &machine, const Words &words) {
+             machine.keyboard(word(words, 1)).reportKeypad(word(words, 2) == "none" ? 0 : usage(words[2]));
+         }},
         {"broken-report",
          [](Machine &machine, const Words &words) {
              machine.keyboard(word(words, 1)).sendBroken(std::vector<std::uint8_t>{0xFF, 0xFF, 0xFF});
          }},
         {"ctl", [](Machine &machine, const Words &words) { machine.mustControl(from(words, 1)); }},
         {"ctl-says", expectControl},
+        {"ctl-says-not", expectControlSilent},
         {"ctl-start", [](Machine &machine, const Words &words) { machine.startControl(from(words, 1)); }},
         {"ctl-wait", [](Machine &machine, const Words &) { machine.waitForControl(); }},
         {"macro", addMacro},
@@ -294,13 +275,13 @@ const std::map<std::string, Action> &actions()
         {"expect-all-up", expectAllUp},
         {"expect-end", expectEnd},
         {"expect-led", expectLed},
+        {"expect-light", expectLight},
         {"expect-status", expectStatus},
         {"expect-log", expectLog},
         {"expect-released", expectReleased},
+        {"expect-free", expectFree},
         {"desktop-led",
          [](Machine &machine, const Words &words) { machine.desktop().setLed(LED_CAPSL, word(words, 1) == "on"); }},
-        {"write-file", writeFile},
-        {"disk", fillDisk},
         {"flood",
          [](Machine &machine, const Words &words) {
              flood(machine, word(words, 1), number(words, "rate", 1000), number(words, "seconds", 1));
@@ -319,8 +300,9 @@ const std::map<std::string, Action> &actions()
 
 void doStep(Machine &machine, const Words &words)
 {
-    const auto found = actions().find(words.front());
-    if (found == actions().end())
-        throw Failure("unknown step");
-    found->second(machine, words);
+    for (const auto *actions : {&keyActions(), &systemActions()}) {
+        if (const auto found = actions->find(words.front()); found != actions->end())
+            return found->second(machine, words);
+    }
+    throw Failure("unknown step");
 }

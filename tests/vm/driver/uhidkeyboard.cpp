@@ -18,8 +18,10 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint8_t firstModifier = 0xE0;
 constexpr std::size_t bootKeys = 6;
-constexpr std::uint8_t keyboardReport = 1; // report numbers of Kind::media
+constexpr std::uint8_t keyboardReport = 1; // report numbers of those with several parts
 constexpr std::uint8_t mediaReport = 2;
+constexpr std::uint8_t keypadReport = 3;
+constexpr std::uint8_t pointerReport = 4;
 constexpr std::uint8_t rollOver = 1; // in all six places: more keys are down than a report can say
 
 // Descriptors as in the Device Class Definition for HID 1.11, appendix B.1 (the boot keyboard).
@@ -35,6 +37,13 @@ const Bytes everyKeyBit{0x05, 0x07, 0x19, 0x00, 0x29, 0xDF, 0x15, 0x00, 0x25, 0x
 const Bytes endCollection{0xC0};
 const Bytes mediaKeys{0x05, 0x0C, 0x09, 0x01, 0xA1, 0x01, 0x85, mediaReport, 0x15, 0x00, 0x26, 0xFF, 0x02,
                       0x19, 0x00, 0x2A, 0xFF, 0x02, 0x75, 0x10, 0x95,        0x01, 0x81, 0x00, 0xC0};
+const Bytes keypad{0x05, 0x01, 0x09, 0x07, 0xA1, 0x01, 0x85, keypadReport, 0x05, 0x07, 0x15, 0x00, 0x26,
+                   0xFF, 0x00, 0x19, 0x00, 0x2A, 0xFF, 0x00,         0x75, 0x08, 0x95, 0x01, 0x81, 0x00, 0xC0};
+const Bytes pointer{0x05, 0x01, 0x09, 0x02, 0xA1, 0x01, 0x85, pointerReport, 0x05, 0x09, 0x19, 0x01, 0x29, 0x03, 0x15,
+                    0x00, 0x25, 0x01, 0x75, 0x01, 0x95, 0x03, 0x81,          0x02, 0x75, 0x05, 0x95, 0x01, 0x81, 0x01,
+                    0x05, 0x01, 0x09, 0x30, 0x09, 0x31, 0x15, 0x81,          0x25, 0x7F, 0x75, 0x08, 0x95, 0x02, 0x81,
+                    0x06, 0xC0};
+const Bytes twoAxes{0x05, 0x01, 0x09, 0x30, 0x09, 0x31, 0x15, 0x81, 0x25, 0x7F, 0x75, 0x08, 0x95, 0x02, 0x81, 0x06};
 // A keyboard by name, with one vendor-defined byte.
 const Bytes nothingButAByte{0x06, 0x00, 0xFF, 0x09, 0x01, 0x15, 0x00, 0x26,
                             0xFF, 0x00, 0x75, 0x08, 0x95, 0x01, 0x81, 0x02};
@@ -42,12 +51,24 @@ const Bytes nothingButAByte{0x06, 0x00, 0xFF, 0x09, 0x01, 0x15, 0x00, 0x26,
 const Bytes sixWideKeys{0x95, 0x06, 0x75, 0x10, 0x15, 0x00, 0x27, 0xFF, 0xFF, 0x00,
                         0x00, 0x05, 0x07, 0x19, 0x00, 0x2A, 0xFF, 0x7F, 0x81, 0x00};
 
+// Usage Brightness of the page Auxiliary Display, 0 to 100.
+const Bytes brightnessByte{0x05, 0x14, 0x09, 0x46, 0x15, 0x00, 0x25, 0x64, 0x75, 0x08, 0x95, 0x01, 0x91, 0x02};
+// Of those that the kernel has a driver for, hid-google-hammer: no keyboard without a driver of its own has a light.
+constexpr std::uint16_t litVendor = 0x18D1;
+constexpr std::uint16_t litProduct = 0x5022;
+
 Bytes joined(std::initializer_list<Bytes> parts)
 {
     Bytes all;
     for (const Bytes &part : parts)
         all.insert(all.end(), part.begin(), part.end());
     return all;
+}
+
+Bytes numberedKeyboard()
+{
+    return joined(
+        {usageKeyboard, {0x85, keyboardReport}, modifierBits, reservedByte, leds, sixKeys, endCollection});
 }
 
 void write(const FileDescriptor &device, const uhid_event &event)
@@ -63,18 +84,13 @@ Bytes reportDescriptor(UhidKeyboard::Kind kind)
     using Kind = UhidKeyboard::Kind;
     switch (kind) {
     case Kind::plain: return joined({usageKeyboard, modifierBits, reservedByte, leds, sixKeys, endCollection});
-    case Kind::media:
-        return joined({usageKeyboard,
-                       {0x85, keyboardReport},
-                       modifierBits,
-                       reservedByte,
-                       leds,
-                       sixKeys,
-                       endCollection,
-                       mediaKeys});
+    case Kind::media: return joined({numberedKeyboard(), mediaKeys});
+    case Kind::several: return joined({numberedKeyboard(), mediaKeys, keypad, pointer});
     case Kind::everyKey: return joined({usageKeyboard, modifierBits, everyKeyBit, endCollection});
     case Kind::noKeys: return joined({usageKeyboard, nothingButAByte, endCollection});
     case Kind::strange: return joined({usageKeyboard, modifierBits, sixWideKeys, endCollection});
+    case Kind::pointing: return joined({usageKeyboard, modifierBits, reservedByte, sixKeys, twoAxes, endCollection});
+    case Kind::lit: return joined({usageKeyboard, modifierBits, reservedByte, sixKeys, brightnessByte, endCollection});
     }
     return {};
 }
@@ -92,8 +108,9 @@ UhidKeyboard::UhidKeyboard(Identity identity)
     mIdentity.serial.copy(reinterpret_cast<char *>(create.uniq), sizeof create.uniq - 1);
     ("vm/" + mIdentity.name).copy(reinterpret_cast<char *>(create.phys), sizeof create.phys - 1);
     create.bus = BUS_USB;
-    create.vendor = mIdentity.vendor;
-    create.product = mIdentity.product;
+    const bool isLit = mIdentity.kind == Kind::lit;
+    create.vendor = isLit ? litVendor : mIdentity.vendor;
+    create.product = isLit ? litProduct : mIdentity.product;
     create.rd_size = static_cast<std::uint16_t>(descriptor.size());
     std::ranges::copy(descriptor, create.rd_data);
     write(mDevice, event);
@@ -117,7 +134,7 @@ void UhidKeyboard::report(std::span<const std::uint8_t> usages)
 {
     mDown.assign(usages.begin(), usages.end());
     Bytes bytes;
-    if (mIdentity.kind == Kind::media)
+    if (hasSeveralParts())
         bytes.push_back(keyboardReport);
     const std::size_t modifiers = bytes.size();
     bytes.push_back(0);
@@ -143,12 +160,17 @@ void UhidKeyboard::report(std::span<const std::uint8_t> usages)
         break;
     case Kind::noKeys: bytes = {keys.empty() ? std::uint8_t(0) : keys.front()}; break;
     case Kind::plain:
+    case Kind::pointing:
+    case Kind::lit:
     case Kind::media:
+    case Kind::several:
         if (keys.size() > bootKeys)
             keys.assign(bootKeys, rollOver);
         keys.resize(bootKeys, 0);
         bytes.push_back(0);
         bytes.insert(bytes.end(), keys.begin(), keys.end());
+        if (mIdentity.kind == Kind::pointing)
+            bytes.insert(bytes.end(), {0, 0}); // no motion
         break;
     }
     send(bytes);
@@ -177,12 +199,33 @@ void UhidKeyboard::reportMedia(std::uint16_t usage)
     send(Bytes{mediaReport, static_cast<std::uint8_t>(usage & 0xFF), static_cast<std::uint8_t>(usage >> 8)});
 }
 
+void UhidKeyboard::reportKeypad(std::uint8_t usage)
+{
+    send(Bytes{keypadReport, usage});
+}
+
 int UhidKeyboard::leds()
+{
+    readOutputs();
+    return mLeds;
+}
+
+int UhidKeyboard::brightness()
+{
+    readOutputs();
+    return mBrightness;
+}
+
+void UhidKeyboard::readOutputs()
 {
     uhid_event event{};
     while (::read(mDevice.get(), &event, sizeof event) > 0) {
-        if (event.type == UHID_OUTPUT && event.u.output.size > 0) // a numbered report has its number first
-            mLeds = event.u.output.data[mIdentity.kind == Kind::media ? 1 : 0];
+        if (event.type != UHID_OUTPUT || event.u.output.size == 0)
+            continue;
+        const std::uint8_t *const bytes = event.u.output.data;
+        if (mIdentity.kind == Kind::lit)
+            mBrightness = bytes[1]; // after the number of the report, 0
+        else
+            mLeds = bytes[hasSeveralParts() ? 1 : 0]; // a numbered report has its number first
     }
-    return mLeds;
 }

@@ -15,10 +15,13 @@ class UhidKeyboard
 public:
     enum class Kind {
         plain,    ///< a boot keyboard: modifiers and six keys
-        media,    ///< the same with a second event node for media keys
+        media,    ///< the same with media keys, which the kernel puts into the same event node
+        several,  ///< the same with a keypad and a pointer, which are event nodes of their own
         everyKey, ///< modifiers and a bit for each of the 232 usages
         noKeys,   ///< calls itself a keyboard and has none
         strange,  ///< usages far outside of what a keyboard has
+        pointing, ///< moves the pointer, too, in the same event node
+        lit,      ///< a light below its keys, which a driver of its own makes an LED of the kernel
     };
 
     struct Identity
@@ -40,21 +43,32 @@ public:
     /// One more key down, or one up: a report with what is down then. False when the report has no room for it.
     [[nodiscard]] bool setDown(std::uint8_t usage, bool isDown);
     void releaseAll();
-    /// Sends one report of the media keys: this usage of the Consumer page is down, 0 for none. Kind::media only.
+    /// Sends one report of the media keys: this usage of the Consumer page is down, 0 for none. Kind::media and several.
     void reportMedia(std::uint16_t usage);
+    /// Sends one report of the keypad: this usage of the keyboard page is down, 0 for none. Kind::several only.
+    void reportKeypad(std::uint8_t usage);
+    /// Several parts of the device send reports, which the kernel tells apart by their numbers.
+    [[nodiscard]] bool hasSeveralParts() const
+    {
+        return mIdentity.kind == Kind::media || mIdentity.kind == Kind::several;
+    }
     /// Sends bytes that are no report of this keyboard.
     void sendBroken(std::span<const std::uint8_t> bytes);
 
     /// The LED bits (of the HID LED page, from Num Lock up) that the kernel has last set; waits for none.
     [[nodiscard]] int leds();
+    /// The brightness that the kernel has last set (Kind::lit); -1: none yet. Waits for none.
+    [[nodiscard]] int brightness();
 
 private:
+    void readOutputs();
     void send(std::span<const std::uint8_t> bytes);
 
     Identity mIdentity;
     FileDescriptor mDevice;
     std::vector<std::uint8_t> mDown;
     int mLeds = 0;
+    int mBrightness = -1;
 };
 
 /// The report descriptor of a kind.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The on-screen display against a notification service of the test's own, on a private bus.
-#include "daemon/profilenotification.h"
+#include "daemon/desktopnotification.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -32,6 +32,7 @@ public:
         QString application;
         uint replacesId;
         QString summary;
+        QString body;
         QVariantMap hints;
         int expireMs;
     };
@@ -67,9 +68,9 @@ public:
 
 public Q_SLOTS:
     Q_SCRIPTABLE uint Notify(const QString &application, uint replacesId, const QString &, const QString &summary,
-                             const QString &, const QStringList &, const QVariantMap &hints, int expireMs)
+                             const QString &body, const QStringList &, const QVariantMap &hints, int expireMs)
     {
-        bubbles += {application, replacesId, summary, hints, expireMs};
+        bubbles += {application, replacesId, summary, body, hints, expireMs};
         if (mIsHolding) {
             setDelayedReply(true);
             mHeld += message();
@@ -85,12 +86,13 @@ private:
     uint mLastId = 40;
 };
 
-class ProfileNotificationTest : public QObject
+class DesktopNotificationTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void showsTheProfilesName();
+    void staysWhereItIsNotPassing();
     void nextOneReplacesTheBubble();
     void busyServiceGetsTheLastOne();
     void slowServiceHoldsNobodyUp();
@@ -98,11 +100,11 @@ private Q_SLOTS:
     void serviceThatStartsAgainGetsANewBubble();
 };
 
-void ProfileNotificationTest::showsTheProfilesName()
+void DesktopNotificationTest::showsTheProfilesName()
 {
     NotificationService service;
-    ProfileNotification notification(QDBusConnection::sessionBus());
-    notification.show(u"Spïele"_s);
+    DesktopNotification notification(QDBusConnection::sessionBus());
+    notification.show({.summary = u"Spïele"_s, .body = {}});
     QTRY_COMPARE(service.summaries(), QStringList{u"Spïele"_s});
     const NotificationService::Bubble bubble = service.bubbles.first();
     QCOMPARE(bubble.application, u"Quill Kestra"_s);
@@ -112,47 +114,60 @@ void ProfileNotificationTest::showsTheProfilesName()
     QCOMPARE(bubble.hints.value(u"urgency"_s).typeId(), int(QMetaType::UChar)); // another type is ignored by services
 }
 
-void ProfileNotificationTest::nextOneReplacesTheBubble()
+void DesktopNotificationTest::staysWhereItIsNotPassing()
 {
     NotificationService service;
-    ProfileNotification notification(QDBusConnection::sessionBus());
+    DesktopNotification notification(QDBusConnection::sessionBus());
+    notification.show({.summary = u"A"_s, .body = u"Why"_s, .isPassing = false});
+    QTRY_COMPARE(service.summaries(), QStringList{u"A"_s});
+    const NotificationService::Bubble bubble = service.bubbles.first();
+    QCOMPARE(bubble.body, u"Why"_s);
+    QCOMPARE(bubble.expireMs, -1);
+    QCOMPARE(bubble.hints.value(u"transient"_s), QVariant(false));
+    QCOMPARE(bubble.hints.value(u"urgency"_s), QVariant::fromValue(uchar(1)));
+}
+
+void DesktopNotificationTest::nextOneReplacesTheBubble()
+{
+    NotificationService service;
+    DesktopNotification notification(QDBusConnection::sessionBus());
     for (const QString &name : {u"A"_s, u"B"_s, u"C"_s}) {
-        notification.show(name);
+        notification.show({.summary = name, .body = {}});
         QTRY_COMPARE(service.summaries().value(service.bubbles.size() - 1), name);
     }
     QCOMPARE(service.bubbles.at(1).replacesId, 41U);
     QCOMPARE(service.bubbles.at(2).replacesId, 41U);
 }
 
-void ProfileNotificationTest::busyServiceGetsTheLastOne()
+void DesktopNotificationTest::busyServiceGetsTheLastOne()
 {
     NotificationService service;
     service.hold();
-    ProfileNotification notification(QDBusConnection::sessionBus());
-    notification.show(u"A"_s);
+    DesktopNotification notification(QDBusConnection::sessionBus());
+    notification.show({.summary = u"A"_s, .body = {}});
     QTRY_COMPARE(service.bubbles.size(), 1);
-    notification.show(u"B"_s);
-    notification.show(u"C"_s);
+    notification.show({.summary = u"B"_s, .body = {}});
+    notification.show({.summary = u"C"_s, .body = {}});
     service.answer();
     QTRY_COMPARE(service.summaries(), QStringList({u"A"_s, u"C"_s}));
     QCOMPARE(service.bubbles.at(1).replacesId, 41U);
 }
 
-void ProfileNotificationTest::slowServiceHoldsNobodyUp()
+void DesktopNotificationTest::slowServiceHoldsNobodyUp()
 {
     NotificationService service;
     service.hold();
-    ProfileNotification notification(QDBusConnection::sessionBus());
+    DesktopNotification notification(QDBusConnection::sessionBus());
     QElapsedTimer timer;
     timer.start();
-    notification.show(u"A"_s);
-    notification.show(u"B"_s);
+    notification.show({.summary = u"A"_s, .body = {}});
+    notification.show({.summary = u"B"_s, .body = {}});
     QVERIFY(timer.elapsed() < 1000); // the call itself has a limit of 5 s
     QTRY_COMPARE(service.bubbles.size(), 1);
     service.answer();
 }
 
-void ProfileNotificationTest::missingServiceIsSilent()
+void DesktopNotificationTest::missingServiceIsSilent()
 {
     QStringList logged;
     static QStringList *lines = nullptr;
@@ -160,35 +175,35 @@ void ProfileNotificationTest::missingServiceIsSilent()
     const QtMessageHandler previous =
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { lines->append(text); });
     {
-        ProfileNotification notification(QDBusConnection::sessionBus());
-        notification.show(u"A"_s);
+        DesktopNotification notification(QDBusConnection::sessionBus());
+        notification.show({.summary = u"A"_s, .body = {}});
         // The bus answers in order: when it has answered this, it has refused the notification.
         QDBusConnection::sessionBus().call(
             QDBusMessage::createMethodCall(serviceName, u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
         QCoreApplication::processEvents();
-        notification.show(u"B"_s);
+        notification.show({.summary = u"B"_s, .body = {}});
         QCoreApplication::processEvents();
     }
     qInstallMessageHandler(previous);
     QCOMPARE(logged, QStringList());
 }
 
-void ProfileNotificationTest::serviceThatStartsAgainGetsANewBubble()
+void DesktopNotificationTest::serviceThatStartsAgainGetsANewBubble()
 {
-    ProfileNotification notification(QDBusConnection::sessionBus());
+    DesktopNotification notification(QDBusConnection::sessionBus());
     auto service = std::make_unique<NotificationService>();
-    notification.show(u"A"_s);
+    notification.show({.summary = u"A"_s, .body = {}});
     QTRY_COMPARE(service->bubbles.size(), 1);
     // What the service answered is on the bus before the answer to this, so the next one is not kept back.
     QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.quillkestra.Nobody"_s));
     QCoreApplication::processEvents();
     service.reset();
-    notification.show(u"lost"_s);
+    notification.show({.summary = u"lost"_s, .body = {}});
     service = std::make_unique<NotificationService>();
     // Until the refusal of the lost one has arrived, the last one is kept back.
-    QTRY_VERIFY((notification.show(u"B"_s), QTest::qWait(0), !service->bubbles.isEmpty()));
+    QTRY_VERIFY((notification.show({.summary = u"B"_s, .body = {}}), QTest::qWait(0), !service->bubbles.isEmpty()));
     QCOMPARE(service->bubbles.first().replacesId, 0U);
 }
 
-QTEST_GUILESS_MAIN(ProfileNotificationTest)
-#include "profilenotificationtest.moc"
+QTEST_GUILESS_MAIN(DesktopNotificationTest)
+#include "desktopnotificationtest.moc"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/profilenotification.h"
+#include "daemon/desktopnotification.h"
 
 #include "daemon/logging.h"
 
@@ -12,33 +12,34 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int shownMs = 2000;
+constexpr int passingMs = 2000;
+constexpr int usualTime = -1; // the service's own
 constexpr int answerLimitMs = 5000;
 constexpr uchar lowUrgency = 0;
+constexpr uchar usualUrgency = 1;
 
 } // namespace
 
-void ProfileNotification::show(const QString &profileName)
+void DesktopNotification::show(const Notice &notice)
 {
     // The bubble to replace is known when the service has answered.
     if (mIsBusy)
-        mNext = profileName;
+        mNext = notice;
     else
-        send(profileName);
+        send(notice);
 }
 
-void ProfileNotification::send(const QString &profileName)
+void DesktopNotification::send(const Notice &notice)
 {
     mIsBusy = true;
     QDBusMessage message =
         QDBusMessage::createMethodCall(u"org.freedesktop.Notifications"_s, u"/org/freedesktop/Notifications"_s,
                                        u"org.freedesktop.Notifications"_s, u"Notify"_s);
-    const QVariantMap hints{{u"urgency"_s, QVariant::fromValue(lowUrgency)},
-                            {u"transient"_s, true},
+    const QVariantMap hints{{u"urgency"_s, QVariant::fromValue(notice.isPassing ? lowUrgency : usualUrgency)},
+                            {u"transient"_s, notice.isPassing},
                             {u"desktop-entry"_s, u"org.quillkestra.Configurator"_s}};
-    // The profile's name is the whole message, so that there is nothing to translate.
-    message.setArguments({u"Quill Kestra"_s, mShownId, u"org.quillkestra.Configurator"_s, profileName, QString(),
-                          QStringList(), hints, shownMs});
+    message.setArguments({u"Quill Kestra"_s, mShownId, u"org.quillkestra.Configurator"_s, notice.summary, notice.body,
+                          QStringList(), hints, notice.isPassing ? passingMs : usualTime});
     auto *watcher = new QDBusPendingCallWatcher(mBus.asyncCall(message, answerLimitMs), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
@@ -49,10 +50,10 @@ void ProfileNotification::send(const QString &profileName)
     });
 }
 
-void ProfileNotification::answered(std::optional<quint32> id)
+void DesktopNotification::answered(std::optional<quint32> id)
 {
     mIsBusy = false;
     mShownId = id.value_or(0);
-    if (const std::optional<QString> next = std::exchange(mNext, std::nullopt))
+    if (const std::optional<Notice> next = std::exchange(mNext, std::nullopt))
         send(*next);
 }

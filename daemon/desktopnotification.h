@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// What the daemon tells the user on the screen: one bubble of the desktop's notification service
+// (org.freedesktop.Notifications 1.2), replaced by the next. Owned by the daemon's process; the daemon's thread.
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+/// A service that is missing or does not answer is no error: what is told has happened all the same.
+class DesktopNotification : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Notice
+    {
+        QString summary;
+        QString body;
+        /// Shown for a moment and not kept; else it stays as long as the desktop has it for ordinary ones.
+        bool isPassing = true;
+    };
+
+    explicit DesktopNotification(const QDBusConnection &bus) : mBus(bus) {}
+
+    /// Does not wait; of several that come while the service is still busy with one, the last is shown.
+    void show(const Notice &notice);
+
+private:
+    void send(const Notice &notice);
+    void answered(std::optional<quint32> id);
+
+    QDBusConnection mBus;
+    quint32 mShownId = 0; // of the bubble to replace; 0: none
+    bool mIsBusy = false;
+    std::optional<Notice> mNext;
+};

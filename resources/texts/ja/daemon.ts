@@ -1,0 +1,10 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja">
+<context>
+    <name></name>
+    <!-- Told by the desktop when the keys that get one out of everything were held. -->
+    <message id="lkeyKeyboardReleased"><source>lkeyKeyboardReleased</source><translation>キーボードを解放しました</translation></message>
+    <message id="lkeyKeyboardReleasedHow"><source>lkeyKeyboardReleasedHow</source><translation>BackSpace、Escape、Return が同時に押されました。もう一度選ぶか接続し直すまで、Quill Kestra なしと同じように入力できます。</translation></message>
+</context>
+</TS>

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+// A client of the daemon in the virtual machine, and the desktop's notification service: writes what it is told, a line
+// each. With the word "capture" it asks for single keys, until it is ended.
+#include "app/util/daemonprotocol.h"
+#include "app/util/qlcoreutility.h"
+#include "platform/distributednotificationcenter.h"
+#include "platform/messageport.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void say(const QString &line)
+{
+    std::printf("%s\n", line.toUtf8().constData());
+    std::fflush(stdout);
+}
+
+void observe(DistributedNotificationCenter &center)
+{
+    using namespace DaemonProtocol;
+    for (const Key name : {singleKeyEvent, illuminationUpdated, gameModePressed, savedNewOtfm, deviceAttached,
+                           deviceRemoved}) {
+        center.addObserver(&center, name, [](const DistributedNotification &notification) {
+            const QJsonObject values = QJsonObject::fromVariantMap(notification.userInfo);
+            say(notification.name + u' ' + QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact)));
+        });
+    }
+}
+
+} // namespace
+
+/// org.freedesktop.Notifications.
+class NotificationService : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public Q_SLOTS:
+    Q_SCRIPTABLE uint Notify(const QString &, uint, const QString &, const QString &summary, const QString &body,
+                             const QStringList &, const QVariantMap &, int)
+    {
+        say(u"shown: %1: %2"_s.arg(summary, body));
+        return 1;
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    NotificationService service;
+    bus.registerObject(u"/org/freedesktop/Notifications"_s, &service, QDBusConnection::ExportScriptableSlots);
+    if (!bus.registerService(u"org.freedesktop.Notifications"_s))
+        return 1;
+    DistributedNotificationCenter center(bus);
+    observe(center);
+    const QString portName = u"VirtualMachineClient"_s;
+    const auto take = [](qint32 command, const std::optional<QByteArray> &) -> std::optional<QByteArray> {
+        say(u"answer to %1"_s.arg(command));
+        return {};
+    };
+    const std::unique_ptr<LocalMessagePort> port = LocalMessagePort::create(portName, take, bus);
+    if (!port)
+        return 1;
+    if (QCoreApplication::arguments().contains(u"capture"_s)) {
+        const std::optional<RemoteMessagePort> daemon = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+        const std::optional<QByteArray> request =
+            QlCoreUtility::convertDictionaryToData(QVariantMap{{DaemonProtocol::responsePortName, portName}});
+        if (!daemon || !request)
+            return 1;
+        daemon->post(static_cast<qint32>(DaemonProtocol::Command::startSingleKeyRecording), *request);
+    }
+    say(u"listening"_s);
+    return QCoreApplication::exec();
+}
+
+#include "main.moc"

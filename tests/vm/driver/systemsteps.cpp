@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: MIT
+#include "tests/vm/driver/systemsteps.h"
+
+#include "tests/vm/driver/failure.h"
+#include "tests/vm/driver/keynames.h"
+#include "tests/vm/driver/stall.h"
+#include "tests/vm/driver/stepwords.h"
+#include "tests/vm/driver/waiting.h"
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sched.h>
+#include <sstream>
+
+namespace {
+
+void writeFile(Machine &machine, const Words &words)
+{
+    const std::filesystem::path path = machine.folder() + "/" + word(words, 1);
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path) << word(words, 2);
+}
+
+/// write-program PATH INTERPRETER LINE
+void writeProgram(Machine &machine, const Words &words)
+{
+    writeFile(machine, {"", word(words, 1), "#!" + word(words, 2) + '\n' + word(words, 3) + '\n'});
+    std::filesystem::permissions(machine.folder() + "/" + words[1], std::filesystem::perms::owner_all);
+}
+
+void expectFile(Machine &machine, const Words &words)
+{
+    const std::string path = machine.folder() + "/" + word(words, 1);
+    if (!becomesTrue([&] { return contentOf(path).find(word(words, 2)) != std::string::npos; }))
+        throw Failure("it says: " + contentOf(path));
+}
+
+/// Leaves no room where the settings are kept, or gives it back.
+void fillDisk(Machine &machine, const Words &words)
+{
+    const std::string path = machine.folder() + "/filler";
+    if (word(words, 1) == "empty") {
+        std::filesystem::remove(path);
+        return;
+    }
+    std::ofstream file(path);
+    const std::string block(4096, 'x');
+    while (file << block << std::flush) {
+    }
+}
+
+/// This thread comes before every other, the daemon's too, for as long as the object lives.
+class FirstInLine
+{
+public:
+    FirstInLine() { set(SCHED_FIFO, priority); }
+    ~FirstInLine() { set(SCHED_OTHER, 0); }
+    FirstInLine(const FirstInLine &) = delete;
+    FirstInLine &operator=(const FirstInLine &) = delete;
+
+private:
+    static constexpr int priority = 50;
+
+    static void set(int policy, int level)
+    {
+        const sched_param parameter{.sched_priority = level};
+        ::sched_setscheduler(0, policy, &parameter);
+    }
+};
+
+/// expect-at-end KEY_A up, KEY_B up: ends the daemon; these are the last keys before its keyboard goes, in any order.
+void expectAtEnd(Machine &machine, const Words &words)
+{
+    std::vector<std::string> wanted = parts(words);
+    std::vector<std::string> came;
+    EventNode &desktop = machine.desktop();
+    {
+        const FirstInLine firstInLine; // a device that is gone tells nothing of what it told before
+        machine.daemon().send(SIGTERM);
+        const auto end = std::chrono::steady_clock::now() + patience;
+        while (const auto key = desktop.next(timeUntil(end)))
+            came.push_back(codeName(key->code) + (key->value == 0 ? " up" : key->value == 1 ? " down" : " repeated"));
+    }
+    machine.endDaemon(SIGTERM);
+    machine.forgetDesktop();
+    std::erase_if(came, [](const std::string &key) { return key.ends_with(" repeated"); });
+    std::ranges::sort(wanted);
+    std::ranges::sort(came);
+    if (came == wanted)
+        return;
+    std::string text;
+    for (const std::string &key : came)
+        text += ' ' + key;
+    throw Failure("came:" + text);
+}
+
+/// stall NAME KEY [how=spin]: the daemon's key thread stands still in the middle of this key.
+void stall(Machine &machine, const Words &words)
+{
+    const auto usage = usageNamed(word(words, 2));
+    if (!usage)
+        throw Failure("no key \"" + words[2] + "\"");
+    const Stall how = option(words, "how", "sleep") == "spin" ? Stall::spinning : Stall::sleeping;
+    stallThread(machine.daemon().id(), "keys", how,
+                [&] { (void)machine.keyboard(words[1]).setDown(*usage, true); });
+}
+
+/// The daemon ends by itself.
+void expectDaemonEnd(Machine &machine, const Words &)
+{
+    if (!becomesTrue([&machine] { return !machine.daemon().isRunning(); }))
+        throw Failure("it still runs");
+    machine.forgetDesktop();
+}
+
+void writeSystemFile(const std::string &path, const std::string &text)
+{
+    std::ofstream file(path);
+    if (!(file << text << std::flush))
+        throw Failure("cannot write " + path);
+}
+
+/// All devices go to sleep and wake up again: everything that the kernel does for it but to stop the processor.
+void suspend(Machine &, const Words &)
+{
+    writeSystemFile("/sys/module/suspend/parameters/pm_test_delay", "1"); // seconds of sleep
+    writeSystemFile("/sys/power/pm_test", "devices");
+    const std::string states = contentOf("/sys/power/state");
+    writeSystemFile("/sys/power/state", states.find("mem") != std::string::npos ? "mem" : "freeze");
+    writeSystemFile("/sys/power/pm_test", "none");
+}
+
+void mustRun(const std::vector<std::string> &command)
+{
+    if (const ProcessResult result = runProcess(command); result.exitCode != 0)
+        throw Failure(command.front() + " says: " + result.output);
+}
+
+void reloadRules()
+{
+    mustRun({"udevadm", "control", "--reload"});
+    mustRun({"udevadm", "trigger", "--action=change", "--subsystem-match=input", "--subsystem-match=misc",
+             "--subsystem-match=leds"});
+    mustRun({"udevadm", "settle"});
+}
+
+/// expect-property NAME TEXT: what udev says of the event node of this name, "no" before it for what it does not say.
+void expectProperty(Machine &, const Words &words)
+{
+    const bool isWanted = word(words, 2) != "no";
+    const std::string text = word(words, isWanted ? 2 : 3);
+    for (const auto &entry : std::filesystem::directory_iterator("/sys/class/input")) {
+        if (contentOf(entry.path().string() + "/device/name") != word(words, 1) + '\n')
+            continue;
+        const std::string properties =
+            runProcess({"udevadm", "info", "--query=property", "--path=" + entry.path().string()}).output;
+        if ((properties.find(text) != std::string::npos) != isWanted)
+            throw Failure("it says: " + properties);
+        return;
+    }
+    throw Failure("there is no such node");
+}
+
+/// The key thread comes before ordinary programs, programs that it starts do not, and the daemon's memory is locked.
+void expectRealTime(Machine &machine, const Words &)
+{
+    const pid_t process = machine.daemon().id();
+    const int policy = ::sched_getscheduler(threadNamed(process, "keys"));
+    if (policy != (SCHED_FIFO | SCHED_RESET_ON_FORK))
+        throw Failure("its policy is " + std::to_string(policy));
+    const std::string memory = contentOf("/proc/" + std::to_string(process) + "/smaps_rollup");
+    if (memory.find("Locked:") == std::string::npos || std::stol(memory.substr(memory.find("Locked:") + 7)) == 0)
+        throw Failure("no memory is locked");
+}
+
+constexpr const char *ruleFolder = "/run/udev/rules.d/";
+
+/// udev-rule own | none | keyboard NAME: the rule that is installed with the daemon, or the one that kestractl prints.
+void installRule(Machine &machine, const Words &words)
+{
+    std::filesystem::create_directories(ruleFolder);
+    const std::string kind = word(words, 1);
+    const std::string path = std::string(ruleFolder) + "70-quill-kestra.rules";
+    if (kind == "none")
+        std::filesystem::remove(path);
+    else
+        writeSystemFile(path, kind == "own" ? contentOf("/rules/70-quill-kestra-uinput.rules")
+                                            : machine.mustControl({"device", "rule", machine.deviceId(word(words, 2))}));
+    reloadRules();
+}
+
+/// The devices whose nodes the user at the seat gets, by name: event nodes by that of their keyboard.
+std::vector<std::string> devicesOfTheSeat()
+{
+    std::vector<std::string> names;
+    std::string path; // of the device that the lines are about, below /sys
+    std::istringstream lines(runProcess({"udevadm", "info", "--export-db"}).output);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("P: "))
+            path = line.substr(3);
+        if (!line.starts_with("E: CURRENT_TAGS=") || line.find(":uaccess:") == std::string::npos)
+            continue;
+        std::string name = contentOf("/sys" + path + "/device/name");
+        name.erase(std::ranges::find(name, '\n'), name.end());
+        names.push_back(name.empty() ? std::filesystem::path(path).filename().string() : name);
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+void expectOfTheSeat(Machine &, const Words &words)
+{
+    std::vector<std::string> wanted = words.size() > 1 ? parts(words) : std::vector<std::string>();
+    std::ranges::sort(wanted);
+    const std::vector<std::string> found = devicesOfTheSeat();
+    if (found == wanted)
+        return;
+    std::string text;
+    for (const std::string &name : found)
+        text += " \"" + name + '"';
+    throw Failure("those are:" + text);
+}
+
+} // namespace
+
+const std::map<std::string, StepAction> &systemActions()
+{
+    static const std::map<std::string, StepAction> table{
+        {"start-restricted", [](Machine &machine, const Words &) { machine.startRestrictedDaemon(); }},
+        {"signal",
+         [](Machine &machine, const Words &words) {
+             machine.daemon().send(word(words, 1) == "STOP" ? SIGSTOP : SIGCONT);
+         }},
+        {"write-file", writeFile},
+        {"write-program", writeProgram},
+        {"expect-file", expectFile},
+        {"disk", fillDisk},
+        {"expect-at-end", expectAtEnd},
+        {"stall", stall},
+        {"expect-daemon-end", expectDaemonEnd},
+        {"suspend", suspend},
+        {"expect-property", expectProperty},
+        {"expect-real-time", expectRealTime},
+        {"udev-rule", installRule},
+        {"expect-of-the-seat", expectOfTheSeat},
+        {"client", [](Machine &machine, const Words &words) { machine.startClient(from(words, 1)); }},
+        {"client-end", [](Machine &machine, const Words &) { machine.endClient(); }},
+        {"expect-told",
+         [](Machine &machine, const Words &words) {
+             if (!becomesTrue([&] { return machine.told().find(word(words, 1)) != std::string::npos; }))
+                 throw Failure("the client was told: " + machine.told());
+         }},
+    };
+    return table;
+}
