@@ -34,6 +34,10 @@ private Q_SLOTS:
     void deleteFromTheMenuReselectsOnceAfterARename();
     void refreshesDuringAnAddSelectNothingElse();
     void deleteWritesAnotherNameThatIsBeingEdited();
+    void deleteOpensTheLastNameMeanwhileAndFetchesTheTable();
+    void aRefreshSelectsAnewAndSoEndsAnEdit();
+    void aRefreshSetsTheAddButtonWithoutASelectionToo();
+    void aRowThatIsGoneSwitchesNothing();
 
 private:
     /// Three profiles of which the second is active, shown but not yet selected; no command is answered.
@@ -218,6 +222,54 @@ void KeyboardProfilesFlagsTest::deleteWritesAnotherNameThatIsBeingEdited()
     QCOMPARE(mDelegate->calls.first().settings.value(u"ProfileName"_s), QVariant(u"Night"_s));
     QCOMPARE(mDelegate->calls.last().profileID, 1);
     QCOMPARE(table()->editedRow(), -1);
+}
+
+void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTable()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    mDelegate->answers = false;
+    int edited = -1;
+    QString selectedText = u"none"_s;
+    mDelegate->duringDelete = [&] {
+        edited = table()->editedRow();
+        selectedText = editor() ? editor()->selectedText() : QString();
+    };
+    QSignalSpy fetched(table()->model(), &QAbstractItemModel::dataChanged);
+    mController->deleteProfile();
+    QCOMPARE(edited, 2);
+    QCOMPARE(selectedText, QString());
+    QCOMPARE(fetched.count(), 1);
+}
+
+void KeyboardProfilesFlagsTest::aRefreshSelectsAnewAndSoEndsAnEdit()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    choose(ProfileCommands::rename);
+    QCOMPARE(table()->editedRow(), 1);
+    mDelegate->refresh();
+    QCOMPARE(table()->editedRow(), -1);
+    QCOMPARE(table()->selectedRow(), 1);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void KeyboardProfilesFlagsTest::aRefreshSetsTheAddButtonWithoutASelectionToo()
+{
+    fillCount(20);
+    mController->setMDeviceSettingsDict({{u"ActiveProfile"_s, 25}}); // no row to select
+    mController->updateUISettings();
+    QCOMPARE(table()->selectedRow(), -1);
+    outlet<QPushButton>("mAddProfile")->setEnabled(true);
+    mController->updateUISettings();
+    QVERIFY(!outlet<QPushButton>("mAddProfile")->isEnabled());
+}
+
+void KeyboardProfilesFlagsTest::aRowThatIsGoneSwitchesNothing()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s}, 2);
+    mController->setMAllProfilesArray({profileNamed(u"A"_s)});
+    mController->setMDeviceSettingsDict({{u"ActiveProfile"_s, 0}});
+    mController->tableViewSelectionDidChange(table());
+    QVERIFY(mDelegate->calls.isEmpty());
 }
 
 QTEST_MAIN(KeyboardProfilesFlagsTest)
