@@ -158,7 +158,7 @@ void KeyboardProfilesNamesTest::aRefusedAddLeavesTheOnlyProfileUndeletable()
     mDelegate->refusesToAdd = true;
     outlet<QPushButton>("mAddProfile")->click();
     QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
-    QCOMPARE(table()->numberOfRows(), 1);
+    QCOMPARE(table()->model()->rowCount(), 1); // asking the table for its rows would set the button
     QVERIFY(!outlet<QPushButton>("mDeleteProfile")->isEnabled());
     QVERIFY(outlet<QPushButton>("mAddProfile")->isEnabled());
 }
