@@ -27,6 +27,7 @@ private Q_SLOTS:
     void whatIsNoApplicationLeavesTheFirstSelectionAsItWas();
     void whileADeleteGoesOnTheFirstSelectionStays();
     void afterADeleteTheFirstSelectionGoesBack();
+    void awakeningEmptiesWhatWasHandedOver();
     void awakeningForgetsABind();
     void awakeningForgetsTheNameToEdit();
     void awakeningForgetsARenameFromTheMenu();
@@ -135,6 +136,21 @@ void KeyboardProfilesFlagsTest::afterADeleteTheFirstSelectionGoesBack()
     table()->selectRow(2);
     QCOMPARE(table()->selectedRow(), 1);
     QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
+}
+
+void KeyboardProfilesFlagsTest::awakeningEmptiesWhatWasHandedOver()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    mController->tableViewSetObjectValueForTableColumnRow(table(), u"X"_s, u"name"_s, 1);
+    QVERIFY(!mController->userSettingsDict().isEmpty());
+    mController->setMCurrentProfileDict(std::nullopt);
+    mController->awakeFromNib();
+    QCOMPARE(mController->defaultProfileDict(), QVariantMap());
+    QCOMPARE(mController->userSettingsDict(), QVariantMap());
+    QCOMPARE(mController->deviceSettingsDict(), QVariantMap());
+    // Empty, but there: a refresh shows what the rest says.
+    mController->updateUISettings();
+    QCOMPARE(table()->selectedRow(), 0);
 }
 
 void KeyboardProfilesFlagsTest::awakeningForgetsABind()
