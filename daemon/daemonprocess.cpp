@@ -172,7 +172,7 @@ private:
                 .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
                 .launchProgram = ProgramLauncher::launch,
                 .now = DeadlineTimer::now,
-                .showProfile = [this](const QString &name) { // the whole text, so that there is nothing to translate
+                .showProfile = [this](const QString &name) { // the whole message, so that there is nothing to translate
                     mProfileNotification.show({.summary = name, .body = {}});
                 }};
     }

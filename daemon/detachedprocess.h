@@ -7,8 +7,8 @@
 
 namespace DetachedProcess {
 
-/// Set by the daemon for itself, and not passed on: has Qt's threads wait with poll() instead of GLib's loop.
-inline constexpr char withheldVariable[] = "QT_NO_THREADED_GLIB";
+/// Set by the daemon for itself, and not passed on: has Qt's event loops wait with poll() instead of GLib's loop.
+inline constexpr char withheldVariable[] = "QT_NO_GLIB";
 
 /// Runs `command` (the program's path, then its arguments) in `workingDirectory`, as this user, with this environment
 /// but for withheldVariable, in a session of its own: no signal blocked or ignored, no file open but /dev/null as

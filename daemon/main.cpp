@@ -24,7 +24,7 @@ void ignoreJobControl()
 int main(int argc, char *argv[])
 {
     ignoreJobControl();
-    // Threads wait with poll(), not with GLib's loop, which takes longer for each key and needs memory for it.
+    // Event loops wait with poll(), not with GLib's loop, which takes longer and needs memory of its own.
     qputenv(DetachedProcess::withheldVariable, "1");
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(DaemonProtocol::daemonProcessName);

@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -35,6 +34,18 @@ QString systemError()
 bool renameOver(const QString &from, const QString &to)
 {
     return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+/// Writing goes through "settings.plist." and six letters; a daemon that was killed while it wrote leaves that. (No
+/// regular expression: their library takes nearly half a megabyte, and nothing else in the daemon needs it.)
+bool isLeftOver(const QString &name)
+{
+    constexpr qsizetype letters = 6;
+    const auto isLetter = [](QChar character) {
+        return (character >= u'a' && character <= u'z') || (character >= u'A' && character <= u'Z');
+    };
+    return name.size() == fileName.size() + 1 + letters && name.startsWith(fileName + u'.')
+           && std::all_of(name.end() - letters, name.end(), isLetter);
 }
 
 } // namespace
@@ -223,12 +234,10 @@ void SettingsStore::shiftCopies()
 
 void SettingsStore::removeLeftOvers()
 {
-    // Writing goes through "settings.plist." and six letters; a daemon that was killed while it wrote leaves that.
-    static const QRegularExpression leftOver(u"^settings\\.plist\\.[A-Za-z]{6}$"_s);
     QDir folder(mFolder);
     const QStringList names = folder.entryList(QDir::Files | QDir::Hidden);
     for (const QString &name : names) {
-        if (leftOver.match(name).hasMatch())
+        if (isLeftOver(name))
             folder.remove(name);
     }
 }

@@ -1,23 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "platform/checkbox.h"
 
+#include "platform/indicatoroutline.h"
+
 #include <QPainter>
 #include <QStyleOptionButton>
 
 void CheckBox::paintEvent(QPaintEvent *event)
 {
     QCheckBox::paintEvent(event);
-    constexpr int outlineAlpha = 170;
-    constexpr qreal radius = 2;
-    QColor outline = palette().color(QPalette::WindowText);
-    if (!isEnabled() || outline.lightness() < palette().color(QPalette::Window).lightness())
-        return;
     QStyleOptionButton option;
     initStyleOption(&option);
-    const QRectF box = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this);
-    outline.setAlpha(outlineAlpha);
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(outline);
-    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    IndicatorOutline::drawOnDark(painter, this, style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this),
+                                 IndicatorOutline::Shape::box);
 }

@@ -4,8 +4,7 @@
 
 #include <QCheckBox>
 
-/// Drawn by the style. Where the desktop is dark, styles draw the outline darker still, so that an unticked box can
-/// hardly be seen: there an enabled box gets a light outline over the style's own.
+/// Drawn by the style, with an outline of its own where that of the style can hardly be seen.
 class CheckBox : public QCheckBox
 {
     Q_OBJECT

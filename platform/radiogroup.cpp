@@ -1,9 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "platform/radiogroup.h"
 
+#include "platform/indicatoroutline.h"
+
 #include <QButtonGroup>
+#include <QPainter>
 #include <QRadioButton>
+#include <QStyleOptionButton>
 #include <QVBoxLayout>
+
+namespace {
+
+/// Drawn by the style, with an outline of its own where that of the style can hardly be seen.
+class RadioButton : public QRadioButton
+{
+public:
+    using QRadioButton::QRadioButton;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QRadioButton::paintEvent(event);
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        QPainter painter(this);
+        IndicatorOutline::drawOnDark(painter, this,
+                                     style()->subElementRect(QStyle::SE_RadioButtonIndicator, &option, this),
+                                     IndicatorOutline::Shape::circle);
+    }
+};
+
+} // namespace
 
 RadioGroup::RadioGroup(QWidget *parent) : QWidget(parent), mGroup(new QButtonGroup(this))
 {
@@ -14,7 +41,7 @@ RadioGroup::RadioGroup(QWidget *parent) : QWidget(parent), mGroup(new QButtonGro
 
 QRadioButton *RadioGroup::addRow(const QString &title)
 {
-    auto *button = new QRadioButton(title);
+    auto *button = new RadioButton(title);
     mGroup->addButton(button, int(mGroup->buttons().size()));
     layout()->addWidget(button);
     return button;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tablecelldelegate.h"
 
+#include "platform/indicatoroutline.h"
 #include "platform/tableview.h"
 
 #include <QKeyEvent>
@@ -47,9 +48,9 @@ void TableCellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     cell.state |= checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
     style->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &cell, painter, mView);
     // On a dark base some styles draw an empty box in the colour of the base.
-    QColor outline = cell.palette.color(QPalette::Text);
-    outline.setAlphaF(0.4f);
-    painter->setPen(outline);
+    const bool isSelected = cell.state.testFlag(QStyle::State_Selected);
+    painter->setPen(
+        IndicatorOutline::colorBeside(cell.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text)));
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(cell.rect.adjusted(0, 0, -1, -1));
 }

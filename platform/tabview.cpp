@@ -1,18 +1,35 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tabview.h"
 
+#include "platform/tabbaraccessibility.h"
+
+#include <QAccessible>
 #include <QEvent>
 #include <QStackedWidget>
 #include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
 
 #include <algorithm>
+#include <utility>
 
 TabView::TabView(QWidget *parent) : QTabWidget(parent)
 {
+    TabBarAccessibility::install();
     connect(this, &QTabWidget::currentChanged, this, &QWidget::updateGeometry);
+    connect(this, &QTabWidget::currentChanged, this,
+            [this](int index) { tellNoLongerInFront(std::exchange(mTabInFront, index)); });
     // The base class places it before anything is seen. Without a size until then it would ask all pages for one.
     findChild<QStackedWidget *>()->resize(size());
+}
+
+/// The tab that came to the front is told by the bar itself.
+void TabView::tellNoLongerInFront(int index)
+{
+    if (!QAccessible::isActive() || index < 0 || index >= count())
+        return;
+    QAccessibleEvent event(tabBar(), QAccessible::SelectionRemove);
+    event.setChild(index);
+    QAccessible::updateAccessibility(&event);
 }
 
 QSize TabView::sizeHint() const

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A tab view that asks only the page in front for sizes, and is laid out again only when these have changed. Main
-// thread only.
+// A tab view that asks only the page in front for sizes, is laid out again only when these have changed, and tells
+// assistive tools which tab is in front. Main thread only.
 #pragma once
 
 #include <QTabWidget>
@@ -36,7 +36,9 @@ private:
         bool operator==(const Sizes &) const = default;
     };
 
+    void tellNoLongerInFront(int index);
     QSize sizeAround(const QSize &page, const QSize &bar) const;
 
     Sizes mLaidOutSizes;
+    int mTabInFront = -1;
 };

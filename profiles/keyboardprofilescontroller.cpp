@@ -130,7 +130,8 @@ void KeyboardProfilesController::setControlsState(bool isEnabled)
 
 void KeyboardProfilesController::enableControlsForAddProfiles(bool isEnabled)
 {
-    mDeleteProfile->setEnabled(isEnabled);
+    // An add that was refused leaves one profile, which cannot be deleted.
+    mDeleteProfile->setEnabled(isEnabled && canDelete());
     mSettingsProfile->setEnabled(isEnabled);
     mEnableOnScreenDisplay->setEnabled(isEnabled);
     // The add button follows the count alone, even while an add goes on.
@@ -161,11 +162,13 @@ void KeyboardProfilesController::clickAddProfile(QObject *)
 
 void KeyboardProfilesController::copyProfile()
 {
-    QVariantMap profile = selectedProfile();
-    if (profile.isEmpty())
+    const int row = mProfilesTableView->selectedRow();
+    if (profileAt(row).isEmpty())
         return;
     mIsAddProfile = true;
     mProfilesTableView->deselectAll();
+    // Only now: a name that was being typed is written by this.
+    QVariantMap profile = profileAt(row);
     profile[SettingsKeys::profileName] = checkForDuplicateNameUsingDefaultName(mAllProfilesArray, nameOf(profile));
     mAllProfilesArray.append(profile);
     addProfileWithSettings(profile);

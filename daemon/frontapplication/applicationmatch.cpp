@@ -55,10 +55,8 @@ bool isExecutable(const QString &executable, const FrontApplication &application
     const QString file = fileName(executable);
     if (std::ranges::find(launchers, file) != launchers.end())
         return false;
-    const bool arePaths = executable.startsWith(u'/') && application.executable.startsWith(u'/');
     // Two paths may differ and still be one program: /usr/bin/game is often a link into /opt.
-    const bool isSamePath = arePaths && executable == application.executable;
-    return isSamePath || isSame(file, fileName(application.executable)) || isWindow(file, application);
+    return isSame(file, fileName(application.executable)) || isWindow(file, application);
 }
 
 bool isSwitchedAutomatically(const QVariantMap &profile)

@@ -15,11 +15,10 @@ namespace ApplicationMatch {
 /// How surely an "AppInfo" means an application: the greater, the surer.
 enum class Strength { none, name, executable, signature, identifier };
 
-/// Compared without regard to letter case, except for paths; an empty or non-string value matches nothing.
+/// Compared without regard to letter case; an empty or non-string value matches nothing.
 /// - identifier: "identifier" is the id of the desktop entry;
 /// - signature: "signature", or "identifier", is the window's class or instance;
-/// - executable: "executable" is the window's program (as a path, or as the name of the file), or its class or
-/// instance.
+/// - executable: the file name of "executable" is that of the window's program, or its class or instance.
 ///   Interpreters and launchers ("python3", "flatpak") are left out: they start many applications;
 /// - name: "application" is the window's class or instance, or the id of the desktop entry.
 [[nodiscard]] Strength strengthOf(const QVariantMap &appInfo, const FrontApplication &application);

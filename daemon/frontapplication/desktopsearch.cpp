@@ -118,9 +118,11 @@ QSet<QString> DesktopSearch::sockets() const
 {
     QSet<QString> found;
     for (const QString &folder : mFolders) {
-        const QStringList names = QDir(folder).entryList({u"X*"_s, u"wayland-*"_s}, QDir::System | QDir::Files);
-        for (const QString &name : names)
-            found += folder + u'/' + name;
+        const QStringList names = QDir(folder).entryList(QDir::System | QDir::Files);
+        for (const QString &name : names) {
+            if (name.startsWith(u'X') || name.startsWith("wayland-"_L1))
+                found += folder + u'/' + name;
+        }
     }
     return found;
 }

@@ -34,29 +34,63 @@ EvdevFile::~EvdevFile()
 
 EventFile::ReadResult EvdevFile::read(KeyTranslator::Event &event)
 {
-    input_event read = {};
+    input_event read;
+    ReadResult result = ReadResult::nothing;
+    if (mSource != Source::file)
+        result = readLibrary(read);
+    if (mSource == Source::file)
+        result = readFile(read);
+    if (result == ReadResult::event)
+        event = {.type = read.type,
+                 .code = read.code,
+                 .value = read.value,
+                 .time = std::chrono::seconds(read.input_event_sec) + std::chrono::microseconds(read.input_event_usec)};
+    return result;
+}
+
+EventFile::ReadResult EvdevFile::readFile(input_event &event)
+{
+    switch (mBuffer.next(event)) {
+    case EventBuffer::Result::event: break;
+    case EventBuffer::Result::nothing: return ReadResult::nothing;
+    case EventBuffer::Result::gone: return ReadResult::gone;
+    }
+    if (event.type == EV_SYN && event.code == SYN_DROPPED)
+        return findMissedEvents();
+    if (event.type == EV_KEY)
+        libevdev_set_event_value(mDevice, EV_KEY, event.code, event.value);
+    return ReadResult::event;
+}
+
+EventFile::ReadResult EvdevFile::findMissedEvents()
+{
+    mBuffer.clear(); // no more than is missed
+    input_event unused;
+    if (libevdev_next_event(mDevice, LIBEVDEV_READ_FLAG_FORCE_SYNC, &unused) != LIBEVDEV_READ_STATUS_SYNC)
+        return ReadResult::gone;
+    mSource = Source::missedEvents;
+    return ReadResult::dropped;
+}
+
+/// The source is the file again when it has no more.
+EventFile::ReadResult EvdevFile::readLibrary(input_event &event)
+{
     for (;;) {
-        const unsigned int flag = mIsResynchronizing ? LIBEVDEV_READ_FLAG_SYNC : LIBEVDEV_READ_FLAG_NORMAL;
-        const int result = libevdev_next_event(mDevice, flag, &read);
-        if (result == LIBEVDEV_READ_STATUS_SYNC && !mIsResynchronizing) {
-            mIsResynchronizing = true;
+        const bool isMissed = mSource == Source::missedEvents;
+        const int result =
+            libevdev_next_event(mDevice, isMissed ? LIBEVDEV_READ_FLAG_SYNC : LIBEVDEV_READ_FLAG_NORMAL, &event);
+        if (result == LIBEVDEV_READ_STATUS_SYNC && !isMissed) {
+            mSource = Source::missedEvents;
             return ReadResult::dropped;
         }
-        if (result == -EAGAIN && mIsResynchronizing) {
-            mIsResynchronizing = false;
-            continue;
-        }
-        if (result == -EAGAIN)
-            return ReadResult::nothing;
-        if (result < 0)
+        if (result >= 0)
+            return ReadResult::event;
+        if (result != -EAGAIN)
             return result == -EINTR ? ReadResult::nothing : ReadResult::gone;
-        break;
+        mSource = isMissed ? Source::laterEvents : Source::file;
+        if (!isMissed)
+            return ReadResult::nothing;
     }
-    event = {.type = read.type,
-             .code = read.code,
-             .value = read.value,
-             .time = std::chrono::seconds(read.input_event_sec) + std::chrono::microseconds(read.input_event_usec)};
-    return ReadResult::event;
 }
 
 int EvdevFile::setGrabbed(bool isGrabbed)

@@ -3,6 +3,7 @@
 // any thread, then used by one; allocates nothing after that.
 #pragma once
 
+#include "daemon/linux/eventbuffer.h"
 #include "daemon/linux/keytranslator.h"
 
 #include <QString>
@@ -37,6 +38,8 @@ public:
     virtual void setLed(quint16 led, bool isOn) = 0;
 };
 
+/// Reads the file by itself, since libevdev asks it anew before each event. Where the kernel had to drop events,
+/// libevdev finds out what was missed; it is told of every key, so that it knows what was not.
 class EvdevFile : public EventFile
 {
 public:
@@ -52,9 +55,21 @@ public:
     void setLed(quint16 led, bool isOn) override;
 
 private:
-    EvdevFile(int descriptor, libevdev *device) : mDescriptor(descriptor), mDevice(device) {}
+    /// Who has the next event.
+    enum class Source {
+        file,
+        missedEvents, ///< libevdev
+        laterEvents,  ///< libevdev, which has read on meanwhile
+    };
+
+    EvdevFile(int descriptor, libevdev *device) : mDescriptor(descriptor), mDevice(device), mBuffer(descriptor) {}
+
+    [[nodiscard]] ReadResult readFile(input_event &event);
+    [[nodiscard]] ReadResult readLibrary(input_event &event);
+    [[nodiscard]] ReadResult findMissedEvents();
 
     int mDescriptor;
     libevdev *mDevice;
-    bool mIsResynchronizing = false;
+    EventBuffer mBuffer;
+    Source mSource = Source::file;
 };

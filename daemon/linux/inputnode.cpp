@@ -22,7 +22,7 @@ InputNode::InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsage
       mGivesHidUsages(givesHidUsages)
 {
     mNotifier.setEnabled(false);
-    connect(&mNotifier, &QSocketNotifier::activated, this, &InputNode::read);
+    connect(&mNotifier, &QSocketNotifier::activated, this, [this] { read(); });
     mRest.setSingleShot(true);
     mRest.setTimerType(Qt::PreciseTimer);
     mRest.setInterval(rest);

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
@@ -23,6 +22,30 @@ QString content(const QString &folder, QLatin1StringView name)
     return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.read(longestFile)).trimmed() : QString();
 }
 
+// No regular expression for the names below: their library takes nearly half a megabyte of memory.
+
+bool isUpperHex(QStringView text)
+{
+    return !text.isEmpty() && std::ranges::all_of(text, [](QChar digit) {
+        return (digit >= u'0' && digit <= u'9') || (digit >= u'A' && digit <= u'F');
+    });
+}
+
+/// The kernel names a HID device by bus, vendor, product and a running number: "0003:046D:C31C.0001". Empty for what is
+/// named otherwise.
+QString busOfHidDevice(const QString &name)
+{
+    constexpr qsizetype digits = 4;
+    const qsizetype dot = name.lastIndexOf(u'.');
+    if (dot < 0 || !isUpperHex(QStringView(name).sliced(dot + 1)))
+        return {};
+    const QStringList ids = name.first(dot).split(u':');
+    const bool isHid = ids.size() == 3 && std::ranges::all_of(ids, [](const QString &id) {
+                           return id.size() == digits && isUpperHex(id);
+                       });
+    return isHid ? ids.constFirst() : QString();
+}
+
 /// The device that something below it belongs to: what is plugged in as one thing.
 struct Owner
 {
@@ -33,16 +56,15 @@ struct Owner
 /// `path` is a folder of the kernel's device tree, without links.
 Owner ownerOf(const QString &path)
 {
-    // Bus, vendor, product and a running number.
-    static const QRegularExpression hidName(u"^([0-9A-F]{4}):[0-9A-F]{4}:[0-9A-F]{4}\\.[0-9A-F]+$"_s);
     constexpr QLatin1StringView usbBus{"0003"};
     constexpr QLatin1StringView i2cBus{"0018"}; // soldered in
     QString hid;
     QString bus;
     for (QString folder = path; folder.size() > 1; folder = QFileInfo(folder).path()) {
-        if (const auto match = hidName.match(QFileInfo(folder).fileName()); match.hasMatch() && hid.isEmpty()) {
-            hid = folder;
-            bus = match.captured(1);
+        if (hid.isEmpty()) {
+            bus = busOfHidDevice(QFileInfo(folder).fileName());
+            if (!bus.isEmpty())
+                hid = folder;
         }
         // Above a device of another bus it is the USB adapter of that bus, which many devices share.
         if ((hid.isEmpty() || bus == usbBus) && QFileInfo::exists(folder + u"/idVendor"_s))
@@ -59,9 +81,13 @@ bool isNamedAsLight(const QString &led)
 /// The kernel names an LED "device:color:function", with a number where there are several.
 bool isNamedAsIndicator(const QString &led)
 {
-    static const QRegularExpression indicator(
-        u":(numlock|capslock|scrolllock|compose|kana|indicator|status|power|charging|player|mute|micmute|camera)[^:]*$"_s);
-    return indicator.match(led).hasMatch();
+    constexpr std::array functions{"numlock"_L1,   "capslock"_L1, "scrolllock"_L1, "compose"_L1,  "kana"_L1,
+                                   "indicator"_L1, "status"_L1,   "power"_L1,      "charging"_L1, "player"_L1,
+                                   "mute"_L1,      "micmute"_L1,  "camera"_L1};
+    const qsizetype colon = led.lastIndexOf(u':');
+    const QStringView name = QStringView(led).sliced(colon + 1);
+    return colon >= 0
+           && std::ranges::any_of(functions, [name](QLatin1StringView function) { return name.startsWith(function); });
 }
 
 KeyboardLed::Channel channelOf(const QString &color)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/linux/keythread.h"
 
+#include "daemon/linux/epolldispatcher.h"
 #include "daemon/linux/realtime.h"
 #include "daemon/logging.h"
 
@@ -8,6 +9,7 @@ KeyThread::KeyThread(QObject *parent)
     : QObject(parent), mChannel(std::make_unique<LinuxKeyChannel>()), mKeys(std::make_unique<KeyPath>(*mChannel))
 {
     mThread.setObjectName(QLatin1StringView("keys"));
+    mThread.setEventDispatcher(new EpollDispatcher); // which it owns
     mAnchor.moveToThread(&mThread);
     mChannel->moveToThread(&mThread);
     mKeys->moveToThread(&mThread);
@@ -35,9 +37,6 @@ KeyThread::~KeyThread()
 void KeyThread::prepare()
 {
     mWatch = std::make_unique<StallWatch>();
-    mWatch->watch(mChannel.get());
-    mWatch->watch(mKeys.get());
-    mChannel->setWatch(mWatch.get());
     const std::size_t locked = Realtime::lockMemory();
     const bool isRealTime = Realtime::raiseCurrentThread();
     const pid_t thread = Realtime::currentThread();

@@ -17,8 +17,6 @@ void LinuxKeyChannel::setOutput(std::unique_ptr<OutputDevice> output)
     mOutput = std::move(output);
     mLedNotifier = std::make_unique<QSocketNotifier>(mOutput->descriptor(), QSocketNotifier::Read);
     connect(mLedNotifier.get(), &QSocketNotifier::activated, this, &LinuxKeyChannel::showLeds);
-    if (mWatch)
-        mWatch->watch(mLedNotifier.get());
 }
 
 void LinuxKeyChannel::addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages,
@@ -27,8 +25,6 @@ void LinuxKeyChannel::addNode(std::unique_ptr<EventFile> file, int id, bool give
     sweep();
     InputNodeHandler &handler = *this;
     mNodes.push_back(std::make_unique<InputNode>(std::move(file), id, givesHidUsages, handler, patience));
-    if (mWatch)
-        mWatch->watch(mNodes.back().get());
     mNodes.back()->start();
 }
 

@@ -8,7 +8,6 @@
 #include "daemon/linux/inputnode.h"
 #include "daemon/linux/latencyhistogram.h"
 #include "daemon/linux/outputdevice.h"
-#include "daemon/linux/stallwatch.h"
 
 #include <QSocketNotifier>
 
@@ -32,8 +31,6 @@ public:
     [[nodiscard]] KeyLatency latency() const { return mHistogram.latency(); } ///< any thread
     [[nodiscard]] quint64 lostEvents() const { return mLostEvents; }          ///< any thread
 
-    /// Looks after what the nodes do from now on; lives longer than the channel.
-    void setWatch(StallWatch *watch) { mWatch = watch; }
     /// To be set once, before the first node.
     void setOutput(std::unique_ptr<OutputDevice> output);
     /// `id`: names the node in removeNode() and nodeChanged().
@@ -71,7 +68,6 @@ private:
     void showLeds();
     void sweep();
 
-    StallWatch *mWatch = nullptr;
     KeyTranslator mTranslator;
     std::unique_ptr<OutputDevice> mOutput;
     std::unique_ptr<QSocketNotifier> mLedNotifier;

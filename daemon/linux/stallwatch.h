@@ -5,12 +5,18 @@
 
 #include <QObject>
 
+#include <atomic>
 #include <chrono>
+#include <csignal>
 #include <ctime>
 #include <optional>
 
-/// The time runs from the beginning of an event until the event loop waits again; while it waits nothing runs, and the
-/// watch wakes nobody. At its end a signal interrupts the thread, wherever it is, and the process exits at once.
+/// The time runs from when the event loop awakes until it waits again. That costs no call of the system: a timer that
+/// runs already looks, a few times within the limit, whether the thread is awake since it last looked. It stops by
+/// itself when it finds the thread waiting, so that who sleeps is woken once after its last event, and no more. The
+/// process ends between one limit and a quarter more after the beginning of what stalls: a signal interrupts the
+/// thread, wherever it is, and the process exits at once. The thread's dispatcher must tell that it awakes before
+/// anything has its turn, as EpollDispatcher does.
 class StallWatch : public QObject
 {
     Q_OBJECT
@@ -25,20 +31,23 @@ public:
     /// False when the system gave no timer; it watches nothing then.
     [[nodiscard]] bool isUsable() const { return mTimer.has_value(); }
 
-    /// Also watches what this object and its children do with their events. An event dispatcher tells when it awakes,
-    /// but some only after the files and timers have had their turn.
-    void watch(QObject *object);
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
+    static constexpr int looksWithinLimit = 4;
+
+    static void look(int signal, siginfo_t *info, void *context);
+    [[nodiscard]] std::optional<timer_t> makeTimer();
     void arm();
     void disarm();
-    void setTimer(std::chrono::milliseconds limit);
+    void lookLater();
 
-    std::chrono::milliseconds mLimit;
+    itimerspec mInterval = {};
     std::optional<timer_t> mTimer;
-    std::chrono::steady_clock::time_point mArmedAt;
-    bool mIsArmed = false;
+
+    // The signal handler interrupts the thread that uses them, no other has them.
+    std::atomic<bool> mIsBusy = false;
+    std::atomic<bool> mIsLooking = false; // the timer runs
+    std::atomic<unsigned int> mAwakenings = 0;
+    // The handler's own, but while the timer stands still.
+    unsigned int mAwakeningsSeen = 0;
+    int mLooks = 0; // since it has seen the last of them
 };

@@ -6,7 +6,9 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusInterface>
+#include <QDBusMessage>
 #include <QDBusReply>
+#include <QSet>
 #include <QStandardPaths>
 #include <QTest>
 
@@ -16,8 +18,9 @@ namespace {
 
 constexpr int startLimitMs = 20000;
 
-/// Roles of what a person uses, as AT-SPI calls them.
 const QString accessibilityBus = u"accessibility"_s; // the name of the connection
+
+/// Roles of what a person uses, as AT-SPI calls them.
 const QStringList interactiveRoles{u"push button"_s, u"check box"_s, u"radio button"_s, u"combo box"_s,  u"slider"_s,
                                    u"text"_s,        u"table"_s,     u"page tab"_s,     u"button menu"_s};
 
@@ -43,15 +46,25 @@ class AtSpiTest : public QObject
 {
     Q_OBJECT
 
+public Q_SLOTS:
+    /// For QtDBus: a control's state has changed.
+    void receiveState(const QDBusMessage &message);
+
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
     void everyControlTellsItsName();
+    void everyTabTellsWhenItComesToTheFrontAndLeavesIt();
 
 private:
+    [[nodiscard]] QDBusConnection bus() const;
     [[nodiscard]] QList<AccessibleControl> controls() const;
     [[nodiscard]] QList<AccessibleControl> pageTabs() const;
+    [[nodiscard]] QStringList tabsInFront() const;
 
+    void click(const AccessibleControl &control) const;
+
+    QStringList mSelected, mDeselected; // the paths of the controls that told it
     QProcess mDisplay, mService, mConfigurator;
     QString mDisplayName;
     std::unique_ptr<DaemonProcessFixture> mDaemon;
@@ -93,14 +106,31 @@ void AtSpiTest::cleanupTestCase()
     end(mDisplay);
 }
 
-QList<AccessibleControl> AtSpiTest::controls() const
+QDBusConnection AtSpiTest::bus() const
 {
     QDBusInterface service(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s);
     const QDBusReply<QString> address = service.call(u"GetAddress"_s);
-    if (!address.isValid())
-        return {};
-    const QDBusConnection bus = QDBusConnection::connectToBus(address.value(), accessibilityBus);
-    return AccessibleTree(bus, uint(mConfigurator.processId())).showingControls();
+    return QDBusConnection::connectToBus(address.value(), accessibilityBus);
+}
+
+QList<AccessibleControl> AtSpiTest::controls() const
+{
+    return AccessibleTree(bus(), uint(mConfigurator.processId())).showingControls();
+}
+
+void AtSpiTest::click(const AccessibleControl &control) const
+{
+    const QPoint middle = control.screenRect.center();
+    QCOMPARE(
+        QProcess::execute(u"env"_s, {u"DISPLAY="_s + mDisplayName, u"xdotool"_s, u"mousemove"_s,
+                                     QString::number(middle.x()), QString::number(middle.y()), u"click"_s, u"1"_s}),
+        0);
+}
+
+void AtSpiTest::receiveState(const QDBusMessage &message)
+{
+    if (message.arguments().value(0) == u"selected"_s)
+        (message.arguments().value(1).toInt() ? mSelected : mDeselected) += message.path();
 }
 
 QList<AccessibleControl> AtSpiTest::pageTabs() const
@@ -108,6 +138,13 @@ QList<AccessibleControl> AtSpiTest::pageTabs() const
     QList<AccessibleControl> tabs = controls();
     tabs.removeIf([](const AccessibleControl &control) { return control.role != "page tab"_L1; });
     return tabs;
+}
+
+QStringList AtSpiTest::tabsInFront() const
+{
+    QList<AccessibleControl> tabs = pageTabs();
+    tabs.removeIf([](const AccessibleControl &tab) { return !tab.states.contains("selected"_L1); });
+    return names(tabs);
 }
 
 void AtSpiTest::everyControlTellsItsName()
@@ -124,15 +161,11 @@ void AtSpiTest::everyControlTellsItsName()
     const QList<AccessibleControl> tabs = pageTabs();
     QCOMPARE(tabs.size(), 5);
     for (const AccessibleControl &tab : tabs) {
-        const QPoint middle = tab.screenRect.center();
-        QCOMPARE(
-            QProcess::execute(u"env"_s, {u"DISPLAY="_s + mDisplayName, u"xdotool"_s, u"mousemove"_s,
-                                         QString::number(middle.x()), QString::number(middle.y()), u"click"_s, u"1"_s}),
-            0);
-        // Tabs tell nothing of being in front; what is shown changes with them.
+        click(tab);
         const auto hasChanged = [&] { return names(controls()) != before; };
         if (tab.name != tabs.first().name)
             QTRY_VERIFY_WITH_TIMEOUT(hasChanged(), startLimitMs);
+        QCOMPARE(tabsInFront(), QStringList{tab.name});
         before = names(controls());
         counts += 0;
         for (const AccessibleControl &control : controls()) {
@@ -146,6 +179,30 @@ void AtSpiTest::everyControlTellsItsName()
     QVERIFY2(counts.first() > 119, qPrintable(QString::number(counts.first()))); // the keys alone are as many
     QVERIFY(counts.at(3) > 15);                                                  // the lighting tab's and the header's
     QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join(u'\n')));
+}
+
+void AtSpiTest::everyTabTellsWhenItComesToTheFrontAndLeavesIt()
+{
+    const QList<AccessibleControl> tabs = pageTabs();
+    QCOMPARE(tabs.size(), 5);
+    click(tabs.first());
+    QTRY_COMPARE_WITH_TIMEOUT(tabsInFront(), QStringList{tabs.first().name}, startLimitMs);
+    // Programs tell only what somebody listens to.
+    QDBusConnection connection = bus();
+    QVERIFY(connection.connect({}, {}, u"org.a11y.atspi.Event.Object"_s, u"StateChanged"_s, this,
+                               SLOT(receiveState(QDBusMessage))));
+    QDBusInterface registry(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/registry"_s, u"org.a11y.atspi.Registry"_s,
+                            connection);
+    QCOMPARE(registry.call(u"RegisterEvent"_s, u"object:state-changed:selected"_s).type(), QDBusMessage::ReplyMessage);
+    for (const AccessibleControl &tab : {tabs.at(4), tabs.at(1)}) {
+        click(tab);
+        QTRY_COMPARE_WITH_TIMEOUT(tabsInFront(), QStringList{tab.name}, startLimitMs);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(mSelected.size(), 2, startLimitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(mDeselected.size(), 2, startLimitMs);
+    QCOMPARE(mDeselected.at(1), mSelected.at(0));
+    QCOMPARE(QSet(mSelected.begin(), mSelected.end()).size(), 2);
+    QVERIFY(!mSelected.contains(mDeselected.at(0)));
 }
 
 QTEST_MAIN(AtSpiTest)

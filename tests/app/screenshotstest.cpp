@@ -8,6 +8,7 @@
 #include "daemonlink/daemontransport.h"
 #include "macros/macrocommands.h"
 #include "platform/pulldownbutton.h"
+#include "platform/radiogroup.h"
 #include "platform/sheet.h"
 #include "platform/tableview.h"
 #include "profiles/profilecommands.h"
@@ -22,10 +23,12 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTest>
+#include <QVBoxLayout>
 
 #include <array>
 
@@ -33,7 +36,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double leastTextContrast = 4.5; // WCAG 2, 1.4.3
+constexpr double leastTextContrast = 4.5;    // WCAG 2, 1.4.3
+constexpr double leastIndicatorContrast = 3; // WCAG 2, 1.4.11
 constexpr int macrosTab = 2;
 constexpr QSize windowSize(1200, 760);
 
@@ -84,7 +88,9 @@ const std::array scenes{
 QVariantMap startDocument()
 {
     const QVariantMap device{{SettingsKeys::activeProfile, 0}, {SettingsKeys::profileOsdOn, 0}};
-    return {{SettingsKeys::profiles, QVariantList{fullProfile(u"Desktop"_s), fullProfile(u"Raid night"_s)}},
+    QVariantMap raid = fullProfile(u"Raid night"_s);
+    raid[SettingsKeys::autoSwitchOn] = 0;
+    return {{SettingsKeys::profiles, QVariantList{fullProfile(u"Desktop"_s), raid}},
             {SettingsKeys::macros, QVariantList{fullMacro(u"Opening burst"_s, 0, 12), fullMacro(u"Heal"_s, 1, 4)}},
             {SettingsKeys::deviceSettings, device}};
 }
@@ -119,7 +125,8 @@ private Q_SLOTS:
     void drawsTheWindow();
     void disabledControlsLookDisabled_data();
     void disabledControlsLookDisabled();
-    void anUntickedBoxIsSeenOnADarkDesktop();
+    void whatIsNotTickedIsSeenOnADarkDesktop();
+    void findsAFaintIndicator();
     void findsWhatIsFaint();
     void findsWhatIsCut();
 
@@ -249,23 +256,46 @@ void ScreenshotsTest::disabledControlsLookDisabled()
     QVERIFY2(alike.isEmpty(), qPrintable(alike.join(u'\n')));
 }
 
-void ScreenshotsTest::anUntickedBoxIsSeenOnADarkDesktop()
+void ScreenshotsTest::whatIsNotTickedIsSeenOnADarkDesktop()
 {
-    constexpr double leastBoxContrast = 3; // WCAG 2, 1.4.11
     openWindow(u"en"_s, true);
-    mHub->find<QTabWidget>("mKeyboardTabView")->setCurrentIndex(1);
-    QCoreApplication::processEvents();
+    auto *tabs = mHub->find<QTabWidget>("mKeyboardTabView");
+    const auto faults = [this] {
+        QCoreApplication::processEvents();
+        return faintIndicators(mHub->window.get(), leastIndicatorContrast).join(u'\n');
+    };
+    tabs->setCurrentIndex(1);
     auto *box = mHub->find<QCheckBox>("mEnableOnScreenDisplay");
     QVERIFY(box->isVisible() && box->isEnabled());
     box->setChecked(false);
-    const QStringList faults = faintCheckBoxes(mHub->window.get(), leastBoxContrast);
-    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
-    // The style alone does not do it.
+    auto *profiles = mHub->find<TableView>("mProfilesTableView");
+    const QModelIndex tick = profiles->model()->index(1, profiles->model()->columnCount() - 1);
+    QVERIFY(tick.flags().testFlag(Qt::ItemIsUserCheckable));
+    QCOMPARE(tick.data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+    for (const int selectedRow : {0, 1}) {
+        profiles->selectRow(selectedRow);
+        QCOMPARE(faults(), QString());
+    }
+    tabs->setCurrentIndex(3);
+    for (auto *zone : mHub->find<QWidget>("lightingView")->findChildren<QCheckBox *>())
+        zone->setChecked(false);
+    for (const int effect : {0, 1}) {
+        mHub->find<RadioGroup>("mLighting")->selectRow(effect);
+        QCOMPARE(faults(), QString());
+    }
+}
+
+void ScreenshotsTest::findsAFaintIndicator()
+{
+    // On a dark desktop the style alone draws such.
+    wear(true);
     QWidget window;
-    new QCheckBox(u"Plain"_s, &window);
+    auto *layout = new QVBoxLayout(&window);
+    layout->addWidget(new QCheckBox(u"Box"_s));
+    layout->addWidget(new QRadioButton(u"Circle"_s));
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QCOMPARE(faintCheckBoxes(&window, leastBoxContrast).size(), 1);
+    QCOMPARE(faintIndicators(&window, leastIndicatorContrast).size(), 2);
 }
 
 void ScreenshotsTest::findsWhatIsFaint()

@@ -147,7 +147,9 @@ void KestractlProfilesTest::twentyFirstProfileIsRefused()
 {
     for (int count = 1; count < 20; ++count)
         QVERIFY(mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, QVariantMap()}}));
-    for (const QStringList &arguments : {QStringList{u"add"_s}, {u"copy"_s, u"0"_s}}) {
+    const QString path = mFolder->filePath(u"file"_s);
+    write(path, "{ ProfileName = x; }");
+    for (const QStringList &arguments : {QStringList{u"add"_s}, {u"copy"_s, u"0"_s}, {u"import"_s, path}}) {
         const KestractlResult result = run(QStringList{u"profile"_s} + arguments);
         QCOMPARE(result.exitCode, 1);
         QVERIFY(result.errorText().contains(u"status 4"_s));

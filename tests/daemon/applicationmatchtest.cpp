@@ -75,6 +75,8 @@ void ApplicationMatchTest::appInfoMeansTheApplication_data()
     QTest::newRow("launcher") << appInfo({}, {}, u"/usr/bin/python3"_s, {})
                               << FrontApplication{.windowClass = u"editor"_s, .executable = u"/usr/bin/python3"_s}
                               << Strength::none;
+    QTest::newRow("name as entry id") << appInfo({}, {}, {}, u"Game"_s)
+                                      << FrontApplication{.desktopEntry = u"game.desktop"_s} << Strength::name;
     QTest::newRow("only a path known") << appInfo({}, u"Game"_s, u"game"_s, {})
                                        << FrontApplication{.executable = u"/usr/games/game"_s} << Strength::executable;
     QTest::newRow("told by a name") << appInfo(u"org.example.Game"_s, {}, {}, {})

@@ -111,6 +111,7 @@ void DesktopNotificationTest::showsTheProfilesName()
     QCOMPARE(bubble.replacesId, 0U);
     QVERIFY(bubble.expireMs > 0);
     QCOMPARE(bubble.hints.value(u"transient"_s), QVariant(true));
+    QCOMPARE(bubble.hints.value(u"desktop-entry"_s), QVariant(u"org.quillkestra.Configurator"_s));
     QCOMPARE(bubble.hints.value(u"urgency"_s).typeId(), int(QMetaType::UChar)); // another type is ignored by services
 }
 

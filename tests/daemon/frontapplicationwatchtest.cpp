@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -50,7 +51,9 @@ private Q_SLOTS:
     void lostSourceLeavesNothingInFront();
     void sameApplicationIsToldOnce();
     void momentWithoutAWindowIsNoChange();
+    void momentWithoutAWindowLeavesNothingBehind();
     void nothingInFrontIsToldInTheEnd();
+    void everyLossOfAllSourcesIsLogged();
 
 private:
     FrontApplicationWatch::SourceKind kind(QLatin1StringView name, const bool &isThere)
@@ -179,6 +182,39 @@ void FrontApplicationWatchTest::momentWithoutAWindowIsNoChange()
     mSource->tell({});
     QTRY_COMPARE(mChanges->size(), 3);
     QCOMPARE(names(), QStringList({u"game"_s, u"editor"_s, QString()}));
+}
+
+void FrontApplicationWatchTest::momentWithoutAWindowLeavesNothingBehind()
+{
+    mWatch->start();
+    mSource->tell(u"game"_s);
+    mSource->tell({});
+    mSource->tell(u"editor"_s);
+    // It runs out after the watch's own timer would have, had that gone on.
+    QTimer later;
+    later.setSingleShot(true);
+    const QSignalSpy ranOut(&later, &QTimer::timeout);
+    later.start(100);
+    QTRY_COMPARE(ranOut.size(), 1);
+    QCOMPARE(names(), QStringList({u"game"_s, u"editor"_s}));
+}
+
+void FrontApplicationWatchTest::everyLossOfAllSourcesIsLogged()
+{
+    const auto log = "no source tells which application is in front: profiles are switched when told";
+    mIsFirstThere = mIsSecondThere = false;
+    QTest::ignoreMessage(QtInfoMsg, log);
+    mWatch->start();
+    QTRY_COMPARE(mMissing->size(), 1);
+    mIsFirstThere = true;
+    QTest::ignoreMessage(QtInfoMsg, "the application in front is told by first");
+    mWatch->start();
+    QCOMPARE(mFound->size(), 1);
+    mIsFirstThere = false;
+    QTest::ignoreMessage(QtWarningMsg, "desktop: first: lost");
+    QTest::ignoreMessage(QtInfoMsg, log);
+    mSource->lose();
+    QTRY_COMPARE(mMissing->size(), 2);
 }
 
 void FrontApplicationWatchTest::nothingInFrontIsToldInTheEnd()

@@ -57,6 +57,8 @@ private Q_SLOTS:
     void chosenByAKeyMeanwhileIsKept();
     void chosenAgainWhileAutomaticallyActiveIsKept();
     void switchThatCannotBeWrittenLeavesTheAutomaticOne();
+    void leavingForTheSameProfileIsNotAnnounced_data();
+    void leavingForTheSameProfileIsNotAnnounced();
     void automaticSwitchNeedsNoDisk();
     void everySwitchIsShownOnce_data();
     void everySwitchIsShownOnce();
@@ -196,6 +198,34 @@ void ProfileSwitchTest::switchThatCannotBeWrittenLeavesTheAutomaticOne()
     }
     inFront(u"other"_s);
     QCOMPARE(active(), 0);
+}
+
+void ProfileSwitchTest::leavingForTheSameProfileIsNotAnnounced_data()
+{
+    QTest::addColumn<int>("chosen");
+    QTest::addColumn<QStringList>("inFrontOf");
+    QTest::addColumn<int>("deleted");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("back in the application of the chosen one") << 2 << QStringList{u"s"_s, u"a"_s} << -1 << 2;
+    QTest::newRow("the chosen one is deleted, the automatic one takes its place") << 3 << QStringList{u"a"_s} << 3 << 2;
+    QTest::newRow("the automatic one is deleted") << 0 << QStringList{u"a"_s} << 2 << 0;
+}
+
+void ProfileSwitchTest::leavingForTheSameProfileIsNotAnnounced()
+{
+    QFETCH(int, chosen);
+    QFETCH(QStringList, inFrontOf);
+    QFETCH(int, deleted);
+    QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, chosen}}), 0);
+    for (const QString &name : inFrontOf)
+        inFront(name);
+    if (deleted >= 0)
+        QCOMPARE(send(Command::deleteProfile, {{u"ProfileID"_s, deleted}}), 0);
+    QTEST(active(), "expected");
+    mNotifications.clear();
+    inFront(u"other"_s);
+    QTEST(active(), "expected");
+    QCOMPARE(mNotifications, QStringList());
 }
 
 void ProfileSwitchTest::automaticSwitchNeedsNoDisk()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tabview.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QLabel>
 #include <QTabBar>
@@ -36,6 +37,11 @@ public:
     mutable bool isAsked = false;
 };
 
+QAccessibleInterface *accessibleTab(const TabView *view, int index)
+{
+    return QAccessible::queryAccessibleInterface(view->tabBar())->child(index);
+}
+
 void runEvents()
 {
     for (int round = 0; round < 6; ++round) {
@@ -59,6 +65,10 @@ private Q_SLOTS:
     void longerTitleGetsItsRoom();
     void hiddenChangeIsLaidOutWhenShown();
     void pageIsAskedForItsSizeWhenItComesToTheFront();
+    void tellsAssistiveToolsWhichTabIsInFront();
+    void assistiveToolsCanBringATabToTheFront();
+    void tellsTheWidgetsOfItsBarAfterTheTabs();
+    void tabThatIsGoneIsInvalid();
 
 private:
     std::unique_ptr<QWidget> mWindow;
@@ -143,6 +153,77 @@ void TabViewTest::pageIsAskedForItsSizeWhenItComesToTheFront()
     tabView->setCurrentIndex(1);
     QTRY_VERIFY(behind->isAsked);
     QVERIFY(tabView->sizeHint().width() >= behind->sizeHint().width());
+}
+
+void TabViewTest::tellsAssistiveToolsWhichTabIsInFront()
+{
+    QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(mTabView->tabBar());
+    QCOMPARE(bar->role(), QAccessible::PageTabList);
+    mTabView->tabBar()->setFocus();
+    mTabView->setTabToolTip(1, u"The second"_s);
+    mTabView->setTabEnabled(0, false);
+    mTabView->setTabEnabled(0, true);
+    for (const int inFront : {1, 0}) {
+        mTabView->setCurrentIndex(inFront);
+        for (const int index : {0, 1}) {
+            QAccessibleInterface *tab = accessibleTab(mTabView, index);
+            QVERIFY(tab && tab->isValid());
+            QCOMPARE(tab, accessibleTab(mTabView, index));
+            QCOMPARE(tab->role(), QAccessible::PageTab);
+            QCOMPARE(tab->text(QAccessible::Name), mTabView->tabText(index));
+            QCOMPARE(tab->text(QAccessible::Description), mTabView->tabToolTip(index));
+            QCOMPARE(tab->parent(), bar);
+            QCOMPARE(tab->window(), mWindow->windowHandle());
+            QCOMPARE(bar->indexOfChild(tab), index);
+            const QAccessible::State state = tab->state();
+            QVERIFY(state.selectable && state.focusable && !state.invisible && !state.disabled);
+            QCOMPARE(bool(state.selected), index == inFront);
+            QCOMPARE(bool(state.focused), index == inFront && mTabView->tabBar()->hasFocus());
+            const QRect place = mTabView->tabBar()->tabRect(index);
+            QCOMPARE(tab->rect(), QRect(mTabView->tabBar()->mapToGlobal(place.topLeft()), place.size()));
+            QCOMPARE(bar->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
+        }
+        QCOMPARE(bar->focusChild(), mTabView->tabBar()->hasFocus() ? accessibleTab(mTabView, inFront) : nullptr);
+    }
+    mTabView->setTabEnabled(1, false);
+    QVERIFY(accessibleTab(mTabView, 1)->state().disabled);
+    mTabView->setTabVisible(1, false);
+    QVERIFY(accessibleTab(mTabView, 1)->state().invisible);
+}
+
+void TabViewTest::assistiveToolsCanBringATabToTheFront()
+{
+    QAccessibleActionInterface *actions = accessibleTab(mTabView, 1)->actionInterface();
+    QVERIFY(actions);
+    QCOMPARE(actions->actionNames(), QStringList{QAccessibleActionInterface::pressAction()});
+    actions->doAction(u"something else"_s);
+    QCOMPARE(mTabView->currentIndex(), 0);
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(mTabView->currentIndex(), 1);
+}
+
+void TabViewTest::tellsTheWidgetsOfItsBarAfterTheTabs()
+{
+    QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(mTabView->tabBar());
+    QVERIFY(bar->childCount() > 2); // with the buttons that scroll it
+    for (int index = 2; index < bar->childCount(); ++index) {
+        QVERIFY(bar->child(index) && bar->child(index)->object());
+        QCOMPARE(bar->indexOfChild(bar->child(index)), index);
+    }
+    QVERIFY(!bar->child(-1));
+    QVERIFY(!bar->child(bar->childCount()));
+}
+
+void TabViewTest::tabThatIsGoneIsInvalid()
+{
+    QAccessibleInterface *second = accessibleTab(mTabView, 1);
+    mTabView->removeTab(1);
+    QVERIFY(!second->isValid());
+    QVERIFY(second->state().invalid);
+    QVERIFY(second->text(QAccessible::Name).isEmpty());
+    QVERIFY(second->rect().isEmpty());
+    second->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(mTabView->currentIndex(), 0);
 }
 
 QTEST_MAIN(TabViewTest)

@@ -43,8 +43,9 @@ private Q_SLOTS:
     void deleteButtonNeedsADeviceAndAnotherProfile();
     void onScreenDisplayBoxSendsANumber();
     void controlsFollowTheirState();
-    void autoSwitchOfAnotherRowSwitchesFirst();
-    void autoSwitchStaysOffWithoutAnApplication();
+    void theUserCannotClickTheSelectionAway();
+    void otherSheetEndsDoNothing_data();
+    void otherSheetEndsDoNothing();
 };
 
 void KeyboardProfilesControllerTest::columnsShowTheRecord()
@@ -360,26 +361,37 @@ void KeyboardProfilesControllerTest::controlsFollowTheirState()
     }
 }
 
-void KeyboardProfilesControllerTest::autoSwitchOfAnotherRowSwitchesFirst()
+void KeyboardProfilesControllerTest::theUserCannotClickTheSelectionAway()
 {
-    mDelegate->profiles = {profileNamed(u"A"_s, u"Editor"_s, 1), profileNamed(u"B"_s, u"Racer"_s, 0)};
-    mDelegate->refresh();
-    mController->tableViewSetObjectValueForTableColumnRow(table(), 1, u"auto switch"_s, 1);
-    QCOMPARE(mDelegate->operations(), (QStringList{u"switch"_s, u"update"_s}));
-    QCOMPARE(mDelegate->calls.at(0).profileID, 1);
-    QCOMPARE(mDelegate->calls.at(1).settings, (QVariantMap{{u"AutoSwitchOn"_s, 1}}));
-    mDelegate->calls.clear();
-    mController->tableViewSetObjectValueForTableColumnRow(table(), 0, u"auto switch"_s, 1);
-    QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
-    QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
+    fill({u"A"_s, u"B"_s}, 1);
+    const QRect cell = table()->visualRect(table()->model()->index(1, 2));
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, Qt::ControlModifier, cell.center());
+    QCOMPARE(table()->selectedRow(), 1);
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, cell.center() + QPoint(0, 5 * cell.height()));
+    QCOMPARE(table()->selectedRow(), 1);
+    QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void KeyboardProfilesControllerTest::autoSwitchStaysOffWithoutAnApplication()
+void KeyboardProfilesControllerTest::otherSheetEndsDoNothing_data()
 {
-    fill({u"A"_s});
-    mController->tableViewSetObjectValueForTableColumnRow(table(), 1, u"auto switch"_s, 0);
+    QTest::addColumn<int>("returnCode");
+    QTest::addColumn<int>("context");
+    for (const int context : {5, 9}) {
+        for (const int returnCode : {-1, 0, 1, 1001})
+            QTest::addRow("%d of %d", returnCode, context) << returnCode << context;
+    }
+    for (const int context : {0, 1, 2, 10})
+        QTest::addRow("1000 of %d", context) << 1000 << context;
+}
+
+void KeyboardProfilesControllerTest::otherSheetEndsDoNothing()
+{
+    QFETCH(int, returnCode);
+    QFETCH(int, context);
+    fill({u"A"_s, u"B"_s}, 1);
+    mController->sheetDidEndReturnCodeContextInfo(returnCode, context);
     QVERIFY(mDelegate->calls.isEmpty());
-    QCOMPARE(table()->model()->index(0, 3).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+    QCOMPARE(table()->numberOfRows(), 2);
 }
 
 QTEST_MAIN(KeyboardProfilesControllerTest)

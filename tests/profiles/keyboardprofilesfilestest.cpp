@@ -3,6 +3,7 @@
 #include "tests/profiles/profiletester.h"
 
 #include "app/util/propertylist.h"
+#include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -13,6 +14,7 @@
 #include <QDir>
 #include <QFile>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
@@ -59,9 +61,10 @@ private slots:
     {
         QTest::addColumn<int>("tag");
         QTest::addColumn<QString>("filter");
-        QTest::newRow("import") << int(ProfileCommands::importProfile) << u"Profiles (*.KestraProfile)"_s;
+        QTest::addColumn<bool>("isForApplications");
+        QTest::newRow("import") << int(ProfileCommands::importProfile) << u"Profiles (*.KestraProfile)"_s << false;
         QTest::newRow("assign application")
-            << int(ProfileCommands::assignApplication) << u"Applications (*.app *.desktop)"_s;
+            << int(ProfileCommands::assignApplication) << u"Applications (*.app *.desktop)"_s << true;
     }
 
     void theMenuOpensThePanels()
@@ -74,6 +77,10 @@ private slots:
         QCOMPARE(panel->parentWidget(), mWindow.get());
         QCOMPARE(panel->windowModality(), Qt::WindowModal);
         QTEST(panel->nameFilters().join(u'|'), "filter");
+        QFETCH(bool, isForApplications);
+        const QString folder = isForApplications ? ApplicationInformation::startFolder() : documentsFolder();
+        QCOMPARE(panel->directory(), QDir(folder));
+        QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
         QVERIFY(mDelegate->calls.isEmpty());
         // The earlier panel goes before there is a new one.
         choose(tag);
@@ -168,7 +175,9 @@ private slots:
     void anUnansweredImportShowsTheRecord()
     {
         mDelegate->answers = false;
+        QSignalSpy fetched(mController->profilesTableView()->model(), &QAbstractItemModel::dataChanged);
         importFile(u"a.KestraProfile"_s, *PropertyList::writeBinary(profileNamed(u"New"_s)));
+        QCOMPARE(fetched.count(), 1);
         QCOMPARE(mController->profilesTableView()->numberOfRows(), 3);
         QCOMPARE(mController->profilesTableView()->selectedRow(), 2);
     }
@@ -216,8 +225,13 @@ private slots:
 
     void cancelledImportChangesNothing()
     {
+        write(u"a.KestraProfile"_s, *PropertyList::writeBinary(profileNamed(u"New"_s)));
         choose(ProfileCommands::importProfile);
-        mController->profileFileBrowserPanel()->reject();
+        OpenPanel *panel = mController->profileFileBrowserPanel();
+        panel->setDirectory(mFolder->path());
+        panel->selectFile(mFolder->filePath(u"a.KestraProfile"_s));
+        QCOMPARE(panel->chosenPath(), mFolder->filePath(u"a.KestraProfile"_s));
+        panel->reject();
         QVERIFY(mDelegate->calls.isEmpty());
         QCOMPARE(mController->profilesTableView()->selectedRow(), 0);
     }
@@ -270,30 +284,6 @@ private slots:
         choose(ProfileCommands::assignApplication);
         choosePath(u"a.desktop"_s);
         QVERIFY(mDelegate->calls.isEmpty());
-    }
-
-    void tickingWithoutAnApplicationOpensTheChooser()
-    {
-        tick(0, 1);
-        QVERIFY(mDelegate->calls.isEmpty());
-        OpenPanel *panel = mController->profileFileBrowserPanel();
-        QVERIFY(panel && panel->isVisible());
-        QVERIFY(panel->nameFilters().first().contains(u"*.app"_s));
-        panel->reject();
-        QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
-        QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
-        QCOMPARE(cell(u"auto switch"_s), QVariant(0));
-    }
-
-    void tickingWithAnApplicationSwitchesFirstAndThenOn()
-    {
-        tick(1, 0);
-        tick(1, 1);
-        QVERIFY(!mController->profileFileBrowserPanel());
-        QCOMPARE(mDelegate->operations(), (QStringList{u"switch"_s, u"update"_s, u"update"_s}));
-        QCOMPARE(mDelegate->calls.at(0).profileID, 1);
-        QCOMPARE(mDelegate->calls.at(1).settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
-        QCOMPARE(mDelegate->calls.at(2).settings, (QVariantMap{{u"AutoSwitchOn"_s, 1}}));
     }
 
     void anyReturnCodeOfTheChooserReloadsTheTable()
@@ -355,12 +345,6 @@ private:
     {
         write(u"racer.desktop"_s, "[Desktop Entry]\nType=Application\nName=Racer\nExec=/opt/racer-bin %f\n"
                                   "StartupWMClass=RacerClass\n");
-    }
-
-    void tick(int row, int value)
-    {
-        mController->tableViewSetObjectValueForTableColumnRow(mController->profilesTableView(), value, u"auto switch"_s,
-                                                              row);
     }
 
     [[nodiscard]] QVariant cell(const QString &column) const

@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
 
@@ -25,12 +26,19 @@ private Q_SLOTS:
     void addSwitchesNoProfile();
     void addDisablesTheControlsMeanwhile();
     void addOpensTheNameEvenWithoutAnAnswer();
+    void addingTurnsTheControlsOffAndOn_data();
+    void addingTurnsTheControlsOffAndOn();
+    void aRefusedAddLeavesTheOnlyProfileUndeletable();
+    void whatIsBeingTypedIsWrittenBeforeTheNewName_data();
+    void whatIsBeingTypedIsWrittenBeforeTheNewName();
     void copySendsTheSelectedRecordUnderAFreeName();
     void copyLeavesTheControlsOn();
     void afterACopySelectingSwitchesAgain();
     void typingANameRenames();
     void renamesAsTheRuleSays_data();
     void renamesAsTheRuleSays();
+    void renameSendsTheSelectedRow();
+    void renameFetchesNothing();
     void renameKeepsTheLocalListAsItFalls();
     void emptyAndOtherValuesRenameNothing_data();
     void emptyAndOtherValuesRenameNothing();
@@ -118,7 +126,65 @@ void KeyboardProfilesNamesTest::addOpensTheNameEvenWithoutAnAnswer()
     mDelegate->answers = false;
     outlet<QPushButton>("mAddProfile")->click();
     QCOMPARE(table()->editedRow(), 1);
+    QCOMPARE(editor()->selectedText(), u"Untitled Profile"_s);
     QCOMPARE(table()->selectedRow(), 1);
+}
+
+void KeyboardProfilesNamesTest::addingTurnsTheControlsOffAndOn_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<bool>("canAdd");
+    QTest::newRow("2") << 2 << true;
+    QTest::newRow("19") << 19 << true;
+    QTest::newRow("20") << 20 << false;
+}
+
+void KeyboardProfilesNamesTest::addingTurnsTheControlsOffAndOn()
+{
+    QFETCH(int, count);
+    fillCount(count);
+    for (const bool isOn : {false, true}) {
+        mController->enableControlsForAddProfiles(isOn);
+        for (const char *name : {"mDeleteProfile", "mSettingsProfile", "mEnableOnScreenDisplay"})
+            QVERIFY2(outlet<QWidget>(name)->isEnabled() == isOn, name);
+        QTEST(outlet<QPushButton>("mAddProfile")->isEnabled(), "canAdd");
+        QVERIFY(table()->isEnabled());
+    }
+}
+
+void KeyboardProfilesNamesTest::aRefusedAddLeavesTheOnlyProfileUndeletable()
+{
+    fill({u"A"_s});
+    mDelegate->refusesToAdd = true;
+    outlet<QPushButton>("mAddProfile")->click();
+    QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
+    QCOMPARE(table()->model()->rowCount(), 1); // asking the table for its rows would set the button
+    QVERIFY(!outlet<QPushButton>("mDeleteProfile")->isEnabled());
+    QVERIFY(outlet<QPushButton>("mAddProfile")->isEnabled());
+}
+
+void KeyboardProfilesNamesTest::whatIsBeingTypedIsWrittenBeforeTheNewName_data()
+{
+    QTest::addColumn<int>("tag");
+    QTest::addColumn<QString>("added");
+    QTest::newRow("add") << int(ProfileCommands::newProfile) << u"Untitled Profile(2)"_s;
+    QTest::newRow("copy") << int(ProfileCommands::copy) << u"Untitled Profile(2)"_s;
+}
+
+void KeyboardProfilesNamesTest::whatIsBeingTypedIsWrittenBeforeTheNewName()
+{
+    QFETCH(int, tag);
+    fill({u"A"_s, u"B"_s});
+    choose(ProfileCommands::rename);
+    QVERIFY(editor());
+    QTest::keyClicks(editor(), u"Untitled Profile"_s);
+    choose(tag);
+    QCOMPARE(mDelegate->operations(), (QStringList{u"rename"_s, u"add"_s}));
+    QCOMPARE(mDelegate->calls.first().profileID, 0);
+    QCOMPARE(mDelegate->calls.first().settings.value(u"ProfileName"_s), QVariant(u"Untitled Profile"_s));
+    QTEST(mDelegate->calls.last().settings.value(u"ProfileName"_s).toString(), "added");
+    QCOMPARE(table()->numberOfRows(), 3);
+    QCOMPARE(table()->selectedRow(), 2);
 }
 
 void KeyboardProfilesNamesTest::copySendsTheSelectedRecordUnderAFreeName()
@@ -130,6 +196,8 @@ void KeyboardProfilesNamesTest::copySendsTheSelectedRecordUnderAFreeName()
     QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
     QCOMPARE(mDelegate->calls.first().settings, profileNamed(u"Work(2)"_s, u"Editor"_s, 1));
     QCOMPARE(table()->selectedRow(), 2);
+    QCOMPARE(table()->editedRow(), 2);
+    QCOMPARE(editor()->selectedText(), u"Work(2)"_s);
     // Unlike an added profile, a copy is not opened again by the next refresh.
     table()->abortEditing();
     mDelegate->refresh();
@@ -182,6 +250,7 @@ void KeyboardProfilesNamesTest::renamesAsTheRuleSays_data()
     QTest::newRow("to its own name") << 0 << u"A"_s << u"A"_s;
     QTest::newRow("to another's name") << 1 << u"A"_s << u"A(2)"_s;
     QTest::newRow("to a free name") << 1 << u"X"_s << u"X"_s;
+    QTest::newRow("to a very long name") << 1 << QString(100'000, u'x') << QString(100'000, u'x');
 }
 
 void KeyboardProfilesNamesTest::renamesAsTheRuleSays()
@@ -195,6 +264,26 @@ void KeyboardProfilesNamesTest::renamesAsTheRuleSays()
     QCOMPARE(mDelegate->calls.first().profileID, row);
     QCOMPARE(mDelegate->calls.first().settings, profileNamed(result));
     QCOMPARE(mController->userSettingsDict(), profileNamed(result));
+}
+
+void KeyboardProfilesNamesTest::renameSendsTheSelectedRow()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s}, 2);
+    mDelegate->answers = false;
+    mController->tableViewSetObjectValueForTableColumnRow(table(), u"X"_s, u"name"_s, 0);
+    QCOMPARE(mDelegate->calls.value(0).profileID, 2);
+    QCOMPARE(mDelegate->calls.value(0).settings, profileNamed(u"X"_s));
+    QCOMPARE(table()->selectedRow(), 2);
+}
+
+void KeyboardProfilesNamesTest::renameFetchesNothing()
+{
+    fill({u"A"_s, u"B"_s});
+    mDelegate->answers = false;
+    QSignalSpy fetched(table()->model(), &QAbstractItemModel::dataChanged);
+    mController->tableViewSetObjectValueForTableColumnRow(table(), u"X"_s, u"name"_s, 0);
+    QCOMPARE(mDelegate->operations(), QStringList{u"rename"_s});
+    QCOMPARE(fetched.count(), 0);
 }
 
 void KeyboardProfilesNamesTest::renameKeepsTheLocalListAsItFalls()

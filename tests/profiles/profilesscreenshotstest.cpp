@@ -106,20 +106,16 @@ private:
     QWidget *open(Scene scene);
     QImage picture(QWidget *sheetOrMenu, const QPoint &position);
 
-    std::unique_ptr<QTemporaryDir> mHome;
+    QTemporaryDir mHome;
 };
 
 void ProfilesScreenshotsTest::initTestCase()
 {
     qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources");
-}
-
-void ProfilesScreenshotsTest::init()
-{
-    mHome = std::make_unique<QTemporaryDir>();
-    qputenv("HOME", QFile::encodeName(mHome->path()));
+    // One home for all: file panels list the places of the first one that they saw.
+    qputenv("HOME", QFile::encodeName(mHome.path()));
     qunsetenv("XDG_CONFIG_HOME");
-    QDir home(mHome->path());
+    QDir home(mHome.path());
     QVERIFY(home.mkpath(u"Documents/Games"_s) && home.mkpath(u"share/applications/Racer.app/Contents"_s));
     qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"share"_s)));
     for (const QString &name :
@@ -127,6 +123,10 @@ void ProfilesScreenshotsTest::init()
         QFile file(home.filePath(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
+}
+
+void ProfilesScreenshotsTest::init()
+{
     openTab();
     mWindow->resize(900, 520);
 }
@@ -174,7 +174,10 @@ QWidget *ProfilesScreenshotsTest::open(Scene scene)
 QImage ProfilesScreenshotsTest::picture(QWidget *sheetOrMenu, const QPoint &position)
 {
     constexpr qreal ratio = 2;
-    QImage image((QSizeF(mWindow->size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    constexpr QSize margin(20, 20);
+    const QSize size = mWindow->size().expandedTo(
+        sheetOrMenu ? QSize(position.x(), position.y()) + sheetOrMenu->size() + margin : QSize());
+    QImage image(size * ratio, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(ratio);
     image.fill(mWindow->palette().color(QPalette::Window));
     mWindow->render(&image);

@@ -54,6 +54,8 @@ public:
     void deleteProfileWithProfileID(int profileID) override
     {
         calls.append({QStringLiteral("delete"), profileID, {}});
+        if (duringDelete)
+            duringDelete();
         if (!answers)
             return;
         mController->setControlsState(false);
@@ -72,6 +74,8 @@ public:
     void updateProfileWithSettings(const QVariantMap &settings) override
     {
         calls.append({QStringLiteral("update"), -1, settings});
+        if (duringUpdate)
+            duringUpdate();
         if (answers && active < profiles.size()) {
             QVariantMap profile = profiles.at(active).toMap();
             profile.insert(settings);
@@ -107,7 +111,9 @@ public:
     bool answers = true;       ///< false: no reply ever comes
     bool refusesToAdd = false; ///< as the daemon does with what it cannot hold
     QList<Call> calls;
-    std::function<void()> duringAdd; ///< runs before the tab is refreshed
+    std::function<void()> duringAdd; ///< each runs before the tab is refreshed
+    std::function<void()> duringDelete;
+    std::function<void()> duringUpdate;
 
 private:
     KeyboardProfilesController *mController;

@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A text on the screen: whose it is, and the part of the window it stands in.
+/// A text or an indicator on the screen: whose it is, and the part of the window it stands in.
 struct ShownText
 {
     const QWidget *widget;
@@ -163,6 +163,43 @@ double selectionContrast(const QWidget *widget)
     return lossOfEdges * contrastRatio(palette.color(QPalette::Highlight), palette.color(QPalette::HighlightedText));
 }
 
+QList<ShownText> indicatorsOfTables(QWidget *window)
+{
+    QList<ShownText> indicators;
+    for (const QTableView *table : window->findChildren<QTableView *>()) {
+        const QAbstractItemModel *model = table->model();
+        if (!isShownIn(table, window) || !table->isEnabled())
+            continue;
+        const QStyle *style = table->style();
+        const QSize size(style->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, table),
+                         style->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, table));
+        for (int row = 0; row < model->rowCount(); ++row) {
+            for (int column = 0; column < model->columnCount(); ++column) {
+                const QModelIndex index = model->index(row, column);
+                if (!(index.flags() & Qt::ItemIsUserCheckable))
+                    continue;
+                const QRect box =
+                    QStyle::alignedRect(table->layoutDirection(), Qt::AlignCenter, size, table->visualRect(index));
+                indicators.append({table, u"row %1"_s.arg(row), placeInWindow(table->viewport(), box),
+                                   table->selectionModel()->isSelected(index)});
+            }
+        }
+    }
+    return indicators;
+}
+
+/// The indicators of the enabled check boxes and radio buttons of `window` that can be seen.
+QList<ShownText> shownIndicators(QWidget *window)
+{
+    QList<ShownText> indicators = indicatorsOfTables(window);
+    for (const QAbstractButton *button : window->findChildren<QAbstractButton *>()) {
+        const bool hasIndicator = qobject_cast<const QCheckBox *>(button) || qobject_cast<const QRadioButton *>(button);
+        if (hasIndicator && button->isEnabled() && isShownIn(button, window))
+            indicators.append({button, button->text(), placeInWindow(button, partOf(button, true)), false});
+    }
+    return indicators;
+}
+
 QRgb commonest(const ColorCounts &counts)
 {
     const auto most = std::ranges::max_element(counts);
@@ -235,19 +272,20 @@ QStringList faintTexts(QWidget *window, double leastContrast)
     return faults;
 }
 
-QStringList faintCheckBoxes(QWidget *window, double leastContrast)
+QStringList faintIndicators(QWidget *window, double leastContrast)
 {
     constexpr int dotsBeside = 4;
     const QImage picture = drawn(window);
     QStringList faults;
-    for (const QCheckBox *box : window->findChildren<QCheckBox *>()) {
-        if (!box->isEnabled() || !isShownIn(box, window))
-            continue;
-        const QRect area = inDots(placeInWindow(box, partOf(box, true)));
+    for (const ShownText &indicator : shownIndicators(window)) {
+        const QRect area = inDots(indicator.area);
         const QRgb background = picture.pixel(area.right() + dotsBeside, area.center().y());
         const double contrast = greatestContrast(colorsOf(picture, area), background);
-        if (contrast < leastContrast)
-            faults += described(box, box->text()) + u" has a box with the contrast %1"_s.arg(contrast);
+        const double least =
+            indicator.isSelected ? std::min(leastContrast, selectionContrast(indicator.widget)) : leastContrast;
+        if (contrast < least)
+            faults +=
+                described(indicator.widget, indicator.text) + u" has an indicator with the contrast %1"_s.arg(contrast);
     }
     return faults;
 }

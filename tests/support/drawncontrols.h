@@ -28,9 +28,10 @@ inline constexpr qreal pictureRatio = 2;
 /// desktop's colours of a selection have.
 [[nodiscard]] QStringList faintTexts(QWidget *window, double leastContrast);
 
-/// The visible check boxes of `window` whose box stands out from what is beside it by less than `leastContrast`, one
-/// line each. Disabled ones are left out.
-[[nodiscard]] QStringList faintCheckBoxes(QWidget *window, double leastContrast);
+/// The visible check boxes (those in tables too) and radio buttons of `window` whose indicator stands out from what is
+/// beside it by less than `leastContrast`, one line each. Disabled ones are left out. A ticked one may stand out by its
+/// tick alone; a selected row needs no more contrast than the desktop's colours of a selection have.
+[[nodiscard]] QStringList faintIndicators(QWidget *window, double leastContrast);
 
 /// `window` with `sheet`, null for none, over its upper half, as a desktop shows the two.
 [[nodiscard]] QImage drawnWithSheet(QWidget *window, QWidget *sheet);

@@ -43,7 +43,7 @@ void becomeNobody()
 
 } // namespace
 
-TestDesktop::TestDesktop(Kind kind) : mKind(kind) {}
+TestDesktop::TestDesktop(Kind kind, QSize screenSize) : mKind(kind), mScreenSize(screenSize) {}
 
 QProcessEnvironment TestDesktop::in(QProcessEnvironment environment) const
 {
@@ -70,7 +70,8 @@ bool TestDesktop::start()
 bool TestDesktop::startX11()
 {
     // It is not to start over when its last client leaves: the next client may be on its way.
-    QStringList arguments{u"-noreset"_s, u"-screen"_s, u"0"_s, u"640x480x24"_s, u"-nolisten"_s, u"tcp"_s};
+    const QString screen = u"%1x%2x24"_s.arg(mScreenSize.width()).arg(mScreenSize.height());
+    QStringList arguments{u"-noreset"_s, u"-screen"_s, u"0"_s, screen, u"-nolisten"_s, u"tcp"_s};
     if (mDisplay.isEmpty())
         arguments = QStringList{u"-displayfd"_s, u"1"_s} + arguments; // a free one, which the server then tells
     else

@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QSize>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -17,7 +18,8 @@ class TestDesktop
 public:
     enum class Kind { x11, wayland };
 
-    explicit TestDesktop(Kind kind);
+    /// `screenSize`: of the X11 desktop; the other has its own.
+    explicit TestDesktop(Kind kind, QSize screenSize = {640, 480});
     ~TestDesktop() { stop(); }
 
     /// False when a program it needs is missing or does not come up.
@@ -34,6 +36,9 @@ public:
     /// Gives an open window the focus; false when the desktop cannot be told.
     [[nodiscard]] bool focus(const QString &name) const;
 
+    /// What the screen shows, four bytes a dot; empty where it cannot be told. X11 only.
+    [[nodiscard]] QByteArray picture() const { return mX11Windows ? mX11Windows->picture() : QByteArray(); }
+
 private:
     [[nodiscard]] bool startX11();
     [[nodiscard]] bool startWayland();
@@ -41,6 +46,7 @@ private:
     void end(std::unique_ptr<QProcess> process);
 
     Kind mKind;
+    QSize mScreenSize;
     QTemporaryDir mRuntimeFolder;
     QString mDisplay;
     std::unique_ptr<QProcess> mServer;

@@ -80,24 +80,43 @@ void X11Windows::showProbe()
     mProbeShown.start();
 }
 
-bool X11Windows::activate(const QString &name)
+xcb_window_t X11Windows::find(const QString &name)
 {
     const QByteArray list = property(mRoot, mClientList, XCB_ATOM_WINDOW);
     for (qsizetype offset = 0; offset + qsizetype(sizeof(xcb_window_t)) <= list.size();
          offset += sizeof(xcb_window_t)) {
         xcb_window_t window = XCB_WINDOW_NONE;
         std::memcpy(&window, list.constData() + offset, sizeof window);
-        if (!property(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING).split('\0').contains(name.toLatin1()))
-            continue;
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = window;
-        message.type = mActiveWindow;
-        message.data.data32[0] = 2; // from a pager: the user wants it
-        xcb_send_event(mConnection, 0, mRoot, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                       reinterpret_cast<const char *>(&message));
-        return xcb_flush(mConnection) > 0;
+        if (property(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING).split('\0').contains(name.toLatin1()))
+            return window;
     }
-    return false;
+    return XCB_WINDOW_NONE;
+}
+
+bool X11Windows::activate(const QString &name)
+{
+    const xcb_window_t window = find(name);
+    if (window == XCB_WINDOW_NONE)
+        return false;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = mActiveWindow;
+    message.data.data32[0] = 2; // from a pager: the user wants it
+    xcb_send_event(mConnection, 0, mRoot, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char *>(&message));
+    return xcb_flush(mConnection) > 0;
+}
+
+QByteArray X11Windows::picture()
+{
+    constexpr uint32_t allPlanes = ~0U;
+    const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(mConnection)).data;
+    const auto cookie = xcb_get_image(mConnection, XCB_IMAGE_FORMAT_Z_PIXMAP, mRoot, 0, 0, screen->width_in_pixels,
+                                      screen->height_in_pixels, allPlanes);
+    const Freed<xcb_get_image_reply_t> reply(xcb_get_image_reply(mConnection, cookie, nullptr), &std::free);
+    return reply ? QByteArray(reinterpret_cast<const char *>(xcb_get_image_data(reply.get())),
+                              xcb_get_image_data_length(reply.get()))
+                 : QByteArray();
 }

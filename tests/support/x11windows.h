@@ -3,6 +3,7 @@
 // program, so that it takes no time of its own. The test's thread.
 #pragma once
 
+#include <QByteArray>
 #include <QElapsedTimer>
 #include <QString>
 
@@ -24,9 +25,12 @@ public:
     /// Asks the window manager to bring the window whose class is `name` to the front; false when there is none. Does
     /// not wait for it.
     [[nodiscard]] bool activate(const QString &name);
+    /// What the screen shows, row by row, four bytes a dot; empty when it cannot be told.
+    [[nodiscard]] QByteArray picture();
 
 private:
     void showProbe();
+    [[nodiscard]] xcb_window_t find(const QString &name);
     [[nodiscard]] QByteArray property(xcb_window_t window, xcb_atom_t property, xcb_atom_t type);
     [[nodiscard]] xcb_atom_t atom(QByteArrayView name);
 

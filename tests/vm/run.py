@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Boots Debian's kernel in an emulator, with the daemon, a bus and the driver in its memory, and does the scenarios.
 
-Usage: run.py --bin FOLDER --driver FILE --work FOLDER [SCENARIO...]   (names without .txt; all when none is given)
+Usage: run.py --bin FOLDER --driver FILE --work FOLDER [--measure | SCENARIO...]
+Scenarios are named without .txt; all when none is given, and the measurements; with --measure only those.
 Exit codes: 0 all is well, 1 a scenario failed, 77 there is no kernel image or emulator to be had.
 KESTRA_VM_KVM=1 uses the processor's own virtualisation; without it the times are those of software emulation.
 """
@@ -198,7 +199,8 @@ def make_root(folder, arguments, modules):
             print(f"skipped {RESTRICTED}: no systemd-analyze, or no headers of the kernel")
         else:
             root.add(scenario, "/scenarios/" + os.path.basename(scenario))
-    root.write("/scenario-names", " ".join(f"/scenarios/{name}.txt" for name in arguments.scenarios))
+    names = ["--measure"] if arguments.measure else [f"/scenarios/{name}.txt" for name in arguments.scenarios]
+    root.write("/scenario-names", " ".join(names))
     root.add(os.path.join(HERE, "init"), "/init")
 
 
@@ -237,6 +239,7 @@ def main():
     parser.add_argument("--driver", required=True)
     parser.add_argument("--client", help="vmclient; the one beside the driver when not given")
     parser.add_argument("--work", required=True)
+    parser.add_argument("--measure", action="store_true")
     parser.add_argument("scenarios", nargs="*")
     arguments = parser.parse_args()
     arguments.client = arguments.client or os.path.join(os.path.dirname(arguments.driver), "vmclient")

@@ -24,7 +24,7 @@
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Das Profil „%@“ löschen?</translation></message>
     <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Seine Tastenbelegung und Beleuchtung gehen verloren. Das lässt sich nicht rückgängig machen.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Das Profil „%@“ auf die Standardeinstellungen zurücksetzen?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Das Profil behält seinen Namen; Tastenbelegung und Beleuchtung werden zurückgesetzt. Das lässt sich nicht rückgängig machen.</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Das Profil behält seinen Namen; alles andere wird zurückgesetzt. Das lässt sich nicht rückgängig machen.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Profil importieren</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Profil exportieren</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profile (%@)</translation></message>

@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <sys/ioctl.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -86,6 +87,25 @@ std::optional<EventNode::Key> EventNode::next(std::chrono::milliseconds limit)
             return {};
         pollfd poll{.fd = mNode.get(), .events = POLLIN, .revents = 0};
         ::poll(&poll, 1, static_cast<int>(left.count()));
+    }
+}
+
+std::optional<EventNode::Time> EventNode::sleepUntilKey()
+{
+    for (;;) {
+        pollfd poll{.fd = mNode.get(), .events = POLLIN, .revents = 0};
+        ::poll(&poll, 1, -1);
+        std::array<input_event, 64> events{};
+        const ssize_t size = ::read(mNode.get(), events.data(), sizeof events);
+        const Time readAt = monotonicNow();
+        if (size < 0 && errno == ENODEV)
+            return {};
+        const auto count = size > 0 ? static_cast<std::size_t>(size) / sizeof(input_event) : 0;
+        const bool hasKey = std::any_of(events.begin(), events.begin() + count, [](const input_event &event) {
+            return event.type == EV_KEY && event.value != 2;
+        });
+        if (hasKey)
+            return readAt;
     }
 }
 

@@ -30,6 +30,9 @@ public:
     /// The next key, waiting at most this long. Motion, scan codes and ends of reports are left out. Throws Failure
     /// when the kernel has dropped events, absent also when the device is gone.
     [[nodiscard]] std::optional<Key> next(std::chrono::milliseconds limit);
+    /// Sleeps until events come and reads all of them at once, until a key is among them that has gone down or up.
+    /// Returns the moment after that read; absent when the device is gone.
+    [[nodiscard]] std::optional<Time> sleepUntilKey();
     /// Only repetitions count for it.
     [[nodiscard]] const std::set<int> &down() const { return mDown; } ///< codes of the keys read as down
     void setLed(int code, bool isOn);

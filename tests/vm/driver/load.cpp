@@ -116,19 +116,3 @@ void storm(Machine &machine, const std::vector<std::string> &keyboards, unsigned
     if (!down.codes().empty())
         throw Failure("still down: " + codeName(*down.codes().begin()));
 }
-
-std::vector<std::chrono::nanoseconds> measureLatency(UhidKeyboard &keyboard, EventNode &node, int count)
-{
-    std::vector<std::chrono::nanoseconds> times;
-    for (int number = 0; number < count; ++number) {
-        // Apart, as keys are: the way through is then one of a process that sleeps.
-        std::this_thread::sleep_for(2ms);
-        const EventNode::Time start = monotonicNow();
-        (void)keyboard.setDown(usageB, number % 2 == 0);
-        const auto key = node.next(patience);
-        if (!key)
-            throw Failure("a key did not come");
-        times.push_back(key->readAt - start);
-    }
-    return times;
-}

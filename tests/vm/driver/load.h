@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Many reports, fast: floods, storms, and how long a key takes.
+// Many reports, fast: floods and storms.
 #pragma once
 
 #include "tests/vm/driver/machine.h"
 
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,3 @@ void flood(Machine &machine, const std::string &keyboard, int rate, int seconds)
 /// Random reports on the keyboards, then none of them has a key down. Throws Failure when a key stays down, or comes up
 /// without having been down.
 void storm(Machine &machine, const std::vector<std::string> &keyboards, unsigned seed, int reports);
-
-/// From the moment before the report is written to that at which the key has been read, one after the other.
-[[nodiscard]] std::vector<std::chrono::nanoseconds> measureLatency(UhidKeyboard &keyboard, EventNode &node, int count);

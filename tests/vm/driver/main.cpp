@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Runs in the virtual machine: does the scenarios named, or all in /scenarios, and measures; writes what became of them
-// to the console, a line each, for run.py outside.
+// Runs in the virtual machine: does the scenarios named, or all in /scenarios, and measures; with --measure it does
+// only that. Writes what became of them to the console, a line each, for run.py outside.
 #include "tests/vm/driver/failure.h"
-#include "tests/vm/driver/load.h"
+#include "tests/vm/driver/latency.h"
+#include "tests/vm/driver/machine.h"
 #include "tests/vm/driver/scenario.h"
 
 #include <algorithm>
@@ -37,13 +38,13 @@ bool runOne(const std::string &path)
     return problem.empty();
 }
 
-void printLatency(const char *name, std::vector<std::chrono::nanoseconds> times)
+void printLatency(const char *name, Latencies times)
 {
     std::ranges::sort(times);
     const auto at = [&times](double share) {
         return times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))].count() / 1000;
     };
-    std::printf("kestra-vm: latency %-18s p50 %5lld us, p90 %5lld us, p99 %5lld us\n", name,
+    std::printf("kestra-vm: latency %-38s p50 %5lld us, p90 %5lld us, p99 %5lld us\n", name,
                 static_cast<long long>(at(0.5)), static_cast<long long>(at(0.9)), static_cast<long long>(at(0.99)));
 }
 
@@ -67,18 +68,30 @@ long contextSwitches(pid_t id)
     return sum;
 }
 
+void printClockSource()
+{
+    std::ifstream file("/sys/devices/system/clocksource/clocksource0/current_clocksource");
+    std::string name;
+    file >> name;
+    std::printf("kestra-vm: clock of the machine: %s\n", name.c_str());
+}
+
 void measure()
 {
     constexpr int count = 1000;
+    printClockSource();
     Machine machine("/run/scenario");
     machine.plug("raw", {});
     {
         EventNode raw = EventNode::open("Keyboard raw", true);
         printLatency("raw", measureLatency(machine.keyboard("raw"), raw, count));
+        printLatency("raw, read by the writer", measureLatencyForWriter(machine.keyboard("raw"), raw, count));
     }
     machine.startDaemon();
     machine.use({"raw"});
-    printLatency("through the daemon", measureLatency(machine.keyboard("raw"), machine.desktop(), count));
+    UhidKeyboard &keyboard = machine.keyboard("raw");
+    printLatency("through the daemon", measureLatency(keyboard, machine.desktop(), count));
+    printLatency("through the daemon, read by the writer", measureLatencyForWriter(keyboard, machine.desktop(), count));
     const long before = contextSwitches(machine.daemon().id());
     std::this_thread::sleep_for(10s);
     std::printf("kestra-vm: idle for 10 s: woken %ld times\n", contextSwitches(machine.daemon().id()) - before);
@@ -93,7 +106,10 @@ void measure()
 int main(int argc, char *argv[])
 {
     std::vector<std::string> paths(argv + 1, argv + argc);
-    const bool isAll = paths.empty();
+    const bool isMeasuringOnly = paths == std::vector<std::string>{"--measure"};
+    if (isMeasuringOnly)
+        paths.clear();
+    const bool isAll = paths.empty() && !isMeasuringOnly;
     if (isAll) {
         for (const auto &entry : std::filesystem::directory_iterator("/scenarios"))
             paths.push_back(entry.path().string());
@@ -102,7 +118,7 @@ int main(int argc, char *argv[])
     std::ptrdiff_t failed = 0;
     for (const std::string &path : paths)
         failed += runOne(path) ? 0 : 1;
-    if (isAll) {
+    if (isAll || isMeasuringOnly) {
         try {
             measure();
         } catch (const std::exception &failure) {

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+// The "auto switch" boxes, the application chooser they lead to, and the removal of an application.
+#include "tests/profiles/profilestabfixture.h"
+
+#include "platform/filepanels.h"
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+class KeyboardProfilesAutoSwitchTest : public ProfilesTabFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { openTab(); }
+    void cleanup() { closeTab(); }
+
+    void aClickIntoTheBoxTicksIt();
+    void anotherRowIsSwitchedToFirst();
+    void withoutAnApplicationTheChooserOpens();
+    void cancellingTheChooserTurnsItOff_data();
+    void cancellingTheChooserTurnsItOff();
+    void theSelectedRecordDecidesWhetherAChoiceIsNeeded_data();
+    void theSelectedRecordDecidesWhetherAChoiceIsNeeded();
+    void theTableIsFetchedAnew_data();
+    void theTableIsFetchedAnew();
+
+private:
+    void tick(int row, int value)
+    {
+        mController->tableViewSetObjectValueForTableColumnRow(table(), value, u"auto switch"_s, row);
+    }
+    [[nodiscard]] int shownBox(int row) const
+    {
+        return table()->model()->index(row, 3).data(Qt::CheckStateRole).toInt();
+    }
+    [[nodiscard]] bool isChooserOpen() const
+    {
+        return mController->profileFileBrowserPanel() && mController->profileFileBrowserPanel()->isVisible();
+    }
+};
+
+void KeyboardProfilesAutoSwitchTest::aClickIntoTheBoxTicksIt()
+{
+    fillWith({profileNamed(u"A"_s, u"Editor"_s, 0)});
+    for (const int value : {1, 0}) {
+        mDelegate->calls.clear();
+        QTest::mouseClick(table()->viewport(), Qt::LeftButton, {},
+                          table()->visualRect(table()->model()->index(0, 3)).center());
+        QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+        QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, value}}));
+        QCOMPARE(mDelegate->calls.first().settings.value(u"AutoSwitchOn"_s).typeId(), int(QMetaType::Int));
+        QCOMPARE(shownBox(0), int(value == 1 ? Qt::Checked : Qt::Unchecked));
+    }
+}
+
+void KeyboardProfilesAutoSwitchTest::anotherRowIsSwitchedToFirst()
+{
+    fillWith({profileNamed(u"A"_s, u"Editor"_s, 1), profileNamed(u"B"_s, u"Racer"_s, 0)});
+    tick(1, 1);
+    QCOMPARE(mDelegate->operations(), (QStringList{u"switch"_s, u"update"_s}));
+    QCOMPARE(mDelegate->calls.at(0).profileID, 1);
+    QCOMPARE(mDelegate->calls.at(1).settings, (QVariantMap{{u"AutoSwitchOn"_s, 1}}));
+    mDelegate->calls.clear();
+    tick(1, 0);
+    QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+    QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
+    tick(0, 0);
+    QCOMPARE(mDelegate->operations(), (QStringList{u"update"_s, u"switch"_s, u"update"_s}));
+    QCOMPARE(mDelegate->calls.at(1).profileID, 0);
+    QVERIFY(!mController->profileFileBrowserPanel());
+}
+
+void KeyboardProfilesAutoSwitchTest::withoutAnApplicationTheChooserOpens()
+{
+    fill({u"A"_s, u"B"_s});
+    tick(0, 1);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(isChooserOpen());
+    QVERIFY(mController->profileFileBrowserPanel()->nameFilters().first().contains(u"*.app"_s));
+    QCOMPARE(shownBox(0), int(Qt::Unchecked));
+    // The answer for nothing chosen counts for the row that was switched to.
+    tick(1, 1);
+    mController->profileFileBrowserPanel()->reject();
+    QCOMPARE(mDelegate->operations(), (QStringList{u"switch"_s, u"update"_s}));
+    QCOMPARE(shownBox(1), int(Qt::Unchecked));
+}
+
+void KeyboardProfilesAutoSwitchTest::cancellingTheChooserTurnsItOff_data()
+{
+    QTest::addColumn<QString>("application");
+    QTest::newRow("without an application") << QString();
+    QTest::newRow("with one that was to be changed") << u"Racer"_s;
+}
+
+void KeyboardProfilesAutoSwitchTest::cancellingTheChooserTurnsItOff()
+{
+    QFETCH(QString, application);
+    fillWith({profileNamed(u"A"_s, application, 1)});
+    choose(ProfileCommands::assignApplication);
+    mController->profileFileBrowserPanel()->reject();
+    QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+    QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
+    QCOMPARE(shownBox(0), int(Qt::Unchecked));
+    QCOMPARE(table()->model()->index(0, 2).data().toString(), application);
+}
+
+void KeyboardProfilesAutoSwitchTest::theSelectedRecordDecidesWhetherAChoiceIsNeeded_data()
+{
+    QTest::addColumn<QString>("ofSelected");
+    QTest::addColumn<QString>("ofClicked");
+    QTest::addColumn<bool>("opensChooser");
+    QTest::newRow("the selected one has none") << QString() << u"Racer"_s << true;
+    QTest::newRow("the clicked one has none") << u"Racer"_s << QString() << false;
+}
+
+void KeyboardProfilesAutoSwitchTest::theSelectedRecordDecidesWhetherAChoiceIsNeeded()
+{
+    QFETCH(QString, ofSelected);
+    QFETCH(QString, ofClicked);
+    QFETCH(bool, opensChooser);
+    fillWith({profileNamed(u"A"_s, ofSelected), profileNamed(u"B"_s, ofClicked)});
+    mDelegate->answers = false; // so the switch selects nothing
+    tick(1, 1);
+    QCOMPARE(isChooserOpen(), opensChooser);
+    QCOMPARE(mDelegate->operations(),
+             opensChooser ? QStringList{u"switch"_s} : (QStringList{u"switch"_s, u"update"_s}));
+}
+
+void KeyboardProfilesAutoSwitchTest::theTableIsFetchedAnew_data()
+{
+    QTest::addColumn<QString>("act");
+    for (const char *act : {"ticked", "ticked without an application", "unticked", "application removed"})
+        QTest::newRow(act) << QString::fromLatin1(act);
+}
+
+void KeyboardProfilesAutoSwitchTest::theTableIsFetchedAnew()
+{
+    QFETCH(QString, act);
+    const bool isBound = act != "ticked without an application"_L1;
+    fillWith({profileNamed(u"A"_s, isBound ? u"Racer"_s : QString())});
+    mDelegate->answers = false;
+    QSignalSpy fetched(table()->model(), &QAbstractItemModel::dataChanged);
+    if (act == "application removed"_L1)
+        choose(ProfileCommands::removeApplication);
+    else
+        tick(0, act == "unticked"_L1 ? 0 : 1);
+    QCOMPARE(fetched.count(), 1);
+}
+
+QTEST_MAIN(KeyboardProfilesAutoSwitchTest)
+#include "keyboardprofilesautoswitchtest.moc"
