@@ -17,6 +17,8 @@
 #include <QToolButton>
 #include <QUrl>
 
+#include <cstdlib>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -26,10 +28,29 @@ constexpr int listWidth = 240;
 constexpr int pageMargin = 18;
 constexpr int fileRole = Qt::UserRole; // of a list item: the page's file name; none for the line that says "nothing"
 
-// No colours: the page is drawn in those of the desktop, light or dark.
+// No colours but that of links: the page is drawn in those of the desktop, light or dark.
 const QString pageStyle = u"h1 { margin-top: 0px; margin-bottom: 10px; } h2 { margin-top: 18px; margin-bottom: 6px; } "
                           "p { margin-bottom: 8px; } li { margin-bottom: 5px; } td, th { padding: 3px 12px 3px 0px; } "
                           "th { text-align: left; }"_s;
+
+/// The desktop's colour of links. Where that can hardly be told from the page, as the dark blue that a dark desktop may
+/// leave to links, the same hue lighter or darker.
+QColor linkColor(const QPalette &palette)
+{
+    constexpr int leastDifference = 100; // of 255, in the grey of the two
+    constexpr int lightOnDark = 200;
+    constexpr int darkOnLight = 80;
+    const QColor link = palette.color(QPalette::Active, QPalette::Link);
+    const int page = qGray(palette.color(QPalette::Active, QPalette::Base).rgb());
+    if (std::abs(qGray(link.rgb()) - page) >= leastDifference)
+        return link;
+    return QColor::fromHsl(link.hslHue(), link.hslSaturation(), page < 128 ? lightOnDark : darkOnLight);
+}
+
+QString styleFor(const QPalette &palette)
+{
+    return pageStyle + u" a { color: %1; }"_s.arg(linkColor(palette).name());
+}
 
 } // namespace
 
@@ -106,7 +127,7 @@ QWidget *HelpWindow::buildBody()
     mBrowser->setObjectName("helpBrowser"_L1);
     mBrowser->setFrameShape(QFrame::NoFrame);
     mBrowser->setOpenExternalLinks(true);
-    mBrowser->document()->setDefaultStyleSheet(pageStyle);
+    mBrowser->document()->setDefaultStyleSheet(styleFor(palette()));
     mBrowser->document()->setDocumentMargin(pageMargin);
     // Not sourceChanged(), at which the browser still tells the page before.
     connect(mBrowser, &QTextBrowser::historyChanged, this, &HelpWindow::pageShown);
@@ -229,6 +250,8 @@ void HelpWindow::markWords()
 void HelpWindow::changeEvent(QEvent *event)
 {
     // The colours of links are taken when a page is read.
+    if (event->type() == QEvent::PaletteChange && mBrowser)
+        mBrowser->document()->setDefaultStyleSheet(styleFor(palette()));
     if (event->type() == QEvent::PaletteChange && mBrowser && !mBrowser->source().isEmpty()) {
         const int position = mBrowser->verticalScrollBar()->value();
         mBrowser->reload();

@@ -181,6 +181,7 @@ private Q_SLOTS:
     void survivesAReplyOfWrongTypes();
     void takesTheLastOfTwoReplies();
     void giveALateReplyToTheNextWaiter();
+    void giveEachReplyAfterALateOneToTheWaiterAfterItsOwn();
     void replacesTheDocumentWhole();
     void ignoresAReplyWithoutDocument();
     void ignoresTheDocumentOfReplacedProfiles();
@@ -342,6 +343,29 @@ void DaemonCommandsTest::giveALateReplyToTheNextWaiter()
     mHub->controller->loadLatestSettings();
     QCOMPARE(mDaemon->commands(), std::vector<int>{4});
     QCOMPARE(mHub->controller->deviceSettingsDict().value(u"ActiveProfile"_s).toInt(), 0);
+    QVERIFY(!LatestReplySlot::shared().holdsReply());
+}
+
+void DaemonCommandsTest::giveEachReplyAfterALateOneToTheWaiterAfterItsOwn()
+{
+    const auto afterTheWaiter = [this](Command command, const QVariantMap &reply) {
+        mDaemon->setScript(command, [reply](const auto &) {
+            return std::vector<ScriptedDaemon::Reply>{{ScriptedDaemon::encoded(reply), std::chrono::milliseconds(50)}};
+        });
+    };
+    mDaemon->setSilent(Command::addMacro);
+    mHub->controller->addMacroWithSettings({});
+    mDaemon->sendToReplyPort(u"KeyboardConfiguratorReplyPort"_s, 11, ScriptedDaemon::encoded({{u"ReturnStatus"_s, 5}}));
+    mDaemon->forgetRequests();
+
+    // The new name was taken, but the reply that is read tells of the failed addition: nothing is asked for anew.
+    afterTheWaiter(Command::renameMacro, {{u"ReturnStatus"_s, 0}, {u"sequenceInMacro"_s, someEvent}});
+    mHub->controller->renameMacroAtIndexWithNewName(0, u"New"_s);
+    QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::renameMacro)});
+    QTRY_VERIFY(LatestReplySlot::shared().holdsReply());
+    // And that reply is what the next command reads.
+    mDaemon->setSilent(Command::readEvent);
+    QCOMPARE(mHub->controller->getSequenceDetailsEventIndex(0, 0), someEvent);
     QVERIFY(!LatestReplySlot::shared().holdsReply());
 }
 

@@ -67,7 +67,11 @@ Hub::Hub(std::chrono::milliseconds firmwareQueryInterval)
 {
     LatestReplySlot::shared().clear();
     MainControllerServices services;
-    services.endProcesses = [this](const QString &name) { endedProcesses.append(name); };
+    services.endProcesses = [this](const QString &name) {
+        endedProcesses.append(name);
+        if (atEndOfProcesses)
+            atEndOfProcesses();
+    };
     services.openPage = [this](const QUrl &page) { openedPages.append(page); };
     services.firmwareQueryInterval = firmwareQueryInterval;
     controller = std::make_unique<KeyboardMainController>(std::move(services));

@@ -8,6 +8,7 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 
 /// Copies the resources that the build made into a folder of its own and points the program at them; loads the texts;
@@ -44,6 +45,7 @@ struct Hub
     }
 
     QStringList endedProcesses;
+    std::function<void()> atEndOfProcesses; ///< called when processes are to be ended; may be empty
     QList<QUrl> openedPages;
     std::unique_ptr<MainWindow> window;
     std::unique_ptr<KeyboardMainController> controller;

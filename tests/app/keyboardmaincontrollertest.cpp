@@ -15,12 +15,15 @@
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using Command = DaemonProtocol::Command;
@@ -55,7 +58,9 @@ private Q_SLOTS:
     void showsTheVersions();
     void ignoresVersionsOfAFailedQuery();
     void asksForNoFirmwareWithoutKeyboard();
+    void showsNoSpinnerForAnAnswerThatCameAtOnce();
     void ignoresRepliesToOtherCommands();
+    void registersTheHelpBook();
     void savesTheLastSelectedKey();
 
 private:
@@ -175,8 +180,11 @@ void KeyboardMainControllerTest::reportsAndEndsASilentDaemon()
 {
     ScriptedDaemon daemon(sampleDocument());
     daemon.setSilent(Command::openDevice);
-    const Hub hub;
+    Hub hub;
+    bool wasToldBefore = false;
+    hub.atEndOfProcesses = [&] { wasToldBefore = hub.find<Sheet>("alert") != nullptr; };
     hub.controller->initializeDevice();
+    QVERIFY(wasToldBefore);
     QCOMPARE(daemon.commands(), std::vector<int>{0});
     QVERIFY(!hub.controller->profilesArray().isEmpty());
     QVERIFY(hub.controller->firmwareVersionString().isEmpty());
@@ -415,6 +423,41 @@ void KeyboardMainControllerTest::asksForNoFirmwareWithoutKeyboard()
     hub.open(daemon);
     hub.controller->setDriverVersions();
     QCOMPARE(daemon.commands(), std::vector<int>());
+}
+
+void KeyboardMainControllerTest::showsNoSpinnerForAnAnswerThatCameAtOnce()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    hub.controller->setDriverVersions();
+    QCOMPARE(daemon.count(Command::queryFirmwareVersion), 1);
+    // Before the main thread comes to starting it.
+    hub.controller->commandReplyReceived(
+        {u"commandReplyNotification271"_s, {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, u"1.07"_s}}});
+    QCoreApplication::processEvents();
+    QVERIFY(!hub.find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
+    QVERIFY(!hub.find<QLabel>("mFirmwareVersion")->isHidden());
+}
+
+void KeyboardMainControllerTest::registersTheHelpBook()
+{
+    const QByteArray resources = qgetenv("QUILL_KESTRA_RESOURCES");
+    qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources"); // where the book is
+    const auto viewer = [] {
+        const QWidgetList all = QApplication::topLevelWidgets();
+        const auto found = std::ranges::find(all, u"helpViewer"_s, &QWidget::objectName);
+        return found == all.end() ? nullptr : *found;
+    };
+    const ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    hub.controller->initializeDevice();
+    qputenv("QUILL_KESTRA_RESOURCES", resources);
+    hub.find<QPushButton>("mHelpButton")->click();
+    QVERIFY(viewer() && viewer()->isVisible());
+    QCOMPARE(viewer()->windowTitle(), u"Quill Kestra Expert MMO Gaming Keyboard"_s);
+    viewer()->close();
+    QTRY_VERIFY(!viewer());
 }
 
 void KeyboardMainControllerTest::ignoresRepliesToOtherCommands()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the hub does with the daemon's notifications, and what it tells the user.
 #include "app/util/settingskeys.h"
+#include "app/util/text.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "platform/addresses.h"
@@ -17,6 +18,9 @@
 #include <QTest>
 #include <QTextBrowser>
 
+#include <atomic>
+#include <functional>
+
 using namespace Qt::StringLiterals;
 using Command = DaemonProtocol::Command;
 
@@ -31,13 +35,18 @@ private Q_SLOTS:
     void readsTheProductFromTheName_data();
     void readsTheProductFromTheName();
     void observesRepliesAtEveryAttach();
+    void goesThroughAnAttachmentInOrder();
+    void goesThroughARemovalInOrder();
+    void takesItsObserverAwayWhileItReloadsAChangedProfile();
     void disablesAndTellsWhenTheKeyboardIsRemoved();
     void stopsARecordingWhenTheKeyboardIsRemoved();
     void showsTheRemovalAgain();
     void reloadsWhenAnotherClientChangedAProfile();
     void ignoresItsOwnChanges();
+    void keepsItsObserversWhenItIsToRemoveItself();
     void acceptsDpiUpdates();
     void takesNewMacrosFromTheKeyboard();
+    void fetchesTheLinesOfTheSelectedMacroAnew();
     void showsABrightnessSetOnTheKeyboard();
     void survivesNotificationsOfWrongTypes_data();
     void survivesNotificationsOfWrongTypes();
@@ -48,10 +57,41 @@ private Q_SLOTS:
     void opensTheHelpBook();
 
 private:
+    [[nodiscard]] int observers(const QString &name) const
+    {
+        return DistributedNotificationCenter::defaultCenter().observationCount(mHub->controller.get(), name);
+    }
+
     HubResources mResources;
     std::unique_ptr<ScriptedDaemon> mDaemon;
     std::unique_ptr<Hub> mHub;
 };
+
+namespace {
+
+/// Calls a function for each event of one kind that a widget gets.
+class EventWatcher : public QObject
+{
+public:
+    EventWatcher(QWidget *widget, QEvent::Type type, std::function<void()> function)
+        : mType(type), mFunction(std::move(function))
+    {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == mType)
+            mFunction();
+        return false;
+    }
+
+private:
+    QEvent::Type mType;
+    std::function<void()> mFunction;
+};
+
+} // namespace
 
 void NotificationsTest::init()
 {
@@ -130,6 +170,79 @@ void NotificationsTest::observesRepliesAtEveryAttach()
                  3);
 }
 
+void NotificationsTest::goesThroughAnAttachmentInOrder()
+{
+    const QString name = u"Device Attached 271"_s;
+    mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+    const auto *shownProfile = mHub->find<QLabel>("mProfileNameLabel");
+    QStringList steps;
+    const auto note = [&](const QString &step) {
+        steps += u"%1; profile %2, %3 observers, product %4"_s.arg(step, shownProfile->text())
+                     .arg(observers(name))
+                     .arg(mHub->controller->devicePID());
+    };
+    const EventWatcher sheet(mHub->find<Sheet>("mCommunicationAlertWindow"), QEvent::Hide, [&] { note(u"told"_s); });
+    const EventWatcher controls(mHub->find<QWidget>("mA"), QEvent::EnabledChange, [&] { note(u"enabled"_s); });
+    const EventWatcher lighting(mHub->find<QWidget>("mBrightnessValue"), QEvent::EnabledChange,
+                                [&] { note(u"lighting enabled"_s); });
+    mDaemon->setScript(Command::readSettings, [&](const ScriptedDaemon::Request &) {
+        note(u"read"_s); // the main thread is blocked meanwhile
+        return std::vector<ScriptedDaemon::Reply>{{ScriptedDaemon::encoded(
+            {{u"ReturnStatus"_s, 0}, {u"AllDevSettings"_s, withActiveProfile(sampleDocument(), 0)}})}};
+    });
+    mHub->controller->deviceConnectedNotification({u"Device Attached 0"_s, {}});
+    QCOMPARE(steps, (QStringList{u"told; profile Raid, 0 observers, product 271"_s,
+                                 u"read; profile Raid, 0 observers, product 0"_s,
+                                 u"enabled; profile Raid, 0 observers, product 0"_s,
+                                 u"lighting enabled; profile Raid, 0 observers, product 0"_s}));
+    QCOMPARE(shownProfile->text(), u"Default Profile"_s);
+    QCOMPARE(observers(name), 1);
+}
+
+void NotificationsTest::goesThroughARemovalInOrder()
+{
+    const QString name = u"Device Removed 271"_s;
+    mHub->controller->selectTabAtIndex(2);
+    mHub->find<TableView>("mMacroTableView")->selectRow(0);
+    mHub->find<QPushButton>("mRecordMacroDetails")->click();
+    mHub->controller->setDriverVersions();
+    auto *spinner = mHub->find<Spinner>("mFirmwareVersionIndicator");
+    QTRY_VERIFY(spinner->isAnimating());
+    const auto *version = mHub->find<QLabel>("mFirmwareVersion");
+    QStringList steps;
+    const auto note = [&](const QString &step) {
+        steps += u"%1; %2 observers, version \"%3\", %4"_s.arg(step)
+                     .arg(observers(name))
+                     .arg(version->text(), spinner->isAnimating() ? u"asked for"_s : u"not asked for"_s);
+    };
+    const EventWatcher sheet(mHub->find<Sheet>("mCommunicationAlertWindow"), QEvent::Show, [&] { note(u"told"_s); });
+    const EventWatcher controls(mHub->find<QWidget>("mA"), QEvent::EnabledChange, [&] { note(u"disabled"_s); });
+    mDaemon->setScript(Command::stopMacroRecording, [&](const ScriptedDaemon::Request &) {
+        note(u"stopped"_s); // the main thread is blocked meanwhile
+        return std::vector<ScriptedDaemon::Reply>{{ScriptedDaemon::encoded({{u"ReturnStatus"_s, 0}})}};
+    });
+    mHub->controller->deviceDisconnectedNotification({name, {}});
+    QCOMPARE(steps, (QStringList{u"told; 0 observers, version \"\", asked for"_s,
+                                 u"stopped; 0 observers, version \"-\", not asked for"_s,
+                                 u"disabled; 0 observers, version \"-\", not asked for"_s}));
+    QCOMPARE(observers(name), 1);
+}
+
+void NotificationsTest::takesItsObserverAwayWhileItReloadsAChangedProfile()
+{
+    const QString name = u"Profile Updated 271"_s;
+    std::atomic<int> observersMeanwhile = -1;
+    mDaemon->setScript(Command::readSettings, [&](const ScriptedDaemon::Request &) {
+        observersMeanwhile = observers(name); // the main thread is blocked meanwhile
+        return std::vector<ScriptedDaemon::Reply>();
+    });
+    mHub->controller->deamonProfileUpdateNotification({name, {}});
+    QCOMPARE(observersMeanwhile, 0);
+    QCOMPARE(observers(name), 1);
+    mHub->controller->deamonProfileUpdateNotification({name, {{u"Source App"_s, u"org.quillkestra.Configurator"_s}}});
+    QCOMPARE(observers(name), 1);
+}
+
 void NotificationsTest::disablesAndTellsWhenTheKeyboardIsRemoved()
 {
     const QVariantList profiles = mHub->controller->profilesArray();
@@ -191,6 +304,15 @@ void NotificationsTest::ignoresItsOwnChanges()
     QCOMPARE(mDaemon->commands(), std::vector<int>());
 }
 
+void NotificationsTest::keepsItsObserversWhenItIsToRemoveItself()
+{
+    mHub->controller->removeSelfAsNotificationObserver();
+    for (const QString &name :
+         {u"Device Attached 271"_s, u"Device Removed 271"_s, u"Profile Updated 271"_s, u"DPI Updated 271"_s,
+          u"Saved New OTFM 271"_s, u"Illumination Updated 271"_s, u"commandReplyNotification271"_s})
+        QCOMPARE(observers(name), 1);
+}
+
 void NotificationsTest::acceptsDpiUpdates()
 {
     mDaemon->postNotification(u"DPI Updated 271"_s, {{u"DPI"_s, 800}});
@@ -205,6 +327,8 @@ void NotificationsTest::takesNewMacrosFromTheKeyboard()
     profile[u"ProfileName"_s] = u"On the fly"_s;
     const QVariantList macros{QVariantMap{{u"MacroName"_s, u"OTFM 1"_s}}};
     const QVariantList profilesBefore = mHub->controller->profilesArray();
+    const int brightnessBefore = mHub->find<QSlider>("mBrightnessValue")->value();
+    QVERIFY(brightnessBefore != profile.value(u"BrightnessKBNormal"_s).toInt());
     mDaemon->postNotification(u"Saved New OTFM 271"_s, {{u"AllMacros"_s, macros}, {u"ActiveProfile"_s, profile}});
     QTRY_COMPARE(mHub->controller->macrosArray(), macros);
     QCOMPARE(mHub->controller->currentProfileDict(), profile);
@@ -215,6 +339,20 @@ void NotificationsTest::takesNewMacrosFromTheKeyboard()
     QTRY_COMPARE(mHub->find<TableView>("mMacroTableView")->numberOfRows(), 1);
     const QWidget *keysTab = mHub->controller->keysController()->view();
     QCOMPARE(keysTab->findChild<QLabel *>(u"mProfileNameLabel"_s)->text(), u"On the fly"_s);
+    // Of the tabs, only keys and macros show it at once. Deliberate.
+    QCOMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), brightnessBefore);
+    QCOMPARE(mDaemon->commands(), std::vector<int>());
+}
+
+void NotificationsTest::fetchesTheLinesOfTheSelectedMacroAnew()
+{
+    mHub->find<TableView>("mMacroTableView")->selectRow(0);
+    mDaemon->forgetRequests();
+    // The same record: what was recorded on the keyboard may be in its events alone.
+    mHub->controller->savedNewOTFMNotification({u"Saved New OTFM 271"_s,
+                                                {{u"AllMacros"_s, mHub->controller->macrosArray()},
+                                                 {u"ActiveProfile"_s, mHub->controller->currentProfileDict()}}});
+    QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::readMacroLines)});
 }
 
 void NotificationsTest::showsABrightnessSetOnTheKeyboard()
@@ -261,16 +399,18 @@ void NotificationsTest::showsErrorsByTheirCode_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("title");
-    QTest::newRow("0") << 0 << u"The keyboard's service does not answer"_s;
-    QTest::newRow("1") << 1 << u"No keyboard found"_s;
-    QTest::newRow("2") << 2 << QString();
-    QTest::newRow("negative") << -1 << QString();
+    QTest::addColumn<QString>("description");
+    QTest::newRow("0") << 0 << u"The keyboard's service does not answer"_s << localizedText("lkeyCommErrorDesc");
+    QTest::newRow("1") << 1 << u"No keyboard found"_s << localizedText("lkeyDeviceNotFoundDesc");
+    QTest::newRow("2") << 2 << QString() << QString();
+    QTest::newRow("negative") << -1 << QString() << QString();
 }
 
 void NotificationsTest::showsErrorsByTheirCode()
 {
     QFETCH(int, code);
     QFETCH(QString, title);
+    QFETCH(QString, description);
     mHub->controller->showErrorForErrorCode(code);
     auto *alert = mHub->find<Sheet>("alert");
     QCOMPARE(alert != nullptr, !title.isEmpty());
@@ -278,6 +418,9 @@ void NotificationsTest::showsErrorsByTheirCode()
         return;
     QVERIFY(alert->isVisible());
     QCOMPARE(alert->findChild<QLabel *>(u"alertTitle"_s)->text(), title);
+    QCOMPARE(alert->findChild<QLabel *>(u"alertDescription"_s)->text(), description);
+    QCOMPARE(alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->text(), u"OK"_s);
+    QCOMPARE(alert->parentWidget(), mHub->window.get());
     QVERIFY(!alert->findChild<QPushButton *>(u"alertAlternativeButton"_s));
     alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
     QTRY_VERIFY(!mHub->find<Sheet>("alert"));
@@ -288,6 +431,9 @@ void NotificationsTest::closesTheDeviceSheetByItsButton()
 {
     mHub->controller->showErrorDialog();
     QVERIFY(mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
+    QCOMPARE(mHub->find<Sheet>("mCommunicationAlertWindow")->parentWidget(), mHub->window.get());
+    QCOMPARE(mHub->find<QLabel>("mCommunicationAlertTitle")->text(), u"No keyboard found"_s);
+    QCOMPARE(mHub->find<QLabel>("mCommunicationAlertDesc")->text(), localizedText("lkeyDeviceNotFoundDesc"));
     mHub->find<QPushButton>("mCommunicationOKButton")->click();
     QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
     QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isUp());

@@ -6,6 +6,7 @@
 #include "app/util/settingskeys.h"
 #include "app/util/text.h"
 #include "daemonlink/daemontransport.h"
+#include "lighting/keyboardlightingcontroller.h"
 #include "macros/macrocommands.h"
 #include "platform/pulldownbutton.h"
 #include "platform/radiogroup.h"
@@ -22,14 +23,19 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSlider>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -39,6 +45,7 @@ namespace {
 constexpr double leastTextContrast = 4.5;    // WCAG 2, 1.4.3
 constexpr double leastIndicatorContrast = 3; // WCAG 2, 1.4.11
 constexpr int macrosTab = 2;
+constexpr int lightingTab = 3;
 constexpr QSize windowSize(1200, 760);
 
 struct Scene
@@ -46,6 +53,7 @@ struct Scene
     const char *name;
     int tab;
     void (*open)(const Hub &hub); ///< null: only the tab
+    bool isSheet = true;          ///< what is opened
 };
 
 void choose(const Hub &hub, const char *gear, int tag)
@@ -63,8 +71,33 @@ void editEvent(const Hub &hub, int row)
 const std::array scenes{
     Scene{"keys", 0, nullptr},
     Scene{"profiles", 1, nullptr},
-    Scene{"macros", macrosTab, [](const Hub &hub) { hub.find<TableView>("mMacroTableView")->selectRow(0); }},
-    Scene{"lighting", 3, nullptr},
+    Scene{"macros", macrosTab, [](const Hub &hub) { hub.find<TableView>("mMacroTableView")->selectRow(0); }, false},
+    Scene{"lighting", lightingTab, nullptr},
+    Scene{"lighting-cycling-dim", lightingTab,
+          [](const Hub &hub) {
+              hub.find<RadioGroup>("mLighting")->findChildren<QRadioButton *>().at(1)->click();
+              hub.find<QSlider>("mBrightnessValue")->setValue(1);
+          },
+          false},
+    Scene{"lighting-off", lightingTab, [](const Hub &hub) { hub.find<QSlider>("mBrightnessValue")->setValue(0); },
+          false},
+    Scene{"lighting-versions", lightingTab,
+          [](const Hub &hub) {
+              hub.controller->setDriverVersions();
+              QTRY_VERIFY(!hub.find<QLabel>("mFirmwareVersion")->text().isEmpty());
+          },
+          false},
+    Scene{"lighting-asking", lightingTab,
+          [](const Hub &hub) {
+              hub.find<QLabel>("mDriverVersion")->setText(u"1.0"_s);
+              hub.controller->lightingController()->startProgresIndicatorAnimation();
+          },
+          false},
+    Scene{"keys-off", 0, [](const Hub &hub) { hub.find<QSlider>("mBrightnessValue")->setValue(0); }, false},
+    Scene{"keys-dim", 0, [](const Hub &hub) { hub.find<QSlider>("mBrightnessValue")->setValue(1); }, false},
+    Scene{"keys-cycling", 0,
+          [](const Hub &hub) { hub.find<RadioGroup>("mLighting")->findChildren<QRadioButton *>().at(1)->click(); },
+          false},
     Scene{"maintenance", 4, nullptr},
     Scene{"single-key-sheet", 0,
           [](const Hub &hub) { hub.find<Sheet>("mSingleKeyWindow")->beginSheet(hub.window.get()); }},
@@ -79,7 +112,8 @@ const std::array scenes{
           [](const Hub &hub) { choose(hub, "mSettingsProfile", ProfileCommands::deleteProfile); }},
     Scene{"profile-restoring", 1,
           [](const Hub &hub) { choose(hub, "mSettingsProfile", ProfileCommands::restoreDefault); }},
-    Scene{"lighting-restoring", 3, [](const Hub &hub) { hub.find<QPushButton>("mRestoreSettings")->click(); }},
+    Scene{"lighting-restoring", lightingTab,
+          [](const Hub &hub) { hub.find<QPushButton>("mRestoreSettings")->click(); }},
     Scene{"communication-error", 0, [](const Hub &hub) { hub.controller->showErrorForErrorCode(0); }},
     Scene{"device-not-found", 0, [](const Hub &hub) { hub.controller->showErrorDialog(); }},
     Scene{"restoring-state", 0, [](const Hub &hub) { hub.controller->showRestoringStateWindow(); }},
@@ -123,6 +157,8 @@ private Q_SLOTS:
     void cleanup();
     void drawsTheWindow_data();
     void drawsTheWindow();
+    void drawsTheHelp_data();
+    void drawsTheHelp();
     void disabledControlsLookDisabled_data();
     void disabledControlsLookDisabled();
     void whatIsNotTickedIsSeenOnADarkDesktop();
@@ -205,7 +241,7 @@ void ScreenshotsTest::drawsTheWindow()
         shown.open(*mHub);
     QCoreApplication::processEvents(); // a changed palette reaches the widgets by events
     Sheet *sheet = shownSheet();
-    QCOMPARE(sheet != nullptr, shown.open && qstrcmp(shown.name, "macros") != 0);
+    QCOMPARE(sheet != nullptr, shown.open && shown.isSheet);
     QWidget *front = mHub->window.get();
     if (sheet) {
         QVERIFY(QTest::qWaitForWindowExposed(sheet));
@@ -218,13 +254,56 @@ void ScreenshotsTest::drawsTheWindow()
     QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
 }
 
+void ScreenshotsTest::drawsTheHelp_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<QString>("query");
+    for (const auto &[language, query] : {std::pair("en", u"brightness"_s), std::pair("fr", u"macro"_s)}) {
+        for (const bool isDark : {false, true}) {
+            const char *palette = isDark ? "dark" : "light";
+            QTest::addRow("help-%s-%s", language, palette) << QString::fromLatin1(language) << isDark << QString();
+            QTest::addRow("help-search-%s-%s", language, palette) << QString::fromLatin1(language) << isDark << query;
+        }
+    }
+}
+
+void ScreenshotsTest::drawsTheHelp()
+{
+    QFETCH(QString, language);
+    QFETCH(bool, isDark);
+    QFETCH(QString, query);
+    openWindow(language, isDark);
+    mHub->find<QPushButton>("mHelpButton")->click();
+    const QWidgetList all = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find(all, u"helpViewer"_s, &QWidget::objectName);
+    QVERIFY(found != all.end());
+    QWidget *help = *found;
+    QVERIFY(QTest::qWaitForWindowExposed(help));
+    auto *list = help->findChild<QListWidget *>(u"helpList"_s);
+    const int pages = list->count();
+    if (!query.isEmpty()) {
+        QTest::keyClicks(help->findChild<QLineEdit *>(u"helpSearch"_s), query);
+        QTRY_VERIFY(list->count() > 0 && list->count() < pages);
+        QTest::keyClick(help->findChild<QLineEdit *>(u"helpSearch"_s), Qt::Key_Return);
+    }
+    QCoreApplication::processEvents();
+    save(drawnWithSheet(help, nullptr));
+    const QStringList faults = cutTexts(help) + faintTexts(help, leastTextContrast);
+    help->close(); // which deletes it
+    QCoreApplication::sendPostedEvents(help, QEvent::DeferredDelete);
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+}
+
 void ScreenshotsTest::disabledControlsLookDisabled_data()
 {
     QTest::addColumn<bool>("isDark");
     QTest::addColumn<int>("tab");
     for (const bool isDark : {false, true}) {
-        for (int tab = 0; tab < 4; ++tab) // the maintenance tab has no controls
-            QTest::addRow("%s-absent-%s", scenes[size_t(tab)].name, isDark ? "dark" : "light") << isDark << tab;
+        // The maintenance tab has no controls.
+        for (const auto &[tab, name] : {std::pair(0, "keys"), std::pair(1, "profiles"), std::pair(macrosTab, "macros"),
+                                        std::pair(lightingTab, "lighting")})
+            QTest::addRow("%s-absent-%s", name, isDark ? "dark" : "light") << isDark << tab;
     }
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/keyboardlightingcontroller.h"
+#include "app/util/text.h"
 #include "lighting/lightingdelegate.h"
 #include "platform/addresses.h"
 #include "platform/colorwell.h"
@@ -482,6 +483,7 @@ void KeyboardLightingControllerTest::restoreAsksFirst()
     QCOMPARE(alert()->parentWidget(), mWindow.get());
     QCOMPARE(alert()->findChild<QLabel *>(u"alertTitle"_s)->text(),
              u"Restore the profile “Work” to its default settings?"_s);
+    QCOMPARE(alert()->findChild<QLabel *>(u"alertDescription"_s)->text(), localizedText("lkeyRestoreDefaultDesc"));
     QCOMPARE(alert()->findChild<QPushButton *>(u"alertDefaultButton"_s)->text(), u"OK"_s);
     QCOMPARE(alert()->findChild<QPushButton *>(u"alertAlternativeButton"_s)->text(), u"Cancel"_s);
 }
@@ -610,6 +612,13 @@ void KeyboardLightingControllerTest::awakeningEmptiesTheDictionaries()
     QVERIFY(mController->userSettingsDict().isEmpty());
     QVERIFY(mController->lightingSettingsDict().isEmpty());
     QVERIFY(mController->deviceSettingsDict().isEmpty());
+    // An empty record is one that is shown, other than none.
+    mController->updateUISettings();
+    QVERIFY(!outlet<QCheckBox>("mMain")->isChecked());
+    QVERIFY(outlet<QLabel>("mProfileNameLabel")->text().isEmpty());
+    QCOMPARE(outlet<QSlider>("mBrightnessValue")->value(), 0);
+    QVERIFY(!outlet<QCheckBox>("mEnableAddOnHighlight")->isChecked());
+    QVERIFY(mDelegate.sent.isEmpty());
 }
 
 void KeyboardLightingControllerTest::versionFieldsCanBeReplaced()

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void typingAQueryLeavesThePageAlone();
     void isUsedByKeyboardAlone();
     void followsTheColorsOfTheDesktop();
+    void linksAreSeenOnADarkDesktopThatLeavesThemDark();
     void everyControlHasAName();
     void viewerShowsOneWindow();
     void viewerWithoutABookShowsNothing();
@@ -46,6 +47,8 @@ private:
     {
         return mWindow->findChild<QAbstractButton *>(QLatin1StringView(name));
     }
+    /// Of the first link of the page.
+    QColor linkColor() const;
     QString shown() const { return browser()->source().fileName(); }
     static QWidgetList viewers();
 
@@ -199,17 +202,19 @@ void HelpWindowTest::isUsedByKeyboardAlone()
     QVERIFY(!mWindow->isVisible());
 }
 
+QColor HelpWindowTest::linkColor() const
+{
+    for (QTextBlock block = browser()->document()->begin(); block.isValid(); block = block.next()) {
+        for (auto at = block.begin(); !at.atEnd(); ++at) {
+            if (at.fragment().charFormat().isAnchor())
+                return at.fragment().charFormat().foreground().color();
+        }
+    }
+    return {};
+}
+
 void HelpWindowTest::followsTheColorsOfTheDesktop()
 {
-    const auto linkColor = [this] {
-        for (QTextBlock block = browser()->document()->begin(); block.isValid(); block = block.next()) {
-            for (auto at = block.begin(); !at.atEnd(); ++at) {
-                if (at.fragment().charFormat().isAnchor())
-                    return at.fragment().charFormat().foreground().color();
-            }
-        }
-        return QColor();
-    };
     const QPalette before = QApplication::palette();
     const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
     QPalette dark = before;
@@ -221,6 +226,24 @@ void HelpWindowTest::followsTheColorsOfTheDesktop()
     QCOMPARE(shown(), u"index.html"_s);
     const QImage picture = browser()->viewport()->grab().toImage();
     QCOMPARE(picture.pixelColor(2, 2), QColor(Qt::black));
+}
+
+void HelpWindowTest::linksAreSeenOnADarkDesktopThatLeavesThemDark()
+{
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+    QCOMPARE(linkColor(), before.color(QPalette::Link));
+    QPalette dark = before;
+    dark.setColor(QPalette::Base, QColor(0x1f, 0x21, 0x24));
+    dark.setColor(QPalette::Text, Qt::white);
+    dark.setColor(QPalette::Link, Qt::blue);
+    QApplication::setPalette(dark);
+    QTRY_VERIFY(linkColor().lightness() > 180);
+    QCOMPARE(linkColor().hslHue(), QColor(Qt::blue).hslHue());
+    // A page that is opened after it, too.
+    mWindow->gotoPage(u"keys.html"_s);
+    mWindow->gotoPage(u"index.html"_s);
+    QVERIFY(linkColor().lightness() > 180);
 }
 
 void HelpWindowTest::everyControlHasAName()
