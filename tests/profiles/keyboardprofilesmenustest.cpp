@@ -7,10 +7,13 @@
 
 #include <QAction>
 #include <QContextMenuEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <QStyleOption>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -19,14 +22,15 @@ class KeyboardProfilesMenusTest : public ProfilesTabFixture
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources"); }
     void init() { openTab(); }
     void cleanup() { closeTab(); }
 
-    void restoreKeepsTheName();
-    void cancelledRestoreChangesNothing();
     void removeApplicationClearsTheFourKeysAndTheSwitch();
     void gearMenuRenamesTheSelectedRow();
     void gearDeleteEndsAPendingRename();
+    void theGearIsAPictureAlone();
+    void bothMenusListTheCommandsInOrder();
     void gearMenuEnablesCommands_data();
     void gearMenuEnablesCommands();
     void contextMenuEnablesCommands_data();
@@ -38,35 +42,11 @@ private Q_SLOTS:
     void f2RenamesWhicheverColumnIsCurrent();
     void theDeleteKeyAsks();
     void theDeleteKeySparesTheLastProfile();
-    void anAlertGoesWithTheProfileThatItNames_data();
-    void anAlertGoesWithTheProfileThatItNames();
-    void anAlertStaysWhileItsProfileDoes();
-    void aLongNameIsShortenedInTheAlert();
     void commandsForAProfileNeedASelectedOne_data();
     void commandsForAProfileNeedASelectedOne();
     void unknownTagsDoNothing();
     void keyEquivalentsReachOnlyTheNameEditor();
 };
-
-void KeyboardProfilesMenusTest::restoreKeepsTheName()
-{
-    fill({u"A"_s, u"Work"_s}, 1);
-    choose(ProfileCommands::restoreDefault);
-    QVERIFY(alert());
-    QCOMPARE(alert()->findChild<QLabel *>(u"alertTitle"_s)->text(),
-             u"Restore the profile “Work” to its default settings?"_s);
-    press("alertDefaultButton"_L1);
-    QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
-    QCOMPARE(mDelegate->calls.first().settings, profileNamed(u"Work"_s));
-}
-
-void KeyboardProfilesMenusTest::cancelledRestoreChangesNothing()
-{
-    fill({u"A"_s, u"Work"_s}, 1);
-    choose(ProfileCommands::restoreDefault);
-    press("alertAlternativeButton"_L1);
-    QVERIFY(mDelegate->calls.isEmpty());
-}
 
 void KeyboardProfilesMenusTest::removeApplicationClearsTheFourKeysAndTheSwitch()
 {
@@ -98,6 +78,66 @@ void KeyboardProfilesMenusTest::gearDeleteEndsAPendingRename()
     QCOMPARE(table()->selectedRow(), 1);
     QVERIFY(alert());
     QVERIFY(mDelegate->calls.isEmpty());
+}
+
+namespace {
+
+/// Remembers what a tool button was drawn with.
+class NotingStyle : public QProxyStyle
+{
+public:
+    using QProxyStyle::QProxyStyle;
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
+                            const QWidget *widget) const override
+    {
+        if (const auto *button = qstyleoption_cast<const QStyleOptionToolButton *>(option))
+            drawn = *button;
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+    }
+
+    mutable std::optional<QStyleOptionToolButton> drawn;
+};
+
+} // namespace
+
+void KeyboardProfilesMenusTest::theGearIsAPictureAlone()
+{
+    auto *gear = outlet<PulldownButton>("mSettingsProfile");
+    NotingStyle style(u"Fusion"_s);
+    gear->setStyle(&style);
+    (void)gear->grab();
+    QVERIFY(style.drawn);
+    QVERIFY(style.drawn->text.isEmpty());
+    QVERIFY(!style.drawn->icon.isNull());
+    QVERIFY(!style.drawn->features.testFlag(QStyleOptionToolButton::HasMenu)); // that is the arrow
+    QCOMPARE(gear->popupMode(), QToolButton::InstantPopup);
+    const auto picture = [gear](QIcon::Mode mode) { return gear->icon().pixmap(16, 16, mode).toImage(); };
+    QVERIFY(picture(QIcon::Normal) != picture(QIcon::Disabled));
+    gear->setStyle(nullptr);
+}
+
+void KeyboardProfilesMenusTest::bothMenusListTheCommandsInOrder()
+{
+    fill({u"A"_s, u"B"_s});
+    const QStringList titles{u"Rename"_s,
+                             u"New"_s,
+                             u"Import…"_s,
+                             u"Export…"_s,
+                             u"Delete…"_s,
+                             u"Copy"_s,
+                             u"Assign Application…"_s,
+                             u"Remove Application"_s,
+                             u"Restore Default…"_s};
+    const std::unique_ptr<QMenu> contextMenu(outlet<QLTableView>("mProfilesTableView")->makeContextMenu());
+    for (const QMenu *menu : {outlet<PulldownButton>("mSettingsProfile")->menu(), contextMenu.get()}) {
+        QStringList shown;
+        for (const QAction *item : menu->actions()) {
+            shown += item->text();
+            QCOMPARE(item->data().toInt(), int(shown.size()));
+        }
+        QCOMPARE(shown, titles);
+    }
 }
 
 namespace {
@@ -264,52 +304,6 @@ void KeyboardProfilesMenusTest::theDeleteKeySparesTheLastProfile()
     table()->setFocus();
     QTest::keyClick(table(), Qt::Key_Delete);
     QVERIFY(!alert());
-}
-
-void KeyboardProfilesMenusTest::anAlertGoesWithTheProfileThatItNames_data()
-{
-    QTest::addColumn<int>("tag");
-    QTest::newRow("delete") << int(ProfileCommands::deleteProfile);
-    QTest::newRow("restore") << int(ProfileCommands::restoreDefault);
-}
-
-void KeyboardProfilesMenusTest::anAlertGoesWithTheProfileThatItNames()
-{
-    QFETCH(int, tag);
-    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
-    choose(tag);
-    QVERIFY(alert());
-    // As when the application in front has switched profiles.
-    mDelegate->active = 2;
-    mDelegate->refresh();
-    QVERIFY(!alert());
-    QVERIFY(mDelegate->calls.isEmpty());
-    choose(tag);
-    press("alertDefaultButton"_L1);
-    QCOMPARE(mDelegate->calls.size(), 1);
-}
-
-void KeyboardProfilesMenusTest::anAlertStaysWhileItsProfileDoes()
-{
-    fill({u"A"_s, u"B"_s}, 1);
-    choose(ProfileCommands::deleteProfile);
-    mDelegate->profiles.prepend(profileNamed(u"New"_s));
-    mDelegate->active = 2;
-    mDelegate->refresh();
-    QVERIFY(alert());
-    press("alertDefaultButton"_L1);
-    QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
-    QCOMPARE(mDelegate->calls.first().profileID, 2);
-}
-
-void KeyboardProfilesMenusTest::aLongNameIsShortenedInTheAlert()
-{
-    fill({u"A"_s, u"Start "_s + u"many words "_s.repeated(1000) + u"End"_s}, 1);
-    choose(ProfileCommands::deleteProfile);
-    const auto *title = alert()->findChild<QLabel *>(u"alertTitle"_s);
-    QVERIFY(title->text().startsWith(u"Delete the profile “Start"_s));
-    QVERIFY(title->text().endsWith(u"End”?"_s));
-    QVERIFY(title->text().contains(u'…'));
 }
 
 void KeyboardProfilesMenusTest::commandsForAProfileNeedASelectedOne_data()

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+// The alerts that ask before a delete and a restore, and what their answers do.
+#include "tests/profiles/profilestabfixture.h"
+
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+class KeyboardProfilesAlertsTest : public ProfilesTabFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { openTab(); }
+    void cleanup() { closeTab(); }
+
+    void restoreKeepsTheName();
+    void cancelledRestoreChangesNothing();
+    void anAlertGoesWithTheProfileThatItNames_data();
+    void anAlertGoesWithTheProfileThatItNames();
+    void anAlertStaysWhileItsProfileDoes();
+    void aLongNameIsShortenedInTheAlert();
+};
+
+void KeyboardProfilesAlertsTest::restoreKeepsTheName()
+{
+    fill({u"A"_s, u"Work"_s}, 1);
+    choose(ProfileCommands::restoreDefault);
+    QVERIFY(alert());
+    QCOMPARE(alert()->findChild<QLabel *>(u"alertTitle"_s)->text(),
+             u"Restore the profile “Work” to its default settings?"_s);
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+    QCOMPARE(mDelegate->calls.first().settings, profileNamed(u"Work"_s));
+}
+
+void KeyboardProfilesAlertsTest::cancelledRestoreChangesNothing()
+{
+    fill({u"A"_s, u"Work"_s}, 1);
+    choose(ProfileCommands::restoreDefault);
+    press("alertAlternativeButton"_L1);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void KeyboardProfilesAlertsTest::anAlertGoesWithTheProfileThatItNames_data()
+{
+    QTest::addColumn<int>("tag");
+    QTest::newRow("delete") << int(ProfileCommands::deleteProfile);
+    QTest::newRow("restore") << int(ProfileCommands::restoreDefault);
+}
+
+void KeyboardProfilesAlertsTest::anAlertGoesWithTheProfileThatItNames()
+{
+    QFETCH(int, tag);
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    choose(tag);
+    QVERIFY(alert());
+    // As when the application in front has switched profiles.
+    mDelegate->active = 2;
+    mDelegate->refresh();
+    QVERIFY(!alert());
+    QVERIFY(mDelegate->calls.isEmpty());
+    choose(tag);
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate->calls.size(), 1);
+}
+
+void KeyboardProfilesAlertsTest::anAlertStaysWhileItsProfileDoes()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    choose(ProfileCommands::deleteProfile);
+    mDelegate->profiles.prepend(profileNamed(u"New"_s));
+    mDelegate->active = 2;
+    mDelegate->refresh();
+    QVERIFY(alert());
+    press("alertDefaultButton"_L1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
+    QCOMPARE(mDelegate->calls.first().profileID, 2);
+}
+
+void KeyboardProfilesAlertsTest::aLongNameIsShortenedInTheAlert()
+{
+    fill({u"A"_s, u"Start "_s + u"many words "_s.repeated(1000) + u"End"_s}, 1);
+    choose(ProfileCommands::deleteProfile);
+    const auto *title = alert()->findChild<QLabel *>(u"alertTitle"_s);
+    QVERIFY(title->text().startsWith(u"Delete the profile “Start"_s));
+    QVERIFY(title->text().endsWith(u"End”?"_s));
+    QVERIFY(title->text().contains(u'…'));
+}
+
+QTEST_MAIN(KeyboardProfilesAlertsTest)
+#include "keyboardprofilesalertstest.moc"
