@@ -335,6 +335,9 @@ void KeyboardProfilesControllerTest::deleteButtonNeedsADeviceAndAnotherProfile()
     QVERIFY(!button->isEnabled());
     mController->setControlsState(true);
     QVERIFY(!button->isEnabled());
+    mController->setMAllProfilesArray({});
+    mController->refreshTableDisplay();
+    QVERIFY(button->isEnabled());
 }
 
 void KeyboardProfilesControllerTest::onScreenDisplayBoxSendsANumber()

@@ -114,6 +114,9 @@ private slots:
     void cancelledExportWritesNothing()
     {
         choose(ProfileCommands::exportProfile);
+        const QPointer<SavePanel> earlier = mController->profileSavePanel();
+        choose(ProfileCommands::exportProfile);
+        QVERIFY(!earlier);
         mController->profileSavePanel()->setDirectory(mFolder->path());
         mController->profileSavePanel()->reject();
         QVERIFY(QDir(mFolder->path()).entryList({u"*.KestraProfile"_s}).isEmpty());

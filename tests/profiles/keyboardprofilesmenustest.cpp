@@ -149,6 +149,7 @@ void addMenuRows(bool isGearMenu)
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("application");
     QTest::addColumn<QList<int>>("disabled");
+    QTest::newRow("no profile") << 0 << -1 << QString() << QList<int>{removeApplication};
     QTest::newRow("one profile") << 1 << 0 << QString() << QList<int>{deleteProfile, removeApplication};
     QTest::newRow("one profile, none selected")
         << 1 << -1 << QString()
@@ -361,6 +362,10 @@ void KeyboardProfilesMenusTest::keyEquivalentsReachOnlyTheNameEditor()
     QTest::keyClicks(editor(), u"xy"_s);
     QTest::keyClick(editor(), Qt::Key_A, Qt::ControlModifier);
     QCOMPARE(editor()->selectedText(), editor()->text());
+    // What the editor has no use for is the window's.
+    QTest::keyClick(editor(), Qt::Key_K, Qt::ControlModifier);
+    QCOMPARE(triggered, 2);
+    QCOMPARE(table()->editedRow(), 0);
 }
 
 QTEST_MAIN(KeyboardProfilesMenusTest)
