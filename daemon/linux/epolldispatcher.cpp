@@ -43,11 +43,12 @@ EpollDispatcher::EpollDispatcher(QObject *parent)
         qFatal("EpollDispatcher: %s", qUtf8Printable(qt_error_string(errno))); // as Qt's own would
     mNotifiers.reserve(usualCount);
     mTimers.reserve(usualCount);
-    wakeUp(); // what was posted before there was a dispatcher
+    EpollDispatcher::wakeUp(); // what was posted before there was a dispatcher
 }
 
 EpollDispatcher::~EpollDispatcher()
 {
+    (void)mIsWoken.exchange(true); // whoever has interrupted its thread for the last time is done
     ::close(mWakeUp);
     ::close(mEpoll);
 }
@@ -82,7 +83,8 @@ void EpollDispatcher::sendPosted()
 {
     quint64 wakes = 0;
     [[maybe_unused]] const ssize_t size = ::read(mWakeUp, &wakes, sizeof wakes);
-    mIsWoken = false; // from here on, what is posted wakes anew
+    // From here on, what is posted wakes anew. What was done before a wake-up is seen from here on, too.
+    (void)mIsWoken.exchange(false);
     QCoreApplication::sendPostedEvents();
 }
 

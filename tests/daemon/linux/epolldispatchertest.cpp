@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // This program's own event loops are that of the dispatcher, and so is that of a second thread.
 #include "daemon/linux/epolldispatcher.h"
+#include "daemon/handover.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -271,13 +272,11 @@ void EpollDispatcherTest::callsOfOtherThreadsAreDoneInTheirOrder()
     std::atomic<int> done = 0;
     std::atomic<int> wrong = 0;
     for (int call = 0; call < calls; ++call) {
-        QMetaObject::invokeMethod(
-            &target,
-            [&done, &wrong, call] {
-                if (done++ != call)
-                    ++wrong;
-            },
-            call % 100 == 99 ? Qt::BlockingQueuedConnection : Qt::QueuedConnection);
+        QMetaObject::invokeMethod(&target, HandOver::Call{[&done, &wrong, call] {
+            if (done++ != call)
+                ++wrong;
+        }},
+                                  call % 100 == 99 ? Qt::BlockingQueuedConnection : Qt::QueuedConnection);
     }
     QTRY_COMPARE(done.load(), calls);
     QCOMPARE(wrong.load(), 0);
@@ -291,8 +290,7 @@ void EpollDispatcherTest::callsPostedBeforeTheThreadStartsAreDone()
     QObject target;
     target.moveToThread(&thread);
     std::atomic<bool> isDone = false;
-    QMetaObject::invokeMethod(
-        &target, [&isDone] { isDone = true; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&target, HandOver::Call{[&isDone] { isDone = true; }}, Qt::QueuedConnection);
     thread.setEventDispatcher(new EpollDispatcher);
     thread.start();
     QTRY_VERIFY(isDone);
