@@ -14,7 +14,9 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDBusConnection>
+#include <QDBusPendingCall>
 #include <QDir>
+#include <QFontMetrics>
 #include <QLocale>
 #include <QTimer>
 #include <QWindow>
@@ -81,6 +83,10 @@ void reportReady()
     std::fflush(stdout);
 }
 
+/// How long the window waits for a daemon before it is shown as it is without one. A daemon that has work to do answers
+/// within a few milliseconds.
+constexpr std::chrono::milliseconds signOfLifeLimit(250);
+
 /// Reads the list of the fonts, for which the first text would wait otherwise. To be run beside the main thread, which
 /// waits for the display meanwhile. Qt is linked with the library or does without it, so nothing is to be loaded.
 void prepareFonts()
@@ -120,15 +126,19 @@ int runConfigurator(int argc, char *argv[])
     QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
     const Launch launch = parseCommandLine(application);
 
-    const std::jthread bus([] { QDBusConnection::sessionBus(); }); // connects while the widgets are made
-    MainWindow window;
-    KeyboardMainController controller(services());
-    SingleInstance instance(DaemonProtocol::configuratorIdentifier);
+    std::jthread bus([] { QDBusConnection::sessionBus(); });
+    QFontMetrics(QApplication::font()).height(); // loads the font of all texts while the bus is connected
+    bus.join();
+    const SingleInstance instance(DaemonProtocol::configuratorIdentifier);
     if (instance.isAnotherRunning()) {
         // Two would take each other's replies from the one reply port.
         instance.activateOther();
         return 0;
     }
+    // Answered while the widgets are made.
+    QDBusPendingCall daemon = RemoteMessagePort::askForSignOfLife(DaemonProtocol::requestPortName, signOfLifeLimit);
+    MainWindow window;
+    KeyboardMainController controller(services());
     window.assemble(&controller);
     Keyboard_ConfiguratorAppDelegate delegate(&window, &controller);
     const TerminationSignals terminationSignals;
@@ -154,13 +164,14 @@ int runConfigurator(int argc, char *argv[])
         window.activateWindow();
     });
     const auto launchNow = [&delegate, userInfo] { delegate.applicationDidFinishLaunching(userInfo); };
+    window.winId(); // made by the display while the reply port gets its connection, for which the opening waits
     // Opening takes a few milliseconds with a daemon, and the window appears as it is then, laid out and painted once.
-    // Without one it blocks for seconds; the window is painted before.
-    const bool hasDaemon = RemoteMessagePort::open(DaemonProtocol::requestPortName).has_value();
-    if (hasDaemon)
-        launchNow();
-    else
+    // Without one, or with one that is stuck, it blocks for seconds; the window is painted before.
+    daemon.waitForFinished();
+    if (daemon.isError())
         new AfterPainting(&window, launchNow);
+    else
+        launchNow();
     window.show();
     return QApplication::exec();
 }

@@ -4,7 +4,7 @@
 uses, next to an empty window with as many buttons. Both run in turn on a virtual display, the configurator with a real
 daemon on a private session bus.
 
-Usage: startup.py FOLDER_OF_THE_EXECUTABLES [--runs N] [--json FILE]
+Usage: startup.py FOLDER_OF_THE_EXECUTABLES [--runs N] [--json FILE] [--precedence]
 """
 
 import argparse
@@ -147,7 +147,12 @@ def main():
     parser.add_argument("binaries", type=Path, help="folder of the executables, for example build/release/bin")
     parser.add_argument("--runs", type=int, default=15, help="counted runs of each program (default 15)")
     parser.add_argument("--json", type=Path, help="also write every measurement to this file")
+    parser.add_argument("--precedence", action="store_true",
+                        help="run all that is measured, with the display and the bus, ahead of other programs "
+                             "(real-time scheduling, which root may ask for)")
     arguments = parser.parse_args()
+    if arguments.precedence:
+        os.sched_setscheduler(0, os.SCHED_RR, os.sched_param(1))
     results = run(arguments.binaries.resolve(), arguments.runs)
     print(f"{arguments.runs} runs each, in turn; medians:")
     summary(results)

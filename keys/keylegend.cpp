@@ -45,9 +45,12 @@ Lettering letteringFor(const QString &longest, qreal pixels, qreal width, QFont:
 {
     constexpr int smallestPixels = 6;
     constexpr qreal narrowest = 0.82;
-    const QFont font = keyLegendFont(std::max(smallestPixels, qRound(pixels)), weight);
+    QFont font = keyLegendFont(std::max(smallestPixels, qRound(pixels)), weight);
+    const bool isOneCharacter = longest.size() <= 1;
+    if (isOneCharacter)
+        font.setStyleStrategy(QFont::PreferNoShaping); // it is for characters beside each other, and slow
     Lettering lettering{.font = font, .metrics = QFontMetricsF(font)};
-    if (longest.size() <= 1)
+    if (isOneCharacter)
         return lettering; // fits on every key
     const qreal share = std::min<qreal>(1, width / std::max<qreal>(1, measuredWidth(lettering.metrics, font, longest)));
     lettering.horizontalScale = share;

@@ -3,6 +3,7 @@
 
 #include "keys/cachedpixmap.h"
 #include "keys/keymapping.h"
+#include "platform/lowbands.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -111,7 +112,14 @@ void paintDisc(QPainter &painter, const Disc &disc)
     const qreal rim = disc.size * 0.07;
     painter.setPen(disc.hasRim ? QPen(QColor(255, 255, 255, 210), rim) : QPen(Qt::NoPen));
     painter.setBrush(disc.color);
-    painter.drawEllipse(QRectF(rim / 2, rim / 2, disc.size - rim, disc.size - rim));
+    constexpr int spansPerLine = 12; // its edges are shades
+    const QRectF outline(rim / 2, rim / 2, disc.size - rim, disc.size - rim);
+    for (const QRect &band : lowBands(QRectF(0, 0, disc.size, disc.size).toAlignedRect(),
+                                      spansPerLine * painter.device()->devicePixelRatio())) {
+        painter.setClipRect(QRectF(band));
+        painter.drawEllipse(outline);
+    }
+    painter.setClipping(false);
     painter.translate(disc.size / 2, disc.size / 2);
     painter.scale(disc.size / 2, disc.size / 2);
     const Glyph glyph = glyphOf(disc.mark);

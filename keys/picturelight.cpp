@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "keys/picturelight.h"
 
+#include "platform/lowbands.h"
+
 #include <QLinearGradient>
 #include <QPainter>
 #include <QRegion>
@@ -102,8 +104,10 @@ void PictureLight::paint(QPainter &painter, const QList<QRect> &keys, qreal unit
         for (const QRect &key : keys)
             glow |= key.adjusted(-reach, -reach, reach, reach);
         painter.setOpacity(ring.opacity * mSettings.brightness / Backlight::maximumBrightness);
-        for (const QRect &part : glow)
-            painter.fillRect(part, brush);
+        for (const QRect &part : glow) {
+            for (const QRect &band : lowBands(part, painter.device()->devicePixelRatio()))
+                painter.fillRect(band, brush);
+        }
     }
     painter.restore();
 }

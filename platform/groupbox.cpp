@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/groupbox.h"
 
+#include "platform/lowbands.h"
+
+#include <QPaintEvent>
 #include <QPainter>
 #include <QStyleOptionGroupBox>
 
-void GroupBox::paintEvent(QPaintEvent *)
+void GroupBox::paintEvent(QPaintEvent *event)
 {
     constexpr int distance = 3; // of the frame from the contents
     constexpr int frameAlpha = 45;
@@ -21,7 +24,12 @@ void GroupBox::paintEvent(QPaintEvent *)
     frame.setAlpha(frameAlpha);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(frame);
-    const QRectF contents = place(QStyle::SC_GroupBoxContents);
-    painter.drawRoundedRect(contents.adjusted(-distance + 0.5, -distance + 0.5, distance - 0.5, distance - 0.5), radius,
-                            radius);
+    const QRect outline = place(QStyle::SC_GroupBoxContents).adjusted(-distance, -distance, distance, distance);
+    constexpr int spansPerLine = 2;
+    // At some scales the outline reaches beyond its rectangle.
+    const QRect drawn = outline.adjusted(-1, -1, 1, 1) & event->rect();
+    for (const QRect &band : lowBands(drawn, spansPerLine * devicePixelRatio())) {
+        painter.setClipRect(QRectF(band));
+        painter.drawRoundedRect(QRectF(outline).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    }
 }

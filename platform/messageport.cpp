@@ -77,6 +77,15 @@ std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
     return RemoteMessagePort(busName);
 }
 
+QDBusPendingCall RemoteMessagePort::askForSignOfLife(const QString &name, std::chrono::milliseconds limit)
+{
+    // Not a ping, which the bus connection of the other process answers by itself.
+    QDBusMessage question = QDBusMessage::createMethodCall(messagePortBusName(name), objectPath,
+                                                           u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s);
+    question.setAutoStartService(false);
+    return QDBusConnection::sessionBus().asyncCall(question, milliseconds(limit));
+}
+
 RemoteMessagePort::SendStatus RemoteMessagePort::sendRequest(qint32 messageIdentifier, const QByteArray &data,
                                                              std::chrono::milliseconds /*sendTimeout*/,
                                                              std::chrono::milliseconds receiveTimeout,

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QDBusConnection>
+#include <QDBusPendingCall>
 #include <QObject>
 #include <QString>
 
@@ -58,6 +59,10 @@ public:
 
     /// Asks the bus whether the name has an owner; absent if not. Never starts a service.
     [[nodiscard]] static std::optional<RemoteMessagePort> open(const QString &name);
+
+    /// Asks the thread that serves the port for a sign of life, without waiting: the call ends with an error when there
+    /// is no such port, or when its thread is silent for `limit`. Never starts a service.
+    [[nodiscard]] static QDBusPendingCall askForSignOfLife(const QString &name, std::chrono::milliseconds limit);
 
     /// Sends one message and waits for its answer, at most `receiveTimeout` after it was sent. The bus takes a
     /// message at once or not at all, so `sendTimeout` never passes. No data is an empty array.

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tabview.h"
 
+#include "platform/lowbands.h"
 #include "platform/tabbaraccessibility.h"
 
 #include <QAccessible>
-#include <QEvent>
+#include <QPaintEvent>
 #include <QStackedWidget>
 #include <QStyleOptionTabWidgetFrame>
+#include <QStylePainter>
 #include <QTabBar>
 
 #include <algorithm>
@@ -59,4 +61,20 @@ bool TabView::event(QEvent *event)
         mLaidOutSizes = sizes;
     }
     return QTabWidget::event(event);
+}
+
+/// The base class's painting, in strips.
+void TabView::paintEvent(QPaintEvent *event)
+{
+    constexpr int spansPerLine = 2; // of one outline
+    QStyleOptionTabWidgetFrame option;
+    initStyleOption(&option);
+    option.rect = style()->subElementRect(QStyle::SE_TabWidgetTabPane, &option, this);
+    QStylePainter painter(this);
+    // At some scales an outline reaches beyond its rectangle.
+    const QRect drawn = option.rect.adjusted(-1, -1, 1, 1) & event->rect();
+    for (const QRect &band : lowBands(drawn, spansPerLine * devicePixelRatio())) {
+        painter.setClipRect(QRectF(band));
+        painter.drawPrimitive(QStyle::PE_FrameTabWidget, option);
+    }
 }

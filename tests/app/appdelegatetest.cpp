@@ -34,6 +34,7 @@ private Q_SLOTS:
     void keepsTheLastSelectedKeyWhenItEndsWaiting();
     void waitsInTheBackgroundAndEndsBySignal();
     void leavesThePlaceToTheFirstInstance();
+    void noticesTheFirstInstanceBeforeItMakesWidgets();
     void stopsARecordingWhenItResignsActive();
     void quitsAfterTheLastWindow();
     void quitsOnSignals_data();
@@ -180,13 +181,15 @@ void AppDelegateTest::keepsTheLastSelectedKeyWhenItEndsWaiting()
 
 namespace {
 
-/// The program as a process, without the right to end daemons that are not the test's.
-std::unique_ptr<QProcess> configurator(const QStringList &arguments = {})
+/// The program as a process, without the right to end daemons that are not the test's. `variable` is set to 1 for it.
+std::unique_ptr<QProcess> configurator(const QStringList &arguments = {}, const QString &variable = {})
 {
     auto process = std::make_unique<QProcess>();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"KESTRA_BENCH_READY"_s, u"1"_s);
     environment.insert(u"KESTRA_SPARE_DAEMONS"_s, u"1"_s);
+    if (!variable.isEmpty())
+        environment.insert(variable, u"1"_s);
     process->setProcessEnvironment(environment);
     process->start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestra-configurator"_s, arguments);
     return process;
@@ -229,6 +232,27 @@ void AppDelegateTest::leavesThePlaceToTheFirstInstance()
     QCOMPARE(first->state(), QProcess::Running);
     first->terminate();
     QVERIFY(first->waitForFinished(20000));
+}
+
+void AppDelegateTest::noticesTheFirstInstanceBeforeItMakesWidgets()
+{
+    // Qt looks for its bridges to assistive technology when the first text is put into a widget, and tells it in this
+    // mode.
+    const QString tellsPlugins = u"QT_DEBUG_PLUGINS"_s;
+    const auto hasMadeWidgets = [](QProcess &program) {
+        const QByteArray messages = program.readAllStandardError();
+        return messages.contains("/platforms") && messages.contains("/accessiblebridge");
+    };
+    const ScriptedDaemon daemon(sampleDocument());
+    const auto first = configurator({}, tellsPlugins);
+    QSignalSpy output(first.get(), &QProcess::readyReadStandardOutput);
+    QVERIFY(output.wait(20000));
+    const auto second = configurator({}, tellsPlugins);
+    QVERIFY(second->waitForFinished(20000));
+    QVERIFY(!hasMadeWidgets(*second));
+    first->terminate();
+    QVERIFY(first->waitForFinished(20000));
+    QVERIFY(hasMadeWidgets(*first)); // the sign that was looked for is one
 }
 
 void AppDelegateTest::stopsARecordingWhenItResignsActive()

@@ -5,16 +5,11 @@
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
-#include "tests/support/darkpalette.h"
+#include "tests/support/picturefolder.h"
 
-#include <QApplication>
-#include <QDir>
 #include <QLabel>
 #include <QMenu>
-#include <QPainter>
 #include <QPushButton>
-#include <QStyle>
-#include <QStyleFactory>
 #include <QTest>
 
 #include <array>
@@ -80,17 +75,10 @@ private Q_SLOTS:
     void drawsTheContextMenus();
 
 private:
-    static void wear(bool isDark);
     void show(Scene scene);
     void save(QWidget *sheetOrMenu, const QPoint &position);
     QWidget *upSheet() const;
 };
-
-void MacrosScreenshotsTest::wear(bool isDark)
-{
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
-    QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
-}
 
 void MacrosScreenshotsTest::show(Scene scene)
 {
@@ -137,21 +125,7 @@ QWidget *MacrosScreenshotsTest::upSheet() const
 void MacrosScreenshotsTest::save(QWidget *sheetOrMenu, const QPoint &position)
 {
     QCoreApplication::processEvents(); // a changed palette reaches the widgets by events
-    constexpr qreal ratio = 2;
-    QImage image((QSizeF(mWindow->size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(ratio);
-    image.fill(mWindow->palette().color(QPalette::Window));
-    mWindow->render(&image);
-    if (sheetOrMenu) {
-        QPainter painter(&image);
-        painter.fillRect(QRect(position, sheetOrMenu->size()), sheetOrMenu->palette().color(QPalette::Window));
-        sheetOrMenu->render(&painter, position);
-        painter.drawRect(QRect(position, sheetOrMenu->size()).adjusted(-1, -1, 0, 0));
-    }
-    QDir folder(QCoreApplication::applicationDirPath());
-    QVERIFY(folder.mkpath(u"screenshots"_s));
-    QVERIFY(
-        image.save(folder.filePath(u"screenshots/macros-"_s + QLatin1StringView(QTest::currentDataTag()) + u".png"_s)));
+    QVERIFY(savePicture(pictureOf(mWindow.get(), sheetOrMenu, position), u"macros"_s));
 }
 
 void MacrosScreenshotsTest::drawsTheTab_data()
@@ -168,7 +142,7 @@ void MacrosScreenshotsTest::drawsTheTab()
 {
     QFETCH(bool, isDark);
     QFETCH(int, scene);
-    wear(isDark);
+    wearPalette(isDark);
     show(Scene(scene));
     QWidget *sheet = upSheet();
     if (sheet)
@@ -197,7 +171,7 @@ void MacrosScreenshotsTest::drawsTheMenus()
 {
     QFETCH(bool, isDark);
     QFETCH(QString, button);
-    wear(isDark);
+    wearPalette(isDark);
     show(Scene::idle);
     auto *gear = outlet<PulldownButton>(button);
     gear->validateItems();
@@ -223,7 +197,7 @@ void MacrosScreenshotsTest::drawsTheContextMenus()
 {
     QFETCH(bool, isDark);
     QFETCH(bool, isOfEvents);
-    wear(isDark);
+    wearPalette(isDark);
     show(Scene::idle);
     auto *list = outlet<NSTableViewMacroSubClass>(u"mMacroTableView"_s);
     auto *eventList = outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s);

@@ -76,6 +76,7 @@ class MessagePortTest : public QObject
 
 private slots:
     void opensOnlyPortsThatExist();
+    void givesASignOfLifeOnlyWhenItsThreadRuns();
     void carriesIdentifierAndData_data();
     void carriesIdentifierAndData();
     void emptyMessageCarriesNoData();
@@ -103,6 +104,29 @@ void MessagePortTest::opensOnlyPortsThatExist()
     QVERIFY(port.isServing());
     QVERIFY(RemoteMessagePort::open(portName));
     QVERIFY(!RemoteMessagePort::open(u"TestPor"_s));
+}
+
+void MessagePortTest::givesASignOfLifeOnlyWhenItsThreadRuns()
+{
+    const auto hasSignOfLife = [](std::chrono::milliseconds limit) {
+        QDBusPendingCall question = RemoteMessagePort::askForSignOfLife(portName, limit);
+        question.waitForFinished();
+        return !question.isError();
+    };
+    QVERIFY(!hasSignOfLife(20s));
+    std::binary_semaphore isReceived(0), isReleased(0);
+    const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &) {
+        isReceived.release();
+        isReleased.acquire();
+        return std::optional<QByteArray>();
+    });
+    QVERIFY(port.isServing());
+    QVERIFY(hasSignOfLife(20s));
+    RemoteMessagePort::open(portName)->post(1, "stuck");
+    isReceived.acquire();
+    QVERIFY(!hasSignOfLife(20ms));
+    isReleased.release();
+    QVERIFY(hasSignOfLife(20s));
 }
 
 void MessagePortTest::carriesIdentifierAndData_data()

@@ -4,6 +4,8 @@
 #include <QAccessible>
 #include <QEvent>
 #include <QLabel>
+#include <QStyle>
+#include <QStyleFactory>
 #include <QTabBar>
 #include <QTest>
 #include <QVBoxLayout>
@@ -69,6 +71,8 @@ private Q_SLOTS:
     void assistiveToolsCanBringATabToTheFront();
     void tellsTheWidgetsOfItsBarAfterTheTabs();
     void tabThatIsGoneIsInvalid();
+    void frameLooksLikeTheBaseClasss_data();
+    void frameLooksLikeTheBaseClasss();
 
 private:
     std::unique_ptr<QWidget> mWindow;
@@ -224,6 +228,36 @@ void TabViewTest::tabThatIsGoneIsInvalid()
     QVERIFY(second->rect().isEmpty());
     second->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCOMPARE(mTabView->currentIndex(), 0);
+}
+
+void TabViewTest::frameLooksLikeTheBaseClasss_data()
+{
+    QTest::addColumn<qreal>("ratio");
+    for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0})
+        QTest::addRow("%g", ratio) << ratio;
+}
+
+void TabViewTest::frameLooksLikeTheBaseClasss()
+{
+    QFETCH(qreal, ratio);
+    const auto picture = [ratio](QTabWidget &tabs) {
+        tabs.setStyle(QStyleFactory::create(u"Fusion"_s));
+        tabs.style()->setParent(&tabs);
+        tabs.setAttribute(Qt::WA_DontShowOnScreen); // laid out, but neither is the active one
+        tabs.addTab(new QWidget, u"One"_s);
+        tabs.resize(300, 700);
+        tabs.show();
+        QImage image((QSizeF(tabs.size()) * ratio).toSize(), QImage::Format_RGB32);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Qt::white);
+        tabs.render(&image);
+        return image;
+    };
+    TabView tabView;
+    QTabWidget tabWidget;
+    const QImage image = picture(tabView);
+    QVERIFY(image.pixelColor(image.rect().center()) != QColor(Qt::white)); // the frame is drawn at all
+    QCOMPARE(image, picture(tabWidget));
 }
 
 QTEST_MAIN(TabViewTest)

@@ -7,15 +7,11 @@
 #include "platform/sheet.h"
 #include "profiles/qltableview.h"
 #include "tests/profiles/profilestabfixture.h"
-#include "tests/support/darkpalette.h"
+#include "tests/support/picturefolder.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QMenu>
-#include <QPainter>
 #include <QPushButton>
-#include <QStyle>
-#include <QStyleFactory>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -104,7 +100,6 @@ private:
     void fillFor(Scene scene);
     /// The sheet, panel or menu that the scene opens; null for none.
     QWidget *open(Scene scene);
-    QImage picture(QWidget *sheetOrMenu, const QPoint &position);
 
     QTemporaryDir mHome;
 };
@@ -171,25 +166,6 @@ QWidget *ProfilesScreenshotsTest::open(Scene scene)
     }
 }
 
-QImage ProfilesScreenshotsTest::picture(QWidget *sheetOrMenu, const QPoint &position)
-{
-    constexpr qreal ratio = 2;
-    constexpr QSize margin(20, 20);
-    const QSize size = mWindow->size().expandedTo(
-        sheetOrMenu ? QSize(position.x(), position.y()) + sheetOrMenu->size() + margin : QSize());
-    QImage image(size * ratio, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(ratio);
-    image.fill(mWindow->palette().color(QPalette::Window));
-    mWindow->render(&image);
-    if (sheetOrMenu) {
-        QPainter painter(&image);
-        painter.fillRect(QRect(position, sheetOrMenu->size()), sheetOrMenu->palette().color(QPalette::Window));
-        sheetOrMenu->render(&painter, position);
-        painter.drawRect(QRect(position, sheetOrMenu->size()).adjusted(-1, -1, 0, 0));
-    }
-    return image;
-}
-
 void ProfilesScreenshotsTest::drawsTheTab_data()
 {
     QTest::addColumn<bool>("isDark");
@@ -204,8 +180,7 @@ void ProfilesScreenshotsTest::drawsTheTab()
 {
     QFETCH(bool, isDark);
     QFETCH(int, scene);
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
-    QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
+    wearPalette(isDark);
     fillFor(Scene(scene));
     QWidget *opened = open(Scene(scene));
     if (opened)
@@ -223,11 +198,7 @@ void ProfilesScreenshotsTest::drawsTheTab()
         QVERIFY2(opened->width() <= 900 && opened->height() <= 600,
                  qPrintable(u"%1 x %2"_s.arg(opened->width()).arg(opened->height())));
     }
-    const QImage image = picture(opened, position);
-    QDir folder(QCoreApplication::applicationDirPath());
-    QVERIFY(folder.mkpath(u"screenshots"_s));
-    QVERIFY(image.save(
-        folder.filePath(u"screenshots/profiles-"_s + QLatin1StringView(QTest::currentDataTag()) + u".png"_s)));
+    QVERIFY(savePicture(pictureOf(mWindow.get(), opened, position), u"profiles"_s));
 }
 
 QTEST_MAIN(ProfilesScreenshotsTest)

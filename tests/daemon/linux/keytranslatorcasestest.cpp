@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Runs every file of the folder nodecases on the translator; nodecases/README.md says how they are written.
+#include "tests/daemon/casefile.h"
 #include "tests/daemon/linux/nodescript.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -21,39 +20,16 @@ private Q_SLOTS:
 
 void KeyTranslatorCasesTest::caseHolds_data()
 {
-    QTest::addColumn<QString>("path");
-    const QDir folder(QStringLiteral(KESTRA_NODE_CASES_DIR));
-    const QFileInfoList files = folder.entryInfoList({u"*.txt"_s}, QDir::Files, QDir::Name);
-    QVERIFY(!files.isEmpty());
-    for (const QFileInfo &file : files)
-        QTest::newRow(qUtf8Printable(file.completeBaseName())) << file.filePath();
+    addCaseRows(QStringLiteral(KESTRA_NODE_CASES_DIR));
 }
 
 void KeyTranslatorCasesTest::caseHolds()
 {
     QFETCH(QString, path);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
     NodeScript script;
-    QStringList expected;
-    bool isInput = true;
-    int number = 0;
-    while (!file.atEnd()) {
-        const QString line = QString::fromUtf8(file.readLine()).trimmed();
-        ++number;
-        if (line.startsWith(u'#'))
-            continue;
-        if (line.isEmpty()) {
-            isInput = isInput && script.outputLines().isEmpty(); // a blank line before the first event parts comments
-        } else if (isInput) {
-            const QString problem = script.run(line);
-            QVERIFY2(problem.isEmpty(), qPrintable(u"line %1: %2"_s.arg(number).arg(problem)));
-        } else {
-            expected += line;
-        }
-    }
-    QVERIFY(!expected.isEmpty());
-    QCOMPARE(script.outputLines().join(u'\n'), expected.join(u'\n'));
+    runCase(script, path);
+    if (QTest::currentTestFailed())
+        return;
     QCOMPARE(script.down(), QSet<QString>()); // a case ends with every key up
 }
 

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "platform/lowbands.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr qreal spansAtOnce = 80; // Qt divides the work from 96 on
+
+} // namespace
+
+QList<QRect> lowBands(const QRect &area, qreal spansPerLine)
+{
+    const int lines = std::max(1, static_cast<int>(spansAtOnce / spansPerLine));
+    QList<QRect> bands;
+    for (int top = area.top(); top <= area.bottom(); top += lines)
+        bands += QRect(area.left(), top, area.width(), std::min(lines, area.bottom() + 1 - top));
+    return bands;
+}
