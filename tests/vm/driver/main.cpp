@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <thread>
 
@@ -38,13 +39,13 @@ bool runOne(const std::string &path)
     return problem.empty();
 }
 
-void printLatency(const char *name, Latencies times)
+void printLatency(const std::string &name, Latencies times)
 {
     std::ranges::sort(times);
     const auto at = [&times](double share) {
         return times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))].count() / 1000;
     };
-    std::printf("kestra-vm: latency %-38s p50 %5lld us, p90 %5lld us, p99 %5lld us\n", name,
+    std::printf("kestra-vm: latency %-38s p50 %5lld us, p90 %5lld us, p99 %5lld us\n", name.c_str(),
                 static_cast<long long>(at(0.5)), static_cast<long long>(at(0.9)), static_cast<long long>(at(0.99)));
 }
 
@@ -76,25 +77,50 @@ void printClockSource()
     std::printf("kestra-vm: clock of the machine: %s\n", name.c_str());
 }
 
+/// There is no desktop in the machine: the daemon looks for one in its first minute.
+void printIdleness(pid_t daemon)
+{
+    constexpr auto span = 10s;
+    constexpr auto limit = 120s;
+    for (auto end = span; end <= limit; end += span) {
+        const long before = contextSwitches(daemon);
+        std::this_thread::sleep_for(span);
+        const long count = contextSwitches(daemon) - before;
+        std::printf("kestra-vm: idle until %ld s: woken %ld times in 10 s\n", static_cast<long>(end.count()), count);
+        if (count == 0)
+            return;
+    }
+}
+
+/// In turn, so that whatever else slows the machine slows both.
+void printLatencies(const std::string &way, Latencies (*measureSome)(UhidKeyboard &, EventNode &, int),
+                    Machine &machine, EventNode &raw)
+{
+    constexpr int turns = 50;
+    constexpr int keysOfATurn = 20;
+    Latencies ofKeyboard;
+    Latencies throughDaemon;
+    for (int turn = 0; turn < turns; ++turn) {
+        std::ranges::copy(measureSome(machine.keyboard("raw"), raw, keysOfATurn), std::back_inserter(ofKeyboard));
+        std::ranges::copy(measureSome(machine.keyboard("used"), machine.desktop(), keysOfATurn),
+                          std::back_inserter(throughDaemon));
+    }
+    printLatency("raw" + way, ofKeyboard);
+    printLatency("through the daemon" + way, throughDaemon);
+}
+
 void measure()
 {
-    constexpr int count = 1000;
     printClockSource();
     Machine machine("/run/scenario");
     machine.plug("raw", {});
-    {
-        EventNode raw = EventNode::open("Keyboard raw", true);
-        printLatency("raw", measureLatency(machine.keyboard("raw"), raw, count));
-        printLatency("raw, read by the writer", measureLatencyForWriter(machine.keyboard("raw"), raw, count));
-    }
+    machine.plug("used", {});
+    EventNode raw = EventNode::open("Keyboard raw", true);
     machine.startDaemon();
-    machine.use({"raw"});
-    UhidKeyboard &keyboard = machine.keyboard("raw");
-    printLatency("through the daemon", measureLatency(keyboard, machine.desktop(), count));
-    printLatency("through the daemon, read by the writer", measureLatencyForWriter(keyboard, machine.desktop(), count));
-    const long before = contextSwitches(machine.daemon().id());
-    std::this_thread::sleep_for(10s);
-    std::printf("kestra-vm: idle for 10 s: woken %ld times\n", contextSwitches(machine.daemon().id()) - before);
+    machine.use({"used"});
+    printLatencies("", measureLatency, machine, raw);
+    printLatencies(", read by the writer", measureLatencyForWriter, machine, raw);
+    printIdleness(machine.daemon().id());
     std::printf("kestra-vm: memory of the daemon (PSS): %s\n",
                 procValue("/proc/" + std::to_string(machine.daemon().id()) + "/smaps_rollup", "Pss").c_str());
     std::fflush(stdout);
