@@ -16,6 +16,7 @@
 #include <QDBusConnection>
 #include <QDBusPendingCall>
 #include <QDir>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QLocale>
 #include <QTimer>
@@ -95,6 +96,19 @@ void prepareFonts()
         initialize();
 }
 
+/// Loads the font of all texts. By its own name where the desktop gives one that stands for it, such as "Sans Serif":
+/// then the keyboard picture, which asks for it by its own name, needs none of its own for the same size.
+void prepareFont()
+{
+    QFont font = QApplication::font();
+    const QString family = QFontInfo(font).family();
+    if (font.family() != family) {
+        font.setFamily(family);
+        QApplication::setFont(font);
+    }
+    QFontMetrics(font).height();
+}
+
 MainControllerServices services()
 {
     MainControllerServices result;
@@ -127,7 +141,7 @@ int runConfigurator(int argc, char *argv[])
     const Launch launch = parseCommandLine(application);
 
     std::jthread bus([] { QDBusConnection::sessionBus(); });
-    QFontMetrics(QApplication::font()).height(); // loads the font of all texts while the bus is connected
+    prepareFont(); // while the bus is connected
     bus.join();
     const SingleInstance instance(DaemonProtocol::configuratorIdentifier);
     if (instance.isAnotherRunning()) {

@@ -42,7 +42,7 @@ void makeBold(QLabel *label, qreal scale = 1)
 {
     QFont font = label->font();
     font.setBold(true);
-    font.setPointSizeF(font.pointSizeF() * scale);
+    font.setPixelSize(qRound(QFontInfo(font).pixelSize() * scale)); // whole, as the picture's are: one font to load
     label->setFont(font);
 }
 

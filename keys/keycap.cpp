@@ -243,7 +243,7 @@ void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QSt
                    bool isEnabled)
 {
     painter.save();
-    QFont font = keyLegendFont(std::max(8, qRound(unit * 0.3)), QFont::DemiBold);
+    QFont font = keyLegendFont(std::max(8, qRound(unit * 0.325)), QFont::DemiBold);
     font.setLetterSpacing(QFont::PercentageSpacing, 130);
     painter.setFont(font);
     const bool dark = isDark(palette);

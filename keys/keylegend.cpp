@@ -2,13 +2,18 @@
 #include "keys/keylegend.h"
 
 #include <QCache>
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QHash>
 #include <QPainter>
 #include <QPainterPath>
 
 #include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +28,27 @@ struct Lettering
     qreal horizontalScale = 1;
     qreal verticalScale = 1;
 };
+
+// Of the weights that the family has; of two as near, the one away from the middle, as style sheets choose. By another
+// weight the same face would be loaded again beside the one that is there for other texts.
+QFont::Weight nearestWeight(const QString &family, QFont::Weight wanted)
+{
+    static QHash<std::pair<QString, QFont::Weight>, QFont::Weight> known;
+    const auto key = std::pair(family, wanted);
+    if (const auto found = known.constFind(key); found != known.cend())
+        return *found;
+    int nearest = wanted;
+    int smallestDistance = std::numeric_limits<int>::max();
+    for (const QString &style : QFontDatabase::styles(family)) {
+        const int weight = QFontDatabase::weight(family, style);
+        const int distance = 2 * std::abs(weight - wanted) + ((weight > wanted) == (wanted > QFont::Medium) ? 0 : 1);
+        if (weight > 0 && distance < smallestDistance) {
+            smallestDistance = distance;
+            nearest = weight;
+        }
+    }
+    return known.insert(key, static_cast<QFont::Weight>(nearest)).value();
+}
 
 // The width of `text`, measured once for each font and not again at every painting.
 qreal measuredWidth(const QFontMetricsF &metrics, const QFont &font, const QString &text)
@@ -45,12 +71,9 @@ Lettering letteringFor(const QString &longest, qreal pixels, qreal width, QFont:
 {
     constexpr int smallestPixels = 6;
     constexpr qreal narrowest = 0.82;
-    QFont font = keyLegendFont(std::max(smallestPixels, qRound(pixels)), weight);
-    const bool isOneCharacter = longest.size() <= 1;
-    if (isOneCharacter)
-        font.setStyleStrategy(QFont::PreferNoShaping); // it is for characters beside each other, and slow
+    const QFont font = keyLegendFont(std::max(smallestPixels, qRound(pixels)), weight);
     Lettering lettering{.font = font, .metrics = QFontMetricsF(font)};
-    if (isOneCharacter)
+    if (longest.size() <= 1)
         return lettering; // fits on every key
     const qreal share = std::min<qreal>(1, width / std::max<qreal>(1, measuredWidth(lettering.metrics, font, longest)));
     lettering.horizontalScale = share;
@@ -150,7 +173,7 @@ void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const Key
     case KeyLook::function:
     case KeyLook::extra: {
         const QString text(legend.legend);
-        drawLine(painter, place.topLeft(), text, letteringFor(text, unit * 0.25, place.width(), QFont::DemiBold));
+        drawLine(painter, place.topLeft(), text, letteringFor(text, unit * 0.26, place.width(), QFont::DemiBold));
         break;
     }
     case KeyLook::blank: break;
@@ -165,6 +188,6 @@ QFont keyLegendFont(int pixelSize, QFont::Weight weight)
     QFont font = QGuiApplication::font();
     font.setFamily(QFontInfo(font).family());
     font.setPixelSize(pixelSize);
-    font.setWeight(weight);
+    font.setWeight(nearestWeight(font.family(), weight));
     return font;
 }
