@@ -143,9 +143,9 @@ void mustRun(const std::vector<std::string> &command)
 void reloadRules()
 {
     mustRun({"udevadm", "control", "--reload"});
-    mustRun({"udevadm", "trigger", "--action=change", "--subsystem-match=input", "--subsystem-match=misc",
+    // A settling of its own could be over before the manager has heard of the first device.
+    mustRun({"udevadm", "trigger", "--settle", "--action=change", "--subsystem-match=input", "--subsystem-match=misc",
              "--subsystem-match=leds"});
-    mustRun({"udevadm", "settle"});
 }
 
 /// expect-property NAME TEXT: what udev says of the event node of this name, "no" before it for what it does not say.
@@ -239,13 +239,17 @@ void expectOfTheSeat(Machine &, const Words &words)
     std::vector<std::string> wanted = words.size() > 1 ? parts(words) : std::vector<std::string>();
     std::ranges::sort(wanted);
     std::vector<std::string> found;
-    std::string text;
-    for (const SeatDevice &device : devicesOfTheSeat()) {
-        found.push_back(device.name);
-        text += " \"" + device.name + '"';
-    }
-    if (found == wanted)
+    const bool isAsWanted = becomesTrue([&] {
+        found.clear();
+        for (const SeatDevice &device : devicesOfTheSeat())
+            found.push_back(device.name);
+        return found == wanted;
+    });
+    if (isAsWanted)
         return;
+    std::string text;
+    for (const std::string &name : found)
+        text += " \"" + name + '"';
     throw Failure("those are:" + text);
 }
 
