@@ -97,7 +97,8 @@ void prepareFonts()
 }
 
 /// Loads the font of all texts. By its own name where the desktop gives one that stands for it, such as "Sans Serif":
-/// then the keyboard picture, which asks for it by its own name, needs none of its own for the same size.
+/// that is loaded as two fonts, an empty one and the one that it stands for. And only the own name has weights of which
+/// the keyboard picture can choose one that is there.
 void prepareFont()
 {
     QFont font = QApplication::font();
