@@ -59,6 +59,8 @@ KeyboardMainController::KeyboardMainController(MainControllerServices services, 
       mLightingController(new KeyboardLightingController(this)),
       mMaintenenaceController(new KeyboardMaintenanceController(this))
 {
+    if (mServices.openPage)
+        mLightingController->setUrlOpener(mServices.openPage);
 }
 
 KeyboardMainController::~KeyboardMainController()
@@ -286,16 +288,11 @@ void KeyboardMainController::setDriverVersions()
 {
     if (!firmwareVersionString().isEmpty())
         return;
+    // Queued before the request, so that it comes before the answer, which ends it.
+    QMetaObject::invokeMethod(
+        this, [this] { mLightingController->startProgresIndicatorAnimation(); }, Qt::QueuedConnection);
     sendDaemonRequest(DaemonCommands::queryFirmwareVersion(mDevicePID, replyPortName),
                       int(Command::queryFirmwareVersion));
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            // The answer may have come between the request and this call.
-            if (firmwareVersionString().isEmpty())
-                mLightingController->startProgresIndicatorAnimation();
-        },
-        Qt::QueuedConnection);
 }
 
 void KeyboardMainController::updateDriverVersions(const std::optional<QVariantMap> &reply)

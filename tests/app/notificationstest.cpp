@@ -444,8 +444,9 @@ void NotificationsTest::opensThePages()
     mHub->find<QAbstractButton>("mFBButton")->click();
     mHub->find<QAbstractButton>("mTwitterButton")->click();
     mHub->find<QAbstractButton>("mQuillClubButton")->click();
+    mHub->find<QAbstractButton>("mCheckUpdates")->click();
     const QList<QUrl> expected{QUrl(Addresses::firstSocialNetwork), QUrl(Addresses::secondSocialNetwork),
-                               QUrl(Addresses::community)};
+                               QUrl(Addresses::community), QUrl(Addresses::driverDownloads)};
     QCOMPARE(mHub->openedPages, expected);
     for (const QUrl &page : expected)
         QVERIFY2(page.host().endsWith(u".example"_s), qPrintable(page.toString()));
