@@ -4,6 +4,7 @@
 #include "app/keyboard_configuratorappdelegate.h"
 #include "app/keyboardmaincontroller.h"
 #include "app/mainwindow.h"
+#include "app/productlogo.h"
 #include "app/util/daemonprotocol.h"
 #include "app/util/resources.h"
 #include "app/util/text.h"
@@ -138,6 +139,7 @@ int runConfigurator(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
     QGuiApplication::setDesktopFileName(u"org.quillkestra.Configurator"_s);
     installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
+    QGuiApplication::setWindowIcon(productLogo(64, 2));
     QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
     const Launch launch = parseCommandLine(application);
 

@@ -237,11 +237,13 @@ void KeyboardMainController::refreshControllersTableDisplay()
 
 void KeyboardMainController::setControlsState(bool enabled)
 {
-    mKeysController->setControlsState(enabled);
-    mProfilesController->setControlsState(enabled);
-    mMacrosController->setControlsState(enabled);
-    mLightingController->setControlsState(enabled);
-    mMaintenenaceController->setControlsState(enabled);
+    mFocusMemory.change(mMainWindow, [this, enabled] {
+        mKeysController->setControlsState(enabled);
+        mProfilesController->setControlsState(enabled);
+        mMacrosController->setControlsState(enabled);
+        mLightingController->setControlsState(enabled);
+        mMaintenenaceController->setControlsState(enabled);
+    });
 }
 
 void KeyboardMainController::updateProfilesControlState(bool enabled)
@@ -252,7 +254,7 @@ void KeyboardMainController::updateProfilesControlState(bool enabled)
         mBusyIndicator->startAnimation();
         mBusyIndicator->repaint(); // what follows may block this thread for seconds
     }
-    mProfilesController->setControlsState(enabled);
+    mFocusMemory.change(mMainWindow, [this, enabled] { mProfilesController->setControlsState(enabled); });
 }
 
 void KeyboardMainController::selectTabAtIndex(int index)

@@ -10,6 +10,7 @@
 #include "lighting/lightingdelegate.h"
 #include "macros/macrodelegate.h"
 #include "platform/distributednotificationcenter.h"
+#include "platform/focusmemory.h"
 #include "platform/processes.h"
 #include "profiles/profiledelegate.h"
 
@@ -205,6 +206,7 @@ private:
     KeyboardLightingController *mLightingController = nullptr;
     KeyboardMaintenanceController *mMaintenenaceController = nullptr; // the name is written this way on purpose
     DistributedNotificationCenter *mNotificationCenter = nullptr;
+    FocusMemory mFocusMemory;
 
     QVariantMap mDefaultSettingsDict;
     QVariantMap mCurrentProfileDict;

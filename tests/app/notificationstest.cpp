@@ -53,6 +53,7 @@ private Q_SLOTS:
     void showsErrorsByTheirCode_data();
     void showsErrorsByTheirCode();
     void closesTheDeviceSheetByItsButton();
+    void givesTheFocusBackWhenTheKeyboardIsBack();
     void opensThePages();
     void opensTheHelpBook();
 
@@ -437,6 +438,18 @@ void NotificationsTest::closesTheDeviceSheetByItsButton()
     mHub->find<QPushButton>("mCommunicationOKButton")->click();
     QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
     QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isUp());
+}
+
+void NotificationsTest::givesTheFocusBackWhenTheKeyboardIsBack()
+{
+    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    auto *key = mHub->find<QAbstractButton>("mA");
+    key->click();
+    key->setFocus();
+    mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+    QVERIFY(!key->hasFocus());
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    QTRY_VERIFY(key->hasFocus());
 }
 
 void NotificationsTest::opensThePages()
