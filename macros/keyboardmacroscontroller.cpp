@@ -131,6 +131,7 @@ void KeyboardMacrosController::refreshTableDisplay()
     mMacroTableView->reloadData();
     mMacroDetailsTableView->reloadData();
     fetchChangedLines();
+    endOutdatedSheets();
     updateEventPart();
 }
 
@@ -151,6 +152,7 @@ void KeyboardMacrosController::updateTableWithNewMacro()
     // The selected macro may be the one that was recorded anew on the keyboard.
     if (!isRecordingOrCapturing())
         fetchLines();
+    endOutdatedSheets();
     updateEventPart();
 }
 
@@ -275,7 +277,8 @@ void KeyboardMacrosController::fetchLines()
 
 void KeyboardMacrosController::fetchChangedLines()
 {
-    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecordingOrCapturing())
+    const bool isRecording = isRecordingOrCapturing() && !mIsMacroEventEdit;
+    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecording)
         return;
     // Another client may have deleted a macro above this one, or edited this one's events.
     const QVariantMap macro = macroAt(macroRow());
@@ -283,4 +286,23 @@ void KeyboardMacrosController::fetchChangedLines()
         if (macro.value(key) != mFetchedMacro.value(key))
             return fetchLines();
     }
+}
+
+QVariant KeyboardMacrosController::selectedMacro() const
+{
+    const QVariantMap macro = macroAt(macroRow());
+    return QVariantList{macro.value(SettingsKeys::macroId), MacroRecord::name(macro)};
+}
+
+QVariant KeyboardMacrosController::eventsOfSelectedMacro() const
+{
+    // Not the record's events: after an edit those are older than the lines.
+    const QVariantMap macro = macroAt(macroRow());
+    return QVariantList{macro.value(SettingsKeys::macroId, MacroRecord::name(macro)), mMacroDetailsArray};
+}
+
+void KeyboardMacrosController::endOutdatedSheets()
+{
+    mMacroSubject.endUnless(selectedMacro());
+    mEventsSubject.endUnless(eventsOfSelectedMacro());
 }

@@ -6,6 +6,7 @@
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
 #include "platform/sheet.h"
+#include "platform/sheetsubject.h"
 #include "platform/tableview.h"
 
 #include <QObject>
@@ -142,6 +143,10 @@ private:
     void fetchLines();
     /// The same, if the lines shown are no longer those of the selected macro.
     void fetchChangedLines();
+    /// Ends what is up about another macro than the selected one, or about events that have changed since.
+    void endOutdatedSheets();
+    [[nodiscard]] QVariant selectedMacro() const;         ///< what tells it from every other, and its name
+    [[nodiscard]] QVariant eventsOfSelectedMacro() const; ///< what tells it from every other, and its lines
     /// Fetches the lines after a command that changed the events.
     void eventsWereEdited();
     void updateEventPart();
@@ -190,6 +195,9 @@ private:
 
     QPointer<OpenPanel> mOpenPanel; ///< each until the next is opened
     QPointer<SavePanel> mSavePanel;
+
+    SheetSubject mMacroSubject;  ///< the selectedMacro() that an alert or a panel is about
+    SheetSubject mEventsSubject; ///< the eventsOfSelectedMacro() that a sheet edits
 
     QVariantList mMacrosSettingsArray;
     QStringList mMacroDetailsArray;

@@ -30,6 +30,7 @@ void KeyboardMacrosController::loadSaveAsPanel()
     connect(mSavePanel, &QDialog::finished, this,
             [this](int returnCode) { sheetDidEndReturnCodeContextInfo(returnCode, exportMacro); });
     mSavePanel->open();
+    mMacroSubject.note(mSavePanel, selectedMacro());
 }
 
 void KeyboardMacrosController::exportMacroToFile(const QString &path)

@@ -89,10 +89,11 @@ void KeyboardMacrosController::clickDeleteMacro(QObject *)
     const AlertTexts texts{localizedFormat("lkeyDeleteMacroAlertTitle", {name}),
                            localizedText("lkeyDeleteMacroAlertDesc"), localizedText("lkeyOK"),
                            localizedText("lkeyCancel")};
-    showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {
+    Sheet *alert = showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {
         if (self)
             self->sheetDidEndReturnCodeContextInfo(returnCode, confirmDelete);
     });
+    mMacroSubject.note(alert, selectedMacro());
 }
 
 void KeyboardMacrosController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)

@@ -33,6 +33,8 @@ private Q_SLOTS:
     void importPanelChoosesOneMacroFile();
     void contextMenuOpensThePanels();
     void importedMacroShowsThoughTheDaemonIsSilent();
+    void theExportPanelGoesWithItsMacro();
+    void theImportPanelStaysWhenTheMacrosChange();
 
 private:
     [[nodiscard]] QString inFolder(const QString &name) const { return mFolder.filePath(name); }
@@ -231,6 +233,30 @@ void MacrosFilesTest::importedMacroShowsThoughTheDaemonIsSilent()
     mDelegate->refresh();
     QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
     QCOMPARE(list()->selectedRow(), -1);
+}
+
+void MacrosFilesTest::theExportPanelGoesWithItsMacro()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    choose("mSettingsMacro", MacroCommands::exportMacro);
+    auto *panel = outlet<SavePanel>(u"mSavePanel"_s);
+    panel->setDirectory(mFolder.path());
+    mDelegate->refresh();
+    QVERIFY(panel->isVisible());
+    mDelegate->macros.removeFirst(); // as another client does it
+    mDelegate->refresh();
+    QVERIFY(!panel->isVisible());
+    QVERIFY(!QFile::exists(inFolder(u"B.KestraMacro"_s)));
+}
+
+void MacrosFilesTest::theImportPanelStaysWhenTheMacrosChange()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    choose("mSettingsMacro", MacroCommands::importMacro);
+    mDelegate->macros.removeFirst();
+    mDelegate->refresh();
+    QVERIFY(outlet<OpenPanel>(u"mOpenPanel"_s)->isVisible());
+    outlet<OpenPanel>(u"mOpenPanel"_s)->reject();
 }
 
 QTEST_MAIN(MacrosFilesTest)

@@ -28,6 +28,9 @@ private Q_SLOTS:
     void emptyNameIsIgnored();
     void renamingFromTheMenuDisablesTheEventButtons();
     void deleteAsksFirst();
+    void theAlertGoesWithTheMacroThatItNames_data();
+    void theAlertGoesWithTheMacroThatItNames();
+    void theAlertStaysWhileItsMacroDoes();
     void deletingSelectsTheNextRow_data();
     void deletingSelectsTheNextRow();
     void deletingTheOnlyMacroHidesTheEventPart();
@@ -173,6 +176,58 @@ void MacrosListTest::deleteAsksFirst()
     alerts.last()->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
     QCOMPARE(mDelegate->calls.first(), u"delete 1"_s);
     QTRY_VERIFY(list()->hasFocus());
+}
+
+void MacrosListTest::theAlertGoesWithTheMacroThatItNames_data()
+{
+    QTest::addColumn<bool>("haveIdentity");
+    QTest::addColumn<QStringList>("namesAfter");
+    QTest::newRow("the one above deleted") << true << QStringList{u"B"_s, u"C"_s};
+    QTest::newRow("all deleted") << true << QStringList{};
+    QTest::newRow("replaced by another of the name") << true << QStringList{u"A"_s, u"new"_s, u"B"_s};
+    QTest::newRow("renamed") << false << QStringList{u"A"_s, u"X"_s, u"C"_s};
+    QTest::newRow("without identities, the one above deleted") << false << QStringList{u"B"_s, u"C"_s};
+}
+
+void MacrosListTest::theAlertGoesWithTheMacroThatItNames()
+{
+    QFETCH(bool, haveIdentity);
+    QFETCH(QStringList, namesAfter);
+    const auto macros = [haveIdentity](const QStringList &names) {
+        QVariantList result;
+        for (const QString &name : names) {
+            QVariantMap macro = macroNamed(name == "new"_L1 ? u"B"_s : name);
+            if (haveIdentity)
+                macro[u"macroID"_s] = int(name.front().unicode());
+            result.append(macro);
+        }
+        return result;
+    };
+    mDelegate->macros = macros({u"A"_s, u"B"_s, u"C"_s});
+    mDelegate->refresh();
+    list()->selectRow(1);
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    const QPointer<Sheet> alert = outlet<Sheet>(u"alert"_s);
+    QVERIFY(alert && alert->isUp());
+    // As another client changes it.
+    mDelegate->macros = macros(namesAfter);
+    mDelegate->refresh();
+    QTRY_VERIFY(!alert);
+    QCOMPARE(mDelegate->macros, macros(namesAfter));
+}
+
+void MacrosListTest::theAlertStaysWhileItsMacroDoes()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    QVariantMap edited = macroNamed(u"B"_s);
+    edited[u"delay"_s] = 30;
+    mDelegate->macros = {macroNamed(u"X"_s), edited, macroNamed(u"Y"_s)};
+    mDelegate->refresh();
+    auto *alert = outlet<Sheet>(u"alert"_s);
+    QVERIFY(alert && alert->isUp());
+    alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QCOMPARE(mDelegate->calls.first(), u"delete 1"_s);
 }
 
 void MacrosListTest::deletingSelectsTheNextRow_data()
