@@ -123,6 +123,7 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
 void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macros)
 {
     mMacrosSettingsArray = macros;
+    mIsListNew = true;
     mAreRecordsStale = false;
 }
 

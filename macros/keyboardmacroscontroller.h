@@ -138,6 +138,9 @@ private:
 
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
+    /// Sends the record that was just appended to the list. False when the daemon has not taken it: then it is out of
+    /// the list again.
+    [[nodiscard]] bool sendAppendedMacro();
     void renameMacro(int row, const QString &newName);
     void startRenaming();
     void fetchLines();
@@ -212,6 +215,7 @@ private:
     quint8 mMacroEventEditHIDCode = 0; ///< the key captured for the edited event; 0 for none
     bool mIsAddMacro = false;          ///< an add is going on: the daemon does not know the new row yet
     bool mIsRenamingMacroName = false; ///< a rename was started from a menu
+    bool mIsListNew = false;           ///< the list was handed over since an add was sent
     bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
     bool mIsReplacingLines = false;    ///< an operation goes on that fetches the lines at its end
     bool mAreLinesOfSelection = false; ///< lines came since the last selection of a macro

@@ -73,10 +73,10 @@ void KeyboardMacrosController::importMacroFromFile(const QString &path)
     if (!contents)
         return;
     const QVariantMap macro = MacroFile::importedRecord(*contents, mMacrosSettingsArray);
+    const int rowBefore = macroRow();
     mMacroTableView->deselectAll();
     mMacrosSettingsArray.append(macro);
-    if (mMacroDelegate)
-        mMacroDelegate->addMacroWithSettings(macro);
+    const bool isAdded = sendAppendedMacro();
     mMacroTableView->reloadData();
-    mMacroTableView->selectRow(int(mMacrosSettingsArray.size()) - 1);
+    mMacroTableView->selectRow(isAdded ? int(mMacrosSettingsArray.size()) - 1 : rowBefore);
 }

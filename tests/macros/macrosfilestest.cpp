@@ -32,7 +32,8 @@ private Q_SLOTS:
     void cancelledImportSendsNothing();
     void importPanelChoosesOneMacroFile();
     void contextMenuOpensThePanels();
-    void importedMacroShowsThoughTheDaemonIsSilent();
+    void aMacroThatIsNotTakenIsNotListed_data();
+    void aMacroThatIsNotTakenIsNotListed();
     void theExportPanelGoesWithItsMacro();
     void theImportPanelStaysWhenTheMacrosChange();
 
@@ -220,19 +221,26 @@ void MacrosFilesTest::contextMenuOpensThePanels()
     outlet<SavePanel>(u"mSavePanel"_s)->reject();
 }
 
-void MacrosFilesTest::importedMacroShowsThoughTheDaemonIsSilent()
+void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed_data()
 {
-    fill({u"A"_s}, 0);
-    mDelegate->answers = false;
+    QTest::addColumn<bool>("answers");
+    QTest::newRow("refused") << true;
+    QTest::newRow("not answered for") << false;
+}
+
+void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed()
+{
+    QFETCH(bool, answers);
+    fill({u"A"_s, u"B"_s}, 0);
+    mDelegate->refusesToAdd = true;
+    mDelegate->answers = answers;
     write(u"s.KestraMacro"_s, *PropertyList::writeBinary(macroNamed(u"S"_s)));
     importFrom(u"s.KestraMacro"_s);
-    QCOMPARE(mController->macrosSettingsArray(), (QVariantList{macroNamed(u"A"_s), macroNamed(u"S"_s)}));
-    QCOMPARE(list()->selectedRow(), 1);
-    QCOMPARE(events()->numberOfRows(), 0); // not those of the macro before
-    mDelegate->answers = true;
-    mDelegate->refresh();
+    QCOMPARE(mDelegate->calls, (QStringList{u"add"_s, u"details 0"_s}));
     QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
-    QCOMPARE(list()->selectedRow(), -1);
+    QCOMPARE(list()->numberOfRows(), 2);
+    QCOMPARE(list()->selectedRow(), 0);
+    QCOMPARE(events()->numberOfRows(), answers ? 5 : 0);
 }
 
 void MacrosFilesTest::theExportPanelGoesWithItsMacro()

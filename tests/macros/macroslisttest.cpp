@@ -36,6 +36,8 @@ private Q_SLOTS:
     void deletingTheOnlyMacroHidesTheEventPart();
     void listMenusEnableCommands();
     void addedMacroIsSelectedAndEditedBeforeItIsSent();
+    void aMacroThatIsNotTakenIsNotListed_data();
+    void aMacroThatIsNotTakenIsNotListed();
     void renameLeavesTheMacroTwiceUntilTheReload_data();
     void renameLeavesTheMacroTwiceUntilTheReload();
     void clickingAnotherRowEndsTheRename();
@@ -279,12 +281,46 @@ void MacrosListTest::listMenusEnableCommands()
 void MacrosListTest::addedMacroIsSelectedAndEditedBeforeItIsSent()
 {
     fill({u"A"_s}, 0);
-    mDelegate->answers = false;
+    QList<int> state;
+    mDelegate->duringAdd = [&] {
+        state = {int(mController->macrosSettingsArray().size()), list()->model()->rowCount(), list()->selectedRow(),
+                 list()->editedRow()};
+    };
     mController->clickAddMacro(nullptr);
-    QCOMPARE(mController->macrosSettingsArray().size(), 2);
+    QCOMPARE(state, (QList<int>{2, 2, 1, 1}));
+}
+
+void MacrosListTest::aMacroThatIsNotTakenIsNotListed_data()
+{
+    QTest::addColumn<bool>("answers");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("refused, one selected") << true << 0;
+    QTest::newRow("refused, none selected") << true << -1;
+    QTest::newRow("not answered for, one selected") << false << 0;
+    QTest::newRow("not answered for, none selected") << false << -1;
+}
+
+void MacrosListTest::aMacroThatIsNotTakenIsNotListed()
+{
+    QFETCH(bool, answers);
+    QFETCH(int, selected);
+    fill({u"A"_s, u"B"_s}, selected);
+    mDelegate->refusesToAdd = true;
+    mDelegate->answers = answers;
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mDelegate->calls.first(), u"add"_s);
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
     QCOMPARE(list()->numberOfRows(), 2);
-    QCOMPARE(list()->selectedRow(), 1);
-    QCOMPARE(list()->editedRow(), 1);
+    QCOMPARE(list()->selectedRow(), selected);
+    QCOMPARE(list()->editedRow(), -1);
+    QCOMPARE(mController->macroDetailsArray().size(), answers && selected == 0 ? 5 : 0);
+    QCOMPARE(outlet(u"mRecordMacroDetails"_s)->isHidden(), selected < 0);
+    QVERIFY(outlet(u"mRecordMacroDetails"_s)->isEnabled());
+    mDelegate->refusesToAdd = false;
+    mDelegate->answers = true;
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
+    QCOMPARE(list()->editedRow(), 2);
 }
 
 void MacrosListTest::renameLeavesTheMacroTwiceUntilTheReload_data()
