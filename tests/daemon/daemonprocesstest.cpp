@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
+#include "app/util/qlcoreutility.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/status.h"
 #include "macros/macrorecord.h"
@@ -142,6 +143,8 @@ private Q_SLOTS:
     void macroIsLetGoOfAtTheEnd();
     void captureEndsWhenTheClientLeavesTheBus();
     void captureForAClientThatIsGoneEndsAtOnce();
+    void survivesAReplyPortThatIsNone_data();
+    void survivesAReplyPortThatIsNone();
     void secondDaemonSaysSo();
     void tellsVersionAndHelpWithoutABus();
     void endsWithoutABus();
@@ -456,6 +459,32 @@ void DaemonProcessTest::captureForAClientThatIsGoneEndsAtOnce()
     SentRecorder recorder;
     QCOMPARE(mDaemon->callKeyboard(u"ReleaseAll"_s), QString());
     QTRY_COMPARE(recorder.sent(), QStringList{u"-7:5"_s});
+}
+
+void DaemonProcessTest::survivesAReplyPortThatIsNone_data()
+{
+    QTest::addColumn<QString>("port");
+    QTest::newRow("a letter of Latin 1") << u"\u00e9"_s;
+    QTest::newRow("a letter of none") << u"\u30ad\u30fc"_s;
+    QTest::newRow("a pattern") << u"*"_s;
+    QTest::newRow("a quote") << u"Port'"_s;
+}
+
+// A name like these, put into a rule for the bus, would end the process.
+void DaemonProcessTest::survivesAReplyPortThatIsNone()
+{
+    QFETCH(QString, port);
+    const auto daemon = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    QVERIFY(daemon);
+    for (const Command command :
+         {Command::readSettings, Command::startMacroRecording, Command::startSingleKeyRecording, Command::startEditHid})
+        daemon->post(static_cast<qint32>(command),
+                     QlCoreUtility::convertDictionaryToData(
+                         QVariantMap{{u"ResponseMsgPortName"_s, port}, {u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}})
+                         .value());
+    QVERIFY(mDaemon->request(Command::readSettings));
+    QVERIFY(mDaemon->log().contains("names for its reply what can be no port"));
+    QVERIFY(!mDaemon->log().contains("not capturing, a client asks for keys"));
 }
 
 void DaemonProcessTest::secondDaemonSaysSo()
