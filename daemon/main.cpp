@@ -14,10 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A daemon that stood still would keep the keyboard, and nobody could wake it up.
-void ignoreJobControl()
+/// A daemon that stood still would keep the keyboard, and nobody could wake it up; and it is not to end with whoever
+/// reads its log.
+void ignoreSignals()
 {
-    for (const int number : {SIGTSTP, SIGTTIN, SIGTTOU})
+    for (const int number : {SIGTSTP, SIGTTIN, SIGTTOU, SIGPIPE})
         std::signal(number, SIG_IGN); // programs that it starts have the usual again, see DetachedProcess
 }
 
@@ -36,7 +37,7 @@ void makeStacksSmall()
 
 int main(int argc, char *argv[])
 {
-    ignoreJobControl();
+    ignoreSignals();
     makeStacksSmall();
     // Event loops wait with poll(), not with GLib's loop, which takes longer and needs memory of its own.
     qputenv(DetachedProcess::withheldVariable, "1");

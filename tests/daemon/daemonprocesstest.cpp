@@ -21,8 +21,10 @@
 #include <QTest>
 #include <QXmlStreamReader>
 
+#include <array>
 #include <csignal>
 #include <sys/resource.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
@@ -152,6 +154,7 @@ private Q_SLOTS:
     void sleepsWhenThereIsNothingToDo();
     void endsByEitherSignal_data();
     void endsByEitherSignal();
+    void outlivesTheReaderOfItsLog();
     void losesNothingAnsweredWhenKilled();
     void interfacesAreAsDocumented_data();
     void interfacesAreAsDocumented();
@@ -563,6 +566,22 @@ void DaemonProcessTest::endsByEitherSignal()
 {
     QFETCH(int, signal);
     QCOMPARE(mDaemon->sendSignal(signal), 0);
+}
+
+void DaemonProcessTest::outlivesTheReaderOfItsLog()
+{
+    QCOMPARE(mDaemon->terminate(), 0); // the settings are for one daemon at a time
+    QVERIFY(mDaemon->start([] {        // the child's standard error becomes a pipe that nobody reads
+        std::array<int, 2> ends{};
+        if (::pipe(ends.data()) == 0) {
+            ::dup2(ends[1], STDERR_FILENO);
+            ::close(ends[0]);
+            ::close(ends[1]);
+        }
+    }));
+    mDaemon->send(static_cast<Command>(99)); // is told in the log
+    QVERIFY(mDaemon->request(Command::readSettings));
+    QCOMPARE(mDaemon->terminate(), 0);
 }
 
 // Kills the daemon at chance moments of a storm of requests. The next one starts with what was answered last, or with a
