@@ -112,7 +112,7 @@ QString words(const QJsonValue &value)
     if (value.isObject())
         return latencyWords(value.toObject());
     const QString text = value.isArray() ? value.toVariant().toStringList().join(u", "_s) : value.toString();
-    return text.isEmpty() ? u"none"_s : DeviceClient::printable(text);
+    return text.isEmpty() ? u"none"_s : text;
 }
 
 } // namespace
