@@ -141,7 +141,7 @@ void KestractlProfilesTest::lastProfileIsNotDeleted()
 {
     const KestractlResult result = run({u"profile"_s, u"delete"_s, u"0"_s});
     QCOMPARE(result.exitCode, 1);
-    QVERIFY(result.errorText().contains(u"status 5"_s));
+    QVERIFY(result.errorText().contains(u"status 5 (last profile)"_s));
     QCOMPARE(names().size(), 1);
 }
 
@@ -154,7 +154,7 @@ void KestractlProfilesTest::twentyFirstProfileIsRefused()
     for (const QStringList &arguments : {QStringList{u"add"_s}, {u"copy"_s, u"0"_s}, {u"import"_s, path}}) {
         const KestractlResult result = run(QStringList{u"profile"_s} + arguments);
         QCOMPARE(result.exitCode, 1);
-        QVERIFY(result.errorText().contains(u"status 4"_s));
+        QVERIFY(result.errorText().contains(u"status 4 (limit reached)"_s));
     }
     QCOMPARE(profiles().size(), 20);
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
 #include "app/util/qlcoreutility.h"
+#include "app/util/status.h"
 #include "daemon/settingsdocument.h"
-#include "daemon/status.h"
 #include "macros/macrorecord.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/daemonprocessfixture.h"
