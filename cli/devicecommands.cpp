@@ -83,11 +83,12 @@ ExitCode useDevices(CommandContext &context)
     if (result.failure != ExitCode::ok)
         return fail(context, result);
     const QString state = text(status, DeviceKeys::state);
-    if (const QString problem = text(status, DeviceKeys::problem); state == u"failed"_s)
+    if (const QString problem = text(status, DeviceKeys::problem); state == DeviceKeys::stateFailed)
         return context.console.fail(ExitCode::refused, problem);
     // The key that ended this command line is most likely still down.
     const QString names = status.value(DeviceKeys::names).toStringList().join(u", "_s);
-    context.console.print(state == u"in use"_s ? u"in use: "_s + names : u"in use as soon as no key is down"_s);
+    context.console.print(state == DeviceKeys::stateInUse ? u"in use: "_s + names
+                                                          : u"in use as soon as no key is down"_s);
     context.console.print(
         u"to get out: hold Backspace, Escape and Return together, or say \"kestractl device release\""_s);
     return ExitCode::ok;
