@@ -86,6 +86,7 @@ void AtSpiTest::initTestCase()
     environment.insert(u"DISPLAY"_s, mDisplayName);
     environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
     environment.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
+    environment.insert(u"KESTRA_SPARE_DAEMONS"_s, u"1"_s);
     mService.setProcessEnvironment(environment);
     mService.start(launcher, {u"--launch-immediately"_s});
     const QDBusConnection bus = QDBusConnection::sessionBus();
