@@ -2,6 +2,7 @@
 // This program's own event loops are that of the dispatcher, and so is that of a second thread.
 #include "daemon/linux/epolldispatcher.h"
 #include "daemon/handover.h"
+#include "tests/support/threadusage.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -19,7 +20,6 @@
 #include <fcntl.h>
 #include <functional>
 #include <memory>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -77,14 +77,6 @@ public:
 private:
     int mEnds[2] = {-1, -1};
 };
-
-/// The calling thread, from sleep.
-long timesWoken()
-{
-    rusage usage = {};
-    ::getrusage(RUSAGE_THREAD, &usage);
-    return usage.ru_nvcsw;
-}
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "daemon/linux/stallwatch.h"
 #include "daemon/linux/epolldispatcher.h"
 #include "daemon/linux/realtime.h"
+#include "tests/support/threadusage.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
@@ -18,7 +19,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <sys/eventfd.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -98,14 +98,6 @@ void behave(const QString &way)
         work.start(0ms);
     loop.exec();
     ::close(file);
-}
-
-/// The calling thread, from sleep.
-long timesWoken()
-{
-    rusage usage = {};
-    ::getrusage(RUSAGE_THREAD, &usage);
-    return usage.ru_nvcsw;
 }
 
 int runChild(const QString &way)
