@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
+#include "daemon/daemonprocess.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/status.h"
 #include "macros/macrorecord.h"
@@ -147,8 +148,8 @@ private Q_SLOTS:
     void endsWithoutABus();
     void endsWhenTheBusGoesAway();
     void sleepsWhenThereIsNothingToDo();
-    void endsByEitherSignal_data();
-    void endsByEitherSignal();
+    void endsBySignal_data();
+    void endsBySignal();
     void losesNothingAnsweredWhenKilled();
     void interfacesAreAsDocumented_data();
     void interfacesAreAsDocumented();
@@ -319,7 +320,7 @@ void DaemonProcessTest::virtualKeyboardSendsWhatTheComputerReceives()
     SentRecorder recorder;
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {9u, 1u}), QString());
-    QCOMPARE(mDaemon->keyboardProperty(u"PressedKeys"_s).isValid(), true);
+    QCOMPARE(qdbus_cast<QList<uint>>(mDaemon->keyboardProperty(u"PressedKeys"_s)), QList<uint>({0x70004, 0x90001}));
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 4u}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"ReleaseAll"_s), QString());
     QTRY_COMPARE(recorder.sent(), QStringList({u"+7:4"_s, u"+9:1"_s, u"-7:4"_s, u"-9:1"_s}));
@@ -474,7 +475,11 @@ void DaemonProcessTest::tellsVersionAndHelpWithoutABus()
     QCOMPARE(version->readAllStandardOutput().trimmed(), QByteArray("QuillKestraDaemon " KESTRA_VERSION));
     QProcess *help = mDaemon->runAnother({u"--help"_s});
     QCOMPARE(help->exitCode(), 0);
-    QVERIFY(help->readAllStandardOutput().contains("Exit codes"));
+    const QString text = QString::fromUtf8(help->readAllStandardOutput()).simplified();
+    const QString codes = text.section(u"Exit codes"_s, 1);
+    for (const int code : {int(DaemonExit::ended), 1, int(DaemonExit::noBus), int(DaemonExit::alreadyRunning),
+                           int(DaemonExit::folderUnusable)})
+        QVERIFY2(codes.contains(QRegularExpression(u"[:,] %1 [a-z]"_s.arg(code))), qPrintable(text));
     QCOMPARE(mDaemon->runAnother({u"--unknown"_s})->exitCode(), 1);
     QCOMPARE(mDaemon->runAnother({u"argument"_s})->exitCode(), 1);
 }
@@ -523,14 +528,15 @@ void DaemonProcessTest::sleepsWhenThereIsNothingToDo()
     QVERIFY(wakeUps(mDaemon->processId()) > 0);
 }
 
-void DaemonProcessTest::endsByEitherSignal_data()
+void DaemonProcessTest::endsBySignal_data()
 {
     QTest::addColumn<int>("signal");
     QTest::newRow("SIGTERM") << SIGTERM;
     QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
 }
 
-void DaemonProcessTest::endsByEitherSignal()
+void DaemonProcessTest::endsBySignal()
 {
     QFETCH(int, signal);
     QCOMPARE(mDaemon->sendSignal(signal), 0);
