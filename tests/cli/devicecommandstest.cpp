@@ -6,7 +6,7 @@
 #include "daemon/devicesadaptor.h"
 #include "daemon/settingsdocument.h"
 #include "platform/messageport.h"
-#include "tests/cli/kestractlprocess.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/scripteddevices.h"
 
 #include <QDir>

@@ -3,8 +3,8 @@
 #include "app/util/propertylist.h"
 #include "app/util/qlcoreutility.h"
 #include "macros/macrorecord.h"
-#include "tests/cli/kestractlprocess.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
 
 #include <QFile>
