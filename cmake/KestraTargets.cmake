@@ -32,15 +32,19 @@ function(kestra_executable name)
   target_link_libraries(${name} PRIVATE kestra_flags ${ARG_LINK})
 endfunction()
 
+# Runs what follows on a session bus of its own, which starts none of this machine's services.
+set(KESTRA_TEST_BUS dbus-run-session --config-file=${PROJECT_SOURCE_DIR}/tests/session.conf --)
+
 # kestra_test(NAME SOURCES file... LINK library... [BUS] [LABELS label...] [TIMEOUT seconds])
-# BUS: the test runs on a private session bus of its own. Widgets are drawn offscreen.
+# BUS: the test runs on a private session bus of its own. Widgets are drawn offscreen. A configurator that a test starts
+# ends no daemon (KESTRA_SPARE_DAEMONS): there may be others than the test's.
 function(kestra_test name)
   cmake_parse_arguments(ARG "BUS" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
   target_link_libraries(${name} PRIVATE kestra_flags Qt6::Test ${ARG_LINK})
   if(ARG_BUS)
-    add_test(NAME ${name} COMMAND dbus-run-session -- $<TARGET_FILE:${name}>)
+    add_test(NAME ${name} COMMAND ${KESTRA_TEST_BUS} $<TARGET_FILE:${name}>)
   else()
     add_test(NAME ${name} COMMAND ${name})
   endif()
@@ -50,5 +54,5 @@ function(kestra_test name)
   set_tests_properties(${name} PROPERTIES
     TIMEOUT ${ARG_TIMEOUT}
     LABELS "${ARG_LABELS}"
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;KESTRA_BIN_DIR=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;KESTRA_SPARE_DAEMONS=1;KESTRA_BIN_DIR=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
 endfunction()

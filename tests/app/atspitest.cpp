@@ -86,6 +86,7 @@ void AtSpiTest::initTestCase()
     environment.insert(u"DISPLAY"_s, mDisplayName);
     environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
     environment.insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_s, u"1"_s);
+    environment.insert(u"KESTRA_SPARE_DAEMONS"_s, u"1"_s);
     mService.setProcessEnvironment(environment);
     mService.start(launcher, {u"--launch-immediately"_s});
     const QDBusConnection bus = QDBusConnection::sessionBus();
@@ -157,16 +158,11 @@ void AtSpiTest::everyControlTellsItsName()
     QTRY_VERIFY_WITH_TIMEOUT(isThere(), startLimitMs);
     QStringList nameless;
     QList<qsizetype> counts;
-    QStringList before = names(controls());
     const QList<AccessibleControl> tabs = pageTabs();
     QCOMPARE(tabs.size(), 5);
     for (const AccessibleControl &tab : tabs) {
         click(tab);
-        const auto hasChanged = [&] { return names(controls()) != before; };
-        if (tab.name != tabs.first().name)
-            QTRY_VERIFY_WITH_TIMEOUT(hasChanged(), startLimitMs);
-        QCOMPARE(tabsInFront(), QStringList{tab.name});
-        before = names(controls());
+        QTRY_COMPARE_WITH_TIMEOUT(tabsInFront(), QStringList{tab.name}, startLimitMs);
         counts += 0;
         for (const AccessibleControl &control : controls()) {
             if (!interactiveRoles.contains(control.role))
@@ -194,6 +190,8 @@ void AtSpiTest::everyTabTellsWhenItComesToTheFrontAndLeavesIt()
     QDBusInterface registry(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/registry"_s, u"org.a11y.atspi.Registry"_s,
                             connection);
     QCOMPARE(registry.call(u"RegisterEvent"_s, u"object:state-changed:selected"_s).type(), QDBusMessage::ReplyMessage);
+    // The program learns of it from a signal; what it answers after that shows that it has.
+    QCOMPARE(tabsInFront(), QStringList{tabs.first().name});
     for (const AccessibleControl &tab : {tabs.at(4), tabs.at(1)}) {
         click(tab);
         QTRY_COMPARE_WITH_TIMEOUT(tabsInFront(), QStringList{tab.name}, startLimitMs);

@@ -316,12 +316,11 @@ void DaemonCommandsTest::survivesAReplyOfWrongTypes()
 
 void DaemonCommandsTest::takesTheLastOfTwoReplies()
 {
-    // Both replies are on their way before the request is answered, and only then does the waiter look.
+    // Both replies are there before the request is answered, and only then does the waiter look.
     const auto reply = [](const QVariantMap &document) {
         return ScriptedDaemon::Reply{
             ScriptedDaemon::encoded({{u"ReturnStatus"_s, 0}, {u"AllDevSettings"_s, document}})};
     };
-    mDaemon->setSlowToAnswer(std::chrono::milliseconds(50));
     mDaemon->setScript(Command::readSettings, [&](const auto &) {
         return std::vector{reply({}), reply(withActiveProfile(sampleDocument(), 0))};
     });
@@ -350,21 +349,21 @@ void DaemonCommandsTest::giveALateReplyToTheNextWaiter()
 
 void DaemonCommandsTest::giveEachReplyAfterALateOneToTheWaiterAfterItsOwn()
 {
-    const auto afterTheWaiter = [this](Command command, const QVariantMap &reply) {
-        mDaemon->setScript(command, [reply](const auto &) {
-            return std::vector<ScriptedDaemon::Reply>{{ScriptedDaemon::encoded(reply), std::chrono::milliseconds(50)}};
-        });
+    const auto sendLate = [this](Command command, const QVariantMap &reply) {
+        mDaemon->sendToReplyPort(u"KeyboardConfiguratorReplyPort"_s, int(command), ScriptedDaemon::encoded(reply));
     };
     mDaemon->setSilent(Command::addMacro);
     mHub->controller->addMacroWithSettings({});
-    mDaemon->sendToReplyPort(u"KeyboardConfiguratorReplyPort"_s, 11, ScriptedDaemon::encoded({{u"ReturnStatus"_s, 5}}));
+    sendLate(Command::addMacro, {{u"ReturnStatus"_s, 5}});
     mDaemon->forgetRequests();
 
     // The new name was taken, but the reply that is read tells of the failed addition: nothing is asked for anew.
-    afterTheWaiter(Command::renameMacro, {{u"ReturnStatus"_s, 0}, {u"sequenceInMacro"_s, someEvent}});
+    mDaemon->setSilent(Command::renameMacro);
     mHub->controller->renameMacroAtIndexWithNewName(0, u"New"_s);
     QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::renameMacro)});
-    QTRY_VERIFY(LatestReplySlot::shared().holdsReply());
+    QVERIFY(!LatestReplySlot::shared().holdsReply());
+    sendLate(Command::renameMacro, {{u"ReturnStatus"_s, 0}, {u"sequenceInMacro"_s, someEvent}});
+    QVERIFY(LatestReplySlot::shared().holdsReply());
     // And that reply is what the next command reads.
     mDaemon->setSilent(Command::readEvent);
     QCOMPARE(mHub->controller->getSequenceDetailsEventIndex(0, 0), someEvent);

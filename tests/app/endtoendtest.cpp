@@ -10,6 +10,7 @@
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/kestractlprocess.h"
 
 #include <QAction>
 #include <QApplication>
@@ -56,13 +57,9 @@ void EndToEndTest::init()
 
 QString EndToEndTest::kestractl(const QStringList &arguments)
 {
-    QProcess process;
-    process.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestractl"_s, arguments);
-    if (!process.waitForFinished(20000))
-        return u"did not finish"_s;
-    if (process.exitCode() != 0)
-        return u"exit code %1: "_s.arg(process.exitCode()) + QString::fromUtf8(process.readAllStandardError());
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    const KestractlResult result = runKestractl(arguments);
+    return result.exitCode == 0 ? result.text().trimmed()
+                                : u"exit code %1: "_s.arg(result.exitCode) + result.errorText();
 }
 
 void EndToEndTest::disablesAKeyByMouseForGood()

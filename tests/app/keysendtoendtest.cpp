@@ -12,6 +12,7 @@
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
 
 #include <QAction>
@@ -256,11 +257,7 @@ void KeysEndToEndTest::openWindow()
 
 QString KeysEndToEndTest::wordsOfA()
 {
-    QProcess process;
-    process.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestractl"_s, {u"key"_s, u"A"_s});
-    if (!process.waitForFinished(20000))
-        return u"kestractl did not finish"_s;
-    const QString words = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    const QString words = runKestractl({u"key"_s, u"A"_s}).text().trimmed();
     return words.startsWith("A: "_L1) ? words.sliced(3) : u"kestractl printed \"%1\""_s.arg(words);
 }
 
@@ -291,7 +288,7 @@ QStringList KeysEndToEndTest::sentByA()
 void KeysEndToEndTest::backToTheDefaultKey()
 {
     QFETCH(bool, hasMouse);
-    QProcess::execute(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestractl"_s, {u"key"_s, u"A"_s, u"disable"_s});
+    QCOMPARE(runKestractl({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
     openWindow();
     Hand hand(*mHub, hasMouse);
     QCOMPARE(buttonA()->mark(), KeyMark::disabled);

@@ -7,8 +7,8 @@
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
-#include "tests/cli/kestractlprocess.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/testdesktop.h"
 
 #include <QAction>

@@ -416,7 +416,7 @@ void UnpluggingTest::whileACommandWaits()
     ScriptedDaemon daemon(sampleDocument());
     mHub = std::make_unique<Hub>();
     mHub->open(daemon);
-    setReplyPollInterval(500us);
+    setReplyPollInterval(isAnswered ? 5ms : 500us);
     const QVariantList profiles = mHub->controller->profilesArray();
     const QByteArray answer = ScriptedDaemon::encoded(
         {{u"ReturnStatus"_s, 0}, {u"ReturnDictionary"_s, sampleDocument()}, {u"AllDevSettings"_s, sampleDocument()}});
@@ -432,6 +432,7 @@ void UnpluggingTest::whileACommandWaits()
     QCOMPARE(mHub->controller->profilesArray(), profiles);
 
     // Plugged in again while the next command waits, which stays without answer.
+    setReplyPollInterval(500us);
     daemon.setScript(command, [&](const ScriptedDaemon::Request &) {
         daemon.postNotification(u"Device Attached 271"_s);
         return std::vector<ScriptedDaemon::Reply>();

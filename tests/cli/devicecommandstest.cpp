@@ -7,7 +7,7 @@
 #include "daemon/settingsdocument.h"
 #include "daemon/virtualkeyboardadaptor.h"
 #include "platform/messageport.h"
-#include "tests/cli/kestractlprocess.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/scripteddevices.h"
 
 #include <QDir>

@@ -5,7 +5,7 @@
 #include "app/util/daemonprotocol.h"
 #include "app/util/qlcoreutility.h"
 #include "platform/messageport.h"
-#include "tests/cli/kestractlprocess.h"
+#include "tests/support/kestractlprocess.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>

@@ -2,8 +2,8 @@
 // "kestractl profile ..." and "kestractl focus" with the real daemon: what each changes, prints and refuses.
 #include "app/util/propertylist.h"
 #include "app/util/settingskeys.h"
-#include "tests/cli/kestractlprocess.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/kestractlprocess.h"
 
 #include <QDir>
 #include <QFile>

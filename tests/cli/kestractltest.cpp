@@ -5,7 +5,7 @@
 #include "app/util/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/distributednotificationcenter.h"
-#include "tests/cli/kestractlprocess.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
 
 #include <QFileInfo>

@@ -2,6 +2,7 @@
 // The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
 #include "app/util/qlcoreutility.h"
 #include "app/util/status.h"
+#include "daemon/daemonprocess.h"
 #include "daemon/settingsdocument.h"
 #include "macros/macrorecord.h"
 #include "platform/distributednotificationcenter.h"
@@ -152,8 +153,8 @@ private Q_SLOTS:
     void endsWithoutABus();
     void endsWhenTheBusGoesAway();
     void sleepsWhenThereIsNothingToDo();
-    void endsByEitherSignal_data();
-    void endsByEitherSignal();
+    void endsBySignal_data();
+    void endsBySignal();
     void outlivesTheReaderOfItsLog();
     void losesNothingAnsweredWhenKilled();
     void interfacesAreAsDocumented_data();
@@ -325,7 +326,7 @@ void DaemonProcessTest::virtualKeyboardSendsWhatTheComputerReceives()
     SentRecorder recorder;
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {9u, 1u}), QString());
-    QCOMPARE(mDaemon->keyboardProperty(u"PressedKeys"_s).isValid(), true);
+    QCOMPARE(qdbus_cast<QList<uint>>(mDaemon->keyboardProperty(u"PressedKeys"_s)), QList<uint>({0x70004, 0x90001}));
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 4u}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"ReleaseAll"_s), QString());
     QTRY_COMPARE(recorder.sent(), QStringList({u"+7:4"_s, u"+9:1"_s, u"-7:4"_s, u"-9:1"_s}));
@@ -506,7 +507,11 @@ void DaemonProcessTest::tellsVersionAndHelpWithoutABus()
     QCOMPARE(version->readAllStandardOutput().trimmed(), QByteArray("QuillKestraDaemon " KESTRA_VERSION));
     QProcess *help = mDaemon->runAnother({u"--help"_s});
     QCOMPARE(help->exitCode(), 0);
-    QVERIFY(help->readAllStandardOutput().contains("Exit codes"));
+    const QString text = QString::fromUtf8(help->readAllStandardOutput()).simplified();
+    const QString codes = text.section(u"Exit codes"_s, 1);
+    for (const int code : {int(DaemonExit::ended), 1, int(DaemonExit::noBus), int(DaemonExit::alreadyRunning),
+                           int(DaemonExit::folderUnusable)})
+        QVERIFY2(codes.contains(QRegularExpression(u"[:,] %1 [a-z]"_s.arg(code))), qPrintable(text));
     QCOMPARE(mDaemon->runAnother({u"--unknown"_s})->exitCode(), 1);
     QCOMPARE(mDaemon->runAnother({u"argument"_s})->exitCode(), 1);
 }
@@ -555,14 +560,15 @@ void DaemonProcessTest::sleepsWhenThereIsNothingToDo()
     QVERIFY(wakeUps(mDaemon->processId()) > 0);
 }
 
-void DaemonProcessTest::endsByEitherSignal_data()
+void DaemonProcessTest::endsBySignal_data()
 {
     QTest::addColumn<int>("signal");
     QTest::newRow("SIGTERM") << SIGTERM;
     QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
 }
 
-void DaemonProcessTest::endsByEitherSignal()
+void DaemonProcessTest::endsBySignal()
 {
     QFETCH(int, signal);
     QCOMPARE(mDaemon->sendSignal(signal), 0);

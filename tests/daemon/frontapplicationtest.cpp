@@ -3,9 +3,9 @@
 // are opened, focused and closed, and the profile follows.
 #include "daemon/frontapplication/sessionenvironment.h"
 #include "daemon/settingsdocument.h"
-#include "tests/cli/kestractlprocess.h"
 #include "tests/daemon/usermanagerservice.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/testdesktop.h"
 
 #include <QJsonObject>

@@ -3,6 +3,7 @@
 #include "daemon/keypath.h"
 #include "tests/daemon/keydocuments.h"
 #include "tests/support/notingchannel.h"
+#include "tests/support/threadusage.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -186,9 +187,9 @@ void KeyPathTest::switchTakesLessThanAMillisecond()
     std::chrono::nanoseconds longest{};
     std::chrono::nanoseconds total{};
     for (int count = 0; count < switches; ++count) {
-        const auto start = std::chrono::steady_clock::now();
+        const auto start = processorTime();
         tap(switchKey);
-        const std::chrono::nanoseconds taken = std::chrono::steady_clock::now() - start;
+        const std::chrono::nanoseconds taken = processorTime() - start;
         longest = std::max(longest, taken);
         total += taken;
         QCOMPARE(sentBy(keyA), count % 2 == 0 ? quint16(30) : keyA);

@@ -9,7 +9,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -78,12 +77,6 @@ void ScriptedDaemon::setSilent(Command command)
     setScript(command, [](const Request &) { return std::vector<Reply>(); });
 }
 
-void ScriptedDaemon::setSlowToAnswer(std::chrono::milliseconds duration)
-{
-    const std::scoped_lock lock(mMutex);
-    mAnswerDelay = duration;
-}
-
 QByteArray ScriptedDaemon::sendToReplyPort(const QString &port, int messageIdentifier, const QByteArray &data)
 {
     QByteArray answer;
@@ -141,19 +134,15 @@ std::optional<QByteArray> ScriptedDaemon::receive(qint32 command, const std::opt
 {
     const Request request{command, QlCoreUtility::convertDataToDictionary(data).value_or(QVariantMap()),
                           data.value_or(QByteArray())};
-    std::chrono::milliseconds answerDelay;
     {
         const std::scoped_lock lock(mMutex);
         mRequests.push_back(request);
-        answerDelay = mAnswerDelay;
     }
     const QString port = request.dictionary.value(DaemonProtocol::responsePortName).toString();
     if (!port.isEmpty()) {
         for (const Reply &reply : scriptedReplies(request))
             send(port, command, reply);
     }
-    if (answerDelay.count() > 0)
-        std::this_thread::sleep_for(answerDelay); // the slowness is what is scripted
     return {};
 }
 
@@ -183,11 +172,12 @@ std::vector<ScriptedDaemon::Reply> ScriptedDaemon::scriptedReplies(const Request
 
 void ScriptedDaemon::send(const QString &port, int command, const Reply &reply)
 {
-    const auto sendNow = [this, port, command, data = reply.data] {
+    if (reply.after.count() == 0) {
+        // Taken before the request is answered, so that no waiter looks for it too early.
+        QDBusConnection(mConnectionName).call(portMessage(port, command, reply.data));
+        return;
+    }
+    QTimer::singleShot(reply.after, mThread.context(), [this, port, command, data = reply.data] {
         QDBusConnection(mConnectionName).call(portMessage(port, command, data), QDBus::NoBlock);
-    };
-    if (reply.after.count() == 0)
-        sendNow();
-    else
-        QTimer::singleShot(reply.after, mThread.context(), sendNow);
+    });
 }

@@ -33,7 +33,8 @@ public:
         QByteArray data;
     };
 
-    /// One message to the reply port that the request named.
+    /// One message to the reply port that the request named. Without `after` the port has taken it before the request
+    /// itself is answered; a port on the thread that sends the request would wait in vain.
     struct Reply
     {
         QByteArray data;
@@ -55,8 +56,6 @@ public:
     void setReply(Command command, const QVariantMap &reply);
     void setScript(Command command, Script script);
     void setSilent(Command command);
-    /// The request is received but not answered on the bus (SendRequest does not return) for `duration`.
-    void setSlowToAnswer(std::chrono::milliseconds duration);
 
     /// Sends `data` to the reply port named `port` and waits until it was answered; the answer.
     QByteArray sendToReplyPort(const QString &port, int messageIdentifier, const QByteArray &data);
@@ -82,7 +81,6 @@ private:
     QVariantMap mDocument;
     std::map<int, Script> mScripts;
     std::vector<Request> mRequests;
-    std::chrono::milliseconds mAnswerDelay{0};
 
     QString mConnectionName;
     std::unique_ptr<LocalMessagePort> mPort; // used on mThread only

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/testdesktop.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTest>
@@ -14,6 +15,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int waitMs = 20'000;
+
+/// The displays of a test are the test's process's own, and above all that other programs choose.
+constexpr qint64 firstDisplayNumber = 1000;
 
 std::unique_ptr<QProcess> started(const QString &program, const QStringList &arguments,
                                   const QProcessEnvironment &environment, const std::function<void()> &inChild = {})
@@ -71,22 +75,14 @@ bool TestDesktop::startX11()
 {
     // It is not to start over when its last client leaves: the next client may be on its way.
     const QString screen = u"%1x%2x24"_s.arg(mScreenSize.width()).arg(mScreenSize.height());
-    QStringList arguments{u"-noreset"_s, u"-screen"_s, u"0"_s, screen, u"-nolisten"_s, u"tcp"_s};
-    if (mDisplay.isEmpty())
-        arguments = QStringList{u"-displayfd"_s, u"1"_s} + arguments; // a free one, which the server then tells
-    else
-        arguments.prepend(mDisplay);
-    const bool isTold = mDisplay.isEmpty();
-    if (!isTold)
-        QFile::remove(u"/tmp/.X11-unix/X"_s + mDisplay.sliced(1)); // left by the one that was killed
-    mServer = started(u"Xvfb"_s, arguments, QProcessEnvironment::systemEnvironment());
+    // Not the lowest that is free (-displayfd): another server could have it before this one is started again.
+    const QString number = QString::number(firstDisplayNumber + QCoreApplication::applicationPid());
+    mDisplay = u':' + number;
+    QFile::remove(u"/tmp/.X11-unix/X"_s + number); // left by the one that was killed
+    mServer = started(u"Xvfb"_s, {mDisplay, u"-noreset"_s, u"-screen"_s, u"0"_s, screen, u"-nolisten"_s, u"tcp"_s},
+                      QProcessEnvironment::systemEnvironment());
     if (!mServer)
         return false;
-    if (isTold) {
-        if (!mServer->waitForReadyRead(waitMs))
-            return false;
-        mDisplay = u':' + QString::fromLatin1(mServer->readLine()).trimmed();
-    }
     const auto isConnected = [this] {
         mX11Windows = std::make_unique<X11Windows>(mDisplay);
         return mX11Windows->isConnected();

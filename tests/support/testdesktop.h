@@ -22,7 +22,7 @@ public:
     explicit TestDesktop(Kind kind, QSize screenSize = {640, 480});
     ~TestDesktop() { stop(); }
 
-    /// False when a program it needs is missing or does not come up.
+    /// False when a program it needs is missing or does not come up. A process may have one X11 desktop at a time.
     [[nodiscard]] bool start();
     /// Kills it, as a crash would; windows go with it.
     void stop();

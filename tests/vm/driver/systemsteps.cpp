@@ -152,21 +152,31 @@ void reloadRules()
              "--subsystem-match=leds"});
 }
 
+/// What udev says of the event node of this name; empty where there is none.
+std::string propertiesOfNode(const std::string &name)
+{
+    for (const auto &entry : std::filesystem::directory_iterator("/sys/class/input")) {
+        if (contentOf(entry.path().string() + "/device/name") == name + '\n')
+            return runProcess({"udevadm", "info", "--query=property", "--path=" + entry.path().string()}).output;
+    }
+    return {};
+}
+
 /// expect-property NAME TEXT: what udev says of the event node of this name, "no" before it for what it does not say.
 void expectProperty(Machine &, const Words &words)
 {
     const bool isWanted = word(words, 2) != "no";
     const std::string text = word(words, isWanted ? 2 : 3);
-    for (const auto &entry : std::filesystem::directory_iterator("/sys/class/input")) {
-        if (contentOf(entry.path().string() + "/device/name") != word(words, 1) + '\n')
-            continue;
-        const std::string properties =
-            runProcess({"udevadm", "info", "--query=property", "--path=" + entry.path().string()}).output;
-        if ((properties.find(text) != std::string::npos) != isWanted)
-            throw Failure("it says: " + properties);
-        return;
-    }
-    throw Failure("there is no such node");
+    // Nothing is missing before the manager has handled the node: only then it says when it did.
+    constexpr const char *handled = "USEC_INITIALIZED=";
+    std::string properties;
+    const bool isAsWanted = becomesTrue([&] {
+        properties = propertiesOfNode(word(words, 1));
+        return properties.find(handled) != std::string::npos
+               && (properties.find(text) != std::string::npos) == isWanted;
+    });
+    if (!isAsWanted)
+        throw Failure(properties.empty() ? "there is no such node" : "it says: " + properties);
 }
 
 /// The key thread comes before ordinary programs, programs that it starts do not, and the daemon's memory is locked.
