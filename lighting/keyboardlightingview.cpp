@@ -10,12 +10,12 @@
 #include "platform/groupbox.h"
 #include "platform/radiogroup.h"
 #include "platform/spinner.h"
+#include "platform/stepslider.h"
 
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSlider>
 
 using namespace Qt::StringLiterals;
 
@@ -110,12 +110,9 @@ QWidget *KeyboardLightingController::buildEffects()
 QWidget *KeyboardLightingController::buildBrightness()
 {
     auto *group = new GroupBox;
-    mBrightnessValue = new QSlider(Qt::Horizontal);
+    mBrightnessValue = new StepSlider;
     mBrightnessValue->setObjectName("mBrightnessValue"_L1);
     mBrightnessValue->setRange(offLevel, brightLevel);
-    mBrightnessValue->setPageStep(1);
-    mBrightnessValue->setTickInterval(1);
-    mBrightnessValue->setTickPosition(QSlider::TicksBelow);
     mBrightnessValue->setAccessibleName(localizedText("lkeyBrightness"));
     connect(mBrightnessValue, &QSlider::valueChanged, this, [this] { brightnessValueChange(mBrightnessValue); });
     makeLabel(mBrightnessLabel, "mBrightnessLabel", "lkeyBrightness");

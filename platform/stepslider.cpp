@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#include "platform/stepslider.h"
+
+#include <QMouseEvent>
+#include <QStyleOptionSlider>
+
+StepSlider::StepSlider(QWidget *parent) : QSlider(Qt::Horizontal, parent)
+{
+    setPageStep(1);
+    setTickInterval(1);
+    setTickPosition(QSlider::TicksBelow);
+    constexpr int lowest = 26; // below that the handle is cut off above the ticks
+    setMinimumHeight(lowest);
+}
+
+QRect StepSlider::place(QStyle::SubControl part) const
+{
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    return style()->subControlRect(QStyle::CC_Slider, &option, part, this);
+}
+
+void StepSlider::mousePressEvent(QMouseEvent *event)
+{
+    const QRect handle = place(QStyle::SC_SliderHandle);
+    const QPoint point = event->position().toPoint();
+    if (event->button() != Qt::LeftButton || handle.contains(point))
+        return QSlider::mousePressEvent(event);
+    const QRect groove = place(QStyle::SC_SliderGroove);
+    setValue(QStyle::sliderValueFromPosition(minimum(), maximum(), point.x() - groove.left() - handle.width() / 2,
+                                             groove.width() - handle.width(), invertedAppearance()));
+    event->accept();
+}

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// A horizontal slider of few steps: a click on the groove or on a tick goes to the step that is nearest, where the base
+// class would go one step towards it. Main thread only.
+#pragma once
+
+#include <QSlider>
+#include <QStyle>
+
+class StepSlider : public QSlider
+{
+    Q_OBJECT
+
+public:
+    explicit StepSlider(QWidget *parent = nullptr);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+
+private:
+    [[nodiscard]] QRect place(QStyle::SubControl part) const;
+};

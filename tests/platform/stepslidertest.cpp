@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "platform/stepslider.h"
+
+#include <QSignalSpy>
+#include <QStyleOptionSlider>
+#include <QTest>
+
+class StepSliderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void clickGoesToTheNearestStep_data();
+    void clickGoesToTheNearestStep();
+    void handleIsDragged();
+    void otherButtonsDoNothing();
+    void handleIsNotCutOff();
+
+private:
+    [[nodiscard]] QRect handleAt(int value);
+
+    std::unique_ptr<StepSlider> mSlider;
+};
+
+void StepSliderTest::init()
+{
+    mSlider = std::make_unique<StepSlider>();
+    mSlider->setRange(0, 4);
+    mSlider->resize(300, mSlider->minimumHeight());
+    mSlider->show();
+    QVERIFY(QTest::qWaitForWindowExposed(mSlider.get()));
+}
+
+QRect StepSliderTest::handleAt(int value)
+{
+    QStyleOptionSlider option;
+    option.initFrom(mSlider.get());
+    option.orientation = Qt::Horizontal;
+    option.subControls = QStyle::SC_All;
+    option.minimum = mSlider->minimum();
+    option.maximum = mSlider->maximum();
+    option.sliderPosition = option.sliderValue = value;
+    option.tickPosition = mSlider->tickPosition();
+    option.tickInterval = mSlider->tickInterval();
+    return mSlider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, mSlider.get());
+}
+
+void StepSliderTest::clickGoesToTheNearestStep_data()
+{
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("to");
+    for (const int from : {0, 2, 4}) {
+        for (int to = 0; to <= 4; ++to)
+            QTest::addRow("%d to %d", from, to) << from << to;
+    }
+}
+
+void StepSliderTest::clickGoesToTheNearestStep()
+{
+    QFETCH(int, from);
+    QFETCH(int, to);
+    const QPoint target = handleAt(to).center();
+    // The groove, a tick below it, and a little beside.
+    for (const QPoint point :
+         {target, QPoint(target.x(), mSlider->height() - 2), target + QPoint(8, 0), target - QPoint(8, 0)}) {
+        mSlider->setValue(from);
+        const QSignalSpy changes(mSlider.get(), &QSlider::valueChanged);
+        QTest::mouseClick(mSlider.get(), Qt::LeftButton, {}, point);
+        QCOMPARE(mSlider->value(), to);
+        QCOMPARE(changes.size(), from == to ? 0 : 1);
+    }
+}
+
+void StepSliderTest::handleIsDragged()
+{
+    QTest::mousePress(mSlider.get(), Qt::LeftButton, {}, handleAt(0).center());
+    QTest::mouseMove(mSlider.get(), handleAt(3).center());
+    QTest::mouseRelease(mSlider.get(), Qt::LeftButton, {}, handleAt(3).center());
+    QCOMPARE(mSlider->value(), 3);
+}
+
+void StepSliderTest::otherButtonsDoNothing()
+{
+    QTest::mouseClick(mSlider.get(), Qt::RightButton, {}, handleAt(4).center());
+    QCOMPARE(mSlider->value(), 0);
+}
+
+void StepSliderTest::handleIsNotCutOff()
+{
+    QVERIFY(mSlider->rect().contains(handleAt(0)));
+    QVERIFY(mSlider->rect().contains(handleAt(4)));
+}
+
+QTEST_MAIN(StepSliderTest)
+#include "stepslidertest.moc"
