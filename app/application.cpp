@@ -4,6 +4,7 @@
 #include "app/keyboard_configuratorappdelegate.h"
 #include "app/keyboardmaincontroller.h"
 #include "app/mainwindow.h"
+#include "app/productlogo.h"
 #include "app/util/daemonprotocol.h"
 #include "app/util/resources.h"
 #include "app/util/text.h"
@@ -97,7 +98,8 @@ void prepareFonts()
 }
 
 /// Loads the font of all texts. By its own name where the desktop gives one that stands for it, such as "Sans Serif":
-/// then the keyboard picture, which asks for it by its own name, needs none of its own for the same size.
+/// that is loaded as two fonts, an empty one and the one that it stands for. And only the own name has weights of which
+/// the keyboard picture can choose one that is there.
 void prepareFont()
 {
     QFont font = QApplication::font();
@@ -137,6 +139,7 @@ int runConfigurator(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
     QGuiApplication::setDesktopFileName(u"org.quillkestra.Configurator"_s);
     installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
+    QGuiApplication::setWindowIcon(productLogo(64, 2));
     QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
     const Launch launch = parseCommandLine(application);
 

@@ -59,6 +59,8 @@ KeyboardMainController::KeyboardMainController(MainControllerServices services, 
       mLightingController(new KeyboardLightingController(this)),
       mMaintenenaceController(new KeyboardMaintenanceController(this))
 {
+    if (mServices.openPage)
+        mLightingController->setUrlOpener(mServices.openPage);
 }
 
 KeyboardMainController::~KeyboardMainController()
@@ -235,11 +237,13 @@ void KeyboardMainController::refreshControllersTableDisplay()
 
 void KeyboardMainController::setControlsState(bool enabled)
 {
-    mKeysController->setControlsState(enabled);
-    mProfilesController->setControlsState(enabled);
-    mMacrosController->setControlsState(enabled);
-    mLightingController->setControlsState(enabled);
-    mMaintenenaceController->setControlsState(enabled);
+    mFocusMemory.change(mMainWindow, [this, enabled] {
+        mKeysController->setControlsState(enabled);
+        mProfilesController->setControlsState(enabled);
+        mMacrosController->setControlsState(enabled);
+        mLightingController->setControlsState(enabled);
+        mMaintenenaceController->setControlsState(enabled);
+    });
 }
 
 void KeyboardMainController::updateProfilesControlState(bool enabled)
@@ -250,7 +254,7 @@ void KeyboardMainController::updateProfilesControlState(bool enabled)
         mBusyIndicator->startAnimation();
         mBusyIndicator->repaint(); // what follows may block this thread for seconds
     }
-    mProfilesController->setControlsState(enabled);
+    mFocusMemory.change(mMainWindow, [this, enabled] { mProfilesController->setControlsState(enabled); });
 }
 
 void KeyboardMainController::selectTabAtIndex(int index)
@@ -286,16 +290,11 @@ void KeyboardMainController::setDriverVersions()
 {
     if (!firmwareVersionString().isEmpty())
         return;
+    // Queued before the request, so that it comes before the answer, which ends it.
+    QMetaObject::invokeMethod(
+        this, [this] { mLightingController->startProgresIndicatorAnimation(); }, Qt::QueuedConnection);
     sendDaemonRequest(DaemonCommands::queryFirmwareVersion(mDevicePID, replyPortName),
                       int(Command::queryFirmwareVersion));
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            // The answer may have come between the request and this call.
-            if (firmwareVersionString().isEmpty())
-                mLightingController->startProgresIndicatorAnimation();
-        },
-        Qt::QueuedConnection);
 }
 
 void KeyboardMainController::updateDriverVersions(const std::optional<QVariantMap> &reply)

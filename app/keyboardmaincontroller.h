@@ -10,6 +10,7 @@
 #include "lighting/lightingdelegate.h"
 #include "macros/macrodelegate.h"
 #include "platform/distributednotificationcenter.h"
+#include "platform/focusmemory.h"
 #include "platform/processes.h"
 #include "profiles/profiledelegate.h"
 
@@ -193,6 +194,9 @@ private:
     std::optional<QVariantMap> replyTo(DaemonProtocol::Command command, const QVariantMap &request);
     /// The same, for commands whose reply tells only whether they succeeded; false without a reply.
     bool succeeds(DaemonProtocol::Command command, const QVariantMap &request);
+    /// After the document was read anew: the assignments to a profile are not to be dropped by a later switch when its
+    /// deletion, which nobody answered, did not happen.
+    void endUnansweredDeletion(qsizetype profilesBefore);
     void openPage(QLatin1StringView address);
 
     MainControllerServices mServices;
@@ -202,6 +206,7 @@ private:
     KeyboardLightingController *mLightingController = nullptr;
     KeyboardMaintenanceController *mMaintenenaceController = nullptr; // the name is written this way on purpose
     DistributedNotificationCenter *mNotificationCenter = nullptr;
+    FocusMemory mFocusMemory;
 
     QVariantMap mDefaultSettingsDict;
     QVariantMap mCurrentProfileDict;
@@ -215,7 +220,7 @@ private:
     std::unique_ptr<ReplyPort> mLocalMessagePort; // with its thread, the port's source of messages
     std::atomic<int> mDevicePID = 0;              // read by the firmware-query thread
     int mDeletedProfileID = 0;
-    bool mIsWiredDevice = false;
+    bool mIsWiredDevice = false;   // nothing decides by it
     bool mIsDeleteProfile = false; // from a delete request to the switch that follows it
 
     std::jthread mFirmwareQueryThread;

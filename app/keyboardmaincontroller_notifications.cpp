@@ -13,6 +13,7 @@
 #include "platform/addresses.h"
 #include "platform/helpviewer.h"
 #include "platform/sheet.h"
+#include "platform/spinner.h"
 
 #include <QDesktopServices>
 #include <QLabel>
@@ -105,11 +106,24 @@ void KeyboardMainController::deviceConnectedNotification(const DistributedNotifi
         observeCommandReplies(product);
         mIsWiredDevice = product == DaemonProtocol::productId;
     }
+    const qsizetype profilesBefore = mProfilesArray.size();
     loadLatestSettings();
+    endUnansweredDeletion(profilesBefore);
     setProperties();
     setControlsState(true);
     updateUISettings();
     addObserverDeviceAttachment();
+}
+
+void KeyboardMainController::endUnansweredDeletion(qsizetype profilesBefore)
+{
+    if (!mIsDeleteProfile)
+        return;
+    mBusyIndicator->stopAnimation();
+    if (mProfilesArray.size() < profilesBefore)
+        return; // it came to pass: the next switch cleans up after it
+    mIsDeleteProfile = false;
+    mDeletedProfileID = 0;
 }
 
 void KeyboardMainController::deviceDisconnectedNotification(const DistributedNotification &)

@@ -4,7 +4,6 @@
 #include "app/util/text.h"
 
 #include <QLabel>
-#include <QPointer>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -24,12 +23,11 @@ KeyboardMaintenanceController::KeyboardMaintenanceController(QObject *parent) : 
 
 KeyboardMaintenanceController::~KeyboardMaintenanceController()
 {
-    if (mView && !mView->parent())
+    if (!mView->parent())
         delete mView;
 }
 
 void KeyboardMaintenanceController::setControlsState(bool enabled)
 {
-    if (mView)
-        mView->setEnabled(enabled);
+    mView->setEnabled(enabled);
 }

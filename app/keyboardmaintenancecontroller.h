@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <QWidget>
 
 class KeyboardMaintenanceController : public QObject
@@ -20,5 +19,5 @@ public:
     void setControlsState(bool enabled);
 
 private:
-    QPointer<QWidget> mView;
+    QWidget *mView;
 };

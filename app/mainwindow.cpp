@@ -19,6 +19,8 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -28,7 +30,7 @@ namespace {
 
 constexpr int logoSize = 40;
 constexpr QSize initialSize(1180, 700);
-constexpr QSize smallestSize(1000, 640);
+constexpr QSize smallestSize(900, 500); // as much as a screen of 1920 by 1080 has at twice the size
 
 QLabel *wrappedLabel(const QString &text, QLatin1StringView objectName)
 {
@@ -52,8 +54,8 @@ MainWindow::MainWindow()
 {
     setObjectName("mMainWindow"_L1);
     setWindowTitle(localizedText("lkeyProductName"));
-    setWindowIcon(productLogo(64, 2));
-    resize(initialSize);
+    resize(
+        initialSize.boundedTo(screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight))));
     setMinimumSize(smallestSize);
 }
 

@@ -35,16 +35,21 @@ QStringList helpLines(const CommandRow &row)
 
 void printHelp(Console &console)
 {
-    console.print(u"kestractl shows and changes what the daemon of the Quill Kestra keyboard holds.\n"_s);
+    console.print(u"kestractl shows and changes what the daemon of the Quill Kestra keyboard holds."_s);
+    console.print({});
     console.print(u"Usage:"_s);
     for (const CommandRow &row : commandTable()) {
         for (const QString &line : helpLines(row))
             console.print(u"  "_s + line);
     }
-    console.print(u"  kestractl help [COMMAND]\n  kestractl --help\n  kestractl --version\n"_s);
+    console.print(u"  kestractl help [COMMAND]"_s);
+    console.print(u"  kestractl --help"_s);
+    console.print(u"  kestractl --version"_s);
+    console.print({});
     console.print(u"KEY is a key's name (A, F1, LeftShift, NumPadSeven, M1) or its HID usage (225, 0x04)."_s);
     console.print(u"MODIFIER is a modifier key's name (LeftControl, RightShift)."_s);
-    console.print(u"N is a number: the first profile, and the first macro, is 0.\n"_s);
+    console.print(u"N is a number: the first profile, and the first macro, is 0."_s);
+    console.print({});
     console.print(u"Exit codes: 0 done, 1 refused by the daemon, 2 wrong usage, 3 no daemon, 4 no answer, "
                   "5 results not written."_s);
 }

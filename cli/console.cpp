@@ -6,6 +6,28 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
+namespace {
+
+QByteArray printable(QString line)
+{
+    const auto isObeyed = [](QChar character) {
+        const bool turnsText = (character >= u'\u202a' && character <= u'\u202e')
+                               || (character >= u'\u2066' && character <= u'\u2069'); // the direction of what follows
+        return character.category() == QChar::Other_Control || turnsText;
+    };
+    std::ranges::replace_if(line, isObeyed, QChar(u'?'));
+    return line.toUtf8();
+}
+
+} // namespace
+
+void Console::print(const QString &line)
+{
+    mResults.write(printable(line) + '\n');
+}
+
 void Console::printNow(const QString &line)
 {
     print(line);
@@ -21,6 +43,6 @@ void Console::printJson(const QJsonValue &value)
 
 ExitCode Console::fail(ExitCode code, const QString &reason)
 {
-    mErrors.write("kestractl: " + reason.toUtf8() + '\n');
+    mErrors.write("kestractl: " + printable(reason) + '\n');
     return code;
 }

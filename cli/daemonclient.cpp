@@ -2,6 +2,7 @@
 #include "cli/daemonclient.h"
 
 #include "app/util/plistnumbers.h"
+#include "app/util/status.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "platform/distributednotificationcenter.h"
@@ -79,7 +80,9 @@ DaemonClient::Answer DaemonClient::sendChecked(Command command, const QVariantMa
     const qint32 status = PlistNumbers::integerValue(answer.reply.value(DaemonProtocol::returnStatus));
     if (status != 0) {
         answer.failure = ExitCode::refused;
-        answer.reason = u"the daemon refused command %1 with status %2"_s.arg(static_cast<qint32>(command)).arg(status);
+        answer.reason = u"the daemon refused command %1 with status %2 (%3)"_s.arg(static_cast<qint32>(command))
+                            .arg(status)
+                            .arg(statusName(static_cast<Status>(status)));
     }
     return answer;
 }

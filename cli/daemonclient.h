@@ -15,7 +15,8 @@
 /// The bundle-like identifier that tells the configurator's changes from those of this program.
 inline constexpr QLatin1StringView kestractlIdentifier{"org.quillkestra.kestractl"};
 
-/// Main thread only. Each operation blocks for at most about 10 seconds.
+/// Main thread only. Each request blocks for at most about 12 seconds, the first, which opens the reply port,
+/// for 17.
 class DaemonClient
 {
 public:
@@ -44,8 +45,6 @@ public:
 
     /// The firmware version, which the daemon announces by a notification; absent when none came in time.
     [[nodiscard]] std::optional<QString> firmwareVersion();
-
-    [[nodiscard]] const QString &replyPortName() const { return mReplyPortName; }
 
 private:
     [[nodiscard]] std::optional<Answer> failureToReachDaemon();

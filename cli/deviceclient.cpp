@@ -5,8 +5,6 @@
 
 #include <QDBusArgument>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -19,7 +17,7 @@ DaemonObjectResult inItsWords(DaemonObjectResult result)
 {
     const auto isOurs = [&result](DeviceKeys::Key error) { return result.errorName == error; };
     if (isOurs(DeviceKeys::unknownError) || isOurs(DeviceKeys::refusedError) || isOurs(DeviceKeys::notKeptError))
-        result.reason = DeviceClient::printable(result.errorText);
+        result.reason = result.errorText;
     if (isOurs(DeviceKeys::unknownError))
         result.failure = ExitCode::usage;
     return result;
@@ -47,15 +45,4 @@ DaemonObjectResult DeviceClient::use(const QStringList &ids)
 DaemonObjectResult DeviceClient::release()
 {
     return inItsWords(devices.call("Release"_L1));
-}
-
-QString DeviceClient::printable(QString text)
-{
-    const auto isObeyed = [](QChar character) {
-        const bool turnsText = (character >= u'\u202a' && character <= u'\u202e')
-                               || (character >= u'\u2066' && character <= u'\u2069'); // the direction of what follows
-        return character.category() == QChar::Other_Control || turnsText;
-    };
-    std::ranges::replace_if(text, isObeyed, QChar(u'?'));
-    return text;
 }

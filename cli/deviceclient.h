@@ -19,7 +19,4 @@ namespace DeviceClient {
 [[nodiscard]] DaemonObjectResult use(const QStringList &ids);
 [[nodiscard]] DaemonObjectResult release();
 
-/// `text` without what a terminal would obey instead of printing it: names come from the keyboards themselves.
-[[nodiscard]] QString printable(QString text);
-
 } // namespace DeviceClient

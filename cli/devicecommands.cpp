@@ -13,13 +13,12 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using DeviceClient::printable;
 
 namespace {
 
 QString text(const QVariantMap &device, DeviceKeys::Key key)
 {
-    return printable(device.value(key).toString());
+    return device.value(key).toString();
 }
 
 QJsonObject jsonOf(const QVariantMap &device)
@@ -84,11 +83,12 @@ ExitCode useDevices(CommandContext &context)
     if (result.failure != ExitCode::ok)
         return fail(context, result);
     const QString state = text(status, DeviceKeys::state);
-    if (const QString problem = text(status, DeviceKeys::problem); state == u"failed"_s)
+    if (const QString problem = text(status, DeviceKeys::problem); state == DeviceKeys::stateFailed)
         return context.console.fail(ExitCode::refused, problem);
     // The key that ended this command line is most likely still down.
-    const QString names = printable(status.value(DeviceKeys::names).toStringList().join(u", "_s));
-    context.console.print(state == u"in use"_s ? u"in use: "_s + names : u"in use as soon as no key is down"_s);
+    const QString names = status.value(DeviceKeys::names).toStringList().join(u", "_s);
+    context.console.print(state == DeviceKeys::stateInUse ? u"in use: "_s + names
+                                                          : u"in use as soon as no key is down"_s);
     context.console.print(
         u"to get out: hold Backspace, Escape and Return together, or say \"kestractl device release\""_s);
     return ExitCode::ok;
@@ -115,13 +115,11 @@ ExitCode showDeviceRule(CommandContext &context)
                || candidate.value(DeviceKeys::nodes).toStringList().contains(id);
     });
     if (device == devices.end())
-        return context.console.fail(ExitCode::usage,
-                                    u"no keyboard \"%1\" (see kestractl device list)"_s.arg(printable(id)));
+        return context.console.fail(ExitCode::usage, u"no keyboard \"%1\" (see kestractl device list)"_s.arg(id));
     const std::optional<QString> rule = deviceRule(*device, ::getuid());
     if (!rule)
         return context.console.fail(
-            ExitCode::refused,
-            u"the keyboard \"%1\" tells neither maker nor product: no rule can name it"_s.arg(printable(id)));
+            ExitCode::refused, u"the keyboard \"%1\" tells neither maker nor product: no rule can name it"_s.arg(id));
     context.console.printBytes(rule->toUtf8());
     return ExitCode::ok;
 }

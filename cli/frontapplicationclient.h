@@ -2,10 +2,11 @@
 // What the daemon knows of the application in front, over the session bus.
 #pragma once
 
+#include "app/util/frontapplicationkeys.h"
 #include "cli/daemonobject.h"
 
 /// org.quillkestra.FrontApplication; docs/daemon-protocol.md tells its methods and properties.
-inline constexpr DaemonObject frontApplicationObject{.path = QLatin1StringView("/FrontApplication"),
-                                                     .interface = QLatin1StringView("org.quillkestra.FrontApplication"),
+inline constexpr DaemonObject frontApplicationObject{.path = FrontApplicationKeys::objectPath,
+                                                     .interface = FrontApplicationKeys::interfaceName,
                                                      .words =
                                                          QLatin1StringView("switching by the application in front")};

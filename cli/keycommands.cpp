@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // "key": what a key does in the active profile, and every assignment it can be given.
-#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keyassignments.h"
@@ -47,10 +46,9 @@ ExitCode assignKey(CommandContext &context, const QVariantMap &document, int cod
     const QVariantMap keys =
         KeyMappings::withEntry(activeProfileRecord(document).value(SettingsKeys::keys).toMap(),
                                KeyLayout::codeText(code), made.assignment, made.param1, made.param2);
-    const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
     const DaemonClient::Answer answer = context.daemon.sendChecked(
         DaemonProtocol::Command::updateProfile,
-        {{DaemonProtocol::profileId, PlistNumbers::integerValue(deviceSettings.value(SettingsKeys::activeProfile))},
+        {{DaemonProtocol::profileId, activeProfileIndex(document)},
          {DaemonProtocol::deviceSettingsDictionary, QVariantMap{{SettingsKeys::keys, keys}}}});
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);

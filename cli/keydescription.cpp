@@ -53,11 +53,15 @@ QString singleKeyWords(const KeyMappings::Entry &entry)
 
 } // namespace
 
-QVariantMap activeProfileRecord(const QVariantMap &document)
+int activeProfileIndex(const QVariantMap &document)
 {
     const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
-    const int active = PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile));
-    return document.value(SettingsKeys::profiles).toList().value(active).toMap();
+    return PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile));
+}
+
+QVariantMap activeProfileRecord(const QVariantMap &document)
+{
+    return document.value(SettingsKeys::profiles).toList().value(activeProfileIndex(document)).toMap();
 }
 
 QString describeKey(const QVariantMap &document, int code)

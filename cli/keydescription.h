@@ -6,6 +6,9 @@
 #include <QString>
 #include <QVariantMap>
 
+/// "DeviceSettings"/"ActiveProfile" of `document`: the index of a profile, which may not exist; 0 when absent.
+[[nodiscard]] int activeProfileIndex(const QVariantMap &document);
+
 /// The profile record that "DeviceSettings"/"ActiveProfile" of `document` points at; empty when it points nowhere.
 [[nodiscard]] QVariantMap activeProfileRecord(const QVariantMap &document);
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // "light": what the keys of the active profile show, and changing it.
-#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
@@ -177,11 +176,9 @@ ExitCode change(CommandContext &context, const QVariantMap &document, const Ligh
         setting.change(context.arguments.value(1), activeProfileRecord(document), problem);
     if (!settings)
         return context.console.fail(ExitCode::usage, problem);
-    const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
     const DaemonClient::Answer answer = context.daemon.sendChecked(
-        DaemonProtocol::Command::updateProfile,
-        {{DaemonProtocol::profileId, PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile))},
-         {DaemonProtocol::deviceSettingsDictionary, *settings}});
+        DaemonProtocol::Command::updateProfile, {{DaemonProtocol::profileId, activeProfileIndex(document)},
+                                                 {DaemonProtocol::deviceSettingsDictionary, *settings}});
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);
     // What is shown is what the daemon now holds, not what was asked for.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "macro record" and "macro play": macros and the keyboard.
+#include "app/util/hidpages.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
@@ -80,8 +81,7 @@ std::optional<PlayingKey> keyThatPlays(const QVariantMap &document, int macro)
 
 DaemonObjectResult sendKey(QLatin1StringView method, int code)
 {
-    constexpr uint keyboardUsagePage = 0x07;
-    return VirtualKeyboardClient::call(method, {keyboardUsagePage, static_cast<uint>(code)});
+    return VirtualKeyboardClient::call(method, {uint{HidPages::keyboard}, static_cast<uint>(code)});
 }
 
 /// Does to the key what a finger would: one that repeats until released is held, one that repeats until pressed again

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // "profile list" and "profile switch".
-#include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
+#include "cli/keydescription.h"
 #include "cli/recordchoice.h"
 #include "profiles/applicationbinding.h"
 
@@ -18,12 +18,6 @@ QString profileName(const QVariant &profile)
     return profile.toMap().value(SettingsKeys::profileName).toString();
 }
 
-int activeProfile(const QVariantMap &document)
-{
-    const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
-    return PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile));
-}
-
 } // namespace
 
 ExitCode listProfiles(CommandContext &context)
@@ -32,7 +26,7 @@ ExitCode listProfiles(CommandContext &context)
     if (!document.ok())
         return context.console.fail(document.failure, document.reason);
     const QVariantList profiles = document.reply.value(SettingsKeys::profiles).toList();
-    const int active = activeProfile(document.reply);
+    const int active = activeProfileIndex(document.reply);
     QJsonArray list;
     for (int index = 0; index < profiles.size(); ++index) {
         const QString name = profileName(profiles.at(index));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "status": what a person asks first.
 #include "app/util/devicekeys.h"
+#include "app/util/frontapplicationkeys.h"
 #include "app/util/plistnumbers.h"
 #include "app/util/settingskeys.h"
 #include "cli/commandtable.h"
@@ -32,8 +33,8 @@ QString frontApplicationHint()
     if (!seesAll || seesAll->toBool())
         return {};
     const QString source = frontApplication("Source"_L1).toString();
-    return (source == "none"_L1 ? u"this desktop does not tell which application is in front"_s
-                                : u"this desktop tells of X11 applications only"_s)
+    return (source == FrontApplicationKeys::noSource ? u"this desktop does not tell which application is in front"_s
+                                                     : u"this desktop tells of X11 applications only"_s)
            + u"; tell it by \"kestractl focus NAME\""_s;
 }
 
@@ -43,8 +44,8 @@ using Rows = QList<std::pair<QString, QJsonValue>>;
 QString attachment(const QVariantMap &device)
 {
     const QString state = device.value(DeviceKeys::state).toString();
-    if (!state.isEmpty() && state != u"released"_s)
-        return state == u"in use"_s ? u"attached"_s : u"not attached"_s;
+    if (!state.isEmpty() && state != DeviceKeys::stateReleased)
+        return state == DeviceKeys::stateInUse ? u"attached"_s : u"not attached"_s;
     const std::optional<bool> attached = VirtualKeyboardClient::isAttached();
     return !attached ? u"unknown"_s : *attached ? u"attached"_s : u"not attached"_s;
 }
@@ -80,7 +81,7 @@ Rows statusRows(const QVariantMap &document, DaemonClient &daemon)
               {u"keyboard"_s, keyboard},
               {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()}};
     rows += deviceRows(device);
-    rows += Rows{{u"activeProfile"_s, PlistNumbers::integerValue(settings.value(SettingsKeys::activeProfile))},
+    rows += Rows{{u"activeProfile"_s, activeProfileIndex(document)},
                  {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
                  {u"frontApplication"_s, frontApplication("Application"_L1)},
                  {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
@@ -112,7 +113,7 @@ QString words(const QJsonValue &value)
     if (value.isObject())
         return latencyWords(value.toObject());
     const QString text = value.isArray() ? value.toVariant().toStringList().join(u", "_s) : value.toString();
-    return text.isEmpty() ? u"none"_s : DeviceClient::printable(text);
+    return text.isEmpty() ? u"none"_s : text;
 }
 
 } // namespace

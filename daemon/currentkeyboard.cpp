@@ -12,6 +12,7 @@ void CurrentKeyboard::use(Keyboard &keyboard, const QVariantMap &document)
         stop();
         mKeyboard->disconnect(this);
         mKeyboard->keys().disconnect(this);
+        mKeyboard->showLight({}); // off: one that changes by itself would go on for ever
     }
     mKeyboard = &keyboard;
     connectKeyboard();

@@ -18,8 +18,8 @@ class CurrentKeyboard : public QObject
 public:
     using QObject::QObject;
 
-    /// Lets go of everything on the keyboard before, and nothing more is heard of it. `keyboard` must live longer than
-    /// this, or be replaced; `document` as in apply().
+    /// Lets go of everything on the keyboard before, whose light goes out, and nothing more is heard of it. `keyboard`
+    /// must live longer than this, or be replaced; `document` as in apply().
     void use(Keyboard &keyboard, const QVariantMap &document);
     [[nodiscard]] const Keyboard *keyboard() const { return mKeyboard; } ///< null until use()
 

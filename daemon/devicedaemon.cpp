@@ -10,6 +10,7 @@
 #include "daemon/requestreader.h"
 #include "daemon/settingsdocument.h"
 #include "macros/macrorecord.h"
+#include "platform/messageport.h"
 
 #include <algorithm>
 
@@ -34,6 +35,19 @@ QString sourceAppOf(const QVariantMap &values, const QString &replyPort)
         return *given;
     return replyPort == DaemonProtocol::configuratorReplyPortName ? QString(DaemonProtocol::configuratorIdentifier)
                                                                   : replyPort;
+}
+
+/// Where the reply to request `number` goes; empty for nowhere.
+QString replyPortOf(qint32 number, const QVariantMap &values)
+{
+    const QString port = RequestReader::text(values, DaemonProtocol::responsePortName).value_or(QString());
+    if (port == DaemonProtocol::requestPortName)
+        qCWarning(lcRequests, "client: request %d names the daemon's own port for its reply", number);
+    else if (!port.isEmpty() && !isMessagePortName(port))
+        qCWarning(lcRequests, "client: request %d names for its reply what can be no port", number);
+    else
+        return port;
+    return {};
 }
 
 // 1, true and 1.0 compare equal as values but are not the same on disk.
@@ -69,12 +83,7 @@ void DeviceDaemon::handleMessage(qint32 number, const std::optional<QByteArray> 
         qCWarning(lcRequests, "client: request %d is not a dictionary and is dropped", number);
         return;
     }
-    QString replyPort = RequestReader::text(*values, DaemonProtocol::responsePortName).value_or(QString());
-    if (replyPort == DaemonProtocol::requestPortName) {
-        qCWarning(lcRequests, "client: request %d names the daemon's own port for its reply", number);
-        replyPort.clear();
-    }
-    handle({.number = number, .values = *values, .replyPort = replyPort});
+    handle({.number = number, .values = *values, .replyPort = replyPortOf(number, *values)});
 }
 
 void DeviceDaemon::handle(const Request &request)

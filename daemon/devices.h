@@ -3,6 +3,8 @@
 // of that. Values, and the abstract source that finds and takes over keyboards; one thread, the daemon's.
 #pragma once
 
+#include "app/util/devicekeys.h"
+
 #include <QLatin1StringView>
 #include <QList>
 #include <QObject>
@@ -73,12 +75,12 @@ enum class DeviceState {
 [[nodiscard]] constexpr QLatin1StringView deviceStateName(DeviceState state)
 {
     switch (state) {
-    case DeviceState::released: return QLatin1StringView("released");
-    case DeviceState::absent: return QLatin1StringView("absent");
-    case DeviceState::waiting: return QLatin1StringView("waiting");
-    case DeviceState::inUse: return QLatin1StringView("in use");
-    case DeviceState::suspended: return QLatin1StringView("suspended");
-    case DeviceState::failed: return QLatin1StringView("failed");
+    case DeviceState::released: return DeviceKeys::stateReleased;
+    case DeviceState::absent: return DeviceKeys::stateAbsent;
+    case DeviceState::waiting: return DeviceKeys::stateWaiting;
+    case DeviceState::inUse: return DeviceKeys::stateInUse;
+    case DeviceState::suspended: return DeviceKeys::stateSuspended;
+    case DeviceState::failed: return DeviceKeys::stateFailed;
     }
     return QLatin1StringView("?");
 }

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "app/util/daemonprotocol.h"
-#include "daemon/status.h"
+#include "app/util/status.h"
 
 #include <QVariantMap>
 

@@ -64,9 +64,9 @@ KeyMap::KeyMap(const QVariantMap &profile) : KeyMap()
 {
     const QVariantMap keys = profile.value(SettingsKeys::keys).toMap();
     for (auto entry = keys.constBegin(); entry != keys.constEnd(); ++entry) {
-        bool isNumber = false;
-        const int key = entry.key().toInt(&isNumber);
-        if (isNumber && isKey(key))
+        const int key = entry.key().toInt();
+        // "04" or "+4" is a number, but not the text under which a client finds the key: it would act and not be shown.
+        if (isKey(key) && entry.key() == QString::number(key))
             mAssignments[static_cast<std::size_t>(key)] =
                 assignmentOf(entry.value().toMap(), static_cast<quint16>(key));
     }

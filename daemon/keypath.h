@@ -56,6 +56,7 @@ public:
     explicit KeyPath(KeyChannel &channel, QObject *parent = nullptr);
     KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent = nullptr);
 
+    [[nodiscard]] bool isStarted() const { return mIsStarted; }
     /// From now on the keys do something; until then, and after stop(), they are ignored. The last choice made: those
     /// up to it are not to be heeded any more.
     Choice start(const KeySettings &settings);

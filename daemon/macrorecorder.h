@@ -35,7 +35,6 @@ public:
     /// Ends the recording; keys that are still down are recorded as released now.
     void stop(Time now);
 
-    [[nodiscard]] bool isRecording() const { return mState == State::recording; }
     /// The events recorded for this macro; absent when there is no ended recording for it.
     [[nodiscard]] std::optional<QVariantList> recorded(int macroId) const;
     void discard();

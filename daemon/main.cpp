@@ -14,10 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A daemon that stood still would keep the keyboard, and nobody could wake it up.
-void ignoreJobControl()
+/// A daemon that stood still would keep the keyboard, and nobody could wake it up; and it is not to end with whoever
+/// reads its log.
+void ignoreSignals()
 {
-    for (const int number : {SIGTSTP, SIGTTIN, SIGTTOU})
+    for (const int number : {SIGTSTP, SIGTTIN, SIGTTOU, SIGPIPE})
         std::signal(number, SIG_IGN); // programs that it starts have the usual again, see DetachedProcess
 }
 
@@ -36,7 +37,7 @@ void makeStacksSmall()
 
 int main(int argc, char *argv[])
 {
-    ignoreJobControl();
+    ignoreSignals();
     makeStacksSmall();
     // Event loops wait with poll(), not with GLib's loop, which takes longer and needs memory of its own.
     qputenv(DetachedProcess::withheldVariable, "1");
@@ -50,7 +51,7 @@ int main(int argc, char *argv[])
         u"Device daemon of the Quill Kestra keyboard: keeps its settings, answers its clients and maps its keys.\n"
         u"Runs in the foreground until SIGTERM or SIGINT; logs to standard error (QT_LOGGING_RULES chooses what).\n"
         u"Settings are kept in $XDG_STATE_HOME/quill-kestra (default ~/.local/state/quill-kestra).\n"
-        u"Exit codes: 0 ended by a signal, 1 wrong arguments, 2 no session bus, 3 already running, 4 the settings cannot be read or kept."_s);
+        u"Exit codes: 0 ended by a signal, 1 wrong arguments, 2 no session bus, 3 already running, 4 the settings cannot be read or kept, 5 the keys stood still."_s);
     parser.addHelpOption();
     parser.addVersionOption();
     parser.process(application);

@@ -15,7 +15,8 @@ using namespace SettingsDocument;
 
 namespace {
 
-// English, as the daemon has no texts of any language; the user renames it in the configurator.
+// English in every language: it is kept, as the names of the factory settings are, and read by clients whose language
+// may be another than the daemon's. The user renames it in the configurator.
 const QString nameOfNewMacro = u"On the fly"_s;
 
 QStringList macroNames(const QVariantList &macros)

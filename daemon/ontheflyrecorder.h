@@ -5,7 +5,7 @@
 
 #include "daemon/macrorecorder.h"
 
-/// off -> Macro key -> recording -> Macro key -> awaitingKey -> done() -> off. The Macro key in awaitingKey throws the
+/// off -> Macro key -> recording -> Macro key -> awaitingKey -> end() -> off. The Macro key in awaitingKey throws the
 /// recording away, and so does one without any event, so that a key hit by accident is undone by hitting it again.
 class OnTheFlyRecorder
 {

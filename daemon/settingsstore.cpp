@@ -26,9 +26,19 @@ namespace {
 
 constexpr QLatin1StringView fileName{"settings.plist"};
 
-QString systemError()
+QString systemError(int error)
 {
-    return QString::fromLocal8Bit(std::strerror(errno));
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
+/// Does not wait. 0, or an errno value: EWOULDBLOCK when another process has the lock.
+int lockExclusively(int file)
+{
+    int error = 0;
+    do
+        error = ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+    while (error == EINTR);
+    return error;
 }
 
 bool renameOver(const QString &from, const QString &to)
@@ -78,13 +88,16 @@ SettingsStore::OpenResult SettingsStore::open()
     const QString lockPath = QDir(mFolder).filePath(u"lock"_s);
     mLock = ::open(QFile::encodeName(lockPath).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (mLock < 0) {
-        mErrorText = u"cannot open %1: %2"_s.arg(lockPath, systemError());
+        mErrorText = u"cannot open %1: %2"_s.arg(lockPath, systemError(errno));
         return OpenResult::unusable;
     }
     // The lock goes with the process, also when that is killed.
-    if (::flock(mLock, LOCK_EX | LOCK_NB) != 0) {
+    if (const int error = lockExclusively(mLock); error == EWOULDBLOCK) {
         mErrorText = u"another daemon uses the settings in %1"_s.arg(mFolder);
         return OpenResult::inUse;
+    } else if (error != 0) {
+        mErrorText = u"cannot lock %1: %2"_s.arg(lockPath, systemError(error));
+        return OpenResult::unusable;
     }
     for (const QString &file : presentFiles()) {
         const QString error = PropertyList::readFileBytes(file).error;
@@ -207,7 +220,7 @@ bool SettingsStore::keepSecondName()
                  AT_SYMLINK_FOLLOW)
         == 0)
         return true;
-    qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError()));
+    qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError(errno)));
     return false;
 }
 

@@ -14,8 +14,8 @@
 ///   settings.plist.1 ... .3         the documents before it, newest first
 ///   settings.plist.0                the document before it, only while one is being replaced; what a daemon that was
 ///                                   killed in between left to do is done by the next save
-///   settings.plist.damaged-<time>   what was no settings document, set aside as it was; never overwritten, never read
-///   again lock                            held by the daemon that uses the folder
+///   settings.plist.damaged-<time>   what was no settings document, set aside as it was; neither overwritten nor read
+///   lock                            held by the daemon that uses the folder
 class SettingsStore
 {
 public:

@@ -58,10 +58,18 @@ void VirtualKeyboard::send(HidUsage usage, bool isDown)
     Q_EMIT sent(usage.page, usage.usage, isDown);
 }
 
+/// Done: something can be done on it.
+VirtualKeyboard::Result VirtualKeyboard::readiness() const
+{
+    if (!mKeys.isStarted())
+        return Result::notInUse;
+    return mIsAttached ? Result::done : Result::notAttached;
+}
+
 VirtualKeyboard::Result VirtualKeyboard::press(uint usagePage, uint usage)
 {
-    if (!mIsAttached)
-        return Result::notAttached;
+    if (const Result result = readiness(); result != Result::done)
+        return result;
     if (!isKeyOrButton(usagePage, usage))
         return Result::noSuchKey;
     const HidUsage key = hidUsage(usagePage, usage);
@@ -100,8 +108,8 @@ void VirtualKeyboard::announce(HidUsage key, bool isDown)
 
 VirtualKeyboard::Result VirtualKeyboard::pressGameMode()
 {
-    if (!mIsAttached)
-        return Result::notAttached;
+    if (const Result result = readiness(); result != Result::done)
+        return result;
     Q_EMIT gameModePressed();
     return Result::done;
 }
@@ -110,8 +118,8 @@ VirtualKeyboard::Result VirtualKeyboard::setBrightness(int level)
 {
     if (level < Backlight::minimumBrightness || level > Backlight::maximumBrightness)
         return Result::noSuchBrightness;
-    if (!mIsAttached)
-        return Result::notAttached;
+    if (const Result result = readiness(); result != Result::done)
+        return result;
     Q_EMIT brightnessChosen(level);
     return Result::done;
 }
@@ -124,8 +132,8 @@ VirtualKeyboard::Result VirtualKeyboard::changeBrightness(int steps)
 
 VirtualKeyboard::Result VirtualKeyboard::pressMacroKey()
 {
-    if (!mIsAttached)
-        return Result::notAttached;
+    if (const Result result = readiness(); result != Result::done)
+        return result;
     Q_EMIT macroKeyPressed();
     return Result::done;
 }

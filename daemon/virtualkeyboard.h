@@ -17,7 +17,8 @@ class VirtualKeyboard : public Keyboard
 
 public:
     /// What became of a call; one that cannot be done changes nothing.
-    enum class Result { done, notAttached, noSuchKey, noSuchBrightness };
+    /// `notInUse`: the daemon uses another keyboard.
+    enum class Result { done, notInUse, notAttached, noSuchKey, noSuchBrightness };
 
     explicit VirtualKeyboard(QObject *parent = nullptr);
     explicit VirtualKeyboard(KeyClock clock, QObject *parent = nullptr);
@@ -27,6 +28,8 @@ public:
     [[nodiscard]] bool isGameModeShown() const { return mIsGameModeShown; }
     [[nodiscard]] int shownBrightness() const { return mLight.settings().brightness; } ///< as in backlight.h
     [[nodiscard]] Backlight::Color shownLight() const { return mLight.color(); }       ///< at this moment
+    /// How long the light sleeps until it changes by itself; absent when it does not.
+    [[nodiscard]] std::optional<Backlight::Time> lightSleep() const { return mLight.sleep(); }
     [[nodiscard]] OnTheFlyRecorder::State shownOnTheFly() const { return mShownOnTheFly; }
     [[nodiscard]] const QList<HidUsage> &pressedKeys() const { return mPressed; } ///< in the order of the presses
     [[nodiscard]] const QList<HidUsage> &sentKeys() const { return mSent; } ///< what the computer sees down, likewise
@@ -37,7 +40,8 @@ public:
     void showGameMode(bool isOn) override { mIsGameModeShown = isOn; }
 
     /// Pressing a key that is down, or releasing one that is not, does nothing. Page 7 has the keys, page 9 the
-    /// buttons of the mouse, page 12 (Consumer) the two brightness keys, which act when they go down.
+    /// buttons of the mouse, page 12 (Consumer) the two brightness keys, which act when they go down. A key can also be
+    /// released while the keyboard is not in use: it may have gone down before.
     [[nodiscard]] Result press(uint usagePage, uint usage);
     [[nodiscard]] Result release(uint usagePage, uint usage);
     void releaseAll();
@@ -67,6 +71,7 @@ private:
     };
 
     void connectLight();
+    [[nodiscard]] Result readiness() const;
     void send(HidUsage usage, bool isDown);
     void announce(HidUsage key, bool isDown);
 

@@ -52,6 +52,10 @@ void VirtualKeyboardAdaptor::finish(VirtualKeyboard::Result result) const
     using Result = VirtualKeyboard::Result;
     switch (result) {
     case Result::done: return;
+    case Result::notInUse:
+        mObject->sendErrorReply(DaemonProtocol::virtualKeyboardNotInUse,
+                                u"a real keyboard is chosen; \"kestractl device release\" gives it back"_s);
+        return;
     case Result::notAttached:
         mObject->sendErrorReply(DaemonProtocol::virtualKeyboardNotAttached, u"the keyboard is not attached"_s);
         return;

@@ -24,7 +24,7 @@ public:
 };
 
 /// Its public slots, properties and signals are the interface. A call that cannot be done fails with
-/// org.quillkestra.VirtualKeyboard.Error.NotAttached or org.freedesktop.DBus.Error.InvalidArgs.
+/// org.quillkestra.VirtualKeyboard.Error.NotInUse, …NotAttached or org.freedesktop.DBus.Error.InvalidArgs.
 class VirtualKeyboardAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT

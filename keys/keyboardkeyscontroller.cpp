@@ -16,8 +16,6 @@
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
 
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QLabel>
 
 using namespace Qt::StringLiterals;
@@ -41,8 +39,8 @@ KeyboardKeysController::KeyboardKeysController(QObject *parent) : QObject(parent
 
 KeyboardKeysController::~KeyboardKeysController()
 {
-    if (mView && !mView->parent())
-        delete mView.data();
+    if (!mView->parent())
+        delete mView;
 }
 
 void KeyboardKeysController::awakeFromNib()

@@ -149,7 +149,7 @@ private:
     [[nodiscard]] std::optional<QString> assignmentDetail(const KeyMappings::Entry &entry) const;
     [[nodiscard]] QString assignmentDescription(const KeyMappings::Entry &entry) const;
 
-    QPointer<QWidget> mView;
+    QWidget *mView = nullptr;
     KeyboardPicture *mPicture = nullptr;
     QGroupBox *mKeysBox = nullptr;
 #define KESTRA_KEY(outlet, action, code, functionKeyName) KeyButton *outlet = nullptr;

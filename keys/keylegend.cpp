@@ -3,7 +3,6 @@
 
 #include <QCache>
 #include <QFontDatabase>
-#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHash>
@@ -184,9 +183,7 @@ void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const Key
 
 QFont keyLegendFont(int pixelSize, QFont::Weight weight)
 {
-    // A name such as "Sans Serif" is loaded as two fonts, an empty one and the one that it stands for.
     QFont font = QGuiApplication::font();
-    font.setFamily(QFontInfo(font).family());
     font.setPixelSize(pixelSize);
     font.setWeight(nearestWeight(font.family(), weight));
     return font;

@@ -20,6 +20,5 @@ struct KeyLegend
 /// is narrowed, and then made smaller.
 void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const KeyLegend &legend, const QColor &color);
 
-/// The font of the picture: the program's, with the family that its name stands for and, of the weights that this
-/// family has, the nearest one.
+/// The font of the picture: the program's, in the nearest of the weights that its family has.
 [[nodiscard]] QFont keyLegendFont(int pixelSize, QFont::Weight weight);

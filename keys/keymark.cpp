@@ -114,12 +114,8 @@ void paintDisc(QPainter &painter, const Disc &disc)
     painter.setBrush(disc.color);
     constexpr int spansPerLine = 12; // its edges are shades
     const QRectF outline(rim / 2, rim / 2, disc.size - rim, disc.size - rim);
-    for (const QRect &band : lowBands(QRectF(0, 0, disc.size, disc.size).toAlignedRect(),
-                                      spansPerLine * painter.device()->devicePixelRatio())) {
-        painter.setClipRect(QRectF(band));
-        painter.drawEllipse(outline);
-    }
-    painter.setClipping(false);
+    paintInLowBands(painter, QRectF(0, 0, disc.size, disc.size).toAlignedRect(), spansPerLine,
+                    [&painter, outline] { painter.drawEllipse(outline); });
     painter.translate(disc.size / 2, disc.size / 2);
     painter.scale(disc.size / 2, disc.size / 2);
     const Glyph glyph = glyphOf(disc.mark);

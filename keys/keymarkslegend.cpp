@@ -3,6 +3,7 @@
 
 #include "app/util/text.h"
 #include "keys/keycap.h"
+#include "platform/flowlayout.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -64,14 +65,17 @@ private:
 
 KeyMarksLegend::KeyMarksLegend(QWidget *parent) : QWidget(parent)
 {
-    auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(6);
-    layout->addStretch(1);
+    constexpr int gap = 20;
+    constexpr int rowGap = 4;
+    constexpr int gapInside = 6;
+    auto *layout = new FlowLayout(this, gap, rowGap);
     for (const LegendRow &row : legendRows) {
-        layout->addWidget(new SampleWidget(row));
-        layout->addWidget(new QLabel(localizedText(row.textKey)));
-        layout->addSpacing(14);
+        auto *entry = new QWidget;
+        auto *parts = new QHBoxLayout(entry);
+        parts->setContentsMargins(0, 0, 0, 0);
+        parts->setSpacing(gapInside);
+        parts->addWidget(new SampleWidget(row));
+        parts->addWidget(new QLabel(localizedText(row.textKey)));
+        layout->addWidget(entry);
     }
-    layout->addStretch(1);
 }

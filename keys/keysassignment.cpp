@@ -214,9 +214,15 @@ void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &p
     // Without a profile the "Keys" sent here would be this one entry, in place of all that the daemon has.
     if (!mKeysDelegate || mKeysCurrentProfileDict.isEmpty())
         return;
+    // The file of the last selected key may name anything.
+    if (!KeyLayout::rowForCode(selectedCode())) {
+        updatePopUpSelection();
+        return;
+    }
     const QVariantMap keys = mKeysCurrentProfileDict.value(SettingsKeys::keys).toMap();
+    const QString key = KeyLayout::codeText(selectedCode());
     mKeysDelegate->updateKeySettings(
-        {{SettingsKeys::keys, KeyMappings::withEntry(keys, mSelectedKey, assignment, param1, param2)}});
+        {{SettingsKeys::keys, KeyMappings::withEntry(keys, key, assignment, param1, param2)}});
 }
 
 void KeyboardKeysController::setupSubMenu(int position, const QStringList &titles,

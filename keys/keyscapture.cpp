@@ -41,8 +41,6 @@ void KeyboardKeysController::openSingleKeySheet()
 
 void KeyboardKeysController::singleKeyEvents(const DistributedNotification &notification)
 {
-    if (!mView)
-        return; // the window is gone already
     mSingleKeyHIDCode = PlistNumbers::integerValue(notification.userInfo.value(DaemonProtocol::singleKey));
     mSingleKeyModifierCode = PlistNumbers::integerValue(notification.userInfo.value(DaemonProtocol::singleKeyModifier));
     mSingleKeyInput->clear();
@@ -80,8 +78,6 @@ void KeyboardKeysController::sheetDidEndReturnCodeContextInfo(Sheet *, int, void
 void KeyboardKeysController::gameModeSwitch(const DistributedNotification &)
 {
     mGameMode = !mGameMode;
-    if (!mView)
-        return; // the window is gone already
     functionKeysInfoDisplay(checkPopUpAssignmentIndexForValue(entryForKey(selectedCode()).command));
 }
 

@@ -71,6 +71,7 @@ void KeyboardKeysController::buildView()
     mView = new QWidget;
     mView->setObjectName("mKeysView"_L1);
     auto *layout = new QVBoxLayout(mView);
+    layout->setContentsMargins(20, 20, 20, 20);
     layout->setSpacing(10);
     layout->addWidget(buildHeader());
     layout->addWidget(buildKeyboard());

@@ -58,6 +58,11 @@ void KeyboardLightingController::awakeFromNib()
     mDeviceSettingsDict = {};
 }
 
+QString KeyboardLightingController::profileName() const
+{
+    return lightingSettingsDict().value(SettingsKeys::profileName).toString();
+}
+
 // Following the main controller
 
 void KeyboardLightingController::updateUISettings()
@@ -65,8 +70,9 @@ void KeyboardLightingController::updateUISettings()
     if (!mLightingSettingsDict)
         return;
     const QVariantMap &record = *mLightingSettingsDict;
+    mSheetSubject.endUnless(profileName());
     mMain->setChecked(integerValue(record.value(SettingsKeys::backlightLed)) != 0);
-    mProfileNameLabel->setText(record.value(SettingsKeys::profileName).toString());
+    mProfileNameLabel->setText(profileName());
     showBrightness(integerValue(record.value(SettingsKeys::brightnessKbNormal)));
     mEnableAddOnHighlight->setChecked(integerValue(record.value(SettingsKeys::gameLightingOn)) != 0);
     const QVariantList colors = record.value(SettingsKeys::ledKbColors).toList();
@@ -185,13 +191,14 @@ void KeyboardLightingController::clickCheckUpdates(QObject *)
 
 void KeyboardLightingController::clickRestoreSettings(QObject *)
 {
-    const QString name = nameInAlert(lightingSettingsDict().value(SettingsKeys::profileName).toString());
+    const QString name = nameInAlert(profileName());
     const AlertTexts texts{localizedFormat("lkeyRestoreDefaultTitle", {name}), localizedText("lkeyRestoreDefaultDesc"),
                            localizedText("lkeyOK"), localizedText("lkeyCancel")};
-    showAlert(texts, mLightingWindow, [self = QPointer(this)](int returnCode) {
+    Sheet *alert = showAlert(texts, mLightingWindow, [self = QPointer(this)](int returnCode) {
         if (self)
             self->sheetDidEndReturnCodeContextInfo(returnCode, confirmRestore);
     });
+    mSheetSubject.note(alert, profileName());
 }
 
 void KeyboardLightingController::sheetDidEndReturnCodeContextInfo(int returnCode, int)
@@ -199,7 +206,7 @@ void KeyboardLightingController::sheetDidEndReturnCodeContextInfo(int returnCode
     if (returnCode != alertFirstButtonReturn)
         return;
     QVariantMap record = mDefaultDict;
-    record[SettingsKeys::profileName] = lightingSettingsDict().value(SettingsKeys::profileName).toString();
+    record[SettingsKeys::profileName] = profileName();
     // Forced, whatever the default record says.
     record[SettingsKeys::brightnessKbNormal] = restoredBrightness;
     record[SettingsKeys::profileOsdOn] = true;

@@ -3,6 +3,8 @@
 // Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
 #pragma once
 
+#include "platform/sheetsubject.h"
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -108,6 +110,7 @@ private:
     void colorLabels();
     void showBrightness(int level);
     void send(const QVariantMap &settings);
+    [[nodiscard]] QString profileName() const;
 
     QWidget *mView = nullptr;
     QLabel *mProfileNameLabel = nullptr;
@@ -142,6 +145,7 @@ private:
     QVariantMap mDefaultDict;
     QVariantMap mUserSettingsDict;
     QPointer<QWidget> mLightingWindow;
+    SheetSubject mSheetSubject; ///< the name of the profile that the alert or the colour dialog is about
     LightingDelegate *mLightingDelegate = nullptr;
     UrlOpener mOpenUrl;
     bool mAreLabelsEnabled = true;

@@ -45,6 +45,8 @@ ColorWell *KeyboardLightingController::makeColorWell(ColorWell *&field, const ch
     field->setAccessibleName(localizedText(textKey));
     field->setToolTip(localizedText(textKey));
     connect(field, &ColorWell::colorPicked, this, [this, well = field, action] { (this->*action)(well); });
+    connect(field, &ColorWell::dialogOpened, this,
+            [this](QDialog *dialog) { mSheetSubject.note(dialog, profileName()); });
     return field;
 }
 

@@ -123,6 +123,7 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
 void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macros)
 {
     mMacrosSettingsArray = macros;
+    mIsListNew = true;
     mAreRecordsStale = false;
 }
 
@@ -131,6 +132,7 @@ void KeyboardMacrosController::refreshTableDisplay()
     mMacroTableView->reloadData();
     mMacroDetailsTableView->reloadData();
     fetchChangedLines();
+    endOutdatedSheets();
     updateEventPart();
 }
 
@@ -151,6 +153,7 @@ void KeyboardMacrosController::updateTableWithNewMacro()
     // The selected macro may be the one that was recorded anew on the keyboard.
     if (!isRecordingOrCapturing())
         fetchLines();
+    endOutdatedSheets();
     updateEventPart();
 }
 
@@ -275,7 +278,8 @@ void KeyboardMacrosController::fetchLines()
 
 void KeyboardMacrosController::fetchChangedLines()
 {
-    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecordingOrCapturing())
+    const bool isRecording = isRecordingOrCapturing() && !mIsMacroEventEdit;
+    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecording)
         return;
     // Another client may have deleted a macro above this one, or edited this one's events.
     const QVariantMap macro = macroAt(macroRow());
@@ -283,4 +287,23 @@ void KeyboardMacrosController::fetchChangedLines()
         if (macro.value(key) != mFetchedMacro.value(key))
             return fetchLines();
     }
+}
+
+QVariant KeyboardMacrosController::selectedMacro() const
+{
+    const QVariantMap macro = macroAt(macroRow());
+    return QVariantList{macro.value(SettingsKeys::macroId), MacroRecord::name(macro)};
+}
+
+QVariant KeyboardMacrosController::eventsOfSelectedMacro() const
+{
+    // Not the record's events: after an edit those are older than the lines.
+    const QVariantMap macro = macroAt(macroRow());
+    return QVariantList{macro.value(SettingsKeys::macroId, MacroRecord::name(macro)), mMacroDetailsArray};
+}
+
+void KeyboardMacrosController::endOutdatedSheets()
+{
+    mMacroSubject.endUnless(selectedMacro());
+    mEventsSubject.endUnless(eventsOfSelectedMacro());
 }

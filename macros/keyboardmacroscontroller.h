@@ -6,6 +6,7 @@
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
 #include "platform/sheet.h"
+#include "platform/sheetsubject.h"
 #include "platform/tableview.h"
 
 #include <QObject>
@@ -137,11 +138,18 @@ private:
 
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
+    /// Sends the record that was just appended to the list. False when the daemon has not taken it: then it is out of
+    /// the list again.
+    [[nodiscard]] bool sendAppendedMacro();
     void renameMacro(int row, const QString &newName);
     void startRenaming();
     void fetchLines();
     /// The same, if the lines shown are no longer those of the selected macro.
     void fetchChangedLines();
+    /// Ends what is up about another macro than the selected one, or about events that have changed since.
+    void endOutdatedSheets();
+    [[nodiscard]] QVariant selectedMacro() const;         ///< what tells it from every other, and its name
+    [[nodiscard]] QVariant eventsOfSelectedMacro() const; ///< what tells it from every other, and its lines
     /// Fetches the lines after a command that changed the events.
     void eventsWereEdited();
     void updateEventPart();
@@ -191,6 +199,9 @@ private:
     QPointer<OpenPanel> mOpenPanel; ///< each until the next is opened
     QPointer<SavePanel> mSavePanel;
 
+    SheetSubject mMacroSubject;  ///< the selectedMacro() that an alert or a panel is about
+    SheetSubject mEventsSubject; ///< the eventsOfSelectedMacro() that a sheet edits
+
     QVariantList mMacrosSettingsArray;
     QStringList mMacroDetailsArray;
     QVariantMap mSequenceDict; ///< the event record being edited
@@ -204,6 +215,7 @@ private:
     quint8 mMacroEventEditHIDCode = 0; ///< the key captured for the edited event; 0 for none
     bool mIsAddMacro = false;          ///< an add is going on: the daemon does not know the new row yet
     bool mIsRenamingMacroName = false; ///< a rename was started from a menu
+    bool mIsListNew = false;           ///< the list was handed over since an add was sent
     bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
     bool mIsReplacingLines = false;    ///< an operation goes on that fetches the lines at its end
     bool mAreLinesOfSelection = false; ///< lines came since the last selection of a macro

@@ -114,6 +114,7 @@ void KeyboardMacrosController::openDelaySheet()
         return;
     mInputMacroDelay->clear();
     mEditDelayWindow->beginSheet(mMacrosWindow);
+    mEventsSubject.note(mEditDelayWindow, eventsOfSelectedMacro());
     mInputMacroDelay->setFocus();
 }
 
@@ -142,6 +143,7 @@ void KeyboardMacrosController::openEventSheet()
     setStateOfMacroTableWithState(false);
     mInputMacroEvent->clear();
     mEditEventWindow->beginSheet(mMacrosWindow);
+    mEventsSubject.note(mEditEventWindow, eventsOfSelectedMacro());
     mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
     mIsMacroEventEdit = true;
     mIsEditingMacro = true;

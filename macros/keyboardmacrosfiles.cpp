@@ -30,6 +30,7 @@ void KeyboardMacrosController::loadSaveAsPanel()
     connect(mSavePanel, &QDialog::finished, this,
             [this](int returnCode) { sheetDidEndReturnCodeContextInfo(returnCode, exportMacro); });
     mSavePanel->open();
+    mMacroSubject.note(mSavePanel, selectedMacro());
 }
 
 void KeyboardMacrosController::exportMacroToFile(const QString &path)
@@ -72,10 +73,10 @@ void KeyboardMacrosController::importMacroFromFile(const QString &path)
     if (!contents)
         return;
     const QVariantMap macro = MacroFile::importedRecord(*contents, mMacrosSettingsArray);
+    const int rowBefore = macroRow();
     mMacroTableView->deselectAll();
     mMacrosSettingsArray.append(macro);
-    if (mMacroDelegate)
-        mMacroDelegate->addMacroWithSettings(macro);
+    const bool isAdded = sendAppendedMacro();
     mMacroTableView->reloadData();
-    mMacroTableView->selectRow(int(mMacrosSettingsArray.size()) - 1);
+    mMacroTableView->selectRow(isAdded ? int(mMacrosSettingsArray.size()) - 1 : rowBefore);
 }

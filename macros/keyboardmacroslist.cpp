@@ -32,6 +32,7 @@ QString KeyboardMacrosController::checkForDuplicateMacroNameUsingDefaultName(con
 
 void KeyboardMacrosController::clickAddMacro(QObject *)
 {
+    const int rowBefore = macroRow();
     mMacroTableView->deselectAll();
     mIsAddMacro = true;
     const QVariantMap macro{
@@ -47,9 +48,26 @@ void KeyboardMacrosController::clickAddMacro(QObject *)
     const int last = int(mMacrosSettingsArray.size()) - 1;
     mMacroTableView->selectRow(last);
     mMacroTableView->editColumnRow(nameColumn, last, true);
-    if (mMacroDelegate)
-        mMacroDelegate->addMacroWithSettings(macro);
+    const bool isAdded = sendAppendedMacro();
     mIsAddMacro = false;
+    if (isAdded)
+        return;
+    mMacroTableView->reloadData();
+    mMacroTableView->selectRow(rowBefore);
+    updateEventPart();
+}
+
+bool KeyboardMacrosController::sendAppendedMacro()
+{
+    const auto countBefore = mMacrosSettingsArray.size() - 1;
+    mIsListNew = false;
+    if (mMacroDelegate)
+        mMacroDelegate->addMacroWithSettings(mMacrosSettingsArray.last().toMap());
+    // A macro that is added comes back in a new list. One that is refused, or is not answered for, comes not at all; in
+    // the list it would be a row that the daemon does not have, and all the commands of the tab name a row.
+    if (!mIsListNew)
+        mMacrosSettingsArray.removeLast();
+    return mMacrosSettingsArray.size() > countBefore;
 }
 
 void KeyboardMacrosController::startRenaming()
@@ -89,10 +107,11 @@ void KeyboardMacrosController::clickDeleteMacro(QObject *)
     const AlertTexts texts{localizedFormat("lkeyDeleteMacroAlertTitle", {name}),
                            localizedText("lkeyDeleteMacroAlertDesc"), localizedText("lkeyOK"),
                            localizedText("lkeyCancel")};
-    showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {
+    Sheet *alert = showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {
         if (self)
             self->sheetDidEndReturnCodeContextInfo(returnCode, confirmDelete);
     });
+    mMacroSubject.note(alert, selectedMacro());
 }
 
 void KeyboardMacrosController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)

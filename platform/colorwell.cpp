@@ -61,4 +61,5 @@ void ColorWell::openDialog()
         emit colorPicked(color);
     });
     mDialog->open();
+    emit dialogOpened(mDialog);
 }

@@ -7,6 +7,7 @@
 #include <QPointer>
 
 class QColorDialog;
+class QDialog;
 
 class ColorWell : public QAbstractButton
 {
@@ -24,6 +25,8 @@ public:
 Q_SIGNALS:
     /// The user chose a colour; color() is it.
     void colorPicked(const QColor &color);
+    /// The user is choosing a colour in `dialog`, which deletes itself.
+    void dialogOpened(QDialog *dialog);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

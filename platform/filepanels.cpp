@@ -49,6 +49,12 @@ void makeSheet(QFileDialog *panel, const QString &title)
         for (size_t column = 0; column < columnWidths.size(); ++column)
             list->header()->resizeSection(int(column), columnWidths[column]);
     }
+    // The list of completions is a window of its own, and is shown anew whenever a folder has been listed. Without this
+    // it would stay on the screen after the panel, and take the next click.
+    QObject::connect(panel, &QDialog::finished, panel, [panel] {
+        if (auto *field = panel->findChild<QLineEdit *>(u"fileNameEdit"_s))
+            field->setCompleter(nullptr);
+    });
 }
 
 /// `name` as the field for file names takes it: no other folder, no home folder, no hidden file, no list of files
@@ -155,10 +161,13 @@ void SavePanel::accept()
         QDialog::accept();
         return;
     }
-    showAlert({localizedFormat("lkeyReplaceFileTitle", {nameInAlert(QFileInfo(path).fileName())}),
-               localizedText("lkeyReplaceFileDesc"), localizedText("lkeyReplace"), localizedText("lkeyCancel")},
-              this, [panel = QPointer(this)](int returnCode) {
-                  if (panel && returnCode == alertFirstButtonReturn)
-                      panel->QDialog::accept();
-              });
+    Sheet *question =
+        showAlert({localizedFormat("lkeyReplaceFileTitle", {nameInAlert(QFileInfo(path).fileName())}),
+                   localizedText("lkeyReplaceFileDesc"), localizedText("lkeyReplace"), localizedText("lkeyCancel")},
+                  this, [panel = QPointer(this)](int returnCode) {
+                      if (panel && returnCode == alertFirstButtonReturn)
+                          panel->QDialog::accept();
+                  });
+    // Without the panel there is nothing left to replace.
+    connect(this, &QDialog::finished, question, [question] { question->reject(); });
 }

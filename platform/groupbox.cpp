@@ -28,8 +28,7 @@ void GroupBox::paintEvent(QPaintEvent *event)
     constexpr int spansPerLine = 2;
     // At some scales the outline reaches beyond its rectangle.
     const QRect drawn = outline.adjusted(-1, -1, 1, 1) & event->rect();
-    for (const QRect &band : lowBands(drawn, spansPerLine * devicePixelRatio())) {
-        painter.setClipRect(QRectF(band));
+    paintInLowBands(painter, drawn, spansPerLine, [&painter, outline] {
         painter.drawRoundedRect(QRectF(outline).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-    }
+    });
 }

@@ -267,7 +267,9 @@ bool HelpWindow::eventFilter(QObject *watched, QEvent *event)
         const int key = static_cast<QKeyEvent *>(event)->key();
         const bool goesToResults = key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
         if (goesToResults && mList->count() > 0) {
-            if (mList->currentRow() < 0)
+            // A row is current where the page shown is in the list. The first result is the best one.
+            const bool opensTheBest = key != Qt::Key_Down && !mSearch->text().trimmed().isEmpty();
+            if (opensTheBest || mList->currentRow() < 0)
                 mList->setCurrentRow(0);
             mList->setFocus();
             return true;

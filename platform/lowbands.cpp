@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/lowbands.h"
 
+#include <QPaintDevice>
+#include <QPainter>
+
 #include <algorithm>
 
 namespace {
@@ -16,4 +19,13 @@ QList<QRect> lowBands(const QRect &area, qreal spansPerLine)
     for (int top = area.top(); top <= area.bottom(); top += lines)
         bands += QRect(area.left(), top, area.width(), std::min(lines, area.bottom() + 1 - top));
     return bands;
+}
+
+void paintInLowBands(QPainter &painter, const QRect &area, qreal spansPerLine, const std::function<void()> &paint)
+{
+    for (const QRect &band : lowBands(area, spansPerLine * painter.device()->devicePixelRatio())) {
+        painter.setClipRect(QRectF(band));
+        paint();
+    }
+    painter.setClipping(false);
 }

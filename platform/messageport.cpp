@@ -4,6 +4,8 @@
 #include <QDBusMessage>
 #include <QDBusReply>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -27,7 +29,29 @@ int milliseconds(std::chrono::milliseconds duration)
     return int(duration.count());
 }
 
+bool isAsciiDigit(QChar character)
+{
+    return character >= u'0' && character <= u'9';
+}
+
+bool isOfBusName(QChar character)
+{
+    return (character >= u'a' && character <= u'z') || (character >= u'A' && character <= u'Z')
+           || isAsciiDigit(character) || character == u'_' || character == u'-';
+}
+
 } // namespace
+
+bool isMessagePortName(QStringView portName)
+{
+    constexpr qsizetype maximumBusNameLength = 255; // the bus's own bound
+    if (messagePortBusName({}).size() + portName.size() > maximumBusNameLength)
+        return false;
+    const QList<QStringView> elements = portName.split(u'.');
+    return std::ranges::all_of(elements, [](QStringView element) {
+        return !element.isEmpty() && !isAsciiDigit(element.front()) && std::ranges::all_of(element, isOfBusName);
+    });
+}
 
 QString messagePortBusName(const QString &portName)
 {
@@ -67,6 +91,8 @@ QByteArray LocalMessagePort::SendRequest(int messageIdentifier, const QByteArray
 
 std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
 {
+    if (!isMessagePortName(name))
+        return {};
     const QString busName = messagePortBusName(name);
     QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                                            u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);

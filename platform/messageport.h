@@ -8,6 +8,7 @@
 #include <QDBusPendingCall>
 #include <QObject>
 #include <QString>
+#include <QStringView>
 
 #include <chrono>
 #include <functional>
@@ -57,7 +58,7 @@ class RemoteMessagePort
 public:
     enum class SendStatus { success, sendTimeout, receiveTimeout, isInvalid };
 
-    /// Asks the bus whether the name has an owner; absent if not. Never starts a service.
+    /// Asks the bus whether the name has an owner; absent if not, or if no port can have it. Never starts a service.
     [[nodiscard]] static std::optional<RemoteMessagePort> open(const QString &name);
 
     /// Asks the thread that serves the port for a sign of life, without waiting: the call ends with an error when there
@@ -77,6 +78,11 @@ private:
 
     QString mBusName;
 };
+
+/// Whether a port can have this name: what the bus takes as the rest of a name, so letters, digits, "_" and "-" of
+/// ASCII in elements with "." between, none of them empty or beginning with a digit, and at most 255 characters with
+/// messagePortBusName()'s own. A bus library ends the process that asks it about any other name.
+[[nodiscard]] bool isMessagePortName(QStringView portName);
 
 /// "org.quillkestra." + `portName`.
 [[nodiscard]] QString messagePortBusName(const QString &portName);

@@ -8,6 +8,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMoveEvent>
 #include <QPushButton>
 #include <QStyle>
 
@@ -20,22 +21,29 @@ Sheet::Sheet(QWidget *parent) : QDialog(parent, Qt::Sheet)
 
 void Sheet::beginSheet(QWidget *window, DidEnd didEnd)
 {
-    if (parentWidget() != window)
+    if (parentWidget() != window) {
+        if (parentWidget())
+            parentWidget()->removeEventFilter(this);
         setParent(window, Qt::Sheet);
+    }
+    if (window)
+        window->installEventFilter(this);
     setWindowModality(Qt::WindowModal);
     mDidEnd = std::move(didEnd);
     mIsUp = true;
     mIsWaitingForWindow = window && !window->isVisible();
-    if (mIsWaitingForWindow)
-        window->installEventFilter(this);
-    else
+    if (!mIsWaitingForWindow)
         open();
 }
 
 bool Sheet::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Show) {
-        watched->removeEventFilter(this);
+    // At the start a window is placed after its sheet was.
+    if (event->type() == QEvent::Move && isVisible()) {
+        const auto *moved = static_cast<QMoveEvent *>(event);
+        move(pos() + moved->pos() - moved->oldPos());
+    }
+    if (event->type() == QEvent::Show && mIsWaitingForWindow) {
         // From the event loop: the window is only about to be shown.
         const auto show = [this] {
             if (std::exchange(mIsWaitingForWindow, false))

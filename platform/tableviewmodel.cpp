@@ -1,6 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tableviewmodel.h"
 
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// `text` as it stands. A tool tip without a tag in it would show the escapes, and one that is not escaped the text's
+/// own tags as what they mean.
+QString toolTipOf(const QString &text)
+{
+    return text.isEmpty() ? QString() : u"<span style=\"white-space: pre-wrap\">%1</span>"_s.arg(text.toHtmlEscaped());
+}
+
+} // namespace
+
 TableViewModel::TableViewModel(TableView *view) : QAbstractTableModel(view), mView(view) {}
 
 TableCell TableViewModel::cellAt(const QModelIndex &index) const
@@ -48,7 +61,7 @@ QVariant TableViewModel::data(const QModelIndex &index, int role) const
     }
     case Qt::ToolTipRole:
         // A narrow column cuts long names off.
-        return isCheckBox ? QVariant() : QVariant(objectValue(index).toString().toHtmlEscaped());
+        return isCheckBox ? QVariant() : QVariant(toolTipOf(objectValue(index).toString()));
     default: return {};
     }
 }

@@ -73,8 +73,6 @@ void TabView::paintEvent(QPaintEvent *event)
     QStylePainter painter(this);
     // At some scales an outline reaches beyond its rectangle.
     const QRect drawn = option.rect.adjusted(-1, -1, 1, 1) & event->rect();
-    for (const QRect &band : lowBands(drawn, spansPerLine * devicePixelRatio())) {
-        painter.setClipRect(QRectF(band));
-        painter.drawPrimitive(QStyle::PE_FrameTabWidget, option);
-    }
+    paintInLowBands(painter, drawn, spansPerLine,
+                    [&painter, &option] { painter.drawPrimitive(QStyle::PE_FrameTabWidget, option); });
 }

@@ -99,7 +99,7 @@ void KeyboardProfilesController::updateUISettings()
         return;
     if (!mIsAddProfile)
         showActiveProfile();
-    endOutdatedConfirmation();
+    mSheetSubject.endUnless(nameOf(selectedProfile()));
     if (mNeedsProfileEditing)
         editName(profileCount() - 1, true);
     enableAddButtonByCount();
@@ -228,23 +228,14 @@ void KeyboardProfilesController::clickDeleteProfile(QObject *)
 
 void KeyboardProfilesController::confirm(const char *titleKey, const char *descriptionKey, SheetContext context)
 {
-    mConfirmedName = nameOf(selectedProfile());
-    const AlertTexts texts{localizedFormat(titleKey, {nameInAlert(mConfirmedName)}), localizedText(descriptionKey),
+    const QString name = nameOf(selectedProfile());
+    const AlertTexts texts{localizedFormat(titleKey, {nameInAlert(name)}), localizedText(descriptionKey),
                            localizedText("lkeyOK"), localizedText("lkeyCancel")};
-    mConfirmation = showAlert(texts, mProfilesWindow, [self = QPointer(this), context](int returnCode) {
+    Sheet *alert = showAlert(texts, mProfilesWindow, [self = QPointer(this), context](int returnCode) {
         if (self)
             self->sheetDidEndReturnCodeContextInfo(returnCode, context);
     });
-}
-
-/// The keyboard, another client or the application in front may have switched profiles while the alert is up: its OK
-/// would then reach a profile that it does not name.
-void KeyboardProfilesController::endOutdatedConfirmation()
-{
-    if (!mConfirmation || !mConfirmation->isUp() || nameOf(selectedProfile()) == mConfirmedName)
-        return;
-    mConfirmation->endSheet(alertSecondButtonReturn);
-    mConfirmation->deleteLater();
+    mSheetSubject.note(alert, name);
 }
 
 void KeyboardProfilesController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)
@@ -253,7 +244,7 @@ void KeyboardProfilesController::sheetDidEndReturnCodeContextInfo(int returnCode
         deleteProfile();
     else if (context == confirmRestore && returnCode == alertFirstButtonReturn)
         restoreProfileToDefaultSettings();
-    else if (context == exportProfile && returnCode == panelOK)
+    else if (context == exportProfile && returnCode == panelOK && mProfileSavePanel)
         exportProfileTo(mProfileSavePanel->chosenPath());
 }
 

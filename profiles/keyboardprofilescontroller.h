@@ -3,6 +3,7 @@
 // display. Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
 #pragma once
 
+#include "platform/sheetsubject.h"
 #include "platform/tableview.h"
 #include "profiles/profilecommands.h"
 
@@ -21,7 +22,6 @@ class QCheckBox;
 class QLTableView;
 class QPushButton;
 class SavePanel;
-class Sheet;
 
 class KeyboardProfilesController : public QObject, public TableViewDataSource
 {
@@ -119,7 +119,6 @@ private:
     void selectLastRow();
     void showActiveProfile();
     void confirm(const char *titleKey, const char *descriptionKey, SheetContext context);
-    void endOutdatedConfirmation();
     void addProfileWithSettings(const QVariantMap &profile);
     void copyProfile();
     void renameProfile(int row, const QString &newName);
@@ -145,8 +144,7 @@ private:
     QPointer<QWidget> mProfilesWindow;
     QPointer<OpenPanel> mProfileFileBrowserPanel;
     QPointer<SavePanel> mProfileSavePanel;
-    QPointer<Sheet> mConfirmation; ///< the alert that asked last
-    QString mConfirmedName;        ///< of the profile it asks about
+    SheetSubject mSheetSubject; ///< the name of the profile that an alert or a panel is about
     ProfileDelegate *mProfileDelegate = nullptr;
     int mTableObjectValue = 0;
 

@@ -43,6 +43,9 @@ void KeyboardProfilesController::loadPanelForIdentifier(int identifier)
         openPanelDidEndReturnCodeContextInfo(mProfileFileBrowserPanel, returnCode, identifier);
     });
     mProfileFileBrowserPanel->open();
+    // What is imported becomes a profile of its own, whichever is selected.
+    if (identifier == chooseApplication)
+        mSheetSubject.note(mProfileFileBrowserPanel, selectedProfile().value(SettingsKeys::profileName).toString());
 }
 
 void KeyboardProfilesController::loadSaveAsPanel()
@@ -50,14 +53,15 @@ void KeyboardProfilesController::loadSaveAsPanel()
     if (mProfilesTableView->selectedRow() < 0)
         return;
     delete mProfileSavePanel.data();
-    mProfileSavePanel =
-        new SavePanel({localizedText("lkeyExportProfile"), localizedText("lkeyProfileFiles"), ProfileFile::suffix,
-                       documentsFolder(), selectedProfile().value(SettingsKeys::profileName).toString()},
-                      mProfilesWindow);
+    const QString name = selectedProfile().value(SettingsKeys::profileName).toString();
+    mProfileSavePanel = new SavePanel({localizedText("lkeyExportProfile"), localizedText("lkeyProfileFiles"),
+                                       ProfileFile::suffix, documentsFolder(), name},
+                                      mProfilesWindow);
     mProfileSavePanel->setObjectName("mProfileSavePanel"_L1);
     connect(mProfileSavePanel, &QDialog::finished, this,
             [this](int returnCode) { sheetDidEndReturnCodeContextInfo(returnCode, exportProfile); });
     mProfileSavePanel->open();
+    mSheetSubject.note(mProfileSavePanel, name);
 }
 
 void KeyboardProfilesController::openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, int context)

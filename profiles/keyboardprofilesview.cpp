@@ -65,5 +65,4 @@ void KeyboardProfilesController::buildView()
     column->setSpacing(12);
     column->addWidget(mProfilesTableView, 1);
     column->addLayout(buttons);
-    mProfilesTableView->setDataSource(this);
 }

@@ -21,6 +21,7 @@ build   libudev-dev     -
 session dbus            dbus-run-session
 display libqt6gui6      -
 display fonts-dejavu-core -
+display qt6-translations-l10n -
 tour    xvfb            Xvfb
 tour    xdotool         xdotool
 tour    imagemagick     import

@@ -16,7 +16,8 @@ inline constexpr Key configuratorIdentifier{"org.quillkestra.Configurator"};
 inline constexpr Key daemonProcessName{"QuillKestraDaemon"};
 inline constexpr Key virtualKeyboardPath{"/VirtualKeyboard"}; // an object of the request port's bus name
 inline constexpr Key virtualKeyboardInterface{"org.quillkestra.VirtualKeyboard"};
-inline constexpr Key virtualKeyboardNotAttached{"org.quillkestra.VirtualKeyboard.Error.NotAttached"}; // an error's name
+inline constexpr Key virtualKeyboardNotInUse{"org.quillkestra.VirtualKeyboard.Error.NotInUse"};       // an error's name
+inline constexpr Key virtualKeyboardNotAttached{"org.quillkestra.VirtualKeyboard.Error.NotAttached"}; // likewise
 inline constexpr Key productWord{"Kestra"};
 inline constexpr int productId = 271;
 

@@ -38,6 +38,14 @@ inline constexpr Key latencyP50Us{"LatencyP50Us"};
 inline constexpr Key latencyP99Us{"LatencyP99Us"};
 inline constexpr Key latencyMaximumUs{"LatencyMaximumUs"};
 
+// Values of the state
+inline constexpr Key stateReleased{"released"};
+inline constexpr Key stateAbsent{"absent"};
+inline constexpr Key stateWaiting{"waiting"};
+inline constexpr Key stateInUse{"in use"};
+inline constexpr Key stateSuspended{"suspended"};
+inline constexpr Key stateFailed{"failed"};
+
 // The file of the kept choice
 inline constexpr Key devices{"Devices"};
 

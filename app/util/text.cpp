@@ -17,16 +17,22 @@ void installTexts(const QString &folder, const QStringList &languages)
         delete translator;
         return false;
     };
+    const auto baseOf = [](const QString &language) { return language.section(u'_', 0, 0); };
     install(u"en"_s, folder);
-    for (QString language : languages) {
-        language.replace(u'-', u'_');
-        if (language.section(u'_', 0, 0) == "en"_L1)
+    const QStringList names = QStringList(languages).replaceInStrings(u"-"_s, u"_"_s);
+    for (const QString &name : names) {
+        if (baseOf(name) == "en"_L1)
             return;
-        if (install(language, folder)) {
-            // The texts of Qt's own panels, where the system has them in this language.
-            install(u"qtbase_"_s + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
-            return;
+        if (!install(name, folder))
+            continue;
+        // The texts of Qt's own panels, where the system has them in this language: under any of its names, since Qt
+        // calls "zh_CN" what the desktop may call "zh_Hans_CN" first.
+        const QString qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+        for (const QString &other : names) {
+            if (baseOf(other) == baseOf(name) && install(u"qtbase_"_s + other, qtFolder))
+                return;
         }
+        return;
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/frontapplicationadaptor.h"
 
+#include "app/util/frontapplicationkeys.h"
 #include "daemon/frontapplication/processexecutable.h"
 
 FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, QObject *parent) : QObject(parent)
@@ -10,7 +11,7 @@ FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, QOb
 
 bool FrontApplicationObject::registerOn(QDBusConnection connection)
 {
-    return connection.registerObject(path, this, QDBusConnection::ExportAdaptors);
+    return connection.registerObject(FrontApplicationKeys::objectPath, this, QDBusConnection::ExportAdaptors);
 }
 
 FrontApplicationAdaptor::FrontApplicationAdaptor(FrontApplicationWatch &watch, FrontApplicationObject *object)

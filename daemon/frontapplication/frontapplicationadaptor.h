@@ -14,11 +14,6 @@ class FrontApplicationObject : public QObject
     Q_OBJECT
 
 public:
-    static constexpr QLatin1StringView path{"/FrontApplication"};
-    static constexpr QLatin1StringView interface {
-        "org.quillkestra.FrontApplication"
-    };
-
     /// `watch` must live longer.
     explicit FrontApplicationObject(FrontApplicationWatch &watch, QObject *parent = nullptr);
 
@@ -30,6 +25,7 @@ public:
 class FrontApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
+    // FrontApplicationKeys::interfaceName; moc takes nothing but a literal.
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.FrontApplication")
     Q_PROPERTY(QString Source READ source)
     Q_PROPERTY(bool SeesAllWindows READ seesAllWindows)

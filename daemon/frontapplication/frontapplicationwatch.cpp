@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/frontapplicationwatch.h"
 
+#include "app/util/frontapplicationkeys.h"
 #include "daemon/logging.h"
 
 using namespace Qt::StringLiterals;
@@ -22,7 +23,7 @@ FrontApplicationWatch::FrontApplicationWatch(std::vector<SourceKind> kinds) : mK
 
 QString FrontApplicationWatch::sourceName() const
 {
-    return mIsReady ? mKinds.at(mKind).name : noSource;
+    return mIsReady ? mKinds.at(mKind).name : FrontApplicationKeys::noSource;
 }
 
 void FrontApplicationWatch::start()

@@ -23,8 +23,6 @@ public:
         std::function<std::unique_ptr<FrontApplicationSource>()> make;
     };
 
-    static constexpr QLatin1StringView noSource{"none"};
-
     /// Sources are tried in the order of `kinds`.
     explicit FrontApplicationWatch(std::vector<SourceKind> kinds);
 
@@ -33,7 +31,7 @@ public:
     void start();
     [[nodiscard]] bool isTrying() const { return mSource && !mIsReady; }
 
-    /// The source that tells, or noSource.
+    /// The source that tells, or FrontApplicationKeys::noSource.
     [[nodiscard]] QString sourceName() const;
     /// Whether the source tells of every application; false without a source.
     [[nodiscard]] bool seesAllWindows() const { return mIsReady && mSource->seesAllWindows(); }

@@ -2,7 +2,7 @@
 #include "daemon/frontapplication/kwinfrontapplication.h"
 
 #include "app/util/daemonprotocol.h"
-#include "daemon/frontapplication/frontapplicationadaptor.h"
+#include "app/util/frontapplicationkeys.h"
 #include "platform/messageport.h"
 
 #include <QDBusConnectionInterface>
@@ -49,8 +49,8 @@ QByteArray KWinFrontApplication::script()
            u"    workspace.clientActivated.connect(tell);\n"
            u"    tell(workspace.activeClient);\n"
            u"}\n"_s
-               .arg(messagePortBusName(DaemonProtocol::requestPortName), FrontApplicationObject::path,
-                    FrontApplicationObject::interface)
+               .arg(messagePortBusName(DaemonProtocol::requestPortName), FrontApplicationKeys::objectPath,
+                    FrontApplicationKeys::interfaceName)
                .toUtf8();
 }
 

@@ -67,7 +67,6 @@ private:
     void setState(State state);
     void read();
     [[nodiscard]] bool readOnce(); ///< false: nothing more
-    void pause();
     void grabWhenUp();
     void takeOver();
     void refuse(int error);

@@ -74,12 +74,6 @@ void KeyTranslator::removeNode(int index, Time time)
     node.isTaken = false;
 }
 
-bool KeyTranslator::isAnyDown(int index) const
-{
-    return std::ranges::any_of((*mNodes)[static_cast<std::size_t>(index)].down,
-                               [](Meaning meaning) { return meaning != up; });
-}
-
 bool KeyTranslator::isDown(quint16 code) const
 {
     return std::ranges::any_of(*mNodes, [code](const Node &node) { return node.isTaken && node.down[code] != up; });

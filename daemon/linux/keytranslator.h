@@ -57,7 +57,6 @@ public:
     /// Every key that is down on the node comes up, and the place is free again.
     void removeNode(int node, Time time);
 
-    [[nodiscard]] bool isAnyDown(int node) const;
     /// A key with this code, below KeyCodes::codeCount, is down on any node.
     [[nodiscard]] bool isDown(quint16 code) const;
 

@@ -36,7 +36,7 @@ public:
     /// Everything is written anew, as for a keyboard that has been plugged in or woken up.
     void useNodes(const QStringList &nodes);
     void show(const Backlight::Settings &settings);
-    /// Looks whether the light has changed. A timer calls it.
+    /// Looks whether the light has changed, as the timer of its VirtualLight does.
     void look() { mColor.look(); }
 
 private:

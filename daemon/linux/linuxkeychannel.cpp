@@ -113,6 +113,7 @@ void LinuxKeyChannel::nodeStateChanged(InputNode &node)
 void LinuxKeyChannel::leave(InputNode &node)
 {
     mTranslator.removeNode(std::exchange(node.translatorPlace, -1), DeadlineTimer::now());
+    mOldestKey.reset(); // nobody has let go of the keys that came up by it: they are not measured
     if (--mGrabbedNodes > 0)
         return flush();
     Q_EMIT emptied();

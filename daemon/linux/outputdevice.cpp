@@ -111,11 +111,6 @@ OutputDevice::~OutputDevice()
     ::close(mDescriptor);
 }
 
-QString OutputDevice::systemPath() const
-{
-    return mDevice ? QString::fromLocal8Bit(libevdev_uinput_get_syspath(mDevice)) : QString();
-}
-
 bool OutputDevice::hasKey(quint16 code)
 {
     for (const CodeRange &range : notOfAKeyboard) {

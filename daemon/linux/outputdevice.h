@@ -35,7 +35,6 @@ public:
     OutputDevice &operator=(const OutputDevice &) = delete;
 
     [[nodiscard]] int descriptor() const { return mDescriptor; } ///< readable when the desktop has switched an LED
-    [[nodiscard]] QString systemPath() const; ///< its folder below /sys, of the input device; empty for onFile()
     [[nodiscard]] static bool hasKey(quint16 code);
 
     /// A code that several hold goes down with the first and comes up with the last; one that nobody holds does not

@@ -200,6 +200,8 @@ private Q_SLOTS:
     void repairsKeysAfterADeletedMacro();
     void enablesTheTabAfterAFailedSwitch();
     void repairsKeysAtTheNextSwitchWhenTheFirstFailed();
+    void asksADaemonThatComesBackWhetherItDeleted_data();
+    void asksADaemonThatComesBackWhetherItDeleted();
     void redrawsAfterARefresh_data() { addOperations(); }
     void redrawsAfterARefresh();
     void redrawsAfterASwitch();
@@ -599,6 +601,31 @@ void DaemonCommandsTest::repairsKeysAtTheNextSwitchWhenTheFirstFailed()
                       {{u"ReturnStatus"_s, 0}, {u"ReturnDictionary"_s, withActiveProfile(withMapping(17, 1), 0)}});
     mHub->controller->switchProfileWithID(0);
     QCOMPARE(mDaemon->commands(), (std::vector<int>{10, 7, 4}));
+}
+
+void DaemonCommandsTest::asksADaemonThatComesBackWhetherItDeleted_data()
+{
+    QTest::addColumn<qsizetype>("profiles");
+    QTest::addColumn<std::vector<int>>("sentAtTheNextSwitch");
+    QTest::newRow("it did not") << qsizetype(2) << std::vector<int>{10};
+    QTest::newRow("it did") << qsizetype(1) << std::vector<int>{10, 7, 4};
+}
+
+void DaemonCommandsTest::asksADaemonThatComesBackWhetherItDeleted()
+{
+    QFETCH(qsizetype, profiles);
+    QFETCH(std::vector<int>, sentAtTheNextSwitch);
+    mDaemon->setSilent(Command::deleteProfile);
+    mHub->controller->deleteProfileWithProfileID(1);
+    QVariantMap document = withActiveProfile(withMapping(17, 1), 0);
+    document[u"Profiles"_s] = document[u"Profiles"_s].toList().first(profiles);
+    mDaemon->setDocument(document);
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    QVERIFY(!mHub->find<Spinner>("mBusyIndicator")->isAnimating());
+    QVERIFY(mHub->controller->profilesController()->profilesTableView()->isEnabled());
+    mDaemon->forgetRequests();
+    mHub->controller->switchProfileWithID(0);
+    QCOMPARE(mDaemon->commands(), sentAtTheNextSwitch);
 }
 
 void DaemonCommandsTest::redrawsAfterARefresh()

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void showsTheVersions();
     void ignoresVersionsOfAFailedQuery();
     void asksForNoFirmwareWithoutKeyboard();
+    void showsNoSpinnerForAnAnswerThatCameAtOnce_data();
     void showsNoSpinnerForAnAnswerThatCameAtOnce();
     void ignoresRepliesToOtherCommands();
     void registersTheHelpBook();
@@ -425,17 +426,34 @@ void KeyboardMainControllerTest::asksForNoFirmwareWithoutKeyboard()
     QCOMPARE(daemon.commands(), std::vector<int>());
 }
 
+void KeyboardMainControllerTest::showsNoSpinnerForAnAnswerThatCameAtOnce_data()
+{
+    QTest::addColumn<QString>("version");
+    QTest::newRow("with a keyboard") << u"1.07"_s;
+    QTest::newRow("without") << QString();
+}
+
 void KeyboardMainControllerTest::showsNoSpinnerForAnAnswerThatCameAtOnce()
 {
+    QFETCH(QString, version);
     ScriptedDaemon daemon(sampleDocument());
     Hub hub;
     hub.open(daemon);
+    daemon.setScript(Command::queryFirmwareVersion, [&](const ScriptedDaemon::Request &) {
+        // While the request is on its way.
+        QMetaObject::invokeMethod(
+            hub.controller.get(),
+            [&] {
+                hub.controller->commandReplyReceived(
+                    {u"commandReplyNotification271"_s, {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, version}}});
+            },
+            Qt::QueuedConnection);
+        return std::vector<ScriptedDaemon::Reply>();
+    });
     hub.controller->setDriverVersions();
     QCOMPARE(daemon.count(Command::queryFirmwareVersion), 1);
-    // Before the main thread comes to starting it.
-    hub.controller->commandReplyReceived(
-        {u"commandReplyNotification271"_s, {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, u"1.07"_s}}});
     QCoreApplication::processEvents();
+    QCOMPARE(hub.controller->firmwareVersionString(), version);
     QVERIFY(!hub.find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
     QVERIFY(!hub.find<QLabel>("mFirmwareVersion")->isHidden());
 }

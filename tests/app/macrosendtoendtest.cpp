@@ -379,6 +379,7 @@ void MacrosEndToEndTest::strangeFilesLeaveBothListsAlike()
     accept("mOpenPanel", folder.filePath(u"strange.KestraMacro"_s));
     QCOMPARE(keptMacros().size(), before.size() + (isTaken ? 1 : 0));
     QCOMPARE(keptMacros().first(before.size()), before);
+    QCOMPARE(mHub->controller->macrosController()->macrosSettingsArray(), keptMacros());
     // The next change, whoever makes it, shows the daemon's list.
     const QVariantMap contents{{SettingsKeys::macroName, u"Renamed"_s}, {SettingsKeys::macroId, 0}};
     QVERIFY(mDaemon->request(Command::renameMacro, {{DaemonProtocol::macroContents, contents}}));

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void showsErrorsByTheirCode_data();
     void showsErrorsByTheirCode();
     void closesTheDeviceSheetByItsButton();
+    void givesTheFocusBackWhenTheKeyboardIsBack();
     void opensThePages();
     void opensTheHelpBook();
 
@@ -439,13 +440,26 @@ void NotificationsTest::closesTheDeviceSheetByItsButton()
     QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isUp());
 }
 
+void NotificationsTest::givesTheFocusBackWhenTheKeyboardIsBack()
+{
+    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    auto *key = mHub->find<QAbstractButton>("mA");
+    key->click();
+    key->setFocus();
+    mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+    QVERIFY(!key->hasFocus());
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    QTRY_VERIFY(key->hasFocus());
+}
+
 void NotificationsTest::opensThePages()
 {
     mHub->find<QAbstractButton>("mFBButton")->click();
     mHub->find<QAbstractButton>("mTwitterButton")->click();
     mHub->find<QAbstractButton>("mQuillClubButton")->click();
+    mHub->find<QAbstractButton>("mCheckUpdates")->click();
     const QList<QUrl> expected{QUrl(Addresses::firstSocialNetwork), QUrl(Addresses::secondSocialNetwork),
-                               QUrl(Addresses::community)};
+                               QUrl(Addresses::community), QUrl(Addresses::driverDownloads)};
     QCOMPARE(mHub->openedPages, expected);
     for (const QUrl &page : expected)
         QVERIFY2(page.host().endsWith(u".example"_s), qPrintable(page.toString()));

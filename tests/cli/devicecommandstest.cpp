@@ -5,6 +5,7 @@
 #include "app/util/qlcoreutility.h"
 #include "daemon/devicesadaptor.h"
 #include "daemon/settingsdocument.h"
+#include "daemon/virtualkeyboardadaptor.h"
 #include "platform/messageport.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/scripteddevices.h"
@@ -19,6 +20,17 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+QVariantMap profileWithKey(QVariantMap profile, int code, int command)
+{
+    const QVariantMap entry{{u"command"_s, command}, {u"param1"_s, 0}, {u"param2"_s, 1}};
+    profile.insert(u"Keys"_s, QVariantMap{{QString::number(code), entry}});
+    return profile;
+}
+
+} // namespace
 
 class DeviceCommandsTest : public QObject
 {
@@ -47,11 +59,14 @@ private Q_SLOTS:
     void statusTellsOfTheKeyboardInUse();
     void statusOfOneThatIsNotThere();
     void daemonWithoutTheObjectIsTold();
+    void unusedVirtualKeyboardTellsTheWayBack_data();
+    void unusedVirtualKeyboardTellsTheWayBack();
 
 private:
     /// Runs kestractl while this thread serves the bus.
     static KestractlResult run(const QStringList &arguments);
 
+    QVariantMap mDocument; // the daemon's
     std::unique_ptr<QTemporaryDir> mFolder;
     std::unique_ptr<ScriptedDevices> mDevices;
     std::unique_ptr<DeviceChoice> mChoice;
@@ -61,6 +76,7 @@ private:
 
 void DeviceCommandsTest::init()
 {
+    mDocument = SettingsDocument::minimal();
     mFolder = std::make_unique<QTemporaryDir>();
     mDevices = std::make_unique<ScriptedDevices>();
     InputDevice broken = ScriptedDevices::keyboard(0x10);
@@ -69,10 +85,9 @@ void DeviceCommandsTest::init()
     mChoice = std::make_unique<DeviceChoice>(mFolder->path());
     mObject = std::make_unique<DevicesObject>(*mDevices, *mChoice);
     QVERIFY(mObject->registerOn(QDBusConnection::sessionBus()));
-    const auto answer = [](qint32 number, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
+    const auto answer = [this](qint32 number, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
         const QVariantMap request = QlCoreUtility::convertDataToDictionary(data).value_or(QVariantMap());
-        const QVariantMap reply{{DaemonProtocol::returnStatus, 0},
-                                {DaemonProtocol::allDevSettings, SettingsDocument::minimal()}};
+        const QVariantMap reply{{DaemonProtocol::returnStatus, 0}, {DaemonProtocol::allDevSettings, mDocument}};
         if (const auto port = RemoteMessagePort::open(request.value(DaemonProtocol::responsePortName).toString()))
             port->post(number, QlCoreUtility::convertDictionaryToData(reply).value_or(QByteArray()));
         return {};
@@ -313,6 +328,32 @@ void DeviceCommandsTest::daemonWithoutTheObjectIsTold()
     QVERIFY(status.value(u"latency"_s).isNull());
     mPort.reset(); // none at all
     QCOMPARE(run({u"device"_s, u"list"_s}).exitCode, 3);
+}
+
+void DeviceCommandsTest::unusedVirtualKeyboardTellsTheWayBack_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("macro play") << QStringList{u"macro"_s, u"play"_s, u"0"_s};
+    QTest::newRow("press") << QStringList{u"keyboard"_s, u"press"_s, u"A"_s};
+    QTest::newRow("game mode") << QStringList{u"keyboard"_s, u"game-mode"_s};
+    QTest::newRow("Macro key") << QStringList{u"keyboard"_s, u"macro-key"_s};
+    QTest::newRow("brightness") << QStringList{u"keyboard"_s, u"brightness"_s, u"up"_s};
+    QTest::newRow("brightness level") << QStringList{u"keyboard"_s, u"brightness"_s, u"2"_s};
+}
+
+void DeviceCommandsTest::unusedVirtualKeyboardTellsTheWayBack()
+{
+    QFETCH(QStringList, arguments);
+    const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
+    mDocument = SettingsDocument::withMacros(mDocument, {QVariantMap{{u"MacroName"_s, u"Combo"_s}}});
+    mDocument = SettingsDocument::withProfiles(mDocument, {profileWithKey(profile, 4, 10)});
+    VirtualKeyboard keyboard; // nobody uses it
+    VirtualKeyboardObject object(keyboard);
+    QVERIFY(object.registerOn(QDBusConnection::sessionBus()));
+    const KestractlResult result = run(arguments);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.text(), QString());
+    QVERIFY2(result.errorText().contains(u"kestractl device release"_s), result.errors.constData());
 }
 
 QTEST_GUILESS_MAIN(DeviceCommandsTest)

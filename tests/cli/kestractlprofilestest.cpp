@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QTest>
 
@@ -32,6 +33,7 @@ private Q_SLOTS:
     void exportedProfileIsImportedAgain();
     void importTakesOnlyProfileFiles_data();
     void importTakesOnlyProfileFiles();
+    void namesOfStrangersCannotTalkToTheTerminal();
     void oldStyleTextIsImportedWithItsNumbers();
     void exportThatCannotBeWrittenSaysSo();
     void profileIsBoundToADesktopEntry_data();
@@ -139,7 +141,7 @@ void KestractlProfilesTest::lastProfileIsNotDeleted()
 {
     const KestractlResult result = run({u"profile"_s, u"delete"_s, u"0"_s});
     QCOMPARE(result.exitCode, 1);
-    QVERIFY(result.errorText().contains(u"status 5"_s));
+    QVERIFY(result.errorText().contains(u"status 5 (last profile)"_s));
     QCOMPARE(names().size(), 1);
 }
 
@@ -152,7 +154,7 @@ void KestractlProfilesTest::twentyFirstProfileIsRefused()
     for (const QStringList &arguments : {QStringList{u"add"_s}, {u"copy"_s, u"0"_s}, {u"import"_s, path}}) {
         const KestractlResult result = run(QStringList{u"profile"_s} + arguments);
         QCOMPARE(result.exitCode, 1);
-        QVERIFY(result.errorText().contains(u"status 4"_s));
+        QVERIFY(result.errorText().contains(u"status 4 (limit reached)"_s));
     }
     QCOMPARE(profiles().size(), 20);
 }
@@ -200,6 +202,31 @@ void KestractlProfilesTest::importTakesOnlyProfileFiles()
     QTEST(result.exitCode, "exitCode");
     QVERIFY(!result.errors.isEmpty());
     QCOMPARE(names().size(), 1);
+}
+
+void KestractlProfilesTest::namesOfStrangersCannotTalkToTheTerminal()
+{
+    const QString name = u"\u001b]0;title\u0007 K\u202ey \u0085\ndéjà 鍵"_s;
+    const QString shown = u"?]0;title? K?y ??déjà 鍵"_s;
+    QVariantMap record = profile(0);
+    record.insert(SettingsKeys::profileName, name);
+    const QString path = mFolder->filePath(u"Stranger.kprofile"_s);
+    write(path, PropertyList::writeBinary(record).value());
+    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"%1\" is active\n"_s.arg(shown));
+    QCOMPARE(run({u"macro"_s, u"add"_s, name}).text(), u"macro 0 \"%1\" is added\n"_s.arg(shown));
+    const QList<QStringList> lines{{u"profile"_s, u"list"_s}, {u"profile"_s, u"switch"_s, u"1"_s},
+                                   {u"macro"_s, u"list"_s},   {u"key"_s, u"A"_s, u"macro"_s, u"0"_s},
+                                   {u"key"_s, u"A"_s},        {u"status"_s}};
+    for (const QStringList &line : lines) {
+        const KestractlResult result = run(line);
+        QCOMPARE(result.exitCode, 0);
+        QVERIFY2(result.text().contains(shown), result.output.constData());
+        QVERIFY2(!result.text().contains(u'\u001b') && !result.text().contains(u'\u202e'), qPrintable(line.join(u' ')));
+    }
+    const QString error = run({u"profile"_s, u"switch"_s, name + u'x'}).errorText();
+    QVERIFY2(error.contains(shown) && !error.contains(u'\u001b'), qPrintable(error));
+    const QJsonDocument exact = run({u"profile"_s, u"list"_s, u"--json"_s}).json(); // a program reads that
+    QCOMPARE(exact.array().at(1).toObject().value(u"name"_s).toString(), name);
 }
 
 void KestractlProfilesTest::oldStyleTextIsImportedWithItsNumbers()

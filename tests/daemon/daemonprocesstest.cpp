@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
+#include "app/util/qlcoreutility.h"
+#include "app/util/status.h"
 #include "daemon/daemonprocess.h"
 #include "daemon/settingsdocument.h"
-#include "daemon/status.h"
 #include "macros/macrorecord.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/daemonprocessfixture.h"
@@ -21,8 +22,10 @@
 #include <QTest>
 #include <QXmlStreamReader>
 
+#include <array>
 #include <csignal>
 #include <sys/resource.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
@@ -143,6 +146,8 @@ private Q_SLOTS:
     void macroIsLetGoOfAtTheEnd();
     void captureEndsWhenTheClientLeavesTheBus();
     void captureForAClientThatIsGoneEndsAtOnce();
+    void survivesAReplyPortThatIsNone_data();
+    void survivesAReplyPortThatIsNone();
     void secondDaemonSaysSo();
     void tellsVersionAndHelpWithoutABus();
     void endsWithoutABus();
@@ -150,6 +155,7 @@ private Q_SLOTS:
     void sleepsWhenThereIsNothingToDo();
     void endsBySignal_data();
     void endsBySignal();
+    void outlivesTheReaderOfItsLog();
     void losesNothingAnsweredWhenKilled();
     void interfacesAreAsDocumented_data();
     void interfacesAreAsDocumented();
@@ -459,6 +465,32 @@ void DaemonProcessTest::captureForAClientThatIsGoneEndsAtOnce()
     QTRY_COMPARE(recorder.sent(), QStringList{u"-7:5"_s});
 }
 
+void DaemonProcessTest::survivesAReplyPortThatIsNone_data()
+{
+    QTest::addColumn<QString>("port");
+    QTest::newRow("a letter of Latin 1") << u"\u00e9"_s;
+    QTest::newRow("a letter of none") << u"\u30ad\u30fc"_s;
+    QTest::newRow("a pattern") << u"*"_s;
+    QTest::newRow("a quote") << u"Port'"_s;
+}
+
+// A name like these, put into a rule for the bus, would end the process.
+void DaemonProcessTest::survivesAReplyPortThatIsNone()
+{
+    QFETCH(QString, port);
+    const auto daemon = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    QVERIFY(daemon);
+    for (const Command command :
+         {Command::readSettings, Command::startMacroRecording, Command::startSingleKeyRecording, Command::startEditHid})
+        daemon->post(static_cast<qint32>(command),
+                     QlCoreUtility::convertDictionaryToData(
+                         QVariantMap{{u"ResponseMsgPortName"_s, port}, {u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}})
+                         .value());
+    QVERIFY(mDaemon->request(Command::readSettings));
+    QVERIFY(mDaemon->log().contains("names for its reply what can be no port"));
+    QVERIFY(!mDaemon->log().contains("not capturing, a client asks for keys"));
+}
+
 void DaemonProcessTest::secondDaemonSaysSo()
 {
     QProcess *second = mDaemon->runAnother({});
@@ -540,6 +572,22 @@ void DaemonProcessTest::endsBySignal()
 {
     QFETCH(int, signal);
     QCOMPARE(mDaemon->sendSignal(signal), 0);
+}
+
+void DaemonProcessTest::outlivesTheReaderOfItsLog()
+{
+    QCOMPARE(mDaemon->terminate(), 0); // the settings are for one daemon at a time
+    QVERIFY(mDaemon->start([] {        // the child's standard error becomes a pipe that nobody reads
+        std::array<int, 2> ends{};
+        if (::pipe(ends.data()) == 0) {
+            ::dup2(ends[1], STDERR_FILENO);
+            ::close(ends[0]);
+            ::close(ends[1]);
+        }
+    }));
+    mDaemon->send(static_cast<Command>(99)); // is told in the log
+    QVERIFY(mDaemon->request(Command::readSettings));
+    QCOMPARE(mDaemon->terminate(), 0);
 }
 
 // Kills the daemon at chance moments of a storm of requests. The next one starts with what was answered last, or with a

@@ -98,6 +98,7 @@ void DeviceDaemonFixture::cleanup()
     mNotifications.clear();
     mSent.clear();
     mLaunched.clear();
+    mWatchedClient.clear();
     mOnReply = {};
     mNow = 0ms;
     mWakeTime.reset();

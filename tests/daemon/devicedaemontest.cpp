@@ -24,6 +24,8 @@ private Q_SLOTS:
     void changeIsOnTheDiskBeforeItsReply();
     void requestWithoutReplyPortIsObeyedSilently();
     void repliesToTheOwnPortAreNotSent();
+    void replyPortThatNoPortCanBeIsNone_data();
+    void replyPortThatNoPortCanBeIsNone();
     void garbageIsDropped_data();
     void garbageIsDropped();
     void unknownCommandIsAnswered_data();
@@ -142,6 +144,27 @@ void DeviceDaemonTest::repliesToTheOwnPortAreNotSent()
     QVERIFY(mReplies.isEmpty());
 }
 
+void DeviceDaemonTest::replyPortThatNoPortCanBeIsNone_data()
+{
+    QTest::addColumn<QString>("port");
+    QTest::newRow("other letters") << u"\u00e9"_s;
+    QTest::newRow("a pattern") << u"Test*"_s;
+    QTest::newRow("another path") << u"../Port"_s;
+}
+
+void DeviceDaemonTest::replyPortThatNoPortCanBeIsNone()
+{
+    QFETCH(QString, port);
+    for (const Command command : {Command::readSettings, Command::startSingleKeyRecording, Command::startEditHid}) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"names for its reply what can be no port"_s));
+        if (command != Command::readSettings)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"malformed request"_s));
+        send(command, {}, port);
+    }
+    QVERIFY(mReplies.isEmpty());
+    QVERIFY(mWatchedClient.isEmpty());
+}
+
 void DeviceDaemonTest::garbageIsDropped_data()
 {
     QTest::addColumn<std::optional<QByteArray>>("data");
@@ -207,9 +230,9 @@ void DeviceDaemonTest::profileUpdatedNamesTheSource_data()
     QTest::addColumn<QString>("source");
     QTest::newRow("the configurator's port")
         << u"KeyboardConfiguratorReplyPort"_s << QVariant() << u"org.quillkestra.Configurator"_s;
-    QTest::newRow("another port") << u"kestractl.42"_s << QVariant() << u"kestractl.42"_s;
+    QTest::newRow("another port") << u"kestractl-42"_s << QVariant() << u"kestractl-42"_s;
     QTest::newRow("the request says so") << u"KeyboardConfiguratorReplyPort"_s << QVariant(u"mine"_s) << u"mine"_s;
-    QTest::newRow("not text") << u"kestractl.42"_s << QVariant(3) << u"kestractl.42"_s;
+    QTest::newRow("not text") << u"kestractl-42"_s << QVariant(3) << u"kestractl-42"_s;
     QTest::newRow("nobody") << QString() << QVariant() << QString();
 }
 

@@ -50,6 +50,7 @@ private Q_SLOTS:
 
     void oldKeyboardIsLetGoOf();
     void newKeyboardFollowsTheDocument();
+    void lightOfTheOldKeyboardGoesOut();
     void oldKeyboardIsNotHeardAnyMore();
     void captureEnds();
     void recordingOnTheFlyEnds();
@@ -66,10 +67,10 @@ private:
     {
         QCOMPARE(keyboard.press(HidUsage::keyboardPage, key), VirtualKeyboard::Result::done);
     }
-    void send(Command command)
+    void send(Command command, QVariantMap request = {})
     {
-        mDaemon->handleMessage(static_cast<qint32>(command), QlCoreUtility::convertDictionaryToData(
-                                                                 QVariantMap{{u"ResponseMsgPortName"_s, u"Port"_s}}));
+        request.insert(u"ResponseMsgPortName"_s, u"Port"_s);
+        mDaemon->handleMessage(static_cast<qint32>(command), QlCoreUtility::convertDictionaryToData(request));
     }
     [[nodiscard]] int activeProfile() const { return SettingsDocument::activeProfileIndex(mDaemon->document()); }
 
@@ -137,17 +138,37 @@ void KeyboardChangeTest::newKeyboardFollowsTheDocument()
     press(*mSecond, keyA);
     QCOMPARE(mSecond->sentKeys(), (QList<HidUsage>{{HidUsage::keyboardPage, 30}}));
     QVERIFY(mSecond->shownLight().isOff());
-    QVERIFY(!mFirst->shownLight().isOff()); // is not the daemon's any more
+}
+
+void KeyboardChangeTest::lightOfTheOldKeyboardGoesOut()
+{
+    send(Command::updateProfile,
+         {{u"ProfileID"_s, 0},
+          {u"DeviceSettingsDictionary"_s, QVariantMap{{u"LEDKBEffects"_s, Backlight::spectrumCyclingEffect}}}});
+    QVERIFY(mFirst->lightSleep());
+    mDaemon->useKeyboard(*mSecond);
+    QVERIFY(mFirst->shownLight().isOff());
+    QVERIFY(!mFirst->lightSleep());
+    QVERIFY(mSecond->lightSleep());
+    mFirst->remove();
+    mFirst->attach();
+    QVERIFY(!mFirst->lightSleep());
+    mDaemon->useKeyboard(*mFirst);
+    QVERIFY(mFirst->lightSleep());
+    QVERIFY(!mFirst->shownLight().isOff());
 }
 
 void KeyboardChangeTest::oldKeyboardIsNotHeardAnyMore()
 {
+    constexpr VirtualKeyboard::Result notInUse = VirtualKeyboard::Result::notInUse;
     mDaemon->useKeyboard(*mSecond);
-    press(*mFirst, keyA);
-    press(*mFirst, switchKey);
-    QCOMPARE(mFirst->pressGameMode(), VirtualKeyboard::Result::done);
-    QCOMPARE(mFirst->setBrightness(0), VirtualKeyboard::Result::done);
-    QCOMPARE(mFirst->pressMacroKey(), VirtualKeyboard::Result::done);
+    QCOMPARE(mFirst->press(HidUsage::keyboardPage, keyA), notInUse);
+    QCOMPARE(mFirst->press(HidUsage::keyboardPage, switchKey), notInUse);
+    QVERIFY(mFirst->pressedKeys().isEmpty());
+    QCOMPARE(mFirst->pressGameMode(), notInUse);
+    QCOMPARE(mFirst->setBrightness(0), notInUse);
+    QCOMPARE(mFirst->changeBrightness(1), notInUse);
+    QCOMPARE(mFirst->pressMacroKey(), notInUse);
     mFirst->remove();
     QVERIFY(mFirst->sentKeys().isEmpty());
     QVERIFY(mNotifications.isEmpty());
@@ -212,9 +233,7 @@ void KeyboardChangeTest::keyboardCanBeUsedAgain()
     press(*mFirst, keyA);
     mDaemon->useKeyboard(*mSecond);
     QCOMPARE(mFirst->release(HidUsage::keyboardPage, keyA), VirtualKeyboard::Result::done);
-    press(*mFirst, 5);
     mDaemon->useKeyboard(*mFirst);
-    QCOMPARE(mFirst->release(HidUsage::keyboardPage, 5), VirtualKeyboard::Result::done); // nothing to let go of
     press(*mFirst, switchKey);
     QCOMPARE(activeProfile(), 1);
     press(*mFirst, keyA);

@@ -50,6 +50,8 @@ class KeyEngineTest : public QObject
 private Q_SLOTS:
     void pressAndReleaseOfOneKey_data();
     void pressAndReleaseOfOneKey();
+    void keyIsNamedByItsPlainNumberAlone_data();
+    void keyIsNamedByItsPlainNumberAlone();
     void repeatedPressAndStrayReleaseDoNothing();
     void releaseEndsWhatThePressBegan();
     void sharedUsageStaysDownUntilTheLastKey();
@@ -91,6 +93,26 @@ void KeyEngineTest::pressAndReleaseOfOneKey()
     QTEST(text(engine.keyDown(key(4), 0ms)), "press");
     QTEST(text(engine.keyUp(key(4), 1ms)), "release");
     QVERIFY(engine.sentDown().isEmpty());
+}
+
+void KeyEngineTest::keyIsNamedByItsPlainNumberAlone_data()
+{
+    QTest::addColumn<QString>("name"); // of an entry beside that of key 4
+    QTest::newRow("a zero first") << u"04"_s;
+    QTest::newRow("a sign") << u"+4"_s;
+    QTest::newRow("a space") << u" 4"_s;
+}
+
+void KeyEngineTest::keyIsNamedByItsPlainNumberAlone()
+{
+    QFETCH(QString, name);
+    const QVariantMap other = entry(16, 9, 0);
+    KeyEngine engine;
+    (void)engine.setKeyMap(KeyMap(profile({{name, other}})));
+    QCOMPARE(text(engine.keyDown(key(4), 0ms)), u"+4"_s);
+    QCOMPARE(text(engine.keyUp(key(4), 1ms)), u"-4"_s);
+    (void)engine.setKeyMap(KeyMap(profile({{name, other}, {u"4"_s, entry(16, 30, 0)}})));
+    QCOMPARE(text(engine.keyDown(key(4), 2ms)), u"+30"_s);
 }
 
 void KeyEngineTest::repeatedPressAndStrayReleaseDoNothing()

@@ -2,6 +2,7 @@
 #include "daemon/settingsstore.h"
 #include "app/util/qlcoreutility.h"
 #include "daemon/settingsdocument.h"
+#include "tests/support/filelockfailure.h"
 #include "tests/support/filesizelimit.h"
 #include "tests/support/folderflushfailure.h"
 #include "tests/support/ordinaryuser.h"
@@ -16,6 +17,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <memory>
 #include <optional>
 
@@ -70,6 +72,8 @@ private Q_SLOTS:
     void fullDiskKeepsTheCopyInUse();
     void leftOversOfAKilledWriterAreRemoved();
     void folderIsUsedByOneDaemonOnly();
+    void lockThatIsImpossibleIsReported();
+    void interruptedLockIsTriedAgain();
     void folderThatCannotBeMadeIsReported();
     void folderIsForTheUserOnly();
     void defaultFolderFollowsTheEnvironment_data();
@@ -459,6 +463,28 @@ void SettingsStoreTest::folderIsUsedByOneDaemonOnly()
     mStore.reset();
     SettingsStore third(mFolder);
     QCOMPARE(third.open(), SettingsStore::OpenResult::open);
+}
+
+void SettingsStoreTest::lockThatIsImpossibleIsReported()
+{
+    mStore.reset();
+    SettingsStore store(mFolder);
+    {
+        const FileLockFailure noLocks({ENOLCK});
+        QCOMPARE(store.open(), SettingsStore::OpenResult::unusable);
+        QCOMPARE(noLocks.left(), 0);
+    }
+    QVERIFY(store.errorText().contains(filePath(u"lock"_s)));
+    QVERIFY(store.errorText().contains(QString::fromLocal8Bit(std::strerror(ENOLCK))));
+}
+
+void SettingsStoreTest::interruptedLockIsTriedAgain()
+{
+    mStore.reset();
+    const FileLockFailure signal({EINTR, EINTR});
+    SettingsStore store(mFolder);
+    QCOMPARE(store.open(), SettingsStore::OpenResult::open);
+    QCOMPARE(signal.left(), 0);
 }
 
 void SettingsStoreTest::folderThatCannotBeMadeIsReported()

@@ -53,6 +53,8 @@ private Q_SLOTS:
     void restoresTheLastSelectedKey();
     void restoresAFunctionKeyWithItsName();
     void lastSelectedKeyOutsideTheLayoutSelectsNoButton();
+    void assignsNothingToAKeyThatIsNone_data();
+    void assignsNothingToAKeyThatIsNone();
     void savesTheLastSelectedKeyAndNothingElse();
     void missingFileIsNotMade();
 
@@ -380,6 +382,26 @@ void KeyboardKeysControllerTest::lastSelectedKeyOutsideTheLayoutSelectsNoButton(
     QCOMPARE(tab.controller->currentButtonValue(), u"100"_s);
     tab.key("mA")->click();
     QCOMPARE(tab.controller->currentButton(), tab.key("mA"));
+}
+
+void KeyboardKeysControllerTest::assignsNothingToAKeyThatIsNone_data()
+{
+    QTest::addColumn<QString>("lastSelected");
+    for (const QString &text : {u"100"_s, u"garbage"_s, u"-1"_s, u"99999999999"_s})
+        QTest::newRow(qUtf8Printable(text)) << text;
+}
+
+void KeyboardKeysControllerTest::assignsNothingToAKeyThatIsNone()
+{
+    QFETCH(QString, lastSelected);
+    writePlist({{u"Device Info"_s, QVariantMap{{u"Last selected key"_s, lastSelected}}}});
+    Tab tab(profile(u"P"_s));
+    auto *assignments = tab.find<PopUpButton>("mAssignFunction");
+    const int shown = assignments->indexOfSelectedItem();
+    for (const int position : {KeyMappings::disablePosition, KeyMappings::defaultKeyPosition})
+        assignments->itemAtIndex(position)->trigger();
+    QCOMPARE(tab.delegate.sent.size(), 0);
+    QCOMPARE(assignments->indexOfSelectedItem(), shown);
 }
 
 void KeyboardKeysControllerTest::savesTheLastSelectedKeyAndNothingElse()

@@ -67,7 +67,6 @@ private Q_SLOTS:
     void otherKeysKeepFlagAndName();
     void noticeShowsForAssignedFunctionKeysOnly_data();
     void noticeShowsForAssignedFunctionKeysOnly();
-    void notificationsAfterTheWindowIsGoneAreHarmless();
 
 private:
     QTemporaryDir mResources;
@@ -321,20 +320,6 @@ void KeysCaptureTest::noticeShowsForAssignedFunctionKeysOnly()
     tab.window.findChild<KeyButton *>(outlet)->click();
     QCOMPARE(!tab.find<QLabel>("mFunctionKeysInfoLabel")->isHidden(), isShown);
     QCOMPARE(!tab.find<QLabel>("mFunctionKeysInfoImage")->isHidden(), isShown);
-}
-
-void KeysCaptureTest::notificationsAfterTheWindowIsGoneAreHarmless()
-{
-    KeyboardKeysController controller;
-    {
-        QMainWindow window;
-        window.setCentralWidget(controller.view());
-        controller.awakeFromNib();
-    }
-    controller.singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 5}}});
-    controller.gameModeSwitch({u"Game Mode Pressed 271"_s, {}});
-    QVERIFY(controller.gameMode());
-    QCOMPARE(controller.singleKeyHIDCode(), 0);
 }
 
 QTEST_MAIN(KeysCaptureTest)

@@ -98,6 +98,8 @@ private Q_SLOTS:
     void updatesOpenTheDownloadPage();
     void restoreAsksFirst();
     void restoreKeepsTheNameAndForcesTwoValues();
+    void restoreGoesWithTheProfileThatItNames();
+    void theColorDialogGoesWithItsProfile();
     void restoreLooksAtTheAnswerAlone();
     void restoreKeepsAnyName();
     void cancelledRestoreSendsNothing();
@@ -113,6 +115,8 @@ private:
     template <typename T> T *outlet(const char *name) const { return mWindow->findChild<T *>(QLatin1StringView(name)); }
     Sheet *alert() const { return mWindow->findChild<Sheet *>(u"alert"_s); }
     void press(QLatin1StringView alertButton);
+    /// As when the application in front has switched profiles, or the same profile was changed elsewhere.
+    void refreshWithProfile(const QString &name);
 
     std::unique_ptr<QWidget> mWindow;
     std::unique_ptr<KeyboardLightingController> mController;
@@ -150,6 +154,16 @@ void KeyboardLightingControllerTest::press(QLatin1StringView alertButton)
     auto *button = alert()->findChild<QPushButton *>(alertButton);
     QVERIFY(button);
     button->click();
+}
+
+void KeyboardLightingControllerTest::refreshWithProfile(const QString &name)
+{
+    QVariantMap record = lightingRecord();
+    record[u"ProfileName"_s] = name;
+    record[u"BrightnessKBNormal"_s] = 2;
+    mController->setMLightingSettingsDict(record);
+    mController->updateUISettings();
+    QCOMPARE(outlet<QSlider>("mBrightnessValue")->value(), 2);
 }
 
 void KeyboardLightingControllerTest::refreshShowsTheRecord()
@@ -500,6 +514,31 @@ void KeyboardLightingControllerTest::restoreKeepsTheNameAndForcesTwoValues()
                                                   {u"ProfileOSDOn"_s, true},
                                                   {u"Keys"_s, keys}}}));
     QCOMPARE(mDelegate.sent.first().value(u"ProfileOSDOn"_s).userType(), int(QMetaType::Bool));
+}
+
+void KeyboardLightingControllerTest::restoreGoesWithTheProfileThatItNames()
+{
+    outlet<QPushButton>("mRestoreSettings")->click();
+    const QPointer<Sheet> shown = alert();
+    refreshWithProfile(u"Work"_s);
+    QVERIFY(shown && shown->isUp());
+    refreshWithProfile(u"R&D"_s);
+    QTRY_VERIFY(!shown);
+    QVERIFY(mDelegate.sent.isEmpty());
+}
+
+void KeyboardLightingControllerTest::theColorDialogGoesWithItsProfile()
+{
+    auto *well = outlet<ColorWell>("mMainColor");
+    well->click();
+    const QPointer<QColorDialog> dialog = well->findChild<QColorDialog *>();
+    dialog->setCurrentColor(QColor(0, 0, 255));
+    refreshWithProfile(u"Work"_s);
+    QVERIFY(dialog && dialog->isVisible());
+    refreshWithProfile(u"R&D"_s);
+    QTRY_VERIFY(!dialog);
+    QVERIFY(mDelegate.sent.isEmpty());
+    QCOMPARE(well->color().name(), u"#ff0033"_s);
 }
 
 void KeyboardLightingControllerTest::restoreLooksAtTheAnswerAlone()

@@ -41,7 +41,10 @@ private Q_SLOTS:
     void doubleClickEditsTheEvent();
     void aCapturedNothingForgetsTheKeyBefore();
     void emptyDelayIsNone();
-    void changesOfOtherClientsShowAfterTheEventSheet();
+    void aSheetGoesWithTheEventsThatItEdits_data();
+    void aSheetGoesWithTheEventsThatItEdits();
+    void aSheetStaysWhileItsEventsDo_data();
+    void aSheetStaysWhileItsEventsDo();
     void aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff_data() { addEndsOfTheEventSheet(); }
     void aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff();
 
@@ -364,21 +367,79 @@ void MacrosEventsTest::emptyDelayIsNone()
     QCOMPARE(mDelegate->calls, (QStringList{u"delay 0 1 0"_s, u"details 0"_s}));
 }
 
-void MacrosEventsTest::changesOfOtherClientsShowAfterTheEventSheet()
+void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits_data()
 {
-    fill({u"A"_s}, 0);
-    events()->selectRow(0);
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("sheet");
+    QTest::addColumn<QString>("change");
+    for (const char *change : {"macro above deleted", "all macros deleted", "events changed"}) {
+        QTest::addRow("event, %s", change) << 2 << u"mEditEventWindow"_s << QString::fromLatin1(change);
+        QTest::addRow("delay, %s", change) << 1 << u"mEditDelayWindow"_s << QString::fromLatin1(change);
+    }
+}
+
+void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits()
+{
+    QFETCH(int, row);
+    QFETCH(QString, sheet);
+    QFETCH(QString, change);
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    events()->selectRow(row);
     choose("mSettingsMacroDetails", MacroCommands::edit);
-    QVariantMap changed = macroNamed(u"A"_s);
-    changed[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
-    mDelegate->macros[0] = changed;
-    mDelegate->lines = {u"Left Button down\n"_s};
+    QVERIFY(outlet<Sheet>(sheet)->isUp());
     mDelegate->calls.clear();
+    // As another client does it.
+    if (change == "macro above deleted"_L1) {
+        mDelegate->macros.removeFirst();
+    } else if (change == "all macros deleted"_L1) {
+        mDelegate->macros.clear();
+    } else {
+        QVariantMap changed = macroNamed(u"B"_s);
+        changed[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
+        mDelegate->macros[1] = changed;
+        mDelegate->lines = {u"Left Button down\n"_s};
+    }
     mDelegate->refresh();
-    QVERIFY(mDelegate->calls.isEmpty()); // not under the user's hands
-    outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
-    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"details 0"_s}));
-    QCOMPARE(mController->macroDetailsArray(), QStringList{u"Left Button down\n"_s});
+    QVERIFY(!outlet<Sheet>(sheet)->isUp());
+    QCOMPARE(mDelegate->calls.contains(u"stopKey"_s), sheet == "mEditEventWindow"_L1);
+    for (const QString &call : std::as_const(mDelegate->calls))
+        QVERIFY2(call == "stopKey"_L1 || call == "details 1"_L1, qPrintable(call));
+    QVERIFY(!mController->isRecordingOrCapturing());
+    QVERIFY(list()->isEnabled());
+    if (change == "events changed"_L1)
+        QCOMPARE(mController->macroDetailsArray(), QStringList{u"Left Button down\n"_s});
+}
+
+void MacrosEventsTest::aSheetStaysWhileItsEventsDo_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("sheet");
+    QTest::addColumn<QString>("end");
+    QTest::addColumn<QString>("call");
+    QTest::newRow("event") << 2 << u"mEditEventWindow"_s << u"mMacroEventEditOK"_s << u"update 1 2"_s;
+    QTest::newRow("delay") << 1 << u"mEditDelayWindow"_s << u"mMacroDelayOK"_s << u"delay 0 1 1"_s;
+}
+
+void MacrosEventsTest::aSheetStaysWhileItsEventsDo()
+{
+    QFETCH(int, row);
+    QFETCH(QString, sheet);
+    QFETCH(QString, end);
+    QFETCH(QString, call);
+    fill({u"A"_s, u"B"_s}, 1);
+    // The record that the tab has is older than the lines from here on.
+    choose("mSettingsMacroDetails", MacroCommands::noDelay);
+    events()->selectRow(row);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    QVariantMap newer = macroNamed(u"B"_s);
+    newer[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
+    mDelegate->macros = {macroNamed(u"X"_s), newer, macroNamed(u"Y"_s)};
+    mDelegate->refresh();
+    QVERIFY(outlet<Sheet>(sheet)->isUp());
+    mDelegate->calls.clear();
+    outlet<QPushButton>(end)->click();
+    QVERIFY(mDelegate->calls.contains(call));
 }
 
 void MacrosEventsTest::aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff()

@@ -32,7 +32,10 @@ private Q_SLOTS:
     void cancelledImportSendsNothing();
     void importPanelChoosesOneMacroFile();
     void contextMenuOpensThePanels();
-    void importedMacroShowsThoughTheDaemonIsSilent();
+    void aMacroThatIsNotTakenIsNotListed_data();
+    void aMacroThatIsNotTakenIsNotListed();
+    void theExportPanelGoesWithItsMacro();
+    void theImportPanelStaysWhenTheMacrosChange();
 
 private:
     [[nodiscard]] QString inFolder(const QString &name) const { return mFolder.filePath(name); }
@@ -218,19 +221,50 @@ void MacrosFilesTest::contextMenuOpensThePanels()
     outlet<SavePanel>(u"mSavePanel"_s)->reject();
 }
 
-void MacrosFilesTest::importedMacroShowsThoughTheDaemonIsSilent()
+void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed_data()
 {
-    fill({u"A"_s}, 0);
-    mDelegate->answers = false;
+    QTest::addColumn<bool>("answers");
+    QTest::newRow("refused") << true;
+    QTest::newRow("not answered for") << false;
+}
+
+void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed()
+{
+    QFETCH(bool, answers);
+    fill({u"A"_s, u"B"_s}, 0);
+    mDelegate->refusesToAdd = true;
+    mDelegate->answers = answers;
     write(u"s.KestraMacro"_s, *PropertyList::writeBinary(macroNamed(u"S"_s)));
     importFrom(u"s.KestraMacro"_s);
-    QCOMPARE(mController->macrosSettingsArray(), (QVariantList{macroNamed(u"A"_s), macroNamed(u"S"_s)}));
-    QCOMPARE(list()->selectedRow(), 1);
-    QCOMPARE(events()->numberOfRows(), 0); // not those of the macro before
-    mDelegate->answers = true;
-    mDelegate->refresh();
+    QCOMPARE(mDelegate->calls, (QStringList{u"add"_s, u"details 0"_s}));
     QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
-    QCOMPARE(list()->selectedRow(), -1);
+    QCOMPARE(list()->numberOfRows(), 2);
+    QCOMPARE(list()->selectedRow(), 0);
+    QCOMPARE(events()->numberOfRows(), answers ? 5 : 0);
+}
+
+void MacrosFilesTest::theExportPanelGoesWithItsMacro()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    choose("mSettingsMacro", MacroCommands::exportMacro);
+    auto *panel = outlet<SavePanel>(u"mSavePanel"_s);
+    panel->setDirectory(mFolder.path());
+    mDelegate->refresh();
+    QVERIFY(panel->isVisible());
+    mDelegate->macros.removeFirst(); // as another client does it
+    mDelegate->refresh();
+    QVERIFY(!panel->isVisible());
+    QVERIFY(!QFile::exists(inFolder(u"B.KestraMacro"_s)));
+}
+
+void MacrosFilesTest::theImportPanelStaysWhenTheMacrosChange()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    choose("mSettingsMacro", MacroCommands::importMacro);
+    mDelegate->macros.removeFirst();
+    mDelegate->refresh();
+    QVERIFY(outlet<OpenPanel>(u"mOpenPanel"_s)->isVisible());
+    outlet<OpenPanel>(u"mOpenPanel"_s)->reject();
 }
 
 QTEST_MAIN(MacrosFilesTest)

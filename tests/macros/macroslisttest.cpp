@@ -28,11 +28,16 @@ private Q_SLOTS:
     void emptyNameIsIgnored();
     void renamingFromTheMenuDisablesTheEventButtons();
     void deleteAsksFirst();
+    void theAlertGoesWithTheMacroThatItNames_data();
+    void theAlertGoesWithTheMacroThatItNames();
+    void theAlertStaysWhileItsMacroDoes();
     void deletingSelectsTheNextRow_data();
     void deletingSelectsTheNextRow();
     void deletingTheOnlyMacroHidesTheEventPart();
     void listMenusEnableCommands();
     void addedMacroIsSelectedAndEditedBeforeItIsSent();
+    void aMacroThatIsNotTakenIsNotListed_data();
+    void aMacroThatIsNotTakenIsNotListed();
     void renameLeavesTheMacroTwiceUntilTheReload_data();
     void renameLeavesTheMacroTwiceUntilTheReload();
     void clickingAnotherRowEndsTheRename();
@@ -175,6 +180,58 @@ void MacrosListTest::deleteAsksFirst()
     QTRY_VERIFY(list()->hasFocus());
 }
 
+void MacrosListTest::theAlertGoesWithTheMacroThatItNames_data()
+{
+    QTest::addColumn<bool>("haveIdentity");
+    QTest::addColumn<QStringList>("namesAfter");
+    QTest::newRow("the one above deleted") << true << QStringList{u"B"_s, u"C"_s};
+    QTest::newRow("all deleted") << true << QStringList{};
+    QTest::newRow("replaced by another of the name") << true << QStringList{u"A"_s, u"new"_s, u"B"_s};
+    QTest::newRow("renamed") << false << QStringList{u"A"_s, u"X"_s, u"C"_s};
+    QTest::newRow("without identities, the one above deleted") << false << QStringList{u"B"_s, u"C"_s};
+}
+
+void MacrosListTest::theAlertGoesWithTheMacroThatItNames()
+{
+    QFETCH(bool, haveIdentity);
+    QFETCH(QStringList, namesAfter);
+    const auto macros = [haveIdentity](const QStringList &names) {
+        QVariantList result;
+        for (const QString &name : names) {
+            QVariantMap macro = macroNamed(name == "new"_L1 ? u"B"_s : name);
+            if (haveIdentity)
+                macro[u"macroID"_s] = int(name.front().unicode());
+            result.append(macro);
+        }
+        return result;
+    };
+    mDelegate->macros = macros({u"A"_s, u"B"_s, u"C"_s});
+    mDelegate->refresh();
+    list()->selectRow(1);
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    const QPointer<Sheet> alert = outlet<Sheet>(u"alert"_s);
+    QVERIFY(alert && alert->isUp());
+    // As another client changes it.
+    mDelegate->macros = macros(namesAfter);
+    mDelegate->refresh();
+    QTRY_VERIFY(!alert);
+    QCOMPARE(mDelegate->macros, macros(namesAfter));
+}
+
+void MacrosListTest::theAlertStaysWhileItsMacroDoes()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    QVariantMap edited = macroNamed(u"B"_s);
+    edited[u"delay"_s] = 30;
+    mDelegate->macros = {macroNamed(u"X"_s), edited, macroNamed(u"Y"_s)};
+    mDelegate->refresh();
+    auto *alert = outlet<Sheet>(u"alert"_s);
+    QVERIFY(alert && alert->isUp());
+    alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QCOMPARE(mDelegate->calls.first(), u"delete 1"_s);
+}
+
 void MacrosListTest::deletingSelectsTheNextRow_data()
 {
     QTest::addColumn<int>("row");
@@ -224,12 +281,46 @@ void MacrosListTest::listMenusEnableCommands()
 void MacrosListTest::addedMacroIsSelectedAndEditedBeforeItIsSent()
 {
     fill({u"A"_s}, 0);
-    mDelegate->answers = false;
+    QList<int> state;
+    mDelegate->duringAdd = [&] {
+        state = {int(mController->macrosSettingsArray().size()), list()->model()->rowCount(), list()->selectedRow(),
+                 list()->editedRow()};
+    };
     mController->clickAddMacro(nullptr);
-    QCOMPARE(mController->macrosSettingsArray().size(), 2);
+    QCOMPARE(state, (QList<int>{2, 2, 1, 1}));
+}
+
+void MacrosListTest::aMacroThatIsNotTakenIsNotListed_data()
+{
+    QTest::addColumn<bool>("answers");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("refused, one selected") << true << 0;
+    QTest::newRow("refused, none selected") << true << -1;
+    QTest::newRow("not answered for, one selected") << false << 0;
+    QTest::newRow("not answered for, none selected") << false << -1;
+}
+
+void MacrosListTest::aMacroThatIsNotTakenIsNotListed()
+{
+    QFETCH(bool, answers);
+    QFETCH(int, selected);
+    fill({u"A"_s, u"B"_s}, selected);
+    mDelegate->refusesToAdd = true;
+    mDelegate->answers = answers;
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mDelegate->calls.first(), u"add"_s);
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
     QCOMPARE(list()->numberOfRows(), 2);
-    QCOMPARE(list()->selectedRow(), 1);
-    QCOMPARE(list()->editedRow(), 1);
+    QCOMPARE(list()->selectedRow(), selected);
+    QCOMPARE(list()->editedRow(), -1);
+    QCOMPARE(mController->macroDetailsArray().size(), answers && selected == 0 ? 5 : 0);
+    QCOMPARE(outlet(u"mRecordMacroDetails"_s)->isHidden(), selected < 0);
+    QVERIFY(outlet(u"mRecordMacroDetails"_s)->isEnabled());
+    mDelegate->refusesToAdd = false;
+    mDelegate->answers = true;
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
+    QCOMPARE(list()->editedRow(), 2);
 }
 
 void MacrosListTest::renameLeavesTheMacroTwiceUntilTheReload_data()

@@ -45,6 +45,10 @@ void RecordingDelegate::addMacroWithSettings(const QVariantMap &macro)
 {
     note(u"add"_s);
     record = macro;
+    if (duringAdd)
+        duringAdd();
+    if (refusesToAdd)
+        return;
     if (answers)
         macros.append(macro);
     refresh();

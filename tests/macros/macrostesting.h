@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class QLineEdit;
@@ -47,13 +48,15 @@ public:
     void refresh();
 
     KeyboardMacrosController *controller = nullptr;
-    bool answers = true; ///< false: no reply ever comes
+    bool answers = true;       ///< false: no reply ever comes
+    bool refusesToAdd = false; ///< as the daemon does with what it cannot hold
     QVariantList macros;
     QVariantList lines = threeEvents();
     QVariantList linesAfterRemoval;
     QVariantMap event{{u"command"_s, 1}, {u"delay"_s, 20}, {u"page"_s, 9}, {u"argument"_s, 1}};
     QVariantMap record; ///< the record of the last call that carried one
     QStringList calls;
+    std::function<void()> duringAdd; ///< runs before the tab is refreshed
 
 private:
     void note(const QString &call) { calls.append(call); }

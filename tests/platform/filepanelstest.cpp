@@ -3,9 +3,12 @@
 
 #include "platform/sheet.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
+#include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
@@ -203,6 +206,51 @@ private slots:
         pressAlertButton(*panel, "alertDefaultButton"_L1);
         QCOMPARE(finished, QList<QVariantList>{{panelOK}});
         QCOMPARE(panel->chosenPath(), mFolder->filePath(u"Work.Kind"_s));
+    }
+
+    void theListOfCompletionsGoesWithThePanel_data()
+    {
+        QTest::addColumn<bool>("byReturn");
+        QTest::newRow("that Return ends") << true;
+        QTest::newRow("that a call ends") << false;
+    }
+
+    void theListOfCompletionsGoesWithThePanel()
+    {
+        QFETCH(bool, byReturn);
+        write(u"Folder/Inner.desktop"_s);
+        const auto panel = openPanel();
+        QVERIFY(QTest::qWaitForWindowActive(panel.get()));
+        auto *field = panel->findChild<QLineEdit *>(u"fileNameEdit"_s);
+        const QPointer<QCompleter> completer = field->completer();
+        QVERIFY(completer);
+        QSignalSpy loaded(panel->findChild<QFileSystemModel *>(), &QFileSystemModel::directoryLoaded);
+        // In a folder that has not been listed yet: the list goes on changing when that is.
+        QTest::keyClicks(field, mFolder->filePath(u"Folder/Inner.desktop"_s));
+        QTRY_VERIFY(completer->popup()->isVisible());
+        if (byReturn)
+            QTest::keyClick(completer->popup(), Qt::Key_Return);
+        else
+            panel->QDialog::accept();
+        QVERIFY(!panel->isVisible());
+        QTRY_VERIFY(loaded.contains(QVariantList{mFolder->filePath(u"Folder"_s)}));
+        QCoreApplication::processEvents();
+        QVERIFY(!completer || !completer->popup()->isVisible());
+        QVERIFY(!QApplication::activePopupWidget());
+    }
+
+    void aQuestionAboutReplacingGoesWithThePanel()
+    {
+        const auto panel = savePanel(u"Work"_s);
+        QSignalSpy finished(panel.get(), &QDialog::finished);
+        type(*panel, u"Work"_s);
+        const QPointer<Sheet> question = panel->findChild<Sheet *>(u"alert"_s);
+        QVERIFY(question && question->isUp());
+        QDialog *dialog = panel.get();
+        dialog->done(panelCancel);
+        QCOMPARE(finished, QList<QVariantList>{{panelCancel}});
+        QTRY_VERIFY(!question);
+        QCOMPARE(finished.count(), 1);
     }
 
 private:

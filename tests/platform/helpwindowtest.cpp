@@ -30,6 +30,7 @@ private Q_SLOTS:
     void goesBackAndForward();
     void linksLeadToTheirPages();
     void findsPagesAndMarksTheWords();
+    void returnOpensTheBestResult();
     void saysWhenNothingIsFound();
     void typingAQueryLeavesThePageAlone();
     void isUsedByKeyboardAlone();
@@ -162,6 +163,19 @@ void HelpWindowTest::findsPagesAndMarksTheWords()
     QVERIFY(browser()->extraSelections().isEmpty());
     QVERIFY(list()->count() >= 12);
     QCOMPARE(shown(), u"lighting.html"_s);
+}
+
+void HelpWindowTest::returnOpensTheBestResult()
+{
+    QTest::keyClicks(searchField(), u"profile"_s);
+    QVERIFY(list()->count() > 1);
+    list()->setCurrentRow(0);
+    const QString best = shown();
+    list()->setCurrentRow(list()->count() - 1);
+    QVERIFY(shown() != best);
+    QTest::keyClick(searchField(), Qt::Key_Return);
+    QCOMPARE(shown(), best);
+    QCOMPARE(QApplication::focusWidget(), list());
 }
 
 void HelpWindowTest::saysWhenNothingIsFound()

@@ -76,6 +76,8 @@ class MessagePortTest : public QObject
 
 private slots:
     void opensOnlyPortsThatExist();
+    void knowsWhichNamesAPortCanHave_data();
+    void knowsWhichNamesAPortCanHave();
     void givesASignOfLifeOnlyWhenItsThreadRuns();
     void carriesIdentifierAndData_data();
     void carriesIdentifierAndData();
@@ -104,6 +106,42 @@ void MessagePortTest::opensOnlyPortsThatExist()
     QVERIFY(port.isServing());
     QVERIFY(RemoteMessagePort::open(portName));
     QVERIFY(!RemoteMessagePort::open(u"TestPor"_s));
+}
+
+void MessagePortTest::knowsWhichNamesAPortCanHave_data()
+{
+    constexpr int room = 255 - 16; // of a bus name, after "org.quillkestra."
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isPossible");
+    QTest::newRow("a word") << u"TestPort"_s << true;
+    QTest::newRow("every kind") << u"Test-Port_1.a9._-"_s << true;
+    QTest::newRow("as long as can be") << QString(room, u'a') << true;
+    QTest::newRow("too long") << QString(room + 1, u'a') << false;
+    QTest::newRow("nothing") << QString() << false;
+    QTest::newRow("a digit first") << u"1Port"_s << false;
+    QTest::newRow("a digit after a dot") << u"Test.1"_s << false;
+    QTest::newRow("a dot first") << u".Port"_s << false;
+    QTest::newRow("a dot last") << u"Port."_s << false;
+    QTest::newRow("two dots") << u"Test..Port"_s << false;
+    QTest::newRow("a space") << u"Test Port"_s << false;
+    QTest::newRow("a pattern") << u"Test*"_s << false;
+    QTest::newRow("a quote") << u"Test'"_s << false;
+    QTest::newRow("a letter of Latin 1") << u"\u00e9"_s << false;
+    QTest::newRow("a digit of another script") << u"Test\u0664"_s << false;
+    QTest::newRow("half a character") << QString(QChar(0xD800)) << false;
+    QTest::newRow("a zero") << QString(QChar(0)) << false;
+}
+
+// The bus says the same of every name: the rule is its own.
+void MessagePortTest::knowsWhichNamesAPortCanHave()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isPossible);
+    QCOMPARE(isMessagePortName(name), isPossible);
+    QVERIFY(!RemoteMessagePort::open(name));
+    const ThreadedPort port(name, answerNothing);
+    QCOMPARE(port.isServing(), isPossible);
+    QCOMPARE(RemoteMessagePort::open(name).has_value(), isPossible);
 }
 
 void MessagePortTest::givesASignOfLifeOnlyWhenItsThreadRuns()

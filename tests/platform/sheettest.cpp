@@ -19,6 +19,7 @@ private Q_SLOTS:
     void appearsWithItsWindow();
     void staysAwayWhenItWasTakenDownBeforeItsWindowAppears_data();
     void staysAwayWhenItWasTakenDownBeforeItsWindowAppears();
+    void followsItsWindow();
     void tellsItsEndOnce();
     void canBeBegunAgainByItsEnd();
     void isShownAgainWhenItIsUp();
@@ -81,6 +82,31 @@ void SheetTest::staysAwayWhenItWasTakenDownBeforeItsWindowAppears()
     mWindow.show();
     QCoreApplication::processEvents();
     QVERIFY(!sheet.isVisible());
+    sheet.setParent(nullptr);
+}
+
+void SheetTest::followsItsWindow()
+{
+    Sheet sheet;
+    sheet.beginSheet(&mWindow);
+    const QPoint distance = sheet.pos() - mWindow.pos();
+    mWindow.move(mWindow.pos() + QPoint(70, 40));
+    QTRY_COMPARE(sheet.pos() - mWindow.pos(), distance);
+    sheet.endSheet();
+    const QPoint left = sheet.pos();
+    mWindow.move(mWindow.pos() - QPoint(70, 40));
+    QCoreApplication::processEvents();
+    QCOMPARE(sheet.pos(), left);
+
+    // Another window's is not to be moved by this one.
+    QWidget other;
+    other.show();
+    sheet.beginSheet(&other);
+    const QPoint there = sheet.pos();
+    mWindow.move(mWindow.pos() + QPoint(70, 40));
+    QCoreApplication::processEvents();
+    QCOMPARE(sheet.pos(), there);
+    sheet.endSheet();
     sheet.setParent(nullptr);
 }
 

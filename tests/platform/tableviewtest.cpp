@@ -9,6 +9,7 @@
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTest>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -103,6 +104,8 @@ private Q_SLOTS:
     void deselectingEndsAnEdit();
     void disablingWritesNothing();
     void abortingWritesNothing();
+    void toolTipsShowTheTextAsItStands_data();
+    void toolTipsShowTheTextAsItStands();
     void reloadingKeepsAnOpenEditAndItsText();
     void reloadingEndsAnEditWhoseRowIsGone();
     void anEditIsWrittenOnceThoughWritingRefreshes();
@@ -423,6 +426,30 @@ void TableViewTest::abortingWritesNothing()
     QCOMPARE(mTable->editedRow(), -1);
     QTRY_VERIFY(!editor());
     QVERIFY(mSource->edits.isEmpty());
+}
+
+void TableViewTest::toolTipsShowTheTextAsItStands_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"Work", "R&D", "a < b", "<b>bold</b>", "&lt;", "two  blanks"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+    QTest::newRow("two lines") << u"two\nlines"_s;
+}
+
+void TableViewTest::toolTipsShowTheTextAsItStands()
+{
+    QFETCH(QString, name);
+    mSource->names[0] = name;
+    const QString toolTip = mTable->model()->index(0, nameColumn).data(Qt::ToolTipRole).toString();
+    QTextDocument shown;
+    // As a tool tip decides it.
+    if (Qt::mightBeRichText(toolTip))
+        shown.setHtml(toolTip);
+    else
+        shown.setPlainText(toolTip);
+    QCOMPARE(shown.toPlainText(), name);
+    mSource->names[0].clear();
+    QCOMPARE(mTable->model()->index(0, nameColumn).data(Qt::ToolTipRole).toString(), QString());
 }
 
 void TableViewTest::reloadingKeepsAnOpenEditAndItsText()

@@ -129,6 +129,44 @@ private slots:
         QVERIFY(!mController->profileSavePanel());
     }
 
+    void exportWithoutAPanelDoesNothing()
+    {
+        mController->sheetDidEndReturnCodeContextInfo(panelOK, KeyboardProfilesController::exportProfile);
+        QVERIFY(mDelegate->calls.isEmpty());
+    }
+
+    void aPanelGoesWithTheProfileThatItIsFor_data()
+    {
+        QTest::addColumn<int>("tag");
+        QTest::newRow("export") << int(ProfileCommands::exportProfile);
+        QTest::newRow("assign application") << int(ProfileCommands::assignApplication);
+    }
+
+    void aPanelGoesWithTheProfileThatItIsFor()
+    {
+        QFETCH(int, tag);
+        choose(tag);
+        auto *panel = mWindow->findChild<QFileDialog *>();
+        QVERIFY(panel && panel->isVisible());
+        mDelegate->refresh();
+        QVERIFY(panel->isVisible());
+        // As when the application in front has switched profiles.
+        mDelegate->active = 1;
+        mDelegate->refresh();
+        QVERIFY(!panel->isVisible());
+        // Neither bound nor unbound.
+        QVERIFY(mDelegate->calls.isEmpty());
+        QCOMPARE(cell(u"auto switch"_s), QVariant(1));
+    }
+
+    void theImportPanelStaysWhenProfilesAreSwitched()
+    {
+        choose(ProfileCommands::importProfile);
+        mDelegate->active = 1;
+        mDelegate->refresh();
+        QVERIFY(mController->profileFileBrowserPanel()->isVisible());
+    }
+
     void exportThatCannotBeWrittenIsSilent()
     {
         choose(ProfileCommands::exportProfile);

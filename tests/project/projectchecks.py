@@ -242,7 +242,7 @@ def check_thin_mains(sources):
 
 PROTOCOL_HEADER = "app/util/daemonprotocol.h"
 SETTINGS_HEADER = "app/util/settingskeys.h"
-STATUS_HEADER = "daemon/status.h"
+STATUS_HEADER = "app/util/status.h"
 PROTOCOL_DOCUMENT = "docs/daemon-protocol.md"
 NAMED_CONSTANT = re.compile(r'inline constexpr Key \w+\{"([^"]+)"\};')
 FORMATTED_NAME = re.compile(r'QStringLiteral\("(\w+)%1"\)')

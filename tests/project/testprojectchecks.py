@@ -249,7 +249,7 @@ The daemon's is `CoreMsgPort`, at `/MessagePort`.
 """
 
     def findings(self, **changed):
-        texts = {"app/util/daemonprotocol.h": self.HEADER, "daemon/status.h": self.STATUS,
+        texts = {"app/util/daemonprotocol.h": self.HEADER, "app/util/status.h": self.STATUS,
                  "app/util/settingskeys.h": 'inline constexpr Key macroName{"MacroName"};',
                  "docs/daemon-protocol.md": self.DOCUMENT}
         for path, (old, new) in changed.pop("replaced", {}).items():
@@ -266,7 +266,7 @@ The daemon's is `CoreMsgPort`, at `/MessagePort`.
                 ("app/util/daemonprotocol.h", "// Reply keys", 'inline constexpr Key a{"Another"};\n// Reply keys'),
                 ("app/util/daemonprotocol.h", "QString", 'inline constexpr Key a{"Another 271"};\nQString'),
                 ("app/util/daemonprotocol.h", "enum", 'inline constexpr Key a{"OtherPort"};\nenum'),
-                ("daemon/status.h", "malformed = 2,", "malformed = 2,\n    other = 3,")):
+                ("app/util/status.h", "malformed = 2,", "malformed = 2,\n    other = 3,")):
             with self.subTest(path=path, new=new):
                 found = self.findings(replaced={path: (old, new)})
                 self.assertEqual(len(found), 1, found)
@@ -289,7 +289,7 @@ The daemon's is `CoreMsgPort`, at `/MessagePort`.
 
     def test_nothing_to_compare_is_found(self):
         for path, old, new in (("app/util/daemonprotocol.h", "enum class Command", "enum class Cmd"),
-                               ("daemon/status.h", "enum class Status", "enum class State"),
+                               ("app/util/status.h", "enum class Status", "enum class State"),
                                ("docs/daemon-protocol.md", "## Commands", "## Orders"),
                                ("docs/daemon-protocol.md", "## Ports", "## Doors")):
             with self.subTest(path=path, old=old):

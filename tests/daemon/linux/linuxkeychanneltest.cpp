@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/linux/linuxkeychannel.h"
+#include "daemon/deadlinetimer.h"
 #include "tests/daemon/linux/fakeeventfile.h"
 #include "tests/daemon/linux/outputpipe.h"
 
@@ -43,6 +44,7 @@ private Q_SLOTS:
     void timesNeverGoBack();
     void moreNodesThanPlacesStayWithTheDesktop();
     void measuresKeysAndCountsLosses();
+    void timeBetweenTwoUsesIsNotMeasured();
     void removedNodeIsClosed();
 
 private:
@@ -323,6 +325,24 @@ void LinuxKeyChannelTest::measuresKeysAndCountsLosses()
     mChannel->addNode(mFirst->open(), 2, true);
     QCOMPARE(mChannel->latency(), KeyLatency()); // of this use
     QCOMPARE(mChannel->lostEvents(), quint64(0));
+}
+
+void LinuxKeyChannelTest::timeBetweenTwoUsesIsNotMeasured()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mFirst->press(KEY_A);
+    QTRY_COMPARE(mKeys.size(), 1);
+    mChannel->removeNode(1); // A comes up by that
+    QCOMPARE(mKeys.size(), 2);
+    mFirst->release(KEY_A);
+    const auto removed = DeadlineTimer::now();
+    QTRY_VERIFY(DeadlineTimer::now() - removed > std::chrono::milliseconds(100)); // much longer than a key takes
+    mChannel->addNode(mFirst->open(), 2, true);
+    const auto pressed = DeadlineTimer::now();
+    mFirst->press(KEY_B);
+    QTRY_COMPARE(mChannel->latency().count, quint64(1));
+    const std::chrono::microseconds most = DeadlineTimer::now() - pressed;
+    QVERIFY(mChannel->latency().maximumUs <= most.count());
 }
 
 void LinuxKeyChannelTest::removedNodeIsClosed()

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// A layout in rows that are broken where the next item would not fit, as words are; each row is centred. Main thread
+// only.
+#pragma once
+
+#include <QLayout>
+
+#include <memory>
+#include <vector>
+
+class FlowLayout : public QLayout
+{
+public:
+    /// `gap` and `rowGap` are the distances of items in a row, and of rows, in logical pixels.
+    FlowLayout(QWidget *parent, int gap, int rowGap);
+    ~FlowLayout() override;
+
+    void addItem(QLayoutItem *item) override;
+    [[nodiscard]] int count() const override { return static_cast<int>(mItems.size()); }
+    [[nodiscard]] QLayoutItem *itemAt(int index) const override;
+    QLayoutItem *takeAt(int index) override;
+
+    [[nodiscard]] Qt::Orientations expandingDirections() const override { return {}; }
+    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+    [[nodiscard]] int heightForWidth(int width) const override;
+    /// All items in one row.
+    [[nodiscard]] QSize sizeHint() const override;
+    /// The widest item alone, and one row.
+    [[nodiscard]] QSize minimumSize() const override;
+    void setGeometry(const QRect &area) override;
+
+private:
+    struct Row
+    {
+        std::vector<QLayoutItem *> items;
+        QSize size;
+    };
+
+    [[nodiscard]] std::vector<Row> rowsIn(int width) const;
+    [[nodiscard]] QSize withMargins(QSize size) const;
+
+    std::vector<std::unique_ptr<QLayoutItem>> mItems;
+    int mGap;
+    int mRowGap;
+};

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include "platform/sheetsubject.h"
+
+#include "platform/sheet.h"
+
+void SheetSubject::note(QDialog *dialog, const QVariant &subject)
+{
+    mDialog = dialog;
+    mSubject = subject;
+}
+
+void SheetSubject::endUnless(const QVariant &subject)
+{
+    if (!mDialog || subject == mSubject)
+        return;
+    // Cleared first: what ends the dialog may lead here again.
+    const QPointer<QDialog> dialog = std::exchange(mDialog, nullptr);
+    if (auto *sheet = qobject_cast<Sheet *>(dialog)) {
+        if (sheet->isUp())
+            sheet->reject();
+    } else if (!dialog->isHidden()) {
+        dialog->done(outdatedReturn);
+    }
+}
