@@ -296,12 +296,12 @@ void ProfilesEndToEndTest::aDeleteThatIsNotAnsweredLeavesTheTabBusy_data()
 void ProfilesEndToEndTest::aDeleteThatIsNotAnsweredLeavesTheTabBusy()
 {
     QFETCH(bool, isReal);
-    setReplyPollInterval(std::chrono::microseconds(100));
     if (isReal)
         startDaemon({factoryProfile(u"One"_s), factoryProfile(u"Two"_s)});
     else
         mScriptedDaemon = std::make_unique<ScriptedDaemon>(sampleDocument());
     openWindow();
+    setReplyPollInterval(std::chrono::microseconds(100)); // from now on nobody answers
     if (isReal)
         mDaemon->kill();
     else

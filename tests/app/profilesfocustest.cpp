@@ -2,6 +2,7 @@
 // Automatic switching the whole way on real desktops without a screen: profiles are bound in the window, two real
 // windows get the focus in turn, and both the window and kestractl show the profile that follows.
 #include "app/util/settingskeys.h"
+#include "daemonlink/daemontransport.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
 #include "platform/tableview.h"
@@ -87,6 +88,7 @@ void ProfilesFocusTest::bothFollowTheFocus()
     QFETCH(TestDesktop::Kind, kind);
     TestDesktop desktop(kind);
     QVERIFY(desktop.start());
+    setReplyPollInterval(replyPollInterval); // for a real daemon, which saves what it answers
     startDaemon(desktop);
     mHub = std::make_unique<Hub>();
     mHub->controller->initializeDevice();

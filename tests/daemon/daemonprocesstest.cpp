@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
+#include "daemon/daemonprocess.h"
 #include "app/util/qlcoreutility.h"
 #include "app/util/status.h"
-#include "daemon/daemonprocess.h"
+#include "daemon/linux/stallwatch.h"
 #include "daemon/settingsdocument.h"
 #include "macros/macrorecord.h"
 #include "platform/distributednotificationcenter.h"
@@ -510,7 +511,7 @@ void DaemonProcessTest::tellsVersionAndHelpWithoutABus()
     const QString text = QString::fromUtf8(help->readAllStandardOutput()).simplified();
     const QString codes = text.section(u"Exit codes"_s, 1);
     for (const int code : {int(DaemonExit::ended), 1, int(DaemonExit::noBus), int(DaemonExit::alreadyRunning),
-                           int(DaemonExit::folderUnusable)})
+                           int(DaemonExit::folderUnusable), StallWatch::exitCode})
         QVERIFY2(codes.contains(QRegularExpression(u"[:,] %1 [a-z]"_s.arg(code))), qPrintable(text));
     QCOMPARE(mDaemon->runAnother({u"--unknown"_s})->exitCode(), 1);
     QCOMPARE(mDaemon->runAnother({u"argument"_s})->exitCode(), 1);

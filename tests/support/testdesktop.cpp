@@ -49,6 +49,22 @@ void becomeNobody()
 
 TestDesktop::TestDesktop(Kind kind, QSize screenSize) : mKind(kind), mScreenSize(screenSize) {}
 
+TestDesktop::~TestDesktop()
+{
+    stop();
+    removeLeftOvers();
+}
+
+/// An X server that was killed leaves its socket and its lock.
+void TestDesktop::removeLeftOvers() const
+{
+    if (mKind != Kind::x11 || mDisplay.isEmpty())
+        return;
+    const QString number = mDisplay.sliced(1);
+    QFile::remove(u"/tmp/.X11-unix/X"_s + number);
+    QFile::remove(u"/tmp/.X%1-lock"_s.arg(number));
+}
+
 QProcessEnvironment TestDesktop::in(QProcessEnvironment environment) const
 {
     environment.remove(u"DISPLAY"_s);
@@ -76,9 +92,8 @@ bool TestDesktop::startX11()
     // It is not to start over when its last client leaves: the next client may be on its way.
     const QString screen = u"%1x%2x24"_s.arg(mScreenSize.width()).arg(mScreenSize.height());
     // Not the lowest that is free (-displayfd): another server could have it before this one is started again.
-    const QString number = QString::number(firstDisplayNumber + QCoreApplication::applicationPid());
-    mDisplay = u':' + number;
-    QFile::remove(u"/tmp/.X11-unix/X"_s + number); // left by the one that was killed
+    mDisplay = u':' + QString::number(firstDisplayNumber + QCoreApplication::applicationPid());
+    removeLeftOvers();
     mServer = started(u"Xvfb"_s, {mDisplay, u"-noreset"_s, u"-screen"_s, u"0"_s, screen, u"-nolisten"_s, u"tcp"_s},
                       QProcessEnvironment::systemEnvironment());
     if (!mServer)

@@ -20,7 +20,7 @@ public:
 
     /// `screenSize`: of the X11 desktop; the other has its own.
     explicit TestDesktop(Kind kind, QSize screenSize = {640, 480});
-    ~TestDesktop() { stop(); }
+    ~TestDesktop();
 
     /// False when a program it needs is missing or does not come up. A process may have one X11 desktop at a time.
     [[nodiscard]] bool start();
@@ -41,6 +41,7 @@ public:
 
 private:
     [[nodiscard]] bool startX11();
+    void removeLeftOvers() const;
     [[nodiscard]] bool startWayland();
     [[nodiscard]] bool run(const QString &program, const QStringList &arguments) const;
     void end(std::unique_ptr<QProcess> process);
