@@ -39,13 +39,20 @@ bool readSeconds(CommandContext &context, std::optional<std::chrono::millisecond
     return duration.has_value();
 }
 
-/// Begins the recording and prints the lines of the events as they come, until it is to end or can go on no more.
-DaemonClient::Answer record(CommandContext &context, const QVariantMap &request,
-                            std::optional<std::chrono::milliseconds> duration)
+struct Recording
 {
+    DaemonClient::Answer answer;
+    bool hasPrintedLines = false;
+};
+
+/// Begins the recording and prints the lines of the events as they come, until it is to end or can go on no more.
+Recording record(CommandContext &context, const QVariantMap &request, std::optional<std::chrono::milliseconds> duration)
+{
+    Recording recording;
     QEventLoop loop;
     auto &notifications = DistributedNotificationCenter::defaultCenter();
-    const auto printLines = [&context](const DistributedNotification &notification) {
+    const auto printLines = [&](const DistributedNotification &notification) {
+        recording.hasPrintedLines = true;
         for (const QVariant &line : notification.userInfo.value(DaemonProtocol::messagesArray).toList())
             context.console.printNow(line.toString().trimmed());
     };
@@ -55,10 +62,10 @@ DaemonClient::Answer record(CommandContext &context, const QVariantMap &request,
     const QDBusServiceWatcher daemonWatch(messagePortBusName(DaemonProtocol::requestPortName),
                                           QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForUnregistration);
     QObject::connect(&daemonWatch, &QDBusServiceWatcher::serviceUnregistered, &loop, &QEventLoop::quit);
-    const DaemonClient::Answer answer = context.daemon.sendChecked(Command::startMacroRecording, request);
-    if (answer.ok())
+    recording.answer = context.daemon.sendChecked(Command::startMacroRecording, request);
+    if (recording.answer.ok())
         runUntilEnded(loop, duration);
-    return answer;
+    return recording;
 }
 
 /// A key of the active profile that plays the macro, and how.
@@ -116,7 +123,8 @@ ExitCode recordMacro(CommandContext &context)
         return failure;
     const QVariantMap request{{DaemonProtocol::macroId, chosen->number},
                               {DaemonProtocol::isAppendRecording, context.hasOption(Options::append) ? 1 : 0}};
-    DaemonClient::Answer answer = record(context, request, duration);
+    const Recording recording = record(context, request, duration);
+    DaemonClient::Answer answer = recording.answer;
     if (answer.ok())
         answer = context.daemon.sendChecked(Command::stopMacroRecording);
     if (answer.ok())
@@ -126,7 +134,11 @@ ExitCode recordMacro(CommandContext &context)
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);
     const QVariantMap saved = answer.reply.value(SettingsKeys::macros).toList().value(chosen->number).toMap();
-    context.console.print(u"%1 has %2 events"_s.arg(chosen->words()).arg(MacroRecord::events(saved).size()));
+    const QVariantList events = MacroRecord::events(saved);
+    // The last lines may not have come before the recording was ended.
+    const bool isEmpty = !recording.hasPrintedLines && events == MacroRecord::events(chosen->record());
+    const QString format = isEmpty ? u"nothing was recorded: %1 still has %2 events"_s : u"%1 has %2 events"_s;
+    context.console.print(format.arg(chosen->words()).arg(events.size()));
     return ExitCode::ok;
 }
 

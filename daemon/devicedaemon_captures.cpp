@@ -81,6 +81,10 @@ void DeviceDaemon::handleSaveRecordedEvents(const Request &request)
     const std::optional<QVariantList> events = mRecorder.recorded(macroId);
     if (!events)
         return reply(request, Status::nothingRecorded, {});
+    if (events->isEmpty()) { // a recording that was begun by mistake erases no macro
+        mRecorder.discard();
+        return reply(request, Status::ok, {});
+    }
     // What could not be saved stays recorded, so that it can be saved when there is room again.
     if (finishChange(request, saveEvents(mDocument, *row, *events, *isAppended), ReturnsDocument::never))
         mRecorder.discard();

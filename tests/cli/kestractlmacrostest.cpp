@@ -56,6 +56,8 @@ private Q_SLOTS:
     void exportSaysWhatItCannotWrite();
     void recordsUntilReturn();
     void recordingAppends();
+    void recordingNothingLeavesTheMacro_data();
+    void recordingNothingLeavesTheMacro();
     void recordingEndsByItself_data();
     void recordingEndsByItself();
     void recordingNeedsTheKeyboard();
@@ -285,6 +287,27 @@ void TestKestractlMacros::recordingAppends()
     const KestractlResult result = finishedResult(process);
     QCOMPARE(result.exitCode, 0);
     QVERIFY2(result.text().endsWith(u"macro 0 \"Tap\" has 4 events\n"_s), result.output.constData());
+}
+
+void TestKestractlMacros::recordingNothingLeavesTheMacro_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::newRow("new recording") << QStringList{u"Tap"_s};
+    QTest::newRow("appended recording") << QStringList{u"Tap"_s, u"--append"_s};
+}
+
+void TestKestractlMacros::recordingNothingLeavesTheMacro()
+{
+    QFETCH(QStringList, words);
+    add(tapOfA(1));
+    const QVariantMap before = record(0);
+    QProcess process;
+    startRecording(process, words);
+    process.write("\n");
+    const KestractlResult result = finishedResult(process);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.text(), u"nothing was recorded: macro 0 \"Tap\" still has 2 events\n"_s);
+    QCOMPARE(record(0), before);
 }
 
 void TestKestractlMacros::recordingEndsByItself_data()
