@@ -117,9 +117,6 @@ public:
     /// An arrow or a clock before each line of the event list.
     QIcon tableViewImageForTableColumnRow(TableView *tableView, const QString &column, int row) override;
 
-    /// Keeps the keys that are being recorded from pressing buttons and choosing commands of this window.
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     void buildView();
     QWidget *buildMacroList();

@@ -160,7 +160,8 @@ void KeyboardMacrosController::closeEventSheet()
     setStateOfMacroTableWithState(mHasDeviceConnected);
     updateEventButtons();
     mEditEventWindow->endSheet();
-    fetchChangedLines(); // what another client changed meanwhile
+    mMacroDetailsTableView->setFocus(); // which was off, so that the focus had gone on to Record
+    fetchChangedLines();                // what another client changed meanwhile
 }
 
 void KeyboardMacrosController::clickMacroEventOK(QObject *)

@@ -7,8 +7,6 @@
 #include "macros/macrodelegate.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 
-#include <QApplication>
-#include <QEvent>
 #include <QPushButton>
 #include <QScopedValueRollback>
 
@@ -30,6 +28,7 @@ void KeyboardMacrosController::setRecordButton(bool readsStop)
     mRecordMacroDetails->setText(localizedText(readsStop ? "lkeyStop" : "lkeyRecord"));
     mRecordMacroDetails->setIcon(EventIcons::recordIcon(readsStop));
     mRecordMacroDetails->setChecked(readsStop);
+    mRecordMacroDetails->setAutoDefault(readsStop); // Return stops, too
 }
 
 void KeyboardMacrosController::enableDeleteEventBySelection()
@@ -59,10 +58,10 @@ void KeyboardMacrosController::startRecording()
     setRecordButton(true);
     updatePlaceholders();
     updateLineColor();
-    qApp->installEventFilter(this);
     setStateOfTableButtonsWithState(false);
     setStateOfMacroTableWithState(false);
     enableDeleteEventBySelection();
+    mRecordMacroDetails->setFocus();
     if (mMacroDelegate)
         mMacroDelegate->startMacroRecordingMacroIndex(mIsAppendMacro ? 1 : 0, macroRow());
 }
@@ -74,7 +73,6 @@ void KeyboardMacrosController::stopRecording()
     setRecordButton(false);
     setStateOfTableButtonsWithState(true);
     setStateOfMacroTableWithState(true);
-    qApp->removeEventFilter(this);
     const bool isAppended = mIsAppendMacro;
     const QScopedValueRollback replacingLines(mIsReplacingLines, true);
     if (mMacroDelegate && mIsEditingMacro) {
@@ -91,25 +89,6 @@ void KeyboardMacrosController::stopRecording()
     updateEventButtons();
 }
 
-bool KeyboardMacrosController::eventFilter(QObject *watched, QEvent *event)
-{
-    // The daemon records what is typed, and passes it on: a space must not press Stop, nor a key choose a command.
-    if (!mIsRecording && !mIsAppendMacro)
-        return false;
-    switch (event->type()) {
-    case QEvent::ShortcutOverride:
-        event->accept(); // else it may still be a shortcut
-        [[fallthrough]];
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::Shortcut: {
-        const auto *widget = qobject_cast<QWidget *>(watched);
-        return widget && widget->window() == mView->window();
-    }
-    default: return false;
-    }
-}
-
 void KeyboardMacrosController::clickAddMacroDetails(QObject *)
 {
     if (macroRow() < 0)
@@ -121,7 +100,7 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
     setRecordButton(true);
     updatePlaceholders();
     updateLineColor();
-    qApp->installEventFilter(this);
+    mRecordMacroDetails->setFocus();
     mMacroDetailsTableView->deselectAll();
     if (mMacroDelegate)
         mMacroDelegate->startMacroRecordingMacroIndex(1, macroRow());

@@ -6,6 +6,7 @@
 #include "tests/macros/macrostesting.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -37,6 +38,8 @@ private Q_SLOTS:
     void sheetsBelongToTheWindow();
     void theCapturedKeyOfAnEarlierSheetIsForgotten_data() { addEndsOfTheEventSheet(); }
     void theCapturedKeyOfAnEarlierSheetIsForgotten();
+    void theListHasTheFocusAfterTheEventSheet_data() { addEndsOfTheEventSheet(); }
+    void theListHasTheFocusAfterTheEventSheet();
     void keysEditAndDeleteTheSelectedEvent();
     void doubleClickEditsTheEvent();
     void aCapturedNothingForgetsTheKeyBefore();
@@ -310,6 +313,21 @@ void MacrosEventsTest::theCapturedKeyOfAnEarlierSheetIsForgotten()
     mDelegate->calls.clear();
     outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
     QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
+}
+
+void MacrosEventsTest::theListHasTheFocusAfterTheEventSheet()
+{
+    QFETCH(QString, end);
+    fill({u"A"_s}, 0);
+    events()->setFocus();
+    events()->selectRow(2);
+    QTest::keyClick(events(), Qt::Key_Return);
+    QVERIFY(outlet<Sheet>(u"mEditEventWindow"_s)->isUp());
+    outlet<QPushButton>(end)->click();
+    QTRY_VERIFY(events()->hasFocus());
+    mDelegate->calls.clear();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space); // would press Record
+    QVERIFY(mDelegate->calls.isEmpty());
 }
 
 void MacrosEventsTest::keysEditAndDeleteTheSelectedEvent()

@@ -27,8 +27,10 @@ private Q_SLOTS:
     void enteringTheTabResetsTheRecordButton();
     void stoppingWithoutARecordingDoesNothing();
     void recordingAfterACancelledSheetIsSaved();
-    void recordedKeysDoNotOperateTheWindow();
-    void recordedKeysAreNoShortcuts();
+    void anotherKeyboardStopsTheRecording_data();
+    void anotherKeyboardStopsTheRecording();
+    void windowShortcutsWorkWhileRecording();
+    void keysOfTheListsDoNothingWhileRecording();
     void theLastRecordedLineIsInSight();
     void aCaptureIsStoppedWithoutSaving_data();
     void aCaptureIsStoppedWithoutSaving();
@@ -180,35 +182,59 @@ void MacrosRecordingTest::recordingAfterACancelledSheetIsSaved()
     QCOMPARE(mDelegate->calls, (QStringList{u"start 0 0"_s, u"stop"_s, u"save 0 0"_s, u"details 0"_s}));
 }
 
-void MacrosRecordingTest::recordedKeysDoNotOperateTheWindow()
+void MacrosRecordingTest::anotherKeyboardStopsTheRecording_data()
 {
-    fill({u"A"_s}, 0);
-    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
-    record->setFocus();
-    record->click();
-    mDelegate->calls.clear();
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Return, Qt::Key_F2})
-        QTest::keyClick(QApplication::focusWidget(), key);
-    QVERIFY(mDelegate->calls.isEmpty());
-    QCOMPARE(record->text(), u"Stop"_s);
-    QVERIFY(record->hasFocus());
-    QTest::mouseClick(record, Qt::LeftButton);
-    QCOMPARE(record->text(), u"Record"_s);
-    QTest::keyClick(record, Qt::Key_Space);
-    QCOMPARE(record->text(), u"Stop"_s);
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QString>("saved");
+    QTest::newRow("new recording, Space") << u"mRecordMacroDetails"_s << Qt::Key_Space << u"save 0 0"_s;
+    QTest::newRow("new recording, Return") << u"mRecordMacroDetails"_s << Qt::Key_Return << u"save 0 0"_s;
+    QTest::newRow("appended recording, Space") << u"mAddMacroDetails"_s << Qt::Key_Space << u"save 0 1"_s;
+    QTest::newRow("appended recording, Enter") << u"mAddMacroDetails"_s << Qt::Key_Enter << u"save 0 1"_s;
 }
 
-void MacrosRecordingTest::recordedKeysAreNoShortcuts()
+void MacrosRecordingTest::anotherKeyboardStopsTheRecording()
+{
+    QFETCH(QString, start);
+    QFETCH(Qt::Key, key);
+    QFETCH(QString, saved);
+    fill({u"A"_s}, 0);
+    // The keyboard that is recorded does not reach the window, so that what does is meant for it.
+    events()->setFocus();
+    outlet<QPushButton>(start)->click();
+    auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    QVERIFY(record->hasFocus());
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QVERIFY(record->hasFocus());
+    mDelegate->calls.clear();
+    QTest::keyClick(QApplication::focusWidget(), key);
+    QCOMPARE(mDelegate->calls, (QStringList{u"stop"_s, saved, u"details 0"_s}));
+    QCOMPARE(record->text(), u"Record"_s);
+}
+
+void MacrosRecordingTest::windowShortcutsWorkWhileRecording()
 {
     fill({u"A"_s}, 0);
     QShortcut shortcut(Qt::Key_F1, mWindow.get());
     const QSignalSpy activated(&shortcut, &QShortcut::activated);
     outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
     QTest::keyClick(mWindow.get(), Qt::Key_F1);
-    QCOMPARE(activated.size(), 0);
-    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
-    QTest::keyClick(mWindow.get(), Qt::Key_F1);
     QCOMPARE(activated.size(), 1);
+    QVERIFY(mController->isRecordingOrCapturing());
+}
+
+void MacrosRecordingTest::keysOfTheListsDoNothingWhileRecording()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    mDelegate->calls.clear();
+    for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Delete, Qt::Key_Tab, Qt::Key_Up, Qt::Key_A})
+        QTest::keyClick(QApplication::focusWidget(), key);
+    QVERIFY(mDelegate->calls.isEmpty());
+    QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Stop"_s);
+    QCOMPARE(events()->selectedRow(), 0);
+    QCOMPARE(editor(), nullptr);
 }
 
 void MacrosRecordingTest::theLastRecordedLineIsInSight()
