@@ -134,6 +134,7 @@ public:
           mFrontApplicationObject(mFrontApplication), mDesktopSearch(mFrontApplication, bus)
     {
         mDaemon.setAwaitsFactorySettings(mStart.isMinimal);
+        QObject::connect(&mTimer, &DeadlineTimer::reached, &mDaemon, &DeviceDaemon::wake);
         QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
             mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mKeyboard);
         });
@@ -172,6 +173,7 @@ private:
                 .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
                 .launchProgram = ProgramLauncher::launch,
                 .now = DeadlineTimer::now,
+                .wakeAt = [this](std::optional<KeyPath::Time> time) { mTimer.setDeadline(time); },
                 .showProfile = [this](const QString &name) { // the whole message, so that there is nothing to translate
                     mProfileNotification.show({.summary = name, .body = {}});
                 }};
@@ -218,6 +220,7 @@ private:
     DesktopNotification mProfileNotification;
     DesktopNotification mReleaseNotification;
     StartDocument mStart;
+    DeadlineTimer mTimer;
     DeviceDaemon mDaemon;
     VirtualKeyboardObject mKeyboardObject;
     DevicesObject mDevicesObject;

@@ -67,7 +67,7 @@ DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutle
     connect(&mKeyboard, &CurrentKeyboard::brightnessChosen, this, &DeviceDaemon::brightnessChosen);
     connect(&mKeyboard, &CurrentKeyboard::macroKeyPressed, this, &DeviceDaemon::macroKeyPressed);
     connect(&mKeyboard, &CurrentKeyboard::keyChanged, this, &DeviceDaemon::keyChanged);
-    connect(&mKeyboard, &CurrentKeyboard::keyCaptured, this, &DeviceDaemon::postCapturedKey);
+    connect(&mKeyboard, &CurrentKeyboard::keyCaptured, this, &DeviceDaemon::takeCapturedKey);
     connect(&mKeyboard, &CurrentKeyboard::profileChosen, this, &DeviceDaemon::chooseProfile);
     connect(&mKeyboard, &CurrentKeyboard::programChosen, this,
             [this](const QString &program) { mOutlets.launchProgram(program); });

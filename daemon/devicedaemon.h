@@ -5,6 +5,7 @@
 
 #include "daemon/currentkeyboard.h"
 #include "daemon/documentcommands.h"
+#include "daemon/escapehold.h"
 #include "daemon/frontapplication/automaticswitch.h"
 #include "daemon/macrorecorder.h"
 #include "daemon/ontheflyrecorder.h"
@@ -28,6 +29,9 @@ struct DaemonOutlets
     std::function<void(const QString &program)> launchProgram;
     /// Time since any fixed moment; never goes backwards.
     std::function<KeyPath::Time()> now;
+    /// Asks for a call of DeviceDaemon::wake() at this time, or soon after it; absent: for none. What was asked for
+    /// before counts no more.
+    std::function<void(std::optional<KeyPath::Time>)> wakeAt = [](std::optional<KeyPath::Time>) {};
     /// Tells the user that the profile `name` is now the active one; must not wait for anybody.
     std::function<void(const QString &name)> showProfile = [](const QString &) {};
 };
@@ -51,6 +55,8 @@ public:
     void handleMessage(qint32 number, const std::optional<QByteArray> &data);
     /// Ends what the client at this port has begun: without it nobody would, and the keyboard would stay captured.
     void clientVanished(const QString &portName);
+    /// A time that was asked for has come.
+    void wake();
     /// Another application has come to the front: its profile becomes active. This alone is not written to the disk.
     void setFrontApplication(const FrontApplication &application);
     /// Tells that a keyboard is there, for clients that were waiting for a daemon. To be called once, when requests
@@ -113,7 +119,8 @@ private:
     void endOnTheFly();
     /// Stores the macro recorded on the keyboard, to be played by `key`.
     void saveOnTheFly(HidUsage key);
-    void postCapturedKey(HidUsage key, quint8 modifiers);
+    void takeCapturedKey(HidUsage key, quint8 modifiers);
+    void postCapturedKey(const QVariantMap &key);
     [[nodiscard]] static MacroRecorder::Time recordingTime(KeyPath::Time time);
 
     SettingsStore &mStore;
@@ -124,6 +131,9 @@ private:
     MacroRecorder mRecorder;
     OnTheFlyRecorder mOnTheFly;
     Capture mCapture = Capture::none;
-    QString mCapturingClient;
+    QString mCapturingClient; // empty: no client has the keys
+    EscapeHold mEscapeHold;
+    QVariantMap mCapturedKey;       // as it was posted; empty: none yet in this capture
+    QVariantMap mKeyBeforeCaptured; // likewise, before that one
     bool mAwaitsFactorySettings = false;
 };

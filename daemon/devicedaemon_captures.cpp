@@ -9,6 +9,7 @@
 #include "macros/macrorecord.h"
 
 #include <algorithm>
+#include <utility>
 
 const char *DeviceDaemon::captureName(Capture capture)
 {
@@ -31,9 +32,12 @@ void DeviceDaemon::setCapture(Capture capture, const QString &client, const char
     if (capture != mCapture)
         qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
     mCapture = capture;
-    mKeyboard.listen(
-        {.isCapturing = capture != Capture::none,
-         .isReporting = capture == Capture::macroRecording || mOnTheFly.state() == OnTheFlyRecorder::State::recording});
+    mKeyboard.listen({.isCapturing = capture != Capture::none,
+                      .isReporting = !client.isEmpty() || mOnTheFly.state() == OnTheFlyRecorder::State::recording});
+    mCapturedKey.clear();
+    mKeyBeforeCaptured.clear();
+    mEscapeHold = {};
+    mOutlets.wakeAt({});
     mCapturingClient = client;
     mOutlets.watchClient(client);
 }
@@ -125,18 +129,42 @@ void DeviceDaemon::keyChanged(HidUsage key, bool isDown, KeyPath::Time time)
                                       {{DaemonProtocol::messagesArray, lines}});
     }
     mOnTheFly.keyChanged(key, isDown, moment);
+    if (!mCapturingClient.isEmpty()) {
+        mEscapeHold.keyChanged(key, isDown, time);
+        mOutlets.wakeAt(mEscapeHold.end());
+    }
 }
 
-void DeviceDaemon::postCapturedKey(HidUsage key, quint8 modifiers)
+void DeviceDaemon::wake()
+{
+    const std::optional<KeyPath::Time> end = mEscapeHold.end();
+    if (!end || mOutlets.now() < *end)
+        return;
+    // The Escape that ends it is no part of what the client gets, unless it is all that there is: it may be the key
+    // that was wanted.
+    if (mCapture == Capture::macroRecording)
+        mRecorder.takeBack(EscapeHold::escape);
+    else if (!mKeyBeforeCaptured.isEmpty())
+        postCapturedKey(mKeyBeforeCaptured);
+    setCapture(Capture::none, {}, "Escape is held");
+}
+
+void DeviceDaemon::takeCapturedKey(HidUsage key, quint8 modifiers)
 {
     if (mCapture == Capture::onTheFlyKey)
         return saveOnTheFly(key);
     if (mCapture != Capture::singleKey && mCapture != Capture::editedEvent)
         return; // recorded already
     // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
-    const auto name = mCapture == Capture::singleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey;
+    mKeyBeforeCaptured = std::exchange(mCapturedKey, {{DaemonProtocol::singleKey, int(key.usage)},
+                                                      {DaemonProtocol::singleKeyModifier, int(modifiers)}});
+    postCapturedKey(mCapturedKey);
+}
+
+void DeviceDaemon::postCapturedKey(const QVariantMap &key)
+{
     mOutlets.postNotification(
-        name, {{DaemonProtocol::singleKey, int(key.usage)}, {DaemonProtocol::singleKeyModifier, int(modifiers)}});
+        mCapture == Capture::singleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey, key);
 }
 
 MacroRecorder::Time DeviceDaemon::recordingTime(KeyPath::Time time)

@@ -35,6 +35,17 @@ QStringList MacroRecorder::record(HidUsage key, bool isDown, Time now)
     return lines;
 }
 
+void MacroRecorder::takeBack(HidUsage key)
+{
+    if (mState != State::recording || mEvents.isEmpty())
+        return;
+    const MacroRecord::Event last = MacroRecord::eventFields(mEvents.last().toMap());
+    if (last.command != MacroRecord::keyDown || last.page != key.page || last.argument != key.usage)
+        return;
+    mHeld.removeOne(key);
+    mEvents.removeLast();
+}
+
 void MacroRecorder::stop(Time now)
 {
     if (mState != State::recording)

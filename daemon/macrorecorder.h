@@ -32,6 +32,10 @@ public:
     /// before the recording began, or a key for which the macro has no room left.
     [[nodiscard]] QStringList record(HidUsage key, bool isDown, Time now);
 
+    /// Forgets the press of `key` and the pause before it, if that is what was recorded last. For what ends the
+    /// recording: stop() is to follow.
+    void takeBack(HidUsage key);
+
     /// Ends the recording; keys that are still down are recorded as released now.
     void stop(Time now);
 

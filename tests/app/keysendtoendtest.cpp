@@ -33,6 +33,7 @@ namespace {
 constexpr uint keyboardPage = 7;
 constexpr uint keyA = 4;
 constexpr uint keyB = 5;
+constexpr uint keyEscape = 41;
 constexpr int defaultPosition = 0, singleKeyPosition = 1, macroPosition = 2, profilePosition = 3, programPosition = 4,
               disablePosition = 5;
 
@@ -195,6 +196,7 @@ private Q_SLOTS:
     void backToTheDefaultKey();
     void singleKeyWithModifiers_data() { addHands(); }
     void singleKeyWithModifiers();
+    void heldEscapeGivesTheKeysBack();
     void macroWithItsPlayback_data() { addHands(); }
     void macroWithItsPlayback();
     void profileSwitch_data() { addHands(); }
@@ -325,6 +327,31 @@ void KeysEndToEndTest::singleKeyWithModifiers()
     QCOMPARE(wordsOfA(), u"single key Left Control + Left Shift + C"_s);
     QCOMPARE(storedEntryOfA(), entry(16, 6, 3));
     QCOMPARE(sentByA(), QStringList({u"+7:224"_s, u"+7:225"_s, u"+7:6"_s, u"-7:6"_s, u"-7:224"_s, u"-7:225"_s}));
+}
+
+void KeysEndToEndTest::heldEscapeGivesTheKeysBack()
+{
+    openWindow();
+    Hand hand(*mHub, false);
+    QVERIFY(hand.selectsKeyA());
+    QVERIFY(hand.picks("mAssignFunction", singleKeyPosition));
+    QVERIFY(QTest::qWaitForWindowActive(mHub->find<Sheet>("mSingleKeyWindow")));
+    const auto *shown = mHub->find<QLineEdit>("mSingleKeyInput");
+    SentRecorder recorder;
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {keyboardPage, keyB}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {keyboardPage, keyB}), QString());
+    QTRY_COMPARE(shown->text(), u"B"_s);
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {keyboardPage, keyEscape}), QString());
+    QTRY_COMPARE(shown->text(), u"Escape"_s);
+    QTRY_COMPARE(shown->text(), u"B"_s); // after a second, as Escape only ends the capture
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {keyboardPage, keyEscape}), QString());
+    // The Return that the computer receives now is the window's.
+    constexpr uint keyReturn = 40;
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {keyboardPage, keyReturn}), QString());
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {keyboardPage, keyReturn}), QString());
+    QTRY_COMPARE(recorder.sent(), QStringList({u"+7:40"_s, u"-7:40"_s}));
+    QVERIFY(hand.confirmsTheSheet());
+    QCOMPARE(storedEntryOfA(), entry(16, keyB, 0));
 }
 
 void KeysEndToEndTest::macroWithItsPlayback()

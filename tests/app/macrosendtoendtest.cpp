@@ -17,6 +17,7 @@
 #include "tests/support/sentrecorder.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
@@ -36,6 +37,8 @@ constexpr uint keyA = 4;
 constexpr uint keyB = 5;
 constexpr uint keyF = 9;
 constexpr uint keyH = 11;
+constexpr uint keySpace = 44;
+constexpr uint keyEscape = 41;
 
 } // namespace
 
@@ -53,6 +56,9 @@ private Q_SLOTS:
     void aPressedKeyPlaysTheEditedMacro();
     void exportedDeletedAndImportedItIsTheSame();
     void renamesAndDeletes();
+    void heldEscapeGivesTheKeysBackAfterARecording();
+    void heldEscapeGivesTheKeysBackToTheEventSheet();
+    void anEmptyRecordingKeepsTheMacro();
     void aRemovedKeyboardEndsTheRecordingAndKeepsIt();
     void leavingTheTabEndsTheRecordingAndKeepsIt();
     void deletesEvents();
@@ -297,6 +303,51 @@ void MacrosEndToEndTest::renamesAndDeletes()
     QCOMPARE(list()->numberOfRows(), count);
     QVERIFY(kept(u"First"_s).isEmpty());
     QVERIFY(!kept(u"Second"_s).isEmpty());
+}
+
+void MacrosEndToEndTest::heldEscapeGivesTheKeysBackAfterARecording()
+{
+    addMacro(u"Combo"_s);
+    click("mRecordMacroDetails");
+    typeKey(keyA);
+    QTRY_COMPARE(lines().size(), 3);
+    const QStringList ofA = lines();
+    SentRecorder recorder;
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, keyEscape}), QString());
+    QTRY_VERIFY(mDaemon->log().contains("recording a macro, Escape is held"));
+    QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7U, keyEscape}), QString());
+    typeKey(keySpace);
+    QTRY_COMPARE(recorder.sent(), QStringList({u"+7:44"_s, u"-7:44"_s}));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space); // as the computer gets it: presses Stop
+    QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
+    QCOMPARE(lines(), ofA);
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 2);
+}
+
+void MacrosEndToEndTest::heldEscapeGivesTheKeysBackToTheEventSheet()
+{
+    recordCombo();
+    chooseForEvent(4, MacroCommands::edit);
+    const auto *shown = mHub->find<QLineEdit>("mInputMacroEvent");
+    typeKey(keyH);
+    QTRY_COMPARE(shown->text(), u"H"_s);
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, keyEscape}), QString());
+    QTRY_COMPARE(shown->text(), u"Escape"_s);
+    QTRY_COMPARE(shown->text(), u"H"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QVERIFY(!mHub->find<Sheet>("mEditEventWindow")->isUp());
+    QCOMPARE(lines().at(4), u"Key Press H"_s);
+}
+
+void MacrosEndToEndTest::anEmptyRecordingKeepsTheMacro()
+{
+    recordCombo();
+    const QStringList before = lines();
+    click("mRecordMacroDetails");
+    QCOMPARE(lines(), QStringList());
+    click("mRecordMacroDetails");
+    QCOMPARE(lines(), before);
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 4);
 }
 
 void MacrosEndToEndTest::aRemovedKeyboardEndsTheRecordingAndKeepsIt()

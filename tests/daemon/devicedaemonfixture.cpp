@@ -84,6 +84,7 @@ void DeviceDaemonFixture::start(const QVariantMap &document)
         .watchClient = [this](const QString &port) { mWatchedClient = port; },
         .launchProgram = [this](const QString &program) { mLaunched += program; },
         .now = [this] { return mNow; },
+        .wakeAt = [this](std::optional<KeyPath::Time> time) { mDaemonWakeTime = time; },
     };
     mDaemon = std::make_unique<DeviceDaemon>(*mStore, *mKeyboard, std::move(outlets), document);
 }
@@ -102,6 +103,7 @@ void DeviceDaemonFixture::cleanup()
     mOnReply = {};
     mNow = 0ms;
     mWakeTime.reset();
+    mDaemonWakeTime.reset();
 }
 
 void DeviceDaemonFixture::send(Command command, QVariantMap request, const QString &port)
@@ -138,9 +140,19 @@ QVariantMap DeviceDaemonFixture::notification(const QString &name) const
 
 void DeviceDaemonFixture::passTime(std::chrono::microseconds end)
 {
-    while (mWakeTime && *mWakeTime <= end) {
-        mNow = std::max(mNow, *std::exchange(mWakeTime, std::nullopt));
-        mKeyboard->keys().wake();
+    const auto isNext = [end](const auto &time, const auto &other) {
+        return time && *time <= end && (!other || *time <= *other);
+    };
+    while (true) {
+        if (isNext(mWakeTime, mDaemonWakeTime)) {
+            mNow = std::max(mNow, *std::exchange(mWakeTime, std::nullopt));
+            mKeyboard->keys().wake();
+        } else if (isNext(mDaemonWakeTime, mWakeTime)) {
+            mNow = std::max(mNow, *std::exchange(mDaemonWakeTime, std::nullopt));
+            mDaemon->wake();
+        } else {
+            break;
+        }
     }
     mNow = end;
 }

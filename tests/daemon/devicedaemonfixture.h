@@ -82,6 +82,7 @@ protected:
     QStringList mLaunched;
     QString mWatchedClient;
     std::chrono::microseconds mNow{};
-    std::optional<std::chrono::microseconds> mWakeTime; // what the daemon has asked for
+    std::optional<std::chrono::microseconds> mWakeTime;       // what the keys have asked for
+    std::optional<std::chrono::microseconds> mDaemonWakeTime; // what the daemon has asked for
     std::function<void()> mOnReply;
 };

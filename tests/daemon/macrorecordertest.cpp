@@ -32,6 +32,9 @@ private Q_SLOTS:
     void postedLinesAreTheLinesOfTheRecordedEvents();
     void appendedRecordingBeginsWithADelayLine();
     void releasesHeldKeysAtTheEnd();
+    void takesBackThePressRecordedLast();
+    void takesBackNothingElse_data();
+    void takesBackNothingElse();
     void ignoresReleasesOfKeysHeldBefore();
     void ignoresKeysWhenNotRecording();
     void staysWithinItsCapacity();
@@ -86,6 +89,45 @@ void MacroRecorderTest::releasesHeldKeysAtTheEnd()
     QCOMPARE(events.size(), 4);
     QCOMPARE(events.at(2).toMap(), MacroRecord::eventRecord({0, 30, 7, 5}));
     QCOMPARE(events.at(3).toMap(), MacroRecord::eventRecord({0, 0, 7, 4}));
+}
+
+void MacroRecorderTest::takesBackThePressRecordedLast()
+{
+    MacroRecorder recorder = started();
+    (void)recorder.record(keyA, true, 1000ms);
+    (void)recorder.record(keyB, true, 1700ms);
+    recorder.takeBack(keyB);
+    recorder.stop(2700ms);
+    const std::optional<QVariantList> events = recorder.recorded(3);
+    QVERIFY(events);
+    QCOMPARE(events->size(), 2); // A is let go of at the end, B is not
+    QCOMPARE(events->first(), MacroRecord::eventRecord({1, 20, 7, 4}));
+    QCOMPARE(MacroRecord::eventFields(events->last().toMap()).argument, 4);
+}
+
+void MacroRecorderTest::takesBackNothingElse_data()
+{
+    QTest::addColumn<QList<std::pair<int, bool>>>("changes"); // key and whether it is pressed
+    QTest::newRow("nothing recorded") << QList<std::pair<int, bool>>{};
+    QTest::newRow("another key") << QList<std::pair<int, bool>>{{5, true}};
+    QTest::newRow("another key since") << QList<std::pair<int, bool>>{{4, true}, {5, true}, {5, false}};
+    QTest::newRow("its release") << QList<std::pair<int, bool>>{{4, true}, {4, false}};
+}
+
+void MacroRecorderTest::takesBackNothingElse()
+{
+    using Changes = QList<std::pair<int, bool>>;
+    QFETCH(Changes, changes);
+    MacroRecorder recorder = started();
+    MacroRecorder untouched = started();
+    for (const auto &[key, isDown] : changes) {
+        const HidUsage usage{HidUsage::keyboardPage, static_cast<quint16>(key)};
+        QCOMPARE(recorder.record(usage, isDown, 1000ms), untouched.record(usage, isDown, 1000ms));
+    }
+    recorder.takeBack(keyA);
+    recorder.stop(1000ms);
+    untouched.stop(1000ms);
+    QCOMPARE(recorder.recorded(3), untouched.recorded(3));
 }
 
 void MacroRecorderTest::ignoresReleasesOfKeysHeldBefore()
