@@ -187,6 +187,9 @@ void KeyboardKeysController::buildSingleKeySheet()
     mSingleKeyInput->setAccessibleName(localizedText("lkeySingleKeyInput"));
     mSingleKeyInput->setReadOnly(true); // shows what the daemon caught; nothing is typed here
     mSingleKeyInput->setAlignment(Qt::AlignHCenter);
+    mSingleKeyInput->setAccessibleDescription(localizedText("lkeyHoldEscape"));
+    QLabel *hint = makeLabel("mSingleKeyHint"_L1, localizedText("lkeyHoldEscape"));
+    hint->setWordWrap(true);
     mSingleKeyCancel = makeButton("mSingleKeyCancel"_L1, "lkeyCancel");
     mSingleKeyOK = makeButton("mSingleKeyOK"_L1, "lkeyOK");
     // The sheet asks for a key, so Return, Enter and Space of a keyboard that the daemon does not own press no button
@@ -204,6 +207,7 @@ void KeyboardKeysController::buildSingleKeySheet()
     layout->setSpacing(12);
     layout->addWidget(mSingleKeyInputLabel);
     layout->addWidget(mSingleKeyInput);
+    layout->addWidget(hint);
     layout->addLayout(buttons);
     mSingleKeyWindow->setMinimumWidth(360);
 }

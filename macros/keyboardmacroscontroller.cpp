@@ -200,6 +200,7 @@ void KeyboardMacrosController::updatePlaceholders()
     mMacroTableView->setPlaceholderText(hasMacros ? QString() : localizedText("lkeyNoMacros"));
     mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
     const bool isRecording = mIsRecording || mIsAppendMacro;
+    mRecordingHint->setVisible(isRecording);
     mMacroDetailsTableView->setPlaceholderText(localizedText(isRecording ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }
 

@@ -181,6 +181,7 @@ private:
     QPushButton *mAddMacroDetails = nullptr;
     QPushButton *mDeleteMacroDetails = nullptr;
     QPushButton *mRecordMacroDetails = nullptr;
+    QLabel *mRecordingHint = nullptr;
     PulldownButton *mSettingsMacroDetails = nullptr;
     QPointer<Sheet> mEditDelayWindow;
     QLabel *mEnterMacroDelayLabel = nullptr;

@@ -29,6 +29,7 @@ void KeyboardMacrosController::setRecordButton(bool readsStop)
     mRecordMacroDetails->setIcon(EventIcons::recordIcon(readsStop));
     mRecordMacroDetails->setChecked(readsStop);
     mRecordMacroDetails->setAutoDefault(readsStop); // Return stops, too
+    mRecordMacroDetails->setAccessibleDescription(readsStop ? localizedText("lkeyHoldEscape") : QString());
 }
 
 void KeyboardMacrosController::enableDeleteEventBySelection()

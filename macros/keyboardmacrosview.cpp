@@ -46,8 +46,15 @@ void describe(QPushButton *button, const char *textKey)
     button->setAccessibleName(localizedText(textKey));
 }
 
-/// A label over a field over two buttons at the right.
-void layOutSheet(Sheet *sheet, QLabel *label, QLineEdit *field, QPushButton *cancel, QPushButton *ok)
+QLabel *makeHoldEscapeHint(const char *name)
+{
+    QLabel *hint = makeLabel(name, "lkeyHoldEscape");
+    hint->setWordWrap(true);
+    return hint;
+}
+
+/// A label over a field over two buttons at the right. Returns the column that they are in.
+QVBoxLayout *layOutSheet(Sheet *sheet, QLabel *label, QLineEdit *field, QPushButton *cancel, QPushButton *ok)
 {
     label->setBuddy(field);
     ok->setDefault(true);
@@ -62,6 +69,7 @@ void layOutSheet(Sheet *sheet, QLabel *label, QLineEdit *field, QPushButton *can
     column->addWidget(field);
     column->addLayout(buttons);
     sheet->setMinimumWidth(320);
+    return column;
 }
 
 } // namespace
@@ -129,6 +137,8 @@ QWidget *KeyboardMacrosController::buildEventList()
     mNoMacroLabel = makeLabel("mNoMacroLabel", "lkeyNoMacroSelected");
     mNoMacroLabel->setAlignment(Qt::AlignCenter);
     mNoMacroLabel->setWordWrap(true);
+    mRecordingHint = makeHoldEscapeHint("mRecordingHint");
+    mRecordingHint->hide();
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(
@@ -147,6 +157,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     column->addWidget(mMacroAssignmentLabel);
     column->addWidget(mMacroDetailsScrollView, 1);
     column->addWidget(mNoMacroLabel, 1);
+    column->addWidget(mRecordingHint);
     column->addLayout(buttons);
     return part;
 }
@@ -178,7 +189,11 @@ void KeyboardMacrosController::buildEventSheet()
     mInputMacroEvent->setReadOnly(true);
     makeButton(mMacroEventEditCancel, "mMacroEventEditCancel", "lkeyCancel", &Self::clickMacroEventCancel);
     makeButton(mMacroEventEditOK, "mMacroEventEditOK", "lkeyOK", &Self::clickMacroEventOK);
-    layOutSheet(mEditEventWindow, mEnterMacroEventLabel, mInputMacroEvent, mMacroEventEditCancel, mMacroEventEditOK);
+    QVBoxLayout *column = layOutSheet(mEditEventWindow, mEnterMacroEventLabel, mInputMacroEvent, mMacroEventEditCancel,
+                                      mMacroEventEditOK);
+    constexpr int belowTheField = 2;
+    column->insertWidget(belowTheField, makeHoldEscapeHint("mMacroEventHint"));
+    mInputMacroEvent->setAccessibleDescription(localizedText("lkeyHoldEscape"));
 }
 
 void KeyboardMacrosController::buildView()

@@ -72,6 +72,12 @@ const std::array scenes{
     Scene{"keys", 0, nullptr},
     Scene{"profiles", 1, nullptr},
     Scene{"macros", macrosTab, [](const Hub &hub) { hub.find<TableView>("mMacroTableView")->selectRow(0); }, false},
+    Scene{"macros-recording", macrosTab,
+          [](const Hub &hub) {
+              hub.find<TableView>("mMacroTableView")->selectRow(0);
+              hub.find<QPushButton>("mAddMacroDetails")->click();
+          },
+          false},
     Scene{"lighting", lightingTab, nullptr},
     Scene{"lighting-cycling-dim", lightingTab,
           [](const Hub &hub) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Every language the program comes with, in the real window at its smallest size: no text is cut off in its control.
 #include "app/util/text.h"
+#include "macros/keyboardmacroscontroller.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/drawncontrols.h"
@@ -84,6 +85,9 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(hub.window.get()));
         QCOMPARE(hub.window->size(), hub.window->minimumSize());
 
+        // As while a recording runs.
+        hub.controller->macrosController()->setStateOfMacroDetailsTableWithState(false);
+        hub.find<QLabel>("mRecordingHint")->show();
         auto *tabs = hub.find<QTabWidget>("mKeyboardTabView");
         QStringList cut;
         for (int index = 0; index < tabs->count(); ++index) {

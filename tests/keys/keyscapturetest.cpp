@@ -48,6 +48,7 @@ private Q_SLOTS:
 
     void observesBothNotificationsOnce();
     void openingStartsTheCapture();
+    void theSheetSaysHowTheKeyboardComesBack();
     void capturedKeyIsShown();
     void okWritesTheLastCapturedKey();
     void okBeforeAnyCaptureWritesZeroes();
@@ -97,6 +98,15 @@ void KeysCaptureTest::openingStartsTheCapture()
     QCOMPARE(tab->find<Sheet>("mSingleKeyWindow")->parentWidget(), &tab->window);
     QVERIFY(tab->find<QLineEdit>("mSingleKeyInput")->text().isEmpty());
     QCOMPARE(tab->delegate.calls, QStringList{u"startSingleKeyRecording"_s});
+}
+
+void KeysCaptureTest::theSheetSaysHowTheKeyboardComesBack()
+{
+    const auto tab = tabWithSheet();
+    const auto *hint = tab->find<QLabel>("mSingleKeyHint");
+    QVERIFY(hint->isVisible());
+    QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
+    QCOMPARE(tab->find<QLineEdit>("mSingleKeyInput")->accessibleDescription(), hint->text());
 }
 
 void KeysCaptureTest::capturedKeyIsShown()

@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void theCapturedKeyOfAnEarlierSheetIsForgotten();
     void theListHasTheFocusAfterTheEventSheet_data() { addEndsOfTheEventSheet(); }
     void theListHasTheFocusAfterTheEventSheet();
+    void theEventSheetSaysHowTheKeyboardComesBack();
     void keysEditAndDeleteTheSelectedEvent();
     void doubleClickEditsTheEvent();
     void aCapturedNothingForgetsTheKeyBefore();
@@ -328,6 +330,17 @@ void MacrosEventsTest::theListHasTheFocusAfterTheEventSheet()
     mDelegate->calls.clear();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space); // would press Record
     QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosEventsTest::theEventSheetSaysHowTheKeyboardComesBack()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    const auto *hint = outlet<QLabel>(u"mMacroEventHint"_s);
+    QVERIFY(hint->isVisible());
+    QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
+    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->accessibleDescription(), hint->text());
 }
 
 void MacrosEventsTest::keysEditAndDeleteTheSelectedEvent()

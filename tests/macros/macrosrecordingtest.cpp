@@ -3,6 +3,7 @@
 #include "tests/macros/macrostesting.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
@@ -29,6 +30,8 @@ private Q_SLOTS:
     void recordingAfterACancelledSheetIsSaved();
     void anotherKeyboardStopsTheRecording_data();
     void anotherKeyboardStopsTheRecording();
+    void aRecordingSaysHowTheKeyboardComesBack_data();
+    void aRecordingSaysHowTheKeyboardComesBack();
     void windowShortcutsWorkWhileRecording();
     void keysOfTheListsDoNothingWhileRecording();
     void theLastRecordedLineIsInSight();
@@ -210,6 +213,30 @@ void MacrosRecordingTest::anotherKeyboardStopsTheRecording()
     QTest::keyClick(QApplication::focusWidget(), key);
     QCOMPARE(mDelegate->calls, (QStringList{u"stop"_s, saved, u"details 0"_s}));
     QCOMPARE(record->text(), u"Record"_s);
+}
+
+void MacrosRecordingTest::aRecordingSaysHowTheKeyboardComesBack_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::newRow("new recording") << u"mRecordMacroDetails"_s;
+    QTest::newRow("appended recording") << u"mAddMacroDetails"_s;
+}
+
+void MacrosRecordingTest::aRecordingSaysHowTheKeyboardComesBack()
+{
+    QFETCH(QString, start);
+    fill({u"A"_s}, 0);
+    const auto *hint = outlet<QLabel>(u"mRecordingHint"_s);
+    const auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
+    QVERIFY(!hint->isVisible());
+    outlet<QPushButton>(start)->click();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QVERIFY(hint->isVisible());
+    QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
+    QCOMPARE(record->accessibleDescription(), hint->text());
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QVERIFY(!hint->isVisible());
+    QCOMPARE(record->accessibleDescription(), QString());
 }
 
 void MacrosRecordingTest::windowShortcutsWorkWhileRecording()

@@ -45,5 +45,6 @@
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>„%@“ ersetzen?</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Es gibt schon eine Datei mit diesem Namen. Ihr Inhalt geht verloren.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Ersetzen</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Halten Sie Esc eine Sekunde lang gedrückt, um diese Tastatur wieder im Fenster zu benutzen.</translation></message>
 </context>
 </TS>

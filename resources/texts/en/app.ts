@@ -45,5 +45,6 @@
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Replace “%@”?</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>A file with this name is already there. Its content will be lost.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Replace</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Hold Esc for a second to use this keyboard in the window again.</translation></message>
 </context>
 </TS>

@@ -45,5 +45,6 @@
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>¿Reemplazar «%@»?</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Ya existe un archivo con este nombre. Su contenido se perderá.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Reemplazar</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Mantenga pulsada la tecla Esc un segundo para volver a usar este teclado en la ventana.</translation></message>
 </context>
 </TS>

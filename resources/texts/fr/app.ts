@@ -45,5 +45,6 @@
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Remplacer « %@ » ?</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Un fichier porte déjà ce nom. Son contenu sera perdu.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Remplacer</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Maintenez Échap pendant une seconde pour réutiliser ce clavier dans la fenêtre.</translation></message>
 </context>
 </TS>

@@ -45,5 +45,6 @@
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>「%@」を置き換えますか？</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>同じ名前のファイルがすでにあります。その内容は失われます。</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>置き換える</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Esc キーを 1 秒間押し続けると、このキーボードを再びウィンドウで使えます。</translation></message>
 </context>
 </TS>

@@ -45,5 +45,6 @@
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>替换“%@”？</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>已存在同名文件，其内容将会丢失。</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>替换</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>按住 Esc 一秒，即可重新在窗口中使用此键盘。</translation></message>
 </context>
 </TS>
