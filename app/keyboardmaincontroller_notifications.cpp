@@ -113,6 +113,9 @@ void KeyboardMainController::deviceConnectedNotification(const DistributedNotifi
     setControlsState(true);
     updateUISettings();
     addObserverDeviceAttachment();
+    // What was begun before it went has ended in the daemon.
+    mKeysController->keyboardCameBack();
+    mMacrosController->keyboardCameBack();
 }
 
 void KeyboardMainController::endUnansweredDeletion(qsizetype profilesBefore)

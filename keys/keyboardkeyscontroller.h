@@ -81,6 +81,8 @@ public:
     void updateUISettings();
     void setControlsState(bool isEnabled);
     void saveLastSelectedKey();
+    /// The keyboard is back after it, or its daemon, was gone: the capture of the sheet that is up begins anew.
+    void keyboardCameBack();
     /// `mappingType`: 10 after a macro was deleted, 17 after a profile was.
     void removeDeletedMacroProfileMappingsForMapping(int deletedIndex, int mappingType);
 

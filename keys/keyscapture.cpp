@@ -39,6 +39,12 @@ void KeyboardKeysController::openSingleKeySheet()
         mKeysDelegate->startSingleKeyRecording();
 }
 
+void KeyboardKeysController::keyboardCameBack()
+{
+    if (mSingleKeyWindow->isUp() && mKeysDelegate)
+        mKeysDelegate->startSingleKeyRecording();
+}
+
 void KeyboardKeysController::singleKeyEvents(const DistributedNotification &notification)
 {
     mSingleKeyHIDCode = PlistNumbers::integerValue(notification.userInfo.value(DaemonProtocol::singleKey));

@@ -67,6 +67,9 @@ public:
     /// Macros were recorded on the keyboard and handed over: shows them.
     void updateTableWithNewMacro();
     void stopAllMacroRecording();
+    /// The keyboard is back after it, or its daemon, was gone: the capture of the event sheet begins anew. A recording
+    /// that is still shown as running ends; what it had recorded is gone with the daemon.
+    void keyboardCameBack();
     /// A tab was selected; leaving this one stops a recording. `label` is the tab's label.
     void checkMacroRecordingStatus(const QString &label);
 
@@ -161,6 +164,8 @@ private:
     void editSelectedEvent();
     void openDelaySheet();
     void openEventSheet();
+    /// Has the keys captured for the event sheet, which is up.
+    void captureEditedEvent();
     void closeEventSheet();
     /// Gives the edited event the captured key; `page` below 0 leaves the event's page.
     void storeCapturedKey(int page);

@@ -146,9 +146,15 @@ void KeyboardMacrosController::openEventSheet()
     mEventsSubject.note(mEditEventWindow, eventsOfSelectedMacro());
     mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
     mIsMacroEventEdit = true;
-    mIsEditingMacro = true;
     mMacroEventEditHIDCode = 0;
-    mMacroDelegate->startEditHID();
+    captureEditedEvent();
+}
+
+void KeyboardMacrosController::captureEditedEvent()
+{
+    mIsEditingMacro = true;
+    if (mMacroDelegate)
+        mMacroDelegate->startEditHID();
     setRecordButton(true);
 }
 

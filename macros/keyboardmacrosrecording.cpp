@@ -127,6 +127,14 @@ void KeyboardMacrosController::stopAllMacroRecording()
     clickRecordMacroDetails(mRecordMacroDetails);
 }
 
+void KeyboardMacrosController::keyboardCameBack()
+{
+    if (mIsMacroEventEdit)
+        captureEditedEvent();
+    else
+        stopAllMacroRecording();
+}
+
 void KeyboardMacrosController::checkMacroRecordingStatus(const QString &label)
 {
     if (label != macrosTabLabel) {

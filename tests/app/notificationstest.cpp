@@ -4,8 +4,12 @@
 #include "app/util/text.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "macros/macrocommands.h"
 #include "platform/addresses.h"
 #include "platform/helpviewer.h"
+#include "platform/popupbutton.h"
+#include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
 #include "platform/spinner.h"
 #include "platform/tableview.h"
@@ -36,6 +40,9 @@ private Q_SLOTS:
     void readsTheProductFromTheName();
     void observesRepliesAtEveryAttach();
     void goesThroughAnAttachmentInOrder();
+    void beginsACaptureAnewWhenTheKeyboardIsBack_data();
+    void beginsACaptureAnewWhenTheKeyboardIsBack();
+    void endsARecordingWhenTheKeyboardIsBack();
     void goesThroughARemovalInOrder();
     void takesItsObserverAwayWhileItReloadsAChangedProfile();
     void disablesAndTellsWhenTheKeyboardIsRemoved();
@@ -198,6 +205,55 @@ void NotificationsTest::goesThroughAnAttachmentInOrder()
                                  u"lighting enabled; profile Raid, 0 observers, product 0"_s}));
     QCOMPARE(shownProfile->text(), u"Default Profile"_s);
     QCOMPARE(observers(name), 1);
+}
+
+void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::addColumn<bool>("wasRemoved");
+    for (const auto &[name, command] : {std::pair{"single key", Command::startSingleKeyRecording},
+                                        std::pair{"key for an event", Command::startEditHid}}) {
+        QTest::addRow("%s, keyboard removed before", name) << command << true;
+        QTest::addRow("%s, daemon started anew", name) << command << false;
+    }
+}
+
+void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack()
+{
+    QFETCH(Command, command);
+    QFETCH(bool, wasRemoved);
+    if (command == Command::startSingleKeyRecording) {
+        mHub->find<QAbstractButton>("mA")->click();
+        mHub->find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
+    } else {
+        mHub->controller->selectTabAtIndex(2);
+        mHub->find<TableView>("mMacroTableView")->selectRow(0);
+        mHub->controller->macrosController()->updateSelectedMacroWithMacroDetails({u"Key Press A"_s});
+        mHub->find<TableView>("mMacroDetailsTableView")->selectRow(0);
+        mHub->find<PulldownButton>("mSettingsMacroDetails")->itemWithTag(MacroCommands::edit)->trigger();
+    }
+    QCOMPARE(mDaemon->count(command), 1);
+    if (wasRemoved)
+        mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+    mDaemon->forgetRequests();
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    QCOMPARE(mDaemon->count(command), 1);
+    QCOMPARE(mDaemon->commands().front(), int(Command::readSettings)); // first what is told of every attachment
+    QCOMPARE(mDaemon->commands().back(), int(command));
+}
+
+void NotificationsTest::endsARecordingWhenTheKeyboardIsBack()
+{
+    mHub->controller->selectTabAtIndex(2);
+    mHub->find<TableView>("mMacroTableView")->selectRow(0);
+    mHub->find<QPushButton>("mRecordMacroDetails")->click();
+    mDaemon->forgetRequests();
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}}); // of a daemon started anew
+    QCOMPARE(mDaemon->count(Command::stopMacroRecording), 1);
+    QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
+    QVERIFY(!mHub->controller->macrosController()->recordButtonReadsStop());
+    QVERIFY(mHub->find<QWidget>("mMacroTableView")->isEnabled());
+    QVERIFY(mHub->find<QWidget>("mRecordMacroDetails")->isEnabled());
 }
 
 void NotificationsTest::goesThroughARemovalInOrder()

@@ -49,6 +49,7 @@ private Q_SLOTS:
     void observesBothNotificationsOnce();
     void openingStartsTheCapture();
     void theSheetSaysHowTheKeyboardComesBack();
+    void theCaptureBeginsAnewWhenTheKeyboardIsBack();
     void capturedKeyIsShown();
     void okWritesTheLastCapturedKey();
     void okBeforeAnyCaptureWritesZeroes();
@@ -107,6 +108,18 @@ void KeysCaptureTest::theSheetSaysHowTheKeyboardComesBack()
     QVERIFY(hint->isVisible());
     QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
     QCOMPARE(tab->find<QLineEdit>("mSingleKeyInput")->accessibleDescription(), hint->text());
+}
+
+void KeysCaptureTest::theCaptureBeginsAnewWhenTheKeyboardIsBack()
+{
+    const auto tab = tabWithSheet();
+    tab->delegate.calls.clear();
+    tab->controller->keyboardCameBack();
+    QCOMPARE(tab->delegate.calls, QStringList{u"startSingleKeyRecording"_s});
+    tab->find<QPushButton>("mSingleKeyCancel")->click();
+    tab->delegate.calls.clear();
+    tab->controller->keyboardCameBack();
+    QCOMPARE(tab->delegate.calls, QStringList());
 }
 
 void KeysCaptureTest::capturedKeyIsShown()

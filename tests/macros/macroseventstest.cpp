@@ -42,6 +42,7 @@ private Q_SLOTS:
     void theListHasTheFocusAfterTheEventSheet_data() { addEndsOfTheEventSheet(); }
     void theListHasTheFocusAfterTheEventSheet();
     void theEventSheetSaysHowTheKeyboardComesBack();
+    void theCaptureBeginsAnewWhenTheKeyboardIsBack();
     void keysEditAndDeleteTheSelectedEvent();
     void doubleClickEditsTheEvent();
     void aCapturedNothingForgetsTheKeyBefore();
@@ -341,6 +342,29 @@ void MacrosEventsTest::theEventSheetSaysHowTheKeyboardComesBack()
     QVERIFY(hint->isVisible());
     QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
     QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->accessibleDescription(), hint->text());
+}
+
+void MacrosEventsTest::theCaptureBeginsAnewWhenTheKeyboardIsBack()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    mController->stopAllMacroRecording(); // as when it was removed
+    mController->setControlsState(false);
+    mController->setControlsState(true);
+    mDelegate->calls.clear();
+    mController->keyboardCameBack();
+    QCOMPARE(mDelegate->calls, QStringList{u"startEditHID"_s});
+    QVERIFY(mController->isRecordingOrCapturing());
+    QVERIFY(mController->recordButtonReadsStop());
+    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), u"H"_s); // captured before, and still to be stored
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s, u"update 0 0"_s, u"details 0"_s}));
+    mDelegate->calls.clear();
+    mController->keyboardCameBack();
+    QCOMPARE(mDelegate->calls, QStringList());
 }
 
 void MacrosEventsTest::keysEditAndDeleteTheSelectedEvent()

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void anotherKeyboardStopsTheRecording();
     void aRecordingSaysHowTheKeyboardComesBack_data();
     void aRecordingSaysHowTheKeyboardComesBack();
+    void aRecordingEndsWhenTheKeyboardIsBack();
     void windowShortcutsWorkWhileRecording();
     void keysOfTheListsDoNothingWhileRecording();
     void theLastRecordedLineIsInSight();
@@ -237,6 +238,19 @@ void MacrosRecordingTest::aRecordingSaysHowTheKeyboardComesBack()
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
     QVERIFY(!hint->isVisible());
     QCOMPARE(record->accessibleDescription(), QString());
+}
+
+void MacrosRecordingTest::aRecordingEndsWhenTheKeyboardIsBack()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mDelegate->calls.clear();
+    mController->keyboardCameBack();
+    QCOMPARE(mDelegate->calls, (QStringList{u"stop"_s, u"save 0 0"_s, u"details 0"_s}));
+    QVERIFY(!mController->isRecordingOrCapturing());
+    mDelegate->calls.clear();
+    mController->keyboardCameBack();
+    QCOMPARE(mDelegate->calls, QStringList());
 }
 
 void MacrosRecordingTest::windowShortcutsWorkWhileRecording()
