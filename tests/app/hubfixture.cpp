@@ -7,18 +7,17 @@
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 
-#include <QDir>
 #include <QFile>
 
 using namespace Qt::StringLiterals;
 
 HubResources::HubResources()
 {
-    const QDir built(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources"_s);
-    if (!QFile::copy(built.filePath(u"Kestra.plist"_s), kestraPlist()))
-        qFatal("the build has no Kestra.plist in %s", qPrintable(built.path()));
+    // Not that of the build, in which a program that was tried there has kept its last selected key.
+    if (!QFile::copy(QStringLiteral(KESTRA_FACTORY_DOCUMENT), kestraPlist()))
+        qFatal("there is no %s", KESTRA_FACTORY_DOCUMENT);
     qputenv("QUILL_KESTRA_RESOURCES", QFile::encodeName(mFolder.path()));
-    installTexts(built.filePath(u"texts"_s), {u"en"_s});
+    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {u"en"_s});
     setReplyPollInterval(std::chrono::microseconds(100));
 }
 
