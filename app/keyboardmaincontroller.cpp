@@ -290,9 +290,15 @@ void KeyboardMainController::setDriverVersions()
 {
     if (!firmwareVersionString().isEmpty())
         return;
-    // Queued before the request, so that it comes before the answer, which ends it.
+    // Queued before the request, so that it comes before the answer, which ends it. The answer to the request before
+    // may have come meanwhile.
     QMetaObject::invokeMethod(
-        this, [this] { mLightingController->startProgresIndicatorAnimation(); }, Qt::QueuedConnection);
+        this,
+        [this] {
+            if (firmwareVersionString().isEmpty())
+                mLightingController->startProgresIndicatorAnimation();
+        },
+        Qt::QueuedConnection);
     sendDaemonRequest(DaemonCommands::queryFirmwareVersion(mDevicePID, replyPortName),
                       int(Command::queryFirmwareVersion));
 }

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void asksForNoFirmwareWithoutKeyboard();
     void showsNoSpinnerForAnAnswerThatCameAtOnce_data();
     void showsNoSpinnerForAnAnswerThatCameAtOnce();
+    void showsNoSpinnerOnceTheVersionIsKnown();
     void ignoresRepliesToOtherCommands();
     void registersTheHelpBook();
     void savesTheLastSelectedKey();
@@ -454,6 +455,21 @@ void KeyboardMainControllerTest::showsNoSpinnerForAnAnswerThatCameAtOnce()
     QCOMPARE(daemon.count(Command::queryFirmwareVersion), 1);
     QCoreApplication::processEvents();
     QCOMPARE(hub.controller->firmwareVersionString(), version);
+    QVERIFY(!hub.find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
+    QVERIFY(!hub.find<QLabel>("mFirmwareVersion")->isHidden());
+}
+
+void KeyboardMainControllerTest::showsNoSpinnerOnceTheVersionIsKnown()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    hub.controller->setDriverVersions();
+    QCOMPARE(daemon.count(Command::queryFirmwareVersion), 1);
+    // The answer to an earlier request, before the main thread comes to starting it.
+    hub.controller->commandReplyReceived(
+        {u"commandReplyNotification271"_s, {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, u"1.07"_s}}});
+    QCoreApplication::processEvents();
     QVERIFY(!hub.find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
     QVERIFY(!hub.find<QLabel>("mFirmwareVersion")->isHidden());
 }
