@@ -139,7 +139,6 @@ int runConfigurator(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
     QGuiApplication::setDesktopFileName(u"org.quillkestra.Configurator"_s);
     installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
-    QGuiApplication::setWindowIcon(productLogo(64, 2));
     QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
     const Launch launch = parseCommandLine(application);
 
@@ -154,6 +153,7 @@ int runConfigurator(int argc, char *argv[])
     }
     // Answered while the widgets are made.
     QDBusPendingCall daemon = RemoteMessagePort::askForSignOfLife(DaemonProtocol::requestPortName, signOfLifeLimit);
+    QGuiApplication::setWindowIcon(productLogo(64, 2));
     MainWindow window;
     KeyboardMainController controller(services());
     window.assemble(&controller);
