@@ -3,6 +3,8 @@
 
 #include "platform/sheet.h"
 
+#include <utility>
+
 void SheetSubject::note(QDialog *dialog, const QVariant &subject)
 {
     mDialog = dialog;

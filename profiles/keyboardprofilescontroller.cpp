@@ -75,6 +75,11 @@ QVariantMap KeyboardProfilesController::selectedProfile() const
     return profileAt(mProfilesTableView->selectedRow());
 }
 
+QString KeyboardProfilesController::selectedProfileName() const
+{
+    return nameOf(selectedProfile());
+}
+
 int KeyboardProfilesController::activeProfile() const
 {
     return PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
@@ -99,7 +104,7 @@ void KeyboardProfilesController::updateUISettings()
         return;
     if (!mIsAddProfile)
         showActiveProfile();
-    mSheetSubject.endUnless(nameOf(selectedProfile()));
+    mSheetSubject.endUnless(selectedProfileName());
     if (mNeedsProfileEditing)
         editName(profileCount() - 1, true);
     enableAddButtonByCount();
@@ -228,7 +233,7 @@ void KeyboardProfilesController::clickDeleteProfile(QObject *)
 
 void KeyboardProfilesController::confirm(const char *titleKey, const char *descriptionKey, SheetContext context)
 {
-    const QString name = nameOf(selectedProfile());
+    const QString name = selectedProfileName();
     const AlertTexts texts{localizedFormat(titleKey, {nameInAlert(name)}), localizedText(descriptionKey),
                            localizedText("lkeyOK"), localizedText("lkeyCancel")};
     Sheet *alert = showAlert(texts, mProfilesWindow, [self = QPointer(this), context](int returnCode) {

@@ -51,6 +51,7 @@ public:
     [[nodiscard]] QVariantList allProfilesArray() const { return mAllProfilesArray; }
     [[nodiscard]] QVariantMap userSettingsDict() const { return mUserSettingsDict; }
     [[nodiscard]] QVariantMap selectedProfile() const; ///< empty when no row is selected
+    [[nodiscard]] QString selectedProfileName() const; ///< likewise
     [[nodiscard]] int activeProfile() const;
     /// What decides which commands can be chosen.
     [[nodiscard]] ProfileCommands::State commandState() const;

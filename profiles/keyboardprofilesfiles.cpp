@@ -45,7 +45,7 @@ void KeyboardProfilesController::loadPanelForIdentifier(int identifier)
     mProfileFileBrowserPanel->open();
     // What is imported becomes a profile of its own, whichever is selected.
     if (identifier == chooseApplication)
-        mSheetSubject.note(mProfileFileBrowserPanel, selectedProfile().value(SettingsKeys::profileName).toString());
+        mSheetSubject.note(mProfileFileBrowserPanel, selectedProfileName());
 }
 
 void KeyboardProfilesController::loadSaveAsPanel()
@@ -53,7 +53,7 @@ void KeyboardProfilesController::loadSaveAsPanel()
     if (mProfilesTableView->selectedRow() < 0)
         return;
     delete mProfileSavePanel.data();
-    const QString name = selectedProfile().value(SettingsKeys::profileName).toString();
+    const QString name = selectedProfileName();
     mProfileSavePanel = new SavePanel({localizedText("lkeyExportProfile"), localizedText("lkeyProfileFiles"),
                                        ProfileFile::suffix, documentsFolder(), name},
                                       mProfilesWindow);
