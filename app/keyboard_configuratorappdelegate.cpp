@@ -2,7 +2,7 @@
 #include "app/keyboard_configuratorappdelegate.h"
 
 #include "app/keyboardmaincontroller.h"
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "platform/messageport.h"
 
 #include <condition_variable>

@@ -3,9 +3,9 @@
 #include "app/keyboardmaincontroller.h"
 
 #include "app/keyboardmaintenancecontroller.h"
-#include "app/util/plistnumbers.h"
-#include "app/util/resources.h"
-#include "app/util/settingskeys.h"
+#include "base/plistnumbers.h"
+#include "base/resources.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "app/mainwindowoutlets.h"
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "keys/keysdelegate.h"
 #include "lighting/lightingdelegate.h"
 #include "macros/macrodelegate.h"

@@ -2,7 +2,7 @@
 // What the tabs ask of the hub: each operation is one numbered command to the daemon.
 #include "app/keyboardmaincontroller.h"
 
-#include "app/util/plistnumbers.h"
+#include "base/plistnumbers.h"
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"

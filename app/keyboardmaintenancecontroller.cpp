@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/keyboardmaintenancecontroller.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

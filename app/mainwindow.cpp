@@ -4,7 +4,7 @@
 #include "app/keyboardmaincontroller.h"
 #include "app/keyboardmaintenancecontroller.h"
 #include "app/productlogo.h"
-#include "app/util/text.h"
+#include "base/text.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "bench/benchprogram.h"
 
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
 #include "platform/messageport.h"
 
 #include <QApplication>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Reads and writes a full settings document with the codec of app/util and with libplist, side by side, and prints how
+// Reads and writes a full settings document with the codec of base and with libplist, side by side, and prints how
 // many times as fast the codec is. Both read the same bytes into their own tree and free it again; libplist's tree
 // would still have to be converted before the program could use it.
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
 #include "tests/support/fulldocument.h"
 
 #include <benchmark/benchmark.h>

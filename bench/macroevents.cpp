@@ -2,10 +2,10 @@
 // A macro of as many events as one may have, as the user feels it: from the click on its name, over the bus and through
 // the real daemon, to its painted lines; then scrolling, editing and recording. Run it on a bus of its own:
 //   QT_QPA_PLATFORM=offscreen dbus-run-session -- build/release/bin/bench_macroevents
-#include "app/util/daemonprotocol.h"
-#include "app/util/resources.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/daemonprotocol.h"
+#include "base/resources.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "bench/benchprogram.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrorecord.h"

@@ -2,9 +2,9 @@
 // One change of a key as the user feels it: from the call of the hub, over the bus, through the real daemon and its
 // disk, back into the document and onto the screen. Run it on a bus of its own:
 //   dbus-run-session -- build/release/bin/bench_updatekey
-#include "app/util/resources.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/resources.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "bench/benchprogram.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "tests/support/fulldocument.h"

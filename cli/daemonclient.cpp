@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/daemonclient.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/status.h"
+#include "base/plistnumbers.h"
+#include "base/status.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "platform/distributednotificationcenter.h"

@@ -2,7 +2,7 @@
 // kestractl's side of the daemon link: one request, one reply, through a reply port that only this process has.
 #pragma once
 
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "cli/exitcode.h"
 #include "daemonlink/replyport.h"
 

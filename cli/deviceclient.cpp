@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/deviceclient.h"
 
-#include "app/util/devicekeys.h"
+#include "base/devicekeys.h"
 
 #include <QDBusArgument>
 

@@ -8,7 +8,7 @@
 #include <QList>
 #include <QVariantMap>
 
-/// org.quillkestra.Devices; docs/daemon-protocol.md tells the keys of the dictionaries (app/util/devicekeys.h).
+/// org.quillkestra.Devices; docs/daemon-protocol.md tells the keys of the dictionaries (base/devicekeys.h).
 namespace DeviceClient {
 
 /// The keyboards plugged in; empty, with `result` saying why, when the daemon does not tell them.

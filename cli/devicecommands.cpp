@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "device list", "use", "release" and "rule": which real keyboards the daemon takes over.
-#include "app/util/devicekeys.h"
+#include "base/devicekeys.h"
 #include "cli/commandtable.h"
 #include "cli/deviceclient.h"
 #include "cli/devicerule.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/devicerule.h"
 
-#include "app/util/devicekeys.h"
+#include "base/devicekeys.h"
 
 #include <QRegularExpression>
 

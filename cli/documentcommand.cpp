@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "document": the whole settings document as the daemon sent it.
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 #include "cli/commandtable.h"
 #include "cli/plistjson.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/factoryprofile.h"
 
-#include "app/util/resources.h"
-#include "app/util/settingskeys.h"
+#include "base/resources.h"
+#include "base/settingskeys.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,7 +2,7 @@
 // What the daemon knows of the application in front, over the session bus.
 #pragma once
 
-#include "app/util/frontapplicationkeys.h"
+#include "base/frontapplicationkeys.h"
 #include "cli/daemonobject.h"
 
 /// org.quillkestra.FrontApplication; docs/daemon-protocol.md tells its methods and properties.

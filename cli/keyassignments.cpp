@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keyassignments.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "cli/factoryprofile.h"
 #include "cli/recordchoice.h"
 #include "keys/keynames.h"

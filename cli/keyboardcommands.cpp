@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "keyboard …": what a hand would do to the virtual keyboard.
-#include "app/util/hidpages.h"
+#include "base/hidpages.h"
 #include "cli/commandtable.h"
 #include "cli/virtualkeyboardclient.h"
 #include "keys/keynames.h"

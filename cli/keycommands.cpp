@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "key": what a key does in the active profile, and every assignment it can be given.
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keyassignments.h"
 #include "cli/keydescription.h"

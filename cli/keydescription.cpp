@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keydescription.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
 #include "cli/plistjson.h"
 #include "cli/recordchoice.h"
 #include "keys/keylayout.h"

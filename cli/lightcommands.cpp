@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "light": what the keys of the active profile show, and changing it.
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
 #include "cli/virtualkeyboardclient.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/macrochoice.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "cli/recordchoice.h"
 
 using namespace Qt::StringLiterals;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // "macro list", "show", "add", "rename", "delete", "import" and "export": the macros that the daemon keeps, by the
 // rules of the configurator's macros tab.
-#include "app/util/exportpath.h"
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/settingskeys.h"
+#include "base/exportpath.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/macrochoice.h"
 #include "cli/plistjson.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "macro record" and "macro play": macros and the keyboard.
-#include "app/util/hidpages.h"
-#include "app/util/settingskeys.h"
+#include "base/hidpages.h"
+#include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
 #include "cli/macrochoice.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "profile list" and "profile switch".
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
 #include "cli/recordchoice.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // "profile add", "copy", "rename", "delete", "restore", "import", "export" and "bind": what changes the profiles
 // themselves, by the rules of the configurator's profiles tab.
-#include "app/util/exportpath.h"
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/settingskeys.h"
+#include "base/exportpath.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/factoryprofile.h"
 #include "cli/recordchoice.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/recordchoice.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // "status": what a person asks first.
-#include "app/util/devicekeys.h"
-#include "app/util/frontapplicationkeys.h"
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
+#include "base/devicekeys.h"
+#include "base/frontapplicationkeys.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/deviceclient.h"
 #include "cli/frontapplicationclient.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/virtualkeyboardclient.h"
 
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 
 #include <QDBusArgument>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/daemonprocess.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/resources.h"
-#include "app/util/text.h"
+#include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
+#include "base/resources.h"
+#include "base/text.h"
 #include "daemon/busend.h"
 #include "daemon/deadlinetimer.h"
 #include "daemon/desktopnotification.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/devicechoice.h"
 
-#include "app/util/devicekeys.h"
-#include "app/util/propertylist.h"
+#include "base/devicekeys.h"
+#include "base/propertylist.h"
 #include "daemon/damagedfile.h"
 #include "daemon/logging.h"
 

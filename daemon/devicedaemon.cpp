@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/devicedaemon.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/settingskeys.h"
+#include "base/plistnumbers.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "base/settingskeys.h"
 #include "daemon/factorysettings.h"
 #include "daemon/logging.h"
 #include "daemon/requestreader.h"

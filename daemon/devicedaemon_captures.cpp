@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the daemon does while somebody has the keys of the keyboard: recordings and the capture of single keys.
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/logging.h"
 #include "daemon/requestreader.h"

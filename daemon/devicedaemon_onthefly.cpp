@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the daemon does for macros that are recorded on the keyboard itself.
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/logging.h"
 #include "daemon/ontheflymacro.h"

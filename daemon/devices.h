@@ -3,7 +3,7 @@
 // of that. Values, and the abstract source that finds and takes over keyboards; one thread, the daemon's.
 #pragma once
 
-#include "app/util/devicekeys.h"
+#include "base/devicekeys.h"
 
 #include <QLatin1StringView>
 #include <QList>

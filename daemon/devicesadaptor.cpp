@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/devicesadaptor.h"
 
-#include "app/util/devicekeys.h"
+#include "base/devicekeys.h"
 
 #include <QDBusError>
 #include <QDBusMetaType>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/documentcommands.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "daemon/requestreader.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/textnumbers.h"

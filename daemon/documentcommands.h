@@ -3,8 +3,8 @@
 // status, changed document and reply out. No state; any thread may call them.
 #pragma once
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/status.h"
+#include "base/daemonprotocol.h"
+#include "base/status.h"
 
 #include <QVariantMap>
 

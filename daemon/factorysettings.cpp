@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/factorysettings.h"
 
-#include "app/util/resources.h"
-#include "app/util/settingskeys.h"
+#include "base/resources.h"
+#include "base/settingskeys.h"
 #include "daemon/logging.h"
 #include "daemon/settingsdocument.h"
 

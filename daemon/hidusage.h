@@ -2,7 +2,7 @@
 // A key or a button by its place in the USB HID Usage Tables. A value; any thread.
 #pragma once
 
-#include "app/util/hidpages.h"
+#include "base/hidpages.h"
 
 #include <compare>
 

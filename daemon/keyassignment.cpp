@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyassignment.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "keys/keymapping.h"
 
 using KeyMappings::Assignment;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keysettings.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "daemon/settingsdocument.h"
 
 namespace {

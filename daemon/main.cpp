@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "daemon/daemonprocess.h"
 #include "daemon/detachedprocess.h"
 

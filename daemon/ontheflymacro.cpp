@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/ontheflymacro.h"
 
-#include "app/util/settingskeys.h"
-#include "app/util/uniquename.h"
+#include "base/settingskeys.h"
+#include "base/uniquename.h"
 #include "daemon/settingsdocument.h"
 #include "keys/keylayout.h"
 #include "keys/keymapping.h"

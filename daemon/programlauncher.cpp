@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/programlauncher.h"
 
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 #include "daemon/detachedprocess.h"
 #include "daemon/logging.h"
 #include "daemon/transientservice.h"

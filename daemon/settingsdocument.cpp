@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settingsdocument.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
 #include "macros/macrorecord.h"
 
 #include <QSet>

@@ -11,7 +11,7 @@ namespace SettingsDocument {
 
 inline constexpr int maximumProfiles = 20;
 
-// Bounds of the whole tree, well inside those of the codec (app/util/propertylist.h), so that every reply that wraps
+// Bounds of the whole tree, well inside those of the codec (base/propertylist.h), so that every reply that wraps
 // the document can be written and read, too.
 inline constexpr int maximumDepth = 500;                          ///< containers inside each other
 inline constexpr int maximumNodes = 500'000;                      ///< values and dictionary keys

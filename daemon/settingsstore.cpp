@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settingsstore.h"
 
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
 #include "daemon/damagedfile.h"
 #include "daemon/logging.h"
 #include "daemon/settingsdocument.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/textnumbers.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "keys/keymapping.h"
 #include "macros/macrorecord.h"
 

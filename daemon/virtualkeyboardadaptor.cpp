@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/virtualkeyboardadaptor.h"
 
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 
 #include <QDBusError>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemonlink/daemoncommands.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/settingskeys.h"
+#include "base/daemonprotocol.h"
+#include "base/settingskeys.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemonlink/daemontransport.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/qlcoreutility.h"
+#include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
 #include "daemonlink/latestreplyslot.h"
 #include "platform/messageport.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Whatever the bytes are: reading neither crashes nor hangs, and what was read is the same after being written and
 // read.
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 
 #include <cstdlib>
 

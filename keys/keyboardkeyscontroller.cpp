@@ -3,11 +3,11 @@
 // and the function-key notice in keyscapture.cpp, the widgets in keysview.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/resources.h"
-#include "app/util/settingskeys.h"
+#include "base/plistnumbers.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "base/resources.h"
+#include "base/settingskeys.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keylayout.h"
 #include "keys/keymarkslegend.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keyboardpicture.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 #include "keys/keybutton.h"
 #include "keys/keycap.h"
 #include "keys/keylayout.h"

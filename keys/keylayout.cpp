@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keylayout.h"
 
-#include "app/util/plistnumbers.h"
+#include "base/plistnumbers.h"
 #include "keys/keymapping.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keymarkslegend.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 #include "keys/keycap.h"
 #include "platform/flowlayout.h"
 

@@ -2,8 +2,8 @@
 // The part of KeyboardKeysController that shows and changes what the selected key does: pop-ups, sub-menus, open panel.
 #include "keys/keyboardkeyscontroller.h"
 
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keylayout.h"
 #include "keys/keynames.h"

@@ -3,9 +3,9 @@
 // the notice shown for function keys.
 #include "keys/keyboardkeyscontroller.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/plistnumbers.h"
-#include "app/util/text.h"
+#include "base/daemonprotocol.h"
+#include "base/plistnumbers.h"
+#include "base/text.h"
 #include "keys/keylayout.h"
 #include "macros/eventparser.h"
 #include "platform/distributednotificationcenter.h"

@@ -2,7 +2,7 @@
 // The part of KeyboardKeysController that makes its widgets and connects them to the actions.
 #include "keys/keyboardkeyscontroller.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keylayout.h"
 #include "keys/keymarkslegend.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "keys/mappingcleanup.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
 #include "keys/keymapping.h"
 
 namespace {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/keyboardlightingcontroller.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "lighting/backlight.h"
 #include "lighting/lightingdelegate.h"
 #include "platform/addresses.h"

@@ -2,7 +2,7 @@
 // How the lighting tab is laid out.
 #include "lighting/keyboardlightingcontroller.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 #include "lighting/backlight.h"
 #include "lighting/tickcaptions.h"
 #include "platform/checkbox.h"

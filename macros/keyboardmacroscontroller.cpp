@@ -3,9 +3,9 @@
 // recording in keyboardmacrosrecording.cpp, the editing of events in keyboardmacrosevents.cpp.
 #include "macros/keyboardmacroscontroller.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/daemonprotocol.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"

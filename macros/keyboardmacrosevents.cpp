@@ -2,9 +2,9 @@
 // The events of the selected macro: their commands, and the sheets that edit a delay or an event.
 #include "macros/keyboardmacroscontroller.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
+#include "base/daemonprotocol.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
 #include "macros/eventparser.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"

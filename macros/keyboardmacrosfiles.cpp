@@ -2,9 +2,9 @@
 // Importing and exporting macros: the panels that ask for a file, and what is read and written.
 #include "macros/keyboardmacroscontroller.h"
 
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/text.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "base/text.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrofile.h"
 #include "macros/macrorecord.h"

@@ -2,10 +2,10 @@
 // The left half of the macros tab: adding, renaming and deleting macros, and the commands of their menus.
 #include "macros/keyboardmacroscontroller.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
-#include "app/util/uniquename.h"
+#include "base/daemonprotocol.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
+#include "base/uniquename.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrofile.h"
 #include "macros/macrorecord.h"

@@ -2,8 +2,8 @@
 // Recording the events of the selected macro, new or appended, and what stops it.
 #include "macros/keyboardmacroscontroller.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/text.h"
+#include "base/daemonprotocol.h"
+#include "base/text.h"
 #include "macros/macrodelegate.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 

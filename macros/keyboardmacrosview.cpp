@@ -2,7 +2,7 @@
 // How the macros tab and its sheets are laid out.
 #include "macros/keyboardmacroscontroller.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "macros/macrofile.h"
 
-#include "app/util/qlcoreutility.h"
-#include "app/util/settingskeys.h"
+#include "base/qlcoreutility.h"
+#include "base/settingskeys.h"
 
 QVariantMap MacroFile::exportedRecord(QVariantMap record)
 {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "macros/macrorecord.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
 #include "macros/eventparser.h"
 
 #include <algorithm>

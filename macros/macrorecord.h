@@ -3,7 +3,7 @@
 // functions without state; any thread may call them. A record's keys that are not named here are kept as they are.
 #pragma once
 
-#include "app/util/hidpages.h"
+#include "base/hidpages.h"
 
 #include <QString>
 #include <QVariantList>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applicationinformation.h"
 
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 #include "platform/desktopentry.h"
 
 #include <QDir>

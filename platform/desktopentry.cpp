@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktopentry.h"
 
-#include "app/util/regularfile.h"
+#include "base/regularfile.h"
 
 #include <QFile>
 

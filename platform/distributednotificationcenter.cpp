@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/distributednotificationcenter.h"
 
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 
 #include <QDBusMessage>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/filepanels.h"
 
-#include "app/util/exportpath.h"
-#include "app/util/text.h"
+#include "base/exportpath.h"
+#include "base/text.h"
 #include "platform/sheet.h"
 
 #include <QAbstractItemView>

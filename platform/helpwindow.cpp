@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/helpwindow.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 
 #include <QDir>
 #include <QHBoxLayout>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/pulldownbutton.h"
 
-#include "app/util/resources.h"
-#include "app/util/text.h"
+#include "base/resources.h"
+#include "base/text.h"
 
 #include <QAction>
 #include <QEvent>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/applicationbinding.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "platform/applicationinformation.h"
 
 using namespace Qt::StringLiterals;

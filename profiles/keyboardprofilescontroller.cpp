@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/keyboardprofilescontroller.h"
 
-#include "app/util/plistnumbers.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"

@@ -2,10 +2,10 @@
 // The profiles tab's panels: profile files and the application that a profile is bound to.
 #include "profiles/keyboardprofilescontroller.h"
 
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "profiles/applicationbinding.h"

@@ -2,7 +2,7 @@
 // How the profiles tab is laid out.
 #include "profiles/keyboardprofilescontroller.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 #include "platform/checkbox.h"
 #include "platform/pulldownbutton.h"
 #include "profiles/qltableview.h"

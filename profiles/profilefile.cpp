@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/profilefile.h"
 
-#include "app/util/settingskeys.h"
-#include "app/util/uniquename.h"
+#include "base/settingskeys.h"
+#include "base/uniquename.h"
 
 QString ProfileFile::freeName(const QVariantList &profiles, const QString &name)
 {

@@ -3,7 +3,7 @@
 // and bus; held by the DeviceDaemon.
 #pragma once
 
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "daemon/frontapplication/frontapplication.h"
 
 #include <QVariantMap>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/frontapplicationadaptor.h"
 
-#include "app/util/frontapplicationkeys.h"
+#include "base/frontapplicationkeys.h"
 #include "daemon/frontapplication/processexecutable.h"
 
 FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, QObject *parent) : QObject(parent)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/frontapplicationwatch.h"
 
-#include "app/util/frontapplicationkeys.h"
+#include "base/frontapplicationkeys.h"
 #include "daemon/logging.h"
 
 using namespace Qt::StringLiterals;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/kwinfrontapplication.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/frontapplicationkeys.h"
+#include "base/daemonprotocol.h"
+#include "base/frontapplicationkeys.h"
 #include "platform/messageport.h"
 
 #include <QDBusConnectionInterface>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What screen readers and people without a mouse get of the window, on every tab and sheet, with the real daemon: each
 // control has a name, that of the text it shows, and the Tab key leads to each.
-#include "app/util/text.h"
+#include "base/text.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"

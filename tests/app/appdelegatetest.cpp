@@ -2,7 +2,7 @@
 // The launches and the end of the program.
 #include "app/application.h"
 #include "app/keyboard_configuratorappdelegate.h"
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 #include "platform/sheet.h"
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Every operation of the hub on the wire: what it sends, byte for byte, and what it does with each kind of reply.
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "macros/keyboardmacroscontroller.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The whole way: the real window, the real daemon, its disk, and a second client.
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/keybutton.h"

@@ -2,8 +2,8 @@
 // The window while the daemon is killed at random moments, and under a storm of notifications.
 // KESTRA_FAULT_KILLS: how often it is killed (25). KESTRA_FAULT_SEED: of the random moments and steps (271).
 // KESTRA_STORM_ROUNDS: how many storms of two seconds there may be until the memory is at rest (8).
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/keylayout.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/app/hubfixture.h"
 
-#include "app/util/resources.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/resources.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 

@@ -2,9 +2,9 @@
 // The hub from start to end: opening the device, its three outcomes, handing out the document, versions.
 #include "app/keyboard_configuratorappdelegate.h"
 #include "app/keyboardmaintenancecontroller.h"
-#include "app/util/propertylist.h"
-#include "app/util/resources.h"
-#include "app/util/settingskeys.h"
+#include "base/propertylist.h"
+#include "base/resources.h"
+#include "base/settingskeys.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "lighting/keyboardlightingcontroller.h"

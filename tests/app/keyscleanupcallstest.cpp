@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // When the hub has the keys tab repair the mappings: after a deleted macro with the macros as they were before it,
 // after a deleted profile with the profiles as they are then.
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "tests/app/hubfixture.h"
 
 #include <QTest>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Every kind of assignment the whole way, once with the mouse and once with the keyboard alone: chosen in the real
 // window, stored by the real daemon, shown to another client, and done by the key when it is pressed.
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "daemonlink/daemontransport.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/keybutton.h"

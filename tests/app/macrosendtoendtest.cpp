@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A macro the whole way: recorded on the keyboard in the real window, edited, assigned to a key, exported and imported,
 // as the real daemon keeps it.
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "macros/keyboardmacroscontroller.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the hub does with the daemon's notifications, and what it tells the user.
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "macros/keyboardmacroscontroller.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The profiles tab the whole way: the real window, the real daemon and its disk; and a daemon by a script where the
 // real one never fails.
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Automatic switching the whole way on real desktops without a screen: profiles are bound in the window, two real
 // windows get the focus in turn, and both the window and kestractl show the profile that follows.
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Which commands each act in the profiles tab sends, in which order and with what, through the real hub: adding (5),
 // updating (6), deleting (9), switching (10) and what follows them.
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is on the screen while the program waits for a daemon that is not there: the window alone. The sheet that was up
 // just before leaves no trace, although the program paints nothing for six seconds. On a desktop of the test's own.
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "platform/messageport.h"
 #include "tests/support/testdesktop.h"
 

@@ -2,9 +2,9 @@
 // Draws the whole window with the real daemon on every tab, with its sheets and alerts, in both palettes and in the
 // shortest and the longest language, into the folder `screenshots` beside the tests, for a person to look at; and
 // checks what is drawn: no text is cut, every text stands out, and what is disabled looks it.
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
-#include "app/util/text.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
 #include "daemonlink/daemontransport.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/macrocommands.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Every language the program comes with, in the real window at its smallest size: no text is cut off in its control.
-#include "app/util/text.h"
+#include "base/text.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"

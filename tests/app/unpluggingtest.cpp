@@ -2,8 +2,8 @@
 // The keyboard is pulled out, and plugged in again, in whatever state the window is: nothing crashes, the controls are
 // off meanwhile, what is open can still be answered, and afterwards everything works as before.
 #include "app/keyboardmaintenancecontroller.h"
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"

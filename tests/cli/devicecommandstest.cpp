@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // "kestractl device" and what "status" tells of real keyboards, with keyboards that the test makes up. This process
 // stands in for the daemon.
-#include "app/util/daemonprotocol.h"
-#include "app/util/qlcoreutility.h"
+#include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
 #include "daemon/devicesadaptor.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/virtualkeyboardadaptor.h"

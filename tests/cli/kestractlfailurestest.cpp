@@ -2,8 +2,8 @@
 // What kestractl says and returns when it is used wrongly, when there is no daemon, and when the daemon is silent,
 // refuses or talks nonsense. A port of the test stands in for the daemon, since the real one does none of this on
 // request.
-#include "app/util/daemonprotocol.h"
-#include "app/util/qlcoreutility.h"
+#include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
 #include "platform/messageport.h"
 #include "tests/support/kestractlprocess.h"
 

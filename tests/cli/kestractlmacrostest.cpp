@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "kestractl macro" and the real daemon with its virtual keyboard, on a private bus with settings of their own.
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
 #include "macros/macrorecord.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "kestractl profile ..." and "kestractl focus" with the real daemon: what each changes, prints and refuses.
-#include "app/util/propertylist.h"
-#include "app/util/settingskeys.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // kestractl and the real daemon, each a process of its own, on a private bus with settings of their own.
-#include "app/util/daemonprotocol.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/settingskeys.h"
+#include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/kestractlprocess.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keyassignments.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keydescription.h"
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "keys/keymapping.h"
 
 #include <QJsonObject>

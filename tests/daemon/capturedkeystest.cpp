@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The keys that the daemon captures, as the tabs of the configurator read them: the macros tab's own controller takes
 // what the daemon posts for an edited event, and the parser of the keys tab names what it posts for a single key.
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/virtualkeyboard.h"

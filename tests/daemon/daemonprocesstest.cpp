@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
 #include "daemon/daemonprocess.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/status.h"
+#include "base/qlcoreutility.h"
+#include "base/status.h"
 #include "daemon/linux/stallwatch.h"
 #include "daemon/settingsdocument.h"
 #include "macros/macrorecord.h"

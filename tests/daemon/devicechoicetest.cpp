@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/devicechoice.h"
 
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 #include "tests/support/filesizelimit.h"
 
 #include <QDir>

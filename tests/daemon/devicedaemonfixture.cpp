@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/daemon/devicedaemonfixture.h"
 
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
 #include "macros/macrorecord.h"
 
 using namespace Qt::StringLiterals;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Random use and random messages.
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 #include "tests/daemon/devicedaemonfixture.h"
 
 #include <QLoggingCategory>

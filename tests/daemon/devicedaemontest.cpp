@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the daemon does with a request: its reply, the settings on the disk, and what the other clients are told.
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/documentcommands.h"
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "daemon/settingsdocument.h"
 #include "macros/macrorecord.h"
 

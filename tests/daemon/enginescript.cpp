@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/daemon/enginescript.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "keys/keylayout.h"
 #include "keys/keymapping.h"
 #include "keys/keynames.h"

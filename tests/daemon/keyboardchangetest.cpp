@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The daemon with one keyboard after the other: what was begun on the first ends, and the second takes over.
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 #include "daemon/deadlinetimer.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/virtualkeyboard.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The daemon's switches of the profile, by the application in front, by keys and by clients: what is announced, what is
 // shown, and what is on the disk.
-#include "app/util/propertylist.h"
-#include "app/util/qlcoreutility.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/settingsdocument.h"
 #include "daemon/virtualkeyboard.h"

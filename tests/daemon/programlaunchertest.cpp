@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/programlauncher.h"
 
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settingsdocument.h"
-#include "app/util/qlcoreutility.h"
-#include "app/util/settingskeys.h"
+#include "base/qlcoreutility.h"
+#include "base/settingskeys.h"
 #include "macros/macrorecord.h"
 
 #include <QTest>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settingsstore.h"
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 #include "daemon/settingsdocument.h"
 #include "tests/support/filelockfailure.h"
 #include "tests/support/filesizelimit.h"

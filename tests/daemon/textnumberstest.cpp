@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/textnumbers.h"
 
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 
 #include <QTest>
 

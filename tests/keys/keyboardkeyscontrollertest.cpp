@@ -2,8 +2,8 @@
 // Selecting keys, redrawing, the last selected key, clean-up and accessibility of the keys tab, with real widgets.
 #include "tests/keys/keystesting.h"
 
-#include "app/util/propertylist.h"
-#include "app/util/text.h"
+#include "base/propertylist.h"
+#include "base/text.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keylayout.h"
 #include "keys/keynames.h"

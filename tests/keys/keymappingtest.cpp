@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keymapping.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 
 #include <QTest>
 

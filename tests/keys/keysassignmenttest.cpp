@@ -2,7 +2,7 @@
 // Showing and changing what the selected key does: assignment and playback pop-up, sub-menus, open panel.
 #include "tests/keys/keystesting.h"
 
-#include "app/util/text.h"
+#include "base/text.h"
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"

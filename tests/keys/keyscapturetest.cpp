@@ -2,8 +2,8 @@
 // Single-key capture, game mode and the function-key notice, with notifications posted on a session bus.
 #include "tests/keys/keystesting.h"
 
-#include "app/util/daemonprotocol.h"
-#include "app/util/text.h"
+#include "base/daemonprotocol.h"
+#include "base/text.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"

@@ -2,7 +2,7 @@
 // What the keys tab paints and makes anew after a change: no more than what looks different.
 #include "tests/keys/keystesting.h"
 
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 #include "keys/keyboardpicture.h"
 #include "platform/popupbutton.h"
 

@@ -2,7 +2,7 @@
 // What the tests of the keys tab share: a delegate that records its calls, a small settings document, a wired tab.
 #pragma once
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 #include "keys/keyboardkeyscontroller.h"
 
 #include <QCoreApplication>

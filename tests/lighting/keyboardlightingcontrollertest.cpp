@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/keyboardlightingcontroller.h"
-#include "app/util/text.h"
+#include "base/text.h"
 #include "lighting/lightingdelegate.h"
 #include "platform/addresses.h"
 #include "platform/colorwell.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The request of every command, as it is built and as it is after the wire: the keys, the values and their types.
-#include "app/util/daemonprotocol.h"
-#include "app/util/qlcoreutility.h"
+#include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
 #include "daemonlink/daemoncommands.h"
 
 #include <QtTest>

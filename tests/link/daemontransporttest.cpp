@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Requests to a daemon and the wait for its replies, over a real bus. The daemon answers by a script.
 #include "daemonlink/daemontransport.h"
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 #include "daemonlink/latestreplyslot.h"
 #include "daemonlink/replyport.h"
 #include "tests/support/scripteddaemon.h"

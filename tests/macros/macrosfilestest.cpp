@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Exporting and importing macros: the panels, the files and what is sent.
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/filepanels.h"
 #include "tests/macros/macrostesting.h"

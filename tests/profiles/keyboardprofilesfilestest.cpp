@@ -2,7 +2,7 @@
 // The profiles tab's panels: export, import, the application of a profile.
 #include "tests/profiles/profiletester.h"
 
-#include "app/util/propertylist.h"
+#include "base/propertylist.h"
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"

@@ -81,25 +81,24 @@ def allowed_includes(path, records, widgets):
     def is_plain_platform(included):
         return included.startswith("platform/") and included not in widgets
 
-    parts = PurePosixPath(path).parts
-    folder = "app/util" if parts[:2] == ("app", "util") else parts[0]
-    if folder == "app/util":
-        return under("app/util")
+    folder = PurePosixPath(path).parts[0]
+    if folder == "base":
+        return under("base")
     if folder == "platform":
-        return under("platform", "app/util")
+        return under("platform", "base")
     if folder == "daemonlink":
-        return either(under("daemonlink", "app/util"), is_plain_platform)
+        return either(under("daemonlink", "base"), is_plain_platform)
     if path in records:
-        return either(under("app/util"), is_record, is_plain_platform)
+        return either(under("base"), is_record, is_plain_platform)
     if folder in TAB_FOLDERS:
-        return either(under(folder, "platform", "app/util"), is_record)
+        return either(under(folder, "platform", "base"), is_record)
     if folder == "daemon":
-        return either(under("daemon", "app/util"), is_plain_platform,
+        return either(under("daemon", "base"), is_plain_platform,
                       lambda included: is_record(included) and under("keys", "macros", "lighting")(included))
     if folder == "cli":
-        return either(under("cli", "daemonlink", "app/util"), is_plain_platform, is_record)
+        return either(under("cli", "daemonlink", "base"), is_plain_platform, is_record)
     if folder == "app":
-        return under("app", "daemonlink", "platform", *TAB_FOLDERS)
+        return under("app", "base", "daemonlink", "platform", *TAB_FOLDERS)
     if folder == "tools":
         return under("tools")
     return None
@@ -240,9 +239,9 @@ def check_thin_mains(sources):
 
 # --- the protocol and its document ----------------------------------------------------------------------------------
 
-PROTOCOL_HEADER = "app/util/daemonprotocol.h"
-SETTINGS_HEADER = "app/util/settingskeys.h"
-STATUS_HEADER = "app/util/status.h"
+PROTOCOL_HEADER = "base/daemonprotocol.h"
+SETTINGS_HEADER = "base/settingskeys.h"
+STATUS_HEADER = "base/status.h"
 PROTOCOL_DOCUMENT = "docs/daemon-protocol.md"
 NAMED_CONSTANT = re.compile(r'inline constexpr Key \w+\{"([^"]+)"\};')
 FORMATTED_NAME = re.compile(r'QStringLiteral\("(\w+)%1"\)')

@@ -12,7 +12,7 @@ KEYS_CMAKE = Source("keys/CMakeLists.txt", """
 kestra_library(kestra_keys_records
   SOURCES
     keylayout.cpp keylayout.h
-  LINK kestra_util)
+  LINK kestra_base)
 kestra_library(kestra_keys
   SOURCES
     keyboardkeyscontroller.cpp keyboardkeyscontroller.h
@@ -25,7 +25,7 @@ kestra_library(kestra_platform_widgets
   LINK kestra_platform)
 """)
 HEADERS = [Source(path, "") for path in (
-    "app/keyboardmaincontroller.h", "app/util/text.h", "daemon/store.h", "daemonlink/replyport.h", "cli/console.h",
+    "app/keyboardmaincontroller.h", "base/text.h", "daemon/store.h", "daemonlink/replyport.h", "cli/console.h",
     "keys/keylayout.h", "keys/keyboardkeyscontroller.h", "keys/keytable.inc", "platform/sheet.h",
     "platform/messageport.h", "profiles/profilescontroller.h", "tests/support/fakedaemon.h")]
 
@@ -38,7 +38,12 @@ def include_findings(path, included):
 class IncludeDirections(unittest.TestCase):
     def test_forbidden_directions_are_found(self):
         for path, included in (
-                ("app/util/text.cpp", "platform/messageport.h"),
+                ("base/text.cpp", "platform/messageport.h"),
+                ("base/text.cpp", "app/keyboardmaincontroller.h"),
+                ("platform/messageport.cpp", "app/keyboardmaincontroller.h"),
+                ("daemonlink/replyport.cpp", "app/keyboardmaincontroller.h"),
+                ("daemon/store.cpp", "app/keyboardmaincontroller.h"),
+                ("cli/console.cpp", "app/keyboardmaincontroller.h"),
                 ("platform/messageport.cpp", "daemonlink/replyport.h"),
                 ("daemonlink/replyport.cpp", "keys/keylayout.h"),
                 ("daemonlink/replyport.cpp", "platform/sheet.h"),
@@ -60,7 +65,7 @@ class IncludeDirections(unittest.TestCase):
 
     def test_allowed_directions_pass(self):
         for path, included in (
-                ("platform/messageport.cpp", "app/util/text.h"),
+                ("platform/messageport.cpp", "base/text.h"),
                 ("daemonlink/replyport.cpp", "platform/messageport.h"),
                 ("keys/keyboardkeyscontroller.cpp", "platform/sheet.h"),
                 ("macros/macroscontroller.cpp", "keys/keylayout.h"),
@@ -249,8 +254,8 @@ The daemon's is `CoreMsgPort`, at `/MessagePort`.
 """
 
     def findings(self, **changed):
-        texts = {"app/util/daemonprotocol.h": self.HEADER, "app/util/status.h": self.STATUS,
-                 "app/util/settingskeys.h": 'inline constexpr Key macroName{"MacroName"};',
+        texts = {"base/daemonprotocol.h": self.HEADER, "base/status.h": self.STATUS,
+                 "base/settingskeys.h": 'inline constexpr Key macroName{"MacroName"};',
                  "docs/daemon-protocol.md": self.DOCUMENT}
         for path, (old, new) in changed.pop("replaced", {}).items():
             self.assertIn(old, texts[path])
@@ -262,11 +267,11 @@ The daemon's is `CoreMsgPort`, at `/MessagePort`.
 
     def test_what_only_the_headers_have_is_found(self):
         for path, old, new in (
-                ("app/util/daemonprotocol.h", "    readSettings = 4,", "    readSettings = 4,\n    other = 5,"),
-                ("app/util/daemonprotocol.h", "// Reply keys", 'inline constexpr Key a{"Another"};\n// Reply keys'),
-                ("app/util/daemonprotocol.h", "QString", 'inline constexpr Key a{"Another 271"};\nQString'),
-                ("app/util/daemonprotocol.h", "enum", 'inline constexpr Key a{"OtherPort"};\nenum'),
-                ("app/util/status.h", "malformed = 2,", "malformed = 2,\n    other = 3,")):
+                ("base/daemonprotocol.h", "    readSettings = 4,", "    readSettings = 4,\n    other = 5,"),
+                ("base/daemonprotocol.h", "// Reply keys", 'inline constexpr Key a{"Another"};\n// Reply keys'),
+                ("base/daemonprotocol.h", "QString", 'inline constexpr Key a{"Another 271"};\nQString'),
+                ("base/daemonprotocol.h", "enum", 'inline constexpr Key a{"OtherPort"};\nenum'),
+                ("base/status.h", "malformed = 2,", "malformed = 2,\n    other = 3,")):
             with self.subTest(path=path, new=new):
                 found = self.findings(replaced={path: (old, new)})
                 self.assertEqual(len(found), 1, found)
@@ -288,8 +293,8 @@ The daemon's is `CoreMsgPort`, at `/MessagePort`.
                 self.assertTrue(found[0].endswith("which is in docs/daemon-protocol.md"), found)
 
     def test_nothing_to_compare_is_found(self):
-        for path, old, new in (("app/util/daemonprotocol.h", "enum class Command", "enum class Cmd"),
-                               ("app/util/status.h", "enum class Status", "enum class State"),
+        for path, old, new in (("base/daemonprotocol.h", "enum class Command", "enum class Cmd"),
+                               ("base/status.h", "enum class Status", "enum class State"),
                                ("docs/daemon-protocol.md", "## Commands", "## Orders"),
                                ("docs/daemon-protocol.md", "## Ports", "## Doors")):
             with self.subTest(path=path, old=old):

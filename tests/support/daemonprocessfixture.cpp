@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/daemonprocessfixture.h"
 
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -3,7 +3,7 @@
 // The test's thread; needs a session bus of the test's own.
 #pragma once
 
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "platform/messageport.h"
 
 #include <QObject>

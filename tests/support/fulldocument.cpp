@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/fulldocument.h"
 
-#include "app/util/settingskeys.h"
+#include "base/settingskeys.h"
 
 using namespace Qt::StringLiterals;
 

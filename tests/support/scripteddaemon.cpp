@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/scripteddaemon.h"
 
-#include "app/util/qlcoreutility.h"
+#include "base/qlcoreutility.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
 

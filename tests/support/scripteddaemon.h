@@ -4,7 +4,7 @@
 // blocks.
 #pragma once
 
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "tests/support/workerthread.h"
 
 #include <QByteArray>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/sentrecorder.h"
 
-#include "app/util/daemonprotocol.h"
+#include "base/daemonprotocol.h"
 #include "platform/messageport.h"
 
 #include <QDBusConnection>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A client of the daemon in the virtual machine, and the desktop's notification service: writes what it is told, a line
 // each. With the word "capture" it asks for single keys, until it is ended.
-#include "app/util/daemonprotocol.h"
-#include "app/util/qlcoreutility.h"
+#include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
 

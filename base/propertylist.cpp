@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "base/propertylist.h"
+
+#include "base/binaryplistreader.h"
+#include "base/binaryplistwriter.h"
+#include "base/oldstyleplistreader.h"
+#include "base/regularfile.h"
+#include "base/xmlplistreader.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStringDecoder>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+/// The text of `data` in the encoding of its byte order mark, UTF-8 without one; absent when it is not in that
+/// encoding.
+std::optional<QString> decodedText(QByteArrayView data)
+{
+    const auto encoding = QStringConverter::encodingForData(data);
+    QStringDecoder decoder(encoding.value_or(QStringConverter::Utf8));
+    QString text = decoder.decode(data);
+    return decoder.hasError() ? std::nullopt : std::optional<QString>(std::move(text));
+}
+
+std::optional<QVariant> readText(QByteArrayView data)
+{
+    // Only bytes without a mark can be in an encoding that the XML declaration has to tell.
+    const QByteArrayView start = data.first(std::min<qsizetype>(data.size(), 256));
+    if (!QStringConverter::encodingForData(data) && isXmlPropertyList(QString::fromLatin1(start)))
+        return readXmlPropertyList(QByteArray::fromRawData(data.data(), data.size()));
+    const std::optional<QString> text = decodedText(data);
+    if (!text)
+        return {};
+    return isXmlPropertyList(*text) ? readXmlPropertyList(*text) : readOldStylePropertyList(*text);
+}
+
+/// Makes a rename inside `folder` survive a power loss. True also where the file system says that it has no such thing
+/// for folders: there is nothing else to be done then.
+bool flushFolder(const QString &folder)
+{
+    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const bool isFlushed = ::fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;
+    ::close(descriptor);
+    return isFlushed;
+}
+
+} // namespace
+
+std::optional<QByteArray> PropertyList::writeBinary(const QVariant &root)
+{
+    return writeBinaryPropertyList(root);
+}
+
+std::optional<QVariant> PropertyList::read(QByteArrayView data)
+{
+    if (data.isEmpty() || data.size() > maximumInputBytes)
+        return {};
+    return isBinaryPropertyList(data) ? readBinaryPropertyList(data) : readText(data);
+}
+
+PropertyList::FileBytes PropertyList::readFileBytes(const QString &path)
+{
+    QFile file(path);
+    if (const QString error = openRegularFile(file); !error.isEmpty())
+        return {.data = {}, .error = error};
+    // Some regular files, as those of the system's state, do not tell their size, so the bound is on what is read.
+    QByteArray data = file.read(maximumInputBytes + 1);
+    if (file.error() != QFileDevice::NoError)
+        return {.data = {}, .error = file.errorString()};
+    return {.data = std::move(data), .error = {}};
+}
+
+std::optional<QVariantMap> PropertyList::readPropertyListFile(const QString &path)
+{
+    const FileBytes bytes = readFileBytes(path);
+    const std::optional<QVariant> root = bytes.error.isEmpty() ? read(bytes.data) : std::nullopt;
+    if (!root || root->typeId() != QMetaType::QVariantMap)
+        return {};
+    return root->toMap();
+}
+
+bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &data, QString *problem)
+{
+    const auto fail = [problem](const QString &reason) {
+        if (problem)
+            *problem = reason;
+        return false;
+    };
+    QSaveFile file(path); // flushes the new file to the disk before it renames it
+    // Unbuffered: behind a buffer Qt takes the short write of a disk that fills up in the middle for a whole one. The
+    // next write has the reason for it.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return fail(file.errorString());
+    for (qsizetype done = 0; done < data.size();) {
+        const qint64 written = file.write(data.constData() + done, data.size() - done);
+        if (written <= 0)
+            return fail(file.errorString());
+        done += written;
+    }
+    if (!file.commit())
+        return fail(file.errorString());
+    // The folder of the file itself, where `path` is a symbolic link to it.
+    return flushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path()) || fail(qt_error_string(errno));
+}

@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: MIT
+#include "base/xmlplistreader.h"
+
+#include "base/propertylistbudget.h"
+
+#include <QDateTime>
+#include <QXmlStreamReader>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Recursive descent over the element tree. Every read… function starts on a value's start element and, when it returns
+/// true, has consumed its end element.
+class Reader
+{
+public:
+    explicit Reader(const QByteArray &data) : mXml(data) {}
+    explicit Reader(const QString &text) : mXml(text) {}
+
+    std::optional<QVariant> read()
+    {
+        QVariant root;
+        if (!nextElement() || mXml.name() != "plist"_L1)
+            return {};
+        if (!nextElement() || !readValue(root, 1) || nextElement()) // exactly one value
+            return {};
+        while (!mXml.atEnd() && !mFailed) {
+            if (mXml.readNext() == QXmlStreamReader::StartElement)
+                mFailed = true;
+        }
+        return mFailed || mXml.hasError() ? std::nullopt : std::optional<QVariant>(root);
+    }
+
+private:
+    /// Moves to the next start element; false at the end of the surrounding element, and for good after an error.
+    bool nextElement()
+    {
+        while (!mFailed && !mXml.atEnd()) {
+            switch (mXml.readNext()) {
+            case QXmlStreamReader::StartElement: return true;
+            case QXmlStreamReader::EndElement: return false;
+            case QXmlStreamReader::Characters: mFailed = !mXml.isWhitespace(); break;
+            // A document type with declarations of its own could define entities that expand without end.
+            case QXmlStreamReader::DTD: mFailed = mXml.text().contains(u'['); break;
+            case QXmlStreamReader::StartDocument:
+            case QXmlStreamReader::Comment:
+            case QXmlStreamReader::ProcessingInstruction: break;
+            default: mFailed = true;
+            }
+        }
+        mFailed = true;
+        return false;
+    }
+
+    bool readValue(QVariant &value, int depth)
+    {
+        if (!mBudget.takeNodes(1))
+            return fail();
+        const QStringView name = mXml.name();
+        if (name == "dict"_L1)
+            return readDictionary(value, depth);
+        if (name == "array"_L1)
+            return readArray(value, depth);
+        if (name == "true"_L1 || name == "false"_L1)
+            return readBoolean(value, name == "true"_L1);
+        struct Scalar
+        {
+            QLatin1StringView name;
+            bool (*parse)(const QString &text, QVariant &value);
+        };
+        static constexpr Scalar scalars[] = {{"string"_L1, parseString},
+                                             {"integer"_L1, parseInteger},
+                                             {"real"_L1, parseReal},
+                                             {"data"_L1, parseData},
+                                             {"date"_L1, parseDate}};
+        for (const Scalar &scalar : scalars) {
+            if (name == scalar.name) {
+                const QString text = readText();
+                return !mFailed && (scalar.parse(text, value) || fail());
+            }
+        }
+        return fail();
+    }
+
+    bool readDictionary(QVariant &value, int depth)
+    {
+        if (depth > PropertyList::maximumDepth)
+            return fail();
+        QVariantMap dictionary;
+        while (nextElement()) {
+            if (mXml.name() != "key"_L1 || !mBudget.takeNodes(1))
+                return fail();
+            const QString key = readText();
+            QVariant element;
+            if (mFailed || !nextElement() || !readValue(element, depth + 1))
+                return fail();
+            dictionary.insert(key, element);
+        }
+        value = dictionary;
+        return !mFailed;
+    }
+
+    bool readArray(QVariant &value, int depth)
+    {
+        if (depth > PropertyList::maximumDepth)
+            return fail();
+        QVariantList array;
+        while (nextElement()) {
+            QVariant element;
+            if (!readValue(element, depth + 1))
+                return fail();
+            array.append(element);
+        }
+        value = array;
+        return !mFailed;
+    }
+
+    bool readBoolean(QVariant &value, bool boolean)
+    {
+        value = boolean;
+        return readText().trimmed().isEmpty() && !mFailed ? true : fail();
+    }
+
+    /// The text up to the end of the element; nothing but text may stand there. (QXmlStreamReader::readElementText
+    /// would pass over entities that it does not know.)
+    QString readText()
+    {
+        QString text = u""_s;
+        while (!mFailed) {
+            switch (mXml.readNext()) {
+            case QXmlStreamReader::Characters: text += mXml.text(); break;
+            case QXmlStreamReader::EndElement: mFailed = !mBudget.takeContent(quint64(text.size()) * 2); return text;
+            case QXmlStreamReader::Comment:
+            case QXmlStreamReader::ProcessingInstruction: break;
+            default: mFailed = true;
+            }
+        }
+        return text;
+    }
+
+    static bool parseString(const QString &text, QVariant &value)
+    {
+        value = text;
+        return true;
+    }
+
+    /// Decimal, or hexadecimal behind 0x, with an optional sign; from INT64_MIN to UINT64_MAX.
+    static bool parseInteger(const QString &text, QVariant &value)
+    {
+        QStringView digits = QStringView(text).trimmed();
+        const bool isNegative = digits.startsWith(u'-');
+        if (isNegative || digits.startsWith(u'+'))
+            digits = digits.sliced(1);
+        const bool isHexadecimal = digits.startsWith("0x"_L1, Qt::CaseInsensitive);
+        if (isHexadecimal)
+            digits = digits.sliced(2);
+        if (digits.isEmpty() || !QChar(digits.front()).isLetterOrNumber()) // a second sign
+            return false;
+        bool ok = false;
+        const qulonglong magnitude = digits.toULongLong(&ok, isHexadecimal ? 16 : 10);
+        constexpr auto maximum = qulonglong(std::numeric_limits<qlonglong>::max());
+        if (!ok || (isNegative && magnitude > maximum + 1))
+            return false;
+        if (!isNegative && magnitude > maximum) {
+            value = magnitude;
+            return true;
+        }
+        const auto number = qlonglong(isNegative ? 0 - magnitude : magnitude);
+        const auto narrow = int(number);
+        value = narrow == number ? QVariant(narrow) : QVariant(number);
+        return true;
+    }
+
+    static bool parseReal(const QString &text, QVariant &value)
+    {
+        QString number = text.trimmed().toLower();
+        number.replace("infinity"_L1, "inf"_L1);
+        bool ok = false;
+        value = number.toDouble(&ok);
+        return ok;
+    }
+
+    static bool parseData(const QString &text, QVariant &value)
+    {
+        QByteArray characters = text.toUtf8();
+        characters.removeIf([](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; });
+        if (characters.size() % 4 != 0) // which the decoder would not mind
+            return false;
+        const auto decoded =
+            QByteArray::fromBase64Encoding(std::move(characters), QByteArray::AbortOnBase64DecodingErrors);
+        value = decoded.decoded;
+        return bool(decoded);
+    }
+
+    /// "2011-05-17T09:30:00Z", always UTC.
+    static bool parseDate(const QString &text, QVariant &value)
+    {
+        const QString trimmed = text.trimmed();
+        if (trimmed.size() != 20 || !trimmed.endsWith(u'Z'))
+            return false;
+        const QDateTime date = QDateTime::fromString(trimmed, Qt::ISODate);
+        value = date.toUTC();
+        return date.isValid();
+    }
+
+    bool fail()
+    {
+        mFailed = true;
+        return false;
+    }
+
+    QXmlStreamReader mXml;
+    PropertyListBudget mBudget;
+    bool mFailed = false;
+};
+
+} // namespace
+
+bool isXmlPropertyList(QStringView text)
+{
+    const QStringView start = text.trimmed();
+    return start.startsWith("<?"_L1) || start.startsWith("<!"_L1) || start.startsWith("<plist"_L1);
+}
+
+std::optional<QVariant> readXmlPropertyList(const QByteArray &data)
+{
+    return Reader(data).read();
+}
+
+std::optional<QVariant> readXmlPropertyList(const QString &text)
+{
+    return Reader(text).read();
+}

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+#include "base/propertylist.h"
+#include "tests/support/folderflushfailure.h"
+#include "tests/support/fulldocument.h"
+
+#include <QtTest>
+
+#include <cerrno>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+class PropertyListFileTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void writtenFileIsRead();
+    void readsEveryForm();
+    void missingFileIsAbsent();
+    void folderIsAbsent();
+    void otherRootIsAbsent();
+    void emptyFileIsAbsent();
+    void tooLargeFileIsAbsent();
+    void onlyARegularFileIsRead();
+    void replacesFileByANewOne();
+    void keepsOldFileWhenWritingFails();
+    void leavesNothingElseInTheFolder();
+    void followsSymbolicLinks();
+    void writesIntoNoMissingFolder();
+    void folderThatIsNotFlushedFails_data();
+    void folderThatIsNotFlushedFails();
+    void saysWhyAFileCannotBeRead();
+
+private:
+    QString inFolder(const QString &name) const { return mFolder.filePath(name); }
+    void write(const QString &name, const QByteArray &content)
+    {
+        QFile file(inFolder(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), content.size());
+    }
+
+    QTemporaryDir mFolder;
+};
+
+void PropertyListFileTest::writtenFileIsRead()
+{
+    const QVariantMap document = fullDocument();
+    QVERIFY(PropertyList::writeFileAtomically(inFolder(u"full.plist"_s), PropertyList::writeBinary(document).value()));
+    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"full.plist"_s)), document);
+}
+
+void PropertyListFileTest::readsEveryForm()
+{
+    write(u"xml"_s, "<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>");
+    write(u"text"_s, "{ a = b; }");
+    const QVariantMap expected{{u"a"_s, u"b"_s}};
+    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"xml"_s)), expected);
+    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"text"_s)), expected);
+}
+
+void PropertyListFileTest::missingFileIsAbsent()
+{
+    QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"missing"_s)));
+}
+
+void PropertyListFileTest::folderIsAbsent()
+{
+    QVERIFY(!PropertyList::readPropertyListFile(mFolder.path()));
+}
+
+void PropertyListFileTest::otherRootIsAbsent()
+{
+    QVERIFY(
+        PropertyList::writeFileAtomically(inFolder(u"array"_s), PropertyList::writeBinary(QVariantList{1}).value()));
+    QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"array"_s)));
+}
+
+void PropertyListFileTest::emptyFileIsAbsent()
+{
+    write(u"empty"_s, "");
+    QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"empty"_s)));
+}
+
+void PropertyListFileTest::tooLargeFileIsAbsent()
+{
+    const QByteArray text = "{ a = b; }";
+    write(u"largest"_s, text + QByteArray(PropertyList::maximumInputBytes - text.size(), ' '));
+    QVERIFY(PropertyList::readPropertyListFile(inFolder(u"largest"_s)));
+    write(u"larger"_s, text + QByteArray(PropertyList::maximumInputBytes - text.size() + 1, ' '));
+    QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"larger"_s)));
+}
+
+void PropertyListFileTest::onlyARegularFileIsRead()
+{
+    const QString pipe = inFolder(u"pipe"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString &path : {u"/dev/zero"_s, pipe}) { // one would never end, the other would wait for a writer
+        QCOMPARE(PropertyList::readFileBytes(path).error, u"Not a regular file"_s);
+        QVERIFY(!PropertyList::readPropertyListFile(path));
+    }
+    QVERIFY(QFile::link(inFolder(u"linked"_s), inFolder(u"link to it"_s)));
+    write(u"linked"_s, "{ a = b; }");
+    QVERIFY(PropertyList::readPropertyListFile(inFolder(u"link to it"_s)));
+}
+
+void PropertyListFileTest::replacesFileByANewOne()
+{
+    const QString path = inFolder(u"replaced"_s);
+    QVERIFY(PropertyList::writeFileAtomically(path, "old"));
+    QFile reader(path); // somebody in the middle of reading keeps the old content
+    QVERIFY(reader.open(QIODevice::ReadOnly));
+    QVERIFY(PropertyList::writeFileAtomically(path, "new content"));
+    QCOMPARE(reader.readAll(), QByteArray("old"));
+    QFile again(path);
+    QVERIFY(again.open(QIODevice::ReadOnly));
+    QCOMPARE(again.readAll(), QByteArray("new content"));
+}
+
+void PropertyListFileTest::keepsOldFileWhenWritingFails()
+{
+    // A folder stands where the file should be; this fails for every user.
+    const QString path = inFolder(u"folder"_s);
+    QVERIFY(QDir().mkpath(path + u"/inside"_s));
+    QVERIFY(!PropertyList::writeFileAtomically(path, "data"));
+    QVERIFY(QFileInfo::exists(path + u"/inside"_s));
+    QVERIFY(!PropertyList::writeFileAtomically(u"/dev/full/file"_s, "data"));
+}
+
+void PropertyListFileTest::leavesNothingElseInTheFolder()
+{
+    const QTemporaryDir folder;
+    QVERIFY(PropertyList::writeFileAtomically(folder.filePath(u"a"_s), "1"));
+    QVERIFY(PropertyList::writeFileAtomically(folder.filePath(u"a"_s), "2"));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{u"a"_s});
+}
+
+void PropertyListFileTest::followsSymbolicLinks()
+{
+    const QString target = inFolder(u"target"_s);
+    const QString link = inFolder(u"link"_s);
+    QVERIFY(PropertyList::writeFileAtomically(target, "old"));
+    QVERIFY(QFile::link(target, link));
+    QVERIFY(PropertyList::writeFileAtomically(link, "new"));
+    QVERIFY(QFileInfo(link).isSymbolicLink());
+    QFile file(target);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("new"));
+}
+
+void PropertyListFileTest::writesIntoNoMissingFolder()
+{
+    QVERIFY(!PropertyList::writeFileAtomically(inFolder(u"none/file"_s), "data"));
+    QVERIFY(!QFileInfo::exists(inFolder(u"none"_s)));
+}
+
+void PropertyListFileTest::folderThatIsNotFlushedFails_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<bool>("isWritten");
+    QTest::newRow("input/output error") << EIO << false;
+    QTest::newRow("no space") << ENOSPC << false;
+    QTest::newRow("over the quota") << EDQUOT << false;
+    QTest::newRow("read-only") << EROFS << false;
+    QTest::newRow("the file system does not flush folders") << EINVAL << true;
+    QTest::newRow("the file system knows no flushing") << ENOTSUP << true;
+}
+
+void PropertyListFileTest::folderThatIsNotFlushedFails()
+{
+    QFETCH(int, error);
+    const FolderFlushFailure failure(error);
+    QTEST(PropertyList::writeFileAtomically(inFolder(u"flushed"_s), "data"), "isWritten");
+    QCOMPARE(failure.count(), 1);
+}
+
+void PropertyListFileTest::saysWhyAFileCannotBeRead()
+{
+    write(u"readable"_s, "{ a = b; }");
+    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(inFolder(u"readable"_s));
+    QCOMPARE(bytes.error, QString());
+    QCOMPARE(bytes.data, QByteArray("{ a = b; }"));
+    QVERIFY(PropertyList::readFileBytes(inFolder(u"missing"_s)).error.contains(u"No such file"_s));
+    QVERIFY(!PropertyList::readFileBytes(mFolder.path()).error.isEmpty());
+    // The first page of a process is never mapped.
+    QVERIFY(PropertyList::readFileBytes(u"/proc/self/mem"_s).error.contains(u"Input/output error"_s));
+}
+
+QTEST_GUILESS_MAIN(PropertyListFileTest)
+#include "propertylistfiletest.moc"
