@@ -2,7 +2,7 @@
 // What one event of the keyboard costs in the key engine, with a full profile: every key of the layout pressed and
 // released, alone and while four others are held. Also what a change of the profile costs. The last line is the answer:
 // the average time of one event, and the memory allocations it made.
-#include "daemon/keyengine.h"
+#include "daemon/engine/keyengine.h"
 #include "keys/keylayout.h"
 #include "macros/macrorecord.h"
 #include "tests/support/fulldocument.h"

@@ -3,10 +3,10 @@
 // it. Measured where the daemon gives the event to the keyboard, against the moment of the press, and at a client on
 // the bus, against its earliest event (the bus takes its time before every one). Run it on a bus of its own:
 //   dbus-run-session -- build/release/bin/bench_playback
-#include "daemon/deadlinetimer.h"
 #include "daemon/devicedaemon.h"
-#include "daemon/settingsdocument.h"
-#include "daemon/virtualkeyboard.h"
+#include "daemon/keyboards/virtual/virtualkeyboard.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/deadlinetimer.h"
 #include "macros/macrorecord.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/sentrecorder.h"

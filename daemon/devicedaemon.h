@@ -3,13 +3,13 @@
 // It owns the document and the state of captures; one thread.
 #pragma once
 
-#include "daemon/currentkeyboard.h"
-#include "daemon/documentcommands.h"
-#include "daemon/escapehold.h"
+#include "daemon/capture/escapehold.h"
+#include "daemon/capture/macrorecorder.h"
+#include "daemon/capture/ontheflyrecorder.h"
 #include "daemon/frontapplication/automaticswitch.h"
-#include "daemon/macrorecorder.h"
-#include "daemon/ontheflyrecorder.h"
-#include "daemon/settingsstore.h"
+#include "daemon/keyboards/currentkeyboard.h"
+#include "daemon/settings/documentcommands.h"
+#include "daemon/settings/settingsstore.h"
 
 #include <QObject>
 #include <QVariantMap>

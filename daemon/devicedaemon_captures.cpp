@@ -3,9 +3,9 @@
 #include "base/plistnumbers.h"
 #include "base/settingskeys.h"
 #include "daemon/devicedaemon.h"
-#include "daemon/logging.h"
-#include "daemon/requestreader.h"
-#include "daemon/settingsdocument.h"
+#include "daemon/settings/requestreader.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/logging.h"
 #include "macros/macrorecord.h"
 
 #include <algorithm>
@@ -33,7 +33,7 @@ void DeviceDaemon::setCapture(Capture capture, const QString &client, const char
         qCInfo(lcKeyboard, "%s, %s: %s", captureName(mCapture), cause, captureName(capture));
     mCapture = capture;
     mKeyboard.listen({.isCapturing = capture != Capture::none,
-                      .isReporting = !client.isEmpty() || mOnTheFly.state() == OnTheFlyRecorder::State::recording});
+                      .isReporting = !client.isEmpty() || mOnTheFly.state() == OnTheFlyState::recording});
     mCapturedKey.clear();
     mKeyBeforeCaptured.clear();
     mEscapeHold = {};

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What the daemon does for macros that are recorded on the keyboard itself.
 #include "base/settingskeys.h"
+#include "daemon/capture/ontheflymacro.h"
 #include "daemon/devicedaemon.h"
-#include "daemon/logging.h"
-#include "daemon/ontheflymacro.h"
-#include "daemon/settingsdocument.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/logging.h"
 #include "keys/keylayout.h"
 
-using State = OnTheFlyRecorder::State;
+using State = OnTheFlyState;
 
 void DeviceDaemon::macroKeyPressed()
 {
@@ -22,7 +22,7 @@ void DeviceDaemon::macroKeyPressed()
     }
     mOnTheFly.pressMacroKey(recordingTime(mOutlets.now()), room);
     // All that tells of it on a keyboard that has no light for it.
-    qCInfo(lcKeyboard, "keyboard: a macro on the fly: %s", OnTheFlyRecorder::stateName(mOnTheFly.state()).data());
+    qCInfo(lcKeyboard, "keyboard: a macro on the fly: %s", onTheFlyStateName(mOnTheFly.state()).data());
     // While recording, the keys go on to reach the computer: it is done in the middle of a game. The key that is to
     // play the macro does not.
     const bool isKeyAwaited = mOnTheFly.state() == State::awaitingKey;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "base/daemonprotocol.h"
 #include "daemon/daemonprocess.h"
-#include "daemon/detachedprocess.h"
+#include "daemon/launch/detachedprocess.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

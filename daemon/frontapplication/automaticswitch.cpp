@@ -2,8 +2,8 @@
 #include "daemon/frontapplication/automaticswitch.h"
 
 #include "daemon/frontapplication/applicationmatch.h"
-#include "daemon/requestreader.h"
-#include "daemon/settingsdocument.h"
+#include "daemon/settings/requestreader.h"
+#include "daemon/settings/settingsdocument.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/desktopsearch.h"
 
-#include "daemon/frontapplication/usermanager.h"
+#include "daemon/system/usermanager.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>

@@ -2,7 +2,7 @@
 #include "daemon/frontapplication/frontapplicationwatch.h"
 
 #include "base/frontapplicationkeys.h"
-#include "daemon/logging.h"
+#include "daemon/system/logging.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/sessionenvironment.h"
 
-#include "daemon/frontapplication/usermanager.h"
-#include "daemon/logging.h"
+#include "daemon/system/logging.h"
+#include "daemon/system/usermanager.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>

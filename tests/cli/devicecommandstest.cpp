@@ -3,9 +3,9 @@
 // stands in for the daemon.
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
-#include "daemon/devicesadaptor.h"
-#include "daemon/settingsdocument.h"
-#include "daemon/virtualkeyboardadaptor.h"
+#include "daemon/keyboards/devicesadaptor.h"
+#include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
+#include "daemon/settings/settingsdocument.h"
 #include "platform/messageport.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/scripteddevices.h"

@@ -4,9 +4,9 @@
 #pragma once
 
 #include "daemon/devicedaemon.h"
-#include "daemon/settingsdocument.h"
-#include "daemon/settingsstore.h"
-#include "daemon/virtualkeyboard.h"
+#include "daemon/keyboards/virtual/virtualkeyboard.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/settings/settingsstore.h"
 
 #include <QTemporaryDir>
 #include <QTest>

@@ -28,17 +28,17 @@ private Q_SLOTS:
 void DeviceDaemonOnTheFlyTest::recordsAMacroOnTheFly()
 {
     pressMacroKey();
-    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::recording);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::recording);
     press(4);
     mNow += 30ms;
     release(4);
     pressMacroKey();
-    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::awaitingKey);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
     mSent.clear();
     QCOMPARE(takeNotificationNames(), QStringList()); // until it is stored
     press(65);
     release(65);
-    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
     QVERIFY(mSent.isEmpty()); // the key says what is to play the macro, and nothing else
     const QVariantMap posted = notification(u"Saved New OTFM 271"_s);
     QCOMPARE(takeNotificationNames(), QStringList({u"Saved New OTFM 271"_s, u"Profile Updated 271"_s}));
@@ -62,7 +62,7 @@ void DeviceDaemonOnTheFlyTest::recordingOnTheFlyLetsTheKeysThrough()
     QCOMPARE(takeNotificationNames(), QStringList()); // no client records: nobody wants the lines
     pressMacroKey();
     pressMacroKey(); // thrown away
-    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
     press(5);
     release(5);
     QCOMPARE(mSent.mid(2), QStringList({u"+5"_s, u"-5"_s}));
@@ -80,9 +80,9 @@ void DeviceDaemonOnTheFlyTest::onTheFlyKeyMustBeOneThatPlaysMacros()
     release(100);
     QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done);
     QCOMPARE(mKeyboard->release(9, 1), VirtualKeyboard::Result::done);
-    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::awaitingKey);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
     press(225); // a modifier alone is a key like any other
-    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
     release(225);
     QVERIFY(mSent.isEmpty());
     QVERIFY(SettingsDocument::activeProfile(storedDocument()).value(u"Keys"_s).toMap().contains(u"225"_s));
@@ -106,9 +106,9 @@ void DeviceDaemonOnTheFlyTest::onTheFlyGivesWayToClients()
         if (isKeyAwaited)
             pressMacroKey();
         QCOMPARE(statusOf(Command(command), {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
-        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
         pressMacroKey(); // the keys are the client's
-        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
         send(Command::releaseDevice);
     }
     QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 2);
@@ -123,7 +123,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyEndsWithTheKeyboard()
         if (isKeyAwaited)
             pressMacroKey();
         mKeyboard->remove();
-        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+        QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
         QCOMPARE(mKeyboard->pressMacroKey(), VirtualKeyboard::Result::notAttached);
         mKeyboard->attach();
         mSent.clear();
@@ -143,7 +143,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyIsNotEndedByAClientThatQuits()
     send(Command::releaseDevice);
     send(Command::stopMacroRecording);
     send(Command::stopSingleKeyRecording);
-    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::awaitingKey);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
     press(5);
     QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 3);
 }
@@ -164,7 +164,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyMacroThatCannotBeStoredIsNone()
     }
     QCOMPARE(mDaemon->document(), before);
     QCOMPARE(takeNotificationNames(), QStringList());
-    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
 }
 
 QTEST_GUILESS_MAIN(DeviceDaemonOnTheFlyTest)

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The daemon with one keyboard after the other: what was begun on the first ends, and the second takes over.
 #include "base/qlcoreutility.h"
-#include "daemon/deadlinetimer.h"
 #include "daemon/devicedaemon.h"
-#include "daemon/virtualkeyboard.h"
-#include "tests/daemon/keydocuments.h"
+#include "daemon/keyboards/virtual/virtualkeyboard.h"
+#include "daemon/system/deadlinetimer.h"
+#include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/filesizelimit.h"
 #include "tests/support/threadedkeyboard.h"
 
@@ -173,7 +173,7 @@ void KeyboardChangeTest::oldKeyboardIsNotHeardAnyMore()
     QVERIFY(mFirst->sentKeys().isEmpty());
     QVERIFY(mNotifications.isEmpty());
     QVERIFY(mDaemon->document() == startDocument());
-    QCOMPARE(mSecond->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    QCOMPARE(mSecond->shownOnTheFly(), OnTheFlyState::off);
 }
 
 void KeyboardChangeTest::captureEnds()
@@ -191,8 +191,8 @@ void KeyboardChangeTest::recordingOnTheFlyEnds()
 {
     QCOMPARE(mFirst->pressMacroKey(), VirtualKeyboard::Result::done);
     mDaemon->useKeyboard(*mSecond);
-    QCOMPARE(mFirst->shownOnTheFly(), OnTheFlyRecorder::State::off);
-    QCOMPARE(mSecond->shownOnTheFly(), OnTheFlyRecorder::State::off);
+    QCOMPARE(mFirst->shownOnTheFly(), OnTheFlyState::off);
+    QCOMPARE(mSecond->shownOnTheFly(), OnTheFlyState::off);
 }
 
 void KeyboardChangeTest::attachmentIsToldWhenItChanges_data()

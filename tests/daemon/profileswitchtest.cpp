@@ -4,8 +4,8 @@
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
-#include "daemon/settingsdocument.h"
-#include "daemon/virtualkeyboard.h"
+#include "daemon/keyboards/virtual/virtualkeyboard.h"
+#include "daemon/settings/settingsdocument.h"
 #include "tests/support/filesizelimit.h"
 
 #include <QDir>

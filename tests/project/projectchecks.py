@@ -66,42 +66,50 @@ def library_files(sources, is_wanted):
     return files
 
 
-def allowed_includes(path, records, widgets):
-    """A predicate over included paths for the file at `path`; None when the file may include anything."""
+# What the files of a folder may include besides those of their own folder; of the folders around a file, the innermost
+# counts. "plain platform" is platform/ without widgets, "records" are the tabs' libraries without widgets.
+KEYBOARDS_MAY_USE = ("base", "plain platform", "records", "daemon/system", "daemon/engine", "daemon/settings")
+ALLOWED_INCLUDES = {
+    "base": (),
+    "platform": ("base",),
+    "daemonlink": ("base", "plain platform"),
+    **{tab: ("base", "platform", "records") for tab in TAB_FOLDERS},
+    "app": ("base", "platform", "daemonlink", *TAB_FOLDERS),
+    "daemon/system": ("base", "plain platform"),
+    "daemon/engine": ("base", "records"),
+    "daemon/settings": ("base", "plain platform", "records", "daemon/system", "daemon/engine"),
+    "daemon/keyboards": KEYBOARDS_MAY_USE,
+    "daemon/keyboards/virtual": (*KEYBOARDS_MAY_USE, "daemon/keyboards"),
+    "daemon/keyboards/linux": (*KEYBOARDS_MAY_USE, "daemon/keyboards"),
+    "daemon/capture": (*KEYBOARDS_MAY_USE, "daemon/keyboards"),
+    "daemon/launch": ("base", "plain platform", "daemon/system"),
+    "daemon/frontapplication": ("base", "plain platform", "records", "daemon/system", "daemon/settings"),
+    "daemon": (*KEYBOARDS_MAY_USE, "daemon/keyboards", "daemon/keyboards/virtual", "daemon/keyboards/linux",
+               "daemon/capture", "daemon/launch", "daemon/frontapplication"),
+    "cli": ("base", "plain platform", "daemonlink", "records"),
+    "tools": (),
+}
+# A library of records is a folder within its tab's folder, so to speak.
+RECORDS_MAY_USE = ("base", "plain platform", "records")
 
-    def under(*folders):
-        return lambda included: included.startswith(tuple(folder + "/" for folder in folders))
 
-    def either(*predicates):
-        return lambda included: any(predicate(included) for predicate in predicates)
+def room_of(path):
+    """The innermost folder of ALLOWED_INCLUDES around `path`; None when there is none."""
+    return next((str(parent) for parent in PurePosixPath(path).parents if str(parent) in ALLOWED_INCLUDES), None)
 
-    def is_record(included):
-        return included in records or included.endswith(".inc")
 
-    def is_plain_platform(included):
-        return included.startswith("platform/") and included not in widgets
-
-    folder = PurePosixPath(path).parts[0]
-    if folder == "base":
-        return under("base")
-    if folder == "platform":
-        return under("platform", "base")
-    if folder == "daemonlink":
-        return either(under("daemonlink", "base"), is_plain_platform)
-    if path in records:
-        return either(under("base"), is_record, is_plain_platform)
-    if folder in TAB_FOLDERS:
-        return either(under(folder, "platform", "base"), is_record)
-    if folder == "daemon":
-        return either(under("daemon", "base"), is_plain_platform,
-                      lambda included: is_record(included) and under("keys", "macros", "lighting")(included))
-    if folder == "cli":
-        return either(under("cli", "daemonlink", "base"), is_plain_platform, is_record)
-    if folder == "app":
-        return under("app", "base", "daemonlink", "platform", *TAB_FOLDERS)
-    if folder == "tools":
-        return under("tools")
-    return None
+def is_allowed_include(path, included, records, widgets):
+    room, target = room_of(path), room_of(included)
+    if room is None:
+        return True
+    allowed = RECORDS_MAY_USE if path in records else (*ALLOWED_INCLUDES[room], room)
+    is_record = target in TAB_FOLDERS and (included in records or included.endswith(".inc"))
+    # The daemon knows nothing of profile files, which clients alone read.
+    if is_record and "records" in allowed and not (room.startswith("daemon") and target == "profiles"):
+        return True
+    if target == "platform" and included not in widgets and "plain platform" in allowed:
+        return True
+    return target in allowed
 
 
 def check_include_directions(sources):
@@ -112,13 +120,15 @@ def check_include_directions(sources):
     for source in sources:
         if not source.is_code():
             continue
-        allowed = allowed_includes(source.path, records, widgets)
+        folder = str(PurePosixPath(source.path).parent)
+        if source.is_under("daemon") and folder not in ALLOWED_INCLUDES:
+            findings.append(f"{source.path}: is in a room of the daemon that has no rule")
         for included in INCLUDE.findall(source.text):
             if included.endswith(".moc"):
                 continue
             if included not in known:
                 findings.append(f'{source.path}: "{included}" is no path from the repository root')
-            elif allowed is not None and not allowed(included):
+            elif not is_allowed_include(source.path, included, records, widgets):
                 findings.append(f'{source.path}: must not include "{included}"')
     return findings
 

@@ -18,6 +18,12 @@ kestra_library(kestra_keys
     keyboardkeyscontroller.cpp keyboardkeyscontroller.h
   LINK kestra_keys_records)
 """)
+PROFILES_CMAKE = Source("profiles/CMakeLists.txt", """
+kestra_library(kestra_profiles_records
+  SOURCES
+    profilefile.cpp profilefile.h
+  LINK kestra_base)
+""")
 PLATFORM_CMAKE = Source("platform/CMakeLists.txt", """
 kestra_library(kestra_platform_widgets
   SOURCES
@@ -25,14 +31,17 @@ kestra_library(kestra_platform_widgets
   LINK kestra_platform)
 """)
 HEADERS = [Source(path, "") for path in (
-    "app/keyboardmaincontroller.h", "base/text.h", "daemon/store.h", "daemonlink/replyport.h", "cli/console.h",
+    "app/keyboardmaincontroller.h", "base/text.h", "daemon/devicedaemon.h", "daemonlink/replyport.h", "cli/console.h",
+    *(f"daemon/{room}/thing.h" for room in ("system", "engine", "settings", "keyboards", "keyboards/virtual",
+                                            "keyboards/linux", "capture", "launch", "frontapplication")),
     "keys/keylayout.h", "keys/keyboardkeyscontroller.h", "keys/keytable.inc", "platform/sheet.h",
-    "platform/messageport.h", "profiles/profilescontroller.h", "tests/support/fakedaemon.h")]
+    "platform/messageport.h", "profiles/profilescontroller.h", "profiles/profilefile.h",
+    "tests/support/fakedaemon.h")]
 
 
 def include_findings(path, included):
     sample = Source(path, f'#include "{included}"\n')
-    return check_include_directions([KEYS_CMAKE, PLATFORM_CMAKE, *HEADERS, sample])
+    return check_include_directions([KEYS_CMAKE, PROFILES_CMAKE, PLATFORM_CMAKE, *HEADERS, sample])
 
 
 class IncludeDirections(unittest.TestCase):
@@ -42,7 +51,7 @@ class IncludeDirections(unittest.TestCase):
                 ("base/text.cpp", "app/keyboardmaincontroller.h"),
                 ("platform/messageport.cpp", "app/keyboardmaincontroller.h"),
                 ("daemonlink/replyport.cpp", "app/keyboardmaincontroller.h"),
-                ("daemon/store.cpp", "app/keyboardmaincontroller.h"),
+                ("daemon/devicedaemon.cpp", "app/keyboardmaincontroller.h"),
                 ("cli/console.cpp", "app/keyboardmaincontroller.h"),
                 ("platform/messageport.cpp", "daemonlink/replyport.h"),
                 ("daemonlink/replyport.cpp", "keys/keylayout.h"),
@@ -52,12 +61,30 @@ class IncludeDirections(unittest.TestCase):
                 ("macros/macroscontroller.cpp", "keys/keyboardkeyscontroller.h"),
                 ("keys/keylayout.cpp", "keys/keyboardkeyscontroller.h"),
                 ("keys/keylayout.cpp", "platform/sheet.h"),
-                ("daemon/store.cpp", "daemonlink/replyport.h"),
-                ("daemon/store.cpp", "platform/sheet.h"),
-                ("daemon/store.cpp", "keys/keyboardkeyscontroller.h"),
+                ("daemon/devicedaemon.cpp", "daemonlink/replyport.h"),
+                ("daemon/devicedaemon.cpp", "platform/sheet.h"),
+                ("daemon/devicedaemon.cpp", "keys/keyboardkeyscontroller.h"),
+                ("daemon/system/a.cpp", "daemon/engine/thing.h"),
+                ("daemon/system/a.cpp", "keys/keylayout.h"),
+                ("daemon/engine/a.cpp", "daemon/system/thing.h"),
+                ("daemon/engine/a.cpp", "daemon/settings/thing.h"),
+                ("daemon/engine/a.cpp", "platform/messageport.h"),
+                ("daemon/settings/a.cpp", "daemon/keyboards/thing.h"),
+                ("daemon/settings/a.cpp", "daemon/capture/thing.h"),
+                ("daemon/keyboards/a.cpp", "daemon/capture/thing.h"),
+                ("daemon/keyboards/a.cpp", "daemon/keyboards/linux/thing.h"),
+                ("daemon/keyboards/virtual/a.cpp", "daemon/keyboards/linux/thing.h"),
+                ("daemon/keyboards/linux/a.cpp", "daemon/keyboards/virtual/thing.h"),
+                ("daemon/keyboards/linux/a.cpp", "daemon/devicedaemon.h"),
+                ("daemon/capture/a.cpp", "daemon/frontapplication/thing.h"),
+                ("daemon/capture/a.cpp", "daemon/keyboards/virtual/thing.h"),
+                ("daemon/launch/a.cpp", "daemon/settings/thing.h"),
+                ("daemon/frontapplication/a.cpp", "daemon/launch/thing.h"),
+                ("daemon/frontapplication/a.cpp", "daemon/devicedaemon.h"),
+                ("daemon/devicedaemon.cpp", "profiles/profilefile.h"),
                 ("cli/console.cpp", "keys/keyboardkeyscontroller.h"),
-                ("cli/console.cpp", "daemon/store.h"),
-                ("app/main.cpp", "daemon/store.h"),
+                ("cli/console.cpp", "daemon/devicedaemon.h"),
+                ("app/main.cpp", "daemon/devicedaemon.h"),
                 ("app/main.cpp", "tests/support/fakedaemon.h"),
         ):
             with self.subTest(path=path, included=included):
@@ -70,13 +97,25 @@ class IncludeDirections(unittest.TestCase):
                 ("keys/keyboardkeyscontroller.cpp", "platform/sheet.h"),
                 ("macros/macroscontroller.cpp", "keys/keylayout.h"),
                 ("keys/keylayout.cpp", "keys/keytable.inc"),
-                ("daemon/store.cpp", "keys/keylayout.h"),
+                ("daemon/devicedaemon.cpp", "keys/keylayout.h"),
+                ("daemon/engine/a.cpp", "keys/keylayout.h"),
+                ("daemon/settings/a.cpp", "daemon/engine/thing.h"),
+                ("daemon/keyboards/linux/a.cpp", "daemon/keyboards/thing.h"),
+                ("daemon/capture/a.cpp", "daemon/keyboards/thing.h"),
+                ("daemon/launch/a.cpp", "daemon/system/thing.h"),
+                ("daemon/frontapplication/a.cpp", "daemon/settings/thing.h"),
+                ("daemon/devicedaemon.cpp", "daemon/keyboards/linux/thing.h"),
                 ("cli/console.cpp", "daemonlink/replyport.h"),
+                ("cli/console.cpp", "profiles/profilefile.h"),
                 ("app/main.cpp", "profiles/profilescontroller.h"),
                 ("tests/keys/tst_keys.cpp", "tests/support/fakedaemon.h"),
         ):
             with self.subTest(path=path, included=included):
                 self.assertEqual(include_findings(path, included), [])
+
+    def test_a_room_without_a_rule_is_found(self):
+        self.assertEqual(include_findings("daemon/attic/a.cpp", "base/text.h"),
+                         ["daemon/attic/a.cpp: is in a room of the daemon that has no rule"])
 
     def test_a_path_that_is_not_from_the_root_is_found(self):
         self.assertEqual(len(include_findings("keys/keylayout.cpp", "keylayout.h")), 1)

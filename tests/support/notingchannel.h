@@ -2,7 +2,7 @@
 // A keyboard's keys for tests: says what the computer saw, and whether that made sense. Its thread as KeyChannel's.
 #pragma once
 
-#include "daemon/keychannel.h"
+#include "daemon/keyboards/keychannel.h"
 
 #include <bitset>
 

@@ -2,7 +2,7 @@
 // Keyboards that a test makes up, in the place of the machine's. The test's thread.
 #pragma once
 
-#include "daemon/devices.h"
+#include "daemon/keyboards/devices.h"
 
 #include <algorithm>
 #include <optional>

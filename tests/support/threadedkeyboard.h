@@ -3,8 +3,8 @@
 // the thread of the keys is given to do.
 #pragma once
 
-#include "daemon/handover.h"
-#include "daemon/keyboard.h"
+#include "daemon/keyboards/keyboard.h"
+#include "daemon/system/handover.h"
 #include "tests/support/notingchannel.h"
 
 #include <QThread>
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] QString firmwareVersion() const override { return {}; }
     [[nodiscard]] KeyPath &keys() override { return *mKeys; }
     void showLight(const Backlight::Settings &) override {}
-    void showOnTheFly(OnTheFlyRecorder::State) override {}
+    void showOnTheFly(OnTheFlyState) override {}
     void showGameMode(bool isOn) override { mIsGameModeShown = isOn; }
 
     [[nodiscard]] bool isGameModeShown() const { return mIsGameModeShown; }

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/capture/ontheflymacro.h"
+
+#include "base/settingskeys.h"
+#include "base/uniquename.h"
+#include "daemon/settings/settingsdocument.h"
+#include "keys/keylayout.h"
+#include "keys/keymapping.h"
+#include "macros/macrorecord.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace SettingsDocument;
+
+namespace {
+
+// English in every language: it is kept, as the names of the factory settings are, and read by clients whose language
+// may be another than the daemon's. The user renames it in the configurator.
+const QString nameOfNewMacro = u"On the fly"_s;
+
+QStringList macroNames(const QVariantList &macros)
+{
+    QStringList names;
+    for (const QVariant &macro : macros)
+        names += macro.toMap().value(SettingsKeys::macroName).toString();
+    return names;
+}
+
+} // namespace
+
+int roomForNewMacro(const QVariantMap &document)
+{
+    const QVariantList list = macros(document);
+    if (list.size() >= MacroRecord::maximumMacros)
+        return 0;
+    qsizetype total = 0;
+    for (const QVariant &macro : list)
+        total += MacroRecord::events(macro.toMap()).size();
+    return static_cast<int>(
+        std::clamp<qsizetype>(MacroRecord::maximumTotalEvents - total, 0, MacroRecord::maximumEvents));
+}
+
+CommandOutcome addOnTheFlyMacro(const QVariantMap &document, const QVariantList &events, int key)
+{
+    QVariantList list = macros(document);
+    const int index = static_cast<int>(list.size());
+    const QVariantMap macro{{SettingsKeys::macroName, uniqueName(macroNames(list), nameOfNewMacro)},
+                            {SettingsKeys::delay, MacroRecord::standardDelayMs}};
+    list += MacroRecord::withEvents(macro, events);
+
+    QVariantList profileList = profiles(document);
+    QVariantMap profile = activeProfile(document);
+    profile[SettingsKeys::keys] =
+        KeyMappings::withEntry(profile.value(SettingsKeys::keys).toMap(), KeyLayout::codeText(key),
+                               KeyMappings::Assignment::playMacro, index, KeyMappings::playOnceValue);
+    profileList[activeProfileIndex(document)] = profile;
+    const QVariantMap changed = completed(withProfiles(withMacros(document, list), profileList));
+    if (!problemOf(changed).isEmpty())
+        return {.status = Status::limitReached, .document = document, .reply = {}, .changesDocument = false};
+    return {.status = Status::ok, .document = changed, .reply = {}, .changesDocument = true};
+}

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/currentkeyboard.h"
+
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/handover.h"
+
+#include <QThread>
+
+void CurrentKeyboard::use(Keyboard &keyboard, const QVariantMap &document)
+{
+    if (mKeyboard) {
+        stop();
+        mKeyboard->disconnect(this);
+        mKeyboard->keys().disconnect(this);
+        mKeyboard->showLight({}); // off: one that changes by itself would go on for ever
+    }
+    mKeyboard = &keyboard;
+    connectKeyboard();
+    mSettings = keySettingsOf(document, mSettings);
+    callKeysAndWait([this](KeyPath &keys) { mLastChoice = keys.start(mSettings); });
+    mAnsweredChoice = mLastChoice;
+    show(document);
+}
+
+void CurrentKeyboard::connectKeyboard()
+{
+    connect(mKeyboard, &Keyboard::attachedChanged, this, &CurrentKeyboard::attachedChanged);
+    connect(mKeyboard, &Keyboard::gameModePressed, this, &CurrentKeyboard::gameModePressed);
+    connect(mKeyboard, &Keyboard::brightnessChosen, this, &CurrentKeyboard::brightnessChosen);
+    connect(mKeyboard, &Keyboard::macroKeyPressed, this, &CurrentKeyboard::macroKeyPressed);
+    // What was on its way from another thread when the keyboard was replaced still arrives.
+    const Keyboard *keyboard = mKeyboard;
+    const KeyPath *keys = &mKeyboard->keys();
+    connect(keys, &KeyPath::keyChanged, this, [this, keyboard](HidUsage key, bool isDown, KeyPath::Time time) {
+        HandOver::take();
+        if (keyboard == mKeyboard)
+            Q_EMIT keyChanged(key, isDown, time);
+    });
+    connect(keys, &KeyPath::keyCaptured, this, [this, keyboard](HidUsage key, quint8 modifiers) {
+        HandOver::take();
+        if (keyboard == mKeyboard)
+            Q_EMIT keyCaptured(key, modifiers);
+    });
+    connect(keys, &KeyPath::profileChosen, this, [this, keyboard](int index, KeyPath::Choice choice) {
+        HandOver::take();
+        if (keyboard == mKeyboard)
+            takeChoice(index, choice);
+    });
+    connect(keys, &KeyPath::programChosen, this, [this](const QString &program) {
+        HandOver::take();
+        Q_EMIT programChosen(program);
+    });
+}
+
+void CurrentKeyboard::takeChoice(int index, KeyPath::Choice choice)
+{
+    if (choice <= mLastChoice)
+        return; // of an earlier use of this keyboard
+    mLastChoice = choice;
+    Q_EMIT profileChosen(index);
+    if (mAnsweredChoice < choice)
+        answer(false);
+}
+
+void CurrentKeyboard::apply(const QVariantMap &document, bool isOtherProfile)
+{
+    mSettings = keySettingsOf(document, mSettings);
+    answer(isOtherProfile);
+    show(document);
+}
+
+void CurrentKeyboard::answer(bool isOtherProfile)
+{
+    mAnsweredChoice = mLastChoice;
+    callKeys(
+        [change = KeyPath::Change{.settings = mSettings, .lastChoice = mLastChoice, .isOtherProfile = isOtherProfile}](
+            KeyPath &keys) { keys.change(change); });
+}
+
+void CurrentKeyboard::show(const QVariantMap &document)
+{
+    mKeyboard->showLight(Backlight::settingsOf(SettingsDocument::activeProfile(document)));
+    mKeyboard->showGameMode(mSettings.isGameModeOn);
+}
+
+void CurrentKeyboard::listen(KeyPath::Listening listening)
+{
+    callKeys([listening](KeyPath &keys) { keys.listen(listening); });
+}
+
+void CurrentKeyboard::stop()
+{
+    callKeysAndWait([](KeyPath &keys) { keys.stop(); });
+}
+
+template <typename Function> void CurrentKeyboard::callKeys(Function function)
+{
+    KeyPath *keys = &mKeyboard->keys();
+    QMetaObject::invokeMethod(keys, HandOver::Call{[keys, function = std::move(function)] { function(*keys); }});
+}
+
+template <typename Function> void CurrentKeyboard::callKeysAndWait(Function function)
+{
+    KeyPath *keys = &mKeyboard->keys();
+    const bool isHere = keys->thread() == QThread::currentThread();
+    QMetaObject::invokeMethod(keys, HandOver::Call{[keys, &function] { function(*keys); }},
+                              isHere ? Qt::DirectConnection : Qt::BlockingQueuedConnection);
+    HandOver::take();
+}

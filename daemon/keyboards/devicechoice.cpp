@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/devicechoice.h"
+
+#include "base/devicekeys.h"
+#include "base/propertylist.h"
+#include "daemon/system/damagedfile.h"
+#include "daemon/system/logging.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::optional<quint16> number(const QVariantMap &entry, DeviceKeys::Key key)
+{
+    const QVariant value = entry.value(key);
+    if (value.typeId() != QMetaType::Int || value.toInt() < 0 || value.toInt() > std::numeric_limits<quint16>::max())
+        return {};
+    return static_cast<quint16>(value.toInt());
+}
+
+std::optional<ChosenDevice> choiceOf(const QVariant &value)
+{
+    const QVariantMap entry = value.toMap();
+    const std::optional<quint16> vendor = number(entry, DeviceKeys::vendor);
+    const std::optional<quint16> product = number(entry, DeviceKeys::product);
+    const QVariant serial = entry.value(DeviceKeys::serial);
+    const QVariant path = entry.value(DeviceKeys::path);
+    if (!vendor || !product || serial.typeId() != QMetaType::QString || path.typeId() != QMetaType::QString)
+        return {};
+    return ChosenDevice{.vendor = *vendor, .product = *product, .serial = serial.toString(), .path = path.toString()};
+}
+
+/// The choices in a file's dictionary; absent when it is not of that shape.
+std::optional<QList<ChosenDevice>> choicesIn(const QVariantMap &root)
+{
+    const QVariant list = root.value(DeviceKeys::devices);
+    if (list.typeId() != QMetaType::QVariantList)
+        return {};
+    QList<ChosenDevice> choices;
+    for (const QVariant &value : list.toList()) {
+        const std::optional<ChosenDevice> choice = choiceOf(value);
+        if (!choice)
+            return {};
+        choices += *choice;
+    }
+    return choices;
+}
+
+/// `choice` with what else the file says of it.
+QVariantMap entryOf(const ChosenDevice &choice, const QVariantList &before)
+{
+    const auto old = std::ranges::find_if(before, [&](const QVariant &value) { return choiceOf(value) == choice; });
+    QVariantMap entry = old != before.end() ? old->toMap() : QVariantMap();
+    entry.insert(DeviceKeys::vendor, int(choice.vendor));
+    entry.insert(DeviceKeys::product, int(choice.product));
+    entry.insert(DeviceKeys::serial, choice.serial);
+    entry.insert(DeviceKeys::path, choice.path);
+    return entry;
+}
+
+} // namespace
+
+DeviceChoice::DeviceChoice(const QString &folder) : mPath(QDir(folder).filePath(u"devices.plist"_s)) {}
+
+QList<ChosenDevice> DeviceChoice::load()
+{
+    mRoot.clear();
+    mChoices.clear();
+    mIsUnreadable = false;
+    const QFileInfo file(mPath);
+    if (!file.exists() && !file.isSymLink()) // a link whose file is not there may lead to a disk that comes later
+        return {};
+    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(mPath);
+    if (!bytes.error.isEmpty()) {
+        refuse(bytes.error);
+        return {};
+    }
+    const QVariantMap root = PropertyList::read(bytes.data).value_or(QVariant()).toMap();
+    if (const std::optional<QList<ChosenDevice>> choices = choicesIn(root)) {
+        mRoot = root;
+        mChoices = *choices;
+        return mChoices;
+    }
+    const SetAsideFile aside = setDamagedFileAside(mPath, mPath);
+    if (aside.error.isEmpty())
+        qCWarning(lcSettings, "file: %s is damaged, set aside as %s: no keyboard is chosen", qUtf8Printable(mPath),
+                  qUtf8Printable(aside.name));
+    else
+        refuse(u"damaged, and cannot be set aside: "_s + aside.error);
+    return {};
+}
+
+void DeviceChoice::refuse(const QString &reason)
+{
+    mIsUnreadable = true;
+    qCCritical(lcSettings,
+               "file: cannot read %s (%s): no keyboard is chosen, and no choice is kept until it is moved away",
+               qUtf8Printable(mPath), qUtf8Printable(reason));
+}
+
+bool DeviceChoice::save(const QList<ChosenDevice> &choices)
+{
+    const QFileInfo file(mPath);
+    if (mIsUnreadable && (file.exists() || file.isSymLink())) {
+        qCCritical(lcSettings, "file: %s is in the way of the choice", qUtf8Printable(mPath));
+        return false;
+    }
+    if (choices == mChoices && (file.exists() || choices.isEmpty()))
+        return true;
+    const QVariantList before = mRoot.value(DeviceKeys::devices).toList();
+    QVariantList entries;
+    for (const ChosenDevice &choice : choices)
+        entries += entryOf(choice, before);
+    QVariantMap root = mRoot;
+    root.insert(DeviceKeys::devices, entries);
+    const std::optional<QByteArray> data = PropertyList::writeBinary(root);
+    QString problem;
+    if (!data || !PropertyList::writeFileAtomically(mPath, *data, &problem)) {
+        qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(mPath), qUtf8Printable(problem));
+        return false;
+    }
+    mRoot = root;
+    mChoices = choices;
+    mIsUnreadable = false;
+    return true;
+}

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/devices.h"
+
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isOfKind(const InputDevice &device, const ChosenDevice &choice)
+{
+    return device.vendor == choice.vendor && device.product == choice.product && device.serial == choice.serial;
+}
+
+} // namespace
+
+QString deviceRightsRemedy(const QString &id)
+{
+    return u"Run \"kestractl device rule %1\" and follow the first lines of what it prints."_s.arg(id);
+}
+
+QString outputRightsRemedy()
+{
+    return u"\"kestractl device rule ID\", with the ID of your keyboard, prints a rule that gives the right to "
+           "/dev/uinput, too; follow its first lines. Where there is no /dev/uinput, load the module: "
+           "sudo modprobe uinput."_s;
+}
+
+ChosenDevice choiceOf(const InputDevice &device)
+{
+    return {.vendor = device.vendor, .product = device.product, .serial = device.serial, .path = device.path};
+}
+
+QList<qsizetype> chosenAmong(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices)
+{
+    std::vector<bool> isChosen(devices.size(), false);
+    const auto find = [&](const ChosenDevice &choice, bool atSamePath) {
+        for (qsizetype index = 0; index < devices.size(); ++index) {
+            const InputDevice &device = devices.at(index);
+            if (!isChosen.at(index) && isOfKind(device, choice) && (!atSamePath || device.path == choice.path)) {
+                isChosen.at(index) = true;
+                return true;
+            }
+        }
+        return false;
+    };
+    // Those at their port first: of two keyboards with one number, each is to be found where it was.
+    QList<ChosenDevice> moved;
+    for (const ChosenDevice &choice : choices) {
+        if (!find(choice, true) && !choice.serial.isEmpty())
+            moved += choice;
+    }
+    for (const ChosenDevice &choice : moved)
+        find(choice, false);
+    QList<qsizetype> indexes;
+    for (qsizetype index = 0; index < devices.size(); ++index) {
+        if (isChosen.at(index))
+            indexes += index;
+    }
+    return indexes;
+}

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/devicesadaptor.h"
+
+#include "base/devicekeys.h"
+
+#include <QDBusError>
+#include <QDBusMetaType>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QVariantMap dictionaryOf(const InputDevice &device)
+{
+    return {{DeviceKeys::id, device.id},          {DeviceKeys::name, device.name},
+            {DeviceKeys::vendor, device.vendor},  {DeviceKeys::product, device.product},
+            {DeviceKeys::serial, device.serial},  {DeviceKeys::path, device.path},
+            {DeviceKeys::nodes, device.nodes},    {DeviceKeys::isInUse, device.isInUse},
+            {DeviceKeys::problem, device.problem}};
+}
+
+} // namespace
+
+DevicesObject::DevicesObject(DeviceSource &source, DeviceChoice &choice, QObject *parent) : QObject(parent)
+{
+    qDBusRegisterMetaType<QList<QVariantMap>>();
+    new DevicesAdaptor(source, choice, this);
+}
+
+bool DevicesObject::registerOn(QDBusConnection connection)
+{
+    return connection.registerObject(DeviceKeys::objectPath, this, QDBusConnection::ExportAdaptors);
+}
+
+DevicesAdaptor::DevicesAdaptor(DeviceSource &source, DeviceChoice &choice, DevicesObject *object)
+    : QDBusAbstractAdaptor(object), mSource(source), mChoice(choice), mObject(object)
+{
+    connect(&mSource, &DeviceSource::changed, this, &DevicesAdaptor::Changed);
+}
+
+QList<QVariantMap> DevicesAdaptor::List() const
+{
+    QList<QVariantMap> list;
+    for (const InputDevice &device : mSource.devices())
+        list += dictionaryOf(device);
+    return list;
+}
+
+void DevicesAdaptor::Use(const QStringList &ids)
+{
+    if (ids.isEmpty()) {
+        mObject->sendErrorReply(QDBusError::InvalidArgs, u"no keyboard is named"_s);
+        return;
+    }
+    const UseResult result = mSource.use(ids);
+    switch (result.code) {
+    case UseResult::Code::ok: keepChoice(); return;
+    case UseResult::Code::unknown: mObject->sendErrorReply(DeviceKeys::unknownError, result.problem); return;
+    case UseResult::Code::refused: mObject->sendErrorReply(DeviceKeys::refusedError, result.problem); return;
+    }
+}
+
+void DevicesAdaptor::Release()
+{
+    mSource.release();
+    keepChoice();
+}
+
+void DevicesAdaptor::keepChoice()
+{
+    if (!mChoice.save(mSource.choices()))
+        mObject->sendErrorReply(DeviceKeys::notKeptError,
+                                u"done, but it cannot be kept: the daemon's next start will find the choice from "
+                                "before. The log of the daemon says why; make room on the disk, then say it again"_s);
+}
+
+QVariantMap DevicesAdaptor::Status() const
+{
+    const DeviceStatus status = mSource.status();
+    return {{DeviceKeys::state, QString(deviceStateName(status.state))},
+            {DeviceKeys::names, status.names},
+            {DeviceKeys::grabs, status.grabs},
+            {DeviceKeys::problem, status.problem},
+            {DeviceKeys::isRealTime, status.isRealTime},
+            {DeviceKeys::lostEvents, status.lostEvents},
+            {DeviceKeys::latencyCount, status.latency.count},
+            {DeviceKeys::latencyP50Us, status.latency.p50Us},
+            {DeviceKeys::latencyP99Us, status.latency.p99Us},
+            {DeviceKeys::latencyMaximumUs, status.latency.maximumUs}};
+}

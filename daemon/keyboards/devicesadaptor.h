@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// The D-Bus face of the machine's keyboards: the object /Devices on the daemon's connection, described in
+// docs/daemon-protocol.md. Owned by its DevicesObject; the daemon's thread.
+#pragma once
+
+#include "daemon/keyboards/devicechoice.h"
+#include "daemon/keyboards/devices.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QVariantMap>
+
+/// What stands on the bus: carries the adaptor and, as its context, the call that is being answered.
+class DevicesObject : public QObject, public QDBusContext
+{
+    Q_OBJECT
+
+public:
+    /// Both must live longer.
+    DevicesObject(DeviceSource &source, DeviceChoice &choice, QObject *parent = nullptr);
+
+    /// False when the object cannot be put on `connection`.
+    [[nodiscard]] bool registerOn(QDBusConnection connection);
+};
+
+/// Its public slots and signals are the interface. What was chosen is kept before the call returns.
+class DevicesAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    // DeviceKeys::interfaceName; moc takes nothing but a literal.
+    Q_CLASSINFO("D-Bus Interface", "org.quillkestra.Devices")
+
+public:
+    DevicesAdaptor(DeviceSource &source, DeviceChoice &choice, DevicesObject *object);
+
+public Q_SLOTS:
+    [[nodiscard]] QList<QVariantMap> List() const;
+    void Use(const QStringList &ids);
+    void Release();
+    [[nodiscard]] QVariantMap Status() const;
+
+Q_SIGNALS:
+    void Changed();
+
+private:
+    void keepChoice();
+
+    DeviceSource &mSource;
+    DeviceChoice &mChoice;
+    DevicesObject *mObject;
+};

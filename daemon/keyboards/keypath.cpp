@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/keypath.h"
+
+#include "daemon/system/deadlinetimer.h"
+#include "daemon/system/handover.h"
+#include "daemon/system/logging.h"
+
+#include <utility>
+
+KeyPath::KeyPath(KeyChannel &channel, QObject *parent) : KeyPath(channel, KeyClock{.now = DeadlineTimer::now}, parent)
+{
+    auto *timer = new DeadlineTimer(this); // a child, so that it goes with the path to another thread
+    if (!timer->isUsable())
+        qCCritical(lcDaemon, "daemon: no timer, macros will not play");
+    connect(timer, &DeadlineTimer::reached, this, &KeyPath::wake);
+    mClock.wakeAt = [timer](std::optional<Time> deadline) { timer->setDeadline(deadline); };
+}
+
+KeyPath::KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent)
+    : QObject(parent), mChannel(channel), mClock(std::move(clock))
+{
+    connect(&mChannel, &KeyChannel::keyChanged, this, &KeyPath::takeKey);
+    connect(&mChannel, &KeyChannel::emptied, this, &KeyPath::releaseAll);
+}
+
+KeyPath::Choice KeyPath::start(const KeySettings &settings)
+{
+    mIsStarted = true;
+    mIsSwitchUnanswered = false;
+    mSettings = settings;
+    applySettings();
+    return mLastChoice;
+}
+
+void KeyPath::change(Change change)
+{
+    if (!mIsStarted)
+        return;
+    const bool isUpToDate = change.lastChoice == mLastChoice;
+    if (!isUpToDate && change.settings.hasProfile(mSettings.activeProfile))
+        change.settings.activeProfile = mSettings.activeProfile;
+    const bool isAnswer = mIsSwitchUnanswered && isUpToDate;
+    // When the key switched, macros were stopped; those that play now are of the profile that it chose.
+    const bool isOtherProfile =
+        isAnswer ? change.settings.activeProfile != mSettings.activeProfile : change.isOtherProfile;
+    mIsSwitchUnanswered = !isUpToDate && (mIsSwitchUnanswered || change.isOtherProfile);
+    mSettings = std::move(change.settings);
+    if (isUpToDate && isOtherProfile)
+        perform(mEngine.stopMacros());
+    applySettings();
+}
+
+void KeyPath::applySettings()
+{
+    perform(mEngine.setMacros(mSettings.macros));
+    perform(mEngine.setKeyMap(mSettings.profiles[static_cast<std::size_t>(mSettings.activeProfile)]->map));
+    perform(mEngine.setGameMode(mSettings.isGameModeOn));
+}
+
+void KeyPath::listen(Listening listening)
+{
+    mIsReporting = listening.isReporting;
+    perform(mEngine.setCapturing(listening.isCapturing));
+}
+
+void KeyPath::stop()
+{
+    listen({});
+    releaseAll();
+    mIsStarted = false;
+}
+
+void KeyPath::releaseAll()
+{
+    perform(mEngine.releaseAll());
+}
+
+void KeyPath::wake()
+{
+    mWakeTime.reset();
+    perform(mEngine.advance(mClock.now()));
+}
+
+void KeyPath::takeKey(HidUsage key, bool isDown, Time time)
+{
+    if (!mIsStarted)
+        return;
+    if (mIsReporting) {
+        HandOver::give();
+        Q_EMIT keyChanged(key, isDown, time);
+    }
+    perform(isDown ? mEngine.keyDown(key, time) : mEngine.keyUp(key, time));
+}
+
+void KeyPath::perform(const EngineOutputs &outputs)
+{
+    bool hasSent = false;
+    HandOver::give();
+    for (const EngineOutput &output : outputs) {
+        switch (output.kind) {
+        case EngineOutput::Kind::sendDown:
+        case EngineOutput::Kind::sendUp:
+            mChannel.send(output.usage, output.kind == EngineOutput::Kind::sendDown);
+            hasSent = true;
+            break;
+        case EngineOutput::Kind::captured: Q_EMIT keyCaptured(output.usage, output.modifiers); break;
+        case EngineOutput::Kind::switchProfile: chooseProfile(output.profileIndex); break;
+        case EngineOutput::Kind::launchProgram: Q_EMIT programChosen(output.program); break;
+        }
+    }
+    if (hasSent)
+        mChannel.flush();
+    if (const auto deadline = mEngine.nextDeadline(); deadline != mWakeTime) {
+        mWakeTime = deadline;
+        mClock.wakeAt(deadline);
+    }
+}
+
+void KeyPath::chooseProfile(int index)
+{
+    ++mLastChoice;
+    if (mSettings.hasProfile(index) && index != mSettings.activeProfile) {
+        mSettings.activeProfile = index;
+        mIsSwitchUnanswered = true;
+        perform(mEngine.stopMacros());
+        perform(mEngine.setKeyMap(mSettings.profiles[static_cast<std::size_t>(index)]->map));
+    }
+    HandOver::give();
+    Q_EMIT profileChosen(index, mLastChoice);
+}

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/epolldispatcher.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <QTimerEvent>
+
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <limits>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::size_t usualCount = 64; // of files, of timers
+constexpr int filesAtOnce = 16;
+
+/// What wakes a notifier; errors and ends do in any case, and reading or writing then tells which.
+unsigned int eventsOf(QSocketNotifier::Type type)
+{
+    switch (type) {
+    case QSocketNotifier::Read: return EPOLLIN;
+    case QSocketNotifier::Write: return EPOLLOUT;
+    case QSocketNotifier::Exception: return EPOLLPRI;
+    }
+    return 0;
+}
+
+} // namespace
+
+EpollDispatcher::EpollDispatcher(QObject *parent)
+    : QAbstractEventDispatcher(parent), mEpoll(::epoll_create1(EPOLL_CLOEXEC)),
+      mWakeUp(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+    epoll_event event = {.events = EPOLLIN, .data = {.fd = mWakeUp}};
+    if (mEpoll < 0 || mWakeUp < 0 || ::epoll_ctl(mEpoll, EPOLL_CTL_ADD, mWakeUp, &event) != 0)
+        qFatal("EpollDispatcher: %s", qUtf8Printable(qt_error_string(errno))); // as Qt's own would
+    mNotifiers.reserve(usualCount);
+    mTimers.reserve(usualCount);
+    EpollDispatcher::wakeUp(); // what was posted before there was a dispatcher
+}
+
+EpollDispatcher::~EpollDispatcher()
+{
+    (void)mIsWoken.exchange(true); // whoever has interrupted its thread for the last time is done
+    ::close(mWakeUp);
+    ::close(mEpoll);
+}
+
+bool EpollDispatcher::processEvents(QEventLoop::ProcessEventsFlags flags)
+{
+    mIsInterrupted = false; // what it interrupted has seen it
+    const bool mayWait = flags.testFlag(QEventLoop::WaitForMoreEvents);
+    if (mayWait)
+        Q_EMIT aboutToBlock();
+    std::array<epoll_event, filesAtOnce> events;
+    int count = 0;
+    do {
+        count = ::epoll_wait(mEpoll, events.data(), filesAtOnce, mayWait ? timeUntilTimer() : 0);
+    } while (count < 0 && errno == EINTR);
+    Q_EMIT awake();
+
+    bool hasDone = false;
+    for (int index = 0; index < count && !mIsInterrupted; ++index) {
+        const epoll_event &event = events[static_cast<std::size_t>(index)];
+        if (event.data.fd == mWakeUp) {
+            sendPosted();
+            hasDone = true;
+        } else {
+            hasDone = tellNotifiers(event.data.fd, event.events) || hasDone;
+        }
+    }
+    return tellTimers() || hasDone;
+}
+
+void EpollDispatcher::sendPosted()
+{
+    quint64 wakes = 0;
+    [[maybe_unused]] const ssize_t size = ::read(mWakeUp, &wakes, sizeof wakes);
+    // From here on, what is posted wakes anew. What was done before a wake-up is seen from here on, too.
+    (void)mIsWoken.exchange(false);
+    QCoreApplication::sendPostedEvents();
+}
+
+bool EpollDispatcher::tellNotifiers(int descriptor, unsigned int events)
+{
+    bool hasTold = false;
+    for (const auto type : {QSocketNotifier::Read, QSocketNotifier::Write, QSocketNotifier::Exception}) {
+        if (!(events & (eventsOf(type) | EPOLLERR | EPOLLHUP)))
+            continue;
+        // Looked up each time: whoever was told may have disabled or destroyed others.
+        const auto notifier = std::ranges::find_if(mNotifiers, [descriptor, type](const QSocketNotifier *candidate) {
+            return candidate->socket() == descriptor && candidate->type() == type;
+        });
+        if (notifier == mNotifiers.end())
+            continue;
+        QEvent event(QEvent::SockAct);
+        QCoreApplication::sendEvent(*notifier, &event);
+        hasTold = true;
+    }
+    return hasTold;
+}
+
+void EpollDispatcher::registerSocketNotifier(QSocketNotifier *notifier)
+{
+    mNotifiers.push_back(notifier);
+    watch(static_cast<int>(notifier->socket()));
+}
+
+void EpollDispatcher::unregisterSocketNotifier(QSocketNotifier *notifier)
+{
+    if (std::erase(mNotifiers, notifier) > 0)
+        watch(static_cast<int>(notifier->socket()));
+}
+
+/// As its notifiers want it now.
+void EpollDispatcher::watch(int descriptor)
+{
+    epoll_event event = {.events = 0, .data = {.fd = descriptor}};
+    for (const QSocketNotifier *notifier : mNotifiers) {
+        if (notifier->socket() == descriptor)
+            event.events |= eventsOf(notifier->type());
+    }
+    // One that was closed is not watched any more, and its number may be another file's.
+    if (event.events == 0)
+        ::epoll_ctl(mEpoll, EPOLL_CTL_DEL, descriptor, nullptr);
+    else if (::epoll_ctl(mEpoll, EPOLL_CTL_MOD, descriptor, &event) != 0
+             && ::epoll_ctl(mEpoll, EPOLL_CTL_ADD, descriptor, &event) != 0)
+        qWarning("EpollDispatcher: file %d cannot be watched: %s", descriptor, qUtf8Printable(qt_error_string(errno)));
+}
+
+// Timers
+
+void EpollDispatcher::registerTimer(int id, qint64 intervalMs, Qt::TimerType type, QObject *object)
+{
+    const std::chrono::milliseconds interval(intervalMs);
+    mTimers.push_back({.id = id, .interval = interval, .type = type, .object = object, .due = Clock::now() + interval});
+}
+
+bool EpollDispatcher::unregisterTimer(int id)
+{
+    return std::erase_if(mTimers, [id](const Timer &timer) { return timer.id == id; }) > 0;
+}
+
+bool EpollDispatcher::unregisterTimers(QObject *object)
+{
+    return std::erase_if(mTimers, [object](const Timer &timer) { return timer.object == object; }) > 0;
+}
+
+QList<EpollDispatcher::TimerInfo> EpollDispatcher::registeredTimers(QObject *object) const
+{
+    QList<TimerInfo> infos;
+    for (const Timer &timer : mTimers) {
+        if (timer.object == object)
+            infos += TimerInfo(timer.id, static_cast<int>(timer.interval.count()), timer.type);
+    }
+    return infos;
+}
+
+int EpollDispatcher::remainingTime(int id)
+{
+    const Timer *found = timer(id);
+    if (!found)
+        return -1;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(found->due - Clock::now());
+    return static_cast<int>(std::max(left, 0ms).count());
+}
+
+EpollDispatcher::Timer *EpollDispatcher::timer(int id)
+{
+    const auto found = std::ranges::find(mTimers, id, &Timer::id);
+    return found == mTimers.end() ? nullptr : &*found;
+}
+
+/// In milliseconds; -1: there is no timer.
+int EpollDispatcher::timeUntilTimer() const
+{
+    const auto next = std::ranges::min_element(mTimers, {}, &Timer::due);
+    if (next == mTimers.end())
+        return -1;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(next->due - Clock::now());
+    return static_cast<int>(std::clamp<qint64>(left.count(), 0, std::numeric_limits<int>::max()));
+}
+
+bool EpollDispatcher::tellTimers()
+{
+    if (mTimers.empty())
+        return false;
+    bool hasTold = false;
+    // Those that are due now, each once; one that is started meanwhile waits for the next round.
+    const Clock::time_point now = Clock::now();
+    for (;;) {
+        const auto next = std::ranges::min_element(mTimers, {}, [now](const Timer &timer) {
+            return timer.isTold || timer.due > now ? Clock::time_point::max() : timer.due;
+        });
+        if (next == mTimers.end() || next->isTold || next->due > now)
+            break;
+        const int id = next->id;
+        next->due = std::max(next->due + next->interval, now);
+        next->isTold = true;
+        QTimerEvent event(id);
+        QCoreApplication::sendEvent(next->object, &event);
+        hasTold = true;
+    }
+    for (Timer &timer : mTimers)
+        timer.isTold = false;
+    return hasTold;
+}
+
+// Other threads
+
+void EpollDispatcher::wakeUp()
+{
+    if (mIsWoken.exchange(true))
+        return;
+    const quint64 one = 1;
+    [[maybe_unused]] const ssize_t size = ::write(mWakeUp, &one, sizeof one); // full: it is awake anyway
+}
+
+void EpollDispatcher::interrupt()
+{
+    mIsInterrupted = true;
+    wakeUp();
+}

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/eventfile.h"
+
+#include <libevdev/libevdev.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+std::unique_ptr<EvdevFile> EvdevFile::open(const QString &path, int &error)
+{
+    const int descriptor = ::open(path.toLocal8Bit().constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        error = errno;
+        return nullptr;
+    }
+    libevdev *device = nullptr;
+    error = -libevdev_new_from_fd(descriptor, &device);
+    if (error > 0) {
+        ::close(descriptor);
+        return nullptr;
+    }
+    // The engine's clock. Any other could be set back while a macro is recorded.
+    libevdev_set_clock_id(device, CLOCK_MONOTONIC);
+    return std::unique_ptr<EvdevFile>(new EvdevFile(descriptor, device));
+}
+
+EvdevFile::~EvdevFile()
+{
+    libevdev_free(mDevice);
+    ::close(mDescriptor);
+}
+
+EventFile::ReadResult EvdevFile::read(KeyTranslator::Event &event)
+{
+    input_event read;
+    ReadResult result = ReadResult::nothing;
+    if (mSource != Source::file)
+        result = readLibrary(read);
+    if (mSource == Source::file)
+        result = readFile(read);
+    if (result == ReadResult::event)
+        event = {.type = read.type,
+                 .code = read.code,
+                 .value = read.value,
+                 .time = std::chrono::seconds(read.input_event_sec) + std::chrono::microseconds(read.input_event_usec)};
+    return result;
+}
+
+EventFile::ReadResult EvdevFile::readFile(input_event &event)
+{
+    switch (mBuffer.next(event)) {
+    case EventBuffer::Result::event: break;
+    case EventBuffer::Result::nothing: return ReadResult::nothing;
+    case EventBuffer::Result::gone: return ReadResult::gone;
+    }
+    if (event.type == EV_SYN && event.code == SYN_DROPPED)
+        return findMissedEvents();
+    if (event.type == EV_KEY)
+        libevdev_set_event_value(mDevice, EV_KEY, event.code, event.value);
+    return ReadResult::event;
+}
+
+EventFile::ReadResult EvdevFile::findMissedEvents()
+{
+    mBuffer.clear(); // no more than is missed
+    input_event unused;
+    if (libevdev_next_event(mDevice, LIBEVDEV_READ_FLAG_FORCE_SYNC, &unused) != LIBEVDEV_READ_STATUS_SYNC)
+        return ReadResult::gone;
+    mSource = Source::missedEvents;
+    return ReadResult::dropped;
+}
+
+/// The source is the file again when it has no more.
+EventFile::ReadResult EvdevFile::readLibrary(input_event &event)
+{
+    for (;;) {
+        const bool isMissed = mSource == Source::missedEvents;
+        const int result =
+            libevdev_next_event(mDevice, isMissed ? LIBEVDEV_READ_FLAG_SYNC : LIBEVDEV_READ_FLAG_NORMAL, &event);
+        if (result == LIBEVDEV_READ_STATUS_SYNC && !isMissed) {
+            mSource = Source::missedEvents;
+            return ReadResult::dropped;
+        }
+        if (result >= 0)
+            return ReadResult::event;
+        if (result != -EAGAIN)
+            return result == -EINTR ? ReadResult::nothing : ReadResult::gone;
+        mSource = isMissed ? Source::laterEvents : Source::file;
+        if (!isMissed)
+            return ReadResult::nothing;
+    }
+}
+
+int EvdevFile::setGrabbed(bool isGrabbed)
+{
+    return ::ioctl(mDescriptor, EVIOCGRAB, isGrabbed ? 1L : 0L) == 0 ? 0 : errno;
+}
+
+EventFile::Keys EvdevFile::keysDown()
+{
+    std::array<unsigned char, KeyCodes::codeCount / 8> bytes = {};
+    Keys keys;
+    if (::ioctl(mDescriptor, EVIOCGKEY(bytes.size()), bytes.data()) < 0)
+        return keys;
+    for (std::size_t code = 0; code < keys.size(); ++code)
+        keys[code] = (bytes[code / 8] >> (code % 8)) & 1;
+    return keys;
+}
+
+void EvdevFile::inject(quint16 code, bool isDown)
+{
+    std::array<input_event, 2> events = {};
+    events[0].type = EV_KEY;
+    events[0].code = code;
+    events[0].value = isDown ? 1 : 0;
+    events[1].type = EV_SYN;
+    events[1].code = SYN_REPORT;
+    // Where it fails the device is gone, which the next read() tells.
+    [[maybe_unused]] const ssize_t written = ::write(mDescriptor, events.data(), sizeof events);
+}
+
+void EvdevFile::setLed(quint16 led, bool isOn)
+{
+    if (!libevdev_has_event_code(mDevice, EV_LED, led))
+        return;
+    std::array<input_event, 2> events = {};
+    events[0].type = EV_LED;
+    events[0].code = led;
+    events[0].value = isOn ? 1 : 0;
+    events[1].type = EV_SYN;
+    events[1].code = SYN_REPORT;
+    [[maybe_unused]] const ssize_t written = ::write(mDescriptor, events.data(), sizeof events);
+}

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/inputnode.h"
+
+namespace {
+
+constexpr int takeOverAttempts = 3;
+
+template <typename Function> void forEachKey(const EventFile::Keys &keys, Function function)
+{
+    for (std::size_t code = 0; code < keys.size(); ++code) {
+        if (keys[code])
+            function(static_cast<quint16>(code));
+    }
+}
+
+} // namespace
+
+InputNode::InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, InputNodeHandler &handler,
+                     std::chrono::milliseconds patience, QObject *parent)
+    : QObject(parent), mFile(std::move(file)), mId(id), mHandler(handler),
+      mNotifier(mFile->descriptor(), QSocketNotifier::Read, this), mRest(this), mPatience(this),
+      mGivesHidUsages(givesHidUsages)
+{
+    mNotifier.setEnabled(false);
+    connect(&mNotifier, &QSocketNotifier::activated, this, [this] { read(); });
+    mRest.setSingleShot(true);
+    mRest.setTimerType(Qt::PreciseTimer);
+    mRest.setInterval(rest);
+    mRest.callOnTimeout(this, [this] {
+        mNotifier.setEnabled(true);
+        read(); // what was read already and not told does not show in the file any more
+    });
+    mPatience.setSingleShot(true);
+    mPatience.setInterval(patience);
+    mPatience.callOnTimeout(this, &InputNode::takeOver);
+}
+
+InputNode::~InputNode()
+{
+    release();
+}
+
+void InputNode::start()
+{
+    mNotifier.setEnabled(true);
+    mPatience.start();
+    grabWhenUp();
+}
+
+void InputNode::release()
+{
+    if (mState == State::grabbed) {
+        forEachKey(mFile->keysDown(), [this](quint16 code) { mFile->inject(code, false); });
+        [[maybe_unused]] const int error = mFile->setGrabbed(false); // fails when the device is gone
+    }
+    if (mState == State::grabbed || mState == State::waiting)
+        setState(State::released);
+}
+
+void InputNode::setLed(quint16 led, bool isOn)
+{
+    if (mState == State::grabbed)
+        mFile->setLed(led, isOn);
+}
+
+void InputNode::setState(State state)
+{
+    mState = state;
+    if (state != State::waiting)
+        mPatience.stop();
+    if (state != State::waiting && state != State::grabbed) {
+        mNotifier.setEnabled(false);
+        mRest.stop();
+    }
+    mHandler.nodeStateChanged(*this);
+}
+
+void InputNode::read()
+{
+    int count = 0;
+    while (count < eventsAtOnce && readOnce())
+        ++count;
+    if (mState == State::grabbed || mState == State::waiting) {
+        if (count == eventsAtOnce) {
+            mNotifier.setEnabled(false);
+            mRest.start();
+        } else if (mState == State::waiting && count > 0) {
+            grabWhenUp();
+        }
+    }
+    mHandler.nodeRead(*this);
+}
+
+bool InputNode::readOnce()
+{
+    KeyTranslator::Event event;
+    switch (mFile->read(event)) {
+    case EventFile::ReadResult::event:
+        if (mState == State::grabbed)
+            mHandler.nodeEvent(*this, event);
+        break;
+    case EventFile::ReadResult::dropped: mHandler.nodeDroppedEvents(*this); break;
+    case EventFile::ReadResult::nothing: return false;
+    case EventFile::ReadResult::gone: setState(State::gone); return false;
+    }
+    return mState == State::grabbed || mState == State::waiting;
+}
+
+void InputNode::grabWhenUp()
+{
+    if (mFile->keysDown().any())
+        return;
+    if (const int error = mFile->setGrabbed(true))
+        return refuse(error);
+    const EventFile::Keys pressed = mFile->keysDown();
+    if (pressed.none())
+        return setState(State::grabbed);
+    // One went down just before: the desktop has seen that, and is to see its release.
+    if (const int error = mFile->setGrabbed(false))
+        return refuse(error);
+    const EventFile::Keys missed = pressed & ~mFile->keysDown(); // came up meanwhile, and nobody was told
+    forEachKey(missed, [this](quint16 code) {
+        mFile->inject(code, true);
+        mFile->inject(code, false);
+    });
+}
+
+void InputNode::takeOver()
+{
+    EventFile::Keys held;
+    for (int attempt = 0; attempt < takeOverAttempts; ++attempt) {
+        const EventFile::Keys down = mFile->keysDown();
+        forEachKey(down, [this](quint16 code) { mFile->inject(code, false); });
+        held |= down;
+        if (const int error = mFile->setGrabbed(true))
+            return refuse(error);
+        const bool isLast = attempt == takeOverAttempts - 1;
+        if (mFile->keysDown().none() || isLast)
+            break;
+        // One more went down between the two.
+        if (const int error = mFile->setGrabbed(false))
+            return refuse(error);
+    }
+    setState(State::grabbed);
+    if (mState == State::grabbed) // the handler may have given it back
+        forEachKey(held, [this](quint16 code) { mFile->inject(code, true); });
+}
+
+void InputNode::refuse(int error)
+{
+    mError = error;
+    setState(error == ENODEV ? State::gone : State::refused);
+}

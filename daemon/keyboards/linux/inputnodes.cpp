@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/inputnodes.h"
+
+#include "daemon/system/logging.h"
+
+#include <QFile>
+#include <QSocketNotifier>
+
+#include <libudev.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int wordsAtOnce = 64;
+
+QString attribute(udev_device *device, const char *name)
+{
+    return device ? QString::fromUtf8(udev_device_get_sysattr_value(device, name)) : QString();
+}
+
+quint16 hexAttribute(udev_device *device, const char *name)
+{
+    return attribute(device, name).toUShort(nullptr, 16);
+}
+
+NodeInfo::Codes codes(udev_device *input, const char *name)
+{
+    return NodeInfo::codesFromText(attribute(input, name).toLatin1());
+}
+
+/// "usb-0000:00:14.0-3/input1" without what tells the interfaces of one device apart.
+QString portOf(const QString &physical)
+{
+    return physical.left(physical.lastIndexOf("/input"_L1));
+}
+
+/// What the device calls itself, without the word that the kernel puts behind it for each of its nodes.
+QString nameOf(udev_device *input, udev_device *hid)
+{
+    const QString nodeName = attribute(input, "name");
+    const QString name = hid ? QString::fromUtf8(udev_device_get_property_value(hid, "HID_NAME")) : QString();
+    return name.trimmed().isEmpty() ? nodeName : name;
+}
+
+std::optional<NodeInfo> nodeInfo(udev_device *device)
+{
+    const char *node = udev_device_get_devnode(device);
+    // Parents belong to the device and are not freed.
+    udev_device *input = udev_device_get_parent_with_subsystem_devtype(device, "input", nullptr);
+    if (!node || !input)
+        return {};
+    udev_device *usb = udev_device_get_parent_with_subsystem_devtype(device, "usb", "usb_device");
+    udev_device *hid = udev_device_get_parent_with_subsystem_devtype(device, "hid", nullptr);
+    udev_device *whole = usb ? usb : hid ? hid : input;
+    const QString usbSerial = attribute(usb, "serial");
+    QString path = QString::fromUtf8(udev_device_get_property_value(usb ? usb : device, "ID_PATH"));
+    if (path.isEmpty())
+        path = portOf(attribute(input, "phys"));
+    return NodeInfo{.node = QString::fromUtf8(node),
+                    .systemPath = QString::fromUtf8(udev_device_get_syspath(device)),
+                    .devicePath = QString::fromUtf8(udev_device_get_syspath(whole)),
+                    .name = nameOf(input, hid),
+                    .bus = hexAttribute(input, "id/bustype"),
+                    .vendor = hexAttribute(input, "id/vendor"),
+                    .product = hexAttribute(input, "id/product"),
+                    .version = hexAttribute(input, "id/version"),
+                    .serial = usbSerial.isEmpty() ? attribute(input, "uniq") : usbSerial,
+                    .path = path,
+                    .isHid = hid != nullptr,
+                    .keys = codes(input, "capabilities/key"),
+                    .relativeAxes = codes(input, "capabilities/rel"),
+                    .absoluteAxes = codes(input, "capabilities/abs")};
+}
+
+} // namespace
+
+InputNodes::InputNodes(QObject *parent) : NodeSource(parent), mUdev(udev_new())
+{
+    mSoon.setSingleShot(true);
+    mSoon.callOnTimeout(this, &InputNodes::changed);
+    if (!mUdev)
+        return;
+    // udev tells when its rules have given the rights to a new node; the kernel before.
+    const bool isUdevRunning = QFile::exists(u"/run/udev/control"_s);
+    mMonitor = udev_monitor_new_from_netlink(mUdev, isUdevRunning ? "udev" : "kernel");
+    if (!mMonitor || udev_monitor_filter_add_match_subsystem_devtype(mMonitor, "input", nullptr) < 0
+        || udev_monitor_enable_receiving(mMonitor) < 0) {
+        qCWarning(lcKeyboard, "desktop: no word from udev, keyboards that are plugged in later are not found");
+        return;
+    }
+    mNotifier = std::make_unique<QSocketNotifier>(udev_monitor_get_fd(mMonitor), QSocketNotifier::Read);
+    connect(mNotifier.get(), &QSocketNotifier::activated, this, &InputNodes::readMonitor);
+}
+
+InputNodes::~InputNodes()
+{
+    mNotifier.reset();
+    if (mMonitor)
+        udev_monitor_unref(mMonitor);
+    if (mUdev)
+        udev_unref(mUdev);
+}
+
+QList<NodeInfo> InputNodes::nodes() const
+{
+    QList<NodeInfo> nodes;
+    udev_enumerate *enumeration = mUdev ? udev_enumerate_new(mUdev) : nullptr;
+    if (!enumeration)
+        return nodes;
+    udev_enumerate_add_match_subsystem(enumeration, "input");
+    udev_enumerate_add_match_sysname(enumeration, "event*");
+    udev_enumerate_scan_devices(enumeration);
+    udev_list_entry *entry = nullptr;
+    udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(enumeration))
+    {
+        udev_device *device = udev_device_new_from_syspath(mUdev, udev_list_entry_get_name(entry));
+        if (!device)
+            continue; // gone meanwhile
+        if (const std::optional<NodeInfo> info = nodeInfo(device))
+            nodes += *info;
+        udev_device_unref(device);
+    }
+    udev_enumerate_unref(enumeration);
+    return nodes;
+}
+
+void InputNodes::readMonitor()
+{
+    for (int count = 0; count < wordsAtOnce; ++count) {
+        udev_device *device = udev_monitor_receive_device(mMonitor);
+        if (!device)
+            break;
+        udev_device_unref(device);
+        if (!mSoon.isActive())
+            mSoon.start();
+    }
+}

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// How long keys took, counted in buckets. One thread adds (the key thread: no allocation, no lock), any thread reads.
+#pragma once
+
+#include "daemon/keyboards/devices.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+
+/// Below 16 microseconds exact, above in eight buckets for each doubling: an answer is at most an eighth too high.
+class LatencyHistogram
+{
+public:
+    void add(std::chrono::microseconds latency);
+    void clear();
+    [[nodiscard]] KeyLatency latency() const;
+
+    [[nodiscard]] static std::size_t bucketOf(quint32 us);
+    [[nodiscard]] static quint32 upperBound(std::size_t bucket); ///< the greatest value that is in it
+
+private:
+    static constexpr std::size_t exactBuckets = 16;
+    static constexpr std::size_t bucketCount = exactBuckets + 8 * 28; // up to 2^32 microseconds
+
+    [[nodiscard]] quint32 percentile(quint64 count, quint64 percent) const;
+
+    std::array<std::atomic<quint32>, bucketCount> mBuckets{};
+    std::atomic<quint32> mMaximum = 0;
+};

@@ -1,0 +1,335 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/linuxdevices.h"
+
+#include "daemon/system/logging.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+int fileAccess(const QString &path)
+{
+    return ::access(path.toLocal8Bit().constData(), R_OK | W_OK) == 0 ? 0 : errno;
+}
+
+/// Why a node cannot be used, by errno, with the remedy.
+QString nodeProblem(const QString &node, const QString &deviceId, int error)
+{
+    switch (error) {
+    case EACCES:
+    case EPERM: return u"No right to open %1. %2"_s.arg(node, deviceRightsRemedy(deviceId));
+    case EBUSY:
+        return u"Another program has taken %1 for itself. End it (\"sudo fuser -v %1\" tells which have it open), then "
+               u"choose the keyboard again."_s.arg(node);
+    case ENOENT:
+    case ENODEV: return u"%1 is gone. Plug the keyboard in again."_s.arg(node);
+    default:
+        return u"%1 cannot be used: %2. Plug the keyboard out and in again; \"sudo dmesg\" may tell more."_s.arg(
+            node, QString::fromLocal8Bit(strerror(error)));
+    }
+}
+
+QList<InputDevice> devicesOf(const QList<KeyboardInfo> &keyboards)
+{
+    QList<InputDevice> devices;
+    for (const KeyboardInfo &keyboard : keyboards)
+        devices += keyboard.device;
+    return devices;
+}
+
+/// The index of the device that `id` means; -1 for none, -2 when it may mean several.
+qsizetype indexOf(const QList<KeyboardInfo> &keyboards, const QString &id)
+{
+    qsizetype found = -1;
+    for (qsizetype index = 0; index < keyboards.size(); ++index) {
+        const InputDevice &device = keyboards.at(index).device;
+        if (device.id == id || device.nodes.contains(id))
+            return index;
+        if (device.id.startsWith(id + u':'))
+            found = found == -1 ? index : -2;
+    }
+    return found;
+}
+
+const char *stateName(InputNode::State state)
+{
+    switch (state) {
+    case InputNode::State::waiting: return "waiting for its keys to come up";
+    case InputNode::State::grabbed: return "taken over";
+    case InputNode::State::refused: return "refused";
+    case InputNode::State::gone: return "gone";
+    case InputNode::State::released: return "given back";
+    }
+    return "?";
+}
+
+} // namespace
+
+LinuxDevices::LinuxDevices(NodeSource &nodes, LinuxKeyboard &keyboard, QObject *parent)
+    : LinuxDevices(nodes, keyboard,
+                   {.openNode = EvdevFile::open, .makeOutput = OutputDevice::create, .access = fileAccess}, parent)
+{
+}
+
+LinuxDevices::LinuxDevices(NodeSource &nodes, LinuxKeyboard &keyboard, Outlets outlets, QObject *parent)
+    : DeviceSource(parent), mSource(nodes), mKeyboard(keyboard), mOutlets(std::move(outlets))
+{
+    const auto look = [this] {
+        synchronize();
+        Q_EMIT changed();
+    };
+    connect(&mSource, &NodeSource::changed, this, look);
+    connect(&mRightsWatch, &QFileSystemWatcher::fileChanged, this, look);
+    connect(&mKeyboard, &LinuxKeyboard::nodeChanged, this, &LinuxDevices::nodeChanged);
+    connect(&mKeyboard, &LinuxKeyboard::panicked, this, &LinuxDevices::panic);
+    connect(&mKeyboard, &LinuxKeyboard::realTimeChanged, this, &LinuxDevices::changed);
+}
+
+QList<InputDevice> LinuxDevices::devices() const
+{
+    QList<InputDevice> devices;
+    for (const KeyboardInfo &keyboard : keyboards()) {
+        InputDevice device = keyboard.device;
+        device.isInUse = std::ranges::any_of(mNodes, [&](const Node &node) {
+            return node.deviceId == device.id && node.state == InputNode::State::grabbed;
+        });
+        device.problem = device.isInUse ? QString() : problemOf(keyboard);
+        devices += device;
+    }
+    return devices;
+}
+
+DeviceStatus LinuxDevices::status() const
+{
+    DeviceStatus status;
+    bool isWaiting = false;
+    for (const Node &node : mNodes) {
+        isWaiting = isWaiting || node.state == InputNode::State::waiting;
+        if (node.state == InputNode::State::grabbed) {
+            status.grabs += node.info.node;
+            if (!status.names.contains(node.deviceName))
+                status.names += node.deviceName;
+        } else if (const QString problem = problemOf(node); !problem.isEmpty() && status.problem.isEmpty()) {
+            status.problem = problem;
+        }
+    }
+    if (status.problem.isEmpty() && !mChoices.isEmpty())
+        status.problem = mOutputProblem;
+    for (const KeyboardInfo &keyboard : chosenKeyboards()) {
+        if (status.problem.isEmpty())
+            status.problem = keyboard.device.problem;
+    }
+    status.state = stateOf(status, isWaiting);
+    if (const KeyThread *thread = mKeyboard.keyThread()) {
+        status.isRealTime = thread->isRealTime();
+        status.lostEvents = thread->channel().lostEvents();
+        status.latency = thread->channel().latency();
+    }
+    return status;
+}
+
+DeviceState LinuxDevices::stateOf(const DeviceStatus &status, bool isWaiting) const
+{
+    if (mChoices.isEmpty())
+        return DeviceState::released;
+    if (!status.grabs.isEmpty())
+        return DeviceState::inUse;
+    if (isWaiting)
+        return DeviceState::waiting;
+    if (!status.problem.isEmpty())
+        return DeviceState::failed;
+    return chosenNodes().isEmpty() ? DeviceState::absent : DeviceState::suspended;
+}
+
+UseResult LinuxDevices::use(const QStringList &ids)
+{
+    const QList<KeyboardInfo> present = keyboards();
+    QList<ChosenDevice> choices;
+    for (const QString &id : ids) {
+        const qsizetype index = indexOf(present, id);
+        if (index < 0)
+            return {UseResult::Code::unknown,
+                    index == -1
+                        ? u"There is no keyboard \"%1\". \"kestractl device list\" lists those there are."_s.arg(id)
+                        : u"\"%1\" means several keyboards. Name one as \"kestractl device list\" does."_s.arg(id)};
+        if (const QString problem = problemOf(present.at(index)); !problem.isEmpty())
+            return {UseResult::Code::refused, problem};
+        choices += choiceOf(present.at(index).device);
+    }
+    if (!hasOutput())
+        return {UseResult::Code::refused, mOutputProblem};
+    mChoices = choices;
+    mSuspended.clear();
+    synchronize();
+    Q_EMIT changed();
+    return {};
+}
+
+void LinuxDevices::useWhenPresent(const QList<ChosenDevice> &choices)
+{
+    mChoices = choices;
+    mSuspended.clear();
+    synchronize();
+    Q_EMIT changed();
+}
+
+void LinuxDevices::release()
+{
+    useWhenPresent({});
+}
+
+QList<KeyboardInfo> LinuxDevices::keyboards() const
+{
+    return keyboardsOf(mSource.nodes());
+}
+
+QList<KeyboardInfo> LinuxDevices::chosenKeyboards() const
+{
+    const QList<KeyboardInfo> present = mChoices.isEmpty() ? QList<KeyboardInfo>() : keyboards();
+    QList<KeyboardInfo> chosen;
+    for (const qsizetype index : chosenAmong(devicesOf(present), mChoices))
+        chosen += present.at(index);
+    return chosen;
+}
+
+QList<LinuxDevices::Node> LinuxDevices::chosenNodes() const
+{
+    QList<Node> nodes;
+    for (const KeyboardInfo &keyboard : chosenKeyboards()) {
+        for (const NodeInfo &info : keyboard.nodes)
+            nodes += {.info = info, .deviceId = keyboard.device.id, .deviceName = keyboard.device.name};
+    }
+    return nodes;
+}
+
+QString LinuxDevices::problemOf(const KeyboardInfo &keyboard) const
+{
+    for (const NodeInfo &node : keyboard.nodes) {
+        if (const int error = mOutlets.access(node.node))
+            return nodeProblem(node.node, keyboard.device.id, error);
+    }
+    return keyboard.device.problem;
+}
+
+QString LinuxDevices::problemOf(const Node &node) const
+{
+    return node.error == 0 ? QString() : nodeProblem(node.info.node, node.deviceId, node.error);
+}
+
+bool LinuxDevices::hasOutput()
+{
+    if (mKeyboard.keyThread())
+        return true;
+    QString problem;
+    std::unique_ptr<OutputDevice> output = mOutlets.makeOutput(problem);
+    if (!output) {
+        if (std::exchange(mOutputProblem, problem) != problem)
+            qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problem));
+        return false;
+    }
+    mOutputProblem.clear();
+    mKeyboard.start(std::move(output));
+    return true;
+}
+
+/// Gives back what is not wanted any more, and takes what is wanted and was not there or did not work.
+void LinuxDevices::synchronize()
+{
+    const bool isPossible = !mChoices.isEmpty() && hasOutput();
+    if (isPossible)
+        setWanted(true);
+    QList<Node> nodes = isPossible ? chosenNodes() : QList<Node>();
+    nodes.removeIf([this](const Node &node) { return mSuspended.contains(node.info.systemPath); });
+    mNodes.removeIf([&](const Node &node) {
+        const bool isWanted = std::ranges::any_of(
+            nodes, [&](const Node &other) { return other.info.systemPath == node.info.systemPath; });
+        if (isWanted && node.error == 0)
+            return false;
+        mKeyboard.removeNode(node.id);
+        return true;
+    });
+    for (const Node &node : std::as_const(nodes)) {
+        const bool isThere = std::ranges::any_of(
+            mNodes, [&](const Node &other) { return other.info.systemPath == node.info.systemPath; });
+        if (!isThere)
+            add(node);
+    }
+    updateAttachment();
+    if (mChoices.isEmpty())
+        setWanted(false);
+}
+
+void LinuxDevices::add(Node node)
+{
+    node.id = ++mLastNodeId;
+    std::unique_ptr<EventFile> file = mOutlets.openNode(node.info.node, node.error);
+    if (file) {
+        qCInfo(lcKeyboard, "keyboard: %s (%s) chosen, opened", qUtf8Printable(node.info.node),
+               qUtf8Printable(node.deviceName));
+        mKeyboard.addNode(std::move(file), node.id, node.info.isHid);
+    } else {
+        node.state = InputNode::State::refused;
+        qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problemOf(node)));
+        if (node.error == EACCES || node.error == EPERM)
+            mRightsWatch.addPath(node.info.node);
+    }
+    mNodes += node;
+}
+
+void LinuxDevices::nodeChanged(int id, InputNode::State state, int error)
+{
+    const auto node = std::ranges::find(mNodes, id, &Node::id);
+    if (node == mNodes.end())
+        return; // was given back meanwhile
+    qCInfo(lcKeyboard, "keyboard: %s %s, %s", qUtf8Printable(node->info.node), stateName(node->state),
+           stateName(state));
+    node->state = state;
+    node->error = error;
+    if (const QString problem = problemOf(*node); !problem.isEmpty())
+        qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problem));
+    if (state == InputNode::State::gone || state == InputNode::State::released) {
+        mKeyboard.removeNode(id);
+        mNodes.erase(node);
+    }
+    updateAttachment();
+    Q_EMIT changed();
+}
+
+void LinuxDevices::panic()
+{
+    qCWarning(lcKeyboard, "keyboard: Backspace, Escape and Return held together: every keyboard was given back; "
+                          "\"kestractl device use\", or plugging it in again, takes it over again");
+    for (const Node &node : chosenNodes())
+        mSuspended += node.info.systemPath;
+    for (const Node &node : std::as_const(mNodes))
+        mKeyboard.removeNode(node.id);
+    mNodes.clear();
+    updateAttachment();
+    Q_EMIT panicked();
+    Q_EMIT changed();
+}
+
+void LinuxDevices::setWanted(bool isWanted)
+{
+    if (std::exchange(mIsWanted, isWanted) != isWanted)
+        Q_EMIT wanted(isWanted);
+}
+
+void LinuxDevices::updateAttachment()
+{
+    QStringList nodes;
+    quint16 version = 0;
+    for (const Node &node : std::as_const(mNodes)) {
+        if (node.state != InputNode::State::grabbed)
+            continue;
+        if (nodes.isEmpty())
+            version = node.info.version;
+        nodes += node.info.node;
+    }
+    mKeyboard.setNodes(nodes, version);
+}

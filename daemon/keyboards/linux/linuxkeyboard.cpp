@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/linuxkeyboard.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+LinuxKeyboard::LinuxKeyboard(QObject *parent)
+    : Keyboard(parent), mLight({.folders = {}, .setForeignBrightness = [this](const QString &led, uint brightness) {
+                                    mSeatBrightness.set(led, brightness);
+                                }})
+{
+}
+
+LinuxKeyboard::~LinuxKeyboard() = default;
+
+void LinuxKeyboard::start(std::unique_ptr<OutputDevice> output)
+{
+    mThread = std::make_unique<KeyThread>();
+    LinuxKeyChannel *channel = &mThread->channel();
+    connect(channel, &LinuxKeyChannel::nodeChanged, this, &LinuxKeyboard::nodeChanged);
+    connect(channel, &LinuxKeyChannel::panicked, this, &LinuxKeyboard::panicked);
+    connect(channel, &LinuxKeyChannel::ownKeyPressed, this, &LinuxKeyboard::takeOwnKey);
+    connect(mThread.get(), &KeyThread::realTimeChanged, this, &LinuxKeyboard::realTimeChanged);
+    QMetaObject::invokeMethod(
+        channel, [channel, output = std::move(output)]() mutable { channel->setOutput(std::move(output)); },
+        Qt::QueuedConnection);
+}
+
+void LinuxKeyboard::addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages)
+{
+    LinuxKeyChannel *channel = &mThread->channel();
+    QMetaObject::invokeMethod(
+        channel,
+        [channel, file = std::move(file), id, givesHidUsages]() mutable {
+            channel->addNode(std::move(file), id, givesHidUsages);
+        },
+        Qt::QueuedConnection);
+}
+
+void LinuxKeyboard::removeNode(int id)
+{
+    LinuxKeyChannel *channel = &mThread->channel();
+    QMetaObject::invokeMethod(
+        channel, [channel, id] { channel->removeNode(id); }, Qt::QueuedConnection);
+}
+
+void LinuxKeyboard::setNodes(const QStringList &nodes, quint16 version)
+{
+    if (nodes == mNodes)
+        return;
+    mNodes = nodes;
+    mLight.useNodes(nodes);
+    LinuxKeyChannel *channel = &mThread->channel();
+    QMetaObject::invokeMethod(
+        channel, [channel, isLit = mLight.ledCount() > 0] { channel->setLit(isLit); }, Qt::QueuedConnection);
+    const bool isAttached = !nodes.isEmpty();
+    if (isAttached)
+        mFirmwareVersion = u"%1.%2"_s.arg(uint(version >> 8), 0, 16).arg(uint(version & 0xFF), 2, 16, QChar(u'0'));
+    if (std::exchange(mIsAttached, isAttached) != isAttached)
+        Q_EMIT attachedChanged(isAttached);
+}
+
+void LinuxKeyboard::takeOwnKey(KeyCodes::OwnKey key)
+{
+    using Own = KeyCodes::OwnKey;
+    if (!mIsAttached)
+        return; // was given back meanwhile
+    const int brightness = mLight.settings().brightness;
+    if (brightness > Backlight::minimumBrightness)
+        mBrightnessWhenOn = brightness;
+    switch (key) {
+    case Own::none: break;
+    case Own::brighter: Q_EMIT brightnessChosen(std::min(brightness + 1, Backlight::maximumBrightness)); break;
+    case Own::darker: Q_EMIT brightnessChosen(std::max(brightness - 1, Backlight::minimumBrightness)); break;
+    case Own::lightSwitch:
+        Q_EMIT brightnessChosen(brightness > Backlight::minimumBrightness ? Backlight::minimumBrightness
+                                                                          : mBrightnessWhenOn);
+        break;
+    case Own::macro: Q_EMIT macroKeyPressed(); break;
+    }
+}

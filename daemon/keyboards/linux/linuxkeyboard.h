@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// The real keyboards that the daemon has taken over, as one Keyboard. One thread, the daemon's; its keys live on the
+// key thread, which runs from the first use to the end of the daemon.
+#pragma once
+
+#include "daemon/keyboards/keyboard.h"
+#include "daemon/keyboards/linux/keythread.h"
+#include "daemon/keyboards/linux/ledlight.h"
+#include "daemon/keyboards/linux/seatbrightness.h"
+
+#include <functional>
+#include <memory>
+
+class LinuxKeyboard : public Keyboard
+{
+    Q_OBJECT
+
+public:
+    explicit LinuxKeyboard(QObject *parent = nullptr);
+    ~LinuxKeyboard() override;
+
+    [[nodiscard]] bool isAttached() const override { return mIsAttached; }
+    [[nodiscard]] QString firmwareVersion() const override { return mFirmwareVersion; }
+
+    [[nodiscard]] KeyPath &keys() override { return mThread->keys(); } ///< after start() only
+    void showLight(const Backlight::Settings &settings) override { mLight.show(settings); }
+    void showOnTheFly(OnTheFlyState) override {} // no keyboard has a light for it that the kernel knows
+    void showGameMode(bool) override {}          // likewise
+
+    [[nodiscard]] KeyThread *keyThread() const { return mThread.get(); } ///< null before start()
+
+    /// Starts the key thread; once. `output` is the computer's side.
+    void start(std::unique_ptr<OutputDevice> output);
+    void addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages);
+    void removeNode(int id);
+    /// Which nodes are taken over; with none the keyboard is not attached. `version`: as the kernel has it from the
+    /// device, two decimal digits a byte.
+    void setNodes(const QStringList &nodes, quint16 version);
+
+Q_SIGNALS:
+    // What the key thread tells, see LinuxKeyChannel
+    void nodeChanged(int id, InputNode::State state, int error);
+    void panicked();
+    void realTimeChanged();
+
+private:
+    void takeOwnKey(KeyCodes::OwnKey key);
+
+    std::unique_ptr<KeyThread> mThread;
+    SeatBrightness mSeatBrightness;
+    LedLight mLight;
+    QStringList mNodes;
+    QString mFirmwareVersion;
+    int mBrightnessWhenOn = Backlight::maximumBrightness;
+    bool mIsAttached = false;
+};

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/linuxkeychannel.h"
+
+#include "daemon/system/deadlinetimer.h"
+
+#include <algorithm>
+
+LinuxKeyChannel::LinuxKeyChannel(QObject *parent) : KeyChannel(parent), mTranslator(*this) {}
+
+LinuxKeyChannel::~LinuxKeyChannel()
+{
+    removeAllNodes();
+}
+
+void LinuxKeyChannel::setOutput(std::unique_ptr<OutputDevice> output)
+{
+    mOutput = std::move(output);
+    mLedNotifier = std::make_unique<QSocketNotifier>(mOutput->descriptor(), QSocketNotifier::Read);
+    connect(mLedNotifier.get(), &QSocketNotifier::activated, this, &LinuxKeyChannel::showLeds);
+}
+
+void LinuxKeyChannel::addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages,
+                              std::chrono::milliseconds patience)
+{
+    sweep();
+    InputNodeHandler &handler = *this;
+    mNodes.push_back(std::make_unique<InputNode>(std::move(file), id, givesHidUsages, handler, patience));
+    mNodes.back()->start();
+}
+
+void LinuxKeyChannel::removeNode(int id)
+{
+    for (const std::unique_ptr<InputNode> &node : mNodes) {
+        if (node->id() == id)
+            node->release();
+    }
+    sweep();
+}
+
+void LinuxKeyChannel::removeAllNodes()
+{
+    for (const std::unique_ptr<InputNode> &node : mNodes)
+        node->release();
+    sweep();
+}
+
+void LinuxKeyChannel::send(HidUsage usage, bool isDown)
+{
+    const std::optional<quint16> code = codeToSend(usage, isDown);
+    if (!mOutput || !code)
+        return;
+    if (!isDown)
+        mOutput->letGo(*code);
+    else if (mGrabbedNodes > 0)
+        mOutput->hold(*code);
+}
+
+/// A macro key that is not assigned, and has a code of its own on its keyboard, reaches the desktop as that.
+std::optional<quint16> LinuxKeyChannel::codeToSend(HidUsage usage, bool isDown)
+{
+    if (const std::optional<quint16> code = KeyCodes::macroKeyCode(usage)) {
+        const bool isByCode = isDown ? mTranslator.isDown(*code) : mSentByCode[*code];
+        mSentByCode[*code] = isDown && isByCode;
+        if (isByCode)
+            return code;
+    }
+    return KeyCodes::linuxCode(usage);
+}
+
+void LinuxKeyChannel::flush()
+{
+    if (mOutput)
+        mOutput->flush();
+}
+
+void LinuxKeyChannel::nodeEvent(InputNode &node, const KeyTranslator::Event &event)
+{
+    mTranslator.take(node.translatorPlace, event);
+    if (mIsPanicking)
+        escape();
+}
+
+void LinuxKeyChannel::nodeRead(InputNode &)
+{
+    flush();
+    if (const std::optional<Time> time = std::exchange(mOldestKey, {}))
+        mHistogram.add(DeadlineTimer::now() - *time);
+}
+
+void LinuxKeyChannel::nodeDroppedEvents(InputNode &)
+{
+    mLostEvents.fetch_add(1, std::memory_order_relaxed);
+}
+
+void LinuxKeyChannel::nodeStateChanged(InputNode &node)
+{
+    if (node.state() == InputNode::State::grabbed) {
+        node.translatorPlace = mTranslator.addNode(node.givesHidUsages());
+        if (node.translatorPlace < 0)
+            return node.release(); // more nodes than there are places: the desktop keeps this one
+        if (++mGrabbedNodes == 1) {
+            mHistogram.clear();
+            mLostEvents = 0;
+        }
+        for (quint16 led = 0; led < mLeds.size(); ++led)
+            node.setLed(led, mLeds[led]);
+    } else if (node.translatorPlace >= 0) {
+        leave(node);
+    }
+    Q_EMIT nodeChanged(node.id(), node.state(), node.error());
+}
+
+void LinuxKeyChannel::leave(InputNode &node)
+{
+    mTranslator.removeNode(std::exchange(node.translatorPlace, -1), DeadlineTimer::now());
+    mOldestKey.reset(); // nobody has let go of the keys that came up by it: they are not measured
+    if (--mGrabbedNodes > 0)
+        return flush();
+    Q_EMIT emptied();
+    mOutput->letGoOfAll(); // should anything be left
+    flush();
+}
+
+void LinuxKeyChannel::takeKey(HidUsage key, bool isDown, Time time)
+{
+    if (!mOldestKey)
+        mOldestKey = time;
+    // Of two nodes, the one that is read later may have the older event.
+    mLatestTime = std::max(mLatestTime, time);
+    Q_EMIT keyChanged(key, isDown, mLatestTime);
+}
+
+bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown)
+{
+    const KeyCodes::OwnKey key = KeyCodes::ownKey(code);
+    const bool isOurs = key == KeyCodes::OwnKey::macro || (key != KeyCodes::OwnKey::none && mIsLit);
+    const bool isTaken = isDown ? isOurs : mOwnDown[code]; // up is who has seen it down
+    mOwnDown[code] = isDown && isTaken;
+    if (isDown && isTaken)
+        Q_EMIT ownKeyPressed(key);
+    return isTaken;
+}
+
+void LinuxKeyChannel::passKey(quint16 code, bool isDown, Time time)
+{
+    if (takeOwnKey(code, isDown))
+        return;
+    if (!mOldestKey)
+        mOldestKey = time;
+    if (isDown)
+        mOutput->hold(code);
+    else
+        mOutput->letGo(code);
+}
+
+void LinuxKeyChannel::passMotion(quint16 code, int value, Time)
+{
+    mOutput->turn(code, value);
+}
+
+void LinuxKeyChannel::panic()
+{
+    mIsPanicking = true; // the translator is in the middle of an event
+}
+
+void LinuxKeyChannel::escape()
+{
+    mIsPanicking = false;
+    for (const std::unique_ptr<InputNode> &node : mNodes)
+        node->release();
+    Q_EMIT panicked();
+}
+
+void LinuxKeyChannel::showLeds()
+{
+    mOutput->readLeds([this](quint16 led, bool isOn) {
+        if (led >= mLeds.size())
+            return;
+        mLeds[led] = isOn;
+        for (const std::unique_ptr<InputNode> &node : mNodes)
+            node->setLed(led, isOn);
+    });
+}
+
+/// Destroys the nodes that are done with. Not from within a call of a node.
+void LinuxKeyChannel::sweep()
+{
+    std::erase_if(mNodes, [](const std::unique_ptr<InputNode> &node) {
+        return node->state() != InputNode::State::waiting && node->state() != InputNode::State::grabbed;
+    });
+}

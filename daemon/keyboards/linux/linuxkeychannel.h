@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+// The keys of the real keyboards that the daemon has taken over, and the way back to the computer. Lives on the key
+// thread; its functions are called there, but for those marked. An ordinary key allocates nothing, logs nothing and
+// crosses no thread.
+#pragma once
+
+#include "daemon/keyboards/keychannel.h"
+#include "daemon/keyboards/linux/inputnode.h"
+#include "daemon/keyboards/linux/latencyhistogram.h"
+#include "daemon/keyboards/linux/outputdevice.h"
+
+#include <QSocketNotifier>
+
+#include <atomic>
+#include <bitset>
+#include <memory>
+#include <vector>
+
+/// Several keyboards with several nodes each are one keyboard here. What is no assignable key goes to the output as it
+/// is. The panic chord gives every node back, lets go of everything, and says so.
+class LinuxKeyChannel : public KeyChannel, private InputNodeHandler, private KeySink
+{
+    Q_OBJECT
+
+public:
+    using Time = KeyChannel::Time; // the sink's is the same
+
+    explicit LinuxKeyChannel(QObject *parent = nullptr);
+    ~LinuxKeyChannel() override;
+
+    [[nodiscard]] KeyLatency latency() const { return mHistogram.latency(); } ///< any thread
+    [[nodiscard]] quint64 lostEvents() const { return mLostEvents; }          ///< any thread
+
+    /// To be set once, before the first node.
+    void setOutput(std::unique_ptr<OutputDevice> output);
+    /// `id`: names the node in removeNode() and nodeChanged().
+    void addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages,
+                 std::chrono::milliseconds patience = InputNode::usualPatience);
+    void removeNode(int id);
+    void removeAllNodes();
+    /// The keyboards have a light that the daemon shows: the keys for it are the daemon's, not the desktop's.
+    void setLit(bool isLit) { mIsLit = isLit; }
+
+    /// Nothing reaches the computer while no node is taken over.
+    void send(HidUsage usage, bool isDown) override;
+    void flush() override;
+
+Q_SIGNALS:
+    // Rare, for other threads
+    void nodeChanged(int id, InputNode::State state, int error); ///< errno, or 0
+    void panicked();
+    void ownKeyPressed(KeyCodes::OwnKey key);
+
+private:
+    void nodeEvent(InputNode &node, const KeyTranslator::Event &event) override;
+    void nodeRead(InputNode &node) override;
+    void nodeDroppedEvents(InputNode &node) override;
+    void nodeStateChanged(InputNode &node) override;
+    void takeKey(HidUsage key, bool isDown, Time time) override;
+    void passKey(quint16 code, bool isDown, Time time) override;
+    void passMotion(quint16 code, int value, Time time) override;
+    void panic() override;
+
+    [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown);
+    [[nodiscard]] std::optional<quint16> codeToSend(HidUsage usage, bool isDown);
+    void leave(InputNode &node);
+    void escape();
+    void showLeds();
+    void sweep();
+
+    KeyTranslator mTranslator;
+    std::unique_ptr<OutputDevice> mOutput;
+    std::unique_ptr<QSocketNotifier> mLedNotifier;
+    std::vector<std::unique_ptr<InputNode>> mNodes;
+    std::bitset<16> mLeds;          // as the desktop wants them
+    Time mLatestTime{};             // that was told
+    std::optional<Time> mOldestKey; // of those read and not yet counted
+    LatencyHistogram mHistogram;
+    std::atomic<quint64> mLostEvents = 0;
+    std::bitset<KeyCodes::codeCount> mOwnDown;    // own keys that the desktop does not see
+    std::bitset<KeyCodes::codeCount> mSentByCode; // see KeyCodes::macroKeyCode()
+    int mGrabbedNodes = 0;
+    bool mIsLit = false;
+    bool mIsPanicking = false;
+};

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/nodeinfo.h"
+
+#include "daemon/keyboards/linux/outputdevice.h"
+
+#include <linux/input-event-codes.h>
+
+#include <QSet>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype maximumTextLength = 64;
+constexpr quint16 firstLetter = 4; // HID usages
+constexpr quint16 lastLetter = 29;
+constexpr quint16 firstKeypadDigit = 89;
+constexpr quint16 lastKeypadDigit = 98;
+
+bool hasUsages(const NodeInfo::Codes &keys, quint16 first, quint16 last)
+{
+    for (quint16 usage = first; usage <= last; ++usage) {
+        const std::optional<quint16> code = KeyCodes::linuxCode({HidUsage::keyboardPage, usage});
+        if (!code || !keys[*code])
+            return false;
+    }
+    return true;
+}
+
+bool isOwn(const NodeInfo &info)
+{
+    return info.bus == OutputDevice::bus && info.vendor == OutputDevice::vendor
+           && info.product == OutputDevice::product;
+}
+
+/// Text from a device: nothing in it may move a cursor or fill a screen.
+QString printable(const QString &text)
+{
+    QString result = text.simplified().left(maximumTextLength);
+    std::ranges::replace_if(
+        result, [](QChar character) { return !character.isPrint(); }, u'?');
+    return result;
+}
+
+QString idPart(const QString &text)
+{
+    QString result = text.left(maximumTextLength);
+    const auto isAllowed = [](QChar character) {
+        return character.unicode() < 128 && (character.isLetterOrNumber() || u".:-_"_s.contains(character));
+    };
+    std::ranges::replace_if(
+        result, [&](QChar character) { return !isAllowed(character); }, u'_');
+    return result;
+}
+
+QString idOf(const NodeInfo &info)
+{
+    const QString kind =
+        u"%1:%2"_s.arg(uint(info.vendor), 4, 16, QChar(u'0')).arg(uint(info.product), 4, 16, QChar(u'0'));
+    const QString part = idPart(info.serial.isEmpty() ? info.path : info.serial);
+    return part.isEmpty() ? kind : kind + u':' + part;
+}
+
+/// Keyboards that cannot be told apart get a number, in the order of their nodes.
+QString uniqueId(const QString &id, QSet<QString> &taken)
+{
+    QString unique = id;
+    for (int number = 2; taken.contains(unique); ++number)
+        unique = u"%1:%2"_s.arg(id).arg(number);
+    taken += unique;
+    return unique;
+}
+
+/// All of `nodes` that belong to the same device as `first`, as one keyboard.
+KeyboardInfo keyboardWith(const NodeInfo &first, const QList<NodeInfo> &nodes, QSet<QString> &ids)
+{
+    KeyboardInfo keyboard;
+    bool isUsable = false;
+    for (const NodeInfo &node : nodes) {
+        const NodeKind kind = kindOf(node);
+        if (node.devicePath != first.devicePath || (kind != NodeKind::keyboard && kind != NodeKind::extraKeys))
+            continue;
+        keyboard.nodes += node;
+        keyboard.device.nodes += node.node;
+        isUsable = isUsable || kind == NodeKind::keyboard;
+    }
+    if (!isUsable) {
+        keyboard.nodes.clear();
+        keyboard.device.nodes = {first.node};
+        keyboard.device.problem =
+            u"The keys and the pointer of this keyboard are one event node (%1). Taking it over would take the pointer "
+            "from the desktop; only a keyboard with a node of its own for the keys can be used."_s.arg(first.node);
+    }
+    keyboard.device.id = uniqueId(idOf(first), ids);
+    keyboard.device.name = printable(first.name);
+    keyboard.device.vendor = first.vendor;
+    keyboard.device.product = first.product;
+    keyboard.device.serial = printable(first.serial);
+    keyboard.device.path = first.path;
+    return keyboard;
+}
+
+} // namespace
+
+NodeInfo::Codes NodeInfo::codesFromText(const QByteArray &text, int wordBits)
+{
+    Codes codes;
+    const QList<QByteArray> words = text.simplified().split(' ');
+    for (qsizetype index = 0; index < words.size(); ++index) {
+        const quint64 word = words.at(words.size() - 1 - index).toULongLong(nullptr, 16);
+        for (int bit = 0; bit < wordBits; ++bit) {
+            const std::size_t code = static_cast<std::size_t>(index) * static_cast<std::size_t>(wordBits) + bit;
+            if (code < codes.size() && ((word >> bit) & 1))
+                codes.set(code);
+        }
+    }
+    return codes;
+}
+
+NodeKind kindOf(const NodeInfo &info)
+{
+    if (info.keys.none() || isOwn(info))
+        return NodeKind::other;
+    const auto hasPlane = [](const NodeInfo::Codes &axes, std::size_t x, std::size_t y) { return axes[x] || axes[y]; };
+    const bool isPointer = hasPlane(info.relativeAxes, REL_X, REL_Y) || hasPlane(info.absoluteAxes, ABS_X, ABS_Y)
+                           || hasPlane(info.absoluteAxes, ABS_MT_POSITION_X, ABS_MT_POSITION_Y);
+    const bool isKeyboard =
+        hasUsages(info.keys, firstLetter, lastLetter) || hasUsages(info.keys, firstKeypadDigit, lastKeypadDigit);
+    if (isKeyboard)
+        return isPointer ? NodeKind::mixed : NodeKind::keyboard;
+    return isPointer ? NodeKind::pointer : NodeKind::extraKeys;
+}
+
+QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes)
+{
+    // event10 comes after event9
+    std::ranges::stable_sort(nodes, {}, [](const NodeInfo &info) { return std::pair(info.node.size(), info.node); });
+    QList<KeyboardInfo> keyboards;
+    QSet<QString> ids;
+    QSet<QString> known; // device paths
+    for (const NodeInfo &first : std::as_const(nodes)) {
+        const NodeKind firstKind = kindOf(first);
+        if ((firstKind != NodeKind::keyboard && firstKind != NodeKind::mixed) || known.contains(first.devicePath))
+            continue;
+        known += first.devicePath;
+        keyboards += keyboardWith(first, nodes, ids);
+    }
+    return keyboards;
+}

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/stallwatch.h"
+
+#include <QAbstractEventDispatcher>
+
+#include <cerrno>
+#include <string_view>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int stallSignal = SIGALRM;
+
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<unsigned int>::is_always_lock_free);
+
+} // namespace
+
+StallWatch::StallWatch(std::chrono::milliseconds limit, QObject *parent) : QObject(parent)
+{
+    const std::chrono::nanoseconds interval = std::chrono::nanoseconds(limit) / looksWithinLimit;
+    const auto whole = std::chrono::duration_cast<std::chrono::seconds>(interval);
+    mInterval.it_value.tv_sec = whole.count();
+    mInterval.it_value.tv_nsec = (interval - whole).count();
+    mTimer = makeTimer();
+    QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
+    if (!mTimer || !dispatcher)
+        return;
+    connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] { arm(); });
+    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] { disarm(); });
+}
+
+StallWatch::~StallWatch()
+{
+    if (mTimer)
+        ::timer_delete(*mTimer); // a signal of it that waits comes before this returns
+}
+
+std::optional<timer_t> StallWatch::makeTimer()
+{
+    struct sigaction action = {};
+    action.sa_sigaction = look;
+    action.sa_flags = SA_SIGINFO | SA_RESTART;
+    if (::sigaction(stallSignal, &action, nullptr) != 0)
+        return {};
+    sigset_t set;
+    ::sigemptyset(&set);
+    ::sigaddset(&set, stallSignal);
+    ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+
+    // To this very thread: another one might never get the processor while this one keeps it with real-time priority.
+    sigevent event = {};
+    event.sigev_notify = SIGEV_THREAD_ID;
+    event.sigev_signo = stallSignal;
+    event.sigev_value.sival_ptr = this;
+#ifdef sigev_notify_thread_id
+    event.sigev_notify_thread_id = static_cast<pid_t>(::syscall(SYS_gettid));
+#else
+    event._sigev_un._tid = static_cast<pid_t>(::syscall(SYS_gettid)); // C libraries before 2.38 have no name for it
+#endif
+    timer_t timer = {};
+    return ::timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 ? std::optional(timer) : std::nullopt;
+}
+
+void StallWatch::arm()
+{
+    // Nobody else writes them, so no more than single loads and stores is needed; their order is seen by the handler.
+    mAwakenings.store(mAwakenings.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+    mIsBusy.store(true, std::memory_order_relaxed);
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+    if (mIsLooking.load(std::memory_order_relaxed) || !mTimer)
+        return;
+    mAwakeningsSeen = mAwakenings.load(std::memory_order_relaxed);
+    mLooks = 0;
+    mIsLooking.store(true, std::memory_order_relaxed);
+    lookLater();
+}
+
+void StallWatch::disarm()
+{
+    mIsBusy.store(false, std::memory_order_relaxed);
+}
+
+void StallWatch::lookLater()
+{
+    ::timer_settime(*mTimer, 0, &mInterval, nullptr);
+}
+
+/// Runs in the middle of whatever the thread was doing: only what a signal handler may.
+void StallWatch::look(int, siginfo_t *info, void *)
+{
+    if (info->si_code != SI_TIMER) // another program's signal
+        return;
+    auto &self = *static_cast<StallWatch *>(info->si_value.sival_ptr);
+    if (!self.mIsBusy.load(std::memory_order_relaxed)) {
+        self.mIsLooking.store(false, std::memory_order_relaxed);
+        return;
+    }
+    const unsigned int awakenings = self.mAwakenings.load(std::memory_order_relaxed);
+    self.mLooks = awakenings == self.mAwakeningsSeen ? self.mLooks + 1 : 0;
+    self.mAwakeningsSeen = awakenings;
+    if (self.mLooks == looksWithinLimit) {
+        constexpr std::string_view text(
+            "kestra.keyboard critical: daemon: the key thread does not come back, ending\n");
+        [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text.data(), text.size());
+        ::_exit(exitCode);
+    }
+    const int error = errno;
+    self.lookLater();
+    errno = error;
+}

@@ -1,0 +1,319 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/settings/documentcommands.h"
+
+#include "base/settingskeys.h"
+#include "daemon/settings/requestreader.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/settings/textnumbers.h"
+#include "macros/eventparser.h"
+#include "macros/macrorecord.h"
+
+#include <algorithm>
+#include <array>
+
+using DaemonProtocol::Command;
+using namespace SettingsDocument;
+
+namespace {
+
+CommandOutcome failure(const QVariantMap &document, Status status)
+{
+    return {.status = status, .document = document, .reply = {}, .changesDocument = false};
+}
+
+/// What a command that only reads replies.
+CommandOutcome answer(const QVariantMap &document, QLatin1StringView key, const QVariant &value)
+{
+    return {.status = Status::ok, .document = document, .reply = {{key, value}}, .changesDocument = false};
+}
+
+/// The outcome of `changed`, unless that is over a limit of the document.
+CommandOutcome change(const QVariantMap &document, const QVariantMap &changed)
+{
+    const QVariantMap whole = completed(changed);
+    if (!problemOf(whole).isEmpty())
+        return failure(document, Status::limitReached);
+    return {.status = Status::ok, .document = whole, .reply = {}, .changesDocument = true};
+}
+
+bool isRow(int index, const QVariantList &list)
+{
+    return index >= 0 && index < list.size();
+}
+
+CommandOutcome readSettings(const QVariantMap &document, const QVariantMap &)
+{
+    return answer(document, DaemonProtocol::allDevSettings, document);
+}
+
+// Profiles
+
+CommandOutcome addProfile(const QVariantMap &document, const QVariantMap &request)
+{
+    const auto settings = RequestReader::dictionary(request, DaemonProtocol::deviceSettingsDictionary);
+    if (!settings || !isWellFormedProfile(*settings))
+        return failure(document, Status::malformedRequest);
+    QVariantList list = profiles(document);
+    if (list.size() >= maximumProfiles)
+        return failure(document, Status::limitReached);
+    list += TextNumbers::readInProfile(*settings);
+    // The new profile becomes the active one: a client shows the active profile's record and writes to the row it has
+    // selected, which after an add is the new one. Anything else would copy one profile's keys into another.
+    return change(document, withActiveProfile(withProfiles(document, list), static_cast<int>(list.size()) - 1));
+}
+
+CommandOutcome updateProfile(const QVariantMap &document, const QVariantMap &request)
+{
+    const auto row = RequestReader::number(request, DaemonProtocol::profileId);
+    const auto settings = RequestReader::dictionary(request, DaemonProtocol::deviceSettingsDictionary);
+    if (!row || !settings)
+        return failure(document, Status::malformedRequest);
+    QVariantList list = profiles(document);
+    if (!isRow(*row, list))
+        return failure(document, Status::indexOutOfRange);
+    QVariantMap profile = list.at(*row).toMap();
+    profile.insert(*settings);
+    if (!isWellFormedProfile(profile))
+        return failure(document, Status::malformedRequest);
+    list[*row] = profile;
+    return change(document, withProfiles(document, list));
+}
+
+CommandOutcome replaceAllProfiles(const QVariantMap &document, const QVariantMap &request)
+{
+    const auto list = RequestReader::array(request, DaemonProtocol::allProfiles);
+    if (!list || list->isEmpty() || !std::ranges::all_of(*list, isWellFormedProfile))
+        return failure(document, Status::malformedRequest);
+    if (list->size() > maximumProfiles)
+        return failure(document, Status::limitReached);
+    const int active = std::min(activeProfileIndex(document), static_cast<int>(list->size()) - 1);
+    return change(document, withActiveProfile(withProfiles(document, *list), active));
+}
+
+CommandOutcome deleteProfile(const QVariantMap &document, const QVariantMap &request)
+{
+    const auto row = RequestReader::number(request, DaemonProtocol::profileId);
+    if (!row)
+        return failure(document, Status::malformedRequest);
+    QVariantList list = profiles(document);
+    if (!isRow(*row, list))
+        return failure(document, Status::indexOutOfRange);
+    if (list.size() == 1)
+        return failure(document, Status::lastProfile);
+    list.removeAt(*row);
+    // The active profile stays the same one; when it is the one deleted, the one before it takes over.
+    int active = activeProfileIndex(document);
+    if (*row <= active)
+        active = std::max(0, active - 1);
+    return change(document, withActiveProfile(withProfiles(document, list), active));
+}
+
+CommandOutcome switchProfile(const QVariantMap &document, const QVariantMap &request)
+{
+    const auto row = RequestReader::number(request, DaemonProtocol::profileId);
+    if (!row)
+        return failure(document, Status::malformedRequest);
+    if (!isRow(*row, profiles(document)))
+        return failure(document, Status::indexOutOfRange);
+    return change(document, withActiveProfile(document, *row));
+}
+
+// Macros
+
+/// The macro in the row that `request` holds under `rowKey`, or why there is none.
+struct MacroAddress
+{
+    Status status = Status::ok;
+    int row = -1;
+    QVariantMap macro;
+};
+
+MacroAddress macroAt(const QVariantMap &document, const QVariantMap &request, QLatin1StringView rowKey)
+{
+    const auto row = RequestReader::number(request, rowKey);
+    if (!row)
+        return {.status = Status::malformedRequest, .row = -1, .macro = {}};
+    const QVariantList list = macros(document);
+    if (!isRow(*row, list))
+        return {.status = Status::indexOutOfRange, .row = -1, .macro = {}};
+    return {.status = Status::ok, .row = *row, .macro = list.at(*row).toMap()};
+}
+
+CommandOutcome changeMacro(const QVariantMap &document, int row, const QVariantMap &macro)
+{
+    QVariantList list = macros(document);
+    list[row] = macro;
+    return change(document, withMacros(document, list));
+}
+
+/// The macro with `events`, which are absent when the display row they were edited by does not exist.
+CommandOutcome changeEvents(const QVariantMap &document, const MacroAddress &address,
+                            const std::optional<QVariantList> &events)
+{
+    if (!events)
+        return failure(document, Status::indexOutOfRange);
+    return changeMacro(document, address.row, MacroRecord::withEvents(address.macro, *events));
+}
+
+CommandOutcome addMacro(const QVariantMap &document, const QVariantMap &request)
+{
+    auto macro = RequestReader::dictionary(request, DaemonProtocol::macroContents);
+    if (!macro)
+        return failure(document, Status::malformedRequest);
+    macro->remove(SettingsKeys::macroId); // a new macro is given a number of its own
+    macro = TextNumbers::readInMacro(*macro);
+    if (MacroRecord::events(*macro).size() > MacroRecord::maximumEvents)
+        return failure(document, Status::limitReached);
+    if (!MacroRecord::isWellFormed(*macro))
+        return failure(document, Status::malformedRequest);
+    return change(document, withMacros(document, macros(document) << *macro));
+}
+
+CommandOutcome deleteMacro(const QVariantMap &document, const QVariantMap &request)
+{
+    const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
+    if (address.status != Status::ok)
+        return failure(document, address.status);
+    QVariantList list = macros(document);
+    list.removeAt(address.row);
+    return change(document, withMacros(document, list));
+}
+
+CommandOutcome renameMacro(const QVariantMap &document, const QVariantMap &request)
+{
+    const auto contents = RequestReader::dictionary(request, DaemonProtocol::macroContents);
+    const auto name = contents ? RequestReader::text(*contents, SettingsKeys::macroName) : std::nullopt;
+    if (!name || name->isEmpty())
+        return failure(document, Status::malformedRequest);
+    MacroAddress address = macroAt(document, *contents, SettingsKeys::macroId); // the row here, too
+    if (address.status != Status::ok)
+        return failure(document, address.status);
+    address.macro.insert(SettingsKeys::macroName, *name);
+    return changeMacro(document, address.row, address.macro);
+}
+
+CommandOutcome readMacroLines(const QVariantMap &document, const QVariantMap &request)
+{
+    const MacroAddress address = macroAt(document, request, DaemonProtocol::indexOfMacroSequence);
+    if (address.status != Status::ok)
+        return failure(document, address.status);
+    QVariantList lines;
+    for (const QString &line : eventParser::getMessagesArray(MacroRecord::events(address.macro)))
+        lines += line;
+    return answer(document, DaemonProtocol::macroSequences, lines);
+}
+
+// Events
+
+CommandOutcome removeEvent(const QVariantMap &document, const QVariantMap &request)
+{
+    const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
+    const auto eventRow = RequestReader::number(request, DaemonProtocol::macroEventTableIndex);
+    if (address.status != Status::ok || !eventRow)
+        return failure(document, eventRow ? address.status : Status::malformedRequest);
+    return changeEvents(document, address,
+                        MacroRecord::removingEventOfRow(MacroRecord::events(address.macro), *eventRow));
+}
+
+// Both rows of commands 24 and 28 come masked to 8 bits from the configurator. What comes is the row: a client that
+// does not mask them reaches the rows above 255.
+CommandOutcome updateEvent(const QVariantMap &document, const QVariantMap &request)
+{
+    const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
+    const auto eventRow = RequestReader::number(request, DaemonProtocol::sequenceIndex);
+    const auto event = RequestReader::dictionary(request, DaemonProtocol::sequence);
+    if (!eventRow || !event || !MacroRecord::isWellFormedEvent(*event))
+        return failure(document, Status::malformedRequest);
+    if (address.status != Status::ok)
+        return failure(document, address.status);
+    return changeEvents(document, address,
+                        MacroRecord::replacingEventOfRow(MacroRecord::events(address.macro), *eventRow, *event));
+}
+
+CommandOutcome readEvent(const QVariantMap &document, const QVariantMap &request)
+{
+    const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
+    const auto eventRow = RequestReader::number(request, DaemonProtocol::sequenceIndex);
+    if (address.status != Status::ok || !eventRow)
+        return failure(document, eventRow ? address.status : Status::malformedRequest);
+    const QVariantList events = MacroRecord::events(address.macro);
+    const std::optional<int> index = MacroRecord::eventIndexOfRow(events, *eventRow);
+    if (!index)
+        return failure(document, Status::indexOutOfRange);
+    return answer(document, DaemonProtocol::sequenceInMacro, events.at(*index).toMap());
+}
+
+CommandOutcome removeAllEvents(const QVariantMap &document, const QVariantMap &request)
+{
+    const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
+    if (address.status != Status::ok)
+        return failure(document, address.status);
+    return changeEvents(document, address, QVariantList());
+}
+
+// Deliberate: without "HasNoDelay" the key "delay" holds a display row, whose delay every event is given, not a time.
+CommandOutcome setAllDelays(const QVariantMap &document, const QVariantMap &request)
+{
+    const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
+    const auto hasNoDelay = RequestReader::flag(request, DaemonProtocol::hasNoDelay);
+    if (address.status != Status::ok || !hasNoDelay)
+        return failure(document, hasNoDelay ? address.status : Status::malformedRequest);
+    const QVariantList events = MacroRecord::events(address.macro);
+    if (*hasNoDelay)
+        return changeEvents(document, address, MacroRecord::settingAllDelays(events, 0));
+    const auto row = RequestReader::number(request, DaemonProtocol::delay);
+    if (!row)
+        return failure(document, Status::malformedRequest);
+    return changeEvents(document, address, MacroRecord::copyingDelayOfRowToAll(events, *row));
+}
+
+CommandOutcome setDelay(const QVariantMap &document, const QVariantMap &request)
+{
+    const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
+    const auto eventRow = RequestReader::number(request, DaemonProtocol::sequenceIndex);
+    const auto delayMs = RequestReader::number(request, DaemonProtocol::delay);
+    if (!eventRow || !delayMs || *delayMs < 0)
+        return failure(document, Status::malformedRequest);
+    if (address.status != Status::ok)
+        return failure(document, address.status);
+    return changeEvents(document, address,
+                        MacroRecord::settingDelayOfRow(MacroRecord::events(address.macro), *eventRow, *delayMs));
+}
+
+constexpr std::array documentCommands{
+    DocumentCommand{Command::readSettings, readSettings},
+    DocumentCommand{Command::addProfile, addProfile, ReturnsDocument::always},
+    DocumentCommand{Command::updateProfile, updateProfile, ReturnsDocument::always},
+    DocumentCommand{Command::replaceAllProfiles, replaceAllProfiles, ReturnsDocument::always},
+    // Not on failure: a client that sees a document takes the profile for deleted and clears the keys that led to it.
+    DocumentCommand{Command::deleteProfile, deleteProfile, ReturnsDocument::onSuccess},
+    DocumentCommand{Command::switchProfile, switchProfile, ReturnsDocument::always},
+    DocumentCommand{Command::deleteMacro, deleteMacro},
+    DocumentCommand{Command::removeEvent, removeEvent},
+    DocumentCommand{Command::updateEvent, updateEvent},
+    DocumentCommand{Command::renameMacro, renameMacro},
+    DocumentCommand{Command::readMacroLines, readMacroLines},
+    DocumentCommand{Command::readEvent, readEvent},
+    DocumentCommand{Command::addMacro, addMacro},
+    DocumentCommand{Command::removeAllEvents, removeAllEvents},
+    DocumentCommand{Command::setAllDelays, setAllDelays},
+    DocumentCommand{Command::setDelay, setDelay},
+};
+
+} // namespace
+
+const DocumentCommand *findDocumentCommand(qint32 number)
+{
+    const auto found = std::ranges::find(documentCommands, static_cast<Command>(number), &DocumentCommand::command);
+    return found == documentCommands.end() ? nullptr : &*found;
+}
+
+CommandOutcome saveEvents(const QVariantMap &document, int row, const QVariantList &events, bool isAppended)
+{
+    const QVariantList list = macros(document);
+    if (!isRow(row, list))
+        return failure(document, Status::indexOutOfRange);
+    const QVariantMap macro = list.at(row).toMap();
+    const QVariantList all = isAppended ? MacroRecord::events(macro) + events : events;
+    return changeMacro(document, row, MacroRecord::withEvents(macro, all));
+}

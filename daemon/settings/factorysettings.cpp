@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/settings/factorysettings.h"
+
+#include "base/resources.h"
+#include "base/settingskeys.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/logging.h"
+
+using namespace Qt::StringLiterals;
+
+std::optional<QVariantMap> readFactorySettings(const QString &path)
+{
+    const std::optional<QVariantMap> settings = readDefaultSettings(path);
+    if (!settings) {
+        qCWarning(lcSettings, "file: no factory settings in %s", qUtf8Printable(path));
+        return {};
+    }
+    QVariantMap document = *settings;
+    // A settings document in all but the device's own settings, which the resource may leave to the daemon.
+    if (!document.contains(SettingsKeys::deviceSettings))
+        document.insert(SettingsKeys::deviceSettings, QVariantMap());
+    if (!document.value(SettingsKeys::deviceSettings).toMap().contains(SettingsKeys::activeProfile))
+        document = SettingsDocument::withActiveProfile(document, 0);
+    const QString problem = SettingsDocument::problemOf(document);
+    if (!problem.isEmpty()) {
+        qCWarning(lcSettings, "file: the factory settings in %s are not valid: %s", qUtf8Printable(path),
+                  qUtf8Printable(problem));
+        return {};
+    }
+    return SettingsDocument::completed(document);
+}

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/settings/settingsdocument.h"
+
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
+#include "macros/macrorecord.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView lastMacroIdKey{"LastMacroID"};
+constexpr int greatestMacroId = 2'000'000'000; // far from overflow; a greater one in a file is given out anew
+
+bool isAbsentOr(QMetaType::Type type, const QVariantMap &dictionary, QLatin1StringView key)
+{
+    const auto found = dictionary.constFind(key);
+    return found == dictionary.constEnd() || found->typeId() == type;
+}
+
+bool isWholeNumber(const QVariant &value)
+{
+    const int type = value.typeId();
+    return type == QMetaType::Int || type == QMetaType::LongLong;
+}
+
+/// What a tree takes up; stops counting when it is over a bound.
+class TreeSize
+{
+public:
+    [[nodiscard]] bool fits(const QVariant &value, int depth = 1)
+    {
+        if (++mNodes > SettingsDocument::maximumNodes || depth > SettingsDocument::maximumDepth)
+            return false;
+        switch (value.typeId()) {
+        case QMetaType::QVariantMap: return fitsMap(value.toMap(), depth);
+        case QMetaType::QVariantList:
+            return std::ranges::all_of(value.toList(), [&](const QVariant &entry) { return fits(entry, depth + 1); });
+        case QMetaType::QString: return fitsContent(2 * value.toString().size());
+        case QMetaType::QByteArray: return fitsContent(value.toByteArray().size());
+        default: return true;
+        }
+    }
+
+private:
+    [[nodiscard]] bool fitsMap(const QVariantMap &map, int depth)
+    {
+        for (auto entry = map.constBegin(); entry != map.constEnd(); ++entry) {
+            ++mNodes;
+            if (!fitsContent(2 * entry.key().size()) || !fits(entry.value(), depth + 1))
+                return false;
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool fitsContent(qsizetype bytes)
+    {
+        return (mContentBytes += bytes) <= SettingsDocument::maximumContentBytes;
+    }
+
+    int mNodes = 0;
+    qsizetype mContentBytes = 0;
+};
+
+QString problemOfMacros(const QVariantList &macros)
+{
+    if (macros.size() > MacroRecord::maximumMacros)
+        return u"%1 macros"_s.arg(macros.size());
+    qsizetype eventCount = 0;
+    for (qsizetype index = 0; index < macros.size(); ++index) {
+        if (macros.at(index).typeId() != QMetaType::QVariantMap || !MacroRecord::isWellFormed(macros.at(index).toMap()))
+            return u"macro %1 is not a macro record"_s.arg(index);
+        eventCount += MacroRecord::events(macros.at(index).toMap()).size();
+    }
+    return eventCount > MacroRecord::maximumTotalEvents ? u"%1 events in all"_s.arg(eventCount) : QString();
+}
+
+int usableMacroId(const QVariant &value)
+{
+    const int id = PlistNumbers::integerValue(value);
+    return id > 0 && id <= greatestMacroId ? id : 0;
+}
+
+QVariantMap withMacroIds(QVariantMap document)
+{
+    QVariantList macros = SettingsDocument::macros(document);
+    const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
+    int lastId = usableMacroId(deviceSettings.value(lastMacroIdKey));
+    for (const QVariant &macro : std::as_const(macros))
+        lastId = std::max(lastId, usableMacroId(macro.toMap().value(SettingsKeys::macroId)));
+
+    QSet<int> taken;
+    for (QVariant &macro : macros) {
+        QVariantMap record = macro.toMap();
+        const int id = usableMacroId(record.value(SettingsKeys::macroId));
+        if (id != 0 && !taken.contains(id)) {
+            taken.insert(id);
+            continue;
+        }
+        taken.insert(++lastId);
+        record.insert(SettingsKeys::macroId, lastId);
+        macro = record;
+    }
+    document = SettingsDocument::withMacros(document, macros);
+    return SettingsDocument::withDeviceSetting(document, lastMacroIdKey, lastId);
+}
+
+} // namespace
+
+QString SettingsDocument::problemOf(const QVariantMap &document)
+{
+    if (document.value(SettingsKeys::profiles).typeId() != QMetaType::QVariantList
+        || document.value(SettingsKeys::macros).typeId() != QMetaType::QVariantList
+        || document.value(SettingsKeys::deviceSettings).typeId() != QMetaType::QVariantMap)
+        return u"\"Profiles\", \"Macros\" or \"DeviceSettings\" is missing or of the wrong type"_s;
+
+    const QVariantList profileList = profiles(document);
+    if (profileList.isEmpty() || profileList.size() > maximumProfiles)
+        return u"%1 profiles"_s.arg(profileList.size());
+    for (qsizetype index = 0; index < profileList.size(); ++index) {
+        if (!isWellFormedProfile(profileList.at(index)))
+            return u"profile %1 is not a profile record"_s.arg(index);
+    }
+
+    const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
+    const QVariant active = deviceSettings.value(SettingsKeys::activeProfile);
+    if (!isWholeNumber(active) || active.toLongLong() < 0 || active.toLongLong() >= profileList.size())
+        return u"\"ActiveProfile\" is no position in \"Profiles\""_s;
+    const QString problem = problemOfMacros(macros(document));
+    if (!problem.isEmpty())
+        return problem;
+    return TreeSize().fits(document) ? QString() : u"too large, or nested too deeply"_s;
+}
+
+QVariantMap SettingsDocument::completed(QVariantMap document)
+{
+    document = withMacroIds(document);
+    document = withDeviceSetting(document, SettingsKeys::gameMode, isGameModeOn(document));
+    const QVariant osd = activeProfile(document).value(SettingsKeys::profileOsdOn);
+    const bool deviceHasOsd = document.value(SettingsKeys::deviceSettings).toMap().contains(SettingsKeys::profileOsdOn);
+    if (osd.isValid() || !deviceHasOsd)
+        document =
+            withDeviceSetting(document, SettingsKeys::profileOsdOn, PlistNumbers::integerValue(osd) != 0 ? 1 : 0);
+    return document;
+}
+
+QVariantMap SettingsDocument::minimal()
+{
+    const QVariantMap profile{{SettingsKeys::profileName, u"Default Profile"_s}, {SettingsKeys::keys, QVariantMap()}};
+    return completed({{SettingsKeys::profiles, QVariantList{profile}},
+                      {SettingsKeys::macros, QVariantList()},
+                      {SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 0}}}});
+}
+
+QVariantList SettingsDocument::profiles(const QVariantMap &document)
+{
+    return document.value(SettingsKeys::profiles).toList();
+}
+
+QVariantList SettingsDocument::macros(const QVariantMap &document)
+{
+    return document.value(SettingsKeys::macros).toList();
+}
+
+int SettingsDocument::activeProfileIndex(const QVariantMap &document)
+{
+    return PlistNumbers::integerValue(
+        document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile));
+}
+
+QVariantMap SettingsDocument::activeProfile(const QVariantMap &document)
+{
+    return profiles(document).value(activeProfileIndex(document)).toMap();
+}
+
+bool SettingsDocument::hasOtherProfileActive(const QVariantMap &before, const QVariantMap &after)
+{
+    if (activeProfile(before) == activeProfile(after))
+        return false;
+    // In place of a deleted profile another one may stand, so that the position tells nothing.
+    return activeProfileIndex(before) != activeProfileIndex(after) || profiles(after).size() < profiles(before).size();
+}
+
+bool SettingsDocument::isGameModeOn(const QVariantMap &document)
+{
+    const QVariant value = document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::gameMode);
+    return PlistNumbers::integerValue(value) != 0;
+}
+
+QVariantMap SettingsDocument::withProfiles(QVariantMap document, const QVariantList &profiles)
+{
+    document.insert(SettingsKeys::profiles, profiles);
+    return document;
+}
+
+QVariantMap SettingsDocument::withMacros(QVariantMap document, const QVariantList &macros)
+{
+    document.insert(SettingsKeys::macros, macros);
+    return document;
+}
+
+QVariantMap SettingsDocument::withActiveProfile(QVariantMap document, int index)
+{
+    return withDeviceSetting(std::move(document), SettingsKeys::activeProfile, index);
+}
+
+QVariantMap SettingsDocument::withDeviceSetting(QVariantMap document, QLatin1StringView key, const QVariant &value)
+{
+    QVariantMap settings = document.value(SettingsKeys::deviceSettings).toMap();
+    settings.insert(key, value);
+    document.insert(SettingsKeys::deviceSettings, settings);
+    return document;
+}
+
+bool SettingsDocument::isWellFormedProfile(const QVariant &profile)
+{
+    if (profile.typeId() != QMetaType::QVariantMap)
+        return false;
+    const QVariantMap record = profile.toMap();
+    if (!isAbsentOr(QMetaType::QString, record, SettingsKeys::profileName)
+        || !isAbsentOr(QMetaType::QVariantMap, record, SettingsKeys::keys)
+        || !isAbsentOr(QMetaType::QVariantMap, record, SettingsKeys::appInfo)
+        || !isAbsentOr(QMetaType::QVariantList, record, SettingsKeys::ledKbColors))
+        return false;
+    const QVariantMap keys = record.value(SettingsKeys::keys).toMap();
+    return std::ranges::all_of(keys, [](const QVariant &entry) { return entry.typeId() == QMetaType::QVariantMap; });
+}

@@ -1,0 +1,266 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/settings/settingsstore.h"
+
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/damagedfile.h"
+#include "daemon/system/logging.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView fileName{"settings.plist"};
+
+QString systemError(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
+/// Does not wait. 0, or an errno value: EWOULDBLOCK when another process has the lock.
+int lockExclusively(int file)
+{
+    int error = 0;
+    do
+        error = ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+    while (error == EINTR);
+    return error;
+}
+
+bool renameOver(const QString &from, const QString &to)
+{
+    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+/// Writing goes through "settings.plist." and six letters; a daemon that was killed while it wrote leaves that. (No
+/// regular expression: their library takes nearly half a megabyte, and nothing else in the daemon needs it.)
+bool isLeftOver(const QString &name)
+{
+    constexpr qsizetype letters = 6;
+    const auto isLetter = [](QChar character) {
+        return (character >= u'a' && character <= u'z') || (character >= u'A' && character <= u'Z');
+    };
+    return name.size() == fileName.size() + 1 + letters && name.startsWith(fileName + u'.')
+           && std::all_of(name.end() - letters, name.end(), isLetter);
+}
+
+} // namespace
+
+SettingsStore::SettingsStore(const QString &folder) : mFolder(folder) {}
+
+SettingsStore::~SettingsStore()
+{
+    if (mLock >= 0)
+        ::close(mLock);
+}
+
+QString SettingsStore::defaultFolder()
+{
+    QString stateHome = qEnvironmentVariable("XDG_STATE_HOME");
+    if (!QDir::isAbsolutePath(stateHome)) // a relative one is to be ignored, says the base directory rule
+        stateHome = QDir::home().filePath(u".local/state"_s);
+    return QDir(stateHome).filePath(u"quill-kestra"_s);
+}
+
+SettingsStore::OpenResult SettingsStore::open()
+{
+    const bool isNew = !QFileInfo::exists(mFolder);
+    if (!QDir().mkpath(mFolder)) {
+        mErrorText = u"cannot make the folder %1"_s.arg(mFolder);
+        return OpenResult::unusable;
+    }
+    if (isNew)
+        QFile::setPermissions(mFolder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QString lockPath = QDir(mFolder).filePath(u"lock"_s);
+    mLock = ::open(QFile::encodeName(lockPath).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (mLock < 0) {
+        mErrorText = u"cannot open %1: %2"_s.arg(lockPath, systemError(errno));
+        return OpenResult::unusable;
+    }
+    // The lock goes with the process, also when that is killed.
+    if (const int error = lockExclusively(mLock); error == EWOULDBLOCK) {
+        mErrorText = u"another daemon uses the settings in %1"_s.arg(mFolder);
+        return OpenResult::inUse;
+    } else if (error != 0) {
+        mErrorText = u"cannot lock %1: %2"_s.arg(lockPath, systemError(error));
+        return OpenResult::unusable;
+    }
+    for (const QString &file : presentFiles()) {
+        const QString error = PropertyList::readFileBytes(file).error;
+        if (!error.isEmpty()) {
+            mErrorText = u"cannot read %1: %2"_s.arg(file, error);
+            return OpenResult::unusable;
+        }
+    }
+    removeLeftOvers();
+    return OpenResult::open;
+}
+
+QStringList SettingsStore::presentFiles() const
+{
+    QStringList candidates{path()};
+    for (int copy = 0; copy <= copyCount; ++copy)
+        candidates += copyPath(copy);
+    // A link whose file is not there (on a disk that is not mounted, say) counts as present.
+    candidates.removeIf([](const QString &file) { return !QFileInfo::exists(file) && !QFileInfo(file).isSymLink(); });
+    return candidates;
+}
+
+std::optional<QVariantMap> SettingsStore::load()
+{
+    std::optional<QVariantMap> newest;
+    for (const QString &candidate : presentFiles()) {
+        std::optional<QVariantMap> document = readGood(candidate); // reads all, so that no damaged one stays among them
+        if (!document || newest)
+            continue;
+        if (candidate != path())
+            qCWarning(lcSettings, "file: no good settings.plist, the copy %s is used", qUtf8Printable(candidate));
+        newest = std::move(document);
+    }
+    return newest;
+}
+
+std::optional<QVariantMap> SettingsStore::readGood(const QString &filePath)
+{
+    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(filePath);
+    if (!bytes.error.isEmpty()) { // it could be read when the folder was opened
+        qCCritical(lcSettings, "file: cannot read %s: %s", qUtf8Printable(filePath), qUtf8Printable(bytes.error));
+        refuseSavingWhileThereIs(filePath);
+        return {};
+    }
+    const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(bytes.data);
+    const QString problem = document ? SettingsDocument::problemOf(*document) : u"not a property list"_s;
+    if (problem.isEmpty())
+        return document;
+    setAside(filePath, problem);
+    return {};
+}
+
+void SettingsStore::setAside(const QString &filePath, const QString &reason)
+{
+    const SetAsideFile aside = setDamagedFileAside(filePath, path());
+    if (aside.error.isEmpty()) {
+        qCWarning(lcSettings, "file: %s is damaged (%s), set aside as %s", qUtf8Printable(filePath),
+                  qUtf8Printable(reason), qUtf8Printable(aside.name));
+        return;
+    }
+    qCCritical(lcSettings, "file: %s is damaged (%s) and cannot be set aside (%s)", qUtf8Printable(filePath),
+               qUtf8Printable(reason), qUtf8Printable(aside.error));
+    refuseSavingWhileThereIs(filePath);
+}
+
+void SettingsStore::refuseSavingWhileThereIs(const QString &filePath)
+{
+    mInTheWay += filePath;
+    qCCritical(lcSettings, "file: nothing is saved until %s is moved away", qUtf8Printable(filePath));
+}
+
+bool SettingsStore::save(const QVariantMap &document)
+{
+    const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(document);
+    if (!data) {
+        qCCritical(lcSettings, "daemon: the document cannot be written as a property list");
+        return false;
+    }
+    if (std::ranges::any_of(mInTheWay, [](const QString &file) { return QFileInfo::exists(file); }))
+        return false;
+    // Each step leaves a folder from which load() takes the newest answered document and finishInterruptedSave() the
+    // copies, because a daemon may be killed after any of them. Without an old document the copy that stands there is
+    // the newest good one, and stays.
+    const bool isReplacing = QFileInfo::exists(path());
+    if (isReplacing)
+        finishInterruptedSave();
+    const bool hasSecondName = isReplacing && keepSecondName();
+    QString problem;
+    if (!PropertyList::writeFileAtomically(path(), *data, &problem)) {
+        qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
+        if (hasSecondName)
+            takeBackReplacement();
+        else if (!isReplacing)
+            QFile::remove(path());
+        return false;
+    }
+    shiftCopies();
+    return true;
+}
+
+/// Ends what a daemon that was killed while it saved had begun, so that its copy .0 is not overwritten.
+void SettingsStore::finishInterruptedSave()
+{
+    const QString previous = copyPath(0);
+    if (!QFileInfo::exists(previous))
+        return;
+    const PropertyList::FileBytes current = PropertyList::readFileBytes(path());
+    const PropertyList::FileBytes older = PropertyList::readFileBytes(previous);
+    if (current.error.isEmpty() && older.error.isEmpty() && current.data == older.data)
+        QFile::remove(previous); // killed before the document was replaced: no copy, only its second name
+    else
+        shiftCopies();
+}
+
+/// Gives the document that is about to be replaced a second name, which writing leaves alone. Where the file system has
+/// no hard links the document is replaced as safely, only without a copy of the old one.
+bool SettingsStore::keepSecondName()
+{
+    if (::linkat(AT_FDCWD, QFile::encodeName(path()).constData(), AT_FDCWD, QFile::encodeName(copyPath(0)).constData(),
+                 AT_SYMLINK_FOLLOW)
+        == 0)
+        return true;
+    qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError(errno)));
+    return false;
+}
+
+/// The document as it was before a save that failed, also when that failed only after the replacement.
+void SettingsStore::takeBackReplacement()
+{
+    // Renaming does nothing between two names of one file, which is what these are when nothing was replaced.
+    if (renameOver(copyPath(0), path()))
+        QFile::remove(copyPath(0));
+}
+
+/// Makes the copy .0, if there is one, the copy .1. The others move up as far as the first gap, which a kill or a
+/// damaged copy may have left; the oldest is given up when there is none.
+void SettingsStore::shiftCopies()
+{
+    if (!QFileInfo::exists(copyPath(0)))
+        return;
+    int free = 1;
+    while (free < copyCount && QFileInfo::exists(copyPath(free)))
+        ++free;
+    for (int copy = free; copy >= 1; --copy)
+        renameOver(copyPath(copy - 1), copyPath(copy));
+}
+
+void SettingsStore::removeLeftOvers()
+{
+    QDir folder(mFolder);
+    const QStringList names = folder.entryList(QDir::Files | QDir::Hidden);
+    for (const QString &name : names) {
+        if (isLeftOver(name))
+            folder.remove(name);
+    }
+}
+
+QString SettingsStore::path(const QString &suffix) const
+{
+    return QDir(mFolder).filePath(fileName + suffix);
+}
+
+QString SettingsStore::copyPath(int copy) const
+{
+    return path(u".%1"_s.arg(copy));
+}

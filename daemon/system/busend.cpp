@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/system/busend.h"
+
+#include "daemon/system/logging.h"
+
+using namespace Qt::StringLiterals;
+
+BusEnd::BusEnd(QDBusConnection bus, QObject *parent) : QObject(parent)
+{
+    // The D-Bus library itself sends this to the process when the connection ends; it never crosses a bus.
+    if (!bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
+                     SLOT(tell())))
+        qCCritical(lcDaemon, "daemon: it cannot be told when the bus goes away");
+}

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// Runs every file of the folder enginecases on the key engine; enginecases/README.md says how they are written.
+#include "tests/daemon/engine/enginescript.h"
+#include "tests/support/casefile.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class KeyEngineCasesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void caseHolds_data();
+    void caseHolds();
+    void mistakesInACaseAreFound_data();
+    void mistakesInACaseAreFound();
+};
+
+void KeyEngineCasesTest::caseHolds_data()
+{
+    addCaseRows(QStringLiteral(KESTRA_ENGINE_CASES_DIR));
+}
+
+void KeyEngineCasesTest::caseHolds()
+{
+    QFETCH(QString, path);
+    EngineScript script;
+    runCase(script, path);
+    if (QTest::currentTestFailed())
+        return;
+    QCOMPARE(script.sentDown(), QList<HidUsage>()); // a case ends with every key let go of
+}
+
+void KeyEngineCasesTest::mistakesInACaseAreFound_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::newRow("event") << u"push A"_s;
+    QTest::newRow("key") << u"press Banana"_s;
+    QTest::newRow("no key") << u"press"_s;
+    QTest::newRow("kind") << u"profile 0 key A sing C"_s;
+    QTest::newRow("target") << u"profile 0 key A single-key Banana"_s;
+    QTest::newRow("modifier") << u"profile 0 key A single-key C D"_s;
+    QTest::newRow("capture") << u"capture maybe"_s;
+    QTest::newRow("macro without a pause") << u"macro 0 A down"_s;
+    QTest::newRow("macro with half an event") << u"macro 0 5 A"_s;
+    QTest::newRow("macro that leaves a gap") << u"macro 1 5 A down"_s;
+    QTest::newRow("macro to delete") << u"delete-macro 0"_s;
+    QTest::newRow("time") << u"wait long"_s;
+}
+
+void KeyEngineCasesTest::mistakesInACaseAreFound()
+{
+    QFETCH(QString, line);
+    EngineScript script;
+    QVERIFY(!script.run(line).isEmpty());
+}
+
+QTEST_APPLESS_MAIN(KeyEngineCasesTest)
+#include "keyenginecasestest.moc"

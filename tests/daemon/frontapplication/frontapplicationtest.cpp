@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+// The daemon on real desktops without a screen: an X server with a window manager, and a Wayland compositor. Windows
+// are opened, focused and closed, and the profile follows.
+#include "daemon/frontapplication/sessionenvironment.h"
+#include "daemon/settings/settingsdocument.h"
+#include "tests/daemon/frontapplication/usermanagerservice.h"
+#include "tests/support/daemonprocessfixture.h"
+#include "tests/support/kestractlprocess.h"
+#include "tests/support/testdesktop.h"
+
+#include <QJsonObject>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+
+Q_DECLARE_METATYPE(TestDesktop::Kind)
+
+class FrontApplicationTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void profileFollowsTheFocus_data() { desktops(); }
+    void profileFollowsTheFocus();
+    void daemonOutlivesTheDesktop_data() { desktops(); }
+    void daemonOutlivesTheDesktop();
+    void desktopThatComesLaterIsFound_data() { desktops(); }
+    void desktopThatComesLaterIsFound();
+    void desktopThatOnlyTheServiceManagerKnowsIsFound_data() { desktops(); }
+    void desktopThatOnlyTheServiceManagerKnowsIsFound();
+    void statusSaysThatX11IsNotAllOfAWaylandDesktop();
+    void executableIsKnownOnX11();
+
+private:
+    static void desktops();
+    /// A daemon on `desktop` with "Default Profile", "A" and "B", the latter two bound to the applications "kestra-a"
+    /// and "kestra-b".
+    enum class WithoutVariables { no, yes };
+    void startDaemon(const TestDesktop &desktop, WithoutVariables = WithoutVariables::no);
+    QJsonObject status() const { return runKestractl({u"status"_s, u"--json"_s}).json().object(); }
+    QString activeProfile() const { return status().value(u"activeProfileName"_s).toString(); }
+
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+};
+
+void FrontApplicationTest::desktops()
+{
+    QTest::addColumn<TestDesktop::Kind>("kind");
+    QTest::addColumn<QString>("source");
+    QTest::newRow("X11") << TestDesktop::Kind::x11 << u"x11"_s;
+    QTest::newRow("Wayland") << TestDesktop::Kind::wayland << u"wayland"_s;
+}
+
+void FrontApplicationTest::startDaemon(const TestDesktop &desktop, WithoutVariables withoutVariables)
+{
+    mDaemon.reset(); // before the next one takes its names
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    mDaemon->environment() = desktop.in(mDaemon->environment());
+    if (withoutVariables == WithoutVariables::yes) {
+        for (const QString &name : SessionEnvironment::variables())
+            mDaemon->environment().remove(name);
+    }
+    QVERIFY(mDaemon->start());
+    for (const QString &name : {u"A"_s, u"B"_s}) {
+        const QVariantMap appInfo{{u"identifier"_s, QString(u"kestra-"_s + name.toLower())}};
+        QVERIFY(mDaemon->request(
+            Command::addProfile,
+            {{u"DeviceSettingsDictionary"_s,
+              QVariantMap{{u"ProfileName"_s, name}, {u"AppInfo"_s, appInfo}, {u"AutoSwitchOn"_s, 1}}}}));
+    }
+    QVERIFY(mDaemon->request(Command::switchProfile, {{u"ProfileID"_s, 0}}));
+}
+
+void FrontApplicationTest::profileFollowsTheFocus()
+{
+    QFETCH(TestDesktop::Kind, kind);
+    TestDesktop desktop(kind);
+    QVERIFY(desktop.start());
+    startDaemon(desktop);
+    QFETCH(QString, source);
+    QTRY_COMPARE(status().value(u"frontApplicationSource"_s).toString(), source);
+    QVERIFY(!runKestractl({u"status"_s}).text().contains(u"Hint"_s));
+    QCOMPARE(activeProfile(), u"Default Profile"_s);
+    QVERIFY(desktop.open(u"kestra-a"_s));
+    QTRY_COMPARE(activeProfile(), u"A"_s);
+    QCOMPARE(status().value(u"frontApplication"_s).toString(), u"kestra-a"_s);
+    QVERIFY(desktop.open(u"kestra-b"_s));
+    QTRY_COMPARE(activeProfile(), u"B"_s);
+    QVERIFY(desktop.focus(u"kestra-a"_s));
+    QTRY_COMPARE(activeProfile(), u"A"_s);
+    QVERIFY(desktop.open(u"kestra-unbound"_s));
+    QTRY_COMPARE(activeProfile(), u"Default Profile"_s);
+    QVERIFY(desktop.focus(u"kestra-b"_s));
+    QTRY_COMPARE(activeProfile(), u"B"_s);
+    desktop.close(u"kestra-unbound"_s);
+    desktop.close(u"kestra-b"_s);
+    QTRY_COMPARE(activeProfile(), u"A"_s); // the one window left gets the focus
+    desktop.close(u"kestra-a"_s);
+    QTRY_COMPARE(activeProfile(), u"Default Profile"_s);
+    mDaemon.reset();
+}
+
+void FrontApplicationTest::daemonOutlivesTheDesktop()
+{
+    QFETCH(TestDesktop::Kind, kind);
+    QFETCH(QString, source);
+    TestDesktop desktop(kind);
+    QVERIFY(desktop.start());
+    startDaemon(desktop);
+    QVERIFY(desktop.open(u"kestra-a"_s));
+    QTRY_COMPARE(activeProfile(), u"A"_s);
+    desktop.stop();
+    QTRY_COMPARE(status().value(u"frontApplicationSource"_s).toString(), u"none"_s);
+    QTRY_COMPARE(activeProfile(), u"Default Profile"_s);
+    QCOMPARE(runKestractl({u"focus"_s, u"kestra-b"_s}).exitCode, 0);
+    QTRY_COMPARE(activeProfile(), u"B"_s);
+    QVERIFY(desktop.start());
+    QTRY_COMPARE_WITH_TIMEOUT(status().value(u"frontApplicationSource"_s).toString(), source, 20000);
+    QVERIFY(desktop.open(u"kestra-a"_s));
+    QTRY_COMPARE(activeProfile(), u"A"_s);
+    QCOMPARE(mDaemon->terminate(), 0);
+}
+
+void FrontApplicationTest::desktopThatComesLaterIsFound()
+{
+    QFETCH(TestDesktop::Kind, kind);
+    QFETCH(QString, source);
+    TestDesktop desktop(kind);
+    QVERIFY(desktop.start()); // to learn its name
+    desktop.stop();
+    startDaemon(desktop);
+    QCOMPARE(status().value(u"frontApplicationSource"_s).toString(), u"none"_s);
+    QVERIFY(desktop.start());
+    QVERIFY(desktop.open(u"kestra-a"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(status().value(u"frontApplicationSource"_s).toString(), source, 20000);
+    QTRY_COMPARE(activeProfile(), u"A"_s); // was in front before the daemon looked
+    mDaemon.reset();
+}
+
+void FrontApplicationTest::desktopThatOnlyTheServiceManagerKnowsIsFound()
+{
+    QFETCH(TestDesktop::Kind, kind);
+    QFETCH(QString, source);
+    UserManagerService manager;
+    TestDesktop desktop(kind);
+    startDaemon(desktop, WithoutVariables::yes); // as a user service is, before somebody logs in
+    QCOMPARE(status().value(u"frontApplicationSource"_s).toString(), u"none"_s);
+    QVERIFY(desktop.start());
+    QVERIFY(desktop.open(u"kestra-a"_s));
+    QCOMPARE(status().value(u"frontApplicationSource"_s).toString(), u"none"_s);
+    const QProcessEnvironment session = desktop.in({});
+    manager.setEnvironment(session.toStringList());
+    manager.endJob(u"graphical-session.target"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(status().value(u"frontApplicationSource"_s).toString(), source, 20000);
+    QTRY_COMPARE(activeProfile(), u"A"_s);
+    mDaemon.reset();
+}
+
+void FrontApplicationTest::statusSaysThatX11IsNotAllOfAWaylandDesktop()
+{
+    TestDesktop desktop(TestDesktop::Kind::x11);
+    QVERIFY(desktop.start());
+    startDaemon(desktop);
+    QCOMPARE(mDaemon->terminate(), 0);
+    mDaemon->environment().insert(u"WAYLAND_DISPLAY"_s, u"wayland-that-tells-nothing"_s);
+    QVERIFY(mDaemon->start());
+    QTRY_COMPARE(status().value(u"frontApplicationSource"_s).toString(), u"x11"_s);
+    QVERIFY(runKestractl({u"status"_s})
+                .text()
+                .contains(u"frontApplicationHint: this desktop tells of X11 applications only; tell it by \"kestractl "
+                          "focus NAME\"\n"_s));
+    mDaemon.reset();
+}
+
+void FrontApplicationTest::executableIsKnownOnX11()
+{
+    TestDesktop desktop(TestDesktop::Kind::x11);
+    QVERIFY(desktop.start());
+    startDaemon(desktop);
+    const QVariantMap appInfo{{u"executable"_s, u"/elsewhere/namedwindow"_s}};
+    QVERIFY(
+        mDaemon->request(Command::updateProfile,
+                         {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"AppInfo"_s, appInfo}}}}));
+    QVERIFY(desktop.open(u"something-else"_s));
+    QTRY_COMPARE(activeProfile(), u"A"_s);
+    mDaemon.reset();
+}
+
+QTEST_GUILESS_MAIN(FrontApplicationTest)
+#include "frontapplicationtest.moc"

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/devices.h"
+
+#include <QSet>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class DevicesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void choiceMeansTheRightKeyboards_data();
+    void choiceMeansTheRightKeyboards();
+    void everyKeyboardIsFoundByItsOwnChoice();
+    void statesHaveNamesOfTheirOwn();
+};
+
+namespace {
+
+InputDevice device(const QString &serial, const QString &path, quint16 product = 2)
+{
+    InputDevice result;
+    result.vendor = 1;
+    result.product = product;
+    result.serial = serial;
+    result.path = path;
+    return result;
+}
+
+ChosenDevice choice(const QString &serial, const QString &path, quint16 product = 2)
+{
+    return choiceOf(device(serial, path, product));
+}
+
+} // namespace
+
+void DevicesTest::choiceMeansTheRightKeyboards_data()
+{
+    QTest::addColumn<QList<InputDevice>>("devices");
+    QTest::addColumn<QList<ChosenDevice>>("choices");
+    QTest::addColumn<QList<qsizetype>>("chosen");
+    using Devices = QList<InputDevice>;
+    using Choices = QList<ChosenDevice>;
+    using Chosen = QList<qsizetype>;
+    const QString none;
+    QTest::newRow("no choice") << Devices{device(none, u"p"_s)} << Choices{} << Chosen{};
+    QTest::newRow("not plugged in") << Devices{} << Choices{choice(u"S"_s, u"p"_s)} << Chosen{};
+    QTest::newRow("same port") << Devices{device(none, u"q"_s), device(none, u"p"_s)} << Choices{choice(none, u"p"_s)}
+                               << Chosen{1};
+    QTest::newRow("without a number, at another port")
+        << Devices{device(none, u"q"_s)} << Choices{choice(none, u"p"_s)} << Chosen{};
+    QTest::newRow("by its number, at another port")
+        << Devices{device(u"R"_s, u"p"_s), device(u"S"_s, u"q"_s)} << Choices{choice(u"S"_s, u"p"_s)} << Chosen{1};
+    QTest::newRow("another number at its port")
+        << Devices{device(u"R"_s, u"p"_s)} << Choices{choice(u"S"_s, u"p"_s)} << Chosen{};
+    QTest::newRow("a number where there was none")
+        << Devices{device(u"R"_s, u"p"_s)} << Choices{choice(none, u"p"_s)} << Chosen{};
+    QTest::newRow("another product at its port")
+        << Devices{device(none, u"p"_s, 3)} << Choices{choice(none, u"p"_s)} << Chosen{};
+    QTest::newRow("one number twice, at its port")
+        << Devices{device(u"S"_s, u"p"_s), device(u"S"_s, u"q"_s)} << Choices{choice(u"S"_s, u"q"_s)} << Chosen{1};
+    QTest::newRow("one number twice, at neither")
+        << Devices{device(u"S"_s, u"p"_s), device(u"S"_s, u"q"_s)} << Choices{choice(u"S"_s, u"r"_s)} << Chosen{0};
+    QTest::newRow("one number twice, both chosen, one moved")
+        << Devices{device(u"S"_s, u"q"_s), device(u"S"_s, u"p"_s)}
+        << Choices{choice(u"S"_s, u"r"_s), choice(u"S"_s, u"q"_s)} << Chosen{0, 1};
+    QTest::newRow("the same choice twice")
+        << Devices{device(none, u"p"_s)} << Choices{choice(none, u"p"_s), choice(none, u"p"_s)} << Chosen{0};
+    QTest::newRow("several") << Devices{device(none, u"p"_s), device(none, u"q"_s), device(none, u"r"_s)}
+                             << Choices{choice(none, u"r"_s), choice(none, u"p"_s)} << Chosen{0, 2};
+}
+
+void DevicesTest::choiceMeansTheRightKeyboards()
+{
+    QFETCH(QList<InputDevice>, devices);
+    QFETCH(QList<ChosenDevice>, choices);
+    QFETCH(QList<qsizetype>, chosen);
+    QCOMPARE(chosenAmong(devices, choices), chosen);
+}
+
+void DevicesTest::everyKeyboardIsFoundByItsOwnChoice()
+{
+    QList<InputDevice> devices;
+    for (const QString &serial : {u""_s, u"S"_s, u"T"_s}) {
+        for (const QString &path : {u"p"_s, u"q"_s}) {
+            devices += device(serial, path, 2);
+            devices += device(serial, path, 3);
+        }
+    }
+    for (qsizetype index = 0; index < devices.size(); ++index)
+        QCOMPARE(chosenAmong(devices, {choiceOf(devices.at(index))}), QList<qsizetype>{index});
+}
+
+void DevicesTest::statesHaveNamesOfTheirOwn()
+{
+    QSet<QLatin1StringView> names;
+    for (int value = 0; value <= int(DeviceState::failed); ++value)
+        names += deviceStateName(DeviceState(value));
+    QCOMPARE(names.size(), int(DeviceState::failed) + 1);
+    QVERIFY(!names.contains("?"_L1));
+}
+
+QTEST_GUILESS_MAIN(DevicesTest)
+#include "devicestest.moc"

@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: MIT
+// Keys on a thread of their own, while the daemon's thread changes everything that can be changed. ThreadSanitizer runs
+// over this test.
+#include "daemon/keyboards/currentkeyboard.h"
+#include "tests/daemon/keyboards/keydocuments.h"
+#include "tests/support/threadedkeyboard.h"
+
+#include <QDeadlineTimer>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using namespace KeyDocuments;
+
+namespace {
+
+constexpr std::array<quint16, 8> keys{4, 5, 6, 58, 59, 60, 225, 227};
+
+/// Maps the keys above to anything, by chance.
+QVariantMap randomProfile(QRandomGenerator &random, const QString &name)
+{
+    QVariantMap mappings;
+    for (const quint16 key : keys) {
+        const QString code = QString::number(key);
+        switch (random.bounded(6)) {
+        case 0: mappings.insert(code, entry(sendsKey, random.bounded(4, 8), random.bounded(256))); break;
+        case 1: mappings.insert(code, entry(switchesProfile, random.bounded(4))); break; // the last does not exist
+        case 2: mappings.insert(code, entry(playsMacro, random.bounded(3), random.bounded(253, 256))); break;
+        case 3: mappings.insert(code, entry(launches, u"/program"_s)); break;
+        default: break; // itself
+        }
+    }
+    return profile(name, mappings);
+}
+
+QVariantMap randomDocument(QRandomGenerator &random)
+{
+    const QVariantMap plain =
+        document({randomProfile(random, u"A"_s), randomProfile(random, u"B"_s), randomProfile(random, u"C"_s)},
+                 {macro(uint(random.bounded(4, 7)), 1), macro(6, random.bounded(3))}, random.bounded(3));
+    return SettingsDocument::completed(
+        SettingsDocument::withDeviceSetting(plain, "GameMode"_L1, random.bounded(4) == 0));
+}
+
+/// Presses and releases by chance. Lives on the thread of the keys from the first burst to the end of the last.
+class Storm
+{
+public:
+    Storm(ThreadedKeyboard &keyboard, quint32 seed) : mKeyboard(keyboard), mRandom(seed) {}
+
+    /// Posts some changes of keys.
+    void burst()
+    {
+        mKeyboard.postToKeys([this](NotingChannel &channel) {
+            for (int count = 0; count < 40; ++count)
+                change(channel, std::size_t(mRandom.bounded(int(keys.size()))));
+        });
+    }
+    /// Waits for the bursts, and lets go of all keys.
+    void end()
+    {
+        mKeyboard.runOnKeys([this](NotingChannel &channel) {
+            for (std::size_t index = 0; index < keys.size(); ++index) {
+                if (mIsDown[index])
+                    change(channel, index);
+            }
+        });
+    }
+
+private:
+    void change(NotingChannel &channel, std::size_t index)
+    {
+        mIsDown[index] = !mIsDown[index];
+        Q_EMIT channel.keyChanged({HidUsage::keyboardPage, keys[index]}, mIsDown[index], KeyPath::Time(0));
+    }
+
+    ThreadedKeyboard &mKeyboard;
+    QRandomGenerator mRandom;
+    std::array<bool, keys.size()> mIsDown{};
+};
+
+/// The profile that decides what the keys do, as its single key is told apart: the first sends 10, the second 11.
+quint16 sentBy(ThreadedKeyboard &keyboard, quint16 key)
+{
+    quint16 sent = 0;
+    keyboard.press(key);
+    keyboard.runOnKeys([&](NotingChannel &channel) {
+        for (const quint16 usage : {quint16(10), quint16(11)}) {
+            if (channel.isDown(usage))
+                sent = usage;
+        }
+    });
+    keyboard.release(key);
+    return sent;
+}
+
+} // namespace
+
+class KeyPathThreadTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void stormLeavesNoKeyDown_data();
+    void stormLeavesNoKeyDown();
+    void bothSidesAgreeAfterTheyHaveSwitchedAtOnce_data();
+    void bothSidesAgreeAfterTheyHaveSwitchedAtOnce();
+    void whatWasOnItsWayFromAnEarlierKeyboardIsNotHeard();
+};
+
+void KeyPathThreadTest::stormLeavesNoKeyDown_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (const quint32 seed : {1U, 2U, 3U, 4U})
+        QTest::addRow("%u", seed) << seed;
+}
+
+void KeyPathThreadTest::stormLeavesNoKeyDown()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    ThreadedKeyboard keyboard;
+    CurrentKeyboard current;
+    QVariantMap stored = randomDocument(random);
+    int choices = 0, programs = 0, captured = 0, reported = 0;
+    connect(&current, &CurrentKeyboard::profileChosen, this, [&](int index) {
+        ++choices;
+        if (index < SettingsDocument::profiles(stored).size() && random.bounded(3) != 0) {
+            stored = SettingsDocument::completed(SettingsDocument::withActiveProfile(stored, index));
+            current.apply(stored, true);
+        } // else it could not be stored
+    });
+    connect(&current, &CurrentKeyboard::programChosen, this,
+            [&](const QString &program) { programs += program == "/program"_L1; });
+    connect(&current, &CurrentKeyboard::keyCaptured, this, [&] { ++captured; });
+    connect(&current, &CurrentKeyboard::keyChanged, this, [&] { ++reported; });
+    current.use(keyboard, stored);
+
+    Storm storm(keyboard, seed + 100);
+    for (int step = 0; step < 400; ++step) {
+        storm.burst(); // goes on while this thread does the following
+        switch (random.bounded(8)) {
+        case 0:
+        case 1:
+            stored = randomDocument(random);
+            current.apply(stored, true);
+            break;
+        case 2: current.listen({.isCapturing = true, .isReporting = random.bounded(2) == 0}); break;
+        case 3:
+        case 4: current.listen({.isCapturing = false, .isReporting = random.bounded(2) == 0}); break;
+        case 5: keyboard.postToKeys([](NotingChannel &channel) { Q_EMIT channel.emptied(); }); break;
+        default: QCoreApplication::processEvents();
+        }
+    }
+    storm.end();
+    QCoreApplication::processEvents();
+    current.stop();
+    keyboard.runOnKeys([](NotingChannel &channel) {
+        QCOMPARE(channel.downCount(), std::size_t(0));
+        QVERIFY(!channel.hasMadeNoSense());
+        QVERIFY(channel.sent() > 500);
+        QCOMPARE(channel.unflushed(), 0);
+    });
+    QVERIFY(choices > 0 && programs > 0 && captured > 0 && reported > 0);
+}
+
+void KeyPathThreadTest::bothSidesAgreeAfterTheyHaveSwitchedAtOnce_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (const quint32 seed : {11U, 12U, 13U})
+        QTest::addRow("%u", seed) << seed;
+}
+
+void KeyPathThreadTest::bothSidesAgreeAfterTheyHaveSwitchedAtOnce()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    const auto keysOf = [](int sent) {
+        return QVariantMap{{u"4"_s, entry(sendsKey, sent)},
+                           {u"58"_s, entry(switchesProfile, 0)},
+                           {u"59"_s, entry(switchesProfile, 1)},
+                           {u"60"_s, entry(switchesProfile, 9)}};
+    };
+    QVariantMap stored = document({profile(u"A"_s, keysOf(10)), profile(u"B"_s, keysOf(11))});
+    ThreadedKeyboard keyboard;
+    CurrentKeyboard current;
+    const auto activate = [&](int index) {
+        stored = SettingsDocument::completed(SettingsDocument::withActiveProfile(stored, index));
+        current.apply(stored, true);
+    };
+    int choices = 0;
+    connect(&current, &CurrentKeyboard::profileChosen, this, [&](int index) {
+        ++choices;
+        const bool canBeStored = random.bounded(4) != 0;
+        if (canBeStored && index < 2 && index != SettingsDocument::activeProfileIndex(stored))
+            activate(index);
+    });
+    current.use(keyboard, stored);
+    for (int round = 0; round < 200; ++round) {
+        const int expected = choices + 2;
+        for (const int offset : {random.bounded(3), random.bounded(3)}) {
+            const auto key = static_cast<quint16>(58 + offset);
+            keyboard.postToKeys([key](NotingChannel &channel) {
+                Q_EMIT channel.keyChanged({HidUsage::keyboardPage, key}, true, KeyPath::Time(0));
+                Q_EMIT channel.keyChanged({HidUsage::keyboardPage, key}, false, KeyPath::Time(0));
+            });
+        }
+        if (random.bounded(2) == 0)
+            activate(random.bounded(2));
+        const QDeadlineTimer patience(10s);
+        while (choices < expected && !patience.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCOMPARE(choices, expected);
+        QCOMPARE(int(sentBy(keyboard, 4)), 10 + SettingsDocument::activeProfileIndex(stored));
+    }
+    current.stop();
+}
+
+void KeyPathThreadTest::whatWasOnItsWayFromAnEarlierKeyboardIsNotHeard()
+{
+    const QVariantMap stored = document({profile(u"A"_s, {{u"58"_s, entry(switchesProfile, 1)}}), profile(u"B"_s, {})});
+    ThreadedKeyboard first, second;
+    CurrentKeyboard current;
+    QList<int> chosen;
+    connect(&current, &CurrentKeyboard::profileChosen, this, [&](int index) { chosen += index; });
+    current.use(first, stored);
+    first.press(58); // its word is posted to this thread now
+    current.use(second, stored);
+    QCoreApplication::processEvents();
+    QVERIFY(chosen.isEmpty());
+    current.use(first, stored);
+    first.press(58);
+    current.use(second, stored);
+    current.use(first, stored); // the same keyboard, used anew
+    QCoreApplication::processEvents();
+    QVERIFY(chosen.isEmpty());
+    first.press(58);
+    QTRY_COMPARE(chosen, QList<int>{1});
+    current.stop();
+}
+
+QTEST_GUILESS_MAIN(KeyPathThreadTest)
+#include "keypaththreadtest.moc"

@@ -1,0 +1,390 @@
+// SPDX-License-Identifier: MIT
+// This program's own event loops are that of the dispatcher, and so is that of a second thread.
+#include "daemon/keyboards/linux/epolldispatcher.h"
+#include "daemon/system/handover.h"
+#include "tests/support/threadusage.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QSocketNotifier>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <fcntl.h>
+#include <functional>
+#include <memory>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A pipe whose read end a notifier watches.
+class Pipe
+{
+public:
+    Pipe()
+    {
+        if (::pipe2(mEnds, O_NONBLOCK | O_CLOEXEC) != 0)
+            qFatal("no pipe");
+        notifier = std::make_unique<QSocketNotifier>(mEnds[0], QSocketNotifier::Read);
+        QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] {
+            ++told;
+            if (isEmptying)
+                read();
+            if (whenTold)
+                whenTold();
+        });
+    }
+    ~Pipe()
+    {
+        notifier.reset();
+        ::close(mEnds[0]);
+        closeWriteEnd();
+    }
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
+
+    void write() const { QCOMPARE(::write(mEnds[1], "x", 1), 1); }
+    void read() const
+    {
+        char bytes[64];
+        while (::read(mEnds[0], bytes, sizeof bytes) > 0) {
+        }
+    }
+    void closeWriteEnd()
+    {
+        if (mEnds[1] >= 0)
+            ::close(std::exchange(mEnds[1], -1));
+    }
+
+    std::unique_ptr<QSocketNotifier> notifier;
+    std::function<void()> whenTold;
+    int told = 0;
+    bool isEmptying = true;
+
+private:
+    int mEnds[2] = {-1, -1};
+};
+
+} // namespace
+
+class EpollDispatcherTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsOfAFileThatIsReadable();
+    void tellsAgainOfWhatIsLeft();
+    void disabledNotifierIsNotTold();
+    void notifierDestroyedByAnotherIsNotTold();
+    void tellsOfTheEndOfAFile();
+    void readerAndWriterOfOneFile();
+    void servesManyFiles();
+    void timersGoOffInTheOrderOfTheirTimes();
+    void repeatingTimerGoesOnUntilItIsStopped();
+    void timerWithoutTimeStarvesNoFile();
+    void tellsHowLongATimerHasLeft();
+    void callsOfOtherThreadsAreDoneInTheirOrder();
+    void callsPostedBeforeTheThreadStartsAreDone();
+    void deletesLater();
+    void threadQuits();
+    void sleepsWhileThereIsNothingToDo();
+    void signalDoesNotAwakeIt();
+    void tellsThatItAwakesBeforeAnythingHasItsTurn();
+};
+
+void EpollDispatcherTest::tellsOfAFileThatIsReadable()
+{
+    Pipe pipe;
+    QCoreApplication::processEvents();
+    QCOMPARE(pipe.told, 0);
+    pipe.write();
+    QTRY_COMPARE(pipe.told, 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(pipe.told, 1);
+    pipe.write();
+    QTRY_COMPARE(pipe.told, 2);
+}
+
+void EpollDispatcherTest::tellsAgainOfWhatIsLeft()
+{
+    Pipe pipe;
+    pipe.isEmptying = false;
+    pipe.write();
+    QTRY_VERIFY(pipe.told >= 3);
+}
+
+void EpollDispatcherTest::disabledNotifierIsNotTold()
+{
+    Pipe pipe;
+    pipe.notifier->setEnabled(false);
+    pipe.write();
+    for (int round = 0; round < 3; ++round)
+        QCoreApplication::processEvents();
+    QCOMPARE(pipe.told, 0);
+    pipe.notifier->setEnabled(true);
+    QTRY_COMPARE(pipe.told, 1);
+}
+
+void EpollDispatcherTest::notifierDestroyedByAnotherIsNotTold()
+{
+    Pipe first;
+    Pipe second;
+    first.whenTold = [&] { second.notifier.reset(); };
+    second.whenTold = [&] { first.notifier.reset(); };
+    first.write();
+    second.write();
+    for (int round = 0; round < 3; ++round)
+        QCoreApplication::processEvents();
+    QCOMPARE(first.told + second.told, 1); // whichever comes first
+}
+
+void EpollDispatcherTest::tellsOfTheEndOfAFile()
+{
+    Pipe pipe;
+    pipe.whenTold = [&] { pipe.notifier->setEnabled(false); };
+    pipe.closeWriteEnd();
+    QTRY_COMPARE(pipe.told, 1);
+}
+
+void EpollDispatcherTest::readerAndWriterOfOneFile()
+{
+    int ends[2] = {-1, -1};
+    QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, ends), 0);
+    QSocketNotifier reader(ends[0], QSocketNotifier::Read);
+    QSocketNotifier writer(ends[0], QSocketNotifier::Write);
+    int reads = 0;
+    int writes = 0;
+    connect(&reader, &QSocketNotifier::activated, this, [&] {
+        ++reads;
+        reader.setEnabled(false);
+    });
+    connect(&writer, &QSocketNotifier::activated, this, [&] {
+        ++writes;
+        writer.setEnabled(false);
+    });
+    QTRY_COMPARE(writes, 1);
+    QCOMPARE(reads, 0);
+    QCOMPARE(::write(ends[1], "x", 1), 1);
+    QTRY_COMPARE(reads, 1);
+    QCOMPARE(writes, 1);
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+void EpollDispatcherTest::servesManyFiles()
+{
+    std::vector<std::unique_ptr<Pipe>> pipes(100);
+    for (std::unique_ptr<Pipe> &pipe : pipes) {
+        pipe = std::make_unique<Pipe>();
+        pipe->write();
+    }
+    QTRY_VERIFY(std::ranges::all_of(pipes, [](const std::unique_ptr<Pipe> &pipe) { return pipe->told == 1; }));
+}
+
+void EpollDispatcherTest::timersGoOffInTheOrderOfTheirTimes()
+{
+    QList<int> order;
+    QElapsedTimer clock;
+    clock.start();
+    for (const int ms : {30, 10, 20, 0}) {
+        QTimer::singleShot(ms, Qt::PreciseTimer, this, [&order, &clock, ms] {
+            QVERIFY(clock.elapsed() >= ms);
+            order += ms;
+        });
+    }
+    QTRY_COMPARE(order.size(), 4);
+    QCOMPARE(order, (QList<int>{0, 10, 20, 30}));
+}
+
+void EpollDispatcherTest::repeatingTimerGoesOnUntilItIsStopped()
+{
+    QTimer timer;
+    int count = 0;
+    timer.callOnTimeout([&] {
+        if (++count == 5)
+            timer.stop();
+    });
+    QElapsedTimer clock;
+    clock.start();
+    timer.start(2ms);
+    QTRY_COMPARE(count, 5);
+    QVERIFY(clock.elapsed() >= 10);
+    QTimer later;
+    QSignalSpy spy(&later, &QTimer::timeout);
+    later.setSingleShot(true);
+    later.start(10ms);
+    QVERIFY(spy.wait());
+    QCOMPARE(count, 5);
+}
+
+void EpollDispatcherTest::timerWithoutTimeStarvesNoFile()
+{
+    QTimer timer;
+    int count = 0;
+    timer.callOnTimeout([&] { ++count; });
+    timer.start(0ms);
+    Pipe pipe;
+    pipe.write();
+    QTRY_COMPARE(pipe.told, 1);
+    QTRY_VERIFY(count > 3);
+}
+
+void EpollDispatcherTest::tellsHowLongATimerHasLeft()
+{
+    auto *dispatcher = QAbstractEventDispatcher::instance();
+    const int id = startTimer(1000s);
+    QCOMPARE(dispatcher->registeredTimers(this).size(), 1);
+    const int left = dispatcher->remainingTime(id);
+    QVERIFY2(left > 990'000 && left <= 1'000'000, qPrintable(QString::number(left)));
+    killTimer(id);
+    QCOMPARE(dispatcher->remainingTime(id), -1);
+    QCOMPARE(dispatcher->registeredTimers(this).size(), 0);
+}
+
+void EpollDispatcherTest::callsOfOtherThreadsAreDoneInTheirOrder()
+{
+    constexpr int calls = 10'000;
+    QThread thread;
+    thread.setEventDispatcher(new EpollDispatcher);
+    QObject target;
+    target.moveToThread(&thread);
+    thread.start();
+    std::atomic<int> done = 0;
+    std::atomic<int> wrong = 0;
+    for (int call = 0; call < calls; ++call) {
+        QMetaObject::invokeMethod(&target, HandOver::Call{[&done, &wrong, call] {
+            if (done++ != call)
+                ++wrong;
+        }},
+                                  call % 100 == 99 ? Qt::BlockingQueuedConnection : Qt::QueuedConnection);
+    }
+    QTRY_COMPARE(done.load(), calls);
+    QCOMPARE(wrong.load(), 0);
+    thread.quit();
+    QVERIFY(thread.wait(20'000));
+}
+
+void EpollDispatcherTest::callsPostedBeforeTheThreadStartsAreDone()
+{
+    QThread thread;
+    QObject target;
+    target.moveToThread(&thread);
+    std::atomic<bool> isDone = false;
+    QMetaObject::invokeMethod(&target, HandOver::Call{[&isDone] { isDone = true; }}, Qt::QueuedConnection);
+    thread.setEventDispatcher(new EpollDispatcher);
+    thread.start();
+    QTRY_VERIFY(isDone);
+    thread.quit();
+    QVERIFY(thread.wait(20'000));
+}
+
+void EpollDispatcherTest::deletesLater()
+{
+    const QPointer<QObject> object = new QObject;
+    object->deleteLater();
+    QTRY_VERIFY(!object);
+}
+
+void EpollDispatcherTest::threadQuits()
+{
+    for (int round = 0; round < 200; ++round) { // wherever it is at that moment
+        QThread thread;
+        thread.setEventDispatcher(new EpollDispatcher);
+        thread.start();
+        thread.quit();
+        QVERIFY(thread.wait(20'000));
+    }
+}
+
+void EpollDispatcherTest::sleepsWhileThereIsNothingToDo()
+{
+    const Pipe pipe;
+    QEventLoop loop;
+    QTimer::singleShot(200ms, &loop, &QEventLoop::quit);
+    const long before = timesWoken();
+    loop.exec();
+    QVERIFY2(timesWoken() - before <= 2, qPrintable(QString::number(timesWoken() - before))); // by the timer
+}
+
+void EpollDispatcherTest::signalDoesNotAwakeIt()
+{
+    static std::atomic<int> signalsSeen = 0;
+    const auto before = std::signal(SIGUSR1, [](int) { ++signalsSeen; });
+    const auto self = static_cast<pid_t>(::syscall(SYS_gettid));
+    // Of this loop: another loop is that of the test's QTRY.
+    QEventLoop loop;
+    QSignalSpy awakenings(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake);
+    const std::unique_ptr<QThread> other(QThread::create([self] {
+        const QDeadlineTimer patience(20s);
+        for (int count = 0; count < 20; ++count) {
+            ::syscall(SYS_tgkill, ::getpid(), self, SIGUSR1);
+            // They do not queue: the next is sent when this one was seen.
+            do {
+                QThread::msleep(5);
+            } while (signalsSeen <= count && !patience.hasExpired());
+        }
+    }));
+    connect(other.get(), &QThread::finished, &loop, &QEventLoop::quit);
+    other->start();
+    loop.exec();
+    QVERIFY(other->wait(20'000));
+    std::signal(SIGUSR1, before);
+    QCOMPARE(signalsSeen.load(), 20);
+    // By its start, by the end of the thread.
+    QVERIFY2(awakenings.count() <= 5, qPrintable(QString::number(awakenings.count())));
+}
+
+void EpollDispatcherTest::tellsThatItAwakesBeforeAnythingHasItsTurn()
+{
+    auto *dispatcher = QAbstractEventDispatcher::instance();
+    QStringList happened;
+    QObject context;
+    connect(dispatcher, &QAbstractEventDispatcher::awake, &context, [&] { happened += QStringLiteral("awake"); });
+    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &context,
+            [&] { happened += QStringLiteral("waits"); });
+    QEventLoop loop;
+    Pipe pipe;
+    pipe.whenTold = [&] { happened += QStringLiteral("file"); };
+    pipe.write();
+    QTimer::singleShot(0ms, &context, [&] { happened += QStringLiteral("timer"); });
+    QMetaObject::invokeMethod(
+        &context, [&] { happened += QStringLiteral("call"); }, Qt::QueuedConnection);
+    QTimer::singleShot(20ms, &loop, &QEventLoop::quit);
+    loop.exec();
+    QVERIFY(happened.contains(QStringLiteral("call")));
+    bool isAwake = false;
+    QStringList told;
+    for (const QString &what : std::as_const(happened)) {
+        if (what == QStringLiteral("waits"))
+            isAwake = false;
+        else if (what == QStringLiteral("awake"))
+            isAwake = true;
+        else
+            told += isAwake ? what : QStringLiteral("asleep: ") + what;
+    }
+    told.sort();
+    QCOMPARE(told, (QStringList{QStringLiteral("call"), QStringLiteral("file"), QStringLiteral("timer")}));
+}
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication::setEventDispatcher(new EpollDispatcher);
+    QCoreApplication application(argc, argv);
+    EpollDispatcherTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "epolldispatchertest.moc"

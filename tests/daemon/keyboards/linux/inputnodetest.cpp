@@ -1,0 +1,337 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/inputnode.h"
+#include "tests/daemon/keyboards/linux/fakeeventfile.h"
+
+#include <linux/input-event-codes.h>
+
+#include <QTest>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using State = InputNode::State;
+
+namespace {
+
+class Recorder : public InputNodeHandler
+{
+public:
+    void nodeEvent(InputNode &node, const KeyTranslator::Event &event) override
+    {
+        ++eventsSinceRead;
+        if (event.type == EV_KEY)
+            keys += u"%1 %2"_s.arg(event.code).arg(event.value);
+        if (releasesAtKey == event.code && event.type == EV_KEY)
+            node.release();
+    }
+    void nodeRead(InputNode &) override
+    {
+        mostEvents = std::max(mostEvents, eventsSinceRead);
+        eventsSinceRead = 0;
+    }
+    void nodeDroppedEvents(InputNode &) override { ++drops; }
+    void nodeStateChanged(InputNode &node) override { states += node.state(); }
+
+    QStringList keys;
+    QList<State> states;
+    int releasesAtKey = -1;
+    int drops = 0;
+    int eventsSinceRead = 0;
+    int mostEvents = 0;
+};
+
+} // namespace
+
+class InputNodeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        mFake = std::make_unique<FakeNode>();
+        mRecorder = std::make_unique<Recorder>();
+    }
+    void cleanup()
+    {
+        mNode.reset();
+        mRecorder.reset();
+        mFake.reset();
+    }
+
+    void grabsAtOnceWhenNoKeyIsDown();
+    void waitsUntilNoKeyIsDown();
+    void tellsNothingFromBeforeTheGrab();
+    void takesOverWhatStaysDown();
+    void takesOverEveryKeyOfAKeyboardThatLies();
+    void stopsWaitingWhenGivenBack();
+    void keyPressedJustBeforeTheGrabIsWaitedFor();
+    void keyPressedAndReleasedAroundTheGrabComesUpOnTheDesktop();
+    void keyPressedAnewBeforeEachTakeOverDoesNotHoldItUp();
+    void refusesWhatAnotherProgramHas_data();
+    void refusesWhatAnotherProgramHas();
+    void unpluggedBeforeTheGrab();
+    void unpluggedInTheMiddle();
+    void givesBackWithEveryKeyUp();
+    void givenBackFromWithinAnEventTellsNoMore();
+    void tellsThatEventsWereDropped();
+    void floodIsReadInPartsAndAnotherNodeHasItsTurn();
+    void switchesLedsOnlyOfWhatItHas();
+
+private:
+    void make(std::chrono::milliseconds patience = InputNode::usualPatience)
+    {
+        mNode = std::make_unique<InputNode>(mFake->open(), 1, true, *mRecorder, patience);
+    }
+
+    std::unique_ptr<FakeNode> mFake;
+    std::unique_ptr<Recorder> mRecorder;
+    std::unique_ptr<InputNode> mNode;
+};
+
+void InputNodeTest::grabsAtOnceWhenNoKeyIsDown()
+{
+    make();
+    QVERIFY(!mFake->isGrabbed());
+    mNode->start();
+    QVERIFY(mFake->isGrabbed());
+    QCOMPARE(mRecorder->states, QList{State::grabbed});
+    mFake->press(KEY_A);
+    QTRY_COMPARE(mRecorder->keys, QStringList{u"30 1"_s});
+    QCOMPARE(mFake->seenByDesktop(), QStringList());
+}
+
+void InputNodeTest::waitsUntilNoKeyIsDown()
+{
+    mFake->press(KEY_ENTER); // which has sent the command to use the keyboard
+    mFake->press(KEY_LEFTSHIFT);
+    make();
+    mNode->start();
+    QCOMPARE(mNode->state(), State::waiting);
+    mFake->release(KEY_ENTER);
+    QTRY_COMPARE(mFake->unread(), 0);
+    QCOMPARE(mNode->state(), State::waiting);
+    mFake->release(KEY_LEFTSHIFT);
+    QTRY_COMPARE(mNode->state(), State::grabbed);
+    QCOMPARE(mFake->seenByDesktop(), (QStringList{u"28 down"_s, u"42 down"_s, u"28 up"_s, u"42 up"_s}));
+    QCOMPARE(mRecorder->keys, QStringList());
+}
+
+void InputNodeTest::tellsNothingFromBeforeTheGrab()
+{
+    make();
+    mFake->press(KEY_A);
+    mFake->release(KEY_A);
+    mNode->start();
+    mFake->press(KEY_B);
+    QTRY_COMPARE(mRecorder->keys, QStringList{u"48 1"_s});
+}
+
+void InputNodeTest::takesOverWhatStaysDown()
+{
+    mFake->press(KEY_A);
+    make(20ms);
+    mNode->start();
+    QCOMPARE(mNode->state(), State::waiting);
+    QTRY_COMPARE(mNode->state(), State::grabbed);
+    QCOMPARE(mFake->seenByDesktop(), (QStringList{u"30 down"_s, u"30 up"_s}));
+    QTRY_COMPARE(mRecorder->keys, QStringList{u"30 1"_s});
+    mFake->release(KEY_A);
+    QTRY_COMPARE(mRecorder->keys, (QStringList{u"30 1"_s, u"30 0"_s}));
+    QCOMPARE(mFake->seenByDesktop().size(), 2);
+}
+
+void InputNodeTest::takesOverEveryKeyOfAKeyboardThatLies()
+{
+    for (quint16 code = 1; code < KEY_CNT; ++code)
+        mFake->press(code);
+    make(20ms);
+    mNode->start();
+    QTRY_COMPARE(mNode->state(), State::grabbed);
+    QTRY_COMPARE(mRecorder->keys.size(), KEY_CNT - 1);
+    QCOMPARE(mFake->seenByDesktop().size(), 2 * (KEY_CNT - 1));
+}
+
+void InputNodeTest::stopsWaitingWhenGivenBack()
+{
+    mFake->press(KEY_A);
+    make(1ms);
+    mNode->start();
+    mNode->release();
+    QCOMPARE(mRecorder->states, QList{State::released});
+    QTest::qWait(20); // nothing is to happen, and there is nothing to wait for
+    QCOMPARE(mRecorder->states, QList{State::released});
+    QVERIFY(!mFake->isGrabbed());
+    QCOMPARE(mFake->seenByDesktop(), QStringList{u"30 down"_s});
+}
+
+void InputNodeTest::keyPressedJustBeforeTheGrabIsWaitedFor()
+{
+    make();
+    mFake->setBeforeGrab([this] {
+        mFake->setBeforeGrab({});
+        mFake->press(KEY_A);
+    });
+    mNode->start();
+    QCOMPARE(mNode->state(), State::waiting);
+    QVERIFY(!mFake->isGrabbed());
+    mFake->release(KEY_A);
+    QTRY_COMPARE(mNode->state(), State::grabbed);
+    QCOMPARE(mFake->seenByDesktop(), (QStringList{u"30 down"_s, u"30 up"_s}));
+    QCOMPARE(mRecorder->keys, QStringList());
+}
+
+void InputNodeTest::keyPressedAndReleasedAroundTheGrabComesUpOnTheDesktop()
+{
+    // Its release goes to the daemon alone, for the moment in which that has the keyboard.
+    class Releasing : public EventFile
+    {
+    public:
+        explicit Releasing(FakeNode &node) : mNode(node), mFile(node.open()) {}
+        int descriptor() const override { return mFile->descriptor(); }
+        ReadResult read(KeyTranslator::Event &event) override { return mFile->read(event); }
+        int setGrabbed(bool isGrabbed) override
+        {
+            if (!isGrabbed)
+                mNode.release(KEY_A);
+            return mFile->setGrabbed(isGrabbed);
+        }
+        Keys keysDown() override { return mFile->keysDown(); }
+        void inject(quint16 code, bool isDown) override { mFile->inject(code, isDown); }
+        void setLed(quint16, bool) override {}
+
+    private:
+        FakeNode &mNode;
+        std::unique_ptr<EventFile> mFile;
+    };
+    mFake->setBeforeGrab([this] {
+        mFake->setBeforeGrab({});
+        mFake->press(KEY_A);
+    });
+    mNode = std::make_unique<InputNode>(std::make_unique<Releasing>(*mFake), 1, true, *mRecorder);
+    mNode->start();
+    QCOMPARE(mFake->seenByDesktop().last(), u"30 up"_s);
+    QTRY_COMPARE(mNode->state(), State::grabbed);
+}
+
+void InputNodeTest::keyPressedAnewBeforeEachTakeOverDoesNotHoldItUp()
+{
+    mFake->press(KEY_A);
+    quint16 code = KEY_B;
+    make(5ms);
+    mFake->setBeforeGrab([&] { mFake->press(code++); });
+    mNode->start();
+    QTRY_COMPARE(mNode->state(), State::grabbed);
+    QVERIFY(mFake->isGrabbed());
+}
+
+void InputNodeTest::refusesWhatAnotherProgramHas_data()
+{
+    QTest::addColumn<bool>("isHeld");
+    QTest::newRow("at once") << false;
+    QTest::newRow("after the wait") << true;
+}
+
+void InputNodeTest::refusesWhatAnotherProgramHas()
+{
+    QFETCH(bool, isHeld);
+    if (isHeld)
+        mFake->press(KEY_A);
+    mFake->setGrabError(EBUSY);
+    make(5ms);
+    mNode->start();
+    QTRY_COMPARE(mNode->state(), State::refused);
+    QCOMPARE(mNode->error(), EBUSY);
+    QCOMPARE(mRecorder->states, QList{State::refused});
+}
+
+void InputNodeTest::unpluggedBeforeTheGrab()
+{
+    mFake->unplug();
+    make();
+    mNode->start();
+    QCOMPARE(mRecorder->states, QList{State::gone});
+}
+
+void InputNodeTest::unpluggedInTheMiddle()
+{
+    make();
+    mNode->start();
+    mFake->press(KEY_A);
+    mFake->unplug();
+    QTRY_COMPARE(mNode->state(), State::gone);
+    QCOMPARE(mRecorder->keys, QStringList{u"30 1"_s});
+    QCOMPARE(mRecorder->states, (QList{State::grabbed, State::gone}));
+    mNode->release();
+    QCOMPARE(mRecorder->states.size(), 2);
+}
+
+void InputNodeTest::givesBackWithEveryKeyUp()
+{
+    make();
+    mNode->start();
+    mFake->press(KEY_A);
+    QTRY_COMPARE(mRecorder->keys.size(), 1);
+    mNode->release();
+    QVERIFY(!mFake->isGrabbed());
+    mFake->release(KEY_A); // the desktop has not seen it go down
+    QCOMPARE(mFake->seenByDesktop(), QStringList());
+    mFake->press(KEY_B);
+    QCOMPARE(mFake->seenByDesktop(), QStringList{u"48 down"_s});
+}
+
+void InputNodeTest::givenBackFromWithinAnEventTellsNoMore()
+{
+    make();
+    mNode->start();
+    mRecorder->releasesAtKey = KEY_B;
+    for (const quint16 code : {KEY_A, KEY_B, KEY_C})
+        mFake->press(code);
+    QTRY_COMPARE(mNode->state(), State::released);
+    QCOMPARE(mRecorder->keys, (QStringList{u"30 1"_s, u"48 1"_s}));
+}
+
+void InputNodeTest::tellsThatEventsWereDropped()
+{
+    make();
+    mNode->start();
+    mFake->dropEvents();
+    QTRY_COMPARE(mRecorder->drops, 1);
+    mFake->press(KEY_A);
+    QTRY_COMPARE(mRecorder->keys.size(), 1);
+}
+
+void InputNodeTest::floodIsReadInPartsAndAnotherNodeHasItsTurn()
+{
+    FakeNode quiet;
+    Recorder quietRecorder;
+    InputNode quietNode(quiet.open(), 2, true, quietRecorder);
+    quietNode.start();
+    make();
+    mNode->start();
+    constexpr int reports = 5000;
+    for (int report = 0; report < reports; ++report)
+        mFake->repeat(KEY_A);
+    quiet.press(KEY_B);
+    QTRY_COMPARE(quietRecorder.keys.size(), 1);
+    QVERIFY2(mRecorder->keys.size() < reports / 2, qPrintable(QString::number(mRecorder->keys.size())));
+    QTRY_COMPARE(mRecorder->keys.size(), reports); // none is lost
+    QCOMPARE(mRecorder->mostEvents, InputNode::eventsAtOnce);
+}
+
+void InputNodeTest::switchesLedsOnlyOfWhatItHas()
+{
+    mFake->press(KEY_A);
+    make();
+    mNode->start();
+    mNode->setLed(LED_CAPSL, true);
+    QCOMPARE(mFake->leds(), QStringList());
+    mFake->release(KEY_A);
+    QTRY_COMPARE(mNode->state(), State::grabbed);
+    mNode->setLed(LED_CAPSL, true);
+    QCOMPARE(mFake->leds(), QStringList{u"1 on"_s});
+}
+
+QTEST_GUILESS_MAIN(InputNodeTest)
+#include "inputnodetest.moc"

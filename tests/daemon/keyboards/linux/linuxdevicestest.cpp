@@ -1,0 +1,343 @@
+// SPDX-License-Identifier: MIT
+// Choosing keyboards on a machine of the test's own, with the key thread as it is.
+#include "daemon/keyboards/linux/linuxdevices.h"
+#include "daemon/settings/keysettings.h"
+#include "daemon/settings/settingsdocument.h"
+#include "tests/daemon/keyboards/linux/fakeeventfile.h"
+#include "tests/daemon/keyboards/linux/nodes.h"
+#include "tests/daemon/keyboards/linux/outputpipe.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cerrno>
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const ChosenDevice chosen{.vendor = 0x1209, .product = 0xAB, .serial = {}, .path = {}};
+
+} // namespace
+
+class LinuxDevicesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void takesNothingOverWithoutBeingTold();
+    void usesAllNodesOfTheChosenKeyboardAndNoOther();
+    void anIdMayBeShortened();
+    void unknownOrAmbiguousIdIsNotUsed();
+    void withoutRightsNothingIsUsedAndTheRemedyIsTold();
+    void withoutOutputNothingIsUsedAndTheRemedyIsTold();
+    void keyboardThatIsAlsoThePointerIsListedButNotUsed();
+    void otherChoiceGivesTheFirstBack();
+    void keyboardThatComesLaterIsUsed();
+    void unpluggedKeyboardIsUsedAgainWhenItComesBack();
+    void anotherOfTheSameKindIsNotTakenForTheChosenOne();
+    void releaseGivesBackAndForgets();
+    void keyboardsAreWantedBeforeTheyAreTakenOver();
+    void panicLeavesThemAloneUntilTheyAreChosenOrPluggedInAgain();
+    void nodeThatAnotherProgramHasIsTold();
+    void keysReachTheComputer();
+    void tellsVersionAndAttachment();
+
+private:
+    [[nodiscard]] FakeNode &fake(int number)
+    {
+        auto &place = mFakes[u"/dev/input/event%1"_s.arg(number)];
+        if (!place)
+            place = std::make_unique<FakeNode>();
+        return *place;
+    }
+
+    std::map<QString, std::unique_ptr<FakeNode>> mFakes;
+    std::map<QString, int> mErrors; // errno of opening, by node
+    QString mOutputProblem;
+    std::unique_ptr<OutputPipe> mPipe;
+    std::unique_ptr<FakeNodeSource> mSource;
+    std::unique_ptr<LinuxKeyboard> mKeyboard;
+    std::unique_ptr<LinuxDevices> mDevices;
+};
+
+void LinuxDevicesTest::init()
+{
+    mErrors.clear();
+    mOutputProblem.clear();
+    mPipe = std::make_unique<OutputPipe>();
+    mSource = std::make_unique<FakeNodeSource>();
+    mKeyboard = std::make_unique<LinuxKeyboard>();
+    const auto errorOf = [this](const QString &path) { return mErrors.contains(path) ? mErrors[path] : 0; };
+    mDevices = std::make_unique<LinuxDevices>(
+        *mSource, *mKeyboard,
+        LinuxDevices::Outlets{
+            .openNode = [this, errorOf](const QString &path, int &error) -> std::unique_ptr<EventFile> {
+                error = errorOf(path);
+                return error || !mFakes.contains(path) ? nullptr : mFakes[path]->open();
+            },
+            .makeOutput = [this](QString &problem) -> std::unique_ptr<OutputDevice> {
+                problem = mOutputProblem;
+                return problem.isEmpty() ? mPipe->device() : nullptr;
+            },
+            .access = errorOf});
+    for (int number = 1; number <= 4; ++number)
+        (void)fake(number);
+    NodeInfo other = keyboardNode(3, u"/b"_s);
+    other.vendor = 0x1234;
+    mSource->set({keyboardNode(1, u"/a"_s), mediaNode(2, u"/a"_s), other});
+}
+
+void LinuxDevicesTest::cleanup()
+{
+    mDevices.reset();
+    mKeyboard.reset();
+    mFakes.clear();
+    mSource.reset();
+    mPipe.reset();
+}
+
+void LinuxDevicesTest::takesNothingOverWithoutBeingTold()
+{
+    QCOMPARE(mDevices->devices().size(), 2);
+    QCOMPARE(mDevices->devices().first().id, u"1209:00ab"_s);
+    QVERIFY(!mDevices->devices().first().isInUse);
+    QCOMPARE(mDevices->status(), DeviceStatus());
+    QVERIFY(!fake(1).isOpen());
+    QVERIFY(!mKeyboard->keyThread()); // nor does it start anything
+}
+
+void LinuxDevicesTest::usesAllNodesOfTheChosenKeyboardAndNoOther()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().grabs, (QStringList{u"/dev/input/event1"_s, u"/dev/input/event2"_s}));
+    QVERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
+    QVERIFY(!fake(3).isOpen());
+    QCOMPARE(mDevices->status().state, DeviceState::inUse);
+    QCOMPARE(mDevices->status().names, QStringList{u"Test board"_s});
+    QVERIFY(mDevices->devices().first().isInUse);
+    QCOMPARE(mDevices->choices(), (QList<ChosenDevice>{chosen}));
+}
+
+void LinuxDevicesTest::anIdMayBeShortened()
+{
+    NodeInfo node = keyboardNode(1, u"/a"_s);
+    node.serial = u"S1"_s;
+    mSource->set({node});
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_VERIFY(fake(1).isGrabbed());
+    QVERIFY(mDevices->use({u"/dev/input/event1"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab:S1"_s}).isOk());
+    QCOMPARE(mDevices->choices().first().serial, u"S1"_s);
+}
+
+void LinuxDevicesTest::unknownOrAmbiguousIdIsNotUsed()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    const QList<ChosenDevice> before = mDevices->choices();
+    QCOMPARE(mDevices->use({u"1209:00ab"_s, u"dead:beef"_s}).code, UseResult::Code::unknown);
+    NodeInfo first = keyboardNode(1, u"/a"_s);
+    NodeInfo second = keyboardNode(4, u"/d"_s);
+    first.serial = u"S1"_s;
+    second.serial = u"S2"_s;
+    mSource->set({first, second});
+    const UseResult result = mDevices->use({u"1209:00ab"_s});
+    QCOMPARE(result.code, UseResult::Code::unknown);
+    QVERIFY2(result.problem.contains("several"_L1), qPrintable(result.problem));
+    QCOMPARE(mDevices->choices(), before);
+}
+
+void LinuxDevicesTest::withoutRightsNothingIsUsedAndTheRemedyIsTold()
+{
+    mErrors[u"/dev/input/event2"_s] = EACCES;
+    const UseResult result = mDevices->use({u"1209:00ab"_s});
+    QCOMPARE(result.code, UseResult::Code::refused);
+    QVERIFY2(result.problem.contains("kestractl device rule 1209:00ab"_L1), qPrintable(result.problem));
+    QCOMPARE(mDevices->devices().first().problem, result.problem);
+    QCOMPARE(mDevices->choices(), QList<ChosenDevice>());
+    QVERIFY(!fake(1).isOpen());
+}
+
+void LinuxDevicesTest::withoutOutputNothingIsUsedAndTheRemedyIsTold()
+{
+    QSignalSpy wanted(mDevices.get(), &LinuxDevices::wanted);
+    mOutputProblem = u"no uinput, do this"_s;
+    const UseResult result = mDevices->use({u"1209:00ab"_s});
+    QCOMPARE(result.code, UseResult::Code::refused);
+    QCOMPARE(result.problem, mOutputProblem);
+    mDevices->useWhenPresent({chosen});
+    QCOMPARE(mDevices->status().state, DeviceState::failed);
+    QCOMPARE(mDevices->status().problem, mOutputProblem);
+    QVERIFY(!fake(1).isOpen());
+    QCOMPARE(wanted.size(), 0); // the virtual keyboard goes on
+    mOutputProblem.clear();
+    mSource->set(mSource->nodes()); // once there is a word from the system
+    QTRY_VERIFY(fake(1).isGrabbed());
+}
+
+void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()
+{
+    NodeInfo mixed = keyboardNode(1, u"/a"_s);
+    mixed.absoluteAxes.set(ABS_X).set(ABS_Y);
+    mSource->set({mixed});
+    const QString problem = mDevices->devices().first().problem;
+    QVERIFY(problem.contains(u"pointer"_s));
+    const UseResult result = mDevices->use({u"1209:00ab"_s});
+    QCOMPARE(result.code, UseResult::Code::refused);
+    QCOMPARE(result.problem, problem);
+    // Chosen before, when it had a node for its keys alone.
+    mDevices->useWhenPresent({chosen});
+    QCOMPARE(mDevices->status().state, DeviceState::failed);
+    QCOMPARE(mDevices->status().problem, problem);
+    QVERIFY(!fake(1).isOpen());
+}
+
+void LinuxDevicesTest::otherChoiceGivesTheFirstBack()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_VERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
+    QVERIFY(mDevices->use({u"1234:00ab"_s}).isOk());
+    QTRY_VERIFY(fake(3).isGrabbed());
+    QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen());
+}
+
+void LinuxDevicesTest::keyboardThatComesLaterIsUsed()
+{
+    const QList<NodeInfo> nodes = mSource->nodes();
+    mSource->set({});
+    mDevices->useWhenPresent({chosen});
+    QCOMPARE(mDevices->status().state, DeviceState::absent);
+    mSource->set(nodes);
+    QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
+    QVERIFY(!fake(3).isOpen());
+}
+
+void LinuxDevicesTest::unpluggedKeyboardIsUsedAgainWhenItComesBack()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().grabs.size(), 2);
+    fake(1).unplug();
+    fake(2).unplug();
+    QTRY_COMPARE(mDevices->status().grabs, QStringList());
+    mSource->set({});
+    QCOMPARE(mDevices->status().state, DeviceState::absent);
+    NodeInfo again = keyboardNode(4, u"/a"_s);
+    mSource->set({again});
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event4"_s});
+}
+
+void LinuxDevicesTest::anotherOfTheSameKindIsNotTakenForTheChosenOne()
+{
+    NodeInfo first = keyboardNode(1, u"/a"_s);
+    first.path = u"port1"_s;
+    NodeInfo second = keyboardNode(4, u"/d"_s);
+    second.path = u"port2"_s;
+    mSource->set({first, second});
+    QVERIFY(mDevices->use({u"1209:00ab:port1"_s}).isOk());
+    QTRY_VERIFY(fake(1).isGrabbed());
+    fake(1).unplug();
+    mSource->set({second});
+    QTRY_COMPARE(mDevices->status().state, DeviceState::absent);
+    QVERIFY(!fake(4).isOpen());
+}
+
+void LinuxDevicesTest::releaseGivesBackAndForgets()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().grabs.size(), 2);
+    mDevices->release();
+    QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen());
+    QCOMPARE(mDevices->status().state, DeviceState::released);
+    QCOMPARE(mDevices->choices(), QList<ChosenDevice>());
+    QVERIFY(!mKeyboard->isAttached());
+}
+
+void LinuxDevicesTest::keyboardsAreWantedBeforeTheyAreTakenOver()
+{
+    QList<bool> told;
+    connect(mDevices.get(), &LinuxDevices::wanted, this, [&](bool isWanted) {
+        told += isWanted;
+        QVERIFY(!isWanted || !fake(1).isOpen());
+        QVERIFY(mKeyboard->keyThread());
+    });
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_VERIFY(fake(1).isGrabbed());
+    QVERIFY(mDevices->use({u"1234:00ab"_s}).isOk());
+    mDevices->release();
+    mDevices->release();
+    QCOMPARE(told, (QList<bool>{true, false}));
+}
+
+void LinuxDevicesTest::panicLeavesThemAloneUntilTheyAreChosenOrPluggedInAgain()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().grabs.size(), 3);
+    QSignalSpy panicked(mDevices.get(), &LinuxDevices::panicked);
+    for (const quint16 code : {KEY_BACKSPACE, KEY_ESC, KEY_ENTER})
+        fake(1).press(code);
+    QTRY_COMPARE(panicked.size(), 1);
+    QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen() && !fake(3).isOpen());
+    QCOMPARE(mDevices->status().state, DeviceState::suspended);
+    QCOMPARE(mDevices->choices().size(), 2);
+    mSource->set(mSource->nodes()); // another keyboard's coming changes nothing
+    QCOMPARE(mDevices->status().state, DeviceState::suspended);
+    NodeInfo again = keyboardNode(4, u"/a"_s);
+    mSource->set({again});
+    QTRY_VERIFY(fake(4).isGrabbed());
+}
+
+void LinuxDevicesTest::nodeThatAnotherProgramHasIsTold()
+{
+    fake(1).setGrabError(EBUSY);
+    fake(2).setGrabError(EBUSY);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().state, DeviceState::failed);
+    QVERIFY2(mDevices->status().problem.contains("Another program"_L1), qPrintable(mDevices->status().problem));
+    fake(1).setGrabError(0);
+    fake(2).setGrabError(0);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
+    QCOMPARE(mDevices->status().problem, QString());
+}
+
+void LinuxDevicesTest::keysReachTheComputer()
+{
+    connect(mDevices.get(), &LinuxDevices::wanted, this, [this](bool isWanted) {
+        if (!isWanted)
+            return;
+        KeyPath *keys = &mKeyboard->keys();
+        const KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
+        QMetaObject::invokeMethod(
+            keys, [keys, settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
+    });
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_VERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
+    fake(1).press(KEY_A, 0x70004);
+    fake(2).press(KEY_PLAYPAUSE, 0xC00CD);
+    QTRY_COMPARE(mPipe->keys().size(), 2);
+    fake(1).unplug();
+    QTRY_COMPARE(mPipe->keys().last(), u"30 up"_s);
+    mKeyboard.reset(); // the daemon ends
+    QCOMPARE(mPipe->keys().last(), u"164 up"_s);
+    QVERIFY(!fake(2).isOpen());
+    mDevices.reset();
+}
+
+void LinuxDevicesTest::tellsVersionAndAttachment()
+{
+    QSignalSpy attached(mKeyboard.get(), &Keyboard::attachedChanged);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().grabs.size(), 2);
+    QCOMPARE(attached.size(), 1);
+    QCOMPARE(mKeyboard->firmwareVersion(), u"1.23"_s);
+    mDevices->release();
+    QCOMPARE(attached.size(), 2);
+    QVERIFY(!attached.last().first().toBool());
+}
+
+QTEST_GUILESS_MAIN(LinuxDevicesTest)
+#include "linuxdevicestest.moc"

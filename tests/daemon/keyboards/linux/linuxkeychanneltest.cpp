@@ -1,0 +1,359 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/linux/linuxkeychannel.h"
+#include "daemon/system/deadlinetimer.h"
+#include "tests/daemon/keyboards/linux/fakeeventfile.h"
+#include "tests/daemon/keyboards/linux/outputpipe.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+HidUsage key(quint16 usage)
+{
+    return {HidUsage::keyboardPage, usage};
+}
+
+constexpr quint16 usageA = 4;
+
+} // namespace
+
+class LinuxKeyChannelTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void tellsKeysByTheirUsage();
+    void passesMediaKeysOn();
+    void macroKeysAreM1ToM5();
+    void keysForTheKeyboardItselfAreTold_data();
+    void keysForTheKeyboardItselfAreTold();
+    void keyForTheLightIsUpWhereItWasDown();
+    void sendsNothingBeforeAKeyboardIsTakenOver();
+    void sameModifierOnTwoKeyboards();
+    void unpluggedKeyboardLetsGoOfItsKeys();
+    void lastKeyboardEndsWhatItsKeysHaveBegun();
+    void panicGivesEverythingBack();
+    void panicWorksWhenTheChannelIsFlooded();
+    void switchesTheLedsOfEveryKeyboard();
+    void timesNeverGoBack();
+    void moreNodesThanPlacesStayWithTheDesktop();
+    void measuresKeysAndCountsLosses();
+    void timeBetweenTwoUsesIsNotMeasured();
+    void removedNodeIsClosed();
+
+private:
+    std::unique_ptr<OutputPipe> mPipe;
+    std::unique_ptr<FakeNode> mFirst;
+    std::unique_ptr<FakeNode> mSecond;
+    std::unique_ptr<LinuxKeyChannel> mChannel;
+    QStringList mKeys;
+};
+
+void LinuxKeyChannelTest::init()
+{
+    mPipe = std::make_unique<OutputPipe>();
+    mFirst = std::make_unique<FakeNode>();
+    mSecond = std::make_unique<FakeNode>();
+    mChannel = std::make_unique<LinuxKeyChannel>();
+    mChannel->setOutput(mPipe->device());
+    mKeys.clear();
+    // As the key path does without assignments.
+    connect(mChannel.get(), &KeyChannel::keyChanged, this, [this](HidUsage usage, bool isDown) {
+        mKeys += u"%1 %2"_s.arg(usage.usage).arg(isDown ? "down"_L1 : "up"_L1);
+        mChannel->send(usage, isDown);
+        mChannel->flush();
+    });
+}
+
+void LinuxKeyChannelTest::cleanup()
+{
+    mChannel->removeAllNodes(); // while there is one to hear of it
+    mChannel.reset();
+    mFirst.reset();
+    mSecond.reset();
+    mPipe.reset();
+}
+
+void LinuxKeyChannelTest::tellsKeysByTheirUsage()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mFirst->press(KEY_LEFTCTRL, 0x70039); // a table of the system has made Control of Caps Lock
+    mFirst->release(KEY_LEFTCTRL, 0x70039);
+    QTRY_COMPARE(mKeys, (QStringList{u"57 down"_s, u"57 up"_s}));
+    QCOMPARE(mPipe->keys(), (QStringList{u"58 down"_s, u"58 up"_s}));
+}
+
+void LinuxKeyChannelTest::passesMediaKeysOn()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mFirst->press(KEY_PLAYPAUSE, 0xC00CD);
+    mFirst->release(KEY_PLAYPAUSE, 0xC00CD);
+    QTRY_COMPARE(mPipe->read(), (QStringList{u"164 down"_s, u"report"_s, u"164 up"_s, u"report"_s}));
+    QCOMPARE(mKeys, QStringList());
+}
+
+void LinuxKeyChannelTest::macroKeysAreM1ToM5()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    // Not assigned, they come out as they went in, also when their HID usage is that of another key.
+    mFirst->press(KEY_MACRO1);
+    mFirst->press(KEY_MACRO5, 0x70068);
+    mFirst->release(KEY_MACRO1);
+    mFirst->release(KEY_MACRO5, 0x70068);
+    mFirst->press(KEY_MACRO6);
+    QTRY_COMPARE(mPipe->keys(), (QStringList{u"656 down"_s, u"660 down"_s, u"656 up"_s, u"660 up"_s, u"661 down"_s}));
+    QCOMPARE(mKeys, (QStringList{u"106 down"_s, u"110 down"_s, u"106 up"_s, u"110 up"_s}));
+    // A keyboard that has F15 for it has F15.
+    mSecond->press(KEY_F15, 0x7006A);
+    mSecond->release(KEY_F15, 0x7006A);
+    QTRY_COMPARE(mPipe->keys().sliced(5), (QStringList{u"185 down"_s, u"185 up"_s}));
+}
+
+void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold_data()
+{
+    using Own = KeyCodes::OwnKey;
+    QTest::addColumn<int>("code");
+    QTest::addColumn<bool>("isLit");
+    QTest::addColumn<Own>("key"); // none: the desktop's
+    QTest::newRow("brighter") << KEY_KBDILLUMUP << true << Own::brighter;
+    QTest::newRow("darker") << KEY_KBDILLUMDOWN << true << Own::darker;
+    QTest::newRow("switch") << KEY_KBDILLUMTOGGLE << true << Own::lightSwitch;
+    QTest::newRow("brighter without a light") << KEY_KBDILLUMUP << false << Own::none;
+    QTest::newRow("begin a macro") << KEY_MACRO_RECORD_START << false << Own::macro;
+    QTest::newRow("end a macro") << KEY_MACRO_RECORD_STOP << false << Own::macro;
+    QTest::newRow("another") << KEY_PLAYPAUSE << true << Own::none;
+}
+
+void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold()
+{
+    QFETCH(int, code);
+    QFETCH(bool, isLit);
+    QFETCH(KeyCodes::OwnKey, key);
+    QList<KeyCodes::OwnKey> told;
+    connect(mChannel.get(), &LinuxKeyChannel::ownKeyPressed, this, [&](KeyCodes::OwnKey own) { told += own; });
+    mChannel->setLit(isLit);
+    mChannel->addNode(mFirst->open(), 1, true);
+    mFirst->press(quint16(code));
+    mFirst->release(quint16(code));
+    mFirst->press(KEY_A);
+    QTRY_COMPARE(mKeys, QStringList{u"4 down"_s});
+    QStringList seen{u"30 down"_s};
+    if (key == KeyCodes::OwnKey::none)
+        seen = QStringList{u"%1 down"_s.arg(code), u"%1 up"_s.arg(code)} + seen;
+    QCOMPARE(mPipe->keys(), seen);
+    QCOMPARE(told, key == KeyCodes::OwnKey::none ? QList<KeyCodes::OwnKey>() : QList{key});
+    disconnect(mChannel.get(), &LinuxKeyChannel::ownKeyPressed, this, nullptr);
+}
+
+void LinuxKeyChannelTest::keyForTheLightIsUpWhereItWasDown()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mFirst->press(KEY_KBDILLUMUP);
+    QTRY_COMPARE(mPipe->keys(), QStringList{u"230 down"_s});
+    mChannel->setLit(true);
+    mFirst->release(KEY_KBDILLUMUP);
+    QTRY_COMPARE(mPipe->keys(), (QStringList{u"230 down"_s, u"230 up"_s}));
+    mFirst->press(KEY_KBDILLUMUP);
+    mFirst->press(KEY_A);
+    QTRY_COMPARE(mKeys, QStringList{u"4 down"_s});
+    mChannel->setLit(false);
+    mFirst->release(KEY_KBDILLUMUP);
+    mFirst->release(KEY_A);
+    QTRY_COMPARE(mPipe->keys().sliced(2), (QStringList{u"30 down"_s, u"30 up"_s}));
+}
+
+void LinuxKeyChannelTest::sendsNothingBeforeAKeyboardIsTakenOver()
+{
+    mChannel->send(key(usageA), true);
+    mChannel->flush();
+    QCOMPARE(mPipe->read(), QStringList());
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->send(key(usageA), true);
+    mChannel->send({HidUsage::buttonPage, 1}, true);
+    mChannel->flush();
+    QCOMPARE(mPipe->keys(), (QStringList{u"30 down"_s, u"272 down"_s}));
+}
+
+void LinuxKeyChannelTest::sameModifierOnTwoKeyboards()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    mFirst->press(KEY_LEFTSHIFT);
+    QTRY_COMPARE(mPipe->keys().size(), 1);
+    mSecond->press(KEY_LEFTSHIFT);
+    mSecond->press(KEY_A);
+    QTRY_COMPARE(mPipe->keys().size(), 2);
+    mFirst->release(KEY_LEFTSHIFT);
+    mSecond->release(KEY_A);
+    QTRY_COMPARE(mPipe->keys(), (QStringList{u"42 down"_s, u"30 down"_s, u"30 up"_s}));
+    mSecond->release(KEY_LEFTSHIFT);
+    QTRY_COMPARE(mPipe->keys().last(), u"42 up"_s);
+}
+
+void LinuxKeyChannelTest::unpluggedKeyboardLetsGoOfItsKeys()
+{
+    QSignalSpy emptied(mChannel.get(), &KeyChannel::emptied);
+    QSignalSpy changed(mChannel.get(), &LinuxKeyChannel::nodeChanged);
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    mFirst->press(KEY_A);
+    mFirst->press(KEY_PLAYPAUSE);
+    mSecond->press(KEY_B);
+    QTRY_COMPARE(mPipe->keys().size(), 3);
+    mFirst->unplug();
+    QTRY_COMPARE(mPipe->keys().size(), 5);
+    QCOMPARE(mPipe->keys().mid(3), (QStringList{u"30 up"_s, u"164 up"_s}));
+    QCOMPARE(emptied.size(), 0);
+    QCOMPARE(changed.last().at(0).toInt(), 1);
+    QCOMPARE(changed.last().at(1).value<InputNode::State>(), InputNode::State::gone);
+}
+
+void LinuxKeyChannelTest::lastKeyboardEndsWhatItsKeysHaveBegun()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->send(key(usageA), true); // by a macro, say
+    mChannel->flush();
+    QSignalSpy emptied(mChannel.get(), &KeyChannel::emptied);
+    mChannel->removeNode(1);
+    QCOMPARE(emptied.size(), 1);
+    QCOMPARE(mPipe->keys(), (QStringList{u"30 down"_s, u"30 up"_s}));
+    QVERIFY(!mFirst->isGrabbed());
+}
+
+void LinuxKeyChannelTest::panicGivesEverythingBack()
+{
+    QSignalSpy panicked(mChannel.get(), &LinuxKeyChannel::panicked);
+    QSignalSpy emptied(mChannel.get(), &KeyChannel::emptied);
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, false);
+    mFirst->press(KEY_A);
+    mFirst->press(KEY_ESC);
+    mSecond->press(KEY_BACKSPACE);
+    mSecond->press(KEY_PLAYPAUSE);
+    QTRY_COMPARE(mPipe->keys().size(), 4);
+    mFirst->press(KEY_ENTER);
+    QTRY_COMPARE(panicked.size(), 1);
+    QCOMPARE(emptied.size(), 1);
+    QVERIFY(!mFirst->isGrabbed());
+    QVERIFY(!mSecond->isGrabbed());
+    QStringList up = mPipe->keys().mid(4);
+    up.sort();
+    QCOMPARE(up, (QStringList{u"1 up"_s, u"14 up"_s, u"164 up"_s, u"30 up"_s}));
+    mChannel->send(key(usageA), true);
+    mChannel->flush();
+    QCOMPARE(mPipe->keys().size(), 8);
+    mFirst->press(KEY_C); // the desktop has it again
+    QCOMPARE(mFirst->seenByDesktop(), QStringList{u"46 down"_s});
+}
+
+void LinuxKeyChannelTest::panicWorksWhenTheChannelIsFlooded()
+{
+    QSignalSpy panicked(mChannel.get(), &LinuxKeyChannel::panicked);
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    for (int count = 0; count < 20'000; ++count)
+        mFirst->repeat(KEY_A);
+    for (const quint16 code : {KEY_ESC, KEY_BACKSPACE, KEY_ENTER})
+        mSecond->press(code);
+    QTRY_COMPARE(panicked.size(), 1);
+    QVERIFY(mFirst->unread() > 0); // it was not waited for
+}
+
+void LinuxKeyChannelTest::switchesTheLedsOfEveryKeyboard()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    const QStringList initial = mFirst->leds(); // each set to what the desktop wants
+    QVERIFY(initial.contains(u"1 off"_s));
+    mPipe->switchLed(LED_CAPSL, true);
+    QTRY_COMPARE(mFirst->leds().last(), u"1 on"_s);
+    mChannel->addNode(mSecond->open(), 2, true);
+    QVERIFY(mSecond->leds().contains(u"1 on"_s));
+    QVERIFY(mSecond->leds().contains(u"0 off"_s));
+    mPipe->switchLed(0xFFFF, true);
+    mPipe->switchLed(LED_CAPSL, false);
+    QTRY_COMPARE(mSecond->leds().last(), u"1 off"_s);
+}
+
+void LinuxKeyChannelTest::timesNeverGoBack()
+{
+    QList<KeyChannel::Time> times;
+    connect(mChannel.get(), &KeyChannel::keyChanged, this,
+            [&](HidUsage, bool, KeyChannel::Time time) { times += time; });
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    for (int count = 0; count < 20; ++count) {
+        FakeNode &node = count % 3 == 0 ? *mFirst : *mSecond;
+        node.press(KEY_A);
+        node.release(KEY_A);
+    }
+    QTRY_VERIFY(mFirst->unread() == 0 && mSecond->unread() == 0);
+    QVERIFY(times.size() >= 20);
+    QVERIFY(std::ranges::is_sorted(times));
+}
+
+void LinuxKeyChannelTest::moreNodesThanPlacesStayWithTheDesktop()
+{
+    std::vector<std::unique_ptr<FakeNode>> nodes;
+    for (int index = 0; index <= KeyTranslator::maximumNodes; ++index) {
+        nodes.push_back(std::make_unique<FakeNode>());
+        mChannel->addNode(nodes.back()->open(), index, true);
+    }
+    QVERIFY(nodes[KeyTranslator::maximumNodes - 1]->isGrabbed());
+    QVERIFY(!nodes.back()->isGrabbed());
+    mChannel->removeAllNodes(); // before the nodes are gone
+}
+
+void LinuxKeyChannelTest::measuresKeysAndCountsLosses()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    QCOMPARE(mChannel->latency(), KeyLatency());
+    mFirst->press(KEY_A);
+    QTRY_COMPARE(mKeys.size(), 1);
+    QTRY_COMPARE(mChannel->latency().count, quint64(1));
+    mFirst->dropEvents();
+    QTRY_COMPARE(mChannel->lostEvents(), quint64(1));
+    mFirst->release(KEY_A);
+    QTRY_COMPARE(mKeys.size(), 2);
+    mChannel->removeNode(1);
+    mChannel->addNode(mFirst->open(), 2, true);
+    QCOMPARE(mChannel->latency(), KeyLatency()); // of this use
+    QCOMPARE(mChannel->lostEvents(), quint64(0));
+}
+
+void LinuxKeyChannelTest::timeBetweenTwoUsesIsNotMeasured()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mFirst->press(KEY_A);
+    QTRY_COMPARE(mKeys.size(), 1);
+    mChannel->removeNode(1); // A comes up by that
+    QCOMPARE(mKeys.size(), 2);
+    mFirst->release(KEY_A);
+    const auto removed = DeadlineTimer::now();
+    QTRY_VERIFY(DeadlineTimer::now() - removed > std::chrono::milliseconds(100)); // much longer than a key takes
+    mChannel->addNode(mFirst->open(), 2, true);
+    const auto pressed = DeadlineTimer::now();
+    mFirst->press(KEY_B);
+    QTRY_COMPARE(mChannel->latency().count, quint64(1));
+    const std::chrono::microseconds most = DeadlineTimer::now() - pressed;
+    QVERIFY(mChannel->latency().maximumUs <= most.count());
+}
+
+void LinuxKeyChannelTest::removedNodeIsClosed()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    QVERIFY(mFirst->isOpen());
+    mChannel->removeNode(7);
+    QVERIFY(mFirst->isGrabbed());
+    mChannel->removeNode(1);
+    QVERIFY(!mFirst->isOpen());
+}
+
+QTEST_GUILESS_MAIN(LinuxKeyChannelTest)
+#include "linuxkeychanneltest.moc"

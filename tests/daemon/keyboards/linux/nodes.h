@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// Event nodes as a machine might have them, and a machine of the test's own. The test's thread.
+#pragma once
+
+#include "daemon/keyboards/linux/inputnodes.h"
+#include "daemon/keyboards/linux/nodeinfo.h"
+
+#include <linux/input-event-codes.h>
+
+inline NodeInfo node(int number, const QString &devicePath)
+{
+    return {.node = QStringLiteral("/dev/input/event%1").arg(number),
+            .systemPath = QStringLiteral("/sys/devices%1/input%2").arg(devicePath).arg(number),
+            .devicePath = devicePath,
+            .name = QStringLiteral("Test board"),
+            .bus = 3,
+            .vendor = 0x1209,
+            .product = 0xAB,
+            .version = 0x0123,
+            .isHid = true};
+}
+
+inline NodeInfo keyboardNode(int number, const QString &devicePath)
+{
+    NodeInfo info = node(number, devicePath);
+    for (std::size_t code = KEY_ESC; code <= KEY_KPDOT; ++code)
+        info.keys.set(code);
+    return info;
+}
+
+inline NodeInfo mediaNode(int number, const QString &devicePath)
+{
+    NodeInfo info = node(number, devicePath);
+    info.keys.set(KEY_PLAYPAUSE).set(KEY_VOLUMEUP).set(KEY_MUTE);
+    return info;
+}
+
+class FakeNodeSource : public NodeSource
+{
+    Q_OBJECT
+
+public:
+    [[nodiscard]] QList<NodeInfo> nodes() const override { return mNodes; }
+
+    void set(const QList<NodeInfo> &nodes)
+    {
+        mNodes = nodes;
+        Q_EMIT changed();
+    }
+
+private:
+    QList<NodeInfo> mNodes;
+};

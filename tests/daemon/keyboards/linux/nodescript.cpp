@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "tests/daemon/keyboards/linux/nodescript.h"
+
+#include "keys/keynames.h"
+
+#include <libevdev/libevdev.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString nameOf(HidUsage usage)
+{
+    const QString name = keyName(usage.usage).remove(u' ');
+    return usage.page == HidUsage::keyboardPage && !name.isEmpty() ? name
+                                                                   : u"usage %1:%2"_s.arg(usage.page).arg(usage.usage);
+}
+
+QString nameOf(quint16 type, quint16 code)
+{
+    const char *name = libevdev_event_code_get_name(type, code);
+    return name ? QString::fromLatin1(name) : u"code %1"_s.arg(code);
+}
+
+/// "KEY_A" or a number, which may be out of range; -1 for neither.
+int codeOf(unsigned int type, const QString &text)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber, 0);
+    return isNumber ? number : libevdev_event_code_from_name(type, text.toLatin1().constData());
+}
+
+} // namespace
+
+QString NodeScript::run(const QString &line)
+{
+    const QStringList words = line.simplified().split(u' ');
+    if (words.first() != "node"_L1)
+        return runEvent(words.first(), words.mid(1));
+    if (words.size() != 3 || (words.at(2) != "hid"_L1 && words.at(2) != "plain"_L1))
+        return u"hid or plain?"_s;
+    mNodes[words.at(1)] = mTranslator.addNode(words.at(2) == "hid"_L1);
+    return {};
+}
+
+QString NodeScript::runEvent(const QString &node, const QStringList &words)
+{
+    if (!mNodes.contains(node))
+        return u"no such node"_s;
+    const int index = mNodes.value(node);
+    const QString what = words.value(0);
+    mOutputs.clear();
+    if (what == "gone"_L1 && words.size() == 1) {
+        mTranslator.removeNode(index, {});
+    } else if (what == "report"_L1 && words.size() == 1) {
+        mTranslator.take(index, {.type = EV_SYN, .code = SYN_REPORT});
+        return {};
+    } else if (what == "scan"_L1 && words.size() == 2) {
+        mTranslator.take(index, {.type = EV_MSC, .code = MSC_SCAN, .value = words.at(1).toInt(nullptr, 0)});
+        return {};
+    } else if ((what == "key"_L1 || what == "rel"_L1) && words.size() == 3) {
+        const quint16 type = what == "key"_L1 ? EV_KEY : EV_REL;
+        const int code = codeOf(type, words.at(1));
+        bool isNumber = false;
+        const int value = words.at(2).toInt(&isNumber);
+        if (code < 0 || !isNumber)
+            return u"no such code or value"_s;
+        mTranslator.take(index, {.type = type, .code = static_cast<quint16>(code), .value = value});
+    } else {
+        return u"no such event"_s;
+    }
+    mOutputLines += mOutputs.isEmpty() ? u"nothing"_s : mOutputs.join(u", "_s);
+    return {};
+}
+
+void NodeScript::takeKey(HidUsage key, bool isDown, Time)
+{
+    tell(nameOf(key), isDown);
+}
+
+void NodeScript::passKey(quint16 code, bool isDown, Time)
+{
+    tell(u"pass "_s + nameOf(EV_KEY, code), isDown);
+}
+
+void NodeScript::passMotion(quint16 code, int value, Time)
+{
+    mOutputs += u"turn %1 %2"_s.arg(nameOf(EV_REL, code)).arg(value);
+}
+
+void NodeScript::panic()
+{
+    mOutputs += u"panic"_s;
+}
+
+void NodeScript::tell(const QString &key, bool isDown)
+{
+    if (isDown)
+        mDown += key;
+    else
+        mDown -= key;
+    mOutputs += key + (isDown ? u" down"_s : u" up"_s);
+}

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "tests/daemon/keyboards/linux/outputpipe.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class OutputDeviceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void hasEveryKeyButThoseOfJoysticksAndTablets();
+    void sendsWithTheReport();
+    void codeOfSeveralHoldersComesUpWithTheLast();
+    void keyPressedAndReleasedIsTwoReports();
+    void longReportIsSentInParts();
+    void letsGoOfAll();
+    void ignoresWhatItDoesNotHave();
+    void saysWhyItCannotBeMade();
+};
+
+void OutputDeviceTest::hasEveryKeyButThoseOfJoysticksAndTablets()
+{
+    for (const int code :
+         {KEY_ESC, KEY_A, KEY_F24, KEY_PLAYPAUSE, KEY_MICMUTE, BTN_LEFT, BTN_TASK, KEY_OK, KEY_MACRO1, KEY_MAX - 1})
+        QVERIFY2(OutputDevice::hasKey(static_cast<quint16>(code)), qPrintable(QString::number(code)));
+    for (const int code : {KEY_RESERVED, BTN_JOYSTICK, BTN_GAMEPAD, BTN_TOOL_PEN, BTN_TOUCH, BTN_STYLUS, BTN_GEAR_UP,
+                           BTN_DPAD_UP, BTN_TRIGGER_HAPPY1, BTN_TRIGGER_HAPPY40, KEY_MAX, KEY_CNT, 0xFFFF})
+        QVERIFY2(!OutputDevice::hasKey(static_cast<quint16>(code)), qPrintable(QString::number(code)));
+}
+
+void OutputDeviceTest::sendsWithTheReport()
+{
+    OutputPipe pipe;
+    const auto device = pipe.device();
+    device->hold(KEY_LEFTSHIFT);
+    device->hold(KEY_A);
+    device->turn(REL_DIAL, -1);
+    QCOMPARE(pipe.read(), QStringList());
+    QVERIFY(device->flush());
+    QVERIFY(device->flush()); // nothing more: no second report
+    QCOMPARE(pipe.read(), (QStringList{u"42 down"_s, u"30 down"_s, u"turn 7 -1"_s, u"report"_s}));
+}
+
+void OutputDeviceTest::codeOfSeveralHoldersComesUpWithTheLast()
+{
+    OutputPipe pipe;
+    const auto device = pipe.device();
+    device->hold(KEY_MUTE);
+    device->hold(KEY_MUTE);
+    device->letGo(KEY_MUTE);
+    device->flush();
+    QCOMPARE(pipe.keys(), QStringList{u"113 down"_s});
+    device->letGo(KEY_MUTE);
+    device->letGo(KEY_MUTE); // nobody holds it
+    device->flush();
+    QCOMPARE(pipe.keys(), (QStringList{u"113 down"_s, u"113 up"_s}));
+}
+
+void OutputDeviceTest::keyPressedAndReleasedIsTwoReports()
+{
+    OutputPipe pipe;
+    const auto device = pipe.device();
+    device->hold(KEY_A);
+    device->letGo(KEY_A);
+    device->flush();
+    QCOMPARE(pipe.read(), (QStringList{u"30 down"_s, u"report"_s, u"30 up"_s, u"report"_s}));
+}
+
+void OutputDeviceTest::longReportIsSentInParts()
+{
+    OutputPipe pipe;
+    const auto device = pipe.device();
+    for (quint16 code = KEY_ESC; code <= KEY_MICMUTE; ++code)
+        device->hold(code);
+    device->flush();
+    QCOMPARE(pipe.keys().size(), KEY_MICMUTE);
+    QCOMPARE(pipe.read().last(), u"report"_s);
+}
+
+void OutputDeviceTest::letsGoOfAll()
+{
+    OutputPipe pipe;
+    const auto device = pipe.device();
+    device->hold(KEY_A);
+    device->hold(KEY_A);
+    device->hold(BTN_LEFT);
+    device->flush();
+    device->letGoOfAll();
+    device->flush();
+    QCOMPARE(pipe.keys().mid(2), (QStringList{u"30 up"_s, u"272 up"_s}));
+    device->letGo(KEY_A);
+    device->flush();
+    QCOMPARE(pipe.keys().size(), 4);
+}
+
+void OutputDeviceTest::ignoresWhatItDoesNotHave()
+{
+    OutputPipe pipe;
+    const auto device = pipe.device();
+    for (const int code : {0, BTN_TOUCH, KEY_CNT, 0xFFFF}) {
+        device->hold(static_cast<quint16>(code));
+        device->letGo(static_cast<quint16>(code));
+    }
+    device->flush();
+    QCOMPARE(pipe.read(), QStringList());
+}
+
+void OutputDeviceTest::saysWhyItCannotBeMade()
+{
+    if (QFile::exists(u"/dev/uinput"_s))
+        QSKIP("this machine may be able to");
+    QString problem;
+    QVERIFY(!OutputDevice::create(problem));
+    QVERIFY2(problem.contains("modprobe uinput"_L1), qPrintable(problem));
+}
+
+QTEST_APPLESS_MAIN(OutputDeviceTest)
+#include "outputdevicetest.moc"

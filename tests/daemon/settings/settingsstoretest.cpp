@@ -1,0 +1,535 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/settings/settingsstore.h"
+#include "base/qlcoreutility.h"
+#include "daemon/settings/settingsdocument.h"
+#include "tests/support/filelockfailure.h"
+#include "tests/support/filesizelimit.h"
+#include "tests/support/folderflushfailure.h"
+#include "tests/support/ordinaryuser.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList fileSuffixes{u""_s, u".0"_s, u".1"_s, u".2"_s, u".3"_s};
+
+QVariantMap documentNamed(const QString &profileName)
+{
+    QVariantMap document = SettingsDocument::minimal();
+    return SettingsDocument::withProfiles(document,
+                                          {QVariantMap{{u"ProfileName"_s, profileName}, {u"Keys"_s, QVariantMap()}}});
+}
+
+QString nameOf(const std::optional<QVariantMap> &document)
+{
+    return document ? SettingsDocument::profiles(*document).first().toMap().value(u"ProfileName"_s).toString()
+                    : QString();
+}
+
+} // namespace
+
+class SettingsStoreTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void emptyFolderHasNoDocument();
+    void loadsWhatWasSaved();
+    void keepsTheLastGoodCopies();
+    void setsDamagedFileAsideAndUsesNewestCopy_data();
+    void setsDamagedFileAsideAndUsesNewestCopy();
+    void damagedFilesAreNeverOverwritten();
+    void allDamagedMeansNoDocument();
+    void unreadableFileIsReportedAndLeftAlone_data();
+    void unreadableFileIsReportedAndLeftAlone();
+    void fileWithoutTheRightToReadIsReported();
+    void fileThatCannotBeReadLaterIsLeftAlone();
+    void missingFileUsesNewestCopy();
+    void interruptedReplacementIsFound();
+    void killBetweenAnyTwoStepsLosesNothing_data();
+    void killBetweenAnyTwoStepsLosesNothing();
+    void killWithoutHardLinksLosesNothing();
+    void gapInTheCopiesIsFilledFirst();
+    void replacementThatIsNotConfirmedIsTakenBack();
+    void firstDocumentThatIsNotConfirmedIsTakenBack();
+    void fullDiskLeavesEverythingAsItWas();
+    void fullDiskKeepsTheCopyInUse();
+    void leftOversOfAKilledWriterAreRemoved();
+    void folderIsUsedByOneDaemonOnly();
+    void lockThatIsImpossibleIsReported();
+    void interruptedLockIsTriedAgain();
+    void folderThatCannotBeMadeIsReported();
+    void folderIsForTheUserOnly();
+    void defaultFolderFollowsTheEnvironment_data();
+    void defaultFolderFollowsTheEnvironment();
+    void refusesWhatHasNoPropertyListForm();
+
+private:
+    [[nodiscard]] QString filePath(const QString &name) const { return mFolder + u'/' + name; }
+    [[nodiscard]] QStringList filesMatching(const QString &pattern) const
+    {
+        return QDir(mFolder).entryList({pattern}, QDir::Files);
+    }
+    [[nodiscard]] QByteArray contentOf(const QString &name) const;
+    void write(const QString &name, const QByteArray &content) const;
+    /// The profile names of the documents in the files, "" for a file that is not there: settings.plist, .0, .1, .2,
+    /// .3.
+    [[nodiscard]] QStringList storedNames() const;
+    void store(const QStringList &names) const;
+    void reopen();
+
+    std::optional<QTemporaryDir> mTemporary;
+    QString mFolder;
+    std::unique_ptr<SettingsStore> mStore;
+};
+
+void SettingsStoreTest::init()
+{
+    mTemporary.emplace();
+    mFolder = mTemporary->filePath(u"state/quill-kestra"_s);
+    reopen();
+}
+
+void SettingsStoreTest::cleanup()
+{
+    mStore.reset();
+    mTemporary.reset();
+}
+
+void SettingsStoreTest::reopen()
+{
+    mStore.reset();
+    mStore = std::make_unique<SettingsStore>(mFolder);
+    QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
+}
+
+QByteArray SettingsStoreTest::contentOf(const QString &name) const
+{
+    QFile file(filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void SettingsStoreTest::write(const QString &name, const QByteArray &content) const
+{
+    QFile file(filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+QStringList SettingsStoreTest::storedNames() const
+{
+    QStringList names;
+    for (const QString &suffix : fileSuffixes)
+        names += nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"settings.plist"_s + suffix)));
+    return names;
+}
+
+void SettingsStoreTest::store(const QStringList &names) const
+{
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        const QString name = u"settings.plist"_s + fileSuffixes[i];
+        QFile::remove(filePath(name));
+        if (!names[i].isEmpty())
+            write(name, QlCoreUtility::convertDictionaryToData(documentNamed(names[i])).value());
+    }
+}
+
+void SettingsStoreTest::emptyFolderHasNoDocument()
+{
+    QVERIFY(!mStore->load());
+}
+
+void SettingsStoreTest::loadsWhatWasSaved()
+{
+    const QVariantMap document = documentNamed(u"Fée"_s);
+    QVERIFY(mStore->save(document));
+    QCOMPARE(mStore->load(), std::optional(document));
+    reopen();
+    QCOMPARE(mStore->load(), std::optional(document));
+}
+
+void SettingsStoreTest::keepsTheLastGoodCopies()
+{
+    for (const QString &name : {u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s})
+        QVERIFY(mStore->save(documentNamed(name)));
+    const auto stored = [&](const QString &name) {
+        return nameOf(QlCoreUtility::convertDataToDictionary(contentOf(name)));
+    };
+    QCOMPARE(stored(u"settings.plist"_s), u"5"_s);
+    QCOMPARE(stored(u"settings.plist.1"_s), u"4"_s);
+    QCOMPARE(stored(u"settings.plist.2"_s), u"3"_s);
+    QCOMPARE(stored(u"settings.plist.3"_s), u"2"_s);
+    QCOMPARE(filesMatching(u"settings.plist*"_s).size(), 4);
+}
+
+void SettingsStoreTest::setsDamagedFileAsideAndUsesNewestCopy_data()
+{
+    QTest::addColumn<QByteArray>("damage");
+    const QByteArray good = QlCoreUtility::convertDictionaryToData(documentNamed(u"x"_s)).value();
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("half") << good.first(good.size() / 2);
+    QTest::newRow("no trailer") << good.chopped(1);
+    QTest::newRow("zeros") << QByteArray(good.size(), '\0');
+    QTest::newRow("text") << QByteArray("not a property list");
+    QTest::newRow("another property list") << QlCoreUtility::convertDictionaryToData(QVariantMap{{u"a"_s, 1}}).value();
+}
+
+void SettingsStoreTest::setsDamagedFileAsideAndUsesNewestCopy()
+{
+    QFETCH(QByteArray, damage);
+    QVERIFY(mStore->save(documentNamed(u"old"_s)));
+    QVERIFY(mStore->save(documentNamed(u"new"_s)));
+    write(u"settings.plist"_s, damage);
+    reopen();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist is damaged .* set aside as"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"the copy .*settings\\.plist\\.1 is used"_s));
+    QCOMPARE(nameOf(mStore->load()), u"old"_s);
+    const QStringList damaged = filesMatching(u"settings.plist.damaged-*"_s);
+    QCOMPARE(damaged.size(), 1);
+    QVERIFY(QRegularExpression(u"^settings\\.plist\\.damaged-\\d{8}T\\d{6}Z$"_s).match(damaged.first()).hasMatch());
+    QCOMPARE(contentOf(damaged.first()), damage);
+    // Goes on from there, and the copy that was in use stays a copy.
+    QVERIFY(mStore->save(documentNamed(u"newer"_s)));
+    reopen();
+    QCOMPARE(nameOf(mStore->load()), u"newer"_s);
+    QCOMPARE(nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"settings.plist.1"_s))), u"old"_s);
+    QCOMPARE(contentOf(damaged.first()), damage);
+}
+
+void SettingsStoreTest::damagedFilesAreNeverOverwritten()
+{
+    for (int round = 0; round < 3; ++round) {
+        write(u"settings.plist"_s, QByteArray("damage ") + QByteArray::number(round));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside as"_s));
+        QVERIFY(!mStore->load());
+    }
+    QStringList contents;
+    for (const QString &name : filesMatching(u"settings.plist.damaged-*"_s))
+        contents += QString::fromLatin1(contentOf(name));
+    contents.sort();
+    QCOMPARE(contents, QStringList({u"damage 0"_s, u"damage 1"_s, u"damage 2"_s}));
+}
+
+void SettingsStoreTest::allDamagedMeansNoDocument()
+{
+    for (const QString &name : {u"settings.plist"_s, u"settings.plist.1"_s, u"settings.plist.3"_s}) {
+        write(name, "damage");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside as"_s));
+    }
+    QVERIFY(!mStore->load());
+    QCOMPARE(filesMatching(u"settings.plist.damaged-*"_s).size(), 3);
+    QVERIFY(mStore->save(documentNamed(u"fresh"_s)));
+    QCOMPARE(nameOf(mStore->load()), u"fresh"_s);
+}
+
+void SettingsStoreTest::unreadableFileIsReportedAndLeftAlone_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("target"); // of a symbolic link; empty for a folder
+    for (const QString &name : {u"settings.plist"_s, u"settings.plist.0"_s, u"settings.plist.3"_s}) {
+        QTest::addRow("%s is a folder", qPrintable(name)) << name << QString();
+        // The first page of a process is never mapped, so that reading it is an input/output error.
+        QTest::addRow("%s has an input/output error", qPrintable(name)) << name << u"/proc/self/mem"_s;
+        QTest::addRow("%s is elsewhere", qPrintable(name)) << name << u"/nowhere/settings.plist"_s;
+    }
+}
+
+void SettingsStoreTest::unreadableFileIsReportedAndLeftAlone()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, target);
+    for (const QString &each : {u"1"_s, u"2"_s, u"3"_s, u"4"_s})
+        QVERIFY(mStore->save(documentNamed(each)));
+    QFile::remove(filePath(name));
+    QVERIFY(target.isEmpty() ? QDir().mkdir(filePath(name)) : QFile::link(target, filePath(name)));
+    const auto entries = [&] { return QDir(mFolder).entryList(QDir::AllEntries | QDir::System | QDir::Hidden); };
+    const QStringList before = entries();
+    const QStringList namesBefore = storedNames();
+    mStore.reset();
+    SettingsStore store(mFolder);
+    QCOMPARE(store.open(), SettingsStore::OpenResult::unusable);
+    QVERIFY2(store.errorText().startsWith(u"cannot read %1: "_s.arg(filePath(name))), qPrintable(store.errorText()));
+    QCOMPARE(entries(), before);
+    QCOMPARE(storedNames(), namesBefore);
+}
+
+void SettingsStoreTest::fileWithoutTheRightToReadIsReported()
+{
+    QVERIFY(mStore->save(documentNamed(u"mine"_s)));
+    mStore.reset();
+    const auto setMode = [](const QString &path, mode_t mode) {
+        return ::chmod(QFile::encodeName(path).constData(), mode) == 0;
+    };
+    QVERIFY(setMode(mTemporary->path(), 0777) && setMode(mTemporary->filePath(u"state"_s), 0777)
+            && setMode(mFolder, 0777) && setMode(filePath(u"lock"_s), 0666)
+            && setMode(filePath(u"settings.plist"_s), 0));
+    const QString outcome = asOrdinaryUser([this] {
+        SettingsStore store(mFolder);
+        return store.open() == SettingsStore::OpenResult::unusable ? store.errorText() : u"opened"_s;
+    });
+    QCOMPARE(outcome, u"cannot read %1: Permission denied"_s.arg(filePath(u"settings.plist"_s)));
+    QVERIFY(setMode(filePath(u"settings.plist"_s), 0600));
+    QCOMPARE(storedNames().first(), u"mine"_s);
+}
+
+void SettingsStoreTest::fileThatCannotBeReadLaterIsLeftAlone()
+{
+    QVERIFY(mStore->save(documentNamed(u"old"_s)));
+    const QString aside = filePath(u"aside"_s);
+    QVERIFY(QFile::rename(filePath(u"settings.plist"_s), aside));
+    QVERIFY(QDir().mkdir(filePath(u"settings.plist"_s)));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot read .*settings\\.plist: "_s));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"nothing is saved until .*settings\\.plist is moved"_s));
+    QVERIFY(!mStore->load());
+    QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+    QVERIFY(QFileInfo(filePath(u"settings.plist"_s)).isDir());
+    QVERIFY(QDir().rmdir(filePath(u"settings.plist"_s))); // moved away
+    QVERIFY(mStore->save(documentNamed(u"new"_s)));
+    QCOMPARE(storedNames().first(), u"new"_s);
+    QCOMPARE(nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"aside"_s))), u"old"_s);
+}
+
+void SettingsStoreTest::missingFileUsesNewestCopy()
+{
+    for (const QString &name : {u"1"_s, u"2"_s, u"3"_s})
+        QVERIFY(mStore->save(documentNamed(name)));
+    QVERIFY(QFile::remove(filePath(u"settings.plist"_s)));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.1 is used"_s));
+    QCOMPARE(nameOf(mStore->load()), u"2"_s);
+}
+
+void SettingsStoreTest::interruptedReplacementIsFound()
+{
+    // As a crash leaves it between the second name for the old document and the copies' renaming, with the new one
+    // damaged.
+    QVERIFY(mStore->save(documentNamed(u"old"_s)));
+    QVERIFY(QFile::rename(filePath(u"settings.plist"_s), filePath(u"settings.plist.0"_s)));
+    write(u"settings.plist"_s, "damage");
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside as"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.0 is used"_s));
+    QCOMPARE(nameOf(mStore->load()), u"old"_s);
+    QVERIFY(mStore->save(documentNamed(u"new"_s)));
+    QCOMPARE(nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"settings.plist.1"_s))), u"old"_s);
+    QVERIFY(!QFile::exists(filePath(u"settings.plist.0"_s)));
+}
+
+void SettingsStoreTest::killBetweenAnyTwoStepsLosesNothing_data()
+{
+    QTest::addColumn<QStringList>("left");  // settings.plist, .0, .1, .2, .3
+    QTest::addColumn<bool>("isSecondName"); // .0 is another name of settings.plist
+    QTest::addColumn<QStringList>("afterNext");
+    const auto row = [](const char *name, const QString &left, bool isSecondName, const QString &afterNext) {
+        QTest::newRow(name) << left.split(u',') << isSecondName << afterNext.split(u',');
+    };
+    // Documents 1 to 4 were saved, and the daemon was killed while it saved 5.
+    row("before the second name", u"4,,3,2,1"_s, false, u"6,,4,3,2"_s);
+    row("before the replacement", u"4,4,3,2,1"_s, true, u"6,,4,3,2"_s);
+    row("after the replacement", u"5,4,3,2,1"_s, false, u"6,,5,4,3"_s);
+    row("after the copy .3", u"5,4,3,,2"_s, false, u"6,,5,4,3"_s);
+    row("after the copy .2", u"5,4,,3,2"_s, false, u"6,,5,4,3"_s);
+    row("after the copy .1", u"5,,4,3,2"_s, false, u"6,,5,4,3"_s);
+    // The first saves, with fewer copies.
+    row("before the first document", u",,,,"_s, false, u"6,,,,"_s);
+    row("before the second document", u"1,1,,,"_s, true, u"6,,1,,"_s);
+    row("after the second document", u"2,1,,,"_s, false, u"6,,2,1,"_s);
+    row("before the third document", u"2,2,1,,"_s, true, u"6,,2,1,"_s);
+    row("after the third document", u"3,2,1,,"_s, false, u"6,,3,2,1"_s);
+}
+
+// The folder as each step leaves it: the newest document is found, and the save after next keeps all three before it.
+void SettingsStoreTest::killBetweenAnyTwoStepsLosesNothing()
+{
+    QFETCH(QStringList, left);
+    QFETCH(bool, isSecondName);
+    store(left);
+    if (isSecondName) {
+        QVERIFY(QFile::remove(filePath(u"settings.plist.0"_s)));
+        QCOMPARE(::link(QFile::encodeName(filePath(u"settings.plist"_s)).constData(),
+                        QFile::encodeName(filePath(u"settings.plist.0"_s)).constData()),
+                 0);
+    }
+    reopen();
+    QCOMPARE(nameOf(mStore->load()), left.first());
+    QVERIFY(mStore->save(documentNamed(u"6"_s)));
+    QTEST(storedNames(), "afterNext");
+}
+
+void SettingsStoreTest::killWithoutHardLinksLosesNothing()
+{
+    // A restored folder holds the second name as a file of its own.
+    store({u"4"_s, u"4"_s, u"3"_s, u"2"_s, u"1"_s});
+    QVERIFY(mStore->save(documentNamed(u"6"_s)));
+    QCOMPARE(storedNames(), QStringList({u"6"_s, u""_s, u"4"_s, u"3"_s, u"2"_s}));
+}
+
+void SettingsStoreTest::gapInTheCopiesIsFilledFirst()
+{
+    store({u"5"_s, u""_s, u"4"_s, u""_s, u"2"_s}); // .2 was damaged and set aside
+    QVERIFY(mStore->save(documentNamed(u"6"_s)));
+    QCOMPARE(storedNames(), QStringList({u"6"_s, u""_s, u"5"_s, u"4"_s, u"2"_s}));
+}
+
+void SettingsStoreTest::replacementThatIsNotConfirmedIsTakenBack()
+{
+    for (const QString &name : {u"1"_s, u"2"_s, u"3"_s})
+        QVERIFY(mStore->save(documentNamed(name)));
+    const QStringList before = storedNames();
+    {
+        const FolderFlushFailure failure(EIO);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*: Input/output error"_s));
+        QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+        QCOMPARE(failure.count(), 1);
+    }
+    QCOMPARE(storedNames(), before);
+    QVERIFY(mStore->save(documentNamed(u"4"_s)));
+    QCOMPARE(storedNames(), QStringList({u"4"_s, u""_s, u"3"_s, u"2"_s, u"1"_s}));
+}
+
+void SettingsStoreTest::firstDocumentThatIsNotConfirmedIsTakenBack()
+{
+    const FolderFlushFailure failure(EIO);
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*: Input/output error"_s));
+    QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+    QCOMPARE(failure.count(), 1);
+    QVERIFY(!mStore->load());
+}
+
+void SettingsStoreTest::fullDiskLeavesEverythingAsItWas()
+{
+    for (const QString &name : {u"1"_s, u"2"_s, u"3"_s})
+        QVERIFY(mStore->save(documentNamed(name)));
+    const QStringList before = filesMatching(u"*"_s);
+    {
+        const FileSizeLimit fullDisk(16);
+        for (int attempt = 0; attempt < 5; ++attempt) {
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*: File too large"_s));
+            QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+        }
+    }
+    QCOMPARE(filesMatching(u"*"_s), before);
+    QCOMPARE(nameOf(mStore->load()), u"3"_s);
+    QCOMPARE(nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"settings.plist.1"_s))), u"2"_s);
+    QVERIFY(mStore->save(documentNamed(u"4"_s))); // there is room again
+    QCOMPARE(nameOf(mStore->load()), u"4"_s);
+}
+
+void SettingsStoreTest::fullDiskKeepsTheCopyInUse()
+{
+    QVERIFY(mStore->save(documentNamed(u"old"_s)));
+    QVERIFY(QFile::rename(filePath(u"settings.plist"_s), filePath(u"settings.plist.0"_s)));
+    {
+        const FileSizeLimit fullDisk(16);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+    }
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.0 is used"_s));
+    QCOMPARE(nameOf(mStore->load()), u"old"_s);
+}
+
+void SettingsStoreTest::leftOversOfAKilledWriterAreRemoved()
+{
+    QVERIFY(mStore->save(documentNamed(u"1"_s)));
+    write(u"settings.plist.aBcDeF"_s, "half a docu");
+    write(u"settings.plist.damaged-20250101T000000Z"_s, "kept");
+    write(u"notes.txt"_s, "kept");
+    reopen();
+    QVERIFY(!QFile::exists(filePath(u"settings.plist.aBcDeF"_s)));
+    QVERIFY(QFile::exists(filePath(u"settings.plist.damaged-20250101T000000Z"_s)));
+    QVERIFY(QFile::exists(filePath(u"notes.txt"_s)));
+    QCOMPARE(nameOf(mStore->load()), u"1"_s);
+}
+
+void SettingsStoreTest::folderIsUsedByOneDaemonOnly()
+{
+    SettingsStore second(mFolder);
+    QCOMPARE(second.open(), SettingsStore::OpenResult::inUse);
+    QVERIFY(second.errorText().contains(mFolder));
+    mStore.reset();
+    SettingsStore third(mFolder);
+    QCOMPARE(third.open(), SettingsStore::OpenResult::open);
+}
+
+void SettingsStoreTest::lockThatIsImpossibleIsReported()
+{
+    mStore.reset();
+    SettingsStore store(mFolder);
+    {
+        const FileLockFailure noLocks({ENOLCK});
+        QCOMPARE(store.open(), SettingsStore::OpenResult::unusable);
+        QCOMPARE(noLocks.left(), 0);
+    }
+    QVERIFY(store.errorText().contains(filePath(u"lock"_s)));
+    QVERIFY(store.errorText().contains(QString::fromLocal8Bit(std::strerror(ENOLCK))));
+}
+
+void SettingsStoreTest::interruptedLockIsTriedAgain()
+{
+    mStore.reset();
+    const FileLockFailure signal({EINTR, EINTR});
+    SettingsStore store(mFolder);
+    QCOMPARE(store.open(), SettingsStore::OpenResult::open);
+    QCOMPARE(signal.left(), 0);
+}
+
+void SettingsStoreTest::folderThatCannotBeMadeIsReported()
+{
+    write(u"file"_s, "in the way");
+    SettingsStore store(filePath(u"file/below"_s));
+    QCOMPARE(store.open(), SettingsStore::OpenResult::unusable);
+    QVERIFY(!store.errorText().isEmpty());
+}
+
+void SettingsStoreTest::folderIsForTheUserOnly()
+{
+    const QFile::Permissions others =
+        QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    QVERIFY(!(QFile::permissions(mFolder) & others));
+}
+
+void SettingsStoreTest::defaultFolderFollowsTheEnvironment_data()
+{
+    QTest::addColumn<QByteArray>("stateHome");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("set") << QByteArray("/somewhere/state") << u"/somewhere/state/quill-kestra"_s;
+    QTest::newRow("not set") << QByteArray() << QDir::home().filePath(u".local/state/quill-kestra"_s);
+    QTest::newRow("relative") << QByteArray("state") << QDir::home().filePath(u".local/state/quill-kestra"_s);
+}
+
+void SettingsStoreTest::defaultFolderFollowsTheEnvironment()
+{
+    QFETCH(QByteArray, stateHome);
+    const QByteArray before = qgetenv("XDG_STATE_HOME");
+    qputenv("XDG_STATE_HOME", stateHome);
+    const QString folder = SettingsStore::defaultFolder();
+    qputenv("XDG_STATE_HOME", before);
+    QTEST(folder, "folder");
+}
+
+void SettingsStoreTest::refusesWhatHasNoPropertyListForm()
+{
+    QVERIFY(mStore->save(documentNamed(u"1"_s)));
+    QVariantMap document = documentNamed(u"2"_s);
+    document.insert(u"point"_s, QPoint(1, 2));
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot be written as a property list"_s));
+    QVERIFY(!mStore->save(document));
+    QCOMPARE(nameOf(mStore->load()), u"1"_s);
+}
+
+QTEST_GUILESS_MAIN(SettingsStoreTest)
+#include "settingsstoretest.moc"
