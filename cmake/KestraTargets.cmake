@@ -16,12 +16,69 @@ target_compile_options(kestra_flags INTERFACE
   $<$<BOOL:${KESTRA_WARNINGS_AS_ERRORS}>:-Werror>)
 target_include_directories(kestra_flags INTERFACE ${PROJECT_SOURCE_DIR})
 
+# Headers that nearly every file of a kind reads are compiled once and shared: reading Qt's costs a file more time than
+# its own code. KESTRA_PRECOMPILE=OFF builds every file with what it includes itself, so that a missing include is
+# found; the preset tsan does so.
+option(KESTRA_PRECOMPILE "Share precompiled Qt headers between the targets" ON)
+
+# kestra_shared_headers(NAME LINK library... HEADERS header...): the target that holds a set of precompiled headers.
+function(kestra_shared_headers name)
+  cmake_parse_arguments(ARG "" "" "LINK;HEADERS" ${ARGN})
+  if(NOT KESTRA_PRECOMPILE)
+    return()
+  endif()
+  file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp CONTENT "// Holds the precompiled headers ${name}.\n")
+  add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  target_link_libraries(${name} PRIVATE kestra_flags ${ARG_LINK})
+  target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+endfunction()
+
+kestra_shared_headers(kestra_headers_bus LINK Qt6::DBus HEADERS <QtCore/QtCore> <QtDBus/QtDBus>)
+kestra_shared_headers(kestra_headers_widgets LINK Qt6::DBus Qt6::Widgets
+  HEADERS <QtCore/QtCore> <QtDBus/QtDBus> <QtWidgets/QtWidgets>)
+
+# Whether `target` links `library`, itself or through what it links.
+function(kestra_links target library result)
+  get_target_property(linked ${target} LINK_LIBRARIES)
+  get_target_property(passed_on ${target} INTERFACE_LINK_LIBRARIES)
+  set(${result} OFF PARENT_SCOPE)
+  foreach(each IN LISTS linked passed_on)
+    if(each STREQUAL library)
+      set(${result} ON PARENT_SCOPE)
+      return()
+    endif()
+    if(each MATCHES "^kestra_" AND TARGET ${each})
+      kestra_links(${each} ${library} found)
+      if(found)
+        set(${result} ON PARENT_SCOPE)
+        return()
+      endif()
+    endif()
+  endforeach()
+endfunction()
+
+# Gives `target` the shared headers `prefix`_widgets or `prefix`_bus, by what it links; none where it links neither.
+function(kestra_use_shared_headers target prefix)
+  foreach(kind "widgets;Qt6::Widgets" "bus;Qt6::DBus")
+    list(GET kind 0 name)
+    list(GET kind 1 library)
+    kestra_links(${target} ${library} is_linked)
+    if(is_linked AND TARGET ${prefix}_${name})
+      # The compiler takes precompiled headers only with the definitions that they were made with.
+      target_link_libraries(${target} PRIVATE Qt6::DBus)
+      target_precompile_headers(${target} REUSE_FROM ${prefix}_${name})
+      return()
+    endif()
+  endforeach()
+endfunction()
+
 # kestra_library(NAME SOURCES file... LINK library...)
 function(kestra_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_link_libraries(${name} PUBLIC kestra_flags ${ARG_LINK})
+  kestra_use_shared_headers(${name} kestra_headers)
 endfunction()
 
 # kestra_executable(NAME SOURCES file... LINK library...)
@@ -30,29 +87,4 @@ function(kestra_executable name)
   add_executable(${name} ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_link_libraries(${name} PRIVATE kestra_flags ${ARG_LINK})
-endfunction()
-
-# Runs what follows on a session bus of its own, which starts none of this machine's services.
-set(KESTRA_TEST_BUS dbus-run-session --config-file=${PROJECT_SOURCE_DIR}/tests/session.conf --)
-
-# kestra_test(NAME SOURCES file... LINK library... [BUS] [LABELS label...] [TIMEOUT seconds])
-# BUS: the test runs on a private session bus of its own. Widgets are drawn offscreen. A configurator that a test starts
-# ends no daemon (KESTRA_SPARE_DAEMONS): there may be others than the test's.
-function(kestra_test name)
-  cmake_parse_arguments(ARG "BUS" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
-  add_executable(${name} ${ARG_SOURCES})
-  set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
-  target_link_libraries(${name} PRIVATE kestra_flags Qt6::Test ${ARG_LINK})
-  if(ARG_BUS)
-    add_test(NAME ${name} COMMAND ${KESTRA_TEST_BUS} $<TARGET_FILE:${name}>)
-  else()
-    add_test(NAME ${name} COMMAND ${name})
-  endif()
-  if(NOT ARG_TIMEOUT)
-    set(ARG_TIMEOUT 120)
-  endif()
-  set_tests_properties(${name} PROPERTIES
-    TIMEOUT ${ARG_TIMEOUT}
-    LABELS "${ARG_LABELS}"
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;KESTRA_SPARE_DAEMONS=1;KESTRA_BIN_DIR=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
 endfunction()

@@ -7,6 +7,7 @@
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QAbstractButton>
 #include <QAccessible>

@@ -6,6 +6,7 @@
 #include "platform/sheet.h"
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QDBusConnectionInterface>
 #include <QProcess>

@@ -2,6 +2,7 @@
 // What a screen reader is told by the program itself, over the desktop's accessibility bus: each control of every tab
 // has a name. The virtual display and the accessibility service are the test's own.
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/testmain.h"
 #include "tools/tour/accessibletree.h"
 
 #include <QDBusConnectionInterface>

@@ -8,6 +8,7 @@
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QLabel>
 #include <QTest>

@@ -16,6 +16,7 @@
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QCheckBox>

@@ -14,6 +14,7 @@
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QApplication>
 #include <QLabel>

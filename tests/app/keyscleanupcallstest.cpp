@@ -3,6 +3,7 @@
 // after a deleted profile with the profiles as they are then.
 #include "base/settingskeys.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

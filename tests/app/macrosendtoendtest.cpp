@@ -15,6 +15,7 @@
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/sentrecorder.h"
+#include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QApplication>

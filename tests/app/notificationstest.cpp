@@ -14,6 +14,7 @@
 #include "platform/spinner.h"
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QApplication>
 #include <QLabel>

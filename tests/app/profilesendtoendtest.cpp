@@ -13,6 +13,7 @@
 #include "profiles/qltableview.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QFile>

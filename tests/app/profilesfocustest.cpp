@@ -11,6 +11,7 @@
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/testdesktop.h"
+#include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QFile>

@@ -7,6 +7,7 @@
 #include "platform/sheet.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QCheckBox>

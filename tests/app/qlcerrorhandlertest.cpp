@@ -2,6 +2,7 @@
 // The program's warning alerts: what is on them, and that dismissing them changes nothing.
 #include "app/qlcerrorhandler.h"
 #include "platform/sheet.h"
+#include "tests/support/testmain.h"
 
 #include <QLabel>
 #include <QPointer>

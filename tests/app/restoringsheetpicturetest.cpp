@@ -4,6 +4,7 @@
 #include "base/daemonprotocol.h"
 #include "platform/messageport.h"
 #include "tests/support/testdesktop.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QElapsedTimer>

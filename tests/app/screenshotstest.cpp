@@ -18,6 +18,7 @@
 #include "tests/support/darkpalette.h"
 #include "tests/support/drawncontrols.h"
 #include "tests/support/fulldocument.h"
+#include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QApplication>

@@ -5,6 +5,7 @@
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/drawncontrols.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QLabel>

@@ -18,6 +18,7 @@
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/fulldocument.h"
+#include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/propertylist.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

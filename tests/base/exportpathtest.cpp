@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/exportpath.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QTemporaryDir>

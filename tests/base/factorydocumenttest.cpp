@@ -2,6 +2,7 @@
 // resources/Kestra.plist against the key table and the types that the records prescribe.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

@@ -2,6 +2,7 @@
 // Damaged files of every form: none may crash or hang the reader, and what it still reads it must be able to write.
 #include "base/propertylist.h"
 #include "tests/base/plistsamples.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

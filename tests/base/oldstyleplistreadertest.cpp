@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "base/propertylist.h"
 #include "tests/base/plistsamples.h"
+#include "tests/support/testmain.h"
 
 #include <QStringEncoder>
 #include <QtTest>

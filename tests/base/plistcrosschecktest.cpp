@@ -4,6 +4,7 @@
 #include "base/propertylist.h"
 #include "tests/base/plistsamples.h"
 #include "tests/support/fulldocument.h"
+#include "tests/support/testmain.h"
 
 #include <plist/plist.h>
 

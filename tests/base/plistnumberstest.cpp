@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/plistnumbers.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 #include <QVariantMap>

@@ -2,6 +2,7 @@
 #include "base/propertylist.h"
 #include "tests/support/folderflushfailure.h"
 #include "tests/support/fulldocument.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "base/qlcoreutility.h"
 #include "base/propertylist.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

@@ -5,6 +5,7 @@
 #include "base/propertylist.h"
 #include "tests/support/filesizelimit.h"
 #include "tests/support/ordinaryuser.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/text.h"
+#include "tests/support/testmain.h"
 
 #include <QTranslator>
 #include <QtTest>

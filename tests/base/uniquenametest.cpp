@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/uniquename.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadusage.h"
 
 #include <QtTest>

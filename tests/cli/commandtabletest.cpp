@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/commandtable.h"
 #include "cli/keyassignments.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -9,6 +9,7 @@
 #include "platform/messageport.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/scripteddevices.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QJsonArray>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cli/devicerule.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QProcess>

@@ -6,6 +6,7 @@
 #include "base/qlcoreutility.h"
 #include "platform/messageport.h"
 #include "tests/support/kestractlprocess.h"
+#include "tests/support/testmain.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>

@@ -6,6 +6,7 @@
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QJsonArray>

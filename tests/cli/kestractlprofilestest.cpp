@@ -4,6 +4,7 @@
 #include "base/settingskeys.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>

@@ -7,6 +7,7 @@
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
+#include "tests/support/testmain.h"
 
 #include <QFileInfo>
 #include <QJsonArray>

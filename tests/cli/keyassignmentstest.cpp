@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keyassignments.h"
+#include "tests/support/testmain.h"
 
 #include "base/settingskeys.h"
 

@@ -2,6 +2,7 @@
 #include "cli/keydescription.h"
 #include "base/settingskeys.h"
 #include "keys/keymapping.h"
+#include "tests/support/testmain.h"
 
 #include <QJsonObject>
 #include <QTest>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cli/plistjson.h"
+#include "tests/support/testmain.h"
 
 #include <QDateTime>
 #include <QJsonArray>

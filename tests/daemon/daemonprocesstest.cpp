@@ -9,6 +9,7 @@
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/sentrecorder.h"
+#include "tests/support/testmain.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusArgument>

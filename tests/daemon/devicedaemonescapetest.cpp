@@ -2,6 +2,7 @@
 // Escape held for a second gives the keys that a client captures back to the computer.
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the keyboard's own keys do: what reaches the computer, profiles, programs, game mode, brightness, light.
 #include "tests/daemon/devicedaemonfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QRegularExpression>
 #include <QTest>

@@ -2,6 +2,7 @@
 // Macros that keys play, and what stops them.
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QLoggingCategory>
 #include <QRandomGenerator>

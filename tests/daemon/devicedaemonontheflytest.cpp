@@ -3,6 +3,7 @@
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"
+#include "tests/support/testmain.h"
 
 #include <QRegularExpression>
 #include <QTest>

@@ -2,6 +2,7 @@
 // Random use and random messages.
 #include "base/qlcoreutility.h"
 #include "tests/daemon/devicedaemonfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QLoggingCategory>
 #include <QRandomGenerator>

@@ -6,6 +6,7 @@
 #include "daemon/system/deadlinetimer.h"
 #include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/filesizelimit.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadedkeyboard.h"
 
 #include <QRegularExpression>

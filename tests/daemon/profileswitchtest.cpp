@@ -7,6 +7,7 @@
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
 #include "daemon/settings/settingsdocument.h"
 #include "tests/support/filesizelimit.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QRegularExpression>

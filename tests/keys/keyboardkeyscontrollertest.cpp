@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Selecting keys, redrawing, the last selected key, clean-up and accessibility of the keys tab, with real widgets.
 #include "tests/keys/keystesting.h"
+#include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
 #include "base/text.h"

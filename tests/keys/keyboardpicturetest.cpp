@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keyboardpicture.h"
+#include "tests/support/testmain.h"
 
 #include "keys/keybutton.h"
 #include "keys/keylayout.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keybutton.h"
+#include "tests/support/testmain.h"
 
 #include "keys/keycap.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keylayout.h"
+#include "tests/support/testmain.h"
 
 #include <QSet>
 #include <QTest>

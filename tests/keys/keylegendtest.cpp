@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The fonts of the legends, with every family that the machine has.
 #include "keys/keylegend.h"
+#include "tests/support/testmain.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keymapping.h"
+#include "tests/support/testmain.h"
 
 #include "base/settingskeys.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keynames.h"
+#include "tests/support/testmain.h"
 
 #include "keys/keylayout.h"
 

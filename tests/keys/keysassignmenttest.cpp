@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Showing and changing what the selected key does: assignment and playback pop-up, sub-menus, open panel.
 #include "tests/keys/keystesting.h"
+#include "tests/support/testmain.h"
 
 #include "base/text.h"
 #include "platform/applicationinformation.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Single-key capture, game mode and the function-key notice, with notifications posted on a session bus.
 #include "tests/keys/keystesting.h"
+#include "tests/support/testmain.h"
 
 #include "base/daemonprotocol.h"
 #include "base/text.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the keys tab paints and makes anew after a change: no more than what looks different.
 #include "tests/keys/keystesting.h"
+#include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
 #include "keys/keyboardpicture.h"

@@ -3,6 +3,7 @@
 // tests, for a person to look at, and checks that a screen with twice the dots gets more than the same picture
 // enlarged.
 #include "tests/keys/keystesting.h"
+#include "tests/support/testmain.h"
 
 #include "keys/keyboardpicture.h"
 #include "keys/keybutton.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "keys/mappingcleanup.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -3,6 +3,7 @@
 #include "keys/picturelight.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keybutton.h"
+#include "tests/support/testmain.h"
 
 #include <QPainter>
 #include <QProxyStyle>

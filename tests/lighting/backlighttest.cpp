@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/backlight.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -7,6 +7,7 @@
 #include "platform/radiogroup.h"
 #include "platform/sheet.h"
 #include "platform/spinner.h"
+#include "tests/support/testmain.h"
 #include "tests/support/texts.h"
 
 #include <QCheckBox>

@@ -3,6 +3,7 @@
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
 #include "daemonlink/daemoncommands.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

@@ -5,6 +5,7 @@
 #include "daemonlink/latestreplyslot.h"
 #include "daemonlink/replyport.h"
 #include "tests/support/scripteddaemon.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadedport.h"
 
 #include <QPoint>

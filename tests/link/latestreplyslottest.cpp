@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemonlink/latestreplyslot.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

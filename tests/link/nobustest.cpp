@@ -5,6 +5,7 @@
 #include "daemonlink/replyport.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
+#include "tests/support/testmain.h"
 
 #include <QtTest>
 

@@ -3,6 +3,7 @@
 #include "daemonlink/replyport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "tests/support/scripteddaemon.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadedport.h"
 
 #include <QDBusConnectionInterface>

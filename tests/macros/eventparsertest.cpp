@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "macros/eventparser.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -4,6 +4,7 @@
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
+#include "tests/support/testmain.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "macros/macrorecord.h"
 #include "macros/eventparser.h"
+#include "tests/support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>

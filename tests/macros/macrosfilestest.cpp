@@ -4,6 +4,7 @@
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/filepanels.h"
 #include "tests/macros/macrostesting.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QLineEdit>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Recording: new and appended, and what stops it.
 #include "tests/macros/macrostesting.h"
+#include "tests/support/testmain.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -6,6 +6,7 @@
 #include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
 #include "tests/support/picturefolder.h"
+#include "tests/support/testmain.h"
 
 #include <QLabel>
 #include <QMenu>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "macros/numberonlytextfield.h"
+#include "tests/support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applicationinformation.h"
+#include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktopentry.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QRandomGenerator>

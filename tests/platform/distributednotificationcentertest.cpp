@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Notifications from one connection of a real bus to another.
 #include "platform/distributednotificationcenter.h"
+#include "tests/support/testmain.h"
 
 #include <QDBusMessage>
 #include <QSignalSpy>

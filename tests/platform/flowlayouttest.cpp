@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/flowlayout.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 #include <QWidget>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/focusmemory.h"
+#include "tests/support/testmain.h"
 
 #include <QPushButton>
 #include <QTest>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How a help book is read and searched, and the book that ships with the program.
 #include "platform/helpbook.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/helpwindow.h"
 #include "platform/helpviewer.h"
+#include "tests/support/testmain.h"
 #include "tests/support/texts.h"
 
 #include <QAbstractButton>

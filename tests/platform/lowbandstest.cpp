@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/lowbands.h"
+#include "tests/support/testmain.h"
 
 #include <QPainter>
 #include <QTest>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A port whose bus name the bus could start a service for: looking for it or sending to it must not start anything.
 #include "platform/messageport.h"
+#include "tests/support/testmain.h"
 
 #include <QDBusConnectionInterface>
 #include <QFile>

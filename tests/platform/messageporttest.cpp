@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Message ports over a real bus: the port under test has a connection of its own, as another process would have.
 #include "platform/messageport.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadedport.h"
 
 #include <QDBusConnectionInterface>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the desktop says of motion, told by a settings portal of the test's own on a private bus.
 #include "platform/motionpreference.h"
+#include "tests/support/testmain.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the bus itself is asked for, and what it therefore sends: a program is not woken for names it does not observe.
 #include "platform/distributednotificationcenter.h"
+#include "tests/support/testmain.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>

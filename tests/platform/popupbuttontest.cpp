@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/popupbutton.h"
+#include "tests/support/testmain.h"
 
 #include <QAction>
 #include <QActionGroup>

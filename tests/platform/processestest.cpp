@@ -2,6 +2,7 @@
 // Finding processes by name in a made-up process file system, and ending real ones in a PID namespace of their own: the
 // machine's own processes are never looked at.
 #include "platform/processes.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>

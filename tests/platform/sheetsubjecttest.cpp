@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/sheetsubject.h"
+#include "tests/support/testmain.h"
 
 #include "platform/sheet.h"
 

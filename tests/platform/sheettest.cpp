@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/sheet.h"
+#include "tests/support/testmain.h"
 
 #include <QLabel>
 #include <QPushButton>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/stepslider.h"
+#include "tests/support/testmain.h"
 
 #include <QSignalSpy>
 #include <QStyleOptionSlider>

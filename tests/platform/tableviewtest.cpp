@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tableview.h"
 #include "platform/tablecelldelegate.h"
+#include "tests/support/testmain.h"
 
 #include <QAccessible>
 #include <QImage>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tabview.h"
+#include "tests/support/testmain.h"
 
 #include <QAccessible>
 #include <QEvent>

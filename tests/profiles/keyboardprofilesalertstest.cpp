@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The alerts that ask before a delete and a restore, and what their answers do.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/testmain.h"
 
 #include <QLabel>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The "auto switch" boxes, the application chooser they lead to, and the removal of an application.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/testmain.h"
 
 #include "platform/filepanels.h"
 

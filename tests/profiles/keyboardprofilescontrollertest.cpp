@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/testmain.h"
 
 #include "platform/pulldownbutton.h"
 

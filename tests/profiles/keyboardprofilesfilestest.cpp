@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The profiles tab's panels: export, import, the application of a profile.
 #include "tests/profiles/profiletester.h"
+#include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
 #include "platform/applicationinformation.h"

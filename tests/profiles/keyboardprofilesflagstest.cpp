@@ -2,6 +2,7 @@
 // What the tab remembers from one operation to the next: the first selection, a delete or a bind that goes on, a name
 // to edit, a rename from the menu.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/testmain.h"
 
 #include "platform/filepanels.h"
 

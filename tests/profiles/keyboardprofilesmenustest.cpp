@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The commands of the gear menu and of the context menu, and the keys that run them.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/testmain.h"
 
 #include "platform/pulldownbutton.h"
 #include "profiles/qltableview.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The names in the list: adding, copying and renaming.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/testmain.h"
 
 #include "platform/pulldownbutton.h"
 

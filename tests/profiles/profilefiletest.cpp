@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/profilefile.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -8,6 +8,7 @@
 #include "profiles/qltableview.h"
 #include "tests/profiles/profilestabfixture.h"
 #include "tests/support/picturefolder.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QMenu>

@@ -7,6 +7,7 @@
 #include "daemon/settings/settingsdocument.h"
 #include "macros/eventparser.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "tests/support/testmain.h"
 #include "tests/support/texts.h"
 
 #include <QApplication>

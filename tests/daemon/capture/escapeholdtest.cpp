@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/capture/escapehold.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

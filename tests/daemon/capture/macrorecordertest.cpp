@@ -2,6 +2,7 @@
 #include "daemon/capture/macrorecorder.h"
 #include "macros/eventparser.h"
 #include "macros/macrorecord.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -4,6 +4,7 @@
 #include "daemon/capture/ontheflyrecorder.h"
 #include "daemon/settings/settingsdocument.h"
 #include "macros/macrorecord.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -2,6 +2,7 @@
 // Runs every file of the folder enginecases on the key engine; enginecases/README.md says how they are written.
 #include "tests/daemon/engine/enginescript.h"
 #include "tests/support/casefile.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

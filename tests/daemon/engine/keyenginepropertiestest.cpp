@@ -2,6 +2,7 @@
 // What holds of the key engine whatever is assigned, pressed, switched and captured: random sequences, always the same.
 #include "daemon/engine/keyengine.h"
 #include "macros/macrorecord.h"
+#include "tests/support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>

@@ -3,6 +3,7 @@
 // engine cases.
 #include "daemon/engine/keyengine.h"
 #include "macros/macrorecord.h"
+#include "tests/support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>

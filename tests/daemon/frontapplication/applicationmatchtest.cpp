@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/applicationmatch.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Stories of one line each: who is in front, what is done by hand, and which profile is active and kept then.
 #include "daemon/frontapplication/automaticswitch.h"
+#include "tests/support/testmain.h"
 
 #include "daemon/settings/documentcommands.h"
 #include "daemon/settings/settingsdocument.h"

@@ -3,6 +3,7 @@
 // test's own.
 #include "daemon/frontapplication/desktopsearch.h"
 #include "tests/daemon/frontapplication/usermanagerservice.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QSignalSpy>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/frontapplicationwatch.h"
+#include "tests/support/testmain.h"
 
 #include <QPointer>
 #include <QSignalSpy>

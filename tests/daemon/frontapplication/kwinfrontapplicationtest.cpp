@@ -2,6 +2,7 @@
 // How the daemon gives KWin its script, against a scripting service of the test's own on a private bus. What KWin makes
 // of the script is not tested here.
 #include "daemon/frontapplication/kwinfrontapplication.h"
+#include "tests/support/testmain.h"
 
 #include <QDBusConnection>
 #include <QFile>

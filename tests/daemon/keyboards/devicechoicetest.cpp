@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/devicechoice.h"
+#include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
 #include "tests/support/filesizelimit.h"

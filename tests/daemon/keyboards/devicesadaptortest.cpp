@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The object /Devices as a client on the bus meets it, with keyboards that the test makes up.
 #include "daemon/keyboards/devicesadaptor.h"
+#include "tests/support/testmain.h"
 
 #include "tests/support/scripteddevices.h"
 

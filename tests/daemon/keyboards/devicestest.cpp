@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/devices.h"
+#include "tests/support/testmain.h"
 
 #include <QSet>
 #include <QTest>

@@ -3,6 +3,7 @@
 #include "daemon/keyboards/keypath.h"
 #include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/notingchannel.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadusage.h"
 
 #include <QSignalSpy>

@@ -3,6 +3,7 @@
 // over this test.
 #include "daemon/keyboards/currentkeyboard.h"
 #include "tests/daemon/keyboards/keydocuments.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadedkeyboard.h"
 
 #include <QDeadlineTimer>

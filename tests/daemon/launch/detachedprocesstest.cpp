@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/launch/detachedprocess.h"
 #include "daemon/keyboards/linux/realtime.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QFileInfo>

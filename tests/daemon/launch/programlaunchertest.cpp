@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/launch/programlauncher.h"
+#include "tests/support/testmain.h"
 
 #include "base/qlcoreutility.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/launch/transientservice.h"
+#include "tests/support/testmain.h"
 
 #include "daemon/launch/programlauncher.h"
 

@@ -3,6 +3,7 @@
 #include "base/daemonprotocol.h"
 #include "daemon/settings/settingsdocument.h"
 #include "macros/macrorecord.h"
+#include "tests/support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>

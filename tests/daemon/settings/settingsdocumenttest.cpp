@@ -3,6 +3,7 @@
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
 #include "macros/macrorecord.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

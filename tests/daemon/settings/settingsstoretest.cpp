@@ -6,6 +6,7 @@
 #include "tests/support/filesizelimit.h"
 #include "tests/support/folderflushfailure.h"
 #include "tests/support/ordinaryuser.h"
+#include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/textnumbers.h"
+#include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The on-screen display against a notification service of the test's own, on a private bus.
 #include "daemon/system/desktopnotification.h"
+#include "tests/support/testmain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

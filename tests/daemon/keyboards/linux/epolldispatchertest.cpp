@@ -2,6 +2,7 @@
 // This program's own event loops are that of the dispatcher, and so is that of a second thread.
 #include "daemon/keyboards/linux/epolldispatcher.h"
 #include "daemon/system/handover.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadusage.h"
 
 #include <QCoreApplication>

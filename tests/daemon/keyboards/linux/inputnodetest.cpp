@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/inputnode.h"
 #include "tests/daemon/keyboards/linux/fakeeventfile.h"
+#include "tests/support/testmain.h"
 
 #include <linux/input-event-codes.h>
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/keyboardleds.h"
+#include "tests/support/testmain.h"
 
 #include "tests/daemon/keyboards/linux/ledfolder.h"
 

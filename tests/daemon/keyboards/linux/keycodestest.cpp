@@ -2,6 +2,7 @@
 #include "daemon/keyboards/linux/keycodes.h"
 #include "keys/keylayout.h"
 #include "keys/keynames.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -2,6 +2,7 @@
 // Runs every file of the folder nodecases on the translator; nodecases/README.md says how they are written.
 #include "tests/daemon/keyboards/linux/nodescript.h"
 #include "tests/support/casefile.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/latencyhistogram.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

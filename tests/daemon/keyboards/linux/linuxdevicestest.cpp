@@ -6,6 +6,7 @@
 #include "tests/daemon/keyboards/linux/fakeeventfile.h"
 #include "tests/daemon/keyboards/linux/nodes.h"
 #include "tests/daemon/keyboards/linux/outputpipe.h"
+#include "tests/support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>

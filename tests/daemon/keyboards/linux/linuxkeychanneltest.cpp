@@ -3,6 +3,7 @@
 #include "daemon/system/deadlinetimer.h"
 #include "tests/daemon/keyboards/linux/fakeeventfile.h"
 #include "tests/daemon/keyboards/linux/outputpipe.h"
+#include "tests/support/testmain.h"
 
 #include <QSignalSpy>
 #include <QTest>

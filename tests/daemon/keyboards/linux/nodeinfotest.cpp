@@ -2,6 +2,7 @@
 #include "daemon/keyboards/linux/nodeinfo.h"
 #include "daemon/keyboards/linux/outputdevice.h"
 #include "tests/daemon/keyboards/linux/nodes.h"
+#include "tests/support/testmain.h"
 
 #include <QTest>
 

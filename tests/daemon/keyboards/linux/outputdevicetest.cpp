@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/daemon/keyboards/linux/outputpipe.h"
+#include "tests/support/testmain.h"
 
 #include <QFile>
 #include <QTest>

@@ -3,6 +3,7 @@
 #include "daemon/keyboards/linux/stallwatch.h"
 #include "daemon/keyboards/linux/epolldispatcher.h"
 #include "daemon/keyboards/linux/realtime.h"
+#include "tests/support/testmain.h"
 #include "tests/support/threadusage.h"
 
 #include <QAbstractEventDispatcher>
