@@ -7,9 +7,8 @@
 #include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/macrochoice.h"
+#include "cli/mappingrepair.h"
 #include "cli/plistjson.h"
-#include "keys/keymapping.h"
-#include "keys/mappingcleanup.h"
 #include "macros/macrofile.h"
 #include "macros/macrorecord.h"
 
@@ -37,22 +36,6 @@ ExitCode addRecord(CommandContext &context, const QVariantMap &record)
     const int last = static_cast<int>(macros.size()) - 1;
     context.console.print(macroWords(last, macros.value(last).toMap()) + u" is added"_s);
     return ExitCode::ok;
-}
-
-/// Keys that played the deleted macro do so no longer; the daemon leaves that to its clients.
-DaemonClient::Answer repairKeys(DaemonClient &daemon, int deleted)
-{
-    const DaemonClient::Answer document = daemon.document();
-    if (!document.ok())
-        return document;
-    const QVariantList profiles = document.reply.value(SettingsKeys::profiles).toList();
-    // The rule takes its replacements from where there are none, for the configurator as for kestractl.
-    const QVariantList repaired = KeyMappings::removeDeletedMacroProfileMappings(
-        profiles, document.reply.value(SettingsKeys::macros).toList().size(), {}, deleted,
-        static_cast<qint32>(KeyMappings::Assignment::playMacro));
-    if (repaired == profiles)
-        return {};
-    return daemon.sendChecked(Command::replaceAllProfiles, {{DaemonProtocol::allProfiles, repaired}});
 }
 
 } // namespace
@@ -146,7 +129,7 @@ ExitCode deleteMacro(CommandContext &context)
     DaemonClient::Answer answer =
         context.daemon.sendChecked(Command::deleteMacro, {{DaemonProtocol::macroId, chosen->number}});
     if (answer.ok())
-        answer = repairKeys(context.daemon, chosen->number);
+        answer = repairMappings(context.daemon, chosen->document, chosen->number, KeyMappings::Assignment::playMacro);
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);
     context.console.print(chosen->words() + u" is deleted"_s);

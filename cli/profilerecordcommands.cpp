@@ -7,9 +7,8 @@
 #include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/factoryprofile.h"
+#include "cli/mappingrepair.h"
 #include "cli/recordchoice.h"
-#include "keys/keymapping.h"
-#include "keys/mappingcleanup.h"
 #include "platform/applicationinformation.h"
 #include "profiles/applicationbinding.h"
 #include "profiles/profilefile.h"
@@ -98,18 +97,6 @@ QString applicationPath(const QString &application)
     return QStandardPaths::locate(QStandardPaths::ApplicationsLocation, file);
 }
 
-/// Keys that switched to the deleted profile do so no longer; the daemon leaves that to its clients.
-DaemonClient::Answer repairKeys(DaemonClient &daemon, const QVariantMap &document, int deleted)
-{
-    const QVariantList profiles = profilesOf(document);
-    const QVariantList repaired = KeyMappings::removeDeletedMacroProfileMappings(
-        profiles, document.value(SettingsKeys::macros).toList().size(), factoryProfile().value_or(QVariantMap()),
-        deleted, static_cast<qint32>(KeyMappings::Assignment::switchProfile));
-    if (repaired == profiles)
-        return {};
-    return daemon.sendChecked(Command::replaceAllProfiles, {{DaemonProtocol::allProfiles, repaired}});
-}
-
 } // namespace
 
 ExitCode addProfile(CommandContext &context)
@@ -159,7 +146,7 @@ ExitCode deleteProfile(CommandContext &context)
         context.daemon.sendChecked(Command::deleteProfile, {{DaemonProtocol::profileId, chosen->number}});
     if (answer.ok())
         answer =
-            repairKeys(context.daemon, answer.reply.value(DaemonProtocol::returnDictionary).toMap(), chosen->number);
+            repairMappings(context.daemon, chosen->document, chosen->number, KeyMappings::Assignment::switchProfile);
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);
     context.console.print(words(chosen->number, chosen->profiles) + u" is deleted"_s);

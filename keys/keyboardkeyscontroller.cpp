@@ -209,10 +209,11 @@ void KeyboardKeysController::saveLastSelectedKey()
 
 void KeyboardKeysController::removeDeletedMacroProfileMappingsForMapping(int deletedIndex, int mappingType)
 {
-    if (mAllProfilesArray.isEmpty() || !mKeysDelegate)
+    if (!mKeysDelegate)
         return;
-    const QVariantList repaired = KeyMappings::removeDeletedMacroProfileMappings(
-        mAllProfilesArray, mAllMacrosArray.size(), mDefaultDict, deletedIndex, mappingType);
-    if (repaired != mAllProfilesArray)
-        mKeysDelegate->updateProfileKeyInDictionaryWithDictionary(repaired);
+    // The main controller calls this before it refreshes the macros and after it refreshed the profiles.
+    const std::optional<QVariantList> repaired = KeyMappings::removeDeletedMacroProfileMappings(
+        mAllProfilesArray, mAllMacrosArray, mDefaultDict, deletedIndex, mappingType);
+    if (repaired)
+        mKeysDelegate->updateProfileKeyInDictionaryWithDictionary(*repaired);
 }

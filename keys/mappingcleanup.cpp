@@ -19,18 +19,25 @@ QVariantMap replacementEntries(const QVariantMap &defaultDict)
     return defaultDict.value(SettingsKeys::profiles).toList().value(0).toMap().value(SettingsKeys::keys).toMap();
 }
 
+// Deliberate: the rule counts the deleted macro and does not count the deleted profile. A key that played the last
+// macro therefore keeps its index.
+quint32 countOf(qint32 mappingType, const QVariantList &profilesAfterDeletion, const QVariantList &macrosBeforeDeletion)
+{
+    if (mappingType == static_cast<qint32>(KeyMappings::Assignment::switchProfile))
+        return static_cast<quint32>(profilesAfterDeletion.size());
+    if (mappingType == static_cast<qint32>(KeyMappings::Assignment::playMacro))
+        return static_cast<quint32>(macrosBeforeDeletion.size());
+    return 0;
+}
+
 } // namespace
 
-QVariantList KeyMappings::removeDeletedMacroProfileMappings(const QVariantList &profiles, qsizetype macroCount,
-                                                            const QVariantMap &defaultDict, qint32 deletedIndex,
-                                                            qint32 mappingType)
+std::optional<QVariantList> KeyMappings::removeDeletedMacroProfileMappings(const QVariantList &profilesAfterDeletion,
+                                                                           const QVariantList &macrosBeforeDeletion,
+                                                                           const QVariantMap &defaultDict,
+                                                                           qint32 deletedIndex, qint32 mappingType)
 {
-    quint32 count = 0;
-    if (mappingType == static_cast<qint32>(Assignment::switchProfile))
-        count = static_cast<quint32>(profiles.size());
-    else if (mappingType == static_cast<qint32>(Assignment::playMacro))
-        count = static_cast<quint32>(macroCount);
-
+    const quint32 count = countOf(mappingType, profilesAfterDeletion, macrosBeforeDeletion);
     const QVariantMap replacements = replacementEntries(defaultDict);
     // Deliberate: entries behind the deleted index keep it, nothing is renumbered. And the comparison is unsigned: a
     // negative index counts as past the end, and of an empty array nothing is past the end.
@@ -39,7 +46,7 @@ QVariantList KeyMappings::removeDeletedMacroProfileMappings(const QVariantList &
                && (entry.param1 == deletedIndex || static_cast<quint32>(entry.param1) > count - 1u);
     };
 
-    QVariantList repaired = profiles;
+    QVariantList repaired = profilesAfterDeletion;
     // Deliberate: both outlive one turn of the loop, so that a record without "Keys" is given those of the record
     // before it. A first record without them stays without.
     QVariantMap keys;
@@ -63,5 +70,5 @@ QVariantList KeyMappings::removeDeletedMacroProfileMappings(const QVariantList &
         profile.insert(SettingsKeys::keys, keys);
         element = profile;
     }
-    return repaired;
+    return repaired == profilesAfterDeletion ? std::nullopt : std::optional(repaired);
 }

@@ -48,6 +48,7 @@ private Q_SLOTS:
 
     void macrosAreAddedListedRenamedAndDeleted();
     void deletingFreesTheKeys();
+    void deletingKeepsTheNumbersOfTheOtherKeys();
     void macroIsShownAsTheWindowShowsIt();
     void exportedMacroIsImportedUnderANameOfItsOwn();
     void importNamesWhatHasNoName();
@@ -154,6 +155,21 @@ void TestKestractlMacros::deletingFreesTheKeys()
     QCOMPARE(runKestractl({u"key"_s, u"M1"_s, u"macro"_s, u"0"_s}, mDaemon->environment()).exitCode, 0);
     QCOMPARE(run({u"delete"_s, u"0"_s}).exitCode, 0);
     QCOMPARE(runKestractl({u"key"_s, u"M1"_s}, mDaemon->environment()).text().trimmed(), u"M1: default key"_s);
+}
+
+void TestKestractlMacros::deletingKeepsTheNumbersOfTheOtherKeys()
+{
+    for (int count = 0; count < 3; ++count)
+        add(tapOfA(1));
+    const auto keys = [this](const QStringList &words) {
+        return runKestractl(QStringList{u"key"_s} + words, mDaemon->environment()).text().trimmed();
+    };
+    QCOMPARE(keys({u"M1"_s, u"macro"_s, u"1"_s}), u"M1: macro Tap, once"_s);
+    QCOMPARE(keys({u"M2"_s, u"macro"_s, u"2"_s}), u"M2: macro Tap, once"_s);
+    QCOMPARE(run({u"delete"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(keys({u"M1"_s}), u"M1: macro Tap, once"_s);
+    // Past the end only after the deletion, so it keeps its number, as in the window.
+    QCOMPARE(keys({u"M2"_s}), u"M2: macro 2 (which does not exist), once"_s);
 }
 
 void TestKestractlMacros::macroIsShownAsTheWindowShowsIt()

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void copyHasEverythingButTheName();
     void renamedToItsOwnNameItKeepsIt();
     void deletedProfileLeavesNoKeyBehind();
+    void keyThatSwitchedToTheLastProfileIsRepaired();
     void lastProfileIsNotDeleted();
     void twentyFirstProfileIsRefused();
     void restoredProfileKeepsItsName();
@@ -136,6 +137,21 @@ void KestractlProfilesTest::deletedProfileLeavesNoKeyBehind()
     QCOMPARE(names(), QStringList{u"Default Profile"_s});
     const QVariantMap entry = profile(0).value(SettingsKeys::keys).toMap().value(u"20"_s).toMap();
     QVERIFY(entry.value(SettingsKeys::command).toInt() != 17);
+}
+
+void KestractlProfilesTest::keyThatSwitchedToTheLastProfileIsRepaired()
+{
+    for (const QString &name : {u"Work"_s, u"Play"_s})
+        QCOMPARE(run({u"profile"_s, u"add"_s, name}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"Work"_s}).exitCode, 0);
+    QCOMPARE(run({u"key"_s, u"Q"_s, u"profile"_s, u"1"_s}).text(), u"Q: profile Work\n"_s);
+    QCOMPARE(run({u"key"_s, u"W"_s, u"profile"_s, u"2"_s}).text(), u"W: profile Play\n"_s);
+    QCOMPARE(run({u"profile"_s, u"delete"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(names(), QStringList({u"Work"_s, u"Play"_s}));
+    // Numbers stay, so Q now switches to the other profile. Two profiles are left, so W points past the end.
+    const QVariantMap keys = profile(0).value(SettingsKeys::keys).toMap();
+    QCOMPARE(keys.value(u"20"_s).toMap().value(SettingsKeys::param1), QVariant(1));
+    QCOMPARE(keys.value(u"26"_s).toMap(), QVariantMap());
 }
 
 void KestractlProfilesTest::lastProfileIsNotDeleted()

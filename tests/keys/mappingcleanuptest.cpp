@@ -32,10 +32,12 @@ QVariantMap defaultsWith(const QVariantMap &keys)
     return {{u"Profiles"_s, QVariantList{QVariantMap{{u"Keys"_s, keys}}}}};
 }
 
+/// The profiles as they are afterwards, whether the rule changes them or not.
 QVariantList repair(const QVariantList &profiles, int macroCount, int deleted, int type,
                     const QVariantMap &defaults = {})
 {
-    return KeyMappings::removeDeletedMacroProfileMappings(profiles, macroCount, defaults, deleted, type);
+    const QVariantList macros(macroCount, QVariant(QVariantMap()));
+    return KeyMappings::removeDeletedMacroProfileMappings(profiles, macros, defaults, deleted, type).value_or(profiles);
 }
 
 } // namespace
@@ -60,6 +62,7 @@ private Q_SLOTS:
     void leavesAFirstRecordWithoutKeysWithout();
     void handlesOddTypes();
     void handlesNoProfiles();
+    void isAbsentWhenNothingChanges();
 };
 
 void MappingCleanupTest::replacesEveryEntryOfTheDeletedMacro()
@@ -177,6 +180,22 @@ void MappingCleanupTest::handlesOddTypes()
 void MappingCleanupTest::handlesNoProfiles()
 {
     QVERIFY(repair({}, 3, 0, macroType).isEmpty());
+}
+
+void MappingCleanupTest::isAbsentWhenNothingChanges()
+{
+    const QVariantList profiles{profileWith({{u"4"_s, entry(10, 0)}, {u"5"_s, QVariantMap()}})};
+    const auto rule = [&](const QVariantList &records, int deleted) {
+        return KeyMappings::removeDeletedMacroProfileMappings(records, {QVariantMap(), QVariantMap()}, {}, deleted,
+                                                              macroType);
+    };
+    QVERIFY(rule(profiles, 0));
+    QVERIFY(!rule(profiles, 1));
+    QVERIFY(!rule({}, 0));
+    // An entry that was replaced by an equal one is no change either.
+    const QVariantMap replacement = entry(10, 0);
+    QVERIFY(!KeyMappings::removeDeletedMacroProfileMappings(profiles, {QVariantMap()},
+                                                            defaultsWith({{u"4"_s, replacement}}), 0, macroType));
 }
 
 QTEST_GUILESS_MAIN(MappingCleanupTest)
