@@ -20,11 +20,5 @@ std::optional<QVariantMap> QlCoreUtility::convertDataToDictionary(const std::opt
 
 QString QlCoreUtility::generateNameUsingDefaultName(const QVariantList &macros, const QString &defaultName)
 {
-    QStringList names;
-    for (const QVariant &macro : macros) {
-        const QVariant name = macro.toMap().value(SettingsKeys::macroName);
-        if (name.typeId() == QMetaType::QString) // a record without a name takes none
-            names.append(name.toString());
-    }
-    return uniqueName(names, defaultName);
+    return uniqueName(macros, SettingsKeys::macroName, defaultName);
 }

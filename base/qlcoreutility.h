@@ -20,6 +20,6 @@ public:
     /// Absent when `data` is absent, damaged, over the limits of propertylist.h, or holds no dictionary at its root.
     [[nodiscard]] static std::optional<QVariantMap> convertDataToDictionary(const std::optional<QByteArray> &data);
 
-    /// A name that no "MacroName" in `macros` (array of macro records) bears yet; the rule is in uniquename.h.
+    /// A name that no "MacroName" in `macros` (array of macro records) has yet; the rule is in uniquename.h.
     [[nodiscard]] static QString generateNameUsingDefaultName(const QVariantList &macros, const QString &defaultName);
 };

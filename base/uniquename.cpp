@@ -2,6 +2,7 @@
 #include "base/uniquename.h"
 
 #include <QHash>
+#include <QVariantMap>
 
 using namespace Qt::StringLiterals;
 
@@ -24,4 +25,14 @@ QString uniqueName(const QStringList &names, const QString &base)
         candidate = u"%1(%2)"_s.arg(base, QString::number(matches + 1));
     }
     return candidate;
+}
+
+QString uniqueName(const QVariantList &records, QLatin1StringView nameKey, const QString &base)
+{
+    QStringList names;
+    for (const QVariant &record : records) {
+        if (const QVariant name = record.toMap().value(nameKey); name.typeId() == QMetaType::QString)
+            names.append(name.toString());
+    }
+    return uniqueName(names, base);
 }

@@ -5,6 +5,7 @@
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
+#include "base/uniquename.h"
 #include "cli/commandtable.h"
 #include "cli/factoryprofile.h"
 #include "cli/mappingrepair.h"
@@ -110,7 +111,7 @@ ExitCode addProfile(CommandContext &context)
     const DaemonClient::Answer document = context.daemon.document();
     if (!document.ok())
         return context.console.fail(document.failure, document.reason);
-    record->insert(SettingsKeys::profileName, ProfileFile::freeName(profilesOf(document.reply), name));
+    record->insert(SettingsKeys::profileName, uniqueName(profilesOf(document.reply), SettingsKeys::profileName, name));
     return addRecord(context, *record);
 }
 
@@ -132,7 +133,8 @@ ExitCode renameProfile(CommandContext &context)
         return failure;
     QVariantList others = chosen->profiles;
     others.removeAt(chosen->number);
-    return updateRecord(context, chosen->number, {{SettingsKeys::profileName, ProfileFile::freeName(others, name)}},
+    return updateRecord(context, chosen->number,
+                        {{SettingsKeys::profileName, uniqueName(others, SettingsKeys::profileName, name)}},
                         u"is renamed"_s);
 }
 

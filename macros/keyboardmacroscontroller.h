@@ -90,7 +90,7 @@ public:
     void openPanelDidEndReturnCodeContextInfo(int returnCode);
     /// Asks for a file to export the selected macro to.
     void loadSaveAsPanel();
-    /// `name`, or `name` with a number when a record in `macros` bears it; the rule is uniqueName().
+    /// `name`, or `name` with a number when a record in `macros` has it; the rule is uniqueName().
     [[nodiscard]] QString checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
                                                                      const QString &name) const;
     void setupSettingsMenus();

@@ -24,10 +24,7 @@ constexpr int nameColumn = 0;
 QString KeyboardMacrosController::checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
                                                                              const QString &name) const
 {
-    QStringList names;
-    for (const QVariant &macro : macros)
-        names.append(MacroRecord::name(macro.toMap()));
-    return uniqueName(names, name);
+    return uniqueName(macros, SettingsKeys::macroName, name);
 }
 
 void KeyboardMacrosController::clickAddMacro(QObject *)

@@ -4,6 +4,7 @@
 #include "base/plistnumbers.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
+#include "base/uniquename.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -93,7 +94,7 @@ bool KeyboardProfilesController::canDelete() const
 QString KeyboardProfilesController::checkForDuplicateNameUsingDefaultName(const QVariantList &profiles,
                                                                           const QString &name) const
 {
-    return ProfileFile::freeName(profiles, name);
+    return uniqueName(profiles, SettingsKeys::profileName, name);
 }
 
 // Following the main controller

@@ -85,7 +85,7 @@ public:
     void updateValueOfSetting(int value, const QString &key);
     void deleteProfile();
     void restoreProfileToDefaultSettings();
-    /// `name`, or `name` with a number when a record in `profiles` bears it; the rule is uniqueName().
+    /// `name`, or `name` with a number when a record in `profiles` has it; the rule is uniqueName().
     [[nodiscard]] QString checkForDuplicateNameUsingDefaultName(const QVariantList &profiles,
                                                                 const QString &name) const;
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);

@@ -15,9 +15,6 @@ inline constexpr QLatin1StringView suffix{"KestraProfile"};
 /// What a profile is called that nobody has named, before it is made unique, whatever the language of the interface.
 inline constexpr QLatin1StringView untitledName{"Untitled Profile"};
 
-/// A name that no record in `profiles` bears: `name`, or `name` with a number. The rule is uniqueName().
-[[nodiscard]] QString freeName(const QVariantList &profiles, const QString &name);
-
 /// The record to add for a file that holds `record`, next to `profiles` (array of profile records): its name made
 /// unique; the untitled name where it has none, or one that is no text. Everything else is the daemon's to judge.
 [[nodiscard]] QVariantMap importedRecord(QVariantMap record, const QVariantList &profiles);

@@ -19,14 +19,6 @@ namespace {
 // may be another than the daemon's. The user renames it in the configurator.
 const QString nameOfNewMacro = u"On the fly"_s;
 
-QStringList macroNames(const QVariantList &macros)
-{
-    QStringList names;
-    for (const QVariant &macro : macros)
-        names += macro.toMap().value(SettingsKeys::macroName).toString();
-    return names;
-}
-
 } // namespace
 
 int roomForNewMacro(const QVariantMap &document)
@@ -45,7 +37,7 @@ CommandOutcome addOnTheFlyMacro(const QVariantMap &document, const QVariantList 
 {
     QVariantList list = macros(document);
     const int index = static_cast<int>(list.size());
-    const QVariantMap macro{{SettingsKeys::macroName, uniqueName(macroNames(list), nameOfNewMacro)},
+    const QVariantMap macro{{SettingsKeys::macroName, uniqueName(list, SettingsKeys::macroName, nameOfNewMacro)},
                             {SettingsKeys::delay, MacroRecord::standardDelayMs}};
     list += MacroRecord::withEvents(macro, events);
 

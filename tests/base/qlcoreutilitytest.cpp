@@ -2,6 +2,7 @@
 #include "base/qlcoreutility.h"
 #include "base/propertylist.h"
 #include "tests/support/testmain.h"
+#include "tests/support/uniquenamecases.h"
 
 #include <QtTest>
 
@@ -21,9 +22,8 @@ private slots:
     void readsNoDictionaryFromOtherData_data();
     void readsNoDictionaryFromOtherData();
     void writesNothingForValuesWithoutPropertyListForm();
-    void generatesNameFromMacroNames_data();
+    void generatesNameFromMacroNames_data() { UniqueNameCases::addRows(); }
     void generatesNameFromMacroNames();
-    void recordsWithoutNameTakeNone();
 };
 
 void QlCoreUtilityTest::absentGivesAbsent()
@@ -94,30 +94,13 @@ void QlCoreUtilityTest::writesNothingForValuesWithoutPropertyListForm()
     QVERIFY(!QlCoreUtility::convertDictionaryToData(QVariantMap{{u"a"_s, QVariantList{QPoint(1, 2)}}}));
 }
 
-void QlCoreUtilityTest::generatesNameFromMacroNames_data()
-{
-    QTest::addColumn<QStringList>("taken");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("no macros") << QStringList() << u"Untitled Macro"_s;
-    QTest::newRow("other names") << QStringList{u"Jump"_s, u"Untitled Macro(2)"_s} << u"Untitled Macro"_s;
-    QTest::newRow("one") << QStringList{u"Untitled Macro"_s} << u"Untitled Macro(2)"_s;
-    QTest::newRow("chain") << QStringList{u"Untitled Macro"_s, u"Untitled Macro(2)"_s} << u"Untitled Macro(3)"_s;
-}
-
 void QlCoreUtilityTest::generatesNameFromMacroNames()
 {
-    QFETCH(QStringList, taken);
-    QVariantList macros;
-    for (const QString &name : taken)
-        macros.append(QVariantMap{{u"MacroName"_s, name}, {u"macroID"_s, macros.size()}});
-    QTEST(QlCoreUtility::generateNameUsingDefaultName(macros, u"Untitled Macro"_s), "expected");
-}
-
-void QlCoreUtilityTest::recordsWithoutNameTakeNone()
-{
-    const QVariantList macros{QVariantMap(), QVariantMap{{u"MacroName"_s, 7}}, u"no record"_s};
-    QCOMPARE(QlCoreUtility::generateNameUsingDefaultName(macros, u""_s), u""_s);
-    QCOMPARE(QlCoreUtility::generateNameUsingDefaultName(macros, u"7"_s), u"7"_s);
+    QFETCH(QVariantList, names);
+    QFETCH(QString, wanted);
+    const QVariantList macros = UniqueNameCases::records(names, "MacroName"_L1);
+    QTEST(QlCoreUtility::generateNameUsingDefaultName(macros, wanted), "result");
+    QCOMPARE(QlCoreUtility::generateNameUsingDefaultName({}, wanted), wanted);
 }
 
 QTEST_GUILESS_MAIN(QlCoreUtilityTest)

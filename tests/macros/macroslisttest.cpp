@@ -4,6 +4,7 @@
 #include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
 #include "tests/support/testmain.h"
+#include "tests/support/uniquenamecases.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -18,7 +19,7 @@ class MacrosListTest : public MacrosTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void namesAreMadeUnique_data();
+    void namesAreMadeUnique_data() { UniqueNameCases::addRows(); }
     void namesAreMadeUnique();
     void addSendsANewRecord();
     void addingAgainNumbersTheName();
@@ -53,24 +54,13 @@ private Q_SLOTS:
     void addingEndsARename();
 };
 
-void MacrosListTest::namesAreMadeUnique_data()
-{
-    QTest::addColumn<QStringList>("names");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("empty list") << QStringList{} << u"N"_s;
-    QTest::newRow("taken") << QStringList{u"N"_s} << u"N(2)"_s;
-    QTest::newRow("taken up to 2") << QStringList{u"N"_s, u"N(2)"_s} << u"N(3)"_s;
-    QTest::newRow("taken twice") << QStringList{u"N"_s, u"N"_s} << u"N(3)"_s;
-}
-
 void MacrosListTest::namesAreMadeUnique()
 {
-    QFETCH(QStringList, names);
-    QFETCH(QString, result);
-    QVariantList macros;
-    for (const QString &name : names)
-        macros.append(macroNamed(name));
-    QCOMPARE(mController->checkForDuplicateMacroNameUsingDefaultName(macros, u"N"_s), result);
+    QFETCH(QVariantList, names);
+    QFETCH(QString, wanted);
+    const QVariantList macros = UniqueNameCases::records(names, "MacroName"_L1);
+    QTEST(mController->checkForDuplicateMacroNameUsingDefaultName(macros, wanted), "result");
+    QCOMPARE(mController->checkForDuplicateMacroNameUsingDefaultName({}, wanted), wanted);
 }
 
 void MacrosListTest::addSendsANewRecord()

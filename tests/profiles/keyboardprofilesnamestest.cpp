@@ -4,6 +4,7 @@
 #include "tests/support/testmain.h"
 
 #include "platform/pulldownbutton.h"
+#include "tests/support/uniquenamecases.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -20,7 +21,7 @@ private Q_SLOTS:
     void init() { openTab(); }
     void cleanup() { closeTab(); }
 
-    void namesAreMadeUnique_data();
+    void namesAreMadeUnique_data() { UniqueNameCases::addRows(); }
     void namesAreMadeUnique();
     void addSendsTheDefaultRecordUnderAFreeName();
     void addOpensTheNewNameForEditing();
@@ -46,29 +47,13 @@ private Q_SLOTS:
     void switchingForgetsTheNameToEdit();
 };
 
-void KeyboardProfilesNamesTest::namesAreMadeUnique_data()
-{
-    QTest::addColumn<QStringList>("names");
-    QTest::addColumn<QString>("wanted");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("empty list") << QStringList{} << u"A"_s << u"A"_s;
-    QTest::newRow("free") << QStringList{u"B"_s} << u"A"_s << u"A"_s;
-    QTest::newRow("taken") << QStringList{u"A"_s} << u"A"_s << u"A(2)"_s;
-    QTest::newRow("taken up to 2") << QStringList{u"A"_s, u"A(2)"_s} << u"A"_s << u"A(3)"_s;
-    QTest::newRow("only the second") << QStringList{u"A(2)"_s} << u"A"_s << u"A"_s;
-    QTest::newRow("taken twice") << QStringList{u"A"_s, u"A"_s} << u"A"_s << u"A(3)"_s;
-    QTest::newRow("case matters") << QStringList{u"a"_s} << u"A"_s << u"A"_s;
-}
-
 void KeyboardProfilesNamesTest::namesAreMadeUnique()
 {
-    QFETCH(QStringList, names);
+    QFETCH(QVariantList, names);
     QFETCH(QString, wanted);
-    QFETCH(QString, result);
-    QVariantList profiles;
-    for (const QString &name : names)
-        profiles.append(profileNamed(name));
-    QCOMPARE(mController->checkForDuplicateNameUsingDefaultName(profiles, wanted), result);
+    const QVariantList profiles = UniqueNameCases::records(names, "ProfileName"_L1);
+    QTEST(mController->checkForDuplicateNameUsingDefaultName(profiles, wanted), "result");
+    QCOMPARE(mController->checkForDuplicateNameUsingDefaultName({}, wanted), wanted);
 }
 
 void KeyboardProfilesNamesTest::addSendsTheDefaultRecordUnderAFreeName()
