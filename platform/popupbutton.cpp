@@ -97,12 +97,6 @@ void PopUpButton::addItemWithTitle(const QString &title, int tag)
     updateGeometry();
 }
 
-void PopUpButton::addItemsWithTitles(const QStringList &titles)
-{
-    for (const QString &title : titles)
-        addItemWithTitle(title);
-}
-
 void PopUpButton::setItemTitleAtIndex(int index, const QString &title)
 {
     if (QAction *item = itemAtIndex(index); item && menuItemTitle(item) != title) {

@@ -31,7 +31,6 @@ public:
     void removeAllItems();
     /// The first item added becomes the selected one.
     void addItemWithTitle(const QString &title, int tag = 0);
-    void addItemsWithTitles(const QStringList &titles);
     void setItemTitleAtIndex(int index, const QString &title);
     /// Takes ownership of `submenu` and deletes the item's earlier one.
     void setSubmenuAtIndex(int index, QMenu *submenu);

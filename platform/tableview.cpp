@@ -82,16 +82,6 @@ int TableView::editedRow() const
     return mEditor && mEditedIndex.isValid() ? mEditedIndex.row() : -1;
 }
 
-int TableView::columnWithIdentifier(const QString &identifier) const
-{
-    const QList<TableColumn> &columns = mModel->columns();
-    for (int i = 0; i < columns.size(); ++i) {
-        if (columns.at(i).identifier == identifier)
-            return i;
-    }
-    return -1;
-}
-
 void TableView::noteNumberOfRowsChanged()
 {
     const int count = mSource ? mSource->numberOfRowsInTableView(this) : 0;

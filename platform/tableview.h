@@ -73,8 +73,6 @@ public:
     [[nodiscard]] int numberOfRows();
     [[nodiscard]] int selectedRow() const; ///< -1 for none
     [[nodiscard]] int editedRow() const;   ///< -1 for none
-    /// -1 when there is no such column.
-    [[nodiscard]] int columnWithIdentifier(const QString &identifier) const;
 
     /// Fetches everything anew. The selection and an open edit stay where their row still exists; no notification.
     void reloadData();

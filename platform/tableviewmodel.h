@@ -14,7 +14,6 @@ class TableViewModel : public QAbstractTableModel
 public:
     explicit TableViewModel(TableView *view);
 
-    [[nodiscard]] const QList<TableColumn> &columns() const { return mColumns; }
     [[nodiscard]] TableCell cellAt(const QModelIndex &index) const;
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

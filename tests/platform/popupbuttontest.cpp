@@ -11,6 +11,16 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+void addItems(PopUpButton &button, const QStringList &titles)
+{
+    for (const QString &title : titles)
+        button.addItemWithTitle(title);
+}
+
+} // namespace
+
 class PopUpButtonTest : public QObject
 {
     Q_OBJECT
@@ -40,7 +50,7 @@ void PopUpButtonTest::selectsTheFirstItemAdded()
 {
     PopUpButton button;
     QCOMPARE(button.indexOfSelectedItem(), -1);
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     QCOMPARE(button.numberOfItems(), 2);
     QCOMPARE(button.indexOfSelectedItem(), 0);
     QCOMPARE(button.titleOfSelectedItem(), u"One"_s);
@@ -49,7 +59,7 @@ void PopUpButtonTest::selectsTheFirstItemAdded()
 void PopUpButtonTest::selectingFromCodeIsSilent()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     QSignalSpy picked(&button, &PopUpButton::itemPicked);
     button.selectItemAtIndex(1);
     QCOMPARE(button.titleOfSelectedItem(), u"Two"_s);
@@ -60,7 +70,7 @@ void PopUpButtonTest::selectingFromCodeIsSilent()
 void PopUpButtonTest::pickByTheUserSelectsAndIsAnnounced()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s, u"Three"_s});
+    addItems(button, {u"One"_s, u"Two"_s, u"Three"_s});
     int selectedWhenAnnounced = -1;
     connect(&button, &PopUpButton::itemPicked, &button, [&] { selectedWhenAnnounced = button.indexOfSelectedItem(); });
     QSignalSpy picked(&button, &PopUpButton::itemPicked);
@@ -73,7 +83,7 @@ void PopUpButtonTest::pickByTheUserSelectsAndIsAnnounced()
 void PopUpButtonTest::pickOfTheSelectedItemIsAnnouncedAgain()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     QSignalSpy picked(&button, &PopUpButton::itemPicked);
     button.itemAtIndex(0)->trigger();
     button.itemAtIndex(0)->trigger();
@@ -114,7 +124,7 @@ void PopUpButtonTest::ampersandIsNoMnemonic()
 void PopUpButtonTest::submenuItemLeavesTheSelection()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     auto *submenu = new QMenu;
     QAction *item = addMenuItem(submenu, u"Inner"_s, 7);
     button.setSubmenuAtIndex(1, submenu);
@@ -155,7 +165,7 @@ void PopUpButtonTest::submenuMayBeReplacedFromItsOwnItem()
 void PopUpButtonTest::removingAllItemsLeavesNone()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     button.setSubmenuAtIndex(1, new QMenu);
     button.removeAllItems();
     QCOMPARE(button.numberOfItems(), 0);
@@ -167,7 +177,7 @@ void PopUpButtonTest::removingAllItemsLeavesNone()
 void PopUpButtonTest::marksTheSelectedItemInTheMenu()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     button.selectItemAtIndex(1);
     QVERIFY(!button.itemAtIndex(0)->isChecked());
     QVERIFY(button.itemAtIndex(1)->isChecked());
@@ -180,7 +190,7 @@ void PopUpButtonTest::marksTheSelectedItemInTheMenu()
 void PopUpButtonTest::opensByMouseAndPicksByKeyboard()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     QSignalSpy picked(&button, &PopUpButton::itemPicked);
     button.show();
     QVERIFY(QTest::qWaitForWindowExposed(&button));
@@ -206,7 +216,7 @@ void PopUpButtonTest::opensByKeyboard()
 {
     QFETCH(Qt::Key, key);
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     button.show();
     QVERIFY(QTest::qWaitForWindowExposed(&button));
     QTest::keyPress(&button, key); // returns although the menu is open
@@ -219,7 +229,7 @@ void PopUpButtonTest::opensByKeyboard()
 void PopUpButtonTest::arrowsGoOnFromTheSelectedItem()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s});
+    addItems(button, {u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s});
     button.selectItemAtIndex(1);
     QSignalSpy picked(&button, &PopUpButton::itemPicked);
     button.show();
@@ -235,7 +245,7 @@ void PopUpButtonTest::arrowsGoOnFromTheSelectedItem()
 void PopUpButtonTest::openingKeepsSubmenusClosed()
 {
     PopUpButton button;
-    button.addItemsWithTitles({u"One"_s, u"Two"_s});
+    addItems(button, {u"One"_s, u"Two"_s});
     auto *submenu = new QMenu;
     submenu->addAction(u"Inner"_s);
     button.setSubmenuAtIndex(1, submenu);
