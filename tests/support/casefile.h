@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <functional>
+
 /// Adds a row with the column "path" for each case of `folder`.
 inline void addCaseRows(const QString &folder)
 {
@@ -17,10 +19,11 @@ inline void addCaseRows(const QString &folder)
         QTest::newRow(qUtf8Printable(file.completeBaseName())) << file.filePath();
 }
 
-/// Runs the case at `path` on `script` and compares what comes out. A Script has run(line), which returns what is wrong
-/// with the line, and outputLines().
-template <typename Script> void runCase(Script &script, const QString &path)
+/// Runs the case at `path` on a new Script and compares what comes out. A Script has run(line), which returns what is
+/// wrong with the line, and outputLines(). `down`, a member of it, returns the keys that are down: none at the end.
+template <typename Script, typename Down> void runCase(const QString &path, Down down)
 {
+    Script script;
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
     QStringList expected;
@@ -42,4 +45,6 @@ template <typename Script> void runCase(Script &script, const QString &path)
     }
     QVERIFY(!expected.isEmpty());
     QCOMPARE(script.outputLines().join(u'\n'), expected.join(u'\n'));
+    const std::decay_t<std::invoke_result_t<Down, Script>> none;
+    QCOMPARE(std::invoke(down, script), none);
 }
