@@ -15,9 +15,9 @@
 #include "profiles/profilecommands.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
-#include "tests/support/darkpalette.h"
 #include "tests/support/drawncontrols.h"
 #include "tests/support/fulldocument.h"
+#include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
 
 #include <QAction>
@@ -30,8 +30,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
-#include <QStyle>
-#include <QStyleFactory>
 #include <QTabWidget>
 #include <QTest>
 #include <QVBoxLayout>
@@ -146,12 +144,6 @@ Sheet *shownSheet()
     return nullptr;
 }
 
-void wear(bool isDark)
-{
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
-    QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
-}
-
 } // namespace
 
 class ScreenshotsTest : public QObject
@@ -175,7 +167,6 @@ private Q_SLOTS:
 
 private:
     void openWindow(const QString &language, bool isDark);
-    static void save(const QImage &picture);
 
     HubResources mResources;
     std::unique_ptr<DaemonProcessFixture> mDaemon;
@@ -207,18 +198,11 @@ void ScreenshotsTest::cleanup()
 void ScreenshotsTest::openWindow(const QString &language, bool isDark)
 {
     installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {language});
-    wear(isDark);
+    wearPalette(isDark);
     mHub = std::make_unique<Hub>();
     mHub->window->resize(windowSize);
     mHub->controller->initializeDevice();
     QVERIFY(QTest::qWaitForWindowExposed(mHub->window.get()));
-}
-
-void ScreenshotsTest::save(const QImage &picture)
-{
-    const QDir folder(QCoreApplication::applicationDirPath() + u"/screenshots"_s);
-    QVERIFY(folder.mkpath(u"."_s));
-    QVERIFY(picture.save(folder.filePath(u"window-"_s + QLatin1StringView(QTest::currentDataTag()) + u".png"_s)));
 }
 
 void ScreenshotsTest::drawsTheWindow_data()
@@ -254,7 +238,7 @@ void ScreenshotsTest::drawsTheWindow()
         QVERIFY(QTest::qWaitForWindowExposed(sheet));
         front = sheet;
     }
-    save(drawnWithSheet(mHub->window.get(), sheet));
+    QVERIFY(savePicture(drawnWithSheet(mHub->window.get(), sheet), u"window"_s));
     for (const auto *gear : front->findChildren<PulldownButton *>())
         QVERIFY2(!gear->isVisible() || !gear->icon().pixmap(gear->iconSize()).isNull(), qPrintable(gear->objectName()));
     const QStringList faults = cutTexts(front) + faintTexts(front, leastTextContrast);
@@ -295,7 +279,7 @@ void ScreenshotsTest::drawsTheHelp()
         QTest::keyClick(help->findChild<QLineEdit *>(u"helpSearch"_s), Qt::Key_Return);
     }
     QCoreApplication::processEvents();
-    save(drawnWithSheet(help, nullptr));
+    QVERIFY(savePicture(drawnWithSheet(help, nullptr), u"window"_s));
     const QStringList faults = cutTexts(help) + faintTexts(help, leastTextContrast);
     help->close(); // which deletes it
     QCoreApplication::sendPostedEvents(help, QEvent::DeferredDelete);
@@ -333,7 +317,7 @@ void ScreenshotsTest::disabledControlsLookDisabled()
     };
     QTRY_VERIFY(isAnyDisabled());
     QCoreApplication::processEvents();
-    save(drawnWithSheet(mHub->window.get(), shownSheet()));
+    QVERIFY(savePicture(drawnWithSheet(mHub->window.get(), shownSheet()), u"window"_s));
     QStringList alike;
     for (const auto &[button, before] : enabled) {
         if (!button->isEnabled() && drawn(button) == before)
@@ -374,7 +358,7 @@ void ScreenshotsTest::whatIsNotTickedIsSeenOnADarkDesktop()
 void ScreenshotsTest::findsAFaintIndicator()
 {
     // On a dark desktop the style alone draws such.
-    wear(true);
+    wearPalette(true);
     QWidget window;
     auto *layout = new QVBoxLayout(&window);
     layout->addWidget(new QCheckBox(u"Box"_s));
@@ -386,7 +370,7 @@ void ScreenshotsTest::findsAFaintIndicator()
 
 void ScreenshotsTest::findsWhatIsFaint()
 {
-    wear(false);
+    wearPalette(false);
     QCOMPARE(qRound(contrastRatio(Qt::black, Qt::white)), 21);
     QWidget window;
     auto *inside = new QPushButton(u"Faint"_s, &window);
@@ -403,8 +387,12 @@ void ScreenshotsTest::findsWhatIsCut()
 {
     QWidget window;
     auto *button = new QPushButton(u"A text wider than its button"_s, &window);
+    button->setObjectName(u"narrow"_s);
     button->resize(20, 20);
     QCOMPARE(cutTexts(&window).size(), 1);
+    QCOMPARE(cutButtons(&window), QStringList{u"narrow"_s});
+    button->hide();
+    QCOMPARE(cutButtons(&window), QStringList());
 }
 
 QTEST_MAIN(ScreenshotsTest)

@@ -10,14 +10,9 @@
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
-#include "tests/support/darkpalette.h"
+#include "tests/support/picturefolder.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QDir>
-#include <QPainter>
-#include <QStyle>
-#include <QStyleFactory>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -67,18 +62,13 @@ private Q_SLOTS:
 
 private:
     QTemporaryDir mResources;
-    QDir mFolder;
 };
 
 void KeysScreenshotsTest::initTestCase()
 {
     QVERIFY(loadTexts());
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     qputenv("QUILL_KESTRA_RESOURCES", mResources.path().toLocal8Bit());
     qputenv("XDG_DATA_HOME", mResources.path().toLocal8Bit());
-    mFolder = QDir(QCoreApplication::applicationDirPath());
-    QVERIFY(mFolder.mkpath(u"screenshots"_s));
-    QVERIFY(mFolder.cd(u"screenshots"_s));
 }
 
 void KeysScreenshotsTest::drawsTheTab_data()
@@ -87,13 +77,13 @@ void KeysScreenshotsTest::drawsTheTab_data()
     QTest::addColumn<int>("width");
     QTest::addColumn<double>("ratio");
     QTest::addColumn<bool>("isEnabled");
-    QTest::newRow("keys-light-1100") << false << 1100 << 1.0 << true;
-    QTest::newRow("keys-dark-1100") << true << 1100 << 1.0 << true;
-    QTest::newRow("keys-light-1100-2x") << false << 1100 << 2.0 << true;
-    QTest::newRow("keys-dark-1100-2x") << true << 1100 << 2.0 << true;
-    QTest::newRow("keys-light-3800") << false << 3800 << 1.0 << true;
-    QTest::newRow("keys-light-absent") << false << 1100 << 1.0 << false;
-    QTest::newRow("keys-dark-absent") << true << 1100 << 1.0 << false;
+    QTest::newRow("light-1100") << false << 1100 << 1.0 << true;
+    QTest::newRow("dark-1100") << true << 1100 << 1.0 << true;
+    QTest::newRow("light-1100-2x") << false << 1100 << 2.0 << true;
+    QTest::newRow("dark-1100-2x") << true << 1100 << 2.0 << true;
+    QTest::newRow("light-3800") << false << 3800 << 1.0 << true;
+    QTest::newRow("light-absent") << false << 1100 << 1.0 << false;
+    QTest::newRow("dark-absent") << true << 1100 << 1.0 << false;
 }
 
 void KeysScreenshotsTest::drawsTheTab()
@@ -102,7 +92,7 @@ void KeysScreenshotsTest::drawsTheTab()
     QFETCH(int, width);
     QFETCH(double, ratio);
     QFETCH(bool, isEnabled);
-    QApplication::setPalette(isDark ? darkPalette() : QApplication::style()->standardPalette());
+    wearPalette(isDark);
     Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
             {macro(u"Opening burst"_s), macro(u"Heal"_s)});
     tab.window.resize(width, width * 9 / 16);
@@ -113,25 +103,25 @@ void KeysScreenshotsTest::drawsTheTab()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
 
     const QImage image = grabAt(tab.window, ratio);
-    QVERIFY(image.save(mFolder.filePath(QString::fromLatin1(QTest::currentDataTag()) + u".png"_s)));
+    QVERIFY(savePicture(image, u"keys"_s));
     QCOMPARE(image.width(), qRound(width * ratio));
 }
 
 void KeysScreenshotsTest::drawsTheSingleKeySheet()
 {
-    QApplication::setPalette(QApplication::style()->standardPalette());
+    wearPalette(false);
     Tab tab(profile(u"Raid night"_s));
     tab.window.show();
     tab.find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
     auto *sheet = tab.find<Sheet>("mSingleKeyWindow");
     QVERIFY(QTest::qWaitForWindowExposed(sheet));
     tab.controller->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 6}, {u"singleKeyModif"_s, 8}}});
-    QVERIFY(grabAt(*sheet, 2).save(mFolder.filePath(u"single-key-sheet-2x.png"_s)));
+    QVERIFY(savePicture(grabAt(*sheet, 2), u"single-key-sheet-2x"_s));
 }
 
 void KeysScreenshotsTest::isDrawnSharpAtTwiceTheDots()
 {
-    QApplication::setPalette(QApplication::style()->standardPalette());
+    wearPalette(false);
     Tab tab(profile(u"Raid night"_s, workingKeys()));
     tab.window.resize(1100, 620);
     tab.window.show();

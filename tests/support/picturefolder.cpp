@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QPainter>
+#include <QPushButton>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTest>
@@ -39,8 +40,18 @@ QImage pictureOf(QWidget *window, QWidget *sheetOrMenu, const QPoint &position)
 
 bool savePicture(const QImage &picture, const QString &prefix)
 {
+    const char *row = QTest::currentDataTag();
+    const QString name = row ? prefix + u'-' + QLatin1StringView(row) : prefix;
     QDir folder(QCoreApplication::applicationDirPath());
-    return folder.mkpath(u"screenshots"_s)
-           && picture.save(folder.filePath(u"screenshots/"_s + prefix + u'-'
-                                           + QLatin1StringView(QTest::currentDataTag()) + u".png"_s));
+    return folder.mkpath(u"screenshots"_s) && picture.save(folder.filePath(u"screenshots/"_s + name + u".png"_s));
+}
+
+QStringList cutButtons(const QWidget *window)
+{
+    QStringList names;
+    for (const QPushButton *button : window->findChildren<QPushButton *>()) {
+        if (button->isVisibleTo(window) && button->width() < button->sizeHint().width())
+            names += button->objectName();
+    }
+    return names;
 }
