@@ -57,7 +57,15 @@ private Q_SLOTS:
 
 private:
     static void addEndsOfTheEventSheet();
+    /// Chooses "Edit" for a row of the event list, which opens the sheet of an event or of a delay.
+    void editRow(int row);
 };
+
+void MacrosEventsTest::editRow(int row)
+{
+    events()->selectRow(row);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+}
 
 void MacrosEventsTest::addEndsOfTheEventSheet()
 {
@@ -166,8 +174,7 @@ void MacrosEventsTest::eventCommandsSendTheirRequest()
 void MacrosEventsTest::delaySheetSetsTheDelay()
 {
     fill({u"A"_s, u"B"_s}, 1);
-    events()->selectRow(3);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(3);
     auto *sheet = outlet<Sheet>(u"mEditDelayWindow"_s);
     QVERIFY(sheet && sheet->isVisible());
     auto *field = outlet<NumberOnlyTextField>(u"mInputMacroDelay"_s);
@@ -181,8 +188,7 @@ void MacrosEventsTest::delaySheetSetsTheDelay()
 void MacrosEventsTest::delaySheetCancelSendsNothing()
 {
     fill({u"A"_s}, 0);
-    events()->selectRow(1);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(1);
     auto *field = outlet<NumberOnlyTextField>(u"mInputMacroDelay"_s);
     QTest::keyClicks(field, u"250"_s);
     outlet<QPushButton>(u"mMacroDelayCancel"_s)->click();
@@ -194,8 +200,7 @@ void MacrosEventsTest::delaySheetCancelSendsNothing()
 void MacrosEventsTest::eventSheetStoresTheCapturedKey()
 {
     fill({u"A"_s, u"B"_s}, 1);
-    events()->selectRow(2);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(2);
     auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
     QVERIFY(sheet && sheet->isVisible());
     QCOMPARE(mDelegate->calls, (QStringList{u"event 1 2"_s, u"startEditHID"_s}));
@@ -219,8 +224,7 @@ void MacrosEventsTest::eventSheetStoresTheCapturedKey()
 void MacrosEventsTest::eventSheetWithoutAKeyStoresNothing()
 {
     fill({u"A"_s}, 0);
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     mDelegate->calls.clear();
     outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
     QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
@@ -229,8 +233,7 @@ void MacrosEventsTest::eventSheetWithoutAKeyStoresNothing()
 void MacrosEventsTest::eventSheetCancelStoresNothing()
 {
     fill({u"A"_s}, 0);
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
     mDelegate->calls.clear();
     outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
@@ -260,8 +263,7 @@ void MacrosEventsTest::capturedKeyIsShown()
     QFETCH(QString, shown);
     QFETCH(int, argument);
     fill({u"A"_s}, 0);
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     mController->singleKeyEvents({{u"singleKey"_s, key}, {u"singleKeyModif"_s, modifier}});
     QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), shown);
     outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
@@ -281,8 +283,7 @@ void MacrosEventsTest::emptyEventRecordIsNotSent()
 {
     fill({u"A"_s}, 0);
     mDelegate->event.clear();
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
     mDelegate->calls.clear();
     outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
@@ -293,8 +294,7 @@ void MacrosEventsTest::sheetsBelongToTheWindow()
 {
     fill({u"A"_s}, 0);
     for (const auto &[row, name] : {std::pair{0, u"mEditEventWindow"_s}, std::pair{1, u"mEditDelayWindow"_s}}) {
-        events()->selectRow(row);
-        choose("mSettingsMacroDetails", MacroCommands::edit);
+        editRow(row);
         auto *sheet = outlet<Sheet>(name);
         QCOMPARE(sheet->parentWidget(), mWindow.get());
         QCOMPARE(sheet->windowModality(), Qt::WindowModal);
@@ -308,8 +308,7 @@ void MacrosEventsTest::theCapturedKeyOfAnEarlierSheetIsForgotten()
 {
     QFETCH(QString, end);
     fill({u"A"_s}, 0);
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
     outlet<QPushButton>(end)->click();
     choose("mSettingsMacroDetails", MacroCommands::edit);
@@ -337,8 +336,7 @@ void MacrosEventsTest::theListHasTheFocusAfterTheEventSheet()
 void MacrosEventsTest::theEventSheetSaysHowTheKeyboardComesBack()
 {
     fill({u"A"_s}, 0);
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     const auto *hint = outlet<QLabel>(u"mMacroEventHint"_s);
     QVERIFY(hint->isVisible());
     QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
@@ -348,8 +346,7 @@ void MacrosEventsTest::theEventSheetSaysHowTheKeyboardComesBack()
 void MacrosEventsTest::theCaptureBeginsAnewWhenTheKeyboardIsBack()
 {
     fill({u"A"_s}, 0);
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
     mController->stopAllMacroRecording(); // as when it was removed
     mController->setControlsState(false);
@@ -400,8 +397,7 @@ void MacrosEventsTest::doubleClickEditsTheEvent()
 void MacrosEventsTest::aCapturedNothingForgetsTheKeyBefore()
 {
     fill({u"A"_s}, 0);
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
     mController->singleKeyEvents({{u"singleKey"_s, QVariantMap()}, {u"singleKeyModif"_s, QVariantList{1}}});
     QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), QString());
@@ -413,8 +409,7 @@ void MacrosEventsTest::aCapturedNothingForgetsTheKeyBefore()
 void MacrosEventsTest::emptyDelayIsNone()
 {
     fill({u"A"_s}, 0);
-    events()->selectRow(1);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(1);
     QTest::keyClicks(outlet<NumberOnlyTextField>(u"mInputMacroDelay"_s), u"75"_s);
     outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
     mDelegate->calls.clear();
@@ -440,8 +435,7 @@ void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits()
     QFETCH(QString, sheet);
     QFETCH(QString, change);
     fill({u"A"_s, u"B"_s, u"C"_s}, 1);
-    events()->selectRow(row);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(row);
     QVERIFY(outlet<Sheet>(sheet)->isUp());
     mDelegate->calls.clear();
     // As another client does it.
@@ -485,8 +479,7 @@ void MacrosEventsTest::aSheetStaysWhileItsEventsDo()
     fill({u"A"_s, u"B"_s}, 1);
     // The record that the tab has is older than the lines from here on.
     choose("mSettingsMacroDetails", MacroCommands::noDelay);
-    events()->selectRow(row);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(row);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
     QVariantMap newer = macroNamed(u"B"_s);
     newer[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
@@ -502,8 +495,7 @@ void MacrosEventsTest::aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff()
 {
     QFETCH(QString, end);
     fill({u"A"_s}, 0);
-    events()->selectRow(0);
-    choose("mSettingsMacroDetails", MacroCommands::edit);
+    editRow(0);
     mController->stopAllMacroRecording();
     mController->setControlsState(false);
     outlet<QPushButton>(end)->click();

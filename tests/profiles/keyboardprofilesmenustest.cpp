@@ -47,6 +47,9 @@ private Q_SLOTS:
     void commandsForAProfileNeedASelectedOne();
     void unknownTagsDoNothing();
     void keyEquivalentsReachOnlyTheNameEditor();
+
+private:
+    void fillFromRow();
 };
 
 void KeyboardProfilesMenusTest::removeApplicationClearsTheFourKeysAndTheSwitch()
@@ -175,6 +178,19 @@ QList<int> disabledTags(const QList<QAction *> &items)
 
 } // namespace
 
+void KeyboardProfilesMenusTest::fillFromRow()
+{
+    QFETCH(int, count);
+    QFETCH(int, row);
+    QFETCH(QString, application);
+    for (int i = 0; i < count; ++i)
+        mDelegate->profiles.append(profileNamed(u"P%1"_s.arg(i), i == row ? application : QString()));
+    mDelegate->active = qMax(0, row);
+    mDelegate->refresh();
+    if (row < 0)
+        table()->deselectAll();
+}
+
 void KeyboardProfilesMenusTest::gearMenuEnablesCommands_data()
 {
     addMenuRows(true);
@@ -182,16 +198,8 @@ void KeyboardProfilesMenusTest::gearMenuEnablesCommands_data()
 
 void KeyboardProfilesMenusTest::gearMenuEnablesCommands()
 {
-    QFETCH(int, count);
-    QFETCH(int, row);
-    QFETCH(QString, application);
     QFETCH(QList<int>, disabled);
-    for (int i = 0; i < count; ++i)
-        mDelegate->profiles.append(profileNamed(u"P%1"_s.arg(i), i == row ? application : QString()));
-    mDelegate->active = qMax(0, row);
-    mDelegate->refresh();
-    if (row < 0)
-        table()->deselectAll();
+    fillFromRow();
     auto *button = outlet<PulldownButton>("mSettingsProfile");
     button->validateItems();
     const QList<QAction *> items = button->menu()->actions();
@@ -208,16 +216,8 @@ void KeyboardProfilesMenusTest::contextMenuEnablesCommands_data()
 
 void KeyboardProfilesMenusTest::contextMenuEnablesCommands()
 {
-    QFETCH(int, count);
-    QFETCH(int, row);
-    QFETCH(QString, application);
     QFETCH(QList<int>, disabled);
-    for (int i = 0; i < count; ++i)
-        mDelegate->profiles.append(profileNamed(u"P%1"_s.arg(i), i == row ? application : QString()));
-    mDelegate->active = qMax(0, row);
-    mDelegate->refresh();
-    if (row < 0)
-        table()->deselectAll();
+    fillFromRow();
     const std::unique_ptr<QMenu> menu(outlet<QLTableView>("mProfilesTableView")->makeContextMenu());
     QCOMPARE(menu->actions().size(), 9);
     QCOMPARE(menu->actions().first()->text(), u"Rename"_s);
