@@ -12,9 +12,9 @@
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/testdesktop.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QAction>
-#include <QFile>
 #include <QJsonObject>
 #include <QTest>
 
@@ -61,18 +61,15 @@ void ProfilesFocusTest::startDaemon(const TestDesktop &desktop)
 
 void ProfilesFocusTest::bind(int row, const QString &windowClass)
 {
-    QFile entry(mFolder.filePath(windowClass + u".desktop"_s));
-    QVERIFY(entry.open(QIODevice::WriteOnly));
-    QVERIFY(entry.write("[Desktop Entry]\nType=Application\nName=" + windowClass.toUtf8() + "\nExec=x-"
-                        + windowClass.toUtf8() + "\nStartupWMClass=" + windowClass.toUtf8() + '\n')
-            > 0);
-    entry.close();
+    const QByteArray name = windowClass.toUtf8();
+    const QString entry = writeDesktopEntry(mFolder.filePath(windowClass + u".desktop"_s),
+                                            "Name=" + name + "\nExec=x-" + name + "\nStartupWMClass=" + name + '\n');
     table()->selectRow(row);
     mHub->find<PulldownButton>("mSettingsProfile")->itemWithTag(ProfileCommands::assignApplication)->trigger();
     OpenPanel *panel = mHub->controller->profilesController()->profileFileBrowserPanel();
     QVERIFY(panel && panel->isVisible());
     panel->setDirectory(mFolder.path());
-    panel->selectFile(entry.fileName());
+    panel->selectFile(entry);
     panel->accept();
     QVERIFY(!panel->isVisible());
 }

@@ -8,10 +8,10 @@
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QAction>
 #include <QCheckBox>
-#include <QFile>
 #include <QPushButton>
 #include <QTest>
 
@@ -191,12 +191,9 @@ void ProfilesWireTest::copyingSendsTheRecordAlone()
 
 void ProfilesWireTest::importingSendsTheRecordAlone()
 {
-    QFile file(mFolder.filePath(u"some.KestraProfile"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.write("{ ProfileName = Raid; other = 1; }") > 0);
-    file.close();
+    const QString file = writeFile(mFolder.filePath(u"some.KestraProfile"_s), "{ ProfileName = Raid; other = 1; }");
     choose(ProfileCommands::importProfile);
-    finish(tab()->profileFileBrowserPanel(), file.fileName());
+    finish(tab()->profileFileBrowserPanel(), file);
     QCOMPARE(mDaemon->commands(), std::vector<int>{5});
     QCOMPARE(settings(0), (QVariantMap{{u"ProfileName"_s, u"Raid(2)"_s}, {u"other"_s, u"1"_s}}));
 }
@@ -249,12 +246,10 @@ void ProfilesWireTest::bindingAndUnbindingAreOneUpdateEach()
 {
     table()->selectRow(2);
     mDaemon->forgetRequests();
-    QFile entry(mFolder.filePath(u"editor.desktop"_s));
-    QVERIFY(entry.open(QIODevice::WriteOnly));
-    QVERIFY(entry.write("[Desktop Entry]\nType=Application\nName=Editor\nExec=ed %f\nStartupWMClass=Ed\n") > 0);
-    entry.close();
+    const QString entry =
+        writeDesktopEntry(mFolder.filePath(u"editor.desktop"_s), "Name=Editor\nExec=ed %f\nStartupWMClass=Ed\n");
     choose(ProfileCommands::assignApplication);
-    finish(tab()->profileFileBrowserPanel(), entry.fileName());
+    finish(tab()->profileFileBrowserPanel(), entry);
     QCOMPARE(mDaemon->commands(), std::vector<int>{6});
     QCOMPARE(profileID(0), 2);
     QCOMPARE(settings(0), (QVariantMap{{u"AutoSwitchOn"_s, 1},

@@ -3,6 +3,7 @@
 #include "tests/support/folderflushfailure.h"
 #include "tests/support/fulldocument.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QtTest>
 
@@ -36,12 +37,6 @@ private slots:
 
 private:
     QString inFolder(const QString &name) const { return mFolder.filePath(name); }
-    void write(const QString &name, const QByteArray &content)
-    {
-        QFile file(inFolder(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), content.size());
-    }
 
     QTemporaryDir mFolder;
 };
@@ -55,8 +50,8 @@ void PropertyListFileTest::writtenFileIsRead()
 
 void PropertyListFileTest::readsEveryForm()
 {
-    write(u"xml"_s, "<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>");
-    write(u"text"_s, "{ a = b; }");
+    writeFile(inFolder(u"xml"_s), "<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>");
+    writeFile(inFolder(u"text"_s), "{ a = b; }");
     const QVariantMap expected{{u"a"_s, u"b"_s}};
     QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"xml"_s)), expected);
     QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"text"_s)), expected);
@@ -81,16 +76,16 @@ void PropertyListFileTest::otherRootIsAbsent()
 
 void PropertyListFileTest::emptyFileIsAbsent()
 {
-    write(u"empty"_s, "");
+    writeFile(inFolder(u"empty"_s), "");
     QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"empty"_s)));
 }
 
 void PropertyListFileTest::tooLargeFileIsAbsent()
 {
     const QByteArray text = "{ a = b; }";
-    write(u"largest"_s, text + QByteArray(PropertyList::maximumInputBytes - text.size(), ' '));
+    writeFile(inFolder(u"largest"_s), text + QByteArray(PropertyList::maximumInputBytes - text.size(), ' '));
     QVERIFY(PropertyList::readPropertyListFile(inFolder(u"largest"_s)));
-    write(u"larger"_s, text + QByteArray(PropertyList::maximumInputBytes - text.size() + 1, ' '));
+    writeFile(inFolder(u"larger"_s), text + QByteArray(PropertyList::maximumInputBytes - text.size() + 1, ' '));
     QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"larger"_s)));
 }
 
@@ -103,7 +98,7 @@ void PropertyListFileTest::onlyARegularFileIsRead()
         QVERIFY(!PropertyList::readPropertyListFile(path));
     }
     QVERIFY(QFile::link(inFolder(u"linked"_s), inFolder(u"link to it"_s)));
-    write(u"linked"_s, "{ a = b; }");
+    writeFile(inFolder(u"linked"_s), "{ a = b; }");
     QVERIFY(PropertyList::readPropertyListFile(inFolder(u"link to it"_s)));
 }
 
@@ -180,7 +175,7 @@ void PropertyListFileTest::folderThatIsNotFlushedFails()
 
 void PropertyListFileTest::saysWhyAFileCannotBeRead()
 {
-    write(u"readable"_s, "{ a = b; }");
+    writeFile(inFolder(u"readable"_s), "{ a = b; }");
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(inFolder(u"readable"_s));
     QCOMPARE(bytes.error, QString());
     QCOMPARE(bytes.data, QByteArray("{ a = b; }"));

@@ -7,6 +7,7 @@
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -19,14 +20,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// A file with these bytes in `folder`; its path.
-QString fileWith(const QTemporaryDir &folder, const QByteArray &bytes)
-{
-    const QString path = folder.filePath(u"File.KestraMacro"_s);
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() ? path : QString();
-}
 
 QVariantMap tapOfA(int delayMs)
 {
@@ -75,6 +68,10 @@ private:
         return runKestractl(QStringList{u"macro"_s} + words, mDaemon->environment());
     }
     QString line(const QStringList &words) const { return run(words).text().trimmed(); }
+    QString fileWith(const QByteArray &bytes) const
+    {
+        return writeFile(mFolder->filePath(u"File.KestraMacro"_s), bytes);
+    }
     QStringList names() const;
     QVariantMap record(int number);
     void add(const QVariantMap &macro);
@@ -211,16 +208,16 @@ void TestKestractlMacros::exportedMacroIsImportedUnderANameOfItsOwn()
 
 void TestKestractlMacros::importNamesWhatHasNoName()
 {
-    const QString file = fileWith(*mFolder, "<plist><dict><key>delay</key><integer>20</integer></dict></plist>");
+    const QString file = fileWith("<plist><dict><key>delay</key><integer>20</integer></dict></plist>");
     QCOMPARE(line({u"import"_s, file}), u"macro 0 \"Untitled Macro\" is added"_s);
     QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Untitled Macro(2)\" is added"_s);
 }
 
 void TestKestractlMacros::oldStyleTextIsImportedWithItsNumbers()
 {
-    const QString file = fileWith(*mFolder, "{ MacroName = Text; delay = 20; sequence = { Events = ("
-                                            "{ command = 1; delay = 0; page = 7; argument = 4; },"
-                                            "{ command = 0; delay = 15; page = 7; argument = 4; } ); }; }");
+    const QString file = fileWith("{ MacroName = Text; delay = 20; sequence = { Events = ("
+                                  "{ command = 1; delay = 0; page = 7; argument = 4; },"
+                                  "{ command = 0; delay = 15; page = 7; argument = 4; } ); }; }");
     QCOMPARE(line({u"import"_s, file}), u"macro 0 \"Text\" is added"_s);
     QVariantMap expected = MacroRecord::withEvents({{u"MacroName"_s, u"Text"_s}, {u"delay"_s, 20}},
                                                    {MacroRecord::eventRecord({.command = 1, .argument = 4}),
@@ -254,7 +251,7 @@ void TestKestractlMacros::importRefusesWhatIsNoMacro()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(int, exitCode);
-    const KestractlResult result = run({u"import"_s, fileWith(*mFolder, bytes)});
+    const KestractlResult result = run({u"import"_s, fileWith(bytes)});
     QCOMPARE(result.exitCode, exitCode);
     QCOMPARE(result.text(), QString());
     QVERIFY2(result.errorText().startsWith(u"kestractl: "_s), result.errors.constData());

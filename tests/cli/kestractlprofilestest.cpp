@@ -5,8 +5,8 @@
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -52,7 +52,6 @@ private:
     QVariantMap profile(int index) { return profiles().value(index).toMap(); }
     QStringList names();
     int active() { return document().value(u"DeviceSettings"_s).toMap().value(u"ActiveProfile"_s, -1).toInt(); }
-    void write(const QString &path, const QByteArray &content);
 
     std::unique_ptr<DaemonProcessFixture> mDaemon;
     std::unique_ptr<QTemporaryDir> mFolder;
@@ -64,9 +63,8 @@ void KestractlProfilesTest::init()
     mFolder = std::make_unique<QTemporaryDir>();
     mDaemon->environment().insert(u"XDG_DATA_HOME"_s, mFolder->filePath(u"data"_s));
     QVERIFY(mDaemon->start());
-    QVERIFY(QDir(mFolder->path()).mkpath(u"data/applications"_s));
-    write(mFolder->filePath(u"data/applications/org.example.Game.desktop"_s),
-          "[Desktop Entry]\nType=Application\nName=The Game\nExec=game-bin %U\nStartupWMClass=GameWindow\n");
+    writeDesktopEntry(mFolder->filePath(u"data/applications/org.example.Game.desktop"_s),
+                      "Name=The Game\nExec=game-bin %U\nStartupWMClass=GameWindow\n");
 }
 
 QVariantMap KestractlProfilesTest::document()
@@ -81,13 +79,6 @@ QStringList KestractlProfilesTest::names()
     for (const QVariant &profile : profiles())
         result += profile.toMap().value(SettingsKeys::profileName).toString();
     return result;
-}
-
-void KestractlProfilesTest::write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
 }
 
 void KestractlProfilesTest::addedProfileHasTheFactorySettingsAndIsActive()
@@ -167,7 +158,7 @@ void KestractlProfilesTest::twentyFirstProfileIsRefused()
     for (int count = 1; count < 20; ++count)
         QVERIFY(mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, QVariantMap()}}));
     const QString path = mFolder->filePath(u"file"_s);
-    write(path, "{ ProfileName = x; }");
+    writeFile(path, "{ ProfileName = x; }");
     for (const QStringList &arguments : {QStringList{u"add"_s}, {u"copy"_s, u"0"_s}, {u"import"_s, path}}) {
         const KestractlResult result = run(QStringList{u"profile"_s} + arguments);
         QCOMPARE(result.exitCode, 1);
@@ -214,7 +205,7 @@ void KestractlProfilesTest::importTakesOnlyProfileFiles()
 {
     QFETCH(QByteArray, content);
     const QString path = mFolder->filePath(u"file"_s);
-    write(path, content);
+    writeFile(path, content);
     const KestractlResult result = run({u"profile"_s, u"import"_s, path});
     QTEST(result.exitCode, "exitCode");
     QVERIFY(!result.errors.isEmpty());
@@ -228,7 +219,7 @@ void KestractlProfilesTest::namesOfStrangersCannotTalkToTheTerminal()
     QVariantMap record = profile(0);
     record.insert(SettingsKeys::profileName, name);
     const QString path = mFolder->filePath(u"Stranger.kprofile"_s);
-    write(path, PropertyList::writeBinary(record).value());
+    writeFile(path, PropertyList::writeBinary(record).value());
     QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"%1\" is active\n"_s.arg(shown));
     QCOMPARE(run({u"macro"_s, u"add"_s, name}).text(), u"macro 0 \"%1\" is added\n"_s.arg(shown));
     const QList<QStringList> lines{{u"profile"_s, u"list"_s}, {u"profile"_s, u"switch"_s, u"1"_s},
@@ -249,8 +240,8 @@ void KestractlProfilesTest::namesOfStrangersCannotTalkToTheTerminal()
 void KestractlProfilesTest::oldStyleTextIsImportedWithItsNumbers()
 {
     const QString path = mFolder->filePath(u"file"_s);
-    write(path, "{ ProfileName = Text; AutoSwitchOn = 1; BrightnessKBNormal = 2;"
-                "  Keys = { 4 = { command = 16; param1 = 5; param2 = 2; }; }; }");
+    writeFile(path, "{ ProfileName = Text; AutoSwitchOn = 1; BrightnessKBNormal = 2;"
+                    "  Keys = { 4 = { command = 16; param1 = 5; param2 = 2; }; }; }");
     QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Text\" is active\n"_s);
     QCOMPARE(profile(1).value(u"BrightnessKBNormal"_s), QVariant(2));
     QCOMPARE(profile(1).value(u"BrightnessKBNormal"_s).typeId(), int(QMetaType::Int));

@@ -8,6 +8,7 @@
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -368,12 +369,10 @@ void TestKestractl::keySwitchesToAProfile()
 void TestKestractl::keyLaunchesAnApplication()
 {
     const QString result = mFolder->filePath(u"the result"_s);
-    QFile entry(mFolder->filePath(u"game.desktop"_s));
-    QVERIFY(entry.open(QIODevice::WriteOnly));
-    entry.write("[Desktop Entry]\nType=Application\nName=Game\nExec=touch \"" + result.toUtf8() + "\" %U\n");
-    entry.close();
+    const QString entry = writeDesktopEntry(mFolder->filePath(u"game.desktop"_s),
+                                            "Name=Game\nExec=touch \"" + result.toUtf8() + "\" %U\n");
     const QString path = QFileInfo(entry).canonicalFilePath();
-    QCOMPARE(line({u"key"_s, u"Q"_s, u"launch"_s, entry.fileName()}), u"Q: program "_s + path);
+    QCOMPARE(line({u"key"_s, u"Q"_s, u"launch"_s, entry}), u"Q: program "_s + path);
     const QJsonObject stored = run({u"key"_s, u"Q"_s, u"--json"_s}).json().object().value("entry"_L1).toObject();
     QCOMPARE(stored, (QJsonObject{{u"command"_s, 46}, {u"param1"_s, path}, {u"param2"_s, QString()}}));
     SentRecorder recorder;

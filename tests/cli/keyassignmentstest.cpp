@@ -3,6 +3,7 @@
 #include "tests/support/testmain.h"
 
 #include "base/settingskeys.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,13 +30,6 @@ NewAssignment make(const QString &kindWord, const QString &argument, const QStri
     const AssignmentKind *kind = findAssignmentKind(kindWord);
     const QVariantMap values = document();
     return kind->make({.keyCode = 4, .argument = argument, .optionValue = optionValue, .document = values});
-}
-
-QString write(const QTemporaryDir &folder, const QString &name, const QByteArray &content)
-{
-    QFile file(folder.filePath(name));
-    QDir().mkpath(QFileInfo(file).path());
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? file.fileName() : QString();
 }
 
 } // namespace
@@ -139,8 +133,8 @@ void KeyAssignmentsTest::refusesWhatMeansNothing()
 void KeyAssignmentsTest::launchTakesAnApplication()
 {
     const QTemporaryDir folder;
-    const QString entry = write(folder, u"game.desktop"_s, "[Desktop Entry]\nType=Application\nExec=game\n");
-    write(folder, u"Game.app/Contents/Info.plist"_s, "{}");
+    const QString entry = writeDesktopEntry(folder.filePath(u"game.desktop"_s), "Exec=game\n");
+    writeFile(folder.filePath(u"Game.app/Contents/Info.plist"_s), "{}");
     const QString link = folder.filePath(u"link.desktop"_s);
     QVERIFY(QFile::link(entry, link));
     const QString resolved = QFileInfo(folder.path()).canonicalFilePath();
@@ -170,7 +164,7 @@ void KeyAssignmentsTest::launchRefusesAnythingElse()
     QFETCH(QString, path);
     QTEST(make(u"launch"_s, path).problem, "problem");
     const QTemporaryDir folder;
-    QVERIFY(make(u"launch"_s, write(folder, u"text.desktop"_s, "text")).isRefused());
+    QVERIFY(make(u"launch"_s, writeFile(folder.filePath(u"text.desktop"_s), "text")).isRefused());
     QVERIFY(QDir(folder.path()).mkdir(u"Empty.app"_s));
     QVERIFY(make(u"launch"_s, folder.filePath(u"Empty.app"_s)).isRefused());
 }

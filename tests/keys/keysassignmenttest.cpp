@@ -7,6 +7,7 @@
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
+#include "tests/support/writtenfile.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
@@ -558,12 +559,9 @@ void KeysAssignmentTest::launchOpensAPanelOnTheWindow()
 void KeysAssignmentTest::chosenApplicationIsWritten()
 {
     const auto tab = tabWithA(entry(45));
-    QFile file(mResources->filePath(u"chosen.desktop"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.write("[Desktop Entry]\nType=Application\nExec=chosen\n") > 0);
-    file.close();
+    const QString file = writeDesktopEntry(mResources->filePath(u"chosen.desktop"_s), "Exec=chosen\n");
     const QString link = mResources->filePath(u"link.desktop"_s);
-    QVERIFY(QFile::link(file.fileName(), link));
+    QVERIFY(QFile::link(file, link));
     tab->window.show();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
     OpenPanel *panel = tab->controller->openPanel();

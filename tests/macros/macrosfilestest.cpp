@@ -5,6 +5,7 @@
 #include "platform/filepanels.h"
 #include "tests/macros/macrostesting.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QFile>
 #include <QLineEdit>
@@ -43,7 +44,6 @@ private:
     /// Exports the selected macro under `name`, without the suffix, and returns what the file then holds.
     std::optional<QVariantMap> exportTo(const QString &name);
     void importFrom(const QString &name);
-    void write(const QString &name, const QByteArray &data) const;
 
     QTemporaryDir mFolder;
 };
@@ -65,13 +65,6 @@ void MacrosFilesTest::importFrom(const QString &name)
     panel->setDirectory(mFolder.path());
     panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(inFolder(name));
     panel->accept();
-}
-
-void MacrosFilesTest::write(const QString &name, const QByteArray &data) const
-{
-    QFile file(inFolder(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(data), data.size());
 }
 
 void MacrosFilesTest::exportWritesTheRecordWithoutItsIdentity()
@@ -143,7 +136,7 @@ void MacrosFilesTest::importAddsTheMacroUnderAUniqueName()
 {
     fill({u"A"_s, u"B"_s}, 0);
     const QVariantMap file{{u"MacroName"_s, u"A"_s}, {u"sequence"_s, QVariantMap()}, {u"Colour"_s, u"red"_s}};
-    write(u"a.KestraMacro"_s, *PropertyList::writeBinary(file));
+    writeFile(inFolder(u"a.KestraMacro"_s), *PropertyList::writeBinary(file));
     importFrom(u"a.KestraMacro"_s);
     QVariantMap sent = file;
     sent[u"MacroName"_s] = u"A(2)"_s;
@@ -154,7 +147,7 @@ void MacrosFilesTest::importAddsTheMacroUnderAUniqueName()
 
 void MacrosFilesTest::importingTwiceNumbersTheName()
 {
-    write(u"n.KestraMacro"_s, *PropertyList::writeBinary(macroNamed(u"N"_s)));
+    writeFile(inFolder(u"n.KestraMacro"_s), *PropertyList::writeBinary(macroNamed(u"N"_s)));
     importFrom(u"n.KestraMacro"_s);
     QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"N"_s));
     importFrom(u"n.KestraMacro"_s);
@@ -164,7 +157,7 @@ void MacrosFilesTest::importingTwiceNumbersTheName()
 void MacrosFilesTest::importWithoutANameIsUntitled()
 {
     fill({u"Untitled Macro"_s});
-    write(u"nameless.KestraMacro"_s, *PropertyList::writeBinary(QVariantMap{{u"delay"_s, 20}}));
+    writeFile(inFolder(u"nameless.KestraMacro"_s), *PropertyList::writeBinary(QVariantMap{{u"delay"_s, 20}}));
     importFrom(u"nameless.KestraMacro"_s);
     QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"Untitled Macro(2)"_s));
 }
@@ -181,7 +174,7 @@ void MacrosFilesTest::fileWithoutADictionaryIsIgnored()
 {
     QFETCH(QByteArray, data);
     fill({u"A"_s}, 0);
-    write(u"bad.KestraMacro"_s, data);
+    writeFile(inFolder(u"bad.KestraMacro"_s), data);
     importFrom(u"bad.KestraMacro"_s);
     QVERIFY(mDelegate->calls.isEmpty());
     QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
@@ -190,7 +183,7 @@ void MacrosFilesTest::fileWithoutADictionaryIsIgnored()
 
 void MacrosFilesTest::cancelledImportSendsNothing()
 {
-    write(u"c.KestraMacro"_s, *PropertyList::writeBinary(macroNamed(u"C"_s)));
+    writeFile(inFolder(u"c.KestraMacro"_s), *PropertyList::writeBinary(macroNamed(u"C"_s)));
     choose("mSettingsMacro", MacroCommands::importMacro);
     auto *panel = outlet<OpenPanel>(u"mOpenPanel"_s);
     panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(inFolder(u"c.KestraMacro"_s));
@@ -235,7 +228,7 @@ void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed()
     fill({u"A"_s, u"B"_s}, 0);
     mDelegate->refusesToAdd = true;
     mDelegate->answers = answers;
-    write(u"s.KestraMacro"_s, *PropertyList::writeBinary(macroNamed(u"S"_s)));
+    writeFile(inFolder(u"s.KestraMacro"_s), *PropertyList::writeBinary(macroNamed(u"S"_s)));
     importFrom(u"s.KestraMacro"_s);
     QCOMPARE(mDelegate->calls, (QStringList{u"add"_s, u"details 0"_s}));
     QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);

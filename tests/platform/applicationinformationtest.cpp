@@ -3,6 +3,7 @@
 #include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,9 +31,9 @@ private slots:
 
     void anEntryGivesAllFiveTexts()
     {
-        const QString file = write(u"share/applications/games/racer.desktop"_s,
-                                   "[Desktop Entry]\nType=Application\nName=Racer\nName[de]=Rennen\n"
-                                   "Exec=/opt/racer/bin/racer --full %U\nStartupWMClass=Racer.x86_64\n");
+        const QString file = writeEntry(u"share/applications/games/racer.desktop"_s,
+                                        "Name=Racer\nName[de]=Rennen\n"
+                                        "Exec=/opt/racer/bin/racer --full %U\nStartupWMClass=Racer.x86_64\n");
         const std::optional<QVariantMap> information = ApplicationInformation::read(file);
         QVERIFY(information);
         const QVariantMap expected{{u"NSBundleResolvedPath"_s, file},
@@ -45,7 +46,7 @@ private slots:
 
     void theResolvedPathFollowsLinksAndTheIdentifierDoesNot()
     {
-        const QString file = write(u"real.desktop"_s, "[Desktop Entry]\nType=Application\nName=A\nExec=a\n");
+        const QString file = writeEntry(u"real.desktop"_s, "Name=A\nExec=a\n");
         const QString link = path(u"share/applications/org.example.A.desktop"_s);
         QVERIFY(QFile::link(file, link));
         const QVariantMap information = ApplicationInformation::read(link).value_or(QVariantMap());
@@ -56,7 +57,7 @@ private slots:
 
     void outsideOfTheDataFoldersTheFileNameIsTheIdentifier()
     {
-        const QString file = write(u"here.desktop"_s, "[Desktop Entry]\nType=Application\nName=A\nExec=a\n");
+        const QString file = writeEntry(u"here.desktop"_s, "Name=A\nExec=a\n");
         QCOMPARE(ApplicationInformation::read(file)->value(ApplicationInformation::identifierKey),
                  QVariant(u"here.desktop"_s));
     }
@@ -76,7 +77,7 @@ private slots:
     void theExecutableIsTheProgramThatRuns()
     {
         QFETCH(QByteArray, exec);
-        const QString file = write(u"a.desktop"_s, "[Desktop Entry]\nType=Application\nExec=" + exec + "\n");
+        const QString file = writeEntry(u"a.desktop"_s, "Exec=" + exec + "\n");
         QTEST(ApplicationInformation::read(file)->value(ApplicationInformation::executableKey), "executable");
     }
 
@@ -155,15 +156,8 @@ private:
         return name.isEmpty() ? folder : folder + u'/' + name;
     }
 
-    QString write(const QString &name, const QByteArray &content)
-    {
-        const QString file = path(name);
-        QDir().mkpath(QFileInfo(file).path());
-        QFile out(file);
-        if (!out.open(QIODevice::WriteOnly) || out.write(content) != content.size())
-            qFatal("cannot write %s", qPrintable(file));
-        return file;
-    }
+    QString write(const QString &name, const QByteArray &content) { return writeFile(path(name), content); }
+    QString writeEntry(const QString &name, const QByteArray &lines) { return writeDesktopEntry(path(name), lines); }
 
     std::unique_ptr<QTemporaryDir> mFolder;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktopentry.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -185,18 +186,16 @@ void DesktopEntryTest::commandLineHasItsWords()
 void DesktopEntryTest::readsFilesWithinBounds()
 {
     const QTemporaryDir folder;
-    QFile file(folder.filePath(u"game.desktop"_s));
-    QVERIFY(!DesktopEntry::read(file.fileName()));
+    const QString path = folder.filePath(u"game.desktop"_s);
+    QVERIFY(!DesktopEntry::read(path));
     QVERIFY(!DesktopEntry::read(folder.path()));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[Desktop Entry]\r\nName=Game\r\nExec=game\r\n");
-    file.close();
-    const auto entry = DesktopEntry::read(file.fileName());
+    writeFile(path, "[Desktop Entry]\r\nName=Game\r\nExec=game\r\n");
+    const auto entry = DesktopEntry::read(path);
     QVERIFY(entry);
     QCOMPARE(entry->text(u"Name"_s), u"Game"_s);
-    QCOMPARE(entry->path(), file.fileName());
-    QVERIFY(file.resize(DesktopEntry::maximumFileBytes + 1));
-    QVERIFY(!DesktopEntry::read(file.fileName()));
+    QCOMPARE(entry->path(), path);
+    QVERIFY(QFile::resize(path, DesktopEntry::maximumFileBytes + 1));
+    QVERIFY(!DesktopEntry::read(path));
 }
 
 void DesktopEntryTest::anyBytesAreReadOrRefused()

@@ -3,12 +3,12 @@
 #include "tests/support/testmain.h"
 
 #include "platform/sheet.h"
+#include "tests/support/writtenfile.h"
 
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFile>
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -32,8 +32,8 @@ private slots:
         mWindow->show();
         QVERIFY(QDir(mFolder->path()).mkpath(u"Racer.app/Contents"_s));
         QVERIFY(QDir(mFolder->path()).mkpath(u"Folder"_s));
-        write(u"a.desktop"_s);
-        write(u"Work.Kind"_s);
+        writeFile(mFolder->filePath(u"a.desktop"_s));
+        writeFile(mFolder->filePath(u"Work.Kind"_s));
     }
 
     void cleanup() { mWindow.reset(); }
@@ -219,7 +219,7 @@ private slots:
     void theListOfCompletionsGoesWithThePanel()
     {
         QFETCH(bool, byReturn);
-        write(u"Folder/Inner.desktop"_s);
+        writeFile(mFolder->filePath(u"Folder/Inner.desktop"_s));
         const auto panel = openPanel();
         QVERIFY(QTest::qWaitForWindowActive(panel.get()));
         auto *field = panel->findChild<QLineEdit *>(u"fileNameEdit"_s);
@@ -270,12 +270,6 @@ private:
             SavePanel::Options{u"Save"_s, u"Kinds (%@)"_s, u"Kind"_s, mFolder->path(), name}, mWindow.get());
         panel->open();
         return panel;
-    }
-
-    void write(const QString &name)
-    {
-        QFile file(mFolder->filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
     }
 
     static void type(QFileDialog &panel, const QString &name)

@@ -2,6 +2,7 @@
 // A port whose bus name the bus could start a service for: looking for it or sending to it must not start anything.
 #include "platform/messageport.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDBusConnectionInterface>
 #include <QFile>
@@ -16,12 +17,6 @@ namespace {
 
 const QString portName = u"ActivatablePort"_s;
 
-bool writeFile(const QString &path, const QString &text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) == text.toUtf8().size();
-}
-
 /// A session bus that knows one service file; the service leaves a mark when it is started.
 class ActivatingBus
 {
@@ -34,9 +29,8 @@ public:
                                       "<servicedir>%1</servicedir><policy context=\"default\">"
                                       "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/>"
                                       "<allow own=\"*\"/></policy></busconfig>"_s;
-        if (!writeFile(folder + u"/port.service"_s, service.arg(messagePortBusName(portName), markPath()))
-            || !writeFile(folder + u"/bus.conf"_s, configuration.arg(folder)))
-            return false;
+        writeFile(folder + u"/port.service"_s, service.arg(messagePortBusName(portName), markPath()).toUtf8());
+        writeFile(folder + u"/bus.conf"_s, configuration.arg(folder).toUtf8());
         mProcess.setProgram(u"dbus-daemon"_s);
         mProcess.setArguments({u"--config-file"_s, folder + u"/bus.conf"_s, u"--print-address"_s, u"--nofork"_s});
         mProcess.start();

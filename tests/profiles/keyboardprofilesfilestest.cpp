@@ -1,62 +1,38 @@
 // SPDX-License-Identifier: MIT
 // The profiles tab's panels: export, import, the application of a profile.
-#include "tests/profiles/profiletester.h"
+#include "tests/profiles/profilestabfixture.h"
 #include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
-#include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
-#include "profiles/qltableview.h"
-#include "tests/support/texts.h"
+#include "tests/support/writtenfile.h"
 
-#include <QAction>
 #include <QDir>
 #include <QFile>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
-class KeyboardProfilesFilesTest : public QObject
+class KeyboardProfilesFilesTest : public ProfilesTabFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(installEnglishTexts()); }
-
     void init()
     {
         mFolder = std::make_unique<QTemporaryDir>();
         qputenv("HOME", QFile::encodeName(mFolder->path()));
         qunsetenv("XDG_CONFIG_HOME");
         QVERIFY(QDir(mFolder->path()).mkpath(u"Documents"_s));
-        mWindow = std::make_unique<QWidget>();
-        mController = std::make_unique<KeyboardProfilesController>();
-        mDelegate = std::make_unique<RecordingProfileDelegate>(mController.get());
-        auto *layout = new QVBoxLayout(mWindow.get());
-        layout->addWidget(mController->view());
-        mController->awakeFromNib();
-        mController->setMProfileDelegate(mDelegate.get());
-        mController->setMProfilesWindow(mWindow.get());
-        mDelegate->profiles = {profileNamed(u"Work"_s), profileNamed(u"Play"_s, u"Racer"_s, 1)};
-        mDelegate->refresh();
-        mController->setControlsState(true);
-        mWindow->show();
-        QVERIFY(QTest::qWaitForWindowActive(mWindow.get()));
-        QVERIFY(mDelegate->calls.isEmpty());
+        openTab();
+        fillWith({profileNamed(u"Work"_s), profileNamed(u"Play"_s, u"Racer"_s, 1)});
     }
 
-    void cleanup()
-    {
-        mController.reset();
-        mWindow.reset();
-        mDelegate.reset();
-    }
+    void cleanup() { closeTab(); }
 
     void theMenuOpensThePanels_data()
     {
@@ -267,7 +243,7 @@ private slots:
 
     void cancelledImportChangesNothing()
     {
-        write(u"a.KestraProfile"_s, *PropertyList::writeBinary(profileNamed(u"New"_s)));
+        writeFile(mFolder->filePath(u"a.KestraProfile"_s), *PropertyList::writeBinary(profileNamed(u"New"_s)));
         choose(ProfileCommands::importProfile);
         OpenPanel *panel = mController->profileFileBrowserPanel();
         panel->setDirectory(mFolder->path());
@@ -314,7 +290,7 @@ private slots:
     {
         const QByteArray information = *PropertyList::writeBinary(QVariantMap{{u"CFBundleExecutable"_s, u"racer"_s}});
         QVERIFY(QDir(mFolder->path()).mkpath(u"Racer.app/Contents"_s));
-        write(u"Racer.app/Contents/Info.plist"_s, information);
+        writeFile(mFolder->filePath(u"Racer.app/Contents/Info.plist"_s), information);
         choose(ProfileCommands::assignApplication);
         choosePath(u"Racer.app"_s);
         QCOMPARE(cell(u"application"_s), QVariant(u"racer"_s));
@@ -322,7 +298,7 @@ private slots:
 
     void whatIsNoApplicationBindsNothing()
     {
-        write(u"a.desktop"_s, "not an entry");
+        writeFile(mFolder->filePath(u"a.desktop"_s), "not an entry");
         choose(ProfileCommands::assignApplication);
         choosePath(u"a.desktop"_s);
         QVERIFY(mDelegate->calls.isEmpty());
@@ -349,13 +325,6 @@ private slots:
     }
 
 private:
-    void choose(int tag)
-    {
-        QAction *item = mWindow->findChild<PulldownButton *>(u"mSettingsProfile"_s)->itemWithTag(tag);
-        QVERIFY(item);
-        item->trigger();
-    }
-
     static void acceptPanel(QFileDialog *panel) { QMetaObject::invokeMethod(panel, "accept"); }
 
     void choosePath(const QString &name)
@@ -370,23 +339,16 @@ private:
 
     void importFile(const QString &name, const QByteArray &content)
     {
-        write(name, content);
+        writeFile(mFolder->filePath(name), content);
         choose(ProfileCommands::importProfile);
         QCOMPARE(mController->profileFileBrowserPanel()->directory().absolutePath(), documentsFolder());
         choosePath(name);
     }
 
-    void write(const QString &name, const QByteArray &content)
-    {
-        QFile file(mFolder->filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), content.size());
-    }
-
     void writeRacer()
     {
-        write(u"racer.desktop"_s, "[Desktop Entry]\nType=Application\nName=Racer\nExec=/opt/racer-bin %f\n"
-                                  "StartupWMClass=RacerClass\n");
+        writeDesktopEntry(mFolder->filePath(u"racer.desktop"_s),
+                          "Name=Racer\nExec=/opt/racer-bin %f\nStartupWMClass=RacerClass\n");
     }
 
     [[nodiscard]] QVariant cell(const QString &column) const
@@ -396,9 +358,6 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> mFolder;
-    std::unique_ptr<QWidget> mWindow;
-    std::unique_ptr<KeyboardProfilesController> mController;
-    std::unique_ptr<RecordingProfileDelegate> mDelegate;
 };
 
 QTEST_MAIN(KeyboardProfilesFilesTest)

@@ -5,9 +5,9 @@
 #include "tests/support/testmain.h"
 
 #include "platform/filepanels.h"
+#include "tests/support/writtenfile.h"
 
 #include <QCheckBox>
-#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -53,14 +53,8 @@ private:
 void KeyboardProfilesFlagsTest::init()
 {
     QVERIFY(mFolder.isValid());
-    const std::pair<QString, QByteArray> files[] = {
-        {u"racer.desktop"_s, "[Desktop Entry]\nType=Application\nName=Racer\nExec=racer\n"},
-        {u"none.desktop"_s, "not an entry"}};
-    for (const auto &[name, content] : files) {
-        QFile file(mFolder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), content.size());
-    }
+    writeDesktopEntry(mFolder.filePath(u"racer.desktop"_s), "Name=Racer\nExec=racer\n");
+    writeFile(mFolder.filePath(u"none.desktop"_s), "not an entry");
     openTab();
 }
 

@@ -9,6 +9,7 @@
 #include "tests/profiles/profilestabfixture.h"
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDir>
 #include <QMenu>
@@ -114,10 +115,8 @@ void ProfilesScreenshotsTest::initTestCase()
     QVERIFY(home.mkpath(u"Documents/Games"_s) && home.mkpath(u"share/applications/Racer.app/Contents"_s));
     qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"share"_s)));
     for (const QString &name :
-         {u"Documents/Raid night.KestraProfile"_s, u"share/applications/editor.desktop"_s, u"Documents/letter.txt"_s}) {
-        QFile file(home.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
+         {u"Documents/Raid night.KestraProfile"_s, u"share/applications/editor.desktop"_s, u"Documents/letter.txt"_s})
+        writeFile(home.filePath(name));
 }
 
 void ProfilesScreenshotsTest::init()

@@ -4,6 +4,7 @@
 
 #include "base/propertylist.h"
 #include "tests/support/filesizelimit.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -43,19 +44,11 @@ private:
         return QDir(mFolder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System);
     }
     QList<ChosenDevice> loaded() const { return DeviceChoice(mFolder->path()).load(); }
-    void write(const QByteArray &data) const;
 
     const QList<ChosenDevice> mTwo{{.vendor = 0xffff, .product = 0, .serial = u"Nº \"7\""_s, .path = {}},
                                    {.vendor = 1, .product = 2, .serial = {}, .path = u"pci-0000:00:14.0-usb-0:2"_s}};
     std::unique_ptr<QTemporaryDir> mFolder;
 };
-
-void DeviceChoiceTest::write(const QByteArray &data) const
-{
-    QFile file(path());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(data), data.size());
-}
 
 void DeviceChoiceTest::noFileMeansNoChoice()
 {
@@ -106,7 +99,7 @@ void DeviceChoiceTest::unknownKeysAreKept()
     first.insert(u"Nickname"_s, u"left"_s);
     devices[0] = first;
     root.insert(u"Devices"_s, devices);
-    write(PropertyList::writeBinary(root).value_or(QByteArray()));
+    writeFile(path(), PropertyList::writeBinary(root).value_or(QByteArray()));
 
     DeviceChoice choice(mFolder->path());
     QCOMPARE(choice.load(), mTwo);
@@ -147,7 +140,7 @@ void DeviceChoiceTest::damagedFileIsSetAside_data()
 void DeviceChoiceTest::damagedFileIsSetAside()
 {
     QFETCH(QByteArray, content);
-    write(content);
+    writeFile(path(), content);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"devices.plist is damaged, set aside as"_s));
     DeviceChoice choice(mFolder->path());
     QVERIFY(choice.load().isEmpty());

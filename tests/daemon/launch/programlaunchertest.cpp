@@ -3,6 +3,7 @@
 #include "tests/support/testmain.h"
 
 #include "base/qlcoreutility.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -40,7 +41,7 @@ private:
     QString write(const QString &name, const QByteArray &content, bool isExecutable = false) const;
     QString entry(const QByteArray &lines) const
     {
-        return write(u"game.desktop"_s, "[Desktop Entry]\nType=Application\n" + lines);
+        return writeDesktopEntry(mFolder->filePath(u"game.desktop"_s), lines);
     }
     /// A bundle with this information dictionary and an executable "game".
     QString bundle(const QVariantMap &information) const;
@@ -65,13 +66,10 @@ void ProgramLauncherTest::cleanup()
 
 QString ProgramLauncherTest::write(const QString &name, const QByteArray &content, bool isExecutable) const
 {
-    QFile file(mFolder->filePath(name));
-    QDir().mkpath(QFileInfo(file).path());
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        return {};
+    const QString path = writeFile(mFolder->filePath(name), content);
     if (isExecutable)
-        file.setPermissions(file.permissions() | QFile::ExeOwner);
-    return file.fileName();
+        QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner);
+    return path;
 }
 
 QString ProgramLauncherTest::bundle(const QVariantMap &information) const
@@ -180,7 +178,7 @@ void ProgramLauncherTest::anythingElseIsRefused()
     QFETCH(QString, path);
     QVERIFY(ProgramLauncher::planFor(path).isRefused());
     // Nor a path from the present folder, whatever is there.
-    write(u"other.desktop"_s, "[Desktop Entry]\nType=Application\nExec=game\n");
+    writeDesktopEntry(mFolder->filePath(u"other.desktop"_s), "Exec=game\n");
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(mFolder->path()));
     const bool isRefused = ProgramLauncher::planFor(u"other.desktop"_s).isRefused();

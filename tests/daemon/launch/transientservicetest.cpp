@@ -3,13 +3,13 @@
 #include "tests/support/testmain.h"
 
 #include "daemon/launch/programlauncher.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVirtualObject>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -174,22 +174,19 @@ void TransientServiceTest::isNeededByARestrictedProcess()
 void TransientServiceTest::launchGoesByTheManagerWhereRestricted()
 {
     QTemporaryDir folder;
-    QFile entry(folder.filePath(u"game.desktop"_s));
-    QVERIFY(entry.open(QIODevice::WriteOnly));
-    entry.write("[Desktop Entry]\nType=Application\nExec=/bin/true x\nPath=/tmp\n");
-    entry.close();
+    const QString entry = writeDesktopEntry(folder.filePath(u"game.desktop"_s), "Exec=/bin/true x\nPath=/tmp\n");
     QCOMPARE(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
     {
         StandInManager manager;
         QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"a key starts \".*/game.desktop\": /bin/true$"_s));
-        ProgramLauncher::launch(entry.fileName());
+        ProgramLauncher::launch(entry);
         QTRY_COMPARE(manager.mCalls.size(), 1);
         QCOMPARE(propertiesOf(manager.mCalls.first()).value(u"ExecStartEx"_s),
                  u"/bin/true|/bin/true,x|no-env-expand"_s);
     }
     QTest::ignoreMessage(QtInfoMsg, QRegularExpression(u"a key starts"_s));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is not started: the service manager of the user: "_s));
-    ProgramLauncher::launch(entry.fileName());
+    ProgramLauncher::launch(entry);
     QObject *const application = QCoreApplication::instance();
     QTRY_VERIFY(application->findChildren<QDBusPendingCallWatcher *>().isEmpty());
 }

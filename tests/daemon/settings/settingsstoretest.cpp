@@ -7,6 +7,7 @@
 #include "tests/support/folderflushfailure.h"
 #include "tests/support/ordinaryuser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -88,7 +89,6 @@ private:
         return QDir(mFolder).entryList({pattern}, QDir::Files);
     }
     [[nodiscard]] QByteArray contentOf(const QString &name) const;
-    void write(const QString &name, const QByteArray &content) const;
     /// The profile names of the documents in the files, "" for a file that is not there: settings.plist, .0, .1, .2,
     /// .3.
     [[nodiscard]] QStringList storedNames() const;
@@ -126,13 +126,6 @@ QByteArray SettingsStoreTest::contentOf(const QString &name) const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void SettingsStoreTest::write(const QString &name, const QByteArray &content) const
-{
-    QFile file(filePath(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
-
 QStringList SettingsStoreTest::storedNames() const
 {
     QStringList names;
@@ -147,7 +140,7 @@ void SettingsStoreTest::store(const QStringList &names) const
         const QString name = u"settings.plist"_s + fileSuffixes[i];
         QFile::remove(filePath(name));
         if (!names[i].isEmpty())
-            write(name, QlCoreUtility::convertDictionaryToData(documentNamed(names[i])).value());
+            writeFile(filePath(name), QlCoreUtility::convertDictionaryToData(documentNamed(names[i])).value());
     }
 }
 
@@ -196,7 +189,7 @@ void SettingsStoreTest::setsDamagedFileAsideAndUsesNewestCopy()
     QFETCH(QByteArray, damage);
     QVERIFY(mStore->save(documentNamed(u"old"_s)));
     QVERIFY(mStore->save(documentNamed(u"new"_s)));
-    write(u"settings.plist"_s, damage);
+    writeFile(filePath(u"settings.plist"_s), damage);
     reopen();
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist is damaged .* set aside as"_s));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"the copy .*settings\\.plist\\.1 is used"_s));
@@ -216,7 +209,7 @@ void SettingsStoreTest::setsDamagedFileAsideAndUsesNewestCopy()
 void SettingsStoreTest::damagedFilesAreNeverOverwritten()
 {
     for (int round = 0; round < 3; ++round) {
-        write(u"settings.plist"_s, QByteArray("damage ") + QByteArray::number(round));
+        writeFile(filePath(u"settings.plist"_s), QByteArray("damage ") + QByteArray::number(round));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside as"_s));
         QVERIFY(!mStore->load());
     }
@@ -230,7 +223,7 @@ void SettingsStoreTest::damagedFilesAreNeverOverwritten()
 void SettingsStoreTest::allDamagedMeansNoDocument()
 {
     for (const QString &name : {u"settings.plist"_s, u"settings.plist.1"_s, u"settings.plist.3"_s}) {
-        write(name, "damage");
+        writeFile(filePath(name), "damage");
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside as"_s));
     }
     QVERIFY(!mStore->load());
@@ -321,7 +314,7 @@ void SettingsStoreTest::interruptedReplacementIsFound()
     // damaged.
     QVERIFY(mStore->save(documentNamed(u"old"_s)));
     QVERIFY(QFile::rename(filePath(u"settings.plist"_s), filePath(u"settings.plist.0"_s)));
-    write(u"settings.plist"_s, "damage");
+    writeFile(filePath(u"settings.plist"_s), "damage");
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside as"_s));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.0 is used"_s));
     QCOMPARE(nameOf(mStore->load()), u"old"_s);
@@ -446,9 +439,9 @@ void SettingsStoreTest::fullDiskKeepsTheCopyInUse()
 void SettingsStoreTest::leftOversOfAKilledWriterAreRemoved()
 {
     QVERIFY(mStore->save(documentNamed(u"1"_s)));
-    write(u"settings.plist.aBcDeF"_s, "half a docu");
-    write(u"settings.plist.damaged-20250101T000000Z"_s, "kept");
-    write(u"notes.txt"_s, "kept");
+    writeFile(filePath(u"settings.plist.aBcDeF"_s), "half a docu");
+    writeFile(filePath(u"settings.plist.damaged-20250101T000000Z"_s), "kept");
+    writeFile(filePath(u"notes.txt"_s), "kept");
     reopen();
     QVERIFY(!QFile::exists(filePath(u"settings.plist.aBcDeF"_s)));
     QVERIFY(QFile::exists(filePath(u"settings.plist.damaged-20250101T000000Z"_s)));
@@ -490,7 +483,7 @@ void SettingsStoreTest::interruptedLockIsTriedAgain()
 
 void SettingsStoreTest::folderThatCannotBeMadeIsReported()
 {
-    write(u"file"_s, "in the way");
+    writeFile(filePath(u"file"_s), "in the way");
     SettingsStore store(filePath(u"file/below"_s));
     QCOMPARE(store.open(), SettingsStore::OpenResult::unusable);
     QVERIFY(!store.errorText().isEmpty());

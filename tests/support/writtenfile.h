@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// Writes the files that a test reads: any bytes, or a desktop entry. No state; any thread.
+#pragma once
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+/// Writes `content` to the file at `path` and returns the path. Makes the folders above it. Ends the test program when
+/// the file cannot be written: no test can go on without the file that it is about.
+inline QString writeFile(const QString &path, const QByteArray &content = {})
+{
+    QFile file(path);
+    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly)
+        || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
+
+/// Writes an entry of the type Application whose further lines are `lines`, and returns the path.
+inline QString writeDesktopEntry(const QString &path, const QByteArray &lines)
+{
+    return writeFile(path, "[Desktop Entry]\nType=Application\n" + lines);
+}
