@@ -3,9 +3,7 @@
 // the real daemon, to its painted lines; then scrolling, editing and recording. Run it on a bus of its own:
 //   QT_QPA_PLATFORM=offscreen dbus-run-session -- build/release/bin/bench_macroevents
 #include "base/daemonprotocol.h"
-#include "base/resources.h"
 #include "base/settingskeys.h"
-#include "base/text.h"
 #include "bench/benchprogram.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrorecord.h"
@@ -135,13 +133,3 @@ BENCHMARK(renameAndReload)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterat
 BENCHMARK(showOneRecordedEvent)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(200)->Repetitions(5);
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    QApplication application(argc, argv);
-    installTexts(resourcePath(u"texts"_s), {u"en"_s});
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -2,9 +2,7 @@
 // One change of a key as the user feels it: from the call of the hub, over the bus, through the real daemon and its
 // disk, back into the document and onto the screen. Run it on a bus of its own:
 //   dbus-run-session -- build/release/bin/bench_updatekey
-#include "base/resources.h"
 #include "base/settingskeys.h"
-#include "base/text.h"
 #include "bench/benchprogram.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "tests/support/fulldocument.h"
@@ -51,13 +49,3 @@ BENCHMARK(updateKeyAndRedraw)->Unit(benchmark::kMillisecond)->UseRealTime()->Ite
 BENCHMARK(selectKeyAndRedraw)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(200)->Repetitions(5);
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    QApplication application(argc, argv);
-    installTexts(resourcePath(u"texts"_s), {u"en"_s});
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
