@@ -2,9 +2,9 @@
 // "macro record" and "macro play": macros and the keyboard.
 #include "base/hidpages.h"
 #include "base/settingskeys.h"
+#include "cli/chosenrecord.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
-#include "cli/macrochoice.h"
 #include "cli/untilended.h"
 #include "cli/virtualkeyboardclient.h"
 #include "keys/keylayout.h"
@@ -27,16 +27,29 @@ namespace {
 
 constexpr std::chrono::milliseconds usualPlayTime = 1s;
 
-/// What "--seconds" says; false, with the reason said, when it says nothing sensible.
-bool readSeconds(CommandContext &context, std::optional<std::chrono::milliseconds> &duration)
+/// A macro, and for how long to record or to play it.
+struct TimedMacro
 {
-    if (!context.hasOption(Options::seconds))
-        return true;
-    duration = secondsOf(context.optionValue(Options::seconds));
-    if (!duration)
-        context.console.fail(ExitCode::usage, u"\"%1\" is no number of seconds above 0 and up to a day"_s.arg(
-                                                  context.optionValue(Options::seconds)));
-    return duration.has_value();
+    ChosenRecord macro;
+    std::optional<std::chrono::milliseconds> duration; ///< absent without "--seconds"
+};
+
+/// The macro that the first argument names and the time of "--seconds". Absent when one of them makes no sense:
+/// `failure` is then the exit code, and the console has printed the reason.
+std::optional<TimedMacro> chooseTimedMacro(CommandContext &context, ExitCode &failure)
+{
+    std::optional<std::chrono::milliseconds> duration;
+    if (context.hasOption(Options::seconds)) {
+        const QString seconds = context.optionValue(Options::seconds);
+        duration = secondsOf(seconds);
+        if (!duration) {
+            failure = context.console.fail(ExitCode::usage,
+                                           u"\"%1\" is no number of seconds above 0 and up to a day"_s.arg(seconds));
+            return {};
+        }
+    }
+    const auto chosen = chooseRecord(context, macroKind, failure);
+    return chosen ? std::optional(TimedMacro{.macro = *chosen, .duration = duration}) : std::nullopt;
 }
 
 struct Recording
@@ -114,16 +127,14 @@ DaemonObjectResult pressFor(const PlayingKey &key, std::chrono::milliseconds dur
 
 ExitCode recordMacro(CommandContext &context)
 {
-    std::optional<std::chrono::milliseconds> duration;
-    if (!readSeconds(context, duration))
-        return ExitCode::usage;
     ExitCode failure = ExitCode::ok;
-    const auto chosen = chooseMacro(context, failure);
-    if (!chosen)
+    const auto timed = chooseTimedMacro(context, failure);
+    if (!timed)
         return failure;
-    const QVariantMap request{{DaemonProtocol::macroId, chosen->number},
+    const ChosenRecord &chosen = timed->macro;
+    const QVariantMap request{{DaemonProtocol::macroId, chosen.number},
                               {DaemonProtocol::isAppendRecording, context.hasOption(Options::append) ? 1 : 0}};
-    const Recording recording = record(context, request, duration);
+    const Recording recording = record(context, request, timed->duration);
     DaemonClient::Answer answer = recording.answer;
     if (answer.ok())
         answer = context.daemon.sendChecked(Command::stopMacroRecording);
@@ -133,32 +144,30 @@ ExitCode recordMacro(CommandContext &context)
         answer = context.daemon.document();
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);
-    const QVariantMap saved = answer.reply.value(SettingsKeys::macros).toList().value(chosen->number).toMap();
+    const QVariantMap saved = answer.reply.value(SettingsKeys::macros).toList().value(chosen.number).toMap();
     const QVariantList events = MacroRecord::events(saved);
     // The last lines may not have come before the recording was ended.
-    const bool isEmpty = !recording.hasPrintedLines && events == MacroRecord::events(chosen->record());
+    const bool isEmpty = !recording.hasPrintedLines && events == MacroRecord::events(chosen.record());
     const QString format = isEmpty ? u"nothing was recorded: %1 still has %2 events"_s : u"%1 has %2 events"_s;
-    context.console.print(format.arg(chosen->words()).arg(events.size()));
+    context.console.print(format.arg(chosen.words()).arg(events.size()));
     return ExitCode::ok;
 }
 
 ExitCode playMacro(CommandContext &context)
 {
-    std::optional<std::chrono::milliseconds> duration;
-    if (!readSeconds(context, duration))
-        return ExitCode::usage;
     ExitCode failure = ExitCode::ok;
-    const auto chosen = chooseMacro(context, failure);
-    if (!chosen)
+    const auto timed = chooseTimedMacro(context, failure);
+    if (!timed)
         return failure;
-    const std::optional<PlayingKey> key = keyThatPlays(chosen->document, chosen->number);
+    const ChosenRecord &chosen = timed->macro;
+    const std::optional<PlayingKey> key = keyThatPlays(chosen.document, chosen.number);
     if (!key)
         return context.console.fail(
-            ExitCode::usage, u"no key of the active profile plays %1 (see kestractl help key)"_s.arg(chosen->words()));
-    const DaemonObjectResult result = pressFor(*key, duration.value_or(usualPlayTime));
+            ExitCode::usage, u"no key of the active profile plays %1 (see kestractl help key)"_s.arg(chosen.words()));
+    const DaemonObjectResult result = pressFor(*key, timed->duration.value_or(usualPlayTime));
     if (result.failure != ExitCode::ok)
         return context.console.fail(result.failure, result.reason);
-    context.console.print(keyName(key->code) + u": "_s + describeKey(chosen->document, key->code));
+    context.console.print(keyName(key->code) + u": "_s + describeKey(chosen.document, key->code));
     return ExitCode::ok;
 }
 

@@ -4,43 +4,29 @@
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
 #include "cli/recordchoice.h"
+#include "cli/recordcommands.h"
 #include "profiles/applicationbinding.h"
-
-#include <QJsonArray>
-#include <QJsonObject>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QString profileName(const QVariant &profile)
+RecordRow rowOf(const QVariantMap &document, int number, const QVariantMap &record)
 {
-    return profile.toMap().value(SettingsKeys::profileName).toString();
+    const QString name = record.value(SettingsKeys::profileName).toString();
+    const bool isActive = number == activeProfileIndex(document);
+    return {.line = u"%1%2  %3"_s.arg(QChar(isActive ? u'*' : u' ')).arg(number, 3).arg(name),
+            .object = {{u"number"_s, number},
+                       {u"name"_s, name},
+                       {u"active"_s, isActive},
+                       {u"application"_s, ApplicationBinding::applicationOf(record)}}};
 }
 
 } // namespace
 
 ExitCode listProfiles(CommandContext &context)
 {
-    const DaemonClient::Answer document = context.daemon.document();
-    if (!document.ok())
-        return context.console.fail(document.failure, document.reason);
-    const QVariantList profiles = document.reply.value(SettingsKeys::profiles).toList();
-    const int active = activeProfileIndex(document.reply);
-    QJsonArray list;
-    for (int index = 0; index < profiles.size(); ++index) {
-        const QString name = profileName(profiles.at(index));
-        if (context.hasOption(Options::json))
-            list.append(QJsonObject{{u"number"_s, index},
-                                    {u"name"_s, name},
-                                    {u"active"_s, index == active},
-                                    {u"application"_s, ApplicationBinding::applicationOf(profiles.at(index).toMap())}});
-        else
-            context.console.print(u"%1%2  %3"_s.arg(QChar(index == active ? u'*' : u' ')).arg(index, 3).arg(name));
-    }
-    if (context.hasOption(Options::json))
-        context.console.printJson(list);
-    return ExitCode::ok;
+    return listRecords(context, profileKind, rowOf);
 }
 
 ExitCode switchToProfile(CommandContext &context)
@@ -57,6 +43,6 @@ ExitCode switchToProfile(CommandContext &context)
         context.daemon.sendChecked(DaemonProtocol::Command::switchProfile, {{DaemonProtocol::profileId, *number}});
     if (!answer.ok())
         return context.console.fail(answer.failure, answer.reason);
-    context.console.print(u"profile %1 \"%2\" is active"_s.arg(*number).arg(profileName(profiles.value(*number))));
+    context.console.print(recordWords(profileKind, *number, profiles.value(*number).toMap()) + u" is active"_s);
     return ExitCode::ok;
 }

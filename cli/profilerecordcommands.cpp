@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: MIT
 // "profile add", "copy", "rename", "delete", "restore", "import", "export" and "bind": what changes the profiles
 // themselves, by the rules of the configurator's profiles tab.
-#include "base/exportpath.h"
-#include "base/propertylist.h"
-#include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
 #include "base/uniquename.h"
 #include "cli/commandtable.h"
 #include "cli/factoryprofile.h"
-#include "cli/mappingrepair.h"
-#include "cli/recordchoice.h"
+#include "cli/recordcommands.h"
 #include "platform/applicationinformation.h"
 #include "profiles/applicationbinding.h"
 #include "profiles/profilefile.h"
@@ -27,41 +23,6 @@ QVariantList profilesOf(const QVariantMap &document)
     return document.value(SettingsKeys::profiles).toList();
 }
 
-/// 'profile 2 "Game"', for what is printed.
-QString words(int number, const QVariantList &profiles)
-{
-    return u"profile %1 \"%2\""_s.arg(number).arg(
-        profiles.value(number).toMap().value(SettingsKeys::profileName).toString());
-}
-
-/// The profile that the first argument names, and the document it is in.
-struct ChosenProfile
-{
-    QVariantMap document;
-    QVariantList profiles;
-    int number = 0;
-
-    [[nodiscard]] QVariantMap record() const { return profiles.at(number).toMap(); }
-};
-
-/// Absent when there is none; `failure` is then the exit code, and the reason has been said.
-std::optional<ChosenProfile> choose(CommandContext &context, ExitCode &failure)
-{
-    const DaemonClient::Answer document = context.daemon.document();
-    if (!document.ok()) {
-        failure = context.console.fail(document.failure, document.reason);
-        return {};
-    }
-    const QVariantList profiles = profilesOf(document.reply);
-    QString problem;
-    const auto number = existingRecordNumber(context.arguments.first(), profiles, profileKind, problem);
-    if (!number) {
-        failure = context.console.fail(ExitCode::usage, problem);
-        return {};
-    }
-    return ChosenProfile{.document = document.reply, .profiles = profiles, .number = *number};
-}
-
 /// Sends a change of the profiles and prints the profile `number` (negative: counted from the end) as the daemon now
 /// holds it, with `outcome` behind it.
 ExitCode change(CommandContext &context, Command command, const QVariantMap &request, int number,
@@ -72,7 +33,7 @@ ExitCode change(CommandContext &context, Command command, const QVariantMap &req
         return context.console.fail(answer.failure, answer.reason);
     const QVariantList profiles = profilesOf(answer.reply.value(DaemonProtocol::returnDictionary).toMap());
     const int shown = number < 0 ? static_cast<int>(profiles.size()) + number : number;
-    context.console.print(words(shown, profiles) + u' ' + outcome);
+    context.console.print(recordWords(profileKind, shown, profiles.value(shown).toMap()) + u' ' + outcome);
     return ExitCode::ok;
 }
 
@@ -104,7 +65,7 @@ ExitCode addProfile(CommandContext &context)
 {
     const QString name = context.arguments.value(0, QString(ProfileFile::untitledName));
     if (name.isEmpty())
-        return context.console.fail(ExitCode::usage, u"a profile needs a name"_s);
+        return failWithoutName(context, profileKind);
     std::optional<QVariantMap> record = factoryProfile();
     if (!record)
         return context.console.fail(ExitCode::usage, u"the factory settings cannot be read"_s);
@@ -118,41 +79,23 @@ ExitCode addProfile(CommandContext &context)
 ExitCode copyProfile(CommandContext &context)
 {
     ExitCode failure = ExitCode::ok;
-    const auto chosen = choose(context, failure);
-    return chosen ? addRecord(context, ProfileFile::importedRecord(chosen->record(), chosen->profiles)) : failure;
+    const auto chosen = chooseRecord(context, profileKind, failure);
+    return chosen ? addRecord(context, ProfileFile::importedRecord(chosen->record(), chosen->records)) : failure;
 }
 
 ExitCode renameProfile(CommandContext &context)
 {
-    const QString &name = context.arguments.at(1);
-    if (name.isEmpty())
-        return context.console.fail(ExitCode::usage, u"a profile needs a name"_s);
     ExitCode failure = ExitCode::ok;
-    const auto chosen = choose(context, failure);
+    const auto chosen = chooseRecordToRename(context, profileKind, failure);
     if (!chosen)
         return failure;
-    QVariantList others = chosen->profiles;
-    others.removeAt(chosen->number);
     return updateRecord(context, chosen->number,
-                        {{SettingsKeys::profileName, uniqueName(others, SettingsKeys::profileName, name)}},
-                        u"is renamed"_s);
+                        {{SettingsKeys::profileName, chosen->freeName(context.arguments.at(1))}}, u"is renamed"_s);
 }
 
 ExitCode deleteProfile(CommandContext &context)
 {
-    ExitCode failure = ExitCode::ok;
-    const auto chosen = choose(context, failure);
-    if (!chosen)
-        return failure;
-    DaemonClient::Answer answer =
-        context.daemon.sendChecked(Command::deleteProfile, {{DaemonProtocol::profileId, chosen->number}});
-    if (answer.ok())
-        answer =
-            repairMappings(context.daemon, chosen->document, chosen->number, KeyMappings::Assignment::switchProfile);
-    if (!answer.ok())
-        return context.console.fail(answer.failure, answer.reason);
-    context.console.print(words(chosen->number, chosen->profiles) + u" is deleted"_s);
-    return ExitCode::ok;
+    return deleteRecord(context, profileKind);
 }
 
 ExitCode restoreProfile(CommandContext &context)
@@ -161,7 +104,7 @@ ExitCode restoreProfile(CommandContext &context)
     if (!record)
         return context.console.fail(ExitCode::usage, u"the factory settings cannot be read"_s);
     ExitCode failure = ExitCode::ok;
-    const auto chosen = choose(context, failure);
+    const auto chosen = chooseRecord(context, profileKind, failure);
     if (!chosen)
         return failure;
     record->insert(SettingsKeys::profileName, chosen->record().value(SettingsKeys::profileName));
@@ -170,10 +113,10 @@ ExitCode restoreProfile(CommandContext &context)
 
 ExitCode importProfile(CommandContext &context)
 {
-    const QString &path = context.arguments.first();
-    const std::optional<QVariantMap> record = PropertyList::readPropertyListFile(path);
+    ExitCode failure = ExitCode::ok;
+    const auto record = readRecordFile(context, profileKind, failure);
     if (!record)
-        return context.console.fail(ExitCode::usage, u"\"%1\" cannot be read or is no profile file"_s.arg(path));
+        return failure;
     const DaemonClient::Answer document = context.daemon.document();
     if (!document.ok())
         return context.console.fail(document.failure, document.reason);
@@ -183,15 +126,8 @@ ExitCode importProfile(CommandContext &context)
 ExitCode exportProfile(CommandContext &context)
 {
     ExitCode failure = ExitCode::ok;
-    const auto chosen = choose(context, failure);
-    if (!chosen)
-        return failure;
-    const QString path = exportPath(context.arguments.at(1), ProfileFile::suffix);
-    const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(chosen->record());
-    if (!data || !PropertyList::writeFileAtomically(path, *data))
-        return context.console.fail(ExitCode::noOutput, u"cannot write \"%1\""_s.arg(path));
-    context.console.print(words(chosen->number, chosen->profiles) + u" is in "_s + path);
-    return ExitCode::ok;
+    const auto chosen = chooseRecord(context, profileKind, failure);
+    return chosen ? exportRecord(context, *chosen, chosen->record()) : failure;
 }
 
 ExitCode bindProfile(CommandContext &context)
@@ -209,7 +145,7 @@ ExitCode bindProfile(CommandContext &context)
         information = *read;
     }
     ExitCode failure = ExitCode::ok;
-    const auto chosen = choose(context, failure);
+    const auto chosen = chooseRecord(context, profileKind, failure);
     if (!chosen)
         return failure;
     const QVariantMap appInfo = chosen->record().value(SettingsKeys::appInfo).toMap();

@@ -1,14 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/recordchoice.h"
 
-#include "base/settingskeys.h"
-
 using namespace Qt::StringLiterals;
-
-const RecordKind profileKind{
-    .word = "profile"_L1, .nameKey = SettingsKeys::profileName, .listCommand = "kestractl profile list"_L1};
-const RecordKind macroKind{
-    .word = "macro"_L1, .nameKey = SettingsKeys::macroName, .listCommand = "kestractl macro list"_L1};
 
 std::optional<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
                                 QString &problem)

@@ -2,22 +2,12 @@
 // Which profile or macro a word of the command line means. No state; any thread.
 #pragma once
 
-#include <QLatin1StringView>
+#include "cli/recordkind.h"
+
 #include <QString>
 #include <QVariantList>
 
 #include <optional>
-
-/// A kind of record that has a number (its position, from 0) and a name.
-struct RecordKind
-{
-    QLatin1StringView word; ///< "profile", "macro"
-    QLatin1StringView nameKey;
-    QLatin1StringView listCommand; ///< what lists them
-};
-
-extern const RecordKind profileKind;
-extern const RecordKind macroKind;
 
 /// The number that `text` means: a number is taken as it is, whether there is such a record or not; a name must be
 /// borne by exactly one of `records`. Absent with `problem` set otherwise.

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// The profile or macro that a command line means, among those that the daemon holds. No state; main thread.
+#pragma once
+
+#include "cli/commandtable.h"
+#include "cli/recordkind.h"
+
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <optional>
+
+/// A record that exists, with all records of its kind and the document that holds them.
+struct ChosenRecord
+{
+    const RecordKind *kind = nullptr; ///< never null
+    QVariantMap document;
+    QVariantList records;
+    int number = 0; ///< position in `records`
+
+    [[nodiscard]] QVariantMap record() const { return records.at(number).toMap(); }
+    [[nodiscard]] QString words() const; ///< 'macro 2 "Combo"'
+    /// `name`, or `name` with a number when another of the records has it.
+    [[nodiscard]] QString freeName(const QString &name) const;
+};
+
+/// The record that the first argument names. Absent when there is none: `failure` is then the exit code, and the
+/// console has printed the reason.
+[[nodiscard]] std::optional<ChosenRecord> chooseRecord(CommandContext &context, const RecordKind &kind,
+                                                       ExitCode &failure);
+
+/// 'macro 2 "Combo"'
+[[nodiscard]] QString recordWords(const RecordKind &kind, int number, const QVariantMap &record);

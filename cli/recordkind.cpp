@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "cli/recordkind.h"
+
+#include "base/settingskeys.h"
+#include "macros/macrofile.h"
+#include "profiles/profilefile.h"
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+using KeyMappings::Assignment;
+
+const RecordKind profileKind{.word = "profile"_L1,
+                             .listKey = SettingsKeys::profiles,
+                             .nameKey = SettingsKeys::profileName,
+                             .listCommand = "kestractl profile list"_L1,
+                             .fileSuffix = ProfileFile::suffix,
+                             .deletion = Command::deleteProfile,
+                             .numberKey = DaemonProtocol::profileId,
+                             .assignment = Assignment::switchProfile};
+const RecordKind macroKind{.word = "macro"_L1,
+                           .listKey = SettingsKeys::macros,
+                           .nameKey = SettingsKeys::macroName,
+                           .listCommand = "kestractl macro list"_L1,
+                           .fileSuffix = MacroFile::suffix,
+                           .deletion = Command::deleteMacro,
+                           .numberKey = DaemonProtocol::macroId,
+                           .assignment = Assignment::playMacro};

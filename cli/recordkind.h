@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// The two kinds of record that commands name, add, change and delete: one row each. No state; any thread.
+#pragma once
+
+#include "base/daemonprotocol.h"
+#include "keys/keymapping.h"
+
+#include <QLatin1StringView>
+
+/// A kind of record that has a number (its position, from 0) and a name.
+struct RecordKind
+{
+    QLatin1StringView word;        ///< "profile", "macro"
+    QLatin1StringView listKey;     ///< of the settings document
+    QLatin1StringView nameKey;     ///< of a record
+    QLatin1StringView listCommand; ///< prints all records of the kind
+    QLatin1StringView fileSuffix;  ///< without a dot
+    DaemonProtocol::Command deletion;
+    QLatin1StringView numberKey;        ///< of the request to delete
+    KeyMappings::Assignment assignment; ///< of the keys that name such a record
+};
+
+extern const RecordKind profileKind;
+extern const RecordKind macroKind;
