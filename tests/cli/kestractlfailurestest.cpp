@@ -150,10 +150,15 @@ void TestKestractlFailures::wrongUsageIsTold_data()
     QTest::newRow("no such option") << QStringList{u"--loud"_s, u"status"_s} << u"--loud"_s;
     QTest::newRow("macro without a word") << QStringList{u"macro"_s} << u"no command \"macro\""_s;
     QTest::newRow("no such macro file") << QStringList{u"macro"_s, u"import"_s, u"/nonexistent/X.KestraMacro"_s}
-                                        << u"X.KestraMacro"_s;
-    QTest::newRow("macro without a name") << QStringList{u"macro"_s, u"add"_s, QString()} << u"needs a name"_s;
-    QTest::newRow("macro to rename to nothing")
-        << QStringList{u"macro"_s, u"rename"_s, u"0"_s, QString()} << u"needs a name"_s;
+                                        << u"\"/nonexistent/X.KestraMacro\" cannot be read or is no macro file"_s;
+    QTest::newRow("no such profile file") << QStringList{u"profile"_s, u"import"_s, u"/nonexistent/X.KestraProfile"_s}
+                                          << u"\"/nonexistent/X.KestraProfile\" cannot be read or is no profile file"_s;
+    for (const QString &kind : {u"macro"_s, u"profile"_s}) {
+        const QString problem = u"a %1 needs a name"_s.arg(kind);
+        QTest::addRow("%s without a name", qPrintable(kind)) << QStringList{kind, u"add"_s, QString()} << problem;
+        QTest::addRow("%s to rename to nothing", qPrintable(kind))
+            << QStringList{kind, u"rename"_s, u"0"_s, QString()} << problem;
+    }
     for (const QString &seconds : {u"soon"_s, u"0"_s, u"-1"_s, u"nan"_s, u"86401"_s})
         QTest::addRow("record for %s seconds", qPrintable(seconds))
             << QStringList{u"macro"_s, u"record"_s, u"0"_s, u"--seconds"_s, seconds} << u"\"%1\""_s.arg(seconds);
