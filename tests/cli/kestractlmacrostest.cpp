@@ -139,6 +139,8 @@ void TestKestractlMacros::macrosAreAddedListedRenamedAndDeleted()
     QCOMPARE(record(2).value(u"delay"_s), QVariant(20));
     QCOMPARE(line({u"list"_s}),
              u"0  Untitled Macro (0 events)\n  1  Untitled Macro(2) (0 events)\n  2  Combo (0 events)"_s);
+    QCOMPARE(run({u"list"_s, u"--json"_s}).json().array().last().toObject(),
+             (QJsonObject{{u"number"_s, 2}, {u"name"_s, u"Combo"_s}, {u"events"_s, 0}}));
     QCOMPARE(line({u"rename"_s, u"0"_s, u"Combo"_s}), u"macro 0 \"Combo(2)\" is renamed"_s);
     QCOMPARE(line({u"rename"_s, u"Combo"_s, u"Combo"_s}), u"macro 2 \"Combo\" is renamed"_s); // itself is not taken
     QCOMPARE(names(), QStringList({u"Combo(2)"_s, u"Untitled Macro(2)"_s, u"Combo"_s}));

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void cleanup() { mDaemon.reset(); }
 
     void addedProfileHasTheFactorySettingsAndIsActive();
+    void listMarksTheActiveProfileAlone();
     void namesAreMadeUnique();
     void copyHasEverythingButTheName();
     void renamedToItsOwnNameItKeepsIt();
@@ -90,6 +91,19 @@ void KestractlProfilesTest::addedProfileHasTheFactorySettingsAndIsActive()
     QCOMPARE(active(), 1);
     factory.insert(SettingsKeys::profileName, u"Work"_s);
     QCOMPARE(profile(1), factory);
+}
+
+void KestractlProfilesTest::listMarksTheActiveProfileAlone()
+{
+    QCOMPARE(run({u"profile"_s, u"add"_s, u"Work"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"list"_s}).text(), u"*  0  Default Profile\n   1  Work\n"_s);
+    const auto object = [](int number, const QString &name, bool isActive) {
+        return QJsonObject{
+            {u"number"_s, number}, {u"name"_s, name}, {u"active"_s, isActive}, {u"application"_s, QString()}};
+    };
+    QCOMPARE(run({u"profile"_s, u"list"_s, u"--json"_s}).json().array(),
+             (QJsonArray{object(0, u"Default Profile"_s, true), object(1, u"Work"_s, false)}));
 }
 
 void KestractlProfilesTest::namesAreMadeUnique()

@@ -115,11 +115,12 @@ void MappingCleanupTest::changesNothingForOtherTypes()
 
 void MappingCleanupTest::repairsProfileIndexesPastTheEnd()
 {
-    const QVariantList profiles{profileWith({{u"4"_s, entry(17, 5)}, {u"5"_s, entry(17, 2)}}), profileWith({}),
-                                profileWith({})};
+    const QVariantList profiles{profileWith({{u"4"_s, entry(17, 5)}, {u"5"_s, entry(17, 2)}, {u"6"_s, entry(17, 3)}}),
+                                profileWith({}), profileWith({})};
     const QVariantMap keys = keysOf(repair(profiles, 0, 1, profileType), 0);
     QCOMPARE(keys.value(u"4"_s).toMap(), QVariantMap());
     QCOMPARE(keys.value(u"5"_s).toMap(), entry(17, 2));
+    QCOMPARE(keys.value(u"6"_s).toMap(), QVariantMap());
 }
 
 void MappingCleanupTest::repairsMacroIndexesPastTheCountBeforeDeletion()
@@ -192,7 +193,7 @@ void MappingCleanupTest::isAbsentWhenNothingChanges()
     QVERIFY(rule(profiles, 0));
     QVERIFY(!rule(profiles, 1));
     QVERIFY(!rule({}, 0));
-    // An entry that was replaced by an equal one is no change either.
+    // Replacing an entry by an equal one does not count as a change.
     const QVariantMap replacement = entry(10, 0);
     QVERIFY(!KeyMappings::removeDeletedMacroProfileMappings(profiles, {QVariantMap()},
                                                             defaultsWith({{u"4"_s, replacement}}), 0, macroType));

@@ -8,7 +8,7 @@
 #include <QFileInfo>
 
 /// Writes `content` to the file at `path` and returns the path. Makes the folders above it. Ends the test program when
-/// the file cannot be written: no test can go on without the file that it is about.
+/// the file cannot be written, because the test proves nothing without it.
 inline QString writeFile(const QString &path, const QByteArray &content = {})
 {
     QFile file(path);
