@@ -140,12 +140,24 @@ void mustRun(const std::vector<std::string> &command)
         throw Failure(command.front() + " says: " + result.output);
 }
 
+/// The device manager itself: its workers have the same name, and end at any time.
+pid_t deviceManager()
+{
+    constexpr const char *parentIsInit = "\nPPid:\t1\n";
+    for (const auto &entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string status = contentOf(entry.path().string() + "/status");
+        if (status.starts_with("Name:\tsystemd-udevd\n") && status.find(parentIsInit) != std::string::npos)
+            return std::stoi(entry.path().filename().string());
+    }
+    throw Failure("there is no device manager");
+}
+
 /// As "udevadm control --reload" does, which is lost in one of a hundred cases here: the manager drops a message that
 /// was sent between its accepting the connection and its asking for the sender's name. The signal is not lost, and has
 /// been heeded when the ping, or that it was dropped, is answered.
 void reloadRules()
 {
-    mustRun({"killall", "-HUP", "systemd-udevd"});
+    ::kill(deviceManager(), SIGHUP);
     mustRun({"udevadm", "control", "--ping"});
     // A settling of its own could be over before the manager has heard of the first device.
     mustRun({"udevadm", "trigger", "--settle", "--action=change", "--subsystem-match=input", "--subsystem-match=misc",
