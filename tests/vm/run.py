@@ -2,8 +2,9 @@
 # SPDX-License-Identifier: MIT
 """Boots Debian's kernel in an emulator, with the daemon, a bus and the driver in its memory, and does the scenarios.
 
-Usage: run.py --bin FOLDER --driver FILE --work FOLDER [--measure | SCENARIO...]
-Scenarios are named without .txt; all when none is given, and the measurements; with --measure only those.
+Usage: run.py --bin FOLDER --driver FILE --work FOLDER [--measure [--instructions] | --share K/N | SCENARIO...]
+Scenarios are named without .txt; all when none is given. --share K/N does the Kth of N shares of all. --measure measures
+instead, by the clock of the host, or with --instructions in instructions.
 Exit codes: 0 all is well, 1 a scenario failed, 77 there is no kernel image or emulator to be had.
 KESTRA_VM_KVM=1 uses the processor's own virtualisation; without it the times are those of software emulation.
 """
@@ -13,18 +14,28 @@ import glob
 import gzip
 import os
 import re
+import resource
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
-import threading
+import time
+
+import owntime
+import shares
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 MODULES = ["evdev", "uinput", "hid", "uhid", "hid-generic", "hid-google-hammer"]
-RESTRICTED = "restricted.txt"  # needs to know what the user service allows
-TIME_LIMIT_S = 840
+SCENARIOS = os.path.join(HERE, "scenarios")
+RESTRICTED = "restricted"  # needs to know what the user service allows
+OWN_TIME_LIMIT_S = 600  # ten times what a share takes
 SKIPPED = 77
+REPORT = "kestra-vm: "  # what the driver says on the console
+# An instruction takes 2 to the power of this many nanoseconds by the machine's clock. A larger number makes busy waiting
+# cheaper, but leaves fewer instructions to a step. 4 ns is about the speed of the emulator.
+SHIFT_OF_SCENARIOS = 2
+SHIFT_OF_MEASUREMENTS = 0  # a nanosecond is an instruction
 
 
 def skip(reason):
@@ -157,7 +168,7 @@ def add_module(root, source, inside):
         file.write(data)
 
 
-def make_root(folder, arguments, modules):
+def make_root(folder, arguments, modules, names, calls):
     root = Root(folder)
     for name in ["proc", "sys", "dev", "run", "tmp", "etc"]:
         os.makedirs(os.path.join(folder, name))
@@ -191,80 +202,161 @@ def make_root(folder, arguments, modules):
     root.write("/etc/passwd", "root:x:0:0:root:/run/user:/bin/sh\nuser:x:1000:1000:user:/run/user:/bin/sh\n")
     root.write("/etc/group", "root:x:0:\nuser:x:1000:\ninput:x:1:\ntty:x:5:\nvideo:x:6:\n")
     root.write("/etc/machine-id", "0123456789abcdef0123456789abcdef\n")
-    calls = allowed_calls()
     if calls:
         root.write("/calls", "\n".join(map(str, calls)) + "\n")
-    for scenario in glob.glob(os.path.join(HERE, "scenarios", "*.txt")):
-        if calls is None and os.path.basename(scenario) == RESTRICTED:
-            print(f"skipped {RESTRICTED}: no systemd-analyze, or no headers of the kernel")
-        else:
-            root.add(scenario, "/scenarios/" + os.path.basename(scenario))
-    names = ["--measure"] if arguments.measure else [f"/scenarios/{name}.txt" for name in arguments.scenarios]
-    root.write("/scenario-names", " ".join(names))
+    for name in names:
+        root.add(os.path.join(SCENARIOS, name + ".txt"), f"/scenarios/{name}.txt")
+    root.write("/driver-arguments", " ".join(driver_arguments(arguments, names)))
     root.add(os.path.join(HERE, "init"), "/init")
 
 
-def make_image(arguments, modules, path):
-    """The root folder as the archive that the kernel unpacks at its start."""
+def make_image(path, *root_arguments):
+    """The root folder as the archive that the kernel unpacks at its start; not compressed, as the emulator is slow."""
     with tempfile.TemporaryDirectory() as folder:
         os.chmod(folder, 0o755)  # it becomes the root folder, of every user
-        make_root(folder, arguments, modules)
+        make_root(folder, *root_arguments)
         names = subprocess.run(["find", ".", "-print0"], cwd=folder, capture_output=True, check=True).stdout
-        archive = subprocess.run(["cpio", "-o", "-0", "-H", "newc", "--quiet", "-R", "0:0"], cwd=folder, input=names,
-                                 capture_output=True, check=True).stdout
-    with open(path, "wb") as file:
-        file.write(gzip.compress(archive, compresslevel=1))
+        with open(path, "wb") as file:
+            subprocess.run(["cpio", "-o", "-0", "-H", "newc", "--quiet", "-R", "0:0"], cwd=folder, input=names,
+                           stdout=file, check=True)
 
 
-def boot(kernel, image):
+def counting_instructions(shift):
+    """The machine's clock counts its instructions and skips idle time: load on the host does not make a step late."""
+    return ["-icount", f"shift={shift},sleep=off", "-rtc", "clock=vm"]
+
+
+def is_virtualised():
+    return os.environ.get("KESTRA_VM_KVM") == "1"
+
+
+def accelerator(arguments):
+    if is_virtualised():
+        return ["-enable-kvm", "-cpu", "host"]
+    if not arguments.measure:
+        return ["-accel", "tcg", *counting_instructions(SHIFT_OF_SCENARIOS)]
+    return ["-accel", "tcg", *(counting_instructions(SHIFT_OF_MEASUREMENTS) if arguments.instructions else [])]
+
+
+def driver_arguments(arguments, names):
+    if arguments.measure:
+        return ["--measure", "instructions" if arguments.instructions and not is_virtualised() else "us"]
+    return [f"/scenarios/{name}.txt" for name in names]
+
+
+def boot(kernel, image, options):
     """Yields the lines of the console until the machine is off; ends it when it takes too long."""
-    accelerator = ["-enable-kvm", "-cpu", "host"] if os.environ.get("KESTRA_VM_KVM") == "1" else ["-accel", "tcg"]
-    command = [program("qemu-system-x86_64"), *accelerator, "-m", "768", "-smp", "1", "-display", "none", "-nodefaults",
+    command = [program("qemu-system-x86_64"), *options, "-m", "768", "-smp", "1", "-display", "none", "-nodefaults",
                "-no-reboot", "-serial", "stdio", "-kernel", kernel, "-initrd", image,
                "-append", "console=ttyS0 quiet panic=-1 random.trust_cpu=on"]
     with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT) as machine:
-        timer = threading.Timer(TIME_LIMIT_S, machine.kill)
-        timer.start()
         try:
-            for line in machine.stdout:
-                yield line.decode("utf-8", "replace").rstrip()
+            with owntime.OwnTimeLimit(machine, OWN_TIME_LIMIT_S) as limit:
+                for line in machine.stdout:
+                    yield line.decode("utf-8", "replace").rstrip()
+            if limit.is_over:
+                yield REPORT + f"ended: it had {OWN_TIME_LIMIT_S} s for itself"
         finally:
-            timer.cancel()
             machine.kill()
 
 
-def main():
+def reports(lines, log):
+    """The driver's part of the lines of the console, printed; the whole console goes to the log."""
+    found = []
+    for line in lines:
+        log.write(line + "\n")
+        log.flush()
+        if REPORT in line:
+            found.append(line.split(REPORT, 1)[1])
+            print(found[-1], flush=True)
+    return found
+
+
+def problems(found, names, is_measuring):
+    """Reasons for which what the driver reported does not count as a success; `names` are the scenarios that it has."""
+    texts = []
+    ends = [text for text in found if text.startswith("done, ")]
+    if not ends:
+        texts.append("the virtual machine did not come to the end")
+    elif not ends[-1].startswith("done, 0 failed of "):
+        texts.append("not everything succeeded")
+    run = sorted(re.findall(r"^(?:ok|failed) (\S+) \(", "\n".join(found), re.MULTILINE))
+    if run != sorted(names):
+        texts.append(f"it has {len(names)} scenarios and ran {len(run)}; not run: {sorted(set(names) - set(run))}")
+    if is_measuring and not any(text.startswith("latency ") for text in found):
+        texts.append("it measured nothing")
+    if not is_measuring and not names:
+        texts.append("it has no scenario")
+    return texts
+
+
+def chosen_scenarios(arguments):
+    if arguments.measure:
+        return []
+    every = shares.scenario_names(SCENARIOS)
+    if arguments.share:
+        return shares.share_of(every, *arguments.share)
+    return arguments.scenarios or every
+
+
+def runnable_scenarios(names, calls):
+    """Without the one that cannot be run here."""
+    if calls is not None or RESTRICTED not in names:
+        return names
+    reason = f"{RESTRICTED}: no systemd-analyze, or no headers of the kernel"
+    if names == [RESTRICTED]:
+        skip(reason)
+    print(f"skipped {reason}")
+    return [name for name in names if name != RESTRICTED]
+
+
+def parse_arguments():
     parser = argparse.ArgumentParser()
     parser.add_argument("--bin", required=True)
     parser.add_argument("--driver", required=True)
     parser.add_argument("--client", help="vmclient; the one beside the driver when not given")
     parser.add_argument("--work", required=True)
     parser.add_argument("--measure", action="store_true")
+    parser.add_argument("--instructions", action="store_true")
+    parser.add_argument("--share", type=shares.parse_share, metavar="K/N")
     parser.add_argument("scenarios", nargs="*")
     arguments = parser.parse_args()
+    if arguments.measure + bool(arguments.share) + bool(arguments.scenarios) > 1:
+        parser.error("--measure, --share and names of scenarios exclude each other")
+    if arguments.instructions and not arguments.measure:
+        parser.error("--instructions needs --measure: scenarios count instructions anyway")
+    unknown = set(arguments.scenarios) - set(shares.scenario_names(SCENARIOS))
+    if unknown:
+        parser.error(f"no such scenario: {', '.join(sorted(unknown))}")
     arguments.client = arguments.client or os.path.join(os.path.dirname(arguments.driver), "vmclient")
+    return arguments
+
+
+def main():
+    arguments = parse_arguments()
     # So that the emulator is ended, too.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     os.makedirs(arguments.work, exist_ok=True)
     kernel, modules_folder = newest_kernel(arguments.work)
-    image = os.path.join(arguments.work, "initramfs.gz")
-    make_image(arguments, module_files(modules_folder), image)
-    end = None
-    console = []
-    with open(os.path.join(arguments.work, "console.log"), "w", encoding="utf-8") as log:
-        for line in boot(kernel, image):
-            log.write(line + "\n")
-            log.flush()
-            console.append(line)
-            if "kestra-vm: " in line:
-                text = line.split("kestra-vm: ", 1)[1]
-                print(text, flush=True)
-                if text.startswith("done, "):
-                    end = text
-    if end is None:
-        print("the virtual machine did not come to the end; its console:", *console[-60:], sep="\n")
-        return 1
-    return 0 if end.startswith("done, 0 failed") else 1
+    calls = allowed_calls()
+    names = runnable_scenarios(chosen_scenarios(arguments), calls)
+    image = os.path.join(arguments.work, "initramfs")
+    make_image(image, arguments, module_files(modules_folder), names, calls)
+    options = accelerator(arguments)
+    log_path = os.path.join(arguments.work, "console.log")
+    start = time.monotonic()
+    try:
+        with open(log_path, "w", encoding="utf-8") as log:
+            found = reports(boot(kernel, image, options), log)
+    finally:
+        os.remove(image)  # it is large
+    used = resource.getrusage(resource.RUSAGE_CHILDREN)
+    print(f"took {used.ru_utime + used.ru_stime:.0f} s of the processor, {time.monotonic() - start:.0f} s in all")
+    texts = problems(found, names, arguments.measure)
+    if texts:
+        with open(log_path, encoding="utf-8") as log:
+            print("the end of the console:", *log.read().splitlines()[-60:], *texts, sep="\n")
+    return 1 if texts else 0
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs in the virtual machine: does the scenarios named, or all in /scenarios, and measures; with --measure it does
-// only that. Writes what became of them to the console, a line each, for run.py outside.
+// Runs in the virtual machine: does the scenarios named, or measures. Writes the results to the console, a line each,
+// for run.py outside. Usage: vmdriver SCENARIO_FILE... | vmdriver --measure us | vmdriver --measure instructions
 #include "tests/vm/driver/failure.h"
 #include "tests/vm/driver/latency.h"
 #include "tests/vm/driver/machine.h"
@@ -39,14 +39,22 @@ bool runOne(const std::string &path)
     return problem.empty();
 }
 
-void printLatency(const std::string &name, Latencies times)
+/// What the latencies are printed in.
+struct Unit
+{
+    std::string name;
+    long long nanoseconds; // by the clock of the machine, which may be made so that each is an instruction
+};
+
+void printLatency(const std::string &name, Latencies times, const Unit &unit)
 {
     std::ranges::sort(times);
-    const auto at = [&times](double share) {
-        return times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))].count() / 1000;
+    const auto at = [&](double share) {
+        const auto time = times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))];
+        return std::to_string(time.count() / unit.nanoseconds) + ' ' + unit.name;
     };
-    std::printf("kestra-vm: latency %-38s p50 %5lld us, p90 %5lld us, p99 %5lld us\n", name.c_str(),
-                static_cast<long long>(at(0.5)), static_cast<long long>(at(0.9)), static_cast<long long>(at(0.99)));
+    std::printf("kestra-vm: latency %-38s p50 %s, p90 %s, p99 %s\n", name.c_str(), at(0.5).c_str(), at(0.9).c_str(),
+                at(0.99).c_str());
 }
 
 /// The value of "name:" in a file of /proc.
@@ -94,7 +102,7 @@ void printIdleness(pid_t daemon)
 
 /// In turn, so that whatever else slows the machine slows both.
 void printLatencies(const std::string &way, Latencies (*measureSome)(UhidKeyboard &, EventNode &, int),
-                    Machine &machine, EventNode &raw)
+                    Machine &machine, EventNode &raw, const Unit &unit)
 {
     constexpr int turns = 50;
     constexpr int keysOfATurn = 20;
@@ -105,11 +113,11 @@ void printLatencies(const std::string &way, Latencies (*measureSome)(UhidKeyboar
         std::ranges::copy(measureSome(machine.keyboard("used"), machine.desktop(), keysOfATurn),
                           std::back_inserter(throughDaemon));
     }
-    printLatency("raw" + way, ofKeyboard);
-    printLatency("through the daemon" + way, throughDaemon);
+    printLatency("raw" + way, ofKeyboard, unit);
+    printLatency("through the daemon" + way, throughDaemon, unit);
 }
 
-void measure()
+void measure(const Unit &unit)
 {
     printClockSource();
     Machine machine("/run/scenario");
@@ -118,8 +126,8 @@ void measure()
     EventNode raw = EventNode::open("Keyboard raw", true);
     machine.startDaemon();
     machine.use({"used"});
-    printLatencies("", measureLatency, machine, raw);
-    printLatencies(", read by the writer", measureLatencyForWriter, machine, raw);
+    printLatencies("", measureLatency, machine, raw, unit);
+    printLatencies(", read by the writer", measureLatencyForWriter, machine, raw, unit);
     printIdleness(machine.daemon().id());
     std::printf("kestra-vm: memory of the daemon (PSS): %s\n",
                 procValue("/proc/" + std::to_string(machine.daemon().id()) + "/smaps_rollup", "Pss").c_str());
@@ -131,22 +139,15 @@ void measure()
 
 int main(int argc, char *argv[])
 {
-    std::vector<std::string> paths(argv + 1, argv + argc);
-    const bool isMeasuringOnly = paths == std::vector<std::string>{"--measure"};
-    if (isMeasuringOnly)
-        paths.clear();
-    const bool isAll = paths.empty() && !isMeasuringOnly;
-    if (isAll) {
-        for (const auto &entry : std::filesystem::directory_iterator("/scenarios"))
-            paths.push_back(entry.path().string());
-        std::ranges::sort(paths);
-    }
+    std::vector<std::string> words(argv + 1, argv + argc);
+    const bool isMeasuring = words.size() == 2 && words.front() == "--measure";
+    const std::vector<std::string> paths = isMeasuring ? std::vector<std::string>() : words;
     std::ptrdiff_t failed = 0;
     for (const std::string &path : paths)
         failed += runOne(path) ? 0 : 1;
-    if (isAll || isMeasuringOnly) {
+    if (isMeasuring) {
         try {
-            measure();
+            measure({.name = words.back(), .nanoseconds = words.back() == "us" ? 1000 : 1});
         } catch (const std::exception &failure) {
             std::printf("kestra-vm: failed measuring\nkestra-vm:   %s\n", failure.what());
             ++failed;
