@@ -30,6 +30,10 @@ private Q_SLOTS:
     void captureNeedsSomebodyAndAKeyboard();
     void captureEndsWithItsClient();
     void captureEndsWithRelease();
+    void changeOfTheCaptureIsLoggedWithItsCause();
+    void stopOfAnotherCaptureEndsNothing_data();
+    void stopOfAnotherCaptureEndsNothing();
+    void appendedRecordingStaysWithinTheMacro();
 };
 
 void DeviceDaemonCaptureTest::recordsAMacro()
@@ -234,6 +238,59 @@ void DeviceDaemonCaptureTest::captureEndsWithRelease()
     QVERIFY(mReplies.isEmpty());
     press(5);
     QCOMPARE(mSent, QStringList{u"+5"_s});
+}
+
+void DeviceDaemonCaptureTest::changeOfTheCaptureIsLoggedWithItsCause()
+{
+    const QVariantMap recording{{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}};
+    QTest::ignoreMessage(QtInfoMsg, "not capturing, a client asks for keys: capturing a single key");
+    send(Command::startSingleKeyRecording);
+    QTest::ignoreMessage(QtInfoMsg, "capturing a single key, a client asks for keys: capturing a key for an event");
+    send(Command::startEditHid);
+    QTest::ignoreMessage(QtInfoMsg, "capturing a key for an event, a client starts a recording: recording a macro");
+    send(Command::startMacroRecording, recording);
+    QTest::ignoreMessage(QtInfoMsg, "recording a macro, the Macro key is pressed: left alone");
+    pressMacroKey();
+    QTest::ignoreMessage(QtInfoMsg, "recording a macro, the client stops the recording: not capturing");
+    send(Command::stopMacroRecording);
+}
+
+void DeviceDaemonCaptureTest::stopOfAnotherCaptureEndsNothing_data()
+{
+    QTest::addColumn<Command>("start");
+    QTest::addColumn<Command>("stop");
+    QTest::newRow("recording") << Command::startMacroRecording << Command::stopSingleKeyRecording;
+    QTest::newRow("single key") << Command::startSingleKeyRecording << Command::stopMacroRecording;
+    QTest::newRow("edited event") << Command::startEditHid << Command::stopMacroRecording;
+}
+
+void DeviceDaemonCaptureTest::stopOfAnotherCaptureEndsNothing()
+{
+    QFETCH(Command, start);
+    QFETCH(Command, stop);
+    QCOMPARE(statusOf(start, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
+    QCOMPARE(statusOf(stop), 0);
+    press(4);
+    QCOMPARE(mSent, QStringList());
+    QCOMPARE(mWatchedClient, client);
+}
+
+void DeviceDaemonCaptureTest::appendedRecordingStaysWithinTheMacro()
+{
+    const QVariantMap event = MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 29});
+    QVariantList macros = SettingsDocument::macros(mDaemon->document());
+    macros[1] = MacroRecord::withEvents(macros.at(1).toMap(), QVariantList(MacroRecord::maximumEvents - 2, event));
+    start(SettingsDocument::withMacros(mDaemon->document(), macros));
+    const QVariantMap request{{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}};
+    QCOMPARE(statusOf(Command::startMacroRecording, request), 0);
+    for (const int key : {4, 5}) {
+        press(key);
+        release(key);
+    }
+    QCOMPARE(statusOf(Command::saveRecordedEvents, request), 0);
+    const QVariantList events = MacroRecord::events(SettingsDocument::macros(mDaemon->document()).at(1).toMap());
+    QCOMPARE(events.size(), MacroRecord::maximumEvents);
+    QCOMPARE(MacroRecord::eventFields(events.last().toMap()).argument, 4);
 }
 
 QTEST_GUILESS_MAIN(DeviceDaemonCaptureTest)

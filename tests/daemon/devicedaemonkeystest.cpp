@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the keyboard's own keys do: what reaches the computer, profiles, programs, game mode, brightness, light.
 #include "tests/daemon/devicedaemonfixture.h"
+#include "tests/support/filesizelimit.h"
 #include "tests/support/testmain.h"
 
 #include <QRegularExpression>
@@ -22,10 +23,12 @@ private Q_SLOTS:
     void gameModeIsToggledAndStored();
     void gameModeMakesTheCommandKeysDead();
     void brightnessKeysChangeTheActiveProfile();
+    void brightnessThatCannotBeWrittenStays();
     void brightnessKeysAreKeysOfTheConsumerPage();
     void lightFollowsTheActiveProfile();
     void lightIsOffWithoutTheKeyboard();
     void shutDownLetsGoOfEveryKey();
+    void shutDownEndsEveryCapture();
     void heldKeyIsLetGoOfAfterTheClientReleasesTheDevice();
 };
 
@@ -144,6 +147,17 @@ void DeviceDaemonKeysTest::brightnessKeysChangeTheActiveProfile()
     QCOMPARE(mKeyboard->shownBrightness(), 0);
 }
 
+void DeviceDaemonKeysTest::brightnessThatCannotBeWrittenStays()
+{
+    {
+        const FileSizeLimit fullDisk(16);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QCOMPARE(mKeyboard->setBrightness(1), VirtualKeyboard::Result::done);
+    }
+    QCOMPARE(mDaemon->document(), startDocument());
+    QCOMPARE(takeNotificationNames(), QStringList());
+}
+
 void DeviceDaemonKeysTest::brightnessKeysAreKeysOfTheConsumerPage()
 {
     QCOMPARE(mKeyboard->press(12, 0x7A), VirtualKeyboard::Result::done);
@@ -203,6 +217,18 @@ void DeviceDaemonKeysTest::shutDownLetsGoOfEveryKey()
     press(225);
     mDaemon->shutDown();
     QCOMPARE(mSent, QStringList({u"+4"_s, u"+225"_s, u"-225"_s, u"-4"_s}));
+}
+
+void DeviceDaemonKeysTest::shutDownEndsEveryCapture()
+{
+    pressMacroKey();
+    mDaemon->shutDown();
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
+    start(startDocument());
+    QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
+    QCOMPARE(mWatchedClient, client);
+    mDaemon->shutDown();
+    QVERIFY(mWatchedClient.isEmpty());
 }
 
 void DeviceDaemonKeysTest::heldKeyIsLetGoOfAfterTheClientReleasesTheDevice()

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void onTheFlyEndsWithTheKeyboard();
     void onTheFlyIsNotEndedByAClientThatQuits();
     void onTheFlyMacroThatCannotBeStoredIsNone();
+    void onTheFlyNeedsRoomForAMacro();
 };
 
 void DeviceDaemonOnTheFlyTest::recordsAMacroOnTheFly()
@@ -166,6 +167,20 @@ void DeviceDaemonOnTheFlyTest::onTheFlyMacroThatCannotBeStoredIsNone()
     QCOMPARE(mDaemon->document(), before);
     QCOMPARE(takeNotificationNames(), QStringList());
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
+}
+
+void DeviceDaemonOnTheFlyTest::onTheFlyNeedsRoomForAMacro()
+{
+    QVariantList macros;
+    for (int i = 0; i < MacroRecord::maximumMacros; ++i)
+        macros += DaemonTestDocuments::macro(QString::number(i), 4);
+    start(SettingsDocument::completed(SettingsDocument::withMacros(mDaemon->document(), macros)));
+    QTest::ignoreMessage(QtWarningMsg, "file: there is no room for a macro recorded on the keyboard");
+    pressMacroKey();
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
+    send(Command::deleteMacro, {{u"macroID"_s, 0}});
+    pressMacroKey();
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::recording);
 }
 
 QTEST_GUILESS_MAIN(DeviceDaemonOnTheFlyTest)

@@ -36,6 +36,11 @@ private Q_SLOTS:
     void profileUpdatedNamesTheSource();
     void profileUpdatedFollowsEveryChangeAndNothingElse();
     void firmwareVersionComesByNotificationAlone();
+    void failureRepliesTheDocumentToSomeCommandsAlone();
+    void releaseIsNotReplied();
+    void factorySettingsOfAClientAreAnnouncedToTheOthers();
+    void failureIsLoggedWithItsFault_data();
+    void failureIsLoggedWithItsFault();
 };
 
 void DeviceDaemonTest::openingTellsWhetherTheKeyboardIsThere()
@@ -278,6 +283,67 @@ void DeviceDaemonTest::firmwareVersionComesByNotificationAlone()
                           {u"ReturnStatus"_s, static_cast<int>(Status::deviceAbsent)},
                           {u"FirmwareVersion"_s, QString()}}));
     QVERIFY(mReplies.isEmpty());
+}
+
+void DeviceDaemonTest::failureRepliesTheDocumentToSomeCommandsAlone()
+{
+    for (const Command command : {Command::switchProfile, Command::deleteProfile}) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"index out of range"_s));
+        const QVariantMap values = replyTo(command, {{u"ProfileID"_s, 9}}).values;
+        QCOMPARE(values.value(u"ReturnStatus"_s), QVariant(static_cast<int>(Status::indexOutOfRange)));
+        // A client takes a profile for deleted when it sees a document.
+        QCOMPARE(values.contains(u"ReturnDictionary"_s), command == Command::switchProfile);
+    }
+}
+
+void DeviceDaemonTest::releaseIsNotReplied()
+{
+    send(Command::releaseDevice);
+    QVERIFY(mReplies.isEmpty());
+}
+
+void DeviceDaemonTest::factorySettingsOfAClientAreAnnouncedToTheOthers()
+{
+    const QString path = mTemporary->filePath(u"Kestra.plist"_s);
+    const QVariantMap factory{{u"Default Settings"_s, QVariantMap{{u"Profiles"_s, QVariantList{profile(u"Factory"_s)}},
+                                                                  {u"Macros"_s, QVariantList()}}}};
+    QVERIFY(PropertyList::writeFileAtomically(path, QlCoreUtility::convertDictionaryToData(factory).value()));
+    start(SettingsDocument::minimal());
+    mDaemon->setAwaitsFactorySettings(true);
+    QStringList namesBeforeReply;
+    mOnReply = [&] { namesBeforeReply = takeNotificationNames(); };
+    send(Command::openDevice, {{u"DefaultQlPlistPath"_s, path}});
+    QCOMPARE(namesBeforeReply, QStringList{u"Profile Updated 271"_s});
+    send(Command::openDevice, {{u"DefaultQlPlistPath"_s, path}});
+    QCOMPARE(namesBeforeReply, QStringList());
+    QCOMPARE(takeNotificationNames(), QStringList());
+}
+
+void DeviceDaemonTest::failureIsLoggedWithItsFault_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::addColumn<QVariantMap>("request");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("client") << Command::switchProfile << QVariantMap{{u"ProfileID"_s, 9}}
+                            << u"client: request 10 of \"TestReplyPort\": index out of range"_s;
+    QTest::newRow("file") << Command::switchProfile << QVariantMap{{u"ProfileID"_s, 1}}
+                          << u"file: request 10 of \"TestReplyPort\": not saved"_s;
+    QTest::newRow("keyboard") << Command::startEditHid << QVariantMap()
+                              << u"keyboard: request 21 of \"TestReplyPort\": device absent"_s;
+}
+
+void DeviceDaemonTest::failureIsLoggedWithItsFault()
+{
+    QFETCH(Command, command);
+    QFETCH(QVariantMap, request);
+    QFETCH(QString, line);
+    mKeyboard->remove();
+    const FileSizeLimit fullDisk(16);
+    if (line.startsWith("file"_L1))
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+    QTest::ignoreMessage(QtWarningMsg, qPrintable(line));
+    send(command, request);
+    QCOMPARE(mReplies.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(DeviceDaemonTest)

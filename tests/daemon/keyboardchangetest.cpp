@@ -39,6 +39,23 @@ QVariantMap startDocument()
     return document({first, second}, {holds});
 }
 
+/// Counts the calls to show the light. A keyboard that was unplugged has forgotten it.
+class CountingKeyboard : public VirtualKeyboard
+{
+public:
+    using VirtualKeyboard::VirtualKeyboard;
+
+    void showLight(const Backlight::Settings &settings) override
+    {
+        ++mLightCount;
+        VirtualKeyboard::showLight(settings);
+    }
+    [[nodiscard]] int lightCount() const { return mLightCount; }
+
+private:
+    int mLightCount = 0;
+};
+
 } // namespace
 
 class KeyboardChangeTest : public QObject
@@ -59,6 +76,7 @@ private Q_SLOTS:
     void attachmentIsToldWhenItChanges();
     void sameKeyboardChangesNothing();
     void keyboardCanBeUsedAgain();
+    void attachedKeyboardShowsTheSettingsAgain();
     void switchOnAnotherThreadIsStoredAndTold();
     void switchOnAnotherThreadGoesBackWhenItCannotBeStored();
     void removalOnAnotherThreadEndsTheCapture();
@@ -239,6 +257,18 @@ void KeyboardChangeTest::keyboardCanBeUsedAgain()
     QCOMPARE(activeProfile(), 1);
     press(*mFirst, keyA);
     QCOMPARE(mFirst->sentKeys(), (QList<HidUsage>{{HidUsage::keyboardPage, 30}}));
+}
+
+void KeyboardChangeTest::attachedKeyboardShowsTheSettingsAgain()
+{
+    CountingKeyboard keyboard;
+    mDaemon->useKeyboard(keyboard);
+    QCOMPARE(keyboard.lightCount(), 1);
+    keyboard.remove();
+    QCOMPARE(keyboard.lightCount(), 1);
+    keyboard.attach();
+    QCOMPARE(keyboard.lightCount(), 2);
+    mDaemon->useKeyboard(*mFirst);
 }
 
 void KeyboardChangeTest::switchOnAnotherThreadIsStoredAndTold()

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void repliesShowTheActiveProfileAndTheDiskTheChosenOne();
     void chosenByAKeyMeanwhileIsKept();
     void chosenAgainWhileAutomaticallyActiveIsKept();
+    void chosenAgainByAKeyIsKept();
     void switchThatCannotBeWrittenLeavesTheAutomaticOne();
     void leavingForTheSameProfileIsNotAnnounced_data();
     void leavingForTheSameProfileIsNotAnnounced();
@@ -181,6 +182,23 @@ void ProfileSwitchTest::chosenAgainWhileAutomaticallyActiveIsKept()
     QCOMPARE(mNotifications, QStringList()); // for clients nothing has changed
     inFront(u"other"_s);
     QCOMPARE(active(), 2);
+}
+
+void ProfileSwitchTest::chosenAgainByAKeyIsKept()
+{
+    const QVariantMap binding{{u"AppInfo"_s, QVariantMap{{u"identifier"_s, u"q"_s}}}, {u"AutoSwitchOn"_s, 1}};
+    QCOMPARE(send(Command::updateProfile, {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, binding}}), 0);
+    inFront(u"q"_s);
+    QCOMPARE(active(), 1);
+    QCOMPARE(activeOnDisk(), 0);
+    mNotifications.clear();
+    mShown.clear();
+    pressF1();
+    QCOMPARE(activeOnDisk(), 1);
+    QCOMPARE(mNotifications, QStringList()); // for clients nothing has changed
+    QCOMPARE(mShown, QStringList());
+    inFront(u"other"_s);
+    QCOMPARE(active(), 1);
 }
 
 void ProfileSwitchTest::switchThatCannotBeWrittenLeavesTheAutomaticOne()
