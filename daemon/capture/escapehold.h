@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Whether Escape is held alone for so long that the keys are to be given back to the computer: the way out of a capture
-// for somebody who has no other keyboard and no mouse. The time is passed in. Owned by the daemon, one thread.
+// for somebody who has no other keyboard and no mouse. The time is passed in. Owned by the CaptureSession, one thread.
 #pragma once
 
 #include "daemon/engine/hidusage.h"

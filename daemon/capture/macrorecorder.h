@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Records one macro from the keyboard: keys with the time passed in, events and their display lines out. No clock, no
-// I/O. Owned by the daemon, one thread.
+// I/O. Owned by the CaptureSession and by each OnTheFlyRecorder; one thread.
 #pragma once
 
 #include "daemon/engine/hidusage.h"
@@ -17,6 +17,10 @@ class MacroRecorder
 {
 public:
     using Time = std::chrono::milliseconds;
+
+    /// `time` in the unit of recordings. Each moment is rounded, not each pause, so that the rounding of a long
+    /// recording does not add up.
+    [[nodiscard]] static Time rounded(std::chrono::microseconds time) { return std::chrono::round<Time>(time); }
 
     struct Target
     {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Recording a macro with nothing but the keyboard: the Macro key, the keys, the Macro key, and the key that is to play
-// it. A state machine with the time passed in. Owned by the daemon, one thread.
+// it. A state machine with the time passed in. Owned by the OnTheFlySession, one thread.
 #pragma once
 
 #include "daemon/capture/macrorecorder.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Which profile is active because its application is in front, and which one was chosen by hand. A value without clock
-// and bus; held by the DeviceDaemon.
+// and bus; held by the ProfileSwitch.
 #pragma once
 
 #include "base/daemonprotocol.h"

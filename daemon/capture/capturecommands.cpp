@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/capture/capturecommands.h"
+
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
+#include "daemon/capture/capturesession.h"
+#include "daemon/keyboards/currentkeyboard.h"
+#include "daemon/settings/currentsettings.h"
+#include "daemon/settings/requestreader.h"
+#include "daemon/settings/settingsdocument.h"
+#include "macros/macrorecord.h"
+
+#include <algorithm>
+
+using Kind = KeyCapture::Kind;
+
+CaptureCommands::CaptureCommands(CaptureSession &session, CurrentSettings &settings, const CurrentKeyboard &keyboard)
+    : mSession(session), mSettings(settings), mKeyboard(keyboard)
+{
+}
+
+Status CaptureCommands::startMacroRecording(const QVariantMap &request, const std::optional<QString> &client)
+{
+    const auto row = RequestReader::number(request, DaemonProtocol::macroId);
+    const auto isAppended = RequestReader::flag(request, DaemonProtocol::isAppendRecording);
+    if (!row || !isAppended || !client)
+        return Status::malformedRequest;
+    const QVariantList macros = SettingsDocument::macros(mSettings.document());
+    if (*row < 0 || *row >= macros.size())
+        return Status::indexOutOfRange;
+    if (!mKeyboard.keyboard()->isAttached())
+        return Status::deviceAbsent;
+    const QVariantMap macro = macros.at(*row).toMap();
+    const int eventCount = *isAppended ? static_cast<int>(MacroRecord::events(macro).size()) : 0;
+    mSession.startRecording(
+        *client, {.macroId = PlistNumbers::integerValue(macro.value(SettingsKeys::macroId)),
+                  .capacity = MacroRecord::maximumEvents - eventCount,
+                  .followsEvents = eventCount > 0,
+                  .firstDelayMs = std::max(0, PlistNumbers::integerValue(macro.value(SettingsKeys::delay)))});
+    return Status::ok;
+}
+
+void CaptureCommands::stopMacroRecording()
+{
+    if (mSession.capture().kind() == Kind::macroRecording)
+        mSession.release("the client stops the recording");
+}
+
+CommandOutcome CaptureCommands::saveRecordedEvents(const QVariantMap &request)
+{
+    CommandOutcome outcome = mSettings.storeOutcome(withRecordedEvents(request));
+    if (outcome.status == Status::ok)
+        mSession.recorder().discard();
+    return outcome;
+}
+
+CommandOutcome CaptureCommands::withRecordedEvents(const QVariantMap &request)
+{
+    const auto row = RequestReader::number(request, DaemonProtocol::macroId);
+    const auto isAppended = RequestReader::flag(request, DaemonProtocol::isAppendRecording);
+    if (!row || !isAppended)
+        return unchanged(Status::malformedRequest);
+    const QVariantList macros = SettingsDocument::macros(mSettings.document());
+    if (*row < 0 || *row >= macros.size())
+        return unchanged(Status::indexOutOfRange);
+    stopMacroRecording();
+    // Compared by the macro's own number: its row may have moved since the recording began.
+    const int macroId = PlistNumbers::integerValue(macros.at(*row).toMap().value(SettingsKeys::macroId));
+    const std::optional<QVariantList> events = mSession.recorder().recorded(macroId);
+    if (!events)
+        return unchanged(Status::nothingRecorded);
+    if (events->isEmpty())
+        return unchanged(Status::ok); // a recording that was begun by mistake erases no macro
+    return saveEvents(mSettings.document(), *row, *events, *isAppended);
+}
+
+Status CaptureCommands::startKeyCapture(const std::optional<QString> &client, Kind kind)
+{
+    if (!client)
+        return Status::malformedRequest;
+    if (!mKeyboard.keyboard()->isAttached())
+        return Status::deviceAbsent;
+    mSession.startKeyCapture(*client, kind);
+    return Status::ok;
+}
+
+void CaptureCommands::stopKeyCapture()
+{
+    const Kind kind = mSession.capture().kind();
+    if (kind == Kind::singleKey || kind == Kind::editedEvent)
+        mSession.release("the client has its key");
+}
+
+void CaptureCommands::releaseDevice()
+{
+    mSession.release("the client releases the device");
+}
+
+CommandOutcome CaptureCommands::unchanged(Status status) const
+{
+    return {.status = status, .document = mSettings.document(), .reply = {}, .changesDocument = false};
+}

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/capture/capturesession.h"
+
+#include "base/daemonprotocol.h"
+#include "daemon/capture/ontheflysession.h"
+#include "daemon/keyboards/currentkeyboard.h"
+#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/logging.h"
+
+#include <optional>
+#include <utility>
+
+using Kind = KeyCapture::Kind;
+
+CaptureSession::CaptureSession(CurrentKeyboard &keyboard, OnTheFlySession &onTheFly, const DaemonOutlets &outlets)
+    : mKeyboard(keyboard), mOnTheFly(onTheFly), mOutlets(outlets)
+{
+}
+
+void CaptureSession::setCapture(const KeyCapture &capture, const char *cause)
+{
+    const bool isForClient = capture.client().has_value();
+    if (mCapture.kind() == Kind::macroRecording && capture.kind() != Kind::macroRecording)
+        mRecorder.stop(MacroRecorder::rounded(mOutlets.now()));
+    if (isForClient)
+        mOnTheFly.end(); // the client has the keys now
+    if (capture.kind() != mCapture.kind())
+        qCInfo(lcKeyboard, "%s, %s: %s", mCapture.name(), cause, capture.name());
+    mCapture = capture;
+    mKeyboard.listen({.isCapturing = capture.kind() != Kind::none,
+                      .isReporting = isForClient || mOnTheFly.state() == OnTheFlyState::recording});
+    mCapturedKey.clear();
+    mKeyBeforeCaptured.clear();
+    mEscapeHold = {};
+    mOutlets.wakeAt({});
+    mOutlets.watchClient(capture.client().value_or(QString()));
+}
+
+void CaptureSession::startRecording(const QString &client, const MacroRecorder::Target &target)
+{
+    setCapture(KeyCapture::forClient(client, Kind::macroRecording), "a client starts a recording");
+    mRecorder.start(target);
+}
+
+void CaptureSession::startKeyCapture(const QString &client, Kind kind)
+{
+    setCapture(KeyCapture::forClient(client, kind), "a client asks for keys");
+}
+
+void CaptureSession::release(const char *cause)
+{
+    if (mCapture.kind() != Kind::onTheFlyKey)
+        setCapture(KeyCapture(), cause);
+}
+
+void CaptureSession::end(const char *cause)
+{
+    mOnTheFly.end();
+    setCapture(KeyCapture(), cause);
+}
+
+void CaptureSession::clientVanished(const QString &portName)
+{
+    if (mCapture.client() == portName)
+        release("the client is gone");
+}
+
+void CaptureSession::wake()
+{
+    const std::optional<KeyPath::Time> end = mEscapeHold.end();
+    if (!end || mOutlets.now() < *end)
+        return;
+    // The client does not get the Escape that ends its capture, unless there is nothing else: the user may have wanted
+    // that key.
+    if (mCapture.kind() == Kind::macroRecording)
+        mRecorder.takeBack(EscapeHold::escape);
+    else if (!mKeyBeforeCaptured.isEmpty())
+        postCapturedKey(mKeyBeforeCaptured);
+    release("Escape is held");
+}
+
+// The keyboard's reports
+
+void CaptureSession::keyChanged(HidUsage key, bool isDown, KeyPath::Time time)
+{
+    const MacroRecorder::Time moment = MacroRecorder::rounded(time);
+    if (mCapture.kind() == Kind::macroRecording) {
+        const QStringList lines = mRecorder.record(key, isDown, moment);
+        if (!lines.isEmpty())
+            mOutlets.postNotification(DaemonProtocol::macroSequenceNotification,
+                                      {{DaemonProtocol::messagesArray, lines}});
+    }
+    mOnTheFly.keyChanged(key, isDown, moment);
+    if (mCapture.client()) {
+        mEscapeHold.keyChanged(key, isDown, time);
+        mOutlets.wakeAt(mEscapeHold.end());
+    }
+}
+
+void CaptureSession::keyCaptured(HidUsage key, quint8 modifiers)
+{
+    switch (mCapture.kind()) {
+    case Kind::none:
+    case Kind::macroRecording: return; // recorded already
+    case Kind::onTheFlyKey: takeOnTheFlyKey(key); return;
+    case Kind::singleKey:
+    case Kind::editedEvent: break;
+    }
+    // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
+    mKeyBeforeCaptured = std::exchange(mCapturedKey, {{DaemonProtocol::singleKey, int(key.usage)},
+                                                      {DaemonProtocol::singleKeyModifier, int(modifiers)}});
+    postCapturedKey(mCapturedKey);
+}
+
+void CaptureSession::macroKeyPressed()
+{
+    if (mCapture.client()) {
+        qCInfo(lcKeyboard, "%s, the Macro key is pressed: left alone", mCapture.name());
+        return;
+    }
+    if (!mOnTheFly.pressMacroKey())
+        return;
+    // While the user records, the keys also reach the computer, because a game may be running. The key that is to play
+    // the macro does not.
+    const bool isKeyAwaited = mOnTheFly.state() == OnTheFlyState::awaitingKey;
+    setCapture(isKeyAwaited ? KeyCapture::forOnTheFlyKey() : KeyCapture(), "the Macro key is pressed");
+    mOnTheFly.show();
+}
+
+void CaptureSession::takeOnTheFlyKey(HidUsage key)
+{
+    if (!OnTheFlySession::canPlayMacro(key))
+        return; // the next one may
+    const QVariantList events = mOnTheFly.events();
+    end("the key for the macro is there");
+    mOnTheFly.store(events, key);
+}
+
+void CaptureSession::postCapturedKey(const QVariantMap &key)
+{
+    const bool isSingleKey = mCapture.kind() == Kind::singleKey;
+    mOutlets.postNotification(isSingleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey, key);
+}

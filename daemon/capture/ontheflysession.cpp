@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/capture/ontheflysession.h"
+
+#include "base/daemonprotocol.h"
+#include "base/settingskeys.h"
+#include "daemon/capture/ontheflymacro.h"
+#include "daemon/keyboards/currentkeyboard.h"
+#include "daemon/settings/currentsettings.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/logging.h"
+#include "keys/keylayout.h"
+
+OnTheFlySession::OnTheFlySession(CurrentSettings &settings, CurrentKeyboard &keyboard, const DaemonOutlets &outlets)
+    : mSettings(settings), mKeyboard(keyboard), mOutlets(outlets)
+{
+}
+
+bool OnTheFlySession::canPlayMacro(HidUsage key)
+{
+    return KeyLayout::rowForCode(key.usage) != nullptr;
+}
+
+bool OnTheFlySession::pressMacroKey()
+{
+    const int room = roomForNewMacro(mSettings.document());
+    if (state() == OnTheFlyState::off && room == 0) {
+        qCWarning(lcKeyboard, "file: there is no room for a macro recorded on the keyboard");
+        return false;
+    }
+    mRecorder.pressMacroKey(MacroRecorder::rounded(mOutlets.now()), room);
+    // The only report of the state on a keyboard that has no light for it.
+    qCInfo(lcKeyboard, "keyboard: a macro on the fly: %s", onTheFlyStateName(state()).data());
+    return true;
+}
+
+void OnTheFlySession::keyChanged(HidUsage key, bool isDown, Time time)
+{
+    mRecorder.keyChanged(key, isDown, time);
+}
+
+void OnTheFlySession::end()
+{
+    mRecorder.end();
+    show();
+}
+
+void OnTheFlySession::show()
+{
+    mKeyboard.showOnTheFly(state());
+}
+
+void OnTheFlySession::store(const QVariantList &events, HidUsage key)
+{
+    const CommandOutcome outcome = addOnTheFlyMacro(mSettings.document(), events, key.usage);
+    if (outcome.status != Status::ok || !mSettings.store(outcome.document)) {
+        qCWarning(lcKeyboard, "file: a macro recorded on the keyboard could not be stored");
+        return;
+    }
+    const QVariantMap &document = mSettings.document();
+    mOutlets.postNotification(DaemonProtocol::savedNewOtfm,
+                              {{DaemonProtocol::allMacros, SettingsDocument::macros(document)},
+                               {SettingsKeys::activeProfile, SettingsDocument::activeProfile(document)}});
+    mSettings.postUpdated(DaemonProtocol::daemonProcessName);
+}

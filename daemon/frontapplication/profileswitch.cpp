@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/frontapplication/profileswitch.h"
+
+#include "base/daemonprotocol.h"
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
+#include "daemon/settings/currentsettings.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/logging.h"
+
+#include <optional>
+
+using namespace SettingsDocument;
+
+ProfileSwitch::ProfileSwitch(CurrentSettings &settings, const DaemonOutlets &outlets)
+    : mSettings(settings), mOutlets(outlets)
+{
+}
+
+QVariantMap ProfileSwitch::documentToKeep(const QVariantMap &document) const
+{
+    return mAutomaticSwitch.documentToKeep(document);
+}
+
+void ProfileSwitch::chooseByKey(int index)
+{
+    const QVariantMap before = mSettings.document();
+    if (index < 0 || index >= profiles(before).size()) {
+        qCWarning(lcKeyboard, "file: a key is to switch to profile %d, which does not exist", index);
+        return;
+    }
+    const AutomaticSwitch previous = mAutomaticSwitch;
+    mAutomaticSwitch.profileChosen();
+    const QVariantMap whole = completed(withActiveProfile(before, index));
+    const bool isSwitch = whole != before;
+    if (!isSwitch && mAutomaticSwitch == previous)
+        return;
+    if (!mSettings.store(whole)) {
+        mAutomaticSwitch = previous; // the keys go back to the profile before, too
+        return;
+    }
+    if (isSwitch) {
+        mSettings.postUpdated(DaemonProtocol::daemonProcessName);
+        showSwitch(before);
+    }
+}
+
+void ProfileSwitch::setFrontApplication(const FrontApplication &application)
+{
+    const QVariantMap before = mSettings.document();
+    const std::optional<int> profile = mAutomaticSwitch.applicationInFront(application, before);
+    if (!profile)
+        return;
+    qCInfo(lcFront, "\"%s\" is in front: profile %d", qUtf8Printable(application.name()), *profile);
+    mSettings.use(completed(withActiveProfile(before, *profile)));
+    mSettings.postUpdated(DaemonProtocol::daemonProcessName);
+    showSwitch(before);
+}
+
+CommandOutcome ProfileSwitch::carryOut(const DocumentCommand &command, const QVariantMap &request)
+{
+    const AutomaticSwitch previous = mAutomaticSwitch;
+    const QVariantMap before = mSettings.document();
+    CommandOutcome outcome = command.apply(before, request);
+    if (outcome.changesDocument)
+        outcome.document = mAutomaticSwitch.afterCommand(command.command, request, before, outcome.document);
+    outcome = mSettings.storeOutcome(outcome);
+    // The choice of a profile that is active already, but automatically, changes only what the disk keeps.
+    const bool isKeptAlone = outcome.status == Status::ok && !outcome.changesDocument && mAutomaticSwitch != previous;
+    if (isKeptAlone && !mSettings.store(before))
+        outcome.status = Status::notSaved;
+    if (outcome.status != Status::ok)
+        mAutomaticSwitch = previous;
+    return outcome;
+}
+
+void ProfileSwitch::showSwitch(const QVariantMap &before) const
+{
+    const QVariantMap &document = mSettings.document();
+    const bool isOn = PlistNumbers::integerValue(
+                          document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::profileOsdOn))
+                      != 0; // the active profile's, in a completed document
+    if (isOn && hasOtherProfileActive(before, document))
+        mOutlets.showProfile(activeProfile(document).value(SettingsKeys::profileName).toString());
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/keyboards/ownkeys.h"
+
+#include "base/daemonprotocol.h"
+#include "base/settingskeys.h"
+#include "daemon/settings/currentsettings.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/system/daemonoutlets.h"
+
+using namespace SettingsDocument;
+
+OwnKeys::OwnKeys(CurrentSettings &settings, const DaemonOutlets &outlets) : mSettings(settings), mOutlets(outlets) {}
+
+void OwnKeys::toggleGameMode()
+{
+    const QVariantMap &document = mSettings.document();
+    const bool isOn = !isGameModeOn(document);
+    if (!mSettings.store(completed(withDeviceSetting(document, SettingsKeys::gameMode, isOn))))
+        return;
+    // In this order: a client flips its flag at the first and reads the true one at the second.
+    mOutlets.postNotification(DaemonProtocol::gameModePressed, {});
+    mSettings.postUpdated(DaemonProtocol::daemonProcessName);
+}
+
+void OwnKeys::setBrightness(int level)
+{
+    const QVariantMap &document = mSettings.document();
+    QVariantList list = profiles(document);
+    const int active = activeProfileIndex(document);
+    QVariantMap profile = list.at(active).toMap();
+    profile.insert(SettingsKeys::brightnessKbNormal, level);
+    list[active] = profile;
+    const QVariantMap changed = completed(withProfiles(document, list));
+    if (changed == document || !mSettings.store(changed))
+        return;
+    mOutlets.postNotification(DaemonProtocol::illuminationUpdated, {{SettingsKeys::brightnessKbNormal, level}});
+    mSettings.postUpdated(DaemonProtocol::daemonProcessName);
+}

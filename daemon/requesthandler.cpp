@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/requesthandler.h"
+
+#include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
+#include "daemon/capture/capturecommands.h"
+#include "daemon/frontapplication/profileswitch.h"
+#include "daemon/keyboards/currentkeyboard.h"
+#include "daemon/settings/currentsettings.h"
+#include "daemon/settings/requestreader.h"
+#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/logging.h"
+#include "platform/messageport.h"
+
+using DaemonProtocol::Command;
+using Kind = KeyCapture::Kind;
+
+namespace {
+
+/// Whose fault it is, for the log.
+const char *faultOf(Status status)
+{
+    switch (status) {
+    case Status::notSaved: return "file";
+    case Status::deviceAbsent: return "keyboard";
+    default: return "client";
+    }
+}
+
+QString sourceAppOf(const QVariantMap &values, const std::optional<QString> &replyPort)
+{
+    if (const auto given = RequestReader::text(values, DaemonProtocol::sourceApp))
+        return *given;
+    return replyPort == DaemonProtocol::configuratorReplyPortName ? QString(DaemonProtocol::configuratorIdentifier)
+                                                                  : replyPort.value_or(QString());
+}
+
+/// Where the reply to request `number` goes; absent for nowhere.
+std::optional<QString> replyPortOf(qint32 number, const QVariantMap &values)
+{
+    std::optional<QString> port = RequestReader::text(values, DaemonProtocol::responsePortName);
+    if (!port || port->isEmpty())
+        return {};
+    if (port == DaemonProtocol::requestPortName)
+        qCWarning(lcRequests, "client: request %d names the daemon's own port for its reply", number);
+    else if (!isMessagePortName(*port))
+        qCWarning(lcRequests, "client: request %d names for its reply what can be no port", number);
+    else
+        return port;
+    return {};
+}
+
+} // namespace
+
+RequestHandler::RequestHandler(CurrentSettings &settings, ProfileSwitch &profiles, CaptureCommands &captures,
+                               const CurrentKeyboard &keyboard, const DaemonOutlets &outlets)
+    : mSettings(settings), mProfiles(profiles), mCaptures(captures), mKeyboard(keyboard), mOutlets(outlets)
+{
+}
+
+void RequestHandler::handleMessage(qint32 number, const std::optional<QByteArray> &data)
+{
+    const std::optional<QVariantMap> values = QlCoreUtility::convertDataToDictionary(data);
+    if (!values) {
+        qCWarning(lcRequests, "client: request %d is not a dictionary and is dropped", number);
+        return;
+    }
+    handle({.number = number, .values = *values, .replyPort = replyPortOf(number, *values)});
+}
+
+void RequestHandler::handle(const Request &request)
+{
+    const QVariantMap &values = request.values;
+    const std::optional<QString> &client = request.replyPort;
+    const QVariantMap before = mSettings.document();
+    if (const DocumentCommand *command = findDocumentCommand(request.number))
+        return finish(request, before, mProfiles.carryOut(*command, values), command->returnsDocument);
+    switch (static_cast<Command>(request.number)) {
+    case Command::openDevice: return openDevice(request);
+    case Command::queryFirmwareVersion: return postFirmwareVersion();
+    case Command::startMacroRecording: return reply(request, mCaptures.startMacroRecording(values, client));
+    case Command::stopMacroRecording: mCaptures.stopMacroRecording(); return reply(request, Status::ok);
+    case Command::saveRecordedEvents:
+        return finish(request, before, mCaptures.saveRecordedEvents(values), ReturnsDocument::never);
+    case Command::startEditHid: return reply(request, mCaptures.startKeyCapture(client, Kind::editedEvent));
+    case Command::startSingleKeyRecording: return reply(request, mCaptures.startKeyCapture(client, Kind::singleKey));
+    case Command::stopSingleKeyRecording: mCaptures.stopKeyCapture(); return reply(request, Status::ok);
+    case Command::releaseDevice: return mCaptures.releaseDevice(); // without a reply
+    default: return reply(request, Status::unknownCommand);
+    }
+}
+
+void RequestHandler::openDevice(const Request &request)
+{
+    const auto factoryPath = RequestReader::text(request.values, DaemonProtocol::defaultPlistPath);
+    if (factoryPath && mSettings.takeFactorySettings(*factoryPath))
+        mSettings.postUpdated(sourceAppOf(request.values, request.replyPort));
+    reply(request, Status::ok, {{DaemonProtocol::returnStatus, mKeyboard.keyboard()->isAttached() ? 1 : 0}});
+}
+
+// A notification alone answers. A client would take a reply that it does not wait for as the answer to its next
+// request.
+void RequestHandler::postFirmwareVersion()
+{
+    const Keyboard &keyboard = *mKeyboard.keyboard();
+    const bool isAttached = keyboard.isAttached();
+    const Status status = isAttached ? Status::ok : Status::deviceAbsent;
+    mOutlets.postNotification(DaemonProtocol::commandReplyNotification(DaemonProtocol::productId),
+                              {{DaemonProtocol::messageId, static_cast<int>(Command::queryFirmwareVersion)},
+                               {DaemonProtocol::returnStatus, static_cast<int>(status)},
+                               {DaemonProtocol::firmwareVersion, isAttached ? keyboard.firmwareVersion() : QString()}});
+}
+
+void RequestHandler::finish(const Request &request, const QVariantMap &before, const CommandOutcome &outcome,
+                            ReturnsDocument returnsDocument)
+{
+    const bool isOk = outcome.status == Status::ok;
+    QVariantMap values = outcome.reply;
+    if (returnsDocument == ReturnsDocument::always || (isOk && returnsDocument == ReturnsDocument::onSuccess))
+        values.insert(DaemonProtocol::returnDictionary, mSettings.document());
+    reply(request, outcome.status, values);
+    if (!outcome.changesDocument)
+        return;
+    mSettings.postUpdated(sourceAppOf(request.values, request.replyPort));
+    mProfiles.showSwitch(before);
+}
+
+void RequestHandler::reply(const Request &request, Status status, QVariantMap values)
+{
+    // The status of command 0 is a found flag, so that it cannot carry an error.
+    const bool isFoundFlag = request.number == static_cast<qint32>(Command::openDevice);
+    if (status != Status::ok && !isFoundFlag)
+        qCWarning(lcRequests, "%s: request %d of \"%s\": %s", faultOf(status), request.number,
+                  qUtf8Printable(request.replyPort.value_or(QString())), statusName(status).data());
+    if (!request.replyPort)
+        return;
+    if (!isFoundFlag)
+        values.insert(DaemonProtocol::returnStatus, static_cast<int>(status));
+    mOutlets.sendReply(*request.replyPort, request.number, values);
+}

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/settings/currentsettings.h"
+
+#include "base/daemonprotocol.h"
+#include "base/propertylist.h"
+#include "daemon/settings/factorysettings.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/settings/settingsstore.h"
+#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/logging.h"
+
+#include <optional>
+#include <utility>
+
+namespace {
+
+// 1, true and 1.0 compare equal as values but are not the same on disk.
+bool isSameDocument(const QVariantMap &a, const QVariantMap &b)
+{
+    return a == b && PropertyList::writeBinary(a) == PropertyList::writeBinary(b);
+}
+
+} // namespace
+
+CurrentSettings::CurrentSettings(SettingsStore &store, const DaemonOutlets &outlets, const QVariantMap &document,
+                                 DocumentToKeep documentToKeep, QObject *parent)
+    : QObject(parent), mStore(store), mOutlets(outlets), mDocument(document), mDocumentToKeep(std::move(documentToKeep))
+{
+}
+
+bool CurrentSettings::store(const QVariantMap &document)
+{
+    if (!mStore.save(mDocumentToKeep(document)))
+        return false;
+    mAwaitsFactorySettings = false;
+    use(document);
+    return true;
+}
+
+CommandOutcome CurrentSettings::storeOutcome(CommandOutcome outcome)
+{
+    outcome.changesDocument = outcome.changesDocument && !isSameDocument(outcome.document, mDocument);
+    if (!outcome.changesDocument || store(outcome.document))
+        return outcome;
+    return {.status = Status::notSaved, .document = mDocument, .reply = outcome.reply, .changesDocument = false};
+}
+
+void CurrentSettings::use(const QVariantMap &document)
+{
+    const bool isOtherProfile = SettingsDocument::hasOtherProfileActive(mDocument, document);
+    mDocument = document;
+    Q_EMIT changed(isOtherProfile);
+}
+
+bool CurrentSettings::takeFactorySettings(const QString &path)
+{
+    if (!mAwaitsFactorySettings)
+        return false;
+    const std::optional<QVariantMap> factory = readFactorySettings(path);
+    if (!factory)
+        return false;
+    qCInfo(lcSettings, "file: factory settings of the client are used: %s", qUtf8Printable(path));
+    return store(*factory);
+}
+
+void CurrentSettings::postUpdated(const QString &sourceApp)
+{
+    mOutlets.postNotification(DaemonProtocol::profileUpdated, {{DaemonProtocol::sourceApp, sourceApp}});
+}

@@ -1,0 +1,368 @@
+// SPDX-License-Identifier: MIT
+// Who has the keys, and what the keyboard, the client's watch and the wake-ups follow of it.
+#include "daemon/capture/capturesession.h"
+#include "tests/support/testmain.h"
+
+#include "daemon/capture/ontheflysession.h"
+#include "daemon/keyboards/currentkeyboard.h"
+#include "daemon/keyboards/virtual/virtualkeyboard.h"
+#include "daemon/settings/currentsettings.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/settings/settingsstore.h"
+#include "daemon/system/daemonoutlets.h"
+#include "macros/macrorecord.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Kind = KeyCapture::Kind;
+
+namespace {
+
+constexpr uint keyA = 4;
+constexpr uint keyB = 5;
+constexpr uint keyEscape = 41;
+constexpr MacroRecorder::Target target{.macroId = 7, .capacity = 100};
+
+const QString client = u"Client"_s;
+const QString another = u"Another"_s;
+
+} // namespace
+
+class CaptureSessionTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void computerHasTheKeysAtFirst();
+    void clientHasTheKeysUntilTheyAreReleased_data();
+    void clientHasTheKeysUntilTheyAreReleased();
+    void clientTakesTheKeysFromAnother();
+    void otherClientThatVanishesEndsNothing();
+    void onTheFlyKeyIsAwaitedForNoClient();
+    void recordingOnTheFlyCapturesNothing();
+    void clientEndsAMacroRecordedOnTheKeyboard();
+    void macroKeyDoesNothingWhileAClientHasTheKeys();
+    void endTakesTheKeysFromEverything();
+    void recordingEndsWithItsCapture();
+    void newRecordingReplacesTheOneBefore();
+    void newCaptureForgetsTheEscapeBefore();
+    void newCaptureForgetsTheKeysBefore();
+    void wakeThatComesEarlyEndsNothing();
+
+private:
+    void startCapture(const QString &port, Kind kind);
+    /// Whether a key that is pressed now reaches the computer.
+    [[nodiscard]] bool hasComputerTheKeys();
+    void press(uint key) { QCOMPARE(mKeyboard->press(7, key), VirtualKeyboard::Result::done); }
+    void release(uint key) { QCOMPARE(mKeyboard->release(7, key), VirtualKeyboard::Result::done); }
+    void type(uint key)
+    {
+        press(key);
+        release(key);
+    }
+    /// Records A on the keyboard; the key that is to play the macro is awaited then.
+    void awaitOnTheFlyKey();
+    [[nodiscard]] int macroCount() const
+    {
+        return static_cast<int>(SettingsDocument::macros(mSettings->document()).size());
+    }
+
+    std::optional<QTemporaryDir> mTemporary;
+    std::unique_ptr<SettingsStore> mStore;
+    DaemonOutlets mOutlets;
+    std::unique_ptr<CurrentSettings> mSettings;
+    std::unique_ptr<VirtualKeyboard> mKeyboard;
+    std::unique_ptr<CurrentKeyboard> mCurrentKeyboard;
+    std::unique_ptr<OnTheFlySession> mOnTheFly;
+    std::unique_ptr<CaptureSession> mSession;
+    std::chrono::microseconds mNow{};
+    std::optional<std::chrono::microseconds> mWakeTime;
+    QString mWatchedClient; // empty: none
+    QStringList mNotifications;
+    QList<Kind> mKindsWhenPosted; // one for each notification
+};
+
+void CaptureSessionTest::init()
+{
+    mTemporary.emplace();
+    mStore = std::make_unique<SettingsStore>(mTemporary->path());
+    QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
+    mOutlets = {.sendReply = {},
+                .postNotification =
+                    [this](const QString &name, const QVariantMap &) {
+                        mNotifications += name;
+                        mKindsWhenPosted += mSession->capture().kind();
+                    },
+                .watchClient = [this](const QString &port) { mWatchedClient = port; },
+                .launchProgram = {},
+                .now = [this] { return mNow; },
+                .wakeAt = [this](std::optional<DaemonOutlets::Time> time) { mWakeTime = time; }};
+    mSettings = std::make_unique<CurrentSettings>(*mStore, mOutlets, SettingsDocument::minimal(),
+                                                  [](const QVariantMap &document) { return document; });
+    mKeyboard = std::make_unique<VirtualKeyboard>(KeyClock{.now = [this] { return mNow; }});
+    mCurrentKeyboard = std::make_unique<CurrentKeyboard>();
+    mOnTheFly = std::make_unique<OnTheFlySession>(*mSettings, *mCurrentKeyboard, mOutlets);
+    mSession = std::make_unique<CaptureSession>(*mCurrentKeyboard, *mOnTheFly, mOutlets);
+    connect(mCurrentKeyboard.get(), &CurrentKeyboard::keyChanged, this,
+            [this](HidUsage key, bool isDown, KeyPath::Time time) { mSession->keyChanged(key, isDown, time); });
+    connect(mCurrentKeyboard.get(), &CurrentKeyboard::keyCaptured, this,
+            [this](HidUsage key, quint8 modifiers) { mSession->keyCaptured(key, modifiers); });
+    mCurrentKeyboard->use(*mKeyboard, mSettings->document());
+}
+
+void CaptureSessionTest::cleanup()
+{
+    mSession.reset();
+    mOnTheFly.reset();
+    mCurrentKeyboard.reset();
+    mKeyboard.reset();
+    mSettings.reset();
+    mStore.reset();
+    mTemporary.reset();
+    mNow = 0us;
+    mWakeTime.reset();
+    mWatchedClient.clear();
+    mNotifications.clear();
+    mKindsWhenPosted.clear();
+}
+
+void CaptureSessionTest::startCapture(const QString &port, Kind kind)
+{
+    if (kind == Kind::macroRecording)
+        mSession->startRecording(port, target);
+    else
+        mSession->startKeyCapture(port, kind);
+}
+
+bool CaptureSessionTest::hasComputerTheKeys()
+{
+    bool isSent = false;
+    const auto connection = connect(mKeyboard.get(), &VirtualKeyboard::sent, this, [&isSent] { isSent = true; });
+    (void)mKeyboard->press(HidUsage::keyboardPage, keyB);
+    (void)mKeyboard->release(HidUsage::keyboardPage, keyB);
+    disconnect(connection);
+    return isSent;
+}
+
+void CaptureSessionTest::awaitOnTheFlyKey()
+{
+    mSession->macroKeyPressed();
+    type(keyA);
+    mSession->macroKeyPressed();
+}
+
+void CaptureSessionTest::computerHasTheKeysAtFirst()
+{
+    QCOMPARE(mSession->capture().kind(), Kind::none);
+    QVERIFY(!mSession->capture().client());
+    QVERIFY(hasComputerTheKeys());
+    mSession->clientVanished(client);
+    mSession->clientVanished(QString());
+    QVERIFY(hasComputerTheKeys());
+    QVERIFY(mNotifications.isEmpty());
+}
+
+void CaptureSessionTest::clientHasTheKeysUntilTheyAreReleased_data()
+{
+    QTest::addColumn<Kind>("kind");
+    QTest::addColumn<bool>("isVanished");
+    QTest::addColumn<QStringList>("notifications"); // of a key that is typed
+    const QString lines = u"MacroSequence271"_s;
+    for (const bool isVanished : {false, true}) {
+        const char *end = isVanished ? "vanished" : "released";
+        QTest::addRow("recording, %s", end) << Kind::macroRecording << isVanished << QStringList{lines, lines};
+        QTest::addRow("single key, %s", end) << Kind::singleKey << isVanished << QStringList{u"SingleKeyEvent271"_s};
+        QTest::addRow("event, %s", end) << Kind::editedEvent << isVanished << QStringList{u"SingleKeyEvent1048"_s};
+    }
+}
+
+void CaptureSessionTest::clientHasTheKeysUntilTheyAreReleased()
+{
+    QFETCH(Kind, kind);
+    QFETCH(bool, isVanished);
+    startCapture(client, kind);
+    QCOMPARE(mSession->capture().kind(), kind);
+    QCOMPARE(mSession->capture().client(), std::optional(client));
+    QCOMPARE(mWatchedClient, client);
+    QVERIFY(!hasComputerTheKeys());
+    QTEST(mNotifications, "notifications");
+    isVanished ? mSession->clientVanished(client) : mSession->release("the test releases them");
+    QCOMPARE(mSession->capture().kind(), Kind::none);
+    QVERIFY(!mSession->capture().client());
+    QVERIFY(mWatchedClient.isEmpty());
+    QVERIFY(hasComputerTheKeys());
+    QTEST(mNotifications, "notifications");
+}
+
+void CaptureSessionTest::clientTakesTheKeysFromAnother()
+{
+    mSession->startKeyCapture(client, Kind::singleKey);
+    mSession->startKeyCapture(another, Kind::singleKey);
+    QCOMPARE(mWatchedClient, another);
+    mSession->clientVanished(client);
+    QVERIFY(!hasComputerTheKeys());
+    mSession->clientVanished(another);
+    QVERIFY(hasComputerTheKeys());
+}
+
+void CaptureSessionTest::otherClientThatVanishesEndsNothing()
+{
+    mSession->startKeyCapture(client, Kind::editedEvent);
+    mSession->clientVanished(another);
+    mSession->clientVanished(QString());
+    QCOMPARE(mSession->capture().client(), std::optional(client));
+    QCOMPARE(mWatchedClient, client);
+    QVERIFY(!hasComputerTheKeys());
+}
+
+void CaptureSessionTest::onTheFlyKeyIsAwaitedForNoClient()
+{
+    awaitOnTheFlyKey();
+    QCOMPARE(mSession->capture().kind(), Kind::onTheFlyKey);
+    QVERIFY(!mSession->capture().client());
+    QVERIFY(mWatchedClient.isEmpty());
+    // No client ends it, not even one without a name.
+    mSession->clientVanished(client);
+    mSession->clientVanished(QString());
+    mSession->release("a client releases the keys");
+    QCOMPARE(mSession->capture().kind(), Kind::onTheFlyKey);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
+    QVERIFY(!hasComputerTheKeys()); // this key plays the macro now
+    QCOMPARE(mSession->capture().kind(), Kind::none);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
+    QCOMPARE(macroCount(), 1);
+    QCOMPARE(mNotifications, QStringList({u"Saved New OTFM 271"_s, u"Profile Updated 271"_s}));
+    QCOMPARE(mKindsWhenPosted, QList<Kind>({Kind::none, Kind::none})); // the computer has the keys by then
+    QVERIFY(hasComputerTheKeys());
+}
+
+void CaptureSessionTest::recordingOnTheFlyCapturesNothing()
+{
+    mSession->macroKeyPressed();
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::recording);
+    QCOMPARE(mSession->capture().kind(), Kind::none);
+    QVERIFY(hasComputerTheKeys());
+    mSession->release("a client releases the keys");
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::recording);
+    type(keyA);
+    press(keyEscape);
+    QVERIFY(!mWakeTime.has_value()); // held, it ends no recording on the keyboard
+    release(keyEscape);
+    mSession->macroKeyPressed();
+    QCOMPARE(mOnTheFly->events().size(), 6); // also the keys after the release
+    QVERIFY(mNotifications.isEmpty());
+}
+
+void CaptureSessionTest::clientEndsAMacroRecordedOnTheKeyboard()
+{
+    awaitOnTheFlyKey();
+    mSession->startKeyCapture(client, Kind::singleKey);
+    QCOMPARE(mOnTheFly->state(), OnTheFlyState::off);
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
+    type(keyA);
+    QCOMPARE(mNotifications, QStringList{u"SingleKeyEvent271"_s});
+    QCOMPARE(macroCount(), 0);
+}
+
+void CaptureSessionTest::macroKeyDoesNothingWhileAClientHasTheKeys()
+{
+    mSession->startRecording(client, target);
+    mSession->macroKeyPressed();
+    QCOMPARE(mOnTheFly->state(), OnTheFlyState::off);
+    QCOMPARE(mSession->capture().kind(), Kind::macroRecording);
+}
+
+void CaptureSessionTest::endTakesTheKeysFromEverything()
+{
+    mSession->startKeyCapture(client, Kind::singleKey);
+    mSession->end("the test ends it");
+    QVERIFY(mWatchedClient.isEmpty());
+    QVERIFY(hasComputerTheKeys());
+    awaitOnTheFlyKey();
+    mSession->end("the test ends it");
+    QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
+    QVERIFY(hasComputerTheKeys());
+    QCOMPARE(macroCount(), 0);
+}
+
+void CaptureSessionTest::recordingEndsWithItsCapture()
+{
+    mSession->startRecording(client, target);
+    press(keyA);
+    QVERIFY(!mSession->recorder().recorded(target.macroId));
+    mNow += 30ms;
+    mSession->startKeyCapture(client, Kind::singleKey);
+    const std::optional<QVariantList> events = mSession->recorder().recorded(target.macroId);
+    QVERIFY(events.has_value());
+    // The key that is still down ends with the recording.
+    QCOMPARE(*events, (QVariantList{MacroRecord::eventRecord({MacroRecord::keyDown, 0, HidUsage::keyboardPage, keyA}),
+                                    MacroRecord::eventRecord({MacroRecord::keyUp, 30, HidUsage::keyboardPage, keyA})}));
+    mSession->release("the test releases them");
+    QVERIFY(mSession->recorder().recorded(target.macroId).has_value());
+}
+
+void CaptureSessionTest::newRecordingReplacesTheOneBefore()
+{
+    mSession->startRecording(client, target);
+    type(keyA);
+    mSession->startRecording(another, {.macroId = 8, .capacity = 100});
+    mSession->release("the test releases them");
+    QVERIFY(!mSession->recorder().recorded(target.macroId));
+    QCOMPARE(mSession->recorder().recorded(8), std::optional(QVariantList()));
+}
+
+void CaptureSessionTest::newCaptureForgetsTheEscapeBefore()
+{
+    mSession->startKeyCapture(client, Kind::singleKey);
+    press(keyEscape);
+    QCOMPARE(mWakeTime, std::optional<std::chrono::microseconds>(1s));
+    mSession->startKeyCapture(client, Kind::editedEvent);
+    QVERIFY(!mWakeTime.has_value());
+    mNow = 1s;
+    mSession->wake();
+    QCOMPARE(mSession->capture().kind(), Kind::editedEvent);
+    release(keyEscape);
+    press(keyEscape);
+    mNow = 2s;
+    mSession->wake();
+    QCOMPARE(mSession->capture().kind(), Kind::none);
+    QVERIFY(mWatchedClient.isEmpty());
+}
+
+void CaptureSessionTest::newCaptureForgetsTheKeysBefore()
+{
+    mSession->startKeyCapture(client, Kind::singleKey);
+    type(keyA);
+    type(keyB);
+    mSession->startKeyCapture(client, Kind::singleKey);
+    press(keyEscape);
+    mNotifications.clear();
+    mNow = 1s;
+    mSession->wake();
+    QVERIFY(mNotifications.isEmpty()); // there is no key before Escape to post again
+    QCOMPARE(mSession->capture().kind(), Kind::none);
+}
+
+void CaptureSessionTest::wakeThatComesEarlyEndsNothing()
+{
+    mSession->wake();
+    mSession->startKeyCapture(client, Kind::singleKey);
+    mSession->wake();
+    press(keyEscape);
+    mNow = 999ms;
+    mSession->wake();
+    QCOMPARE(mSession->capture().kind(), Kind::singleKey);
+    QCOMPARE(mWatchedClient, client);
+}
+
+QTEST_GUILESS_MAIN(CaptureSessionTest)
+#include "capturesessiontest.moc"
