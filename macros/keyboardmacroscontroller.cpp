@@ -16,6 +16,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMenu>
 #include <QPalette>
 #include <QPushButton>
 
@@ -213,6 +214,18 @@ void KeyboardMacrosController::updateEventButtons()
     mSettingsMacroDetails->setEnabled(isIdle);
     mDeleteMacroDetails->setEnabled(isIdle && eventRow() >= 0);
     mRecordMacroDetails->setEnabled(mHasDeviceConnected && !isRenaming);
+    explainEdit();
+}
+
+/// The tool tip of "Edit" says why the command is off where nothing else does.
+void KeyboardMacrosController::explainEdit()
+{
+    QAction *edit = mSettingsMacroDetails->itemWithTag(MacroCommands::edit);
+    if (!edit)
+        return; // the menus are not built yet
+    const bool isOutOfReach = eventRow() >= 0 && !MacroCommands::isEditableRow(eventRow());
+    edit->setToolTip(isOutOfReach ? localizedText("lkeyEditTooFarTip") : QString());
+    mSettingsMacroDetails->menu()->setToolTipsVisible(isOutOfReach);
 }
 
 /// The event list is off while it is recorded into, but that is when it is read.

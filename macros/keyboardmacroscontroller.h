@@ -156,6 +156,7 @@ private:
     void updatePlaceholders();
     void updateLineColor();
     void updateEventButtons();
+    void explainEdit();
     void enableDeleteEventBySelection();
     void setRecordButton(bool readsStop);
     void startRecording();

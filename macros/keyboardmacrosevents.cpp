@@ -100,7 +100,7 @@ void KeyboardMacrosController::removeAllDelays()
 void KeyboardMacrosController::editSelectedEvent()
 {
     const int row = eventRow();
-    if (row < 0)
+    if (!MacroCommands::isEditableRow(row))
         return;
     if (row % 2 == 1)
         openDelaySheet();
@@ -192,7 +192,7 @@ void KeyboardMacrosController::clickMacroEventCancel(QObject *)
 
 void KeyboardMacrosController::storeCapturedKey(int page)
 {
-    if (!mMacroDelegate)
+    if (!mMacroDelegate || eventRow() > MacroCommands::lastEditableEventRow)
         return;
     mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
     if (mSequenceDict.isEmpty() || mMacroEventEditHIDCode == 0)

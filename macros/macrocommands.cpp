@@ -22,6 +22,11 @@ const QList<MenuCommand> &ofEventList()
     return commands;
 }
 
+bool isEditableRow(int row)
+{
+    return row >= 0 && (row % 2 == 1 || row <= lastEditableEventRow);
+}
+
 bool isEnabledForList(int tag, bool isMacroSelected)
 {
     return isMacroSelected || tag == newMacro || tag == importMacro;
@@ -33,6 +38,8 @@ bool isEnabledInEventGearMenu(int tag, const EventListState &state)
         return tag == record;
     if (state.selectedRow < 0)
         return tag == record || tag == deleteAllEvents || tag == noDelay;
+    if (tag == edit)
+        return isEditableRow(state.selectedRow);
     return tag != copyDelay || state.selectedRow % 2 == 1;
 }
 

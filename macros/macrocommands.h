@@ -19,6 +19,12 @@ struct EventListState
     int selectedRow = -1; ///< -1 for none; even rows are events, odd rows are delays
 };
 
+/// The requests that read and replace an event name its row in one byte. A row above would name another event.
+inline constexpr int lastEditableEventRow = 255;
+
+/// Whether the event or the delay in this row can be edited. Delays can in every row: their request has a whole number.
+[[nodiscard]] bool isEditableRow(int row);
+
 [[nodiscard]] const QList<MenuCommand> &ofList();
 [[nodiscard]] const QList<MenuCommand> &ofEventList();
 

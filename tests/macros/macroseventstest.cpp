@@ -31,6 +31,7 @@ private Q_SLOTS:
     void delaySheetSetsTheDelay();
     void delaySheetCancelSendsNothing();
     void eventSheetStoresTheCapturedKey();
+    void eventsBeyondTheReachOfTheirRequestsAreNotEdited();
     void eventSheetWithoutAKeyStoresNothing();
     void eventSheetCancelStoresNothing();
     void capturedKeyIsShown_data();
@@ -219,6 +220,40 @@ void MacrosEventsTest::eventSheetStoresTheCapturedKey()
     QVERIFY(!mController->recordButtonReadsStop());
     for (const QString &name : tableButtons + tables)
         QVERIFY2(outlet(name)->isEnabled(), qPrintable(name));
+}
+
+void MacrosEventsTest::eventsBeyondTheReachOfTheirRequestsAreNotEdited()
+{
+    for (int row = 5; row < 300; ++row)
+        mDelegate->lines.append(u"line %1"_s.arg(row));
+    fill({u"A"_s}, 0);
+    auto *button = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
+    const QAction *edit = button->itemWithTag(MacroCommands::edit);
+    events()->selectRow(254);
+    button->validateItems();
+    QVERIFY(edit->isEnabled());
+    QVERIFY(!edit->toolTip().contains(u"256"));
+    QVERIFY(!button->menu()->toolTipsVisible());
+    events()->selectRow(256);
+    button->validateItems();
+    QVERIFY(!edit->isEnabled());
+    QVERIFY(edit->toolTip().contains(u"256"));
+    QVERIFY(button->menu()->toolTipsVisible());
+    events()->scrollRowToVisible(256);
+    events()->setFocus();
+    mDelegate->calls.clear();
+    QTest::keyClick(events(), Qt::Key_Return);
+    QTest::mouseDClick(events()->viewport(), Qt::LeftButton, {},
+                       events()->visualRect(events()->model()->index(256, 0)).center());
+    const auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
+    QVERIFY(!sheet || !sheet->isVisible());
+    QCOMPARE(mDelegate->calls, QStringList());
+    // A delay is named by a whole number.
+    events()->selectRow(257);
+    button->validateItems();
+    editRow(257);
+    sheet = outlet<Sheet>(u"mEditDelayWindow"_s);
+    QVERIFY(sheet && sheet->isVisible());
 }
 
 void MacrosEventsTest::eventSheetWithoutAKeyStoresNothing()
