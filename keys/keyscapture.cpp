@@ -32,6 +32,7 @@ void KeyboardKeysController::openSingleKeySheet()
     mSingleKeyInput->clear();
     mSingleKeyInput->setFocus();
     mSingleKeyOK->setDefault(false);
+    mSingleKeyOK->setEnabled(false); // until a key is captured: without one, OK would make the assigned key do nothing
     mSingleKeyWindow->beginSheet(mKeysWindow, [this](int returnCode) {
         sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
     });
@@ -51,6 +52,7 @@ void KeyboardKeysController::singleKeyEvents(const DistributedNotification &noti
     mSingleKeyModifierCode = PlistNumbers::integerValue(notification.userInfo.value(DaemonProtocol::singleKeyModifier));
     mSingleKeyInput->clear();
     mSingleKeyInput->setText(eventParser::getStringWithHIDWithModifier(mSingleKeyHIDCode, mSingleKeyModifierCode));
+    mSingleKeyOK->setEnabled(true);
     mSingleKeyOK->setDefault(true);
 }
 
@@ -75,7 +77,8 @@ void KeyboardKeysController::clickSingleKeyCancel(QObject *)
 
 void KeyboardKeysController::sheetDidEndReturnCodeContextInfo(Sheet *, int, void *)
 {
-    // Deliberate: no check that a key was captured. OK before any capture writes the last captured key, at first 0.
+    // Deliberate: no check that a key was captured, since the button is off until then. Without one, the last captured
+    // key is written, at first 0.
     if (!mIsCancelSingleKey)
         updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::singleKey), mSingleKeyHIDCode,
                                                          mSingleKeyModifierCode);

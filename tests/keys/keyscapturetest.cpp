@@ -54,6 +54,7 @@ private Q_SLOTS:
     void capturedKeyIsShown();
     void okWritesTheLastCapturedKey();
     void okBeforeAnyCaptureWritesZeroes();
+    void okIsOffUntilAKeyIsCaptured();
     void okBeforeACaptureWritesTheOneBefore();
     void cancelWritesNothingAndRestoresThePopUp();
     void escapeCancels();
@@ -153,8 +154,25 @@ void KeysCaptureTest::okWritesTheLastCapturedKey()
 void KeysCaptureTest::okBeforeAnyCaptureWritesZeroes()
 {
     const auto tab = tabWithSheet();
-    tab->find<QPushButton>("mSingleKeyOK")->click();
+    tab->controller->clickSingleKeyOK(nullptr);
     QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 0, 0));
+}
+
+void KeysCaptureTest::okIsOffUntilAKeyIsCaptured()
+{
+    const auto tab = tabWithSheet();
+    auto *ok = tab->find<QPushButton>("mSingleKeyOK");
+    // The second round is a sheet that is opened again after one that had captured something.
+    for (int round = 0; round < 2; ++round) {
+        QVERIFY(!ok->isEnabled());
+        ok->click();
+        QVERIFY(tab->find<Sheet>("mSingleKeyWindow")->isUp());
+        QVERIFY(tab->delegate.sent.isEmpty());
+        tab->controller->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 5}}});
+        QVERIFY(ok->isEnabled());
+        tab->find<QPushButton>("mSingleKeyCancel")->click();
+        tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
+    }
 }
 
 void KeysCaptureTest::okBeforeACaptureWritesTheOneBefore()
@@ -165,7 +183,7 @@ void KeysCaptureTest::okBeforeACaptureWritesTheOneBefore()
     tab->find<QPushButton>("mSingleKeyCancel")->click();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
     QVERIFY(tab->find<QLineEdit>("mSingleKeyInput")->text().isEmpty());
-    tab->find<QPushButton>("mSingleKeyOK")->click();
+    tab->controller->clickSingleKeyOK(nullptr);
     QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 9, 1));
 }
 
@@ -235,13 +253,14 @@ void KeysCaptureTest::buttonsAreReachedByTabAndPressedBySpace()
     const auto tab = tabWithSheet();
     QVERIFY(QTest::qWaitForWindowActive(tab->find<Sheet>("mSingleKeyWindow")));
     QTRY_COMPARE(QApplication::focusWidget(), tab->find<QLineEdit>("mSingleKeyInput"));
+    tab->controller->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 5}}});
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget(), tab->find<QPushButton>("mSingleKeyCancel"));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget(), tab->find<QPushButton>("mSingleKeyOK"));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
     QVERIFY(!tab->find<Sheet>("mSingleKeyWindow")->isUp());
-    QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 0, 0));
+    QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 5, 0));
 }
 
 void KeysCaptureTest::oddUserInformationReadsAsZero()
