@@ -25,9 +25,14 @@ quint32 countOf(qint32 mappingType, const QVariantList &profilesAfterDeletion, c
 {
     if (mappingType == static_cast<qint32>(KeyMappings::Assignment::switchProfile))
         return static_cast<quint32>(profilesAfterDeletion.size());
-    if (mappingType == static_cast<qint32>(KeyMappings::Assignment::playMacro))
-        return static_cast<quint32>(macrosBeforeDeletion.size());
-    return 0;
+    return static_cast<quint32>(macrosBeforeDeletion.size());
+}
+
+/// Entries of every other assignment refer to no macro and to no profile.
+bool isRepairable(qint32 mappingType)
+{
+    return mappingType == static_cast<qint32>(KeyMappings::Assignment::switchProfile)
+           || mappingType == static_cast<qint32>(KeyMappings::Assignment::playMacro);
 }
 
 } // namespace
@@ -37,6 +42,8 @@ std::optional<QVariantList> KeyMappings::removeDeletedMacroProfileMappings(const
                                                                            const QVariantMap &defaultDict,
                                                                            qint32 deletedIndex, qint32 mappingType)
 {
+    if (!isRepairable(mappingType))
+        return {};
     const quint32 count = countOf(mappingType, profilesAfterDeletion, macrosBeforeDeletion);
     const QVariantMap replacements = replacementEntries(defaultDict);
     // Deliberate: entries behind the deleted index keep it, nothing is renumbered. And the comparison is unsigned: a

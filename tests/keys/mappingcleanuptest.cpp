@@ -109,7 +109,8 @@ void MappingCleanupTest::changesNothingForOtherTypes_data()
 void MappingCleanupTest::changesNothingForOtherTypes()
 {
     QFETCH(int, type);
-    const QVariantList profiles{profileWith({{u"4"_s, entry(10, 0)}, {u"5"_s, entry(17, 0)}})};
+    const QVariantList profiles{
+        profileWith({{u"4"_s, entry(10, 0)}, {u"5"_s, entry(17, 0)}, {u"6"_s, entry(type, 0)}})};
     QCOMPARE(repair(profiles, 1, 0, type), profiles);
 }
 
