@@ -27,6 +27,12 @@ QVariantMap ApplicationBinding::bound(QVariantMap appInfo, const QVariantMap &in
     return appInfo;
 }
 
+bool ApplicationBinding::namesAnApplication(const QVariantMap &appInfo)
+{
+    const auto has = [&appInfo](QLatin1StringView key) { return !appInfo.value(key).toString().isEmpty(); };
+    return has(SettingsKeys::application) || has(SettingsKeys::executable) || has(SettingsKeys::identifier);
+}
+
 QVariantMap ApplicationBinding::unbound(QVariantMap appInfo)
 {
     return bound(std::move(appInfo), {});

@@ -12,6 +12,10 @@ namespace ApplicationBinding {
 /// `appInfo` are kept.
 [[nodiscard]] QVariantMap bound(QVariantMap appInfo, const QVariantMap &information);
 
+/// Whether `appInfo` has a name, an executable or an identifier. Without all three, no window can be recognised as one
+/// of the application.
+[[nodiscard]] bool namesAnApplication(const QVariantMap &appInfo);
+
 /// `appInfo` without an application: all four texts "", other keys kept.
 [[nodiscard]] QVariantMap unbound(QVariantMap appInfo);
 

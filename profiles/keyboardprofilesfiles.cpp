@@ -109,9 +109,11 @@ void KeyboardProfilesController::bindApplication(const QString &path)
     const std::optional<QVariantMap> information = ApplicationInformation::read(path);
     if (!information)
         return;
-    mNeedsUpdate = false;
     const QVariantMap appInfo =
         ApplicationBinding::bound(selectedProfile().value(SettingsKeys::appInfo).toMap(), *information);
+    if (!ApplicationBinding::namesAnApplication(appInfo))
+        return;
+    mNeedsUpdate = false;
     if (mProfileDelegate)
         mProfileDelegate->updateProfileWithSettings(
             {{SettingsKeys::autoSwitchOn, 1}, {SettingsKeys::appInfo, appInfo}});

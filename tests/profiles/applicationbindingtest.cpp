@@ -54,6 +54,16 @@ private slots:
         QCOMPARE(ApplicationBinding::bound(before, information), bound);
     }
 
+    void anApplicationHasANameAnExecutableOrAnIdentifier()
+    {
+        using ApplicationBinding::namesAnApplication;
+        QVERIFY(namesAnApplication(texts(u"a"_s, u""_s, u""_s, u""_s)));
+        QVERIFY(namesAnApplication(texts(u""_s, u"a"_s, u""_s, u""_s)));
+        QVERIFY(namesAnApplication(texts(u""_s, u""_s, u"a"_s, u""_s)));
+        QVERIFY(!namesAnApplication(texts(u""_s, u""_s, u""_s, u"a"_s)));
+        QVERIFY(!namesAnApplication({}));
+    }
+
     void unbindingEmptiesTheTextsAndKeepsTheRest()
     {
         QVariantMap before = texts(u"a"_s, u"b"_s, u"c"_s, u"d"_s);

@@ -296,6 +296,16 @@ private slots:
         QCOMPARE(cell(u"application"_s), QVariant(u"racer"_s));
     }
 
+    void aBundleWithoutAnyInformationBindsNothing()
+    {
+        QVERIFY(QDir(mFolder->path()).mkpath(u"Racer.app/Contents"_s));
+        writeFile(mFolder->filePath(u"Racer.app/Contents/Info.plist"_s),
+                  *PropertyList::writeBinary(QVariantMap{{u"CFBundleSignature"_s, u"????"_s}}));
+        choose(ProfileCommands::assignApplication);
+        choosePath(u"Racer.app"_s);
+        QVERIFY(mDelegate->calls.isEmpty());
+    }
+
     void whatIsNoApplicationBindsNothing()
     {
         writeFile(mFolder->filePath(u"a.desktop"_s), "not an entry");
