@@ -15,6 +15,7 @@ from pathlib import Path
 
 CMAKE, BUILD_FOLDER = sys.argv.pop(1), sys.argv.pop(1)
 LIMIT_SECONDS = 20
+SOURCES = Path(__file__).resolve().parents[2]
 
 EXPECTED_FILES = """
 bin/QuillKestraDaemon
@@ -53,6 +54,13 @@ class Installation(unittest.TestCase):
 
     def test_every_file_is_there(self):
         self.assertEqual([name for name in EXPECTED_FILES if not (self.prefix / name).is_file()], [])
+
+    def test_the_factory_settings_are_those_of_the_sources(self):
+        # A run from the build folder changes the copy there, so that an installation must not take it.
+        installed = self.prefix / "share/quill-kestra/Kestra.plist"
+        self.assertEqual(installed.read_bytes(), (SOURCES / "resources/Kestra.plist").read_bytes())
+        rules = "".join(path.read_text() for path in Path(BUILD_FOLDER).rglob("cmake_install.cmake"))
+        self.assertIn('REGEX "/Kestra\\\\.plist$" EXCLUDE', rules)
 
     def test_nothing_of_the_build_folder_is_named(self):
         for path in self.prefix.rglob("*"):
