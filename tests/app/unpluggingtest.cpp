@@ -97,7 +97,11 @@ const std::array states{
               QTest::keyClick(popUp->popUpMenu(), Qt::Key_Right);
           }},
     State{"single-key sheet", keysTab,
-          [](const Hub &hub) { hub.find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger(); }},
+          [](const Hub &hub) {
+              hub.find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
+              // OK is off until a key was captured.
+              hub.controller->keysController()->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 5}}});
+          }},
     State{"panel for a program", keysTab,
           [](const Hub &hub) { hub.find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger(); }},
     State{"profile being renamed", profilesTab,
