@@ -124,6 +124,10 @@ void TableView::editColumnRow(int column, int row, bool selectText)
 {
     if (!isEnabled() || row < 0 || row >= numberOfRows() || column < 0 || column >= mModel->columnCount())
         return;
+    if (row != selectedRow()) {
+        abortEditing();
+        return;
+    }
     const QModelIndex cell = mModel->index(row, column);
     if (!mEditor || mEditedIndex != cell) {
         endEditing();

@@ -81,8 +81,10 @@ public:
     void selectRow(int row, bool extendingSelection = false);
     /// Notifies if a row was selected. Ends an edit.
     void deselectAll();
-    /// Opens the text of a cell for editing and makes it first responder; ends an edit elsewhere. The selection stays.
-    /// Does nothing for a row that does not exist, a cell that cannot be edited and a disabled table.
+    /// Opens the text of a cell in the selected row for editing and makes it first responder; ends an edit in another
+    /// cell of the row. Asked for a row that is not selected, it opens none and discards an open edit: what is written
+    /// then reaches the selected row's record, which is another one. Does nothing for a row that does not exist, a cell
+    /// that cannot be edited and a disabled table.
     void editColumnRow(int column, int row, bool selectText);
     void endEditing();
     void abortEditing();

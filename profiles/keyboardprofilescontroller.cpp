@@ -259,7 +259,8 @@ void KeyboardProfilesController::deleteProfile()
     if (profileCount() > 1 && mProfilesTableView->selectedRow() >= 0) {
         mNeedsUpdate = true;
         mNeedsProfileEditing = false;
-        // Opening another name ends a pending edit; the reload below ends this one.
+        // The user's own command writes a pending edit. The reload below ends the edit that opens here, if any.
+        mProfilesTableView->endEditing();
         editName(profileCount() - 1, false);
         if (mProfileDelegate)
             mProfileDelegate->deleteProfileWithProfileID(mProfilesTableView->selectedRow());

@@ -13,6 +13,7 @@
 #include "profiles/qltableview.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/testmain.h"
 
 #include <QAction>
@@ -91,6 +92,7 @@ private Q_SLOTS:
     void whatTheDaemonCannotHoldIsRefused_data();
     void whatTheDaemonCannotHoldIsRefused();
     void anApplicationIsBoundAndRemoved();
+    void aSwitchFromOutsideAfterAnAddChangesNoRecord();
 
 private:
     void startDaemon(const QVariantList &profiles);
@@ -464,6 +466,23 @@ void ProfilesEndToEndTest::anApplicationIsBoundAndRemoved()
     QCOMPARE(profile.value(SettingsKeys::autoSwitchOn), QVariant(false));
     QCOMPARE(profile.value(SettingsKeys::appInfo).toMap().value(SettingsKeys::application), QVariant(u""_s));
     QCOMPARE(table()->model()->index(1, 3).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+}
+
+void ProfilesEndToEndTest::aSwitchFromOutsideAfterAnAddChangesNoRecord()
+{
+    startDaemon({withKey(factoryProfile(u"Game"_s), u"4"_s, entry(20, 0)), factoryProfile(u"Work"_s)});
+    openWindow();
+    mHub->find<QPushButton>("mAddProfile")->click();
+    QTRY_COMPARE(table()->selectedRow(), 2);
+    const QVariantList before = storedProfiles();
+    QCOMPARE(before.size(), 3);
+    // The name of the added profile is open, with nothing typed into it.
+    QCOMPARE(runKestractl({u"profile"_s, u"switch"_s, u"Game"_s}).exitCode, 0);
+    QTRY_COMPARE(table()->selectedRow(), 0);
+    QCOMPARE(table()->editedRow(), -1);
+    mHub->window->findChild<QTabWidget *>()->setCurrentIndex(0);
+    QCoreApplication::processEvents();
+    QCOMPARE(storedProfiles(), before);
 }
 
 QTEST_MAIN(ProfilesEndToEndTest)

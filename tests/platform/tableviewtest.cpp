@@ -93,6 +93,7 @@ private Q_SLOTS:
     void editingOpensTheNamedCell_data();
     void editingOpensTheNamedCell();
     void editingKeepsTheSelection();
+    void aRowThatIsNotSelectedIsNotEdited();
     void cellsThatCannotBeEditedAreNotOpened();
     void disabledTableOpensNoEditor();
     void returnWritesTheText();
@@ -289,6 +290,7 @@ void TableViewTest::editingOpensTheNamedCell()
     QFETCH(QString, selectedText);
     const QSignalSpy changes(mTable, &TableView::editedRowChanged);
     QCOMPARE(mTable->editedRow(), -1);
+    mTable->selectRow(2);
     mTable->editColumnRow(nameColumn, 2, selectsText);
     QCOMPARE(mTable->editedRow(), 2);
     QCOMPARE(changes.size(), 1);
@@ -301,13 +303,32 @@ void TableViewTest::editingOpensTheNamedCell()
 void TableViewTest::editingKeepsTheSelection()
 {
     mTable->selectRow(0);
-    mTable->editColumnRow(nameColumn, 2, true);
+    mTable->editColumnRow(nameColumn, 0, true);
     QCOMPARE(mTable->selectedRow(), 0);
     QCOMPARE(mSource->selections, QList<int>{0});
 }
 
+void TableViewTest::aRowThatIsNotSelectedIsNotEdited()
+{
+    mTable->editColumnRow(nameColumn, 2, true);
+    QCOMPARE(mTable->editedRow(), -1);
+    mTable->selectRow(0);
+    mTable->editColumnRow(nameColumn, 2, true);
+    QCOMPARE(mTable->editedRow(), -1);
+    QVERIFY(!editor());
+    QCOMPARE(mTable->selectedRow(), 0);
+    // An edit that is open in the selected row is discarded.
+    mTable->editColumnRow(nameColumn, 0, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mTable->editColumnRow(nameColumn, 2, true);
+    QCOMPARE(mTable->editedRow(), -1);
+    QTRY_VERIFY(!editor());
+    QVERIFY(mSource->edits.isEmpty());
+}
+
 void TableViewTest::cellsThatCannotBeEditedAreNotOpened()
 {
+    mTable->selectRow(0);
     mTable->editColumnRow(fixedColumn, 0, true);
     mTable->editColumnRow(switchColumn, 0, true);
     mTable->editColumnRow(nameColumn, 3, true);
@@ -319,6 +340,7 @@ void TableViewTest::cellsThatCannotBeEditedAreNotOpened()
 
 void TableViewTest::disabledTableOpensNoEditor()
 {
+    mTable->selectRow(0);
     mTable->setEnabled(false);
     mTable->editColumnRow(nameColumn, 0, true);
     QCOMPARE(mTable->editedRow(), -1);
@@ -326,6 +348,7 @@ void TableViewTest::disabledTableOpensNoEditor()
 
 void TableViewTest::returnWritesTheText()
 {
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
     QTest::keyClick(editor(), Qt::Key_Return);
@@ -339,6 +362,7 @@ void TableViewTest::returnWritesTheText()
 
 void TableViewTest::returnWritesAnUnchangedTextToo()
 {
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClick(editor(), Qt::Key_Return);
     QTRY_COMPARE(mSource->edits.size(), 1);
@@ -347,6 +371,7 @@ void TableViewTest::returnWritesAnUnchangedTextToo()
 
 void TableViewTest::escapeWritesNothing()
 {
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
     QTest::keyClick(editor(), Qt::Key_Escape);
@@ -357,6 +382,7 @@ void TableViewTest::escapeWritesNothing()
 
 void TableViewTest::losingTheFocusWritesTheText()
 {
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
     mOther->setFocus();
@@ -378,10 +404,12 @@ void TableViewTest::tabEndsTheEditWithoutSelectingAnotherRow()
 
 void TableViewTest::endingByCallWritesOnlyAChangedText()
 {
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     mTable->endEditing();
     QVERIFY(mSource->edits.isEmpty());
     QCOMPARE(mTable->editedRow(), -1);
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
     mTable->endEditing();
@@ -391,8 +419,10 @@ void TableViewTest::endingByCallWritesOnlyAChangedText()
 
 void TableViewTest::editingAnotherCellEndsTheFirstEdit()
 {
+    mTable->selectRow(0);
     mTable->editColumnRow(nameColumn, 0, true);
     QTest::keyClicks(editor(), u"New"_s);
+    mTable->selectRow(2);
     mTable->editColumnRow(nameColumn, 2, false);
     QCOMPARE(mSource->edits.size(), 1);
     QCOMPARE(mSource->edits.first().row, 0);
@@ -411,6 +441,7 @@ void TableViewTest::deselectingEndsAnEdit()
 
 void TableViewTest::disablingWritesNothing()
 {
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
     mTable->setEnabled(false);
@@ -421,6 +452,7 @@ void TableViewTest::disablingWritesNothing()
 
 void TableViewTest::abortingWritesNothing()
 {
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
     mTable->abortEditing();
@@ -455,6 +487,7 @@ void TableViewTest::toolTipsShowTheTextAsItStands()
 
 void TableViewTest::reloadingKeepsAnOpenEditAndItsText()
 {
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
     mSource->names.append(u"Delta"_s);
@@ -465,6 +498,7 @@ void TableViewTest::reloadingKeepsAnOpenEditAndItsText()
 
 void TableViewTest::reloadingEndsAnEditWhoseRowIsGone()
 {
+    mTable->selectRow(2);
     mTable->editColumnRow(nameColumn, 2, true);
     QTest::keyClicks(editor(), u"New"_s);
     mSource->names.removeLast();
@@ -472,6 +506,7 @@ void TableViewTest::reloadingEndsAnEditWhoseRowIsGone()
     QCOMPARE(mTable->editedRow(), -1);
     QTRY_VERIFY(!editor());
     QVERIFY(mSource->edits.isEmpty());
+    mTable->selectRow(0);
     mTable->editColumnRow(nameColumn, 0, true);
     QCOMPARE(mTable->editedRow(), 0);
 }
@@ -485,6 +520,7 @@ void TableViewTest::anEditIsWrittenOnceThoughWritingRefreshes()
         mTable->selectRow(0);
         mTable->endEditing();
     };
+    mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
     QTest::keyClick(editor(), Qt::Key_Return);

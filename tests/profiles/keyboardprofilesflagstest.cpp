@@ -36,6 +36,7 @@ private Q_SLOTS:
     void deleteFromTheMenuReselectsOnceAfterARename();
     void refreshesDuringAnAddSelectNothingElse();
     void deleteWritesAnotherNameThatIsBeingEdited();
+    void deleteOpensTheLastNameMeanwhileAndFetchesTheTable_data();
     void deleteOpensTheLastNameMeanwhileAndFetchesTheTable();
     void aRefreshSelectsAnewAndSoEndsAnEdit();
     void aRefreshSetsTheAddButtonWithoutASelectionToo();
@@ -235,11 +236,21 @@ void KeyboardProfilesFlagsTest::deleteWritesAnotherNameThatIsBeingEdited()
     QCOMPARE(table()->editedRow(), -1);
 }
 
+void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTable_data()
+{
+    QTest::addColumn<int>("active");
+    QTest::addColumn<int>("opened");
+    QTest::newRow("the last one is deleted") << 2 << 2;
+    QTest::newRow("another one is deleted") << 1 << -1; // no name but that of the selected row is opened
+}
+
 void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTable()
 {
-    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    QFETCH(int, active);
+    QFETCH(int, opened);
+    fill({u"A"_s, u"B"_s, u"C"_s}, active);
     mDelegate->answers = false;
-    int edited = -1;
+    int edited = -2;
     QString selectedText = u"none"_s;
     mDelegate->duringDelete = [&] {
         edited = table()->editedRow();
@@ -247,7 +258,7 @@ void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTabl
     };
     QSignalSpy fetched(table()->model(), &QAbstractItemModel::dataChanged);
     mController->deleteProfile();
-    QCOMPARE(edited, 2);
+    QCOMPARE(edited, opened);
     QCOMPARE(selectedText, QString());
     QCOMPARE(fetched.count(), 1);
 }

@@ -45,6 +45,8 @@ private Q_SLOTS:
     void emptyAndOtherValuesRenameNothing_data();
     void emptyAndOtherValuesRenameNothing();
     void switchingForgetsTheNameToEdit();
+    void anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data();
+    void anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord();
 };
 
 void KeyboardProfilesNamesTest::namesAreMadeUnique()
@@ -303,12 +305,39 @@ void KeyboardProfilesNamesTest::switchingForgetsTheNameToEdit()
     fill({u"A"_s, u"B"_s});
     outlet<QPushButton>("mAddProfile")->click();
     table()->abortEditing();
+    mDelegate->active = 2;
     mDelegate->refresh();
     QCOMPARE(table()->editedRow(), 2);
     table()->abortEditing();
     table()->selectRow(1);
+    mDelegate->active = 2;
     mDelegate->refresh();
     QCOMPARE(table()->editedRow(), -1);
+}
+
+void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data()
+{
+    QTest::addColumn<bool>("isRowChosen");
+    QTest::newRow("a row is active") << true;
+    QTest::newRow("no row is active") << false;
+}
+
+// The name that waits to be edited is the last row's. Written while another row is selected, it would carry the last
+// row's whole record to the selected one.
+void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord()
+{
+    QFETCH(bool, isRowChosen);
+    fill({u"Game"_s, u"B"_s});
+    outlet<QPushButton>("mAddProfile")->click();
+    mDelegate->calls.clear();
+    mDelegate->active = isRowChosen ? 0 : 25;
+    table()->deselectAll();
+    mDelegate->refresh();
+    QCOMPARE(table()->editedRow(), -1);
+    QVERIFY(!editor());
+    outlet<QPushButton>("mAddProfile")->setFocus();
+    QVERIFY(!mDelegate->operations().contains(u"rename"_s));
+    QCOMPARE(mController->allProfilesArray().first(), QVariant(profileNamed(u"Game"_s)));
 }
 
 QTEST_MAIN(KeyboardProfilesNamesTest)
