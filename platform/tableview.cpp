@@ -283,7 +283,9 @@ bool TableView::takeEdit(const QLineEdit *editor)
 {
     if (editor != mEditor)
         return false;
-    const bool isWritten = isEnabled() && (!mIsEndingEditByCall || editor->isModified());
+    // When the program has selected another row meanwhile, the text would reach that row's record.
+    const bool isOfSelectedRow = mEditedIndex.isValid() && mEditedIndex.row() == selectedRow();
+    const bool isWritten = isEnabled() && isOfSelectedRow && (!mIsEndingEditByCall || editor->isModified());
     // Cleared first: writing may fetch the table anew or start another edit.
     setEditor(nullptr);
     return isWritten;

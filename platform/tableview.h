@@ -77,7 +77,7 @@ public:
     /// Fetches everything anew. The selection and an open edit stay where their row still exists; no notification.
     void reloadData();
     /// Selects `row` and notifies if that changed anything. A row that does not exist is ignored. With one row at most
-    /// selected, extending the selection replaces it.
+    /// selected, extending the selection replaces it. Discards an edit that is open in another row.
     void selectRow(int row, bool extendingSelection = false);
     /// Notifies if a row was selected. Ends an edit.
     void deselectAll();

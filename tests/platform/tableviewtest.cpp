@@ -100,9 +100,11 @@ private Q_SLOTS:
     void returnWritesAnUnchangedTextToo();
     void escapeWritesNothing();
     void losingTheFocusWritesTheText();
+    void selectingAnotherRowByCallDiscardsTheEdit();
+    void clickingAnotherRowWritesTheText();
     void tabEndsTheEditWithoutSelectingAnotherRow();
     void endingByCallWritesOnlyAChangedText();
-    void editingAnotherCellEndsTheFirstEdit();
+    void editingAnotherRowDiscardsTheFirstEdit();
     void deselectingEndsAnEdit();
     void disablingWritesNothing();
     void abortingWritesNothing();
@@ -391,6 +393,31 @@ void TableViewTest::losingTheFocusWritesTheText()
     QCOMPARE(mTable->editedRow(), -1);
 }
 
+void TableViewTest::selectingAnotherRowByCallDiscardsTheEdit()
+{
+    mTable->selectRow(1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    mTable->selectRow(0);
+    QCOMPARE(mTable->editedRow(), -1);
+    QTRY_VERIFY(!editor());
+    QVERIFY(mSource->edits.isEmpty());
+}
+
+void TableViewTest::clickingAnotherRowWritesTheText()
+{
+    mTable->selectRow(1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, {},
+                      mTable->visualRect(mTable->model()->index(0, nameColumn)).center());
+    QTRY_VERIFY(!editor());
+    QCOMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().row, 1);
+    QCOMPARE(mSource->edits.first().value, QVariant(u"New"_s));
+    QCOMPARE(mTable->selectedRow(), 0);
+}
+
 void TableViewTest::tabEndsTheEditWithoutSelectingAnotherRow()
 {
     mTable->selectRow(0);
@@ -417,15 +444,14 @@ void TableViewTest::endingByCallWritesOnlyAChangedText()
     QCOMPARE(mSource->edits.first().value, QVariant(u"New"_s));
 }
 
-void TableViewTest::editingAnotherCellEndsTheFirstEdit()
+void TableViewTest::editingAnotherRowDiscardsTheFirstEdit()
 {
     mTable->selectRow(0);
     mTable->editColumnRow(nameColumn, 0, true);
     QTest::keyClicks(editor(), u"New"_s);
     mTable->selectRow(2);
     mTable->editColumnRow(nameColumn, 2, false);
-    QCOMPARE(mSource->edits.size(), 1);
-    QCOMPARE(mSource->edits.first().row, 0);
+    QVERIFY(mSource->edits.isEmpty());
     QCOMPARE(mTable->editedRow(), 2);
     QCOMPARE(editor()->text(), u"Gamma"_s);
 }
