@@ -70,6 +70,8 @@ void TableCellDelegate::initStyleOption(QStyleOptionViewItem *option, const QMod
 
 QWidget *TableCellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &index) const
 {
+    if (!mView->mayEdit(index.row()))
+        return nullptr;
     auto *editor = new QLineEdit(parent);
     editor->setObjectName("cellEditor"_L1);
     editor->setAutoFillBackground(true);
@@ -95,6 +97,14 @@ void TableCellDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
     auto *lineEdit = qobject_cast<QLineEdit *>(editor);
     if (lineEdit && mView->takeEdit(lineEdit))
         model->setData(index, lineEdit->text(), Qt::EditRole);
+}
+
+bool TableCellDelegate::eventFilter(QObject *editor, QEvent *event)
+{
+    // The base class would write the text, whatever the person does with the other window meanwhile.
+    if (event->type() == QEvent::FocusOut && static_cast<QFocusEvent *>(event)->reason() == Qt::ActiveWindowFocusReason)
+        mView->abortEditing();
+    return QStyledItemDelegate::eventFilter(editor, event);
 }
 
 bool TableCellDelegate::editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,

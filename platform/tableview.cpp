@@ -5,6 +5,7 @@
 #include "platform/tableviewmodel.h"
 
 #include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -89,8 +90,7 @@ void TableView::noteNumberOfRowsChanged()
         return;
     const QScopedValueRollback quiet(mNotifies, false);
     const int selected = selectedRow();
-    if (editedRow() >= count)
-        abortEditing();
+    abortEditing();
     mModel->setRowCount(count);
     // The base class moves the selection to a neighbour of a removed row; here it ends with its row.
     if (selected >= count)
@@ -99,6 +99,7 @@ void TableView::noteNumberOfRowsChanged()
 
 void TableView::reloadData()
 {
+    abortEditing();
     noteNumberOfRowsChanged();
     mModel->refetchAll();
 }
@@ -107,6 +108,7 @@ void TableView::selectRow(int row, bool)
 {
     if (row < 0 || row >= numberOfRows() || row == selectedRow())
         return;
+    abortEditing();
     const int column = qMax(0, currentIndex().column());
     selectionModel()->setCurrentIndex(mModel->index(row, column),
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
@@ -114,24 +116,26 @@ void TableView::selectRow(int row, bool)
 
 void TableView::deselectAll()
 {
-    if (selectedRow() < 0)
-        return;
-    endEditing();
-    clearSelection();
+    abortEditing();
+    if (selectedRow() >= 0)
+        clearSelection();
+}
+
+bool TableView::mayEdit(int row) const
+{
+    return row == selectedRow() && isEnabled() && isVisible() && isActiveWindow();
 }
 
 void TableView::editColumnRow(int column, int row, bool selectText)
 {
-    if (!isEnabled() || row < 0 || row >= numberOfRows() || column < 0 || column >= mModel->columnCount())
+    if (row < 0 || row >= numberOfRows() || column < 0 || column >= mModel->columnCount())
         return;
-    if (row != selectedRow()) {
-        abortEditing();
-        return;
-    }
     const QModelIndex cell = mModel->index(row, column);
-    if (!mEditor || mEditedIndex != cell) {
-        endEditing();
+    if (!mayEdit(row) || mEditedIndex != cell)
+        abortEditing();
+    if (!mEditor) {
         scrollTo(cell);
+        // Asks mayEdit(), as every other way to an editor does.
         if (!edit(cell, AllEditTriggers, nullptr) || !mEditor)
             return;
     }
@@ -174,9 +178,34 @@ void TableView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint 
     QTableView::closeEditor(editor, movesOn ? QAbstractItemDelegate::NoHint : hint);
 }
 
+bool TableView::eventFilter(QObject *watched, QEvent *event)
+{
+    // Installed while a cell is edited. Not every place in a window takes the focus with a click.
+    if (mEditor && event->type() == QEvent::MouseButtonPress) {
+        const auto *clicked = qobject_cast<QWidget *>(watched);
+        if (clicked && clicked->window() == window() && clicked != mEditor && !mEditor->isAncestorOf(clicked))
+            endEditing();
+    }
+    return QTableView::eventFilter(watched, event);
+}
+
+void TableView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        abortEditing();
+    QTableView::changeEvent(event);
+}
+
+void TableView::hideEvent(QHideEvent *event)
+{
+    abortEditing();
+    QTableView::hideEvent(event);
+}
+
 void TableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    const QScopedValueRollback byCall(mIsEndingEditByCall, true);
+    // The base class would write the edit into the row that it leaves. What the person does has written it by now.
+    abortEditing();
     QTableView::currentChanged(current, previous);
 }
 
@@ -270,6 +299,10 @@ void TableView::setEditor(QLineEdit *editor)
     if (mEditor == editor)
         return;
     mEditor = editor;
+    if (editor)
+        QCoreApplication::instance()->installEventFilter(this);
+    else
+        QCoreApplication::instance()->removeEventFilter(this);
     emit editedRowChanged();
 }
 

@@ -51,8 +51,10 @@ public:
     virtual QIcon tableViewImageForTableColumnRow(TableView *, const QString &, int) { return {}; }
 };
 
-/// Shows one selected row at most. An edit that ends by Return, Tab or loss of focus is written; one that a call ends
-/// is written only when the user changed the text; Escape, abortEditing() and disabling the table write nothing.
+/// Shows one selected row at most, and edits a text in that row alone. What the person does writes an open edit:
+/// Return, Tab, a click elsewhere in the window, and endEditing(), which a command of the person's calls first. Escape,
+/// whatever the program does with the table (fetching it anew, selecting, disabling, hiding, closing), and another
+/// window that comes to the front discard it.
 class TableView : public QTableView
 {
     Q_OBJECT
@@ -74,19 +76,22 @@ public:
     [[nodiscard]] int selectedRow() const; ///< -1 for none
     [[nodiscard]] int editedRow() const;   ///< -1 for none
 
-    /// Fetches everything anew. The selection and an open edit stay where their row still exists; no notification.
+    /// Fetches everything anew and discards an open edit. The selection stays where its row still exists; no
+    /// notification.
     void reloadData();
-    /// Selects `row` and notifies if that changed anything. A row that does not exist is ignored. With one row at most
-    /// selected, extending the selection replaces it. Discards an edit that is open in another row.
+    /// Selects `row` and notifies if that changed anything, and discards an open edit. A row that does not exist or is
+    /// selected already is ignored. With one row at most selected, extending the selection replaces it.
     void selectRow(int row, bool extendingSelection = false);
-    /// Notifies if a row was selected. Ends an edit.
+    /// Notifies if a row was selected. Discards an open edit.
     void deselectAll();
-    /// Opens the text of a cell in the selected row for editing and makes it first responder; ends an edit in another
-    /// cell of the row. Asked for a row that is not selected, it opens none and discards an open edit: what is written
-    /// then reaches the selected row's record, which is another one. Does nothing for a row that does not exist, a cell
-    /// that cannot be edited and a disabled table.
+    /// Opens the text of a cell in the selected row for editing and makes it first responder. Asked for a row that is
+    /// not selected, or while the table is disabled, hidden or in a window that is not active, it opens none and
+    /// discards an open edit: what is written reaches the selected row's record, which would be another one. Does
+    /// nothing for a cell that does not exist or cannot be edited.
     void editColumnRow(int column, int row, bool selectText);
+    /// Ends an open edit, and writes it if the person changed the text.
     void endEditing();
+    /// Ends an open edit without writing it.
     void abortEditing();
     void scrollRowToVisible(int row);
 
@@ -96,6 +101,9 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
@@ -115,6 +123,7 @@ private:
     friend class TableCellDelegate;
 
     void noteNumberOfRowsChanged();
+    [[nodiscard]] bool mayEdit(int row) const;
     void editingBegan(QLineEdit *editor, const QModelIndex &index);
     void editorDestroyed(const QWidget *editor);
     void setEditor(QLineEdit *editor);

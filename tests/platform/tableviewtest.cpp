@@ -5,13 +5,18 @@
 
 #include <QAccessible>
 #include <QImage>
+#include <QLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPixmap>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTest>
 #include <QTextDocument>
 #include <QVBoxLayout>
+#include <QWindow>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -110,7 +115,15 @@ private Q_SLOTS:
     void abortingWritesNothing();
     void toolTipsShowTheTextAsItStands_data();
     void toolTipsShowTheTextAsItStands();
-    void reloadingKeepsAnOpenEditAndItsText();
+    void whatTheProgramDoesDiscardsTheEdit_data();
+    void whatTheProgramDoesDiscardsTheEdit();
+    void clickingWhereNothingTakesTheFocusWritesTheText_data();
+    void clickingWhereNothingTakesTheFocusWritesTheText();
+    void anotherWindowThatComesToTheFrontDiscardsTheEdit();
+    void noEditorOpensOutOfSight_data();
+    void noEditorOpensOutOfSight();
+    void aMenuKeepsTheEdit();
+    void anEditorOpensAgainAfterEachEnd();
     void reloadingEndsAnEditWhoseRowIsGone();
     void anEditIsWrittenOnceThoughWritingRefreshes();
     void clickingTheCheckBoxWritesTheOtherState_data();
@@ -511,15 +524,130 @@ void TableViewTest::toolTipsShowTheTextAsItStands()
     QCOMPARE(mTable->model()->index(0, nameColumn).data(Qt::ToolTipRole).toString(), QString());
 }
 
-void TableViewTest::reloadingKeepsAnOpenEditAndItsText()
+void TableViewTest::whatTheProgramDoesDiscardsTheEdit_data()
+{
+    QTest::addColumn<std::function<void(TableView *)>>("act");
+    const auto add = [](const char *name, std::function<void(TableView *)> act) { QTest::newRow(name) << act; };
+    add("fetching anew", [](TableView *table) { table->reloadData(); });
+    add("selecting another row", [](TableView *table) { table->selectRow(0); });
+    add("deselecting", [](TableView *table) { table->deselectAll(); });
+    add("disabling", [](TableView *table) { table->setEnabled(false); });
+    add("disabling the window", [](TableView *table) { table->window()->setEnabled(false); });
+    add("hiding", [](TableView *table) { table->hide(); });
+    add("closing the window", [](TableView *table) { table->window()->close(); });
+    add("another current cell", [](TableView *table) { table->setCurrentIndex(table->model()->index(2, 0)); });
+}
+
+void TableViewTest::whatTheProgramDoesDiscardsTheEdit()
+{
+    QFETCH(std::function<void(TableView *)>, act);
+    mTable->selectRow(1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    act(mTable);
+    QCOMPARE(mTable->editedRow(), -1);
+    QTRY_VERIFY(!editor());
+    QVERIFY(mSource->edits.isEmpty());
+}
+
+void TableViewTest::clickingWhereNothingTakesTheFocusWritesTheText_data()
+{
+    QTest::addColumn<bool>("isEnabled");
+    QTest::newRow("a label") << true;
+    QTest::newRow("something disabled") << false;
+}
+
+void TableViewTest::clickingWhereNothingTakesTheFocusWritesTheText()
+{
+    QFETCH(bool, isEnabled);
+    auto *place = new QWidget;
+    place->setFixedHeight(40);
+    place->setEnabled(isEnabled);
+    mWindow->layout()->addWidget(place);
+    QTRY_VERIFY(place->isVisible());
+    mTable->selectRow(1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    QTest::mouseClick(editor(), Qt::LeftButton);
+    QCOMPARE(mTable->editedRow(), 1);
+    // Through the window, as the display tells it: a disabled widget is not told itself.
+    QTest::mouseClick(mWindow->windowHandle(), Qt::LeftButton, {}, place->geometry().center());
+    QCOMPARE(mTable->editedRow(), -1);
+    QCOMPARE(mSource->edits.size(), 1);
+    QCOMPARE(mSource->edits.first().value, QVariant(u"New"_s));
+}
+
+void TableViewTest::anotherWindowThatComesToTheFrontDiscardsTheEdit()
 {
     mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
     QTest::keyClicks(editor(), u"New"_s);
-    mSource->names.append(u"Delta"_s);
-    mTable->reloadData();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QTRY_COMPARE(mTable->editedRow(), -1);
+    QTRY_VERIFY(!editor());
+    QVERIFY(mSource->edits.isEmpty());
+    // The window is not active now.
+    mTable->editColumnRow(nameColumn, 1, true);
+    QCOMPARE(mTable->editedRow(), -1);
+    QVERIFY(!editor());
+}
+
+void TableViewTest::noEditorOpensOutOfSight_data()
+{
+    QTest::addColumn<bool>("isVisible");
+    QTest::addColumn<bool>("isEnabled");
+    QTest::newRow("hidden") << false << true;
+    QTest::newRow("disabled") << true << false;
+}
+
+void TableViewTest::noEditorOpensOutOfSight()
+{
+    QFETCH(bool, isVisible);
+    QFETCH(bool, isEnabled);
+    mTable->selectRow(1);
+    mTable->setVisible(isVisible);
+    mTable->setEnabled(isEnabled);
+    mTable->editColumnRow(nameColumn, 1, true);
+    QCOMPARE(mTable->editedRow(), -1);
+    QVERIFY(mTable->findChildren<QLineEdit *>(u"cellEditor"_s).isEmpty());
+    mTable->show();
+    mTable->setEnabled(true);
+    mTable->editColumnRow(nameColumn, 1, true);
     QCOMPARE(mTable->editedRow(), 1);
-    QCOMPARE(editor()->text(), u"New"_s);
+}
+
+void TableViewTest::aMenuKeepsTheEdit()
+{
+    mTable->selectRow(1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    QMenu menu(mWindow.get());
+    menu.addAction(u"Command"_s);
+    menu.popup(mWindow->mapToGlobal(QPoint(10, 10)));
+    QTRY_VERIFY(menu.isVisible());
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, QPoint(1, 1));
+    menu.close();
+    QCOMPARE(mTable->editedRow(), 1);
+    mTable->endEditing(); // as the command does first
+    QCOMPARE(mSource->edits.size(), 1);
+}
+
+void TableViewTest::anEditorOpensAgainAfterEachEnd()
+{
+    mTable->selectRow(1);
+    for (const auto end : {&TableView::abortEditing, &TableView::endEditing, &TableView::reloadData}) {
+        mTable->editColumnRow(nameColumn, 1, true);
+        QCOMPARE(mTable->editedRow(), 1);
+        (mTable->*end)();
+        QCOMPARE(mTable->editedRow(), -1);
+    }
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"New"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(mSource->edits.size(), 1);
 }
 
 void TableViewTest::reloadingEndsAnEditWhoseRowIsGone()
