@@ -11,13 +11,14 @@
 #include "daemonlink/latestreplyslot.h"
 #include "daemonlink/replyport.h"
 #include "keys/keyboardkeyscontroller.h"
+#include "lighting/backlight.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/messageport.h"
 #include "platform/spinner.h"
 #include "profiles/keyboardprofilescontroller.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QLabel>
 #include <QTabWidget>
 
@@ -49,6 +50,13 @@ void letSheetDisappear()
         std::this_thread::sleep_for(disappearInterval);
     }
     QGuiApplication::sync();
+}
+
+/// What an open menu lists may no longer be there, and what it would change may be another record.
+void closeOpenMenus()
+{
+    while (QWidget *menu = QApplication::activePopupWidget())
+        menu->hide();
 }
 
 } // namespace
@@ -164,12 +172,30 @@ void KeyboardMainController::loadDictionariesWithDefaultDict()
 
 void KeyboardMainController::loadLatestSettings()
 {
+    (void)readLatestSettings();
+}
+
+bool KeyboardMainController::readLatestSettings()
+{
     sendDaemonRequest(DaemonCommands::readSettings(mDevicePID, replyPortName), int(Command::readSettings));
     waitForReply();
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
     const QVariant allDevSettings = reply ? reply->value(DaemonProtocol::allDevSettings) : QVariant();
-    if (allDevSettings.typeId() == QMetaType::QVariantMap)
-        updateToLatestSettings(allDevSettings.toMap());
+    if (allDevSettings.typeId() != QMetaType::QVariantMap)
+        return false;
+    updateToLatestSettings(allDevSettings.toMap());
+    forgetDeletionThatFailed();
+    return true;
+}
+
+void KeyboardMainController::forgetDeletionThatFailed()
+{
+    if (!mIsDeleteProfile)
+        return;
+    // The keyboard's own keys may have changed the light meanwhile.
+    const QVariantMap there = recordAt(mProfilesArray, mDeletedProfileID);
+    if (Backlight::withoutLight(there) == Backlight::withoutLight(mDeletedProfile))
+        mIsDeleteProfile = false;
 }
 
 void KeyboardMainController::updateToLatestSettings(const QVariantMap &allDevSettings)
@@ -181,6 +207,7 @@ void KeyboardMainController::updateToLatestSettings(const QVariantMap &allDevSet
     mProfilesArray = profiles;
     mMacrosArray = allDevSettings.value(SettingsKeys::macros).toList();
     mDeviceSettingsDict = deviceSettings;
+    mMayRowsHaveMoved = false;
 }
 
 void KeyboardMainController::setProperties()
@@ -203,6 +230,7 @@ void KeyboardMainController::setProperties()
     mLightingController->setMDefaultDict(defaultProfile);
     mLightingController->setMLightingSettingsDict(mCurrentProfileDict);
     mLightingController->setMDeviceSettingsDict(mDeviceSettingsDict);
+    mLightingController->setMAllProfilesArray(mProfilesArray);
 
     mProfilesController->setMProfileDelegate(this);
     mMacrosController->setMMacroDelegate(this);
@@ -222,6 +250,7 @@ void KeyboardMainController::populateUISettings()
 
 void KeyboardMainController::updateUISettings()
 {
+    closeOpenMenus();
     // Deliberately not the macros tab: it is refreshed only through its table.
     mProfilesController->updateUISettings();
     mKeysController->updateUISettings();
@@ -237,6 +266,7 @@ void KeyboardMainController::refreshControllersTableDisplay()
 
 void KeyboardMainController::setControlsState(bool enabled)
 {
+    mAreControlsOn = enabled;
     mFocusMemory.change(mMainWindow, [this, enabled] {
         mKeysController->setControlsState(enabled);
         mProfilesController->setControlsState(enabled);
@@ -254,7 +284,9 @@ void KeyboardMainController::updateProfilesControlState(bool enabled)
         mBusyIndicator->startAnimation();
         mBusyIndicator->repaint(); // what follows may block this thread for seconds
     }
-    mFocusMemory.change(mMainWindow, [this, enabled] { mProfilesController->setControlsState(enabled); });
+    // The keyboard may have gone meanwhile.
+    mFocusMemory.change(mMainWindow,
+                        [this, enabled] { mProfilesController->setControlsState(enabled && mAreControlsOn); });
 }
 
 void KeyboardMainController::selectTabAtIndex(int index)

@@ -186,17 +186,27 @@ private:
     void observeCommandReplies(int product);
     void closeRestoringStateWindow();
     void setFirmwareVersionString(const QString &version);
-    /// Asks for the whole document, hands out its pieces and redraws.
+    /// loadLatestSettings(); false when no document came.
+    bool readLatestSettings();
+    /// Hands out the pieces of the document held and redraws. After a command that was refused or not answered this
+    /// takes back what the tabs show of it.
+    void redraw();
+    /// Asks for the whole document, and redraws.
     void refresh();
-    /// The same with the document that `reply` carries; nothing without one.
+    /// Takes the document that `reply` carries, if any, and redraws.
     void applyReturnedDocument(const std::optional<QVariantMap> &reply);
+    /// After a command whose reply tells only whether it succeeded: asks for what it changed, or redraws.
+    void refreshIf(bool hasSucceeded);
     /// Sends a request and waits; the reply that came, taken out of the latest-reply slot.
     std::optional<QVariantMap> replyTo(DaemonProtocol::Command command, const QVariantMap &request);
     /// The same, for commands whose reply tells only whether they succeeded; false without a reply.
     bool succeeds(DaemonProtocol::Command command, const QVariantMap &request);
-    /// After the document was read anew: the assignments to a profile are not to be dropped by a later switch when its
-    /// deletion, which nobody answered, did not happen.
-    void endUnansweredDeletion(qsizetype profilesBefore);
+    /// False when a deletion that nobody answered has taken place after all: a row that was meant before is another
+    /// record now. Asks for the document where that is not known yet.
+    bool areRowsAsShown();
+    /// The document was read anew: a deletion that nobody answered, and that has not taken place, is to drop no
+    /// assignments at a later switch.
+    void forgetDeletionThatFailed();
     void openPage(QLatin1StringView address);
 
     MainControllerServices mServices;
@@ -220,8 +230,11 @@ private:
     std::unique_ptr<ReplyPort> mLocalMessagePort; // with its thread, the port's source of messages
     std::atomic<int> mDevicePID = 0;              // read by the firmware-query thread
     int mDeletedProfileID = 0;
-    bool mIsWiredDevice = false;   // nothing decides by it
-    bool mIsDeleteProfile = false; // from a delete request to the switch that follows it
+    QVariantMap mDeletedProfile;    // the record that was there
+    bool mIsWiredDevice = false;    // nothing decides by it
+    bool mAreControlsOn = false;    // as last told to setControlsState()
+    bool mMayRowsHaveMoved = false; // a deletion was not answered, and no document came since
+    bool mIsDeleteProfile = false;  // from a delete request to the switch that follows it
 
     std::jthread mFirmwareQueryThread;
 };

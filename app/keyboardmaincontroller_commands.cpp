@@ -26,36 +26,83 @@ std::optional<QVariantMap> returnedDocument(const QVariantMap &reply)
     return document.toMap();
 }
 
+bool isSuccess(const std::optional<QVariantMap> &reply)
+{
+    return reply && PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus)) == 0;
+}
+
+/// Whether the command goes to the record at a row of the profiles or the macros.
+bool namesARow(Command command)
+{
+    switch (command) {
+    case Command::updateProfile:
+    case Command::switchProfile:
+    case Command::startMacroRecording:
+    case Command::saveRecordedEvents:
+    case Command::deleteMacro:
+    case Command::removeEvent:
+    case Command::updateEvent:
+    case Command::renameMacro:
+    case Command::readMacroLines:
+    case Command::readEvent:
+    case Command::removeAllEvents:
+    case Command::setAllDelays:
+    case Command::setDelay: return true;
+    default: return false;
+    }
+}
+
 } // namespace
 
 std::optional<QVariantMap> KeyboardMainController::replyTo(Command command, const QVariantMap &request)
 {
+    if (namesARow(command) && !areRowsAsShown())
+        return {};
     sendDaemonRequest(request, int(command));
     waitForReply();
     return LatestReplySlot::shared().take();
 }
 
+bool KeyboardMainController::areRowsAsShown()
+{
+    if (!mMayRowsHaveMoved)
+        return true;
+    mMayRowsHaveMoved = false; // redrawing may ask for the lines of a macro
+    const auto counts = std::pair(mProfilesArray.size(), mMacrosArray.size());
+    mMayRowsHaveMoved = !readLatestSettings();
+    redraw();
+    return !mMayRowsHaveMoved && counts == std::pair(mProfilesArray.size(), mMacrosArray.size());
+}
+
 bool KeyboardMainController::succeeds(Command command, const QVariantMap &request)
 {
-    const std::optional<QVariantMap> reply = replyTo(command, request);
-    return reply && PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus)) == 0;
+    return isSuccess(replyTo(command, request));
+}
+
+void KeyboardMainController::redraw()
+{
+    setProperties();
+    updateUISettings();
 }
 
 void KeyboardMainController::refresh()
 {
     loadLatestSettings();
-    setProperties();
-    updateUISettings();
+    redraw();
 }
 
 void KeyboardMainController::applyReturnedDocument(const std::optional<QVariantMap> &reply)
 {
-    const std::optional<QVariantMap> document = reply ? returnedDocument(*reply) : std::nullopt;
-    if (!document)
-        return;
-    updateToLatestSettings(*document);
-    setProperties();
-    updateUISettings();
+    if (const std::optional<QVariantMap> document = reply ? returnedDocument(*reply) : std::nullopt)
+        updateToLatestSettings(*document);
+    redraw();
+}
+
+void KeyboardMainController::refreshIf(bool hasSucceeded)
+{
+    if (hasSucceeded)
+        loadLatestSettings();
+    redraw();
 }
 
 // Profiles ------------------------------------------------------------------------------------------------------------
@@ -101,13 +148,24 @@ void KeyboardMainController::deleteProfileWithProfileID(int profileID)
 {
     mIsDeleteProfile = true;
     mDeletedProfileID = profileID;
+    mDeletedProfile = mProfilesArray.value(profileID).toMap();
     updateProfilesControlState(false);
     sendDaemonRequest(DaemonCommands::deleteProfile(mDevicePID, replyPortName, profileID), int(Command::deleteProfile));
     waitForReply();
     // Deliberate: without a returned document the slot is left as it is, and the tab stays disabled and busy.
-    if (!LatestReplySlot::shared().takeIf([](const QVariantMap &reply) { return returnedDocument(reply).has_value(); }))
+    mMayRowsHaveMoved = true;
+    const std::optional<QVariantMap> reply = LatestReplySlot::shared().takeIf([this](const QVariantMap &latest) {
+        mMayRowsHaveMoved = false;
+        return returnedDocument(latest).has_value();
+    });
+    if (!reply)
         return;
     switchProfileWithID(std::max(profileID - 1, 0));
+    if (!mIsDeleteProfile)
+        return;
+    // The switch was refused. The rows below the deleted one have moved all the same.
+    updateToLatestSettings(*returnedDocument(*reply));
+    redraw();
 }
 
 void KeyboardMainController::switchProfileWithID(int profileID)
@@ -126,6 +184,8 @@ void KeyboardMainController::switchProfileWithID(int profileID)
         updateUISettings();
         mDeletedProfileID = 0;
         mIsDeleteProfile = false;
+    } else {
+        redraw();
     }
     updateProfilesControlState(true);
 }
@@ -134,23 +194,27 @@ void KeyboardMainController::switchProfileWithID(int profileID)
 
 void KeyboardMainController::addMacroWithSettings(const QVariantMap &macro)
 {
-    if (succeeds(Command::addMacro, DaemonCommands::addMacro(mDevicePID, replyPortName, macro)))
-        refresh();
+    refreshIf(succeeds(Command::addMacro, DaemonCommands::addMacro(mDevicePID, replyPortName, macro)));
 }
 
 void KeyboardMainController::renameMacroAtIndexWithNewName(int macroIndex, const QString &newName)
 {
-    if (succeeds(Command::renameMacro, DaemonCommands::renameMacro(mDevicePID, replyPortName, macroIndex, newName)))
-        refresh();
+    refreshIf(
+        succeeds(Command::renameMacro, DaemonCommands::renameMacro(mDevicePID, replyPortName, macroIndex, newName)));
 }
 
 void KeyboardMainController::deleteMacroAtIndex(int macroIndex)
 {
-    if (!succeeds(Command::deleteMacro, DaemonCommands::deleteMacro(mDevicePID, replyPortName, macroIndex)))
-        return;
+    const std::optional<QVariantMap> reply =
+        replyTo(Command::deleteMacro, DaemonCommands::deleteMacro(mDevicePID, replyPortName, macroIndex));
+    const bool isDeleted = isSuccess(reply);
     // The keys tab still holds the macros as they were before: the clean-up counts the deleted one. Deliberate.
-    mKeysController->removeDeletedMacroProfileMappingsForMapping(macroIndex, int(KeyMappings::Assignment::playMacro));
-    refresh();
+    if (isDeleted)
+        mKeysController->removeDeletedMacroProfileMappingsForMapping(macroIndex,
+                                                                     int(KeyMappings::Assignment::playMacro));
+    if (!reply)
+        mMayRowsHaveMoved = true;
+    refreshIf(isDeleted);
 }
 
 void KeyboardMainController::startMacroRecordingMacroIndex(int appendFlag, int macroIndex)
@@ -166,9 +230,8 @@ void KeyboardMainController::stopMacroRecording()
 
 void KeyboardMainController::saveRecordedEventsForMacroAtIndexIsNewRecording(int macroIndex, int isNewRecording)
 {
-    if (succeeds(Command::saveRecordedEvents,
-                 DaemonCommands::saveRecordedEvents(mDevicePID, replyPortName, macroIndex, isNewRecording)))
-        refresh();
+    refreshIf(succeeds(Command::saveRecordedEvents,
+                       DaemonCommands::saveRecordedEvents(mDevicePID, replyPortName, macroIndex, isNewRecording)));
 }
 
 void KeyboardMainController::getMacroDetailsForMacroAtIndex(int macroIndex)

@@ -106,9 +106,8 @@ void KeyboardMainController::deviceConnectedNotification(const DistributedNotifi
         observeCommandReplies(product);
         mIsWiredDevice = product == DaemonProtocol::productId;
     }
-    const qsizetype profilesBefore = mProfilesArray.size();
+    mBusyIndicator->stopAnimation(); // a deletion that nobody answered has left it turning
     loadLatestSettings();
-    endUnansweredDeletion(profilesBefore);
     setProperties();
     setControlsState(true);
     updateUISettings();
@@ -116,17 +115,6 @@ void KeyboardMainController::deviceConnectedNotification(const DistributedNotifi
     // What was begun before it went has ended in the daemon.
     mKeysController->keyboardCameBack();
     mMacrosController->keyboardCameBack();
-}
-
-void KeyboardMainController::endUnansweredDeletion(qsizetype profilesBefore)
-{
-    if (!mIsDeleteProfile)
-        return;
-    mBusyIndicator->stopAnimation();
-    if (mProfilesArray.size() < profilesBefore)
-        return; // it came to pass: the next switch cleans up after it
-    mIsDeleteProfile = false;
-    mDeletedProfileID = 0;
 }
 
 void KeyboardMainController::deviceDisconnectedNotification(const DistributedNotification &)

@@ -15,6 +15,7 @@
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
+#include "profiles/profileidentity.h"
 
 #include <QLabel>
 
@@ -127,6 +128,12 @@ bool KeyboardKeysController::isKeyMapped(int code) const
     return entryForKey(code).isMapped();
 }
 
+QVariant KeyboardKeysController::profile() const
+{
+    const int active = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
+    return profileIdentity(mKeysCurrentProfileDict, mAllProfilesArray, active);
+}
+
 std::optional<QString> KeyboardKeysController::activeProfileName() const
 {
     const qint32 active = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
@@ -136,6 +143,7 @@ std::optional<QString> KeyboardKeysController::activeProfileName() const
 
 void KeyboardKeysController::updateUISettings()
 {
+    mSheetSubject.endUnless(profile());
     mGameMode = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::gameMode)) != 0;
     mProfileNameLabel->setText(mKeysCurrentProfileDict.value(SettingsKeys::profileName).toString());
     mPicture->light().show(Backlight::settingsOf(mKeysCurrentProfileDict));
@@ -167,6 +175,11 @@ void KeyboardKeysController::checkKeyAssignment()
 
 void KeyboardKeysController::setControlsState(bool isEnabled)
 {
+    mHasDeviceConnected = isEnabled;
+    if (!isEnabled) {
+        mSheetSubject.end();
+        updatePopUpSelection(); // the choice that opened what has just ended
+    }
     for (KeyButton *button : mPicture->buttons())
         button->setEnabled(isEnabled);
     mPicture->update();

@@ -7,6 +7,7 @@
 #include "keys/keybutton.h"
 #include "keys/keymapping.h"
 #include "keys/keysdelegate.h"
+#include "platform/sheetsubject.h"
 
 #include <QObject>
 #include <QPointer>
@@ -145,6 +146,7 @@ private:
     void setupSubMenu(int position, const QStringList &titles, void (KeyboardKeysController::*selector)(QAction *));
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
     [[nodiscard]] int selectedCode() const;
+    [[nodiscard]] QVariant profile() const; ///< what tells the active profile from every other
     /// Absent when "ActiveProfile" points to no profile: then no item is titled like it, not even one without a title.
     [[nodiscard]] std::optional<QString> activeProfileName() const;
     /// What `entry` does, for the pop-up's title; absent where it points to nothing or there is no more to say.
@@ -183,6 +185,7 @@ private:
     QPointer<QWidget> mKeysWindow;
     DistributedNotificationCenter *mKeysNotificationCenter = nullptr;
     QPointer<OpenPanel> mOpenPanel;
+    SheetSubject mSheetSubject; ///< the profile() that the sheet or the panel changes a key of
     KeyButton *mCurrentButton = nullptr;
     QString mCurrentButtonValue;
     KeyButton *mPreviousButton = nullptr;
@@ -196,4 +199,5 @@ private:
     bool mIsFirstLaunch = true;
     bool mGameMode = false;
     bool mIsFunctionKeySelected = false;
+    bool mHasDeviceConnected = true; ///< as last told to setControlsState()
 };

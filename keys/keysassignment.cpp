@@ -212,10 +212,8 @@ void KeyboardKeysController::updateSelectedKeyCommandValueParamOneAndParamTwo(in
 void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &param1, const QVariant &param2)
 {
     // Without a profile the "Keys" sent here would be this one entry, in place of all that the daemon has.
-    if (!mKeysDelegate || mKeysCurrentProfileDict.isEmpty())
-        return;
-    // The file of the last selected key may name anything.
-    if (!KeyLayout::rowForCode(selectedCode())) {
+    // And the file of the last selected key may name anything.
+    if (!mKeysDelegate || mKeysCurrentProfileDict.isEmpty() || !KeyLayout::rowForCode(selectedCode())) {
         updatePopUpSelection();
         return;
     }
@@ -314,6 +312,7 @@ void KeyboardKeysController::openApplicationPanel()
     connect(mOpenPanel, &QDialog::finished, this,
             [this](int result) { openPanelDidEndReturnCodeContextInfo(mOpenPanel, result, nullptr); });
     mOpenPanel->open();
+    mSheetSubject.note(mOpenPanel, profile());
 }
 
 void KeyboardKeysController::openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, void *)

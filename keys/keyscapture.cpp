@@ -36,6 +36,7 @@ void KeyboardKeysController::openSingleKeySheet()
     mSingleKeyWindow->beginSheet(mKeysWindow, [this](int returnCode) {
         sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
     });
+    mSheetSubject.note(mSingleKeyWindow, profile());
     if (mKeysDelegate)
         mKeysDelegate->startSingleKeyRecording();
 }
@@ -70,7 +71,8 @@ void KeyboardKeysController::clickSingleKeyCancel(QObject *)
     mIsCancelSingleKey = true;
     mSingleKeyWindow->orderOut();
     mSingleKeyWindow->endSheet();
-    if (mKeysDelegate)
+    // A keyboard that has gone has ended the capture itself.
+    if (mKeysDelegate && mHasDeviceConnected)
         mKeysDelegate->stopSingleKeyRecording();
     updatePopUpSelection();
 }

@@ -72,6 +72,15 @@ Backlight::Settings Backlight::settingsOf(const QVariantMap &profile)
     return settings;
 }
 
+QVariantMap Backlight::withoutLight(QVariantMap profile)
+{
+    for (const SettingsKeys::Key key :
+         {SettingsKeys::backlightLed, SettingsKeys::ledKbColors, SettingsKeys::ledKbEffects,
+          SettingsKeys::brightnessKbNormal, SettingsKeys::gameLightingOn})
+        profile.remove(key);
+    return profile;
+}
+
 Backlight::Color Backlight::colorAt(const Settings &settings, Time time)
 {
     if (!isLit(settings))

@@ -50,6 +50,9 @@ struct Settings
 /// a colour component outside 0.0 to 1.0 likewise; a profile without a colour is white.
 [[nodiscard]] Settings settingsOf(const QVariantMap &profile);
 
+/// `profile` (a profile record) without the entries of its light, which the keyboard's own keys change.
+[[nodiscard]] QVariantMap withoutLight(QVariantMap profile);
+
 /// What the light shows at `time`. Constant between two changes that nextChange() tells.
 [[nodiscard]] Color colorAt(const Settings &settings, Time time);
 

@@ -11,6 +11,8 @@
 #include "platform/radiogroup.h"
 #include "platform/sheet.h"
 #include "platform/spinner.h"
+#include "platform/stepslider.h"
+#include "profiles/profileidentity.h"
 
 #include <QCheckBox>
 #include <QDesktopServices>
@@ -19,7 +21,6 @@
 #include <QPushButton>
 #include <QRgba64>
 #include <QSignalBlocker>
-#include <QSlider>
 
 using PlistNumbers::integerValue;
 
@@ -63,6 +64,12 @@ QString KeyboardLightingController::profileName() const
     return lightingSettingsDict().value(SettingsKeys::profileName).toString();
 }
 
+QVariant KeyboardLightingController::profile() const
+{
+    const int active = integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
+    return profileIdentity(lightingSettingsDict(), mAllProfilesArray, active);
+}
+
 // Following the main controller
 
 void KeyboardLightingController::updateUISettings()
@@ -70,7 +77,10 @@ void KeyboardLightingController::updateUISettings()
     if (!mLightingSettingsDict)
         return;
     const QVariantMap &record = *mLightingSettingsDict;
-    mSheetSubject.endUnless(profileName());
+    const QVariant shown = profile();
+    mSheetSubject.endUnless(shown);
+    if (shown != std::exchange(mShownProfile, shown))
+        mBrightnessValue->endDrag(); // it was meant for the other one
     mMain->setChecked(integerValue(record.value(SettingsKeys::backlightLed)) != 0);
     mProfileNameLabel->setText(profileName());
     showBrightness(integerValue(record.value(SettingsKeys::brightnessKbNormal)));
@@ -93,6 +103,10 @@ void KeyboardLightingController::setControlsState(bool isEnabled)
         mLighting,       mRestoreSettings, mBrightnessLabel,     mEnableAddOnHighlight};
     for (QWidget *control : controls)
         control->setEnabled(isEnabled);
+    if (!isEnabled) {
+        mBrightnessValue->endDrag();
+        mSheetSubject.end();
+    }
     mAreLabelsEnabled = isEnabled;
     colorLabels();
 }
@@ -198,7 +212,7 @@ void KeyboardLightingController::clickRestoreSettings(QObject *)
         if (self)
             self->sheetDidEndReturnCodeContextInfo(returnCode, confirmRestore);
     });
-    mSheetSubject.note(alert, profileName());
+    mSheetSubject.note(alert, profile());
 }
 
 void KeyboardLightingController::sheetDidEndReturnCodeContextInfo(int returnCode, int)

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QUrl>
+#include <QVariantList>
 #include <QVariantMap>
 
 #include <functional>
@@ -19,10 +20,10 @@ class LightingDelegate;
 class QCheckBox;
 class QLabel;
 class QPushButton;
-class QSlider;
 class QWidget;
 class RadioGroup;
 class Spinner;
+class StepSlider;
 
 class KeyboardLightingController : public QObject
 {
@@ -52,6 +53,7 @@ public:
     void awakeFromNib();
     void setMDefaultDict(const QVariantMap &profile) { mDefaultDict = profile; }
     void setMDeviceSettingsDict(const QVariantMap &settings) { mDeviceSettingsDict = settings; }
+    void setMAllProfilesArray(const QVariantList &profiles) { mAllProfilesArray = profiles; }
     void setMLightingSettingsDict(const std::optional<QVariantMap> &profile) { mLightingSettingsDict = profile; }
     // The next four are not owned and must live as long as they are set.
     void setMDriverVersion(QLabel *label) { mDriverVersion = label; }
@@ -111,6 +113,7 @@ private:
     void showBrightness(int level);
     void send(const QVariantMap &settings);
     [[nodiscard]] QString profileName() const;
+    [[nodiscard]] QVariant profile() const; ///< what tells the profile shown from every other
 
     QWidget *mView = nullptr;
     QLabel *mProfileNameLabel = nullptr;
@@ -125,7 +128,7 @@ private:
     QCheckBox *mInGameAPMSidestrips = nullptr;
     QCheckBox *mInGameAPMUnderglow = nullptr;
     QCheckBox *mEnableAddOnHighlight = nullptr;
-    QSlider *mBrightnessValue = nullptr;
+    StepSlider *mBrightnessValue = nullptr;
     RadioGroup *mLighting = nullptr;
     QLabel *mBrightnessLabel = nullptr;
     QLabel *mBrightnessOffLabel = nullptr;
@@ -142,10 +145,12 @@ private:
 
     std::optional<QVariantMap> mLightingSettingsDict;
     QVariantMap mDeviceSettingsDict;
+    QVariantList mAllProfilesArray;
     QVariantMap mDefaultDict;
     QVariantMap mUserSettingsDict;
     QPointer<QWidget> mLightingWindow;
-    SheetSubject mSheetSubject; ///< the name of the profile that the alert or the colour dialog is about
+    SheetSubject mSheetSubject; ///< the profile() that the alert or the colour dialog is about
+    QVariant mShownProfile;     ///< the profile() that was shown last
     LightingDelegate *mLightingDelegate = nullptr;
     UrlOpener mOpenUrl;
     bool mAreLabelsEnabled = true;

@@ -45,8 +45,7 @@ ColorWell *KeyboardLightingController::makeColorWell(ColorWell *&field, const ch
     field->setAccessibleName(localizedText(textKey));
     field->setToolTip(localizedText(textKey));
     connect(field, &ColorWell::colorPicked, this, [this, well = field, action] { (this->*action)(well); });
-    connect(field, &ColorWell::dialogOpened, this,
-            [this](QDialog *dialog) { mSheetSubject.note(dialog, profileName()); });
+    connect(field, &ColorWell::dialogOpened, this, [this](QDialog *dialog) { mSheetSubject.note(dialog, profile()); });
     return field;
 }
 

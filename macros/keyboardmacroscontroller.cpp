@@ -19,6 +19,9 @@
 #include <QMenu>
 #include <QPalette>
 #include <QPushButton>
+#include <QScopedValueRollback>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -109,13 +112,17 @@ bool KeyboardMacrosController::validateMenuItem(const QAction *item) const
 void KeyboardMacrosController::setControlsState(bool isEnabled)
 {
     mHasDeviceConnected = isEnabled;
+    if (!isEnabled) {
+        for (SheetSubject *subject : {&mMacroSubject, &mImportSubject, &mEventsSubject})
+            subject->end();
+    }
     setStateOfMacroTableWithState(isEnabled);
     setStateOfTableButtonsWithState(isEnabled);
     mRecordMacroDetails->setEnabled(isEnabled);
     if (isEnabled)
         enableDeleteEventBySelection();
     // The keyboard may be announced anew meanwhile; another macro must not be selected before Stop saves this one.
-    if (isRecordingOrCapturing() || mIsMacroEventEdit) {
+    if (isRecording() || mIsMacroEventEdit) {
         setStateOfMacroTableWithState(false);
         setStateOfTableButtonsWithState(false);
     }
@@ -130,7 +137,7 @@ void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macro
 
 void KeyboardMacrosController::refreshTableDisplay()
 {
-    mMacroTableView->reloadData();
+    showNewList();
     mMacroDetailsTableView->reloadData();
     fetchChangedLines();
     endOutdatedSheets();
@@ -150,12 +157,47 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
 
 void KeyboardMacrosController::updateTableWithNewMacro()
 {
-    mMacroTableView->reloadData();
+    showNewList();
     // The selected macro may be the one that was recorded anew on the keyboard.
-    if (!isRecordingOrCapturing())
+    if (!isRecording() && !mIsMacroEventEdit)
         fetchLines();
     endOutdatedSheets();
     updateEventPart();
+}
+
+int KeyboardMacrosController::rowOfSelectedMacro() const
+{
+    if (!mSelectedMacroId.isValid())
+        return macroRow();
+    const auto isSelected = [this](const QVariant &macro) {
+        return macro.toMap().value(SettingsKeys::macroId) == mSelectedMacroId;
+    };
+    const auto found = std::ranges::find_if(mMacrosSettingsArray, isSelected);
+    return found == mMacrosSettingsArray.end() ? -1 : int(found - mMacrosSettingsArray.begin());
+}
+
+void KeyboardMacrosController::noteSelectedMacro()
+{
+    mSelectedMacroId = macroAt(macroRow()).value(SettingsKeys::macroId);
+}
+
+void KeyboardMacrosController::showNewList()
+{
+    const int row = rowOfSelectedMacro();
+    mMacroTableView->reloadData();
+    // While an add goes on its row is the last one, and has no number yet.
+    if (mIsAddMacro)
+        return;
+    if (row != macroRow()) {
+        const QScopedValueRollback following(mIsFollowingMacro, true);
+        if (row < 0)
+            mMacroTableView->deselectAll();
+        else
+            mMacroTableView->selectRow(row);
+    }
+    noteSelectedMacro();
+    if (row < 0 && isRecording())
+        abandonRecording();
 }
 
 // States of groups of controls
@@ -175,13 +217,13 @@ void KeyboardMacrosController::setStateOfTableButtonsWithState(bool isEnabled)
     const QList<QWidget *> buttons{mAddMacro,        mDeleteMacro,        mSettingsMacro,
                                    mAddMacroDetails, mDeleteMacroDetails, mSettingsMacroDetails};
     for (QWidget *button : buttons)
-        button->setEnabled(isEnabled);
+        button->setEnabled(isEnabled && mHasDeviceConnected);
 }
 
 void KeyboardMacrosController::setStateOfMacroTableWithState(bool isEnabled)
 {
-    mMacroTableView->setEnabled(isEnabled);
-    mMacroDetailsTableView->setEnabled(isEnabled);
+    mMacroTableView->setEnabled(isEnabled && mHasDeviceConnected);
+    mMacroDetailsTableView->setEnabled(isEnabled && mHasDeviceConnected);
 }
 
 /// Shows the event part exactly while a macro is selected.
@@ -200,16 +242,15 @@ void KeyboardMacrosController::updatePlaceholders()
     const bool hasMacros = !mMacrosSettingsArray.isEmpty();
     mMacroTableView->setPlaceholderText(hasMacros ? QString() : localizedText("lkeyNoMacros"));
     mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
-    const bool isRecording = mIsRecording || mIsAppendMacro;
-    mRecordingHint->setVisible(isRecording);
-    mMacroDetailsTableView->setPlaceholderText(localizedText(isRecording ? "lkeyRecordingHint" : "lkeyNoEvents"));
+    mRecordingHint->setVisible(isRecording());
+    mMacroDetailsTableView->setPlaceholderText(localizedText(isRecording() ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }
 
 /// While a recording or a capture runs, only the record button is on; while a name is edited, none is.
 void KeyboardMacrosController::updateEventButtons()
 {
     const bool isRenaming = mMacroTableView->editedRow() >= 0;
-    const bool isIdle = mHasDeviceConnected && !isRenaming && !isRecordingOrCapturing() && !mIsMacroEventEdit;
+    const bool isIdle = mHasDeviceConnected && !isRenaming && !isRecording() && !mIsMacroEventEdit;
     mAddMacroDetails->setEnabled(isIdle);
     mSettingsMacroDetails->setEnabled(isIdle);
     mDeleteMacroDetails->setEnabled(isIdle && eventRow() >= 0);
@@ -232,7 +273,7 @@ void KeyboardMacrosController::explainEdit()
 void KeyboardMacrosController::updateLineColor()
 {
     QPalette palette;
-    if (mIsRecording || mIsAppendMacro) {
+    if (isRecording()) {
         const QColor text = mView->palette().color(QPalette::Active, QPalette::Text);
         palette.setColor(QPalette::Disabled, QPalette::Text, text);
     }
@@ -265,7 +306,9 @@ void KeyboardMacrosController::tableViewSetObjectValueForTableColumnRow(TableVie
 
 void KeyboardMacrosController::tableViewSelectionDidChange(TableView *tableView)
 {
-    if (tableView == mMacroTableView && macroRow() >= 0 && !mIsAddMacro) {
+    if (tableView == mMacroTableView && !mIsFollowingMacro)
+        noteSelectedMacro();
+    if (tableView == mMacroTableView && macroRow() >= 0 && !mIsAddMacro && !mIsFollowingMacro) {
         mAreLinesOfSelection = false;
         fetchLines();
         // Without an answer, better none than another macro's: the commands for a line go to the selected one.
@@ -292,8 +335,7 @@ void KeyboardMacrosController::fetchLines()
 
 void KeyboardMacrosController::fetchChangedLines()
 {
-    const bool isRecording = isRecordingOrCapturing() && !mIsMacroEventEdit;
-    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecording)
+    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecording())
         return;
     // Another client may have deleted a macro above this one, or edited this one's events.
     const QVariantMap macro = macroAt(macroRow());

@@ -46,7 +46,7 @@ public:
     [[nodiscard]] MacroDelegate *macroDelegate() const { return mMacroDelegate; }
     [[nodiscard]] QVariantList macrosSettingsArray() const { return mMacrosSettingsArray; }
     [[nodiscard]] QStringList macroDetailsArray() const { return mMacroDetailsArray; }
-    /// A recording, new or appended, or the capture of a single key runs.
+    /// A recording, new or appended, runs, or a capture of a single key was begun and nothing but Stop or OK ended it.
     [[nodiscard]] bool isRecordingOrCapturing() const;
     [[nodiscard]] bool recordButtonReadsStop() const { return mRecordButtonReadsStop; }
 
@@ -131,6 +131,7 @@ private:
     QPushButton *makeButton(QPushButton *&field, const char *name, const char *textKey,
                             void (KeyboardMacrosController::*action)(QObject *));
 
+    [[nodiscard]] bool isRecording() const { return mIsRecording || mIsAppendMacro; }
     [[nodiscard]] int macroRow() const;
     [[nodiscard]] int eventRow() const;
     [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty when there is no such row
@@ -146,6 +147,14 @@ private:
     void fetchLines();
     /// The same, if the lines shown are no longer those of the selected macro.
     void fetchChangedLines();
+    /// A new list came: fetches it anew and selects the macro that was selected. A recording of one that is gone ends.
+    void showNewList();
+    /// The row of a macro by its "macroID"; that of the selected row where it has none; -1 when it is gone.
+    [[nodiscard]] int rowOfSelectedMacro() const;
+    [[nodiscard]] int rowOfAddedMacro(const QString &name) const;
+    void noteSelectedMacro();
+    /// Sends no more than the end of the recording: what it recorded belongs to no macro any more.
+    void abandonRecording();
     /// Ends what is up about another macro than the selected one, or about events that have changed since.
     void endOutdatedSheets();
     [[nodiscard]] QVariant selectedMacro() const;         ///< what tells it from every other, and its name
@@ -204,12 +213,14 @@ private:
     QPointer<SavePanel> mSavePanel;
 
     SheetSubject mMacroSubject;  ///< the selectedMacro() that an alert or a panel is about
+    SheetSubject mImportSubject; ///< of the panel to import from, which is about none
     SheetSubject mEventsSubject; ///< the eventsOfSelectedMacro() that a sheet edits
 
     QVariantList mMacrosSettingsArray;
     QStringList mMacroDetailsArray;
     QVariantMap mSequenceDict; ///< the event record being edited
     QVariantMap mFetchedMacro; ///< the record whose lines were fetched last
+    QVariant mSelectedMacroId; ///< of the selected macro; invalid without one
     EventIcons mEventIcons;
     QPointer<QWidget> mMacrosWindow;
     DistributedNotificationCenter *mNotificationCenter = nullptr;
@@ -221,12 +232,13 @@ private:
     bool mIsRenamingMacroName = false; ///< a rename was started from a menu
     bool mIsListNew = false;           ///< the list was handed over since an add was sent
     bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
+    bool mIsFollowingMacro = false;    ///< the selected macro has moved or gone: its lines are not to be fetched
     bool mIsReplacingLines = false;    ///< an operation goes on that fetches the lines at its end
     bool mAreLinesOfSelection = false; ///< lines came since the last selection of a macro
     bool mIsRecording = false;         ///< a new recording runs
     bool mIsStopRecording = false;     ///< the last recording was stopped: late lines are ignored
     bool mIsAppendMacro = false;       ///< an appended recording runs
-    bool mIsEditingMacro = false;      ///< a single key is being captured
+    bool mIsEditingMacro = false;      ///< a single key is being captured, or was when the event sheet was cancelled
     bool mIsMacroEventEdit = false;    ///< the event sheet is up
     bool mHasDeviceConnected = true;   ///< as last told to setControlsState()
     bool mRecordButtonReadsStop = false;

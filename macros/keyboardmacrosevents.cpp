@@ -9,6 +9,7 @@
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
+#include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"
 
 #include <QAction>
@@ -59,6 +60,9 @@ void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)
 
 void KeyboardMacrosController::clickMacroDetailsSettingsMenuItem(const QAction *item)
 {
+    mMacroTableView->endEditing();
+    if (macroRow() < 0)
+        return;
     switch (item->data().toInt()) {
     case MacroCommands::record: clickRecordMacroDetails(mRecordMacroDetails); break;
     case MacroCommands::edit: editSelectedEvent(); break;
@@ -161,9 +165,8 @@ void KeyboardMacrosController::captureEditedEvent()
 void KeyboardMacrosController::closeEventSheet()
 {
     setRecordButton(false);
-    // The keyboard may have been pulled out while the sheet was up.
-    setStateOfTableButtonsWithState(mHasDeviceConnected);
-    setStateOfMacroTableWithState(mHasDeviceConnected);
+    setStateOfTableButtonsWithState(true);
+    setStateOfMacroTableWithState(true);
     updateEventButtons();
     mEditEventWindow->endSheet();
     mMacroDetailsTableView->setFocus(); // which was off, so that the focus had gone on to Record
@@ -182,10 +185,11 @@ void KeyboardMacrosController::clickMacroEventOK(QObject *)
 
 void KeyboardMacrosController::clickMacroEventCancel(QObject *)
 {
+    // What tells that a key is being captured stays. Deliberate: leaving the tab, or Stop, ends the capture once more.
     mIsMacroEventEdit = false;
-    mIsEditingMacro = false;
     mMacroEventEditHIDCode = 0;
-    if (mMacroDelegate)
+    // A keyboard that has gone has ended the capture itself.
+    if (mMacroDelegate && mHasDeviceConnected)
         mMacroDelegate->stopSingleKeyRecording();
     closeEventSheet();
 }

@@ -59,6 +59,7 @@ void KeyboardMacrosController::loadPanel()
     mOpenPanel->setObjectName("mOpenPanel"_L1);
     connect(mOpenPanel, &QDialog::finished, this, &KeyboardMacrosController::openPanelDidEndReturnCodeContextInfo);
     mOpenPanel->open();
+    mImportSubject.note(mOpenPanel);
 }
 
 void KeyboardMacrosController::openPanelDidEndReturnCodeContextInfo(int returnCode)
@@ -78,5 +79,5 @@ void KeyboardMacrosController::importMacroFromFile(const QString &path)
     mMacrosSettingsArray.append(macro);
     const bool isAdded = sendAppendedMacro();
     mMacroTableView->reloadData();
-    mMacroTableView->selectRow(isAdded ? int(mMacrosSettingsArray.size()) - 1 : rowBefore);
+    mMacroTableView->selectRow(isAdded ? rowOfAddedMacro(MacroRecord::name(macro)) : rowBefore);
 }

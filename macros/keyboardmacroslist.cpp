@@ -46,12 +46,25 @@ void KeyboardMacrosController::clickAddMacro(QObject *)
     mMacroTableView->selectRow(last);
     mMacroTableView->editColumnRow(nameColumn, last, true);
     const bool isAdded = sendAppendedMacro();
+    mMacroTableView->reloadData();
+    mMacroTableView->selectRow(isAdded ? rowOfAddedMacro(MacroRecord::name(macro)) : rowBefore);
+    noteSelectedMacro();
     mIsAddMacro = false;
     if (isAdded)
-        return;
-    mMacroTableView->reloadData();
-    mMacroTableView->selectRow(rowBefore);
+        mMacroTableView->editColumnRow(nameColumn, macroRow(), true); // the new list has ended the edit
+    else
+        fetchLines();
     updateEventPart();
+}
+
+int KeyboardMacrosController::rowOfAddedMacro(const QString &name) const
+{
+    // Another client may have added one, too, before the list came.
+    for (int row = int(mMacrosSettingsArray.size()) - 1; row >= 0; --row) {
+        if (MacroRecord::name(macroAt(row)) == name)
+            return row;
+    }
+    return int(mMacrosSettingsArray.size()) - 1;
 }
 
 bool KeyboardMacrosController::sendAppendedMacro()
@@ -140,6 +153,7 @@ void KeyboardMacrosController::deleteMacro()
 
 void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)
 {
+    mMacroTableView->endEditing(); // a name that is being typed is written before
     switch (item->data().toInt()) {
     case MacroCommands::rename: startRenaming(); break;
     case MacroCommands::newMacro: clickAddMacro(nullptr); break;

@@ -69,6 +69,7 @@ void KeyboardMacrosController::startRecording()
 
 void KeyboardMacrosController::stopRecording()
 {
+    const bool wasRecording = isRecording();
     mIsRecording = false;
     mIsStopRecording = true;
     setRecordButton(false);
@@ -78,6 +79,8 @@ void KeyboardMacrosController::stopRecording()
     const QScopedValueRollback replacingLines(mIsReplacingLines, true);
     if (mMacroDelegate && mIsEditingMacro) {
         mMacroDelegate->stopSingleKeyRecording();
+        if (wasRecording)
+            fetchLines(); // in place of what was recorded, which is not stored
     } else if (mMacroDelegate) {
         mMacroDelegate->stopMacroRecording();
         mMacroDelegate->saveRecordedEventsForMacroAtIndexIsNewRecording(macroRow(), isAppended ? 1 : 0);
@@ -88,6 +91,20 @@ void KeyboardMacrosController::stopRecording()
     updatePlaceholders();
     updateLineColor();
     updateEventButtons();
+}
+
+void KeyboardMacrosController::abandonRecording()
+{
+    mIsRecording = false;
+    mIsAppendMacro = false;
+    mIsStopRecording = true;
+    setRecordButton(false);
+    setStateOfTableButtonsWithState(true);
+    setStateOfMacroTableWithState(true);
+    updateSelectedMacroWithMacroDetails({});
+    updateLineColor();
+    if (mMacroDelegate)
+        mMacroDelegate->stopMacroRecording();
 }
 
 void KeyboardMacrosController::clickAddMacroDetails(QObject *)
@@ -131,7 +148,7 @@ void KeyboardMacrosController::keyboardCameBack()
 {
     if (mIsMacroEventEdit)
         captureEditedEvent();
-    else
+    else if (isRecording())
         stopAllMacroRecording();
 }
 

@@ -80,7 +80,10 @@ QPushButton *KeyboardMacrosController::makeButton(QPushButton *&field, const cha
     field = new QPushButton(localizedText(textKey));
     field->setObjectName(QLatin1StringView(name));
     field->setAutoDefault(false);
-    connect(field, &QPushButton::clicked, this, [this, button = field, action] { (this->*action)(button); });
+    connect(field, &QPushButton::clicked, this, [this, button = field, action] {
+        mMacroTableView->endEditing();
+        (this->*action)(button);
+    });
     return field;
 }
 

@@ -13,7 +13,13 @@ void SheetSubject::note(QDialog *dialog, const QVariant &subject)
 
 void SheetSubject::endUnless(const QVariant &subject)
 {
-    if (!mDialog || subject == mSubject)
+    if (mSubject.isValid() && subject != mSubject)
+        end();
+}
+
+void SheetSubject::end()
+{
+    if (!mDialog)
         return;
     // Cleared first: what ends the dialog may lead here again.
     const QPointer<QDialog> dialog = std::exchange(mDialog, nullptr);

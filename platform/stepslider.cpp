@@ -13,6 +13,15 @@ StepSlider::StepSlider(QWidget *parent) : QSlider(Qt::Horizontal, parent)
     setMinimumHeight(lowest);
 }
 
+void StepSlider::endDrag()
+{
+    if (!isSliderDown())
+        return;
+    const QPointF point = place(QStyle::SC_SliderHandle).center();
+    QMouseEvent release(QEvent::MouseButtonRelease, point, mapToGlobal(point), Qt::LeftButton, Qt::NoButton, {});
+    QSlider::mouseReleaseEvent(&release);
+}
+
 QRect StepSlider::place(QStyle::SubControl part) const
 {
     QStyleOptionSlider option;

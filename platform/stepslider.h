@@ -13,6 +13,9 @@ class StepSlider : public QSlider
 public:
     explicit StepSlider(QWidget *parent = nullptr);
 
+    /// Lets go of a handle that the person is dragging: the mouse moves nothing until it is pressed again.
+    void endDrag();
+
 protected:
     void mousePressEvent(QMouseEvent *event) override;
 

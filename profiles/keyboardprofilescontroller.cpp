@@ -11,6 +11,7 @@
 #include "profiles/applicationbinding.h"
 #include "profiles/profiledelegate.h"
 #include "profiles/profilefile.h"
+#include "profiles/profileidentity.h"
 #include "profiles/qltableview.h"
 
 #include <QCheckBox>
@@ -97,7 +98,18 @@ QString KeyboardProfilesController::checkForDuplicateNameUsingDefaultName(const 
     return uniqueName(profiles, SettingsKeys::profileName, name);
 }
 
+QVariant KeyboardProfilesController::profile() const
+{
+    return profileIdentity(selectedProfile(), mAllProfilesArray, mProfilesTableView->selectedRow());
+}
+
 // Following the main controller
+
+void KeyboardProfilesController::setMAllProfilesArray(const QVariantList &profiles)
+{
+    mAllProfilesArray = profiles;
+    mIsListNew = true;
+}
 
 void KeyboardProfilesController::updateUISettings()
 {
@@ -105,10 +117,16 @@ void KeyboardProfilesController::updateUISettings()
         return;
     if (!mIsAddProfile)
         showActiveProfile();
-    mSheetSubject.endUnless(selectedProfileName());
+    mSheetSubject.endUnless(profile());
+    editNewName();
+    enableAddButtonByCount();
+}
+
+/// After an add: the new profile is ready to be named. Its row is the last one.
+void KeyboardProfilesController::editNewName()
+{
     if (mNeedsProfileEditing)
         editName(profileCount() - 1, true);
-    enableAddButtonByCount();
 }
 
 void KeyboardProfilesController::showActiveProfile()
@@ -122,13 +140,16 @@ void KeyboardProfilesController::showActiveProfile()
 void KeyboardProfilesController::refreshTableDisplay()
 {
     mProfilesTableView->reloadData();
+    editNewName();
 }
 
 void KeyboardProfilesController::setControlsState(bool isEnabled)
 {
     mHasDeviceConnected = isEnabled;
+    if (!isEnabled)
+        mSheetSubject.end();
     mProfilesTableView->setEnabled(isEnabled);
-    mAddProfile->setEnabled(isEnabled && profileCount() < maximumProfileCount);
+    enableAddButtonByCount();
     mSettingsProfile->setEnabled(isEnabled);
     mEnableOnScreenDisplay->setEnabled(isEnabled);
     mDeleteProfile->setEnabled(canDelete());
@@ -138,15 +159,15 @@ void KeyboardProfilesController::enableControlsForAddProfiles(bool isEnabled)
 {
     // An add that was refused leaves one profile, which cannot be deleted.
     mDeleteProfile->setEnabled(isEnabled && canDelete());
-    mSettingsProfile->setEnabled(isEnabled);
-    mEnableOnScreenDisplay->setEnabled(isEnabled);
+    mSettingsProfile->setEnabled(isEnabled && mHasDeviceConnected);
+    mEnableOnScreenDisplay->setEnabled(isEnabled && mHasDeviceConnected);
     // The add button follows the count alone, even while an add goes on.
     enableAddButtonByCount();
 }
 
 void KeyboardProfilesController::enableAddButtonByCount()
 {
-    mAddProfile->setEnabled(profileCount() < maximumProfileCount);
+    mAddProfile->setEnabled(mHasDeviceConnected && profileCount() < maximumProfileCount);
 }
 
 // Adding and copying
@@ -172,9 +193,8 @@ void KeyboardProfilesController::copyProfile()
     if (profileAt(row).isEmpty())
         return;
     mIsAddProfile = true;
-    mProfilesTableView->deselectAll();
-    // Only now: a name that was being typed is written by this.
     QVariantMap profile = profileAt(row);
+    mProfilesTableView->deselectAll();
     profile[SettingsKeys::profileName] = checkForDuplicateNameUsingDefaultName(mAllProfilesArray, nameOf(profile));
     mAllProfilesArray.append(profile);
     addProfileWithSettings(profile);
@@ -184,11 +204,23 @@ void KeyboardProfilesController::copyProfile()
 /// Shows the record just appended, opens its name for editing and sends it.
 void KeyboardProfilesController::addProfileWithSettings(const QVariantMap &profile)
 {
+    const int countBefore = profileCount() - 1;
+    mIsListNew = false;
     mProfilesTableView->reloadData();
     selectLastRow();
     editName(profileCount() - 1, true);
     if (mProfileDelegate)
         mProfileDelegate->addNewProfileWithSettings(profile);
+    if (!mIsListNew)
+        return;
+    if (profileCount() > countBefore && nameOf(profileAt(profileCount() - 1)) == nameOf(profile)) {
+        selectLastRow();
+        editName(profileCount() - 1, true); // the new list has ended the edit
+        return;
+    }
+    // It was refused, or another client has added one, too. The changes of every tab go to the selected row.
+    mNeedsProfileEditing = false;
+    mProfilesTableView->selectRow(activeProfile());
 }
 
 void KeyboardProfilesController::selectLastRow()
@@ -241,7 +273,7 @@ void KeyboardProfilesController::confirm(const char *titleKey, const char *descr
         if (self)
             self->sheetDidEndReturnCodeContextInfo(returnCode, context);
     });
-    mSheetSubject.note(alert, name);
+    mSheetSubject.note(alert, profile());
 }
 
 void KeyboardProfilesController::sheetDidEndReturnCodeContextInfo(int returnCode, int context)
@@ -259,12 +291,10 @@ void KeyboardProfilesController::deleteProfile()
     if (profileCount() > 1 && mProfilesTableView->selectedRow() >= 0) {
         mNeedsUpdate = true;
         mNeedsProfileEditing = false;
-        // The user's own command writes a pending edit. The reload below ends the edit that opens here, if any.
         mProfilesTableView->endEditing();
-        editName(profileCount() - 1, false);
+        editName(profileCount() - 1, false); // the reload below ends this edit
         if (mProfileDelegate)
             mProfileDelegate->deleteProfileWithProfileID(mProfilesTableView->selectedRow());
-        mProfilesTableView->abortEditing();
         mProfilesTableView->reloadData();
         mProfilesTableView->setFocus();
         mNeedsUpdate = false;
@@ -298,8 +328,11 @@ void KeyboardProfilesController::updateValueOfSetting(int value, const QString &
 
 void KeyboardProfilesController::setAutoSwitch(int row, int value)
 {
+    const int selected = mProfilesTableView->selectedRow();
     if (row != activeProfile() && mProfileDelegate)
         mProfileDelegate->switchProfileWithID(row);
+    if (selected == row && mProfilesTableView->selectedRow() != row)
+        return; // the switch was refused, and the active profile's row has come back
     if (value == 0) {
         updateValueOfSetting(0, SettingsKeys::autoSwitchOn);
     } else {

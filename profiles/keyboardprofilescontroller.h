@@ -61,7 +61,7 @@ public:
     void setMDefaultProfileDict(const QVariantMap &profile) { mDefaultProfileDict = profile; }
     void setMCurrentProfileDict(const std::optional<QVariantMap> &profile) { mCurrentProfileDict = profile; }
     void setMDeviceSettingsDict(const QVariantMap &settings) { mDeviceSettingsDict = settings; }
-    void setMAllProfilesArray(const QVariantList &profiles) { mAllProfilesArray = profiles; }
+    void setMAllProfilesArray(const QVariantList &profiles);
     /// Neither is owned.
     void setMProfileDelegate(ProfileDelegate *delegate) { mProfileDelegate = delegate; }
     void setMProfilesWindow(QWidget *window) { mProfilesWindow = window; }
@@ -116,7 +116,9 @@ private:
     [[nodiscard]] QVariantMap profileAt(int row) const; ///< empty when there is no such row
     [[nodiscard]] bool canDelete() const;
     void enableAddButtonByCount();
+    [[nodiscard]] QVariant profile() const; ///< what tells the selected profile from every other
     void editName(int row, bool selectText);
+    void editNewName();
     void selectLastRow();
     void showActiveProfile();
     void confirm(const char *titleKey, const char *descriptionKey, SheetContext context);
@@ -145,11 +147,12 @@ private:
     QPointer<QWidget> mProfilesWindow;
     QPointer<OpenPanel> mProfileFileBrowserPanel;
     QPointer<SavePanel> mProfileSavePanel;
-    SheetSubject mSheetSubject; ///< the name of the profile that an alert or a panel is about
+    SheetSubject mSheetSubject; ///< the profile() that an alert or a panel is about, if any
     ProfileDelegate *mProfileDelegate = nullptr;
     int mTableObjectValue = 0;
 
     bool mIsAddProfile = false;        ///< an add or copy is going on: selecting switches no profile
+    bool mIsListNew = false;           ///< the list was handed over since an add or copy was sent
     bool mNeedsUpdate = false;         ///< a delete is going on, or an application was bound
     bool mIsFirstLaunch = true;        ///< the first selection change switches no profile
     bool mHasDeviceConnected = true;   ///< as last told to setControlsState()

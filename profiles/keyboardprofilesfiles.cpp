@@ -44,8 +44,7 @@ void KeyboardProfilesController::loadPanelForIdentifier(int identifier)
     });
     mProfileFileBrowserPanel->open();
     // What is imported becomes a profile of its own, whichever is selected.
-    if (identifier == chooseApplication)
-        mSheetSubject.note(mProfileFileBrowserPanel, selectedProfileName());
+    mSheetSubject.note(mProfileFileBrowserPanel, identifier == chooseApplication ? profile() : QVariant());
 }
 
 void KeyboardProfilesController::loadSaveAsPanel()
@@ -61,7 +60,7 @@ void KeyboardProfilesController::loadSaveAsPanel()
     connect(mProfileSavePanel, &QDialog::finished, this,
             [this](int returnCode) { sheetDidEndReturnCodeContextInfo(returnCode, exportProfile); });
     mProfileSavePanel->open();
-    mSheetSubject.note(mProfileSavePanel, name);
+    mSheetSubject.note(mProfileSavePanel, profile());
 }
 
 void KeyboardProfilesController::openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, int context)

@@ -36,6 +36,7 @@ void KeyboardProfilesController::selectMenuItem(const QAction *item)
 
 void KeyboardProfilesController::runCommand(int tag)
 {
+    mProfilesTableView->endEditing(); // a name that is being typed is written before
     switch (tag) {
     case ProfileCommands::rename:
         editName(mProfilesTableView->selectedRow(), true);
@@ -60,7 +61,6 @@ void KeyboardProfilesController::runCommand(int tag)
     }
 }
 
-/// Deselecting ends a pending name edit.
 void KeyboardProfilesController::reselectRow()
 {
     const int row = mProfilesTableView->selectedRow();

@@ -37,10 +37,16 @@ void KeyboardProfilesController::buildView()
 
     mAddProfile = new QPushButton(localizedText("lkeyAddProfile"));
     mAddProfile->setObjectName("mAddProfile"_L1);
-    connect(mAddProfile, &QPushButton::clicked, this, [this] { clickAddProfile(mAddProfile); });
+    connect(mAddProfile, &QPushButton::clicked, this, [this] {
+        mProfilesTableView->endEditing();
+        clickAddProfile(mAddProfile);
+    });
     mDeleteProfile = new QPushButton(localizedText("lkeyDeleteProfile"));
     mDeleteProfile->setObjectName("mDeleteProfile"_L1);
-    connect(mDeleteProfile, &QPushButton::clicked, this, [this] { clickDeleteProfile(mDeleteProfile); });
+    connect(mDeleteProfile, &QPushButton::clicked, this, [this] {
+        mProfilesTableView->endEditing();
+        clickDeleteProfile(mDeleteProfile);
+    });
     mSettingsProfile = new PulldownButton;
     mSettingsProfile->setObjectName("mSettingsProfile"_L1);
     mSettingsProfile->setAccessibleName(localizedText("lkeyProfileCommands"));

@@ -114,7 +114,8 @@ void MacrosEndToEndTest::typeKey(uint usage)
 void MacrosEndToEndTest::addMacro(const QString &name)
 {
     click("mAddMacro");
-    auto *editor = list()->findChild<QLineEdit *>(u"cellEditor"_s);
+    QCOMPARE(list()->editedRow(), list()->selectedRow());
+    auto *editor = qobject_cast<QLineEdit *>(mHub->window->focusWidget());
     QVERIFY(editor);
     QTest::keyClicks(editor, name);
     QTest::keyClick(editor, Qt::Key_Return);

@@ -214,7 +214,7 @@ void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack_data()
     QTest::addColumn<bool>("wasRemoved");
     for (const auto &[name, command] : {std::pair{"single key", Command::startSingleKeyRecording},
                                         std::pair{"key for an event", Command::startEditHid}}) {
-        QTest::addRow("%s, keyboard removed before", name) << command << true;
+        QTest::addRow("%s, keyboard removed before", name) << command << true; // the sheet has gone with it
         QTest::addRow("%s, daemon started anew", name) << command << false;
     }
 }
@@ -238,9 +238,11 @@ void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack()
         mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
     mDaemon->forgetRequests();
     mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
-    QCOMPARE(mDaemon->count(command), 1);
-    QCOMPARE(mDaemon->commands().front(), int(Command::readSettings)); // first what is told of every attachment
-    QCOMPARE(mDaemon->commands().back(), int(command));
+    // First what is told of every attachment.
+    std::vector<int> expected{int(Command::readSettings)};
+    if (!wasRemoved)
+        expected.push_back(int(command));
+    QCOMPARE(mDaemon->commands(), expected);
 }
 
 void NotificationsTest::endsARecordingWhenTheKeyboardIsBack()

@@ -482,11 +482,14 @@ void ProfilesEndToEndTest::aSwitchFromOutsideAfterAnAddChangesNoRecord()
     QFETCH(QString, typed);
     startDaemon({withKey(factoryProfile(u"Game"_s), u"4"_s, entry(20, 0)), factoryProfile(u"Work"_s)});
     openWindow();
+    mHub->controller->selectTabAtIndex(1);
+    mHub->window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
     mHub->find<QPushButton>("mAddProfile")->click();
     QTRY_COMPARE(table()->selectedRow(), 2);
     const QVariantList before = storedProfiles();
     QCOMPARE(before.size(), 3);
-    auto *editor = table()->findChild<QLineEdit *>();
+    auto *editor = qobject_cast<QLineEdit *>(mHub->window->focusWidget());
     QVERIFY(editor); // the name of the added profile
     QTest::keyClicks(editor, typed);
     QCOMPARE(runKestractl({u"profile"_s, u"switch"_s, u"Game"_s}).exitCode, 0);

@@ -171,6 +171,9 @@ void ProfilesWireTest::selectingARowSwitches()
 
 void ProfilesWireTest::addingSendsTheRecordAlone()
 {
+    mHub->controller->selectTabAtIndex(1);
+    mHub->window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
     mHub->find<QPushButton>("mAddProfile")->click();
     QCOMPARE(mDaemon->commands(), std::vector<int>{5});
     QVariantMap expected = tab()->defaultProfileDict();

@@ -44,7 +44,10 @@ private Q_SLOTS:
     void theListHasTheFocusAfterTheEventSheet_data() { addEndsOfTheEventSheet(); }
     void theListHasTheFocusAfterTheEventSheet();
     void theEventSheetSaysHowTheKeyboardComesBack();
-    void theCaptureBeginsAnewWhenTheKeyboardIsBack();
+    void theCaptureBeginsAnewWithANewDaemon();
+    void aSheetEndsWithoutAKeyboard_data();
+    void aSheetEndsWithoutAKeyboard();
+    void cancelLeavesTheCaptureToBeEndedOnceMore();
     void keysEditAndDeleteTheSelectedEvent();
     void doubleClickEditsTheEvent();
     void aCapturedNothingForgetsTheKeyBefore();
@@ -336,7 +339,6 @@ void MacrosEventsTest::sheetsBelongToTheWindow()
         sheet->reject(); // Escape presses Cancel
         QVERIFY(!sheet->isUp());
     }
-    QVERIFY(!mController->isRecordingOrCapturing());
 }
 
 void MacrosEventsTest::theCapturedKeyOfAnEarlierSheetIsForgotten()
@@ -378,14 +380,12 @@ void MacrosEventsTest::theEventSheetSaysHowTheKeyboardComesBack()
     QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->accessibleDescription(), hint->text());
 }
 
-void MacrosEventsTest::theCaptureBeginsAnewWhenTheKeyboardIsBack()
+void MacrosEventsTest::theCaptureBeginsAnewWithANewDaemon()
 {
     fill({u"A"_s}, 0);
     editRow(0);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
-    mController->stopAllMacroRecording(); // as when it was removed
-    mController->setControlsState(false);
-    mController->setControlsState(true);
+    mController->setControlsState(true); // as at every attachment
     mDelegate->calls.clear();
     mController->keyboardCameBack();
     QCOMPARE(mDelegate->calls, QStringList{u"startEditHID"_s});
@@ -398,6 +398,62 @@ void MacrosEventsTest::theCaptureBeginsAnewWhenTheKeyboardIsBack()
     mDelegate->calls.clear();
     mController->keyboardCameBack();
     QCOMPARE(mDelegate->calls, QStringList());
+}
+
+void MacrosEventsTest::aSheetEndsWithoutAKeyboard_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("sheet");
+    QTest::newRow("event") << 0 << u"mEditEventWindow"_s;
+    QTest::newRow("delay") << 1 << u"mEditDelayWindow"_s;
+}
+
+void MacrosEventsTest::aSheetEndsWithoutAKeyboard()
+{
+    QFETCH(int, row);
+    QFETCH(QString, sheet);
+    fill({u"A"_s}, 0);
+    editRow(row);
+    mDelegate->calls.clear();
+    mController->setControlsState(false);
+    QVERIFY(!outlet<Sheet>(sheet)->isUp());
+    QCOMPARE(mDelegate->calls, QStringList());
+    QVERIFY(!mController->recordButtonReadsStop());
+    QVERIFY(!outlet(u"mRecordMacroDetails"_s)->isEnabled());
+    QVERIFY(!list()->isEnabled());
+    QVERIFY(!events()->isEnabled());
+    mController->setControlsState(true);
+    mController->keyboardCameBack();
+    QCOMPARE(mDelegate->calls, QStringList());
+    QVERIFY(outlet(u"mRecordMacroDetails"_s)->isEnabled());
+    QVERIFY(list()->isEnabled());
+    QVERIFY(outlet(u"mSettingsMacroDetails"_s)->isEnabled());
+}
+
+/// Deliberate: after Cancel the capture counts as running until Stop or another tab ends it once more.
+void MacrosEventsTest::cancelLeavesTheCaptureToBeEndedOnceMore()
+{
+    fill({u"A"_s}, 0);
+    editRow(0);
+    outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
+    QVERIFY(mController->isRecordingOrCapturing());
+    // Nothing of it is seen.
+    QVERIFY(!mController->recordButtonReadsStop());
+    QVERIFY(list()->isEnabled());
+    QVERIFY(events()->isEnabled());
+    for (const auto &name :
+         QStringList{u"mAddMacroDetails"_s, u"mDeleteMacroDetails"_s, u"mSettingsMacroDetails"_s, u"mAddMacro"_s})
+        QVERIFY(outlet(name)->isEnabled());
+    mController->setControlsState(true);
+    QVERIFY(list()->isEnabled());
+    mDelegate->calls.clear();
+    mController->keyboardCameBack();
+    QCOMPARE(mDelegate->calls, QStringList());
+    mController->checkMacroRecordingStatus(u"Keys"_s);
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
+    QVERIFY(!mController->isRecordingOrCapturing());
+    mController->checkMacroRecordingStatus(u"Keys"_s);
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
 }
 
 void MacrosEventsTest::keysEditAndDeleteTheSelectedEvent()
@@ -458,7 +514,7 @@ void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits_data()
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("sheet");
     QTest::addColumn<QString>("change");
-    for (const char *change : {"macro above deleted", "all macros deleted", "events changed"}) {
+    for (const char *change : {"macro deleted", "all macros deleted", "events changed"}) {
         QTest::addRow("event, %s", change) << 2 << u"mEditEventWindow"_s << QString::fromLatin1(change);
         QTest::addRow("delay, %s", change) << 1 << u"mEditDelayWindow"_s << QString::fromLatin1(change);
     }
@@ -469,17 +525,19 @@ void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits()
     QFETCH(int, row);
     QFETCH(QString, sheet);
     QFETCH(QString, change);
-    fill({u"A"_s, u"B"_s, u"C"_s}, 1);
+    mDelegate->macros = numberedMacros({1, 2, 3});
+    mDelegate->refresh();
+    list()->selectRow(1);
     editRow(row);
     QVERIFY(outlet<Sheet>(sheet)->isUp());
     mDelegate->calls.clear();
     // As another client does it.
-    if (change == "macro above deleted"_L1) {
-        mDelegate->macros.removeFirst();
+    if (change == "macro deleted"_L1) {
+        mDelegate->macros.removeAt(1);
     } else if (change == "all macros deleted"_L1) {
         mDelegate->macros.clear();
     } else {
-        QVariantMap changed = macroNamed(u"B"_s);
+        QVariantMap changed = mDelegate->macros.at(1).toMap();
         changed[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
         mDelegate->macros[1] = changed;
         mDelegate->lines = {u"Left Button down\n"_s};
@@ -489,7 +547,7 @@ void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits()
     QCOMPARE(mDelegate->calls.contains(u"stopKey"_s), sheet == "mEditEventWindow"_L1);
     for (const QString &call : std::as_const(mDelegate->calls))
         QVERIFY2(call == "stopKey"_L1 || call == "details 1"_L1, qPrintable(call));
-    QVERIFY(!mController->isRecordingOrCapturing());
+    QVERIFY(!mController->recordButtonReadsStop());
     QVERIFY(list()->isEnabled());
     if (change == "events changed"_L1)
         QCOMPARE(mController->macroDetailsArray(), QStringList{u"Left Button down\n"_s});

@@ -32,6 +32,13 @@ private Q_SLOTS:
     void deleteAsksFirst();
     void theAlertGoesWithTheMacroThatItNames_data();
     void theAlertGoesWithTheMacroThatItNames();
+    void theSelectionFollowsTheMacro_data();
+    void theSelectionFollowsTheMacro();
+    void theAlertDeletesItsMacroWhereverItStands();
+    void aNameBeingTypedReachesNoOtherMacro();
+    void anAddedMacroIsNamedWhereverItComesToStand();
+    void everyDialogEndsWithoutAKeyboard_data();
+    void everyDialogEndsWithoutAKeyboard();
     void theAlertStaysWhileItsMacroDoes();
     void deletingSelectsTheNextRow_data();
     void deletingSelectsTheNextRow();
@@ -175,9 +182,9 @@ void MacrosListTest::theAlertGoesWithTheMacroThatItNames_data()
 {
     QTest::addColumn<bool>("haveIdentity");
     QTest::addColumn<QStringList>("namesAfter");
-    QTest::newRow("the one above deleted") << true << QStringList{u"B"_s, u"C"_s};
+    QTest::newRow("it is deleted") << true << QStringList{u"A"_s, u"C"_s};
     QTest::newRow("all deleted") << true << QStringList{};
-    QTest::newRow("replaced by another of the name") << true << QStringList{u"A"_s, u"new"_s, u"B"_s};
+    QTest::newRow("replaced by another of the name") << true << QStringList{u"A"_s, u"new"_s, u"C"_s};
     QTest::newRow("renamed") << false << QStringList{u"A"_s, u"X"_s, u"C"_s};
     QTest::newRow("without identities, the one above deleted") << false << QStringList{u"B"_s, u"C"_s};
 }
@@ -207,6 +214,109 @@ void MacrosListTest::theAlertGoesWithTheMacroThatItNames()
     mDelegate->refresh();
     QTRY_VERIFY(!alert);
     QCOMPARE(mDelegate->macros, macros(namesAfter));
+}
+
+void MacrosListTest::theSelectionFollowsTheMacro_data()
+{
+    QTest::addColumn<QList<int>>("after");
+    QTest::addColumn<int>("row");
+    QTest::newRow("one above deleted") << QList<int>{2, 3} << 0;
+    QTest::newRow("one above added") << QList<int>{4, 1, 2, 3} << 2;
+    QTest::newRow("one below deleted") << QList<int>{1, 2} << 1;
+    QTest::newRow("turned round") << QList<int>{3, 2, 1} << 1;
+    QTest::newRow("deleted") << QList<int>{1, 3} << -1;
+    QTest::newRow("deleted, being the last") << QList<int>{1} << -1;
+    QTest::newRow("all deleted") << QList<int>{} << -1;
+}
+
+void MacrosListTest::theSelectionFollowsTheMacro()
+{
+    QFETCH(QList<int>, after);
+    QFETCH(int, row);
+    mDelegate->macros = numberedMacros({1, 2, 3});
+    mDelegate->refresh();
+    list()->selectRow(1);
+    mDelegate->calls.clear();
+    mDelegate->macros = numberedMacros(after);
+    mDelegate->refresh();
+    QCOMPARE(list()->selectedRow(), row);
+    QCOMPARE(outlet(u"mRecordMacroDetails"_s)->isVisible(), row >= 0);
+    QCOMPARE(mDelegate->calls, QStringList()); // its lines are the same
+}
+
+void MacrosListTest::theAlertDeletesItsMacroWhereverItStands()
+{
+    mDelegate->macros = numberedMacros({1, 2, 3});
+    mDelegate->refresh();
+    list()->selectRow(1);
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    mDelegate->macros = numberedMacros({2, 3});
+    mDelegate->refresh();
+    auto *alert = outlet<Sheet>(u"alert"_s);
+    QVERIFY(alert && alert->isUp());
+    mDelegate->calls.clear();
+    alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QCOMPARE(mDelegate->calls.first(), u"delete 0"_s);
+}
+
+void MacrosListTest::aNameBeingTypedReachesNoOtherMacro()
+{
+    mDelegate->macros = numberedMacros({1, 2, 3});
+    mDelegate->refresh();
+    list()->selectRow(1);
+    choose("mSettingsMacro", MacroCommands::rename);
+    QTest::keyClicks(editor(), u"Half a na"_s);
+    mDelegate->calls.clear();
+    mDelegate->macros = numberedMacros({2, 3});
+    mDelegate->refresh();
+    QCOMPARE(list()->editedRow(), -1);
+    QCOMPARE(mDelegate->calls, QStringList());
+    QCOMPARE(list()->model()->index(0, 0).data().toString(), u"Macro 2"_s);
+}
+
+void MacrosListTest::anAddedMacroIsNamedWhereverItComesToStand()
+{
+    mDelegate->macros = numberedMacros({1});
+    mDelegate->refresh();
+    // Another client adds one before the list is read.
+    mDelegate->addedByOthers = numberedMacros({7}).first().toMap();
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mDelegate->macros.size(), 3);
+    QCOMPARE(list()->selectedRow(), 1);
+    QCOMPARE(list()->editedRow(), 1);
+}
+
+void MacrosListTest::everyDialogEndsWithoutAKeyboard_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::newRow("deleting") << int(MacroCommands::deleteMacro);
+    QTest::newRow("importing") << int(MacroCommands::importMacro);
+    QTest::newRow("exporting") << int(MacroCommands::exportMacro);
+}
+
+void MacrosListTest::everyDialogEndsWithoutAKeyboard()
+{
+    QFETCH(int, command);
+    fill({u"A"_s}, 0);
+    choose("mSettingsMacro", command);
+    const auto areUp = [this] {
+        return std::ranges::any_of(mWindow->findChildren<QDialog *>(), [](QDialog *each) { return each->isVisible(); });
+    };
+    QVERIFY(areUp());
+    mDelegate->calls.clear();
+    mController->setControlsState(false);
+    QVERIFY(!areUp());
+    QCOMPARE(mDelegate->calls, QStringList());
+    for (const auto &name :
+         QStringList{u"mAddMacro"_s, u"mDeleteMacro"_s, u"mSettingsMacro"_s, u"mRecordMacroDetails"_s})
+        QVERIFY(!outlet(name)->isEnabled());
+    // Nothing that follows turns them on.
+    mController->setStateOfTableButtonsWithState(true);
+    mController->setStateOfMacroTableWithState(true);
+    mDelegate->refresh();
+    QVERIFY(!outlet(u"mAddMacro"_s)->isEnabled());
+    QVERIFY(!list()->isEnabled());
+    QVERIFY(!events()->isEnabled());
 }
 
 void MacrosListTest::theAlertStaysWhileItsMacroDoes()
@@ -436,7 +546,7 @@ void MacrosListTest::addingEndsARename()
     fill({u"A"_s, u"B"_s}, 0);
     choose("mSettingsMacro", MacroCommands::rename);
     QTest::keyClicks(editor(), u"Heal"_s);
-    mController->clickAddMacro(nullptr);
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
     QCOMPARE(mDelegate->calls, (QStringList{u"rename 0 Heal"_s, u"add"_s}));
     QCOMPARE(mController->macrosSettingsArray().size(), 3);
     QCOMPARE(list()->selectedRow(), 2);

@@ -28,7 +28,9 @@ private Q_SLOTS:
     void leavingTheTabStops();
     void enteringTheTabResetsTheRecordButton();
     void stoppingWithoutARecordingDoesNothing();
-    void recordingAfterACancelledSheetIsSaved();
+    void recordingAfterACancelledSheetEndsTheCapture();
+    void aRecordingBelongsToItsMacro_data();
+    void aRecordingBelongsToItsMacro();
     void anotherKeyboardStopsTheRecording_data();
     void anotherKeyboardStopsTheRecording();
     void aRecordingSaysHowTheKeyboardComesBack_data();
@@ -175,7 +177,8 @@ void MacrosRecordingTest::stoppingWithoutARecordingDoesNothing()
     QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Record"_s);
 }
 
-void MacrosRecordingTest::recordingAfterACancelledSheetIsSaved()
+/// Deliberate: the capture that Cancel ended still counts, and Stop ends that.
+void MacrosRecordingTest::recordingAfterACancelledSheetEndsTheCapture()
 {
     fill({u"A"_s}, 0);
     events()->selectRow(0);
@@ -183,8 +186,63 @@ void MacrosRecordingTest::recordingAfterACancelledSheetIsSaved()
     outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
     mDelegate->calls.clear();
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press B"_s}}});
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    // The lines show what is stored.
+    QCOMPARE(mDelegate->calls, (QStringList{u"start 0 0"_s, u"stopKey"_s, u"details 0"_s}));
+    QCOMPARE(mController->macroDetailsArray().size(), threeEvents().size());
+    // The next one is saved.
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
     QCOMPARE(mDelegate->calls, (QStringList{u"start 0 0"_s, u"stop"_s, u"save 0 0"_s, u"details 0"_s}));
+}
+
+void MacrosRecordingTest::aRecordingBelongsToItsMacro_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QList<int>>("after");
+    QTest::addColumn<QStringList>("calls");
+    for (const auto &[name, button, flag] :
+         {std::tuple{"new", u"mRecordMacroDetails"_s, 0}, std::tuple{"appended", u"mAddMacroDetails"_s, 1}}) {
+        const auto saved = [append = flag](int row) {
+            return QStringList{u"stop"_s, u"save %1 %2"_s.arg(row).arg(append), u"details %1"_s.arg(row)};
+        };
+        QTest::addRow("%s, macro above deleted", name) << button << QList<int>{2, 3} << saved(0);
+        QTest::addRow("%s, macro above added", name) << button << QList<int>{9, 1, 2, 3} << saved(2);
+        QTest::addRow("%s, macro below deleted", name) << button << QList<int>{1, 2} << saved(1);
+        QTest::addRow("%s, macro deleted", name) << button << QList<int>{1, 3} << QStringList{u"stop"_s};
+        QTest::addRow("%s, all macros deleted", name) << button << QList<int>{} << QStringList{u"stop"_s};
+    }
+}
+
+void MacrosRecordingTest::aRecordingBelongsToItsMacro()
+{
+    QFETCH(QString, start);
+    QFETCH(QList<int>, after);
+    QFETCH(QStringList, calls);
+    mDelegate->macros = numberedMacros({1, 2, 3});
+    mDelegate->refresh();
+    list()->selectRow(1);
+    outlet<QPushButton>(start)->click();
+    mDelegate->calls.clear();
+    mDelegate->macros = numberedMacros(after);
+    mDelegate->refresh();
+    if (after.contains(2))
+        outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QCOMPARE(mDelegate->calls, calls);
+    QVERIFY(!mController->isRecordingOrCapturing());
+    QVERIFY(!mController->recordButtonReadsStop());
+    QVERIFY(list()->isEnabled());
+    QVERIFY(outlet(u"mAddMacro"_s)->isEnabled());
+    QCOMPARE(outlet(u"mRecordMacroDetails"_s)->isVisible(), after.contains(2));
+    // Everything can be used.
+    if (after.isEmpty())
+        return;
+    mDelegate->calls.clear();
+    list()->selectRow(int(after.size()) - 1);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QVERIFY(mDelegate->calls.contains(u"start 0 %1"_s.arg(after.size() - 1)));
 }
 
 void MacrosRecordingTest::anotherKeyboardStopsTheRecording_data()

@@ -23,6 +23,17 @@ QVariantMap macroNamed(const QString &name)
     return {{u"MacroName"_s, name}, {u"delay"_s, 20}, {u"sequence"_s, QVariantMap()}};
 }
 
+QVariantList numberedMacros(const QList<int> &numbers)
+{
+    QVariantList macros;
+    for (const int number : numbers) {
+        QVariantMap macro = macroNamed(u"Macro %1"_s.arg(number));
+        macro[u"macroID"_s] = number;
+        macros.append(macro);
+    }
+    return macros;
+}
+
 QVariantList threeEvents()
 {
     return {u"Key Press H"_s, u"0.020 seconds delay\n"_s, u"Key Release H"_s, u"0.120 seconds delay\n"_s,
@@ -51,6 +62,8 @@ void RecordingDelegate::addMacroWithSettings(const QVariantMap &macro)
         return;
     if (answers)
         macros.append(macro);
+    if (!addedByOthers.isEmpty())
+        macros.append(std::exchange(addedByOthers, {}));
     refresh();
 }
 
@@ -88,8 +101,11 @@ void RecordingDelegate::deleteMacroAtIndex(int macroIndex)
 void RecordingDelegate::renameMacroAtIndexWithNewName(int macroIndex, const QString &newName)
 {
     note(u"rename %1 %2"_s.arg(macroIndex).arg(newName));
-    if (answers)
-        macros[macroIndex] = macroNamed(newName);
+    if (answers) {
+        QVariantMap macro = macros.at(macroIndex).toMap();
+        macro[u"MacroName"_s] = newName;
+        macros[macroIndex] = macro;
+    }
     refresh();
 }
 

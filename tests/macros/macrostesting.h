@@ -20,6 +20,9 @@ using namespace Qt::StringLiterals;
 
 [[nodiscard]] QVariantMap macroNamed(const QString &name);
 
+/// "Macro 1" and so on, each with its number as "macroID".
+[[nodiscard]] QVariantList numberedMacros(const QList<int> &numbers);
+
 /// The lines of three events: rows 0, 2 and 4 are events, 1 and 3 delays.
 [[nodiscard]] QVariantList threeEvents();
 
@@ -51,6 +54,7 @@ public:
     bool answers = true;       ///< false: no reply ever comes
     bool refusesToAdd = false; ///< as the daemon does with what it cannot hold
     QVariantList macros;
+    QVariantMap addedByOthers; ///< a macro that another client adds after the one that is added next
     QVariantList lines = threeEvents();
     QVariantList linesAfterRemoval;
     QVariantMap event{{u"command"_s, 1}, {u"delay"_s, 20}, {u"page"_s, 9}, {u"argument"_s, 1}};
