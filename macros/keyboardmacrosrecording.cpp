@@ -126,7 +126,8 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
 
 void KeyboardMacrosController::recordEvents(const QVariantMap &userInfo)
 {
-    if (mIsStopRecording)
+    // The daemon reports every recording, also one that another client has begun.
+    if (mIsStopRecording || !(mIsRecording || mIsAppendMacro))
         return;
     const QVariantList lines = userInfo.value(DaemonProtocol::messagesArray).toList();
     mMacroDetailsTableView->deselectAll();

@@ -11,6 +11,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
+
 using namespace MacrosTesting;
 
 class MacrosRecordingTest : public MacrosTest
@@ -23,6 +25,8 @@ private Q_SLOTS:
     void appendedRecordingKeepsTheLines();
     void newLinesAreAppendedAndShown();
     void linesAfterStopAreIgnored();
+    void linesWithoutARecordingAreIgnored_data();
+    void linesWithoutARecordingAreIgnored();
     void linesArriveAsNotifications();
     void leavingTheTabStops_data();
     void leavingTheTabStops();
@@ -116,6 +120,38 @@ void MacrosRecordingTest::linesAfterStopAreIgnored()
     record->click();
     mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
     QCOMPARE(mController->macroDetailsArray().size(), 5);
+}
+
+void MacrosRecordingTest::linesWithoutARecordingAreIgnored_data()
+{
+    QTest::addColumn<std::function<void()>>("begin");
+    // Another client of the daemon may record at any time.
+    QTest::newRow("none was begun") << std::function<void()>([] {});
+    QTest::newRow("the event sheet is open")
+        << std::function<void()>([this] { choose("mSettingsMacroDetails", MacroCommands::edit); });
+    QTest::newRow("Record was clicked without a macro") << std::function<void()>([this] {
+        list()->deselectAll();
+        mController->clickRecordMacroDetails(nullptr);
+        list()->selectRow(0);
+    });
+    QTest::newRow("the tab was entered anew") << std::function<void()>([this] {
+        outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+        mController->checkMacroRecordingStatus(u"Macros"_s);
+    });
+}
+
+void MacrosRecordingTest::linesWithoutARecordingAreIgnored()
+{
+    QFETCH(std::function<void()>, begin);
+    fill({u"A"_s}, 0);
+    events()->selectRow(2);
+    begin();
+    events()->selectRow(2);
+    const QStringList lines = mController->macroDetailsArray();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QCOMPARE(mController->macroDetailsArray(), lines);
+    QCOMPARE(events()->numberOfRows(), 5);
+    QCOMPARE(events()->selectedRow(), 2);
 }
 
 void MacrosRecordingTest::linesArriveAsNotifications()
