@@ -223,18 +223,21 @@ private:
     QVariantMap mDeviceSettingsDict;
     QVariantList mProfilesArray;
     QVariantList mMacrosArray;
+    [[maybe_unused]] void *mCallbackData = nullptr; // named for completeness; nothing sets it
 
     mutable std::mutex mFirmwareMutex; // guards mFirmwareVersionString, which the firmware-query thread reads
     QString mFirmwareVersionString;
 
-    std::unique_ptr<ReplyPort> mLocalMessagePort; // with its thread, the port's source of messages
-    std::atomic<int> mDevicePID = 0;              // read by the firmware-query thread
+    std::unique_ptr<ReplyPort> mLocalMessagePort;
+    [[maybe_unused]] void *mLocalPortSource = nullptr; // named for completeness; the reply port is a thread here
+    std::atomic<int> mDevicePID = 0;                   // read by the firmware-query thread
     int mDeletedProfileID = 0;
-    QVariantMap mDeletedProfile;    // the record that was there
-    bool mIsWiredDevice = false;    // nothing decides by it
-    bool mAreControlsOn = false;    // as last told to setControlsState()
-    bool mMayRowsHaveMoved = false; // a deletion was not answered, and no document came since
-    bool mIsDeleteProfile = false;  // from a delete request to the switch that follows it
+    QVariantMap mDeletedProfile;                       // the record that was there
+    bool mIsWiredDevice = false;                       // nothing decides by it
+    bool mAreControlsOn = false;                       // as last told to setControlsState()
+    bool mMayRowsHaveMoved = false;                    // a deletion was not answered, and no document came since
+    [[maybe_unused]] bool mMessagePortRunning = false; // named for completeness; the reply port knows whether it serves
+    bool mIsDeleteProfile = false;                     // from a delete request to the switch that follows it
 
     std::jthread mFirmwareQueryThread;
 };

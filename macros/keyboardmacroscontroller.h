@@ -241,5 +241,8 @@ private:
     bool mIsEditingMacro = false;      ///< a single key is being captured, or was when the event sheet was cancelled
     bool mIsMacroEventEdit = false;    ///< the event sheet is up
     bool mHasDeviceConnected = true;   ///< as last told to setControlsState()
+    // Named for completeness: the delay field vets each edit by itself.
+    [[maybe_unused]] int mCountDecimal = 0;
+    [[maybe_unused]] bool mIsDecimalPointDuplicate = false;
     bool mRecordButtonReadsStop = false;
 };
