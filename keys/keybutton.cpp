@@ -98,7 +98,7 @@ void KeyButton::paintEvent(QPaintEvent *event)
                  .mark = mMark,
                  .isSelectable = mIsSelectable,
                  .isEnabled = isEnabled(),
-                 .isHighlighted = mIsHighlighted,
+                 .isHighlighted = isShownHighlighted(),
                  .isSelected = isShownSelected(),
                  .isDown = isDown(),
                  .isHovered = underMouse(),

@@ -30,12 +30,14 @@ public:
     /// Whether it is painted as the selected key. Goes with the on/off type, so that the key restored at the start,
     /// which was never pressed, shows too.
     [[nodiscard]] bool isShownSelected() const { return mType == Type::onOff; }
+    /// Whether it is painted as mapped. The selected key never is, whatever its highlight.
+    [[nodiscard]] bool isShownHighlighted() const { return mIsHighlighted && !isShownSelected(); }
 
     /// A momentary button has no lasting state: it goes off.
     void setButtonType(Type type);
     /// Turns an on/off button on or off; a momentary one stays off.
     void setNextState();
-    /// Shows the key as mapped, or not.
+    /// Shows the key as mapped, or not, while it is not selected.
     void highlight(bool isOn);
     void setMark(KeyMark mark);
     /// Length of one key unit in pixels.
@@ -63,7 +65,7 @@ private:
         bool operator==(const Look &) const = default;
     };
 
-    [[nodiscard]] Look look() const { return {isShownSelected(), mIsHighlighted, mMark}; }
+    [[nodiscard]] Look look() const { return {isShownSelected(), isShownHighlighted(), mMark}; }
     void compareLookLater();
 
     const KeyShape &mShape;

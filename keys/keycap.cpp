@@ -68,7 +68,7 @@ Colors colorsFor(const KeycapState &state, const QPalette &palette)
     if (state.mark == KeyMark::disabled) {
         // A key that does nothing: its legend recedes, the mark says why.
         colors.legend = mixed(colors.legend, colors.faceBottom, 0.55);
-    } else if (state.isHighlighted || state.mark != KeyMark::none) {
+    } else if (state.isHighlighted) {
         const qreal share = dark ? 0.42 : 0.3;
         colors.faceTop = mixed(colors.faceTop, colors.accent, share);
         colors.faceBottom = mixed(colors.faceBottom, colors.accent, share);

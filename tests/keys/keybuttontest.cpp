@@ -56,6 +56,7 @@ private Q_SLOTS:
     void momentaryButtonHasNoLastingState();
     void becomingMomentaryTurnsItOff();
     void highlightGoesOnAndOff();
+    void selectedKeyIsNotDrawnHighlighted();
     void clickAloneChangesNothing();
     void spaceAndReturnClick_data();
     void spaceAndReturnClick();
@@ -115,6 +116,21 @@ void KeyButtonTest::highlightGoesOnAndOff()
     QVERIFY(button.isHighlighted());
     button.highlight(false);
     QVERIFY(!button.isHighlighted());
+}
+
+void KeyButtonTest::selectedKeyIsNotDrawnHighlighted()
+{
+    KeyButton button(shapeOfA(), true);
+    button.resize(88, 88);
+    button.setUnit(88);
+    const auto drawing = [&button] { return button.grab().toImage(); };
+    const QImage plain = drawing();
+    button.setButtonType(KeyButton::Type::onOff);
+    const QImage selected = drawing();
+    button.highlight(true);
+    QCOMPARE(drawing(), selected);
+    button.setButtonType(KeyButton::Type::momentaryPushIn);
+    QVERIFY(drawing() != plain); // the highlight is still there
 }
 
 void KeyButtonTest::clickAloneChangesNothing()

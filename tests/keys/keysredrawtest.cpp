@@ -73,6 +73,8 @@ private Q_SLOTS:
     void highlightTakenBackPaintsNothing();
     void highlightedKeyIsPainted();
     void restoredKeyLooksLikeASelectedOne();
+    void selectedMappedKeyIsNotDrawnHighlighted();
+    void refreshAfterSelectingAMappedKeyPaintsNoKey();
     void disabledKeysLookDisabledAtOnce();
     void subMenusStayWhileTheirTitlesDo();
     void subMenuFollowsARenamedProfile();
@@ -166,6 +168,47 @@ void KeysRedrawTest::restoredKeyLooksLikeASelectedOne()
     QVERIFY(restored->grab().toImage() != atStart);
     mTab->controller->clickA(nullptr);
     QCOMPARE(restored->grab().toImage(), atStart);
+}
+
+void KeysRedrawTest::selectedMappedKeyIsNotDrawnHighlighted()
+{
+    // Of a key, the half without the mark of its assignment.
+    const auto cap = [this](const char *key) {
+        const QImage image = mTab->key(key)->grab().toImage();
+        return image.copy(0, 0, image.width() / 2, image.height());
+    };
+    makeTab();
+    const QImage selected = cap("mA"); // restored at the start
+    mTab->controller->clickL(nullptr);
+    const QImage plain = cap("mA");
+
+    makeTab({{u"4"_s, entry(10, 0)}});
+    QCOMPARE(cap("mA"), selected);
+    mTab->controller->updateUISettings();
+    QCOMPARE(cap("mA"), selected);
+    mTab->controller->clickL(nullptr);
+    const QImage mapped = cap("mA");
+    QVERIFY(mapped != plain);
+    QVERIFY(mapped != selected);
+    mTab->controller->updateUISettings();
+    QCOMPARE(cap("mA"), mapped);
+    mTab->controller->clickA(nullptr);
+    QCOMPARE(cap("mA"), selected);
+    mTab->controller->clickA(nullptr); // again
+    QCOMPARE(cap("mA"), selected);
+    mTab->controller->updateUISettings();
+    QCOMPARE(cap("mA"), selected);
+}
+
+void KeysRedrawTest::refreshAfterSelectingAMappedKeyPaintsNoKey()
+{
+    makeTab({{u"15"_s, entry(10, 0)}});
+    mTab->controller->clickL(nullptr);
+    paintAll();
+    const PaintedKeys painted(mTab->controller->picture());
+    mTab->controller->updateUISettings();
+    paintAll();
+    QCOMPARE(painted.names(), QStringList());
 }
 
 void KeysRedrawTest::disabledKeysLookDisabledAtOnce()
