@@ -322,12 +322,12 @@ void KeyboardMainController::setDriverVersions()
 {
     if (!firmwareVersionString().isEmpty())
         return;
-    // Queued before the request, so that it comes before the answer, which ends it. The answer to the request before
-    // may have come meanwhile.
+    // Queued before the request, so that it comes before the answer, which ends it. Meanwhile the answer to the request
+    // before may have come, or the keyboard may have gone.
     QMetaObject::invokeMethod(
         this,
         [this] {
-            if (firmwareVersionString().isEmpty())
+            if (!mIsDeviceRemoved && firmwareVersionString().isEmpty())
                 mLightingController->startProgresIndicatorAnimation();
         },
         Qt::QueuedConnection);

@@ -238,6 +238,7 @@ private:
     bool mMayRowsHaveMoved = false;                    // a deletion was not answered, and no document came since
     [[maybe_unused]] bool mMessagePortRunning = false; // named for completeness; the reply port knows whether it serves
     bool mIsDeleteProfile = false;                     // from a delete request to the switch that follows it
+    bool mIsDeviceRemoved = false;                     // from a removal to the next attachment
 
     std::jthread mFirmwareQueryThread;
 };

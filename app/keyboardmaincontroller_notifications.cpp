@@ -96,6 +96,7 @@ void KeyboardMainController::removeObserverProfileUpdate()
 void KeyboardMainController::deviceConnectedNotification(const DistributedNotification &notification)
 {
     removeObserverDeviceAttachment();
+    mIsDeviceRemoved = false;
     // Empty, so that the firmware is asked for its version again.
     setFirmwareVersionString({});
     bool isNumber = false;
@@ -120,6 +121,7 @@ void KeyboardMainController::deviceConnectedNotification(const DistributedNotifi
 void KeyboardMainController::deviceDisconnectedNotification(const DistributedNotification &)
 {
     removeObserverDeviceRemoval();
+    mIsDeviceRemoved = true;
     showErrorDialog();
     mLightingController->firmwareVersion()->setText(u"-"_s);
     mLightingController->stopProgressIndicatorAnimation();

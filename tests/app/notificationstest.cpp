@@ -47,6 +47,7 @@ private Q_SLOTS:
     void goesThroughARemovalInOrder();
     void takesItsObserverAwayWhileItReloadsAChangedProfile();
     void disablesAndTellsWhenTheKeyboardIsRemoved();
+    void keepsTheFirmwareSpinnerOffUntilTheKeyboardIsBack();
     void stopsARecordingWhenTheKeyboardIsRemoved();
     void showsTheRemovalAgain();
     void reloadsWhenAnotherClientChangedAProfile();
@@ -317,6 +318,25 @@ void NotificationsTest::disablesAndTellsWhenTheKeyboardIsRemoved()
     QVERIFY(!mHub->find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
     QCOMPARE(mHub->controller->profilesArray(), profiles);
     QCOMPARE(mDaemon->commands(), std::vector<int>());
+}
+
+void NotificationsTest::keepsTheFirmwareSpinnerOffUntilTheKeyboardIsBack()
+{
+    const auto *spinner = mHub->find<Spinner>("mFirmwareVersionIndicator");
+    const auto *version = mHub->find<QLabel>("mFirmwareVersion");
+    mHub->controller->setDriverVersions(); // the spinner is started by a queued call
+    mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+    QCoreApplication::processEvents();
+    QVERIFY(!spinner->isAnimating());
+    mHub->controller->setDriverVersions(); // every three seconds until the version is known
+    QCoreApplication::processEvents();
+    QCOMPARE(mDaemon->count(Command::queryFirmwareVersion), 2);
+    QVERIFY(!spinner->isAnimating());
+    QVERIFY(version->isVisibleTo(version->parentWidget()));
+    QCOMPARE(version->text(), u"-"_s);
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    mHub->controller->setDriverVersions();
+    QTRY_VERIFY(spinner->isAnimating());
 }
 
 void NotificationsTest::stopsARecordingWhenTheKeyboardIsRemoved()
