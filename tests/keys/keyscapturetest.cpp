@@ -52,6 +52,7 @@ private Q_SLOTS:
     void theSheetSaysHowTheKeyboardComesBack();
     void theCaptureBeginsAnewWhenTheKeyboardIsBack();
     void capturedKeyIsShown();
+    void keyCapturedWithoutTheSheetIsKept();
     void okWritesTheLastCapturedKey();
     void okBeforeAnyCaptureWritesZeroes();
     void okIsOffUntilAKeyIsCaptured();
@@ -66,6 +67,7 @@ private Q_SLOTS:
 
     void gameModeNotificationFlipsTheFlagAndTheNotice();
     void gameModeWithoutAFunctionKeyChangesOnlyTheFlag();
+    void hiddenNoticeHasItsText();
     void noticeFollowsTheDeviceSettings();
     void noticeSaysWhatGameModeDoes();
     void otherKeysKeepFlagAndName();
@@ -132,6 +134,22 @@ void KeysCaptureTest::capturedKeyIsShown()
     QCOMPARE(tab->controller->singleKeyHIDCode(), 6);
     QCOMPARE(tab->controller->singleKeyModifierCode(), 3);
     QCOMPARE(tab->delegate.calls.size(), 1);
+}
+
+void KeysCaptureTest::keyCapturedWithoutTheSheetIsKept()
+{
+    Tab tab(profile(u"P"_s));
+    tab.window.show();
+    tab.key("mA")->click();
+    postCapture(6, 3);
+    QTRY_COMPARE(tab.controller->singleKeyHIDCode(), 6);
+    QCOMPARE(tab.controller->singleKeyModifierCode(), 3);
+    QCOMPARE(tab.find<QLineEdit>("mSingleKeyInput")->text(), u"Left Control + Left Shift + C"_s);
+    QVERIFY(tab.delegate.calls.isEmpty());
+    tab.find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
+    QVERIFY(tab.find<QLineEdit>("mSingleKeyInput")->text().isEmpty());
+    tab.controller->clickSingleKeyOK(nullptr);
+    QCOMPARE(tab.delegate.sentEntry(u"4"_s), entry(16, 6, 3));
 }
 
 void KeysCaptureTest::okWritesTheLastCapturedKey()
@@ -298,6 +316,21 @@ void KeysCaptureTest::gameModeWithoutAFunctionKeyChangesOnlyTheFlag()
     QVERIFY(tab.find<QLabel>("mFunctionKeysInfoLabel")->isHidden());
     QVERIFY(tab.find<QLabel>("mFunctionKeysInfoImage")->isHidden());
     QVERIFY(tab.delegate.calls.isEmpty());
+}
+
+void KeysCaptureTest::hiddenNoticeHasItsText()
+{
+    Tab tab(profile(u"P"_s, {{u"4"_s, entry(20)}}));
+    const QLabel *notice = tab.find<QLabel>("mFunctionKeysInfoLabel");
+    tab.key("mF3")->click();
+    QVERIFY(notice->isHidden()); // on its default assignment
+    QCOMPARE(notice->text(), localizedFormat("lkeyFunctionKeysInfoGameModeOff", {u"F3"_s}));
+    tab.controller->gameModeSwitch({});
+    QCOMPARE(notice->text(), localizedFormat("lkeyFunctionKeysInfoGameModeOn", {u"F3"_s}));
+    tab.key("mA")->click();
+    tab.controller->gameModeSwitch({});
+    QVERIFY(notice->isHidden());
+    QCOMPARE(notice->text(), localizedFormat("lkeyFunctionKeysInfoGameModeOff", {u"F3"_s}));
 }
 
 void KeysCaptureTest::noticeFollowsTheDeviceSettings()

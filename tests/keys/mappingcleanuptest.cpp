@@ -60,6 +60,8 @@ private Q_SLOTS:
     void holdsNothingToBePastTheEndOfNoMacros();
     void givesARecordWithoutKeysThoseOfTheOneBefore();
     void leavesAFirstRecordWithoutKeysWithout();
+    void readsKeyTextsAsNumbers_data();
+    void readsKeyTextsAsNumbers();
     void handlesOddTypes();
     void handlesNoProfiles();
     void isAbsentWhenNothingChanges();
@@ -168,6 +170,27 @@ void MappingCleanupTest::leavesAFirstRecordWithoutKeysWithout()
     const QVariantMap bare{{u"ProfileName"_s, u"Bare"_s}};
     const QVariantList profiles{bare, profileWith({{u"4"_s, entry(20, 0)}})};
     QCOMPARE(repair(profiles, 1, 0, macroType), profiles);
+}
+
+void MappingCleanupTest::readsKeyTextsAsNumbers_data()
+{
+    QTest::addColumn<QVariantMap>("keys");
+    QTest::addColumn<QVariantMap>("repaired");
+    const QVariantMap played = entry(10, 0), disabled = entry(20, 0), byDefault = entry(45, 9);
+    QTest::newRow("padded alone: names an entry that is not there")
+        << QVariantMap{{u"004"_s, played}} << QVariantMap{{u"004"_s, played}};
+    QTest::newRow("the entry under the plain text stays")
+        << QVariantMap{{u"004"_s, played}, {u"4"_s, disabled}} << QVariantMap{{u"004"_s, played}, {u"4"_s, disabled}};
+    QTest::newRow("the entry under the plain text is replaced")
+        << QVariantMap{{u"004"_s, disabled}, {u"4"_s, played}}
+        << QVariantMap{{u"004"_s, disabled}, {u"4"_s, byDefault}};
+}
+
+void MappingCleanupTest::readsKeyTextsAsNumbers()
+{
+    QFETCH(QVariantMap, keys);
+    const QVariantList repaired = repair({profileWith(keys)}, 1, 0, macroType, defaultsWith({{u"4"_s, entry(45, 9)}}));
+    QTEST(keysOf(repaired, 0), "repaired");
 }
 
 void MappingCleanupTest::handlesOddTypes()
