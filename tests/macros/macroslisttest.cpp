@@ -27,6 +27,7 @@ private Q_SLOTS:
     void typingANameRenames();
     void renamesAsTheRuleSays_data();
     void renamesAsTheRuleSays();
+    void renamesTheSelectedMacro();
     void emptyNameIsIgnored();
     void renamingFromTheMenuDisablesTheEventButtons();
     void deleteAsksFirst();
@@ -131,6 +132,14 @@ void MacrosListTest::renamesAsTheRuleSays()
     fill({u"A"_s, u"B"_s}, row);
     mController->tableViewSetObjectValueForTableColumnRow(list(), typed, u"macroName"_s, row);
     QCOMPARE(mDelegate->calls, QStringList{call});
+}
+
+void MacrosListTest::renamesTheSelectedMacro()
+{
+    fill({u"A"_s, u"B"_s, u"C"_s}, 2);
+    // The request goes to the selected row, whichever row was edited. Deliberate.
+    mController->tableViewSetObjectValueForTableColumnRow(list(), u"X"_s, u"macroName"_s, 0);
+    QCOMPARE(mDelegate->calls.first(), u"rename 2 X"_s);
 }
 
 void MacrosListTest::emptyNameIsIgnored()
