@@ -17,14 +17,18 @@
 #include "tests/support/testmain.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
+#include <QTranslator>
 
 #include <algorithm>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 using Command = DaemonProtocol::Command;
@@ -44,6 +48,8 @@ private Q_SLOTS:
     void reportsAndEndsASilentDaemon();
     void registersItsObserversOnce_data();
     void registersItsObserversOnce();
+    void enablesTheControlsWithoutAnAnswerToTheReading();
+    void goesThroughTheStartInOrder();
     void goesOnWhenTheKeyboardComesLater();
     void closesTheRestoringSheetBeforeItAsks();
     void keepsItsPace();
@@ -71,6 +77,58 @@ private:
 
     HubResources mResources;
 };
+
+namespace {
+
+/// Calls a function whenever the hub looks up the help book's title, which it does to register the book.
+class HelpBookTitleHook : public QTranslator
+{
+public:
+    explicit HelpBookTitleHook(std::function<void()> function) : mFunction(std::move(function))
+    {
+        QCoreApplication::installTranslator(this);
+    }
+
+    [[nodiscard]] bool isEmpty() const override { return false; }
+    QString translate(const char *, const char *key, const char *, int) const override
+    {
+        if (QLatin1StringView(key) == "lkeyHelpBookTitle"_L1)
+            mFunction();
+        return {}; // left to the other translators
+    }
+
+private:
+    std::function<void()> mFunction;
+};
+
+/// Calls a function when a widget is enabled or disabled.
+class EnablingHook : public QObject
+{
+public:
+    EnablingHook(QWidget *widget, std::function<void()> function) : mFunction(std::move(function))
+    {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange)
+            mFunction();
+        return false;
+    }
+
+private:
+    std::function<void()> mFunction;
+};
+
+/// The numbers of the threads that the program has now.
+QSet<QString> threads()
+{
+    const QStringList numbers = QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return {numbers.begin(), numbers.end()};
+}
+
+} // namespace
 
 void KeyboardMainControllerTest::init()
 {
@@ -223,6 +281,46 @@ void KeyboardMainControllerTest::registersItsObserversOnce()
          {u"Device Attached 271"_s, u"Device Removed 271"_s, u"Profile Updated 271"_s, u"DPI Updated 271"_s,
           u"Saved New OTFM 271"_s, u"Illumination Updated 271"_s, u"commandReplyNotification271"_s})
         QCOMPARE(center.observationCount(hub.controller.get(), name), 1);
+}
+
+void KeyboardMainControllerTest::enablesTheControlsWithoutAnAnswerToTheReading()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setSilent(Command::readSettings);
+    const Hub hub;
+    hub.controller->initializeDevice();
+    QCOMPARE(daemon.commands(), (std::vector<int>{0, 4}));
+    QVERIFY(hub.controller->profilesArray().isEmpty());
+    QVERIFY(hub.controller->macrosArray().isEmpty());
+    controlsAre(hub, true);
+    QVERIFY(!hub.find<Sheet>("mCommunicationAlertWindow")->isUp());
+    QVERIFY(!hub.find<Sheet>("alert"));
+    QVERIFY(hub.endedProcesses.isEmpty());
+}
+
+void KeyboardMainControllerTest::goesThroughTheStartInOrder()
+{
+    const ScriptedDaemon daemon(sampleDocument());
+    const Hub hub;
+    const DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
+    QStringList steps;
+    const auto note = [&](const QString &step) {
+        steps += u"%1; profile %2, keys %3, %4 observers"_s
+                     .arg(step, hub.find<QLabel>("mProfileNameLabel")->text(),
+                          hub.find<QWidget>("mA")->isEnabled() ? u"on"_s : u"off"_s)
+                     .arg(center.observationCount(hub.controller.get(), u"Illumination Updated 271"_s));
+    };
+    QSet<QString> threadsAtHelpBook;
+    const EnablingHook maintenance(hub.controller->maintenanceController()->view(), [&] { note(u"enabled"_s); });
+    const HelpBookTitleHook helpBook([&] {
+        note(u"help book"_s);
+        threadsAtHelpBook = threads();
+    });
+    hub.controller->initializeDevice();
+    QCOMPARE(steps, (QStringList{u"enabled; profile Raid, keys on, 0 observers"_s,
+                                 u"help book; profile Raid, keys on, 1 observers"_s}));
+    // The firmware query begins last.
+    QCOMPARE((threads() - threadsAtHelpBook).size(), 1);
 }
 
 void KeyboardMainControllerTest::goesOnWhenTheKeyboardComesLater()

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void loadsAndEnablesWhenAKeyboardIsAttached();
+    void enablesTheControlsWithoutAnAnswerToTheReading();
     void readsTheProductFromTheName_data();
     void readsTheProductFromTheName();
     void observesRepliesAtEveryAttach();
@@ -131,6 +132,18 @@ void NotificationsTest::loadsAndEnablesWhenAKeyboardIsAttached()
     QCOMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"Default Profile"_s);
     QCOMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 4);
     QCOMPARE(mHub->find<TableView>("mProfilesTableView")->selectedRow(), 0);
+}
+
+void NotificationsTest::enablesTheControlsWithoutAnAnswerToTheReading()
+{
+    const QVariantList profiles = mHub->controller->profilesArray();
+    mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+    mDaemon->setSilent(Command::readSettings);
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    QCOMPARE(mDaemon->count(Command::readSettings), 1);
+    QVERIFY(mHub->find<QWidget>("mA")->isEnabled());
+    QVERIFY(mHub->find<QWidget>("mProfilesTableView")->isEnabled());
+    QCOMPARE(mHub->controller->profilesArray(), profiles);
 }
 
 void NotificationsTest::readsTheProductFromTheName_data()
