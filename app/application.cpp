@@ -131,6 +131,17 @@ QVariantMap launchUserInfo(const Launch &launch)
     return {{launchIsDefaultLaunchKey, true}};
 }
 
+void connectToApplication(Keyboard_ConfiguratorAppDelegate &delegate)
+{
+    QObject::connect(qGuiApp, &QGuiApplication::aboutToQuit, &delegate,
+                     &Keyboard_ConfiguratorAppDelegate::applicationWillTerminate);
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &delegate,
+                     [&delegate](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationInactive)
+                             delegate.applicationWillResignActive();
+                     });
+}
+
 int runConfigurator(int argc, char *argv[])
 {
     const std::jthread fonts(prepareFonts);
@@ -160,13 +171,7 @@ int runConfigurator(int argc, char *argv[])
     Keyboard_ConfiguratorAppDelegate delegate(&window, &controller);
     const TerminationSignals terminationSignals;
     QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, &application, &QApplication::quit);
-    QObject::connect(&application, &QApplication::aboutToQuit, &delegate,
-                     &Keyboard_ConfiguratorAppDelegate::applicationWillTerminate);
-    QObject::connect(&application, &QGuiApplication::applicationStateChanged, &delegate,
-                     [&delegate](Qt::ApplicationState state) {
-                         if (state == Qt::ApplicationInactive)
-                             delegate.applicationWillResignActive();
-                     });
+    connectToApplication(delegate);
     if (qEnvironmentVariableIsSet("KESTRA_BENCH_READY")) {
         QObject::connect(&controller, &KeyboardMainController::deviceInitialized, &window,
                          [&window] { new AfterPainting(&window, reportReady); });

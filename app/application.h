@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QVariantMap>
 
+class Keyboard_ConfiguratorAppDelegate;
+
 /// Runs the configurator until it quits; the exit code of the program.
 int runConfigurator(int argc, char *argv[]);
 
@@ -20,3 +22,6 @@ struct Launch
 /// The launch notification's user information: the default-launch flag is absent for a launch without notice, false
 /// when the program was restored, opened with a file or started for the background, true otherwise.
 [[nodiscard]] QVariantMap launchUserInfo(const Launch &launch);
+
+/// Lets `delegate` know when the application quits and when it is no longer the active one. Main thread.
+void connectToApplication(Keyboard_ConfiguratorAppDelegate &delegate);

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void opensAtOnceAfterADefaultLaunch();
     void opensAtOnceWithoutTheFlag();
     void waitsForTheDaemonAfterAnyOtherLaunch();
+    void looksForTheDaemonOnlyAfterTheFirstWait();
     void stopsWaitingWhenItEnds();
     void terminatesInOrder();
     void keepsTheLastSelectedKeyWhenItEndsWaiting();
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void leavesThePlaceToTheFirstInstance();
     void noticesTheFirstInstanceBeforeItMakesWidgets();
     void stopsARecordingWhenItResignsActive();
+    void resignsActiveWhenTheApplicationLosesTheFocus();
     void quitsAfterTheLastWindow();
     void quitsOnSignals_data();
     void quitsOnSignals();
@@ -121,6 +123,18 @@ void AppDelegateTest::waitsForTheDaemonAfterAnyOtherLaunch()
     QTRY_COMPARE(initialized.count(), 1);
     QCOMPARE(daemon.commands(), (std::vector<int>{0, 4}));
     QVERIFY(!sheet->isUp());
+}
+
+void AppDelegateTest::looksForTheDaemonOnlyAfterTheFirstWait()
+{
+    const ScriptedDaemon daemon(sampleDocument()); // is there from the beginning
+    const Hub hub;
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), std::chrono::hours(1));
+    std::stop_source stop;
+    stop.request_stop(); // during the first wait
+    delegate.doLoopInBackground(stop.get_token());
+    QCoreApplication::processEvents();
+    QCOMPARE(daemon.commands(), std::vector<int>());
 }
 
 void AppDelegateTest::stopsWaitingWhenItEnds()
@@ -268,6 +282,22 @@ void AppDelegateTest::stopsARecordingWhenItResignsActive()
     hub.find<TableView>("mMacroTableView")->selectRow(0);
     hub.find<QPushButton>("mRecordMacroDetails")->click();
     delegate.applicationWillResignActive();
+    QCOMPARE(daemon.count(Command::stopMacroRecording), 1);
+}
+
+void AppDelegateTest::resignsActiveWhenTheApplicationLosesTheFocus()
+{
+    ScriptedDaemon daemon(sampleDocument());
+    Hub hub;
+    hub.open(daemon);
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get());
+    connectToApplication(delegate);
+    hub.controller->selectTabAtIndex(2);
+    hub.find<TableView>("mMacroTableView")->selectRow(0);
+    hub.find<QPushButton>("mRecordMacroDetails")->click();
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    QCOMPARE(daemon.count(Command::stopMacroRecording), 0);
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
     QCOMPARE(daemon.count(Command::stopMacroRecording), 1);
 }
 
