@@ -9,16 +9,6 @@
 
 #include <functional>
 
-/// Adds a row with the column "path" for each case of `folder`.
-inline void addCaseRows(const QString &folder)
-{
-    QTest::addColumn<QString>("path");
-    const QFileInfoList files = QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name);
-    QVERIFY(!files.isEmpty());
-    for (const QFileInfo &file : files)
-        QTest::newRow(qUtf8Printable(file.completeBaseName())) << file.filePath();
-}
-
 /// Runs the case at `path` on a new Script and compares what comes out. A Script has run(line), which returns what is
 /// wrong with the line, and outputLines(). `down`, a member of it, returns the keys that are down: none at the end.
 template <typename Script, typename Down> void runCase(const QString &path, Down down)
@@ -48,3 +38,51 @@ template <typename Script, typename Down> void runCase(const QString &path, Down
     const std::decay_t<std::invoke_result_t<Down, Script>> none;
     QCOMPARE(std::invoke(down, script), none);
 }
+
+/// A test that runs each case of a folder, and lines with mistakes. The test's program lists this header among its
+/// SOURCES, for moc.
+class CaseFilesTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit CaseFilesTest(const QString &folder) : mFolder(folder) {}
+
+private Q_SLOTS:
+    void caseHolds_data()
+    {
+        QTest::addColumn<QString>("path");
+        const QFileInfoList files = QDir(mFolder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name);
+        QVERIFY(!files.isEmpty());
+        for (const QFileInfo &file : files)
+            QTest::newRow(qUtf8Printable(file.completeBaseName())) << file.filePath();
+    }
+
+    void caseHolds()
+    {
+        QFETCH(QString, path);
+        runCaseFile(path);
+    }
+
+    void mistakesInACaseAreFound_data()
+    {
+        QTest::addColumn<QString>("line");
+        addMistakes();
+    }
+
+    void mistakesInACaseAreFound()
+    {
+        QFETCH(QString, line);
+        QVERIFY(!problemWith(line).isEmpty());
+    }
+
+private:
+    /// Runs runCase() with the Script of the test.
+    virtual void runCaseFile(const QString &path) = 0;
+    /// Adds rows with a line that has a mistake.
+    virtual void addMistakes() = 0;
+    /// What a new Script says is wrong with `line`.
+    virtual QString problemWith(const QString &line) = 0;
+
+    QString mFolder;
+};

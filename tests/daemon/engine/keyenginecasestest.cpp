@@ -8,31 +8,21 @@
 
 using namespace Qt::StringLiterals;
 
-class KeyEngineCasesTest : public QObject
+class KeyEngineCasesTest : public CaseFilesTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void caseHolds_data();
-    void caseHolds();
-    void mistakesInACaseAreFound_data();
-    void mistakesInACaseAreFound();
+public:
+    KeyEngineCasesTest() : CaseFilesTest(QStringLiteral(KESTRA_ENGINE_CASES_DIR)) {}
+
+private:
+    void runCaseFile(const QString &path) override { runCase<EngineScript>(path, &EngineScript::sentDown); }
+    void addMistakes() override;
+    QString problemWith(const QString &line) override { return EngineScript().run(line); }
 };
 
-void KeyEngineCasesTest::caseHolds_data()
+void KeyEngineCasesTest::addMistakes()
 {
-    addCaseRows(QStringLiteral(KESTRA_ENGINE_CASES_DIR));
-}
-
-void KeyEngineCasesTest::caseHolds()
-{
-    QFETCH(QString, path);
-    runCase<EngineScript>(path, &EngineScript::sentDown);
-}
-
-void KeyEngineCasesTest::mistakesInACaseAreFound_data()
-{
-    QTest::addColumn<QString>("line");
     QTest::newRow("event") << u"push A"_s;
     QTest::newRow("key") << u"press Banana"_s;
     QTest::newRow("no key") << u"press"_s;
@@ -45,13 +35,6 @@ void KeyEngineCasesTest::mistakesInACaseAreFound_data()
     QTest::newRow("macro that leaves a gap") << u"macro 1 5 A down"_s;
     QTest::newRow("macro to delete") << u"delete-macro 0"_s;
     QTest::newRow("time") << u"wait long"_s;
-}
-
-void KeyEngineCasesTest::mistakesInACaseAreFound()
-{
-    QFETCH(QString, line);
-    EngineScript script;
-    QVERIFY(!script.run(line).isEmpty());
 }
 
 QTEST_APPLESS_MAIN(KeyEngineCasesTest)
