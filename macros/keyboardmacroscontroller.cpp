@@ -264,8 +264,10 @@ void KeyboardMacrosController::explainEdit()
     QAction *edit = mSettingsMacroDetails->itemWithTag(MacroCommands::edit);
     if (!edit)
         return; // the menus are not built yet
-    const bool isOutOfReach = eventRow() >= 0 && !MacroCommands::isEditableRow(eventRow());
-    edit->setToolTip(isOutOfReach ? localizedText("lkeyEditTooFarTip") : QString());
+    const bool isOutOfReach = eventRow() >= 0 && !MacroCommands::isEditableRow(macroRow(), eventRow());
+    const bool isMacroOutOfReach = macroRow() > MacroCommands::lastRowInReach;
+    const char *reason = isMacroOutOfReach ? "lkeyEditMacroTooFarTip" : "lkeyEditTooFarTip";
+    edit->setToolTip(isOutOfReach ? localizedText(reason) : QString());
     mSettingsMacroDetails->menu()->setToolTipsVisible(isOutOfReach);
 }
 

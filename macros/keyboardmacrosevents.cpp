@@ -25,7 +25,7 @@ constexpr int keepPage = -1;
 
 MacroCommands::EventListState KeyboardMacrosController::eventListState() const
 {
-    return {int(mMacroDetailsArray.size()), eventRow()};
+    return {int(mMacroDetailsArray.size()), eventRow(), macroRow()};
 }
 
 void KeyboardMacrosController::selectEvent(int row)
@@ -104,7 +104,7 @@ void KeyboardMacrosController::removeAllDelays()
 void KeyboardMacrosController::editSelectedEvent()
 {
     const int row = eventRow();
-    if (!MacroCommands::isEditableRow(row))
+    if (!MacroCommands::isEditableRow(macroRow(), row))
         return;
     if (row % 2 == 1)
         openDelaySheet();
@@ -196,7 +196,7 @@ void KeyboardMacrosController::clickMacroEventCancel(QObject *)
 
 void KeyboardMacrosController::storeCapturedKey(int page)
 {
-    if (!mMacroDelegate || eventRow() > MacroCommands::lastEditableEventRow)
+    if (!mMacroDelegate || !MacroCommands::isEventInReach(macroRow(), eventRow()))
         return;
     mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
     if (mSequenceDict.isEmpty() || mMacroEventEditHIDCode == 0)

@@ -22,9 +22,15 @@ const QList<MenuCommand> &ofEventList()
     return commands;
 }
 
-bool isEditableRow(int row)
+bool isEventInReach(int macroRow, int eventRow)
 {
-    return row >= 0 && (row % 2 == 1 || row <= lastEditableEventRow);
+    return macroRow >= 0 && macroRow <= lastRowInReach && eventRow >= 0 && eventRow <= lastRowInReach;
+}
+
+bool isEditableRow(int macroRow, int eventRow)
+{
+    const bool isDelay = eventRow >= 0 && eventRow % 2 == 1;
+    return isDelay || isEventInReach(macroRow, eventRow);
 }
 
 bool isEnabledForList(int tag, bool isMacroSelected)
@@ -39,7 +45,7 @@ bool isEnabledInEventGearMenu(int tag, const EventListState &state)
     if (state.selectedRow < 0)
         return tag == record || tag == deleteAllEvents || tag == noDelay;
     if (tag == edit)
-        return isEditableRow(state.selectedRow);
+        return isEditableRow(state.macroRow, state.selectedRow);
     return tag != copyDelay || state.selectedRow % 2 == 1;
 }
 

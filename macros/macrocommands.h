@@ -17,13 +17,19 @@ struct EventListState
 {
     int lineCount = 0;
     int selectedRow = -1; ///< -1 for none; even rows are events, odd rows are delays
+    int macroRow = -1;    ///< the selected macro's; -1 for none
 };
 
-/// The requests that read and replace an event name its row in one byte. A row above would name another event.
-inline constexpr int lastEditableEventRow = 255;
+/// The requests that read and replace an event name its row, and its macro's, in one byte each. A row above would name
+/// another event or macro.
+inline constexpr int lastRowInReach = 255;
 
-/// Whether the event or the delay in this row can be edited. Delays can in every row: their request has a whole number.
-[[nodiscard]] bool isEditableRow(int row);
+/// Whether the requests for an event can name this row of this macro.
+[[nodiscard]] bool isEventInReach(int macroRow, int eventRow);
+
+/// Whether the event or the delay in this row of this macro can be edited. Delays can in every row of every macro:
+/// their request has whole numbers.
+[[nodiscard]] bool isEditableRow(int macroRow, int eventRow);
 
 [[nodiscard]] const QList<MenuCommand> &ofList();
 [[nodiscard]] const QList<MenuCommand> &ofEventList();

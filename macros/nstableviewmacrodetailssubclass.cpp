@@ -15,8 +15,9 @@ QMenu *NSTableViewMacroDetailsSubClass::makeContextMenu()
     addMenuCommands(menu, MacroCommands::ofEventList(), [controller = mKeyboardMacrosController](const QAction *item) {
         controller->clickMacroDetailsSettingsMenuItem(item);
     });
-    const bool isListEnabled = mKeyboardMacrosController->macroTableView()->isEnabled();
-    const MacroCommands::EventListState state{numberOfRows(), selectedRow()};
+    const TableView *list = mKeyboardMacrosController->macroTableView();
+    const bool isListEnabled = list->isEnabled();
+    const MacroCommands::EventListState state{numberOfRows(), selectedRow(), list->selectedRow()};
     const QList<QAction *> items = menu->actions();
     for (QAction *item : items)
         item->setEnabled(isListEnabled && MacroCommands::isEnabledInEventContextMenu(item->data().toInt(), state));

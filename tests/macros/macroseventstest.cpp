@@ -32,6 +32,9 @@ private Q_SLOTS:
     void delaySheetCancelSendsNothing();
     void eventSheetStoresTheCapturedKey();
     void eventsBeyondTheReachOfTheirRequestsAreNotEdited();
+    void eventsOfMacrosBeyondTheReachOfTheirRequestsAreNotEdited();
+    void capturedKeyIsStoredWithinTheReachOfItsRequests_data();
+    void capturedKeyIsStoredWithinTheReachOfItsRequests();
     void eventSheetWithoutAKeyStoresNothing();
     void eventSheetCancelStoresNothing();
     void capturedKeyIsShown_data();
@@ -257,6 +260,75 @@ void MacrosEventsTest::eventsBeyondTheReachOfTheirRequestsAreNotEdited()
     editRow(257);
     sheet = outlet<Sheet>(u"mEditDelayWindow"_s);
     QVERIFY(sheet && sheet->isVisible());
+}
+
+void MacrosEventsTest::eventsOfMacrosBeyondTheReachOfTheirRequestsAreNotEdited()
+{
+    fill(QStringList(257, u"A"_s), 255);
+    auto *button = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
+    const QAction *edit = button->itemWithTag(MacroCommands::edit);
+    events()->selectRow(0);
+    button->validateItems();
+    QVERIFY(edit->isEnabled());
+    QVERIFY(!button->menu()->toolTipsVisible());
+    list()->selectRow(256);
+    events()->selectRow(0);
+    button->validateItems();
+    QVERIFY(!edit->isEnabled());
+    QVERIFY(edit->toolTip().contains(u"first 256 macros"));
+    QVERIFY(button->menu()->toolTipsVisible());
+    events()->setFocus();
+    mDelegate->calls.clear();
+    QTest::keyClick(events(), Qt::Key_Return);
+    QTest::mouseDClick(events()->viewport(), Qt::LeftButton, {},
+                       events()->visualRect(events()->model()->index(0, 0)).center());
+    QCOMPARE(mDelegate->calls, QStringList());
+    const auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
+    QVERIFY(!sheet || !sheet->isVisible());
+    // A delay, and its macro, are named by whole numbers.
+    events()->selectRow(1);
+    button->validateItems();
+    editRow(1);
+    QVERIFY(outlet<Sheet>(u"mEditDelayWindow"_s));
+    outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
+    QCOMPARE(mDelegate->calls.value(0), u"delay 0 1 256"_s);
+}
+
+void MacrosEventsTest::capturedKeyIsStoredWithinTheReachOfItsRequests_data()
+{
+    QTest::addColumn<int>("macroRow");
+    QTest::addColumn<int>("eventRow");
+    QTest::addColumn<bool>("isStored");
+    QTest::newRow("last event within") << 0 << 255 << true;
+    QTest::newRow("event beyond") << 0 << 256 << false;
+    QTest::newRow("delay beyond") << 0 << 257 << false;
+    QTest::newRow("no event") << 0 << -1 << false;
+    QTest::newRow("last macro within") << 255 << 2 << true;
+    QTest::newRow("macro beyond") << 256 << 2 << false;
+    QTest::newRow("no macro") << -1 << 2 << false;
+}
+
+void MacrosEventsTest::capturedKeyIsStoredWithinTheReachOfItsRequests()
+{
+    QFETCH(int, macroRow);
+    QFETCH(int, eventRow);
+    QFETCH(bool, isStored);
+    for (int row = 5; row < 300; ++row)
+        mDelegate->lines.append(u"line %1"_s.arg(row));
+    fill(QStringList(257, u"A"_s), 0);
+    editRow(0);
+    mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+    // Another one is selected while the sheet is up, or none.
+    list()->deselectAll();
+    list()->selectRow(macroRow);
+    events()->deselectAll();
+    events()->selectRow(eventRow);
+    mDelegate->calls.clear();
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(mDelegate->calls.value(0), u"stopKey"_s);
+    const QString rows = u" %1 %2"_s.arg(macroRow).arg(eventRow);
+    QCOMPARE(mDelegate->calls.filter(u"event "_s), isStored ? QStringList{u"event"_s + rows} : QStringList());
+    QCOMPARE(mDelegate->calls.filter(u"update "_s), isStored ? QStringList{u"update"_s + rows} : QStringList());
 }
 
 void MacrosEventsTest::eventSheetWithoutAKeyStoresNothing()

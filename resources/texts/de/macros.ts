@@ -30,6 +30,7 @@
     <message id="lkeyStop"><source>lkeyStop</source><translation>Stopp</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Bearbeiten …</translation></message>
     <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Nur Ereignisse in den ersten 256 Zeilen können bearbeitet werden.</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Nur Ereignisse der ersten 256 Makros können bearbeitet werden.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Ereignis löschen</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Alle Ereignisse löschen</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Pause übernehmen</translation></message>

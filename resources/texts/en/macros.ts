@@ -30,6 +30,7 @@
     <message id="lkeyStop"><source>lkeyStop</source><translation>Stop</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Edit…</translation></message>
     <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Only events in the first 256 rows can be edited.</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Only events of the first 256 macros can be edited.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Delete Event</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Delete All Events</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copy Delay</translation></message>

@@ -30,6 +30,7 @@
     <message id="lkeyStop"><source>lkeyStop</source><translation>Detener</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Editar…</translation></message>
     <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Solo se pueden editar los eventos de las 256 primeras filas.</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Solo se pueden editar los eventos de las 256 primeras macros.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Eliminar evento</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Eliminar todos los eventos</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copiar la pausa</translation></message>

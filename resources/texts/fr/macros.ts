@@ -30,6 +30,7 @@
     <message id="lkeyStop"><source>lkeyStop</source><translation>Arrêter</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Modifier…</translation></message>
     <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Seuls les événements des 256 premières lignes peuvent être modifiés.</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Seuls les événements des 256 premières macros peuvent être modifiés.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Supprimer l’événement</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Supprimer tous les événements</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copier le délai</translation></message>

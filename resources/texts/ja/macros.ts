@@ -30,6 +30,7 @@
     <message id="lkeyStop"><source>lkeyStop</source><translation>停止</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>編集…</translation></message>
     <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>編集できるのは最初の256行にあるイベントだけです。</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>編集できるのは最初の256個のマクロのイベントだけです。</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>イベントを削除</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>すべてのイベントを削除</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>待ち時間をコピー</translation></message>

@@ -30,6 +30,7 @@
     <message id="lkeyStop"><source>lkeyStop</source><translation>停止</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>编辑…</translation></message>
     <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>只能编辑前 256 行中的事件。</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>只能编辑前 256 个宏中的事件。</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>删除事件</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>删除所有事件</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>复制延迟</translation></message>
