@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/processes.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "base/regularfile.h"
 
+#include <QDir>
+
+#include <algorithm>
 #include <csignal>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -14,19 +14,68 @@ namespace {
 
 // An executable that was replaced while it runs, as an update does, is listed with this behind its path.
 constexpr QLatin1StringView deletedSuffix{" (deleted)"};
+// Bytes of a name that the kernel keeps with a process.
+constexpr qsizetype keptNameBytes = 15;
+// The kernel reads no longer first line of a script.
+constexpr qint64 maximumFirstLineBytes = 256;
+
+QByteArray content(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray fileName(const QByteArray &path)
+{
+    return path.sliced(path.lastIndexOf('/') + 1);
+}
 
 QString executableName(const QDir &processFolder)
 {
     QString target = QFile::symLinkTarget(processFolder.filePath(u"exe"_s));
-    if (target.isEmpty()) {
-        QFile commandLine(processFolder.filePath(u"cmdline"_s));
-        if (!commandLine.open(QIODevice::ReadOnly))
-            return {};
-        target = QString::fromLocal8Bit(commandLine.readAll().split('\0').constFirst());
-    }
     if (target.endsWith(deletedSuffix))
         target.chop(deletedSuffix.size());
     return target.section(u'/', -1);
+}
+
+/// Whether a link named `name` was started. The first argument has its whole name, but is the starter's choice; the
+/// kernel keeps the start of what it was given to start.
+bool wasStartedByLink(const QDir &processFolder, const QByteArrayList &arguments, const QByteArray &name)
+{
+    return fileName(arguments.constFirst()) == name
+           && content(processFolder.filePath(u"comm"_s)) == name.left(keptNameBytes) + '\n';
+}
+
+/// Whether the process is an interpreter that was started by a script named `name`, whose first line has that
+/// interpreter and the options before the script.
+bool runsScript(const QDir &processFolder, const QByteArrayList &arguments, const QByteArray &name)
+{
+    const auto first = arguments.cbegin() + 1;
+    const auto script = std::find_if(first, arguments.cend(), [](const auto &each) { return !each.startsWith('-'); });
+    if (script == arguments.cend() || fileName(*script) != name)
+        return false;
+    const QDir workingFolder(processFolder.filePath(u"cwd"_s));
+    QFile file(workingFolder.filePath(QFile::decodeName(*script)));
+    if (!openRegularFile(file).isEmpty())
+        return false;
+    const QByteArray line = file.readLine(maximumFirstLineBytes).simplified();
+    if (!line.startsWith("#!"))
+        return false;
+    const QByteArrayList words = line.sliced(2).split(' ');
+    const auto isInterpreter = [&arguments](const QByteArray &word) {
+        return fileName(word) == fileName(arguments.constFirst());
+    };
+    return std::any_of(words.cbegin(), words.cend(), isInterpreter)
+           && std::all_of(first, script, [&line](const QByteArray &option) { return line.contains(option); });
+}
+
+bool isNamed(const QDir &processFolder, const QString &name)
+{
+    if (executableName(processFolder) == name)
+        return true;
+    const QByteArrayList arguments = content(processFolder.filePath(u"cmdline"_s)).split('\0');
+    const QByteArray encodedName = QFile::encodeName(name);
+    return wasStartedByLink(processFolder, arguments, encodedName) || runsScript(processFolder, arguments, encodedName);
 }
 
 } // namespace
@@ -39,8 +88,7 @@ std::vector<qint64> Processes::idsOfAllNamed(const QString &name, const QString 
     const QDir proc(procFolder);
     for (const QString &entry : proc.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         const qint64 id = entry.toLongLong(); // 0 for what is not a number; 0 and less are no processes but groups
-        const QString folder = proc.filePath(entry);
-        if (id > 0 && QFileInfo(folder).ownerId() == ::geteuid() && executableName(QDir(folder)) == name)
+        if (id > 0 && isNamed(QDir(proc.filePath(entry)), name))
             ids.push_back(id);
     }
     return ids;
@@ -48,6 +96,7 @@ std::vector<qint64> Processes::idsOfAllNamed(const QString &name, const QString 
 
 void Processes::endAllNamed(const QString &name)
 {
+    // The kernel refuses to signal the processes that this user may not signal.
     for (const qint64 id : idsOfAllNamed(name))
         ::kill(pid_t(id), SIGTERM);
 }

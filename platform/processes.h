@@ -9,11 +9,14 @@
 
 namespace Processes {
 
-/// Ends (SIGTERM) every process of this user whose executable is named exactly `name`. Errors are ignored.
+/// Ends (SIGTERM) every process named exactly `name` that this user may signal: the user's own in all sessions, for
+/// root those of all users. Errors are ignored.
 void endAllNamed(const QString &name);
 
-/// The ids of those processes. The kernel keeps only 15 characters of a name, so the file name of the executable is
-/// compared (where that cannot be read, of the first argument). `procFolder`: where the process file system is.
+/// The IDs of all processes named exactly `name`, of any user. A process is named like the file of its executable, like
+/// the link that it was started by, and like the script that an interpreter runs and whose first line names that
+/// interpreter. The name that the kernel keeps has no more than 15 characters, so that alone is never compared.
+/// `procFolder`: where the process file system is.
 [[nodiscard]] std::vector<qint64> idsOfAllNamed(const QString &name,
                                                 const QString &procFolder = QStringLiteral("/proc"));
 

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QString>
 
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,7 +15,7 @@ template <typename Call> QString asOrdinaryUser(Call call)
 {
     constexpr uid_t unprivilegedUser = 65534; // "nobody"
     int ends[2];
-    if (::pipe(ends) != 0)
+    if (::pipe2(ends, O_CLOEXEC) != 0) // a program that `call` starts must not hold the pipe open
         return {};
     const pid_t child = ::fork();
     if (child == 0) {
