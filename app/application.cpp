@@ -114,9 +114,11 @@ void prepareFont()
 MainControllerServices services()
 {
     MainControllerServices result;
-    // The tests and the tour run beside daemons that are not theirs.
+#ifdef KESTRA_BUILT_WITH_TESTS
+    // The tests run beside daemons that are not theirs.
     if (qEnvironmentVariableIsSet("KESTRA_SPARE_DAEMONS"))
         result.endProcesses = [](const QString &) {};
+#endif
     return result;
 }
 

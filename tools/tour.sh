@@ -110,7 +110,7 @@ expect_window() { # name state description
 configurator=
 start_configurator() {
     : >"$folder/ready"
-    KESTRA_BENCH_READY=1 KESTRA_SPARE_DAEMONS=1 "$bin/kestra-configurator" >"$folder/ready" 2>>"$folder/configurator.log" &
+    KESTRA_BENCH_READY=1 "$bin/kestra-configurator" >"$folder/ready" 2>>"$folder/configurator.log" &
     configurator=$!
     started+=("$configurator")
     wait_until 20 grep -q ready "$folder/ready" || fail "the window's controls are not enabled after 20 s"
