@@ -19,18 +19,21 @@ bool holdsFactorySettings(const QVariantMap &plist)
     return plist.value(SettingsKeys::defaultSettings).typeId() == QMetaType::QVariantMap;
 }
 
-/// The installed file's bytes; where the copy that they replace, `old`, still has what the program remembers, with
-/// that. Empty when the installed file is no good either.
-QByteArray copyContent(const QString &installedPath, const QVariantMap &old)
+/// Whether both have the same factory settings, the types of all values included.
+bool haveSameFactorySettings(const QVariantMap &one, const QVariantMap &other)
 {
-    const PropertyList::FileBytes installed = PropertyList::readFileBytes(installedPath);
-    std::optional<QVariantMap> plist = QlCoreUtility::convertDataToDictionary(installed.data);
-    if (!plist || !holdsFactorySettings(*plist))
-        return {};
+    return PropertyList::writeBinary(one.value(SettingsKeys::defaultSettings))
+           == PropertyList::writeBinary(other.value(SettingsKeys::defaultSettings));
+}
+
+/// What the user's copy must have: `plist`, which is `installed` as it was read, and what the program remembers in the
+/// copy that it replaces, `old`. Empty when it cannot be written.
+QByteArray copyContent(const QByteArray &installed, QVariantMap plist, const QVariantMap &old)
+{
     const QVariant remembered = old.value(SettingsKeys::deviceInfo);
     if (remembered.typeId() != QMetaType::QVariantMap)
-        return installed.data;
-    plist->insert(SettingsKeys::deviceInfo, remembered);
+        return installed;
+    plist.insert(SettingsKeys::deviceInfo, remembered);
     return QlCoreUtility::convertDictionaryToData(plist).value_or(QByteArray());
 }
 
@@ -61,13 +64,17 @@ QString kestraPlistPath()
         return installed;
     const QDir userFolder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quill-kestra"_s);
     const QString copy = userFolder.filePath(fileName);
-    const std::optional<QVariantMap> present = PropertyList::readPropertyListFile(copy);
-    if (present && holdsFactorySettings(*present))
-        return copy;
-    const QByteArray content = copyContent(installed, present.value_or(QVariantMap()));
+    const QVariantMap present = PropertyList::readPropertyListFile(copy).value_or(QVariantMap());
+    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(installed);
+    const QVariantMap factory = QlCoreUtility::convertDataToDictionary(bytes.data).value_or(QVariantMap());
+    // The copy serves also where it cannot be brought up to date.
+    const QString fallback = holdsFactorySettings(present) ? copy : installed;
+    if (!holdsFactorySettings(factory) || haveSameFactorySettings(present, factory))
+        return fallback;
+    const QByteArray content = copyContent(bytes.data, factory, present);
     // Written as a whole, so that a kill leaves no half a copy.
     if (content.isEmpty() || !userFolder.mkpath(u"."_s) || !PropertyList::writeFileAtomically(copy, content))
-        return installed;
+        return fallback;
     return copy;
 }
 

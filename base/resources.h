@@ -15,9 +15,10 @@
 [[nodiscard]] QString resourcePath(const QString &fileName);
 
 /// Full path of Kestra.plist, which holds the factory settings and the last selected key. Where the installed file
-/// cannot be written, a per-user copy ($XDG_DATA_HOME/quill-kestra/Kestra.plist) takes its place; it is made here on
-/// first use, and made anew where it is damaged or holds no factory settings; the last selected key is kept where it
-/// can be read. When the copy cannot be made either, the installed path is returned. Reads the copy at each call.
+/// cannot be written, a per-user copy ($XDG_DATA_HOME/quill-kestra/Kestra.plist) takes its place. The copy is made here
+/// on first use, and made anew when it is damaged, holds no factory settings or, after an update, holds others than the
+/// installed file; the last selected key is kept where it can be read. When the copy cannot be written, the older one
+/// stays in use, without one the installed file. Reads both files at each call; nothing is reported.
 [[nodiscard]] QString kestraPlistPath();
 
 /// The factory settings in the Kestra.plist at `path`, as they stand there; empty when it holds none, absent when it

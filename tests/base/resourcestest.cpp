@@ -6,6 +6,7 @@
 #include "tests/support/filesizelimit.h"
 #include "tests/support/ordinaryuser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QtTest>
 
@@ -38,7 +39,13 @@ private slots:
     void writableInstallationIsUsedInPlace();
     void readOnlyInstallationIsCopiedForTheUser();
     void copyCanBeReplaced();
-    void existingCopyIsKept();
+    void copyWithTheInstalledSettingsIsKept();
+    void copyTakesOverTheSettingsOfAnUpdate_data();
+    void copyTakesOverTheSettingsOfAnUpdate();
+    void olderCopyIsKeptWhenItCannotBeWritten_data();
+    void olderCopyIsKeptWhenItCannotBeWritten();
+    void copyIsKeptWhenTheInstalledFileIsDamaged_data();
+    void copyIsKeptWhenTheInstalledFileIsDamaged();
     void damagedCopyIsMadeAnew_data();
     void damagedCopyIsMadeAnew();
     void copyIsNeverHalfWritten();
@@ -48,6 +55,8 @@ private slots:
 
 private:
     void setModes(mode_t folderMode, mode_t fileMode) const;
+    /// The user's copy, which the ordinary user may replace.
+    void makeCopy(const QByteArray &content) const;
 
     std::optional<QTemporaryDir> mFolder;
     QString mInstallation;
@@ -76,6 +85,7 @@ void ResourcesTest::init()
 void ResourcesTest::cleanup()
 {
     setModes(0755, 0644);
+    ::chmod(QFile::encodeName(QFileInfo(mCopy).path()).constData(), 0777); // not there in every test
     qunsetenv("QUILL_KESTRA_RESOURCES");
     qunsetenv("XDG_DATA_HOME");
     mFolder.reset();
@@ -131,13 +141,97 @@ void ResourcesTest::copyCanBeReplaced()
     QCOMPARE(contentOf(mInstalledFile), factoryContent);
 }
 
-void ResourcesTest::existingCopyIsKept()
+void ResourcesTest::makeCopy(const QByteArray &content) const
 {
+    writeFile(mCopy, content);
+    QCOMPARE(::chmod(QFile::encodeName(QFileInfo(mCopy).path()).constData(), 0777), 0);
+    QCOMPARE(::chmod(QFile::encodeName(mCopy).constData(), 0666), 0);
+}
+
+void ResourcesTest::copyWithTheInstalledSettingsIsKept()
+{
+    const QByteArray copy =
+        "{ \"Device Info\" = { \"Last selected key\" = \"58\"; }; \"Default Settings\" = { installed = "
+        "yes; }; other = mine; }";
     setModes(0555, 0444);
-    QVERIFY(QDir().mkpath(QFileInfo(mCopy).path()));
-    QVERIFY(PropertyList::writeFileAtomically(mCopy, "{ \"Default Settings\" = { mine = yes; }; }"));
+    makeCopy(copy);
     QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
-    QCOMPARE(contentOf(mCopy), QByteArray("{ \"Default Settings\" = { mine = yes; }; }"));
+    QCOMPARE(contentOf(mCopy), copy);
+}
+
+void ResourcesTest::copyTakesOverTheSettingsOfAnUpdate_data()
+{
+    QTest::addColumn<QByteArray>("installed");
+    const auto xml = [](const QByteArray &value) {
+        return "<plist><dict><key>Default Settings</key><dict><key>a</key>" + value + "</dict></dict></plist>";
+    };
+    QTest::newRow("other value") << xml("<integer>2</integer>");
+    QTest::newRow("other type") << xml("<true/>");
+    QTest::newRow("one more") << xml("<integer>1</integer><key>b</key><string/>");
+    QTest::newRow("none") << QByteArray("{ \"Default Settings\" = {}; }");
+}
+
+void ResourcesTest::copyTakesOverTheSettingsOfAnUpdate()
+{
+    QFETCH(QByteArray, installed);
+    writeFile(mInstalledFile, installed);
+    setModes(0555, 0444);
+    makeCopy("<plist><dict><key>Default Settings</key><dict><key>a</key><integer>1</integer></dict>"
+             "<key>Device Info</key><dict><key>Last selected key</key><string>58</string>"
+             "<key>other</key><real>1.5</real></dict></dict></plist>");
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
+    const QVariantMap copy = PropertyList::readPropertyListFile(mCopy).value_or(QVariantMap());
+    const QVariantMap expected = PropertyList::readPropertyListFile(mInstalledFile).value_or(QVariantMap());
+    const QString settings = u"Default Settings"_s;
+    QCOMPARE(PropertyList::writeBinary(copy.value(settings)), PropertyList::writeBinary(expected.value(settings)));
+    QCOMPARE(copy.value(u"Device Info"_s), QVariant(QVariantMap{{u"Last selected key"_s, u"58"_s}, {u"other"_s, 1.5}}));
+    QCOMPARE(contentOf(mInstalledFile), installed);
+}
+
+void ResourcesTest::olderCopyIsKeptWhenItCannotBeWritten_data()
+{
+    QTest::addColumn<bool>("isDiskFull"); // else the folder is read-only
+    QTest::newRow("full disk") << true;
+    QTest::newRow("read-only folder") << false;
+}
+
+void ResourcesTest::olderCopyIsKeptWhenItCannotBeWritten()
+{
+    QFETCH(bool, isDiskFull);
+    const QByteArray older = "{ \"Default Settings\" = { older = yes; }; }";
+    setModes(0555, 0444);
+    makeCopy(older);
+    const QString folder = QFileInfo(mCopy).path();
+    if (!isDiskFull)
+        QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0555), 0);
+    const auto path = [isDiskFull] {
+        std::optional<FileSizeLimit> fullDisk;
+        if (isDiskFull)
+            fullDisk.emplace(16);
+        return kestraPlistPath();
+    };
+    QCOMPARE(asOrdinaryUser(path), mCopy);
+    QCOMPARE(contentOf(mCopy), older);
+    QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{u"Kestra.plist"_s});
+}
+
+void ResourcesTest::copyIsKeptWhenTheInstalledFileIsDamaged_data()
+{
+    QTest::addColumn<QByteArray>("installed");
+    QTest::newRow("half") << factoryContent.first(factoryContent.size() / 2);
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("no factory settings") << QByteArray("{ a = b; }");
+}
+
+void ResourcesTest::copyIsKeptWhenTheInstalledFileIsDamaged()
+{
+    QFETCH(QByteArray, installed);
+    writeFile(mInstalledFile, installed);
+    setModes(0555, 0444);
+    makeCopy(factoryContent);
+    QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
+    QCOMPARE(contentOf(mCopy), factoryContent);
 }
 
 void ResourcesTest::damagedCopyIsMadeAnew_data()
@@ -158,13 +252,7 @@ void ResourcesTest::damagedCopyIsMadeAnew()
 {
     QFETCH(QByteArray, damaged);
     setModes(0555, 0444);
-    const QString folder = QFileInfo(mCopy).path();
-    QVERIFY(QDir().mkpath(folder));
-    QFile file(mCopy);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
-    file.close();
-    QVERIFY(::chmod(QFile::encodeName(folder).constData(), 0777) == 0);
-    QVERIFY(::chmod(QFile::encodeName(mCopy).constData(), 0666) == 0);
+    makeCopy(damaged);
     QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
     const QVariantMap copy = PropertyList::readPropertyListFile(mCopy).value_or(QVariantMap());
     QCOMPARE(copy.value(u"Default Settings"_s), QVariant(QVariantMap{{u"installed"_s, u"yes"_s}}));
