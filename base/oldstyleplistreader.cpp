@@ -58,8 +58,7 @@ public:
     std::optional<QVariant> read()
     {
         QVariant root;
-        if (!skipSpace() || !readValue(root, 1) || root.typeId() == QMetaType::QString || !skipSpace()
-            || mAt != mText.size())
+        if (!skipSpace() || mAt == mText.size() || !readRoot(root) || !skipSpace() || mAt != mText.size())
             return {};
         return root;
     }
@@ -96,6 +95,14 @@ private:
         return true;
     }
 
+    bool readRoot(QVariant &root)
+    {
+        if (QStringView(u"{(<").contains(peek()))
+            return readValue(root, 1);
+        // A file of strings: entries to its end.
+        return mBudget.takeNodes(1) && readEntries(root, 1, [this] { return mAt == mText.size(); });
+    }
+
     bool readValue(QVariant &value, int depth)
     {
         if (!mBudget.takeNodes(1))
@@ -113,13 +120,17 @@ private:
         return true;
     }
 
-    /// The semicolon behind the last entry may be missing.
     bool readDictionary(QVariant &value, int depth)
     {
+        return depth <= PropertyList::maximumDepth && skipSpace()
+               && readEntries(value, depth, [this] { return take(u'}'); });
+    }
+
+    /// The entries until `takeEnd`. The semicolon behind the last one may be missing before a brace.
+    template <typename TakeEnd> bool readEntries(QVariant &value, int depth, TakeEnd takeEnd)
+    {
         QVariantMap dictionary;
-        if (depth > PropertyList::maximumDepth || !skipSpace())
-            return false;
-        while (!take(u'}')) {
+        while (!takeEnd()) {
             QString key;
             QVariant element;
             if (!mBudget.takeNodes(1) || !readString(key) || !skipSpace() || !take(u'=') || !skipSpace()

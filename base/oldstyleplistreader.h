@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Reads the old-style text form of a property list, { key = value; }, for PropertyList::read. No state; any thread.
+// A file of strings, key = value; without the braces, is such a dictionary, too.
 #pragma once
 
 #include <QStringView>

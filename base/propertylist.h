@@ -38,8 +38,10 @@ inline constexpr double maximumDateSeconds = 1e12;
 [[nodiscard]] std::optional<QByteArray> writeBinary(const QVariant &root);
 
 /// The tree of a property list in binary, XML or old-style text form. Absent when `data` is none, is damaged or exceeds
-/// a limit. When a dictionary repeats a key, the last one counts. An old-style text must be a dictionary, an array or
-/// data: a lone word is more likely some other text file than a property list.
+/// a limit. When a dictionary repeats a key, the last one counts. A real in XML that is out of the range of a double is
+/// infinity or zero, with its sign. An old-style text is a dictionary, an array or data: a lone word is more likely
+/// some other text file than a property list. Its dictionary may stand without braces, as in a file of strings; each
+/// entry ends with a semicolon then, and there is at least one.
 [[nodiscard]] std::optional<QVariant> read(QByteArrayView data);
 
 /// What reading a file came to.

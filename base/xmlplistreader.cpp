@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QXmlStreamReader>
 
+#include <cmath>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -174,13 +175,40 @@ private:
         return true;
     }
 
+    /// Whether `text` is digits with an optional sign, fraction and exponent, in lower case.
+    static bool isDecimalNumber(QStringView text)
+    {
+        const auto take = [&text](QStringView characters) {
+            const bool isThere = !text.isEmpty() && characters.contains(text.front());
+            text = text.sliced(isThere ? 1 : 0);
+            return isThere;
+        };
+        const auto takeDigits = [&take] {
+            bool areThere = false;
+            while (take(u"0123456789"))
+                areThere = true;
+            return areThere;
+        };
+        take(u"+-");
+        bool hasDigits = takeDigits();
+        if (take(u"."))
+            hasDigits = takeDigits() || hasDigits;
+        if (hasDigits && take(u"e")) {
+            take(u"+-");
+            hasDigits = takeDigits();
+        }
+        return hasDigits && text.isEmpty();
+    }
+
     static bool parseReal(const QString &text, QVariant &value)
     {
         QString number = text.trimmed().toLower();
         number.replace("infinity"_L1, "inf"_L1);
         bool ok = false;
-        value = number.toDouble(&ok);
-        return ok;
+        const double real = number.toDouble(&ok);
+        // Out of range, toDouble() fails, with infinity or zero as its result; as strtod does, these are the number.
+        value = ok ? real : std::copysign(real, number.startsWith(u'-') ? -1.0 : 1.0);
+        return ok || isDecimalNumber(number);
     }
 
     static bool parseData(const QString &text, QVariant &value)

@@ -11,8 +11,9 @@
 /// True when `text` begins like XML rather than like old-style data ("<0fbd>").
 [[nodiscard]] bool isXmlPropertyList(QStringView text);
 
-/// The tree in `data`, in the encoding that its byte order mark or declaration names.
-/// Absent when it is not well-formed, not a property list, declares entities or exceeds a limit of propertylist.h.
+/// The tree in `data`, in the encoding that its byte order mark or declaration names. A real out of the range of a
+/// double is infinity or zero, with its sign. Absent when it is not well-formed, not a property list, declares entities
+/// or exceeds a limit of propertylist.h.
 [[nodiscard]] std::optional<QVariant> readXmlPropertyList(const QByteArray &data);
 /// The same for text that has been decoded already.
 [[nodiscard]] std::optional<QVariant> readXmlPropertyList(const QString &text);

@@ -20,6 +20,11 @@ TREES = {
 OLD_STYLE = {
     "dictionary": '{ a = b; "c d" = ( 1, "\\n\\U00e4\\341\\"", \'x\' ); /* e */ f = <00 ff>; // g\n }',
     "array": "( {}, ( ), <>, /usr/bin/true, )",
+    "strings": '/* a */ a = b; "c d" = "\\n\\U00e4"; // e\nf = { g = ( h ) };',
+}
+
+XML = {
+    "range": "<plist><array><real>1e400</real><real>-1e-400</real></array></plist>",
 }
 
 
@@ -50,6 +55,8 @@ def main():
         (CORPUS / f"{name}.xml").write_bytes(b"\n".join(line for line in text if not line.startswith(b"<!DOCTYPE")))
     for name, text in OLD_STYLE.items():
         (CORPUS / f"{name}.text").write_text(text, "utf-8")
+    for name, text in XML.items():
+        (CORPUS / f"{name}.xml").write_text(text, "utf-8")
     for name, data in RAW.items():
         (CORPUS / f"{name}.binary").write_bytes(data)
 

@@ -34,6 +34,11 @@ QByteArray sampleAsText()
            "}; }";
 }
 
+QByteArray sampleWithoutBraces()
+{
+    return "/* a */ array = ( 1, \"b \\\" \\U00e4 \\101\", 'c' ); data = <00 ff>; // d\n \"n\u00e4me\" = { };";
+}
+
 /// What has been read can be written, and what was written is read as the same.
 bool survives(const QVariant &tree)
 {
@@ -61,7 +66,9 @@ private slots:
     void survivesRandomDamage();
 
 private:
+    /// The forms of which every part is damaged.
     static void addFormats();
+    static void addAllFormats();
 };
 
 void MalformedPlistTest::addFormats()
@@ -70,6 +77,12 @@ void MalformedPlistTest::addFormats()
     QTest::newRow("binary") << PropertyList::writeBinary(sample()).value();
     QTest::newRow("XML") << sampleAsXml();
     QTest::newRow("old-style text") << sampleAsText();
+}
+
+void MalformedPlistTest::addAllFormats()
+{
+    addFormats();
+    QTest::newRow("old-style text without braces") << sampleWithoutBraces(); // its first entries are a whole file
 }
 
 void MalformedPlistTest::refusesFilesCutOffAnywhere_data()
@@ -90,7 +103,7 @@ void MalformedPlistTest::refusesFilesCutOffAnywhere()
 
 void MalformedPlistTest::survivesEveryChangedByte_data()
 {
-    addFormats();
+    addAllFormats();
 }
 
 void MalformedPlistTest::survivesEveryChangedByte()
@@ -112,7 +125,7 @@ void MalformedPlistTest::survivesEveryChangedByte()
 
 void MalformedPlistTest::survivesEveryMissingByte_data()
 {
-    addFormats();
+    addAllFormats();
 }
 
 void MalformedPlistTest::survivesEveryMissingByte()
@@ -127,7 +140,7 @@ void MalformedPlistTest::survivesEveryMissingByte()
 
 void MalformedPlistTest::survivesRandomDamage_data()
 {
-    addFormats();
+    addAllFormats();
 }
 
 void MalformedPlistTest::survivesRandomDamage()

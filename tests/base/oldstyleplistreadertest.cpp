@@ -49,6 +49,12 @@ void OldStylePlistReaderTest::readsValues_data()
     row("data in upper case and odd groups", "< 0 FBD\n77 >", QByteArray::fromHex("0fbd77"));
     row("empty data", "<>", QByteArray(""));
     row("numbers are strings", "(42, 1.5)", QVariantList{u"42"_s, u"1.5"_s});
+    row("entries without braces", "a = b;", ab);
+    row("two entries without braces", "b = 2;\na = 1;\n", QVariantMap{{u"a"_s, u"1"_s}, {u"b"_s, u"2"_s}});
+    row("last of equal keys without braces", "a = 1; a = b;", ab);
+    row("values without braces", "\"a b\"=( c ); 'd'={ e = <00> };",
+        QVariantMap{{u"a b"_s, QVariantList{u"c"_s}}, {u"d"_s, QVariantMap{{u"e"_s, QByteArray(1, '\0')}}}});
+    row("comments without braces", "/* first */ a /**/ = // second\n b /* third */ ; // last", ab);
     row("line comments", "// first\n{ a = // second\r b; }\n// last", ab);
     row("block comments", "/* first */ { a /* second\n */ = b; /**/ } /* last **/", ab);
     row("space around", " \n\t{ a = b; }\r\n ", ab);
@@ -153,6 +159,22 @@ void OldStylePlistReaderTest::refuses_data()
                              "(ä)",
                              "(a+b)",
                              "(@)",
+                             "a =",
+                             "a = b",
+                             "a = b; c",
+                             "a = b; c = d",
+                             "a; b = c;",
+                             "a = b;;",
+                             "; a = b;",
+                             "a = b, c = d;",
+                             "a = b; }",
+                             "a = b; c = d; }",
+                             "a = b; {}",
+                             "{} a = b;",
+                             "(a) = b;",
+                             "<00> = b;",
+                             "a = b; /*",
+                             "a = ; ",
                              "\xff\xff"})
         QTest::newRow(text) << QByteArray(text);
     QTest::newRow("bad UTF-8 in quotes") << QByteArray("(\"\xff\")");
@@ -191,6 +213,10 @@ void OldStylePlistReaderTest::keepsLimitOfDepth()
     QVERIFY(!PropertyList::read(nested(PropertyList::maximumDepth + 1)));
     QVERIFY(!PropertyList::read(nested(1'000'000)));
     QVERIFY(!PropertyList::read(QByteArray("{a=").repeated(1'000'000)));
+    // The dictionary without braces is a container, too.
+    const auto inEntry = [&nested](int depth) { return "a=" + nested(depth - 1) + ";"; };
+    QVERIFY(PropertyList::read(inEntry(PropertyList::maximumDepth)));
+    QVERIFY(!PropertyList::read(inEntry(PropertyList::maximumDepth + 1)));
 }
 
 void OldStylePlistReaderTest::keepsLimitOfNodes()
@@ -198,6 +224,10 @@ void OldStylePlistReaderTest::keepsLimitOfNodes()
     const auto values = [](int count) { return "(" + QByteArray("a,").repeated(count) + ")"; };
     QVERIFY(PropertyList::read(values(1000)));
     QVERIFY(!PropertyList::read(values(PropertyList::maximumNodes)));
+    // The dictionary, and a key and a value an entry.
+    const auto entries = [](int count) { return QByteArray("a=b;").repeated(count); };
+    QVERIFY(PropertyList::read(entries((PropertyList::maximumNodes - 1) / 2)));
+    QVERIFY(!PropertyList::read(entries((PropertyList::maximumNodes - 1) / 2 + 1)));
 }
 
 QTEST_GUILESS_MAIN(OldStylePlistReaderTest)

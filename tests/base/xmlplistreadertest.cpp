@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +34,8 @@ private slots:
     void readsValues_data();
     void readsValues();
     void readsNotANumber();
+    void readsRealsOutOfRange_data();
+    void readsRealsOutOfRange();
     void refuses_data();
     void refuses();
     void toleratesWhatSurroundsTheValue_data();
@@ -105,6 +108,42 @@ void XmlPlistReaderTest::readsNotANumber()
     QVERIFY(std::isnan(PropertyList::read(document("<real>nan</real>")).value().toDouble()));
 }
 
+void XmlPlistReaderTest::readsRealsOutOfRange_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<double>("value");
+    const double infinity = std::numeric_limits<double>::infinity();
+    const auto row = [](const QByteArray &text, double value) {
+        QTest::newRow(text.left(30).constData()) << text << value;
+    };
+    row("1e400", infinity);
+    row("-1e400", -infinity);
+    row("+1.5E+309", infinity);
+    row(" 1.8e308\n", infinity);
+    row("1e99999999999999999999", infinity);
+    row("-" + QByteArray(400, '9'), -infinity);
+    row("1.7976931348623157e308", std::numeric_limits<double>::max());
+    row("1e-400", 0.0);
+    row("-1e-400", -0.0);
+    row("+.1e-400", 0.0);
+    row("-1.e-99999999999999999999", -0.0);
+    row("0." + QByteArray(400, '0') + "1", 0.0);
+    row("5e-324", std::numeric_limits<double>::denorm_min());
+    row("-0", -0.0);
+}
+
+void XmlPlistReaderTest::readsRealsOutOfRange()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(double, value);
+    const auto read = PropertyList::read(document("<real>" + text + "</real>"));
+    QVERIFY(read);
+    QCOMPARE(read->typeId(), int(QMetaType::Double));
+    QVERIFY2(read->toDouble() == value, qPrintable(QDebug::toString(*read)));
+    QCOMPARE(std::signbit(read->toDouble()), std::signbit(value));
+    QCOMPARE(value, ::strtod(text.constData(), nullptr)); // the measure; tests run in the locale C
+}
+
 void XmlPlistReaderTest::refuses_data()
 {
     QTest::addColumn<QByteArray>("xml");
@@ -128,7 +167,8 @@ void XmlPlistReaderTest::refuses_data()
                                "18446744073709551616", "-9223372036854775809", "0x10000000000000000"})
         row(qPrintable(u"integer \"%1\""_s.arg(QLatin1StringView(number))),
             QByteArray("<integer>") + number + "</integer>");
-    for (const char *number : {"", "x", "1,5", "1.5x", "0x1p3"})
+    for (const char *number : {"", "x", "1,5", "1.5x", "0x1p3", "1e400x", "x1e400", "1e", "1e+", "e400", ".", "-.e400",
+                               "--1e400", "1e400e1", "1.5.1e400", "1 e400", "1e-400-", "0x1e400"})
         row(qPrintable(u"real \"%1\""_s.arg(QLatin1StringView(number))), QByteArray("<real>") + number + "</real>");
     for (const char *date : {"", "2011-05-17", "2011-05-17T09:30:00", "2011-05-17T09:30:00+02:00",
                              "2011-02-29T00:00:00Z", "2011-05-17T25:00:00Z", "2011-05-17 09:30 00Z", "yesterday"})
