@@ -20,6 +20,7 @@
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QLocale>
+#include <QSettings>
 #include <QTimer>
 #include <QWindow>
 
@@ -111,6 +112,23 @@ void prepareFont()
     QFontMetrics(font).height();
 }
 
+QtMessageHandler defaultMessageHandler = nullptr;
+
+/// Failures are silent, those of the libraries included. What a debugging variable asks for is written, and the reason
+/// why the program cannot go on.
+void writeNoFailures(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type != QtWarningMsg && type != QtCriticalMsg)
+        defaultMessageHandler(type, context, message);
+}
+
+/// The dialogs for files and colors would otherwise leave a file in the user's folder of settings; they have no option
+/// for it.
+void keepNoDialogSettings()
+{
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, u"/dev/null"_s); // no folder, so nothing is kept
+}
+
 MainControllerServices services()
 {
     MainControllerServices result;
@@ -146,8 +164,10 @@ void connectToApplication(Keyboard_ConfiguratorAppDelegate &delegate)
 
 int runConfigurator(int argc, char *argv[])
 {
+    defaultMessageHandler = qInstallMessageHandler(writeNoFailures);
     const std::jthread fonts(prepareFonts);
     QApplication application(argc, argv);
+    keepNoDialogSettings(); // after the desktop's theme has read its own
     QCoreApplication::setApplicationName(u"kestra-configurator"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
     QGuiApplication::setDesktopFileName(u"org.quillkestra.Configurator"_s);

@@ -216,8 +216,8 @@ void KeyboardKeysController::saveLastSelectedKey()
     deviceInfo.insert(SettingsKeys::lastSelectedKey, mSelectedKey);
     plist.insert(SettingsKeys::deviceInfo, deviceInfo);
     const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(plist);
-    if (!data || !PropertyList::writeFileAtomically(kestraPlistPath(), *data))
-        qWarning("Kestra.plist could not be written; the selected key will not be remembered.");
+    if (data)
+        (void)PropertyList::writeFileAtomically(kestraPlistPath(), *data);
 }
 
 void KeyboardKeysController::removeDeletedMacroProfileMappingsForMapping(int deletedIndex, int mappingType)

@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: MIT
+// What the whole program leaves behind: no files but its own, and nothing on its standard error. This test starts
+// itself again as the program, with a person's hands in it.
+#include "app/application.h"
+#include "app/mainwindow.h"
+#include "macros/macrocommands.h"
+#include "platform/colorwell.h"
+#include "platform/filepanels.h"
+#include "platform/pulldownbutton.h"
+#include "platform/tableview.h"
+#include "profiles/profilecommands.h"
+#include "tests/app/hubfixture.h"
+#include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QDirIterator>
+#include <QProcess>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+
+#include <csignal>
+#include <cstdio>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+using Command = DaemonProtocol::Command;
+
+namespace {
+
+constexpr const char *useVariable = "KESTRA_TEST_USE";
+constexpr int limitMs = 20'000;
+
+template <typename Widget> Widget *shown(const QWidget *parent, const char *name)
+{
+    Widget *widget = nullptr;
+    const auto isShown = [&] {
+        widget = parent->findChild<Widget *>(QLatin1StringView(name));
+        return widget && widget->isVisible();
+    };
+    return QTest::qWaitFor(isShown, limitMs) ? widget : nullptr;
+}
+
+/// Opens a panel by a command of a menu, and closes it.
+bool usePanel(const QWidget *window, const char *menu, int tag, const char *panelName)
+{
+    auto *panelMenu = window->findChild<PulldownButton *>(QLatin1StringView(menu));
+    QAction *item = panelMenu ? panelMenu->itemWithTag(tag) : nullptr;
+    if (!item)
+        return false;
+    item->trigger();
+    auto *panel = shown<QFileDialog>(window, panelName);
+    if (!panel)
+        return false;
+    panel->setViewMode(QFileDialog::List);
+    panel->setDirectory(QDir::rootPath());
+    panel->reject();
+    return true;
+}
+
+bool useColorDialog(const QWidget *window)
+{
+    auto *well = shown<ColorWell>(window, "mMainColor");
+    if (!well)
+        return false;
+    well->click();
+    const auto *dialog = shown<QColorDialog>(well, "colorDialog");
+    if (!dialog)
+        return false;
+    for (auto *button : dialog->findChildren<QPushButton *>()) {
+        if (button->text().contains(u"Add to Custom Colors"_s, Qt::CaseInsensitive)) {
+            button->click();
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Uses what a person uses; true when all of it was there.
+bool useEverything()
+{
+    MainWindow *window = nullptr;
+    for (QWidget *each : QApplication::topLevelWidgets()) {
+        if (auto *found = qobject_cast<MainWindow *>(each))
+            window = found;
+    }
+    auto *tabs = window ? window->findChild<QTabWidget *>(u"mKeyboardTabView"_s) : nullptr;
+    const auto *key = window ? window->findChild<QAbstractButton *>(u"mW"_s) : nullptr;
+    if (!tabs || !key || !QTest::qWaitFor([key] { return key->isEnabled(); }, limitMs))
+        return false;
+    window->findChild<QAbstractButton *>(u"mW"_s)->click();
+    tabs->setCurrentIndex(1);
+    if (!usePanel(window, "mSettingsProfile", ProfileCommands::importProfile, "mProfileFileBrowserPanel"))
+        return false;
+    tabs->setCurrentIndex(2);
+    window->findChild<TableView *>(u"mMacroTableView"_s)->selectRow(0);
+    if (!usePanel(window, "mSettingsMacro", MacroCommands::exportMacro, "mSavePanel"))
+        return false;
+    tabs->setCurrentIndex(3);
+    return useColorDialog(window);
+}
+
+/// For the program that this test starts.
+void useProgram()
+{
+    if (qEnvironmentVariableIsSet(useVariable)) {
+        QTimer::singleShot(0, qApp, [] {
+            std::puts(useEverything() ? "used" : "not used");
+            std::fflush(stdout);
+            QApplication::quit();
+        });
+    }
+}
+
+} // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(useProgram)
+
+class ApplicationTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void leavesNoFilesButItsOwn();
+    void writesNoFailureToStandardError_data();
+    void writesNoFailureToStandardError();
+
+private:
+    /// Starts this test as the program, for a user who has nothing yet.
+    void start(const QProcessEnvironment &changes = QProcessEnvironment());
+    /// All files that the user has, with their paths below the home folder.
+    [[nodiscard]] QStringList userFiles() const;
+
+    std::unique_ptr<QTemporaryDir> mFolder;
+    std::unique_ptr<QProcess> mProgram;
+};
+
+void ApplicationTest::init()
+{
+    mProgram = std::make_unique<QProcess>();
+    mFolder = std::make_unique<QTemporaryDir>();
+    const QDir folder(mFolder->path());
+    QVERIFY(folder.mkpath(u"home/Documents"_s) && folder.mkpath(u"runtime"_s));
+    QCOMPARE(QProcess::execute(u"cp"_s, {u"-r"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources"_s,
+                                         folder.filePath(u"resources"_s)}),
+             0);
+}
+
+void ApplicationTest::start(const QProcessEnvironment &changes)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &name : environment.keys()) {
+        if (name.startsWith(u"XDG_"_s))
+            environment.remove(name);
+    }
+    environment.insert(u"HOME"_s, mFolder->filePath(u"home"_s));
+    environment.insert(u"XDG_RUNTIME_DIR"_s, mFolder->filePath(u"runtime"_s));
+    environment.insert(u"QUILL_KESTRA_RESOURCES"_s, mFolder->filePath(u"resources"_s));
+    environment.insert(u"KESTRA_TEST_PROGRAM"_s, u"1"_s);
+    environment.insert(u"KESTRA_BENCH_READY"_s, u"1"_s);
+    environment.insert(u"KESTRA_SPARE_DAEMONS"_s, u"1"_s);
+    environment.insert(changes);
+    mProgram->setProcessEnvironment(environment);
+    mProgram->start(QCoreApplication::applicationFilePath(), QStringList());
+    QVERIFY(mProgram->waitForStarted());
+}
+
+QStringList ApplicationTest::userFiles() const
+{
+    QStringList files;
+    const QDir home(mFolder->filePath(u"home"_s));
+    for (QDirIterator all(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); all.hasNext();)
+        files += home.relativeFilePath(all.next());
+    // The index that the system's font library makes for every program.
+    files.removeIf([](const QString &file) { return file.startsWith(u".cache/fontconfig/"_s); });
+    return files;
+}
+
+void ApplicationTest::leavesNoFilesButItsOwn()
+{
+    const ScriptedDaemon daemon(sampleDocument());
+    QProcessEnvironment changes;
+    changes.insert(QString::fromLatin1(useVariable), u"1"_s);
+    start(changes);
+    QVERIFY(mProgram->waitForFinished(3 * limitMs));
+    QCOMPARE(mProgram->exitStatus(), QProcess::NormalExit);
+    QVERIFY(mProgram->readAllStandardOutput().split('\n').contains("used"));
+    QStringList files = userFiles();
+    files.removeAll(u".local/share/quill-kestra/Kestra.plist"_s);
+    QCOMPARE(files, QStringList());
+}
+
+void ApplicationTest::writesNoFailureToStandardError_data()
+{
+    QTest::addColumn<QString>("failure");
+    for (const char *failure : {"none", "no bus", "full disk", "damaged resources"})
+        QTest::newRow(failure) << QString::fromLatin1(failure);
+}
+
+void ApplicationTest::writesNoFailureToStandardError()
+{
+    QFETCH(QString, failure);
+    const ScriptedDaemon daemon(sampleDocument());
+    QProcessEnvironment changes;
+    if (failure == u"no bus")
+        changes.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path="_s + mFolder->filePath(u"none"_s));
+    if (failure == u"damaged resources") {
+        writeFile(mFolder->filePath(u"resources/Kestra.plist"_s), "{ half");
+        QVERIFY(QDir(mFolder->filePath(u"resources/texts"_s)).removeRecursively());
+    }
+    if (failure == u"full disk") {
+        mProgram->setChildProcessModifier([] {
+            std::signal(SIGXFSZ, SIG_IGN);
+            const rlimit nothing{1, 1};
+            ::setrlimit(RLIMIT_FSIZE, &nothing);
+        });
+    }
+    start(changes);
+    QTRY_VERIFY_WITH_TIMEOUT(mProgram->canReadLine(), limitMs);
+    QCOMPARE(mProgram->readLine().trimmed(), "ready");
+    mProgram->terminate();
+    QVERIFY(mProgram->waitForFinished(limitMs));
+    QCOMPARE(mProgram->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(mProgram->exitCode(), 0);
+    QCOMPARE(mProgram->readAllStandardError(), QByteArray());
+}
+
+int main(int argc, char *argv[])
+{
+    if (qEnvironmentVariableIsSet("KESTRA_TEST_PROGRAM"))
+        return runConfigurator(argc, argv);
+    QApplication application(argc, argv);
+    ApplicationTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "applicationtest.moc"
