@@ -212,6 +212,7 @@ void KeyboardMainController::updateToLatestSettings(const QVariantMap &allDevSet
 
 void KeyboardMainController::setProperties()
 {
+    closeOpenMenus();
     const QVariantMap defaultProfile = recordAt(mDefaultSettingsDict.value(SettingsKeys::profiles).toList(), 0);
 
     mProfilesController->setMDefaultProfileDict(defaultProfile);
@@ -250,7 +251,6 @@ void KeyboardMainController::populateUISettings()
 
 void KeyboardMainController::updateUISettings()
 {
-    closeOpenMenus();
     // Deliberately not the macros tab: it is refreshed only through its table.
     mProfilesController->updateUISettings();
     mKeysController->updateUISettings();

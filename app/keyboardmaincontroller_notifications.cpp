@@ -148,11 +148,11 @@ void KeyboardMainController::savedNewOTFMNotification(const DistributedNotificat
     const QVariant macros = notification.userInfo.value(DaemonProtocol::allMacros);
     // Here the active profile itself, not its index.
     const QVariant profile = notification.userInfo.value(SettingsKeys::activeProfile);
-    // Anything else is no news of macros; taking it would empty the profile that the next change is built on.
-    if (macros.typeId() != QMetaType::QVariantList || profile.typeId() != QMetaType::QVariantMap)
-        return;
-    mMacrosArray = macros.toList();
-    mCurrentProfileDict = profile.toMap();
+    // Anything else is no news; taking it would empty what the next change is built on.
+    if (macros.typeId() == QMetaType::QVariantList)
+        mMacrosArray = macros.toList();
+    if (profile.typeId() == QMetaType::QVariantMap)
+        mCurrentProfileDict = profile.toMap();
     setProperties();
     mKeysController->updateUISettings();
     mMacrosController->updateTableWithNewMacro();

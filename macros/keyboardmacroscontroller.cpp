@@ -158,9 +158,7 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
 void KeyboardMacrosController::updateTableWithNewMacro()
 {
     showNewList();
-    // The selected macro may be the one that was recorded anew on the keyboard.
-    if (!isRecording() && !mIsMacroEventEdit)
-        fetchLines();
+    fetchChangedLines(); // the selected macro may be the one that was recorded anew on the keyboard
     endOutdatedSheets();
     updateEventPart();
 }

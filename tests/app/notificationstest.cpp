@@ -45,6 +45,7 @@ private Q_SLOTS:
     void beginsACaptureAnewWhenTheKeyboardIsBack_data();
     void beginsACaptureAnewWhenTheKeyboardIsBack();
     void endsARecordingWhenTheKeyboardIsBack();
+    void sendsNothingForARecordingThatTheRemovalHasEnded();
     void goesThroughARemovalInOrder();
     void takesItsObserverAwayWhileItReloadsAChangedProfile();
     void disablesAndTellsWhenTheKeyboardIsRemoved();
@@ -56,7 +57,10 @@ private Q_SLOTS:
     void keepsItsObserversWhenItIsToRemoveItself();
     void acceptsDpiUpdates();
     void takesNewMacrosFromTheKeyboard();
-    void fetchesTheLinesOfTheSelectedMacroAnew();
+    void takesEachPieceOfTheNewsByItself_data();
+    void takesEachPieceOfTheNewsByItself();
+    void fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged_data();
+    void fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged();
     void showsABrightnessSetOnTheKeyboard();
     void survivesNotificationsOfWrongTypes_data();
     void survivesNotificationsOfWrongTypes();
@@ -259,6 +263,19 @@ void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack()
     QCOMPARE(mDaemon->commands(), expected);
 }
 
+void NotificationsTest::sendsNothingForARecordingThatTheRemovalHasEnded()
+{
+    mHub->controller->selectTabAtIndex(2);
+    mHub->find<TableView>("mMacroTableView")->selectRow(0);
+    for (const char *button : {"mRecordMacroDetails", "mAddMacroDetails"}) {
+        mHub->find<QPushButton>(button)->click();
+        mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
+        mDaemon->forgetRequests();
+        mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+        QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::readSettings)});
+    }
+}
+
 void NotificationsTest::endsARecordingWhenTheKeyboardIsBack()
 {
     mHub->controller->selectTabAtIndex(2);
@@ -437,15 +454,67 @@ void NotificationsTest::takesNewMacrosFromTheKeyboard()
     QCOMPARE(mDaemon->commands(), std::vector<int>());
 }
 
-void NotificationsTest::fetchesTheLinesOfTheSelectedMacroAnew()
+void NotificationsTest::takesEachPieceOfTheNewsByItself_data()
 {
+    QTest::addColumn<QVariant>("macros");
+    QTest::addColumn<QVariant>("profile");
+    QTest::addColumn<bool>("areMacrosTaken");
+    QTest::addColumn<bool>("isProfileTaken");
+    const QVariant macros = QVariantList{QVariantMap{{u"MacroName"_s, u"New"_s}}};
+    const QVariant profile = QVariantMap{{u"ProfileName"_s, u"New"_s}};
+    QTest::newRow("both") << macros << profile << true << true;
+    QTest::newRow("macros alone") << macros << QVariant() << true << false;
+    QTest::newRow("the profile alone") << QVariant() << profile << false << true;
+    QTest::newRow("a profile of the wrong type") << macros << QVariant(1) << true << false;
+    QTest::newRow("macros of the wrong type") << QVariant(u"none"_s) << profile << false << true;
+    QTest::newRow("neither") << QVariant() << QVariant() << false << false;
+}
+
+void NotificationsTest::takesEachPieceOfTheNewsByItself()
+{
+    QFETCH(QVariant, macros);
+    QFETCH(QVariant, profile);
+    QFETCH(bool, areMacrosTaken);
+    QFETCH(bool, isProfileTaken);
+    const QVariantList macrosBefore = mHub->controller->macrosArray();
+    const QVariantMap profileBefore = mHub->controller->currentProfileDict();
+    QVariantMap news;
+    if (macros.isValid())
+        news[u"AllMacros"_s] = macros;
+    if (profile.isValid())
+        news[u"ActiveProfile"_s] = profile;
+    mHub->controller->savedNewOTFMNotification({u"Saved New OTFM 271"_s, news});
+    QCOMPARE(mHub->controller->macrosArray(), areMacrosTaken ? macros.toList() : macrosBefore);
+    QCOMPARE(mHub->controller->keysController()->keysCurrentProfileDict(),
+             isProfileTaken ? profile.toMap() : profileBefore);
+    QCOMPARE(mHub->find<TableView>("mMacroTableView")->numberOfRows(), areMacrosTaken ? 1 : macrosBefore.size());
+}
+
+void NotificationsTest::fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<bool>("isFetched");
+    QTest::newRow("the same record") << u"delay"_s << QVariant(20) << false;
+    QTest::newRow("another name") << u"MacroName"_s << QVariant(u"New"_s) << false;
+    QTest::newRow("other events") << u"sequence"_s << QVariant(QVariantMap{{u"Events"_s, QVariantList()}}) << true;
+}
+
+void NotificationsTest::fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged()
+{
+    QFETCH(QString, key);
+    QFETCH(QVariant, value);
+    QFETCH(bool, isFetched);
     mHub->find<TableView>("mMacroTableView")->selectRow(0);
     mDaemon->forgetRequests();
-    // The same record: what was recorded on the keyboard may be in its events alone.
-    mHub->controller->savedNewOTFMNotification({u"Saved New OTFM 271"_s,
-                                                {{u"AllMacros"_s, mHub->controller->macrosArray()},
-                                                 {u"ActiveProfile"_s, mHub->controller->currentProfileDict()}}});
-    QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::readMacroLines)});
+    QVariantList macros = mHub->controller->macrosArray();
+    QVariantMap macro = macros.first().toMap();
+    macro[key] = value;
+    macros[0] = macro;
+    mHub->controller->savedNewOTFMNotification(
+        {u"Saved New OTFM 271"_s,
+         {{u"AllMacros"_s, macros}, {u"ActiveProfile"_s, mHub->controller->currentProfileDict()}}});
+    QCOMPARE(mDaemon->commands(), isFetched ? std::vector<int>{int(Command::readMacroLines)} : std::vector<int>());
 }
 
 void NotificationsTest::showsABrightnessSetOnTheKeyboard()

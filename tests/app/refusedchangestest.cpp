@@ -391,6 +391,10 @@ void RefusedChangesTest::anOpenMenuClosesWhenTheDocumentIsReplaced()
     QTRY_VERIFY(QApplication::activePopupWidget());
     replaceDocument(withActiveProfile(sampleDocument(), 0));
     QVERIFY(!QApplication::activePopupWidget());
+    open(*mHub);
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    mHub->controller->savedNewOTFMNotification({u"Saved New OTFM 271"_s, {{u"AllMacros"_s, QVariantList()}}});
+    QVERIFY(!QApplication::activePopupWidget());
 }
 
 void RefusedChangesTest::rowsThatMovedUnansweredAreNotWrittenTo_data()

@@ -123,7 +123,7 @@ void KeyboardMacrosControllerTest::macrosRecordedOnTheKeyboardAppear()
     mController->updateTableWithNewMacro();
     QCOMPARE(list()->model()->rowCount(), 2);
     QCOMPARE(list()->selectedRow(), 0);
-    QCOMPARE(mDelegate->calls, QStringList{u"details 0"_s});
+    QCOMPARE(mDelegate->calls, QStringList());
 }
 
 void KeyboardMacrosControllerTest::keyEquivalentsReachOnlyTheNameEditor()
