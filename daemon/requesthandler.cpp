@@ -84,7 +84,7 @@ void RequestHandler::handle(const Request &request)
         return finish(request, before, mCaptures.saveRecordedEvents(values), ReturnsDocument::never);
     case Command::startEditHid: return reply(request, mCaptures.startKeyCapture(client, Kind::editedEvent));
     case Command::startSingleKeyRecording: return reply(request, mCaptures.startKeyCapture(client, Kind::singleKey));
-    case Command::stopSingleKeyRecording: mCaptures.stopKeyCapture(); return reply(request, Status::ok);
+    case Command::stopSingleKeyRecording: mCaptures.stopKeyCapture(client); return reply(request, Status::ok);
     case Command::releaseDevice: return mCaptures.releaseDevice(); // without a reply
     default: return reply(request, Status::unknownCommand);
     }

@@ -84,10 +84,11 @@ Status CaptureCommands::startKeyCapture(const std::optional<QString> &client, Ki
     return Status::ok;
 }
 
-void CaptureCommands::stopKeyCapture()
+void CaptureCommands::stopKeyCapture(const std::optional<QString> &client)
 {
-    const Kind kind = mSession.capture().kind();
-    if (kind == Kind::singleKey || kind == Kind::editedEvent)
+    const KeyCapture &capture = mSession.capture();
+    const bool isOwnRecording = capture.kind() == Kind::macroRecording && client && capture.client() == client;
+    if (capture.kind() == Kind::singleKey || capture.kind() == Kind::editedEvent || isOwnRecording)
         mSession.release("the client has its key");
 }
 

@@ -29,7 +29,9 @@ public:
     [[nodiscard]] CommandOutcome saveRecordedEvents(const QVariantMap &request);
     /// `kind`: KeyCapture::Kind::singleKey or editedEvent.
     [[nodiscard]] Status startKeyCapture(const std::optional<QString> &client, KeyCapture::Kind kind);
-    void stopKeyCapture();
+    /// Ends a capture of keys, and a recording of `client`'s own: a window that counts a capture as running ends what
+    /// it has begun with this alone.
+    void stopKeyCapture(const std::optional<QString> &client);
     void releaseDevice();
 
 private:

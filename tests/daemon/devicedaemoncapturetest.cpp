@@ -33,6 +33,7 @@ private Q_SLOTS:
     void changeOfTheCaptureIsLoggedWithItsCause();
     void stopOfAnotherCaptureEndsNothing_data();
     void stopOfAnotherCaptureEndsNothing();
+    void aClientEndsItsOwnRecordingWithItsCapture();
     void appendedRecordingStaysWithinTheMacro();
 };
 
@@ -259,7 +260,6 @@ void DeviceDaemonCaptureTest::stopOfAnotherCaptureEndsNothing_data()
 {
     QTest::addColumn<Command>("start");
     QTest::addColumn<Command>("stop");
-    QTest::newRow("recording") << Command::startMacroRecording << Command::stopSingleKeyRecording;
     QTest::newRow("single key") << Command::startSingleKeyRecording << Command::stopMacroRecording;
     QTest::newRow("edited event") << Command::startEditHid << Command::stopMacroRecording;
 }
@@ -273,6 +273,27 @@ void DeviceDaemonCaptureTest::stopOfAnotherCaptureEndsNothing()
     press(4);
     QCOMPARE(mSent, QStringList());
     QCOMPARE(mWatchedClient, client);
+}
+
+void DeviceDaemonCaptureTest::aClientEndsItsOwnRecordingWithItsCapture()
+{
+    const QVariantMap recording{{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}};
+    QCOMPARE(statusOf(Command::startMacroRecording, recording), 0);
+    // Not that of another client, nor of one without a port.
+    for (const QString &port : {u"AnotherReplyPort"_s, QString()}) {
+        send(Command::stopSingleKeyRecording, {}, port);
+        press(4);
+        release(4);
+        QCOMPARE(mSent, QStringList());
+    }
+    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
+    QCOMPARE(mWatchedClient, QString());
+    press(5);
+    QVERIFY(!mSent.isEmpty());
+    // What was recorded is still there.
+    release(5);
+    QCOMPARE(statusOf(Command::saveRecordedEvents, recording), 0);
+    QVERIFY(!MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).isEmpty());
 }
 
 void DeviceDaemonCaptureTest::appendedRecordingStaysWithinTheMacro()
