@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "base/propertylist.h"
+#include "base/text.h"
+#include "keys/keymapping.h"
+#include "platform/popupbutton.h"
+#include "tests/app/secondhand/operation.h"
+
+#include <QAction>
+#include <QFileInfo>
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+
+namespace {
+
+constexpr char assignment[] = "mAssignFunction";
+constexpr char sheet[] = "mSingleKeyWindow";
+constexpr char panel[] = "mOpenPanel";
+constexpr int selectedCode = 29; // Z
+constexpr uint keyB = 5;
+
+// The numbers of the assignments
+constexpr int playMacro = 10;
+constexpr int singleKey = 16;
+constexpr int switchProfile = 17;
+constexpr int disabled = 20;
+constexpr int launchProgram = 46;
+
+std::function<bool(const Scene &)> isUp(const char *dialog)
+{
+    return [dialog](const Scene &) { return Person::dialog(dialog) != nullptr; };
+}
+
+void pick(const Scene &scene, int position)
+{
+    scene.find<PopUpButton>(assignment)->itemAtIndex(position)->trigger();
+}
+
+std::function<void(Scene &)> assigning(int command, const QVariant &param1, const QVariant &param2)
+{
+    return [=](Scene &scene) { scene.ledger.assignKey(selectedCode, command, param1, param2); };
+}
+
+Operation singleKeySheet()
+{
+    const auto begin = [](Scene &scene) {
+        pick(scene, KeyMappings::singleKeyPosition);
+        scene.typeKey(keyB);
+    };
+    const auto finish = [](Scene &) {
+        Person::clickIn(sheet, "mSingleKeyOK");
+        Person::clickIn(sheet, "mSingleKeyCancel"); // OK is off while no key was captured
+    };
+    const auto change = [](Scene &scene) {
+        if (!scene.ledger.isObstructed(Command::startSingleKeyRecording))
+            scene.ledger.assignKey(selectedCode, singleKey, int(keyB), 0);
+    };
+    return {.name = "single-key sheet",
+            .tab = keysTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::profilesKey,
+            .begin = begin,
+            .isOpen = isUp(sheet),
+            .beginCommands = {Command::startSingleKeyRecording},
+            .ends = {{"finished", finish, change, {Command::updateProfile, Command::stopSingleKeyRecording}},
+                     {"cancelled", [](Scene &) { Person::cancel(sheet); }, {}, {Command::stopSingleKeyRecording}}}};
+}
+
+Operation programPanel()
+{
+    const auto path = [](const Scene &scene) { return scene.file(u"Notes.desktop"_s); };
+    const auto choose = [path](Scene &scene) {
+        if (!PropertyList::writeFileAtomically(path(scene), "[Desktop Entry]\nType=Application\nName=N\nExec=n\n"))
+            qFatal("the test cannot write its file");
+        Person::chooseFile(panel, path(scene));
+    };
+    const auto change = [path](Scene &scene) {
+        scene.ledger.assignKey(selectedCode, launchProgram, QFileInfo(path(scene)).canonicalFilePath(), u""_s);
+    };
+    return {.name = "panel for a program",
+            .tab = keysTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::profilesKey,
+            .begin = [](Scene &scene) { pick(scene, KeyMappings::launchProgramPosition); },
+            .isOpen = isUp(panel),
+            .beginCommands = {},
+            .ends = {{"finished", choose, change, {Command::updateProfile}},
+                     {"cancelled", [](Scene &) { Person::cancel(panel); }, {}, {}}}};
+}
+
+Operation menu(const char *name, const std::function<void(Scene &)> &open, const QString &title,
+               const std::function<void(Scene &)> &change)
+{
+    return {.name = name,
+            .tab = keysTab,
+            .kind = OperationKind::popUp,
+            .subject = Subject::profilesKey,
+            .begin = open,
+            .isOpen = [](const Scene &) { return Person::openMenu() != nullptr; },
+            .beginCommands = {},
+            .ends = {{"finished", [title](Scene &) { Person::chooseItem(title); }, change, {Command::updateProfile}},
+                     {"cancelled", [](Scene &) { Person::closeMenus(); }, {}, {}}}};
+}
+
+std::function<void(Scene &)> opening(const char *popUp)
+{
+    return [popUp](Scene &scene) { scene.find<PopUpButton>(popUp)->openMenu(); };
+}
+
+std::function<void(Scene &)> openingSubMenu(int position)
+{
+    return [position](Scene &scene) {
+        auto *popUp = scene.find<PopUpButton>(assignment);
+        popUp->openMenu();
+        Person::chooseItem(popUp->itemAtIndex(position)->text());
+    };
+}
+
+} // namespace
+
+std::vector<Operation> keyOperations()
+{
+    const KeyMappings::RepeatMode &twice = KeyMappings::repeatModes()[3];
+    return {
+        singleKeySheet(),
+        programPanel(),
+        menu("assignment pop-up", opening(assignment), localizedText("lkeyDisable"), assigning(disabled, 0, 0)),
+        menu("sub-menu of macros", openingSubMenu(KeyMappings::macroPosition), u"Mount"_s, assigning(playMacro, 2, 1)),
+        menu("sub-menu of profiles", openingSubMenu(KeyMappings::profilePosition), u"Work"_s,
+             assigning(switchProfile, 2, 0)),
+        menu("playback pop-up", opening("mMacroPlaybackPopUp"), localizedText(twice.labelKey),
+             assigning(playMacro, StartSettings::macro, 2)),
+    };
+}

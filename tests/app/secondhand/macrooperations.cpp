@@ -1,0 +1,364 @@
+// SPDX-License-Identifier: MIT
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
+#include "base/text.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "macros/macrorecord.h"
+#include "platform/tableview.h"
+#include "tests/app/secondhand/operation.h"
+
+#include <QFile>
+#include <QLineEdit>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+
+namespace {
+
+constexpr char table[] = "mMacroTableView";
+constexpr char events[] = "mMacroDetailsTableView";
+constexpr char gear[] = "mSettingsMacro";
+constexpr char eventGear[] = "mSettingsMacroDetails";
+constexpr char alert[] = "alert";
+constexpr char openPanel[] = "mOpenPanel";
+constexpr char savePanel[] = "mSavePanel";
+constexpr char delaySheet[] = "mEditDelayWindow";
+constexpr char eventSheet[] = "mEditEventWindow";
+constexpr int playMacroAssignment = 10;
+constexpr uint keyB = 5;
+constexpr int delayRow = 1; // of the second event
+constexpr int eventRow = 2; // likewise
+constexpr int newDelayMs = 77;
+const QString typedName = u"Half a name"_s;
+const QString exportedFile = u"Exported.KestraMacro"_s;
+
+std::function<void(Scene &)> choosing(int tag)
+{
+    return [tag](Scene &scene) { Person::chooseFrom(scene, gear, tag); };
+}
+
+std::function<bool(const Scene &)> isUp(const char *dialog)
+{
+    return [dialog](const Scene &) { return Person::dialog(dialog) != nullptr; };
+}
+
+QVariantMap macroRow(const Scene &scene)
+{
+    return {{DaemonProtocol::macroId, scene.ledger.macro()}};
+}
+
+// The list
+
+Operation nameEdit(const char *name, const std::function<void(Scene &)> &open, const QList<Command> &beginCommands = {})
+{
+    const auto begin = [open](Scene &scene) {
+        open(scene);
+        Person::typeName(scene, table, typedName.chopped(2));
+    };
+    const auto finish = [](Scene &scene) {
+        Person::typeName(scene, table, typedName.right(2));
+        const bool isOpen = Person::nameEditor(scene, table) != nullptr;
+        Person::pressInName(scene, table, Qt::Key_Return);
+        // In the list itself the key opens the name again.
+        if (!isOpen && Person::nameEditor(scene, table))
+            Person::pressInName(scene, table, Qt::Key_Escape);
+    };
+    const auto rename = [](Scene &scene) {
+        scene.ledger.apply(Command::renameMacro, {{DaemonProtocol::macroContents,
+                                                   QVariantMap{{SettingsKeys::macroName, typedName},
+                                                               {SettingsKeys::macroId, scene.ledger.macro()}}}});
+    };
+    const auto leave = [](Scene &scene) {
+        Person::typeName(scene, table, typedName.right(2));
+        Person::pressInName(scene, table, Qt::Key_Tab);
+    };
+    const auto cancel = [](Scene &scene) { Person::pressInName(scene, table, Qt::Key_Escape); };
+    return {.name = name,
+            .tab = macrosTab,
+            .kind = OperationKind::nameEdit,
+            .subject = Subject::macro,
+            .begin = begin,
+            .isOpen = [](const Scene &scene) { return Person::nameEditor(scene, table) != nullptr; },
+            .beginCommands = beginCommands,
+            .ends = {{"finished", finish, rename, {Command::renameMacro}},
+                     {"left by Tab", leave, rename, {Command::renameMacro}},
+                     {"cancelled", cancel, {}, {}}}};
+}
+
+void pressF2(Scene &scene)
+{
+    scene.find<TableView>(table)->setFocus();
+    QTest::keyClick(scene.find<TableView>(table), Qt::Key_F2);
+}
+
+void appendMacro(Scene &scene, const QVariantMap &record)
+{
+    if (scene.ledger.apply(Command::addMacro, {{DaemonProtocol::macroContents, record}}))
+        scene.ledger.setMacro(int(scene.ledger.macros().size()) - 1);
+}
+
+void add(Scene &scene)
+{
+    Person::click(scene, "mAddMacro");
+    appendMacro(scene, {{SettingsKeys::macroName, u"Untitled Macro"_s},
+                        {SettingsKeys::delay, 20},
+                        {DaemonProtocol::responsePortName, u"KeyboardConfiguratorReplyPort"_s},
+                        {SettingsKeys::sequence, QVariantMap()}});
+}
+
+void deleteSubject(Scene &scene)
+{
+    Ledger &ledger = scene.ledger;
+    const int row = ledger.macro();
+    const int count = int(ledger.macros().size());
+    if (!ledger.apply(Command::deleteMacro, macroRow(scene)))
+        return;
+    // The deleted one still counts here.
+    ledger.dropAssignments(playMacroAssignment, row, count);
+    ledger.setMacro(std::min(row, count - 2));
+}
+
+/// Leads to the question whether to delete the macro, and answers it.
+std::vector<End> deletionEnds(const std::function<void(Scene &)> &ask)
+{
+    const auto finish = [ask](Scene &scene) {
+        ask(scene);
+        Person::clickIn(alert, "alertDefaultButton");
+    };
+    const auto cancel = [ask](Scene &) {
+        Person::closeMenus();
+        Person::cancel(alert);
+    };
+    return {{"finished", finish, deleteSubject, {Command::deleteMacro, Command::replaceAllProfiles}},
+            {"cancelled", cancel, {}, {}}};
+}
+
+Operation deletion()
+{
+    return {.name = "deleting",
+            .tab = macrosTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::macro,
+            .begin = [](Scene &scene) { Person::click(scene, "mDeleteMacro"); },
+            .isOpen = isUp(alert),
+            .beginCommands = {},
+            .ends = deletionEnds([](Scene &) {})};
+}
+
+Operation listMenu(const char *name, const std::function<void(Scene &)> &open)
+{
+    return {.name = name,
+            .tab = macrosTab,
+            .kind = OperationKind::popUp,
+            .subject = Subject::macro,
+            .begin = open,
+            .isOpen = [](const Scene &) { return Person::openMenu() != nullptr; },
+            .beginCommands = {},
+            .ends = deletionEnds([](Scene &) { Person::chooseItem(localizedText("lkeyDelete")); })};
+}
+
+// Files
+
+Operation importPanel()
+{
+    const auto choose = [](Scene &scene) {
+        const QString path = scene.file(u"Imported.KestraMacro"_s);
+        const QByteArray content = *PropertyList::writeBinary(StartSettings::macroNamed(u"Imported"_s));
+        if (!PropertyList::writeFileAtomically(path, content))
+            qFatal("the test cannot write its file");
+        Person::chooseFile(openPanel, path);
+    };
+    return {.name = "import panel",
+            .tab = macrosTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::none,
+            .begin = choosing(MacroCommands::importMacro),
+            .isOpen = isUp(openPanel),
+            .beginCommands = {},
+            .ends = {{"finished",
+                      choose,
+                      [](Scene &scene) { appendMacro(scene, StartSettings::macroNamed(u"Imported"_s)); },
+                      {Command::addMacro}},
+                     {"cancelled", [](Scene &) { Person::cancel(openPanel); }, {}, {}}}};
+}
+
+QString exported(const Scene &scene, bool isCarriedOut)
+{
+    const auto record = PropertyList::readPropertyListFile(scene.file(exportedFile));
+    if (!isCarriedOut)
+        return QFile::exists(scene.file(exportedFile)) ? u"a file was written"_s : QString();
+    QVariantMap expected = scene.ledger.macroRecord();
+    expected.remove(SettingsKeys::macroId);
+    return record && differences(*record, expected).isEmpty() ? QString() : u"another file was written"_s;
+}
+
+Operation exportPanel()
+{
+    const auto choose = [](Scene &scene) { Person::chooseFile(savePanel, scene.file(u"Exported"_s)); };
+    return {.name = "export panel",
+            .tab = macrosTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::macro,
+            .begin = choosing(MacroCommands::exportMacro),
+            .isOpen = isUp(savePanel),
+            .beginCommands = {},
+            .ends = {{"finished", choose, {}, {}}, {"cancelled", [](Scene &) { Person::cancel(savePanel); }, {}, {}}},
+            .prepare = {},
+            .outcome = exported};
+}
+
+// Events
+
+void editEvent(Scene &scene, int row)
+{
+    scene.find<TableView>(events)->selectRow(row);
+    Person::chooseFrom(scene, eventGear, MacroCommands::edit);
+}
+
+Operation delaySheetOperation()
+{
+    const auto begin = [](Scene &scene) {
+        editEvent(scene, delayRow);
+        if (Person::dialog(delaySheet))
+            QTest::keyClicks(scene.find<QLineEdit>("mInputMacroDelay"), QString::number(newDelayMs));
+    };
+    const auto setDelay = [](Scene &scene) {
+        QVariantMap request = macroRow(scene);
+        request.insert(DaemonProtocol::sequenceIndex, delayRow);
+        request.insert(DaemonProtocol::delay, newDelayMs);
+        scene.ledger.apply(Command::setDelay, request);
+    };
+    return {
+        .name = "delay sheet",
+        .tab = macrosTab,
+        .kind = OperationKind::sheet,
+        .subject = Subject::events,
+        .begin = begin,
+        .isOpen = isUp(delaySheet),
+        .beginCommands = {},
+        .ends = {
+            {"finished", [](Scene &) { Person::clickIn(delaySheet, "mMacroDelayOK"); }, setDelay, {Command::setDelay}},
+            {"cancelled", [](Scene &) { Person::cancel(delaySheet); }, {}, {}}}};
+}
+
+void captureKeyB(Scene &scene)
+{
+    scene.typeKey(keyB);
+}
+
+Operation eventSheetOperation()
+{
+    const auto begin = [](Scene &scene) {
+        editEvent(scene, eventRow);
+        captureKeyB(scene);
+    };
+    const auto updateEvent = [](Scene &scene) {
+        // Without the capture there is no key, and without the event nothing to put it into.
+        if (scene.ledger.isObstructed(Command::startEditHid) || scene.ledger.isObstructed(Command::readEvent))
+            return;
+        QVariantMap event = MacroRecord::events(scene.ledger.macroRecord()).at(delayRow).toMap();
+        event.insert(SettingsKeys::argument, int(keyB));
+        event.insert(SettingsKeys::page, 7);
+        QVariantMap request = macroRow(scene);
+        request.insert(DaemonProtocol::sequenceIndex, eventRow);
+        request.insert(DaemonProtocol::sequence, event);
+        scene.ledger.apply(Command::updateEvent, request);
+    };
+    return {
+        .name = "event sheet",
+        .tab = macrosTab,
+        .kind = OperationKind::sheet,
+        .subject = Subject::events,
+        .begin = begin,
+        .isOpen = isUp(eventSheet),
+        .beginCommands = {Command::readEvent, Command::startEditHid},
+        .ends = {{"finished",
+                  [](Scene &) { Person::clickIn(eventSheet, "mMacroEventEditOK"); },
+                  updateEvent,
+                  {Command::stopSingleKeyRecording, Command::updateEvent}},
+                 {"cancelled", [](Scene &) { Person::cancel(eventSheet); }, {}, {Command::stopSingleKeyRecording}}}};
+}
+
+Operation eventMenu(const char *name, const std::function<void(Scene &)> &open, const char *title, Command command,
+                    const QVariantMap &arguments)
+{
+    const auto change = [command, arguments](Scene &scene) {
+        QVariantMap request = macroRow(scene);
+        request.insert(arguments);
+        scene.ledger.apply(command, request);
+    };
+    return {.name = name,
+            .tab = macrosTab,
+            .kind = OperationKind::popUp,
+            .subject = Subject::events,
+            .begin = open,
+            .isOpen = [](const Scene &) { return Person::openMenu() != nullptr; },
+            .beginCommands = {},
+            .ends = {{"finished", [title](Scene &) { Person::chooseItem(localizedText(title)); }, change, {command}},
+                     {"cancelled", [](Scene &) { Person::closeMenus(); }, {}, {}}}};
+}
+
+// Recording
+
+void endRecording(Scene &scene)
+{
+    if (scene.hub().controller->macrosController()->isRecordingOrCapturing())
+        Person::click(scene, "mRecordMacroDetails");
+}
+
+Operation recording(const char *name, const char *button, bool isAppended)
+{
+    const auto begin = [button](Scene &scene) {
+        Person::click(scene, button);
+        captureKeyB(scene);
+    };
+    const auto save = [isAppended](Scene &scene) {
+        // Command 20 ends a recording that command 19 did not.
+        if (scene.ledger.isObstructed(Command::startMacroRecording)
+            || scene.ledger.isObstructed(Command::saveRecordedEvents) || scene.ledger.macro() < 0)
+            return;
+        using namespace MacroRecord;
+        scene.ledger.recordEvents({eventRecord({.command = keyDown, .delayMs = 0, .argument = keyB}),
+                                   eventRecord({.command = keyUp, .delayMs = 0, .argument = keyB})},
+                                  isAppended);
+    };
+    const QList<Command> commands{Command::stopMacroRecording, Command::saveRecordedEvents};
+    const auto leaveTab = [](Scene &scene) { scene.hub().controller->selectTabAtIndex(keysTab); };
+    const auto isRecording = [](const Scene &scene) {
+        return scene.hub().controller->macrosController()->isRecordingOrCapturing();
+    };
+    return {.name = name,
+            .tab = macrosTab,
+            .kind = OperationKind::recording,
+            .subject = Subject::events,
+            .begin = begin,
+            .isOpen = isRecording,
+            .beginCommands = {Command::startMacroRecording},
+            .ends = {{"stopped", endRecording, save, commands}, {"tab left", leaveTab, save, commands}}};
+}
+
+} // namespace
+
+std::vector<Operation> macroOperations()
+{
+    return {
+        nameEdit("renaming by the menu", choosing(MacroCommands::rename)),
+        nameEdit("renaming by F2", pressF2),
+        nameEdit("naming an added one", add, {Command::addMacro}),
+        deletion(),
+        importPanel(),
+        exportPanel(),
+        delaySheetOperation(),
+        eventSheetOperation(),
+        recording("recording", "mRecordMacroDetails", false),
+        recording("appended recording", "mAddMacroDetails", true),
+        listMenu("gear menu of the list", [](Scene &scene) { Person::openGearMenu(scene, gear); }),
+        listMenu("context menu of the list", [](Scene &scene) { Person::openContextMenu(scene, table); }),
+        eventMenu("gear menu of the events", [](Scene &scene) { Person::openGearMenu(scene, eventGear); },
+                  "lkeyNoDelay", Command::setAllDelays,
+                  {{DaemonProtocol::delay, 0}, {DaemonProtocol::hasNoDelay, true}}),
+        eventMenu("context menu of the events", [](Scene &scene) { Person::openContextMenu(scene, events); },
+                  "lkeyDeleteAllEvents", Command::removeAllEvents, {}),
+    };
+}

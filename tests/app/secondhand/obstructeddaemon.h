@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// The daemon itself, with its rules, its store and its virtual keyboard, on a thread of the test. It can be made to
+// refuse one of the window's commands, or to leave it unanswered, which the daemon's own process never does.
+#pragma once
+
+#include "tests/app/secondhand/ledger.h"
+#include "tests/support/workerthread.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+#include <mutex>
+#include <optional>
+
+/// Owns the request port from construction to destruction. The functions may be called from any thread.
+class ObstructedDaemon
+{
+public:
+    using Command = DaemonProtocol::Command;
+
+    /// `document`: a valid settings document.
+    explicit ObstructedDaemon(const QVariantMap &document);
+    ~ObstructedDaemon();
+    Q_DISABLE_COPY_MOVE(ObstructedDaemon)
+
+    /// Obstructs this command of the configurator from now on; of other clients it is carried out. A command that is
+    /// left unanswered ends the configurator's wait for it at once.
+    void setObstructed(const std::optional<ObstructedCommand> &command);
+    /// Whether the obstructed command came.
+    [[nodiscard]] bool hasObstructed() const;
+
+private:
+    struct Parts;
+
+    std::optional<QByteArray> receive(qint32 number, const std::optional<QByteArray> &data);
+    void refuse(qint32 number, Obstruction obstruction);
+    void sendReply(const QString &port, qint32 number, const QVariantMap &reply) const;
+
+    mutable std::mutex mMutex; // guards the next two
+    std::optional<ObstructedCommand> mObstructed;
+    bool mHasObstructed = false;
+
+    QTemporaryDir mFolder;
+    QString mConnectionName;
+    std::unique_ptr<Parts> mParts; // made, used and destroyed on mThread
+    WorkerThread mThread;
+};

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// Another hand changes the settings while something goes on in the keys tab.
+#include "tests/app/secondhand/combinationtest.h"
+#include "tests/support/testmain.h"
+
+#include <QTest>
+
+class SecondHandKeysTest : public CombinationTest
+{
+    Q_OBJECT
+
+public:
+    SecondHandKeysTest() : CombinationTest(keyOperations) {}
+};
+
+QTEST_MAIN(SecondHandKeysTest)
+#include "secondhandkeystest.moc"

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// Another hand changes the settings while something goes on in the lighting tab.
+#include "tests/app/secondhand/combinationtest.h"
+#include "tests/support/testmain.h"
+
+#include <QTest>
+
+class SecondHandLightingTest : public CombinationTest
+{
+    Q_OBJECT
+
+public:
+    SecondHandLightingTest() : CombinationTest(lightingOperations) {}
+};
+
+QTEST_MAIN(SecondHandLightingTest)
+#include "secondhandlightingtest.moc"

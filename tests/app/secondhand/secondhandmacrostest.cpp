@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// Another hand changes the settings while something goes on in the macros tab.
+#include "tests/app/secondhand/combinationtest.h"
+#include "tests/support/testmain.h"
+
+#include <QTest>
+
+class SecondHandMacrosTest : public CombinationTest
+{
+    Q_OBJECT
+
+public:
+    SecondHandMacrosTest() : CombinationTest(macroOperations) {}
+};
+
+QTEST_MAIN(SecondHandMacrosTest)
+#include "secondhandmacrostest.moc"

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// Another hand changes the settings while something goes on in the profiles tab.
+#include "tests/app/secondhand/combinationtest.h"
+#include "tests/support/testmain.h"
+
+#include <QTest>
+
+class SecondHandProfilesTest : public CombinationTest
+{
+    Q_OBJECT
+
+public:
+    SecondHandProfilesTest() : CombinationTest(profileOperations) {}
+};
+
+QTEST_MAIN(SecondHandProfilesTest)
+#include "secondhandprofilestest.moc"
