@@ -198,6 +198,8 @@ CombinationTest::Survival CombinationTest::survival(const Operation &operation, 
         return operation.kind == OperationKind::sheet ? Survival::survives : Survival::ends;
     case Disturbance::settings: break;
     }
+    if (after.document() == before.document())
+        return Survival::survives; // a request that changes nothing is not announced
     switch (operation.kind) {
     case OperationKind::nameEdit:
     case OperationKind::popUp: return Survival::ends;

@@ -70,8 +70,12 @@ void Person::closeMenus()
 
 QLineEdit *Person::nameEditor(const Scene &scene, const char *table)
 {
-    auto *editor = scene.find<TableView>(table)->findChild<QLineEdit *>(u"cellEditor"_s);
-    return editor && editor->isVisible() ? editor : nullptr;
+    // One that was closed stays for a moment.
+    for (auto *editor : scene.find<TableView>(table)->findChildren<QLineEdit *>(u"cellEditor"_s)) {
+        if (editor->isVisible())
+            return editor;
+    }
+    return nullptr;
 }
 
 void Person::typeName(const Scene &scene, const char *table, const QString &text)

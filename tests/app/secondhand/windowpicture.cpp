@@ -26,6 +26,12 @@ bool isPictured(const QWidget *widget, const QWidget *window)
            && !versions.contains(name);
 }
 
+bool isControl(const QWidget *widget)
+{
+    return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QAbstractSlider *>(widget)
+           || qobject_cast<const TableView *>(widget) || qobject_cast<const RadioGroup *>(widget);
+}
+
 QString tableContents(TableView *table)
 {
     QStringList cells;
@@ -94,9 +100,9 @@ QStringList differencesOf(const QMap<QString, Value> &actual, const QMap<QString
                           QString (*text)(const Value &))
 {
     QStringList found;
-    // Both windows have the same controls.
     for (auto entry = expected.cbegin(); entry != expected.cend(); ++entry) {
-        const Value value = actual.value(entry.key());
+        // Both windows have the same controls; whether one of them hides it is in the contents.
+        const Value value = actual.value(entry.key(), entry.value());
         if (value != entry.value())
             found += u"%1 is \"%2\" and not \"%3\""_s.arg(entry.key(), text(value), text(entry.value()));
     }
@@ -116,8 +122,13 @@ WindowPicture windowPicture(const QWidget *window)
                 widget->objectName() + (pictured.contains(widget->objectName()) ? u", second"_s : QString()), widget);
     }
     // First, since fetching what is in a table also brings the controls beside it up to date.
-    for (auto entry = pictured.cbegin(); entry != pictured.cend(); ++entry)
+    for (auto entry = pictured.cbegin(); entry != pictured.cend(); ++entry) {
+        if (entry.value()->isHidden())
+            continue;
         picture.enabled.insert(entry.key(), entry.value()->isEnabled());
+        if (isControl(entry.value()) && entry.value()->isEnabled())
+            picture.controlsThatAreOn += entry.key();
+    }
     for (auto entry = pictured.cbegin(); entry != pictured.cend(); ++entry)
         picture.contents.insert(entry.key(), entry.value()->isHidden() ? u"hidden"_s : contentsOf(entry.value()));
     return picture;

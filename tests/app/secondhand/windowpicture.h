@@ -12,7 +12,8 @@ class QWidget;
 struct WindowPicture
 {
     QMap<QString, QString> contents;
-    QMap<QString, bool> enabled;
+    QMap<QString, bool> enabled;   ///< of those that are not hidden
+    QStringList controlsThatAreOn; ///< likewise, without labels and frames
 };
 
 /// Of the tabs and the header; versions are left out, which are asked for only now and then.
