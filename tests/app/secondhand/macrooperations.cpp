@@ -30,7 +30,9 @@ constexpr uint keyB = 5;
 constexpr int delayRow = 1; // of the second event
 constexpr int eventRow = 2; // likewise
 constexpr int newDelayMs = 77;
-const QString typedName = u"Half a name"_s;
+// The rest is typed at the end; it must not choose another row by its name where the name is no longer edited.
+const QString typedName = u"Half a Mo"_s;
+constexpr int restLength = 2;
 const QString exportedFile = u"Exported.KestraMacro"_s;
 
 std::function<void(Scene &)> choosing(int tag)
@@ -54,10 +56,10 @@ Operation nameEdit(const char *name, const std::function<void(Scene &)> &open, c
 {
     const auto begin = [open](Scene &scene) {
         open(scene);
-        Person::typeName(scene, table, typedName.chopped(2));
+        Person::typeName(scene, table, typedName.chopped(restLength));
     };
     const auto finish = [](Scene &scene) {
-        Person::typeName(scene, table, typedName.right(2));
+        Person::typeName(scene, table, typedName.right(restLength));
         const bool isOpen = Person::nameEditor(scene, table) != nullptr;
         Person::pressInName(scene, table, Qt::Key_Return);
         // In the list itself the key opens the name again.
@@ -70,7 +72,7 @@ Operation nameEdit(const char *name, const std::function<void(Scene &)> &open, c
                                                                {SettingsKeys::macroId, scene.ledger.macro()}}}});
     };
     const auto leave = [](Scene &scene) {
-        Person::typeName(scene, table, typedName.right(2));
+        Person::typeName(scene, table, typedName.right(restLength));
         Person::pressInName(scene, table, Qt::Key_Tab);
     };
     const auto cancel = [](Scene &scene) { Person::pressInName(scene, table, Qt::Key_Escape); };

@@ -80,8 +80,11 @@ QLineEdit *Person::nameEditor(const Scene &scene, const char *table)
 
 void Person::typeName(const Scene &scene, const char *table, const QString &text)
 {
-    if (QLineEdit *editor = nameEditor(scene, table))
-        QTest::keyClicks(editor, text);
+    QWidget *typedInto = nameEditor(scene, table);
+    if (!typedInto)
+        typedInto = QApplication::focusWidget();
+    if (typedInto)
+        QTest::keyClicks(typedInto, text);
 }
 
 void Person::pressInName(const Scene &scene, const char *table, Qt::Key key)

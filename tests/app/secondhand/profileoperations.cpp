@@ -22,7 +22,9 @@ constexpr char filePanel[] = "mProfileFileBrowserPanel";
 constexpr char savePanel[] = "mProfileSavePanel";
 constexpr int autoSwitchColumn = 3;
 constexpr int switchProfileAssignment = 17;
-const QString typedName = u"Half a name"_s;
+// The rest is typed at the end; it must not choose another row by its number where the name is no longer edited.
+const QString typedName = u"Half a 3"_s;
+constexpr int restLength = 1;
 const QString importedFile = u"Imported.KestraProfile"_s;
 const QString exportedFile = u"Exported.KestraProfile"_s;
 const QByteArray otherContent = "another file";
@@ -49,10 +51,10 @@ Operation nameEdit(const char *name, const std::function<void(Scene &)> &open, c
 {
     const auto begin = [open](Scene &scene) {
         open(scene);
-        Person::typeName(scene, table, typedName.chopped(2));
+        Person::typeName(scene, table, typedName.chopped(restLength));
     };
     const auto finish = [](Scene &scene) {
-        Person::typeName(scene, table, typedName.right(2));
+        Person::typeName(scene, table, typedName.right(restLength));
         Person::pressInName(scene, table, Qt::Key_Return);
     };
     const auto rename = [](Scene &scene) {
@@ -61,7 +63,7 @@ Operation nameEdit(const char *name, const std::function<void(Scene &)> &open, c
         scene.ledger.changeProfile(record);
     };
     const auto leave = [](Scene &scene) {
-        Person::typeName(scene, table, typedName.right(2));
+        Person::typeName(scene, table, typedName.right(restLength));
         Person::pressInName(scene, table, Qt::Key_Tab);
     };
     const auto cancel = [](Scene &scene) { Person::pressInName(scene, table, Qt::Key_Escape); };

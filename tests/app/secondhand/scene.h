@@ -98,7 +98,7 @@ void chooseItem(const QString &title);
 void closeMenus();
 
 [[nodiscard]] QLineEdit *nameEditor(const Scene &scene, const char *table);
-/// Types into the name that is being edited.
+/// Types into the name that is being edited, or where the focus is if none is.
 void typeName(const Scene &scene, const char *table, const QString &text);
 /// Presses a key where the name is edited, or where the focus is if it no longer is.
 void pressInName(const Scene &scene, const char *table, Qt::Key key);
