@@ -181,8 +181,10 @@ bool KeyboardMainController::readLatestSettings()
     waitForReply();
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
     const QVariant allDevSettings = reply ? reply->value(DaemonProtocol::allDevSettings) : QVariant();
-    if (allDevSettings.typeId() != QMetaType::QVariantMap)
+    if (allDevSettings.typeId() != QMetaType::QVariantMap) {
+        mMayRowsHaveMoved = true;
         return false;
+    }
     updateToLatestSettings(allDevSettings.toMap());
     forgetDeletionThatFailed();
     return true;
@@ -190,7 +192,7 @@ bool KeyboardMainController::readLatestSettings()
 
 void KeyboardMainController::forgetDeletionThatFailed()
 {
-    if (!mIsDeleteProfile)
+    if (!mIsDeleteProfile || mIsDeletionAnswered)
         return;
     // The keyboard's own keys may have changed the light meanwhile.
     const QVariantMap there = recordAt(mProfilesArray, mDeletedProfileID);

@@ -188,9 +188,10 @@ private:
     void setFirmwareVersionString(const QString &version);
     /// loadLatestSettings(); false when no document came.
     bool readLatestSettings();
-    /// Hands out the pieces of the document held and redraws. After a command that was refused or not answered this
-    /// takes back what the tabs show of it.
+    /// Hands out the pieces of the document held and redraws.
     void redraw();
+    /// After a command that was refused or not answered: redraws, and asks for nothing.
+    void takeBack();
     /// Asks for the whole document, and redraws.
     void refresh();
     /// Takes the document that `reply` carries, if any, and redraws.
@@ -201,9 +202,11 @@ private:
     std::optional<QVariantMap> replyTo(DaemonProtocol::Command command, const QVariantMap &request);
     /// The same, for commands whose reply tells only whether they succeeded; false without a reply.
     bool succeeds(DaemonProtocol::Command command, const QVariantMap &request);
-    /// False when a deletion that nobody answered has taken place after all: a row that was meant before is another
-    /// record now. Asks for the document where that is not known yet.
-    bool areRowsAsShown();
+    /// The record at the row that the request names, as far as it tells which one it is; invalid for no row.
+    [[nodiscard]] QVariant recordNamedBy(DaemonProtocol::Command command, const QVariantMap &request) const;
+    /// False when rows may have moved unseen, and the row that the request names turns out to be of another record than
+    /// the one shown there, or cannot be found out. Asks for the document where that is not known.
+    bool isMeantRecord(DaemonProtocol::Command command, const QVariantMap &request);
     /// The document was read anew: a deletion that nobody answered, and that has not taken place, is to drop no
     /// assignments at a later switch.
     void forgetDeletionThatFailed();
@@ -235,7 +238,9 @@ private:
     QVariantMap mDeletedProfile;                       // the record that was there
     bool mIsWiredDevice = false;                       // nothing decides by it
     bool mAreControlsOn = false;                       // as last told to setControlsState()
-    bool mMayRowsHaveMoved = false;                    // a deletion was not answered, and no document came since
+    bool mMayRowsHaveMoved = false;                    // a deletion or a reading was not answered
+    bool mMayAskForLines = true;                       // off while a refused change is taken back
+    bool mIsDeletionAnswered = false;                  // the deletion that mIsDeleteProfile tells of has taken place
     [[maybe_unused]] bool mMessagePortRunning = false; // named for completeness; the reply port knows whether it serves
     bool mIsDeleteProfile = false;                     // from a delete request to the switch that follows it
     bool mIsDeviceRemoved = false;                     // from a removal to the next attachment

@@ -3,14 +3,18 @@
 #include "app/keyboardmaincontroller.h"
 
 #include "base/plistnumbers.h"
+#include "base/settingskeys.h"
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/keymapping.h"
+#include "lighting/backlight.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
+
+#include <QScopedValueRollback>
 
 using DaemonProtocol::Command;
 
@@ -31,12 +35,15 @@ bool isSuccess(const std::optional<QVariantMap> &reply)
     return reply && PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus)) == 0;
 }
 
-/// Whether the command goes to the record at a row of the profiles or the macros.
-bool namesARow(Command command)
+enum class Row { none, ofProfile, ofMacro };
+
+/// What the row is of that the command names.
+Row rowNamedBy(Command command)
 {
     switch (command) {
     case Command::updateProfile:
-    case Command::switchProfile:
+    case Command::deleteProfile:
+    case Command::switchProfile: return Row::ofProfile;
     case Command::startMacroRecording:
     case Command::saveRecordedEvents:
     case Command::deleteMacro:
@@ -47,31 +54,52 @@ bool namesARow(Command command)
     case Command::readEvent:
     case Command::removeAllEvents:
     case Command::setAllDelays:
-    case Command::setDelay: return true;
-    default: return false;
+    case Command::setDelay: return Row::ofMacro;
+    default: return Row::none;
     }
+}
+
+int macroRowIn(const QVariantMap &request)
+{
+    for (const QVariant &row :
+         {request.value(DaemonProtocol::macroId), request.value(DaemonProtocol::indexOfMacroSequence),
+          request.value(DaemonProtocol::macroContents).toMap().value(SettingsKeys::macroId)}) {
+        if (row.isValid())
+            return PlistNumbers::integerValue(row);
+    }
+    return -1;
 }
 
 } // namespace
 
 std::optional<QVariantMap> KeyboardMainController::replyTo(Command command, const QVariantMap &request)
 {
-    if (namesARow(command) && !areRowsAsShown())
+    if (!isMeantRecord(command, request))
         return {};
     sendDaemonRequest(request, int(command));
     waitForReply();
     return LatestReplySlot::shared().take();
 }
 
-bool KeyboardMainController::areRowsAsShown()
+QVariant KeyboardMainController::recordNamedBy(Command command, const QVariantMap &request) const
 {
-    if (!mMayRowsHaveMoved)
+    if (rowNamedBy(command) == Row::ofMacro) {
+        const QVariantMap macro = mMacrosArray.value(macroRowIn(request)).toMap();
+        return macro.value(SettingsKeys::macroId, macro);
+    }
+    return Backlight::withoutLight(
+        mProfilesArray.value(PlistNumbers::integerValue(request.value(DaemonProtocol::profileId))).toMap());
+}
+
+bool KeyboardMainController::isMeantRecord(Command command, const QVariantMap &request)
+{
+    if (!mMayRowsHaveMoved || rowNamedBy(command) == Row::none)
         return true;
+    const QVariant meant = recordNamedBy(command, request);
     mMayRowsHaveMoved = false; // redrawing may ask for the lines of a macro
-    const auto counts = std::pair(mProfilesArray.size(), mMacrosArray.size());
-    mMayRowsHaveMoved = !readLatestSettings();
+    const bool isKnown = readLatestSettings();
     redraw();
-    return !mMayRowsHaveMoved && counts == std::pair(mProfilesArray.size(), mMacrosArray.size());
+    return isKnown && meant == recordNamedBy(command, request);
 }
 
 bool KeyboardMainController::succeeds(Command command, const QVariantMap &request)
@@ -85,6 +113,12 @@ void KeyboardMainController::redraw()
     updateUISettings();
 }
 
+void KeyboardMainController::takeBack()
+{
+    const QScopedValueRollback asking(mMayAskForLines, false);
+    redraw();
+}
+
 void KeyboardMainController::refresh()
 {
     loadLatestSettings();
@@ -93,16 +127,19 @@ void KeyboardMainController::refresh()
 
 void KeyboardMainController::applyReturnedDocument(const std::optional<QVariantMap> &reply)
 {
-    if (const std::optional<QVariantMap> document = reply ? returnedDocument(*reply) : std::nullopt)
-        updateToLatestSettings(*document);
+    const std::optional<QVariantMap> document = reply ? returnedDocument(*reply) : std::nullopt;
+    if (!document)
+        return takeBack();
+    updateToLatestSettings(*document);
     redraw();
 }
 
 void KeyboardMainController::refreshIf(bool hasSucceeded)
 {
     if (hasSucceeded)
-        loadLatestSettings();
-    redraw();
+        refresh();
+    else
+        takeBack();
 }
 
 // Profiles ------------------------------------------------------------------------------------------------------------
@@ -146,20 +183,24 @@ void KeyboardMainController::updateProfileKeyInDictionaryWithDictionary(const QV
 
 void KeyboardMainController::deleteProfileWithProfileID(int profileID)
 {
+    const QVariantMap request = DaemonCommands::deleteProfile(mDevicePID, replyPortName, profileID);
+    if (!isMeantRecord(Command::deleteProfile, request))
+        return;
     mIsDeleteProfile = true;
+    mIsDeletionAnswered = false;
     mDeletedProfileID = profileID;
     mDeletedProfile = mProfilesArray.value(profileID).toMap();
     updateProfilesControlState(false);
-    sendDaemonRequest(DaemonCommands::deleteProfile(mDevicePID, replyPortName, profileID), int(Command::deleteProfile));
+    sendDaemonRequest(request, int(Command::deleteProfile));
     waitForReply();
     // Deliberate: without a returned document the slot is left as it is, and the tab stays disabled and busy.
-    mMayRowsHaveMoved = true;
-    const std::optional<QVariantMap> reply = LatestReplySlot::shared().takeIf([this](const QVariantMap &latest) {
-        mMayRowsHaveMoved = false;
-        return returnedDocument(latest).has_value();
-    });
+    mMayRowsHaveMoved = true; // also by a reply without a document: it may be the late one of an earlier command
+    const std::optional<QVariantMap> reply = LatestReplySlot::shared().takeIf(
+        [](const QVariantMap &latest) { return returnedDocument(latest).has_value(); });
     if (!reply)
         return;
+    mIsDeletionAnswered = true;
+    mMayRowsHaveMoved = false;
     switchProfileWithID(std::max(profileID - 1, 0));
     if (!mIsDeleteProfile)
         return;
@@ -174,6 +215,7 @@ void KeyboardMainController::switchProfileWithID(int profileID)
         replyTo(Command::switchProfile, DaemonCommands::switchProfile(mDevicePID, replyPortName, profileID));
     if (const std::optional<QVariantMap> document = reply ? returnedDocument(*reply) : std::nullopt) {
         updateToLatestSettings(*document);
+        forgetDeletionThatFailed();
         setProperties();
         if (mIsDeleteProfile) {
             mKeysController->removeDeletedMacroProfileMappingsForMapping(mDeletedProfileID,
@@ -185,7 +227,7 @@ void KeyboardMainController::switchProfileWithID(int profileID)
         mDeletedProfileID = 0;
         mIsDeleteProfile = false;
     } else {
-        redraw();
+        takeBack();
     }
     updateProfilesControlState(true);
 }
@@ -212,8 +254,7 @@ void KeyboardMainController::deleteMacroAtIndex(int macroIndex)
     if (isDeleted)
         mKeysController->removeDeletedMacroProfileMappingsForMapping(macroIndex,
                                                                      int(KeyMappings::Assignment::playMacro));
-    if (!reply)
-        mMayRowsHaveMoved = true;
+    mMayRowsHaveMoved = !reply || isDeleted; // until a document comes
     refreshIf(isDeleted);
 }
 
@@ -236,6 +277,8 @@ void KeyboardMainController::saveRecordedEventsForMacroAtIndexIsNewRecording(int
 
 void KeyboardMainController::getMacroDetailsForMacroAtIndex(int macroIndex)
 {
+    if (!mMayAskForLines)
+        return;
     const std::optional<QVariantMap> reply =
         replyTo(Command::readMacroLines, DaemonCommands::readMacroLines(mDevicePID, replyPortName, macroIndex));
     const QVariant lines = reply ? reply->value(DaemonProtocol::macroSequences) : QVariant();

@@ -58,8 +58,7 @@ void DeviceDaemon::setFrontApplication(const FrontApplication &application)
 
 void DeviceDaemon::announceKeyboard()
 {
-    if (mKeyboard.keyboard()->isAttached())
-        postAttachment(true);
+    postAttachment(mKeyboard.keyboard()->isAttached());
 }
 
 void DeviceDaemon::useKeyboard(Keyboard &keyboard)

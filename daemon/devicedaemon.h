@@ -41,8 +41,8 @@ public:
     void wake();
     /// Another application has come to the front: its profile becomes active. This alone is not written to the disk.
     void setFrontApplication(const FrontApplication &application);
-    /// Notifies clients that were waiting for a daemon that a keyboard is there. Must be called once, when the daemon
-    /// serves requests.
+    /// Tells clients that waited for a daemon, or knew an earlier one, whether a keyboard is there. Must be called
+    /// once, when the daemon serves requests.
     void announceKeyboard();
     /// Uses this keyboard from now on, which must live longer than the daemon or be replaced. The daemon releases the
     /// keys that are down on the one before, and ends what a client has begun on it.

@@ -79,9 +79,9 @@ void RequestHandler::handle(const Request &request)
     case Command::openDevice: return openDevice(request);
     case Command::queryFirmwareVersion: return postFirmwareVersion();
     case Command::startMacroRecording: return reply(request, mCaptures.startMacroRecording(values, client));
-    case Command::stopMacroRecording: mCaptures.stopMacroRecording(); return reply(request, Status::ok);
+    case Command::stopMacroRecording: mCaptures.stopMacroRecording(client); return reply(request, Status::ok);
     case Command::saveRecordedEvents:
-        return finish(request, before, mCaptures.saveRecordedEvents(values), ReturnsDocument::never);
+        return finish(request, before, mCaptures.saveRecordedEvents(values, client), ReturnsDocument::never);
     case Command::startEditHid: return reply(request, mCaptures.startKeyCapture(client, Kind::editedEvent));
     case Command::startSingleKeyRecording: return reply(request, mCaptures.startKeyCapture(client, Kind::singleKey));
     case Command::stopSingleKeyRecording: mCaptures.stopKeyCapture(client); return reply(request, Status::ok);

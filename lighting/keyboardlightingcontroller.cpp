@@ -101,12 +101,12 @@ void KeyboardLightingController::setControlsState(bool isEnabled)
         mMain,           mSidestrips,      mUnderglow,           mMainColor,           mSidestripsColor,
         mUnderglowColor, mInGameAPMMain,   mInGameAPMSidestrips, mInGameAPMUnderglow,  mBrightnessValue,
         mLighting,       mRestoreSettings, mBrightnessLabel,     mEnableAddOnHighlight};
-    for (QWidget *control : controls)
-        control->setEnabled(isEnabled);
     if (!isEnabled) {
         mBrightnessValue->endDrag();
         mSheetSubject.end();
     }
+    for (QWidget *control : controls)
+        control->setEnabled(isEnabled);
     mAreLabelsEnabled = isEnabled;
     colorLabels();
 }
@@ -234,6 +234,7 @@ void KeyboardLightingController::updateValueOfSetting(int value, const QString &
 
 void KeyboardLightingController::send(const QVariantMap &settings)
 {
-    if (mLightingDelegate)
+    // Without a record no row is selected, and the first profile would get it.
+    if (mLightingDelegate && !lightingSettingsDict().isEmpty())
         mLightingDelegate->updateValueForSetting(settings);
 }

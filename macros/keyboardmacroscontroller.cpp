@@ -25,6 +25,22 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+bool haveSameEvents(const QVariantMap &macro, const QVariantMap &other)
+{
+    return macro.value(SettingsKeys::macroId) == other.value(SettingsKeys::macroId)
+           && macro.value(SettingsKeys::sequence) == other.value(SettingsKeys::sequence);
+}
+
+/// Whether two records are surely one macro. One without a number is told by all that it has.
+bool areOneMacro(const QVariantMap &macro, const QVariantMap &other)
+{
+    return macro == other || (macro.contains(SettingsKeys::macroId) && haveSameEvents(macro, other));
+}
+
+} // namespace
+
 KeyboardMacrosController::KeyboardMacrosController(QObject *parent) : QObject(parent)
 {
     buildView();
@@ -146,10 +162,16 @@ void KeyboardMacrosController::refreshTableDisplay()
 
 void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVariantList &lines)
 {
-    mMacroDetailsArray.clear();
+    QStringList texts;
     for (const QVariant &line : lines)
-        mMacroDetailsArray.append(line.toString()); // one that is no text keeps its row: events are addressed by it
-    mAreLinesOfSelection = true;
+        texts.append(line.toString()); // one that is no text keeps its row: events are addressed by it
+    mHaveLinesCome = true;
+    showLines(texts);
+}
+
+void KeyboardMacrosController::showLines(const QStringList &lines)
+{
+    mMacroDetailsArray = lines;
     mMacroDetailsTableView->reloadData();
     updatePlaceholders();
     updateEventButtons();
@@ -170,6 +192,8 @@ int KeyboardMacrosController::rowOfSelectedMacro() const
     const auto isSelected = [this](const QVariant &macro) {
         return macro.toMap().value(SettingsKeys::macroId) == mSelectedMacroId;
     };
+    if (isSelected(macroAt(macroRow())))
+        return macroRow();
     const auto found = std::ranges::find_if(mMacrosSettingsArray, isSelected);
     return found == mMacrosSettingsArray.end() ? -1 : int(found - mMacrosSettingsArray.begin());
 }
@@ -177,6 +201,12 @@ int KeyboardMacrosController::rowOfSelectedMacro() const
 void KeyboardMacrosController::noteSelectedMacro()
 {
     mSelectedMacroId = macroAt(macroRow()).value(SettingsKeys::macroId);
+}
+
+void KeyboardMacrosController::selectAgain(const Selection &before)
+{
+    mSelectedMacroId = before.macroId;
+    mMacroTableView->selectRow(before.macroId.isValid() ? rowOfSelectedMacro() : before.row);
 }
 
 void KeyboardMacrosController::showNewList()
@@ -194,7 +224,7 @@ void KeyboardMacrosController::showNewList()
             mMacroTableView->selectRow(row);
     }
     noteSelectedMacro();
-    if (row < 0 && isRecording())
+    if (macroRow() < 0 && isRecording())
         abandonRecording();
 }
 
@@ -308,13 +338,8 @@ void KeyboardMacrosController::tableViewSelectionDidChange(TableView *tableView)
 {
     if (tableView == mMacroTableView && !mIsFollowingMacro)
         noteSelectedMacro();
-    if (tableView == mMacroTableView && macroRow() >= 0 && !mIsAddMacro && !mIsFollowingMacro) {
-        mAreLinesOfSelection = false;
+    if (tableView == mMacroTableView && !mIsAddMacro && !mIsFollowingMacro)
         fetchLines();
-        // Without an answer, better none than another macro's: the commands for a line go to the selected one.
-        if (!mAreLinesOfSelection)
-            updateSelectedMacroWithMacroDetails({});
-    }
     updateEventPart();
 }
 
@@ -330,19 +355,34 @@ void KeyboardMacrosController::fetchLines()
     if (!mMacroDelegate || macroRow() < 0)
         return;
     mFetchedMacro = macroAt(macroRow());
+    mHaveLinesCome = false;
     mMacroDelegate->getMacroDetailsForMacroAtIndex(macroRow());
+    if (mHaveLinesCome) {
+        mMacroOfLines = mFetchedMacro;
+        mFetchedLines = mMacroDetailsArray;
+    } else {
+        // Better none than another macro's, since the commands for a line go to the selected one, or than those of a
+        // recording that may not have been stored.
+        showLines(areOneMacro(mFetchedMacro, mMacroOfLines) ? mFetchedLines : QStringList());
+        mFetchedMacro = {}; // they are asked for again with the next document
+    }
+}
+
+void KeyboardMacrosController::showLinesAgain()
+{
+    if (areOneMacro(macroAt(macroRow()), mMacroOfLines))
+        showLines(mFetchedLines);
+    else
+        fetchLines();
 }
 
 void KeyboardMacrosController::fetchChangedLines()
 {
     if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecording())
         return;
-    // Another client may have deleted a macro above this one, or edited this one's events.
-    const QVariantMap macro = macroAt(macroRow());
-    for (const QLatin1StringView key : {SettingsKeys::macroId, SettingsKeys::sequence}) {
-        if (macro.value(key) != mFetchedMacro.value(key))
-            return fetchLines();
-    }
+    // Another client may have edited the events.
+    if (!haveSameEvents(macroAt(macroRow()), mFetchedMacro))
+        fetchLines();
 }
 
 QVariant KeyboardMacrosController::selectedMacro() const

@@ -139,20 +139,29 @@ private:
 
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
-    /// Sends the record that was just appended to the list. False when the daemon has not taken it: then it is out of
-    /// the list again.
-    [[nodiscard]] bool sendAppendedMacro();
+    /// Sends the record that was just appended to the list. The row where it is now; -1 when the daemon has not taken
+    /// it (then it is out of the list again), or when it cannot be told from another one of its name.
+    [[nodiscard]] int sendAppendedMacro();
     void renameMacro(int row, const QString &newName);
     void startRenaming();
+    /// Without an answer shows the lines that came last, if they are of this macro.
     void fetchLines();
+    /// Shows the lines that came last, if they are of the selected macro, or else fetches them.
+    void showLinesAgain();
+    void showLines(const QStringList &lines);
     /// The same, if the lines shown are no longer those of the selected macro.
     void fetchChangedLines();
     /// A new list came: fetches it anew and selects the macro that was selected. A recording of one that is gone ends.
     void showNewList();
     /// The row of a macro by its "macroID"; that of the selected row where it has none; -1 when it is gone.
     [[nodiscard]] int rowOfSelectedMacro() const;
-    [[nodiscard]] int rowOfAddedMacro(const QString &name) const;
     void noteSelectedMacro();
+    struct Selection
+    {
+        int row = -1;
+        QVariant macroId;
+    };
+    void selectAgain(const Selection &before);
     /// Sends no more than the end of the recording: what it recorded belongs to no macro any more.
     void abandonRecording();
     /// Ends what is up about another macro than the selected one, or about events that have changed since.
@@ -220,6 +229,8 @@ private:
     QStringList mMacroDetailsArray;
     QVariantMap mSequenceDict; ///< the event record being edited
     QVariantMap mFetchedMacro; ///< the record whose lines were fetched last
+    QVariantMap mMacroOfLines; ///< the record whose lines came last
+    QStringList mFetchedLines; ///< those lines
     QVariant mSelectedMacroId; ///< of the selected macro; invalid without one
     EventIcons mEventIcons;
     QPointer<QWidget> mMacrosWindow;
@@ -234,7 +245,7 @@ private:
     bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
     bool mIsFollowingMacro = false;    ///< the selected macro has moved or gone: its lines are not to be fetched
     bool mIsReplacingLines = false;    ///< an operation goes on that fetches the lines at its end
-    bool mAreLinesOfSelection = false; ///< lines came since the last selection of a macro
+    bool mHaveLinesCome = false;       ///< since they were asked for last
     bool mIsRecording = false;         ///< a new recording runs
     bool mIsStopRecording = false;     ///< the last recording was stopped: late lines are ignored
     bool mIsAppendMacro = false;       ///< an appended recording runs

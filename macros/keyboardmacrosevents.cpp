@@ -37,6 +37,7 @@ void KeyboardMacrosController::selectEvent(int row)
 void KeyboardMacrosController::eventsWereEdited()
 {
     mAreRecordsStale = true;
+    mMacroOfLines = {}; // the lines that came last are no longer right: better none, if none come now
     fetchLines();
     mMacroDetailsTableView->reloadData();
 }

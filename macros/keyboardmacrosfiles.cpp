@@ -74,10 +74,13 @@ void KeyboardMacrosController::importMacroFromFile(const QString &path)
     if (!contents)
         return;
     const QVariantMap macro = MacroFile::importedRecord(*contents, mMacrosSettingsArray);
-    const int rowBefore = macroRow();
+    const Selection before{macroRow(), mSelectedMacroId};
     mMacroTableView->deselectAll();
     mMacrosSettingsArray.append(macro);
-    const bool isAdded = sendAppendedMacro();
+    const int added = sendAppendedMacro();
     mMacroTableView->reloadData();
-    mMacroTableView->selectRow(isAdded ? rowOfAddedMacro(MacroRecord::name(macro)) : rowBefore);
+    if (added >= 0)
+        mMacroTableView->selectRow(added);
+    else
+        selectAgain(before);
 }

@@ -29,7 +29,7 @@ QString KeyboardMacrosController::checkForDuplicateMacroNameUsingDefaultName(con
 
 void KeyboardMacrosController::clickAddMacro(QObject *)
 {
-    const int rowBefore = macroRow();
+    const Selection before{macroRow(), mSelectedMacroId};
     mMacroTableView->deselectAll();
     mIsAddMacro = true;
     const QVariantMap macro{
@@ -40,44 +40,48 @@ void KeyboardMacrosController::clickAddMacro(QObject *)
         {SettingsKeys::sequence, QVariantMap()},
     };
     mMacrosSettingsArray.append(macro);
-    updateSelectedMacroWithMacroDetails({});
+    showLines({});
     mMacroTableView->reloadData();
     const int last = int(mMacrosSettingsArray.size()) - 1;
     mMacroTableView->selectRow(last);
     mMacroTableView->editColumnRow(nameColumn, last, true);
-    const bool isAdded = sendAppendedMacro();
+    const int added = sendAppendedMacro();
     mMacroTableView->reloadData();
-    mMacroTableView->selectRow(isAdded ? rowOfAddedMacro(MacroRecord::name(macro)) : rowBefore);
+    if (added >= 0)
+        mMacroTableView->selectRow(added);
+    else
+        selectAgain(before);
     noteSelectedMacro();
     mIsAddMacro = false;
-    if (isAdded)
-        mMacroTableView->editColumnRow(nameColumn, macroRow(), true); // the new list has ended the edit
-    else
-        fetchLines();
+    if (added >= 0)
+        mMacroTableView->editColumnRow(nameColumn, added, true); // the new list has ended the edit
+    else if (macroRow() >= 0)
+        showLinesAgain();
     updateEventPart();
 }
 
-int KeyboardMacrosController::rowOfAddedMacro(const QString &name) const
+int KeyboardMacrosController::sendAppendedMacro()
 {
-    // Another client may have added one, too, before the list came.
-    for (int row = int(mMacrosSettingsArray.size()) - 1; row >= 0; --row) {
-        if (MacroRecord::name(macroAt(row)) == name)
-            return row;
-    }
-    return int(mMacrosSettingsArray.size()) - 1;
-}
-
-bool KeyboardMacrosController::sendAppendedMacro()
-{
-    const auto countBefore = mMacrosSettingsArray.size() - 1;
+    const QString name = MacroRecord::name(mMacrosSettingsArray.last().toMap());
     mIsListNew = false;
     if (mMacroDelegate)
         mMacroDelegate->addMacroWithSettings(mMacrosSettingsArray.last().toMap());
     // A macro that is added comes back in a new list. One that is refused, or is not answered for, comes not at all; in
     // the list it would be a row that the daemon does not have, and all the commands of the tab name a row.
-    if (!mIsListNew)
+    if (!mIsListNew) {
         mMacrosSettingsArray.removeLast();
-    return mMacrosSettingsArray.size() > countBefore;
+        return -1;
+    }
+    // The name was free. Another client may have added one, too, before the list came.
+    int row = -1;
+    for (int each = 0; each < mMacrosSettingsArray.size(); ++each) {
+        if (MacroRecord::name(macroAt(each)) != name)
+            continue;
+        if (row >= 0)
+            return -1; // of its name, too: nobody can tell which one is this
+        row = each;
+    }
+    return row;
 }
 
 void KeyboardMacrosController::startRenaming()

@@ -88,6 +88,11 @@ void KeyboardMacrosController::stopRecording()
     }
     mIsEditingMacro = false;
     mIsAppendMacro = false;
+    if (std::exchange(mIsMacroEventEdit, false)) {
+        // The capture has ended under the sheet, which would wait for ever.
+        mMacroEventEditHIDCode = 0;
+        mEditEventWindow->endSheet();
+    }
     updatePlaceholders();
     updateLineColor();
     updateEventButtons();
@@ -101,7 +106,7 @@ void KeyboardMacrosController::abandonRecording()
     setRecordButton(false);
     setStateOfTableButtonsWithState(true);
     setStateOfMacroTableWithState(true);
-    updateSelectedMacroWithMacroDetails({});
+    showLines({});
     updateLineColor();
     if (mMacroDelegate)
         mMacroDelegate->stopMacroRecording();

@@ -115,6 +115,8 @@ void PopUpButton::setSubmenuAtIndex(int index, QMenu *submenu)
     if (submenu)
         submenu->setParent(mMenu, submenu->windowFlags());
     item->setMenu(submenu);
+    // The item goes on and off with its menu; the earlier one may have been off, with the button, when it went.
+    item->setEnabled(!submenu || submenu->isEnabled());
     if (earlier) {
         earlier->hide();
         earlier->deleteLater(); // it may be the one whose item is being handled right now

@@ -15,8 +15,6 @@ StepSlider::StepSlider(QWidget *parent) : QSlider(Qt::Horizontal, parent)
 
 void StepSlider::endDrag()
 {
-    if (!isSliderDown())
-        return;
     const QPointF point = place(QStyle::SC_SliderHandle).center();
     QMouseEvent release(QEvent::MouseButtonRelease, point, mapToGlobal(point), Qt::LeftButton, Qt::NoButton, {});
     QSlider::mouseReleaseEvent(&release);

@@ -13,7 +13,8 @@ class StepSlider : public QSlider
 public:
     explicit StepSlider(QWidget *parent = nullptr);
 
-    /// Lets go of a handle that the person is dragging: the mouse moves nothing until it is pressed again.
+    /// Lets go of a handle that the person is dragging, if so: the mouse moves nothing until it is pressed again. To be
+    /// called before the slider is disabled, which alone would only look like it.
     void endDrag();
 
 protected:

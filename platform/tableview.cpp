@@ -13,7 +13,16 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+using namespace std::chrono_literals;
+
 namespace {
+
+constexpr Qt::KeyboardModifiers commandModifiers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+constexpr std::chrono::milliseconds pauseInTyping(2000);
 
 bool isKeyEquivalent(const QKeyEvent *event)
 {
@@ -161,8 +170,12 @@ void TableView::abortEditing()
 {
     const QPointer<QLineEdit> editor = mEditor;
     setEditor(nullptr);
-    if (editor)
-        closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
+    if (!editor)
+        return;
+    const bool wasTypedInto = editor->hasFocus();
+    closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
+    if (wasTypedInto && hasFocus())
+        mTypedOn.setRemainingTime(pauseInTyping);
 }
 
 void TableView::scrollRowToVisible(int row)
@@ -212,8 +225,18 @@ void TableView::currentChanged(const QModelIndex &current, const QModelIndex &pr
 void TableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTableView::selectionChanged(selected, deselected);
-    if (mNotifies && mSource)
-        mSource->tableViewSelectionDidChange(this);
+    if (!mNotifies || !mSource)
+        return;
+    const int row = selectedRow();
+    mSource->tableViewSelectionDidChange(this);
+    mIsSelectionTakenBack = selectedRow() != row;
+}
+
+void TableView::setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command)
+{
+    // For a key the base class selects twice.
+    if (!mIsSelectionTakenBack)
+        QTableView::setSelection(rect, command);
 }
 
 QItemSelectionModel::SelectionFlags TableView::selectionCommand(const QModelIndex &index, const QEvent *event) const
@@ -229,14 +252,36 @@ QItemSelectionModel::SelectionFlags TableView::selectionCommand(const QModelInde
 
 bool TableView::event(QEvent *event)
 {
+    if (event->type() == QEvent::FocusOut)
+        mTypedOn.setRemainingTime(0);
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
+        if (!mTypedOn.hasExpired() && takesTypedOn(key)) {
+            event->accept();
+            return true;
+        }
         if (isKeyEquivalent(key) && performKeyEquivalent(key)) {
             event->accept();
             return true;
         }
     }
     return QTableView::event(event);
+}
+
+/// Whether the key belongs to the text whose edit was discarded. It would select a row, open an editor or delete.
+bool TableView::takesTypedOn(const QKeyEvent *key)
+{
+    const bool isEnd = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter || key->key() == Qt::Key_Escape;
+    constexpr std::array withoutText{Qt::Key_Shift, Qt::Key_Left, Qt::Key_Right,
+                                     Qt::Key_Home,  Qt::Key_End,  Qt::Key_Delete};
+    const bool isOfText = !key->text().isEmpty() || std::ranges::find(withoutText, key->key()) != withoutText.end();
+    if ((key->modifiers() & commandModifiers) || key->key() == Qt::Key_Tab || !(isEnd || isOfText)) {
+        mTypedOn.setRemainingTime(0);
+        return false;
+    }
+    const bool isEnded = isEnd && key->type() == QEvent::KeyPress;
+    mTypedOn.setRemainingTime(isEnded ? 0ms : pauseInTyping);
+    return true;
 }
 
 bool TableView::performKeyEquivalent(const QKeyEvent *)
@@ -259,11 +304,33 @@ bool TableView::viewportEvent(QEvent *event)
 
 void TableView::mousePressEvent(QMouseEvent *event)
 {
+    mIsSelectionTakenBack = false;
+    mTypedOn.setRemainingTime(0);
     if (event->button() == Qt::RightButton) {
         rightMouseDown(event->globalPosition().toPoint());
         return;
     }
     QTableView::mousePressEvent(event);
+}
+
+void TableView::mouseReleaseEvent(QMouseEvent *event)
+{
+    QTableView::mouseReleaseEvent(event);
+    makeSelectedRowCurrent();
+}
+
+void TableView::keyPressEvent(QKeyEvent *event)
+{
+    mIsSelectionTakenBack = false;
+    QTableView::keyPressEvent(event);
+    makeSelectedRowCurrent();
+}
+
+void TableView::makeSelectedRowCurrent()
+{
+    const int row = selectedRow();
+    if (row >= 0 && currentIndex().isValid() && currentIndex().row() != row)
+        selectionModel()->setCurrentIndex(mModel->index(row, currentIndex().column()), QItemSelectionModel::NoUpdate);
 }
 
 void TableView::contextMenuEvent(QContextMenuEvent *event)
@@ -290,6 +357,7 @@ void TableView::paintEvent(QPaintEvent *event)
 
 void TableView::editingBegan(QLineEdit *editor, const QModelIndex &index)
 {
+    mTypedOn.setRemainingTime(0);
     mEditedIndex = index;
     setEditor(editor);
 }

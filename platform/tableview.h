@@ -3,6 +3,7 @@
 // The tab that shows it owns it. Main thread only.
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QIcon>
 #include <QPersistentModelIndex>
 #include <QPointer>
@@ -54,7 +55,8 @@ public:
 /// Shows one selected row at most, and edits a text in that row alone. What the person does writes an open edit:
 /// Return, Tab, a click elsewhere in the window, and endEditing(), which a command of the person's calls first. Escape,
 /// whatever the program does with the table (fetching it anew, selecting, disabling, hiding, closing), and another
-/// window that comes to the front discard it.
+/// window that comes to the front discard it. What is typed on then changes nothing, until Return, Escape, Tab, a click
+/// or a pause ends it.
 class TableView : public QTableView
 {
     Q_OBJECT
@@ -107,9 +109,12 @@ protected:
     void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    void setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
     bool viewportEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
@@ -124,9 +129,12 @@ private:
 
     void noteNumberOfRowsChanged();
     [[nodiscard]] bool mayEdit(int row) const;
+    [[nodiscard]] bool takesTypedOn(const QKeyEvent *key);
     void editingBegan(QLineEdit *editor, const QModelIndex &index);
     void editorDestroyed(const QWidget *editor);
     void setEditor(QLineEdit *editor);
+    /// A selection that the data source has taken back leaves the current cell, to which the keys go, behind.
+    void makeSelectedRowCurrent();
     /// True once for each edit that is to be written.
     bool takeEdit(const QLineEdit *editor);
 
@@ -138,4 +146,6 @@ private:
     bool mAllowsEmptySelection = true;
     bool mNotifies = true;
     bool mIsEndingEditByCall = false;
+    bool mIsSelectionTakenBack = false; ///< by the data source, since the key or the button was pressed
+    QDeadlineTimer mTypedOn;            ///< until then what is typed belongs to an edit that was discarded
 };

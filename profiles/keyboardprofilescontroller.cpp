@@ -17,6 +17,8 @@
 #include <QCheckBox>
 #include <QPushButton>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using ApplicationBinding::applicationOf;
 using ProfileCommands::maximumProfileCount;
@@ -118,29 +120,28 @@ void KeyboardProfilesController::updateUISettings()
     if (!mIsAddProfile)
         showActiveProfile();
     mSheetSubject.endUnless(profile());
-    editNewName();
-    enableAddButtonByCount();
-}
-
-/// After an add: the new profile is ready to be named. Its row is the last one.
-void KeyboardProfilesController::editNewName()
-{
-    if (mNeedsProfileEditing)
+    // After an add: the new profile, in the last row, is ready to be named. Once: another client may add the next one.
+    if (std::exchange(mNeedsProfileEditing, false))
         editName(profileCount() - 1, true);
+    enableAddButtonByCount();
 }
 
 void KeyboardProfilesController::showActiveProfile()
 {
     mProfilesTableView->deselectAll();
-    mEnableOnScreenDisplay->setChecked(PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::profileOsdOn))
-                                       != 0);
+    showOnScreenDisplay();
     mProfilesTableView->selectRow(activeProfile(), mNeedsUpdate);
+}
+
+void KeyboardProfilesController::showOnScreenDisplay()
+{
+    const QVariant isOn = mDeviceSettingsDict.value(SettingsKeys::profileOsdOn);
+    mEnableOnScreenDisplay->setChecked(PlistNumbers::integerValue(isOn) != 0);
 }
 
 void KeyboardProfilesController::refreshTableDisplay()
 {
     mProfilesTableView->reloadData();
-    editNewName();
 }
 
 void KeyboardProfilesController::setControlsState(bool isEnabled)
@@ -204,7 +205,6 @@ void KeyboardProfilesController::copyProfile()
 /// Shows the record just appended, opens its name for editing and sends it.
 void KeyboardProfilesController::addProfileWithSettings(const QVariantMap &profile)
 {
-    const int countBefore = profileCount() - 1;
     mIsListNew = false;
     mProfilesTableView->reloadData();
     selectLastRow();
@@ -213,14 +213,22 @@ void KeyboardProfilesController::addProfileWithSettings(const QVariantMap &profi
         mProfileDelegate->addNewProfileWithSettings(profile);
     if (!mIsListNew)
         return;
-    if (profileCount() > countBefore && nameOf(profileAt(profileCount() - 1)) == nameOf(profile)) {
+    if (isInLastRow(profile)) {
         selectLastRow();
+        showOnScreenDisplay();
         editName(profileCount() - 1, true); // the new list has ended the edit
         return;
     }
     // It was refused, or another client has added one, too. The changes of every tab go to the selected row.
     mNeedsProfileEditing = false;
     mProfilesTableView->selectRow(activeProfile());
+}
+
+/// Whether the list ends with the record that was added. Its name was free.
+bool KeyboardProfilesController::isInLastRow(const QVariantMap &added) const
+{
+    const auto isOfItsName = [&added](const QVariant &each) { return nameOf(each.toMap()) == nameOf(added); };
+    return std::ranges::count_if(mAllProfilesArray, isOfItsName) == 1 && isOfItsName(mAllProfilesArray.last());
 }
 
 void KeyboardProfilesController::selectLastRow()
@@ -328,11 +336,12 @@ void KeyboardProfilesController::updateValueOfSetting(int value, const QString &
 
 void KeyboardProfilesController::setAutoSwitch(int row, int value)
 {
-    const int selected = mProfilesTableView->selectedRow();
     if (row != activeProfile() && mProfileDelegate)
         mProfileDelegate->switchProfileWithID(row);
-    if (selected == row && mProfilesTableView->selectedRow() != row)
-        return; // the switch was refused, and the active profile's row has come back
+    if (mProfilesTableView->selectedRow() != row) {
+        mProfilesTableView->reloadData(); // the switch was refused; what follows would go to the selected row
+        return;
+    }
     if (value == 0) {
         updateValueOfSetting(0, SettingsKeys::autoSwitchOn);
     } else {

@@ -118,9 +118,10 @@ private:
     void enableAddButtonByCount();
     [[nodiscard]] QVariant profile() const; ///< what tells the selected profile from every other
     void editName(int row, bool selectText);
-    void editNewName();
+    [[nodiscard]] bool isInLastRow(const QVariantMap &added) const;
     void selectLastRow();
     void showActiveProfile();
+    void showOnScreenDisplay();
     void confirm(const char *titleKey, const char *descriptionKey, SheetContext context);
     void addProfileWithSettings(const QVariantMap &profile);
     void copyProfile();

@@ -92,13 +92,12 @@ void KeyboardProfilesController::importProfileFrom(const QString &path)
         return;
     const QVariantMap profile = ProfileFile::importedRecord(*record, mAllProfilesArray);
     mProfilesTableView->deselectAll();
-    const int countBefore = profileCount();
     mAllProfilesArray.append(profile);
     if (mProfileDelegate)
         mProfileDelegate->addNewProfileWithSettings(profile);
     mProfilesTableView->reloadData();
     // When the daemon refused it, the last row is another profile, and selecting that would switch to it.
-    if (profileCount() > countBefore)
+    if (isInLastRow(profile))
         selectLastRow();
 }
 

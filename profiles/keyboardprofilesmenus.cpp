@@ -36,7 +36,10 @@ void KeyboardProfilesController::selectMenuItem(const QAction *item)
 
 void KeyboardProfilesController::runCommand(int tag)
 {
+    const int row = mProfilesTableView->selectedRow();
     mProfilesTableView->endEditing(); // a name that is being typed is written before
+    if (mProfilesTableView->selectedRow() != row)
+        return; // another profile has become the active one meanwhile; the command was not meant for that
     switch (tag) {
     case ProfileCommands::rename:
         editName(mProfilesTableView->selectedRow(), true);

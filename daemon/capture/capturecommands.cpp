@@ -40,21 +40,22 @@ Status CaptureCommands::startMacroRecording(const QVariantMap &request, const st
     return Status::ok;
 }
 
-void CaptureCommands::stopMacroRecording()
+void CaptureCommands::stopMacroRecording(const std::optional<QString> &client)
 {
-    if (mSession.capture().kind() == Kind::macroRecording)
+    const KeyCapture &capture = mSession.capture();
+    if (capture.kind() == Kind::macroRecording && capture.client() == client)
         mSession.release("the client stops the recording");
 }
 
-CommandOutcome CaptureCommands::saveRecordedEvents(const QVariantMap &request)
+CommandOutcome CaptureCommands::saveRecordedEvents(const QVariantMap &request, const std::optional<QString> &client)
 {
-    CommandOutcome outcome = mSettings.storeOutcome(withRecordedEvents(request));
+    CommandOutcome outcome = mSettings.storeOutcome(withRecordedEvents(request, client));
     if (outcome.status == Status::ok)
         mSession.recorder().discard();
     return outcome;
 }
 
-CommandOutcome CaptureCommands::withRecordedEvents(const QVariantMap &request)
+CommandOutcome CaptureCommands::withRecordedEvents(const QVariantMap &request, const std::optional<QString> &client)
 {
     const auto row = RequestReader::number(request, DaemonProtocol::macroId);
     const auto isAppended = RequestReader::flag(request, DaemonProtocol::isAppendRecording);
@@ -63,7 +64,9 @@ CommandOutcome CaptureCommands::withRecordedEvents(const QVariantMap &request)
     const QVariantList macros = SettingsDocument::macros(mSettings.document());
     if (*row < 0 || *row >= macros.size())
         return unchanged(Status::indexOutOfRange);
-    stopMacroRecording();
+    if (mSession.recordingClient() != client)
+        return unchanged(Status::nothingRecorded);
+    stopMacroRecording(client);
     // Compared by the macro's own number: its row may have moved since the recording began.
     const int macroId = PlistNumbers::integerValue(macros.at(*row).toMap().value(SettingsKeys::macroId));
     const std::optional<QVariantList> events = mSession.recorder().recorded(macroId);
@@ -87,8 +90,9 @@ Status CaptureCommands::startKeyCapture(const std::optional<QString> &client, Ki
 void CaptureCommands::stopKeyCapture(const std::optional<QString> &client)
 {
     const KeyCapture &capture = mSession.capture();
-    const bool isOwnRecording = capture.kind() == Kind::macroRecording && client && capture.client() == client;
-    if (capture.kind() == Kind::singleKey || capture.kind() == Kind::editedEvent || isOwnRecording)
+    const bool isOfClient = capture.kind() == Kind::singleKey || capture.kind() == Kind::editedEvent
+                            || capture.kind() == Kind::macroRecording;
+    if (isOfClient && capture.client() == client)
         mSession.release("the client has its key");
 }
 

@@ -23,20 +23,21 @@ public:
     CaptureCommands(CaptureSession &session, CurrentSettings &settings, const CurrentKeyboard &keyboard);
 
     [[nodiscard]] Status startMacroRecording(const QVariantMap &request, const std::optional<QString> &client);
-    void stopMacroRecording();
+    /// What another client has begun goes on, here and below.
+    void stopMacroRecording(const std::optional<QString> &client);
     /// Ends the recording and stores its events. A recording that could not be stored stays, so that the client can
     /// save it when there is room again.
-    [[nodiscard]] CommandOutcome saveRecordedEvents(const QVariantMap &request);
+    [[nodiscard]] CommandOutcome saveRecordedEvents(const QVariantMap &request, const std::optional<QString> &client);
     /// `kind`: KeyCapture::Kind::singleKey or editedEvent.
     [[nodiscard]] Status startKeyCapture(const std::optional<QString> &client, KeyCapture::Kind kind);
-    /// Ends a capture of keys, and a recording of `client`'s own: a window that counts a capture as running ends what
-    /// it has begun with this alone.
+    /// Ends a capture of keys or a recording: a window that counts a capture as running ends a recording that it has
+    /// begun since with this alone.
     void stopKeyCapture(const std::optional<QString> &client);
     void releaseDevice();
 
 private:
     /// The document with the recorded events in it.
-    [[nodiscard]] CommandOutcome withRecordedEvents(const QVariantMap &request);
+    [[nodiscard]] CommandOutcome withRecordedEvents(const QVariantMap &request, const std::optional<QString> &client);
     [[nodiscard]] CommandOutcome unchanged(Status status) const;
 
     CaptureSession &mSession;

@@ -40,6 +40,7 @@ void CaptureSession::startRecording(const QString &client, const MacroRecorder::
 {
     setCapture(KeyCapture::forClient(client, Kind::macroRecording), "a client starts a recording");
     mRecorder.start(target);
+    mRecordingClient = client;
 }
 
 void CaptureSession::startKeyCapture(const QString &client, Kind kind)

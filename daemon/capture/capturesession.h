@@ -27,6 +27,9 @@ public:
     /// The client's recording, also when it has ended.
     [[nodiscard]] MacroRecorder &recorder() { return mRecorder; }
 
+    /// Whose recording that is; absent before the first one.
+    [[nodiscard]] const std::optional<QString> &recordingClient() const { return mRecordingClient; }
+
     void startRecording(const QString &client, const MacroRecorder::Target &target);
     /// `kind`: KeyCapture::Kind::singleKey or editedEvent.
     void startKeyCapture(const QString &client, KeyCapture::Kind kind);
@@ -56,6 +59,7 @@ private:
     const DaemonOutlets &mOutlets;
     KeyCapture mCapture;
     MacroRecorder mRecorder;
+    std::optional<QString> mRecordingClient;
     // Of this capture alone:
     EscapeHold mEscapeHold;
     QVariantMap mCapturedKey;       // as it was posted; empty: none yet

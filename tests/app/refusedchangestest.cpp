@@ -2,7 +2,9 @@
 // Changes that the daemon refuses or does not answer, and a keyboard that has gone: afterwards the window shows what is
 // stored, asks for nothing, and the next change goes to the record that it shows.
 #include "base/settingskeys.h"
+#include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
+#include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrocommands.h"
 #include "platform/colorwell.h"
@@ -84,6 +86,31 @@ const std::array changes{
            [](const Hub &hub) { typeName(hub, "mProfilesTableView", u"New"_s); }},
     Change{"profile switched", Command::switchProfile,
            [](const Hub &hub) { hub.find<TableView>("mProfilesTableView")->selectRow(0); }},
+    Change{"profile switched by an arrow key", Command::switchProfile,
+           [](const Hub &hub) { QTest::keyClick(hub.find<TableView>("mProfilesTableView"), Qt::Key_Up); }},
+    Change{"profile switched by a click", Command::switchProfile,
+           [](const Hub &hub) {
+               auto *table = hub.find<TableView>("mProfilesTableView");
+               QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                                 table->visualRect(table->model()->index(0, 1)).center());
+           }},
+    Change{"auto switch of another profile", Command::switchProfile,
+           [](const Hub &hub) {
+               auto *table = hub.find<TableView>("mProfilesTableView");
+               QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                                 table->visualRect(table->model()->index(0, 3)).center());
+           }},
+    Change{"profile restored", Command::updateProfile,
+           [](const Hub &hub) { hub.controller->profilesController()->restoreProfileToDefaultSettings(); }},
+    Change{"application removed", Command::updateProfile,
+           [](const Hub &hub) { chooseProfile(hub, ProfileCommands::removeApplication); }},
+    Change{"key back to default", Command::updateProfile,
+           [](const Hub &hub) { hub.find<PopUpButton>("mAssignFunction")->itemAtIndex(defaultPosition)->trigger(); }},
+    Change{"profile to switch to", Command::updateProfile,
+           [](const Hub &hub) {
+               hub.find<PopUpButton>("mAssignFunction")->submenuAtIndex(3)->actions().at(2)->trigger(); // the first
+                                                                                                        // profile
+           }},
     Change{"macro added", Command::addMacro, [](const Hub &hub) { hub.find<QPushButton>("mAddMacro")->click(); }},
     Change{"macro renamed", Command::renameMacro, [](const Hub &hub) { typeName(hub, "mMacroTableView", u"New"_s); }},
     Change{"macro deleted", Command::deleteMacro,
@@ -134,6 +161,14 @@ private Q_SLOTS:
     void anOpenMenuClosesWhenTheDocumentIsReplaced();
     void rowsThatMovedUnansweredAreNotWrittenTo_data();
     void rowsThatMovedUnansweredAreNotWrittenTo();
+    void aReadingThatFailedMakesTheRowsUnknown_data();
+    void aReadingThatFailedMakesTheRowsUnknown();
+    void aSecondDeletionIsNotSentForAnotherProfile();
+    void aLateReplyIsNoRefusedDeletion();
+    void nothingIsSentWithoutARecord();
+    void aCommandIsNotMeantForTheProfileThatCameMeanwhile_data();
+    void aCommandIsNotMeantForTheProfileThatCameMeanwhile();
+    void linesThatDidNotComeAreAskedForWithTheNextDocument();
     void aDeletionWithoutASwitchMovesTheRows();
     void aDeletionIsForgottenOnlyWhenItDidNotHappen_data();
     void aDeletionIsForgottenOnlyWhenItDidNotHappen();
@@ -440,6 +475,132 @@ void RefusedChangesTest::rowsThatMovedUnansweredAreNotWrittenTo()
     mHub->controller->removeAllEventsForMacroAtIndex(1);
     QCOMPARE(mDaemon->count(Command::readSettings), 1);
     QCOMPARE(mDaemon->count(Command::removeAllEvents), hasHappened ? 1 : 2);
+}
+
+void RefusedChangesTest::aReadingThatFailedMakesTheRowsUnknown_data()
+{
+    QTest::addColumn<std::function<void(KeyboardMainController &)>>("read");
+    const auto add = [](const char *name, std::function<void(KeyboardMainController &)> read) {
+        QTest::newRow(name) << read;
+    };
+    add("profile changed from outside", [](KeyboardMainController &hub) {
+        hub.deamonProfileUpdateNotification({u"Profile Updated 271"_s, {}});
+    });
+    add("keyboard attached", [](KeyboardMainController &hub) {
+        hub.deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    });
+    add("macro deleted", [](KeyboardMainController &hub) { hub.deleteMacroAtIndex(0); });
+}
+
+void RefusedChangesTest::aReadingThatFailedMakesTheRowsUnknown()
+{
+    QFETCH(std::function<void(KeyboardMainController &)>, read);
+    mDaemon->setSilent(Command::readSettings);
+    read(*mHub->controller);
+    // Meanwhile the profiles have changed places: as many as before, with another one at the row.
+    QVariantMap document = sampleDocument();
+    QVariantList profiles = document[u"Profiles"_s].toList();
+    profiles.move(0, 1);
+    document[u"Profiles"_s] = profiles;
+    mDaemon->forgetRequests();
+    mHub->find<QSlider>("mBrightnessValue")->setValue(0); // nobody tells yet what is where
+    QCOMPARE(mDaemon->count(Command::updateProfile), 0);
+    mDaemon->setScript(Command::readSettings, [document](const ScriptedDaemon::Request &) {
+        return std::vector<ScriptedDaemon::Reply>{
+            {ScriptedDaemon::encoded({{u"ReturnStatus"_s, 0}, {u"AllDevSettings"_s, document}})}};
+    });
+    mHub->find<QSlider>("mBrightnessValue")->setValue(1); // meant for the one that was there
+    QCOMPARE(mDaemon->count(Command::updateProfile), 0);
+    QCOMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 4);
+    mHub->find<QSlider>("mBrightnessValue")->setValue(3);
+    QCOMPARE(mDaemon->count(Command::updateProfile), 1);
+}
+
+void RefusedChangesTest::aSecondDeletionIsNotSentForAnotherProfile()
+{
+    mDaemon->setSilent(Command::deleteProfile);
+    mHub->controller->deleteProfileWithProfileID(0);
+    QVariantMap shorter = withActiveProfile(sampleDocument(), 0);
+    shorter[u"Profiles"_s] = shorter[u"Profiles"_s].toList().last(1);
+    mDaemon->setDocument(shorter);
+    mHub->controller->deleteProfileWithProfileID(0);
+    QCOMPARE(mDaemon->count(Command::deleteProfile), 1);
+    QCOMPARE(mHub->find<TableView>("mProfilesTableView")->model()->rowCount(), 1);
+}
+
+void RefusedChangesTest::aLateReplyIsNoRefusedDeletion()
+{
+    // The reply of a command before, which came after nobody waited for it any more.
+    mDaemon->setReply(Command::deleteProfile, {{u"ReturnStatus"_s, 0}});
+    mHub->controller->deleteProfileWithProfileID(0);
+    QVariantMap shorter = withActiveProfile(sampleDocument(), 0);
+    shorter[u"Profiles"_s] = shorter[u"Profiles"_s].toList().last(1);
+    mDaemon->setDocument(shorter);
+    LatestReplySlot::shared().clear();
+    mDaemon->forgetRequests();
+    mHub->find<QSlider>("mBrightnessValue")->setValue(0);
+    QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::readSettings)});
+}
+
+void RefusedChangesTest::nothingIsSentWithoutARecord()
+{
+    QVariantMap document = withActiveProfile(sampleDocument(), 25);
+    replaceDocument(document);
+    mDaemon->forgetRequests();
+    mHub->find<QSlider>("mBrightnessValue")->setValue(1);
+    mHub->find<QCheckBox>("mEnableAddOnHighlight")->click();
+    mHub->controller->lightingController()->sheetDidEndReturnCodeContextInfo(alertFirstButtonReturn, 9);
+    mHub->find<PopUpButton>("mAssignFunction")->itemAtIndex(disablePosition)->trigger();
+    QCOMPARE(mDaemon->commands(), std::vector<int>());
+    QCOMPARE(mHub->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), defaultPosition);
+}
+
+void RefusedChangesTest::aCommandIsNotMeantForTheProfileThatCameMeanwhile_data()
+{
+    QTest::addColumn<int>("command");
+    for (const int command : {ProfileCommands::copy, ProfileCommands::removeApplication, ProfileCommands::deleteProfile,
+                              ProfileCommands::restoreDefault, ProfileCommands::assignApplication})
+        QTest::addRow("command %d", command) << command;
+}
+
+void RefusedChangesTest::aCommandIsNotMeantForTheProfileThatCameMeanwhile()
+{
+    QFETCH(int, command);
+    mHub->controller->selectTabAtIndex(1);
+    auto *table = mHub->find<TableView>("mProfilesTableView");
+    table->editColumnRow(1, 1, true);
+    QTest::keyClicks(mHub->window->focusWidget(), u"New"_s);
+    // The reply to the rename tells that another one has become active.
+    mDaemon->setDocument(withActiveProfile(sampleDocument(), 0));
+    mDaemon->forgetRequests();
+    chooseProfile(*mHub, command);
+    QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::updateProfile)});
+    QVERIFY(!mHub->find<Sheet>("alert"));
+    QVERIFY(!mHub->controller->profilesController()->profileFileBrowserPanel());
+    QCOMPARE(table->selectedRow(), 0);
+}
+
+void RefusedChangesTest::linesThatDidNotComeAreAskedForWithTheNextDocument()
+{
+    mDaemon->setSilent(Command::readMacroLines);
+    mHub->find<TableView>("mMacroTableView")->selectRow(2);
+    auto *lines = mHub->find<TableView>("mMacroDetailsTableView");
+    QCOMPARE(lines->numberOfRows(), 0);
+    // A refusal asks for nothing.
+    mDaemon->setReply(Command::updateProfile, {{u"ReturnStatus"_s, 5}});
+    mDaemon->forgetRequests();
+    mHub->find<QSlider>("mBrightnessValue")->setValue(0);
+    QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::updateProfile)});
+    mDaemon->setReply(Command::readMacroLines, {{u"MacroSequences"_s, QVariantList{u"Key Press B"_s}}});
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    QCOMPARE(lines->numberOfRows(), 1);
+    // After an event was deleted, none of the old ones is shown while the new ones are unknown.
+    mHub->controller->selectTabAtIndex(2);
+    lines->selectRow(0);
+    mDaemon->setSilent(Command::readMacroLines);
+    mHub->find<QPushButton>("mDeleteMacroDetails")->click();
+    QCOMPARE(mDaemon->count(Command::removeEvent), 1);
+    QCOMPARE(lines->numberOfRows(), 0);
 }
 
 void RefusedChangesTest::aDeletionWithoutASwitchMovesTheRows()

@@ -234,7 +234,7 @@ void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed()
     QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
     QCOMPARE(list()->numberOfRows(), 2);
     QCOMPARE(list()->selectedRow(), 0);
-    QCOMPARE(events()->numberOfRows(), answers ? 5 : 0);
+    QCOMPARE(events()->numberOfRows(), 5); // those that came last, when none come now
 }
 
 void MacrosFilesTest::theExportPanelGoesWithItsMacro()

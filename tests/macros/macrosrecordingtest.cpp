@@ -35,6 +35,8 @@ private Q_SLOTS:
     void recordingAfterACancelledSheetEndsTheCapture();
     void aRecordingBelongsToItsMacro_data();
     void aRecordingBelongsToItsMacro();
+    void aRecordingOfARowThatIsGoneEnds();
+    void stoppingEndsTheEventSheet();
     void anotherKeyboardStopsTheRecording_data();
     void anotherKeyboardStopsTheRecording();
     void aRecordingSaysHowTheKeyboardComesBack_data();
@@ -249,6 +251,7 @@ void MacrosRecordingTest::aRecordingBelongsToItsMacro_data()
         QTest::addRow("%s, macro below deleted", name) << button << QList<int>{1, 2} << saved(1);
         QTest::addRow("%s, macro deleted", name) << button << QList<int>{1, 3} << QStringList{u"stop"_s};
         QTest::addRow("%s, all macros deleted", name) << button << QList<int>{} << QStringList{u"stop"_s};
+        QTest::addRow("%s, another one of its number before it", name) << button << QList<int>{2, 2, 3} << saved(1);
     }
 }
 
@@ -279,6 +282,34 @@ void MacrosRecordingTest::aRecordingBelongsToItsMacro()
     list()->selectRow(int(after.size()) - 1);
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
     QVERIFY(mDelegate->calls.contains(u"start 0 %1"_s.arg(after.size() - 1)));
+}
+
+void MacrosRecordingTest::aRecordingOfARowThatIsGoneEnds()
+{
+    fill({u"A"_s, u"B"_s}, 1); // without numbers
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    mDelegate->calls.clear();
+    mDelegate->macros.removeLast();
+    mDelegate->refresh();
+    QCOMPARE(mDelegate->calls, QStringList{u"stop"_s});
+    QVERIFY(!mController->isRecordingOrCapturing());
+    QVERIFY(list()->isEnabled());
+}
+
+void MacrosRecordingTest::stoppingEndsTheEventSheet()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
+    QVERIFY(sheet->isUp());
+    mDelegate->calls.clear();
+    mController->stopAllMacroRecording(); // as when another application comes to the front
+    QVERIFY(!sheet->isUp());
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
+    QVERIFY(outlet(u"mSettingsMacroDetails"_s)->isEnabled());
+    mController->stopAllMacroRecording();
+    QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
 }
 
 void MacrosRecordingTest::anotherKeyboardStopsTheRecording_data()

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void opensByKeyboard();
     void arrowsGoOnFromTheSelectedItem();
     void openingKeepsSubmenusClosed();
+    void aSubmenuThatIsReplacedWhileItIsOffComesOnWithTheButton();
     void longTitlesDoNotWidenItWithoutEnd();
 };
 
@@ -256,6 +257,18 @@ void PopUpButtonTest::openingKeepsSubmenusClosed()
     QTRY_VERIFY(button.popUpMenu()->isVisible());
     QVERIFY(!submenu->isVisible());
     QVERIFY(!button.popUpMenu()->activeAction());
+}
+
+void PopUpButtonTest::aSubmenuThatIsReplacedWhileItIsOffComesOnWithTheButton()
+{
+    PopUpButton button;
+    addItems(button, {u"One"_s, u"Two"_s});
+    button.setSubmenuAtIndex(1, new QMenu);
+    button.setEnabled(false);
+    button.setSubmenuAtIndex(1, new QMenu);
+    button.setEnabled(true);
+    QVERIFY(button.itemAtIndex(1)->isEnabled());
+    QVERIFY(button.submenuAtIndex(1)->isEnabled());
 }
 
 void PopUpButtonTest::longTitlesDoNotWidenItWithoutEnd()

@@ -15,6 +15,7 @@ private Q_SLOTS:
     void clickGoesToTheNearestStep_data();
     void clickGoesToTheNearestStep();
     void handleIsDragged();
+    void aDragThatHasEndedMovesNothing();
     void otherButtonsDoNothing();
     void handleIsNotCutOff();
 
@@ -79,6 +80,20 @@ void StepSliderTest::handleIsDragged()
     QTest::mouseMove(mSlider.get(), handleAt(3).center());
     QTest::mouseRelease(mSlider.get(), Qt::LeftButton, {}, handleAt(3).center());
     QCOMPARE(mSlider->value(), 3);
+}
+
+void StepSliderTest::aDragThatHasEndedMovesNothing()
+{
+    mSlider->endDrag(); // without one
+    QTest::mousePress(mSlider.get(), Qt::LeftButton, {}, handleAt(0).center());
+    QVERIFY(mSlider->isSliderDown());
+    mSlider->endDrag();
+    mSlider->setEnabled(false);
+    mSlider->setEnabled(true);
+    QVERIFY(!mSlider->isSliderDown());
+    QTest::mouseMove(mSlider.get(), handleAt(3).center());
+    QTest::mouseRelease(mSlider.get(), Qt::LeftButton, {}, handleAt(3).center());
+    QCOMPARE(mSlider->value(), 0);
 }
 
 void StepSliderTest::otherButtonsDoNothing()

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPixmap>
+#include <QShortcut>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTest>
@@ -123,6 +124,10 @@ private Q_SLOTS:
     void noEditorOpensOutOfSight_data();
     void noEditorOpensOutOfSight();
     void aMenuKeepsTheEdit();
+    void whatIsTypedOnChangesNothing_data();
+    void whatIsTypedOnChangesNothing();
+    void aMoveEndsWhatIsTypedOn_data();
+    void aMoveEndsWhatIsTypedOn();
     void anEditorOpensAgainAfterEachEnd();
     void reloadingEndsAnEditWhoseRowIsGone();
     void anEditIsWrittenOnceThoughWritingRefreshes();
@@ -633,6 +638,86 @@ void TableViewTest::aMenuKeepsTheEdit()
     QCOMPARE(mTable->editedRow(), 1);
     mTable->endEditing(); // as the command does first
     QCOMPARE(mSource->edits.size(), 1);
+}
+
+void TableViewTest::whatIsTypedOnChangesNothing_data()
+{
+    QTest::addColumn<int>("end");
+    QTest::newRow("Return") << int(Qt::Key_Return);
+    QTest::newRow("Escape") << int(Qt::Key_Escape);
+    QTest::newRow("Enter") << int(Qt::Key_Enter);
+}
+
+void TableViewTest::whatIsTypedOnChangesNothing()
+{
+    QFETCH(int, end);
+    QShortcut deletion(Qt::Key_Delete, mTable);
+    deletion.setContext(Qt::WidgetShortcut);
+    QShortcut renaming(Qt::Key(end), mTable);
+    renaming.setContext(Qt::WidgetShortcut);
+    const QSignalSpy deletions(&deletion, &QShortcut::activated);
+    const QSignalSpy renamings(&renaming, &QShortcut::activated);
+    mTable->selectRow(1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    QTest::keyClicks(editor(), u"Half"_s);
+    mTable->reloadData();
+    QVERIFY(mTable->hasFocus());
+    QTest::keyClicks(mTable, u"Gamma"_s); // a row that begins so
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Home, Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_Space})
+        QTest::keyClick(mTable, key);
+    QTest::keyClick(mTable, Qt::Key(end));
+    QCOMPARE(mTable->selectedRow(), 1);
+    QCOMPARE(mTable->editedRow(), -1);
+    QVERIFY(mSource->edits.isEmpty());
+    QCOMPARE(deletions.size(), 0);
+    QCOMPARE(renamings.size(), 0);
+    // From now on the keys are the table's again.
+    QTest::keyClick(mTable, Qt::Key(end));
+    QTest::keyClick(mTable, Qt::Key_Delete);
+    QTest::keyClicks(mTable, u"Ga"_s);
+    QCOMPARE(renamings.size(), 1);
+    QCOMPARE(deletions.size(), 1);
+    QCOMPARE(mTable->selectedRow(), 2);
+}
+
+void TableViewTest::aMoveEndsWhatIsTypedOn_data()
+{
+    QTest::addColumn<std::function<void(TableView *)>>("move");
+    const auto add = [](const char *name, std::function<void(TableView *)> move) { QTest::newRow(name) << move; };
+    add("a command's key", [](TableView *table) {
+        table->selectRow(0);
+        QTest::keyClick(table, Qt::Key_X, Qt::AltModifier);
+    });
+    add("up", [](TableView *table) { QTest::keyClick(table, Qt::Key_Up); });
+    add("click", [](TableView *table) {
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                          table->visualRect(table->model()->index(0, nameColumn)).center());
+    });
+    add("Tab and back", [](TableView *table) {
+        table->selectRow(0);
+        QTest::keyClick(table, Qt::Key_Tab);
+        table->setFocus();
+    });
+    add("F2", [](TableView *table) {
+        QTest::keyClick(table, Qt::Key_F2);
+        QVERIFY(table->editedRow() >= 0);
+        QTest::keyClick(table->findChild<QLineEdit *>(u"cellEditor"_s), Qt::Key_Escape);
+        table->selectRow(0);
+        table->setFocus();
+    });
+}
+
+void TableViewTest::aMoveEndsWhatIsTypedOn()
+{
+    QFETCH(std::function<void(TableView *)>, move);
+    mTable->selectRow(1);
+    mTable->editColumnRow(nameColumn, 1, true);
+    mTable->reloadData();
+    QTRY_VERIFY(mTable->findChildren<QLineEdit *>(u"cellEditor"_s).isEmpty());
+    move(mTable);
+    QTRY_COMPARE(mTable->selectedRow(), 0);
+    QTest::keyClicks(mTable, u"Ga"_s);
+    QCOMPARE(mTable->selectedRow(), 2);
 }
 
 void TableViewTest::anEditorOpensAgainAfterEachEnd()

@@ -22,8 +22,10 @@ private Q_SLOTS:
     void withoutAnApplicationTheChooserOpens();
     void cancellingTheChooserTurnsItOff_data();
     void cancellingTheChooserTurnsItOff();
-    void theSelectedRecordDecidesWhetherAChoiceIsNeeded_data();
-    void theSelectedRecordDecidesWhetherAChoiceIsNeeded();
+    void theSwitchedToRecordDecidesWhetherAChoiceIsNeeded_data();
+    void theSwitchedToRecordDecidesWhetherAChoiceIsNeeded();
+    void aRefusedSwitchChangesNoOtherProfile_data();
+    void aRefusedSwitchChangesNoOtherProfile();
     void theTableIsFetchedAnew_data();
     void theTableIsFetchedAnew();
 
@@ -107,26 +109,45 @@ void KeyboardProfilesAutoSwitchTest::cancellingTheChooserTurnsItOff()
     QCOMPARE(table()->model()->index(0, 2).data().toString(), application);
 }
 
-void KeyboardProfilesAutoSwitchTest::theSelectedRecordDecidesWhetherAChoiceIsNeeded_data()
+void KeyboardProfilesAutoSwitchTest::theSwitchedToRecordDecidesWhetherAChoiceIsNeeded_data()
 {
     QTest::addColumn<QString>("ofSelected");
     QTest::addColumn<QString>("ofClicked");
     QTest::addColumn<bool>("opensChooser");
-    QTest::newRow("the selected one has none") << QString() << u"Racer"_s << true;
-    QTest::newRow("the clicked one has none") << u"Racer"_s << QString() << false;
+    QTest::newRow("the selected one has none") << QString() << u"Racer"_s << false;
+    QTest::newRow("the clicked one has none") << u"Racer"_s << QString() << true;
 }
 
-void KeyboardProfilesAutoSwitchTest::theSelectedRecordDecidesWhetherAChoiceIsNeeded()
+void KeyboardProfilesAutoSwitchTest::theSwitchedToRecordDecidesWhetherAChoiceIsNeeded()
 {
     QFETCH(QString, ofSelected);
     QFETCH(QString, ofClicked);
     QFETCH(bool, opensChooser);
     fillWith({profileNamed(u"A"_s, ofSelected), profileNamed(u"B"_s, ofClicked)});
-    mDelegate->answers = false; // so the switch selects nothing
     tick(1, 1);
     QCOMPARE(isChooserOpen(), opensChooser);
     QCOMPARE(mDelegate->operations(),
              opensChooser ? QStringList{u"switch"_s} : (QStringList{u"switch"_s, u"update"_s}));
+}
+
+void KeyboardProfilesAutoSwitchTest::aRefusedSwitchChangesNoOtherProfile_data()
+{
+    QTest::addColumn<QString>("ofSelected");
+    QTest::addColumn<int>("value");
+    QTest::newRow("on") << u"Racer"_s << 1;
+    QTest::newRow("on, without an application") << QString() << 1;
+    QTest::newRow("off") << u"Racer"_s << 0;
+}
+
+void KeyboardProfilesAutoSwitchTest::aRefusedSwitchChangesNoOtherProfile()
+{
+    QFETCH(QString, ofSelected);
+    QFETCH(int, value);
+    fillWith({profileNamed(u"A"_s, ofSelected), profileNamed(u"B"_s, u"Editor"_s)});
+    mDelegate->answers = false;
+    tick(1, value);
+    QVERIFY(!isChooserOpen());
+    QCOMPARE(mDelegate->operations(), QStringList{u"switch"_s});
 }
 
 void KeyboardProfilesAutoSwitchTest::theTableIsFetchedAnew_data()

@@ -214,8 +214,8 @@ void KeyboardProfilesFlagsTest::refreshesDuringAnAddSelectNothingElse()
     mDelegate->onScreenDisplay = 1;
     mDelegate->duringAdd = [this] { mDelegate->refresh(); };
     choose(ProfileCommands::newProfile);
-    QCOMPARE(table()->selectedRow(), 2); // though the second is still the active one
-    QVERIFY(!outlet<QCheckBox>("mEnableOnScreenDisplay")->isChecked());
+    QCOMPARE(table()->selectedRow(), 2);                               // though the second is still the active one
+    QVERIFY(outlet<QCheckBox>("mEnableOnScreenDisplay")->isChecked()); // as soon as the add is done
     QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
     table()->abortEditing();
     mDelegate->refresh();

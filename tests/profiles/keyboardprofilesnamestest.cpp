@@ -44,7 +44,7 @@ private Q_SLOTS:
     void renameKeepsTheLocalListAsItFalls();
     void emptyAndOtherValuesRenameNothing_data();
     void emptyAndOtherValuesRenameNothing();
-    void switchingForgetsTheNameToEdit();
+    void aNewNameIsOpenedOnce();
     void anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data();
     void anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord();
 };
@@ -300,19 +300,24 @@ void KeyboardProfilesNamesTest::emptyAndOtherValuesRenameNothing()
     QCOMPARE(mController->allProfilesArray(), (QVariantList{profileNamed(u"A"_s), profileNamed(u"B"_s)}));
 }
 
-void KeyboardProfilesNamesTest::switchingForgetsTheNameToEdit()
+void KeyboardProfilesNamesTest::aNewNameIsOpenedOnce()
 {
     fill({u"A"_s, u"B"_s});
     outlet<QPushButton>("mAddProfile")->click();
-    table()->abortEditing();
-    mDelegate->active = 2;
-    mDelegate->refresh();
     QCOMPARE(table()->editedRow(), 2);
-    table()->abortEditing();
-    table()->selectRow(1);
-    mDelegate->active = 2;
+    QTest::keyClicks(editor(), u"Half a na"_s);
+    // Another client adds one, which becomes the active one.
+    mDelegate->profiles.append(profileNamed(u"Of another"_s));
+    mDelegate->active = 3;
+    mDelegate->calls.clear();
     mDelegate->refresh();
+    QCOMPARE(table()->selectedRow(), 3);
     QCOMPARE(table()->editedRow(), -1);
+    // What the person types on changes nothing and goes nowhere.
+    QTest::keyClicks(table(), u"Bad"_s);
+    QTest::keyClick(table(), Qt::Key_Return);
+    QCOMPARE(table()->selectedRow(), 3);
+    QVERIFY(mDelegate->calls.isEmpty());
 }
 
 void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data()

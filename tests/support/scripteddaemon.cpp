@@ -162,6 +162,7 @@ std::vector<ScriptedDaemon::Reply> ScriptedDaemon::scriptedReplies(const Request
         case Command::replaceAllProfiles:
         case Command::deleteProfile:
         case Command::switchProfile: reply[DaemonProtocol::returnDictionary] = mDocument; break;
+        case Command::readMacroLines: reply[DaemonProtocol::macroSequences] = QVariantList(); break;
         default: break;
         }
     }

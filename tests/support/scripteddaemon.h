@@ -43,7 +43,7 @@ public:
 
     using Script = std::function<std::vector<Reply>(const Request &)>;
 
-    /// Answers every command with status 0; the commands that return a document with `document`.
+    /// Answers every command with status 0; the commands that return a document with `document`. Macros have no lines.
     explicit ScriptedDaemon(QVariantMap document = {});
     ~ScriptedDaemon();
 
