@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What must hold after every combination.
+// The checks after every combination.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
@@ -20,7 +20,7 @@ using DaemonProtocol::Command;
 
 namespace {
 
-constexpr uint keyG = 10; // keeps its default in every profile
+constexpr uint keyG = 10; // has its default assignment in every profile
 constexpr int keyH = 11;
 constexpr int keyZ = 29;
 constexpr int disabledAssignment = 20;
@@ -94,7 +94,7 @@ void CombinationTest::checkNothingIsStuck()
         report(u"the keyboard's keys do not come out"_s);
 }
 
-/// By the settings themselves, so that a mistake of every window is found, too.
+/// Compares with the settings themselves, since a new window may be wrong in the same way.
 void CombinationTest::checkShown()
 {
     const auto compare = [this](const char *what, const auto &shown, const auto &expected) {

@@ -5,6 +5,7 @@
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 
+#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -20,7 +21,7 @@ constexpr std::pair<Obstruction, const char *> obstructions[] = {
     {Obstruction::unanswered, "unanswered"},
 };
 
-/// Whether a daemon that refuses the command returns the document all the same.
+/// Whether the reply of the command carries the document even when the daemon refuses it.
 bool returnsDocument(Command command)
 {
     return command == Command::addProfile || command == Command::updateProfile || command == Command::replaceAllProfiles
@@ -33,6 +34,7 @@ bool returnsDocument(Command command)
 
 void CombinationTest::initTestCase()
 {
+    qputenv("HOME", QFile::encodeName(mHome.path()));
     Scene scene;
     const QString problem = scene.begin(StartSettings::document(), keysTab, false);
     QVERIFY2(problem.isEmpty(), qPrintable(problem));
@@ -162,7 +164,7 @@ void CombinationTest::play(const Operation &operation, const End &end, const Mid
         report(u"it goes on"_s);
     if (!isOpen && expected == Survival::survives)
         report(u"it was ended"_s);
-    // The keyboard that goes stops a recording, and what came before is kept.
+    // Unplugging stops a recording; the keys recorded until then are saved.
     const bool isKept = operation.kind == OperationKind::recording
                         && (disturbance == Disturbance::unplugged || disturbance == Disturbance::unpluggedBriefly);
     const bool isCarriedOut = isOpen && expected != Survival::ends;
@@ -185,11 +187,11 @@ CombinationTest::Survival CombinationTest::survival(const Operation &operation, 
                                                     const Ledger &before) const
 {
     const Ledger &after = mScene->ledger;
-    if (!mHasBegunUndisturbed) // without its record there is no name to edit
+    if (!mHasBegunUndisturbed) // a name that was not added cannot be edited
         return operation.kind == OperationKind::nameEdit ? Survival::ends : Survival::either;
     switch (event.disturbance) {
     case Disturbance::none:
-    case Disturbance::daemonEnded: return Survival::survives; // the window does not know
+    case Disturbance::daemonEnded: return Survival::survives; // the window is not notified
     case Disturbance::unplugged:
     case Disturbance::unpluggedBriefly: return Survival::ends;
     case Disturbance::restarted:
@@ -226,7 +228,7 @@ CombinationTest::Survival CombinationTest::subjectSurvival(Subject subject, cons
             return Survival::ends;
         if (profile == before.profileRecord())
             return Survival::survives;
-        // What it shows of the profile is no longer true; or something of the profile changed that it does not show.
+        // The name is part of the question; other changes of the profile are not.
         return subject == Subject::profile && differs(profile, before.profileRecord(), SettingsKeys::profileName)
                    ? Survival::ends
                    : Survival::either;
@@ -258,7 +260,7 @@ void CombinationTest::recover(const Middle &middle)
     switch (middle.obstructed->command) {
     case Command::deleteProfile: recoverFromUnansweredDeletion(); break;
     case Command::switchProfile:
-        // The window cannot know which profile the deletion has made the active one.
+        // Without the reply the window cannot know which profile is active after the deletion.
         scene.ask(Command::updateProfile,
                   {{DaemonProtocol::profileId, 0},
                    {DaemonProtocol::deviceSettingsDictionary, QVariantMap{{u"Further key"_s, 1}}}});
@@ -268,8 +270,8 @@ void CombinationTest::recover(const Middle &middle)
     }
 }
 
-/// Deliberate: the tab stays disabled and busy until the next switch or the next keyboard, and the reply that returned
-/// no document stays in its place.
+/// Deliberate: the tab stays disabled and busy until the next switch or until a keyboard is attached, and a reply
+/// without a document stays in the latest-reply slot.
 void CombinationTest::recoverFromUnansweredDeletion()
 {
     const WindowPicture picture = windowPicture(mScene->hub().window.get());

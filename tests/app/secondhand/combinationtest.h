@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Every combination of an operation, what happens in the middle of it, and how the person ends it. Afterwards no record
-// but the intended one has changed, the window shows the daemon's settings as one that was only just opened would, and
-// nothing is left of the operation. The test's thread; needs a session bus of the test's own.
+// Runs every combination of an operation, an event in the middle of it, and a way in which the person ends it.
+// Afterwards only the intended record has changed, the window looks like a newly opened one with the same settings, and
+// nothing of the operation is left. The test's thread; needs a session bus of the test's own.
 #pragma once
 
 #include "tests/app/secondhand/operation.h"
@@ -16,7 +16,7 @@ class CombinationTest : public QObject
     Q_OBJECT
 
 public:
-    /// `operations` is called once, when the texts are there.
+    /// `operations` is called once, after the texts were loaded.
     explicit CombinationTest(std::vector<Operation> (*operations)()) : mOperations(operations()) {}
 
 private Q_SLOTS:
@@ -28,7 +28,7 @@ private Q_SLOTS:
     void aDaemonThatObstructs();
 
 private:
-    /// What happens in the middle: an event, or the obstruction of one command from the beginning on.
+    /// Either an event in the middle of the operation, or one command that is obstructed from its beginning.
     struct Middle
     {
         const OutsideEvent &event;
@@ -40,10 +40,11 @@ private:
     [[nodiscard]] bool begin(const Operation &operation, const Middle &middle);
     /// The event, and the person's end of the operation.
     void play(const Operation &operation, const End &end, const Middle &middle);
-    /// Brings back what is still missing: the keyboard, the daemon, an answer.
+    /// Plugs in a missing keyboard, starts an ended daemon, and brings what an obstructed command left undone to an
+    /// end.
     void recover(const Middle &middle);
     void recoverFromUnansweredDeletion();
-    /// Whether the operation goes on after the event; `before`: what was before it.
+    /// Whether the operation continues after the event. `before`: the settings before the event.
     [[nodiscard]] Survival survival(const Operation &operation, const OutsideEvent &event, const Ledger &before) const;
     [[nodiscard]] static Survival subjectSurvival(Subject subject, const Ledger &before, const Ledger &after);
 
@@ -52,18 +53,19 @@ private:
     void checkNothingIsOpen(const char *when);
     void checkNothingIsStuck();
     void checkShown();
-    /// Compares with a new window, and makes an ordinary change in this one.
+    /// Compares the window with a new one, and makes an ordinary change in it.
     void checkWindow();
     void checkOrdinaryChange();
     void report(const QString &problem) { mProblems += problem; }
     void report(const char *what, const QStringList &problems);
 
-    HubResources mResources; // before what the constructor makes of the texts
+    QTemporaryDir mHome;     // where panels begin
+    HubResources mResources; // before mOperations, which contains texts
     std::vector<Operation> mOperations;
     std::unique_ptr<Scene> mScene;
     QStringList mProblems;
-    QHash<QByteArray, WindowPicture> mFreshPictures; ///< by the settings and the view
+    QHash<QByteArray, WindowPicture> mFreshPictures; ///< by settings and view
     WindowPicture mPictureWithoutKeyboard;
-    bool mHasBegunUndisturbed = true; ///< no command of its beginning was obstructed
+    bool mHasBegunUndisturbed = true; ///< no command of the beginning was obstructed
     int mCount = 0;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the daemon's settings have to be, worked out beside the daemon: begins with its document and follows every
-// change with the daemon's own rules for documents. Knows where the records went that an operation is about. A value.
+// The settings that the daemon must have. Begins with the daemon's document and applies every change to it by the
+// daemon's own rules. Also follows the rows of the records that an operation is about. A value.
 #pragma once
 
 #include "base/daemonprotocol.h"
@@ -10,11 +10,11 @@
 
 #include <optional>
 
-/// How a daemon keeps a command from being carried out.
+/// How the daemon obstructs a command; in no case does it carry the command out.
 enum class Obstruction {
     refused,             ///< the reply has a status other than 0, and no document
-    refusedWithDocument, ///< likewise, with the document as it still is
-    unanswered           ///< no reply comes
+    refusedWithDocument, ///< likewise, with the unchanged document
+    unanswered           ///< there is no reply
 };
 
 struct ObstructedCommand
@@ -29,7 +29,7 @@ public:
     using Command = DaemonProtocol::Command;
 
     Ledger() = default;
-    /// `document`: a whole document as the daemon keeps it. `profile`, `macro`: rows of what the operation is about.
+    /// `document`: the daemon's whole document. `profile`, `macro`: the rows that the operation is about.
     Ledger(QVariantMap document, int profile, int macro);
 
     [[nodiscard]] const QVariantMap &document() const { return mDocument; }
@@ -40,30 +40,30 @@ public:
     [[nodiscard]] int activeProfile() const;
     [[nodiscard]] QVariantList profiles() const;
     [[nodiscard]] QVariantList macros() const;
-    [[nodiscard]] QVariantMap profileRecord() const; ///< of profile(); empty when it is gone
-    [[nodiscard]] QVariantMap macroRecord() const;   ///< of macro(); empty when it is gone
+    [[nodiscard]] QVariantMap profileRecord() const; ///< of profile(); empty once it was deleted
+    [[nodiscard]] QVariantMap macroRecord() const;   ///< of macro(); empty once it was deleted
 
     void setObstructed(const std::optional<ObstructedCommand> &command) { mObstructed = command; }
     [[nodiscard]] bool isObstructed(Command command) const;
     [[nodiscard]] std::optional<Obstruction> obstructionOf(Command command) const;
 
-    /// A request of another client. False, and a problem, when the rules refuse it.
+    /// A request of another client. When the rules refuse it, returns false and notes a problem.
     bool follow(Command command, const QVariantMap &request);
-    /// A request of the window. False when it is obstructed and so changes nothing.
+    /// A request of the window. Returns false when it is obstructed; then it changes nothing.
     bool apply(Command command, const QVariantMap &request);
     /// Changes these keys of the profile that the operation is about.
     bool changeProfile(const QVariantMap &settings);
     /// Gives a key of that profile this assignment.
     bool assignKey(int code, int assignment, const QVariant &param1, const QVariant &param2);
-    /// The window drops the assignments of the kind `assignment` (10 macro, 17 profile) to the deleted row, and to rows
-    /// from `count` on.
+    /// Empties the entries of the kind `assignment` (10 macro, 17 profile) that point to the deleted row or to a row
+    /// from `count` on, as the window does after a deletion.
     void dropAssignments(int assignment, int deletedRow, int count);
-    /// The events that were recorded for the macro that the operation is about, without their delays.
+    /// Saves recorded events, whose delays are not yet known, for the macro that the operation is about.
     void recordEvents(const QVariantList &events, bool isAppended);
-    /// Takes the delays of recorded events over from `actual`, as the recording alone knows them.
+    /// Copies the delays of recorded events from `actual`, the daemon's document.
     void adoptRecordedDelays(const QVariantMap &actual);
 
-    /// What could not be followed: a mistake of the test.
+    /// Requests that the rules refused: mistakes of the test.
     [[nodiscard]] const QStringList &problems() const { return mProblems; }
 
 private:
@@ -76,5 +76,5 @@ private:
     QStringList mProblems;
 };
 
-/// Where two property lists differ, each place by its path and both values; empty when they are equal, also in type.
+/// The differences of two property lists in values and types, each with its path; empty when they are equal.
 [[nodiscard]] QStringList differences(const QVariant &actual, const QVariant &expected, const QString &path = {});

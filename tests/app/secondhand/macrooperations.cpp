@@ -30,7 +30,7 @@ constexpr uint keyB = 5;
 constexpr int delayRow = 1; // of the second event
 constexpr int eventRow = 2; // likewise
 constexpr int newDelayMs = 77;
-// The rest is typed at the end; it must not choose another row by its name where the name is no longer edited.
+// The rest is typed at the end. It must not select a row by its name when the name is no longer being edited.
 const QString typedName = u"Half a Mo"_s;
 constexpr int restLength = 2;
 const QString exportedFile = u"Exported.KestraMacro"_s;
@@ -62,7 +62,7 @@ Operation nameEdit(const char *name, const std::function<void(Scene &)> &open, c
         Person::typeName(scene, table, typedName.right(restLength));
         const bool isOpen = Person::nameEditor(scene, table) != nullptr;
         Person::pressInName(scene, table, Qt::Key_Return);
-        // In the list itself the key opens the name again.
+        // Return on the list opens the editor again.
         if (!isOpen && Person::nameEditor(scene, table))
             Person::pressInName(scene, table, Qt::Key_Escape);
     };
@@ -116,12 +116,12 @@ void deleteSubject(Scene &scene)
     const int count = int(ledger.macros().size());
     if (!ledger.apply(Command::deleteMacro, macroRow(scene)))
         return;
-    // The deleted one still counts here.
+    // The count still includes the deleted macro.
     ledger.dropAssignments(playMacroAssignment, row, count);
     ledger.setMacro(std::min(row, count - 2));
 }
 
-/// Leads to the question whether to delete the macro, and answers it.
+/// `ask` opens the question whether to delete the macro.
 std::vector<End> deletionEnds(const std::function<void(Scene &)> &ask)
 {
     const auto finish = [ask](Scene &scene) {
@@ -256,7 +256,7 @@ Operation eventSheetOperation()
         captureKeyB(scene);
     };
     const auto updateEvent = [](Scene &scene) {
-        // Without the capture there is no key, and without the event nothing to put it into.
+        // Without the capture there is no key to store, and without the event no record to change.
         if (scene.ledger.isObstructed(Command::startEditHid) || scene.ledger.isObstructed(Command::readEvent))
             return;
         QVariantMap event = MacroRecord::events(scene.ledger.macroRecord()).at(delayRow).toMap();
@@ -316,7 +316,7 @@ Operation recording(const char *name, const char *button, bool isAppended)
         captureKeyB(scene);
     };
     const auto save = [isAppended](Scene &scene) {
-        // Command 20 ends a recording that command 19 did not.
+        // Command 20 also ends the recording, so that command 19 may fail.
         if (scene.ledger.isObstructed(Command::startMacroRecording)
             || scene.ledger.isObstructed(Command::saveRecordedEvents) || scene.ledger.macro() < 0)
             return;

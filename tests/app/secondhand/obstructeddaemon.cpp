@@ -17,7 +17,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// What a serving daemon is made of, without hardware and without a desktop.
+/// The parts of a serving daemon, without hardware and without a desktop.
 struct ObstructedDaemon::Parts
 {
     Parts(const ObstructedDaemon &owner, const QDBusConnection &bus, const QVariantMap &document)
@@ -101,7 +101,7 @@ std::optional<QByteArray> ObstructedDaemon::receive(qint32 number, const std::op
     }
     if (isOfConfigurator)
         setReplyPollInterval(obstruction == Obstruction::unanswered ? std::chrono::microseconds(0) : replyPollInterval);
-    // As the daemon does: a message is answered first, and handled then.
+    // Like the daemon's process: a message is answered first and handled afterwards.
     QMetaObject::invokeMethod(
         &mParts->daemon,
         [this, number, data, obstruction] {

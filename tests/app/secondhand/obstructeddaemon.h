@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The daemon itself, with its rules, its store and its virtual keyboard, on a thread of the test. It can be made to
-// refuse one of the window's commands, or to leave it unanswered, which the daemon's own process never does.
+// The daemon with its rules, its store and its virtual keyboard, on a thread of the test. It can refuse one of the
+// window's commands or leave it unanswered.
 #pragma once
 
 #include "tests/app/secondhand/ledger.h"
@@ -23,10 +23,10 @@ public:
     ~ObstructedDaemon();
     Q_DISABLE_COPY_MOVE(ObstructedDaemon)
 
-    /// Obstructs this command of the configurator from now on; of other clients it is carried out. A command that is
-    /// left unanswered ends the configurator's wait for it at once.
+    /// From now on obstructs this command of the configurator, but not of other clients. The configurator does not wait
+    /// for the reply to an unanswered command.
     void setObstructed(const std::optional<ObstructedCommand> &command);
-    /// Whether the obstructed command came.
+    /// Whether an obstructed command was received.
     [[nodiscard]] bool hasObstructed() const;
 
 private:

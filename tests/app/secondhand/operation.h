@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a person does in the window that has a beginning and an end, as a table. Values; the test's thread.
+// The table of operations: actions of a person that have a beginning and an end. Values; the test's thread.
 #pragma once
 
 #include "tests/app/secondhand/scene.h"
@@ -7,7 +7,7 @@
 #include <functional>
 #include <vector>
 
-/// What becomes of an operation when something else happens in the middle of it depends on what it is ...
+/// The kind decides, together with the subject, whether an operation survives an event.
 enum class OperationKind {
     nameEdit,  ///< a name half-typed in a table
     sheet,     ///< a sheet, a panel or an alert that is up
@@ -16,9 +16,9 @@ enum class OperationKind {
     drag       ///< a slider held by the mouse
 };
 
-/// ... and on what it is about.
+/// What an operation is about.
 enum class Subject {
-    none,          ///< it makes a new record
+    none,          ///< nothing that exists: it makes a new record
     profile,       ///< the selected profile, by its name
     profilesKey,   ///< a key of the selected profile
     profilesLight, ///< the light of the selected profile
@@ -31,8 +31,8 @@ struct End
 {
     const char *name;
     std::function<void(Scene &)> act;
-    std::function<void(Scene &)> change;     ///< what it changes, as the ledger has it; empty: nothing
-    QList<DaemonProtocol::Command> commands; ///< what the window sends for it
+    std::function<void(Scene &)> change;     ///< enters the change into the ledger; empty: no change
+    QList<DaemonProtocol::Command> commands; ///< the window's requests
 };
 
 struct Operation
@@ -41,12 +41,12 @@ struct Operation
     Tab tab;
     OperationKind kind;
     Subject subject;
-    std::function<void(Scene &)> begin; ///< what it changes at once it also enters into the ledger
+    std::function<void(Scene &)> begin; ///< also enters immediate changes into the ledger
     std::function<bool(const Scene &)> isOpen;
     QList<DaemonProtocol::Command> beginCommands;
     std::vector<End> ends;
-    std::function<void(QVariantMap &document)> prepare = {}; ///< changes the settings that it begins with
-    /// What is wrong with what it leaves besides the settings; empty when nothing is.
+    std::function<void(QVariantMap &document)> prepare = {}; ///< changes the start settings
+    /// Checks effects besides the settings. Returns the problem; empty without one.
     std::function<QString(const Scene &, bool isCarriedOut)> outcome = {};
 };
 

@@ -39,7 +39,7 @@ void deleteMacro(Scene &scene, int row)
     scene.ask(Command::deleteMacro, {{DaemonProtocol::macroId, row}});
 }
 
-/// Names alone must not tell one record from another.
+/// A name alone must not identify a record.
 void switchToProfileOfTheSameName(Scene &scene)
 {
     renameProfile(scene, otherProfile, scene.ledger.profileRecord().value(SettingsKeys::profileName));

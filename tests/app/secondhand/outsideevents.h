@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What happens in the middle of an operation without the person, as a table. Values; the test's thread.
+// The table of events that happen in the middle of an operation. Values; the test's thread.
 #pragma once
 
 #include "tests/app/secondhand/scene.h"
@@ -7,21 +7,21 @@
 #include <functional>
 #include <vector>
 
-/// What an event does to the window besides bringing new settings.
+/// How an event reaches the window.
 enum class Disturbance {
-    none,      ///< it brings nothing at all
-    settings,  ///< only new settings
-    unplugged, ///< the keyboard goes, and stays away until the operation is over
-    unpluggedBriefly,
-    restarted,  ///< the daemon ends and starts again
-    daemonEnded ///< the daemon ends, and starts again only when the operation is over
+    none,             ///< not at all
+    settings,         ///< as new settings
+    unplugged,        ///< the keyboard is removed, and attached after the operation
+    unpluggedBriefly, ///< the keyboard is removed and attached
+    restarted,        ///< the daemon ends and starts again
+    daemonEnded       ///< the daemon ends, and starts again after the operation
 };
 
 struct OutsideEvent
 {
     const char *name;
     Disturbance disturbance;
-    std::function<void(Scene &)> happen; ///< enters what it changes into the ledger
+    std::function<void(Scene &)> happen; ///< also enters the change into the ledger
 };
 
 [[nodiscard]] const std::vector<OutsideEvent> &outsideEvents();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the person before the window does.
+// The actions of the person in front of the window.
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
@@ -32,7 +32,7 @@ void Person::chooseFrom(const Scene &scene, const char *gearButton, int tag)
 
 void Person::openGearMenu(const Scene &scene, const char *gearButton)
 {
-    // As a click does, but without the event loop that a tool button then runs.
+    // A click would run an event loop of the tool button until the menu closes.
     auto *gear = scene.find<PulldownButton>(gearButton);
     gear->menu()->popup(gear->mapToGlobal(gear->rect().bottomLeft()));
 }
@@ -70,7 +70,7 @@ void Person::closeMenus()
 
 QLineEdit *Person::nameEditor(const Scene &scene, const char *table)
 {
-    // One that was closed stays for a moment.
+    // A closed editor exists until the event loop deletes it.
     for (auto *editor : scene.find<TableView>(table)->findChildren<QLineEdit *>(u"cellEditor"_s)) {
         if (editor->isVisible())
             return editor;

@@ -22,7 +22,7 @@ constexpr char filePanel[] = "mProfileFileBrowserPanel";
 constexpr char savePanel[] = "mProfileSavePanel";
 constexpr int autoSwitchColumn = 3;
 constexpr int switchProfileAssignment = 17;
-// The rest is typed at the end; it must not choose another row by its number where the name is no longer edited.
+// The rest is typed at the end. It must not select a row by its number when the name is no longer being edited.
 const QString typedName = u"Half a 3"_s;
 constexpr int restLength = 1;
 const QString importedFile = u"Imported.KestraProfile"_s;
@@ -117,7 +117,7 @@ void deleteSubject(Scene &scene)
     if (!ledger.apply(Command::deleteProfile, {{DaemonProtocol::profileId, row}}))
         return;
     const bool isSwitched = ledger.apply(Command::switchProfile, {{DaemonProtocol::profileId, std::max(row - 1, 0)}});
-    // It goes on from the document that the switch returns.
+    // The window cleans up only with the document that the switch returns.
     if (isSwitched || ledger.obstructionOf(Command::switchProfile) == Obstruction::refusedWithDocument)
         ledger.dropAssignments(switchProfileAssignment, row, int(ledger.profiles().size()));
 }
@@ -169,7 +169,7 @@ Operation applicationChooser(const char *name, const std::function<void(Scene &)
         Person::chooseFile(filePanel, scene.file(u"racer.desktop"_s));
     };
     const auto bind = [](Scene &scene) { setApplication(scene, u"Racer"_s, u"racer"_s, u"racer.desktop"_s, 1); };
-    // So that automatic switching is off when the chooser that it led to is cancelled.
+    // Cancelling the chooser turns automatic switching off.
     const auto switchOff = [](Scene &scene) { scene.ledger.changeProfile({{SettingsKeys::autoSwitchOn, 0}}); };
     return {.name = name,
             .tab = profilesTab,
@@ -206,7 +206,7 @@ Operation importPanel()
                      {"cancelled", [](Scene &) { Person::cancel(filePanel); }, {}, {}}}};
 }
 
-/// The file has the record of the profile exactly when the export was carried out, else what was there before.
+/// The file must contain the profile's record when the export was carried out, and `before` otherwise.
 QString exported(const Scene &scene, bool isCarriedOut, const QByteArray &before)
 {
     QFile file(scene.file(exportedFile));

@@ -27,7 +27,7 @@ QVariantMap entry(int command, int param1, int param2 = 0)
     return {{SettingsKeys::command, command}, {SettingsKeys::param1, param1}, {SettingsKeys::param2, param2}};
 }
 
-/// Not by polls with pauses between them, which would be most of what a combination takes.
+/// Without the pauses of QTest::qWaitFor(), which would take most of the time of a combination.
 bool waitFor(const std::function<bool()> &condition)
 {
     QTimer limit;
@@ -47,7 +47,7 @@ QVariantMap StartSettings::profileNamed(const QString &name, int brightness)
 {
     QVariantMap profile = fullProfile(name);
     profile.insert(SettingsKeys::brightnessKbNormal, brightness);
-    // A disabled one, one that plays the macro and one that leads to the profile that operations are about.
+    // A disabled key, a key that switches to the profile of the operations, and a key that plays their macro.
     profile.insert(SettingsKeys::keys, QVariantMap{{u"4"_s, entry(20, 0)},
                                                    {u"6"_s, entry(17, StartSettings::profile)},
                                                    {u"29"_s, entry(10, StartSettings::macro, 255)}});
@@ -132,7 +132,7 @@ QVariantMap Scene::request(Command command, const QVariantMap &request)
 
 QVariantMap Scene::kept()
 {
-    // The notifications of a change leave the daemon before it answers the next request, and come over the same
+    // The daemon posts the notifications of a change before it answers the next request, and both arrive over one
     // connection.
     const QVariantMap document = request(Command::readSettings).value(DaemonProtocol::allDevSettings).toMap();
     QCoreApplication::processEvents();

@@ -62,7 +62,7 @@ QString keyContents(const KeyButton *key)
 {
     return u"%1, mark %2%3"_s.arg(key->accessibleDescription())
         .arg(int(key->mark()))
-        // A key that was clicked keeps the highlight it had; the next redrawing takes it away.
+        // A clicked key keeps its highlight until the next redrawing, but does not show it.
         .arg(key->isShownSelected() ? u", selected"_s
              : key->isHighlighted() ? u", highlighted"_s
                                     : QString());
@@ -101,7 +101,7 @@ QStringList differencesOf(const QMap<QString, Value> &actual, const QMap<QString
 {
     QStringList found;
     for (auto entry = expected.cbegin(); entry != expected.cend(); ++entry) {
-        // Both windows have the same controls; whether one of them hides it is in the contents.
+        // A control that only one window hides is a difference of the contents.
         const Value value = actual.value(entry.key(), entry.value());
         if (value != entry.value())
             found += u"%1 is \"%2\" and not \"%3\""_s.arg(entry.key(), text(value), text(entry.value()));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What there is to be seen of the main window, as texts: of each control that has a name what it shows, and whether it
-// is enabled. The test's thread.
+// The visible state of the main window as text: the content of each named control, and whether it is enabled. The
+// test's thread.
 #pragma once
 
 #include <QMap>
@@ -8,17 +8,17 @@
 
 class QWidget;
 
-/// By the name of the control.
+/// The keys are the names of the controls.
 struct WindowPicture
 {
     QMap<QString, QString> contents;
-    QMap<QString, bool> enabled;   ///< of those that are not hidden
-    QStringList controlsThatAreOn; ///< likewise, without labels and frames
+    QMap<QString, bool> enabled;   ///< without hidden controls
+    QStringList controlsThatAreOn; ///< likewise, and without labels and frames
 };
 
-/// Of the tabs and the header; versions are left out, which are asked for only now and then.
+/// Leaves the versions out: the program asks for them at times of its own.
 [[nodiscard]] WindowPicture windowPicture(const QWidget *window);
 
-/// What is different in `actual`, control by control; empty when nothing is.
+/// The differences, one for each control; empty without any.
 [[nodiscard]] QStringList contentDifferences(const WindowPicture &actual, const WindowPicture &expected);
 [[nodiscard]] QStringList enabledDifferences(const WindowPicture &actual, const WindowPicture &expected);
