@@ -39,6 +39,16 @@ void deleteMacro(Scene &scene, int row)
     scene.ask(Command::deleteMacro, {{DaemonProtocol::macroId, row}});
 }
 
+/// Whatever the window sends afterwards must contain this assignment, too.
+void assignAnotherKey(Scene &scene)
+{
+    QVariantMap keys = scene.ledger.profileRecord().value(SettingsKeys::keys).toMap();
+    keys.insert(u"5"_s, QVariantMap{{SettingsKeys::command, 20}, {SettingsKeys::param1, 0}, {SettingsKeys::param2, 0}});
+    scene.ask(Command::updateProfile,
+              {{DaemonProtocol::profileId, scene.ledger.profile()},
+               {DaemonProtocol::deviceSettingsDictionary, QVariantMap{{SettingsKeys::keys, keys}}}});
+}
+
 /// A name alone must not identify a record.
 void switchToProfileOfTheSameName(Scene &scene)
 {
@@ -107,6 +117,7 @@ const std::vector<OutsideEvent> &outsideEvents()
         {"its macro replaced by one of its name", D::settings, replaceMacroByOneOfTheSameName},
         {"its profile renamed", D::settings,
          [](Scene &scene) { renameProfile(scene, scene.ledger.profile(), u"Renamed"_s); }},
+        {"another key of its profile assigned", D::settings, assignAnotherKey},
         {"its macro renamed", D::settings,
          [](Scene &scene) { renameMacro(scene, scene.ledger.macro(), u"Renamed"_s); }},
         {"its macro's events changed", D::settings, changeEvents},
