@@ -265,7 +265,11 @@ void CombinationTest::recover(const Middle &middle)
                   {{DaemonProtocol::profileId, 0},
                    {DaemonProtocol::deviceSettingsDictionary, QVariantMap{{u"Further key"_s, 1}}}});
         break;
-    case Command::stopSingleKeyRecording: scene.request(Command::stopSingleKeyRecording); break;
+    case Command::stopSingleKeyRecording:
+        // The window has no other request to end its capture. A capture of another client takes its place.
+        scene.request(Command::startSingleKeyRecording);
+        scene.request(Command::stopSingleKeyRecording);
+        break;
     default: break;
     }
 }
