@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/application.h"
 
+#include "app/afterpainting.h"
 #include "app/keyboard_configuratorappdelegate.h"
 #include "app/keyboardmaincontroller.h"
 #include "app/mainwindow.h"
@@ -8,21 +9,17 @@
 #include "base/daemonprotocol.h"
 #include "base/resources.h"
 #include "base/text.h"
-#include "platform/messageport.h"
 #include "platform/singleinstance.h"
 #include "platform/terminationsignals.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDBusConnection>
-#include <QDBusPendingCall>
 #include <QDir>
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QLocale>
 #include <QSettings>
-#include <QTimer>
-#include <QWindow>
 
 #include <cstdio>
 #include <dlfcn.h>
@@ -49,46 +46,13 @@ Launch parseCommandLine(const QGuiApplication &application)
             parser.isSet(withoutNotice), parser.positionalArguments()};
 }
 
-/// Calls a function once, from the event loop, when the window has been painted the next time; deletes itself then.
-class AfterPainting : public QObject
-{
-public:
-    AfterPainting(QWidget *window, std::function<void()> function) : QObject(window), mFunction(std::move(function))
-    {
-        window->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        // The first painting comes with the window's exposure, every other by a request of the window's own. Before
-        // it is exposed, what is painted is not seen.
-        const bool isPainting = event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint;
-        const QWindow *window = static_cast<QWidget *>(watched)->windowHandle();
-        if (isPainting && window && window->isExposed()) {
-            watched->removeEventFilter(this);
-            QTimer::singleShot(0, this, [this] {
-                QGuiApplication::sync(); // what was painted may wait to be sent to the display
-                mFunction();
-                deleteLater();
-            });
-        }
-        return false;
-    }
-
-private:
-    std::function<void()> mFunction;
-};
-
 /// For bench/startup.py and the tests, which wait for it.
 void reportReady()
 {
+    QGuiApplication::sync(); // the display has the picture
     std::puts("ready");
     std::fflush(stdout);
 }
-
-/// How long the window waits for a daemon before it is shown as it is without one. A daemon that has work to do answers
-/// within a few milliseconds.
-constexpr std::chrono::milliseconds signOfLifeLimit(250);
 
 /// Reads the list of the fonts, for which the first text would wait otherwise. To be run beside the main thread, which
 /// waits for the display meanwhile. Qt is linked with the library or does without it, so nothing is to be loaded.
@@ -184,13 +148,13 @@ int runConfigurator(int argc, char *argv[])
         instance.activateOther();
         return 0;
     }
-    // Answered while the widgets are made.
-    QDBusPendingCall daemon = RemoteMessagePort::askForSignOfLife(DaemonProtocol::requestPortName, signOfLifeLimit);
     QGuiApplication::setWindowIcon(productLogo(64, 2));
     MainWindow window;
     KeyboardMainController controller(services());
     window.assemble(&controller);
-    Keyboard_ConfiguratorAppDelegate delegate(&window, &controller);
+    Keyboard_ConfiguratorAppDelegate delegate(&window, &controller, [&window](const std::function<void()> &function) {
+        new AfterPainting(&window, function);
+    });
     const TerminationSignals terminationSignals;
     QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, &application, &QApplication::quit);
     connectToApplication(delegate);
@@ -207,15 +171,7 @@ int runConfigurator(int argc, char *argv[])
         window.raise();
         window.activateWindow();
     });
-    const auto launchNow = [&delegate, userInfo] { delegate.applicationDidFinishLaunching(userInfo); };
-    window.winId(); // made by the display while the reply port gets its connection, for which the opening waits
-    // Opening takes a few milliseconds with a daemon, and the window appears as it is then, laid out and painted once.
-    // Without one, or with one that is stuck, it blocks for seconds; the window is painted before.
-    daemon.waitForFinished();
-    if (daemon.isError())
-        new AfterPainting(&window, launchNow);
-    else
-        launchNow();
     window.show();
+    delegate.applicationDidFinishLaunching(userInfo);
     return QApplication::exec();
 }

@@ -11,9 +11,11 @@
 
 Keyboard_ConfiguratorAppDelegate::Keyboard_ConfiguratorAppDelegate(QWidget *mainWindow,
                                                                    KeyboardMainController *mainController,
+                                                                   WhenPainted whenPainted,
                                                                    std::chrono::milliseconds pollInterval,
                                                                    QObject *parent)
-    : QObject(parent), window(mainWindow), mKeyboardMainController(mainController), mDaemonPollInterval(pollInterval)
+    : QObject(parent), window(mainWindow), mKeyboardMainController(mainController),
+      mWhenPainted(std::move(whenPainted)), mDaemonPollInterval(pollInterval)
 {
 }
 
@@ -23,14 +25,16 @@ void Keyboard_ConfiguratorAppDelegate::applicationDidFinishLaunching(const QVari
 {
     mKeyboardMainController->setMMainWindow(window);
     const auto isDefaultLaunch = userInfo.constFind(launchIsDefaultLaunchKey);
-    if (isDefaultLaunch != userInfo.constEnd()) {
+    const bool isWithNotice = isDefaultLaunch != userInfo.constEnd();
+    if (isWithNotice)
         mKeyboardMainController->showRestoringStateWindow();
-        if (!isDefaultLaunch->toBool()) {
+    const bool waitsForDaemon = isWithNotice && !isDefaultLaunch->toBool();
+    mWhenPainted([this, waitsForDaemon] {
+        if (waitsForDaemon)
             mBackgroundLoop = std::jthread([this](const std::stop_token &stop) { doLoopInBackground(stop); });
-            return;
-        }
-    }
-    mKeyboardMainController->initializeDevice();
+        else
+            mKeyboardMainController->initializeDevice();
+    });
 }
 
 void Keyboard_ConfiguratorAppDelegate::doLoopInBackground(const std::stop_token &stop)

@@ -6,6 +6,7 @@
 #include <QVariantMap>
 
 #include <chrono>
+#include <functional>
 #include <thread>
 
 class KeyboardMainController;
@@ -18,17 +19,29 @@ inline constexpr QLatin1StringView launchIsDefaultLaunchKey{"NSApplicationLaunch
 /// How often the background wait looks for the daemon.
 inline constexpr std::chrono::milliseconds daemonPollInterval{1000};
 
+/// Calls a function when all that is shown is on the screen.
+using WhenPainted = std::function<void(const std::function<void()> &function)>;
+
+/// For windows that no one looks at.
+inline void callAtOnce(const std::function<void()> &function)
+{
+    function();
+}
+
 class Keyboard_ConfiguratorAppDelegate : public QObject
 {
     Q_OBJECT
 
 public:
     Keyboard_ConfiguratorAppDelegate(QWidget *window, KeyboardMainController *mainController,
+                                     WhenPainted whenPainted = callAtOnce,
                                      std::chrono::milliseconds pollInterval = daemonPollInterval,
                                      QObject *parent = nullptr);
     ~Keyboard_ConfiguratorAppDelegate() override;
 
     void applicationWillFinishLaunching(const QVariantMap &) {}
+    /// Shows what the launch asks for. What opens the keyboard follows when that is on the screen: opening blocks the
+    /// main thread, for seconds where the daemon is silent.
     void applicationDidFinishLaunching(const QVariantMap &userInfo);
     void applicationWillTerminate();
     void applicationWillResignActive();
@@ -41,6 +54,7 @@ public:
 private:
     QWidget *window;
     KeyboardMainController *mKeyboardMainController;
+    WhenPainted mWhenPainted;
     std::chrono::milliseconds mDaemonPollInterval;
     std::jthread mBackgroundLoop;
 };

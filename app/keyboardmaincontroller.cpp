@@ -14,10 +14,10 @@
 #include "lighting/backlight.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
-#include "platform/messageport.h"
 #include "platform/spinner.h"
 #include "profiles/keyboardprofilescontroller.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QLabel>
 #include <QTabWidget>
@@ -26,9 +26,6 @@ using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
 
 namespace {
-
-constexpr int disappearSteps = 20;
-constexpr std::chrono::milliseconds disappearInterval(10);
 
 const QString replyPortName = DaemonProtocol::configuratorReplyPortName;
 
@@ -41,15 +38,11 @@ QVariantMap recordAt(const QVariantList &records, int index)
     return index >= 0 && index < records.size() ? records[index].toMap() : QVariantMap();
 }
 
-/// Gives the window manager the time to take a closed sheet off the screen, and the window the chance to paint what was
-/// below: both come some moments after the sheet was closed. No event loop: nothing else is to happen meanwhile.
-void letSheetDisappear()
+/// Sends what was drawn to the display, as the event loop does before it blocks. Processes no event.
+void flushDisplay()
 {
-    for (int step = 0; step < disappearSteps; ++step) {
-        QGuiApplication::sync();
-        std::this_thread::sleep_for(disappearInterval);
-    }
-    QGuiApplication::sync();
+    if (QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance())
+        Q_EMIT dispatcher->aboutToBlock();
 }
 
 /// What an open menu lists may no longer be there, and what it would change may be another record.
@@ -117,13 +110,19 @@ void KeyboardMainController::createLocalPort()
 
 void KeyboardMainController::initializeDevice()
 {
+    // No event is processed from here to the end: a click or a notification must not meet a half-opened keyboard.
     const bool wasSheetShown = mRestoringStateWindow->isVisible();
     closeRestoringStateWindow();
-    // Without a daemon this thread is about to wait for seconds; the sheet is to be off the screen meanwhile.
-    if (wasSheetShown && !RemoteMessagePort::open(DaemonProtocol::requestPortName))
-        letSheetDisappear();
+    const auto paintPlaceOfSheet = [this, wasSheetShown] {
+        if (!wasSheetShown)
+            return;
+        mMainWindow->repaint(mRestoringStateWindow->geometry());
+        flushDisplay();
+    };
     mLocalMessagePort->waitUntilServing(replyPortStartLimitMs);
-    sendDaemonRequest(DaemonCommands::openDevice(replyPortName, kestraPlistPath()), int(Command::openDevice));
+    // Without a daemon this thread waits for seconds; what the window shows meanwhile must not be the sheet.
+    sendDaemonRequest(DaemonCommands::openDevice(replyPortName, kestraPlistPath()), int(Command::openDevice),
+                      paintPlaceOfSheet);
     waitForReply();
     loadDefaultDict();
     closeRestoringStateWindow();

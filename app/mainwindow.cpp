@@ -201,16 +201,17 @@ void MainWindow::createDeviceNotFoundSheet()
 
 void MainWindow::createRestoringStateSheet()
 {
-    auto *sheet = new Sheet(this);
+    // It may be up for a moment only: a window of its own would flash, with its frame and its animations.
+    auto *sheet = new Sheet(this, Sheet::Place::insideWindow);
     sheet->setObjectName("mRestoringStateWindow"_L1);
-    sheet->setWindowTitle(localizedText("lkeyRestoringStateTitle"));
+    sheet->setAccessibleName(localizedText("lkeyRestoringStateTitle"));
     auto *title = wrappedLabel(localizedText("lkeyRestoringStateTitle"), "restoringStateTitle"_L1);
     makeBold(title);
     auto *progress = new QProgressBar;
     progress->setObjectName("mRestoringStateProgress"_L1);
     progress->setTextVisible(false);
     progress->setAccessibleName(localizedText("lkeyRestoringStateTitle"));
-    // The sheet may stay for as long as there is no daemon, and it keeps the window from being closed.
+    // The sheet may stay for as long as there is no daemon.
     auto *quit = new QPushButton(localizedText("lkeyQuit"));
     quit->setObjectName("restoringStateQuitButton"_L1);
     // The sheet may come up under what the user is typing, so no key presses the button unasked.
@@ -218,15 +219,14 @@ void MainWindow::createRestoringStateSheet()
     quit->setFocusPolicy(Qt::TabFocus);
     connect(quit, &QPushButton::clicked, QCoreApplication::instance(), &QCoreApplication::quit);
     auto *layout = new QVBoxLayout(sheet);
+    layout->setContentsMargins(16, 14, 16, 14);
     layout->setSpacing(10);
     layout->addWidget(title);
     layout->addWidget(wrappedLabel(localizedText("lkeyRestoringStateDesc"), "restoringStateDesc"_L1));
     layout->addWidget(progress);
     layout->addWidget(quit, 0, Qt::AlignRight);
     sheet->setMinimumWidth(420);
-    sheet->setCloseButton(quit);
     sheet->setFocusPolicy(Qt::StrongFocus);
-    sheet->setFocus();
     mOutlets.mRestoringStateWindow = sheet;
     mOutlets.mRestoringStateProgress = progress;
 }

@@ -13,13 +13,15 @@ constexpr int requestStatus = -50;
 std::atomic<std::chrono::microseconds> currentPollInterval{replyPollInterval};
 } // namespace
 
-int sendDaemonRequest(const std::optional<QVariantMap> &request, int command)
+int sendDaemonRequest(const std::optional<QVariantMap> &request, int command, const std::function<void()> &meanwhile)
 {
     const std::optional<RemoteMessagePort> port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(request);
-    if (!port)
-        return requestStatus;
-    port->sendRequest(command, data.value_or(QByteArray()), requestSendTimeout, requestReceiveTimeout);
+    if (port)
+        port->sendRequest(command, data.value_or(QByteArray()), requestSendTimeout, requestReceiveTimeout, nullptr,
+                          meanwhile);
+    else if (meanwhile)
+        meanwhile();
     return requestStatus;
 }
 

@@ -6,6 +6,7 @@
 #include <QVariantMap>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 inline constexpr int replyPollCount = 601;
@@ -15,8 +16,10 @@ inline constexpr std::chrono::milliseconds requestReceiveTimeout{2000};
 
 /// Sends `request` to the daemon's request port under the message identifier `command`; the answer is ignored, and
 /// nothing is sent when the port does not exist. Returns -50 whatever happened, deliberately: success is learnt only
-/// from the latest-reply slot. Any thread; blocks it for at most about 4 seconds.
-int sendDaemonRequest(const std::optional<QVariantMap> &request, int command);
+/// from the latest-reply slot. Any thread; blocks it for at most about 4 seconds. `meanwhile` is called once: when the
+/// request is on its way, or when there is no port to send it to.
+int sendDaemonRequest(const std::optional<QVariantMap> &request, int command,
+                      const std::function<void()> &meanwhile = {});
 
 /// What the reply port does with one message: no data leaves the slot as it was; anything else goes into the slot,
 /// decoded (an empty dictionary when it cannot be), and is returned as the answer to the sender.

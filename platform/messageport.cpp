@@ -2,6 +2,7 @@
 #include "platform/messageport.h"
 
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDBusReply>
 
 #include <algorithm>
@@ -103,22 +104,18 @@ std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
     return RemoteMessagePort(busName);
 }
 
-QDBusPendingCall RemoteMessagePort::askForSignOfLife(const QString &name, std::chrono::milliseconds limit)
-{
-    // Not a ping, which the bus connection of the other process answers by itself.
-    QDBusMessage question = QDBusMessage::createMethodCall(messagePortBusName(name), objectPath,
-                                                           u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s);
-    question.setAutoStartService(false);
-    return QDBusConnection::sessionBus().asyncCall(question, milliseconds(limit));
-}
-
 RemoteMessagePort::SendStatus RemoteMessagePort::sendRequest(qint32 messageIdentifier, const QByteArray &data,
                                                              std::chrono::milliseconds /*sendTimeout*/,
                                                              std::chrono::milliseconds receiveTimeout,
-                                                             QByteArray *answer) const
+                                                             QByteArray *answer,
+                                                             const std::function<void()> &meanwhile) const
 {
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(requestMessage(mBusName, messageIdentifier, data),
-                                                                  QDBus::Block, milliseconds(receiveTimeout));
+    QDBusPendingCall call = QDBusConnection::sessionBus().asyncCall(requestMessage(mBusName, messageIdentifier, data),
+                                                                    milliseconds(receiveTimeout));
+    if (meanwhile)
+        meanwhile();
+    call.waitForFinished();
+    const QDBusMessage reply = call.reply();
     if (reply.type() != QDBusMessage::ReplyMessage) {
         const bool isLate = QDBusError(reply).type() == QDBusError::NoReply;
         return isLate ? SendStatus::receiveTimeout : SendStatus::isInvalid;

@@ -5,7 +5,6 @@
 
 #include <QByteArray>
 #include <QDBusConnection>
-#include <QDBusPendingCall>
 #include <QObject>
 #include <QString>
 #include <QStringView>
@@ -61,14 +60,12 @@ public:
     /// Asks the bus whether the name has an owner; absent if not, or if no port can have it. Never starts a service.
     [[nodiscard]] static std::optional<RemoteMessagePort> open(const QString &name);
 
-    /// Asks the thread that serves the port for a sign of life, without waiting: the call ends with an error when there
-    /// is no such port, or when its thread is silent for `limit`. Never starts a service.
-    [[nodiscard]] static QDBusPendingCall askForSignOfLife(const QString &name, std::chrono::milliseconds limit);
-
     /// Sends one message and waits for its answer, at most `receiveTimeout` after it was sent. The bus takes a
-    /// message at once or not at all, so `sendTimeout` never passes. No data is an empty array.
+    /// message at once or not at all, so `sendTimeout` never passes. No data is an empty array. `meanwhile` is called
+    /// between sending and waiting.
     SendStatus sendRequest(qint32 messageIdentifier, const QByteArray &data, std::chrono::milliseconds sendTimeout,
-                           std::chrono::milliseconds receiveTimeout, QByteArray *answer = nullptr) const;
+                           std::chrono::milliseconds receiveTimeout, QByteArray *answer = nullptr,
+                           const std::function<void()> &meanwhile = {}) const;
 
     /// Sends one message and does not wait for an answer.
     void post(qint32 messageIdentifier, const QByteArray &data) const;

@@ -9,14 +9,40 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMoveEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QStyle>
 
 using namespace Qt::StringLiterals;
 
-Sheet::Sheet(QWidget *parent) : QDialog(parent, Qt::Sheet)
+namespace {
+
+/// What a person does with the mouse or the keys.
+bool isInput(const QEvent &event)
 {
-    setWindowModality(Qt::WindowModal);
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut: return true;
+    default: return false;
+    }
+}
+
+} // namespace
+
+Sheet::Sheet(QWidget *parent, Place place) : QDialog(parent, Qt::Sheet), mPlace(place)
+{
+    if (isInside()) {
+        setWindowFlags(Qt::Widget);
+        hide(); // a child would be shown with its window
+    } else {
+        setWindowModality(Qt::WindowModal);
+    }
 }
 
 void Sheet::beginSheet(QWidget *window, DidEnd didEnd)
@@ -24,11 +50,12 @@ void Sheet::beginSheet(QWidget *window, DidEnd didEnd)
     if (parentWidget() != window) {
         if (parentWidget())
             parentWidget()->removeEventFilter(this);
-        setParent(window, Qt::Sheet);
+        setParent(window, isInside() ? Qt::Widget : Qt::Sheet);
     }
     if (window)
         window->installEventFilter(this);
-    setWindowModality(Qt::WindowModal);
+    if (!isInside())
+        setWindowModality(Qt::WindowModal);
     mDidEnd = std::move(didEnd);
     mIsUp = true;
     mIsWaitingForWindow = window && !window->isVisible();
@@ -36,10 +63,49 @@ void Sheet::beginSheet(QWidget *window, DidEnd didEnd)
         open();
 }
 
+void Sheet::open()
+{
+    if (isInside())
+        openInside();
+    else
+        QDialog::open();
+}
+
+void Sheet::openInside()
+{
+    moveToMiddle();
+    raise();
+    if (!isVisible()) {
+        mFocusBefore = window()->focusWidget();
+        qApp->installEventFilter(this);
+    }
+    show();
+    setFocus();
+}
+
+void Sheet::moveToMiddle()
+{
+    adjustSize();
+    move(parentWidget()->rect().center() - rect().center());
+}
+
+/// Whether `receiver` is a part of the window that a pane keeps input from.
+bool Sheet::isKeptFrom(const QObject *receiver) const
+{
+    const auto *widget = qobject_cast<const QWidget *>(receiver);
+    return widget && widget != this && widget->window() == window() && !isAncestorOf(widget);
+}
+
 bool Sheet::eventFilter(QObject *watched, QEvent *event)
 {
+    if (isInside() && isVisible() && isInput(*event) && isKeptFrom(watched))
+        return true;
+    if (watched != parentWidget())
+        return QDialog::eventFilter(watched, event);
+    if (isInside() && event->type() == QEvent::Resize && isVisible())
+        moveToMiddle();
     // At the start a window is placed after its sheet was.
-    if (event->type() == QEvent::Move && isVisible()) {
+    if (!isInside() && event->type() == QEvent::Move && isVisible()) {
         const auto *moved = static_cast<QMoveEvent *>(event);
         move(pos() + moved->pos() - moved->oldPos());
     }
@@ -70,6 +136,11 @@ void Sheet::orderOut()
 {
     mIsWaitingForWindow = false;
     hide();
+    if (!isInside())
+        return;
+    qApp->removeEventFilter(this);
+    if (const QPointer<QWidget> before = std::exchange(mFocusBefore, nullptr))
+        before->setFocus();
 }
 
 void Sheet::reject()
@@ -85,6 +156,37 @@ void Sheet::closeEvent(QCloseEvent *event)
         return QDialog::closeEvent(event);
     event->accept();
     mCloseButton->click();
+}
+
+void Sheet::paintEvent(QPaintEvent *event)
+{
+    QDialog::paintEvent(event);
+    if (!isInside())
+        return;
+    // Not the background that Qt fills: around an opaque pane, what is below is painted in pieces, which takes longer.
+    QPainter painter(this);
+    painter.setBrush(palette().color(QPalette::Window));
+    painter.setPen(palette().color(QPalette::Dark));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+/// The keys that move the focus stay in a pane, as they do in a window.
+bool Sheet::focusNextPrevChild(bool next)
+{
+    if (!isInside())
+        return QDialog::focusNextPrevChild(next);
+    QWidget *widget = window()->focusWidget();
+    if (!widget || !(widget == this || isAncestorOf(widget)))
+        widget = this;
+    do {
+        widget = next ? widget->nextInFocusChain() : widget->previousInFocusChain();
+        if ((widget == this || isAncestorOf(widget)) && widget->focusPolicy() & Qt::TabFocus && widget->isEnabled()
+            && widget->isVisible()) {
+            widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            return true;
+        }
+    } while (widget != this);
+    return false;
 }
 
 QString nameInAlert(QString name)

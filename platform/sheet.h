@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 #include <functional>
 
@@ -16,7 +17,11 @@ class Sheet : public QDialog
 public:
     using DidEnd = std::function<void(int returnCode)>;
 
-    explicit Sheet(QWidget *parent = nullptr);
+    /// Where a sheet is shown: as a window on its window, or as a pane in the middle of it, which is painted with it. A
+    /// pane keeps all clicks and keys from the rest of the window.
+    enum class Place { ownWindow, insideWindow };
+
+    explicit Sheet(QWidget *parent = nullptr, Place place = Place::ownWindow);
 
     /// Shows the sheet on `window`, as soon as that is shown itself; `didEnd` runs once, when the sheet ends.
     void beginSheet(QWidget *window, DidEnd didEnd = {});
@@ -35,13 +40,23 @@ public:
 
     [[nodiscard]] bool isUp() const { return mIsUp; }
 
+    void open() override;
     void reject() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
+    [[nodiscard]] bool isInside() const { return mPlace == Place::insideWindow; }
+    void openInside();
+    void moveToMiddle();
+    [[nodiscard]] bool isKeptFrom(const QObject *receiver) const;
+
+    Place mPlace;
+    QPointer<QWidget> mFocusBefore; ///< of the window, while a pane is up
     DidEnd mDidEnd;
     QAbstractButton *mCancelButton = nullptr;
     QAbstractButton *mCloseButton = nullptr;

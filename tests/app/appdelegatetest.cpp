@@ -111,7 +111,8 @@ void AppDelegateTest::waitsForTheDaemonAfterAnyOtherLaunch()
     ScriptedDaemon daemon(sampleDocument());
     daemon.disappear();
     const Hub hub;
-    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), std::chrono::milliseconds(5));
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), callAtOnce,
+                                              std::chrono::milliseconds(5));
     QSignalSpy initialized(hub.controller.get(), &KeyboardMainController::deviceInitialized);
     delegate.applicationDidFinishLaunching({{launchIsDefaultLaunchKey, false}});
     auto *sheet = hub.find<Sheet>("mRestoringStateWindow");
@@ -143,7 +144,8 @@ void AppDelegateTest::stopsWaitingWhenItEnds()
     QElapsedTimer timer;
     timer.start();
     {
-        Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), std::chrono::hours(1));
+        Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), callAtOnce,
+                                                  std::chrono::hours(1));
         delegate.applicationDidFinishLaunching({{launchIsDefaultLaunchKey, false}});
     }
     QVERIFY(timer.elapsed() < 5000);
@@ -187,7 +189,8 @@ void AppDelegateTest::keepsTheLastSelectedKeyWhenItEndsWaiting()
     }
     daemon.forgetRequests();
     const Hub hub;
-    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), std::chrono::hours(1));
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), callAtOnce,
+                                              std::chrono::hours(1));
     delegate.applicationDidFinishLaunching({{launchIsDefaultLaunchKey, false}});
     delegate.applicationWillTerminate();
     QCOMPARE(daemon.commands(), std::vector<int>{38});

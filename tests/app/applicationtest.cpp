@@ -21,9 +21,11 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <csignal>
 #include <cstdio>
+#include <future>
 #include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +34,7 @@ using Command = DaemonProtocol::Command;
 namespace {
 
 constexpr const char *useVariable = "KESTRA_TEST_USE";
+constexpr const char *logVariable = "KESTRA_TEST_LOG";
 constexpr int limitMs = 20'000;
 
 template <typename Widget> Widget *shown(const QWidget *parent, const char *name)
@@ -103,9 +106,44 @@ bool useEverything()
     return useColorDialog(window);
 }
 
+/// Writes to a file what the windows of the program do, each thing when it begins.
+class Logger : public QObject
+{
+public:
+    explicit Logger(const QString &path) : mFile(path) { mIsOpen = mFile.open(QIODevice::WriteOnly); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const auto *widget = qobject_cast<QWidget *>(watched);
+        if (!mIsOpen || !widget || widget->objectName().isEmpty())
+            return false;
+        const QWindow *window = widget->window()->windowHandle();
+        if (event->type() == QEvent::Paint && window && window->isExposed())
+            write("painted", widget);
+        if (event->type() == QEvent::Hide)
+            write("hidden", widget);
+        return false;
+    }
+
+private:
+    void write(const char *what, const QWidget *widget)
+    {
+        mFile.write(QByteArray(what) + ' ' + widget->objectName().toUtf8() + '\n');
+        mFile.flush();
+    }
+
+    QFile mFile;
+    bool mIsOpen = false;
+};
+
 /// For the program that this test starts.
 void useProgram()
 {
+    if (const QString log = qEnvironmentVariable(logVariable); !log.isEmpty()) {
+        auto *logger = new Logger(log);
+        logger->setParent(qApp);
+        qApp->installEventFilter(logger);
+    }
     if (qEnvironmentVariableIsSet(useVariable)) {
         QTimer::singleShot(0, qApp, [] {
             std::puts(useEverything() ? "used" : "not used");
@@ -128,10 +166,12 @@ private Q_SLOTS:
     void leavesNoFilesButItsOwn();
     void writesNoFailureToStandardError_data();
     void writesNoFailureToStandardError();
+    void isOnTheScreenBeforeItAsks_data();
+    void isOnTheScreenBeforeItAsks();
 
 private:
     /// Starts this test as the program, for a user who has nothing yet.
-    void start(const QProcessEnvironment &changes = QProcessEnvironment());
+    void start(const QProcessEnvironment &changes, const QStringList &arguments = {});
     /// All files that the user has, with their paths below the home folder.
     [[nodiscard]] QStringList userFiles() const;
 
@@ -150,7 +190,7 @@ void ApplicationTest::init()
              0);
 }
 
-void ApplicationTest::start(const QProcessEnvironment &changes)
+void ApplicationTest::start(const QProcessEnvironment &changes, const QStringList &arguments)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const QString &name : environment.keys()) {
@@ -165,7 +205,7 @@ void ApplicationTest::start(const QProcessEnvironment &changes)
     environment.insert(u"KESTRA_SPARE_DAEMONS"_s, u"1"_s);
     environment.insert(changes);
     mProgram->setProcessEnvironment(environment);
-    mProgram->start(QCoreApplication::applicationFilePath(), QStringList());
+    mProgram->start(QCoreApplication::applicationFilePath(), arguments);
     QVERIFY(mProgram->waitForStarted());
 }
 
@@ -227,6 +267,49 @@ void ApplicationTest::writesNoFailureToStandardError()
     QCOMPARE(mProgram->exitStatus(), QProcess::NormalExit);
     QCOMPARE(mProgram->exitCode(), 0);
     QCOMPARE(mProgram->readAllStandardError(), QByteArray());
+}
+
+void ApplicationTest::isOnTheScreenBeforeItAsks_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("answersRequests");
+    QTest::addColumn<bool>("showsSheet");
+    for (const bool answers : {true, false}) {
+        const char *daemon = answers ? "daemon answers" : "daemon answers the bus alone";
+        QTest::addRow("normal, %s", daemon) << QStringList() << answers << true;
+        QTest::addRow("background, %s", daemon) << QStringList{u"--background"_s} << answers << true;
+        QTest::addRow("without notice, %s", daemon) << QStringList{u"--no-launch-notice"_s} << answers << false;
+    }
+}
+
+void ApplicationTest::isOnTheScreenBeforeItAsks()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, answersRequests);
+    QFETCH(bool, showsSheet);
+    const QString logPath = mFolder->filePath(u"log"_s);
+    std::promise<QByteArray> logAtRequest;
+    std::future<QByteArray> atRequest = logAtRequest.get_future();
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setScript(Command::openDevice, [&](const auto &) {
+        QFile log(logPath);
+        logAtRequest.set_value(log.open(QIODevice::ReadOnly) ? log.readAll() : QByteArray());
+        const auto reply = ScriptedDaemon::encoded({{u"ReturnStatus"_s, 1}});
+        return answersRequests ? std::vector<ScriptedDaemon::Reply>{{reply}} : std::vector<ScriptedDaemon::Reply>();
+    });
+    QProcessEnvironment changes;
+    changes.insert(QString::fromLatin1(logVariable), logPath);
+    start(changes, arguments);
+    const bool isAsked = atRequest.wait_for(std::chrono::milliseconds(limitMs)) == std::future_status::ready;
+    mProgram->terminate();
+    QVERIFY(mProgram->waitForFinished(limitMs));
+    QVERIFY(isAsked);
+    const QByteArrayList log = atRequest.get().split('\n');
+    QVERIFY(log.contains("painted mMainWindow"));
+    QVERIFY(log.contains("painted mA"));
+    // Seen, and gone again.
+    QCOMPARE(log.contains("painted mRestoringStateWindow"), showsSheet);
+    QCOMPARE(log.indexOf("hidden mRestoringStateWindow") > log.indexOf("painted mRestoringStateWindow"), showsSheet);
 }
 
 int main(int argc, char *argv[])

@@ -19,12 +19,14 @@
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QPaintEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 #include <QTranslator>
 
 #include <algorithm>
@@ -32,6 +34,24 @@
 
 using namespace Qt::StringLiterals;
 using Command = DaemonProtocol::Command;
+
+namespace {
+
+/// Notes what of a window is painted.
+class PaintProbe : public QObject
+{
+public:
+    QRegion painted;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            painted += static_cast<QPaintEvent *>(event)->region();
+        return false;
+    }
+};
+
+} // namespace
 
 class KeyboardMainControllerTest : public QObject
 {
@@ -52,6 +72,9 @@ private Q_SLOTS:
     void goesThroughTheStartInOrder();
     void goesOnWhenTheKeyboardComesLater();
     void closesTheRestoringSheetBeforeItAsks();
+    void paintsThePlaceOfTheRestoringSheetBeforeItWaits();
+    void processesNoEventWhileItOpens_data();
+    void processesNoEventWhileItOpens();
     void keepsItsPace();
     void handsThePiecesToTheTabs();
     void readsAnActiveProfileOutOfRangeAsEmpty();
@@ -356,6 +379,60 @@ void KeyboardMainControllerTest::closesTheRestoringSheetBeforeItAsks()
     QVERIFY(!wasUp);
     QVERIFY(!sheet->isVisible());
     QCOMPARE(progress->maximum(), 1);
+}
+
+void KeyboardMainControllerTest::paintsThePlaceOfTheRestoringSheetBeforeItWaits()
+{
+    const Hub hub;
+    QVERIFY(QTest::qWaitForWindowExposed(hub.window.get()));
+    const auto *sheet = hub.find<Sheet>("mRestoringStateWindow");
+    hub.controller->showRestoringStateWindow();
+    QCoreApplication::processEvents();
+    PaintProbe probe;
+    hub.window->installEventFilter(&probe);
+    hub.controller->initializeDevice(); // there is no daemon
+    QVERIFY(probe.painted.contains(sheet->geometry()));
+}
+
+void KeyboardMainControllerTest::processesNoEventWhileItOpens_data()
+{
+    QTest::addColumn<QString>("daemonState");
+    QTest::addColumn<bool>("isSheetShown");
+    for (const char *state : {"answers", "has no keyboard", "is silent", "is absent"}) {
+        QTest::addRow("%s", state) << QString::fromLatin1(state) << false;
+        QTest::addRow("%s, sheet shown", state) << QString::fromLatin1(state) << true;
+    }
+}
+
+void KeyboardMainControllerTest::processesNoEventWhileItOpens()
+{
+    QFETCH(QString, daemonState);
+    QFETCH(bool, isSheetShown);
+    ScriptedDaemon daemon(sampleDocument());
+    if (daemonState == u"has no keyboard")
+        daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, 0}});
+    if (daemonState == u"is silent")
+        daemon.setSilent(Command::openDevice);
+    if (daemonState == u"is absent")
+        daemon.disappear();
+    const Hub hub;
+    QVERIFY(QTest::qWaitForWindowExposed(hub.window.get()));
+    if (isSheetShown)
+        hub.controller->showRestoringStateWindow();
+    QCoreApplication::processEvents();
+
+    int delivered = 0;
+    QObject probe;
+    QTimer::singleShot(0, &probe, [&delivered] { ++delivered; });
+    QMetaObject::invokeMethod(
+        &probe, [&delivered] { ++delivered; }, Qt::QueuedConnection);
+    int deliveredAtLastStep = -1;
+    connect(hub.controller.get(), &KeyboardMainController::deviceInitialized, &probe,
+            [&] { deliveredAtLastStep = delivered; });
+    hub.controller->initializeDevice();
+    QCOMPARE(deliveredAtLastStep, 0);
+    QCOMPARE(delivered, 0);
+    QTRY_COMPARE(delivered, 2); // they only waited
 }
 
 void KeyboardMainControllerTest::keepsItsPace()

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What is on the screen while the program waits for a daemon that is not there: the window alone. The sheet that was up
-// just before leaves no trace, although the program paints nothing for six seconds. On a desktop of the test's own.
+// What is on the screen while the program opens the keyboard: the window, painted before the daemon is asked, and while
+// the program waits for a daemon that is not there the window alone. The sheet that was up just before leaves no trace,
+// although the program processes no event for six seconds. On a desktop of the test's own.
 #include "base/daemonprotocol.h"
 #include "platform/messageport.h"
+#include "tests/support/scripteddaemon.h"
 #include "tests/support/testdesktop.h"
 #include "tests/support/testmain.h"
 
@@ -12,6 +14,9 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
+
+#include <atomic>
+#include <semaphore>
 
 using namespace Qt::StringLiterals;
 
@@ -45,12 +50,22 @@ class RestoringSheetPictureTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void leavesNoTraceWhileTheProgramWaits();
+    void windowIsOnTheScreenBeforeTheProgramAsks();
 
 private:
     /// Starts the program and takes a picture in the middle of its wait.
     QImage pictureOfTheWait(const TestDesktop &desktop, const QStringList &arguments);
 };
+
+void RestoringSheetPictureTest::initTestCase()
+{
+    for (const QString &program : {u"Xvfb"_s, u"openbox"_s}) {
+        if (QStandardPaths::findExecutable(program).isEmpty())
+            QSKIP("needs Xvfb and openbox");
+    }
+}
 
 QImage RestoringSheetPictureTest::pictureOfTheWait(const TestDesktop &desktop, const QStringList &arguments)
 {
@@ -81,10 +96,6 @@ QImage RestoringSheetPictureTest::pictureOfTheWait(const TestDesktop &desktop, c
 
 void RestoringSheetPictureTest::leavesNoTraceWhileTheProgramWaits()
 {
-    for (const QString &program : {u"Xvfb"_s, u"openbox"_s}) {
-        if (QStandardPaths::findExecutable(program).isEmpty())
-            QSKIP("needs Xvfb and openbox");
-    }
     QVERIFY(!RemoteMessagePort::open(DaemonProtocol::requestPortName));
     TestDesktop desktop(TestDesktop::Kind::x11, screenSize);
     QVERIFY(desktop.start());
@@ -98,6 +109,41 @@ void RestoringSheetPictureTest::leavesNoTraceWhileTheProgramWaits()
     QVERIFY(without.save(folder.filePath(u"waiting-without-sheet.png"_s)));
     QVERIFY(with.save(folder.filePath(u"waiting-after-sheet.png"_s)));
     QCOMPARE(differingDots(with, without), 0);
+}
+
+void RestoringSheetPictureTest::windowIsOnTheScreenBeforeTheProgramAsks()
+{
+    TestDesktop desktop(TestDesktop::Kind::x11, screenSize);
+    QVERIFY(desktop.start());
+    const QImage empty = imageOf(desktop.picture());
+    // It answers the bus, and never a request: the first one waits until the picture was taken.
+    ScriptedDaemon daemon;
+    std::atomic<bool> isAsked = false;
+    std::binary_semaphore isPictureTaken(0);
+    daemon.setScript(DaemonProtocol::Command::openDevice, [&](const auto &) {
+        isAsked = true;
+        isPictureTaken.acquire();
+        return std::vector<ScriptedDaemon::Reply>();
+    });
+    QProcess program;
+    QProcessEnvironment environment = desktop.in(QProcessEnvironment::systemEnvironment());
+    environment.insert(u"KESTRA_SPARE_DAEMONS"_s, u"1"_s);
+    program.setProcessEnvironment(environment);
+    program.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestra-configurator"_s, QStringList());
+    const bool wasAsked = QTest::qWaitFor([&] { return isAsked.load(); }, startLimitMs);
+    const QImage shown = imageOf(desktop.picture());
+    isPictureTaken.release();
+    program.kill();
+    program.waitForFinished(startLimitMs);
+    QVERIFY(wasAsked);
+    QVERIFY(shown.save(QCoreApplication::applicationDirPath() + u"/screenshots/asking.png"_s));
+    QVERIFY(differingDots(shown, empty) > screenSize.width() * screenSize.height() / 2);
+    QSet<QRgb> colors; // a window that is there without its picture has few
+    for (int y = 0; y < screenSize.height(); ++y) {
+        for (int x = 0; x < screenSize.width(); ++x)
+            colors += shown.pixel(x, y);
+    }
+    QVERIFY2(colors.size() > 100, qPrintable(QString::number(colors.size())));
 }
 
 QTEST_GUILESS_MAIN(RestoringSheetPictureTest)

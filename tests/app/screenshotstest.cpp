@@ -136,7 +136,7 @@ QVariantMap startDocument()
 
 Sheet *shownSheet()
 {
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
+    for (QWidget *widget : QApplication::allWidgets()) {
         auto *sheet = qobject_cast<Sheet *>(widget);
         if (sheet && sheet->isVisible())
             return sheet;

@@ -79,7 +79,7 @@ private slots:
     void opensOnlyPortsThatExist();
     void knowsWhichNamesAPortCanHave_data();
     void knowsWhichNamesAPortCanHave();
-    void givesASignOfLifeOnlyWhenItsThreadRuns();
+    void callsMeanwhileBetweenSendingAndTheAnswer();
     void carriesIdentifierAndData_data();
     void carriesIdentifierAndData();
     void emptyMessageCarriesNoData();
@@ -145,27 +145,26 @@ void MessagePortTest::knowsWhichNamesAPortCanHave()
     QCOMPARE(RemoteMessagePort::open(name).has_value(), isPossible);
 }
 
-void MessagePortTest::givesASignOfLifeOnlyWhenItsThreadRuns()
+void MessagePortTest::callsMeanwhileBetweenSendingAndTheAnswer()
 {
-    const auto hasSignOfLife = [](std::chrono::milliseconds limit) {
-        QDBusPendingCall question = RemoteMessagePort::askForSignOfLife(portName, limit);
-        question.waitForFinished();
-        return !question.isError();
-    };
-    QVERIFY(!hasSignOfLife(20s));
     std::binary_semaphore isReceived(0), isReleased(0);
-    const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &) {
+    const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &data) {
         isReceived.release();
         isReleased.acquire();
-        return std::optional<QByteArray>();
+        return data;
     });
     QVERIFY(port.isServing());
-    QVERIFY(hasSignOfLife(20s));
-    RemoteMessagePort::open(portName)->post(1, "stuck");
-    isReceived.acquire();
-    QVERIFY(!hasSignOfLife(20ms));
-    isReleased.release();
-    QVERIFY(hasSignOfLife(20s));
+    QByteArray answer;
+    bool hadAnswer = false;
+    const auto meanwhile = [&] {
+        isReceived.acquire(); // so it was sent
+        hadAnswer = !answer.isEmpty();
+        isReleased.release();
+    };
+    QCOMPARE(RemoteMessagePort::open(portName)->sendRequest(1, "echo", 20s, 20s, &answer, meanwhile),
+             RemoteMessagePort::SendStatus::success);
+    QCOMPARE(answer, QByteArray("echo"));
+    QVERIFY(!hadAnswer);
 }
 
 void MessagePortTest::carriesIdentifierAndData_data()

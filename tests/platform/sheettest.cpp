@@ -26,6 +26,10 @@ private Q_SLOTS:
     void isShownAgainWhenItIsUp();
     void endsAfterItWasOrderedOut();
     void saysNothingWhenItIsNotUp();
+    void paneStandsInTheMiddleOfItsWindow();
+    void paneAppearsWithItsWindow();
+    void paneKeepsInputFromTheRestOfItsWindow();
+    void paneKeepsTheFocusAndGivesItBack();
     void pressesTheCancelButtonOnEscape();
     void staysOnEscapeWithoutCancelButton();
     void pressesTheCloseButtonWhenItIsClosed();
@@ -173,6 +177,102 @@ void SheetTest::saysNothingWhenItIsNotUp()
     sheet.orderOut();
     sheet.endSheet(3);
     QVERIFY(!sheet.isVisible());
+}
+
+void SheetTest::paneStandsInTheMiddleOfItsWindow()
+{
+    QWidget window;
+    window.resize(600, 400);
+    auto *sheet = new Sheet(&window, Sheet::Place::insideWindow);
+    (new QVBoxLayout(sheet))->addWidget(new QPushButton(u"a button"_s));
+    window.show();
+    QVERIFY(!sheet->isVisible());
+    sheet->beginSheet(&window);
+    QVERIFY(sheet->isVisible());
+    QVERIFY(!sheet->isWindow());
+    const auto distance = [&] { return (sheet->geometry().center() - window.rect().center()).manhattanLength(); };
+    QVERIFY(distance() <= 2);
+    QVERIFY(window.rect().contains(sheet->geometry()));
+    window.resize(900, 300);
+    QTRY_VERIFY(distance() <= 2);
+    sheet->endSheet();
+    QVERIFY(!sheet->isVisible());
+}
+
+void SheetTest::paneAppearsWithItsWindow()
+{
+    QWidget window;
+    auto *sheet = new Sheet(&window, Sheet::Place::insideWindow);
+    sheet->beginSheet(&window);
+    QVERIFY(!sheet->isVisible());
+    window.show();
+    QTRY_VERIFY(sheet->isVisible());
+}
+
+void SheetTest::paneKeepsInputFromTheRestOfItsWindow()
+{
+    QWidget window;
+    window.resize(600, 400);
+    auto *below = new QPushButton(u"below"_s, &window);
+    auto *sheet = new Sheet(&window, Sheet::Place::insideWindow);
+    auto *inside = new QPushButton(u"inside"_s);
+    (new QVBoxLayout(sheet))->addWidget(inside);
+    QSignalSpy belowClicked(below, &QPushButton::clicked);
+    QSignalSpy insideClicked(inside, &QPushButton::clicked);
+    const auto useBelow = [below] {
+        QTest::mouseClick(below, Qt::LeftButton);
+        QTest::keyClick(below, Qt::Key_Space);
+    };
+    window.show();
+    useBelow();
+    QCOMPARE(belowClicked.count(), 2);
+    sheet->beginSheet(&window);
+    useBelow();
+    QCOMPARE(belowClicked.count(), 2);
+    QTest::mouseClick(inside, Qt::LeftButton);
+    QCOMPARE(insideClicked.count(), 1);
+    QPushButton other(u"in another window"_s);
+    QSignalSpy otherClicked(&other, &QPushButton::clicked);
+    other.show();
+    QTest::mouseClick(&other, Qt::LeftButton);
+    QCOMPARE(otherClicked.count(), 1);
+    sheet->endSheet();
+    useBelow();
+    QCOMPARE(belowClicked.count(), 4);
+}
+
+void SheetTest::paneKeepsTheFocusAndGivesItBack()
+{
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *before = new QPushButton(u"before"_s);
+    auto *after = new QPushButton(u"after"_s);
+    layout->addWidget(before);
+    layout->addWidget(after);
+    auto *sheet = new Sheet(&window, Sheet::Place::insideWindow);
+    sheet->setFocusPolicy(Qt::StrongFocus);
+    auto *first = new QPushButton(u"first"_s);
+    auto *second = new QPushButton(u"second"_s);
+    auto *sheetLayout = new QVBoxLayout(sheet);
+    sheetLayout->addWidget(first);
+    sheetLayout->addWidget(second);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    after->setFocus();
+    sheet->beginSheet(&window);
+    const auto focusAfter = [&window](Qt::Key key) {
+        QTest::keyClick(window.focusWidget(), key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+        return window.focusWidget();
+    };
+    QCOMPARE(window.focusWidget(), sheet);
+    QCOMPARE(focusAfter(Qt::Key_Tab), first);
+    QCOMPARE(focusAfter(Qt::Key_Tab), second);
+    QCOMPARE(focusAfter(Qt::Key_Tab), sheet);
+    QCOMPARE(focusAfter(Qt::Key_Backtab), second);
+    QCOMPARE(focusAfter(Qt::Key_Backtab), first);
+    sheet->endSheet();
+    QCOMPARE(window.focusWidget(), after);
 }
 
 void SheetTest::pressesTheCancelButtonOnEscape()

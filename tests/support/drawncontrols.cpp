@@ -294,7 +294,7 @@ QImage drawnWithSheet(QWidget *window, QWidget *sheet)
 {
     constexpr int distanceFromTop = 60;
     QImage picture = drawn(window);
-    if (sheet) {
+    if (sheet && sheet->isWindow()) { // else the window has drawn it
         const QPoint position((window->width() - sheet->width()) / 2, distanceFromTop);
         QPainter painter(&picture);
         painter.drawImage(position, drawn(sheet));
