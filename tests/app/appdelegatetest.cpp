@@ -130,7 +130,8 @@ void AppDelegateTest::looksForTheDaemonOnlyAfterTheFirstWait()
 {
     const ScriptedDaemon daemon(sampleDocument()); // is there from the beginning
     const Hub hub;
-    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), std::chrono::hours(1));
+    Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), callAtOnce,
+                                              std::chrono::hours(1));
     std::stop_source stop;
     stop.request_stop(); // during the first wait
     delegate.doLoopInBackground(stop.get_token());
