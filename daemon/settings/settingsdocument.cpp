@@ -3,6 +3,7 @@
 
 #include "base/plistnumbers.h"
 #include "base/settingskeys.h"
+#include "daemon/settings/treesize.h"
 #include "macros/macrorecord.h"
 
 #include <QSet>
@@ -21,50 +22,6 @@ bool isAbsentOr(QMetaType::Type type, const QVariantMap &dictionary, QLatin1Stri
     const auto found = dictionary.constFind(key);
     return found == dictionary.constEnd() || found->typeId() == type;
 }
-
-bool isWholeNumber(const QVariant &value)
-{
-    const int type = value.typeId();
-    return type == QMetaType::Int || type == QMetaType::LongLong;
-}
-
-/// What a tree takes up; stops counting when it is over a bound.
-class TreeSize
-{
-public:
-    [[nodiscard]] bool fits(const QVariant &value, int depth = 1)
-    {
-        if (++mNodes > SettingsDocument::maximumNodes || depth > SettingsDocument::maximumDepth)
-            return false;
-        switch (value.typeId()) {
-        case QMetaType::QVariantMap: return fitsMap(value.toMap(), depth);
-        case QMetaType::QVariantList:
-            return std::ranges::all_of(value.toList(), [&](const QVariant &entry) { return fits(entry, depth + 1); });
-        case QMetaType::QString: return fitsContent(2 * value.toString().size());
-        case QMetaType::QByteArray: return fitsContent(value.toByteArray().size());
-        default: return true;
-        }
-    }
-
-private:
-    [[nodiscard]] bool fitsMap(const QVariantMap &map, int depth)
-    {
-        for (auto entry = map.constBegin(); entry != map.constEnd(); ++entry) {
-            ++mNodes;
-            if (!fitsContent(2 * entry.key().size()) || !fits(entry.value(), depth + 1))
-                return false;
-        }
-        return true;
-    }
-
-    [[nodiscard]] bool fitsContent(qsizetype bytes)
-    {
-        return (mContentBytes += bytes) <= SettingsDocument::maximumContentBytes;
-    }
-
-    int mNodes = 0;
-    qsizetype mContentBytes = 0;
-};
 
 QString problemOfMacros(const QVariantList &macros)
 {
@@ -111,6 +68,17 @@ QVariantMap withMacroIds(QVariantMap document)
 
 } // namespace
 
+bool SettingsDocument::isPosition(const QVariant &value, qsizetype count)
+{
+    const bool isWholeNumber = value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong;
+    return isWholeNumber && value.toLongLong() >= 0 && value.toLongLong() < count;
+}
+
+bool SettingsDocument::isWithinBounds(const TreeSize &size)
+{
+    return size.nodes <= maximumNodes && size.contentBytes <= maximumContentBytes && size.depth <= maximumDepth;
+}
+
 QString SettingsDocument::problemOf(const QVariantMap &document)
 {
     if (document.value(SettingsKeys::profiles).typeId() != QMetaType::QVariantList
@@ -127,13 +95,12 @@ QString SettingsDocument::problemOf(const QVariantMap &document)
     }
 
     const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
-    const QVariant active = deviceSettings.value(SettingsKeys::activeProfile);
-    if (!isWholeNumber(active) || active.toLongLong() < 0 || active.toLongLong() >= profileList.size())
+    if (!isPosition(deviceSettings.value(SettingsKeys::activeProfile), profileList.size()))
         return u"\"ActiveProfile\" is no position in \"Profiles\""_s;
     const QString problem = problemOfMacros(macros(document));
     if (!problem.isEmpty())
         return problem;
-    return TreeSize().fits(document) ? QString() : u"too large, or nested too deeply"_s;
+    return isWithinBounds(TreeSize::of(document)) ? QString() : u"too large, or nested too deeply"_s;
 }
 
 QVariantMap SettingsDocument::completed(QVariantMap document)
@@ -150,10 +117,14 @@ QVariantMap SettingsDocument::completed(QVariantMap document)
 
 QVariantMap SettingsDocument::minimal()
 {
-    const QVariantMap profile{{SettingsKeys::profileName, u"Default Profile"_s}, {SettingsKeys::keys, QVariantMap()}};
-    return completed({{SettingsKeys::profiles, QVariantList{profile}},
+    return completed({{SettingsKeys::profiles, QVariantList{emptyProfile(u"Default Profile"_s)}},
                       {SettingsKeys::macros, QVariantList()},
                       {SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 0}}}});
+}
+
+QVariantMap SettingsDocument::emptyProfile(const QString &name)
+{
+    return {{SettingsKeys::profileName, name}, {SettingsKeys::keys, QVariantMap()}};
 }
 
 QVariantList SettingsDocument::profiles(const QVariantMap &document)

@@ -7,6 +7,8 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+struct TreeSize;
+
 namespace SettingsDocument {
 
 inline constexpr int maximumProfiles = 20;
@@ -16,6 +18,11 @@ inline constexpr int maximumProfiles = 20;
 inline constexpr int maximumDepth = 500;                          ///< containers inside each other
 inline constexpr int maximumNodes = 500'000;                      ///< values and dictionary keys
 inline constexpr qsizetype maximumContentBytes = 4 * 1024 * 1024; ///< strings (two a UTF-16 code unit) and data
+
+/// Whether `value` is a number that is the position of one of `count` entries.
+[[nodiscard]] bool isPosition(const QVariant &value, qsizetype count);
+/// Whether a document of this size is within the bounds.
+[[nodiscard]] bool isWithinBounds(const TreeSize &size);
 
 /// What is wrong with `document`; empty when it is valid: at least one profile and at most maximumProfiles, at most
 /// the macros and events of macrorecord.h, records that are dictionaries, "ActiveProfile" a position in "Profiles", and
@@ -31,6 +38,8 @@ inline constexpr qsizetype maximumContentBytes = 4 * 1024 * 1024; ///< strings (
 
 /// A valid document with one profile that maps nothing: what is left when even the factory settings cannot be read.
 [[nodiscard]] QVariantMap minimal();
+/// A valid profile record that maps nothing.
+[[nodiscard]] QVariantMap emptyProfile(const QString &name);
 
 [[nodiscard]] QVariantList profiles(const QVariantMap &document);
 [[nodiscard]] QVariantList macros(const QVariantMap &document);

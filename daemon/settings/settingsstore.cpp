@@ -3,7 +3,6 @@
 
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
-#include "daemon/settings/settingsdocument.h"
 #include "daemon/system/damagedfile.h"
 #include "daemon/system/logging.h"
 
@@ -19,6 +18,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +44,15 @@ int lockExclusively(int file)
 bool renameOver(const QString &from, const QString &to)
 {
     return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+/// 0, or an errno value.
+int linkFile(const QString &from, const QString &to)
+{
+    const bool isLinked = ::linkat(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD,
+                                   QFile::encodeName(to).constData(), AT_SYMLINK_FOLLOW)
+                          == 0;
+    return isLinked ? 0 : errno;
 }
 
 /// Writing goes through "settings.plist." and six letters; a daemon that was killed while it wrote leaves that. (No
@@ -122,19 +131,28 @@ QStringList SettingsStore::presentFiles() const
 
 std::optional<QVariantMap> SettingsStore::load()
 {
-    std::optional<QVariantMap> newest;
+    std::optional<RepairedSettings> newest;
     for (const QString &candidate : presentFiles()) {
-        std::optional<QVariantMap> document = readGood(candidate); // reads all, so that no damaged one stays among them
-        if (!document || newest)
+        std::optional<RepairedSettings> settings =
+            read(candidate); // reads all, so that no damaged one stays among them
+        if (!settings || newest)
             continue;
         if (candidate != path())
             qCWarning(lcSettings, "file: no good settings.plist, the copy %s is used", qUtf8Printable(candidate));
-        newest = std::move(document);
+        for (const QString &repair : std::as_const(settings->repairs))
+            qCWarning(lcSettings, "file: %s: %s", qUtf8Printable(candidate), qUtf8Printable(repair));
+        if (!settings->repairs.isEmpty())
+            mWrongFile = candidate;
+        newest = std::move(settings);
     }
-    return newest;
+    if (!newest)
+        return {};
+    if (!mWrongFile.isEmpty())
+        (void)save(newest->document); // tried again by the next change
+    return newest->document;
 }
 
-std::optional<QVariantMap> SettingsStore::readGood(const QString &filePath)
+std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
 {
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(filePath);
     if (!bytes.error.isEmpty()) { // it could be read when the folder was opened
@@ -143,11 +161,10 @@ std::optional<QVariantMap> SettingsStore::readGood(const QString &filePath)
         return {};
     }
     const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(bytes.data);
-    const QString problem = document ? SettingsDocument::problemOf(*document) : u"not a property list"_s;
-    if (problem.isEmpty())
-        return document;
-    setAside(filePath, problem);
-    return {};
+    std::optional<RepairedSettings> settings = document ? repairedSettings(*document) : std::nullopt;
+    if (!settings)
+        setAside(filePath, document ? u"nothing of a settings document"_s : u"not a property list"_s);
+    return settings;
 }
 
 void SettingsStore::setAside(const QString &filePath, const QString &reason)
@@ -184,17 +201,23 @@ bool SettingsStore::save(const QVariantMap &document)
     const bool isReplacing = QFileInfo::exists(path());
     if (isReplacing)
         finishInterruptedSave();
-    const bool hasSecondName = isReplacing && keepSecondName();
+    const bool isOriginal = mWrongFile == path();
+    const QString secondName = !isReplacing ? QString() : isOriginal ? keepOriginal() : giveSecondName();
+    if (isReplacing && isOriginal && secondName.isEmpty())
+        return false;
     QString problem;
     if (!PropertyList::writeFileAtomically(path(), *data, &problem)) {
         qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
-        if (hasSecondName)
-            takeBackReplacement();
+        if (!secondName.isEmpty())
+            takeBackReplacement(secondName);
         else if (!isReplacing)
             QFile::remove(path());
         return false;
     }
-    shiftCopies();
+    if (mWrongFile.isEmpty())
+        shiftCopies();
+    else
+        reportKept(secondName);
     return true;
 }
 
@@ -212,24 +235,52 @@ void SettingsStore::finishInterruptedSave()
         shiftCopies();
 }
 
-/// Gives the document that is about to be replaced a second name, which writing leaves alone. Where the file system has
-/// no hard links the document is replaced as safely, only without a copy of the old one.
-bool SettingsStore::keepSecondName()
+/// Gives the document that is about to be replaced a second name, which writing leaves alone, and returns it. Where the
+/// file system has no hard links it is empty, and the document is replaced as safely, only without a copy of the old
+/// one.
+QString SettingsStore::giveSecondName()
 {
-    if (::linkat(AT_FDCWD, QFile::encodeName(path()).constData(), AT_FDCWD, QFile::encodeName(copyPath(0)).constData(),
-                 AT_SYMLINK_FOLLOW)
-        == 0)
-        return true;
-    qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError(errno)));
-    return false;
+    if (const int error = linkFile(path(), copyPath(0)); error != 0) {
+        qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError(error)));
+        return {};
+    }
+    return copyPath(0);
+}
+
+/// The same for a document that was repaired, under the name that it keeps; as a file of its own where there are no
+/// hard links. Empty (and logged) when that failed.
+QString SettingsStore::keepOriginal() const
+{
+    QString name = unusedAsideName(path());
+    if (linkFile(path(), name) == 0)
+        return name;
+    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(path());
+    QString problem = bytes.error;
+    if (problem.isEmpty() && PropertyList::writeFileAtomically(name, bytes.data, &problem))
+        return name;
+    qCCritical(lcSettings, "file: cannot keep %s as %s: %s", qUtf8Printable(path()), qUtf8Printable(name),
+               qUtf8Printable(problem));
+    return {};
+}
+
+/// Tells where the original of the file that was repaired is: `original`, or where a copy is set aside now.
+void SettingsStore::reportKept(QString original)
+{
+    const QString repaired = std::exchange(mWrongFile, {});
+    if (repaired != path()) {
+        const SetAsideFile aside = setDamagedFileAside(repaired, path());
+        original = aside.error.isEmpty() ? aside.name : repaired;
+    }
+    qCWarning(lcSettings, "file: %s was repaired, the original is kept as %s", qUtf8Printable(repaired),
+              qUtf8Printable(original));
 }
 
 /// The document as it was before a save that failed, also when that failed only after the replacement.
-void SettingsStore::takeBackReplacement()
+void SettingsStore::takeBackReplacement(const QString &secondName)
 {
     // Renaming does nothing between two names of one file, which is what these are when nothing was replaced.
-    if (renameOver(copyPath(0), path()))
-        QFile::remove(copyPath(0));
+    if (renameOver(secondName, path()))
+        QFile::remove(secondName);
 }
 
 /// Makes the copy .0, if there is one, the copy .1. The others move up as far as the first gap, which a kill or a

@@ -3,6 +3,8 @@
 // Owned by the daemon; one thread, and one process per folder (the store holds a lock).
 #pragma once
 
+#include "daemon/settings/settingsrepair.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -14,7 +16,8 @@
 ///   settings.plist.1 ... .3         the documents before it, newest first
 ///   settings.plist.0                the document before it, only while one is being replaced; what a daemon that was
 ///                                   killed in between left to do is done by the next save
-///   settings.plist.damaged-<time>   what was no settings document, set aside as it was; neither overwritten nor read
+///   settings.plist.damaged-<time>   what was no settings document, or one with wrong values, as it was; neither
+///                                   overwritten nor read
 ///   lock                            held by the daemon that uses the folder
 class SettingsStore
 {
@@ -37,7 +40,8 @@ public:
     [[nodiscard]] OpenResult open();
     [[nodiscard]] QString errorText() const { return mErrorText; }
 
-    /// The newest good document of the folder; absent when there is none. Sets damaged files aside and logs them.
+    /// The newest document of the folder; absent when there is none. One with wrong values is repaired, on the disk,
+    /// too, and its original is kept aside. Sets files aside that are no settings documents. Logs all of this.
     [[nodiscard]] std::optional<QVariantMap> load();
 
     /// Writes `document`, on the disk when this returns. False when that failed: the folder holds the documents that it
@@ -48,17 +52,20 @@ private:
     [[nodiscard]] QString path(const QString &suffix = {}) const;
     [[nodiscard]] QString copyPath(int copy) const;
     [[nodiscard]] QStringList presentFiles() const;
-    [[nodiscard]] std::optional<QVariantMap> readGood(const QString &filePath);
+    [[nodiscard]] std::optional<RepairedSettings> read(const QString &filePath);
     void setAside(const QString &filePath, const QString &reason);
     void refuseSavingWhileThereIs(const QString &filePath);
     void removeLeftOvers();
     void finishInterruptedSave();
-    [[nodiscard]] bool keepSecondName();
-    void takeBackReplacement();
+    [[nodiscard]] QString giveSecondName();
+    [[nodiscard]] QString keepOriginal() const;
+    void reportKept(QString original);
+    void takeBackReplacement(const QString &secondName);
     void shiftCopies();
 
     QString mFolder;
     QString mErrorText;
     int mLock = -1;
     QStringList mInTheWay; // files that could be neither read nor set aside; nothing is saved while they are there
+    QString mWrongFile;    // the file whose values were repaired, until the next save has kept it aside
 };

@@ -11,12 +11,18 @@
 
 using namespace Qt::StringLiterals;
 
-SetAsideFile setDamagedFileAside(const QString &path, const QString &base)
+QString unusedAsideName(const QString &base)
 {
     const QString first = base + u".damaged-"_s + QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd'T'HHmmss'Z'"_s);
     QString target = first;
     for (int number = 2; QFileInfo::exists(target); ++number)
         target = u"%1-%2"_s.arg(first).arg(number);
+    return target;
+}
+
+SetAsideFile setDamagedFileAside(const QString &path, const QString &base)
+{
+    const QString target = unusedAsideName(base);
     if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData()) != 0)
         return {.name = {}, .error = QString::fromLocal8Bit(std::strerror(errno))};
     return {.name = target, .error = {}};

@@ -11,6 +11,9 @@ struct SetAsideFile
     QString error; ///< in the system's words; empty when it was renamed
 };
 
-/// Renames the file at `path` to "<base>.damaged-<UTC time>", with a number where that is taken. `base` is the path
+/// A path that nothing has yet: "<base>.damaged-<UTC time>", with a number where that is taken. `base` is the path
 /// without what marks it as a copy.
+[[nodiscard]] QString unusedAsideName(const QString &base);
+
+/// Renames the file at `path` to unusedAsideName(base).
 [[nodiscard]] SetAsideFile setDamagedFileAside(const QString &path, const QString &base);

@@ -10,6 +10,7 @@
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/sentrecorder.h"
 #include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusArgument>
@@ -137,6 +138,7 @@ private Q_SLOTS:
     void repliesUnderTheCommandNumber();
     void settingsSurviveARestart();
     void damagedSettingsAreSetAside();
+    void oneWrongValueCostsNothingElse();
     void unreadableSettingsAreNamed();
     void fullDiskIsReportedAndChangesNothing();
     void postsNotificationsForOtherClients();
@@ -243,6 +245,28 @@ void DaemonProcessTest::damagedSettingsAreSetAside()
     QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"one"_s);
     QCOMPARE(QDir(mDaemon->settingsFolder()).entryList({u"settings.plist.damaged-*"_s}).size(), 1);
     QVERIFY(mDaemon->log().contains("is damaged"));
+}
+
+void DaemonProcessTest::oneWrongValueCostsNothingElse()
+{
+    const auto added = mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, named(u"Mine"_s)}});
+    QVERIFY(added);
+    mDaemon->terminate();
+    const QString path = mDaemon->settingsFolder() + u"/settings.plist"_s;
+    const QVariantMap document = added->values.value(u"ReturnDictionary"_s).toMap();
+    const QByteArray original =
+        QlCoreUtility::convertDictionaryToData(SettingsDocument::withActiveProfile(document, 7)).value();
+    writeFile(path, original);
+    QVERIFY(mDaemon->start());
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(settings->values.value(u"AllDevSettings"_s),
+             QVariant(SettingsDocument::completed(SettingsDocument::withActiveProfile(document, 0))));
+    const QStringList kept = QDir(mDaemon->settingsFolder()).entryList({u"settings.plist.damaged-*"_s});
+    QCOMPARE(kept.size(), 1);
+    QFile file(mDaemon->settingsFolder() + u'/' + kept.first());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), original);
 }
 
 void DaemonProcessTest::unreadableSettingsAreNamed()

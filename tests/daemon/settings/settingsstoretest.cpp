@@ -5,6 +5,7 @@
 #include "tests/support/filelockfailure.h"
 #include "tests/support/filesizelimit.h"
 #include "tests/support/folderflushfailure.h"
+#include "tests/support/hardlinkfailure.h"
 #include "tests/support/ordinaryuser.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
@@ -36,6 +37,17 @@ QVariantMap documentNamed(const QString &profileName)
                                           {QVariantMap{{u"ProfileName"_s, profileName}, {u"Keys"_s, QVariantMap()}}});
 }
 
+/// Its only fault is a position of the active profile that does not exist.
+QVariantMap wrongDocumentNamed(const QString &profileName)
+{
+    return SettingsDocument::withActiveProfile(documentNamed(profileName), 7);
+}
+
+QByteArray dataOf(const QVariantMap &document)
+{
+    return QlCoreUtility::convertDictionaryToData(document).value();
+}
+
 QString nameOf(const std::optional<QVariantMap> &document)
 {
     return document ? SettingsDocument::profiles(*document).first().toMap().value(u"ProfileName"_s).toString()
@@ -58,6 +70,12 @@ private Q_SLOTS:
     void setsDamagedFileAsideAndUsesNewestCopy();
     void damagedFilesAreNeverOverwritten();
     void allDamagedMeansNoDocument();
+    void repairsWrongValuesEvenWhenACopyIsGood();
+    void repairThatCannotBeWrittenLeavesTheFileAlone();
+    void originalThatCannotBeKeptIsNotOverwritten();
+    void originalIsKeptWithoutHardLinks();
+    void newestCopyIsRepaired();
+    void copyThatIsNotUsedStaysWithItsWrongValue();
     void unreadableFileIsReportedAndLeftAlone_data();
     void unreadableFileIsReportedAndLeftAlone();
     void fileWithoutTheRightToReadIsReported();
@@ -230,6 +248,100 @@ void SettingsStoreTest::allDamagedMeansNoDocument()
     QCOMPARE(filesMatching(u"settings.plist.damaged-*"_s).size(), 3);
     QVERIFY(mStore->save(documentNamed(u"fresh"_s)));
     QCOMPARE(nameOf(mStore->load()), u"fresh"_s);
+}
+
+void SettingsStoreTest::repairsWrongValuesEvenWhenACopyIsGood()
+{
+    for (const QString &name : {u"1"_s, u"2"_s, u"3"_s})
+        QVERIFY(mStore->save(documentNamed(name)));
+    writeFile(filePath(u"settings.plist"_s), dataOf(wrongDocumentNamed(u"edited"_s)));
+    reopen();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist: \"ActiveProfile\" was not a position"_s));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(u"settings\\.plist was repaired, .* kept as .*plist\\.damaged-"_s));
+    QCOMPARE(mStore->load(), std::optional(documentNamed(u"edited"_s)));
+    // It is on the disk, with the original beside it and the copies as they were.
+    QCOMPARE(storedNames(), QStringList({u"edited"_s, u""_s, u"2"_s, u"1"_s, u""_s}));
+    const QStringList originals = filesMatching(u"settings.plist.damaged-*"_s);
+    QCOMPARE(originals.size(), 1);
+    QCOMPARE(contentOf(originals.first()), dataOf(wrongDocumentNamed(u"edited"_s)));
+    reopen();
+    QCOMPARE(mStore->load(), std::optional(documentNamed(u"edited"_s)));
+    QVERIFY(mStore->save(documentNamed(u"4"_s)));
+    QCOMPARE(storedNames(), QStringList({u"4"_s, u""_s, u"edited"_s, u"2"_s, u"1"_s}));
+    QCOMPARE(filesMatching(u"settings.plist.damaged-*"_s), originals);
+}
+
+void SettingsStoreTest::repairThatCannotBeWrittenLeavesTheFileAlone()
+{
+    const QByteArray original = dataOf(wrongDocumentNamed(u"edited"_s));
+    writeFile(filePath(u"settings.plist"_s), original);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was not a position"_s));
+    {
+        const FileSizeLimit fullDisk(16);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QCOMPARE(nameOf(mStore->load()), u"edited"_s);
+    }
+    QCOMPARE(filesMatching(u"settings.plist*"_s), QStringList{u"settings.plist"_s});
+    QCOMPARE(contentOf(u"settings.plist"_s), original);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was repaired"_s));
+    QVERIFY(mStore->save(documentNamed(u"next"_s))); // there is room again
+    QCOMPARE(storedNames(), QStringList({u"next"_s, u""_s, u""_s, u""_s, u""_s}));
+    QCOMPARE(contentOf(filesMatching(u"settings.plist.damaged-*"_s).value(0)), original);
+}
+
+void SettingsStoreTest::originalThatCannotBeKeptIsNotOverwritten()
+{
+    const QByteArray original = dataOf(wrongDocumentNamed(u"edited"_s));
+    writeFile(filePath(u"settings.plist"_s), original);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was not a position"_s));
+    const HardLinkFailure noLinks(EPERM);
+    const FileSizeLimit fullDisk(16);
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot keep .*settings\\.plist .*File too large"_s));
+    QCOMPARE(nameOf(mStore->load()), u"edited"_s);
+    QCOMPARE(filesMatching(u"settings.plist*"_s), QStringList{u"settings.plist"_s});
+    QCOMPARE(contentOf(u"settings.plist"_s), original);
+}
+
+void SettingsStoreTest::originalIsKeptWithoutHardLinks()
+{
+    const QByteArray original = dataOf(wrongDocumentNamed(u"edited"_s));
+    writeFile(filePath(u"settings.plist"_s), original);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was not a position"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was repaired"_s));
+    const HardLinkFailure noLinks(EPERM);
+    QCOMPARE(nameOf(mStore->load()), u"edited"_s);
+    QCOMPARE(contentOf(filesMatching(u"settings.plist.damaged-*"_s).value(0)), original);
+    QCOMPARE(contentOf(u"settings.plist"_s), dataOf(documentNamed(u"edited"_s)));
+}
+
+void SettingsStoreTest::newestCopyIsRepaired()
+{
+    store({u"4"_s, u""_s, u"3"_s, u"2"_s, u"1"_s});
+    writeFile(filePath(u"settings.plist"_s), "damage");
+    writeFile(filePath(u"settings.plist.1"_s), dataOf(wrongDocumentNamed(u"3"_s)));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist is damaged .* set aside as"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"the copy .*settings\\.plist\\.1 is used"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.1: \"ActiveProfile\" was not"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.1 was repaired"_s));
+    QCOMPARE(nameOf(mStore->load()), u"3"_s);
+    QCOMPARE(storedNames(), QStringList({u"3"_s, u""_s, u""_s, u"2"_s, u"1"_s}));
+    QByteArrayList kept;
+    for (const QString &name : filesMatching(u"settings.plist.damaged-*"_s))
+        kept += contentOf(name);
+    QCOMPARE(kept.size(), 2);
+    QVERIFY(kept.contains("damage"));
+    QVERIFY(kept.contains(dataOf(wrongDocumentNamed(u"3"_s))));
+}
+
+void SettingsStoreTest::copyThatIsNotUsedStaysWithItsWrongValue()
+{
+    store({u"2"_s, u""_s, u"1"_s, u""_s, u""_s});
+    const QByteArray original = dataOf(wrongDocumentNamed(u"1"_s));
+    writeFile(filePath(u"settings.plist.1"_s), original);
+    QCOMPARE(nameOf(mStore->load()), u"2"_s);
+    QCOMPARE(contentOf(u"settings.plist.1"_s), original);
+    QCOMPARE(filesMatching(u"settings.plist.damaged-*"_s), QStringList());
 }
 
 void SettingsStoreTest::unreadableFileIsReportedAndLeftAlone_data()
