@@ -4,6 +4,7 @@
 #include "base/frontapplicationkeys.h"
 #include "base/plistnumbers.h"
 #include "base/settingskeys.h"
+#include "base/settingsobjectkeys.h"
 #include "cli/commandtable.h"
 #include "cli/deviceclient.h"
 #include "cli/frontapplicationclient.h"
@@ -16,6 +17,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr QLatin1StringView problemsRow{"settingsProblems"};
 
 /// A property of the application in front; null when the daemon does not tell it.
 QJsonValue frontApplication(QLatin1StringView property)
@@ -36,6 +39,17 @@ QString frontApplicationHint()
     return (source == FrontApplicationKeys::noSource ? u"this desktop does not tell which application is in front"_s
                                                      : u"this desktop tells of X11 applications only"_s)
            + u"; tell it by \"kestractl focus NAME\""_s;
+}
+
+/// What was wrong with the settings files since the daemon started; null when the daemon does not tell it.
+QJsonValue settingsProblems()
+{
+    constexpr DaemonObject settings{.path = SettingsObjectKeys::objectPath,
+                                    .interface = SettingsObjectKeys::interfaceName,
+                                    .words = "state of the settings files"_L1};
+    DaemonObjectResult result;
+    const std::optional<QVariant> problems = settings.property(SettingsObjectKeys::problems, result);
+    return problems ? QJsonValue(QJsonArray::fromStringList(problems->toStringList())) : QJsonValue();
 }
 
 using Rows = QList<std::pair<QString, QJsonValue>>;
@@ -89,7 +103,8 @@ Rows statusRows(const QVariantMap &document, DaemonClient &daemon)
                  {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
                  {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
                  {u"gameMode"_s, settings.value(SettingsKeys::gameMode).toBool()},
-                 {u"brightness"_s, PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal))}};
+                 {u"brightness"_s, PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal))},
+                 {problemsRow, settingsProblems()}};
     return rows;
 }
 
@@ -116,6 +131,13 @@ QString words(const QJsonValue &value)
     return text.isEmpty() ? u"none"_s : text;
 }
 
+/// One line each, because they are sentences.
+void printProblems(const QJsonArray &problems, Console &console)
+{
+    for (const QJsonValue &problem : problems)
+        console.print(u"settingsProblem: "_s + problem.toString());
+}
+
 } // namespace
 
 ExitCode showStatus(CommandContext &context)
@@ -135,7 +157,9 @@ ExitCode showStatus(CommandContext &context)
     for (const auto &[name, value] : statusRows(document.reply, context.daemon)) {
         object.insert(name, value);
         const bool isHintWithoutNeed = name == "frontApplicationHint"_L1 && value.toString().isEmpty();
-        if (!asJson && !isHintWithoutNeed)
+        if (!asJson && name == problemsRow)
+            printProblems(value.toArray(), context.console);
+        else if (!asJson && !isHintWithoutNeed)
             context.console.print(name + u": "_s + words(value));
     }
     if (asJson)

@@ -19,6 +19,7 @@
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
 #include "daemon/launch/programlauncher.h"
 #include "daemon/settings/factorysettings.h"
+#include "daemon/settings/settingsadaptor.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
 #include "daemon/system/busend.h"
@@ -107,8 +108,8 @@ std::vector<FrontApplicationWatch::SourceKind> frontApplicationSources(const QDB
             {"x11"_L1, [] { return std::make_unique<X11FrontApplication>(); }}};
 }
 
-/// The panic chord has given the keyboards back.
-DesktopNotification::Notice releaseNotice()
+/// A notice that stays, with the texts of these keys.
+DesktopNotification::Notice lastingNotice(const char *summaryKey, const char *bodyKey)
 {
     // Not at the start: what hardly ever happens is to cost no memory until then.
     static const bool areTextsThere = [] {
@@ -116,9 +117,7 @@ DesktopNotification::Notice releaseNotice()
         return true;
     }();
     Q_UNUSED(areTextsThere);
-    return {.summary = localizedText("lkeyKeyboardReleased"),
-            .body = localizedText("lkeyKeyboardReleasedHow"),
-            .isPassing = false};
+    return {.summary = localizedText(summaryKey), .body = localizedText(bodyKey), .isPassing = false};
 }
 
 /// All that a serving daemon is made of, and what connects it.
@@ -128,18 +127,23 @@ public:
     DaemonSession(SettingsStore &store, const QDBusConnection &bus)
         : mBus(bus), mDevices(mInputNodes, mLinuxKeyboard), mDeviceChoice(SettingsStore::defaultFolder()),
           mClientWatch(bus, [this](const QString &portName) { mDaemon.clientVanished(portName); }), mNotifications(bus),
-          mProfileNotification(bus), mReleaseNotification(bus), mStart(startDocument(store)),
-          mDaemon(store, mKeyboard, outlets(), mStart.document), mKeyboardObject(mKeyboard),
-          mDevicesObject(mDevices, mDeviceChoice), mFrontApplication(frontApplicationSources(bus)),
-          mFrontApplicationObject(mFrontApplication), mDesktopSearch(mFrontApplication, bus)
+          mProfileNotification(bus), mReleaseNotification(bus), mSettingsNotification(bus),
+          mStart(startDocument(store)), mDaemon(store, mKeyboard, outlets(), mStart.document), mSettingsObject(store),
+          mKeyboardObject(mKeyboard), mDevicesObject(mDevices, mDeviceChoice),
+          mFrontApplication(frontApplicationSources(bus)), mFrontApplicationObject(mFrontApplication),
+          mDesktopSearch(mFrontApplication, bus)
     {
         mDaemon.setAwaitsFactorySettings(mStart.isMinimal);
         QObject::connect(&mTimer, &DeadlineTimer::reached, &mDaemon, &DeviceDaemon::wake);
         QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
             mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mKeyboard);
         });
-        QObject::connect(&mDevices, &LinuxDevices::panicked, &mReleaseNotification,
-                         [this] { mReleaseNotification.show(releaseNotice()); });
+        QObject::connect(&mDevices, &LinuxDevices::panicked, &mReleaseNotification, [this] {
+            mReleaseNotification.show(lastingNotice("lkeyKeyboardReleased", "lkeyKeyboardReleasedHow"));
+        });
+        if (!store.problems().isEmpty())
+            showSettingsProblem();
+        store.setProblemHandler([this] { showSettingsProblem(); });
         QObject::connect(&mFrontApplication, &FrontApplicationWatch::applicationChanged, &mDaemon,
                          &DeviceDaemon::setFrontApplication);
     }
@@ -148,7 +152,7 @@ public:
     DaemonExit run()
     {
         if (!mKeyboardObject.registerOn(mBus) || !mFrontApplicationObject.registerOn(mBus)
-            || !mDevicesObject.registerOn(mBus)) {
+            || !mDevicesObject.registerOn(mBus) || !mSettingsObject.registerOn(mBus)) {
             qCCritical(lcDaemon, "daemon: cannot put its objects on the bus");
             return DaemonExit::noBus;
         }
@@ -177,6 +181,11 @@ private:
                 .showProfile = [this](const QString &name) { // the whole message, so that there is nothing to translate
                     mProfileNotification.show({.summary = name, .body = {}});
                 }};
+    }
+
+    void showSettingsProblem()
+    {
+        mSettingsNotification.show(lastingNotice("lkeySettingsProblem", "lkeySettingsProblemHow"));
     }
 
     /// A message is taken at once and handled when its sender has its empty answer.
@@ -219,9 +228,11 @@ private:
     DistributedNotificationCenter mNotifications;
     DesktopNotification mProfileNotification;
     DesktopNotification mReleaseNotification;
+    DesktopNotification mSettingsNotification;
     StartDocument mStart;
     DeadlineTimer mTimer;
     DeviceDaemon mDaemon;
+    SettingsObject mSettingsObject;
     VirtualKeyboardObject mKeyboardObject;
     DevicesObject mDevicesObject;
     FrontApplicationWatch mFrontApplication;

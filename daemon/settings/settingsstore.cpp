@@ -141,8 +141,8 @@ std::optional<QVariantMap> SettingsStore::load()
             qCWarning(lcSettings, "file: no good settings.plist, the copy %s is used", qUtf8Printable(candidate));
         for (const QString &repair : std::as_const(settings->repairs))
             qCWarning(lcSettings, "file: %s: %s", qUtf8Printable(candidate), qUtf8Printable(repair));
-        if (!settings->repairs.isEmpty())
-            mWrongFile = candidate;
+        mRepairs = settings->repairs;
+        mWrongFile = mRepairs.isEmpty() ? QString() : candidate;
         newest = std::move(settings);
     }
     if (!newest)
@@ -156,8 +156,7 @@ std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
 {
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(filePath);
     if (!bytes.error.isEmpty()) { // it could be read when the folder was opened
-        qCCritical(lcSettings, "file: cannot read %s: %s", qUtf8Printable(filePath), qUtf8Printable(bytes.error));
-        refuseSavingWhileThereIs(filePath);
+        refuseSaving(filePath, u"cannot be read (%1)"_s.arg(bytes.error));
         return {};
     }
     const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(bytes.data);
@@ -170,20 +169,25 @@ std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
 void SettingsStore::setAside(const QString &filePath, const QString &reason)
 {
     const SetAsideFile aside = setDamagedFileAside(filePath, path());
-    if (aside.error.isEmpty()) {
-        qCWarning(lcSettings, "file: %s is damaged (%s), set aside as %s", qUtf8Printable(filePath),
-                  qUtf8Printable(reason), qUtf8Printable(aside.name));
-        return;
-    }
-    qCCritical(lcSettings, "file: %s is damaged (%s) and cannot be set aside (%s)", qUtf8Printable(filePath),
-               qUtf8Printable(reason), qUtf8Printable(aside.error));
-    refuseSavingWhileThereIs(filePath);
+    if (aside.error.isEmpty())
+        return reportProblem(u"%1 is damaged (%2), set aside as %3"_s.arg(filePath, reason, aside.name));
+    refuseSaving(filePath, u"is damaged (%1) and cannot be set aside (%2)"_s.arg(reason, aside.error));
 }
 
-void SettingsStore::refuseSavingWhileThereIs(const QString &filePath)
+void SettingsStore::refuseSaving(const QString &filePath, const QString &reason)
 {
     mInTheWay += filePath;
-    qCCritical(lcSettings, "file: nothing is saved until %s is moved away", qUtf8Printable(filePath));
+    reportProblem(u"%1 %2: nothing is saved until it is moved away"_s.arg(filePath, reason));
+}
+
+void SettingsStore::reportProblem(const QString &problem)
+{
+    qCWarning(lcSettings, "file: %s", qUtf8Printable(problem));
+    mProblems += problem;
+    if (mProblems.size() > maximumProblems)
+        mProblems.removeFirst();
+    if (mProblemHandler)
+        mProblemHandler();
 }
 
 bool SettingsStore::save(const QVariantMap &document)
@@ -217,7 +221,7 @@ bool SettingsStore::save(const QVariantMap &document)
     if (mWrongFile.isEmpty())
         shiftCopies();
     else
-        reportKept(secondName);
+        reportRepair(secondName);
     return true;
 }
 
@@ -263,16 +267,20 @@ QString SettingsStore::keepOriginal() const
     return {};
 }
 
-/// Tells where the original of the file that was repaired is: `original`, or where a copy is set aside now.
-void SettingsStore::reportKept(QString original)
+/// `original`: where the original of the repaired file is, unless that is a copy, which is set aside now.
+void SettingsStore::reportRepair(QString original)
 {
+    constexpr qsizetype named = 3; // the log has all of them
     const QString repaired = std::exchange(mWrongFile, {});
     if (repaired != path()) {
         const SetAsideFile aside = setDamagedFileAside(repaired, path());
         original = aside.error.isEmpty() ? aside.name : repaired;
     }
-    qCWarning(lcSettings, "file: %s was repaired, the original is kept as %s", qUtf8Printable(repaired),
-              qUtf8Printable(original));
+    QString repairs = mRepairs.first(std::min(named, mRepairs.size())).join(u"; "_s);
+    if (mRepairs.size() > named)
+        repairs += u"; and %1 more"_s.arg(mRepairs.size() - named);
+    reportProblem(u"%1 was repaired (%2), the original is kept as %3"_s.arg(repaired, repairs, original));
+    mRepairs.clear();
 }
 
 /// The document as it was before a save that failed, also when that failed only after the replacement.

@@ -9,7 +9,9 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 /// Files of the folder:
 ///   settings.plist                  the document; replaced as a whole, so it is never half written
@@ -23,6 +25,7 @@ class SettingsStore
 {
 public:
     static constexpr int copyCount = 3;
+    static constexpr int maximumProblems = 20;
 
     explicit SettingsStore(const QString &folder);
     ~SettingsStore();
@@ -40,8 +43,14 @@ public:
     [[nodiscard]] OpenResult open();
     [[nodiscard]] QString errorText() const { return mErrorText; }
 
+    /// What was wrong with the folder's files since the store was made, in English, the oldest first; the latest
+    /// maximumProblems.
+    [[nodiscard]] const QStringList &problems() const { return mProblems; }
+    /// `handler` is called after each new problem.
+    void setProblemHandler(std::function<void()> handler) { mProblemHandler = std::move(handler); }
+
     /// The newest document of the folder; absent when there is none. One with wrong values is repaired, on the disk,
-    /// too, and its original is kept aside. Sets files aside that are no settings documents. Logs all of this.
+    /// too, and its original is kept aside. Sets files aside that are no settings documents. Reports all of this.
     [[nodiscard]] std::optional<QVariantMap> load();
 
     /// Writes `document`, on the disk when this returns. False when that failed: the folder holds the documents that it
@@ -54,12 +63,13 @@ private:
     [[nodiscard]] QStringList presentFiles() const;
     [[nodiscard]] std::optional<RepairedSettings> read(const QString &filePath);
     void setAside(const QString &filePath, const QString &reason);
-    void refuseSavingWhileThereIs(const QString &filePath);
+    void refuseSaving(const QString &filePath, const QString &reason);
     void removeLeftOvers();
     void finishInterruptedSave();
     [[nodiscard]] QString giveSecondName();
     [[nodiscard]] QString keepOriginal() const;
-    void reportKept(QString original);
+    void reportRepair(QString original);
+    void reportProblem(const QString &problem);
     void takeBackReplacement(const QString &secondName);
     void shiftCopies();
 
@@ -68,4 +78,7 @@ private:
     int mLock = -1;
     QStringList mInTheWay; // files that could be neither read nor set aside; nothing is saved while they are there
     QString mWrongFile;    // the file whose values were repaired, until the next save has kept it aside
+    QStringList mRepairs;  // of that file
+    QStringList mProblems;
+    std::function<void()> mProblemHandler;
 };

@@ -5,13 +5,16 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QVariantMap>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr QLatin1StringView serviceName{"org.freedesktop.Notifications"};
 constexpr int passingMs = 2000;
 constexpr int usualTime = -1; // the service's own
 constexpr int answerLimitMs = 5000;
@@ -22,6 +25,7 @@ constexpr uchar usualUrgency = 1;
 
 void DesktopNotification::show(const Notice &notice)
 {
+    mUnshown.reset();
     // The bubble to replace is known when the service has answered.
     if (mIsBusy)
         mNext = notice;
@@ -32,28 +36,48 @@ void DesktopNotification::show(const Notice &notice)
 void DesktopNotification::send(const Notice &notice)
 {
     mIsBusy = true;
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(u"org.freedesktop.Notifications"_s, u"/org/freedesktop/Notifications"_s,
-                                       u"org.freedesktop.Notifications"_s, u"Notify"_s);
+    mHasServiceCome = false;
+    if (!notice.isPassing)
+        watchService(); // before it is refused, so that no service is missed
+    QDBusMessage message = QDBusMessage::createMethodCall(serviceName, u"/org/freedesktop/Notifications"_s,
+                                                          u"org.freedesktop.Notifications"_s, u"Notify"_s);
     const QVariantMap hints{{u"urgency"_s, QVariant::fromValue(notice.isPassing ? lowUrgency : usualUrgency)},
                             {u"transient"_s, notice.isPassing},
                             {u"desktop-entry"_s, u"org.quillkestra.Configurator"_s}};
     message.setArguments({u"Quill Kestra"_s, mShownId, u"org.quillkestra.Configurator"_s, notice.summary, notice.body,
                           QStringList(), hints, notice.isPassing ? passingMs : usualTime});
     auto *watcher = new QDBusPendingCallWatcher(mBus.asyncCall(message, answerLimitMs), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, notice] {
         watcher->deleteLater();
-        const QDBusPendingReply<uint> reply = *watcher;
-        if (reply.isError())
-            qCDebug(lcDaemon, "desktop: no on-screen display: %s", qUtf8Printable(reply.error().message()));
-        answered(reply.isError() ? std::nullopt : std::optional<quint32>(reply.value()));
+        answered(notice, *watcher);
     });
 }
 
-void DesktopNotification::answered(std::optional<quint32> id)
+void DesktopNotification::answered(const Notice &notice, const QDBusPendingReply<uint> &reply)
 {
     mIsBusy = false;
-    mShownId = id.value_or(0);
+    mShownId = reply.isError() ? 0 : reply.value();
+    if (reply.isError())
+        qCDebug(lcDaemon, "desktop: no on-screen display: %s", qUtf8Printable(reply.error().message()));
+    const bool isRefused = reply.isError() && reply.error().type() != QDBusError::NoReply; // else it may yet be shown
     if (const std::optional<Notice> next = std::exchange(mNext, std::nullopt))
         send(*next);
+    else if (notice.isPassing || !isRefused)
+        delete std::exchange(mServiceWatcher, nullptr);
+    else if (mHasServiceCome)
+        send(notice);
+    else
+        mUnshown = notice;
+}
+
+void DesktopNotification::watchService()
+{
+    if (mServiceWatcher)
+        return;
+    mServiceWatcher = new QDBusServiceWatcher(serviceName, mBus, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(mServiceWatcher, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        mHasServiceCome = true;
+        if (const std::optional<Notice> unshown = std::exchange(mUnshown, std::nullopt))
+            send(*unshown);
+    });
 }

@@ -4,12 +4,16 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusPendingReply>
 #include <QObject>
 #include <QString>
 
 #include <optional>
 
-/// A service that is missing or does not answer is no error: what is told has happened all the same.
+class QDBusServiceWatcher;
+
+/// A service that is missing or does not answer is not an error. A notice that is not passing is shown when a service
+/// comes: the daemon may start before the desktop.
 class DesktopNotification : public QObject
 {
     Q_OBJECT
@@ -30,10 +34,16 @@ public:
 
 private:
     void send(const Notice &notice);
-    void answered(std::optional<quint32> id);
+    void answered(const Notice &notice, const QDBusPendingReply<uint> &reply);
+    void watchService();
 
     QDBusConnection mBus;
     quint32 mShownId = 0; // of the bubble to replace; 0: none
     bool mIsBusy = false;
     std::optional<Notice> mNext;
+
+    // Until a notice that is not passing is shown
+    QDBusServiceWatcher *mServiceWatcher = nullptr;
+    std::optional<Notice> mUnshown; // which waits for a service
+    bool mHasServiceCome = false;   // since the notice was sent
 };

@@ -10,6 +10,7 @@
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -28,6 +29,7 @@ private Q_SLOTS:
 
     void statusTellsWhatIsActive();
     void statusAsJsonHasEveryRow();
+    void statusNamesProblemsOfTheSettings();
     void statusFollowsTheKeyboard();
     void documentIsJson();
     void documentAsPropertyListHasTheSameContent();
@@ -191,6 +193,34 @@ void TestKestractl::statusAsJsonHasEveryRow()
     QVERIFY(object.value("gameMode"_L1).isBool());
     QVERIFY(object.value("brightness"_L1).isDouble());
     QVERIFY(!object.value("activeProfileName"_L1).toString().isEmpty());
+}
+
+void TestKestractl::statusNamesProblemsOfTheSettings()
+{
+    QVERIFY(status().value("settingsProblems"_L1).isArray());
+    QVERIFY(status().value("settingsProblems"_L1).toArray().isEmpty());
+    QVERIFY(!run({u"status"_s}).text().contains(u"settingsProblem"_s));
+    addProfile(u"Mine"_s);
+    QVariantMap wrong = document();
+    wrong.insert(SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 7}});
+    mDaemon->terminate();
+    QVERIFY(mDaemon->waitForFinished());
+    const QString folder = mFolder->filePath(u"XDG_STATE_HOME/quill-kestra"_s);
+    writeFile(folder + u"/settings.plist"_s, QlCoreUtility::convertDictionaryToData(wrong).value());
+    writeFile(folder + u"/settings.plist.3"_s, "damage");
+    startDaemon();
+    const QStringList kept = QDir(folder).entryList({u"settings.plist.damaged-*"_s});
+    QCOMPARE(kept.size(), 2);
+    const QJsonArray problems = status().value("settingsProblems"_L1).toArray();
+    QCOMPARE(problems.size(), 2);
+    const QString text = run({u"status"_s}).text();
+    for (const QJsonValue &problem : problems)
+        QVERIFY2(text.contains(u"\nsettingsProblem: "_s + problem.toString() + u'\n'), qPrintable(text));
+    for (const QString &name : kept)
+        QVERIFY2(text.contains(name), qPrintable(text));
+    QVERIFY2(text.contains(u"settings.plist.3 is damaged"_s), qPrintable(text));
+    QVERIFY2(text.contains(u"settings.plist was repaired"_s), qPrintable(text));
+    QVERIFY2(text.contains(u"\"ActiveProfile\" was not a position"_s), qPrintable(text));
 }
 
 void TestKestractl::statusFollowsTheKeyboard()

@@ -8,6 +8,7 @@
 #include "macros/macrorecord.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/notificationservice.h"
 #include "tests/support/sentrecorder.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
@@ -139,6 +140,7 @@ private Q_SLOTS:
     void settingsSurviveARestart();
     void damagedSettingsAreSetAside();
     void oneWrongValueCostsNothingElse();
+    void desktopShowsAProblemOfTheSettings();
     void unreadableSettingsAreNamed();
     void fullDiskIsReportedAndChangesNothing();
     void postsNotificationsForOtherClients();
@@ -267,6 +269,21 @@ void DaemonProcessTest::oneWrongValueCostsNothingElse()
     QFile file(mDaemon->settingsFolder() + u'/' + kept.first());
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), original);
+}
+
+void DaemonProcessTest::desktopShowsAProblemOfTheSettings()
+{
+    QVERIFY(mDaemon->request(Command::updateProfile,
+                             {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"one"_s)}}));
+    mDaemon->terminate();
+    writeFile(mDaemon->settingsFolder() + u"/settings.plist"_s, "damage");
+    QVERIFY(mDaemon->start()); // before the desktop, as a user service may
+    QVERIFY(mDaemon->request(Command::readSettings));
+    const NotificationService desktop;
+    QTRY_COMPARE(desktop.bubbles.size(), 1);
+    QCOMPARE(desktop.bubbles.first().summary, u"Problem with the keyboard settings"_s);
+    QVERIFY(desktop.bubbles.first().body.contains(u"kestractl status"_s));
+    QCOMPARE(desktop.bubbles.first().hints.value(u"transient"_s), QVariant(false));
 }
 
 void DaemonProcessTest::unreadableSettingsAreNamed()
@@ -660,6 +677,7 @@ void DaemonProcessTest::interfacesAreAsDocumented_data()
     QTest::newRow("message port") << u"/MessagePort"_s << u"org.quillkestra.MessagePort"_s;
     QTest::newRow("virtual keyboard") << u"/VirtualKeyboard"_s << u"org.quillkestra.VirtualKeyboard"_s;
     QTest::newRow("real keyboards") << u"/Devices"_s << u"org.quillkestra.Devices"_s;
+    QTest::newRow("settings") << u"/Settings"_s << u"org.quillkestra.Settings"_s;
     QTest::newRow("front application") << u"/FrontApplication"_s << u"org.quillkestra.FrontApplication"_s;
 }
 

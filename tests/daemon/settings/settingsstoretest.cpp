@@ -19,6 +19,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -76,6 +77,8 @@ private Q_SLOTS:
     void originalIsKeptWithoutHardLinks();
     void newestCopyIsRepaired();
     void copyThatIsNotUsedStaysWithItsWrongValue();
+    void tellsOfEachProblem();
+    void tellsOfTheLatestProblems();
     void unreadableFileIsReportedAndLeftAlone_data();
     void unreadableFileIsReportedAndLeftAlone();
     void fileWithoutTheRightToReadIsReported();
@@ -258,7 +261,7 @@ void SettingsStoreTest::repairsWrongValuesEvenWhenACopyIsGood()
     reopen();
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist: \"ActiveProfile\" was not a position"_s));
     QTest::ignoreMessage(QtWarningMsg,
-                         QRegularExpression(u"settings\\.plist was repaired, .* kept as .*plist\\.damaged-"_s));
+                         QRegularExpression(u"settings\\.plist was repaired .* kept as .*plist\\.damaged-"_s));
     QCOMPARE(mStore->load(), std::optional(documentNamed(u"edited"_s)));
     // It is on the disk, with the original beside it and the copies as they were.
     QCOMPARE(storedNames(), QStringList({u"edited"_s, u""_s, u"2"_s, u"1"_s, u""_s}));
@@ -344,6 +347,47 @@ void SettingsStoreTest::copyThatIsNotUsedStaysWithItsWrongValue()
     QCOMPARE(filesMatching(u"settings.plist.damaged-*"_s), QStringList());
 }
 
+void SettingsStoreTest::tellsOfEachProblem()
+{
+    int toldCount = 0;
+    mStore->setProblemHandler([&] { ++toldCount; });
+    QVERIFY(mStore->save(documentNamed(u"1"_s)));
+    QVERIFY(mStore->load());
+    QCOMPARE(mStore->problems(), QStringList());
+    QVariantMap wrong = wrongDocumentNamed(u"edited"_s);
+    wrong = SettingsDocument::withMacros(wrong, {1, 2, 3});
+    writeFile(filePath(u"settings.plist"_s), dataOf(wrong));
+    writeFile(filePath(u"settings.plist.2"_s), "damage");
+    for (int line = 0; line < 6; ++line) // four wrong values, the end of the repair, and the damaged copy
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist"_s));
+    QVERIFY(mStore->load());
+    QCOMPARE(mStore->problems().size(), 2);
+    QCOMPARE(toldCount, 2);
+    QVERIFY2(mStore->problems().first().startsWith(filePath(u"settings.plist.2 is damaged"_s)),
+             qPrintable(mStore->problems().first()));
+    const QString repair = mStore->problems().last();
+    QVERIFY2(repair.startsWith(filePath(u"settings.plist was repaired"_s)), qPrintable(repair));
+    QVERIFY2(repair.contains(u"macro 2 was not a dictionary"_s), qPrintable(repair));
+    QVERIFY2(repair.contains(u"and 1 more"_s), qPrintable(repair));
+}
+
+void SettingsStoreTest::tellsOfTheLatestProblems()
+{
+    for (int round = 0; round <= SettingsStore::maximumProblems; ++round) {
+        writeFile(filePath(u"settings.plist"_s), "damage");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"is damaged"_s));
+        QVERIFY(!mStore->load());
+    }
+    QCOMPARE(mStore->problems().size(), SettingsStore::maximumProblems);
+    // The names have the time and, within a second, a number.
+    const QStringList names = filesMatching(u"settings.plist.damaged-*"_s);
+    QCOMPARE(names.size(), SettingsStore::maximumProblems + 1);
+    const auto isNamed = [&](const QString &name) {
+        return std::ranges::any_of(mStore->problems(), [&](const QString &problem) { return problem.endsWith(name); });
+    };
+    QCOMPARE(std::ranges::count_if(names, isNamed), SettingsStore::maximumProblems);
+}
+
 void SettingsStoreTest::unreadableFileIsReportedAndLeftAlone_data()
 {
     QTest::addColumn<QString>("name");
@@ -400,8 +444,8 @@ void SettingsStoreTest::fileThatCannotBeReadLaterIsLeftAlone()
     const QString aside = filePath(u"aside"_s);
     QVERIFY(QFile::rename(filePath(u"settings.plist"_s), aside));
     QVERIFY(QDir().mkdir(filePath(u"settings.plist"_s)));
-    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot read .*settings\\.plist: "_s));
-    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"nothing is saved until .*settings\\.plist is moved"_s));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(u"settings\\.plist cannot be read .*nothing is saved until"_s));
     QVERIFY(!mStore->load());
     QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
     QVERIFY(QFileInfo(filePath(u"settings.plist"_s)).isDir());

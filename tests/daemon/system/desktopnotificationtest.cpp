@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The on-screen display against a notification service of the test's own, on a private bus.
 #include "daemon/system/desktopnotification.h"
+#include "tests/support/notificationservice.h"
 #include "tests/support/testmain.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusContext>
 #include <QDBusMessage>
 #include <QElapsedTimer>
 #include <QTest>
@@ -14,78 +14,6 @@
 #include <optional>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-const QString serviceName = u"org.freedesktop.Notifications"_s;
-
-} // namespace
-
-/// What stands at /org/freedesktop/Notifications.
-class NotificationService : public QObject, protected QDBusContext
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-
-public:
-    struct Bubble
-    {
-        QString application;
-        uint replacesId;
-        QString summary;
-        QString body;
-        QVariantMap hints;
-        int expireMs;
-    };
-
-    NotificationService() : mBus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"service"_s))
-    {
-        mBus.registerObject(u"/org/freedesktop/Notifications"_s, this, QDBusConnection::ExportScriptableSlots);
-        mBus.registerService(serviceName);
-    }
-    ~NotificationService() override
-    {
-        mBus.unregisterService(serviceName);
-        QDBusConnection::disconnectFromBus(u"service"_s);
-    }
-
-    /// From now on calls are kept waiting until answer().
-    void hold() { mIsHolding = true; }
-    void answer()
-    {
-        mIsHolding = false;
-        for (const QDBusMessage &call : std::exchange(mHeld, {}))
-            mBus.send(call.createReply(QVariant(++mLastId)));
-    }
-    [[nodiscard]] QStringList summaries() const
-    {
-        QStringList result;
-        for (const Bubble &bubble : bubbles)
-            result += bubble.summary;
-        return result;
-    }
-
-    QList<Bubble> bubbles;
-
-public Q_SLOTS:
-    Q_SCRIPTABLE uint Notify(const QString &application, uint replacesId, const QString &, const QString &summary,
-                             const QString &body, const QStringList &, const QVariantMap &hints, int expireMs)
-    {
-        bubbles += {application, replacesId, summary, body, hints, expireMs};
-        if (mIsHolding) {
-            setDelayedReply(true);
-            mHeld += message();
-            return 0;
-        }
-        return replacesId != 0 ? replacesId : ++mLastId;
-    }
-
-private:
-    QDBusConnection mBus;
-    QList<QDBusMessage> mHeld;
-    bool mIsHolding = false;
-    uint mLastId = 40;
-};
 
 class DesktopNotificationTest : public QObject
 {
@@ -99,6 +27,7 @@ private Q_SLOTS:
     void slowServiceHoldsNobodyUp();
     void missingServiceIsSilent();
     void serviceThatStartsAgainGetsANewBubble();
+    void serviceThatStartsLaterGetsWhatIsNotPassing();
 };
 
 void DesktopNotificationTest::showsTheProfilesName()
@@ -180,8 +109,8 @@ void DesktopNotificationTest::missingServiceIsSilent()
         DesktopNotification notification(QDBusConnection::sessionBus());
         notification.show({.summary = u"A"_s, .body = {}});
         // The bus answers in order: when it has answered this, it has refused the notification.
-        QDBusConnection::sessionBus().call(
-            QDBusMessage::createMethodCall(serviceName, u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
+        QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(NotificationService::name(), u"/"_s,
+                                                                          u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
         QCoreApplication::processEvents();
         notification.show({.summary = u"B"_s, .body = {}});
         QCoreApplication::processEvents();
@@ -205,6 +134,26 @@ void DesktopNotificationTest::serviceThatStartsAgainGetsANewBubble()
     // Until the refusal of the lost one has arrived, the last one is kept back.
     QTRY_VERIFY((notification.show({.summary = u"B"_s, .body = {}}), QTest::qWait(0), !service->bubbles.isEmpty()));
     QCOMPARE(service->bubbles.first().replacesId, 0U);
+}
+
+// A daemon may have something to say before the desktop has come.
+void DesktopNotificationTest::serviceThatStartsLaterGetsWhatIsNotPassing()
+{
+    DesktopNotification lasting(QDBusConnection::sessionBus());
+    DesktopNotification passing(QDBusConnection::sessionBus());
+    lasting.show({.summary = u"first"_s, .body = {}, .isPassing = false});
+    lasting.show({.summary = u"lasting"_s, .body = {}, .isPassing = false});
+    passing.show({.summary = u"passing"_s, .body = {}});
+    // The bus answers in order: when it has answered this, it has refused the notifications.
+    QDBusConnection::sessionBus().call(
+        QDBusMessage::createMethodCall(NotificationService::name(), u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
+    QCoreApplication::processEvents();
+    auto service = std::make_unique<NotificationService>();
+    QTRY_COMPARE(service->summaries(), QStringList{u"lasting"_s});
+    service.reset();
+    service = std::make_unique<NotificationService>();
+    lasting.show({.summary = u"next"_s, .body = {}, .isPassing = false});
+    QTRY_COMPARE(service->summaries(), QStringList{u"next"_s}); // not what was shown before
 }
 
 QTEST_GUILESS_MAIN(DesktopNotificationTest)

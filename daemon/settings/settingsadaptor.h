@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// The D-Bus face of the settings files: the object /Settings on the daemon's connection, described in
+// docs/daemon-protocol.md. Owned by its SettingsObject; the daemon's thread.
+#pragma once
+
+#include "daemon/settings/settingsstore.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
+
+/// The object on the bus; carries the adaptor.
+class SettingsObject : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `store` must live longer.
+    explicit SettingsObject(const SettingsStore &store, QObject *parent = nullptr);
+
+    /// False when the object cannot be put on `connection`.
+    [[nodiscard]] bool registerOn(QDBusConnection connection);
+};
+
+/// Its public properties are the interface.
+class SettingsAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    // SettingsObjectKeys::interfaceName; moc takes nothing but a literal.
+    Q_CLASSINFO("D-Bus Interface", "org.quillkestra.Settings")
+    Q_PROPERTY(QStringList Problems READ problems)
+
+public:
+    SettingsAdaptor(const SettingsStore &store, SettingsObject *object);
+
+    [[nodiscard]] QStringList problems() const { return mStore.problems(); }
+
+private:
+    const SettingsStore &mStore;
+};
