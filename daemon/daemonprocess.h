@@ -7,7 +7,7 @@ enum class DaemonExit : int {
     ended = 0,          ///< by SIGTERM, SIGINT or SIGHUP
     noBus = 2,          ///< there is no session bus, or it went away
     alreadyRunning = 3, ///< the request port has an owner, or another daemon uses the state folder
-    folderUnusable = 4, ///< the state folder cannot be made or a file in it not be read
+    folderUnusable = 4, ///< the state folder cannot be made, or settings.plist in it cannot be read
 };
 
 /// Serves until a signal ends it; returns the exit code. Needs a QCoreApplication.

@@ -46,6 +46,13 @@ bool renameOver(const QString &from, const QString &to)
     return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
+/// A link whose file is not there (on a disk that is not mounted, say) counts as present.
+bool isPresent(const QString &filePath)
+{
+    const QFileInfo file(filePath);
+    return file.exists() || file.isSymLink();
+}
+
 /// 0, or an errno value.
 int linkFile(const QString &from, const QString &to)
 {
@@ -108,10 +115,10 @@ SettingsStore::OpenResult SettingsStore::open()
         mErrorText = u"cannot lock %1: %2"_s.arg(lockPath, systemError(error));
         return OpenResult::unusable;
     }
-    for (const QString &file : presentFiles()) {
-        const QString error = PropertyList::readFileBytes(file).error;
+    if (isPresent(path())) {
+        const QString error = PropertyList::readFileBytes(path()).error;
         if (!error.isEmpty()) {
-            mErrorText = u"cannot read %1: %2"_s.arg(file, error);
+            mErrorText = u"cannot read %1: %2"_s.arg(path(), error);
             return OpenResult::unusable;
         }
     }
@@ -124,8 +131,7 @@ QStringList SettingsStore::presentFiles() const
     QStringList candidates{path()};
     for (int copy = 0; copy <= copyCount; ++copy)
         candidates += copyPath(copy);
-    // A link whose file is not there (on a disk that is not mounted, say) counts as present.
-    candidates.removeIf([](const QString &file) { return !QFileInfo::exists(file) && !QFileInfo(file).isSymLink(); });
+    candidates.removeIf([](const QString &file) { return !isPresent(file); });
     return candidates;
 }
 
@@ -155,23 +161,42 @@ std::optional<QVariantMap> SettingsStore::load()
 std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
 {
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(filePath);
-    if (!bytes.error.isEmpty()) { // it could be read when the folder was opened
-        refuseSaving(filePath, u"cannot be read (%1)"_s.arg(bytes.error));
+    if (!bytes.error.isEmpty()) {
+        const QString problem = u"cannot be read (%1)"_s.arg(bytes.error);
+        if (filePath == path()) // it could be read when the folder was opened
+            refuseSaving(filePath, problem);
+        else
+            setAside(filePath, problem);
         return {};
     }
     const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(bytes.data);
     std::optional<RepairedSettings> settings = document ? repairedSettings(*document) : std::nullopt;
     if (!settings)
-        setAside(filePath, document ? u"nothing of a settings document"_s : u"not a property list"_s);
+        setAside(filePath,
+                 document ? u"is damaged (nothing of a settings document)"_s : u"is damaged (not a property list)"_s);
     return settings;
 }
 
-void SettingsStore::setAside(const QString &filePath, const QString &reason)
+void SettingsStore::setAside(const QString &filePath, const QString &problem)
 {
     const SetAsideFile aside = setDamagedFileAside(filePath, path());
     if (aside.error.isEmpty())
-        return reportProblem(u"%1 is damaged (%2), set aside as %3"_s.arg(filePath, reason, aside.name));
-    refuseSaving(filePath, u"is damaged (%1) and cannot be set aside (%2)"_s.arg(reason, aside.error));
+        reportProblem(u"%1 %2, set aside as %3"_s.arg(filePath, problem, aside.name));
+    else
+        refuseSaving(filePath, u"%1 and cannot be set aside (%2)"_s.arg(problem, aside.error));
+}
+
+/// Sets aside the folders, pipes and the like that are in the place of the document or a copy. False when something is
+/// in the way of saving.
+bool SettingsStore::makeWay()
+{
+    if (std::ranges::any_of(mInTheWay, isPresent))
+        return false;
+    for (const QString &file : presentFiles()) {
+        if (!QFileInfo(file).isFile())
+            setAside(file, u"is not a regular file"_s);
+    }
+    return std::ranges::none_of(mInTheWay, isPresent);
 }
 
 void SettingsStore::refuseSaving(const QString &filePath, const QString &reason)
@@ -197,7 +222,7 @@ bool SettingsStore::save(const QVariantMap &document)
         qCCritical(lcSettings, "daemon: the document cannot be written as a property list");
         return false;
     }
-    if (std::ranges::any_of(mInTheWay, [](const QString &file) { return QFileInfo::exists(file); }))
+    if (!makeWay())
         return false;
     // Each step leaves a folder from which load() takes the newest answered document and finishInterruptedSave() the
     // copies, because a daemon may be killed after any of them. Without an old document the copy that stands there is

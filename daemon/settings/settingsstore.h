@@ -37,9 +37,9 @@ public:
 
     enum class OpenResult { open, inUse, unusable };
 
-    /// Makes the folder, takes its lock and looks whether its documents can be read; errorText() says why that could
-    /// not be done. A document that cannot be read (no right to, an error of the disk, a folder in its place) may be
-    /// good: the folder is unusable then and stays as it is.
+    /// Makes the folder, takes its lock and looks whether settings.plist can be read; errorText() says why that could
+    /// not be done. A settings.plist that cannot be read (no right to, an error of the disk, a folder in its place) may
+    /// be good: the folder is unusable then and stays as it is.
     [[nodiscard]] OpenResult open();
     [[nodiscard]] QString errorText() const { return mErrorText; }
 
@@ -50,7 +50,8 @@ public:
     void setProblemHandler(std::function<void()> handler) { mProblemHandler = std::move(handler); }
 
     /// The newest document of the folder; absent when there is none. One with wrong values is repaired, on the disk,
-    /// too, and its original is kept aside. Sets files aside that are no settings documents. Reports all of this.
+    /// too, and its original is kept aside. Sets aside what is not a settings document or, in the place of a copy,
+    /// cannot be read. Reports all of this.
     [[nodiscard]] std::optional<QVariantMap> load();
 
     /// Writes `document`, on the disk when this returns. False when that failed: the folder holds the documents that it
@@ -62,7 +63,8 @@ private:
     [[nodiscard]] QString copyPath(int copy) const;
     [[nodiscard]] QStringList presentFiles() const;
     [[nodiscard]] std::optional<RepairedSettings> read(const QString &filePath);
-    void setAside(const QString &filePath, const QString &reason);
+    void setAside(const QString &filePath, const QString &problem);
+    [[nodiscard]] bool makeWay();
     void refuseSaving(const QString &filePath, const QString &reason);
     void removeLeftOvers();
     void finishInterruptedSave();

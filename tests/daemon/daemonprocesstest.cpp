@@ -29,6 +29,7 @@
 #include <array>
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -141,6 +142,7 @@ private Q_SLOTS:
     void damagedSettingsAreSetAside();
     void oneWrongValueCostsNothingElse();
     void desktopShowsAProblemOfTheSettings();
+    void oddCopiesDoNotKeepItFromStarting();
     void unreadableSettingsAreNamed();
     void fullDiskIsReportedAndChangesNothing();
     void postsNotificationsForOtherClients();
@@ -284,6 +286,22 @@ void DaemonProcessTest::desktopShowsAProblemOfTheSettings()
     QCOMPARE(desktop.bubbles.first().summary, u"Problem with the keyboard settings"_s);
     QVERIFY(desktop.bubbles.first().body.contains(u"kestractl status"_s));
     QCOMPARE(desktop.bubbles.first().hints.value(u"transient"_s), QVariant(false));
+}
+
+void DaemonProcessTest::oddCopiesDoNotKeepItFromStarting()
+{
+    QVERIFY(mDaemon->request(Command::updateProfile,
+                             {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"kept"_s)}}));
+    mDaemon->terminate();
+    const QString path = mDaemon->settingsFolder() + u"/settings.plist"_s;
+    QVERIFY(QDir().mkdir(path + u".1"_s));
+    QCOMPARE(::mkfifo(QFile::encodeName(path + u".2"_s).constData(), 0600), 0);
+    QVERIFY(mDaemon->start());
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"kept"_s);
+    QVERIFY(mDaemon->log().contains("settings.plist.1 cannot be read"));
+    QVERIFY(mDaemon->log().contains("settings.plist.2 cannot be read"));
 }
 
 void DaemonProcessTest::unreadableSettingsAreNamed()

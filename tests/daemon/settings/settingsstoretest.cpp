@@ -20,10 +20,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <span>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -55,6 +58,34 @@ QString nameOf(const std::optional<QVariantMap> &document)
                     : QString();
 }
 
+/// What can be in the place of a file.
+enum class OddKind { folder, fullFolder, pipe, inputOutputError, missingTarget };
+
+// The first page of a process is never mapped, so that reading it is an input/output error.
+constexpr QLatin1StringView inputOutputErrorTarget{"/proc/self/mem"};
+constexpr QLatin1StringView missingTarget{"/nowhere/settings.plist"};
+
+constexpr std::array oddKinds{std::pair{OddKind::folder, "a folder"}, std::pair{OddKind::fullFolder, "a full folder"},
+                              std::pair{OddKind::pipe, "a pipe"},
+                              std::pair{OddKind::missingTarget, "a link to nothing"},
+                              std::pair{OddKind::inputOutputError, "an input/output error"}};
+
+/// A row for each of `kinds` in the place of each file of `names`.
+void addOddRows(const QStringList &names, std::span<const std::pair<OddKind, const char *>> kinds)
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<OddKind>("kind");
+    for (const auto &[kind, words] : kinds) {
+        for (const QString &name : names)
+            QTest::addRow("%s is %s", qPrintable(name), words) << name << kind;
+    }
+}
+
+bool setMode(const QString &path, mode_t mode)
+{
+    return ::chmod(QFile::encodeName(path).constData(), mode) == 0;
+}
+
 } // namespace
 
 class SettingsStoreTest : public QObject
@@ -82,6 +113,12 @@ private Q_SLOTS:
     void unreadableFileIsReportedAndLeftAlone_data();
     void unreadableFileIsReportedAndLeftAlone();
     void fileWithoutTheRightToReadIsReported();
+    void oddCopyIsSetAside_data();
+    void oddCopyIsSetAside();
+    void copyWithoutTheRightToReadIsSetAside();
+    void newestGoodCopyIsUsedAmongOddOnes();
+    void oddFileThatComesLaterIsSetAside_data();
+    void oddFileThatComesLaterIsSetAside();
     void fileThatCannotBeReadLaterIsLeftAlone();
     void missingFileUsesNewestCopy();
     void interruptedReplacementIsFound();
@@ -114,6 +151,16 @@ private:
     /// .3.
     [[nodiscard]] QStringList storedNames() const;
     void store(const QStringList &names) const;
+    /// Puts something odd in the place of the file.
+    [[nodiscard]] bool makeOdd(const QString &name, OddKind kind) const;
+    [[nodiscard]] bool isOdd(const QString &name, OddKind kind) const;
+    /// What was set aside, also folders and the like.
+    [[nodiscard]] QStringList setAsideEntries() const
+    {
+        return QDir(mFolder).entryList({u"settings.plist.damaged-*"_s}, QDir::AllEntries | QDir::System);
+    }
+    /// Lets an ordinary user use the folder, which may be root's.
+    [[nodiscard]] bool giveToEverybody() const;
     void reopen();
 
     std::optional<QTemporaryDir> mTemporary;
@@ -144,7 +191,7 @@ void SettingsStoreTest::reopen()
 QByteArray SettingsStoreTest::contentOf(const QString &name) const
 {
     QFile file(filePath(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QStringList SettingsStoreTest::storedNames() const
@@ -163,6 +210,41 @@ void SettingsStoreTest::store(const QStringList &names) const
         if (!names[i].isEmpty())
             writeFile(filePath(name), QlCoreUtility::convertDictionaryToData(documentNamed(names[i])).value());
     }
+}
+
+bool SettingsStoreTest::makeOdd(const QString &name, OddKind kind) const
+{
+    const QString path = filePath(name);
+    QFile::remove(path);
+    switch (kind) {
+    case OddKind::folder: return QDir().mkdir(path);
+    case OddKind::fullFolder: return QDir().mkdir(path) && QDir().mkdir(path + u"/inside"_s);
+    case OddKind::pipe: return ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
+    case OddKind::inputOutputError: return QFile::link(inputOutputErrorTarget, path);
+    case OddKind::missingTarget: return QFile::link(missingTarget, path);
+    }
+    return false;
+}
+
+bool SettingsStoreTest::isOdd(const QString &name, OddKind kind) const
+{
+    const QFileInfo file(filePath(name));
+    switch (kind) {
+    case OddKind::folder: return file.isDir();
+    case OddKind::fullFolder: return file.isDir() && QFileInfo(filePath(name + u"/inside"_s)).isDir();
+    case OddKind::pipe: return !file.isFile() && !file.isDir() && !file.isSymLink();
+    case OddKind::inputOutputError: return file.symLinkTarget() == inputOutputErrorTarget;
+    case OddKind::missingTarget: return file.symLinkTarget() == missingTarget;
+    }
+    return false;
+}
+
+bool SettingsStoreTest::giveToEverybody() const
+{
+    return setMode(mTemporary->path(), 0777) && setMode(mTemporary->filePath(u"state"_s), 0777)
+           && setMode(mFolder, 0777) && std::ranges::all_of(filesMatching(u"*"_s), [this](const QString &name) {
+                  return setMode(filePath(name), 0666);
+              });
 }
 
 void SettingsStoreTest::emptyFolderHasNoDocument()
@@ -390,24 +472,16 @@ void SettingsStoreTest::tellsOfTheLatestProblems()
 
 void SettingsStoreTest::unreadableFileIsReportedAndLeftAlone_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("target"); // of a symbolic link; empty for a folder
-    for (const QString &name : {u"settings.plist"_s, u"settings.plist.0"_s, u"settings.plist.3"_s}) {
-        QTest::addRow("%s is a folder", qPrintable(name)) << name << QString();
-        // The first page of a process is never mapped, so that reading it is an input/output error.
-        QTest::addRow("%s has an input/output error", qPrintable(name)) << name << u"/proc/self/mem"_s;
-        QTest::addRow("%s is elsewhere", qPrintable(name)) << name << u"/nowhere/settings.plist"_s;
-    }
+    addOddRows({u"settings.plist"_s}, oddKinds);
 }
 
 void SettingsStoreTest::unreadableFileIsReportedAndLeftAlone()
 {
     QFETCH(QString, name);
-    QFETCH(QString, target);
+    QFETCH(OddKind, kind);
     for (const QString &each : {u"1"_s, u"2"_s, u"3"_s, u"4"_s})
         QVERIFY(mStore->save(documentNamed(each)));
-    QFile::remove(filePath(name));
-    QVERIFY(target.isEmpty() ? QDir().mkdir(filePath(name)) : QFile::link(target, filePath(name)));
+    QVERIFY(makeOdd(name, kind));
     const auto entries = [&] { return QDir(mFolder).entryList(QDir::AllEntries | QDir::System | QDir::Hidden); };
     const QStringList before = entries();
     const QStringList namesBefore = storedNames();
@@ -423,12 +497,8 @@ void SettingsStoreTest::fileWithoutTheRightToReadIsReported()
 {
     QVERIFY(mStore->save(documentNamed(u"mine"_s)));
     mStore.reset();
-    const auto setMode = [](const QString &path, mode_t mode) {
-        return ::chmod(QFile::encodeName(path).constData(), mode) == 0;
-    };
-    QVERIFY(setMode(mTemporary->path(), 0777) && setMode(mTemporary->filePath(u"state"_s), 0777)
-            && setMode(mFolder, 0777) && setMode(filePath(u"lock"_s), 0666)
-            && setMode(filePath(u"settings.plist"_s), 0));
+    QVERIFY(giveToEverybody());
+    QVERIFY(setMode(filePath(u"settings.plist"_s), 0));
     const QString outcome = asOrdinaryUser([this] {
         SettingsStore store(mFolder);
         return store.open() == SettingsStore::OpenResult::unusable ? store.errorText() : u"opened"_s;
@@ -436,6 +506,92 @@ void SettingsStoreTest::fileWithoutTheRightToReadIsReported()
     QCOMPARE(outcome, u"cannot read %1: Permission denied"_s.arg(filePath(u"settings.plist"_s)));
     QVERIFY(setMode(filePath(u"settings.plist"_s), 0600));
     QCOMPARE(storedNames().first(), u"mine"_s);
+}
+
+void SettingsStoreTest::oddCopyIsSetAside_data()
+{
+    addOddRows({u"settings.plist.0"_s, u"settings.plist.1"_s, u"settings.plist.3"_s}, oddKinds);
+}
+
+void SettingsStoreTest::oddCopyIsSetAside()
+{
+    QFETCH(QString, name);
+    QFETCH(OddKind, kind);
+    for (const QString &each : {u"1"_s, u"2"_s, u"3"_s, u"4"_s})
+        QVERIFY(mStore->save(documentNamed(each)));
+    QVERIFY(makeOdd(name, kind));
+    reopen();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name + u" cannot be read .* set aside as "_s));
+    QCOMPARE(nameOf(mStore->load()), u"4"_s);
+    QCOMPARE(setAsideEntries().size(), 1);
+    QVERIFY(isOdd(setAsideEntries().first(), kind));
+    QCOMPARE(mStore->problems().size(), 1);
+    for (const QString &each : {u"5"_s, u"6"_s, u"7"_s})
+        QVERIFY(mStore->save(documentNamed(each)));
+    QCOMPARE(storedNames(), QStringList({u"7"_s, u""_s, u"6"_s, u"5"_s, u"4"_s}));
+    QCOMPARE(mStore->problems().size(), 1);
+}
+
+void SettingsStoreTest::copyWithoutTheRightToReadIsSetAside()
+{
+    for (const QString &each : {u"1"_s, u"2"_s, u"3"_s})
+        QVERIFY(mStore->save(documentNamed(each)));
+    mStore.reset();
+    QVERIFY(giveToEverybody());
+    QVERIFY(setMode(filePath(u"settings.plist.1"_s), 0));
+    const QString outcome = asOrdinaryUser([this] {
+        SettingsStore store(mFolder);
+        if (store.open() != SettingsStore::OpenResult::open)
+            return store.errorText();
+        const QString name = nameOf(store.load());
+        const bool isSaved = store.save(documentNamed(u"4"_s)) && store.save(documentNamed(u"5"_s));
+        return name + (isSaved ? u", saved"_s : u", not saved"_s) + u", "_s + store.problems().join(u'\n');
+    });
+    QVERIFY2(outcome.startsWith(u"3, saved, "_s + filePath(u"settings.plist.1 cannot be read (Permission denied)"_s)),
+             qPrintable(outcome));
+    QCOMPARE(storedNames(), QStringList({u"5"_s, u""_s, u"4"_s, u"3"_s, u"1"_s}));
+    QCOMPARE(setAsideEntries().size(), 1);
+    QVERIFY(setMode(filePath(setAsideEntries().first()), 0600));
+    QCOMPARE(contentOf(setAsideEntries().first()), dataOf(documentNamed(u"2"_s)));
+}
+
+void SettingsStoreTest::newestGoodCopyIsUsedAmongOddOnes()
+{
+    for (const QString &each : {u"1"_s, u"2"_s, u"3"_s, u"4"_s})
+        QVERIFY(mStore->save(documentNamed(each)));
+    writeFile(filePath(u"settings.plist"_s), "damage");
+    QVERIFY(makeOdd(u"settings.plist.1"_s, OddKind::pipe));
+    QVERIFY(makeOdd(u"settings.plist.3"_s, OddKind::folder));
+    reopen();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist is damaged"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.1 cannot be read"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.2 is used"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist\\.3 cannot be read"_s));
+    QCOMPARE(nameOf(mStore->load()), u"2"_s);
+    QCOMPARE(setAsideEntries().size(), 3);
+}
+
+void SettingsStoreTest::oddFileThatComesLaterIsSetAside_data()
+{
+    // Regular files are not read again while the daemon runs.
+    addOddRows({u"settings.plist"_s, u"settings.plist.0"_s, u"settings.plist.1"_s, u"settings.plist.2"_s},
+               std::span(oddKinds).first(oddKinds.size() - 1));
+}
+
+void SettingsStoreTest::oddFileThatComesLaterIsSetAside()
+{
+    QFETCH(QString, name);
+    QFETCH(OddKind, kind);
+    for (const QString &each : {u"1"_s, u"2"_s, u"3"_s})
+        QVERIFY(mStore->save(documentNamed(each)));
+    QVERIFY(makeOdd(name, kind));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name + u" is not a regular file, set aside as "_s));
+    QVERIFY(mStore->save(documentNamed(u"4"_s)));
+    QVERIFY(mStore->save(documentNamed(u"5"_s)));
+    QCOMPARE(storedNames().first(2), QStringList({u"5"_s, u""_s}));
+    QCOMPARE(storedNames().at(2), u"4"_s);
+    QCOMPARE(setAsideEntries().size(), 1);
+    QVERIFY(isOdd(setAsideEntries().first(), kind));
 }
 
 void SettingsStoreTest::fileThatCannotBeReadLaterIsLeftAlone()
