@@ -6,6 +6,7 @@
 #include "daemon/system/damagedfile.h"
 #include "daemon/system/logging.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -51,6 +52,11 @@ bool isPresent(const QString &filePath)
 {
     const QFileInfo file(filePath);
     return file.exists() || file.isSymLink();
+}
+
+QByteArray checksum(const QByteArray &content)
+{
+    return QCryptographicHash::hash(content, QCryptographicHash::Sha256);
 }
 
 /// 0, or an errno value.
@@ -171,6 +177,8 @@ std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
     }
     const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(bytes.data);
     std::optional<RepairedSettings> settings = document ? repairedSettings(*document) : std::nullopt;
+    if (settings && filePath == path())
+        mOwnContent = checksum(bytes.data);
     if (!settings)
         setAside(filePath,
                  document ? u"is damaged (nothing of a settings document)"_s : u"is damaged (not a property list)"_s);
@@ -227,27 +235,55 @@ bool SettingsStore::save(const QVariantMap &document)
     // Each step leaves a folder from which load() takes the newest answered document and finishInterruptedSave() the
     // copies, because a daemon may be killed after any of them. Without an old document the copy that stands there is
     // the newest good one, and stays.
-    const bool isReplacing = QFileInfo::exists(path());
-    if (isReplacing)
+    const std::optional<Found> found = findFile();
+    if (!found)
+        return false;
+    if (found != Found::nothing)
         finishInterruptedSave();
-    const bool isOriginal = mWrongFile == path();
-    const QString secondName = !isReplacing ? QString() : isOriginal ? keepOriginal() : giveSecondName();
-    if (isReplacing && isOriginal && secondName.isEmpty())
+    const std::optional<QString> secondName = giveSecondName(*found);
+    if (!secondName || !replace(*data, *secondName))
         return false;
-    QString problem;
-    if (!PropertyList::writeFileAtomically(path(), *data, &problem)) {
-        qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
-        if (!secondName.isEmpty())
-            takeBackReplacement(secondName);
-        else if (!isReplacing)
-            QFile::remove(path());
-        return false;
-    }
-    if (mWrongFile.isEmpty())
-        shiftCopies();
+    if (found == Found::foreignFile)
+        reportKept(*secondName);
+    else if (!mWrongFile.isEmpty())
+        reportRepair(*secondName);
     else
-        reportRepair(secondName);
+        shiftCopies();
     return true;
+}
+
+/// What the document would replace. Absent when it cannot be moved out of the way.
+std::optional<SettingsStore::Found> SettingsStore::findFile()
+{
+    if (!QFileInfo::exists(path()))
+        return Found::nothing;
+    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(path());
+    if (!bytes.error.isEmpty()) {
+        setAside(path(), u"cannot be read (%1)"_s.arg(bytes.error));
+        return isPresent(path()) ? std::nullopt : std::optional(Found::nothing);
+    }
+    if (checksum(bytes.data) != mOwnContent)
+        return Found::foreignFile;
+    return mWrongFile == path() ? Found::wrongDocument : Found::ownDocument;
+}
+
+/// Puts `data` in the place of the document, whose second name is `secondName`, empty for none.
+bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
+{
+    const bool isReplacing = QFileInfo::exists(path());
+    QString problem;
+    if (PropertyList::writeFileAtomically(path(), data, &problem)) {
+        mOwnContent = checksum(data);
+        return true;
+    }
+    qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
+    if (!secondName.isEmpty())
+        takeBackReplacement(secondName);
+    else if (isReplacing)
+        mOwnContent = checksum(PropertyList::readFileBytes(path()).data); // the old document or the new one
+    else
+        QFile::remove(path());
+    return false;
 }
 
 /// Ends what a daemon that was killed while it saved had begun, so that its copy .0 is not overwritten.
@@ -264,23 +300,29 @@ void SettingsStore::finishInterruptedSave()
         shiftCopies();
 }
 
-/// Gives the document that is about to be replaced a second name, which writing leaves alone, and returns it. Where the
-/// file system has no hard links it is empty, and the document is replaced as safely, only without a copy of the old
-/// one.
-QString SettingsStore::giveSecondName()
+/// Gives the document that is about to be replaced a second name, which writing leaves alone. It is empty where there
+/// is nothing, or where the file system has no hard links: the document is replaced as safely then, only without a copy
+/// of the old one. What is to be kept is kept in any case; absent when that failed.
+std::optional<QString> SettingsStore::giveSecondName(Found found) const
 {
+    switch (found) {
+    case Found::nothing: return QString();
+    case Found::wrongDocument: return keepAside("damaged"_L1);
+    case Found::foreignFile: return keepAside("replaced"_L1);
+    case Found::ownDocument: break;
+    }
     if (const int error = linkFile(path(), copyPath(0)); error != 0) {
         qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError(error)));
-        return {};
+        return QString();
     }
     return copyPath(0);
 }
 
-/// The same for a document that was repaired, under the name that it keeps; as a file of its own where there are no
-/// hard links. Empty (and logged) when that failed.
-QString SettingsStore::keepOriginal() const
+/// A second name for what is to be kept; the name of a file of its own where there are no hard links. Absent (and
+/// logged) when that failed.
+std::optional<QString> SettingsStore::keepAside(QLatin1StringView mark) const
 {
-    QString name = unusedAsideName(path());
+    QString name = unusedAsideName(path(), mark);
     if (linkFile(path(), name) == 0)
         return name;
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(path());
@@ -290,6 +332,15 @@ QString SettingsStore::keepOriginal() const
     qCCritical(lcSettings, "file: cannot keep %s as %s: %s", qUtf8Printable(path()), qUtf8Printable(name),
                qUtf8Printable(problem));
     return {};
+}
+
+void SettingsStore::reportKept(const QString &name)
+{
+    if (mWrongFile == path()) // what was repaired of it is gone
+        mWrongFile.clear();
+    reportProblem(
+        u"another program changed %1 while the daemon ran: it was replaced, and is kept as %2; to use it, end the "
+        "daemon, rename it to settings.plist and start the daemon"_s.arg(path(), name));
 }
 
 /// `original`: where the original of the repaired file is, unless that is a copy, which is set aside now.

@@ -5,6 +5,7 @@
 
 #include "daemon/settings/settingsrepair.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -20,6 +21,7 @@
 ///                                   killed in between left to do is done by the next save
 ///   settings.plist.damaged-<time>   what was no settings document, or one with wrong values, as it was; neither
 ///                                   overwritten nor read
+///   settings.plist.replaced-<time>  what another program had put in the place of settings.plist while the daemon ran
 ///   lock                            held by the daemon that uses the folder
 class SettingsStore
 {
@@ -55,7 +57,8 @@ public:
     [[nodiscard]] std::optional<QVariantMap> load();
 
     /// Writes `document`, on the disk when this returns. False when that failed: the folder holds the documents that it
-    /// held before.
+    /// held before. Keeps what another program has put in the place of settings.plist since load() or the save before,
+    /// and reports it. load() must have been called before.
     [[nodiscard]] bool save(const QVariantMap &document);
 
 private:
@@ -68,8 +71,12 @@ private:
     void refuseSaving(const QString &filePath, const QString &reason);
     void removeLeftOvers();
     void finishInterruptedSave();
-    [[nodiscard]] QString giveSecondName();
-    [[nodiscard]] QString keepOriginal() const;
+    enum class Found { nothing, ownDocument, wrongDocument, foreignFile };
+    [[nodiscard]] std::optional<Found> findFile();
+    [[nodiscard]] std::optional<QString> giveSecondName(Found found) const;
+    [[nodiscard]] std::optional<QString> keepAside(QLatin1StringView mark) const;
+    [[nodiscard]] bool replace(const QByteArray &data, const QString &secondName);
+    void reportKept(const QString &name);
     void reportRepair(QString original);
     void reportProblem(const QString &problem);
     void takeBackReplacement(const QString &secondName);
@@ -78,9 +85,10 @@ private:
     QString mFolder;
     QString mErrorText;
     int mLock = -1;
-    QStringList mInTheWay; // files that could be neither read nor set aside; nothing is saved while they are there
-    QString mWrongFile;    // the file whose values were repaired, until the next save has kept it aside
-    QStringList mRepairs;  // of that file
+    QByteArray mOwnContent; // a checksum of settings.plist as read or written last
+    QStringList mInTheWay;  // files that could be neither read nor set aside; nothing is saved while they are there
+    QString mWrongFile;     // the file whose values were repaired, until the next save has kept it aside
+    QStringList mRepairs;   // of that file
     QStringList mProblems;
     std::function<void()> mProblemHandler;
 };

@@ -11,9 +11,10 @@
 
 using namespace Qt::StringLiterals;
 
-QString unusedAsideName(const QString &base)
+QString unusedAsideName(const QString &base, QLatin1StringView mark)
 {
-    const QString first = base + u".damaged-"_s + QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd'T'HHmmss'Z'"_s);
+    const QString time = QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd'T'HHmmss'Z'"_s);
+    const QString first = u"%1.%2-%3"_s.arg(base, mark, time);
     QString target = first;
     for (int number = 2; QFileInfo::exists(target); ++number)
         target = u"%1-%2"_s.arg(first).arg(number);
@@ -22,7 +23,7 @@ QString unusedAsideName(const QString &base)
 
 SetAsideFile setDamagedFileAside(const QString &path, const QString &base)
 {
-    const QString target = unusedAsideName(base);
+    const QString target = unusedAsideName(base, "damaged"_L1);
     if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData()) != 0)
         return {.name = {}, .error = QString::fromLocal8Bit(std::strerror(errno))};
     return {.name = target, .error = {}};

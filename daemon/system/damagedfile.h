@@ -11,9 +11,9 @@ struct SetAsideFile
     QString error; ///< in the system's words; empty when it was renamed
 };
 
-/// A path that nothing has yet: "<base>.damaged-<UTC time>", with a number where that is taken. `base` is the path
+/// A path that nothing has yet: "<base>.<mark>-<UTC time>", with a number where that is taken. `base` is the path
 /// without what marks it as a copy.
-[[nodiscard]] QString unusedAsideName(const QString &base);
+[[nodiscard]] QString unusedAsideName(const QString &base, QLatin1StringView mark);
 
-/// Renames the file at `path` to unusedAsideName(base).
+/// Renames the file at `path` to the unusedAsideName() with the mark "damaged".
 [[nodiscard]] SetAsideFile setDamagedFileAside(const QString &path, const QString &base);

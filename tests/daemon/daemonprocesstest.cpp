@@ -143,6 +143,7 @@ private Q_SLOTS:
     void oneWrongValueCostsNothingElse();
     void desktopShowsAProblemOfTheSettings();
     void oddCopiesDoNotKeepItFromStarting();
+    void settingsPutBackByHandAreKept();
     void unreadableSettingsAreNamed();
     void fullDiskIsReportedAndChangesNothing();
     void postsNotificationsForOtherClients();
@@ -302,6 +303,32 @@ void DaemonProcessTest::oddCopiesDoNotKeepItFromStarting()
     QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"kept"_s);
     QVERIFY(mDaemon->log().contains("settings.plist.1 cannot be read"));
     QVERIFY(mDaemon->log().contains("settings.plist.2 cannot be read"));
+}
+
+void DaemonProcessTest::settingsPutBackByHandAreKept()
+{
+    const auto rename = [this](const QString &name) {
+        return mDaemon->request(Command::updateProfile,
+                                {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(name)}});
+    };
+    const auto first = rename(u"first"_s);
+    QVERIFY(first);
+    const QByteArray backup =
+        QlCoreUtility::convertDictionaryToData(first->values.value(u"ReturnDictionary"_s).toMap()).value();
+    QVERIFY(rename(u"second"_s));
+    const QDir folder(mDaemon->settingsFolder());
+    writeFile(folder.filePath(u"settings.plist"_s), backup);
+    const auto third = rename(u"third"_s);
+    QVERIFY(third);
+    QCOMPARE(third->values.value(u"ReturnStatus"_s), QVariant(0));
+    const QStringList kept = folder.entryList({u"settings.plist.replaced-*"_s});
+    QCOMPARE(kept.size(), 1);
+    QFile file(folder.filePath(kept.first()));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), backup);
+    QVERIFY2(mDaemon->log().contains("another program changed"), mDaemon->log().constData());
+    const NotificationService desktop; // was not there yet
+    QTRY_COMPARE(desktop.bubbles.size(), 1);
 }
 
 void DaemonProcessTest::unreadableSettingsAreNamed()

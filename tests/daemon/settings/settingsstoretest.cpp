@@ -108,6 +108,12 @@ private Q_SLOTS:
     void originalIsKeptWithoutHardLinks();
     void newestCopyIsRepaired();
     void copyThatIsNotUsedStaysWithItsWrongValue();
+    void fileThatAnotherProgramHasChangedIsKept_data();
+    void fileThatAnotherProgramHasChangedIsKept();
+    void fileThatAppearsIsKept();
+    void sameContentIsNotAChange();
+    void changeByAnotherProgramIsKeptOnceWithAFullDisk();
+    void unreadableChangeByAnotherProgramIsSetAside();
     void tellsOfEachProblem();
     void tellsOfTheLatestProblems();
     void unreadableFileIsReportedAndLeftAlone_data();
@@ -429,6 +435,105 @@ void SettingsStoreTest::copyThatIsNotUsedStaysWithItsWrongValue()
     QCOMPARE(filesMatching(u"settings.plist.damaged-*"_s), QStringList());
 }
 
+void SettingsStoreTest::fileThatAnotherProgramHasChangedIsKept_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isReplaced"); // else written in place
+    for (const bool isReplaced : {false, true}) {
+        const char *how = isReplaced ? "replaced" : "in place";
+        QTest::addRow("a document, %s", how) << dataOf(documentNamed(u"put back"_s)) << isReplaced;
+        QTest::addRow("of the same size, %s", how) << dataOf(documentNamed(u"3"_s)) << isReplaced;
+        QTest::addRow("damage, %s", how) << QByteArray("damage") << isReplaced;
+        QTest::addRow("nothing, %s", how) << QByteArray() << isReplaced;
+    }
+}
+
+void SettingsStoreTest::fileThatAnotherProgramHasChangedIsKept()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, isReplaced);
+    QVERIFY(mStore->save(documentNamed(u"1"_s)));
+    QVERIFY(mStore->save(documentNamed(u"2"_s)));
+    reopen();
+    QVERIFY(mStore->load());
+    if (isReplaced)
+        QVERIFY(QFile::remove(filePath(u"settings.plist"_s)));
+    writeFile(filePath(u"settings.plist"_s), content);
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(u"another program changed .*settings\\.plist.*kept as .*replaced-"_s));
+    QVERIFY(mStore->save(documentNamed(u"4"_s)));
+    const QStringList kept = filesMatching(u"settings.plist.replaced-*"_s);
+    QCOMPARE(kept.size(), 1);
+    QCOMPARE(contentOf(kept.first()), content);
+    QCOMPARE(mStore->problems().size(), 1);
+    QVERIFY(mStore->problems().first().contains(kept.first()));
+    QCOMPARE(storedNames(), QStringList({u"4"_s, u""_s, u"1"_s, u""_s, u""_s}));
+    QVERIFY(mStore->save(documentNamed(u"5"_s)));
+    QCOMPARE(storedNames(), QStringList({u"5"_s, u""_s, u"4"_s, u"1"_s, u""_s}));
+    QCOMPARE(filesMatching(u"settings.plist.replaced-*"_s), kept);
+}
+
+void SettingsStoreTest::fileThatAppearsIsKept()
+{
+    QVERIFY(!mStore->load());
+    writeFile(filePath(u"settings.plist"_s), dataOf(documentNamed(u"put there"_s)));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"another program changed"_s));
+    QVERIFY(mStore->save(documentNamed(u"1"_s)));
+    QCOMPARE(contentOf(filesMatching(u"settings.plist.replaced-*"_s).value(0)), dataOf(documentNamed(u"put there"_s)));
+}
+
+void SettingsStoreTest::sameContentIsNotAChange()
+{
+    QVERIFY(mStore->save(documentNamed(u"1"_s)));
+    QVERIFY(QFile::remove(filePath(u"settings.plist"_s)));
+    writeFile(filePath(u"settings.plist"_s), dataOf(documentNamed(u"1"_s)));
+    QVERIFY(mStore->save(documentNamed(u"2"_s)));
+    QCOMPARE(mStore->problems(), QStringList());
+    QCOMPARE(storedNames(), QStringList({u"2"_s, u""_s, u"1"_s, u""_s, u""_s}));
+}
+
+void SettingsStoreTest::changeByAnotherProgramIsKeptOnceWithAFullDisk()
+{
+    QVERIFY(mStore->save(documentNamed(u"1"_s)));
+    writeFile(filePath(u"settings.plist"_s), "put back");
+    {
+        const FileSizeLimit fullDisk(16);
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+            QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+        }
+    }
+    QCOMPARE(filesMatching(u"settings.plist*"_s), QStringList{u"settings.plist"_s});
+    QCOMPARE(contentOf(u"settings.plist"_s), QByteArray("put back"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"another program changed"_s));
+    QVERIFY(mStore->save(documentNamed(u"2"_s)));
+    QCOMPARE(contentOf(filesMatching(u"settings.plist.replaced-*"_s).value(0)), QByteArray("put back"));
+    // A save that failed after the replacement leaves the daemon's own document, which is no change.
+    {
+        const FolderFlushFailure failure(EIO);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
+    }
+    {
+        const HardLinkFailure noLinks(EPERM);
+        const FolderFlushFailure failure(EIO);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QVERIFY(!mStore->save(documentNamed(u"not confirmed"_s)));
+    }
+    QVERIFY(mStore->save(documentNamed(u"3"_s)));
+    QCOMPARE(mStore->problems().size(), 1);
+}
+
+void SettingsStoreTest::unreadableChangeByAnotherProgramIsSetAside()
+{
+    QVERIFY(mStore->save(documentNamed(u"1"_s)));
+    QVERIFY(makeOdd(u"settings.plist"_s, OddKind::inputOutputError));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"settings\\.plist cannot be read .*set aside as"_s));
+    QVERIFY(mStore->save(documentNamed(u"2"_s)));
+    QCOMPARE(storedNames().first(), u"2"_s);
+    QVERIFY(isOdd(setAsideEntries().value(0), OddKind::inputOutputError));
+}
+
 void SettingsStoreTest::tellsOfEachProblem()
 {
     int toldCount = 0;
@@ -680,6 +785,7 @@ void SettingsStoreTest::killWithoutHardLinksLosesNothing()
 {
     // A restored folder holds the second name as a file of its own.
     store({u"4"_s, u"4"_s, u"3"_s, u"2"_s, u"1"_s});
+    QVERIFY(mStore->load());
     QVERIFY(mStore->save(documentNamed(u"6"_s)));
     QCOMPARE(storedNames(), QStringList({u"6"_s, u""_s, u"4"_s, u"3"_s, u"2"_s}));
 }
@@ -687,6 +793,7 @@ void SettingsStoreTest::killWithoutHardLinksLosesNothing()
 void SettingsStoreTest::gapInTheCopiesIsFilledFirst()
 {
     store({u"5"_s, u""_s, u"4"_s, u""_s, u"2"_s}); // .2 was damaged and set aside
+    QVERIFY(mStore->load());
     QVERIFY(mStore->save(documentNamed(u"6"_s)));
     QCOMPARE(storedNames(), QStringList({u"6"_s, u""_s, u"5"_s, u"4"_s, u"2"_s}));
 }
