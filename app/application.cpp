@@ -7,6 +7,7 @@
 #include "app/mainwindow.h"
 #include "app/productlogo.h"
 #include "base/daemonprotocol.h"
+#include "base/filesizesignal.h"
 #include "base/resources.h"
 #include "base/text.h"
 #include "platform/singleinstance.h"
@@ -128,6 +129,7 @@ void connectToApplication(Keyboard_ConfiguratorAppDelegate &delegate)
 
 int runConfigurator(int argc, char *argv[])
 {
+    makeFileSizeLimitAnError();
     defaultMessageHandler = qInstallMessageHandler(writeNoFailures);
     const std::jthread fonts(prepareFonts);
     QApplication application(argc, argv);

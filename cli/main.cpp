@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "base/filesizesignal.h"
 #include "cli/commandline.h"
 
 #include <QCoreApplication>
@@ -10,6 +11,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char *argv[])
 {
+    makeFileSizeLimitAnError();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kestractl"));
     QFile results;

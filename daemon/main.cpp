@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/daemonprotocol.h"
+#include "base/filesizesignal.h"
 #include "daemon/daemonprocess.h"
 #include "daemon/launch/detachedprocess.h"
 
@@ -38,6 +39,7 @@ void makeStacksSmall()
 int main(int argc, char *argv[])
 {
     ignoreSignals();
+    makeFileSizeLimitAnError();
     makeStacksSmall();
     // Event loops wait with poll(), not with GLib's loop, which takes longer and needs memory of its own.
     qputenv(DetachedProcess::withheldVariable, "1");

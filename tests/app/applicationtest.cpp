@@ -23,7 +23,6 @@
 #include <QTimer>
 #include <QWindow>
 
-#include <csignal>
 #include <cstdio>
 #include <future>
 #include <sys/resource.h>
@@ -254,7 +253,6 @@ void ApplicationTest::writesNoFailureToStandardError()
     }
     if (failure == u"full disk") {
         mProgram->setChildProcessModifier([] {
-            std::signal(SIGXFSZ, SIG_IGN);
             const rlimit nothing{1, 1};
             ::setrlimit(RLIMIT_FSIZE, &nothing);
         });

@@ -10,7 +10,10 @@
 
 #include <QElapsedTimer>
 #include <QJsonObject>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -69,6 +72,7 @@ private Q_SLOTS:
     void helpNeedsNoDaemon_data();
     void helpNeedsNoDaemon();
     void unwrittenResultsAreTold();
+    void resultsBeyondTheFileSizeLimitAreTold();
     void wrongUsageIsTold_data();
     void wrongUsageIsTold();
     void missingDaemonIsTold_data();
@@ -111,6 +115,21 @@ void TestKestractlFailures::unwrittenResultsAreTold()
 {
     QProcess process;
     process.setStandardOutputFile(u"/dev/full"_s);
+    startKestractl(process, {u"--help"_s}, QProcessEnvironment::systemEnvironment());
+    const KestractlResult result = finishedResult(process);
+    QCOMPARE(result.exitCode, 5);
+    QVERIFY2(result.errorText().contains(u"could not be written"_s), result.errors.constData());
+}
+
+void TestKestractlFailures::resultsBeyondTheFileSizeLimitAreTold()
+{
+    const QTemporaryDir folder;
+    QProcess process;
+    process.setStandardOutputFile(folder.filePath(u"results"_s));
+    process.setChildProcessModifier([] {
+        const rlimit limit{1, 1};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    });
     startKestractl(process, {u"--help"_s}, QProcessEnvironment::systemEnvironment());
     const KestractlResult result = finishedResult(process);
     QCOMPARE(result.exitCode, 5);

@@ -359,7 +359,6 @@ void DaemonProcessTest::fullDiskIsReportedAndChangesNothing()
     mDaemon->terminate();
     QVERIFY(mDaemon->start([] {
         // No file can grow beyond this: what a disk that fills up in the middle of a write looks like.
-        std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{100, 100};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }));
