@@ -102,6 +102,7 @@ private:
             || count * quint64(mOffsetSize) > tableEnd - tableStart)
             return false;
         mObjectsEnd = qsizetype(tableStart);
+        mBytesLeft = mObjectsEnd - headerSize;
         mObjects.resize(count);
         return mBudget.takeNodes(1);
     }
@@ -199,8 +200,9 @@ private:
         return true;
     }
 
-    /// Reads an object's count and leaves the cursor behind it; false unless so many units of `unit` bytes follow.
-    static bool takeCount(Cursor &cursor, int low, qsizetype unit, qsizetype &count)
+    /// Reads an object's count and leaves the cursor behind it; false unless so many units of `unit` bytes follow. The
+    /// bytes are taken as well: objects that share bytes would make a small file a lot of work.
+    bool takeCount(Cursor &cursor, int low, qsizetype unit, qsizetype &count)
     {
         quint64 value = quint64(low);
         if (low == 0x0f) {
@@ -215,7 +217,8 @@ private:
         if (value > quint64(cursor.left / unit))
             return false;
         count = qsizetype(value);
-        return true;
+        mBytesLeft -= count * unit;
+        return mBytesLeft >= 0;
     }
 
     bool takeContent(Object &object, qsizetype bytes)
@@ -344,6 +347,7 @@ private:
 
     QByteArrayView mData;
     qsizetype mObjectsEnd = 0; // where the offset table starts
+    qsizetype mBytesLeft = 0;  // of the objects: what strings, data and containers have not taken yet
     int mOffsetSize = 0;
     int mReferenceSize = 0;
     quint64 mTop = 0;

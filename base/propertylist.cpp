@@ -34,7 +34,7 @@ std::optional<QVariant> readText(QByteArrayView data)
     // Only bytes without a mark can be in an encoding that the XML declaration has to tell.
     const QByteArrayView start = data.first(std::min<qsizetype>(data.size(), 256));
     if (!QStringConverter::encodingForData(data) && isXmlPropertyList(QString::fromLatin1(start)))
-        return readXmlPropertyList(QByteArray::fromRawData(data.data(), data.size()));
+        return readXmlPropertyList(data);
     const std::optional<QString> text = decodedText(data);
     if (!text)
         return {};

@@ -18,7 +18,8 @@
 namespace PropertyList {
 
 // Input comes from strangers (profile and macro files), so reading is bounded. Writing keeps the same bounds: what is
-// written here can be read here. A full document has about 20 000 values in 72 kB.
+// written here can be read here. A full document has about 20 000 values in 72 kB. The work that a file causes grows
+// with its size and no faster: xmloutline.h limits XML, and the objects of a binary file must not share bytes.
 
 /// Bytes of a file or message, in any format.
 inline constexpr qsizetype maximumInputBytes = 16 * 1024 * 1024;

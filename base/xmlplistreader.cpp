@@ -2,8 +2,10 @@
 #include "base/xmlplistreader.h"
 
 #include "base/propertylistbudget.h"
+#include "base/xmloutline.h"
 
 #include <QDateTime>
+#include <QStringDecoder>
 #include <QXmlStreamReader>
 
 #include <cmath>
@@ -18,13 +20,16 @@ namespace {
 class Reader
 {
 public:
-    explicit Reader(const QByteArray &data) : mXml(data) {}
-    explicit Reader(const QString &text) : mXml(text) {}
+    explicit Reader(const QString &text) : mXml(text)
+    {
+        // A property list has no namespaces; the parser would compare each element with all that are declared.
+        mXml.setNamespaceProcessing(false);
+    }
 
     std::optional<QVariant> read()
     {
         QVariant root;
-        if (!nextElement() || mXml.name() != "plist"_L1)
+        if (!nextElement() || mXml.qualifiedName() != "plist"_L1)
             return {};
         if (!nextElement() || !readValue(root, 1) || nextElement()) // exactly one value
             return {};
@@ -44,8 +49,7 @@ private:
             case QXmlStreamReader::StartElement: return true;
             case QXmlStreamReader::EndElement: return false;
             case QXmlStreamReader::Characters: mFailed = !mXml.isWhitespace(); break;
-            // A document type with declarations of its own could define entities that expand without end.
-            case QXmlStreamReader::DTD: mFailed = mXml.text().contains(u'['); break;
+            case QXmlStreamReader::DTD:
             case QXmlStreamReader::StartDocument:
             case QXmlStreamReader::Comment:
             case QXmlStreamReader::ProcessingInstruction: break;
@@ -60,7 +64,7 @@ private:
     {
         if (!mBudget.takeNodes(1))
             return fail();
-        const QStringView name = mXml.name();
+        const QStringView name = mXml.qualifiedName();
         if (name == "dict"_L1)
             return readDictionary(value, depth);
         if (name == "array"_L1)
@@ -92,7 +96,7 @@ private:
             return fail();
         QVariantMap dictionary;
         while (nextElement()) {
-            if (mXml.name() != "key"_L1 || !mBudget.takeNodes(1))
+            if (mXml.qualifiedName() != "key"_L1 || !mBudget.takeNodes(1))
                 return fail();
             const QString key = readText();
             QVariant element;
@@ -245,6 +249,19 @@ private:
     bool mFailed = false;
 };
 
+/// The encoding that the declaration at the start of `data` names; UTF-8 where there is none. Absent when the
+/// declaration is not well-formed.
+std::optional<QByteArray> declaredEncoding(QByteArrayView data)
+{
+    constexpr qsizetype longestDeclaration = 256;
+    QXmlStreamReader declaration(data.first(std::min(data.size(), longestDeclaration)).toByteArray());
+    declaration.readNext();
+    if (declaration.error() == QXmlStreamReader::NotWellFormedError)
+        return {};
+    const QByteArray encoding = declaration.documentEncoding().toLatin1();
+    return encoding.isEmpty() ? QByteArray("UTF-8") : encoding;
+}
+
 } // namespace
 
 bool isXmlPropertyList(QStringView text)
@@ -253,12 +270,19 @@ bool isXmlPropertyList(QStringView text)
     return start.startsWith("<?"_L1) || start.startsWith("<!"_L1) || start.startsWith("<plist"_L1);
 }
 
-std::optional<QVariant> readXmlPropertyList(const QByteArray &data)
+std::optional<QVariant> readXmlPropertyList(QByteArrayView data)
 {
-    return Reader(data).read();
+    const std::optional<QByteArray> encoding = declaredEncoding(data);
+    if (!encoding)
+        return {};
+    QStringDecoder decoder(encoding->constData());
+    if (!decoder.isValid())
+        return {};
+    const QString text = decoder.decode(data);
+    return decoder.hasError() ? std::nullopt : readXmlPropertyList(text);
 }
 
 std::optional<QVariant> readXmlPropertyList(const QString &text)
 {
-    return Reader(text).read();
+    return outlineOfXml(text).isWithinLimits ? Reader(text).read() : std::nullopt;
 }

@@ -2,7 +2,7 @@
 // Reads the XML property-list form for PropertyList::read. No state; any thread.
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QVariant>
 
@@ -12,8 +12,8 @@
 [[nodiscard]] bool isXmlPropertyList(QStringView text);
 
 /// The tree in `data`, in the encoding that its byte order mark or declaration names. A real out of the range of a
-/// double is infinity or zero, with its sign. Absent when it is not well-formed, not a property list, declares entities
-/// or exceeds a limit of propertylist.h.
-[[nodiscard]] std::optional<QVariant> readXmlPropertyList(const QByteArray &data);
+/// double is infinity or zero, with its sign. Absent when it is not well-formed, not a property list, or exceeds a
+/// limit of propertylist.h or xmloutline.h.
+[[nodiscard]] std::optional<QVariant> readXmlPropertyList(QByteArrayView data);
 /// The same for text that has been decoded already.
 [[nodiscard]] std::optional<QVariant> readXmlPropertyList(const QString &text);

@@ -74,6 +74,7 @@ private slots:
     void keepsLimitOfDepth();
     void keepsLimitOfDepthForSharedContainers();
     void refusesOverlappingArraysQuickly();
+    void refusesStringsThatShareBytes();
     void refusesHugeCounts_data();
     void refusesHugeCounts();
     void randomTreesComeBack();
@@ -382,6 +383,20 @@ void BinaryPlistReaderTest::refusesOverlappingArraysQuickly()
     QVERIFY(!PropertyList::read(file));
     const std::chrono::nanoseconds taken = processorTime() - start;
     QVERIFY2(taken < 2s, qPrintable(QString::number(taken.count())));
+}
+
+// Reading a thousand strings in the same bytes would cost a thousand times as much as reading one.
+void BinaryPlistReaderTest::refusesStringsThatShareBytes()
+{
+    const QByteArray array = hex("a20102");
+    const auto file = [&array](const QByteArray &texts, int second) {
+        const QByteArray objects = "bplist00" + array + texts;
+        return withTrailer(objects + bytes({8, 11, second}) + QByteArray(32, '\0'), 1, 1, 3, 0,
+                           quint64(objects.size()));
+    };
+    const QByteArray text = hex("5e") + QByteArray(14, '^'); // the sign is the mark of such a string as well
+    QCOMPARE(PropertyList::read(file(text + text, 26)), QVariant(QVariantList{QString(14, u'^'), QString(14, u'^')}));
+    QVERIFY(!PropertyList::read(file(text + "^", 12)));
 }
 
 void BinaryPlistReaderTest::refusesHugeCounts_data()

@@ -153,6 +153,7 @@ void XmlPlistReaderTest::refuses_data()
     row("text instead of a value", "true");
     row("text beside the value", "<true/>x");
     row("unknown element", "<null/>");
+    row("element of another namespace", "<a:true xmlns:a=\"b\"/>");
     row("key outside a dictionary", "<key>a</key>");
     row("element in other case", "<Dict/>");
     row("value without key", "<dict><true/></dict>");

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "base/xmloutline.h"
+
+#include "base/propertylist.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Passes over the text once. Every skip… function starts on the first character of its markup; when it returns true,
+/// it has passed the last one.
+class Scanner
+{
+public:
+    explicit Scanner(QStringView text) : mText(text) {}
+
+    XmlOutline outline()
+    {
+        bool isGood = true;
+        while (isGood && skipToMarkup())
+            isGood = skipMarkup();
+        return {.isWithinLimits = isGood, .steps = mAt + mComparisons};
+    }
+
+private:
+    static bool isSpace(QChar character)
+    {
+        return character == u' ' || character == u'\t' || character == u'\n' || character == u'\r';
+    }
+
+    bool skipToMarkup()
+    {
+        const qsizetype markup = mText.indexOf(u'<', mAt);
+        mAt = markup < 0 ? mText.size() : markup;
+        return markup >= 0;
+    }
+
+    bool skipMarkup()
+    {
+        const QStringView markup = mText.sliced(mAt);
+        if (markup.startsWith("<!--"_L1))
+            return skipThrough("-->"_L1, 4);
+        if (markup.startsWith("<![CDATA["_L1))
+            return skipThrough("]]>"_L1, 9);
+        if (markup.startsWith("<!"_L1))
+            return skipDocumentType();
+        if (markup.startsWith("<?"_L1))
+            return isDeclaration(markup) ? skipTag() : skipInstruction();
+        if (markup.startsWith("</"_L1))
+            return skipTag() && --mDepth >= 0;
+        return skipElementStart();
+    }
+
+    bool skipThrough(QLatin1StringView end, qsizetype from)
+    {
+        const qsizetype at = mText.indexOf(end, mAt + from);
+        mAt = at < 0 ? mText.size() : at + end.size();
+        return at >= 0;
+    }
+
+    bool skipDocumentType()
+    {
+        const qsizetype start = mAt;
+        return skipTag() && !mText.sliced(start, mAt - start).contains(u'[');
+    }
+
+    /// The XML declaration has attributes, as an element has; in other instructions quotes have no meaning.
+    static bool isDeclaration(QStringView markup)
+    {
+        return markup.startsWith("<?xml"_L1) && markup.size() > 5 && isSpace(markup[5]);
+    }
+
+    bool skipInstruction()
+    {
+        const qsizetype start = mAt + 2;
+        if (!skipThrough("?>"_L1, 2))
+            return false;
+        const QStringView instruction = mText.sliced(start, mAt - start - 2);
+        qsizetype name = 0;
+        while (name < instruction.size() && name <= maximumXmlName && !isSpace(instruction[name]))
+            ++name;
+        return name <= maximumXmlName;
+    }
+
+    bool skipElementStart()
+    {
+        // The element "plist" is not a value, and the deepest container may hold scalars.
+        ++mElements;
+        ++mDepth;
+        if (mElements > qint64(PropertyList::maximumNodes) + 1 || mDepth > PropertyList::maximumDepth + 2 || !skipTag())
+            return false;
+        if (mText[mAt - 2] == u'/')
+            --mDepth;
+        return true;
+    }
+
+    /// Anything up to a > outside quotes. Each text in quotes is the value of an attribute.
+    bool skipTag()
+    {
+        int attributes = 0;
+        qsizetype name = 0;
+        for (++mAt; mAt < mText.size(); ++mAt) {
+            const QChar character = mText[mAt];
+            if (character == u'>') {
+                ++mAt;
+                return true;
+            }
+            const bool isQuote = character == u'"' || character == u'\'';
+            if (isQuote) {
+                mComparisons += attributes;
+                const qsizetype end = mText.indexOf(character, mAt + 1);
+                if (end < 0 || ++attributes > maximumXmlAttributes)
+                    return false;
+                mAt = end;
+            }
+            name = isQuote || isSpace(character) || character == u'=' || character == u'/' ? 0 : name + 1;
+            if (name > maximumXmlName)
+                return false;
+        }
+        return false;
+    }
+
+    QStringView mText;
+    qsizetype mAt = 0;
+    qint64 mElements = 0;
+    qint64 mComparisons = 0;
+    int mDepth = 0;
+};
+
+} // namespace
+
+XmlOutline outlineOfXml(QStringView text)
+{
+    return Scanner(text).outline();
+}
