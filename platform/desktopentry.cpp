@@ -52,7 +52,7 @@ public:
 
     std::optional<QStringList> words()
     {
-        for (; mPosition < mLine.size(); ++mPosition) {
+        for (; mPosition < mLine.size() && mLength <= DesktopEntry::maximumFileBytes; ++mPosition) {
             const QChar character = mLine.at(mPosition);
             if (character == u'%') {
                 if (!readFieldCode())
@@ -66,11 +66,11 @@ public:
             } else if (!mIsQuoted && isBlank(character)) {
                 endWord();
             } else {
-                append(QString(character));
+                append(QStringView(&character, 1));
             }
         }
         endWord();
-        if (mIsQuoted || mWords.isEmpty() || mWords.constFirst().isEmpty())
+        if (mIsQuoted || mLength > DesktopEntry::maximumFileBytes || mWords.isEmpty() || mWords.constFirst().isEmpty())
             return {};
         return mWords;
     }
@@ -79,9 +79,9 @@ private:
     static bool isBlank(QChar character) { return character == u' ' || character == u'\t' || character == u'\n'; }
 
     /// The character after the present one; empty at the end of the line.
-    [[nodiscard]] QString following() const
+    [[nodiscard]] QStringView following() const
     {
-        return mLine.sliced(mPosition + 1).first(mPosition + 1 < mLine.size() ? 1 : 0);
+        return QStringView(mLine).sliced(mPosition + 1, mPosition + 1 < mLine.size() ? 1 : 0);
     }
 
     bool readFieldCode()
@@ -99,7 +99,7 @@ private:
         case u'v':
         case u'm': // withdrawn
             return true;
-        case u'%': append(u"%"_s); return true;
+        case u'%': append(u"%"); return true;
         case u'c': append(mEntry.localText(u"Name"_s)); return true;
         case u'k': append(mEntry.path()); return true;
         case u'i': appendIcon(); return true;
@@ -110,15 +110,18 @@ private:
     /// Two words of their own; inside another word the code means nothing.
     void appendIcon()
     {
-        const QString icon = mEntry.text(u"Icon"_s);
         const bool isWord = !mIsInWord && (following().isEmpty() || isBlank(following().front()));
-        if (isWord && !icon.isEmpty())
-            mWords << u"--icon"_s << icon;
+        const QString icon = isWord ? mEntry.text(u"Icon"_s) : QString();
+        if (icon.isEmpty())
+            return;
+        mWords << u"--icon"_s << icon;
+        mLength += icon.size();
     }
 
-    void append(const QString &text)
+    void append(QStringView text)
     {
         mWord += text;
+        mLength += text.size();
         mIsInWord = true;
     }
 
@@ -132,6 +135,7 @@ private:
     const DesktopEntry &mEntry;
     const QString mLine;
     qsizetype mPosition = 0;
+    qsizetype mLength = 0; // of all words
     bool mIsQuoted = false;
     bool mIsInWord = false; // a quoted word may be empty
     QString mWord;

@@ -32,7 +32,8 @@ public:
 
     /// The words of "Exec", for no file and no address: quotes and escapes resolved, %i %c %k and %% replaced, the
     /// codes for files and addresses removed. The first word is a program, by its name or its path. Absent when the
-    /// line is missing or empty, leaves a quote open or has an unknown code: such a line must not be run.
+    /// line is missing or empty, leaves a quote open, has an unknown code, or would be longer than maximumFileBytes
+    /// characters: such a line must not be run.
     [[nodiscard]] std::optional<QStringList> commandLine() const;
 
     /// The locale of the messages as the environment names it.

@@ -44,6 +44,10 @@ private Q_SLOTS:
     void flagsAreTrueOrFalse();
     void commandLineHasItsWords_data();
     void commandLineHasItsWords();
+    void lineGrowsNoLargerThanAFile_data();
+    void lineGrowsNoLargerThanAFile();
+    void readsTheLongestLines_data();
+    void readsTheLongestLines();
     void readsFilesWithinBounds();
     void anyBytesAreReadOrRefused();
 };
@@ -181,6 +185,51 @@ void DesktopEntryTest::commandLineHasItsWords()
     QTEST(words(exec, u"Name=A Game\nIcon=game-icon\n"_s), "expected");
     if (exec.contains("%i"_L1))
         QVERIFY(!words(exec).contains("--icon"_L1)); // without an icon
+}
+
+// A name of half a megabyte that the line repeats 100,000 times would be 50 GB.
+void DesktopEntryTest::lineGrowsNoLargerThanAFile_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("name") << u"%c"_s << u"Name"_s;
+    QTest::newRow("icon") << u"%i"_s << u"Icon"_s;
+}
+
+void DesktopEntryTest::lineGrowsNoLargerThanAFile()
+{
+    QFETCH(QString, code);
+    QFETCH(QString, key);
+    const auto line = [&](int times, qsizetype size) {
+        return entryOf(u"Exec=game"_s + (u' ' + code).repeated(times) + u'\n' + key + u'=' + QString(size, u'x')
+                       + u'\n')
+            ->commandLine();
+    };
+    QVERIFY(line(2, 500'000));
+    QVERIFY(!line(3, 500'000));
+    QVERIFY(!line(100'000, 500'000));
+}
+
+// A sign must not cost as much as the rest of the line, or as the whole icon.
+void DesktopEntryTest::readsTheLongestLines_data()
+{
+    QTest::addColumn<QString>("exec");
+    QTest::addColumn<QString>("icon");
+    QTest::addColumn<qsizetype>("length"); // of the last word
+    QTest::newRow("backslashes in quotes")
+        << u"game \""_s + uR"(\\\\)"_s.repeated(250'000) + u'"' << QString() << qsizetype(250'000);
+    QTest::newRow("icons in a word") << u"game "_s + u"x%i"_s.repeated(150'000) << QString(500'000, u'x')
+                                     << qsizetype(150'000);
+    QTest::newRow("codes") << u"game "_s + u"%%"_s.repeated(500'000) << QString() << qsizetype(500'000);
+}
+
+void DesktopEntryTest::readsTheLongestLines()
+{
+    QFETCH(QString, exec);
+    QFETCH(QString, icon);
+    const auto line = entryOf(u"Exec="_s + exec + u"\nIcon="_s + icon)->commandLine();
+    QVERIFY(line);
+    QTEST(line->constLast().size(), "length");
 }
 
 void DesktopEntryTest::readsFilesWithinBounds()
