@@ -1,15 +1,42 @@
 // SPDX-License-Identifier: MIT
 #include "base/regularfile.h"
 
-#include <QFileInfo>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Why the open file `descriptor` is not a regular file; empty when it is one.
+QString problemOf(int descriptor)
+{
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0)
+        return qt_error_string(errno);
+    if (S_ISDIR(status.st_mode))
+        return qt_error_string(EISDIR);
+    return S_ISREG(status.st_mode) ? QString() : u"Not a regular file"_s;
+}
+
+} // namespace
+
 QString openRegularFile(QFile &file)
 {
-    const QFileInfo information(file);
-    // Of what is missing and of folders the system says more.
-    if (information.exists() && !information.isFile() && !information.isDir())
-        return u"Not a regular file"_s;
-    return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+    if (file.fileName().contains(QChar::Null)) // the system would see another name
+        return qt_error_string(ENOENT);
+    // The file is opened before it is looked at, because another one may take its place in between. Opening a pipe does
+    // not wait for a writer.
+    const int descriptor =
+        ::open(QFile::encodeName(file.fileName()).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0)
+        return qt_error_string(errno);
+    QString problem = problemOf(descriptor);
+    if (problem.isEmpty() && !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        problem = file.errorString();
+    if (!problem.isEmpty())
+        ::close(descriptor);
+    return problem;
 }

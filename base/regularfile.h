@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Opens a file that somebody has chosen, without waiting for anybody. No state; any thread.
+// Opens a file that another person or program has chosen, without waiting for any of them. No state; any thread.
 #pragma once
 
 #include <QFile>
 
-/// Opens `file` for reading when it is a regular file: a pipe would wait for somebody to write into it, and a device
-/// may never end. Returns why not, for a person who knows the system; empty when it is open.
+/// Opens `file` for reading when it is a regular file, or a link to one: reading a pipe would wait for a writer, and a
+/// device may never end. It never waits, whatever takes the place of the file meanwhile. Returns why it is not open, in
+/// the words of the system; empty when it is open.
 [[nodiscard]] QString openRegularFile(QFile &file);

@@ -2,6 +2,7 @@
 #include "base/propertylist.h"
 #include "tests/support/folderflushfailure.h"
 #include "tests/support/fulldocument.h"
+#include "tests/support/pipeatopening.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
 
@@ -26,6 +27,8 @@ private slots:
     void emptyFileIsAbsent();
     void tooLargeFileIsAbsent();
     void onlyARegularFileIsRead();
+    void doesNotWaitForAPipeInItsPlace();
+    void opensNoOtherFileForANameWithANull();
     void replacesFileByANewOne();
     void keepsOldFileWhenWritingFails();
     void leavesNothingElseInTheFolder();
@@ -100,6 +103,23 @@ void PropertyListFileTest::onlyARegularFileIsRead()
     QVERIFY(QFile::link(inFolder(u"linked"_s), inFolder(u"link to it"_s)));
     writeFile(inFolder(u"linked"_s), "{ a = b; }");
     QVERIFY(PropertyList::readPropertyListFile(inFolder(u"link to it"_s)));
+}
+
+// The file may be replaced at any moment, also between two calls of the reader.
+void PropertyListFileTest::doesNotWaitForAPipeInItsPlace()
+{
+    const QString path = inFolder(u"becomes a pipe"_s);
+    writeFile(path, "{ a = b; }");
+    const PipeAtOpening pipe(path);
+    QCOMPARE(PropertyList::readFileBytes(path).error, u"Not a regular file"_s);
+    QVERIFY(pipe.wasOpened());
+    QVERIFY(!pipe.hasWaited());
+}
+
+void PropertyListFileTest::opensNoOtherFileForANameWithANull()
+{
+    writeFile(inFolder(u"name"_s), "{ a = b; }");
+    QVERIFY(!PropertyList::readFileBytes(inFolder(u"name"_s) + QChar(QChar::Null) + u".plist"_s).error.isEmpty());
 }
 
 void PropertyListFileTest::replacesFileByANewOne()
