@@ -1,24 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "cli/console.h"
 
+#include "base/visibletext.h"
+
 #include <QFileDevice>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <algorithm>
-
 namespace {
 
-QByteArray printable(QString line)
+QByteArray printable(const QString &line)
 {
-    const auto isObeyed = [](QChar character) {
-        const bool turnsText = (character >= u'\u202a' && character <= u'\u202e')
-                               || (character >= u'\u2066' && character <= u'\u2069'); // the direction of what follows
-        return character.category() == QChar::Other_Control || turnsText;
-    };
-    std::ranges::replace_if(line, isObeyed, QChar(u'?'));
-    return line.toUtf8();
+    return visibleText(line, u'?').toUtf8();
 }
 
 } // namespace
@@ -38,7 +32,7 @@ void Console::printNow(const QString &line)
 void Console::printJson(const QJsonValue &value)
 {
     const QJsonDocument document = value.isArray() ? QJsonDocument(value.toArray()) : QJsonDocument(value.toObject());
-    mResults.write(document.toJson(QJsonDocument::Indented));
+    mResults.write(visibleJson(QString::fromUtf8(document.toJson(QJsonDocument::Indented))).toUtf8());
 }
 
 ExitCode Console::fail(ExitCode code, const QString &reason)

@@ -9,19 +9,21 @@
 #include <QJsonValue>
 #include <QString>
 
-/// What stands on a terminal is cleaned of what that would obey: names come from strangers' files and keyboards.
+/// The terminal gets no characters that it would obey (base/visibletext.h): names come from other people's files and
+/// from keyboards.
 class Console
 {
 public:
     /// Both devices must be open for writing and outlive the console.
     Console(QIODevice &results, QIODevice &errors) : mResults(results), mErrors(errors) {}
 
-    /// One line of results, in which a "?" stands for each control character and each that turns the text's direction.
+    /// One line of results, with "?" for the characters that are not shown.
     void print(const QString &line);
     /// As print(), and at once, for what somebody watches.
     void printNow(const QString &line);
-    // For programs: exactly what is given
+    /// For programs; the same characters are escaped.
     void printJson(const QJsonValue &value);
+    /// Unchanged.
     void printBytes(const QByteArray &bytes) { mResults.write(bytes); }
 
     /// Says `reason`, one line as in print(), on the error device; returns `code`, so that a command can end with

@@ -3,6 +3,7 @@
 #include "base/filesizesignal.h"
 #include "daemon/daemonprocess.h"
 #include "daemon/launch/detachedprocess.h"
+#include "daemon/system/logging.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -47,6 +48,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(DaemonProtocol::daemonProcessName);
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
     qSetMessagePattern(u"%{category} %{type}: %{message}"_s);
+    makeLogVisible();
 
     QCommandLineParser parser;
     parser.setApplicationDescription(

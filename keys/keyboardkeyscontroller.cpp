@@ -8,6 +8,7 @@
 #include "base/qlcoreutility.h"
 #include "base/resources.h"
 #include "base/settingskeys.h"
+#include "base/visibletext.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keylayout.h"
 #include "keys/keymarkslegend.h"
@@ -145,7 +146,7 @@ void KeyboardKeysController::updateUISettings()
 {
     mSheetSubject.endUnless(profile());
     mGameMode = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::gameMode)) != 0;
-    mProfileNameLabel->setText(mKeysCurrentProfileDict.value(SettingsKeys::profileName).toString());
+    mProfileNameLabel->setText(visibleText(mKeysCurrentProfileDict.value(SettingsKeys::profileName).toString(), u' '));
     mPicture->light().show(Backlight::settingsOf(mKeysCurrentProfileDict));
     setupProfileSubMenu();
     setupMacroSubMenu();

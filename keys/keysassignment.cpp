@@ -4,6 +4,7 @@
 
 #include "base/settingskeys.h"
 #include "base/text.h"
+#include "base/visibletext.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keylayout.h"
 #include "keys/keynames.h"
@@ -161,7 +162,7 @@ void KeyboardKeysController::updateDescriptions()
     for (const KeyRow &row : KeyLayout::selectableKeys()) {
         KeyButton *button = mPicture->button(row.outlet);
         const KeyMappings::Entry entry = entryForKey(row.code);
-        const QString description = assignmentDescription(entry);
+        const QString description = visibleText(assignmentDescription(entry), u' ');
         button->setMark(keyMarkForCommand(entry.command));
         if (description == button->accessibleDescription())
             continue;

@@ -4,6 +4,7 @@
 #include "base/plistnumbers.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
+#include "base/visibletext.h"
 #include "lighting/backlight.h"
 #include "lighting/lightingdelegate.h"
 #include "platform/addresses.h"
@@ -82,7 +83,7 @@ void KeyboardLightingController::updateUISettings()
     if (shown != std::exchange(mShownProfile, shown))
         mBrightnessValue->endDrag(); // it was meant for the other one
     mMain->setChecked(integerValue(record.value(SettingsKeys::backlightLed)) != 0);
-    mProfileNameLabel->setText(profileName());
+    mProfileNameLabel->setText(visibleText(profileName(), u' '));
     showBrightness(integerValue(record.value(SettingsKeys::brightnessKbNormal)));
     mEnableAddOnHighlight->setChecked(integerValue(record.value(SettingsKeys::gameLightingOn)) != 0);
     const QVariantList colors = record.value(SettingsKeys::ledKbColors).toList();

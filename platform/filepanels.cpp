@@ -3,6 +3,7 @@
 
 #include "base/exportpath.h"
 #include "base/text.h"
+#include "base/visibletext.h"
 #include "platform/sheet.h"
 
 #include <QAbstractItemView>
@@ -58,10 +59,10 @@ void makeSheet(QFileDialog *panel, const QString &title)
 }
 
 /// `name` as the field for file names takes it: no other folder, no home folder, no hidden file, no list of files
-/// (which quotation marks make), nothing that ends a name for the system, and no longer than a file can be called.
+/// (which quotation marks make), no character that is not shown, and no longer than a file can be called.
 QString proposedFileName(QString name, const QString &suffix)
 {
-    name.replace(u'/', u'-').replace(u'"', u'\'').remove(QChar::Null);
+    name = visibleText(name, u'-').replace(u'/', u'-').replace(u'"', u'\'');
     if (name.startsWith(u'.') || name.startsWith(u'~'))
         name[0] = u'-';
     return exportFileName(name, suffix);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/popupbutton.h"
 
+#include "base/visibletext.h"
+
 #include <QAction>
 #include <QActionGroup>
 #include <QKeyEvent>
@@ -16,14 +18,21 @@ namespace {
 
 constexpr char titleProperty[] = "title";
 
+/// `title` as a button or an item shows it: on one line, and without a tab, which would begin a column of shortcuts.
+QString shownTitle(const QString &title)
+{
+    return visibleText(title, u' ');
+}
+
+QString withoutMnemonics(QString title)
+{
+    return title.replace(u'&', u"&&"_s);
+}
+
 void setMenuItemTitle(QAction *item, const QString &title)
 {
     item->setProperty(titleProperty, title);
-    QString text = title;
-    text.replace(u'&', u"&&"_s);
-    // A tab would begin a shortcut column, a line break would make the item two lines high.
-    text.replace(u'\t', u' ').replace(u'\n', u' ');
-    item->setText(text);
+    item->setText(withoutMnemonics(shownTitle(title)));
 }
 
 } // namespace
@@ -151,12 +160,12 @@ void PopUpButton::showSelection()
 {
     for (qsizetype index = 0; index < mItems.size(); ++index)
         mItems[index]->setChecked(index == mSelectedIndex);
-    const QString title = titleOfSelectedItem();
+    const QString title = shownTitle(titleOfSelectedItem());
     if (title == mShownTitle)
         return;
     mShownTitle = title;
     setAccessibleDescription(title);
-    setText(QString(title).replace(u'&', u"&&"_s));
+    setText(withoutMnemonics(title));
     update();
 }
 
@@ -165,7 +174,7 @@ QSize PopUpButton::sizeHint() const
     const QFontMetrics metrics = fontMetrics();
     int widestTitle = 0;
     for (const QAction *item : mItems)
-        widestTitle = std::max(widestTitle, metrics.horizontalAdvance(menuItemTitle(item)));
+        widestTitle = std::max(widestTitle, metrics.horizontalAdvance(shownTitle(menuItemTitle(item))));
     QStyleOptionComboBox option;
     option.initFrom(this);
     option.editable = false;
@@ -194,7 +203,7 @@ void PopUpButton::paintEvent(QPaintEvent *)
         option.state |= QStyle::State_Sunken;
     }
     const QRect textRect = style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    option.currentText = fontMetrics().elidedText(titleOfSelectedItem(), Qt::ElideRight, textRect.width() - 4);
+    option.currentText = fontMetrics().elidedText(mShownTitle, Qt::ElideRight, textRect.width() - 4);
     painter.drawComplexControl(QStyle::CC_ComboBox, option);
     painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }

@@ -12,7 +12,8 @@ class QMenu;
 
 /// Selecting an item by selectItemAtIndex() is silent; an item picked by the user (or triggered through its QAction)
 /// becomes the selected one and is then announced by itemPicked(). An item of a sub-menu announces itself through its
-/// own QAction and leaves the selection as it is. Without items the selection is -1.
+/// own QAction and leaves the selection as it is. Without items the selection is -1. Titles are kept unchanged and
+/// shown on one line (base/visibletext.h).
 class PopUpButton : public QPushButton
 {
     Q_OBJECT
@@ -61,7 +62,7 @@ private:
     QString mShownTitle;
 };
 
-/// Adds an item to `menu` whose text is exactly `title` (an ampersand is no mnemonic).
+/// Adds an item to `menu` that shows `title` on one line (base/visibletext.h); an ampersand is not a mnemonic.
 QAction *addMenuItem(QMenu *menu, const QString &title, int tag);
 
 /// The title and the tag that addMenuItem() or a pop-up button gave to `item`.

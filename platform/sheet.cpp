@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/sheet.h"
 
+#include "base/visibletext.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
@@ -189,14 +191,11 @@ bool Sheet::focusNextPrevChild(bool next)
     return false;
 }
 
-QString nameInAlert(QString name)
+QString nameInAlert(const QString &name)
 {
     constexpr int longestInLetters = 60;
-    for (const QChar lineEnd :
-         {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
-        name.replace(lineEnd, u' ');
     const QFontMetrics metrics(QApplication::font());
-    return metrics.elidedText(name, Qt::ElideMiddle, longestInLetters * metrics.averageCharWidth());
+    return metrics.elidedText(visibleText(name, u' '), Qt::ElideMiddle, longestInLetters * metrics.averageCharWidth());
 }
 
 Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd)

@@ -73,9 +73,9 @@ struct AlertTexts
     QString alternativeButton; ///< empty: the alert has one button
 };
 
-/// `name`, which may be of any length, as a part of an alert's title: on one line, its middle left out where it is
-/// longer than people name things.
-[[nodiscard]] QString nameInAlert(QString name);
+/// `name`, which may be of any length, as a part of an alert's title: on one line (base/visibletext.h), its middle left
+/// out where it is longer than usual names.
+[[nodiscard]] QString nameInAlert(const QString &name);
 
 /// Return codes of an alert's buttons.
 inline constexpr int alertFirstButtonReturn = 1000;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/system/desktopnotification.h"
 
+#include "base/visibletext.h"
 #include "daemon/system/logging.h"
 
 #include <QDBusMessage>
@@ -44,8 +45,9 @@ void DesktopNotification::send(const Notice &notice)
     const QVariantMap hints{{u"urgency"_s, QVariant::fromValue(notice.isPassing ? lowUrgency : usualUrgency)},
                             {u"transient"_s, notice.isPassing},
                             {u"desktop-entry"_s, u"org.quillkestra.Configurator"_s}};
-    message.setArguments({u"Quill Kestra"_s, mShownId, u"org.quillkestra.Configurator"_s, notice.summary, notice.body,
-                          QStringList(), hints, notice.isPassing ? passingMs : usualTime});
+    message.setArguments({u"Quill Kestra"_s, mShownId, u"org.quillkestra.Configurator"_s,
+                          visibleText(notice.summary, u' '), notice.body, QStringList(), hints,
+                          notice.isPassing ? passingMs : usualTime});
     auto *watcher = new QDBusPendingCallWatcher(mBus.asyncCall(message, answerLimitMs), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, notice] {
         watcher->deleteLater();

@@ -10,3 +10,7 @@ Q_DECLARE_LOGGING_CATEGORY(lcRequests)
 Q_DECLARE_LOGGING_CATEGORY(lcSettings)
 Q_DECLARE_LOGGING_CATEGORY(lcKeyboard)
 Q_DECLARE_LOGGING_CATEGORY(lcFront)
+
+/// From now on each message of the process is one line, with "?" for the characters that a terminal would obey: paths
+/// and names in it come from other people's files, programs and keyboards.
+void makeLogVisible();

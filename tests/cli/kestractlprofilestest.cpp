@@ -228,8 +228,8 @@ void KestractlProfilesTest::importTakesOnlyProfileFiles()
 
 void KestractlProfilesTest::namesOfStrangersCannotTalkToTheTerminal()
 {
-    const QString name = u"\u001b]0;title\u0007 K\u202ey \u0085\ndéjà 鍵"_s;
-    const QString shown = u"?]0;title? K?y ??déjà 鍵"_s;
+    const QString name = u"\u001b]0;title\u0007 K\u202ey \u0085\n\u009b\u007f\u2028déjà 鍵"_s;
+    const QString shown = u"?]0;title? K?y ?????déjà 鍵"_s;
     QVariantMap record = profile(0);
     record.insert(SettingsKeys::profileName, name);
     const QString path = mFolder->filePath(u"Stranger.kprofile"_s);
@@ -247,8 +247,14 @@ void KestractlProfilesTest::namesOfStrangersCannotTalkToTheTerminal()
     }
     const QString error = run({u"profile"_s, u"switch"_s, name + u'x'}).errorText();
     QVERIFY2(error.contains(shown) && !error.contains(u'\u001b'), qPrintable(error));
-    const QJsonDocument exact = run({u"profile"_s, u"list"_s, u"--json"_s}).json(); // a program reads that
-    QCOMPARE(exact.array().at(1).toObject().value(u"name"_s).toString(), name);
+    const KestractlResult list = run({u"profile"_s, u"list"_s, u"--json"_s}); // a program reads the exact name
+    QCOMPARE(list.json().array().at(1).toObject().value(u"name"_s).toString(), name);
+    for (const QString &json :
+         {list.text(), run({u"document"_s}).text(), run({u"macro"_s, u"list"_s, u"--json"_s}).text()}) {
+        QVERIFY(json.contains("]0;title"_L1));
+        for (const QChar character : u"\u001b\u0007\u202e\u0085\u009b\u007f\u2028"_s)
+            QVERIFY2(!json.contains(character), qPrintable(QString::number(character.unicode(), 16)));
+    }
 }
 
 void KestractlProfilesTest::oldStyleTextIsImportedWithItsNumbers()

@@ -165,6 +165,7 @@ private Q_SLOTS:
     void endsBySignal_data();
     void endsBySignal();
     void outlivesTheReaderOfItsLog();
+    void logShowsWhatATerminalWouldObey();
     void losesNothingAnsweredWhenKilled();
     void interfacesAreAsDocumented_data();
     void interfacesAreAsDocumented();
@@ -679,6 +680,20 @@ void DaemonProcessTest::outlivesTheReaderOfItsLog()
 
 // Kills the daemon at chance moments of a storm of requests. The next one starts with what was answered last, or with a
 // later request, whole.
+// People read the log on a terminal, and programs line by line.
+void DaemonProcessTest::logShowsWhatATerminalWouldObey()
+{
+    const QString path = u"/none/\u001b]0;title\u0007\u202e\u009b\u007f\u2028\nforged line.plist"_s;
+    const QVariantMap entry{{u"command"_s, 46}, {u"param1"_s, path}, {u"param2"_s, QString()}};
+    const QVariantMap keys{{u"Keys"_s, QVariantMap{{u"4"_s, entry}}}};
+    QVERIFY(mDaemon->request(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, keys}}));
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
+    QTRY_VERIFY2(mDaemon->log().contains("/none/?]0;title??????forged line.plist"), mDaemon->log().constData());
+    const QString log = QString::fromUtf8(mDaemon->log());
+    for (const QChar character : u"\u001b\u0007\u202e\u009b\u007f\u2028"_s)
+        QVERIFY2(!log.contains(character), qPrintable(QString::number(character.unicode(), 16)));
+}
+
 void DaemonProcessTest::losesNothingAnsweredWhenKilled()
 {
     QRandomGenerator random(271);

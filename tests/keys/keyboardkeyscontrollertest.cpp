@@ -71,6 +71,7 @@ private Q_SLOTS:
     void everyControlHasAnAccessibleName();
     void everySelectableKeySaysWhatItDoes();
     void namesFromFilesAreNotMarkup();
+    void namesFromFilesStayOnTheirLine();
     void tabKeyReachesKeysAndPopUps();
     void arrowKeysSelectKeys();
     void worksWithoutADelegate();
@@ -578,6 +579,15 @@ void KeyboardKeysControllerTest::namesFromFilesAreNotMarkup()
     const Tab tab(profile(u"P"_s, {{u"4"_s, entry(10, 0)}}), {}, {macro(u"<img src='x'>"_s)});
     QVERIFY(tab.key("mA")->toolTip().contains(u"&lt;img"_s));
     QVERIFY(!tab.key("mA")->toolTip().contains(u"<img"_s));
+}
+
+void KeyboardKeysControllerTest::namesFromFilesStayOnTheirLine()
+{
+    const QString name = u"Game\n\u202eexe"_s;
+    const Tab tab(profile(name, {{u"4"_s, entry(10, 0)}}), {}, {macro(name)});
+    QCOMPARE(tab.find<QLabel>("mProfileNameLabel")->text(), u"Game  exe"_s);
+    QVERIFY(tab.key("mA")->toolTip().contains(u"Game  exe"_s));
+    QVERIFY(tab.key("mA")->accessibleDescription().contains(u"Game  exe"_s));
 }
 
 void KeyboardKeysControllerTest::tabKeyReachesKeysAndPopUps()

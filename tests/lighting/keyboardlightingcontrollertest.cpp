@@ -70,6 +70,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void nameOfTheProfileStaysOnItsLine();
     void refreshShowsTheRecord();
     void refreshSendsNothing();
     void refreshWaitsForARecord();
@@ -165,6 +166,12 @@ void KeyboardLightingControllerTest::refreshWithProfile(const QString &name)
     mController->setMLightingSettingsDict(record);
     mController->updateUISettings();
     QCOMPARE(outlet<QSlider>("mBrightnessValue")->value(), 2);
+}
+
+void KeyboardLightingControllerTest::nameOfTheProfileStaysOnItsLine()
+{
+    refreshWithProfile(u"Game\n\u202eexe"_s);
+    QCOMPARE(outlet<QLabel>("mProfileNameLabel")->text(), u"Game  exe"_s);
 }
 
 void KeyboardLightingControllerTest::refreshShowsTheRecord()

@@ -140,6 +140,9 @@ private slots:
         QTest::newRow("the folder above") << u".."_s << u"-..Kind"_s;
         QTest::newRow("a hidden file") << u".quiet"_s << u"-quiet.Kind"_s;
         QTest::newRow("the home folder") << u"~"_s << u"-.Kind"_s;
+        QTest::newRow("with ends of lines") << u"One\nTwo\r\u2028"_s << u"One-Two--.Kind"_s;
+        QTest::newRow("with a turn of direction") << u"Game\u202eexe"_s << u"Game-exe.Kind"_s;
+        QTest::newRow("with control characters") << u"Game\u001b\u007f\u009b"_s << u"Game---.Kind"_s;
         QTest::newRow("any language") << u"Größe 漢字 (2)"_s << u"Größe 漢字 (2).Kind"_s;
     }
 

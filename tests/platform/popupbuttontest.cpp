@@ -33,6 +33,7 @@ private Q_SLOTS:
     void ignoresIndexesWithoutAnItem();
     void titleChangesShowAtOnce();
     void ampersandIsNoMnemonic();
+    void titleIsShownOnOneLineInItsOwnDirection();
     void submenuItemLeavesTheSelection();
     void replacedSubmenuGoesAway();
     void submenuMayBeReplacedFromItsOwnItem();
@@ -120,6 +121,21 @@ void PopUpButtonTest::ampersandIsNoMnemonic()
     button.addItemWithTitle(u"Cut & Paste"_s);
     QCOMPARE(button.itemTitleAtIndex(0), u"Cut & Paste"_s);
     QCOMPARE(button.itemAtIndex(0)->text(), u"Cut && Paste"_s);
+}
+
+void PopUpButtonTest::titleIsShownOnOneLineInItsOwnDirection()
+{
+    const QString title = u"One\nof\u2028two\r\u202ethree\t\u009b"_s;
+    PopUpButton button;
+    button.addItemWithTitle(title);
+    QCOMPARE(button.itemTitleAtIndex(0), title); // what the program compares with
+    const QString shown = u"One of two  three  "_s;
+    QCOMPARE(button.text(), shown);
+    QCOMPARE(button.accessibleDescription(), shown);
+    QCOMPARE(button.itemAtIndex(0)->text(), shown);
+    button.setItemTitleAtIndex(0, u"A\u2067B"_s);
+    QCOMPARE(button.text(), u"A B"_s);
+    QCOMPARE(button.itemAtIndex(0)->text(), u"A B"_s);
 }
 
 void PopUpButtonTest::submenuItemLeavesTheSelection()

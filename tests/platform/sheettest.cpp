@@ -38,6 +38,7 @@ private Q_SLOTS:
     void answersReturnAndEscapeInAnAlert();
     void longNamesFitIntoAnAlert_data();
     void longNamesFitIntoAnAlert();
+    void nameCannotTurnTheTextOfAnAlert();
 
 private:
     QWidget mWindow;
@@ -356,6 +357,7 @@ void SheetTest::longNamesFitIntoAnAlert_data()
     QTest::newRow("many words") << u"Start "_s + u"many words "_s.repeated(1000) + u"End"_s;
     QTest::newRow("one word") << u"Start"_s + QString(10'000, u'm') + u"End"_s;
     QTest::newRow("many lines") << u"Start"_s + u"line\n"_s.repeated(1000) + u"End"_s;
+    QTest::newRow("many kinds of lines") << u"Start"_s + u"a\rb\u0085c\u2028d\u2029"_s.repeated(1000) + u"End"_s;
 }
 
 void SheetTest::longNamesFitIntoAnAlert()
@@ -371,6 +373,11 @@ void SheetTest::longNamesFitIntoAnAlert()
     QVERIFY(title->height() >= title->heightForWidth(title->width()));
     QVERIFY(alert->width() < 800);
     delete alert;
+}
+
+void SheetTest::nameCannotTurnTheTextOfAnAlert()
+{
+    QCOMPARE(nameInAlert(u"Game\u202eexe\u2066.\r\n\u2028x"_s), u"Game exe .   x"_s);
 }
 
 QTEST_MAIN(SheetTest)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/nodeinfo.h"
 
+#include "base/visibletext.h"
 #include "daemon/keyboards/linux/outputdevice.h"
 
 #include <linux/input-event-codes.h>
@@ -38,10 +39,7 @@ bool isOwn(const NodeInfo &info)
 /// Text from a device: nothing in it may move a cursor or fill a screen.
 QString printable(const QString &text)
 {
-    QString result = text.simplified().left(maximumTextLength);
-    std::ranges::replace_if(
-        result, [](QChar character) { return !character.isPrint(); }, u'?');
-    return result;
+    return visibleText(text.simplified().left(maximumTextLength), u'?');
 }
 
 QString idPart(const QString &text)

@@ -21,6 +21,7 @@ class DesktopNotificationTest : public QObject
 
 private Q_SLOTS:
     void showsTheProfilesName();
+    void nameIsShownOnOneLine();
     void staysWhereItIsNotPassing();
     void nextOneReplacesTheBubble();
     void busyServiceGetsTheLastOne();
@@ -43,6 +44,14 @@ void DesktopNotificationTest::showsTheProfilesName()
     QCOMPARE(bubble.hints.value(u"transient"_s), QVariant(true));
     QCOMPARE(bubble.hints.value(u"desktop-entry"_s), QVariant(u"org.quillkestra.Configurator"_s));
     QCOMPARE(bubble.hints.value(u"urgency"_s).typeId(), int(QMetaType::UChar)); // another type is ignored by services
+}
+
+void DesktopNotificationTest::nameIsShownOnOneLine()
+{
+    NotificationService service;
+    DesktopNotification notification(QDBusConnection::sessionBus());
+    notification.show({.summary = u"Game\n\u202eexe"_s, .body = {}});
+    QTRY_COMPARE(service.summaries(), QStringList{u"Game  exe"_s});
 }
 
 void DesktopNotificationTest::staysWhereItIsNotPassing()
