@@ -25,10 +25,12 @@ Plan refused(const QString &reason)
     return {.command = {}, .workingDirectory = {}, .refusal = reason};
 }
 
-/// The path of a program named by its path or looked for in $PATH; empty when there is none that may be run.
+/// The path of a program that is given by its full path, or by its name and then looked for in $PATH; empty when there
+/// is none that may be run. A relative path is neither: below each folder of $PATH it could lead anywhere.
 QString executable(const QString &program)
 {
-    return QStandardPaths::findExecutable(program);
+    const bool isNameOrFullPath = program.startsWith(u'/') || !program.contains(u'/');
+    return isNameOrFullPath ? QStandardPaths::findExecutable(program) : QString();
 }
 
 Plan planForDesktopEntry(const QString &path)

@@ -56,6 +56,7 @@ void ProgramLauncherTest::init()
     mPath = qgetenv("PATH");
     qputenv("PATH", mPath + ':' + QFile::encodeName(mFolder->filePath(u"bin"_s)));
     write(u"bin/game"_s, "#!/bin/sh\npwd -P > \"$1.part\" && mv \"$1.part\" \"$1\"\n", true);
+    write(u"bin/tools/game"_s, "#!/bin/sh\n", true);
 }
 
 void ProgramLauncherTest::cleanup()
@@ -116,6 +117,13 @@ void ProgramLauncherTest::desktopEntryIsRefused_data()
     QTest::newRow("no Exec") << start << u"its Exec line cannot be used"_s;
     QTest::newRow("bad Exec") << start + "Exec=game \"x\n" << u"its Exec line cannot be used"_s;
     QTest::newRow("no program") << start + "Exec=no-such-program x\n" << u"\"no-such-program\" cannot be run"_s;
+    for (const QByteArray path : {"../bin/game", "./game", "tools/game", "tools/../game"}) {
+        QTest::addRow("relative path %s", path.constData()) << start + "Exec=" + path + '\n'
+                                                            << u"\"%1\" cannot be run"_s.arg(QString::fromLatin1(path));
+        QTest::addRow("relative path %s to try", path.constData())
+            << start + "Exec=game\nTryExec=" + path + '\n'
+            << u"\"%1\" (TryExec) is not installed"_s.arg(QString::fromLatin1(path));
+    }
     QTest::newRow("no program at the path") << start + "Exec=/etc/passwd\n" << u"\"/etc/passwd\" cannot be run"_s;
 }
 
