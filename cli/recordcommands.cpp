@@ -59,9 +59,18 @@ std::optional<QVariantMap> readRecordFile(CommandContext &context, const RecordK
 {
     const QString &path = context.arguments.first();
     std::optional<QVariantMap> record = PropertyList::readPropertyListFile(path);
-    if (!record)
+    if (!record) {
         failure =
             context.console.fail(ExitCode::usage, u"\"%1\" cannot be read or is no %2 file"_s.arg(path, kind.word));
+        return {};
+    }
+    // Both kinds of record may lack any of their keys, so only the keys of the other kind show a mistake.
+    const RecordKind &other = &kind == &profileKind ? macroKind : profileKind;
+    if (isOfKind(*record, other) && !isOfKind(*record, kind)) {
+        failure = context.console.fail(ExitCode::usage,
+                                       u"\"%1\" is a %2 file, not a %3 file"_s.arg(path, other.word, kind.word));
+        return {};
+    }
     return record;
 }
 

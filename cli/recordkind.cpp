@@ -12,6 +12,7 @@ using KeyMappings::Assignment;
 const RecordKind profileKind{.word = "profile"_L1,
                              .listKey = SettingsKeys::profiles,
                              .nameKey = SettingsKeys::profileName,
+                             .contentKey = SettingsKeys::keys,
                              .listCommand = "kestractl profile list"_L1,
                              .fileSuffix = ProfileFile::suffix,
                              .deletion = Command::deleteProfile,
@@ -20,8 +21,14 @@ const RecordKind profileKind{.word = "profile"_L1,
 const RecordKind macroKind{.word = "macro"_L1,
                            .listKey = SettingsKeys::macros,
                            .nameKey = SettingsKeys::macroName,
+                           .contentKey = SettingsKeys::sequence,
                            .listCommand = "kestractl macro list"_L1,
                            .fileSuffix = MacroFile::suffix,
                            .deletion = Command::deleteMacro,
                            .numberKey = DaemonProtocol::macroId,
                            .assignment = Assignment::playMacro};
+
+bool isOfKind(const QVariantMap &record, const RecordKind &kind)
+{
+    return record.contains(kind.nameKey) || record.contains(kind.contentKey);
+}

@@ -6,6 +6,7 @@
 #include "keys/keymapping.h"
 
 #include <QLatin1StringView>
+#include <QVariantMap>
 
 /// A kind of record that has a number (its position, from 0) and a name.
 struct RecordKind
@@ -13,6 +14,7 @@ struct RecordKind
     QLatin1StringView word;        ///< "profile", "macro"
     QLatin1StringView listKey;     ///< of the settings document
     QLatin1StringView nameKey;     ///< of a record
+    QLatin1StringView contentKey;  ///< of a record; no other kind has it
     QLatin1StringView listCommand; ///< prints all records of the kind
     QLatin1StringView fileSuffix;  ///< without a dot
     DaemonProtocol::Command deletion;
@@ -22,3 +24,6 @@ struct RecordKind
 
 extern const RecordKind profileKind;
 extern const RecordKind macroKind;
+
+/// Whether `record` is of `kind`, as far as its keys tell: it has a name or the content of that kind.
+[[nodiscard]] bool isOfKind(const QVariantMap &record, const RecordKind &kind);

@@ -243,6 +243,8 @@ void TestKestractlMacros::importRefusesWhatIsNoMacro_data()
     QTest::newRow("no property list") << QByteArray("bplist00 but not really") << 2;
     QTest::newRow("an array") << QByteArray("( 1, 2 )") << 2;
     QTest::newRow("cut short") << encoded(tapOfA(1)).chopped(9) << 2;
+    QTest::newRow("a profile") << QByteArray("{ProfileName = x; Keys = {}; }") << 2;
+    QTest::newRow("a profile without a name") << QByteArray("{Keys = {}; }") << 2;
     QTest::newRow("sequence that is text") << encoded({{u"sequence"_s, u"text"_s}}) << 1;
     QTest::newRow("events that are numbers") << withEvents(QVariantList{1, 2}) << 1;
     QTest::newRow("event with text for a number") << withEvents(QVariantList{QVariantMap{{u"page"_s, u"x"_s}}}) << 1;

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void exportedProfileIsImportedAgain();
     void importTakesOnlyProfileFiles_data();
     void importTakesOnlyProfileFiles();
+    void importNamesTheKindOfAnotherFile();
     void namesOfStrangersCannotTalkToTheTerminal();
     void oldStyleTextIsImportedWithItsNumbers();
     void exportThatCannotBeWrittenSaysSo();
@@ -212,6 +213,8 @@ void KestractlProfilesTest::importTakesOnlyProfileFiles_data()
     QTest::newRow("empty") << QByteArray() << 2;
     QTest::newRow("array") << QByteArray("(a, b)") << 2;
     QTest::newRow("keys of the wrong type") << QByteArray("{ProfileName = x; Keys = text;}") << 1;
+    QTest::newRow("macro") << QByteArray("{MacroName = x; sequence = { Events = (); }; }") << 2;
+    QTest::newRow("macro without a name") << QByteArray("{sequence = { Events = (); }; }") << 2;
     QTest::newRow("application of the wrong type") << QByteArray("{ProfileName = x; AppInfo = text;}") << 1;
 }
 
@@ -224,6 +227,25 @@ void KestractlProfilesTest::importTakesOnlyProfileFiles()
     QTEST(result.exitCode, "exitCode");
     QVERIFY(!result.errors.isEmpty());
     QCOMPARE(names().size(), 1);
+}
+
+void KestractlProfilesTest::importNamesTheKindOfAnotherFile()
+{
+    const QString path = mFolder->filePath(u"file"_s);
+    QCOMPARE(run({u"macro"_s, u"add"_s, u"Tap"_s}).exitCode, 0);
+    QCOMPARE(run({u"macro"_s, u"export"_s, u"0"_s, path}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"export"_s, u"0"_s, path}).exitCode, 0);
+    const QString macroFile = path + u".KestraMacro"_s;
+    const QString profileFile = path + u".KestraProfile"_s;
+    const QVariantMap before = document();
+    QCOMPARE(run({u"profile"_s, u"import"_s, macroFile}).errorText(),
+             u"kestractl: \"%1\" is a macro file, not a profile file\n"_s.arg(macroFile));
+    QCOMPARE(run({u"macro"_s, u"import"_s, profileFile}).errorText(),
+             u"kestractl: \"%1\" is a profile file, not a macro file\n"_s.arg(profileFile));
+    QCOMPARE(document(), before);
+    // What both kinds name is the kind that was asked for.
+    writeFile(path, "{ProfileName = Both; MacroName = Both;}");
+    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Both\" is active\n"_s);
 }
 
 void KestractlProfilesTest::namesOfStrangersCannotTalkToTheTerminal()
