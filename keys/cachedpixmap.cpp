@@ -15,6 +15,13 @@ QPixmap transparentPixmap(const QSizeF &size, qreal devicePixelRatio)
     return pixmap;
 }
 
+QString pixmapKey(QLatin1StringView name, std::initializer_list<quint32> numbers)
+{
+    constexpr auto unitsInNumber = qsizetype(sizeof(quint32) / sizeof(QChar));
+    QString key(name);
+    return key.append(reinterpret_cast<const QChar *>(numbers.begin()), qsizetype(numbers.size()) * unitsInNumber);
+}
+
 QPixmap cachedPixmap(const QString &key, const QSizeF &size, qreal devicePixelRatio,
                      const std::function<void(QPainter &)> &paint)
 {

@@ -156,6 +156,8 @@ QPixmap shadedLayer(const QSizeF &size, qreal devicePixelRatio, const QRectF &sh
     painter.setPen(Qt::NoPen);
     painter.setBrush(top);
     painter.drawRoundedRect(shape, radius, radius);
+    if (top == bottom)
+        return layer;
     QLinearGradient shade(shape.topLeft(), shape.bottomLeft());
     shade.setColorAt(0, top);
     shade.setColorAt(1, bottom);
@@ -193,12 +195,11 @@ void paintBody(QPainter &painter, const Body &body)
 QPixmap bodyPixmap(const Body &body, qreal devicePixelRatio)
 {
     const Colors &colors = body.colors;
-    // In whole thousandths: a number with a point takes longer to write than the rest of the name.
-    const auto thousandths = [](qreal length) { return qRound(length * 1000); };
-    const QString key = QString::asprintf(
-        "keycap %d %d %d %d %x %x %x %x %d%d%d%d", thousandths(body.size.width()), thousandths(body.size.height()),
-        thousandths(body.unit), thousandths(devicePixelRatio), colors.faceTop.rgba(), colors.faceBottom.rgba(),
-        colors.foot.rgba(), colors.edge.rgba(), body.isDark, body.hasShadow, body.isRaised, body.isDown);
+    const auto thousandths = [](qreal length) { return quint32(qRound(length * 1000)); };
+    const QString key = pixmapKey(
+        "keycap"_L1, {thousandths(body.size.width()), thousandths(body.size.height()), thousandths(body.unit),
+                      thousandths(devicePixelRatio), colors.faceTop.rgba(), colors.faceBottom.rgba(),
+                      colors.foot.rgba(), colors.edge.rgba(), body.isDark, body.hasShadow, body.isRaised, body.isDown});
     return cachedPixmap(key, body.size, devicePixelRatio, [&body](QPainter &painter) { paintBody(painter, body); });
 }
 
@@ -243,7 +244,8 @@ void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QSt
                    bool isEnabled)
 {
     painter.save();
-    QFont font = keyLegendFont(std::max(8, qRound(unit * 0.325)), QFont::DemiBold);
+    // At the window's first size as high as its title: each size is a font to load.
+    QFont font = keyLegendFont(std::max(8, qRound(unit * 0.34)), QFont::DemiBold);
     font.setLetterSpacing(QFont::PercentageSpacing, 130);
     painter.setFont(font);
     const bool dark = isDark(palette);

@@ -55,7 +55,7 @@ qreal measuredWidth(const QFontMetricsF &metrics, const QFont &font, const QStri
     constexpr int rememberedWidths = 1000;
     static QCache<QString, qreal> widths(rememberedWidths);
     const QString key =
-        QString::asprintf("%d %d ", font.pixelSize(), static_cast<int>(font.weight())) + font.family() + u' ' + text;
+        QString(QChar(font.pixelSize())) + QChar(static_cast<int>(font.weight())) + font.family() + u' ' + text;
     if (const qreal *known = widths.object(key))
         return *known;
     const qreal width = metrics.horizontalAdvance(text);
@@ -171,8 +171,9 @@ void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const Key
     case KeyLook::word: paintWords(painter, place, unit, legend); break;
     case KeyLook::function:
     case KeyLook::extra: {
+        // As high as two characters on one key: each size is a font to load.
         const QString text(legend.legend);
-        drawLine(painter, place.topLeft(), text, letteringFor(text, unit * 0.26, place.width(), QFont::DemiBold));
+        drawLine(painter, place.topLeft(), text, letteringFor(text, unit * 0.27, place.width(), QFont::DemiBold));
         break;
     }
     case KeyLook::blank: break;

@@ -151,8 +151,10 @@ void paintKeyMark(QPainter &painter, const QRectF &place, KeyMark mark, const QP
                     .color = discColor(mark, palette, isEnabled),
                     .glyphColor = isEnabled ? QColor(Qt::white) : palette.color(QPalette::Disabled, QPalette::Window),
                     .hasRim = isEnabled};
-    const QString key = QString::asprintf("keymark %d %g %g %x %x %d", static_cast<int>(mark), disc.size, ratio,
-                                          disc.color.rgba(), disc.glyphColor.rgba(), disc.hasRim);
+    const auto thousandths = [](qreal length) { return quint32(qRound(length * 1000)); };
+    const QString key =
+        pixmapKey(QLatin1StringView("keymark"), {quint32(mark), thousandths(disc.size), thousandths(ratio),
+                                                 disc.color.rgba(), disc.glyphColor.rgba(), disc.hasRim});
     const QPixmap pixmap =
         cachedPixmap(key, place.size(), ratio, [&disc](QPainter &discPainter) { paintDisc(discPainter, disc); });
     // On whole pixels of the device, so that it stays crisp.
