@@ -73,7 +73,7 @@ PropertyList::FileBytes PropertyList::readFileBytes(const QString &path)
     if (const QString error = openRegularFile(file); !error.isEmpty())
         return {.data = {}, .error = error};
     // Some regular files, as those of the system's state, do not tell their size, so the bound is on what is read.
-    QByteArray data = file.read(maximumInputBytes + 1);
+    QByteArray data = readUpTo(file, maximumInputBytes + 1);
     if (file.error() != QFileDevice::NoError)
         return {.data = {}, .error = file.errorString()};
     return {.data = std::move(data), .error = {}};

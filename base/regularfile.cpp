@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "base/regularfile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -39,4 +40,16 @@ QString openRegularFile(QFile &file)
     if (!problem.isEmpty())
         ::close(descriptor);
     return problem;
+}
+
+QByteArray readUpTo(QFile &file, qint64 maximumBytes)
+{
+    constexpr qint64 pieceBytes = 64 * 1024;
+    QByteArray data;
+    QByteArray piece;
+    do {
+        piece = file.read(std::min(pieceBytes, maximumBytes - data.size()));
+        data += piece;
+    } while (!piece.isEmpty());
+    return data;
 }

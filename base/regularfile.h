@@ -8,3 +8,7 @@
 /// device may never end. It never waits, whatever takes the place of the file meanwhile. Returns why it is not open, in
 /// the words of the system; empty when it is open.
 [[nodiscard]] QString openRegularFile(QFile &file);
+
+/// The bytes from the present position of `file` to its end, but `maximumBytes` at most. Takes memory for what is there
+/// alone; file.error() tells whether reading failed.
+[[nodiscard]] QByteArray readUpTo(QFile &file, qint64 maximumBytes);

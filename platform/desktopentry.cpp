@@ -149,7 +149,7 @@ std::optional<DesktopEntry> DesktopEntry::read(const QString &path)
     QFile file(path);
     if (!openRegularFile(file).isEmpty())
         return {};
-    const QByteArray content = file.read(maximumFileBytes + 1);
+    const QByteArray content = readUpTo(file, maximumFileBytes + 1);
     return content.size() <= maximumFileBytes ? parse(content, path) : std::nullopt;
 }
 

@@ -36,6 +36,7 @@ private slots:
     void writesIntoNoMissingFolder();
     void folderThatIsNotFlushedFails_data();
     void folderThatIsNotFlushedFails();
+    void takesMemoryForWhatIsInAFile();
     void saysWhyAFileCannotBeRead();
 
 private:
@@ -191,6 +192,15 @@ void PropertyListFileTest::folderThatIsNotFlushedFails()
     const FolderFlushFailure failure(error);
     QTEST(PropertyList::writeFileAtomically(inFolder(u"flushed"_s), "data"), "isWritten");
     QCOMPARE(failure.count(), 1);
+}
+
+void PropertyListFileTest::takesMemoryForWhatIsInAFile()
+{
+    writeFile(inFolder(u"small"_s), "{ a = b; }");
+    QVERIFY(PropertyList::readFileBytes(inFolder(u"small"_s)).data.capacity() < 1024 * 1024);
+    const QByteArray large(300'000, 'a'); // more than is read at once
+    writeFile(inFolder(u"large"_s), large);
+    QCOMPARE(PropertyList::readFileBytes(inFolder(u"large"_s)).data, large);
 }
 
 void PropertyListFileTest::saysWhyAFileCannotBeRead()
