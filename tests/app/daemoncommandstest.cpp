@@ -203,6 +203,7 @@ private Q_SLOTS:
     void repairsKeysAtTheNextSwitchWhenTheFirstFailed();
     void asksADaemonThatComesBackWhetherItDeleted_data();
     void asksADaemonThatComesBackWhetherItDeleted();
+    void anEarlierDeletionTellsNothingOfTheNext();
     void redrawsAfterARefresh_data() { addOperations(); }
     void redrawsAfterARefresh();
     void redrawsAfterASwitch();
@@ -627,6 +628,19 @@ void DaemonCommandsTest::asksADaemonThatComesBackWhetherItDeleted()
     mDaemon->forgetRequests();
     mHub->controller->switchProfileWithID(0);
     QCOMPARE(mDaemon->commands(), sentAtTheNextSwitch);
+}
+
+void DaemonCommandsTest::anEarlierDeletionTellsNothingOfTheNext()
+{
+    mHub->controller->deleteProfileWithProfileID(0); // answered
+    mDaemon->setSilent(Command::deleteProfile);
+    mHub->controller->deleteProfileWithProfileID(1);
+    mDaemon->setDocument(withMapping(17, 1));
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
+    mDaemon->forgetRequests();
+    // The profile is still there: the keys that switch to it are not repaired.
+    mHub->controller->switchProfileWithID(0);
+    QCOMPARE(mDaemon->commands(), std::vector<int>{10});
 }
 
 void DaemonCommandsTest::redrawsAfterARefresh()
