@@ -45,6 +45,8 @@ private Q_SLOTS:
     void emptyAndOtherValuesRenameNothing_data();
     void emptyAndOtherValuesRenameNothing();
     void aNewNameIsOpenedOnce();
+    void anOpenedNameTakesTheFocusOnce();
+    void ofTwoOfOneNameNoneIsOpened();
     void anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data();
     void anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord();
 };
@@ -318,6 +320,35 @@ void KeyboardProfilesNamesTest::aNewNameIsOpenedOnce()
     QTest::keyClick(table(), Qt::Key_Return);
     QCOMPARE(table()->selectedRow(), 3);
     QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void KeyboardProfilesNamesTest::anOpenedNameTakesTheFocusOnce()
+{
+    fill({u"A"_s, u"B"_s});
+    outlet<QPushButton>("mAddProfile")->click();
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    QWidget *focused = outlet<QWidget>("mEnableOnScreenDisplay");
+    focused->setFocus();
+    // Another client adds one, which becomes the active one.
+    mDelegate->profiles.append(profileNamed(u"Of another"_s));
+    mDelegate->active = 3;
+    mDelegate->refresh();
+    QCOMPARE(table()->selectedRow(), 3);
+    QVERIFY(focused->hasFocus());
+}
+
+void KeyboardProfilesNamesTest::ofTwoOfOneNameNoneIsOpened()
+{
+    fill({u"A"_s, u"B"_s});
+    mDelegate->duringAdd = [this] {
+        // Another client adds one under the same free name.
+        mDelegate->profiles.append(profileNamed(mDelegate->calls.last().settings.value(u"ProfileName"_s).toString()));
+    };
+    outlet<QPushButton>("mAddProfile")->click();
+    QCOMPARE(mController->allProfilesArray().size(), 4);
+    QCOMPARE(table()->selectedRow(), 0); // the active one
+    QCOMPARE(table()->editedRow(), -1);
+    QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
 }
 
 void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data()
