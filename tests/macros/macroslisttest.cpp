@@ -38,6 +38,7 @@ private Q_SLOTS:
     void theAlertDeletesItsMacroWhereverItStands();
     void aNameBeingTypedReachesNoOtherMacro();
     void anAddedMacroIsNamedWhereverItComesToStand();
+    void ofTwoAddedUnderOneNameNoneIsOpened();
     void everyDialogEndsWithoutAKeyboard_data();
     void everyDialogEndsWithoutAKeyboard();
     void theAlertStaysWhileItsMacroDoes();
@@ -293,6 +294,20 @@ void MacrosListTest::anAddedMacroIsNamedWhereverItComesToStand()
     QCOMPARE(mDelegate->macros.size(), 3);
     QCOMPARE(list()->selectedRow(), 1);
     QCOMPARE(list()->editedRow(), 1);
+}
+
+void MacrosListTest::ofTwoAddedUnderOneNameNoneIsOpened()
+{
+    mDelegate->macros = numberedMacros({1, 2});
+    mDelegate->refresh();
+    list()->selectRow(1);
+    // Another client adds one under the same free name.
+    mDelegate->addedByOthers = macroNamed(u"Untitled Macro"_s);
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"Untitled Macro"_s));
+    QCOMPARE(list()->numberOfRows(), 4);
+    QCOMPARE(list()->selectedRow(), 1); // as before
+    QCOMPARE(list()->editedRow(), -1);
 }
 
 void MacrosListTest::everyDialogEndsWithoutAKeyboard_data()
