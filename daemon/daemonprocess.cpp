@@ -26,6 +26,7 @@
 #include "daemon/system/deadlinetimer.h"
 #include "daemon/system/desktopnotification.h"
 #include "daemon/system/logging.h"
+#include "daemon/system/statefolder.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
 #include "platform/terminationsignals.h"
@@ -125,7 +126,7 @@ class DaemonSession
 {
 public:
     DaemonSession(SettingsStore &store, const QDBusConnection &bus)
-        : mBus(bus), mDevices(mInputNodes, mLinuxKeyboard), mDeviceChoice(SettingsStore::defaultFolder()),
+        : mBus(bus), mDevices(mInputNodes, mLinuxKeyboard), mDeviceChoice(StateFolder::defaultPath()),
           mClientWatch(bus, [this](const QString &portName) { mDaemon.clientVanished(portName); }), mNotifications(bus),
           mProfileNotification(bus), mReleaseNotification(bus), mSettingsNotification(bus),
           mStart(startDocument(store)), mDaemon(store, mKeyboard, outlets(), mStart.document), mSettingsObject(store),
@@ -144,6 +145,7 @@ public:
         if (!store.problems().isEmpty())
             showSettingsProblem();
         store.setProblemHandler([this] { showSettingsProblem(); });
+        store.setFolderHandler([this] { (void)mDeviceChoice.save(mDevices.choices()); }); // logs a failure
         QObject::connect(&mFrontApplication, &FrontApplicationWatch::applicationChanged, &mDaemon,
                          &DeviceDaemon::setFrontApplication);
     }
@@ -253,7 +255,7 @@ DaemonExit runDaemon()
         qCCritical(lcDaemon, "another daemon is already running on this bus");
         return DaemonExit::alreadyRunning;
     }
-    SettingsStore store(SettingsStore::defaultFolder());
+    SettingsStore store(StateFolder::defaultPath());
     const SettingsStore::OpenResult result = store.open();
     if (result == SettingsStore::OpenResult::open)
         return DaemonSession(store, bus).run();

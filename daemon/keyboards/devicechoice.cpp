@@ -5,6 +5,7 @@
 #include "base/propertylist.h"
 #include "daemon/system/damagedfile.h"
 #include "daemon/system/logging.h"
+#include "daemon/system/privatefiles.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -126,6 +127,7 @@ bool DeviceChoice::save(const QList<ChosenDevice> &choices)
         qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(mPath), qUtf8Printable(problem));
         return false;
     }
+    (void)makeFilePrivate(mPath); // where that fails, the folder is private, or the log tells since the start
     mRoot = root;
     mChoices = choices;
     mIsUnreadable = false;

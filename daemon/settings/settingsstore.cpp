@@ -5,6 +5,7 @@
 #include "base/qlcoreutility.h"
 #include "daemon/system/damagedfile.h"
 #include "daemon/system/logging.h"
+#include "daemon/system/privatefiles.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -12,7 +13,6 @@
 #include <QFileInfo>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -30,16 +30,6 @@ constexpr QLatin1StringView fileName{"settings.plist"};
 QString systemError(int error)
 {
     return QString::fromLocal8Bit(std::strerror(error));
-}
-
-/// Does not wait. 0, or an errno value: EWOULDBLOCK when another process has the lock.
-int lockExclusively(int file)
-{
-    int error = 0;
-    do
-        error = ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
-    while (error == EINTR);
-    return error;
 }
 
 bool renameOver(const QString &from, const QString &to)
@@ -82,44 +72,11 @@ bool isLeftOver(const QString &name)
 
 } // namespace
 
-SettingsStore::SettingsStore(const QString &folder) : mFolder(folder) {}
-
-SettingsStore::~SettingsStore()
-{
-    if (mLock >= 0)
-        ::close(mLock);
-}
-
-QString SettingsStore::defaultFolder()
-{
-    QString stateHome = qEnvironmentVariable("XDG_STATE_HOME");
-    if (!QDir::isAbsolutePath(stateHome)) // a relative one is to be ignored, says the base directory rule
-        stateHome = QDir::home().filePath(u".local/state"_s);
-    return QDir(stateHome).filePath(u"quill-kestra"_s);
-}
-
 SettingsStore::OpenResult SettingsStore::open()
 {
-    const bool isNew = !QFileInfo::exists(mFolder);
-    if (!QDir().mkpath(mFolder)) {
-        mErrorText = u"cannot make the folder %1"_s.arg(mFolder);
-        return OpenResult::unusable;
-    }
-    if (isNew)
-        QFile::setPermissions(mFolder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    const QString lockPath = QDir(mFolder).filePath(u"lock"_s);
-    mLock = ::open(QFile::encodeName(lockPath).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (mLock < 0) {
-        mErrorText = u"cannot open %1: %2"_s.arg(lockPath, systemError(errno));
-        return OpenResult::unusable;
-    }
-    // The lock goes with the process, also when that is killed.
-    if (const int error = lockExclusively(mLock); error == EWOULDBLOCK) {
-        mErrorText = u"another daemon uses the settings in %1"_s.arg(mFolder);
-        return OpenResult::inUse;
-    } else if (error != 0) {
-        mErrorText = u"cannot lock %1: %2"_s.arg(lockPath, systemError(error));
-        return OpenResult::unusable;
+    if (const OpenResult result = mFolder.open(); result != OpenResult::open) {
+        mErrorText = mFolder.errorText();
+        return result;
     }
     if (isPresent(path())) {
         const QString error = PropertyList::readFileBytes(path()).error;
@@ -207,6 +164,25 @@ bool SettingsStore::makeWay()
     return std::ranges::none_of(mInTheWay, isPresent);
 }
 
+/// Opens the folder again when it or its lock has been removed. False when that failed.
+bool SettingsStore::reopenFolder()
+{
+    if (mFolder.isLocked())
+        return true;
+    const bool isRemoved = !QFileInfo::exists(mFolder.path());
+    if (mFolder.open() != OpenResult::open) {
+        qCCritical(lcSettings, "file: %s", qUtf8Printable(mFolder.errorText()));
+        return false;
+    }
+    if (isRemoved) {
+        reportProblem(
+            u"%1 was removed while the daemon ran, and was made again with the settings in use"_s.arg(mFolder.path()));
+        if (mFolderHandler)
+            mFolderHandler();
+    }
+    return true;
+}
+
 void SettingsStore::refuseSaving(const QString &filePath, const QString &reason)
 {
     mInTheWay += filePath;
@@ -230,7 +206,7 @@ bool SettingsStore::save(const QVariantMap &document)
         qCCritical(lcSettings, "daemon: the document cannot be written as a property list");
         return false;
     }
-    if (!makeWay())
+    if (!reopenFolder() || !makeWay())
         return false;
     // Each step leaves a folder from which load() takes the newest answered document and finishInterruptedSave() the
     // copies, because a daemon may be killed after any of them. Without an old document the copy that stands there is
@@ -243,6 +219,8 @@ bool SettingsStore::save(const QVariantMap &document)
     const std::optional<QString> secondName = giveSecondName(*found);
     if (!secondName || !replace(*data, *secondName))
         return false;
+    if (found == Found::nothing && mWrongFile == path())
+        mWrongFile.clear(); // it has been removed
     if (found == Found::foreignFile)
         reportKept(*secondName);
     else if (!mWrongFile.isEmpty())
@@ -274,6 +252,7 @@ bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
     QString problem;
     if (PropertyList::writeFileAtomically(path(), data, &problem)) {
         mOwnContent = checksum(data);
+        (void)makeFilePrivate(path()); // where that fails, the folder is private, or the log tells since the start
         return true;
     }
     qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
@@ -382,7 +361,7 @@ void SettingsStore::shiftCopies()
 
 void SettingsStore::removeLeftOvers()
 {
-    QDir folder(mFolder);
+    QDir folder(mFolder.path());
     const QStringList names = folder.entryList(QDir::Files | QDir::Hidden);
     for (const QString &name : names) {
         if (isLeftOver(name))
@@ -392,7 +371,7 @@ void SettingsStore::removeLeftOvers()
 
 QString SettingsStore::path(const QString &suffix) const
 {
-    return QDir(mFolder).filePath(fileName + suffix);
+    return mFolder.filePath(fileName + suffix);
 }
 
 QString SettingsStore::copyPath(int copy) const

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "daemon/settings/settingsrepair.h"
+#include "daemon/system/statefolder.h"
 
 #include <QByteArray>
 #include <QString>
@@ -29,19 +30,13 @@ public:
     static constexpr int copyCount = 3;
     static constexpr int maximumProblems = 20;
 
-    explicit SettingsStore(const QString &folder);
-    ~SettingsStore();
-    SettingsStore(const SettingsStore &) = delete;
-    SettingsStore &operator=(const SettingsStore &) = delete;
+    using OpenResult = StateFolder::Result;
 
-    /// $XDG_STATE_HOME/quill-kestra, by default ~/.local/state/quill-kestra.
-    [[nodiscard]] static QString defaultFolder();
+    explicit SettingsStore(const QString &folder) : mFolder(folder) {}
 
-    enum class OpenResult { open, inUse, unusable };
-
-    /// Makes the folder, takes its lock and looks whether settings.plist can be read; errorText() says why that could
-    /// not be done. A settings.plist that cannot be read (no right to, an error of the disk, a folder in its place) may
-    /// be good: the folder is unusable then and stays as it is.
+    /// Opens the folder (StateFolder::open()) and looks whether settings.plist can be read; errorText() says why that
+    /// could not be done. A settings.plist that cannot be read (no right to, an error of the disk, a folder in its
+    /// place) may be good: the folder is unusable then and stays as it is.
     [[nodiscard]] OpenResult open();
     [[nodiscard]] QString errorText() const { return mErrorText; }
 
@@ -50,6 +45,8 @@ public:
     [[nodiscard]] const QStringList &problems() const { return mProblems; }
     /// `handler` is called after each new problem.
     void setProblemHandler(std::function<void()> handler) { mProblemHandler = std::move(handler); }
+    /// `handler` is called when a save has made the folder again, which was removed with all that it had.
+    void setFolderHandler(std::function<void()> handler) { mFolderHandler = std::move(handler); }
 
     /// The newest document of the folder; absent when there is none. One with wrong values is repaired, on the disk,
     /// too, and its original is kept aside. Sets aside what is not a settings document or, in the place of a copy,
@@ -57,8 +54,8 @@ public:
     [[nodiscard]] std::optional<QVariantMap> load();
 
     /// Writes `document`, on the disk when this returns. False when that failed: the folder holds the documents that it
-    /// held before. Keeps what another program has put in the place of settings.plist since load() or the save before,
-    /// and reports it. load() must have been called before.
+    /// held before. Makes the folder again when it has been removed. Keeps what another program has put in the place of
+    /// settings.plist since load() or the save before, and reports it. load() must have been called before.
     [[nodiscard]] bool save(const QVariantMap &document);
 
 private:
@@ -68,6 +65,7 @@ private:
     [[nodiscard]] std::optional<RepairedSettings> read(const QString &filePath);
     void setAside(const QString &filePath, const QString &problem);
     [[nodiscard]] bool makeWay();
+    [[nodiscard]] bool reopenFolder();
     void refuseSaving(const QString &filePath, const QString &reason);
     void removeLeftOvers();
     void finishInterruptedSave();
@@ -82,13 +80,13 @@ private:
     void takeBackReplacement(const QString &secondName);
     void shiftCopies();
 
-    QString mFolder;
+    StateFolder mFolder;
     QString mErrorText;
-    int mLock = -1;
     QByteArray mOwnContent; // a checksum of settings.plist as read or written last
     QStringList mInTheWay;  // files that could be neither read nor set aside; nothing is saved while they are there
     QString mWrongFile;     // the file whose values were repaired, until the next save has kept it aside
     QStringList mRepairs;   // of that file
     QStringList mProblems;
     std::function<void()> mProblemHandler;
+    std::function<void()> mFolderHandler;
 };

@@ -144,6 +144,8 @@ private Q_SLOTS:
     void desktopShowsAProblemOfTheSettings();
     void oddCopiesDoNotKeepItFromStarting();
     void settingsPutBackByHandAreKept();
+    void filesAreForTheUserOnly();
+    void removedFolderIsMadeAgain();
     void unreadableSettingsAreNamed();
     void fullDiskIsReportedAndChangesNothing();
     void postsNotificationsForOtherClients();
@@ -330,6 +332,44 @@ void DaemonProcessTest::settingsPutBackByHandAreKept()
     QVERIFY2(mDaemon->log().contains("another program changed"), mDaemon->log().constData());
     const NotificationService desktop; // was not there yet
     QTRY_COMPARE(desktop.bubbles.size(), 1);
+}
+
+void DaemonProcessTest::filesAreForTheUserOnly()
+{
+    mDaemon->terminate();
+    const QDir folder(mDaemon->settingsFolder());
+    const auto othersCan = [](const QString &path) {
+        constexpr QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther
+                                              | QFile::WriteOther | QFile::ExeOther;
+        return bool(QFile::permissions(path) & others);
+    };
+    const QFile::Permissions open =
+        QFile::permissions(folder.path()) | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+    QVERIFY(QFile::setPermissions(folder.path(), open));
+    QVERIFY(mDaemon->start([] { ::umask(022); }));
+    for (const QString &name : {u"one"_s, u"two"_s})
+        QVERIFY(mDaemon->request(Command::updateProfile,
+                                 {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(name)}}));
+    QVERIFY(!othersCan(folder.path()));
+    const QStringList files = folder.entryList(QDir::Files);
+    QVERIFY(files.contains(u"settings.plist.1"_s));
+    for (const QString &name : files)
+        QVERIFY2(!othersCan(folder.filePath(name)), qPrintable(name));
+}
+
+void DaemonProcessTest::removedFolderIsMadeAgain()
+{
+    QVERIFY(mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, named(u"Mine"_s)}}));
+    QVERIFY(QDir(mDaemon->settingsFolder()).removeRecursively());
+    const auto changed = mDaemon->request(Command::updateProfile,
+                                          {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"one"_s)}});
+    QVERIFY(changed);
+    QCOMPARE(changed->values.value(u"ReturnStatus"_s), QVariant(0));
+    mDaemon->kill();
+    QVERIFY(mDaemon->start());
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(settings->values.value(u"AllDevSettings"_s), changed->values.value(u"ReturnDictionary"_s));
 }
 
 void DaemonProcessTest::unreadableSettingsAreNamed()

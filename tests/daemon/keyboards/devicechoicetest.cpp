@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/devicechoice.h"
+#include "tests/support/filemode.h"
 #include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void noFileMeansNoChoice();
     void choiceIsReadBackAsItWasKept();
     void releaseIsKeptToo();
+    void fileIsForTheUserOnly();
     void nothingIsWrittenWhenNothingChanges();
     void unknownKeysAreKept();
     void damagedFileIsSetAside_data();
@@ -72,6 +74,16 @@ void DeviceChoiceTest::releaseIsKeptToo()
     QVERIFY(choice.save({}));
     QVERIFY(QFile::exists(path()));
     QVERIFY(loaded().isEmpty());
+}
+
+void DeviceChoiceTest::fileIsForTheUserOnly()
+{
+    DeviceChoice choice(mFolder->path());
+    const mode_t before = ::umask(0);
+    const bool isSaved = choice.save(mTwo);
+    ::umask(before);
+    QVERIFY(isSaved);
+    QCOMPARE(modeOf(path()), 0600);
 }
 
 void DeviceChoiceTest::nothingIsWrittenWhenNothingChanges()
