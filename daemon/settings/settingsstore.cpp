@@ -7,7 +7,6 @@
 #include "daemon/system/logging.h"
 #include "daemon/system/privatefiles.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -42,11 +41,6 @@ bool isPresent(const QString &filePath)
 {
     const QFileInfo file(filePath);
     return file.exists() || file.isSymLink();
-}
-
-QByteArray checksum(const QByteArray &content)
-{
-    return QCryptographicHash::hash(content, QCryptographicHash::Sha256);
 }
 
 /// 0, or an errno value.
@@ -135,7 +129,7 @@ std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
     const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(bytes.data);
     std::optional<RepairedSettings> settings = document ? repairedSettings(*document) : std::nullopt;
     if (settings && filePath == path())
-        mOwnContent = checksum(bytes.data);
+        mOwnContent = Checksum(bytes.data);
     if (!settings)
         setAside(filePath,
                  document ? u"is damaged (nothing of a settings document)"_s : u"is damaged (not a property list)"_s);
@@ -240,7 +234,7 @@ std::optional<SettingsStore::Found> SettingsStore::findFile()
         setAside(path(), u"cannot be read (%1)"_s.arg(bytes.error));
         return isPresent(path()) ? std::nullopt : std::optional(Found::nothing);
     }
-    if (checksum(bytes.data) != mOwnContent)
+    if (Checksum(bytes.data) != mOwnContent)
         return Found::foreignFile;
     return mWrongFile == path() ? Found::wrongDocument : Found::ownDocument;
 }
@@ -251,7 +245,7 @@ bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
     const bool isReplacing = QFileInfo::exists(path());
     QString problem;
     if (PropertyList::writeFileAtomically(path(), data, &problem)) {
-        mOwnContent = checksum(data);
+        mOwnContent = Checksum(data);
         (void)makeFilePrivate(path()); // where that fails, the folder is private, or the log tells since the start
         return true;
     }
@@ -259,7 +253,7 @@ bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
     if (!secondName.isEmpty())
         takeBackReplacement(secondName);
     else if (isReplacing)
-        mOwnContent = checksum(PropertyList::readFileBytes(path()).data); // the old document or the new one
+        mOwnContent = Checksum(PropertyList::readFileBytes(path()).data); // the old document or the new one
     else
         QFile::remove(path());
     return false;

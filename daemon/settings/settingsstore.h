@@ -7,6 +7,7 @@
 #include "daemon/system/statefolder.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -59,6 +60,23 @@ public:
     [[nodiscard]] bool save(const QVariantMap &document);
 
 private:
+    /// Distinguishes one content of a file from another. It does not have to resist forgery: a program that can write
+    /// the file can do worse.
+    class Checksum
+    {
+    public:
+        Checksum() = default;
+        explicit Checksum(const QByteArray &content)
+            : mSize(content.size()), mHash(qHashBits(content.constData(), size_t(content.size())))
+        {
+        }
+        bool operator==(const Checksum &) const = default;
+
+    private:
+        qsizetype mSize = -1;
+        size_t mHash = 0;
+    };
+
     [[nodiscard]] QString path(const QString &suffix = {}) const;
     [[nodiscard]] QString copyPath(int copy) const;
     [[nodiscard]] QStringList presentFiles() const;
@@ -82,10 +100,10 @@ private:
 
     StateFolder mFolder;
     QString mErrorText;
-    QByteArray mOwnContent; // a checksum of settings.plist as read or written last
-    QStringList mInTheWay;  // files that could be neither read nor set aside; nothing is saved while they are there
-    QString mWrongFile;     // the file whose values were repaired, until the next save has kept it aside
-    QStringList mRepairs;   // of that file
+    Checksum mOwnContent;  // of settings.plist as read or written last
+    QStringList mInTheWay; // files that could be neither read nor set aside; nothing is saved while they are there
+    QString mWrongFile;    // the file whose values were repaired, until the next save has kept it aside
+    QStringList mRepairs;  // of that file
     QStringList mProblems;
     std::function<void()> mProblemHandler;
     std::function<void()> mFolderHandler;
