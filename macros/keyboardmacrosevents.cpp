@@ -171,7 +171,7 @@ void KeyboardMacrosController::closeEventSheet()
     updateEventButtons();
     mEditEventWindow->endSheet();
     mMacroDetailsTableView->setFocus(); // which was off, so that the focus had gone on to Record
-    fetchChangedLines();                // what another client changed meanwhile
+    fetchChangedLines();                // where they did not come before
 }
 
 void KeyboardMacrosController::clickMacroEventOK(QObject *)

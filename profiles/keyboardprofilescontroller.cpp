@@ -220,7 +220,6 @@ void KeyboardProfilesController::addProfileWithSettings(const QVariantMap &profi
         return;
     }
     // It was refused, or another client has added one, too. The changes of every tab go to the selected row.
-    mNeedsProfileEditing = false;
     mProfilesTableView->selectRow(activeProfile());
 }
 
