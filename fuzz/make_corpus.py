@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Writes the seeds in fuzz/corpus: small property lists of every form, one for each thing that a reader decides on."""
+"""Writes the seeds in fuzz/corpus, a folder a target: small inputs, one for each thing that a reader decides on."""
 
 import datetime
 import pathlib
@@ -25,6 +25,9 @@ OLD_STYLE = {
 
 XML = {
     "range": "<plist><array><real>1e400</real><real>-1e-400</real></array></plist>",
+    "markup": "<?xml version='1.0' encoding='ISO-8859-1'?><!DOCTYPE plist SYSTEM 'a>'><!-- - --><plist version='1.0'>"
+              "<?a b?><dict a='>' b=\"/\"><key>a</key><string>&lt;&#9;<![CDATA[<]]></string></dict></plist>",
+    "subset": "<!DOCTYPE plist [<!ENTITY a 'b'>]><plist><string>&a;</string></plist>",
 }
 
 
@@ -47,18 +50,139 @@ RAW = {
 }
 
 
-def main():
-    CORPUS.mkdir(exist_ok=True)
+PROFILE = {
+    "ProfileName": "A",
+    "Keys": {"4": {"command": 16, "param1": 5, "param2": 2}, "58": {"command": 10, "param1": 0, "param2": 254},
+             "59": {"command": 17, "param1": 1, "param2": 0}, "60": {"command": 46, "param1": "/a.app", "param2": ""},
+             "61": {"command": 20, "param1": 0, "param2": 0}, "62": {"command": 45, "param1": 62, "param2": 0}},
+    "AppInfo": {"application": "Game", "executable": "game", "identifier": "org.game", "signature": ""},
+    "AutoSwitchOn": 1, "ProfileOSDOn": 1, "BacklightLED": True, "BrightnessKBNormal": 3, "LEDKBEffects": 4,
+    "LEDKBColors": [{"Red": 1.0, "Green": 0.5, "Blue": 0.0}], "GameLightingOn": False, "ScrollLED": True,
+}
+MACRO = {
+    "MacroName": "M", "delay": 20,
+    "sequence": {"Events": [{"command": 1, "delay": 0, "page": 7, "argument": 4},
+                            {"command": 0, "delay": 15, "page": 7, "argument": 4},
+                            {"command": 1, "delay": 15, "page": 9, "argument": 1}]},
+}
+SETTINGS = {"Profiles": [PROFILE], "Macros": [MACRO], "DeviceSettings": {"ActiveProfile": 0, "GameMode": True}}
+OLD_RECORDS = {
+    "profilefile": "{ ProfileName = A; AutoSwitchOn = 1; Keys = { 4 = { command = 16; param1 = 5; param2 = 2; }; }; }",
+    "macrofile": "{ MacroName = M; sequence = { Events = ({ command = 1; delay = 0; page = 7; argument = 4; }); }; }",
+    "settings": "{ Profiles = ({ ProfileName = A; }); Macros = (); DeviceSettings = { ActiveProfile = 0; }; }",
+}
+# Records that lack or twist one thing each.
+TWISTED = {
+    "profilefile": [{}, {"ProfileName": 5}, {"Keys": []}, {**PROFILE, "Keys": {"4": "x", "x": {}}},
+                    {**PROFILE, "AppInfo": "x"}, {**PROFILE, "BrightnessKBNormal": -9},
+                    {**PROFILE, "LEDKBColors": {}}, {**PROFILE, "LEDKBColors": [{"Red": "x", "Green": 1e300}, 5]}],
+    "macrofile": [{}, {"MacroName": 5}, {"sequence": {}}, {"sequence": {"Events": [5]}}, {**MACRO, "delay": "x"},
+                  {"sequence": {"Events": [{}, {"page": 9}, {"argument": 2**63}]}}],
+    "settings": [{}, {**SETTINGS, "DeviceSettings": {"ActiveProfile": 7}}, {**SETTINGS, "Macros": [MACRO, 5]},
+                 {**SETTINGS, "Profiles": [{"ProfileName": "A"}] * 21}, {"Profiles": [PROFILE], "Macros": []},
+                 {**SETTINGS, "DeviceSettings": {"ActiveProfile": "0", "LastMacroID": 9, "ProfileOSDOn": 2}}],
+}
+
+ENTRIES = {
+    "plain": "[Desktop Entry]\nType=Application\nName=Game\nExec=true\n",
+    "codes": "[Desktop Entry]\nType=Application\nName=A\nName[de]=B\nIcon=i\nExec=true %i --t=%c %k %U %% \"a b\" $X\n",
+    "escapes": "[Desktop Entry]\nType=Application\nName=\\s\\n\\t\\\\\nExec=true \"\\\\\"\\\\`\"\nPath=/\n",
+    "flags": "# c\n[Other]\nExec=a\n[Desktop Entry]\nType=Application\nTryExec=true\nHidden=false\nTerminal=true\n"
+             "Exec=a\n",
+    "path": "[Desktop Entry]\r\nType=Application\r\nExec=/bin/true ../a\r\nStartupWMClass=Game\r\n",
+    "relative": "[Desktop Entry]\nType=Application\nExec=../bin/true\n",
+    "open": "[Desktop Entry]\nExec=\"a %x\n[Desktop Action a]\nExec=b\n",
+}
+
+BUNDLES = [
+    {"CFBundleName": "Game", "CFBundleExecutable": "game", "CFBundleIdentifier": "org.game", "CFBundleSignature": "??"},
+    {"CFBundleExecutable": "data"}, {"CFBundleExecutable": "../../../bin/sh"}, {"CFBundleExecutable": ".."},
+    {"CFBundleExecutable": "folder"}, {"CFBundleExecutable": 5, "CFBundleName": ["x"]}, {},
+]
+
+CLIENT = {"ProductID": 271, "ResponseMsgPortName": "Client0", "Source App": "org.client"}
+NEW_PROFILE = {"DeviceSettingsDictionary": {**PROFILE, "ProfileName": "C"}}
+EVENT = {"command": 0, "delay": 5, "page": 7, "argument": 5}
+PRESS, RELEASE, REMOVE, ATTACH, TIME, GAME_MODE, MACRO_KEY, VANISHED, FRONT, BRIGHTNESS = range(50, 60)
+
+
+def request(number, **values):
+    data = xml({**CLIENT, **{key.replace("_", " "): value for key, value in values.items()}})
+    return bytes([number]) + struct.pack(">H", len(data)) + data
+
+
+def actions(*pairs):
+    return b"".join(bytes(pair) for pair in pairs)
+
+
+def requests():
+    """Sequences of steps as fuzz/requestfuzz.cpp reads them; every command is in one of them."""
+    tap = actions((PRESS, 4), (TIME, 2), (RELEASE, 4))
+    return {
+        "open": request(0, DefaultQlPlistPath="/none/Kestra.plist", ProductName="Kestra", IsDeviceWired=1) + request(4)
+        + request(14) + request(38),
+        "profiles": request(5, **NEW_PROFILE) + request(6, ProfileID=0, **NEW_PROFILE) + request(10, ProfileID=1)
+        + request(9, ProfileID=0) + request(7, AllProfiles=[PROFILE, PROFILE]) + request(4),
+        "macros": request(32, MacroContents=MACRO) + request(25, MacroContents={"MacroName": "X", "macroID": 0})
+        + request(22, macroID=1) + request(27, IndexOfMacroSequence=0) + request(33, macroID=0),
+        "events": request(28, macroID=0, sequenceIdx=1) + request(24, macroID=0, sequenceIdx=1, sequence=EVENT)
+        + request(34, macroID=0, delay=1, HasNoDelay=False) + request(37, macroID=0, sequenceIdx=1, delay=7)
+        + request(23, macroID=0, macroEventTableIndex=0),
+        "recording": request(18, macroID=0, isAppendRecording=1) + tap + request(19)
+        + request(20, macroID=0, isAppendRecording=1) + tap,
+        "captures": request(29) + tap + request(30) + request(21) + actions((PRESS, 5), (VANISHED, 0), (RELEASE, 5)),
+        "keys": actions((PRESS, 58), (TIME, 9), (PRESS, 59), (TIME, 9), (RELEASE, 58), (GAME_MODE, 0), (RELEASE, 59))
+        + actions((PRESS, 60), (FRONT, 1), (BRIGHTNESS, 2), (REMOVE, 0), (ATTACH, 0), (PRESS, 4)),
+        "onthefly": actions((MACRO_KEY, 0), (PRESS, 4), (RELEASE, 4), (PRESS, 5), (TIME, 3), (RELEASE, 5))
+        + actions((MACRO_KEY, 0)),
+        "nonsense": request(47, ProfileID="x") + request(5, DeviceSettingsDictionary=[1]) + request(10, ProfileID=-1)
+        + b"\x04\x00\x02{}",
+    }
+
+
+def xml(tree):
+    lines = plistlib.dumps(tree, fmt=plistlib.FMT_XML).split(b"\n")
+    return b"\n".join(line.strip() for line in lines if not line.startswith((b"<?xml", b"<!DOCTYPE")))
+
+
+def write(target, name, data):
+    folder = CORPUS / target
+    folder.mkdir(parents=True, exist_ok=True)
+    (folder / name).write_bytes(data)
+
+
+def write_property_lists():
     for name, tree in TREES.items():
-        (CORPUS / f"{name}.binary").write_bytes(plistlib.dumps(tree, fmt=plistlib.FMT_BINARY))
+        write("propertylist", f"{name}.binary", plistlib.dumps(tree, fmt=plistlib.FMT_BINARY))
         text = plistlib.dumps(tree, fmt=plistlib.FMT_XML).split(b"\n")
-        (CORPUS / f"{name}.xml").write_bytes(b"\n".join(line for line in text if not line.startswith(b"<!DOCTYPE")))
+        data = b"\n".join(line for line in text if not line.startswith(b"<!DOCTYPE"))
+        write("propertylist", f"{name}.xml", data)
     for name, text in OLD_STYLE.items():
-        (CORPUS / f"{name}.text").write_text(text, "utf-8")
+        write("propertylist", f"{name}.text", text.encode())
     for name, text in XML.items():
-        (CORPUS / f"{name}.xml").write_text(text, "utf-8")
+        write("propertylist", f"{name}.xml", text.encode())
     for name, data in RAW.items():
-        (CORPUS / f"{name}.binary").write_bytes(data)
+        write("propertylist", f"{name}.binary", data)
+
+
+def write_records():
+    for target, tree in (("profilefile", PROFILE), ("macrofile", MACRO), ("settings", SETTINGS)):
+        write(target, "whole.binary", plistlib.dumps(tree, fmt=plistlib.FMT_BINARY))
+        write(target, "whole.xml", xml(tree))
+        write(target, "whole.text", OLD_RECORDS[target].encode())
+        for number, twisted in enumerate(TWISTED[target]):
+            write(target, f"twisted{number}.xml", xml(twisted))
+
+
+def main():
+    write_property_lists()
+    write_records()
+    for name, text in ENTRIES.items():
+        write("desktopentry", name, text.encode())
+    for number, information in enumerate(BUNDLES):
+        write("bundle", f"{number}.xml", xml(information))
+    for name, data in requests().items():
+        write("request", name, data)
 
 
 if __name__ == "__main__":

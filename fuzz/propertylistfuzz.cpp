@@ -1,19 +1,26 @@
 // SPDX-License-Identifier: MIT
-// Whatever the bytes are: reading neither crashes nor hangs, and what was read is the same after being written and
-// read.
+// Property lists in all three forms, in which files, settings and messages come: reading neither crashes nor hangs,
+// its work grows with the size of the input and no faster, and what was read is the same after being written and read.
 #include "base/propertylist.h"
+#include "base/xmloutline.h"
+#include "fuzz/target.h"
 
-#include <cstdlib>
+namespace {
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+void propertylist(QByteArrayView input)
 {
-    const auto tree = PropertyList::read(QByteArrayView(data, qsizetype(size)));
+    const QString text = QString::fromUtf8(input);
+    require(outlineOfXml(text).steps <= 2 * text.size(), "the work on an XML text is bounded by its size");
+    const auto tree = PropertyList::read(input);
     if (!tree)
-        return 0;
+        return;
     const auto written = PropertyList::writeBinary(*tree);
-    const auto again = written ? PropertyList::read(*written) : std::nullopt;
+    require(written.has_value(), "a tree that was read can be written");
+    const auto again = PropertyList::read(*written);
     // Bytes are compared, not trees: a real that is not a number differs from itself.
-    if (!again || PropertyList::writeBinary(*again) != written)
-        std::abort();
-    return 0;
+    require(again && PropertyList::writeBinary(*again) == written, "what was written is read as the same");
 }
+
+} // namespace
+
+KESTRA_FUZZ_TARGET(propertylist)

@@ -1,23 +1,31 @@
 // SPDX-License-Identifier: MIT
 // Drives a fuzz target without libFuzzer: each file of a corpus folder, and then mutations of them, always the same.
-// Usage: <program> CORPUS-FOLDER MUTATIONS
+// Usage: <program> TARGET CORPUS-FOLDER MUTATIONS
+#include "fuzz/target.h"
+
 #include <QByteArray>
-#include <QDir>
+#include <QFile>
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <random>
+#include <string>
 #include <vector>
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
 namespace {
 
-void run(const QByteArray &input)
+std::map<std::string, FuzzTarget> &targets()
+{
+    static std::map<std::string, FuzzTarget> all;
+    return all;
+}
+
+void run(FuzzTarget target, const QByteArray &input)
 {
     // In memory of exactly its size, so that a sanitizer sees reading past the end.
-    const std::vector<uint8_t> exact(input.cbegin(), input.cend());
-    LLVMFuzzerTestOneInput(exact.data(), exact.size());
+    const std::vector<char> exact(input.cbegin(), input.cend());
+    target(QByteArrayView(exact.data(), qsizetype(exact.size())));
 }
 
 QList<QByteArray> corpus(const QString &folder)
@@ -50,22 +58,32 @@ QByteArray mutated(QByteArray input, const QByteArray &other, std::mt19937 &rand
 
 } // namespace
 
+FuzzTargetRegistration::FuzzTargetRegistration(const char *name, FuzzTarget target)
+{
+    targets()[name] = target;
+}
+
 int main(int argc, char **argv)
 {
-    const QList<QByteArray> inputs = argc == 3 ? corpus(QString::fromLocal8Bit(argv[1])) : QList<QByteArray>();
+    prepareFuzzing(argc, argv);
+    const auto target = targets().find(argc == 4 ? argv[1] : "");
+    const QList<QByteArray> inputs =
+        target == targets().end() ? QList<QByteArray>() : corpus(QString::fromLocal8Bit(argv[2]));
     if (inputs.isEmpty()) {
-        std::fprintf(stderr, "usage: %s CORPUS-FOLDER MUTATIONS (the folder must hold files)\n", argv[0]);
+        std::fprintf(stderr, "usage: %s TARGET CORPUS-FOLDER MUTATIONS (the folder must hold files)\n", argv[0]);
+        for (const auto &known : targets())
+            std::fprintf(stderr, "  %s\n", known.first.c_str());
         return 2;
     }
     for (const QByteArray &input : inputs)
-        run(input);
+        run(target->second, input);
     std::mt19937 random(1);
-    const int mutations = atoi(argv[2]);
+    const int mutations = atoi(argv[3]);
     for (int i = 0; i < mutations; ++i) {
         QByteArray input = inputs[qsizetype(random() % size_t(inputs.size()))];
         for (unsigned changes = 1 + random() % 4; changes > 0; --changes)
             input = mutated(input, inputs[qsizetype(random() % size_t(inputs.size()))], random);
-        run(input);
+        run(target->second, input);
     }
     std::printf("%lld files and %d mutations\n", static_cast<long long>(inputs.size()), mutations);
     return 0;

@@ -40,6 +40,8 @@ test    busybox-static  busybox
 test    cpio            cpio
 test    udev            udevadm
 test    systemd         systemd-analyze
+fuzz    clang           clang++
+fuzz    libclang-rt-dev|libclang-rt-14-dev /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a
 bench   libbenchmark-dev -
 bench   libplist-dev    -
 '

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// Profile files: whatever the file holds, importing it leaves a valid document, and the window and the engine can use
+// the profile.
+#include "base/settingskeys.h"
+#include "daemon/settings/documentcommands.h"
+#include "daemon/settings/keysettings.h"
+#include "daemon/settings/settingsdocument.h"
+#include "fuzz/target.h"
+#include "keys/keymapping.h"
+#include "lighting/backlight.h"
+#include "profiles/applicationbinding.h"
+#include "profiles/profilefile.h"
+
+using DaemonProtocol::Command;
+
+namespace {
+
+void profilefile(QByteArrayView input)
+{
+    static const QVariantMap document = SettingsDocument::completed(SettingsDocument::minimal());
+    const QVariantMap record = ProfileFile::importedRecord(dictionaryOf(input), SettingsDocument::profiles(document));
+    const CommandOutcome outcome = findDocumentCommand(static_cast<qint32>(Command::addProfile))
+                                       ->apply(document, {{DaemonProtocol::deviceSettingsDictionary, record}});
+    require(SettingsDocument::problemOf(outcome.document).isEmpty(), "a document with an imported profile is valid");
+    if (outcome.status != Status::ok)
+        return;
+    const QVariantMap profile = SettingsDocument::profiles(outcome.document).constLast().toMap();
+    requireWritable(profile); // it can be exported
+    (void)keySettingsOf(outcome.document);
+    for (int code = 0; code < 256; ++code)
+        (void)KeyMappings::checkPopUpAssignmentIndexForValue(KeyMappings::entryForKey(profile, code).command);
+    const Backlight::Settings light = Backlight::settingsOf(profile);
+    require(light.brightness >= Backlight::minimumBrightness && light.brightness <= Backlight::maximumBrightness,
+            "the brightness is one that there is");
+    (void)Backlight::colorAt(light, Backlight::spectrumPeriod);
+    (void)ApplicationBinding::applicationOf(profile);
+}
+
+} // namespace
+
+KESTRA_FUZZ_TARGET(profilefile)

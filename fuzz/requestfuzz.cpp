@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+// The whole daemon but for the bus: requests, keys and time in any order. After each request the document is valid and
+// what the daemon sends can be written; at the end the disk holds the document and no key is down.
+//
+// An input is a sequence of steps. A step begins with a byte: below `commandCount` it is the number of a request, and
+// two bytes (the size, high byte first) and so many bytes of a property list follow; else it is an action, with one
+// byte that says which key, or how long.
+#include "base/propertylist.h"
+#include "daemon/devicedaemon.h"
+#include "daemon/frontapplication/frontapplication.h"
+#include "daemon/keyboards/virtual/virtualkeyboard.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/settings/settingsstore.h"
+#include "fuzz/target.h"
+#include "macros/macrorecord.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr quint8 commandCount = 48;
+constexpr int maximumSteps = 64;
+
+/// Two profiles, with a macro, a switch of the profile and a program on the keys F1 to F3, and two macros.
+QVariantMap startDocument()
+{
+    const auto entry = [](int command, const QVariant &param1, int param2) {
+        return QVariantMap{{u"command"_s, command}, {u"param1"_s, param1}, {u"param2"_s, param2}};
+    };
+    const auto profile = [&](const QString &name) {
+        const QVariantMap keys{{u"58"_s, entry(10, 0, 254)},
+                               {u"59"_s, entry(17, 1, 0)},
+                               {u"60"_s, entry(46, u"/program"_s, 0)},
+                               {u"4"_s, entry(16, 5, 2)}};
+        return QVariantMap{{u"ProfileName"_s, name}, {u"Keys"_s, keys}, {u"BrightnessKBNormal"_s, 3}};
+    };
+    const auto macro = [](const QString &name) {
+        return MacroRecord::withEvents({{u"MacroName"_s, name}},
+                                       {MacroRecord::eventRecord({.command = 1, .delayMs = 10, .argument = 4}),
+                                        MacroRecord::eventRecord({.command = 0, .delayMs = 10, .argument = 4})});
+    };
+    return SettingsDocument::completed({{u"Profiles"_s, QVariantList{profile(u"A"_s), profile(u"B"_s)}},
+                                        {u"Macros"_s, QVariantList{macro(u"M"_s), macro(u"N"_s)}},
+                                        {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}});
+}
+
+SettingsStore &openStore()
+{
+    static SettingsStore store(workFolder().filePath(u"daemon"_s));
+    static const bool isOpen = store.open() == SettingsStore::OpenResult::open;
+    require(isOpen, "the folder of the settings can be used");
+    return store;
+}
+
+/// The daemon on its virtual keyboard, with time of its own.
+class Daemon
+{
+public:
+    explicit Daemon(SettingsStore &store)
+        : mKeyboard(KeyClock{.now = [this] { return mNow; },
+                             .wakeAt = [this](std::optional<KeyPath::Time> time) { mKeyTime = time; }}),
+          mDaemon(store, mKeyboard, outlets(), startDocument())
+    {
+    }
+
+    [[nodiscard]] const QVariantMap &document() const { return mDaemon.document(); }
+
+    void send(qint32 number, QByteArrayView data)
+    {
+        mDaemon.handleMessage(number, data.toByteArray());
+        const QString problem = SettingsDocument::problemOf(mDaemon.document());
+        require(problem.isEmpty(), qPrintable(u"the document is valid: "_s + problem));
+    }
+
+    void act(quint8 action, quint8 value)
+    {
+        switch (action % 10) {
+        case 0: (void)mKeyboard.press(7, value); break;
+        case 1: (void)mKeyboard.release(7, value); break;
+        case 2: mKeyboard.remove(); break;
+        case 3: mKeyboard.attach(); break;
+        case 4: passTime(mNow + std::chrono::milliseconds(value * 8)); break;
+        case 5: (void)mKeyboard.pressGameMode(); break;
+        case 6: (void)mKeyboard.pressMacroKey(); break;
+        case 7: mDaemon.clientVanished(u"Client%1"_s.arg(value % 2)); break;
+        case 8: mDaemon.setFrontApplication(FrontApplication::named(QString(QChar(u'a' + value % 4)))); break;
+        default: (void)mKeyboard.setBrightness(value); break;
+        }
+    }
+
+    void end()
+    {
+        mDaemon.shutDown();
+        mKeyboard.remove();
+        require(mKeyboard.sentKeys().isEmpty(), "no key is down at the end");
+    }
+
+private:
+    DaemonOutlets outlets()
+    {
+        return {.sendReply = [](const QString &, qint32, const QVariantMap &reply) { requireWritable(reply); },
+                .postNotification = [](const QString &, const QVariantMap &values) { requireWritable(values); },
+                .watchClient = [](const QString &) {},
+                .launchProgram = [](const QString &) {},
+                .now = [this] { return mNow; },
+                .wakeAt = [this](std::optional<DaemonOutlets::Time> time) { mDaemonTime = time; }};
+    }
+
+    /// Macros without pauses ask for the same time again and again, so the calls have a limit.
+    void passTime(std::chrono::microseconds end)
+    {
+        for (int calls = 0; calls < 200; ++calls) {
+            auto &next = mKeyTime && (!mDaemonTime || *mKeyTime <= *mDaemonTime) ? mKeyTime : mDaemonTime;
+            if (!next || *next > end)
+                break;
+            const bool isKeys = &next == &mKeyTime;
+            mNow = std::max(mNow, *std::exchange(next, std::nullopt));
+            if (isKeys)
+                mKeyboard.keys().wake();
+            else
+                mDaemon.wake();
+        }
+        mNow = std::max(mNow, end);
+    }
+
+    std::chrono::microseconds mNow{};
+    std::optional<std::chrono::microseconds> mKeyTime;
+    std::optional<std::chrono::microseconds> mDaemonTime;
+    VirtualKeyboard mKeyboard;
+    DeviceDaemon mDaemon;
+};
+
+void request(QByteArrayView input)
+{
+    SettingsStore &store = openStore();
+    require(store.save(startDocument()), "the first document can be saved");
+    Daemon daemon(store);
+    const auto take = [&input](qsizetype size) {
+        const QByteArrayView taken = input.first(std::min(size, input.size()));
+        input = input.sliced(taken.size());
+        return taken;
+    };
+    for (int step = 0; step < maximumSteps && input.size() >= 2; ++step) {
+        const auto kind = quint8(take(1)[0]);
+        if (kind >= commandCount) {
+            daemon.act(kind, quint8(take(1)[0]));
+            continue;
+        }
+        const QByteArrayView size = take(2);
+        if (size.size() == 2)
+            daemon.send(kind, take(quint8(size[0]) << 8 | quint8(size[1])));
+    }
+    const auto stored = PropertyList::readPropertyListFile(workFolder().filePath(u"daemon/settings.plist"_s));
+    require(stored && PropertyList::writeBinary(*stored) == PropertyList::writeBinary(daemon.document()),
+            "the disk holds the document");
+    daemon.end();
+}
+
+} // namespace
+
+KESTRA_FUZZ_TARGET(request)

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// Settings files: whatever settings.plist holds, the daemon starts with a valid document or with none, can save, and
+// the bytes that it found are still there afterwards.
+#include "base/propertylist.h"
+#include "daemon/settings/keysettings.h"
+#include "daemon/settings/settingsdocument.h"
+#include "daemon/settings/settingsstore.h"
+#include "fuzz/target.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isInAFileOf(const QDir &folder, QByteArrayView content)
+{
+    for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden)) {
+        if (PropertyList::readFileBytes(folder.filePath(name)).data == content)
+            return true;
+    }
+    return false;
+}
+
+void settings(QByteArrayView input)
+{
+    QDir folder(workFolder().filePath(u"settings"_s));
+    folder.removeRecursively();
+    folder.mkpath(u"."_s);
+    writeWorkFile(folder.filePath(u"settings.plist"_s), input);
+
+    SettingsStore store(folder.path());
+    require(store.open() == SettingsStore::OpenResult::open, "the folder can be used");
+    const auto loaded = store.load();
+    require(!loaded || SettingsDocument::problemOf(*loaded).isEmpty(), "a document that was loaded is valid");
+    const QVariantMap document = SettingsDocument::completed(loaded.value_or(SettingsDocument::minimal()));
+    require(SettingsDocument::problemOf(document).isEmpty(), "a document that was completed is valid");
+    require(SettingsDocument::completed(document) == document, "a completed document has nothing to complete");
+    (void)keySettingsOf(document);
+    require(store.save(document), "a valid document can be saved");
+    const auto again = store.load();
+    require(again && PropertyList::writeBinary(*again) == PropertyList::writeBinary(document),
+            "what was saved is loaded again");
+    require(isInAFileOf(folder, input), "the file that was found is still there");
+}
+
+} // namespace
+
+KESTRA_FUZZ_TARGET(settings)
