@@ -27,6 +27,7 @@ XML = {
     "range": "<plist><array><real>1e400</real><real>-1e-400</real></array></plist>",
     "markup": "<?xml version='1.0' encoding='ISO-8859-1'?><!DOCTYPE plist SYSTEM 'a>'><!-- - --><plist version='1.0'>"
               "<?a b?><dict a='>' b=\"/\"><key>a</key><string>&lt;&#9;<![CDATA[<]]></string></dict></plist>",
+    "attributes": "<plist><true " + " ".join(f"a{number}=''" for number in range(40)) + "/></plist>",
     "subset": "<!DOCTYPE plist [<!ENTITY a 'b'>]><plist><string>&a;</string></plist>",
 }
 
@@ -91,13 +92,15 @@ ENTRIES = {
              "Exec=a\n",
     "path": "[Desktop Entry]\r\nType=Application\r\nExec=/bin/true ../a\r\nStartupWMClass=Game\r\n",
     "relative": "[Desktop Entry]\nType=Application\nExec=../bin/true\n",
+    "empty": "[Desktop Entry]\nType=Application\nExec=\"\" a\n",
     "open": "[Desktop Entry]\nExec=\"a %x\n[Desktop Action a]\nExec=b\n",
 }
 
 BUNDLES = [
     {"CFBundleName": "Game", "CFBundleExecutable": "game", "CFBundleIdentifier": "org.game", "CFBundleSignature": "??"},
     {"CFBundleExecutable": "data"}, {"CFBundleExecutable": "../../../bin/sh"}, {"CFBundleExecutable": ".."},
-    {"CFBundleExecutable": "folder"}, {"CFBundleExecutable": 5, "CFBundleName": ["x"]}, {},
+    {"CFBundleExecutable": "folder"}, {"CFBundleExecutable": "../MacOS/game"},
+    {"CFBundleExecutable": 5, "CFBundleName": ["x"]}, {},
 ]
 
 CLIENT = {"ProductID": 271, "ResponseMsgPortName": "Client0", "Source App": "org.client"}
@@ -136,7 +139,9 @@ def requests():
         "onthefly": actions((MACRO_KEY, 0), (PRESS, 4), (RELEASE, 4), (PRESS, 5), (TIME, 3), (RELEASE, 5))
         + actions((MACRO_KEY, 0)),
         "nonsense": request(47, ProfileID="x") + request(5, DeviceSettingsDictionary=[1]) + request(10, ProfileID=-1)
-        + b"\x04\x00\x02{}",
+        + b"\x04\x00\x02{}" + request(5, DeviceSettingsDictionary={"Keys": "x"})
+        + request(6, ProfileID=0, DeviceSettingsDictionary={"Keys": {"4": 5}}) + request(7, AllProfiles=[{}, 5])
+        + request(32, MacroContents={"sequence": {"Events": [5]}}) + request(24, macroID=0, sequenceIdx=0, sequence=5),
     }
 
 
