@@ -61,7 +61,7 @@ private:
     bool skipDocumentType()
     {
         const qsizetype start = mAt;
-        return skipTag() && !mText.sliced(start, mAt - start).contains(u'[');
+        return skipTag(Quoted::anywhere) && !mText.sliced(start, mAt - start).contains(u'[');
     }
 
     /// The XML declaration has attributes, as an element has; in other instructions quotes have no meaning.
@@ -94,28 +94,45 @@ private:
         return true;
     }
 
-    /// Anything up to a > outside quotes. Each text in quotes is the value of an attribute.
-    bool skipTag()
+    static bool isQuote(QChar character) { return character == u'"' || character == u'\''; }
+
+    static bool endsName(QChar character)
+    {
+        return isSpace(character) || isQuote(character) || character == u'=' || character == u'/';
+    }
+
+    /// Where text in quotes may be. The parser stops at the first that is elsewhere.
+    enum class Quoted { asValue, anywhere };
+
+    /// Anything up to a > outside quotes. Text in quotes is the value of an attribute.
+    bool skipTag(Quoted quoted = Quoted::asValue)
     {
         int attributes = 0;
         qsizetype name = 0;
+        QChar before = u' '; // the last character that is not a space
         for (++mAt; mAt < mText.size(); ++mAt) {
             const QChar character = mText[mAt];
             if (character == u'>') {
                 ++mAt;
                 return true;
             }
-            const bool isQuote = character == u'"' || character == u'\'';
-            if (isQuote) {
-                mComparisons += attributes;
+            if (character == u'=' && endsName(before))
+                return false;
+            if (isQuote(character)) {
+                const bool isValue = before == u'=';
+                if (!isValue && quoted == Quoted::asValue)
+                    return false;
+                mComparisons += isValue ? attributes : 0;
                 const qsizetype end = mText.indexOf(character, mAt + 1);
                 if (end < 0 || ++attributes > maximumXmlAttributes)
                     return false;
                 mAt = end;
             }
-            name = isQuote || isSpace(character) || character == u'=' || character == u'/' ? 0 : name + 1;
+            name = endsName(character) ? 0 : name + 1;
             if (name > maximumXmlName)
                 return false;
+            if (!isSpace(character))
+                before = character;
         }
         return false;
     }

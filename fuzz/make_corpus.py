@@ -28,6 +28,7 @@ XML = {
     "markup": "<?xml version='1.0' encoding='ISO-8859-1'?><!DOCTYPE plist SYSTEM 'a>'><!-- - --><plist version='1.0'>"
               "<?a b?><dict a='>' b=\"/\"><key>a</key><string>&lt;&#9;<![CDATA[<]]></string></dict></plist>",
     "attributes": "<plist><true " + " ".join(f"a{number}=''" for number in range(40)) + "/></plist>",
+    "values": '<' + '"' * 17,
     "subset": "<!DOCTYPE plist [<!ENTITY a 'b'>]><plist><string>&a;</string></plist>",
 }
 

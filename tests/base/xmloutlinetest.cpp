@@ -82,6 +82,8 @@ void XmlOutlineTest::refusesBeforeTheParser_data()
         u"<array><string><![CDATA[<a '></a>]]></string><?a ' ?><true "_s + numbered(u"a#='' "_s) + u"/></array>"_s);
     QTest::newRow("attributes of the declaration")
         << u"<?xml version='1.0' "_s + numbered(u"a#='?>' "_s) + u"?><plist><true/></plist>"_s;
+    QTest::newRow("values without names") << document(filled(uR"(<""""""""""""""""/>)"_s));
+    QTest::newRow("values without names, with equals signs") << document(filled(uR"(<a=""=""=""=""=""=""=""=""/>)"_s));
     QTest::newRow("namespaces") << attributes(numbered(u"xmlns:a#='b' "_s));
     QTest::newRow("entities") << subset(numbered(u"<!ENTITY a# 'b'>"_s));
     QTest::newRow("attribute declarations") << subset(numbered(u"<!ATTLIST a a# CDATA ''>"_s));
@@ -154,6 +156,8 @@ void XmlOutlineTest::readsWhatIsWithinTheLimits_data()
     QTest::newRow("markup in a comment") << document(u"<!-- <a '[ --><true/><!-- \" -->"_s) << QVariant(true);
     QTest::newRow("markup in a section") << document(u"<string><![CDATA[</a '>]]></string>"_s) << QVariant(u"</a '>"_s);
     QTest::newRow("quotes in text") << document(u"<string>it's > \"a\"</string>"_s) << QVariant(u"it's > \"a\""_s);
+    QTest::newRow("space around equals signs")
+        << u"<plist version =\n\"1.0\" a= 'b'><true/></plist>"_s << QVariant(true);
     QTest::newRow("default namespace") << u"<plist xmlns='a'><true/></plist>"_s << QVariant(true);
     QVariantList values;
     values.fill(true, 900'000);
