@@ -18,6 +18,7 @@
 #include "daemon/keyboards/linux/linuxkeyboard.h"
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
 #include "daemon/launch/programlauncher.h"
+#include "daemon/requestport.h"
 #include "daemon/settings/factorysettings.h"
 #include "daemon/settings/settingsadaptor.h"
 #include "daemon/settings/settingsdocument.h"
@@ -25,6 +26,7 @@
 #include "daemon/system/busend.h"
 #include "daemon/system/deadlinetimer.h"
 #include "daemon/system/desktopnotification.h"
+#include "daemon/system/handover.h"
 #include "daemon/system/logging.h"
 #include "daemon/system/statefolder.h"
 #include "platform/distributednotificationcenter.h"
@@ -158,8 +160,8 @@ public:
             qCCritical(lcDaemon, "daemon: cannot put its objects on the bus");
             return DaemonExit::noBus;
         }
-        const std::unique_ptr<LocalMessagePort> port = openPort();
-        if (!port) {
+        RequestPort port(mBus, [this](const RequestMessage &message) { pass(message); });
+        if (!port.serve()) {
             qCCritical(lcDaemon, "another daemon has the port \"%s\" on this bus",
                        DaemonProtocol::requestPortName.data());
             return DaemonExit::alreadyRunning;
@@ -190,15 +192,11 @@ private:
         mSettingsNotification.show(lastingNotice("lkeySettingsProblem", "lkeySettingsProblemHow"));
     }
 
-    /// A message is taken at once and handled when its sender has its empty answer.
-    std::unique_ptr<LocalMessagePort> openPort()
+    /// Called on the thread of the request port.
+    void pass(const RequestMessage &message)
     {
-        const auto take = [this](qint32 number, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
-            QMetaObject::invokeMethod(
-                &mDaemon, [this, number, data] { mDaemon.handleMessage(number, data); }, Qt::QueuedConnection);
-            return {};
-        };
-        return LocalMessagePort::create(DaemonProtocol::requestPortName, take, mBus);
+        QMetaObject::invokeMethod(&mDaemon, HandOver::Call{[this, message] { mDaemon.handleMessage(message); }},
+                                  Qt::QueuedConnection);
     }
 
     DaemonExit runUntilEnd()

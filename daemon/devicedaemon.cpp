@@ -38,7 +38,7 @@ void DeviceDaemon::connectParts()
 
 void DeviceDaemon::handleMessage(qint32 number, const std::optional<QByteArray> &data)
 {
-    mRequests.handleMessage(number, data);
+    mRequests.handleMessage({.number = number, .data = data, .readAt = mOutlets.sinceBoot()});
 }
 
 void DeviceDaemon::clientVanished(const QString &portName)

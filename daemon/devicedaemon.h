@@ -34,6 +34,8 @@ public:
     void setAwaitsFactorySettings(bool isAwaited) { mSettings.setAwaitsFactorySettings(isAwaited); }
 
     /// One message of the request port.
+    void handleMessage(const RequestMessage &message) { mRequests.handleMessage(message); }
+    /// One that the daemon reads now.
     void handleMessage(qint32 number, const std::optional<QByteArray> &data);
     /// Ends what the client at this port has begun. Nothing else would, and the keys would stay captured.
     void clientVanished(const QString &portName);

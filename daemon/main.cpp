@@ -3,6 +3,7 @@
 #include "base/filesizesignal.h"
 #include "daemon/daemonprocess.h"
 #include "daemon/launch/detachedprocess.h"
+#include "daemon/system/continuesignal.h"
 #include "daemon/system/logging.h"
 
 #include <QCommandLineParser>
@@ -41,6 +42,7 @@ int main(int argc, char *argv[])
 {
     ignoreSignals();
     makeFileSizeLimitAnError();
+    ContinueSignal::block();
     makeStacksSmall();
     // Event loops wait with poll(), not with GLib's loop, which takes longer and needs memory of its own.
     qputenv(DetachedProcess::withheldVariable, "1");

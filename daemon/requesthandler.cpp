@@ -12,6 +12,7 @@
 #include "daemon/system/logging.h"
 #include "platform/messageport.h"
 
+using namespace std::chrono_literals;
 using DaemonProtocol::Command;
 using Kind = KeyCapture::Kind;
 
@@ -58,14 +59,17 @@ RequestHandler::RequestHandler(CurrentSettings &settings, ProfileSwitch &profile
 {
 }
 
-void RequestHandler::handleMessage(qint32 number, const std::optional<QByteArray> &data)
+void RequestHandler::handleMessage(const RequestMessage &message)
 {
-    const std::optional<QVariantMap> values = QlCoreUtility::convertDataToDictionary(data);
+    const std::optional<QVariantMap> values = QlCoreUtility::convertDataToDictionary(message.data);
     if (!values) {
-        qCWarning(lcRequests, "client: request %d is not a dictionary and is dropped", number);
+        qCWarning(lcRequests, "client: request %d is not a dictionary and is dropped", message.number);
         return;
     }
-    handle({.number = number, .values = *values, .replyPort = replyPortOf(number, *values)});
+    handle({.number = message.number,
+            .values = *values,
+            .replyPort = replyPortOf(message.number, *values),
+            .readAt = message.readAt});
 }
 
 void RequestHandler::handle(const Request &request)
@@ -78,23 +82,25 @@ void RequestHandler::handle(const Request &request)
     switch (static_cast<Command>(request.number)) {
     case Command::openDevice: return openDevice(request);
     case Command::queryFirmwareVersion: return postFirmwareVersion();
-    case Command::startMacroRecording: return reply(request, mCaptures.startMacroRecording(values, client));
-    case Command::stopMacroRecording: mCaptures.stopMacroRecording(client); return reply(request, Status::ok);
+    case Command::startMacroRecording: return replyToCapture(request, mCaptures.startMacroRecording(values, client));
+    case Command::stopMacroRecording: mCaptures.stopMacroRecording(client); break;
     case Command::saveRecordedEvents:
         return finish(request, before, mCaptures.saveRecordedEvents(values, client), ReturnsDocument::never);
-    case Command::startEditHid: return reply(request, mCaptures.startKeyCapture(client, Kind::editedEvent));
-    case Command::startSingleKeyRecording: return reply(request, mCaptures.startKeyCapture(client, Kind::singleKey));
-    case Command::stopSingleKeyRecording: mCaptures.stopKeyCapture(client); return reply(request, Status::ok);
+    case Command::startEditHid: return replyToCapture(request, mCaptures.startKeyCapture(client, Kind::editedEvent));
+    case Command::startSingleKeyRecording:
+        return replyToCapture(request, mCaptures.startKeyCapture(client, Kind::singleKey));
+    case Command::stopSingleKeyRecording: mCaptures.stopKeyCapture(client); break;
     case Command::releaseDevice: return mCaptures.releaseDevice(); // without a reply
-    default: return reply(request, Status::unknownCommand);
+    default: reply(request, Status::unknownCommand); return;
     }
+    reply(request, Status::ok);
 }
 
 void RequestHandler::openDevice(const Request &request)
 {
     const auto factoryPath = RequestReader::text(request.values, DaemonProtocol::defaultPlistPath);
     if (factoryPath && mSettings.takeFactorySettings(*factoryPath))
-        mSettings.postUpdated(sourceAppOf(request.values, request.replyPort));
+        postUpdated(request, !isTooLate(request));
     reply(request, Status::ok, {{DaemonProtocol::returnStatus, mKeyboard.keyboard()->isAttached() ? 1 : 0}});
 }
 
@@ -118,14 +124,35 @@ void RequestHandler::finish(const Request &request, const QVariantMap &before, c
     QVariantMap values = outcome.reply;
     if (returnsDocument == ReturnsDocument::always || (isOk && returnsDocument == ReturnsDocument::onSuccess))
         values.insert(DaemonProtocol::returnDictionary, mSettings.document());
-    reply(request, outcome.status, values);
+    const bool isInTime = reply(request, outcome.status, values);
     if (!outcome.changesDocument)
         return;
-    mSettings.postUpdated(sourceAppOf(request.values, request.replyPort));
+    postUpdated(request, isInTime);
     mProfiles.showSwitch(before);
 }
 
-void RequestHandler::reply(const Request &request, Status status, QVariantMap values)
+void RequestHandler::replyToCapture(const Request &request, Status status)
+{
+    if (!reply(request, status) && status == Status::ok)
+        mCaptures.endUnanswered();
+}
+
+void RequestHandler::postUpdated(const Request &request, bool isReplyInTime)
+{
+    mSettings.postUpdated(isReplyInTime ? sourceAppOf(request.values, request.replyPort)
+                                        : QString(DaemonProtocol::daemonProcessName));
+}
+
+// A client waits for about 6 s. The second less is for the way there and back. A client that gets no reply to command 0
+// ends the daemon, so that a late one is better than none.
+bool RequestHandler::isTooLate(const Request &request) const
+{
+    const bool isOpening = request.number == static_cast<qint32>(Command::openDevice);
+    const std::chrono::microseconds limit = isOpening ? 6s : 5s;
+    return !request.readAt || mOutlets.sinceBoot() - *request.readAt > limit;
+}
+
+bool RequestHandler::reply(const Request &request, Status status, QVariantMap values)
 {
     // The status of command 0 is a found flag, so that it cannot carry an error.
     const bool isFoundFlag = request.number == static_cast<qint32>(Command::openDevice);
@@ -133,8 +160,14 @@ void RequestHandler::reply(const Request &request, Status status, QVariantMap va
         qCWarning(lcRequests, "%s: request %d of \"%s\": %s", faultOf(status), request.number,
                   qUtf8Printable(request.replyPort.value_or(QString())), statusName(status).data());
     if (!request.replyPort)
-        return;
+        return true;
+    if (isTooLate(request)) {
+        qCWarning(lcRequests, "daemon: too late for a reply to request %d of \"%s\"", request.number,
+                  qUtf8Printable(*request.replyPort));
+        return false;
+    }
     if (!isFoundFlag)
         values.insert(DaemonProtocol::returnStatus, static_cast<int>(status));
     mOutlets.sendReply(*request.replyPort, request.number, values);
+    return true;
 }

@@ -3,6 +3,7 @@
 // by the DeviceDaemon; one thread, the daemon's.
 #pragma once
 
+#include "daemon/requestmessage.h"
 #include "daemon/settings/documentcommands.h"
 
 #include <QByteArray>
@@ -17,7 +18,9 @@ class CurrentSettings;
 struct DaemonOutlets;
 class ProfileSwitch;
 
-/// The reply leaves before the notification that follows a change. Every failure is logged.
+/// The reply leaves before the notification that follows a change. A reply that comes too late is not sent, because its
+/// client would take it for the answer to its next request; the notification then names the daemon as its source, so
+/// that the client reads the document again. Every failure is logged.
 class RequestHandler
 {
 public:
@@ -25,15 +28,15 @@ public:
     RequestHandler(CurrentSettings &settings, ProfileSwitch &profiles, CaptureCommands &captures,
                    const CurrentKeyboard &keyboard, const DaemonOutlets &outlets);
 
-    /// One message; `data` is a dictionary as a property list, or the message is dropped.
-    void handleMessage(qint32 number, const std::optional<QByteArray> &data);
+    void handleMessage(const RequestMessage &message);
 
 private:
     struct Request
     {
         qint32 number = 0;
         QVariantMap values;
-        std::optional<QString> replyPort; // absent: no client waits for a reply
+        std::optional<QString> replyPort;                // absent: no client waits for a reply
+        std::optional<std::chrono::microseconds> readAt; // as in RequestMessage
     };
 
     void handle(const Request &request);
@@ -42,7 +45,12 @@ private:
     /// Replies with the outcome of a command. Then notifies the clients if the document has changed from `before`.
     void finish(const Request &request, const QVariantMap &before, const CommandOutcome &outcome,
                 ReturnsDocument returnsDocument);
-    void reply(const Request &request, Status status, QVariantMap values = {});
+    /// Replies to a client that wants keys. If that is too late, the client does not know that it has them.
+    void replyToCapture(const Request &request, Status status);
+    /// False when it is too late for a reply.
+    bool reply(const Request &request, Status status, QVariantMap values = {});
+    [[nodiscard]] bool isTooLate(const Request &request) const;
+    void postUpdated(const Request &request, bool isReplyInTime);
 
     CurrentSettings &mSettings;
     ProfileSwitch &mProfiles;

@@ -101,6 +101,11 @@ void CaptureCommands::releaseDevice()
     mSession.release("the client releases the device");
 }
 
+void CaptureCommands::endUnanswered()
+{
+    mSession.release("the client waits no longer");
+}
+
 CommandOutcome CaptureCommands::unchanged(Status status) const
 {
     return {.status = status, .document = mSettings.document(), .reply = {}, .changesDocument = false};

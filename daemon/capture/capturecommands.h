@@ -34,6 +34,8 @@ public:
     /// begun since with this alone.
     void stopKeyCapture(const std::optional<QString> &client);
     void releaseDevice();
+    /// Ends the capture or recording that has just been begun, because its client has not been told of it.
+    void endUnanswered();
 
 private:
     /// The document with the recorded events in it.

@@ -3,6 +3,8 @@
 // DeviceDaemon, whose parts refer to it; one thread, the daemon's.
 #pragma once
 
+#include "daemon/system/bootclock.h"
+
 #include <QString>
 #include <QVariantMap>
 
@@ -21,6 +23,8 @@ struct DaemonOutlets
     std::function<void(const QString &portName)> watchClient;
     std::function<void(const QString &program)> launchProgram;
     std::function<Time()> now;
+    /// The clock of RequestMessage::readAt.
+    std::function<Time()> sinceBoot = timeSinceBoot;
     /// Asks for a call of DeviceDaemon::wake() at this time, or soon after it. Each call replaces the time asked for
     /// before; an absent time asks for none.
     std::function<void(std::optional<Time>)> wakeAt = [](std::optional<Time>) {};

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void takesAMacroRecordedOnTheKeyboard();
     void takesNoNoticeOfDpi();
     void keepsWhatWasAnsweredWhenTheDaemonIsKilled();
+    void changesAfterAStandstillAreNotUndone();
 
 private:
     /// What kestractl prints, trimmed; "exit code N: …" when that is not 0.
@@ -252,6 +253,32 @@ void EndToEndTest::keepsWhatWasAnsweredWhenTheDaemonIsKilled()
         hub.controller->updateUISettings();
         QCOMPARE(assignment->indexOfSelectedItem(), position);
     }
+}
+
+// The window gives up on a daemon that stands still. Whatever that daemon does with the request later, the window must
+// not take the answer for that to its next request, and must show what became of the first.
+void EndToEndTest::changesAfterAStandstillAreNotUndone()
+{
+    const Hub hub;
+    hub.controller->initializeDevice();
+    auto *assignment = hub.find<PopUpButton>("mAssignFunction");
+    const auto disable = [&](const char *key) {
+        QTest::mouseClick(hub.find<QWidget>(key), Qt::LeftButton);
+        assignment->itemAtIndex(5)->trigger();
+    };
+    setReplyPollInterval(std::chrono::milliseconds(1));
+    mDaemon->stop();
+    disable("mA");
+    mDaemon->resume();
+    setReplyPollInterval(replyPollInterval);
+    QTRY_COMPARE(kestractl({u"key"_s, u"A"_s}), u"A: disabled"_s);
+    QTest::mouseClick(hub.find<QWidget>("mS"), Qt::LeftButton); // a selected key does not show that it is mapped
+    const bool isShown = QTest::qWaitFor([&] { return hub.find<KeyButton>("mA")->isHighlighted(); });
+    disable("mS");
+    disable("mD");
+    for (const QString &key : {u"A"_s, u"S"_s, u"D"_s})
+        QCOMPARE(kestractl({u"key"_s, key}), key + u": disabled"_s);
+    QVERIFY(isShown);
 }
 
 QTEST_MAIN(EndToEndTest)

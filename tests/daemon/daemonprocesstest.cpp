@@ -169,6 +169,7 @@ private Q_SLOTS:
     void outlivesTheReaderOfItsLog();
     void logShowsWhatATerminalWouldObey();
     void losesNothingAnsweredWhenKilled();
+    void obeysWhatWaitedWhileItStoodStillWithoutAReply();
     void interfacesAreAsDocumented_data();
     void interfacesAreAsDocumented();
 
@@ -674,10 +675,11 @@ void DaemonProcessTest::endsWhenTheBusGoesAway()
 
 void DaemonProcessTest::sleepsWhenThereIsNothingToDo()
 {
-    // After its start it looks for a desktop a few times, with growing pauses. Whatever it did by the clock for ever
-    // would leave no pause as long as this one.
+    QVERIFY(mDaemon->request(Command::readSettings));
+    // After its start it looks for a desktop a few times, with growing pauses, and after a request it watches for 20 s
+    // whether it stands still. Whatever it did by the clock for ever would leave no pause as long as this one.
     constexpr qint64 longPauseMs = 2500;
-    const QDeadlineTimer patience(std::chrono::seconds(40));
+    const QDeadlineTimer patience(std::chrono::seconds(60));
     QElapsedTimer pause;
     pause.start();
     for (qint64 before = wakeUps(mDaemon->processId()); !pause.hasExpired(longPauseMs); QTest::qWait(50)) {
@@ -767,6 +769,34 @@ void DaemonProcessTest::losesNothingAnsweredWhenKilled()
         sent = answered = stored;
     }
     QVERIFY(answered > 25); // else hardly a request was obeyed and nothing was tested
+}
+
+// Their client has given up, and would take a reply for that to its next request.
+void DaemonProcessTest::obeysWhatWaitedWhileItStoodStillWithoutAReply()
+{
+    QObject observer;
+    QStringList sources;
+    DistributedNotificationCenter::defaultCenter().addObserver(
+        &observer, DaemonProtocol::profileUpdated, [&](const DistributedNotification &notification) {
+            sources += notification.userInfo.value(u"Source App"_s).toString();
+        });
+    mDaemon->stop();
+    mDaemon->send(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"obeyed"_s)}});
+    mDaemon->send(Command::switchProfile, {{u"ProfileID"_s, 0}});
+    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has passed them on
+    mDaemon->resume();
+    QTRY_COMPARE(sources, QStringList{u"QuillKestraDaemon"_s});
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(settings->command, static_cast<qint32>(Command::readSettings));
+    QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"obeyed"_s);
+    QVERIFY(mDaemon->replies().isEmpty());
+    // From then on there are replies again.
+    const auto changed = mDaemon->request(Command::updateProfile,
+                                          {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"answered"_s)}});
+    QVERIFY(changed);
+    QCOMPARE(changed->command, static_cast<qint32>(Command::updateProfile));
+    QTRY_COMPARE(sources, QStringList({u"QuillKestraDaemon"_s, DaemonProcessFixture::portName()}));
 }
 
 void DaemonProcessTest::interfacesAreAsDocumented_data()

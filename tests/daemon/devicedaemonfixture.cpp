@@ -84,6 +84,7 @@ void DeviceDaemonFixture::start(const QVariantMap &document)
         .watchClient = [this](const QString &port) { mWatchedClient = port; },
         .launchProgram = [this](const QString &program) { mLaunched += program; },
         .now = [this] { return mNow; },
+        .sinceBoot = [this] { return mNow; },
         .wakeAt = [this](std::optional<KeyPath::Time> time) { mDaemonWakeTime = time; },
     };
     mDaemon = std::make_unique<DeviceDaemon>(*mStore, *mKeyboard, std::move(outlets), document);

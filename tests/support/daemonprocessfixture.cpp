@@ -46,8 +46,10 @@ DaemonProcessFixture::DaemonProcessFixture() : mEnvironment(QProcessEnvironment:
 
 DaemonProcessFixture::~DaemonProcessFixture()
 {
-    if (isRunning())
-        terminate();
+    if (!isRunning())
+        return;
+    resume(); // a test that failed may have left it stopped
+    terminate();
 }
 
 bool DaemonProcessFixture::start(const std::function<void()> &inChild)

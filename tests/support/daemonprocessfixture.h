@@ -38,6 +38,9 @@ public:
     /// Ends it by SIGTERM; its exit code.
     int terminate() { return sendSignal(SIGTERM); }
     int sendSignal(int signalNumber);
+    /// Lets the process stand still (SIGSTOP), and lets it continue (SIGCONT).
+    void stop() const { ::kill(static_cast<pid_t>(processId()), SIGSTOP); }
+    void resume() const { ::kill(static_cast<pid_t>(processId()), SIGCONT); }
     [[nodiscard]] bool isRunning() const { return mProcess && mProcess->state() == QProcess::Running; }
     [[nodiscard]] qint64 processId() const { return mProcess ? mProcess->processId() : 0; }
     /// What it has logged since it was started.

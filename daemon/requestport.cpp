@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/requestport.h"
+
+#include "base/daemonprotocol.h"
+#include "daemon/system/continuesignal.h"
+#include "platform/messageport.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Receives the messages. Lives on the port's thread.
+class RequestReceiver : public QObject
+{
+public:
+    RequestReceiver(QDBusConnection bus, const RequestPort::Take &take, const RequestPort::Clock &clock)
+        : mBus(std::move(bus)), mTake(take), mClock(clock)
+    {
+        connect(&mContinueSignal, &ContinueSignal::received, this, [this] { noticeStandstill(); });
+        mTicking.setInterval(mClock.tick);
+        connect(&mTicking, &QTimer::timeout, this, [this] { tick(); });
+    }
+
+    void receive(qint32 number, const std::optional<QByteArray> &data)
+    {
+        noticeStandstill();
+        mLastMessage = mClock.now();
+        mLastSignOfLife = mLastMessage;
+        if (!mTicking.isActive())
+            mTicking.start();
+        mTake(
+            {.number = number, .data = data, .readAt = mUnanswered == 0 ? std::optional(mLastMessage) : std::nullopt});
+    }
+
+private:
+    void tick()
+    {
+        noticeStandstill();
+        mLastSignOfLife = mClock.now();
+        if (*mLastSignOfLife - mLastMessage < tickingTime)
+            return;
+        mTicking.stop();
+        mLastSignOfLife.reset();
+    }
+
+    void noticeStandstill()
+    {
+        const bool hasContinued = mContinueSignal.take();
+        if (hasContinued || (mLastSignOfLife && mClock.now() - *mLastSignOfLife > RequestPort::standstill))
+            catchUp();
+    }
+
+    /// Asks the bus something. What it has passed on before it answers had waited.
+    void catchUp()
+    {
+        ++mUnanswered;
+        const QDBusMessage question = QDBusMessage::createMethodCall(
+            u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetId"_s);
+        auto *watcher = new QDBusPendingCallWatcher(mBus.asyncCall(question), this);
+        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+            --mUnanswered;
+            watcher->deleteLater();
+        });
+    }
+
+    static constexpr auto tickingTime = 20s;
+
+    QDBusConnection mBus;
+    const RequestPort::Take &mTake;
+    const RequestPort::Clock &mClock;
+    ContinueSignal mContinueSignal;
+    QTimer mTicking;
+    std::chrono::microseconds mLastMessage{};
+    std::optional<std::chrono::microseconds> mLastSignOfLife; // absent while there are no ticks
+    int mUnanswered = 0;                                      // questions to the bus
+};
+
+} // namespace
+
+RequestPort::RequestPort(const QDBusConnection &bus, Take take) : RequestPort(bus, std::move(take), Clock()) {}
+
+RequestPort::RequestPort(const QDBusConnection &bus, Take take, Clock clock)
+    : mBus(bus), mTake(std::move(take)), mClock(std::move(clock))
+{
+    setObjectName("requests"_L1);
+}
+
+RequestPort::~RequestPort()
+{
+    if (!isRunning())
+        return;
+    quit();
+    mHasEnded.get_future().wait(); // an order that the language knows of, unlike that of QThread
+    wait();
+}
+
+bool RequestPort::serve()
+{
+    start();
+    return mIsServing.get_future().get();
+}
+
+void RequestPort::run()
+{
+    RequestReceiver receiver(mBus, mTake, mClock);
+    const auto receive = [&receiver](qint32 number, const std::optional<QByteArray> &data) {
+        receiver.receive(number, data);
+        return std::optional<QByteArray>();
+    };
+    const std::unique_ptr<LocalMessagePort> port =
+        LocalMessagePort::create(DaemonProtocol::requestPortName, receive, mBus);
+    mIsServing.set_value(port != nullptr);
+    if (port)
+        exec();
+    mHasEnded.set_value();
+}
