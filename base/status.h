@@ -15,6 +15,7 @@ enum class Status : int {
     notSaved = 6,         ///< the settings file could not be written
     deviceAbsent = 7,     ///< needs the keyboard, which is not attached
     nothingRecorded = 8,  ///< no recording for this macro is waiting to be saved
+    busy = 9,             ///< too many requests are waiting
 };
 
 [[nodiscard]] constexpr QLatin1StringView statusName(Status status)
@@ -29,6 +30,7 @@ enum class Status : int {
     case Status::notSaved: return QLatin1StringView("not saved");
     case Status::deviceAbsent: return QLatin1StringView("device absent");
     case Status::nothingRecorded: return QLatin1StringView("nothing recorded");
+    case Status::busy: return QLatin1StringView("busy");
     }
     return QLatin1StringView("?");
 }

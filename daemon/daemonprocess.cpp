@@ -19,6 +19,7 @@
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
 #include "daemon/launch/programlauncher.h"
 #include "daemon/requestport.h"
+#include "daemon/requestqueue.h"
 #include "daemon/settings/factorysettings.h"
 #include "daemon/settings/settingsadaptor.h"
 #include "daemon/settings/settingsdocument.h"
@@ -37,6 +38,7 @@
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QLocale>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -138,6 +140,10 @@ public:
     {
         mDaemon.setAwaitsFactorySettings(mStart.isMinimal);
         QObject::connect(&mTimer, &DeadlineTimer::reached, &mDaemon, &DeviceDaemon::wake);
+        QObject::connect(&mRequestTurn, &QTimer::timeout, &mDaemon, [this] {
+            if (!mDaemon.handleNextRequest(mQueue))
+                mRequestTurn.stop();
+        });
         QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
             mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mKeyboard);
         });
@@ -160,7 +166,8 @@ public:
             qCCritical(lcDaemon, "daemon: cannot put its objects on the bus");
             return DaemonExit::noBus;
         }
-        RequestPort port(mBus, [this](const RequestMessage &message) { pass(message); });
+        RequestPort port(mBus,
+                         [this](const QString &sender, const RequestMessage &message) { return add(sender, message); });
         if (!port.serve()) {
             qCCritical(lcDaemon, "another daemon has the port \"%s\" on this bus",
                        DaemonProtocol::requestPortName.data());
@@ -193,10 +200,13 @@ private:
     }
 
     /// Called on the thread of the request port.
-    void pass(const RequestMessage &message)
+    Status add(const QString &sender, const RequestMessage &message)
     {
-        QMetaObject::invokeMethod(&mDaemon, HandOver::Call{[this, message] { mDaemon.handleMessage(message); }},
-                                  Qt::QueuedConnection);
+        const Status status = mQueue.add(sender, message);
+        if (status == Status::ok)
+            QMetaObject::invokeMethod(&mRequestTurn, HandOver::Call{[this] { mRequestTurn.start(); }},
+                                      Qt::QueuedConnection);
+        return status;
     }
 
     DaemonExit runUntilEnd()
@@ -231,6 +241,8 @@ private:
     DesktopNotification mSettingsNotification;
     StartDocument mStart;
     DeadlineTimer mTimer;
+    RequestQueue mQueue;
+    QTimer mRequestTurn; // one in each round of the event loop, so that keys have their turn, too
     DeviceDaemon mDaemon;
     SettingsObject mSettingsObject;
     VirtualKeyboardObject mKeyboardObject;

@@ -35,6 +35,8 @@ public:
 
     /// One message of the request port.
     void handleMessage(const RequestMessage &message) { mRequests.handleMessage(message); }
+    /// As RequestHandler::handleNext().
+    [[nodiscard]] bool handleNextRequest(RequestQueue &queue) { return mRequests.handleNext(queue); }
     /// One that the daemon reads now.
     void handleMessage(qint32 number, const std::optional<QByteArray> &data);
     /// Ends what the client at this port has begun. Nothing else would, and the keys would stay captured.

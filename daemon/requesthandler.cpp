@@ -6,11 +6,13 @@
 #include "daemon/capture/capturecommands.h"
 #include "daemon/frontapplication/profileswitch.h"
 #include "daemon/keyboards/currentkeyboard.h"
+#include "daemon/requestqueue.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/requestreader.h"
 #include "daemon/system/daemonoutlets.h"
 #include "daemon/system/logging.h"
-#include "platform/messageport.h"
+#include <utility>
+#include <vector>
 
 using namespace std::chrono_literals;
 using DaemonProtocol::Command;
@@ -36,19 +38,20 @@ QString sourceAppOf(const QVariantMap &values, const std::optional<QString> &rep
                                                                   : replyPort.value_or(QString());
 }
 
-/// Where the reply to request `number` goes; absent for nowhere.
-std::optional<QString> replyPortOf(qint32 number, const QVariantMap &values)
+void logUnlessReplyPort(qint32 number, const QVariantMap &values)
 {
-    std::optional<QString> port = RequestReader::text(values, DaemonProtocol::responsePortName);
-    if (!port || port->isEmpty())
-        return {};
+    const std::optional<QString> port = RequestReader::text(values, DaemonProtocol::responsePortName);
+    if (!port || port->isEmpty() || replyPortOf(values))
+        return;
     if (port == DaemonProtocol::requestPortName)
         qCWarning(lcRequests, "client: request %d names the daemon's own port for its reply", number);
-    else if (!isMessagePortName(*port))
-        qCWarning(lcRequests, "client: request %d names for its reply what can be no port", number);
     else
-        return port;
-    return {};
+        qCWarning(lcRequests, "client: request %d names for its reply what can be no port", number);
+}
+
+bool isChange(const DocumentCommand *command)
+{
+    return command && command->use == DocumentUse::changes;
 }
 
 } // namespace
@@ -61,15 +64,76 @@ RequestHandler::RequestHandler(CurrentSettings &settings, ProfileSwitch &profile
 
 void RequestHandler::handleMessage(const RequestMessage &message)
 {
+    if (const std::optional<Request> request = read(message))
+        handle(*request);
+}
+
+bool RequestHandler::handleNext(RequestQueue &queue)
+{
+    if (const int count = queue.takeRefusedCount(); count > 0)
+        qCWarning(lcRequests, "client: %d requests were refused, too large or too many", count);
+    if (!mOneByOne.empty()) {
+        const Request request = std::move(mOneByOne.front());
+        mOneByOne.pop_front();
+        handle(request);
+    } else if (const std::optional<RequestMessage> message = queue.take()) {
+        const std::optional<Request> request = read(*message);
+        const DocumentCommand *command = findDocumentCommand(message->number);
+        if (request && isChange(command))
+            carryOut(*request, *command, &queue);
+        else if (request)
+            handle(*request);
+    }
+    return !mOneByOne.empty() || !queue.isEmpty();
+}
+
+std::optional<RequestHandler::Request> RequestHandler::read(const RequestMessage &message)
+{
     const std::optional<QVariantMap> values = QlCoreUtility::convertDataToDictionary(message.data);
     if (!values) {
         qCWarning(lcRequests, "client: request %d is not a dictionary and is dropped", message.number);
+        return {};
+    }
+    logUnlessReplyPort(message.number, *values);
+    return Request{
+        .number = message.number, .values = *values, .replyPort = replyPortOf(*values), .readAt = message.readAt};
+}
+
+void RequestHandler::carryOut(const Request &request, const DocumentCommand &command, RequestQueue *queue)
+{
+    std::vector<Change> changes{plan(request, command)};
+    const auto isShared = [](const RequestMessage &message) { return isChange(findDocumentCommand(message.number)); };
+    for (const auto end = mOutlets.now() + sharingTime;
+         queue && changes.size() < maximumSharing && mOutlets.now() < end;) {
+        const std::optional<RequestMessage> message = queue->takeIf(isShared);
+        if (!message)
+            break;
+        if (const std::optional<Request> another = read(*message))
+            changes.push_back(plan(*another, *findDocumentCommand(another->number)));
+    }
+    const bool isStored = mProfiles.storePlanned();
+    if (!isStored && changes.size() > 1) {
+        for (Change &change : changes)
+            mOneByOne.push_back(std::move(change.request));
         return;
     }
-    handle({.number = message.number,
-            .values = *values,
-            .replyPort = replyPortOf(message.number, *values),
-            .readAt = message.readAt});
+    if (!isStored)
+        changes.front().outcome = {.status = Status::notSaved, .document = {}, .reply = {}, .changesDocument = false};
+    for (const Change &change : changes)
+        finish(change);
+}
+
+RequestHandler::Change RequestHandler::plan(const Request &request, const DocumentCommand &command)
+{
+    return {.request = request, .command = &command, .outcome = mProfiles.plan(command, request.values)};
+}
+
+void RequestHandler::finish(const Change &change)
+{
+    const QVariantMap before = mSettings.document();
+    if (change.outcome.changesDocument)
+        mSettings.use(change.outcome.document);
+    finish(change.request, before, change.outcome, change.command->returnsDocument);
 }
 
 void RequestHandler::handle(const Request &request)
@@ -78,7 +142,7 @@ void RequestHandler::handle(const Request &request)
     const std::optional<QString> &client = request.replyPort;
     const QVariantMap before = mSettings.document();
     if (const DocumentCommand *command = findDocumentCommand(request.number))
-        return finish(request, before, mProfiles.carryOut(*command, values), command->returnsDocument);
+        return carryOut(request, *command);
     switch (static_cast<Command>(request.number)) {
     case Command::openDevice: return openDevice(request);
     case Command::queryFirmwareVersion: return postFirmwareVersion();

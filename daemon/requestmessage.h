@@ -3,6 +3,8 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
+#include <QVariantMap>
 
 #include <chrono>
 #include <optional>
@@ -15,3 +17,7 @@ struct RequestMessage
     /// client waits no longer.
     std::optional<std::chrono::microseconds> readAt;
 };
+
+/// The port to which the reply to `request` goes. Absent when it names none, or one that cannot be replied to: a text
+/// that can be no port's name, or the daemon's own port.
+[[nodiscard]] std::optional<QString> replyPortOf(const QVariantMap &request);

@@ -2,6 +2,8 @@
 #include "daemon/requestport.h"
 
 #include "base/daemonprotocol.h"
+#include "base/propertylist.h"
+#include "base/qlcoreutility.h"
 #include "daemon/system/continuesignal.h"
 #include "platform/messageport.h"
 
@@ -30,18 +32,36 @@ public:
         connect(&mTicking, &QTimer::timeout, this, [this] { tick(); });
     }
 
-    void receive(qint32 number, const std::optional<QByteArray> &data)
+    /// The answer to the sender.
+    std::optional<QByteArray> receive(const QString &sender, qint32 number, const std::optional<QByteArray> &data)
     {
         noticeStandstill();
         mLastMessage = mClock.now();
         mLastSignOfLife = mLastMessage;
         if (!mTicking.isActive())
             mTicking.start();
-        mTake(
-            {.number = number, .data = data, .readAt = mUnanswered == 0 ? std::optional(mLastMessage) : std::nullopt});
+        const RequestMessage message{
+            .number = number, .data = data, .readAt = mUnanswered == 0 ? std::optional(mLastMessage) : std::nullopt};
+        const Status status = mTake(sender, message);
+        if (status == Status::ok)
+            return {};
+        std::optional<QByteArray> reply =
+            PropertyList::writeBinary(QVariantMap{{DaemonProtocol::returnStatus, static_cast<int>(status)}});
+        if (reply)
+            replyToRefused(message, *reply);
+        return reply;
     }
 
 private:
+    static void replyToRefused(const RequestMessage &message, const QByteArray &reply)
+    {
+        if (!message.data || message.data->size() > RequestPort::maximumRefusedBytes)
+            return;
+        const std::optional<QVariantMap> request = QlCoreUtility::convertDataToDictionary(message.data);
+        if (const std::optional<QString> port = request ? replyPortOf(*request) : std::nullopt)
+            RemoteMessagePort::unchecked(*port).post(message.number, reply);
+    }
+
     void tick()
     {
         noticeStandstill();
@@ -112,9 +132,8 @@ bool RequestPort::serve()
 void RequestPort::run()
 {
     RequestReceiver receiver(mBus, mTake, mClock);
-    const auto receive = [&receiver](qint32 number, const std::optional<QByteArray> &data) {
-        receiver.receive(number, data);
-        return std::optional<QByteArray>();
+    const auto receive = [&receiver](const QString &sender, qint32 number, const std::optional<QByteArray> &data) {
+        return receiver.receive(sender, number, data);
     };
     const std::unique_ptr<LocalMessagePort> port =
         LocalMessagePort::create(DaemonProtocol::requestPortName, receive, mBus);

@@ -59,12 +59,22 @@ QString messagePortBusName(const QString &portName)
     return u"org.quillkestra."_s + portName;
 }
 
-LocalMessagePort::LocalMessagePort(QString busName, Callback callback, QDBusConnection connection)
+LocalMessagePort::LocalMessagePort(QString busName, SenderCallback callback, QDBusConnection connection)
     : mBusName(std::move(busName)), mCallback(std::move(callback)), mConnection(std::move(connection))
 {
 }
 
 std::unique_ptr<LocalMessagePort> LocalMessagePort::create(const QString &name, Callback callback,
+                                                           const QDBusConnection &connection)
+{
+    const auto ignoringSender = [callback = std::move(callback)](const QString &, qint32 messageIdentifier,
+                                                                 const std::optional<QByteArray> &data) {
+        return callback(messageIdentifier, data);
+    };
+    return create(name, SenderCallback(ignoringSender), connection);
+}
+
+std::unique_ptr<LocalMessagePort> LocalMessagePort::create(const QString &name, SenderCallback callback,
                                                            const QDBusConnection &connection)
 {
     std::unique_ptr<LocalMessagePort> port(
@@ -87,7 +97,8 @@ LocalMessagePort::~LocalMessagePort()
 QByteArray LocalMessagePort::SendRequest(int messageIdentifier, const QByteArray &data)
 {
     const std::optional<QByteArray> received = data.isEmpty() ? std::nullopt : std::optional(data);
-    return mCallback(messageIdentifier, received).value_or(QByteArray());
+    const QString sender = calledFromDBus() ? message().service() : QString();
+    return mCallback(sender, messageIdentifier, received).value_or(QByteArray());
 }
 
 std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
@@ -102,6 +113,11 @@ std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
     if (!hasOwner.isValid() || !hasOwner.value())
         return {};
     return RemoteMessagePort(busName);
+}
+
+RemoteMessagePort RemoteMessagePort::unchecked(const QString &name)
+{
+    return RemoteMessagePort(messagePortBusName(name));
 }
 
 RemoteMessagePort::SendStatus RemoteMessagePort::sendRequest(qint32 messageIdentifier, const QByteArray &data,

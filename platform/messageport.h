@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QObject>
 #include <QString>
 #include <QStringView>
@@ -15,7 +16,7 @@
 #include <optional>
 
 /// A port of this process. Messages are delivered on the thread that the object lives in, which must run an event loop.
-class LocalMessagePort : public QObject
+class LocalMessagePort : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.MessagePort")
@@ -32,9 +33,15 @@ public:
     using Callback =
         std::function<std::optional<QByteArray>(qint32 messageIdentifier, const std::optional<QByteArray> &data)>;
 
+    /// The same with the sender's name on the bus, which no other connection has.
+    using SenderCallback = std::function<std::optional<QByteArray>(const QString &sender, qint32 messageIdentifier,
+                                                                   const std::optional<QByteArray> &data)>;
+
     /// Null when the name is taken, when `connection` has a port already, or when there is no bus.
     /// `connection` must stay open while the port lives.
     [[nodiscard]] static std::unique_ptr<LocalMessagePort> create(const QString &name, Callback callback,
+                                                                  const QDBusConnection &connection);
+    [[nodiscard]] static std::unique_ptr<LocalMessagePort> create(const QString &name, SenderCallback callback,
                                                                   const QDBusConnection &connection);
     ~LocalMessagePort() override;
 
@@ -42,10 +49,10 @@ public Q_SLOTS:
     Q_SCRIPTABLE QByteArray SendRequest(int messageIdentifier, const QByteArray &data);
 
 private:
-    LocalMessagePort(QString busName, Callback callback, QDBusConnection connection);
+    LocalMessagePort(QString busName, SenderCallback callback, QDBusConnection connection);
 
     QString mBusName;
-    Callback mCallback;
+    SenderCallback mCallback;
     QDBusConnection mConnection;
     bool mHasObject = false;
     bool mHasName = false;
@@ -59,6 +66,10 @@ public:
 
     /// Asks the bus whether the name has an owner; absent if not, or if no port can have it. Never starts a service.
     [[nodiscard]] static std::optional<RemoteMessagePort> open(const QString &name);
+
+    /// A handle without asking the bus, for a caller that must not wait. What is sent to a port that does not exist is
+    /// lost. `name` is one that a port can have.
+    [[nodiscard]] static RemoteMessagePort unchecked(const QString &name);
 
     /// Sends one message and waits for its answer, at most `receiveTimeout` after it was sent. The bus takes a
     /// message at once or not at all, so `sendTimeout` never passes. No data is an empty array. `meanwhile` is called

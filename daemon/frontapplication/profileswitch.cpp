@@ -10,6 +10,7 @@
 #include "daemon/system/logging.h"
 
 #include <optional>
+#include <utility>
 
 using namespace SettingsDocument;
 
@@ -58,21 +59,29 @@ void ProfileSwitch::setFrontApplication(const FrontApplication &application)
     showSwitch(before);
 }
 
-CommandOutcome ProfileSwitch::carryOut(const DocumentCommand &command, const QVariantMap &request)
+CommandOutcome ProfileSwitch::plan(const DocumentCommand &command, const QVariantMap &request)
 {
-    const AutomaticSwitch previous = mAutomaticSwitch;
-    const QVariantMap before = mSettings.document();
-    CommandOutcome outcome = command.apply(before, request);
-    if (outcome.changesDocument)
-        outcome.document = mAutomaticSwitch.afterCommand(command.command, request, before, outcome.document);
-    outcome = mSettings.storeOutcome(outcome);
-    // The choice of a profile that is active already, but automatically, changes only what the disk keeps.
-    const bool isKeptAlone = outcome.status == Status::ok && !outcome.changesDocument && mAutomaticSwitch != previous;
-    if (isKeptAlone && !mSettings.store(before))
-        outcome.status = Status::notSaved;
-    if (outcome.status != Status::ok)
-        mAutomaticSwitch = previous;
+    if (!mPlan)
+        mPlan = {.document = mSettings.document(), .previous = mAutomaticSwitch};
+    CommandOutcome outcome = command.apply(mPlan->document, request);
+    if (!outcome.changesDocument)
+        return outcome;
+    outcome.document = mAutomaticSwitch.afterCommand(command.command, request, mPlan->document, outcome.document);
+    outcome.changesDocument = !CurrentSettings::areSame(outcome.document, mPlan->document);
+    mPlan->isChange = mPlan->isChange || outcome.changesDocument;
+    mPlan->document = outcome.document;
     return outcome;
+}
+
+bool ProfileSwitch::storePlanned()
+{
+    const std::optional<Plan> plan = std::exchange(mPlan, std::nullopt);
+    // The choice of a profile that is active already, but automatically, changes only what the disk keeps.
+    const bool mustWrite = plan && (plan->isChange || mAutomaticSwitch != plan->previous);
+    if (!mustWrite || mSettings.save(plan->document))
+        return true;
+    mAutomaticSwitch = plan->previous;
+    return false;
 }
 
 void ProfileSwitch::showSwitch(const QVariantMap &before) const

@@ -8,6 +8,8 @@
 
 #include <QVariantMap>
 
+#include <optional>
+
 class CurrentSettings;
 struct DaemonOutlets;
 
@@ -26,9 +28,12 @@ public:
     void chooseByKey(int index);
     /// Another application has come to the front: its profile becomes active.
     void setFrontApplication(const FrontApplication &application);
-    /// Carries out a client's command, which may choose, bind or delete a profile, and stores the outcome as
-    /// CurrentSettings::storeOutcome() does.
-    [[nodiscard]] CommandOutcome carryOut(const DocumentCommand &command, const QVariantMap &request);
+    /// What a client's command, which may choose, bind or delete a profile, makes of the document, on top of the
+    /// commands planned before. In the outcome, `changesDocument` says whether the document is another one.
+    [[nodiscard]] CommandOutcome plan(const DocumentCommand &command, const QVariantMap &request);
+    /// Writes what has been planned, all at once. The caller then uses the outcomes' documents in their order. False
+    /// when it could not be written: nothing has changed. Nothing is planned afterwards.
+    [[nodiscard]] bool storePlanned();
 
     /// Shows the active profile on the screen if another one was active in `before` and its settings ask for it.
     void showSwitch(const QVariantMap &before) const;
@@ -37,4 +42,12 @@ private:
     CurrentSettings &mSettings;
     const DaemonOutlets &mOutlets;
     AutomaticSwitch mAutomaticSwitch;
+
+    struct Plan
+    {
+        QVariantMap document;
+        AutomaticSwitch previous; // before the first command
+        bool isChange = false;
+    };
+    std::optional<Plan> mPlan;
 };

@@ -12,34 +12,36 @@
 #include <optional>
 #include <utility>
 
-namespace {
-
-// 1, true and 1.0 compare equal as values but are not the same on disk.
-bool isSameDocument(const QVariantMap &a, const QVariantMap &b)
-{
-    return a == b && PropertyList::writeBinary(a) == PropertyList::writeBinary(b);
-}
-
-} // namespace
-
 CurrentSettings::CurrentSettings(SettingsStore &store, const DaemonOutlets &outlets, const QVariantMap &document,
                                  DocumentToKeep documentToKeep, QObject *parent)
     : QObject(parent), mStore(store), mOutlets(outlets), mDocument(document), mDocumentToKeep(std::move(documentToKeep))
 {
 }
 
-bool CurrentSettings::store(const QVariantMap &document)
+bool CurrentSettings::areSame(const QVariantMap &a, const QVariantMap &b)
+{
+    return a == b && PropertyList::writeBinary(a) == PropertyList::writeBinary(b);
+}
+
+bool CurrentSettings::save(const QVariantMap &document)
 {
     if (!mStore.save(mDocumentToKeep(document)))
         return false;
     mAwaitsFactorySettings = false;
+    return true;
+}
+
+bool CurrentSettings::store(const QVariantMap &document)
+{
+    if (!save(document))
+        return false;
     use(document);
     return true;
 }
 
 CommandOutcome CurrentSettings::storeOutcome(CommandOutcome outcome)
 {
-    outcome.changesDocument = outcome.changesDocument && !isSameDocument(outcome.document, mDocument);
+    outcome.changesDocument = outcome.changesDocument && !areSame(outcome.document, mDocument);
     if (!outcome.changesDocument || store(outcome.document))
         return outcome;
     return {.status = Status::notSaved, .document = mDocument, .reply = outcome.reply, .changesDocument = false};

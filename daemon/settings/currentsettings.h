@@ -29,6 +29,11 @@ public:
 
     [[nodiscard]] const QVariantMap &document() const { return mDocument; }
 
+    /// Whether the disk keeps the same of both. Values that only compare equal, such as 1, true and 1.0, are not.
+    [[nodiscard]] static bool areSame(const QVariantMap &a, const QVariantMap &b);
+
+    /// Writes `document`, which the caller uses next. False when it could not be written.
+    [[nodiscard]] bool save(const QVariantMap &document);
     /// Uses `document` and writes it. False when it could not be written.
     [[nodiscard]] bool store(const QVariantMap &document);
     /// Stores the document of a command's outcome, if it is another one. In the returned outcome, `changesDocument`

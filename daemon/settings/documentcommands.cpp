@@ -281,7 +281,7 @@ CommandOutcome setDelay(const QVariantMap &document, const QVariantMap &request)
 }
 
 constexpr std::array documentCommands{
-    DocumentCommand{Command::readSettings, readSettings},
+    DocumentCommand{Command::readSettings, readSettings, ReturnsDocument::never, DocumentUse::reads},
     DocumentCommand{Command::addProfile, addProfile, ReturnsDocument::always},
     DocumentCommand{Command::updateProfile, updateProfile, ReturnsDocument::always},
     DocumentCommand{Command::replaceAllProfiles, replaceAllProfiles, ReturnsDocument::always},
@@ -292,8 +292,8 @@ constexpr std::array documentCommands{
     DocumentCommand{Command::removeEvent, removeEvent},
     DocumentCommand{Command::updateEvent, updateEvent},
     DocumentCommand{Command::renameMacro, renameMacro},
-    DocumentCommand{Command::readMacroLines, readMacroLines},
-    DocumentCommand{Command::readEvent, readEvent},
+    DocumentCommand{Command::readMacroLines, readMacroLines, ReturnsDocument::never, DocumentUse::reads},
+    DocumentCommand{Command::readEvent, readEvent, ReturnsDocument::never, DocumentUse::reads},
     DocumentCommand{Command::addMacro, addMacro},
     DocumentCommand{Command::removeAllEvents, removeAllEvents},
     DocumentCommand{Command::setAllDelays, setAllDelays},

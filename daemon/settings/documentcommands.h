@@ -20,11 +20,14 @@ struct CommandOutcome
 /// When the reply holds "ReturnDictionary", the whole document.
 enum class ReturnsDocument { never, onSuccess, always };
 
+enum class DocumentUse { changes, reads };
+
 struct DocumentCommand
 {
     DaemonProtocol::Command command;
     CommandOutcome (*apply)(const QVariantMap &document, const QVariantMap &request);
     ReturnsDocument returnsDocument = ReturnsDocument::never;
+    DocumentUse use = DocumentUse::changes;
 };
 
 /// The command with this number; null when there is none or it is not about the document alone.

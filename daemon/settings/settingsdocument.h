@@ -18,6 +18,9 @@ inline constexpr int maximumProfiles = 20;
 inline constexpr int maximumDepth = 500;                          ///< containers inside each other
 inline constexpr int maximumNodes = 500'000;                      ///< values and dictionary keys
 inline constexpr qsizetype maximumContentBytes = 4 * 1024 * 1024; ///< strings (two a UTF-16 code unit) and data
+/// What a tree within these bounds takes as a binary property list: besides the content at most 17 bytes for a value, 4
+/// for its place in its container and 4 for its offset.
+inline constexpr qsizetype maximumBinaryBytes = maximumNodes * qsizetype(17 + 4 + 4) + maximumContentBytes;
 
 /// Whether `value` is a number that is the position of one of `count` entries.
 [[nodiscard]] bool isPosition(const QVariant &value, qsizetype count);

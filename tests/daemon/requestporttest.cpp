@@ -2,6 +2,7 @@
 #include "daemon/requestport.h"
 
 #include "base/daemonprotocol.h"
+#include "base/qlcoreutility.h"
 #include "platform/messageport.h"
 #include "tests/support/testmain.h"
 
@@ -34,6 +35,9 @@ private Q_SLOTS:
     void messageThatWaitedForAStoppedProcessHasNoTime();
     void longSilenceIsNoStandstill();
     void takenNameIsReported();
+    void refusedMessageIsAnswered();
+    void replyPortOfALargeRefusedMessageIsNotLookedUp();
+    void messagesHaveTheNameOfTheirSender();
 
 private:
     static inline const QString connectionName = u"the daemon's"_s;
@@ -60,11 +64,28 @@ private:
         return mTaken;
     }
 
+    /// The answer to a request that names the test's reply port.
+    [[nodiscard]] static QByteArray answerTo(qint32 number, QVariantMap request)
+    {
+        request.insert(u"ResponseMsgPortName"_s, replyPortName);
+        QByteArray answer;
+        const auto remote = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+        const auto data = QlCoreUtility::convertDictionaryToData(request);
+        if (!remote
+            || remote->sendRequest(number, data.value(), 20s, 20s, &answer) != RemoteMessagePort::SendStatus::success)
+            qFatal("no answer");
+        return answer;
+    }
+
+    static inline const QString replyPortName = u"RequestPortTestReplyPort"_s;
+
     std::atomic<Time::rep> mNow;
     std::atomic<Time::rep> mSeen;                           // what the port has last read of it
     std::function<void(const RequestMessage &)> mOnMessage; // on the port's thread
     std::mutex mMutex;
     std::vector<RequestMessage> mTaken;
+    QString mSender;                          // of the last message
+    std::atomic<Status> mStatus = Status::ok; // for the next messages
 };
 
 void RequestPortTest::initTestCase()
@@ -81,16 +102,19 @@ void RequestPortTest::init()
 void RequestPortTest::cleanup()
 {
     mOnMessage = {};
+    mStatus = Status::ok;
     mTaken.clear();
 }
 
 std::unique_ptr<RequestPort> RequestPortTest::makePort(std::chrono::milliseconds tick)
 {
-    const auto take = [this](const RequestMessage &message) {
+    const auto take = [this](const QString &sender, const RequestMessage &message) {
         if (mOnMessage)
             mOnMessage(message);
         const std::scoped_lock lock(mMutex);
         mTaken.push_back(message);
+        mSender = sender;
+        return mStatus.load();
     };
     const auto now = [this] { return Time(mSeen = mNow.load()); };
     return std::make_unique<RequestPort>(QDBusConnection(connectionName), take,
@@ -183,6 +207,58 @@ void RequestPortTest::takenNameIsReported()
         QDBusConnection::sessionBus());
     QVERIFY(first);
     QVERIFY(!makePort(1h)->serve());
+}
+
+void RequestPortTest::refusedMessageIsAnswered()
+{
+    mStatus = Status::busy;
+    const auto port = makePort(1h);
+    QVERIFY(port->serve());
+    qint32 repliedNumber = 0;
+    std::optional<QByteArray> reply;
+    const auto replyPort = LocalMessagePort::create(
+        replyPortName,
+        [&](qint32 number, const std::optional<QByteArray> &data) {
+            repliedNumber = number;
+            reply = data;
+            return data;
+        },
+        QDBusConnection::sessionBus());
+    QVERIFY(replyPort);
+    const QVariantMap busy{{u"ReturnStatus"_s, 9}};
+    QCOMPARE(QlCoreUtility::convertDataToDictionary(answerTo(6, {})), std::optional(busy));
+    QTRY_VERIFY(reply);
+    QCOMPARE(repliedNumber, 6);
+    QCOMPARE(QlCoreUtility::convertDataToDictionary(reply), std::optional(busy));
+    mStatus = Status::ok;
+    QCOMPARE(answerTo(6, {}), QByteArray());
+}
+
+void RequestPortTest::replyPortOfALargeRefusedMessageIsNotLookedUp()
+{
+    mStatus = Status::busy;
+    const auto port = makePort(1h);
+    QVERIFY(port->serve());
+    QList<qint32> replied;
+    const auto replyPort = LocalMessagePort::create(
+        replyPortName,
+        [&](qint32 number, const std::optional<QByteArray> &data) {
+            replied += number;
+            return data;
+        },
+        QDBusConnection::sessionBus());
+    QVERIFY(!answerTo(6, {{u"Data"_s, QByteArray(RequestPort::maximumRefusedBytes, 'x')}}).isEmpty());
+    QVERIFY(!answerTo(10, {}).isEmpty());
+    QTRY_COMPARE(replied, QList<qint32>{10});
+}
+
+void RequestPortTest::messagesHaveTheNameOfTheirSender()
+{
+    const auto port = makePort(1h);
+    QVERIFY(port->serve());
+    sendInTurn({4});
+    const std::scoped_lock lock(mMutex);
+    QCOMPARE(mSender, QDBusConnection::sessionBus().baseService());
 }
 
 QTEST_GUILESS_MAIN(RequestPortTest)

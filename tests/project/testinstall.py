@@ -102,6 +102,7 @@ class Installation(unittest.TestCase):
         self.assertNotIn("PrivateDevices", settings)
         self.assertEqual(settings["NoNewPrivileges"], "yes")
         self.assertEqual(settings["Restart"], "always")
+        self.assertEqual(settings["MemoryMax"], "512M")  # the largest requests that wait need about 350 MiB
 
     def test_the_udev_rule_gives_the_right_to_uinput_alone(self):
         path = self.prefix / "lib/udev/rules.d/70-quill-kestra-uinput.rules"

@@ -27,6 +27,7 @@ public:
     /// "+7:4" for a press, "-7:4" for a release: usage page and usage.
     [[nodiscard]] const QStringList &sent() const { return mSent; }
     void clear() { mSent.clear(); }
+    [[nodiscard]] KeyboardProxy &keyboard() { return mKeyboard; }
 
 private:
     KeyboardProxy mKeyboard;

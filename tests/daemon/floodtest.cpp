@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+// A client that sends more than the daemon can do at once, and those beside it. The daemon's main thread is held while
+// the requests arrive, so that all of them wait at the same time.
+#include "base/qlcoreutility.h"
+#include "base/status.h"
+#include "daemon/requestqueue.h"
+#include "platform/messageport.h"
+#include "tests/support/daemonprocessfixture.h"
+#include "tests/support/heldlog.h"
+#include "tests/support/sentrecorder.h"
+#include "tests/support/testmain.h"
+
+#include <QDBusMessage>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using DaemonProtocol::Command;
+
+class FloodTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void keyIsSentBetweenRequests();
+    void anotherClientIsAnsweredBetweenRequests();
+    void requestsOverTheBoundAreAnsweredAtOnce();
+    void largestMessageIsTakenAndALargerOneRefused();
+
+private:
+    static constexpr int floodCount = 60; // within the bound, with those that the tests add
+
+    /// Holds the main thread by a request that it logs.
+    void hold();
+    void release() { mLog->release(); }
+    /// Sends a change of the first profile's name.
+    void sendChange(int number);
+    /// Sends a request and returns when the daemon has it, and all that was sent before; the daemon's answer.
+    static QByteArray sendAndWait(Command command, const QVariantMap &request = {});
+    [[nodiscard]] int replyCount(int status) const;
+
+    std::unique_ptr<HeldLog> mLog;
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+};
+
+void FloodTest::init()
+{
+    mLog = std::make_unique<HeldLog>();
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    QVERIFY(mDaemon->start([this] { mLog->becomeStandardError(); }));
+    QVERIFY(mDaemon->request(Command::readSettings));
+}
+
+void FloodTest::cleanup()
+{
+    release();
+    mDaemon.reset();
+    mLog.reset();
+}
+
+void FloodTest::hold()
+{
+    mLog->hold();
+    const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    QVERIFY(port);
+    port->post(99, QlCoreUtility::convertDictionaryToData(QVariantMap()).value());
+}
+
+void FloodTest::sendChange(int number)
+{
+    const QVariantMap settings{{u"ProfileName"_s, QString::number(number)}};
+    mDaemon->send(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, settings}});
+}
+
+QByteArray FloodTest::sendAndWait(Command command, const QVariantMap &request)
+{
+    QByteArray answer;
+    const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    if (!port
+        || port->sendRequest(static_cast<qint32>(command), QlCoreUtility::convertDictionaryToData(request).value(), 20s,
+                             20s, &answer)
+               != RemoteMessagePort::SendStatus::success)
+        qFatal("the daemon does not take a request");
+    return answer;
+}
+
+int FloodTest::replyCount(int status) const
+{
+    return static_cast<int>(std::ranges::count_if(mDaemon->replies(), [status](const auto &reply) {
+        return reply.values.value(u"ReturnStatus"_s).toInt() == status;
+    }));
+}
+
+void FloodTest::keyIsSentBetweenRequests()
+{
+    SentRecorder recorder;
+    hold();
+    for (int number = 0; number < floodCount; ++number)
+        sendChange(number);
+    QDBusMessage press = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
+                                                        DaemonProtocol::virtualKeyboardPath,
+                                                        DaemonProtocol::virtualKeyboardInterface, u"Press"_s);
+    press << 7U << 4U;
+    QDBusConnection::sessionBus().send(press);
+    sendAndWait(Command::queryFirmwareVersion);
+    mDaemon->replies().clear();
+    // The daemon sends keys and replies over one connection, so that they come in the order in which it sent them.
+    qsizetype repliesBefore = -1;
+    connect(&recorder.keyboard(), &KeyboardProxy::Sent, this, [&] { repliesBefore = mDaemon->replies().size(); });
+    release();
+    QTRY_COMPARE(mDaemon->replies().size(), floodCount);
+    QCOMPARE(recorder.sent(), QStringList{u"+7:4"_s});
+    QVERIFY2(repliesBefore < floodCount, qPrintable(QString::number(repliesBefore)));
+}
+
+void FloodTest::anotherClientIsAnsweredBetweenRequests()
+{
+    hold();
+    for (int number = 0; number < floodCount; ++number)
+        sendChange(number);
+    // Another sender, with the same port for the reply: so the replies come in the order in which they were sent.
+    const QString name = u"another client"_s;
+    {
+        QDBusConnection other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+        QDBusMessage read =
+            QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), u"/MessagePort"_s,
+                                           u"org.quillkestra.MessagePort"_s, u"SendRequest"_s);
+        const QVariantMap request{{u"ResponseMsgPortName"_s, DaemonProcessFixture::portName()}};
+        read << static_cast<int>(Command::readSettings) << QlCoreUtility::convertDictionaryToData(request).value();
+        QCOMPARE(other.call(read).type(), QDBusMessage::ReplyMessage);
+    }
+    release();
+    QTRY_COMPARE(mDaemon->replies().size(), floodCount + 1);
+    QDBusConnection::disconnectFromBus(name);
+    const auto position = std::ranges::find(mDaemon->replies(), static_cast<qint32>(Command::readSettings),
+                                            &DaemonProcessFixture::Reply::command)
+                          - mDaemon->replies().begin();
+    QVERIFY2(position < floodCount, qPrintable(QString::number(position)));
+}
+
+void FloodTest::requestsOverTheBoundAreAnsweredAtOnce()
+{
+    constexpr int over = 20;
+    constexpr int sent = int(RequestQueue::maximumRequestsOfSender) + over;
+    hold();
+    for (int number = 0; number < sent; ++number)
+        sendChange(number);
+    const QByteArray answer = sendAndWait(Command::readSettings);
+    QCOMPARE(QlCoreUtility::convertDataToDictionary(answer),
+             std::optional(QVariantMap{{u"ReturnStatus"_s, static_cast<int>(Status::busy)}}));
+    QTRY_VERIFY(mDaemon->replies().size() >= over); // the main thread is still held
+    QCOMPARE(replyCount(static_cast<int>(Status::busy)), mDaemon->replies().size());
+    release();
+    QTRY_COMPARE(mDaemon->replies().size(), sent);
+    int last = -1;
+    for (const DaemonProcessFixture::Reply &reply : std::as_const(mDaemon->replies())) {
+        const QVariantList profiles = reply.values.value(u"ReturnDictionary"_s).toMap().value(u"Profiles"_s).toList();
+        if (reply.values.value(u"ReturnStatus"_s).toInt() == static_cast<int>(Status::busy))
+            continue;
+        QCOMPARE(profiles.first().toMap().value(u"ProfileName"_s), QVariant(QString::number(++last)));
+    }
+    QCOMPARE(last + 1 + replyCount(static_cast<int>(Status::busy)), sent);
+}
+
+void FloodTest::largestMessageIsTakenAndALargerOneRefused()
+{
+    const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    QVERIFY(port);
+    QByteArray answer("unset");
+    QByteArray data(RequestQueue::maximumMessageBytes, 'x');
+    QCOMPARE(port->sendRequest(4, data, 20s, 20s, &answer), RemoteMessagePort::SendStatus::success);
+    QCOMPARE(answer, QByteArray());
+    data += 'x';
+    QCOMPARE(port->sendRequest(4, data, 20s, 20s, &answer), RemoteMessagePort::SendStatus::success);
+    QCOMPARE(QlCoreUtility::convertDataToDictionary(answer),
+             std::optional(QVariantMap{{u"ReturnStatus"_s, static_cast<int>(Status::limitReached)}}));
+}
+
+QTEST_GUILESS_MAIN(FloodTest)
+#include "floodtest.moc"
