@@ -6,6 +6,8 @@ import re
 from dataclasses import dataclass
 from pathlib import Path, PurePosixPath
 
+from prose import check_prose
+
 CODE_SUFFIXES = {".cpp", ".h", ".inc"}
 SKIPPED_FOLDERS = {".git", "out", "__pycache__", ".cache"}
 TAB_FOLDERS = ("keys", "macros", "profiles", "lighting")
@@ -389,5 +391,6 @@ ALL_CHECKS = {
     "thin-mains": check_thin_mains,
     "protocol-document": check_protocol_document,
     "links": check_links,
+    "prose": check_prose,
 }
 
