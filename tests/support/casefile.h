@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Cases as text files: lines of input, a blank line, the lines that come out. Lines that begin with "#" are comments.
+// Cases as text files: a comment that says what holds, lines of input, a blank line, the lines of output. Lines that
+// begin with "#" are comments.
 // For tests of Qt Test; their thread.
 #pragma once
 
@@ -22,6 +23,7 @@ template <typename Script, typename Down> void runCase(const QString &path, Down
     while (!file.atEnd()) {
         const QString line = QString::fromUtf8(file.readLine()).trimmed();
         ++number;
+        QVERIFY2(number > 1 || line.startsWith(QStringLiteral("# ")), "the first line does not say what holds");
         if (line.startsWith(u'#'))
             continue;
         if (line.isEmpty()) {
