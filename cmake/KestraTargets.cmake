@@ -16,6 +16,12 @@ target_compile_options(kestra_flags INTERFACE
   $<$<BOOL:${KESTRA_WARNINGS_AS_ERRORS}>:-Werror>)
 target_include_directories(kestra_flags INTERFACE ${PROJECT_SOURCE_DIR})
 
+set(KESTRA_SANITIZERS "" CACHE STRING "Sanitizers for all code, as -fsanitize takes them: address,undefined or thread")
+if(KESTRA_SANITIZERS)
+  add_compile_options(-fsanitize=${KESTRA_SANITIZERS} -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${KESTRA_SANITIZERS})
+endif()
+
 # Headers that nearly every file of a kind reads are compiled once and shared: reading Qt's costs a file more time than
 # its own code. KESTRA_PRECOMPILE=OFF builds every file with what it includes itself, so that a missing include is
 # found; the preset tsan does so.
