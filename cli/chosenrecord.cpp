@@ -8,7 +8,9 @@ using namespace Qt::StringLiterals;
 
 QString recordWords(const RecordKind &kind, int number, const QVariantMap &record)
 {
-    return u"%1 %2 \"%3\""_s.arg(kind.word).arg(number).arg(record.value(kind.nameKey).toString());
+    const QString words = u"%1 %2"_s.arg(kind.word).arg(number);
+    const QVariant name = record.value(kind.nameKey);
+    return name.isValid() ? words + u" \"%1\""_s.arg(name.toString()) : words;
 }
 
 QString ChosenRecord::words() const
@@ -23,19 +25,14 @@ QString ChosenRecord::freeName(const QString &name) const
     return uniqueName(others, kind->nameKey, name);
 }
 
-std::optional<ChosenRecord> chooseRecord(CommandContext &context, const RecordKind &kind, ExitCode &failure)
+CommandResult<ChosenRecord> chooseRecord(CommandContext &context, const RecordKind &kind)
 {
-    const DaemonClient::Answer document = context.daemon.document();
-    if (!document.ok()) {
-        failure = context.console.fail(document.failure, document.reason);
-        return {};
-    }
-    const QVariantList records = document.reply.value(kind.listKey).toList();
-    QString problem;
-    const auto number = existingRecordNumber(context.arguments.first(), records, kind, problem);
-    if (!number) {
-        failure = context.console.fail(ExitCode::usage, problem);
-        return {};
-    }
-    return ChosenRecord{.kind = &kind, .document = document.reply, .records = records, .number = *number};
+    const CommandResult<QVariantMap> document = context.daemon.document();
+    if (!document)
+        return document.error();
+    const QVariantList records = document->value(kind.listKey).toList();
+    const Result<int> number = existingRecordNumber(context.arguments.first(), records, kind);
+    if (!number)
+        return wrongUsage(number.error().message);
+    return ChosenRecord{.kind = &kind, .document = *document, .records = records, .number = *number};
 }

@@ -8,8 +8,6 @@
 #include <QVariantList>
 #include <QVariantMap>
 
-#include <optional>
-
 /// A record that exists, with all records of its kind and the document that holds them.
 struct ChosenRecord
 {
@@ -19,15 +17,13 @@ struct ChosenRecord
     int number = 0; ///< position in `records`
 
     [[nodiscard]] QVariantMap record() const { return records.at(number).toMap(); }
-    [[nodiscard]] QString words() const; ///< 'macro 2 "Combo"'
+    [[nodiscard]] QString words() const; ///< as recordWords()
     /// `name`, or `name` with a number when another of the records has it.
     [[nodiscard]] QString freeName(const QString &name) const;
 };
 
-/// The record that the first argument names. Absent when there is none: `failure` is then the exit code, and the
-/// console has printed the reason.
-[[nodiscard]] std::optional<ChosenRecord> chooseRecord(CommandContext &context, const RecordKind &kind,
-                                                       ExitCode &failure);
+/// The record that the first argument names.
+[[nodiscard]] CommandResult<ChosenRecord> chooseRecord(CommandContext &context, const RecordKind &kind);
 
-/// 'macro 2 "Combo"'
+/// 'macro 2 "Combo"'; without the name where `record` has none.
 [[nodiscard]] QString recordWords(const RecordKind &kind, int number, const QVariantMap &record);

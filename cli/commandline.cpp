@@ -35,7 +35,7 @@ QStringList helpLines(const CommandRow &row)
 
 void printHelp(Console &console)
 {
-    console.print(u"kestractl shows and changes what the daemon of the Quill Kestra keyboard holds."_s);
+    console.print(u"kestractl shows and changes the settings of the Quill Kestra keyboard."_s);
     console.print({});
     console.print(u"Usage:"_s);
     for (const CommandRow &row : commandTable()) {
@@ -51,7 +51,7 @@ void printHelp(Console &console)
     console.print(u"N is a number: the first profile, and the first macro, is 0."_s);
     console.print({});
     console.print(u"Exit codes: 0 done, 1 refused by the daemon, 2 wrong usage, 3 no daemon, 4 no answer, "
-                  "5 results not written."_s);
+                  "5 results not written, 6 done in part."_s);
 }
 
 ExitCode printHelpFor(const QStringList &words, Console &console)
@@ -144,7 +144,8 @@ ExitCode runRow(const CommandRow &row, const SplitLine &line, Console &console)
         return console.fail(ExitCode::usage, u"the options --json, --plist exclude each other"_s);
     DaemonClient daemon;
     CommandContext context{.console = console, .daemon = daemon, .arguments = arguments, .options = line.options};
-    return row.function(context);
+    const CommandResult<void> result = row.function(context);
+    return result ? ExitCode::ok : console.fail(result.error().code, result.error().message);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The commands of kestractl, one row each: what the help prints, what is checked and what runs all come from here.
+// The commands of kestractl, one row each. The help, the checks and the function to call all come from here.
 #pragma once
 
 #include "cli/console.h"
@@ -14,10 +14,10 @@
 #include <limits>
 #include <span>
 
-/// For a command whose last argument, written "NAME...", may be repeated.
+/// For a command whose last argument, written "NAME...", can be repeated.
 inline constexpr qsizetype anyNumber = std::numeric_limits<qsizetype>::max();
 
-/// What a command gets. `arguments` has as many elements as its row allows; `options` only those its row names.
+/// The input of a command. `arguments` has as many elements as its row allows; `options` only those its row names.
 struct CommandContext
 {
     Console &console;
@@ -38,13 +38,13 @@ struct CommandForm
 
 struct CommandRow
 {
-    QLatin1StringView name;      ///< one or two words
-    QLatin1StringView arguments; ///< as the help shows them
-    qsizetype minimumArguments;
-    qsizetype maximumArguments;
-    QLatin1StringView options; ///< the options it takes, separated by spaces
-    QLatin1StringView help;    ///< one line
-    ExitCode (*function)(CommandContext &context);
+    QLatin1StringView name;           ///< one or two words
+    QLatin1StringView arguments = {}; ///< as the help shows them
+    qsizetype minimumArguments = 0;
+    qsizetype maximumArguments = 0;
+    QLatin1StringView options = {}; ///< the options it takes, separated by spaces
+    QLatin1StringView help;         ///< one line
+    CommandResult<void> (*function)(CommandContext &context);
     QList<CommandForm> (*forms)() = nullptr; ///< for the help of a command that can be written in several ways
 };
 
@@ -65,42 +65,42 @@ inline constexpr std::array withValue{modifiers, repeat, seconds};
 } // namespace Options
 
 // The functions of the rows.
-ExitCode showStatus(CommandContext &context);
-ExitCode showDocument(CommandContext &context);
-ExitCode listProfiles(CommandContext &context);
-ExitCode switchToProfile(CommandContext &context);
-ExitCode addProfile(CommandContext &context);
-ExitCode copyProfile(CommandContext &context);
-ExitCode renameProfile(CommandContext &context);
-ExitCode deleteProfile(CommandContext &context);
-ExitCode restoreProfile(CommandContext &context);
-ExitCode importProfile(CommandContext &context);
-ExitCode exportProfile(CommandContext &context);
-ExitCode bindProfile(CommandContext &context);
-ExitCode showOrAssignKey(CommandContext &context);
-ExitCode listDevices(CommandContext &context);
-ExitCode useDevices(CommandContext &context);
-ExitCode releaseDevices(CommandContext &context);
-ExitCode showDeviceRule(CommandContext &context);
-ExitCode tellFrontApplication(CommandContext &context);
-ExitCode showOrSetLight(CommandContext &context);
-ExitCode listMacros(CommandContext &context);
-ExitCode showMacro(CommandContext &context);
-ExitCode addMacro(CommandContext &context);
-ExitCode renameMacro(CommandContext &context);
-ExitCode deleteMacro(CommandContext &context);
-ExitCode importMacro(CommandContext &context);
-ExitCode exportMacro(CommandContext &context);
-ExitCode recordMacro(CommandContext &context);
-ExitCode playMacro(CommandContext &context);
-ExitCode pressKey(CommandContext &context);
-ExitCode releaseKey(CommandContext &context);
-ExitCode showSentKeys(CommandContext &context);
-ExitCode attachKeyboard(CommandContext &context);
-ExitCode removeKeyboard(CommandContext &context);
-ExitCode pressGameMode(CommandContext &context);
-ExitCode pressMacroKey(CommandContext &context);
-ExitCode setBrightness(CommandContext &context);
+CommandResult<void> showStatus(CommandContext &context);
+CommandResult<void> showDocument(CommandContext &context);
+CommandResult<void> listProfiles(CommandContext &context);
+CommandResult<void> switchToProfile(CommandContext &context);
+CommandResult<void> addProfile(CommandContext &context);
+CommandResult<void> copyProfile(CommandContext &context);
+CommandResult<void> renameProfile(CommandContext &context);
+CommandResult<void> deleteProfile(CommandContext &context);
+CommandResult<void> restoreProfile(CommandContext &context);
+CommandResult<void> importProfile(CommandContext &context);
+CommandResult<void> exportProfile(CommandContext &context);
+CommandResult<void> bindProfile(CommandContext &context);
+CommandResult<void> showOrAssignKey(CommandContext &context);
+CommandResult<void> listDevices(CommandContext &context);
+CommandResult<void> useDevices(CommandContext &context);
+CommandResult<void> releaseDevices(CommandContext &context);
+CommandResult<void> showDeviceRule(CommandContext &context);
+CommandResult<void> reportFrontApplication(CommandContext &context);
+CommandResult<void> showOrSetLight(CommandContext &context);
+CommandResult<void> listMacros(CommandContext &context);
+CommandResult<void> showMacro(CommandContext &context);
+CommandResult<void> addMacro(CommandContext &context);
+CommandResult<void> renameMacro(CommandContext &context);
+CommandResult<void> deleteMacro(CommandContext &context);
+CommandResult<void> importMacro(CommandContext &context);
+CommandResult<void> exportMacro(CommandContext &context);
+CommandResult<void> recordMacro(CommandContext &context);
+CommandResult<void> playMacro(CommandContext &context);
+CommandResult<void> pressKey(CommandContext &context);
+CommandResult<void> releaseKey(CommandContext &context);
+CommandResult<void> showSentKeys(CommandContext &context);
+CommandResult<void> attachKeyboard(CommandContext &context);
+CommandResult<void> removeKeyboard(CommandContext &context);
+CommandResult<void> pressGameMode(CommandContext &context);
+CommandResult<void> pressMacroKey(CommandContext &context);
+CommandResult<void> setBrightness(CommandContext &context);
 
 // The forms of the rows that have several.
 QList<CommandForm> keyCommandForms();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where a command writes: results to one device, what went wrong to another. Owned by the caller of runCommandLine().
+// The output of a command: results on one device, errors on another. Owned by the caller of runCommandLine().
 #pragma once
 
 #include "cli/exitcode.h"
@@ -19,15 +19,14 @@ public:
 
     /// One line of results, with "?" for the characters that are not shown.
     void print(const QString &line);
-    /// As print(), and at once, for what somebody watches.
+    /// As print(), but at once, for output that the user watches.
     void printNow(const QString &line);
     /// For programs; the same characters are escaped.
     void printJson(const QJsonValue &value);
     /// Unchanged.
     void printBytes(const QByteArray &bytes) { mResults.write(bytes); }
 
-    /// Says `reason`, one line as in print(), on the error device; returns `code`, so that a command can end with
-    /// `return console.fail(…)`.
+    /// Prints `reason`, one line as in print(), on the error device and returns `code`.
     ExitCode fail(ExitCode code, const QString &reason);
 
 private:

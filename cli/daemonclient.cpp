@@ -21,9 +21,22 @@ namespace {
 constexpr int replyPortLimitMs = 5000;
 constexpr std::chrono::milliseconds firmwareLimit{2000};
 
-DaemonClient::Answer failed(ExitCode code, const QString &reason)
+/// Why the daemon refuses, in the terms of its user.
+QString reasonOf(int status)
 {
-    return {.reply = {}, .failure = code, .reason = reason};
+    switch (static_cast<Status>(status)) {
+    case Status::unknownCommand: return u"the daemon is of another version and does not know how"_s;
+    case Status::malformedRequest: return u"the daemon cannot store such a value"_s;
+    case Status::indexOutOfRange: return u"it does not exist"_s;
+    case Status::limitReached: return u"there would be too many profiles, macros or events"_s;
+    case Status::lastProfile: return u"it is the only one"_s;
+    case Status::notSaved: return u"the settings file cannot be written (is the disk full?)"_s;
+    case Status::deviceAbsent: return u"the keyboard is not attached"_s;
+    case Status::nothingRecorded: return u"nothing was recorded"_s;
+    case Status::busy: return u"the daemon has too many requests to carry out; try again"_s;
+    case Status::ok: break;
+    }
+    return u"the daemon refuses for a reason that kestractl does not know (%1)"_s.arg(status);
 }
 
 } // namespace
@@ -34,19 +47,18 @@ DaemonClient::DaemonClient()
 {
 }
 
-std::optional<DaemonClient::Answer> DaemonClient::failureToReachDaemon()
+CommandResult<void> DaemonClient::reachDaemon()
 {
     if (!QDBusConnection::sessionBus().isConnected())
-        return failed(ExitCode::noDaemon, u"no session bus (is DBUS_SESSION_BUS_ADDRESS set?)"_s);
+        return CommandError{{u"no session bus (is DBUS_SESSION_BUS_ADDRESS set?)"_s}, ExitCode::noDaemon};
     if (!RemoteMessagePort::open(DaemonProtocol::requestPortName))
-        return failed(ExitCode::noDaemon, u"the daemon is not running (no port \"%1\" on the session bus)"_s.arg(
-                                              DaemonProtocol::requestPortName));
+        return CommandError{{u"the daemon is not running"_s}, ExitCode::noDaemon};
     if (mReplyPort)
         return {};
     auto port = std::make_unique<ReplyPort>(mReplyPortName);
     port->start();
     if (!port->waitUntilServing(replyPortLimitMs))
-        return failed(ExitCode::noAnswer, u"cannot open the reply port \"%1\""_s.arg(mReplyPortName));
+        return CommandError{{u"cannot open the reply port \"%1\""_s.arg(mReplyPortName)}, ExitCode::noAnswer};
     mReplyPort = std::move(port);
     return {};
 }
@@ -59,48 +71,46 @@ QVariantMap DaemonClient::completed(QVariantMap request) const
     return request;
 }
 
-DaemonClient::Answer DaemonClient::send(Command command, const QVariantMap &request)
+CommandResult<QVariantMap> DaemonClient::send(Command command, const QVariantMap &request)
 {
-    if (const auto failure = failureToReachDaemon())
-        return *failure;
+    if (const CommandResult<void> reached = reachDaemon(); !reached)
+        return reached.error();
     LatestReplySlot::shared().clear();
     sendDaemonRequest(completed(request), static_cast<qint32>(command));
     waitForReply();
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
     if (!reply)
-        return failed(ExitCode::noAnswer, u"the daemon did not answer command %1"_s.arg(static_cast<qint32>(command)));
-    return {.reply = *reply, .failure = ExitCode::ok, .reason = {}};
+        return CommandError{{u"the daemon did not answer in time"_s}, ExitCode::noAnswer};
+    return *reply;
 }
 
-DaemonClient::Answer DaemonClient::sendChecked(Command command, const QVariantMap &request)
+CommandResult<QVariantMap> DaemonClient::sendChecked(Command command, const QVariantMap &request,
+                                                     const QString &failure)
 {
-    Answer answer = send(command, request);
-    if (!answer.ok())
-        return answer;
-    const qint32 status = PlistNumbers::integerValue(answer.reply.value(DaemonProtocol::returnStatus));
-    if (status != 0) {
-        answer.failure = ExitCode::refused;
-        answer.reason = u"the daemon refused command %1 with status %2 (%3)"_s.arg(static_cast<qint32>(command))
-                            .arg(status)
-                            .arg(statusName(static_cast<Status>(status)));
-    }
-    return answer;
+    const CommandResult<QVariantMap> reply = send(command, request);
+    if (!reply)
+        return reply;
+    const qint32 status = PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus));
+    if (status != 0)
+        return CommandError{{failure + u": "_s + reasonOf(status)}, ExitCode::refused};
+    return reply;
 }
 
-DaemonClient::Answer DaemonClient::document()
+CommandResult<QVariantMap> DaemonClient::document()
 {
-    Answer answer = sendChecked(Command::readSettings);
-    if (!answer.ok())
-        return answer;
-    const QVariant settings = answer.reply.value(DaemonProtocol::allDevSettings);
+    const QString failure = u"the settings cannot be read"_s;
+    const CommandResult<QVariantMap> reply = sendChecked(Command::readSettings, {}, failure);
+    if (!reply)
+        return reply;
+    const QVariant settings = reply->value(DaemonProtocol::allDevSettings);
     if (settings.metaType() != QMetaType::fromType<QVariantMap>())
-        return failed(ExitCode::refused, u"the daemon's answer holds no settings document"_s);
-    return {.reply = settings.toMap(), .failure = ExitCode::ok, .reason = {}};
+        return CommandError{{failure + u": the daemon's answer does not contain them"_s}, ExitCode::refused};
+    return settings.toMap();
 }
 
 std::optional<QString> DaemonClient::firmwareVersion()
 {
-    if (failureToReachDaemon())
+    if (!reachDaemon())
         return {};
     QObject observer;
     QEventLoop loop;

@@ -24,7 +24,7 @@ QDBusMessage callDaemon(const DaemonObject &object, QLatin1StringView interface,
     return QDBusConnection::sessionBus().call(message, QDBus::Block, callLimitMs);
 }
 
-ExitCode failureOf(const QString &error)
+ExitCode codeOf(const QString &error)
 {
     if (error == "org.freedesktop.DBus.Error.ServiceUnknown"_L1
         || error == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1
@@ -35,44 +35,38 @@ ExitCode failureOf(const QString &error)
     return ExitCode::refused;
 }
 
-QString reasonOf(const DaemonObject &object, const QDBusMessage &error, ExitCode failure)
+QString messageOf(const DaemonObject &object, const QDBusMessage &error, ExitCode code)
 {
-    if (failure == ExitCode::noDaemon)
+    if (code == ExitCode::noDaemon)
         return u"the daemon is not running"_s;
-    if (failure == ExitCode::noAnswer)
+    if (code == ExitCode::noAnswer)
         return u"the %1 did not answer"_s.arg(object.words);
     if (error.errorName() == "org.freedesktop.DBus.Error.UnknownObject"_L1)
         return u"the daemon has no %1"_s.arg(object.words);
     return u"the %1 refused: %2"_s.arg(object.words, error.errorMessage());
 }
 
-DaemonObjectResult resultOf(const DaemonObject &object, const QDBusMessage &reply)
+DaemonObjectResult<QVariantList> resultOf(const DaemonObject &object, const QDBusMessage &reply)
 {
-    DaemonObjectResult result;
-    if (reply.type() == QDBusMessage::ReplyMessage) {
-        result.values = reply.arguments();
-        return result;
-    }
-    result.failure = failureOf(reply.errorName());
-    result.reason = reasonOf(object, reply, result.failure);
-    result.errorName = reply.errorName();
-    result.errorText = reply.errorMessage();
-    return result;
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        return reply.arguments();
+    const ExitCode code = codeOf(reply.errorName());
+    return DaemonObjectError{{{messageOf(object, reply, code)}, code}, reply.errorName(), reply.errorMessage()};
 }
 
 } // namespace
 
-DaemonObjectResult DaemonObject::call(QLatin1StringView method, const QVariantList &arguments) const
+DaemonObjectResult<QVariantList> DaemonObject::call(QLatin1StringView method, const QVariantList &arguments) const
 {
     return resultOf(*this, callDaemon(*this, interface, method, arguments));
 }
 
-std::optional<QVariant> DaemonObject::property(QLatin1StringView name, DaemonObjectResult &result) const
+DaemonObjectResult<QVariant> DaemonObject::property(QLatin1StringView name) const
 {
     const QDBusMessage reply =
         callDaemon(*this, "org.freedesktop.DBus.Properties"_L1, "Get"_L1, {QString(interface), QString(name)});
-    result = resultOf(*this, reply);
-    if (result.failure != ExitCode::ok || result.values.isEmpty())
-        return {};
-    return result.values.first().value<QDBusVariant>().variant();
+    const DaemonObjectResult<QVariantList> values = resultOf(*this, reply);
+    if (!values)
+        return values.error();
+    return values->value(0).value<QDBusVariant>().variant();
 }

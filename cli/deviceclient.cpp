@@ -12,37 +12,44 @@ namespace {
 constexpr DaemonObject devices{
     .path = DeviceKeys::objectPath, .interface = DeviceKeys::interfaceName, .words = "use of real keyboards"_L1};
 
-/// The daemon's own words are whole sentences, with the remedy.
-DaemonObjectResult inItsWords(DaemonObjectResult result)
+/// The daemon's own messages are whole sentences and contain the remedy.
+DaemonObjectResult<void> inItsWords(const DaemonObjectResult<QVariantList> &result)
 {
-    const auto isOurs = [&result](DeviceKeys::Key error) { return result.errorName == error; };
+    if (result)
+        return {};
+    DaemonObjectError error = result.error();
+    const auto isOurs = [&error](DeviceKeys::Key name) { return error.name == name; };
     if (isOurs(DeviceKeys::unknownError) || isOurs(DeviceKeys::refusedError) || isOurs(DeviceKeys::notKeptError))
-        result.reason = result.errorText;
+        error.message = error.text;
     if (isOurs(DeviceKeys::unknownError))
-        result.failure = ExitCode::usage;
-    return result;
+        error.code = ExitCode::usage;
+    return error;
 }
 
 } // namespace
 
-QList<QVariantMap> DeviceClient::list(DaemonObjectResult &result)
+DaemonObjectResult<QList<QVariantMap>> DeviceClient::list()
 {
-    result = devices.call("List"_L1);
-    return qdbus_cast<QList<QVariantMap>>(result.values.value(0));
+    const DaemonObjectResult<QVariantList> values = devices.call("List"_L1);
+    if (!values)
+        return values.error();
+    return qdbus_cast<QList<QVariantMap>>(values->value(0));
 }
 
-QVariantMap DeviceClient::status(DaemonObjectResult &result)
+DaemonObjectResult<QVariantMap> DeviceClient::status()
 {
-    result = devices.call("Status"_L1);
-    return qdbus_cast<QVariantMap>(result.values.value(0));
+    const DaemonObjectResult<QVariantList> values = devices.call("Status"_L1);
+    if (!values)
+        return values.error();
+    return qdbus_cast<QVariantMap>(values->value(0));
 }
 
-DaemonObjectResult DeviceClient::use(const QStringList &ids)
+DaemonObjectResult<void> DeviceClient::use(const QStringList &ids)
 {
     return inItsWords(devices.call("Use"_L1, {ids}));
 }
 
-DaemonObjectResult DeviceClient::release()
+DaemonObjectResult<void> DeviceClient::release()
 {
     return inItsWords(devices.call("Release"_L1));
 }

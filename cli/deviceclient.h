@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The machine's keyboards as the daemon tells of them, over the session bus. Main thread only; each call blocks for at
+// The computer's keyboards as the daemon reports them, over the session bus. Main thread only; each call blocks for at
 // most 5 seconds.
 #pragma once
 
@@ -8,15 +8,14 @@
 #include <QList>
 #include <QVariantMap>
 
-/// org.quillkestra.Devices; docs/daemon-protocol.md tells the keys of the dictionaries (base/devicekeys.h).
+/// org.quillkestra.Devices; docs/daemon-protocol.md explains the keys of the dictionaries (base/devicekeys.h).
 namespace DeviceClient {
 
-/// The keyboards plugged in; empty, with `result` saying why, when the daemon does not tell them.
-[[nodiscard]] QList<QVariantMap> list(DaemonObjectResult &result);
-/// Empty, with `result` saying why, when the daemon does not tell it.
-[[nodiscard]] QVariantMap status(DaemonObjectResult &result);
-/// An unknown keyboard counts as wrong usage, as a profile that does not exist does.
-[[nodiscard]] DaemonObjectResult use(const QStringList &ids);
-[[nodiscard]] DaemonObjectResult release();
+/// The keyboards that are plugged in.
+[[nodiscard]] DaemonObjectResult<QList<QVariantMap>> list();
+[[nodiscard]] DaemonObjectResult<QVariantMap> status();
+/// An unknown keyboard is wrong usage, like a profile that does not exist.
+[[nodiscard]] DaemonObjectResult<void> use(const QStringList &ids);
+[[nodiscard]] DaemonObjectResult<void> release();
 
 } // namespace DeviceClient

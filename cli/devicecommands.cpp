@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// "device list", "use", "release" and "rule": which real keyboards the daemon takes over.
+// "device list", "use", "release" and "rule": the real keyboards that the daemon uses.
 #include "base/devicekeys.h"
 #include "cli/commandtable.h"
 #include "cli/deviceclient.h"
@@ -50,76 +50,68 @@ void printTable(Console &console, const QList<QVariantMap> &devices)
     }
 }
 
-ExitCode fail(CommandContext &context, const DaemonObjectResult &result)
-{
-    return context.console.fail(result.failure, result.reason);
-}
-
 } // namespace
 
-ExitCode listDevices(CommandContext &context)
+CommandResult<void> listDevices(CommandContext &context)
 {
-    DaemonObjectResult result;
-    const QList<QVariantMap> devices = DeviceClient::list(result);
-    if (result.failure != ExitCode::ok)
-        return fail(context, result);
+    const auto devices = DeviceClient::list();
+    if (!devices)
+        return devices.error();
     if (!context.hasOption(Options::json)) {
-        printTable(context.console, devices);
-        return ExitCode::ok;
+        printTable(context.console, *devices);
+        return {};
     }
     QJsonArray list;
-    for (const QVariantMap &device : devices)
+    for (const QVariantMap &device : *devices)
         list.append(jsonOf(device));
     context.console.printJson(list);
-    return ExitCode::ok;
+    return {};
 }
 
-ExitCode useDevices(CommandContext &context)
+CommandResult<void> useDevices(CommandContext &context)
 {
-    DaemonObjectResult result = DeviceClient::use(context.arguments);
-    if (result.failure != ExitCode::ok)
-        return fail(context, result);
-    const QVariantMap status = DeviceClient::status(result);
-    if (result.failure != ExitCode::ok)
-        return fail(context, result);
-    const QString state = text(status, DeviceKeys::state);
-    if (const QString problem = text(status, DeviceKeys::problem); state == DeviceKeys::stateFailed)
-        return context.console.fail(ExitCode::refused, problem);
+    if (const auto used = DeviceClient::use(context.arguments); !used)
+        return used.error();
+    const auto status = DeviceClient::status();
+    if (!status)
+        return status.error();
+    const QString state = text(*status, DeviceKeys::state);
+    if (state == DeviceKeys::stateFailed)
+        return CommandError{{text(*status, DeviceKeys::problem)}, ExitCode::refused};
     // The key that ended this command line is most likely still down.
-    const QString names = status.value(DeviceKeys::names).toStringList().join(u", "_s);
+    const QString names = status->value(DeviceKeys::names).toStringList().join(u", "_s);
     context.console.print(state == DeviceKeys::stateInUse ? u"in use: "_s + names
                                                           : u"in use as soon as no key is down"_s);
     context.console.print(
-        u"to get out: hold Backspace, Escape and Return together, or say \"kestractl device release\""_s);
-    return ExitCode::ok;
+        u"to release it: hold Backspace, Escape and Return together, or run \"kestractl device release\""_s);
+    return {};
 }
 
-ExitCode releaseDevices(CommandContext &context)
+CommandResult<void> releaseDevices(CommandContext &context)
 {
-    const DaemonObjectResult result = DeviceClient::release();
-    if (result.failure != ExitCode::ok)
-        return fail(context, result);
+    if (const auto released = DeviceClient::release(); !released)
+        return released.error();
     context.console.print(u"the virtual keyboard is in use"_s);
-    return ExitCode::ok;
+    return {};
 }
 
-ExitCode showDeviceRule(CommandContext &context)
+CommandResult<void> showDeviceRule(CommandContext &context)
 {
-    DaemonObjectResult result;
-    const QList<QVariantMap> devices = DeviceClient::list(result);
-    if (result.failure != ExitCode::ok)
-        return fail(context, result);
+    const auto devices = DeviceClient::list();
+    if (!devices)
+        return devices.error();
     const QString id = context.arguments.first();
-    const auto device = std::ranges::find_if(devices, [&id](const QVariantMap &candidate) {
+    const auto device = std::ranges::find_if(*devices, [&id](const QVariantMap &candidate) {
         return candidate.value(DeviceKeys::id).toString() == id
                || candidate.value(DeviceKeys::nodes).toStringList().contains(id);
     });
-    if (device == devices.end())
-        return context.console.fail(ExitCode::usage, u"no keyboard \"%1\" (see kestractl device list)"_s.arg(id));
+    if (device == devices->end())
+        return wrongUsage(u"no keyboard \"%1\" (see kestractl device list)"_s.arg(id));
     const std::optional<QString> rule = deviceRule(*device, ::getuid());
     if (!rule)
-        return context.console.fail(
-            ExitCode::refused, u"the keyboard \"%1\" tells neither maker nor product: no rule can name it"_s.arg(id));
+        return CommandError{
+            {u"the keyboard \"%1\" reports neither vendor nor product, so no rule can name it"_s.arg(id)},
+            ExitCode::refused};
     context.console.printBytes(rule->toUtf8());
-    return ExitCode::ok;
+    return {};
 }

@@ -6,18 +6,18 @@
 
 using namespace Qt::StringLiterals;
 
-ExitCode showDocument(CommandContext &context)
+CommandResult<void> showDocument(CommandContext &context)
 {
-    const DaemonClient::Answer document = context.daemon.document();
-    if (!document.ok())
-        return context.console.fail(document.failure, document.reason);
+    const CommandResult<QVariantMap> document = context.daemon.document();
+    if (!document)
+        return document.error();
     if (!context.hasOption(Options::plist)) {
-        context.console.printJson(jsonFromPropertyList(document.reply));
-        return ExitCode::ok;
+        context.console.printJson(jsonFromPropertyList(*document));
+        return {};
     }
-    const std::optional<QByteArray> bytes = QlCoreUtility::convertDictionaryToData(document.reply);
+    const std::optional<QByteArray> bytes = QlCoreUtility::convertDictionaryToData(*document);
     if (!bytes)
-        return context.console.fail(ExitCode::refused, u"the document cannot be written as a property list"_s);
+        return CommandError{{u"the settings cannot be written as a property list"_s}, ExitCode::refused};
     context.console.printBytes(*bytes);
-    return ExitCode::ok;
+    return {};
 }

@@ -6,9 +6,11 @@
 
 using namespace Qt::StringLiterals;
 
-std::optional<QVariantMap> factoryProfile()
+CommandResult<QVariantMap> factoryProfile()
 {
     const QVariantMap settings = readDefaultSettings(resourcePath(u"Kestra.plist"_s)).value_or(QVariantMap());
     const QVariantMap profile = settings.value(SettingsKeys::profiles).toList().value(0).toMap();
-    return profile.isEmpty() ? std::nullopt : std::optional(profile);
+    if (profile.isEmpty())
+        return wrongUsage(u"the factory settings cannot be read"_s);
+    return profile;
 }

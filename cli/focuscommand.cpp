@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// "focus": tells the daemon which application is in front, where the desktop does not.
+// "focus": reports the application in front to the daemon, where the desktop does not.
 #include "cli/commandtable.h"
 #include "cli/frontapplicationclient.h"
 
 using namespace Qt::StringLiterals;
 
-ExitCode tellFrontApplication(CommandContext &context)
+CommandResult<void> reportFrontApplication(CommandContext &context)
 {
-    const DaemonObjectResult result = frontApplicationObject.call("Tell"_L1, {context.arguments.first()});
-    return result.failure == ExitCode::ok ? ExitCode::ok : context.console.fail(result.failure, result.reason);
+    const auto result = frontApplicationObject.call("Tell"_L1, {context.arguments.first()});
+    return result ? CommandResult<void>() : CommandResult<void>(result.error());
 }

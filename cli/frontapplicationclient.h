@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// What the daemon knows of the application in front, over the session bus.
+// The daemon's knowledge of the application in front, over the session bus.
 #pragma once
 
 #include "base/frontapplicationkeys.h"
 #include "cli/daemonobject.h"
 
-/// org.quillkestra.FrontApplication; docs/daemon-protocol.md tells its methods and properties.
+/// org.quillkestra.FrontApplication; docs/daemon-protocol.md documents its methods and properties.
 inline constexpr DaemonObject frontApplicationObject{.path = FrontApplicationKeys::objectPath,
                                                      .interface = FrontApplicationKeys::interfaceName,
                                                      .words =

@@ -20,12 +20,7 @@ using KeyMappings::Assignment;
 
 namespace {
 
-NewAssignment refused(const QString &problem)
-{
-    return {.problem = problem};
-}
-
-/// The bit of the modifier key `code` in the modifier byte; 0 when it is no modifier.
+/// The bit of the modifier key `code` in the modifier byte; 0 for other keys.
 int modifierBit(int code)
 {
     for (int bit = 1; bit < 0x100; bit <<= 1) {
@@ -37,19 +32,19 @@ int modifierBit(int code)
     return 0;
 }
 
-NewAssignment makeSingleKey(const AssignmentWords &words)
+Result<NewAssignment> makeSingleKey(const AssignmentWords &words)
 {
     const std::optional<int> key = keyCodeForName(words.argument);
     if (!key)
-        return refused(u"the keyboard has no key \"%1\" to send"_s.arg(words.argument));
+        return Error{u"the keyboard has no key \"%1\" to send"_s.arg(words.argument)};
     int modifiers = 0;
     for (const QString &name : words.optionValue.split(u',', Qt::SkipEmptyParts)) {
         const int bit = modifierBit(keyCodeForName(name.trimmed()).value_or(0));
         if (bit == 0)
-            return refused(u"\"%1\" is no modifier key"_s.arg(name.trimmed()));
+            return Error{u"\"%1\" is not a modifier key"_s.arg(name.trimmed())};
         modifiers |= bit;
     }
-    return {.assignment = Assignment::singleKey, .param1 = *key, .param2 = modifiers};
+    return NewAssignment{.assignment = Assignment::singleKey, .param1 = *key, .param2 = modifiers};
 }
 
 /// The repeat value that "once", "until-released", "until-pressed-again" or a number of times stands for.
@@ -71,52 +66,54 @@ std::optional<int> repeatValue(const QString &text)
     return times;
 }
 
-NewAssignment makeMacro(const AssignmentWords &words)
+Result<NewAssignment> makeMacro(const AssignmentWords &words)
 {
     const std::optional<int> repeat = repeatValue(words.optionValue);
     if (!repeat)
-        return refused(
-            u"\"%1\" is no way to repeat a macro: once, until-released, until-pressed-again or 2 to 10"_s.arg(
-                words.optionValue));
-    QString problem;
+        return Error{
+            u"\"%1\" is not a way to repeat a macro: give once, until-released, until-pressed-again or 2 to 10"_s.arg(
+                words.optionValue)};
     const QVariantList macros = words.document.value(SettingsKeys::macros).toList();
-    const std::optional<int> number = existingRecordNumber(words.argument, macros, macroKind, problem);
-    return number ? NewAssignment{.assignment = Assignment::playMacro, .param1 = *number, .param2 = *repeat}
-                  : refused(problem);
+    const Result<int> number = existingRecordNumber(words.argument, macros, macroKind);
+    if (!number)
+        return number.error();
+    return NewAssignment{.assignment = Assignment::playMacro, .param1 = *number, .param2 = *repeat};
 }
 
-NewAssignment makeProfile(const AssignmentWords &words)
+Result<NewAssignment> makeProfile(const AssignmentWords &words)
 {
-    QString problem;
     const QVariantList profiles = words.document.value(SettingsKeys::profiles).toList();
-    const std::optional<int> number = existingRecordNumber(words.argument, profiles, profileKind, problem);
-    return number ? NewAssignment{.assignment = Assignment::switchProfile, .param1 = *number} : refused(problem);
+    const Result<int> number = existingRecordNumber(words.argument, profiles, profileKind);
+    if (!number)
+        return number.error();
+    return NewAssignment{.assignment = Assignment::switchProfile, .param1 = *number};
 }
 
 /// The daemon starts desktop entries and bundles; it resolves no relative path, which would be relative to itself.
-NewAssignment makeLaunch(const AssignmentWords &words)
+Result<NewAssignment> makeLaunch(const AssignmentWords &words)
 {
     const QFileInfo file(QFileInfo(words.argument).canonicalFilePath());
     if (file.filePath().isEmpty())
-        return refused(u"there is no \"%1\""_s.arg(words.argument));
+        return Error{u"there is no \"%1\""_s.arg(words.argument)};
     const bool isBundle =
         file.isDir() && file.suffix() == "app"_L1 && QFileInfo::exists(file.filePath() + u"/Contents/Info.plist"_s);
     const bool isEntry = file.isFile() && file.suffix() == "desktop"_L1 && DesktopEntry::read(file.filePath());
     if (!isBundle && !isEntry)
-        return refused(u"\"%1\" is neither a desktop entry nor an application bundle"_s.arg(words.argument));
-    return {.assignment = Assignment::launchProgram, .param1 = file.filePath(), .param2 = QString()};
+        return Error{u"\"%1\" is neither a desktop entry nor an application bundle"_s.arg(words.argument)};
+    return NewAssignment{.assignment = Assignment::launchProgram, .param1 = file.filePath(), .param2 = QString()};
 }
 
-NewAssignment makeDisabled(const AssignmentWords &)
+Result<NewAssignment> makeDisabled(const AssignmentWords &)
 {
-    return {.assignment = Assignment::disabled};
+    return NewAssignment{.assignment = Assignment::disabled};
 }
 
 /// "param1" is that of the key in the factory settings' first profile; 0 when it has none.
-NewAssignment makeDefault(const AssignmentWords &words)
+Result<NewAssignment> makeDefault(const AssignmentWords &words)
 {
-    const QVariantMap profile = factoryProfile().value_or(QVariantMap());
-    return {.assignment = Assignment::defaultKey, .param1 = KeyMappings::entryForKey(profile, words.keyCode).param1};
+    const CommandResult<QVariantMap> factory = factoryProfile();
+    const int code = factory ? KeyMappings::entryForKey(*factory, words.keyCode).param1 : 0;
+    return NewAssignment{.assignment = Assignment::defaultKey, .param1 = code};
 }
 
 // In the order of the configurator's pop-up, but for the default.

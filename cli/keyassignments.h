@@ -3,6 +3,7 @@
 // all come from here. No state; any thread.
 #pragma once
 
+#include "base/result.h"
 #include "keys/keymapping.h"
 
 #include <QLatin1StringView>
@@ -11,15 +12,12 @@
 
 #include <span>
 
-/// The three values of a key mapping entry, or why there are none.
+/// The three values of a key mapping entry.
 struct NewAssignment
 {
     KeyMappings::Assignment assignment = KeyMappings::Assignment::defaultKey;
     QVariant param1 = 0;
     QVariant param2 = 0;
-    QString problem = {}; ///< empty when the values are there
-
-    [[nodiscard]] bool isRefused() const { return !problem.isEmpty(); }
 };
 
 /// The words after "kestractl key KEY KIND", and what they are checked against.
@@ -38,7 +36,7 @@ struct AssignmentKind
     QLatin1StringView option;      ///< the option it takes; empty: none
     QLatin1StringView optionValue; ///< as the help shows it
     QLatin1StringView help;        ///< one line
-    NewAssignment (*make)(const AssignmentWords &words);
+    Result<NewAssignment> (*make)(const AssignmentWords &words);
 };
 
 /// Every kind, in the order of the help.

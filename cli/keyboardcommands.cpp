@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// "keyboard …": what a hand would do to the virtual keyboard.
+// "keyboard …": the actions of a hand on the virtual keyboard.
 #include "base/hidpages.h"
 #include "cli/commandtable.h"
 #include "cli/virtualkeyboardclient.h"
@@ -12,39 +12,38 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-ExitCode callKeyboard(CommandContext &context, QLatin1StringView method, const QVariantList &arguments = {})
+CommandResult<void> callKeyboard(QLatin1StringView method, const QVariantList &arguments = {})
 {
-    const DaemonObjectResult result = VirtualKeyboardClient::call(method, arguments);
-    return result.failure == ExitCode::ok ? ExitCode::ok : context.console.fail(result.failure, result.reason);
+    const auto result = VirtualKeyboardClient::call(method, arguments);
+    return result ? CommandResult<void>() : CommandResult<void>(result.error());
 }
 
-ExitCode callWithKey(CommandContext &context, QLatin1StringView method)
+CommandResult<void> callWithKey(CommandContext &context, QLatin1StringView method)
 {
     const QString &text = context.arguments.first();
     const std::optional<int> code = keyCodeForName(text);
     if (!code)
-        return context.console.fail(ExitCode::usage, u"the keyboard has no key \"%1\""_s.arg(text));
-    return callKeyboard(context, method, {uint{HidPages::keyboard}, static_cast<uint>(*code)});
+        return wrongUsage(u"the keyboard has no key \"%1\""_s.arg(text));
+    return callKeyboard(method, {uint{HidPages::keyboard}, static_cast<uint>(*code)});
 }
 
 } // namespace
 
-ExitCode pressKey(CommandContext &context)
+CommandResult<void> pressKey(CommandContext &context)
 {
     return callWithKey(context, "Press"_L1);
 }
 
-ExitCode releaseKey(CommandContext &context)
+CommandResult<void> releaseKey(CommandContext &context)
 {
     return callWithKey(context, "Release"_L1);
 }
 
-ExitCode showSentKeys(CommandContext &context)
+CommandResult<void> showSentKeys(CommandContext &context)
 {
-    DaemonObjectResult result;
-    const std::optional<QList<uint>> usages = VirtualKeyboardClient::sentKeys(result);
+    const DaemonObjectResult<QList<uint>> usages = VirtualKeyboardClient::sentKeys();
     if (!usages)
-        return context.console.fail(result.failure, result.reason);
+        return usages.error();
     QJsonArray list;
     for (const uint extendedUsage : *usages) {
         const int page = static_cast<int>(extendedUsage >> 16U);
@@ -57,39 +56,38 @@ ExitCode showSentKeys(CommandContext &context)
     }
     if (context.hasOption(Options::json))
         context.console.printJson(list);
-    return ExitCode::ok;
+    return {};
 }
 
-ExitCode attachKeyboard(CommandContext &context)
+CommandResult<void> attachKeyboard(CommandContext &)
 {
-    return callKeyboard(context, "Attach"_L1);
+    return callKeyboard("Attach"_L1);
 }
 
-ExitCode removeKeyboard(CommandContext &context)
+CommandResult<void> removeKeyboard(CommandContext &)
 {
-    return callKeyboard(context, "Remove"_L1);
+    return callKeyboard("Remove"_L1);
 }
 
-ExitCode pressGameMode(CommandContext &context)
+CommandResult<void> pressGameMode(CommandContext &)
 {
-    return callKeyboard(context, "PressGameMode"_L1);
+    return callKeyboard("PressGameMode"_L1);
 }
 
-ExitCode pressMacroKey(CommandContext &context)
+CommandResult<void> pressMacroKey(CommandContext &)
 {
-    return callKeyboard(context, "PressMacroKey"_L1);
+    return callKeyboard("PressMacroKey"_L1);
 }
 
-ExitCode setBrightness(CommandContext &context)
+CommandResult<void> setBrightness(CommandContext &context)
 {
     if (context.arguments.first() == "up"_L1)
-        return callKeyboard(context, "PressBrightnessUp"_L1);
+        return callKeyboard("PressBrightnessUp"_L1);
     if (context.arguments.first() == "down"_L1)
-        return callKeyboard(context, "PressBrightnessDown"_L1);
+        return callKeyboard("PressBrightnessDown"_L1);
     bool isNumber = false;
     const int brightness = context.arguments.first().toInt(&isNumber);
     if (!isNumber)
-        return context.console.fail(ExitCode::usage,
-                                    u"\"%1\" is no number, up or down"_s.arg(context.arguments.first()));
-    return callKeyboard(context, "SetBrightness"_L1, {brightness});
+        return wrongUsage(u"\"%1\" is neither a number nor up or down"_s.arg(context.arguments.first()));
+    return callKeyboard("SetBrightness"_L1, {brightness});
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// "light": what the keys of the active profile show, and changing it.
+// "light": shows and changes the key lighting of the active profile.
+#include "base/result.h"
 #include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
@@ -14,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What a word after "light color", "light effect" or "light brightness" stands for.
+/// A word after "light color", "light effect" or "light brightness", and its value.
 struct NamedValue
 {
     QLatin1StringView name;
@@ -55,15 +56,15 @@ QLatin1StringView nameOf(std::span<const NamedValue> names, int value)
     return found == names.end() ? QLatin1StringView() : found->name;
 }
 
-/// The keys of a profile to change; absent with `problem` set when `word` means nothing.
-using Change = std::optional<QVariantMap> (*)(const QString &word, const QVariantMap &profile, QString &problem);
+/// The keys of a profile to change for the word after the setting.
+using Change = Result<QVariantMap> (*)(const QString &word, const QVariantMap &profile);
 
-std::optional<QVariantMap> switchOn(const QString &, const QVariantMap &, QString &)
+Result<QVariantMap> switchOn(const QString &, const QVariantMap &)
 {
     return QVariantMap{{SettingsKeys::backlightLed, 1}};
 }
 
-std::optional<QVariantMap> switchOff(const QString &, const QVariantMap &, QString &)
+Result<QVariantMap> switchOff(const QString &, const QVariantMap &)
 {
     return QVariantMap{{SettingsKeys::backlightLed, 0}};
 }
@@ -77,20 +78,19 @@ std::optional<Backlight::Color> colorOf(const QString &word)
     return Backlight::colorFromText(word.startsWith(u'#') ? word : u'#' + word);
 }
 
-std::optional<QVariantMap> changeColor(const QString &word, const QVariantMap &profile, QString &problem)
+Result<QVariantMap> changeColor(const QString &word, const QVariantMap &profile)
 {
     const std::optional<Backlight::Color> color = colorOf(word);
-    if (!color) {
-        problem = u"\"%1\" is no color: give six hexadecimal digits, as ff8000, or a name, as orange"_s.arg(word);
-        return {};
-    }
+    if (!color)
+        return Error{
+            u"\"%1\" is not a colour: give six hexadecimal digits, as ff8000, or a name, as orange"_s.arg(word)};
     constexpr double full = 255;
     QVariantList colors = profile.value(SettingsKeys::ledKbColors).toList();
     QVariantMap first = colors.value(0).toMap();
     first[SettingsKeys::red] = color->red / full;
     first[SettingsKeys::green] = color->green / full;
     first[SettingsKeys::blue] = color->blue / full;
-    // Only the first is the keys'; the others are carried through.
+    // Only the first one belongs to the keys; the others are kept.
     if (colors.isEmpty())
         colors.append(first);
     else
@@ -98,29 +98,25 @@ std::optional<QVariantMap> changeColor(const QString &word, const QVariantMap &p
     return QVariantMap{{SettingsKeys::ledKbColors, colors}};
 }
 
-std::optional<QVariantMap> changeEffect(const QString &word, const QVariantMap &, QString &problem)
+Result<QVariantMap> changeEffect(const QString &word, const QVariantMap &)
 {
     const std::optional<int> effect = valueOf(effectNames, word);
-    if (!effect) {
-        problem = u"\"%1\" is no effect: give fixed or spectrum"_s.arg(word);
-        return {};
-    }
+    if (!effect)
+        return Error{u"\"%1\" is not an effect: give fixed or spectrum"_s.arg(word)};
     QVariantMap settings{{SettingsKeys::ledKbEffects, *effect}};
-    // As the configurator does: whoever chooses a colour wants to see it.
+    // As in the configurator: a user who chooses a colour wants to see it.
     if (*effect == Backlight::fixedColorEffect)
         settings.insert(SettingsKeys::backlightLed, 1);
     return settings;
 }
 
-std::optional<QVariantMap> changeBrightness(const QString &word, const QVariantMap &, QString &problem)
+Result<QVariantMap> changeBrightness(const QString &word, const QVariantMap &)
 {
     bool isNumber = false;
     const int number = word.toInt(&isNumber);
     const std::optional<int> level = isNumber ? std::optional(number) : valueOf(brightnessNames, word);
-    if (!level || *level < Backlight::minimumBrightness || *level > Backlight::maximumBrightness) {
-        problem = u"\"%1\" is no brightness: give 0 to 4, off, dim, normal or bright"_s.arg(word);
-        return {};
-    }
+    if (!level || *level < Backlight::minimumBrightness || *level > Backlight::maximumBrightness)
+        return Error{u"\"%1\" is not a brightness: give 0 to 4, off, dim, normal or bright"_s.arg(word)};
     return QVariantMap{{SettingsKeys::brightnessKbNormal, *level}};
 }
 
@@ -136,15 +132,15 @@ constexpr LightSetting lightSettings[] = {
     {QLatin1StringView("on"), QLatin1StringView(), switchOn, QLatin1StringView("switch the light on")},
     {QLatin1StringView("off"), QLatin1StringView(), switchOff, QLatin1StringView("switch the light off")},
     {QLatin1StringView("color"), QLatin1StringView("COLOR"), changeColor,
-     QLatin1StringView("give the keys a color: six hexadecimal digits (ff8000), red, orange, yellow, green, cyan, "
+     QLatin1StringView("give the keys a colour: six hexadecimal digits (ff8000), red, orange, yellow, green, cyan, "
                        "blue, purple, pink or white")},
     {QLatin1StringView("effect"), QLatin1StringView("fixed|spectrum"), changeEffect,
-     QLatin1StringView("show one color, or all colors in turn")},
+     QLatin1StringView("show one colour, or all colours in turn")},
     {QLatin1StringView("brightness"), QLatin1StringView("N|off|dim|normal|bright"), changeBrightness,
      QLatin1StringView("set the brightness, from 0 (off) to 4 (bright)")},
 };
 
-ExitCode showSettings(CommandContext &context, const QVariantMap &document)
+void showSettings(CommandContext &context, const QVariantMap &document)
 {
     const Backlight::Settings settings = Backlight::settingsOf(activeProfileRecord(document));
     const QLatin1StringView effect = nameOf(effectNames, settings.effect);
@@ -156,7 +152,7 @@ ExitCode showSettings(CommandContext &context, const QVariantMap &document)
                         {u"effect"_s, effect.isEmpty() ? QJsonValue() : QJsonValue(QString(effect))},
                         {u"brightness"_s, settings.brightness},
                         {u"now"_s, now ? QJsonValue(*now) : QJsonValue()}});
-        return ExitCode::ok;
+        return;
     }
     const QLatin1StringView brightness = nameOf(brightnessNames, settings.brightness);
     context.console.print(u"backlight: "_s + (settings.isOn ? "on"_L1 : "off"_L1));
@@ -166,47 +162,58 @@ ExitCode showSettings(CommandContext &context, const QVariantMap &document)
     context.console.print(u"brightness: "_s + QString::number(settings.brightness)
                           + (brightness.isEmpty() ? QString() : u" (%1)"_s.arg(brightness)));
     context.console.print(u"now: "_s + now.value_or(u"unknown"_s));
-    return ExitCode::ok;
 }
 
-ExitCode change(CommandContext &context, const QVariantMap &document, const LightSetting &setting)
+CommandResult<void> change(CommandContext &context, const QVariantMap &document, const LightSetting &setting)
 {
-    QString problem;
-    const std::optional<QVariantMap> settings =
-        setting.change(context.arguments.value(1), activeProfileRecord(document), problem);
+    const Result<QVariantMap> settings = setting.change(context.arguments.value(1), activeProfileRecord(document));
     if (!settings)
-        return context.console.fail(ExitCode::usage, problem);
-    const DaemonClient::Answer answer = context.daemon.sendChecked(
-        DaemonProtocol::Command::updateProfile, {{DaemonProtocol::profileId, activeProfileIndex(document)},
-                                                 {DaemonProtocol::deviceSettingsDictionary, *settings}});
-    if (!answer.ok())
-        return context.console.fail(answer.failure, answer.reason);
-    // What is shown is what the daemon now holds, not what was asked for.
-    return showSettings(context, answer.reply.value(DaemonProtocol::returnDictionary).toMap());
+        return wrongUsage(settings.error().message);
+    const CommandResult<QVariantMap> reply =
+        context.daemon.sendChecked(DaemonProtocol::Command::updateProfile,
+                                   {{DaemonProtocol::profileId, activeProfileIndex(document)},
+                                    {DaemonProtocol::deviceSettingsDictionary, *settings}},
+                                   u"the light cannot be changed"_s);
+    if (!reply)
+        return reply.error();
+    // The daemon may hold something else than was asked for.
+    showSettings(context, reply->value(DaemonProtocol::returnDictionary).toMap());
+    return {};
+}
+
+/// The setting that the first argument names.
+CommandResult<const LightSetting *> findSetting(const CommandContext &context)
+{
+    const QString &word = context.arguments.first();
+    const auto found = std::ranges::find(lightSettings, word, &LightSetting::word);
+    if (found == std::end(lightSettings))
+        return wrongUsage(u"\"%1\" is not a setting of the light (see kestractl help light)"_s.arg(word));
+    const bool hasArgument = context.arguments.size() > 1;
+    if (hasArgument && found->argument.isEmpty())
+        return wrongUsage(u"\"light %1\" takes nothing more"_s.arg(word));
+    if (!hasArgument && !found->argument.isEmpty())
+        return wrongUsage(u"\"light %1\" needs %2"_s.arg(word, found->argument));
+    return found;
 }
 
 } // namespace
 
-ExitCode showOrSetLight(CommandContext &context)
+CommandResult<void> showOrSetLight(CommandContext &context)
 {
     const LightSetting *setting = nullptr;
     if (!context.arguments.isEmpty()) {
-        const QString &word = context.arguments.first();
-        const auto found = std::ranges::find(lightSettings, word, &LightSetting::word);
-        if (found == std::end(lightSettings))
-            return context.console.fail(ExitCode::usage,
-                                        u"\"%1\" is no setting of the light (see kestractl help light)"_s.arg(word));
-        const bool hasArgument = context.arguments.size() > 1;
-        if (hasArgument && found->argument.isEmpty())
-            return context.console.fail(ExitCode::usage, u"\"light %1\" takes nothing more"_s.arg(word));
-        if (!hasArgument && !found->argument.isEmpty())
-            return context.console.fail(ExitCode::usage, u"\"light %1\" needs %2"_s.arg(word, found->argument));
-        setting = found;
+        const CommandResult<const LightSetting *> found = findSetting(context);
+        if (!found)
+            return found.error();
+        setting = *found;
     }
-    const DaemonClient::Answer document = context.daemon.document();
-    if (!document.ok())
-        return context.console.fail(document.failure, document.reason);
-    return setting ? change(context, document.reply, *setting) : showSettings(context, document.reply);
+    const CommandResult<QVariantMap> document = context.daemon.document();
+    if (!document)
+        return document.error();
+    if (setting)
+        return change(context, *document, *setting);
+    showSettings(context, *document);
+    return {};
 }
 
 QList<CommandForm> lightCommandForms()

@@ -24,43 +24,46 @@ RecordRow rowOf(const QVariantMap &, int number, const QVariantMap &record)
             .object = {{u"number"_s, number}, {u"name"_s, name}, {u"events"_s, events}}};
 }
 
-/// Adds `record` under a name of its own, next to those of `macros`, and says what it became.
-ExitCode addRecord(CommandContext &context, const QVariantMap &record)
+/// Adds `record` under a name that none of the macros has.
+CommandResult<void> addRecord(CommandContext &context, const QVariantMap &record)
 {
-    DaemonClient::Answer answer = context.daemon.document();
-    if (answer.ok()) {
-        const QVariantMap named = MacroFile::importedRecord(record, answer.reply.value(SettingsKeys::macros).toList());
-        answer = context.daemon.sendChecked(Command::addMacro, {{DaemonProtocol::macroContents, named}});
-    }
-    if (answer.ok())
-        answer = context.daemon.document();
-    if (!answer.ok())
-        return context.console.fail(answer.failure, answer.reason);
-    const QVariantList macros = answer.reply.value(SettingsKeys::macros).toList();
+    const CommandResult<QVariantMap> before = context.daemon.document();
+    if (!before)
+        return before.error();
+    const QVariantMap named = MacroFile::importedRecord(record, before->value(SettingsKeys::macros).toList());
+    const QString failure = u"macro \"%1\" cannot be added"_s.arg(named.value(SettingsKeys::macroName).toString());
+    const CommandResult<QVariantMap> reply =
+        context.daemon.sendChecked(Command::addMacro, {{DaemonProtocol::macroContents, named}}, failure);
+    if (!reply)
+        return reply.error();
+    const CommandResult<QVariantMap> document = context.daemon.document();
+    if (!document)
+        return document.error();
+    const QVariantList macros = document->value(SettingsKeys::macros).toList();
     const int last = static_cast<int>(macros.size()) - 1;
     context.console.print(recordWords(macroKind, last, macros.value(last).toMap()) + u" is added"_s);
-    return ExitCode::ok;
+    return {};
 }
 
 } // namespace
 
-ExitCode listMacros(CommandContext &context)
+CommandResult<void> listMacros(CommandContext &context)
 {
     return listRecords(context, macroKind, rowOf);
 }
 
-ExitCode showMacro(CommandContext &context)
+CommandResult<void> showMacro(CommandContext &context)
 {
-    ExitCode failure = ExitCode::ok;
-    const auto chosen = chooseRecord(context, macroKind, failure);
+    const CommandResult<ChosenRecord> chosen = chooseRecord(context, macroKind);
     if (!chosen)
-        return failure;
-    const DaemonClient::Answer answer =
-        context.daemon.sendChecked(Command::readMacroLines, {{DaemonProtocol::indexOfMacroSequence, chosen->number}});
-    if (!answer.ok())
-        return context.console.fail(answer.failure, answer.reason);
+        return chosen.error();
+    const CommandResult<QVariantMap> reply =
+        context.daemon.sendChecked(Command::readMacroLines, {{DaemonProtocol::indexOfMacroSequence, chosen->number}},
+                                   chosen->words() + u" cannot be read"_s);
+    if (!reply)
+        return reply.error();
     QStringList lines;
-    for (const QVariant &line : answer.reply.value(DaemonProtocol::macroSequences).toList())
+    for (const QVariant &line : reply->value(DaemonProtocol::macroSequences).toList())
         lines += line.toString().trimmed();
     if (context.hasOption(Options::json)) {
         context.console.printJson(QJsonObject{
@@ -69,55 +72,56 @@ ExitCode showMacro(CommandContext &context)
             {u"events"_s, jsonFromPropertyList(MacroRecord::events(chosen->record()))},
             {u"lines"_s, QJsonArray::fromStringList(lines)},
         });
-        return ExitCode::ok;
+        return {};
     }
     for (const QString &line : std::as_const(lines))
         context.console.print(line);
-    return ExitCode::ok;
+    return {};
 }
 
-ExitCode addMacro(CommandContext &context)
+CommandResult<void> addMacro(CommandContext &context)
 {
     QVariantMap record{{SettingsKeys::delay, MacroRecord::standardDelayMs}, {SettingsKeys::sequence, QVariantMap()}};
     if (!context.arguments.isEmpty()) {
         if (context.arguments.first().isEmpty())
-            return failWithoutName(context, macroKind);
+            return missingName(macroKind);
         record.insert(SettingsKeys::macroName, context.arguments.first());
     }
     return addRecord(context, record);
 }
 
-ExitCode renameMacro(CommandContext &context)
+CommandResult<void> renameMacro(CommandContext &context)
 {
-    ExitCode failure = ExitCode::ok;
-    const auto chosen = chooseRecordToRename(context, macroKind, failure);
+    const CommandResult<ChosenRecord> chosen = chooseRecordToRename(context, macroKind);
     if (!chosen)
-        return failure;
+        return chosen.error();
     const QVariantMap named{{SettingsKeys::macroName, chosen->freeName(context.arguments.at(1))},
                             {SettingsKeys::macroId, chosen->number}};
-    const DaemonClient::Answer answer =
-        context.daemon.sendChecked(Command::renameMacro, {{DaemonProtocol::macroContents, named}});
-    if (!answer.ok())
-        return context.console.fail(answer.failure, answer.reason);
+    const CommandResult<QVariantMap> reply = context.daemon.sendChecked(
+        Command::renameMacro, {{DaemonProtocol::macroContents, named}}, chosen->words() + u" cannot be renamed"_s);
+    if (!reply)
+        return reply.error();
     context.console.print(recordWords(macroKind, chosen->number, named) + u" is renamed"_s);
-    return ExitCode::ok;
+    return {};
 }
 
-ExitCode deleteMacro(CommandContext &context)
+CommandResult<void> deleteMacro(CommandContext &context)
 {
     return deleteRecord(context, macroKind);
 }
 
-ExitCode importMacro(CommandContext &context)
+CommandResult<void> importMacro(CommandContext &context)
 {
-    ExitCode failure = ExitCode::ok;
-    const auto record = readRecordFile(context, macroKind, failure);
-    return record ? addRecord(context, *record) : failure;
+    const CommandResult<QVariantMap> record = readRecordFile(context, macroKind);
+    if (!record)
+        return record.error();
+    return addRecord(context, *record);
 }
 
-ExitCode exportMacro(CommandContext &context)
+CommandResult<void> exportMacro(CommandContext &context)
 {
-    ExitCode failure = ExitCode::ok;
-    const auto chosen = chooseRecord(context, macroKind, failure);
-    return chosen ? exportRecord(context, *chosen, MacroFile::exportedRecord(chosen->record())) : failure;
+    const CommandResult<ChosenRecord> chosen = chooseRecord(context, macroKind);
+    if (!chosen)
+        return chosen.error();
+    return exportRecord(context, *chosen, MacroFile::exportedRecord(chosen->record()));
 }

@@ -34,38 +34,32 @@ struct TimedMacro
     std::optional<std::chrono::milliseconds> duration; ///< absent without "--seconds"
 };
 
-/// The macro that the first argument names and the time of "--seconds". Absent when one of them makes no sense:
-/// `failure` is then the exit code, and the console has printed the reason.
-std::optional<TimedMacro> chooseTimedMacro(CommandContext &context, ExitCode &failure)
+/// The macro that the first argument names and the time of "--seconds".
+CommandResult<TimedMacro> chooseTimedMacro(CommandContext &context)
 {
     std::optional<std::chrono::milliseconds> duration;
     if (context.hasOption(Options::seconds)) {
         const QString seconds = context.optionValue(Options::seconds);
         duration = secondsOf(seconds);
-        if (!duration) {
-            failure = context.console.fail(ExitCode::usage,
-                                           u"\"%1\" is no number of seconds above 0 and up to a day"_s.arg(seconds));
-            return {};
-        }
+        if (!duration)
+            return wrongUsage(u"\"%1\" is not a number of seconds above 0 and up to a day"_s.arg(seconds));
     }
-    const auto chosen = chooseRecord(context, macroKind, failure);
-    return chosen ? std::optional(TimedMacro{.macro = *chosen, .duration = duration}) : std::nullopt;
+    const CommandResult<ChosenRecord> chosen = chooseRecord(context, macroKind);
+    if (!chosen)
+        return chosen.error();
+    return TimedMacro{.macro = *chosen, .duration = duration};
 }
 
-struct Recording
+/// Begins the recording and prints the lines of the events as they come, until the recording must end or cannot
+/// continue. Returns whether lines have come.
+CommandResult<bool> record(CommandContext &context, const ChosenRecord &macro, const QVariantMap &request,
+                           std::optional<std::chrono::milliseconds> duration)
 {
-    DaemonClient::Answer answer;
     bool hasPrintedLines = false;
-};
-
-/// Begins the recording and prints the lines of the events as they come, until it is to end or can go on no more.
-Recording record(CommandContext &context, const QVariantMap &request, std::optional<std::chrono::milliseconds> duration)
-{
-    Recording recording;
     QEventLoop loop;
     auto &notifications = DistributedNotificationCenter::defaultCenter();
     const auto printLines = [&](const DistributedNotification &notification) {
-        recording.hasPrintedLines = true;
+        hasPrintedLines = true;
         for (const QVariant &line : notification.userInfo.value(DaemonProtocol::messagesArray).toList())
             context.console.printNow(line.toString().trimmed());
     };
@@ -75,10 +69,25 @@ Recording record(CommandContext &context, const QVariantMap &request, std::optio
     const QDBusServiceWatcher daemonWatch(messagePortBusName(DaemonProtocol::requestPortName),
                                           QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForUnregistration);
     QObject::connect(&daemonWatch, &QDBusServiceWatcher::serviceUnregistered, &loop, &QEventLoop::quit);
-    recording.answer = context.daemon.sendChecked(Command::startMacroRecording, request);
-    if (recording.answer.ok())
-        runUntilEnded(loop, duration);
-    return recording;
+    const CommandResult<QVariantMap> reply =
+        context.daemon.sendChecked(Command::startMacroRecording, request, macro.words() + u" cannot be recorded"_s);
+    if (!reply)
+        return reply.error();
+    runUntilEnded(loop, duration);
+    return hasPrintedLines;
+}
+
+/// Ends the recording and stores it. Returns the document.
+CommandResult<QVariantMap> save(CommandContext &context, const ChosenRecord &macro, const QVariantMap &request)
+{
+    const QString failure = u"the recording of %1 cannot be stored"_s.arg(macro.words());
+    const CommandResult<QVariantMap> stopped = context.daemon.sendChecked(Command::stopMacroRecording, {}, failure);
+    if (!stopped)
+        return stopped.error();
+    const CommandResult<QVariantMap> saved = context.daemon.sendChecked(Command::saveRecordedEvents, request, failure);
+    if (!saved)
+        return saved.error();
+    return context.daemon.document();
 }
 
 /// A key of the active profile that plays the macro, and how.
@@ -99,76 +108,76 @@ std::optional<PlayingKey> keyThatPlays(const QVariantMap &document, int macro)
     return {};
 }
 
-DaemonObjectResult sendKey(QLatin1StringView method, int code)
+CommandResult<void> sendKey(QLatin1StringView method, int code)
 {
-    return VirtualKeyboardClient::call(method, {uint{HidPages::keyboard}, static_cast<uint>(code)});
+    const auto result = VirtualKeyboardClient::call(method, {uint{HidPages::keyboard}, static_cast<uint>(code)});
+    return result ? CommandResult<void>() : CommandResult<void>(result.error());
 }
 
-/// Does to the key what a finger would: one that repeats until released is held, one that repeats until pressed again
+CommandResult<void> pressOnce(int code)
+{
+    const CommandResult<void> pressed = sendKey("Press"_L1, code);
+    return pressed ? sendKey("Release"_L1, code) : pressed;
+}
+
+/// Does to the key what a finger would: a key that repeats until released is held, one that repeats until pressed again
 /// is pressed again.
-DaemonObjectResult pressFor(const PlayingKey &key, std::chrono::milliseconds duration)
+CommandResult<void> pressFor(const PlayingKey &key, std::chrono::milliseconds duration)
 {
     QEventLoop loop;
-    const bool isHeld = key.repeat == KeyMappings::repeatUntilReleasedValue;
-    DaemonObjectResult result = sendKey("Press"_L1, key.code);
-    if (result.failure != ExitCode::ok)
-        return result;
-    if (isHeld)
+    if (key.repeat == KeyMappings::repeatUntilReleasedValue) {
+        const CommandResult<void> pressed = sendKey("Press"_L1, key.code);
+        if (!pressed)
+            return pressed;
         runUntilEnded(loop, duration);
-    result = sendKey("Release"_L1, key.code);
-    if (result.failure != ExitCode::ok || key.repeat != KeyMappings::repeatUntilPressedAgainValue)
-        return result;
+        return sendKey("Release"_L1, key.code);
+    }
+    const CommandResult<void> played = pressOnce(key.code);
+    if (!played || key.repeat != KeyMappings::repeatUntilPressedAgainValue)
+        return played;
     runUntilEnded(loop, duration);
-    result = sendKey("Press"_L1, key.code);
-    return result.failure == ExitCode::ok ? sendKey("Release"_L1, key.code) : result;
+    return pressOnce(key.code);
 }
 
 } // namespace
 
-ExitCode recordMacro(CommandContext &context)
+CommandResult<void> recordMacro(CommandContext &context)
 {
-    ExitCode failure = ExitCode::ok;
-    const auto timed = chooseTimedMacro(context, failure);
+    const CommandResult<TimedMacro> timed = chooseTimedMacro(context);
     if (!timed)
-        return failure;
+        return timed.error();
     const ChosenRecord &chosen = timed->macro;
     const QVariantMap request{{DaemonProtocol::macroId, chosen.number},
                               {DaemonProtocol::isAppendRecording, context.hasOption(Options::append) ? 1 : 0}};
-    const Recording recording = record(context, request, timed->duration);
-    DaemonClient::Answer answer = recording.answer;
-    if (answer.ok())
-        answer = context.daemon.sendChecked(Command::stopMacroRecording);
-    if (answer.ok())
-        answer = context.daemon.sendChecked(Command::saveRecordedEvents, request);
-    if (answer.ok())
-        answer = context.daemon.document();
-    if (!answer.ok())
-        return context.console.fail(answer.failure, answer.reason);
-    const QVariantMap saved = answer.reply.value(SettingsKeys::macros).toList().value(chosen.number).toMap();
+    const CommandResult<bool> hasPrintedLines = record(context, chosen, request, timed->duration);
+    if (!hasPrintedLines)
+        return hasPrintedLines.error();
+    const CommandResult<QVariantMap> document = save(context, chosen, request);
+    if (!document)
+        return document.error();
+    const QVariantMap saved = document->value(SettingsKeys::macros).toList().value(chosen.number).toMap();
     const QVariantList events = MacroRecord::events(saved);
     // The last lines may not have come before the recording was ended.
-    const bool isEmpty = !recording.hasPrintedLines && events == MacroRecord::events(chosen.record());
+    const bool isEmpty = !*hasPrintedLines && events == MacroRecord::events(chosen.record());
     const QString format = isEmpty ? u"nothing was recorded: %1 still has %2 events"_s : u"%1 has %2 events"_s;
     context.console.print(format.arg(chosen.words()).arg(events.size()));
-    return ExitCode::ok;
+    return {};
 }
 
-ExitCode playMacro(CommandContext &context)
+CommandResult<void> playMacro(CommandContext &context)
 {
-    ExitCode failure = ExitCode::ok;
-    const auto timed = chooseTimedMacro(context, failure);
+    const CommandResult<TimedMacro> timed = chooseTimedMacro(context);
     if (!timed)
-        return failure;
+        return timed.error();
     const ChosenRecord &chosen = timed->macro;
     const std::optional<PlayingKey> key = keyThatPlays(chosen.document, chosen.number);
     if (!key)
-        return context.console.fail(
-            ExitCode::usage, u"no key of the active profile plays %1 (see kestractl help key)"_s.arg(chosen.words()));
-    const DaemonObjectResult result = pressFor(*key, timed->duration.value_or(usualPlayTime));
-    if (result.failure != ExitCode::ok)
-        return context.console.fail(result.failure, result.reason);
+        return wrongUsage(u"no key of the active profile plays %1 (see kestractl help key)"_s.arg(chosen.words()));
+    const CommandResult<void> played = pressFor(*key, timed->duration.value_or(usualPlayTime));
+    if (!played)
+        return played;
     context.console.print(keyName(key->code) + u": "_s + describeKey(chosen.document, key->code));
-    return ExitCode::ok;
+    return {};
 }
 
 QList<CommandForm> recordMacroForms()

@@ -5,16 +5,22 @@
 #include "cli/factoryprofile.h"
 #include "keys/mappingcleanup.h"
 
-DaemonClient::Answer repairMappings(DaemonClient &daemon, const QVariantMap &documentBefore, int deletedIndex,
-                                    KeyMappings::Assignment assignment)
+using namespace Qt::StringLiterals;
+
+CommandResult<void> repairMappings(DaemonClient &daemon, const QVariantMap &documentBefore, int deletedIndex,
+                                   KeyMappings::Assignment assignment)
 {
-    DaemonClient::Answer documentAfter = daemon.document();
-    if (!documentAfter.ok())
-        return documentAfter;
+    const CommandResult<QVariantMap> documentAfter = daemon.document();
+    if (!documentAfter)
+        return documentAfter.error();
+    const CommandResult<QVariantMap> factory = factoryProfile();
     const std::optional<QVariantList> repaired = KeyMappings::removeDeletedMacroProfileMappings(
-        documentAfter.reply.value(SettingsKeys::profiles).toList(), documentBefore.value(SettingsKeys::macros).toList(),
-        factoryProfile().value_or(QVariantMap()), deletedIndex, static_cast<qint32>(assignment));
+        documentAfter->value(SettingsKeys::profiles).toList(), documentBefore.value(SettingsKeys::macros).toList(),
+        factory ? *factory : QVariantMap(), deletedIndex, static_cast<qint32>(assignment));
     if (!repaired)
         return {};
-    return daemon.sendChecked(DaemonProtocol::Command::replaceAllProfiles, {{DaemonProtocol::allProfiles, *repaired}});
+    return daemon
+        .sendChecked(DaemonProtocol::Command::replaceAllProfiles, {{DaemonProtocol::allProfiles, *repaired}},
+                     u"the profiles cannot be changed"_s)
+        .withoutValue();
 }

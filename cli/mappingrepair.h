@@ -9,5 +9,5 @@
 /// Sends the profiles repaired by KeyMappings::removeDeletedMacroProfileMappings(), or nothing when none changed.
 /// Call it after the daemon deleted number `deletedIndex`; `documentBefore` is the document from before the deletion.
 /// `assignment` is playMacro for a macro and switchProfile for a profile.
-[[nodiscard]] DaemonClient::Answer repairMappings(DaemonClient &daemon, const QVariantMap &documentBefore,
-                                                  int deletedIndex, KeyMappings::Assignment assignment);
+[[nodiscard]] CommandResult<void> repairMappings(DaemonClient &daemon, const QVariantMap &documentBefore,
+                                                 int deletedIndex, KeyMappings::Assignment assignment);

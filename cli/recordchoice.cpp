@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "cli/recordchoice.h"
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
-std::optional<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
-                                QString &problem)
+Result<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind)
 {
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
@@ -14,23 +15,19 @@ std::optional<int> recordNumber(const QString &text, const QVariantList &records
     for (int index = 0; index < records.size(); ++index) {
         if (records.at(index).toMap().value(kind.nameKey).toString() != text)
             continue;
-        if (found) {
-            problem = u"several %1s are called \"%2\"; give the number"_s.arg(kind.word, text);
-            return {};
-        }
+        if (found)
+            return Error{u"several %1s are called \"%2\"; give the number"_s.arg(kind.word, text)};
         found = index;
     }
     if (!found)
-        problem = u"no %1 is called \"%2\" (see %3)"_s.arg(kind.word, text, kind.listCommand);
-    return found;
+        return Error{u"no %1 is called \"%2\" (see %3)"_s.arg(kind.word, text, kind.listCommand)};
+    return *found;
 }
 
-std::optional<int> existingRecordNumber(const QString &text, const QVariantList &records, const RecordKind &kind,
-                                        QString &problem)
+Result<int> existingRecordNumber(const QString &text, const QVariantList &records, const RecordKind &kind)
 {
-    const std::optional<int> number = recordNumber(text, records, kind, problem);
+    const Result<int> number = recordNumber(text, records, kind);
     if (!number || (*number >= 0 && *number < records.size()))
         return number;
-    problem = u"there is no %1 %2 (see %3)"_s.arg(kind.word).arg(*number).arg(kind.listCommand);
-    return {};
+    return Error{u"there is no %1 %2 (see %3)"_s.arg(kind.word).arg(*number).arg(kind.listCommand)};
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// "status": what a person asks first.
+// "status": the state of daemon, keyboard and settings.
 #include "base/devicekeys.h"
 #include "base/frontapplicationkeys.h"
 #include "base/plistnumbers.h"
@@ -20,35 +20,32 @@ namespace {
 
 constexpr QLatin1StringView problemsRow{"settingsProblems"};
 
-/// A property of the application in front; null when the daemon does not tell it.
+/// A property of the application in front; null when the daemon does not report it.
 QJsonValue frontApplication(QLatin1StringView property)
 {
-    DaemonObjectResult result;
-    const std::optional<QVariant> value = frontApplicationObject.property(property, result);
+    const DaemonObjectResult<QVariant> value = frontApplicationObject.property(property);
     return value ? QJsonValue(value->toString()) : QJsonValue();
 }
 
-/// What to do where the desktop does not tell which application is in front; empty where it does.
+/// The remedy where the desktop does not report the application in front; empty where it does.
 QString frontApplicationHint()
 {
-    DaemonObjectResult result;
-    const std::optional<QVariant> seesAll = frontApplicationObject.property("SeesAllWindows"_L1, result);
+    const DaemonObjectResult<QVariant> seesAll = frontApplicationObject.property("SeesAllWindows"_L1);
     if (!seesAll || seesAll->toBool())
         return {};
     const QString source = frontApplication("Source"_L1).toString();
-    return (source == FrontApplicationKeys::noSource ? u"this desktop does not tell which application is in front"_s
-                                                     : u"this desktop tells of X11 applications only"_s)
-           + u"; tell it by \"kestractl focus NAME\""_s;
+    return (source == FrontApplicationKeys::noSource ? u"this desktop does not report the application in front"_s
+                                                     : u"this desktop reports X11 applications only"_s)
+           + u"; \"kestractl focus NAME\" reports others"_s;
 }
 
-/// What was wrong with the settings files since the daemon started; null when the daemon does not tell it.
+/// The problems of the settings files since the daemon started; null when the daemon does not report them.
 QJsonValue settingsProblems()
 {
     constexpr DaemonObject settings{.path = SettingsObjectKeys::objectPath,
                                     .interface = SettingsObjectKeys::interfaceName,
                                     .words = "state of the settings files"_L1};
-    DaemonObjectResult result;
-    const std::optional<QVariant> problems = settings.property(SettingsObjectKeys::problems, result);
+    const DaemonObjectResult<QVariant> problems = settings.property(SettingsObjectKeys::problems);
     return problems ? QJsonValue(QJsonArray::fromStringList(problems->toStringList())) : QJsonValue();
 }
 
@@ -64,7 +61,7 @@ QString attachment(const QVariantMap &device)
     return !attached ? u"unknown"_s : *attached ? u"attached"_s : u"not attached"_s;
 }
 
-/// What became of the real keyboards; all null when the daemon does not tell it.
+/// The state of the real keyboards; all null when the daemon does not report it.
 Rows deviceRows(const QVariantMap &device)
 {
     const auto value = [&device](DeviceKeys::Key key) { return QJsonValue::fromVariant(device.value(key)); };
@@ -87,8 +84,8 @@ Rows statusRows(const QVariantMap &document, DaemonClient &daemon)
 {
     const QVariantMap settings = document.value(SettingsKeys::deviceSettings).toMap();
     const QVariantMap profile = activeProfileRecord(document);
-    DaemonObjectResult result;
-    const QVariantMap device = DeviceClient::status(result);
+    const DaemonObjectResult<QVariantMap> status = DeviceClient::status();
+    const QVariantMap device = status ? *status : QVariantMap();
     const QString keyboard = attachment(device);
     const std::optional<QString> firmware = keyboard == u"attached"_s ? daemon.firmwareVersion() : std::nullopt;
     Rows rows{{u"daemon"_s, u"running"_s},
@@ -140,21 +137,22 @@ void printProblems(const QJsonArray &problems, Console &console)
 
 } // namespace
 
-ExitCode showStatus(CommandContext &context)
+CommandResult<void> showStatus(CommandContext &context)
 {
     const bool asJson = context.hasOption(Options::json);
-    const DaemonClient::Answer document = context.daemon.document();
-    if (!document.ok()) {
-        // A missing or silent daemon is an answer too, so that a script can read it.
-        const QString state = document.failure == ExitCode::noDaemon ? u"not running"_s : u"not answering"_s;
+    const CommandResult<QVariantMap> document = context.daemon.document();
+    if (!document) {
+        // A missing or silent daemon is also an answer, so that a script can read it.
+        const bool isMissing = document.error().code == ExitCode::noDaemon;
+        const QString state = isMissing ? u"not running"_s : u"not answering"_s;
         if (asJson)
             context.console.printJson(QJsonObject{{u"daemon"_s, state}});
         else
             context.console.print(u"daemon: "_s + state);
-        return context.console.fail(document.failure, document.reason);
+        return document.error();
     }
     QJsonObject object;
-    for (const auto &[name, value] : statusRows(document.reply, context.daemon)) {
+    for (const auto &[name, value] : statusRows(*document, context.daemon)) {
         object.insert(name, value);
         const bool isHintWithoutNeed = name == "frontApplicationHint"_L1 && value.toString().isEmpty();
         if (!asJson && name == problemsRow)
@@ -164,5 +162,5 @@ ExitCode showStatus(CommandContext &context)
     }
     if (asJson)
         context.console.printJson(object);
-    return ExitCode::ok;
+    return {};
 }

@@ -15,27 +15,27 @@ constexpr DaemonObject virtualKeyboard{.path = DaemonProtocol::virtualKeyboardPa
 
 } // namespace
 
-DaemonObjectResult VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments)
+DaemonObjectResult<QVariantList> VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments)
 {
     return virtualKeyboard.call(method, arguments);
 }
 
 std::optional<bool> VirtualKeyboardClient::isAttached()
 {
-    DaemonObjectResult result;
-    const std::optional<QVariant> attached = virtualKeyboard.property("Attached"_L1, result);
+    const DaemonObjectResult<QVariant> attached = virtualKeyboard.property("Attached"_L1);
     return attached ? std::optional(attached->toBool()) : std::nullopt;
 }
 
 std::optional<QString> VirtualKeyboardClient::shownLight()
 {
-    DaemonObjectResult result;
-    const std::optional<QVariant> light = virtualKeyboard.property("Light"_L1, result);
+    const DaemonObjectResult<QVariant> light = virtualKeyboard.property("Light"_L1);
     return light ? std::optional(light->toString()) : std::nullopt;
 }
 
-std::optional<QList<uint>> VirtualKeyboardClient::sentKeys(DaemonObjectResult &result)
+DaemonObjectResult<QList<uint>> VirtualKeyboardClient::sentKeys()
 {
-    const std::optional<QVariant> keys = virtualKeyboard.property("SentKeys"_L1, result);
-    return keys ? std::optional(qdbus_cast<QList<uint>>(*keys)) : std::nullopt;
+    const DaemonObjectResult<QVariant> keys = virtualKeyboard.property("SentKeys"_L1);
+    if (!keys)
+        return keys.error();
+    return qdbus_cast<QList<uint>>(*keys);
 }

@@ -12,7 +12,7 @@
 namespace VirtualKeyboardClient {
 
 /// Calls `method` of org.quillkestra.VirtualKeyboard. Refused when the daemon drives a real keyboard instead.
-[[nodiscard]] DaemonObjectResult call(QLatin1StringView method, const QVariantList &arguments = {});
+[[nodiscard]] DaemonObjectResult<QVariantList> call(QLatin1StringView method, const QVariantList &arguments = {});
 
 /// Whether the virtual keyboard is attached; absent when the daemon has none.
 [[nodiscard]] std::optional<bool> isAttached();
@@ -20,8 +20,8 @@ namespace VirtualKeyboardClient {
 /// The colour that the keys show at this moment, as "#rrggbb"; absent when the daemon has no virtual keyboard.
 [[nodiscard]] std::optional<QString> shownLight();
 
-/// What the computer sees down, in the order of the presses: usage page in the upper 16 bits, usage in the lower.
-/// Absent with `result` saying why when it cannot be read.
-[[nodiscard]] std::optional<QList<uint>> sentKeys(DaemonObjectResult &result);
+/// The keys that are down for the computer, in the order of the presses: usage page in the upper 16 bits, usage in the
+/// lower.
+[[nodiscard]] DaemonObjectResult<QList<uint>> sentKeys();
 
 } // namespace VirtualKeyboardClient

@@ -57,7 +57,7 @@ int main(int argc, char *argv[])
         u"Device daemon of the Quill Kestra keyboard: keeps its settings, answers its clients and maps its keys.\n"
         u"Runs in the foreground until SIGTERM or SIGINT; logs to standard error (QT_LOGGING_RULES chooses what).\n"
         u"Settings are kept in $XDG_STATE_HOME/quill-kestra (default ~/.local/state/quill-kestra).\n"
-        u"Exit codes: 0 ended by a signal, 1 wrong arguments, 2 no session bus, 3 already running, 4 the settings cannot be read or kept, 5 the keys stood still."_s);
+        u"Exit codes: 0 ended by a signal, 1 wrong arguments, 2 no session bus, 3 already running, 4 the settings cannot be read or kept, 5 the key thread was stuck."_s);
     parser.addHelpOption();
     parser.addVersionOption();
     parser.process(application);

@@ -46,7 +46,7 @@ void logUnlessReplyPort(qint32 number, const QVariantMap &values)
     if (port == DaemonProtocol::requestPortName)
         qCWarning(lcRequests, "client: request %d names the daemon's own port for its reply", number);
     else
-        qCWarning(lcRequests, "client: request %d names for its reply what can be no port", number);
+        qCWarning(lcRequests, "client: request %d names a reply port that cannot exist", number);
 }
 
 bool isChange(const DocumentCommand *command)
@@ -71,7 +71,7 @@ void RequestHandler::handleMessage(const RequestMessage &message)
 bool RequestHandler::handleNext(RequestQueue &queue)
 {
     if (const int count = queue.takeRefusedCount(); count > 0)
-        qCWarning(lcRequests, "client: %d requests were refused, too large or too many", count);
+        qCWarning(lcRequests, "client: %d requests were too large or too many and were refused", count);
     if (!mOneByOne.empty()) {
         const Request request = std::move(mOneByOne.front());
         mOneByOne.pop_front();

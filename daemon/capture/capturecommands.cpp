@@ -103,7 +103,7 @@ void CaptureCommands::releaseDevice()
 
 void CaptureCommands::endUnanswered()
 {
-    mSession.release("the client waits no longer");
+    mSession.release("the client no longer waits");
 }
 
 CommandOutcome CaptureCommands::unchanged(Status status) const

@@ -38,7 +38,7 @@ void FrontApplicationWatch::tryKind(std::size_t index)
     mSource.reset();
     if (index >= mKinds.size()) {
         if (!std::exchange(mHasSaidNone, true))
-            qCInfo(lcFront, "no source tells which application is in front: profiles are switched when told");
+            qCInfo(lcFront, "no source reports the application in front: profiles follow reports of clients alone");
         Q_EMIT sourceMissing();
         return;
     }
@@ -47,7 +47,7 @@ void FrontApplicationWatch::tryKind(std::size_t index)
     connect(mSource.get(), &FrontApplicationSource::ready, this, [this] {
         mIsReady = true;
         mHasSaidNone = false;
-        qCInfo(lcFront, "the application in front is told by %s", mKinds.at(mKind).name.data());
+        qCInfo(lcFront, "%s reports the application in front", mKinds.at(mKind).name.data());
         Q_EMIT sourceFound();
     });
     connect(mSource.get(), &FrontApplicationSource::applicationChanged, this, &FrontApplicationWatch::report);

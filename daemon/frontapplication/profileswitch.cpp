@@ -28,7 +28,7 @@ void ProfileSwitch::chooseByKey(int index)
 {
     const QVariantMap before = mSettings.document();
     if (index < 0 || index >= profiles(before).size()) {
-        qCWarning(lcKeyboard, "file: a key is to switch to profile %d, which does not exist", index);
+        qCWarning(lcKeyboard, "file: the profile %d of a key does not exist", index);
         return;
     }
     const AutomaticSwitch previous = mAutomaticSwitch;

@@ -36,7 +36,7 @@ const wl_callback_listener WaylandFrontApplication::answeredListener = {
 
 const ForeignToplevel::ManagerListener WaylandFrontApplication::managerListener = {
     .toplevel = [](void *data, wl_proxy *, wl_proxy *handle) { self(data)->windowAdded(handle); },
-    .finished = [](void *data, wl_proxy *) { self(data)->fail(u"the compositor tells of no more windows"_s); },
+    .finished = [](void *data, wl_proxy *) { self(data)->fail(u"the compositor reports no more windows"_s); },
 };
 
 const ForeignToplevel::HandleListener WaylandFrontApplication::handleListener = {
@@ -100,7 +100,7 @@ void WaylandFrontApplication::globalsAdded()
     if (mManager)
         Q_EMIT ready();
     else
-        fail(u"the compositor does not tell of other programs' windows"_s);
+        fail(u"the compositor does not report the windows of other programs"_s);
 }
 
 void WaylandFrontApplication::windowAdded(wl_proxy *handle)

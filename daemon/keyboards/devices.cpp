@@ -16,13 +16,13 @@ bool isOfKind(const InputDevice &device, const ChosenDevice &choice)
 
 QString deviceRightsRemedy(const QString &id)
 {
-    return u"Run \"kestractl device rule %1\" and follow the first lines of what it prints."_s.arg(id);
+    return u"Run \"kestractl device rule %1\" and follow the first lines of its output."_s.arg(id);
 }
 
 QString outputRightsRemedy()
 {
     return u"\"kestractl device rule ID\", with the ID of your keyboard, prints a rule that gives the right to "
-           "/dev/uinput, too; follow its first lines. Where there is no /dev/uinput, load the module: "
+           "/dev/uinput as well; follow its first lines. Where there is no /dev/uinput, load the module: "
            "sudo modprobe uinput."_s;
 }
 

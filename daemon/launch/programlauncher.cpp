@@ -37,13 +37,13 @@ Plan planForDesktopEntry(const QString &path)
 {
     const std::optional<DesktopEntry> entry = DesktopEntry::read(path);
     if (!entry)
-        return refused(u"it is no desktop entry"_s);
+        return refused(u"it is not a desktop entry"_s);
     if (entry->text(u"Type"_s) != "Application"_L1)
-        return refused(u"it is no application"_s);
+        return refused(u"it is not an application"_s);
     if (entry->flag(u"Hidden"_s))
-        return refused(u"it counts as deleted (Hidden)"_s);
+        return refused(u"it is marked as deleted (Hidden)"_s);
     if (entry->flag(u"Terminal"_s))
-        return refused(u"it wants a terminal"_s);
+        return refused(u"it needs a terminal"_s);
     const QString tried = entry->text(u"TryExec"_s);
     if (!tried.isEmpty() && executable(tried).isEmpty())
         return refused(u"\"%1\" (TryExec) is not installed"_s.arg(tried));
@@ -67,7 +67,7 @@ Plan planForBundle(const QString &path)
         return refused(u"it has no readable Contents/Info.plist"_s);
     const QString name = information->value(u"CFBundleExecutable"_s).toString();
     if (name.isEmpty() || name.contains(u'/')) // a name, so that it cannot lead out of the bundle
-        return refused(u"its CFBundleExecutable is no file name"_s);
+        return refused(u"its CFBundleExecutable is not a file name"_s);
     const QFileInfo program(contents.filePath(u"MacOS/"_s + name));
     if (!program.isFile() || !program.isExecutable())
         return refused(u"\"%1\" cannot be run"_s.arg(program.filePath()));
@@ -76,8 +76,7 @@ Plan planForBundle(const QString &path)
 
 void logRefusal(const QString &path, const QString &reason)
 {
-    qCWarning(lcKeyboard, "file: a key is to start \"%s\", which is not started: %s", qUtf8Printable(path),
-              qUtf8Printable(reason));
+    qCWarning(lcKeyboard, "file: a key cannot start \"%s\": %s", qUtf8Printable(path), qUtf8Printable(reason));
 }
 
 } // namespace
@@ -88,8 +87,10 @@ ProgramLauncher::Plan ProgramLauncher::planFor(const QString &path)
     if (!file.isAbsolute() || !file.exists())
         return refused(u"there is no such file"_s);
     if (file.isDir())
-        return file.suffix() == "app"_L1 ? planForBundle(file.filePath()) : refused(u"it is no application bundle"_s);
-    return file.suffix() == "desktop"_L1 ? planForDesktopEntry(file.filePath()) : refused(u"it is no desktop entry"_s);
+        return file.suffix() == "app"_L1 ? planForBundle(file.filePath())
+                                         : refused(u"it is not an application bundle"_s);
+    return file.suffix() == "desktop"_L1 ? planForDesktopEntry(file.filePath())
+                                         : refused(u"it is not a desktop entry"_s);
 }
 
 void ProgramLauncher::launch(const QString &path)
@@ -98,7 +99,7 @@ void ProgramLauncher::launch(const QString &path)
     if (!plan.isRefused() && TransientService::isNeeded()) {
         TransientService::start(
             QDBusConnection::sessionBus(), plan.command, plan.workingDirectory, QCoreApplication::instance(),
-            [path](const QString &reason) { logRefusal(path, u"the service manager of the user: "_s + reason); });
+            [path](const QString &reason) { logRefusal(path, u"the user's service manager: "_s + reason); });
     } else if (!plan.isRefused()) {
         if (const int error = DetachedProcess::start(plan.command, plan.workingDirectory))
             plan.refusal = u"%1 in %2: %3"_s.arg(plan.command.constFirst(), plan.workingDirectory,

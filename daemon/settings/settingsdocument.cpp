@@ -96,7 +96,7 @@ QString SettingsDocument::problemOf(const QVariantMap &document)
 
     const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
     if (!isPosition(deviceSettings.value(SettingsKeys::activeProfile), profileList.size()))
-        return u"\"ActiveProfile\" is no position in \"Profiles\""_s;
+        return u"\"ActiveProfile\" is not an index of \"Profiles\""_s;
     const QString problem = problemOfMacros(macros(document));
     if (!problem.isEmpty())
         return problem;

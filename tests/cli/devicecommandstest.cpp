@@ -131,7 +131,7 @@ void DeviceCommandsTest::listSaysWhatIsWrongAndTheRemedy()
     QCOMPARE(lines.value(2), u"   1b2c:0010  Keyboard 16"_s);
     QCOMPARE(lines.value(3),
              u"      cannot be used: No right to /dev/input/event16. Run \"kestractl device rule 1b2c:0010\" and "
-             "follow the first lines of what it prints."_s);
+             "follow the first lines of its output."_s);
 }
 
 void DeviceCommandsTest::listOfNoneSaysSo()

@@ -72,8 +72,8 @@ private Q_SLOTS:
     void recordWithoutKeysIsGivenThoseOfTheOneBefore();
     void refusedDeletionRepairsNothing_data();
     void refusedDeletionRepairsNothing();
-    void refusedRepairFails_data();
-    void refusedRepairFails();
+    void refusedRepairIsReportedBesidesTheDeletion_data();
+    void refusedRepairIsReportedBesidesTheDeletion();
 };
 
 void KestractlCleanUpTest::repairsTheKeysThatTheWindowRepairs()
@@ -132,21 +132,22 @@ void KestractlCleanUpTest::refusedDeletionRepairsNothing()
     QCOMPARE(daemon.count(Command::replaceAllProfiles), 0);
 }
 
-void KestractlCleanUpTest::refusedRepairFails_data()
+void KestractlCleanUpTest::refusedRepairIsReportedBesidesTheDeletion_data()
 {
     addTypeRows();
 }
 
-void KestractlCleanUpTest::refusedRepairFails()
+void KestractlCleanUpTest::refusedRepairIsReportedBesidesTheDeletion()
 {
     QFETCH(int, type);
     ScriptedDaemon daemon;
     scriptDeletion(daemon, type, deletionIn(documentWith({{u"4"_s, entry(type, 1)}}), type));
     daemon.setReply(Command::replaceAllProfiles, {{DaemonProtocol::returnStatus, 2}});
     const KestractlResult result = runDeletion(type, 1);
-    QCOMPARE(result.exitCode, 1);
-    QCOMPARE(result.text(), QString());
-    QVERIFY2(result.errorText().contains(u"command 7"_s), result.errors.constData());
+    QCOMPARE(result.exitCode, 6);
+    QVERIFY2(result.text().endsWith(u"is deleted\n"_s), result.output.constData());
+    QCOMPARE(result.errorText(), u"kestractl: the keys that used it may still name it: the profiles cannot be changed: "
+                                 "the daemon cannot store such a value\n"_s);
 }
 
 QTEST_GUILESS_MAIN(KestractlCleanUpTest)

@@ -79,7 +79,8 @@ private Q_SLOTS:
     void missingDaemonIsTold();
     void missingBusIsTold();
     void silentDaemonIsTold();
-    void refusalIsToldWithItsStatus();
+    void explainsARefusalInTheTermsOfTheUser_data();
+    void explainsARefusalInTheTermsOfTheUser();
     void nonsenseIsRefused_data();
     void nonsenseIsRefused();
     void requestsSayWhoAsks();
@@ -169,9 +170,9 @@ void TestKestractlFailures::wrongUsageIsTold_data()
     QTest::newRow("no such option") << QStringList{u"--loud"_s, u"status"_s} << u"--loud"_s;
     QTest::newRow("macro without a word") << QStringList{u"macro"_s} << u"no command \"macro\""_s;
     QTest::newRow("no such macro file") << QStringList{u"macro"_s, u"import"_s, u"/nonexistent/X.KestraMacro"_s}
-                                        << u"\"/nonexistent/X.KestraMacro\" cannot be read or is no macro file"_s;
+                                        << u"\"/nonexistent/X.KestraMacro\" cannot be read as a macro file"_s;
     QTest::newRow("no such profile file") << QStringList{u"profile"_s, u"import"_s, u"/nonexistent/X.KestraProfile"_s}
-                                          << u"\"/nonexistent/X.KestraProfile\" cannot be read or is no profile file"_s;
+                                          << u"\"/nonexistent/X.KestraProfile\" cannot be read as a profile file"_s;
     for (const QString &kind : {u"macro"_s, u"profile"_s}) {
         const QString problem = u"a %1 needs a name"_s.arg(kind);
         QTest::addRow("%s without a name", qPrintable(kind)) << QStringList{kind, u"add"_s, QString()} << problem;
@@ -251,14 +252,32 @@ void TestKestractlFailures::silentDaemonIsTold()
     QVERIFY2(timer.elapsed() >= 6000, qPrintable(QString::number(timer.elapsed())));
 }
 
-void TestKestractlFailures::refusalIsToldWithItsStatus()
+void TestKestractlFailures::explainsARefusalInTheTermsOfTheUser_data()
 {
-    const StandInDaemon daemon(encoded({{DaemonProtocol::returnStatus, 42}}));
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("unknown command") << 1 << u"the daemon is of another version and does not know how"_s;
+    QTest::newRow("malformed request") << 2 << u"the daemon cannot store such a value"_s;
+    QTest::newRow("index out of range") << 3 << u"it does not exist"_s;
+    QTest::newRow("limit reached") << 4 << u"there would be too many profiles, macros or events"_s;
+    QTest::newRow("last profile") << 5 << u"it is the only one"_s;
+    QTest::newRow("not saved") << 6 << u"the settings file cannot be written (is the disk full?)"_s;
+    QTest::newRow("device absent") << 7 << u"the keyboard is not attached"_s;
+    QTest::newRow("nothing recorded") << 8 << u"nothing was recorded"_s;
+    QTest::newRow("busy") << 9 << u"the daemon has too many requests to carry out; try again"_s;
+    QTest::newRow("unknown status") << 42 << u"the daemon refuses for a reason that kestractl does not know (42)"_s;
+}
+
+void TestKestractlFailures::explainsARefusalInTheTermsOfTheUser()
+{
+    QFETCH(int, status);
+    QFETCH(QString, reason);
+    const StandInDaemon daemon(encoded({{DaemonProtocol::returnStatus, status}}));
     QVERIFY(daemon.isServing());
     const KestractlResult result = runServed({u"profile"_s, u"list"_s});
     QCOMPARE(result.exitCode, 1);
     QCOMPARE(result.text(), QString());
-    QVERIFY2(result.errorText().contains(u"status 42"_s), result.errors.constData());
+    QCOMPARE(result.errorText(), u"kestractl: the settings cannot be read: %1\n"_s.arg(reason));
 }
 
 void TestKestractlFailures::nonsenseIsRefused_data()

@@ -25,11 +25,17 @@ QVariantMap document()
             {SettingsKeys::macros, QVariantList{macro(u"Heal"_s), macro(u"Twice"_s), macro(u"Twice"_s)}}};
 }
 
-NewAssignment make(const QString &kindWord, const QString &argument, const QString &optionValue = {})
+Result<NewAssignment> make(const QString &kindWord, const QString &argument, const QString &optionValue = {})
 {
     const AssignmentKind *kind = findAssignmentKind(kindWord);
     const QVariantMap values = document();
     return kind->make({.keyCode = 4, .argument = argument, .optionValue = optionValue, .document = values});
+}
+
+/// Empty when there is none.
+QString problemOf(const Result<NewAssignment> &made)
+{
+    return made ? QString() : made.error().message;
 }
 
 } // namespace
@@ -84,13 +90,13 @@ void KeyAssignmentsTest::makesTheEntry()
     QFETCH(QString, kind);
     QFETCH(QString, argument);
     QFETCH(QString, optionValue);
-    const NewAssignment made = make(kind, argument, optionValue);
-    QCOMPARE(made.problem, QString());
-    QTEST(static_cast<int>(made.assignment), "command");
-    QTEST(made.param1.toInt(), "param1");
-    QTEST(made.param2.toInt(), "param2");
-    QCOMPARE(made.param1.typeId(), QMetaType::Int);
-    QCOMPARE(made.param2.typeId(), QMetaType::Int);
+    const Result<NewAssignment> made = make(kind, argument, optionValue);
+    QVERIFY2(made, qPrintable(problemOf(made)));
+    QTEST(static_cast<int>(made->assignment), "command");
+    QTEST(made->param1.toInt(), "param1");
+    QTEST(made->param2.toInt(), "param2");
+    QCOMPARE(made->param1.typeId(), QMetaType::Int);
+    QCOMPARE(made->param2.typeId(), QMetaType::Int);
 }
 
 void KeyAssignmentsTest::refusesWhatMeansNothing_data()
@@ -102,8 +108,8 @@ void KeyAssignmentsTest::refusesWhatMeansNothing_data()
     QTest::newRow("no such key") << u"single"_s << u"Banana"_s << QString()
                                  << u"the keyboard has no key \"Banana\" to send"_s;
     QTest::newRow("no such modifier") << u"single"_s << u"C"_s << u"leftshift,Banana"_s
-                                      << u"\"Banana\" is no modifier key"_s;
-    QTest::newRow("key as a modifier") << u"single"_s << u"C"_s << u"D"_s << u"\"D\" is no modifier key"_s;
+                                      << u"\"Banana\" is not a modifier key"_s;
+    QTest::newRow("key as a modifier") << u"single"_s << u"C"_s << u"D"_s << u"\"D\" is not a modifier key"_s;
     QTest::newRow("no such macro") << u"macro"_s << u"3"_s << QString()
                                    << u"there is no macro 3 (see kestractl macro list)"_s;
     QTest::newRow("no such macro name") << u"macro"_s << u"Harm"_s << QString()
@@ -117,8 +123,8 @@ void KeyAssignmentsTest::refusesWhatMeansNothing_data()
     for (const QString &repeat : {u"often"_s, u"0"_s, u"11"_s, u"-2"_s, u"254"_s, u"255"_s, u"2.5"_s}) {
         QTest::newRow(qPrintable(u"repeat "_s + repeat))
             << u"macro"_s << u"Heal"_s << repeat
-            << u"\"%1\" is no way to repeat a macro: once, until-released, until-pressed-again or 2 to 10"_s.arg(
-                   repeat);
+            << u"\"%1\" is not a way to repeat a macro: give once, until-released, until-pressed-again or 2 to 10"_s
+                   .arg(repeat);
     }
 }
 
@@ -127,7 +133,7 @@ void KeyAssignmentsTest::refusesWhatMeansNothing()
     QFETCH(QString, kind);
     QFETCH(QString, argument);
     QFETCH(QString, optionValue);
-    QTEST(make(kind, argument, optionValue).problem, "problem");
+    QTEST(problemOf(make(kind, argument, optionValue)), "problem");
 }
 
 void KeyAssignmentsTest::launchTakesAnApplication()
@@ -142,11 +148,11 @@ void KeyAssignmentsTest::launchTakesAnApplication()
                                         {link, resolved + u"/game.desktop"_s},
                                         {folder.filePath(u"Game.app/"_s), resolved + u"/Game.app"_s},
                                         {QDir::current().relativeFilePath(entry), resolved + u"/game.desktop"_s}}) {
-        const NewAssignment made = make(u"launch"_s, given);
-        QCOMPARE(made.problem, QString());
-        QCOMPARE(made.assignment, Assignment::launchProgram);
-        QCOMPARE(made.param1, QVariant(stored));
-        QCOMPARE(made.param2, QVariant(QString()));
+        const Result<NewAssignment> made = make(u"launch"_s, given);
+        QVERIFY2(made, qPrintable(problemOf(made)));
+        QCOMPARE(made->assignment, Assignment::launchProgram);
+        QCOMPARE(made->param1, QVariant(stored));
+        QCOMPARE(made->param2, QVariant(QString()));
     }
 }
 
@@ -162,11 +168,11 @@ void KeyAssignmentsTest::launchRefusesAnythingElse_data()
 void KeyAssignmentsTest::launchRefusesAnythingElse()
 {
     QFETCH(QString, path);
-    QTEST(make(u"launch"_s, path).problem, "problem");
+    QTEST(problemOf(make(u"launch"_s, path)), "problem");
     const QTemporaryDir folder;
-    QVERIFY(make(u"launch"_s, writeFile(folder.filePath(u"text.desktop"_s), "text")).isRefused());
+    QVERIFY(!make(u"launch"_s, writeFile(folder.filePath(u"text.desktop"_s), "text")));
     QVERIFY(QDir(folder.path()).mkdir(u"Empty.app"_s));
-    QVERIFY(make(u"launch"_s, folder.filePath(u"Empty.app"_s)).isRefused());
+    QVERIFY(!make(u"launch"_s, folder.filePath(u"Empty.app"_s)));
 }
 
 void KeyAssignmentsTest::thereIsNoOtherKind()

@@ -616,7 +616,7 @@ void DaemonProcessTest::survivesAReplyPortThatIsNone()
                          QVariantMap{{u"ResponseMsgPortName"_s, port}, {u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}})
                          .value());
     QVERIFY(mDaemon->request(Command::readSettings));
-    QVERIFY(mDaemon->log().contains("names for its reply what can be no port"));
+    QVERIFY(mDaemon->log().contains("names a reply port that cannot exist"));
     QVERIFY(!mDaemon->log().contains("not capturing, a client asks for keys"));
 }
 

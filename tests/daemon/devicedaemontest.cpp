@@ -162,7 +162,7 @@ void DeviceDaemonTest::replyPortThatNoPortCanBeIsNone()
 {
     QFETCH(QString, port);
     for (const Command command : {Command::readSettings, Command::startSingleKeyRecording, Command::startEditHid}) {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"names for its reply what can be no port"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"names a reply port that cannot exist"_s));
         if (command != Command::readSettings)
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"malformed request"_s));
         send(command, {}, port);

@@ -86,7 +86,7 @@ InputNodes::InputNodes(QObject *parent) : NodeSource(parent), mUdev(udev_new())
     mMonitor = udev_monitor_new_from_netlink(mUdev, isUdevRunning ? "udev" : "kernel");
     if (!mMonitor || udev_monitor_filter_add_match_subsystem_devtype(mMonitor, "input", nullptr) < 0
         || udev_monitor_enable_receiving(mMonitor) < 0) {
-        qCWarning(lcKeyboard, "desktop: no word from udev, keyboards that are plugged in later are not found");
+        qCWarning(lcKeyboard, "desktop: no messages from udev, so keyboards that are plugged in later are not found");
         return;
     }
     mNotifier = std::make_unique<QSocketNotifier>(udev_monitor_get_fd(mMonitor), QSocketNotifier::Read);

@@ -44,7 +44,7 @@ void KeyThread::prepare()
         this,
         [this, isRealTime, thread, locked, isWatched = mWatch->isUsable()] {
             if (!isWatched)
-                qCCritical(lcKeyboard, "daemon: no timer, nobody watches the key thread");
+                qCCritical(lcKeyboard, "daemon: no timer, so the key thread is not watched");
             if (locked == 0)
                 qCInfo(lcKeyboard, "desktop: memory cannot be locked, keys may wait for it under load");
             if (isRealTime)

@@ -24,12 +24,13 @@ QString nodeProblem(const QString &node, const QString &deviceId, int error)
     case EACCES:
     case EPERM: return u"No right to open %1. %2"_s.arg(node, deviceRightsRemedy(deviceId));
     case EBUSY:
-        return u"Another program has taken %1 for itself. End it (\"sudo fuser -v %1\" tells which have it open), then "
+        return u"Another program has grabbed %1. End it (\"sudo fuser -v %1\" lists the programs that have it open), "
+               u"then "
                u"choose the keyboard again."_s.arg(node);
     case ENOENT:
     case ENODEV: return u"%1 is gone. Plug the keyboard in again."_s.arg(node);
     default:
-        return u"%1 cannot be used: %2. Plug the keyboard out and in again; \"sudo dmesg\" may tell more."_s.arg(
+        return u"%1 cannot be used: %2. Plug the keyboard out and in again; \"sudo dmesg\" may show why."_s.arg(
             node, QString::fromLocal8Bit(strerror(error)));
     }
 }
@@ -60,10 +61,10 @@ const char *stateName(InputNode::State state)
 {
     switch (state) {
     case InputNode::State::waiting: return "waiting for its keys to come up";
-    case InputNode::State::grabbed: return "taken over";
+    case InputNode::State::grabbed: return "grabbed";
     case InputNode::State::refused: return "refused";
     case InputNode::State::gone: return "gone";
-    case InputNode::State::released: return "given back";
+    case InputNode::State::released: return "released";
     }
     return "?";
 }
@@ -155,8 +156,8 @@ UseResult LinuxDevices::use(const QStringList &ids)
         if (index < 0)
             return {UseResult::Code::unknown,
                     index == -1
-                        ? u"There is no keyboard \"%1\". \"kestractl device list\" lists those there are."_s.arg(id)
-                        : u"\"%1\" means several keyboards. Name one as \"kestractl device list\" does."_s.arg(id)};
+                        ? u"There is no keyboard \"%1\". \"kestractl device list\" lists the keyboards."_s.arg(id)
+                        : u"\"%1\" means several keyboards. Give an ID from \"kestractl device list\"."_s.arg(id)};
         if (const QString problem = problemOf(present.at(index)); !problem.isEmpty())
             return {UseResult::Code::refused, problem};
         choices += choiceOf(present.at(index).device);
@@ -302,8 +303,8 @@ void LinuxDevices::nodeChanged(int id, InputNode::State state, int error)
 
 void LinuxDevices::panic()
 {
-    qCWarning(lcKeyboard, "keyboard: Backspace, Escape and Return held together: every keyboard was given back; "
-                          "\"kestractl device use\", or plugging it in again, takes it over again");
+    qCWarning(lcKeyboard, "keyboard: Backspace, Escape and Return held together: every keyboard was released; "
+                          "\"kestractl device use\", or plugging it in again, grabs it again");
     for (const Node &node : chosenNodes())
         mSuspended += node.info.systemPath;
     for (const Node &node : std::as_const(mNodes))

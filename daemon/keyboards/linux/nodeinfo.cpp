@@ -88,8 +88,10 @@ KeyboardInfo keyboardWith(const NodeInfo &first, const QList<NodeInfo> &nodes, Q
         keyboard.nodes.clear();
         keyboard.device.nodes = {first.node};
         keyboard.device.problem =
-            u"The keys and the pointer of this keyboard are one event node (%1). Taking it over would take the pointer "
-            "from the desktop; only a keyboard with a node of its own for the keys can be used."_s.arg(first.node);
+            u"The keys and the pointer of this keyboard share one event device (%1). Grabbing it would take the "
+            u"pointer "
+            "from the desktop; only a keyboard with an event device of its own for the keys can be used."_s.arg(
+                first.node);
     }
     keyboard.device.id = uniqueId(idOf(first), ids);
     keyboard.device.name = printable(first.name);

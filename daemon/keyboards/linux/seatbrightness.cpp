@@ -23,7 +23,7 @@ void SeatBrightness::set(const QString &led, uint brightness)
     message.setArguments({u"leds"_s, led, brightness});
     const QDBusConnection bus = mConnect();
     if (!bus.isConnected()) {
-        logFailure(led, u"there is no bus of the system"_s);
+        logFailure(led, u"there is no system bus"_s);
         return;
     }
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), this);

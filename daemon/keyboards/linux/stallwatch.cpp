@@ -100,8 +100,7 @@ void StallWatch::look(int, siginfo_t *info, void *)
     self.mLooks = awakenings == self.mAwakeningsSeen ? self.mLooks + 1 : 0;
     self.mAwakeningsSeen = awakenings;
     if (self.mLooks == looksWithinLimit) {
-        constexpr std::string_view text(
-            "kestra.keyboard critical: daemon: the key thread does not come back, ending\n");
+        constexpr std::string_view text("kestra.keyboard critical: daemon: the key thread is stuck, ending\n");
         [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, text.data(), text.size());
         ::_exit(exitCode);
     }

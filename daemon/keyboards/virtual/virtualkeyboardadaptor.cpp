@@ -54,7 +54,7 @@ void VirtualKeyboardAdaptor::finish(VirtualKeyboard::Result result) const
     case Result::done: return;
     case Result::notInUse:
         mObject->sendErrorReply(DaemonProtocol::virtualKeyboardNotInUse,
-                                u"a real keyboard is chosen; \"kestractl device release\" gives it back"_s);
+                                u"a real keyboard is chosen; \"kestractl device release\" releases it"_s);
         return;
     case Result::notAttached:
         mObject->sendErrorReply(DaemonProtocol::virtualKeyboardNotAttached, u"the keyboard is not attached"_s);

@@ -169,8 +169,8 @@ void FrontApplicationTest::statusSaysThatX11IsNotAllOfAWaylandDesktop()
     QTRY_COMPARE(status().value(u"frontApplicationSource"_s).toString(), u"x11"_s);
     QVERIFY(runKestractl({u"status"_s})
                 .text()
-                .contains(u"frontApplicationHint: this desktop tells of X11 applications only; tell it by \"kestractl "
-                          "focus NAME\"\n"_s));
+                .contains(u"frontApplicationHint: this desktop reports X11 applications only; \"kestractl focus "
+                          "NAME\" reports others\n"_s));
     mDaemon.reset();
 }
 

@@ -202,13 +202,13 @@ void FrontApplicationWatchTest::momentWithoutAWindowLeavesNothingBehind()
 
 void FrontApplicationWatchTest::everyLossOfAllSourcesIsLogged()
 {
-    const auto log = "no source tells which application is in front: profiles are switched when told";
+    const auto log = "no source reports the application in front: profiles follow reports of clients alone";
     mIsFirstThere = mIsSecondThere = false;
     QTest::ignoreMessage(QtInfoMsg, log);
     mWatch->start();
     QTRY_COMPARE(mMissing->size(), 1);
     mIsFirstThere = true;
-    QTest::ignoreMessage(QtInfoMsg, "the application in front is told by first");
+    QTest::ignoreMessage(QtInfoMsg, "first reports the application in front");
     mWatch->start();
     QCOMPARE(mFound->size(), 1);
     mIsFirstThere = false;

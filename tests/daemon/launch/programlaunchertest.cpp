@@ -107,11 +107,11 @@ void ProgramLauncherTest::desktopEntryIsRefused_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("refusal");
     const QByteArray start = "[Desktop Entry]\nType=Application\n";
-    QTest::newRow("no entry") << QByteArray("Exec=game\n") << u"it is no desktop entry"_s;
-    QTest::newRow("no type") << QByteArray("[Desktop Entry]\nExec=game\n") << u"it is no application"_s;
-    QTest::newRow("a link") << QByteArray("[Desktop Entry]\nType=Link\nExec=game\n") << u"it is no application"_s;
-    QTest::newRow("hidden") << start + "Exec=game\nHidden=true\n" << u"it counts as deleted (Hidden)"_s;
-    QTest::newRow("terminal") << start + "Exec=game\nTerminal=true\n" << u"it wants a terminal"_s;
+    QTest::newRow("no entry") << QByteArray("Exec=game\n") << u"it is not a desktop entry"_s;
+    QTest::newRow("no type") << QByteArray("[Desktop Entry]\nExec=game\n") << u"it is not an application"_s;
+    QTest::newRow("a link") << QByteArray("[Desktop Entry]\nType=Link\nExec=game\n") << u"it is not an application"_s;
+    QTest::newRow("hidden") << start + "Exec=game\nHidden=true\n" << u"it is marked as deleted (Hidden)"_s;
+    QTest::newRow("terminal") << start + "Exec=game\nTerminal=true\n" << u"it needs a terminal"_s;
     QTest::newRow("not installed") << start + "Exec=game\nTryExec=no-such-program\n"
                                    << u"\"no-such-program\" (TryExec) is not installed"_s;
     QTest::newRow("no Exec") << start << u"its Exec line cannot be used"_s;
@@ -211,10 +211,9 @@ void ProgramLauncherTest::launchSaysWhyNot_data()
 {
     QTest::addColumn<QByteArray>("lines");
     QTest::addColumn<QString>("message");
-    QTest::newRow("refused") << QByteArray("Exec=game\nTerminal=true\n")
-                             << u"which is not started: it wants a terminal"_s;
+    QTest::newRow("refused") << QByteArray("Exec=game\nTerminal=true\n") << u"cannot start .*: it needs a terminal"_s;
     QTest::newRow("no directory") << QByteArray("Exec=game\nPath=/no/such/directory\n")
-                                  << u"which is not started: .*/bin/game in /no/such/directory: No such file"_s;
+                                  << u"cannot start .*: .*/bin/game in /no/such/directory: No such file"_s;
 }
 
 void ProgramLauncherTest::launchSaysWhyNot()

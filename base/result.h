@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// The outcome of an operation that can fail: a value, or an error that says why there is none. Any thread.
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <utility>
+#include <variant>
+
+/// Why an operation has failed.
+struct Error
+{
+    QString message; ///< for the user: one sentence without a full stop
+};
+
+template <typename T, typename E = Error> class Result;
+
+/// Either a `T` or an `E`. A value and an error convert to it, so that a function returns either as it is.
+template <typename T, typename E> class [[nodiscard]] Result
+{
+public:
+    Result(T value) : mOutcome(std::in_place_index<0>, std::move(value)) {}
+    Result(E error) : mOutcome(std::in_place_index<1>, std::move(error)) {}
+
+    /// Whether there is a value.
+    explicit operator bool() const { return mOutcome.index() == 0; }
+    /// The value. There must be one.
+    const T &operator*() const { return *std::get_if<0>(&mOutcome); }
+    const T *operator->() const { return std::get_if<0>(&mOutcome); }
+    /// The error. There must be one.
+    const E &error() const { return *std::get_if<1>(&mOutcome); }
+
+    /// The same outcome for a caller that does not need the value.
+    Result<void, E> withoutValue() const { return *this ? Result<void, E>() : Result<void, E>(error()); }
+
+private:
+    std::variant<T, E> mOutcome;
+};
+
+/// For an operation that returns nothing when it succeeds.
+template <typename E> class [[nodiscard]] Result<void, E>
+{
+public:
+    Result() = default;
+    Result(E error) : mError(std::move(error)) {}
+
+    explicit operator bool() const { return !mError; }
+    const E &error() const { return *mError; }
+
+private:
+    std::optional<E> mError;
+};
