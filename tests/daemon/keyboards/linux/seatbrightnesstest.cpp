@@ -93,7 +93,7 @@ void SeatBrightnessTest::missingLoginManagerIsLoggedOnce()
 void SeatBrightnessTest::missingBusIsLoggedOnce()
 {
     mBrightness = std::make_unique<SeatBrightness>([] { return QDBusConnection(u"none"_s); });
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"LED a::b: there is no bus"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"LED a::b: there is no system bus"_s));
     mBrightness->set(u"a::b"_s, 1);
     QTest::failOnWarning(QRegularExpression(u".*"_s));
     mBrightness->set(u"a::b"_s, 2);
