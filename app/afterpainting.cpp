@@ -20,13 +20,13 @@ AfterPainting::AfterPainting(QWidget *window, std::function<void()> function, st
 
 bool AfterPainting::eventFilter(QObject *watched, QEvent *event)
 {
-    // The first painting comes with the window's exposure, every other by a request of the window's own. Before it is
-    // exposed, what is painted is not seen.
+    // The window's exposure causes the first painting; the window itself requests every later one. The user does not
+    // see what is painted before the exposure.
     const bool isPainting = event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint;
     const QWindow *window = static_cast<QWidget *>(watched)->windowHandle();
     if (isPainting && window && window->isExposed()) {
         watched->removeEventFilter(this);
-        // Before it comes to the timer, the event loop sends to the display what was painted.
+        // The event loop sends the painted picture to the display before it reaches the timer.
         mTimer.start(std::chrono::milliseconds(0));
     }
     return false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Waits until a window is on the screen. Deletes itself when it has called its function. Main thread only.
+// Calls a function when a window is on the screen, then deletes itself. Main thread only.
 #pragma once
 
 #include <QTimer>
@@ -14,9 +14,9 @@ class AfterPainting : public QObject
     Q_OBJECT
 
 public:
-    /// Calls `function` once, from the event loop, when `window` has been painted the next time while it was exposed,
-    /// and the picture was sent to the display. A window that is not exposed, such as one that starts minimized, is not
-    /// painted; therefore `function` is called after `limit` at the latest.
+    /// Calls `function` once, from the event loop, after the next painting of the exposed `window` has been sent to the
+    /// display. A window that is not exposed, such as one that starts minimized, is not painted. Therefore `function`
+    /// is called after `limit` at the latest.
     AfterPainting(QWidget *window, std::function<void()> function,
                   std::chrono::milliseconds limit = std::chrono::seconds(3));
 
@@ -24,5 +24,5 @@ public:
 
 private:
     std::function<void()> mFunction;
-    QTimer mTimer; ///< runs until the limit, or until the event loop has come round
+    QTimer mTimer; ///< runs until the limit or, after the painting, until the next round of the event loop
 };

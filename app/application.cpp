@@ -47,7 +47,7 @@ Launch parseCommandLine(const QGuiApplication &application)
             parser.isSet(withoutNotice), parser.positionalArguments()};
 }
 
-/// For bench/startup.py and the tests, which wait for it.
+/// Reports to bench/startup.py and the tests, which wait for it.
 void reportReady()
 {
     QGuiApplication::sync(); // the display has the picture
@@ -55,17 +55,17 @@ void reportReady()
     std::fflush(stdout);
 }
 
-/// Reads the list of the fonts, for which the first text would wait otherwise. To be run beside the main thread, which
-/// waits for the display meanwhile. Qt is linked with the library or does without it, so nothing is to be loaded.
+/// Reads the list of fonts, for which the first text would otherwise wait. Must run beside the main thread, which waits
+/// for the display meanwhile. The library need not be loaded: Qt is linked with it or does without it.
 void prepareFonts()
 {
     if (const auto initialize = reinterpret_cast<int (*)()>(::dlsym(RTLD_DEFAULT, "FcInit")))
         initialize();
 }
 
-/// Loads the font of all texts. By its own name where the desktop gives one that stands for it, such as "Sans Serif":
-/// that is loaded as two fonts, an empty one and the one that it stands for. And only the own name has weights of which
-/// the keyboard picture can choose one that is there.
+/// Loads the font of all texts. Where the desktop names an alias such as "Sans Serif", uses the font's own name, for
+/// two reasons. An alias is loaded as two fonts, an empty one and the actual one. Only under its own name does a font
+/// have weights from which the keyboard picture can choose an existing one.
 void prepareFont()
 {
     QFont font = QApplication::font();
@@ -79,26 +79,26 @@ void prepareFont()
 
 QtMessageHandler defaultMessageHandler = nullptr;
 
-/// Failures are silent, those of the libraries included. What a debugging variable asks for is written, and the reason
-/// why the program cannot go on.
+/// Suppresses failures, also those of the libraries. Still writes messages that a debugging variable enables, and the
+/// reason for a fatal error.
 void writeNoFailures(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     if (type != QtWarningMsg && type != QtCriticalMsg)
         defaultMessageHandler(type, context, message);
 }
 
-/// The dialogs for files and colors would otherwise leave a file in the user's folder of settings; they have no option
-/// for it.
+/// The dialogs for files and colours would otherwise leave a file in the user's settings folder; they have no option to
+/// prevent it.
 void keepNoDialogSettings()
 {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, u"/dev/null"_s); // no folder, so nothing is kept
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, u"/dev/null"_s); // nothing can be kept there
 }
 
 MainControllerServices services()
 {
     MainControllerServices result;
 #ifdef KESTRA_BUILT_WITH_TESTS
-    // The tests run beside daemons that are not theirs.
+    // Tests run beside daemons that they did not start.
     if (qEnvironmentVariableIsSet("KESTRA_SPARE_DAEMONS"))
         result.endProcesses = [](const QString &) {};
 #endif
@@ -133,7 +133,7 @@ int runConfigurator(int argc, char *argv[])
     defaultMessageHandler = qInstallMessageHandler(writeNoFailures);
     const std::jthread fonts(prepareFonts);
     QApplication application(argc, argv);
-    keepNoDialogSettings(); // after the desktop's theme has read its own
+    keepNoDialogSettings(); // after the desktop's theme has read its settings
     QCoreApplication::setApplicationName(u"kestra-configurator"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
     QGuiApplication::setDesktopFileName(u"org.quillkestra.Configurator"_s);
@@ -142,11 +142,11 @@ int runConfigurator(int argc, char *argv[])
     const Launch launch = parseCommandLine(application);
 
     std::jthread bus([] { QDBusConnection::sessionBus(); });
-    prepareFont(); // while the bus is connected
+    prepareFont(); // while the bus connects
     bus.join();
     const SingleInstance instance(DaemonProtocol::configuratorIdentifier);
     if (instance.isAnotherRunning()) {
-        // Two would take each other's replies from the one reply port.
+        // Two instances would take each other's replies from the one reply port.
         instance.activateOther();
         return 0;
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The configurator as a program: its command line, its texts, its window, its end.
+// The configurator as a program: its command line, its texts, its window and its end.
 #pragma once
 
 #include <QStringList>
@@ -7,10 +7,10 @@
 
 class Keyboard_ConfiguratorAppDelegate;
 
-/// Runs the configurator until it quits; the exit code of the program.
+/// Runs the configurator until it quits; returns the program's exit code.
 int runConfigurator(int argc, char *argv[]);
 
-/// How the program was launched, as its command line and the session manager tell.
+/// How the program was launched, according to its command line and the session manager.
 struct Launch
 {
     bool isRestored = false;      ///< --restored, or restored by the session manager
@@ -19,9 +19,10 @@ struct Launch
     QStringList files;
 };
 
-/// The launch notification's user information: the default-launch flag is absent for a launch without notice, false
-/// when the program was restored, opened with a file or started for the background, true otherwise.
+/// Returns the launch notification's user information. The default-launch flag is false when the program was restored,
+/// opened with a file or started for the background. It is absent for any other launch without notice, and true
+/// otherwise.
 [[nodiscard]] QVariantMap launchUserInfo(const Launch &launch);
 
-/// Lets `delegate` know when the application quits and when it is no longer the active one. Main thread.
+/// Calls `delegate` when the application quits and when it becomes inactive. Main thread.
 void connectToApplication(Keyboard_ConfiguratorAppDelegate &delegate);

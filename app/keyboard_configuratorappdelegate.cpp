@@ -39,7 +39,7 @@ void Keyboard_ConfiguratorAppDelegate::applicationDidFinishLaunching(const QVari
 
 void Keyboard_ConfiguratorAppDelegate::doLoopInBackground(const std::stop_token &stop)
 {
-    // Shared with the call below, which may still be queued when this thread was told to stop.
+    // Shared with the call below, which may still be queued when this thread is asked to stop.
     struct Progress
     {
         std::mutex mutex;
@@ -63,7 +63,7 @@ void Keyboard_ConfiguratorAppDelegate::doLoopInBackground(const std::stop_token 
             progress->changed.notify_all();
         },
         Qt::QueuedConnection);
-    // Not a blocking call: the application may quit before its main thread gets to it.
+    // The call does not block: the application may quit before its main thread gets to it.
     progress->changed.wait(lock, stop, [&progress] { return progress->isDone; });
 }
 

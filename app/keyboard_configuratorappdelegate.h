@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Start and end of the application. Main thread only, but for the background wait for the daemon.
+// Start and end of the application. Main thread only, except for the background wait for the daemon.
 #pragma once
 
 #include <QObject>
@@ -19,10 +19,10 @@ inline constexpr QLatin1StringView launchIsDefaultLaunchKey{"NSApplicationLaunch
 /// How often the background wait looks for the daemon.
 inline constexpr std::chrono::milliseconds daemonPollInterval{1000};
 
-/// Calls a function when all that is shown is on the screen.
+/// Calls a function when everything shown is on the screen.
 using WhenPainted = std::function<void(const std::function<void()> &function)>;
 
-/// For windows that no one looks at.
+/// For windows that no user looks at.
 inline void callAtOnce(const std::function<void()> &function)
 {
     function();
@@ -40,15 +40,15 @@ public:
     ~Keyboard_ConfiguratorAppDelegate() override;
 
     void applicationWillFinishLaunching(const QVariantMap &) {}
-    /// Shows what the launch asks for. What opens the keyboard follows when that is on the screen: opening blocks the
-    /// main thread, for seconds where the daemon is silent.
+    /// Shows the sheet that the launch asks for. Once it is on the screen, opens the keyboard or waits for the daemon.
+    /// Opening blocks the main thread, for seconds when the daemon is silent.
     void applicationDidFinishLaunching(const QVariantMap &userInfo);
     void applicationWillTerminate();
     void applicationWillResignActive();
     bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
 
-    /// Waits, without a limit, until the daemon's request port exists, then runs initializeDevice on the main thread
-    /// and waits until that is done. Runs on a thread of its own.
+    /// Waits, without a limit, until the daemon's request port exists. Then runs initializeDevice on the main thread
+    /// and waits until it returns. Runs on a thread of its own.
     void doLoopInBackground(const std::stop_token &stop);
 
 private:

@@ -32,20 +32,20 @@ const QString replyPortName = DaemonProtocol::configuratorReplyPortName;
 // The reply port must be there before the first request names it; registering a bus name takes about a millisecond.
 constexpr int replyPortStartLimitMs = 2000;
 
-// An index outside the list is a fault of the daemon's; it reads as an empty record.
+// The daemon may send an index outside the list by mistake; the record is then empty.
 QVariantMap recordAt(const QVariantList &records, int index)
 {
     return index >= 0 && index < records.size() ? records[index].toMap() : QVariantMap();
 }
 
-/// Sends what was drawn to the display, as the event loop does before it blocks. Processes no event.
+/// Sends the drawn picture to the display, as the event loop does before it blocks. Processes no event.
 void flushDisplay()
 {
     if (QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance())
         Q_EMIT dispatcher->aboutToBlock();
 }
 
-/// What an open menu lists may no longer be there, and what it would change may be another record.
+/// An open menu may list records that are gone, and its actions may change the wrong record.
 void closeOpenMenus()
 {
     while (QWidget *menu = QApplication::activePopupWidget())
@@ -66,7 +66,7 @@ KeyboardMainController::KeyboardMainController(MainControllerServices services, 
 
 KeyboardMainController::~KeyboardMainController()
 {
-    // Ended before the members that the thread uses.
+    // The thread must end before the members that it uses.
     mFirmwareQueryThread = {};
 }
 
@@ -110,7 +110,7 @@ void KeyboardMainController::createLocalPort()
 
 void KeyboardMainController::initializeDevice()
 {
-    // No event is processed from here to the end: a click or a notification must not meet a half-opened keyboard.
+    // This function processes no event: a click or a notification must not meet a half-opened keyboard.
     const bool wasSheetShown = mRestoringStateWindow->isVisible();
     closeRestoringStateWindow();
     const auto paintPlaceOfSheet = [this, wasSheetShown] {
@@ -120,7 +120,7 @@ void KeyboardMainController::initializeDevice()
         flushDisplay();
     };
     mLocalMessagePort->waitUntilServing(replyPortStartLimitMs);
-    // Without a daemon this thread waits for seconds; what the window shows meanwhile must not be the sheet.
+    // Without a daemon this thread waits for seconds. The window must not show the sheet meanwhile.
     sendDaemonRequest(DaemonCommands::openDevice(replyPortName, kestraPlistPath()), int(Command::openDevice),
                       paintPlaceOfSheet);
     waitForReply();
@@ -128,7 +128,7 @@ void KeyboardMainController::initializeDevice()
     closeRestoringStateWindow();
 
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
-    // Deliberate asymmetry: the status of this command is a found flag, that of every other an error code.
+    // Deliberate asymmetry: the status of this command is a found flag, the status of every other an error code.
     const bool isFound = reply && reply->value(DaemonProtocol::returnStatus).toBool();
     if (reply && !isFound)
         setFirmwareVersionString(u"-"_s);
@@ -252,7 +252,7 @@ void KeyboardMainController::populateUISettings()
 
 void KeyboardMainController::updateUISettings()
 {
-    // Deliberately not the macros tab: it is refreshed only through its table.
+    // The macros tab is left out deliberately: it is refreshed only through its table.
     mProfilesController->updateUISettings();
     mKeysController->updateUISettings();
     mLightingController->updateUISettings();
@@ -283,9 +283,9 @@ void KeyboardMainController::updateProfilesControlState(bool enabled)
         mBusyIndicator->stopAnimation();
     } else {
         mBusyIndicator->startAnimation();
-        mBusyIndicator->repaint(); // what follows may block this thread for seconds
+        mBusyIndicator->repaint(); // the request may block this thread for seconds
     }
-    // The keyboard may have gone meanwhile.
+    // The keyboard may have been removed meanwhile.
     mFocusMemory.change(mMainWindow,
                         [this, enabled] { mProfilesController->setControlsState(enabled && mAreControlsOn); });
 }
@@ -323,8 +323,8 @@ void KeyboardMainController::setDriverVersions()
 {
     if (!firmwareVersionString().isEmpty())
         return;
-    // Queued before the request, so that it comes before the answer, which ends it. Meanwhile the answer to the request
-    // before may have come, or the keyboard may have gone.
+    // The start of the indicator is queued before the request, because the reply stops it. Before it starts, the
+    // previous request may have been answered or the keyboard removed.
     QMetaObject::invokeMethod(
         this,
         [this] {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The hub. Owns the copy of the settings document, the link to the daemon and the observers of its notifications;
-// drives the five tabs and turns each of their requests into one numbered command.
-// Main thread, but for FWQueryThreadAboutToRun and setDriverVersions, which the firmware-query thread runs.
+// The hub. Owns the copy of the settings document, the link to the daemon and the observers of its notifications.
+// Drives the five tabs and turns each of their requests into one numbered command. Main thread, except for
+// FWQueryThreadAboutToRun and setDriverVersions, which run on the firmware-query thread.
 #pragma once
 
 #include "app/mainwindowoutlets.h"
@@ -35,7 +35,7 @@ class ReplyPort;
 /// Property of a tab's page: the tab's label (QString), which is never translated.
 inline constexpr char tabLabelProperty[] = "tabLabel";
 
-/// What the hub calls outside itself, and its pace; tests put their own in place.
+/// The functions outside the hub that it calls, and its query interval. Tests substitute their own.
 struct MainControllerServices
 {
     Processes::Ender endProcesses = Processes::endAllNamed;
@@ -62,7 +62,7 @@ public:
     KeyboardLightingController *lightingController() const { return mLightingController; }
     KeyboardMaintenanceController *maintenanceController() const { return mMaintenenaceController; }
 
-    // The document as it is held
+    // The document held
     const QVariantMap &defaultSettingsDict() const { return mDefaultSettingsDict; }
     const QVariantMap &currentProfileDict() const { return mCurrentProfileDict; }
     const QVariantMap &deviceSettingsDict() const { return mDeviceSettingsDict; }
@@ -82,14 +82,14 @@ public:
     void loadDefaultDict();
     void loadDictionariesWithDefaultDict();
     void loadLatestSettings();
-    /// `allDevSettings`: a whole settings document. Replaces the copy held; never merges.
+    /// `allDevSettings` is a whole settings document. It replaces the copy held; the two are never merged.
     void updateToLatestSettings(const QVariantMap &allDevSettings);
     void setProperties();
     void populateUISettings();
     void updateUISettings();
     void refreshControllersTableDisplay();
     void setControlsState(bool enabled);
-    /// False: the busy indicator spins and the profiles tab is disabled; true: the other way round.
+    /// False starts the busy indicator and disables the profiles tab; true does the opposite.
     void updateProfilesControlState(bool enabled);
     /// `page` is now in front; its property tabLabelProperty holds the tab's untranslated label.
     void tabViewDidSelectTabViewItem(QTabWidget *tabView, const QWidget *page);
@@ -116,7 +116,7 @@ public:
     void deviceDisconnectedNotification(const DistributedNotification &notification);
     void deamonProfileUpdateNotification(const DistributedNotification &notification);
     void savedNewOTFMNotification(const DistributedNotification &notification);
-    /// Accepted, and nothing done: the keyboard has no DPI.
+    /// Does nothing: the keyboard has no DPI.
     void deamonDPIUpdateNotification(const DistributedNotification &) {}
     void illuminationChangesNotification(const DistributedNotification &notification);
     void commandReplyReceived(const DistributedNotification &notification);
@@ -135,7 +135,7 @@ public:
     void clickTwitterButton(QObject *sender);
     void clickQuillClubButton(QObject *sender);
 
-    /// Command 38, sent at termination.
+    /// Sends command 38, at termination.
     void releaseQuillDeviceInstance();
 
     // KeysDelegate
@@ -172,11 +172,11 @@ public:
     // LightingDelegate
     void updateValueForSetting(const QVariantMap &settings) override;
 
-    /// Command 6: the given keys of the profile at `profileID`; a negative index is sent as 0.
+    /// Sends command 6 with the given keys of the profile at `profileID`; a negative index is sent as 0.
     void updateProfileWithIDAndSettings(int profileID, const QVariantMap &settings);
 
 Q_SIGNALS:
-    /// initializeDevice() is done, whatever it found.
+    /// initializeDevice() has finished, with or without a keyboard.
     void deviceInitialized();
 
 private:
@@ -186,29 +186,30 @@ private:
     void observeCommandReplies(int product);
     void closeRestoringStateWindow();
     void setFirmwareVersionString(const QString &version);
-    /// loadLatestSettings(); false when no document came.
+    /// Calls loadLatestSettings(); false when no document came.
     bool readLatestSettings();
-    /// Hands out the pieces of the document held and redraws.
+    /// Hands the pieces of the document held to the tabs, and redraws.
     void redraw();
-    /// After a command that was refused or not answered: redraws, and asks for nothing.
+    /// Redraws without a request, after a command that was refused or not answered.
     void takeBack();
-    /// Asks for the whole document, and redraws.
+    /// Asks for the whole document and redraws.
     void refresh();
-    /// Takes the document that `reply` carries, if any, and redraws.
+    /// Replaces the document held with the one in `reply`, if any, and redraws.
     void applyReturnedDocument(const std::optional<QVariantMap> &reply);
-    /// After a command whose reply tells only whether it succeeded: asks for what it changed, or redraws.
+    /// For commands whose reply has only a status: asks for the whole document after a success, only redraws otherwise.
     void refreshIf(bool hasSucceeded);
-    /// Sends a request and waits; the reply that came, taken out of the latest-reply slot.
+    /// Sends a request and waits. Takes the reply out of the latest-reply slot and returns it.
     std::optional<QVariantMap> replyTo(DaemonProtocol::Command command, const QVariantMap &request);
-    /// The same, for commands whose reply tells only whether they succeeded; false without a reply.
+    /// Does the same for commands whose reply has only a status; false without a reply.
     bool succeeds(DaemonProtocol::Command command, const QVariantMap &request);
-    /// The record at the row that the request names, as far as it tells which one it is; invalid for no row.
+    /// Returns what identifies the record at the row in the request: a macro's identifier, or the record without its
+    /// lighting. An empty dictionary if there is no such row.
     [[nodiscard]] QVariant recordNamedBy(DaemonProtocol::Command command, const QVariantMap &request) const;
-    /// False when rows may have moved unseen, and the row that the request names turns out to be of another record than
-    /// the one shown there, or cannot be found out. Asks for the document where that is not known.
+    /// Checks that the row in the request still has the record that is shown there. Asks for the document when rows may
+    /// have moved unseen. False when the row has another record, or when no document came.
     bool isMeantRecord(DaemonProtocol::Command command, const QVariantMap &request);
-    /// The document was read anew: a deletion that nobody answered, and that has not taken place, is to drop no
-    /// assignments at a later switch.
+    /// Must be called when the document was read again. A deletion that was not answered and has not taken place must
+    /// not remove assignments at a later switch.
     void forgetDeletionThatFailed();
     void openPage(QLatin1StringView address);
 
@@ -217,7 +218,7 @@ private:
     KeyboardProfilesController *mProfilesController = nullptr;
     KeyboardMacrosController *mMacrosController = nullptr;
     KeyboardLightingController *mLightingController = nullptr;
-    KeyboardMaintenanceController *mMaintenenaceController = nullptr; // the name is written this way on purpose
+    KeyboardMaintenanceController *mMaintenenaceController = nullptr; // the spelling is deliberate
     DistributedNotificationCenter *mNotificationCenter = nullptr;
     FocusMemory mFocusMemory;
 
@@ -226,22 +227,22 @@ private:
     QVariantMap mDeviceSettingsDict;
     QVariantList mProfilesArray;
     QVariantList mMacrosArray;
-    [[maybe_unused]] void *mCallbackData = nullptr; // named for completeness; nothing sets it
+    [[maybe_unused]] void *mCallbackData = nullptr; // for completeness; nothing sets it
 
     mutable std::mutex mFirmwareMutex; // guards mFirmwareVersionString, which the firmware-query thread reads
     QString mFirmwareVersionString;
 
     std::unique_ptr<ReplyPort> mLocalMessagePort;
-    [[maybe_unused]] void *mLocalPortSource = nullptr; // named for completeness; the reply port is a thread here
+    [[maybe_unused]] void *mLocalPortSource = nullptr; // for completeness; the reply port is a thread
     std::atomic<int> mDevicePID = 0;                   // read by the firmware-query thread
     int mDeletedProfileID = 0;
-    QVariantMap mDeletedProfile;                       // the record that was there
-    bool mIsWiredDevice = false;                       // nothing decides by it
-    bool mAreControlsOn = false;                       // as last told to setControlsState()
-    bool mMayRowsHaveMoved = false;                    // a deletion or a reading was not answered
-    bool mMayAskForLines = true;                       // off while a refused change is taken back
-    bool mIsDeletionAnswered = false;                  // the deletion that mIsDeleteProfile tells of has taken place
-    [[maybe_unused]] bool mMessagePortRunning = false; // named for completeness; the reply port knows whether it serves
+    QVariantMap mDeletedProfile;                       // the record at mDeletedProfileID
+    bool mIsWiredDevice = false;                       // no decision depends on it
+    bool mAreControlsOn = false;                       // the latest argument of setControlsState()
+    bool mMayRowsHaveMoved = false;                    // a deletion, or a request for the document, was not answered
+    bool mMayAskForLines = true;                       // false while a refused change is undone in the window
+    bool mIsDeletionAnswered = false;                  // the daemon confirmed the deletion that mIsDeleteProfile marks
+    [[maybe_unused]] bool mMessagePortRunning = false; // for completeness; the reply port knows whether it serves
     bool mIsDeleteProfile = false;                     // from a delete request to the switch that follows it
     bool mIsDeviceRemoved = false;                     // from a removal to the next attachment
 

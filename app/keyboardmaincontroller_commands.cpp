@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tabs ask of the hub: each operation is one numbered command to the daemon.
+// The operations of the hub that the tabs call: each one sends one numbered command to the daemon.
 #include "app/keyboardmaincontroller.h"
 
 #include "base/plistnumbers.h"
@@ -37,7 +37,7 @@ bool isSuccess(const std::optional<QVariantMap> &reply)
 
 enum class Row { none, ofProfile, ofMacro };
 
-/// What the row is of that the command names.
+/// Returns the kind of record whose row the command names.
 Row rowNamedBy(Command command)
 {
     switch (command) {
@@ -96,7 +96,7 @@ bool KeyboardMainController::isMeantRecord(Command command, const QVariantMap &r
     if (!mMayRowsHaveMoved || rowNamedBy(command) == Row::none)
         return true;
     const QVariant meant = recordNamedBy(command, request);
-    mMayRowsHaveMoved = false; // redrawing may ask for the lines of a macro
+    mMayRowsHaveMoved = false; // cleared first: redrawing may ask for the lines of a macro
     const bool isKnown = readLatestSettings();
     redraw();
     return isKnown && meant == recordNamedBy(command, request);
@@ -177,7 +177,7 @@ void KeyboardMainController::updateValueForSetting(const QVariantMap &settings)
 
 void KeyboardMainController::updateProfileKeyInDictionaryWithDictionary(const QVariantList &profiles)
 {
-    // The returned document is ignored: the callers reload it themselves.
+    // The callers reload the document themselves, so the returned one is ignored.
     (void)replyTo(Command::replaceAllProfiles, DaemonCommands::replaceAllProfiles(mDevicePID, replyPortName, profiles));
 }
 
@@ -193,8 +193,8 @@ void KeyboardMainController::deleteProfileWithProfileID(int profileID)
     updateProfilesControlState(false);
     sendDaemonRequest(request, int(Command::deleteProfile));
     waitForReply();
-    // Deliberate: without a returned document the slot is left as it is, and the tab stays disabled and busy.
-    mMayRowsHaveMoved = true; // also by a reply without a document: it may be the late one of an earlier command
+    // Deliberate: without a returned document the slot stays unchanged, and the tab stays disabled and busy.
+    mMayRowsHaveMoved = true; // also after a reply without a document: it may be the late one of an earlier command
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().takeIf(
         [](const QVariantMap &latest) { return returnedDocument(latest).has_value(); });
     if (!reply)
@@ -204,7 +204,7 @@ void KeyboardMainController::deleteProfileWithProfileID(int profileID)
     switchProfileWithID(std::max(profileID - 1, 0));
     if (!mIsDeleteProfile)
         return;
-    // The switch was refused. The rows below the deleted one have moved all the same.
+    // The switch failed, but the rows below the deleted one have moved.
     updateToLatestSettings(*returnedDocument(*reply));
     redraw();
 }
@@ -254,7 +254,7 @@ void KeyboardMainController::deleteMacroAtIndex(int macroIndex)
     if (isDeleted)
         mKeysController->removeDeletedMacroProfileMappingsForMapping(macroIndex,
                                                                      int(KeyMappings::Assignment::playMacro));
-    mMayRowsHaveMoved = !reply || isDeleted; // until a document comes
+    mMayRowsHaveMoved = !reply || isDeleted; // until a document arrives
     refreshIf(isDeleted);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What reaches the hub from outside: the daemon's notifications, and what the user is told of errors; help and links.
+// Notifications of the daemon, errors shown to the user, help and links.
 #include "app/keyboardmaincontroller.h"
 
 #include "app/qlcerrorhandler.h"
@@ -33,7 +33,7 @@ struct ErrorTexts
     const char *button;
 };
 
-// By error code: 0 the daemon does not answer, 1 no keyboard was found.
+// Index is the error code: 0 for a daemon that does not answer, 1 for a keyboard that was not found.
 constexpr std::array errorTexts{
     ErrorTexts{"lkeyCommErrorTitle", "lkeyCommErrorDesc", "lkeyOK"},
     ErrorTexts{"lkeyDeviceNotFoundTitle", "lkeyDeviceNotFoundDesc", "lkeyOK"},
@@ -49,7 +49,7 @@ void KeyboardMainController::addObserver(const QString &name, NotificationHandle
 
 void KeyboardMainController::observeCommandReplies(int product)
 {
-    // Added at each attach and never removed, without a look for an earlier one. Deliberate.
+    // Deliberate: each attachment adds an observer, even when there is one already, and it is never removed.
     addObserver(DaemonProtocol::commandReplyNotification(product), &KeyboardMainController::commandReplyReceived);
 }
 
@@ -97,7 +97,7 @@ void KeyboardMainController::deviceConnectedNotification(const DistributedNotifi
 {
     removeObserverDeviceAttachment();
     mIsDeviceRemoved = false;
-    // Empty, so that the firmware is asked for its version again.
+    // An empty version makes the query thread ask for it again.
     setFirmwareVersionString({});
     bool isNumber = false;
     const int product = notification.name.section(u' ', 2, 2).toInt(&isNumber);
@@ -107,13 +107,13 @@ void KeyboardMainController::deviceConnectedNotification(const DistributedNotifi
         observeCommandReplies(product);
         mIsWiredDevice = product == DaemonProtocol::productId;
     }
-    mBusyIndicator->stopAnimation(); // a deletion that nobody answered has left it turning
+    mBusyIndicator->stopAnimation(); // an unanswered deletion leaves it spinning
     loadLatestSettings();
     setProperties();
     setControlsState(true);
     updateUISettings();
     addObserverDeviceAttachment();
-    // What was begun before it went has ended in the daemon.
+    // The daemon has ended everything that was in progress when the keyboard was removed.
     mKeysController->keyboardCameBack();
     mMacrosController->keyboardCameBack();
 }
@@ -146,9 +146,9 @@ void KeyboardMainController::deamonProfileUpdateNotification(const DistributedNo
 void KeyboardMainController::savedNewOTFMNotification(const DistributedNotification &notification)
 {
     const QVariant macros = notification.userInfo.value(DaemonProtocol::allMacros);
-    // Here the active profile itself, not its index.
+    // In this notification the key holds the active profile itself, not its index.
     const QVariant profile = notification.userInfo.value(SettingsKeys::activeProfile);
-    // Anything else is no news; taking it would empty what the next change is built on.
+    // A value of another type is ignored: it would empty the record on which the next change is based.
     if (macros.typeId() == QMetaType::QVariantList)
         mMacrosArray = macros.toList();
     if (profile.typeId() == QMetaType::QVariantMap)
@@ -202,7 +202,7 @@ void KeyboardMainController::clickCommAlertOKButton(QObject *)
 
 void KeyboardMainController::showRestoringStateWindow()
 {
-    mRestoringStateProgress->setRange(0, 0); // no known end: the bar runs
+    mRestoringStateProgress->setRange(0, 0); // the end is unknown: the bar runs
     mRestoringStateWindow->beginSheet(mMainWindow);
 }
 
@@ -215,7 +215,7 @@ void KeyboardMainController::closeRestoringStateWindow()
 
 void KeyboardMainController::relaunchDaemon()
 {
-    // The daemon is only ended here; its supervisor starts it again.
+    // This only ends the daemon; its supervisor starts it again.
     mServices.endProcesses(DaemonProtocol::daemonProcessName);
 }
 
@@ -223,7 +223,7 @@ void KeyboardMainController::relaunchDaemon()
 
 void KeyboardMainController::registerHelpBook()
 {
-    // The string table tells the book, so that help and window are in one language.
+    // The string table names the help book: help and window are in one language.
     HelpViewer::registerBook(localizedText("lkeyHelpBookTitle"), resourcePath(localizedText("lkeyHelpBookFolder")));
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The maintenance tab: it has no function beyond being enabled and disabled. Main thread only.
+// The maintenance tab, which can only be enabled and disabled. Main thread only.
 #pragma once
 
 #include <QObject>
@@ -13,7 +13,7 @@ public:
     explicit KeyboardMaintenanceController(QObject *parent = nullptr);
     ~KeyboardMaintenanceController() override;
 
-    /// The tab's page; whoever shows it takes it into a parent.
+    /// Returns the tab's page. A caller that shows it gives it a parent.
     [[nodiscard]] QWidget *view() const { return mView; }
 
     void setControlsState(bool enabled);

@@ -30,7 +30,7 @@ namespace {
 
 constexpr int logoSize = 40;
 constexpr QSize initialSize(1180, 700);
-constexpr QSize smallestSize(900, 500); // as much as a screen of 1920 by 1080 has at twice the size
+constexpr QSize smallestSize(900, 500); // fits a screen of 1920 by 1080 at twice the size
 
 QLabel *wrappedLabel(const QString &text, QLatin1StringView objectName)
 {
@@ -44,7 +44,8 @@ void makeBold(QLabel *label, qreal scale = 1)
 {
     QFont font = label->font();
     font.setBold(true);
-    font.setPixelSize(qRound(QFontInfo(font).pixelSize() * scale)); // whole, as the picture's are: one font to load
+    font.setPixelSize(
+        qRound(QFontInfo(font).pixelSize() * scale)); // whole, as in the keyboard picture: one font to load
     label->setFont(font);
 }
 
@@ -145,7 +146,7 @@ void MainWindow::addHeaderButton(QHBoxLayout *layout, const char *objectName, co
 
 QWidget *MainWindow::createTabs()
 {
-    // The label names the tab towards the controllers and is never translated; the title is what the user reads.
+    // The controllers identify a tab by its label, which is never translated. The user reads the title.
     struct Tab
     {
         QLatin1StringView label;
@@ -201,7 +202,7 @@ void MainWindow::createDeviceNotFoundSheet()
 
 void MainWindow::createRestoringStateSheet()
 {
-    // It may be up for a moment only: a window of its own would flash, with its frame and its animations.
+    // The sheet may be up for a moment only. A separate window would flash, with its frame and its animations.
     auto *sheet = new Sheet(this, Sheet::Place::insideWindow);
     sheet->setObjectName("mRestoringStateWindow"_L1);
     sheet->setAccessibleName(localizedText("lkeyRestoringStateTitle"));
@@ -214,7 +215,7 @@ void MainWindow::createRestoringStateSheet()
     // The sheet may stay for as long as there is no daemon.
     auto *quit = new QPushButton(localizedText("lkeyQuit"));
     quit->setObjectName("restoringStateQuitButton"_L1);
-    // The sheet may come up under what the user is typing, so no key presses the button unasked.
+    // The sheet may appear while the user is typing, so no key presses the button by accident.
     quit->setAutoDefault(false);
     quit->setFocusPolicy(Qt::TabFocus);
     connect(quit, &QPushButton::clicked, QCoreApplication::instance(), &QCoreApplication::quit);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Assembles the window: header, the five tabs, the two sheets of the hub; connects their actions to the hub.
+// Assembles the window from the header, the five tabs and the two sheets of the hub. Connects their actions to the hub.
 #pragma once
 
 #include "app/mainwindowoutlets.h"
@@ -11,7 +11,7 @@
 class KeyboardMainController;
 class QHBoxLayout;
 
-/// Closing the window quits the program. The window outlives the hub, whose controllers look after its widgets.
+/// Closing the window quits the program. The window outlives the hub, whose controllers use its widgets.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ class MainWindow : public QMainWindow
 public:
     MainWindow();
 
-    /// Builds the content and hands it to `controller`. To be called once, before the window is shown.
+    /// Builds the content and hands it to `controller`. Must be called once, before the window is shown.
     void assemble(KeyboardMainController *controller);
 
 protected:

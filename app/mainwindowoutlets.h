@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The widgets of the main window that the main controller works with; the window assembly fills them in.
+// The widgets of the main window that the main controller uses. MainWindow fills them in.
 #pragma once
 
 class Spinner;

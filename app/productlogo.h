@@ -4,5 +4,5 @@
 
 #include <QPixmap>
 
-/// The mark, `size` device-independent pixels square, crisp at `devicePixelRatio`.
+/// Returns the mark as a square of `size` device-independent pixels, crisp at `devicePixelRatio`.
 [[nodiscard]] QPixmap productLogo(int size, qreal devicePixelRatio);

@@ -39,8 +39,8 @@ QVariant integerVariant(qint64 value)
     return narrow == value ? QVariant(narrow) : QVariant(qlonglong(value));
 }
 
-/// Decodes each object once and shares it with everything that refers to it. What a walk over the tree would meet is
-/// kept as two sums an object, so that a small file that stands for a huge tree is refused without building it.
+/// Decodes each object once and shares it with everything that refers to it. Two sums per object give the size of the
+/// tree below it. A small file that expands to a huge tree is therefore refused without building the tree.
 class Reader
 {
 public:
@@ -61,7 +61,7 @@ private:
         QVariant value;
         quint32 nodes = 1;
         quint32 contentBytes = 0;
-        quint16 height = 0; // containers inside each other, this one included
+        quint16 height = 0; // nested containers, this one included
         State state = State::untouched;
 
         void takeOver(const Object &equal)
@@ -78,7 +78,7 @@ private:
         const Object *object = nullptr; // decoded
         bool isDictionary = false;
     };
-    /// An object's bytes behind its first one, cut to the area of objects.
+    /// An object's bytes after its first one, cut to the area of objects.
     struct Cursor
     {
         const char *at;
@@ -107,7 +107,7 @@ private:
         return mBudget.takeNodes(1);
     }
 
-    /// The object of that number, at its place `depth` (1 for the root); null when it is bad in any way.
+    /// Returns the object with that number when it is valid at its place `depth` (1 for the root), otherwise null.
     Object *decode(quint64 number, int depth)
     {
         if (number >= mObjects.size())
@@ -141,7 +141,7 @@ private:
         case 0x6: return decodeUtf16String(cursor, low, object);
         case 0xa: return decodeContainer(cursor, low, false, object, depth);
         case 0xd: return decodeContainer(cursor, low, true, object, depth);
-        default: return false; // UID, set and what nobody has defined
+        default: return false; // UID, set and undefined types
         }
     }
 
@@ -166,7 +166,7 @@ private:
         return true;
     }
 
-    /// Sixteen bytes, signed: accepted as far as qlonglong or qulonglong hold the value.
+    /// Sixteen bytes, signed: accepted if qlonglong or qulonglong can hold the value.
     static bool decodeWideInteger(quint64 high, quint64 low, Object &object)
     {
         const bool topBit = low >> 63;
@@ -200,8 +200,8 @@ private:
         return true;
     }
 
-    /// Reads an object's count and leaves the cursor behind it; false unless so many units of `unit` bytes follow. The
-    /// bytes are taken as well: objects that share bytes would make a small file a lot of work.
+    /// Reads an object's count and moves the cursor past it. False unless that many units of `unit` bytes follow. No
+    /// other object can take the same bytes: sharing them would make a small file a lot of work.
     bool takeCount(Cursor &cursor, int low, qsizetype unit, qsizetype &count)
     {
         quint64 value = quint64(low);
@@ -263,8 +263,8 @@ private:
         return bigEndian(cursor.at + index * mReferenceSize, mReferenceSize);
     }
 
-    /// A container with the same references as another one is the same value: the entries of most keys are alike in all
-    /// profiles, so this saves most of the work and of the memory.
+    /// Containers with the same references have the same value. The entries of most keys are alike in all profiles, so
+    /// this saves most of the work and of the memory.
     bool decodeContainer(Cursor cursor, int low, bool isDictionary, Object &object, int depth)
     {
         const qsizetype unit = (isDictionary ? 2 : 1) * qsizetype(mReferenceSize);
@@ -310,18 +310,18 @@ private:
             const Object *value = decode(reference(cursor, count + i), depth + 1);
             if (!value || !addSizes(object, *value))
                 return false;
-            // Most files hold their keys in order; then the hint makes this cheap.
+            // Most files hold their keys in order; then the hint makes the insertion cheap.
             const size_t size = entries.size();
             const auto entry = entries.emplace_hint(entries.cend(), stringOf(*key), value->value);
             if (entries.size() == size)
-                entry->second = value->value; // the last of equal keys counts
+                entry->second = value->value; // the last of equal keys applies
         }
         object.value = QVariantMap(std::move(entries));
         return true;
     }
 
-    /// A place in mRecentContainers from the last references, where the values are: only a cache, so containers that
-    /// fall together are no harm.
+    /// Returns a place in mRecentContainers, chosen by the last references, which are the values of a dictionary. It is
+    /// only a cache: a collision does no harm.
     static size_t recentIndex(QByteArrayView references)
     {
         const qsizetype length = std::min<qsizetype>(references.size(), 8);
@@ -347,13 +347,13 @@ private:
 
     QByteArrayView mData;
     qsizetype mObjectsEnd = 0; // where the offset table starts
-    qsizetype mBytesLeft = 0;  // of the objects: what strings, data and containers have not taken yet
+    qsizetype mBytesLeft = 0;  // bytes of the objects that strings, data and containers have not taken yet
     int mOffsetSize = 0;
     int mReferenceSize = 0;
     quint64 mTop = 0;
     std::vector<Object> mObjects;
     std::array<RecentContainer, 1 << recentBits> mRecentContainers;
-    PropertyListBudget mBudget; // of the objects themselves, each counted once: bounds the work
+    PropertyListBudget mBudget; // counts each object once: bounds the work
 };
 
 } // namespace

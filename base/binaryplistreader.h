@@ -10,5 +10,6 @@
 /// True when `data` begins like a binary property list of any version.
 [[nodiscard]] bool isBinaryPropertyList(QByteArrayView data);
 
-/// The tree in `data`; absent when it is damaged, of another version than 1.0 or exceeds a limit of propertylist.h.
+/// Returns the tree in `data`. Absent when `data` is damaged, of another version than 1.0 or exceeds a limit of
+/// propertylist.h.
 [[nodiscard]] std::optional<QVariant> readBinaryPropertyList(QByteArrayView data);

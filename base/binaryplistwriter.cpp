@@ -24,7 +24,7 @@ int bytesFor(quint64 value)
     return value <= 0xff ? 1 : value <= 0xffff ? 2 : value <= 0xffffffff ? 4 : 8;
 }
 
-/// Writes the low `size` bytes of `value`, most significant first; returns where they end.
+/// Writes the low `size` bytes of `value`, most significant first. Returns their end.
 inline char *putBigEndian(char *to, quint64 value, int size)
 {
     for (int shift = (size - 1) * 8; shift >= 0; shift -= 8)
@@ -32,7 +32,7 @@ inline char *putBigEndian(char *to, quint64 value, int size)
     return to;
 }
 
-/// putBigEndian for each of `count` numbers; the size is a constant to the compiler.
+/// Does the same for each of `count` numbers; the size is a constant for the compiler.
 template <typename Number, typename Source> char *putAllBigEndian(char *to, const Source *from, size_t count)
 {
     for (size_t i = 0; i < count; ++i, to += sizeof(Number))
@@ -50,8 +50,8 @@ template <typename Source> char *putAllBigEndian(char *to, const Source *from, s
     }
 }
 
-/// Writes scalars as it meets them while walking the tree; containers follow when the number of objects, and with it
-/// the size of a reference, is known. An object's number is independent of its place in the file.
+/// Writes scalars while it walks the tree. Containers follow when the number of objects, and with it the size of a
+/// reference, is known. An object's number is independent of its place in the file.
 class Writer
 {
 public:
@@ -78,7 +78,7 @@ private:
         size_t firstReference;
         bool isDictionary;
     };
-    /// A string of the tree, which outlives this object. Copies of one string often share their characters.
+    /// A string of the tree; the tree outlives this object. Copies of one string often share their characters.
     struct RecentString
     {
         const QChar *data = nullptr;
@@ -169,7 +169,7 @@ private:
         return container;
     }
 
-    /// A place in mRecentStrings from a few of the characters: only a cache, so strings that fall together are no
+    /// Returns a place in mRecentStrings, chosen by a few of the characters. It is only a cache: a collision does no
     /// harm.
     static size_t recentIndex(const QString &text)
     {
@@ -242,7 +242,7 @@ private:
     {
         if (value < mSmallIntegers.size() && mSmallIntegers[value] != noObject)
             return mSmallIntegers[value];
-        // Eight bytes are read as signed, so what needs the top bit takes sixteen.
+        // Readers take eight bytes as signed, so a value that needs the top bit takes sixteen.
         const int size = value > quint64(std::numeric_limits<qint64>::max()) ? 16 : bytesFor(value);
         std::array<char, 17> bytes{};
         bytes[0] = char(0x10 | std::countr_zero(unsigned(size)));
@@ -260,8 +260,8 @@ private:
         return internFrom(start);
     }
 
-    /// The object number for the scalar encoded from `start` to the end of the output; an equal one's when there is
-    /// one.
+    /// Returns the object number of the scalar encoded from `start` to the end of the output, or of an equal one if
+    /// there is one.
     quint32 internFrom(qsizetype start)
     {
         PlistScalarTable::Entry &entry = mScalars.find(mOutput, start);
@@ -280,7 +280,7 @@ private:
         mOutput.append(bytes.data(), putMarker(bytes.data(), kind, count) - bytes.data());
     }
 
-    /// The first byte of an object with a count, and the count itself where it does not fit that byte.
+    /// Writes the first byte of an object with a count, and the count itself if it does not fit into that byte.
     static char *putMarker(char *to, int kind, quint64 count)
     {
         if (count < 15) {
@@ -330,9 +330,9 @@ private:
 
     PropertyListBudget mBudget;
     QByteArray mOutput;
-    std::vector<quint64> mOffsets; // one an object
+    std::vector<quint64> mOffsets; // one per object
     std::vector<Container> mContainers;
-    std::vector<quint32> mReferences; // of all containers; a dictionary's keys stand before its values
+    std::vector<quint32> mReferences; // of all containers; a dictionary's keys precede its values
     PlistScalarTable mScalars;
     std::array<RecentString, 1 << recentBits> mRecentStrings;
     std::array<quint32, 256> mSmallIntegers = [] {

@@ -7,5 +7,5 @@
 
 #include <optional>
 
-/// As PropertyList::writeBinary.
+/// Does the work of PropertyList::writeBinary.
 [[nodiscard]] std::optional<QByteArray> writeBinaryPropertyList(const QVariant &root);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the configurator, the daemon and kestractl agree on: port names, command numbers, the keys of requests and
-// replies, notification names. docs/daemon-protocol.md explains them for the author of another client.
+// Names and numbers that the configurator, the daemon and kestractl share: ports, commands, keys of requests and
+// replies, notifications. docs/daemon-protocol.md explains them for authors of other clients.
 #pragma once
 
 #include <QLatin1StringView>
@@ -17,7 +17,7 @@ inline constexpr Key daemonProcessName{"QuillKestraDaemon"};
 inline constexpr Key virtualKeyboardPath{"/VirtualKeyboard"}; // an object of the request port's bus name
 inline constexpr Key virtualKeyboardInterface{"org.quillkestra.VirtualKeyboard"};
 inline constexpr Key virtualKeyboardNotInUse{"org.quillkestra.VirtualKeyboard.Error.NotInUse"};       // an error's name
-inline constexpr Key virtualKeyboardNotAttached{"org.quillkestra.VirtualKeyboard.Error.NotAttached"}; // likewise
+inline constexpr Key virtualKeyboardNotAttached{"org.quillkestra.VirtualKeyboard.Error.NotAttached"}; // an error's name
 inline constexpr Key productWord{"Kestra"};
 inline constexpr int productId = 271;
 
@@ -85,7 +85,7 @@ inline constexpr Key messagesArray{"messagesArray"};
 inline constexpr Key singleKey{"singleKey"};
 inline constexpr Key singleKeyModifier{"singleKeyModif"};
 
-// Notification names. The event notifications always carry 271, the reply notification the opened product's number.
+// Notification names. The event notifications always contain 271, the reply notification the opened product's number.
 inline constexpr Key deviceAttached{"Device Attached 271"};
 inline constexpr Key deviceRemoved{"Device Removed 271"};
 inline constexpr Key profileUpdated{"Profile Updated 271"};
@@ -95,10 +95,11 @@ inline constexpr Key illuminationUpdated{"Illumination Updated 271"};
 inline constexpr Key singleKeyEvent{"SingleKeyEvent271"};
 inline constexpr Key gameModePressed{"Game Mode Pressed 271"};
 inline constexpr Key macroSequenceNotification{"MacroSequence271"};
-// While a macro's event is edited, captured keys are announced under this other number. Deliberate: both are literals.
+// While an event of a macro is edited, captured keys are announced under this other number. Deliberate: both are
+// literals.
 inline constexpr Key editedEventKey{"SingleKeyEvent1048"};
 
-/// "commandReplyNotification%d" with the product identifier.
+/// Returns "commandReplyNotification%d" with the product identifier.
 inline QString commandReplyNotification(int product)
 {
     return QStringLiteral("commandReplyNotification%1").arg(product);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the machine's keyboards are told on the bus and kept on disk: the object, its errors, and the keys of its
-// dictionaries. docs/daemon-protocol.md explains them.
+// Names for the machine's keyboards on the bus and on disk: the object, its errors, and the keys of its dictionaries.
+// docs/daemon-protocol.md explains them.
 #pragma once
 
 #include <QLatin1StringView>
@@ -16,7 +16,7 @@ inline constexpr Key unknownError{"org.quillkestra.Devices.Error.Unknown"};
 inline constexpr Key refusedError{"org.quillkestra.Devices.Error.Refused"};
 inline constexpr Key notKeptError{"org.quillkestra.Devices.Error.NotKept"};
 
-// A keyboard; the first four also in the file of the kept choice
+// A keyboard; the first four are also in the file of the kept choice
 inline constexpr Key vendor{"Vendor"};
 inline constexpr Key product{"Product"};
 inline constexpr Key serial{"Serial"};
@@ -25,7 +25,7 @@ inline constexpr Key id{"Id"};
 inline constexpr Key name{"Name"};
 inline constexpr Key nodes{"Nodes"};
 inline constexpr Key isInUse{"InUse"};
-inline constexpr Key problem{"Problem"}; // also of the status
+inline constexpr Key problem{"Problem"}; // also in the status
 
 // The status
 inline constexpr Key state{"State"};

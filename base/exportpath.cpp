@@ -7,7 +7,7 @@ QString exportFileName(QString name, const QString &suffix)
 {
     constexpr qsizetype maximumBytes = 255;
     const qsizetype left = maximumBytes - 1 - QFile::encodeName(suffix).size();
-    name.truncate(left); // no character has less than a byte
+    name.truncate(left); // every character has at least one byte
     while (!name.isEmpty() && (name.back().isHighSurrogate() || QFile::encodeName(name).size() > left))
         name.chop(1);
     return name;

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The system's limit for the size of files (RLIMIT_FSIZE), for the start of a program. Call it before other threads
-// run.
+// Handles the system's limit for the size of files (RLIMIT_FSIZE), at the start of a program before other threads run.
 #pragma once
 
 #include <csignal>
 
-/// A write beyond the limit fails with an error, as on a full disk. Without this it ends the program. Programs that are
-/// started have the usual handling again: they inherit no handler, but would inherit that a signal is ignored.
+/// Makes a write beyond the limit fail with an error, as on a full disk, instead of ending the program. A handler
+/// serves better than ignoring the signal: programs that this one starts inherit only the latter.
 inline void makeFileSizeLimitAnError()
 {
     std::signal(SIGXFSZ, [](int) {});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the application in front is told on the bus. docs/daemon-protocol.md explains it.
+// Names for the application in front on the bus. docs/daemon-protocol.md explains them.
 #pragma once
 
 #include <QLatin1StringView>
@@ -12,6 +12,6 @@ using Key = QLatin1StringView;
 inline constexpr Key objectPath{"/FrontApplication"};
 inline constexpr Key interfaceName{"org.quillkestra.FrontApplication"};
 
-inline constexpr Key noSource{"none"}; ///< the "Source" where nothing tells of windows
+inline constexpr Key noSource{"none"}; ///< the "Source" when nothing reports windows
 
 } // namespace FrontApplicationKeys

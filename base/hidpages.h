@@ -4,7 +4,7 @@
 
 #include <QtGlobal>
 
-/// Of the USB HID Usage Tables; the keyboard's keys are in section 10.
+/// From the USB HID Usage Tables; the keyboard's keys are in section 10.
 namespace HidPages {
 
 inline constexpr quint16 keyboard = 0x07; // Keyboard/Keypad page

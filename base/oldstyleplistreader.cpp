@@ -9,8 +9,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What "\200" to "\377" stand for: the upper half of the NEXTSTEP character set
-/// (unicode.org, MAPPINGS/VENDORS/NEXT/NEXTSTEP.TXT), in which this form was born.
+/// The characters of "\200" to "\377": the upper half of the NEXTSTEP character set (unicode.org,
+/// MAPPINGS/VENDORS/NEXT/NEXTSTEP.TXT), the original character set of this form.
 constexpr std::array<char16_t, 128> nextStepUpperHalf = {
     0x00A0, 0x00C0, 0x00C1, 0x00C2, 0x00C3, 0x00C4, 0x00C5, 0x00C7, 0x00C8, 0x00C9, 0x00CA, 0x00CB, 0x00CC,
     0x00CD, 0x00CE, 0x00CF, 0x00D0, 0x00D1, 0x00D2, 0x00D3, 0x00D4, 0x00D5, 0x00D6, 0x00D9, 0x00DA, 0x00DB,
@@ -23,7 +23,7 @@ constexpr std::array<char16_t, 128> nextStepUpperHalf = {
     0x0141, 0x00D8, 0x0152, 0x00BA, 0x00F2, 0x00F3, 0x00F4, 0x00F5, 0x00F6, 0x00E6, 0x00F9, 0x00FA, 0x00FB,
     0x0131, 0x00FC, 0x00FD, 0x0142, 0x00F8, 0x0153, 0x00DF, 0x00FE, 0x00FF, 0xFFFD, 0xFFFD};
 
-/// The value of a hexadecimal digit, -1 for any other character.
+/// Returns the value of a hexadecimal digit, or -1 for any other character.
 int hexadecimalDigit(QChar character)
 {
     const char16_t c = character.unicode();
@@ -41,7 +41,7 @@ bool isOctalDigit(QChar character)
     return character >= u'0' && character <= u'7';
 }
 
-/// Characters that a string may have without quotes.
+/// True for a character that a string may have without quotes.
 bool isUnquoted(QChar character)
 {
     const char16_t c = character.unicode();
@@ -74,7 +74,7 @@ private:
         return true;
     }
 
-    /// Skips space and comments; false for a comment without an end.
+    /// Skips space and comments; false if a comment has no end.
     bool skipSpace()
     {
         while (mAt < mText.size()) {
@@ -99,7 +99,7 @@ private:
     {
         if (QStringView(u"{(<").contains(peek()))
             return readValue(root, 1);
-        // A file of strings: entries to its end.
+        // A file of strings has entries up to its end.
         return mBudget.takeNodes(1) && readEntries(root, 1, [this] { return mAt == mText.size(); });
     }
 
@@ -126,7 +126,7 @@ private:
                && readEntries(value, depth, [this] { return take(u'}'); });
     }
 
-    /// The entries until `takeEnd`. The semicolon behind the last one may be missing before a brace.
+    /// Reads the entries until `takeEnd`. The semicolon after the last one may be missing before a brace.
     template <typename TakeEnd> bool readEntries(QVariant &value, int depth, TakeEnd takeEnd)
     {
         QVariantMap dictionary;
@@ -146,7 +146,7 @@ private:
         return true;
     }
 
-    /// A comma behind the last element is allowed.
+    /// A comma after the last element is allowed.
     bool readArray(QVariant &value, int depth)
     {
         QVariantList array;
@@ -215,7 +215,8 @@ private:
         return take(quote) && mBudget.takeContent(quint64(text.size()) * 2);
     }
 
-    /// What stands behind a backslash: a letter with a meaning, \Uxxxx, an octal code, or the character meant itself.
+    /// Reads what follows a backslash: a letter with a meaning, \Uxxxx, an octal code, or a character that means
+    /// itself.
     QChar readEscape()
     {
         const QChar letter = mText[mAt];
@@ -244,7 +245,7 @@ private:
         return code < 0x80 ? QChar(char16_t(code)) : QChar(nextStepUpperHalf[size_t(code - 0x80)]);
     }
 
-    /// A UTF-16 code unit in up to four hexadecimal digits; with none it is the letter U itself.
+    /// Reads a UTF-16 code unit of up to four hexadecimal digits. Without any, returns the letter U itself.
     QChar readUnicode()
     {
         if (hexadecimalDigit(peek()) < 0)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reads the old-style text form of a property list, { key = value; }, for PropertyList::read. No state; any thread.
-// A file of strings, key = value; without the braces, is such a dictionary, too.
+// Reads the old-style text form of a property list, { key = value; }, for PropertyList::read. No state; any thread. A
+// file of strings, key = value; without the braces, is also such a dictionary.
 #pragma once
 
 #include <QStringView>
@@ -8,6 +8,6 @@
 
 #include <optional>
 
-/// The tree in `text`: dictionaries, arrays, strings and data are all that this form can say.
-/// Absent when `text` is malformed, is a string alone, or exceeds a limit of propertylist.h.
+/// Returns the tree in `text`. This form has only dictionaries, arrays, strings and data. Absent when `text` is
+/// malformed, is a string alone, or exceeds a limit of propertylist.h.
 [[nodiscard]] std::optional<QVariant> readOldStylePropertyList(QStringView text);

@@ -39,7 +39,7 @@ qint32 PlistNumbers::integerValue(const QVariant &value)
     case QMetaType::Float:
     case QMetaType::Double: {
         const double number = value.toDouble();
-        // Also false for not-a-number; the conversion would be undefined.
+        // Also false for not-a-number, whose conversion would be undefined.
         return std::abs(number) < beyond64Bits ? static_cast<qint32>(static_cast<qint64>(number)) : 0;
     }
     case QMetaType::QString: return leadingInteger(value.toString());

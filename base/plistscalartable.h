@@ -8,8 +8,8 @@
 
 #include <vector>
 
-/// Object numbers of the scalars written so far, found by their encoded bytes: the first byte tells the types apart,
-/// so 1, true and 1.0 are never taken for each other. Open addressing, at most half full.
+/// Object numbers of the scalars written so far, found by their encoded bytes. The first byte contains the type, so 1,
+/// true and 1.0 are never taken for each other. Open addressing, at most half full.
 class PlistScalarTable
 {
 public:
@@ -23,13 +23,13 @@ public:
         quint32 object = noObject;
     };
 
-    /// The entry whose bytes in `output` equal those from `start` to the end, or a free one to be filled.
+    /// Returns the entry whose bytes in `output` equal those from `start` to the end, or a free one to fill.
     Entry &find(const QByteArray &output, qsizetype start)
     {
         if ((mUsed + 1) * 2 > mEntries.size())
             grow();
         const QByteArrayView bytes = QByteArrayView(output).sliced(start);
-        // Seeded: a file made to collide must not make saving it slow.
+        // Seeded: a file made to collide must not make its saving slow.
         const size_t hash = qHashBits(bytes.data(), size_t(bytes.size()), mSeed);
         for (size_t at = hash;; ++at) {
             Entry &entry = mEntries[at & (mEntries.size() - 1)];

@@ -19,8 +19,8 @@
 
 namespace {
 
-/// The text of `data` in the encoding of its byte order mark, UTF-8 without one; absent when it is not in that
-/// encoding.
+/// Returns the text of `data` in the encoding of its byte order mark, or in UTF-8 without one. Absent when `data` is
+/// not in that encoding.
 std::optional<QString> decodedText(QByteArrayView data)
 {
     const auto encoding = QStringConverter::encodingForData(data);
@@ -31,7 +31,7 @@ std::optional<QString> decodedText(QByteArrayView data)
 
 std::optional<QVariant> readText(QByteArrayView data)
 {
-    // Only bytes without a mark can be in an encoding that the XML declaration has to tell.
+    // Only bytes without a byte order mark can be in an encoding that the XML declaration names.
     const QByteArrayView start = data.first(std::min<qsizetype>(data.size(), 256));
     if (!QStringConverter::encodingForData(data) && isXmlPropertyList(QString::fromLatin1(start)))
         return readXmlPropertyList(data);
@@ -41,8 +41,8 @@ std::optional<QVariant> readText(QByteArrayView data)
     return isXmlPropertyList(*text) ? readXmlPropertyList(*text) : readOldStylePropertyList(*text);
 }
 
-/// Makes a rename inside `folder` survive a power loss. True also where the file system says that it has no such thing
-/// for folders: there is nothing else to be done then.
+/// Makes a rename inside `folder` survive a power loss. Also true if the file system cannot flush folders: nothing else
+/// can be done then.
 bool flushFolder(const QString &folder)
 {
     const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -72,7 +72,8 @@ PropertyList::FileBytes PropertyList::readFileBytes(const QString &path)
     QFile file(path);
     if (const QString error = openRegularFile(file); !error.isEmpty())
         return {.data = {}, .error = error};
-    // Some regular files, as those of the system's state, do not tell their size, so the bound is on what is read.
+    // Some regular files, such as those of the system's state, do not report their size, so the limit applies to the
+    // bytes read.
     QByteArray data = readUpTo(file, maximumInputBytes + 1);
     if (file.error() != QFileDevice::NoError)
         return {.data = {}, .error = file.errorString()};
@@ -96,8 +97,8 @@ bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &da
         return false;
     };
     QSaveFile file(path); // flushes the new file to the disk before it renames it
-    // Unbuffered: behind a buffer Qt takes the short write of a disk that fills up in the middle for a whole one. The
-    // next write has the reason for it.
+    // Unbuffered: with a buffer, Qt takes the short write on a disk that fills up for a whole one. The next write
+    // reports the reason.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fail(file.errorString());
     for (qsizetype done = 0; done < data.size();) {
@@ -108,6 +109,6 @@ bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &da
     }
     if (!file.commit())
         return fail(file.errorString());
-    // The folder of the file itself, where `path` is a symbolic link to it.
+    // If `path` is a symbolic link, this is the folder of the file itself.
     return flushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path()) || fail(qt_error_string(errno));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Counts what a reader or the writer has taken of the limits in propertylist.h. Belongs to one call on one thread.
+// Counts how much of the limits in propertylist.h a reader or the writer has used. Belongs to one call on one thread.
 #pragma once
 
 #include "base/propertylist.h"
@@ -7,9 +7,9 @@
 class PropertyListBudget
 {
 public:
-    /// Takes `count` values or keys; false, for good, once there are more than allowed.
+    /// Takes `count` values or keys; permanently false once there are more than allowed.
     [[nodiscard]] bool takeNodes(quint64 count) { return take(mNodesLeft, count); }
-    /// Takes `bytes` of string or data content; false, for good, once there are more than allowed.
+    /// Takes `bytes` of string or data content; permanently false once there are more than allowed.
     [[nodiscard]] bool takeContent(quint64 bytes) { return take(mContentLeft, bytes); }
 
 private:

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Why the open file `descriptor` is not a regular file; empty when it is one.
+/// Returns why the open file `descriptor` is not a regular file; empty when it is one.
 QString problemOf(int descriptor)
 {
     struct stat status = {};
@@ -26,10 +26,10 @@ QString problemOf(int descriptor)
 
 QString openRegularFile(QFile &file)
 {
-    if (file.fileName().contains(QChar::Null)) // the system would see another name
+    if (file.fileName().contains(QChar::Null)) // the system would see a different name
         return qt_error_string(ENOENT);
-    // The file is opened before it is looked at, because another one may take its place in between. Opening a pipe does
-    // not wait for a writer.
+    // The file is opened before it is examined, because another one may replace it in between. Opening a pipe does not
+    // wait for a writer.
     const int descriptor =
         ::open(QFile::encodeName(file.fileName()).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0)

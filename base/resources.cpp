@@ -19,15 +19,15 @@ bool holdsFactorySettings(const QVariantMap &plist)
     return plist.value(SettingsKeys::defaultSettings).typeId() == QMetaType::QVariantMap;
 }
 
-/// Whether both have the same factory settings, the types of all values included.
+/// True if both have the same factory settings, including the types of all values.
 bool haveSameFactorySettings(const QVariantMap &one, const QVariantMap &other)
 {
     return PropertyList::writeBinary(one.value(SettingsKeys::defaultSettings))
            == PropertyList::writeBinary(other.value(SettingsKeys::defaultSettings));
 }
 
-/// What the user's copy must have: `plist`, which is `installed` as it was read, and what the program remembers in the
-/// copy that it replaces, `old`. Empty when it cannot be written.
+/// Returns the content for the user's copy: `plist` with the values that the program stored in the older copy, `old`.
+/// `installed` has the bytes of `plist`. Empty when the content cannot be serialised.
 QByteArray copyContent(const QByteArray &installed, QVariantMap plist, const QVariantMap &old)
 {
     const QVariant remembered = old.value(SettingsKeys::deviceInfo);
@@ -59,7 +59,7 @@ QString kestraPlistPath()
 {
     const QString fileName = u"Kestra.plist"_s;
     const QString installed = resourcePath(fileName);
-    // Saving replaces the file by a rename, so the folder must be writable too.
+    // Saving replaces the file by a rename, so the folder must also be writable.
     if (QFileInfo(installed).isWritable() && QFileInfo(resourceFolder()).isWritable())
         return installed;
     const QDir userFolder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quill-kestra"_s);
@@ -67,12 +67,12 @@ QString kestraPlistPath()
     const QVariantMap present = PropertyList::readPropertyListFile(copy).value_or(QVariantMap());
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(installed);
     const QVariantMap factory = QlCoreUtility::convertDataToDictionary(bytes.data).value_or(QVariantMap());
-    // The copy serves also where it cannot be brought up to date.
+    // The copy is also used when it cannot be brought up to date.
     const QString fallback = holdsFactorySettings(present) ? copy : installed;
     if (!holdsFactorySettings(factory) || haveSameFactorySettings(present, factory))
         return fallback;
     const QByteArray content = copyContent(bytes.data, factory, present);
-    // Written as a whole, so that a kill leaves no half a copy.
+    // Written as a whole: a kill leaves no partial copy.
     if (content.isEmpty() || !userFolder.mkpath(u"."_s) || !PropertyList::writeFileAtomically(copy, content))
         return fallback;
     return copy;

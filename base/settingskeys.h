@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Dictionary keys of the settings document and of the records in it. They are on disk and on the wire: never rename
-// one.
+// Dictionary keys of the settings document and of its records. They are on disk and on the wire: never rename one.
 #pragma once
 
 #include <QLatin1StringView>

@@ -4,7 +4,7 @@
 
 #include <QLatin1StringView>
 
-/// On the wire: never renumber one. docs/daemon-protocol.md explains them.
+/// The numbers are on the wire: never change one. docs/daemon-protocol.md explains them.
 enum class Status : int {
     ok = 0,
     unknownCommand = 1,

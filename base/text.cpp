@@ -25,8 +25,8 @@ void installTexts(const QString &folder, const QStringList &languages)
             return;
         if (!install(name, folder))
             continue;
-        // The texts of Qt's own panels, where the system has them in this language: under any of its names, since Qt
-        // calls "zh_CN" what the desktop may call "zh_Hans_CN" first.
+        // Qt's own panels use texts that the system may have in this language. They may be under any of its names: Qt
+        // uses "zh_CN" where the desktop may list "zh_Hans_CN" first.
         const QString qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
         for (const QString &other : names) {
             if (baseOf(other) == baseOf(name) && install(u"qtbase_"_s + other, qtFolder))

@@ -12,9 +12,9 @@ QString uniqueName(const QStringList &names, const QString &base)
     for (const QString &name : names)
         ++occurrences[name];
 
-    // The rule is told as passes over the list, as many as it has names, each adding its hits and renaming the
-    // candidate at its end. A pass adds what the candidate occurs; one without a hit changes nothing, so all later ones
-    // do not either.
+    // The rule is defined as passes over the list, one for each of its names. Each pass adds the number of times that
+    // the candidate occurs, and renames the candidate at its end. A pass without a hit changes nothing, and neither do
+    // all later ones.
     QString candidate = base;
     qsizetype matches = 0;
     for (qsizetype pass = 0; pass < names.size(); ++pass) {

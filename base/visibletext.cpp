@@ -23,8 +23,8 @@ bool isInvisible(char32_t character)
     }
 }
 
-/// `text` with `replacement(character)` for each invisible character. A surrogate without its other half, which no
-/// encoding can have, becomes the replacement character.
+/// Returns `text` with `replacement(character)` for each invisible character. A surrogate without its other half, which
+/// no encoding can have, becomes the replacement character.
 template <typename Replacement> QString replaced(const QString &text, Replacement replacement)
 {
     QString result;
@@ -41,7 +41,7 @@ template <typename Replacement> QString replaced(const QString &text, Replacemen
 
 QString jsonEscape(char32_t character)
 {
-    if (character == U'\n') // between the values; in a string it is escaped already
+    if (character == U'\n') // between the values; within a string it is already escaped
         return u"\n"_s;
     QString escape;
     for (const char16_t unit : QChar::fromUcs4(character))

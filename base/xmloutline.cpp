@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Passes over the text once. Every skip… function starts on the first character of its markup; when it returns true,
+/// Passes over the text once. Every skip… function starts at the first character of its markup. When it returns true,
 /// it has passed the last one.
 class Scanner
 {
@@ -64,7 +64,8 @@ private:
         return skipTag(Quoted::anywhere) && !mText.sliced(start, mAt - start).contains(u'[');
     }
 
-    /// The XML declaration has attributes, as an element has; in other instructions quotes have no meaning.
+    /// True for the XML declaration, which has attributes like an element. In other instructions quotes have no
+    /// meaning.
     static bool isDeclaration(QStringView markup)
     {
         return markup.startsWith("<?xml"_L1) && markup.size() > 5 && isSpace(markup[5]);
@@ -104,7 +105,7 @@ private:
     /// Where text in quotes may be. The parser stops at the first that is elsewhere.
     enum class Quoted { asValue, anywhere };
 
-    /// Anything up to a > outside quotes. Text in quotes is the value of an attribute.
+    /// Skips everything up to a > outside quotes. Text in quotes is the value of an attribute.
     bool skipTag(Quoted quoted = Quoted::asValue)
     {
         int attributes = 0;

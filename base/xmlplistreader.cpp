@@ -15,14 +15,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Recursive descent over the element tree. Every read… function starts on a value's start element and, when it returns
-/// true, has consumed its end element.
+/// Recursive descent over the element tree. Every read… function starts at a value's start element. When it returns
+/// true, it has consumed the end element.
 class Reader
 {
 public:
     explicit Reader(const QString &text) : mXml(text)
     {
-        // A property list has no namespaces; the parser would compare each element with all that are declared.
+        // A property list has no namespaces. With them, the parser would compare each element with all declared ones.
         mXml.setNamespaceProcessing(false);
     }
 
@@ -41,7 +41,7 @@ public:
     }
 
 private:
-    /// Moves to the next start element; false at the end of the surrounding element, and for good after an error.
+    /// Moves to the next start element. False at the end of the surrounding element, and permanently after an error.
     bool nextElement()
     {
         while (!mFailed && !mXml.atEnd()) {
@@ -129,8 +129,8 @@ private:
         return readText().trimmed().isEmpty() && !mFailed ? true : fail();
     }
 
-    /// The text up to the end of the element; nothing but text may stand there. (QXmlStreamReader::readElementText
-    /// would pass over entities that it does not know.)
+    /// Returns the text up to the end of the element, which may contain only text. (QXmlStreamReader::readElementText
+    /// would skip entities that it does not know.)
     QString readText()
     {
         QString text = u""_s;
@@ -152,7 +152,7 @@ private:
         return true;
     }
 
-    /// Decimal, or hexadecimal behind 0x, with an optional sign; from INT64_MIN to UINT64_MAX.
+    /// Accepts a decimal number, or a hexadecimal one after 0x, with an optional sign; from INT64_MIN to UINT64_MAX.
     static bool parseInteger(const QString &text, QVariant &value)
     {
         QStringView digits = QStringView(text).trimmed();
@@ -179,7 +179,7 @@ private:
         return true;
     }
 
-    /// Whether `text` is digits with an optional sign, fraction and exponent, in lower case.
+    /// True if `text` is digits with an optional sign, fraction and exponent, in lower case.
     static bool isDecimalNumber(QStringView text)
     {
         const auto take = [&text](QStringView characters) {
@@ -210,7 +210,8 @@ private:
         number.replace("infinity"_L1, "inf"_L1);
         bool ok = false;
         const double real = number.toDouble(&ok);
-        // Out of range, toDouble() fails, with infinity or zero as its result; as strtod does, these are the number.
+        // For a number out of range, toDouble() fails, with infinity or zero as its result. As in strtod, this is the
+        // number.
         value = ok ? real : std::copysign(real, number.startsWith(u'-') ? -1.0 : 1.0);
         return ok || isDecimalNumber(number);
     }
@@ -219,7 +220,7 @@ private:
     {
         QByteArray characters = text.toUtf8();
         characters.removeIf([](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; });
-        if (characters.size() % 4 != 0) // which the decoder would not mind
+        if (characters.size() % 4 != 0) // the decoder would accept it
             return false;
         const auto decoded =
             QByteArray::fromBase64Encoding(std::move(characters), QByteArray::AbortOnBase64DecodingErrors);
@@ -227,7 +228,7 @@ private:
         return bool(decoded);
     }
 
-    /// "2011-05-17T09:30:00Z", always UTC.
+    /// Accepts "2011-05-17T09:30:00Z", always UTC.
     static bool parseDate(const QString &text, QVariant &value)
     {
         const QString trimmed = text.trimmed();
@@ -249,7 +250,7 @@ private:
     bool mFailed = false;
 };
 
-/// The encoding that the declaration at the start of `data` names; UTF-8 where there is none. Absent when the
+/// Returns the encoding that the declaration at the start of `data` names, or UTF-8 if it names none. Absent when the
 /// declaration is not well-formed.
 std::optional<QByteArray> declaredEncoding(QByteArrayView data)
 {

@@ -11,9 +11,9 @@
 /// True when `text` begins like XML rather than like old-style data ("<0fbd>").
 [[nodiscard]] bool isXmlPropertyList(QStringView text);
 
-/// The tree in `data`, in the encoding that its byte order mark or declaration names. A real out of the range of a
-/// double is infinity or zero, with its sign. Absent when it is not well-formed, not a property list, or exceeds a
-/// limit of propertylist.h or xmloutline.h.
+/// Returns the tree in `data`, in the encoding that its byte order mark or declaration names. A real out of the range
+/// of a double is infinity or zero, with its sign. Absent when `data` is not well-formed, is not a property list, or
+/// exceeds a limit of propertylist.h or xmloutline.h.
 [[nodiscard]] std::optional<QVariant> readXmlPropertyList(QByteArrayView data);
-/// The same for text that has been decoded already.
+/// Does the same for decoded text.
 [[nodiscard]] std::optional<QVariant> readXmlPropertyList(const QString &text);

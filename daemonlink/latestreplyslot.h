@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The process's latest reply: the reply-port thread puts it in, the thread that sent a request takes it out.
+// The process's latest reply. The reply-port thread stores it, and the thread that sent a request takes it out.
 #pragma once
 
 #include <QVariantMap>
@@ -10,26 +10,26 @@
 #include <mutex>
 #include <optional>
 
-/// One place for one reply; a newer reply replaces an older one. Every operation is atomic; any thread may call it.
-/// A reply is not matched to the request that caused it: the next waiter takes whatever is there. Deliberate.
+/// One place for one reply; a newer reply replaces an older one. Every operation is atomic; any thread may call it. A
+/// reply is not matched to its request: the next waiter takes whatever is there. Deliberate.
 class LatestReplySlot
 {
 public:
-    /// The slot of this process.
+    /// Returns the slot of this process.
     static LatestReplySlot &shared();
 
-    /// A copy of the reply held, if any.
+    /// Returns a copy of the reply held, if any.
     [[nodiscard]] std::optional<QVariantMap> read() const;
 
-    /// Puts `reply` in the place of whatever was there.
+    /// Stores `reply` in place of the reply held, if any.
     void replace(QVariantMap reply);
 
     void clear();
 
-    /// The reply held, if any; the slot is empty afterwards.
+    /// Returns the reply held, if any, and empties the slot.
     [[nodiscard]] std::optional<QVariantMap> take();
 
-    /// The same where `isWanted` accepts the reply; otherwise the slot is left as it is.
+    /// Does the same if `isWanted` accepts the reply; otherwise leaves the slot unchanged.
     [[nodiscard]] std::optional<QVariantMap> takeIf(const std::function<bool(const QVariantMap &)> &isWanted);
 
     [[nodiscard]] bool holdsReply() const;

@@ -15,7 +15,7 @@ ReplyPort::~ReplyPort()
 {
     quit();
     wait();
-    const std::scoped_lock lock(mMutex); // what the thread did is done, in the order that the language knows of
+    const std::scoped_lock lock(mMutex); // the lock orders this after the thread's last change
 }
 
 bool ReplyPort::waitUntilServing(int limitMs)

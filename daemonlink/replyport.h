@@ -8,8 +8,8 @@
 #include <condition_variable>
 #include <mutex>
 
-/// start() begins to serve; the thread runs until the object is destroyed. Replies go to LatestReplySlot::shared().
-/// Where another process has the port's name, the port serves nothing and says nothing.
+/// Serves from start() until the object is destroyed. Replies go to LatestReplySlot::shared(). If another process has
+/// the port's name, the port serves nothing and reports nothing.
 class ReplyPort : public QThread
 {
     Q_OBJECT
@@ -18,7 +18,8 @@ public:
     explicit ReplyPort(QString portName, QObject *parent = nullptr);
     ~ReplyPort() override;
 
-    /// Blocks until the port is registered or has failed to be, at most `limitMs` milliseconds; true when it serves.
+    /// Blocks until the port is registered or its registration has failed, at most `limitMs` milliseconds. True if it
+    /// serves.
     bool waitUntilServing(int limitMs);
 
 protected:
