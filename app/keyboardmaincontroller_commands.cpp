@@ -250,7 +250,8 @@ void KeyboardMainController::deleteMacroAtIndex(int macroIndex)
     const std::optional<QVariantMap> reply =
         replyTo(Command::deleteMacro, DaemonCommands::deleteMacro(mDevicePID, replyPortName, macroIndex));
     const bool isDeleted = isSuccess(reply);
-    // The keys tab still holds the macros as they were before: the clean-up counts the deleted one. Deliberate.
+    // The keys tab still holds the old list of macros, so the clean-up includes the deleted macro in its count.
+    // Deliberate.
     if (isDeleted)
         mKeysController->removeDeletedMacroProfileMappingsForMapping(macroIndex,
                                                                      int(KeyMappings::Assignment::playMacro));

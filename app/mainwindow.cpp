@@ -44,8 +44,7 @@ void makeBold(QLabel *label, qreal scale = 1)
 {
     QFont font = label->font();
     font.setBold(true);
-    font.setPixelSize(
-        qRound(QFontInfo(font).pixelSize() * scale)); // whole, as in the keyboard picture: one font to load
+    font.setPixelSize(qRound(QFontInfo(font).pixelSize() * scale)); // whole, as in the picture: one font to load
     label->setFont(font);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures that are painted once for all who show the same one. Main thread only.
+// Pictures that are painted once and shared by all widgets that show them. Main thread only.
 #pragma once
 
 #include <QPixmap>
@@ -10,14 +10,14 @@
 
 class QPainter;
 
-/// An empty picture of `size` in device-independent pixels.
+/// Returns an empty picture of `size` in device-independent pixels.
 [[nodiscard]] QPixmap transparentPixmap(const QSizeF &size, qreal devicePixelRatio);
 
-/// A key for a picture named `name` that depends on `numbers`: the numbers as they are in memory, since writing them in
-/// digits takes longer than painting a small picture.
+/// Returns a key for the picture `name` that depends on `numbers`. The key contains the bytes of the numbers: writing
+/// them as digits takes longer than painting a small picture.
 [[nodiscard]] QString pixmapKey(QLatin1StringView name, std::initializer_list<quint32> numbers);
 
-/// The picture that QPixmapCache keeps under `key`, which names everything that it depends on; when there is none,
-/// `paint` paints it first, on a transparent ground of `size` (device-independent pixels).
+/// Returns the picture that QPixmapCache has under `key`, which names everything that the picture depends on. If there
+/// is none, `paint` first paints it on a transparent ground of `size` (device-independent pixels).
 [[nodiscard]] QPixmap cachedPixmap(const QString &key, const QSizeF &size, qreal devicePixelRatio,
                                    const std::function<void(QPainter &)> &paint);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Life cycle, selection of a key and redrawing. The pop-ups are in keysassignment.cpp, single-key capture, game mode
-// and the function-key notice in keyscapture.cpp, the widgets in keysview.cpp.
+// Life cycle, selection of a key and redrawing. The pop-ups are in keysassignment.cpp, the widgets in keysview.cpp.
+// Single-key capture, game mode and the function-key notice are in keyscapture.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
 #include "base/plistnumbers.h"
@@ -179,7 +179,7 @@ void KeyboardKeysController::setControlsState(bool isEnabled)
     mHasDeviceConnected = isEnabled;
     if (!isEnabled) {
         mSheetSubject.end();
-        updatePopUpSelection(); // the choice that opened what has just ended
+        updatePopUpSelection(); // undoes the choice that opened the ended sheet or panel
     }
     for (KeyButton *button : mPicture->buttons())
         button->setEnabled(isEnabled);
@@ -187,7 +187,7 @@ void KeyboardKeysController::setControlsState(bool isEnabled)
     mMarksLegend->setEnabled(isEnabled);
     mAssignFunction->setEnabled(isEnabled);
     mMacroPlaybackPopUp->setEnabled(isEnabled);
-    // A disabled label is drawn in the disabled text colour of whatever palette is in use.
+    // A disabled label has the disabled text colour of the palette in use.
     mAssignLabel->setEnabled(isEnabled);
     mPlaybackOptionLabel->setEnabled(isEnabled);
 }
@@ -206,10 +206,10 @@ void KeyboardKeysController::checkLastSelectedKey()
 
 void KeyboardKeysController::saveLastSelectedKey()
 {
-    // Before the first refresh no key was selected; the one saved last stays.
+    // Before the first refresh no key is selected; the one saved last stays.
     if (mIsFirstLaunch)
         return;
-    // Read again: this file is shared with whoever reads the factory settings, and a damaged one is not replaced.
+    // The file is read again because it also holds the factory settings. A damaged one is not replaced.
     QVariantMap plist = readKestraPlist();
     if (plist.isEmpty())
         return;
@@ -225,7 +225,7 @@ void KeyboardKeysController::removeDeletedMacroProfileMappingsForMapping(int del
 {
     if (!mKeysDelegate)
         return;
-    // The main controller calls this before it refreshes the macros and after it refreshed the profiles.
+    // The main controller calls this before it refreshes the macros and after it has refreshed the profiles.
     const std::optional<QVariantList> repaired = KeyMappings::removeDeletedMacroProfileMappings(
         mAllProfilesArray, mAllMacrosArray, mDefaultDict, deletedIndex, mappingType);
     if (repaired)

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The keys tab: the keyboard picture, the assignment pop-up and what goes with it. The main controller owns it, hands
-// it the settings through the setters and drives it with populateUIControls() and updateUISettings(). It never changes
-// what it was handed: each change goes out through the delegate and comes back by updateUISettings(). Main thread only.
+// The keys tab: the keyboard picture, the assignment pop-up and the controls around them. The main controller owns the
+// tab, passes it the settings through the setters and drives it with populateUIControls() and updateUISettings(). The
+// tab never changes these settings: each change goes to the delegate and returns by updateUISettings(). Main thread
+// only.
 #pragma once
 
 #include "keys/keybutton.h"
@@ -39,9 +40,9 @@ public:
     explicit KeyboardKeysController(QObject *parent = nullptr);
     ~KeyboardKeysController() override;
 
-    /// The content of the tab. Made with the controller; belongs to the window that takes it in, or to the controller.
+    /// Returns the content of the tab. The controller creates and owns it until a window adds it.
     [[nodiscard]] QWidget *view() const { return mView; }
-    /// To be called once, when the window is put together.
+    /// Must be called once, when the window is assembled.
     void awakeFromNib();
 
     [[nodiscard]] QVariantMap deviceSettingsDict() const { return mDeviceSettingsDict; }
@@ -74,20 +75,20 @@ public:
     [[nodiscard]] qint32 singleKeyModifierCode() const { return mSingleKeyModifierCode; }
     [[nodiscard]] int selectedIndexOfMacroSubMenu() const { return mSelectedIndexOfMacroSubMenu; }
     [[nodiscard]] QVariantMap devicePlist() const { return mDevicePlist; }
-    [[nodiscard]] OpenPanel *openPanel() const; ///< null until one was opened
+    [[nodiscard]] OpenPanel *openPanel() const; ///< null until a panel was opened
     [[nodiscard]] KeyboardPicture *picture() const { return mPicture; }
 
-    // What the main controller calls
+    // Calls from the main controller
     void populateUIControls();
     void updateUISettings();
     void setControlsState(bool isEnabled);
     void saveLastSelectedKey();
-    /// The keyboard is back after it, or its daemon, was gone: the capture of the sheet that is up begins anew.
+    /// Restarts the capture of an open sheet when the keyboard is back after it, or its daemon, was gone.
     void keyboardCameBack();
-    /// `mappingType`: 10 after a macro was deleted, 17 after a profile was.
+    /// `mappingType` is 10 after a macro was deleted and 17 after a profile was.
     void removeDeletedMacroProfileMappingsForMapping(int deletedIndex, int mappingType);
 
-    // Actions. `sender` is the button that was clicked; a key's action uses its own outlet, not the sender.
+    // Actions. `sender` is the clicked button. The action of a key uses the key's own outlet instead of the sender.
 #define KESTRA_KEY(outlet, action, code, functionKeyName) void action(QObject *sender);
 #define KESTRA_FIXED_KEY(outlet, action, disabledAtStart) void action(QObject *sender);
 #include "keys/keytable.inc"
@@ -98,8 +99,8 @@ public:
     void macroSubMenuSelector(QAction *sender);
     void clickSingleKeyOK(QObject *sender);
     void clickSingleKeyCancel(QObject *sender);
-    /// Hides and disables an item titled like the active profile, shows and enables every other. Returns whether it is
-    /// enabled.
+    /// Hides and disables an item titled like the active profile; shows and enables every other. Returns whether the
+    /// item is enabled.
     bool validateMenuItem(QAction *item);
 
     void updatePopUpSelection();
@@ -115,13 +116,13 @@ public:
     void checkKeyAssignment();
     void resetKeys();
     void checkForSelectedFunctionKey();
-    /// `position`: that of the selected key in the assignment pop-up.
+    /// `position` is that of the selected key's assignment in the pop-up.
     void functionKeysInfoDisplay(int position);
     void registerNotification();
     void singleKeyEvents(const DistributedNotification &notification);
     void gameModeSwitch(const DistributedNotification &notification);
     void sheetDidEndReturnCodeContextInfo(Sheet *sheet, int returnCode, void *contextInfo);
-    /// `returnCode`: 1 OK, 0 cancelled; any other does nothing.
+    /// `returnCode` is 1 for OK and 0 for cancelled; any other does nothing.
     void openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, void *contextInfo);
 
 private:
@@ -142,14 +143,15 @@ private:
     void openApplicationPanel();
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
     void updateDescriptions();
-    /// `titles`: by tag.
+    /// `titles` are indexed by tag.
     void setupSubMenu(int position, const QStringList &titles, void (KeyboardKeysController::*selector)(QAction *));
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
     [[nodiscard]] int selectedCode() const;
-    [[nodiscard]] QVariant profile() const; ///< what tells the active profile from every other
-    /// Absent when "ActiveProfile" points to no profile: then no item is titled like it, not even one without a title.
+    [[nodiscard]] QVariant profile() const; ///< identifies the active profile
+    /// Absent when "ActiveProfile" points to no profile. No item then has its title, not even an item without a title.
     [[nodiscard]] std::optional<QString> activeProfileName() const;
-    /// What `entry` does, for the pop-up's title; absent where it points to nothing or there is no more to say.
+    /// Returns the effect of `entry` for the pop-up's title. Absent if the entry points to nothing or has no further
+    /// detail.
     [[nodiscard]] std::optional<QString> assignmentDetail(const KeyMappings::Entry &entry) const;
     [[nodiscard]] QString assignmentDescription(const KeyMappings::Entry &entry) const;
 
@@ -185,7 +187,7 @@ private:
     QPointer<QWidget> mKeysWindow;
     DistributedNotificationCenter *mKeysNotificationCenter = nullptr;
     QPointer<OpenPanel> mOpenPanel;
-    SheetSubject mSheetSubject; ///< the profile() that the sheet or the panel changes a key of
+    SheetSubject mSheetSubject; ///< the profile() that has the key which the sheet or the panel changes
     KeyButton *mCurrentButton = nullptr;
     QString mCurrentButtonValue;
     KeyButton *mPreviousButton = nullptr;
@@ -199,5 +201,5 @@ private:
     bool mIsFirstLaunch = true;
     bool mGameMode = false;
     bool mIsFunctionKeySelected = false;
-    bool mHasDeviceConnected = true; ///< as last told to setControlsState()
+    bool mHasDeviceConnected = true; ///< the latest argument of setControlsState()
 };

@@ -34,8 +34,8 @@ bool isSelectableOutlet(QLatin1StringView outlet)
     return std::ranges::none_of(KeyLayout::fixedKeys(), [&](const FixedKeyRow &row) { return row.outlet == outlet; });
 }
 
-// How far `to` is from `from` when going in the direction of `arrow`; infinite when it does not lie there. What lies
-// off the straight way counts double, so that the keys of one row or column come first.
+// Returns how far `to` is from `from` in the direction of `arrow`; infinite if it does not lie there. The distance
+// across this direction is weighted: keys of the same row or column come first.
 qreal distance(const QRectF &from, const QRectF &to, Qt::Key arrow)
 {
     const bool isHorizontal = arrow == Qt::Key_Left || arrow == Qt::Key_Right;
@@ -44,7 +44,7 @@ qreal distance(const QRectF &from, const QRectF &to, Qt::Key arrow)
     const qreal along = sign * (isHorizontal ? way.x() : way.y());
     if (along < 0.3)
         return std::numeric_limits<qreal>::infinity();
-    // Off the way only as far as the two keys do not lie side by side.
+    // The distance across matters little for keys that lie side by side.
     const qreal overlap = isHorizontal ? std::min(from.bottom(), to.bottom()) - std::max(from.top(), to.top())
                                        : std::min(from.right(), to.right()) - std::max(from.left(), to.left());
     const qreal off = std::abs(isHorizontal ? way.y() : way.x());
@@ -68,7 +68,7 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
     }
     connect(&mLight, &PictureLight::changed, this, qOverload<>(&QWidget::update));
     askForMotion();
-    // As high as the width asks for; what is left over goes to the layout around it.
+    // The width determines the height; the surrounding layout gets the remaining space.
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -136,7 +136,7 @@ void KeyboardPicture::layOut()
     const QPointF origin = mCase.topLeft() + QPointF(border, border) * mUnit;
     for (KeyButton *button : std::as_const(mButtons)) {
         const QRectF place = button->shape().place;
-        // Edges are rounded, not sizes: keys that touch in the data touch on the screen.
+        // Edges are rounded instead of sizes: keys that touch in the data touch on the screen.
         const QPoint topLeft = (origin + place.topLeft() * mUnit).toPoint();
         const QPoint bottomRight = (origin + place.bottomRight() * mUnit).toPoint();
         button->setUnit(mUnit);
@@ -166,7 +166,7 @@ QList<QRect> KeyboardPicture::keyPlaces() const
     return places;
 }
 
-/// A desktop that asks for less motion says so in its portal, or gives its animations no time.
+/// A desktop that asks for less motion reports it in its portal or gives animations no time.
 void KeyboardPicture::askForMotion()
 {
     const bool hasTime = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;

@@ -11,8 +11,8 @@
 class KeyButton;
 class MotionPreference;
 
-/// Keeps the ratio of the keyboard and centres it in the space it gets. The keys are one stop in the tab order (the
-/// selected key, or the first); from there the arrow keys select the next key in their direction.
+/// Keeps the ratio of the keyboard and centres it in the available space. The keys are one stop in the tab order: the
+/// selected key, or else the first. From there the arrow keys select the next key in their direction.
 class KeyboardPicture : public QWidget
 {
     Q_OBJECT
@@ -20,17 +20,17 @@ class KeyboardPicture : public QWidget
 public:
     explicit KeyboardPicture(QWidget *parent = nullptr);
 
-    /// The button named `outlet`; never null for a name of the key table.
+    /// Returns the button named `outlet`; never null for a name of the key table.
     [[nodiscard]] KeyButton *button(QLatin1StringView outlet) const;
     [[nodiscard]] const QList<KeyButton *> &buttons() const { return mButtons; }
 
-    /// The selectable key to go to from `from`: the nearest one in the direction of `arrow`; null when there is none.
+    /// Returns the nearest selectable key from `from` in the direction of `arrow`; null if there is none.
     [[nodiscard]] KeyButton *neighbour(const KeyButton *from, Qt::Key arrow) const;
 
-    /// The light that shines between the keys; it follows what is shown there by itself.
+    /// The key lighting between the keys. The picture repaints itself when the lighting changes.
     [[nodiscard]] PictureLight &light() { return mLight; }
 
-    /// Makes `button` the one stop in the tab order.
+    /// Makes `button` the only stop in the tab order.
     void setTabStop(KeyButton *button);
 
     QSize sizeHint() const override;
@@ -57,5 +57,5 @@ private:
     qreal mUnit = 0;
     QRectF mCase;
     PictureLight mLight;
-    MotionPreference *mMotion = nullptr; ///< asked from the first showing on
+    MotionPreference *mMotion = nullptr; ///< created when the picture is first shown
 };

@@ -18,7 +18,7 @@ KeyButton::KeyButton(const KeyShape &shape, bool isSelectable, QWidget *parent)
     : QAbstractButton(parent), mShape(shape), mIsSelectable(isSelectable)
 {
     setObjectName(shape.outlet);
-    setCheckable(isSelectable); // lets assistive technology tell the selected key
+    setCheckable(isSelectable); // lets assistive technology identify the selected key
     setFocusPolicy(isSelectable ? Qt::ClickFocus : Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
 }
@@ -89,7 +89,7 @@ bool KeyButton::event(QEvent *event)
 void KeyButton::paintEvent(QPaintEvent *event)
 {
     if (event->rect().contains(rect()))
-        mUpdatedLook = look(); // painted now, so that a comparison still to come asks for nothing
+        mUpdatedLook = look(); // painted now: a pending comparison requests nothing
     QPainter painter(this);
     paintKeycap(painter, rect(), mUnit,
                 {.look = mShape.look,

@@ -7,10 +7,10 @@
 
 #include <QAbstractButton>
 
-/// The button of the selected key has the on/off type, every other the momentary push-in type. A click changes
-/// neither type nor state: the controller does, so that a click on a key that cannot be selected shows nothing.
-/// It is painted again only when its look is another one by the time the event loop runs: the controller clears all
-/// highlights and sets them again on every change of the settings.
+/// The button of the selected key has the on/off type, every other one the momentary push-in type. A click changes
+/// neither type nor state; the controller does. A click on a key that cannot be selected therefore shows nothing. The
+/// button is painted again only if its look has changed by the time the event loop runs. The reason is that the
+/// controller clears and sets all highlights on every change of the settings.
 class KeyButton : public QAbstractButton
 {
     Q_OBJECT
@@ -27,17 +27,17 @@ public:
     [[nodiscard]] int state() const { return mState; } ///< 1 on, 0 off
     [[nodiscard]] bool isHighlighted() const { return mIsHighlighted; }
     [[nodiscard]] KeyMark mark() const { return mMark; }
-    /// Whether it is painted as the selected key. Goes with the on/off type, so that the key restored at the start,
-    /// which was never pressed, shows too.
+    /// True if it is painted as the selected key. This depends on the on/off type: the key restored at the start, which
+    /// was never pressed, is then also shown.
     [[nodiscard]] bool isShownSelected() const { return mType == Type::onOff; }
-    /// Whether it is painted as mapped. The selected key never is, whatever its highlight.
+    /// True if it is painted as mapped. The selected key never is, whatever its highlight.
     [[nodiscard]] bool isShownHighlighted() const { return mIsHighlighted && !isShownSelected(); }
 
-    /// A momentary button has no lasting state: it goes off.
+    /// Also turns off a momentary button, which has no lasting state.
     void setButtonType(Type type);
     /// Turns an on/off button on or off; a momentary one stays off.
     void setNextState();
-    /// Shows the key as mapped, or not, while it is not selected.
+    /// Sets whether the key is shown as mapped while it is not selected.
     void highlight(bool isOn);
     void setMark(KeyMark mark);
     /// Length of one key unit in pixels.
@@ -55,7 +55,7 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    /// What the controller sets and the painting shows. The rest (pressed, hovered, focus) QAbstractButton looks after.
+    /// The part of the look that the controller sets. QAbstractButton handles the rest (pressed, hovered, focus).
     struct Look
     {
         bool isSelected = false;
@@ -75,6 +75,6 @@ private:
     bool mIsHighlighted = false;
     KeyMark mMark = KeyMark::none;
     qreal mUnit = 44;
-    Look mUpdatedLook; ///< for which the last repaint was asked
+    Look mUpdatedLook; ///< the look at the latest request for a repaint
     bool mIsComparisonPosted = false;
 };

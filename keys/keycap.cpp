@@ -66,7 +66,7 @@ Colors colorsFor(const KeycapState &state, const QPalette &palette)
     Colors colors = plainColors(dark, state.look == KeyLook::extra);
     colors.accent = palette.color(QPalette::Active, QPalette::Highlight);
     if (state.mark == KeyMark::disabled) {
-        // A key that does nothing: its legend recedes, the mark says why.
+        // This key does nothing: its legend recedes, and its mark shows why.
         colors.legend = mixed(colors.legend, colors.faceBottom, 0.55);
     } else if (state.isHighlighted) {
         const qreal share = dark ? 0.42 : 0.3;
@@ -90,7 +90,7 @@ Colors colorsFor(const KeycapState &state, const QPalette &palette)
     return colors;
 }
 
-// A key without a place among the assignments: no cap to press, only a dashed outline.
+// Paints a key that cannot have an assignment: no cap to press, only a dashed outline.
 void paintFixedKey(QPainter &painter, const QRectF &foot, qreal unit, const KeycapState &state, const QPalette &palette)
 {
     const bool dark = isDark(palette);
@@ -144,9 +144,8 @@ QRectF faceOn(const QRectF &foot, const Body &body)
     return body.isRaised ? face.translated(0, -unit * 0.015) : face;
 }
 
-// A rounded rectangle that goes from `top` to `bottom`, in a layer of its own. The colour is laid over a plain shape:
-// Qt hands an antialiased shape filled with a gradient to a pool of threads, and waiting for them takes longer than to
-// paint.
+// Returns a rounded rectangle shaded from `top` to `bottom`, in a layer of its own. The colour is laid over a plain
+// shape: Qt gives an antialiased shape with a gradient to a thread pool, and waiting for it takes longer than painting.
 QPixmap shadedLayer(const QSizeF &size, qreal devicePixelRatio, const QRectF &shape, qreal radius, const QColor &top,
                     const QColor &bottom)
 {
@@ -175,7 +174,8 @@ void paintBody(QPainter &painter, const Body &body)
     const QRectF foot = footIn(QRectF(QPointF(), body.size), unit);
     painter.setRenderHint(QPainter::Antialiasing);
     if (body.hasShadow) {
-        painter.setCompositionMode(QPainter::CompositionMode_Source); // onto nothing; blending would go to the threads
+        painter.setCompositionMode(
+            QPainter::CompositionMode_Source); // empty ground; blending would use the thread pool
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor(0, 0, 0, body.isDark ? 110 : 45));
         painter.drawRoundedRect(foot.translated(0, unit * (body.isRaised ? 0.045 : 0.03)), unit * baseRadius,
@@ -230,7 +230,7 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     const qreal size = std::max(minimumMarkPixels, unit * markSize);
     const QRectF mark(face.right() - size - unit * 0.035, face.bottom() - size - unit * 0.035, size, size);
     paintKeyMark(painter, mark, state.mark, palette, state.isEnabled);
-    if (state.isSelected) // stronger than the accent: the light around the keys may have its colour
+    if (state.isSelected) // stronger than the accent: the key lighting may have that colour
         paintRing(painter, place, unit, body.isDark ? colors.accent.lighter(160) : colors.accent.darker(170));
     if (state.hasFocus && state.isEnabled) {
         painter.setBrush(Qt::NoBrush);
@@ -244,12 +244,12 @@ void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QSt
                    bool isEnabled)
 {
     painter.save();
-    // At the window's first size as high as its title: each size is a font to load.
+    // At the window's initial size this is as high as the window's title: each size is a separate font to load.
     QFont font = keyLegendFont(std::max(8, qRound(unit * 0.34)), QFont::DemiBold);
     font.setLetterSpacing(QFont::PercentageSpacing, 130);
     painter.setFont(font);
     const bool dark = isDark(palette);
-    // Engraved: an edge that catches the light under the letters.
+    // The engraving has an edge that catches the light under the letters.
     painter.setPen(dark ? QColor(0x3a3e45) : QColor(0xe6e9ed));
     painter.drawText(place.translated(0, std::max(1.0, unit * 0.02)), Qt::AlignRight | Qt::AlignVCenter, text);
     const QColor letters = dark ? QColor(0x6b717c) : QColor(0x949ba7);
@@ -270,8 +270,8 @@ void paintKeyboardCase(QPainter &painter, const QRectF &place, qreal unit, const
     const qreal radius = unit * 0.3;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(dark ? QColor(0x0e0f11) : QColor(0xa7adb7), 1));
-    // The shade is laid in plain bands between the rounded ends, for the reason told at shadedLayer(); a band for each
-    // step of the colour is as smooth as a gradient.
+    // The shade consists of plain bands between the rounded ends, for the reason given at shadedLayer(). One band for
+    // each step of the colour is as smooth as a gradient.
     const QRect whole = place.toAlignedRect();
     const int firstBand = static_cast<int>(std::ceil(place.top() + radius));
     const int endOfBands = static_cast<int>(std::floor(place.bottom() - radius));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a keycap looks: one painting routine for the keyboard picture and for the explanation under it. Main thread.
+// Paints a keycap, for the keyboard picture and for the explanation under it. Main thread.
 #pragma once
 
 #include "keys/keygeometry.h"
@@ -10,7 +10,7 @@ class QPainter;
 class QPalette;
 class QString;
 
-/// What there is to show of one key.
+/// The visible properties of one key.
 struct KeycapState
 {
     KeyLook look = KeyLook::blank;
@@ -26,13 +26,13 @@ struct KeycapState
     bool hasFocus = false;
 };
 
-/// Paints the keycap into `place`, which begins at a whole pixel; `unit` is the length of one key unit in the same
-/// measure. The caps without their legends are kept in QPixmapCache: most keys are of one size and one look.
+/// Paints the keycap into `place`, which begins at a whole pixel. `unit` is the length of one key unit in the same
+/// measure. QPixmapCache keeps the caps without their legends: most keys have the same size and look.
 void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state, const QPalette &palette);
 
 /// Paints the keyboard's case behind the keys.
 void paintKeyboardCase(QPainter &painter, const QRectF &place, qreal unit, const QPalette &palette, bool isEnabled);
 
-/// Paints `text` as engraved into the case, at the right of `place`.
+/// Paints `text` as if engraved into the case, at the right of `place`.
 void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QString &text, const QPalette &palette,
                    bool isEnabled);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where each of the 124 keys stands in the keyboard picture and what is printed on it. Constant data, any thread.
+// The place and the print of each of the 124 keys in the keyboard picture. Constant data, any thread.
 #pragma once
 
 #include <QLatin1StringView>
@@ -8,7 +8,7 @@
 
 #include <span>
 
-/// How a keycap is labelled.
+/// The kind of print on a keycap.
 enum class KeyLook {
     letter,   ///< one or two large characters
     word,     ///< one or two small words
@@ -33,10 +33,10 @@ struct KeyShape
 
 namespace KeyGeometry {
 
-/// All keys, row by row from the top, those of one row from the left within their block.
+/// Returns all keys, row by row from the top. Within a block, the keys of a row run from the left.
 [[nodiscard]] std::span<const KeyShape> shapes();
 
-/// The shape of the button `outlet`; null when there is none of that name.
+/// Returns the shape of the button `outlet`; null if no button has this name.
 [[nodiscard]] const KeyShape *shapeForOutlet(QLatin1StringView outlet);
 
 /// Size of the whole picture in key units.

@@ -28,19 +28,19 @@ struct FixedKeyRow
 
 namespace KeyLayout {
 
-/// The 119 selectable keys, in the order of their actions.
+/// Returns the 119 selectable keys, in the order of their actions.
 [[nodiscard]] std::span<const KeyRow> selectableKeys();
 
-/// Eject, Macro, FN, Menu and the keypad blank.
+/// Returns Eject, Macro, FN, Menu and the keypad blank.
 [[nodiscard]] std::span<const FixedKeyRow> fixedKeys();
 
-/// The row of the key with `code`; null when the layout has none.
+/// Returns the row of the key with `code`; null if the layout has none.
 [[nodiscard]] const KeyRow *rowForCode(int code);
 
-/// The code as a dictionary key: decimal, no padding.
+/// Returns the code as a dictionary key: decimal, without padding.
 [[nodiscard]] QString codeText(int code);
 
-/// The integer value of a code text: a leading decimal number, 0 when there is none.
+/// Returns the integer value of a code text: the decimal number at its start, or 0 if there is none.
 [[nodiscard]] int codeValue(const QString &codeText);
 
 } // namespace KeyLayout

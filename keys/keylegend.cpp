@@ -28,8 +28,8 @@ struct Lettering
     qreal verticalScale = 1;
 };
 
-// Of the weights that the family has; of two as near, the one away from the middle, as style sheets choose. By another
-// weight the same face would be loaded again beside the one that is there for other texts.
+// Returns the nearest of the family's weights; of two equally near ones, the one away from the middle, as in style
+// sheets. With another weight, the face that other texts have already loaded would be loaded again.
 QFont::Weight nearestWeight(const QString &family, QFont::Weight wanted)
 {
     static QHash<std::pair<QString, QFont::Weight>, QFont::Weight> known;
@@ -49,7 +49,7 @@ QFont::Weight nearestWeight(const QString &family, QFont::Weight wanted)
     return known.insert(key, static_cast<QFont::Weight>(nearest)).value();
 }
 
-// The width of `text`, measured once for each font and not again at every painting.
+// Returns the width of `text`, which is measured once per font instead of at every painting.
 qreal measuredWidth(const QFontMetricsF &metrics, const QFont &font, const QString &text)
 {
     constexpr int rememberedWidths = 1000;
@@ -63,9 +63,9 @@ qreal measuredWidth(const QFontMetricsF &metrics, const QFont &font, const QStri
     return width;
 }
 
-// A font of `pixels` height. Where `longest` would not fit into `width` it is narrowed first and then made smaller, so
-// that words of one size stand on keys of one size. By scaling, since each stretch and size is a font of its own to
-// load.
+// Returns a font of `pixels` height. If `longest` does not fit into `width`, it is first narrowed and then made
+// smaller: keys of one size then have words of one size. It is scaled, because each stretch and size would be a
+// separate font to load.
 Lettering letteringFor(const QString &longest, qreal pixels, qreal width, QFont::Weight weight)
 {
     constexpr int smallestPixels = 6;
@@ -80,7 +80,7 @@ Lettering letteringFor(const QString &longest, qreal pixels, qreal width, QFont:
     return lettering;
 }
 
-// Sets `text` with its upper left corner at `corner`.
+// Draws `text` with its upper left corner at `corner`.
 void drawLine(QPainter &painter, const QPointF &corner, const QString &text, const Lettering &lettering)
 {
     painter.setFont(lettering.font);
@@ -171,7 +171,7 @@ void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const Key
     case KeyLook::word: paintWords(painter, place, unit, legend); break;
     case KeyLook::function:
     case KeyLook::extra: {
-        // As high as two characters on one key: each size is a font to load.
+        // As high as two characters on one key: each size is a separate font to load.
         const QString text(legend.legend);
         drawLine(painter, place.topLeft(), text, letteringFor(text, unit * 0.27, place.width(), QFont::DemiBold));
         break;

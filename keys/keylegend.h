@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is printed on a keycap: characters, words, arrows. Main thread only (painting).
+// Paints the print on a keycap: characters, words, arrows. Main thread only.
 #pragma once
 
 #include "keys/keygeometry.h"
@@ -16,9 +16,9 @@ struct KeyLegend
     QLatin1StringView upperLegend;
 };
 
-/// Paints `legend` onto a keycap's face; `unit` is the length of one key unit in the same measure. What would not fit
-/// is narrowed, and then made smaller.
+/// Paints `legend` onto a keycap's face; `unit` is the length of one key unit in the same measure. Text that does not
+/// fit is first narrowed and then made smaller.
 void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const KeyLegend &legend, const QColor &color);
 
-/// The font of the picture: the program's, in the nearest of the weights that its family has.
+/// Returns the font of the picture: the program's font, in the nearest of the weights that its family has.
 [[nodiscard]] QFont keyLegendFont(int pixelSize, QFont::Weight weight);

@@ -25,7 +25,7 @@ constexpr PositionRow positionRows[] = {
     {Assignment::launchProgram, KeyMappings::launchProgramPosition},
 };
 
-// Counts are stored as themselves; the two open-ended modes take the top byte values.
+// Counts are stored unchanged; the two open-ended modes have the highest byte values.
 constexpr KeyMappings::RepeatMode repeatModeRows[] = {
     {KeyMappings::playOnceValue, "lkeyPlayMacroOnce"},
     {KeyMappings::repeatUntilReleasedValue, "lkeyRepeatUntilReleased"},

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The key mapping entry: what one key does, as stored per key-code text in the "Keys" dictionary of a profile record.
-// Rules without state; any thread may call them. Dictionaries are taken by value and returned changed.
+// The key mapping entry: the effect of one key, stored under its key-code text in the "Keys" dictionary of a profile
+// record. Rules without state; any thread may call them. Dictionaries are taken by value and returned changed.
 #pragma once
 
 #include <QString>
@@ -32,17 +32,17 @@ struct Entry
     [[nodiscard]] bool isMapped() const;
 };
 
-/// Reads an entry; a value that is no dictionary reads as an absent entry.
+/// Reads an entry; a value that is not a dictionary reads as an absent entry.
 [[nodiscard]] Entry readEntry(const QVariant &value);
 
-/// The entry of the key `code` in the "Keys" of the profile record `profile`.
+/// Returns the entry of the key `code` in the "Keys" of the profile record `profile`.
 [[nodiscard]] Entry entryForKey(const QVariantMap &profile, int code);
 
-/// Whether a key with this "command" is shown as mapped: greater than 0 and not the default key. Values that the
-/// program does not know count as mapped.
+/// True if a key with this "command" is shown as mapped: greater than 0 and not the default key. A key with a value
+/// that the program does not know is also mapped.
 [[nodiscard]] bool isKeyMapped(qint32 command);
 
-/// Position of a "command" in the assignment pop-up, 0 to 5; 0 for values without a position.
+/// Returns the position of a "command" in the assignment pop-up, 0 to 5; 0 for values without a position.
 [[nodiscard]] int checkPopUpAssignmentIndexForValue(qint32 command);
 
 /// Positions of the assignment pop-up.
@@ -55,7 +55,7 @@ enum AssignmentPosition : int {
     disablePosition = 5,
 };
 
-/// How often a macro plays; the rows stand in the order of the playback pop-up.
+/// How often a macro plays. The rows are in the order of the playback pop-up.
 struct RepeatMode
 {
     qint32 value;         ///< stored as "param2"
@@ -68,14 +68,15 @@ inline constexpr qint32 repeatUntilReleasedValue = 255;
 
 [[nodiscard]] std::span<const RepeatMode> repeatModes();
 
-/// Position of a stored repeat value in the playback pop-up; values that are no repeat mode show as 0, play once.
+/// Returns the position of a stored repeat value in the playback pop-up. Values that are not a repeat mode have
+/// position 0, play once.
 [[nodiscard]] int macroRepeat(qint32 value);
 
-/// The value to store for a position of the playback pop-up; 1 for positions outside 1 to 11.
+/// Returns the value to store for a position of the playback pop-up; 1 for positions outside 1 to 11.
 [[nodiscard]] qint32 macroRepeatValue(int position);
 
-/// `keys` (a "Keys" dictionary) with the three values set in the entry under `codeText`. Further values that the entry
-/// carries stay; the other entries stay.
+/// Returns `keys` (a "Keys" dictionary) with the three values set in the entry under `codeText`. Other values of that
+/// entry stay, and so do the other entries.
 [[nodiscard]] QVariantMap withEntry(QVariantMap keys, const QString &codeText, Assignment assignment,
                                     const QVariant &param1, const QVariant &param2);
 

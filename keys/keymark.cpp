@@ -112,7 +112,7 @@ void paintDisc(QPainter &painter, const Disc &disc)
     const qreal rim = disc.size * 0.07;
     painter.setPen(disc.hasRim ? QPen(QColor(255, 255, 255, 210), rim) : QPen(Qt::NoPen));
     painter.setBrush(disc.color);
-    constexpr int spansPerLine = 12; // its edges are shades
+    constexpr int spansPerLine = 12; // the disc's edges are shades
     const QRectF outline(rim / 2, rim / 2, disc.size - rim, disc.size - rim);
     paintInLowBands(painter, QRectF(0, 0, disc.size, disc.size).toAlignedRect(), spansPerLine,
                     [&painter, outline] { painter.drawEllipse(outline); });
@@ -157,7 +157,7 @@ void paintKeyMark(QPainter &painter, const QRectF &place, KeyMark mark, const QP
                                                  disc.color.rgba(), disc.glyphColor.rgba(), disc.hasRim});
     const QPixmap pixmap =
         cachedPixmap(key, place.size(), ratio, [&disc](QPainter &discPainter) { paintDisc(discPainter, disc); });
-    // On whole pixels of the device, so that it stays crisp.
+    // On whole pixels of the device the disc stays crisp.
     const QPointF corner = (place.topLeft() * ratio).toPoint();
     painter.drawPixmap(corner / ratio, pixmap);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The small round mark at a key's corner that tells the kind of its assignment by its shape. Main thread (painting).
+// The small round mark at a key's corner. Its shape shows the kind of the key's assignment. Main thread (painting).
 #pragma once
 
 #include <QtGlobal>
@@ -15,10 +15,10 @@ enum class KeyMark {
     profile,       ///< two stacked cards
     launchProgram, ///< arrow out to the upper right
     disabled,      ///< cross
-    other,         ///< a dot: an assignment this program does not know
+    other,         ///< a dot: an assignment that the program does not know
 };
 
-/// The mark of an entry with this "command" (see KeyMappings).
+/// Returns the mark of an entry with this "command" (see KeyMappings).
 [[nodiscard]] KeyMark keyMarkForCommand(qint32 command);
 
 /// Paints `mark` as a disc that fills `place` (a square).

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The row under the keyboard picture that explains how selected, mapped and unassignable keys look. Main thread only.
+// The row under the keyboard picture that explains the look of selected, mapped and unassignable keys. Main thread
+// only.
 #pragma once
 
 #include <QWidget>

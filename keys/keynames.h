@@ -6,10 +6,10 @@
 
 #include <optional>
 
-/// "A", "F1", "Left Shift", "M1", "T7", "Numpad 7"; empty for a code outside the layout.
+/// Returns "A", "F1", "Left Shift", "M1", "T7", "Numpad 7"; empty for a code outside the layout.
 [[nodiscard]] QString keyName(int code);
 
-/// The code of the key that `text` names: its name, its legend (";") or its button's name without the "m"
-/// ("NumPadSeven"), letter case ignored, else its code in decimal or as 0x hexadecimal. Names win: "4" is the digit
-/// key; the key with code 4 is "A" or "0x04". Absent when the layout has no such key.
+/// Returns the code of the key that `text` names. `text` is the key's name, its legend (";") or its button's name
+/// without the "m" ("NumPadSeven"), in any letter case. Otherwise it is a code in decimal or as 0x hexadecimal. Names
+/// take precedence: "4" is the digit key; the key with code 4 is "A" or "0x04". Absent if the layout has no such key.
 [[nodiscard]] std::optional<int> keyCodeForName(const QString &text);

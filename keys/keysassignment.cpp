@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The part of KeyboardKeysController that shows and changes what the selected key does: pop-ups, sub-menus, open panel.
+// The part of KeyboardKeysController that shows and changes the selected key's assignment: pop-ups, sub-menus, open
+// panel.
 #include "keys/keyboardkeyscontroller.h"
 
 #include "base/settingskeys.h"
@@ -29,7 +30,7 @@ constexpr int manageTag = 0; // the first item of a sub-menu; the records follow
 constexpr int profilesTabIndex = 1;
 constexpr int macrosTabIndex = 2;
 
-// The labels of the assignment pop-up's items; the position is also the meaning.
+// The labels of the assignment pop-up's items, in the order of AssignmentPosition.
 constexpr const char *assignmentLabelKeys[] = {
     "lkeyDefaultKey", "lkeySingleKey", "lkeyMacro", "lkeyProfile", "lkeyLaunchProgram", "lkeyDisable",
 };
@@ -39,7 +40,7 @@ QString titleWithDetail(const char *labelKey, const QString &detail)
     return formatted(u"%@: %@"_s, {localizedText(labelKey), detail});
 }
 
-// "/Applications/Text Editor.app/" is "Text Editor".
+// Returns "Text Editor" for "/Applications/Text Editor.app/".
 QString applicationTitle(QString path)
 {
     while (path.size() > 1 && path.endsWith(u'/'))
@@ -49,7 +50,7 @@ QString applicationTitle(QString path)
     return title.isEmpty() ? info.fileName() : title;
 }
 
-// Absent when `index` points past the end of `records`, or to something that is no record.
+// Absent when `index` is past the end of `records` or its element is not a record.
 std::optional<QString> nameOfRecord(const QVariantList &records, qint32 index, QLatin1StringView nameKey)
 {
     const QVariant record = records.value(index);
@@ -58,7 +59,7 @@ std::optional<QString> nameOfRecord(const QVariantList &records, qint32 index, Q
     return record.toMap().value(nameKey).toString();
 }
 
-// The title at each tag: the item that leads to the records' own tab, then the records.
+// Returns the title at each tag: first the item that leads to the records' own tab, then the records.
 QStringList submenuTitles(const char *manageTextKey, const QVariantList &records, QLatin1StringView nameKey)
 {
     QStringList titles{localizedText(manageTextKey)};
@@ -193,7 +194,7 @@ void KeyboardKeysController::clickAssignFunction(QObject *)
     case KeyMappings::disablePosition:
         updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::disabled), 0, 0);
         break;
-    default: // macro and profile: the choice arrives through the item's sub-menu
+    default: // macro and profile: the choice comes from the item's sub-menu
         break;
     }
 }
@@ -212,8 +213,8 @@ void KeyboardKeysController::updateSelectedKeyCommandValueParamOneAndParamTwo(in
 
 void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &param1, const QVariant &param2)
 {
-    // Without a profile the "Keys" sent here would be this one entry, in place of all that the daemon has.
-    // And the file of the last selected key may name anything.
+    // Without a profile, the "Keys" sent here would be this single entry and would replace everything that the daemon
+    // has. The file of the last selected key may also name anything.
     if (!mKeysDelegate || mKeysCurrentProfileDict.isEmpty() || !KeyLayout::rowForCode(selectedCode())) {
         updatePopUpSelection();
         return;
@@ -227,7 +228,7 @@ void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &p
 void KeyboardKeysController::setupSubMenu(int position, const QStringList &titles,
                                           void (KeyboardKeysController::*selector)(QAction *))
 {
-    // Made anew only for other titles: this runs at every change of the settings, however small.
+    // The menu is made again only for other titles: this runs at every change of the settings, however small.
     if (const QMenu *earlier = mAssignFunction->submenuAtIndex(position); earlier && itemTitles(earlier) == titles) {
         validateItems(earlier);
         return;
@@ -284,7 +285,7 @@ void KeyboardKeysController::macroSubMenuSelector(QAction *sender)
 
 bool KeyboardKeysController::validateMenuItem(QAction *item)
 {
-    // Deliberate: titles alone are compared, so a macro named like the active profile is hidden as well.
+    // Deliberate: only titles are compared, so a macro named like the active profile is also hidden.
     const bool isActiveProfile = menuItemTitle(item) == activeProfileName();
     item->setVisible(!isActiveProfile);
     item->setEnabled(!isActiveProfile);
@@ -322,7 +323,7 @@ void KeyboardKeysController::openPanelDidEndReturnCodeContextInfo(OpenPanel *pan
         const QVariantMap information = ApplicationInformation::read(panel->chosenPath()).value_or(QVariantMap());
         const QString path = information.value(ApplicationInformation::resolvedPathKey).toString();
         if (path.isEmpty())
-            updatePopUpSelection(); // nothing there that could be launched
+            updatePopUpSelection(); // nothing there can be launched
         else
             writeEntry(Assignment::launchProgram, path, QString());
     } else if (returnCode == panelCancel) {

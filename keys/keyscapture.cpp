@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The part of KeyboardKeysController that follows the daemon's notifications: single-key capture and game mode, and
-// the notice shown for function keys.
+// The part of KeyboardKeysController that follows the daemon's notifications of captured keys and of the game mode. It
+// also shows the notice for function keys.
 #include "keys/keyboardkeyscontroller.h"
 
 #include "base/daemonprotocol.h"
@@ -32,7 +32,7 @@ void KeyboardKeysController::openSingleKeySheet()
     mSingleKeyInput->clear();
     mSingleKeyInput->setFocus();
     mSingleKeyOK->setDefault(false);
-    mSingleKeyOK->setEnabled(false); // until a key is captured: without one, OK would make the assigned key do nothing
+    mSingleKeyOK->setEnabled(false); // until a key is captured: otherwise OK would make the assigned key do nothing
     mSingleKeyWindow->beginSheet(mKeysWindow, [this](int returnCode) {
         sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
     });
@@ -71,7 +71,7 @@ void KeyboardKeysController::clickSingleKeyCancel(QObject *)
     mIsCancelSingleKey = true;
     mSingleKeyWindow->orderOut();
     mSingleKeyWindow->endSheet();
-    // A keyboard that has gone has ended the capture itself.
+    // The removal of the keyboard has already ended the capture.
     if (mKeysDelegate && mHasDeviceConnected)
         mKeysDelegate->stopSingleKeyRecording();
     updatePopUpSelection();
@@ -79,8 +79,8 @@ void KeyboardKeysController::clickSingleKeyCancel(QObject *)
 
 void KeyboardKeysController::sheetDidEndReturnCodeContextInfo(Sheet *, int, void *)
 {
-    // Deliberate: no check that a key was captured, since the button is off until then. Without one, the last captured
-    // key is written, at first 0.
+    // Deliberate: the code does not check that a key was captured, since the button is disabled until then. Otherwise
+    // the last captured key, at first 0, would be written.
     if (!mIsCancelSingleKey)
         updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::singleKey), mSingleKeyHIDCode,
                                                          mSingleKeyModifierCode);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the keys tab asks of the main controller. Main thread; an operation that waits for the daemon blocks.
+// Requests of the keys tab to the main controller. Main thread; an operation that waits for the daemon blocks.
 #pragma once
 
 #include <QVariantList>
@@ -10,12 +10,12 @@ class KeysDelegate
 public:
     virtual ~KeysDelegate() = default;
 
-    /// `settings` holds "Keys", the whole changed dictionary of the active profile.
+    /// `settings` has "Keys", the whole changed dictionary of the active profile.
     virtual void updateKeySettings(const QVariantMap &settings) = 0;
     virtual void startSingleKeyRecording() = 0;
     virtual void stopSingleKeyRecording() = 0;
-    /// 0 keys, 1 profiles, 2 macros, 3 lighting, 4 maintenance.
+    /// `index` is 0 for keys, 1 profiles, 2 macros, 3 lighting, 4 maintenance.
     virtual void selectTabAtIndex(int index) = 0;
-    /// `profiles`: all profile records, repaired after a macro or a profile was deleted.
+    /// `profiles` are all profile records, repaired after a macro or a profile was deleted.
     virtual void updateProfileKeyInDictionaryWithDictionary(const QVariantList &profiles) = 0;
 };

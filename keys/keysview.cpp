@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The part of KeyboardKeysController that makes its widgets and connects them to the actions.
+// The part of KeyboardKeysController that creates its widgets and connects them to the actions.
 #include "keys/keyboardkeyscontroller.h"
 
 #include "base/text.h"
@@ -28,7 +28,7 @@ QLabel *makeLabel(QLatin1StringView name, const QString &text = {})
 {
     auto *label = new QLabel(text);
     label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText); // names of profiles come from strangers' files
+    label->setTextFormat(Qt::PlainText); // profile names may come from strangers' files
     return label;
 }
 
@@ -87,7 +87,7 @@ QWidget *KeyboardKeysController::buildHeader()
     mCurrentProfileLabel = makeLabel("mCurrentProfileLabel"_L1, localizedText("lkeyCurrentProfile"));
     mProfileNameLabel = makeLabel("mProfileNameLabel"_L1);
     makeBold(mProfileNameLabel);
-    // A long name is cut off rather than widening the window.
+    // A long name is cut off instead of widening the window.
     mProfileNameLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto *layout = new QHBoxLayout(header);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -135,7 +135,7 @@ QWidget *KeyboardKeysController::buildAssignmentRow()
     mAssignFunction = new PopUpButton;
     mAssignFunction->setObjectName("mAssignFunction"_L1);
     mAssignFunction->setAccessibleName(localizedText("lkeyAssignFunction"));
-    // One width for every key: the row must not move while keys are selected.
+    // All keys have the same width: the row must not move while keys are selected.
     mAssignFunction->setFixedWidth(mAssignFunction->fontMetrics().averageCharWidth() * assignmentWidthCharacters);
     mPlaybackOptionLabel = makeLabel("mPlaybackOptionLabel"_L1, localizedText("lkeyPlaybackOption"));
     mMacroPlaybackPopUp = new PopUpButton;
@@ -161,7 +161,7 @@ QWidget *KeyboardKeysController::buildNotice()
 {
     auto *notice = new QWidget;
     mFunctionKeysInfoImage = makeLabel("mFunctionKeysInfoImage"_L1);
-    // The picture itself is set when it is first shown: looking it up loads the desktop's icon theme.
+    // The icon is set when it is first shown: looking it up loads the desktop's icon theme.
     const int size = notice->style()->pixelMetric(QStyle::PM_SmallIconSize);
     mFunctionKeysInfoImage->setFixedSize(size, size);
     mFunctionKeysInfoLabel = makeLabel("mFunctionKeysInfoLabel"_L1);
@@ -185,15 +185,15 @@ void KeyboardKeysController::buildSingleKeySheet()
     mSingleKeyInput = new QLineEdit;
     mSingleKeyInput->setObjectName("mSingleKeyInput"_L1);
     mSingleKeyInput->setAccessibleName(localizedText("lkeySingleKeyInput"));
-    mSingleKeyInput->setReadOnly(true); // shows what the daemon caught; nothing is typed here
+    mSingleKeyInput->setReadOnly(true); // shows the key that the daemon captured; the user types nothing here
     mSingleKeyInput->setAlignment(Qt::AlignHCenter);
     mSingleKeyInput->setAccessibleDescription(localizedText("lkeyHoldEscape"));
     QLabel *hint = makeLabel("mSingleKeyHint"_L1, localizedText("lkeyHoldEscape"));
     hint->setWordWrap(true);
     mSingleKeyCancel = makeButton("mSingleKeyCancel"_L1, "lkeyCancel");
     mSingleKeyOK = makeButton("mSingleKeyOK"_L1, "lkeyOK");
-    // The sheet asks for a key, so Return, Enter and Space of a keyboard that the daemon does not own press no button
-    // before a key was captured. From then on Return is OK; Escape cancels at any time.
+    // The sheet asks for a key. Until one is captured, Return, Enter and Space of a keyboard that the daemon has not
+    // grabbed must press no button. Afterwards Return means OK; Escape cancels at any time.
     mSingleKeyCancel->setAutoDefault(false);
     mSingleKeyOK->setAutoDefault(false);
     mSingleKeyWindow->setCancelButton(mSingleKeyCancel);

@@ -12,15 +12,15 @@ bool isDictionary(const QVariant &value)
     return value.typeId() == QMetaType::QVariantMap;
 }
 
-// Deliberate: the path is looked up inside the default profile record itself, where it usually does not exist; the
-// replacement is then an empty entry, which leaves the key without an assignment of its own.
+// Deliberate: the path is looked up inside the default profile record itself, where it usually does not exist. The
+// replacement is then an empty entry, and the key has no assignment of its own.
 QVariantMap replacementEntries(const QVariantMap &defaultDict)
 {
     return defaultDict.value(SettingsKeys::profiles).toList().value(0).toMap().value(SettingsKeys::keys).toMap();
 }
 
-// Deliberate: the rule counts the deleted macro and does not count the deleted profile. A key that played the last
-// macro therefore keeps its index.
+// Deliberate: the count includes the deleted macro but not the deleted profile. A key that played the last macro
+// therefore keeps its index.
 quint32 countOf(qint32 mappingType, const QVariantList &profilesAfterDeletion, const QVariantList &macrosBeforeDeletion)
 {
     if (mappingType == static_cast<qint32>(KeyMappings::Assignment::switchProfile))
@@ -28,7 +28,7 @@ quint32 countOf(qint32 mappingType, const QVariantList &profilesAfterDeletion, c
     return static_cast<quint32>(macrosBeforeDeletion.size());
 }
 
-/// Entries of every other assignment refer to no macro and to no profile.
+/// Entries of every other assignment refer to neither a macro nor a profile.
 bool isRepairable(qint32 mappingType)
 {
     return mappingType == static_cast<qint32>(KeyMappings::Assignment::switchProfile)
@@ -46,16 +46,16 @@ std::optional<QVariantList> KeyMappings::removeDeletedMacroProfileMappings(const
         return {};
     const quint32 count = countOf(mappingType, profilesAfterDeletion, macrosBeforeDeletion);
     const QVariantMap replacements = replacementEntries(defaultDict);
-    // Deliberate: entries behind the deleted index keep it, nothing is renumbered. And the comparison is unsigned: a
-    // negative index counts as past the end, and of an empty array nothing is past the end.
+    // Deliberate: entries after the deleted index keep it; nothing is renumbered. The comparison is unsigned: a
+    // negative index is past the end, and no index is past the end of an empty array.
     const auto needsRepair = [&](const Entry &entry) {
         return entry.command == mappingType
                && (entry.param1 == deletedIndex || static_cast<quint32>(entry.param1) > count - 1u);
     };
 
     QVariantList repaired = profilesAfterDeletion;
-    // Deliberate: both outlive one turn of the loop, so that a record without "Keys" is given those of the record
-    // before it. A first record without them stays without.
+    // Deliberate: both outlive one turn of the loop. A record without "Keys" therefore gets those of the record before
+    // it; a first record without them stays without.
     QVariantMap keys;
     bool hasKeys = false;
     for (QVariant &element : repaired) {

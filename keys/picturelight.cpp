@@ -15,8 +15,9 @@ namespace {
 constexpr int stepMs = 600; // each step paints all keys: slow enough to cost nothing
 constexpr int gradientStops = 12;
 
-/// The glow around a key: how far it reaches beyond the key's place, in key units, and how strong it is there at full
-/// brightness. One over the other, so that it fades; weak enough for the mark of the selected key to stand out.
+/// The glow around a key: how far it reaches beyond the key's place, in key units, and its opacity there at full
+/// brightness. The rings lie one over the other, which makes the glow fade. They are weak enough for the mark of the
+/// selected key to stand out.
 struct Ring
 {
     qreal reach;
@@ -25,13 +26,13 @@ struct Ring
 
 constexpr Ring rings[] = {{0.16, 0.1}, {0.09, 0.18}, {0.03, 0.4}};
 
-/// The same clock as the daemon's, so that picture and keyboard go together.
+/// The daemon uses the same clock, so picture and keyboard are in step.
 Backlight::Time now()
 {
     return std::chrono::duration_cast<Backlight::Time>(std::chrono::steady_clock::now().time_since_epoch());
 }
 
-/// The colour of the light at full brightness: how bright it is shows as opacity.
+/// Returns the colour of the light at full brightness: the opacity shows the actual brightness.
 QColor hueAt(Backlight::Settings settings, Backlight::Time time)
 {
     settings.brightness = Backlight::maximumBrightness;
@@ -97,8 +98,8 @@ void PictureLight::paint(QPainter &painter, const QList<QRect> &keys, qreal unit
     const QBrush brush = cycles && !mIsMotionAllowed ? QBrush(spectrum) : QBrush(hueAt(mSettings, now()));
     painter.save();
     for (const Ring &ring : rings) {
-        // As one region, so that no place between two keys is painted twice; plain rectangles, since all of them are
-        // painted with each step.
+        // One region, because no place between two keys may be painted twice. Plain rectangles, because each step
+        // paints all of them.
         const int reach = std::max(1, qRound(ring.reach * unit));
         QRegion glow;
         for (const QRect &key : keys)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The backlight as the keyboard picture shows it: a glow between the keys. Owned by the picture. Main thread only.
+// The key lighting in the keyboard picture: a glow between the keys. The picture owns it. Main thread only.
 #pragma once
 
 #include "lighting/backlight.h"
@@ -11,8 +11,8 @@
 class QPainter;
 class QRect;
 
-/// A light that cycles moves calmly, and only while somebody can see it. Where the desktop asks for no motion it stands
-/// still and shows all its colours side by side.
+/// A light that cycles moves calmly, and only while the user can see it. If the desktop asks for no motion, the light
+/// stays still and shows all its colours side by side.
 class PictureLight : public QObject
 {
     Q_OBJECT
@@ -27,12 +27,12 @@ public:
     void setSeen(bool isSeen);
     void setMotionAllowed(bool isAllowed);
 
-    /// Paints the glow around `keys`, the places of the keycaps; `unit` is the length of one key unit. Nothing for a
-    /// light that is off.
+    /// Paints the glow around `keys`, the places of the keycaps. `unit` is the length of one key unit. Paints nothing
+    /// for a light that is off.
     void paint(QPainter &painter, const QList<QRect> &keys, qreal unit) const;
 
 Q_SIGNALS:
-    void changed(); ///< it looks different now
+    void changed(); ///< the look has changed
 
 protected:
     void timerEvent(QTimerEvent *event) override;
