@@ -11,7 +11,7 @@ namespace {
 
 constexpr int iconSize = 16;
 
-/// An arrow that points down, filled for a press; turned round and hollow for a release.
+/// Draws an arrow: filled and pointing down for a press, hollow and pointing up for a release.
 void drawArrow(QPainter &painter, const QColor &color, bool isPress)
 {
     painter.setPen(QPen(color, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
@@ -30,7 +30,7 @@ void drawArrow(QPainter &painter, const QColor &color, bool isPress)
 
 void drawClock(QPainter &painter, QColor color)
 {
-    color.setAlphaF(0.65f); // events stand out from the pauses between them
+    color.setAlphaF(0.65f); // fainter than the events between the pauses
     painter.setPen(QPen(color, 1.3, Qt::SolidLine, Qt::RoundCap));
     painter.drawEllipse(QPointF(8, 8), 6, 6);
     painter.drawLine(QPointF(8, 8), QPointF(8, 4.5));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The pictures before the lines of the event list: down, up, a clock. Drawn in the palette's colours, once for each.
-// Owned by the macros tab. Main thread only.
+// The icons before the lines of the event list: down, up, a clock. Each is drawn once in the palette's colours. Owned
+// by the macros tab. Main thread only.
 #pragma once
 
 #include "macros/eventline.h"
@@ -13,10 +13,10 @@ class QPalette;
 class EventIcons
 {
 public:
-    /// Follows a change of the palette at the next call.
+    /// Draws the icons again when `palette` differs from that of the call before.
     [[nodiscard]] QIcon icon(EventLineKind kind, const QPalette &palette);
 
-    /// A dot for recording, a square for stopping.
+    /// Returns a dot for recording or a square for stopping.
     [[nodiscard]] static QIcon recordIcon(bool isStop);
 
 private:

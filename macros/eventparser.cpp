@@ -33,8 +33,8 @@ struct KeyName
     QLatin1StringView name;
 };
 
-// Sorted by code. Deliberate: 42 (backspace) and 76 (forward delete) share a name, 100 (the non-US backslash key) is
-// "|", 71 is "Screen Lock" and 83 (Num Lock) is "Clear", as the keyboard's legends have it.
+// Sorted by code. Deliberate, as in the keyboard's legends: 42 (backspace) and 76 (forward delete) share a name, 100
+// (the non-US backslash key) is "|", 71 is "Screen Lock" and 83 (Num Lock) is "Clear".
 constexpr std::array keyNames{
     KeyName{40, "Return"_L1},      KeyName{41, "Escape"_L1},     KeyName{42, "Delete"_L1},
     KeyName{43, "Tab"_L1},         KeyName{44, "Space"_L1},      KeyName{45, "-"_L1},
@@ -81,7 +81,7 @@ QLatin1StringView keyName(int hid)
 
 struct ParsedEvent
 {
-    quint8 command; // compared on their low 8 bits only
+    quint8 command; // only the low 8 bits are compared
     quint8 page;
     uint argument;
 };
@@ -126,7 +126,7 @@ QStringList eventParser::parseSequence(const QVariantMap &event)
     if (!hasLine(fields))
         return lines;
     const bool isDown = fields.command == MacroRecord::keyDown;
-    // Deliberate: a button line ends in a newline, as a delay line does, and a key line does not.
+    // Deliberate: a button line ends in a newline, like a delay line; a key line does not.
     if (fields.page == MacroRecord::keyboardPage)
         lines += (isDown ? "Key Press "_L1 : "Key Release "_L1)
                  + getStringWithHIDWithModifier(static_cast<int>(fields.argument), 0);
@@ -141,7 +141,7 @@ QStringList eventParser::getMessagesArray(const QVariantList &sequence)
     for (const QVariant &event : sequence)
         lines += parseSequence(event.toMap());
     if (!lines.isEmpty())
-        lines.removeFirst(); // the first event's delay line, so that the list never opens with a delay
+        lines.removeFirst(); // the first event's delay line: the list never opens with a delay
     return lines;
 }
 
@@ -150,7 +150,7 @@ QString eventParser::getStringWithHIDWithModifier(int hid, int modifier)
     if (!sHeldKeys)
         sHeldKeys.emplace();
     QString name;
-    // The modifier as given decides, before it is masked: 256 brings no modifier name but still the " + " below.
+    // The unmasked modifier decides: 256 gives no modifier name, but still the " + " below.
     if (modifier != 0) {
         QList<int> held;
         getModifierHIDRetVal(static_cast<quint8>(modifier), held);
@@ -195,7 +195,7 @@ void eventParser::manageHIDStack(QList<int> &held)
     }
     QList<int> &stack = *sHeldKeys;
     stack.removeIf([&](int hid) { return !held.contains(hid); });
-    // The entries that are gone went above, so only newly pressed keys remain to be told apart.
+    // Released keys were removed above, so only newly pressed keys are missing.
     qsizetype missing = held.size() - stack.size();
     for (const int hid : std::as_const(held)) {
         if (missing <= 0)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Turns recorded macro events into the lines of the event list, and key codes into readable names. It keeps one list,
-// the held keys, which is shared by the whole process and not locked: main thread only.
+// the held keys, which the whole process shares without a lock: main thread only.
 #pragma once
 
 #include <QList>
@@ -18,17 +18,18 @@ class eventParser
 public:
     eventParser() = delete;
 
-    /// The lines of one event: its delay line, then its event line if it has one.
+    /// Returns the lines of one event: its delay line, then its event line if it has one.
     [[nodiscard]] static QStringList parseSequence(const QVariantMap &event);
 
-    /// The display lines of a whole sequence (array of event dictionaries): the first event's delay line is left out.
+    /// Returns the display lines of a whole sequence (array of event dictionaries), without the first event's delay
+    /// line.
     [[nodiscard]] static QStringList getMessagesArray(const QVariantList &sequence);
 
-    /// The name of key code `hid`, preceded by the names of the modifiers in `modifier` (modifier byte of the boot
-    /// keyboard, low 8 bits), joined by " + ". An unknown key gives nothing, also after " + ".
+    /// Returns the name of key code `hid`, preceded by the names of the modifiers in `modifier` (modifier byte of the
+    /// boot keyboard, low 8 bits), joined by " + ". An unknown key has no name, also after " + ".
     [[nodiscard]] static QString getStringWithHIDWithModifier(int hid, int modifier);
 
-    /// 'A' to 'Z' or '0' to '9' for the key codes 4 to 39, else 0.
+    /// Returns 'A' to 'Z' or '0' to '9' for the key codes 4 to 39, else 0.
     [[nodiscard]] static char returnASCII(quint8 hid);
 
     /// Appends to `retVal` the key code of each set bit of `modifier`, from the lowest bit to the highest.
@@ -37,7 +38,7 @@ public:
     /// Rewrites `held`, the key codes held now, into the order in which they were first pressed.
     static void manageHIDStack(QList<int> &held);
 
-    /// Whether `event` has a line of its own in the event list; every event but the first also has a delay line.
+    /// True if `event` has a line of its own in the event list. Every event but the first also has a delay line.
     [[nodiscard]] static bool hasEventLine(const QVariantMap &event);
 
 private:

@@ -33,7 +33,7 @@ bool haveSameEvents(const QVariantMap &macro, const QVariantMap &other)
            && macro.value(SettingsKeys::sequence) == other.value(SettingsKeys::sequence);
 }
 
-/// Whether two records are surely one macro. One without a number is told by all that it has.
+/// True if two records are certainly the same macro. Without an identifier, the records must be equal.
 bool areOneMacro(const QVariantMap &macro, const QVariantMap &other)
 {
     return macro == other || (macro.contains(SettingsKeys::macroId) && haveSameEvents(macro, other));
@@ -116,7 +116,7 @@ QVariantMap KeyboardMacrosController::macroAt(int row) const
 
 bool KeyboardMacrosController::validateMenuItem(const QAction *item) const
 {
-    // The two menus share the numbers of their commands, not the titles.
+    // The two menus share the numbers of their commands, but not the titles.
     const int tag = item->data().toInt();
     if (item == mSettingsMacroDetails->itemWithTag(tag))
         return MacroCommands::isEnabledInEventGearMenu(tag, eventListState());
@@ -137,7 +137,7 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
     mRecordMacroDetails->setEnabled(isEnabled);
     if (isEnabled)
         enableDeleteEventBySelection();
-    // The keyboard may be announced anew meanwhile; another macro must not be selected before Stop saves this one.
+    // The keyboard may be announced again meanwhile. The user must not select another macro before Stop saves this one.
     if (isRecording() || mIsMacroEventEdit) {
         setStateOfMacroTableWithState(false);
         setStateOfTableButtonsWithState(false);
@@ -164,7 +164,7 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
 {
     QStringList texts;
     for (const QVariant &line : lines)
-        texts.append(line.toString()); // one that is no text keeps its row: events are addressed by it
+        texts.append(line.toString()); // an element that is not text keeps its row, which addresses the event
     mHaveLinesCome = true;
     showLines(texts);
 }
@@ -180,7 +180,7 @@ void KeyboardMacrosController::showLines(const QStringList &lines)
 void KeyboardMacrosController::updateTableWithNewMacro()
 {
     showNewList();
-    fetchChangedLines(); // the selected macro may be the one that was recorded anew on the keyboard
+    fetchChangedLines(); // the selected macro may have been recorded again on the keyboard
     endOutdatedSheets();
     updateEventPart();
 }
@@ -213,7 +213,7 @@ void KeyboardMacrosController::showNewList()
 {
     const int row = rowOfSelectedMacro();
     mMacroTableView->reloadData();
-    // While an add goes on its row is the last one, and has no number yet.
+    // While an add is in progress, its row is the last one and has no identifier yet.
     if (mIsAddMacro)
         return;
     if (row != macroRow()) {
@@ -254,7 +254,7 @@ void KeyboardMacrosController::setStateOfMacroTableWithState(bool isEnabled)
     mMacroDetailsTableView->setEnabled(isEnabled && mHasDeviceConnected);
 }
 
-/// Shows the event part exactly while a macro is selected.
+/// Shows the event part only while a macro is selected.
 void KeyboardMacrosController::updateEventPart()
 {
     const bool isHidden = macroRow() < 0;
@@ -264,7 +264,7 @@ void KeyboardMacrosController::updateEventPart()
     updateEventButtons();
 }
 
-/// Says what to do where there is nothing to see.
+/// Shows the user's next step where a list or the event part is empty.
 void KeyboardMacrosController::updatePlaceholders()
 {
     const bool hasMacros = !mMacrosSettingsArray.isEmpty();
@@ -274,7 +274,7 @@ void KeyboardMacrosController::updatePlaceholders()
     mMacroDetailsTableView->setPlaceholderText(localizedText(isRecording() ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }
 
-/// While a recording or a capture runs, only the record button is on; while a name is edited, none is.
+/// Only the record button is enabled during a recording or a capture. No button is enabled while a name is edited.
 void KeyboardMacrosController::updateEventButtons()
 {
     const bool isRenaming = mMacroTableView->editedRow() >= 0;
@@ -286,7 +286,7 @@ void KeyboardMacrosController::updateEventButtons()
     explainEdit();
 }
 
-/// The tool tip of "Edit" says why the command is off where nothing else does.
+/// The tool tip of "Edit" gives the reason for the disabled command where nothing else does.
 void KeyboardMacrosController::explainEdit()
 {
     QAction *edit = mSettingsMacroDetails->itemWithTag(MacroCommands::edit);
@@ -299,7 +299,7 @@ void KeyboardMacrosController::explainEdit()
     mSettingsMacroDetails->menu()->setToolTipsVisible(isOutOfReach);
 }
 
-/// The event list is off while it is recorded into, but that is when it is read.
+/// The event list is disabled during a recording, but that is when the user reads it.
 void KeyboardMacrosController::updateLineColor()
 {
     QPalette palette;
@@ -319,7 +319,7 @@ int KeyboardMacrosController::numberOfRowsInTableView(TableView *tableView)
 
 QVariant KeyboardMacrosController::tableViewObjectValueForTableColumnRow(TableView *, const QString &column, int row)
 {
-    // A name that is fetched also brings the event part up to date with the selection.
+    // Fetching a name also updates the event part for the selection.
     if (column == "macroName"_L1) {
         updateEventPart();
         return row >= 0 && row < mMacrosSettingsArray.size() ? QVariant(MacroRecord::name(macroAt(row))) : QVariant();
@@ -361,10 +361,10 @@ void KeyboardMacrosController::fetchLines()
         mMacroOfLines = mFetchedMacro;
         mFetchedLines = mMacroDetailsArray;
     } else {
-        // Better none than another macro's, since the commands for a line go to the selected one, or than those of a
-        // recording that may not have been stored.
+        // Shows no lines rather than those of another macro: the commands for a line go to the selected macro. The same
+        // applies to the lines of a recording that may not have been stored.
         showLines(areOneMacro(mFetchedMacro, mMacroOfLines) ? mFetchedLines : QStringList());
-        mFetchedMacro = {}; // they are asked for again with the next document
+        mFetchedMacro = {}; // requested again with the next document
     }
 }
 
@@ -393,7 +393,7 @@ QVariant KeyboardMacrosController::selectedMacro() const
 
 QVariant KeyboardMacrosController::eventsOfSelectedMacro() const
 {
-    // Not the record's events: after an edit those are older than the lines.
+    // The record's events are not used: after an edit they are older than the lines.
     const QVariantMap macro = macroAt(macroRow());
     return QVariantList{macro.value(SettingsKeys::macroId, MacroRecord::name(macro)), mMacroDetailsArray};
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The macros tab: the list of macros, the events of the selected one, recording and editing events.
-// Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
+// The macros tab: the list of macros, the events of the selected one, recording and editing events. Keeps copies of the
+// main controller's data and asks its delegate for every change. Main thread only.
 #pragma once
 
 #include "macros/eventicons.h"
@@ -38,7 +38,7 @@ public:
     /// Context numbers of the tab's sheets.
     enum SheetContext { confirmDelete = 5, exportMacro = 10 };
 
-    // What the tab is made of and shows
+    // Content of the tab
     [[nodiscard]] QWidget *view() const { return mView; }
     [[nodiscard]] TableView *macroTableView() const;
     [[nodiscard]] TableView *macroDetailsTableView() const;
@@ -46,31 +46,32 @@ public:
     [[nodiscard]] MacroDelegate *macroDelegate() const { return mMacroDelegate; }
     [[nodiscard]] QVariantList macrosSettingsArray() const { return mMacrosSettingsArray; }
     [[nodiscard]] QStringList macroDetailsArray() const { return mMacroDetailsArray; }
-    /// A recording, new or appended, runs, or a capture of a single key was begun and nothing but Stop or OK ended it.
+    /// True while a recording, new or appended, runs. Also true from the start of a single-key capture until Stop or OK
+    /// ends it; Cancel does not.
     [[nodiscard]] bool isRecordingOrCapturing() const;
     [[nodiscard]] bool recordButtonReadsStop() const { return mRecordButtonReadsStop; }
 
     // From the main controller
-    /// Observes the recording notifications; at `setNotificationCenter()`'s centre if one was set, else the default
-    /// one.
+    /// Observes the recording notifications, at the centre of setNotificationCenter() if one was set, else at the
+    /// default one.
     void awakeFromNib();
-    /// Not owned; it must outlive the controller.
+    /// The controller does not own `center`, which must outlive it.
     void setNotificationCenter(DistributedNotificationCenter *center) { mNotificationCenter = center; }
     void setMMacrosSettingsArray(const QVariantList &macros);
-    /// Neither is owned.
+    /// The controller owns neither of the two.
     void setMMacroDelegate(MacroDelegate *delegate) { mMacroDelegate = delegate; }
     void setMMacrosWindow(QWidget *window) { mMacrosWindow = window; }
     void setControlsState(bool isEnabled);
     void refreshTableDisplay();
-    /// `lines`: the display lines of the selected macro (texts).
+    /// `lines` are the display lines of the selected macro (texts).
     void updateSelectedMacroWithMacroDetails(const QVariantList &lines);
-    /// Macros were recorded on the keyboard and handed over: shows them.
+    /// Shows macros that were recorded on the keyboard and handed over.
     void updateTableWithNewMacro();
     void stopAllMacroRecording();
-    /// The keyboard is back after it, or its daemon, was gone: the capture of the event sheet begins anew. A recording
-    /// that is still shown as running ends; what it had recorded is gone with the daemon.
+    /// Restarts the capture of an open event sheet when the keyboard is back after it, or its daemon, was gone. Ends a
+    /// recording that is still shown as running, whose events are gone with the daemon.
     void keyboardCameBack();
-    /// A tab was selected; leaving this one stops a recording. `label` is the tab's label.
+    /// The user selected a tab; leaving this one stops a recording. `label` is the label of the selected tab.
     void checkMacroRecordingStatus(const QString &label);
 
     // States of groups of controls
@@ -83,18 +84,18 @@ public:
     void clickDeleteMacro(QObject *sender);
     void clickMacroSettingsMenuItem(const QAction *item);
     void deleteMacro();
-    /// `context`: a SheetContext.
+    /// `context` is a SheetContext.
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
-    /// Asks for a file to import a macro from.
+    /// Asks for a file from which to import a macro.
     void loadPanel();
     void openPanelDidEndReturnCodeContextInfo(int returnCode);
-    /// Asks for a file to export the selected macro to.
+    /// Asks for a file to which to export the selected macro.
     void loadSaveAsPanel();
-    /// `name`, or `name` with a number when a record in `macros` has it; the rule is uniqueName().
+    /// Returns `name`, or `name` with a number if a record in `macros` has it; the rule is uniqueName().
     [[nodiscard]] QString checkForDuplicateMacroNameUsingDefaultName(const QVariantList &macros,
                                                                      const QString &name) const;
     void setupSettingsMenus();
-    /// Whether a gear menu enables the item.
+    /// True if a gear menu enables the item.
     [[nodiscard]] bool validateMenuItem(const QAction *item) const;
 
     // The event list and recording
@@ -106,9 +107,9 @@ public:
     void clickMacroDelayCancel(QObject *sender);
     void clickMacroEventOK(QObject *sender);
     void clickMacroEventCancel(QObject *sender);
-    /// `userInfo` of the notification of new events ("messagesArray").
+    /// `userInfo` is that of the notification of new events ("messagesArray").
     void recordEvents(const QVariantMap &userInfo);
-    /// `userInfo` of the notification of a captured key ("singleKey", "singleKeyModif").
+    /// `userInfo` is that of the notification of a captured key ("singleKey", "singleKeyModif").
     void singleKeyEvents(const QVariantMap &userInfo);
 
     // The data source of both tables. Columns: "macroName" of the list, "command" of the event list.
@@ -117,7 +118,7 @@ public:
     void tableViewSetObjectValueForTableColumnRow(TableView *tableView, const QVariant &value, const QString &column,
                                                   int row) override;
     void tableViewSelectionDidChange(TableView *tableView) override;
-    /// An arrow or a clock before each line of the event list.
+    /// Returns an arrow or a clock for each line of the event list.
     QIcon tableViewImageForTableColumnRow(TableView *tableView, const QString &column, int row) override;
 
 private:
@@ -134,26 +135,28 @@ private:
     [[nodiscard]] bool isRecording() const { return mIsRecording || mIsAppendMacro; }
     [[nodiscard]] int macroRow() const;
     [[nodiscard]] int eventRow() const;
-    [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty when there is no such row
+    [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty if there is no such row
     [[nodiscard]] MacroCommands::EventListState eventListState() const;
 
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
-    /// Sends the record that was just appended to the list. The row where it is now; -1 when the daemon has not taken
-    /// it (then it is out of the list again), or when it cannot be told from another one of its name.
+    /// Sends the record that was just appended to the list. Returns its row in the new list. Returns -1 when the daemon
+    /// has not accepted the record, which is then removed from the list, or when another one of the same name is there.
     [[nodiscard]] int sendAppendedMacro();
     void renameMacro(int row, const QString &newName);
     void startRenaming();
-    /// Without an answer shows the lines that came last, if they are of this macro.
+    /// Fetches the lines of the selected macro. Without an answer, shows the lines that came last if they are of this
+    /// macro.
     void fetchLines();
-    /// Shows the lines that came last, if they are of the selected macro, or else fetches them.
+    /// Shows the lines that came last if they are of the selected macro; otherwise fetches them.
     void showLinesAgain();
     void showLines(const QStringList &lines);
-    /// The same, if the lines shown are no longer those of the selected macro.
+    /// Fetches the lines if those shown are no longer those of the selected macro.
     void fetchChangedLines();
-    /// A new list came: fetches it anew and selects the macro that was selected. A recording of one that is gone ends.
+    /// Shows a new list and selects the macro that was selected before. Ends the recording of a macro that is gone.
     void showNewList();
-    /// The row of a macro by its "macroID"; that of the selected row where it has none; -1 when it is gone.
+    /// Returns the row of the selected macro by its "macroID", or the selected row if it has none; -1 if the macro is
+    /// gone.
     [[nodiscard]] int rowOfSelectedMacro() const;
     void noteSelectedMacro();
     struct Selection
@@ -162,12 +165,12 @@ private:
         QVariant macroId;
     };
     void selectAgain(const Selection &before);
-    /// Sends no more than the end of the recording: what it recorded belongs to no macro any more.
+    /// Sends only the end of the recording: the recorded events no longer belong to a macro.
     void abandonRecording();
-    /// Ends what is up about another macro than the selected one, or about events that have changed since.
+    /// Ends open dialogs about a macro other than the selected one, or about events that have changed since.
     void endOutdatedSheets();
-    [[nodiscard]] QVariant selectedMacro() const;         ///< what tells it from every other, and its name
-    [[nodiscard]] QVariant eventsOfSelectedMacro() const; ///< what tells it from every other, and its lines
+    [[nodiscard]] QVariant selectedMacro() const;         ///< its identifier and its name
+    [[nodiscard]] QVariant eventsOfSelectedMacro() const; ///< its identifier, or else its name, and its lines
     /// Fetches the lines after a command that changed the events.
     void eventsWereEdited();
     void updateEventPart();
@@ -183,10 +186,10 @@ private:
     void editSelectedEvent();
     void openDelaySheet();
     void openEventSheet();
-    /// Has the keys captured for the event sheet, which is up.
+    /// Starts the capture of a key for the open event sheet.
     void captureEditedEvent();
     void closeEventSheet();
-    /// Gives the edited event the captured key; `page` below 0 leaves the event's page.
+    /// Gives the edited event the captured key; with a `page` below 0, the event keeps its page.
     void storeCapturedKey(int page);
     void removeAllEvents();
     void copySelectedDelayToAll();
@@ -221,8 +224,8 @@ private:
     QPointer<OpenPanel> mOpenPanel; ///< each until the next is opened
     QPointer<SavePanel> mSavePanel;
 
-    SheetSubject mMacroSubject;  ///< the selectedMacro() that an alert or a panel is about
-    SheetSubject mImportSubject; ///< of the panel to import from, which is about none
+    SheetSubject mMacroSubject;  ///< the selectedMacro() of an open alert or panel
+    SheetSubject mImportSubject; ///< of the import panel, which is about no macro
     SheetSubject mEventsSubject; ///< the eventsOfSelectedMacro() that a sheet edits
 
     QVariantList mMacrosSettingsArray;
@@ -239,20 +242,20 @@ private:
 
     int mEditedRow = -1;               ///< row of a rename started from a menu
     quint8 mMacroEventEditHIDCode = 0; ///< the key captured for the edited event; 0 for none
-    bool mIsAddMacro = false;          ///< an add is going on: the daemon does not know the new row yet
+    bool mIsAddMacro = false;          ///< an add is in progress: the daemon does not know the new row yet
     bool mIsRenamingMacroName = false; ///< a rename was started from a menu
-    bool mIsListNew = false;           ///< the list was handed over since an add was sent
+    bool mIsListNew = false;           ///< a list was handed over since an add was sent
     bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
-    bool mIsFollowingMacro = false;    ///< the selected macro has moved or gone: its lines are not to be fetched
-    bool mIsReplacingLines = false;    ///< an operation goes on that fetches the lines at its end
-    bool mHaveLinesCome = false;       ///< since they were asked for last
+    bool mIsFollowingMacro = false;    ///< the selected macro has moved or is gone: its lines must not be fetched
+    bool mIsReplacingLines = false;    ///< an operation is in progress that fetches the lines at its end
+    bool mHaveLinesCome = false;       ///< lines have come since the latest request
     bool mIsRecording = false;         ///< a new recording runs
     bool mIsStopRecording = false;     ///< the last recording was stopped: late lines are ignored
     bool mIsAppendMacro = false;       ///< an appended recording runs
     bool mIsEditingMacro = false;      ///< a single key is being captured, or was when the event sheet was cancelled
     bool mIsMacroEventEdit = false;    ///< the event sheet is up
-    bool mHasDeviceConnected = true;   ///< as last told to setControlsState()
-    // Named for completeness: the delay field vets each edit by itself.
+    bool mHasDeviceConnected = true;   ///< the latest argument of setControlsState()
+    // For completeness: the delay field checks each edit itself.
     [[maybe_unused]] int mCountDecimal = 0;
     [[maybe_unused]] bool mIsDecimalPointDuplicate = false;
     bool mRecordButtonReadsStop = false;

@@ -37,7 +37,7 @@ void KeyboardMacrosController::selectEvent(int row)
 void KeyboardMacrosController::eventsWereEdited()
 {
     mAreRecordsStale = true;
-    mMacroOfLines = {}; // the lines that came last are no longer right: better none, if none come now
+    mMacroOfLines = {}; // the last lines are outdated: without new ones, none are shown
     fetchLines();
     mMacroDetailsTableView->reloadData();
 }
@@ -87,7 +87,7 @@ void KeyboardMacrosController::copySelectedDelayToAll()
     const int row = eventRow();
     if (mMacroDetailsArray.isEmpty() || row <= 0 || row % 2 == 0)
         return;
-    // The first argument carries the row whose delay is copied, not a time. Deliberate: the daemon looks it up.
+    // Deliberate: the first argument is the row whose delay is copied, not a time. The daemon looks the delay up.
     if (mMacroDelegate)
         mMacroDelegate->setAllEventsDelayForMacroAtIndexHasNoDelay(row, macroRow(), false);
     eventsWereEdited();
@@ -170,8 +170,8 @@ void KeyboardMacrosController::closeEventSheet()
     setStateOfMacroTableWithState(true);
     updateEventButtons();
     mEditEventWindow->endSheet();
-    mMacroDetailsTableView->setFocus(); // which was off, so that the focus had gone on to Record
-    fetchChangedLines();                // where they did not come before
+    mMacroDetailsTableView->setFocus(); // it was disabled, so the focus had moved to Record
+    fetchChangedLines();                // if they did not come before
 }
 
 void KeyboardMacrosController::clickMacroEventOK(QObject *)
@@ -186,10 +186,10 @@ void KeyboardMacrosController::clickMacroEventOK(QObject *)
 
 void KeyboardMacrosController::clickMacroEventCancel(QObject *)
 {
-    // What tells that a key is being captured stays. Deliberate: leaving the tab, or Stop, ends the capture once more.
+    // Deliberate: mIsEditingMacro stays set. Leaving the tab, or Stop, ends the capture once more.
     mIsMacroEventEdit = false;
     mMacroEventEditHIDCode = 0;
-    // A keyboard that has gone has ended the capture itself.
+    // The removal of the keyboard has already ended the capture.
     if (mMacroDelegate && mHasDeviceConnected)
         mMacroDelegate->stopSingleKeyRecording();
     closeEventSheet();
@@ -213,7 +213,7 @@ void KeyboardMacrosController::singleKeyEvents(const QVariantMap &userInfo)
 {
     const int key = PlistNumbers::integerValue(userInfo.value(DaemonProtocol::singleKey));
     const int modifier = PlistNumbers::integerValue(userInfo.value(DaemonProtocol::singleKeyModifier));
-    // A modifier key pressed alone comes as the modifier.
+    // A modifier key pressed alone arrives as the modifier.
     const int code = modifier != 0 && (key & lowByte) == 0 ? modifier : key;
     mMacroEventEditHIDCode = quint8(code & lowByte);
     mInputMacroEvent->setText(eventParser::getStringWithHIDWithModifier(mMacroEventEditHIDCode, 0));
@@ -222,7 +222,7 @@ void KeyboardMacrosController::singleKeyEvents(const QVariantMap &userInfo)
     mIsEditingMacro = false;
     if (mMacroDelegate)
         mMacroDelegate->stopSingleKeyRecording();
-    // The event's page stays. Deliberate: only the sheet turns an event into one of the keyboard.
+    // Deliberate: the event keeps its page. Only the sheet turns an event into one of the keyboard.
     storeCapturedKey(keepPage);
     setRecordButton(false);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Importing and exporting macros: the panels that ask for a file, and what is read and written.
+// Import and export of macros: the panels that ask for a file, and the reading and writing of the files.
 #include "macros/keyboardmacroscontroller.h"
 
 #include "base/propertylist.h"
@@ -35,7 +35,7 @@ void KeyboardMacrosController::loadSaveAsPanel()
 
 void KeyboardMacrosController::exportMacroToFile(const QString &path)
 {
-    // Editing an event brings no new document.
+    // The daemon sends no new document after an event was edited.
     if (mAreRecordsStale && mMacroDelegate)
         mMacroDelegate->reloadMacros();
     const QVariantMap record = macroAt(macroRow());

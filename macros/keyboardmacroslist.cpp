@@ -66,19 +66,19 @@ int KeyboardMacrosController::sendAppendedMacro()
     mIsListNew = false;
     if (mMacroDelegate)
         mMacroDelegate->addMacroWithSettings(mMacrosSettingsArray.last().toMap());
-    // A macro that is added comes back in a new list. One that is refused, or is not answered for, comes not at all; in
-    // the list it would be a row that the daemon does not have, and all the commands of the tab name a row.
+    // The daemon returns an added macro in a new list. A macro that was refused or not answered does not come back. It
+    // must not stay in the list as a row that the daemon does not have, because all commands of the tab name rows.
     if (!mIsListNew) {
         mMacrosSettingsArray.removeLast();
         return -1;
     }
-    // The name was free. Another client may have added one, too, before the list came.
+    // The name was free, but another client may also have added a macro of this name before the list came.
     int row = -1;
     for (int each = 0; each < mMacrosSettingsArray.size(); ++each) {
         if (MacroRecord::name(macroAt(each)) != name)
             continue;
         if (row >= 0)
-            return -1; // of its name, too: nobody can tell which one is this
+            return -1; // also of this name: the row of the new one is unknown
         row = each;
     }
     return row;
@@ -97,14 +97,14 @@ void KeyboardMacrosController::renameMacro(int row, const QString &newName)
     QVariantMap macro = macroAt(row);
     if (macro.isEmpty())
         return;
-    // With its name blanked and moved to the end, the macro's own old name is no collision.
+    // The macro moves to the end without its name: its own old name is then not a collision.
     macro[SettingsKeys::macroName] = QString();
     mMacrosSettingsArray.removeAt(row);
     mMacrosSettingsArray.append(macro);
     const QString name = checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, newName);
     macro[SettingsKeys::macroName] = name;
-    // The macro now stands here twice, and the one that followed is gone. Deliberate: the reload after the rename
-    // brings the daemon's list anew.
+    // The macro is now in the list twice, and the one after it is gone. Deliberate: the reload after the rename brings
+    // the daemon's list.
     mMacrosSettingsArray.last() = macro;
     mMacrosSettingsArray[row] = macro;
     if (mMacroDelegate)
@@ -157,7 +157,7 @@ void KeyboardMacrosController::deleteMacro()
 
 void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)
 {
-    mMacroTableView->endEditing(); // a name that is being typed is written before
+    mMacroTableView->endEditing(); // first writes a name that is being typed
     switch (item->data().toInt()) {
     case MacroCommands::rename: startRenaming(); break;
     case MacroCommands::newMacro: clickAddMacro(nullptr); break;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Recording the events of the selected macro, new or appended, and what stops it.
+// Recording the events of the selected macro, new or appended, and the ways in which it stops.
 #include "macros/keyboardmacroscontroller.h"
 
 #include "base/daemonprotocol.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-// What the main controller passes as the label of this tab.
+// The label of this tab, as passed by the main controller.
 constexpr QLatin1StringView macrosTabLabel{"Macros"};
 
 } // namespace
@@ -28,7 +28,7 @@ void KeyboardMacrosController::setRecordButton(bool readsStop)
     mRecordMacroDetails->setText(localizedText(readsStop ? "lkeyStop" : "lkeyRecord"));
     mRecordMacroDetails->setIcon(EventIcons::recordIcon(readsStop));
     mRecordMacroDetails->setChecked(readsStop);
-    mRecordMacroDetails->setAutoDefault(readsStop); // Return stops, too
+    mRecordMacroDetails->setAutoDefault(readsStop); // Return also stops
     mRecordMacroDetails->setAccessibleDescription(readsStop ? localizedText("lkeyHoldEscape") : QString());
 }
 
@@ -47,7 +47,7 @@ void KeyboardMacrosController::clickRecordMacroDetails(QObject *)
     else if (macroRow() >= 0)
         startRecording();
     else
-        setRecordButton(false); // a click has toggled it
+        setRecordButton(false); // the click has toggled it
 }
 
 void KeyboardMacrosController::startRecording()
@@ -80,7 +80,7 @@ void KeyboardMacrosController::stopRecording()
     if (mMacroDelegate && mIsEditingMacro) {
         mMacroDelegate->stopSingleKeyRecording();
         if (wasRecording)
-            fetchLines(); // in place of what was recorded, which is not stored
+            fetchLines(); // replaces the recorded lines, which are not stored
     } else if (mMacroDelegate) {
         mMacroDelegate->stopMacroRecording();
         mMacroDelegate->saveRecordedEventsForMacroAtIndexIsNewRecording(macroRow(), isAppended ? 1 : 0);
@@ -89,7 +89,7 @@ void KeyboardMacrosController::stopRecording()
     mIsEditingMacro = false;
     mIsAppendMacro = false;
     if (std::exchange(mIsMacroEventEdit, false)) {
-        // The capture has ended under the sheet, which would wait for ever.
+        // The capture has ended; the sheet would wait for ever.
         mMacroEventEditHIDCode = 0;
         mEditEventWindow->endSheet();
     }
@@ -131,7 +131,7 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
 
 void KeyboardMacrosController::recordEvents(const QVariantMap &userInfo)
 {
-    // The daemon reports every recording, also one that another client has begun.
+    // The daemon reports every recording, also one that another client has started.
     if (mIsStopRecording || !(mIsRecording || mIsAppendMacro))
         return;
     const QVariantList lines = userInfo.value(DaemonProtocol::messagesArray).toList();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the macros tab and its sheets are laid out.
+// The layout of the macros tab and its sheets.
 #include "macros/keyboardmacroscontroller.h"
 
 #include "base/text.h"
@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The table inside the view that scrolls it. A Qt table scrolls itself, so that this is only its frame.
+/// Returns the view around the table. It is only a frame: a Qt table scrolls itself.
 QWidget *makeScrollView(TableView *table, QLatin1StringView name)
 {
     auto *view = new QWidget;
@@ -39,7 +39,7 @@ QLabel *makeLabel(const char *name, const char *textKey)
     return label;
 }
 
-/// For a button whose title is too short to stand alone: what it does, as its tool tip and for screen readers.
+/// Describes a button whose title is too short, in its tool tip and for screen readers.
 void describe(QPushButton *button, const char *textKey)
 {
     button->setToolTip(localizedText(textKey));
@@ -53,7 +53,7 @@ QLabel *makeHoldEscapeHint(const char *name)
     return hint;
 }
 
-/// A label over a field over two buttons at the right. Returns the column that they are in.
+/// Places a label over a field over two buttons at the right. Returns their column.
 QVBoxLayout *layOutSheet(Sheet *sheet, QLabel *label, QLineEdit *field, QPushButton *cancel, QPushButton *ok)
 {
     label->setBuddy(field);
@@ -95,7 +95,7 @@ QWidget *KeyboardMacrosController::buildMacroList()
     mMacroTableView->setAccessibleName(localizedText("lkeyMacroList"));
     mMacroTableView->addColumn({u"macroName"_s, localizedText("lkeyMacroList"), TableCell::text, true, true});
     connect(mMacroTableView, &TableView::editedRowChanged, this, &Self::updateEventButtons);
-    mMacroTableView->horizontalHeader()->hide(); // the label says it
+    mMacroTableView->horizontalHeader()->hide(); // the label has this text
     mMacroScrollView = makeScrollView(mMacroTableView, "mMacroScrollView"_L1);
     mSettingsMacro = new PulldownButton;
     mSettingsMacro->setObjectName("mSettingsMacro"_L1);
@@ -188,7 +188,7 @@ void KeyboardMacrosController::buildEventSheet()
     mEnterMacroEventLabel = makeLabel("mEnterMacroEventLabel", "lkeyEnterMacroEvent");
     mInputMacroEvent = new QLineEdit;
     mInputMacroEvent->setObjectName("mInputMacroEvent"_L1);
-    // The daemon tells which key was pressed; typing here would only put that key's text into the field.
+    // The daemon reports the pressed key; typing here would only put that key's text into the field.
     mInputMacroEvent->setReadOnly(true);
     makeButton(mMacroEventEditCancel, "mMacroEventEditCancel", "lkeyCancel", &Self::clickMacroEventCancel);
     makeButton(mMacroEventEditOK, "mMacroEventEditOK", "lkeyOK", &Self::clickMacroEventOK);
@@ -216,7 +216,7 @@ void KeyboardMacrosController::buildView()
     setTabOrder();
 }
 
-/// The keys that a desktop's lists know; each is off while its button or list is.
+/// Connects the keys that are usual in a desktop's lists; each is off while its button or list is.
 void KeyboardMacrosController::connectKeys()
 {
     const auto addKey = [this](QWidget *table, QKeySequence key, auto action) {
@@ -241,7 +241,7 @@ void KeyboardMacrosController::connectKeys()
     connect(mMacroDetailsTableView, &TableView::doubleClicked, this, editEvent);
 }
 
-/// As the controls stand, from left to right and down.
+/// Orders the controls by their places, from left to right and down.
 void KeyboardMacrosController::setTabOrder()
 {
     const QList<QWidget *> controls{

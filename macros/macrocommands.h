@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The commands of the macros tab: one table each for the macro list and the event list, serving the gear menus and the
-// context menus, and when each command can be chosen. No state; any thread.
+// The commands of the macros tab, and when each can be chosen. One table for the macro list and one for the event list
+// serve the gear menus and the context menus. No state; any thread.
 #pragma once
 
 #include "platform/pulldownbutton.h"
@@ -17,29 +17,29 @@ struct EventListState
 {
     int lineCount = 0;
     int selectedRow = -1; ///< -1 for none; even rows are events, odd rows are delays
-    int macroRow = -1;    ///< the selected macro's; -1 for none
+    int macroRow = -1;    ///< the row of the selected macro; -1 for none
 };
 
-/// The requests that read and replace an event name its row, and its macro's, in one byte each. A row above would name
-/// another event or macro.
+/// The requests that read and replace an event have one byte each for its row and its macro's row. A higher row would
+/// name another event or macro.
 inline constexpr int lastRowInReach = 255;
 
-/// Whether the requests for an event can name this row of this macro.
+/// True if the requests for an event can name this row of this macro.
 [[nodiscard]] bool isEventInReach(int macroRow, int eventRow);
 
-/// Whether the event or the delay in this row of this macro can be edited. Delays can in every row of every macro:
-/// their request has whole numbers.
+/// True if the event or the delay in this row of this macro can be edited. Delays can be edited in every row of every
+/// macro: their request has whole numbers.
 [[nodiscard]] bool isEditableRow(int macroRow, int eventRow);
 
 [[nodiscard]] const QList<MenuCommand> &ofList();
 [[nodiscard]] const QList<MenuCommand> &ofEventList();
 
-/// In both menus of an enabled macro list.
+/// For both menus of an enabled macro list.
 [[nodiscard]] bool isEnabledForList(int tag, bool isMacroSelected);
 
 [[nodiscard]] bool isEnabledInEventGearMenu(int tag, const EventListState &state);
 
-/// While the macro list is enabled. As in the gear menu, except that Edit is off with an event selected. Deliberate.
+/// For an enabled macro list. Same as in the gear menu, except that Edit is off with an event selected. Deliberate.
 [[nodiscard]] bool isEnabledInEventContextMenu(int tag, const EventListState &state);
 
 } // namespace MacroCommands

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the macros tab asks of the main controller. Main thread; an operation that waits for the daemon blocks.
-// A macro index is a row of the macro list, an event index a display row of the event list; delays are milliseconds.
+// Requests of the macros tab to the main controller. Main thread; an operation that waits for the daemon blocks. A
+// macro index is a row of the macro list, an event index a display row of the event list; delays are milliseconds.
 #pragma once
 
 #include <QString>
@@ -12,7 +12,7 @@ public:
     virtual ~MacroDelegate() = default;
 
     virtual void addMacroWithSettings(const QVariantMap &macro) = 0;
-    /// `appendFlag`: 1 adds to the existing events, 0 starts a new recording.
+    /// `appendFlag` is 1 to add to the existing events and 0 to start a new recording.
     virtual void startMacroRecordingMacroIndex(int appendFlag, int macroIndex) = 0;
     virtual void stopMacroRecording() = 0;
     virtual void saveRecordedEventsForMacroAtIndexIsNewRecording(int macroIndex, int isNewRecording) = 0;
@@ -24,9 +24,9 @@ public:
     virtual void setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, int macroIndex, bool hasNoDelay) = 0;
     virtual void setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex) = 0;
     virtual void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &event) = 0;
-    /// The event record; empty when no reply came.
+    /// Returns the event record; empty when no reply came.
     virtual QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) = 0;
-    /// Hands over the macros anew, with the events as edited since; nothing without a reply.
+    /// Hands over the macros again, including all edits of their events; does nothing without a reply.
     virtual void reloadMacros() {}
     virtual void startEditHID() = 0;
     virtual void stopSingleKeyRecording() = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a macro file holds: one macro record as a property list, without its "macroID". The window and kestractl export
-// and import by these rules. Pure functions; any thread.
+// The content of a macro file: one macro record as a property list, without its "macroID". The window and kestractl
+// export and import by these rules. Pure functions; any thread.
 #pragma once
 
 #include <QLatin1StringView>
@@ -12,14 +12,14 @@ namespace MacroFile {
 
 inline constexpr QLatin1StringView suffix{"KestraMacro"};
 
-/// What a macro is called that nobody has named, before it is made unique.
+/// The name of a macro that the user has not named, before it is made unique.
 inline constexpr QLatin1StringView untitledName{"Untitled Macro"};
 
-/// What the file of the macro `record` holds: all of it but its identity, which is the daemon's.
+/// Returns the file content for the macro `record`: all of it except its identifier, which belongs to the daemon.
 [[nodiscard]] QVariantMap exportedRecord(QVariantMap record);
 
-/// The record to add for a file that holds `record`, next to `macros` (array of macro records): its name made unique;
-/// the untitled name where it has none, or one that is no text. Everything else is the daemon's to judge.
+/// Returns the record to add to `macros` (array of macro records) for a file that holds `record`. Makes the name
+/// unique; the untitled name replaces one that is absent or not text. The daemon judges everything else.
 [[nodiscard]] QVariantMap importedRecord(QVariantMap record, const QVariantList &macros);
 
 } // namespace MacroFile

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reads and edits macro records: their sequence of events, and the display rows that stand for the events. Pure
-// functions without state; any thread may call them. A record's keys that are not named here are kept as they are.
+// Reads and edits macro records: their sequence of events, and the display rows of the events. Pure functions without
+// state; any thread may call them. A record's keys that are not named here stay unchanged.
 #pragma once
 
 #include "base/hidpages.h"
@@ -11,16 +11,16 @@
 
 #include <optional>
 
-/// A macro's events stand in record["sequence"] = {"Events": [event dictionary, ...]}; an empty dictionary means none.
+/// A macro's events are in record["sequence"] = {"Events": [event dictionary, ...]}; an empty dictionary means none.
 ///
-/// Display rows (eventParser::getMessagesArray makes their lines): every event but the first has a delay row, and then
-/// an event row if it has an event line; the first event has its event row alone, or nothing. Rows count from 0. An
-/// operation that takes a row means the event that the row belongs to, whichever of its two rows it is.
+/// eventParser::getMessagesArray makes the lines of the display rows. Every event but the first has a delay row, and
+/// then an event row if it has an event line. The first event has only its event row, or nothing. Row numbers start at
+/// 0. An operation that takes a row applies to the event of that row, whichever of its two rows it is.
 namespace MacroRecord {
 
 inline constexpr int maximumEvents = 10'000;      // in one macro
-inline constexpr int maximumMacros = 256;         // rows of a macro travel in 8 bits in two of the requests
-inline constexpr int maximumTotalEvents = 50'000; // in all macros: the whole document travels in one message
+inline constexpr int maximumMacros = 256;         // two of the requests have 8 bits for the row of a macro
+inline constexpr int maximumTotalEvents = 50'000; // in all macros: one message has the whole document
 inline constexpr int standardDelayMs = 20;
 
 inline constexpr int keyDown = 1; // "command" of an event
@@ -40,22 +40,23 @@ struct Event
 [[nodiscard]] Event eventFields(const QVariantMap &event); ///< absent keys read as 0
 [[nodiscard]] QVariantMap eventRecord(const Event &event);
 
-/// "MacroName"; empty when it has none that is text.
+/// Returns "MacroName"; empty if it is absent or not text.
 [[nodiscard]] QString name(const QVariantMap &macro);
-/// The events of a macro record, in order; empty when it has none.
+/// Returns the events of a macro record, in order; empty if it has none.
 [[nodiscard]] QVariantList events(const QVariantMap &macro);
-/// `macro` with `events` in the place of its own.
+/// Returns `macro` with `events` in place of its own.
 [[nodiscard]] QVariantMap withEvents(QVariantMap macro, const QVariantList &events);
-/// Whether `event` can be stored: those of its four fields that are there are numbers.
+/// True if `event` can be stored: those of its four fields that exist are numbers.
 [[nodiscard]] bool isWellFormedEvent(const QVariantMap &event);
-/// Whether `macro` can be stored: a name that is text, events that are dictionaries of numbers, no more than allowed.
+/// True if `macro` can be stored: its name is text, its events are dictionaries of numbers, and there are no more than
+/// allowed.
 [[nodiscard]] bool isWellFormed(const QVariantMap &macro);
 
 [[nodiscard]] int rowCount(const QVariantList &events);
-/// The event that `row` belongs to; absent when there is no such row.
+/// Returns the index of the event that `row` belongs to; absent if there is no such row.
 [[nodiscard]] std::optional<int> eventIndexOfRow(const QVariantList &events, int row);
 
-// Edits; each returns the events afterwards, absent when there is no such row.
+// Edits. Each returns the events afterwards; absent if there is no such row.
 [[nodiscard]] std::optional<QVariantList> removingEventOfRow(const QVariantList &events, int row);
 [[nodiscard]] std::optional<QVariantList> replacingEventOfRow(const QVariantList &events, int row,
                                                               const QVariantMap &event);

@@ -17,9 +17,9 @@ public:
     void setKeyboardMacrosController(KeyboardMacrosController *controller) { mKeyboardMacrosController = controller; }
     [[nodiscard]] KeyboardMacrosController *keyboardMacrosController() const { return mKeyboardMacrosController; }
 
-    /// The commands, enabled as the state of the tab allows. The caller owns the menu.
+    /// Returns the commands, enabled according to the state of the tab. The caller owns the menu.
     [[nodiscard]] QMenu *makeContextMenu();
-    /// True when the key equivalent is consumed here: always but while a macro's name is edited.
+    /// True when the key equivalent is consumed here: always, except while the user edits a macro's name.
     bool performKeyEquivalent(const QKeyEvent *event) override;
 
 protected:

@@ -17,7 +17,7 @@ public:
     void setKeyboardMacrosController(KeyboardMacrosController *controller) { mKeyboardMacrosController = controller; }
     [[nodiscard]] KeyboardMacrosController *keyboardMacrosController() const { return mKeyboardMacrosController; }
 
-    /// The commands, enabled as the state of the tab allows. The caller owns the menu.
+    /// Returns the commands, enabled according to the state of the tab. The caller owns the menu.
     [[nodiscard]] QMenu *makeContextMenu();
 
 protected:

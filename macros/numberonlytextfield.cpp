@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-/// Every edit passes here (keys, paste, drop, input methods), told as the whole text before and after it.
+/// Checks every edit (keys, paste, drop, input methods), which arrives as the whole text before and after it.
 class NumberOnlyTextField::Vetting : public QValidator
 {
 public:
@@ -38,7 +38,7 @@ public:
 
 private:
     NumberOnlyTextField *mField;
-    QString mAccepted; // the field already holds the new text when it asks
+    QString mAccepted; // the text before the edit: the field already holds the new one when it asks
 };
 
 NumberOnlyTextField::NumberOnlyTextField(QWidget *parent) : QLineEdit(parent)
@@ -61,7 +61,8 @@ bool NumberOnlyTextField::shouldChange(const QString &before, int position, int 
         return true;
     if (before.size() - length + replacement.size() > maximumLength)
         return false;
-    // Plain numbers: a locale also reads "inf", "1e5" and "1,000", of which integerValue() would take too little.
+    // Accepts plain numbers only: a locale also reads "inf", "1e5" and "1,000", of which integerValue() would read too
+    // little.
     if (std::ranges::any_of(replacement, [](QChar character) { return character.isLetter(); }))
         return false;
     QLocale locale;

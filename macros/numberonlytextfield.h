@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The entry field of a delay: takes at most six characters that read as a number, and beeps at anything else.
-// Owned by the macros tab. Main thread only.
+// The entry field of a delay. It accepts at most six characters that form a number, and beeps at anything else. Owned
+// by the macros tab. Main thread only.
 #pragma once
 
 #include <QLineEdit>
@@ -19,10 +19,11 @@ public:
     void setKeyboardMacrosController(KeyboardMacrosController *controller) { mKeyboardMacrosController = controller; }
     [[nodiscard]] KeyboardMacrosController *keyboardMacrosController() const { return mKeyboardMacrosController; }
 
-    /// Whether the `length` characters at `position` may be replaced by `replacement`.
+    /// True if `replacement` may replace the `length` characters at `position`.
     [[nodiscard]] bool textViewShouldChangeTextInRangeReplacementString(int position, int length,
                                                                         const QString &replacement) const;
-    /// The text as a whole number, read up to the first character that does not belong to one; 0 without digits.
+    /// Returns the text as a whole number, read up to the first character that does not belong to one; 0 without
+    /// digits.
     [[nodiscard]] int integerValue() const;
 
 Q_SIGNALS:
