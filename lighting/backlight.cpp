@@ -20,7 +20,7 @@ quint8 component(const QVariantMap &color, SettingsKeys::Key key)
     return std::isnan(value) ? 0 : static_cast<quint8>(std::lround(std::clamp(value, 0.0, 1.0) * full));
 }
 
-/// Which step of the spectrum `time` falls into, and when that step began.
+/// The step of the spectrum at `time`, and the beginning of that step.
 struct SpectrumPosition
 {
     qint64 step;
@@ -29,17 +29,17 @@ struct SpectrumPosition
 
 SpectrumPosition positionAt(Backlight::Time time)
 {
-    // Rounded down, also before the fixed moment.
+    // The index is rounded down, also before the fixed moment.
     const qint64 count = time.count();
     const qint64 length = Backlight::spectrumStep.count();
     const qint64 index = count / length - (count % length < 0 ? 1 : 0);
     return {((index % spectrumSteps) + spectrumSteps) % spectrumSteps, index * Backlight::spectrumStep};
 }
 
-/// Fully saturated, from red over green and blue back to red.
+/// Returns a fully saturated colour, from red over green and blue back to red.
 Backlight::Color spectrumColor(qint64 step)
 {
-    // How far each third of the circle has come: one component falls while the next one rises, then holds.
+    // Each component is full up to a distance of 1 from its centre, and falls to 0 at a distance of 2.
     const double hue = 6.0 * static_cast<double>(step) / static_cast<double>(spectrumSteps);
     const auto share = [hue](double centre) {
         const double distance = std::min(std::abs(hue - centre), 6 - std::abs(hue - centre));
@@ -63,7 +63,7 @@ Backlight::Settings Backlight::settingsOf(const QVariantMap &profile)
     settings.effect = number(SettingsKeys::ledKbEffects);
     settings.brightness = std::clamp(number(SettingsKeys::brightnessKbNormal), minimumBrightness, maximumBrightness);
     const QVariant colors = profile.value(SettingsKeys::ledKbColors);
-    // A text would turn into a list, too.
+    // toList() would also turn a text into a list.
     if (colors.typeId() == QMetaType::QVariantList && !colors.toList().isEmpty()) {
         const QVariantMap color = colors.toList().first().toMap();
         settings.color = {component(color, SettingsKeys::red), component(color, SettingsKeys::green),
@@ -111,7 +111,7 @@ std::optional<Backlight::Color> Backlight::colorFromText(const QString &text)
     if (text.size() != length || !text.startsWith(u'#'))
         return {};
     const QString digits = text.sliced(1);
-    // Digits alone: the conversion would take a sign or "0x", too.
+    // Digits only: the conversion would also accept a sign or "0x".
     if (!std::ranges::all_of(digits, [](QChar digit) { return u"0123456789abcdefABCDEF"_s.contains(digit); }))
         return {};
     const uint value = digits.toUInt(nullptr, 16);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the keyboard's backlight shows: a function of a profile's lighting settings and the time. Values and pure
-// functions; any thread.
+// The key lighting, as a function of a profile's lighting settings and the time. Values and pure functions; any thread.
 #pragma once
 
 #include <QString>
@@ -13,7 +12,7 @@ namespace Backlight {
 
 using Time = std::chrono::milliseconds; // since any fixed moment
 
-// Values of "LEDKBEffects". No other is known; a light whose effect is unknown stays in its own colour.
+// Values of "LEDKBEffects". All others are unknown; a light with an unknown effect keeps its own colour.
 inline constexpr int fixedColorEffect = 0;
 inline constexpr int spectrumCyclingEffect = 4;
 
@@ -21,8 +20,8 @@ inline constexpr int spectrumCyclingEffect = 4;
 inline constexpr int minimumBrightness = 0; // off
 inline constexpr int maximumBrightness = 4; // bright
 
-inline constexpr Time spectrumPeriod{12'000}; // once through all colours
-inline constexpr Time spectrumStep{200};      // for which a colour of the spectrum stays
+inline constexpr Time spectrumPeriod{12'000}; // one cycle through all colours
+inline constexpr Time spectrumStep{200};      // duration of each colour of the spectrum
 
 /// 0 to 255 each; black is a light that is off.
 struct Color
@@ -35,34 +34,34 @@ struct Color
     [[nodiscard]] bool isOff() const { return *this == Color(); }
 };
 
-/// The lighting group of a profile record, as far as it decides what the keys show.
+/// The part of a profile record's lighting group that decides the light of the keys.
 struct Settings
 {
     bool isOn = false;                  ///< "BacklightLED"
     Color color{255, 255, 255};         ///< of the fixed light, at full brightness
-    int effect = fixedColorEffect;      ///< may be a value that is not known
+    int effect = fixedColorEffect;      ///< may be an unknown value
     int brightness = minimumBrightness; ///< within the bounds above
 
     bool operator==(const Settings &) const = default;
 };
 
-/// Reads `profile` (a profile record). Absent numbers read as 0; a brightness outside the bounds as the nearest one;
-/// a colour component outside 0.0 to 1.0 likewise; a profile without a colour is white.
+/// Reads `profile` (a profile record). Absent numbers read as 0. A brightness outside the bounds reads as the nearest
+/// one, and so does a colour component outside 0.0 to 1.0. A profile without a colour is white.
 [[nodiscard]] Settings settingsOf(const QVariantMap &profile);
 
-/// `profile` (a profile record) without the entries of its light, which the keyboard's own keys change.
+/// Returns `profile` (a profile record) without the entries of its lighting, which the keyboard's own keys change.
 [[nodiscard]] QVariantMap withoutLight(QVariantMap profile);
 
-/// What the light shows at `time`. Constant between two changes that nextChange() tells.
+/// Returns the light's colour at `time`. It is constant between two changes that nextChange() returns.
 [[nodiscard]] Color colorAt(const Settings &settings, Time time);
 
-/// When, after `time`, the light changes by itself; absent for one that stays as it is.
+/// Returns the time of the light's next change after `time`; absent for a light that never changes.
 [[nodiscard]] std::optional<Time> nextChange(const Settings &settings, Time time);
 
-/// "#rrggbb"
+/// Returns "#rrggbb".
 [[nodiscard]] QString colorText(Color color);
 
-/// The colour that `text` ("#rrggbb", in small letters or capitals) means; absent for anything else.
+/// Returns the colour that `text` ("#rrggbb", in small letters or capitals) means; absent for anything else.
 [[nodiscard]] std::optional<Color> colorFromText(const QString &text);
 
 } // namespace Backlight

@@ -81,7 +81,7 @@ void KeyboardLightingController::updateUISettings()
     const QVariant shown = profile();
     mSheetSubject.endUnless(shown);
     if (shown != std::exchange(mShownProfile, shown))
-        mBrightnessValue->endDrag(); // it was meant for the other one
+        mBrightnessValue->endDrag(); // the drag was meant for the other profile
     mMain->setChecked(integerValue(record.value(SettingsKeys::backlightLed)) != 0);
     mProfileNameLabel->setText(visibleText(profileName(), u' '));
     showBrightness(integerValue(record.value(SettingsKeys::brightnessKbNormal)));
@@ -196,7 +196,7 @@ void KeyboardLightingController::selectColor(QObject *)
 
 void KeyboardLightingController::selectSpectrumCycling(QObject *)
 {
-    // Sends nothing. Deliberate: the group's own action has sent the effect already.
+    // Deliberate: sends nothing, because the group's own action has already sent the effect.
 }
 
 void KeyboardLightingController::clickCheckUpdates(QObject *)
@@ -222,7 +222,7 @@ void KeyboardLightingController::sheetDidEndReturnCodeContextInfo(int returnCode
         return;
     QVariantMap record = mDefaultDict;
     record[SettingsKeys::profileName] = profileName();
-    // Forced, whatever the default record says.
+    // These values apply whatever the default record has.
     record[SettingsKeys::brightnessKbNormal] = restoredBrightness;
     record[SettingsKeys::profileOsdOn] = true;
     send(record);
@@ -235,7 +235,7 @@ void KeyboardLightingController::updateValueOfSetting(int value, const QString &
 
 void KeyboardLightingController::send(const QVariantMap &settings)
 {
-    // Without a record no row is selected, and the first profile would get it.
+    // Without a record no row is selected, and the first profile would get the change.
     if (mLightingDelegate && !lightingSettingsDict().isEmpty())
         mLightingDelegate->updateValueForSetting(settings);
 }

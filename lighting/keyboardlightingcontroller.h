@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The lighting tab: backlight colour, effect and brightness of the active profile, the versions, and restoring.
-// Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
+// The lighting tab: colour, effect and brightness of the active profile's key lighting, the versions, and restoring.
+// Keeps copies of the main controller's data and asks its delegate for every change. Main thread only.
 #pragma once
 
 #include "platform/sheetsubject.h"
@@ -38,7 +38,7 @@ public:
     explicit KeyboardLightingController(QObject *parent = nullptr);
     ~KeyboardLightingController() override;
 
-    // What the tab is made of and shows
+    // Content of the tab
     [[nodiscard]] QWidget *view() const { return mView; }
     [[nodiscard]] QLabel *driverVersion() const { return mDriverVersion; }
     [[nodiscard]] QLabel *firmwareVersion() const { return mFirmwareVersion; }
@@ -55,24 +55,24 @@ public:
     void setMDeviceSettingsDict(const QVariantMap &settings) { mDeviceSettingsDict = settings; }
     void setMAllProfilesArray(const QVariantList &profiles) { mAllProfilesArray = profiles; }
     void setMLightingSettingsDict(const std::optional<QVariantMap> &profile) { mLightingSettingsDict = profile; }
-    // The next four are not owned and must live as long as they are set.
+    // The controller does not own the next four, which must live as long as they are set.
     void setMDriverVersion(QLabel *label) { mDriverVersion = label; }
     void setMFirmwareVersion(QLabel *label) { mFirmwareVersion = label; }
     void setMLightingDelegate(LightingDelegate *delegate) { mLightingDelegate = delegate; }
     void setMLightingWindow(QWidget *window) { mLightingWindow = window; }
-    /// Shows the record handed over last. Does nothing before there is one.
+    /// Shows the latest record. Does nothing before there is one.
     void updateUISettings();
     void populateUISettings() {}
     void setControlsState(bool isEnabled);
-    /// The brightness was changed on the keyboard: shows it and sends nothing.
+    /// Shows a brightness that was changed on the keyboard, and sends nothing.
     void updateBrightnessValue(int level);
-    /// Shows the spinner in place of the firmware version. The spelling is kept: others call it by this name.
+    /// Shows the spinner in place of the firmware version. The spelling stays, because others call it by this name.
     void startProgresIndicatorAnimation();
     void stopProgressIndicatorAnimation();
 
-    // Actions and what they are made of
+    // Actions and their parts
     void tickMain(QObject *sender);
-    // The zone and in-game controls below are present without effect. Deliberate: the keyboard has one zone.
+    // The zone and in-game controls below exist without effect. Deliberate: the keyboard has one zone.
     void tickSidestrips(QObject *) {}
     void tickUnderglow(QObject *) {}
     void clickSidestripsColor(QObject *) {}
@@ -90,7 +90,7 @@ public:
     void updateValueOfSetting(int value, const QString &key);
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
 
-    /// What opens web pages; the desktop's browser at first.
+    /// Sets the function that opens web pages; initially the desktop's browser.
     void setUrlOpener(UrlOpener opener) { mOpenUrl = std::move(opener); }
 
 protected:
@@ -113,7 +113,7 @@ private:
     void showBrightness(int level);
     void send(const QVariantMap &settings);
     [[nodiscard]] QString profileName() const;
-    [[nodiscard]] QVariant profile() const; ///< what tells the profile shown from every other
+    [[nodiscard]] QVariant profile() const; ///< identifies the profile shown
 
     QWidget *mView = nullptr;
     QLabel *mProfileNameLabel = nullptr;
@@ -149,8 +149,8 @@ private:
     QVariantMap mDefaultDict;
     QVariantMap mUserSettingsDict;
     QPointer<QWidget> mLightingWindow;
-    SheetSubject mSheetSubject; ///< the profile() that the alert or the colour dialog is about
-    QVariant mShownProfile;     ///< the profile() that was shown last
+    SheetSubject mSheetSubject; ///< the profile() of the open alert or colour dialog
+    QVariant mShownProfile;     ///< the profile() shown last
     LightingDelegate *mLightingDelegate = nullptr;
     UrlOpener mOpenUrl;
     bool mAreLabelsEnabled = true;

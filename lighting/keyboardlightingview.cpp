@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the lighting tab is laid out.
+// The layout of the lighting tab.
 #include "lighting/keyboardlightingcontroller.h"
 
 #include "base/text.h"
@@ -91,7 +91,7 @@ QWidget *KeyboardLightingController::buildEffects()
     mLighting->setObjectName("mLighting"_L1);
     mLighting->setAccessibleName(localizedText("lkeyLightingEffect"));
     mLighting->addRow(localizedText("lkeyEffectFixedColor"));
-    // The row's own action comes with the group's, and sends nothing of its own.
+    // The row's own action accompanies the group's action and sends nothing.
     QRadioButton *cycling = mLighting->addRow(localizedText("lkeyEffectSpectrumCycling"));
     connect(cycling, &QRadioButton::clicked, this, [this, cycling] { selectSpectrumCycling(cycling); });
     connect(mLighting, &RadioGroup::rowClicked, this, [this] { selectColor(mLighting); });

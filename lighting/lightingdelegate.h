@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the lighting tab asks of the main controller. Main thread; the operation waits for the daemon and blocks.
+// Requests of the lighting tab to the main controller. Main thread; the operation waits for the daemon and blocks.
 #pragma once
 
 #include <QVariantMap>
@@ -9,6 +9,6 @@ class LightingDelegate
 public:
     virtual ~LightingDelegate() = default;
 
-    /// `settings` holds only the keys to change, or a whole record; it goes to the selected profile.
+    /// `settings` has only the keys to change, or a whole record; it goes to the selected profile.
     virtual void updateValueForSetting(const QVariantMap &settings) = 0;
 };

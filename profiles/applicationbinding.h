@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a profile names the application it belongs to: the four texts in its "AppInfo". Pure functions; any thread.
+// The application that a profile belongs to: the four texts in its "AppInfo". Pure functions; any thread.
 #pragma once
 
 #include <QString>
@@ -7,19 +7,19 @@
 
 namespace ApplicationBinding {
 
-/// `appInfo` bound to the application with this information dictionary (platform/applicationinformation.h). It is shown
-/// by its name, else by its executable. What the dictionary lacks, or has as no text, becomes ""; other keys of
-/// `appInfo` are kept.
+/// Returns `appInfo` bound to the application with this information dictionary (platform/applicationinformation.h). The
+/// application is shown by its name, or else by its executable. Texts that the dictionary lacks, or whose value is not
+/// text, become "". Other keys of `appInfo` stay.
 [[nodiscard]] QVariantMap bound(QVariantMap appInfo, const QVariantMap &information);
 
-/// Whether `appInfo` has a name, an executable or an identifier. Without all three, no window can be recognised as one
-/// of the application.
+/// True if `appInfo` has a name, an executable or an identifier. Without any of them, no window can be recognised as
+/// one of the application's.
 [[nodiscard]] bool namesAnApplication(const QVariantMap &appInfo);
 
-/// `appInfo` without an application: all four texts "", other keys kept.
+/// Returns `appInfo` without an application: all four texts are "", other keys stay.
 [[nodiscard]] QVariantMap unbound(QVariantMap appInfo);
 
-/// The name to show for the application of the profile record; "" when it has none.
+/// Returns the name to show for the application of the profile record; "" if it has none.
 [[nodiscard]] QString applicationOf(const QVariantMap &profile);
 
 } // namespace ApplicationBinding

@@ -120,7 +120,8 @@ void KeyboardProfilesController::updateUISettings()
     if (!mIsAddProfile)
         showActiveProfile();
     mSheetSubject.endUnless(profile());
-    // After an add: the new profile, in the last row, is ready to be named. Once: another client may add the next one.
+    // After an add, the new profile in the last row is ready to be named. Only once: another client may add the next
+    // one.
     if (std::exchange(mNeedsProfileEditing, false))
         editName(profileCount() - 1, true);
     enableAddButtonByCount();
@@ -158,11 +159,11 @@ void KeyboardProfilesController::setControlsState(bool isEnabled)
 
 void KeyboardProfilesController::enableControlsForAddProfiles(bool isEnabled)
 {
-    // An add that was refused leaves one profile, which cannot be deleted.
+    // A refused add leaves one profile, which cannot be deleted.
     mDeleteProfile->setEnabled(isEnabled && canDelete());
     mSettingsProfile->setEnabled(isEnabled && mHasDeviceConnected);
     mEnableOnScreenDisplay->setEnabled(isEnabled && mHasDeviceConnected);
-    // The add button follows the count alone, even while an add goes on.
+    // The add button depends only on the count, even while an add is in progress.
     enableAddButtonByCount();
 }
 
@@ -219,11 +220,11 @@ void KeyboardProfilesController::addProfileWithSettings(const QVariantMap &profi
         editName(profileCount() - 1, true); // the new list has ended the edit
         return;
     }
-    // It was refused, or another client has added one, too. The changes of every tab go to the selected row.
+    // It was refused, or another client has also added one. The changes of every tab go to the selected row.
     mProfilesTableView->selectRow(activeProfile());
 }
 
-/// Whether the list ends with the record that was added. Its name was free.
+/// True if the list ends with the record that was added, whose name was free.
 bool KeyboardProfilesController::isInLastRow(const QVariantMap &added) const
 {
     const auto isOfItsName = [&added](const QVariant &each) { return nameOf(each.toMap()) == nameOf(added); };
@@ -248,13 +249,13 @@ void KeyboardProfilesController::renameProfile(int row, const QString &newName)
     QVariantMap profile = profileAt(row);
     if (profile.isEmpty())
         return;
-    // With its name blanked and moved to the end, the profile's own old name is no collision.
+    // The profile moves to the end without its name: its own old name is then not a collision.
     profile[SettingsKeys::profileName] = QString();
     mAllProfilesArray.removeAt(row);
     mAllProfilesArray.append(profile);
     profile[SettingsKeys::profileName] = checkForDuplicateNameUsingDefaultName(mAllProfilesArray, newName);
     mUserSettingsDict = profile;
-    // This replaces the profile that followed. Deliberate: the refresh after the rename brings the whole list anew.
+    // This replaces the profile that followed. Deliberate: the refresh after the rename brings the whole list.
     mAllProfilesArray[row] = profile;
     mNeedsProfileEditing = false;
     if (mProfileDelegate)
@@ -338,14 +339,14 @@ void KeyboardProfilesController::setAutoSwitch(int row, int value)
     if (row != activeProfile() && mProfileDelegate)
         mProfileDelegate->switchProfileWithID(row);
     if (mProfilesTableView->selectedRow() != row) {
-        mProfilesTableView->reloadData(); // the switch was refused; what follows would go to the selected row
+        mProfilesTableView->reloadData(); // the switch was refused; the change would go to the selected row
         return;
     }
     if (value == 0) {
         updateValueOfSetting(0, SettingsKeys::autoSwitchOn);
     } else {
         mTableObjectValue = value;
-        // It can be on only for a profile that has an application.
+        // Only a profile with an application can have automatic switching.
         if (!applicationOf(selectedProfile()).isEmpty())
             updateValueOfSetting(mTableObjectValue, SettingsKeys::autoSwitchOn);
         else

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The profiles tab: the list of profiles, with adding, copying, renaming, deleting, restoring and the on-screen
-// display. Keeps copies of what the main controller hands it and asks its delegate for every change. Main thread only.
+// display. Keeps copies of the main controller's data and asks its delegate for every change. Main thread only.
 #pragma once
 
 #include "platform/sheetsubject.h"
@@ -40,7 +40,7 @@ public:
         exportProfile = 10
     };
 
-    // What the tab is made of and shows
+    // Content of the tab
     [[nodiscard]] QWidget *view() const { return mView; }
     [[nodiscard]] TableView *profilesTableView() const;
     [[nodiscard]] QWidget *profilesWindow() const { return mProfilesWindow; }
@@ -50,10 +50,10 @@ public:
     [[nodiscard]] QVariantMap deviceSettingsDict() const { return mDeviceSettingsDict; }
     [[nodiscard]] QVariantList allProfilesArray() const { return mAllProfilesArray; }
     [[nodiscard]] QVariantMap userSettingsDict() const { return mUserSettingsDict; }
-    [[nodiscard]] QVariantMap selectedProfile() const; ///< empty when no row is selected
-    [[nodiscard]] QString selectedProfileName() const; ///< likewise
+    [[nodiscard]] QVariantMap selectedProfile() const; ///< empty if no row is selected
+    [[nodiscard]] QString selectedProfileName() const; ///< empty if no row is selected
     [[nodiscard]] int activeProfile() const;
-    /// What decides which commands can be chosen.
+    /// Returns the state that decides which commands can be chosen.
     [[nodiscard]] ProfileCommands::State commandState() const;
 
     // From the main controller
@@ -62,30 +62,30 @@ public:
     void setMCurrentProfileDict(const std::optional<QVariantMap> &profile) { mCurrentProfileDict = profile; }
     void setMDeviceSettingsDict(const QVariantMap &settings) { mDeviceSettingsDict = settings; }
     void setMAllProfilesArray(const QVariantList &profiles);
-    /// Neither is owned.
+    /// The controller owns neither of the two.
     void setMProfileDelegate(ProfileDelegate *delegate) { mProfileDelegate = delegate; }
     void setMProfilesWindow(QWidget *window) { mProfilesWindow = window; }
-    /// Shows the settings handed over last. Does nothing before there is a current profile.
+    /// Shows the latest settings. Does nothing before there is a current profile.
     void updateUISettings();
     void setControlsState(bool isEnabled);
     void refreshTableDisplay();
 
-    // Actions and what they are made of
+    // Actions and their parts
     void clickAddProfile(QObject *sender);
     void clickDeleteProfile(QObject *sender);
     void tickEnableOnScreenDisplay(QObject *sender);
-    /// Runs a command by its number (ProfileCommands); any other number does nothing.
+    /// Runs the command with this number (ProfileCommands); any other number does nothing.
     void runCommand(int tag);
-    /// Runs the command that the item's data() numbers.
+    /// Runs the command whose number is the item's data().
     void selectMenuItem(const QAction *item);
-    /// Whether the gear menu enables the item.
+    /// True if the gear menu enables the item.
     [[nodiscard]] bool validateMenuItem(const QAction *item) const;
     void setupSettingsButton();
     void enableControlsForAddProfiles(bool isEnabled);
     void updateValueOfSetting(int value, const QString &key);
     void deleteProfile();
     void restoreProfileToDefaultSettings();
-    /// `name`, or `name` with a number when a record in `profiles` has it; the rule is uniqueName().
+    /// Returns `name`, or `name` with a number if a record in `profiles` has it; the rule is uniqueName().
     [[nodiscard]] QString checkForDuplicateNameUsingDefaultName(const QVariantList &profiles,
                                                                 const QString &name) const;
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
@@ -93,14 +93,14 @@ public:
     // Panels. A panel is kept until the next one of its kind is opened.
     [[nodiscard]] OpenPanel *profileFileBrowserPanel() const; ///< null until one was opened
     [[nodiscard]] SavePanel *profileSavePanel() const;        ///< null until one was opened
-    /// Opens the panel for an application or a profile file (SheetContext); for any other number one that takes every
-    /// file.
+    /// Opens the panel for an application or a profile file (SheetContext). For any other number, opens one that
+    /// accepts every file.
     void loadPanelForIdentifier(int identifier);
     void loadSaveAsPanel();
     void openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, int context);
 
     // The table's data source. Columns: "id", "name", "application", "auto switch".
-    /// Enables the delete button too: exactly with a device and with other than one profile.
+    /// Also enables the delete button, but only with a device and with a number of profiles other than one.
     int numberOfRowsInTableView(TableView *tableView) override;
     QVariant tableViewObjectValueForTableColumnRow(TableView *tableView, const QString &column, int row) override;
     void tableViewSetObjectValueForTableColumnRow(TableView *tableView, const QVariant &value, const QString &column,
@@ -113,10 +113,10 @@ private:
     void buildView();
     void buildTable();
     [[nodiscard]] int profileCount() const { return int(mAllProfilesArray.size()); }
-    [[nodiscard]] QVariantMap profileAt(int row) const; ///< empty when there is no such row
+    [[nodiscard]] QVariantMap profileAt(int row) const; ///< empty if there is no such row
     [[nodiscard]] bool canDelete() const;
     void enableAddButtonByCount();
-    [[nodiscard]] QVariant profile() const; ///< what tells the selected profile from every other
+    [[nodiscard]] QVariant profile() const; ///< identifies the selected profile
     void editName(int row, bool selectText);
     [[nodiscard]] bool isInLastRow(const QVariantMap &added) const;
     void selectLastRow();
@@ -148,15 +148,15 @@ private:
     QPointer<QWidget> mProfilesWindow;
     QPointer<OpenPanel> mProfileFileBrowserPanel;
     QPointer<SavePanel> mProfileSavePanel;
-    SheetSubject mSheetSubject; ///< the profile() that an alert or a panel is about, if any
+    SheetSubject mSheetSubject; ///< the profile() of an open alert or panel, if it is about one
     ProfileDelegate *mProfileDelegate = nullptr;
     int mTableObjectValue = 0;
 
-    bool mIsAddProfile = false;        ///< an add or copy is going on: selecting switches no profile
-    bool mIsListNew = false;           ///< the list was handed over since an add or copy was sent
-    bool mNeedsUpdate = false;         ///< a delete is going on, or an application was bound
+    bool mIsAddProfile = false;        ///< an add or copy is in progress: selecting switches no profile
+    bool mIsListNew = false;           ///< a list was handed over since an add or copy was sent
+    bool mNeedsUpdate = false;         ///< a delete is in progress, or an application was bound
     bool mIsFirstLaunch = true;        ///< the first selection change switches no profile
-    bool mHasDeviceConnected = true;   ///< as last told to setControlsState()
+    bool mHasDeviceConnected = true;   ///< the latest argument of setControlsState()
     bool mNeedsProfileEditing = false; ///< the next refresh opens the last row's name
     bool mIsRenamingProfile = false;   ///< a rename was started from a menu
 };

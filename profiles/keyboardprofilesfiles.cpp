@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The profiles tab's panels: profile files and the application that a profile is bound to.
+// The profiles tab's panels: profile files, and the application to which a profile is bound.
 #include "profiles/keyboardprofilescontroller.h"
 
 #include "base/propertylist.h"
@@ -43,7 +43,7 @@ void KeyboardProfilesController::loadPanelForIdentifier(int identifier)
         openPanelDidEndReturnCodeContextInfo(mProfileFileBrowserPanel, returnCode, identifier);
     });
     mProfileFileBrowserPanel->open();
-    // What is imported becomes a profile of its own, whichever is selected.
+    // An import makes a profile of its own, whichever is selected.
     mSheetSubject.note(mProfileFileBrowserPanel, identifier == chooseApplication ? profile() : QVariant());
 }
 
@@ -80,7 +80,7 @@ void KeyboardProfilesController::exportProfileTo(const QString &path)
 {
     const QVariantMap profile = selectedProfile();
     const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(profile);
-    // Silent, like every failure of this tab.
+    // A failure is silent, like every one of this tab.
     if (data && !profile.isEmpty() && !path.isEmpty())
         (void)PropertyList::writeFileAtomically(path, *data);
 }
@@ -96,12 +96,12 @@ void KeyboardProfilesController::importProfileFrom(const QString &path)
     if (mProfileDelegate)
         mProfileDelegate->addNewProfileWithSettings(profile);
     mProfilesTableView->reloadData();
-    // When the daemon refused it, the last row is another profile, and selecting that would switch to it.
+    // If the daemon refused it, the last row is another profile, and selecting that would switch to it.
     if (isInLastRow(profile))
         selectLastRow();
 }
 
-/// Turns automatic switching on in the same request.
+/// Also turns automatic switching on, in the same request.
 void KeyboardProfilesController::bindApplication(const QString &path)
 {
     const std::optional<QVariantMap> information = ApplicationInformation::read(path);

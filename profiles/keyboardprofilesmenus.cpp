@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The profiles tab's commands: the gear button that lists them, which can be chosen, and what each does.
+// The profiles tab's commands: the gear button that lists them, when each can be chosen, and its effect.
 #include "profiles/keyboardprofilescontroller.h"
 
 #include "platform/pulldownbutton.h"
@@ -37,9 +37,9 @@ void KeyboardProfilesController::selectMenuItem(const QAction *item)
 void KeyboardProfilesController::runCommand(int tag)
 {
     const int row = mProfilesTableView->selectedRow();
-    mProfilesTableView->endEditing(); // a name that is being typed is written before
+    mProfilesTableView->endEditing(); // first writes a name that is being typed
     if (mProfilesTableView->selectedRow() != row)
-        return; // another profile has become the active one meanwhile; the command was not meant for that
+        return; // another profile has become the active one; the command was not meant for it
     switch (tag) {
     case ProfileCommands::rename:
         editName(mProfilesTableView->selectedRow(), true);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the profiles tab is laid out.
+// The layout of the profiles tab.
 #include "profiles/keyboardprofilescontroller.h"
 
 #include "base/text.h"
@@ -25,7 +25,8 @@ void KeyboardProfilesController::buildTable()
         {u"application"_s, localizedText("lkeyProfileColumnApplication"), TableCell::text, false, true});
     mProfilesTableView->addColumn({u"auto switch"_s, localizedText("lkeyProfileColumnAutoSwitch"), TableCell::text,
                                    false, false, Qt::AlignCenter});
-    // A click beside the rows would leave no profile selected, and what the other tabs change goes to the selected one.
+    // A click beside the rows would leave no profile selected, but the changes of the other tabs go to the selected
+    // one.
     mProfilesTableView->setAllowsEmptySelection(false);
 }
 
@@ -56,7 +57,7 @@ void KeyboardProfilesController::buildView()
     connect(mEnableOnScreenDisplay, &QCheckBox::clicked, this,
             [this] { tickEnableOnScreenDisplay(mEnableOnScreenDisplay); });
 
-    // Only now: counting the rows also enables the delete button.
+    // The data source is set last: counting the rows also enables the delete button.
     mProfilesTableView->setDataSource(this);
 
     auto *buttons = new QHBoxLayout;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The nine commands of the profiles tab: one table for the gear menu and the context menu, and when each can be chosen.
-// No state; any thread.
+// The nine commands of the profiles tab, and when each can be chosen. The gear menu and the context menu share one
+// table. No state; any thread.
 #pragma once
 
 #include "platform/pulldownbutton.h"
@@ -29,14 +29,14 @@ struct State
     bool hasApplication = false; ///< the selected profile is bound to an application
 };
 
-/// All nine, in the order of both menus.
+/// Returns all nine, in the order of both menus.
 [[nodiscard]] const QList<MenuCommand> &all();
 
-/// Whether the gear menu enables the command.
+/// True if the gear menu enables the command.
 [[nodiscard]] bool isEnabledInGearMenu(int tag, const State &state);
 
-/// Whether the context menu of an enabled table enables the command. Unlike in the gear menu, Delete looks at the
-/// number of profiles alone. Deliberate: deleting refuses by itself where it must.
+/// True if the context menu of an enabled table enables the command. Unlike in the gear menu, Delete depends only on
+/// the number of profiles. Deliberate: the deletion itself refuses where it must.
 [[nodiscard]] bool isEnabledInContextMenu(int tag, const State &state);
 
 } // namespace ProfileCommands

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the profiles tab asks of the main controller. Main thread; every operation waits for the daemon and blocks.
-// A profile ID is a row of the profile table.
+// Requests of the profiles tab to the main controller. Main thread; every operation waits for the daemon and blocks. A
+// profile ID is a row of the profile table.
 #pragma once
 
 #include <QVariantMap>
@@ -14,6 +14,6 @@ public:
     virtual void addNewProfileWithSettings(const QVariantMap &profile) = 0;
     virtual void deleteProfileWithProfileID(int profileID) = 0;
     virtual void renameProfileWithProfileIDAndSettings(int profileID, const QVariantMap &profile) = 0;
-    /// `settings` holds only the keys to change, or a whole record; it goes to the selected profile.
+    /// `settings` has only the keys to change, or a whole record; it goes to the selected profile.
     virtual void updateProfileWithSettings(const QVariantMap &settings) = 0;
 };

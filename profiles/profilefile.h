@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a profile file holds: one whole profile record as a property list. The window and kestractl export and import by
-// these rules. Pure functions; any thread.
+// The content of a profile file: one whole profile record as a property list. The window and kestractl export and
+// import by these rules. Pure functions; any thread.
 #pragma once
 
 #include <QLatin1StringView>
@@ -12,11 +12,12 @@ namespace ProfileFile {
 
 inline constexpr QLatin1StringView suffix{"KestraProfile"};
 
-/// What a profile is called that nobody has named, before it is made unique, whatever the language of the interface.
+/// The name of a profile that the user has not named, before it is made unique; the same in every language of the
+/// interface.
 inline constexpr QLatin1StringView untitledName{"Untitled Profile"};
 
-/// The record to add for a file that holds `record`, next to `profiles` (array of profile records): its name made
-/// unique; the untitled name where it has none, or one that is no text. Everything else is the daemon's to judge.
+/// Returns the record to add to `profiles` (array of profile records) for a file that holds `record`. Makes the name
+/// unique; the untitled name replaces one that is absent or not text. The daemon judges everything else.
 [[nodiscard]] QVariantMap importedRecord(QVariantMap record, const QVariantList &profiles);
 
 } // namespace ProfileFile

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The profile table: a table with the profile commands as its context menu, and a say in key equivalents.
-// Owned by the profiles tab. Main thread only.
+// The profile table, with the profile commands as its context menu. It also handles key equivalents. Owned by the
+// profiles tab. Main thread only.
 #pragma once
 
 #include "platform/tableview.h"
@@ -21,9 +21,9 @@ public:
     }
     [[nodiscard]] KeyboardProfilesController *keyboardProfilesController() const { return mKeyboardProfilesController; }
 
-    /// The nine commands, enabled as the table's state allows. The caller owns the menu.
+    /// Returns the nine commands, enabled according to the table's state. The caller owns the menu.
     [[nodiscard]] QMenu *makeContextMenu();
-    /// True when the key equivalent is consumed here: always but while a name is edited.
+    /// True when the key equivalent is consumed here: always, except while the user edits a name.
     bool performKeyEquivalent(const QKeyEvent *event) override;
 
 protected:
