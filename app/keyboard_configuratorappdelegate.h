@@ -12,11 +12,11 @@
 class KeyboardMainController;
 class QWidget;
 
-/// Key of the launch notification's user information: true for a normal launch, false when the application was
-/// restored, opened with a file or started for the background.
+/// Key of the launch notification's user information. The value is true for a normal launch. It is false when the
+/// application was restored, opened with a file or started for the background.
 inline constexpr QLatin1StringView launchIsDefaultLaunchKey{"NSApplicationLaunchIsDefaultLaunchKey"};
 
-/// How often the background wait looks for the daemon.
+/// The interval at which the background wait looks for the daemon.
 inline constexpr std::chrono::milliseconds daemonPollInterval{1000};
 
 /// Calls a function when everything shown is on the screen.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The product's mark: a keycap with a quill on it. Also the window's icon.
+// The product's mark, a keycap with a quill on it. The mark is also the window's icon.
 #pragma once
 
 #include <QPixmap>

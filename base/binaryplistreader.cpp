@@ -20,7 +20,7 @@ constexpr qsizetype trailerSize = 32;
 
 quint64 bigEndian(const char *from, int size)
 {
-    switch (size) { // the usual ones without a loop
+    switch (size) { // the usual sizes need no loop
     case 1: return quint8(*from);
     case 2: return qFromBigEndian<quint16>(from);
     case 4: return qFromBigEndian<quint32>(from);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Property lists as QVariant trees: reading every format, writing the binary one, and the files that contain them. No
-// state; every function may be called from any thread.
+// state; any thread may call every function.
 //
 // Shapes: dictionary QVariantMap, array QVariantList (written also from QStringList), string QString, boolean bool,
 // integer int where it fits, else qlonglong, above INT64_MAX qulonglong, real double, data QByteArray, date QDateTime
@@ -19,7 +19,8 @@ namespace PropertyList {
 
 // Input comes from strangers (profile and macro files), so reading has limits. Writing has the same limits: the program
 // can read everything that it writes. A full document has about 20 000 values in 72 kB. The work that a file causes
-// grows no faster than its size: xmloutline.h limits XML, and the objects of a binary file must not share bytes.
+// grows no faster than its size. For this, xmloutline.h limits XML, and the objects of a binary file must not share
+// bytes.
 
 /// Bytes of a file or message, in any format.
 inline constexpr qsizetype maximumInputBytes = 16 * 1024 * 1024;
@@ -34,8 +35,8 @@ inline constexpr quint32 maximumContentBytes = 64 * 1024 * 1024;
 inline constexpr double maximumDateSeconds = 1e12;
 
 /// Returns `root` as a binary property list, version 1.0. Absent when a value in it has no property-list form or a
-/// limit is exceeded. The same tree gives the same bytes: dictionaries are written in the order of their keys' code
-/// units, equal scalars of one type are written once, and sizes are the smallest possible.
+/// limit is exceeded. The same tree gives the same bytes. Dictionaries are written in the order of their keys' code
+/// units, equal scalars of one type once, and sizes as small as possible.
 [[nodiscard]] std::optional<QByteArray> writeBinary(const QVariant &root);
 
 /// Returns the tree of a property list in binary, XML or old-style text form. Absent when `data` is empty, damaged or
@@ -56,14 +57,14 @@ struct FileBytes
 /// one.
 [[nodiscard]] FileBytes readFileBytes(const QString &path);
 
-/// Returns the dictionary in the file at `path`. Absent when it is not a regular file, cannot be read, is larger than
-/// maximumInputBytes, or is not a property list with a dictionary at its root.
+/// Returns the dictionary in the file at `path`. Absent when it is not a regular file, cannot be read or is larger than
+/// maximumInputBytes. Also absent when it is not a property list with a dictionary at its root.
 [[nodiscard]] std::optional<QVariantMap> readPropertyListFile(const QString &path);
 
 /// Replaces the file at `path` with `data`. At any moment, power loss included, the file has either the old content or
-/// the new one. False on failure; `problem` then has the system's reason. The old file is untouched then, unless only
-/// the last step failed: the new file is there, but the disk did not confirm its name, and a power loss could restore
-/// the old one. Creates no folders.
+/// the new one. False on failure; `problem` then has the system's reason. After a failure the old file is untouched,
+/// unless only the last step failed. The new file is then there, but the disk did not confirm its name, and a power
+/// loss could restore the old one. Creates no folders.
 [[nodiscard]] bool writeFileAtomically(const QString &path, const QByteArray &data, QString *problem = nullptr);
 
 } // namespace PropertyList

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Property-list codec and the unique-name rule. No state; every function may be called from any thread.
+// Property-list codec and the unique-name rule. No state; any thread may call every function.
 #pragma once
 
 #include <QByteArray>

@@ -4,7 +4,7 @@
 
 #include <QFile>
 
-/// Opens `file` for reading if it is a regular file or a link to one: reading a pipe would wait for a writer, and a
+/// Opens `file` for reading if it is a regular file or a link to one. Reading a pipe would wait for a writer, and a
 /// device may never end. Never waits, even if something else replaces the file meanwhile. Returns the system's reason
 /// why `file` is not open; empty when it is open.
 [[nodiscard]] QString openRegularFile(QFile &file);

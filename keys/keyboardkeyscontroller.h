@@ -187,7 +187,7 @@ private:
     QPointer<QWidget> mKeysWindow;
     DistributedNotificationCenter *mKeysNotificationCenter = nullptr;
     QPointer<OpenPanel> mOpenPanel;
-    SheetSubject mSheetSubject; ///< the profile() that has the key which the sheet or the panel changes
+    SheetSubject mSheetSubject; ///< the profile() in which the sheet or the panel changes a key
     KeyButton *mCurrentButton = nullptr;
     QString mCurrentButtonValue;
     KeyButton *mPreviousButton = nullptr;

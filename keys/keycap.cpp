@@ -145,7 +145,8 @@ QRectF faceOn(const QRectF &foot, const Body &body)
 }
 
 // Returns a rounded rectangle shaded from `top` to `bottom`, in a layer of its own. The colour is laid over a plain
-// shape: Qt gives an antialiased shape with a gradient to a thread pool, and waiting for it takes longer than painting.
+// shape. Qt would give an antialiased shape with a gradient to a thread pool, and waiting for it takes longer than
+// painting.
 QPixmap shadedLayer(const QSizeF &size, qreal devicePixelRatio, const QRectF &shape, qreal radius, const QColor &top,
                     const QColor &bottom)
 {

@@ -8,9 +8,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A full-size ANSI keyboard: the M keys in a column of their own, the main block from x = 1.35 (15 units wide), the
-// navigation keys from 16.6, the keypad from 19.85, the T keys under the space bar. The fifteen keys of the top row
-// are 14/15 unit wide, which leaves room for its four gaps.
+// A full-size ANSI keyboard. The M keys are in a column of their own. The main block starts at x = 1.35 and is 15 units
+// wide, the navigation keys start at 16.6, the keypad at 19.85. The T keys are under the space bar. The fifteen keys of
+// the top row are 14/15 unit wide, which leaves room for its four gaps.
 // clang-format off
 constexpr KeyShape shapeRows[] = {
     {"mMacro"_L1, {0, 0, 1, 1}, "macro"_L1, ""_L1, KeyLook::word},

@@ -25,8 +25,8 @@ public:
     /// line.
     [[nodiscard]] static QStringList getMessagesArray(const QVariantList &sequence);
 
-    /// Returns the name of key code `hid`, preceded by the names of the modifiers in `modifier` (modifier byte of the
-    /// boot keyboard, low 8 bits), joined by " + ". An unknown key has no name, also after " + ".
+    /// Returns the names of the modifiers in `modifier` and of key code `hid`, joined by " + ". `modifier` is the
+    /// modifier byte of the boot keyboard (low 8 bits). An unknown key has no name, also after " + ".
     [[nodiscard]] static QString getStringWithHIDWithModifier(int hid, int modifier);
 
     /// Returns 'A' to 'Z' or '0' to '9' for the key codes 4 to 39, else 0.

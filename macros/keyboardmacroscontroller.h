@@ -141,7 +141,8 @@ private:
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
     /// Sends the record that was just appended to the list. Returns its row in the new list. Returns -1 when the daemon
-    /// has not accepted the record, which is then removed from the list, or when another one of the same name is there.
+    /// has not accepted the record, which is then removed from the list. Also returns -1 when another macro of the same
+    /// name is there.
     [[nodiscard]] int sendAppendedMacro();
     void renameMacro(int row, const QString &newName);
     void startRenaming();
@@ -221,7 +222,7 @@ private:
     QPushButton *mMacroEventEditOK = nullptr;
     QPushButton *mMacroEventEditCancel = nullptr;
 
-    QPointer<OpenPanel> mOpenPanel; ///< each until the next is opened
+    QPointer<OpenPanel> mOpenPanel; ///< both panels: kept until the next is opened
     QPointer<SavePanel> mSavePanel;
 
     SheetSubject mMacroSubject;  ///< the selectedMacro() of an open alert or panel

@@ -159,7 +159,7 @@ void KeyboardProfilesController::setControlsState(bool isEnabled)
 
 void KeyboardProfilesController::enableControlsForAddProfiles(bool isEnabled)
 {
-    // A refused add leaves one profile, which cannot be deleted.
+    // After a refused add there may be only one profile, which cannot be deleted.
     mDeleteProfile->setEnabled(isEnabled && canDelete());
     mSettingsProfile->setEnabled(isEnabled && mHasDeviceConnected);
     mEnableOnScreenDisplay->setEnabled(isEnabled && mHasDeviceConnected);
