@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// How long ago something was, also for a process that stood still meanwhile and for a machine that slept. Any thread.
+// A clock that keeps running while the process is stopped or the machine sleeps. Any thread.
 #pragma once
 
 #include <chrono>
 #include <ctime>
 
-/// The time since the machine was started.
+/// The time since the machine was started, including sleep.
 [[nodiscard]] inline std::chrono::microseconds timeSinceBoot()
 {
     timespec time{};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tells when the message bus goes away, without asking it again and again. Owned by the daemon's process; one thread.
+// Signals the end of the bus connection, without polling. Owned by the daemon's process; one thread.
 #pragma once
 
 #include <QDBusConnection>
@@ -16,5 +16,5 @@ Q_SIGNALS:
     void reached();
 
 private Q_SLOTS:
-    void tell() { Q_EMIT reached(); } // named by a string: QtDBus knows no other way
+    void tell() { Q_EMIT reached(); } // connected by its name: QtDBus knows no other way
 };

@@ -11,7 +11,7 @@
 
 namespace {
 
-// A signal handler may do next to nothing: it sets the flag, and wakes the event loop through the event file.
+// Few functions are safe in a signal handler. This one sets the flag and wakes the event loop through the event file.
 std::atomic<bool> hasContinued = false;
 int eventFile = -1;
 

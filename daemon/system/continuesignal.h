@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Notices that the process was stopped and runs again (SIGCONT). Lives on the thread that wants to know and may be used
-// on no other; one instance a process.
+// Notices that the process was stopped and has been continued (SIGCONT). Lives on the thread that needs this and must
+// be used on that thread only. A process has one instance.
 #pragma once
 
 #include <QObject>
 
-/// The handler runs on this thread before anything else that the thread does after the stop, provided that every other
-/// thread blocks the signal.
+/// The signal handler runs on this thread before anything else that the thread does after the stop, provided that every
+/// other thread blocks the signal.
 class ContinueSignal : public QObject
 {
     Q_OBJECT
@@ -15,7 +15,8 @@ public:
     explicit ContinueSignal(QObject *parent = nullptr);
     ~ContinueSignal() override;
 
-    /// Blocks the signal on this thread and on those that it starts. Must be called before the process has others.
+    /// Blocks the signal on this thread and on the threads that it starts. Call this while the process has only one
+    /// thread.
     static void block();
 
     /// Whether the process has been continued since the last call.

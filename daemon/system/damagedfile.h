@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What is done with a file of the state folder that is not what it should be: it is kept under another name, and never
-// overwritten. No state; any thread.
+// Sets a damaged file of the state folder aside: the daemon keeps it under another name and never overwrites it. No
+// state; any thread.
 #pragma once
 
 #include <QString>
@@ -8,12 +8,12 @@
 struct SetAsideFile
 {
     QString name;  ///< the file's new path
-    QString error; ///< in the system's words; empty when it was renamed
+    QString error; ///< the system's error text; empty when the file was renamed
 };
 
-/// A path that nothing has yet: "<base>.<mark>-<UTC time>", with a number where that is taken. `base` is the path
-/// without what marks it as a copy.
+/// A path that does not exist yet: "<base>.<mark>-<UTC time>", with a number appended if that name is taken. `base` is
+/// the path without the part that marks a copy.
 [[nodiscard]] QString unusedAsideName(const QString &base, QLatin1StringView mark);
 
-/// Renames the file at `path` to the unusedAsideName() with the mark "damaged".
+/// Renames the file at `path` to an unusedAsideName() with the mark "damaged".
 [[nodiscard]] SetAsideFile setDamagedFileAside(const QString &path, const QString &base);

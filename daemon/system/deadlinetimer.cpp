@@ -37,7 +37,7 @@ void DeadlineTimer::setDeadline(std::optional<Time> deadline)
         return;
     itimerspec spec{};
     if (deadline) {
-        const Time moment = std::max(*deadline, Time(1us)); // zero would mean none
+        const Time moment = std::max(*deadline, Time(1us)); // zero would disarm the timer
         const auto whole = std::chrono::duration_cast<std::chrono::seconds>(moment);
         spec.it_value.tv_sec = whole.count();
         spec.it_value.tv_nsec = std::chrono::nanoseconds(moment - whole).count();
@@ -48,7 +48,7 @@ void DeadlineTimer::setDeadline(std::optional<Time> deadline)
 void DeadlineTimer::expire()
 {
     quint64 expirations = 0;
-    // Nothing to read: the deadline was replaced after the event loop had seen the old one.
+    // The read fails if the deadline was replaced after the event loop had seen the old one.
     if (::read(mTimer, &expirations, sizeof expirations) == sizeof expirations)
         Q_EMIT reached();
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Tells when a moment has come, by the microsecond. Qt's own timers count whole milliseconds from now, which would put
-// the events of a macro up to a millisecond off. Any thread with an event loop; each instance its own.
+// A timer with microsecond precision. Qt's own timers count whole milliseconds from now, which would put the events of
+// a macro up to a millisecond off. Any thread with an event loop; use an instance only on its own thread.
 #pragma once
 
 #include <QObject>
@@ -13,17 +13,18 @@ class DeadlineTimer : public QObject
     Q_OBJECT
 
 public:
-    using Time = std::chrono::microseconds; // since the machine was started; stands still while it sleeps
+    using Time = std::chrono::microseconds; // since the machine was started, without the time that it slept
 
     explicit DeadlineTimer(QObject *parent = nullptr);
     ~DeadlineTimer() override;
 
-    /// False when the system gave none; it never tells anything then.
+    /// False when the system provided no timer. The timer then never signals.
     [[nodiscard]] bool isUsable() const { return mTimer >= 0; }
 
     [[nodiscard]] static Time now();
 
-    /// Replaces the deadline; absent: none. One that is past is reached in the next round of the event loop.
+    /// Replaces the deadline; an absent one cancels it. A deadline in the past is reached in the next round of the
+    /// event loop.
     void setDeadline(std::optional<Time> deadline);
 
 Q_SIGNALS:

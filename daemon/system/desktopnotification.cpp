@@ -17,7 +17,7 @@ namespace {
 
 constexpr QLatin1StringView serviceName{"org.freedesktop.Notifications"};
 constexpr int passingMs = 2000;
-constexpr int usualTime = -1; // the service's own
+constexpr int usualTime = -1; // the service's default
 constexpr int answerLimitMs = 5000;
 constexpr uchar lowUrgency = 0;
 constexpr uchar usualUrgency = 1;
@@ -27,7 +27,7 @@ constexpr uchar usualUrgency = 1;
 void DesktopNotification::show(const Notice &notice)
 {
     mUnshown.reset();
-    // The bubble to replace is known when the service has answered.
+    // The id of the bubble to replace is known once the service has answered.
     if (mIsBusy)
         mNext = notice;
     else
@@ -39,7 +39,7 @@ void DesktopNotification::send(const Notice &notice)
     mIsBusy = true;
     mHasServiceCome = false;
     if (!notice.isPassing)
-        watchService(); // before it is refused, so that no service is missed
+        watchService(); // before a refusal can arrive, so no service is missed
     QDBusMessage message = QDBusMessage::createMethodCall(serviceName, u"/org/freedesktop/Notifications"_s,
                                                           u"org.freedesktop.Notifications"_s, u"Notify"_s);
     const QVariantMap hints{{u"urgency"_s, QVariant::fromValue(notice.isPassing ? lowUrgency : usualUrgency)},
@@ -61,7 +61,7 @@ void DesktopNotification::answered(const Notice &notice, const QDBusPendingReply
     mShownId = reply.isError() ? 0 : reply.value();
     if (reply.isError())
         qCDebug(lcDaemon, "desktop: no on-screen display: %s", qUtf8Printable(reply.error().message()));
-    const bool isRefused = reply.isError() && reply.error().type() != QDBusError::NoReply; // else it may yet be shown
+    const bool isRefused = reply.isError() && reply.error().type() != QDBusError::NoReply; // otherwise it may appear
     if (const std::optional<Notice> next = std::exchange(mNext, std::nullopt))
         send(*next);
     else if (notice.isPassing || !isRefused)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the daemon tells the user on the screen: one bubble of the desktop's notification service
-// (org.freedesktop.Notifications 1.2), replaced by the next. Owned by the daemon's process; the daemon's thread.
+// An on-screen message of the daemon: one bubble of the desktop's notification service (org.freedesktop.Notifications
+// 1.2), which the next message replaces. Owned by the daemon's process; main thread only.
 #pragma once
 
 #include <QDBusConnection>
@@ -12,8 +12,8 @@
 
 class QDBusServiceWatcher;
 
-/// A service that is missing or does not answer is not an error. A notice that is not passing is shown when a service
-/// comes: the daemon may start before the desktop.
+/// A service that is missing or does not answer is not an error. A lasting notice is sent again when a service appears,
+/// because the daemon may start before the desktop.
 class DesktopNotification : public QObject
 {
     Q_OBJECT
@@ -23,13 +23,13 @@ public:
     {
         QString summary;
         QString body;
-        /// Shown for a moment and not kept; else it stays as long as the desktop has it for ordinary ones.
+        /// A passing notice appears for a moment and is not kept. A lasting one has the desktop's usual duration.
         bool isPassing = true;
     };
 
     explicit DesktopNotification(const QDBusConnection &bus) : mBus(bus) {}
 
-    /// Does not wait; of several that come while the service is still busy with one, the last is shown.
+    /// Does not wait. If several notices arrive while the service is busy, only the last one is shown.
     void show(const Notice &notice);
 
 private:
@@ -38,12 +38,12 @@ private:
     void watchService();
 
     QDBusConnection mBus;
-    quint32 mShownId = 0; // of the bubble to replace; 0: none
+    quint32 mShownId = 0; // the bubble to replace; 0: none
     bool mIsBusy = false;
     std::optional<Notice> mNext;
 
-    // Until a notice that is not passing is shown
+    // Used until a lasting notice has been shown
     QDBusServiceWatcher *mServiceWatcher = nullptr;
-    std::optional<Notice> mUnshown; // which waits for a service
+    std::optional<Notice> mUnshown; // waits for a service
     bool mHasServiceCome = false;   // since the notice was sent
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Tells ThreadSanitizer what Qt's event queue guarantees: what a thread did before it posted an event is seen by the
-// one that handles it. The distribution's Qt is built without ThreadSanitizer, which would take every such hand-over
-// for a race. Does nothing otherwise. Any thread.
+// Describes to ThreadSanitizer a guarantee of Qt's event queue: the thread that handles an event sees everything that
+// the posting thread did before. The distribution's Qt is built without ThreadSanitizer, which therefore reports each
+// such hand-over as a race. Other builds compile this to nothing. Any thread.
 #pragma once
 
 #include <atomic>
@@ -12,19 +12,19 @@ namespace HandOver {
 #if defined(__SANITIZE_THREAD__)
 inline std::atomic<unsigned long> count = 0;
 
-/// Before posting.
+/// Call before posting.
 inline void give()
 {
     count.fetch_add(1, std::memory_order_acq_rel);
 }
 
-/// First of all when handling.
+/// Call first when handling.
 inline void take()
 {
     (void)count.load(std::memory_order_acquire);
 }
 
-/// Gives when it is copied, for what is copied before it.
+/// Its copy constructor calls give(), for the members that are copied before it.
 struct Giver
 {
     Giver() = default;
@@ -49,7 +49,7 @@ template <typename Function> struct Call
     {
         take();
         function();
-        give(); // to one who waits for it
+        give(); // for a thread that waits for the call
     }
 };
 

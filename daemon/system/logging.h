@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Log categories of the daemon. A line says what was, what happened and what is now, and whose fault it is:
-// "client" (a request), "file" (the settings on disk), "keyboard", "desktop", or "daemon" (our bug).
+// Log categories of the daemon. A line names the state before, the event and the state after. It begins with the party
+// at fault: "client" (a request), "file" (the settings on disk), "keyboard", "desktop", or "daemon" (our bug).
 #pragma once
 
 #include <QLoggingCategory>
@@ -11,6 +11,6 @@ Q_DECLARE_LOGGING_CATEGORY(lcSettings)
 Q_DECLARE_LOGGING_CATEGORY(lcKeyboard)
 Q_DECLARE_LOGGING_CATEGORY(lcFront)
 
-/// From now on each message of the process is one line, with "?" for the characters that a terminal would obey: paths
-/// and names in it come from other people's files, programs and keyboards.
+/// From now on each message of the process is one line, with "?" for characters that a terminal would obey. Paths and
+/// names in messages come from other people's files, programs and keyboards.
 void makeLogVisible();

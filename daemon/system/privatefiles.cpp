@@ -42,7 +42,7 @@ private:
     int mNumber;
 };
 
-/// The reason for a failure, empty for none. What is open cannot be exchanged for something else meanwhile.
+/// Returns the reason for a failure, empty on success. Works on an open file, which cannot be exchanged meanwhile.
 QString setMode(const Descriptor &file, mode_t mode)
 {
     struct stat status = {};
@@ -57,12 +57,12 @@ QString setMode(const Descriptor &file, mode_t mode)
 
 QString makePrivate(int folder, const char *name)
 {
-    // A pipe that came in the place of the file would wait for a writer.
+    // O_NONBLOCK: opening a pipe that has replaced the file would wait for a writer.
     const Descriptor file(::openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     return setMode(file, privateFile);
 }
 
-/// Whether `name` is a regular file that has another mode.
+/// Whether `name` is a regular file with another mode.
 bool isToBeMadePrivate(int folder, const char *name)
 {
     struct stat status = {};

@@ -36,7 +36,7 @@ bool makeFolder(const QString &path)
     return QDir().mkpath(QFileInfo(path).path()) && ::mkdir(QFile::encodeName(path).constData(), privateFolder) == 0;
 }
 
-/// Does not wait. 0, or an errno value: EWOULDBLOCK when another process has the lock.
+/// Does not wait. Returns 0 or an errno value: EWOULDBLOCK when another process has the lock.
 int lockExclusively(int file)
 {
     int error = 0;
@@ -62,7 +62,7 @@ StateFolder::~StateFolder()
 QString StateFolder::defaultPath()
 {
     QString stateHome = qEnvironmentVariable("XDG_STATE_HOME");
-    if (!QDir::isAbsolutePath(stateHome)) // a relative one is to be ignored, says the base directory rule
+    if (!QDir::isAbsolutePath(stateHome)) // the XDG Base Directory Specification ignores relative paths
         stateHome = QDir::home().filePath(u".local/state"_s);
     return QDir(stateHome).filePath(u"quill-kestra"_s);
 }
@@ -94,11 +94,11 @@ StateFolder::Result StateFolder::lock()
         mErrorText = u"cannot open %1: %2"_s.arg(lockPath, systemError(errno));
         return Result::unusable;
     }
-    // The lock goes with the process, also when that is killed.
+    // The lock ends with the process, even if that is killed.
     const int error = lockExclusively(mLock);
     if (error == 0)
         return Result::open;
-    closeFile(std::exchange(mLock, -1)); // what is not locked must not look like it
+    closeFile(std::exchange(mLock, -1)); // isLocked() must not find an unlocked file
     if (error == EWOULDBLOCK) {
         mErrorText = u"another daemon uses the settings in %1"_s.arg(mPath);
         return Result::inUse;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The folder in which the daemon keeps its files: that it is there, that other users cannot read it, and that one
-// daemon at a time uses it. Owned by the daemon; one thread.
+// The folder with the daemon's files. Makes it, keeps other users out, and locks it for one daemon at a time. Owned by
+// the daemon; one thread.
 #pragma once
 
 #include <QString>
@@ -21,12 +21,12 @@ public:
 
     enum class Result { open, inUse, unusable };
 
-    /// Makes the folder, locks the file "lock" in it, and makes folder and files private; what cannot be made private
-    /// is logged. errorText() says why it was not opened. Also for a folder that has gone since: the lock of a folder
-    /// that was removed keeps no daemon from one that is made in its place.
+    /// Makes the folder, locks the file "lock" in it, and makes folder and files private. Logs each path that could not
+    /// be made private. On failure, errorText() has the reason. Call it again after the folder was removed: the lock of
+    /// a removed folder does not exclude daemons from its replacement.
     [[nodiscard]] Result open();
     [[nodiscard]] const QString &errorText() const { return mErrorText; }
-    /// Whether the folder is there with the lock that open() has taken.
+    /// Whether the folder still exists with the lock that open() has taken.
     [[nodiscard]] bool isLocked() const;
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the service manager of the user is reached on the session bus (systemd's org.freedesktop.systemd1(5)).
+// Address of the user's service manager on the session bus (systemd's org.freedesktop.systemd1(5)).
 #pragma once
 
 #include <QLatin1StringView>
