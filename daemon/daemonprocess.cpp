@@ -93,7 +93,7 @@ public:
             return;
         mPortName = portName;
         mWatcher.setWatchedServices(portName.isEmpty() ? QStringList() : QStringList{messagePortBusName(portName)});
-        // It may have gone before the watch began. Told later, when the caller has done what the watch is for.
+        // The client may have gone before the watch began. The call is queued, so the caller first finishes its work.
         if (!portName.isEmpty() && !RemoteMessagePort::open(portName))
             QMetaObject::invokeMethod(
                 &mWatcher, [this, portName] { mVanished(portName); }, Qt::QueuedConnection);
@@ -105,7 +105,7 @@ private:
     std::function<void(const QString &)> mVanished;
 };
 
-/// The surest first: on Wayland, an X server that is there, too, knows only some of the windows.
+/// The most reliable source first: on Wayland, an X server knows only some of the windows.
 std::vector<FrontApplicationWatch::SourceKind> frontApplicationSources(const QDBusConnection &bus)
 {
     return {{"wayland"_L1, [] { return std::make_unique<WaylandFrontApplication>(); }},
@@ -113,10 +113,10 @@ std::vector<FrontApplicationWatch::SourceKind> frontApplicationSources(const QDB
             {"x11"_L1, [] { return std::make_unique<X11FrontApplication>(); }}};
 }
 
-/// A notice that stays, with the texts of these keys.
+/// A lasting notice with the texts of these keys.
 DesktopNotification::Notice lastingNotice(const char *summaryKey, const char *bodyKey)
 {
-    // Not at the start: what hardly ever happens is to cost no memory until then.
+    // Loaded on demand: these notices are rare, and the texts need memory.
     static const bool areTextsThere = [] {
         installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
         return true;
@@ -125,7 +125,7 @@ DesktopNotification::Notice lastingNotice(const char *summaryKey, const char *bo
     return {.summary = localizedText(summaryKey), .body = localizedText(bodyKey), .isPassing = false};
 }
 
-/// All that a serving daemon is made of, and what connects it.
+/// All parts of a serving daemon and their connections.
 class DaemonSession
 {
 public:
@@ -182,16 +182,17 @@ public:
 private:
     DaemonOutlets outlets()
     {
-        return {.sendReply = sendReply,
-                .postNotification = [this](const QString &name,
-                                           const QVariantMap &info) { mNotifications.post(name, info); },
-                .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
-                .launchProgram = ProgramLauncher::launch,
-                .now = DeadlineTimer::now,
-                .wakeAt = [this](std::optional<KeyPath::Time> time) { mTimer.setDeadline(time); },
-                .showProfile = [this](const QString &name) { // the whole message, so that there is nothing to translate
-                    mProfileNotification.show({.summary = name, .body = {}});
-                }};
+        return {
+            .sendReply = sendReply,
+            .postNotification = [this](const QString &name,
+                                       const QVariantMap &info) { mNotifications.post(name, info); },
+            .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
+            .launchProgram = ProgramLauncher::launch,
+            .now = DeadlineTimer::now,
+            .wakeAt = [this](std::optional<KeyPath::Time> time) { mTimer.setDeadline(time); },
+            .showProfile = [this](const QString &name) { // the name is the whole message; nothing needs a translation
+                mProfileNotification.show({.summary = name, .body = {}});
+            }};
     }
 
     void showSettingsProblem()
@@ -218,7 +219,7 @@ private:
         const BusEnd busEnd(mBus);
         QObject::connect(&busEnd, &BusEnd::reached, &mDaemon, &QCoreApplication::quit);
         qCInfo(lcDaemon, "starting, ready: serving \"%s\"", DaemonProtocol::requestPortName.data());
-        if (mBus.isConnected()) // else nobody would tell any more
+        if (mBus.isConnected()) // otherwise BusEnd would never signal
             QCoreApplication::exec();
         const bool busIsGone = !mBus.isConnected();
         mDaemon.shutDown();
@@ -228,7 +229,7 @@ private:
     }
 
     QDBusConnection mBus;
-    TerminationSignals mSignals; // before anybody can see the daemon: a signal that comes early waits for the loop
+    TerminationSignals mSignals; // before the daemon is visible: an early signal waits for the event loop
     VirtualKeyboard mKeyboard;
     LinuxKeyboard mLinuxKeyboard;
     InputNodes mInputNodes;
@@ -242,7 +243,7 @@ private:
     StartDocument mStart;
     DeadlineTimer mTimer;
     RequestQueue mQueue;
-    QTimer mRequestTurn; // one in each round of the event loop, so that keys have their turn, too
+    QTimer mRequestTurn; // one request in each round of the event loop, so keys get their turn
     DeviceDaemon mDaemon;
     SettingsObject mSettingsObject;
     VirtualKeyboardObject mKeyboardObject;

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Puts the daemon together and runs it: the state folder, the bus, the keyboard. Called once, on the main thread.
+// Assembles and runs the daemon: the state folder, the bus, the keyboard. Called once, on the main thread.
 #pragma once
 
 /// Exit codes of the daemon.
 enum class DaemonExit : int {
     ended = 0,          ///< by SIGTERM, SIGINT or SIGHUP
-    noBus = 2,          ///< there is no session bus, or it went away
+    noBus = 2,          ///< there is no session bus, or the connection to it ended
     alreadyRunning = 3, ///< the request port has an owner, or another daemon uses the state folder
-    folderUnusable = 4, ///< the state folder cannot be made, or settings.plist in it cannot be read
+    folderUnusable = 4, ///< the state folder cannot be made, or its settings.plist cannot be read
 };
 
-/// Serves until a signal ends it; returns the exit code. Needs a QCoreApplication.
+/// Serves until a signal or the end of the bus; returns the exit code. Needs a QCoreApplication.
 [[nodiscard]] DaemonExit runDaemon();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The daemon itself: makes the parts, connects them, and hands each event to the part whose job it is. The parts hold
-// all state. Owned by the daemon's process; one thread.
+// The daemon itself: makes the parts, connects them, and hands each event to the part responsible. The parts hold all
+// state. Owned by the daemon's process; main thread only.
 #pragma once
 
 #include "daemon/capture/capturecommands.h"
@@ -24,32 +24,34 @@ class DeviceDaemon : public QObject
     Q_OBJECT
 
 public:
-    /// `store` is open; both must live longer than the daemon, or be replaced. `document` is valid and completed.
+    /// `store` must be open; it and `keyboard` must outlive the daemon or be replaced. `document` must be valid and
+    /// completed.
     DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutlets outlets, const QVariantMap &document,
                  QObject *parent = nullptr);
 
     [[nodiscard]] const QVariantMap &document() const { return mSettings.document(); }
 
-    /// Until the first change, command 0 may name the factory settings to start from. Set after a start without any.
+    /// Call this after a start without factory settings. Until the first change, command 0 may then name a file with
+    /// them.
     void setAwaitsFactorySettings(bool isAwaited) { mSettings.setAwaitsFactorySettings(isAwaited); }
 
-    /// One message of the request port.
+    /// Handles one message of the request port.
     void handleMessage(const RequestMessage &message) { mRequests.handleMessage(message); }
     /// As RequestHandler::handleNext().
     [[nodiscard]] bool handleNextRequest(RequestQueue &queue) { return mRequests.handleNext(queue); }
-    /// One that the daemon reads now.
+    /// Handles a message that the daemon reads now.
     void handleMessage(qint32 number, const std::optional<QByteArray> &data);
-    /// Ends what the client at this port has begun. Nothing else would, and the keys would stay captured.
+    /// Ends every capture that the client at this port has started. Nothing else would end them.
     void clientVanished(const QString &portName);
-    /// A time that was asked for has come.
+    /// Must be called when a requested time has come.
     void wake();
-    /// Another application has come to the front: its profile becomes active. This alone is not written to the disk.
+    /// Must be called when another application comes to the front. Activates its profile, without writing to the disk.
     void setFrontApplication(const FrontApplication &application);
-    /// Tells clients that waited for a daemon, or knew an earlier one, whether a keyboard is there. Must be called
-    /// once, when the daemon serves requests.
+    /// Notifies clients whether a keyboard is attached: they may have waited for a daemon, or know an earlier one. Must
+    /// be called once, when the daemon serves requests.
     void announceKeyboard();
-    /// Uses this keyboard from now on, which must live longer than the daemon or be replaced. The daemon releases the
-    /// keys that are down on the one before, and ends what a client has begun on it.
+    /// Uses this keyboard from now on; it must outlive the daemon or be replaced. Releases the keys held on the
+    /// previous keyboard, and ends the clients' captures on it.
     void useKeyboard(Keyboard &keyboard);
     /// Releases every key. Must be called before the daemon ends.
     void shutDown();
@@ -61,7 +63,7 @@ private:
 
     DaemonOutlets mOutlets;
     CurrentSettings mSettings;
-    CurrentKeyboard mKeyboard; // used from the construction on
+    CurrentKeyboard mKeyboard; // has a keyboard from the constructor on
     ProfileSwitch mProfiles;
     OwnKeys mOwnKeys;
     OnTheFlySession mOnTheFly;

@@ -17,18 +17,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A daemon that stood still would keep the keyboard, and nobody could wake it up; and it is not to end with whoever
-/// reads its log.
+/// A stopped daemon would hold the keyboard, and the user could not type to continue it. The daemon must also not end
+/// with the reader of its log.
 void ignoreSignals()
 {
     for (const int number : {SIGTSTP, SIGTTIN, SIGTTOU, SIGPIPE})
-        std::signal(number, SIG_IGN); // programs that it starts have the usual again, see DetachedProcess
+        std::signal(number, SIG_IGN); // DetachedProcess restores the default for the programs that it starts
 }
 
-/// Of the usual 8 MiB, a thread's stack has 2 in memory when its place happens to suit a huge page of the kernel.
+/// If a stack of the usual 8 MiB happens to lie on one of the kernel's huge pages, it occupies 2 MiB of memory.
 void makeStacksSmall()
 {
-    constexpr std::size_t stackSize = 1024 * 1024; // too small for one, and many times what is used
+    constexpr std::size_t stackSize = 1024 * 1024; // too small for a huge page, many times what a thread uses
     pthread_attr_t attributes;
     ::pthread_attr_init(&attributes);
     ::pthread_attr_setstacksize(&attributes, stackSize);
@@ -44,7 +44,7 @@ int main(int argc, char *argv[])
     makeFileSizeLimitAnError();
     ContinueSignal::block();
     makeStacksSmall();
-    // Event loops wait with poll(), not with GLib's loop, which takes longer and needs memory of its own.
+    // Makes event loops wait with poll(). GLib's loop is slower and needs memory of its own.
     qputenv(DetachedProcess::withheldVariable, "1");
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(DaemonProtocol::daemonProcessName);

@@ -20,7 +20,7 @@ using Kind = KeyCapture::Kind;
 
 namespace {
 
-/// Whose fault it is, for the log.
+/// The party at fault, for the log.
 const char *faultOf(Status status)
 {
     switch (status) {
@@ -168,8 +168,8 @@ void RequestHandler::openDevice(const Request &request)
     reply(request, Status::ok, {{DaemonProtocol::returnStatus, mKeyboard.keyboard()->isAttached() ? 1 : 0}});
 }
 
-// A notification alone answers. A client would take a reply that it does not wait for as the answer to its next
-// request.
+// Posts a notification and sends no reply: the client does not wait for one, and would take it for the answer to its
+// next request.
 void RequestHandler::postFirmwareVersion()
 {
     const Keyboard &keyboard = *mKeyboard.keyboard();
@@ -207,8 +207,8 @@ void RequestHandler::postUpdated(const Request &request, bool isReplyInTime)
                                         : QString(DaemonProtocol::daemonProcessName));
 }
 
-// A client waits for about 6 s. The second less is for the way there and back. A client that gets no reply to command 0
-// ends the daemon, so that a late one is better than none.
+// A client waits for about 6 s; one second of this is for the way there and back. Command 0 is an exception: a client
+// without a reply to it ends the daemon, so even a late reply is better.
 bool RequestHandler::isTooLate(const Request &request) const
 {
     const bool isOpening = request.number == static_cast<qint32>(Command::openDevice);
@@ -218,7 +218,7 @@ bool RequestHandler::isTooLate(const Request &request) const
 
 bool RequestHandler::reply(const Request &request, Status status, QVariantMap values)
 {
-    // The status of command 0 is a found flag, so that it cannot carry an error.
+    // The status of command 0 says whether a keyboard was found, and therefore cannot carry an error.
     const bool isFoundFlag = request.number == static_cast<qint32>(Command::openDevice);
     if (status != Status::ok && !isFoundFlag)
         qCWarning(lcRequests, "%s: request %d of \"%s\": %s", faultOf(status), request.number,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Takes the messages of the request port: reads the request, hands it to the part whose job it is, and replies. Owned
-// by the DeviceDaemon; one thread, the daemon's.
+// Reads each request of the request port, hands it to the part responsible, and replies. Owned by the DeviceDaemon;
+// main thread only.
 #pragma once
 
 #include "daemon/requestmessage.h"
@@ -22,33 +22,33 @@ struct DaemonOutlets;
 class ProfileSwitch;
 class RequestQueue;
 
-/// Changes that wait at the same time share one write: the disk takes as long for many as for one. Each client still
-/// gets the document as its own change has left it, and no reply leaves before the write. When that fails, each is
-/// carried out by itself, so that one that is too large for the disk does not take the others with it. The reply leaves
-/// before the notification that follows a change. A reply that comes too late is not sent, because its client would
-/// take it for the answer to its next request; the notification then names the daemon as its source, so that the client
-/// reads the document again. Every failure is logged.
+/// Changes that wait at the same time share one write, because many take the disk as long as one. Each client still
+/// gets the document as its own change has left it, and no reply leaves before the write. If the write fails, each
+/// change is carried out separately, so a change too large for the disk fails alone. A reply leaves before the
+/// notification of its change. A late reply is not sent, because its client would take it for the answer to its next
+/// request. The notification then names the daemon as its source, so the client reads the document again. Every failure
+/// is logged.
 class RequestHandler
 {
 public:
-    /// All must live longer.
+    /// All arguments must outlive this.
     RequestHandler(CurrentSettings &settings, ProfileSwitch &profiles, CaptureCommands &captures,
                    const CurrentKeyboard &keyboard, const DaemonOutlets &outlets);
 
     void handleMessage(const RequestMessage &message);
-    /// The next request of the queue, and changes that can share its write. True when there is more to do: it is called
-    /// again when the event loop has had its turn.
+    /// Handles the next request of the queue, and changes that can share its write. Returns true if more work waits:
+    /// the caller must call again after a turn of the event loop.
     [[nodiscard]] bool handleNext(RequestQueue &queue);
 
 private:
     static constexpr std::size_t maximumSharing = 32;           // changes that share a write
-    static constexpr std::chrono::milliseconds sharingTime{10}; // for which changes are gathered
+    static constexpr std::chrono::milliseconds sharingTime{10}; // the longest time for gathering changes
 
     struct Request
     {
         qint32 number = 0;
         QVariantMap values;
-        std::optional<QString> replyPort;                // absent: no client waits for a reply
+        std::optional<QString> replyPort;                // absent: the client expects no reply
         std::optional<std::chrono::microseconds> readAt; // as in RequestMessage
     };
 
@@ -59,10 +59,10 @@ private:
         CommandOutcome outcome;
     };
 
-    /// Absent, and logged, when the message is not a request.
+    /// Absent, and logged, if the message is not a request.
     [[nodiscard]] static std::optional<Request> read(const RequestMessage &message);
     void handle(const Request &request);
-    /// Carries out a command on the document, and with it what `queue` holds that can share its write.
+    /// Carries out a command on the document, together with the changes in `queue` that can share its write.
     void carryOut(const Request &request, const DocumentCommand &command, RequestQueue *queue = nullptr);
     [[nodiscard]] Change plan(const Request &request, const DocumentCommand &command);
     void finish(const Change &change);
@@ -71,9 +71,10 @@ private:
     /// Replies with the outcome of a command. Then notifies the clients if the document has changed from `before`.
     void finish(const Request &request, const QVariantMap &before, const CommandOutcome &outcome,
                 ReturnsDocument returnsDocument);
-    /// Replies to a client that wants keys. If that is too late, the client does not know that it has them.
+    /// Replies to a client that captures keys. If the reply comes too late, the capture ends: the client does not know
+    /// of it.
     void replyToCapture(const Request &request, Status status);
-    /// False when it is too late for a reply.
+    /// False if it is too late for a reply.
     bool reply(const Request &request, Status status, QVariantMap values = {});
     [[nodiscard]] bool isTooLate(const Request &request) const;
     void postUpdated(const Request &request, bool isReplyInTime);
@@ -83,5 +84,5 @@ private:
     CaptureCommands &mCaptures;
     const CurrentKeyboard &mKeyboard;
     const DaemonOutlets &mOutlets;
-    std::deque<Request> mOneByOne; // changes that could not be written together, to be carried out before others
+    std::deque<Request> mOneByOne; // changes whose shared write has failed; handled before other requests
 };

@@ -12,12 +12,12 @@
 struct RequestMessage
 {
     qint32 number = 0;              ///< of the command
-    std::optional<QByteArray> data; ///< a dictionary as a property list, or the message is dropped
-    /// The time since boot at which the daemon read it. Absent: it waited for a daemon that stood still, so that its
-    /// client waits no longer.
+    std::optional<QByteArray> data; ///< a dictionary as a property list; otherwise the message is dropped
+    /// The time since boot at which the daemon read it. Absent if the message waited while the daemon stood still: its
+    /// client no longer waits.
     std::optional<std::chrono::microseconds> readAt;
 };
 
-/// The port to which the reply to `request` goes. Absent when it names none, or one that cannot be replied to: a text
-/// that can be no port's name, or the daemon's own port.
+/// The port for the reply to `request`. Absent if it names none, a text that cannot be a port's name, or the daemon's
+/// own port.
 [[nodiscard]] std::optional<QString> replyPortOf(const QVariantMap &request);

@@ -32,7 +32,7 @@ public:
         connect(&mTicking, &QTimer::timeout, this, [this] { tick(); });
     }
 
-    /// The answer to the sender.
+    /// Returns the answer to the sender.
     std::optional<QByteArray> receive(const QString &sender, qint32 number, const std::optional<QByteArray> &data)
     {
         noticeStandstill();
@@ -79,7 +79,7 @@ private:
             catchUp();
     }
 
-    /// Asks the bus something. What it has passed on before it answers had waited.
+    /// Calls the bus: all messages that arrive before its answer waited during the standstill.
     void catchUp()
     {
         ++mUnanswered;
@@ -101,7 +101,7 @@ private:
     QTimer mTicking;
     std::chrono::microseconds mLastMessage{};
     std::optional<std::chrono::microseconds> mLastSignOfLife; // absent while there are no ticks
-    int mUnanswered = 0;                                      // questions to the bus
+    int mUnanswered = 0;                                      // calls to the bus
 };
 
 } // namespace
@@ -119,7 +119,7 @@ RequestPort::~RequestPort()
     if (!isRunning())
         return;
     quit();
-    mHasEnded.get_future().wait(); // an order that the language knows of, unlike that of QThread
+    mHasEnded.get_future().wait(); // synchronises in terms of C++, unlike QThread::wait()
     wait();
 }
 

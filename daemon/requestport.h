@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The daemon's request port, on a thread of its own, so that the age of a message counts from when it came and not from
-// when the daemon has time for it. Owned by the daemon's process and used on its main thread.
+// The daemon's request port. Its own thread notes when each message arrives, even while the main thread is busy. Owned
+// by the daemon's process; main thread only.
 #pragma once
 
 #include "base/status.h"
@@ -14,17 +14,16 @@
 #include <functional>
 #include <future>
 
-/// Takes each message at once. A message that is accepted is answered with nothing. One that is refused is answered
-/// with the reply that says so, which also goes to its reply port. A message that waited in the socket while the
-/// process stood still (stopped, frozen, the machine asleep) has no time. That the process stood still is known by
-/// SIGCONT and, for 20 seconds after each message, by a tick that comes late. A daemon without requests is not woken by
-/// ticks.
+/// Takes each message at once. The answer to an accepted message is empty. The answer to a refused one is the reply
+/// with the reason, which also goes to its reply port. A message has no time if it waited in the socket while the
+/// process stood still (stopped, frozen, the machine asleep). Two signs reveal such a standstill: SIGCONT and, for 20
+/// seconds after each message, a late tick. Ticks do not wake a daemon that gets no requests.
 class RequestPort : public QThread
 {
     Q_OBJECT
 
 public:
-    /// What tests replace.
+    /// Test seams.
     struct Clock
     {
         std::function<std::chrono::microseconds()> now = timeSinceBoot; ///< called on the port's thread
@@ -34,17 +33,17 @@ public:
     /// Called on the port's thread for each message; `sender` is a name of the bus. Status::ok accepts the message.
     using Take = std::function<Status(const QString &sender, const RequestMessage &message)>;
 
-    /// The reply port of a refused message with more data is not looked up: this thread must not be busy.
+    /// The reply port of a larger refused message is not looked up, because this thread must not be busy.
     static constexpr qsizetype maximumRefusedBytes = 64 * 1024;
 
-    /// A gap as long as this between two signs of life means that the process stood still.
+    /// A longer gap between two signs of life means that the process stood still.
     static constexpr std::chrono::seconds standstill{5};
 
     RequestPort(const QDBusConnection &bus, Take take);
     RequestPort(const QDBusConnection &bus, Take take, Clock clock);
     ~RequestPort() override;
 
-    /// Starts to serve, and returns when the port is on the bus. False when its name is taken.
+    /// Starts to serve; returns once the port is on the bus. False if its name is taken.
     [[nodiscard]] bool serve();
 
 protected:
