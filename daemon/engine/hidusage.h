@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A key or a button by its place in the USB HID Usage Tables. A value; any thread.
+// A key or a button, identified as in the USB HID Usage Tables. A value; any thread.
 #pragma once
 
 #include "base/hidpages.h"
@@ -15,7 +15,7 @@ struct HidUsage
     static constexpr quint16 brightnessDown = 0x7A;
     static constexpr quint16 firstKey = 4;
     static constexpr quint16 lastKey = 231;
-    static constexpr quint16 firstModifier = 224; // Left Control; one key a bit of the modifier byte from here
+    static constexpr quint16 firstModifier = 224; // Left Control; one modifier bit per key from here on
     static constexpr quint16 leftCommand = 227;
     static constexpr quint16 rightCommand = 231;
 
@@ -32,12 +32,12 @@ struct HidUsage
     {
         return page == keyboardPage && (usage == leftCommand || usage == rightCommand);
     }
-    /// The key's bit of the modifier byte; 0 for a key that is no modifier.
+    /// The key's bit of the modifier byte; 0 for a key that is not a modifier.
     [[nodiscard]] constexpr quint8 modifierBit() const
     {
         return isModifier() ? static_cast<quint8>(1 << (usage - firstModifier)) : 0;
     }
 
-    /// Usage page in the upper 16 bits, usage in the lower, as HID descriptors write it.
+    /// Usage page in the upper 16 bits, usage in the lower 16 bits, as in HID descriptors.
     [[nodiscard]] constexpr quint32 extended() const { return (quint32(page) << 16) | usage; }
 };

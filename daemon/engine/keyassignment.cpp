@@ -27,7 +27,7 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
     case Assignment::playMacro:
         assignment.kind = Kind::playMacro;
         assignment.index = fields.param1;
-        // A value that is no repeat mode shows as the first of them, and is played as it shows.
+        // The window shows an unknown repeat mode as the first mode, so it plays as the first mode.
         assignment.repeat = KeyMappings::macroRepeatValue(KeyMappings::macroRepeat(fields.param2));
         break;
     case Assignment::singleKey:
@@ -48,7 +48,7 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
             assignment.key = static_cast<quint16>(fields.param1);
         break;
     default:
-        assignment.kind = Kind::disabled; // it shows as mapped, so it is not the default; nothing else is known of it
+        assignment.kind = Kind::disabled; // the window shows it as mapped, so it must not act as a default key
         break;
     }
     return assignment;
@@ -65,7 +65,7 @@ KeyMap::KeyMap(const QVariantMap &profile) : KeyMap()
     const QVariantMap keys = profile.value(SettingsKeys::keys).toMap();
     for (auto entry = keys.constBegin(); entry != keys.constEnd(); ++entry) {
         const int key = entry.key().toInt();
-        // "04" or "+4" is a number, but not the text under which a client finds the key: it would act and not be shown.
+        // "04" and "+4" are numbers, but clients look keys up by "4": such an entry would act without being shown.
         if (isKey(key) && entry.key() == QString::number(key))
             mAssignments[static_cast<std::size_t>(key)] =
                 assignmentOf(entry.value().toMap(), static_cast<quint16>(key));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the keys of the active profile do, decoded once from its "Keys" dictionary. Values; any thread.
+// The assignments of a profile's keys, decoded once from its "Keys" dictionary. Values; any thread.
 #pragma once
 
 #include "daemon/engine/hidusage.h"
@@ -9,7 +9,7 @@
 
 #include <array>
 
-/// What one key does. Only the fields of its kind are used.
+/// The action of one key. Each kind uses only its own fields.
 struct KeyAssignment
 {
     enum class Kind { sendKey, disabled, switchProfile, launchProgram, playMacro };
@@ -17,22 +17,23 @@ struct KeyAssignment
     Kind kind = Kind::sendKey;
     quint16 key = 0;      ///< sendKey: usage on the Keyboard/Keypad page; 0 when only modifiers are sent
     quint8 modifiers = 0; ///< sendKey: modifier byte of the boot keyboard
-    int index = 0;        ///< switchProfile: position in "Profiles"; playMacro: position in "Macros"
+    int index = 0;        ///< switchProfile: index in "Profiles"; playMacro: index in "Macros"
     int repeat = 1;       ///< playMacro: 1 to 10 times, or 255 until released, 254 until pressed again
     QString program = {}; ///< launchProgram: path
 
     bool operator==(const KeyAssignment &) const = default;
 };
 
-/// The assignment that `entry` (a key mapping entry) gives to `key`. A default key sends the code that its entry names,
-/// and without one its own; a key without entry or command sends its own. An unknown command makes the key do nothing.
+/// The assignment of `key` according to `entry`, a key mapping entry. A default key sends the code in its entry, or its
+/// own code without one. A key without entry or command also sends its own code. A key with an unknown command does
+/// nothing.
 [[nodiscard]] KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key);
 
-/// The assignments of one profile, as a table: looking one up allocates nothing.
+/// The assignments of one profile, as a table: a look-up allocates nothing.
 class KeyMap
 {
 public:
-    KeyMap(); ///< every key as the keyboard has it
+    KeyMap(); ///< every key sends its own code
     explicit KeyMap(const QVariantMap &profile);
 
     /// `key`: at most HidUsage::lastKey.

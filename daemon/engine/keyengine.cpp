@@ -173,7 +173,7 @@ void KeyEngine::playMacro(HidUsage trigger, const KeyAssignment &assignment, Tim
 {
     const auto running = std::ranges::find(mPlaybacks, trigger, &MacroPlayback::trigger);
     if (running != mPlaybacks.end()) {
-        // One that plays a number of times plays them all; a hasty second press must not cut it off.
+        // A macro with a number of repeats plays all of them; a hasty second press must not cut it off.
         if (running->endsWithNextPress())
             stopMacrosIf([&](const MacroPlayback &playback) { return playback.trigger() == trigger; }, outputs);
         return;
@@ -206,7 +206,7 @@ const PlayableMacro *KeyEngine::macroAt(int index) const
 void KeyEngine::sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOutputs &outputs)
 {
     press.modifiers = modifiers;
-    if (usage.usage != 0 && !(usage.modifierBit() & modifiers)) // a modifier of itself is sent once
+    if (usage.usage != 0 && !(usage.modifierBit() & modifiers)) // a key that is also one of its modifiers is sent once
         press.sent = usage;
     forEachModifier(press.modifiers, [&](HidUsage modifier) { sendDown(modifier, outputs); });
     if (press.sent.usage != 0)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The key engine: keys of the keyboard in, what the computer is to receive out. A pure state machine without clock and
-// I/O; the time is passed in. Owned by the daemon, one thread.
+// The key engine turns keys of the keyboard into output for the computer. A pure state machine without clock and I/O;
+// the caller passes the time. Owned by the daemon; one thread.
 #pragma once
 
 #include "daemon/engine/hidusage.h"
@@ -16,65 +16,66 @@
 #include <optional>
 #include <vector>
 
-/// One thing to do, in the order given.
+/// One action. The caller performs actions in the given order.
 struct EngineOutput
 {
     enum class Kind { sendDown, sendUp, captured, switchProfile, launchProgram };
 
     Kind kind = Kind::sendDown;
     HidUsage usage = {};   ///< sendDown, sendUp; captured: the key that was pressed
-    quint8 modifiers = 0;  ///< captured: modifier byte of the other keys that are held
-    int profileIndex = -1; ///< switchProfile: position in "Profiles", which may not exist
+    quint8 modifiers = 0;  ///< captured: modifier byte of the other held keys
+    int profileIndex = -1; ///< switchProfile: index in "Profiles", which may not exist
     QString program = {};  ///< launchProgram: path
 
     bool operator==(const EngineOutput &) const = default;
 };
 
-/// What one event brings; long enough for two keys with all modifiers, so that an event allocates nothing.
+/// The outputs of one event. There is room for two keys with all modifiers, so an event allocates nothing.
 using EngineOutputs = QVarLengthArray<EngineOutput, 20>;
 
-/// What a key does is decided when it goes down; its release ends just that, whatever was assigned, switched or
-/// captured in between. Every usage sent down is sent up again, at the latest by releaseAll(); keys that send the same
-/// usage send it down once, with the first, and up once, with the last. A macro that plays is like one more hand: what
-/// it sends never comes back as a key of the keyboard, and it lets go of everything that it has pressed.
+/// A press determines the action of a key. Its release ends exactly this action, even after another assignment, profile
+/// switch or capture in between. Every usage sent down is sent up again, at the latest by releaseAll(). Keys that send
+/// the same usage send it down once, with the first, and up once, with the last. A playing macro acts like another
+/// hand: its output never returns as a key of the keyboard, and it releases everything that it has pressed.
 class KeyEngine
 {
 public:
     using Time = MacroPlayback::Time; // since any fixed moment; never goes backwards
 
-    /// Macros that play at once; a key pressed for one more does nothing.
+    /// The most macros that play at once. A key for one more does nothing.
     static constexpr std::size_t maximumPlaybacks = 32;
-    /// Events of macros that one advance() brings at most. What else is due is so at once; but between, others come to
-    /// their turn.
+    /// The most macro events of one advance(). The others remain due at once, but the event loop gets a turn in
+    /// between.
     static constexpr int eventsPerAdvance = 16;
 
     KeyEngine();
 
-    /// Presses from now on follow `map`. Stops the macros whose key no longer plays them, or plays them differently:
-    /// nothing could stop them then.
+    /// Later presses follow `map`. Stops each macro whose key plays it differently or not at all, because no key could
+    /// stop it.
     [[nodiscard]] EngineOutputs setKeyMap(const KeyMap &map);
 
-    /// Presses from now on play these macros. Stops those that are not among them any more.
+    /// Later presses play these macros. Stops playing macros that are not among them.
     [[nodiscard]] EngineOutputs setMacros(const PlayableMacros &macros);
 
-    /// Stops every macro: another profile is the active one.
+    /// Stops every macro. Must be called when another profile becomes active.
     [[nodiscard]] EngineOutputs stopMacros();
 
-    /// While capturing, a press sends nothing and does nothing but be reported; so does its release, whenever it comes.
-    /// Macros that play would do the same as keys, and are stopped at its beginning.
+    /// While capturing, a press only reports the key, and its release sends nothing even after the capture. Playing
+    /// macros would type into the capture, so it stops them at its beginning.
     [[nodiscard]] EngineOutputs setCapturing(bool isCapturing);
 
-    /// In game mode the two Command keys are dead, whatever is assigned to them; those that are down are let go of, and
-    /// macros that they have started are stopped.
+    /// In game mode the two Command keys do nothing, whatever their assignments. Turning it on releases those that are
+    /// held and stops the macros that they have started.
     [[nodiscard]] EngineOutputs setGameMode(bool isOn);
 
-    /// A second press without a release, and a release without a press, do nothing.
+    /// Ignores a second press without a release, and a release without a press.
     [[nodiscard]] EngineOutputs keyDown(HidUsage key, Time now);
     [[nodiscard]] EngineOutputs keyUp(HidUsage key, Time now);
-    /// Lets go of everything, macros first, then the last pressed key first: the keyboard is gone, or the daemon ends.
+    /// Releases everything: first the macros, then the keys from the last pressed to the first. Must be called when the
+    /// keyboard is removed or the daemon ends.
     [[nodiscard]] EngineOutputs releaseAll();
 
-    /// What is due by `now`, at most eventsPerAdvance of it; to be called at nextDeadline().
+    /// The events due by `now`, at most eventsPerAdvance. Must be called at nextDeadline().
     [[nodiscard]] EngineOutputs advance(Time now);
     [[nodiscard]] std::optional<Time> nextDeadline() const;
 
@@ -82,7 +83,7 @@ public:
     [[nodiscard]] QList<HidUsage> sentDown() const;
 
 private:
-    /// A key that is down, and what its press sent down.
+    /// A held key and the usages that its press sent down.
     struct Press
     {
         HidUsage key;
@@ -108,8 +109,8 @@ private:
 
     KeyMap mMap;
     PlayableMacros mMacros;
-    std::vector<MacroPlayback> mPlaybacks; // in the order of their starts; at most one of each key
-    std::vector<Press> mPresses; // in the order of the presses; few, so that a search is faster than a look-up
+    std::vector<MacroPlayback> mPlaybacks; // in the order of their starts; at most one per key
+    std::vector<Press> mPresses;           // in the order of the presses; so few that a search is faster than a look-up
     std::vector<SentUsage> mSent;
     bool mIsCapturing = false;
     bool mIsGameModeOn = false;

@@ -60,8 +60,8 @@ bool MacroPlayback::endsWithNextPress() const
 
 bool MacroPlayback::isMeantBy(const KeyAssignment &assignment, const PlayableMacro *macro) const
 {
-    // When a macro before this one is deleted, the rows move at once and the key's entry follows a moment later: for
-    // that moment the old position is as good as the macro itself.
+    // When an earlier macro is deleted, the indices shift at once and the key's entry follows a moment later. Until
+    // then, the old index is as valid as the macro itself.
     return assignment.kind == KeyAssignment::Kind::playMacro && assignment.repeat == mRepeat
            && (assignment.index == mMacroIndex || macro == mMacro.get());
 }
@@ -95,7 +95,7 @@ void MacroPlayback::endRound(Time now)
         return;
     mNextStep = 0;
     mRoundStart += mMacro->spacing;
-    // What a sleeping or overloaded machine has missed is not made up for.
+    // Rounds missed by a sleeping or overloaded machine are not made up for.
     if (isEndless() && now > mRoundStart)
         mRoundStart += (now - mRoundStart) / mMacro->spacing * mMacro->spacing;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One macro that plays: which of its events comes next, and when. No clock; owned by the key engine, one thread.
+// The playback of one macro: its next event and the time of this event. No clock; owned by the key engine, one thread.
 #pragma once
 
 #include "daemon/engine/hidusage.h"
@@ -16,24 +16,23 @@ class HeldUsages
 {
 public:
     [[nodiscard]] bool isEmpty() const { return mHeld.none(); }
-    /// False when it was held already.
+    /// False if it was held already.
     bool insert(HidUsage usage);
-    /// False when it was not held.
+    /// False if it was not held.
     bool remove(HidUsage usage);
-    /// Takes out the lowest key code; when there is no key, the lowest button: so keys come up before the modifiers
-    /// around them. Not to be called when empty.
+    /// Removes and returns the lowest key code or, without keys, the lowest button. Ordinary keys therefore come up
+    /// before the modifiers around them. Must not be called when empty.
     HidUsage takeFirst();
 
 private:
-    static constexpr std::size_t firstButton = HidUsage::lastKey; // button n stands at firstButton + n
+    static constexpr std::size_t firstButton = HidUsage::lastKey; // button n is at firstButton + n
     static std::size_t position(HidUsage usage);
 
     std::bitset<firstButton + 10> mHeld; // the playable buttons are 1 to 9
 };
 
-/// Plays round after round. All times come from the moment of the start by adding what the macro says, never from the
-/// moment at which something was late, so that no error adds up. Every round lets go of what it has pressed: at its
-/// end, of what the macro itself has not released.
+/// Plays round after round. Counts all times from the start, not from a late event, so delays do not add up. At its
+/// end, each round releases everything that its macro has pressed and not released.
 class MacroPlayback
 {
 public:
@@ -45,7 +44,7 @@ public:
         bool isDown = false;
     };
 
-    /// `assignment` is that of `trigger`, the key that was pressed at `start`. `macro` has at least one step.
+    /// `assignment` belongs to `trigger`, the key pressed at `start`. `macro` has at least one step.
     MacroPlayback(HidUsage trigger, const KeyAssignment &assignment, std::shared_ptr<const PlayableMacro> macro,
                   Time start);
 
@@ -53,17 +52,17 @@ public:
     [[nodiscard]] const std::shared_ptr<const PlayableMacro> &macro() const { return mMacro; }
     [[nodiscard]] bool endsWithRelease() const;
     [[nodiscard]] bool endsWithNextPress() const;
-    /// Whether `assignment` of the trigger, which names `macro` (null for none), still means this playback.
+    /// Whether the trigger's `assignment`, which names `macro` (null for none), still refers to this playback.
     [[nodiscard]] bool isMeantBy(const KeyAssignment &assignment, const PlayableMacro *macro) const;
 
-    /// When the next thing is to happen. Not to be called when it is over.
+    /// The time of the next event. Must not be called when the playback is over.
     [[nodiscard]] Time due() const;
-    /// What happens at due(); absent when that changes nothing: a second press of what is held, a release of what is
-    /// not. `now` is not before due(); an endless repeat leaves out whole rounds that are past.
+    /// The event at due(); absent for a press of a held key or a release of one not held. `now` must not be before
+    /// due(). An endless repeat skips whole rounds that are past.
     [[nodiscard]] std::optional<Change> takeNext(Time now);
     [[nodiscard]] bool isOver() const { return mRoundsLeft == 0; }
 
-    /// What it holds down, for letting go of it before its end.
+    /// The keys and buttons to release if the playback ends early.
     [[nodiscard]] HeldUsages &held() { return mHeld; }
 
 private:

@@ -34,7 +34,7 @@ PlayableMacro decoded(const QVariantMap &record, int macroId)
         const QVariantMap event = value.toMap();
         const MacroRecord::Event fields = MacroRecord::eventFields(event);
         macro.length += std::chrono::milliseconds(std::max(0, fields.delayMs));
-        // The event list reads the lowest byte of page and command; what it shows is what is played.
+        // The event list reads the lowest byte of page and command; playback must match it.
         if (isPlayable(event, fields))
             macro.steps.push_back(
                 {.at = macro.length,
@@ -59,7 +59,7 @@ PlayableMacros playableMacros(const QVariantList &macros, const PlayableMacros &
         const QVariantMap record = value.toMap();
         const int macroId = PlistNumbers::integerValue(record.value(SettingsKeys::macroId));
         const std::shared_ptr<const PlayableMacro> same = known.value(macroId);
-        // Quick while the records are shared: equal dictionaries are mostly the same one.
+        // Fast because records are shared: equal dictionaries are usually the same object.
         if (same && same->sequence == record.value(SettingsKeys::sequence))
             result.push_back(same);
         else
