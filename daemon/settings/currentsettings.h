@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The settings document that the daemon uses at the moment, and its way to the disk. Owned by the DeviceDaemon; one
-// thread, the daemon's.
+// The settings document in use, which this class also writes to the disk. Owned by the DeviceDaemon; main thread only.
 #pragma once
 
 #include "daemon/settings/documentcommands.h"
@@ -14,7 +13,7 @@
 struct DaemonOutlets;
 class SettingsStore;
 
-/// A change is on the disk before the daemon uses it. When it cannot be written, nothing has changed.
+/// A change is on the disk before the daemon uses it. If the write fails, the document does not change.
 class CurrentSettings : public QObject
 {
     Q_OBJECT
@@ -23,36 +22,36 @@ public:
     /// Turns the document in use into the one for the disk, which may have another profile active.
     using DocumentToKeep = std::function<QVariantMap(const QVariantMap &document)>;
 
-    /// `store` is open. `document` is valid and completed. `store` and `outlets` must live longer.
+    /// `store` must be open, `document` valid and completed. `store` and `outlets` must outlive this.
     CurrentSettings(SettingsStore &store, const DaemonOutlets &outlets, const QVariantMap &document,
                     DocumentToKeep documentToKeep, QObject *parent = nullptr);
 
     [[nodiscard]] const QVariantMap &document() const { return mDocument; }
 
-    /// Whether the disk keeps the same of both. Values that only compare equal, such as 1, true and 1.0, are not.
+    /// Whether both are identical on disk. Values that only compare equal, such as 1, true and 1.0, are not identical.
     [[nodiscard]] static bool areSame(const QVariantMap &a, const QVariantMap &b);
 
-    /// Writes `document`, which the caller uses next. False when it could not be written.
+    /// Writes `document`, which the caller uses next. False if the write failed.
     [[nodiscard]] bool save(const QVariantMap &document);
-    /// Uses `document` and writes it. False when it could not be written.
+    /// Writes `document`, then uses it. False if the write failed.
     [[nodiscard]] bool store(const QVariantMap &document);
-    /// Stores the document of a command's outcome, if it is another one. In the returned outcome, `changesDocument`
-    /// says whether the document has changed, and Status::notSaved that it could not be written.
+    /// Stores the document of a command's outcome if it is a different one. In the returned outcome, `changesDocument`
+    /// says whether the document has changed. Status::notSaved means that the write failed.
     [[nodiscard]] CommandOutcome storeOutcome(CommandOutcome outcome);
     /// Uses `document` without writing it.
     void use(const QVariantMap &document);
 
-    /// Until the first change, a client may name the factory settings to start from. Set after a start without any.
+    /// Call this after a start without factory settings. Until the first change, a client may then name a file with
+    /// them.
     void setAwaitsFactorySettings(bool isAwaited) { mAwaitsFactorySettings = isAwaited; }
-    /// Starts from the factory settings in the property list at `path`, if they are awaited. False when nothing has
-    /// changed.
+    /// If factory settings are awaited, starts from those in the property list at `path`. False if nothing has changed.
     [[nodiscard]] bool takeFactorySettings(const QString &path);
 
     /// Notifies the clients that `sourceApp` has changed the settings.
     void postUpdated(const QString &sourceApp);
 
 Q_SIGNALS:
-    /// `isOtherProfile`: another profile is active in the document than before.
+    /// `isOtherProfile`: the document has another active profile than before.
     void changed(bool isOtherProfile);
 
 private:

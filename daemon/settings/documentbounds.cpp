@@ -32,10 +32,10 @@ struct Field
     QVariantMap *record;
     QString key;
     Worth worth;
-    TreeSize size; // with the depth that it has in the document
+    TreeSize size; // with its depth in the document
 
     [[nodiscard]] bool isTooDeep() const { return size.depth > SettingsDocument::maximumDepth; }
-    /// The part of the bounds that it takes; the larger one.
+    /// The part of the bounds that it uses; the larger one.
     [[nodiscard]] double share() const
     {
         return std::max(double(size.nodes) / SettingsDocument::maximumNodes,
@@ -55,7 +55,7 @@ Worth worthOf(const QString &key, std::span<const Key> known)
     return isAnyOf(known, key) ? Worth::known : Worth::unknown;
 }
 
-/// Adds the entries of `record`, which is inside `depth` others, but for those that are `needed`.
+/// Adds the entries of `record`, which is inside `depth` others, except those that are `needed`.
 void addFields(std::vector<Field> &fields, QVariantMap &record, int depth, std::span<const Key> needed,
                const std::function<Worth(const QString &)> &worth)
 {
@@ -66,7 +66,7 @@ void addFields(std::vector<Field> &fields, QVariantMap &record, int depth, std::
                     .key = entry.key(),
                     .worth = worth(entry.key()),
                     .size = TreeSize::ofEntry(entry.key(), entry.value())};
-        if (field.worth == Worth::name) // its text alone is left out
+        if (field.worth == Worth::name) // only its text can be removed
             field.size = {.nodes = 0, .contentBytes = TreeSize::of(entry.value()).contentBytes, .depth = 1};
         field.size.depth += depth;
         fields.push_back(field);
@@ -78,8 +78,8 @@ TreeSize difference(const TreeSize &size, const Field &field)
     return {.nodes = size.nodes - field.size.nodes, .contentBytes = size.contentBytes - field.size.contentBytes};
 }
 
-/// The one field without which a document of `size` fits; of several, the one that is worth least, then the largest.
-/// `fields` are in the order of their shares.
+/// The one field without which a document of `size` fits. Of several, the one of least worth, then the largest.
+/// `fields` must be in the order of their shares.
 std::vector<Field>::const_iterator fieldToLeaveOut(const std::vector<Field> &fields, const TreeSize &size)
 {
     auto best = fields.end();
@@ -91,7 +91,7 @@ std::vector<Field>::const_iterator fieldToLeaveOut(const std::vector<Field> &fie
     return best;
 }
 
-/// Leaves `fields` out until `size`, that of the document, is within the bounds.
+/// Removes `fields` until `size`, that of the document, is within the bounds.
 int leaveOut(std::vector<Field> fields, TreeSize size)
 {
     int count = 0;

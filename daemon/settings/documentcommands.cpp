@@ -21,13 +21,13 @@ CommandOutcome failure(const QVariantMap &document, Status status)
     return {.status = status, .document = document, .reply = {}, .changesDocument = false};
 }
 
-/// What a command that only reads replies.
+/// The reply of a command that only reads.
 CommandOutcome answer(const QVariantMap &document, QLatin1StringView key, const QVariant &value)
 {
     return {.status = Status::ok, .document = document, .reply = {{key, value}}, .changesDocument = false};
 }
 
-/// The outcome of `changed`, unless that is over a limit of the document.
+/// The outcome `changed`, unless it is over a limit of the document.
 CommandOutcome change(const QVariantMap &document, const QVariantMap &changed)
 {
     const QVariantMap whole = completed(changed);
@@ -57,8 +57,8 @@ CommandOutcome addProfile(const QVariantMap &document, const QVariantMap &reques
     if (list.size() >= maximumProfiles)
         return failure(document, Status::limitReached);
     list += TextNumbers::readInProfile(*settings);
-    // The new profile becomes the active one: a client shows the active profile's record and writes to the row it has
-    // selected, which after an add is the new one. Anything else would copy one profile's keys into another.
+    // The new profile becomes active, because a client that adds a profile selects its row. The client shows the active
+    // profile and writes to the selected row. If these differed, it would copy the keys of one profile into another.
     return change(document, withActiveProfile(withProfiles(document, list), static_cast<int>(list.size()) - 1));
 }
 
@@ -101,7 +101,7 @@ CommandOutcome deleteProfile(const QVariantMap &document, const QVariantMap &req
     if (list.size() == 1)
         return failure(document, Status::lastProfile);
     list.removeAt(*row);
-    // The active profile stays the same one; when it is the one deleted, the one before it takes over.
+    // The active profile stays active. If it is the deleted one, the one before it becomes active.
     int active = activeProfileIndex(document);
     if (*row <= active)
         active = std::max(0, active - 1);
@@ -120,7 +120,7 @@ CommandOutcome switchProfile(const QVariantMap &document, const QVariantMap &req
 
 // Macros
 
-/// The macro in the row that `request` holds under `rowKey`, or why there is none.
+/// The macro in the row that `request` has under `rowKey`, or the reason why there is none.
 struct MacroAddress
 {
     Status status = Status::ok;
@@ -146,7 +146,7 @@ CommandOutcome changeMacro(const QVariantMap &document, int row, const QVariantM
     return change(document, withMacros(document, list));
 }
 
-/// The macro with `events`, which are absent when the display row they were edited by does not exist.
+/// The macro with `events`, which are absent if the edited display row does not exist.
 CommandOutcome changeEvents(const QVariantMap &document, const MacroAddress &address,
                             const std::optional<QVariantList> &events)
 {
@@ -160,7 +160,7 @@ CommandOutcome addMacro(const QVariantMap &document, const QVariantMap &request)
     auto macro = RequestReader::dictionary(request, DaemonProtocol::macroContents);
     if (!macro)
         return failure(document, Status::malformedRequest);
-    macro->remove(SettingsKeys::macroId); // a new macro is given a number of its own
+    macro->remove(SettingsKeys::macroId); // a new macro gets a number of its own
     macro = TextNumbers::readInMacro(*macro);
     if (MacroRecord::events(*macro).size() > MacroRecord::maximumEvents)
         return failure(document, Status::limitReached);
@@ -185,7 +185,7 @@ CommandOutcome renameMacro(const QVariantMap &document, const QVariantMap &reque
     const auto name = contents ? RequestReader::text(*contents, SettingsKeys::macroName) : std::nullopt;
     if (!name || name->isEmpty())
         return failure(document, Status::malformedRequest);
-    MacroAddress address = macroAt(document, *contents, SettingsKeys::macroId); // the row here, too
+    MacroAddress address = macroAt(document, *contents, SettingsKeys::macroId); // here, this key also has the row
     if (address.status != Status::ok)
         return failure(document, address.status);
     address.macro.insert(SettingsKeys::macroName, *name);
@@ -215,8 +215,8 @@ CommandOutcome removeEvent(const QVariantMap &document, const QVariantMap &reque
                         MacroRecord::removingEventOfRow(MacroRecord::events(address.macro), *eventRow));
 }
 
-// Both rows of commands 24 and 28 come masked to 8 bits from the configurator. What comes is the row: a client that
-// does not mask them reaches the rows above 255.
+// The configurator masks both rows of commands 24 and 28 to 8 bits. The daemon takes rows unmasked, so other clients
+// reach rows above 255.
 CommandOutcome updateEvent(const QVariantMap &document, const QVariantMap &request)
 {
     const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
@@ -251,7 +251,7 @@ CommandOutcome removeAllEvents(const QVariantMap &document, const QVariantMap &r
     return changeEvents(document, address, QVariantList());
 }
 
-// Deliberate: without "HasNoDelay" the key "delay" holds a display row, whose delay every event is given, not a time.
+// Deliberate: without "HasNoDelay" the key "delay" has a display row, not a time. Every event gets that row's delay.
 CommandOutcome setAllDelays(const QVariantMap &document, const QVariantMap &request)
 {
     const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
@@ -285,7 +285,8 @@ constexpr std::array documentCommands{
     DocumentCommand{Command::addProfile, addProfile, ReturnsDocument::always},
     DocumentCommand{Command::updateProfile, updateProfile, ReturnsDocument::always},
     DocumentCommand{Command::replaceAllProfiles, replaceAllProfiles, ReturnsDocument::always},
-    // Not on failure: a client that sees a document takes the profile for deleted and clears the keys that led to it.
+    // Not on failure: a client that receives a document assumes the deletion and clears the keys that led to the
+    // profile.
     DocumentCommand{Command::deleteProfile, deleteProfile, ReturnsDocument::onSuccess},
     DocumentCommand{Command::switchProfile, switchProfile, ReturnsDocument::always},
     DocumentCommand{Command::deleteMacro, deleteMacro},

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The commands that read or change nothing but the settings document, as pure functions: document and request in,
-// status, changed document and reply out. No state; any thread may call them.
+// The commands that only read or change the settings document, as pure functions: document and request in, status,
+// changed document and reply out. No state; any thread.
 #pragma once
 
 #include "base/daemonprotocol.h"
@@ -8,16 +8,16 @@
 
 #include <QVariantMap>
 
-/// What a command does. A command that fails leaves `document` as it was given.
+/// The result of a command. A command that fails returns `document` unchanged.
 struct CommandOutcome
 {
     Status status = Status::ok;
     QVariantMap document; ///< the document afterwards
-    QVariantMap reply;    ///< what the reply holds besides "ReturnStatus" and "ReturnDictionary"
+    QVariantMap reply;    ///< the contents of the reply besides "ReturnStatus" and "ReturnDictionary"
     bool changesDocument = false;
 };
 
-/// When the reply holds "ReturnDictionary", the whole document.
+/// When the reply contains "ReturnDictionary", the whole document.
 enum class ReturnsDocument { never, onSuccess, always };
 
 enum class DocumentUse { changes, reads };
@@ -30,9 +30,9 @@ struct DocumentCommand
     DocumentUse use = DocumentUse::changes;
 };
 
-/// The command with this number; null when there is none or it is not about the document alone.
+/// The command with this number; null if there is none, or if it concerns more than the document.
 [[nodiscard]] const DocumentCommand *findDocumentCommand(qint32 number);
 
-/// Appends (or, without `isAppended`, sets) recorded events of the macro in `row`.
+/// Appends recorded events to the macro in `row` (without `isAppended`: replaces its events).
 [[nodiscard]] CommandOutcome saveEvents(const QVariantMap &document, int row, const QVariantList &events,
                                         bool isAppended);

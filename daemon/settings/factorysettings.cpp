@@ -16,7 +16,7 @@ std::optional<QVariantMap> readFactorySettings(const QString &path)
         return {};
     }
     QVariantMap document = *settings;
-    // A settings document in all but the device's own settings, which the resource may leave to the daemon.
+    // The resource may omit the device's own settings, which the daemon adds.
     if (!document.contains(SettingsKeys::deviceSettings))
         document.insert(SettingsKeys::deviceSettings, QVariantMap());
     if (!document.value(SettingsKeys::deviceSettings).toMap().contains(SettingsKeys::activeProfile))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The settings a new keyboard starts with: "Default Settings" of Kestra.plist. No state; any thread.
+// The settings of a new keyboard: "Default Settings" of Kestra.plist. No state; any thread.
 #pragma once
 
 #include <QString>
@@ -7,6 +7,6 @@
 
 #include <optional>
 
-/// The factory document in the property list at `path`, completed; absent (and logged) when it cannot be read or is
-/// not valid.
+/// The factory document in the property list at `path`, completed. Absent, and logged, if it cannot be read or is not
+/// valid.
 [[nodiscard]] std::optional<QVariantMap> readFactorySettings(const QString &path);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the keys need of the settings document, decoded once for each change of it. Values that are shared and never
-// changed: made on the main thread, used on that of the keys.
+// The parts of the settings document that the keys need, decoded once for each change. Shared, immutable values: made
+// on the main thread, used on the thread of the keys.
 #pragma once
 
 #include "daemon/engine/keyassignment.h"
@@ -14,15 +14,15 @@
 /// The keys of one profile.
 struct ProfileKeys
 {
-    QVariant source; ///< what the map was made from
+    QVariant source; ///< the source of the map
     KeyMap map;
 };
 
 struct KeySettings
 {
-    std::vector<std::shared_ptr<const ProfileKeys>> profiles; ///< by position in "Profiles"
+    std::vector<std::shared_ptr<const ProfileKeys>> profiles; ///< by index in "Profiles"
     PlayableMacros macros;
-    int activeProfile = 0; ///< position in `profiles`
+    int activeProfile = 0; ///< index in `profiles`
     bool isGameModeOn = false;
 
     [[nodiscard]] bool hasProfile(int index) const
@@ -31,5 +31,5 @@ struct KeySettings
     }
 };
 
-/// `document`: valid and completed. `before`: the settings before the change; what has not changed is used again.
+/// `document`: valid and completed. `before`: the settings before the change, whose unchanged parts are reused.
 [[nodiscard]] KeySettings keySettingsOf(const QVariantMap &document, const KeySettings &before = {});

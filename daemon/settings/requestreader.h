@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reads values out of a request, which a stranger may have built. Pure functions; any thread may call them.
+// Reads values of a request, which may come from any program. Pure functions; any thread.
 #pragma once
 
 #include <QString>
@@ -9,7 +9,7 @@
 
 namespace RequestReader {
 
-/// A whole number that fits 32 bits (booleans count as 0 and 1); absent when the key is missing or holds anything else.
+/// A whole number that fits 32 bits, with booleans as 0 and 1. Absent if the key is missing or has any other value.
 [[nodiscard]] std::optional<int> number(const QVariantMap &request, QLatin1StringView key);
 [[nodiscard]] std::optional<bool> flag(const QVariantMap &request, QLatin1StringView key);
 [[nodiscard]] std::optional<QString> text(const QVariantMap &request, QLatin1StringView key);

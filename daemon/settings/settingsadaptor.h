@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The D-Bus face of the settings files: the object /Settings on the daemon's connection, described in
-// docs/daemon-protocol.md. Owned by its SettingsObject; the daemon's thread.
+// The D-Bus interface to the problems of the settings files: the object /Settings on the daemon's connection, described
+// in docs/daemon-protocol.md. Owned by its SettingsObject; main thread only.
 #pragma once
 
 #include "daemon/settings/settingsstore.h"
@@ -14,10 +14,10 @@ class SettingsObject : public QObject
     Q_OBJECT
 
 public:
-    /// `store` must live longer.
+    /// `store` must outlive this.
     explicit SettingsObject(const SettingsStore &store, QObject *parent = nullptr);
 
-    /// False when the object cannot be put on `connection`.
+    /// False if the object cannot be put on `connection`.
     [[nodiscard]] bool registerOn(QDBusConnection connection);
 };
 
@@ -25,7 +25,7 @@ public:
 class SettingsAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
-    // SettingsObjectKeys::interfaceName; moc takes nothing but a literal.
+    // SettingsObjectKeys::interfaceName; moc accepts only a literal.
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.Settings")
     Q_PROPERTY(QStringList Problems READ problems)
 

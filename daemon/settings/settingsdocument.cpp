@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1StringView lastMacroIdKey{"LastMacroID"};
-constexpr int greatestMacroId = 2'000'000'000; // far from overflow; a greater one in a file is given out anew
+constexpr int greatestMacroId = 2'000'000'000; // far from overflow; a greater one in a file is replaced by a new one
 
 bool isAbsentOr(QMetaType::Type type, const QVariantMap &dictionary, QLatin1StringView key)
 {
@@ -152,7 +152,7 @@ bool SettingsDocument::hasOtherProfileActive(const QVariantMap &before, const QV
 {
     if (activeProfile(before) == activeProfile(after))
         return false;
-    // In place of a deleted profile another one may stand, so that the position tells nothing.
+    // After a deletion, another profile may be at the same index.
     return activeProfileIndex(before) != activeProfileIndex(after) || profiles(after).size() < profiles(before).size();
 }
 

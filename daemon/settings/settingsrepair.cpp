@@ -114,7 +114,7 @@ QVariantList repairedMacros(const QVariantMap &document, QStringList &repairs)
     return macros;
 }
 
-/// The position in `settings`, also where it is a decimal text; absent when there is none.
+/// The index in `settings`, even if it is a decimal text; absent if there is none.
 std::optional<int> activePosition(const QVariantMap &settings)
 {
     if (const auto text = RequestReader::text(settings, SettingsKeys::activeProfile)) {

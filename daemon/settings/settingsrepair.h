@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Makes a settings document valid that is not, and keeps as much of it as possible. Pure functions; any thread.
+// Makes an invalid settings document valid, and keeps as much of it as possible. Pure functions; any thread.
 #pragma once
 
 #include <QStringList>
@@ -10,15 +10,15 @@
 struct RepairedSettings
 {
     QVariantMap document;
-    QStringList repairs; ///< one line each: what was wrong, and what is there now; empty for a valid document
+    QStringList repairs; ///< one line each: the wrong value and its replacement; empty for a valid document
 };
 
-/// `document` as SettingsDocument::problemOf() accepts it. Each wrong value is repaired by itself, and all others stay:
-/// - Profiles and macros keep their positions, because keys refer to them. One that cannot be read is an empty one.
-/// - A wrong value of a profile is left out. A macro with a wrong value in its events has no events: a part of them
+/// `document`, repaired until SettingsDocument::problemOf() accepts it. Only wrong values change:
+/// - Profiles and macros keep their indices, because keys refer to them. An unreadable one becomes empty.
+/// - A wrong value of a profile is removed. A macro with a wrong value in its events loses all events: a part of them
 ///   could leave a key pressed.
 /// - Numbers that are decimal texts become numbers.
 /// - Of too many profiles or macros, the first ones stay.
-/// - From a document over the bounds, large values are left out (documentbounds.h).
-/// Absent when `document` has neither profiles nor macros nor settings of the device: nothing could be kept.
+/// - A document over the bounds loses large values (documentbounds.h).
+/// Absent if `document` has no profiles, macros or device settings to keep.
 [[nodiscard]] std::optional<RepairedSettings> repairedSettings(const QVariantMap &document);

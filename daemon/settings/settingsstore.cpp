@@ -36,7 +36,7 @@ bool renameOver(const QString &from, const QString &to)
     return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
-/// A link whose file is not there (on a disk that is not mounted, say) counts as present.
+/// A link counts as present even if its file is not, for example on a disk that is not mounted.
 bool isPresent(const QString &filePath)
 {
     const QFileInfo file(filePath);
@@ -52,8 +52,8 @@ int linkFile(const QString &from, const QString &to)
     return isLinked ? 0 : errno;
 }
 
-/// Writing goes through "settings.plist." and six letters; a daemon that was killed while it wrote leaves that. (No
-/// regular expression: their library takes nearly half a megabyte, and nothing else in the daemon needs it.)
+/// A write uses a temporary file, "settings.plist." with six letters, which a killed daemon leaves behind. (No regular
+/// expression: the library takes nearly half a megabyte, and nothing else in the daemon needs it.)
 bool isLeftOver(const QString &name)
 {
     constexpr qsizetype letters = 6;
@@ -96,8 +96,7 @@ std::optional<QVariantMap> SettingsStore::load()
 {
     std::optional<RepairedSettings> newest;
     for (const QString &candidate : presentFiles()) {
-        std::optional<RepairedSettings> settings =
-            read(candidate); // reads all, so that no damaged one stays among them
+        std::optional<RepairedSettings> settings = read(candidate); // all of them, to find every damaged one
         if (!settings || newest)
             continue;
         if (candidate != path())
@@ -111,7 +110,7 @@ std::optional<QVariantMap> SettingsStore::load()
     if (!newest)
         return {};
     if (!mWrongFile.isEmpty())
-        (void)save(newest->document); // tried again by the next change
+        (void)save(newest->document); // the next change tries again
     return newest->document;
 }
 
@@ -120,7 +119,7 @@ std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(filePath);
     if (!bytes.error.isEmpty()) {
         const QString problem = u"cannot be read (%1)"_s.arg(bytes.error);
-        if (filePath == path()) // it could be read when the folder was opened
+        if (filePath == path()) // it was readable when the folder was opened
             refuseSaving(filePath, problem);
         else
             setAside(filePath, problem);
@@ -145,8 +144,8 @@ void SettingsStore::setAside(const QString &filePath, const QString &problem)
         refuseSaving(filePath, u"%1 and cannot be set aside (%2)"_s.arg(problem, aside.error));
 }
 
-/// Sets aside the folders, pipes and the like that are in the place of the document or a copy. False when something is
-/// in the way of saving.
+/// Sets aside folders, pipes and other non-files in the place of the document or a copy. False if one of them blocks
+/// saving.
 bool SettingsStore::makeWay()
 {
     if (std::ranges::any_of(mInTheWay, isPresent))
@@ -158,7 +157,7 @@ bool SettingsStore::makeWay()
     return std::ranges::none_of(mInTheWay, isPresent);
 }
 
-/// Opens the folder again when it or its lock has been removed. False when that failed.
+/// Opens the folder again after it or its lock has been removed. False if that failed.
 bool SettingsStore::reopenFolder()
 {
     if (mFolder.isLocked())
@@ -202,9 +201,9 @@ bool SettingsStore::save(const QVariantMap &document)
     }
     if (!reopenFolder() || !makeWay())
         return false;
-    // Each step leaves a folder from which load() takes the newest answered document and finishInterruptedSave() the
-    // copies, because a daemon may be killed after any of them. Without an old document the copy that stands there is
-    // the newest good one, and stays.
+    // A daemon may be killed after any step. In the folder that each step leaves, load() finds the newest answered
+    // document and finishInterruptedSave() the copies. Without an old document, the existing copy is the newest good
+    // one, and stays.
     const std::optional<Found> found = findFile();
     if (!found)
         return false;
@@ -224,7 +223,7 @@ bool SettingsStore::save(const QVariantMap &document)
     return true;
 }
 
-/// What the document would replace. Absent when it cannot be moved out of the way.
+/// The file that the document would replace. Absent if it cannot be moved out of the way.
 std::optional<SettingsStore::Found> SettingsStore::findFile()
 {
     if (!QFileInfo::exists(path()))
@@ -239,27 +238,27 @@ std::optional<SettingsStore::Found> SettingsStore::findFile()
     return mWrongFile == path() ? Found::wrongDocument : Found::ownDocument;
 }
 
-/// Puts `data` in the place of the document, whose second name is `secondName`, empty for none.
+/// Replaces the document by `data`. `secondName` is the document's second name, empty for none.
 bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
 {
     const bool isReplacing = QFileInfo::exists(path());
     QString problem;
     if (PropertyList::writeFileAtomically(path(), data, &problem)) {
         mOwnContent = Checksum(data);
-        (void)makeFilePrivate(path()); // where that fails, the folder is private, or the log tells since the start
+        (void)makeFilePrivate(path()); // after a failure the folder is private, or the log has reported it
         return true;
     }
     qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
     if (!secondName.isEmpty())
         takeBackReplacement(secondName);
     else if (isReplacing)
-        mOwnContent = Checksum(PropertyList::readFileBytes(path()).data); // the old document or the new one
+        mOwnContent = Checksum(PropertyList::readFileBytes(path()).data); // either the old document or the new one
     else
         QFile::remove(path());
     return false;
 }
 
-/// Ends what a daemon that was killed while it saved had begun, so that its copy .0 is not overwritten.
+/// Finishes the save of a killed daemon, so that this save does not overwrite its copy .0.
 void SettingsStore::finishInterruptedSave()
 {
     const QString previous = copyPath(0);
@@ -268,14 +267,14 @@ void SettingsStore::finishInterruptedSave()
     const PropertyList::FileBytes current = PropertyList::readFileBytes(path());
     const PropertyList::FileBytes older = PropertyList::readFileBytes(previous);
     if (current.error.isEmpty() && older.error.isEmpty() && current.data == older.data)
-        QFile::remove(previous); // killed before the document was replaced: no copy, only its second name
+        QFile::remove(previous); // killed before the replacement: not a copy, only a second name of the document
     else
         shiftCopies();
 }
 
-/// Gives the document that is about to be replaced a second name, which writing leaves alone. It is empty where there
-/// is nothing, or where the file system has no hard links: the document is replaced as safely then, only without a copy
-/// of the old one. What is to be kept is kept in any case; absent when that failed.
+/// Gives the document a second name before its replacement; writing leaves this name alone. Returns an empty name if
+/// there is no document, or if the file system has no hard links. In the latter case the replacement is as safe, but
+/// leaves no copy of the old document. Files that must be kept are kept in any case; absent if that failed.
 std::optional<QString> SettingsStore::giveSecondName(Found found) const
 {
     switch (found) {
@@ -291,8 +290,8 @@ std::optional<QString> SettingsStore::giveSecondName(Found found) const
     return copyPath(0);
 }
 
-/// A second name for what is to be kept; the name of a file of its own where there are no hard links. Absent (and
-/// logged) when that failed.
+/// A second name for a file that must be kept or, without hard links, the name of a copy. Absent, and logged, on
+/// failure.
 std::optional<QString> SettingsStore::keepAside(QLatin1StringView mark) const
 {
     QString name = unusedAsideName(path(), mark);
@@ -309,14 +308,14 @@ std::optional<QString> SettingsStore::keepAside(QLatin1StringView mark) const
 
 void SettingsStore::reportKept(const QString &name)
 {
-    if (mWrongFile == path()) // what was repaired of it is gone
+    if (mWrongFile == path()) // the repaired file has been replaced
         mWrongFile.clear();
     reportProblem(
         u"another program changed %1 while the daemon ran: it was replaced, and is kept as %2; to use it, end the "
         "daemon, rename it to settings.plist and start the daemon"_s.arg(path(), name));
 }
 
-/// `original`: where the original of the repaired file is, unless that is a copy, which is set aside now.
+/// `original`: the original of the repaired file, unless that file is a copy, which is set aside now.
 void SettingsStore::reportRepair(QString original)
 {
     constexpr qsizetype named = 3; // the log has all of them
@@ -332,16 +331,16 @@ void SettingsStore::reportRepair(QString original)
     mRepairs.clear();
 }
 
-/// The document as it was before a save that failed, also when that failed only after the replacement.
+/// Restores the document after a failed save, even if the save failed after the replacement.
 void SettingsStore::takeBackReplacement(const QString &secondName)
 {
-    // Renaming does nothing between two names of one file, which is what these are when nothing was replaced.
+    // If nothing was replaced, these are two names of one file, and renaming does nothing.
     if (renameOver(secondName, path()))
         QFile::remove(secondName);
 }
 
-/// Makes the copy .0, if there is one, the copy .1. The others move up as far as the first gap, which a kill or a
-/// damaged copy may have left; the oldest is given up when there is none.
+/// Turns the copy .0, if it exists, into the copy .1. The others move up to the first gap, which a kill or a damaged
+/// copy may have left. Without a gap, the oldest copy is lost.
 void SettingsStore::shiftCopies()
 {
     if (!QFileInfo::exists(copyPath(0)))

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The settings document on disk: settings.plist in the state folder, and the last good copies beside it.
-// Owned by the daemon; one thread, and one process per folder (the store holds a lock).
+// The settings document on disk: settings.plist in the state folder, and the last good copies beside it. Owned by the
+// daemon; one thread, and one process per folder (the store holds a lock).
 #pragma once
 
 #include "daemon/settings/settingsrepair.h"
@@ -19,11 +19,11 @@
 /// Files of the folder:
 ///   settings.plist                  the document; replaced as a whole, so it is never half written
 ///   settings.plist.1 ... .3         the documents before it, newest first
-///   settings.plist.0                the document before it, only while one is being replaced; what a daemon that was
-///                                   killed in between left to do is done by the next save
-///   settings.plist.damaged-<time>   what was no settings document, or one with wrong values, as it was; neither
-///                                   overwritten nor read
-///   settings.plist.replaced-<time>  what another program had put in the place of settings.plist while the daemon ran
+///   settings.plist.0                the document before it, only during a replacement; if the daemon is killed then,
+///                                   the next save finishes the replacement
+///   settings.plist.damaged-<time>   the original of a file that was not a settings document or had wrong values;
+///                                   neither overwritten nor read
+///   settings.plist.replaced-<time>  another program's replacement of settings.plist while the daemon ran
 ///   lock                            held by the daemon that uses the folder
 class SettingsStore
 {
@@ -35,33 +35,32 @@ public:
 
     explicit SettingsStore(const QString &folder) : mFolder(folder) {}
 
-    /// Opens the folder (StateFolder::open()) and looks whether settings.plist can be read; errorText() says why that
-    /// could not be done. A settings.plist that cannot be read (no right to, an error of the disk, a folder in its
-    /// place) may be good: the folder is unusable then and stays as it is.
+    /// Opens the folder (StateFolder::open()) and checks that settings.plist can be read; errorText() has the reason
+    /// for a failure. An unreadable settings.plist (no permission, a disk error, a folder in its place) may be good.
+    /// The folder is then unusable and remains unchanged.
     [[nodiscard]] OpenResult open();
     [[nodiscard]] QString errorText() const { return mErrorText; }
 
-    /// What was wrong with the folder's files since the store was made, in English, the oldest first; the latest
-    /// maximumProblems.
+    /// The latest maximumProblems problems with the folder's files since the store was made, in English, oldest first.
     [[nodiscard]] const QStringList &problems() const { return mProblems; }
     /// `handler` is called after each new problem.
     void setProblemHandler(std::function<void()> handler) { mProblemHandler = std::move(handler); }
-    /// `handler` is called when a save has made the folder again, which was removed with all that it had.
+    /// `handler` is called when a save has made the folder again after its removal with all contents.
     void setFolderHandler(std::function<void()> handler) { mFolderHandler = std::move(handler); }
 
-    /// The newest document of the folder; absent when there is none. One with wrong values is repaired, on the disk,
-    /// too, and its original is kept aside. Sets aside what is not a settings document or, in the place of a copy,
-    /// cannot be read. Reports all of this.
+    /// The newest document of the folder; absent if there is none. Repairs a document with wrong values, also on the
+    /// disk, and keeps its original aside. Sets aside files that are not a settings document, and unreadable copies.
+    /// Reports all of this.
     [[nodiscard]] std::optional<QVariantMap> load();
 
-    /// Writes `document`, on the disk when this returns. False when that failed: the folder holds the documents that it
-    /// held before. Makes the folder again when it has been removed. Keeps what another program has put in the place of
-    /// settings.plist since load() or the save before, and reports it. load() must have been called before.
+    /// Writes `document`; it is on the disk when this returns. False if that failed: the folder then holds the same
+    /// documents as before. Makes a removed folder again. If another program has replaced settings.plist since load()
+    /// or the previous save, keeps that file and reports it. load() must have been called before.
     [[nodiscard]] bool save(const QVariantMap &document);
 
 private:
-    /// Distinguishes one content of a file from another. It does not have to resist forgery: a program that can write
-    /// the file can do worse.
+    /// Distinguishes one content of a file from another. It need not resist forgery: a program that can write the file
+    /// can do worse.
     class Checksum
     {
     public:
@@ -100,9 +99,9 @@ private:
 
     StateFolder mFolder;
     QString mErrorText;
-    Checksum mOwnContent;  // of settings.plist as read or written last
-    QStringList mInTheWay; // files that could be neither read nor set aside; nothing is saved while they are there
-    QString mWrongFile;    // the file whose values were repaired, until the next save has kept it aside
+    Checksum mOwnContent;  // of settings.plist as last read or written
+    QStringList mInTheWay; // files that could be neither read nor set aside; they block every save
+    QString mWrongFile;    // the file with repaired values, until the next save has kept it aside
     QStringList mRepairs;  // of that file
     QStringList mProblems;
     std::function<void()> mProblemHandler;

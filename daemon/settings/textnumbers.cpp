@@ -22,7 +22,7 @@ constexpr std::array entryFields{SettingsKeys::param1, SettingsKeys::param2};
 constexpr std::array eventFields{SettingsKeys::command, SettingsKeys::delay, SettingsKeys::page,
                                  SettingsKeys::argument};
 
-/// The number that the whole text is; `value` itself when it is none.
+/// The number in a text that contains only a number; otherwise `value` unchanged.
 QVariant numberIn(const QVariant &value)
 {
     if (value.typeId() != QMetaType::QString)
@@ -43,7 +43,7 @@ void readFields(QVariantMap &record, std::span<const Key> fields)
     }
 }
 
-/// `list` with `fields` read in each of its dictionaries.
+/// `list` with the numbers in `fields` of each dictionary.
 QVariantList readInEach(QVariantList list, std::span<const Key> fields)
 {
     for (QVariant &value : list) {
