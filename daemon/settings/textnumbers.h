@@ -7,8 +7,8 @@
 
 namespace TextNumbers {
 
-/// The profile record with decimal texts turned into numbers wherever the daemon reads a number: its switches, its
-/// light and its key assignments. Other values remain unchanged, including the path of a program.
+/// The profile record with decimal texts turned into numbers wherever the daemon reads a number: its switches, its key
+/// lighting and its key assignments. Other values remain unchanged, including the path of a program.
 [[nodiscard]] QVariantMap readInProfile(QVariantMap profile);
 
 /// The same for a macro record: its pause and the four fields of its events.
