@@ -12,7 +12,7 @@ void CurrentKeyboard::use(Keyboard &keyboard, const QVariantMap &document)
         stop();
         mKeyboard->disconnect(this);
         mKeyboard->keys().disconnect(this);
-        mKeyboard->showLight({}); // off: one that changes by itself would go on for ever
+        mKeyboard->showLight({}); // off: an animated one would continue for ever
     }
     mKeyboard = &keyboard;
     connectKeyboard();
@@ -28,7 +28,7 @@ void CurrentKeyboard::connectKeyboard()
     connect(mKeyboard, &Keyboard::gameModePressed, this, &CurrentKeyboard::gameModePressed);
     connect(mKeyboard, &Keyboard::brightnessChosen, this, &CurrentKeyboard::brightnessChosen);
     connect(mKeyboard, &Keyboard::macroKeyPressed, this, &CurrentKeyboard::macroKeyPressed);
-    // What was on its way from another thread when the keyboard was replaced still arrives.
+    // Signals that another thread had queued before the keyboard was replaced still arrive.
     const Keyboard *keyboard = mKeyboard;
     const KeyPath *keys = &mKeyboard->keys();
     connect(keys, &KeyPath::keyChanged, this, [this, keyboard](HidUsage key, bool isDown, KeyPath::Time time) {
@@ -55,7 +55,7 @@ void CurrentKeyboard::connectKeyboard()
 void CurrentKeyboard::takeChoice(int index, KeyPath::Choice choice)
 {
     if (choice <= mLastChoice)
-        return; // of an earlier use of this keyboard
+        return; // from an earlier use of this keyboard
     mLastChoice = choice;
     Q_EMIT profileChosen(index);
     if (mAnsweredChoice < choice)

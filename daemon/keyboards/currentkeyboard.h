@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The keyboard that the daemon uses at the moment, and the way to its keys, which may be on another thread. Owned by
-// the DeviceDaemon; one thread, the daemon's.
+// The keyboard in use, and the connection to its keys, which may be on another thread. Owned by the DeviceDaemon; main
+// thread only.
 #pragma once
 
 #include "daemon/keyboards/keyboard.h"
@@ -9,8 +9,8 @@
 #include <QObject>
 #include <QVariantMap>
 
-/// In the same thread everything happens at once. What is told to keys on another thread happens in the order of the
-/// calls, and what they tell comes later.
+/// Calls and signals are direct if the keys are on the same thread. Otherwise they are queued: calls reach the keys in
+/// order, and signals of the keys arrive later.
 class CurrentKeyboard : public QObject
 {
     Q_OBJECT
@@ -18,30 +18,30 @@ class CurrentKeyboard : public QObject
 public:
     using QObject::QObject;
 
-    /// Lets go of everything on the keyboard before, whose light goes out, and nothing more is heard of it. `keyboard`
-    /// must live longer than this, or be replaced; `document` as in apply().
+    /// Releases everything on the previous keyboard, turns its lighting off and ignores its later signals. `keyboard`
+    /// must outlive this or be replaced; `document` as in apply().
     void use(Keyboard &keyboard, const QVariantMap &document);
     [[nodiscard]] const Keyboard *keyboard() const { return mKeyboard; } ///< null until use()
 
-    /// Keys, light and game mode follow `document`, a completed settings document. `isOtherProfile`: another profile is
-    /// active in it than before.
+    /// Keys, key lighting and game mode follow `document`, a completed settings document. `isOtherProfile`: it has
+    /// another active profile than before.
     void apply(const QVariantMap &document, bool isOtherProfile);
     void showOnTheFly(OnTheFlyState state) { mKeyboard->showOnTheFly(state); }
     void listen(KeyPath::Listening listening);
-    /// Everything is let go of when this returns, and the keys do nothing more.
+    /// When this returns, everything is released and the keys do nothing more.
     void stop();
 
 Q_SIGNALS:
-    // As those of Keyboard
+    // As the signals of Keyboard
     void attachedChanged(bool isAttached);
     void gameModePressed();
     void macroKeyPressed();
     void brightnessChosen(int level);
-    // As those of KeyPath
+    // As the signals of KeyPath
     void keyChanged(HidUsage key, bool isDown, KeyPath::Time time);
     void keyCaptured(HidUsage key, quint8 modifiers);
-    /// A key has switched to the profile at `index`, which may not exist. Unless apply() is called meanwhile, the keys
-    /// go back to the profile before.
+    /// A key has switched to the profile at `index`, which may not exist. Unless a slot calls apply(), the keys return
+    /// to the previous profile.
     void profileChosen(int index);
     void programChosen(const QString &program);
 
@@ -55,6 +55,6 @@ private:
 
     Keyboard *mKeyboard = nullptr;
     KeySettings mSettings;               // of the document
-    KeyPath::Choice mLastChoice = 0;     // that was heard of
-    KeyPath::Choice mAnsweredChoice = 0; // that the keys know to have been heard of
+    KeyPath::Choice mLastChoice = 0;     // the last one received
+    KeyPath::Choice mAnsweredChoice = 0; // the last one answered
 };

@@ -38,7 +38,7 @@ std::optional<ChosenDevice> choiceOf(const QVariant &value)
     return ChosenDevice{.vendor = *vendor, .product = *product, .serial = serial.toString(), .path = path.toString()};
 }
 
-/// The choices in a file's dictionary; absent when it is not of that shape.
+/// The choices in a file's dictionary; absent if it has another structure.
 std::optional<QList<ChosenDevice>> choicesIn(const QVariantMap &root)
 {
     const QVariant list = root.value(DeviceKeys::devices);
@@ -54,7 +54,7 @@ std::optional<QList<ChosenDevice>> choicesIn(const QVariantMap &root)
     return choices;
 }
 
-/// `choice` with what else the file says of it.
+/// `choice` with the other values of its entry in the file.
 QVariantMap entryOf(const ChosenDevice &choice, const QVariantList &before)
 {
     const auto old = std::ranges::find_if(before, [&](const QVariant &value) { return choiceOf(value) == choice; });
@@ -76,7 +76,7 @@ QList<ChosenDevice> DeviceChoice::load()
     mChoices.clear();
     mIsUnreadable = false;
     const QFileInfo file(mPath);
-    if (!file.exists() && !file.isSymLink()) // a link whose file is not there may lead to a disk that comes later
+    if (!file.exists() && !file.isSymLink()) // a link without its file may lead to a disk that is mounted later
         return {};
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(mPath);
     if (!bytes.error.isEmpty()) {
@@ -127,7 +127,7 @@ bool DeviceChoice::save(const QList<ChosenDevice> &choices)
         qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(mPath), qUtf8Printable(problem));
         return false;
     }
-    (void)makeFilePrivate(mPath); // where that fails, the folder is private, or the log tells since the start
+    (void)makeFilePrivate(mPath); // after a failure the folder is private, or the log has reported it
     mRoot = root;
     mChoices = choices;
     mIsUnreadable = false;

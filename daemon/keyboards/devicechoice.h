@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The keyboards that the user chose, on disk: devices.plist beside the settings. Owned by the daemon, which holds the
+// The user's choice of keyboards, on disk: devices.plist beside the settings. Owned by the daemon, which holds the
 // folder's lock; one thread.
 #pragma once
 
@@ -7,26 +7,26 @@
 
 #include <QVariantMap>
 
-/// A property list {"Devices": [{"Vendor", "Product", "Serial", "Path"}, ...]}; keys that are not known are kept. A
-/// damaged file is set aside as devices.plist.damaged-<time> and counts as no choice.
+/// A property list {"Devices": [{"Vendor", "Product", "Serial", "Path"}, ...]}; unknown keys are kept. A damaged file
+/// is set aside as devices.plist.damaged-<time>; the choice is then empty.
 class DeviceChoice
 {
 public:
-    /// `folder` is there. Reads nothing yet.
+    /// `folder` must exist. Reads nothing yet.
     explicit DeviceChoice(const QString &folder);
 
-    /// What is on disk. A file that is there and cannot be read counts as no choice, too, but is never replaced.
+    /// The choice on disk. Empty for a file that cannot be read, which save() never replaces.
     [[nodiscard]] QList<ChosenDevice> load();
 
-    /// Puts `choices` in the place of those loaded; on the disk when this returns. False when that failed, which is
-    /// logged: the file holds what it held. Writes nothing when nothing changes.
+    /// Replaces the loaded choices; the new ones are on the disk when this returns. Writes nothing if nothing changes.
+    /// False, and logged, on failure: the file then remains unchanged.
     [[nodiscard]] bool save(const QList<ChosenDevice> &choices);
 
 private:
     void refuse(const QString &reason);
 
     QString mPath;
-    QVariantMap mRoot;            // as read or written last
-    QList<ChosenDevice> mChoices; // those in it
+    QVariantMap mRoot;            // as last read or written
+    QList<ChosenDevice> mChoices; // those in mRoot
     bool mIsUnreadable = false;
 };

@@ -44,7 +44,7 @@ QList<qsizetype> chosenAmong(const QList<InputDevice> &devices, const QList<Chos
         }
         return false;
     };
-    // Those at their port first: of two keyboards with one number, each is to be found where it was.
+    // Keyboards at their port first: of two with the same number, each must be found where it was.
     QList<ChosenDevice> moved;
     for (const ChosenDevice &choice : choices) {
         if (!find(choice, true) && !choice.serial.isEmpty())

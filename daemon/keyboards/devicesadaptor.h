@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The D-Bus face of the machine's keyboards: the object /Devices on the daemon's connection, described in
-// docs/daemon-protocol.md. Owned by its DevicesObject; the daemon's thread.
+// The D-Bus interface to the machine's keyboards: the object /Devices on the daemon's connection, described in
+// docs/daemon-protocol.md. Owned by its DevicesObject; main thread only.
 #pragma once
 
 #include "daemon/keyboards/devicechoice.h"
@@ -11,24 +11,24 @@
 #include <QDBusContext>
 #include <QVariantMap>
 
-/// What stands on the bus: carries the adaptor and, as its context, the call that is being answered.
+/// The object on the bus: carries the adaptor and, as its context, the current call.
 class DevicesObject : public QObject, public QDBusContext
 {
     Q_OBJECT
 
 public:
-    /// Both must live longer.
+    /// Both must outlive this.
     DevicesObject(DeviceSource &source, DeviceChoice &choice, QObject *parent = nullptr);
 
-    /// False when the object cannot be put on `connection`.
+    /// False if the object cannot be put on `connection`.
     [[nodiscard]] bool registerOn(QDBusConnection connection);
 };
 
-/// Its public slots and signals are the interface. What was chosen is kept before the call returns.
+/// Its public slots and signals are the interface. A call stores the choice before it returns.
 class DevicesAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
-    // DeviceKeys::interfaceName; moc takes nothing but a literal.
+    // DeviceKeys::interfaceName; moc accepts only a literal.
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.Devices")
 
 public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the daemon needs of a keyboard. One thread, the daemon's; its keys may go another way, see keys().
+// The daemon's interface to a keyboard. Main thread only; its keys may live on another thread, see keys().
 #pragma once
 
 #include "daemon/keyboards/keypath.h"
@@ -19,15 +19,15 @@ public:
     [[nodiscard]] virtual bool isAttached() const = 0;
     [[nodiscard]] virtual QString firmwareVersion() const = 0;
 
-    /// The way of its keys, maybe on another thread, which runs. Always the same object.
+    /// The path of its keys, possibly on another thread, which runs. Always the same object.
     [[nodiscard]] virtual KeyPath &keys() = 0;
-    // What the keyboard shows
-    virtual void showLight(const Backlight::Settings &settings) = 0; ///< goes on by itself from there
+    // Display on the keyboard
+    virtual void showLight(const Backlight::Settings &settings) = 0; ///< animates without further calls
     virtual void showOnTheFly(OnTheFlyState state) = 0;
     virtual void showGameMode(bool isOn) = 0;
 
 Q_SIGNALS:
-    void attachedChanged(bool isAttached); ///< what its keys have begun has ended: KeyChannel::emptied()
+    void attachedChanged(bool isAttached); ///< its keys have released everything: KeyChannel::emptied()
     void gameModePressed();
     void macroKeyPressed();
     void brightnessChosen(int level); ///< by the keyboard's own keys

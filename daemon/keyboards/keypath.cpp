@@ -9,7 +9,7 @@
 
 KeyPath::KeyPath(KeyChannel &channel, QObject *parent) : KeyPath(channel, KeyClock{.now = DeadlineTimer::now}, parent)
 {
-    auto *timer = new DeadlineTimer(this); // a child, so that it goes with the path to another thread
+    auto *timer = new DeadlineTimer(this); // a child moves to another thread together with the path
     if (!timer->isUsable())
         qCCritical(lcDaemon, "daemon: no timer, macros will not play");
     connect(timer, &DeadlineTimer::reached, this, &KeyPath::wake);
@@ -40,7 +40,7 @@ void KeyPath::change(Change change)
     if (!isUpToDate && change.settings.hasProfile(mSettings.activeProfile))
         change.settings.activeProfile = mSettings.activeProfile;
     const bool isAnswer = mIsSwitchUnanswered && isUpToDate;
-    // When the key switched, macros were stopped; those that play now are of the profile that it chose.
+    // The key's switch has stopped the macros. Those that play now belong to the profile that it chose.
     const bool isOtherProfile =
         isAnswer ? change.settings.activeProfile != mSettings.activeProfile : change.isOtherProfile;
     mIsSwitchUnanswered = !isUpToDate && (mIsSwitchUnanswered || change.isOtherProfile);

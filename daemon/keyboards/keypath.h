@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The way of a key: from its channel into the engine and, as what it means, back out. Lives on one thread with its
-// channel: the main thread for the virtual keyboard, the key thread for real ones, where nothing that the daemon saves,
-// answers or posts can delay a key. Its public functions are to be called on that thread; CurrentKeyboard does.
+// The path of a key: from its channel into the engine and, translated, back out. Lives on one thread with its channel:
+// the main thread for the virtual keyboard, the key thread for real ones. There, no saving, replying or posting of the
+// daemon delays a key. Its public functions must be called on that thread; CurrentKeyboard does this.
 #pragma once
 
 #include "daemon/engine/keyengine.h"
@@ -13,19 +13,19 @@
 #include <functional>
 #include <optional>
 
-/// The time of a key path, so that tests can put their own in place.
+/// The clock of a key path; tests replace it.
 struct KeyClock
 {
     /// Since any fixed moment; never goes backwards.
     std::function<KeyEngine::Time()> now;
-    /// Asks for a call of KeyPath::wake() at this time, or as soon after it as can be; absent: for none. What was asked
-    /// for before counts no more.
+    /// Requests a call of KeyPath::wake() at this time or as soon as possible after it. Replaces the previous request;
+    /// an absent time cancels it.
     std::function<void(std::optional<KeyEngine::Time>)> wakeAt = [](std::optional<KeyEngine::Time>) {};
 };
 
-/// An ordinary key (one that sends something, or that a macro sends) allocates nothing and reaches no other thread.
-/// A key that switches the profile does so at once, for the very next key; that it is stored is the other side's
-/// business, which has the last word: it answers every profileChosen() with a change().
+/// An ordinary key (one that sends something, or a macro's) allocates nothing and reaches no other thread. A key that
+/// switches the profile does so for the very next key. The other side stores the switch and has the last word: it
+/// answers every profileChosen() with a change().
 class KeyPath : public QObject
 {
     Q_OBJECT
@@ -33,44 +33,44 @@ class KeyPath : public QObject
 public:
     using Time = KeyEngine::Time;
 
-    /// Numbers the profileChosen() of a path, from 1; 0 is before the first.
+    /// The number of a path's profileChosen(), from 1; 0 is before the first.
     using Choice = quint64;
 
     struct Change
     {
         KeySettings settings;
-        /// The last profileChosen() that the sender had heard of. A profile that was chosen later stays the active one.
+        /// The last profileChosen() that the sender had received. A profile chosen later stays active.
         Choice lastChoice = 0;
-        /// Another profile is active than in the settings before, which stops all macros.
+        /// The settings have another active profile than before, which stops all macros.
         bool isOtherProfile = false;
     };
 
-    /// What is told of keys.
+    /// Which keys are reported.
     struct Listening
     {
-        bool isCapturing = false; ///< presses do nothing but be told by keyCaptured()
-        bool isReporting = false; ///< every key is told by keyChanged(), captured or not
+        bool isCapturing = false; ///< presses only emit keyCaptured()
+        bool isReporting = false; ///< every key emits keyChanged(), captured or not
     };
 
-    /// With the machine's time. `channel` must live longer. Both may be moved to another thread before start().
+    /// Uses the machine's clock. `channel` must outlive this. Both may be moved to another thread before start().
     explicit KeyPath(KeyChannel &channel, QObject *parent = nullptr);
     KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent = nullptr);
 
     [[nodiscard]] bool isStarted() const { return mIsStarted; }
-    /// From now on the keys do something; until then, and after stop(), they are ignored. The last choice made: those
-    /// up to it are not to be heeded any more.
+    /// The keys act from start() until stop(), and are ignored otherwise. Returns the last choice: the caller must
+    /// ignore choices up to it.
     Choice start(const KeySettings &settings);
     void change(Change change);
     void listen(Listening listening);
-    /// Lets go of everything.
+    /// Releases everything.
     void stop();
-    /// Goes on with the macros that play.
+    /// Continues playing macros.
     void wake();
 
 Q_SIGNALS:
     void keyChanged(HidUsage key, bool isDown, KeyPath::Time time);
     void keyCaptured(HidUsage key, quint8 modifiers);
-    /// A key has switched to the profile, which is the active one here. `index` may not exist; then nothing has been
+    /// A key has switched to the profile, which is active in this path. If `index` does not exist, nothing was
     /// switched.
     void profileChosen(int index, KeyPath::Choice choice);
     void programChosen(const QString &program);
@@ -86,9 +86,9 @@ private:
     KeyClock mClock;
     KeyEngine mEngine;
     KeySettings mSettings;
-    std::optional<Time> mWakeTime; // what was asked for
+    std::optional<Time> mWakeTime; // as last requested
     Choice mLastChoice = 0;
-    bool mIsSwitchUnanswered = false; // there is a choice that no change knew of, and one side has switched
+    bool mIsSwitchUnanswered = false; // no change has answered the latest choice yet, and one side has switched
     bool mIsStarted = false;
     bool mIsReporting = false;
 };

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How far a macro that is recorded with nothing but the keyboard has got, which a keyboard may show. A value; any
-// thread.
+// The progress of a macro recorded on the keyboard itself, which a keyboard may show. A value; any thread.
 #pragma once
 
 #include <QLatin1StringView>

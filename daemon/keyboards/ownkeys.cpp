@@ -17,7 +17,7 @@ void OwnKeys::toggleGameMode()
     const bool isOn = !isGameModeOn(document);
     if (!mSettings.store(completed(withDeviceSetting(document, SettingsKeys::gameMode, isOn))))
         return;
-    // In this order: a client flips its flag at the first and reads the true one at the second.
+    // In this order: the first makes a client flip its flag, the second makes it read the true value.
     mOutlets.postNotification(DaemonProtocol::gameModePressed, {});
     mSettings.postUpdated(DaemonProtocol::daemonProcessName);
 }

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The changes that the keyboard's own keys make to the settings: the game mode and the brightness. Owned by the
-// DeviceDaemon; one thread, the daemon's.
+// DeviceDaemon; main thread only.
 #pragma once
 
 class CurrentSettings;
 struct DaemonOutlets;
 
-/// A change that cannot be stored has not happened, and no client is notified of it.
+/// A change that cannot be stored does not take effect, and clients are not notified of it.
 class OwnKeys
 {
 public:
-    /// Both must live longer.
+    /// Both must outlive this.
     OwnKeys(CurrentSettings &settings, const DaemonOutlets &outlets);
 
     void toggleGameMode();

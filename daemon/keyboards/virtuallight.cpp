@@ -33,7 +33,7 @@ std::optional<Backlight::Time> VirtualLight::sleep() const
 void VirtualLight::show(const Backlight::Settings &settings)
 {
     if (settings == mSettings)
-        return; // every change of the document comes by here
+        return; // every change of the document calls this
     mSettings = settings;
     look();
 }

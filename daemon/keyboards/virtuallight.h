@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The light of a keyboard as it goes on with time, without a device that shows it: all of the virtual keyboard's, and
-// the colour that the LEDs of a real one follow. Owned by the keyboard; one thread, the daemon's.
+// Key lighting over time, without a device: all of the virtual keyboard's, and the colour for the LEDs of a real one.
+// Owned by the keyboard; main thread only.
 #pragma once
 
 #include "lighting/backlight.h"
@@ -10,8 +10,8 @@
 
 #include <functional>
 
-/// Sleeps while nothing changes: the timer runs only as long as the light changes by itself and has power, and then
-/// wakes once for each change.
+/// Sleeps while nothing changes. The timer runs only while the light is animated and has power, and wakes once for each
+/// change.
 class VirtualLight : public QObject
 {
     Q_OBJECT
@@ -24,14 +24,14 @@ public:
     explicit VirtualLight(Clock clock, QObject *parent = nullptr);
 
     [[nodiscard]] const Backlight::Settings &settings() const { return mSettings; }
-    /// What is to be seen now.
+    /// The visible colour now.
     [[nodiscard]] Backlight::Color color() const;
-    /// How long it sleeps until it looks again; absent when it has nothing to wait for.
+    /// The time until it looks again; absent if it has nothing to wait for.
     [[nodiscard]] std::optional<Backlight::Time> sleep() const;
 
     void show(const Backlight::Settings &settings);
     void setPowered(bool isPowered);
-    /// Looks whether the light has changed. The timer calls it.
+    /// Checks whether the light has changed. The timer calls it.
     void look();
 
 Q_SIGNALS:

@@ -21,7 +21,7 @@ namespace {
 constexpr std::size_t usualCount = 64; // of files, of timers
 constexpr int filesAtOnce = 16;
 
-/// What wakes a notifier; errors and ends do in any case, and reading or writing then tells which.
+/// The events that wake a notifier. Errors and ends always do; reading or writing then reveals which.
 unsigned int eventsOf(QSocketNotifier::Type type)
 {
     switch (type) {
@@ -40,22 +40,22 @@ EpollDispatcher::EpollDispatcher(QObject *parent)
 {
     epoll_event event = {.events = EPOLLIN, .data = {.fd = mWakeUp}};
     if (mEpoll < 0 || mWakeUp < 0 || ::epoll_ctl(mEpoll, EPOLL_CTL_ADD, mWakeUp, &event) != 0)
-        qFatal("EpollDispatcher: %s", qUtf8Printable(qt_error_string(errno))); // as Qt's own would
+        qFatal("EpollDispatcher: %s", qUtf8Printable(qt_error_string(errno))); // as in Qt's own dispatcher
     mNotifiers.reserve(usualCount);
     mTimers.reserve(usualCount);
-    EpollDispatcher::wakeUp(); // what was posted before there was a dispatcher
+    EpollDispatcher::wakeUp(); // for events posted before there was a dispatcher
 }
 
 EpollDispatcher::~EpollDispatcher()
 {
-    (void)mIsWoken.exchange(true); // whoever has interrupted its thread for the last time is done
+    (void)mIsWoken.exchange(true); // synchronises with the last thread that has interrupted this one
     ::close(mWakeUp);
     ::close(mEpoll);
 }
 
 bool EpollDispatcher::processEvents(QEventLoop::ProcessEventsFlags flags)
 {
-    mIsInterrupted = false; // what it interrupted has seen it
+    mIsInterrupted = false; // the interrupted loop has seen it
     const bool mayWait = flags.testFlag(QEventLoop::WaitForMoreEvents);
     if (mayWait)
         Q_EMIT aboutToBlock();
@@ -83,7 +83,7 @@ void EpollDispatcher::sendPosted()
 {
     quint64 wakes = 0;
     [[maybe_unused]] const ssize_t size = ::read(mWakeUp, &wakes, sizeof wakes);
-    // From here on, what is posted wakes anew. What was done before a wake-up is seen from here on, too.
+    // Later events wake it again, and everything done before a wake-up is visible from here on.
     (void)mIsWoken.exchange(false);
     QCoreApplication::sendPostedEvents();
 }
@@ -94,7 +94,7 @@ bool EpollDispatcher::tellNotifiers(int descriptor, unsigned int events)
     for (const auto type : {QSocketNotifier::Read, QSocketNotifier::Write, QSocketNotifier::Exception}) {
         if (!(events & (eventsOf(type) | EPOLLERR | EPOLLHUP)))
             continue;
-        // Looked up each time: whoever was told may have disabled or destroyed others.
+        // Looked up each time: a handler may have disabled or destroyed others.
         const auto notifier = std::ranges::find_if(mNotifiers, [descriptor, type](const QSocketNotifier *candidate) {
             return candidate->socket() == descriptor && candidate->type() == type;
         });
@@ -119,7 +119,7 @@ void EpollDispatcher::unregisterSocketNotifier(QSocketNotifier *notifier)
         watch(static_cast<int>(notifier->socket()));
 }
 
-/// As its notifiers want it now.
+/// Watches for the events that its notifiers want now.
 void EpollDispatcher::watch(int descriptor)
 {
     epoll_event event = {.events = 0, .data = {.fd = descriptor}};
@@ -127,7 +127,7 @@ void EpollDispatcher::watch(int descriptor)
         if (notifier->socket() == descriptor)
             event.events |= eventsOf(notifier->type());
     }
-    // One that was closed is not watched any more, and its number may be another file's.
+    // The kernel stops watching a closed file, whose number may now belong to another one.
     if (event.events == 0)
         ::epoll_ctl(mEpoll, EPOLL_CTL_DEL, descriptor, nullptr);
     else if (::epoll_ctl(mEpoll, EPOLL_CTL_MOD, descriptor, &event) != 0
@@ -193,7 +193,7 @@ bool EpollDispatcher::tellTimers()
     if (mTimers.empty())
         return false;
     bool hasTold = false;
-    // Those that are due now, each once; one that is started meanwhile waits for the next round.
+    // Each timer that is due now, once. A timer started meanwhile waits for the next round.
     const Clock::time_point now = Clock::now();
     for (;;) {
         const auto next = std::ranges::min_element(mTimers, {}, [now](const Timer &timer) {
@@ -220,7 +220,7 @@ void EpollDispatcher::wakeUp()
     if (mIsWoken.exchange(true))
         return;
     const quint64 one = 1;
-    [[maybe_unused]] const ssize_t size = ::write(mWakeUp, &one, sizeof one); // full: it is awake anyway
+    [[maybe_unused]] const ssize_t size = ::write(mWakeUp, &one, sizeof one); // if full, it is awake anyway
 }
 
 void EpollDispatcher::interrupt()

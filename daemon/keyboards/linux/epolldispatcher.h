@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The event loop of the key thread. Made on any thread, then the dispatcher of one; wakeUp() and interrupt() may be
-// called on any.
+// The event loop of the key thread. Created on any thread, then the dispatcher of one; any thread may call wakeUp() and
+// interrupt().
 #pragma once
 
 #include <QAbstractEventDispatcher>
@@ -9,9 +9,9 @@
 #include <chrono>
 #include <vector>
 
-/// Does what Qt's own does; but a key takes half the instructions: nothing is made anew for a wait, and a wait costs no
-/// more with many files than with one. And it tells that it awakes before anything has its turn, so that
-/// a watch sees all of it. Timers are precise whatever they ask for; QEventLoop's exclusion of files is not heeded.
+/// Replaces Qt's own dispatcher, because a key then takes half the instructions: waiting allocates nothing, and many
+/// files cost no more than one. It also emits awake() before any event is handled, so a watch covers all handlers.
+/// Timers are always precise; it ignores QEventLoop's exclusion of files.
 class EpollDispatcher : public QAbstractEventDispatcher
 {
     Q_OBJECT
@@ -44,7 +44,7 @@ private:
         Qt::TimerType type = Qt::PreciseTimer;
         QObject *object = nullptr;
         Clock::time_point due;
-        bool isTold = false; // just now; not again from within
+        bool isTold = false; // in this round; prevents a recursive second call
     };
 
     [[nodiscard]] int timeUntilTimer() const;
@@ -58,6 +58,6 @@ private:
     int mWakeUp; // an eventfd
     std::vector<QSocketNotifier *> mNotifiers;
     std::vector<Timer> mTimers;
-    std::atomic<bool> mIsWoken = false; // mWakeUp is readable, or will be at once
+    std::atomic<bool> mIsWoken = false; // mWakeUp is readable or about to be
     std::atomic<bool> mIsInterrupted = false;
 };

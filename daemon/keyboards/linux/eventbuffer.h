@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reads events of <linux/input.h> from a file, as many at once as there are. Owned by who owns the file; one thread.
+// Reads all available events of <linux/input.h> from a file at once. Owned by the owner of the file; one thread.
 #pragma once
 
 #include <array>
@@ -7,24 +7,24 @@
 
 #include <linux/input.h>
 
-/// Each call of the system is a good part of what a key takes. So the file is not asked again after a read that has
-/// emptied it: whoever polls is told when there is more.
+/// System calls are a large part of a key's cost. After a read that has emptied the file, it therefore does not read
+/// again until poll() reports more.
 class EventBuffer
 {
 public:
-    static constexpr std::size_t capacity = 64; // more than a report of a keyboard has
+    static constexpr std::size_t capacity = 64; // more than one report of a keyboard
 
     enum class Result {
         event,
-        nothing, ///< the file was empty when it was last read; what has come since shows in it
-        gone,    ///< it cannot be read any more
+        nothing, ///< the last read emptied the file; poll() reports later events
+        gone,    ///< the file cannot be read any more
     };
 
-    /// `descriptor`: does not block, and must live longer.
+    /// `descriptor`: must not block, and must outlive this.
     explicit EventBuffer(int descriptor) : mDescriptor(descriptor) {}
 
     [[nodiscard]] Result next(input_event &event);
-    /// Forgets what was read and not yet returned.
+    /// Discards events that were read but not yet returned.
     void clear();
 
 private:

@@ -21,7 +21,7 @@ std::unique_ptr<EvdevFile> EvdevFile::open(const QString &path, int &error)
         ::close(descriptor);
         return nullptr;
     }
-    // The engine's clock. Any other could be set back while a macro is recorded.
+    // The engine's clock. Others could be set back during the recording of a macro.
     libevdev_set_clock_id(device, CLOCK_MONOTONIC);
     return std::unique_ptr<EvdevFile>(new EvdevFile(descriptor, device));
 }
@@ -64,7 +64,7 @@ EventFile::ReadResult EvdevFile::readFile(input_event &event)
 
 EventFile::ReadResult EvdevFile::findMissedEvents()
 {
-    mBuffer.clear(); // no more than is missed
+    mBuffer.clear(); // these events are among the missed ones
     input_event unused;
     if (libevdev_next_event(mDevice, LIBEVDEV_READ_FLAG_FORCE_SYNC, &unused) != LIBEVDEV_READ_STATUS_SYNC)
         return ReadResult::gone;
@@ -72,7 +72,7 @@ EventFile::ReadResult EvdevFile::findMissedEvents()
     return ReadResult::dropped;
 }
 
-/// The source is the file again when it has no more.
+/// Returns to the source `file` when libevdev has no more events.
 EventFile::ReadResult EvdevFile::readLibrary(input_event &event)
 {
     for (;;) {
@@ -117,7 +117,7 @@ void EvdevFile::inject(quint16 code, bool isDown)
     events[0].value = isDown ? 1 : 0;
     events[1].type = EV_SYN;
     events[1].code = SYN_REPORT;
-    // Where it fails the device is gone, which the next read() tells.
+    // On failure the device was removed, which the next read() reports.
     [[maybe_unused]] const ssize_t written = ::write(mDescriptor, events.data(), sizeof events);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One event node of the kernel (/dev/input/event*) as a file: what its owner needs of it, and the real one. Opened on
-// any thread, then used by one; allocates nothing after that.
+// An event device of the kernel (/dev/input/event*) as a file: the interface for its owner, and the real one. Opened on
+// any thread, then used by one; allocates nothing after opening.
 #pragma once
 
 #include "daemon/keyboards/linux/eventbuffer.h"
@@ -19,31 +19,32 @@ public:
     using Keys = std::bitset<KeyCodes::codeCount>;
 
     enum class ReadResult {
-        event,   ///< one more
-        dropped, ///< the kernel had to drop events; those that follow make up for it
+        event,   ///< another event
+        dropped, ///< the kernel has dropped events; the next ones compensate for it
         nothing, ///< for now
-        gone,    ///< the device is, or the right to use it
+        gone,    ///< the device was removed, or the right to use it revoked
     };
 
     virtual ~EventFile() = default;
 
     [[nodiscard]] virtual int descriptor() const = 0;
     [[nodiscard]] virtual ReadResult read(KeyTranslator::Event &event) = 0;
-    /// Has the kernel give the events to this file alone, or to all again. Returns 0 or an errno value.
+    /// Grabs the device for this file alone, or ungrabs it. Returns 0 or an errno value.
     [[nodiscard]] virtual int setGrabbed(bool isGrabbed) = 0;
-    /// What the kernel holds for down at this moment. Key events from before that were not read yet are dropped by it.
+    /// The keys that are down in the kernel now. The kernel then drops unread earlier key events.
     [[nodiscard]] virtual Keys keysDown() = 0;
-    /// Has the kernel hold a key for down or up, as if the keyboard had said so: whoever receives its events sees it.
+    /// Makes the kernel treat a key as down or up, as if the keyboard had reported it. Every receiver of its events
+    /// sees this.
     virtual void inject(quint16 code, bool isDown) = 0;
     virtual void setLed(quint16 led, bool isOn) = 0;
 };
 
-/// Reads the file by itself, since libevdev asks it anew before each event. Where the kernel had to drop events,
-/// libevdev finds out what was missed; it is told of every key, so that it knows what was not.
+/// Reads the file directly, because libevdev makes a system call before each event. After dropped events, libevdev
+/// finds the missed ones. Every key is reported to it, so that it knows the state before.
 class EvdevFile : public EventFile
 {
 public:
-    /// Null when it cannot be opened; `error` is errno then.
+    /// Null if it cannot be opened; `error` is then errno.
     [[nodiscard]] static std::unique_ptr<EvdevFile> open(const QString &path, int &error);
     ~EvdevFile() override;
 
@@ -55,11 +56,11 @@ public:
     void setLed(quint16 led, bool isOn) override;
 
 private:
-    /// Who has the next event.
+    /// The source of the next event.
     enum class Source {
         file,
         missedEvents, ///< libevdev
-        laterEvents,  ///< libevdev, which has read on meanwhile
+        laterEvents,  ///< libevdev, which has read further meanwhile
     };
 
     EvdevFile(int descriptor, libevdev *device) : mDescriptor(descriptor), mDevice(device), mBuffer(descriptor) {}

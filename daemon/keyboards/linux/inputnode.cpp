@@ -28,7 +28,7 @@ InputNode::InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsage
     mRest.setInterval(rest);
     mRest.callOnTimeout(this, [this] {
         mNotifier.setEnabled(true);
-        read(); // what was read already and not told does not show in the file any more
+        read(); // the file does not signal events that were already read but not yet passed on
     });
     mPatience.setSingleShot(true);
     mPatience.setInterval(patience);
@@ -51,7 +51,7 @@ void InputNode::release()
 {
     if (mState == State::grabbed) {
         forEachKey(mFile->keysDown(), [this](quint16 code) { mFile->inject(code, false); });
-        [[maybe_unused]] const int error = mFile->setGrabbed(false); // fails when the device is gone
+        [[maybe_unused]] const int error = mFile->setGrabbed(false); // fails when the device was removed
     }
     if (mState == State::grabbed || mState == State::waiting)
         setState(State::released);
@@ -115,10 +115,10 @@ void InputNode::grabWhenUp()
     const EventFile::Keys pressed = mFile->keysDown();
     if (pressed.none())
         return setState(State::grabbed);
-    // One went down just before: the desktop has seen that, and is to see its release.
+    // A key went down just before. The desktop has seen that, and must see its release.
     if (const int error = mFile->setGrabbed(false))
         return refuse(error);
-    const EventFile::Keys missed = pressed & ~mFile->keysDown(); // came up meanwhile, and nobody was told
+    const EventFile::Keys missed = pressed & ~mFile->keysDown(); // came up meanwhile, without a receiver
     forEachKey(missed, [this](quint16 code) {
         mFile->inject(code, true);
         mFile->inject(code, false);
@@ -137,12 +137,12 @@ void InputNode::takeOver()
         const bool isLast = attempt == takeOverAttempts - 1;
         if (mFile->keysDown().none() || isLast)
             break;
-        // One more went down between the two.
+        // Another key went down in between.
         if (const int error = mFile->setGrabbed(false))
             return refuse(error);
     }
     setState(State::grabbed);
-    if (mState == State::grabbed) // the handler may have given it back
+    if (mState == State::grabbed) // the handler may have released it
         forEachKey(held, [this](quint16 code) { mFile->inject(code, true); });
 }
 

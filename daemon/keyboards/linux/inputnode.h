@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One event node of a keyboard from the moment it is chosen: waits until no key of it is down, takes it for the daemon
-// alone, reads it. Owned by the key channel; its thread, the key thread.
+// One event device of a chosen keyboard: waits until none of its keys is down, grabs it and reads it. Owned by the key
+// channel; key thread only.
 #pragma once
 
 #include "daemon/keyboards/linux/eventfile.h"
@@ -13,40 +13,41 @@
 
 class InputNode;
 
-/// What its owner does about it. The owner may destroy no node from within a call; it may release() them.
+/// Implemented by the owner. From within a call it may release() nodes but must not destroy them.
 class InputNodeHandler
 {
 public:
     virtual ~InputNodeHandler() = default;
 
     virtual void nodeEvent(InputNode &node, const KeyTranslator::Event &event) = 0;
-    virtual void nodeRead(InputNode &node) = 0; ///< everything that came at once was told
+    virtual void nodeRead(InputNode &node) = 0; ///< all events of one read have been passed on
     virtual void nodeDroppedEvents(InputNode &node) = 0;
     virtual void nodeStateChanged(InputNode &node) = 0;
 };
 
-/// The desktop has seen the presses of the keys that are down at the beginning; once the node is grabbed it would never
-/// see their releases, and repeat them for ever. So the node waits for them to come up. After a while it takes over
-/// what is still down: the desktop sees it come up, and the daemon sees it go down, and come up when it does.
+/// The desktop has seen the presses of the keys that are down at the beginning. Once the device is grabbed, it would
+/// never see their releases, and would repeat them for ever. The node therefore waits until they come up. After a while
+/// it grabs the device anyway. The desktop then sees the held keys come up; the daemon sees them go down, and later
+/// come up.
 class InputNode : public QObject
 {
     Q_OBJECT
 
 public:
     enum class State {
-        waiting, ///< for its keys to come up; the desktop still has them
+        waiting, ///< for its keys to come up; the desktop still receives them
         grabbed,
         refused, ///< another program has grabbed it, see error()
         gone,    ///< unplugged
-        released ///< given back
+        released ///< ungrabbed
     };
 
-    /// How much is read before others have their turn, and how long a node rests that has more: one that floods.
+    /// Against floods: the most events of one turn, and the pause of a node that has more.
     static constexpr int eventsAtOnce = 64;
     static constexpr std::chrono::milliseconds rest{1};
     static constexpr std::chrono::milliseconds usualPatience{3000};
 
-    /// `id`: names the node to its owner. `givesHidUsages`: see KeyTranslator::addNode().
+    /// `id`: identifies the node to its owner. `givesHidUsages`: see KeyTranslator::addNode().
     InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, InputNodeHandler &handler,
               std::chrono::milliseconds patience = usualPatience, QObject *parent = nullptr);
     ~InputNode() override;
@@ -54,14 +55,14 @@ public:
     [[nodiscard]] State state() const { return mState; }
     [[nodiscard]] int id() const { return mId; }
     [[nodiscard]] bool givesHidUsages() const { return mGivesHidUsages; }
-    [[nodiscard]] int error() const { return mError; } ///< errno of what made it refused; else 0
+    [[nodiscard]] int error() const { return mError; } ///< errno of the refusal; otherwise 0
 
     void start();
-    /// Gives the node back. What is down on it comes up for the kernel first: the desktop has not seen it go down.
+    /// Ungrabs the device. First makes the kernel see its keys come up, because the desktop has not seen them go down.
     void release();
     void setLed(quint16 led, bool isOn);
 
-    int translatorPlace = -1; ///< the owner's; -1: none
+    int translatorPlace = -1; ///< for the owner; -1: none
 
 private:
     void setState(State state);

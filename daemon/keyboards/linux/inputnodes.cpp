@@ -29,13 +29,13 @@ NodeInfo::Codes codes(udev_device *input, const char *name)
     return NodeInfo::codesFromText(attribute(input, name).toLatin1());
 }
 
-/// "usb-0000:00:14.0-3/input1" without what tells the interfaces of one device apart.
+/// Removes the part of "usb-0000:00:14.0-3/input1" that distinguishes the interfaces of one device.
 QString portOf(const QString &physical)
 {
     return physical.left(physical.lastIndexOf("/input"_L1));
 }
 
-/// What the device calls itself, without the word that the kernel puts behind it for each of its nodes.
+/// The device's own name, without the word that the kernel appends for each of its nodes.
 QString nameOf(udev_device *input, udev_device *hid)
 {
     const QString nodeName = attribute(input, "name");
@@ -46,7 +46,7 @@ QString nameOf(udev_device *input, udev_device *hid)
 std::optional<NodeInfo> nodeInfo(udev_device *device)
 {
     const char *node = udev_device_get_devnode(device);
-    // Parents belong to the device and are not freed.
+    // Parents belong to the device and must not be freed.
     udev_device *input = udev_device_get_parent_with_subsystem_devtype(device, "input", nullptr);
     if (!node || !input)
         return {};
@@ -81,7 +81,7 @@ InputNodes::InputNodes(QObject *parent) : NodeSource(parent), mUdev(udev_new())
     mSoon.callOnTimeout(this, &InputNodes::changed);
     if (!mUdev)
         return;
-    // udev tells when its rules have given the rights to a new node; the kernel before.
+    // udev reports a new node after its rules have granted the permissions, the kernel before.
     const bool isUdevRunning = QFile::exists(u"/run/udev/control"_s);
     mMonitor = udev_monitor_new_from_netlink(mUdev, isUdevRunning ? "udev" : "kernel");
     if (!mMonitor || udev_monitor_filter_add_match_subsystem_devtype(mMonitor, "input", nullptr) < 0
@@ -116,7 +116,7 @@ QList<NodeInfo> InputNodes::nodes() const
     {
         udev_device *device = udev_device_new_from_syspath(mUdev, udev_list_entry_get_name(entry));
         if (!device)
-            continue; // gone meanwhile
+            continue; // removed meanwhile
         if (const std::optional<NodeInfo> info = nodeInfo(device))
             nodes += *info;
         udev_device_unref(device);

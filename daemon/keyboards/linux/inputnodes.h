@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The event nodes of the machine, as udev knows them, and word when they change. One thread, the daemon's.
+// The machine's event devices, as udev knows them, and a signal for their changes. Main thread only.
 #pragma once
 
 #include "daemon/keyboards/linux/nodeinfo.h"
@@ -13,7 +13,7 @@ struct udev;
 struct udev_monitor;
 class QSocketNotifier;
 
-/// What LinuxDevices needs of the machine, so that tests can have a machine of their own.
+/// The interface of LinuxDevices to the machine; tests implement their own.
 class NodeSource : public QObject
 {
     Q_OBJECT
@@ -21,14 +21,14 @@ class NodeSource : public QObject
 public:
     using QObject::QObject;
 
-    /// In no order. The list is made anew with each call.
+    /// In no particular order. Each call makes a new list.
     [[nodiscard]] virtual QList<NodeInfo> nodes() const = 0;
 
 Q_SIGNALS:
-    void changed(); ///< a node came, went, or may now be opened
+    void changed(); ///< a node appeared, disappeared, or may now be opened
 };
 
-/// Without a running udev daemon the kernel's own words count, and the nodes' names and rights are the kernel's, too.
+/// Without a running udev daemon it listens to the kernel, and nodes have the kernel's names and permissions.
 class InputNodes : public NodeSource
 {
     Q_OBJECT
@@ -45,5 +45,5 @@ private:
     udev *mUdev;
     udev_monitor *mMonitor = nullptr;
     std::unique_ptr<QSocketNotifier> mNotifier;
-    QTimer mSoon; // several words at once are one change
+    QTimer mSoon; // merges changes that arrive together
 };

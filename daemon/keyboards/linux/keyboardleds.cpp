@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 longestFile = 4096; // what the kernel gives for one attribute
+constexpr qint64 longestFile = 4096; // the kernel's limit for one attribute
 
 QString content(const QString &folder, QLatin1StringView name)
 {
@@ -22,7 +22,7 @@ QString content(const QString &folder, QLatin1StringView name)
     return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.read(longestFile)).trimmed() : QString();
 }
 
-// No regular expression for the names below: their library takes nearly half a megabyte of memory.
+// No regular expression for the names below: the library takes nearly half a megabyte of memory.
 
 bool isUpperHex(QStringView text)
 {
@@ -31,8 +31,8 @@ bool isUpperHex(QStringView text)
     });
 }
 
-/// The kernel names a HID device by bus, vendor, product and a running number: "0003:046D:C31C.0001". Empty for what is
-/// named otherwise.
+/// The kernel names a HID device by bus, vendor, product and a running number: "0003:046D:C31C.0001". Empty for other
+/// names.
 QString busOfHidDevice(const QString &name)
 {
     constexpr qsizetype digits = 4;
@@ -46,10 +46,10 @@ QString busOfHidDevice(const QString &name)
     return isHid ? ids.constFirst() : QString();
 }
 
-/// The device that something below it belongs to: what is plugged in as one thing.
+/// The pluggable device that something below it belongs to.
 struct Owner
 {
-    QString folder; ///< empty for what is not pluggable
+    QString folder; ///< empty if not pluggable
     bool isBuiltIn = false;
 };
 
@@ -66,7 +66,7 @@ Owner ownerOf(const QString &path)
             if (!bus.isEmpty())
                 hid = folder;
         }
-        // Above a device of another bus it is the USB adapter of that bus, which many devices share.
+        // The USB device above a device of another bus is the adapter of that bus, which many devices share.
         if ((hid.isEmpty() || bus == usbBus) && QFileInfo::exists(folder + u"/idVendor"_s))
             return {.folder = folder, .isBuiltIn = false};
     }
@@ -78,7 +78,7 @@ bool isNamedAsLight(const QString &led)
     return led.contains("kbd_backlight"_L1) || led.contains("kbd_zoned_backlight"_L1);
 }
 
-/// The kernel names an LED "device:color:function", with a number where there are several.
+/// The kernel names an LED "device:color:function", with a number if there are several.
 bool isNamedAsIndicator(const QString &led)
 {
     constexpr std::array functions{"numlock"_L1,   "capslock"_L1, "scrolllock"_L1, "compose"_L1,  "kana"_L1,
@@ -119,7 +119,7 @@ std::optional<KeyboardLed> readLed(const QString &name, const QString &folder)
     const QStringList colors = content(folder, "multi_index"_L1).split(u' ', Qt::SkipEmptyParts);
     std::ranges::transform(colors, std::back_inserter(led.channels), channelOf);
     if (std::ranges::all_of(led.channels, [](auto channel) { return channel == KeyboardLed::Channel::unused; }))
-        led.channels.fill(KeyboardLed::Channel::anyColor); // white and amber, say: bright or dark is all it can show
+        led.channels.fill(KeyboardLed::Channel::anyColor); // white and amber, for example, can only show bright or dark
     return led.channels.isEmpty() ? std::nullopt : std::optional(led);
 }
 

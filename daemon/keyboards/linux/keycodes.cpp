@@ -94,7 +94,7 @@ KeyCodes::OwnKey KeyCodes::ownKey(quint16 code)
     case KEY_KBDILLUMUP: return OwnKey::brighter;
     case KEY_KBDILLUMDOWN: return OwnKey::darker;
     case KEY_KBDILLUMTOGGLE: return OwnKey::lightSwitch;
-    case KEY_MACRO_RECORD_START: // which is all that most keyboards have
+    case KEY_MACRO_RECORD_START: // most keyboards have only this one
     case KEY_MACRO_RECORD_STOP: return OwnKey::macro;
     default: return OwnKey::none;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which Linux key code a HID usage has, and which usage a key code: one table (keycodetable.inc) both ways. Constants
-// made by the compiler; any thread, no allocation.
+// Converts between HID usages and Linux key codes, both ways by one table (keycodetable.inc). Compile-time constants;
+// any thread, no allocation.
 #pragma once
 
 #include "daemon/engine/hidusage.h"
@@ -13,26 +13,26 @@ inline constexpr quint16 codeCount = 0x300;   // KEY_CNT of <linux/input-event-c
 inline constexpr quint16 firstButton = 0x110; // BTN_LEFT; the buttons of HID's Button page follow in their order
 inline constexpr quint16 buttonCount = 16;
 
-/// What the desktop is to see of `usage`. A key of the keyboard page that Linux has no name for is KEY_UNKNOWN, as from
-/// any keyboard; absent for what is neither a key nor one of the first 16 buttons.
+/// The code that the desktop sees for `usage`. A key of the keyboard page without a Linux name is KEY_UNKNOWN, as from
+/// any keyboard. Absent for usages that are neither a key nor one of the first 16 buttons.
 [[nodiscard]] std::optional<quint16> linuxCode(HidUsage usage);
 
-/// The key of the keyboard page that a keyboard means that gives nothing but key codes; absent for every other code
-/// (media keys, buttons), which means no key that could be assigned. linuxCode() of it is `code` again.
+/// The key of the keyboard page for `code`, from a keyboard that reports only key codes. Absent for codes without an
+/// assignable key (media keys, buttons). linuxCode() turns the result into `code` again.
 [[nodiscard]] std::optional<HidUsage> usageOfCode(quint16 code);
 
-/// The same for a keyboard that gives the HID usage, too (MSC_SCAN: page in the upper 16 bits). The usage counts, not
-/// what a driver or a table of the system has made of it; but a key that was turned into one that is not on the
-/// keyboard page at all (a function key into a media key, by the keyboard's Fn key) is meant as that.
+/// The same for a keyboard that also reports the HID usage (MSC_SCAN: page in the upper 16 bits). The usage has
+/// priority over the key code of a driver or system table. Exception: if a key was turned into one outside the keyboard
+/// page, the key code applies. An example is a function key that the Fn key turns into a media key.
 [[nodiscard]] std::optional<HidUsage> usageOfScanCode(quint32 scanCode, quint16 code);
 
-/// M1 to M5 of keyboards that have a code of their own for such keys (KEY_MACRO1 to KEY_MACRO5), which comes before
-/// their HID usage; absent for every other code.
+/// M1 to M5 of keyboards with dedicated codes for them (KEY_MACRO1 to KEY_MACRO5), which have priority over the HID
+/// usage. Absent for every other code.
 [[nodiscard]] std::optional<HidUsage> macroKeyOfCode(quint16 code);
-/// The other way round: that code for the usage of M1 to M5; absent for every other.
+/// The reverse: the dedicated code for the usage of M1 to M5; absent for every other usage.
 [[nodiscard]] std::optional<quint16> macroKeyCode(HidUsage usage);
 
-/// Keys that do something with the keyboard itself; nothing can be assigned to them.
+/// Keys that control the keyboard itself; they cannot be assigned.
 enum class OwnKey { none, brighter, darker, lightSwitch, macro };
 [[nodiscard]] OwnKey ownKey(quint16 code);
 

@@ -9,7 +9,7 @@ KeyThread::KeyThread(QObject *parent)
     : QObject(parent), mChannel(std::make_unique<LinuxKeyChannel>()), mKeys(std::make_unique<KeyPath>(*mChannel))
 {
     mThread.setObjectName(QLatin1StringView("keys"));
-    mThread.setEventDispatcher(new EpollDispatcher); // which it owns
+    mThread.setEventDispatcher(new EpollDispatcher); // owned by the thread
     mAnchor.moveToThread(&mThread);
     mChannel->moveToThread(&mThread);
     mKeys->moveToThread(&mThread);
@@ -23,7 +23,7 @@ KeyThread::~KeyThread()
     QMetaObject::invokeMethod(
         &mAnchor,
         [this] {
-            mChannel->removeAllNodes(); // while there is a path to let go of what they hold
+            mChannel->removeAllNodes(); // must be able to release its keys through the path
             mKeys.reset();
             mChannel.reset();
             mWatch.reset();
@@ -33,7 +33,7 @@ KeyThread::~KeyThread()
     mThread.wait();
 }
 
-/// On the key thread.
+/// Runs on the key thread.
 void KeyThread::prepare()
 {
     mWatch = std::make_unique<StallWatch>();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The thread that real keyboards live on, so that nothing else that the daemon does delays a key. Owned and called by
-// the daemon's thread; what lives on the key thread is reached by queued calls.
+// The thread of real keyboards: nothing else that the daemon does delays a key. Owned and called by the main thread;
+// queued calls reach the objects on the key thread.
 #pragma once
 
 #include "daemon/keyboards/keypath.h"
@@ -12,8 +12,8 @@
 
 #include <memory>
 
-/// Starts with real-time priority where the system allows it, with memory that stays in memory, and under the watch
-/// that ends the process when the thread stalls. Ends with everything let go of.
+/// Starts with real-time priority if the system allows it, with locked memory, and with a watch that ends the process
+/// when the thread stalls. Releases everything at its end.
 class KeyThread : public QObject
 {
     Q_OBJECT
@@ -24,7 +24,7 @@ public:
 
     [[nodiscard]] LinuxKeyChannel &channel() { return *mChannel; } ///< lives on the key thread
     [[nodiscard]] const LinuxKeyChannel &channel() const { return *mChannel; }
-    [[nodiscard]] KeyPath &keys() { return *mKeys; } ///< likewise
+    [[nodiscard]] KeyPath &keys() { return *mKeys; } ///< lives on the key thread
     [[nodiscard]] bool isRealTime() const { return mIsRealTime; }
 
 Q_SIGNALS:
@@ -36,8 +36,8 @@ private:
 
     QThread mThread;
     QObject mAnchor;                           // lives on the key thread, for calls there
-    std::unique_ptr<LinuxKeyChannel> mChannel; // lives there and is destroyed there
-    std::unique_ptr<KeyPath> mKeys;            // likewise
-    std::unique_ptr<StallWatch> mWatch;        // likewise, but made there, too
+    std::unique_ptr<LinuxKeyChannel> mChannel; // lives and is destroyed there
+    std::unique_ptr<KeyPath> mKeys;            // lives and is destroyed there
+    std::unique_ptr<StallWatch> mWatch;        // lives, is made and is destroyed there
     bool mIsRealTime = false;
 };

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::array panicChord{quint16(40), quint16(41), quint16(42)}; // Return, Escape, Backspace
 
-/// X and Y would make a pointer of the keyboard; a node that has them is not taken over.
+/// X and Y would turn the keyboard into a pointer; a node that has them is not grabbed.
 bool isWheel(quint16 code)
 {
     return code != REL_X && code != REL_Y && code <= REL_MAX;
@@ -58,7 +58,7 @@ void KeyTranslator::take(int index, const Event &event)
             press(node, event.code, event.time);
         else if (event.value == 0)
             release(node, event.code, event.time);
-        node.hasScanCode = false; // it is that of the key that follows it, no other
+        node.hasScanCode = false; // it belongs only to the key that follows it
         break;
     default: break;
     }

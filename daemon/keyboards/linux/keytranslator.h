@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Turns the events of a keyboard's nodes into keys that go down and up. No file, no clock, no allocation after its
-// construction: whoever has the events calls it, one thread (the key thread).
+// Turns the events of a keyboard's event devices into keys that go down and up. No file, no clock, no allocation after
+// its construction; one thread (the key thread).
 #pragma once
 
 #include "daemon/engine/hidusage.h"
@@ -10,7 +10,7 @@
 #include <chrono>
 #include <memory>
 
-/// Is told what the events mean. The calls come from within those of the translator and must not call it back.
+/// Receives the meaning of the events. The translator calls it during its own calls; it must not call back.
 class KeySink
 {
 public:
@@ -18,19 +18,20 @@ public:
 
     virtual ~KeySink() = default;
 
-    /// A key of the keyboard page went down, or the last of those that mean it came up.
+    /// A key of the keyboard page went down, or the last of the keys with this meaning came up.
     virtual void takeKey(HidUsage key, bool isDown, Time time) = 0;
-    /// The same for what is no such key, by its Linux key code: media keys, buttons, what nobody knows.
+    /// The same for other keys, by their Linux key code: media keys, buttons, unknown ones.
     virtual void passKey(quint16 code, bool isDown, Time time) = 0;
     /// A wheel or dial of the keyboard was turned.
     virtual void passMotion(quint16 code, int value, Time time) = 0;
-    /// Backspace, Escape and Return are held together. The key that completed it is not told otherwise.
+    /// Backspace, Escape and Return are held together. The key that completes the release chord is not reported
+    /// otherwise.
     virtual void panic() = 0;
 };
 
-/// A key that is held on several nodes, or twice on one, goes down with the first and comes up with the last. What a
-/// key means is decided when it goes down. What makes no sense (codes out of range, a release without a press, a second
-/// press) is ignored; so is the kernel's repetition (value 2), since the daemon's own device has its own.
+/// A key that is held on several nodes, or twice on one, goes down with the first and comes up with the last. Its
+/// meaning is determined when it goes down. Nonsense is ignored: codes out of range, a release without a press, a
+/// second press. The kernel's repetition (value 2) is also ignored, because the output device has its own.
 class KeyTranslator
 {
 public:
@@ -50,18 +51,19 @@ public:
     explicit KeyTranslator(KeySink &sink);
     ~KeyTranslator();
 
-    /// A place for one more node, from 0 up; -1 when there are maximumNodes. Allocates nothing.
-    /// `givesHidUsages`: its scan codes are HID usages (that of an old PS/2 keyboard are not).
+    /// Adds a node and returns its place, from 0 up; -1 when there are maximumNodes. Allocates nothing.
+    /// `givesHidUsages`: its scan codes are HID usages (those of an old PS/2 keyboard are not).
     [[nodiscard]] int addNode(bool givesHidUsages);
     void take(int node, const Event &event);
-    /// Every key that is down on the node comes up, and the place is free again.
+    /// Every key that is down on the node comes up; its place becomes free.
     void removeNode(int node, Time time);
 
-    /// A key with this code, below KeyCodes::codeCount, is down on any node.
+    /// Whether a key with this code, below KeyCodes::codeCount, is down on any node.
     [[nodiscard]] bool isDown(quint16 code) const;
 
 private:
-    /// What a key that is down means: a usage of the keyboard page below firstPassed, else a key code above it.
+    /// The meaning of a key that is down: a usage of the keyboard page below firstPassed, otherwise firstPassed plus a
+    /// key code.
     using Meaning = quint16;
     static constexpr Meaning up = 0;
     static constexpr Meaning firstPassed = 0x400;

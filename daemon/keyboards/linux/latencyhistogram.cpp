@@ -15,7 +15,7 @@ constexpr std::size_t bucketsPerDoubling = 8;
 void LatencyHistogram::add(std::chrono::microseconds latency)
 {
     const auto us = static_cast<quint32>(std::clamp<qint64>(latency.count(), 0, std::numeric_limits<quint32>::max()));
-    // Nobody else writes: no more than the reader's view must be whole.
+    // There is only one writer, so readers need nothing but whole values.
     std::atomic<quint32> &bucket = mBuckets[bucketOf(us)];
     bucket.store(bucket.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
     if (us > mMaximum.load(std::memory_order_relaxed))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How long keys took, counted in buckets. One thread adds (the key thread: no allocation, no lock), any thread reads.
+// Latencies of keys, counted in buckets. One thread adds (the key thread: no allocation, no lock); any thread reads.
 #pragma once
 
 #include "daemon/keyboards/devices.h"
@@ -8,7 +8,7 @@
 #include <atomic>
 #include <chrono>
 
-/// Below 16 microseconds exact, above in eight buckets for each doubling: an answer is at most an eighth too high.
+/// Exact below 16 microseconds, above in eight buckets for each doubling: a result is at most an eighth too high.
 class LatencyHistogram
 {
 public:
@@ -17,7 +17,7 @@ public:
     [[nodiscard]] KeyLatency latency() const;
 
     [[nodiscard]] static std::size_t bucketOf(quint32 us);
-    [[nodiscard]] static quint32 upperBound(std::size_t bucket); ///< the greatest value that is in it
+    [[nodiscard]] static quint32 upperBound(std::size_t bucket); ///< the greatest value in the bucket
 
 private:
     static constexpr std::size_t exactBuckets = 16;

@@ -29,7 +29,7 @@ Backlight::Settings atFullBrightness(Backlight::Settings settings)
     return settings;
 }
 
-/// 0, or why it could not be written (errno). The kernel takes or refuses it as a whole.
+/// 0, or the errno value of the failure. The kernel accepts or refuses the value as a whole.
 int writeAttribute(const QString &folder, const char *name, const QByteArray &value)
 {
     const QByteArray path = QFile::encodeName(folder) + '/' + name;
@@ -81,7 +81,7 @@ void LedLight::show(const Backlight::Settings &settings)
     write();
 }
 
-/// The colour needs no looking after when nothing shows it.
+/// Without an LED that shows a colour, the colour needs no timer.
 void LedLight::setPowered()
 {
     mColor.setPowered(
@@ -93,7 +93,7 @@ void LedLight::write()
     if (!mIsSet)
         return;
     for (Led &led : mLeds) {
-        writeIntensity(led); // first, so that a light that goes on does so in its colour
+        writeIntensity(led); // first, so a light that turns on has its colour at once
         writeBrightness(led);
     }
 }
@@ -113,7 +113,7 @@ void LedLight::writeIntensity(Led &led)
     qCWarning(lcKeyboard, "keyboard: the colour of the LED %s cannot be set: %s%s", qUtf8Printable(led.led.name),
               std::strerror(error), // NOLINT(concurrency-mt-unsafe): one thread
               error == EACCES ? " (\"kestractl device rule\" prints a rule that gives the right to it)" : "");
-    // Later: this may come from the very change that the power would end.
+    // Queued: the current call may come from the very change that this would end.
     QMetaObject::invokeMethod(this, &LedLight::setPowered, Qt::QueuedConnection);
 }
 
@@ -155,7 +155,7 @@ QByteArray LedLight::intensityOf(const KeyboardLed &led) const
     return values.join(' ');
 }
 
-/// How much of `channel` the colour has at full brightness: 0 to 1.
+/// The share of `channel` in the colour at full brightness: 0 to 1.
 double LedLight::shareOf(Channel channel) const
 {
     constexpr double full = 255;

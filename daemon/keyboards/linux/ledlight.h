@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The light of real keyboards, shown on the kernel's LEDs. Owned by the keyboard; one thread, the daemon's.
+// The key lighting of real keyboards on the kernel's LEDs. Owned by the keyboard; main thread only.
 #pragma once
 
 #include "daemon/keyboards/linux/keyboardleds.h"
@@ -11,7 +11,7 @@
 #include <functional>
 #include <optional>
 
-/// Writes only what has changed, and sleeps while nothing changes. Without LEDs the settings are just kept.
+/// Writes only changes, and sleeps while nothing changes. Without LEDs it only keeps the settings.
 class LedLight : public QObject
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
     struct Outlets
     {
         LedFolders folders;
-        /// Sets the brightness of the LED `name` where this process has no right to its file.
+        /// Sets the brightness of the LED `name` when this process has no right to its file.
         std::function<void(const QString &name, uint brightness)> setForeignBrightness;
     };
 
@@ -29,25 +29,25 @@ public:
 
     [[nodiscard]] const Backlight::Settings &settings() const { return mSettings; }
     [[nodiscard]] qsizetype ledCount() const { return mLeds.size(); }
-    /// How long it sleeps until it looks again; absent when it has nothing to wait for.
+    /// The time until it looks again; absent if it has nothing to wait for.
     [[nodiscard]] std::optional<Backlight::Time> sleep() const { return mColor.sleep(); }
 
-    /// Shows the light on the LEDs of the keyboards with these event nodes from now on; the others stay as they are.
-    /// Everything is written anew, as for a keyboard that has been plugged in or woken up.
+    /// From now on shows the light on the LEDs of the keyboards with these event devices; other LEDs remain unchanged.
+    /// Writes all values again, because a keyboard may have been plugged in or woken up.
     void useNodes(const QStringList &nodes);
     void show(const Backlight::Settings &settings);
-    /// Looks whether the light has changed, as the timer of its VirtualLight does.
+    /// Checks whether the light has changed, as the timer of its VirtualLight does.
     void look() { mColor.look(); }
 
 private:
     struct Led
     {
         KeyboardLed led;
-        std::optional<uint> brightness; // as written last
-        QByteArray intensity;           // likewise
-        bool hasColorFailed = false;    // at "multi_intensity": not tried again
-        bool hasFailed = false;         // at "brightness", likewise
-        bool isForeign = false;         // "brightness" is set by somebody who may
+        std::optional<uint> brightness; // as last written
+        QByteArray intensity;           // as last written
+        bool hasColorFailed = false;    // at "multi_intensity"; not tried again
+        bool hasFailed = false;         // at "brightness"; not tried again
+        bool isForeign = false;         // setForeignBrightness sets "brightness"
     };
 
     void write();
@@ -60,7 +60,7 @@ private:
 
     Outlets mOutlets;
     Backlight::Settings mSettings;
-    bool mIsSet = false; // until then the LEDs stay as they are
-    VirtualLight mColor; // what the LEDs show, but at full brightness, which they have apart
+    bool mIsSet = false; // until then the LEDs remain unchanged
+    VirtualLight mColor; // the colour of the LEDs at full brightness; they have a separate brightness
     QList<Led> mLeds;
 };

@@ -17,7 +17,7 @@ int fileAccess(const QString &path)
     return ::access(path.toLocal8Bit().constData(), R_OK | W_OK) == 0 ? 0 : errno;
 }
 
-/// Why a node cannot be used, by errno, with the remedy.
+/// The reason why a node cannot be used, by errno, with the remedy.
 QString nodeProblem(const QString &node, const QString &deviceId, int error)
 {
     switch (error) {
@@ -43,7 +43,7 @@ QList<InputDevice> devicesOf(const QList<KeyboardInfo> &keyboards)
     return devices;
 }
 
-/// The index of the device that `id` means; -1 for none, -2 when it may mean several.
+/// The index of the device that `id` means; -1 for none, -2 if it is ambiguous.
 qsizetype indexOf(const QList<KeyboardInfo> &keyboards, const QString &id)
 {
     qsizetype found = -1;
@@ -238,7 +238,7 @@ bool LinuxDevices::hasOutput()
     return true;
 }
 
-/// Gives back what is not wanted any more, and takes what is wanted and was not there or did not work.
+/// Removes unwanted nodes, and adds wanted ones that were absent or failed.
 void LinuxDevices::synchronize()
 {
     const bool isPossible = !mChoices.isEmpty() && hasOutput();
@@ -286,7 +286,7 @@ void LinuxDevices::nodeChanged(int id, InputNode::State state, int error)
 {
     const auto node = std::ranges::find(mNodes, id, &Node::id);
     if (node == mNodes.end())
-        return; // was given back meanwhile
+        return; // was released meanwhile
     qCInfo(lcKeyboard, "keyboard: %s %s, %s", qUtf8Printable(node->info.node), stateName(node->state),
            stateName(state));
     node->state = state;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The real keyboards that the user has chosen: finds them when they are plugged in, gives their nodes to the key
-// channel, and tells what became of that. One thread, the daemon's.
+// The real keyboards that the user has chosen: finds them when they are attached, passes their event devices to the key
+// channel and reports the result. Main thread only.
 #pragma once
 
 #include "daemon/keyboards/devices.h"
@@ -17,18 +17,18 @@ class LinuxDevices : public DeviceSource
     Q_OBJECT
 
 public:
-    /// How files are opened, so that tests can have their own.
+    /// Functions that open files; tests replace them.
     struct Outlets
     {
-        /// Null: not possible, `error` is errno.
+        /// Null if not possible; `error` is then errno.
         std::function<std::unique_ptr<EventFile>(const QString &node, int &error)> openNode;
-        /// Null: not possible, `problem` says why, with the remedy.
+        /// Null if not possible; `problem` is then the reason, with the remedy.
         std::function<std::unique_ptr<OutputDevice>(QString &problem)> makeOutput;
-        /// 0, or the errno value that opening the file would bring.
+        /// 0, or the errno value with which opening the file would fail.
         std::function<int(const QString &path)> access;
     };
 
-    /// Both must live longer.
+    /// Both must outlive this.
     LinuxDevices(NodeSource &nodes, LinuxKeyboard &keyboard, QObject *parent = nullptr); ///< the machine's own files
     LinuxDevices(NodeSource &nodes, LinuxKeyboard &keyboard, Outlets outlets, QObject *parent = nullptr);
 
@@ -36,22 +36,22 @@ public:
     [[nodiscard]] QList<ChosenDevice> choices() const override { return mChoices; }
     [[nodiscard]] DeviceStatus status() const override;
 
-    /// An id may also be the beginning of only one ("046d:c31c"), or one of its nodes.
+    /// An id may also be an unambiguous beginning of one ("046d:c31c"), or one of the keyboard's nodes.
     [[nodiscard]] UseResult use(const QStringList &ids) override;
     void useWhenPresent(const QList<ChosenDevice> &choices) override;
     void release() override;
 
 Q_SIGNALS:
-    /// The daemon is to use the real keyboards, or the virtual one. Told before the first of them is taken over, and
-    /// after the last has been given back; then nothing that is typed is lost between.
+    /// The daemon must now use the real keyboards, or the virtual one. Emitted before the first keyboard is grabbed and
+    /// after the last one is ungrabbed, so nothing that the user types in between is lost.
     void wanted(bool isWanted);
-    void panicked(); ///< the user has held the panic chord; everything was given back
+    void panicked(); ///< the user has held the release chord; every keyboard was ungrabbed
 
 private:
-    /// A node of a chosen keyboard that is plugged in.
+    /// A node of an attached keyboard that is chosen.
     struct Node
     {
-        int id = 0; // the channel's; never used again
+        int id = 0; // the channel's; never reused
         NodeInfo info;
         QString deviceId;
         QString deviceName;
@@ -60,13 +60,13 @@ private:
     };
 
     [[nodiscard]] QList<KeyboardInfo> keyboards() const;
-    [[nodiscard]] QList<KeyboardInfo> chosenKeyboards() const; ///< those plugged in
-    /// Those plugged in, as waiting and without an id.
+    [[nodiscard]] QList<KeyboardInfo> chosenKeyboards() const; ///< attached ones only
+    /// The nodes of attached ones, in the state waiting and without an id.
     [[nodiscard]] QList<Node> chosenNodes() const;
     [[nodiscard]] QString problemOf(const KeyboardInfo &keyboard) const;
     [[nodiscard]] QString problemOf(const Node &node) const;
     [[nodiscard]] DeviceState stateOf(const DeviceStatus &status, bool isWaiting) const;
-    /// Makes the daemon's own keyboard when there is none yet.
+    /// Makes the output device if there is none yet.
     [[nodiscard]] bool hasOutput();
     void synchronize();
     void add(Node node);
@@ -78,10 +78,10 @@ private:
     NodeSource &mSource;
     LinuxKeyboard &mKeyboard;
     Outlets mOutlets;
-    QFileSystemWatcher mRightsWatch; // the nodes that could not be opened: a login may bring the right to
+    QFileSystemWatcher mRightsWatch; // nodes that could not be opened: a login may grant the right
     QList<ChosenDevice> mChoices;
     QList<Node> mNodes;
-    QSet<QString> mSuspended; // system paths of nodes: left alone until they are plugged in again
+    QSet<QString> mSuspended; // system paths of nodes; ignored until they are plugged in again
     QString mOutputProblem;
     int mLastNodeId = 0;
     bool mIsWanted = false;

@@ -65,7 +65,7 @@ void LinuxKeyboard::takeOwnKey(KeyCodes::OwnKey key)
 {
     using Own = KeyCodes::OwnKey;
     if (!mIsAttached)
-        return; // was given back meanwhile
+        return; // was released meanwhile
     const int brightness = mLight.settings().brightness;
     if (brightness > Backlight::minimumBrightness)
         mBrightnessWhenOn = brightness;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The real keyboards that the daemon has taken over, as one Keyboard. One thread, the daemon's; its keys live on the
-// key thread, which runs from the first use to the end of the daemon.
+// All grabbed keyboards as one Keyboard. Main thread only; its keys live on the key thread, which runs from the first
+// use to the end of the daemon.
 #pragma once
 
 #include "daemon/keyboards/keyboard.h"
@@ -24,21 +24,21 @@ public:
 
     [[nodiscard]] KeyPath &keys() override { return mThread->keys(); } ///< after start() only
     void showLight(const Backlight::Settings &settings) override { mLight.show(settings); }
-    void showOnTheFly(OnTheFlyState) override {} // no keyboard has a light for it that the kernel knows
-    void showGameMode(bool) override {}          // likewise
+    void showOnTheFly(OnTheFlyState) override {} // the kernel knows no keyboard with a light for it
+    void showGameMode(bool) override {}          // as above
 
     [[nodiscard]] KeyThread *keyThread() const { return mThread.get(); } ///< null before start()
 
-    /// Starts the key thread; once. `output` is the computer's side.
+    /// Starts the key thread. Must be called once. `output` is the way to the computer.
     void start(std::unique_ptr<OutputDevice> output);
     void addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages);
     void removeNode(int id);
-    /// Which nodes are taken over; with none the keyboard is not attached. `version`: as the kernel has it from the
-    /// device, two decimal digits a byte.
+    /// Sets the grabbed nodes; without any, the keyboard is not attached. `version`: the device's, as the kernel
+    /// reports it, with two decimal digits per byte.
     void setNodes(const QStringList &nodes, quint16 version);
 
 Q_SIGNALS:
-    // What the key thread tells, see LinuxKeyChannel
+    // From the key thread, see LinuxKeyChannel
     void nodeChanged(int id, InputNode::State state, int error);
     void panicked();
     void realTimeChanged();

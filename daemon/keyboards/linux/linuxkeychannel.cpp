@@ -55,7 +55,7 @@ void LinuxKeyChannel::send(HidUsage usage, bool isDown)
         mOutput->hold(*code);
 }
 
-/// A macro key that is not assigned, and has a code of its own on its keyboard, reaches the desktop as that.
+/// A macro key without an assignment reaches the desktop with its keyboard's dedicated code, if it has one.
 std::optional<quint16> LinuxKeyChannel::codeToSend(HidUsage usage, bool isDown)
 {
     if (const std::optional<quint16> code = KeyCodes::macroKeyCode(usage)) {
@@ -97,7 +97,7 @@ void LinuxKeyChannel::nodeStateChanged(InputNode &node)
     if (node.state() == InputNode::State::grabbed) {
         node.translatorPlace = mTranslator.addNode(node.givesHidUsages());
         if (node.translatorPlace < 0)
-            return node.release(); // more nodes than there are places: the desktop keeps this one
+            return node.release(); // more nodes than places: the desktop keeps this one
         if (++mGrabbedNodes == 1) {
             mHistogram.clear();
             mLostEvents = 0;
@@ -113,11 +113,11 @@ void LinuxKeyChannel::nodeStateChanged(InputNode &node)
 void LinuxKeyChannel::leave(InputNode &node)
 {
     mTranslator.removeNode(std::exchange(node.translatorPlace, -1), DeadlineTimer::now());
-    mOldestKey.reset(); // nobody has let go of the keys that came up by it: they are not measured
+    mOldestKey.reset(); // these keys came up without a release by the user, so they are not measured
     if (--mGrabbedNodes > 0)
         return flush();
     Q_EMIT emptied();
-    mOutput->letGoOfAll(); // should anything be left
+    mOutput->letGoOfAll(); // in case anything is left
     flush();
 }
 
@@ -134,7 +134,7 @@ bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown)
 {
     const KeyCodes::OwnKey key = KeyCodes::ownKey(code);
     const bool isOurs = key == KeyCodes::OwnKey::macro || (key != KeyCodes::OwnKey::none && mIsLit);
-    const bool isTaken = isDown ? isOurs : mOwnDown[code]; // up is who has seen it down
+    const bool isTaken = isDown ? isOurs : mOwnDown[code]; // a release goes to the receiver of the press
     mOwnDown[code] = isDown && isTaken;
     if (isDown && isTaken)
         Q_EMIT ownKeyPressed(key);
@@ -182,7 +182,7 @@ void LinuxKeyChannel::showLeds()
     });
 }
 
-/// Destroys the nodes that are done with. Not from within a call of a node.
+/// Destroys nodes that are neither waiting nor grabbed. Must not be called during a call of a node.
 void LinuxKeyChannel::sweep()
 {
     std::erase_if(mNodes, [](const std::unique_ptr<InputNode> &node) {

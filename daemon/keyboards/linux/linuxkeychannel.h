@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The keys of the real keyboards that the daemon has taken over, and the way back to the computer. Lives on the key
-// thread; its functions are called there, but for those marked. An ordinary key allocates nothing, logs nothing and
-// crosses no thread.
+// The keys of the grabbed keyboards, and their output to the computer. Lives on the key thread; its functions must be
+// called there, except those marked. An ordinary key allocates nothing, logs nothing and crosses no thread.
 #pragma once
 
 #include "daemon/keyboards/keychannel.h"
@@ -16,14 +15,14 @@
 #include <memory>
 #include <vector>
 
-/// Several keyboards with several nodes each are one keyboard here. What is no assignable key goes to the output as it
-/// is. The panic chord gives every node back, lets go of everything, and says so.
+/// Treats several keyboards with several nodes each as one keyboard. Passes keys that are not assignable to the output
+/// unchanged. The release chord ungrabs every node, releases every key and emits panicked().
 class LinuxKeyChannel : public KeyChannel, private InputNodeHandler, private KeySink
 {
     Q_OBJECT
 
 public:
-    using Time = KeyChannel::Time; // the sink's is the same
+    using Time = KeyChannel::Time; // the same as the sink's
 
     explicit LinuxKeyChannel(QObject *parent = nullptr);
     ~LinuxKeyChannel() override;
@@ -31,17 +30,17 @@ public:
     [[nodiscard]] KeyLatency latency() const { return mHistogram.latency(); } ///< any thread
     [[nodiscard]] quint64 lostEvents() const { return mLostEvents; }          ///< any thread
 
-    /// To be set once, before the first node.
+    /// Must be called once, before the first node.
     void setOutput(std::unique_ptr<OutputDevice> output);
-    /// `id`: names the node in removeNode() and nodeChanged().
+    /// `id`: identifies the node in removeNode() and nodeChanged().
     void addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages,
                  std::chrono::milliseconds patience = InputNode::usualPatience);
     void removeNode(int id);
     void removeAllNodes();
-    /// The keyboards have a light that the daemon shows: the keys for it are the daemon's, not the desktop's.
+    /// Whether the daemon controls the key lighting. If so, the lighting keys are the daemon's, not the desktop's.
     void setLit(bool isLit) { mIsLit = isLit; }
 
-    /// Nothing reaches the computer while no node is taken over.
+    /// Nothing reaches the computer while no node is grabbed.
     void send(HidUsage usage, bool isDown) override;
     void flush() override;
 
@@ -72,9 +71,9 @@ private:
     std::unique_ptr<OutputDevice> mOutput;
     std::unique_ptr<QSocketNotifier> mLedNotifier;
     std::vector<std::unique_ptr<InputNode>> mNodes;
-    std::bitset<16> mLeds;          // as the desktop wants them
-    Time mLatestTime{};             // that was told
-    std::optional<Time> mOldestKey; // of those read and not yet counted
+    std::bitset<16> mLeds;          // as set by the desktop
+    Time mLatestTime{};             // of the events so far
+    std::optional<Time> mOldestKey; // of those read and not yet measured
     LatencyHistogram mHistogram;
     std::atomic<quint64> mLostEvents = 0;
     std::bitset<KeyCodes::codeCount> mOwnDown;    // own keys that the desktop does not see

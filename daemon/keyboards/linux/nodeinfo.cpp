@@ -36,7 +36,7 @@ bool isOwn(const NodeInfo &info)
            && info.product == OutputDevice::product;
 }
 
-/// Text from a device: nothing in it may move a cursor or fill a screen.
+/// Text from a device must not move a cursor or fill a screen.
 QString printable(const QString &text)
 {
     return visibleText(text.simplified().left(maximumTextLength), u'?');
@@ -61,7 +61,7 @@ QString idOf(const NodeInfo &info)
     return part.isEmpty() ? kind : kind + u':' + part;
 }
 
-/// Keyboards that cannot be told apart get a number, in the order of their nodes.
+/// Keyboards with the same id get a number, in the order of their nodes.
 QString uniqueId(const QString &id, QSet<QString> &taken)
 {
     QString unique = id;
@@ -71,7 +71,7 @@ QString uniqueId(const QString &id, QSet<QString> &taken)
     return unique;
 }
 
-/// All of `nodes` that belong to the same device as `first`, as one keyboard.
+/// The nodes of the same device as `first`, as one keyboard.
 KeyboardInfo keyboardWith(const NodeInfo &first, const QList<NodeInfo> &nodes, QSet<QString> &ids)
 {
     KeyboardInfo keyboard;

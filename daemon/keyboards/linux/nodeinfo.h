@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the system says of an event node, without opening it, and which nodes make a keyboard. Values and rules; any
-// thread.
+// The system's description of an event device, without opening it, and the rules that group nodes into keyboards.
+// Values and rules; any thread.
 #pragma once
 
 #include "daemon/keyboards/devices.h"
@@ -14,12 +14,12 @@
 
 struct NodeInfo
 {
-    /// The codes that a node has of a type of event; a bit a code.
+    /// A node's codes of one event type; one bit per code.
     using Codes = std::bitset<KeyCodes::codeCount>;
 
     QString node = {};       ///< "/dev/input/event3"
-    QString systemPath = {}; ///< its folder below /sys; another one each time that it is plugged in
-    QString devicePath = {}; ///< that of the whole device, which nodes of one keyboard have in common
+    QString systemPath = {}; ///< its folder below /sys; another one after each plugging in
+    QString devicePath = {}; ///< of the whole device, which the nodes of one keyboard share
     QString name = {};
     quint16 bus = 0;
     quint16 vendor = 0;
@@ -32,29 +32,29 @@ struct NodeInfo
     Codes relativeAxes = {};
     Codes absoluteAxes = {};
 
-    /// `text` as the kernel writes a set of codes in /sys (hexadecimal words, the highest first, `wordBits` each). What
-    /// cannot be read is no code.
+    /// Reads a set of codes as the kernel writes it in /sys: hexadecimal words of `wordBits` bits, the highest first.
+    /// An unreadable word has no codes.
     [[nodiscard]] static Codes codesFromText(const QByteArray &text, int wordBits = sizeof(long) * 8);
 };
 
-/// What the daemon can do with a node.
+/// The daemon's use of a node.
 enum class NodeKind {
     keyboard,  ///< has the letters, or all digits of a keypad
-    extraKeys, ///< the media or power keys of a keyboard, for example: taken over together with it
-    mixed,     ///< a keyboard that also moves the pointer: the desktop keeps it, or it would lose the pointer
-    pointer,   ///< has other keys, and moves the pointer: likewise
-    other,     ///< no keys, or the daemon's own
+    extraKeys, ///< for example the media or power keys of a keyboard: grabbed together with it
+    mixed,     ///< a keyboard that also moves the pointer; not grabbed, because the desktop would lose the pointer
+    pointer,   ///< has other keys, and moves the pointer; not grabbed either
+    other,     ///< no keys, or the output device
 };
 
 [[nodiscard]] NodeKind kindOf(const NodeInfo &info);
 
-/// One keyboard and the nodes of it to take over.
+/// A keyboard and its nodes to grab.
 struct KeyboardInfo
 {
-    InputDevice device;    ///< isInUse is the caller's; problem only where there is nothing that could be taken over
+    InputDevice device;    ///< the caller sets isInUse; a problem if there is no node to grab
     QList<NodeInfo> nodes; ///< empty with a problem
 };
 
-/// The keyboards that `nodes` make, ordered by their first node. A device with no node that is a keyboard, or could be
-/// one but for its pointer, is none.
+/// The keyboards in `nodes`, ordered by their first node. A device must have a node that is a keyboard, alone or mixed
+/// with a pointer.
 [[nodiscard]] QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes);

@@ -29,7 +29,7 @@ struct CodeRange
     quint16 last;
 };
 
-/// What udev's input_id takes for the sign of a joystick, gamepad, tablet, touchpad or steering wheel.
+/// Codes by which udev's input_id recognises a joystick, gamepad, tablet, touchpad or steering wheel.
 constexpr CodeRange notOfAKeyboard[] = {
     {BTN_TASK + 9, BTN_GEAR_UP + 14}, // 0x120 to 0x15f: joystick, gamepad, digitizer, wheel
     {BTN_DPAD_UP, BTN_DPAD_RIGHT},
@@ -72,7 +72,7 @@ struct OutputDevice::Batch
 {
     std::array<input_event, batchSize> events{};
     std::size_t count = 0;
-    std::bitset<KeyCodes::codeCount> keys; // that are in it
+    std::bitset<KeyCodes::codeCount> keys; // the keys in it
 };
 
 std::unique_ptr<OutputDevice> OutputDevice::create(QString &problem)
@@ -107,7 +107,7 @@ OutputDevice::OutputDevice(int descriptor, libevdev_uinput *device)
 OutputDevice::~OutputDevice()
 {
     if (mDevice)
-        libevdev_uinput_destroy(mDevice); // leaves the file open: it was not opened there
+        libevdev_uinput_destroy(mDevice); // leaves the file open, because it did not open it
     ::close(mDescriptor);
 }
 
@@ -171,7 +171,7 @@ bool OutputDevice::flush()
 
 void OutputDevice::append(quint16 type, quint16 code, int value)
 {
-    // A key that goes down and up within one report would not be seen by programs that look at reports as a whole.
+    // Programs that look at reports as a whole would miss a key that goes down and up within one report.
     const bool isSecondChange = type == EV_KEY && mBatch->keys.test(code);
     if (isSecondChange || mBatch->count == batchSize - 1)
         flush();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The daemon's own keyboard, made with uinput: what the desktop sees in place of the keyboards that the daemon has
-// taken over. Made on any thread, then used by one (the key thread); nothing allocates after create().
+// The output device, made with uinput: the desktop sees it instead of the grabbed keyboards. Made on any thread, then
+// used by one (the key thread); allocates nothing after create().
 #pragma once
 
 #include "daemon/keyboards/linux/keycodes.h"
@@ -15,20 +15,20 @@
 struct input_event;
 struct libevdev_uinput;
 
-/// A keyboard with every key that there is, mouse buttons, wheels, repetition by the kernel, and LEDs; but without the
-/// buttons by which a desktop would take it for a joystick or a tablet. It is gone, and what is down on it comes up,
-/// with this object or the process.
+/// A keyboard with every key, mouse buttons, wheels, repetition by the kernel, and LEDs. It omits the buttons by which
+/// a desktop would take it for a joystick or a tablet. With this object or the process it disappears, and its keys come
+/// up.
 class OutputDevice
 {
 public:
     static constexpr quint16 bus = 0x06;      // BUS_VIRTUAL
-    static constexpr quint16 vendor = 0x514B; // no USB vendor's: the bus says that it is none
+    static constexpr quint16 vendor = 0x514B; // not a USB vendor's number, which the bus indicates
     static constexpr quint16 product = 0x0001;
     static const char *const name;
 
-    /// Null when the system does not let it; `problem` then says why, with the remedy.
+    /// Null if the system does not allow it; `problem` is then the reason, with the remedy.
     [[nodiscard]] static std::unique_ptr<OutputDevice> create(QString &problem);
-    /// One that writes its events to this file, and owns it, for who wants to read them himself.
+    /// Writes its events to this file, which it owns, for callers that read them.
     [[nodiscard]] static std::unique_ptr<OutputDevice> onFile(int descriptor);
     ~OutputDevice();
     OutputDevice(const OutputDevice &) = delete;
@@ -37,13 +37,13 @@ public:
     [[nodiscard]] int descriptor() const { return mDescriptor; } ///< readable when the desktop has switched an LED
     [[nodiscard]] static bool hasKey(quint16 code);
 
-    /// A code that several hold goes down with the first and comes up with the last; one that nobody holds does not
-    /// come up. The desktop sees it with the next flush().
+    /// A code held several times goes down with the first hold() and comes up with the last letGo(). letGo() ignores a
+    /// code that is not held. The desktop sees changes with the next flush().
     void hold(quint16 code);
     void letGo(quint16 code);
-    void letGoOfAll(); ///< whoever holds it
+    void letGoOfAll(); ///< releases every code, however often it is held
     void turn(quint16 wheelCode, int value);
-    /// Ends the report. False when the system did not take it; what was in it is lost.
+    /// Ends the report. False if the system refused it; its contents are then lost.
     bool flush();
 
     /// Calls `function(ledCode, isOn)` for each LED that the desktop has switched.

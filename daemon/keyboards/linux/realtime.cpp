@@ -22,9 +22,9 @@ namespace {
 constexpr int priority = 5;                           // above all ordinary programs, below sound
 constexpr rlim_t longestRunUs = 1'000'000;            // without a pause
 constexpr rlim_t longestRunOfRealtimeKitUs = 200'000; // RealtimeKit refuses a process that may run longer
-constexpr std::size_t stackPart = 64 * 1024;          // of the calling thread's stack, more than it uses
+constexpr std::size_t stackPart = 64 * 1024;          // of the calling thread's stack; more than it uses
 
-/// As the kernel enforces it: memory that is locked for ever can be claimed by a process with this right only.
+/// Follows the kernel's rule: only a process with this right can lock all its future memory.
 bool mayLockAll()
 {
     rlimit limit = {};
@@ -40,10 +40,10 @@ struct Mapping
 {
     quintptr begin = 0;
     std::size_t size = 0;
-    int rank = 0; // which is locked first; 0: not at all
+    int rank = 0; // lower ranks are locked first; 0: not locked
 };
 
-/// What the path of a key runs through: our own code and data, the heap, then the libraries under it.
+/// The memory on the path of a key: our own code and data and the heap, then the libraries below.
 int rankOf(const QByteArray &permissions, const QByteArray &file, const QByteArray &executable)
 {
     const bool isCode = permissions.contains('x');
@@ -80,7 +80,7 @@ QList<Mapping> mappings()
     return result;
 }
 
-/// Lowers only: a limit that was raised by somebody else stays.
+/// Lowers only: a limit that is already lower stays.
 bool limitRun(rlim_t us, bool isForGood)
 {
     rlimit limit = {};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The brightness of LEDs by way of the login manager, which lets the user at the seat set it without any right to the
-// files. Owned by the keyboard; the daemon's thread.
+// Sets the brightness of LEDs through the login manager, which allows this to the user at the seat without any right to
+// the files. Owned by the keyboard; main thread only.
 #pragma once
 
 #include <QDBusConnection>
@@ -13,11 +13,11 @@ class SeatBrightness : public QObject
     Q_OBJECT
 
 public:
-    /// `connect` gives the bus of the login manager, and is asked when it is first needed.
+    /// `connect` returns the bus of the login manager, and is called when it is first needed.
     explicit SeatBrightness(std::function<QDBusConnection()> connect = QDBusConnection::systemBus,
                             QObject *parent = nullptr);
 
-    /// Asks for it and does not wait. A failure is logged once.
+    /// Requests the brightness and does not wait. A failure is logged once.
     void set(const QString &led, uint brightness);
 
 private:

@@ -33,7 +33,7 @@ StallWatch::StallWatch(std::chrono::milliseconds limit, QObject *parent) : QObje
 StallWatch::~StallWatch()
 {
     if (mTimer)
-        ::timer_delete(*mTimer); // a signal of it that waits comes before this returns
+        ::timer_delete(*mTimer); // a pending signal arrives before this returns
 }
 
 std::optional<timer_t> StallWatch::makeTimer()
@@ -48,7 +48,8 @@ std::optional<timer_t> StallWatch::makeTimer()
     ::sigaddset(&set, stallSignal);
     ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 
-    // To this very thread: another one might never get the processor while this one keeps it with real-time priority.
+    // The signal goes to this very thread: another one might not get the processor while this one keeps it in real
+    // time.
     sigevent event = {};
     event.sigev_notify = SIGEV_THREAD_ID;
     event.sigev_signo = stallSignal;
@@ -64,7 +65,7 @@ std::optional<timer_t> StallWatch::makeTimer()
 
 void StallWatch::arm()
 {
-    // Nobody else writes them, so no more than single loads and stores is needed; their order is seen by the handler.
+    // There is only one writer, so plain loads and stores suffice; the fence orders them for the handler.
     mAwakenings.store(mAwakenings.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
     mIsBusy.store(true, std::memory_order_relaxed);
     std::atomic_signal_fence(std::memory_order_seq_cst);
@@ -86,7 +87,7 @@ void StallWatch::lookLater()
     ::timer_settime(*mTimer, 0, &mInterval, nullptr);
 }
 
-/// Runs in the middle of whatever the thread was doing: only what a signal handler may.
+/// Interrupts the thread at any point: only calls that are safe in a signal handler.
 void StallWatch::look(int, siginfo_t *info, void *)
 {
     if (info->si_code != SI_TIMER) // another program's signal

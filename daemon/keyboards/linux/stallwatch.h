@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Ends the process when its thread does not come back to its event loop: with the process, the kernel gives the grabbed
-// keyboards back. Lives on the thread that it watches and may be used on no other; one instance a process.
+// Ends the process if its thread does not return to the event loop; the kernel then ungrabs the keyboards. Lives on the
+// thread that it watches and must be used on that thread only. A process has one instance.
 #pragma once
 
 #include <QObject>
@@ -11,24 +11,23 @@
 #include <ctime>
 #include <optional>
 
-/// The time runs from when the event loop awakes until it waits again. That costs no call of the system: a timer that
-/// runs already looks, a few times within the limit, whether the thread is awake since it last looked. It stops by
-/// itself when it finds the thread waiting, so that who sleeps is woken once after its last event, and no more. The
-/// process ends between one limit and a quarter more after the beginning of what stalls: a signal interrupts the
-/// thread, wherever it is, and the process exits at once. The thread's dispatcher must tell that it awakes before
-/// anything has its turn, as EpollDispatcher does.
+/// Measures the time from the event loop's wake-up until it waits again, without a system call. A timer checks a few
+/// times within the limit whether the thread has been awake since the last check. If it finds the thread waiting, it
+/// stops, so it wakes a sleeping thread only once after its last event. The process ends one limit to 1.25 limits after
+/// the stall begins: a signal interrupts the thread wherever it is, and the process exits at once. The thread's
+/// dispatcher must emit awake() before it handles any event, as EpollDispatcher does.
 class StallWatch : public QObject
 {
     Q_OBJECT
 
 public:
     static constexpr std::chrono::milliseconds usualLimit{2000};
-    static constexpr int exitCode = 5; ///< of the process; nothing else that ends the daemon has it
+    static constexpr int exitCode = 5; ///< of the process; no other end of the daemon has it
 
     explicit StallWatch(std::chrono::milliseconds limit = usualLimit, QObject *parent = nullptr);
     ~StallWatch() override;
 
-    /// False when the system gave no timer; it watches nothing then.
+    /// False if the system provided no timer; it then watches nothing.
     [[nodiscard]] bool isUsable() const { return mTimer.has_value(); }
 
 private:
@@ -43,11 +42,11 @@ private:
     itimerspec mInterval = {};
     std::optional<timer_t> mTimer;
 
-    // The signal handler interrupts the thread that uses them, no other has them.
+    // Used only by the thread and by the signal handler that interrupts it.
     std::atomic<bool> mIsBusy = false;
     std::atomic<bool> mIsLooking = false; // the timer runs
     std::atomic<unsigned int> mAwakenings = 0;
-    // The handler's own, but while the timer stands still.
+    // Used by the handler alone, except while the timer is stopped.
     unsigned int mAwakeningsSeen = 0;
-    int mLooks = 0; // since it has seen the last of them
+    int mLooks = 0; // since the last change of mAwakeningsSeen
 };

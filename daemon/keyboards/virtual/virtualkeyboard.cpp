@@ -58,7 +58,7 @@ void VirtualKeyboard::send(HidUsage usage, bool isDown)
     Q_EMIT sent(usage.page, usage.usage, isDown);
 }
 
-/// Done: something can be done on it.
+/// `done` if the keyboard accepts calls.
 VirtualKeyboard::Result VirtualKeyboard::readiness() const
 {
     if (!mKeys.isStarted())
@@ -102,7 +102,7 @@ void VirtualKeyboard::releaseAll()
 
 void VirtualKeyboard::announce(HidUsage key, bool isDown)
 {
-    if (key.page != HidUsage::consumerPage) // the keyboard's own: the daemon sees what they do, not them
+    if (key.page != HidUsage::consumerPage) // the keyboard's own: the daemon sees their effect, not the keys
         Q_EMIT mChannel.keyChanged(key, isDown, mNow());
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A keyboard without hardware: its keys are pressed by calls, and what the computer would receive is a signal. The
-// daemon's standard keyboard and the one that tests and demonstrations use. One thread, the daemon's.
+// A keyboard without hardware: calls press its keys, and a signal carries the output for the computer. It is the
+// daemon's default keyboard; tests and demonstrations use it. Main thread only.
 #pragma once
 
 #include "daemon/keyboards/keyboard.h"
@@ -16,8 +16,7 @@ class VirtualKeyboard : public Keyboard
     Q_OBJECT
 
 public:
-    /// What became of a call; one that cannot be done changes nothing.
-    /// `notInUse`: the daemon uses another keyboard.
+    /// The result of a call. A call that fails changes nothing. `notInUse`: the daemon uses another keyboard.
     enum class Result { done, notInUse, notAttached, noSuchKey, noSuchBrightness };
 
     explicit VirtualKeyboard(QObject *parent = nullptr);
@@ -28,26 +27,29 @@ public:
     [[nodiscard]] bool isGameModeShown() const { return mIsGameModeShown; }
     [[nodiscard]] int shownBrightness() const { return mLight.settings().brightness; } ///< as in backlight.h
     [[nodiscard]] Backlight::Color shownLight() const { return mLight.color(); }       ///< at this moment
-    /// How long the light sleeps until it changes by itself; absent when it does not.
+    /// The time until the light changes by itself; absent if it does not.
     [[nodiscard]] std::optional<Backlight::Time> lightSleep() const { return mLight.sleep(); }
     [[nodiscard]] OnTheFlyState shownOnTheFly() const { return mShownOnTheFly; }
     [[nodiscard]] const QList<HidUsage> &pressedKeys() const { return mPressed; } ///< in the order of the presses
-    [[nodiscard]] const QList<HidUsage> &sentKeys() const { return mSent; } ///< what the computer sees down, likewise
+    [[nodiscard]] const QList<HidUsage> &sentKeys() const
+    {
+        return mSent;
+    } ///< the keys that the computer sees down, in order
 
     [[nodiscard]] KeyPath &keys() override { return mKeys; }
     void showLight(const Backlight::Settings &settings) override { mLight.show(settings); }
     void showOnTheFly(OnTheFlyState state) override { mShownOnTheFly = state; }
     void showGameMode(bool isOn) override { mIsGameModeShown = isOn; }
 
-    /// Pressing a key that is down, or releasing one that is not, does nothing. Page 7 has the keys, page 9 the
-    /// buttons of the mouse, page 12 (Consumer) the two brightness keys, which act when they go down. A key can also be
-    /// released while the keyboard is not in use: it may have gone down before.
+    /// Ignores a press of a key that is down and a release of one that is not. Page 7 has the keys, page 9 the mouse
+    /// buttons. Page 12 (Consumer) has the two brightness keys, which act on the press. A key can also be released
+    /// while the keyboard is not in use, because it may have gone down before.
     [[nodiscard]] Result press(uint usagePage, uint usage);
     [[nodiscard]] Result release(uint usagePage, uint usage);
     void releaseAll();
     [[nodiscard]] Result pressGameMode();
     [[nodiscard]] Result setBrightness(int level);
-    [[nodiscard]] Result changeBrightness(int steps); ///< as far as the brightness goes
+    [[nodiscard]] Result changeBrightness(int steps); ///< stops at the limits of the brightness
     [[nodiscard]] Result pressMacroKey();
     void attach();
     void remove();
@@ -57,14 +59,14 @@ Q_SIGNALS:
     void lightChanged(Backlight::Color color);
 
 private:
-    /// Its keys come from calls, and go into a signal.
+    /// Calls press its keys; a signal carries their output.
     class Channel final : public KeyChannel
     {
     public:
         explicit Channel(VirtualKeyboard &keyboard) : mKeyboard(keyboard) {}
 
         void send(HidUsage usage, bool isDown) override { mKeyboard.send(usage, isDown); }
-        void flush() override {} // a signal each
+        void flush() override {} // each key is a signal of its own
 
     private:
         VirtualKeyboard &mKeyboard;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The D-Bus face of the virtual keyboard: the object /VirtualKeyboard on the daemon's connection, described in
-// docs/daemon-protocol.md. Owned by its VirtualKeyboardObject; the daemon's thread.
+// The D-Bus interface to the virtual keyboard: the object /VirtualKeyboard on the daemon's connection, described in
+// docs/daemon-protocol.md. Owned by its VirtualKeyboardObject; main thread only.
 #pragma once
 
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
@@ -10,25 +10,25 @@
 #include <QDBusContext>
 #include <QList>
 
-/// What stands on the bus: carries the adaptor and, as its context, the call that is being answered.
+/// The object on the bus: carries the adaptor and, as its context, the current call.
 class VirtualKeyboardObject : public QObject, public QDBusContext
 {
     Q_OBJECT
 
 public:
-    /// `keyboard` must live longer.
+    /// `keyboard` must outlive this.
     explicit VirtualKeyboardObject(VirtualKeyboard &keyboard, QObject *parent = nullptr);
 
-    /// False when the object cannot be put on `connection`.
+    /// False if the object cannot be put on `connection`.
     [[nodiscard]] bool registerOn(QDBusConnection connection);
 };
 
-/// Its public slots, properties and signals are the interface. A call that cannot be done fails with
+/// Its public slots, properties and signals are the interface. A call that is not possible fails with
 /// org.quillkestra.VirtualKeyboard.Error.NotInUse, …NotAttached or org.freedesktop.DBus.Error.InvalidArgs.
 class VirtualKeyboardAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
-    // DaemonProtocol::virtualKeyboardInterface; moc takes nothing but a literal.
+    // DaemonProtocol::virtualKeyboardInterface; moc accepts only a literal.
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.VirtualKeyboard")
     Q_PROPERTY(bool Attached READ isAttached)
     Q_PROPERTY(bool GameMode READ isGameModeOn)
