@@ -73,7 +73,7 @@ CommandOutcome CaptureCommands::withRecordedEvents(const QVariantMap &request, c
     if (!events)
         return unchanged(Status::nothingRecorded);
     if (events->isEmpty())
-        return unchanged(Status::ok); // a recording that was begun by mistake erases no macro
+        return unchanged(Status::ok); // a recording started by mistake must not erase a macro
     return saveEvents(mSettings.document(), *row, *events, *isAppended);
 }
 

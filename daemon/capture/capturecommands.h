@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The commands with which clients take and release the keys of the keyboard, and save what they have recorded. Owned by
-// the DeviceDaemon; one thread, the daemon's.
+// The commands with which clients capture and release the keys of the keyboard, and save recordings. Owned by the
+// DeviceDaemon; main thread only.
 #pragma once
 
 #include "daemon/capture/keycapture.h"
@@ -15,26 +15,27 @@ class CaptureSession;
 class CurrentKeyboard;
 class CurrentSettings;
 
-/// `client` is the port for the reply. A request without one captures nothing, because no client would get the keys.
+/// `client` is the port for the reply. A request without one captures nothing, because no client would receive the
+/// keys.
 class CaptureCommands
 {
 public:
-    /// All must live longer.
+    /// All arguments must outlive this.
     CaptureCommands(CaptureSession &session, CurrentSettings &settings, const CurrentKeyboard &keyboard);
 
     [[nodiscard]] Status startMacroRecording(const QVariantMap &request, const std::optional<QString> &client);
-    /// What another client has begun goes on, here and below.
+    /// Here and below, the captures of other clients continue.
     void stopMacroRecording(const std::optional<QString> &client);
-    /// Ends the recording and stores its events. A recording that could not be stored stays, so that the client can
-    /// save it when there is room again.
+    /// Ends the recording and stores its events. If they cannot be stored, the recording is kept: the client can save
+    /// it when there is room again.
     [[nodiscard]] CommandOutcome saveRecordedEvents(const QVariantMap &request, const std::optional<QString> &client);
     /// `kind`: KeyCapture::Kind::singleKey or editedEvent.
     [[nodiscard]] Status startKeyCapture(const std::optional<QString> &client, KeyCapture::Kind kind);
-    /// Ends a capture of keys or a recording: a window that counts a capture as running ends a recording that it has
-    /// begun since with this alone.
+    /// Ends a capture of keys or a recording. A window that believes its capture to be running sends only this to end a
+    /// recording that it has started since.
     void stopKeyCapture(const std::optional<QString> &client);
     void releaseDevice();
-    /// Ends the capture or recording that has just been begun, because its client has not been told of it.
+    /// Ends the capture or recording that has just started, because its client got no reply.
     void endUnanswered();
 
 private:

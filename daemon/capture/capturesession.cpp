@@ -23,7 +23,7 @@ void CaptureSession::setCapture(const KeyCapture &capture, const char *cause)
     if (mCapture.kind() == Kind::macroRecording && capture.kind() != Kind::macroRecording)
         mRecorder.stop(MacroRecorder::rounded(mOutlets.now()));
     if (isForClient)
-        mOnTheFly.end(); // the client has the keys now
+        mOnTheFly.end(); // the client captures the keys now
     if (capture.kind() != mCapture.kind())
         qCInfo(lcKeyboard, "%s, %s: %s", mCapture.name(), cause, capture.name());
     mCapture = capture;
@@ -71,8 +71,8 @@ void CaptureSession::wake()
     const std::optional<KeyPath::Time> end = mEscapeHold.end();
     if (!end || mOutlets.now() < *end)
         return;
-    // The client does not get the Escape that ends its capture, unless there is nothing else: the user may have wanted
-    // that key.
+    // A recording loses the Escape that ends it, and a client that captures keys gets the key before it again. Without
+    // such a key it keeps Escape, because the user may have wanted that key.
     if (mCapture.kind() == Kind::macroRecording)
         mRecorder.takeBack(EscapeHold::escape);
     else if (!mKeyBeforeCaptured.isEmpty())
@@ -107,7 +107,7 @@ void CaptureSession::keyCaptured(HidUsage key, quint8 modifiers)
     case Kind::singleKey:
     case Kind::editedEvent: break;
     }
-    // A modifier that is pressed alone is the key itself, without a modifier: readers take a key of 0 for none.
+    // A modifier pressed alone is the key itself, without a modifier, because readers take key 0 for no key.
     mKeyBeforeCaptured = std::exchange(mCapturedKey, {{DaemonProtocol::singleKey, int(key.usage)},
                                                       {DaemonProtocol::singleKeyModifier, int(modifiers)}});
     postCapturedKey(mCapturedKey);
@@ -121,7 +121,7 @@ void CaptureSession::macroKeyPressed()
     }
     if (!mOnTheFly.pressMacroKey())
         return;
-    // While the user records, the keys also reach the computer, because a game may be running. The key that is to play
+    // While the user records, the keys also reach the computer, because a game may be running. The key that will play
     // the macro does not.
     const bool isKeyAwaited = mOnTheFly.state() == OnTheFlyState::awaitingKey;
     setCapture(isKeyAwaited ? KeyCapture::forOnTheFlyKey() : KeyCapture(), "the Macro key is pressed");

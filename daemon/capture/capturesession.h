@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Keeps who has the keys of the keyboard, and hands the keys over: to a recording, to a client that captures them, or
-// to a macro recorded on the keyboard itself. Owned by the DeviceDaemon; one thread, the daemon's.
+// Tracks the owner of the keys: the computer, a recording, a client that captures them, or a macro recorded on the
+// keyboard. Hands the keys over. Owned by the DeviceDaemon; main thread only.
 #pragma once
 
 #include "daemon/capture/escapehold.h"
@@ -15,32 +15,32 @@ class CurrentKeyboard;
 class OnTheFlySession;
 struct DaemonOutlets;
 
-/// A client that takes the keys ends the capture before, and also a macro that is recorded on the keyboard. While a
-/// client has them, its port is watched, and Escape held alone ends the capture. Every `cause` is for the log.
+/// A client that captures the keys ends the previous capture and any macro being recorded on the keyboard. During its
+/// capture its port is watched, and Escape held alone ends the capture. Every `cause` is for the log.
 class CaptureSession
 {
 public:
-    /// All must live longer.
+    /// All arguments must outlive this.
     CaptureSession(CurrentKeyboard &keyboard, OnTheFlySession &onTheFly, const DaemonOutlets &outlets);
 
     [[nodiscard]] const KeyCapture &capture() const { return mCapture; }
-    /// The client's recording, also when it has ended.
+    /// The client's recording, even after it has ended.
     [[nodiscard]] MacroRecorder &recorder() { return mRecorder; }
 
-    /// Whose recording that is; absent before the first one.
+    /// The client of that recording; absent before the first one.
     [[nodiscard]] const std::optional<QString> &recordingClient() const { return mRecordingClient; }
 
     void startRecording(const QString &client, const MacroRecorder::Target &target);
     /// `kind`: KeyCapture::Kind::singleKey or editedEvent.
     void startKeyCapture(const QString &client, KeyCapture::Kind kind);
-    /// Takes the keys from a client that has them. A macro recorded on the keyboard continues.
+    /// Ends a client's capture. A macro recorded on the keyboard continues.
     void release(const char *cause);
-    /// Takes the keys from a client, and ends a macro recorded on the keyboard.
+    /// Ends a client's capture and a macro recorded on the keyboard.
     void end(const char *cause);
 
-    /// Ends the capture of the client at this port. Nothing else would, and the keys would stay captured.
+    /// Ends the capture of the client at this port. Nothing else would end it.
     void clientVanished(const QString &portName);
-    /// A time that DaemonOutlets::wakeAt() was asked for has come.
+    /// Must be called at the time requested from DaemonOutlets::wakeAt().
     void wake();
 
     // The keyboard's reports, as the signals of CurrentKeyboard.
@@ -49,7 +49,7 @@ public:
     void macroKeyPressed();
 
 private:
-    /// The one place that changes who has the keys.
+    /// The only place that changes the owner of the keys.
     void setCapture(const KeyCapture &capture, const char *cause);
     void takeOnTheFlyKey(HidUsage key);
     void postCapturedKey(const QVariantMap &key);
@@ -60,8 +60,8 @@ private:
     KeyCapture mCapture;
     MacroRecorder mRecorder;
     std::optional<QString> mRecordingClient;
-    // Of this capture alone:
+    // Of this capture only:
     EscapeHold mEscapeHold;
-    QVariantMap mCapturedKey;       // as it was posted; empty: none yet
+    QVariantMap mCapturedKey;       // as posted; empty: none yet
     QVariantMap mKeyBeforeCaptured; // the one before that; empty: none yet
 };

@@ -4,7 +4,7 @@
 void EscapeHold::keyChanged(HidUsage key, bool isDown, Time time)
 {
     if (isDown && mDown.contains(key))
-        return; // has not changed
+        return; // unchanged
     mEnd.reset();
     if (!isDown) {
         mDown.removeOne(key);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whether Escape is held alone for so long that the keys are to be given back to the computer: the way out of a capture
-// for somebody who has no other keyboard and no mouse. The time is passed in. Owned by the CaptureSession, one thread.
+// Detects that Escape is held alone long enough to end a capture: the way out for users without another keyboard or a
+// mouse. The caller passes the time. Owned by the CaptureSession, one thread.
 #pragma once
 
 #include "daemon/engine/hidusage.h"
@@ -10,8 +10,8 @@
 #include <chrono>
 #include <optional>
 
-/// Begins anew with each capture. Alone: no other key is down, and none has been pressed or released since Escape was
-/// pressed. Keys that were down before the capture are not known.
+/// Starts anew with each capture. Alone: no other key is down, and none was pressed or released since Escape was
+/// pressed. Keys pressed before the capture are unknown.
 class EscapeHold
 {
 public:
@@ -23,7 +23,7 @@ public:
     /// A key or a button of the keyboard.
     void keyChanged(HidUsage key, bool isDown, Time time);
 
-    /// When Escape will have been held for long enough, if no key changes until then; absent when it is not held alone.
+    /// The time at which Escape will have been held long enough if no key changes; absent when it is not held alone.
     [[nodiscard]] std::optional<Time> end() const { return mEnd; }
 
 private:

@@ -20,7 +20,7 @@ QStringList MacroRecorder::record(HidUsage key, bool isDown, Time now)
     if (mState != State::recording)
         return {};
     if (isDown) {
-        // Room for this press, its release and the releases of what is held, so that no recording ends in mid-press.
+        // Room for this press, its release and the releases of held keys, so every recorded press has its release.
         const qsizetype needed = mEvents.size() + mHeld.size() + 2;
         if (needed > mTarget.capacity || mHeld.contains(key))
             return {};

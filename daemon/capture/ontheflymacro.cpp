@@ -15,8 +15,8 @@ using namespace SettingsDocument;
 
 namespace {
 
-// English in every language: it is kept, as the names of the factory settings are, and read by clients whose language
-// may be another than the daemon's. The user renames it in the configurator.
+// English in every language: it is stored, like the names of the factory settings, and clients may use another language
+// than the daemon. The user can rename it in the configurator.
 const QString nameOfNewMacro = u"On the fly"_s;
 
 } // namespace

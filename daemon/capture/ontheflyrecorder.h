@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Recording a macro with nothing but the keyboard: the Macro key, the keys, the Macro key, and the key that is to play
-// it. A state machine with the time passed in. Owned by the OnTheFlySession, one thread.
+// Records a macro with the keyboard alone: the Macro key, the keys, the Macro key, and the key that will play it. A
+// state machine; the caller passes the time. Owned by the OnTheFlySession, one thread.
 #pragma once
 
 #include "daemon/capture/macrorecorder.h"
 #include "daemon/keyboards/ontheflystate.h"
 
-/// off -> Macro key -> recording -> Macro key -> awaitingKey -> end() -> off. The Macro key in awaitingKey throws the
-/// recording away, and so does one without any event, so that a key hit by accident is undone by hitting it again.
+/// off -> Macro key -> recording -> Macro key -> awaitingKey -> end() -> off. The Macro key discards the recording in
+/// awaitingKey, and also in `recording` if there are no events. A second press therefore undoes an accidental one.
 class OnTheFlyRecorder
 {
 public:
@@ -17,13 +17,13 @@ public:
 
     [[nodiscard]] State state() const { return mState; }
 
-    /// `capacity`: how many events the recording may have if it begins now.
+    /// `capacity`: the most events of a recording that starts now.
     void pressMacroKey(Time now, int capacity);
-    /// A key of the keyboard; recorded while recording, else ignored.
+    /// A key of the keyboard; ignored unless recording.
     void keyChanged(HidUsage key, bool isDown, Time now);
-    /// The recorded events, in awaitingKey; empty in every other state.
+    /// The recorded events in awaitingKey; empty in every other state.
     [[nodiscard]] QVariantList events() const;
-    /// The events have been used, or somebody else needs the keys.
+    /// The events have been used, or a client needs the keys.
     void end();
 
 private:

@@ -29,7 +29,7 @@ bool OnTheFlySession::pressMacroKey()
         return false;
     }
     mRecorder.pressMacroKey(MacroRecorder::rounded(mOutlets.now()), room);
-    // The only report of the state on a keyboard that has no light for it.
+    // The only report of the state on a keyboard without a light for it.
     qCInfo(lcKeyboard, "keyboard: a macro on the fly: %s", onTheFlyStateName(state()).data());
     return true;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The macro that the user records with the keyboard alone, from the first press of the Macro key until it is stored.
-// Owned by the DeviceDaemon; one thread, the daemon's.
+// Owned by the DeviceDaemon; main thread only.
 #pragma once
 
 #include "daemon/capture/ontheflyrecorder.h"
@@ -11,31 +11,31 @@ class CurrentKeyboard;
 class CurrentSettings;
 struct DaemonOutlets;
 
-/// The CaptureSession owns the keys: it passes them on, and captures the key that is to play the macro.
+/// The CaptureSession owns the keys: it passes them on, and captures the key that will play the macro.
 class OnTheFlySession
 {
 public:
     using Time = OnTheFlyRecorder::Time;
 
-    /// All must live longer.
+    /// All arguments must outlive this.
     OnTheFlySession(CurrentSettings &settings, CurrentKeyboard &keyboard, const DaemonOutlets &outlets);
 
     [[nodiscard]] OnTheFlyState state() const { return mRecorder.state(); }
-    /// Whether a macro can be given to this key.
+    /// Whether this key can play a macro.
     [[nodiscard]] static bool canPlayMacro(HidUsage key);
 
-    /// False when the Macro key does nothing because there is no room for another macro. The caller must show() the
-    /// new state once it has captured or released the keys.
+    /// False if the Macro key has no effect because there is no room for another macro. The caller must show() the new
+    /// state once it has captured or released the keys.
     [[nodiscard]] bool pressMacroKey();
     void keyChanged(HidUsage key, bool isDown, Time time);
-    /// Throws the recording away and shows so on the keyboard.
+    /// Discards the recording and shows this on the keyboard.
     void end();
     /// Shows the state on the keyboard.
     void show();
 
     /// The recorded events, while the key is awaited.
     [[nodiscard]] QVariantList events() const { return mRecorder.events(); }
-    /// Stores a macro with `events`, to be played by `key`, and notifies the clients.
+    /// Stores a macro with `events` for `key`, and notifies the clients.
     void store(const QVariantList &events, HidUsage key);
 
 private:
