@@ -20,7 +20,7 @@
 
 namespace {
 
-/// Everything that the new process needs, made before the fork: after it, only async-signal-safe calls are allowed.
+/// The data for the new process, prepared before the fork: after it, only async-signal-safe calls are allowed.
 struct Image
 {
     const char *program;
@@ -33,14 +33,15 @@ struct Image
 void resetSignals()
 {
     for (int signalNumber = 1; signalNumber < NSIG; ++signalNumber)
-        ::signal(signalNumber, SIG_DFL); // refused for those that cannot be changed
+        ::signal(signalNumber, SIG_DFL); // fails for signals that cannot be changed
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-/// The daemon has the kernel end it when its keys take too long with real-time priority; that is its own affair. What
-/// RealtimeKit insists on cannot be taken back: it would insist on it with the program, too.
+/// The kernel ends a daemon whose keys take too long with real-time priority; this limit must not affect the program.
+/// The hard limit, which RealtimeKit requires, cannot be raised again; RealtimeKit would also require it of the
+/// program.
 void resetRealTimeLimit()
 {
     rlimit limit = {};
@@ -50,13 +51,13 @@ void resetRealTimeLimit()
     ::setrlimit(RLIMIT_RTTIME, &limit);
 }
 
-/// Every file but the three standard ones is closed by the exec.
+/// The exec closes every file except the three standard ones.
 void closeFilesOnExec()
 {
     constexpr unsigned int firstOther = STDERR_FILENO + 1;
     if (::close_range(firstOther, ~0U, CLOSE_RANGE_CLOEXEC) == 0)
         return;
-    const long count = ::sysconf(_SC_OPEN_MAX); // a kernel before 5.11
+    const long count = ::sysconf(_SC_OPEN_MAX); // for kernels before 5.11
     for (int file = firstOther; file < count; ++file)
         ::fcntl(file, F_SETFD, FD_CLOEXEC);
 }
@@ -90,7 +91,7 @@ void closeFilesOnExec()
     endWithError(image);
 }
 
-/// The child: leaves the session and ends at once, so that the grandchild belongs to nobody here.
+/// The child leaves the session and ends at once, so the grandchild has no parent in this process.
 [[noreturn]] void detach(const Image &image)
 {
     ::setsid();
@@ -102,7 +103,7 @@ void closeFilesOnExec()
     ::_exit(0);
 }
 
-/// This process's environment but for withheldVariable; null at its end.
+/// This process's environment without withheldVariable; null at its end.
 std::vector<char *> environmentToPassOn()
 {
     const std::string withheld = std::string(DetachedProcess::withheldVariable) + '=';
@@ -115,7 +116,7 @@ std::vector<char *> environmentToPassOn()
     return variables;
 }
 
-/// What came through the pipe until the exec closed it.
+/// The error that came through the pipe before the exec closed it; 0 for none.
 int readError(int pipe)
 {
     int error = 0;

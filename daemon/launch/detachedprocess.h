@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Starts a program that is no child of this process and shares nothing with it. No state; any thread.
+// Starts a program that is not a child of this process and shares nothing with it. No state; any thread.
 #pragma once
 
 #include <QString>
@@ -7,14 +7,14 @@
 
 namespace DetachedProcess {
 
-/// Set by the daemon for itself, and not passed on: has Qt's event loops wait with poll() instead of GLib's loop.
+/// Set by the daemon for itself, and not passed on. Makes Qt's event loops wait with poll() instead of GLib's loop.
 inline constexpr char withheldVariable[] = "QT_NO_GLIB";
 
-/// Runs `command` (the program's path, then its arguments) in `workingDirectory`, as this user, with this environment
-/// but for withheldVariable, in a session of its own: no signal blocked or ignored, no file open but /dev/null as
-/// input, output and errors, no memory locked, no limit of its time with real-time priority, which it does not have.
-/// It outlives this process and leaves no zombie. Not for a thread that has real-time priority. 0 when it runs, else
-/// the number of the error (errno).
+/// Runs `command` (the program's path, then its arguments) in `workingDirectory`, as this user, in a session of its
+/// own. The program gets this environment without withheldVariable, default signals, and /dev/null as input, output and
+/// errors. It has no other open files, no locked memory, no real-time priority and no limit for it. It outlives this
+/// process and leaves no zombie. Must not be called on a thread with real-time priority. Returns 0 when the program
+/// runs, otherwise an errno value.
 [[nodiscard]] int start(const QStringList &command, const QString &workingDirectory);
 
 } // namespace DetachedProcess

@@ -25,8 +25,8 @@ Plan refused(const QString &reason)
     return {.command = {}, .workingDirectory = {}, .refusal = reason};
 }
 
-/// The path of a program that is given by its full path, or by its name and then looked for in $PATH; empty when there
-/// is none that may be run. A relative path is neither: below each folder of $PATH it could lead anywhere.
+/// The path of a program given by its full path, or by its name, which is looked up in $PATH. Empty if there is no
+/// executable one. Relative paths are refused: below the folders of $PATH they could lead anywhere.
 QString executable(const QString &program)
 {
     const bool isNameOrFullPath = program.startsWith(u'/') || !program.contains(u'/');
@@ -66,7 +66,7 @@ Plan planForBundle(const QString &path)
     if (!information)
         return refused(u"it has no readable Contents/Info.plist"_s);
     const QString name = information->value(u"CFBundleExecutable"_s).toString();
-    if (name.isEmpty() || name.contains(u'/')) // a name, so that it cannot lead out of the bundle
+    if (name.isEmpty() || name.contains(u'/')) // only a name cannot lead out of the bundle
         return refused(u"its CFBundleExecutable is not a file name"_s);
     const QFileInfo program(contents.filePath(u"MacOS/"_s + name));
     if (!program.isFile() || !program.isExecutable())
@@ -83,7 +83,7 @@ void logRefusal(const QString &path, const QString &reason)
 
 ProgramLauncher::Plan ProgramLauncher::planFor(const QString &path)
 {
-    const QFileInfo file(QDir::cleanPath(path)); // without the slash that a folder may end in
+    const QFileInfo file(QDir::cleanPath(path)); // without a folder's trailing slash
     if (!file.isAbsolute() || !file.exists())
         return refused(u"there is no such file"_s);
     if (file.isDir())

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Starts what a key is to launch: a desktop entry by its Exec line, or a bundle folder by its information dictionary.
-// No state; the daemon's thread.
+// Starts the program of a key: a desktop entry by its Exec line, or a bundle folder by its information dictionary. No
+// state; main thread only.
 #pragma once
 
 #include <QString>
@@ -9,24 +9,24 @@
 class ProgramLauncher
 {
 public:
-    /// What starting a path comes to.
+    /// The result of planning a launch.
     struct Plan
     {
         QStringList command; ///< the program's absolute path, then its arguments
         QString workingDirectory;
-        QString refusal; ///< why it is not started; empty when it is
+        QString refusal; ///< the reason for a refusal; otherwise empty
 
         [[nodiscard]] bool isRefused() const { return !refusal.isEmpty(); }
     };
 
-    /// - A ".desktop" file of type Application: the words of Exec, in Path. Refused when it is hidden, wants a terminal
-    ///   (which of them is the desktop's business), its TryExec cannot be run, or it has no usable Exec line.
+    /// - A ".desktop" file of type Application: the words of Exec, in Path. Refused if it is hidden, needs a terminal
+    ///   (which only the desktop can choose), has a TryExec that cannot run, or has no usable Exec line.
     /// - A folder ".app": Contents/MacOS/ and the CFBundleExecutable of Contents/Info.plist.
     /// - Anything else is refused. `path` must be absolute.
-    /// Programs without a path are looked for in $PATH; where no other directory is named, it is the home directory.
+    /// Programs without a path are looked up in $PATH. Unless a directory is named, they run in the home directory.
     [[nodiscard]] static Plan planFor(const QString &path);
 
-    /// Starts `path` detached and without a shell; logs what it started or why it did not. Where this process runs
-    /// under restrictions, the service manager of the user starts it, free of them.
+    /// Starts `path` detached and without a shell; logs the start or the reason for a refusal. If this process runs
+    /// under restrictions, the user's service manager starts the program without them.
     static void launch(const QString &path);
 };

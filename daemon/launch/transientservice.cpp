@@ -15,7 +15,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Shapes of the manager's StartTransientUnit, org.freedesktop.systemd1(5). Not in a namespace without a name: the
+// Structures of the manager's StartTransientUnit, org.freedesktop.systemd1(5). The namespace has a name, because the
 // functions that write them are found by their types.
 namespace TransientService {
 
@@ -114,7 +114,7 @@ QList<Property> propertiesOf(const QStringList &command, const QString &workingD
         return Property{.name = name, .value = QDBusVariant(value)};
     };
     const QString program = command.constFirst();
-    // As they are: an argument "$HOME" is no variable.
+    // Literally: "$HOME" in an argument is not a variable.
     const QList<Command> start{{.program = program, .arguments = command, .flags = {u"no-env-expand"_s}}};
     return {property("Description"_L1, u"%1, started by a key"_s.arg(program)),
             property("Type"_L1, u"exec"_s),
@@ -124,7 +124,7 @@ QList<Property> propertiesOf(const QStringList &command, const QString &workingD
             property("StandardOutput"_L1, u"null"_s),
             property("StandardError"_L1, u"null"_s),
             property("Slice"_L1, u"app.slice"_s),
-            property("ExitType"_L1, u"cgroup"_s), // a program may go on in a process that it has started
+            property("ExitType"_L1, u"cgroup"_s), // a program may continue in a process that it has started
             property("CollectMode"_L1, u"inactive-or-failed"_s)};
 }
 

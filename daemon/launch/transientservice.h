@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Has the service manager of the user start a program, as a service that goes when the program does. For a daemon that
-// runs under restrictions, which a program that it starts itself would inherit. No state; the daemon's thread.
+// Makes the user's service manager start a program, as a service that ends with the program. Used by a daemon under
+// restrictions, which programs that it starts itself would inherit. No state; main thread only.
 #pragma once
 
 #include <QDBusConnection>
@@ -11,13 +11,13 @@
 
 namespace TransientService {
 
-/// Whether this process may gain no rights by starting a program (NoNewPrivileges of its service), and has handed that
-/// and its other restrictions on to each.
+/// Whether programs that this process starts inherit its restrictions and cannot gain rights (NoNewPrivileges of its
+/// service).
 [[nodiscard]] bool isNeeded();
 
-/// Asks the manager on `bus` to run `command` (the program's path, then its arguments, taken as they are) in
-/// `workingDirectory`, with the manager's environment. Does not wait: `failed` is called on the thread of `context`
-/// when the manager refuses or there is none.
+/// Requests that the manager on `bus` run `command` (the program's path, then its arguments, taken literally) in
+/// `workingDirectory`, with the manager's environment. Does not wait. Calls `failed` on the thread of `context` if the
+/// manager refuses or does not exist.
 void start(const QDBusConnection &bus, const QStringList &command, const QString &workingDirectory, QObject *context,
            const std::function<void(const QString &reason)> &failed);
 
