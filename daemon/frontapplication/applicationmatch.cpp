@@ -55,7 +55,7 @@ bool isExecutable(const QString &executable, const FrontApplication &application
     const QString file = fileName(executable);
     if (std::ranges::find(launchers, file) != launchers.end())
         return false;
-    // Two paths may differ and still be one program: /usr/bin/game is often a link into /opt.
+    // Different paths may still be one program: /usr/bin/game is often a link into /opt.
     return isSame(file, fileName(application.executable)) || isWindow(file, application);
 }
 

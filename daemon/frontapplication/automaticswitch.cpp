@@ -22,7 +22,7 @@ std::optional<int> boundProfile(const QVariantMap &document, const FrontApplicat
 std::optional<int> AutomaticSwitch::applicationInFront(const FrontApplication &application, const QVariantMap &document)
 {
     if (application == mApplication)
-        return {}; // another window of it: a profile chosen by hand meanwhile stays
+        return {}; // another window of the same application: a profile chosen by hand meanwhile stays
     mApplication = application;
     return decide(document);
 }
@@ -56,7 +56,7 @@ QVariantMap AutomaticSwitch::afterCommand(Command command, const QVariantMap &re
     }
     if (mRemembered)
         remember(*mRemembered, after);
-    // Only a change of what is bound counts: any other must not undo a switch by hand.
+    // Only a change of the binding may switch: other changes must not undo a switch by hand.
     if (boundProfile(before, mApplication) == boundProfile(after, mApplication))
         return after;
     const std::optional<int> profile = decide(after);

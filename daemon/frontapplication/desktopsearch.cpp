@@ -44,7 +44,7 @@ void DesktopSearch::signSeen()
 void DesktopSearch::search()
 {
     if (mIsReading || mWatch.isTrying())
-        return; // another attempt follows this one
+        return; // another attempt follows
     mIsReading = true;
     mRetry.stop();
     mEnvironment.read([this] {
@@ -96,10 +96,10 @@ void DesktopSearch::sourceFound()
     connectToManager(false);
 }
 
-/// The manager tells of its jobs while somebody wants it to.
+/// The manager announces its jobs only while it has subscribers.
 void DesktopSearch::connectToManager(bool isConnected)
 {
-    // QtDBus takes only the name of a slot. The third argument is the unit: the bus passes on no other job.
+    // QtDBus accepts a slot only by name. The third argument is the unit: the bus passes on no other job.
     const QStringList arguments{QString(), QString(), u"graphical-session.target"_s};
     if (isConnected)
         mBus.connect(UserManager::service, UserManager::path, UserManager::interface, u"JobRemoved"_s, arguments,

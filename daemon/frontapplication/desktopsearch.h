@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Searches for a desktop while nothing tells which application is in front: at once, a few times after that, and then
-// whenever something suggests that a desktop has come. Owned by the daemon's process; the daemon's thread.
+// Searches for a desktop while no source reports the application in front: at once, a few times after that, and then at
+// every sign of a desktop. Owned by the daemon's process; main thread only.
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationwatch.h"
@@ -13,12 +13,12 @@
 
 #include <memory>
 
-/// A daemon that waits for a desktop sleeps: it is woken by
+/// A daemon that waits for a desktop sleeps. These signs wake it:
 /// - a socket of a compositor in $XDG_RUNTIME_DIR or of an X server in /tmp/.X11-unix,
 /// - KWin, GNOME's shell or the user's service manager on the bus,
-/// - the service manager, when the session's target ("graphical-session.target") has been started.
-/// The manager does not tell that its variables change, and a desktop may take a while from its first sign to the
-/// moment when it answers; therefore every sign is followed by `retries` more attempts, each after twice the pause.
+/// - a start of the session's target ("graphical-session.target") by the service manager.
+/// The manager does not announce changes of its variables, and a desktop may need a while after its first sign. Each
+/// sign is therefore followed by `retries` more attempts, each after twice the pause.
 class DesktopSearch : public QObject
 {
     Q_OBJECT
@@ -26,14 +26,14 @@ class DesktopSearch : public QObject
 public:
     static constexpr int retries = 6;
 
-    /// `watch` must live longer. Nothing happens before start().
+    /// `watch` must outlive this. Nothing happens before start().
     DesktopSearch(FrontApplicationWatch &watch, const QDBusConnection &bus,
                   std::chrono::milliseconds firstPause = std::chrono::seconds(1),
                   const QString &x11Folder = QStringLiteral("/tmp/.X11-unix"));
 
     void start();
 
-    /// Whether it waits with a timer running; without one only a sign wakes it.
+    /// Whether a timer is running; without one only a sign wakes it.
     [[nodiscard]] bool isRetrying() const { return mRetry.isActive(); }
 
 private Q_SLOTS:
@@ -53,7 +53,7 @@ private:
     FrontApplicationWatch &mWatch;
     QDBusConnection mBus;
     SessionEnvironment mEnvironment;
-    QStringList mFolders; // in which the sockets of desktops are
+    QStringList mFolders; // with the sockets of desktops
     std::chrono::milliseconds mFirstPause;
     int mRetriesLeft = retries;
     bool mIsReading = false;

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Types of arguments: one entry an argument, null where it is no object.
+// Types of arguments: one entry per argument, null if it is not an object.
 constinit const wl_interface *noTypes[] = {nullptr, nullptr, nullptr, nullptr, nullptr};
 constinit const wl_interface *seatTypes[] = {&wl_seat_interface};
 constinit const wl_interface *rectangleTypes[] = {&wl_surface_interface, nullptr, nullptr, nullptr, nullptr};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The Wayland protocol by which a compositor tells a client of all windows, as libwayland wants it described:
+// The Wayland protocol for a compositor's list of all windows, as tables for libwayland:
 // wlr-foreign-toplevel-management-unstable-v1 of the wlr-protocols collection, version 1. Names, signatures and numbers
-// are that protocol's; the tables are written by hand, because hardly a distribution packages its XML file.
+// are the protocol's. The tables are written by hand, because hardly any distribution packages its XML file.
 #pragma once
 
 #include <wayland-client.h>
@@ -21,7 +21,7 @@ struct ManagerListener
     void (*finished)(void *data, wl_proxy *manager);
 };
 
-/// Likewise.
+/// In the order of the protocol's events.
 struct HandleListener
 {
     void (*title)(void *data, wl_proxy *handle, const char *title);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The application whose window has the focus, by every name that the desktop tells of it. A value; any thread.
+// The application whose window has the focus, with every name that the desktop reports. A value; any thread.
 #pragma once
 
 #include <QString>
 
-/// A name that the desktop does not tell is empty. All empty: no application is in front.
+/// A name that the desktop does not report is empty. All empty: no application is in front.
 struct FrontApplication
 {
     QString windowClass = {};    ///< X11: the class of WM_CLASS; Wayland: the application id
@@ -17,7 +17,7 @@ struct FrontApplication
         return windowClass.isEmpty() && windowInstance.isEmpty() && desktopEntry.isEmpty() && executable.isEmpty();
     }
 
-    /// The name to show: the first that is known.
+    /// The name to show: the first known one.
     [[nodiscard]] QString name() const
     {
         for (const QString &known : {windowClass, desktopEntry, windowInstance})
@@ -26,7 +26,7 @@ struct FrontApplication
         return executable;
     }
 
-    /// An application of which only one name is known, which may be any of its names.
+    /// An application with a single known name, which may be any of its names.
     [[nodiscard]] static FrontApplication named(const QString &name)
     {
         return {.windowClass = name, .windowInstance = {}, .desktopEntry = name, .executable = name};

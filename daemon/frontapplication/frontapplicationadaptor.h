@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The D-Bus face of the application in front: the object /FrontApplication on the daemon's connection, described in
-// docs/daemon-protocol.md. Owned by its FrontApplicationObject; the daemon's thread.
+// The D-Bus interface to the application in front: the object /FrontApplication on the daemon's connection, described
+// in docs/daemon-protocol.md. Owned by its FrontApplicationObject; main thread only.
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationwatch.h"
@@ -8,16 +8,16 @@
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
 
-/// What stands on the bus; carries the adaptor.
+/// The object on the bus; carries the adaptor.
 class FrontApplicationObject : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `watch` must live longer.
+    /// `watch` must outlive this.
     explicit FrontApplicationObject(FrontApplicationWatch &watch, QObject *parent = nullptr);
 
-    /// False when the object cannot be put on `connection`.
+    /// False if the object cannot be put on `connection`.
     [[nodiscard]] bool registerOn(QDBusConnection connection);
 };
 
@@ -25,7 +25,7 @@ public:
 class FrontApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
-    // FrontApplicationKeys::interfaceName; moc takes nothing but a literal.
+    // FrontApplicationKeys::interfaceName; moc accepts only a literal.
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.FrontApplication")
     Q_PROPERTY(QString Source READ source)
     Q_PROPERTY(bool SeesAllWindows READ seesAllWindows)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One way to learn which application is in front. Owned by the FrontApplicationWatch; the daemon's thread.
+// A source of the application in front. Owned by the FrontApplicationWatch; main thread only.
 #pragma once
 
 #include "daemon/frontapplication/frontapplication.h"
@@ -8,8 +8,8 @@
 
 #include <utility>
 
-/// Tells by events of the desktop, never by asking again and again, and never waits for the desktop once it has
-/// started: a desktop that hangs must not take the daemon with it.
+/// Uses events of the desktop, without polling. Never waits for the desktop after the start: a desktop that hangs must
+/// not block the daemon.
 class FrontApplicationSource : public QObject
 {
     Q_OBJECT
@@ -18,18 +18,19 @@ public:
     /// Begins; the outcome is ready() or unusable().
     virtual void start() = 0;
 
-    /// False when some applications of this desktop are hidden from it.
+    /// False if some applications of this desktop are hidden from it.
     [[nodiscard]] virtual bool seesAllWindows() const { return true; }
 
 Q_SIGNALS:
-    /// It works: what is in front follows, now and at every change.
+    /// The source works. It then signals the application in front, now and at every change.
     void ready();
     void applicationChanged(const FrontApplication &application);
-    /// It is not there, or is gone; nothing comes any more. `reason` is for the log. May be emitted in start().
+    /// The source does not exist or has disappeared; no more signals follow. `reason` is for the log. start() may emit
+    /// this.
     void unusable(const QString &reason);
 
 protected:
-    /// Emits unusable(), the first time.
+    /// Emits unusable(), the first time only.
     void fail(const QString &reason)
     {
         if (!std::exchange(mHasFailed, true))

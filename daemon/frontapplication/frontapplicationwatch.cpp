@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// From one window to the next, many desktops pass through a moment without any; that is no change of its own.
+// Between two windows, many desktops have a moment without any, which is not a change of its own.
 constexpr std::chrono::milliseconds betweenWindows{40};
 
 } // namespace
@@ -51,7 +51,7 @@ void FrontApplicationWatch::tryKind(std::size_t index)
         Q_EMIT sourceFound();
     });
     connect(mSource.get(), &FrontApplicationSource::applicationChanged, this, &FrontApplicationWatch::report);
-    // Later: a source must not be destroyed while it is telling that it has failed.
+    // Queued: a source must not be destroyed while it emits the signal.
     connect(mSource.get(), &FrontApplicationSource::unusable, this, &FrontApplicationWatch::sourceFailed,
             Qt::QueuedConnection);
     mSource->start();
@@ -65,7 +65,7 @@ void FrontApplicationWatch::sourceFailed(const QString &reason)
         qCDebug(lcFront, "desktop: %s: %s", mKinds.at(mKind).name.data(), qUtf8Printable(reason));
     if (!mIsReady)
         return tryKind(mKind + 1);
-    report({}); // its windows went with it
+    report({}); // its windows disappeared with it
     tryKind(0);
 }
 

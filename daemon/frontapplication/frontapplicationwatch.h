@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Follows the application in front through the first source that works here, and finds another one when that is lost.
-// Owned by the daemon's process; the daemon's thread.
+// Follows the application in front through the first source that works, and finds another one when that is lost. Owned
+// by the daemon's process; main thread only.
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationsource.h"
@@ -19,11 +19,11 @@ class FrontApplicationWatch : public QObject
 public:
     struct SourceKind
     {
-        QLatin1StringView name; ///< as the status shows it
+        QLatin1StringView name; ///< as shown in the status
         std::function<std::unique_ptr<FrontApplicationSource>()> make;
     };
 
-    /// Sources are tried in the order of `kinds`.
+    /// Tries sources in the order of `kinds`.
     explicit FrontApplicationWatch(std::vector<SourceKind> kinds);
 
     /// Begins with the first kind, unless a source works or all are being tried. The outcome is sourceFound() or
@@ -31,18 +31,19 @@ public:
     void start();
     [[nodiscard]] bool isTrying() const { return mSource && !mIsReady; }
 
-    /// The source that tells, or FrontApplicationKeys::noSource.
+    /// The working source, or FrontApplicationKeys::noSource.
     [[nodiscard]] QString sourceName() const;
-    /// Whether the source tells of every application; false without a source.
+    /// Whether the source reports every application; false without a source.
     [[nodiscard]] bool seesAllWindows() const { return mIsReady && mSource->seesAllWindows(); }
     [[nodiscard]] const FrontApplication &application() const { return mApplication; }
 
-    /// What somebody tells who is no source. It counts until the next report of anyone.
+    /// Overrides the application in front, for callers other than a source. Applies until the next report from any
+    /// caller or source.
     void report(const FrontApplication &application);
 
 Q_SIGNALS:
     void sourceFound();
-    /// None works, or the one that did is gone and none takes its place: only start() leads on.
+    /// No source works, or the working one was lost without a replacement. Only start() tries again.
     void sourceMissing();
     void applicationChanged(const FrontApplication &application);
 
@@ -55,7 +56,7 @@ private:
     std::size_t mKind = 0; // of mSource
     std::unique_ptr<FrontApplicationSource> mSource;
     bool mIsReady = false;
-    bool mHasSaidNone = false; // once in the log, not at every start()
+    bool mHasSaidNone = false; // logged once, not at every start()
     FrontApplication mApplication;
     QTimer mNothingInFront;
 };

@@ -35,8 +35,8 @@ KWinFrontApplication::~KWinFrontApplication()
 
 QByteArray KWinFrontApplication::script()
 {
-    // Version 6 of KWin speaks of windows where version 5 speaks of clients. Everything is passed as text, because what
-    // a script's number becomes on the bus differs between versions.
+    // KWin 6 has windows where KWin 5 has clients. All arguments are texts, because the bus type of a script's number
+    // differs between versions.
     return u"function tell(window) {\n"
            u"    callDBus(\"%1\", \"%2\", \"%3\", \"TellWindow\", window ? String(window.resourceClass) : \"\",\n"
            u"             window ? String(window.desktopFileName || \"\") : \"\", window ? String(window.pid) : "
@@ -65,8 +65,8 @@ void KWinFrontApplication::start()
         fail(u"the script for KWin cannot be written"_s);
         return;
     }
-    // First that of a daemon that was killed. KWin drops a script only after it has answered, and takes none of the
-    // same name until then.
+    // First unloads the script of a killed daemon. KWin drops a script only after it has answered, and until then
+    // refuses another one of the same name.
     callThen(u"unloadScript"_s, {scriptName}, [this](const QDBusPendingCall &) { load(); });
 }
 

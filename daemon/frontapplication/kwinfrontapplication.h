@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The application in front under KWin on Wayland, which tells other programs nothing by itself, but runs a script that
-// calls the daemon (org.quillkestra.FrontApplication.TellWindow) whenever another window is activated.
+// The application in front under KWin on Wayland. KWin does not report it to other programs, but runs a script. The
+// script calls the daemon (org.quillkestra.FrontApplication.TellWindow) whenever another window is activated.
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationsource.h"
@@ -22,7 +22,7 @@ public:
 
     void start() override;
 
-    /// What KWin is given to run.
+    /// The script that KWin runs.
     [[nodiscard]] static QByteArray script();
 
 private:

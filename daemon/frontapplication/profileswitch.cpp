@@ -38,7 +38,7 @@ void ProfileSwitch::chooseByKey(int index)
     if (!isSwitch && mAutomaticSwitch == previous)
         return;
     if (!mSettings.store(whole)) {
-        mAutomaticSwitch = previous; // the keys go back to the profile before, too
+        mAutomaticSwitch = previous; // the keys also return to the previous profile
         return;
     }
     if (isSwitch) {
@@ -76,7 +76,7 @@ CommandOutcome ProfileSwitch::plan(const DocumentCommand &command, const QVarian
 bool ProfileSwitch::storePlanned()
 {
     const std::optional<Plan> plan = std::exchange(mPlan, std::nullopt);
-    // The choice of a profile that is active already, but automatically, changes only what the disk keeps.
+    // Choosing a profile that is already active automatically changes only the copy on disk.
     const bool mustWrite = plan && (plan->isChange || mAutomaticSwitch != plan->previous);
     if (!mustWrite || mSettings.save(plan->document))
         return true;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Switches the active profile: by a key, by a client's command, or by the application in front. Owned by the
-// DeviceDaemon; one thread, the daemon's.
+// DeviceDaemon; main thread only.
 #pragma once
 
 #include "daemon/frontapplication/automaticswitch.h"
@@ -13,29 +13,29 @@
 class CurrentSettings;
 struct DaemonOutlets;
 
-/// A switch that cannot be stored has not happened, neither in the document nor in what is remembered. A switch by the
-/// application in front is not written to the disk.
+/// A switch that cannot be stored does not take effect, neither in the document nor in the remembered profile. A switch
+/// by the application in front is not written to the disk.
 class ProfileSwitch
 {
 public:
-    /// Both must live longer.
+    /// Both must outlive this.
     ProfileSwitch(CurrentSettings &settings, const DaemonOutlets &outlets);
 
-    /// `document` as the disk keeps it: with the profile that was chosen by hand.
+    /// `document` as the disk keeps it: with the profile chosen by hand.
     [[nodiscard]] QVariantMap documentToKeep(const QVariantMap &document) const;
 
     /// A key has chosen the profile; `index` may not exist.
     void chooseByKey(int index);
     /// Another application has come to the front: its profile becomes active.
     void setFrontApplication(const FrontApplication &application);
-    /// What a client's command, which may choose, bind or delete a profile, makes of the document, on top of the
-    /// commands planned before. In the outcome, `changesDocument` says whether the document is another one.
+    /// Applies a client's command, which may choose, bind or delete a profile, to the result of the commands planned
+    /// before. In the outcome, `changesDocument` says whether the document is different.
     [[nodiscard]] CommandOutcome plan(const DocumentCommand &command, const QVariantMap &request);
-    /// Writes what has been planned, all at once. The caller then uses the outcomes' documents in their order. False
-    /// when it could not be written: nothing has changed. Nothing is planned afterwards.
+    /// Writes all planned commands at once, and clears the plan. The caller then uses the outcomes' documents in their
+    /// order. False if the write failed: nothing has changed.
     [[nodiscard]] bool storePlanned();
 
-    /// Shows the active profile on the screen if another one was active in `before` and its settings ask for it.
+    /// Shows the active profile on the screen if another one was active in `before` and its settings request this.
     void showSwitch(const QVariantMap &before) const;
 
 private:

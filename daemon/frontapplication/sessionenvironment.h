@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The variables by which programs find the desktop, for a daemon that was started before there was one: taken from the
-// service manager of the user, to whom the desktop tells them. Owned by the DesktopSearch; the daemon's thread, and no
-// other may read the environment while read() is under way.
+// The variables by which programs find the desktop, for a daemon that started before the desktop. The desktop passes
+// them to the user's service manager, where this class reads them. Owned by the DesktopSearch; main thread only. No
+// other thread may read the environment during read().
 #pragma once
 
 #include <QDBusConnection>
@@ -17,16 +17,16 @@ class SessionEnvironment : public QObject
 public:
     explicit SessionEnvironment(const QDBusConnection &bus);
 
-    /// Asks the manager and sets, changes and removes variables as it says. One that the process was started with stays
-    /// as it was. `done` runs once, also when there is no manager; never within the call.
+    /// Requests the manager's variables, then sets, changes and removes them accordingly. Variables with which the
+    /// process was started remain unchanged. Calls `done` once, even without a manager, but never before this returns.
     void read(std::function<void()> done);
 
-    /// The variables that are taken over.
+    /// The names of the variables that are copied.
     [[nodiscard]] static QStringList variables();
 
 private:
     void take(const QStringList &assignments);
 
     QDBusConnection mBus;
-    QStringList mTaken; // the variables that the process was started without
+    QStringList mTaken; // variables with which the process was not started
 };

@@ -22,7 +22,7 @@ bool isActivated(const wl_array *states)
 
 } // namespace
 
-// What libwayland calls, in the order of the events of each interface.
+// Callbacks of libwayland, in the order of the events of each interface.
 
 const wl_registry_listener WaylandFrontApplication::registryListener = {
     .global = [](void *data, wl_registry *registry, uint32_t name, const char *interface,
@@ -69,7 +69,7 @@ WaylandFrontApplication::~WaylandFrontApplication()
 
 void WaylandFrontApplication::start()
 {
-    // Without the variable libwayland would take the first compositor it finds, which may be another session's.
+    // Without the variable, libwayland would use the first compositor it finds, possibly of another session.
     if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_SOCKET"))
         return fail(u"WAYLAND_DISPLAY is not set"_s);
     mDisplay = wl_display_connect(nullptr);
@@ -89,7 +89,7 @@ void WaylandFrontApplication::globalAdded(wl_registry *registry, uint32_t name, 
     if (mManager || std::strcmp(interface, ForeignToplevel::managerInterface.name) != 0)
         return;
     mManager = static_cast<wl_proxy *>(wl_registry_bind(registry, name, &ForeignToplevel::managerInterface, 1));
-    // libwayland takes every listener as an array of functions.
+    // libwayland expects every listener as an array of functions.
     wl_proxy_add_listener(
         mManager, reinterpret_cast<void (**)()>(const_cast<ForeignToplevel::ManagerListener *>(&managerListener)),
         this);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The application in front on a Wayland compositor that tells of foreign windows (Sway, labwc, Wayfire, ...): the
-// window that is "activated", by its application id.
+// The application in front on a Wayland compositor that reports other clients' windows (Sway, labwc, Wayfire, ...): the
+// "activated" window, by its application id.
 #pragma once
 
 #include "daemon/frontapplication/foreigntoplevelprotocol.h"
@@ -18,7 +18,7 @@ class WaylandFrontApplication : public FrontApplicationSource
 public:
     ~WaylandFrontApplication() override;
 
-    /// Connects to $WAYLAND_DISPLAY. Whether the compositor tells of windows comes out when it has answered.
+    /// Connects to $WAYLAND_DISPLAY. The compositor's answer shows later whether it reports windows.
     void start() override;
 
 private:

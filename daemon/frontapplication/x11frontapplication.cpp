@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// As in the Extended Window Manager Hints; the last two are how Gtk and KDE programs name their desktop entry.
+// As in the Extended Window Manager Hints. The GTK and KDE properties name the desktop entry of such programs.
 constexpr std::array atomNames{"_NET_ACTIVE_WINDOW"_L1, "_NET_WM_PID"_L1, "_GTK_APPLICATION_ID"_L1,
                                "_KDE_NET_WM_DESKTOP_FILE"_L1, "UTF8_STRING"_L1};
 constexpr uint32_t longestProperty = 256; // in units of four bytes
@@ -67,7 +67,7 @@ void X11FrontApplication::start()
     mNotifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(mConnection), QSocketNotifier::Read);
     connect(mNotifier.get(), &QSocketNotifier::activated, this, &X11FrontApplication::readAvailable);
     Q_EMIT ready();
-    // What came while the atoms were read is in the library's queue, where the notifier does not see it.
+    // Events received while the atoms were read are in the library's queue, where the notifier does not see them.
     QMetaObject::invokeMethod(this, &X11FrontApplication::readAvailable, Qt::QueuedConnection);
 }
 
@@ -117,8 +117,8 @@ void X11FrontApplication::follow(xcb_window_t window)
         Q_EMIT applicationChanged({});
         return;
     }
-    // Some programs name themselves after their window is shown, and some window managers go on naming a window that is
-    // gone when no other is left.
+    // Some programs set their name after their window is shown. Some window managers keep naming the last window after
+    // it is gone.
     selectEvents(mConnection, mWindow, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     askForApplication();
 }
@@ -148,7 +148,7 @@ void X11FrontApplication::askForApplication()
 
 void X11FrontApplication::readAvailable()
 {
-    // An event leads to questions and a reply may have been read with an event: until nothing more is there.
+    // An event causes requests, and reading an event may also read a reply: repeats until nothing is left.
     while (takeEvents() || takeReplies()) {
     }
     if (xcb_connection_has_error(mConnection) != 0) {
@@ -175,7 +175,7 @@ bool X11FrontApplication::takeEvents()
             if (reinterpret_cast<const xcb_map_notify_event_t *>(event.get())->window == mWindow)
                 askForApplication();
             break;
-        default: break; // errors about windows that are gone, too
+        default: break; // includes errors about windows that are gone
         }
     }
     return hasTaken;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The application in front on an X11 display: the window that the window manager names in _NET_ACTIVE_WINDOW, and the
-// properties by which it names its application.
+// properties that name its application.
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationsource.h"
@@ -23,7 +23,7 @@ public:
 
     /// Connects to $DISPLAY.
     void start() override;
-    /// Besides a Wayland compositor an X server knows only the windows of X11 programs.
+    /// Beside a Wayland compositor, an X server knows only the windows of X11 programs.
     [[nodiscard]] bool seesAllWindows() const override;
 
 private:
@@ -50,7 +50,7 @@ private:
     xcb_window_t mRoot = XCB_WINDOW_NONE;
     xcb_window_t mWindow = XCB_WINDOW_NONE; // the one in front
     std::array<xcb_atom_t, atomCount> mAtoms{};
-    std::deque<Question> mQuestions; // in the order in which they are answered
+    std::deque<Question> mQuestions; // in the order of their answers
     FrontApplication mBeingRead;
     std::unique_ptr<QSocketNotifier> mNotifier;
 };
