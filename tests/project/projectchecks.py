@@ -319,7 +319,7 @@ def check_protocol_document(sources):
     if missing:
         return [f"{path}: is not there" for path in missing]
     header, document = texts[PROTOCOL_HEADER], texts[PROTOCOL_DOCUMENT]
-    commands = table_rows(section_of(document, "## Commands").partition("\n### ")[0])
+    commands = table_rows(section_of(document, "## Commands"))
     messages = table_rows(section_of(document, "## Messages").partition("\n### ")[0])
     notifications = section_of(document, "### Interface org.quillkestra.DistributedNotificationCenter")
     rows = table_rows(notifications)

@@ -271,12 +271,19 @@ The daemon's is `CoreMsgPort`, at `/MessagePort`.
 
 ## Commands
 
+### Device
+
 | Command | Request | Effect | Reply |
 |---|---|---|---|
 | 0 open | | `Unknown` | |
+
+### Settings
+
+| Command | Request | Effect | Reply |
+|---|---|---|---|
 | 4 read | `ProfileID`, `{"MacroName": string}` | | `AllDevSettings` |
 
-### Captures
+## Captures
 
 | 99 | no command |
 
