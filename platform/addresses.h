@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The web addresses that the program opens. Names under .example are reserved and belong to nobody; a distributor
-// puts the real ones here.
+// The web addresses that the program opens. Domains under .example are reserved placeholders; a distributor replaces
+// them with real addresses.
 #pragma once
 
 #include <QLatin1StringView>

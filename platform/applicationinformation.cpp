@@ -23,8 +23,8 @@ QStringList entryFolders()
     return QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
 }
 
-/// The path below the folder of entries with "-" for "/"; outside of such folders the file's name.
-/// ("Desktop File ID" of freedesktop.org's desktop entries, version 1.5.)
+/// The path relative to a folder of desktop entries, with "-" for "/"; outside such folders the file name. ("Desktop
+/// File ID" of freedesktop.org's desktop entries, version 1.5.)
 QString desktopFileId(const QString &path)
 {
     for (const QString &folder : entryFolders()) {
@@ -35,7 +35,7 @@ QString desktopFileId(const QString &path)
     return QFileInfo(path).fileName();
 }
 
-/// The program that a command line starts: what "env" starts, where it is only to set variables.
+/// The file name of the program that a command line starts. Skips "env" and its assignments of variables.
 QString programOf(const QStringList &commandLine)
 {
     const auto isBeforeProgram = [](const QString &word) {

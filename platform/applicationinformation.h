@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What an installed application says about itself. An application is a desktop entry (".desktop" file) or a bundle: a
-// folder with a property list at "Contents/Info.plist". Both give the same information dictionary. No state; any
-// thread.
+// Describes an installed application: a desktop entry (".desktop" file), or a bundle, which is a folder with a property
+// list at "Contents/Info.plist". Both kinds yield the same information dictionary. No state; any thread.
 #pragma once
 
 #include <QLatin1StringView>
@@ -13,23 +12,24 @@
 
 namespace ApplicationInformation {
 
-// Keys of the dictionary. All values are strings; a key whose value is not known is absent.
-inline constexpr QLatin1StringView resolvedPathKey{"NSBundleResolvedPath"}; ///< absolute, links followed
-inline constexpr QLatin1StringView nameKey{"CFBundleName"};                 ///< for people, in their language
+// Keys of the dictionary. The values are strings, unless the property list of a bundle has other types. The key of an
+// unknown value is absent.
+inline constexpr QLatin1StringView resolvedPathKey{"NSBundleResolvedPath"}; ///< absolute, with links resolved
+inline constexpr QLatin1StringView nameKey{"CFBundleName"};                 ///< displayed name, in the user's language
 inline constexpr QLatin1StringView executableKey{"CFBundleExecutable"};     ///< file name of the program
-inline constexpr QLatin1StringView identifierKey{"CFBundleIdentifier"};     ///< of an entry its desktop-file id
-inline constexpr QLatin1StringView signatureKey{"CFBundleSignature"};       ///< of an entry "StartupWMClass", or ""
+inline constexpr QLatin1StringView identifierKey{"CFBundleIdentifier"};     ///< of an entry: its desktop file ID
+inline constexpr QLatin1StringView signatureKey{"CFBundleSignature"};       ///< of an entry: "StartupWMClass" or ""
 
-/// File types of applications, as panels take them.
+/// Suffixes of application files, in the form that file panels expect.
 [[nodiscard]] QStringList fileTypes();
 
-/// The information dictionary of the application at `path`. A bundle's is its property list with "NSBundleResolvedPath"
-/// added, so it may hold other keys and values of any type. Absent when there is no application: nothing at the path,
-/// not one of the two kinds, or its file cannot be read.
+/// The information dictionary of the application at `path`. For a bundle it is the property list with
+/// "NSBundleResolvedPath" added, so it may hold other keys and values of any type. Absent when there is no application:
+/// nothing exists at the path, it is neither of the two kinds, or its file cannot be read.
 [[nodiscard]] std::optional<QVariantMap> read(const QString &path);
 
-/// Where a choice of an application starts: "/Applications/" where that exists, else the first folder of the user's and
-/// the system's data folders that holds desktop entries, else the root.
+/// The folder in which a choice of an application starts: "/Applications/" if it exists, otherwise the first of the
+/// user's and the system's application folders that holds desktop entries, otherwise the root.
 [[nodiscard]] QString startFolder();
 
 } // namespace ApplicationInformation

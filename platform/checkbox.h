@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A check box that is seen on a dark desktop too. Main thread only.
+// A check box that stays visible on a dark desktop. Main thread only.
 #pragma once
 
 #include <QCheckBox>
 
-/// Drawn by the style, with an outline of its own where that of the style can hardly be seen.
+/// The style draws the check box; this class adds an outline where that of the style is hardly visible.
 class CheckBox : public QCheckBox
 {
     Q_OBJECT

@@ -17,15 +17,15 @@ public:
     explicit ColorWell(QWidget *parent = nullptr);
 
     [[nodiscard]] QColor color() const { return mColor; }
-    /// Shows `color`; emits nothing.
+    /// Shows `color` without emitting a signal.
     void setColor(const QColor &color);
 
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// The user chose a colour; color() is it.
+    /// The user chose `color`, which color() now returns.
     void colorPicked(const QColor &color);
-    /// The user is choosing a colour in `dialog`, which deletes itself.
+    /// `dialog` has opened for the user to choose a colour; it deletes itself.
     void dialogOpened(QDialog *dialog);
 
 protected:

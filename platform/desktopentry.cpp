@@ -28,7 +28,7 @@ QString withoutEscapes(const QString &raw)
     return text;
 }
 
-/// The languages that `locale` (lang_COUNTRY.ENCODING@MODIFIER) matches, the best first.
+/// The languages that `locale` (lang_COUNTRY.ENCODING@MODIFIER) matches, best match first.
 QStringList languagesOf(const QString &locale)
 {
     const QString modifier = locale.section(u'@', 1);
@@ -44,7 +44,7 @@ QStringList languagesOf(const QString &locale)
     return languages << language;
 }
 
-/// Takes an "Exec" value apart into words, one character after the other.
+/// Splits an "Exec" value into words, one character at a time.
 class ExecReader
 {
 public:
@@ -78,7 +78,7 @@ public:
 private:
     static bool isBlank(QChar character) { return character == u' ' || character == u'\t' || character == u'\n'; }
 
-    /// The character after the present one; empty at the end of the line.
+    /// The character after the current one; empty at the end of the line.
     [[nodiscard]] QStringView following() const
     {
         return QStringView(mLine).sliced(mPosition + 1, mPosition + 1 < mLine.size() ? 1 : 0);
@@ -91,13 +91,13 @@ private:
         case u'f':
         case u'F':
         case u'u':
-        case u'U': // files and addresses, of which there are none
+        case u'U': // files and addresses: none are passed
         case u'd':
         case u'D':
         case u'n':
         case u'N':
         case u'v':
-        case u'm': // withdrawn
+        case u'm': // deprecated
             return true;
         case u'%': append(u"%"); return true;
         case u'c': append(mEntry.localText(u"Name"_s)); return true;
@@ -107,7 +107,7 @@ private:
         }
     }
 
-    /// Two words of their own; inside another word the code means nothing.
+    /// Appends two separate words. Inside another word the code is ignored.
     void appendIcon()
     {
         const bool isWord = !mIsInWord && (following().isEmpty() || isBlank(following().front()));

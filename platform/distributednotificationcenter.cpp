@@ -16,7 +16,7 @@ const QString interfaceName = u"org.quillkestra.DistributedNotificationCenter"_s
 const QString postedSignal = u"Posted"_s;
 const QString postedSignature = u"say"_s;
 
-// QtDBus can connect a signal of the bus only to a slot named by a string.
+// QtDBus connects bus signals only to slots named by a string.
 const char *receiveSlot()
 {
     return SLOT(receive(QString, QByteArray));
@@ -59,7 +59,7 @@ void DistributedNotificationCenter::removeObserver(QObject *observer, const QStr
 
 void DistributedNotificationCenter::forget(const QObject *observer)
 {
-    // The guarded pointers to a destroyed observer are null already.
+    // The QPointers to a destroyed observer are already null.
     QStringList names;
     std::erase_if(mObservations, [&](const Observation &o) {
         const bool isGone = o.observer.isNull() || o.observer == observer;
@@ -98,8 +98,8 @@ void DistributedNotificationCenter::watch(const QString &name)
 
 void DistributedNotificationCenter::unwatchUnlessObserved(const QString &name)
 {
-    // Later, from the event loop: a handler that removes its observation and adds it again must not miss what is
-    // posted meanwhile.
+    // Deferred to the event loop: a handler that removes its observation and adds it again must not miss notifications
+    // posted in between.
     const auto unwatch = [this, name] {
         const bool isObserved =
             std::ranges::any_of(mObservations, [&](const Observation &o) { return o.name == name; });
@@ -122,7 +122,7 @@ void DistributedNotificationCenter::receive(const QString &name, const QByteArra
         return;
     const DistributedNotification notification{
         name, QlCoreUtility::convertDataToDictionary(userInfo).value_or(QVariantMap())};
-    // A handler may add and remove observations, its own among them; those it adds hear the next notification.
+    // A handler may add and remove observations, including its own. Added ones receive only later notifications.
     for (const quint64 id : ids) {
         const auto found = std::ranges::find(mObservations, id, &Observation::id);
         if (found == mObservations.end() || !found->observer)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Broadcast notifications with a name and a dictionary: the signal Posted(s name, ay userInfo) on the session bus.
+// Broadcasts notifications with a name and a dictionary, as the signal Posted(s name, ay userInfo) on the session bus.
 #pragma once
 
 #include <QDBusConnection>
@@ -32,8 +32,8 @@ public:
     /// The centre on the process's session bus.
     static DistributedNotificationCenter &defaultCenter();
 
-    /// Adds one observation of `name` from any poster. The same observer may be added twice; it is then called twice.
-    /// An observation ends with removeObserver() or when `observer` is destroyed.
+    /// Adds one observation of `name` from any poster. An observer that is added twice is called twice. An observation
+    /// ends with removeObserver() or when `observer` is destroyed.
     void addObserver(QObject *observer, const QString &name, Handler handler);
 
     /// Removes every observation of `name` by `observer`.
@@ -56,13 +56,14 @@ private:
         Handler handler;
     };
 
-    /// The bus is asked for a name once, however many observations there are, and no longer when the last one went.
+    /// Subscribes to `name` on the bus, once for all its observations. The subscription ends after the last
+    /// observation.
     void watch(const QString &name);
     void unwatchUnlessObserved(const QString &name);
     void forget(const QObject *observer);
 
     QDBusConnection mConnection;
-    std::vector<Observation> mObservations; // in the order in which they were added
-    QSet<QString> mWatchedNames;            // those that the bus was asked for
+    std::vector<Observation> mObservations; // in the order of their addition
+    QSet<QString> mWatchedNames;            // subscribed to on the bus
     quint64 mNextId = 1;
 };

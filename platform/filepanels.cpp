@@ -32,14 +32,14 @@ QString patternsOf(const QStringList &types)
     return patterns.join(u' ');
 }
 
-/// What both panels are: sheets that look the same on every desktop. A desktop's own panel would open a bundle instead
-/// of choosing it, and would ask about replacing a file that is not the one with the suffix.
+/// Makes `panel` a sheet that looks the same on every desktop. A desktop's own panel would open a bundle instead of
+/// choosing it. It would also ask about replacing the wrong file: the one without the suffix.
 void makeSheet(QFileDialog *panel, const QString &title)
 {
     panel->setOption(QFileDialog::DontUseNativeDialog);
     panel->setWindowModality(Qt::WindowModal);
     panel->setWindowTitle(title);
-    // Wide enough for the folders beside the list and for all of the list's columns.
+    // Wide enough for the sidebar and for all columns of the list.
     constexpr QSize size(820, 500);
     constexpr int sidebarWidth = 180;
     constexpr std::array columnWidths{240, 80, 120, 160}; // name, size, kind, date
@@ -50,16 +50,17 @@ void makeSheet(QFileDialog *panel, const QString &title)
         for (size_t column = 0; column < columnWidths.size(); ++column)
             list->header()->resizeSection(int(column), columnWidths[column]);
     }
-    // The list of completions is a window of its own, and is shown anew whenever a folder has been listed. Without this
-    // it would stay on the screen after the panel, and take the next click.
+    // The list of completions is a separate window that reappears whenever a folder has been listed. Without this, it
+    // would stay on the screen after the panel and take the next click.
     QObject::connect(panel, &QDialog::finished, panel, [panel] {
         if (auto *field = panel->findChild<QLineEdit *>(u"fileNameEdit"_s))
             field->setCompleter(nullptr);
     });
 }
 
-/// `name` as the field for file names takes it: no other folder, no home folder, no hidden file, no list of files
-/// (which quotation marks make), no character that is not shown, and no longer than a file can be called.
+/// `name` in a form that the file name field accepts as one visible file in the current folder. The result names no
+/// other folder, home folder, hidden file or list of files (in quotation marks), has no invisible character, and is not
+/// longer than file names may be.
 QString proposedFileName(QString name, const QString &suffix)
 {
     name = visibleText(name, u'-').replace(u'/', u'-').replace(u'"', u'\'');
@@ -99,7 +100,7 @@ bool OpenPanel::isFolderAsFile(const QString &path) const
     return file.isDir() && mTypes.contains(file.suffix());
 }
 
-/// The panel's own lists open every folder that is activated.
+/// Replaces the behaviour of the panel's own lists, which open every activated folder.
 void OpenPanel::chooseFoldersAsFiles()
 {
     for (auto *list : findChildren<QAbstractItemView *>(QRegularExpression(u"^(list|tree)View$"_s))) {
@@ -128,7 +129,7 @@ SavePanel::SavePanel(const Options &options, QWidget *window)
     makeSheet(this, options.title);
     setAcceptMode(AcceptSave);
     setFileMode(AnyFile);
-    // accept() asks, about the right file.
+    // accept() asks instead, about the right file.
     setOption(DontConfirmOverwrite);
     setNameFilter(formatted(options.filter, {patternsOf({options.suffix})}));
     setDirectory(options.folder);
@@ -141,7 +142,8 @@ QString SavePanel::chosenPath() const
     return path.isEmpty() ? QString() : exportPath(path, mSuffix);
 }
 
-/// A folder is opened when its name is typed, but one that happens to bear the proposed name is not in the way.
+/// Typing the name of a folder opens it. A folder that happens to have the proposed name does not count: the user wants
+/// to save.
 bool SavePanel::isFolderToOpen(const QString &path) const
 {
     const auto *field = findChild<QLineEdit *>(u"fileNameEdit"_s);
@@ -156,7 +158,7 @@ void SavePanel::accept()
         QFileDialog::accept();
         return;
     }
-    // Past QFileDialog::accept(), which would open a folder of the name and refuse a long name without a word.
+    // Bypasses QFileDialog::accept(), which would open a folder of that name and reject a long name without a message.
     const QString path = chosenPath();
     if (!QFileInfo::exists(path)) {
         QDialog::accept();
@@ -169,6 +171,6 @@ void SavePanel::accept()
                       if (panel && returnCode == alertFirstButtonReturn)
                           panel->QDialog::accept();
                   });
-    // Without the panel there is nothing left to replace.
+    // Once the panel has finished, there is nothing left to replace.
     connect(this, &QDialog::finished, question, [question] { question->reject(); });
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Open and save panels: sheets of a window in which the user chooses a file. The window owns them. Main thread only.
+// Open and save panels: sheets on a window, which owns them, in which the user chooses a file. Main thread only.
 #pragma once
 
 #include <QFileDialog>
@@ -10,12 +10,12 @@
 inline constexpr int panelOK = 1;
 inline constexpr int panelCancel = 0;
 
-/// The folder that panels for macro and profile files start in: "/Documents/" where that exists, else the user's
-/// folder of documents, else the home folder.
+/// The folder in which panels for macro and profile files start: "/Documents/" if it exists, otherwise the user's
+/// documents folder, otherwise the home folder.
 [[nodiscard]] QString documentsFolder();
 
-/// Chooses one file that exists. A folder whose name ends in one of the types counts as a file: it is chosen, not
-/// opened. (A program's bundle is such a folder.)
+/// Lets the user choose one existing file. A folder with one of the types as its suffix, such as an application bundle,
+/// counts as a file: it is chosen, not opened.
 class OpenPanel : public QFileDialog
 {
     Q_OBJECT
@@ -24,14 +24,14 @@ public:
     struct Options
     {
         QString title;
-        QString filter;    ///< what the types are together, a format with one argument ("Applications (%@)")
-        QStringList types; ///< suffixes without a dot; empty: every file
-        QString folder;    ///< where it starts; empty: where the last panel was
+        QString filter;    ///< name of the types together, a format with one argument ("Applications (%@)")
+        QStringList types; ///< suffixes without a dot; empty for every file
+        QString folder;    ///< initial folder; empty for that of the last panel
     };
 
     OpenPanel(const Options &options, QWidget *window);
 
-    /// What was chosen; empty when nothing is.
+    /// The path of the chosen file; empty without a choice.
     [[nodiscard]] QString chosenPath() const { return selectedFiles().value(0); }
 
     void accept() override;
@@ -43,8 +43,8 @@ private:
     QStringList mTypes;
 };
 
-/// Chooses a name for a new file. The suffix is appended by exportPath(); the file that this gives is the one the user
-/// is asked about before it is replaced.
+/// Lets the user choose a name for a new file. exportPath() appends the suffix; before the panel replaces a file with
+/// the resulting name, it asks the user.
 class SavePanel : public QFileDialog
 {
     Q_OBJECT
@@ -53,15 +53,15 @@ public:
     struct Options
     {
         QString title;
-        QString filter; ///< what such files are, a format with one argument ("Profiles (%@)")
+        QString filter; ///< name of such files, a format with one argument ("Profiles (%@)")
         QString suffix; ///< without a dot
-        QString folder; ///< where it starts
-        QString name;   ///< proposed, without the suffix; what a file name cannot bear is replaced or cut off
+        QString folder; ///< initial folder
+        QString name;   ///< proposed, without the suffix; invalid characters are replaced, excess ones cut off
     };
 
     SavePanel(const Options &options, QWidget *window);
 
-    /// The path with the suffix; empty when nothing is chosen.
+    /// The path with the suffix; empty without a choice.
     [[nodiscard]] QString chosenPath() const;
 
     void accept() override;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A layout in rows that are broken where the next item would not fit, as words are; each row is centred. Main thread
-// only.
+// A layout that wraps items into rows as words are wrapped into lines; each row is centred. Main thread only.
 #pragma once
 
 #include <QLayout>
@@ -11,7 +10,7 @@
 class FlowLayout : public QLayout
 {
 public:
-    /// `gap` and `rowGap` are the distances of items in a row, and of rows, in logical pixels.
+    /// `gap` is the distance between the items of a row, `rowGap` that between rows, in logical pixels.
     FlowLayout(QWidget *parent, int gap, int rowGap);
     ~FlowLayout() override;
 
@@ -25,7 +24,7 @@ public:
     [[nodiscard]] int heightForWidth(int width) const override;
     /// All items in one row.
     [[nodiscard]] QSize sizeHint() const override;
-    /// The widest item alone, and one row.
+    /// The largest minimum width and the largest minimum height of the items.
     [[nodiscard]] QSize minimumSize() const override;
     void setGeometry(const QRect &area) override;
 

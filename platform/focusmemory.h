@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Gives the keyboard's focus back to what lost it by being disabled. Main thread only.
+// Restores the keyboard focus to a widget that lost it by being disabled. Main thread only.
 #pragma once
 
 #include <QPointer>
@@ -10,12 +10,12 @@
 class FocusMemory
 {
 public:
-    /// Runs `change`, which disables or enables widgets of `window`. When that takes the focus from the one that has
-    /// it, Qt moves it to another, which can be anything; once the first is enabled again by a later change, it gets it
-    /// back, unless the user has gone elsewhere meanwhile.
+    /// Runs `change`, which disables or enables widgets of `window`. When it disables the widget with the focus, Qt
+    /// moves the focus to an arbitrary other widget. Once a later change enables the first widget again, it regains the
+    /// focus, unless the user has moved it in the meantime.
     void change(QWidget *window, const std::function<void()> &change);
 
 private:
     QPointer<QWidget> mOwner;   ///< had the focus before it was disabled
-    QPointer<QWidget> mStandIn; ///< has had it since
+    QPointer<QWidget> mStandIn; ///< has had the focus since
 };

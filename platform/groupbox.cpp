@@ -9,7 +9,7 @@
 
 void GroupBox::paintEvent(QPaintEvent *event)
 {
-    constexpr int distance = 3; // of the frame from the contents
+    constexpr int distance = 3; // from the frame to the contents
     constexpr int frameAlpha = 45;
     constexpr qreal radius = 3;
     QStyleOptionGroupBox option;

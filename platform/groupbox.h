@@ -4,8 +4,9 @@
 
 #include <QGroupBox>
 
-/// Lies where the style's own lies, but draws its frame itself: the style's is a picture, whose loading brings in every
-/// plugin for image formats, which takes a twentieth of the program's start. For boxes without a check box.
+/// Has the geometry of the style's group box but draws the frame itself. The style's frame is a picture: loading it
+/// loads every plug-in for image formats, which takes a twentieth of the program's start-up time. For boxes without a
+/// check box.
 class GroupBox : public QGroupBox
 {
     Q_OBJECT

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype excerptBefore = 40; // letters around a word that was found
+constexpr qsizetype excerptBefore = 40; // characters around a match
 constexpr qsizetype excerptAfter = 80;
 
 /// Reads one page into `document`; false when it cannot be read.
@@ -27,7 +27,7 @@ bool readPage(const QString &path, QTextDocument &document)
     return true;
 }
 
-/// The files that the links of `document` lead to, in order.
+/// The files to which `document` links, in order.
 QStringList linkedFiles(const QTextDocument &document)
 {
     QStringList files;
@@ -45,7 +45,7 @@ QString excerptAround(const QString &text, qsizetype position)
 {
     qsizetype begin = std::max<qsizetype>(0, position - excerptBefore);
     qsizetype end = std::min(text.size(), position + excerptAfter);
-    // At whole words, where spaces divide them.
+    // Cuts at whole words where spaces separate words.
     const qsizetype spaceBefore = text.indexOf(u' ', begin);
     if (begin > 0 && spaceBefore >= 0 && spaceBefore < position)
         begin = spaceBefore + 1;
@@ -93,7 +93,7 @@ QStringList HelpBook::words(const QString &text)
 
 QRegularExpression HelpBook::beginningOf(const QString &word)
 {
-    // Chinese and Japanese are written without spaces: there a word may begin at each sign, and after each.
+    // Chinese and Japanese are written without spaces: a word may begin at and after each character.
     const QString unspaced = u"[\\p{Han}\\p{Hiragana}\\p{Katakana}ー]"_s;
     return QRegularExpression(
         u"(?:(?<![\\p{L}\\p{N}])|(?<=%1)|(?=%1))"_s.arg(unspaced) + QRegularExpression::escape(word),
@@ -126,13 +126,13 @@ QList<HelpBook::Hit> HelpBook::search(const QString &query) const
             count += int(page.text.count(word));
         const bool isInTitle =
             std::ranges::all_of(wanted, [&page](const QRegularExpression &word) { return page.title.contains(word); });
-        // What follows the heading, which says no more than the title does.
+        // Skips the heading, which only repeats the title.
         const QString body =
             page.text.startsWith(page.title) ? page.text.sliced(page.title.size()).trimmed() : page.text;
         const qsizetype position = std::max<qsizetype>(0, body.indexOf(wanted.first()));
         found += {{index, excerptAround(body, position)}, isInTitle, count};
     }
-    // Stable: pages that fit equally well stay in the order of the book.
+    // Stable: pages that match equally well keep the order of the book.
     std::ranges::stable_sort(found, [](const Found &a, const Found &b) {
         return a.isInTitle != b.isInTitle ? a.isInTitle : a.count > b.count;
     });

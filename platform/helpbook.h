@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pages of a help book: their titles, their order and where words stand in them. A value; main thread only.
+// The pages of a help book: their titles, their order and a search for words in them. A value; main thread only.
 #pragma once
 
 #include <QList>
@@ -13,32 +13,32 @@ public:
     struct Page
     {
         QString fileName; ///< in the book's folder
-        QString title;    ///< of the page; its file name where it has none
-        QString text;     ///< what there is to read, without marks, its white space reduced to single spaces
+        QString title;    ///< of the page; its file name if it has no title
+        QString text;     ///< plain text of the page, with its white space reduced to single spaces
     };
 
     struct Hit
     {
         qsizetype page = 0; ///< position in pages()
-        QString excerpt;    ///< the text around the first of the words
+        QString excerpt;    ///< the text around the first word of the query
     };
 
-    /// The page that a book opens at, and whose links tell the order of the others.
+    /// The page at which a book opens. Its links determine the order of the others.
     static constexpr QLatin1StringView firstPage{"index.html"};
 
     HelpBook() = default;
-    /// Reads the .html files of `folder`: the first page, those that it links to in their order, then the rest.
+    /// Reads the .html files in `folder`: the first page, the pages to which it links in that order, then the rest.
     explicit HelpBook(const QString &folder);
 
     [[nodiscard]] const QList<Page> &pages() const { return mPages; }
     /// Position of the page in `fileName`; -1 when there is none.
     [[nodiscard]] qsizetype indexOf(const QString &fileName) const;
 
-    /// The pages in which a word begins with each word of `query`, whatever the case of the letters: first those with
-    /// all of them in the title, then by how often they stand there. None for a query without words.
+    /// The pages that contain, for each word of `query`, a word that begins with it; case is ignored. Pages whose title
+    /// contains them all come first; otherwise pages with more matches come first. Empty for a query without words.
     [[nodiscard]] QList<Hit> search(const QString &query) const;
 
-    /// Matches `word` where a word begins so, whatever the case of the letters.
+    /// Matches `word` at the beginning of a word, ignoring case.
     [[nodiscard]] static QRegularExpression beginningOf(const QString &word);
 
     /// The words of `text`: runs of letters and digits.

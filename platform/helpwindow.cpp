@@ -26,18 +26,18 @@ namespace {
 constexpr QSize initialSize(900, 660);
 constexpr int listWidth = 240;
 constexpr int pageMargin = 18;
-constexpr int fileRole = Qt::UserRole; // of a list item: the page's file name; none for the line that says "nothing"
+constexpr int fileRole = Qt::UserRole; // of a list item: file name of the page; unset for "nothing found"
 
-// No colours but that of links: the page is drawn in those of the desktop, light or dark.
+// Pages use the desktop's colours, light or dark; styleFor() adds only that of links.
 const QString pageStyle = u"h1 { margin-top: 0px; margin-bottom: 10px; } h2 { margin-top: 18px; margin-bottom: 6px; } "
                           "p { margin-bottom: 8px; } li { margin-bottom: 5px; } td, th { padding: 3px 12px 3px 0px; } "
                           "th { text-align: left; }"_s;
 
-/// The desktop's colour of links. Where that can hardly be told from the page, as the dark blue that a dark desktop may
-/// leave to links, the same hue lighter or darker.
+/// The desktop's colour of links, made lighter or darker if it hardly contrasts with the page. A dark desktop may leave
+/// links dark blue.
 QColor linkColor(const QPalette &palette)
 {
-    constexpr int leastDifference = 100; // of 255, in the grey of the two
+    constexpr int leastDifference = 100; // between grey values from 0 to 255
     constexpr int lightOnDark = 200;
     constexpr int darkOnLight = 80;
     const QColor link = palette.color(QPalette::Active, QPalette::Link);
@@ -117,7 +117,7 @@ QWidget *HelpWindow::buildBody()
     mList->setWordWrap(true);
     mList->setFrameShape(QFrame::NoFrame);
     mList->setSpacing(2);
-    // Going through the list with the arrow keys shows each page at once.
+    // Moving through the list with the arrow keys shows each page at once.
     connect(mList, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem *item) { openItem(item); });
     connect(mList, &QListWidget::itemActivated, this, [this](const QListWidgetItem *item) {
         openItem(item);
@@ -129,7 +129,7 @@ QWidget *HelpWindow::buildBody()
     mBrowser->setOpenExternalLinks(true);
     mBrowser->document()->setDefaultStyleSheet(styleFor(palette()));
     mBrowser->document()->setDocumentMargin(pageMargin);
-    // Not sourceChanged(), at which the browser still tells the page before.
+    // During sourceChanged() the browser still reports the previous page.
     connect(mBrowser, &QTextBrowser::historyChanged, this, &HelpWindow::pageShown);
     connect(mBrowser, &QTextBrowser::backwardAvailable, mBack, &QWidget::setEnabled);
     connect(mBrowser, &QTextBrowser::forwardAvailable, mForward, &QWidget::setEnabled);
@@ -181,10 +181,10 @@ void HelpWindow::escape()
         mSearch->clear();
 }
 
-/// The results of `query`, or all pages where it is empty.
+/// Lists the results of `query`, or all pages if it is empty.
 void HelpWindow::list(const QString &query)
 {
-    const QSignalBlocker quiet(mList); // what is found is opened when the user goes there
+    const QSignalBlocker quiet(mList); // a result opens when the user moves to it
     mList->clear();
     const bool isSearch = !query.trimmed().isEmpty();
     mList->setAccessibleName(localizedText(isSearch ? "lkeyHelpResults" : "lkeyHelpContents"));
@@ -231,7 +231,7 @@ void HelpWindow::pageShown()
     markWords();
 }
 
-/// Marks the words that are searched for in the page.
+/// Highlights the words of the search in the page.
 void HelpWindow::markWords()
 {
     QList<QTextEdit::ExtraSelection> marks;
@@ -249,7 +249,7 @@ void HelpWindow::markWords()
 
 void HelpWindow::changeEvent(QEvent *event)
 {
-    // The colours of links are taken when a page is read.
+    // Link colours take effect when a page is loaded.
     if (event->type() == QEvent::PaletteChange && mBrowser)
         mBrowser->document()->setDefaultStyleSheet(styleFor(palette()));
     if (event->type() == QEvent::PaletteChange && mBrowser && !mBrowser->source().isEmpty()) {
@@ -267,7 +267,7 @@ bool HelpWindow::eventFilter(QObject *watched, QEvent *event)
         const int key = static_cast<QKeyEvent *>(event)->key();
         const bool goesToResults = key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
         if (goesToResults && mList->count() > 0) {
-            // A row is current where the page shown is in the list. The first result is the best one.
+            // A row is already current if the list contains the page shown. The first result is the best match.
             const bool opensTheBest = key != Qt::Key_Down && !mSearch->text().trimmed().isEmpty();
             if (opensTheBest || mList->currentRow() < 0)
                 mList->setCurrentRow(0);

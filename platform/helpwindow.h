@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The window of the help book: contents or search results at the left, the page at the right. Main thread only.
+// The window of the help book: contents or search results on the left, the page on the right. Main thread only.
 #pragma once
 
 #include "platform/helpbook.h"
@@ -12,17 +12,17 @@ class QListWidgetItem;
 class QTextBrowser;
 class QToolButton;
 
-/// Keys: Alt+Left and Alt+Right go back and forward, Alt+Home to the contents, Ctrl+F to the search; Down and Return in
-/// the search field go to the results; Escape ends the search, and closes the window where there is none.
+/// Keys: Alt+Left and Alt+Right go back and forward, Alt+Home goes to the contents, Ctrl+F to the search field. Down
+/// and Return in the search field go to the results. Escape ends the search; without a search it closes the window.
 class HelpWindow : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Shows the book in `folder`, at no page yet.
+    /// Shows the book in `folder` without opening a page.
     HelpWindow(const QString &title, const QString &folder, QWidget *parent = nullptr);
 
-    /// Shows the page in `fileName`, or the first page where there is no such page.
+    /// Shows the page in `fileName`, or the first page if that page does not exist.
     void gotoPage(const QString &fileName);
 
 protected:

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr qreal spansAtOnce = 80; // Qt divides the work from 96 on
+constexpr qreal spansAtOnce = 80; // Qt uses its thread pool from 96 on
 
 } // namespace
 

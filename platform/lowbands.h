@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Areas that are painted in strips, so that Qt paints them at once. Any thread.
+// Splits areas into strips that Qt paints without its thread pool. Any thread.
 #pragma once
 
 #include <QList>
@@ -9,12 +9,12 @@
 
 class QPainter;
 
-/// Qt hands what is blended or antialiased to a pool of threads as soon as it has about a hundred spans (runs of pixels
-/// in a line), and waiting for them takes longer than painting: of a frame around a window, most of the time. This cuts
-/// `area` into strips from top to bottom that stay below that, when what is painted has `spansPerLine` spans in each
-/// line of pixels, all shapes of one call together.
+/// Cuts `area`, from top to bottom, into strips that Qt paints without its thread pool. Qt hands blended or antialiased
+/// drawing to the pool from about a hundred spans (runs of pixels in a line) on. Waiting for the pool takes longer than
+/// painting; it takes most of the time for a frame around a window. `spansPerLine` is the number of spans in each line
+/// of pixels, for all shapes of one call together.
 [[nodiscard]] QList<QRect> lowBands(const QRect &area, qreal spansPerLine);
 
-/// Calls `paint` for each of these strips of `area`, with the painter clipped to it, and leaves no clip. `area` is in
-/// logical pixels, `spansPerLine` is for a line of the device's.
+/// Calls `paint` for each strip of `area`, with the painter clipped to the strip, and removes the clip afterwards.
+/// `area` is in logical pixels; `spansPerLine` refers to a line of device pixels.
 void paintInLowBands(QPainter &painter, const QRect &area, qreal spansPerLine, const std::function<void()> &paint);

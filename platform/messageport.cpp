@@ -15,7 +15,7 @@ const QString objectPath = u"/MessagePort"_s;
 const QString interfaceName = u"org.quillkestra.MessagePort"_s;
 const QString requestMethod = u"SendRequest"_s;
 
-constexpr int busAnswerLimitMs = 2000; // for the bus itself, which answers at once or is broken
+constexpr int busAnswerLimitMs = 2000; // for the bus itself, which answers at once unless it is broken
 
 QDBusMessage requestMessage(const QString &busName, qint32 messageIdentifier, const QByteArray &data)
 {
@@ -45,7 +45,7 @@ bool isOfBusName(QChar character)
 
 bool isMessagePortName(QStringView portName)
 {
-    constexpr qsizetype maximumBusNameLength = 255; // the bus's own bound
+    constexpr qsizetype maximumBusNameLength = 255; // the limit of the bus
     if (messagePortBusName({}).size() + portName.size() > maximumBusNameLength)
         return false;
     const QList<QStringView> elements = portName.split(u'.');
@@ -79,7 +79,7 @@ std::unique_ptr<LocalMessagePort> LocalMessagePort::create(const QString &name, 
 {
     std::unique_ptr<LocalMessagePort> port(
         new LocalMessagePort(messagePortBusName(name), std::move(callback), connection));
-    // The object first: as soon as the name is owned, messages may come.
+    // The object comes first: messages may arrive as soon as the name is owned.
     port->mHasObject = port->mConnection.registerObject(objectPath, port.get(), QDBusConnection::ExportScriptableSlots);
     port->mHasName = port->mHasObject && port->mConnection.registerService(port->mBusName);
     return port->mHasName ? std::move(port) : nullptr;
@@ -87,7 +87,7 @@ std::unique_ptr<LocalMessagePort> LocalMessagePort::create(const QString &name, 
 
 LocalMessagePort::~LocalMessagePort()
 {
-    // Only what is this port's: a port that was refused leaves alone the one that has its place.
+    // Unregisters only what belongs to this port. A port whose creation failed must not affect the existing one.
     if (mHasName)
         mConnection.unregisterService(mBusName);
     if (mHasObject)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Named message ports over the session bus: a port NAME is the bus name org.quillkestra.NAME with the object
-// /MessagePort, whose SendRequest(i messageIdentifier, ay data) -> (ay answer) takes one message.
+// Named message ports over the session bus. A port NAME is the bus name org.quillkestra.NAME with the object
+// /MessagePort, whose method SendRequest(i messageIdentifier, ay data) -> (ay answer) takes one message.
 #pragma once
 
 #include <QByteArray>
@@ -15,7 +15,7 @@
 #include <memory>
 #include <optional>
 
-/// A port of this process. Messages are delivered on the thread that the object lives in, which must run an event loop.
+/// A port of this process. Messages arrive on the thread of the object, which must run an event loop.
 class LocalMessagePort : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -33,12 +33,12 @@ public:
     using Callback =
         std::function<std::optional<QByteArray>(qint32 messageIdentifier, const std::optional<QByteArray> &data)>;
 
-    /// The same with the sender's name on the bus, which no other connection has.
+    /// Like Callback, with the unique name of the sender on the bus.
     using SenderCallback = std::function<std::optional<QByteArray>(const QString &sender, qint32 messageIdentifier,
                                                                    const std::optional<QByteArray> &data)>;
 
-    /// Null when the name is taken, when `connection` has a port already, or when there is no bus.
-    /// `connection` must stay open while the port lives.
+    /// Null when the name is taken, when `connection` already has a port, or when there is no bus. `connection` must
+    /// stay open while the port exists.
     [[nodiscard]] static std::unique_ptr<LocalMessagePort> create(const QString &name, Callback callback,
                                                                   const QDBusConnection &connection);
     [[nodiscard]] static std::unique_ptr<LocalMessagePort> create(const QString &name, SenderCallback callback,
@@ -64,21 +64,22 @@ class RemoteMessagePort
 public:
     enum class SendStatus { success, sendTimeout, receiveTimeout, isInvalid };
 
-    /// Asks the bus whether the name has an owner; absent if not, or if no port can have it. Never starts a service.
+    /// Asks the bus whether the name has an owner. Absent if it has none or is not a valid port name. Never starts a
+    /// service.
     [[nodiscard]] static std::optional<RemoteMessagePort> open(const QString &name);
 
-    /// A handle without asking the bus, for a caller that must not wait. What is sent to a port that does not exist is
-    /// lost. `name` is one that a port can have.
+    /// A handle obtained without asking the bus, for callers that must not wait. Messages to a port that does not exist
+    /// are lost. `name` must be a valid port name.
     [[nodiscard]] static RemoteMessagePort unchecked(const QString &name);
 
-    /// Sends one message and waits for its answer, at most `receiveTimeout` after it was sent. The bus takes a
-    /// message at once or not at all, so `sendTimeout` never passes. No data is an empty array. `meanwhile` is called
-    /// between sending and waiting.
+    /// Sends one message and waits for its answer until at most `receiveTimeout` after sending. The bus accepts a
+    /// message at once or not at all, so `sendTimeout` never expires. Pass an empty array for no data. `meanwhile` is
+    /// called between sending and waiting.
     SendStatus sendRequest(qint32 messageIdentifier, const QByteArray &data, std::chrono::milliseconds sendTimeout,
                            std::chrono::milliseconds receiveTimeout, QByteArray *answer = nullptr,
                            const std::function<void()> &meanwhile = {}) const;
 
-    /// Sends one message and does not wait for an answer.
+    /// Sends one message without waiting for an answer.
     void post(qint32 messageIdentifier, const QByteArray &data) const;
 
 private:
@@ -87,9 +88,9 @@ private:
     QString mBusName;
 };
 
-/// Whether a port can have this name: what the bus takes as the rest of a name, so letters, digits, "_" and "-" of
-/// ASCII in elements with "." between, none of them empty or beginning with a digit, and at most 255 characters with
-/// messagePortBusName()'s own. A bus library ends the process that asks it about any other name.
+/// Whether a port can have this name. The bus accepts ASCII letters, digits, "_" and "-" in elements separated by ".";
+/// an element is not empty and does not begin with a digit. The whole bus name (messagePortBusName()) has at most 255
+/// characters. A bus library ends a process that asks it about any other name.
 [[nodiscard]] bool isMessagePortName(QStringView portName);
 
 /// "org.quillkestra." + `portName`.

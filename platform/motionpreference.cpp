@@ -20,7 +20,7 @@ const QString portalInterface = u"org.freedesktop.portal.Settings"_s;
 constexpr auto interfaceGroup = "org.gnome.desktop.interface"_L1;
 constexpr auto animationsKey = "enable-animations"_L1; // boolean
 constexpr auto appearanceGroup = "org.freedesktop.appearance"_L1;
-constexpr auto reducedMotionKey = "reduced-motion"_L1; // 0 no preference, 1 less motion
+constexpr auto reducedMotionKey = "reduced-motion"_L1; // 0: no preference, 1: less motion
 
 } // namespace
 
@@ -65,7 +65,7 @@ void MotionPreference::settingChanged(const QString &group, const QString &key, 
 
 void MotionPreference::take(const QString &group, const QString &key, const QVariant &value)
 {
-    // A value of another type says nothing.
+    // Values of other types are ignored.
     if (group == interfaceGroup && key == animationsKey && value.typeId() == QMetaType::Bool)
         set(mAreAnimationsOn, value.toBool());
     else if (group == appearanceGroup && key == reducedMotionKey && value.typeId() == QMetaType::UInt)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whether the desktop lets pictures move, as its settings portal tells; allowed where there is none. Owned by what
-// moves. Main thread only.
+// Whether the desktop allows animations, according to its settings portal. Without a portal they are allowed. The
+// animated widget owns the object. Main thread only.
 #pragma once
 
 #include <QDBusConnection>
@@ -10,13 +10,13 @@
 
 class QDBusServiceWatcher;
 
-/// Asks without waiting: isMotionAllowed() is true until the portal has answered. Does not start the portal.
+/// Asks without waiting: isMotionAllowed() is true until the portal answers. Does not start the portal.
 class MotionPreference : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Asks on `connection`, which may be one without a bus.
+    /// Asks on `connection`, which may be disconnected.
     explicit MotionPreference(const QDBusConnection &connection, QObject *parent = nullptr);
 
     [[nodiscard]] bool isMotionAllowed() const { return mAreAnimationsOn && !mIsMotionReduced; }

@@ -18,7 +18,7 @@ namespace {
 
 constexpr char titleProperty[] = "title";
 
-/// `title` as a button or an item shows it: on one line, and without a tab, which would begin a column of shortcuts.
+/// `title` as a button or an item shows it: on one line, and without tabs, which would begin a column of shortcuts.
 QString shownTitle(const QString &title)
 {
     return visibleText(title, u' ');
@@ -57,7 +57,7 @@ int menuItemTag(const QAction *item)
 
 PopUpButton::PopUpButton(QWidget *parent) : QPushButton(parent), mMenu(new QMenu(this)), mGroup(new QActionGroup(this))
 {
-    // Not QPushButton::setMenu(): that opens the menu with an event loop of its own and blocks the caller.
+    // QPushButton::setMenu() would open the menu in a nested event loop and block the caller.
     connect(this, &QAbstractButton::pressed, this, &PopUpButton::openMenu);
     connect(mMenu, &QMenu::aboutToHide, this, [this] { setDown(false); });
     setAutoDefault(false);
@@ -96,7 +96,7 @@ void PopUpButton::addItemWithTitle(const QString &title, int tag)
 {
     QAction *item = addMenuItem(mMenu, title, tag);
     item->setCheckable(true);
-    // One of many: the selected item has a mark, the others have no empty box to tick.
+    // In an exclusive group, the selected item has a mark and the others have no empty box.
     mGroup->addAction(item);
     connect(item, &QAction::triggered, this, [this, item] { pick(item); });
     mItems.append(item);
@@ -124,11 +124,12 @@ void PopUpButton::setSubmenuAtIndex(int index, QMenu *submenu)
     if (submenu)
         submenu->setParent(mMenu, submenu->windowFlags());
     item->setMenu(submenu);
-    // The item goes on and off with its menu; the earlier one may have been off, with the button, when it went.
+    // Qt enables and disables an item with its menu. The previous menu may have been disabled, together with the
+    // button.
     item->setEnabled(!submenu || submenu->isEnabled());
     if (earlier) {
         earlier->hide();
-        earlier->deleteLater(); // it may be the one whose item is being handled right now
+        earlier->deleteLater(); // one of its items may be the one being handled
     }
 }
 
@@ -145,7 +146,7 @@ void PopUpButton::openMenu()
     setDown(true);
     mMenu->setMinimumWidth(width());
     mMenu->popup(mapToGlobal(rect().bottomLeft()));
-    // The arrow keys go on from here. An item with a submenu would open it at once.
+    // Arrow keys start from the active item. An item with a sub-menu would open it at once.
     if (QAction *item = itemAtIndex(mSelectedIndex); item && !item->menu())
         mMenu->setActiveAction(item);
 }
@@ -180,7 +181,7 @@ QSize PopUpButton::sizeHint() const
     option.editable = false;
     const QSize contents(widestTitle + metrics.averageCharWidth() * 2, metrics.height() + 2);
     const QSize hint = style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, this);
-    // A long name is cut off in the button, not the window widened for it; the menu shows it whole.
+    // The button cuts off a long name instead of widening the window; the menu shows the whole name.
     return {std::min(hint.width(), metrics.averageCharWidth() * 48), hint.height()};
 }
 

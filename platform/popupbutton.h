@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A pop-up button: a button that shows the title of its selected item and opens a menu of all of them. An item may
-// carry a sub-menu. Main thread only.
+// A pop-up button: it shows the title of its selected item and opens a menu of all items. An item may have a sub-menu.
+// Main thread only.
 #pragma once
 
 #include <QList>
@@ -10,10 +10,10 @@ class QAction;
 class QActionGroup;
 class QMenu;
 
-/// Selecting an item by selectItemAtIndex() is silent; an item picked by the user (or triggered through its QAction)
-/// becomes the selected one and is then announced by itemPicked(). An item of a sub-menu announces itself through its
-/// own QAction and leaves the selection as it is. Without items the selection is -1. Titles are kept unchanged and
-/// shown on one line (base/visibletext.h).
+/// selectItemAtIndex() emits no signal. An item that the user picks, or that its QAction triggers, becomes the selected
+/// one, and itemPicked() reports it. An item of a sub-menu is reported by its own QAction and leaves the selection
+/// unchanged. Without items the selection is -1. Titles are stored unchanged and shown on one line
+/// (base/visibletext.h).
 class PopUpButton : public QPushButton
 {
     Q_OBJECT
@@ -33,9 +33,9 @@ public:
     /// The first item added becomes the selected one.
     void addItemWithTitle(const QString &title, int tag = 0);
     void setItemTitleAtIndex(int index, const QString &title);
-    /// Takes ownership of `submenu` and deletes the item's earlier one.
+    /// Takes ownership of `submenu` and deletes the item's previous sub-menu.
     void setSubmenuAtIndex(int index, QMenu *submenu);
-    /// Silent. An index without an item is ignored.
+    /// Emits no signal. Ignores an index without an item.
     void selectItemAtIndex(int index);
     /// Shows the menu and returns at once.
     void openMenu();
@@ -62,7 +62,7 @@ private:
     QString mShownTitle;
 };
 
-/// Adds an item to `menu` that shows `title` on one line (base/visibletext.h); an ampersand is not a mnemonic.
+/// Adds an item to `menu` that shows `title` on one line (base/visibletext.h). An ampersand does not mark a mnemonic.
 QAction *addMenuItem(QMenu *menu, const QString &title, int tag);
 
 /// The title and the tag that addMenuItem() or a pop-up button gave to `item`.

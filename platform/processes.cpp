@@ -12,11 +12,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// An executable that was replaced while it runs, as an update does, is listed with this behind its path.
+// The kernel appends this to the path of an executable that was replaced while it runs, for example by an update.
 constexpr QLatin1StringView deletedSuffix{" (deleted)"};
-// Bytes of a name that the kernel keeps with a process.
+// Bytes of its name that the kernel keeps for a process.
 constexpr qsizetype keptNameBytes = 15;
-// The kernel reads no longer first line of a script.
+// The kernel reads at most this much of the first line of a script.
 constexpr qint64 maximumFirstLineBytes = 256;
 
 QByteArray content(const QString &path)
@@ -38,15 +38,15 @@ QString executableName(const QDir &processFolder)
     return target.section(u'/', -1);
 }
 
-/// Whether a link named `name` was started. The first argument has its whole name, but is the starter's choice; the
-/// kernel keeps the start of what it was given to start.
+/// Whether the process was started by a link named `name`. The first argument has the whole name, but the caller of
+/// exec chooses it. The kernel keeps the beginning of the name that was really started. Both must match.
 bool wasStartedByLink(const QDir &processFolder, const QByteArrayList &arguments, const QByteArray &name)
 {
     return fileName(arguments.constFirst()) == name
            && content(processFolder.filePath(u"comm"_s)) == name.left(keptNameBytes) + '\n';
 }
 
-/// Whether the process is an interpreter that was started by a script named `name`, whose first line has that
+/// Whether the process is an interpreter that runs a script named `name`. The first line of the script must have that
 /// interpreter and the options before the script.
 bool runsScript(const QDir &processFolder, const QByteArrayList &arguments, const QByteArray &name)
 {
@@ -82,12 +82,12 @@ bool isNamed(const QDir &processFolder, const QString &name)
 
 std::vector<qint64> Processes::idsOfAllNamed(const QString &name, const QString &procFolder)
 {
-    if (name.isEmpty()) // which is what processes without an executable, such as the kernel's, have
+    if (name.isEmpty()) // the name of processes without an executable, such as the kernel's
         return {};
     std::vector<qint64> ids;
     const QDir proc(procFolder);
     for (const QString &entry : proc.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        const qint64 id = entry.toLongLong(); // 0 for what is not a number; 0 and less are no processes but groups
+        const qint64 id = entry.toLongLong(); // 0 if not a number; 0 and below address groups
         if (id > 0 && isNamed(QDir(proc.filePath(entry)), name))
             ids.push_back(id);
     }
@@ -96,7 +96,7 @@ std::vector<qint64> Processes::idsOfAllNamed(const QString &name, const QString 
 
 void Processes::endAllNamed(const QString &name)
 {
-    // The kernel refuses to signal the processes that this user may not signal.
+    // The kernel rejects signals to processes that this user may not signal.
     for (const qint64 id : idsOfAllNamed(name))
         ::kill(pid_t(id), SIGTERM);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Ending other processes by name: the one place that does.
+// Ends other processes by name; no other code does.
 #pragma once
 
 #include <QString>
@@ -9,18 +9,18 @@
 
 namespace Processes {
 
-/// Ends (SIGTERM) every process named exactly `name` that this user may signal: the user's own in all sessions, for
-/// root those of all users. Errors are ignored.
+/// Sends SIGTERM to every process named exactly `name` that this user may signal: the user's own in all sessions, or
+/// those of all users for root. Ignores errors.
 void endAllNamed(const QString &name);
 
-/// The IDs of all processes named exactly `name`, of any user. A process is named like the file of its executable, like
-/// the link that it was started by, and like the script that an interpreter runs and whose first line names that
-/// interpreter. The name that the kernel keeps has no more than 15 characters, so that alone is never compared.
-/// `procFolder`: where the process file system is.
+/// The IDs of all processes named exactly `name`, of any user. A process has the name of its executable file, of the
+/// link that started it, and of the script that an interpreter runs if the script's first line names that interpreter.
+/// The kernel's own copy of a name is cut to 15 characters and therefore never compared alone. `procFolder` is the
+/// folder of the process file system.
 [[nodiscard]] std::vector<qint64> idsOfAllNamed(const QString &name,
                                                 const QString &procFolder = QStringLiteral("/proc"));
 
-/// What the program calls to end processes; endAllNamed() unless a test puts its own in place.
+/// The function with which the program ends processes: endAllNamed(), unless a test replaces it.
 using Ender = std::function<void(const QString &name)>;
 
 } // namespace Processes

@@ -11,7 +11,7 @@
 class QAction;
 class QMenu;
 
-/// One command of a menu: its number and the key of its title.
+/// One command of a menu: its number and the text key of its title.
 struct MenuCommand
 {
     int tag;
@@ -23,21 +23,21 @@ class PulldownButton : public QToolButton
     Q_OBJECT
 
 public:
-    /// An item's data() is its command's tag, its object name the key of its title.
+    /// data() of an item is the tag of its command; its object name is the text key of its title.
     using Handler = std::function<void(const QAction *item)>;
     using Validator = std::function<bool(const QAction *item)>;
 
     explicit PulldownButton(QWidget *parent = nullptr);
 
-    /// Shows `onImage`, and `offImage` while the button is disabled. Resource file names; read when the button is first
-    /// shown, since reading a picture loads the plug-ins for pictures.
+    /// Shows `onImage`, or `offImage` while the button is disabled. Both are names of resource files. They are read
+    /// when the button is first shown, because reading a picture loads the plug-ins for image formats.
     void setImages(const QString &onImage, const QString &offImage);
-    /// Replaces the menu. Each time it opens, `validator` says which commands can be chosen.
+    /// Replaces the menu. Each time it opens, `validator` decides which commands are enabled.
     void setCommands(const QList<MenuCommand> &commands, Handler handler, Validator validator);
 
-    /// The item of the command `tag`; nullptr if there is none. Its enabled state is as of the last opening.
+    /// The item of the command `tag`; nullptr if there is none. Its enabled state dates from the last opening.
     [[nodiscard]] QAction *itemWithTag(int tag) const;
-    /// Enables the items as opening the menu does.
+    /// Enables and disables the items as opening the menu does.
     void validateItems();
 
 protected:
@@ -54,5 +54,5 @@ private:
     QString mOffImage;
 };
 
-/// Fills `menu` with `commands` in their order; choosing one calls `handler`.
+/// Adds `commands` to `menu` in their order; choosing one calls `handler`.
 void addMenuCommands(QMenu *menu, const QList<MenuCommand> &commands, const PulldownButton::Handler &handler);

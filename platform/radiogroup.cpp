@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Drawn by the style, with an outline of its own where that of the style can hardly be seen.
+/// The style draws the button; this class adds an outline where that of the style is hardly visible.
 class RadioButton : public QRadioButton
 {
 public:

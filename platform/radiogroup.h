@@ -18,11 +18,11 @@ public:
     QRadioButton *addRow(const QString &title);
 
     [[nodiscard]] int selectedRow() const; ///< -1 for none
-    /// Selects `row`; emits nothing. A row that does not exist is ignored.
+    /// Selects `row` without emitting a signal. Ignores a row that does not exist.
     void selectRow(int row);
 
 Q_SIGNALS:
-    /// The user chose a row, perhaps the one already selected.
+    /// The user chose a row, possibly the one already selected.
     void rowClicked(int row);
 
 private:

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What a person does with the mouse or the keys.
+/// Whether `event` is input by the mouse or the keyboard.
 bool isInput(const QEvent &event)
 {
     switch (event.type()) {
@@ -91,7 +91,7 @@ void Sheet::moveToMiddle()
     move(parentWidget()->rect().center() - rect().center());
 }
 
-/// Whether `receiver` is a part of the window that a pane keeps input from.
+/// Whether `receiver` is a part of the window from which the pane keeps input.
 bool Sheet::isKeptFrom(const QObject *receiver) const
 {
     const auto *widget = qobject_cast<const QWidget *>(receiver);
@@ -106,13 +106,13 @@ bool Sheet::eventFilter(QObject *watched, QEvent *event)
         return QDialog::eventFilter(watched, event);
     if (isInside() && event->type() == QEvent::Resize && isVisible())
         moveToMiddle();
-    // At the start a window is placed after its sheet was.
+    // At start-up the window is placed after its sheet.
     if (!isInside() && event->type() == QEvent::Move && isVisible()) {
         const auto *moved = static_cast<QMoveEvent *>(event);
         move(pos() + moved->pos() - moved->oldPos());
     }
     if (event->type() == QEvent::Show && mIsWaitingForWindow) {
-        // From the event loop: the window is only about to be shown.
+        // Deferred to the event loop, because the window is only about to be shown.
         const auto show = [this] {
             if (std::exchange(mIsWaitingForWindow, false))
                 open();
@@ -153,7 +153,7 @@ void Sheet::reject()
 
 void Sheet::closeEvent(QCloseEvent *event)
 {
-    // Also how the program closes its windows when it quits, so this must not be refused for ever.
+    // Quitting the program also closes its windows in this way, so the event must not be refused for ever.
     if (!mCloseButton)
         return QDialog::closeEvent(event);
     event->accept();
@@ -165,14 +165,15 @@ void Sheet::paintEvent(QPaintEvent *event)
     QDialog::paintEvent(event);
     if (!isInside())
         return;
-    // Not the background that Qt fills: around an opaque pane, what is below is painted in pieces, which takes longer.
+    // The background that Qt fills would make the pane opaque. Around an opaque pane, Qt paints the window in pieces,
+    // which takes longer.
     QPainter painter(this);
     painter.setBrush(palette().color(QPalette::Window));
     painter.setPen(palette().color(QPalette::Dark));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-/// The keys that move the focus stay in a pane, as they do in a window.
+/// Keys that move the focus stay in a pane, as they do in a window.
 bool Sheet::focusNextPrevChild(bool next)
 {
     if (!isInside())

@@ -9,7 +9,7 @@
 
 class QAbstractButton;
 
-/// Main thread only. A sheet that is up when it is begun again is simply shown again.
+/// Main thread only. Beginning a sheet that is already up shows it again.
 class Sheet : public QDialog
 {
     Q_OBJECT
@@ -17,25 +17,25 @@ class Sheet : public QDialog
 public:
     using DidEnd = std::function<void(int returnCode)>;
 
-    /// Where a sheet is shown: as a window on its window, or as a pane in the middle of it, which is painted with it. A
+    /// The place of a sheet: a separate window on its window, or a pane in the middle of the window, painted with it. A
     /// pane keeps all clicks and keys from the rest of the window.
     enum class Place { ownWindow, insideWindow };
 
     explicit Sheet(QWidget *parent = nullptr, Place place = Place::ownWindow);
 
-    /// Shows the sheet on `window`, as soon as that is shown itself; `didEnd` runs once, when the sheet ends.
+    /// Shows the sheet on `window` as soon as the window is shown. `didEnd` runs once, when the sheet ends.
     void beginSheet(QWidget *window, DidEnd didEnd = {});
 
-    /// Ends the sheet with `returnCode` and hides it. Does nothing when it is not up.
+    /// Ends the sheet with `returnCode` and hides it. Does nothing when the sheet is not up.
     void endSheet(int returnCode = 0);
 
-    /// Takes the sheet off the screen; it has ended only after endSheet().
+    /// Hides the sheet without ending it; only endSheet() ends it.
     void orderOut();
 
     /// The button that Escape and the sheet's close button press. Without one they do nothing.
     void setCancelButton(QAbstractButton *button) { mCancelButton = button; }
 
-    /// The button that the sheet's close button presses, where Escape is to do nothing.
+    /// The button that the sheet's close button presses, for sheets on which Escape does nothing.
     void setCloseButton(QAbstractButton *button) { mCloseButton = button; }
 
     [[nodiscard]] bool isUp() const { return mIsUp; }
@@ -56,31 +56,31 @@ private:
     [[nodiscard]] bool isKeptFrom(const QObject *receiver) const;
 
     Place mPlace;
-    QPointer<QWidget> mFocusBefore; ///< of the window, while a pane is up
+    QPointer<QWidget> mFocusBefore; ///< focus of the window before a pane came up
     DidEnd mDidEnd;
     QAbstractButton *mCancelButton = nullptr;
     QAbstractButton *mCloseButton = nullptr;
     bool mIsUp = false;
-    bool mIsWaitingForWindow = false; ///< up, and to be shown with its window
+    bool mIsWaitingForWindow = false; ///< up, but not shown before its window
 };
 
-/// One or two buttons below a title and a description, with the desktop's warning picture.
+/// Texts of an alert: one or two buttons below a title and a description, with the desktop's warning icon.
 struct AlertTexts
 {
     QString title;
     QString description;
     QString defaultButton;
-    QString alternativeButton; ///< empty: the alert has one button
+    QString alternativeButton; ///< empty for an alert with one button
 };
 
-/// `name`, which may be of any length, as a part of an alert's title: on one line (base/visibletext.h), its middle left
-/// out where it is longer than usual names.
+/// `name`, of any length, for the title of an alert: on one line (base/visibletext.h), with the middle of an unusually
+/// long name left out.
 [[nodiscard]] QString nameInAlert(const QString &name);
 
 /// Return codes of an alert's buttons.
 inline constexpr int alertFirstButtonReturn = 1000;
 inline constexpr int alertSecondButtonReturn = 1001;
 
-/// Shows a warning alert as a sheet on `window` and returns at once; the alert deletes itself when dismissed.
-/// Its object name is "alert", its buttons' are "alertDefaultButton" and "alertAlternativeButton".
+/// Shows a warning alert as a sheet on `window` and returns at once; the alert deletes itself when dismissed. Its
+/// object name is "alert"; the names of its buttons are "alertDefaultButton" and "alertAlternativeButton".
 Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd = {});

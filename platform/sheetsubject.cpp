@@ -21,7 +21,7 @@ void SheetSubject::end()
 {
     if (!mDialog)
         return;
-    // Cleared first: what ends the dialog may lead here again.
+    // Cleared first: ending the dialog may call this function again.
     const QPointer<QDialog> dialog = std::exchange(mDialog, nullptr);
     if (auto *sheet = qobject_cast<Sheet *>(dialog)) {
         if (sheet->isUp())

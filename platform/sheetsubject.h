@@ -1,30 +1,30 @@
 // SPDX-License-Identifier: MIT
-// What the dialog that a tab has up is about, so that it goes when its answer would reach something else. Each tab's
-// controller owns one for each kind of thing that its dialogs are about. Main thread only.
+// Remembers the subject of a tab's dialog and ends the dialog when its answer would affect something else. A tab's
+// controller owns one for each kind of subject. Main thread only.
 #pragma once
 
 #include <QDialog>
 #include <QPointer>
 #include <QVariant>
 
-/// The commands go to what is selected when the user answers. The keyboard, another client or the application in front
-/// may have selected something else by then.
+/// The answer to a dialog applies to the selection at that time. By then the keyboard, another client or the
+/// application in front may have changed the selection.
 class SheetSubject
 {
 public:
-    /// The code that a dialog other than a Sheet finishes with when it was about something else: not OK nor Cancel.
+    /// The result of an outdated dialog that is not a Sheet: neither OK nor Cancel.
     static constexpr int outdatedReturn = 2;
 
-    /// `dialog`, which is up, is about `subject`; about nothing that is there already, where that is invalid. An
-    /// earlier one is forgotten.
+    /// Notes that `dialog`, which is up, is about `subject`, and forgets an earlier dialog. An invalid subject means
+    /// that the dialog is about nothing that already exists.
     void note(QDialog *dialog, const QVariant &subject = {});
 
-    /// To be called whenever what the answer would reach may have changed; `subject` is what that is now. Ends the
-    /// dialog if it is still up and about anything else: a Sheet, which an alert is too, by its cancel button, any
+    /// Call this whenever the thing that the answer would affect may have changed; `subject` is what it is now. Ends
+    /// the dialog if it is still up and about another subject: a Sheet (including an alert) by its cancel button, any
     /// other dialog with outdatedReturn.
     void endUnless(const QVariant &subject);
 
-    /// To be called when no answer can reach anything. Ends the dialog in the same way.
+    /// Call this when an answer can no longer affect anything. Ends the dialog in the same way.
     void end();
 
 private:

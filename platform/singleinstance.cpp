@@ -29,7 +29,8 @@ void SingleInstance::activateOther() const
         QDBusMessage::createMethodCall(mName, objectPath(), u"org.freedesktop.Application"_s, u"Activate"_s);
     message.setAutoStartService(false);
     message << QVariantMap();
-    // Waits for the bus to take it: the caller is about to end. The other instance may be busy for longer.
+    // Waits for the bus to accept the message, because the caller is about to end. The other instance may be busy for
+    // longer.
     constexpr int answerLimitMs = 1000;
     QDBusConnection::sessionBus().call(message, QDBus::Block, answerLimitMs);
 }

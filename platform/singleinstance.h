@@ -1,24 +1,25 @@
 // SPDX-License-Identifier: MIT
-// One instance of a program in a session: it owns a bus name; a second one asks it to come to the front.
+// Limits a program to one instance per session. The instance owns a bus name; a second one asks it to come to the
+// front.
 #pragma once
 
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
 
-/// Serves Activate(a{sv}) of org.freedesktop.Application at the object path made from the name. Main thread only.
+/// Serves Activate(a{sv}) of org.freedesktop.Application at the object path derived from the name. Main thread only.
 class SingleInstance : public QObject
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    /// Takes the bus name `name`. Without a session bus every instance is the only one.
+    /// Requests the bus name `name`. Without a session bus, each instance counts as the only one.
     explicit SingleInstance(const QString &name, QObject *parent = nullptr);
     ~SingleInstance() override;
 
     [[nodiscard]] bool isAnotherRunning() const { return mIsAnotherRunning; }
-    /// Asks the other instance to come to the front; waits at most a second for its answer.
+    /// Asks the other instance to come to the front and waits at most one second for its answer.
     void activateOther() const;
 
 public Q_SLOTS:

@@ -14,7 +14,7 @@ constexpr int stepMs = 80;
 Spinner::Spinner(QWidget *parent) : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    // Its place stays reserved, so that nothing moves when it appears.
+    // Reserves the place of the hidden spinner; otherwise other widgets would move when it appears.
     QSizePolicy policy = sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     setSizePolicy(policy);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A spinning progress indicator; it is seen only while it spins. Main thread only.
+// A spinning progress indicator, visible only while it spins. Main thread only.
 #pragma once
 
 #include <QBasicTimer>

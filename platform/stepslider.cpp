@@ -9,7 +9,7 @@ StepSlider::StepSlider(QWidget *parent) : QSlider(Qt::Horizontal, parent)
     setPageStep(1);
     setTickInterval(1);
     setTickPosition(QSlider::TicksBelow);
-    constexpr int lowest = 26; // below that the handle is cut off above the ticks
+    constexpr int lowest = 26; // less would cut off the handle above the ticks
     setMinimumHeight(lowest);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A horizontal slider of few steps: a click on the groove or on a tick goes to the step that is nearest, where the base
-// class would go one step towards it. Main thread only.
+// A horizontal slider with few steps. A click on the groove or a tick selects the nearest step; the base class would
+// move one step towards the click. Main thread only.
 #pragma once
 
 #include <QSlider>
@@ -13,8 +13,8 @@ class StepSlider : public QSlider
 public:
     explicit StepSlider(QWidget *parent = nullptr);
 
-    /// Lets go of a handle that the person is dragging, if so: the mouse moves nothing until it is pressed again. To be
-    /// called before the slider is disabled, which alone would only look like it.
+    /// Releases the handle if the user is dragging it. The mouse then moves nothing until it is pressed again. Call
+    /// this before disabling the slider, which alone would only appear to end the drag.
     void endDrag();
 
 protected:

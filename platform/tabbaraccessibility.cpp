@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// One tab, which is no object of its own.
+/// One tab, which does not have its own QObject.
 class AccessibleTab : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
@@ -82,7 +82,7 @@ private:
     int mIndex;
 };
 
-/// The tabs first, then the widgets inside the bar, with which it is scrolled.
+/// The children are the tabs, followed by the widgets in the bar that scroll it.
 class AccessibleTabBar : public QAccessibleWidget
 {
 public:
@@ -125,7 +125,7 @@ public:
 private:
     QTabBar *bar() const { return static_cast<QTabBar *>(object()); }
 
-    mutable QHash<int, QAccessible::Id> mTabs; // those that were asked for, by index
+    mutable QHash<int, QAccessible::Id> mTabs; // the requested ones, by index
 };
 
 QAccessibleInterface *interfaceOf(const QString &className, QObject *object)

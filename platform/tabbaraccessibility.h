@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What assistive tools are told of the tabs of a TabView. Used by TabView alone. Main thread only.
+// Describes the tabs of a TabView to assistive tools. Only TabView uses it. Main thread only.
 #pragma once
 
 namespace TabBarAccessibility {
 
-/// From now on the tab bars of every TabView tell which of their tabs is in front; those of Qt 6.4 tell it of none.
+/// Makes the tab bars of every TabView report which tab is in front. Those of Qt 6.4 do not report it.
 void install();
 
 } // namespace TabBarAccessibility

@@ -47,7 +47,7 @@ void TableCellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     cell.state &= ~QStyle::State_HasFocus;
     cell.state |= checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
     style->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &cell, painter, mView);
-    // On a dark base some styles draw an empty box in the colour of the base.
+    // On a dark base some styles draw an empty box in the base colour.
     const bool isSelected = cell.state.testFlag(QStyle::State_Selected);
     painter->setPen(
         IndicatorOutline::colorBeside(cell.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text)));
@@ -61,7 +61,7 @@ void TableCellDelegate::initStyleOption(QStyleOptionViewItem *option, const QMod
     const bool isSelected = option->state.testFlag(QStyle::State_Selected);
     if (option->icon.isNull() || !isSelected || option->state.testFlag(QStyle::State_Enabled))
         return;
-    // In a disabled table a selected row keeps its bright text; its picture would be dark.
+    // A selected row of a disabled table keeps its bright text, but its picture would be dark.
     QIcon icon;
     icon.addPixmap(option->icon.pixmap(option->decorationSize, mView->devicePixelRatioF(), QIcon::Selected),
                    QIcon::Disabled);
@@ -89,7 +89,7 @@ void TableCellDelegate::destroyEditor(QWidget *editor, const QModelIndex &index)
 
 void TableCellDelegate::setEditorData(QWidget *, const QModelIndex &) const
 {
-    // The editor got its text when it was made; fetching the table anew must not overwrite what the user types.
+    // The editor got its text when it was created; reloading the table must not overwrite what the user types.
 }
 
 void TableCellDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
@@ -101,7 +101,7 @@ void TableCellDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
 
 bool TableCellDelegate::eventFilter(QObject *editor, QEvent *event)
 {
-    // The base class would write the text, whatever the person does with the other window meanwhile.
+    // The base class would write the text, whatever the user does in the other window.
     if (event->type() == QEvent::FocusOut && static_cast<QFocusEvent *>(event)->reason() == Qt::ActiveWindowFocusReason)
         mView->abortEditing();
     return QStyledItemDelegate::eventFilter(editor, event);

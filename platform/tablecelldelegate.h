@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Draws the cells of a TableView and edits them in place. Owned and used by TableView alone.
+// Draws the cells of a TableView and edits them in place. Only TableView owns and uses it.
 #pragma once
 
 #include <QStyledItemDelegate>
@@ -13,7 +13,7 @@ class TableCellDelegate : public QStyledItemDelegate
 public:
     explicit TableCellDelegate(TableView *view);
 
-    /// Where the check box of a check-box cell of the rectangle `cell` is: its middle.
+    /// The rectangle of the check box, in the middle of the cell rectangle `cell`.
     [[nodiscard]] QRect checkBoxRect(const QRect &cell) const;
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;

@@ -26,7 +26,7 @@ constexpr std::chrono::milliseconds pauseInTyping(2000);
 
 bool isKeyEquivalent(const QKeyEvent *event)
 {
-    // Tab with modifiers moves the focus and is no command.
+    // Tab with modifiers moves the focus and does not count as a command.
     return (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) && event->key() != Qt::Key_Tab
            && event->key() != Qt::Key_Backtab;
 }
@@ -101,7 +101,7 @@ void TableView::noteNumberOfRowsChanged()
     const int selected = selectedRow();
     abortEditing();
     mModel->setRowCount(count);
-    // The base class moves the selection to a neighbour of a removed row; here it ends with its row.
+    // The base class moves the selection to a neighbour of a removed row; here the selection disappears with its row.
     if (selected >= count)
         clearSelection();
 }
@@ -144,7 +144,7 @@ void TableView::editColumnRow(int column, int row, bool selectText)
         abortEditing();
     if (!mEditor) {
         scrollTo(cell);
-        // Asks mayEdit(), as every other way to an editor does.
+        // Checks mayEdit(), like every other way to open an editor.
         if (!edit(cell, AllEditTriggers, nullptr) || !mEditor)
             return;
     }
@@ -186,14 +186,14 @@ void TableView::scrollRowToVisible(int row)
 
 void TableView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
 {
-    // Tab ends the edit; the base class would go on with the next cell and so select another row.
+    // Tab ends the edit. The base class would continue with the next cell and thus select another row.
     const bool movesOn = hint == QAbstractItemDelegate::EditNextItem || hint == QAbstractItemDelegate::EditPreviousItem;
     QTableView::closeEditor(editor, movesOn ? QAbstractItemDelegate::NoHint : hint);
 }
 
 bool TableView::eventFilter(QObject *watched, QEvent *event)
 {
-    // Installed while a cell is edited. Not every place in a window takes the focus with a click.
+    // Installed while a cell is edited, because a click does not move the focus everywhere in a window.
     if (mEditor && event->type() == QEvent::MouseButtonPress) {
         const auto *clicked = qobject_cast<QWidget *>(watched);
         if (clicked && clicked->window() == window() && clicked != mEditor && !mEditor->isAncestorOf(clicked))
@@ -217,7 +217,7 @@ void TableView::hideEvent(QHideEvent *event)
 
 void TableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    // The base class would write the edit into the row that it leaves. What the person does has written it by now.
+    // The base class would write the edit into the row that it leaves. Actions of the user have already written it.
     abortEditing();
     QTableView::currentChanged(current, previous);
 }
@@ -234,7 +234,7 @@ void TableView::selectionChanged(const QItemSelection &selected, const QItemSele
 
 void TableView::setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command)
 {
-    // For a key the base class selects twice.
+    // The base class selects twice for one key. The second time must not repeat a selection that was reverted.
     if (!mIsSelectionTakenBack)
         QTableView::setSelection(rect, command);
 }
@@ -268,7 +268,8 @@ bool TableView::event(QEvent *event)
     return QTableView::event(event);
 }
 
-/// Whether the key belongs to the text whose edit was discarded. It would select a row, open an editor or delete.
+/// Whether the key belongs to the text of a discarded edit. Any other handling of it would select a row, open an editor
+/// or delete.
 bool TableView::takesTypedOn(const QKeyEvent *key)
 {
     const bool isEnd = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter || key->key() == Qt::Key_Escape;
@@ -292,7 +293,7 @@ bool TableView::performKeyEquivalent(const QKeyEvent *)
 bool TableView::viewportEvent(QEvent *event)
 {
     if (event->type() == QEvent::MouseButtonPress && !isEnabled()) {
-        // A disabled widget gets no mouse events of its own; its menu still opens, and shows what there is.
+        // A disabled widget gets no mouse events, but its menu still opens to show its items.
         const auto *mouse = static_cast<QMouseEvent *>(event);
         if (mouse->button() == Qt::RightButton) {
             rightMouseDown(mouse->globalPosition().toPoint());
@@ -348,7 +349,7 @@ void TableView::paintEvent(QPaintEvent *event)
         return;
     constexpr int margin = 16;
     QPainter painter(viewport());
-    QColor color = palette().color(QPalette::Text); // not every palette has a colour of its own for this
+    QColor color = palette().color(QPalette::Text); // not every palette has a colour for placeholders
     color.setAlphaF(0.6f);
     painter.setPen(color);
     painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
@@ -384,10 +385,10 @@ bool TableView::takeEdit(const QLineEdit *editor)
 {
     if (editor != mEditor)
         return false;
-    // When the program has selected another row meanwhile, the text would reach that row's record.
+    // If the program has selected another row in the meantime, the text would reach that row's record.
     const bool isOfSelectedRow = mEditedIndex.isValid() && mEditedIndex.row() == selectedRow();
     const bool isWritten = isEnabled() && isOfSelectedRow && (!mIsEndingEditByCall || editor->isModified());
-    // Cleared first: writing may fetch the table anew or start another edit.
+    // Cleared first: writing may reload the table or start another edit.
     setEditor(nullptr);
     return isWritten;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A table whose rows come from a data source that is also told of edits and of selection changes, whoever made them.
+// A table whose data source provides the rows and receives edits and all selection changes, including those by calls.
 // The tab that shows it owns it. Main thread only.
 #pragma once
 
@@ -20,30 +20,30 @@ enum class TableCell { text, checkBox };
 
 struct TableColumn
 {
-    QString identifier; ///< what the data source is asked with
-    QString title;      ///< heading, and the accessible name of a check box in it
+    QString identifier; ///< names the column to the data source
+    QString title;      ///< heading, and accessible name of its check boxes
     TableCell cell = TableCell::text;
     bool isEditable = false;
     bool stretches = false;
     Qt::Alignment alignment = Qt::AlignLeading | Qt::AlignVCenter;
 };
 
-/// Where a table gets its rows, and whom it tells. One object may serve several tables.
+/// Provides the rows of a table and receives its changes. One object may serve several tables.
 class TableViewDataSource
 {
 public:
     virtual ~TableViewDataSource() = default;
 
     virtual int numberOfRowsInTableView(TableView *tableView) = 0;
-    /// A text or a number; for a check-box cell a number, 0 meaning off. A row may be out of date until reloadData():
-    /// answer an invalid value for one that is gone.
+    /// A text or a number; for a check-box cell a number, where 0 means off. Before reloadData(), the table may ask for
+    /// a row that no longer exists; return an invalid value for it.
     virtual QVariant tableViewObjectValueForTableColumnRow(TableView *tableView, const QString &column, int row) = 0;
-    /// An edit ended with a new text (QString), or a check box was clicked (int 0 or 1).
+    /// An edit ended with a new text (QString), or the user clicked a check box (int 0 or 1).
     virtual void tableViewSetObjectValueForTableColumnRow(TableView *tableView, const QVariant &value,
                                                           const QString &column, int row) = 0;
     /// The selection changed, by the user or by a call. selectedRow() is up to date.
     virtual void tableViewSelectionDidChange(TableView *tableView) = 0;
-    /// The cell to use at one place; absent means the column's own.
+    /// The kind of one cell; absent for that of the column.
     virtual std::optional<TableCell> tableViewDataCellForTableColumnRow(TableView *, const QString &, int)
     {
         return std::nullopt;
@@ -52,11 +52,10 @@ public:
     virtual QIcon tableViewImageForTableColumnRow(TableView *, const QString &, int) { return {}; }
 };
 
-/// Shows one selected row at most, and edits a text in that row alone. What the person does writes an open edit:
-/// Return, Tab, a click elsewhere in the window, and endEditing(), which a command of the person's calls first. Escape,
-/// whatever the program does with the table (fetching it anew, selecting, disabling, hiding, closing), and another
-/// window that comes to the front discard it. What is typed on then changes nothing, until Return, Escape, Tab, a click
-/// or a pause ends it.
+/// At most one row is selected, and only a text in that row can be edited. Actions of the user write an open edit:
+/// Return, Tab, a click elsewhere in the window, and commands, which first call endEditing(). Escape discards it, as do
+/// calls of the program (reloading, selecting, disabling, hiding, closing) and another window that comes to the front.
+/// Further typing then changes nothing until Return, Escape, Tab, a click or a pause ends it.
 class TableView : public QTableView
 {
     Q_OBJECT
@@ -65,33 +64,33 @@ public:
     explicit TableView(QWidget *parent = nullptr);
 
     void addColumn(const TableColumn &column);
-    /// Not owned; it must outlive the table or be taken away with nullptr.
+    /// The table does not own `source`, which must outlive the table or be removed with nullptr.
     void setDataSource(TableViewDataSource *source);
     /// Shown in the middle of the table while it has no rows.
     void setPlaceholderText(const QString &text);
     [[nodiscard]] QString placeholderText() const { return mPlaceholderText; }
-    /// Whether the user can click the selection away. Calls always can. True at first.
+    /// Whether the user can clear the selection by clicking; calls always can. True by default.
     void setAllowsEmptySelection(bool allows) { mAllowsEmptySelection = allows; }
 
-    /// Asks the data source, so it is right even before reloadData().
+    /// Asks the data source, so the number is correct even before reloadData().
     [[nodiscard]] int numberOfRows();
     [[nodiscard]] int selectedRow() const; ///< -1 for none
     [[nodiscard]] int editedRow() const;   ///< -1 for none
 
-    /// Fetches everything anew and discards an open edit. The selection stays where its row still exists; no
-    /// notification.
+    /// Fetches everything again and discards an open edit. The selection stays if its row still exists. Does not
+    /// notify.
     void reloadData();
-    /// Selects `row` and notifies if that changed anything, and discards an open edit. A row that does not exist or is
-    /// selected already is ignored. With one row at most selected, extending the selection replaces it.
+    /// Selects `row`, notifies the data source and discards an open edit. Ignores a row that does not exist or is
+    /// already selected. Extending the selection replaces it, because at most one row is selected.
     void selectRow(int row, bool extendingSelection = false);
-    /// Notifies if a row was selected. Discards an open edit.
+    /// Discards an open edit and notifies if a row was selected.
     void deselectAll();
-    /// Opens the text of a cell in the selected row for editing and makes it first responder. Asked for a row that is
-    /// not selected, or while the table is disabled, hidden or in a window that is not active, it opens none and
-    /// discards an open edit: what is written reaches the selected row's record, which would be another one. Does
-    /// nothing for a cell that does not exist or cannot be edited.
+    /// Opens the text of a cell in the selected row for editing and gives it the focus. In any other row, or while the
+    /// table is disabled, hidden or in an inactive window, it only discards an open edit: the written text would reach
+    /// the record of the selected row, which is a different one. Opens nothing for a cell that does not exist or cannot
+    /// be edited.
     void editColumnRow(int column, int row, bool selectText);
-    /// Ends an open edit, and writes it if the person changed the text.
+    /// Ends an open edit and writes it if the user changed the text.
     void endEditing();
     /// Ends an open edit without writing it.
     void abortEditing();
@@ -118,10 +117,12 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
-    /// A key combination with Control or Meta was pressed while the table has the focus. True consumes it.
+    /// Called when the user presses a key combination with Control or Meta while the table has the focus. Returning
+    /// true consumes it.
     virtual bool performKeyEquivalent(const QKeyEvent *event);
 
-    /// A right click at `globalPosition`, in a disabled table too, or the menu key. It never changes the selection.
+    /// Called for a right click at `globalPosition`, even in a disabled table, and for the menu key. Never changes the
+    /// selection.
     virtual void rightMouseDown(const QPoint &globalPosition);
 
 private:
@@ -133,9 +134,10 @@ private:
     void editingBegan(QLineEdit *editor, const QModelIndex &index);
     void editorDestroyed(const QWidget *editor);
     void setEditor(QLineEdit *editor);
-    /// A selection that the data source has taken back leaves the current cell, to which the keys go, behind.
+    /// Moves the current cell, which receives the keys, to the selected row. The cell stays behind when the data source
+    /// reverts a selection.
     void makeSelectedRowCurrent();
-    /// True once for each edit that is to be written.
+    /// True once for each edit that must be written.
     bool takeEdit(const QLineEdit *editor);
 
     TableViewModel *mModel = nullptr;
@@ -146,6 +148,6 @@ private:
     bool mAllowsEmptySelection = true;
     bool mNotifies = true;
     bool mIsEndingEditByCall = false;
-    bool mIsSelectionTakenBack = false; ///< by the data source, since the key or the button was pressed
-    QDeadlineTimer mTypedOn;            ///< until then what is typed belongs to an edit that was discarded
+    bool mIsSelectionTakenBack = false; ///< by the data source, since the last press of a key or button
+    QDeadlineTimer mTypedOn;            ///< until then, typing belongs to a discarded edit
 };

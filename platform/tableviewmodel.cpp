@@ -5,8 +5,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// `text` as it stands. A tool tip without a tag in it would show the escapes, and one that is not escaped the text's
-/// own tags as what they mean.
+/// A tool tip that shows `text` literally. Without the tag, it would show the escapes. Without the escapes, it would
+/// interpret tags in the text.
 QString toolTipOf(const QString &text)
 {
     return text.isEmpty() ? QString() : u"<span style=\"white-space: pre-wrap\">%1</span>"_s.arg(text.toHtmlEscaped());
@@ -60,7 +60,7 @@ QVariant TableViewModel::data(const QModelIndex &index, int role) const
         return image.isNull() ? QVariant() : QVariant(image);
     }
     case Qt::ToolTipRole:
-        // A narrow column cuts long names off.
+        // A narrow column cuts off long names.
         return isCheckBox ? QVariant() : QVariant(toolTipOf(objectValue(index).toString()));
     default: return {};
     }

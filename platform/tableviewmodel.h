@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The rows of a TableView, fetched from its data source when they are shown. Owned and used by TableView alone.
+// The rows of a TableView, fetched from its data source when they are shown. Only TableView owns and uses it.
 #pragma once
 
 #include "platform/tableview.h"
@@ -25,7 +25,7 @@ public:
     void setSource(TableViewDataSource *source);
     /// Adds or removes rows at the end.
     void setRowCount(int count);
-    /// Tells the view to fetch every cell again.
+    /// Makes the view fetch every cell again.
     void refetchAll();
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
 

@@ -20,11 +20,12 @@ TabView::TabView(QWidget *parent) : QTabWidget(parent)
     connect(this, &QTabWidget::currentChanged, this, &QWidget::updateGeometry);
     connect(this, &QTabWidget::currentChanged, this,
             [this](int index) { tellNoLongerInFront(std::exchange(mTabInFront, index)); });
-    // The base class places it before anything is seen. Without a size until then it would ask all pages for one.
+    // The base class resizes the stack before anything is visible. Without a size until then, the stack would ask all
+    // pages for theirs.
     findChild<QStackedWidget *>()->resize(size());
 }
 
-/// The tab that came to the front is told by the bar itself.
+/// Reports the tab that has left the front. The bar itself reports the tab that has come to it.
 void TabView::tellNoLongerInFront(int index)
 {
     if (!QAccessible::isActive() || index < 0 || index >= count())
@@ -63,7 +64,7 @@ bool TabView::event(QEvent *event)
     return QTabWidget::event(event);
 }
 
-/// The base class's painting, in strips.
+/// Paints like the base class, but in strips.
 void TabView::paintEvent(QPaintEvent *event)
 {
     constexpr int spansPerLine = 2; // of one outline

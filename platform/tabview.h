@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A tab view that asks only the page in front for sizes, is laid out again only when these have changed, and tells
-// assistive tools which tab is in front. Main thread only.
+// A tab view that asks only the page in front for sizes, repeats its layout only when these change, and reports the tab
+// in front to assistive tools. Main thread only.
 #pragma once
 
 #include <QTabWidget>
 
-/// QTabWidget asks all of its pages for their sizes, and more than once before the first of them is seen; a page that
-/// is not shown need not be laid out for that. A layout asks its parents to lay out again for every change in it, even
-/// one that changes no size, and QTabWidget answers by painting all of itself: the whole page for each new text of a
-/// label.
+/// QTabWidget asks all its pages for sizes more than once before the first is visible, which needlessly lays out hidden
+/// pages. It also repaints itself completely whenever a layout in it requests a new one. Layouts request one for every
+/// change, even without a change of size: each new text of a label would repaint the whole page.
 class TabView : public QTabWidget
 {
     Q_OBJECT
@@ -16,10 +15,10 @@ class TabView : public QTabWidget
 public:
     explicit TabView(QWidget *parent = nullptr);
 
-    /// What the title bar and the page in front ask for.
+    /// The size that the tab bar and the page in front need.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
-    /// None: a page is as high as the room that is left for it.
+    /// False: a page takes the height that is left for it.
     bool hasHeightForWidth() const override { return false; }
 
 protected:
@@ -27,7 +26,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// What its layout depends on, besides its own size.
+    /// The sizes on which the layout depends, besides that of the view.
     struct Sizes
     {
         QSize hint;

@@ -11,7 +11,8 @@
 
 namespace {
 
-// A signal handler may do next to nothing; it writes the signal's number into this pair, and the event loop reads it.
+// A signal handler may call only a few functions. This one writes the number of the signal into this pair, and the
+// event loop reads it.
 std::array<int, 2> signalSockets{-1, -1};
 
 constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};

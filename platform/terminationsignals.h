@@ -4,7 +4,8 @@
 
 #include <QObject>
 
-/// While it lives, each of the three emits terminationRequested() on the thread of this object. One instance a process.
+/// While the object exists, each of the three signals emits terminationRequested() on its thread. One instance per
+/// process.
 class TerminationSignals : public QObject
 {
     Q_OBJECT
