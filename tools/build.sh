@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# Configuring and building a preset, the same way everywhere. To be sourced from the repository root.
+# Configures and builds presets, the same way everywhere. Source it from the repository root.
 
-# kestra_logged LOG COMMAND...: what the command writes is shown only when it fails.
+# kestra_logged LOG COMMAND...: writes the command's output to the log, and shows the end of it only on failure.
 kestra_logged() {
     local log=$1
     shift
@@ -24,7 +24,7 @@ kestra_configure() {
     kestra_logged "build/$preset.log" cmake --preset "$preset" "$@"
 }
 
-# kestra_build PRESET [target...]: everything when no target is given.
+# kestra_build PRESET [target...]: builds everything when no target is given.
 kestra_build() {
     local preset=$1 options=()
     shift

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Writes resources/Kestra.plist, the factory settings, from the key table.
 
-Run it from anywhere after a change to keys/keytable.inc; with --check it only says whether the file is up to date.
+Run it from any folder after a change to keys/keytable.inc. With --check it only reports whether the file is up to date.
 """
 
 import pathlib
@@ -52,7 +52,7 @@ def factory_document():
 
 def main():
     text = plistlib.dumps(factory_document(), fmt=plistlib.FMT_XML, sort_keys=False)
-    text = re.sub(rb"<!DOCTYPE[^>]*>\n", b"", text)  # nobody is to look for a DTD on the network
+    text = re.sub(rb"<!DOCTYPE[^>]*>\n", b"", text)  # keeps readers from fetching a DTD from the network
     if "--check" in sys.argv[1:]:
         if OUTPUT.read_bytes() != text:
             sys.exit(f"{OUTPUT.relative_to(ROOT)} is not what {KEY_TABLE.relative_to(ROOT)} makes of it")

@@ -1,10 +1,11 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
-# The Debian and Ubuntu packages that ./run, ./test and the benchmarks need, and the function that installs the missing ones. To be sourced.
-# A row is "group package probe": the package counts as present when the command `probe` is found, or a file that the
-# pattern `probe` fits where it begins with "/", or, where the probe is "-", when dpkg says that it is installed.
-# "name|other" is one package under the names of several distributions; where apt knows none of them, it is left out,
-# and what needs it says so.
+# The Debian and Ubuntu packages that ./run, ./test and the benchmarks need, and the function that installs the missing
+# ones. Source this file.
+# A row is "group package probe". A package counts as present when the command `probe` exists. A probe that begins with
+# "/" is a pattern that a file must match instead. With the probe "-", dpkg must report the package as installed.
+# "name|other" is one package under its names in several distributions. If apt knows none of them, the package is left
+# out, and the part that needs it reports so.
 
 kestra_packages='
 build   g++             g++
@@ -52,14 +53,14 @@ kestra_is_present() { # package probe
         /*) compgen -G "$2" >/dev/null; return ;;
         *) command -v "$2" >/dev/null; return ;;
     esac
-    # On newer systems a library may be installed under its name for 64-bit times. dpkg-query fails when one of the two
-    # names is unknown, which is usual and says nothing.
+    # On newer systems a library may have its name for 64-bit times. dpkg-query fails when one of the two names is
+    # unknown, which is usual and harmless.
     local states
     states=$(dpkg-query -W -f '${Status}\n' "$1" "$1t64" 2>/dev/null || true)
     [[ $states == *"install ok installed"* ]]
 }
 
-# The first of the names in "name|other" that apt knows; says so and prints none when it knows none.
+# Prints the first name in "name|other" that apt knows. If apt knows none, prints only a message on standard error.
 kestra_known_name() { # package
     local name
     for name in ${1//|/ }; do
@@ -71,7 +72,7 @@ kestra_known_name() { # package
     echo "There is no package ${1//|/ or } here; what needs it is left out." >&2
 }
 
-# kestra_require GROUP...: makes sure that every package of the groups is there; says what it installs before it does.
+# kestra_require GROUP...: installs the missing packages of the groups, and names them before it does.
 kestra_require() {
     local group package probe missing=()
     while read -r group package probe; do

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# On a session bus: the daemon if none answers (kept running for as long as the configurator is), then the configurator.
+# On a session bus, starts the daemon if none answers, then the configurator. A daemon started here is kept running for
+# as long as the configurator runs.
 # Usage: session.sh FOLDER_OF_THE_EXECUTABLES
 set -euo pipefail
 

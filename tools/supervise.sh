@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Keeps a program running: starts it again whenever it ends, until this script is ended with SIGTERM. A program that
-# ends at once five times in a row is given up. Usage: supervise.sh PIDFILE PROGRAM [ARGUMENT...]
+# Keeps a program running: restarts it whenever it ends, until SIGTERM ends this script. Gives up when the program ends
+# at once five times in a row. Usage: supervise.sh PIDFILE PROGRAM [ARGUMENT...]
 set -uo pipefail
 
 pid_file=$1

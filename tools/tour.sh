@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# The guided tour: the main job step by step on a virtual display, with a session bus, settings and resources of its own.
-# Every step says what the daemon or the window answered; a wrong answer ends the tour with exit code 1.
+# The guided tour: performs the main task step by step on a virtual display, with a session bus, settings and resources
+# of its own. Each step shows the answer of the daemon or the window; a wrong answer ends the tour with exit code 1.
 # Usage: tour.sh FOLDER_OF_THE_EXECUTABLES FOLDER_FOR_THE_SCREENSHOTS
 set -euo pipefail
 
@@ -11,7 +11,7 @@ if [ -z "${KESTRA_TOUR_FOLDER:-}" ]; then
     export KESTRA_TOUR_FOLDER
     trap 'rm -rf "$KESTRA_TOUR_FOLDER"' EXIT
     mkdir -p "$2"
-    # The settings of whoever takes the tour are not touched.
+    # Leaves the settings of the user unchanged.
     export HOME=$KESTRA_TOUR_FOLDER/home
     export XDG_STATE_HOME=$HOME/state XDG_DATA_HOME=$HOME/data XDG_CONFIG_HOME=$HOME/config XDG_CACHE_HOME=$HOME/cache
     export XDG_RUNTIME_DIR=$KESTRA_TOUR_FOLDER/runtime
@@ -34,7 +34,7 @@ step_number=0
 
 finish() {
     local status=$? pid
-    # Backwards, so that what others depend on goes last.
+    # Ends them in reverse order, because later processes depend on earlier ones.
     for ((index = ${#started[@]} - 1; index >= 0; index--)); do
         pid=${started[index]}
         kill -TERM "$pid" 2>/dev/null || true
@@ -69,7 +69,7 @@ wait_until() {
 }
 
 picture() {
-    # The display is larger than the window; what is black around it is cut away.
+    # The display is larger than the window; the black border is cut off.
     import -window root png:- | convert - -bordercolor black -border 1 -trim +repage "$pictures/$1.png"
     say "screenshot: $1.png"
 }
@@ -77,12 +77,12 @@ picture() {
 answers() { "$bin/kestractl" status >/dev/null 2>&1; }
 key_a() { "$bin/kestractl" key A 2>&1; }
 key_a_is() { [ "$(key_a)" = "A: $1" ]; }
-expect_key_a() { # what it should do
+expect_key_a() { # expected assignment
     wait_until 10 key_a_is "$1" || fail "kestractl key A says \"$(key_a)\", not \"A: $1\""
     say "kestractl key A: $(key_a)"
 }
 
-# control NAME: "x y width height states description"
+# control NAME: prints "x y width height states description".
 control() { "$bin/kestra-find-control" "$configurator" "$1"; }
 is_showing() { control "$1" >/dev/null; }
 click() { # name
@@ -96,7 +96,7 @@ click() { # name
     say "clicked \"$1\" at $x,$y"
 }
 
-# The window says of the control what its description is, and that it is in the state.
+# Whether the window shows the control with this description and in this state.
 shows() { # name state description
     local states description
     read -r _ _ _ _ states description < <(control "$1")

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The two interfaces that a desktop's accessibility service offers under the name org.a11y.Bus, so that the guided tour
-// needs no desktop: programs are asked to describe their controls, and to do so on the session bus itself.
+// The two interfaces that a desktop's accessibility service offers under the name org.a11y.Bus. They ask programs to
+// describe their controls on the session bus itself; the guided tour therefore needs no desktop.
 #pragma once
 
 #include <QDBusAbstractAdaptor>

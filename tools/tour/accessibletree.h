@@ -14,7 +14,7 @@ struct AccessibleControl
     QString name;
     QString description;
     QString role;
-    QStringList states; ///< the states that matter here: "enabled", "showing", "checked", "focused", "selected"
+    QStringList states; ///< those that apply of "checked", "enabled", "focused", "selected", "sensitive", "showing"
     QRect screenRect;
 };
 
@@ -22,7 +22,7 @@ struct AccessibleControl
 class AccessibleTree
 {
 public:
-    /// Finds the program with the process number `pid` on `connection`.
+    /// Finds the program with the process ID `pid` on `connection`.
     AccessibleTree(const QDBusConnection &connection, uint pid);
 
     [[nodiscard]] bool isPresent() const { return !mService.isEmpty(); }

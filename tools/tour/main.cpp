@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Says where a control of another program is on the screen: kestra-find-control PID [NAME]
-// Prints "x y width height states description" of the first control with the name that is no label (x, y: its
-// centre); without a name it lists every control.
-// kestra-find-control --serve asks the programs that start later to describe their controls, until it is ended.
+// Locates a control of another program on the screen: kestra-find-control PID [NAME]
+// Prints "x y width height states description" of the first control with the name that is not a label (x, y: its
+// centre). Without a name it lists every control.
+// kestra-find-control --serve asks programs that start later to describe their controls, until it is ended.
 #include "tools/tour/accessibilitybus.h"
 #include "tools/tour/accessibletree.h"
 
