@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# How every library, executable and test of the project is declared, so that flags live in one place.
+# Declares every library, executable and test of the project, to keep their flags in one place.
 
 add_library(kestra_flags INTERFACE)
 target_compile_definitions(kestra_flags INTERFACE
@@ -22,12 +22,13 @@ if(KESTRA_SANITIZERS)
   add_link_options(-fsanitize=${KESTRA_SANITIZERS})
 endif()
 
-# Headers that nearly every file of a kind reads are compiled once and shared: reading Qt's costs a file more time than
-# its own code. KESTRA_PRECOMPILE=OFF builds every file with what it includes itself, so that a missing include is
-# found; the preset tsan does so.
+# Headers that nearly every file of a kind includes are compiled once and shared. Reading Qt's headers takes longer than
+# compiling a file's own code. KESTRA_PRECOMPILE=OFF builds every file with only its own includes and thus finds missing
+# ones; the preset tsan does so.
 option(KESTRA_PRECOMPILE "Share precompiled Qt headers between the targets" ON)
 
-# kestra_shared_headers(NAME LINK library... HEADERS header...): the target that holds a set of precompiled headers.
+# kestra_shared_headers(NAME LINK library... HEADERS header...): declares the target that holds a set of precompiled
+# headers.
 function(kestra_shared_headers name)
   cmake_parse_arguments(ARG "" "" "LINK;HEADERS" ${ARGN})
   if(NOT KESTRA_PRECOMPILE)
@@ -43,7 +44,7 @@ kestra_shared_headers(kestra_headers_bus LINK Qt6::DBus HEADERS <QtCore/QtCore> 
 kestra_shared_headers(kestra_headers_widgets LINK Qt6::DBus Qt6::Widgets
   HEADERS <QtCore/QtCore> <QtDBus/QtDBus> <QtWidgets/QtWidgets>)
 
-# Whether `target` links `library`, itself or through what it links.
+# Sets `result` to whether `target` links `library`, directly or indirectly.
 function(kestra_links target library result)
   get_target_property(linked ${target} LINK_LIBRARIES)
   get_target_property(passed_on ${target} INTERFACE_LINK_LIBRARIES)
@@ -63,14 +64,15 @@ function(kestra_links target library result)
   endforeach()
 endfunction()
 
-# Gives `target` the shared headers `prefix`_widgets or `prefix`_bus, by what it links; none where it links neither.
+# Gives `target` the shared headers `prefix`_widgets or `prefix`_bus, depending on what it links; none if it links
+# neither.
 function(kestra_use_shared_headers target prefix)
   foreach(kind "widgets;Qt6::Widgets" "bus;Qt6::DBus")
     list(GET kind 0 name)
     list(GET kind 1 library)
     kestra_links(${target} ${library} is_linked)
     if(is_linked AND TARGET ${prefix}_${name})
-      # The compiler takes precompiled headers only with the definitions that they were made with.
+      # The compiler accepts precompiled headers only with the definitions with which they were made.
       target_link_libraries(${target} PRIVATE Qt6::DBus)
       target_precompile_headers(${target} REUSE_FROM ${prefix}_${name})
       return()

@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: MIT
-# How tests are declared. The tests of a folder are one program, because linking and preparing a program costs more than
-# most tests; ctest lists and runs each of them by its name, in a process of its own.
+# Declares tests. The tests of a folder are one program, because linking and preparing a program takes longer than most
+# tests. ctest lists and runs each by name in a separate process.
 
-# The code of tests is compiled without optimization: QTest's macros expand to so much of it that optimizing costs more
-# than it saves. What is tested is optimized as everywhere.
+# Test code is compiled without optimization: QTest's macros expand to so much code that optimizing costs more than it
+# saves. The code under test is optimized as usual.
 add_library(kestra_test_flags INTERFACE)
 target_link_libraries(kestra_test_flags INTERFACE kestra_flags Qt6::Test)
-# Qt's definitions of the folder of a test, which no test reads, would forbid sharing precompiled headers.
+# Qt's definitions of a test's folders would prevent sharing precompiled headers; no test reads them.
 target_compile_options(kestra_test_flags INTERFACE -O0 -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
 
 kestra_shared_headers(kestra_test_headers_bus LINK kestra_test_flags Qt6::DBus
@@ -14,12 +14,12 @@ kestra_shared_headers(kestra_test_headers_bus LINK kestra_test_flags Qt6::DBus
 kestra_shared_headers(kestra_test_headers_widgets LINK kestra_test_flags Qt6::DBus Qt6::Widgets
   HEADERS <QtCore/QtCore> <QtDBus/QtDBus> <QtWidgets/QtWidgets> <QtTest/QtTest>)
 
-# Runs what follows on a session bus of its own, which starts none of this machine's services.
+# Runs the following command on a private session bus, which starts none of this machine's services.
 set(KESTRA_TEST_BUS dbus-run-session --config-file=${PROJECT_SOURCE_DIR}/tests/session.conf --)
 
-# kestra_add_test(NAME [BUS] [LABELS label...] [TIMEOUT seconds] COMMAND word...): one test of ctest, with the
-# environment that all have. Widgets are drawn offscreen. A configurator that a test starts ends no daemon
-# (KESTRA_SPARE_DAEMONS): there may be others than the test's.
+# kestra_add_test(NAME [BUS] [LABELS label...] [TIMEOUT seconds] COMMAND word...): adds one test to ctest, with the
+# common environment. Widgets are drawn offscreen. A configurator that a test starts ends no daemon
+# (KESTRA_SPARE_DAEMONS), because other daemons than the test's may run.
 function(kestra_add_test name)
   cmake_parse_arguments(ARG "BUS" "TIMEOUT" "LABELS;COMMAND" ${ARGN})
   if(ARG_BUS)
@@ -48,8 +48,9 @@ endfunction()
 
 # kestra_tests(NAME TESTS test... [BUS_TESTS test...] [SOURCES file...] LINK library... [NEEDS target...]
 #              [LABELS label...] [TIMEOUT seconds])
-# The program NAME with the tests test.cpp, which may be in a folder below, and what they share, SOURCES. BUS_TESTS have
-# a private session bus each. NEEDS: what must be built for them to run. Each test is a target, too.
+# Declares the program NAME with the tests test.cpp, which may be in a subfolder, and the SOURCES that they share. Each
+# of the BUS_TESTS has a private session bus. NEEDS lists the targets that must be built before the tests run. Each test
+# is also a target.
 function(kestra_tests name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "TESTS;BUS_TESTS;SOURCES;LINK;NEEDS;LABELS" ${ARGN})
   foreach(path IN LISTS ARG_TESTS ARG_BUS_TESTS)
@@ -74,8 +75,8 @@ function(kestra_tests name)
 endfunction()
 
 # kestra_test(NAME [SOURCES file...] LINK library... [NEEDS target...] [BUS] [LABELS label...] [TIMEOUT seconds])
-# The test NAME.cpp as a program of its own: for those that run under ThreadSanitizer (label link), that start
-# themselves again, or that replace functions of the C library.
+# Declares the test NAME.cpp as a separate program. This is for tests that run under ThreadSanitizer (label link),
+# restart themselves, or replace functions of the C library.
 function(kestra_test name)
   cmake_parse_arguments(ARG "BUS" "TIMEOUT" "SOURCES;LINK;NEEDS;LABELS" ${ARGN})
   kestra_test_executable(${name} SOURCES ${name}.cpp ${ARG_SOURCES} LINK ${ARG_LINK} NEEDS ${ARG_NEEDS})
