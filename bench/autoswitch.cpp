@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How long it takes from a window's getting the focus until clients are told of the profile, on desktops without a
-// screen and with the real daemon. Run it on a bus of its own:
+// The time from the moment a window receives the focus until the daemon notifies clients of the profile, on desktops
+// without a screen and with the real daemon. Run it on a private bus:
 //   KESTRA_BIN_DIR=build/release/bin dbus-run-session -- build/release/bin/bench_autoswitch
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/daemonprocessfixture.h"
@@ -23,7 +23,7 @@ constexpr int rounds = 100;
 struct Times
 {
     QList<double> toldMs;    // from the start of the request that moves the focus to the notification
-    QList<double> requestMs; // what that request takes by itself
+    QList<double> requestMs; // duration of that request alone
 };
 
 double median(QList<double> values)
@@ -32,7 +32,7 @@ double median(QList<double> values)
     return values.at(values.size() / 2);
 }
 
-/// Absent when the desktop or the daemon does not come up.
+/// Absent when the desktop or the daemon does not start.
 std::optional<Times> measure(TestDesktop &desktop)
 {
     DaemonProcessFixture daemon;

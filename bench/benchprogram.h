@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program as it runs, for benchmarks: the real window, and the real daemon on state of its own. Needs a
-// QApplication and a session bus of the benchmark's own. Main thread only.
+// The real window and the real daemon for benchmarks; the daemon has a private state folder. Needs a QApplication and a
+// private session bus. Main thread only.
 #pragma once
 
 #include "app/keyboardmaincontroller.h"
@@ -21,7 +21,7 @@ private:
     QProcess mProcess;
 };
 
-/// The window, shown, with that daemon's document in it.
+/// The window, shown, with the document of that daemon in it.
 struct BenchProgram
 {
     explicit BenchProgram(const QVariantMap &document);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Reads and writes a full settings document with the codec of base and with libplist, side by side, and prints how
-// many times as fast the codec is. Both read the same bytes into their own tree and free it again; libplist's tree
-// would still have to be converted before the program could use it.
+// Compares the codec of base/ with libplist: both read and write a full settings document. Prints how many times as
+// fast the codec is. Both read the same bytes into their own tree and free it again. The program could use libplist's
+// tree only after converting it.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "tests/support/fulldocument.h"
@@ -22,7 +22,7 @@ const QByteArray &documentBytes()
     return bytes;
 }
 
-/// The same document with a different second argument in every key's entry, so that no two profiles have a like one.
+/// The same document with a different second argument in every key's entry, which makes all entries differ.
 QVariantMap dissimilarDocument()
 {
     QVariantMap document = fullDocument();
@@ -67,7 +67,7 @@ void readWithLibplist(benchmark::State &state, const QByteArray &bytes)
     state.SetBytesProcessed(state.iterations() * bytes.size());
 }
 
-/// A document as it was read, which shares its equal strings.
+/// Writes a document that was read, in which equal strings are shared.
 void writeReadDocumentWithCodec(benchmark::State &state)
 {
     const QVariant root = PropertyList::read(documentBytes()).value();
@@ -76,7 +76,7 @@ void writeReadDocumentWithCodec(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * documentBytes().size());
 }
 
-/// A document as the program built it, in which every key is a string of its own.
+/// Writes a document that the program built, in which every key is a separate string.
 void writeBuiltDocumentWithCodec(benchmark::State &state)
 {
     const QVariant root = fullDocument();
@@ -108,7 +108,7 @@ BENCHMARK(writeReadDocumentWithCodec)->Unit(benchmark::kMicrosecond);
 BENCHMARK(writeBuiltDocumentWithCodec)->Unit(benchmark::kMicrosecond);
 BENCHMARK(writeWithLibplist)->Unit(benchmark::kMicrosecond);
 
-/// Prints as usual and remembers each benchmark's time (the median where there are repetitions).
+/// Prints as usual and remembers the time of each benchmark (the median of repetitions).
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The floor of the start-up measurement: a window with as many buttons as the keyboard has keys, and nothing else.
-// Says "ready" on its standard output when the display has its first picture, as the configurator does for startup.py.
+// The lower bound of the start-up measurement: a window with only as many buttons as the keyboard has keys. Prints
+// "ready" when the display has its first picture, as the configurator does for startup.py.
 #include <QApplication>
 #include <QGridLayout>
 #include <QPushButton>
@@ -30,8 +30,8 @@ protected:
         if (mSaidReady)
             return;
         mSaidReady = true;
-        // The children are painted after their parent, so the line waits for this paint to end, and then for the
-        // display to have got it.
+        // Children are painted after their parent. The line therefore waits for this paint to end, and then for the
+        // display to receive it.
         QTimer::singleShot(0, this, [] {
             QGuiApplication::sync();
             std::fputs("ready\n", stdout);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What one event of the keyboard costs in the key engine, with a full profile: every key of the layout pressed and
-// released, alone and while four others are held. Also what a change of the profile costs. The last line is the answer:
-// the average time of one event, and the memory allocations it made.
+// The cost of one keyboard event in the key engine with a full profile: every key of the layout is pressed and
+// released, alone and while four others are held. Also the cost of a change of the profile. The last line is the
+// result: the average time of one event and its memory allocations.
 #include "daemon/engine/keyengine.h"
 #include "keys/keylayout.h"
 #include "macros/macrorecord.h"
@@ -20,7 +20,7 @@ std::atomic<std::size_t> allocations = 0;
 
 } // namespace
 
-// Counts every allocation of the process; Qt's containers allocate by malloc, which glibc lets a program wrap.
+// Counts every allocation of the process. Qt's containers allocate by malloc, which glibc lets a program wrap.
 extern "C" void *__libc_malloc(std::size_t size);
 extern "C" void *malloc(std::size_t size)
 {
@@ -68,7 +68,7 @@ void pressAndReleaseEveryKey(benchmark::State &state)
     state.counters["allocations/event"] = allocationsPerEvent;
 }
 
-/// What a profile switch or a new mapping adds to its change of the document.
+/// The cost that a profile switch or a new mapping adds to its change of the document.
 void compileProfile(benchmark::State &state)
 {
     const QVariantMap profile = fullProfile(QStringLiteral("Full"));
@@ -80,7 +80,7 @@ void compileProfile(benchmark::State &state)
         benchmark::Counter(double(allocations - allocationsBefore), benchmark::Counter::kAvgIterations);
 }
 
-/// An event of a macro, while five of the longest macros play.
+/// One event of a macro while five of the longest macros play.
 void playEvents(benchmark::State &state)
 {
     constexpr int playing = 5;

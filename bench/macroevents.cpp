@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A macro of as many events as one may have, as the user feels it: from the click on its name, over the bus and through
-// the real daemon, to its painted lines; then scrolling, editing and recording. Run it on a bus of its own:
+// The time that a user waits for a macro of maximum length: from the click on its name, over the bus and through the
+// real daemon, to its painted lines; then for scrolling, editing and recording. Run it on a private bus:
 //   QT_QPA_PLATFORM=offscreen dbus-run-session -- build/release/bin/bench_macroevents
 #include "base/daemonprotocol.h"
 #include "base/settingskeys.h"
@@ -95,7 +95,7 @@ void setOneDelay(benchmark::State &state)
         state.SkipWithError("the delay did not come back");
 }
 
-/// A change that brings the whole document again, with all the events of both.
+/// A change after which the daemon sends the whole document, with all the events of both macros.
 void renameAndReload(benchmark::State &state)
 {
     MacrosTab tab;

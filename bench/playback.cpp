@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// How exactly a macro is played on the virtual keyboard: the error of each event against the sum of the pauses before
-// it. Measured where the daemon gives the event to the keyboard, against the moment of the press, and at a client on
-// the bus, against its earliest event (the bus takes its time before every one). Run it on a bus of its own:
+// The accuracy of playing a macro on the virtual keyboard: the error of each event against the sum of the pauses before
+// it. It is measured where the daemon passes the event to the keyboard, relative to the key press. It is also measured
+// at a client on the bus, relative to the earliest event, because the bus delays every event. Run it on a private bus:
 //   dbus-run-session -- build/release/bin/bench_playback
 #include "daemon/devicedaemon.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
@@ -30,7 +30,7 @@ constexpr int longestPauseMs = 30;
 constexpr uint firstTrigger = 106; // M1
 constexpr uint firstPlayed = 4;    // A; each macro plays a key of its own
 
-/// Presses and releases of one key, `seed` deciding the pauses.
+/// Presses and releases of one key, with pauses that `seed` determines.
 QVariantMap macro(quint32 seed, uint key)
 {
     QRandomGenerator random(seed);
@@ -42,7 +42,7 @@ QVariantMap macro(quint32 seed, uint key)
     return MacroRecord::withEvents({{u"MacroName"_s, u"Macro %1"_s.arg(seed)}}, events);
 }
 
-/// When each event is due after the press.
+/// The time after the press at which each event is due.
 std::vector<Time> dueTimes(const QVariantMap &macro)
 {
     std::vector<Time> times;
@@ -69,10 +69,10 @@ QVariantMap documentWith(int macroCount)
                                         {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}});
 }
 
-/// When each event of each macro came: [macro][event].
+/// The arrival times of the events: [macro][event].
 using Arrivals = std::vector<std::vector<Time>>;
 
-/// The loop's work: notes each event, and ends when all have come.
+/// Records each event, and ends the loop when all have arrived.
 class Arrival
 {
 public:
@@ -92,7 +92,7 @@ private:
     QEventLoop &mLoop;
 };
 
-/// Percentiles of the errors, in microseconds; how much later the last tenth is than the first tells of a drift.
+/// Prints percentiles of the errors, in microseconds. The drift is how much later the last tenth is than the first.
 void report(const char *where, int macroCount, const std::vector<std::vector<qint64>> &errorsOfMacros)
 {
     std::vector<qint64> all;

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""How long the configurator takes from its start to a painted window with enabled controls, and how much memory it then
-uses, next to an empty window with as many buttons. Both run in turn on a virtual display, the configurator with a real
-daemon on a private session bus.
+"""Measures the time from the configurator's start to a painted window with enabled controls, and its memory use at that
+point, in comparison with an empty window with as many buttons. Both programs run in turn on a virtual display, the
+configurator with a real daemon on a private session bus.
 
 Usage: startup.py FOLDER_OF_THE_EXECUTABLES [--runs N] [--json FILE] [--precedence]
 """
@@ -26,7 +26,7 @@ READY_LIMIT_SECONDS = 20
 
 @contextmanager
 def process(command, **options):
-    """A process that is ended when the block is left."""
+    """A process that is ended at the end of the block."""
     child = subprocess.Popen(command, **options)
     try:
         yield child
@@ -40,7 +40,7 @@ def process(command, **options):
 
 
 def first_line(stream, limit_seconds, what):
-    """The next line of `stream`, or an error when none comes in time."""
+    """The next line of `stream`, or an error when none arrives in time."""
     if not select.select([stream], [], [], limit_seconds)[0]:
         raise SystemExit(f"{what}: nothing within {limit_seconds} s")
     line = stream.readline().decode().strip()
@@ -52,8 +52,8 @@ def first_line(stream, limit_seconds, what):
 @contextmanager
 def virtual_display():
     reading, writing = os.pipe()
-    # Without -noreset the server starts over whenever its last client leaves, and the next program's start would wait
-    # for that: the more, the faster the program before it ends.
+    # Without -noreset the server restarts whenever its last client leaves. The start of the next program would wait for
+    # that, the longer the faster the previous program ends.
     command = ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1000x24", "-nolisten", "tcp", "-noreset"]
     with process(command, pass_fds=[writing], stderr=subprocess.DEVNULL):
         os.close(writing)
@@ -76,7 +76,7 @@ def proportional_set_kilobytes(pid):
 
 
 def measure(executable, environment):
-    """(milliseconds until "ready", PSS in kB at that moment) of one start."""
+    """One start as (milliseconds until "ready", PSS in kB at that moment)."""
     started = time.monotonic()
     with process([executable], env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as child:
         line = first_line(child.stdout, READY_LIMIT_SECONDS, executable.name)
@@ -95,7 +95,7 @@ def wait_for_daemon(kestractl, environment):
 
 
 def private_environment(folder, binaries):
-    """Settings and resources of their own, so that nothing of the user is read or written."""
+    """An environment with private settings and resources, in which the user's own are neither read nor written."""
     environment = {key: value for key, value in os.environ.items() if not key.startswith(("XDG_", "QT_", "KESTRA_"))}
     environment.pop("WAYLAND_DISPLAY", None)
     for name in ("STATE_HOME", "DATA_HOME", "CONFIG_HOME", "CACHE_HOME", "RUNTIME_DIR"):
@@ -124,7 +124,7 @@ def run(binaries, runs):
         for number in range(runs + 1):
             for executable in (configurator, empty):
                 result = measure(executable, environment)
-                # The first round fills the caches of the disk and is not counted.
+                # The first round fills the disk caches and is not counted.
                 if number > 0:
                     results[executable].append(result)
     return {executable.name: {"startMs": [round(ms, 1) for ms, _ in rows], "pssKb": [kb for _, kb in rows]}

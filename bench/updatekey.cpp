@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One change of a key as the user feels it: from the call of the hub, over the bus, through the real daemon and its
-// disk, back into the document and onto the screen. Run it on a bus of its own:
+// The time that a user waits for one change of a key: from the call of the hub, over the bus, through the real daemon
+// and its disk, back into the document and onto the screen. Run it on a private bus:
 //   dbus-run-session -- build/release/bin/bench_updatekey
 #include "base/settingskeys.h"
 #include "bench/benchprogram.h"
