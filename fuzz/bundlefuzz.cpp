@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Application bundles: whatever the Info.plist says, a profile can be bound to the bundle, and what a key would start
-// is in the bundle.
+// Application bundles. Whatever Info.plist contains, a profile can be bound to the bundle, and a key can only start a
+// program in the bundle.
 #include "daemon/launch/programlauncher.h"
 #include "fuzz/target.h"
 #include "platform/applicationinformation.h"

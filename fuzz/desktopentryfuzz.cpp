@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Desktop entries: whatever the file says, its command line is refused or has a program and is no longer than a file
-// may be, and what a key would start is a file that may be run.
+// Desktop entries. Whatever the file contains, its command line is refused, or it has a program and does not exceed the
+// size limit of files. A key can only start an executable file.
 #include "daemon/launch/programlauncher.h"
 #include "fuzz/target.h"
 #include "platform/applicationinformation.h"

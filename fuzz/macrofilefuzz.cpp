@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Macro files: whatever the file holds, importing it leaves a valid document, and the window and the engine can use the
-// macro.
+// Macro files. Whatever the file contains, importing it leaves a valid document, and the window and the engine can use
+// the macro.
 #include "base/settingskeys.h"
 #include "daemon/settings/documentcommands.h"
 #include "daemon/settings/keysettings.h"

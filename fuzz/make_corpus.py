@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Writes the seeds in fuzz/corpus, a folder a target: small inputs, one for each thing that a reader decides on."""
+"""Writes the seeds in fuzz/corpus, one folder per target: a small input for each decision of a reader."""
 
 import datetime
 import pathlib
@@ -34,7 +34,7 @@ XML = {
 
 
 def binary(objects, reference_size=1):
-    """A binary file of raw objects, the first one its root."""
+    """A binary file of raw objects with the first one as its root."""
     body, table = b"bplist00", b""
     for data in objects:
         table += struct.pack(">H", len(body))
@@ -73,7 +73,7 @@ OLD_RECORDS = {
     "macrofile": "{ MacroName = M; sequence = { Events = ({ command = 1; delay = 0; page = 7; argument = 4; }); }; }",
     "settings": "{ Profiles = ({ ProfileName = A; }); Macros = (); DeviceSettings = { ActiveProfile = 0; }; }",
 }
-# Records that lack or twist one thing each.
+# Records in which one thing is missing or wrong.
 TWISTED = {
     "profilefile": [{}, {"ProfileName": 5}, {"Keys": []}, {**PROFILE, "Keys": {"4": "x", "x": {}}},
                     {**PROFILE, "AppInfo": "x"}, {**PROFILE, "BrightnessKBNormal": -9},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Property lists in all three forms, in which files, settings and messages come: reading neither crashes nor hangs,
-// its work grows with the size of the input and no faster, and what was read is the same after being written and read.
+// Property lists in all three forms, which occur in files, settings and messages. Reading neither crashes nor hangs,
+// and its work grows no faster than the size of the input. A tree that was read stays the same after being written and
+// read again.
 #include "base/propertylist.h"
 #include "base/xmloutline.h"
 #include "fuzz/target.h"
@@ -17,7 +18,7 @@ void propertylist(QByteArrayView input)
     const auto written = PropertyList::writeBinary(*tree);
     require(written.has_value(), "a tree that was read can be written");
     const auto again = PropertyList::read(*written);
-    // Bytes are compared, not trees: a real that is not a number differs from itself.
+    // Compares bytes, because in trees a real that is not a number differs from itself.
     require(again && PropertyList::writeBinary(*again) == written, "what was written is read as the same");
 }
 

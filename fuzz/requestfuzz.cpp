@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The whole daemon but for the bus: requests, keys and time in any order. After each request the document is valid and
-// what the daemon sends can be written; at the end the disk holds the document and no key is down.
+// The whole daemon except the bus: requests, keys and time in any order. After each request the document is valid, and
+// messages of the daemon can be written. At the end the disk holds the document and no key is down.
 //
-// An input is a sequence of steps. A step begins with a byte: below `commandCount` it is the number of a request, and
-// two bytes (the size, high byte first) and so many bytes of a property list follow; else it is an action, with one
-// byte that says which key, or how long.
+// An input is a sequence of steps, each of which begins with a byte. A byte below `commandCount` is the number of a
+// request. The size of a property list (two bytes, high byte first) and the list itself follow. Any other byte is an
+// action, and one byte for its key, duration or other value follows.
 #include "base/propertylist.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/frontapplication/frontapplication.h"
@@ -21,7 +21,7 @@ namespace {
 constexpr quint8 commandCount = 48;
 constexpr int maximumSteps = 64;
 
-/// Two profiles, with a macro, a switch of the profile and a program on the keys F1 to F3, and two macros.
+/// Two profiles with a macro, a profile switch and a program on the keys F1 to F3; also two macros.
 QVariantMap startDocument()
 {
     const auto entry = [](int command, const QVariant &param1, int param2) {
@@ -52,7 +52,7 @@ SettingsStore &openStore()
     return store;
 }
 
-/// The daemon on its virtual keyboard, with time of its own.
+/// The daemon on its virtual keyboard, with simulated time.
 class Daemon
 {
 public:
@@ -106,7 +106,7 @@ private:
                 .wakeAt = [this](std::optional<DaemonOutlets::Time> time) { mDaemonTime = time; }};
     }
 
-    /// Macros without pauses ask for the same time again and again, so the calls have a limit.
+    /// Limits the number of calls, because macros without pauses ask for the same time again and again.
     void passTime(std::chrono::microseconds end)
     {
         for (int calls = 0; calls < 200; ++calls) {
@@ -130,13 +130,13 @@ private:
     DeviceDaemon mDaemon;
 };
 
-/// The disk may have another profile as the active one: that an application is in front is not stored.
+/// The active profile on the disk may differ: switches due to the application in front are not stored.
 void requireStored(const QVariantMap &document)
 {
     const QVariantMap stored =
         PropertyList::readPropertyListFile(workFolder().filePath(u"daemon/settings.plist"_s)).value_or(QVariantMap());
     require(SettingsDocument::problemOf(stored).isEmpty(), "the document on the disk is valid");
-    // Bytes are compared, not trees: a real that is not a number differs from itself.
+    // Compares bytes, because in trees a real that is not a number differs from itself.
     require(PropertyList::writeBinary(SettingsDocument::profiles(stored))
                     == PropertyList::writeBinary(SettingsDocument::profiles(document))
                 && PropertyList::writeBinary(SettingsDocument::macros(stored))

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Settings files: whatever settings.plist holds, the daemon starts with a valid document or with none, can save, and
-// the bytes that it found are still there afterwards.
+// Settings files. Whatever settings.plist contains, the daemon starts with a valid document or with none, can save, and
+// keeps the bytes that it found.
 #include "base/propertylist.h"
 #include "daemon/settings/keysettings.h"
 #include "daemon/settings/settingsdocument.h"

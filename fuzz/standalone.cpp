@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Drives a fuzz target without libFuzzer: each file of a corpus folder, and then mutations of them, always the same.
+// Runs a fuzz target without libFuzzer: on each file of a corpus folder, then on a fixed sequence of mutations.
 // Usage: <program> TARGET CORPUS-FOLDER MUTATIONS
 #include "fuzz/target.h"
 
@@ -23,7 +23,7 @@ std::map<std::string, FuzzTarget> &targets()
 
 void run(FuzzTarget target, const QByteArray &input)
 {
-    // In memory of exactly its size, so that a sanitizer sees reading past the end.
+    // Copies the input to memory of exactly its size, where a sanitizer detects reading past the end.
     const std::vector<char> exact(input.cbegin(), input.cend());
     target(QByteArrayView(exact.data(), qsizetype(exact.size())));
 }
@@ -40,7 +40,7 @@ QList<QByteArray> corpus(const QString &folder)
     return inputs;
 }
 
-/// `input` with one thing done to it: a byte changed, a bit turned, bytes left out, doubled, or taken from `other`.
+/// `input` with one mutation: a byte changed, a bit flipped, bytes removed, doubled, inserted, or taken from `other`.
 QByteArray mutated(QByteArray input, const QByteArray &other, std::mt19937 &random)
 {
     const auto below = [&random](qsizetype bound) { return bound > 0 ? qsizetype(random() % size_t(bound)) : 0; };

@@ -22,7 +22,7 @@ void require(bool isTrue, const char *message)
 
 void prepareFuzzing(int &argc, char **argv)
 {
-    // The messages are still formatted.
+    // Messages are formatted but not printed.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     static const QCoreApplication application(argc, argv);
 }
@@ -52,6 +52,6 @@ void requireWritable(const QVariantMap &dictionary)
     const auto written = PropertyList::writeBinary(dictionary);
     require(written.has_value(), "a dictionary that was read can be written");
     const auto again = PropertyList::read(*written);
-    // Bytes are compared, not trees: a real that is not a number differs from itself.
+    // Compares bytes, because in trees a real that is not a number differs from itself.
     require(again && PropertyList::writeBinary(*again) == written, "what was written is read as the same");
 }

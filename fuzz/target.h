@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What the fuzz targets share. A target is a function that takes any bytes and ends the process when something does not
-// hold that must. libFuzzer runs one target a program; without it, standalone.cpp runs all of them. One thread.
+// Code that the fuzz targets share. A target is a function that takes any bytes and ends the process when a required
+// condition does not hold. libFuzzer runs one target per program; without it, standalone.cpp runs all of them. One
+// thread.
 #pragma once
 
 #include <QByteArrayView>
@@ -13,19 +14,19 @@ using FuzzTarget = void (*)(QByteArrayView input);
 /// Ends the process with `message` unless `isTrue`.
 void require(bool isTrue, const char *message);
 
-/// What every program of targets does first: takes the log away, and makes the application and the working folder.
+/// Silences the log and creates the application. Every program of targets must call this first.
 void prepareFuzzing(int &argc, char **argv);
 
-/// A folder of this process for the files of a target, in memory where the system has such a place; empty at the start.
+/// A folder of this process for the files of a target, empty at the start; in memory if the system offers that.
 [[nodiscard]] QDir workFolder();
 
-/// Writes `content` to the file at `path`, which it makes if need be.
+/// Writes `content` to the file at `path`, and creates the file if necessary.
 void writeWorkFile(const QString &path, QByteArrayView content);
 
-/// The dictionary that `input` is as a property list; empty where it is none.
+/// The dictionary that `input` encodes as a property list; empty if it encodes none.
 [[nodiscard]] QVariantMap dictionaryOf(QByteArrayView input);
 
-/// Requires that `dictionary` is written as a property list and read as the same bytes again.
+/// Requires that `dictionary` can be written as a property list and has the same bytes after being read again.
 void requireWritable(const QVariantMap &dictionary);
 
 #ifdef KESTRA_LIBFUZZER
@@ -41,7 +42,7 @@ void requireWritable(const QVariantMap &dictionary);
         return 0;                                                                                                      \
     }
 #else
-/// Makes `target` known to standalone.cpp as `name`.
+/// Registers `target` with standalone.cpp as `name`.
 struct FuzzTargetRegistration
 {
     FuzzTargetRegistration(const char *name, FuzzTarget target);
