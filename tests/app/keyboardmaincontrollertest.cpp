@@ -276,7 +276,7 @@ void KeyboardMainControllerTest::reportsAndEndsASilentDaemon()
     QVERIFY(!hub.find<Sheet>("mCommunicationAlertWindow")->isUp());
     auto *alert = hub.find<Sheet>("alert");
     QVERIFY(alert && alert->isVisible());
-    QCOMPARE(alert->windowTitle(), u"The keyboard's service does not answer"_s);
+    QCOMPARE(alert->windowTitle(), u"The keyboard service does not respond"_s);
     QVERIFY(!alert->findChild<QPushButton *>(u"alertAlternativeButton"_s));
     QCOMPARE(hub.endedProcesses, QStringList{u"QuillKestraDaemon"_s});
 }

@@ -562,7 +562,7 @@ void NotificationsTest::showsErrorsByTheirCode_data()
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("description");
-    QTest::newRow("0") << 0 << u"The keyboard's service does not answer"_s << localizedText("lkeyCommErrorDesc");
+    QTest::newRow("0") << 0 << u"The keyboard service does not respond"_s << localizedText("lkeyCommErrorDesc");
     QTest::newRow("1") << 1 << u"No keyboard found"_s << localizedText("lkeyDeviceNotFoundDesc");
     QTest::newRow("2") << 2 << QString() << QString();
     QTest::newRow("negative") << -1 << QString() << QString();

@@ -110,7 +110,7 @@ void KeysCaptureTest::theSheetSaysHowTheKeyboardComesBack()
     const auto tab = tabWithSheet();
     const auto *hint = tab->find<QLabel>("mSingleKeyHint");
     QVERIFY(hint->isVisible());
-    QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
+    QCOMPARE(hint->text(), u"Hold Escape for one second to use this keyboard in the window again."_s);
     QCOMPARE(tab->find<QLineEdit>("mSingleKeyInput")->accessibleDescription(), hint->text());
 }
 

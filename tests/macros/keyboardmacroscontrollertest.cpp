@@ -219,7 +219,7 @@ void KeyboardMacrosControllerTest::emptyListsSayWhatToDo()
     mDelegate->lines.clear();
     mController->refreshTableDisplay();
     QCOMPARE(list()->placeholderText(), u"There are no macros yet."_s);
-    QCOMPARE(outlet<QLabel>(u"mNoMacroLabel"_s)->text(), u"Add a macro, then record what it is to play."_s);
+    QCOMPARE(outlet<QLabel>(u"mNoMacroLabel"_s)->text(), u"Add a macro, then record its events."_s);
     fill({u"A"_s});
     QCOMPARE(list()->placeholderText(), QString());
     QCOMPARE(outlet<QLabel>(u"mNoMacroLabel"_s)->text(), u"Select a macro to see its events."_s);
@@ -266,7 +266,7 @@ void KeyboardMacrosControllerTest::fieldsOfTheSheetsHaveNames()
     outlet<QPushButton>(u"mMacroDelayCancel"_s)->click();
     events()->selectRow(0);
     choose("mSettingsMacroDetails", MacroCommands::edit);
-    QCOMPARE(nameOf(u"mInputMacroEvent"_s), u"Press the key that this event is to use:"_s);
+    QCOMPARE(nameOf(u"mInputMacroEvent"_s), u"Press the key for this event:"_s);
 }
 
 void KeyboardMacrosControllerTest::menusOfferTheirCommandsInOrder()
@@ -281,8 +281,8 @@ void KeyboardMacrosControllerTest::menusOfferTheirCommandsInOrder()
     };
     const QList<Item> ofList{{1, u"Rename"_s}, {2, u"New"_s}, {3, u"Import…"_s}, {4, u"Export…"_s}, {5, u"Delete…"_s}};
     const QList<Item> ofEvents{{1, u"Record"_s},       {2, u"Edit…"_s},
-                               {3, u"Delete Event"_s}, {4, u"Delete All Events"_s},
-                               {5, u"Copy Delay"_s},   {6, u"No Delay"_s}};
+                               {3, u"Delete event"_s}, {4, u"Delete all events"_s},
+                               {5, u"Copy delay"_s},   {6, u"No delay"_s}};
     const std::unique_ptr<QMenu> listMenu(outlet<NSTableViewMacroSubClass>(u"mMacroTableView"_s)->makeContextMenu());
     const std::unique_ptr<QMenu> eventMenu(
         outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());

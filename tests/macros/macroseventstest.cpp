@@ -145,7 +145,7 @@ void MacrosEventsTest::eventMenusEnableCommands()
     const std::unique_ptr<QMenu> menu(
         outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
     QCOMPARE(menu->actions().size(), 6);
-    QCOMPARE(menu->actions().at(2)->text(), u"Delete Event"_s);
+    QCOMPARE(menu->actions().at(2)->text(), u"Delete event"_s);
     QCOMPARE(enabledTags(menu->actions()), context);
 }
 
@@ -448,7 +448,7 @@ void MacrosEventsTest::theEventSheetSaysHowTheKeyboardComesBack()
     editRow(0);
     const auto *hint = outlet<QLabel>(u"mMacroEventHint"_s);
     QVERIFY(hint->isVisible());
-    QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
+    QCOMPARE(hint->text(), u"Hold Escape for one second to use this keyboard in the window again."_s);
     QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->accessibleDescription(), hint->text());
 }
 

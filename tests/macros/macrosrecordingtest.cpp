@@ -359,7 +359,7 @@ void MacrosRecordingTest::aRecordingSaysHowTheKeyboardComesBack()
     outlet<QPushButton>(start)->click();
     mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
     QVERIFY(hint->isVisible());
-    QCOMPARE(hint->text(), u"Hold Esc for a second to use this keyboard in the window again."_s);
+    QCOMPARE(hint->text(), u"Hold Escape for one second to use this keyboard in the window again."_s);
     QCOMPARE(record->accessibleDescription(), hint->text());
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
     QVERIFY(!hint->isVisible());

@@ -130,9 +130,9 @@ void KeyboardProfilesMenusTest::bothMenusListTheCommandsInOrder()
                              u"Export…"_s,
                              u"Delete…"_s,
                              u"Copy"_s,
-                             u"Assign Application…"_s,
-                             u"Remove Application"_s,
-                             u"Restore Default…"_s};
+                             u"Assign application…"_s,
+                             u"Remove application"_s,
+                             u"Restore defaults…"_s};
     const std::unique_ptr<QMenu> contextMenu(outlet<QLTableView>("mProfilesTableView")->makeContextMenu());
     for (const QMenu *menu : {outlet<PulldownButton>("mSettingsProfile")->menu(), contextMenu.get()}) {
         QStringList shown;

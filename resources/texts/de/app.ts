@@ -7,7 +7,7 @@
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>Abbrechen</translation></message>
     <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profil:</translation></message>
     <message id="lkeyQuit"><source>lkeyQuit</source><translation>Beenden</translation></message>
-    <message id="lkeyProductName"><source>lkeyProductName</source><translation>Quill Kestra Konfigurator</translation></message>
+    <message id="lkeyProductName"><source>lkeyProductName</source><translation>Quill-Kestra-Konfigurator</translation></message>
     <message id="lkeyProductFamily"><source>lkeyProductFamily</source><translation>Quill Kestra</translation></message>
     <message id="lkeyProductModel"><source>lkeyProductModel</source><translation>Expert MMO Gaming Keyboard</translation></message>
     <message id="lkeyBusy"><source>lkeyBusy</source><translation>Beschäftigt</translation></message>
@@ -29,22 +29,22 @@
     <message id="lkeyMacrosTab"><source>lkeyMacrosTab</source><translation>Makros</translation></message>
     <message id="lkeyLightingTab"><source>lkeyLightingTab</source><translation>Beleuchtung</translation></message>
     <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>Wartung</translation></message>
-    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Diese Tastatur braucht keine Wartung.</translation></message>
-    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>Der Dienst der Tastatur antwortet nicht</translation></message>
-    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Der Konfigurator hat den Dienst QuillKestraDaemon nicht erreicht; er wird jetzt neu gestartet. Ihre Einstellungen sind sicher. Der Konfigurator macht von selbst weiter, sobald der Dienst antwortet.</translation></message>
+    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Diese Tastatur benötigt keine Wartung.</translation></message>
+    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>Der Tastaturdienst antwortet nicht</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Der Konfigurator konnte den Dienst QuillKestraDaemon nicht erreichen. Der Dienst wird neu gestartet. Ihre Einstellungen sind sicher. Der Konfigurator fährt automatisch fort, sobald der Dienst antwortet.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>Keine Tastatur gefunden</translation></message>
-    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Schließen Sie Ihre Quill-Kestra-Tastatur an. Der Konfigurator macht von selbst weiter, sobald die Tastatur da ist.</translation></message>
-    <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Verbindung mit der Tastatur …</translation></message>
-    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Es wird auf den Dienst der Tastatur gewartet. Das Fenster öffnet sich, sobald er antwortet.</translation></message>
-    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Start wie von der Sitzung wiederhergestellt: auf den Dienst der Tastatur warten.</translation></message>
-    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Start im Hintergrund bei der Anmeldung: auf den Dienst der Tastatur warten.</translation></message>
-    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Die Tastatur sofort öffnen, ohne das Blatt, das dies ankündigt.</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Eine Makro- oder Profildatei; der Konfigurator wartet dann auf den Dienst der Tastatur.</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Schließen Sie Ihre Quill-Kestra-Tastatur an. Der Konfigurator fährt automatisch fort, sobald die Tastatur angeschlossen ist.</translation></message>
+    <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Verbindung zur Tastatur wird hergestellt …</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Der Konfigurator wartet auf den Tastaturdienst. Sobald der Dienst antwortet, können Sie das Fenster verwenden.</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>In einer wiederhergestellten Sitzung starten und auf den Tastaturdienst warten.</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Bei der Anmeldung starten und auf den Tastaturdienst warten.</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Die Tastatur sofort öffnen, ohne den Hinweis auf die Verbindung.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Eine Makro- oder Profildatei. Der Konfigurator wartet auf den Tastaturdienst und importiert die Datei nicht.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Anwendung wählen</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Anwendungen (%@)</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>„%@“ ersetzen?</translation></message>
-    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Es gibt schon eine Datei mit diesem Namen. Ihr Inhalt geht verloren.</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Eine Datei mit diesem Namen existiert bereits. Beim Ersetzen wird ihr Inhalt überschrieben.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Ersetzen</translation></message>
-    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Halten Sie Esc eine Sekunde lang gedrückt, um diese Tastatur wieder im Fenster zu benutzen.</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Halten Sie Escape eine Sekunde lang gedrückt, um diese Tastatur wieder im Fenster zu verwenden.</translation></message>
 </context>
 </TS>

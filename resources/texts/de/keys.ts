@@ -3,45 +3,45 @@
 <TS version="2.1" language="de">
 <context>
     <name></name>
-    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>Standardtaste</translation></message>
+    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>Standardfunktion</translation></message>
     <message id="lkeySingleKey"><source>lkeySingleKey</source><translation>Einzelne Taste</translation></message>
     <message id="lkeyMacro"><source>lkeyMacro</source><translation>Makro</translation></message>
     <message id="lkeyProfile"><source>lkeyProfile</source><translation>Profil wechseln</translation></message>
     <message id="lkeyLaunchProgram"><source>lkeyLaunchProgram</source><translation>Programm starten</translation></message>
-    <message id="lkeyDisable"><source>lkeyDisable</source><translation>Taste abschalten</translation></message>
+    <message id="lkeyDisable"><source>lkeyDisable</source><translation>Taste deaktivieren</translation></message>
     <message id="lkeyManageProfile"><source>lkeyManageProfile</source><translation>Profile verwalten …</translation></message>
     <message id="lkeyManageMacro"><source>lkeyManageMacro</source><translation>Makros verwalten …</translation></message>
     <message id="lkeyPlayMacroOnce"><source>lkeyPlayMacroOnce</source><translation>Einmal abspielen</translation></message>
-    <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>Wiederholen bis zum Loslassen</translation></message>
-    <message id="lkeyRepeatUntilPressedAgain"><source>lkeyRepeatUntilPressedAgain</source><translation>Wiederholen bis zum nächsten Drücken</translation></message>
-    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>2-mal wiederholen</translation></message>
-    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>3-mal wiederholen</translation></message>
-    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>4-mal wiederholen</translation></message>
-    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>5-mal wiederholen</translation></message>
-    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>6-mal wiederholen</translation></message>
-    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>7-mal wiederholen</translation></message>
-    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>8-mal wiederholen</translation></message>
-    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>9-mal wiederholen</translation></message>
-    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>10-mal wiederholen</translation></message>
+    <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>Bis zum Loslassen wiederholen</translation></message>
+    <message id="lkeyRepeatUntilPressedAgain"><source>lkeyRepeatUntilPressedAgain</source><translation>Bis zum nächsten Drücken wiederholen</translation></message>
+    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>2-mal abspielen</translation></message>
+    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>3-mal abspielen</translation></message>
+    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>4-mal abspielen</translation></message>
+    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>5-mal abspielen</translation></message>
+    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>6-mal abspielen</translation></message>
+    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>7-mal abspielen</translation></message>
+    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>8-mal abspielen</translation></message>
+    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>9-mal abspielen</translation></message>
+    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>10-mal abspielen</translation></message>
     <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>Gewählte Taste:</translation></message>
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Belegung:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Wiedergabe:</translation></message>
     <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Drücken Sie auf Ihrer Quill Kestra die Taste, die die gewählte Taste senden soll.</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Spielmodus ist an: %@ tut, was Sie belegt haben; die Command-Tasten tun nichts.</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Spielmodus ist aus: %@ tut, was Sie belegt haben. Im Spielmodus bleiben die Command-Tasten beim Spielen still.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Der Spielmodus ist eingeschaltet. %@ behält die Belegung. Die Command-Tasten haben keine Funktion.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Der Spielmodus ist ausgeschaltet. %@ behält die Belegung. Schalten Sie ihn ein, um die Command-Tasten beim Spielen zu deaktivieren.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Tastatur</translation></message>
-    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Tastatur. Mit den Pfeiltasten eine Taste wählen.</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Tastatur. Wählen Sie eine Taste mit den Pfeiltasten aus.</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@ (%@)</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Gewählte Taste</translation></message>
-    <message id="lkeyKeysLegendDisabled"><source>lkeyKeysLegendDisabled</source><translation>Abgeschaltet</translation></message>
+    <message id="lkeyKeysLegendDisabled"><source>lkeyKeysLegendDisabled</source><translation>Deaktiviert</translation></message>
     <message id="lkeyKeysNoAssignment"><source>lkeyKeysNoAssignment</source><translation>Kann nicht belegt werden</translation></message>
     <message id="lkeyKeysEjectKey"><source>lkeyKeysEjectKey</source><translation>Auswerfen</translation></message>
     <message id="lkeyKeysMacroKey"><source>lkeyKeysMacroKey</source><translation>Makroaufnahme</translation></message>
     <message id="lkeyKeysFnKey"><source>lkeyKeysFnKey</source><translation>FN</translation></message>
     <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>Menü</translation></message>
-    <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Leere Ziffernblocktaste</translation></message>
+    <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Leere Taste im Ziffernblock</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
-    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Eine Belegung, die dieses Programm nicht kennt</translation></message>
+    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Unbekannte Belegung</translation></message>
 </context>
 </TS>

@@ -3,7 +3,7 @@
 <TS version="2.1" language="de">
 <context>
     <name></name>
-    <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
+    <!-- profiles.ts has the titles that macros and profiles share (lkeyRename to lkeyDelete). -->
     <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>Makros</translation></message>
     <message id="lkeyMacroListLabel"><source>lkeyMacroListLabel</source><translation>Makros:</translation></message>
     <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>Hinzufügen</translation></message>
@@ -12,7 +12,7 @@
     <message id="lkeyMacroAssignment"><source>lkeyMacroAssignment</source><translation>Ereignisse des gewählten Makros:</translation></message>
     <message id="lkeyMacroEvents"><source>lkeyMacroEvents</source><translation>Ereignisse</translation></message>
     <message id="lkeyMacroEventCommands"><source>lkeyMacroEventCommands</source><translation>Ereignisbefehle</translation></message>
-    <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Wählen Sie ein Makro, um seine Ereignisse zu sehen.</translation></message>
+    <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Wählen Sie ein Makro, um seine Ereignisse anzuzeigen.</translation></message>
     <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>Anhängen</translation></message>
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>Löschen</translation></message>
     <message id="lkeyAddMacroTip"><source>lkeyAddMacroTip</source><translation>Ein Makro hinzufügen</translation></message>
@@ -20,9 +20,9 @@
     <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Am Ende des Makros weitere Ereignisse aufnehmen</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Das gewählte Ereignis löschen</translation></message>
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Es gibt noch keine Makros.</translation></message>
-    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Fügen Sie ein Makro hinzu und nehmen Sie auf, was es abspielen soll.</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Dieses Makro hat noch keine Ereignisse. Drücken Sie Aufnehmen und tippen Sie auf der Tastatur.</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Aufnahme läuft. Tippen Sie auf der Tastatur; klicken Sie auf Stopp, wenn Sie fertig sind.</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Fügen Sie ein Makro hinzu und nehmen Sie dann seine Ereignisse auf.</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Dieses Makro enthält noch keine Ereignisse. Klicken Sie auf „Aufnehmen“ und drücken Sie Tasten auf der Tastatur.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Aufnahme läuft. Drücken Sie die Tasten des Makros und klicken Sie dann auf „Stopp“.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Makro importieren</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Makro exportieren</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Makros (%@)</translation></message>
@@ -33,13 +33,13 @@
     <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Nur Ereignisse der ersten 256 Makros können bearbeitet werden.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Ereignis löschen</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Alle Ereignisse löschen</translation></message>
-    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Pause übernehmen</translation></message>
-    <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Keine Pause</translation></message>
+    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Pause für alle übernehmen</translation></message>
+    <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Keine Pausen</translation></message>
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Pause bearbeiten</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Ereignis bearbeiten</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pause in Millisekunden:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Drücken Sie die Taste für dieses Ereignis:</translation></message>
-    <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Das Makro „%@“ löschen?</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Tasten, die dieses Makro abspielen, bekommen ihre Standardfunktion zurück. Das lässt sich nicht rückgängig machen.</translation></message>
+    <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Makro „%@“ löschen?</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Tasten, die dieses Makro abspielen, erhalten wieder ihre Standardfunktion. Dies kann nicht rückgängig gemacht werden.</translation></message>
 </context>
 </TS>

@@ -11,7 +11,7 @@
     <message id="lkeyAddProfile"><source>lkeyAddProfile</source><translation>Hinzufügen</translation></message>
     <message id="lkeyDeleteProfile"><source>lkeyDeleteProfile</source><translation>Löschen</translation></message>
     <message id="lkeyProfileCommands"><source>lkeyProfileCommands</source><translation>Profilbefehle</translation></message>
-    <message id="lkeyEnableOnScreenDisplay"><source>lkeyEnableOnScreenDisplay</source><translation>Das Profil beim Wechsel auf dem Bildschirm zeigen</translation></message>
+    <message id="lkeyEnableOnScreenDisplay"><source>lkeyEnableOnScreenDisplay</source><translation>Profil beim Wechsel auf dem Bildschirm anzeigen</translation></message>
     <message id="lkeyRename"><source>lkeyRename</source><translation>Umbenennen</translation></message>
     <message id="lkeyNew"><source>lkeyNew</source><translation>Neu</translation></message>
     <message id="lkeyImport"><source>lkeyImport</source><translation>Importieren …</translation></message>
@@ -19,12 +19,12 @@
     <message id="lkeyDelete"><source>lkeyDelete</source><translation>Löschen …</translation></message>
     <message id="lkeyCopy"><source>lkeyCopy</source><translation>Kopieren</translation></message>
     <message id="lkeyAssignApplication"><source>lkeyAssignApplication</source><translation>Anwendung zuordnen …</translation></message>
-    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Anwendung entfernen</translation></message>
+    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Zuordnung aufheben</translation></message>
     <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Standard wiederherstellen …</translation></message>
-    <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Das Profil „%@“ löschen?</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Seine Tastenbelegung und Beleuchtung gehen verloren. Das lässt sich nicht rückgängig machen.</translation></message>
-    <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Das Profil „%@“ auf die Standardeinstellungen zurücksetzen?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Das Profil behält seinen Namen; alles andere wird zurückgesetzt. Das lässt sich nicht rückgängig machen.</translation></message>
+    <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Profil „%@“ löschen?</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Tastenbelegung und Beleuchtung des Profils gehen verloren. Dies kann nicht rückgängig gemacht werden.</translation></message>
+    <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Profil „%@“ auf die Standardeinstellungen zurücksetzen?</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Das Profil behält seinen Namen. Alles andere wird zurückgesetzt. Dies kann nicht rückgängig gemacht werden.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Profil importieren</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Profil exportieren</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profile (%@)</translation></message>

@@ -18,7 +18,7 @@
     <message id="lkeyHelpBack"><source>lkeyHelpBack</source><translation>Back</translation></message>
     <message id="lkeyHelpForward"><source>lkeyHelpForward</source><translation>Forward</translation></message>
     <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Contents</translation></message>
-    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>Search the help</translation></message>
+    <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>Search help</translation></message>
     <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>Pages found</translation></message>
     <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>Nothing found</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill page</translation></message>
@@ -30,21 +30,21 @@
     <message id="lkeyLightingTab"><source>lkeyLightingTab</source><translation>Lighting</translation></message>
     <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>Maintenance</translation></message>
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>This keyboard needs no maintenance.</translation></message>
-    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>The keyboard's service does not answer</translation></message>
-    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>The configurator could not reach the QuillKestraDaemon service, which is now being restarted. Your settings are safe. The configurator goes on by itself as soon as the service answers.</translation></message>
+    <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>The keyboard service does not respond</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>The configurator could not reach the QuillKestraDaemon service. The service is restarting. Your settings are safe. The configurator continues automatically as soon as the service responds.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>No keyboard found</translation></message>
-    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Connect your Quill Kestra keyboard. The configurator goes on by itself as soon as the keyboard is there.</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Connect your Quill Kestra keyboard. The configurator continues automatically as soon as the keyboard is connected.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Connecting to your keyboard…</translation></message>
-    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Waiting for the keyboard's service. The window opens as soon as it answers.</translation></message>
-    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Start as restored by the session: wait for the keyboard's service.</translation></message>
-    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Start for the background at login: wait for the keyboard's service.</translation></message>
-    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Open the keyboard at once, without the sheet that says so.</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>A macro or profile file; the configurator then waits for the keyboard's service.</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Waiting for the keyboard service. You can use the window as soon as the service responds.</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Start in a restored session and wait for the keyboard service.</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Start at login and wait for the keyboard service.</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Open the keyboard at once, without the message about the connection.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>A macro or profile file. The configurator waits for the keyboard service and does not import the file.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Choose an application</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Replace “%@”?</translation></message>
-    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>A file with this name is already there. Its content will be lost.</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>A file with this name already exists. Replacing it overwrites its contents.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Replace</translation></message>
-    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Hold Esc for a second to use this keyboard in the window again.</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Hold Escape for one second to use this keyboard in the window again.</translation></message>
 </context>
 </TS>

@@ -14,21 +14,21 @@
     <message id="lkeyPlayMacroOnce"><source>lkeyPlayMacroOnce</source><translation>Play once</translation></message>
     <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>Repeat until released</translation></message>
     <message id="lkeyRepeatUntilPressedAgain"><source>lkeyRepeatUntilPressedAgain</source><translation>Repeat until pressed again</translation></message>
-    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>Repeat 2 times</translation></message>
-    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>Repeat 3 times</translation></message>
-    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>Repeat 4 times</translation></message>
-    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>Repeat 5 times</translation></message>
-    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>Repeat 6 times</translation></message>
-    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>Repeat 7 times</translation></message>
-    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>Repeat 8 times</translation></message>
-    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>Repeat 9 times</translation></message>
-    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>Repeat 10 times</translation></message>
+    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>Play 2 times</translation></message>
+    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>Play 3 times</translation></message>
+    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>Play 4 times</translation></message>
+    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>Play 5 times</translation></message>
+    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>Play 6 times</translation></message>
+    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>Play 7 times</translation></message>
+    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>Play 8 times</translation></message>
+    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>Play 9 times</translation></message>
+    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>Play 10 times</translation></message>
     <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>Selected key:</translation></message>
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Assignment:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Playback:</translation></message>
     <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>On your Quill Kestra, press the key that the selected key should send.</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Game mode is on: %@ does what you assigned to it; the Command keys do nothing.</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Game mode is off: %@ does what you assigned to it. Turn game mode on to keep the Command keys quiet while you play.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Game mode is on. %@ keeps its assignment. The Command keys do nothing.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Game mode is off. %@ keeps its assignment. Turn on game mode to disable the Command keys while you play.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Keyboard</translation></message>
     <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Keyboard. Use the arrow keys to select a key.</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
@@ -42,6 +42,6 @@
     <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>Menu</translation></message>
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Blank keypad key</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
-    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>An assignment this program does not know</translation></message>
+    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Unknown assignment</translation></message>
 </context>
 </TS>

@@ -24,8 +24,8 @@
     <message id="lkeyBrightnessBright"><source>lkeyBrightnessBright</source><translation>Bright</translation></message>
     <message id="lkeyDriverVersion"><source>lkeyDriverVersion</source><translation>Driver version:</translation></message>
     <message id="lkeyFirmwareVersion"><source>lkeyFirmwareVersion</source><translation>Firmware version:</translation></message>
-    <message id="lkeyFirmwareVersionQuery"><source>lkeyFirmwareVersionQuery</source><translation>Asking the keyboard for its firmware version</translation></message>
-    <message id="lkeyCheckUpdates"><source>lkeyCheckUpdates</source><translation>Check for Updates</translation></message>
-    <message id="lkeyRestoreSettings"><source>lkeyRestoreSettings</source><translation>Restore Default…</translation></message>
+    <message id="lkeyFirmwareVersionQuery"><source>lkeyFirmwareVersionQuery</source><translation>Reading the firmware version</translation></message>
+    <message id="lkeyCheckUpdates"><source>lkeyCheckUpdates</source><translation>Check for updates</translation></message>
+    <message id="lkeyRestoreSettings"><source>lkeyRestoreSettings</source><translation>Restore defaults…</translation></message>
 </context>
 </TS>

@@ -3,7 +3,7 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
-    <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
+    <!-- profiles.ts has the titles that macros and profiles share (lkeyRename to lkeyDelete). -->
     <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>Macros</translation></message>
     <message id="lkeyMacroListLabel"><source>lkeyMacroListLabel</source><translation>Macros:</translation></message>
     <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>Add</translation></message>
@@ -20,26 +20,26 @@
     <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Record more events at the end of the macro</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Delete the selected event</translation></message>
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>There are no macros yet.</translation></message>
-    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Add a macro, then record what it is to play.</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>This macro has no events yet. Press Record and type on the keyboard.</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Recording. Type on the keyboard; click Stop when you are done.</translation></message>
-    <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Import Macro</translation></message>
-    <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Export Macro</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Add a macro, then record its events.</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>This macro has no events yet. Click Record, then press keys on the keyboard.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Recording. Press the keys of the macro, then click Stop.</translation></message>
+    <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Import macro</translation></message>
+    <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Export macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>Record</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>Stop</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Edit…</translation></message>
     <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Only events in the first 256 rows can be edited.</translation></message>
     <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Only events of the first 256 macros can be edited.</translation></message>
-    <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Delete Event</translation></message>
-    <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Delete All Events</translation></message>
-    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copy Delay</translation></message>
-    <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>No Delay</translation></message>
-    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Edit Delay</translation></message>
-    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Edit Event</translation></message>
+    <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Delete event</translation></message>
+    <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Delete all events</translation></message>
+    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copy delay</translation></message>
+    <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>No delay</translation></message>
+    <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Edit delay</translation></message>
+    <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Edit event</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Delay in milliseconds:</translation></message>
-    <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Press the key that this event is to use:</translation></message>
+    <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Press the key for this event:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Delete the macro “%@”?</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Keys that play this macro get their default function back. This cannot be undone.</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Keys that play this macro return to their default function. This cannot be undone.</translation></message>
 </context>
 </TS>

@@ -7,7 +7,7 @@
     <message id="lkeyProfileColumnId"><source>lkeyProfileColumnId</source><translation>No.</translation></message>
     <message id="lkeyProfileColumnName"><source>lkeyProfileColumnName</source><translation>Name</translation></message>
     <message id="lkeyProfileColumnApplication"><source>lkeyProfileColumnApplication</source><translation>Application</translation></message>
-    <message id="lkeyProfileColumnAutoSwitch"><source>lkeyProfileColumnAutoSwitch</source><translation>Auto Switch</translation></message>
+    <message id="lkeyProfileColumnAutoSwitch"><source>lkeyProfileColumnAutoSwitch</source><translation>Auto switch</translation></message>
     <message id="lkeyAddProfile"><source>lkeyAddProfile</source><translation>Add</translation></message>
     <message id="lkeyDeleteProfile"><source>lkeyDeleteProfile</source><translation>Delete</translation></message>
     <message id="lkeyProfileCommands"><source>lkeyProfileCommands</source><translation>Profile commands</translation></message>
@@ -18,15 +18,15 @@
     <message id="lkeyExport"><source>lkeyExport</source><translation>Export…</translation></message>
     <message id="lkeyDelete"><source>lkeyDelete</source><translation>Delete…</translation></message>
     <message id="lkeyCopy"><source>lkeyCopy</source><translation>Copy</translation></message>
-    <message id="lkeyAssignApplication"><source>lkeyAssignApplication</source><translation>Assign Application…</translation></message>
-    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Remove Application</translation></message>
-    <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Restore Default…</translation></message>
+    <message id="lkeyAssignApplication"><source>lkeyAssignApplication</source><translation>Assign application…</translation></message>
+    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Remove application</translation></message>
+    <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Restore defaults…</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Delete the profile “%@”?</translation></message>
     <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Its key assignments and lighting are lost. This cannot be undone.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Restore the profile “%@” to its default settings?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>The profile keeps its name; everything else is reset. This cannot be undone.</translation></message>
-    <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Import Profile</translation></message>
-    <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Export Profile</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>The profile keeps its name. Everything else is reset. This cannot be undone.</translation></message>
+    <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Import profile</translation></message>
+    <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Export profile</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profiles (%@)</translation></message>
 </context>
 </TS>

@@ -20,7 +20,7 @@
     <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>Contenido</translation></message>
     <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>Buscar en la ayuda</translation></message>
     <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>Páginas encontradas</translation></message>
-    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>No se ha encontrado nada</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>No hay resultados</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Página de Quill</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>Noticias</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
@@ -31,20 +31,20 @@
     <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>Mantenimiento</translation></message>
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Este teclado no necesita mantenimiento.</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>El servicio del teclado no responde</translation></message>
-    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>El configurador no ha podido contactar con el servicio QuillKestraDaemon, que se está reiniciando. Sus ajustes están a salvo. El configurador continuará solo en cuanto el servicio responda.</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>El configurador no ha podido contactar con el servicio QuillKestraDaemon. El servicio se está reiniciando. Sus ajustes están a salvo. El configurador continuará automáticamente en cuanto el servicio responda.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>No se ha encontrado ningún teclado</translation></message>
-    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Conecte su teclado Quill Kestra. El configurador continuará solo en cuanto el teclado esté disponible.</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Conecte su teclado Quill Kestra. El configurador continuará automáticamente en cuanto el teclado esté conectado.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Conectando con el teclado…</translation></message>
-    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Esperando al servicio del teclado. La ventana se abrirá en cuanto responda.</translation></message>
-    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Iniciar como restaurado por la sesión: esperar al servicio del teclado.</translation></message>
-    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Iniciar en segundo plano al entrar en la sesión: esperar al servicio del teclado.</translation></message>
-    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Abrir el teclado de inmediato, sin el panel que lo anuncia.</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un archivo de macro o de perfil; el configurador espera entonces al servicio del teclado.</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>Esperando al servicio del teclado. Podrá usar la ventana en cuanto el servicio responda.</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Iniciar en una sesión restaurada y esperar al servicio del teclado.</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Iniciar al comenzar la sesión y esperar al servicio del teclado.</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Abrir el teclado de inmediato, sin el mensaje de conexión.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un archivo de macro o de perfil. El configurador espera al servicio del teclado y no importa el archivo.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Elegir una aplicación</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Aplicaciones (%@)</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>¿Reemplazar «%@»?</translation></message>
-    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Ya existe un archivo con este nombre. Su contenido se perderá.</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Ya existe un archivo con este nombre. Si lo reemplaza, se sobrescribirá su contenido.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Reemplazar</translation></message>
-    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Mantenga pulsada la tecla Esc un segundo para volver a usar este teclado en la ventana.</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Mantenga pulsada la tecla Escape durante un segundo para volver a usar este teclado en la ventana.</translation></message>
 </context>
 </TS>

@@ -3,7 +3,7 @@
 <TS version="2.1" language="es">
 <context>
     <name></name>
-    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>Tecla predeterminada</translation></message>
+    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>Función predeterminada</translation></message>
     <message id="lkeySingleKey"><source>lkeySingleKey</source><translation>Tecla única</translation></message>
     <message id="lkeyMacro"><source>lkeyMacro</source><translation>Macro</translation></message>
     <message id="lkeyProfile"><source>lkeyProfile</source><translation>Cambiar de perfil</translation></message>
@@ -14,26 +14,26 @@
     <message id="lkeyPlayMacroOnce"><source>lkeyPlayMacroOnce</source><translation>Reproducir una vez</translation></message>
     <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>Repetir hasta soltar</translation></message>
     <message id="lkeyRepeatUntilPressedAgain"><source>lkeyRepeatUntilPressedAgain</source><translation>Repetir hasta volver a pulsar</translation></message>
-    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>Repetir 2 veces</translation></message>
-    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>Repetir 3 veces</translation></message>
-    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>Repetir 4 veces</translation></message>
-    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>Repetir 5 veces</translation></message>
-    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>Repetir 6 veces</translation></message>
-    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>Repetir 7 veces</translation></message>
-    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>Repetir 8 veces</translation></message>
-    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>Repetir 9 veces</translation></message>
-    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>Repetir 10 veces</translation></message>
-    <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>Tecla elegida:</translation></message>
+    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>Reproducir 2 veces</translation></message>
+    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>Reproducir 3 veces</translation></message>
+    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>Reproducir 4 veces</translation></message>
+    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>Reproducir 5 veces</translation></message>
+    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>Reproducir 6 veces</translation></message>
+    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>Reproducir 7 veces</translation></message>
+    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>Reproducir 8 veces</translation></message>
+    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>Reproducir 9 veces</translation></message>
+    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>Reproducir 10 veces</translation></message>
+    <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>Tecla:</translation></message>
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Asignación:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Reproducción:</translation></message>
-    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>En su Quill Kestra, pulse la tecla que debe enviar la tecla elegida.</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>El modo de juego está activado: %@ hace lo que usted le asignó; las teclas Command no hacen nada.</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>El modo de juego está desactivado: %@ hace lo que usted le asignó. Actívelo para que las teclas Command no molesten mientras juega.</translation></message>
+    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Pulse en su Quill Kestra la tecla que debe enviarse al pulsar la tecla seleccionada.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>El modo de juego está activado. %@ conserva su asignación. Las teclas Command no hacen nada.</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>El modo de juego está desactivado. %@ conserva su asignación. Active el modo de juego para desactivar las teclas Command mientras juega.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Teclado</translation></message>
-    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Teclado. Elija una tecla con las teclas de flecha.</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Teclado. Use las teclas de flecha para seleccionar una tecla.</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@ (%@)</translation></message>
-    <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Tecla elegida</translation></message>
+    <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Tecla seleccionada</translation></message>
     <message id="lkeyKeysLegendDisabled"><source>lkeyKeysLegendDisabled</source><translation>Desactivada</translation></message>
     <message id="lkeyKeysNoAssignment"><source>lkeyKeysNoAssignment</source><translation>No se puede asignar</translation></message>
     <message id="lkeyKeysEjectKey"><source>lkeyKeysEjectKey</source><translation>Expulsar</translation></message>
@@ -42,6 +42,6 @@
     <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>Menú</translation></message>
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Tecla en blanco del teclado numérico</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
-    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Una asignación que este programa no conoce</translation></message>
+    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Asignación desconocida</translation></message>
 </context>
 </TS>

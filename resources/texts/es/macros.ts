@@ -3,43 +3,43 @@
 <TS version="2.1" language="es">
 <context>
     <name></name>
-    <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
+    <!-- profiles.ts has the titles that macros and profiles share (lkeyRename to lkeyDelete). -->
     <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>Macros</translation></message>
     <message id="lkeyMacroListLabel"><source>lkeyMacroListLabel</source><translation>Macros:</translation></message>
     <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>Añadir</translation></message>
     <message id="lkeyDeleteMacro"><source>lkeyDeleteMacro</source><translation>Eliminar</translation></message>
     <message id="lkeyMacroCommands"><source>lkeyMacroCommands</source><translation>Acciones de macro</translation></message>
-    <message id="lkeyMacroAssignment"><source>lkeyMacroAssignment</source><translation>Eventos de la macro elegida:</translation></message>
+    <message id="lkeyMacroAssignment"><source>lkeyMacroAssignment</source><translation>Eventos de la macro seleccionada:</translation></message>
     <message id="lkeyMacroEvents"><source>lkeyMacroEvents</source><translation>Eventos</translation></message>
     <message id="lkeyMacroEventCommands"><source>lkeyMacroEventCommands</source><translation>Acciones de evento</translation></message>
-    <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Elija una macro para ver sus eventos.</translation></message>
-    <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>Agregar</translation></message>
+    <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Seleccione una macro para ver sus eventos.</translation></message>
+    <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>Añadir al final</translation></message>
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>Eliminar</translation></message>
     <message id="lkeyAddMacroTip"><source>lkeyAddMacroTip</source><translation>Añadir una macro</translation></message>
-    <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>Eliminar la macro elegida</translation></message>
+    <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>Eliminar la macro seleccionada</translation></message>
     <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Grabar más eventos al final de la macro</translation></message>
-    <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Eliminar el evento elegido</translation></message>
+    <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Eliminar el evento seleccionado</translation></message>
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Aún no hay macros.</translation></message>
-    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Añada una macro y grabe lo que debe reproducir.</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Esta macro aún no tiene eventos. Pulse Grabar y escriba en el teclado.</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Grabando. Escriba en el teclado; haga clic en Detener cuando termine.</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Añada una macro y después grabe sus eventos.</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Esta macro aún no tiene eventos. Haga clic en «Grabar» y pulse teclas en el teclado.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Grabando. Pulse las teclas de la macro y después haga clic en «Detener».</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Importar macro</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Exportar macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>Grabar</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>Detener</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Editar…</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Solo se pueden editar los eventos de las 256 primeras filas.</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Solo se pueden editar los eventos de las 256 primeras macros.</translation></message>
+    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Solo se pueden editar los eventos de las primeras 256 filas.</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Solo se pueden editar los eventos de las primeras 256 macros.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Eliminar evento</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Eliminar todos los eventos</translation></message>
-    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copiar la pausa</translation></message>
-    <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Sin pausa</translation></message>
+    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Aplicar la pausa a todos</translation></message>
+    <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Sin pausas</translation></message>
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Editar pausa</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Editar evento</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pausa en milisegundos:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Pulse la tecla de este evento:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>¿Eliminar la macro «%@»?</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Las teclas que reproducen esta macro recuperan su función predeterminada. Esta acción no se puede deshacer.</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Las teclas que reproducen esta macro recuperarán su función predeterminada. Esta acción no se puede deshacer.</translation></message>
 </context>
 </TS>

@@ -19,12 +19,12 @@
     <message id="lkeyDelete"><source>lkeyDelete</source><translation>Eliminar…</translation></message>
     <message id="lkeyCopy"><source>lkeyCopy</source><translation>Copiar</translation></message>
     <message id="lkeyAssignApplication"><source>lkeyAssignApplication</source><translation>Asignar aplicación…</translation></message>
-    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Quitar aplicación</translation></message>
+    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Quitar asignación</translation></message>
     <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Restablecer…</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>¿Eliminar el perfil «%@»?</translation></message>
     <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Se perderán sus asignaciones de teclas y su iluminación. Esta acción no se puede deshacer.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>¿Restablecer los ajustes predeterminados del perfil «%@»?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>El perfil conserva su nombre; todo lo demás se restablece. Esta acción no se puede deshacer.</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>El perfil conservará su nombre. Todo lo demás se restablecerá. Esta acción no se puede deshacer.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Importar perfil</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Exportar perfil</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Perfiles (%@)</translation></message>

@@ -5,7 +5,7 @@
     <name></name>
     <message id="lkeyOK"><source>lkeyOK</source><translation>OK</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>Annuler</translation></message>
-    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profil :</translation></message>
+    <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profil :</translation></message>
     <message id="lkeyQuit"><source>lkeyQuit</source><translation>Quitter</translation></message>
     <message id="lkeyProductName"><source>lkeyProductName</source><translation>Configurateur Quill Kestra</translation></message>
     <message id="lkeyProductFamily"><source>lkeyProductFamily</source><translation>Quill Kestra</translation></message>
@@ -29,22 +29,22 @@
     <message id="lkeyMacrosTab"><source>lkeyMacrosTab</source><translation>Macros</translation></message>
     <message id="lkeyLightingTab"><source>lkeyLightingTab</source><translation>Éclairage</translation></message>
     <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>Entretien</translation></message>
-    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Ce clavier ne demande aucun entretien.</translation></message>
+    <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Ce clavier ne nécessite aucun entretien.</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>Le service du clavier ne répond pas</translation></message>
-    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Le configurateur n’a pas pu joindre le service QuillKestraDaemon, qui est en cours de redémarrage. Vos réglages sont en sécurité. Le configurateur reprend de lui-même dès que le service répond.</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Le configurateur n’a pas pu joindre le service QuillKestraDaemon. Le service redémarre. Vos réglages sont conservés. Le configurateur reprendra automatiquement dès que le service répondra.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>Aucun clavier trouvé</translation></message>
-    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Branchez votre clavier Quill Kestra. Le configurateur reprend de lui-même dès que le clavier est là.</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Branchez votre clavier Quill Kestra. Le configurateur reprendra automatiquement dès que le clavier sera connecté.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Connexion au clavier…</translation></message>
-    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>En attente du service du clavier. La fenêtre s’ouvre dès qu’il répond.</translation></message>
-    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Démarrer comme restauré par la session : attendre le service du clavier.</translation></message>
-    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Démarrer en arrière-plan à l’ouverture de session : attendre le service du clavier.</translation></message>
-    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Ouvrir le clavier tout de suite, sans le panneau qui l’annonce.</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un fichier de macro ou de profil ; le configurateur attend alors le service du clavier.</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>En attente du service du clavier. Vous pourrez utiliser la fenêtre dès que le service répondra.</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Démarrer dans une session restaurée et attendre le service du clavier.</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Démarrer à l’ouverture de session et attendre le service du clavier.</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Ouvrir le clavier immédiatement, sans le message de connexion.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un fichier de macro ou de profil. Le configurateur attend le service du clavier et n’importe pas le fichier.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Choisir une application</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
-    <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Remplacer « %@ » ?</translation></message>
-    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Un fichier porte déjà ce nom. Son contenu sera perdu.</translation></message>
+    <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Remplacer « %@ » ?</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Un fichier portant ce nom existe déjà. Le remplacer écrasera son contenu.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Remplacer</translation></message>
-    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Maintenez Échap pendant une seconde pour réutiliser ce clavier dans la fenêtre.</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Maintenez la touche Échap enfoncée pendant une seconde pour utiliser de nouveau ce clavier dans la fenêtre.</translation></message>
 </context>
 </TS>

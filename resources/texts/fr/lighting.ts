@@ -16,16 +16,16 @@
     <message id="lkeyLightingEffect"><source>lkeyLightingEffect</source><translation>Effet</translation></message>
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Couleur fixe</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Cycle des couleurs</translation></message>
-    <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Laisser les jeux éclairer des touches</translation></message>
+    <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Autoriser les jeux à éclairer des touches</translation></message>
     <message id="lkeyBrightness"><source>lkeyBrightness</source><translation>Luminosité</translation></message>
     <message id="lkeyBrightnessOff"><source>lkeyBrightnessOff</source><translation>Éteint</translation></message>
     <message id="lkeyBrightnessDim"><source>lkeyBrightnessDim</source><translation>Faible</translation></message>
     <message id="lkeyBrightnessNormal"><source>lkeyBrightnessNormal</source><translation>Normale</translation></message>
     <message id="lkeyBrightnessBright"><source>lkeyBrightnessBright</source><translation>Forte</translation></message>
-    <message id="lkeyDriverVersion"><source>lkeyDriverVersion</source><translation>Version du pilote :</translation></message>
-    <message id="lkeyFirmwareVersion"><source>lkeyFirmwareVersion</source><translation>Version du micrologiciel :</translation></message>
+    <message id="lkeyDriverVersion"><source>lkeyDriverVersion</source><translation>Version du pilote :</translation></message>
+    <message id="lkeyFirmwareVersion"><source>lkeyFirmwareVersion</source><translation>Version du micrologiciel :</translation></message>
     <message id="lkeyFirmwareVersionQuery"><source>lkeyFirmwareVersionQuery</source><translation>Lecture de la version du micrologiciel</translation></message>
     <message id="lkeyCheckUpdates"><source>lkeyCheckUpdates</source><translation>Rechercher des mises à jour</translation></message>
-    <message id="lkeyRestoreSettings"><source>lkeyRestoreSettings</source><translation>Rétablir par défaut…</translation></message>
+    <message id="lkeyRestoreSettings"><source>lkeyRestoreSettings</source><translation>Réinitialiser…</translation></message>
 </context>
 </TS>

@@ -3,43 +3,43 @@
 <TS version="2.1" language="fr">
 <context>
     <name></name>
-    <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
+    <!-- profiles.ts has the titles that macros and profiles share (lkeyRename to lkeyDelete). -->
     <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>Macros</translation></message>
-    <message id="lkeyMacroListLabel"><source>lkeyMacroListLabel</source><translation>Macros :</translation></message>
+    <message id="lkeyMacroListLabel"><source>lkeyMacroListLabel</source><translation>Macros :</translation></message>
     <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>Ajouter</translation></message>
     <message id="lkeyDeleteMacro"><source>lkeyDeleteMacro</source><translation>Supprimer</translation></message>
     <message id="lkeyMacroCommands"><source>lkeyMacroCommands</source><translation>Commandes de macro</translation></message>
-    <message id="lkeyMacroAssignment"><source>lkeyMacroAssignment</source><translation>Événements de la macro choisie :</translation></message>
+    <message id="lkeyMacroAssignment"><source>lkeyMacroAssignment</source><translation>Événements de la macro sélectionnée :</translation></message>
     <message id="lkeyMacroEvents"><source>lkeyMacroEvents</source><translation>Événements</translation></message>
     <message id="lkeyMacroEventCommands"><source>lkeyMacroEventCommands</source><translation>Commandes d’événement</translation></message>
-    <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Choisissez une macro pour voir ses événements.</translation></message>
+    <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>Sélectionnez une macro pour afficher ses événements.</translation></message>
     <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>Compléter</translation></message>
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>Supprimer</translation></message>
     <message id="lkeyAddMacroTip"><source>lkeyAddMacroTip</source><translation>Ajouter une macro</translation></message>
-    <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>Supprimer la macro choisie</translation></message>
+    <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>Supprimer la macro sélectionnée</translation></message>
     <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>Enregistrer d’autres événements à la fin de la macro</translation></message>
-    <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Supprimer l’événement choisi</translation></message>
-    <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Il n’y a pas encore de macro.</translation></message>
-    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Ajoutez une macro, puis enregistrez ce qu’elle doit jouer.</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Cette macro n’a pas encore d’événement. Cliquez sur Enregistrer et tapez sur le clavier.</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Enregistrement en cours. Tapez sur le clavier, puis cliquez sur Arrêter.</translation></message>
+    <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>Supprimer l’événement sélectionné</translation></message>
+    <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>Aucune macro pour le moment.</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Ajoutez une macro, puis enregistrez ses événements.</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Cette macro ne contient encore aucun événement. Cliquez sur « Enregistrer », puis appuyez sur des touches du clavier.</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Enregistrement en cours. Appuyez sur les touches de la macro, puis cliquez sur « Arrêter ».</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Importer une macro</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Exporter la macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>Enregistrer</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>Arrêter</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Modifier…</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Seuls les événements des 256 premières lignes peuvent être modifiés.</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Seuls les événements des 256 premières macros peuvent être modifiés.</translation></message>
+    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Seuls les événements des 256 premières lignes sont modifiables.</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Seuls les événements des 256 premières macros sont modifiables.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Supprimer l’événement</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Supprimer tous les événements</translation></message>
-    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copier le délai</translation></message>
+    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Appliquer le délai à tous</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>Aucun délai</translation></message>
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Modifier le délai</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Modifier l’événement</translation></message>
-    <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Délai en millisecondes :</translation></message>
-    <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
-    <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Les touches qui jouent cette macro retrouvent leur fonction par défaut. Cette action est irréversible.</translation></message>
+    <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Délai en millisecondes :</translation></message>
+    <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
+    <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Les touches qui exécutent cette macro retrouvent leur fonction par défaut. Cette action est irréversible.</translation></message>
 </context>
 </TS>

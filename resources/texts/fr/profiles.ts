@@ -11,7 +11,7 @@
     <message id="lkeyAddProfile"><source>lkeyAddProfile</source><translation>Ajouter</translation></message>
     <message id="lkeyDeleteProfile"><source>lkeyDeleteProfile</source><translation>Supprimer</translation></message>
     <message id="lkeyProfileCommands"><source>lkeyProfileCommands</source><translation>Commandes de profil</translation></message>
-    <message id="lkeyEnableOnScreenDisplay"><source>lkeyEnableOnScreenDisplay</source><translation>Afficher le profil à l’écran quand il change</translation></message>
+    <message id="lkeyEnableOnScreenDisplay"><source>lkeyEnableOnScreenDisplay</source><translation>Afficher le profil à l’écran lorsqu’il change</translation></message>
     <message id="lkeyRename"><source>lkeyRename</source><translation>Renommer</translation></message>
     <message id="lkeyNew"><source>lkeyNew</source><translation>Nouveau</translation></message>
     <message id="lkeyImport"><source>lkeyImport</source><translation>Importer…</translation></message>
@@ -19,12 +19,12 @@
     <message id="lkeyDelete"><source>lkeyDelete</source><translation>Supprimer…</translation></message>
     <message id="lkeyCopy"><source>lkeyCopy</source><translation>Copier</translation></message>
     <message id="lkeyAssignApplication"><source>lkeyAssignApplication</source><translation>Associer une application…</translation></message>
-    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Retirer l’application</translation></message>
-    <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Rétablir par défaut…</translation></message>
-    <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Supprimer le profil « %@ » ?</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Ses touches et son éclairage seront perdus. Cette action est irréversible.</translation></message>
-    <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Rétablir les réglages par défaut du profil « %@ » ?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Le profil garde son nom ; tout le reste est réinitialisé. Cette action est irréversible.</translation></message>
+    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Dissocier l’application</translation></message>
+    <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Réinitialiser…</translation></message>
+    <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Supprimer le profil « %@ » ?</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Les fonctions de ses touches et son éclairage seront perdus. Cette action est irréversible.</translation></message>
+    <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Rétablir les réglages par défaut du profil « %@ » ?</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Le profil conserve son nom. Tout le reste est réinitialisé. Cette action est irréversible.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Importer un profil</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Exporter le profil</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profils (%@)</translation></message>

@@ -3,45 +3,45 @@
 <TS version="2.1" language="ja">
 <context>
     <name></name>
-    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>標準のキー</translation></message>
+    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>デフォルトの機能</translation></message>
     <message id="lkeySingleKey"><source>lkeySingleKey</source><translation>単一キー</translation></message>
     <message id="lkeyMacro"><source>lkeyMacro</source><translation>マクロ</translation></message>
-    <message id="lkeyProfile"><source>lkeyProfile</source><translation>プロファイル切り替え</translation></message>
+    <message id="lkeyProfile"><source>lkeyProfile</source><translation>プロファイルを切り替え</translation></message>
     <message id="lkeyLaunchProgram"><source>lkeyLaunchProgram</source><translation>プログラムを起動</translation></message>
-    <message id="lkeyDisable"><source>lkeyDisable</source><translation>キーを無効にする</translation></message>
+    <message id="lkeyDisable"><source>lkeyDisable</source><translation>キーを無効化</translation></message>
     <message id="lkeyManageProfile"><source>lkeyManageProfile</source><translation>プロファイルを管理…</translation></message>
     <message id="lkeyManageMacro"><source>lkeyManageMacro</source><translation>マクロを管理…</translation></message>
     <message id="lkeyPlayMacroOnce"><source>lkeyPlayMacroOnce</source><translation>1 回再生</translation></message>
-    <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>放すまで繰り返す</translation></message>
+    <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>離すまで繰り返す</translation></message>
     <message id="lkeyRepeatUntilPressedAgain"><source>lkeyRepeatUntilPressedAgain</source><translation>もう一度押すまで繰り返す</translation></message>
-    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>2 回繰り返す</translation></message>
-    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>3 回繰り返す</translation></message>
-    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>4 回繰り返す</translation></message>
-    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>5 回繰り返す</translation></message>
-    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>6 回繰り返す</translation></message>
-    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>7 回繰り返す</translation></message>
-    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>8 回繰り返す</translation></message>
-    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>9 回繰り返す</translation></message>
-    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>10 回繰り返す</translation></message>
+    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>2 回再生</translation></message>
+    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>3 回再生</translation></message>
+    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>4 回再生</translation></message>
+    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>5 回再生</translation></message>
+    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>6 回再生</translation></message>
+    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>7 回再生</translation></message>
+    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>8 回再生</translation></message>
+    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>9 回再生</translation></message>
+    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>10 回再生</translation></message>
     <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>選択したキー:</translation></message>
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>割り当て:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>再生:</translation></message>
-    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Quill Kestra で、選択したキーに送信させるキーを押してください。</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>ゲームモードはオンです: %@ は割り当てた動作をし、Command キーは何もしません。</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>ゲームモードはオフです: %@ は割り当てた動作をします。オンにすると、遊んでいる間 Command キーが無効になります。</translation></message>
+    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>選択したキーから送信するキーを、Quill Kestra で押してください。</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>ゲームモードはオンです。%@ は割り当てどおりに動作します。Command キーは無効です。</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>ゲームモードはオフです。%@ は割り当てどおりに動作します。プレイ中に Command キーを無効にするには、ゲームモードをオンにしてください。</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>キーボード</translation></message>
     <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>キーボード。矢印キーでキーを選択します。</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@（%@）</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>選択したキー</translation></message>
     <message id="lkeyKeysLegendDisabled"><source>lkeyKeysLegendDisabled</source><translation>無効</translation></message>
-    <message id="lkeyKeysNoAssignment"><source>lkeyKeysNoAssignment</source><translation>割り当てできません</translation></message>
+    <message id="lkeyKeysNoAssignment"><source>lkeyKeysNoAssignment</source><translation>割り当て不可</translation></message>
     <message id="lkeyKeysEjectKey"><source>lkeyKeysEjectKey</source><translation>取り出し</translation></message>
     <message id="lkeyKeysMacroKey"><source>lkeyKeysMacroKey</source><translation>マクロの記録</translation></message>
     <message id="lkeyKeysFnKey"><source>lkeyKeysFnKey</source><translation>FN</translation></message>
     <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>メニュー</translation></message>
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>テンキーの無刻印キー</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
-    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>このプログラムが知らない割り当て</translation></message>
+    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>不明な割り当て</translation></message>
 </context>
 </TS>

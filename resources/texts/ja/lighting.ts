@@ -26,6 +26,6 @@
     <message id="lkeyFirmwareVersion"><source>lkeyFirmwareVersion</source><translation>ファームウェアのバージョン:</translation></message>
     <message id="lkeyFirmwareVersionQuery"><source>lkeyFirmwareVersionQuery</source><translation>ファームウェアのバージョンを確認中</translation></message>
     <message id="lkeyCheckUpdates"><source>lkeyCheckUpdates</source><translation>アップデートを確認</translation></message>
-    <message id="lkeyRestoreSettings"><source>lkeyRestoreSettings</source><translation>標準に戻す…</translation></message>
+    <message id="lkeyRestoreSettings"><source>lkeyRestoreSettings</source><translation>デフォルトに戻す…</translation></message>
 </context>
 </TS>

@@ -3,7 +3,7 @@
 <TS version="2.1" language="ja">
 <context>
     <name></name>
-    <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
+    <!-- profiles.ts has the titles that macros and profiles share (lkeyRename to lkeyDelete). -->
     <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>マクロ</translation></message>
     <message id="lkeyMacroListLabel"><source>lkeyMacroListLabel</source><translation>マクロ:</translation></message>
     <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>追加</translation></message>
@@ -13,33 +13,33 @@
     <message id="lkeyMacroEvents"><source>lkeyMacroEvents</source><translation>イベント</translation></message>
     <message id="lkeyMacroEventCommands"><source>lkeyMacroEventCommands</source><translation>イベントの操作</translation></message>
     <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>マクロを選択するとイベントが表示されます。</translation></message>
-    <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>追記</translation></message>
+    <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>続けて記録</translation></message>
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>削除</translation></message>
     <message id="lkeyAddMacroTip"><source>lkeyAddMacroTip</source><translation>マクロを追加</translation></message>
     <message id="lkeyDeleteMacroTip"><source>lkeyDeleteMacroTip</source><translation>選択したマクロを削除</translation></message>
-    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>マクロの末尾にイベントを追加で記録</translation></message>
+    <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>マクロの末尾に続けてイベントを記録</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>選択したイベントを削除</translation></message>
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>マクロはまだありません。</translation></message>
-    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>マクロを追加してから、再生する内容を記録してください。</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>このマクロにはまだイベントがありません。「記録」を押してキーボードを入力してください。</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>記録中です。キーボードを入力し、終わったら「停止」をクリックしてください。</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>マクロを追加してから、イベントを記録してください。</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>このマクロにはまだイベントがありません。「記録」をクリックしてから、キーボードのキーを押してください。</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>記録中です。マクロにするキーを押し、終わったら「停止」をクリックしてください。</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>マクロを読み込む</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>マクロを書き出す</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>マクロ (%@)</translation></message>
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>記録</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>停止</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>編集…</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>編集できるのは最初の256行にあるイベントだけです。</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>編集できるのは最初の256個のマクロのイベントだけです。</translation></message>
+    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>編集できるのは、最初の 256 行にあるイベントだけです。</translation></message>
+    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>編集できるのは、最初の 256 個のマクロのイベントだけです。</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>イベントを削除</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>すべてのイベントを削除</translation></message>
-    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>待ち時間をコピー</translation></message>
+    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>待ち時間をすべてに適用</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>待ち時間なし</translation></message>
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>待ち時間を編集</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>イベントを編集</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>待ち時間（ミリ秒）:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>このイベントのキーを押してください:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>マクロ「%@」を削除しますか？</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>このマクロを再生するキーは標準の機能に戻ります。この操作は取り消せません。</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>このマクロを再生するキーは、デフォルトの機能に戻ります。この操作は取り消せません。</translation></message>
 </context>
 </TS>

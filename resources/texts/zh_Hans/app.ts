@@ -3,7 +3,7 @@
 <TS version="2.1" language="zh_Hans">
 <context>
     <name></name>
-    <message id="lkeyOK"><source>lkeyOK</source><translation>好</translation></message>
+    <message id="lkeyOK"><source>lkeyOK</source><translation>确定</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>取消</translation></message>
     <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>配置文件：</translation></message>
     <message id="lkeyQuit"><source>lkeyQuit</source><translation>退出</translation></message>
@@ -20,7 +20,7 @@
     <message id="lkeyHelpContents"><source>lkeyHelpContents</source><translation>目录</translation></message>
     <message id="lkeyHelpSearch"><source>lkeyHelpSearch</source><translation>搜索帮助</translation></message>
     <message id="lkeyHelpResults"><source>lkeyHelpResults</source><translation>找到的页面</translation></message>
-    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>未找到</translation></message>
+    <message id="lkeyHelpNothingFound"><source>lkeyHelpNothingFound</source><translation>未找到结果</translation></message>
     <message id="lkeySocialNetworkPage"><source>lkeySocialNetworkPage</source><translation>Quill 主页</translation></message>
     <message id="lkeyCommunityFeed"><source>lkeyCommunityFeed</source><translation>新闻</translation></message>
     <message id="lkeyCommunityPage"><source>lkeyCommunityPage</source><translation>Quill Club</translation></message>
@@ -31,20 +31,20 @@
     <message id="lkeyMaintenanceTab"><source>lkeyMaintenanceTab</source><translation>维护</translation></message>
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>此键盘无需维护。</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>键盘服务没有响应</translation></message>
-    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>无法连接 QuillKestraDaemon 服务，正在重新启动该服务。您的设置是安全的。服务一旦响应，配置工具会自动继续。</translation></message>
+    <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>无法连接 QuillKestraDaemon 服务，该服务正在重新启动。您的设置不会丢失。服务响应后，配置工具会自动继续。</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>未找到键盘</translation></message>
-    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>请连接 Quill Kestra 键盘。键盘接入后，配置工具会自动继续。</translation></message>
+    <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>请连接您的 Quill Kestra 键盘。键盘连接后，配置工具会自动继续。</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>正在连接键盘…</translation></message>
-    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>正在等待键盘服务。服务响应后窗口即会打开。</translation></message>
-    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>按会话恢复的方式启动：等待键盘服务。</translation></message>
-    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>登录时在后台启动：等待键盘服务。</translation></message>
-    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>立即打开键盘，不显示提示面板。</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>宏或配置文件；指定后配置工具会等待键盘服务。</translation></message>
+    <message id="lkeyRestoringStateDesc"><source>lkeyRestoringStateDesc</source><translation>正在等待键盘服务。服务响应后，即可使用此窗口。</translation></message>
+    <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>在恢复的会话中启动，并等待键盘服务。</translation></message>
+    <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>登录时启动，并等待键盘服务。</translation></message>
+    <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>立即打开键盘，不显示连接提示。</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>宏文件或配置文件。配置工具会等待键盘服务，但不会导入该文件。</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>选择应用程序</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>应用程序 (%@)</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>替换“%@”？</translation></message>
-    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>已存在同名文件，其内容将会丢失。</translation></message>
+    <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>已存在同名文件。替换它会覆盖其中的内容。</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>替换</translation></message>
-    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>按住 Esc 一秒，即可重新在窗口中使用此键盘。</translation></message>
+    <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>按住 Escape 键一秒，即可重新在窗口中使用此键盘。</translation></message>
 </context>
 </TS>

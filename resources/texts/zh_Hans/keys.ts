@@ -3,7 +3,7 @@
 <TS version="2.1" language="zh_Hans">
 <context>
     <name></name>
-    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>默认按键</translation></message>
+    <message id="lkeyDefaultKey"><source>lkeyDefaultKey</source><translation>默认功能</translation></message>
     <message id="lkeySingleKey"><source>lkeySingleKey</source><translation>单个按键</translation></message>
     <message id="lkeyMacro"><source>lkeyMacro</source><translation>宏</translation></message>
     <message id="lkeyProfile"><source>lkeyProfile</source><translation>切换配置文件</translation></message>
@@ -14,34 +14,34 @@
     <message id="lkeyPlayMacroOnce"><source>lkeyPlayMacroOnce</source><translation>播放一次</translation></message>
     <message id="lkeyRepeatUntilReleased"><source>lkeyRepeatUntilReleased</source><translation>重复直到松开</translation></message>
     <message id="lkeyRepeatUntilPressedAgain"><source>lkeyRepeatUntilPressedAgain</source><translation>重复直到再次按下</translation></message>
-    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>重复 2 次</translation></message>
-    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>重复 3 次</translation></message>
-    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>重复 4 次</translation></message>
-    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>重复 5 次</translation></message>
-    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>重复 6 次</translation></message>
-    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>重复 7 次</translation></message>
-    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>重复 8 次</translation></message>
-    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>重复 9 次</translation></message>
-    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>重复 10 次</translation></message>
+    <message id="lkeyRepeat2Times"><source>lkeyRepeat2Times</source><translation>播放 2 次</translation></message>
+    <message id="lkeyRepeat3Times"><source>lkeyRepeat3Times</source><translation>播放 3 次</translation></message>
+    <message id="lkeyRepeat4Times"><source>lkeyRepeat4Times</source><translation>播放 4 次</translation></message>
+    <message id="lkeyRepeat5Times"><source>lkeyRepeat5Times</source><translation>播放 5 次</translation></message>
+    <message id="lkeyRepeat6Times"><source>lkeyRepeat6Times</source><translation>播放 6 次</translation></message>
+    <message id="lkeyRepeat7Times"><source>lkeyRepeat7Times</source><translation>播放 7 次</translation></message>
+    <message id="lkeyRepeat8Times"><source>lkeyRepeat8Times</source><translation>播放 8 次</translation></message>
+    <message id="lkeyRepeat9Times"><source>lkeyRepeat9Times</source><translation>播放 9 次</translation></message>
+    <message id="lkeyRepeat10Times"><source>lkeyRepeat10Times</source><translation>播放 10 次</translation></message>
     <message id="lkeySelectedKey"><source>lkeySelectedKey</source><translation>所选按键：</translation></message>
-    <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>分配：</translation></message>
+    <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>功能：</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>播放：</translation></message>
-    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>请在 Quill Kestra 上按下所选按键要发送的键。</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>游戏模式已开启：%@ 执行您分配的功能；Command 键不起作用。</translation></message>
-    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>游戏模式已关闭：%@ 执行您分配的功能。开启后，游戏时 Command 键将不起作用。</translation></message>
+    <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>请在 Quill Kestra 上按下要由所选按键发送的键。</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>游戏模式已开启。%@ 仍执行您分配的功能，Command 键不起作用。</translation></message>
+    <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>游戏模式已关闭。%@ 仍执行您分配的功能。如需在游戏时禁用 Command 键，请开启游戏模式。</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>键盘</translation></message>
     <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>键盘。使用方向键选择按键。</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@（%@）</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>所选按键</translation></message>
     <message id="lkeyKeysLegendDisabled"><source>lkeyKeysLegendDisabled</source><translation>已禁用</translation></message>
-    <message id="lkeyKeysNoAssignment"><source>lkeyKeysNoAssignment</source><translation>不可分配</translation></message>
+    <message id="lkeyKeysNoAssignment"><source>lkeyKeysNoAssignment</source><translation>无法分配功能</translation></message>
     <message id="lkeyKeysEjectKey"><source>lkeyKeysEjectKey</source><translation>弹出</translation></message>
     <message id="lkeyKeysMacroKey"><source>lkeyKeysMacroKey</source><translation>宏录制</translation></message>
     <message id="lkeyKeysFnKey"><source>lkeyKeysFnKey</source><translation>FN</translation></message>
     <message id="lkeyKeysMenuKey"><source>lkeyKeysMenuKey</source><translation>菜单</translation></message>
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>数字区空白键</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
-    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>此程序无法识别的分配</translation></message>
+    <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>未知功能</translation></message>
 </context>
 </TS>

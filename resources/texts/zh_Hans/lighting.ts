@@ -26,6 +26,6 @@
     <message id="lkeyFirmwareVersion"><source>lkeyFirmwareVersion</source><translation>固件版本：</translation></message>
     <message id="lkeyFirmwareVersionQuery"><source>lkeyFirmwareVersionQuery</source><translation>正在查询固件版本</translation></message>
     <message id="lkeyCheckUpdates"><source>lkeyCheckUpdates</source><translation>检查更新</translation></message>
-    <message id="lkeyRestoreSettings"><source>lkeyRestoreSettings</source><translation>恢复默认…</translation></message>
+    <message id="lkeyRestoreSettings"><source>lkeyRestoreSettings</source><translation>恢复默认设置…</translation></message>
 </context>
 </TS>

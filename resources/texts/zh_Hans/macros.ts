@@ -3,15 +3,15 @@
 <TS version="2.1" language="zh_Hans">
 <context>
     <name></name>
-    <!-- The titles that macros and profiles share (lkeyRename to lkeyDelete) are in profiles.ts. -->
+    <!-- profiles.ts has the titles that macros and profiles share (lkeyRename to lkeyDelete). -->
     <message id="lkeyMacroList"><source>lkeyMacroList</source><translation>宏</translation></message>
     <message id="lkeyMacroListLabel"><source>lkeyMacroListLabel</source><translation>宏：</translation></message>
     <message id="lkeyAddMacro"><source>lkeyAddMacro</source><translation>添加</translation></message>
     <message id="lkeyDeleteMacro"><source>lkeyDeleteMacro</source><translation>删除</translation></message>
-    <message id="lkeyMacroCommands"><source>lkeyMacroCommands</source><translation>宏命令</translation></message>
+    <message id="lkeyMacroCommands"><source>lkeyMacroCommands</source><translation>宏操作</translation></message>
     <message id="lkeyMacroAssignment"><source>lkeyMacroAssignment</source><translation>所选宏的事件：</translation></message>
     <message id="lkeyMacroEvents"><source>lkeyMacroEvents</source><translation>事件</translation></message>
-    <message id="lkeyMacroEventCommands"><source>lkeyMacroEventCommands</source><translation>事件命令</translation></message>
+    <message id="lkeyMacroEventCommands"><source>lkeyMacroEventCommands</source><translation>事件操作</translation></message>
     <message id="lkeyNoMacroSelected"><source>lkeyNoMacroSelected</source><translation>选择一个宏以查看其事件。</translation></message>
     <message id="lkeyAppendEvents"><source>lkeyAppendEvents</source><translation>追加</translation></message>
     <message id="lkeyDeleteSelectedEvent"><source>lkeyDeleteSelectedEvent</source><translation>删除</translation></message>
@@ -20,9 +20,9 @@
     <message id="lkeyAppendEventsTip"><source>lkeyAppendEventsTip</source><translation>在宏末尾继续录制事件</translation></message>
     <message id="lkeyDeleteSelectedEventTip"><source>lkeyDeleteSelectedEventTip</source><translation>删除所选事件</translation></message>
     <message id="lkeyNoMacros"><source>lkeyNoMacros</source><translation>还没有宏。</translation></message>
-    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>添加一个宏，然后录制要播放的内容。</translation></message>
-    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>此宏还没有事件。请按“录制”，然后在键盘上输入。</translation></message>
-    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>正在录制。请在键盘上输入，完成后点击“停止”。</translation></message>
+    <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>请添加一个宏，然后录制事件。</translation></message>
+    <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>此宏还没有事件。请点击“录制”，然后按下键盘上的按键。</translation></message>
+    <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>正在录制。请按下宏的各个按键，然后点击“停止”。</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>导入宏</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>导出宏</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>宏 (%@)</translation></message>
@@ -33,12 +33,12 @@
     <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>只能编辑前 256 个宏中的事件。</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>删除事件</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>删除所有事件</translation></message>
-    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>复制延迟</translation></message>
+    <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>将延迟应用于全部</translation></message>
     <message id="lkeyNoDelay"><source>lkeyNoDelay</source><translation>无延迟</translation></message>
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>编辑延迟</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>编辑事件</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>延迟（毫秒）：</translation></message>
-    <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>请按下此事件使用的键：</translation></message>
+    <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>请按下用于此事件的按键：</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>删除宏“%@”？</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>播放此宏的按键将恢复默认功能。此操作无法撤销。</translation></message>
 </context>

@@ -10,7 +10,7 @@
     <message id="lkeyProfileColumnAutoSwitch"><source>lkeyProfileColumnAutoSwitch</source><translation>自动切换</translation></message>
     <message id="lkeyAddProfile"><source>lkeyAddProfile</source><translation>添加</translation></message>
     <message id="lkeyDeleteProfile"><source>lkeyDeleteProfile</source><translation>删除</translation></message>
-    <message id="lkeyProfileCommands"><source>lkeyProfileCommands</source><translation>配置文件命令</translation></message>
+    <message id="lkeyProfileCommands"><source>lkeyProfileCommands</source><translation>配置文件操作</translation></message>
     <message id="lkeyEnableOnScreenDisplay"><source>lkeyEnableOnScreenDisplay</source><translation>切换时在屏幕上显示配置文件</translation></message>
     <message id="lkeyRename"><source>lkeyRename</source><translation>重命名</translation></message>
     <message id="lkeyNew"><source>lkeyNew</source><translation>新建</translation></message>
@@ -19,12 +19,12 @@
     <message id="lkeyDelete"><source>lkeyDelete</source><translation>删除…</translation></message>
     <message id="lkeyCopy"><source>lkeyCopy</source><translation>复制</translation></message>
     <message id="lkeyAssignApplication"><source>lkeyAssignApplication</source><translation>关联应用程序…</translation></message>
-    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>移除应用程序</translation></message>
-    <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>恢复默认…</translation></message>
+    <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>取消关联</translation></message>
+    <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>恢复默认设置…</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>删除配置文件“%@”？</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>其按键分配和灯光设置将丢失。此操作无法撤销。</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>此配置文件的按键功能和灯光设置将丢失。此操作无法撤销。</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>将配置文件“%@”恢复为默认设置？</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>配置文件保留其名称；其他设置都将被重置。此操作无法撤销。</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>配置文件的名称会保留，其他设置都将重置。此操作无法撤销。</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>导入配置文件</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>导出配置文件</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>配置文件 (%@)</translation></message>
