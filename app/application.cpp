@@ -10,12 +10,12 @@
 #include "base/filesizesignal.h"
 #include "base/resources.h"
 #include "base/text.h"
+#include "platform/sessionbus.h"
 #include "platform/singleinstance.h"
 #include "platform/terminationsignals.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QDBusConnection>
 #include <QDir>
 #include <QFontInfo>
 #include <QFontMetrics>
@@ -141,7 +141,7 @@ int runConfigurator(int argc, char *argv[])
     QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
     const Launch launch = parseCommandLine(application);
 
-    std::jthread bus([] { QDBusConnection::sessionBus(); });
+    std::jthread bus([] { (void)sharedSessionBus(); });
     prepareFont(); // while the bus connects
     bus.join();
     const SingleInstance instance(DaemonProtocol::configuratorIdentifier);

@@ -7,9 +7,9 @@
 #include "daemonlink/latestreplyslot.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
+#include "platform/sessionbus.h"
 
 #include <QCoreApplication>
-#include <QDBusConnection>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -49,7 +49,7 @@ DaemonClient::DaemonClient()
 
 CommandResult<void> DaemonClient::reachDaemon()
 {
-    if (!QDBusConnection::sessionBus().isConnected())
+    if (!sharedSessionBus().isConnected())
         return CommandError{{u"no session bus (is DBUS_SESSION_BUS_ADDRESS set?)"_s}, ExitCode::noDaemon};
     if (!RemoteMessagePort::open(DaemonProtocol::requestPortName))
         return CommandError{{u"the daemon is not running"_s}, ExitCode::noDaemon};

@@ -3,6 +3,7 @@
 
 #include "base/daemonprotocol.h"
 #include "platform/messageport.h"
+#include "platform/sessionbus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -21,7 +22,7 @@ QDBusMessage callDaemon(const DaemonObject &object, QLatin1StringView interface,
                                                           object.path, interface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
-    return QDBusConnection::sessionBus().call(message, QDBus::Block, callLimitMs);
+    return sharedSessionBus().call(message, QDBus::Block, callLimitMs);
 }
 
 ExitCode codeOf(const QString &error)

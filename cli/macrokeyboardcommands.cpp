@@ -13,6 +13,7 @@
 #include "macros/macrorecord.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
+#include "platform/sessionbus.h"
 
 #include <QDBusServiceWatcher>
 #include <QEventLoop>
@@ -66,8 +67,8 @@ CommandResult<bool> record(CommandContext &context, const ChosenRecord &macro, c
     notifications.addObserver(&loop, DaemonProtocol::macroSequenceNotification, printLines);
     notifications.addObserver(&loop, DaemonProtocol::deviceRemoved,
                               [&loop](const DistributedNotification &) { loop.quit(); });
-    const QDBusServiceWatcher daemonWatch(messagePortBusName(DaemonProtocol::requestPortName),
-                                          QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForUnregistration);
+    const QDBusServiceWatcher daemonWatch(messagePortBusName(DaemonProtocol::requestPortName), sharedSessionBus(),
+                                          QDBusServiceWatcher::WatchForUnregistration);
     QObject::connect(&daemonWatch, &QDBusServiceWatcher::serviceUnregistered, &loop, &QEventLoop::quit);
     const CommandResult<QVariantMap> reply =
         context.daemon.sendChecked(Command::startMacroRecording, request, macro.words() + u" cannot be recorded"_s);

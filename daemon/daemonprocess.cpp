@@ -32,6 +32,7 @@
 #include "daemon/system/statefolder.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
+#include "platform/sessionbus.h"
 #include "platform/terminationsignals.h"
 
 #include <QCoreApplication>
@@ -257,7 +258,7 @@ private:
 
 DaemonExit runDaemon()
 {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
+    const QDBusConnection bus = sharedSessionBus();
     if (!bus.isConnected()) {
         qCCritical(lcDaemon, "there is no session bus: %s", qUtf8Printable(bus.lastError().message()));
         return DaemonExit::noBus;

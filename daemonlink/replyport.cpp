@@ -3,6 +3,7 @@
 
 #include "daemonlink/daemontransport.h"
 #include "platform/messageport.h"
+#include "platform/sessionbus.h"
 
 #include <chrono>
 
@@ -29,7 +30,7 @@ void ReplyPort::run()
 {
     const QString connectionName = mPortName + QLatin1Char('-') + QString::number(quintptr(this), 16);
     {
-        QDBusConnection connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
+        QDBusConnection connection = openSessionBus(connectionName);
         const std::unique_ptr<LocalMessagePort> port =
             LocalMessagePort::create(mPortName, replyPortCallback, connection);
         setState(port ? State::serving : State::failed);

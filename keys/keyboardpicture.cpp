@@ -6,6 +6,7 @@
 #include "keys/keycap.h"
 #include "keys/keylayout.h"
 #include "platform/motionpreference.h"
+#include "platform/sessionbus.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -176,7 +177,7 @@ void KeyboardPicture::askForMotion()
 void KeyboardPicture::showEvent(QShowEvent *event)
 {
     if (!mMotion) {
-        mMotion = new MotionPreference(QDBusConnection::sessionBus(), this);
+        mMotion = new MotionPreference(sharedSessionBus(), this);
         connect(mMotion, &MotionPreference::changed, this, &KeyboardPicture::askForMotion);
     }
     mLight.setSeen(true);

@@ -2,6 +2,7 @@
 #include "platform/distributednotificationcenter.h"
 
 #include "base/qlcoreutility.h"
+#include "platform/sessionbus.h"
 
 #include <QDBusMessage>
 
@@ -33,7 +34,7 @@ DistributedNotificationCenter::~DistributedNotificationCenter() = default;
 
 DistributedNotificationCenter &DistributedNotificationCenter::defaultCenter()
 {
-    static DistributedNotificationCenter center(QDBusConnection::sessionBus());
+    static DistributedNotificationCenter center(sharedSessionBus());
     return center;
 }
 

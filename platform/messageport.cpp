@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/messageport.h"
 
+#include "platform/sessionbus.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusReply>
@@ -109,7 +111,7 @@ std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
     QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                                            u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
     question << busName;
-    const QDBusReply<bool> hasOwner = QDBusConnection::sessionBus().call(question, QDBus::Block, busAnswerLimitMs);
+    const QDBusReply<bool> hasOwner = sharedSessionBus().call(question, QDBus::Block, busAnswerLimitMs);
     if (!hasOwner.isValid() || !hasOwner.value())
         return {};
     return RemoteMessagePort(busName);
@@ -126,8 +128,8 @@ RemoteMessagePort::SendStatus RemoteMessagePort::sendRequest(qint32 messageIdent
                                                              QByteArray *answer,
                                                              const std::function<void()> &meanwhile) const
 {
-    QDBusPendingCall call = QDBusConnection::sessionBus().asyncCall(requestMessage(mBusName, messageIdentifier, data),
-                                                                    milliseconds(receiveTimeout));
+    QDBusPendingCall call =
+        sharedSessionBus().asyncCall(requestMessage(mBusName, messageIdentifier, data), milliseconds(receiveTimeout));
     if (meanwhile)
         meanwhile();
     call.waitForFinished();
@@ -143,5 +145,5 @@ RemoteMessagePort::SendStatus RemoteMessagePort::sendRequest(qint32 messageIdent
 
 void RemoteMessagePort::post(qint32 messageIdentifier, const QByteArray &data) const
 {
-    QDBusConnection::sessionBus().call(requestMessage(mBusName, messageIdentifier, data), QDBus::NoBlock);
+    sharedSessionBus().call(requestMessage(mBusName, messageIdentifier, data), QDBus::NoBlock);
 }

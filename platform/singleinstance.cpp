@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/singleinstance.h"
 
+#include "platform/sessionbus.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 
@@ -8,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 SingleInstance::SingleInstance(const QString &name, QObject *parent) : QObject(parent), mName(name)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus = sharedSessionBus();
     if (!bus.isConnected())
         return;
     bus.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
@@ -17,7 +19,7 @@ SingleInstance::SingleInstance(const QString &name, QObject *parent) : QObject(p
 
 SingleInstance::~SingleInstance()
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus = sharedSessionBus();
     bus.unregisterObject(objectPath());
     if (!mIsAnotherRunning)
         bus.unregisterService(mName);
@@ -32,7 +34,7 @@ void SingleInstance::activateOther() const
     // Waits for the bus to accept the message, because the caller is about to end. The other instance may be busy for
     // longer.
     constexpr int answerLimitMs = 1000;
-    QDBusConnection::sessionBus().call(message, QDBus::Block, answerLimitMs);
+    sharedSessionBus().call(message, QDBus::Block, answerLimitMs);
 }
 
 void SingleInstance::Activate(const QVariantMap &)

@@ -6,6 +6,7 @@
 #include "daemon/launch/transientservice.h"
 #include "daemon/system/logging.h"
 #include "platform/desktopentry.h"
+#include "platform/sessionbus.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -98,7 +99,7 @@ void ProgramLauncher::launch(const QString &path)
     Plan plan = planFor(path);
     if (!plan.isRefused() && TransientService::isNeeded()) {
         TransientService::start(
-            QDBusConnection::sessionBus(), plan.command, plan.workingDirectory, QCoreApplication::instance(),
+            sharedSessionBus(), plan.command, plan.workingDirectory, QCoreApplication::instance(),
             [path](const QString &reason) { logRefusal(path, u"the user's service manager: "_s + reason); });
     } else if (!plan.isRefused()) {
         if (const int error = DetachedProcess::start(plan.command, plan.workingDirectory))

@@ -10,6 +10,7 @@
 #include "platform/tableview.h"
 #include "profiles/profilecommands.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/rawposter.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
 
@@ -167,6 +168,7 @@ private Q_SLOTS:
     void writesNoFailureToStandardError();
     void isOnTheScreenBeforeItAsks_data();
     void isOnTheScreenBeforeItAsks();
+    void hearsOnAndQuitsAfterLargeNotifications();
 
 private:
     /// Starts this test as the program, for a user who has nothing yet.
@@ -308,6 +310,29 @@ void ApplicationTest::isOnTheScreenBeforeItAsks()
     // Seen, and gone again.
     QCOMPARE(log.contains("painted mRestoringStateWindow"), showsSheet);
     QCOMPARE(log.indexOf("hidden mRestoringStateWindow") > log.indexOf("painted mRestoringStateWindow"), showsSheet);
+}
+
+void ApplicationTest::hearsOnAndQuitsAfterLargeNotifications()
+{
+    const QString profileUpdated(DaemonProtocol::profileUpdated);
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, 1}});
+    const RawPoster other;
+    start({});
+    QTRY_VERIFY_WITH_TIMEOUT(mProgram->canReadLine(), limitMs);
+    QCOMPARE(mProgram->readLine().trimmed(), "ready");
+    daemon.forgetRequests();
+    for (int count = 0; count < 6; ++count)
+        other.post(profileUpdated, 40'000'000);
+    other.waitUntilPosted();
+    QTRY_COMPARE_WITH_TIMEOUT(daemon.count(Command::readSettings), 6, limitMs);
+    daemon.postNotification(profileUpdated);
+    QTRY_COMPARE_WITH_TIMEOUT(daemon.count(Command::readSettings), 7, limitMs);
+    // A program that the bus does not reach leaves this out, and waits for the bus at its end.
+    mProgram->terminate();
+    QVERIFY(mProgram->waitForFinished(limitMs));
+    QCOMPARE(mProgram->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(daemon.count(Command::releaseDevice), 1);
 }
 
 int main(int argc, char *argv[])

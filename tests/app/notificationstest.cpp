@@ -14,6 +14,7 @@
 #include "platform/spinner.h"
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/rawposter.h"
 #include "tests/support/testmain.h"
 
 #include <QApplication>
@@ -68,6 +69,7 @@ private Q_SLOTS:
     void showsErrorsByTheirCode();
     void closesTheDeviceSheetByItsButton();
     void givesTheFocusBackWhenTheKeyboardIsBack();
+    void hearsOnAfterLargeNotifications();
     void opensThePages();
     void opensTheHelpBook();
 
@@ -611,6 +613,20 @@ void NotificationsTest::givesTheFocusBackWhenTheKeyboardIsBack()
     QVERIFY(!key->hasFocus());
     mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
     QTRY_VERIFY(key->hasFocus());
+}
+
+void NotificationsTest::hearsOnAfterLargeNotifications()
+{
+    const RawPoster other;
+    for (int count = 0; count < 3; ++count)
+        other.post(u"Profile Updated 271"_s, 40'000'000);
+    other.waitUntilPosted();
+    QTRY_COMPARE(mDaemon->count(Command::readSettings), 3);
+    mDaemon->setDocument(withActiveProfile(sampleDocument(), 0));
+    mDaemon->postNotification(u"Profile Updated 271"_s);
+    QTRY_COMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"Default Profile"_s);
+    mHub->controller->switchProfileWithID(1);
+    QCOMPARE(mDaemon->count(Command::switchProfile), 1);
 }
 
 void NotificationsTest::opensThePages()

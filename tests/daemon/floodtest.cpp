@@ -28,6 +28,7 @@ private Q_SLOTS:
     void anotherClientIsAnsweredBetweenRequests();
     void requestsOverTheBoundAreAnsweredAtOnce();
     void largestMessageIsTakenAndALargerOneRefused();
+    void servesOnAfterMessagesThatAreMuchTooLarge();
 
 private:
     static constexpr int floodCount = 60; // within the bound, with those that the tests add
@@ -176,6 +177,21 @@ void FloodTest::largestMessageIsTakenAndALargerOneRefused()
     QCOMPARE(port->sendRequest(4, data, 20s, 20s, &answer), RemoteMessagePort::SendStatus::success);
     QCOMPARE(QlCoreUtility::convertDataToDictionary(answer),
              std::optional(QVariantMap{{u"ReturnStatus"_s, static_cast<int>(Status::limitReached)}}));
+}
+
+void FloodTest::servesOnAfterMessagesThatAreMuchTooLarge()
+{
+    const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
+    QVERIFY(port);
+    const QByteArray large(64 * 1024 * 1024, 'x'); // the largest that the bus takes
+    for (int count = 0; count < 3; ++count)
+        QCOMPARE(port->sendRequest(static_cast<qint32>(Command::readSettings), large, 20s, 20s),
+                 RemoteMessagePort::SendStatus::success);
+    const auto reply = mDaemon->request(Command::readSettings);
+    QVERIFY(reply);
+    QCOMPARE(reply->values.value(u"ReturnStatus"_s).toInt(), 0);
+    QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, 4U}), QString());
+    QCOMPARE(mDaemon->terminate(), 0);
 }
 
 QTEST_GUILESS_MAIN(FloodTest)

@@ -44,6 +44,7 @@ private slots:
     void endsWithoutHavingBeenStarted();
     void runsOnSilentlyWhenTheNameIsTaken();
     void twoPortsOfOneProcessFeedOneSlot();
+    void servesOnAfterALargeMessage();
 };
 
 void ReplyPortTest::servesOnAConnectionOfItsOwn()
@@ -127,6 +128,19 @@ void ReplyPortTest::twoPortsOfOneProcessFeedOneSlot()
     daemon.sendToReplyPort(portName, 1, ScriptedDaemon::encoded({{u"n"_s, 1}}));
     daemon.sendToReplyPort(u"OtherReplyPort"_s, 1, ScriptedDaemon::encoded({{u"n"_s, 2}}));
     QCOMPARE(LatestReplySlot::shared().take(), (QVariantMap{{u"n"_s, 2}}));
+}
+
+void ReplyPortTest::servesOnAfterALargeMessage()
+{
+    ScriptedDaemon daemon;
+    ReplyPort port(portName);
+    port.start();
+    QVERIFY(port.waitUntilServing(limitMs));
+    const QByteArray large(64 * 1024 * 1024, 'x'); // the largest that the bus takes; no property list
+    QCOMPARE(daemon.sendToReplyPort(portName, 4, large), large);
+    QCOMPARE(LatestReplySlot::shared().take(), QVariantMap());
+    QCOMPARE(daemon.sendToReplyPort(portName, 4, someReply()), someReply());
+    QVERIFY(LatestReplySlot::shared().holdsReply());
 }
 
 QTEST_GUILESS_MAIN(ReplyPortTest)

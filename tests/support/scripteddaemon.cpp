@@ -4,6 +4,7 @@
 #include "base/qlcoreutility.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
+#include "platform/sessionbus.h"
 
 #include <QDBusMessage>
 #include <QTimer>
@@ -41,7 +42,7 @@ void ScriptedDaemon::appear()
     mThread.run([this] {
         if (mPort)
             return;
-        const auto connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, mConnectionName);
+        const auto connection = openSessionBus(mConnectionName);
         mPort = LocalMessagePort::create(
             DaemonProtocol::requestPortName,
             [this](qint32 command, const std::optional<QByteArray> &data) { return receive(command, data); },

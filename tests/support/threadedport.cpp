@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/threadedport.h"
 
+#include "platform/sessionbus.h"
+
 #include <QDBusConnection>
 
 using namespace Qt::StringLiterals;
@@ -9,7 +11,7 @@ ThreadedPort::ThreadedPort(const QString &name, const LocalMessagePort::Callback
     : mConnectionName(u"threaded-port-%1"_s.arg(quintptr(this)))
 {
     mThread.run([&] {
-        const auto connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, mConnectionName);
+        const auto connection = openSessionBus(mConnectionName);
         mPort = LocalMessagePort::create(name, callback, connection);
         mIsServing = mPort != nullptr;
     });
