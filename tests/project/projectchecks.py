@@ -190,6 +190,20 @@ def check_string_connects(sources):
     return findings
 
 
+# --- connections to the session bus --------------------------------------------------------------------------------
+
+BUS_CONNECTION = re.compile(r"\bQDBusConnection::(?:sessionBus\s*\(|SessionBus\b)")
+BUS_CONNECTION_HOME = "platform/sessionbus.cpp"
+
+
+def check_bus_connections(sources):
+    """The programs connect to the session bus by platform/sessionbus.h alone."""
+    return [f"{source.path}: connects to the session bus without {BUS_CONNECTION_HOME}"
+            for source in sources
+            if source.is_code() and source.path != BUS_CONNECTION_HOME
+            and not source.is_under("tests", "bench", "fuzz", "tools") and BUS_CONNECTION.search(source.text)]
+
+
 # --- texts --------------------------------------------------------------------------------------------------------
 
 TEXT_KEY = re.compile(r'"(lkey\w*)"')
@@ -386,6 +400,7 @@ ALL_CHECKS = {
     "include-directions": check_include_directions,
     "licence-lines": check_licence_lines,
     "string-connects": check_string_connects,
+    "bus-connections": check_bus_connections,
     "texts": check_texts,
     "machine-paths": check_machine_paths,
     "thin-mains": check_thin_mains,

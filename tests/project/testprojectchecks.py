@@ -4,9 +4,9 @@
 
 import unittest
 
-from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_include_directions, check_licence_lines, check_links,
-                           check_machine_paths, check_protocol_document, check_string_connects, check_texts,
-                           check_thin_mains)
+from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_bus_connections, check_include_directions,
+                           check_licence_lines, check_links, check_machine_paths, check_protocol_document,
+                           check_string_connects, check_texts, check_thin_mains)
 
 KEYS_CMAKE = Source("keys/CMakeLists.txt", """
 kestra_library(kestra_keys_records
@@ -166,6 +166,23 @@ class StringConnects(unittest.TestCase):
 
     def test_other_words_pass(self):
         self.assertEqual(check_string_connects([Source("keys/a.cpp", "Q_SIGNALS: QSIGNAL (x); SLOTS(")]), [])
+
+
+class BusConnections(unittest.TestCase):
+    def test_connections_of_the_library_are_found(self):
+        for text in ("auto bus = QDBusConnection::sessionBus();",
+                     "QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);"):
+            with self.subTest(text=text):
+                self.assertEqual(len(check_bus_connections([Source("daemon/a.cpp", text)])), 1)
+
+    def test_their_home_and_tests_may_have_them(self):
+        for path in ("platform/sessionbus.cpp", "tests/daemon/a.cpp", "tools/tour/a.cpp"):
+            with self.subTest(path=path):
+                self.assertEqual(check_bus_connections([Source(path, "QDBusConnection::sessionBus();")]), [])
+
+    def test_other_connections_pass(self):
+        text = "QDBusConnection::systemBus(); sharedSessionBus(); QDBusConnection::disconnectFromBus(name);"
+        self.assertEqual(check_bus_connections([Source("daemon/a.cpp", text)]), [])
 
 
 class Texts(unittest.TestCase):
