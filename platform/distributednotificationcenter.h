@@ -42,6 +42,8 @@ public:
     /// Number of observations of `name` by `observer`.
     [[nodiscard]] int observationCount(const QObject *observer, const QString &name) const;
 
+    /// A dictionary that has no form as a property list, or one of more than PropertyList::maximumInputBytes, is left
+    /// out.
     void post(const QString &name, const QVariantMap &userInfo = {});
 
 private Q_SLOTS:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Notifications from one connection of a real bus to another.
 #include "platform/distributednotificationcenter.h"
+#include "base/propertylist.h"
 #include "tests/support/testmain.h"
 
 #include <QDBusMessage>
@@ -58,6 +59,7 @@ private slots:
     void deliversToThePosterItself();
     void absentUserInfoIsEmptyArrayOnTheWire();
     void userInfoWithoutPropertyListFormIsPostedAsNone();
+    void userInfoLargerThanAReaderTakesIsPostedAsNone();
     void undecodableUserInfoIsEmpty_data();
     void undecodableUserInfoIsEmpty();
     void ignoresSignalsOfOtherShape_data();
@@ -177,6 +179,16 @@ void DistributedNotificationCenterTest::userInfoWithoutPropertyListFormIsPostedA
     mPoster->post(name, {{u"point"_s, QPoint(1, 2)}});
     settle();
     QCOMPARE(received, std::vector<QVariantMap>{QVariantMap()});
+}
+
+void DistributedNotificationCenterTest::userInfoLargerThanAReaderTakesIsPostedAsNone()
+{
+    const WireListener listener;
+    QSignalSpy spy(&listener, &WireListener::received);
+    settle();
+    mPoster->post(name, {{u"data"_s, QByteArray(PropertyList::maximumInputBytes, 'x')}}); // and what is around it
+    QTRY_COMPARE(spy.count(), 2); // that of settle() is the first
+    QCOMPARE(spy.at(1).at(0).value<QDBusMessage>().arguments(), QVariantList({name, QByteArray()}));
 }
 
 void DistributedNotificationCenterTest::undecodableUserInfoIsEmpty_data()
