@@ -6,7 +6,9 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <limits>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -57,6 +59,7 @@ private Q_SLOTS:
     void refusesAMessageThatIsTooLarge();
     void hasRoomAgainWhenRequestsWereTaken();
     void countsWhatItRefuses();
+    void handsEachRequestFromOneThreadToAnother();
     void largestDocumentFits();
 };
 
@@ -166,6 +169,34 @@ void RequestQueueTest::countsWhatItRefuses()
     addMany(queue, a, RequestQueue::maximumRequestsOfSender + 3);
     QCOMPARE(queue.takeRefusedCount(), 3);
     QCOMPARE(queue.takeRefusedCount(), 0);
+}
+
+void RequestQueueTest::handsEachRequestFromOneThreadToAnother()
+{
+    constexpr int count = 2000; // many times the bound of a sender
+    RequestQueue queue;
+    int refused = 0;
+    std::jthread port([&queue, &refused] {
+        for (int number = 0; number < count; ++number) {
+            while (queue.add(number % 2 == 0 ? a : b, message(number)) != Status::ok) {
+                ++refused;
+                std::this_thread::yield();
+            }
+        }
+    });
+    QList<qint32> even;
+    QList<qint32> odd;
+    int seenRefused = 0;
+    while (even.size() + odd.size() < count) {
+        if (const auto next = queue.take())
+            (next->number % 2 == 0 ? even : odd) += next->number;
+        seenRefused += queue.takeRefusedCount();
+    }
+    port.join();
+    QVERIFY(queue.isEmpty());
+    QVERIFY(std::ranges::is_sorted(even) && std::ranges::is_sorted(odd));
+    QCOMPARE(even.size(), count / 2);
+    QCOMPARE(seenRefused + queue.takeRefusedCount(), refused);
 }
 
 // The document that takes the most bytes: as many values as are allowed, the longest ones that there are and all
