@@ -116,8 +116,8 @@ RequestPort::RequestPort(const QDBusConnection &bus, Take take, Clock clock)
 
 RequestPort::~RequestPort()
 {
-    if (!isRunning())
-        return;
+    if (!isRunning() && !isFinished())
+        return; // never started
     quit();
     mHasEnded.get_future().wait(); // synchronises in terms of C++, unlike QThread::wait()
     wait();
@@ -131,6 +131,12 @@ bool RequestPort::serve()
 
 void RequestPort::run()
 {
+    serveUntilQuit();
+    mHasEnded.set_value(); // the receiver and the port have gone
+}
+
+void RequestPort::serveUntilQuit()
+{
     RequestReceiver receiver(mBus, mTake, mClock);
     const auto receive = [&receiver](const QString &sender, qint32 number, const std::optional<QByteArray> &data) {
         return receiver.receive(sender, number, data);
@@ -140,5 +146,4 @@ void RequestPort::run()
     mIsServing.set_value(port != nullptr);
     if (port)
         exec();
-    mHasEnded.set_value();
 }

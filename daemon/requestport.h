@@ -50,6 +50,8 @@ protected:
     void run() override;
 
 private:
+    void serveUntilQuit();
+
     QDBusConnection mBus;
     Take mTake;
     Clock mClock;
