@@ -133,7 +133,10 @@ void RequestHandler::finish(const Change &change)
     const QVariantMap before = mSettings.document();
     if (change.outcome.changesDocument)
         mSettings.use(change.outcome.document);
-    finish(change.request, before, change.outcome, change.command->returnsDocument);
+    const bool isInTime = finish(change.request, before, change.outcome, change.command->returnsDocument);
+    // The client goes on to show what it has read before, which a change may have made wrong meanwhile.
+    if (!isInTime && change.command->command == Command::readSettings)
+        mSettings.postUpdated(DaemonProtocol::daemonProcessName);
 }
 
 void RequestHandler::handle(const Request &request)
@@ -149,7 +152,8 @@ void RequestHandler::handle(const Request &request)
     case Command::startMacroRecording: return replyToCapture(request, mCaptures.startMacroRecording(values, client));
     case Command::stopMacroRecording: mCaptures.stopMacroRecording(client); break;
     case Command::saveRecordedEvents:
-        return finish(request, before, mCaptures.saveRecordedEvents(values, client), ReturnsDocument::never);
+        finish(request, before, mCaptures.saveRecordedEvents(values, client), ReturnsDocument::never);
+        return;
     case Command::startEditHid: return replyToCapture(request, mCaptures.startKeyCapture(client, Kind::editedEvent));
     case Command::startSingleKeyRecording:
         return replyToCapture(request, mCaptures.startKeyCapture(client, Kind::singleKey));
@@ -181,7 +185,7 @@ void RequestHandler::postFirmwareVersion()
                                {DaemonProtocol::firmwareVersion, isAttached ? keyboard.firmwareVersion() : QString()}});
 }
 
-void RequestHandler::finish(const Request &request, const QVariantMap &before, const CommandOutcome &outcome,
+bool RequestHandler::finish(const Request &request, const QVariantMap &before, const CommandOutcome &outcome,
                             ReturnsDocument returnsDocument)
 {
     const bool isOk = outcome.status == Status::ok;
@@ -189,10 +193,11 @@ void RequestHandler::finish(const Request &request, const QVariantMap &before, c
     if (returnsDocument == ReturnsDocument::always || (isOk && returnsDocument == ReturnsDocument::onSuccess))
         values.insert(DaemonProtocol::returnDictionary, mSettings.document());
     const bool isInTime = reply(request, outcome.status, values);
-    if (!outcome.changesDocument)
-        return;
-    postUpdated(request, isInTime);
-    mProfiles.showSwitch(before);
+    if (outcome.changesDocument) {
+        postUpdated(request, isInTime);
+        mProfiles.showSwitch(before);
+    }
+    return isInTime;
 }
 
 void RequestHandler::replyToCapture(const Request &request, Status status)

@@ -69,7 +69,8 @@ private:
     void openDevice(const Request &request);
     void postFirmwareVersion();
     /// Replies with the outcome of a command. Then notifies the clients if the document has changed from `before`.
-    void finish(const Request &request, const QVariantMap &before, const CommandOutcome &outcome,
+    /// False when it was too late for the reply.
+    bool finish(const Request &request, const QVariantMap &before, const CommandOutcome &outcome,
                 ReturnsDocument returnsDocument);
     /// Replies to a client that captures keys. If the reply comes too late, the capture ends: the client does not know
     /// of it.

@@ -23,7 +23,9 @@ private Q_SLOTS:
     void changeIsPostedInTheNameOfItsClient();
     void changeWithoutAReplyIsPostedByTheDaemon();
     void changeOfAClientThatWantsNoReplyKeepsItsName();
-    void readingPostsNothing();
+    void readingInTimePostsNothing();
+    void lateReadingOfTheDocumentIsPostedByTheDaemon();
+    void lateReadingOfAnythingElsePostsNothing();
     void captureWithoutAReplyEnds_data();
     void captureWithoutAReplyEnds();
     void refusedCaptureEndsNoOther();
@@ -105,10 +107,24 @@ void LateReplyTest::changeOfAClientThatWantsNoReplyKeepsItsName()
     QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, u"some.client"_s}}));
 }
 
-void LateReplyTest::readingPostsNothing()
+void LateReplyTest::readingInTimePostsNothing()
+{
+    sendOld(5s, Command::readSettings, {});
+    QVERIFY(mNotifications.isEmpty());
+}
+
+// Else a window that reads what another client has changed, and gets no reply, would show the old document for good.
+void LateReplyTest::lateReadingOfTheDocumentIsPostedByTheDaemon()
 {
     expectWarning();
     sendOld({}, Command::readSettings, {});
+    QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, u"QuillKestraDaemon"_s}}));
+}
+
+void LateReplyTest::lateReadingOfAnythingElsePostsNothing()
+{
+    expectWarning();
+    sendOld({}, Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 0}});
     QVERIFY(mNotifications.isEmpty());
 }
 
