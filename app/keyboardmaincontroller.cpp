@@ -97,6 +97,8 @@ void KeyboardMainController::awakeFromNib()
     setControlsState(false);
     mBusyIndicator->stopAnimation();
     createLocalPort();
+    mBusEnd = std::make_unique<BusEnd>(QDBusConnection::sessionBus());
+    connect(mBusEnd.get(), &BusEnd::reached, this, &KeyboardMainController::busHasEnded);
     mDeletedProfileID = 0;
     mIsDeleteProfile = false;
     setFirmwareVersionString({});

@@ -9,6 +9,7 @@
 #include "keys/keysdelegate.h"
 #include "lighting/lightingdelegate.h"
 #include "macros/macrodelegate.h"
+#include "platform/busend.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/focusmemory.h"
 #include "platform/processes.h"
@@ -120,6 +121,8 @@ public:
     void deamonDPIUpdateNotification(const DistributedNotification &) {}
     void illuminationChangesNotification(const DistributedNotification &notification);
     void commandReplyReceived(const DistributedNotification &notification);
+    /// The session bus has gone, and with it the daemon: switches the controls off and says so.
+    void busHasEnded();
 
     // Errors, recovery, help
     void showErrorForErrorCode(int errorCode);
@@ -220,6 +223,7 @@ private:
     KeyboardLightingController *mLightingController = nullptr;
     KeyboardMaintenanceController *mMaintenenaceController = nullptr; // the spelling is deliberate
     DistributedNotificationCenter *mNotificationCenter = nullptr;
+    std::unique_ptr<BusEnd> mBusEnd;
     FocusMemory mFocusMemory;
 
     QVariantMap mDefaultSettingsDict;

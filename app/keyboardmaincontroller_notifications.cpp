@@ -173,6 +173,16 @@ void KeyboardMainController::commandReplyReceived(const DistributedNotification 
     updateDriverVersions(notification.userInfo);
 }
 
+void KeyboardMainController::busHasEnded()
+{
+    setControlsState(false);
+    mBusyIndicator->stopAnimation();
+    mLightingController->stopProgressIndicatorAnimation();
+    QLCErrorHandler::showErrorWithTitleErrorDescriptionDefaultButtonLabelAlternativeButtonLabelToWindow(
+        localizedText("lkeySessionEndedTitle"), localizedText("lkeySessionEndedDesc"), localizedText("lkeyOK"), {},
+        mMainWindow);
+}
+
 // Errors and recovery -------------------------------------------------------------------------------------------------
 
 void KeyboardMainController::showErrorForErrorCode(int errorCode)

@@ -24,12 +24,12 @@
 #include "daemon/settings/settingsadaptor.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
-#include "daemon/system/busend.h"
 #include "daemon/system/deadlinetimer.h"
 #include "daemon/system/desktopnotification.h"
 #include "daemon/system/handover.h"
 #include "daemon/system/logging.h"
 #include "daemon/system/statefolder.h"
+#include "platform/busend.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
 #include "platform/sessionbus.h"
@@ -218,6 +218,8 @@ private:
             QCoreApplication::quit();
         });
         const BusEnd busEnd(mBus);
+        if (!busEnd.isWatching())
+            qCCritical(lcDaemon, "daemon: it cannot notice when the bus goes away");
         QObject::connect(&busEnd, &BusEnd::reached, &mDaemon, &QCoreApplication::quit);
         qCInfo(lcDaemon, "starting, ready: serving \"%s\"", DaemonProtocol::requestPortName.data());
         if (mBus.isConnected()) // otherwise BusEnd would never signal

@@ -32,6 +32,8 @@
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Diese Tastatur benötigt keine Wartung.</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>Der Tastaturdienst antwortet nicht</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Der Konfigurator konnte den Dienst QuillKestraDaemon nicht erreichen. Der Dienst wird neu gestartet. Ihre Einstellungen sind sicher. Der Konfigurator fährt automatisch fort, sobald der Dienst antwortet.</translation></message>
+    <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>Die Sitzung ist beendet</translation></message>
+    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>Der Konfigurator hat die Verbindung zur Desktop-Sitzung verloren und damit auch zum Tastaturdienst. Ihre Einstellungen sind sicher. Schließen Sie den Konfigurator und starten Sie ihn neu.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>Keine Tastatur gefunden</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Schließen Sie Ihre Quill-Kestra-Tastatur an. Der Konfigurator fährt automatisch fort, sobald die Tastatur angeschlossen ist.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Verbindung zur Tastatur wird hergestellt …</translation></message>

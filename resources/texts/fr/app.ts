@@ -32,6 +32,8 @@
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Ce clavier ne nécessite aucun entretien.</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>Le service du clavier ne répond pas</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Le configurateur n’a pas pu joindre le service QuillKestraDaemon. Le service redémarre. Vos réglages sont conservés. Le configurateur reprendra automatiquement dès que le service répondra.</translation></message>
+    <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>La session est terminée</translation></message>
+    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>Le configurateur a perdu la connexion à la session de bureau et, avec elle, le service du clavier. Vos réglages sont en sécurité. Fermez le configurateur et redémarrez-le.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>Aucun clavier trouvé</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Branchez votre clavier Quill Kestra. Le configurateur reprendra automatiquement dès que le clavier sera connecté.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Connexion au clavier…</translation></message>

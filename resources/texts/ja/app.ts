@@ -32,6 +32,8 @@
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>このキーボードにメンテナンスは必要ありません。</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>キーボードのサービスが応答しません</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>QuillKestraDaemon サービスに接続できませんでした。サービスを再起動しています。設定は失われません。サービスが応答すると、自動的に再開します。</translation></message>
+    <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>セッションが終了しました</translation></message>
+    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>デスクトップセッションとの接続が切れたため、キーボードのサービスを利用できません。設定は失われません。このアプリを閉じて、もう一度起動してください。</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>キーボードが見つかりません</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Quill Kestra キーボードを接続してください。接続すると、自動的に再開します。</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>キーボードに接続中…</translation></message>
