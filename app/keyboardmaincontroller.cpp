@@ -97,7 +97,7 @@ void KeyboardMainController::awakeFromNib()
     setControlsState(false);
     mBusyIndicator->stopAnimation();
     createLocalPort();
-    mBusEnd = std::make_unique<BusEnd>(QDBusConnection::sessionBus());
+    mBusEnd = std::make_unique<BusEnd>(sharedSessionBus());
     connect(mBusEnd.get(), &BusEnd::reached, this, &KeyboardMainController::busHasEnded);
     mDeletedProfileID = 0;
     mIsDeleteProfile = false;
