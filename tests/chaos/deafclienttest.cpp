@@ -72,7 +72,7 @@ void DeafClientTest::othersAreServed()
 {
     constexpr int rounds = 20;
     constexpr int readingsOfARound = 100;
-    constexpr qint64 boundKiB = 32 * 1024; // the replies to the flood have three times as much
+    [[maybe_unused]] constexpr qint64 boundKiB = 32 * 1024; // the replies to the flood have three times as much
     DaemonProcessFixture daemon;
     QVERIFY(daemon.start());
     // A document of some size, so that each reading is answered with as much.
