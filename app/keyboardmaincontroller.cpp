@@ -14,6 +14,7 @@
 #include "lighting/backlight.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "platform/sessionbus.h"
 #include "platform/spinner.h"
 #include "profiles/keyboardprofilescontroller.h"
 
