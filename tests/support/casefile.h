@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Cases as text files: a comment that says what holds, lines of input, a blank line, the lines of output. Lines that
-// begin with "#" are comments.
-// For tests of Qt Test; their thread.
+// Cases as text files: a comment with the rule, lines of input, a blank line, the lines of output. Lines that begin
+// with "#" are comments. For tests with Qt Test; used on their thread.
 #pragma once
 
 #include <QDir>
@@ -10,8 +9,9 @@
 
 #include <functional>
 
-/// Runs the case at `path` on a new Script and compares what comes out. A Script has run(line), which returns what is
-/// wrong with the line, and outputLines(). `down`, a member of it, returns the keys that are down: none at the end.
+/// Runs the case at `path` on a new Script and compares the output. A Script has outputLines() and run(line), which
+/// returns the mistake in the line. `down` is a member of Script that returns the pressed keys; none may remain at the
+/// end.
 template <typename Script, typename Down> void runCase(const QString &path, Down down)
 {
     Script script;
@@ -27,7 +27,8 @@ template <typename Script, typename Down> void runCase(const QString &path, Down
         if (line.startsWith(u'#'))
             continue;
         if (line.isEmpty()) {
-            isInput = isInput && script.outputLines().isEmpty(); // a blank line before the first event parts comments
+            isInput =
+                isInput && script.outputLines().isEmpty(); // a blank line before the first event separates comments
         } else if (isInput) {
             const QString problem = script.run(line);
             QVERIFY2(problem.isEmpty(), qPrintable(QStringLiteral("line %1: %2").arg(number).arg(problem)));
@@ -41,7 +42,7 @@ template <typename Script, typename Down> void runCase(const QString &path, Down
     QCOMPARE(std::invoke(down, script), none);
 }
 
-/// A test that runs each case of a folder, and lines with mistakes. The test's program lists this header among its
+/// A test that runs each case of a folder, and lines with mistakes. The test's program must list this header among its
 /// SOURCES, for moc.
 class CaseFilesTest : public QObject
 {
@@ -81,9 +82,9 @@ private Q_SLOTS:
 private:
     /// Runs runCase() with the Script of the test.
     virtual void runCaseFile(const QString &path) = 0;
-    /// Adds rows with a line that has a mistake.
+    /// Adds rows that each have a line with a mistake.
     virtual void addMistakes() = 0;
-    /// What a new Script says is wrong with `line`.
+    /// The mistake that a new Script reports for `line`.
     virtual QString problemWith(const QString &line) = 0;
 
     QString mFolder;

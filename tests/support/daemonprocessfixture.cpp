@@ -34,7 +34,7 @@ DaemonProcessFixture::DaemonProcessFixture() : mEnvironment(QProcessEnvironment:
 {
     mEnvironment.insert(u"XDG_STATE_HOME"_s, mFolder.filePath(u"state"_s));
     mEnvironment.insert(u"QUILL_KESTRA_RESOURCES"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources"_s);
-    // Not the desktop of whoever runs the tests: its windows come to the front as they like.
+    // Not the desktop of the user who runs the tests, because its windows come to the front at any time.
     mEnvironment.remove(u"DISPLAY"_s);
     mEnvironment.remove(u"WAYLAND_DISPLAY"_s);
     const auto receive = [this](qint32 command, const std::optional<QByteArray> &data) -> std::optional<QByteArray> {
@@ -48,7 +48,7 @@ DaemonProcessFixture::~DaemonProcessFixture()
 {
     if (!isRunning())
         return;
-    resume(); // a test that failed may have left it stopped
+    resume(); // a failed test may have left it suspended
     terminate();
 }
 

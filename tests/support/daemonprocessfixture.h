@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A QuillKestraDaemon process of the test's own, with its settings in a temporary folder, and a client of it.
-// The test's thread; needs a session bus of the test's own.
+// A QuillKestraDaemon process for one test, with its settings in a temporary folder, and a client of it. Used on the
+// test's thread; needs a private session bus.
 #pragma once
 
 #include "base/daemonprotocol.h"
@@ -31,19 +31,19 @@ public:
     DaemonProcessFixture();
     ~DaemonProcessFixture() override;
 
-    /// Starts the daemon and waits until its port is there; false when it ends or does not come.
+    /// Starts the daemon and waits for its port. Returns false when the daemon ends or the port does not appear.
     [[nodiscard]] bool start(const std::function<void()> &inChild = {});
-    /// Kills it as a crash would (SIGKILL) and waits until the bus knows.
+    /// Kills it as a crash would (SIGKILL) and waits until the bus has noticed.
     void kill();
-    /// Ends it by SIGTERM; its exit code.
+    /// Ends it by SIGTERM and returns its exit code.
     int terminate() { return sendSignal(SIGTERM); }
     int sendSignal(int signalNumber);
-    /// Lets the process stand still (SIGSTOP), and lets it continue (SIGCONT).
+    /// Suspends the process (SIGSTOP), and resumes it (SIGCONT).
     void stop() const { ::kill(static_cast<pid_t>(processId()), SIGSTOP); }
     void resume() const { ::kill(static_cast<pid_t>(processId()), SIGCONT); }
     [[nodiscard]] bool isRunning() const { return mProcess && mProcess->state() == QProcess::Running; }
     [[nodiscard]] qint64 processId() const { return mProcess ? mProcess->processId() : 0; }
-    /// What it has logged since it was started.
+    /// Its log output since the start.
     [[nodiscard]] const QByteArray &log() { return mLog += mProcess->readAllStandardError(); }
 
     /// Runs another daemon to its end with `arguments`, in the same environment or with another state folder.
@@ -51,11 +51,11 @@ public:
 
     /// Sends a request that names this client's port; does not wait.
     void send(DaemonProtocol::Command command, QVariantMap request = {});
-    /// Sends it and waits for the reply; absent when none came in time.
+    /// Sends a request and waits for the reply; absent when none came in time.
     std::optional<Reply> request(DaemonProtocol::Command command, const QVariantMap &request = {});
     [[nodiscard]] QList<Reply> &replies() { return mReplies; }
 
-    /// Calls a method of the virtual keyboard; the name of the error, empty when it succeeded.
+    /// Calls a method of the virtual keyboard. Returns the name of the error; empty on success.
     QString callKeyboard(const QString &method, const QVariantList &arguments = {});
     [[nodiscard]] QVariant keyboardProperty(const QString &name);
 

@@ -10,7 +10,7 @@
     const QColor window(0x2b, 0x2d, 0x31), base(0x1f, 0x21, 0x24), text(0xe6, 0xe7, 0xea), faint(0x80, 0x83, 0x88);
     palette.setColor(QPalette::Window, window);
     palette.setColor(QPalette::Button, QColor(0x3a, 0x3d, 0x42));
-    // The style draws the edges of things, and a shadow behind disabled texts, in these.
+    // The style draws edges, and a shadow behind disabled texts, in these colours.
     palette.setColor(QPalette::Light, QColor(0x45, 0x48, 0x4e));
     palette.setColor(QPalette::Midlight, QColor(0x3f, 0x42, 0x47));
     palette.setColor(QPalette::Mid, QColor(0x24, 0x26, 0x29));

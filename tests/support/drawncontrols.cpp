@@ -21,13 +21,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A text or an indicator on the screen: whose it is, and the part of the window it stands in.
+/// A text or an indicator on the screen: its control, and its part of the window.
 struct ShownText
 {
     const QWidget *widget;
     QString text;
     QRect area;
-    bool isSelected = false; ///< drawn in the colours that the desktop gives to a selection
+    bool isSelected = false; ///< drawn in the desktop's selection colours
 };
 
 QString described(const QWidget *widget, const QString &text)
@@ -35,7 +35,7 @@ QString described(const QWidget *widget, const QString &text)
     return u"%1 %2 \"%3\""_s.arg(QLatin1StringView(widget->metaObject()->className()), widget->objectName(), text);
 }
 
-/// Whether `label` shows all of its text at the size it has.
+/// Whether `label` shows all of its text at its current size.
 bool isWholeLabel(const QLabel *label)
 {
     if (label->text().isEmpty())
@@ -50,13 +50,13 @@ QRect placeInWindow(const QWidget *widget, const QRect &area)
     return {widget->mapTo(widget->window(), area.topLeft()), area.size()};
 }
 
-/// Whether it can be seen in its window. Other than isVisibleTo(), it leaves out what belongs to another window.
+/// Whether the widget is visible in its window. Unlike isVisibleTo(), excludes widgets that belong to another window.
 bool isShownIn(const QWidget *widget, const QWidget *window)
 {
     return widget->window() == window && widget->isVisible();
 }
 
-/// The part of a check box or radio button (`isIndicator`: its picture) or another button that has its text.
+/// The part of a check box or radio button (`isIndicator`: its picture) or another button that contains its text.
 QRect partOf(const QAbstractButton *button, bool isIndicator)
 {
     QStyleOptionButton option;
@@ -91,7 +91,7 @@ QList<ShownText> textsOfTables(QWidget *window)
     return texts;
 }
 
-/// The texts of the enabled controls of `window` that can be seen.
+/// The visible texts of the enabled controls of `window`.
 QList<ShownText> shownTexts(QWidget *window)
 {
     QList<ShownText> texts = textsOfTables(window);
@@ -142,8 +142,8 @@ ColorCounts colorsOf(const QImage &picture, const QRect &area)
     return counts;
 }
 
-/// The contrast between `background` and the colour of `counts` that differs most from it. A colour of a few dots
-/// only is no stroke of a letter.
+/// The contrast between `background` and the colour of `counts` that differs most from it. Ignores colours of only a
+/// few dots, which are not strokes of a letter.
 double greatestContrast(const ColorCounts &counts, QRgb background)
 {
     constexpr int leastDots = 4;
@@ -155,7 +155,7 @@ double greatestContrast(const ColorCounts &counts, QRgb background)
     return greatest;
 }
 
-/// What the desktop's own colours of a selection reach, less what the edges of the letters lose.
+/// The contrast of the desktop's own selection colours, less the loss at the edges of the letters.
 double selectionContrast(const QWidget *widget)
 {
     constexpr double lossOfEdges = 0.9;
@@ -188,7 +188,7 @@ QList<ShownText> indicatorsOfTables(QWidget *window)
     return indicators;
 }
 
-/// The indicators of the enabled check boxes and radio buttons of `window` that can be seen.
+/// The visible indicators of the enabled check boxes and radio buttons of `window`.
 QList<ShownText> shownIndicators(QWidget *window)
 {
     QList<ShownText> indicators = indicatorsOfTables(window);
@@ -216,7 +216,7 @@ QStringList cutTexts(const QWidget *root)
             result.append(described(label, label->text()));
     }
     for (const QAbstractButton *button : root->findChildren<QAbstractButton *>()) {
-        // Keycaps fit their legends by themselves and have no text.
+        // Keycaps adapt their legends to their size and have no text.
         if (button->isVisibleTo(root) && !button->text().isEmpty()
             && button->minimumSizeHint().width() > button->width())
             result.append(described(button, button->text()));
@@ -294,7 +294,7 @@ QImage drawnWithSheet(QWidget *window, QWidget *sheet)
 {
     constexpr int distanceFromTop = 60;
     QImage picture = drawn(window);
-    if (sheet && sheet->isWindow()) { // else the window has drawn it
+    if (sheet && sheet->isWindow()) { // otherwise the window has drawn it
         const QPoint position((window->width() - sheet->width()) / 2, distanceFromTop);
         QPainter painter(&picture);
         painter.drawImage(position, drawn(sheet));

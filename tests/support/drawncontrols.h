@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a person sees of the controls of a window: whether their texts are whole, how much the texts stand out from what
-// is behind them, and what the controls look like. Everything is measured on what is really drawn, but for the sizes.
-// No state; main thread only.
+// Measures the visible side of a window's controls: whether their texts are whole, the contrast of texts and
+// indicators, and the picture. Everything but the sizes is measured on the drawn picture. No state; main thread only.
 #pragma once
 
 #include <QColor>
@@ -10,28 +9,27 @@
 
 class QWidget;
 
-/// Dots of a picture for each pixel of a window: fine strokes reach their full colour.
+/// Picture dots for each pixel of a window. With two, fine strokes reach their full colour.
 inline constexpr qreal pictureRatio = 2;
 
-/// The texts of the visible controls below `root` that do not fit the control they stand in, one line each. The layouts
-/// must be done.
+/// The texts of the visible controls below `root` that do not fit into their control, one line each. The layouts must
+/// be complete.
 [[nodiscard]] QStringList cutTexts(const QWidget *root);
 
-/// From 1 for two equal colours to 21 for black and white, as WCAG 2 defines it.
+/// The contrast as WCAG 2 defines it: from 1 for two equal colours to 21 for black and white.
 [[nodiscard]] double contrastRatio(const QColor &one, const QColor &other);
 
-/// `widget` and what is in it, `pictureRatio` dots per pixel.
+/// Draws `widget` and its children with `pictureRatio` dots per pixel.
 [[nodiscard]] QImage drawn(QWidget *widget);
 
-/// The texts of the visible controls of the window `window` that stand out from their background by less than
-/// `leastContrast`, one line each. Disabled controls are left out. A selected row needs no more contrast than the
-/// desktop's colours of a selection have.
+/// The texts of the visible controls of `window` whose contrast with their background is below `leastContrast`, one
+/// line each. Omits disabled controls. A selected row needs no more contrast than the desktop's selection colours have.
 [[nodiscard]] QStringList faintTexts(QWidget *window, double leastContrast);
 
-/// The visible check boxes (those in tables too) and radio buttons of `window` whose indicator stands out from what is
-/// beside it by less than `leastContrast`, one line each. Disabled ones are left out. A ticked one may stand out by its
-/// tick alone; a selected row needs no more contrast than the desktop's colours of a selection have.
+/// The visible check boxes (also those in tables) and radio buttons of `window` whose indicator has a contrast with its
+/// surroundings below `leastContrast`, one line each. Omits disabled ones. The tick alone may provide the contrast. A
+/// selected row needs no more contrast than the desktop's selection colours have.
 [[nodiscard]] QStringList faintIndicators(QWidget *window, double leastContrast);
 
-/// `window` with `sheet`, null for none, over its upper half, as a desktop shows the two.
+/// Draws `window` with `sheet` (may be null) over its upper half, as a desktop shows the two.
 [[nodiscard]] QImage drawnWithSheet(QWidget *window, QWidget *sheet);

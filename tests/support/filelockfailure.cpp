@@ -12,7 +12,7 @@ QList<int> failures;
 
 } // namespace
 
-// Stands before the C library's in this executable.
+// Takes precedence over the C library's function in this executable.
 extern "C" int flock(int descriptor, int operation)
 {
     if (!failures.isEmpty()) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// A file system on which files cannot be locked. The test's thread; it holds for the whole process.
+// Simulates a file system on which files cannot be locked. The test's thread; affects the whole process.
 #pragma once
 
 #include <QList>
 #include <QtGlobal>
 
-/// While it lives, the first calls of flock() fail with `errorNumbers`, errno values, one after the other.
+/// During its lifetime, the first calls of flock() fail with `errorNumbers` (errno values), one after the other.
 class FileLockFailure
 {
 public:
@@ -13,6 +13,6 @@ public:
     ~FileLockFailure();
     Q_DISABLE_COPY_MOVE(FileLockFailure)
 
-    /// How many of them have not been met.
+    /// The number of failures that have not happened yet.
     [[nodiscard]] qsizetype left() const;
 };

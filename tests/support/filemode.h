@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The permissions of files, as the system has them. No state; any thread.
+// The permissions of files, as the system stores them. No state; any thread.
 #pragma once
 
 #include <QFile>
@@ -12,7 +12,7 @@
     return ::chmod(QFile::encodeName(path).constData(), mode) == 0;
 }
 
-/// Of the file itself, not of a link's target; -1 where there is none.
+/// The mode of the file itself, even of a link; -1 when it does not exist.
 [[nodiscard]] inline int modeOf(const QString &path)
 {
     struct stat status = {};

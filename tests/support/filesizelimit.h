@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A full disk, as code that writes files sees it. The test's thread; it holds for the whole process.
+// Simulates a full disk for code that writes files. The test's thread; affects the whole process.
 #pragma once
 
 #include <QtGlobal>
@@ -8,7 +8,7 @@
 
 #include <csignal>
 
-/// While it lives, no file of this process can grow beyond `bytes`.
+/// During its lifetime, no file of this process can grow beyond `bytes`.
 class FileSizeLimit
 {
 public:

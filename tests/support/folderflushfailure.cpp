@@ -14,7 +14,7 @@ int failures = 0;
 
 } // namespace
 
-// Stands before the C library's in this executable.
+// Takes precedence over the C library's function in this executable.
 extern "C" int fsync(int descriptor)
 {
     struct stat status = {};

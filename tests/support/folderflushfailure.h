@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A disk that does not confirm what was done in a folder. The test's thread; it holds for the whole process.
+// Simulates a disk that does not confirm changes in a folder. The test's thread; affects the whole process.
 #pragma once
 
 #include <QtGlobal>
 
-/// While it lives, flushing a folder (fsync) fails with `errorNumber`, an errno value; flushing a file does not.
+/// During its lifetime, flushing a folder (fsync) fails with `errorNumber`, an errno value. Flushing a file succeeds.
 class FolderFlushFailure
 {
 public:
@@ -12,6 +12,6 @@ public:
     ~FolderFlushFailure();
     Q_DISABLE_COPY_MOVE(FolderFlushFailure)
 
-    /// How often it has failed.
+    /// The number of failures so far.
     [[nodiscard]] int count() const;
 };

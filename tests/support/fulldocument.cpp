@@ -12,7 +12,7 @@ constexpr int keyCodes[] = {
 #include "keys/keytable.inc"
 };
 
-/// Most keys keep their default; every tenth plays a macro, is another key or is off.
+/// Most keys keep their default; every tenth plays a macro, sends another key or is disabled.
 QVariantMap mappingEntry(int code, int position)
 {
     if (position % 10 == 3)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The largest settings document a user can have, for benchmarks and for tests that need real weight. No state; any
-// thread.
+// The largest settings document that a user can have, for benchmarks and for tests that need a large document. No
+// state; any thread.
 #pragma once
 
 #include <QVariantMap>
@@ -9,9 +9,9 @@
 /// same. Macro records hold their events in an array under "sequence"/"Events".
 [[nodiscard]] QVariantMap fullDocument();
 
-/// A profile record named `name`; each key has the entry of a default key, a few another assignment.
+/// A profile record named `name`. Most keys have the entry of a default key, a few have another assignment.
 [[nodiscard]] QVariantMap fullProfile(const QString &name);
 
-/// A macro record named `name` with `eventCount` events: keys pressed and released in
-/// turn; keys and delays differ from macro to macro.
+/// A macro record named `name` with `eventCount` events, which press and release keys in turn. Keys and delays differ
+/// from macro to macro.
 [[nodiscard]] QVariantMap fullMacro(const QString &name, int macroId, int eventCount);

@@ -13,10 +13,10 @@ int failure = 0; // an errno value, 0 for none
 
 } // namespace
 
-// Stands before the C library's in this executable.
+// Takes precedence over the C library's function in this executable.
 extern "C" int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags)
 {
-    // A file that was opened without a name is given its first one, which is no second one.
+    // The first name of a file that was opened without one is not a second name.
     const bool isFirstName = std::string_view(from).starts_with("/proc/self/fd/");
     if (failure != 0 && !isFirstName) {
         errno = failure;

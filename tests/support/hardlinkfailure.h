@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A file system without hard links. The test's thread; it holds for the whole process.
+// Simulates a file system without hard links. The test's thread; affects the whole process.
 #pragma once
 
 #include <QtGlobal>
 
-/// While it lives, giving a file a second name (linkat) fails with `errorNumber`, an errno value.
+/// During its lifetime, giving a file a second name (linkat) fails with `errorNumber`, an errno value.
 class HardLinkFailure
 {
 public:

@@ -25,7 +25,7 @@ void HeldLog::becomeStandardError() const
 
 void HeldLog::hold() const
 {
-    // The writer's own end must go on to block, so it is opened once more.
+    // The writer's end must continue to block, so the pipe is opened a second time.
     const std::string path = "/proc/self/fd/" + std::to_string(mEnds[1]);
     const int end = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
     while (::write(end, "\n", 1) == 1) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs the kestractl that was built, as a person would.
+// Runs the kestractl of the build, as a user would.
 #pragma once
 
 #include <QByteArray>
@@ -41,7 +41,7 @@ inline KestractlResult finishedResult(QProcess &process)
     return result;
 }
 
-/// Runs kestractl to its end; the calling thread serves nothing meanwhile.
+/// Runs kestractl to its end. The calling thread serves nothing meanwhile.
 inline KestractlResult runKestractl(const QStringList &arguments,
                                     const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which keys are repaired after a deletion: the same documents and rows for the window and for kestractl, so that both
-// keep one rule. For tests of Qt Test; their thread.
+// The keys that are repaired after a deletion. The window and kestractl use the same documents and rows, so both keep
+// one rule. For tests with Qt Test; used on their thread.
 #pragma once
 
 #include "base/settingskeys.h"
@@ -18,7 +18,8 @@ inline QVariantMap entry(int command, const QVariant &param1)
     return {{SettingsKeys::command, command}, {SettingsKeys::param1, param1}, {SettingsKeys::param2, 1}};
 }
 
-/// `document`, which has two profiles, with `keys` in its first profile; the second has an empty "Keys", or none.
+/// `document`, which has two profiles, with `keys` in its first profile. The second profile has an empty "Keys" or
+/// none.
 inline QVariantMap withKeys(QVariantMap document, const QVariantMap &keys, bool hasSecondKeys = true)
 {
     const QVariantList profiles = document.value(SettingsKeys::profiles).toList();

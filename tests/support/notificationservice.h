@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A desktop's notification service, on a private bus. The test's thread.
+// A desktop's notification service, on a private bus. Used on the test's thread.
 #pragma once
 
 #include <QDBusConnection>
@@ -11,7 +11,7 @@
 
 #include <utility>
 
-/// What stands at /org/freedesktop/Notifications.
+/// The object at /org/freedesktop/Notifications.
 class NotificationService : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -42,7 +42,7 @@ public:
         QDBusConnection::disconnectFromBus(QStringLiteral("service"));
     }
 
-    /// From now on calls are kept waiting until answer().
+    /// From now on calls wait until answer().
     void hold() { mIsHolding = true; }
     void answer()
     {

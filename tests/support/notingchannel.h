@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A keyboard's keys for tests: says what the computer saw, and whether that made sense. Its thread as KeyChannel's.
+// A keyboard's keys for tests. Records the keys that the computer receives, and reports contradictions. Used on the
+// thread of KeyChannel.
 #pragma once
 
 #include "daemon/keyboards/keychannel.h"
 
 #include <bitset>
 
-/// Allocates nothing.
+/// Allocates no memory.
 class NotingChannel : public KeyChannel
 {
 public:
@@ -32,7 +33,7 @@ public:
     [[nodiscard]] int sent() const { return mSent; }
     [[nodiscard]] int flushes() const { return mFlushes; }
     [[nodiscard]] int unflushed() const { return mUnflushed; }
-    /// A usage went down that was down, or up that was up, or a flush had nothing to flush.
+    /// Whether a usage was pressed while it was down, released while it was up, or a flush had nothing to send.
     [[nodiscard]] bool hasMadeNoSense() const { return mHasMadeNoSense; }
 
 private:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs code without the superuser's rights, which no file mode stops. The test's thread; it must be the only one.
+// Runs code without the superuser's rights, because file modes do not restrict the superuser. Used on the test's
+// thread, which must be the only one.
 #pragma once
 
 #include <QByteArray>
@@ -10,12 +11,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// What `call` returns in a child process that has an ordinary user's rights; null when the child failed.
+/// The result of `call` in a child process with an ordinary user's rights; null when the child failed.
 template <typename Call> QString asOrdinaryUser(Call call)
 {
     constexpr uid_t unprivilegedUser = 65534; // "nobody"
     int ends[2];
-    if (::pipe2(ends, O_CLOEXEC) != 0) // a program that `call` starts must not hold the pipe open
+    if (::pipe2(ends, O_CLOEXEC) != 0) // a program that `call` starts must not keep the pipe open
         return {};
     const pid_t child = ::fork();
     if (child == 0) {

@@ -37,7 +37,7 @@ unsigned modeOf(int flags, va_list arguments)
 
 } // namespace
 
-// These stand before the C library's in this executable.
+// These take precedence over the C library's functions in this executable.
 extern "C" int open(const char *path, int flags, ...)
 {
     va_list arguments;

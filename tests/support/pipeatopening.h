@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A file that becomes a pipe while a program opens it. The test's thread; it holds for the whole process.
+// A file that becomes a pipe while a program opens it. The test's thread; affects the whole process.
 #pragma once
 
 #include <QString>
 
-/// While it lives, the first open() of the file `path` finds a pipe (fifo) in its place, without a writer.
+/// During its lifetime, the first open() of the file `path` finds a pipe (fifo) in its place, without a writer.
 class PipeAtOpening
 {
 public:
@@ -12,8 +12,8 @@ public:
     ~PipeAtOpening();
     Q_DISABLE_COPY_MOVE(PipeAtOpening)
 
-    /// True when the file was opened so that the call would have waited for a writer. The test itself does not wait.
+    /// Whether the call that opened the file would have waited for a writer. The test itself does not wait.
     [[nodiscard]] bool hasWaited() const;
-    /// True when the file has been opened.
+    /// Whether a call has opened the file.
     [[nodiscard]] bool wasOpened() const;
 };

@@ -175,7 +175,7 @@ std::vector<ScriptedDaemon::Reply> ScriptedDaemon::scriptedReplies(const Request
 void ScriptedDaemon::send(const QString &port, int command, const Reply &reply)
 {
     if (reply.after.count() == 0) {
-        // Taken before the request is answered, so that no waiter looks for it too early.
+        // The port takes it before the request is answered, so the waiting side does not look too early.
         QDBusConnection(mConnectionName).call(portMessage(port, command, reply.data));
         return;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A daemon that answers by a script: for what the real one never does (wrong, late, double, missing replies) and for
-// seeing exactly what is sent. It has a thread and a bus connection of its own, so it works while the main thread
+// A daemon that answers by a script. It does what the real one never does (wrong, late, double, missing replies) and
+// records exactly what it receives. It has a thread and a bus connection of its own, so it works while the main thread
 // blocks.
 #pragma once
 
@@ -20,7 +20,7 @@
 
 class LocalMessagePort;
 
-/// Every function may be called from any thread. Owns the daemon's request port from construction to disappear().
+/// Owns the daemon's request port from construction to disappear(). Any thread may call the functions.
 class ScriptedDaemon
 {
 public:
@@ -33,8 +33,8 @@ public:
         QByteArray data;
     };
 
-    /// One message to the reply port that the request named. Without `after` the port has taken it before the request
-    /// itself is answered; a port on the thread that sends the request would wait in vain.
+    /// One message to the reply port that the request named. Without `after`, the port has taken it before the request
+    /// itself is answered. A port on the thread that sends the request would then wait forever.
     struct Reply
     {
         QByteArray data;
@@ -43,26 +43,26 @@ public:
 
     using Script = std::function<std::vector<Reply>(const Request &)>;
 
-    /// Answers every command with status 0; the commands that return a document with `document`. Macros have no lines.
+    /// Answers every command with status 0. Commands that return a document get `document`. Macros have no lines.
     explicit ScriptedDaemon(QVariantMap document = {});
     ~ScriptedDaemon();
 
-    /// Takes the request port's name, or gives it up.
+    /// Takes or releases the request port's name.
     void appear();
     void disappear();
 
-    // What it answers from now on
+    // The replies from now on
     void setDocument(const QVariantMap &document);
     void setReply(Command command, const QVariantMap &reply);
     void setScript(Command command, Script script);
     void setSilent(Command command);
 
-    /// Sends `data` to the reply port named `port` and waits until it was answered; the answer.
+    /// Sends `data` to the reply port named `port`, waits for the answer and returns it.
     QByteArray sendToReplyPort(const QString &port, int messageIdentifier, const QByteArray &data);
 
     void postNotification(const QString &name, const QVariantMap &userInfo = {});
 
-    // What it received
+    // The received requests
     [[nodiscard]] std::vector<Request> requests() const;
     [[nodiscard]] std::vector<int> commands() const;
     /// The last request of `command`; its command is -1 when there was none.

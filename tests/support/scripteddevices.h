@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Keyboards that a test makes up, in the place of the machine's. The test's thread.
+// Simulated keyboards in the place of the machine's own. Used on the test's thread.
 #pragma once
 
 #include "daemon/keyboards/devices.h"
@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <optional>
 
-/// Does at once what the real source does as keys come up and devices come.
+/// Completes at once what the real source delays until keys come up or devices appear.
 class ScriptedDevices : public DeviceSource
 {
     Q_OBJECT
@@ -34,9 +34,9 @@ public:
         mDevices = devices;
         refresh();
     }
-    /// Tells this status whatever was chosen.
+    /// Reports this status regardless of the choice.
     void setStatus(const DeviceStatus &status) { mStatus = status; }
-    /// Tells these counters besides what was chosen.
+    /// Adds these counters to the status of the choice.
     void setCounters(const DeviceStatus &status) { mCounters = status; }
 
     [[nodiscard]] QList<InputDevice> devices() const override { return mDevices; }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What the computer receives from the virtual keyboard of the daemon on the session bus, in the order in which it came.
-// The test's thread; needs an event loop.
+// The keys that the computer receives from the virtual keyboard of the daemon on the session bus, in their order. Used
+// on the test's thread; needs an event loop.
 #pragma once
 
 #include <QDBusAbstractInterface>
 #include <QStringList>
 
-/// A proxy: QtDBus connects the signals it declares to those of the object.
+/// A proxy: QtDBus connects the signals that it declares to those of the object.
 class KeyboardProxy : public QDBusAbstractInterface
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ Q_SIGNALS:
     void Sent(uint usagePage, uint usage, bool down);
 };
 
-/// Records from its construction on.
+/// Records from its construction.
 class SentRecorder
 {
 public:

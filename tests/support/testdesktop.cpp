@@ -16,7 +16,7 @@ namespace {
 
 constexpr int waitMs = 20'000;
 
-/// The displays of a test are the test's process's own, and above all that other programs choose.
+/// Display numbers are unique to the test's process, and higher than those of other programs.
 constexpr qint64 firstDisplayNumber = 1000;
 
 std::unique_ptr<QProcess> started(const QString &program, const QStringList &arguments,
@@ -33,7 +33,7 @@ std::unique_ptr<QProcess> started(const QString &program, const QStringList &arg
 
 constexpr uid_t nobody = 65534;
 
-/// Sway refuses to run as root, which is who runs tests in containers.
+/// Sway refuses to run as root, the user of tests in containers.
 bool giveToNobody(const QString &folder)
 {
     return ::chown(QFile::encodeName(folder).constData(), nobody, nobody) == 0;
@@ -55,7 +55,7 @@ TestDesktop::~TestDesktop()
     removeLeftOvers();
 }
 
-/// An X server that was killed leaves its socket and its lock.
+/// A killed X server leaves its socket and its lock.
 void TestDesktop::removeLeftOvers() const
 {
     if (mKind != Kind::x11 || mDisplay.isEmpty())
@@ -89,9 +89,9 @@ bool TestDesktop::start()
 
 bool TestDesktop::startX11()
 {
-    // It is not to start over when its last client leaves: the next client may be on its way.
+    // The server must not reset when its last client disconnects, because the next client may be on its way.
     const QString screen = u"%1x%2x24"_s.arg(mScreenSize.width()).arg(mScreenSize.height());
-    // Not the lowest that is free (-displayfd): another server could have it before this one is started again.
+    // Not the lowest free number (-displayfd): another server could take it before this one restarts.
     mDisplay = u':' + QString::number(firstDisplayNumber + QCoreApplication::applicationPid());
     removeLeftOvers();
     mServer = started(u"Xvfb"_s, {mDisplay, u"-noreset"_s, u"-screen"_s, u"0"_s, screen, u"-nolisten"_s, u"tcp"_s},
@@ -105,7 +105,7 @@ bool TestDesktop::startX11()
     if (!QTest::qWaitFor(isConnected, waitMs))
         return false;
     QProcessEnvironment environment = in(QProcessEnvironment::systemEnvironment());
-    environment.insert(u"HOME"_s, mRuntimeFolder.path()); // nobody's own settings
+    environment.insert(u"HOME"_s, mRuntimeFolder.path()); // without a user's settings
     mWindowManager = started(u"openbox"_s, {u"--sm-disable"_s}, environment);
     return mWindowManager && QTest::qWaitFor([this] { return mX11Windows->areManaged(); }, waitMs);
 }
@@ -120,10 +120,10 @@ bool TestDesktop::startWayland()
     const auto sockets = [this] {
         return QDir(mRuntimeFolder.path()).entryList({u"wayland-?"_s}, QDir::System | QDir::Files);
     };
-    for (const QString &left : sockets() + QStringList{u"sway.sock"_s}) // by the one that was killed
+    for (const QString &left : sockets() + QStringList{u"sway.sock"_s}) // of a killed desktop
         QFile::remove(mRuntimeFolder.filePath(left));
     QProcessEnvironment environment = in(QProcessEnvironment::systemEnvironment());
-    environment.remove(u"WAYLAND_DISPLAY"_s); // else it would become a window of another compositor
+    environment.remove(u"WAYLAND_DISPLAY"_s); // otherwise it would become a window of another compositor
     environment.insert(u"WLR_BACKENDS"_s, u"headless"_s);
     environment.insert(u"WLR_LIBINPUT_NO_DEVICES"_s, u"1"_s);
     environment.insert(u"WLR_RENDERER"_s, u"pixman"_s);
@@ -172,7 +172,7 @@ bool TestDesktop::open(const QString &name)
     if (!process)
         return false;
     mWindows.insert(name, process.release());
-    // Focusing it is possible from the moment on when the desktop knows it.
+    // The window can get the focus as soon as the desktop knows it.
     return QTest::qWaitFor([&] { return focus(name); }, waitMs);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A desktop of the test's own: an X server with a window manager, or a Wayland compositor, without a screen, with
-// windows of given names. The test's thread.
+// A private desktop with windows of given names: an X server with a window manager, or a Wayland compositor, without a
+// screen. Used on the test's thread.
 #pragma once
 
 #include "tests/support/x11windows.h"
@@ -18,25 +18,26 @@ class TestDesktop
 public:
     enum class Kind { x11, wayland };
 
-    /// `screenSize`: of the X11 desktop; the other has its own.
+    /// `screenSize`: of the X11 desktop; the Wayland compositor has a fixed one.
     explicit TestDesktop(Kind kind, QSize screenSize = {640, 480});
     ~TestDesktop();
 
-    /// False when a program it needs is missing or does not come up. A process may have one X11 desktop at a time.
+    /// Returns false when a program that it needs is missing or does not start. A process may have one X11 desktop at a
+    /// time.
     [[nodiscard]] bool start();
-    /// Kills it, as a crash would; windows go with it.
+    /// Kills it as a crash would. Its windows disappear with it.
     void stop();
 
-    /// `environment` with this desktop as the one to use; the same for every start().
+    /// Returns `environment` with this desktop selected; the same for every start().
     [[nodiscard]] QProcessEnvironment in(QProcessEnvironment environment) const;
 
-    /// Opens a window of the application `name`; it gets the focus. False when it does not come.
+    /// Opens a window of the application `name`; it gets the focus. Returns false when it does not appear.
     [[nodiscard]] bool open(const QString &name);
     void close(const QString &name);
-    /// Gives an open window the focus; false when the desktop cannot be told.
+    /// Gives an open window the focus. Returns false when the desktop does not accept the request.
     [[nodiscard]] bool focus(const QString &name) const;
 
-    /// What the screen shows, four bytes a dot; empty where it cannot be told. X11 only.
+    /// The content of the screen, four bytes per pixel; empty when it is unknown. X11 only.
     [[nodiscard]] QByteArray picture() const { return mX11Windows ? mX11Windows->picture() : QByteArray(); }
 
 private:

@@ -5,7 +5,7 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
-/// False when the string table is not where the build puts it.
+/// Returns false when the string table is missing where the build puts it.
 [[nodiscard]] inline bool installEnglishTexts()
 {
     static QTranslator table;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A keyboard whose keys are on a thread of their own, as those of real keyboards are. The test's thread, but for what
-// the thread of the keys is given to do.
+// A keyboard whose keys have their own thread, like those of real keyboards. Used on the test's thread, except for
+// functions that are passed to the key thread.
 #pragma once
 
 #include "daemon/keyboards/keyboard.h"
@@ -51,7 +51,7 @@ public:
         HandOver::take();
     }
 
-    /// Calls it there later. Any thread.
+    /// Calls `function` on the thread of the channel later. Any thread.
     template <typename Function> void postToKeys(Function function)
     {
         QMetaObject::invokeMethod(mChannel.get(),
@@ -59,7 +59,7 @@ public:
                                   Qt::QueuedConnection);
     }
 
-    /// A key of the keyboard page, now.
+    /// Changes a key of the keyboard page at once.
     void press(quint16 key) { change(key, true); }
     void release(quint16 key) { change(key, false); }
 
@@ -72,8 +72,8 @@ private:
     }
 
     QThread mThread;
-    std::unique_ptr<NotingChannel> mChannel; // lives on the thread, from its start to its end
-    std::unique_ptr<KeyPath> mKeys;          // likewise
+    std::unique_ptr<NotingChannel> mChannel; // used on the thread from its start to its end
+    std::unique_ptr<KeyPath> mKeys;          // used on the thread from its start to its end
     bool mIsAttached = true;
     bool mIsGameModeShown = false;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A message port on a thread and a bus connection of its own, as another process would have it.
+// A message port with its own thread and bus connection, as in another process.
 #pragma once
 
 #include "platform/messageport.h"
@@ -15,7 +15,7 @@ public:
     ~ThreadedPort();
     Q_DISABLE_COPY_MOVE(ThreadedPort)
 
-    /// False when the name was taken.
+    /// Returns false when the name was taken.
     [[nodiscard]] bool isServing() const { return mIsServing; }
 
 private:

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// What the calling thread has used of the machine, however long it had to wait for it: unlike a clock on the wall, the
-// same on a busy machine.
+// The machine resources that the calling thread has used, without the time it waited for them. Unlike elapsed time,
+// they are the same on a busy machine.
 #pragma once
 
 #include <chrono>
 #include <ctime>
 #include <sys/resource.h>
 
-/// Since the thread was started.
+/// Processor time since the thread was started.
 inline std::chrono::nanoseconds processorTime()
 {
     timespec time = {};
@@ -15,7 +15,7 @@ inline std::chrono::nanoseconds processorTime()
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-/// From sleep, since the thread was started.
+/// How often the thread was woken from sleep since it was started.
 inline long timesWoken()
 {
     rusage usage = {};

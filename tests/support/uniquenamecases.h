@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a new record is named: the same rows for each operation that names one. For tests of Qt Test; their thread.
+// Names of new records: the same rows for each operation that names one. For tests with Qt Test; used on their thread.
 #pragma once
 
 #include <QTest>
@@ -9,7 +9,7 @@
 namespace UniqueNameCases {
 
 /// Adds the columns "names", "wanted" and "result". An element of "names" is the value of a record's name; an invalid
-/// one stands for a record without a name.
+/// one represents a record without a name.
 inline void addRows()
 {
     using namespace Qt::StringLiterals;
@@ -27,7 +27,7 @@ inline void addRows()
     QTest::newRow("two words") << QVariantList{untitled, u"Untitled Macro(2)"_s} << untitled << u"Untitled Macro(3)"_s;
     QTest::newRow("two words, free") << QVariantList{u"Jump"_s, u"Untitled Macro(2)"_s} << untitled << untitled;
     QTest::newRow("an empty name is a name") << QVariantList{QString()} << QString() << u"(2)"_s;
-    // A record without a name takes none, not even the empty one.
+    // A record without a name occupies no name, not even the empty one.
     QTest::newRow("no name") << QVariantList{QVariant(), QVariant()} << QString() << QString();
     QTest::newRow("no name among names") << QVariantList{u"A"_s, QVariant(), u"A(2)"_s} << u"A"_s << u"A(3)"_s;
     QTest::newRow("a name that is a number") << QVariantList{7} << u"7"_s << u"7"_s;

@@ -43,7 +43,7 @@ void WorkerThread::serve()
     mChanged.notify_all();
     while (!mIsEnding) {
         lock.unlock();
-        loop.processEvents(QEventLoop::WaitForMoreEvents); // returns at once when it was woken before
+        loop.processEvents(QEventLoop::WaitForMoreEvents); // returns at once after an earlier wake-up
         runPending();
         lock.lock();
     }

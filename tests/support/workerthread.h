@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A thread with an event loop that runs what it is given, for parts of a test that must work while the main thread
+// A thread with an event loop that runs given functions, for parts of a test that must work while the main thread
 // blocks.
 #pragma once
 
@@ -13,8 +13,8 @@
 
 class QAbstractEventDispatcher;
 
-/// Any thread may call run(). Work is handed over under a standard mutex and not through Qt's event queue, since
-/// ThreadSanitizer sees no order in what passes through libraries that were built without it.
+/// Any thread may call run(). A standard mutex, not Qt's event queue, protects the hand-over of work, because
+/// ThreadSanitizer cannot see the order in libraries that were built without it.
 class WorkerThread
 {
 public:
@@ -22,20 +22,20 @@ public:
     ~WorkerThread();
     Q_DISABLE_COPY_MOVE(WorkerThread)
 
-    /// Runs `work` on the thread and waits until it is done; at once when called on the thread itself.
+    /// Runs `work` on the thread and waits until it is done. A call on the thread itself runs it at once.
     void run(const std::function<void()> &work);
 
-    /// An object that lives on the thread, for what needs one there (timers). To be used on the thread.
+    /// An object that lives on the thread, for code that needs one there (timers). Must be used on the thread.
     [[nodiscard]] QObject *context() const { return mContext; }
 
 private:
     void serve();
     void runPending();
 
-    std::mutex mMutex; // guards what follows
+    std::mutex mMutex; // guards the members below
     std::condition_variable mChanged;
     std::deque<const std::function<void()> *> mPending;
-    int mFinished = 0; // pieces of work, in the order in which they came
+    int mFinished = 0; // pieces of work, in the order of their arrival
     int mAccepted = 0;
     bool mIsEnding = false;
     QAbstractEventDispatcher *mDispatcher = nullptr;

@@ -7,8 +7,8 @@
 #include <QFile>
 #include <QFileInfo>
 
-/// Writes `content` to the file at `path` and returns the path. Makes the folders above it. Ends the test program when
-/// the file cannot be written, because the test proves nothing without it.
+/// Writes `content` to the file at `path` and returns the path. Creates the folders above it. Ends the test program
+/// when the file cannot be written, because the test proves nothing without it.
 inline QString writeFile(const QString &path, const QByteArray &content = {})
 {
     QFile file(path);
@@ -18,7 +18,7 @@ inline QString writeFile(const QString &path, const QByteArray &content = {})
     return path;
 }
 
-/// Writes an entry of the type Application whose further lines are `lines`, and returns the path.
+/// Writes an entry of the type Application with the further lines `lines`, and returns the path.
 inline QString writeDesktopEntry(const QString &path, const QByteArray &lines)
 {
     return writeFile(path, "[Desktop Entry]\nType=Application\n" + lines);

@@ -103,7 +103,7 @@ bool X11Windows::activate(const QString &name)
     message.format = 32;
     message.window = window;
     message.type = mActiveWindow;
-    message.data.data32[0] = 2; // from a pager: the user wants it
+    message.data.data32[0] = 2; // from a pager: a user's request
     xcb_send_event(mConnection, 0, mRoot, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char *>(&message));
     return xcb_flush(mConnection) > 0;

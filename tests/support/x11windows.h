@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The windows of an X server's window manager, and giving one of them the focus as a task bar does: without starting a
-// program, so that it takes no time of its own. The test's thread.
+// The windows of an X server's window manager. Gives one of them the focus like a task bar, without the delay of
+// starting a program. Used on the test's thread.
 #pragma once
 
 #include <QByteArray>
@@ -17,15 +17,15 @@ public:
     ~X11Windows();
     Q_DISABLE_COPY_MOVE(X11Windows)
 
-    /// False when the server does not answer.
+    /// Returns false when the server does not answer.
     [[nodiscard]] bool isConnected() const;
-    /// Whether a window manager takes in windows: tries it with one of its own. To be called again and again, since one
-    /// that has only begun to work may overlook a window.
+    /// Whether a window manager manages windows: tries it with a window of its own. Call it repeatedly, because a
+    /// window manager that has just started may overlook a window.
     [[nodiscard]] bool areManaged();
-    /// Asks the window manager to bring the window whose class is `name` to the front; false when there is none. Does
-    /// not wait for it.
+    /// Asks the window manager to bring the window whose class is `name` to the front; does not wait. Returns false
+    /// when there is none.
     [[nodiscard]] bool activate(const QString &name);
-    /// What the screen shows, row by row, four bytes a dot; empty when it cannot be told.
+    /// The content of the screen, row by row, four bytes per pixel; empty when it is unknown.
     [[nodiscard]] QByteArray picture();
 
 private:
