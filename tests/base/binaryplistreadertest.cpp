@@ -18,7 +18,7 @@ QByteArray hex(const char *digits)
     return QByteArray::fromHex(digits);
 }
 
-/// A file of arrays only: each is the list of the arrays that it holds. References of two bytes; the first one is the
+/// A file of arrays only; each lists the arrays that it contains. References have two bytes; the first array is the
 /// root.
 QByteArray arraysFile(const QList<QList<int>> &arrays)
 {
@@ -35,7 +35,7 @@ QByteArray arraysFile(const QList<QList<int>> &arrays)
     return withTrailer(file + table + QByteArray(32, '\0'), 2, 2, quint64(arrays.size()), 0, tableStart);
 }
 
-/// A chain of `depth` arrays, each holding the next.
+/// A chain of `depth` arrays, each containing the next.
 QByteArray nestedArrays(int depth)
 {
     QList<QList<int>> arrays;
@@ -166,7 +166,7 @@ void BinaryPlistReaderTest::refusesObjects_data()
 void BinaryPlistReaderTest::refusesObjects()
 {
     QFETCH(QByteArray, object);
-    // It stands at the end, where what it lacks is not the next object's.
+    // The object is the last one; no next object can supply its missing bytes.
     const QByteArray array = hex("a20102");
     QVERIFY(PropertyList::read(binaryFile({array, hex("1007"), hex("09")})));
     QVERIFY(!PropertyList::read(binaryFile({array, hex("1007"), object})));
@@ -330,7 +330,7 @@ void BinaryPlistReaderTest::acceptsSharingWithinLimits()
 
 void BinaryPlistReaderTest::refusesSharedContentBeyondLimit()
 {
-    // One string of 300 000 characters, referred to 14 * 8 and 14 * 9 times: 67 MB are too much.
+    // One string of 300 000 characters, referred to 14 * 8 and 14 * 9 times: 67 MB exceed the limit.
     const auto file = [](int arrays) {
         const QByteArray text = hex("5f12000493e0") + QByteArray(300'000, 'x');
         const QByteArray inner = char(0xa0 | 14) + QByteArray(14, '\2');
@@ -349,7 +349,8 @@ void BinaryPlistReaderTest::keepsLimitOfDepth()
 
 void BinaryPlistReaderTest::keepsLimitOfDepthForSharedContainers()
 {
-    // The root holds a chain of 300 and, behind other arrays, the same chain once more: decoded by then, but deeper.
+    // The root contains a chain of 300 and, behind other arrays, the same chain again. By then it is decoded, but it is
+    // deeper.
     const auto file = [](int between) {
         constexpr int chain = 300;
         QList<QList<int>> arrays{{1, chain + 1}};
@@ -367,7 +368,7 @@ void BinaryPlistReaderTest::keepsLimitOfDepthForSharedContainers()
 
 void BinaryPlistReaderTest::refusesOverlappingArraysQuickly()
 {
-    // Each byte of a megabyte is the start of an array that claims most of the rest as its references.
+    // Each byte of a megabyte starts an array that claims most of the remaining bytes as its references.
     const qsizetype size = 1024 * 1024;
     QByteArray objects;
     while (objects.size() < size)
@@ -394,7 +395,7 @@ void BinaryPlistReaderTest::refusesStringsThatShareBytes()
         return withTrailer(objects + bytes({8, 11, second}) + QByteArray(32, '\0'), 1, 1, 3, 0,
                            quint64(objects.size()));
     };
-    const QByteArray text = hex("5e") + QByteArray(14, '^'); // the sign is the mark of such a string as well
+    const QByteArray text = hex("5e") + QByteArray(14, '^'); // the character is also the marker of such a string
     QCOMPARE(PropertyList::read(file(text + text, 26)), QVariant(QVariantList{QString(14, u'^'), QString(14, u'^')}));
     QVERIFY(!PropertyList::read(file(text + "^", 12)));
 }

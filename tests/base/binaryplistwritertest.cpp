@@ -115,7 +115,7 @@ void BinaryPlistWriterTest::encodesScalars()
 
 void BinaryPlistWriterTest::writesWholeFile()
 {
-    // Scalars stand first, in the order they are met; the containers follow.
+    // Scalars come first, in the order of their first occurrence; the containers follow.
     const QByteArray expected = QByteArray::fromHex("62706c6973743030" // bplist00
                                                     "5161"
                                                     "09"
@@ -141,7 +141,7 @@ void BinaryPlistWriterTest::writesWholeFile()
 void BinaryPlistWriterTest::writesKeysInOrderBeforeValues()
 {
     const QByteArray data = written(QVariantMap{{u"10"_s, u"x"_s}, {u"9"_s, u"y"_s}, {u"Z"_s, u"z"_s}});
-    // Each is one object, met as key, value, key, value: numbers 1, 3, 5 are keys, 2, 4, 6 values.
+    // Each is one object, met as key, value, key, value: numbers 1, 3, 5 are keys; 2, 4, 6 are values.
     QVERIFY(data.contains(QByteArray::fromHex("d3"
                                               "010305"
                                               "020406")));
@@ -176,7 +176,7 @@ void BinaryPlistWriterTest::writesEqualScalarsOnce()
                              QDateTime::fromMSecsSinceEpoch(date.toMSecsSinceEpoch())};
     QCOMPARE(objectCount(once), 9);
     QCOMPARE(objectCount(once + again), 9);
-    // A key and a value are one string; containers are not shared.
+    // A key and an equal value are one string; containers are not shared.
     QCOMPARE(objectCount(QVariantMap{{u"a"_s, u"a"_s}}), 2);
     QCOMPARE(objectCount(QVariantList{QVariantList(), QVariantList()}), 3);
 }
@@ -210,7 +210,7 @@ void BinaryPlistWriterTest::usesSmallestSizes_data()
     QTest::addColumn<int>("bytesEach");
     QTest::addColumn<int>("referenceSize");
     QTest::addColumn<int>("offsetSize");
-    // The array is one object itself. Its offset, the largest, is 8 + scalars * (bytesEach + 2).
+    // The array itself is one object. Its offset, the largest, is 8 + scalars * (bytesEach + 2).
     QTest::newRow("256 objects") << 255 << 4 << 1 << 2;
     QTest::newRow("257 objects") << 256 << 4 << 2 << 2;
     QTest::newRow("offset 248") << 40 << 4 << 1 << 1;
@@ -273,7 +273,7 @@ void BinaryPlistWriterTest::keepsLimitOfDepth()
 void BinaryPlistWriterTest::keepsLimitOfNodesWhenTreeIsShared()
 {
     QVariant doubled = 1;
-    for (int i = 0; i < 40; ++i) // a few kilobytes in memory, 2^40 values to a walker
+    for (int i = 0; i < 40; ++i) // a few kilobytes in memory, 2^40 values for a reader that visits each
         doubled = QVariantList{doubled, doubled};
     QVERIFY(!PropertyList::writeBinary(doubled));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// resources/Kestra.plist against the key table and the types that the records prescribe.
+// Compares resources/Kestra.plist with the key table and the types that the records prescribe.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "tests/support/testmain.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Damaged files of every form: none may crash or hang the reader, and what it still reads it must be able to write.
+// Damaged files of every form. None may crash or hang the reader, and the writer must be able to write everything that
+// the reader still accepts.
 #include "base/propertylist.h"
 #include "tests/base/plistsamples.h"
 #include "tests/support/testmain.h"
@@ -39,7 +40,7 @@ QByteArray sampleWithoutBraces()
     return "/* a */ array = ( 1, \"b \\\" \\U00e4 \\101\", 'c' ); data = <00 ff>; // d\n \"n\u00e4me\" = { };";
 }
 
-/// What has been read can be written, and what was written is read as the same.
+/// Whether a tree that was read can be written, and reads as the same tree again.
 bool survives(const QVariant &tree)
 {
     const auto written = PropertyList::writeBinary(tree);
@@ -66,7 +67,7 @@ private slots:
     void survivesRandomDamage();
 
 private:
-    /// The forms of which every part is damaged.
+    /// The forms in which every part is damaged.
     static void addFormats();
     static void addAllFormats();
 };
@@ -95,7 +96,7 @@ void MalformedPlistTest::refusesFilesCutOffAnywhere()
     QFETCH(QByteArray, file);
     QVERIFY(PropertyList::read(file));
     for (qsizetype size = 0; size < file.size(); ++size) {
-        // In memory of its own, so that a sanitizer sees reading past the end.
+        // In separate memory, where a sanitizer detects a read past the end.
         const QByteArray cut(file.constData(), size);
         QVERIFY2(!PropertyList::read(cut), qPrintable(QString::number(size)));
     }

@@ -213,7 +213,7 @@ void OldStylePlistReaderTest::keepsLimitOfDepth()
     QVERIFY(!PropertyList::read(nested(PropertyList::maximumDepth + 1)));
     QVERIFY(!PropertyList::read(nested(1'000'000)));
     QVERIFY(!PropertyList::read(QByteArray("{a=").repeated(1'000'000)));
-    // The dictionary without braces is a container, too.
+    // The dictionary without braces also counts as a container.
     const auto inEntry = [&nested](int depth) { return "a=" + nested(depth - 1) + ";"; };
     QVERIFY(PropertyList::read(inEntry(PropertyList::maximumDepth)));
     QVERIFY(!PropertyList::read(inEntry(PropertyList::maximumDepth + 1)));
@@ -224,7 +224,7 @@ void OldStylePlistReaderTest::keepsLimitOfNodes()
     const auto values = [](int count) { return "(" + QByteArray("a,").repeated(count) + ")"; };
     QVERIFY(PropertyList::read(values(1000)));
     QVERIFY(!PropertyList::read(values(PropertyList::maximumNodes)));
-    // The dictionary, and a key and a value an entry.
+    // The dictionary, and a key and a value for each entry.
     const auto entries = [](int count) { return QByteArray("a=b;").repeated(count); };
     QVERIFY(PropertyList::read(entries((PropertyList::maximumNodes - 1) / 2)));
     QVERIFY(!PropertyList::read(entries((PropertyList::maximumNodes - 1) / 2 + 1)));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The codec against two independent ones, in both directions, on random trees, a full settings
-// document and the factory settings: Python's plistlib and libplist.
+// Compares the codec with two independent ones, Python's plistlib and libplist, in both directions: on random trees, a
+// full settings document and the factory settings.
 #include "base/propertylist.h"
 #include "tests/base/plistsamples.h"
 #include "tests/support/fulldocument.h"
@@ -28,7 +28,7 @@ QJsonArray tagged(QLatin1StringView type, const QJsonValue &content)
     return {QString(type), content};
 }
 
-/// The same description of a tree as plistlib_peer.py gives.
+/// Describes a tree in the same way as plistlib_peer.py.
 QJsonValue described(const QVariant &value)
 {
     switch (value.typeId()) {
@@ -67,7 +67,7 @@ QByteArray fileContent(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Runs the peer; what it printed, null when it failed.
+/// Runs the peer and returns its output; null when it failed.
 QByteArray peer(const QStringList &arguments)
 {
     QProcess process;
@@ -79,7 +79,7 @@ QByteArray peer(const QStringList &arguments)
     return "" + process.readAllStandardOutput();
 }
 
-/// The tree that libplist holds, in our values. Dates come with whole seconds.
+/// The tree that libplist holds, as QVariants. Dates have whole seconds.
 QVariant fromLibplist(plist_t node)
 {
     switch (plist_get_node_type(node)) {
@@ -113,7 +113,7 @@ QVariant fromLibplist(plist_t node)
     case PLIST_UINT: {
         uint64_t value = 0;
         plist_get_uint_val(node, &value);
-        return qulonglong(value); // has lost its sign
+        return qulonglong(value); // the sign is lost
     }
     case PLIST_REAL: {
         double value = 0;
@@ -140,7 +140,7 @@ QVariant fromLibplist(plist_t node)
     }
 }
 
-/// `tree` with every integer as its 64 bits, as libplist's interface gives them.
+/// `tree` with every integer as its 64 bits, as libplist's interface returns them.
 QVariant withUnsignedIntegers(const QVariant &tree)
 {
     if (tree.typeId() == QMetaType::QVariantMap) {
@@ -160,8 +160,8 @@ QVariant withUnsignedIntegers(const QVariant &tree)
     return tree;
 }
 
-/// The property list `source` as plistlib writes it, binary and XML, and as libplist writes
-/// each of the two again in both forms; six in all, fewer or empty ones when one of them fails.
+/// The property list `source` as plistlib writes it, binary and XML, and as libplist writes each of the two again in
+/// both forms: six in all. A failing writer leaves fewer or empty ones.
 QList<QByteArray> writtenByOthers(const QByteArray &source, const QString &folder)
 {
     const QString path = folder + u"/source"_s;
@@ -176,7 +176,7 @@ QList<QByteArray> writtenByOthers(const QByteArray &source, const QString &folde
             plist_from_xml(input.constData(), uint32_t(input.size()), &root);
         else
             plist_from_bin(input.constData(), uint32_t(input.size()), &root);
-        // libplist writes nothing where a pointer is set already, so each form has one of its own.
+        // libplist writes nothing to a pointer that is already set, so each form has its own.
         char *binaryBytes = nullptr;
         char *xmlBytes = nullptr;
         uint32_t binarySize = 0;
@@ -323,7 +323,7 @@ void PlistCrossCheckTest::readsTheDocumentOfBoth()
     }
 }
 
-// Whoever wrote the document, in whatever form: the same tree is the same bytes again.
+// Equal trees give equal bytes, regardless of the writer and the form of the document.
 void PlistCrossCheckTest::rewritingKeepsEveryByte()
 {
     QFETCH(QVariantMap, document);

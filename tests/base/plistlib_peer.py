@@ -5,7 +5,7 @@
   plistlib_peer.py rewrite FILE TARGET      writes the tree of FILE as TARGET.bin.plist and TARGET.xml.plist
   plistlib_peer.py describe FILE...         prints the description of each file's tree, one a line
 
-A description is JSON in which every value is a list of its type's name and its content, so that nothing is lost.
+A description is JSON in which every value is a list of its type's name and its content. Nothing is lost.
 """
 
 import datetime

@@ -66,7 +66,7 @@ QVariant randomInteger(std::mt19937 &random)
 
 QVariant randomDate(std::mt19937 &random, bool isPortable)
 {
-    const qint64 seconds = qint64(random() / 2) - 500'000'000; // in 32 bits on either side of 2001
+    const qint64 seconds = qint64(random() / 2) - 500'000'000; // fits into 32 bits on either side of 2001
     return QDateTime::fromMSecsSinceEpoch(seconds * 1000 + (isPortable ? 0 : below(random, 1000)), Qt::UTC);
 }
 

@@ -97,7 +97,8 @@ void PropertyListFileTest::onlyARegularFileIsRead()
 {
     const QString pipe = inFolder(u"pipe"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    for (const QString &path : {u"/dev/zero"_s, pipe}) { // one would never end, the other would wait for a writer
+    for (const QString &path :
+         {u"/dev/zero"_s, pipe}) { // the first would never end, the second would wait for a writer
         QCOMPARE(PropertyList::readFileBytes(path).error, u"Not a regular file"_s);
         QVERIFY(!PropertyList::readPropertyListFile(path));
     }
@@ -106,7 +107,7 @@ void PropertyListFileTest::onlyARegularFileIsRead()
     QVERIFY(PropertyList::readPropertyListFile(inFolder(u"link to it"_s)));
 }
 
-// The file may be replaced at any moment, also between two calls of the reader.
+// The file may be replaced at any moment, even between two calls of the reader.
 void PropertyListFileTest::doesNotWaitForAPipeInItsPlace()
 {
     const QString path = inFolder(u"becomes a pipe"_s);
@@ -127,7 +128,7 @@ void PropertyListFileTest::replacesFileByANewOne()
 {
     const QString path = inFolder(u"replaced"_s);
     QVERIFY(PropertyList::writeFileAtomically(path, "old"));
-    QFile reader(path); // somebody in the middle of reading keeps the old content
+    QFile reader(path); // a reader that has already opened the file keeps the old content
     QVERIFY(reader.open(QIODevice::ReadOnly));
     QVERIFY(PropertyList::writeFileAtomically(path, "new content"));
     QCOMPARE(reader.readAll(), QByteArray("old"));
@@ -138,7 +139,7 @@ void PropertyListFileTest::replacesFileByANewOne()
 
 void PropertyListFileTest::keepsOldFileWhenWritingFails()
 {
-    // A folder stands where the file should be; this fails for every user.
+    // A folder takes the place of the file; this fails for every user.
     const QString path = inFolder(u"folder"_s);
     QVERIFY(QDir().mkpath(path + u"/inside"_s));
     QVERIFY(!PropertyList::writeFileAtomically(path, "data"));
@@ -198,7 +199,7 @@ void PropertyListFileTest::takesMemoryForWhatIsInAFile()
 {
     writeFile(inFolder(u"small"_s), "{ a = b; }");
     QVERIFY(PropertyList::readFileBytes(inFolder(u"small"_s)).data.capacity() < 1024 * 1024);
-    const QByteArray large(300'000, 'a'); // more than is read at once
+    const QByteArray large(300'000, 'a'); // more than one read returns
     writeFile(inFolder(u"large"_s), large);
     QCOMPARE(PropertyList::readFileBytes(inFolder(u"large"_s)).data, large);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Where Kestra.plist is when the installation can be written and when it cannot. Rights do not stop the superuser, so
-// the cases that need a read-only installation run in a child process without its rights.
+// The location of Kestra.plist when the installation is writable and when it is not. Permissions do not restrict the
+// superuser, so the cases with a read-only installation run in a child process without its rights.
 #include "base/resources.h"
 #include "base/propertylist.h"
 #include "tests/support/filesizelimit.h"
@@ -75,7 +75,7 @@ void ResourcesTest::init()
     mCopy = mUserFolder + u"/quill-kestra/Kestra.plist"_s;
     QVERIFY(QDir().mkpath(mInstallation) && QDir().mkpath(mUserFolder));
     QVERIFY(PropertyList::writeFileAtomically(mInstalledFile, factoryContent));
-    // The ordinary user gets through to both, and may write in the user folder.
+    // The ordinary user can reach both, and may write in the user folder.
     QVERIFY(::chmod(QFile::encodeName(mFolder->path()).constData(), 0755) == 0);
     QVERIFY(::chmod(QFile::encodeName(mUserFolder).constData(), 0777) == 0);
     qputenv("QUILL_KESTRA_RESOURCES", QFile::encodeName(mInstallation));
@@ -85,7 +85,7 @@ void ResourcesTest::init()
 void ResourcesTest::cleanup()
 {
     setModes(0755, 0644);
-    ::chmod(QFile::encodeName(QFileInfo(mCopy).path()).constData(), 0777); // not there in every test
+    ::chmod(QFile::encodeName(QFileInfo(mCopy).path()).constData(), 0777); // some tests have no such folder
     qunsetenv("QUILL_KESTRA_RESOURCES");
     qunsetenv("XDG_DATA_HOME");
     mFolder.reset();
@@ -108,7 +108,7 @@ void ResourcesTest::folderIsBesideTheExecutableByDefault()
     qunsetenv("QUILL_KESTRA_RESOURCES");
     const QDir executableFolder(QCoreApplication::applicationDirPath());
     const QString beside = executableFolder.filePath(u"resources"_s);
-    QVERIFY(!QFileInfo::exists(beside)); // tests stand in a folder of their own
+    QVERIFY(!QFileInfo::exists(beside)); // tests are in a separate folder
     QCOMPARE(resourceFolder(), QDir::cleanPath(executableFolder.filePath(u"../share/quill-kestra"_s)));
     QVERIFY(QDir().mkdir(beside));
     const QString found = resourceFolder();
@@ -190,7 +190,7 @@ void ResourcesTest::copyTakesOverTheSettingsOfAnUpdate()
 
 void ResourcesTest::olderCopyIsKeptWhenItCannotBeWritten_data()
 {
-    QTest::addColumn<bool>("isDiskFull"); // else the folder is read-only
+    QTest::addColumn<bool>("isDiskFull"); // otherwise the folder is read-only
     QTest::newRow("full disk") << true;
     QTest::newRow("read-only folder") << false;
 }
@@ -237,7 +237,7 @@ void ResourcesTest::copyIsKeptWhenTheInstalledFileIsDamaged()
 void ResourcesTest::damagedCopyIsMadeAnew_data()
 {
     QTest::addColumn<QByteArray>("damaged");
-    QTest::addColumn<QString>("lastSelectedKey"); // afterwards
+    QTest::addColumn<QString>("lastSelectedKey"); // expected in the end
     QTest::newRow("empty") << QByteArray() << u""_s;
     QTest::newRow("half") << factoryContent.first(factoryContent.size() / 2) << u""_s;
     QTest::newRow("an array") << QByteArray("( a, b )") << u""_s;

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A string table of its own, so that the test does not hang on the program's texts.
+/// A separate string table, because the test must not depend on the program's texts.
 class Table : public QTranslator
 {
 public:

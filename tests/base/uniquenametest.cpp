@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The rule as it is told, pass by pass.
+/// The documented rule, pass by pass.
 QString namedByPasses(const QStringList &names, const QString &base)
 {
     QString candidate = base;
@@ -103,7 +103,7 @@ void UniqueNameTest::isNeverTaken()
 
 void UniqueNameTest::isQuickForLongChains()
 {
-    constexpr int count = 20'000; // told pass by pass, 400 million comparisons
+    constexpr int count = 20'000; // pass by pass, this takes 400 million comparisons
     QStringList names{u"A"_s};
     for (int i = 2; i <= count; ++i)
         names.append(u"A(%1)"_s.arg(i));

@@ -16,13 +16,13 @@ QString document(const QString &value)
     return u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">"_s + value + u"</plist>"_s;
 }
 
-/// `piece` as often as it fits `size` characters.
+/// `piece`, repeated as often as it fits into `size` characters.
 QString filled(const QString &piece, qsizetype size = testSize)
 {
     return piece.repeated(size / piece.size());
 }
 
-/// Pieces with a number in the place of "#", 0 and up, until they fill `size` characters.
+/// Pieces with a number in the place of "#", from 0 up, until they fill `size` characters.
 QString numbered(const QString &piece, qsizetype size = testSize)
 {
     QString text;
@@ -31,7 +31,7 @@ QString numbered(const QString &piece, qsizetype size = testSize)
     return text;
 }
 
-/// An array of as many values as `size` characters can hold, which every reader must accept.
+/// An array of as many values as fit into `size` characters. Every reader must accept it.
 QString harmless(qsizetype size)
 {
     return document(u"<array>"_s + filled(u"<true/>"_s, size) + u"</array>"_s);
@@ -64,7 +64,7 @@ private slots:
     void looksAtTheWholeOfWhatIsRead();
 };
 
-// The XML parser would work long on most of these texts, and in vain on the others.
+// The XML parser would work on most of these texts for long, and reject the others in the end.
 void XmlOutlineTest::refusesBeforeTheParser_data()
 {
     QTest::addColumn<QString>("text");
@@ -201,7 +201,7 @@ void XmlOutlineTest::keepsLimits()
     QTEST(outlineOfXml(text).isWithinLimits, "isWithin");
 }
 
-// A part that the outline left out could hold anything.
+// The parser could read anything in a part that the outline skipped.
 void XmlOutlineTest::looksAtTheWholeOfWhatIsRead()
 {
     const QString text = harmless(testSize);

@@ -141,7 +141,7 @@ void XmlPlistReaderTest::readsRealsOutOfRange()
     QCOMPARE(read->typeId(), int(QMetaType::Double));
     QVERIFY2(read->toDouble() == value, qPrintable(QDebug::toString(*read)));
     QCOMPARE(std::signbit(read->toDouble()), std::signbit(value));
-    QCOMPARE(value, ::strtod(text.constData(), nullptr)); // the measure; tests run in the locale C
+    QCOMPARE(value, ::strtod(text.constData(), nullptr)); // the reference; tests run in the locale C
 }
 
 void XmlPlistReaderTest::refuses_data()
