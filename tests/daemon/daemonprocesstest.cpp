@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The daemon as it is run: a process on a session bus, with requests, notifications, crashes and restarts.
+// The daemon as a process on a session bus, with requests, notifications, crashes and restarts.
 #include "daemon/daemonprocess.h"
 #include "base/qlcoreutility.h"
 #include "base/status.h"
@@ -80,8 +80,8 @@ QStringList introspectedMembers(const QString &path, const QString &interface)
     return members;
 }
 
-/// The same of the tables of docs/daemon-protocol.md: rows "| method | `Name` | `in` | `out` | …" below the heading
-/// that names the interface.
+/// The same, read from the tables of docs/daemon-protocol.md: rows "| method | `Name` | `in` | `out` | …" below the
+/// heading that names the interface.
 QStringList documentedMembers(const QString &interface)
 {
     QFile file(QStringLiteral(KESTRA_DOCS_DIR "/daemon-protocol.md"));
@@ -174,7 +174,7 @@ private Q_SLOTS:
     void interfacesAreAsDocumented();
 
 private:
-    /// Adds the macro, which becomes the first, and assigns it to M1.
+    /// Adds the macro as the first one, and assigns it to M1.
     void assignMacro(const QVariantList &events, int repeat);
 
     std::unique_ptr<DaemonProcessFixture> mDaemon;
@@ -203,7 +203,7 @@ void DaemonProcessTest::startsWithTheFactorySettings()
     QCOMPARE(SettingsDocument::problemOf(document), QString());
     QCOMPARE(firstName(document), u"Default Profile"_s);
     QVERIFY(SettingsDocument::activeProfile(document).value(u"Keys"_s).toMap().size()
-            >= 119); // of Kestra.plist, no fallback
+            >= 119); // the keys of Kestra.plist, not of a fallback
     QCOMPARE(document.value(u"DeviceSettings"_s).toMap().value(u"ProfileOSDOn"_s), QVariant(1));
 }
 
@@ -284,7 +284,7 @@ void DaemonProcessTest::desktopShowsAProblemOfTheSettings()
                              {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"one"_s)}}));
     mDaemon->terminate();
     writeFile(mDaemon->settingsFolder() + u"/settings.plist"_s, "damage");
-    QVERIFY(mDaemon->start()); // before the desktop, as a user service may
+    QVERIFY(mDaemon->start()); // before the desktop, as with a user service
     QVERIFY(mDaemon->request(Command::readSettings));
     const NotificationService desktop;
     QTRY_COMPARE(desktop.bubbles.size(), 1);
@@ -331,7 +331,7 @@ void DaemonProcessTest::settingsPutBackByHandAreKept()
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), backup);
     QVERIFY2(mDaemon->log().contains("another program changed"), mDaemon->log().constData());
-    const NotificationService desktop; // was not there yet
+    const NotificationService desktop; // was missing until now
     QTRY_COMPARE(desktop.bubbles.size(), 1);
 }
 
@@ -380,7 +380,7 @@ void DaemonProcessTest::unreadableSettingsAreNamed()
     QCOMPARE(mDaemon->terminate(), 0);
     const QString path = mDaemon->settingsFolder() + u"/settings.plist"_s;
     QVERIFY(QFile::rename(path, path + u".aside"_s));
-    QVERIFY(QFile::link(u"/proc/self/mem"_s, path)); // reading it is an input/output error
+    QVERIFY(QFile::link(u"/proc/self/mem"_s, path)); // reading it fails with an input/output error
     QProcess *refusing = mDaemon->runAnother({});
     QCOMPARE(refusing->exitStatus(), QProcess::NormalExit);
     QCOMPARE(refusing->exitCode(), 4);
@@ -400,7 +400,7 @@ void DaemonProcessTest::fullDiskIsReportedAndChangesNothing()
                              {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"kept"_s)}}));
     mDaemon->terminate();
     QVERIFY(mDaemon->start([] {
-        // No file can grow beyond this: what a disk that fills up in the middle of a write looks like.
+        // No file can grow beyond this limit, as on a disk that fills up in the middle of a write.
         const rlimit limit{100, 100};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }));
@@ -418,7 +418,7 @@ void DaemonProcessTest::fullDiskIsReportedAndChangesNothing()
 
 void DaemonProcessTest::postsNotificationsForOtherClients()
 {
-    // Its first announcement, that there is a keyboard, comes before this reply.
+    // Its first announcement, that a keyboard is attached, precedes this reply.
     QVERIFY(mDaemon->request(Command::readSettings));
     QObject observer;
     QList<DistributedNotification> seen;
@@ -522,7 +522,7 @@ void DaemonProcessTest::playsAMacroOnTheVirtualKeyboard()
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 106u}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7u, 106u}), QString());
     QTRY_COMPARE(recorder.sent(), expected + expected);
-    // Never early; how late it is is measured by bench_playback, not tested.
+    // Never early. bench_playback measures how late it is.
     QVERIFY2(timer.elapsed() >= 2 * lengthMs, qPrintable(QString::number(timer.elapsed())));
 }
 
@@ -568,7 +568,7 @@ void DaemonProcessTest::captureEndsWhenTheClientLeavesTheBus()
         QDBusConnection own = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
         QVERIFY(own.registerService(u"org.quillkestra.LeavingClient"_s));
     }
-    // A request in the name of the other client, whose port nobody answers.
+    // A request in the name of the other client, whose port does not answer.
     const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     QVERIFY(port);
     port->post(29, "{ ResponseMsgPortName = LeavingClient; }");
@@ -603,7 +603,7 @@ void DaemonProcessTest::survivesAReplyPortThatIsNone_data()
     QTest::newRow("a quote") << u"Port'"_s;
 }
 
-// A name like these, put into a rule for the bus, would end the process.
+// In a rule for the bus, such a name would end the process.
 void DaemonProcessTest::survivesAReplyPortThatIsNone()
 {
     QFETCH(QString, port);
@@ -625,7 +625,7 @@ void DaemonProcessTest::secondDaemonSaysSo()
     QProcess *second = mDaemon->runAnother({});
     QCOMPARE(second->exitCode(), 3);
     QVERIFY(second->readAllStandardError().contains("another daemon is already running"));
-    QVERIFY(mDaemon->request(Command::readSettings)); // the first one goes on
+    QVERIFY(mDaemon->request(Command::readSettings)); // the first one continues
 }
 
 void DaemonProcessTest::tellsVersionAndHelpWithoutABus()
@@ -655,7 +655,7 @@ void DaemonProcessTest::endsWithoutABus()
 
 void DaemonProcessTest::endsWhenTheBusGoesAway()
 {
-    QCOMPARE(mDaemon->terminate(), 0); // the settings are for one daemon at a time
+    QCOMPARE(mDaemon->terminate(), 0); // one daemon at a time may use the settings
     QProcess bus;
     bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s});
     QVERIFY(bus.waitForStarted());
@@ -676,8 +676,8 @@ void DaemonProcessTest::endsWhenTheBusGoesAway()
 void DaemonProcessTest::sleepsWhenThereIsNothingToDo()
 {
     QVERIFY(mDaemon->request(Command::readSettings));
-    // After its start it looks for a desktop a few times, with growing pauses, and after a request it watches for 20 s
-    // whether it stands still. Whatever it did by the clock for ever would leave no pause as long as this one.
+    // After its start the daemon looks for a desktop a few times, with growing pauses. After a request it checks for 20
+    // s whether the process was suspended. A permanent timer would prevent a pause as long as this one.
     constexpr qint64 longPauseMs = 2500;
     const QDeadlineTimer patience(std::chrono::seconds(60));
     QElapsedTimer pause;
@@ -706,8 +706,8 @@ void DaemonProcessTest::endsBySignal()
 
 void DaemonProcessTest::outlivesTheReaderOfItsLog()
 {
-    QCOMPARE(mDaemon->terminate(), 0); // the settings are for one daemon at a time
-    QVERIFY(mDaemon->start([] {        // the child's standard error becomes a pipe that nobody reads
+    QCOMPARE(mDaemon->terminate(), 0); // one daemon at a time may use the settings
+    QVERIFY(mDaemon->start([] {        // the child's standard error becomes a pipe without a reader
         std::array<int, 2> ends{};
         if (::pipe(ends.data()) == 0) {
             ::dup2(ends[1], STDERR_FILENO);
@@ -715,14 +715,12 @@ void DaemonProcessTest::outlivesTheReaderOfItsLog()
             ::close(ends[1]);
         }
     }));
-    mDaemon->send(static_cast<Command>(99)); // is told in the log
+    mDaemon->send(static_cast<Command>(99)); // the log contains it
     QVERIFY(mDaemon->request(Command::readSettings));
     QCOMPARE(mDaemon->terminate(), 0);
 }
 
-// Kills the daemon at chance moments of a storm of requests. The next one starts with what was answered last, or with a
-// later request, whole.
-// People read the log on a terminal, and programs line by line.
+// People read the log on a terminal, and programs read it line by line.
 void DaemonProcessTest::logShowsWhatATerminalWouldObey()
 {
     const QString path = u"/none/\u001b]0;title\u0007\u202e\u009b\u007f\u2028\nforged line.plist"_s;
@@ -736,11 +734,13 @@ void DaemonProcessTest::logShowsWhatATerminalWouldObey()
         QVERIFY2(!log.contains(character), qPrintable(QString::number(character.unicode(), 16)));
 }
 
+// Kills the daemon at random moments of a storm of requests. The next daemon starts with the settings of the last
+// answered request or of a later one, undamaged.
 void DaemonProcessTest::losesNothingAnsweredWhenKilled()
 {
     QRandomGenerator random(271);
     int sent = 0;
-    int answered = 0; // number in the last name that was answered
+    int answered = 0; // number in the last name of an answer
     for (int round = 0; round < 25; ++round) {
         mDaemon->replies().clear();
         QElapsedTimer clock;
@@ -761,17 +761,18 @@ void DaemonProcessTest::losesNothingAnsweredWhenKilled()
         const QVariantMap document = settings->values.value(u"AllDevSettings"_s).toMap();
         QCOMPARE(SettingsDocument::problemOf(document), QString());
         const int stored = firstName(document).toInt();
-        // Replies that were on their way are lost with the daemon, so more may be stored than was answered, never less.
+        // Replies on their way are lost with the daemon, so the stored number may exceed the answered one, but not fall
+        // below it.
         QVERIFY2(
             stored >= answered && stored <= sent,
             qPrintable(u"round %1: answered %2, stored %3, sent %4"_s.arg(round).arg(answered).arg(stored).arg(sent)));
         QVERIFY2(QDir(mDaemon->settingsFolder()).entryList({u"*damaged*"_s}).isEmpty(), "a kill left a damaged file");
         sent = answered = stored;
     }
-    QVERIFY(answered > 25); // else hardly a request was obeyed and nothing was tested
+    QVERIFY(answered > 25); // otherwise hardly a request was carried out, and the test proves nothing
 }
 
-// Their client has given up, and would take a reply for that to its next request.
+// The client no longer waits for the replies, and would take one for the answer to its next request.
 void DaemonProcessTest::obeysWhatWaitedWhileItStoodStillWithoutAReply()
 {
     QObject observer;
@@ -783,7 +784,7 @@ void DaemonProcessTest::obeysWhatWaitedWhileItStoodStillWithoutAReply()
     mDaemon->stop();
     mDaemon->send(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"obeyed"_s)}});
     mDaemon->send(Command::switchProfile, {{u"ProfileID"_s, 0}});
-    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has passed them on
+    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has forwarded them
     mDaemon->resume();
     QTRY_COMPARE(sources, QStringList{u"QuillKestraDaemon"_s});
     const auto settings = mDaemon->request(Command::readSettings);
@@ -791,7 +792,7 @@ void DaemonProcessTest::obeysWhatWaitedWhileItStoodStillWithoutAReply()
     QCOMPARE(settings->command, static_cast<qint32>(Command::readSettings));
     QCOMPARE(firstName(settings->values.value(u"AllDevSettings"_s).toMap()), u"obeyed"_s);
     QVERIFY(mDaemon->replies().isEmpty());
-    // From then on there are replies again.
+    // Later requests are answered.
     const auto changed = mDaemon->request(Command::updateProfile,
                                           {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"answered"_s)}});
     QVERIFY(changed);

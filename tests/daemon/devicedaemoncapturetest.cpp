@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Keys that go to a client instead of the computer: recorded macros and single keys.
+// Keys that reach a client instead of the computer: recorded macros and single keys.
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"
@@ -48,7 +48,7 @@ void DeviceDaemonCaptureTest::recordsAMacro()
     QCOMPARE(mNotifications.at(0).values, (QVariantMap{{u"messagesArray"_s, QStringList{u"Key Press A"_s}}}));
     QCOMPARE(mNotifications.at(1).values,
              (QVariantMap{{u"messagesArray"_s, QStringList{u"0.015 seconds delay\n"_s, u"Key Release A"_s}}}));
-    QCOMPARE(mDaemon->document(), startDocument()); // nothing is stored before it is asked for
+    QCOMPARE(mDaemon->document(), startDocument()); // stored only on request
     QCOMPARE(statusOf(Command::stopMacroRecording), 0);
     press(5);
     QCOMPARE(mNotifications.size(), 2);
@@ -69,7 +69,7 @@ void DeviceDaemonCaptureTest::appendsToAMacro()
     QCOMPARE(notification(u"MacroSequence271"_s).value(u"messagesArray"_s).toStringList(),
              QStringList({u"0.020 seconds delay\n"_s, u"Key Press C"_s}));
     release(6);
-    // Saving also ends a recording that nobody stopped.
+    // Saving also ends a recording that the client did not stop.
     QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}}), 0);
     QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}})
                  .values.value(u"MacroSequences"_s)
@@ -153,7 +153,7 @@ void DeviceDaemonCaptureTest::capturesSingleKeys()
     };
     QCOMPARE(mNotifications.size(), 3);
     QCOMPARE(mNotifications.at(0).to, u"SingleKeyEvent271"_s);
-    QCOMPARE(mNotifications.at(0).values, captured(224, 0x02)); // itself is no modifier of it
+    QCOMPARE(mNotifications.at(0).values, captured(224, 0x02)); // is not a modifier of itself
     QCOMPARE(mNotifications.at(1).values, captured(6, 0x03));
     QCOMPARE(mNotifications.at(2).values, captured(7, 0x02));
     QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
@@ -168,7 +168,7 @@ void DeviceDaemonCaptureTest::capturesKeysForAnEditedEvent()
     QCOMPARE(mNotifications.size(), 1);
     QCOMPARE(mNotifications.at(0).to, u"SingleKeyEvent1048"_s);
     QCOMPARE(mNotifications.at(0).values, (QVariantMap{{u"singleKey"_s, 225}, {u"singleKeyModif"_s, 0}}));
-    QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done); // a mouse button is no key
+    QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done); // a mouse button is not a key
     QCOMPARE(mNotifications.size(), 1);
     QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
     press(8);
@@ -279,7 +279,7 @@ void DeviceDaemonCaptureTest::aClientEndsItsOwnRecordingWithItsCapture()
 {
     const QVariantMap recording{{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}};
     QCOMPARE(statusOf(Command::startMacroRecording, recording), 0);
-    // Not that of another client, nor of one without a port.
+    // Neither a capture of another client nor one without a port.
     for (const QString &port : {u"AnotherReplyPort"_s, QString()}) {
         send(Command::stopSingleKeyRecording, {}, port);
         press(4);
@@ -290,7 +290,7 @@ void DeviceDaemonCaptureTest::aClientEndsItsOwnRecordingWithItsCapture()
     QCOMPARE(mWatchedClient, QString());
     press(5);
     QVERIFY(!mSent.isEmpty());
-    // What was recorded is still there.
+    // The recorded events are still there.
     release(5);
     QCOMPARE(statusOf(Command::saveRecordedEvents, recording), 0);
     QVERIFY(!MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).isEmpty());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Escape held for a second gives the keys that a client captures back to the computer.
+// Holding Escape for a second returns the keys that a client captures to the computer.
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/testmain.h"
@@ -122,7 +122,7 @@ void DeviceDaemonEscapeTest::postsTheKeyBeforeEscapeAgain_data()
     QTest::addColumn<QString>("capture");
     QTest::addColumn<QString>("notification");
     QTest::addColumn<QStringList>("before");
-    QTest::addColumn<QList<QVariantMap>>("posted"); // after what was before
+    QTest::addColumn<QList<QVariantMap>>("posted"); // after the earlier keys
     for (const auto &[capture, notification] :
          {std::pair{u"single key"_s, u"SingleKeyEvent271"_s}, std::pair{u"event"_s, u"SingleKeyEvent1048"_s}}) {
         const auto addRow = [&](const char *name, const QStringList &before, const QList<QVariantMap> &posted) {
@@ -155,7 +155,7 @@ void DeviceDaemonEscapeTest::postsTheKeyBeforeEscapeAgain()
         QCOMPARE(mNotifications.at(index).to, notification);
         QCOMPARE(mNotifications.at(index).values, posted.at(index));
     }
-    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0); // the client's own, later
+    QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0); // a later stop by the client itself
 }
 
 void DeviceDaemonEscapeTest::isNotPartOfTheRecording_data()
@@ -169,7 +169,7 @@ void DeviceDaemonEscapeTest::isNotPartOfTheRecording_data()
     QTest::newRow("tapped before") << QStringList{u"+41"_s, u"15"_s, u"-41"_s} + held
                                    << QStringList{u"Key Press Escape"_s, u"0.015 seconds delay\n"_s,
                                                   u"Key Release Escape"_s};
-    // Nothing was recorded, so that the macro stays as it was.
+    // Nothing was recorded, so the macro remains unchanged.
     QTest::newRow("alone") << held << QStringList{u"Key Press Z"_s};
 }
 
@@ -187,7 +187,7 @@ void DeviceDaemonEscapeTest::isNotPartOfTheRecording()
     QCOMPARE(statusOf(Command::startMacroRecording, request), 0);
     play(steps);
     QVERIFY(!areKeysCaptured());
-    QCOMPARE(statusOf(Command::stopMacroRecording), 0); // the client's own finds it stopped
+    QCOMPARE(statusOf(Command::stopMacroRecording), 0); // the client's own stop finds it stopped
     QCOMPARE(statusOf(Command::saveRecordedEvents, request), 0);
     QCOMPARE(replyTo(Command::readMacroLines, {{u"IndexOfMacroSequence"_s, 1}})
                  .values.value(u"MacroSequences"_s)
@@ -222,7 +222,7 @@ void DeviceDaemonEscapeTest::countsForOneCapture()
         startCapture(u"event"_s);
     QVERIFY(!mDaemonWakeTime.has_value());
     mNotifications.clear();
-    mDaemon->wake(); // one that was on its way
+    mDaemon->wake(); // a wake-up that was on its way
     passTime(mNow + 2s);
     QCOMPARE(takeNotificationNames(), QStringList());
     if (!mKeyboard->isAttached())
@@ -237,7 +237,7 @@ void DeviceDaemonEscapeTest::isAKeyAsAnyOtherOnTheFly()
     QCOMPARE(mSent, QStringList({u"+41"_s, u"-41"_s}));
     QVERIFY(!mDaemonWakeTime.has_value());
     pressMacroKey();
-    QVERIFY(areKeysCaptured()); // this key plays the macro now
+    QVERIFY(areKeysCaptured()); // from now on this key plays the macro
     const QVariantList events = MacroRecord::events(SettingsDocument::macros(mDaemon->document()).last().toMap());
     QCOMPARE(events.size(), 2);
     QCOMPARE(MacroRecord::eventFields(events.first().toMap()).argument, keyEscape);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The daemon without a bus, for tests: a real store in a temporary folder and a virtual keyboard, with replies,
-// notifications and time in the test's hands. Made anew for each test function.
+// The daemon without a bus, for tests. It has a real store in a temporary folder and a virtual keyboard; the test
+// receives its replies and notifications and sets the time. Created anew for each test function.
 #pragma once
 
 #include "daemon/devicedaemon.h"
@@ -16,14 +16,15 @@
 #include <memory>
 #include <optional>
 
-/// What the tests of the daemon keep in its settings.
+/// Settings for the tests of the daemon.
 namespace DaemonTestDocuments {
 QVariantMap profile(const QString &name, const QVariantMap &keys = {});
 QVariantMap keyEntry(int command, const QVariant &param1);
-/// A macro that presses and releases the key, 10 ms before each.
+/// A macro that presses and releases the key, with 10 ms before each event.
 QVariantMap macro(const QString &name, uint key);
 QVariantMap macroEntry(int index, int repeat);
-/// Two profiles, A active: F1 switches to B, F2 to one that is not there, F3 launches. B disables the key A.
+/// Two profiles, A active. F1 switches to B, F2 switches to a profile that does not exist, F3 launches a program. B
+/// disables the key A.
 QVariantMap startDocument();
 /// Two profiles: F1 plays the first of two macros until pressed again, F2 the second until released, F3 switches to B.
 QVariantMap documentWithMacros();
@@ -62,7 +63,7 @@ protected:
     {
         QCOMPARE(mKeyboard->release(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done);
     }
-    /// Lets time pass until `end`, calling the daemon when it wants to be called.
+    /// Advances the time to `end`, and calls the daemon whenever it has requested a wake-up.
     void passTime(std::chrono::microseconds end);
     /// Starts a daemon with two macros: F1 plays the first until pressed again, F2 the second until released.
     void startWithMacros();
@@ -78,11 +79,11 @@ protected:
     std::unique_ptr<DeviceDaemon> mDaemon;
     QList<Message> mReplies;
     QList<Message> mNotifications;
-    QStringList mSent; // "+4", "-4": what the computer saw
+    QStringList mSent; // "+4", "-4": keys that the computer received
     QStringList mLaunched;
     QString mWatchedClient;
     std::chrono::microseconds mNow{};
-    std::optional<std::chrono::microseconds> mWakeTime;       // what the keys have asked for
-    std::optional<std::chrono::microseconds> mDaemonWakeTime; // what the daemon has asked for
+    std::optional<std::chrono::microseconds> mWakeTime;       // requested by the keys
+    std::optional<std::chrono::microseconds> mDaemonWakeTime; // requested by the daemon
     std::function<void()> mOnReply;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the keyboard's own keys do: what reaches the computer, profiles, programs, game mode, brightness, light.
+// The effects of the keyboard's own keys: keys for the computer, profiles, programs, game mode, brightness, key
+// lighting.
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"
 #include "tests/support/testmain.h"
@@ -35,7 +36,7 @@ private Q_SLOTS:
 void DeviceDaemonKeysTest::keysReachTheComputerByTheActiveProfile()
 {
     press(4);
-    send(Command::switchProfile, {{u"ProfileID"_s, 1}}); // which disables the key that is down
+    send(Command::switchProfile, {{u"ProfileID"_s, 1}}); // disables the key that is down
     release(4);
     press(4);
     release(4);
@@ -68,7 +69,7 @@ void DeviceDaemonKeysTest::keySwitchesTheProfile()
 void DeviceDaemonKeysTest::heldKeyOutlivesTheProfileThatAnotherKeySwitches()
 {
     press(4);
-    press(58); // profile B, which disables A
+    press(58); // profile B disables A
     release(4);
     press(4);
     release(4);
@@ -91,7 +92,7 @@ void DeviceDaemonKeysTest::removalLetsGoOfKeysAndCaptures()
     QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
     QCOMPARE(takeNotificationNames(), QStringList{u"Device Removed 271"_s});
     QCOMPARE(mKeyboard->press(7, 4), VirtualKeyboard::Result::notAttached);
-    mKeyboard->remove(); // once
+    mKeyboard->remove(); // has no further effect
     mKeyboard->attach();
     mKeyboard->attach();
     QCOMPARE(notification(u"Device Attached 271"_s), (QVariantMap{{u"ProductID"_s, 271}}));
@@ -122,7 +123,7 @@ void DeviceDaemonKeysTest::gameModeMakesTheCommandKeysDead()
     press(231);
     release(231);
     QCOMPARE(mSent.size(), 2);
-    start(storedDocument()); // the daemon starts again, in game mode
+    start(storedDocument()); // the daemon restarts in game mode
     press(231);
     release(231);
     QCOMPARE(mSent.size(), 2);
@@ -139,7 +140,7 @@ void DeviceDaemonKeysTest::brightnessKeysChangeTheActiveProfile()
     QCOMPARE(SettingsDocument::activeProfile(storedDocument()).value(u"BrightnessKBNormal"_s), QVariant(4));
     QCOMPARE(notification(u"Illumination Updated 271"_s), (QVariantMap{{u"BrightnessKBNormal"_s, 4}}));
     QCOMPARE(takeNotificationNames(), QStringList({u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
-    QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done); // as bright as it goes
+    QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done); // at its maximum
     QCOMPARE(takeNotificationNames(), QStringList());
     QCOMPARE(mKeyboard->setBrightness(0), VirtualKeyboard::Result::done);
     QCOMPARE(mKeyboard->setBrightness(5), VirtualKeyboard::Result::noSuchBrightness);
@@ -169,10 +170,10 @@ void DeviceDaemonKeysTest::brightnessKeysAreKeysOfTheConsumerPage()
     QCOMPARE(mKeyboard->press(12, 0x79), VirtualKeyboard::Result::done);
     mKeyboard->releaseAll();
     QCOMPARE(mKeyboard->shownBrightness(), 3);
-    QVERIFY(mSent.isEmpty()); // the keyboard's own business
+    QVERIFY(mSent.isEmpty()); // handled by the keyboard itself
     QCOMPARE(mKeyboard->press(12, 0x78), VirtualKeyboard::Result::noSuchKey);
     QCOMPARE(mKeyboard->press(12, 0x7B), VirtualKeyboard::Result::noSuchKey);
-    // Captured keys are keys of the keyboard page: brightness stays adjustable meanwhile.
+    // Captured keys are keys of the keyboard page, so the brightness stays adjustable meanwhile.
     QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
     QCOMPARE(mKeyboard->press(12, 0x79), VirtualKeyboard::Result::done);
     QCOMPARE(mKeyboard->shownBrightness(), 4);
@@ -186,7 +187,7 @@ void DeviceDaemonKeysTest::lightFollowsTheActiveProfile()
     const auto update = [this](const QVariantMap &settings) {
         return statusOf(Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, settings}});
     };
-    QVERIFY(mKeyboard->shownLight().isOff()); // the profile does not say that it is on
+    QVERIFY(mKeyboard->shownLight().isOff()); // the profile leaves it off
     const QVariantMap blue{{u"Red"_s, 0.0}, {u"Green"_s, 0.0}, {u"Blue"_s, 1.0}};
     QCOMPARE(update({{u"BacklightLED"_s, 1}, {u"LEDKBColors"_s, QVariantList{blue}}}), 0);
     QCOMPARE(mKeyboard->setBrightness(4), VirtualKeyboard::Result::done);
@@ -194,7 +195,7 @@ void DeviceDaemonKeysTest::lightFollowsTheActiveProfile()
     QCOMPARE(mKeyboard->setBrightness(2), VirtualKeyboard::Result::done);
     QCOMPARE(update({{u"BacklightLED"_s, 0}}), 0);
     QCOMPARE(update({{u"BacklightLED"_s, 1}}), 0);
-    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); // which has no light
+    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); // a profile without key lighting
     QCOMPARE(seen, QStringList({u"#0000bf"_s, u"#0000ff"_s, u"#000000"_s, u"#000080"_s, u"#000000"_s, u"#000080"_s,
                                 u"#000000"_s}));
 }

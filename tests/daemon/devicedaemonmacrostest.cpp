@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Macros that keys play, and what stops them.
+// Macros that keys play, and the events that stop them.
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/testmain.h"
@@ -41,7 +41,7 @@ void DeviceDaemonMacrosTest::keyPlaysAMacroAtItsTimes()
     QCOMPARE(mSent, (QStringList{u"+5"_s, u"-5"_s, u"+5"_s}));
     release(59);
     QCOMPARE(mSent, (QStringList{u"+5"_s, u"-5"_s, u"+5"_s, u"-5"_s}));
-    QVERIFY(!mWakeTime); // nothing wakes the daemon any more
+    QVERIFY(!mWakeTime); // no wake-up is pending
 }
 
 void DeviceDaemonMacrosTest::macroMayBeLateButDoesNotDrift()
@@ -109,7 +109,7 @@ void DeviceDaemonMacrosTest::changeStopsTheMacrosItConcerns()
     passTime(15ms);
     QCOMPARE(mSent, (QStringList{u"+4"_s, u"+5"_s}));
     mSent.clear();
-    // It is stopped before the reply tells that it is changed.
+    // The macro stops before the reply reports the change.
     QStringList sentBeforeReply;
     mOnReply = [&] { sentBeforeReply = mSent; };
     send(static_cast<Command>(command), request);
@@ -176,7 +176,7 @@ void DeviceDaemonMacrosTest::impossibleMacrosAreRefused_data()
         QVariantList(MacroRecord::maximumEvents + 1, QVariant(QVariantMap())))
                                         << 4;
     QTest::newRow("900 000 events") << withEvents(QVariantList(900'000, QVariant(QVariantMap()))) << 4;
-    // Stored as they are: what the engine does not understand it does not play.
+    // Stored unchanged: the engine does not play events that it does not know.
     QTest::newRow("another page") << withEvents(QVariantList{MacroRecord::eventRecord({.page = 12})}) << 0;
     QTest::newRow("no such key") << withEvents(QVariantList{MacroRecord::eventRecord({.argument = 4000})}) << 0;
     QTest::newRow("negative delay") << withEvents(QVariantList{MacroRecord::eventRecord({.delayMs = -1})}) << 0;

@@ -37,11 +37,11 @@ void DeviceDaemonOnTheFlyTest::recordsAMacroOnTheFly()
     pressMacroKey();
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
     mSent.clear();
-    QCOMPARE(takeNotificationNames(), QStringList()); // until it is stored
+    QCOMPARE(takeNotificationNames(), QStringList()); // not before the macro is stored
     press(65);
     release(65);
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
-    QVERIFY(mSent.isEmpty()); // the key says what is to play the macro, and nothing else
+    QVERIFY(mSent.isEmpty()); // the key selects the macro's key and sends nothing
     const QVariantMap posted = notification(u"Saved New OTFM 271"_s);
     QCOMPARE(takeNotificationNames(), QStringList({u"Saved New OTFM 271"_s, u"Profile Updated 271"_s}));
     const QVariantMap stored = storedDocument();
@@ -61,9 +61,9 @@ void DeviceDaemonOnTheFlyTest::recordingOnTheFlyLetsTheKeysThrough()
     press(4);
     release(4);
     QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
-    QCOMPARE(takeNotificationNames(), QStringList()); // no client records: nobody wants the lines
+    QCOMPARE(takeNotificationNames(), QStringList()); // no client records, so none needs the lines
     pressMacroKey();
-    pressMacroKey(); // thrown away
+    pressMacroKey(); // discards the recording
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
     press(5);
     release(5);
@@ -83,7 +83,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyKeyMustBeOneThatPlaysMacros()
     QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done);
     QCOMPARE(mKeyboard->release(9, 1), VirtualKeyboard::Result::done);
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
-    press(225); // a modifier alone is a key like any other
+    press(225); // a modifier alone counts as an ordinary key
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
     release(225);
     QVERIFY(mSent.isEmpty());
@@ -109,7 +109,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyGivesWayToClients()
             pressMacroKey();
         QCOMPARE(statusOf(Command(command), {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
         QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
-        pressMacroKey(); // the keys are the client's
+        pressMacroKey(); // the client owns the keys
         QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
         send(Command::releaseDevice);
     }

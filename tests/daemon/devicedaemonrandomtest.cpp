@@ -19,7 +19,8 @@ private Q_SLOTS:
     void randomMessagesLeaveTheDaemonAliveAndTheDocumentValid();
 };
 
-// Property, from the keyboard to the computer: keys, clients and the plug in any order leave nothing down.
+// Property of the complete path from the keyboard to the computer: no sequence of keys, clients and plugging leaves a
+// key down.
 void DeviceDaemonRandomTest::randomUseLeavesNoKeyDown()
 {
     QLoggingCategory::setFilterRules(u"kestra.*=false"_s);
@@ -76,7 +77,7 @@ void DeviceDaemonRandomTest::randomUseLeavesNoKeyDown()
     QVERIFY(!mWakeTime);
 }
 
-// Chance: any command, any bytes, keys and plugging in between.
+// Random input: any command, any bytes, with keys and plugging in between.
 void DeviceDaemonRandomTest::randomMessagesLeaveTheDaemonAliveAndTheDocumentValid()
 {
     QLoggingCategory::setFilterRules(u"kestra.*=false"_s);

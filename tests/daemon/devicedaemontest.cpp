@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the daemon does with a request: its reply, the settings on the disk, and what the other clients are told.
+// The effects of a request: its reply, the settings on the disk, and the notifications to the other clients.
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "macros/macrorecord.h"
@@ -78,7 +78,7 @@ void DeviceDaemonTest::openingTakesTheClientsFactorySettingsOnlyWhenThereIsNothi
     mDaemon->setAwaitsFactorySettings(true);
     send(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(u"Mine"_s)}});
     send(Command::openDevice, {{u"DefaultQlPlistPath"_s, path}});
-    QCOMPARE(activeName(), u"Mine"_s); // a change is never thrown away for factory settings
+    QCOMPARE(activeName(), u"Mine"_s); // factory settings never replace a change
 }
 
 void DeviceDaemonTest::everyReplyCarriesStatusAndCommand_data()
@@ -226,7 +226,7 @@ void DeviceDaemonTest::changeThatCannotBeWrittenChangesNothing()
     QCOMPARE(storedDocument(), before);
     QVERIFY(mNotifications.isEmpty());
     QVERIFY(!mKeyboard->isGameModeShown());
-    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 0}}), 0); // there is room again
+    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 0}}), 0); // the disk has room again
 }
 
 void DeviceDaemonTest::profileUpdatedNamesTheSource_data()
@@ -291,7 +291,7 @@ void DeviceDaemonTest::failureRepliesTheDocumentToSomeCommandsAlone()
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"index out of range"_s));
         const QVariantMap values = replyTo(command, {{u"ProfileID"_s, 9}}).values;
         QCOMPARE(values.value(u"ReturnStatus"_s), QVariant(static_cast<int>(Status::indexOutOfRange)));
-        // A client takes a profile for deleted when it sees a document.
+        // A client that receives a document assumes that the profile was deleted.
         QCOMPARE(values.contains(u"ReturnDictionary"_s), command == Command::switchProfile);
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A client that sends more than the daemon can do at once, and those beside it. The daemon's main thread is held while
-// the requests arrive, so that all of them wait at the same time.
+// A client that sends more than the daemon can handle at once, and the clients beside it. The daemon's main thread is
+// blocked while the requests arrive, so all of them wait at the same time.
 #include "base/qlcoreutility.h"
 #include "base/status.h"
 #include "daemon/requestqueue.h"
@@ -31,14 +31,14 @@ private Q_SLOTS:
     void servesOnAfterMessagesThatAreMuchTooLarge();
 
 private:
-    static constexpr int floodCount = 60; // within the bound, with those that the tests add
+    static constexpr int floodCount = 60; // within the limit, including the requests that the tests add
 
-    /// Holds the main thread by a request that it logs.
+    /// Blocks the main thread with a request that the daemon logs.
     void hold();
     void release() { mLog->release(); }
     /// Sends a change of the first profile's name.
     void sendChange(int number);
-    /// Sends a request and returns when the daemon has it, and all that was sent before; the daemon's answer.
+    /// Sends a request, waits until the daemon has received it and all earlier ones, and returns the daemon's answer.
     static QByteArray sendAndWait(Command command, const QVariantMap &request = {});
     [[nodiscard]] int replyCount(int status) const;
 
@@ -107,7 +107,7 @@ void FloodTest::keyIsSentBetweenRequests()
     QDBusConnection::sessionBus().send(press);
     sendAndWait(Command::queryFirmwareVersion);
     mDaemon->replies().clear();
-    // The daemon sends keys and replies over one connection, so that they come in the order in which it sent them.
+    // The daemon sends keys and replies over one connection, so they arrive in the order of sending.
     qsizetype repliesBefore = -1;
     connect(&recorder.keyboard(), &KeyboardProxy::Sent, this, [&] { repliesBefore = mDaemon->replies().size(); });
     release();
@@ -121,7 +121,7 @@ void FloodTest::anotherClientIsAnsweredBetweenRequests()
     hold();
     for (int number = 0; number < floodCount; ++number)
         sendChange(number);
-    // Another sender, with the same port for the reply: so the replies come in the order in which they were sent.
+    // Another sender with the same reply port, so the replies arrive in the order of sending.
     const QString name = u"another client"_s;
     {
         QDBusConnection other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
@@ -151,7 +151,7 @@ void FloodTest::requestsOverTheBoundAreAnsweredAtOnce()
     const QByteArray answer = sendAndWait(Command::readSettings);
     QCOMPARE(QlCoreUtility::convertDataToDictionary(answer),
              std::optional(QVariantMap{{u"ReturnStatus"_s, static_cast<int>(Status::busy)}}));
-    QTRY_VERIFY(mDaemon->replies().size() >= over); // the main thread is still held
+    QTRY_VERIFY(mDaemon->replies().size() >= over); // the main thread is still blocked
     QCOMPARE(replyCount(static_cast<int>(Status::busy)), mDaemon->replies().size());
     release();
     QTRY_COMPARE(mDaemon->replies().size(), sent);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The daemon with one keyboard after the other: what was begun on the first ends, and the second takes over.
+// The daemon with one keyboard after the other: actions that began on the first end, and the second replaces it.
 #include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
@@ -137,7 +137,7 @@ void KeyboardChangeTest::oldKeyboardIsLetGoOf()
 {
     press(*mFirst, keyA);
     press(*mFirst, 60);
-    QTRY_COMPARE(mFirst->sentKeys().size(), 2); // the macro's key
+    QTRY_COMPARE(mFirst->sentKeys().size(), 2); // including the macro's key
     mDaemon->useKeyboard(*mSecond);
     QVERIFY(mFirst->sentKeys().isEmpty());
     QVERIFY(mSecond->sentKeys().isEmpty());
@@ -150,7 +150,7 @@ void KeyboardChangeTest::newKeyboardFollowsTheDocument()
     mDaemon->useKeyboard(*mSecond);
     QVERIFY(mSecond->isGameModeShown());
     QVERIFY(!mSecond->shownLight().isOff());
-    press(*mSecond, HidUsage::leftCommand); // dead in game mode
+    press(*mSecond, HidUsage::leftCommand); // disabled by game mode
     QVERIFY(mSecond->sentKeys().isEmpty());
     press(*mSecond, switchKey);
     QCOMPARE(activeProfile(), 1);
@@ -277,7 +277,7 @@ void KeyboardChangeTest::switchOnAnotherThreadIsStoredAndTold()
     mThreaded->press(switchKey);
     mThreaded->press(keyA);
     mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(30)); });
-    QCOMPARE(activeProfile(), 0); // this thread has not heard of it
+    QCOMPARE(activeProfile(), 0); // this thread has not received the switch yet
     QTRY_COMPARE(activeProfile(), 1);
     QCOMPARE(mNotifications, QStringList{u"Profile Updated 271"_s});
     mDaemon->useKeyboard(*mFirst);
@@ -298,7 +298,7 @@ void KeyboardChangeTest::switchOnAnotherThreadGoesBackWhenItCannotBeStored()
     mThreaded->press(keyA);
     mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(keyA)); });
     mThreaded->release(keyA);
-    mThreaded->press(switchKey); // there is room again
+    mThreaded->press(switchKey); // the disk has room again
     QTRY_COMPARE(activeProfile(), 1);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A client waits for a reply for about 6 s. One that comes later would be taken for the answer to its next request.
+// A client waits for a reply for about 6 s. It would take a later reply for the answer to its next request.
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/testmain.h"
 
@@ -33,7 +33,7 @@ private Q_SLOTS:
 private:
     using Age = std::optional<std::chrono::microseconds>;
 
-    /// A request that the daemon has read `age` ago; absent: that waited for a daemon that stood still.
+    /// Sends a request that the daemon read `age` ago; absent: one that waited for a suspended daemon.
     void sendOld(Age age, Command command, QVariantMap request, const QString &port = client);
 
     static QVariantMap rename()

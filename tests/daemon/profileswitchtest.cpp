@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The daemon's switches of the profile, by the application in front, by keys and by clients: what is announced, what is
-// shown, and what is on the disk.
+// The daemon's profile switches by the application in front, by keys and by clients: their notifications, the on-screen
+// display, and the settings on the disk.
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
@@ -148,7 +148,7 @@ void ProfileSwitchTest::automaticSwitchMapsTheKeys()
              0);
     inFront(u"a"_s);
     pressF1();
-    QCOMPARE(active(), 2); // in "A" the key switches nothing
+    QCOMPARE(active(), 2); // in "A" the key does not switch
 }
 
 void ProfileSwitchTest::repliesShowTheActiveProfileAndTheDiskTheChosenOne()
@@ -179,7 +179,7 @@ void ProfileSwitchTest::chosenAgainWhileAutomaticallyActiveIsKept()
     mNotifications.clear();
     QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 2}}), 0);
     QCOMPARE(activeOnDisk(), 2);
-    QCOMPARE(mNotifications, QStringList()); // for clients nothing has changed
+    QCOMPARE(mNotifications, QStringList()); // nothing has changed for clients
     inFront(u"other"_s);
     QCOMPARE(active(), 2);
 }
@@ -195,7 +195,7 @@ void ProfileSwitchTest::chosenAgainByAKeyIsKept()
     mShown.clear();
     pressF1();
     QCOMPARE(activeOnDisk(), 1);
-    QCOMPARE(mNotifications, QStringList()); // for clients nothing has changed
+    QCOMPARE(mNotifications, QStringList()); // nothing has changed for clients
     QCOMPARE(mShown, QStringList());
     inFront(u"other"_s);
     QCOMPARE(active(), 1);
@@ -288,7 +288,7 @@ void ProfileSwitchTest::whatIsNoSwitchIsNotShown()
 {
     QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0);
     mShown.clear();
-    QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); // is active
+    QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); // already active
     QCOMPARE(send(Command::deleteProfile, {{u"ProfileID"_s, 0}}), 0); // the active one moves up
     QCOMPARE(active(), 0);
     QCOMPARE(send(Command::updateProfile,

@@ -42,9 +42,9 @@ private Q_SLOTS:
 private:
     static inline const QString connectionName = u"the daemon's"_s;
 
-    /// A port whose clock stands until the test sets it.
+    /// A port whose clock changes only when the test sets it.
     [[nodiscard]] std::unique_ptr<RequestPort> makePort(std::chrono::milliseconds tick);
-    /// Sends the messages one after the other, each when the one before has been answered.
+    /// Sends the messages in turn, each after the answer to the one before.
     static void sendInTurn(const std::vector<qint32> &numbers)
     {
         for (const qint32 number : numbers) {
@@ -52,7 +52,7 @@ private:
             QVERIFY(remote && remote->sendRequest(number, "x", 20s, 20s) == RemoteMessagePort::SendStatus::success);
         }
     }
-    /// Whether the port gives a message that is sent now the time that its clock shows.
+    /// Whether the port stamps a message that is sent now with the time of its clock.
     [[nodiscard]] bool hasTime(qint32 number)
     {
         sendInTurn({number});
@@ -80,7 +80,7 @@ private:
     static inline const QString replyPortName = u"RequestPortTestReplyPort"_s;
 
     std::atomic<Time::rep> mNow;
-    std::atomic<Time::rep> mSeen;                           // what the port has last read of it
+    std::atomic<Time::rep> mSeen;                           // the time that the port last read
     std::function<void(const RequestMessage &)> mOnMessage; // on the port's thread
     std::mutex mMutex;
     std::vector<RequestMessage> mTaken;
@@ -90,7 +90,7 @@ private:
 
 void RequestPortTest::initTestCase()
 {
-    // Not the client's own: QtDBus takes a short cut from a connection to itself.
+    // A separate connection, because QtDBus takes a short cut from a connection to itself.
     QVERIFY(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName).isConnected());
 }
 
@@ -148,7 +148,7 @@ void RequestPortTest::answersWithNothingAtOnce()
 
 void RequestPortTest::messageAfterAStandstillHasNoTime()
 {
-    const auto port = makePort(1h); // no tick comes, as in a process that stands still
+    const auto port = makePort(1h); // no tick comes, as in a suspended process
     QVERIFY(port->serve());
     sendInTurn({1});
     mNow = Time(1h + 6s).count();
@@ -173,10 +173,11 @@ void RequestPortTest::messageThatWaitedForAStoppedProcessHasNoTime()
     QVERIFY(remote);
     remote->post(1, "x");
     isTaken.acquire();
-    // The clock does not show the stop. In the daemon no other thread takes the signal; here, that of QTest would.
+    // The clock does not show the stop. In the daemon no other thread takes the signal; in this process QTest's thread
+    // would.
     QCOMPARE(::pthread_kill(thread, SIGCONT), 0);
     remote->post(2, "x");
-    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has passed the message on
+    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has forwarded the message
     isReleased.release();
     QTRY_VERIFY(hasTime(3));
     QVERIFY(taken().at(0).readAt == Time(1h));
@@ -189,7 +190,7 @@ void RequestPortTest::longSilenceIsNoStandstill()
     const auto port = makePort(1ms);
     QVERIFY(port->serve());
     sendInTurn({1});
-    // Ticks come in time while there are any. When they have ended, a gap means nothing.
+    // Ticks come in time while any are due. After the last tick, a gap means nothing.
     for (int step = 0; step < 5; ++step) {
         mNow += Time(4s).count();
         QTRY_COMPARE(mSeen.load(), mNow.load());

@@ -96,7 +96,7 @@ void RequestQueueTest::takesTheFirstThatIsWanted()
     QCOMPARE(queue.takeIf(isTwoDigits)->number, 30);
     QCOMPARE(queue.takeIf(isTwoDigits)->number, 31);
     QVERIFY(!queue.takeIf(isTwoDigits));
-    QCOMPARE(takeAll(queue), QList<qint32>({1})); // it was not wanted, and keeps its turn
+    QCOMPARE(takeAll(queue), QList<qint32>({1})); // the caller did not want it, and it keeps its turn
 }
 
 void RequestQueueTest::overtakesNoRequestOfTheSameSender()
@@ -113,7 +113,7 @@ void RequestQueueTest::boundsTheRequestsOfASender()
     QList<Status> expected(RequestQueue::maximumRequestsOfSender, Status::ok);
     expected += {Status::busy, Status::busy};
     QCOMPARE(addMany(queue, a, expected.size()), expected);
-    QCOMPARE(queue.add(b, message(1)), Status::ok); // another one has its own bound
+    QCOMPARE(queue.add(b, message(1)), Status::ok); // another sender has a separate limit
     QCOMPARE(takeAll(queue).size(), RequestQueue::maximumRequestsOfSender + 1);
 }
 
@@ -173,7 +173,7 @@ void RequestQueueTest::countsWhatItRefuses()
 
 void RequestQueueTest::handsEachRequestFromOneThreadToAnother()
 {
-    constexpr int count = 2000; // many times the bound of a sender
+    constexpr int count = 2000; // many times the limit of a sender
     RequestQueue queue;
     int refused = 0;
     std::jthread port([&queue, &refused] {
@@ -199,8 +199,8 @@ void RequestQueueTest::handsEachRequestFromOneThreadToAnother()
     QCOMPARE(seenRefused + queue.takeRefusedCount(), refused);
 }
 
-// The document that takes the most bytes: as many values as are allowed, the longest ones that there are and all
-// different, and besides them as much data as is allowed.
+// The document with the most bytes: as many values as are allowed, all of the greatest length and different, and as
+// much data as is allowed.
 void RequestQueueTest::largestDocumentFits()
 {
     QVariantList numbers;
@@ -216,7 +216,8 @@ void RequestQueueTest::largestDocumentFits()
     const std::optional<QByteArray> bytes = PropertyList::writeBinary(document);
     QVERIFY(bytes);
     QVERIFY2(bytes->size() <= SettingsDocument::maximumBinaryBytes, qPrintable(QString::number(bytes->size())));
-    QVERIFY(bytes->size() > SettingsDocument::maximumBinaryBytes - 10'000); // and no larger than needed
+    QVERIFY(bytes->size()
+            > SettingsDocument::maximumBinaryBytes - 10'000); // and the limit is not larger than necessary
     numbers += QVariantList(others, 1);
     document.insert(u"Numbers"_s, numbers);
     QVERIFY(!SettingsDocument::problemOf(document).isEmpty());

@@ -48,7 +48,7 @@ private:
         while (mDaemon->handleNextRequest(*mQueue)) {
         }
     }
-    /// How often the document has been written: each write but the first leaves a copy, of which three are kept.
+    /// The number of writes of the document: each write but the first leaves a copy, of which three are kept.
     [[nodiscard]] qsizetype writeCount() const
     {
         return QDir(mTemporary->path()).entryList({u"settings.plist"_s, u"settings.plist.?"_s}).size();
@@ -188,7 +188,7 @@ void SharedWriteTest::changesThatCannotBeWrittenAreAllRefused()
     QCOMPARE(repliedNames(), QStringList({u"A"_s, u"A"_s}));
     QCOMPARE(mDaemon->document(), before);
     QVERIFY(mNotifications.isEmpty());
-    add(a, Command::updateProfile, rename(u"three"_s)); // there is room again
+    add(a, Command::updateProfile, rename(u"three"_s)); // the disk has room again
     handleAll();
     QCOMPARE(firstName(storedDocument()), u"three"_s);
 }
@@ -217,7 +217,7 @@ void SharedWriteTest::eventLoopHasItsTurnBetweenWrites()
     QVERIFY(mDaemon->handleNextRequest(*mQueue));
     QVERIFY(mReplies.size() < 60);
     QVERIFY(mReplies.size() > 1);
-    // What happens in between counts: the changes that wait are made to the document as it is then.
+    // Events in between are respected: the waiting changes apply to the document of that moment.
     press(58); // switches to B
     QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
     handleAll();
@@ -233,9 +233,8 @@ void SharedWriteTest::groupIsCarriedOutAsOneByOne_data()
         QTest::addRow("%d", seed) << seed;
 }
 
-// Property: chance changes have the same replies, the same notifications and the same documents, in use and on the
-// disk, whether they are carried out one by one or share their writes. An application is in front, so that profiles
-// also switch by themselves.
+// Property: random changes have the same replies, notifications and documents, in use and on the disk, whether they are
+// carried out one by one or share their writes. An application is in front, so profiles also switch automatically.
 void SharedWriteTest::groupIsCarriedOutAsOneByOne()
 {
     QFETCH(int, seed);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The keys that the daemon captures, as the tabs of the configurator read them: the macros tab's own controller takes
-// what the daemon posts for an edited event, and the parser of the keys tab names what it posts for a single key.
+// The keys that the daemon captures, as the tabs of the configurator read them. The macros tab's own controller takes
+// the notifications for an edited event, and the parser of the keys tab names the keys of those for a single key.
 #include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
@@ -34,7 +34,7 @@ private Q_SLOTS:
 
 namespace {
 
-/// A daemon with a virtual keyboard that captures keys; `captured` gets what it posts.
+/// A daemon with a virtual keyboard that captures keys; `captured` receives its notifications.
 class CapturingDaemon
 {
 public:
@@ -76,7 +76,7 @@ public:
     }
 
     QList<QVariantMap> captured;
-    QStringList sent; // "+4", "-4": what the computer saw
+    QStringList sent; // "+4", "-4": keys that the computer received
 
 private:
     QTemporaryDir mFolder;
@@ -112,7 +112,7 @@ void CapturedKeysTest::editedEventReadsTheLastKey()
     tab.awakeFromNib();
     for (const QVariantMap &values : std::as_const(daemon.captured))
         tab.singleKeyEvents(values);
-    // The sheet with the field has no parent until it is shown.
+    // The sheet that contains the field has no parent until it is shown.
     const QWidgetList widgets = QApplication::allWidgets();
     const auto field = std::ranges::find(widgets, u"mInputMacroEvent"_s, &QWidget::objectName);
     QVERIFY(field != widgets.end());
@@ -133,7 +133,7 @@ void CapturedKeysTest::singleKeyIsSentAsItWasCaptured_data()
                                    << QStringList{u"+224"_s, u"+225"_s, u"-225"_s, u"-224"_s};
 }
 
-/// The last captured key, stored as the keys tab stores it: pressing the key sends what was pressed.
+/// The last captured key is stored in the way of the keys tab. Pressing the key sends the captured one.
 void CapturedKeysTest::singleKeyIsSentAsItWasCaptured()
 {
     QFETCH(QList<int>, pressed);

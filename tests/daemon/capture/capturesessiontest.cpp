@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Who has the keys, and what the keyboard, the client's watch and the wake-ups follow of it.
+// The owner of the keys, and its effects on the keyboard, the watch on the client and the wake-ups.
 #include "daemon/capture/capturesession.h"
 #include "tests/support/testmain.h"
 
@@ -69,7 +69,7 @@ private:
         press(key);
         release(key);
     }
-    /// Records A on the keyboard; the key that is to play the macro is awaited then.
+    /// Records A on the keyboard; afterwards the session waits for the key that will play the macro.
     void awaitOnTheFlyKey();
     [[nodiscard]] int macroCount() const
     {
@@ -175,7 +175,7 @@ void CaptureSessionTest::clientHasTheKeysUntilTheyAreReleased_data()
 {
     QTest::addColumn<Kind>("kind");
     QTest::addColumn<bool>("isVanished");
-    QTest::addColumn<QStringList>("notifications"); // of a key that is typed
+    QTest::addColumn<QStringList>("notifications"); // of a typed key
     const QString lines = u"MacroSequence271"_s;
     for (const bool isVanished : {false, true}) {
         const char *end = isVanished ? "vanished" : "released";
@@ -230,18 +230,18 @@ void CaptureSessionTest::onTheFlyKeyIsAwaitedForNoClient()
     QCOMPARE(mSession->capture().kind(), Kind::onTheFlyKey);
     QVERIFY(!mSession->capture().client());
     QVERIFY(mWatchedClient.isEmpty());
-    // No client ends it, not even one without a name.
+    // No client can end it, not even one without a name.
     mSession->clientVanished(client);
     mSession->clientVanished(QString());
     mSession->release("a client releases the keys");
     QCOMPARE(mSession->capture().kind(), Kind::onTheFlyKey);
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
-    QVERIFY(!hasComputerTheKeys()); // this key plays the macro now
+    QVERIFY(!hasComputerTheKeys()); // from now on this key plays the macro
     QCOMPARE(mSession->capture().kind(), Kind::none);
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
     QCOMPARE(macroCount(), 1);
     QCOMPARE(mNotifications, QStringList({u"Saved New OTFM 271"_s, u"Profile Updated 271"_s}));
-    QCOMPARE(mKindsWhenPosted, QList<Kind>({Kind::none, Kind::none})); // the computer has the keys by then
+    QCOMPARE(mKindsWhenPosted, QList<Kind>({Kind::none, Kind::none})); // the capture has already ended by then
     QVERIFY(hasComputerTheKeys());
 }
 
@@ -255,10 +255,10 @@ void CaptureSessionTest::recordingOnTheFlyCapturesNothing()
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::recording);
     type(keyA);
     press(keyEscape);
-    QVERIFY(!mWakeTime.has_value()); // held, it ends no recording on the keyboard
+    QVERIFY(!mWakeTime.has_value()); // a held Escape does not end a recording on the keyboard
     release(keyEscape);
     mSession->macroKeyPressed();
-    QCOMPARE(mOnTheFly->events().size(), 6); // also the keys after the release
+    QCOMPARE(mOnTheFly->events().size(), 6); // includes the keys after the release
     QVERIFY(mNotifications.isEmpty());
 }
 
@@ -303,7 +303,7 @@ void CaptureSessionTest::recordingEndsWithItsCapture()
     mSession->startKeyCapture(client, Kind::singleKey);
     const std::optional<QVariantList> events = mSession->recorder().recorded(target.macroId);
     QVERIFY(events.has_value());
-    // The key that is still down ends with the recording.
+    // The end of the recording releases the key that is still down.
     QCOMPARE(*events, (QVariantList{MacroRecord::eventRecord({MacroRecord::keyDown, 0, HidUsage::keyboardPage, keyA}),
                                     MacroRecord::eventRecord({MacroRecord::keyUp, 30, HidUsage::keyboardPage, keyA})}));
     mSession->release("the test releases them");
@@ -348,7 +348,7 @@ void CaptureSessionTest::newCaptureForgetsTheKeysBefore()
     mNotifications.clear();
     mNow = 1s;
     mSession->wake();
-    QVERIFY(mNotifications.isEmpty()); // there is no key before Escape to post again
+    QVERIFY(mNotifications.isEmpty()); // no key before Escape to post again
     QCOMPARE(mSession->capture().kind(), Kind::none);
 }
 

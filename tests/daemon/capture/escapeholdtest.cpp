@@ -20,7 +20,7 @@ private Q_SLOTS:
 
 void EscapeHoldTest::endsASecondAfterEscapeWasPressedAlone_data()
 {
-    // "+" a press, "-" a release; each 100 ms after the one before, the first at 0.
+    // "+" is a press, "-" a release; each is 100 ms after the one before, the first at 0.
     QTest::addColumn<QStringList>("changes");
     QTest::addColumn<std::optional<EscapeHold::Time>>("end");
     const std::optional<EscapeHold::Time> none;

@@ -54,7 +54,7 @@ void MacroRecorderTest::recordsEventsWithTheirPauses()
     (void)recorder.record(leftButton, true, 2515ms);
     (void)recorder.record(leftButton, false, 2515ms);
     recorder.stop(9000ms);
-    QCOMPARE(recorder.record(keyA, true, 9001ms), QStringList()); // has ended
+    QCOMPARE(recorder.record(keyA, true, 9001ms), QStringList()); // the recording has ended
     QCOMPARE(
         recorder.recorded(3),
         std::optional(QVariantList{MacroRecord::eventRecord({1, 20, 7, 4}), MacroRecord::eventRecord({0, 15, 7, 4}),
@@ -101,7 +101,7 @@ void MacroRecorderTest::takesBackThePressRecordedLast()
     recorder.stop(2700ms);
     const std::optional<QVariantList> events = recorder.recorded(3);
     QVERIFY(events);
-    QCOMPARE(events->size(), 2); // A is let go of at the end, B is not
+    QCOMPARE(events->size(), 2); // the end releases A, but not B
     QCOMPARE(events->first(), MacroRecord::eventRecord({1, 20, 7, 4}));
     QCOMPARE(MacroRecord::eventFields(events->last().toMap()).argument, 4);
 }
@@ -161,7 +161,7 @@ void MacroRecorderTest::staysWithinItsCapacity()
         recorder.stop(0ms);
         const QVariantList events = *recorder.recorded(3);
         QVERIFY(events.size() <= capacity);
-        QCOMPARE(events.size(), capacity / 2 * 2); // filled, as far as pairs fit
+        QCOMPARE(events.size(), capacity / 2 * 2); // full, as far as pairs fit
         QMap<uint, int> down;
         for (const QVariant &entry : events) {
             const MacroRecord::Event event = MacroRecord::eventFields(entry.toMap());
@@ -175,7 +175,7 @@ void MacroRecorderTest::staysWithinItsCapacity()
 void MacroRecorderTest::recordingBelongsToOneMacro()
 {
     MacroRecorder recorder = started();
-    QVERIFY(!recorder.recorded(3)); // still recording
+    QVERIFY(!recorder.recorded(3)); // the recording continues
     recorder.stop(0ms);
     QVERIFY(!recorder.recorded(4));
     QVERIFY(recorder.recorded(3));
@@ -206,7 +206,7 @@ void MacroRecorderTest::timeThatStandsStillIsNoPause()
 {
     MacroRecorder recorder = started();
     (void)recorder.record(keyA, true, 500ms);
-    (void)recorder.record(keyA, false, 400ms); // never negative, whatever the clock says
+    (void)recorder.record(keyA, false, 400ms); // never negative, regardless of the clock
     recorder.stop(400ms);
     QCOMPARE(recorder.recorded(3)->at(1).toMap().value(u"delay"_s), QVariant(0));
 }

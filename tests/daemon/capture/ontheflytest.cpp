@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Macros recorded on the keyboard itself: the recorder, and what they do to the document.
+// Macros recorded on the keyboard itself: the recorder, and the changes to the document.
 #include "daemon/capture/ontheflymacro.h"
 #include "daemon/capture/ontheflyrecorder.h"
 #include "daemon/settings/settingsdocument.h"
@@ -69,7 +69,7 @@ void OnTheFlyTest::recordsBetweenTwoPressesOfTheMacroKey()
     QCOMPARE(recorder.state(), State::off);
     recorder.pressMacroKey(1s, capacity);
     QCOMPARE(recorder.state(), State::recording);
-    recorder.keyChanged({.page = 7, .usage = 40}, false, 1s); // was down before
+    recorder.keyChanged({.page = 7, .usage = 40}, false, 1s); // was already down
     recorder.keyChanged(keyA, true, 2s);
     recorder.keyChanged(keyA, false, 2s + 15ms);
     recorder.keyChanged({.page = 7, .usage = 5}, true, 2s + 20ms);
@@ -106,7 +106,7 @@ void OnTheFlyTest::thirdPressThrowsTheRecordingAway()
     QVERIFY(recorder.events().isEmpty());
     recorder.pressMacroKey(4s, capacity);
     recorder.pressMacroKey(5s, capacity);
-    QCOMPARE(recorder.state(), State::off); // nothing left of the first one
+    QCOMPARE(recorder.state(), State::off); // nothing of the first recording remains
 }
 
 void OnTheFlyTest::ignoresKeysWhenOff()
@@ -156,7 +156,7 @@ void OnTheFlyTest::addsAMacroThatTheKeyPlays()
     QCOMPARE(MacroRecord::events(macros.at(1).toMap()), events);
     QCOMPARE(macros.at(1).toMap().value(u"delay"_s), QVariant(20));
     QVERIFY(macros.at(1).toMap().value(u"macroID"_s).toInt() > 0);
-    // In the active profile alone; what else the entry has stays.
+    // Only in the active profile; the other values of the entry remain.
     const QVariantMap expected{{u"command"_s, 10}, {u"param1"_s, 1}, {u"param2"_s, 1}, {u"note"_s, u"kept"_s}};
     QCOMPARE(entryOf(outcome.document, 1, u"4"_s), expected);
     QCOMPARE(entryOf(outcome.document, 0, u"4"_s), entryOf(before, 0, u"4"_s));

@@ -25,7 +25,7 @@ std::optional<HidUsage> usageOf(const QString &name)
     return code ? std::optional(HidUsage{HidUsage::keyboardPage, static_cast<quint16>(*code)}) : std::nullopt;
 }
 
-/// The name of a key's button in the picture, without its "m": it has no spaces and can be written in a case.
+/// The name of a key's button in the picture, without its "m". It has no spaces, so a case can contain it.
 QString nameOf(HidUsage usage)
 {
     if (usage.page == HidUsage::buttonPage)
@@ -79,13 +79,13 @@ struct Mapping
     QVariant param2 = 0;
 };
 
-/// What the words after "profile N key K" assign; absent when they mean nothing.
+/// The assignment in the words after "profile N key K"; absent when they have no meaning.
 std::optional<Mapping> mappingOf(const QStringList &words)
 {
     const QString kind = words.value(0);
     const QString target = words.value(1);
     if (kind == "default"_L1 || kind == "single-key"_L1) {
-        // Without a target "none": the entry of a key that sends nothing but modifiers, or its own code.
+        // An empty target or "none" is the entry of a key that sends nothing but modifiers, or its own code.
         const std::optional<HidUsage> usage = target.isEmpty() || target == "none"_L1 ? HidUsage{} : usageOf(target);
         const std::optional<int> modifiers = modifiersOf(words.value(2));
         if (!usage || !modifiers)
@@ -106,7 +106,7 @@ std::optional<Mapping> mappingOf(const QStringList &words)
     return {};
 }
 
-/// The event "PAUSE KEY down|up" or "PAUSE page PAGE USAGE COMMAND"; absent when the words mean neither.
+/// The event "PAUSE KEY down|up" or "PAUSE page PAGE USAGE COMMAND"; absent for other words.
 std::optional<QVariantMap> eventOf(const QStringList &words)
 {
     bool isNumber = false;
@@ -176,7 +176,7 @@ QString EngineScript::runEvent(const QStringList &words)
     return {};
 }
 
-/// Time passes; the engine is called whenever it asks for it, or in a stall only at the end.
+/// Advances the time. Calls the engine at each deadline, or in a stall only at the end.
 QString EngineScript::pass(const QStringList &words)
 {
     bool isNumber = false;

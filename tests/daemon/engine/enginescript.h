@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs the lines of an engine case (see enginecases/README.md) on a key engine, as the daemon would run them. The
-// test's thread.
+// Runs the lines of an engine case (see enginecases/README.md) on a key engine in the same way as the daemon. Used on
+// the test's thread.
 #pragma once
 
 #include "daemon/engine/keyengine.h"
@@ -10,12 +10,12 @@
 #include <QStringList>
 #include <QVariantMap>
 
-/// One case: everything that its input does, as text.
+/// One case: all outputs that its input causes, as text.
 class EngineScript
 {
 public:
-    /// Runs one input line. A line that is an event adds one line to outputLines().
-    /// Returns what is wrong with the line; empty when it was run.
+    /// Runs one input line. A line that is an event adds one line to outputLines(). Returns the mistake in the line;
+    /// empty when the line was run.
     [[nodiscard]] QString run(const QString &line);
 
     [[nodiscard]] const QStringList &outputLines() const { return mOutputLines; }
@@ -33,7 +33,7 @@ private:
     void useMacros();
     [[nodiscard]] QStringList textsOf(const EngineOutputs &outputs);
     void take(const EngineOutputs &outputs);
-    /// As take(), but only what brings something is a line: it was no event.
+    /// Like take(), but adds a line only for outputs that are not empty, because no event of the case caused them.
     void takeBetween(const EngineOutputs &outputs);
 
     KeyEngine mEngine;

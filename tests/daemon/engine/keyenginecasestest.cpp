@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs every file of the folder enginecases on the key engine; enginecases/README.md says how they are written.
+// Runs every file of the folder enginecases on the key engine; enginecases/README.md describes their format.
 #include "tests/daemon/engine/enginescript.h"
 #include "tests/support/casefile.h"
 #include "tests/support/testmain.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What holds of the key engine whatever is assigned, pressed, switched and captured: random sequences, always the same.
+// Properties of the key engine that hold for all assignments, keys, switches and captures. The random sequences are
+// always the same.
 #include "daemon/engine/keyengine.h"
 #include "macros/macrorecord.h"
 #include "tests/support/testmain.h"
@@ -26,7 +27,7 @@ constexpr std::array keys{HidUsage{7, 4},   HidUsage{7, 5},   HidUsage{7, 6},   
                           HidUsage{7, 106}, HidUsage{7, 224}, HidUsage{7, 225}, HidUsage{7, 227},
                           HidUsage{7, 229}, HidUsage{7, 231}, HidUsage{9, 4}};
 
-/// The computer's view; a usage that goes down twice, or up without being down, is a fault.
+/// The computer's view. A usage that goes down twice, or up without being down, is a fault.
 class Computer
 {
 public:
@@ -137,7 +138,7 @@ private:
     int mLastId = 0;
 };
 
-/// An engine in use, and what the computer sees of it.
+/// An engine in use, and the computer that receives its output.
 struct Use
 {
     explicit Use(QRandomGenerator &generator) : random(generator), macros(generator)
@@ -145,7 +146,7 @@ struct Use
         (void)engine.setMacros(macros.playable());
     }
 
-    /// Lets time pass; a busy daemon is late, and others act before everything that is due has come.
+    /// Advances the time. A busy daemon is late, and other inputs arrive before all due events are sent.
     void passTime()
     {
         now += std::chrono::microseconds(random.bounded(6000));
@@ -160,7 +161,7 @@ struct Use
     KeyEngine::Time now{};
 };
 
-/// One step that may happen to an engine; true when the keyboard was removed.
+/// One possible step of an engine; true when the keyboard was removed.
 bool step(Use &use, const std::array<KeyMap, 3> &profiles)
 {
     KeyEngine &engine = use.engine;
@@ -246,7 +247,7 @@ void KeyEnginePropertiesTest::whateverWentDownComesUp()
     QVERIFY(hasSent && hasPlayed);
 }
 
-/// What plays once, a number of times or until released ends by itself.
+/// A macro that plays once, a number of times or until released ends without further input.
 void KeyEnginePropertiesTest::macrosEndWhenTheirKeysAreUp()
 {
     QRandomGenerator random(32);
@@ -284,7 +285,7 @@ void KeyEnginePropertiesTest::removalLeavesNothingDown()
             ++removals;
             QVERIFY(!use.computer.isWrong() && use.computer.down().empty() && !use.engine.nextDeadline());
         }
-        use.computer.see(use.engine.releaseAll()); // as at the daemon's end
+        use.computer.see(use.engine.releaseAll()); // as at the end of the daemon
         QVERIFY(!use.computer.isWrong() && use.computer.down().empty());
         for (const HidUsage key : keys)
             QVERIFY(use.engine.keyUp(key, use.now).isEmpty());
@@ -292,13 +293,13 @@ void KeyEnginePropertiesTest::removalLeavesNothingDown()
     QVERIFY(removals > 0);
 }
 
-/// With a button of its own, which no key sends, a macro sends the same at the same times, whatever else plays and is
-/// pressed.
+/// A macro with a private button, which no key sends, sends the same at the same times, regardless of other macros and
+/// keys.
 void KeyEnginePropertiesTest::macrosDoNotDisturbEachOther()
 {
     const HidUsage trigger{7, 107};
     const HidUsage own{9, 7};
-    constexpr int ownIndex = 300; // no random entry goes so far
+    constexpr int ownIndex = 300; // no random entry uses this index
     const QVariantMap macro = MacroRecord::withEvents(
         {}, {MacroRecord::eventRecord({.command = 1, .delayMs = 3, .page = own.page, .argument = own.usage}),
              MacroRecord::eventRecord({.command = 0, .delayMs = 4, .page = own.page, .argument = own.usage})});
@@ -333,7 +334,7 @@ void KeyEnginePropertiesTest::macrosDoNotDisturbEachOther()
     }
 }
 
-/// Whatever happens between a key's press and its release, the two together change nothing for the others.
+/// A key's press and release together leave all other keys unchanged, regardless of the events in between.
 void KeyEnginePropertiesTest::releaseUndoesItsPressAlone()
 {
     QRandomGenerator random(119);

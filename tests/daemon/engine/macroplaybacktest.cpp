@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Macros in the key engine: the time base, the limits, and which macros are the same. What is sent when is in the
-// engine cases.
+// Macros in the key engine: the time base, the limits, and the identity of macros. The engine cases test the output and
+// its times.
 #include "daemon/engine/keyengine.h"
 #include "macros/macrorecord.h"
 #include "tests/support/testmain.h"
@@ -15,7 +15,7 @@ namespace {
 
 constexpr HidUsage trigger{HidUsage::keyboardPage, 106};
 
-/// Presses and releases of the key A in turn, after these pauses.
+/// A macro that presses and releases the key A in turn, after these pauses.
 QVariantMap macroWithPauses(const QList<int> &pausesMs, int macroId = 1)
 {
     QVariantList events;
@@ -64,7 +64,7 @@ void MacroPlaybackTest::lateCallsDoNotAddUp_data()
     QTest::newRow("until released") << 255 << 12;
 }
 
-/// 10 000 events, each call of the engine up to 0.9 ms late: every event is due at exactly the sum of the pauses.
+/// 10 000 events, with each call of the engine up to 0.9 ms late. Every event is due at exactly the sum of the pauses.
 void MacroPlaybackTest::lateCallsDoNotAddUp()
 {
     QFETCH(int, repeat);
@@ -98,7 +98,7 @@ void MacroPlaybackTest::oneCallBringsABoundedNumberOfEvents()
     (void)engine.keyDown(trigger, 0us);
     int sent = 0;
     while (engine.nextDeadline()) {
-        QCOMPARE(engine.nextDeadline().value(), 0us); // what is left is due at once
+        QCOMPARE(engine.nextDeadline().value(), 0us); // the remaining events are due at once
         const EngineOutputs outputs = engine.advance(0us);
         QVERIFY(!outputs.isEmpty() && outputs.size() <= KeyEngine::eventsPerAdvance);
         sent += static_cast<int>(outputs.size());
@@ -142,7 +142,7 @@ void MacroPlaybackTest::onlySoManyPlayAtOnce()
         (void)engine.keyDown(key, 0us);
     for (const HidUsage key : std::as_const(keys))
         (void)engine.keyUp(key, 0us);
-    // A press again ends each, but the last one: it did not begin, and begins now that there is room.
+    // A second press ends each macro except the last. The last did not begin for lack of room, and begins now.
     for (const HidUsage key : keys.first(keys.size() - 1)) {
         QVERIFY(engine.nextDeadline());
         (void)engine.keyDown(key, 0us);

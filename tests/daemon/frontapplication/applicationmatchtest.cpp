@@ -72,7 +72,7 @@ void ApplicationMatchTest::appInfoMeansTheApplication_data()
     row("part of a name", appInfo(u"org.example"_s, u"Gam"_s, u"bin"_s, u"Ga"_s), Strength::none);
     row("unbound", appInfo({}, {}, {}, {}), Strength::none);
     row("no keys", {}, Strength::none);
-    // A program that runs many applications means none of them.
+    // A program that runs many applications identifies none of them.
     QTest::newRow("launcher") << appInfo({}, {}, u"/usr/bin/python3"_s, {})
                               << FrontApplication{.windowClass = u"editor"_s, .executable = u"/usr/bin/python3"_s}
                               << Strength::none;

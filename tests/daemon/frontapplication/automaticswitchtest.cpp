@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Stories of one line each: who is in front, what is done by hand, and which profile is active and kept then.
+// One line per story: the applications in front, the user's actions, and the profiles that are then active and
+// remembered.
 #include "daemon/frontapplication/automaticswitch.h"
 #include "tests/support/testmain.h"
 
@@ -48,9 +49,9 @@ private Q_SLOTS:
     void keptDocumentDiffersInTheActiveProfileAlone();
 
 private:
-    /// "a" "b" "x" "-": that application ("-": none) comes to the front; "=NAME": the profile is chosen; "+NAME": it
-    /// is added; "!NAME": it is deleted; "NAME~": it is renamed; "NAME>x": it is bound to x ("NAME>": to nothing);
-    /// "0": all but the first profile are replaced by none.
+    /// "a" "b" "x" "-": that application ("-": none) comes to the front; "=NAME": the profile is chosen; "+NAME": it is
+    /// added; "!NAME": it is deleted; "NAME~": it is renamed; "NAME>x": it is bound to x ("NAME>": to nothing); "0":
+    /// all but the first profile are replaced by none.
     void act(const QString &word);
     void obey(Command command, const QVariantMap &request);
     int indexOf(const QString &name) const;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// When the daemon looks for a desktop and which variables it looks by, on a private bus with a service manager of the
-// test's own.
+// The times at which the daemon looks for a desktop, and the variables it uses, on a private bus with the test's own
+// service manager.
 #include "daemon/frontapplication/desktopsearch.h"
 #include "tests/daemon/frontapplication/usermanagerservice.h"
 #include "tests/support/testmain.h"
@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Works when $DISPLAY names the display that is there.
+/// Works when $DISPLAY names the existing display.
 class NamedDisplay : public FrontApplicationSource
 {
 public:
@@ -56,15 +56,15 @@ private Q_SLOTS:
 
 private:
     void search(std::chrono::milliseconds firstPause = 1ms);
-    /// Waits until only a sign can lead on.
+    /// Waits until only a sign can cause an attempt.
     void waitUntilAsleep();
     [[nodiscard]] QString inRuntimeFolder(const QString &name) const { return mRuntime->filePath(name); }
     void makeSocket(const QString &path);
     void restartManager();
-    /// Things that happen by name; see signIsFollowedByAnAttempt_data().
+    /// Causes an event by name; see signIsFollowedByAnAttempt_data().
     void happen(const QString &sign);
 
-    QByteArray mDisplay; // that is there
+    QByteArray mDisplay; // the existing display
     std::unique_ptr<QTemporaryDir> mRuntime;
     std::unique_ptr<QTemporaryDir> mX11;
     std::unique_ptr<UserManagerService> mManager;
@@ -114,7 +114,7 @@ void DesktopSearchTest::waitUntilAsleep()
 
 void DesktopSearchTest::makeSocket(const QString &path)
 {
-    QFile file(path); // what it is nobody looks at before it answers
+    QFile file(path); // the search does not look at the kind of file before it answers
     QVERIFY(file.open(QIODevice::WriteOnly));
 }
 
@@ -166,7 +166,7 @@ void DesktopSearchTest::retriesAreFew()
 {
     search();
     waitUntilAsleep();
-    // Found by the last retry, which reads the variables as the first did.
+    // The last retry finds it, because it reads the variables like the first attempt.
     QCOMPARE(mManager->readings, 1 + DesktopSearch::retries);
     QTest::qWait(100); // far more than the longest pause of this test
     QCOMPARE(mMissing->size(), 1 + DesktopSearch::retries);
@@ -228,7 +228,7 @@ void DesktopSearchTest::whatIsNoSignWakesNobody()
     happen(u"org.example.Program"_s);
     QTest::qWait(100);
     QCOMPARE(mMissing->size(), 1 + DesktopSearch::retries);
-    makeSocket(inRuntimeFolder(u"wayland-0"_s)); // as after a crash
+    makeSocket(inRuntimeFolder(u"wayland-0"_s)); // left by a crash
     QTRY_VERIFY(mMissing->size() > 1 + DesktopSearch::retries);
 }
 

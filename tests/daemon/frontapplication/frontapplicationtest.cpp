@@ -96,7 +96,7 @@ void FrontApplicationTest::profileFollowsTheFocus()
     QTRY_COMPARE(activeProfile(), u"B"_s);
     desktop.close(u"kestra-unbound"_s);
     desktop.close(u"kestra-b"_s);
-    QTRY_COMPARE(activeProfile(), u"A"_s); // the one window left gets the focus
+    QTRY_COMPARE(activeProfile(), u"A"_s); // the remaining window gets the focus
     desktop.close(u"kestra-a"_s);
     QTRY_COMPARE(activeProfile(), u"Default Profile"_s);
     mDaemon.reset();
@@ -128,7 +128,7 @@ void FrontApplicationTest::desktopThatComesLaterIsFound()
     QFETCH(TestDesktop::Kind, kind);
     QFETCH(QString, source);
     TestDesktop desktop(kind);
-    QVERIFY(desktop.start()); // to learn its name
+    QVERIFY(desktop.start()); // to determine its name
     desktop.stop();
     startDaemon(desktop);
     QCOMPARE(status().value(u"frontApplicationSource"_s).toString(), u"none"_s);
@@ -145,7 +145,7 @@ void FrontApplicationTest::desktopThatOnlyTheServiceManagerKnowsIsFound()
     QFETCH(QString, source);
     UserManagerService manager;
     TestDesktop desktop(kind);
-    startDaemon(desktop, WithoutVariables::yes); // as a user service is, before somebody logs in
+    startDaemon(desktop, WithoutVariables::yes); // like a user service before the login
     QCOMPARE(status().value(u"frontApplicationSource"_s).toString(), u"none"_s);
     QVERIFY(desktop.start());
     QVERIFY(desktop.open(u"kestra-a"_s));

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A source in the test's hands: whether it starts, what it tells, when it is lost.
+/// A source under the test's control: its start, its reports, its loss.
 class ScriptedSource : public FrontApplicationSource
 {
 public:
@@ -191,7 +191,7 @@ void FrontApplicationWatchTest::momentWithoutAWindowLeavesNothingBehind()
     mSource->tell(u"game"_s);
     mSource->tell({});
     mSource->tell(u"editor"_s);
-    // It runs out after the watch's own timer would have, had that gone on.
+    // It expires after the watch's own timer would have, if that had continued.
     QTimer later;
     later.setSingleShot(true);
     const QSignalSpy ranOut(&later, &QTimer::timeout);
@@ -224,7 +224,7 @@ void FrontApplicationWatchTest::nothingInFrontIsToldInTheEnd()
     mSource->tell(u"game"_s);
     mSource->tell({});
     QCOMPARE(mWatch->application().name(), u"game"_s); // not yet
-    // A switch may take a tenth of a second; the rest is for a busy machine.
+    // The watch waits a tenth of a second in case this is a switch; the rest is for a busy machine.
     QTRY_VERIFY_WITH_TIMEOUT(mWatch->application().isNone(), 2000);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the daemon gives KWin its script, against a scripting service of the test's own on a private bus. What KWin makes
-// of the script is not tested here.
+// The daemon hands its script to KWin: tested with a simulated scripting service on a private bus. KWin's
+// execution of the script is not tested here.
 #include "daemon/frontapplication/kwinfrontapplication.h"
 #include "tests/support/testmain.h"
 
@@ -13,7 +13,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// What stands at /Scripting.
+/// The object at /Scripting.
 class ScriptingService : public QObject
 {
     Q_OBJECT
@@ -33,7 +33,7 @@ public:
     }
 
     QStringList calls;
-    QByteArray script; // as it was in the file when it was loaded
+    QByteArray script; // content of the file when it was loaded
 
 public Q_SLOTS:
     Q_SCRIPTABLE int loadScript(const QString &path, const QString &name)
@@ -49,7 +49,7 @@ public Q_SLOTS:
     {
         calls += u"unload "_s + name;
         QMetaObject::invokeMethod(
-            this, [this] { mIsLoaded = false; }, Qt::QueuedConnection); // as KWin does, when it has answered
+            this, [this] { mIsLoaded = false; }, Qt::QueuedConnection); // like KWin, after its answer
         return mIsLoaded;
     }
     void leaveLoaded() { mIsLoaded = true; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The service manager of the user, in a test's hands: what the daemon asks of it, on a bus of the test's own.
+// A simulated service manager of the user, on a private bus: answers the daemon's requests.
 #pragma once
 
 #include <QDBusConnection>
@@ -7,7 +7,7 @@
 #include <QDBusObjectPath>
 #include <QStringList>
 
-/// On the bus as long as it lives.
+/// Present on the bus during its lifetime.
 class UserManagerService : public QObject
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ public:
     }
     void setEnvironment(const QStringList &environment) { mEnvironment = environment; }
 
-    /// Tells that a job of `unit` has ended.
+    /// Announces that a job of `unit` has ended.
     void endJob(const QString &unit)
     {
         QDBusMessage message = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/systemd1"),

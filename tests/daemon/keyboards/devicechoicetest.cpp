@@ -97,7 +97,7 @@ void DeviceChoiceTest::nothingIsWrittenWhenNothingChanges()
     QCOMPARE(::stat(QFile::encodeName(path()).constData(), &after), 0);
     QCOMPARE(after.st_ino, before.st_ino);
     QVERIFY(QFile::remove(path()));
-    QVERIFY(choice.save(mTwo)); // somebody took the file away
+    QVERIFY(choice.save(mTwo)); // the file was removed from outside
     QCOMPARE(loaded(), mTwo);
 }
 
@@ -168,7 +168,7 @@ void DeviceChoiceTest::damagedFileIsSetAside()
 
 void DeviceChoiceTest::unreadableFileIsLeftAlone()
 {
-    QVERIFY(QDir().mkdir(path())); // nothing can read a folder, the superuser neither
+    QVERIFY(QDir().mkdir(path())); // no process can read a folder as a file, not even the superuser's
     QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot read .*devices.plist"_s));
     DeviceChoice choice(mFolder->path());
     QVERIFY(choice.load().isEmpty());
@@ -203,7 +203,7 @@ void DeviceChoiceTest::fullDiskLeavesTheOldChoice()
     }
     QCOMPARE(loaded(), QList<ChosenDevice>{mTwo.at(0)});
     QCOMPARE(files(), QStringList{u"devices.plist"_s});
-    QVERIFY(choice.save(mTwo)); // still knows that it is not the one on disk
+    QVERIFY(choice.save(mTwo)); // the choice has not mistaken it for the one on disk
     QCOMPARE(loaded(), mTwo);
 }
 

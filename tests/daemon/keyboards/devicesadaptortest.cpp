@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The object /Devices as a client on the bus meets it, with keyboards that the test makes up.
+// The object /Devices for a client on the bus, with simulated keyboards.
 #include "daemon/keyboards/devicesadaptor.h"
 #include "tests/support/testmain.h"
 
@@ -18,7 +18,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// QtDBus connects the signal it declares to that of the object.
+/// QtDBus connects the signal that it declares to that of the object.
 class DevicesProxy : public QDBusAbstractInterface
 {
     Q_OBJECT
@@ -172,7 +172,8 @@ void DevicesAdaptorTest::releaseIsDoneAndKept()
     QCOMPARE(call(u"Release"_s).type(), QDBusMessage::ReplyMessage);
     QVERIFY(!mDevices->devices().at(0).isInUse);
     QVERIFY(kept().isEmpty());
-    QCOMPARE(call(u"Release"_s).type(), QDBusMessage::ReplyMessage); // nothing to let go of is fine, too
+    QCOMPARE(call(u"Release"_s).type(),
+             QDBusMessage::ReplyMessage); // releasing without a grabbed keyboard also succeeds
 }
 
 void DevicesAdaptorTest::choiceThatCannotBeKeptIsSaid()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Settings documents for tests of keys, in few words. Pure functions.
+// Short ways to write settings documents for tests of keys. Pure functions.
 #pragma once
 
 #include "daemon/settings/settingsdocument.h"
@@ -27,7 +27,7 @@ inline constexpr int launches = 46;
     return {{QStringLiteral("ProfileName"), name}, {QStringLiteral("Keys"), keys}};
 }
 
-/// Presses `key` and releases it, `pauseMs` before each.
+/// Presses `key` and releases it, with `pauseMs` before each event.
 [[nodiscard]] inline QVariantMap macro(uint key, int pauseMs = 1)
 {
     return MacroRecord::withEvents(

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// An ordinary key allocates nothing on its way from the channel and back: every allocation of the process is counted.
+// An ordinary key allocates nothing on its way from the channel and back. The test counts every allocation of the
+// process.
 #include "daemon/keyboards/keypath.h"
 #include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/notingchannel.h"
@@ -52,7 +53,7 @@ namespace {
 
 constexpr quint16 mappedKey = 5; // sends a key with all modifiers
 constexpr quint16 switchKey = 58;
-constexpr quint16 firstMacroKey = 60; // and the next; until released
+constexpr quint16 firstMacroKey = 60; // this and the next; until released
 constexpr int macroCount = 5;
 constexpr int rounds = 500;
 

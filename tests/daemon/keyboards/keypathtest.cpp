@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The way of a key in one thread, with time and the other side's answers in the test's hands.
+// The path of a key in one thread; the test controls the time and the answers of the other side.
 #include "daemon/keyboards/keypath.h"
 #include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/notingchannel.h"
@@ -23,7 +23,7 @@ constexpr quint16 switchKey = 58;  // to the second profile
 constexpr quint16 nowhereKey = 59; // to a profile that does not exist
 constexpr quint16 macroKey = 60;   // until pressed again
 
-/// In the first profile A sends itself, in the second 30; the same macro in both.
+/// In the first profile A sends itself, in the second 30. Both have the same macro.
 QVariantMap twoProfiles(int active = 0)
 {
     const QVariantMap switches{{u"58"_s, entry(switchesProfile, 1)},
@@ -76,12 +76,12 @@ private:
         mSettings = keySettingsOf(document, mSettings);
         mPath->change({.settings = mSettings, .lastChoice = lastChoice, .isOtherProfile = isOtherProfile});
     }
-    /// What `key` sends: its usage; 0 for nothing.
+    /// The usage that `key` sends; 0 for none.
     [[nodiscard]] quint16 sentBy(quint16 key);
 
     std::unique_ptr<NotingChannel> mChannel;
     std::unique_ptr<KeyPath> mPath;
-    KeySettings mSettings; // given to it last
+    KeySettings mSettings; // the last settings that the path received
     KeyPath::Time mNow{};
     std::optional<KeyPath::Time> mWakeTime;
 };
@@ -122,7 +122,7 @@ void KeyPathTest::keysDoNothingBeforeTheStartAndAfterTheStop()
 {
     mPath->stop();
     tap(keyA);
-    answer(twoProfiles(1), 0, true); // which has crossed the stop
+    answer(twoProfiles(1), 0, true); // crossed the stop on its way
     tap(keyA);
     QCOMPARE(mChannel->sent(), 0);
     (void)mPath->start(keySettingsOf(twoProfiles()));
@@ -153,7 +153,7 @@ void KeyPathTest::emptyChannelLetsGoOfEverything()
     Q_EMIT mChannel->emptied();
     QCOMPARE(mChannel->downCount(), std::size_t(0));
     QVERIFY(!mWakeTime);
-    tap(keyA); // and the keyboard is there again
+    tap(keyA); // the keyboard is there again
     QCOMPARE(mChannel->sent(), 6);
 }
 
@@ -174,7 +174,7 @@ void KeyPathTest::switchCountsForTheVeryNextKey()
     press(switchKey);
     QVERIFY(mChannel->isDown(keyA)); // pressed before
     release(keyA);
-    QCOMPARE(sentBy(keyA), quint16(30)); // nobody has answered yet
+    QCOMPARE(sentBy(keyA), quint16(30)); // without an answer so far
     QCOMPARE(chosen.size(), 1);
     QCOMPARE(chosen.at(0), (QList<QVariant>{1, QVariant::fromValue(KeyPath::Choice(1))}));
     release(switchKey);
@@ -203,7 +203,7 @@ void KeyPathTest::switchTakesLessThanAMillisecond()
 void KeyPathTest::answerThatSaysNoTakesTheSwitchBack()
 {
     tap(switchKey);
-    answer(twoProfiles(0), 1, false); // it could not be stored
+    answer(twoProfiles(0), 1, false); // the switch could not be stored
     QCOMPARE(sentBy(keyA), keyA);
 }
 
@@ -214,10 +214,10 @@ void KeyPathTest::changeThatDoesNotKnowOfASwitchKeepsIt()
     QVariantList profiles = SettingsDocument::profiles(document);
     profiles[1] = profile(u"B"_s, {{u"4"_s, entry(sendsKey, 31)}});
     document = SettingsDocument::withProfiles(document, profiles);
-    answer(document, 0, false); // on its way when the key switched
+    answer(document, 0, false); // the change was on its way when the key switched
     QCOMPARE(sentBy(keyA), quint16(31));
     document = SettingsDocument::withProfiles(document, {profile(u"A"_s, {})});
-    answer(document, 0, false); // the chosen profile is gone
+    answer(document, 0, false); // the chosen profile no longer exists
     QCOMPARE(sentBy(keyA), keyA);
 }
 
@@ -235,13 +235,13 @@ void KeyPathTest::macroOfTheNewProfileOutlivesTheAnswer()
 {
     tap(macroKey);
     tap(switchKey);
-    QVERIFY(!mWakeTime); // that of the old profile has ended
+    QVERIFY(!mWakeTime); // the macro of the old profile has ended
     tap(macroKey);
-    answer(twoProfiles(0), 0, false); // knows nothing of the switch
+    answer(twoProfiles(0), 0, false); // does not include the switch yet
     QVERIFY(mWakeTime);
     answer(twoProfiles(1), 1, true);
     QVERIFY(mWakeTime);
-    answer(twoProfiles(0), 1, true); // somebody switches back
+    answer(twoProfiles(0), 1, true); // another client switches back
     QVERIFY(!mWakeTime);
 }
 
@@ -266,7 +266,7 @@ void KeyPathTest::switchToNowhereIsToldAndChangesNothing()
     QCOMPARE(chosen.at(0).at(0).toInt(), 9);
     QCOMPARE(sentBy(keyA), keyA);
     QVERIFY(mWakeTime);
-    // Another client has switched meanwhile: after the answer both sides mean the same.
+    // Another client has switched meanwhile. After the answer both sides agree on the profile.
     answer(twoProfiles(1), 0, true);
     answer(twoProfiles(1), 1, false);
     QCOMPARE(sentBy(keyA), quint16(30));
@@ -287,7 +287,7 @@ void KeyPathTest::choicesAreNumberedThroughAllStarts()
 void KeyPathTest::macroRunsByTheTimeOfTheKey()
 {
     const KeyPath::Time pressed = mNow;
-    mNow += 4ms; // the key was on its way
+    mNow += 4ms; // the delay of the key on its way
     Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, macroKey}, true, pressed);
     QCOMPARE(mWakeTime, std::optional(KeyPath::Time(pressed + 10ms)));
 }

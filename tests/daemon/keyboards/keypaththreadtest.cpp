@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Keys on a thread of their own, while the daemon's thread changes everything that can be changed. ThreadSanitizer runs
-// over this test.
+// Keys on their own thread, while the daemon's thread makes every possible change. ThreadSanitizer runs over this test.
 #include "daemon/keyboards/currentkeyboard.h"
 #include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/testmain.h"
@@ -20,7 +19,7 @@ namespace {
 
 constexpr std::array<quint16, 8> keys{4, 5, 6, 58, 59, 60, 225, 227};
 
-/// Maps the keys above to anything, by chance.
+/// Assigns random actions to the keys above.
 QVariantMap randomProfile(QRandomGenerator &random, const QString &name)
 {
     QVariantMap mappings;
@@ -46,7 +45,7 @@ QVariantMap randomDocument(QRandomGenerator &random)
         SettingsDocument::withDeviceSetting(plain, "GameMode"_L1, random.bounded(4) == 0));
 }
 
-/// Presses and releases by chance. Lives on the thread of the keys from the first burst to the end of the last.
+/// Presses and releases random keys. Used on the key thread from the first burst to the end of the last.
 class Storm
 {
 public:
@@ -60,7 +59,7 @@ public:
                 change(channel, std::size_t(mRandom.bounded(int(keys.size()))));
         });
     }
-    /// Waits for the bursts, and lets go of all keys.
+    /// Waits for the bursts, and releases all keys.
     void end()
     {
         mKeyboard.runOnKeys([this](NotingChannel &channel) {
@@ -83,7 +82,7 @@ private:
     std::array<bool, keys.size()> mIsDown{};
 };
 
-/// The profile that decides what the keys do, as its single key is told apart: the first sends 10, the second 11.
+/// The profile in effect, recognised by its single key: in the first profile it sends 10, in the second 11.
 quint16 sentBy(ThreadedKeyboard &keyboard, quint16 key)
 {
     quint16 sent = 0;
@@ -132,7 +131,7 @@ void KeyPathThreadTest::stormLeavesNoKeyDown()
         if (index < SettingsDocument::profiles(stored).size() && random.bounded(3) != 0) {
             stored = SettingsDocument::completed(SettingsDocument::withActiveProfile(stored, index));
             current.apply(stored, true);
-        } // else it could not be stored
+        } // otherwise the switch could not be stored
     });
     connect(&current, &CurrentKeyboard::programChosen, this,
             [&](const QString &program) { programs += program == "/program"_L1; });
@@ -142,7 +141,7 @@ void KeyPathThreadTest::stormLeavesNoKeyDown()
 
     Storm storm(keyboard, seed + 100);
     for (int step = 0; step < 400; ++step) {
-        storm.burst(); // goes on while this thread does the following
+        storm.burst(); // continues while this thread does the following
         switch (random.bounded(8)) {
         case 0:
         case 1:
@@ -228,14 +227,14 @@ void KeyPathThreadTest::whatWasOnItsWayFromAnEarlierKeyboardIsNotHeard()
     QList<int> chosen;
     connect(&current, &CurrentKeyboard::profileChosen, this, [&](int index) { chosen += index; });
     current.use(first, stored);
-    first.press(58); // its word is posted to this thread now
+    first.press(58); // its notification is queued for this thread now
     current.use(second, stored);
     QCoreApplication::processEvents();
     QVERIFY(chosen.isEmpty());
     current.use(first, stored);
     first.press(58);
     current.use(second, stored);
-    current.use(first, stored); // the same keyboard, used anew
+    current.use(first, stored); // a second use of the same keyboard
     QCoreApplication::processEvents();
     QVERIFY(chosen.isEmpty());
     first.press(58);

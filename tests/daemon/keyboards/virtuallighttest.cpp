@@ -60,7 +60,7 @@ void VirtualLightTest::announcesEachNewColorOnce()
     mLight->show(lit(fixed));
     mLight->show(lit(fixed));
     mLight->look();
-    mLight->show(lit(2)); // unknown: looks the same
+    mLight->show(lit(2)); // unknown effect, looks the same
     mLight->show(lit(fixed, 2));
     mLight->show(lit(fixed, 0));
     Backlight::Settings off = lit(fixed);
@@ -100,9 +100,9 @@ void VirtualLightTest::wakesOnceForEachChange()
 void VirtualLightTest::catchesUpAfterALongSleep()
 {
     mLight->show(lit(cycling));
-    mNow += 1h + 3ms; // the machine slept
+    mNow += 1h + 3ms; // the machine was suspended
     mLight->look();
-    QCOMPARE(mAnnounced.size(), 1); // an hour is a whole number of rounds: the colour is the same
+    QCOMPARE(mAnnounced.size(), 1); // an hour is a whole number of rounds, so the colour is the same
     QCOMPARE(mLight->sleep(), std::optional(Backlight::spectrumStep - 3ms));
 }
 
@@ -121,7 +121,7 @@ void VirtualLightTest::isDarkWithoutPower()
 
 void VirtualLightTest::goesOnByItself()
 {
-    VirtualLight light; // with the machine's clock
+    VirtualLight light; // uses the machine's clock
     QStringList seen;
     connect(&light, &VirtualLight::changed, this,
             [&seen](Backlight::Color color) { seen += Backlight::colorText(color); });

@@ -39,7 +39,7 @@ private Q_SLOTS:
     void saysWhyItCannotStart();
 
 private:
-    /// Runs `script` by a shell; what it wrote to its first argument.
+    /// Runs `script` by a shell; returns the output that it wrote to its first argument.
     QStringList linesOf(const QByteArray &script, const QStringList &arguments = {});
 
     std::optional<QTemporaryDir> mFolder;
@@ -52,7 +52,7 @@ QStringList DetachedProcessTest::linesOf(const QByteArray &script, const QString
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return {};
-    // Renamed when it is whole, so that what is there can be read at once.
+    // Renamed when it is complete; a file that exists can be read at once.
     file.write("#!/bin/sh\nresult=$1; shift\n{\n" + script
                + "\n} > \"$result.part\" && mv \"$result.part\" \"$result\"\n");
     file.setPermissions(file.permissions() | QFile::ExeOwner);
@@ -116,7 +116,7 @@ void DetachedProcessTest::hasNothingOfTheKeyThread()
 {
     std::thread keyThread([] {
         Realtime::lockMemory();
-        (void)Realtime::raiseCurrentThread(); // limits the process, whether it is allowed or not
+        (void)Realtime::raiseCurrentThread(); // limits the process, whether priority is allowed or not
     });
     keyThread.join();
     rlimit limit = {};

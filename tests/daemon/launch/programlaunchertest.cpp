@@ -37,7 +37,7 @@ private Q_SLOTS:
     void launchSaysWhyNot();
 
 private:
-    /// Writes a file of the test's folder, with its folders; its path.
+    /// Writes a file below the test's folder and creates its folders. Returns the path.
     QString write(const QString &name, const QByteArray &content, bool isExecutable = false) const;
     QString entry(const QByteArray &lines) const
     {
@@ -185,7 +185,7 @@ void ProgramLauncherTest::anythingElseIsRefused()
 {
     QFETCH(QString, path);
     QVERIFY(ProgramLauncher::planFor(path).isRefused());
-    // Nor a path from the present folder, whatever is there.
+    // A path relative to the current folder is also refused, even if the file exists.
     writeDesktopEntry(mFolder->filePath(u"other.desktop"_s), "Exec=game\n");
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(mFolder->path()));

@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The service manager of the user, as far as it is needed.
+/// A simulated service manager of the user.
 class StandInManager : public QDBusVirtualObject
 {
 public:
@@ -55,7 +55,7 @@ private:
     QDBusConnection mBus;
 };
 
-/// The properties of a call as texts; of the command its program, arguments and flags.
+/// The properties of a call as texts. Those of the command are its program, arguments and flags.
 QMap<QString, QString> propertiesOf(const QDBusMessage &call)
 {
     QMap<QString, QString> result;
@@ -161,7 +161,7 @@ void TransientServiceTest::isNeededByARestrictedProcess()
     QCOMPARE(isNeeded, ::prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0) == 1);
     const pid_t child = ::fork();
     if (child == 0) {
-        ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0); // for good, so in a process of its own
+        ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0); // permanent, therefore in a child process
         ::_exit(TransientService::isNeeded() ? 0 : 1);
     }
     int status = -1;
@@ -170,7 +170,7 @@ void TransientServiceTest::isNeededByARestrictedProcess()
     QCOMPARE(WEXITSTATUS(status), 0);
 }
 
-// The last test: this process stays restricted.
+// The last test, because this process stays restricted.
 void TransientServiceTest::launchGoesByTheManagerWhereRestricted()
 {
     QTemporaryDir folder;

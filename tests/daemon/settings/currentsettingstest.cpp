@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The settings that the daemon uses: what reaches the disk, and in which order.
+// The settings that the daemon uses: the writes to the disk, and their order.
 #include "daemon/settings/currentsettings.h"
 #include "tests/support/testmain.h"
 
@@ -149,7 +149,7 @@ void CurrentSettingsTest::changeThatCannotBeWrittenIsNotUsed()
     QCOMPARE(mSettings->document(), startDocument());
     QVERIFY(mChanges.isEmpty());
     QVERIFY(!isWritten());
-    QVERIFY(mSettings->store(withSwitchedProfile())); // there is room again
+    QVERIFY(mSettings->store(withSwitchedProfile())); // the disk has room again
 }
 
 void CurrentSettingsTest::diskKeepsTheDocumentToKeep()
@@ -225,7 +225,7 @@ void CurrentSettingsTest::outcomeWithoutAChangeStaysTheSame()
 void CurrentSettingsTest::takesFactorySettingsOnce()
 {
     const QString path = writeFactorySettings();
-    QVERIFY(!mSettings->takeFactorySettings(path)); // which nothing awaits
+    QVERIFY(!mSettings->takeFactorySettings(path)); // the settings do not await them
     QCOMPARE(activeName(), u"A"_s);
     mSettings->setAwaitsFactorySettings(true);
     QVERIFY(mSettings->takeFactorySettings(path));
@@ -246,7 +246,7 @@ void CurrentSettingsTest::awaitsFactorySettingsUntilTheyAreStored()
 {
     const QString path = writeFactorySettings();
     mSettings->setAwaitsFactorySettings(true);
-    mSettings->use(withSwitchedProfile()); // as the application in front does; nothing of it is kept
+    mSettings->use(withSwitchedProfile()); // like the application in front, whose switch is not stored
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no factory settings"_s));
     QVERIFY(!mSettings->takeFactorySettings(u"/nowhere/Kestra.plist"_s));
     {

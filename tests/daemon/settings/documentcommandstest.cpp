@@ -478,7 +478,8 @@ void DocumentCommandsTest::commandsOfTheDeviceAreNotAmongThem()
         QVERIFY(!findDocumentCommand(number));
 }
 
-// Chance: dictionaries of the protocol's keys with values of every kind, for every command, one after the other.
+// Random requests: dictionaries with the protocol's keys and values of every kind, for every command, one after the
+// other.
 void DocumentCommandsTest::randomRequestsKeepTheDocumentValid()
 {
     QRandomGenerator random(271);
@@ -524,7 +525,7 @@ void DocumentCommandsTest::randomRequestsKeepTheDocumentValid()
         }
         }
     };
-    // Three times in four a value of the kind that belongs to the key, so that many requests are obeyed.
+    // Three times in four the value has the kind that belongs to the key, because random values rarely succeed.
     const auto valueOf = [&](const QString &key) -> QVariant {
         const QVariantMap named{
             {u"MacroName"_s, u"M"_s}, {u"macroID"_s, random.bounded(-1, 4)}, {u"ProfileName"_s, u"P"_s}};

@@ -182,7 +182,7 @@ void SettingsDocumentTest::neverGivesOutANumberTwice()
 {
     QVariantMap settings = completed(document({profile(u"A"_s)}, {macro(u"M"_s), macro(u"N"_s)}));
     QCOMPARE(macroIds(settings), QList<int>({1, 2}));
-    settings = completed(withMacros(settings, {macros(settings).first()})); // N is gone
+    settings = completed(withMacros(settings, {macros(settings).first()})); // N no longer exists
     settings = completed(withMacros(settings, macros(settings) << macro(u"O"_s)));
     QCOMPARE(macroIds(settings), QList<int>({1, 3}));
 }
@@ -200,7 +200,7 @@ void SettingsDocumentTest::onScreenDisplayFollowsTheActiveProfile()
     QCOMPARE(osd(document({off, on}, {}, 1)), QVariant(1));
     QCOMPARE(osd(document({profile(u"None"_s)})), QVariant(0));
     QCOMPARE(osd(withDeviceSetting(document({profile(u"None"_s)}), "ProfileOSDOn"_L1, 1)),
-             QVariant(1)); // keeps what it has
+             QVariant(1)); // keeps its value
 }
 
 void SettingsDocumentTest::gameModeIsABoolean()

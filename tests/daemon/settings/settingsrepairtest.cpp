@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One wrong value at a time in a full document: it is repaired, and everything else is what it was.
+// One wrong value at a time in a full document: the value is repaired, and everything else remains unchanged.
 #include "daemon/settings/settingsrepair.h"
 #include "tests/support/testmain.h"
 
@@ -48,7 +48,7 @@ QVariantMap fullDocument()
             {u"Other"_s, QVariantList{1, u"kept"_s}}};
 }
 
-/// Where a value is: the keys of dictionaries and the positions in arrays, from the root on.
+/// The place of a value: the keys of dictionaries and the positions in arrays, from the root on.
 using Path = QVariantList;
 
 using Change = std::function<QVariant(const QVariant &)>;
@@ -128,7 +128,7 @@ bool isFullContainer(const QVariant &value)
            || (value.typeId() == QMetaType::QVariantList && !value.toList().isEmpty());
 }
 
-/// The path of a value somewhere in `tree`, below its root.
+/// The path of a random value in `tree`, below its root.
 Path chancePath(const QVariant &tree, QRandomGenerator &random)
 {
     Path path;
@@ -346,7 +346,7 @@ void SettingsRepairTest::theLargestUnknownValuesAreLeftOut()
 {
     const QVariantMap small = with({u"Macros"_s, 0, u"Small"_s}, QString(1000, u'x'));
     const QString threeQuarters(SettingsDocument::maximumContentBytes * 3 / 8, u'x');
-    // What the program knows is larger than what it does not know, and stays.
+    // The known part is larger than the unknown part, and remains.
     const QVariantMap large = with(small, {u"Profiles"_s, 2, u"AppInfo"_s, u"executable"_s}, threeQuarters);
     const QVariantMap broken =
         with(large, {u"DeviceSettings"_s, u"Large"_s}, threeQuarters.first(threeQuarters.size() / 2));
@@ -371,7 +371,7 @@ void SettingsRepairTest::knownValuesAreLeftOutWhenNothingElseHelps()
              macro(u"M"_s, 1).value(u"sequence"_s));
 }
 
-// Values at chance places become others, or go. What is left of the document is valid.
+// Random values change or disappear. The remaining document is valid.
 void SettingsRepairTest::anyDamageIsRepairedAtOnce()
 {
     QRandomGenerator random(271);
@@ -392,7 +392,7 @@ void SettingsRepairTest::anyDamageIsRepairedAtOnce()
         for (int change = random.bounded(1, 4); change > 0; --change)
             broken = with(broken, chancePath(broken, random), values.at(random.bounded(int(values.size()))));
         const auto result = repairedSettings(broken);
-        if (!result) // all three pieces are gone
+        if (!result) // all three pieces are missing
             continue;
         const bool isBroken = !SettingsDocument::problemOf(broken).isEmpty();
         brokenCount += isBroken ? 1 : 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A settings store in a folder of the test's own, and the documents that tests keep in it. The test's thread.
+// A settings store in a private folder, and the documents that tests keep in it. Used on the test's thread.
 #pragma once
 
 #include "daemon/settings/settingsstore.h"
@@ -13,7 +13,7 @@
 
 /// A valid document with one profile.
 [[nodiscard]] QVariantMap documentNamed(const QString &profileName);
-/// Its only fault is a position of the active profile that does not exist.
+/// A document with one fault: the position of the active profile does not exist.
 [[nodiscard]] QVariantMap wrongDocumentNamed(const QString &profileName);
 [[nodiscard]] QByteArray dataOf(const QVariantMap &document);
 /// The name of the first profile; null without a document.
@@ -26,7 +26,7 @@ class SettingsStoreFixture : public QObject
 protected:
     void makeFolder();
     void removeFolder();
-    /// Ends the store and opens another one, as a daemon that starts again does.
+    /// Ends the store and opens another one, like a daemon that restarts.
     void reopen();
 
     [[nodiscard]] QString filePath(const QString &name) const { return mFolder + u'/' + name; }
@@ -35,8 +35,7 @@ protected:
         return QDir(mFolder).entryList({pattern}, QDir::Files);
     }
     [[nodiscard]] QByteArray contentOf(const QString &name) const;
-    /// The profile names of the documents in the files, "" for a file that is not there: settings.plist, .0, .1, .2,
-    /// .3.
+    /// The profile names of the documents in the files settings.plist, .0, .1, .2 and .3; "" for a missing file.
     [[nodiscard]] QStringList storedNames() const;
     void store(const QStringList &names) const;
 

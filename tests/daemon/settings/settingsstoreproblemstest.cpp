@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the settings store does with files that are not as it wrote them: damaged, wrong, odd, or of another program.
+// The settings store meets files that differ from those it wrote: damaged, wrong, odd, or of another program.
 #include "tests/daemon/settings/settingsstorefixture.h"
 
 #include "base/qlcoreutility.h"
@@ -28,10 +28,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What can be in the place of a file.
+/// Objects in the place of a file.
 enum class OddKind { folder, fullFolder, pipe, inputOutputError, missingTarget };
 
-// The first page of a process is never mapped, so that reading it is an input/output error.
+// The first page of a process is never mapped, so reading it fails with an input/output error.
 constexpr QLatin1StringView inputOutputErrorTarget{"/proc/self/mem"};
 constexpr QLatin1StringView missingTarget{"/nowhere/settings.plist"};
 
@@ -94,12 +94,12 @@ private:
     /// Puts something odd in the place of the file.
     [[nodiscard]] bool makeOdd(const QString &name, OddKind kind) const;
     [[nodiscard]] bool isOdd(const QString &name, OddKind kind) const;
-    /// What was set aside, also folders and the like.
+    /// All entries that were set aside, including folders.
     [[nodiscard]] QStringList setAsideEntries() const
     {
         return QDir(mFolder).entryList({u"settings.plist.damaged-*"_s}, QDir::AllEntries | QDir::System);
     }
-    /// Lets an ordinary user use the folder, which may be root's.
+    /// Lets an ordinary user use the folder, which root may own.
     [[nodiscard]] bool giveToEverybody() const;
 };
 
@@ -164,7 +164,7 @@ void SettingsStoreProblemsTest::setsDamagedFileAsideAndUsesNewestCopy()
     QCOMPARE(damaged.size(), 1);
     QVERIFY(QRegularExpression(u"^settings\\.plist\\.damaged-\\d{8}T\\d{6}Z$"_s).match(damaged.first()).hasMatch());
     QCOMPARE(contentOf(damaged.first()), damage);
-    // Goes on from there, and the copy that was in use stays a copy.
+    // The store continues with that copy, and the copy stays a copy.
     QVERIFY(mStore->save(documentNamed(u"newer"_s)));
     reopen();
     QCOMPARE(nameOf(mStore->load()), u"newer"_s);
@@ -208,7 +208,7 @@ void SettingsStoreProblemsTest::repairsWrongValuesEvenWhenACopyIsGood()
     QTest::ignoreMessage(QtWarningMsg,
                          QRegularExpression(u"settings\\.plist was repaired .* kept as .*plist\\.damaged-"_s));
     QCOMPARE(mStore->load(), std::optional(documentNamed(u"edited"_s)));
-    // It is on the disk, with the original beside it and the copies as they were.
+    // The change is on the disk, with the original beside it and the copies unchanged.
     QCOMPARE(storedNames(), QStringList({u"edited"_s, u""_s, u"2"_s, u"1"_s, u""_s}));
     const QStringList originals = filesMatching(u"settings.plist.damaged-*"_s);
     QCOMPARE(originals.size(), 1);
@@ -233,7 +233,7 @@ void SettingsStoreProblemsTest::repairThatCannotBeWrittenLeavesTheFileAlone()
     QCOMPARE(filesMatching(u"settings.plist*"_s), QStringList{u"settings.plist"_s});
     QCOMPARE(contentOf(u"settings.plist"_s), original);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was repaired"_s));
-    QVERIFY(mStore->save(documentNamed(u"next"_s))); // there is room again
+    QVERIFY(mStore->save(documentNamed(u"next"_s))); // the disk has room again
     QCOMPARE(storedNames(), QStringList({u"next"_s, u""_s, u""_s, u""_s, u""_s}));
     QCOMPARE(contentOf(filesMatching(u"settings.plist.damaged-*"_s).value(0)), original);
 }
@@ -295,7 +295,7 @@ void SettingsStoreProblemsTest::copyThatIsNotUsedStaysWithItsWrongValue()
 void SettingsStoreProblemsTest::fileThatAnotherProgramHasChangedIsKept_data()
 {
     QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("isReplaced"); // else written in place
+    QTest::addColumn<bool>("isReplaced"); // otherwise written in place
     for (const bool isReplaced : {false, true}) {
         const char *how = isReplaced ? "replaced" : "in place";
         QTest::addRow("a document, %s", how) << dataOf(documentNamed(u"put back"_s)) << isReplaced;
@@ -365,7 +365,7 @@ void SettingsStoreProblemsTest::changeByAnotherProgramIsKeptOnceWithAFullDisk()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"another program changed"_s));
     QVERIFY(mStore->save(documentNamed(u"2"_s)));
     QCOMPARE(contentOf(filesMatching(u"settings.plist.replaced-*"_s).value(0)), QByteArray("put back"));
-    // A save that failed after the replacement leaves the daemon's own document, which is no change.
+    // A save that failed after the replacement leaves the daemon's own document, which does not count as a change.
     {
         const FolderFlushFailure failure(EIO);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
@@ -567,7 +567,7 @@ void SettingsStoreProblemsTest::fileThatCannotBeReadLaterIsLeftAlone()
     QVERIFY(!mStore->load());
     QVERIFY(!mStore->save(documentNamed(u"lost"_s)));
     QVERIFY(QFileInfo(filePath(u"settings.plist"_s)).isDir());
-    QVERIFY(QDir().rmdir(filePath(u"settings.plist"_s))); // moved away
+    QVERIFY(QDir().rmdir(filePath(u"settings.plist"_s))); // was moved away
     QVERIFY(mStore->save(documentNamed(u"new"_s)));
     QCOMPARE(storedNames().first(), u"new"_s);
     QCOMPARE(nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"aside"_s))), u"old"_s);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the settings store writes documents and their copies, and what a kill or a full disk leaves.
+// The settings store writes documents and their copies: the normal case, and the state after a kill or with a full
+// disk.
 #include "tests/daemon/settings/settingsstorefixture.h"
 
 #include "base/qlcoreutility.h"
@@ -91,8 +92,8 @@ void SettingsStoreTest::missingFileUsesNewestCopy()
 
 void SettingsStoreTest::interruptedReplacementIsFound()
 {
-    // As a crash leaves it between the second name for the old document and the copies' renaming, with the new one
-    // damaged.
+    // The state after a crash between the second name for the old document and the renaming of the copies; the new
+    // document is damaged.
     QVERIFY(mStore->save(documentNamed(u"old"_s)));
     QVERIFY(QFile::rename(filePath(u"settings.plist"_s), filePath(u"settings.plist.0"_s)));
     writeFile(filePath(u"settings.plist"_s), "damage");
@@ -127,7 +128,8 @@ void SettingsStoreTest::killBetweenAnyTwoStepsLosesNothing_data()
     row("after the third document", u"3,2,1,,"_s, false, u"6,,3,2,1"_s);
 }
 
-// The folder as each step leaves it: the newest document is found, and the save after next keeps all three before it.
+// Each step leaves the folder in one of these states. The newest document is found, and the save after next keeps all
+// three before it.
 void SettingsStoreTest::killBetweenAnyTwoStepsLosesNothing()
 {
     QFETCH(QStringList, left);
@@ -202,7 +204,7 @@ void SettingsStoreTest::fullDiskLeavesEverythingAsItWas()
     QCOMPARE(filesMatching(u"*"_s), before);
     QCOMPARE(nameOf(mStore->load()), u"3"_s);
     QCOMPARE(nameOf(QlCoreUtility::convertDataToDictionary(contentOf(u"settings.plist.1"_s))), u"2"_s);
-    QVERIFY(mStore->save(documentNamed(u"4"_s))); // there is room again
+    QVERIFY(mStore->save(documentNamed(u"4"_s))); // the disk has room again
     QCOMPARE(nameOf(mStore->load()), u"4"_s);
 }
 
@@ -237,7 +239,7 @@ void SettingsStoreTest::writtenFilesAreForTheUserOnly()
     const mode_t before = ::umask(0);
     for (const QString &name : {u"1"_s, u"2"_s})
         QVERIFY(mStore->save(documentNamed(name)));
-    QVERIFY(setMode(filePath(u"settings.plist"_s), 0644)); // which a new file would take over
+    QVERIFY(setMode(filePath(u"settings.plist"_s), 0644)); // a new file would inherit it
     QVERIFY(mStore->save(documentNamed(u"3"_s)));
     ::umask(before);
     QCOMPARE(modeOf(filePath(u"settings.plist"_s)), 0600);

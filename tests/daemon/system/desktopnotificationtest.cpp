@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The on-screen display against a notification service of the test's own, on a private bus.
+// The on-screen display with a simulated notification service on a private bus.
 #include "daemon/system/desktopnotification.h"
 #include "tests/support/notificationservice.h"
 #include "tests/support/testmain.h"
@@ -43,7 +43,7 @@ void DesktopNotificationTest::showsTheProfilesName()
     QVERIFY(bubble.expireMs > 0);
     QCOMPARE(bubble.hints.value(u"transient"_s), QVariant(true));
     QCOMPARE(bubble.hints.value(u"desktop-entry"_s), QVariant(u"org.quillkestra.Configurator"_s));
-    QCOMPARE(bubble.hints.value(u"urgency"_s).typeId(), int(QMetaType::UChar)); // another type is ignored by services
+    QCOMPARE(bubble.hints.value(u"urgency"_s).typeId(), int(QMetaType::UChar)); // services ignore other types
 }
 
 void DesktopNotificationTest::nameIsShownOnOneLine()
@@ -117,7 +117,7 @@ void DesktopNotificationTest::missingServiceIsSilent()
     {
         DesktopNotification notification(QDBusConnection::sessionBus());
         notification.show({.summary = u"A"_s, .body = {}});
-        // The bus answers in order: when it has answered this, it has refused the notification.
+        // The bus answers in order. Its answer to this call shows that it has refused the notification.
         QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(NotificationService::name(), u"/"_s,
                                                                           u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
         QCoreApplication::processEvents();
@@ -134,18 +134,18 @@ void DesktopNotificationTest::serviceThatStartsAgainGetsANewBubble()
     auto service = std::make_unique<NotificationService>();
     notification.show({.summary = u"A"_s, .body = {}});
     QTRY_COMPARE(service->bubbles.size(), 1);
-    // What the service answered is on the bus before the answer to this, so the next one is not kept back.
+    // The service's answer precedes the answer to this call, so the next notification is not held back.
     QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.quillkestra.Nobody"_s));
     QCoreApplication::processEvents();
     service.reset();
     notification.show({.summary = u"lost"_s, .body = {}});
     service = std::make_unique<NotificationService>();
-    // Until the refusal of the lost one has arrived, the last one is kept back.
+    // The last one is held back until the refusal of the lost one has arrived.
     QTRY_VERIFY((notification.show({.summary = u"B"_s, .body = {}}), QTest::qWait(0), !service->bubbles.isEmpty()));
     QCOMPARE(service->bubbles.first().replacesId, 0U);
 }
 
-// A daemon may have something to say before the desktop has come.
+// A daemon may show a notification before the desktop has started.
 void DesktopNotificationTest::serviceThatStartsLaterGetsWhatIsNotPassing()
 {
     DesktopNotification lasting(QDBusConnection::sessionBus());
@@ -153,7 +153,7 @@ void DesktopNotificationTest::serviceThatStartsLaterGetsWhatIsNotPassing()
     lasting.show({.summary = u"first"_s, .body = {}, .isPassing = false});
     lasting.show({.summary = u"lasting"_s, .body = {}, .isPassing = false});
     passing.show({.summary = u"passing"_s, .body = {}});
-    // The bus answers in order: when it has answered this, it has refused the notifications.
+    // The bus answers in order. Its answer to this call shows that it has refused the notifications.
     QDBusConnection::sessionBus().call(
         QDBusMessage::createMethodCall(NotificationService::name(), u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
     QCoreApplication::processEvents();
@@ -162,7 +162,7 @@ void DesktopNotificationTest::serviceThatStartsLaterGetsWhatIsNotPassing()
     service.reset();
     service = std::make_unique<NotificationService>();
     lasting.show({.summary = u"next"_s, .body = {}, .isPassing = false});
-    QTRY_COMPARE(service->summaries(), QStringList{u"next"_s}); // not what was shown before
+    QTRY_COMPARE(service->summaries(), QStringList{u"next"_s}); // without the earlier one
 }
 
 QTEST_GUILESS_MAIN(DesktopNotificationTest)

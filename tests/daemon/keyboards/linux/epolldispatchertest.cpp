@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// This program's own event loops are that of the dispatcher, and so is that of a second thread.
+// The event loops of this program and of a second thread use the dispatcher under test.
 #include "daemon/keyboards/linux/epolldispatcher.h"
 #include "daemon/system/handover.h"
 #include "tests/support/testmain.h"
@@ -149,7 +149,7 @@ void EpollDispatcherTest::notifierDestroyedByAnotherIsNotTold()
     second.write();
     for (int round = 0; round < 3; ++round)
         QCoreApplication::processEvents();
-    QCOMPARE(first.told + second.told, 1); // whichever comes first
+    QCOMPARE(first.told + second.told, 1); // the first to run destroys the other
 }
 
 void EpollDispatcherTest::tellsOfTheEndOfAFile()
@@ -301,7 +301,7 @@ void EpollDispatcherTest::deletesLater()
 
 void EpollDispatcherTest::threadQuits()
 {
-    for (int round = 0; round < 200; ++round) { // wherever it is at that moment
+    for (int round = 0; round < 200; ++round) { // in any state that it has reached by then
         QThread thread;
         thread.setEventDispatcher(new EpollDispatcher);
         thread.start();
@@ -317,7 +317,7 @@ void EpollDispatcherTest::sleepsWhileThereIsNothingToDo()
     QTimer::singleShot(200ms, &loop, &QEventLoop::quit);
     const long before = timesWoken();
     loop.exec();
-    QVERIFY2(timesWoken() - before <= 2, qPrintable(QString::number(timesWoken() - before))); // by the timer
+    QVERIFY2(timesWoken() - before <= 2, qPrintable(QString::number(timesWoken() - before))); // woken by the timer
 }
 
 void EpollDispatcherTest::signalDoesNotAwakeIt()
@@ -325,14 +325,14 @@ void EpollDispatcherTest::signalDoesNotAwakeIt()
     static std::atomic<int> signalsSeen = 0;
     const auto before = std::signal(SIGUSR1, [](int) { ++signalsSeen; });
     const auto self = static_cast<pid_t>(::syscall(SYS_gettid));
-    // Of this loop: another loop is that of the test's QTRY.
+    // A private loop, because QTRY would run another one.
     QEventLoop loop;
     QSignalSpy awakenings(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake);
     const std::unique_ptr<QThread> other(QThread::create([self] {
         const QDeadlineTimer patience(20s);
         for (int count = 0; count < 20; ++count) {
             ::syscall(SYS_tgkill, ::getpid(), self, SIGUSR1);
-            // They do not queue: the next is sent when this one was seen.
+            // Signals do not queue, so the next is sent when this one was seen.
             do {
                 QThread::msleep(5);
             } while (signalsSeen <= count && !patience.hasExpired());
@@ -344,7 +344,7 @@ void EpollDispatcherTest::signalDoesNotAwakeIt()
     QVERIFY(other->wait(20'000));
     std::signal(SIGUSR1, before);
     QCOMPARE(signalsSeen.load(), 20);
-    // By its start, by the end of the thread.
+    // Woken by its start and by the end of the thread.
     QVERIFY2(awakenings.count() <= 5, qPrintable(QString::number(awakenings.count())));
 }
 

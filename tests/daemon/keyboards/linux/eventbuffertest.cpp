@@ -50,7 +50,7 @@ private:
         QCOMPARE(::write(mPipe[1], events.data(), size), static_cast<ssize_t>(size));
     }
 
-    /// As the key thread does when the file is said to be readable: reads until there is nothing.
+    /// Like the key thread when the file is readable: reads until nothing is left.
     void readUntilNothing(EventBuffer &buffer)
     {
         input_event event;
@@ -105,7 +105,8 @@ void EventBufferTest::leavesNothingBehindThatDoesNotShow_data()
     }
 }
 
-/// Whatever comes between the read and its last event: all is told as long as the file is read when it is readable.
+/// Events that arrive between the read and its last event are also returned, as long as the caller reads whenever the
+/// file is readable.
 void EventBufferTest::leavesNothingBehindThatDoesNotShow()
 {
     QFETCH(int, first);
@@ -129,7 +130,7 @@ void EventBufferTest::asksTheFileOnceForAReport()
     input_event event;
     for (int count = 0; count < 3; ++count)
         QVERIFY(buffer.next(event) == Result::event);
-    write(1); // would be found by one more read
+    write(1); // one more read would find it
     QVERIFY(buffer.next(event) == Result::nothing);
     QVERIFY(isReadable());
     QVERIFY(buffer.next(event) == Result::event);

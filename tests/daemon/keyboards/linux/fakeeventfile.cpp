@@ -19,7 +19,7 @@ public:
     ~FakeEventFile() override
     {
         const std::lock_guard lock(mNode.mMutex);
-        mNode.mIsGrabbed = false; // as the kernel does when the file is closed
+        mNode.mIsGrabbed = false; // like the kernel when the file is closed
         mNode.mIsOpen = false;
     }
 
@@ -46,7 +46,7 @@ public:
     [[nodiscard]] int setGrabbed(bool isGrabbed) override
     {
         const std::lock_guard lock(mNode.mMutex);
-        if (const auto beforeGrab = isGrabbed ? mNode.mBeforeGrab : nullptr) // a copy: it may set another
+        if (const auto beforeGrab = isGrabbed ? mNode.mBeforeGrab : nullptr) // a copy, because it may set another
             beforeGrab();
         if (mNode.mIsGone)
             return ENODEV;
@@ -165,7 +165,7 @@ std::unique_ptr<EventFile> FakeNode::open()
     return std::make_unique<FakeEventFile>(*this);
 }
 
-/// As the kernel does: a change that is none is told to nobody.
+/// Like the kernel, ignores changes to the same state.
 void FakeNode::change(quint16 code, bool isDown, quint32 scanCode)
 {
     const std::lock_guard lock(mMutex);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A keyboard's event node without a kernel: the test presses its keys, and sees what the node's other readers (the
-// desktop) would have received. Any one thread at a time; the test and the key thread take turns.
+// A keyboard's event device without a kernel. The test presses its keys, and sees what the other readers of the device
+// (the desktop) would have received. Any one thread at a time may use it; the test and the key thread take turns.
 #pragma once
 
 #include "daemon/keyboards/linux/eventfile.h"
@@ -12,21 +12,21 @@
 #include <memory>
 #include <mutex>
 
-/// What the kernel does, shared by the file and the test: outlives the file.
+/// Does the kernel's part. The file and the test share it; it outlives the file.
 class FakeNode
 {
 public:
     FakeNode();
     ~FakeNode();
 
-    // What the keyboard does
+    // Input of the keyboard
     void press(quint16 code, quint32 scanCode = 0);
     void release(quint16 code, quint32 scanCode = 0);
     void repeat(quint16 code);
     void dropEvents();
     void unplug();
 
-    // What has become of it
+    // State of the device
     [[nodiscard]] bool isGrabbed() const;
     [[nodiscard]] bool isOpen() const;
     [[nodiscard]] QStringList seenByDesktop() const; ///< "30 down"
@@ -34,7 +34,7 @@ public:
     [[nodiscard]] std::size_t unread() const;
 
     void setGrabError(int error);
-    /// What happens each time just before the node is grabbed for the daemon.
+    /// `function` runs each time just before the daemon grabs the device.
     void setBeforeGrab(std::function<void()> function);
 
     [[nodiscard]] std::unique_ptr<EventFile> open();

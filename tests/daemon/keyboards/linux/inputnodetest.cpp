@@ -105,7 +105,7 @@ void InputNodeTest::grabsAtOnceWhenNoKeyIsDown()
 
 void InputNodeTest::waitsUntilNoKeyIsDown()
 {
-    mFake->press(KEY_ENTER); // which has sent the command to use the keyboard
+    mFake->press(KEY_ENTER); // has sent the command to use the keyboard
     mFake->press(KEY_LEFTSHIFT);
     make();
     mNode->start();
@@ -161,7 +161,7 @@ void InputNodeTest::stopsWaitingWhenGivenBack()
     mNode->start();
     mNode->release();
     QCOMPARE(mRecorder->states, QList{State::released});
-    QTest::qWait(20); // nothing is to happen, and there is nothing to wait for
+    QTest::qWait(20); // nothing must happen, and no event could end a wait
     QCOMPARE(mRecorder->states, QList{State::released});
     QVERIFY(!mFake->isGrabbed());
     QCOMPARE(mFake->seenByDesktop(), QStringList{u"30 down"_s});
@@ -185,7 +185,7 @@ void InputNodeTest::keyPressedJustBeforeTheGrabIsWaitedFor()
 
 void InputNodeTest::keyPressedAndReleasedAroundTheGrabComesUpOnTheDesktop()
 {
-    // Its release goes to the daemon alone, for the moment in which that has the keyboard.
+    // The release of the key goes to the daemon alone, during the moment in which the daemon has the keyboard.
     class Releasing : public EventFile
     {
     public:

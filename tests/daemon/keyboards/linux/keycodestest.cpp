@@ -57,7 +57,7 @@ void KeyCodesTest::tableIsAscendingAndAgreesWithLibevdev()
         const int usage = match.captured(1).toInt();
         QVERIFY2(usage > last && usage <= HidUsage::lastKey, qPrintable(match.captured(0)));
         last = usage;
-        // libevdev has the names from a header of its own.
+        // libevdev has the names from its own header.
         QCOMPARE(int(KeyCodes::linuxCode(key(usage)).value_or(0)), codeNamed(match.captured(2)));
     }
     QCOMPARE(count, 150);
@@ -98,7 +98,7 @@ void KeyCodesTest::everyCodeWithAUsageComesBackAsItself()
         QVERIFY(code != KEY_UNKNOWN);
         QCOMPARE(int(KeyCodes::linuxCode(*usage).value_or(0)), code);
     }
-    QCOMPARE(count, 147); // three rows of the 150 have the code of an earlier one
+    QCOMPARE(count, 147); // three of the 150 rows have the code of an earlier row
     QCOMPARE(KeyCodes::usageOfCode(KEY_BACKSLASH), key(49));
     QCOMPARE(KeyCodes::usageOfCode(KEY_DELETE), key(76));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs every file of the folder nodecases on the translator; nodecases/README.md says how they are written.
+// Runs every file of the folder nodecases on the translator; nodecases/README.md describes their format.
 #include "tests/daemon/keyboards/linux/nodescript.h"
 #include "tests/support/casefile.h"
 #include "tests/support/testmain.h"
@@ -34,7 +34,7 @@ void KeyTranslatorCasesTest::addMistakes()
 QString KeyTranslatorCasesTest::problemWith(const QString &line)
 {
     NodeScript script;
-    // Without a node every line would have a mistake.
+    // Without an event device every line would have a mistake.
     const QString problem = script.run(u"node 0 hid"_s);
     return problem.isEmpty() ? script.run(line) : QString();
 }

@@ -30,7 +30,7 @@ private:
     {
         ++changes;
         lastTime = time;
-        // A key whose press completed the chord comes up without having gone down.
+        // A key that completed the chord comes up without having gone down.
         if (panics == 0)
             QVERIFY2(isDown != down[key], "each key goes down and up in turns");
         down[key] = isDown;
@@ -92,10 +92,10 @@ void KeyTranslatorTest::everyCodeOfANodeCanBeDown()
     const int node = translator.addNode(true);
     for (quint16 code = 0; code < KEY_CNT; ++code)
         translator.take(node, {.type = EV_KEY, .code = code, .value = 1});
-    QCOMPARE(recorder.panics, 1); // this keyboard lies: with all keys, the chord is among them
+    QCOMPARE(recorder.panics, 1); // this keyboard reports all keys, so the chord is among them
     translator.removeNode(node, {});
     QCOMPARE(std::ranges::count(recorder.down, true, &std::pair<const int, bool>::second), 0);
-    constexpr int macroKeys = 5; // two codes each mean M1 to M5
+    constexpr int macroKeys = 5; // M1 to M5 have two codes each
     QCOMPARE(int(recorder.down.size()), KEY_CNT - macroKeys);
 }
 
@@ -133,7 +133,7 @@ void KeyTranslatorTest::stormLeavesNothingDown()
     for (int count = 0; count < 200'000; ++count) {
         auto &node = nodes[random.bounded(4u)];
         const quint32 kind = random.bounded(1000u);
-        // Without Escape: the chord is for a test of its own.
+        // Without Escape, because a separate test covers the chord.
         const auto code = static_cast<quint16>(KEY_1 + random.bounded(200u));
         if (kind == 0) {
             translator.removeNode(node, {});

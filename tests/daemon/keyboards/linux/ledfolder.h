@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A device tree of the test's own, as the kernel shows it below /sys: devices, and links to them by class.
+// A simulated device tree below /sys: devices, and links to them by class.
 #pragma once
 
 #include "daemon/keyboards/linux/keyboardleds.h"
@@ -13,7 +13,7 @@ class LedFolder
 public:
     LedFolder()
     {
-        // An ordinary user may look in, as in the real one.
+        // An ordinary user may read it, like the real one.
         QFile::setPermissions(mRoot.path(), QFile::Permissions(0x5755));
         QDir(mRoot.path()).mkpath(QStringLiteral("class/leds"));
         QDir(mRoot.path()).mkpath(QStringLiteral("class/input"));
@@ -34,14 +34,14 @@ public:
             write(folder + u'/' + name, value);
         return folder;
     }
-    /// An event node below the device `path`.
+    /// Adds an event device below the device `path`.
     void addNode(const QString &path, int number)
     {
         const QString name = QStringLiteral("event%1").arg(number);
         const QString folder = addDevice(path + QStringLiteral("/input/input7/") + name);
         QFile::link(folder, mRoot.filePath(QStringLiteral("class/input/") + name));
     }
-    /// An LED below the device `path`; one of several colours when `colors` ("red green blue") are given.
+    /// Adds an LED below the device `path`. It has several colours when `colors` ("red green blue") is given.
     QString addLed(const QString &path, const QString &name, uint maximum, const QByteArray &colors = {})
     {
         const QString folder = addDevice(

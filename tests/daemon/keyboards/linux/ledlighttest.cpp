@@ -68,7 +68,7 @@ private:
     void touch() const;
 
     std::unique_ptr<LedFolder> mTree;
-    QString mLed; // of several colours
+    QString mLed; // has several colours
     Backlight::Time mNow{};
     std::unique_ptr<LedLight> mLight;
 };
@@ -94,7 +94,7 @@ void LedLightTest::cleanup()
     mTree.reset();
 }
 
-/// So that a write shows, also one of the same value.
+/// Makes every write visible, even one of the same value.
 void LedLightTest::touch() const
 {
     LedFolder::write(mLed + u"/brightness"_s, untouched);
@@ -293,7 +293,7 @@ void LedLightTest::keepsTheSettingsWithoutLeds()
     QVERIFY(!mLight->sleep());
     QCOMPARE(brightness(), QByteArray("0"));
     mNow = Backlight::spectrumPeriod / 3;
-    mLight->useNodes(nodes); // the keyboard comes later
+    mLight->useNodes(nodes); // the keyboard appears later
     QCOMPARE(intensity(), QByteArray("0 255 0"));
     QCOMPARE(brightness(), QByteArray("191"));
 }
@@ -302,7 +302,7 @@ void LedLightTest::isWrittenAnewForAKeyboardThatComesBack()
 {
     mLight->useNodes(nodes);
     mLight->show(fixed({9, 8, 7}));
-    LedFolder::write(mLed + u"/multi_intensity"_s, "255 255 255"); // as the firmware begins
+    LedFolder::write(mLed + u"/multi_intensity"_s, "255 255 255"); // initial state of the firmware
     LedFolder::write(mLed + u"/brightness"_s, "5");
     mLight->useNodes(nodes);
     QCOMPARE(intensity(), QByteArray("9 8 7"));
@@ -325,7 +325,7 @@ void LedLightTest::errorIsLoggedOnceAndNotTriedAgain()
 {
     for (const QString &name : {u"multi_intensity"_s, u"brightness"_s}) {
         QVERIFY(QFile::remove(mLed + u'/' + name));
-        QVERIFY(QDir(mLed).mkdir(name)); // which nothing can write
+        QVERIFY(QDir(mLed).mkdir(name)); // cannot be written
     }
     mLight->useNodes(nodes);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"colour of the LED a:rgb:kbd_backlight cannot be set"_s));
@@ -340,7 +340,7 @@ void LedLightTest::errorIsLoggedOnceAndNotTriedAgain()
     mLight->show(fixed({3, 2, 3}, 2));
     QCOMPARE(intensity(), untouched);
     QCOMPARE(brightness(), untouched);
-    mLight->useNodes(nodes); // a new try for a new keyboard
+    mLight->useNodes(nodes); // a new keyboard causes a new attempt
     QCOMPARE(intensity(), QByteArray("3 2 3"));
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Choosing keyboards on a machine of the test's own, with the key thread as it is.
+// Choosing keyboards on a simulated machine, with the real key thread.
 #include "daemon/keyboards/linux/linuxdevices.h"
 #include "daemon/settings/keysettings.h"
 #include "daemon/settings/settingsdocument.h"
@@ -109,7 +109,7 @@ void LinuxDevicesTest::takesNothingOverWithoutBeingTold()
     QVERIFY(!mDevices->devices().first().isInUse);
     QCOMPARE(mDevices->status(), DeviceStatus());
     QVERIFY(!fake(1).isOpen());
-    QVERIFY(!mKeyboard->keyThread()); // nor does it start anything
+    QVERIFY(!mKeyboard->keyThread()); // nor does it start a thread
 }
 
 void LinuxDevicesTest::usesAllNodesOfTheChosenKeyboardAndNoOther()
@@ -174,9 +174,9 @@ void LinuxDevicesTest::withoutOutputNothingIsUsedAndTheRemedyIsTold()
     QCOMPARE(mDevices->status().state, DeviceState::failed);
     QCOMPARE(mDevices->status().problem, mOutputProblem);
     QVERIFY(!fake(1).isOpen());
-    QCOMPARE(wanted.size(), 0); // the virtual keyboard goes on
+    QCOMPARE(wanted.size(), 0); // the virtual keyboard remains in use
     mOutputProblem.clear();
-    mSource->set(mSource->nodes()); // once there is a word from the system
+    mSource->set(mSource->nodes()); // after the next report of the system
     QTRY_VERIFY(fake(1).isGrabbed());
 }
 
@@ -190,7 +190,7 @@ void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()
     const UseResult result = mDevices->use({u"1209:00ab"_s});
     QCOMPARE(result.code, UseResult::Code::refused);
     QCOMPARE(result.problem, problem);
-    // Chosen before, when it had a node for its keys alone.
+    // The choice was made when the keyboard had an event device for its keys alone.
     mDevices->useWhenPresent({chosen});
     QCOMPARE(mDevices->status().state, DeviceState::failed);
     QCOMPARE(mDevices->status().problem, problem);
@@ -284,7 +284,7 @@ void LinuxDevicesTest::panicLeavesThemAloneUntilTheyAreChosenOrPluggedInAgain()
     QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen() && !fake(3).isOpen());
     QCOMPARE(mDevices->status().state, DeviceState::suspended);
     QCOMPARE(mDevices->choices().size(), 2);
-    mSource->set(mSource->nodes()); // another keyboard's coming changes nothing
+    mSource->set(mSource->nodes()); // the arrival of another keyboard changes nothing
     QCOMPARE(mDevices->status().state, DeviceState::suspended);
     NodeInfo again = keyboardNode(4, u"/a"_s);
     mSource->set({again});

@@ -64,7 +64,7 @@ void LinuxKeyChannelTest::init()
     mChannel = std::make_unique<LinuxKeyChannel>();
     mChannel->setOutput(mPipe->device());
     mKeys.clear();
-    // As the key path does without assignments.
+    // Like the key path without assignments.
     connect(mChannel.get(), &KeyChannel::keyChanged, this, [this](HidUsage usage, bool isDown) {
         mKeys += u"%1 %2"_s.arg(usage.usage).arg(isDown ? "down"_L1 : "up"_L1);
         mChannel->send(usage, isDown);
@@ -74,7 +74,7 @@ void LinuxKeyChannelTest::init()
 
 void LinuxKeyChannelTest::cleanup()
 {
-    mChannel->removeAllNodes(); // while there is one to hear of it
+    mChannel->removeAllNodes(); // while the test can receive its signals
     mChannel.reset();
     mFirst.reset();
     mSecond.reset();
@@ -84,7 +84,7 @@ void LinuxKeyChannelTest::cleanup()
 void LinuxKeyChannelTest::tellsKeysByTheirUsage()
 {
     mChannel->addNode(mFirst->open(), 1, true);
-    mFirst->press(KEY_LEFTCTRL, 0x70039); // a table of the system has made Control of Caps Lock
+    mFirst->press(KEY_LEFTCTRL, 0x70039); // a table of the system has mapped Caps Lock to Control
     mFirst->release(KEY_LEFTCTRL, 0x70039);
     QTRY_COMPARE(mKeys, (QStringList{u"57 down"_s, u"57 up"_s}));
     QCOMPARE(mPipe->keys(), (QStringList{u"58 down"_s, u"58 up"_s}));
@@ -103,7 +103,7 @@ void LinuxKeyChannelTest::macroKeysAreM1ToM5()
 {
     mChannel->addNode(mFirst->open(), 1, true);
     mChannel->addNode(mSecond->open(), 2, true);
-    // Not assigned, they come out as they went in, also when their HID usage is that of another key.
+    // Without an assignment they pass unchanged, even when their HID usage is that of another key.
     mFirst->press(KEY_MACRO1);
     mFirst->press(KEY_MACRO5, 0x70068);
     mFirst->release(KEY_MACRO1);
@@ -111,7 +111,7 @@ void LinuxKeyChannelTest::macroKeysAreM1ToM5()
     mFirst->press(KEY_MACRO6);
     QTRY_COMPARE(mPipe->keys(), (QStringList{u"656 down"_s, u"660 down"_s, u"656 up"_s, u"660 up"_s, u"661 down"_s}));
     QCOMPARE(mKeys, (QStringList{u"106 down"_s, u"110 down"_s, u"106 up"_s, u"110 up"_s}));
-    // A keyboard that has F15 for it has F15.
+    // On a keyboard with F15 for this key, it counts as F15.
     mSecond->press(KEY_F15, 0x7006A);
     mSecond->release(KEY_F15, 0x7006A);
     QTRY_COMPARE(mPipe->keys().sliced(5), (QStringList{u"185 down"_s, u"185 up"_s}));
@@ -122,7 +122,7 @@ void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold_data()
     using Own = KeyCodes::OwnKey;
     QTest::addColumn<int>("code");
     QTest::addColumn<bool>("isLit");
-    QTest::addColumn<Own>("key"); // none: the desktop's
+    QTest::addColumn<Own>("key"); // none: passed to the desktop
     QTest::newRow("brighter") << KEY_KBDILLUMUP << true << Own::brighter;
     QTest::newRow("darker") << KEY_KBDILLUMDOWN << true << Own::darker;
     QTest::newRow("switch") << KEY_KBDILLUMTOGGLE << true << Own::lightSwitch;
@@ -219,7 +219,7 @@ void LinuxKeyChannelTest::unpluggedKeyboardLetsGoOfItsKeys()
 void LinuxKeyChannelTest::lastKeyboardEndsWhatItsKeysHaveBegun()
 {
     mChannel->addNode(mFirst->open(), 1, true);
-    mChannel->send(key(usageA), true); // by a macro, say
+    mChannel->send(key(usageA), true); // by a macro, for example
     mChannel->flush();
     QSignalSpy emptied(mChannel.get(), &KeyChannel::emptied);
     mChannel->removeNode(1);
@@ -250,7 +250,7 @@ void LinuxKeyChannelTest::panicGivesEverythingBack()
     mChannel->send(key(usageA), true);
     mChannel->flush();
     QCOMPARE(mPipe->keys().size(), 8);
-    mFirst->press(KEY_C); // the desktop has it again
+    mFirst->press(KEY_C); // returned to the desktop
     QCOMPARE(mFirst->seenByDesktop(), QStringList{u"46 down"_s});
 }
 
@@ -264,13 +264,13 @@ void LinuxKeyChannelTest::panicWorksWhenTheChannelIsFlooded()
     for (const quint16 code : {KEY_ESC, KEY_BACKSPACE, KEY_ENTER})
         mSecond->press(code);
     QTRY_COMPARE(panicked.size(), 1);
-    QVERIFY(mFirst->unread() > 0); // it was not waited for
+    QVERIFY(mFirst->unread() > 0); // the release did not wait for the rest
 }
 
 void LinuxKeyChannelTest::switchesTheLedsOfEveryKeyboard()
 {
     mChannel->addNode(mFirst->open(), 1, true);
-    const QStringList initial = mFirst->leds(); // each set to what the desktop wants
+    const QStringList initial = mFirst->leds(); // each set to the desktop's state
     QVERIFY(initial.contains(u"1 off"_s));
     mPipe->switchLed(LED_CAPSL, true);
     QTRY_COMPARE(mFirst->leds().last(), u"1 on"_s);
@@ -308,7 +308,7 @@ void LinuxKeyChannelTest::moreNodesThanPlacesStayWithTheDesktop()
     }
     QVERIFY(nodes[KeyTranslator::maximumNodes - 1]->isGrabbed());
     QVERIFY(!nodes.back()->isGrabbed());
-    mChannel->removeAllNodes(); // before the nodes are gone
+    mChannel->removeAllNodes(); // before the event devices are destroyed
 }
 
 void LinuxKeyChannelTest::measuresKeysAndCountsLosses()
@@ -324,7 +324,7 @@ void LinuxKeyChannelTest::measuresKeysAndCountsLosses()
     QTRY_COMPARE(mKeys.size(), 2);
     mChannel->removeNode(1);
     mChannel->addNode(mFirst->open(), 2, true);
-    QCOMPARE(mChannel->latency(), KeyLatency()); // of this use
+    QCOMPARE(mChannel->latency(), KeyLatency()); // of this use only
     QCOMPARE(mChannel->lostEvents(), quint64(0));
 }
 
@@ -333,7 +333,7 @@ void LinuxKeyChannelTest::timeBetweenTwoUsesIsNotMeasured()
     mChannel->addNode(mFirst->open(), 1, true);
     mFirst->press(KEY_A);
     QTRY_COMPARE(mKeys.size(), 1);
-    mChannel->removeNode(1); // A comes up by that
+    mChannel->removeNode(1); // this releases A
     QCOMPARE(mKeys.size(), 2);
     mFirst->release(KEY_A);
     const auto removed = DeadlineTimer::now();

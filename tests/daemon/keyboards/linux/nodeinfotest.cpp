@@ -131,7 +131,7 @@ void NodeInfoTest::keyboardThatIsAlsoThePointerIsToldToBeUnusable()
     QCOMPARE(keyboards.first().nodes.size(), 0);
     QCOMPARE(keyboards.first().device.nodes, QStringList{u"/dev/input/event1"_s});
     QVERIFY(keyboards.first().device.problem.contains(u"/dev/input/event1"_s));
-    // With keys apart from it, those can be used.
+    // When the keys have a separate event device, that one can be used.
     const QList<KeyboardInfo> apart = keyboardsOf({mixed, keyboardNode(2, u"/a"_s)});
     QCOMPARE(apart.size(), 1);
     QCOMPARE(apart.first().device.nodes, QStringList{u"/dev/input/event2"_s});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Event nodes as a machine might have them, and a machine of the test's own. The test's thread.
+// Sample event devices, and a simulated machine that has them. Used on the test's thread.
 #pragma once
 
 #include "daemon/keyboards/linux/inputnodes.h"

@@ -22,7 +22,7 @@ QString nameOf(quint16 type, quint16 code)
     return name ? QString::fromLatin1(name) : u"code %1"_s.arg(code);
 }
 
-/// "KEY_A" or a number, which may be out of range; -1 for neither.
+/// "KEY_A" or a number, which may be out of range; -1 for other texts.
 int codeOf(unsigned int type, const QString &text)
 {
     bool isNumber = false;

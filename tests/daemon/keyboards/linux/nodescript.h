@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs the lines of a case of the folder nodecases (see its README.md) on a translator. The test's thread.
+// Runs the lines of a case of the folder nodecases (see its README.md) on a translator. Used on the test's thread.
 #pragma once
 
 #include "daemon/keyboards/linux/keytranslator.h"
@@ -14,8 +14,8 @@ class NodeScript : private KeySink
 public:
     NodeScript() : mTranslator(*this) {}
 
-    /// Runs one input line. One that is an event adds one line to outputLines(). Returns what is wrong with the line;
-    /// empty when it was run.
+    /// Runs one input line. A line that is an event adds one line to outputLines(). Returns the mistake in the line;
+    /// empty when the line was run.
     [[nodiscard]] QString run(const QString &line);
 
     [[nodiscard]] const QStringList &outputLines() const { return mOutputLines; }
@@ -32,7 +32,7 @@ private:
 
     KeyTranslator mTranslator;
     QHash<QString, int> mNodes;
-    QStringList mOutputs; // of the line that is run
+    QStringList mOutputs; // of the current line
     QStringList mOutputLines;
     QSet<QString> mDown;
 };

@@ -41,7 +41,7 @@ void OutputDeviceTest::sendsWithTheReport()
     device->turn(REL_DIAL, -1);
     QCOMPARE(pipe.read(), QStringList());
     QVERIFY(device->flush());
-    QVERIFY(device->flush()); // nothing more: no second report
+    QVERIFY(device->flush()); // nothing is left for a second report
     QCOMPARE(pipe.read(), (QStringList{u"42 down"_s, u"30 down"_s, u"turn 7 -1"_s, u"report"_s}));
 }
 
@@ -55,7 +55,7 @@ void OutputDeviceTest::codeOfSeveralHoldersComesUpWithTheLast()
     device->flush();
     QCOMPARE(pipe.keys(), QStringList{u"113 down"_s});
     device->letGo(KEY_MUTE);
-    device->letGo(KEY_MUTE); // nobody holds it
+    device->letGo(KEY_MUTE); // no key holds it
     device->flush();
     QCOMPARE(pipe.keys(), (QStringList{u"113 down"_s, u"113 up"_s}));
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The desktop's end of an output device that is a pair of sockets: reads what the daemon sends, switches LEDs. The
-// test's thread.
+// The desktop's end of an output device that is a pair of sockets: reads what the daemon sends, and switches LEDs. Used
+// on the test's thread.
 #pragma once
 
 #include "daemon/keyboards/linux/outputdevice.h"
@@ -24,7 +24,7 @@ public:
 
     [[nodiscard]] std::unique_ptr<OutputDevice> device() { return OutputDevice::onFile(mSockets[1]); }
 
-    /// "30 down", "30 up", "turn 7 1", "report"; everything since the beginning.
+    /// Everything since the beginning: "30 down", "30 up", "turn 7 1", "report".
     [[nodiscard]] const QStringList &read()
     {
         input_event event = {};

@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The login manager's session, as far as it is needed.
+/// A simulated session of the login manager.
 class StandInSession : public QObject, public QDBusContext
 {
     Q_OBJECT

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A process of the test's own stalls, and must end. With an argument this program is that process.
+// A child process stalls, and must end. With an argument this program is that process.
 #include "daemon/keyboards/linux/stallwatch.h"
 #include "daemon/keyboards/linux/epolldispatcher.h"
 #include "daemon/keyboards/linux/realtime.h"
@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// As long as what is to go on is hardly ever without a processor.
+/// A thread that should continue hardly ever waits this long for a processor.
 constexpr std::chrono::milliseconds limit{1000};
 constexpr int wrongEnd = 99;
 
@@ -36,9 +36,9 @@ std::chrono::nanoseconds now()
     return std::chrono::steady_clock::now().time_since_epoch();
 }
 
-std::chrono::nanoseconds awakening; // the child's last
+std::chrono::nanoseconds awakening; // the last in the child
 
-/// Tells the parent from when on it is not at its event loop.
+/// Reports to the parent when the thread left its event loop.
 void tellStall()
 {
     std::printf("stalls from %lld\n", static_cast<long long>(awakening.count()));
@@ -61,12 +61,12 @@ void tellStall()
         ::pause();
 }
 
-/// What the child does on a thread that is watched.
+/// The child's behaviour on the watched thread.
 void behave(const QString &way)
 {
     QObject context;
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &context,
-                     [] { awakening = now(); }); // before the watch takes its own
+                     [] { awakening = now(); }); // runs before the watch's own slot
     StallWatch watch(limit);
     if (!watch.isUsable())
         ::_exit(wrongEnd);
@@ -107,7 +107,7 @@ int runChild(const QString &way)
     thread->setEventDispatcher(new EpollDispatcher);
     QObject::connect(thread.get(), &QThread::finished, QCoreApplication::instance(), &QCoreApplication::quit);
     thread->start();
-    QTimer::singleShot(20s, [] { ::_exit(wrongEnd); }); // the test has failed; do not stay behind
+    QTimer::singleShot(20s, [] { ::_exit(wrongEnd); }); // the test has failed; the child must not remain
     QCoreApplication::exec();
     thread->wait();
     return 0;
@@ -147,7 +147,7 @@ void StallWatchTest::endsAProcessWhoseThreadStalls()
     child.setProcessChannelMode(QProcess::MergedChannels);
     child.start(QCoreApplication::applicationFilePath(), {u"--child"_s, way});
     QVERIFY(child.waitForFinished(20'000));
-    const std::chrono::nanoseconds end = now(); // not before the child's
+    const std::chrono::nanoseconds end = now(); // not before the end of the child
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), StallWatch::exitCode);
     const QByteArray output = child.readAll();
@@ -190,7 +190,8 @@ void StallWatchTest::wakesAtMostOnceAfterTheLastEvent()
     QTimer::singleShot(2 * limit, &loop, &QEventLoop::quit);
     const long before = timesWoken();
     loop.exec();
-    QVERIFY2(timesWoken() - before <= 3, qPrintable(QString::number(timesWoken() - before))); // the timer's is one, too
+    QVERIFY2(timesWoken() - before <= 3,
+             qPrintable(QString::number(timesWoken() - before))); // the timer wakes it once as well
 }
 
 void StallWatchTest::signalOfAnotherProgramEndsNothing()
