@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What screen readers and people without a mouse get of the window, on every tab and sheet, with the real daemon: each
-// control has a name, that of the text it shows, and the Tab key leads to each.
+// The window as screen readers and users without a mouse meet it, on every tab and sheet, with the real daemon. Each
+// control is named after the text that it shows, and the Tab key reaches each.
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/popupbutton.h"
@@ -36,7 +36,7 @@ QString described(const QAccessibleInterface *control)
     return u"%1 (role %2)"_s.arg(object ? object->objectName() : QString()).arg(int(control->role()));
 }
 
-/// The visible controls below `root` that a person can use, without what they are made of themselves.
+/// The visible controls below `root` that a user can operate, without the parts of compound controls.
 void collectControls(QAccessibleInterface *root, QList<QAccessibleInterface *> &controls)
 {
     for (int index = 0; index < root->childCount(); ++index) {
@@ -51,7 +51,7 @@ void collectControls(QAccessibleInterface *root, QList<QAccessibleInterface *> &
     }
 }
 
-/// What is wrong with the names of the controls below `root`, one line each.
+/// The mistakes in the names of the controls below `root`, one line each.
 QStringList faultsOfNames(QWidget *root)
 {
     QList<QAccessibleInterface *> controls;
@@ -63,7 +63,7 @@ QStringList faultsOfNames(QWidget *root)
         const QString name = control->text(QAccessible::Name);
         if (name.trimmed().isEmpty() || name == "No Translation"_L1)
             faults += u"no name: "_s + described(control);
-        // A pop-up button shows its value; it is named by its caption.
+        // A pop-up button shows its value; its name is its caption.
         const auto *button = qobject_cast<PopUpButton *>(control->object())
                                  ? nullptr
                                  : qobject_cast<QAbstractButton *>(control->object());
@@ -80,7 +80,7 @@ bool isTabStop(const QWidget *widget, const QWidget *root)
            && !widget->focusProxy();
 }
 
-/// Whether the Tab key led to `widget`, or to a part of it, or to another choice of its group.
+/// Whether the Tab key reached `widget`, a part of it, or another choice of its group.
 bool isReached(const QWidget *widget, const QSet<QWidget *> &reached)
 {
     return std::ranges::any_of(reached, [widget](const QWidget *one) {
@@ -90,7 +90,7 @@ bool isReached(const QWidget *widget, const QSet<QWidget *> &reached)
     });
 }
 
-/// The controls of `root` that the Tab key does not lead to, going once around from the one with the focus.
+/// The controls of `root` that the Tab key does not reach in one round from the focused control.
 QStringList unreached(QWidget *root)
 {
     QSet<QWidget *> reached;

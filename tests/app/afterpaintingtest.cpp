@@ -37,7 +37,7 @@ private Q_SLOTS:
 void AfterPaintingTest::callsOnceWhenTheWindowIsPainted()
 {
     CountingWindow window;
-    QList<int> calls; // how often it had been painted
+    QList<int> calls; // number of paintings at each call
     bool wasExposed = false;
     new AfterPainting(
         &window,
@@ -47,7 +47,7 @@ void AfterPaintingTest::callsOnceWhenTheWindowIsPainted()
         },
         1h);
     window.show();
-    QCOMPARE(calls, QList<int>()); // from the event loop
+    QCOMPARE(calls, QList<int>()); // the call comes from the event loop
     QTRY_COMPARE(calls.size(), 1);
     QVERIFY(calls.first() > 0);
     QVERIFY(wasExposed);
@@ -74,7 +74,7 @@ void AfterPaintingTest::waitsForTheNextPainting()
 
 void AfterPaintingTest::callsWithoutAPaintingAfterTheLimit()
 {
-    CountingWindow window; // never shown, so never painted
+    CountingWindow window; // never shown and therefore never painted
     int calls = 0;
     new AfterPainting(
         &window, [&] { ++calls; }, 1ms);

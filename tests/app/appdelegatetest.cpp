@@ -74,7 +74,7 @@ void AppDelegateTest::opensAtOnceAfterADefaultLaunch()
     const ScriptedDaemon daemon(sampleDocument());
     const Hub hub;
     bool wasUp = false;
-    // The sheet comes up, and the opening that follows at once closes it.
+    // The sheet appears, and the opening that follows at once closes it.
     auto *sheet = hub.find<Sheet>("mRestoringStateWindow");
     Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get());
     struct ShowFilter : QObject
@@ -117,7 +117,7 @@ void AppDelegateTest::waitsForTheDaemonAfterAnyOtherLaunch()
     delegate.applicationDidFinishLaunching({{launchIsDefaultLaunchKey, false}});
     auto *sheet = hub.find<Sheet>("mRestoringStateWindow");
     QVERIFY(sheet->isVisible());
-    // Many polls without a daemon: the window lives on, and nothing is opened.
+    // After many polls without a daemon the window is still there, and nothing is opened.
     QVERIFY(!initialized.wait(100));
     QVERIFY(sheet->isVisible());
     daemon.appear();
@@ -128,7 +128,7 @@ void AppDelegateTest::waitsForTheDaemonAfterAnyOtherLaunch()
 
 void AppDelegateTest::looksForTheDaemonOnlyAfterTheFirstWait()
 {
-    const ScriptedDaemon daemon(sampleDocument()); // is there from the beginning
+    const ScriptedDaemon daemon(sampleDocument()); // running from the beginning
     const Hub hub;
     Keyboard_ConfiguratorAppDelegate delegate(hub.window.get(), hub.controller.get(), callAtOnce,
                                               std::chrono::hours(1));
@@ -200,7 +200,7 @@ void AppDelegateTest::keepsTheLastSelectedKeyWhenItEndsWaiting()
 
 namespace {
 
-/// The program as a process, without the right to end daemons that are not the test's. `variable` is set to 1 for it.
+/// The program as a process that may not end daemons outside the test. Sets `variable` to 1 for it.
 std::unique_ptr<QProcess> configurator(const QStringList &arguments = {}, const QString &variable = {})
 {
     auto process = std::make_unique<QProcess>();
@@ -255,8 +255,8 @@ void AppDelegateTest::leavesThePlaceToTheFirstInstance()
 
 void AppDelegateTest::noticesTheFirstInstanceBeforeItMakesWidgets()
 {
-    // Qt looks for its bridges to assistive technology when the first text is put into a widget, and tells it in this
-    // mode.
+    // Qt looks for its bridges to assistive technology when the first text is put into a widget. In this mode it logs
+    // the search.
     const QString tellsPlugins = u"QT_DEBUG_PLUGINS"_s;
     const auto hasMadeWidgets = [](QProcess &program) {
         const QByteArray messages = program.readAllStandardError();
@@ -271,7 +271,7 @@ void AppDelegateTest::noticesTheFirstInstanceBeforeItMakesWidgets()
     QVERIFY(!hasMadeWidgets(*second));
     first->terminate();
     QVERIFY(first->waitForFinished(20000));
-    QVERIFY(hasMadeWidgets(*first)); // the sign that was looked for is one
+    QVERIFY(hasMadeWidgets(*first)); // the check does find widgets
 }
 
 void AppDelegateTest::stopsARecordingWhenItResignsActive()
@@ -339,7 +339,7 @@ void AppDelegateTest::quitsWhenItsWindowIsClosed()
 {
     const Hub hub;
     QSignalSpy aboutToQuit(QCoreApplication::instance(), &QCoreApplication::aboutToQuit);
-    // Another window that stays open, as the help's does.
+    // Another window that stays open, like that of the help.
     QWidget other;
     other.show();
     QTimer::singleShot(0, hub.window.get(), &QWidget::close);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the whole program leaves behind: no files but its own, and nothing on its standard error. This test starts
-// itself again as the program, with a person's hands in it.
+// The program leaves behind only its own files and writes nothing to its standard error. The test starts itself again
+// as the program, and operates it like a user.
 #include "app/application.h"
 #include "app/mainwindow.h"
 #include "macros/macrocommands.h"
@@ -47,7 +47,7 @@ template <typename Widget> Widget *shown(const QWidget *parent, const char *name
     return QTest::qWaitFor(isShown, limitMs) ? widget : nullptr;
 }
 
-/// Opens a panel by a command of a menu, and closes it.
+/// Opens a panel from a menu command, and closes it.
 bool usePanel(const QWidget *window, const char *menu, int tag, const char *panelName)
 {
     auto *panelMenu = window->findChild<PulldownButton *>(QLatin1StringView(menu));
@@ -82,7 +82,7 @@ bool useColorDialog(const QWidget *window)
     return false;
 }
 
-/// Uses what a person uses; true when all of it was there.
+/// Operates everything that a user would; returns true when all of it exists.
 bool useEverything()
 {
     MainWindow *window = nullptr;
@@ -106,7 +106,7 @@ bool useEverything()
     return useColorDialog(window);
 }
 
-/// Writes to a file what the windows of the program do, each thing when it begins.
+/// Logs the events of the program's windows to a file, each when it begins.
 class Logger : public QObject
 {
 public:
@@ -171,9 +171,9 @@ private Q_SLOTS:
     void hearsOnAndQuitsAfterLargeNotifications();
 
 private:
-    /// Starts this test as the program, for a user who has nothing yet.
+    /// Starts this test as the program, for a user without any files.
     void start(const QProcessEnvironment &changes, const QStringList &arguments = {});
-    /// All files that the user has, with their paths below the home folder.
+    /// All files of the user, with their paths below the home folder.
     [[nodiscard]] QStringList userFiles() const;
 
     std::unique_ptr<QTemporaryDir> mFolder;
@@ -216,7 +216,7 @@ QStringList ApplicationTest::userFiles() const
     const QDir home(mFolder->filePath(u"home"_s));
     for (QDirIterator all(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); all.hasNext();)
         files += home.relativeFilePath(all.next());
-    // The index that the system's font library makes for every program.
+    // The index that the system's font library creates for every program.
     files.removeIf([](const QString &file) { return file.startsWith(u".cache/fontconfig/"_s); });
     return files;
 }
@@ -307,7 +307,7 @@ void ApplicationTest::isOnTheScreenBeforeItAsks()
     const QByteArrayList log = atRequest.get().split('\n');
     QVERIFY(log.contains("painted mMainWindow"));
     QVERIFY(log.contains("painted mA"));
-    // Seen, and gone again.
+    // The sheet was shown and hidden.
     QCOMPARE(log.contains("painted mRestoringStateWindow"), showsSheet);
     QCOMPARE(log.indexOf("hidden mRestoringStateWindow") > log.indexOf("painted mRestoringStateWindow"), showsSheet);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a screen reader is told by the program itself, over the desktop's accessibility bus: each control of every tab
-// has a name. The virtual display and the accessibility service are the test's own.
+// The program's output on the desktop's accessibility bus, as a screen reader receives it: each control of every tab
+// has a name. The test has a virtual display and an accessibility service of its own.
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/testmain.h"
 #include "tools/tour/accessibletree.h"
@@ -19,9 +19,9 @@ namespace {
 
 constexpr int startLimitMs = 20000;
 
-const QString accessibilityBus = u"accessibility"_s; // the name of the connection
+const QString accessibilityBus = u"accessibility"_s; // name of the connection
 
-/// Roles of what a person uses, as AT-SPI calls them.
+/// Roles of operable controls, as AT-SPI names them.
 const QStringList interactiveRoles{u"push button"_s, u"check box"_s, u"radio button"_s, u"combo box"_s,  u"slider"_s,
                                    u"text"_s,        u"table"_s,     u"page tab"_s,     u"button menu"_s};
 
@@ -48,7 +48,7 @@ class AtSpiTest : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
-    /// For QtDBus: a control's state has changed.
+    /// For QtDBus: the state of a control has changed.
     void receiveState(const QDBusMessage &message);
 
 private Q_SLOTS:
@@ -65,7 +65,7 @@ private:
 
     void click(const AccessibleControl &control) const;
 
-    QStringList mSelected, mDeselected; // the paths of the controls that told it
+    QStringList mSelected, mDeselected; // paths of the controls that reported it
     QProcess mDisplay, mService, mConfigurator;
     QString mDisplayName;
     std::unique_ptr<DaemonProcessFixture> mDaemon;
@@ -99,10 +99,10 @@ void AtSpiTest::initTestCase()
 
 void AtSpiTest::cleanupTestCase()
 {
-    // Ended in order it would keep its selected key in the build's resources.
+    // An orderly end would store its selected key in the build's resources.
     mConfigurator.kill();
     mConfigurator.waitForFinished(5000);
-    QDBusConnection::disconnectFromBus(accessibilityBus); // before it goes away
+    QDBusConnection::disconnectFromBus(accessibilityBus); // before the bus ends
     end(mService);
     mDaemon.reset();
     end(mDisplay);
@@ -174,7 +174,7 @@ void AtSpiTest::everyControlTellsItsName()
         }
     }
     QVERIFY2(counts.first() > 119, qPrintable(QString::number(counts.first()))); // the keys alone are as many
-    QVERIFY(counts.at(3) > 15);                                                  // the lighting tab's and the header's
+    QVERIFY(counts.at(3) > 15); // those of the lighting tab and the header
     QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join(u'\n')));
 }
 
@@ -184,14 +184,15 @@ void AtSpiTest::everyTabTellsWhenItComesToTheFrontAndLeavesIt()
     QCOMPARE(tabs.size(), 5);
     click(tabs.first());
     QTRY_COMPARE_WITH_TIMEOUT(tabsInFront(), QStringList{tabs.first().name}, startLimitMs);
-    // Programs tell only what somebody listens to.
+    // Programs report only events that a client listens to.
     QDBusConnection connection = bus();
     QVERIFY(connection.connect({}, {}, u"org.a11y.atspi.Event.Object"_s, u"StateChanged"_s, this,
                                SLOT(receiveState(QDBusMessage))));
     QDBusInterface registry(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/registry"_s, u"org.a11y.atspi.Registry"_s,
                             connection);
     QCOMPARE(registry.call(u"RegisterEvent"_s, u"object:state-changed:selected"_s).type(), QDBusMessage::ReplyMessage);
-    // The program learns of it from a signal; what it answers after that shows that it has.
+    // A signal announces the listener to the program. Its answer to this later call shows that it has received the
+    // signal.
     QCOMPARE(tabsInFront(), QStringList{tabs.first().name});
     for (const AccessibleControl &tab : {tabs.at(4), tabs.at(1)}) {
         click(tab);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every operation of the hub on the wire: what it sends, byte for byte, and what it does with each kind of reply.
+// Every operation of the hub on the wire: the bytes that it sends, and its reaction to each kind of reply.
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
@@ -33,7 +33,7 @@ const QVariantMap someEvent{{u"command"_s, 1}, {u"delay"_s, 15}, {u"page"_s, 7},
 
 using Hc = KeyboardMainController;
 
-// One row for each operation that waits; the others have tests of their own below.
+// One row for each operation that waits for a reply; the others have separate tests below.
 const std::vector<Operation> operations{
     {"loadLatestSettings", Command::readSettings, [](Hc &c) { c.loadLatestSettings(); }, {}, {4}},
     {"addNewProfileWithSettings",
@@ -145,7 +145,7 @@ QVariantMap wholeRequest(QVariantMap entries)
     return entries;
 }
 
-/// What of the hub an unsuccessful command must not change.
+/// The parts of the hub that an unsuccessful command must not change.
 struct HeldDocument
 {
     explicit HeldDocument(const KeyboardMainController &c)
@@ -250,7 +250,7 @@ void DaemonCommandsTest::sendsExactlyItsRequest()
     QCOMPARE(mDaemon->commands(), op.sentOnSuccess);
     const ScriptedDaemon::Request first = mDaemon->requests().front();
     QCOMPARE(first.dictionary, wholeRequest(op.request));
-    // Byte for byte, so that a boolean sent as a number would be seen.
+    // Compares bytes, which distinguish a boolean from a number.
     QCOMPARE(first.data, ScriptedDaemon::encoded(wholeRequest(op.request)));
 }
 
@@ -284,7 +284,7 @@ void DaemonCommandsTest::refreshesOnlyOnStatusZero()
     op.call(*mHub->controller);
     QCOMPARE(mDaemon->commands(), std::vector<int>{int(op.command)});
 
-    // A missing status reads as 0.
+    // A missing status counts as 0.
     mDaemon->forgetRequests();
     mDaemon->setReply(op.command, {});
     op.call(*mHub->controller);
@@ -318,7 +318,7 @@ void DaemonCommandsTest::survivesAReplyOfWrongTypes()
 
 void DaemonCommandsTest::takesTheLastOfTwoReplies()
 {
-    // Both replies are there before the request is answered, and only then does the waiter look.
+    // Both replies arrive before the request is answered. The waiting hub looks only afterwards.
     const auto reply = [](const QVariantMap &document) {
         return ScriptedDaemon::Reply{
             ScriptedDaemon::encoded({{u"ReturnStatus"_s, 0}, {u"AllDevSettings"_s, document}})};
@@ -342,7 +342,7 @@ void DaemonCommandsTest::giveALateReplyToTheNextWaiter()
     QVERIFY(LatestReplySlot::shared().holdsReply());
     mDaemon->forgetRequests();
 
-    // The next waiter takes it as its own answer, although its own request stays unanswered.
+    // The next waiter takes it as the answer to its own request, although that request stays unanswered.
     mHub->controller->loadLatestSettings();
     QCOMPARE(mDaemon->commands(), std::vector<int>{4});
     QCOMPARE(mHub->controller->deviceSettingsDict().value(u"ActiveProfile"_s).toInt(), 0);
@@ -359,14 +359,14 @@ void DaemonCommandsTest::giveEachReplyAfterALateOneToTheWaiterAfterItsOwn()
     sendLate(Command::addMacro, {{u"ReturnStatus"_s, 5}});
     mDaemon->forgetRequests();
 
-    // The new name was taken, but the reply that is read tells of the failed addition: nothing is asked for anew.
+    // The daemon accepted the new name, but the hub reads the reply to the failed addition. It requests nothing again.
     mDaemon->setSilent(Command::renameMacro);
     mHub->controller->renameMacroAtIndexWithNewName(0, u"New"_s);
     QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::renameMacro)});
     QVERIFY(!LatestReplySlot::shared().holdsReply());
     sendLate(Command::renameMacro, {{u"ReturnStatus"_s, 0}, {u"sequenceInMacro"_s, someEvent}});
     QVERIFY(LatestReplySlot::shared().holdsReply());
-    // And that reply is what the next command reads.
+    // The next command reads that reply.
     mDaemon->setSilent(Command::readEvent);
     QCOMPARE(mHub->controller->getSequenceDetailsEventIndex(0, 0), someEvent);
     QVERIFY(!LatestReplySlot::shared().holdsReply());
@@ -442,7 +442,7 @@ void DaemonCommandsTest::releasesTheDeviceWithoutReplyPort()
 void DaemonCommandsTest::queriesTheFirmwareWithoutWaiting()
 {
     mDaemon->setSilent(Command::queryFirmwareVersion);
-    // A wait for the reply that never comes would take ten minutes now.
+    // With this interval, a wait for a missing reply takes ten minutes.
     setReplyPollInterval(std::chrono::seconds(1));
     QElapsedTimer timer;
     timer.start();
@@ -467,7 +467,7 @@ void DaemonCommandsTest::deletesAProfileThenSwitches()
     QFETCH(int, deleted);
     QFETCH(int, switchedTo);
     mHub->controller->deleteProfileWithProfileID(deleted);
-    // Nothing pointed at the deleted profile, so there is no command 7; the document is asked for again.
+    // No key pointed to the deleted profile, so there is no command 7. The hub requests the document again.
     QCOMPARE(mDaemon->commands(), (std::vector<int>{9, 10, 4}));
     QCOMPARE(mDaemon->requests()[0].data, ScriptedDaemon::encoded(wholeRequest({{u"ProfileID"_s, deleted}})));
     QCOMPARE(mDaemon->requests()[1].data, ScriptedDaemon::encoded(wholeRequest({{u"ProfileID"_s, switchedTo}})));
@@ -475,7 +475,7 @@ void DaemonCommandsTest::deletesAProfileThenSwitches()
     QVERIFY(!LatestReplySlot::shared().holdsReply());
     QVERIFY(!mHub->find<Spinner>("mBusyIndicator")->isAnimating());
 
-    // The next switch is an ordinary one again.
+    // The next switch is an ordinary one.
     mDaemon->forgetRequests();
     mHub->controller->switchProfileWithID(0);
     QCOMPARE(mDaemon->commands(), std::vector<int>{10});
@@ -510,11 +510,11 @@ void DaemonCommandsTest::handsOutMacroLines()
     mDaemon->setReply(Command::readMacroLines, {{u"ReturnStatus"_s, 0}, {u"MacroSequences"_s, lines}});
     mHub->controller->getMacroDetailsForMacroAtIndex(0);
     QCOMPARE(mHub->controller->macrosController()->macroDetailsArray(), lines);
-    // Without lines in the reply those shown stay.
+    // Without lines in the reply, the shown lines stay.
     mDaemon->setReply(Command::readMacroLines, {{u"ReturnStatus"_s, 0}});
     mHub->controller->getMacroDetailsForMacroAtIndex(0);
     QCOMPARE(mHub->controller->macrosController()->macroDetailsArray(), lines);
-    // Lines that are no texts are still rows.
+    // Lines that are not texts are still rows.
     mDaemon->setReply(Command::readMacroLines,
                       {{u"MacroSequences"_s, QVariantList{5, QVariantMap(), QVariantList{1}, u"Key Press A"_s}}});
     mHub->controller->getMacroDetailsForMacroAtIndex(0);
@@ -540,7 +540,7 @@ void DaemonCommandsTest::enablesTheMacroTableAfterAnUpdatedEvent()
 
 namespace {
 
-/// sampleDocument() with A of the first profile playing macro or switching to profile `index`.
+/// sampleDocument() with a first profile whose key A plays macro `index` or switches to profile `index`.
 QVariantMap withMapping(int command, int index)
 {
     QVariantMap document = sampleDocument();
@@ -558,7 +558,7 @@ QVariantMap withMapping(int command, int index)
 
 void DaemonCommandsTest::repairsKeysAfterADeletedProfile()
 {
-    // The clean-up sees the document that came with the switch, then the whole document is asked for again.
+    // The clean-up uses the document of the switch; then the hub requests the whole document again.
     mDaemon->setDocument(withActiveProfile(withMapping(17, 1), 0));
     mHub->controller->deleteProfileWithProfileID(1);
     QCOMPARE(mDaemon->commands(), (std::vector<int>{9, 10, 7, 4}));
@@ -578,7 +578,7 @@ void DaemonCommandsTest::repairsKeysAfterADeletedMacro()
     const QVariantList sent = mDaemon->lastRequest(Command::replaceAllProfiles).dictionary[u"AllProfiles"_s].toList();
     QCOMPARE(sent[0].toMap()[u"Keys"_s].toMap()[u"4"_s].toMap(), QVariantMap());
 
-    // Refused by the daemon, nothing is repaired.
+    // When the daemon refuses the deletion, nothing is repaired.
     mDaemon->forgetRequests();
     mDaemon->setReply(Command::deleteMacro, {{u"ReturnStatus"_s, 1}});
     mHub->controller->deleteMacroAtIndex(2);
@@ -638,7 +638,7 @@ void DaemonCommandsTest::anEarlierDeletionTellsNothingOfTheNext()
     mDaemon->setDocument(withMapping(17, 1));
     mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
     mDaemon->forgetRequests();
-    // The profile is still there: the keys that switch to it are not repaired.
+    // The profile still exists, so the keys that switch to it are not repaired.
     mHub->controller->switchProfileWithID(0);
     QCOMPARE(mDaemon->commands(), std::vector<int>{10});
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The whole way: the real window, the real daemon, its disk, and a second client.
+// The complete path: the real window, the real daemon, its disk, and a second client.
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "keys/keyboardkeyscontroller.h"
@@ -43,7 +43,7 @@ private Q_SLOTS:
     void changesAfterAStandstillAreNotUndone();
 
 private:
-    /// What kestractl prints, trimmed; "exit code N: …" when that is not 0.
+    /// The trimmed output of kestractl; "exit code N: …" when that is not 0.
     QString kestractl(const QStringList &arguments);
 
     HubResources mResources;
@@ -95,7 +95,7 @@ void EndToEndTest::disablesAKeyByKeyboardAlone()
     hub.controller->initializeDevice();
     hub.window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(hub.window.get()));
-    // From Escape, the key selected at the first start, down to the letter A, with the arrow keys.
+    // The arrow keys lead from Escape, the key selected at the first start, down to the letter A.
     hub.controller->keysController()->currentButton()->setFocus();
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
         QTest::keyClick(QApplication::focusWidget(), key);
@@ -158,7 +158,7 @@ void EndToEndTest::goesOnWhenADaemonStartsWithTheKeyboard()
     QCOMPARE(kestractl({u"key"_s, u"Q"_s, u"disable"_s}), u"Q: disabled"_s);
     mDaemon->kill();
     const Hub hub;
-    hub.controller->initializeDevice(); // nobody answers: it gives up
+    hub.controller->initializeDevice(); // no reply comes, and it gives up
     QVERIFY(!hub.find<QWidget>("mQ")->isEnabled());
     QVERIFY(!hub.find<KeyButton>("mQ")->isHighlighted());
 
@@ -195,10 +195,10 @@ void EndToEndTest::followsTheBrightnessKeys()
     QTRY_COMPARE(slider->value(), 3);
     QCOMPARE(mDaemon->callKeyboard(u"PressBrightnessDown"_s), QString());
     QTRY_COMPARE(slider->value(), 2);
-    // Nothing was sent back, and what the tab shows is what the keyboard has.
+    // The window sent nothing back, and the tab shows the values of the keyboard.
     QCOMPARE(mDaemon->keyboardProperty(u"Brightness"_s).toInt(), 2);
     QCOMPARE(kestractl({u"light"_s}).section(u'\n', 3, 3), u"brightness: 2 (normal)"_s);
-    // The next change is built on it.
+    // The next change builds on this value.
     slider->setValue(1);
     QCOMPARE(mDaemon->keyboardProperty(u"Brightness"_s).toInt(), 1);
 }
@@ -228,7 +228,7 @@ void EndToEndTest::takesNoNoticeOfDpi()
     hub.controller->initializeDevice();
     const QVariantList profiles = hub.controller->profilesArray();
     DistributedNotificationCenter::defaultCenter().post(QString(DaemonProtocol::dpiUpdated), {{u"DPI"_s, 800}});
-    // Both are one sender's and come in order: once the second has been handled, the first has been, too.
+    // Both come from one sender, in order. Once the second is handled, the first is too.
     DistributedNotificationCenter::defaultCenter().post(QString(DaemonProtocol::illuminationUpdated),
                                                         {{SettingsKeys::brightnessKbNormal, 1}});
     QTRY_COMPARE(hub.find<QSlider>("mBrightnessValue")->value(), 1);
@@ -255,8 +255,8 @@ void EndToEndTest::keepsWhatWasAnsweredWhenTheDaemonIsKilled()
     }
 }
 
-// The window gives up on a daemon that stands still. Whatever that daemon does with the request later, the window must
-// not take the answer for that to its next request, and must show what became of the first.
+// The window stops waiting for a suspended daemon. It must not take a late reply of that daemon for the answer to its
+// next request, and it must show the outcome of the first one.
 void EndToEndTest::changesAfterAStandstillAreNotUndone()
 {
     const Hub hub;
@@ -272,7 +272,7 @@ void EndToEndTest::changesAfterAStandstillAreNotUndone()
     mDaemon->resume();
     setReplyPollInterval(replyPollInterval);
     QTRY_COMPARE(kestractl({u"key"_s, u"A"_s}), u"A: disabled"_s);
-    QTest::mouseClick(hub.find<QWidget>("mS"), Qt::LeftButton); // a selected key does not show that it is mapped
+    QTest::mouseClick(hub.find<QWidget>("mS"), Qt::LeftButton); // a selected key does not show its mapping
     const bool isShown = QTest::qWaitFor([&] { return hub.find<KeyButton>("mA")->isHighlighted(); });
     disable("mS");
     disable("mD");

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The window while the daemon is killed at random moments, and under a storm of notifications.
-// KESTRA_FAULT_KILLS: how often it is killed (25). KESTRA_FAULT_SEED: of the random moments and steps (271).
-// KESTRA_STORM_ROUNDS: how many storms of two seconds there may be until the memory is at rest (8).
+// The window while the daemon is killed at random moments, and during a storm of notifications.
+//   KESTRA_FAULT_KILLS: number of kills (25).
+//   KESTRA_FAULT_SEED: seed of the random moments and steps (271).
+//   KESTRA_STORM_ROUNDS: the greatest number of storms of two seconds until the memory use is steady (8).
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
@@ -40,11 +41,12 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::microseconds pollInterval = 2ms;
-constexpr qint64 waitLimitMs = 601 * 2;                // for one reply, as the program waits
-constexpr qint64 stepLimitMs = 6 * waitLimitMs + 3000; // the longest step asks for six replies; and the machine's load
-constexpr int longestLifeMs = 250;                     // of a daemon, once the script runs
-constexpr qint64 restKiB = 1024;                       // by which memory at rest may still differ
-constexpr int storedVersions = 3;                      // that the daemon keeps beside the settings
+constexpr qint64 waitLimitMs = 601 * 2; // the program's wait for one reply
+constexpr qint64 stepLimitMs =
+    6 * waitLimitMs + 3000;        // the longest step waits for six replies, plus a reserve for the load of the machine
+constexpr int longestLifeMs = 250; // of a daemon, from the start of the script
+constexpr qint64 restKiB = 1024;   // permitted difference of steady memory use
+constexpr int storedVersions = 3;  // kept by the daemon beside the settings
 
 int numberFromEnvironment(const char *name, int fallback)
 {
@@ -52,7 +54,7 @@ int numberFromEnvironment(const char *name, int fallback)
     return text.isEmpty() ? fallback : text.toInt();
 }
 
-/// Kills a process at a moment of its own choice.
+/// Kills a process at a random moment.
 class Killer
 {
 public:
@@ -72,13 +74,13 @@ private:
     std::jthread mThread;
 };
 
-/// What a user might do next, on every tab.
+/// The likely next steps of a user, on every tab.
 class Script
 {
 public:
     Script(const Hub &hub, QRandomGenerator &random) : mHub(hub), mRandom(random) {}
 
-    /// One step, on the tab that is opened for it.
+    /// One step, on a tab that it opens.
     void step()
     {
         switch (mHub.find<QTabWidget>("mKeyboardTabView")->setCurrentIndex(mTab), mTab) {
@@ -89,7 +91,7 @@ public:
         default: break;
         }
         mTab = (mTab + 1) % 5;
-        // Questions are answered at once, so that no sheet keeps the next step away.
+        // Answers questions at once, because an open sheet would block the next step.
         for (auto *alert : mHub.window->findChildren<Sheet *>(u"alert"_s)) {
             if (alert->isUp())
                 alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
@@ -144,7 +146,7 @@ private:
     int mTab = 0;
 };
 
-/// Memory of this process that is in use, in KiB; 0 when it cannot be told.
+/// The used memory of this process in KiB; 0 when it is unknown.
 qint64 residentKiB()
 {
     QFile file(u"/proc/self/status"_s);
@@ -180,7 +182,7 @@ QList<QVariantMap> FaultRunTest::storedDocuments(const DaemonProcessFixture &dae
     const QString path = daemon.settingsFolder() + u"/settings.plist"_s;
     QList<QVariantMap> documents;
     QStringList files{path};
-    // The copy 0 is the newest, where the kill came between writing and renaming the copies.
+    // Copy 0 is the newest if the kill came between writing and renaming the copies.
     for (int version = 0; version <= storedVersions; ++version)
         files += path + u".%1"_s.arg(version);
     for (const QString &file : std::as_const(files)) {
@@ -200,7 +202,7 @@ void FaultRunTest::survivesADaemonKilledAtRandomMoments()
     QVERIFY(daemon.start());
     const Hub hub;
     hub.controller->initializeDevice();
-    // Until the first change the factory settings are nowhere on the disk.
+    // Until the first change, the factory settings are not on the disk.
     hub.find<QSlider>("mBrightnessValue")->setValue(1);
     Script script(hub, random);
     int steps = 0;
@@ -221,7 +223,7 @@ void FaultRunTest::survivesADaemonKilledAtRandomMoments()
                 longestStepMs = std::max(longestStepMs, time.elapsed());
                 QVERIFY2(time.elapsed() < stepLimitMs, where.constData());
                 ++steps;
-                // Another client's question, whose answer tells all that was answered so far.
+                // A request of another client. Its answer contains every change answered so far.
                 daemon.replies().clear();
                 daemon.send(DaemonProtocol::Command::readSettings);
                 if (!QTest::qWaitFor([&] { return !daemon.replies().isEmpty() || killer.hasKilled(); }, 10'000))
@@ -230,14 +232,14 @@ void FaultRunTest::survivesADaemonKilledAtRandomMoments()
                     answered = daemon.replies().last().values.value(DaemonProtocol::allDevSettings).toMap();
             }
         }
-        const QVariantList held = hub.controller->profilesArray(); // as some answer gave them
+        const QVariantList held = hub.controller->profilesArray(); // as one of the answers contained them
         daemon.kill();
         const QList<QVariantMap> stored = storedDocuments(daemon);
         QVERIFY2(daemon.start(), where.constData());
         const auto reply = daemon.request(DaemonProtocol::Command::readSettings);
         QVERIFY2(reply, where.constData());
         const QVariantMap restarted = reply->values.value(DaemonProtocol::allDevSettings).toMap();
-        // All that was answered is there; at most the step that the kill interrupted may have been written besides.
+        // Every answered change is on the disk. At most the interrupted step may have been written as well.
         QVERIFY2(std::ranges::any_of(stored,
                                      [&](const QVariantMap &one) { return one.value(SettingsKeys::profiles) == held; }),
                  where.constData());
@@ -245,7 +247,7 @@ void FaultRunTest::survivesADaemonKilledAtRandomMoments()
             QVERIFY2(stored.contains(answered), where.constData());
             ++interrupted;
         }
-        // The window, told that the daemon is back, shows just this document and can be used.
+        // After the notification that the daemon is back, the window shows exactly this document and can be used.
         QTRY_COMPARE_WITH_TIMEOUT(hub.controller->profilesArray(), restarted.value(SettingsKeys::profiles).toList(),
                                   20'000);
         QTRY_COMPARE(hub.controller->macrosArray(), restarted.value(SettingsKeys::macros).toList());
@@ -258,14 +260,15 @@ void FaultRunTest::survivesADaemonKilledAtRandomMoments()
 
 void FaultRunTest::storm(int count, int perSecond)
 {
-    // A poster of its own, so that the window's thread does nothing but receive.
+    // A separate poster leaves the window's thread to do nothing but receive.
     std::jthread poster([count, perSecond] {
         {
             DistributedNotificationCenter center(
                 QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"storm"_s));
             const auto begin = std::chrono::steady_clock::now();
             for (int i = 0; i < count; ++i) {
-                if (i % 1000 == 999) // now and then a change by another client, which is answered by asking for it all
+                if (i % 1000 == 999) // every thousandth is a change by another client, after which the window requests
+                                     // all settings
                     center.post(QString(DaemonProtocol::profileUpdated), {{DaemonProtocol::sourceApp, u"storm"_s}});
                 else if (i % 2 == 0)
                     center.post(QString(DaemonProtocol::illuminationUpdated),
@@ -279,7 +282,7 @@ void FaultRunTest::storm(int count, int perSecond)
         QDBusConnection::disconnectFromBus(u"storm"_s);
     });
     poster.join();
-    // The bus keeps the order of one sender only: this one is sent by the test, after all of the storm.
+    // The bus keeps the order of one sender only, so the test sends this one itself, after the whole storm.
     DistributedNotificationCenter::defaultCenter().post(
         QString(DaemonProtocol::commandReplyNotification(DaemonProtocol::productId)),
         {{DaemonProtocol::messageId, 14}, {DaemonProtocol::firmwareVersion, u"calm"_s}});
@@ -296,8 +299,8 @@ void FaultRunTest::survivesAStormOfNotifications()
     hub.controller->initializeDevice();
     QList<qint64> memory;
     const int rounds = numberFromEnvironment("KESTRA_STORM_ROUNDS", 8);
-    // The first rounds fill what is kept for good: caches, and the allocator's store for the longest queue there was.
-    // What leaked with every notification would go on growing by some MiB a round.
+    // The first rounds fill permanent memory: caches, and the allocator's store for the longest queue. A leak with
+    // every notification would continue to grow by some MiB a round.
     const auto isAtRest = [&memory] {
         return memory.size() >= 3 && qAbs(memory.last() - memory.at(memory.size() - 2)) < restKiB;
     };
@@ -321,7 +324,7 @@ void FaultRunTest::survivesAStormOfNotifications()
         qInfo("%d notifications posted in %lld ms, handled after %lld ms, a click then takes %lld ms, %lld KiB in use",
               count, postedMs, handledMs, time.elapsed(), memory.last());
     }
-#if !defined(__SANITIZE_ADDRESS__) // which keeps freed memory back
+#if !defined(__SANITIZE_ADDRESS__) // it keeps freed memory
     QVERIFY(isAtRest());
 #endif
 }

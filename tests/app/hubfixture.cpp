@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 HubResources::HubResources()
 {
-    // Not that of the build, in which a program that was tried there has kept its last selected key.
+    // The build's own document may contain the last selected key of a program that ran there.
     if (!QFile::copy(QStringLiteral(KESTRA_FACTORY_DOCUMENT), kestraPlist()))
         qFatal("there is no %s", KESTRA_FACTORY_DOCUMENT);
     qputenv("QUILL_KESTRA_RESOURCES", QFile::encodeName(mFolder.path()));

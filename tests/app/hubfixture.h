@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A hub in its window, with a scripted daemon and resources of its own, for the tests of app/.
+// A main controller ("hub") in its window, with a scripted daemon and its own resources, for the tests of app/.
 #pragma once
 
 #include "app/keyboardmaincontroller.h"
@@ -11,8 +11,8 @@
 #include <functional>
 #include <memory>
 
-/// Copies the resources that the build made into a folder of its own and points the program at them; loads the texts;
-/// shortens the wait for a reply, which tests of a silent daemon go through often, to about 60 ms.
+/// Copies the resources of the build into a folder of its own and points the program at them. Loads the texts. Shortens
+/// the wait for a reply to about 60 ms, because many tests have a silent daemon.
 class HubResources
 {
 public:
@@ -25,18 +25,18 @@ private:
     QTemporaryDir mFolder;
 };
 
-/// Two profiles ("Default Profile", "Raid"; the second active) and three macros, with the given keys changed.
+/// Two profiles ("Default Profile", "Raid"; the second is active) and three macros, with the given keys changed.
 [[nodiscard]] QVariantMap sampleDocument();
 
-/// `document` with another active profile.
+/// Returns `document` with another active profile.
 [[nodiscard]] QVariantMap withActiveProfile(QVariantMap document, int index);
 
-/// The window as the program makes it, before the launch.
+/// The window as the program creates it, before the launch.
 struct Hub
 {
     explicit Hub(std::chrono::milliseconds firmwareQueryInterval = std::chrono::hours(1));
 
-    /// initializeDevice() and forgets the requests it made.
+    /// Runs initializeDevice() and forgets the requests it made.
     void open(ScriptedDaemon &daemon);
 
     template <typename Widget> Widget *find(const char *name) const
@@ -45,7 +45,7 @@ struct Hub
     }
 
     QStringList endedProcesses;
-    std::function<void()> atEndOfProcesses; ///< called when processes are to be ended; may be empty
+    std::function<void()> atEndOfProcesses; ///< called when processes must be ended; may be empty
     QList<QUrl> openedPages;
     std::unique_ptr<MainWindow> window;
     std::unique_ptr<KeyboardMainController> controller;

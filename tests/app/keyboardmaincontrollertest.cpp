@@ -37,7 +37,7 @@ using Command = DaemonProtocol::Command;
 
 namespace {
 
-/// Notes what of a window is painted.
+/// Records the painted parts of a window.
 class PaintProbe : public QObject
 {
 public:
@@ -103,7 +103,7 @@ private:
 
 namespace {
 
-/// Calls a function whenever the hub looks up the help book's title, which it does to register the book.
+/// Calls a function whenever the hub requests the help book's title, as it does to register the book.
 class HelpBookTitleHook : public QTranslator
 {
 public:
@@ -144,7 +144,7 @@ private:
     std::function<void()> mFunction;
 };
 
-/// The numbers of the threads that the program has now.
+/// The numbers of the program's current threads.
 QSet<QString> threads()
 {
     const QStringList numbers = QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
@@ -369,7 +369,7 @@ void KeyboardMainControllerTest::closesTheRestoringSheetBeforeItAsks()
     const auto *progress = hub.find<QProgressBar>("mRestoringStateProgress");
     hub.controller->showRestoringStateWindow();
     QVERIFY(sheet->isVisible());
-    QCOMPARE(progress->maximum(), 0); // runs
+    QCOMPARE(progress->maximum(), 0); // busy: the spinner runs
     std::atomic<bool> wasUp = true;
     daemon.setScript(Command::openDevice, [&](const auto &) {
         wasUp = sheet->isUp(); // the main thread is blocked meanwhile
@@ -432,7 +432,7 @@ void KeyboardMainControllerTest::processesNoEventWhileItOpens()
     hub.controller->initializeDevice();
     QCOMPARE(deliveredAtLastStep, 0);
     QCOMPARE(delivered, 0);
-    QTRY_COMPARE(delivered, 2); // they only waited
+    QTRY_COMPARE(delivered, 2); // they were only delayed
 }
 
 void KeyboardMainControllerTest::keepsItsPace()
@@ -538,7 +538,7 @@ void KeyboardMainControllerTest::redrawsMacrosOnlyThroughTheirTable()
     hub.controller->setProperties();
     hub.controller->updateUISettings();
     QCOMPARE(hub.find<TableView>("mMacroTableView")->numberOfRows(), 1);
-    // No lines are asked for: only a selection does that.
+    // Only a selection requests lines.
     QCOMPARE(daemon.commands(), std::vector<int>());
 }
 
@@ -566,7 +566,7 @@ void KeyboardMainControllerTest::asksForTheFirmwareUntilItIsKnown()
                             {{u"MessageID"_s, 14}, {u"ReturnStatus"_s, 0}, {u"FirmwareVersion"_s, u"1.07"_s}});
     QTRY_COMPARE(hub.controller->firmwareVersionString(), u"1.07"_s);
     QVERIFY(!hub.find<Spinner>("mFirmwareVersionIndicator")->isAnimating());
-    // One query may have been under way; after it there are no more, although the timer goes on.
+    // One query may be under way. It is the last, although the timer continues.
     daemon.forgetRequests();
     QTest::qWait(200);
     QVERIFY(daemon.count(Command::queryFirmwareVersion) <= 1);
@@ -617,7 +617,7 @@ void KeyboardMainControllerTest::showsNoSpinnerForAnAnswerThatCameAtOnce()
     Hub hub;
     hub.open(daemon);
     daemon.setScript(Command::queryFirmwareVersion, [&](const ScriptedDaemon::Request &) {
-        // While the request is on its way.
+        // The call arrives while the request is on its way.
         QMetaObject::invokeMethod(
             hub.controller.get(),
             [&] {
@@ -642,7 +642,7 @@ void KeyboardMainControllerTest::showsNoSpinnerOnceTheVersionIsKnown()
     hub.open(daemon);
     hub.controller->setDriverVersions();
     QCOMPARE(daemon.count(Command::queryFirmwareVersion), 1);
-    // The answer to an earlier request, before the main thread comes to starting it.
+    // The answer to an earlier request arrives before the main thread starts the query.
     hub.controller->commandReplyReceived(
         {u"commandReplyNotification271"_s, {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, u"1.07"_s}}});
     QCoreApplication::processEvents();
@@ -653,7 +653,7 @@ void KeyboardMainControllerTest::showsNoSpinnerOnceTheVersionIsKnown()
 void KeyboardMainControllerTest::registersTheHelpBook()
 {
     const QByteArray resources = qgetenv("QUILL_KESTRA_RESOURCES");
-    qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources"); // where the book is
+    qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources"); // folder of the help book
     const auto viewer = [] {
         const QWidgetList all = QApplication::topLevelWidgets();
         const auto found = std::ranges::find(all, u"helpViewer"_s, &QWidget::objectName);

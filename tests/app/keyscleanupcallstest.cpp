@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// When the hub has the keys tab repair the mappings: after a deleted macro with the macros as they were before it,
-// after a deleted profile with the profiles as they are then.
+// The hub makes the keys tab repair the mappings. After the deletion of a macro it hands over the macros from before
+// it; after the deletion of a profile, the profiles from after it.
 #include "tests/app/hubfixture.h"
 #include "tests/support/mappingcleanupcases.h"
 #include "tests/support/testmain.h"
@@ -32,8 +32,8 @@ private Q_SLOTS:
     void recordWithoutKeysIsGivenThoseOfTheOneBefore();
 
 private:
-    /// The profiles that the clean-up sent after macro or profile `index` was deleted; none when it sent nothing.
-    /// Before that there are three profiles and three macros, afterwards two of the one that was deleted.
+    /// The profiles that the clean-up sent after the deletion of macro or profile `index`; empty when it sent nothing.
+    /// Before the deletion there are three profiles and three macros.
     QVariantList sentAfterDeleting(int type, int index, const QVariantMap &document);
 
     HubResources mResources;
@@ -60,7 +60,7 @@ void KeysCleanUpCallsTest::repairsWhatPointsNowhere()
     QFETCH(int, deleted);
     QFETCH(QVariant, param1);
     QFETCH(bool, isRepaired);
-    // The other kind points to the same index and is never touched.
+    // An assignment of the other kind points to the same index and never changes.
     const QVariantMap other = entry(playMacro + switchProfile - type, deleted);
     const QVariantList sent =
         sentAfterDeleting(type, deleted, documentWith({{u"4"_s, entry(type, param1)}, {u"5"_s, other}}));

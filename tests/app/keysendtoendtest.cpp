@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every kind of assignment the whole way, once with the mouse and once with the keyboard alone: chosen in the real
-// window, stored by the real daemon, shown to another client, and done by the key when it is pressed.
+// The complete path of every kind of assignment, once with the mouse and once with the keyboard alone: it is chosen in
+// the real window, stored by the real daemon, shown to another client, and carried out by the pressed key.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
@@ -58,7 +58,7 @@ QVariantMap startDocument()
     return document;
 }
 
-/// The user's: it touches nothing but what is on the screen.
+/// The user's hand: it touches only what is on the screen.
 class Hand
 {
 public:
@@ -84,7 +84,7 @@ bool Hand::selectsKeyA()
         QTest::mouseClick(mHub.find<QWidget>("mA"), Qt::LeftButton);
         return true;
     }
-    // The tab order reaches the keys at the one that is selected, Escape; the arrow keys go on from there.
+    // The tab order reaches the keys at the selected one, Escape; the arrow keys lead from there.
     if (!reaches(mHub.find<QWidget>("mESC")))
         return false;
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
@@ -159,7 +159,7 @@ bool Hand::choosesTheProgram(const QString &path)
         if (!QTest::qWaitFor([&] { return panel->isAncestorOf(QApplication::focusWidget()); }))
             return false;
         QTest::keyClicks(QApplication::focusWidget(), path);
-        // The first Return may be the list of completions' own.
+        // The list of completions may take the first Return.
         for (int press = 0; press < 2 && panel->isVisible(); ++press)
             QTest::keyClick(QApplication::activePopupWidget() ? QApplication::activePopupWidget()
                                                               : QApplication::focusWidget(),
@@ -212,11 +212,11 @@ private Q_SLOTS:
 private:
     static void addHands();
     void openWindow();
-    /// What kestractl says of the key A, without its name.
+    /// kestractl's description of the key A, without its name.
     QString wordsOfA();
     /// The entry of A in the first profile, as the settings file has it.
     [[nodiscard]] QVariantMap storedEntryOfA() const;
-    /// What the computer receives when A is pressed and let go.
+    /// The keys that the computer receives when A is pressed and released.
     QStringList sentByA();
     [[nodiscard]] KeyButton *buttonA() const { return mHub->find<KeyButton>("mA"); }
     [[nodiscard]] PopUpButton *assignment() const { return mHub->find<PopUpButton>("mAssignFunction"); }
@@ -275,7 +275,7 @@ QVariantMap KeysEndToEndTest::storedEntryOfA() const
 QStringList KeysEndToEndTest::sentByA()
 {
     SentRecorder recorder;
-    // B comes last, so that what A sends is complete when B was let go.
+    // B comes last, so all keys of A have arrived when B is released.
     for (const uint key : {keyA, keyB}) {
         mDaemon->callKeyboard(u"Press"_s, {keyboardPage, key});
         mDaemon->callKeyboard(u"Release"_s, {keyboardPage, key});
@@ -344,9 +344,9 @@ void KeysEndToEndTest::heldEscapeGivesTheKeysBack()
     QTRY_COMPARE(shown->text(), u"B"_s);
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {keyboardPage, keyEscape}), QString());
     QTRY_COMPARE(shown->text(), u"Escape"_s);
-    QTRY_COMPARE(shown->text(), u"B"_s); // after a second, as Escape only ends the capture
+    QTRY_COMPARE(shown->text(), u"B"_s); // after a second, because Escape then ends only the capture
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {keyboardPage, keyEscape}), QString());
-    // The Return that the computer receives now is the window's.
+    // The window receives the Return that the computer receives now.
     constexpr uint keyReturn = 40;
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {keyboardPage, keyReturn}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {keyboardPage, keyReturn}), QString());
@@ -392,7 +392,7 @@ void KeysEndToEndTest::profileSwitch()
     QCOMPARE(storedEntryOfA(), entry(17, 1));
     QCOMPARE(sentByA(), QStringList());
     QTRY_COMPARE(mHub->find<QLabel>("mProfileNameLabel")->text(), u"Raid"_s);
-    QCOMPARE(wordsOfA(), u"default key"_s); // that of Raid
+    QCOMPARE(wordsOfA(), u"default key"_s); // of the profile Raid
     QTRY_COMPARE(assignment()->titleOfSelectedItem(), u"Default key"_s);
     QCOMPARE(buttonA()->mark(), KeyMark::none);
 }
@@ -459,7 +459,7 @@ void KeysEndToEndTest::capturedKeysReachNothingElse()
     QVERIFY(mHub->find<Sheet>("mSingleKeyWindow")->isVisible());
     QVERIFY(hand.confirmsTheSheet());
     QCOMPARE(storedEntryOfA(), entry(16, key));
-    // Capturing has ended, and only what came after it was sent on.
+    // Capturing has ended, and only later keys reach the computer.
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {keyboardPage, keyB}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {keyboardPage, keyB}), QString());
     QTRY_COMPARE(recorder.sent(), QStringList({u"+7:5"_s, u"-7:5"_s}));

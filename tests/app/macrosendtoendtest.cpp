@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A macro the whole way: recorded on the keyboard in the real window, edited, assigned to a key, exported and imported,
-// as the real daemon keeps it.
+// The complete path of a macro: recorded on the keyboard in the real window, edited, assigned to a key, exported and
+// imported, as the real daemon stores it.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
@@ -71,14 +71,14 @@ private:
     void addMacro(const QString &name);
     /// Adds the macro "Combo" and records A and B into it.
     void recordCombo();
-    /// Gives the macro "Combo" to the key F.
+    /// Assigns the macro "Combo" to the key F.
     void assignComboToF();
     void chooseForEvent(int row, int tag);
     [[nodiscard]] QStringList lines() const { return mHub->controller->macrosController()->macroDetailsArray(); }
     [[nodiscard]] TableView *list() const { return mHub->find<TableView>("mMacroTableView"); }
     void click(const char *button) const { mHub->find<QPushButton>(button)->click(); }
     void accept(const char *panelName, const QString &path) const;
-    /// The record of a macro as the daemon keeps it; empty when it keeps none of that name.
+    /// The record of a macro in the daemon's document; empty when it has none of that name.
     QVariantMap kept(const QString &name);
     QVariantMap settings() { return mDaemon->request(Command::readSettings)->values; }
 
@@ -131,7 +131,7 @@ void MacrosEndToEndTest::recordCombo()
     QTRY_COMPARE(lines().size(), 7);
     const QStringList posted = lines();
     click("mRecordMacroDetails");
-    QCOMPARE(lines(), posted); // as they were shown while they happened
+    QCOMPARE(lines(), posted); // shown in the same form while they were recorded
 }
 
 void MacrosEndToEndTest::chooseForEvent(int row, int tag)
@@ -203,7 +203,7 @@ void MacrosEndToEndTest::editsAnEventAndADelay()
     const QVariantList events = MacroRecord::events(kept(u"Combo"_s));
     QCOMPARE(MacroRecord::eventFields(events.at(2).toMap()).argument, keyH);
     QCOMPARE(MacroRecord::eventFields(events.at(3).toMap()).delayMs, 250);
-    // The row of a delay is what is sent to have it copied.
+    // The window sends the row of a delay to copy it.
     chooseForEvent(5, MacroCommands::copyDelay);
     QCOMPARE(lines().at(1), u"0.250 seconds delay\n"_s);
     chooseForEvent(-1, MacroCommands::noDelay);
@@ -254,7 +254,7 @@ void MacrosEndToEndTest::aPressedKeyPlaysTheEditedMacro()
     QElapsedTimer elapsed;
     elapsed.start();
     typeKey(keyF);
-    // B's release is left as it was recorded and releases nothing; the end of the macro lets go of H.
+    // B's release remains as recorded and releases nothing; the end of the macro releases H.
     const QStringList played{u"+7:4"_s, u"-7:4"_s, u"+7:11"_s, u"-7:11"_s};
     QTRY_COMPARE(recorder.sent(), played);
     QVERIFY(elapsed.elapsed() >= pauseMs);
@@ -267,7 +267,7 @@ void MacrosEndToEndTest::exportedDeletedAndImportedItIsTheSame()
     QTest::keyClicks(mHub->find<NumberOnlyTextField>("mInputMacroDelay"), u"75"_s);
     click("mMacroDelayOK");
     QVariantMap before = kept(u"Combo"_s);
-    // Its number is the one thing that the daemon gives a macro; a new one gets a number that no other had.
+    // The daemon gives a macro only its number; a new macro gets an unused number.
     QVERIFY(before.contains(SettingsKeys::macroId));
 
     const QTemporaryDir folder;
@@ -320,7 +320,7 @@ void MacrosEndToEndTest::heldEscapeGivesTheKeysBackAfterARecording()
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7U, keyEscape}), QString());
     typeKey(keySpace);
     QTRY_COMPARE(recorder.sent(), QStringList({u"+7:44"_s, u"-7:44"_s}));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space); // as the computer gets it: presses Stop
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space); // the computer receives it and presses Stop
     QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
     QCOMPARE(lines(), ofA);
     QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 2);
@@ -433,7 +433,7 @@ void MacrosEndToEndTest::strangeFilesLeaveBothListsAlike()
     QCOMPARE(keptMacros().size(), before.size() + (isTaken ? 1 : 0));
     QCOMPARE(keptMacros().first(before.size()), before);
     QCOMPARE(mHub->controller->macrosController()->macrosSettingsArray(), keptMacros());
-    // The next change, whoever makes it, shows the daemon's list.
+    // After the next change, by any client, the list is the daemon's.
     const QVariantMap contents{{SettingsKeys::macroName, u"Renamed"_s}, {SettingsKeys::macroId, 0}};
     QVERIFY(mDaemon->request(Command::renameMacro, {{DaemonProtocol::macroContents, contents}}));
     QTRY_VERIFY(!mHub->controller->macrosArray().isEmpty()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the hub does with the daemon's notifications, and what it tells the user.
+// The hub's reaction to the daemon's notifications, and its messages to the user.
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "daemonlink/latestreplyslot.h"
@@ -184,7 +184,7 @@ void NotificationsTest::readsTheProductFromTheName()
     QCOMPARE(after - before, newObservation.isEmpty() ? 0 : 1);
     if (!newObservation.isEmpty())
         QCOMPARE(observations(newObservation), beforeNew + 1);
-    // The requests that follow carry the new number.
+    // The requests that follow contain the new number.
     QCOMPARE(mDaemon->lastRequest(Command::readSettings).dictionary.value(u"ProductID"_s).toInt(), product);
     QCOMPARE(observations(u"Device Attached 271"_s), 1);
 }
@@ -234,7 +234,7 @@ void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack_data()
     QTest::addColumn<bool>("wasRemoved");
     for (const auto &[name, command] : {std::pair{"single key", Command::startSingleKeyRecording},
                                         std::pair{"key for an event", Command::startEditHid}}) {
-        QTest::addRow("%s, keyboard removed before", name) << command << true; // the sheet has gone with it
+        QTest::addRow("%s, keyboard removed before", name) << command << true; // the removal has closed the sheet
         QTest::addRow("%s, daemon started anew", name) << command << false;
     }
 }
@@ -258,7 +258,7 @@ void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack()
         mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
     mDaemon->forgetRequests();
     mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
-    // First what is told of every attachment.
+    // First come the requests of every attachment.
     std::vector<int> expected{int(Command::readSettings)};
     if (!wasRemoved)
         expected.push_back(int(command));
@@ -284,7 +284,7 @@ void NotificationsTest::endsARecordingWhenTheKeyboardIsBack()
     mHub->find<TableView>("mMacroTableView")->selectRow(0);
     mHub->find<QPushButton>("mRecordMacroDetails")->click();
     mDaemon->forgetRequests();
-    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}}); // of a daemon started anew
+    mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}}); // of a restarted daemon
     QCOMPARE(mDaemon->count(Command::stopMacroRecording), 1);
     QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
     QVERIFY(!mHub->controller->macrosController()->recordButtonReadsStop());
@@ -356,7 +356,7 @@ void NotificationsTest::keepsTheFirmwareSpinnerOffUntilTheKeyboardIsBack()
 {
     const auto *spinner = mHub->find<Spinner>("mFirmwareVersionIndicator");
     const auto *version = mHub->find<QLabel>("mFirmwareVersion");
-    mHub->controller->setDriverVersions(); // the spinner is started by a queued call
+    mHub->controller->setDriverVersions(); // a queued call starts the spinner
     mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
     QCoreApplication::processEvents();
     QVERIFY(!spinner->isAnimating());
@@ -402,7 +402,7 @@ void NotificationsTest::reloadsWhenAnotherClientChangedAProfile()
     QCOMPARE(mDaemon->commands(), std::vector<int>{4});
     QCOMPARE(mHub->find<TableView>("mProfilesTableView")->selectedRow(), 0);
 
-    // Without a name it is not the configurator's own either.
+    // Without a name it does not count as the configurator's own.
     mDaemon->postNotification(u"Profile Updated 271"_s);
     QTRY_COMPARE(mDaemon->count(Command::readSettings), 2);
 }
@@ -410,7 +410,7 @@ void NotificationsTest::reloadsWhenAnotherClientChangedAProfile()
 void NotificationsTest::ignoresItsOwnChanges()
 {
     mDaemon->postNotification(u"Profile Updated 271"_s, {{u"Source App"_s, u"org.quillkestra.Configurator"_s}});
-    // Notifications come in order: once the next one has been handled, this one has been too.
+    // Notifications arrive in order: once the next one is handled, this one is too.
     mDaemon->postNotification(u"Illumination Updated 271"_s, {{u"BrightnessKBNormal"_s, 1}});
     QTRY_COMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 1);
     QCOMPARE(mDaemon->commands(), std::vector<int>());
@@ -451,7 +451,7 @@ void NotificationsTest::takesNewMacrosFromTheKeyboard()
     QTRY_COMPARE(mHub->find<TableView>("mMacroTableView")->numberOfRows(), 1);
     const QWidget *keysTab = mHub->controller->keysController()->view();
     QCOMPARE(keysTab->findChild<QLabel *>(u"mProfileNameLabel"_s)->text(), u"On the fly"_s);
-    // Of the tabs, only keys and macros show it at once. Deliberate.
+    // Only the keys and macros tabs show it at once. Deliberate.
     QCOMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), brightnessBefore);
     QCOMPARE(mDaemon->commands(), std::vector<int>());
 }
@@ -551,7 +551,7 @@ void NotificationsTest::survivesNotificationsOfWrongTypes()
                             {u"messagesArray"_s, QVariantList{1, QVariantMap(), true}}};
     mDaemon->postNotification(name, wrong);
     mDaemon->postNotification(name);
-    // Handled once the last one, posted after both, has arrived.
+    // Handled once the last notification, posted after both, has arrived.
     mDaemon->postNotification(u"commandReplyNotification271"_s,
                               {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, u"last"_s}});
     QTRY_COMPARE(mHub->controller->firmwareVersionString(), u"last"_s);

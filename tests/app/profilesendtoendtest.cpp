@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The profiles tab the whole way: the real window, the real daemon and its disk; and a daemon by a script where the
-// real one never fails.
+// The complete path of the profiles tab: the real window, the real daemon and its disk. A scripted daemon replaces the
+// real one where that never fails.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
@@ -51,7 +51,7 @@ QVariantMap withKey(QVariantMap profile, const QString &key, const QVariantMap &
     return profile;
 }
 
-/// A record with what no program of this kind knows.
+/// A record with entries that this program does not know.
 QVariantMap recordOfTheFuture(const QString &name)
 {
     QVariantMap profile = withKey(factoryProfile(name), u"4"_s, entry(20, 0));
@@ -223,7 +223,7 @@ void ProfilesEndToEndTest::exportedDeletedAndImportedIsTheSameRecord()
     QCOMPARE(*PropertyList::writeBinary(storedProfiles().value(1).toMap()), before);
     QCOMPARE(table()->selectedRow(), 1);
     QCOMPARE(stored().value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt(), 1);
-    // While it is there, the same file comes under another name.
+    // While it exists, an import of the same file gets another name.
     import(mFolder->filePath(u"Raid.KestraProfile"_s));
     QCOMPARE(storedProfiles().value(2).toMap().value(SettingsKeys::profileName), QVariant(u"Raid(2)"_s));
 }
@@ -238,12 +238,12 @@ void ProfilesEndToEndTest::theTwentiethProfileIsTheLast()
     auto *add = mHub->find<QPushButton>("mAddProfile");
     auto *gear = mHub->find<PulldownButton>("mSettingsProfile");
     const QList<int> adding{ProfileCommands::newProfile, ProfileCommands::importProfile, ProfileCommands::copy};
-    // Of both menus, one after the other.
+    // Lists the items of both menus, one after the other.
     const auto disabledInMenus = [&] {
         gear->validateItems();
         const std::unique_ptr<QMenu> menu(mHub->find<QLTableView>("mProfilesTableView")->makeContextMenu());
         QList<int> disabled = disabledTags(gear->menu()) + disabledTags(menu.get());
-        disabled.removeAll(ProfileCommands::removeApplication); // none has an application
+        disabled.removeAll(ProfileCommands::removeApplication); // no profile has an application
         return disabled;
     };
     QVERIFY(add->isEnabled());
@@ -252,7 +252,7 @@ void ProfilesEndToEndTest::theTwentiethProfileIsTheLast()
     QCOMPARE(storedProfiles().size(), 20);
     QVERIFY(!add->isEnabled());
     QCOMPARE(disabledInMenus(), adding + adding);
-    // It stays so, whatever refreshes the tab.
+    // The state survives every refresh of the tab.
     table()->abortEditing();
     mHub->controller->setControlsState(false);
     mHub->controller->setControlsState(true);
@@ -282,7 +282,7 @@ void ProfilesEndToEndTest::deletingAProfileClearsTheKeysThatSwitchedToIt()
     answerAlert("alertDefaultButton"_L1);
     const QVariantMap keys = storedProfiles().value(0).toMap().value(SettingsKeys::keys).toMap();
     QCOMPARE(keys.value(u"4"_s).toMap(), QVariantMap());
-    QCOMPARE(keys.value(u"5"_s).toMap(), QVariantMap()); // nothing is renumbered, and there is no third one now
+    QCOMPARE(keys.value(u"5"_s).toMap(), QVariantMap()); // nothing is renumbered, and a third profile no longer exists
     QCOMPARE(keys.value(u"6"_s).toMap(), entry(switchProfile, 0));
     QCOMPARE(storedProfiles().value(1).toMap().value(SettingsKeys::profileName), QVariant(u"Three"_s));
     QCOMPARE(table()->selectedRow(), 0);
@@ -306,7 +306,7 @@ void ProfilesEndToEndTest::aDeleteThatIsNotAnsweredLeavesTheTabBusy()
     else
         mScriptedDaemon = std::make_unique<ScriptedDaemon>(sampleDocument());
     openWindow();
-    setReplyPollInterval(std::chrono::microseconds(100)); // from now on nobody answers
+    setReplyPollInterval(std::chrono::microseconds(100)); // from now on no reply comes
     if (isReal)
         mDaemon->kill();
     else
@@ -388,7 +388,7 @@ void ProfilesEndToEndTest::whatIsNotUnderstoodIsKept()
     QVERIFY(PropertyList::writeFileAtomically(path, content));
     import(path);
     QCOMPARE(*PropertyList::writeBinary(storedProfiles().value(1).toMap()), content);
-    // Every tab shows it, and the keyboard works by it.
+    // Every tab shows the profile, and the keyboard uses it.
     auto *tabs = mHub->window->findChild<QTabWidget *>();
     for (int i = 0; i < tabs->count(); ++i) {
         tabs->setCurrentIndex(i);
@@ -440,7 +440,7 @@ void ProfilesEndToEndTest::whatTheDaemonCannotHoldIsRefused()
     QCOMPARE(table()->selectedRow(), 0);
     QVERIFY(mDaemon->isRunning());
     QTRY_VERIFY2(mDaemon->log().contains(reason), mDaemon->log().constData());
-    // Both go on as before.
+    // Both continue as before.
     clickRow(1);
     QCOMPARE(stored().value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt(), 1);
 }
@@ -451,7 +451,7 @@ void ProfilesEndToEndTest::anApplicationIsBoundAndRemoved()
     openWindow();
     const QString path = mFolder->filePath(u"racer.desktop"_s);
     QVERIFY(PropertyList::writeFileAtomically(path, "[Desktop Entry]\nType=Application\nName=Racer\nExec=racer\n"));
-    // A click into the box of another row switches to it and leads to the chooser.
+    // A click into the box of another row switches to it and opens the chooser.
     QTest::mouseClick(table()->viewport(), Qt::LeftButton, {},
                       table()->visualRect(table()->model()->index(1, 3)).center());
     QCOMPARE(stored().value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt(), 1);
@@ -500,7 +500,7 @@ void ProfilesEndToEndTest::aSwitchFromOutsideAfterAnAddChangesNoRecord()
     QVariantList after = storedProfiles();
     QCOMPARE(after.size(), 3);
     QCOMPARE(after.mid(0, 2), before.mid(0, 2));
-    // What was typed may have reached the profile that it was typed for, and nothing but its name.
+    // The typed text may have reached the profile it was meant for, but only its name.
     QVariantMap added = after.at(2).toMap();
     added.insert(SettingsKeys::profileName, before.at(2).toMap().value(SettingsKeys::profileName));
     QCOMPARE(added, before.at(2).toMap());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Automatic switching the whole way on real desktops without a screen: profiles are bound in the window, two real
-// windows get the focus in turn, and both the window and kestractl show the profile that follows.
+// The complete path of automatic switching, on real desktops without a screen. Profiles are bound in the window, two
+// real windows get the focus in turn, and both the window and kestractl show the profile that follows.
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/filepanels.h"
@@ -33,7 +33,7 @@ private Q_SLOTS:
 
 private:
     void startDaemon(const TestDesktop &desktop);
-    /// Selects the row and chooses for it the application whose window is called `windowClass`.
+    /// Selects the row and binds it to the application whose window has the class `windowClass`.
     void bind(int row, const QString &windowClass);
     [[nodiscard]] TableView *table() const { return mHub->find<TableView>("mProfilesTableView"); }
     [[nodiscard]] static QString activeProfile()
@@ -86,7 +86,7 @@ void ProfilesFocusTest::bothFollowTheFocus()
     QFETCH(TestDesktop::Kind, kind);
     TestDesktop desktop(kind);
     QVERIFY(desktop.start());
-    setReplyPollInterval(replyPollInterval); // for a real daemon, which saves what it answers
+    setReplyPollInterval(replyPollInterval); // long enough for a real daemon, which saves before it answers
     startDaemon(desktop);
     mHub = std::make_unique<Hub>();
     mHub->controller->initializeDevice();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which commands each act in the profiles tab sends, in which order and with what, through the real hub: adding (5),
-// updating (6), deleting (9), switching (10) and what follows them.
+// The commands that each action in the profiles tab sends through the real hub, with their order and content: adding
+// (5), updating (6), deleting (9), switching (10) and the commands that follow them.
 #include "base/settingskeys.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
@@ -22,7 +22,7 @@ using DaemonProtocol::Command;
 
 namespace {
 
-/// What the daemon's side of the four commands is to the tab: a document that follows them.
+/// The daemon's side of the four commands, as the tab sees it: a document that follows them.
 class ProfileDocument
 {
 public:
@@ -230,7 +230,7 @@ void ProfilesWireTest::tickingAnotherRowSwitchesAndThenUpdates()
     tick(2, 1);
     QCOMPARE(mDaemon->commands(), (std::vector<int>{10, 6}));
     QCOMPARE(profileID(0), 2);
-    QCOMPARE(profileID(1), 2); // the row that the switch has selected
+    QCOMPARE(profileID(1), 2); // the switch has selected this row
     QCOMPARE(settings(1), (QVariantMap{{u"AutoSwitchOn"_s, 1}}));
 }
 
@@ -302,7 +302,7 @@ void ProfilesWireTest::deletingSwitchesToTheOneBefore()
     mHub->find<QPushButton>("mDeleteProfile")->click();
     QVERIFY(mDaemon->commands().empty());
     answerAlert();
-    // The document is read again, whether keys had to be repaired or not.
+    // The hub reads the document again, whether keys had to be repaired or not.
     QCOMPARE(mDaemon->commands(), (std::vector<int>{9, 10, 4}));
     QCOMPARE(profileID(0), row);
     QCOMPARE(profileID(1), switchedTo);

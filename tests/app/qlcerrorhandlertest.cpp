@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program's warning alerts: what is on them, and that dismissing them changes nothing.
+// The program's warning alerts: their content, and that dismissing them changes nothing.
 #include "app/qlcerrorhandler.h"
 #include "platform/sheet.h"
 #include "tests/support/testmain.h"
@@ -68,7 +68,7 @@ void QLCErrorHandlerTest::showsTheTextsAndBothButtons()
     const auto *button = alert->findChild<QPushButton *>(u"alertDefaultButton"_s);
     QCOMPARE(button->text(), u"Default"_s);
     QVERIFY(button->isDefault());
-    // The default button is the one at the end, where the desktop expects it.
+    // The default button is at the end, where the desktop expects it.
     QVERIFY(button->x() > alert->findChild<QPushButton *>(u"alertAlternativeButton"_s)->x());
     const int size = alert->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, alert);
     const QImage warning =

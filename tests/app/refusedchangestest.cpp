@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Changes that the daemon refuses or does not answer, and a keyboard that has gone: afterwards the window shows what is
-// stored, asks for nothing, and the next change goes to the record that it shows.
+// Changes that the daemon refuses or does not answer, and a missing keyboard. Afterwards the window shows the stored
+// settings and requests nothing, and the next change goes to the shown record.
 #include "base/settingskeys.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
@@ -117,7 +117,7 @@ const std::array changes{
            [](const Hub &hub) { hub.controller->macrosController()->deleteMacro(); }},
 };
 
-/// Everything that the window shows of the document.
+/// All parts of the document that the window shows.
 QStringList picture(const Hub &hub)
 {
     QStringList shown;
@@ -201,7 +201,7 @@ void RefusedChangesTest::init()
     mHub->window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
     mHub->open(*mDaemon);
-    mHub->find<QAbstractButton>("mB")->click(); // which does what it is
+    mHub->find<QAbstractButton>("mB")->click(); // a key with its default assignment
     mHub->find<TableView>("mMacroTableView")->selectRow(1);
     mDaemon->forgetRequests();
 }
@@ -238,12 +238,14 @@ void RefusedChangesTest::theWindowShowsWhatIsStored()
     tried.make(*mHub);
     QCOMPARE(picture(*mHub), before);
     std::vector<int> sent = mDaemon->commands();
-    std::erase(sent, int(Command::readMacroLines)); // adding and deleting end with the lines of what is selected then
+    std::erase(
+        sent,
+        int(Command::readMacroLines)); // adding and deleting end with a request for the lines of the selected macro
     if (isSilent && tried.command == Command::deleteMacro)
-        std::erase(sent, int(Command::readSettings)); // it may have happened: the lines' row is asked for
+        std::erase(sent, int(Command::readSettings)); // the change may have happened, so the hub requests the settings
     QCOMPARE(sent, std::vector<int>{int(tried.command)});
 
-    // What follows reaches the profile that is shown.
+    // The next change reaches the shown profile.
     mDaemon->forgetRequests();
     mDaemon->setReply(Command::updateProfile, {{u"ReturnStatus"_s, 0}});
     mHub->find<QSlider>("mBrightnessValue")->setValue(1);
@@ -497,19 +499,19 @@ void RefusedChangesTest::aReadingThatFailedMakesTheRowsUnknown()
     QFETCH(std::function<void(KeyboardMainController &)>, read);
     mDaemon->setSilent(Command::readSettings);
     read(*mHub->controller);
-    // Meanwhile the profiles have changed places: as many as before, with another one at the row.
+    // Meanwhile the profiles have changed places: there are as many as before, but the row has another one.
     QVariantMap document = sampleDocument();
     QVariantList profiles = document[u"Profiles"_s].toList();
     profiles.move(0, 1);
     document[u"Profiles"_s] = profiles;
     mDaemon->forgetRequests();
-    mHub->find<QSlider>("mBrightnessValue")->setValue(0); // nobody tells yet what is where
+    mHub->find<QSlider>("mBrightnessValue")->setValue(0); // the window does not know the new rows yet
     QCOMPARE(mDaemon->count(Command::updateProfile), 0);
     mDaemon->setScript(Command::readSettings, [document](const ScriptedDaemon::Request &) {
         return std::vector<ScriptedDaemon::Reply>{
             {ScriptedDaemon::encoded({{u"ReturnStatus"_s, 0}, {u"AllDevSettings"_s, document}})}};
     });
-    mHub->find<QSlider>("mBrightnessValue")->setValue(1); // meant for the one that was there
+    mHub->find<QSlider>("mBrightnessValue")->setValue(1); // meant for the profile that was there
     QCOMPARE(mDaemon->count(Command::updateProfile), 0);
     QCOMPARE(mHub->find<QSlider>("mBrightnessValue")->value(), 4);
     mHub->find<QSlider>("mBrightnessValue")->setValue(3);
@@ -530,7 +532,7 @@ void RefusedChangesTest::aSecondDeletionIsNotSentForAnotherProfile()
 
 void RefusedChangesTest::aLateReplyIsNoRefusedDeletion()
 {
-    // The reply of a command before, which came after nobody waited for it any more.
+    // The reply to an earlier command, which arrived after the hub had stopped waiting for it.
     mDaemon->setReply(Command::deleteProfile, {{u"ReturnStatus"_s, 0}});
     mHub->controller->deleteProfileWithProfileID(0);
     QVariantMap shorter = withActiveProfile(sampleDocument(), 0);
@@ -570,7 +572,7 @@ void RefusedChangesTest::aCommandIsNotMeantForTheProfileThatCameMeanwhile()
     auto *table = mHub->find<TableView>("mProfilesTableView");
     table->editColumnRow(1, 1, true);
     QTest::keyClicks(mHub->window->focusWidget(), u"New"_s);
-    // The reply to the rename tells that another one has become active.
+    // The reply to the rename shows that another profile has become active.
     mDaemon->setDocument(withActiveProfile(sampleDocument(), 0));
     mDaemon->forgetRequests();
     chooseProfile(*mHub, command);
@@ -586,7 +588,7 @@ void RefusedChangesTest::linesThatDidNotComeAreAskedForWithTheNextDocument()
     mHub->find<TableView>("mMacroTableView")->selectRow(2);
     auto *lines = mHub->find<TableView>("mMacroDetailsTableView");
     QCOMPARE(lines->numberOfRows(), 0);
-    // A refusal asks for nothing.
+    // A refusal causes no request.
     mDaemon->setReply(Command::updateProfile, {{u"ReturnStatus"_s, 5}});
     mDaemon->forgetRequests();
     mHub->find<QSlider>("mBrightnessValue")->setValue(0);
@@ -594,7 +596,7 @@ void RefusedChangesTest::linesThatDidNotComeAreAskedForWithTheNextDocument()
     mDaemon->setReply(Command::readMacroLines, {{u"MacroSequences"_s, QVariantList{u"Key Press B"_s}}});
     mHub->controller->deviceConnectedNotification({u"Device Attached 271"_s, {}});
     QCOMPARE(lines->numberOfRows(), 1);
-    // After an event was deleted, none of the old ones is shown while the new ones are unknown.
+    // After an event was deleted, no old line is shown while the new lines are unknown.
     mHub->controller->selectTabAtIndex(2);
     lines->selectRow(0);
     mDaemon->setSilent(Command::readMacroLines);
@@ -655,7 +657,7 @@ void RefusedChangesTest::aDeletionIsForgottenOnlyWhenItDidNotHappen()
     QVERIFY(!mHub->find<Spinner>("mBusyIndicator")->isAnimating());
     mDaemon->forgetRequests();
     mHub->controller->switchProfileWithID(0);
-    // The clean-up after a deletion asks for the document once more.
+    // The clean-up after a deletion requests the document once more.
     QCOMPARE(mDaemon->commands(), isForgotten ? std::vector<int>{10} : (std::vector<int>{10, 4}));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What is on the screen while the program opens the keyboard: the window, painted before the daemon is asked, and while
-// the program waits for a daemon that is not there the window alone. The sheet that was up just before leaves no trace,
-// although the program processes no event for six seconds. On a desktop of the test's own.
+// The screen while the program opens the keyboard. The window is painted before the program sends its request, and
+// while the program waits for a missing daemon, the screen shows the window alone. The sheet that was just open leaves
+// no trace, although the program processes no event for six seconds. Runs on a private desktop.
 #include "base/daemonprotocol.h"
 #include "platform/messageport.h"
 #include "tests/support/scripteddaemon.h"
@@ -76,7 +76,7 @@ QImage RestoringSheetPictureTest::pictureOfTheWait(const TestDesktop &desktop, c
     QProcess program;
     program.setProcessEnvironment(environment);
     program.start(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/kestra-configurator"_s, arguments);
-    // The pictures from the moment on when there is something to see, until the wait is over.
+    // The pictures from the first visible content to the end of the wait.
     QList<QByteArray> pictures;
     QElapsedTimer time;
     time.start();
@@ -100,7 +100,7 @@ void RestoringSheetPictureTest::leavesNoTraceWhileTheProgramWaits()
     TestDesktop desktop(TestDesktop::Kind::x11, screenSize);
     QVERIFY(desktop.start());
     QCOMPARE(desktop.picture().size(), screenSize.width() * screenSize.height() * bytesPerDot);
-    const QImage without = pictureOfTheWait(desktop, {u"--no-launch-notice"_s}); // which shows no sheet
+    const QImage without = pictureOfTheWait(desktop, {u"--no-launch-notice"_s}); // this launch shows no sheet
     QVERIFY(!without.isNull());
     const QImage with = pictureOfTheWait(desktop, {});
     QVERIFY(!with.isNull());
@@ -116,7 +116,7 @@ void RestoringSheetPictureTest::windowIsOnTheScreenBeforeTheProgramAsks()
     TestDesktop desktop(TestDesktop::Kind::x11, screenSize);
     QVERIFY(desktop.start());
     const QImage empty = imageOf(desktop.picture());
-    // It answers the bus, and never a request: the first one waits until the picture was taken.
+    // The daemon answers the bus, but no request: the first request waits until the picture is taken.
     ScriptedDaemon daemon;
     std::atomic<bool> isAsked = false;
     std::binary_semaphore isPictureTaken(0);
@@ -138,7 +138,7 @@ void RestoringSheetPictureTest::windowIsOnTheScreenBeforeTheProgramAsks()
     QVERIFY(wasAsked);
     QVERIFY(shown.save(QCoreApplication::applicationDirPath() + u"/screenshots/asking.png"_s));
     QVERIFY(differingDots(shown, empty) > screenSize.width() * screenSize.height() / 2);
-    QSet<QRgb> colors; // a window that is there without its picture has few
+    QSet<QRgb> colors; // an unpainted window has few
     for (int y = 0; y < screenSize.height(); ++y) {
         for (int x = 0; x < screenSize.width(); ++x)
             colors += shown.pixel(x, y);

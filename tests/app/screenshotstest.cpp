@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Draws the whole window with the real daemon on every tab, with its sheets and alerts, in both palettes and in the
-// shortest and the longest language, into the folder `screenshots` beside the tests, for a person to look at; and
-// checks what is drawn: no text is cut, every text stands out, and what is disabled looks it.
+// shortest and the longest language. The pictures are in the folder `screenshots` beside the tests, for a person to
+// inspect. The test checks that no text is cut off, every text has enough contrast, and disabled controls look
+// disabled.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
@@ -52,7 +53,7 @@ struct Scene
     const char *name;
     int tab;
     void (*open)(const Hub &hub); ///< null: only the tab
-    bool isSheet = true;          ///< what is opened
+    bool isSheet = true;          ///< the scene opens a sheet
 };
 
 void choose(const Hub &hub, const char *gear, int tag)
@@ -175,7 +176,7 @@ private:
 
 void ScreenshotsTest::initTestCase()
 {
-    // Those of the build, with the pictures of the buttons.
+    // The build's resources, with the pictures of the buttons.
     qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources");
 }
 
@@ -281,7 +282,7 @@ void ScreenshotsTest::drawsTheHelp()
     QCoreApplication::processEvents();
     QVERIFY(savePicture(drawnWithSheet(help, nullptr), u"window"_s));
     const QStringList faults = cutTexts(help) + faintTexts(help, leastTextContrast);
-    help->close(); // which deletes it
+    help->close(); // deletes it
     QCoreApplication::sendPostedEvents(help, QEvent::DeferredDelete);
     QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
 }
@@ -357,7 +358,7 @@ void ScreenshotsTest::whatIsNotTickedIsSeenOnADarkDesktop()
 
 void ScreenshotsTest::findsAFaintIndicator()
 {
-    // On a dark desktop the style alone draws such.
+    // On a dark desktop the style alone draws such controls.
     wearPalette(true);
     QWidget window;
     auto *layout = new QVBoxLayout(&window);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every language the program comes with, in the real window at its smallest size: no text is cut off in its control.
+// Every language of the program in the real window at its smallest size: no text is cut off in its control.
 #include "base/text.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/sheet.h"
@@ -42,7 +42,7 @@ private slots:
         QTest::newRow("the first that there is") << QStringList{u"nl-NL"_s, u"fr-FR"_s, u"de-DE"_s} << u"Annuler"_s;
         QTest::newRow("English before another") << QStringList{u"en-GB"_s, u"de-DE"_s} << u"Cancel"_s;
         QTest::newRow("Simplified Chinese") << QStringList{u"zh-Hans-CN"_s, u"zh-CN"_s, u"zh"_s} << u"取消"_s;
-        // Better English than the other script.
+        // English is better than the other script.
         QTest::newRow("Traditional Chinese") << QStringList{u"zh-Hant-TW"_s, u"zh-TW"_s} << u"Cancel"_s;
         QTest::newRow("none that there is") << QStringList{u"nl-NL"_s, u"nl"_s} << u"Cancel"_s;
     }
@@ -86,7 +86,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(hub.window.get()));
         QCOMPARE(hub.window->size(), hub.window->minimumSize());
 
-        // As while a recording runs.
+        // As during a recording.
         hub.controller->macrosController()->setStateOfMacroDetailsTableWithState(false);
         hub.find<QLabel>("mRecordingHint")->show();
         auto *tabs = hub.find<QTabWidget>("mKeyboardTabView");

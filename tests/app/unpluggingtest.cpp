@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The keyboard is pulled out, and plugged in again, in whatever state the window is: nothing crashes, the controls are
-// off meanwhile, what is open can still be answered, and afterwards everything works as before.
+// The keyboard is unplugged and plugged in again in every state of the window. Nothing crashes. Meanwhile the controls
+// are disabled, and open sheets can still be answered. Afterwards everything works as before.
 #include "app/keyboardmaintenancecontroller.h"
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
@@ -42,7 +42,7 @@ namespace {
 
 enum Tab { keysTab, profilesTab, macrosTab, lightingTab, maintenanceTab };
 
-/// What is done with what is open while the keyboard is away.
+/// The user's answer to open sheets while the keyboard is missing.
 enum class Answer { none, yes, no };
 
 struct State
@@ -77,7 +77,7 @@ void typeName(const Hub &hub, const char *table)
 
 void openGearMenu(const Hub &hub, const char *gear)
 {
-    // As a click does, but without the event loop that a tool button then runs.
+    // Like a click, but without the event loop that a tool button then runs.
     hub.find<PulldownButton>(gear)->menu()->popup(hub.window->mapToGlobal(QPoint(50, 50)));
 }
 
@@ -99,7 +99,7 @@ const std::array states{
     State{"single-key sheet", keysTab,
           [](const Hub &hub) {
               hub.find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger();
-              // OK is off until a key was captured.
+              // OK is disabled until a key is captured.
               hub.controller->keysController()->singleKeyEvents({u"SingleKeyEvent271"_s, {{u"singleKey"_s, 5}}});
           }},
     State{"panel for a program", keysTab,
@@ -138,7 +138,7 @@ const std::array states{
     State{"firmware asked for", lightingTab, [](const Hub &hub) { hub.controller->setDriverVersions(); }},
 };
 
-// What changes something, by tab. What is off without a selection or a device is not named.
+// The controls that change something, by tab, except those that are disabled without a selection or a device.
 const std::array everyControl{
     "mA",
     "mM1",
@@ -206,7 +206,7 @@ void answerDialog(QDialog *dialog, Answer answer)
     (answer == Answer::no && cancel ? cancel : ok)->click();
 }
 
-/// Answers everything that is open, but for the sheet that tells of the missing keyboard.
+/// Answers everything that is open, except the sheet that reports the missing keyboard.
 void answerAll(const Hub &hub, Answer answer)
 {
     for (const QPointer<QWidget> widget : QApplication::topLevelWidgets()) {
@@ -222,7 +222,7 @@ void answerAll(const Hub &hub, Answer answer)
     QCoreApplication::processEvents();
 }
 
-/// What is open over the window.
+/// The open widgets above the window.
 QStringList openWidgets()
 {
     QStringList names;
@@ -249,7 +249,7 @@ class UnpluggingTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { qputenv("HOME", QFile::encodeName(mHome.path())); } // where panels begin
+    void initTestCase() { qputenv("HOME", QFile::encodeName(mHome.path())); } // start folder of panels
     void init();
     void cleanup();
     void inEveryState_data();
@@ -333,7 +333,7 @@ void UnpluggingTest::inEveryState()
     QCOMPARE(controlsThatAre(*mHub, true), QStringList());
     QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
     QCOMPARE(mHub->find<QLabel>("mFirmwareVersion")->text(), u"-"_s);
-    QVERIFY(!QApplication::activePopupWidget()); // the menu of a control that is off
+    QVERIFY(!QApplication::activePopupWidget()); // the menu of a disabled control
     if (answer != Answer::none) {
         answerAll(*mHub, answer);
         QStringList enabled = controlsThatAre(*mHub, true);
@@ -353,7 +353,7 @@ void UnpluggingTest::inEveryState()
     QCOMPARE(openWidgets(), QStringList());
     mHub->find<TableView>("mMacroTableView")->selectRow(0);
     QCOMPARE(controlsThatAre(*mHub, false), QStringList());
-    // It is the daemon's document that is shown, and it can be changed.
+    // The window shows the daemon's document, which can be changed.
     QTRY_COMPARE(mHub->controller->profilesArray(), kept().value(SettingsKeys::profiles).toList());
     QCOMPARE(mHub->controller->macrosArray(), kept().value(SettingsKeys::macros).toList());
     mHub->find<QSlider>("mBrightnessValue")->setValue(1);
@@ -372,7 +372,7 @@ void UnpluggingTest::whileTheRestoringSheetIsUp()
     QTRY_VERIFY(mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
     QVERIFY(restoring->isVisible());
     QCOMPARE(controlsThatAre(*mHub, true), QStringList());
-    // The opening that the sheet waits for finds no keyboard, and closes it.
+    // The opening that follows the sheet finds no keyboard and closes the sheet.
     mHub->controller->initializeDevice();
     QVERIFY(!restoring->isUp());
     QVERIFY(mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
@@ -436,7 +436,7 @@ void UnpluggingTest::whileACommandWaits()
     QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
     QCOMPARE(mHub->controller->profilesArray(), profiles);
 
-    // Plugged in again while the next command waits, which stays without answer.
+    // The keyboard is plugged in again while the next command waits for a reply that never comes.
     setReplyPollInterval(500us);
     daemon.setScript(command, [&](const ScriptedDaemon::Request &) {
         daemon.postNotification(u"Device Attached 271"_s);
@@ -470,7 +470,7 @@ void UnpluggingTest::comesAndGoesQuickly()
     const auto replyObservers = [&] {
         return center.observationCount(mHub->controller.get(), u"commandReplyNotification271"_s);
     };
-    // One from the opening and one for each time it was plugged in: none was missed.
+    // One from the opening and one for each time the keyboard was plugged in: none was missed.
     QTRY_COMPARE(replyObservers(), 21);
     QTRY_VERIFY(mHub->find<Sheet>("mCommunicationAlertWindow")->isVisible());
     QCOMPARE(controlsThatAre(*mHub, true), QStringList());

@@ -42,7 +42,7 @@ QStringList shownInColumn(TableView *table, int column)
     return shown;
 }
 
-/// The place of an assignment in the pop-up.
+/// The position of an assignment in the pop-up.
 int positionOf(int command)
 {
     static const QMap<int, int> positions{{10, 2}, {16, 1}, {17, 3}, {20, 5}, {46, 4}};

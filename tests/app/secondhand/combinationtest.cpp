@@ -21,7 +21,7 @@ constexpr std::pair<Obstruction, const char *> obstructions[] = {
     {Obstruction::unanswered, "unanswered"},
 };
 
-/// Whether the reply of the command carries the document even when the daemon refuses it.
+/// Whether the reply of the command contains the document even when the daemon refuses it.
 bool returnsDocument(Command command)
 {
     return command == Command::addProfile || command == Command::updateProfile || command == Command::replaceAllProfiles

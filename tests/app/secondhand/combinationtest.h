@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Runs every combination of an operation, an event in the middle of it, and a way in which the person ends it.
-// Afterwards only the intended record has changed, the window looks like a newly opened one with the same settings, and
-// nothing of the operation is left. The test's thread; needs a session bus of the test's own.
+// Runs every combination of an operation, an event in the middle of it, and a way in which the user ends it. Afterwards
+// only the intended record has changed, the window looks like a newly opened one with the same settings, and nothing of
+// the operation is left. Runs on the test's thread; needs a private session bus.
 #pragma once
 
 #include "tests/app/secondhand/operation.h"
@@ -16,7 +16,7 @@ class CombinationTest : public QObject
     Q_OBJECT
 
 public:
-    /// `operations` is called once, after the texts were loaded.
+    /// Calls `operations` once, after the texts are loaded.
     explicit CombinationTest(std::vector<Operation> (*operations)()) : mOperations(operations()) {}
 
 private Q_SLOTS:
@@ -38,10 +38,9 @@ private:
 
     void run(const Operation &operation, const End &end, const Middle &middle);
     [[nodiscard]] bool begin(const Operation &operation, const Middle &middle);
-    /// The event, and the person's end of the operation.
+    /// Plays the event, and the user's end of the operation.
     void play(const Operation &operation, const End &end, const Middle &middle);
-    /// Plugs in a missing keyboard, starts an ended daemon, and brings what an obstructed command left undone to an
-    /// end.
+    /// Plugs in a missing keyboard, starts an ended daemon, and completes what an obstructed command left undone.
     void recover(const Middle &middle);
     void recoverFromUnansweredDeletion();
     /// Whether the operation continues after the event. `before`: the settings before the event.
@@ -59,13 +58,13 @@ private:
     void report(const QString &problem) { mProblems += problem; }
     void report(const char *what, const QStringList &problems);
 
-    QTemporaryDir mHome;     // where panels begin
+    QTemporaryDir mHome;     // start folder of file panels
     HubResources mResources; // before mOperations, which contains texts
     std::vector<Operation> mOperations;
     std::unique_ptr<Scene> mScene;
     QStringList mProblems;
     QHash<QByteArray, WindowPicture> mFreshPictures; ///< by settings and view
     WindowPicture mPictureWithoutKeyboard;
-    bool mHasBegunUndisturbed = true; ///< no command of the beginning was obstructed
+    bool mHasBegunUndisturbed = true; ///< true while no command of the beginning is obstructed
     int mCount = 0;
 };

@@ -50,7 +50,7 @@ Operation singleKeySheet()
     };
     const auto finish = [](Scene &) {
         Person::clickIn(sheet, "mSingleKeyOK");
-        Person::clickIn(sheet, "mSingleKeyCancel"); // OK is off while no key was captured
+        Person::clickIn(sheet, "mSingleKeyCancel"); // OK is disabled until a key is captured
     };
     const auto change = [](Scene &scene) {
         if (!scene.ledger.isObstructed(Command::startSingleKeyRecording))

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The settings that the daemon must have. Begins with the daemon's document and applies every change to it by the
-// daemon's own rules. Also follows the rows of the records that an operation is about. A value.
+// The settings that the daemon must have. A ledger begins with the daemon's document and applies every change to it by
+// the daemon's own rules. It also follows the rows of the records that an operation is about. A value.
 #pragma once
 
 #include "base/daemonprotocol.h"
@@ -10,10 +10,10 @@
 
 #include <optional>
 
-/// How the daemon obstructs a command; in no case does it carry the command out.
+/// The way in which the daemon obstructs a command. It never carries out an obstructed command.
 enum class Obstruction {
     refused,             ///< the reply has a status other than 0, and no document
-    refusedWithDocument, ///< likewise, with the unchanged document
+    refusedWithDocument, ///< the reply has a status other than 0, and the unchanged document
     unanswered           ///< there is no reply
 };
 
@@ -33,23 +33,23 @@ public:
     Ledger(QVariantMap document, int profile, int macro);
 
     [[nodiscard]] const QVariantMap &document() const { return mDocument; }
-    [[nodiscard]] int profile() const { return mProfile; } ///< -1 once it was deleted
-    [[nodiscard]] int macro() const { return mMacro; }     ///< -1 once it was deleted
+    [[nodiscard]] int profile() const { return mProfile; } ///< -1 after its deletion
+    [[nodiscard]] int macro() const { return mMacro; }     ///< -1 after its deletion
     void setProfile(int row) { mProfile = row; }
     void setMacro(int row) { mMacro = row; }
     [[nodiscard]] int activeProfile() const;
     [[nodiscard]] QVariantList profiles() const;
     [[nodiscard]] QVariantList macros() const;
-    [[nodiscard]] QVariantMap profileRecord() const; ///< of profile(); empty once it was deleted
-    [[nodiscard]] QVariantMap macroRecord() const;   ///< of macro(); empty once it was deleted
+    [[nodiscard]] QVariantMap profileRecord() const; ///< of profile(); empty after its deletion
+    [[nodiscard]] QVariantMap macroRecord() const;   ///< of macro(); empty after its deletion
 
     void setObstructed(const std::optional<ObstructedCommand> &command) { mObstructed = command; }
     [[nodiscard]] bool isObstructed(Command command) const;
     [[nodiscard]] std::optional<Obstruction> obstructionOf(Command command) const;
 
-    /// A request of another client. When the rules refuse it, returns false and notes a problem.
+    /// Applies a request of another client. When the rules refuse it, returns false and records a problem.
     bool follow(Command command, const QVariantMap &request);
-    /// A request of the window. Returns false when it is obstructed; then it changes nothing.
+    /// Applies a request of the window. Returns false and changes nothing when the request is obstructed.
     bool apply(Command command, const QVariantMap &request);
     /// Changes these keys of the profile that the operation is about.
     bool changeProfile(const QVariantMap &settings);
@@ -63,7 +63,7 @@ public:
     /// Copies the delays of recorded events from `actual`, the daemon's document.
     void adoptRecordedDelays(const QVariantMap &actual);
 
-    /// Requests that the rules refused: mistakes of the test.
+    /// Requests that the rules refused: mistakes in the test.
     [[nodiscard]] const QStringList &problems() const { return mProblems; }
 
 private:

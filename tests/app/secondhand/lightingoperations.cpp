@@ -17,7 +17,7 @@ constexpr char alert[] = "alert";
 constexpr char colorDialog[] = "colorDialog";
 constexpr char slider[] = "mBrightnessValue";
 constexpr int draggedTo = 2;
-constexpr int draggedOnTo = 4; // as far as it goes
+constexpr int draggedOnTo = 4; // the end of the slider
 
 void restoreSubject(Scene &scene)
 {

@@ -28,7 +28,7 @@ constexpr char eventSheet[] = "mEditEventWindow";
 constexpr int playMacroAssignment = 10;
 constexpr uint keyB = 5;
 constexpr int delayRow = 1; // of the second event
-constexpr int eventRow = 2; // likewise
+constexpr int eventRow = 2; // of the second event
 constexpr int newDelayMs = 77;
 // The rest is typed at the end. It must not select a row by its name when the name is no longer being edited.
 const QString typedName = u"Half a Mo"_s;
@@ -316,7 +316,7 @@ Operation recording(const char *name, const char *button, bool isAppended)
         captureKeyB(scene);
     };
     const auto save = [isAppended](Scene &scene) {
-        // Command 20 also ends the recording, so that command 19 may fail.
+        // Command 19 may fail, because command 20 also ends the recording.
         if (scene.ledger.isObstructed(Command::startMacroRecording)
             || scene.ledger.isObstructed(Command::saveRecordedEvents) || scene.ledger.macro() < 0)
             return;

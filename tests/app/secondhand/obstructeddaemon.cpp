@@ -101,7 +101,7 @@ std::optional<QByteArray> ObstructedDaemon::receive(qint32 number, const std::op
     }
     if (isOfConfigurator)
         setReplyPollInterval(obstruction == Obstruction::unanswered ? std::chrono::microseconds(0) : replyPollInterval);
-    // Like the daemon's process: a message is answered first and handled afterwards.
+    // Like the daemon's process, it answers a message before it handles it.
     QMetaObject::invokeMethod(
         &mParts->daemon,
         [this, number, data, obstruction] {

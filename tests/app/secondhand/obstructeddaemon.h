@@ -12,7 +12,7 @@
 #include <mutex>
 #include <optional>
 
-/// Owns the request port from construction to destruction. The functions may be called from any thread.
+/// Owns the request port from construction to destruction. Any thread may call the functions.
 class ObstructedDaemon
 {
 public:
@@ -23,10 +23,10 @@ public:
     ~ObstructedDaemon();
     Q_DISABLE_COPY_MOVE(ObstructedDaemon)
 
-    /// From now on obstructs this command of the configurator, but not of other clients. The configurator does not wait
+    /// Obstructs this command of the configurator from now on, but not of other clients. The configurator does not wait
     /// for the reply to an unanswered command.
     void setObstructed(const std::optional<ObstructedCommand> &command);
-    /// Whether an obstructed command was received.
+    /// Whether the daemon received an obstructed command.
     [[nodiscard]] bool hasObstructed() const;
 
 private:
@@ -42,6 +42,6 @@ private:
 
     QTemporaryDir mFolder;
     QString mConnectionName;
-    std::unique_ptr<Parts> mParts; // made, used and destroyed on mThread
+    std::unique_ptr<Parts> mParts; // created, used and destroyed on mThread
     WorkerThread mThread;
 };

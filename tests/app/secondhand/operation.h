@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The table of operations: actions of a person that have a beginning and an end. Values; the test's thread.
+// The table of operations: actions of a user that have a beginning and an end. Values; used on the test's thread.
 #pragma once
 
 #include "tests/app/secondhand/scene.h"
@@ -9,24 +9,24 @@
 
 /// The kind decides, together with the subject, whether an operation survives an event.
 enum class OperationKind {
-    nameEdit,  ///< a name half-typed in a table
-    sheet,     ///< a sheet, a panel or an alert that is up
-    popUp,     ///< a menu that is open
-    recording, ///< keys being recorded
-    drag       ///< a slider held by the mouse
+    nameEdit,  ///< the user is typing a name in a table
+    sheet,     ///< a sheet, a panel or an alert is open
+    popUp,     ///< a menu is open
+    recording, ///< keys are being recorded
+    drag       ///< the mouse holds a slider
 };
 
-/// What an operation is about.
+/// The subject of an operation.
 enum class Subject {
-    none,          ///< nothing that exists: it makes a new record
+    none,          ///< nothing that exists: the operation creates a record
     profile,       ///< the selected profile, by its name
     profilesKey,   ///< a key of the selected profile
-    profilesLight, ///< the light of the selected profile
+    profilesLight, ///< the key lighting of the selected profile
     macro,         ///< the selected macro, by its name
     events         ///< the events of the selected macro
 };
 
-/// A way in which the person ends an operation.
+/// A way in which the user ends an operation.
 struct End
 {
     const char *name;

@@ -39,7 +39,7 @@ void deleteMacro(Scene &scene, int row)
     scene.ask(Command::deleteMacro, {{DaemonProtocol::macroId, row}});
 }
 
-/// Whatever the window sends afterwards must contain this assignment, too.
+/// Later requests of the window must also contain this assignment.
 void assignAnotherKey(Scene &scene)
 {
     QVariantMap keys = scene.ledger.profileRecord().value(SettingsKeys::keys).toMap();

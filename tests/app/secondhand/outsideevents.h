@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The table of events that happen in the middle of an operation. Values; the test's thread.
+// The table of events that happen in the middle of an operation. Values; used on the test's thread.
 #pragma once
 
 #include "tests/app/secondhand/scene.h"

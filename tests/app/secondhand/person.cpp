@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The actions of the person in front of the window.
+// The actions of the user in front of the window.
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"

@@ -41,7 +41,7 @@ bool waitFor(const std::function<bool()> &condition)
 
 } // namespace
 
-// What it begins with
+// The initial settings
 
 QVariantMap StartSettings::profileNamed(const QString &name, int brightness)
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The surroundings of one combination: a daemon, the window, a person in front of it, another client, and a ledger of
-// the settings. The test's thread; needs a session bus of the test's own.
+// The surroundings of one combination: a daemon, the window, a user in front of it, another client, and a ledger of the
+// settings. Used on the test's thread; needs a private session bus.
 #pragma once
 
 #include "tests/app/hubfixture.h"
@@ -72,7 +72,8 @@ public:
     void pressBrightnessUp();
     /// Presses and releases a key of the keyboard. Returns whether the computer received it.
     bool typeKey(uint usage);
-    /// Ends the daemon. Until startDaemon() the window's requests are not answered, and it does not wait for replies.
+    /// Ends the daemon. Until startDaemon() the window's requests stay unanswered, and the window does not wait for
+    /// replies.
     void endDaemon();
     void startDaemon();
     [[nodiscard]] bool isDaemonRunning() const { return mObstructable || mClient.isRunning(); }
@@ -84,8 +85,8 @@ private:
     QTemporaryDir mFiles;
 };
 
-/// The actions of the person, with the mouse and the computer's keys. An action does nothing when its control is
-/// hidden, disabled or closed.
+/// The actions of the user, with the mouse and the computer's keys. An action does nothing when its control is hidden,
+/// disabled or closed.
 namespace Person {
 void click(const Scene &scene, const char *button);
 void chooseFrom(const Scene &scene, const char *gearButton, int tag);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Another hand changes the settings during the operations of the lighting tab.
+// Another client changes the settings during the operations of the lighting tab.
 #include "tests/app/secondhand/combinationtest.h"
 #include "tests/support/testmain.h"
 

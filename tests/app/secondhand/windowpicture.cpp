@@ -101,7 +101,7 @@ QStringList differencesOf(const QMap<QString, Value> &actual, const QMap<QString
 {
     QStringList found;
     for (auto entry = expected.cbegin(); entry != expected.cend(); ++entry) {
-        // A control that only one window hides is a difference of the contents.
+        // A control that only one window hides counts as a difference of the contents.
         const Value value = actual.value(entry.key(), entry.value());
         if (value != entry.value())
             found += u"%1 is \"%2\" and not \"%3\""_s.arg(entry.key(), text(value), text(entry.value()));
@@ -121,7 +121,7 @@ WindowPicture windowPicture(const QWidget *window)
             pictured.insert(
                 widget->objectName() + (pictured.contains(widget->objectName()) ? u", second"_s : QString()), widget);
     }
-    // First, since fetching what is in a table also brings the controls beside it up to date.
+    // First, because reading a table also brings the controls beside it up to date.
     for (auto entry = pictured.cbegin(); entry != pictured.cend(); ++entry) {
         if (entry.value()->isHidden())
             continue;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The visible state of the main window as text: the content of each named control, and whether it is enabled. The
-// test's thread.
+// The visible state of the main window as text: the content of each named control, and whether it is enabled. Used on
+// the test's thread.
 #pragma once
 
 #include <QMap>
@@ -13,10 +13,10 @@ struct WindowPicture
 {
     QMap<QString, QString> contents;
     QMap<QString, bool> enabled;   ///< without hidden controls
-    QStringList controlsThatAreOn; ///< likewise, and without labels and frames
+    QStringList controlsThatAreOn; ///< without hidden controls, labels and frames
 };
 
-/// Leaves the versions out: the program asks for them at times of its own.
+/// Omits the versions, because the program requests them at times of its own.
 [[nodiscard]] WindowPicture windowPicture(const QWidget *window);
 
 /// The differences, one for each control; empty without any.
