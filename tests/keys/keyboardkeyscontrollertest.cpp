@@ -268,7 +268,7 @@ void KeyboardKeysControllerTest::updateCurrentButtonIgnoresCodesOutsideTheLayout
     tab.controller->updateCurrentButton(code);
     QCOMPARE(tab.controller->currentButton(), tab.key("mA"));
     QCOMPARE(tab.controller->currentButtonValue(), u"4"_s);
-    QCOMPARE(tab.key("mA")->buttonType(), KeyButton::Type::onOff); // given in any case
+    QCOMPARE(tab.key("mA")->buttonType(), KeyButton::Type::onOff); // stored in any case
 }
 
 void KeyboardKeysControllerTest::updateCurrentButtonFindsM1()
@@ -281,7 +281,7 @@ void KeyboardKeysControllerTest::updateCurrentButtonFindsM1()
 
 void KeyboardKeysControllerTest::highlightsMappedKeysExceptTheSelectedOne()
 {
-    Tab tab(profile(u"P"_s, {{u"41"_s, entry(20)}, // Esc, which is selected at the start
+    Tab tab(profile(u"P"_s, {{u"41"_s, entry(20)}, // Esc, the selected key at the start
                              {u"4"_s, entry(20)},
                              {u"5"_s, entry(30)},
                              {u"6"_s, entry(45)},
@@ -503,7 +503,7 @@ void KeyboardKeysControllerTest::pictureIsAsLargeAsTheWindowAllows()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     const QRect keys = tab.key("mM5")->geometry().united(tab.key("mNumPadEnter")->geometry());
     QCOMPARE(keys.width() > size.width() * 9 / 10, isWidthFilled);
-    // Where the height is what is short, it is used up.
+    // Where the height limits the size, all of it is used.
     const QWidget *row = tab.find<PopUpButton>("mAssignFunction")->parentWidget();
     const int rest = size.height() - row->geometry().bottom();
     QVERIFY2(isWidthFilled || rest < 80, qPrintable(QString::number(rest)));

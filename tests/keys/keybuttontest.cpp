@@ -26,16 +26,16 @@ QImage drawn(KeycapState state, const QPalette &palette = QPalette())
     return image;
 }
 
-// The brightness of the pixels alone, as a person sees it who does not tell colours apart.
+// The brightness of the pixels alone, for users who cannot distinguish the colours.
 QImage withoutColor(const QImage &image)
 {
     return image.convertToFormat(QImage::Format_Grayscale8);
 }
 
-// How many pixels of `a` and `b` differ in brightness by more than a step that can be seen.
+// The number of pixels whose brightness differs visibly between `a` and `b`.
 int visiblyDifferentPixels(const QImage &a, const QImage &b)
 {
-    constexpr int visibleStep = 25; // of 255
+    constexpr int visibleStep = 25; // of 255 steps
     const QImage grayA = withoutColor(a), grayB = withoutColor(b);
     int count = 0;
     for (int y = 0; y < grayA.height(); ++y)
@@ -130,7 +130,7 @@ void KeyButtonTest::selectedKeyIsNotDrawnHighlighted()
     button.highlight(true);
     QCOMPARE(drawing(), selected);
     button.setButtonType(KeyButton::Type::momentaryPushIn);
-    QVERIFY(drawing() != plain); // the highlight is still there
+    QVERIFY(drawing() != plain); // the highlight has remained
 }
 
 void KeyButtonTest::clickAloneChangesNothing()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The fonts of the legends, with every family that the machine has.
+// The fonts of the legends, with every font family of the machine.
 #include "keys/keylegend.h"
 #include "tests/support/testmain.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Showing and changing what the selected key does: assignment and playback pop-up, sub-menus, open panel.
+// Showing and changing the action of the selected key: assignment and playback pop-up, sub-menus, open panel.
 #include "tests/keys/keystesting.h"
 #include "tests/support/testmain.h"
 
@@ -20,7 +20,7 @@ using namespace KeysTesting;
 
 namespace {
 
-// Four profiles, the first of them active; the key A carries `keyA`.
+// Four profiles, the first of them active; the key A has the entry `keyA`.
 std::unique_ptr<Tab> tabWithA(const QVariantMap &keyA,
                               const QVariantList &macros = {macro(u"Heal"_s), macro(u"Burst"_s)})
 {
@@ -345,7 +345,7 @@ void KeysAssignmentTest::assigningHidesPlayback()
 void KeysAssignmentTest::macroItemItselfKeepsPlayback()
 {
     const auto tab = tabWithA(entry(10, 0, 1));
-    tab->controller->clickAssignFunction(nullptr); // position 2 is the selected one
+    tab->controller->clickAssignFunction(nullptr); // position 2 is already selected
     QVERIFY(!tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden());
     QVERIFY(!tab->find<QLabel>("mPlaybackOptionLabel")->isHidden());
 }
@@ -478,7 +478,7 @@ void KeysAssignmentTest::macroNamedLikeTheActiveProfileIsHidden()
 void KeysAssignmentTest::itemsAreValidatedWhenTheirMenuOpens()
 {
     const auto tab = tabWithA(entry(45), {macro(u"Browser"_s)});
-    tab->controller->setMDeviceSettingsDict({{SettingsKeys::activeProfile, 2}}); // and no redraw
+    tab->controller->setMDeviceSettingsDict({{SettingsKeys::activeProfile, 2}}); // without a redraw
     for (const int position : {2, 3}) {
         QMenu *menu = tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(position);
         QVERIFY(records(menu).last()->isVisible());

@@ -28,7 +28,7 @@ void postCapture(int key, int modifier)
         {{DaemonProtocol::singleKey, key}, {DaemonProtocol::singleKeyModifier, modifier}});
 }
 
-// A tab with the key A selected and the capture sheet up.
+// A tab with the key A selected and the capture sheet open.
 std::unique_ptr<Tab> tabWithSheet(const QVariantMap &keyA = entry(20))
 {
     auto tab = std::make_unique<Tab>(profile(u"P"_s, {{u"4"_s, keyA}}));
@@ -180,7 +180,7 @@ void KeysCaptureTest::okIsOffUntilAKeyIsCaptured()
 {
     const auto tab = tabWithSheet();
     auto *ok = tab->find<QPushButton>("mSingleKeyOK");
-    // The second round is a sheet that is opened again after one that had captured something.
+    // The second round reopens a sheet that had captured a key.
     for (int round = 0; round < 2; ++round) {
         QVERIFY(!ok->isEnabled());
         ok->click();
@@ -241,7 +241,7 @@ void KeysCaptureTest::keysOfAnotherKeyboardPressNoButtonBeforeACapture()
     QFETCH(Qt::Key, key);
     const auto tab = tabWithSheet();
     auto *sheet = tab->find<Sheet>("mSingleKeyWindow");
-    // The second round is a sheet that is opened again after one that had captured something.
+    // The second round reopens a sheet that had captured a key.
     for (int round = 0; round < 2; ++round) {
         QCOMPARE(sheet->focusWidget(), tab->find<QLineEdit>("mSingleKeyInput"));
         tab->delegate.calls.clear();
@@ -361,7 +361,7 @@ void KeysCaptureTest::otherKeysKeepFlagAndName()
     Tab tab(profile(u"P"_s));
     tab.key("mF12")->click();
     tab.key("mA")->click();
-    QVERIFY(!tab.controller->isFunctionKeySelected()); // by the key's own action
+    QVERIFY(!tab.controller->isFunctionKeySelected()); // the key's own action changes it
     QCOMPARE(tab.controller->keyName(), u"F12"_s);
     tab.controller->checkForSelectedFunctionKey();
     QVERIFY(!tab.controller->isFunctionKeySelected());
@@ -379,7 +379,7 @@ void KeysCaptureTest::noticeShowsForAssignedFunctionKeysOnly_data()
     QTest::newRow("F13 single key") << u"mF13"_s << u"104"_s << 16 << true;
     QTest::newRow("F14 macro") << u"mF14"_s << u"105"_s << 10 << true;
     QTest::newRow("F1 default") << u"mF1"_s << u"58"_s << 45 << false;
-    QTest::newRow("F1 unknown") << u"mF1"_s << u"58"_s << 30 << false; // shows at position 0
+    QTest::newRow("F1 unknown") << u"mF1"_s << u"58"_s << 30 << false; // appears at position 0
     QTest::newRow("M1 is no function key") << u"mM1"_s << u"106"_s << 20 << false;
     QTest::newRow("M5 is no function key") << u"mM5"_s << u"110"_s << 20 << false;
     QTest::newRow("A") << u"mA"_s << u"4"_s << 20 << false;
@@ -392,7 +392,7 @@ void KeysCaptureTest::noticeShowsForAssignedFunctionKeysOnly()
     QFETCH(int, command);
     QFETCH(bool, isShown);
     Tab tab(profile(u"P"_s, {{code, entry(command)}}));
-    tab.key("mF2")->click(); // so that a flag left over would show
+    tab.key("mF2")->click(); // makes a leftover flag visible
     tab.window.findChild<KeyButton *>(outlet)->click();
     QCOMPARE(!tab.find<QLabel>("mFunctionKeysInfoLabel")->isHidden(), isShown);
     QCOMPARE(!tab.find<QLabel>("mFunctionKeysInfoImage")->isHidden(), isShown);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the keys tab paints and makes anew after a change: no more than what looks different.
+// The parts that the keys tab paints and recreates after a change: only those that look different.
 #include "tests/keys/keystesting.h"
 #include "tests/support/testmain.h"
 
@@ -19,7 +19,7 @@ using namespace KeysTesting;
 
 namespace {
 
-/// The keys that were painted since it was made.
+/// The keys painted since the construction.
 class PaintedKeys : public QObject
 {
 public:
@@ -47,8 +47,8 @@ private:
     QSet<QString> mNames;
 };
 
-// Until everything that was asked for is painted: an event posted now comes after all that, twice over because a
-// repaint is itself asked for by an event.
+// Waits until every requested repaint is done. A posted event arrives after all pending ones, and a second one is
+// needed because an event also requests a repaint.
 void paintAll()
 {
     for (int round = 0; round < 4; ++round) {
@@ -172,7 +172,7 @@ void KeysRedrawTest::restoredKeyLooksLikeASelectedOne()
 
 void KeysRedrawTest::selectedMappedKeyIsNotDrawnHighlighted()
 {
-    // Of a key, the half without the mark of its assignment.
+    // The half of a key that does not contain the mark of its assignment.
     const auto cap = [this](const char *key) {
         const QImage image = mTab->key(key)->grab().toImage();
         return image.copy(0, 0, image.width() / 2, image.height());
@@ -194,7 +194,7 @@ void KeysRedrawTest::selectedMappedKeyIsNotDrawnHighlighted()
     QCOMPARE(cap("mA"), mapped);
     mTab->controller->clickA(nullptr);
     QCOMPARE(cap("mA"), selected);
-    mTab->controller->clickA(nullptr); // again
+    mTab->controller->clickA(nullptr); // the second click on A
     QCOMPARE(cap("mA"), selected);
     mTab->controller->updateUISettings();
     QCOMPARE(cap("mA"), selected);

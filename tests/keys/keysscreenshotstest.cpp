@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Draws the tab and the single-key sheet in both palettes and several sizes into the folder `screenshots` beside the
-// tests, for a person to look at, and checks that a screen with twice the dots gets more than the same picture
-// enlarged.
+// tests, for a person to inspect. Checks that a screen with twice the dots shows more than an enlarged picture.
 #include "tests/keys/keystesting.h"
 #include "tests/support/testmain.h"
 

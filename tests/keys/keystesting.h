@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the keys tab share: a delegate that records its calls, a small settings document, a wired tab.
+// Shared parts of the tests of the keys tab: a delegate that records its calls, a small settings document, a connected
+// tab.
 #pragma once
 
 #include "base/settingskeys.h"
@@ -32,7 +33,7 @@ public:
         sentProfiles << profiles;
     }
 
-    /// The entry of `code` in the last settings that were sent.
+    /// The entry of `code` in the settings that were sent last.
     [[nodiscard]] QVariantMap sentEntry(const QString &code) const
     {
         return sent.value(sent.size() - 1).value(SettingsKeys::keys).toMap().value(code).toMap();
@@ -58,7 +59,7 @@ inline QVariantMap macro(const QString &name)
     return {{SettingsKeys::macroName, name}};
 }
 
-/// Loads the English texts from the build tree. False when they are missing.
+/// Loads the English texts from the build tree. Returns false when they are missing.
 inline bool loadTexts()
 {
     static QTranslator translator;
@@ -66,7 +67,7 @@ inline bool loadTexts()
     return translator.load(u"en"_s, folder, QString(), u".qm"_s) && QCoreApplication::installTranslator(&translator);
 }
 
-/// A tab in a window, handed a document as the main controller does it.
+/// A tab in a window that has received a document, as the main controller hands it out.
 struct Tab
 {
     explicit Tab(const QVariantMap &activeProfile, const QVariantList &otherProfiles = {},
@@ -86,7 +87,7 @@ struct Tab
         controller->updateUISettings();
     }
 
-    /// What the main controller does after a change: hands over the changed active profile and redraws.
+    /// Does the main controller's work after a change: hands over the changed active profile and redraws.
     void giveBack(const QVariantMap &keys)
     {
         QVariantMap changed = controller->keysCurrentProfileDict();

@@ -26,13 +26,13 @@ QVariantMap keysOf(const QVariantList &profiles, int index)
     return profiles.value(index).toMap().value(u"Keys"_s).toMap();
 }
 
-// A default record that does hold the path "Profiles" -> 0 -> "Keys".
+// A default record that contains the path "Profiles" -> 0 -> "Keys".
 QVariantMap defaultsWith(const QVariantMap &keys)
 {
     return {{u"Profiles"_s, QVariantList{QVariantMap{{u"Keys"_s, keys}}}}};
 }
 
-/// The profiles as they are afterwards, whether the rule changes them or not.
+/// The profiles after the repair, whether the rule changes them or not.
 QVariantList repair(const QVariantList &profiles, int macroCount, int deleted, int type,
                     const QVariantMap &defaults = {})
 {
@@ -81,7 +81,7 @@ void MappingCleanupTest::replacesEveryEntryOfTheDeletedMacro()
 void MappingCleanupTest::takesTheReplacementAlongTheDefaultPath()
 {
     const QVariantList profiles{profileWith({{u"4"_s, entry(10, 0)}})};
-    // "Keys" of the default record itself are deliberately not looked at.
+    // The rule deliberately ignores "Keys" of the default record itself.
     QVariantMap defaults = defaultsWith({{u"4"_s, entry(45, 3)}});
     defaults.insert(u"Keys"_s, QVariantMap{{u"4"_s, entry(45, 99)}});
     QCOMPARE(keysOf(repair(profiles, 1, 0, macroType, defaults), 0), (QVariantMap{{u"4"_s, entry(45, 3)}}));
@@ -128,7 +128,7 @@ void MappingCleanupTest::repairsProfileIndexesPastTheEnd()
 
 void MappingCleanupTest::repairsMacroIndexesPastTheCountBeforeDeletion()
 {
-    // Four macros before the deletion of number 1: the last index, 3, is not past that count, deliberately.
+    // There are four macros before the deletion of number 1. Index 3, the last, is deliberately not past that count.
     const QVariantList profiles{profileWith({{u"4"_s, entry(10, 3)}, {u"5"_s, entry(10, 4)}})};
     const QVariantMap keys = keysOf(repair(profiles, 4, 1, macroType), 0);
     QCOMPARE(keys.value(u"4"_s).toMap(), entry(10, 3));

@@ -21,7 +21,7 @@ Settings lit(int effect = Backlight::fixedColorEffect, int brightness = Backligh
 
 const Settings cycling = lit(Backlight::spectrumCyclingEffect);
 
-/// A desktop that asks for no motion.
+/// A desktop whose user wants no motion.
 class StillStyle : public QProxyStyle
 {
 public:
@@ -159,12 +159,12 @@ void PictureLightTest::pictureShowsItBetweenTheKeys()
     picture.light().show(lit());
     const QImage red = picture.grab().toImage();
     QVERIFY(dark != red);
-    // Just below a key: nothing but the case and the light.
+    // Just below a key there is only the case and the key lighting.
     const QRect escape = picture.button(QLatin1StringView("mESC"))->geometry();
     const QPoint between(escape.center().x(), escape.bottom() + 1);
     QVERIFY(red.pixelColor(between).red() > red.pixelColor(between).green() + 80);
     QVERIFY(dark.pixelColor(between).red() < dark.pixelColor(between).green() + 20);
-    // The caps themselves stay as they are: legends and marks are read as before.
+    // The caps remain unchanged, so legends and marks stay readable.
     const QPoint onTheCap = escape.center();
     QCOMPARE(red.pixelColor(onTheCap), dark.pixelColor(onTheCap));
 }

@@ -209,7 +209,7 @@ void BacklightTest::spectrumGoesThroughAllColorsAndBeginsAgain()
     QCOMPARE(at(10), u"#ff00ff"_s);
     QCOMPARE(at(12), u"#ff0000"_s);
     QCOMPARE(at(-4), at(8));
-    // Calmly: from one step to the next no component jumps.
+    // The change is smooth: no component jumps from one step to the next.
     for (Time time = 0ms; time < spectrumPeriod; time += spectrumStep) {
         const Color a = colorAt(settings, time);
         const Color b = colorAt(settings, time + spectrumStep);

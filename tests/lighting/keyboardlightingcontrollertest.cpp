@@ -117,7 +117,7 @@ private:
     template <typename T> T *outlet(const char *name) const { return mWindow->findChild<T *>(QLatin1StringView(name)); }
     Sheet *alert() const { return mWindow->findChild<Sheet *>(u"alert"_s); }
     void press(QLatin1StringView alertButton);
-    /// As when the application in front has switched profiles, or the same profile was changed elsewhere.
+    /// Simulates a profile switch by the application in front, or a change of the same profile elsewhere.
     void refreshWithProfile(const QString &name);
 
     std::unique_ptr<QWidget> mWindow;
@@ -442,13 +442,13 @@ void KeyboardLightingControllerTest::captionsStandUnderTheirSteps()
         option.maximum = 4;
         option.sliderPosition = option.sliderValue = step;
         option.upsideDown = direction == Qt::RightToLeft;
-        option.direction = Qt::LeftToRight; // as sliders do: only one of the two turns them round
+        option.direction = Qt::LeftToRight; // like sliders, because only one of the two must mirror them
         const QRect handle =
             slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider);
         const int handleCentre = slider->mapTo(mWindow.get(), handle.center()).x();
         auto *caption = outlet<QLabel>(name);
         const QRect place(caption->mapTo(mWindow.get(), QPoint()), caption->size());
-        // Those at the ends are held inside the row, so that they are not cut off.
+        // Captions at the ends stay inside the row, so they are not cut off.
         const bool isAtAnEnd = step == 0 || step == 4;
         QVERIFY2(isAtAnEnd ? place.left() <= handleCentre && handleCentre <= place.right()
                            : qAbs(place.center().x() - handleCentre) <= 2,
@@ -659,7 +659,7 @@ void KeyboardLightingControllerTest::awakeningEmptiesTheDictionaries()
     QVERIFY(mController->userSettingsDict().isEmpty());
     QVERIFY(mController->lightingSettingsDict().isEmpty());
     QVERIFY(mController->deviceSettingsDict().isEmpty());
-    // An empty record is one that is shown, other than none.
+    // Unlike a missing record, an empty one is shown.
     mController->updateUISettings();
     QVERIFY(!outlet<QCheckBox>("mMain")->isChecked());
     QVERIFY(outlet<QLabel>("mProfileNameLabel")->text().isEmpty());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The request of every command, as it is built and as it is after the wire: the keys, the values and their types.
+// The request of every command, as created and as received: the keys, the values and their types.
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
 #include "daemonlink/daemoncommands.h"
@@ -17,7 +17,7 @@ namespace {
 const QString port = u"KeyboardConfiguratorReplyPort"_s;
 constexpr int product = 271;
 
-/// A value with its types, since 1 and true compare equal: {HasNoDelay: bool true, delay: int 5}.
+/// A value with its types, because 1 and true compare equal: {HasNoDelay: bool true, delay: int 5}.
 QString described(const QVariant &value)
 {
     QStringList parts;
@@ -53,7 +53,7 @@ private slots:
 void DaemonRequestsTest::hasExactlyTheseEntries_data()
 {
     QTest::addColumn<QVariantMap>("request");
-    QTest::addColumn<QString>("entries"); // in the order of the keys' characters
+    QTest::addColumn<QString>("entries"); // sorted by the keys' characters
     const QString common = u"ProductID: int 271, ResponseMsgPortName: QString KeyboardConfiguratorReplyPort"_s;
     const QVariantMap nested{{u"Keys"_s, QVariantMap{{u"4"_s, QVariantMap{{u"command"_s, 20}}}}},
                              {u"ProfileName"_s, u"Raid"_s},
@@ -148,7 +148,7 @@ void DaemonRequestsTest::hasExactlyTheseEntries()
 
 void DaemonRequestsTest::booleanAndNumberDifferOnTheWire()
 {
-    // In the binary form a boolean is the byte 0x08 or 0x09, an integer of one byte 0x10 and the byte.
+    // In the binary form a boolean is the byte 0x08 or 0x09. A one-byte integer is 0x10 and the byte.
     const auto withDelay = [](int delay, bool hasNoDelay) {
         return QlCoreUtility::convertDictionaryToData(C::setAllDelays(1, u"P"_s, delay, 1, hasNoDelay)).value();
     };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Requests to a daemon and the wait for its replies, over a real bus. The daemon answers by a script.
+// Requests to a daemon, and the wait for its replies, over a real bus. The daemon answers by a script.
 #include "daemonlink/daemontransport.h"
 #include "base/qlcoreutility.h"
 #include "daemonlink/latestreplyslot.h"
@@ -68,7 +68,7 @@ private slots:
     void waitNeverEmptiesTheSlot();
     void waitRunsNoEventLoop();
 
-    // The daemon's ways to answer
+    // Kinds of answers of the daemon
     void replyIsDecoded();
     void replyOfAWholeDocumentArrives();
     void onlyTheSecondOfTwoRepliesIsSeen();
@@ -176,7 +176,7 @@ void DaemonTransportTest::requestWithoutPropertyListFormIsSentWithoutData()
 void DaemonTransportTest::eachRequestLooksForTheDaemonAnew()
 {
     ScriptedDaemon daemon;
-    // A reply nobody takes would be there for the next test.
+    // A reply that is not taken would remain for the next test.
     daemon.setSilent(Command::readSettings);
     daemon.setSilent(Command::updateProfile);
     sendDaemonRequest(request(), 4);
@@ -210,7 +210,7 @@ void DaemonTransportTest::givesUpASlowSendAfterTwoSeconds()
     const qint64 elapsedMs = timer.elapsed();
     mayAnswer.release();
     QCOMPARE(status, -50);
-    // The bus library's timers are coarse: they may be out by a twentieth.
+    // The bus library's timers are coarse; they may be off by a twentieth.
     QVERIFY2(elapsedMs >= 1900 && elapsedMs < 3900, qPrintable(QString::number(elapsedMs)));
 }
 
@@ -388,7 +388,7 @@ void DaemonTransportTest::lateReplyGoesToTheNextWaiter()
     setReplyPollInterval(100us);
     sendDaemonRequest(request(), 4);
     waitForReply();
-    QVERIFY(!LatestReplySlot::shared().take()); // given up
+    QVERIFY(!LatestReplySlot::shared().take()); // was given up
     daemon.sendToReplyPort(replyPortName, 4, ScriptedDaemon::encoded(numbered(4)));
     sendDaemonRequest(request(), 22);
     waitForReply();
@@ -400,7 +400,7 @@ void DaemonTransportTest::replyNobodyTookGoesToTheNextWaiter()
     ScriptedDaemon daemon;
     daemon.setReply(Command::queryFirmwareVersion, numbered(14));
     daemon.setSilent(Command::deleteMacro);
-    sendDaemonRequest(request(), 14); // nobody waits for this one
+    sendDaemonRequest(request(), 14); // no caller waits for this one
     QTRY_VERIFY(reply());
     sendDaemonRequest(request(), 22);
     waitForReply();

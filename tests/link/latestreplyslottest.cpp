@@ -165,7 +165,7 @@ void LatestReplySlotTest::eachReplyIsTakenOnceAtMostAndWhole()
     }
     std::ranges::sort(all);
     QVERIFY(std::ranges::adjacent_find(all) == all.end());
-    QCOMPARE(all.back(), replies - 1); // nothing replaced the last one
+    QCOMPARE(all.back(), replies - 1); // no older reply replaced the last one
 }
 
 QTEST_GUILESS_MAIN(LatestReplySlotTest)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A process without a session bus: everything of the link fails quietly, nothing hangs and nothing crashes.
+// A process without a session bus: every part of the link fails quietly, without a hang or a crash.
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "daemonlink/replyport.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The reply port's thread: its beginning, its end, and what it does beside a blocked main thread.
+// The reply port's thread: its beginning, its end, and its work beside a blocked main thread.
 #include "daemonlink/replyport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "tests/support/scripteddaemon.h"

@@ -13,7 +13,7 @@ QVariantMap makeEvent(int command, int delay, int page, qlonglong argument)
     return {{u"command"_s, command}, {u"delay"_s, delay}, {u"page"_s, page}, {u"argument"_s, argument}};
 }
 
-// Every name of the codes 40 to 231, written out here a second time: the order is the code's.
+// Every name of the codes 40 to 231 in the order of the codes, written a second time on purpose.
 const QMap<int, QString> &namesByCode()
 {
     static const QMap<int, QString> names = [] {
@@ -135,7 +135,7 @@ private Q_SLOTS:
 
 void EventParserTest::init()
 {
-    // Whatever a test before this one left in the held-key list is dropped by a naming without a modifier.
+    // Naming a key without a modifier clears the held-key list of earlier tests.
     QCOMPARE(eventParser::getStringWithHIDWithModifier(0, 0), QString());
 }
 
@@ -246,7 +246,7 @@ void EventParserTest::namesKeysWithModifiers_data()
         << 41 << 0xff
         << u"Left Control + Left Shift + Left Alt + Left Command + Right Control + Right Shift + Right Alt + Right Command + Escape"_s;
     QTest::newRow("only the low 8 bits name modifiers") << 6 << 0x102 << u"Left Shift + C"_s;
-    // Not 0 as given, so the joining plus appears although no modifier is left in the low 8 bits.
+    // The given value is not 0, so the joining plus appears although the low 8 bits contain no modifier.
     QTest::newRow("256 is not 0") << 6 << 0x100 << u" + C"_s;
     QTest::newRow("256 with code 0") << 0 << 0x100 << QString();
     QTest::newRow("negative modifier") << 6 << -255 << u"Left Control + C"_s;
@@ -296,14 +296,14 @@ void EventParserTest::heldKeysComeBackInOrderOfFirstPress()
         eventParser::manageHIDStack(held);
         return held;
     };
-    QCOMPARE(managed({20, 4}), QList<int>({20, 4}));       // the first call takes the order as it comes
-    QCOMPARE(managed({4, 20}), QList<int>({20, 4}));       // nothing changed: order of first press
+    QCOMPARE(managed({20, 4}), QList<int>({20, 4}));       // the first call takes the order unchanged
+    QCOMPARE(managed({4, 20}), QList<int>({20, 4}));       // without a change: order of the first press
     QCOMPARE(managed({4, 9, 20}), QList<int>({20, 4, 9})); // newly pressed last
     QCOMPARE(managed({9, 4}), QList<int>({4, 9}));         // one released
     QCOMPARE(managed({30, 9, 8}), QList<int>({9, 30, 8})); // one released, two pressed, in the array's order
     QCOMPARE(managed({5}), QList<int>({5}));               // all replaced
     QCOMPARE(managed({}), QList<int>());                   // all released
-    QCOMPARE(managed({7, 6}), QList<int>({7, 6}));         // empty again: taken as it comes
+    QCOMPARE(managed({7, 6}), QList<int>({7, 6}));         // empty again: taken unchanged
 }
 
 void EventParserTest::heldListIsDroppedByNamingWithoutModifier()
@@ -336,7 +336,7 @@ void EventParserTest::manageHIDStackEdges_data()
     QTest::newRow("twice the same, first call") << QList<int>() << QList<int>{4, 4} << QList<int>{4, 4};
     QTest::newRow("a kept double stays double") << QList<int>{4, 4} << QList<int>{4} << QList<int>{4, 4};
     QTest::newRow("a new double comes once") << QList<int>{4} << QList<int>{4, 5, 5} << QList<int>{4, 5};
-    // Two entries are counted as one new key, so that the key behind them is left out.
+    // Two entries count as one new key, so the key behind them is left out.
     QTest::newRow("as many as the counts differ") << QList<int>{4, 4} << QList<int>{4, 5, 6} << QList<int>{4, 4, 5};
     QTest::newRow("as many entries, others") << QList<int>{4, 5} << QList<int>{6, 5} << QList<int>{5, 6};
 }

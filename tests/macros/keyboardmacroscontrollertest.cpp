@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tab as a whole: what it shows, and how it follows the main controller.
+// The tab as a whole: its content, and its reaction to the main controller.
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/pulldownbutton.h"
@@ -250,7 +250,7 @@ void KeyboardMacrosControllerTest::everyControlIsReachedByTabAndHasAName()
         QTest::keyClick(control, Qt::Key_Tab);
     }
     QCOMPARE(reached, order);
-    QCOMPARE(names.size(), order.size()); // no two are called alike
+    QCOMPARE(names.size(), order.size()); // all names differ
     QVERIFY(!names.contains(QString()));
 }
 
@@ -350,7 +350,7 @@ void KeyboardMacrosControllerTest::aFetchedNameBringsTheEventButtonsUpToDate()
     QVERIFY(!outlet(u"mDeleteMacroDetails"_s)->isEnabled()); // no event is selected
 }
 
-/// Commands address an event by its row: a line left out would send them to the wrong one.
+/// Commands address an event by its row. A skipped line would send them to the wrong event.
 void KeyboardMacrosControllerTest::linesThatAreNoTextsKeepTheirRows()
 {
     const QVariantList strange{5, QVariantMap{{u"x"_s, 1}}, QVariantList{1}, QByteArray("\xff\x00", 2),
@@ -369,7 +369,7 @@ void KeyboardMacrosControllerTest::linesThatAreNoTextsKeepTheirRows()
     QCOMPARE(events()->numberOfRows(), 2 * strange.size());
 }
 
-/// Macros, too, are addressed by their row.
+/// Commands also address a macro by its row.
 void KeyboardMacrosControllerTest::recordsThatAreNoMacrosKeepTheirRows()
 {
     mDelegate->macros = {5, QVariantMap{{u"MacroName"_s, QVariantList{1}}, {u"sequence"_s, u"x"_s}}, u"text"_s};
@@ -410,7 +410,7 @@ void KeyboardMacrosControllerTest::controlsStayOffUntilARecordingEnds_data()
     QTest::newRow("event sheet") << QString() << u"mMacroEventEditCancel"_s;
 }
 
-/// A daemon that is started anew announces the keyboard again, in the middle of a recording too.
+/// A restarted daemon announces the keyboard again, even in the middle of a recording.
 void KeyboardMacrosControllerTest::controlsStayOffUntilARecordingEnds()
 {
     QFETCH(QString, start);

@@ -90,7 +90,7 @@ void MacroRecordTest::keepsFurtherKeysWhenEventsAreReplaced()
     QCOMPARE(changed.value(u"mine"_s), QVariant(3));
     QCOMPARE(changed.value(u"sequence"_s).toMap().value(u"other"_s), QVariant(true));
     QCOMPARE(MacroRecord::events(changed), QVariantList{sample().first()});
-    QCOMPARE(MacroRecord::events(macro), sample()); // the one given is unchanged
+    QCOMPARE(MacroRecord::events(macro), sample()); // the given macro is unchanged
 }
 
 void MacroRecordTest::noEventsAreAnEmptyDictionary()
@@ -126,8 +126,7 @@ void MacroRecordTest::mapsRowsToEvents()
         QCOMPARE(MacroRecord::eventIndexOfRow(events, missing), std::optional<int>());
 }
 
-// Property: whatever the events are, there are as many rows as lines, and the lines of a row's event hold the row's
-// line.
+// Property: for all events there are as many rows as lines, and the lines of a row's event contain the row's line.
 void MacroRecordTest::rowsAgreeWithTheDisplayLines()
 {
     QRandomGenerator random(271);

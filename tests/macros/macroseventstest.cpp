@@ -254,7 +254,7 @@ void MacrosEventsTest::eventsBeyondTheReachOfTheirRequestsAreNotEdited()
     const auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
     QVERIFY(!sheet || !sheet->isVisible());
     QCOMPARE(mDelegate->calls, QStringList());
-    // A delay is named by a whole number.
+    // A delay row is identified by a whole number.
     events()->selectRow(257);
     button->validateItems();
     editRow(257);
@@ -285,7 +285,7 @@ void MacrosEventsTest::eventsOfMacrosBeyondTheReachOfTheirRequestsAreNotEdited()
     QCOMPARE(mDelegate->calls, QStringList());
     const auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
     QVERIFY(!sheet || !sheet->isVisible());
-    // A delay, and its macro, are named by whole numbers.
+    // A delay row and its macro are identified by whole numbers.
     events()->selectRow(1);
     button->validateItems();
     editRow(1);
@@ -318,7 +318,7 @@ void MacrosEventsTest::capturedKeyIsStoredWithinTheReachOfItsRequests()
     fill(QStringList(257, u"A"_s), 0);
     editRow(0);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
-    // Another one is selected while the sheet is up, or none.
+    // While the sheet is open, another macro is selected, or none.
     list()->deselectAll();
     list()->selectRow(macroRow);
     events()->deselectAll();
@@ -463,7 +463,7 @@ void MacrosEventsTest::theCaptureBeginsAnewWithANewDaemon()
     QCOMPARE(mDelegate->calls, QStringList{u"startEditHID"_s});
     QVERIFY(mController->isRecordingOrCapturing());
     QVERIFY(mController->recordButtonReadsStop());
-    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), u"H"_s); // captured before, and still to be stored
+    QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->text(), u"H"_s); // captured earlier and not stored yet
     mDelegate->calls.clear();
     outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
     QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s, u"update 0 0"_s, u"details 0"_s}));
@@ -502,14 +502,14 @@ void MacrosEventsTest::aSheetEndsWithoutAKeyboard()
     QVERIFY(outlet(u"mSettingsMacroDetails"_s)->isEnabled());
 }
 
-/// Deliberate: after Cancel the capture counts as running until Stop or another tab ends it once more.
+/// Deliberate: after Cancel the capture counts as running until Stop or another tab ends it again.
 void MacrosEventsTest::cancelLeavesTheCaptureToBeEndedOnceMore()
 {
     fill({u"A"_s}, 0);
     editRow(0);
     outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
     QVERIFY(mController->isRecordingOrCapturing());
-    // Nothing of it is seen.
+    // The window does not show it.
     QVERIFY(!mController->recordButtonReadsStop());
     QVERIFY(list()->isEnabled());
     QVERIFY(events()->isEnabled());
@@ -576,7 +576,7 @@ void MacrosEventsTest::emptyDelayIsNone()
     QTest::keyClicks(outlet<NumberOnlyTextField>(u"mInputMacroDelay"_s), u"75"_s);
     outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
     mDelegate->calls.clear();
-    choose("mSettingsMacroDetails", MacroCommands::edit); // the delay typed before is gone
+    choose("mSettingsMacroDetails", MacroCommands::edit); // the delay typed earlier is discarded
     outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
     QCOMPARE(mDelegate->calls, (QStringList{u"delay 0 1 0"_s, u"details 0"_s}));
 }
@@ -603,7 +603,7 @@ void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits()
     editRow(row);
     QVERIFY(outlet<Sheet>(sheet)->isUp());
     mDelegate->calls.clear();
-    // As another client does it.
+    // Simulates another client's change.
     if (change == "macro deleted"_L1) {
         mDelegate->macros.removeAt(1);
     } else if (change == "all macros deleted"_L1) {
@@ -642,7 +642,7 @@ void MacrosEventsTest::aSheetStaysWhileItsEventsDo()
     QFETCH(QString, end);
     QFETCH(QString, call);
     fill({u"A"_s, u"B"_s}, 1);
-    // The record that the tab has is older than the lines from here on.
+    // From here on the lines are newer than the record in the tab.
     choose("mSettingsMacroDetails", MacroCommands::noDelay);
     editRow(row);
     mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});

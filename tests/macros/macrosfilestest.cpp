@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Exporting and importing macros: the panels, the files and what is sent.
+// Exporting and importing macros: the panels, the files and the requests.
 #include "base/propertylist.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/filepanels.h"
@@ -41,7 +41,7 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QString inFolder(const QString &name) const { return mFolder.filePath(name); }
-    /// Exports the selected macro under `name`, without the suffix, and returns what the file then holds.
+    /// Exports the selected macro under `name`, without the suffix, and returns the content of the file.
     std::optional<QVariantMap> exportTo(const QString &name);
     void importFrom(const QString &name);
 
@@ -118,10 +118,10 @@ void MacrosFilesTest::exportAfterAnEditWritesTheEditedEvents()
     choose("mSettingsMacroDetails", MacroCommands::noDelay);
     QVariantMap edited = macroNamed(u"A"_s);
     edited[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{mDelegate->event}}};
-    mDelegate->macros[0] = edited; // the daemon's; the tab's is as before
+    mDelegate->macros[0] = edited; // the daemon's macros; those of the tab remain unchanged
     QCOMPARE(exportTo(u"edited"_s).value_or(QVariantMap()), edited);
     QCOMPARE(mDelegate->calls.count(u"reload"_s), 1);
-    QCOMPARE(exportTo(u"again"_s).value_or(QVariantMap()), edited); // which are here by now
+    QCOMPARE(exportTo(u"again"_s).value_or(QVariantMap()), edited); // present by now
     QCOMPARE(mDelegate->calls.count(u"reload"_s), 1);
 }
 
@@ -234,7 +234,7 @@ void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed()
     QCOMPARE(mController->macrosSettingsArray(), mDelegate->macros);
     QCOMPARE(list()->numberOfRows(), 2);
     QCOMPARE(list()->selectedRow(), 0);
-    QCOMPARE(events()->numberOfRows(), 5); // those that came last, when none come now
+    QCOMPARE(events()->numberOfRows(), 5); // those that arrived last, because none arrive now
 }
 
 void MacrosFilesTest::theExportPanelGoesWithItsMacro()
@@ -245,7 +245,7 @@ void MacrosFilesTest::theExportPanelGoesWithItsMacro()
     panel->setDirectory(mFolder.path());
     mDelegate->refresh();
     QVERIFY(panel->isVisible());
-    mDelegate->macros.removeFirst(); // as another client does it
+    mDelegate->macros.removeFirst(); // like another client
     mDelegate->refresh();
     QVERIFY(!panel->isVisible());
     QVERIFY(!QFile::exists(inFolder(u"B.KestraMacro"_s)));

@@ -138,7 +138,7 @@ void MacrosListTest::renamesAsTheRuleSays()
 void MacrosListTest::renamesTheSelectedMacro()
 {
     fill({u"A"_s, u"B"_s, u"C"_s}, 2);
-    // The request goes to the selected row, whichever row was edited. Deliberate.
+    // The request goes to the selected row, regardless of the edited one. Deliberate.
     mController->tableViewSetObjectValueForTableColumnRow(list(), u"X"_s, u"macroName"_s, 0);
     QCOMPARE(mDelegate->calls.first(), u"rename 2 X"_s);
 }
@@ -219,7 +219,7 @@ void MacrosListTest::theAlertGoesWithTheMacroThatItNames()
     outlet<QPushButton>(u"mDeleteMacro"_s)->click();
     const QPointer<Sheet> alert = outlet<Sheet>(u"alert"_s);
     QVERIFY(alert && alert->isUp());
-    // As another client changes it.
+    // Simulates another client's change.
     mDelegate->macros = macros(namesAfter);
     mDelegate->refresh();
     QTRY_VERIFY(!alert);
@@ -251,7 +251,7 @@ void MacrosListTest::theSelectionFollowsTheMacro()
     mDelegate->refresh();
     QCOMPARE(list()->selectedRow(), row);
     QCOMPARE(outlet(u"mRecordMacroDetails"_s)->isVisible(), row >= 0);
-    QCOMPARE(mDelegate->calls, QStringList()); // its lines are the same
+    QCOMPARE(mDelegate->calls, QStringList()); // its lines are unchanged
 }
 
 void MacrosListTest::theAlertDeletesItsMacroWhereverItStands()
@@ -288,7 +288,7 @@ void MacrosListTest::anAddedMacroIsNamedWhereverItComesToStand()
 {
     mDelegate->macros = numberedMacros({1});
     mDelegate->refresh();
-    // Another client adds one before the list is read.
+    // Another client adds a macro before the list is read.
     mDelegate->addedByOthers = numberedMacros({7}).first().toMap();
     outlet<QPushButton>(u"mAddMacro"_s)->click();
     QCOMPARE(mDelegate->macros.size(), 3);
@@ -301,7 +301,7 @@ void MacrosListTest::ofTwoAddedUnderOneNameNoneIsOpened()
     mDelegate->macros = numberedMacros({1, 2});
     mDelegate->refresh();
     list()->selectRow(1);
-    // Another client adds one under the same free name.
+    // Another client adds a macro under the same free name.
     mDelegate->addedByOthers = macroNamed(u"Untitled Macro"_s);
     outlet<QPushButton>(u"mAddMacro"_s)->click();
     QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"Untitled Macro"_s));
@@ -334,7 +334,7 @@ void MacrosListTest::everyDialogEndsWithoutAKeyboard()
     for (const auto &name :
          QStringList{u"mAddMacro"_s, u"mDeleteMacro"_s, u"mSettingsMacro"_s, u"mRecordMacroDetails"_s})
         QVERIFY(!outlet(name)->isEnabled());
-    // Nothing that follows turns them on.
+    // The following calls do not enable them.
     mController->setStateOfTableButtonsWithState(true);
     mController->setStateOfMacroTableWithState(true);
     mDelegate->refresh();
@@ -439,7 +439,7 @@ void MacrosListTest::aMacroThatIsNotTakenIsNotListed()
     QCOMPARE(list()->selectedRow(), selected);
     QCOMPARE(list()->editedRow(), -1);
     QCOMPARE(mController->macroDetailsArray().size(),
-             selected == 0 ? 5 : 0); // those that came last, when none come now
+             selected == 0 ? 5 : 0); // those that arrived last, because none arrive now
     QCOMPARE(outlet(u"mRecordMacroDetails"_s)->isHidden(), selected < 0);
     QVERIFY(outlet(u"mRecordMacroDetails"_s)->isEnabled());
     mDelegate->refusesToAdd = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Recording: new and appended, and what stops it.
+// Recording: new and appended, and the events that stop it.
 #include "tests/macros/macrostesting.h"
 #include "tests/support/testmain.h"
 
@@ -215,7 +215,7 @@ void MacrosRecordingTest::stoppingWithoutARecordingDoesNothing()
     QCOMPARE(outlet<QPushButton>(u"mRecordMacroDetails"_s)->text(), u"Record"_s);
 }
 
-/// Deliberate: the capture that Cancel ended still counts, and Stop ends that.
+/// Deliberate: the capture that Cancel ended still counts, and Stop ends it.
 void MacrosRecordingTest::recordingAfterACancelledSheetEndsTheCapture()
 {
     fill({u"A"_s}, 0);
@@ -226,7 +226,7 @@ void MacrosRecordingTest::recordingAfterACancelledSheetEndsTheCapture()
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
     mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press B"_s}}});
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
-    // The lines show what is stored.
+    // The lines show the stored macro.
     QCOMPARE(mDelegate->calls, (QStringList{u"start 0 0"_s, u"stopKey"_s, u"details 0"_s}));
     QCOMPARE(mController->macroDetailsArray().size(), threeEvents().size());
     // The next one is saved.
@@ -275,7 +275,7 @@ void MacrosRecordingTest::aRecordingBelongsToItsMacro()
     QVERIFY(list()->isEnabled());
     QVERIFY(outlet(u"mAddMacro"_s)->isEnabled());
     QCOMPARE(outlet(u"mRecordMacroDetails"_s)->isVisible(), after.contains(2));
-    // Everything can be used.
+    // Every control works.
     if (after.isEmpty())
         return;
     mDelegate->calls.clear();
@@ -304,7 +304,7 @@ void MacrosRecordingTest::stoppingEndsTheEventSheet()
     auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
     QVERIFY(sheet->isUp());
     mDelegate->calls.clear();
-    mController->stopAllMacroRecording(); // as when another application comes to the front
+    mController->stopAllMacroRecording(); // as if another application came to the front
     QVERIFY(!sheet->isUp());
     QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
     QVERIFY(outlet(u"mSettingsMacroDetails"_s)->isEnabled());
@@ -329,7 +329,7 @@ void MacrosRecordingTest::anotherKeyboardStopsTheRecording()
     QFETCH(Qt::Key, key);
     QFETCH(QString, saved);
     fill({u"A"_s}, 0);
-    // The keyboard that is recorded does not reach the window, so that what does is meant for it.
+    // The recorded keyboard does not reach the window, so its keys are meant for the window.
     events()->setFocus();
     outlet<QPushButton>(start)->click();
     auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
@@ -497,7 +497,7 @@ void MacrosRecordingTest::linesOfEachRecordingAreTaken()
     QFETCH(int, rows);
     fill({u"A"_s}, 0);
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
-    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click(); // one that was stopped, after which lines are late
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click(); // a stopped recording, whose lines are late
     outlet<QPushButton>(start)->click();
     mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
     QCOMPARE(events()->numberOfRows(), rows);

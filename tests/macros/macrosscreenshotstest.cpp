@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Draws the tab, its sheets and its menus in both palettes into the folder `screenshots` beside the tests, for a person
-// to look at, and checks that what is drawn is all there: nothing is cut off.
+// to inspect. Checks that nothing is cut off.
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/pulldownbutton.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the macros tab share: a delegate that records its calls, and the tab in a window.
+// Shared parts of the tests of the macros tab: a delegate that records its calls, and the tab in a window.
 #pragma once
 
 #include "macros/keyboardmacroscontroller.h"
@@ -26,7 +26,7 @@ using namespace Qt::StringLiterals;
 /// The lines of three events: rows 0, 2 and 4 are events, 1 and 3 delays.
 [[nodiscard]] QVariantList threeEvents();
 
-/// A main controller that remembers what the tab asked of it and answers with the lines and macros it holds.
+/// A main controller that records the calls of the tab and answers with the lines and macros it holds.
 class RecordingDelegate : public MacroDelegate
 {
 public:
@@ -47,14 +47,14 @@ public:
     void startEditHID() override;
     void stopSingleKeyRecording() override;
 
-    /// Hands the macros over, as after each successful command.
+    /// Hands the macros over, as it does after each successful command.
     void refresh();
 
     KeyboardMacrosController *controller = nullptr;
-    bool answers = true;       ///< false: no reply ever comes
-    bool refusesToAdd = false; ///< as the daemon does with what it cannot hold
+    bool answers = true;       ///< false: a reply never comes
+    bool refusesToAdd = false; ///< refuses like the daemon when a macro does not fit
     QVariantList macros;
-    QVariantMap addedByOthers; ///< a macro that another client adds after the one that is added next
+    QVariantMap addedByOthers; ///< another client adds this macro after the next added one
     QVariantList lines = threeEvents();
     QVariantList linesAfterRemoval;
     QVariantMap event{{u"command"_s, 1}, {u"delay"_s, 20}, {u"page"_s, 9}, {u"argument"_s, 1}};
@@ -71,10 +71,10 @@ extern const QStringList eventPart;
 extern const QStringList tableButtons;
 extern const QStringList tables;
 
-/// The tags of the enabled ones.
+/// The tags of the enabled items.
 [[nodiscard]] QList<int> enabledTags(const QList<QAction *> &items);
 
-/// A test with the tab in a window of its own, anew for each test function.
+/// A test that creates the tab in its own window for each test function.
 class MacrosTest : public QObject
 {
     Q_OBJECT
@@ -85,7 +85,7 @@ private Q_SLOTS:
     void cleanup();
 
 protected:
-    /// Hands over macros of these names, selects a row and forgets the calls so far.
+    /// Hands over macros with these names, selects a row and forgets the earlier calls.
     void fill(const QStringList &names, int selected = -1);
     /// The open editor of a macro's name; nullptr when there is none.
     [[nodiscard]] QLineEdit *editor() const;

@@ -88,7 +88,7 @@ private slots:
         QVariantMap expected = content;
         expected.insert(u"NSBundleResolvedPath"_s, path(u"Racer.app"_s));
         QCOMPARE(ApplicationInformation::read(path(u"Racer.app"_s)).value_or(QVariantMap()), expected);
-        // As a panel may give it.
+        // A path in the form that a panel may return.
         QCOMPARE(ApplicationInformation::read(path(u"Racer.app/"_s)).value_or(QVariantMap()), expected);
     }
 
@@ -143,7 +143,7 @@ private slots:
         QVERIFY(QDir(path(u""_s)).mkpath(u"system/applications"_s));
         write(u"system/applications/a.desktop"_s, "[Desktop Entry]\n");
         qputenv("XDG_DATA_DIRS", QFile::encodeName(path(u"system"_s)));
-        // The user's own folder is there, but has no entries.
+        // The user's own folder exists, but has no entries.
         QCOMPARE(ApplicationInformation::startFolder(), path(u"system/applications"_s));
         write(u"share/applications/b.desktop"_s, "[Desktop Entry]\n");
         QCOMPARE(ApplicationInformation::startFolder(), path(u"share/applications"_s));

@@ -151,7 +151,7 @@ void DesktopEntryTest::commandLineHasItsWords_data()
     QTest::newRow("quotes") << uR"("/opt/a game/run" "two words")"_s << u"[/opt/a game/run] [two words]"_s;
     QTest::newRow("quotes in a word") << uR"(game --title="two words")"_s << u"[game] [--title=two words]"_s;
     QTest::newRow("empty quotes") << uR"(game "" x)"_s << u"[game] [] [x]"_s;
-    // In the file a backslash in quotes stands twice: once for the string, once for the quotes.
+    // In the file a backslash in quotes appears twice: once for the string, once for the quotes.
     QTest::newRow("escapes in quotes") << uR"(game "\\"\\`\\$\\\\")"_s << uR"([game] ["`$\])"_s;
     QTest::newRow("other backslash in quotes") << uR"(game "C:\\\\dir")"_s << uR"([game] [C:\dir])"_s;
     QTest::newRow("no shell")
@@ -187,7 +187,7 @@ void DesktopEntryTest::commandLineHasItsWords()
         QVERIFY(!words(exec).contains("--icon"_L1)); // without an icon
 }
 
-// A name of half a megabyte that the line repeats 100,000 times would be 50 GB.
+// A line that repeats a name of half a megabyte 100,000 times would take 50 GB.
 void DesktopEntryTest::lineGrowsNoLargerThanAFile_data()
 {
     QTest::addColumn<QString>("code");
@@ -210,7 +210,7 @@ void DesktopEntryTest::lineGrowsNoLargerThanAFile()
     QVERIFY(!line(100'000, 500'000));
 }
 
-// A sign must not cost as much as the rest of the line, or as the whole icon.
+// One character must not cost as much as the rest of the line, or as the whole icon.
 void DesktopEntryTest::readsTheLongestLines_data()
 {
     QTest::addColumn<QString>("exec");

@@ -26,7 +26,7 @@ QDBusMessage rawSignal(const QVariantList &arguments)
     return signal;
 }
 
-/// What is on the wire, as any other program on the bus sees it.
+/// Listens on the wire like any other program on the bus.
 class WireListener : public QObject
 {
     Q_OBJECT
@@ -84,7 +84,7 @@ private:
     void settle();
     [[nodiscard]] DistributedNotificationCenter::Handler noting(const QString &who);
 
-    std::unique_ptr<DistributedNotificationCenter> mPoster; // with a bus connection of its own
+    std::unique_ptr<DistributedNotificationCenter> mPoster; // with its own bus connection
     std::unique_ptr<DistributedNotificationCenter> mCenter;
     QObject mObserver;
     QStringList mCalls;
@@ -115,7 +115,7 @@ void DistributedNotificationCenterTest::cleanupTestCase()
 
 void DistributedNotificationCenterTest::settle()
 {
-    // One connection's messages keep their order: when the last one is there, so are those before it.
+    // One connection's messages keep their order: the last one arrives after all earlier ones.
     QObject last;
     bool isThere = false;
     mCenter->addObserver(&last, u"last"_s, [&](const DistributedNotification &) { isThere = true; });
@@ -165,7 +165,7 @@ void DistributedNotificationCenterTest::absentUserInfoIsEmptyArrayOnTheWire()
     QSignalSpy spy(&listener, &WireListener::received);
     settle();
     mPoster->post(name);
-    QTRY_COMPARE(spy.count(), 2); // that of settle() is the first
+    QTRY_COMPARE(spy.count(), 2); // the one of settle() is the first
     const auto message = spy.at(1).at(0).value<QDBusMessage>();
     QCOMPARE(message.signature(), u"say"_s);
     QCOMPARE(message.arguments(), QVariantList({name, QByteArray()}));
@@ -372,7 +372,7 @@ void DistributedNotificationCenterTest::observerMayBeDestroyedInItsHandler()
     auto observer = std::make_unique<QObject>();
     mCenter->addObserver(observer.get(), name, [this, &observer](const DistributedNotification &n) {
         observer.reset();
-        mCalls.append(n.name); // what the handler holds is still there
+        mCalls.append(n.name); // the objects that the handler owns still exist
     });
     settle();
     mPoster->post(name);
@@ -386,7 +386,8 @@ void DistributedNotificationCenterTest::removedBetweenPostAndDeliveryIsNotCalled
     mCenter->addObserver(&mObserver, name, noting(u"a"_s));
     settle();
     mPoster->post(name);
-    // Both connections have seen it when the bus answers this; it waits in the queue of this thread.
+    // When the bus answers this call, both connections have seen the notification; it waits in the queue of this
+    // thread.
     for (const QString &connection : {u"poster"_s, QDBusConnection::sessionBus().name()})
         QDBusConnection(connection)
             .call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s,
@@ -410,7 +411,7 @@ void DistributedNotificationCenterTest::stormArrivesCompletelyAndInOrder()
             mPoster->post(otherName, {{u"number"_s, number}});
         }
     });
-    poster.join(); // the main thread is busy meanwhile, as it is in a wait for a reply
+    poster.join(); // the main thread is busy meanwhile, as in a wait for a reply
     QTRY_COMPARE_WITH_TIMEOUT(numbers.size(), size_t(count), 30'000);
     for (int number = 0; number < count; ++number)
         QCOMPARE(numbers[size_t(number)], number);

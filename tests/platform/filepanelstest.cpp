@@ -229,7 +229,7 @@ private slots:
         const QPointer<QCompleter> completer = field->completer();
         QVERIFY(completer);
         QSignalSpy loaded(panel->findChild<QFileSystemModel *>(), &QFileSystemModel::directoryLoaded);
-        // In a folder that has not been listed yet: the list goes on changing when that is.
+        // The folder has not been listed yet, so the list changes once more after the listing.
         QTest::keyClicks(field, mFolder->filePath(u"Folder/Inner.desktop"_s));
         QTRY_VERIFY(completer->popup()->isVisible());
         if (byReturn)
@@ -279,7 +279,7 @@ private:
     {
         auto *field = panel.findChild<QLineEdit *>();
         field->setText(name);
-        QMetaObject::invokeMethod(&panel, "accept"); // what Return does when no list of completions is open
+        QMetaObject::invokeMethod(&panel, "accept"); // the action of Return when no list of completions is open
     }
 
     static void activate(QFileDialog &panel, const QString &name)

@@ -51,7 +51,7 @@ void FlowLayoutTest::breaksWhereTheNextWouldNotFit_data()
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("height");
     QTest::addColumn<QList<QRect>>("expected");
-    // A lower item is in the middle of its row.
+    // A lower item is centred in its row.
     const QRect first(0, 0, 40, 20);
     QTest::newRow("one row") << 150 << 20 << QList{first, QRect(50, 5, 60, 10), QRect(120, 0, 30, 20)};
     QTest::newRow("wider") << 170 << 20 << QList{QRect(10, 0, 40, 20), QRect(60, 5, 60, 10), QRect(130, 0, 30, 20)};

@@ -77,7 +77,7 @@ void FocusMemoryTest::leavesItWhereTheUserWent()
     setEnabled(mFirst, true);
     QVERIFY(mThird->hasFocus());
     mSecond->setFocus();
-    setEnabled(mFirst, true); // that was all
+    setEnabled(mFirst, true); // no other change happened
     QVERIFY(mSecond->hasFocus());
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a help book is read and searched, and the book that ships with the program.
+// Reading and searching a help book, and the book of the program.
 #include "platform/helpbook.h"
 #include "tests/support/testmain.h"
 
@@ -24,7 +24,7 @@ QString shippedFolder(const QString &language = english)
     return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help/"_s + language;
 }
 
-/// The languages of the window; the help is to come in each of them.
+/// The languages of the window; each must have a help book.
 QStringList languages()
 {
     QStringList names;
@@ -34,19 +34,20 @@ QStringList languages()
     return names;
 }
 
-/// What makes up the page `html` besides its words: the elements in their order, with the places they name and lead to.
+/// The structure of the page `html` without its words: the elements in their order, with their anchors and link
+/// targets.
 QStringList structureOf(const QString &html)
 {
     static const QRegularExpression element(u"<(/?[a-z][a-z0-9]*)((?:\\s+[a-z]+=\"[^\"]*\")*)\\s*>"_s);
     QStringList elements;
     for (const QRegularExpressionMatch &match : element.globalMatch(html)) {
-        if (match.captured(1) != "html"_L1) // tells its language
+        if (match.captured(1) != "html"_L1) // it contains the language
             elements += match.captured(1) + match.captured(2).simplified();
     }
     return elements;
 }
 
-/// The elements whose places in a sentence another language may change.
+/// The elements whose places in a sentence may differ in another language.
 bool isWithinText(const QString &element)
 {
     static const QRegularExpression inText(u"^/?(a|b|i|code)\\b"_s);
@@ -212,7 +213,7 @@ void HelpBookTest::quotesWhatItFound()
     QVERIFY2(excerpt.contains(u" here it is "_s), qPrintable(excerpt));
     QVERIFY2(excerpt.startsWith(u"… word"_s) && excerpt.endsWith(u"word …"_s), qPrintable(excerpt));
     QVERIFY(excerpt.size() < 150);
-    write(u"index.html"_s, u"Start"_s, u"<h1>Start</h1><p>short</p>"_s); // the heading is not told twice
+    write(u"index.html"_s, u"Start"_s, u"<h1>Start</h1><p>short</p>"_s); // the heading is not repeated
     QCOMPARE(HelpBook(mFolder->path()).search(u"short"_s).first().excerpt, u"short"_s);
 }
 
@@ -252,7 +253,7 @@ void HelpBookTest::shippedPagesAreReachable()
     const QStringList files = folder.entryList({u"*.html"_s});
     QCOMPARE(reached, QSet<QString>(files.begin(), files.end()));
     QVERIFY(files.size() >= 12);
-    // And from the contents at once, so that the list of the window has them in order.
+    // The contents must link directly to each page, because they order the list of the window.
     const QStringList fromContents = linksOf(readFile(folder.filePath(u"index.html"_s)));
     for (const QString &name : files)
         QVERIFY2(name == "index.html"_L1 || fromContents.contains(name), qPrintable(name));
@@ -285,7 +286,7 @@ void HelpBookTest::shippedPagesAskForNoColors()
 void HelpBookTest::shippedPagesTellTrueCommands()
 {
     QFETCH(QString, language);
-    // What the pages call a command of kestractl is one.
+    // A command of kestractl on a page must exist.
     const QString manPage = readFile(QStringLiteral(KESTRA_MAN_PAGE)).remove(u'\\');
     QVERIFY(!manPage.isEmpty());
     static const QRegularExpression command(u"<code>kestractl ([a-z-]+)( [a-z-]+)?"_s);
@@ -321,7 +322,7 @@ void HelpBookTest::everyLanguageTellsTheSame()
         QVERIFY2(html.contains(u"<html lang=\"%1\">"_s.arg(tag)), qPrintable(name));
         QStringList elements = structureOf(html);
         QStringList wanted = structureOf(readFile(original.filePath(name)));
-        // The places within a sentence may differ, what stands there may not.
+        // The places within a sentence may differ, but not the elements.
         QStringList sorted = elements;
         QStringList wantedSorted = wanted;
         sorted.sort();

@@ -126,7 +126,7 @@ void HelpWindowTest::goesBackAndForward()
     button("helpBack")->click();
     QCOMPARE(shown(), u"keys.html"_s);
     QCOMPARE(list()->currentItem()->text(), u"Keys"_s);
-    QTest::keyClick(browser(), Qt::Key_Left, Qt::AltModifier); // seen to go down and up: takes a moment
+    QTest::keyClick(browser(), Qt::Key_Left, Qt::AltModifier); // visibly goes down and up, which takes a moment
     QTRY_COMPARE(shown(), u"index.html"_s);
     QVERIFY(!button("helpBack")->isEnabled());
     QTest::keyClick(browser(), Qt::Key_Right, Qt::AltModifier);
@@ -255,7 +255,7 @@ void HelpWindowTest::linksAreSeenOnADarkDesktopThatLeavesThemDark()
     QApplication::setPalette(dark);
     QTRY_VERIFY(linkColor().lightness() > 180);
     QCOMPARE(linkColor().hslHue(), QColor(Qt::blue).hslHue());
-    // A page that is opened after it, too.
+    // The same applies to a page that is opened after it.
     mWindow->gotoPage(u"keys.html"_s);
     mWindow->gotoPage(u"index.html"_s);
     QVERIFY(linkColor().lightness() > 180);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A port whose bus name the bus could start a service for: looking for it or sending to it must not start anything.
+// A port whose bus name belongs to a service that the bus can start. Neither the search for the port nor a message to
+// it must start the service.
 #include "platform/messageport.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
@@ -17,7 +18,7 @@ namespace {
 
 const QString portName = u"ActivatablePort"_s;
 
-/// A session bus that knows one service file; the service leaves a mark when it is started.
+/// A session bus that knows one service file. The started service leaves a mark.
 class ActivatingBus
 {
 public:
@@ -70,7 +71,7 @@ private:
 
 void MessagePortActivationTest::initTestCase()
 {
-    QVERIFY(mBus.start()); // before anything asks for the session bus
+    QVERIFY(mBus.start()); // before the first use of the session bus
     QVERIFY(QDBusConnection::sessionBus().isConnected());
     QDBusConnectionInterface *bus = QDBusConnection::sessionBus().interface();
     QVERIFY(bus->activatableServiceNames().value().contains(messagePortBusName(portName)));
@@ -90,13 +91,13 @@ void MessagePortActivationTest::startsNoService()
     QDBusConnection::disconnectFromBus(u"port"_s);
     QVERIFY(remote->sendRequest(1, "x", 2s, 2s) == RemoteMessagePort::SendStatus::isInvalid);
     remote->post(1, "x");
-    QVERIFY(!RemoteMessagePort::open(portName)); // answered after the post was dealt with
+    QVERIFY(!RemoteMessagePort::open(portName)); // answered after the post
     QVERIFY(!mBus.hasStartedTheService());
 }
 
 void MessagePortActivationTest::theBusWouldHaveStartedIt()
 {
-    // The counterpart: a message that allows it does start it.
+    // The counterpart: a message that allows it does start the service.
     QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(portName), u"/MessagePort"_s,
                                                        u"org.quillkestra.MessagePort"_s, u"SendRequest"_s);
     call << 1 << QByteArray("x");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Message ports over a real bus: the port under test has a connection of its own, as another process would have.
+// Message ports over a real bus: the port under test has its own connection, as in another process.
 #include "platform/messageport.h"
 #include "tests/support/testmain.h"
 #include "tests/support/threadedport.h"
@@ -30,7 +30,7 @@ struct Message
     std::optional<QByteArray> data;
 };
 
-/// What the port's thread received, for the thread of the test.
+/// Passes the messages that the port's thread receives to the thread of the test.
 class Inbox
 {
 public:
@@ -133,7 +133,7 @@ void MessagePortTest::knowsWhichNamesAPortCanHave_data()
     QTest::newRow("a zero") << QString(QChar(0)) << false;
 }
 
-// The bus says the same of every name: the rule is its own.
+// The bus gives the same answer for every name: the rule is its own.
 void MessagePortTest::knowsWhichNamesAPortCanHave()
 {
     QFETCH(QString, name);
@@ -157,7 +157,7 @@ void MessagePortTest::callsMeanwhileBetweenSendingAndTheAnswer()
     QByteArray answer;
     bool hadAnswer = false;
     const auto meanwhile = [&] {
-        isReceived.acquire(); // so it was sent
+        isReceived.acquire(); // the message was sent
         hadAnswer = !answer.isEmpty();
         isReleased.release();
     };
@@ -241,7 +241,7 @@ void MessagePortTest::postDoesNotWaitForTheAnswer()
     });
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
-    remote->post(1, "x"); // would hang here until the time limit of the bus, if it waited
+    remote->post(1, "x"); // if it waited, it would hang here until the time limit of the bus
     QVERIFY(arrived.try_acquire_for(5s));
     mayAnswer.release();
 }
@@ -275,7 +275,7 @@ void MessagePortTest::refusesNameThatIsTaken()
     }
     QByteArray answer;
     const auto remote = RemoteMessagePort::open(portName);
-    QVERIFY(remote); // the refused one took nothing away with it
+    QVERIFY(remote); // the refusal affected no other port
     QVERIFY(remote->sendRequest(1, "x", 2s, 2s, &answer) == SendStatus::success);
     QCOMPARE(answer, QByteArray("first"));
 }
@@ -293,7 +293,7 @@ void MessagePortTest::refusedPortLeavesOtherPortOfTheConnectionAlone()
     const QDBusConnection connection = QDBusConnection::sessionBus();
     const auto first = LocalMessagePort::create(portName, answerNothing, connection);
     QVERIFY(first);
-    // One connection has one /MessagePort.
+    // A connection can have only one /MessagePort.
     QVERIFY(!LocalMessagePort::create(secondName, answerNothing, connection));
     QVERIFY(hasOwner(messagePortBusName(portName)));
     QCOMPARE(connection.objectRegisteredAt(u"/MessagePort"_s), first.get());
@@ -341,7 +341,7 @@ void MessagePortTest::sendGivesUpAfterReceiveTimeout()
     const qint64 elapsedMs = timer.elapsed();
     mayAnswer.release();
     QVERIFY(status == SendStatus::receiveTimeout);
-    // The bus library's timers are coarse: they may be out by a twentieth.
+    // The bus library's timers are coarse; they may be off by a twentieth.
     QVERIFY2(elapsedMs >= 142 && elapsedMs < 5000, qPrintable(QString::number(elapsedMs)));
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the desktop says of motion, told by a settings portal of the test's own on a private bus.
+// The desktop's preference for motion, from a simulated settings portal on a private bus.
 #include "platform/motionpreference.h"
 #include "tests/support/testmain.h"
 
@@ -88,7 +88,7 @@ class MotionPreferenceTest : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
-    /// For QtDBus: the portal says that a setting has changed.
+    /// For QtDBus: the portal announces a changed setting.
     void settingChanged(const QDBusMessage &message) { mChangedKeys += message.arguments().value(1).toString(); }
 
 private Q_SLOTS:
@@ -102,13 +102,13 @@ private Q_SLOTS:
     void asksAPortalThatComesLater();
 
 private:
-    QStringList mChangedKeys; // as the bus told this process
+    QStringList mChangedKeys; // as the bus reported to this process
 };
 
 void MotionPreferenceTest::initTestCase()
 {
     qDBusRegisterMetaType<Settings>();
-    // Of any sender: else this connection would watch the portal's name before a preference does.
+    // From any sender, because otherwise this connection would watch the portal's name before a preference does.
     QVERIFY(QDBusConnection::sessionBus().connect({}, path, interface, u"SettingChanged"_s, this,
                                                   SLOT(settingChanged(QDBusMessage))));
 }
@@ -137,10 +137,10 @@ void MotionPreferenceTest::readsWhatThePortalSays()
     FakePortal portal;
     QVERIFY(portal.come(settings(animations, reducedMotion)));
     const MotionPreference preference(QDBusConnection::sessionBus());
-    QVERIFY(preference.isMotionAllowed()); // until it has answered
+    QVERIFY(preference.isMotionAllowed()); // as long as it has not answered
     const QSignalSpy changes(&preference, &MotionPreference::changed);
     QTRY_COMPARE(portal.reads(), 1);
-    // What follows the answer on its connection is read after it.
+    // Signals after the answer on its connection are read after it.
     portal.change(interfaceGroup, u"another-key"_s, false);
     QTRY_COMPARE(mChangedKeys, QStringList{u"another-key"_s});
     QCOMPARE(preference.isMotionAllowed(), isAllowed);
@@ -158,7 +158,7 @@ void MotionPreferenceTest::followsChanges()
     QTRY_COMPARE(changes.size(), 1);
     QVERIFY(!preference.isMotionAllowed());
     portal.change(appearanceGroup, u"reduced-motion"_s, 1U);
-    portal.change(interfaceGroup, u"enable-animations"_s, true); // one of the two still asks for less
+    portal.change(interfaceGroup, u"enable-animations"_s, true); // one of the two settings still reduces motion
     portal.change(u"org.example"_s, u"reduced-motion"_s, 0U);
     portal.change(appearanceGroup, u"reduced-motion"_s, 0U);
     QTRY_COMPARE(changes.size(), 2);

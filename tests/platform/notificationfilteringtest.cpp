@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the bus itself is asked for, and what it therefore sends: a program is not woken for names it does not observe.
+// The rules that a program registers on the bus, and the messages that it therefore receives: names that it does not
+// observe do not wake it.
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/testmain.h"
 
@@ -129,7 +130,7 @@ void NotificationFilteringTest::unobservedNamesAreNotSent()
     const bool wereDelivered = QTest::qWaitFor([&] { return delivered == 10; });
     qInstallMessageHandler(before);
     QVERIFY(wereDelivered);
-    QCOMPARE(messagesOfName.load(), 10); // the counting works
+    QCOMPARE(messagesOfName.load(), 10); // the count does work
     QCOMPARE(messagesOfOtherName.load(), 0);
 }
 

@@ -128,7 +128,7 @@ void PopUpButtonTest::titleIsShownOnOneLineInItsOwnDirection()
     const QString title = u"One\nof\u2028two\r\u202ethree\t\u009b"_s;
     PopUpButton button;
     button.addItemWithTitle(title);
-    QCOMPARE(button.itemTitleAtIndex(0), title); // what the program compares with
+    QCOMPARE(button.itemTitleAtIndex(0), title); // the program compares with it
     const QString shown = u"One of two  three  "_s;
     QCOMPARE(button.text(), shown);
     QCOMPARE(button.accessibleDescription(), shown);
@@ -198,7 +198,7 @@ void PopUpButtonTest::marksTheSelectedItemInTheMenu()
     button.selectItemAtIndex(1);
     QVERIFY(!button.itemAtIndex(0)->isChecked());
     QVERIFY(button.itemAtIndex(1)->isChecked());
-    // As one of several, not as a box to tick.
+    // One of several choices, not a check box.
     QVERIFY(button.itemAtIndex(1)->actionGroup());
     QVERIFY(button.itemAtIndex(1)->actionGroup()->isExclusive());
     QCOMPARE(button.itemAtIndex(0)->actionGroup(), button.itemAtIndex(1)->actionGroup());

@@ -22,10 +22,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString daemonName = u"QuillKestraDaemon"_s; // 17 characters: longer than the kernel keeps
+const QString daemonName = u"QuillKestraDaemon"_s; // 17 characters: longer than the name that the kernel keeps
 constexpr const char *namespaceMark = "KESTRA_TEST_IN_PID_NAMESPACE";
 
-/// The start of a name that the kernel keeps with the process.
+/// The beginning of the name, which the kernel keeps with the process.
 QByteArray keptName(const QString &path)
 {
     return QFile::encodeName(path.section(u'/', -1)).left(15);
@@ -52,7 +52,7 @@ private slots:
     void endsProcessesInNamespaceOfTheirOwn();
 
 private:
-    /// A process in the made-up process file system. `startedAs`: the path that the kernel was given to start it.
+    /// Adds a process to the simulated process file system. `startedAs`: the path that the kernel received to start it.
     void addProcess(const QString &id, const QString &executable, const QString &startedAs = {},
                     const QByteArrayList &arguments = {});
     [[nodiscard]] std::vector<qint64> found(const QString &name = daemonName) const;
@@ -129,7 +129,7 @@ void ProcessesTest::comparesTheNameOfTheLink_data()
         << versioned << u"/usr/bin/QuillKestraDaem"_s << QByteArrayList{"QuillKestraDaem"} << false;
     QTest::newRow("same 15 characters, name as an argument")
         << versioned << u"/usr/bin/QuillKestraDaemonTool"_s << QByteArrayList{"QuillKestraDaemonTool", name} << false;
-    // The starter chooses the first argument.
+    // The starting program chooses the first argument.
     QTest::newRow("first argument alone") << versioned << versioned << QByteArrayList{name} << false;
     QTest::newRow("kernel thread") << QString() << QString() << QByteArrayList() << false;
 }
@@ -182,7 +182,7 @@ void ProcessesTest::comparesTheNameOfTheScript()
     writeFile(script, firstLine + "\necho\n");
     addProcess(u"100"_s, u"/usr/bin/interpreter"_s, u"/usr/bin/interpreter"_s,
                arguments + QByteArrayList{script.toUtf8()});
-    // Relative to the process's folder.
+    // Relative to the process's current folder.
     addProcess(u"101"_s, u"/usr/bin/interpreter"_s, u"/usr/bin/interpreter"_s,
                arguments + QByteArrayList{file.toUtf8()});
     QCOMPARE(found(), (isFound ? std::vector<qint64>{100, 101} : std::vector<qint64>{}));
@@ -200,7 +200,7 @@ void ProcessesTest::ignoresWhatIsNoProcess()
 {
     addProcess(u"self"_s, u"/usr/bin/QuillKestraDaemon"_s);
     addProcess(u"12a"_s, u"/usr/bin/QuillKestraDaemon"_s);
-    // Signals to these numbers would go to whole groups of processes.
+    // Signals to these numbers would reach whole groups of processes.
     addProcess(u"0"_s, u"/usr/bin/QuillKestraDaemon"_s);
     addProcess(u"-1"_s, u"/usr/bin/QuillKestraDaemon"_s);
     QCOMPARE(found(), std::vector<qint64>{});
@@ -220,7 +220,8 @@ void ProcessesTest::missingFolderHasNone()
 void ProcessesTest::endsProcessesInNamespaceOfTheirOwn()
 {
     QStringList own{u"--pid"_s, u"--fork"_s, u"--mount-proc"_s, u"--kill-child"_s};
-    if (::geteuid() != 0) // who may make one without that, and have the processes of other users there
+    if (::geteuid()
+        != 0) // the superuser may create one without a user namespace, and has processes of other users there
         own += {u"--user"_s, u"--map-root-user"_s};
     if (QProcess::execute(u"unshare"_s, own + QStringList{u"true"_s}) != 0)
         QSKIP("this machine lets no one make a PID namespace");
@@ -259,9 +260,9 @@ private:
     /// Starts the file at `path`, and waits until its process is named `keptName`.
     [[nodiscard]] static std::unique_ptr<QProcess> startedFile(const QString &path, const QByteArray &keptName);
     [[nodiscard]] static bool wasTerminated(QProcess &process);
-    /// The ID of a process that runs the executable at `path`, without Qt; null when it could not be started.
+    /// Starts the executable at `path` without Qt and returns the ID of its process; null when it cannot be started.
     [[nodiscard]] static QString spawned(const QString &path);
-    /// The signal that ended the process; SIGKILL when it had to be ended here.
+    /// Returns the signal that ended the process; SIGKILL when this function had to end it.
     [[nodiscard]] static QString endingSignal(const QString &id);
 
     std::unique_ptr<QTemporaryDir> mFolder;
@@ -278,7 +279,8 @@ void ProcessesInNamespaceTest::initTestCase()
 void ProcessesInNamespaceTest::init()
 {
     mFolder = std::make_unique<QTemporaryDir>();
-    QCOMPARE(::chmod(QFile::encodeName(mFolder->path()).constData(), 0755), 0); // other users' processes run from there
+    QCOMPARE(::chmod(QFile::encodeName(mFolder->path()).constData(), 0755),
+             0); // processes of other users run from there
 }
 
 void ProcessesInNamespaceTest::cleanup()
@@ -293,7 +295,7 @@ std::unique_ptr<QProcess> ProcessesInNamespaceTest::started(const QString &name)
         return nullptr;
     auto process = std::make_unique<QProcess>();
     process->start(path, {u"600"_s});
-    // After exec the process has the name; before, it is still a copy of this one.
+    // After exec the process has the name. Before, it is a copy of this process.
     const QString exe = u"/proc/%1/exe"_s.arg(process->processId());
     if (!process->waitForStarted() || !QTest::qWaitFor([&] { return QFile::symLinkTarget(exe) == path; }))
         return nullptr;
@@ -332,12 +334,12 @@ void ProcessesInNamespaceTest::leavesProcessesOfOtherNames()
     const auto daemon = started(daemonName);
     QVERIFY(other && daemon);
     Processes::endAllNamed(daemonName);
-    QVERIFY(wasTerminated(*daemon)); // so the other one's turn has passed
+    QVERIFY(wasTerminated(*daemon)); // by then the other process has had its turn
     QCOMPARE(other->state(), QProcess::Running);
     QCOMPARE(::kill(pid_t(other->processId()), 0), 0);
     other->kill();
     QVERIFY(other->waitForFinished());
-    QVERIFY(other->exitCode() == SIGKILL); // ended by this test and nothing before
+    QVERIFY(other->exitCode() == SIGKILL); // this test ended it, and nothing before
 }
 
 void ProcessesInNamespaceTest::endsProcessWhoseExecutableIsGone()
@@ -385,7 +387,7 @@ void ProcessesInNamespaceTest::endsScripts()
     QFETCH(QString, runningAs);
     const QString script = mFolder->filePath(daemonName);
     const QString longer = script + u"Tool"_s;
-    // Waits without a process of its own.
+    // The script waits without starting another process.
     const QByteArray content = firstLine + "\nread line <>" + QFile::encodeName(mFolder->filePath(u"pipe"_s)) + '\n';
     QCOMPARE(::mkfifo(QFile::encodeName(mFolder->filePath(u"pipe"_s)).constData(), 0600), 0);
     for (const QString &path : {script, longer}) {

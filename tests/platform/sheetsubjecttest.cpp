@@ -50,7 +50,7 @@ void SheetSubjectTest::aSheetAboutSomethingElseIsCancelled()
     Sheet sheet;
     QPushButton cancel(&sheet);
     sheet.setCancelButton(&cancel);
-    // Ending it refreshes what it was about, as when the cancel button sends a command.
+    // The end of the sheet refreshes its subject, as when the cancel button sends a command.
     int presses = 0;
     connect(&cancel, &QPushButton::clicked, &sheet, [&] {
         ++presses;

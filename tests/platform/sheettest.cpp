@@ -104,7 +104,7 @@ void SheetTest::followsItsWindow()
     QCoreApplication::processEvents();
     QCOMPARE(sheet.pos(), left);
 
-    // Another window's is not to be moved by this one.
+    // This window must not move the sheet of another one.
     QWidget other;
     other.show();
     sheet.beginSheet(&other);

@@ -64,7 +64,7 @@ void StepSliderTest::clickGoesToTheNearestStep()
     QFETCH(int, to);
     const QPoint target = handleAt(to).center();
     const int nearlyHalf = (handleAt(1).center().x() - handleAt(0).center().x()) / 2 - 3;
-    // The groove, a tick below it, and to either side where this step is just the nearest.
+    // The groove, a tick below it, and the furthest points on both sides that still belong to this step.
     for (const QPoint point : {target, QPoint(target.x(), mSlider->height() - 2), target + QPoint(nearlyHalf, 0),
                                target - QPoint(nearlyHalf, 0)}) {
         if (!mSlider->rect().contains(point))
@@ -87,7 +87,7 @@ void StepSliderTest::handleIsDragged()
 
 void StepSliderTest::aDragThatHasEndedMovesNothing()
 {
-    mSlider->endDrag(); // without one
+    mSlider->endDrag(); // without a drag
     QTest::mousePress(mSlider.get(), Qt::LeftButton, {}, handleAt(0).center());
     QVERIFY(mSlider->isSliderDown());
     mSlider->endDrag();

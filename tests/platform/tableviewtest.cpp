@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Names that can be edited and a switch each; remembers what it was told.
+/// Editable names with a check box each; records its calls.
 class Source : public TableViewDataSource
 {
 public:
@@ -519,7 +519,7 @@ void TableViewTest::toolTipsShowTheTextAsItStands()
     mSource->names[0] = name;
     const QString toolTip = mTable->model()->index(0, nameColumn).data(Qt::ToolTipRole).toString();
     QTextDocument shown;
-    // As a tool tip decides it.
+    // The same decision as in a tool tip.
     if (Qt::mightBeRichText(toolTip))
         shown.setHtml(toolTip);
     else
@@ -575,7 +575,7 @@ void TableViewTest::clickingWhereNothingTakesTheFocusWritesTheText()
     QTest::keyClicks(editor(), u"New"_s);
     QTest::mouseClick(editor(), Qt::LeftButton);
     QCOMPARE(mTable->editedRow(), 1);
-    // Through the window, as the display tells it: a disabled widget is not told itself.
+    // Through the window, like the display: a disabled widget receives no event itself.
     QTest::mouseClick(mWindow->windowHandle(), Qt::LeftButton, {}, place->geometry().center());
     QCOMPARE(mTable->editedRow(), -1);
     QCOMPARE(mSource->edits.size(), 1);
@@ -594,7 +594,7 @@ void TableViewTest::anotherWindowThatComesToTheFrontDiscardsTheEdit()
     QTRY_COMPARE(mTable->editedRow(), -1);
     QTRY_VERIFY(!editor());
     QVERIFY(mSource->edits.isEmpty());
-    // The window is not active now.
+    // The window is inactive now.
     mTable->editColumnRow(nameColumn, 1, true);
     QCOMPARE(mTable->editedRow(), -1);
     QVERIFY(!editor());
@@ -636,7 +636,7 @@ void TableViewTest::aMenuKeepsTheEdit()
     QTest::mouseClick(&menu, Qt::LeftButton, {}, QPoint(1, 1));
     menu.close();
     QCOMPARE(mTable->editedRow(), 1);
-    mTable->endEditing(); // as the command does first
+    mTable->endEditing(); // the first action of the command
     QCOMPARE(mSource->edits.size(), 1);
 }
 
@@ -662,7 +662,7 @@ void TableViewTest::whatIsTypedOnChangesNothing()
     QTest::keyClicks(editor(), u"Half"_s);
     mTable->reloadData();
     QVERIFY(mTable->hasFocus());
-    QTest::keyClicks(mTable, u"Gamma"_s); // a row that begins so
+    QTest::keyClicks(mTable, u"Gamma"_s); // a row that begins with the text
     for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Home, Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_Space})
         QTest::keyClick(mTable, key);
     QTest::keyClick(mTable, Qt::Key(end));
@@ -671,7 +671,7 @@ void TableViewTest::whatIsTypedOnChangesNothing()
     QVERIFY(mSource->edits.isEmpty());
     QCOMPARE(deletions.size(), 0);
     QCOMPARE(renamings.size(), 0);
-    // From now on the keys are the table's again.
+    // From now on the table receives the keys again.
     QTest::keyClick(mTable, Qt::Key(end));
     QTest::keyClick(mTable, Qt::Key_Delete);
     QTest::keyClicks(mTable, u"Ga"_s);

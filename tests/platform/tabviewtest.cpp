@@ -27,7 +27,7 @@ public:
     int count = 0;
 };
 
-/// A page that notes whether anybody asked for its size.
+/// A page that records requests for its size.
 class AskedPage : public QWidget
 {
 public:
@@ -99,7 +99,7 @@ void TabViewTest::init()
     mWindow->resize(400, 200);
     mWindow->show();
     QVERIFY(QTest::qWaitForWindowExposed(mWindow.get()));
-    // The first request after the showing is answered in full; from then on the sizes are known.
+    // The first request after the tab view is shown gets a full answer; from then on the sizes are known.
     mLabel->setText(u"34"_s);
     runEvents();
 }
@@ -210,7 +210,7 @@ void TabViewTest::assistiveToolsCanBringATabToTheFront()
 void TabViewTest::tellsTheWidgetsOfItsBarAfterTheTabs()
 {
     QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(mTabView->tabBar());
-    QVERIFY(bar->childCount() > 2); // with the buttons that scroll it
+    QVERIFY(bar->childCount() > 2); // including the buttons that scroll it
     for (int index = 2; index < bar->childCount(); ++index) {
         QVERIFY(bar->child(index) && bar->child(index)->object());
         QCOMPARE(bar->indexOfChild(bar->child(index)), index);
@@ -244,7 +244,7 @@ void TabViewTest::frameLooksLikeTheBaseClasss()
     const auto picture = [ratio](QTabWidget &tabs) {
         tabs.setStyle(QStyleFactory::create(u"Fusion"_s));
         tabs.style()->setParent(&tabs);
-        tabs.setAttribute(Qt::WA_DontShowOnScreen); // laid out, but neither is the active one
+        tabs.setAttribute(Qt::WA_DontShowOnScreen); // laid out, but neither becomes the active one
         tabs.addTab(new QWidget, u"One"_s);
         tabs.resize(300, 700);
         tabs.show();
@@ -257,7 +257,7 @@ void TabViewTest::frameLooksLikeTheBaseClasss()
     TabView tabView;
     QTabWidget tabWidget;
     const QImage image = picture(tabView);
-    QVERIFY(image.pixelColor(image.rect().center()) != QColor(Qt::white)); // the frame is drawn at all
+    QVERIFY(image.pixelColor(image.rect().center()) != QColor(Qt::white)); // the frame is visible
     QCOMPARE(image, picture(tabWidget));
 }
 

@@ -72,7 +72,7 @@ private slots:
         after.insert(u"version"_s, 7);
         const QVariantMap unbound = ApplicationBinding::unbound(before);
         QCOMPARE(unbound, after);
-        // A null string would not go over the wire as a text.
+        // A null string would not become a text on the wire.
         QVERIFY(!unbound.value(u"application"_s).toString().isNull());
     }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The alerts that ask before a delete and a restore, and what their answers do.
+// The alerts that ask before a deletion and a restoration, and the effects of their answers.
 #include "tests/profiles/profilestabfixture.h"
 #include "tests/support/testmain.h"
 
@@ -56,7 +56,7 @@ void KeyboardProfilesAlertsTest::anAlertGoesWithTheProfileThatItNames()
     fill({u"A"_s, u"B"_s, u"C"_s}, 1);
     choose(tag);
     QVERIFY(alert());
-    // As when the application in front has switched profiles.
+    // Simulates a profile switch by the application in front.
     mDelegate->active = 2;
     mDelegate->refresh();
     QVERIFY(!alert());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The "auto switch" boxes, the application chooser they lead to, and the removal of an application.
+// The "auto switch" boxes, the application chooser that they open, and the removal of an application.
 #include "tests/profiles/profilestabfixture.h"
 #include "tests/support/testmain.h"
 
@@ -83,7 +83,7 @@ void KeyboardProfilesAutoSwitchTest::withoutAnApplicationTheChooserOpens()
     QVERIFY(isChooserOpen());
     QVERIFY(mController->profileFileBrowserPanel()->nameFilters().first().contains(u"*.app"_s));
     QCOMPARE(shownBox(0), int(Qt::Unchecked));
-    // The answer for nothing chosen counts for the row that was switched to.
+    // The answer "no application" applies to the row that the user switched to.
     tick(1, 1);
     mController->profileFileBrowserPanel()->reject();
     QCOMPARE(mDelegate->operations(), (QStringList{u"switch"_s, u"update"_s}));

@@ -59,7 +59,7 @@ private slots:
         QCOMPARE(panel->directory(), QDir(folder));
         QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
         QVERIFY(mDelegate->calls.isEmpty());
-        // The earlier panel goes before there is a new one.
+        // The earlier panel is destroyed before a new one is created.
         choose(tag);
         QVERIFY(!panel);
         QVERIFY(mController->profileFileBrowserPanel());
@@ -127,11 +127,11 @@ private slots:
         QVERIFY(panel && panel->isVisible());
         mDelegate->refresh();
         QVERIFY(panel->isVisible());
-        // As when the application in front has switched profiles.
+        // Simulates a profile switch by the application in front.
         mDelegate->active = 1;
         mDelegate->refresh();
         QVERIFY(!panel->isVisible());
-        // Neither bound nor unbound.
+        // The profile keeps its binding.
         QVERIFY(mDelegate->calls.isEmpty());
         QCOMPARE(cell(u"auto switch"_s), QVariant(1));
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the tab remembers from one operation to the next: the first selection, a delete or a bind that goes on, a name
-// to edit, a rename from the menu.
+// The tab's memory between two operations: the first selection, a continuing deletion or binding, a name to edit, a
+// rename from the menu.
 #include "tests/profiles/profilestabfixture.h"
 #include "tests/support/testmain.h"
 
@@ -43,9 +43,9 @@ private Q_SLOTS:
     void aRowThatIsGoneSwitchesNothing();
 
 private:
-    /// Three profiles of which the second is active, shown but not yet selected; no command is answered.
+    /// Three profiles, of which the second is active. They are shown but not yet selected, and no command is answered.
     void showUnselected();
-    /// Chooses the application for the selected profile, as the menu does.
+    /// Chooses the application for the selected profile, like the menu.
     void bindApplication(const QString &file = u"racer.desktop"_s);
 
     QTemporaryDir mFolder;
@@ -86,7 +86,7 @@ void KeyboardProfilesFlagsTest::afterABindTheFirstSelectionStays()
     table()->selectRow(2);
     QCOMPARE(table()->selectedRow(), 2);
     QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
-    // Only the first one switches nothing.
+    // Only the first selection switches nothing.
     table()->selectRow(0);
     QCOMPARE(mDelegate->operations(), (QStringList{u"update"_s, u"switch"_s}));
 }
@@ -144,7 +144,7 @@ void KeyboardProfilesFlagsTest::awakeningEmptiesWhatWasHandedOver()
     QCOMPARE(mController->defaultProfileDict(), QVariantMap());
     QCOMPARE(mController->userSettingsDict(), QVariantMap());
     QCOMPARE(mController->deviceSettingsDict(), QVariantMap());
-    // Empty, but there: a refresh shows what the rest says.
+    // An empty record still exists; a refresh shows the other values.
     mController->updateUISettings();
     QCOMPARE(table()->selectedRow(), 0);
 }
@@ -199,7 +199,7 @@ void KeyboardProfilesFlagsTest::deleteFromTheMenuReselectsOnceAfterARename()
     table()->abortEditing();
     QSignalSpy selections(table()->selectionModel(), &QItemSelectionModel::selectionChanged);
     choose(ProfileCommands::deleteProfile);
-    QCOMPARE(selections.count(), 2); // off and on again, which would end the edit
+    QCOMPARE(selections.count(), 2); // deselected and selected again, which would end the edit
     QCOMPARE(table()->selectedRow(), 1);
     press("alertAlternativeButton"_L1);
     choose(ProfileCommands::deleteProfile);
@@ -214,8 +214,8 @@ void KeyboardProfilesFlagsTest::refreshesDuringAnAddSelectNothingElse()
     mDelegate->onScreenDisplay = 1;
     mDelegate->duringAdd = [this] { mDelegate->refresh(); };
     choose(ProfileCommands::newProfile);
-    QCOMPARE(table()->selectedRow(), 2);                               // though the second is still the active one
-    QVERIFY(outlet<QCheckBox>("mEnableOnScreenDisplay")->isChecked()); // as soon as the add is done
+    QCOMPARE(table()->selectedRow(), 2);                               // although the second is still the active one
+    QVERIFY(outlet<QCheckBox>("mEnableOnScreenDisplay")->isChecked()); // at the end of the addition
     QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
     table()->abortEditing();
     mDelegate->refresh();
@@ -241,7 +241,7 @@ void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTabl
     QTest::addColumn<int>("active");
     QTest::addColumn<int>("opened");
     QTest::newRow("the last one is deleted") << 2 << 2;
-    QTest::newRow("another one is deleted") << 1 << -1; // no name but that of the selected row is opened
+    QTest::newRow("another one is deleted") << 1 << -1; // only the name of the selected row is opened
 }
 
 void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTable()
@@ -277,7 +277,7 @@ void KeyboardProfilesFlagsTest::aRefreshSelectsAnewAndSoEndsAnEdit()
 void KeyboardProfilesFlagsTest::aRefreshSetsTheAddButtonWithoutASelectionToo()
 {
     fillCount(20);
-    mController->setMDeviceSettingsDict({{u"ActiveProfile"_s, 25}}); // no row to select
+    mController->setMDeviceSettingsDict({{u"ActiveProfile"_s, 25}}); // no row can be selected
     mController->updateUISettings();
     QCOMPARE(table()->selectedRow(), -1);
     outlet<QPushButton>("mAddProfile")->setEnabled(true);

@@ -86,7 +86,7 @@ void KeyboardProfilesMenusTest::gearDeleteEndsAPendingRename()
 
 namespace {
 
-/// Remembers what a tool button was drawn with.
+/// Records the options with which a tool button was drawn.
 class NotingStyle : public QProxyStyle
 {
 public:
@@ -114,7 +114,7 @@ void KeyboardProfilesMenusTest::theGearIsAPictureAlone()
     QVERIFY(style.drawn);
     QVERIFY(style.drawn->text.isEmpty());
     QVERIFY(!style.drawn->icon.isNull());
-    QVERIFY(!style.drawn->features.testFlag(QStyleOptionToolButton::HasMenu)); // that is the arrow
+    QVERIFY(!style.drawn->features.testFlag(QStyleOptionToolButton::HasMenu)); // this is the arrow
     QCOMPARE(gear->popupMode(), QToolButton::InstantPopup);
     const auto picture = [gear](QIcon::Mode mode) { return gear->icon().pixmap(16, 16, mode).toImage(); };
     QVERIFY(picture(QIcon::Normal) != picture(QIcon::Disabled));
@@ -252,7 +252,7 @@ void KeyboardProfilesMenusTest::aRightClickOpensTheMenuWithoutSelecting()
     QCOMPARE(disabledTags(menu->actions()).size(), isEnabled ? 1 : 9);
     QCOMPARE(table()->selectedRow(), 1);
     if (isEnabled) {
-        // It acts on the row that was selected before.
+        // The command acts on the row that was selected before.
         menu->actions().value(ProfileCommands::copy - 1)->trigger();
         QCOMPARE(mDelegate->calls.value(0).settings.value(u"ProfileName"_s), QVariant(u"B(2)"_s));
     }
@@ -363,7 +363,7 @@ void KeyboardProfilesMenusTest::keyEquivalentsReachOnlyTheNameEditor()
     QTest::keyClicks(editor(), u"xy"_s);
     QTest::keyClick(editor(), Qt::Key_A, Qt::ControlModifier);
     QCOMPARE(editor()->selectedText(), editor()->text());
-    // What the editor has no use for is the window's.
+    // The editor passes keys that it does not use to the window.
     QTest::keyClick(editor(), Qt::Key_K, Qt::ControlModifier);
     QCOMPARE(triggered, 2);
     QCOMPARE(table()->editedRow(), 0);

@@ -82,7 +82,7 @@ void KeyboardProfilesNamesTest::addOpensTheNewNameForEditing()
     QTRY_COMPARE(mDelegate->operations(), (QStringList{u"add"_s, u"rename"_s}));
     QCOMPARE(mDelegate->calls.last().profileID, 2);
     QCOMPARE(mDelegate->calls.last().settings, profileNamed(u"Night"_s));
-    // The name is edited once, not again at the next refresh.
+    // The next refresh does not open the name for editing again.
     mDelegate->refresh();
     QCOMPARE(table()->editedRow(), -1);
 }
@@ -99,7 +99,7 @@ void KeyboardProfilesNamesTest::addDisablesTheControlsMeanwhile()
     fill({u"A"_s, u"B"_s});
     bool wereOff = false;
     mDelegate->duringAdd = [&] {
-        // The add button goes by the number of profiles, even meanwhile.
+        // The add button follows the number of profiles, even meanwhile.
         wereOff = outlet<QPushButton>("mAddProfile")->isEnabled()
                   && !outlet<PulldownButton>("mSettingsProfile")->isEnabled()
                   && !outlet<QCheckBox>("mEnableOnScreenDisplay")->isEnabled();
@@ -148,7 +148,7 @@ void KeyboardProfilesNamesTest::aRefusedAddLeavesTheOnlyProfileUndeletable()
     mDelegate->refusesToAdd = true;
     outlet<QPushButton>("mAddProfile")->click();
     QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
-    QCOMPARE(table()->model()->rowCount(), 1); // asking the table for its rows would set the button
+    QCOMPARE(table()->model()->rowCount(), 1); // a request for the table's rows would set the button
     QVERIFY(!outlet<QPushButton>("mDeleteProfile")->isEnabled());
     QVERIFY(outlet<QPushButton>("mAddProfile")->isEnabled());
 }
@@ -308,14 +308,14 @@ void KeyboardProfilesNamesTest::aNewNameIsOpenedOnce()
     outlet<QPushButton>("mAddProfile")->click();
     QCOMPARE(table()->editedRow(), 2);
     QTest::keyClicks(editor(), u"Half a na"_s);
-    // Another client adds one, which becomes the active one.
+    // Another client adds a profile, which becomes the active one.
     mDelegate->profiles.append(profileNamed(u"Of another"_s));
     mDelegate->active = 3;
     mDelegate->calls.clear();
     mDelegate->refresh();
     QCOMPARE(table()->selectedRow(), 3);
     QCOMPARE(table()->editedRow(), -1);
-    // What the person types on changes nothing and goes nowhere.
+    // Further typing changes nothing and reaches no other name.
     QTest::keyClicks(table(), u"Bad"_s);
     QTest::keyClick(table(), Qt::Key_Return);
     QCOMPARE(table()->selectedRow(), 3);
@@ -329,7 +329,7 @@ void KeyboardProfilesNamesTest::anOpenedNameTakesTheFocusOnce()
     QTest::keyClick(editor(), Qt::Key_Escape);
     QWidget *focused = outlet<QWidget>("mEnableOnScreenDisplay");
     focused->setFocus();
-    // Another client adds one, which becomes the active one.
+    // Another client adds a profile, which becomes the active one.
     mDelegate->profiles.append(profileNamed(u"Of another"_s));
     mDelegate->active = 3;
     mDelegate->refresh();
@@ -341,12 +341,12 @@ void KeyboardProfilesNamesTest::ofTwoOfOneNameNoneIsOpened()
 {
     fill({u"A"_s, u"B"_s});
     mDelegate->duringAdd = [this] {
-        // Another client adds one under the same free name.
+        // Another client adds a profile under the same free name.
         mDelegate->profiles.append(profileNamed(mDelegate->calls.last().settings.value(u"ProfileName"_s).toString()));
     };
     outlet<QPushButton>("mAddProfile")->click();
     QCOMPARE(mController->allProfilesArray().size(), 4);
-    QCOMPARE(table()->selectedRow(), 0); // the active one
+    QCOMPARE(table()->selectedRow(), 0); // the active profile
     QCOMPARE(table()->editedRow(), -1);
     QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
 }
@@ -358,8 +358,8 @@ void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsIt
     QTest::newRow("no row is active") << false;
 }
 
-// The name that waits to be edited is the last row's. Written while another row is selected, it would carry the last
-// row's whole record to the selected one.
+// The name that waits for editing is that of the last row. Written while another row is selected, it would overwrite
+// the selected row with the whole record of the last one.
 void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord()
 {
     QFETCH(bool, isRowChosen);

@@ -33,7 +33,7 @@ private slots:
         QVariantMap imported = ProfileFile::importedRecord(record, profiles);
         QTEST(imported.take(u"ProfileName"_s).toString(), "imported");
         record.remove(u"ProfileName"_s);
-        QCOMPARE(imported, record); // everything else as it stands
+        QCOMPARE(imported, record); // everything else is unchanged
     }
 };
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Draws the tab, its sheets, panels and menus in both palettes into the folder `screenshots` beside the tests, for a
-// person to look at, and checks that what is drawn is all there: no button is cut off, no sheet is larger than a
-// screen.
+// person to inspect. Checks that no button is cut off and no sheet is larger than a screen.
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -99,7 +98,7 @@ private Q_SLOTS:
 
 private:
     void fillFor(Scene scene);
-    /// The sheet, panel or menu that the scene opens; null for none.
+    /// Opens the sheet, panel or menu of the scene; null for none.
     QWidget *open(Scene scene);
 
     QTemporaryDir mHome;
@@ -108,7 +107,7 @@ private:
 void ProfilesScreenshotsTest::initTestCase()
 {
     qputenv("QUILL_KESTRA_RESOURCES", qgetenv("KESTRA_BIN_DIR") + "/resources");
-    // One home for all: file panels list the places of the first one that they saw.
+    // One home folder for all, because file panels list the places of the first one.
     qputenv("HOME", QFile::encodeName(mHome.path()));
     qunsetenv("XDG_CONFIG_HOME");
     QDir home(mHome.path());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The profiles tab in a window of its own, with a main controller that only remembers, for the tests of the tab.
+// The profiles tab in its own window, with a main controller that only records calls, for the tests of the tab.
 #pragma once
 
 #include "tests/profiles/profiletester.h"
@@ -19,14 +19,14 @@ protected:
     void openTab();
     void closeTab();
 
-    /// The document as it is when the program has opened the device.
+    /// Hands over a document, as the program does when it has opened the device.
     void fillWith(const QVariantList &profiles, int active = 0);
     void fill(const QStringList &names, int active = 0);
     void fillCount(int count);
 
     /// The open editor of a cell; null when there is none.
     [[nodiscard]] QLineEdit *editor() const;
-    /// The alert that is up; null when there is none.
+    /// The open alert; null when there is none.
     [[nodiscard]] Sheet *alert() const;
     void press(QLatin1StringView alertButton);
     /// Chooses a command of the gear menu.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the profile tests share: records, and a main controller that remembers what the tab asked of it and answers as
-// the real one does: it changes its document, hands the pieces to the tab and refreshes it. Main thread only.
+// Shared parts of the profile tests: records, and a main controller. It records the tab's calls and answers like the
+// real one: it changes its document, hands the pieces to the tab and refreshes the tab. Main thread only.
 #pragma once
 
 #include "profiles/keyboardprofilescontroller.h"
@@ -108,8 +108,8 @@ public:
     QVariantList profiles;
     int active = 0;
     int onScreenDisplay = 0;
-    bool answers = true;       ///< false: no reply ever comes
-    bool refusesToAdd = false; ///< as the daemon does with what it cannot hold
+    bool answers = true;       ///< false: a reply never comes
+    bool refusesToAdd = false; ///< refuses like the daemon when a profile does not fit
     QList<Call> calls;
     std::function<void()> duringAdd; ///< each runs before the tab is refreshed
     std::function<void()> duringDelete;
