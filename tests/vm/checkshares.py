@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The machines that ctest lists run every scenario of the folder, each one once, and none has an empty share.
+"""Checks that the machines of ctest run every scenario of the folder exactly once, and none has an empty share.
 Usage: checkshares.py CTEST BUILD_FOLDER"""
 
 import json

@@ -33,12 +33,13 @@ def thread_states(process):
 
 
 def is_asleep(process):
-    """No thread of it runs, waits for a processor or a disk, or is stopped."""
+    """Whether no thread of it runs, waits for a processor or a disk, or is suspended."""
     return all(state == "S" for state in thread_states(process))
 
 
 class OwnTimeLimit:
-    """Kills a child process when its own time is over. A "with" statement starts and ends the thread that watches it."""
+    """Kills a child process when its own time is over. A "with" statement starts and ends the thread that watches it.
+    """
 
     def __init__(self, process, limit_s, interval_s=1.0):
         self.used_s = 0.0
@@ -69,4 +70,4 @@ class OwnTimeLimit:
                     self._process.kill()
                     return
         except (FileNotFoundError, ProcessLookupError):
-            pass  # it ended meanwhile
+            pass  # the process ended meanwhile

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Boots Debian's kernel in an emulator, with the daemon, a bus and the driver in its memory, and does the scenarios.
+"""Boots Debian's kernel in an emulator, with the daemon, a bus and the driver in its memory, and runs the scenarios.
 
 Usage: run.py --bin FOLDER --driver FILE --work FOLDER [--measure [--instructions] | --share K/N | SCENARIO...]
-Scenarios are named without .txt; all when none is given. --share K/N does the Kth of N shares of all. --measure measures
-instead, by the clock of the host, or with --instructions in instructions.
-Exit codes: 0 all is well, 1 a scenario failed, 77 there is no kernel image or emulator to be had.
+Scenarios are named without .txt; without one, all are run. --share K/N runs the Kth of N shares of all. --measure
+measures instead, by the clock of the host, or with --instructions in instructions.
+Exit codes: 0 all is well, 1 a scenario failed, 77 no kernel image or emulator is available.
 KESTRA_VM_KVM=1 uses the processor's own virtualisation; without it the times are those of software emulation.
 """
 
@@ -28,12 +28,12 @@ import shares
 HERE = os.path.dirname(os.path.abspath(__file__))
 MODULES = ["evdev", "uinput", "hid", "uhid", "hid-generic", "hid-google-hammer"]
 SCENARIOS = os.path.join(HERE, "scenarios")
-RESTRICTED = "restricted"  # needs to know what the user service allows
-OWN_TIME_LIMIT_S = 600  # ten times what a share takes
+RESTRICTED = "restricted"  # needs the permissions of the user service
+OWN_TIME_LIMIT_S = 600  # ten times the duration of a share
 SKIPPED = 77
-REPORT = "kestra-vm: "  # what the driver says on the console
-# An instruction takes 2 to the power of this many nanoseconds by the machine's clock. A larger number makes busy waiting
-# cheaper, but leaves fewer instructions to a step. 4 ns is about the speed of the emulator.
+REPORT = "kestra-vm: "  # the driver's output on the console
+# By the machine's clock an instruction takes 2 to the power of this many nanoseconds. A larger number makes busy
+# waiting cheaper, but leaves fewer instructions to a step. 4 ns is about the speed of the emulator.
 SHIFT_OF_SCENARIOS = 2
 SHIFT_OF_MEASUREMENTS = 0  # a nanosecond is an instruction
 
@@ -44,7 +44,7 @@ def skip(reason):
 
 
 def readable_kernel(image, work):
-    """The image itself, or a copy where only root may read it (Ubuntu) and sudo asks for no password; None otherwise."""
+    """The image itself, or a copy if only root may read it (Ubuntu) and sudo needs no password; otherwise None."""
     if os.access(image, os.R_OK):
         return image
     copy = os.path.join(work, "vmlinuz")
@@ -71,7 +71,7 @@ def newest_kernel(work):
 
 
 def module_files(folder):
-    """The files of MODULES and what they need, in the order of loading; those built into the kernel are left out."""
+    """The files of MODULES and their dependencies, in the order of loading, without those built into the kernel."""
     dependencies = {}
     with open(os.path.join(folder, "modules.dep"), encoding="ascii") as file:
         for line in file:
@@ -88,7 +88,7 @@ def module_files(folder):
 
 
 def libraries_of(program):
-    """The shared libraries that a program loads, as ldd tells."""
+    """The shared libraries that a program loads, according to ldd."""
     output = subprocess.run(["ldd", program], capture_output=True, text=True, check=True).stdout
     return re.findall(r"(/\S+) \(0x", output)
 
@@ -101,7 +101,7 @@ def program(name):
 
 
 def calls_in(group):
-    """The names in a group of the kernel's calls, those in the groups that it names included."""
+    """The names in a group of system calls, including those in the groups that it names."""
     lines = subprocess.run(["systemd-analyze", "syscall-filter", group], capture_output=True, text=True,
                            check=True).stdout.split("\n")[1:]
     names = set()
@@ -114,7 +114,7 @@ def calls_in(group):
 
 
 def allowed_calls():
-    """The numbers of the kernel's calls that the user service allows; None when nothing here tells."""
+    """The numbers of the system calls that the user service allows; None when this machine cannot resolve them."""
     headers = glob.glob("/usr/include/x86_64-linux-gnu/asm/unistd_64.h") + glob.glob("/usr/include/asm/unistd_64.h")
     if not headers or not shutil.which("systemd-analyze"):
         return None
@@ -146,7 +146,7 @@ class Root:
     def add_program(self, source, name):
         self.add(source, "/bin/" + name)
         for library in libraries_of(source):
-            # Where the loader looks for it; the same name may be reached by two ways.
+            # The loader looks for it there; two paths may lead to the same name.
             self.add(library, library)
 
     def write(self, inside, text):
@@ -155,7 +155,7 @@ class Root:
 
 
 def add_module(root, source, inside):
-    """Modules may be compressed, which insmod of the small root may not understand."""
+    """Modules may be compressed, and insmod of the small root may not be able to read them."""
     data = open(source, "rb").read()
     if source.endswith(".xz"):
         import lzma
@@ -175,7 +175,7 @@ def make_root(folder, arguments, modules, names, calls):
     root.add(program("busybox"), "/bin/busybox")
     root.add_program(program("dbus-daemon"), "dbus-daemon")
     root.add_program(program("udevadm"), "udevadm")
-    root.add_program(program("udevadm"), "udevd")  # the name says which of the two it is
+    root.add_program(program("udevadm"), "udevd")  # the name selects the program
     os.rename(root.path("/bin/udevd"), root.path("/bin/systemd-udevd"))
     root.write("/bin/udevd", "#!/bin/busybox sh\nexec /bin/systemd-udevd \"$@\"\n")
     os.chmod(root.path("/bin/udevd"), 0o755)
@@ -183,7 +183,7 @@ def make_root(folder, arguments, modules, names, calls):
         root.add_program(os.path.join(arguments.bin, name), name)
     root.add_program(arguments.driver, "vmdriver")
     root.add_program(arguments.client, "vmclient")
-    # The factory settings: a folder beside the daemon is where it looks first.
+    # The daemon first looks for the factory settings in a folder beside it.
     root.add(os.path.join(HERE, "../../resources/Kestra.plist"), "/bin/resources/Kestra.plist")
     root.add(os.path.join(arguments.bin, "resources/texts/en.qm"), "/bin/resources/texts/en.qm")
     root.add(os.path.join(HERE, "../../packaging/70-quill-kestra-uinput.rules"), "/rules/70-quill-kestra-uinput.rules")
@@ -211,9 +211,10 @@ def make_root(folder, arguments, modules, names, calls):
 
 
 def make_image(path, *root_arguments):
-    """The root folder as the archive that the kernel unpacks at its start; not compressed, as the emulator is slow."""
+    """The root folder as the archive that the kernel unpacks at its start. Uncompressed, because the emulator is slow.
+    """
     with tempfile.TemporaryDirectory() as folder:
-        os.chmod(folder, 0o755)  # it becomes the root folder, of every user
+        os.chmod(folder, 0o755)  # becomes the root folder of all users
         make_root(folder, *root_arguments)
         names = subprocess.run(["find", ".", "-print0"], cwd=folder, capture_output=True, check=True).stdout
         with open(path, "wb") as file:
@@ -222,7 +223,7 @@ def make_image(path, *root_arguments):
 
 
 def counting_instructions(shift):
-    """The machine's clock counts its instructions and skips idle time: load on the host does not make a step late."""
+    """The machine's clock counts its instructions and skips idle time, so load on the host does not delay a step."""
     return ["-icount", f"shift={shift},sleep=off", "-rtc", "clock=vm"]
 
 
@@ -245,7 +246,7 @@ def driver_arguments(arguments, names):
 
 
 def boot(kernel, image, options):
-    """Yields the lines of the console until the machine is off; ends it when it takes too long."""
+    """Yields the lines of the console until the machine is off. Ends the machine when it takes too long."""
     command = [program("qemu-system-x86_64"), *options, "-m", "768", "-smp", "1", "-display", "none", "-nodefaults",
                "-no-reboot", "-serial", "stdio", "-kernel", kernel, "-initrd", image,
                "-append", "console=ttyS0 quiet panic=-1 random.trust_cpu=on"]
@@ -261,7 +262,7 @@ def boot(kernel, image, options):
 
 
 def reports(lines, log):
-    """The driver's part of the lines of the console, printed; the whole console goes to the log."""
+    """Prints the driver's part of the console; the whole console goes to the log."""
     found = []
     for line in lines:
         log.write(line + "\n")
@@ -273,7 +274,7 @@ def reports(lines, log):
 
 
 def problems(found, names, is_measuring):
-    """Reasons for which what the driver reported does not count as a success; `names` are the scenarios that it has."""
+    """Reasons why the driver's report does not count as a success; `names` are the scenarios of the driver."""
     texts = []
     ends = [text for text in found if text.startswith("done, ")]
     if not ends:
@@ -300,7 +301,7 @@ def chosen_scenarios(arguments):
 
 
 def runnable_scenarios(names, calls):
-    """Without the one that cannot be run here."""
+    """The names without the scenario that cannot run here."""
     if calls is not None or RESTRICTED not in names:
         return names
     reason = f"{RESTRICTED}: no systemd-analyze, or no headers of the kernel"
@@ -334,7 +335,7 @@ def parse_arguments():
 
 def main():
     arguments = parse_arguments()
-    # So that the emulator is ended, too.
+    # Ends the emulator as well.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     os.makedirs(arguments.work, exist_ok=True)
     kernel, modules_folder = newest_kernel(arguments.work)

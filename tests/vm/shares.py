@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Which machine runs which scenarios. Every scenario of the folder is in exactly one share."""
+"""Distributes the scenarios among the machines. Every scenario of the folder is in exactly one share."""
 
 import os
 import re
@@ -18,12 +18,12 @@ def parse_share(text):
 
 
 def share_of(names, number, count):
-    """The names of one share. The names are dealt out like cards, in their order."""
+    """The names of one share. The names are dealt like cards, in their order."""
     return sorted(names)[number - 1::count]
 
 
 def findings(names, by_machine):
-    """Problems with the shares of the machines, as texts: scenarios left out or run twice, and empty shares."""
+    """Problems with the shares of the machines, as texts: missing or repeated scenarios, and empty shares."""
     run = [name for share in by_machine.values() for name in share]
     texts = [f"no machine runs {name}" for name in sorted(set(names) - set(run))]
     texts += [f"{name} runs more than once" for name in sorted(set(run)) if run.count(name) > 1]

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The parts of the runner that need no machine: the shares, the limit of a machine's own time, and the verdict."""
+"""Tests the parts of the runner that need no machine: the shares, the limit of a machine's own time, and the verdict.
+"""
 
 import subprocess
 import sys
@@ -11,7 +12,7 @@ import run
 import shares
 
 NAMES = [f"scenario-{number:02}" for number in range(54)]
-LONG_S = 60  # longer than each limit here
+LONG_S = 60  # longer than every limit here
 BUSY = [sys.executable, "-c", "while True: pass"]
 
 
@@ -67,7 +68,7 @@ class OwnTime(unittest.TestCase):
         self.assertTrue(limit.is_over)
 
     def test_time_without_a_processor_is_not_its_own(self):
-        process = self.started(["sh", "-c", "kill -STOP $$"])  # stopped: it can neither run nor sleep
+        process = self.started(["sh", "-c", "kill -STOP $$"])  # suspended: it can neither run nor sleep
         while "T" not in owntime.thread_states(process.pid):
             pass
         with owntime.OwnTimeLimit(process, limit_s=0.2, interval_s=0.02) as limit:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A client of the daemon in the virtual machine, and the desktop's notification service: writes what it is told, a line
-// each. With the word "capture" it asks for single keys, until it is ended.
+// A client of the daemon in the virtual machine, and the desktop's notification service. Writes the notifications that
+// it receives, one a line. With the word "capture" it requests single keys until it is ended.
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
 #include "platform/distributednotificationcenter.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An event node as a desktop reads it: found by its device's name, its keys one after the other.
+// An event device as a desktop reads it: found by its name, key by key.
 #pragma once
 
 #include "tests/vm/driver/filedescriptor.h"
@@ -22,21 +22,23 @@ public:
         Time readAt{};
     };
 
-    /// The node whose device has this name, as soon as there is one. Throws Failure when there is none in time.
-    /// `isAlone`: nobody else sees its events from now on, so that nothing is typed into the virtual machine.
+    /// Opens the event device with this name as soon as it exists. Throws Failure when it does not appear in time.
+    /// `isAlone`: no other process receives its events from now on, so nothing is typed into the virtual machine.
     [[nodiscard]] static EventNode open(const std::string &deviceName, bool isAlone);
     [[nodiscard]] static bool exists(const std::string &deviceName);
 
-    /// The next key, waiting at most this long. Motion, scan codes and ends of reports are left out. Throws Failure
-    /// when the kernel has dropped events, absent also when the device is gone.
+    /// The next key, within this limit. Skips motion, scan codes and ends of reports. Throws Failure when the kernel
+    /// has dropped events. Absent after the limit, and also when the device has disappeared.
     [[nodiscard]] std::optional<Key> next(std::chrono::milliseconds limit);
-    /// Sleeps until events come and reads all of them at once, until a key is among them that has gone down or up.
-    /// Returns the moment after that read; absent when the device is gone.
+    /// Sleeps until events arrive and reads all of them at once, until a key has gone down or up. Returns the moment
+    /// after that read; absent when the device has disappeared.
     [[nodiscard]] std::optional<Time> sleepUntilKey();
-    /// Only repetitions count for it.
-    [[nodiscard]] const std::set<int> &down() const { return mDown; } ///< codes of the keys read as down
+    [[nodiscard]] const std::set<int> &down() const
+    {
+        return mDown;
+    } ///< codes of the keys read as down, even if only repetitions were read
     void setLed(int code, bool isOn);
-    /// From now on the key with this HID usage has another code, as a table of the system may say.
+    /// From now on the key with this HID usage has another code, as a table of the system may define.
     void setCode(std::uint32_t scanCode, int code);
     [[nodiscard]] bool isGone() const { return mIsGone; }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Ends a scenario: what was expected did not come, or a step could not be done.
+// Ends a scenario: an expected event did not arrive, or a step failed.
 #pragma once
 
 #include <stdexcept>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Owns a file descriptor. A value that can be moved.
+// Owns a file descriptor. A movable value.
 #pragma once
 
 #include <unistd.h>

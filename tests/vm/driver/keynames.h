@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The names of keys in scenarios: those of <linux/input-event-codes.h> for what comes out, and the same without KEY_
-// for what is pressed, where a scenario needs them. Written here by hand from the HID Usage Tables 1.12, chapter 10,
-// so that an error in the daemon's own table is seen.
+// The names of keys in scenarios. Outputs use the names of <linux/input-event-codes.h>, inputs the same names without
+// KEY_. They are copied by hand from the HID Usage Tables 1.12, chapter 10, to find errors in the daemon's own table.
 #pragma once
 
 #include <cstdint>

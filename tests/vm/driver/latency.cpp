@@ -13,12 +13,12 @@ namespace {
 
 constexpr std::uint8_t usageB = 0x05;
 
-/// `nextReadAt` waits for the next key and tells when it was read.
+/// `nextReadAt` waits for the next key and returns the time at which it was read.
 template <typename Function> Latencies measure(UhidKeyboard &keyboard, int count, Function nextReadAt)
 {
     Latencies times;
     for (int number = 0; number < count; ++number) {
-        // Apart, as keys are: who waits for it sleeps.
+        // Keys have pauses between them, in which the reader sleeps.
         std::this_thread::sleep_for(2ms);
         const EventNode::Time start = monotonicNow();
         (void)keyboard.setDown(usageB, number % 2 == 0);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How long a key takes from the keyboard to who reads it.
+// The time that a key takes from the keyboard to its reader.
 #pragma once
 
 #include "tests/vm/driver/eventnode.h"
@@ -8,12 +8,12 @@
 #include <chrono>
 #include <vector>
 
-/// One key after the other, 2 ms apart, from the moment before its report is written.
+/// One value per key. Keys are 2 ms apart; each time begins just before the report is written.
 using Latencies = std::vector<std::chrono::nanoseconds>;
 
-/// To the moment at which another process, which slept, has read it: as on a desktop.
+/// Measures until another process, which slept, has read the key, as on a desktop.
 [[nodiscard]] Latencies measureLatency(UhidKeyboard &keyboard, EventNode &node, int count);
 
-/// To the moment at which the process that has written the report has read the key. It need not sleep, if the key is
-/// there when the write ends.
+/// Measures until the process that wrote the report has read the key. It need not sleep if the key is there when the
+/// write ends.
 [[nodiscard]] Latencies measureLatencyForWriter(UhidKeyboard &keyboard, EventNode &node, int count);

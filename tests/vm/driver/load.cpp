@@ -19,13 +19,13 @@ constexpr std::uint8_t usageB = 0x05;
 constexpr std::uint8_t usageEscape = 0x29;
 constexpr std::uint8_t usageF24 = 0x73;
 
-/// The keys that the desktop sees down, from the beginning.
+/// The keys that the desktop sees as down, from the beginning.
 class Down
 {
 public:
     explicit Down(EventNode &desktop) : mDesktop(desktop) {}
 
-    /// Takes the next key; false when none comes within `limit`.
+    /// Takes the next key; returns false when none arrives within `limit`.
     bool take(std::chrono::milliseconds limit)
     {
         const auto key = mDesktop.next(limit);
@@ -100,10 +100,10 @@ void storm(Machine &machine, const std::vector<std::string> &keyboards, unsigned
         std::set<std::uint8_t> keys;
         for (int key = count(random); key > 0; --key)
             keys.insert(static_cast<std::uint8_t>(random() % 4 == 0 ? modifier(random) : usage(random)));
-        keys.erase(usageEscape); // the chord that releases the keyboard is a scenario of its own
+        keys.erase(usageEscape); // a separate scenario tests the release chord
         const std::vector<std::uint8_t> list(keys.begin(), keys.end());
         machine.keyboard(keyboards[random() % keyboards.size()]).report(list);
-        // An event node holds some dozens of events for a reader, and a report brings up to half of that.
+        // An event device keeps some dozens of events for a reader, and a report brings up to half of that.
         while (down.take(0ms)) {
         }
     }

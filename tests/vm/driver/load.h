@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Many reports, fast: floods and storms.
+// High rates of reports: floods and storms.
 #pragma once
 
 #include "tests/vm/driver/machine.h"
@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-/// A key that goes down and up, `rate` reports a second. Throws Failure unless the desktop sees each, in order.
+/// Presses and releases a key at `rate` reports a second. Throws Failure unless the desktop sees each report, in order.
 void flood(Machine &machine, const std::string &keyboard, int rate, int seconds);
 
-/// Random reports on the keyboards, then none of them has a key down. Throws Failure when a key stays down, or comes up
-/// without having been down.
+/// Sends random reports on the keyboards, and releases all keys at the end. Throws Failure when a key stays down, or
+/// comes up without having been down.
 void storm(Machine &machine, const std::vector<std::string> &keyboards, unsigned seed, int reports);

@@ -14,14 +14,14 @@
 
 namespace {
 
-const std::string outputName = "Quill Kestra output"; // of the daemon's own device
+const std::string outputName = "Quill Kestra output"; // of the daemon's output device
 
 } // namespace
 
 Machine::Machine(std::string folder) : mFolder(std::move(folder))
 {
     std::filesystem::create_directories(mFolder);
-    for (const auto &entry : std::filesystem::directory_iterator(mFolder)) // which is a file system of its own
+    for (const auto &entry : std::filesystem::directory_iterator(mFolder)) // a separate file system, which must stay
         std::filesystem::remove_all(entry.path());
     ::setenv("XDG_STATE_HOME", mFolder.c_str(), 1);
 }
@@ -138,7 +138,7 @@ void Machine::plug(const std::string &name, UhidKeyboard::Identity identity)
 
 std::string Machine::nodeName(const std::string &name)
 {
-    // The kernel tells the nodes of one device apart by a word after its name.
+    // The kernel distinguishes the event devices of one keyboard by a word after its name.
     const UhidKeyboard &device = keyboard(name);
     return device.identity().name + (device.hasSeveralParts() ? " Keyboard" : "");
 }
@@ -148,7 +148,7 @@ UhidKeyboard &Machine::keyboard(const std::string &name)
     const auto found = mKeyboards.find(name);
     if (found == mKeyboards.end())
         throw Failure("no keyboard " + name + " is plugged in");
-    // What is sent now is to be seen.
+    // Opened now, because it must see the next keys.
     if (!mDesktop && EventNode::exists(outputName))
         (void)desktop();
     return *found->second;
@@ -177,7 +177,7 @@ void Machine::use(const std::vector<std::string> &names)
         words.push_back(id);
     }
     mustControl(words);
-    (void)desktop(); // before the first key, which may be one that is held already
+    (void)desktop(); // before the first key, which may already be held
     if (!becomesTrue([this] { return status("deviceState") == "in use"; }))
         throw Failure("the daemon does not take the keyboard over: " + status("deviceState"));
 }

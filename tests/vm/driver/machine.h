@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What one scenario works with: keyboards, the daemon with settings of its own, and what the desktop sees.
+// The parts of one scenario: keyboards, a daemon with private settings, and the keys that the desktop sees.
 #pragma once
 
 #include "tests/vm/driver/eventnode.h"
@@ -16,17 +16,17 @@
 class Machine
 {
 public:
-    /// `folder`: for settings and the log; made anew.
+    /// `folder`: for settings and the log; created anew.
     explicit Machine(std::string folder);
     ~Machine();
 
     void startDaemon();
-    /// The same with what the user service allows it, and nothing else.
+    /// Starts the daemon with only the permissions of the user service.
     void startRestrictedDaemon();
-    /// The same as a user without any rights, whose number is `userId`.
+    /// Starts the daemon as the user `userId`, who has no rights.
     void startDaemonOfAUser();
     static constexpr unsigned userId = 1000;
-    /// Ends it with this signal; the desktop's keyboard goes with it.
+    /// Ends the daemon with this signal; the desktop's keyboard disappears with it.
     void endDaemon(int signal);
     [[nodiscard]] BackgroundProcess &daemon() { return mDaemon; }
     [[nodiscard]] std::string daemonLog() const;
@@ -34,34 +34,34 @@ public:
 
     /// Runs kestractl.
     [[nodiscard]] ProcessResult control(const std::vector<std::string> &words) const;
-    /// Runs kestractl, which must do it. Returns what it says.
+    /// Runs kestractl, which must succeed. Returns its output.
     std::string mustControl(const std::vector<std::string> &words) const;
-    /// The same for what goes on while other steps are done; its output is in the daemon's log.
+    /// Starts kestractl and lets it run during the next steps; its output goes to the daemon's log.
     void startControl(const std::vector<std::string> &words);
     void waitForControl();
-    /// A program that asks for single keys, with the word "capture", and shows what the daemon tells. What came is
-    /// told().
+    /// Starts a program that shows the daemon's notifications, and with the word "capture" also requests single keys.
+    /// told() returns its output.
     void startClient(const std::vector<std::string> &words);
     void endClient() { mClient.end(SIGTERM); }
     [[nodiscard]] std::string told() const;
-    /// The value of "name: value" in what "kestractl status" says; empty when it is not there.
+    /// The value of "name: value" in the output of "kestractl status"; empty when it is missing.
     [[nodiscard]] std::string status(const std::string &name) const;
 
-    /// Plugs in a keyboard and waits for its event node.
+    /// Plugs in a keyboard and waits for its event device.
     void plug(const std::string &name, UhidKeyboard::Identity identity);
     void unplug(const std::string &name) { mKeyboards.erase(name); }
-    /// The event node of its keys.
+    /// The event device of its keys.
     [[nodiscard]] std::string nodeName(const std::string &name);
     [[nodiscard]] UhidKeyboard &keyboard(const std::string &name);
-    /// Tells the daemon to use these and waits until it does.
+    /// Makes the daemon use these keyboards and waits until it does.
     void use(const std::vector<std::string> &names);
 
-    /// What the desktop sees. Opened when first asked for.
+    /// The event device that the desktop sees. Opened at the first call.
     [[nodiscard]] EventNode &desktop();
-    /// Looks for the desktop's keyboard anew with the next desktop().
+    /// Makes the next desktop() search for the desktop's keyboard again.
     void forgetDesktop() { mDesktop.reset(); }
 
-    /// What kestractl calls it; empty when it does not know it.
+    /// Its identifier in kestractl; empty when kestractl does not know the keyboard.
     [[nodiscard]] std::string deviceId(const std::string &name) const;
 
 private:

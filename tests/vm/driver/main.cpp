@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Runs in the virtual machine: does the scenarios named, or measures. Writes the results to the console, a line each,
-// for run.py outside. Usage: vmdriver SCENARIO_FILE... | vmdriver --measure us | vmdriver --measure instructions
+// Runs in the virtual machine: runs the given scenarios, or measures. Writes the results to the console, one a line,
+// for run.py outside.
+// Usage: vmdriver SCENARIO_FILE... | vmdriver --measure us | vmdriver --measure instructions
 #include "tests/vm/driver/failure.h"
 #include "tests/vm/driver/latency.h"
 #include "tests/vm/driver/machine.h"
@@ -39,11 +40,11 @@ bool runOne(const std::string &path)
     return problem.empty();
 }
 
-/// What the latencies are printed in.
+/// The unit of printed latencies.
 struct Unit
 {
     std::string name;
-    long long nanoseconds; // by the clock of the machine, which may be made so that each is an instruction
+    long long nanoseconds; // by the machine's clock, which can be set to one instruction per nanosecond
 };
 
 void printLatency(const std::string &name, Latencies times, const Unit &unit)
@@ -68,7 +69,7 @@ std::string procValue(const std::string &path, const std::string &name)
     return "?";
 }
 
-/// All threads of a process.
+/// The sum over all threads of a process.
 long contextSwitches(pid_t id)
 {
     long sum = 0;
@@ -85,7 +86,7 @@ void printClockSource()
     std::printf("kestra-vm: clock of the machine: %s\n", name.c_str());
 }
 
-/// There is no desktop in the machine: the daemon looks for one in its first minute.
+/// The machine has no desktop, and the daemon looks for one in its first minute.
 void printIdleness(pid_t daemon)
 {
     constexpr auto span = 10s;
@@ -100,7 +101,7 @@ void printIdleness(pid_t daemon)
     }
 }
 
-/// In turn, so that whatever else slows the machine slows both.
+/// In turn, so that other load on the machine slows both equally.
 void printLatencies(const std::string &way, Latencies (*measureSome)(UhidKeyboard &, EventNode &, int),
                     Machine &machine, EventNode &raw, const Unit &unit)
 {

@@ -15,13 +15,13 @@ struct ProcessResult
 /// Runs a program to its end.
 [[nodiscard]] ProcessResult runProcess(const std::vector<std::string> &command);
 
-/// A program that runs in the background; ended with this object.
+/// A program that runs in the background and ends with this object.
 class BackgroundProcess
 {
 public:
     BackgroundProcess() = default;
-    /// What it writes is appended to the file `log`. `prepare` is called in the new process before it becomes the
-    /// program, which it does only after true.
+    /// Appends the program's output to the file `log`. Calls `prepare` in the new process before it runs the program,
+    /// which it does only when `prepare` returns true.
     BackgroundProcess(const std::vector<std::string> &command, const std::string &log, bool (*prepare)() = nullptr);
     BackgroundProcess(BackgroundProcess &&other) noexcept;
     BackgroundProcess &operator=(BackgroundProcess &&other) noexcept;

@@ -32,10 +32,10 @@ void load(Filter &filter, std::size_t offset)
 
 constexpr std::size_t argument(int index)
 {
-    return offsetof(seccomp_data, args) + static_cast<std::size_t>(index) * sizeof(std::uint64_t); // its lower half
+    return offsetof(seccomp_data, args) + static_cast<std::size_t>(index) * sizeof(std::uint64_t); // the lower half
 }
 
-/// Sockets of this machine only, RestrictAddressFamilies.
+/// Only sockets of this machine, like RestrictAddressFamilies.
 void restrictSockets(Filter &filter)
 {
     filter.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_socket, 0, 5));
@@ -46,8 +46,8 @@ void restrictSockets(Filter &filter)
     filter.push_back(kill);
 }
 
-/// No memory that is written and executed, MemoryDenyWriteExecute. An error, as from the service: the regular
-/// expressions of Qt's ask for it to be faster, and do without.
+/// No memory that is writable and executable, like MemoryDenyWriteExecute. Returns an error, as the service does: Qt's
+/// regular expressions request such memory for speed, and work without it.
 void restrictMemory(Filter &filter)
 {
     filter.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_mmap, 0, 4));

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// What the user service forbids the daemon, for the calling process and all that it becomes: the kernel kills it when
-// it asks for that, where the service would be told an error.
+// Applies the restrictions of the user service to the calling process and all programs that it becomes. The kernel
+// kills the process where the service would return an error.
 #pragma once
 
-/// True when run.py could find out what the service allows.
+/// Whether run.py could determine what the service allows.
 [[nodiscard]] bool isRestrictionKnown();
 
-/// For between fork and exec: only the kernel's calls in /calls (numbers), only sockets of this machine, no memory that
-/// is written and executed (that is told an error). False when it could not be.
+/// For use between fork and exec. Allows only the system calls in /calls (numbers) and sockets of this machine. Memory
+/// that is both writable and executable is refused with an error. Returns false when the restriction failed.
 [[nodiscard]] bool restrictThisProcess();

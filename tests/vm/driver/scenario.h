@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A scenario: a text file with one step a line, done one after the other (tests/vm/README.md has the language).
+// A scenario: a text file with one step a line, run in order (tests/vm/README.md describes the language).
 #pragma once
 
 #include <string>
@@ -15,12 +15,12 @@ struct Step
 
 struct Scenario
 {
-    std::string name; ///< the file's, without its suffix
+    std::string name; ///< file name without its suffix
     std::vector<Step> steps;
 };
 
 /// Throws Failure when the file cannot be read.
 [[nodiscard]] Scenario readScenario(const std::string &path);
 
-/// Throws Failure, with line and step, at the first that does not hold.
+/// Throws Failure, with line and step, at the first step that fails.
 void runScenario(const Scenario &scenario);

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The other process.
+/// The reading process.
 [[noreturn]] void readForEver(EventNode &node, int times)
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -23,7 +23,7 @@ namespace {
         if (::write(times, &*readAt, sizeof *readAt) != sizeof *readAt)
             break;
     }
-    ::_exit(0); // the other end of the pipe tells
+    ::_exit(0); // the closed pipe reports the end
 }
 
 } // namespace

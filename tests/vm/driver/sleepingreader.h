@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A process of its own that sleeps until a key comes, as a desktop does, and tells when it has read it.
+// A separate process that sleeps until a key arrives, like a desktop, and reports when it has read the key.
 #pragma once
 
 #include "tests/vm/driver/eventnode.h"
@@ -7,7 +7,7 @@
 
 #include <sys/types.h>
 
-/// Ended with this object. Nobody else is to read the node meanwhile.
+/// Ends with this object. No other process may read the event device meanwhile.
 class SleepingReader
 {
 public:
@@ -16,7 +16,7 @@ public:
     SleepingReader(const SleepingReader &) = delete;
     SleepingReader &operator=(const SleepingReader &) = delete;
 
-    /// When the next key had been read, by the reader's clock; waits for it. Throws Failure when none comes.
+    /// Waits for the next key. Returns when the key was read, by the reader's clock. Throws Failure when none arrives.
     [[nodiscard]] EventNode::Time nextReadAt();
 
 private:

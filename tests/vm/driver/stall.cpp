@@ -29,7 +29,7 @@ pid_t threadNamed(pid_t process, const std::string &name)
 
 namespace {
 
-/// Code of the program that has done its work: where it began.
+/// The program's entry point: code that is not needed any more.
 std::uint64_t entryOf(pid_t process)
 {
     std::ifstream file("/proc/" + std::to_string(process) + "/auxv", std::ios::binary);
@@ -40,7 +40,7 @@ std::uint64_t entryOf(pid_t process)
     throw Failure("the program has no entry");
 }
 
-/// A thread that is traced; goes on as if nothing had been when this ends.
+/// A traced thread. It continues undisturbed when this object ends.
 class TracedThread
 {
 public:
@@ -54,7 +54,7 @@ public:
     TracedThread(const TracedThread &) = delete;
     TracedThread &operator=(const TracedThread &) = delete;
 
-    /// Lets it run to the next beginning or end of a call of the kernel.
+    /// Lets it run to the next beginning or end of a system call.
     void goOn() { check(::ptrace(PTRACE_SYSCALL, mThread, nullptr, nullptr)); }
     void waitForStop()
     {
@@ -112,7 +112,7 @@ void stallThread(pid_t process, const std::string &threadName, Stall how, const 
         thread.waitForStop();
         user_regs_struct registers = thread.registers();
         if (registers.orig_rax == SYS_write) {
-            registers.rip = place; // where it goes on after the call
+            registers.rip = place; // it continues here after the call
             thread.setRegisters(registers);
             return;
         }

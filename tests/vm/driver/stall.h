@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Has a thread of another process stand still in the middle of a key, as a fault in its program would: by the kernel's
-// way for debuggers, so that the program needs nothing for it.
+// Stalls a thread of another process in the middle of a key, like a fault in its program. Uses the kernel's interface
+// for debuggers, so the program needs no support for it.
 #pragma once
 
 #include <functional>
@@ -11,10 +11,10 @@
 [[nodiscard]] pid_t threadNamed(pid_t process, const std::string &name);
 
 enum class Stall {
-    sleeping, ///< waits for something that never comes
-    spinning, ///< keeps the processor
+    sleeping, ///< waits for an event that never happens
+    spinning, ///< occupies the processor
 };
 
-/// Waits until the thread named `threadName` of `process` writes to a file, which it does at last after `cause`, and
-/// lets it go no further. Throws Failure when it does not come to that.
+/// Waits until the thread named `threadName` of `process` writes to a file, which it does after `cause` at the latest,
+/// and stalls it there. Throws Failure when the thread does not get there.
 void stallThread(pid_t process, const std::string &threadName, Stall how, const std::function<void()> &cause);

@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr const char *marker = "F24"; // no scenario maps it
+constexpr const char *marker = "F24"; // a key that no scenario assigns
 
 std::uint8_t usage(const std::string &name)
 {
@@ -82,10 +82,10 @@ std::string textOf(const EventNode::Key &key)
     return codeName(key.code) + values[key.value];
 }
 
-/// The next key that the desktop sees; repetitions only where `isRepeated`.
+/// The next key that the desktop receives; repetitions only with `isRepeated`.
 std::string nextOfDesktop(EventNode &desktop, bool isRepeated)
 {
-    const auto end = std::chrono::steady_clock::now() + patience; // a key that repeats must not put it off
+    const auto end = std::chrono::steady_clock::now() + patience; // a repeating key must not postpone it
     while (const auto key = desktop.next(timeUntil(end))) {
         if (isRepeated == (key->value == 2))
             return textOf(*key);
@@ -122,7 +122,7 @@ void expectAnyOrder(Machine &machine, const Words &words)
     }
 }
 
-/// Nothing came until a key that is pressed now; that key goes through the keyboard named.
+/// No key arrived before one that is pressed now; that key passes through the given keyboard.
 void expectNothing(Machine &machine, const Words &words)
 {
     press(machine, {"press", word(words, 1), marker}, true);
@@ -152,7 +152,7 @@ void expectLight(Machine &machine, const Words &words)
         throw Failure("the brightness is " + std::to_string(keyboard.brightness()));
 }
 
-/// The desktop's keyboard comes up by itself: the daemon is gone.
+/// The desktop's keyboard disappears without a step for it: the daemon has ended.
 void expectEnd(Machine &machine, const Words &)
 {
     const auto end = std::chrono::steady_clock::now() + patience;
@@ -190,19 +190,20 @@ void expectLog(Machine &machine, const Words &words)
         throw Failure("the log does not say so");
 }
 
-/// The event node of this name is nobody's.
+/// No process holds the event device with this name.
 void expectFree(Machine &, const Words &words)
 {
     EventNode node = EventNode::open(word(words, 1), true);
 }
 
-/// The keys of this keyboard reach the desktop directly: the daemon does not hold it.
+/// The keys of this keyboard reach the desktop directly, because the daemon has released it.
 void expectReleased(Machine &machine, const Words &words)
 {
     EventNode node = EventNode::open(machine.nodeName(word(words, 1)), true); // fails while the daemon holds it
 }
 
-/// macro Heal A down, 20 A up, 30 button1 down, 10 button1 up: adds it; the numbers are the pauses before.
+/// macro Heal A down, 20 A up, 30 button1 down, 10 button1 up: adds the macro. Each number is the pause before the
+/// event.
 void addMacro(Machine &machine, const Words &words)
 {
     std::ostringstream file;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the words of a scenario's steps do.
+// Runs the steps of a scenario.
 #pragma once
 
 #include "tests/vm/driver/machine.h"
@@ -7,5 +7,5 @@
 #include <string>
 #include <vector>
 
-/// Throws Failure when the step cannot be done, is unknown, or what it expects does not hold.
+/// Throws Failure when the step is unknown, cannot be done, or its expectation is not met.
 void doStep(Machine &machine, const std::vector<std::string> &words);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading the words of a step. Throws Failure for those that are missing.
+// Reads the words of a step. Throws Failure for missing words.
 #pragma once
 
 #include <string>
@@ -9,10 +9,10 @@ using Words = std::vector<std::string>;
 
 [[nodiscard]] const std::string &word(const Words &words, std::size_t index);
 [[nodiscard]] Words from(const Words &words, std::size_t index);
-/// "name=value" among the words; `otherwise` when it is not there.
+/// "name=value" among the words; `otherwise` when it is missing.
 [[nodiscard]] std::string option(const Words &words, const std::string &name, const std::string &otherwise);
 [[nodiscard]] int number(const Words &words, const std::string &name, int otherwise);
-/// The words from the second on, as what their commas part.
+/// The words from the second on, split at commas.
 [[nodiscard]] std::vector<std::string> parts(const Words &words);
 /// The content of a file; empty when it cannot be read.
 [[nodiscard]] std::string contentOf(const std::string &path);

@@ -38,7 +38,7 @@ void expectFile(Machine &machine, const Words &words)
         throw Failure("it says: " + contentOf(path));
 }
 
-/// Leaves no room where the settings are kept, or gives it back.
+/// Fills the file system of the settings, or frees it again.
 void fillDisk(Machine &machine, const Words &words)
 {
     const std::string path = machine.folder() + "/filler";
@@ -52,7 +52,7 @@ void fillDisk(Machine &machine, const Words &words)
     }
 }
 
-/// This thread comes before every other, the daemon's too, for as long as the object lives.
+/// This thread precedes all others, including the daemon's, during the lifetime of the object.
 class FirstInLine
 {
 public:
@@ -71,8 +71,8 @@ private:
     }
 };
 
-/// expect-at-end SIGNAL KEY_A up, KEY_B up: ends the daemon; these are the last keys before its keyboard goes, in any
-/// order.
+/// expect-at-end SIGNAL KEY_A up, KEY_B up: ends the daemon. These are the last keys before its keyboard disappears, in
+/// any order.
 void expectAtEnd(Machine &machine, const Words &words)
 {
     const int signal = word(words, 1) == "KILL" ? SIGKILL : SIGTERM;
@@ -80,7 +80,7 @@ void expectAtEnd(Machine &machine, const Words &words)
     std::vector<std::string> came;
     EventNode &desktop = machine.desktop();
     {
-        const FirstInLine firstInLine; // a device that is gone tells nothing of what it told before
+        const FirstInLine firstInLine; // a device that has disappeared no longer returns its earlier events
         machine.daemon().send(signal);
         const auto end = std::chrono::steady_clock::now() + patience;
         while (const auto key = desktop.next(timeUntil(end)))
@@ -99,7 +99,7 @@ void expectAtEnd(Machine &machine, const Words &words)
     throw Failure("came:" + text);
 }
 
-/// stall NAME KEY [how=spin]: the daemon's key thread stands still in the middle of this key.
+/// stall NAME KEY [how=spin]: the daemon's key thread stalls in the middle of this key.
 void stall(Machine &machine, const Words &words)
 {
     const auto usage = usageNamed(word(words, 2));
@@ -109,7 +109,7 @@ void stall(Machine &machine, const Words &words)
     stallThread(machine.daemon().id(), "keys", how, [&] { (void)machine.keyboard(words[1]).setDown(*usage, true); });
 }
 
-/// The daemon ends by itself.
+/// The daemon ends without a signal.
 void expectDaemonEnd(Machine &machine, const Words &)
 {
     if (!becomesTrue([&machine] { return !machine.daemon().isRunning(); }))
@@ -124,7 +124,7 @@ void writeSystemFile(const std::string &path, const std::string &text)
         throw Failure("cannot write " + path);
 }
 
-/// All devices go to sleep and wake up again: everything that the kernel does for it but to stop the processor.
+/// All devices go to sleep and wake up again: the kernel's complete suspend, except stopping the processor.
 void suspend(Machine &, const Words &)
 {
     writeSystemFile("/sys/module/suspend/parameters/pm_test_delay", "1"); // seconds of sleep
@@ -152,19 +152,19 @@ pid_t deviceManager()
     throw Failure("there is no device manager");
 }
 
-/// As "udevadm control --reload" does, which is lost in one of a hundred cases here: the manager drops a message that
-/// was sent between its accepting the connection and its asking for the sender's name. The signal is not lost, and has
-/// been heeded when the ping, or that it was dropped, is answered.
+/// Has the same effect as "udevadm control --reload", which is lost in one of a hundred cases here. The manager drops a
+/// message that arrives between accepting the connection and requesting the sender's name. The signal is not lost. The
+/// manager has processed it when it answers or drops the ping.
 void reloadRules()
 {
     ::kill(deviceManager(), SIGHUP);
     mustRun({"udevadm", "control", "--ping"});
-    // A settling of its own could be over before the manager has heard of the first device.
+    // A separate settle could end before the manager has received the first device.
     mustRun({"udevadm", "trigger", "--settle", "--action=change", "--subsystem-match=input", "--subsystem-match=misc",
              "--subsystem-match=leds"});
 }
 
-/// What udev says of the event node of this name; empty where there is none.
+/// The udev properties of the event device with this name; empty without one.
 std::string propertiesOfNode(const std::string &name)
 {
     for (const auto &entry : std::filesystem::directory_iterator("/sys/class/input")) {
@@ -174,12 +174,14 @@ std::string propertiesOfNode(const std::string &name)
     return {};
 }
 
-/// expect-property NAME TEXT: what udev says of the event node of this name, "no" before it for what it does not say.
+/// expect-property NAME TEXT: the text is in the udev properties of the event device with this name. "no" before the
+/// text: it is missing.
 void expectProperty(Machine &, const Words &words)
 {
     const bool isWanted = word(words, 2) != "no";
     const std::string text = word(words, isWanted ? 2 : 3);
-    // Nothing is missing before the manager has handled the node: only then it says when it did.
+    // Only the complete properties show whether one is missing. The manager adds this one when it has handled the event
+    // device.
     constexpr const char *handled = "USEC_INITIALIZED=";
     std::string properties;
     const bool isAsWanted = becomesTrue([&] {
@@ -191,7 +193,7 @@ void expectProperty(Machine &, const Words &words)
         throw Failure(properties.empty() ? "there is no such node" : "it says: " + properties);
 }
 
-/// The key thread comes before ordinary programs, programs that it starts do not, and the daemon's memory is locked.
+/// The key thread precedes ordinary programs, the programs that it starts do not, and the daemon's memory is locked.
 void expectRealTime(Machine &machine, const Words &)
 {
     const pid_t process = machine.daemon().id();
@@ -222,17 +224,17 @@ void installRule(Machine &machine, const Words &words)
 
 struct SeatDevice
 {
-    std::string name; // event nodes have that of their keyboard
+    std::string name; // event devices have the name of their keyboard
     std::string node;
 
     auto operator<=>(const SeatDevice &) const = default;
 };
 
-/// The devices whose nodes the user at the seat gets, in the order of their names.
+/// The devices that the user at the seat may open, in the order of their names.
 std::vector<SeatDevice> devicesOfTheSeat()
 {
     std::vector<SeatDevice> devices;
-    SeatDevice device; // that the lines are about
+    SeatDevice device; // the subject of the following lines
     std::istringstream lines(runProcess({"udevadm", "info", "--export-db"}).output);
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("P: ")) {
@@ -251,7 +253,7 @@ std::vector<SeatDevice> devicesOfTheSeat()
     return devices;
 }
 
-/// The user sits down: what the login manager does with the nodes that have the tag.
+/// The user logs in at the seat: does the login manager's work with the event devices that have the tag.
 void seatUser(Machine &, const Words &)
 {
     for (const SeatDevice &device : devicesOfTheSeat()) {

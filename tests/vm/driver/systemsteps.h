@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The steps of a scenario that are about the system around the daemon: udev, suspending, programs, clients, ends.
+// The steps of a scenario that concern the system around the daemon: udev, suspending, programs, clients, ends.
 #pragma once
 
 #include "tests/vm/driver/machine.h"
@@ -11,5 +11,5 @@
 
 using StepAction = std::function<void(Machine &, const std::vector<std::string> &)>;
 
-/// By the first word of a step.
+/// Keyed by the first word of a step.
 [[nodiscard]] const std::map<std::string, StepAction> &systemActions();

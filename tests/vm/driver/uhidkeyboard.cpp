@@ -18,11 +18,11 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint8_t firstModifier = 0xE0;
 constexpr std::size_t bootKeys = 6;
-constexpr std::uint8_t keyboardReport = 1; // report numbers of those with several parts
+constexpr std::uint8_t keyboardReport = 1; // report numbers of keyboards with several parts
 constexpr std::uint8_t mediaReport = 2;
 constexpr std::uint8_t keypadReport = 3;
 constexpr std::uint8_t pointerReport = 4;
-constexpr std::uint8_t rollOver = 1; // in all six places: more keys are down than a report can say
+constexpr std::uint8_t rollOver = 1; // in all six places: more keys are down than a report can contain
 
 // Descriptors as in the Device Class Definition for HID 1.11, appendix B.1 (the boot keyboard).
 const Bytes usageKeyboard{0x05, 0x01, 0x09, 0x06, 0xA1, 0x01};
@@ -44,7 +44,7 @@ const Bytes pointer{0x05, 0x01, 0x09, 0x02, 0xA1, 0x01, 0x85, pointerReport, 0x0
                     0x75, 0x05, 0x95, 0x01, 0x81, 0x01, 0x05, 0x01,          0x09, 0x30, 0x09, 0x31,
                     0x15, 0x81, 0x25, 0x7F, 0x75, 0x08, 0x95, 0x02,          0x81, 0x06, 0xC0};
 const Bytes twoAxes{0x05, 0x01, 0x09, 0x30, 0x09, 0x31, 0x15, 0x81, 0x25, 0x7F, 0x75, 0x08, 0x95, 0x02, 0x81, 0x06};
-// A keyboard by name, with one vendor-defined byte.
+// A keyboard only by name, with one vendor-defined byte.
 const Bytes nothingButAByte{0x06, 0x00, 0xFF, 0x09, 0x01, 0x15, 0x00, 0x26,
                             0xFF, 0x00, 0x75, 0x08, 0x95, 0x01, 0x81, 0x02};
 // Six keys with usages up to 0xFFFF.
@@ -53,7 +53,7 @@ const Bytes sixWideKeys{0x95, 0x06, 0x75, 0x10, 0x15, 0x00, 0x27, 0xFF, 0xFF, 0x
 
 // Usage Brightness of the page Auxiliary Display, 0 to 100.
 const Bytes brightnessByte{0x05, 0x14, 0x09, 0x46, 0x15, 0x00, 0x25, 0x64, 0x75, 0x08, 0x95, 0x01, 0x91, 0x02};
-// Of those that the kernel has a driver for, hid-google-hammer: no keyboard without a driver of its own has a light.
+// One of the keyboards of hid-google-hammer, because the kernel provides key lighting only through a specific driver.
 constexpr std::uint16_t litVendor = 0x18D1;
 constexpr std::uint16_t litProduct = 0x5022;
 
@@ -225,6 +225,6 @@ void UhidKeyboard::readOutputs()
         if (mIdentity.kind == Kind::lit)
             mBrightness = bytes[1]; // after the number of the report, 0
         else
-            mLeds = bytes[hasSeveralParts() ? 1 : 0]; // a numbered report has its number first
+            mLeds = bytes[hasSeveralParts() ? 1 : 0]; // a numbered report begins with its number
     }
 }

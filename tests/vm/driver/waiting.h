@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Waiting for something that tells nobody when it happens, with a limit.
+// Waits, with a limit, for events that send no notification.
 #pragma once
 
 #include <algorithm>
 #include <chrono>
 #include <thread>
 
-/// How long a step waits. The machine's clock counts instructions, so that load on the host does not use it up; a wait
-/// that ends well takes a small part of it.
+/// The limit of a step's wait. The machine's clock counts instructions, so load on the host does not use up the limit.
+/// A successful wait takes a small part of it.
 inline constexpr std::chrono::seconds patience{20};
 
 [[nodiscard]] inline std::chrono::milliseconds timeUntil(std::chrono::steady_clock::time_point end)
@@ -15,7 +15,7 @@ inline constexpr std::chrono::seconds patience{20};
     return std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
 }
 
-/// True as soon as `condition` is; false when it was not within `patience`. The pauses grow: many conditions run a
+/// True as soon as `condition` is; false when it is not within `patience`. The pauses grow: many conditions run a
 /// program, which costs the emulator much, and idle time costs it nothing.
 template <typename Condition> [[nodiscard]] bool becomesTrue(Condition condition)
 {
