@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Runs checks on the repository: checkproject.py ROOT [CHECK...]. Prints each finding; exit code 1 when there is one."""
+"""Runs checks on the repository: checkproject.py ROOT [CHECK...]. Prints each finding; the exit code is 1 if any."""
 
 import sys
 

@@ -33,7 +33,7 @@ class Source:
 
 
 def read_sources(root):
-    """Every file of the repository but build folders; pictures and the like without a text."""
+    """Every text file of the repository outside build folders."""
     sources = []
     for path in sorted(Path(root).rglob("*")):
         relative = path.relative_to(root)
@@ -68,8 +68,8 @@ def library_files(sources, is_wanted):
     return files
 
 
-# What the files of a folder may include besides those of their own folder; of the folders around a file, the innermost
-# counts. "plain platform" is platform/ without widgets, "records" are the tabs' libraries without widgets.
+# The folders that the files of a folder may include besides their own; of the folders around a file, the innermost
+# applies. "plain platform" is platform/ without widgets, "records" are the tabs' libraries without widgets.
 KEYBOARDS_MAY_USE = ("base", "plain platform", "records", "daemon/system", "daemon/engine", "daemon/settings")
 ALLOWED_INCLUDES = {
     "base": (),
@@ -91,7 +91,7 @@ ALLOWED_INCLUDES = {
     "cli": ("base", "plain platform", "daemonlink", "records"),
     "tools": (),
 }
-# A library of records is a folder within its tab's folder, so to speak.
+# A library of records counts as a folder within its tab's folder.
 RECORDS_MAY_USE = ("base", "plain platform", "records")
 
 
@@ -106,7 +106,7 @@ def is_allowed_include(path, included, records, widgets):
         return True
     allowed = RECORDS_MAY_USE if path in records else (*ALLOWED_INCLUDES[room], room)
     is_record = target in TAB_FOLDERS and (included in records or included.endswith(".inc"))
-    # The daemon knows nothing of profile files, which clients alone read.
+    # The daemon does not use profile files, which only clients read.
     if is_record and "records" in allowed and not (room.startswith("daemon") and target == "profiles"):
         return True
     if target == "platform" and included not in widgets and "plain platform" in allowed:
@@ -156,7 +156,8 @@ def check_licence_lines(sources):
 # --- connects by string -------------------------------------------------------------------------------------------
 
 STRING_CONNECT = re.compile(r"\b(SIGNAL|SLOT)\s*\(")
-# QObject's connect is called by its name or with "::"; with a dot it (or disconnect) is that of a QDBusConnection.
+# The names of QObject's connect are "connect" and "QObject::connect". After a dot, connect or disconnect belongs to a
+# QDBusConnection.
 BUS_CONNECT = re.compile(r"[\w)]\.(?:dis)?connect\s*\(")
 
 
@@ -173,8 +174,8 @@ def without_bus_connects(text):
 
 
 def check_string_connects(sources):
-    """SIGNAL() and SLOT() only where a signal of the bus is connected, since Qt's D-Bus connect knows no other form, and
-    SLOT() in at most one file of platform/ besides, which serves everyone else."""
+    """SIGNAL() and SLOT() only connect signals of the bus, because Qt's D-Bus connect knows no other form. In addition,
+    one file of platform/ may use SLOT() on behalf of all others."""
     findings = []
     slot_files = set()
     for source in sources:
@@ -211,7 +212,7 @@ TABLE_ID = re.compile(r'<message[^>]*\bid="([^"]*)"')
 
 
 def check_texts(sources):
-    """Every text key used has a text, every text is used, and none is given twice."""
+    """Every text key used has a text, every text is used, and none is defined twice."""
     used = {}
     given = {}
     for source in sources:
@@ -234,7 +235,7 @@ def check_texts(sources):
 
 # --- paths of one machine -----------------------------------------------------------------------------------------
 
-# A home folder in an example is fine as long as it is nobody's.
+# A home folder in an example is fine if it is not that of a real user.
 MACHINE_PATH = re.compile(r"(?<![\w.$}/-])/(?:work|root|Users|builds|mnt|home/(?!user\b|someone\b|\w/)\w+)/\S*")
 
 
@@ -281,7 +282,7 @@ def enumerators(text, name):
 
 
 def section_of(text, heading):
-    """What stands below a heading, up to the next one of its level or above."""
+    """The text below a heading, up to the next heading of its level or above."""
     level = heading.split(" ")[0]
     match = re.search(r"^" + re.escape(heading) + r"\s*$(.*?)(?=^#{1," + str(len(level)) + r"} |\Z)", text,
                       re.DOTALL | re.MULTILINE)
@@ -289,7 +290,7 @@ def section_of(text, heading):
 
 
 def table_rows(text):
-    """The cells of each row of the tables in `text`, without the rows above and of the rules."""
+    """The cells of each row of the tables in `text`, without header rows and rules."""
     rows = [[cell.strip() for cell in line.strip().strip("|").split("|")]
             for line in text.splitlines() if line.startswith("|")]
     rules = [number for number, row in enumerate(rows) if all(set(cell) <= set("-:") for cell in row)]
@@ -298,7 +299,8 @@ def table_rows(text):
 
 
 def names_in(cells):
-    """The dictionary keys and other names that cells quote; `{...}` shows a shape, whose own keys are quoted in it."""
+    """The dictionary keys and other names that cells quote. `{...}` shows a shape; the keys in it are quoted
+    separately."""
     names = set()
     for quoted in (name for cell in cells for name in QUOTED.findall(cell)):
         if quoted.startswith("{"):
@@ -309,7 +311,7 @@ def names_in(cells):
 
 
 def difference(what, where, expected, found):
-    """Both directions, and nothing to compare is a finding of its own."""
+    """Compares in both directions. An empty set is also a finding."""
     findings = [f"{PROTOCOL_DOCUMENT}: has no {what} {entry}, which is in {where}" for entry in sorted(expected - found)]
     findings += [f"{where}: has no {what} {entry}, which is in {PROTOCOL_DOCUMENT}"
                  for entry in sorted(found - expected)]
@@ -327,7 +329,7 @@ def header_section(header, first, last=None):
 
 
 def check_protocol_document(sources):
-    """The tables of the protocol's document say what the headers say: commands, statuses, keys, notifications, ports."""
+    """The tables of the protocol's document agree with the headers: commands, statuses, keys, notifications, ports."""
     texts = {source.path: source.text for source in sources}
     missing = [path for path in (PROTOCOL_HEADER, SETTINGS_HEADER, STATUS_HEADER, PROTOCOL_DOCUMENT) if path not in texts]
     if missing:
@@ -348,7 +350,7 @@ def check_protocol_document(sources):
     findings += difference("port", PROTOCOL_HEADER, ports,
                            {name for name in QUOTED.findall(section_of(document, "## Ports")) if re.fullmatch(r"\w+Port", name)}
                            - {"MessagePort"})
-    # A key of a record may be named where a request or a reply holds one, so the other header's keys are fine there.
+    # A request or reply may contain a record, so keys of the other header are permitted there.
     records = set(NAMED_CONSTANT.findall(texts[SETTINGS_HEADER]))
     keys = header_section(header, "Request keys", "Notification names")
     named = {name for row in commands for name in names_in(row[1:2] + row[3:])}
@@ -369,14 +371,14 @@ HEADING = re.compile(r"^#{1,6}\s+(.*?)\s*#*$", re.MULTILINE)
 
 
 def anchors_of(text):
-    """The names that headings can be linked by: lower case, words joined by hyphens, the rest left out."""
+    """The anchors of headings: lower case, words joined by hyphens, other characters removed."""
     headings = HEADING.findall(CODE_BLOCK.sub("", text))
     return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
 
 
 def check_links(sources):
-    """Every relative link of a Markdown file leads to a file or folder of the repository, and to a heading if it names
-    one."""
+    """Every relative link of a Markdown file leads to a file or folder of the repository, and to its heading if it
+    names one."""
     texts = {source.path: source.text for source in sources}
     folders = {str(parent) for path in texts for parent in PurePosixPath(path).parents}
     findings = []

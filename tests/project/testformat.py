@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""tools/format checks and formats a tree, and says when there is no formatter. Usage: testformat.py REPOSITORY"""
+"""Tests that tools/format checks and formats a tree, and reports a missing formatter. Usage: testformat.py REPOSITORY
+"""
 
 import os
 import shutil

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""An installation into an empty folder is complete, and the installed daemon and kestractl work together from there.
+"""Tests that an installation into an empty folder is complete, and that the installed daemon and kestractl work
+together.
 Usage: testinstall.py CMAKE BUILD_FOLDER"""
 
 import os
@@ -56,7 +57,7 @@ class Installation(unittest.TestCase):
         self.assertEqual([name for name in EXPECTED_FILES if not (self.prefix / name).is_file()], [])
 
     def test_the_factory_settings_are_those_of_the_sources(self):
-        # A run from the build folder changes the copy there, so that an installation must not take it.
+        # A program that runs in the build folder changes the copy there, so an installation must not take it.
         installed = self.prefix / "share/quill-kestra/Kestra.plist"
         self.assertEqual(installed.read_bytes(), (SOURCES / "resources/Kestra.plist").read_bytes())
         rules = "".join(path.read_text() for path in Path(BUILD_FOLDER).rglob("cmake_install.cmake"))
@@ -79,7 +80,7 @@ class Installation(unittest.TestCase):
 
     @unittest.skipUnless(shutil.which("systemd-analyze"), "there is no systemd-analyze")
     def test_the_service_manager_understands_the_unit(self):
-        # As if it had been installed where it was configured for.
+        # Pretends that it was installed where it was configured for.
         text = re.sub(r"^ExecStart=\S+/", f"ExecStart={self.prefix}/bin/", self.unit(), flags=re.MULTILINE)
         with tempfile.TemporaryDirectory() as folder:
             path = Path(folder) / "quill-kestra-daemon.service"
@@ -89,7 +90,7 @@ class Installation(unittest.TestCase):
                 environment = {**os.environ, "XDG_RUNTIME_DIR": folder, "MANPATH": str(self.prefix / "share/man")}
                 result = subprocess.run(["systemd-analyze", "verify", "--user", str(path)], env=environment,
                                         capture_output=True, text=True, check=False, timeout=LIMIT_SECONDS)
-                # Minimal systems have no manual pages' reader.
+                # Minimal systems have no reader for manual pages.
                 return [line for line in result.stderr.splitlines() if path.name in line and "'man " not in line]
 
             self.assertEqual(verify(text), [])
@@ -97,16 +98,16 @@ class Installation(unittest.TestCase):
 
     def test_the_unit_leaves_the_daemon_what_it_needs(self):
         settings = dict(line.split("=", 1) for line in self.unit().splitlines() if re.match(r"[A-Z]\w+=", line))
-        self.assertEqual(settings["RestrictAddressFamilies"].split(), ["AF_UNIX", "AF_NETLINK"])  # buses, udev
+        self.assertEqual(settings["RestrictAddressFamilies"].split(), ["AF_UNIX", "AF_NETLINK"])  # for buses and udev
         self.assertNotIn("RestrictRealtime", settings)
         self.assertNotIn("PrivateDevices", settings)
         self.assertEqual(settings["NoNewPrivileges"], "yes")
         self.assertEqual(settings["Restart"], "always")
-        self.assertEqual(settings["MemoryMax"], "512M")  # the largest requests that wait need about 350 MiB
+        self.assertEqual(settings["MemoryMax"], "512M")  # the largest waiting requests need about 350 MiB
 
     def test_the_udev_rule_gives_the_right_to_uinput_alone(self):
         path = self.prefix / "lib/udev/rules.d/70-quill-kestra-uinput.rules"
-        self.assertLess(path.name, "73")  # the system's rules look for the tag there
+        self.assertLess(path.name, "73")  # the system's rules look for the tag at that number
         rules = [line for line in path.read_text().splitlines() if line and not line.startswith("#")]
         self.assertEqual(rules, ['ACTION!="remove", SUBSYSTEM=="misc", KERNEL=="uinput", '
                                  'OPTIONS+="static_node=uinput", TAG+="uaccess"'])

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""tools/packages.sh installs what is missing, says so first, and leaves a complete machine alone. The system's package
-tools are replaced by scripts of the test. Usage: testpackages.py PACKAGES_SH"""
+"""Tests that tools/packages.sh installs missing packages, announces them first, and changes nothing on a complete
+machine. Scripts of the test replace the system's package tools. Usage: testpackages.py PACKAGES_SH"""
 
 import subprocess
 import sys
@@ -11,7 +11,7 @@ from pathlib import Path
 
 PACKAGES = sys.argv.pop(1)
 
-# Like the real one, it fails when it does not know one of the names, and still says what it knows of the others.
+# Like the real one, it fails when it does not know one of the names, and still reports the others.
 DPKG_QUERY = """#!/bin/sh
 status=0
 for name in "$@"; do
@@ -35,14 +35,14 @@ PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session"
 LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",
              "libbenchmark-dev", "libxcb1-dev", "libwayland-dev", "libevdev-dev", "libudev-dev", "qt6-wayland",
              "at-spi2-core", "qt6-translations-l10n")
-# Knows the packages that are in the file "known".
+# Knows the packages that the file "known" lists.
 APT_CACHE = """#!/bin/sh
 for name in "$@"; do
     if grep -qx "$name" "$FAKE/known"; then echo "Package: $name"; exit 0; fi
 done
 exit 100
 """
-# The options under which ./run and ./test source the file; the kernels of this machine are none of the test's business.
+# The options under which ./run and ./test source the file. The kernels of this machine must not affect the test.
 REQUIRE = """set -euo pipefail
 source "$0"
 kestra_packages=${kestra_packages//\\/boot\\//$FAKE/boot/}

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Each check of the repository finds what is wrong in a bad sample and nothing in a good one."""
+"""Tests that each check of the repository reports the fault in a bad sample and nothing in a good one."""
 
 import unittest
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""tools/runtest runs a test as ctest would, with cmake and ctest in the test's hands. Usage: testruntest.py REPOSITORY"""
+"""Tests that tools/runtest runs a test like ctest, with simulated cmake and ctest. Usage: testruntest.py REPOSITORY"""
 
 import json
 import os

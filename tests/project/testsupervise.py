@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""tools/supervise.sh starts a program again when it ends, ends it when it is ended itself, and gives up on a hopeless one."""
+"""Tests that tools/supervise.sh restarts a program that ends, ends it when it is ended itself, and gives up on a
+program that fails repeatedly."""
 
 import os
 import signal
@@ -20,7 +21,7 @@ def is_alive(pid):
         os.kill(pid, 0)
     except ProcessLookupError:
         return False
-    # A child that nobody has waited for yet is dead too.
+    # A child that no process has waited for yet also counts as dead.
     return Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()[0] != "Z"
 
 

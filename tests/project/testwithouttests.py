@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""A build without tests, as it is installed, has nothing that only serves the tests: the variable that keeps the
-configurator from ending daemons.
+"""Tests that a build without tests, the one for installation, contains nothing that only serves tests: the variable that
+keeps the configurator from ending daemons.
 Usage: testwithouttests.py CMAKE SOURCE_FOLDER"""
 
 import json
