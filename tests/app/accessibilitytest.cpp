@@ -121,10 +121,10 @@ class AccessibilityTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup() { mDaemon.reset(); }
-    void everyControlHasItsName_data();
-    void everyControlHasItsName();
-    void tabLeadsToEveryControlOfATab();
-    void tabLeadsToEveryControlOfASheet();
+    void everyControlHasAName_data();
+    void everyControlHasAName();
+    void tabKeyReachesEveryControlOfATab();
+    void tabKeyReachesEveryControlOfASheet();
     void findsAControlWithoutName();
 
 private:
@@ -139,7 +139,7 @@ void AccessibilityTest::init()
     QVERIFY(mDaemon->start());
 }
 
-void AccessibilityTest::everyControlHasItsName_data()
+void AccessibilityTest::everyControlHasAName_data()
 {
     QTest::addColumn<QString>("language");
     for (const QString &file :
@@ -147,7 +147,7 @@ void AccessibilityTest::everyControlHasItsName_data()
         QTest::newRow(qPrintable(file.chopped(3))) << file.chopped(3);
 }
 
-void AccessibilityTest::everyControlHasItsName()
+void AccessibilityTest::everyControlHasAName()
 {
     QFETCH(QString, language);
     installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {language});
@@ -170,7 +170,7 @@ void AccessibilityTest::everyControlHasItsName()
     QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
 }
 
-void AccessibilityTest::tabLeadsToEveryControlOfATab()
+void AccessibilityTest::tabKeyReachesEveryControlOfATab()
 {
     const Hub hub;
     hub.controller->initializeDevice();
@@ -187,7 +187,7 @@ void AccessibilityTest::tabLeadsToEveryControlOfATab()
     QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
 }
 
-void AccessibilityTest::tabLeadsToEveryControlOfASheet()
+void AccessibilityTest::tabKeyReachesEveryControlOfASheet()
 {
     const Hub hub;
     hub.controller->initializeDevice();

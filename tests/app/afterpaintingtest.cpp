@@ -31,7 +31,7 @@ private Q_SLOTS:
     void callsOnceWhenTheWindowIsPainted();
     void waitsForTheNextPainting();
     void callsWithoutAPaintingAfterTheLimit();
-    void doesNothingAfterItsWindow();
+    void doesNothingWithoutItsWindow();
 };
 
 void AfterPaintingTest::callsOnceWhenTheWindowIsPainted()
@@ -83,7 +83,7 @@ void AfterPaintingTest::callsWithoutAPaintingAfterTheLimit()
     QTRY_VERIFY(window.children().isEmpty());
 }
 
-void AfterPaintingTest::doesNothingAfterItsWindow()
+void AfterPaintingTest::doesNothingWithoutItsWindow()
 {
     int calls = 0;
     {

@@ -25,8 +25,8 @@ class AppDelegateTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsTheLaunches_data();
-    void tellsTheLaunches();
+    void distinguishesTheLaunches_data();
+    void distinguishesTheLaunches();
     void opensAtOnceAfterADefaultLaunch();
     void opensAtOnceWithoutTheFlag();
     void waitsForTheDaemonAfterAnyOtherLaunch();
@@ -35,8 +35,8 @@ private Q_SLOTS:
     void terminatesInOrder();
     void keepsTheLastSelectedKeyWhenItEndsWaiting();
     void waitsInTheBackgroundAndEndsBySignal();
-    void leavesThePlaceToTheFirstInstance();
-    void noticesTheFirstInstanceBeforeItMakesWidgets();
+    void yieldsToTheFirstInstance();
+    void findsTheFirstInstanceBeforeItCreatesWidgets();
     void stopsARecordingWhenItResignsActive();
     void resignsActiveWhenTheApplicationLosesTheFocus();
     void quitsAfterTheLastWindow();
@@ -48,7 +48,7 @@ private:
     HubResources mResources;
 };
 
-void AppDelegateTest::tellsTheLaunches_data()
+void AppDelegateTest::distinguishesTheLaunches_data()
 {
     QTest::addColumn<Launch>("launch");
     QTest::addColumn<QVariant>("flag");
@@ -60,7 +60,7 @@ void AppDelegateTest::tellsTheLaunches_data()
     QTest::newRow("restored without notice") << Launch{true, false, true, {}} << QVariant(false);
 }
 
-void AppDelegateTest::tellsTheLaunches()
+void AppDelegateTest::distinguishesTheLaunches()
 {
     QFETCH(Launch, launch);
     QFETCH(QVariant, flag);
@@ -237,7 +237,7 @@ void AppDelegateTest::waitsInTheBackgroundAndEndsBySignal()
     QCOMPARE(program->exitCode(), 0);
 }
 
-void AppDelegateTest::leavesThePlaceToTheFirstInstance()
+void AppDelegateTest::yieldsToTheFirstInstance()
 {
     ScriptedDaemon daemon(sampleDocument());
     const auto first = configurator();
@@ -253,7 +253,7 @@ void AppDelegateTest::leavesThePlaceToTheFirstInstance()
     QVERIFY(first->waitForFinished(20000));
 }
 
-void AppDelegateTest::noticesTheFirstInstanceBeforeItMakesWidgets()
+void AppDelegateTest::findsTheFirstInstanceBeforeItCreatesWidgets()
 {
     // Qt looks for its bridges to assistive technology when the first text is put into a widget. In this mode it logs
     // the search.

@@ -163,11 +163,11 @@ class ApplicationTest : public QObject
 
 private Q_SLOTS:
     void init();
-    void leavesNoFilesButItsOwn();
+    void leavesOnlyItsOwnFiles();
     void writesNoFailureToStandardError_data();
     void writesNoFailureToStandardError();
-    void isOnTheScreenBeforeItAsks_data();
-    void isOnTheScreenBeforeItAsks();
+    void appearsBeforeItSendsARequest_data();
+    void appearsBeforeItSendsARequest();
     void hearsOnAndQuitsAfterLargeNotifications();
 
 private:
@@ -221,7 +221,7 @@ QStringList ApplicationTest::userFiles() const
     return files;
 }
 
-void ApplicationTest::leavesNoFilesButItsOwn()
+void ApplicationTest::leavesOnlyItsOwnFiles()
 {
     const ScriptedDaemon daemon(sampleDocument());
     QProcessEnvironment changes;
@@ -269,7 +269,7 @@ void ApplicationTest::writesNoFailureToStandardError()
     QCOMPARE(mProgram->readAllStandardError(), QByteArray());
 }
 
-void ApplicationTest::isOnTheScreenBeforeItAsks_data()
+void ApplicationTest::appearsBeforeItSendsARequest_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<bool>("answersRequests");
@@ -282,7 +282,7 @@ void ApplicationTest::isOnTheScreenBeforeItAsks_data()
     }
 }
 
-void ApplicationTest::isOnTheScreenBeforeItAsks()
+void ApplicationTest::appearsBeforeItSendsARequest()
 {
     QFETCH(QStringList, arguments);
     QFETCH(bool, answersRequests);

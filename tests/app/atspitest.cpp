@@ -54,8 +54,8 @@ public Q_SLOTS:
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void everyControlTellsItsName();
-    void everyTabTellsWhenItComesToTheFrontAndLeavesIt();
+    void everyControlReportsItsName();
+    void everyTabReportsItsSelection();
 
 private:
     [[nodiscard]] QDBusConnection bus() const;
@@ -149,7 +149,7 @@ QStringList AtSpiTest::tabsInFront() const
     return names(tabs);
 }
 
-void AtSpiTest::everyControlTellsItsName()
+void AtSpiTest::everyControlReportsItsName()
 {
     const auto isThere = [this] {
         const QList<AccessibleControl> all = controls();
@@ -178,7 +178,7 @@ void AtSpiTest::everyControlTellsItsName()
     QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join(u'\n')));
 }
 
-void AtSpiTest::everyTabTellsWhenItComesToTheFrontAndLeavesIt()
+void AtSpiTest::everyTabReportsItsSelection()
 {
     const QList<AccessibleControl> tabs = pageTabs();
     QCOMPARE(tabs.size(), 5);

@@ -181,9 +181,9 @@ private Q_SLOTS:
     void survivesAReplyOfWrongTypes_data() { addOperations(); }
     void survivesAReplyOfWrongTypes();
     void takesTheLastOfTwoReplies();
-    void giveALateReplyToTheNextWaiter();
-    void giveEachReplyAfterALateOneToTheWaiterAfterItsOwn();
-    void replacesTheDocumentWhole();
+    void givesALateReplyToTheNextWaiter();
+    void givesRepliesAfterALateOneToTheFollowingWaiter();
+    void replacesTheWholeDocument();
     void ignoresAReplyWithoutDocument();
     void ignoresTheDocumentOfReplacedProfiles();
     void sendsSettingsToTheSelectedProfile();
@@ -201,9 +201,9 @@ private Q_SLOTS:
     void repairsKeysAfterADeletedMacro();
     void enablesTheTabAfterAFailedSwitch();
     void repairsKeysAtTheNextSwitchWhenTheFirstFailed();
-    void asksADaemonThatComesBackWhetherItDeleted_data();
-    void asksADaemonThatComesBackWhetherItDeleted();
-    void anEarlierDeletionTellsNothingOfTheNext();
+    void readsFromARestartedDaemonWhetherItDeleted_data();
+    void readsFromARestartedDaemonWhetherItDeleted();
+    void earlierDeletionDoesNotAffectTheNext();
     void redrawsAfterARefresh_data() { addOperations(); }
     void redrawsAfterARefresh();
     void redrawsAfterASwitch();
@@ -331,7 +331,7 @@ void DaemonCommandsTest::takesTheLastOfTwoReplies()
     QCOMPARE(mHub->controller->profilesArray().size(), 2);
 }
 
-void DaemonCommandsTest::giveALateReplyToTheNextWaiter()
+void DaemonCommandsTest::givesALateReplyToTheNextWaiter()
 {
     const QByteArray late = ScriptedDaemon::encoded(
         {{u"ReturnStatus"_s, 0}, {u"AllDevSettings"_s, withActiveProfile(sampleDocument(), 0)}});
@@ -349,7 +349,7 @@ void DaemonCommandsTest::giveALateReplyToTheNextWaiter()
     QVERIFY(!LatestReplySlot::shared().holdsReply());
 }
 
-void DaemonCommandsTest::giveEachReplyAfterALateOneToTheWaiterAfterItsOwn()
+void DaemonCommandsTest::givesRepliesAfterALateOneToTheFollowingWaiter()
 {
     const auto sendLate = [this](Command command, const QVariantMap &reply) {
         mDaemon->sendToReplyPort(u"KeyboardConfiguratorReplyPort"_s, int(command), ScriptedDaemon::encoded(reply));
@@ -372,7 +372,7 @@ void DaemonCommandsTest::giveEachReplyAfterALateOneToTheWaiterAfterItsOwn()
     QVERIFY(!LatestReplySlot::shared().holdsReply());
 }
 
-void DaemonCommandsTest::replacesTheDocumentWhole()
+void DaemonCommandsTest::replacesTheWholeDocument()
 {
     const QVariantMap document{{u"Profiles"_s, QVariantList{QVariantMap{{u"ProfileName"_s, u"Only"_s}}}},
                                {u"DeviceSettings"_s, QVariantMap{{u"ActiveProfile"_s, 0}}}};
@@ -605,7 +605,7 @@ void DaemonCommandsTest::repairsKeysAtTheNextSwitchWhenTheFirstFailed()
     QCOMPARE(mDaemon->commands(), (std::vector<int>{10, 7, 4}));
 }
 
-void DaemonCommandsTest::asksADaemonThatComesBackWhetherItDeleted_data()
+void DaemonCommandsTest::readsFromARestartedDaemonWhetherItDeleted_data()
 {
     QTest::addColumn<qsizetype>("profiles");
     QTest::addColumn<std::vector<int>>("sentAtTheNextSwitch");
@@ -613,7 +613,7 @@ void DaemonCommandsTest::asksADaemonThatComesBackWhetherItDeleted_data()
     QTest::newRow("it did") << qsizetype(1) << std::vector<int>{10, 7, 4};
 }
 
-void DaemonCommandsTest::asksADaemonThatComesBackWhetherItDeleted()
+void DaemonCommandsTest::readsFromARestartedDaemonWhetherItDeleted()
 {
     QFETCH(qsizetype, profiles);
     QFETCH(std::vector<int>, sentAtTheNextSwitch);
@@ -630,7 +630,7 @@ void DaemonCommandsTest::asksADaemonThatComesBackWhetherItDeleted()
     QCOMPARE(mDaemon->commands(), sentAtTheNextSwitch);
 }
 
-void DaemonCommandsTest::anEarlierDeletionTellsNothingOfTheNext()
+void DaemonCommandsTest::earlierDeletionDoesNotAffectTheNext()
 {
     mHub->controller->deleteProfileWithProfileID(0); // answered
     mDaemon->setSilent(Command::deleteProfile);

@@ -29,18 +29,18 @@ class EndToEndTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup() { mDaemon.reset(); }
-    void disablesAKeyByMouseForGood();
-    void disablesAKeyByKeyboardAlone();
+    void disablesAKeyPermanentlyByMouse();
+    void disablesAKeyByKeyboardOnly();
     void followsAChangeMadeByAnotherClient();
     void showsTheProfileOfTheApplicationInFront();
-    void followsTheKeyboardAsItComesAndGoes();
-    void goesOnWhenADaemonStartsWithTheKeyboard();
+    void followsPluggingOfTheKeyboard();
+    void recoversWhenADaemonStartsWithTheKeyboard();
     void showsTheFirmwareVersion();
     void followsTheBrightnessKeys();
     void takesAMacroRecordedOnTheKeyboard();
-    void takesNoNoticeOfDpi();
-    void keepsWhatWasAnsweredWhenTheDaemonIsKilled();
-    void changesAfterAStandstillAreNotUndone();
+    void ignoresDpiNotifications();
+    void keepsAnsweredChangesWhenTheDaemonIsKilled();
+    void changesAfterASuspensionAreNotUndone();
 
 private:
     /// The trimmed output of kestractl; "exit code N: …" when that is not 0.
@@ -64,7 +64,7 @@ QString EndToEndTest::kestractl(const QStringList &arguments)
                                 : u"exit code %1: "_s.arg(result.exitCode) + result.errorText();
 }
 
-void EndToEndTest::disablesAKeyByMouseForGood()
+void EndToEndTest::disablesAKeyPermanentlyByMouse()
 {
     {
         const Hub hub;
@@ -89,7 +89,7 @@ void EndToEndTest::disablesAKeyByMouseForGood()
     QCOMPARE(again.find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
 }
 
-void EndToEndTest::disablesAKeyByKeyboardAlone()
+void EndToEndTest::disablesAKeyByKeyboardOnly()
 {
     const Hub hub;
     hub.controller->initializeDevice();
@@ -140,7 +140,7 @@ void EndToEndTest::showsTheProfileOfTheApplicationInFront()
     QTRY_COMPARE(table->selectedRow(), 0);
 }
 
-void EndToEndTest::followsTheKeyboardAsItComesAndGoes()
+void EndToEndTest::followsPluggingOfTheKeyboard()
 {
     const Hub hub;
     hub.controller->initializeDevice();
@@ -153,7 +153,7 @@ void EndToEndTest::followsTheKeyboardAsItComesAndGoes()
     QTRY_VERIFY(hub.find<QWidget>("mA")->isEnabled());
 }
 
-void EndToEndTest::goesOnWhenADaemonStartsWithTheKeyboard()
+void EndToEndTest::recoversWhenADaemonStartsWithTheKeyboard()
 {
     QCOMPARE(kestractl({u"key"_s, u"Q"_s, u"disable"_s}), u"Q: disabled"_s);
     mDaemon->kill();
@@ -222,7 +222,7 @@ void EndToEndTest::takesAMacroRecordedOnTheKeyboard()
     QCOMPARE(kestractl({u"key"_s, u"M1"_s}), u"M1: macro On the fly, once"_s);
 }
 
-void EndToEndTest::takesNoNoticeOfDpi()
+void EndToEndTest::ignoresDpiNotifications()
 {
     const Hub hub;
     hub.controller->initializeDevice();
@@ -236,7 +236,7 @@ void EndToEndTest::takesNoNoticeOfDpi()
     QVERIFY(hub.find<QWidget>("mA")->isEnabled());
 }
 
-void EndToEndTest::keepsWhatWasAnsweredWhenTheDaemonIsKilled()
+void EndToEndTest::keepsAnsweredChangesWhenTheDaemonIsKilled()
 {
     const Hub hub;
     hub.controller->initializeDevice();
@@ -257,7 +257,7 @@ void EndToEndTest::keepsWhatWasAnsweredWhenTheDaemonIsKilled()
 
 // The window stops waiting for a suspended daemon. It must not take a late reply of that daemon for the answer to its
 // next request, and it must show the outcome of the first one.
-void EndToEndTest::changesAfterAStandstillAreNotUndone()
+void EndToEndTest::changesAfterASuspensionAreNotUndone()
 {
     const Hub hub;
     hub.controller->initializeDevice();

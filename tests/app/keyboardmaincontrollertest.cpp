@@ -61,22 +61,22 @@ private Q_SLOTS:
     void init();
     void startsWithEmptyDictionariesAndDisabledControls();
     void opensAFoundKeyboard();
-    void asksToOpenTheDevice();
+    void requestsToOpenTheDevice();
     void readsTheOpenStatusAsAFoundFlag_data();
     void readsTheOpenStatusAsAFoundFlag();
     void showsTheFactoryDocumentWithoutKeyboard();
     void reportsAndEndsASilentDaemon();
     void registersItsObserversOnce_data();
     void registersItsObserversOnce();
-    void enablesTheControlsWithoutAnAnswerToTheReading();
-    void goesThroughTheStartInOrder();
-    void goesOnWhenTheKeyboardComesLater();
-    void closesTheRestoringSheetBeforeItAsks();
+    void enablesTheControlsWhenReadingFails();
+    void performsTheStartInOrder();
+    void recoversWhenTheKeyboardIsAttachedLater();
+    void closesTheRestoringSheetBeforeItSendsARequest();
     void paintsThePlaceOfTheRestoringSheetBeforeItWaits();
     void processesNoEventWhileItOpens_data();
     void processesNoEventWhileItOpens();
     void keepsItsPace();
-    void handsThePiecesToTheTabs();
+    void handsOutThePiecesOfTheDocument();
     void readsAnActiveProfileOutOfRangeAsEmpty();
     void keepsTheDeviceSettingsWithTheFactoryDocument();
     void enablesAndDisablesEveryTab();
@@ -84,12 +84,12 @@ private Q_SLOTS:
     void redrawsMacrosOnlyThroughTheirTable();
     void selectsTabsByIndex();
     void stopsARecordingWhenItsTabIsLeft();
-    void asksForTheFirmwareUntilItIsKnown();
+    void queriesTheFirmwareUntilItIsKnown();
     void showsTheVersions();
     void ignoresVersionsOfAFailedQuery();
-    void asksForNoFirmwareWithoutKeyboard();
-    void showsNoSpinnerForAnAnswerThatCameAtOnce_data();
-    void showsNoSpinnerForAnAnswerThatCameAtOnce();
+    void queriesNoFirmwareWithoutKeyboard();
+    void showsNoSpinnerForAnImmediateAnswer_data();
+    void showsNoSpinnerForAnImmediateAnswer();
     void showsNoSpinnerOnceTheVersionIsKnown();
     void ignoresRepliesToOtherCommands();
     void registersTheHelpBook();
@@ -202,7 +202,7 @@ void KeyboardMainControllerTest::opensAFoundKeyboard()
     QVERIFY(hub.endedProcesses.isEmpty());
 }
 
-void KeyboardMainControllerTest::asksToOpenTheDevice()
+void KeyboardMainControllerTest::requestsToOpenTheDevice()
 {
     const ScriptedDaemon daemon(sampleDocument());
     const Hub hub;
@@ -306,7 +306,7 @@ void KeyboardMainControllerTest::registersItsObserversOnce()
         QCOMPARE(center.observationCount(hub.controller.get(), name), 1);
 }
 
-void KeyboardMainControllerTest::enablesTheControlsWithoutAnAnswerToTheReading()
+void KeyboardMainControllerTest::enablesTheControlsWhenReadingFails()
 {
     ScriptedDaemon daemon(sampleDocument());
     daemon.setSilent(Command::readSettings);
@@ -321,7 +321,7 @@ void KeyboardMainControllerTest::enablesTheControlsWithoutAnAnswerToTheReading()
     QVERIFY(hub.endedProcesses.isEmpty());
 }
 
-void KeyboardMainControllerTest::goesThroughTheStartInOrder()
+void KeyboardMainControllerTest::performsTheStartInOrder()
 {
     const ScriptedDaemon daemon(sampleDocument());
     const Hub hub;
@@ -346,7 +346,7 @@ void KeyboardMainControllerTest::goesThroughTheStartInOrder()
     QCOMPARE((threads() - threadsAtHelpBook).size(), 1);
 }
 
-void KeyboardMainControllerTest::goesOnWhenTheKeyboardComesLater()
+void KeyboardMainControllerTest::recoversWhenTheKeyboardIsAttachedLater()
 {
     ScriptedDaemon daemon(sampleDocument());
     daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, 0}});
@@ -361,7 +361,7 @@ void KeyboardMainControllerTest::goesOnWhenTheKeyboardComesLater()
     QCOMPARE(hub.controller->profilesArray().size(), 2);
 }
 
-void KeyboardMainControllerTest::closesTheRestoringSheetBeforeItAsks()
+void KeyboardMainControllerTest::closesTheRestoringSheetBeforeItSendsARequest()
 {
     ScriptedDaemon daemon(sampleDocument());
     const Hub hub;
@@ -441,7 +441,7 @@ void KeyboardMainControllerTest::keepsItsPace()
     QCOMPARE(daemonPollInterval, std::chrono::seconds(1));
 }
 
-void KeyboardMainControllerTest::handsThePiecesToTheTabs()
+void KeyboardMainControllerTest::handsOutThePiecesOfTheDocument()
 {
     const ScriptedDaemon daemon(sampleDocument());
     const Hub hub;
@@ -555,7 +555,7 @@ void KeyboardMainControllerTest::selectsTabsByIndex()
     QCOMPARE(titles, (QStringList{u"Keys"_s, u"Profiles"_s, u"Macros"_s, u"Lighting"_s, u"Maintenance"_s}));
 }
 
-void KeyboardMainControllerTest::asksForTheFirmwareUntilItIsKnown()
+void KeyboardMainControllerTest::queriesTheFirmwareUntilItIsKnown()
 {
     ScriptedDaemon daemon(sampleDocument());
     Hub hub(std::chrono::milliseconds(20));
@@ -593,7 +593,7 @@ void KeyboardMainControllerTest::ignoresVersionsOfAFailedQuery()
     QCOMPARE(hub.find<QLabel>("mFirmwareVersion")->text(), shownBefore);
 }
 
-void KeyboardMainControllerTest::asksForNoFirmwareWithoutKeyboard()
+void KeyboardMainControllerTest::queriesNoFirmwareWithoutKeyboard()
 {
     ScriptedDaemon daemon(sampleDocument());
     daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, 0}});
@@ -603,14 +603,14 @@ void KeyboardMainControllerTest::asksForNoFirmwareWithoutKeyboard()
     QCOMPARE(daemon.commands(), std::vector<int>());
 }
 
-void KeyboardMainControllerTest::showsNoSpinnerForAnAnswerThatCameAtOnce_data()
+void KeyboardMainControllerTest::showsNoSpinnerForAnImmediateAnswer_data()
 {
     QTest::addColumn<QString>("version");
     QTest::newRow("with a keyboard") << u"1.07"_s;
     QTest::newRow("without") << QString();
 }
 
-void KeyboardMainControllerTest::showsNoSpinnerForAnAnswerThatCameAtOnce()
+void KeyboardMainControllerTest::showsNoSpinnerForAnImmediateAnswer()
 {
     QFETCH(QString, version);
     ScriptedDaemon daemon(sampleDocument());

@@ -26,10 +26,10 @@ class KeysCleanUpCallsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void repairsWhatPointsNowhere_data() { addRows(); }
-    void repairsWhatPointsNowhere();
-    void recordWithoutKeysIsGivenThoseOfTheOneBefore_data();
-    void recordWithoutKeysIsGivenThoseOfTheOneBefore();
+    void repairsDanglingAssignments_data() { addRows(); }
+    void repairsDanglingAssignments();
+    void recordWithoutKeysGetsThoseOfThePreviousOne_data();
+    void recordWithoutKeysGetsThoseOfThePreviousOne();
 
 private:
     /// The profiles that the clean-up sent after the deletion of macro or profile `index`; empty when it sent nothing.
@@ -54,7 +54,7 @@ QVariantList KeysCleanUpCallsTest::sentAfterDeleting(int type, int index, const 
     return sent.dictionary.value(u"AllProfiles"_s).toList();
 }
 
-void KeysCleanUpCallsTest::repairsWhatPointsNowhere()
+void KeysCleanUpCallsTest::repairsDanglingAssignments()
 {
     QFETCH(int, type);
     QFETCH(int, deleted);
@@ -70,14 +70,14 @@ void KeysCleanUpCallsTest::repairsWhatPointsNowhere()
         QCOMPARE(sent.value(0).toMap().value(SettingsKeys::keys).toMap(), expected);
 }
 
-void KeysCleanUpCallsTest::recordWithoutKeysIsGivenThoseOfTheOneBefore_data()
+void KeysCleanUpCallsTest::recordWithoutKeysGetsThoseOfThePreviousOne_data()
 {
     QTest::addColumn<int>("type");
     QTest::newRow("macro") << playMacro;
     QTest::newRow("profile") << switchProfile;
 }
 
-void KeysCleanUpCallsTest::recordWithoutKeysIsGivenThoseOfTheOneBefore()
+void KeysCleanUpCallsTest::recordWithoutKeysGetsThoseOfThePreviousOne()
 {
     QFETCH(int, type);
     const QVariantList sent = sentAfterDeleting(type, 1, documentWith({{u"4"_s, entry(type, 1)}}, false));

@@ -193,21 +193,21 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void backToTheDefaultKey_data() { addHands(); }
-    void backToTheDefaultKey();
-    void singleKeyWithModifiers_data() { addHands(); }
-    void singleKeyWithModifiers();
-    void heldEscapeGivesTheKeysBack();
-    void macroWithItsPlayback_data() { addHands(); }
-    void macroWithItsPlayback();
-    void profileSwitch_data() { addHands(); }
-    void profileSwitch();
-    void launchedProgram_data() { addHands(); }
-    void launchedProgram();
-    void disabledKey_data() { addHands(); }
-    void disabledKey();
-    void capturedKeysReachNothingElse_data();
-    void capturedKeysReachNothingElse();
+    void restoresTheDefaultKey_data() { addHands(); }
+    void restoresTheDefaultKey();
+    void assignsASingleKeyWithModifiers_data() { addHands(); }
+    void assignsASingleKeyWithModifiers();
+    void heldEscapeEndsTheCapture();
+    void assignsAMacroWithItsPlayback_data() { addHands(); }
+    void assignsAMacroWithItsPlayback();
+    void assignsAProfileSwitch_data() { addHands(); }
+    void assignsAProfileSwitch();
+    void assignsAProgram_data() { addHands(); }
+    void assignsAProgram();
+    void disablesAKey_data() { addHands(); }
+    void disablesAKey();
+    void capturedKeysReachOnlyTheSheet_data();
+    void capturedKeysReachOnlyTheSheet();
 
 private:
     static void addHands();
@@ -288,7 +288,7 @@ QStringList KeysEndToEndTest::sentByA()
     return sent;
 }
 
-void KeysEndToEndTest::backToTheDefaultKey()
+void KeysEndToEndTest::restoresTheDefaultKey()
 {
     QFETCH(bool, hasMouse);
     QCOMPARE(runKestractl({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
@@ -305,7 +305,7 @@ void KeysEndToEndTest::backToTheDefaultKey()
     QCOMPARE(sentByA(), QStringList({u"+7:4"_s, u"-7:4"_s}));
 }
 
-void KeysEndToEndTest::singleKeyWithModifiers()
+void KeysEndToEndTest::assignsASingleKeyWithModifiers()
 {
     QFETCH(bool, hasMouse);
     openWindow();
@@ -330,7 +330,7 @@ void KeysEndToEndTest::singleKeyWithModifiers()
     QCOMPARE(sentByA(), QStringList({u"+7:224"_s, u"+7:225"_s, u"+7:6"_s, u"-7:6"_s, u"-7:224"_s, u"-7:225"_s}));
 }
 
-void KeysEndToEndTest::heldEscapeGivesTheKeysBack()
+void KeysEndToEndTest::heldEscapeEndsTheCapture()
 {
     openWindow();
     Hand hand(*mHub, false);
@@ -355,7 +355,7 @@ void KeysEndToEndTest::heldEscapeGivesTheKeysBack()
     QCOMPARE(storedEntryOfA(), entry(16, keyB, 0));
 }
 
-void KeysEndToEndTest::macroWithItsPlayback()
+void KeysEndToEndTest::assignsAMacroWithItsPlayback()
 {
     QFETCH(bool, hasMouse);
     openWindow();
@@ -378,7 +378,7 @@ void KeysEndToEndTest::macroWithItsPlayback()
     QCOMPARE(storedEntryOfA(), entry(10, 1, 255));
 }
 
-void KeysEndToEndTest::profileSwitch()
+void KeysEndToEndTest::assignsAProfileSwitch()
 {
     QFETCH(bool, hasMouse);
     openWindow();
@@ -397,7 +397,7 @@ void KeysEndToEndTest::profileSwitch()
     QCOMPARE(buttonA()->mark(), KeyMark::none);
 }
 
-void KeysEndToEndTest::launchedProgram()
+void KeysEndToEndTest::assignsAProgram()
 {
     QFETCH(bool, hasMouse);
     const QString trace = mPrograms.filePath(hasMouse ? u"mouse"_s : u"keyboard"_s);
@@ -419,7 +419,7 @@ void KeysEndToEndTest::launchedProgram()
     QTRY_VERIFY(QFile::exists(trace));
 }
 
-void KeysEndToEndTest::disabledKey()
+void KeysEndToEndTest::disablesAKey()
 {
     QFETCH(bool, hasMouse);
     openWindow();
@@ -433,7 +433,7 @@ void KeysEndToEndTest::disabledKey()
     QCOMPARE(sentByA(), QStringList());
 }
 
-void KeysEndToEndTest::capturedKeysReachNothingElse_data()
+void KeysEndToEndTest::capturedKeysReachOnlyTheSheet_data()
 {
     QTest::addColumn<uint>("key");
     QTest::addColumn<QString>("name");
@@ -444,7 +444,7 @@ void KeysEndToEndTest::capturedKeysReachNothingElse_data()
     QTest::newRow("Numpad Enter") << 88u << u"Numpad Enter"_s;
 }
 
-void KeysEndToEndTest::capturedKeysReachNothingElse()
+void KeysEndToEndTest::capturedKeysReachOnlyTheSheet()
 {
     QFETCH(uint, key);
     QFETCH(QString, name);

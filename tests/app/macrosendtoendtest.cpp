@@ -50,21 +50,21 @@ class MacrosEndToEndTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void recordsWhatIsTyped();
-    void appendsToWhatWasRecorded();
+    void recordsTypedKeys();
+    void appendsToARecordedMacro();
     void editsAnEventAndADelay();
     void assignsTheMacroToAKey();
-    void aPressedKeyPlaysTheEditedMacro();
-    void exportedDeletedAndImportedItIsTheSame();
+    void pressedKeyPlaysTheEditedMacro();
+    void importedMacroEqualsTheExportedOne();
     void renamesAndDeletes();
-    void heldEscapeGivesTheKeysBackAfterARecording();
-    void heldEscapeGivesTheKeysBackToTheEventSheet();
-    void anEmptyRecordingKeepsTheMacro();
-    void aRemovedKeyboardEndsTheRecordingAndKeepsIt();
+    void heldEscapeEndsARecording();
+    void heldEscapeEndsTheCaptureOfTheEventSheet();
+    void emptyRecordingKeepsTheMacro();
+    void removedKeyboardEndsTheRecordingAndKeepsIt();
     void leavingTheTabEndsTheRecordingAndKeepsIt();
     void deletesEvents();
-    void strangeFilesLeaveBothListsAlike_data();
-    void strangeFilesLeaveBothListsAlike();
+    void strangeFilesKeepBothListsEqual_data();
+    void strangeFilesKeepBothListsEqual();
 
 private:
     void typeKey(uint usage);
@@ -163,7 +163,7 @@ QVariantMap MacrosEndToEndTest::kept(const QString &name)
     return {};
 }
 
-void MacrosEndToEndTest::recordsWhatIsTyped()
+void MacrosEndToEndTest::recordsTypedKeys()
 {
     recordCombo();
     QCOMPARE(lines().at(0), u"Key Press A"_s);
@@ -173,7 +173,7 @@ void MacrosEndToEndTest::recordsWhatIsTyped()
     QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 4);
 }
 
-void MacrosEndToEndTest::appendsToWhatWasRecorded()
+void MacrosEndToEndTest::appendsToARecordedMacro()
 {
     recordCombo();
     click("mAddMacroDetails");
@@ -237,7 +237,7 @@ void MacrosEndToEndTest::assignsTheMacroToAKey()
     QCOMPARE(entry.value(SettingsKeys::param1).toInt(), row);
 }
 
-void MacrosEndToEndTest::aPressedKeyPlaysTheEditedMacro()
+void MacrosEndToEndTest::pressedKeyPlaysTheEditedMacro()
 {
     constexpr int pauseMs = 250;
     recordCombo();
@@ -260,7 +260,7 @@ void MacrosEndToEndTest::aPressedKeyPlaysTheEditedMacro()
     QVERIFY(elapsed.elapsed() >= pauseMs);
 }
 
-void MacrosEndToEndTest::exportedDeletedAndImportedItIsTheSame()
+void MacrosEndToEndTest::importedMacroEqualsTheExportedOne()
 {
     recordCombo();
     chooseForEvent(1, MacroCommands::edit);
@@ -307,7 +307,7 @@ void MacrosEndToEndTest::renamesAndDeletes()
     QVERIFY(!kept(u"Second"_s).isEmpty());
 }
 
-void MacrosEndToEndTest::heldEscapeGivesTheKeysBackAfterARecording()
+void MacrosEndToEndTest::heldEscapeEndsARecording()
 {
     addMacro(u"Combo"_s);
     click("mRecordMacroDetails");
@@ -326,7 +326,7 @@ void MacrosEndToEndTest::heldEscapeGivesTheKeysBackAfterARecording()
     QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 2);
 }
 
-void MacrosEndToEndTest::heldEscapeGivesTheKeysBackToTheEventSheet()
+void MacrosEndToEndTest::heldEscapeEndsTheCaptureOfTheEventSheet()
 {
     recordCombo();
     chooseForEvent(4, MacroCommands::edit);
@@ -341,7 +341,7 @@ void MacrosEndToEndTest::heldEscapeGivesTheKeysBackToTheEventSheet()
     QCOMPARE(lines().at(4), u"Key Press H"_s);
 }
 
-void MacrosEndToEndTest::anEmptyRecordingKeepsTheMacro()
+void MacrosEndToEndTest::emptyRecordingKeepsTheMacro()
 {
     recordCombo();
     const QStringList before = lines();
@@ -352,7 +352,7 @@ void MacrosEndToEndTest::anEmptyRecordingKeepsTheMacro()
     QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 4);
 }
 
-void MacrosEndToEndTest::aRemovedKeyboardEndsTheRecordingAndKeepsIt()
+void MacrosEndToEndTest::removedKeyboardEndsTheRecordingAndKeepsIt()
 {
     addMacro(u"Combo"_s);
     click("mRecordMacroDetails");
@@ -389,7 +389,7 @@ void MacrosEndToEndTest::deletesEvents()
     QCOMPARE(sequence, QVariant(QVariantMap()));
 }
 
-void MacrosEndToEndTest::strangeFilesLeaveBothListsAlike_data()
+void MacrosEndToEndTest::strangeFilesKeepBothListsEqual_data()
 {
     QTest::addColumn<QVariantMap>("record");
     QTest::addColumn<bool>("isTaken");
@@ -415,7 +415,7 @@ void MacrosEndToEndTest::strangeFilesLeaveBothListsAlike_data()
     QTest::newRow("no name that is text") << QVariantMap{{u"MacroName"_s, QVariantList{1}}} << true;
 }
 
-void MacrosEndToEndTest::strangeFilesLeaveBothListsAlike()
+void MacrosEndToEndTest::strangeFilesKeepBothListsEqual()
 {
     QFETCH(QVariantMap, record);
     QFETCH(bool, isTaken);

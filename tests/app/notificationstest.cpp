@@ -38,37 +38,37 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void loadsAndEnablesWhenAKeyboardIsAttached();
-    void enablesTheControlsWithoutAnAnswerToTheReading();
+    void enablesTheControlsWhenReadingFails();
     void readsTheProductFromTheName_data();
     void readsTheProductFromTheName();
     void observesRepliesAtEveryAttach();
-    void goesThroughAnAttachmentInOrder();
-    void beginsACaptureAnewWhenTheKeyboardIsBack_data();
-    void beginsACaptureAnewWhenTheKeyboardIsBack();
-    void endsARecordingWhenTheKeyboardIsBack();
-    void sendsNothingForARecordingThatTheRemovalHasEnded();
-    void goesThroughARemovalInOrder();
-    void takesItsObserverAwayWhileItReloadsAChangedProfile();
-    void disablesAndTellsWhenTheKeyboardIsRemoved();
-    void keepsTheFirmwareSpinnerOffUntilTheKeyboardIsBack();
+    void performsAnAttachmentInOrder();
+    void restartsACaptureWhenTheKeyboardReturns_data();
+    void restartsACaptureWhenTheKeyboardReturns();
+    void endsARecordingWhenTheKeyboardReturns();
+    void sendsNothingForARecordingThatARemovalEnded();
+    void performsARemovalInOrder();
+    void removesItsObserverWhileItReloadsAChangedProfile();
+    void disablesTheControlsAndReportsARemovedKeyboard();
+    void keepsTheFirmwareSpinnerOffUntilTheKeyboardReturns();
     void stopsARecordingWhenTheKeyboardIsRemoved();
     void showsTheRemovalAgain();
     void reloadsWhenAnotherClientChangedAProfile();
     void ignoresItsOwnChanges();
-    void keepsItsObserversWhenItIsToRemoveItself();
+    void keepsItsObserversWhenAskedToRemoveItself();
     void acceptsDpiUpdates();
-    void takesNewMacrosFromTheKeyboard();
-    void takesEachPieceOfTheNewsByItself_data();
-    void takesEachPieceOfTheNewsByItself();
-    void fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged_data();
-    void fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged();
+    void acceptsNewMacrosFromTheKeyboard();
+    void acceptsEachPieceOfANotificationSeparately_data();
+    void acceptsEachPieceOfANotificationSeparately();
+    void reloadsTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged_data();
+    void reloadsTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged();
     void showsABrightnessSetOnTheKeyboard();
     void survivesNotificationsOfWrongTypes_data();
     void survivesNotificationsOfWrongTypes();
     void showsErrorsByTheirCode_data();
     void showsErrorsByTheirCode();
     void closesTheDeviceSheetByItsButton();
-    void givesTheFocusBackWhenTheKeyboardIsBack();
+    void restoresTheFocusWhenTheKeyboardReturns();
     void hearsOnAfterLargeNotifications();
     void opensThePages();
     void opensTheHelpBook();
@@ -140,7 +140,7 @@ void NotificationsTest::loadsAndEnablesWhenAKeyboardIsAttached()
     QCOMPARE(mHub->find<TableView>("mProfilesTableView")->selectedRow(), 0);
 }
 
-void NotificationsTest::enablesTheControlsWithoutAnAnswerToTheReading()
+void NotificationsTest::enablesTheControlsWhenReadingFails()
 {
     const QVariantList profiles = mHub->controller->profilesArray();
     mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
@@ -199,7 +199,7 @@ void NotificationsTest::observesRepliesAtEveryAttach()
                  3);
 }
 
-void NotificationsTest::goesThroughAnAttachmentInOrder()
+void NotificationsTest::performsAnAttachmentInOrder()
 {
     const QString name = u"Device Attached 271"_s;
     mHub->controller->deviceDisconnectedNotification({u"Device Removed 271"_s, {}});
@@ -228,7 +228,7 @@ void NotificationsTest::goesThroughAnAttachmentInOrder()
     QCOMPARE(observers(name), 1);
 }
 
-void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack_data()
+void NotificationsTest::restartsACaptureWhenTheKeyboardReturns_data()
 {
     QTest::addColumn<Command>("command");
     QTest::addColumn<bool>("wasRemoved");
@@ -239,7 +239,7 @@ void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack_data()
     }
 }
 
-void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack()
+void NotificationsTest::restartsACaptureWhenTheKeyboardReturns()
 {
     QFETCH(Command, command);
     QFETCH(bool, wasRemoved);
@@ -265,7 +265,7 @@ void NotificationsTest::beginsACaptureAnewWhenTheKeyboardIsBack()
     QCOMPARE(mDaemon->commands(), expected);
 }
 
-void NotificationsTest::sendsNothingForARecordingThatTheRemovalHasEnded()
+void NotificationsTest::sendsNothingForARecordingThatARemovalEnded()
 {
     mHub->controller->selectTabAtIndex(2);
     mHub->find<TableView>("mMacroTableView")->selectRow(0);
@@ -278,7 +278,7 @@ void NotificationsTest::sendsNothingForARecordingThatTheRemovalHasEnded()
     }
 }
 
-void NotificationsTest::endsARecordingWhenTheKeyboardIsBack()
+void NotificationsTest::endsARecordingWhenTheKeyboardReturns()
 {
     mHub->controller->selectTabAtIndex(2);
     mHub->find<TableView>("mMacroTableView")->selectRow(0);
@@ -292,7 +292,7 @@ void NotificationsTest::endsARecordingWhenTheKeyboardIsBack()
     QVERIFY(mHub->find<QWidget>("mRecordMacroDetails")->isEnabled());
 }
 
-void NotificationsTest::goesThroughARemovalInOrder()
+void NotificationsTest::performsARemovalInOrder()
 {
     const QString name = u"Device Removed 271"_s;
     mHub->controller->selectTabAtIndex(2);
@@ -321,7 +321,7 @@ void NotificationsTest::goesThroughARemovalInOrder()
     QCOMPARE(observers(name), 1);
 }
 
-void NotificationsTest::takesItsObserverAwayWhileItReloadsAChangedProfile()
+void NotificationsTest::removesItsObserverWhileItReloadsAChangedProfile()
 {
     const QString name = u"Profile Updated 271"_s;
     std::atomic<int> observersMeanwhile = -1;
@@ -336,7 +336,7 @@ void NotificationsTest::takesItsObserverAwayWhileItReloadsAChangedProfile()
     QCOMPARE(observers(name), 1);
 }
 
-void NotificationsTest::disablesAndTellsWhenTheKeyboardIsRemoved()
+void NotificationsTest::disablesTheControlsAndReportsARemovedKeyboard()
 {
     const QVariantList profiles = mHub->controller->profilesArray();
     mHub->controller->setDriverVersions();
@@ -352,7 +352,7 @@ void NotificationsTest::disablesAndTellsWhenTheKeyboardIsRemoved()
     QCOMPARE(mDaemon->commands(), std::vector<int>());
 }
 
-void NotificationsTest::keepsTheFirmwareSpinnerOffUntilTheKeyboardIsBack()
+void NotificationsTest::keepsTheFirmwareSpinnerOffUntilTheKeyboardReturns()
 {
     const auto *spinner = mHub->find<Spinner>("mFirmwareVersionIndicator");
     const auto *version = mHub->find<QLabel>("mFirmwareVersion");
@@ -416,7 +416,7 @@ void NotificationsTest::ignoresItsOwnChanges()
     QCOMPARE(mDaemon->commands(), std::vector<int>());
 }
 
-void NotificationsTest::keepsItsObserversWhenItIsToRemoveItself()
+void NotificationsTest::keepsItsObserversWhenAskedToRemoveItself()
 {
     mHub->controller->removeSelfAsNotificationObserver();
     for (const QString &name :
@@ -433,7 +433,7 @@ void NotificationsTest::acceptsDpiUpdates()
     QCOMPARE(mDaemon->commands(), std::vector<int>());
 }
 
-void NotificationsTest::takesNewMacrosFromTheKeyboard()
+void NotificationsTest::acceptsNewMacrosFromTheKeyboard()
 {
     QVariantMap profile = sampleDocument().value(u"Profiles"_s).toList().constFirst().toMap();
     profile[u"ProfileName"_s] = u"On the fly"_s;
@@ -456,7 +456,7 @@ void NotificationsTest::takesNewMacrosFromTheKeyboard()
     QCOMPARE(mDaemon->commands(), std::vector<int>());
 }
 
-void NotificationsTest::takesEachPieceOfTheNewsByItself_data()
+void NotificationsTest::acceptsEachPieceOfANotificationSeparately_data()
 {
     QTest::addColumn<QVariant>("macros");
     QTest::addColumn<QVariant>("profile");
@@ -472,7 +472,7 @@ void NotificationsTest::takesEachPieceOfTheNewsByItself_data()
     QTest::newRow("neither") << QVariant() << QVariant() << false << false;
 }
 
-void NotificationsTest::takesEachPieceOfTheNewsByItself()
+void NotificationsTest::acceptsEachPieceOfANotificationSeparately()
 {
     QFETCH(QVariant, macros);
     QFETCH(QVariant, profile);
@@ -492,7 +492,7 @@ void NotificationsTest::takesEachPieceOfTheNewsByItself()
     QCOMPARE(mHub->find<TableView>("mMacroTableView")->numberOfRows(), areMacrosTaken ? 1 : macrosBefore.size());
 }
 
-void NotificationsTest::fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged_data()
+void NotificationsTest::reloadsTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QVariant>("value");
@@ -502,7 +502,7 @@ void NotificationsTest::fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged_
     QTest::newRow("other events") << u"sequence"_s << QVariant(QVariantMap{{u"Events"_s, QVariantList()}}) << true;
 }
 
-void NotificationsTest::fetchesTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged()
+void NotificationsTest::reloadsTheLinesOfTheSelectedMacroWhenTheyMayHaveChanged()
 {
     QFETCH(QString, key);
     QFETCH(QVariant, value);
@@ -603,7 +603,7 @@ void NotificationsTest::closesTheDeviceSheetByItsButton()
     QVERIFY(!mHub->find<Sheet>("mCommunicationAlertWindow")->isUp());
 }
 
-void NotificationsTest::givesTheFocusBackWhenTheKeyboardIsBack()
+void NotificationsTest::restoresTheFocusWhenTheKeyboardReturns()
 {
     QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
     auto *key = mHub->find<QAbstractButton>("mA");

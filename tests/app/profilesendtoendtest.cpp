@@ -81,20 +81,20 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void exportedDeletedAndImportedIsTheSameRecord();
-    void theTwentiethProfileIsTheLast();
+    void importedRecordEqualsTheExportedOne();
+    void twentiethProfileIsTheLast();
     void deletingAProfileClearsTheKeysThatSwitchedToIt();
-    void aDeleteThatIsNotAnsweredLeavesTheTabBusy_data();
-    void aDeleteThatIsNotAnsweredLeavesTheTabBusy();
-    void aFileThatIsNoProfileChangesNothing_data();
-    void aFileThatIsNoProfileChangesNothing();
-    void whatIsNotUnderstoodIsKept_data();
-    void whatIsNotUnderstoodIsKept();
-    void whatTheDaemonCannotHoldIsRefused_data();
-    void whatTheDaemonCannotHoldIsRefused();
-    void anApplicationIsBoundAndRemoved();
-    void aSwitchFromOutsideAfterAnAddChangesNoRecord_data();
-    void aSwitchFromOutsideAfterAnAddChangesNoRecord();
+    void unansweredDeletionLeavesTheTabBusy_data();
+    void unansweredDeletionLeavesTheTabBusy();
+    void fileWithoutAProfileChangesNothing_data();
+    void fileWithoutAProfileChangesNothing();
+    void unknownEntriesAreKept_data();
+    void unknownEntriesAreKept();
+    void tooLargeProfileIsRefused_data();
+    void tooLargeProfileIsRefused();
+    void applicationIsBoundAndRemoved();
+    void outsideSwitchAfterAnAddChangesNoRecord_data();
+    void outsideSwitchAfterAnAddChangesNoRecord();
 
 private:
     void startDaemon(const QVariantList &profiles);
@@ -205,7 +205,7 @@ QVariantMap ProfilesEndToEndTest::stored() const
     return PropertyList::readPropertyListFile(mDaemon->settingsFolder() + u"/settings.plist"_s).value_or(QVariantMap());
 }
 
-void ProfilesEndToEndTest::exportedDeletedAndImportedIsTheSameRecord()
+void ProfilesEndToEndTest::importedRecordEqualsTheExportedOne()
 {
     startDaemon({factoryProfile(u"Default Profile"_s), recordOfTheFuture(u"Raid"_s)});
     openWindow();
@@ -228,7 +228,7 @@ void ProfilesEndToEndTest::exportedDeletedAndImportedIsTheSameRecord()
     QCOMPARE(storedProfiles().value(2).toMap().value(SettingsKeys::profileName), QVariant(u"Raid(2)"_s));
 }
 
-void ProfilesEndToEndTest::theTwentiethProfileIsTheLast()
+void ProfilesEndToEndTest::twentiethProfileIsTheLast()
 {
     QVariantList profiles;
     for (int i = 1; i < ProfileCommands::maximumProfileCount; ++i)
@@ -291,14 +291,14 @@ void ProfilesEndToEndTest::deletingAProfileClearsTheKeysThatSwitchedToIt()
     QVERIFY(!mHub->find<Spinner>("mBusyIndicator")->isAnimating());
 }
 
-void ProfilesEndToEndTest::aDeleteThatIsNotAnsweredLeavesTheTabBusy_data()
+void ProfilesEndToEndTest::unansweredDeletionLeavesTheTabBusy_data()
 {
     QTest::addColumn<bool>("isReal");
     QTest::newRow("the daemon was killed") << true;
     QTest::newRow("a daemon that never answers") << false;
 }
 
-void ProfilesEndToEndTest::aDeleteThatIsNotAnsweredLeavesTheTabBusy()
+void ProfilesEndToEndTest::unansweredDeletionLeavesTheTabBusy()
 {
     QFETCH(bool, isReal);
     if (isReal)
@@ -324,7 +324,7 @@ void ProfilesEndToEndTest::aDeleteThatIsNotAnsweredLeavesTheTabBusy()
     }
 }
 
-void ProfilesEndToEndTest::aFileThatIsNoProfileChangesNothing_data()
+void ProfilesEndToEndTest::fileWithoutAProfileChangesNothing_data()
 {
     QTest::addColumn<QByteArray>("content");
     const QByteArray whole = *PropertyList::writeBinary(factoryProfile(u"New"_s));
@@ -341,7 +341,7 @@ void ProfilesEndToEndTest::aFileThatIsNoProfileChangesNothing_data()
     QTest::newRow("a property list of another kind") << *PropertyList::writeBinary(QVariantList{u"New"_s});
 }
 
-void ProfilesEndToEndTest::aFileThatIsNoProfileChangesNothing()
+void ProfilesEndToEndTest::fileWithoutAProfileChangesNothing()
 {
     QFETCH(QByteArray, content);
     startDaemon({factoryProfile(u"One"_s), factoryProfile(u"Two"_s)});
@@ -355,7 +355,7 @@ void ProfilesEndToEndTest::aFileThatIsNoProfileChangesNothing()
     QVERIFY(mDaemon->isRunning());
 }
 
-void ProfilesEndToEndTest::whatIsNotUnderstoodIsKept_data()
+void ProfilesEndToEndTest::unknownEntriesAreKept_data()
 {
     QTest::addColumn<QVariantMap>("changed");
     QTest::newRow("keys outside the layout, unknown values") << recordOfTheFuture(u"New"_s);
@@ -376,7 +376,7 @@ void ProfilesEndToEndTest::whatIsNotUnderstoodIsKept_data()
         << QVariantMap{{u"Keys"_s, QVariantMap{{u"4"_s, entry(10, 999)}, {u"5"_s, entry(17, -7)}}}};
 }
 
-void ProfilesEndToEndTest::whatIsNotUnderstoodIsKept()
+void ProfilesEndToEndTest::unknownEntriesAreKept()
 {
     QFETCH(QVariantMap, changed);
     startDaemon({factoryProfile(u"One"_s)});
@@ -404,7 +404,7 @@ void ProfilesEndToEndTest::whatIsNotUnderstoodIsKept()
     QVERIFY(mDaemon->isRunning());
 }
 
-void ProfilesEndToEndTest::whatTheDaemonCannotHoldIsRefused_data()
+void ProfilesEndToEndTest::tooLargeProfileIsRefused_data()
 {
     QTest::addColumn<QVariantMap>("changed");
     QTest::addColumn<QByteArray>("reason");
@@ -420,7 +420,7 @@ void ProfilesEndToEndTest::whatTheDaemonCannotHoldIsRefused_data()
     QTest::newRow("more keys than fit") << QVariantMap{{u"Keys"_s, manyKeys}} << QByteArray("limit reached");
 }
 
-void ProfilesEndToEndTest::whatTheDaemonCannotHoldIsRefused()
+void ProfilesEndToEndTest::tooLargeProfileIsRefused()
 {
     QFETCH(QVariantMap, changed);
     QFETCH(QByteArray, reason);
@@ -445,7 +445,7 @@ void ProfilesEndToEndTest::whatTheDaemonCannotHoldIsRefused()
     QCOMPARE(stored().value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt(), 1);
 }
 
-void ProfilesEndToEndTest::anApplicationIsBoundAndRemoved()
+void ProfilesEndToEndTest::applicationIsBoundAndRemoved()
 {
     startDaemon({factoryProfile(u"One"_s), factoryProfile(u"Two"_s)});
     openWindow();
@@ -470,14 +470,14 @@ void ProfilesEndToEndTest::anApplicationIsBoundAndRemoved()
     QCOMPARE(table()->model()->index(1, 3).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
 }
 
-void ProfilesEndToEndTest::aSwitchFromOutsideAfterAnAddChangesNoRecord_data()
+void ProfilesEndToEndTest::outsideSwitchAfterAnAddChangesNoRecord_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::newRow("nothing is typed") << QString();
     QTest::newRow("a name is typed") << u"Half a na"_s;
 }
 
-void ProfilesEndToEndTest::aSwitchFromOutsideAfterAnAddChangesNoRecord()
+void ProfilesEndToEndTest::outsideSwitchAfterAnAddChangesNoRecord()
 {
     QFETCH(QString, typed);
     startDaemon({withKey(factoryProfile(u"Game"_s), u"4"_s, entry(20, 0)), factoryProfile(u"Work"_s)});

@@ -28,8 +28,8 @@ class ProfilesFocusTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void bothFollowTheFocus_data();
-    void bothFollowTheFocus();
+    void windowAndKestractlFollowTheFocus_data();
+    void windowAndKestractlFollowTheFocus();
 
 private:
     void startDaemon(const TestDesktop &desktop);
@@ -74,14 +74,14 @@ void ProfilesFocusTest::bind(int row, const QString &windowClass)
     QVERIFY(!panel->isVisible());
 }
 
-void ProfilesFocusTest::bothFollowTheFocus_data()
+void ProfilesFocusTest::windowAndKestractlFollowTheFocus_data()
 {
     QTest::addColumn<TestDesktop::Kind>("kind");
     QTest::newRow("X11") << TestDesktop::Kind::x11;
     QTest::newRow("Wayland") << TestDesktop::Kind::wayland;
 }
 
-void ProfilesFocusTest::bothFollowTheFocus()
+void ProfilesFocusTest::windowAndKestractlFollowTheFocus()
 {
     QFETCH(TestDesktop::Kind, kind);
     TestDesktop desktop(kind);

@@ -84,17 +84,17 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void selectingARowSwitches();
-    void addingSendsTheRecordAlone();
-    void copyingSendsTheRecordAlone();
-    void importingSendsTheRecordAlone();
+    void addingSendsOnlyTheRecord();
+    void copyingSendsOnlyTheRecord();
+    void importingSendsOnlyTheRecord();
     void renamingUpdatesTheRow();
     void boxesUpdateOneKey();
     void tickingAnotherRowSwitchesAndThenUpdates();
     void tickingWithoutAnApplicationSwitchesAndUpdatesOnlyAtTheAnswer();
-    void bindingAndUnbindingAreOneUpdateEach();
+    void bindingAndUnbindingSendOneUpdateEach();
     void restoringUpdatesWithAWholeRecord();
-    void deletingSwitchesToTheOneBefore_data();
-    void deletingSwitchesToTheOneBefore();
+    void deletingSwitchesToThePreviousProfile_data();
+    void deletingSwitchesToThePreviousProfile();
 
 private:
     [[nodiscard]] KeyboardProfilesController *tab() const { return mHub->controller->profilesController(); }
@@ -169,7 +169,7 @@ void ProfilesWireTest::selectingARowSwitches()
     QCOMPARE(profileID(2), 1);
 }
 
-void ProfilesWireTest::addingSendsTheRecordAlone()
+void ProfilesWireTest::addingSendsOnlyTheRecord()
 {
     mHub->controller->selectTabAtIndex(1);
     mHub->window->activateWindow();
@@ -183,7 +183,7 @@ void ProfilesWireTest::addingSendsTheRecordAlone()
     QCOMPARE(table()->editedRow(), 3);
 }
 
-void ProfilesWireTest::copyingSendsTheRecordAlone()
+void ProfilesWireTest::copyingSendsOnlyTheRecord()
 {
     QVariantMap expected = tab()->selectedProfile();
     choose(ProfileCommands::copy);
@@ -192,7 +192,7 @@ void ProfilesWireTest::copyingSendsTheRecordAlone()
     QCOMPARE(settings(0), expected);
 }
 
-void ProfilesWireTest::importingSendsTheRecordAlone()
+void ProfilesWireTest::importingSendsOnlyTheRecord()
 {
     const QString file = writeFile(mFolder.filePath(u"some.KestraProfile"_s), "{ ProfileName = Raid; other = 1; }");
     choose(ProfileCommands::importProfile);
@@ -245,7 +245,7 @@ void ProfilesWireTest::tickingWithoutAnApplicationSwitchesAndUpdatesOnlyAtTheAns
     QCOMPARE(settings(1), (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
 }
 
-void ProfilesWireTest::bindingAndUnbindingAreOneUpdateEach()
+void ProfilesWireTest::bindingAndUnbindingSendOneUpdateEach()
 {
     table()->selectRow(2);
     mDaemon->forgetRequests();
@@ -284,7 +284,7 @@ void ProfilesWireTest::restoringUpdatesWithAWholeRecord()
     QCOMPARE(settings(0), expected);
 }
 
-void ProfilesWireTest::deletingSwitchesToTheOneBefore_data()
+void ProfilesWireTest::deletingSwitchesToThePreviousProfile_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<int>("switchedTo");
@@ -293,7 +293,7 @@ void ProfilesWireTest::deletingSwitchesToTheOneBefore_data()
     QTest::newRow("last") << 2 << 1;
 }
 
-void ProfilesWireTest::deletingSwitchesToTheOneBefore()
+void ProfilesWireTest::deletingSwitchesToThePreviousProfile()
 {
     QFETCH(int, row);
     QFETCH(int, switchedTo);

@@ -20,11 +20,11 @@ private Q_SLOTS:
     void init();
     void showsTheTextsAndBothButtons();
     void hasOneButtonWithoutAnAlternativeLabel();
-    void goesAwayByEitherButton_data();
-    void goesAwayByEitherButton();
+    void closesByEitherButton_data();
+    void closesByEitherButton();
     void escapePressesTheLastButton_data();
     void escapePressesTheLastButton();
-    void showsTextsAsTheyAre();
+    void showsTextsUnchanged();
 
 private:
     [[nodiscard]] Sheet *show(const QString &alternative) const;
@@ -85,14 +85,14 @@ void QLCErrorHandlerTest::hasOneButtonWithoutAnAlternativeLabel()
     QCOMPARE(buttons(alert), QStringList{u"Default"_s});
 }
 
-void QLCErrorHandlerTest::goesAwayByEitherButton_data()
+void QLCErrorHandlerTest::closesByEitherButton_data()
 {
     QTest::addColumn<QString>("button");
     QTest::newRow("default") << u"alertDefaultButton"_s;
     QTest::newRow("alternative") << u"alertAlternativeButton"_s;
 }
 
-void QLCErrorHandlerTest::goesAwayByEitherButton()
+void QLCErrorHandlerTest::closesByEitherButton()
 {
     QFETCH(QString, button);
     const QPointer<Sheet> alert = show(u"Alternative"_s);
@@ -122,7 +122,7 @@ void QLCErrorHandlerTest::escapePressesTheLastButton()
     QTRY_VERIFY(!alert);
 }
 
-void QLCErrorHandlerTest::showsTextsAsTheyAre()
+void QLCErrorHandlerTest::showsTextsUnchanged()
 {
     QLCErrorHandler::showErrorWithTitleErrorDescriptionDefaultButtonLabelAlternativeButtonLabelToWindow(
         u"<b>Title</b>"_s, u"a <i>b</i> &amp; c"_s, u"OK"_s, {}, mWindow.get());

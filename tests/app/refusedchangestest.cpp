@@ -149,29 +149,29 @@ class RefusedChangesTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void theWindowShowsWhatIsStored_data();
-    void theWindowShowsWhatIsStored();
-    void noControlIsOnWithoutAKeyboard_data();
-    void noControlIsOnWithoutAKeyboard();
-    void aConfirmationEndsWithTheKeyboard_data();
-    void aConfirmationEndsWithTheKeyboard();
-    void aDragEndsWithItsProfile_data();
-    void aDragEndsWithItsProfile();
-    void anOpenMenuClosesWhenTheDocumentIsReplaced_data();
-    void anOpenMenuClosesWhenTheDocumentIsReplaced();
-    void rowsThatMovedUnansweredAreNotWrittenTo_data();
-    void rowsThatMovedUnansweredAreNotWrittenTo();
-    void aReadingThatFailedMakesTheRowsUnknown_data();
-    void aReadingThatFailedMakesTheRowsUnknown();
-    void aSecondDeletionIsNotSentForAnotherProfile();
-    void aLateReplyIsNoRefusedDeletion();
+    void windowShowsTheStoredSettings_data();
+    void windowShowsTheStoredSettings();
+    void everyControlIsDisabledWithoutAKeyboard_data();
+    void everyControlIsDisabledWithoutAKeyboard();
+    void confirmationEndsWithTheKeyboard_data();
+    void confirmationEndsWithTheKeyboard();
+    void dragEndsWithItsProfile_data();
+    void dragEndsWithItsProfile();
+    void openMenuClosesWhenTheDocumentIsReplaced_data();
+    void openMenuClosesWhenTheDocumentIsReplaced();
+    void rowsMovedWithoutAReplyAreNotChanged_data();
+    void rowsMovedWithoutAReplyAreNotChanged();
+    void failedReadingMakesTheRowsUnknown_data();
+    void failedReadingMakesTheRowsUnknown();
+    void secondDeletionIsNotSentForAnotherProfile();
+    void lateReplyDoesNotCountAsARefusedDeletion();
     void nothingIsSentWithoutARecord();
-    void aCommandIsNotMeantForTheProfileThatCameMeanwhile_data();
-    void aCommandIsNotMeantForTheProfileThatCameMeanwhile();
-    void linesThatDidNotComeAreAskedForWithTheNextDocument();
-    void aDeletionWithoutASwitchMovesTheRows();
-    void aDeletionIsForgottenOnlyWhenItDidNotHappen_data();
-    void aDeletionIsForgottenOnlyWhenItDidNotHappen();
+    void commandDoesNotReachAProfileThatReplacedItsOwn_data();
+    void commandDoesNotReachAProfileThatReplacedItsOwn();
+    void missingLinesAreRequestedWithTheNextDocument();
+    void deletionWithoutASwitchMovesTheRows();
+    void deletionIsForgottenOnlyWhenItDidNotHappen_data();
+    void deletionIsForgottenOnlyWhenItDidNotHappen();
 
 private:
     void replaceDocument(const QVariantMap &document)
@@ -212,7 +212,7 @@ void RefusedChangesTest::cleanup()
     mDaemon.reset();
 }
 
-void RefusedChangesTest::theWindowShowsWhatIsStored_data()
+void RefusedChangesTest::windowShowsTheStoredSettings_data()
 {
     QTest::addColumn<int>("change");
     QTest::addColumn<bool>("isSilent");
@@ -222,7 +222,7 @@ void RefusedChangesTest::theWindowShowsWhatIsStored_data()
     }
 }
 
-void RefusedChangesTest::theWindowShowsWhatIsStored()
+void RefusedChangesTest::windowShowsTheStoredSettings()
 {
     QFETCH(int, change);
     QFETCH(bool, isSilent);
@@ -253,7 +253,7 @@ void RefusedChangesTest::theWindowShowsWhatIsStored()
     QCOMPARE(request.dictionary.value(u"ProfileID"_s), QVariant(1));
 }
 
-void RefusedChangesTest::noControlIsOnWithoutAKeyboard_data()
+void RefusedChangesTest::everyControlIsDisabledWithoutAKeyboard_data()
 {
     QTest::addColumn<std::function<void(KeyboardMainController &)>>("then");
     const auto add = [](const char *name, std::function<void(KeyboardMainController &)> then) {
@@ -282,7 +282,7 @@ void RefusedChangesTest::noControlIsOnWithoutAKeyboard_data()
     });
 }
 
-void RefusedChangesTest::noControlIsOnWithoutAKeyboard()
+void RefusedChangesTest::everyControlIsDisabledWithoutAKeyboard()
 {
     QFETCH(std::function<void(KeyboardMainController &)>, then);
     const auto enabled = [this] {
@@ -323,7 +323,7 @@ void RefusedChangesTest::noControlIsOnWithoutAKeyboard()
     QVERIFY(enabled().size() > 15);
 }
 
-void RefusedChangesTest::aConfirmationEndsWithTheKeyboard_data()
+void RefusedChangesTest::confirmationEndsWithTheKeyboard_data()
 {
     QTest::addColumn<std::function<void(const Hub &)>>("open");
     const auto add = [](const char *name, std::function<void(const Hub &)> open) { QTest::newRow(name) << open; };
@@ -346,7 +346,7 @@ void RefusedChangesTest::aConfirmationEndsWithTheKeyboard_data()
     add("capturing a key", [](const Hub &hub) { hub.find<PopUpButton>("mAssignFunction")->itemAtIndex(1)->trigger(); });
 }
 
-void RefusedChangesTest::aConfirmationEndsWithTheKeyboard()
+void RefusedChangesTest::confirmationEndsWithTheKeyboard()
 {
     QFETCH(std::function<void(const Hub &)>, open);
     const auto dialogs = [this] {
@@ -369,14 +369,14 @@ void RefusedChangesTest::aConfirmationEndsWithTheKeyboard()
     QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::readSettings)});
 }
 
-void RefusedChangesTest::aDragEndsWithItsProfile_data()
+void RefusedChangesTest::dragEndsWithItsProfile_data()
 {
     QTest::addColumn<bool>("isSwitched");
     QTest::newRow("another profile") << true;
     QTest::newRow("the same profile, another brightness") << false;
 }
 
-void RefusedChangesTest::aDragEndsWithItsProfile()
+void RefusedChangesTest::dragEndsWithItsProfile()
 {
     QFETCH(bool, isSwitched);
     mHub->controller->selectTabAtIndex(3);
@@ -405,7 +405,7 @@ void RefusedChangesTest::aDragEndsWithItsProfile()
     QVERIFY(mDaemon->count(Command::updateProfile) > 0);
 }
 
-void RefusedChangesTest::anOpenMenuClosesWhenTheDocumentIsReplaced_data()
+void RefusedChangesTest::openMenuClosesWhenTheDocumentIsReplaced_data()
 {
     QTest::addColumn<std::function<void(const Hub &)>>("open");
     const auto add = [](const char *name, std::function<void(const Hub &)> open) { QTest::newRow(name) << open; };
@@ -421,7 +421,7 @@ void RefusedChangesTest::anOpenMenuClosesWhenTheDocumentIsReplaced_data()
         });
 }
 
-void RefusedChangesTest::anOpenMenuClosesWhenTheDocumentIsReplaced()
+void RefusedChangesTest::openMenuClosesWhenTheDocumentIsReplaced()
 {
     QFETCH(std::function<void(const Hub &)>, open);
     open(*mHub);
@@ -434,14 +434,14 @@ void RefusedChangesTest::anOpenMenuClosesWhenTheDocumentIsReplaced()
     QVERIFY(!QApplication::activePopupWidget());
 }
 
-void RefusedChangesTest::rowsThatMovedUnansweredAreNotWrittenTo_data()
+void RefusedChangesTest::rowsMovedWithoutAReplyAreNotChanged_data()
 {
     QTest::addColumn<bool>("hasHappened");
     QTest::newRow("the deletion has taken place") << true;
     QTest::newRow("the deletion has not taken place") << false;
 }
 
-void RefusedChangesTest::rowsThatMovedUnansweredAreNotWrittenTo()
+void RefusedChangesTest::rowsMovedWithoutAReplyAreNotChanged()
 {
     QFETCH(bool, hasHappened);
     const auto without = [](const QString &key, int row) {
@@ -479,7 +479,7 @@ void RefusedChangesTest::rowsThatMovedUnansweredAreNotWrittenTo()
     QCOMPARE(mDaemon->count(Command::removeAllEvents), hasHappened ? 1 : 2);
 }
 
-void RefusedChangesTest::aReadingThatFailedMakesTheRowsUnknown_data()
+void RefusedChangesTest::failedReadingMakesTheRowsUnknown_data()
 {
     QTest::addColumn<std::function<void(KeyboardMainController &)>>("read");
     const auto add = [](const char *name, std::function<void(KeyboardMainController &)> read) {
@@ -494,7 +494,7 @@ void RefusedChangesTest::aReadingThatFailedMakesTheRowsUnknown_data()
     add("macro deleted", [](KeyboardMainController &hub) { hub.deleteMacroAtIndex(0); });
 }
 
-void RefusedChangesTest::aReadingThatFailedMakesTheRowsUnknown()
+void RefusedChangesTest::failedReadingMakesTheRowsUnknown()
 {
     QFETCH(std::function<void(KeyboardMainController &)>, read);
     mDaemon->setSilent(Command::readSettings);
@@ -518,7 +518,7 @@ void RefusedChangesTest::aReadingThatFailedMakesTheRowsUnknown()
     QCOMPARE(mDaemon->count(Command::updateProfile), 1);
 }
 
-void RefusedChangesTest::aSecondDeletionIsNotSentForAnotherProfile()
+void RefusedChangesTest::secondDeletionIsNotSentForAnotherProfile()
 {
     mDaemon->setSilent(Command::deleteProfile);
     mHub->controller->deleteProfileWithProfileID(0);
@@ -530,7 +530,7 @@ void RefusedChangesTest::aSecondDeletionIsNotSentForAnotherProfile()
     QCOMPARE(mHub->find<TableView>("mProfilesTableView")->model()->rowCount(), 1);
 }
 
-void RefusedChangesTest::aLateReplyIsNoRefusedDeletion()
+void RefusedChangesTest::lateReplyDoesNotCountAsARefusedDeletion()
 {
     // The reply to an earlier command, which arrived after the hub had stopped waiting for it.
     mDaemon->setReply(Command::deleteProfile, {{u"ReturnStatus"_s, 0}});
@@ -557,7 +557,7 @@ void RefusedChangesTest::nothingIsSentWithoutARecord()
     QCOMPARE(mHub->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), defaultPosition);
 }
 
-void RefusedChangesTest::aCommandIsNotMeantForTheProfileThatCameMeanwhile_data()
+void RefusedChangesTest::commandDoesNotReachAProfileThatReplacedItsOwn_data()
 {
     QTest::addColumn<int>("command");
     for (const int command : {ProfileCommands::copy, ProfileCommands::removeApplication, ProfileCommands::deleteProfile,
@@ -565,7 +565,7 @@ void RefusedChangesTest::aCommandIsNotMeantForTheProfileThatCameMeanwhile_data()
         QTest::addRow("command %d", command) << command;
 }
 
-void RefusedChangesTest::aCommandIsNotMeantForTheProfileThatCameMeanwhile()
+void RefusedChangesTest::commandDoesNotReachAProfileThatReplacedItsOwn()
 {
     QFETCH(int, command);
     mHub->controller->selectTabAtIndex(1);
@@ -582,7 +582,7 @@ void RefusedChangesTest::aCommandIsNotMeantForTheProfileThatCameMeanwhile()
     QCOMPARE(table->selectedRow(), 0);
 }
 
-void RefusedChangesTest::linesThatDidNotComeAreAskedForWithTheNextDocument()
+void RefusedChangesTest::missingLinesAreRequestedWithTheNextDocument()
 {
     mDaemon->setSilent(Command::readMacroLines);
     mHub->find<TableView>("mMacroTableView")->selectRow(2);
@@ -605,7 +605,7 @@ void RefusedChangesTest::linesThatDidNotComeAreAskedForWithTheNextDocument()
     QCOMPARE(lines->numberOfRows(), 0);
 }
 
-void RefusedChangesTest::aDeletionWithoutASwitchMovesTheRows()
+void RefusedChangesTest::deletionWithoutASwitchMovesTheRows()
 {
     QVariantMap shorter = withActiveProfile(sampleDocument(), 0);
     shorter[u"Profiles"_s] = shorter[u"Profiles"_s].toList().first(1);
@@ -618,7 +618,7 @@ void RefusedChangesTest::aDeletionWithoutASwitchMovesTheRows()
     QCOMPARE(mDaemon->lastRequest(Command::updateProfile).dictionary.value(u"ProfileID"_s), QVariant(0));
 }
 
-void RefusedChangesTest::aDeletionIsForgottenOnlyWhenItDidNotHappen_data()
+void RefusedChangesTest::deletionIsForgottenOnlyWhenItDidNotHappen_data()
 {
     QTest::addColumn<std::function<QVariantList(QVariantList)>>("after");
     QTest::addColumn<bool>("isForgotten");
@@ -644,7 +644,7 @@ void RefusedChangesTest::aDeletionIsForgottenOnlyWhenItDidNotHappen_data()
     });
 }
 
-void RefusedChangesTest::aDeletionIsForgottenOnlyWhenItDidNotHappen()
+void RefusedChangesTest::deletionIsForgottenOnlyWhenItDidNotHappen()
 {
     QFETCH(std::function<QVariantList(QVariantList)>, after);
     QFETCH(bool, isForgotten);

@@ -52,7 +52,7 @@ class RestoringSheetPictureTest : public QObject
 private Q_SLOTS:
     void initTestCase();
     void leavesNoTraceWhileTheProgramWaits();
-    void windowIsOnTheScreenBeforeTheProgramAsks();
+    void windowIsOnTheScreenBeforeTheFirstRequest();
 
 private:
     /// Starts the program and takes a picture in the middle of its wait.
@@ -111,7 +111,7 @@ void RestoringSheetPictureTest::leavesNoTraceWhileTheProgramWaits()
     QCOMPARE(differingDots(with, without), 0);
 }
 
-void RestoringSheetPictureTest::windowIsOnTheScreenBeforeTheProgramAsks()
+void RestoringSheetPictureTest::windowIsOnTheScreenBeforeTheFirstRequest()
 {
     TestDesktop desktop(TestDesktop::Kind::x11, screenSize);
     QVERIFY(desktop.start());

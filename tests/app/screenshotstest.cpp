@@ -161,10 +161,10 @@ private Q_SLOTS:
     void drawsTheHelp();
     void disabledControlsLookDisabled_data();
     void disabledControlsLookDisabled();
-    void whatIsNotTickedIsSeenOnADarkDesktop();
+    void untickedBoxesAreVisibleOnADarkDesktop();
     void findsAFaintIndicator();
-    void findsWhatIsFaint();
-    void findsWhatIsCut();
+    void findsFaintTexts();
+    void findsCutTexts();
 
 private:
     void openWindow(const QString &language, bool isDark);
@@ -327,7 +327,7 @@ void ScreenshotsTest::disabledControlsLookDisabled()
     QVERIFY2(alike.isEmpty(), qPrintable(alike.join(u'\n')));
 }
 
-void ScreenshotsTest::whatIsNotTickedIsSeenOnADarkDesktop()
+void ScreenshotsTest::untickedBoxesAreVisibleOnADarkDesktop()
 {
     openWindow(u"en"_s, true);
     auto *tabs = mHub->find<QTabWidget>("mKeyboardTabView");
@@ -369,7 +369,7 @@ void ScreenshotsTest::findsAFaintIndicator()
     QCOMPARE(faintIndicators(&window, leastIndicatorContrast).size(), 2);
 }
 
-void ScreenshotsTest::findsWhatIsFaint()
+void ScreenshotsTest::findsFaintTexts()
 {
     wearPalette(false);
     QCOMPARE(qRound(contrastRatio(Qt::black, Qt::white)), 21);
@@ -384,7 +384,7 @@ void ScreenshotsTest::findsWhatIsFaint()
     QCOMPARE(faintTexts(&window, leastTextContrast).size(), 1);
 }
 
-void ScreenshotsTest::findsWhatIsCut()
+void ScreenshotsTest::findsCutTexts()
 {
     QWidget window;
     auto *button = new QPushButton(u"A text wider than its button"_s, &window);

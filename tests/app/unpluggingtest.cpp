@@ -252,12 +252,12 @@ private Q_SLOTS:
     void initTestCase() { qputenv("HOME", QFile::encodeName(mHome.path())); } // start folder of panels
     void init();
     void cleanup();
-    void inEveryState_data();
-    void inEveryState();
-    void whileTheRestoringSheetIsUp();
-    void whileACommandWaits_data();
-    void whileACommandWaits();
-    void comesAndGoesQuickly();
+    void removalIsHandledInEveryState_data();
+    void removalIsHandledInEveryState();
+    void removalIsHandledWhileTheRestoringSheetIsOpen();
+    void removalIsHandledWhileACommandWaits_data();
+    void removalIsHandledWhileACommandWaits();
+    void quickChangesAreHandled();
 
 private:
     void openWindow();
@@ -301,7 +301,7 @@ void UnpluggingTest::openWindow()
     QCOMPARE(controlsThatAre(*mHub, false), QStringList());
 }
 
-void UnpluggingTest::inEveryState_data()
+void UnpluggingTest::removalIsHandledInEveryState_data()
 {
     QTest::addColumn<int>("state");
     QTest::addColumn<Answer>("answer");
@@ -315,7 +315,7 @@ void UnpluggingTest::inEveryState_data()
     }
 }
 
-void UnpluggingTest::inEveryState()
+void UnpluggingTest::removalIsHandledInEveryState()
 {
     QFETCH(int, state);
     QFETCH(Answer, answer);
@@ -363,7 +363,7 @@ void UnpluggingTest::inEveryState()
     QCOMPARE(mHub->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
 }
 
-void UnpluggingTest::whileTheRestoringSheetIsUp()
+void UnpluggingTest::removalIsHandledWhileTheRestoringSheetIsOpen()
 {
     openWindow();
     mHub->controller->showRestoringStateWindow();
@@ -382,7 +382,7 @@ void UnpluggingTest::whileTheRestoringSheetIsUp()
     QCOMPARE(openWidgets(), QStringList());
 }
 
-void UnpluggingTest::whileACommandWaits_data()
+void UnpluggingTest::removalIsHandledWhileACommandWaits_data()
 {
     QTest::addColumn<Command>("command");
     QTest::addColumn<bool>("isAnswered");
@@ -412,7 +412,7 @@ void UnpluggingTest::whileACommandWaits_data()
     add("settings read", Command::readSettings, [](KeyboardMainController &hub) { hub.reloadMacros(); });
 }
 
-void UnpluggingTest::whileACommandWaits()
+void UnpluggingTest::removalIsHandledWhileACommandWaits()
 {
     QFETCH(Command, command);
     QFETCH(bool, isAnswered);
@@ -454,7 +454,7 @@ void UnpluggingTest::whileACommandWaits()
     mHub.reset();
 }
 
-void UnpluggingTest::comesAndGoesQuickly()
+void UnpluggingTest::quickChangesAreHandled()
 {
     openWindow();
     const auto plug = [this](int times) {
