@@ -136,42 +136,42 @@ private Q_SLOTS:
     void cleanup();
 
     void startsWithTheFactorySettings();
-    void answersTheSendAtOnceWithNothing();
+    void answersASendAtOnceWithoutData();
     void repliesUnderTheCommandNumber();
     void settingsSurviveARestart();
     void damagedSettingsAreSetAside();
-    void oneWrongValueCostsNothingElse();
+    void oneWrongValueAffectsNothingElse();
     void desktopShowsAProblemOfTheSettings();
     void oddCopiesDoNotKeepItFromStarting();
     void settingsPutBackByHandAreKept();
     void filesAreForTheUserOnly();
-    void removedFolderIsMadeAgain();
+    void removedFolderIsCreatedAgain();
     void unreadableSettingsAreNamed();
     void fullDiskIsReportedAndChangesNothing();
     void postsNotificationsForOtherClients();
-    void virtualKeyboardSendsWhatTheComputerReceives();
-    void virtualKeyboardRefusesTheImpossible();
-    void keysAreLetGoOfAtTheEnd();
+    void virtualKeyboardReportsTheSentKeys();
+    void virtualKeyboardRefusesImpossibleCalls();
+    void keysAreReleasedAtTheEnd();
     void playsAMacroOnTheVirtualKeyboard();
     void staysAnsweringWhileAMacroWithoutPausesRepeats();
-    void macroIsLetGoOfAtTheEnd();
+    void keysOfAMacroAreReleasedAtTheEnd();
     void captureEndsWhenTheClientLeavesTheBus();
-    void captureForAClientThatIsGoneEndsAtOnce();
-    void survivesAReplyPortThatIsNone_data();
-    void survivesAReplyPortThatIsNone();
-    void secondDaemonSaysSo();
-    void tellsVersionAndHelpWithoutABus();
+    void captureForAMissingClientEndsAtOnce();
+    void survivesAnInvalidReplyPort_data();
+    void survivesAnInvalidReplyPort();
+    void secondDaemonReportsTheFirst();
+    void printsVersionAndHelpWithoutABus();
     void endsWithoutABus();
-    void endsWhenTheBusGoesAway();
-    void sleepsWhenThereIsNothingToDo();
+    void endsWhenTheBusEnds();
+    void sleepsWhenIdle();
     void endsBySignal_data();
     void endsBySignal();
     void outlivesTheReaderOfItsLog();
-    void logShowsWhatATerminalWouldObey();
-    void losesNothingAnsweredWhenKilled();
-    void obeysWhatWaitedWhileItStoodStillWithoutAReply();
-    void interfacesAreAsDocumented_data();
-    void interfacesAreAsDocumented();
+    void logContainsNoControlCharacters();
+    void keepsAnsweredChangesWhenKilled();
+    void carriesOutRequestsOfASuspensionWithoutReplies();
+    void interfacesMatchTheirDocument_data();
+    void interfacesMatchTheirDocument();
 
 private:
     /// Adds the macro as the first one, and assigns it to M1.
@@ -207,7 +207,7 @@ void DaemonProcessTest::startsWithTheFactorySettings()
     QCOMPARE(document.value(u"DeviceSettings"_s).toMap().value(u"ProfileOSDOn"_s), QVariant(1));
 }
 
-void DaemonProcessTest::answersTheSendAtOnceWithNothing()
+void DaemonProcessTest::answersASendAtOnceWithoutData()
 {
     const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     QVERIFY(port);
@@ -256,7 +256,7 @@ void DaemonProcessTest::damagedSettingsAreSetAside()
     QVERIFY(mDaemon->log().contains("is damaged"));
 }
 
-void DaemonProcessTest::oneWrongValueCostsNothingElse()
+void DaemonProcessTest::oneWrongValueAffectsNothingElse()
 {
     const auto added = mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, named(u"Mine"_s)}});
     QVERIFY(added);
@@ -358,7 +358,7 @@ void DaemonProcessTest::filesAreForTheUserOnly()
         QVERIFY2(!othersCan(folder.filePath(name)), qPrintable(name));
 }
 
-void DaemonProcessTest::removedFolderIsMadeAgain()
+void DaemonProcessTest::removedFolderIsCreatedAgain()
 {
     QVERIFY(mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, named(u"Mine"_s)}}));
     QVERIFY(QDir(mDaemon->settingsFolder()).removeRecursively());
@@ -450,7 +450,7 @@ void DaemonProcessTest::postsNotificationsForOtherClients()
     QCOMPARE(mDaemon->keyboardProperty(u"Brightness"_s), QVariant(2));
 }
 
-void DaemonProcessTest::virtualKeyboardSendsWhatTheComputerReceives()
+void DaemonProcessTest::virtualKeyboardReportsTheSentKeys()
 {
     SentRecorder recorder;
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
@@ -462,7 +462,7 @@ void DaemonProcessTest::virtualKeyboardSendsWhatTheComputerReceives()
     QCOMPARE(mDaemon->keyboardProperty(u"FirmwareVersion"_s), QVariant(u"1.00"_s));
 }
 
-void DaemonProcessTest::virtualKeyboardRefusesTheImpossible()
+void DaemonProcessTest::virtualKeyboardRefusesImpossibleCalls()
 {
     const QString invalid = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
     const QString notAttached = u"org.quillkestra.VirtualKeyboard.Error.NotAttached"_s;
@@ -482,7 +482,7 @@ void DaemonProcessTest::virtualKeyboardRefusesTheImpossible()
     QCOMPARE(mDaemon->callKeyboard(u"PressBrightnessDown"_s), QString());
 }
 
-void DaemonProcessTest::keysAreLetGoOfAtTheEnd()
+void DaemonProcessTest::keysAreReleasedAtTheEnd()
 {
     SentRecorder recorder;
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 4u}), QString());
@@ -548,7 +548,7 @@ void DaemonProcessTest::staysAnsweringWhileAMacroWithoutPausesRepeats()
     QCOMPARE(recorder.sent().size(), count);
 }
 
-void DaemonProcessTest::macroIsLetGoOfAtTheEnd()
+void DaemonProcessTest::keysOfAMacroAreReleasedAtTheEnd()
 {
     assignMacro({MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 225}),
                  MacroRecord::eventRecord({.command = MacroRecord::keyUp, .delayMs = 3'600'000, .argument = 225})},
@@ -581,7 +581,7 @@ void DaemonProcessTest::captureEndsWhenTheClientLeavesTheBus()
     QTRY_COMPARE(recorder.sent(), QStringList{u"+7:5"_s});
 }
 
-void DaemonProcessTest::captureForAClientThatIsGoneEndsAtOnce()
+void DaemonProcessTest::captureForAMissingClientEndsAtOnce()
 {
     const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     QVERIFY(port);
@@ -594,7 +594,7 @@ void DaemonProcessTest::captureForAClientThatIsGoneEndsAtOnce()
     QTRY_COMPARE(recorder.sent(), QStringList{u"-7:5"_s});
 }
 
-void DaemonProcessTest::survivesAReplyPortThatIsNone_data()
+void DaemonProcessTest::survivesAnInvalidReplyPort_data()
 {
     QTest::addColumn<QString>("port");
     QTest::newRow("a letter of Latin 1") << u"\u00e9"_s;
@@ -604,7 +604,7 @@ void DaemonProcessTest::survivesAReplyPortThatIsNone_data()
 }
 
 // In a rule for the bus, such a name would end the process.
-void DaemonProcessTest::survivesAReplyPortThatIsNone()
+void DaemonProcessTest::survivesAnInvalidReplyPort()
 {
     QFETCH(QString, port);
     const auto daemon = RemoteMessagePort::open(DaemonProtocol::requestPortName);
@@ -620,7 +620,7 @@ void DaemonProcessTest::survivesAReplyPortThatIsNone()
     QVERIFY(!mDaemon->log().contains("not capturing, a client asks for keys"));
 }
 
-void DaemonProcessTest::secondDaemonSaysSo()
+void DaemonProcessTest::secondDaemonReportsTheFirst()
 {
     QProcess *second = mDaemon->runAnother({});
     QCOMPARE(second->exitCode(), 3);
@@ -628,7 +628,7 @@ void DaemonProcessTest::secondDaemonSaysSo()
     QVERIFY(mDaemon->request(Command::readSettings)); // the first one continues
 }
 
-void DaemonProcessTest::tellsVersionAndHelpWithoutABus()
+void DaemonProcessTest::printsVersionAndHelpWithoutABus()
 {
     mDaemon->environment().insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
     QProcess *version = mDaemon->runAnother({u"--version"_s});
@@ -653,7 +653,7 @@ void DaemonProcessTest::endsWithoutABus()
     QVERIFY(lost->readAllStandardError().contains("no session bus"));
 }
 
-void DaemonProcessTest::endsWhenTheBusGoesAway()
+void DaemonProcessTest::endsWhenTheBusEnds()
 {
     QCOMPARE(mDaemon->terminate(), 0); // one daemon at a time may use the settings
     QProcess bus;
@@ -673,7 +673,7 @@ void DaemonProcessTest::endsWhenTheBusGoesAway()
     QCOMPARE(daemon.exitCode(), 2);
 }
 
-void DaemonProcessTest::sleepsWhenThereIsNothingToDo()
+void DaemonProcessTest::sleepsWhenIdle()
 {
     QVERIFY(mDaemon->request(Command::readSettings));
     // After its start the daemon looks for a desktop a few times, with growing pauses. After a request it checks for 20
@@ -721,7 +721,7 @@ void DaemonProcessTest::outlivesTheReaderOfItsLog()
 }
 
 // People read the log on a terminal, and programs read it line by line.
-void DaemonProcessTest::logShowsWhatATerminalWouldObey()
+void DaemonProcessTest::logContainsNoControlCharacters()
 {
     const QString path = u"/none/\u001b]0;title\u0007\u202e\u009b\u007f\u2028\nforged line.plist"_s;
     const QVariantMap entry{{u"command"_s, 46}, {u"param1"_s, path}, {u"param2"_s, QString()}};
@@ -736,7 +736,7 @@ void DaemonProcessTest::logShowsWhatATerminalWouldObey()
 
 // Kills the daemon at random moments of a storm of requests. The next daemon starts with the settings of the last
 // answered request or of a later one, undamaged.
-void DaemonProcessTest::losesNothingAnsweredWhenKilled()
+void DaemonProcessTest::keepsAnsweredChangesWhenKilled()
 {
     QRandomGenerator random(271);
     int sent = 0;
@@ -773,7 +773,7 @@ void DaemonProcessTest::losesNothingAnsweredWhenKilled()
 }
 
 // The client no longer waits for the replies, and would take one for the answer to its next request.
-void DaemonProcessTest::obeysWhatWaitedWhileItStoodStillWithoutAReply()
+void DaemonProcessTest::carriesOutRequestsOfASuspensionWithoutReplies()
 {
     QObject observer;
     QStringList sources;
@@ -800,7 +800,7 @@ void DaemonProcessTest::obeysWhatWaitedWhileItStoodStillWithoutAReply()
     QTRY_COMPARE(sources, QStringList({u"QuillKestraDaemon"_s, DaemonProcessFixture::portName()}));
 }
 
-void DaemonProcessTest::interfacesAreAsDocumented_data()
+void DaemonProcessTest::interfacesMatchTheirDocument_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("interface");
@@ -811,7 +811,7 @@ void DaemonProcessTest::interfacesAreAsDocumented_data()
     QTest::newRow("front application") << u"/FrontApplication"_s << u"org.quillkestra.FrontApplication"_s;
 }
 
-void DaemonProcessTest::interfacesAreAsDocumented()
+void DaemonProcessTest::interfacesMatchTheirDocument()
 {
     QFETCH(QString, path);
     QFETCH(QString, interface);

@@ -27,13 +27,13 @@ private Q_SLOTS:
     void capturesSingleKeys();
     void capturesKeysForAnEditedEvent();
     void capturedKeysDoNotReachTheComputer();
-    void captureNeedsSomebodyAndAKeyboard();
+    void captureNeedsAClientAndAKeyboard();
     void captureEndsWithItsClient();
     void captureEndsWithRelease();
     void changeOfTheCaptureIsLoggedWithItsCause();
     void stopOfAnotherCaptureEndsNothing_data();
     void stopOfAnotherCaptureEndsNothing();
-    void aClientEndsItsOwnRecordingWithItsCapture();
+    void endOfACaptureEndsTheRecordingOfItsClient();
     void appendedRecordingStaysWithinTheMacro();
 };
 
@@ -190,7 +190,7 @@ void DeviceDaemonCaptureTest::capturedKeysDoNotReachTheComputer()
     QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s, u"+6"_s}));
 }
 
-void DeviceDaemonCaptureTest::captureNeedsSomebodyAndAKeyboard()
+void DeviceDaemonCaptureTest::captureNeedsAClientAndAKeyboard()
 {
     const QVariantMap recording{{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}};
     const QList<std::pair<Command, QVariantMap>> captures{
@@ -275,7 +275,7 @@ void DeviceDaemonCaptureTest::stopOfAnotherCaptureEndsNothing()
     QCOMPARE(mWatchedClient, client);
 }
 
-void DeviceDaemonCaptureTest::aClientEndsItsOwnRecordingWithItsCapture()
+void DeviceDaemonCaptureTest::endOfACaptureEndsTheRecordingOfItsClient()
 {
     const QVariantMap recording{{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}};
     QCOMPARE(statusOf(Command::startMacroRecording, recording), 0);

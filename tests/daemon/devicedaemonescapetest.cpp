@@ -28,15 +28,15 @@ class DeviceDaemonEscapeTest : public DeviceDaemonFixture
     Q_OBJECT
 
 private Q_SLOTS:
-    void givesTheKeysBack_data();
-    void givesTheKeysBack();
+    void endsTheCapture_data();
+    void endsTheCapture();
     void postsTheKeyBeforeEscapeAgain_data();
     void postsTheKeyBeforeEscapeAgain();
     void isNotPartOfTheRecording_data();
     void isNotPartOfTheRecording();
-    void countsForOneCapture_data();
-    void countsForOneCapture();
-    void isAKeyAsAnyOtherOnTheFly();
+    void appliesToOneCapture_data();
+    void appliesToOneCapture();
+    void isAnOrdinaryKeyOnTheFly();
 
 private:
     void startCapture(const QString &name);
@@ -75,7 +75,7 @@ bool DeviceDaemonEscapeTest::areKeysCaptured()
     return mSent.isEmpty();
 }
 
-void DeviceDaemonEscapeTest::givesTheKeysBack_data()
+void DeviceDaemonEscapeTest::endsTheCapture_data()
 {
     QTest::addColumn<QString>("capture");
     QTest::addColumn<QStringList>("steps");
@@ -100,7 +100,7 @@ void DeviceDaemonEscapeTest::givesTheKeysBack_data()
     }
 }
 
-void DeviceDaemonEscapeTest::givesTheKeysBack()
+void DeviceDaemonEscapeTest::endsTheCapture()
 {
     QFETCH(QString, capture);
     QFETCH(QStringList, steps);
@@ -195,7 +195,7 @@ void DeviceDaemonEscapeTest::isNotPartOfTheRecording()
              lines);
 }
 
-void DeviceDaemonEscapeTest::countsForOneCapture_data()
+void DeviceDaemonEscapeTest::appliesToOneCapture_data()
 {
     QTest::addColumn<QString>("event");
     QTest::addColumn<bool>("isCapturing");
@@ -205,7 +205,7 @@ void DeviceDaemonEscapeTest::countsForOneCapture_data()
     QTest::newRow("another capture") << u"capture"_s << true;
 }
 
-void DeviceDaemonEscapeTest::countsForOneCapture()
+void DeviceDaemonEscapeTest::appliesToOneCapture()
 {
     QFETCH(QString, event);
     QFETCH(bool, isCapturing);
@@ -230,7 +230,7 @@ void DeviceDaemonEscapeTest::countsForOneCapture()
     QCOMPARE(areKeysCaptured(), isCapturing);
 }
 
-void DeviceDaemonEscapeTest::isAKeyAsAnyOtherOnTheFly()
+void DeviceDaemonEscapeTest::isAnOrdinaryKeyOnTheFly()
 {
     pressMacroKey();
     play({u"+41"_s, u"2000"_s, u"-41"_s});

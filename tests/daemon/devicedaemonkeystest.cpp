@@ -20,17 +20,17 @@ private Q_SLOTS:
     void keySwitchesTheProfile();
     void heldKeyOutlivesTheProfileThatAnotherKeySwitches();
     void keyLaunchesAProgram();
-    void removalLetsGoOfKeysAndCaptures();
+    void removalReleasesKeysAndCaptures();
     void gameModeIsToggledAndStored();
-    void gameModeMakesTheCommandKeysDead();
+    void gameModeDisablesTheCommandKeys();
     void brightnessKeysChangeTheActiveProfile();
     void brightnessThatCannotBeWrittenStays();
     void brightnessKeysAreKeysOfTheConsumerPage();
     void lightFollowsTheActiveProfile();
     void lightIsOffWithoutTheKeyboard();
-    void shutDownLetsGoOfEveryKey();
+    void shutDownReleasesEveryKey();
     void shutDownEndsEveryCapture();
-    void heldKeyIsLetGoOfAfterTheClientReleasesTheDevice();
+    void heldKeyIsReleasedAfterTheClientReleasesTheDevice();
 };
 
 void DeviceDaemonKeysTest::keysReachTheComputerByTheActiveProfile()
@@ -84,7 +84,7 @@ void DeviceDaemonKeysTest::keyLaunchesAProgram()
     QCOMPARE(mLaunched, QStringList{u"prog"_s});
 }
 
-void DeviceDaemonKeysTest::removalLetsGoOfKeysAndCaptures()
+void DeviceDaemonKeysTest::removalReleasesKeysAndCaptures()
 {
     press(4);
     QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
@@ -114,7 +114,7 @@ void DeviceDaemonKeysTest::gameModeIsToggledAndStored()
     QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::notAttached);
 }
 
-void DeviceDaemonKeysTest::gameModeMakesTheCommandKeysDead()
+void DeviceDaemonKeysTest::gameModeDisablesTheCommandKeys()
 {
     press(227);
     QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
@@ -212,7 +212,7 @@ void DeviceDaemonKeysTest::lightIsOffWithoutTheKeyboard()
     QVERIFY(!mKeyboard->shownLight().isOff());
 }
 
-void DeviceDaemonKeysTest::shutDownLetsGoOfEveryKey()
+void DeviceDaemonKeysTest::shutDownReleasesEveryKey()
 {
     press(4);
     press(225);
@@ -232,7 +232,7 @@ void DeviceDaemonKeysTest::shutDownEndsEveryCapture()
     QVERIFY(mWatchedClient.isEmpty());
 }
 
-void DeviceDaemonKeysTest::heldKeyIsLetGoOfAfterTheClientReleasesTheDevice()
+void DeviceDaemonKeysTest::heldKeyIsReleasedAfterTheClientReleasesTheDevice()
 {
     press(4);
     QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);

@@ -23,7 +23,7 @@ private Q_SLOTS:
     void onTheFlyGivesWayToClients();
     void onTheFlyEndsWithTheKeyboard();
     void onTheFlyIsNotEndedByAClientThatQuits();
-    void onTheFlyMacroThatCannotBeStoredIsNone();
+    void onTheFlyMacroThatCannotBeStoredIsDiscarded();
     void onTheFlyNeedsRoomForAMacro();
 };
 
@@ -150,7 +150,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyIsNotEndedByAClientThatQuits()
     QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 3);
 }
 
-void DeviceDaemonOnTheFlyTest::onTheFlyMacroThatCannotBeStoredIsNone()
+void DeviceDaemonOnTheFlyTest::onTheFlyMacroThatCannotBeStoredIsDiscarded()
 {
     pressMacroKey();
     press(4);

@@ -18,15 +18,15 @@ class DeviceDaemonTest : public DeviceDaemonFixture
     Q_OBJECT
 
 private Q_SLOTS:
-    void openingTellsWhetherTheKeyboardIsThere();
-    void openingTakesTheClientsFactorySettingsOnlyWhenThereIsNothingElse();
+    void openingReportsTheKeyboard();
+    void openingAcceptsFactorySettingsOnlyWithoutOtherSettings();
     void everyReplyCarriesStatusAndCommand_data();
     void everyReplyCarriesStatusAndCommand();
     void changeIsOnTheDiskBeforeItsReply();
-    void requestWithoutReplyPortIsObeyedSilently();
+    void requestWithoutReplyPortIsCarriedOutSilently();
     void repliesToTheOwnPortAreNotSent();
-    void replyPortThatNoPortCanBeIsNone_data();
-    void replyPortThatNoPortCanBeIsNone();
+    void invalidReplyPortIsIgnored_data();
+    void invalidReplyPortIsIgnored();
     void garbageIsDropped_data();
     void garbageIsDropped();
     void unknownCommandIsAnswered_data();
@@ -35,15 +35,15 @@ private Q_SLOTS:
     void profileUpdatedNamesTheSource_data();
     void profileUpdatedNamesTheSource();
     void profileUpdatedFollowsEveryChangeAndNothingElse();
-    void firmwareVersionComesByNotificationAlone();
-    void failureRepliesTheDocumentToSomeCommandsAlone();
+    void firmwareVersionIsSentOnlyAsANotification();
+    void failureReturnsTheDocumentToSomeCommandsOnly();
     void releaseIsNotReplied();
     void factorySettingsOfAClientAreAnnouncedToTheOthers();
     void failureIsLoggedWithItsFault_data();
     void failureIsLoggedWithItsFault();
 };
 
-void DeviceDaemonTest::openingTellsWhetherTheKeyboardIsThere()
+void DeviceDaemonTest::openingReportsTheKeyboard()
 {
     const QVariantMap request{{u"ProductName"_s, u"Kestra"_s},
                               {u"IsDeviceWired"_s, 1},
@@ -53,7 +53,7 @@ void DeviceDaemonTest::openingTellsWhetherTheKeyboardIsThere()
     QCOMPARE(replyTo(Command::openDevice, request).values, (QVariantMap{{u"ReturnStatus"_s, 0}}));
 }
 
-void DeviceDaemonTest::openingTakesTheClientsFactorySettingsOnlyWhenThereIsNothingElse()
+void DeviceDaemonTest::openingAcceptsFactorySettingsOnlyWithoutOtherSettings()
 {
     const QString path = mTemporary->filePath(u"Kestra.plist"_s);
     const QVariantMap factory{{u"Default Settings"_s, QVariantMap{{u"Profiles"_s, QVariantList{profile(u"Factory"_s)}},
@@ -135,7 +135,7 @@ void DeviceDaemonTest::changeIsOnTheDiskBeforeItsReply()
     QCOMPARE(onDisk, reply.values.value(u"ReturnDictionary"_s).toMap());
 }
 
-void DeviceDaemonTest::requestWithoutReplyPortIsObeyedSilently()
+void DeviceDaemonTest::requestWithoutReplyPortIsCarriedOutSilently()
 {
     send(Command::switchProfile, {{u"ProfileID"_s, 1}}, QString());
     QVERIFY(mReplies.isEmpty());
@@ -150,7 +150,7 @@ void DeviceDaemonTest::repliesToTheOwnPortAreNotSent()
     QVERIFY(mReplies.isEmpty());
 }
 
-void DeviceDaemonTest::replyPortThatNoPortCanBeIsNone_data()
+void DeviceDaemonTest::invalidReplyPortIsIgnored_data()
 {
     QTest::addColumn<QString>("port");
     QTest::newRow("other letters") << u"\u00e9"_s;
@@ -158,7 +158,7 @@ void DeviceDaemonTest::replyPortThatNoPortCanBeIsNone_data()
     QTest::newRow("another path") << u"../Port"_s;
 }
 
-void DeviceDaemonTest::replyPortThatNoPortCanBeIsNone()
+void DeviceDaemonTest::invalidReplyPortIsIgnored()
 {
     QFETCH(QString, port);
     for (const Command command : {Command::readSettings, Command::startSingleKeyRecording, Command::startEditHid}) {
@@ -269,7 +269,7 @@ void DeviceDaemonTest::profileUpdatedFollowsEveryChangeAndNothingElse()
     QCOMPARE(takeNotificationNames(), QStringList{u"Profile Updated 271"_s});
 }
 
-void DeviceDaemonTest::firmwareVersionComesByNotificationAlone()
+void DeviceDaemonTest::firmwareVersionIsSentOnlyAsANotification()
 {
     send(Command::queryFirmwareVersion);
     QCOMPARE(notification(u"commandReplyNotification271"_s),
@@ -285,7 +285,7 @@ void DeviceDaemonTest::firmwareVersionComesByNotificationAlone()
     QVERIFY(mReplies.isEmpty());
 }
 
-void DeviceDaemonTest::failureRepliesTheDocumentToSomeCommandsAlone()
+void DeviceDaemonTest::failureReturnsTheDocumentToSomeCommandsOnly()
 {
     for (const Command command : {Command::switchProfile, Command::deleteProfile}) {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"index out of range"_s));

@@ -26,8 +26,8 @@ private Q_SLOTS:
     void cleanup();
     void keyIsSentBetweenRequests();
     void anotherClientIsAnsweredBetweenRequests();
-    void requestsOverTheBoundAreAnsweredAtOnce();
-    void largestMessageIsTakenAndALargerOneRefused();
+    void requestsBeyondTheLimitAreAnsweredAtOnce();
+    void largestMessageIsAcceptedAndALargerOneRefused();
     void servesOnAfterMessagesThatAreMuchTooLarge();
 
 private:
@@ -141,7 +141,7 @@ void FloodTest::anotherClientIsAnsweredBetweenRequests()
     QVERIFY2(position < floodCount, qPrintable(QString::number(position)));
 }
 
-void FloodTest::requestsOverTheBoundAreAnsweredAtOnce()
+void FloodTest::requestsBeyondTheLimitAreAnsweredAtOnce()
 {
     constexpr int over = 20;
     constexpr int sent = int(RequestQueue::maximumRequestsOfSender) + over;
@@ -165,7 +165,7 @@ void FloodTest::requestsOverTheBoundAreAnsweredAtOnce()
     QCOMPARE(last + 1 + replyCount(static_cast<int>(Status::busy)), sent);
 }
 
-void FloodTest::largestMessageIsTakenAndALargerOneRefused()
+void FloodTest::largestMessageIsAcceptedAndALargerOneRefused()
 {
     const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     QVERIFY(port);

@@ -66,19 +66,19 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void oldKeyboardIsLetGoOf();
+    void oldKeyboardIsReleased();
     void newKeyboardFollowsTheDocument();
     void lightOfTheOldKeyboardGoesOut();
-    void oldKeyboardIsNotHeardAnyMore();
+    void oldKeyboardIsIgnored();
     void captureEnds();
     void recordingOnTheFlyEnds();
-    void attachmentIsToldWhenItChanges_data();
-    void attachmentIsToldWhenItChanges();
+    void attachmentIsReportedWhenItChanges_data();
+    void attachmentIsReportedWhenItChanges();
     void sameKeyboardChangesNothing();
     void keyboardCanBeUsedAgain();
     void attachedKeyboardShowsTheSettingsAgain();
-    void switchOnAnotherThreadIsStoredAndTold();
-    void switchOnAnotherThreadGoesBackWhenItCannotBeStored();
+    void switchOnAnotherThreadIsStoredAndReported();
+    void switchOnAnotherThreadIsUndoneWhenItCannotBeStored();
     void removalOnAnotherThreadEndsTheCapture();
 
 private:
@@ -133,7 +133,7 @@ void KeyboardChangeTest::cleanup()
     mNotifications.clear();
 }
 
-void KeyboardChangeTest::oldKeyboardIsLetGoOf()
+void KeyboardChangeTest::oldKeyboardIsReleased()
 {
     press(*mFirst, keyA);
     press(*mFirst, 60);
@@ -177,7 +177,7 @@ void KeyboardChangeTest::lightOfTheOldKeyboardGoesOut()
     QVERIFY(!mFirst->shownLight().isOff());
 }
 
-void KeyboardChangeTest::oldKeyboardIsNotHeardAnyMore()
+void KeyboardChangeTest::oldKeyboardIsIgnored()
 {
     constexpr VirtualKeyboard::Result notInUse = VirtualKeyboard::Result::notInUse;
     mDaemon->useKeyboard(*mSecond);
@@ -214,7 +214,7 @@ void KeyboardChangeTest::recordingOnTheFlyEnds()
     QCOMPARE(mSecond->shownOnTheFly(), OnTheFlyState::off);
 }
 
-void KeyboardChangeTest::attachmentIsToldWhenItChanges_data()
+void KeyboardChangeTest::attachmentIsReportedWhenItChanges_data()
 {
     QTest::addColumn<bool>("isFirst");
     QTest::addColumn<bool>("isSecond");
@@ -225,7 +225,7 @@ void KeyboardChangeTest::attachmentIsToldWhenItChanges_data()
     QTest::newRow("the second is there") << false << true << QStringList{u"Device Attached 271"_s};
 }
 
-void KeyboardChangeTest::attachmentIsToldWhenItChanges()
+void KeyboardChangeTest::attachmentIsReportedWhenItChanges()
 {
     QFETCH(bool, isFirst);
     QFETCH(bool, isSecond);
@@ -271,7 +271,7 @@ void KeyboardChangeTest::attachedKeyboardShowsTheSettingsAgain()
     mDaemon->useKeyboard(*mFirst);
 }
 
-void KeyboardChangeTest::switchOnAnotherThreadIsStoredAndTold()
+void KeyboardChangeTest::switchOnAnotherThreadIsStoredAndReported()
 {
     mDaemon->useKeyboard(*mThreaded);
     mThreaded->press(switchKey);
@@ -284,7 +284,7 @@ void KeyboardChangeTest::switchOnAnotherThreadIsStoredAndTold()
     mThreaded->runOnKeys([](NotingChannel &channel) { QCOMPARE(channel.downCount(), std::size_t(0)); });
 }
 
-void KeyboardChangeTest::switchOnAnotherThreadGoesBackWhenItCannotBeStored()
+void KeyboardChangeTest::switchOnAnotherThreadIsUndoneWhenItCannotBeStored()
 {
     mDaemon->useKeyboard(*mThreaded);
     {

@@ -22,13 +22,13 @@ private Q_SLOTS:
     void replyIsSentWhileItsClientWaits();
     void changeIsPostedInTheNameOfItsClient();
     void changeWithoutAReplyIsPostedByTheDaemon();
-    void changeOfAClientThatWantsNoReplyKeepsItsName();
+    void changeWithoutAReplyPortKeepsTheNameOfItsClient();
     void readingInTimePostsNothing();
     void lateReadingOfTheDocumentIsPostedByTheDaemon();
     void lateReadingOfAnythingElsePostsNothing();
     void captureWithoutAReplyEnds_data();
     void captureWithoutAReplyEnds();
-    void refusedCaptureEndsNoOther();
+    void refusedCaptureEndsNoOtherCapture();
 
 private:
     using Age = std::optional<std::chrono::microseconds>;
@@ -100,7 +100,7 @@ void LateReplyTest::changeWithoutAReplyIsPostedByTheDaemon()
     QCOMPARE(SettingsDocument::activeProfile(storedDocument()).value(u"ProfileName"_s), QVariant(u"New"_s));
 }
 
-void LateReplyTest::changeOfAClientThatWantsNoReplyKeepsItsName()
+void LateReplyTest::changeWithoutAReplyPortKeepsTheNameOfItsClient()
 {
     sendOld({}, Command::updateProfile, rename(), {});
     QVERIFY(mReplies.isEmpty());
@@ -156,7 +156,7 @@ void LateReplyTest::captureWithoutAReplyEnds()
     QCOMPARE(mWatchedClient, isCaptured ? client : QString());
 }
 
-void LateReplyTest::refusedCaptureEndsNoOther()
+void LateReplyTest::refusedCaptureEndsNoOtherCapture()
 {
     send(Command::startSingleKeyRecording);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"index out of range"_s));

@@ -54,17 +54,17 @@ private Q_SLOTS:
 
     void automaticSwitchIsAnnouncedButNotWritten();
     void automaticSwitchMapsTheKeys();
-    void repliesShowTheActiveProfileAndTheDiskTheChosenOne();
+    void repliesHaveTheActiveProfileAndTheDiskTheChosenOne();
     void chosenByAKeyMeanwhileIsKept();
     void chosenAgainWhileAutomaticallyActiveIsKept();
     void chosenAgainByAKeyIsKept();
     void switchThatCannotBeWrittenLeavesTheAutomaticOne();
-    void leavingForTheSameProfileIsNotAnnounced_data();
-    void leavingForTheSameProfileIsNotAnnounced();
+    void returnToTheSameProfileIsNotAnnounced_data();
+    void returnToTheSameProfileIsNotAnnounced();
     void automaticSwitchNeedsNoDisk();
     void everySwitchIsShownOnce_data();
     void everySwitchIsShownOnce();
-    void whatIsNoSwitchIsNotShown();
+    void onlySwitchesAreShown();
 
 private:
     int send(Command command, QVariantMap request = {});
@@ -151,7 +151,7 @@ void ProfileSwitchTest::automaticSwitchMapsTheKeys()
     QCOMPARE(active(), 2); // in "A" the key does not switch
 }
 
-void ProfileSwitchTest::repliesShowTheActiveProfileAndTheDiskTheChosenOne()
+void ProfileSwitchTest::repliesHaveTheActiveProfileAndTheDiskTheChosenOne()
 {
     inFront(u"a"_s);
     QCOMPARE(send(Command::updateProfile,
@@ -219,7 +219,7 @@ void ProfileSwitchTest::switchThatCannotBeWrittenLeavesTheAutomaticOne()
     QCOMPARE(active(), 0);
 }
 
-void ProfileSwitchTest::leavingForTheSameProfileIsNotAnnounced_data()
+void ProfileSwitchTest::returnToTheSameProfileIsNotAnnounced_data()
 {
     QTest::addColumn<int>("chosen");
     QTest::addColumn<QStringList>("inFrontOf");
@@ -230,7 +230,7 @@ void ProfileSwitchTest::leavingForTheSameProfileIsNotAnnounced_data()
     QTest::newRow("the automatic one is deleted") << 0 << QStringList{u"a"_s} << 2 << 0;
 }
 
-void ProfileSwitchTest::leavingForTheSameProfileIsNotAnnounced()
+void ProfileSwitchTest::returnToTheSameProfileIsNotAnnounced()
 {
     QFETCH(int, chosen);
     QFETCH(QStringList, inFrontOf);
@@ -284,7 +284,7 @@ void ProfileSwitchTest::everySwitchIsShownOnce()
     QTEST(mShown, "shown");
 }
 
-void ProfileSwitchTest::whatIsNoSwitchIsNotShown()
+void ProfileSwitchTest::onlySwitchesAreShown()
 {
     QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0);
     mShown.clear();

@@ -29,15 +29,15 @@ private Q_SLOTS:
     void cleanupTestCase() { QDBusConnection::disconnectFromBus(connectionName); }
     void init();
     void cleanup();
-    void takesEachMessageWithItsTime();
-    void answersWithNothingAtOnce();
-    void messageAfterAStandstillHasNoTime();
-    void messageThatWaitedForAStoppedProcessHasNoTime();
-    void longSilenceIsNoStandstill();
+    void stampsEachMessageWithItsTime();
+    void answersAtOnceWithoutData();
+    void messageAfterASuspensionHasNoTime();
+    void messageForAStoppedProcessHasNoTime();
+    void longSilenceIsNotASuspension();
     void takenNameIsReported();
     void refusedMessageIsAnswered();
     void replyPortOfALargeRefusedMessageIsNotLookedUp();
-    void messagesHaveTheNameOfTheirSender();
+    void messagesNameTheirSender();
 
 private:
     static inline const QString connectionName = u"the daemon's"_s;
@@ -121,7 +121,7 @@ std::unique_ptr<RequestPort> RequestPortTest::makePort(std::chrono::milliseconds
                                          RequestPort::Clock{.now = now, .tick = tick});
 }
 
-void RequestPortTest::takesEachMessageWithItsTime()
+void RequestPortTest::stampsEachMessageWithItsTime()
 {
     const auto port = makePort(1h);
     QVERIFY(port->serve());
@@ -136,7 +136,7 @@ void RequestPortTest::takesEachMessageWithItsTime()
     QVERIFY(taken().back().readAt == Time(1h + 4s));
 }
 
-void RequestPortTest::answersWithNothingAtOnce()
+void RequestPortTest::answersAtOnceWithoutData()
 {
     const auto port = makePort(1h);
     QVERIFY(port->serve());
@@ -146,7 +146,7 @@ void RequestPortTest::answersWithNothingAtOnce()
     QCOMPARE(answer, QByteArray());
 }
 
-void RequestPortTest::messageAfterAStandstillHasNoTime()
+void RequestPortTest::messageAfterASuspensionHasNoTime()
 {
     const auto port = makePort(1h); // no tick comes, as in a suspended process
     QVERIFY(port->serve());
@@ -156,7 +156,7 @@ void RequestPortTest::messageAfterAStandstillHasNoTime()
     QTRY_VERIFY(hasTime(3)); // the port has caught up
 }
 
-void RequestPortTest::messageThatWaitedForAStoppedProcessHasNoTime()
+void RequestPortTest::messageForAStoppedProcessHasNoTime()
 {
     std::binary_semaphore isTaken(0), isReleased(0);
     std::atomic<pthread_t> thread;
@@ -185,7 +185,7 @@ void RequestPortTest::messageThatWaitedForAStoppedProcessHasNoTime()
     QVERIFY(!taken().at(1).readAt);
 }
 
-void RequestPortTest::longSilenceIsNoStandstill()
+void RequestPortTest::longSilenceIsNotASuspension()
 {
     const auto port = makePort(1ms);
     QVERIFY(port->serve());
@@ -253,7 +253,7 @@ void RequestPortTest::replyPortOfALargeRefusedMessageIsNotLookedUp()
     QTRY_COMPARE(replied, QList<qint32>{10});
 }
 
-void RequestPortTest::messagesHaveTheNameOfTheirSender()
+void RequestPortTest::messagesNameTheirSender()
 {
     const auto port = makePort(1h);
     QVERIFY(port->serve());

@@ -49,16 +49,16 @@ class RequestQueueTest : public QObject
 
 private Q_SLOTS:
     void keepsTheOrderOfASender();
-    void takesTurnsBetweenSenders();
-    void takesTheFirstThatIsWanted();
+    void alternatesBetweenSenders();
+    void takesTheFirstMatchingRequest();
     void overtakesNoRequestOfTheSameSender();
-    void boundsTheRequestsOfASender();
-    void boundsTheBytesOfASender();
-    void boundsTheRequestsOfAll();
-    void boundsTheBytesOfAll();
+    void limitsTheRequestsOfASender();
+    void limitsTheBytesOfASender();
+    void limitsTheRequestsOfAll();
+    void limitsTheBytesOfAll();
     void refusesAMessageThatIsTooLarge();
     void hasRoomAgainWhenRequestsWereTaken();
-    void countsWhatItRefuses();
+    void countsRefusals();
     void handsEachRequestFromOneThreadToAnother();
     void largestDocumentFits();
 };
@@ -74,7 +74,7 @@ void RequestQueueTest::keepsTheOrderOfASender()
     QVERIFY(queue.isEmpty());
 }
 
-void RequestQueueTest::takesTurnsBetweenSenders()
+void RequestQueueTest::alternatesBetweenSenders()
 {
     RequestQueue queue;
     for (const qint32 number : {10, 11, 12, 13})
@@ -86,7 +86,7 @@ void RequestQueueTest::takesTurnsBetweenSenders()
     QCOMPARE(takeAll(queue), QList<qint32>({20, 11, 30, 21, 12, 13}));
 }
 
-void RequestQueueTest::takesTheFirstThatIsWanted()
+void RequestQueueTest::takesTheFirstMatchingRequest()
 {
     RequestQueue queue;
     for (const auto &[sender, number] : {std::pair(a, 1), {b, 20}, {c, 30}, {c, 31}})
@@ -107,7 +107,7 @@ void RequestQueueTest::overtakesNoRequestOfTheSameSender()
     QVERIFY(!queue.takeIf([](const RequestMessage &request) { return request.number == 2; }));
 }
 
-void RequestQueueTest::boundsTheRequestsOfASender()
+void RequestQueueTest::limitsTheRequestsOfASender()
 {
     RequestQueue queue;
     QList<Status> expected(RequestQueue::maximumRequestsOfSender, Status::ok);
@@ -117,7 +117,7 @@ void RequestQueueTest::boundsTheRequestsOfASender()
     QCOMPARE(takeAll(queue).size(), RequestQueue::maximumRequestsOfSender + 1);
 }
 
-void RequestQueueTest::boundsTheBytesOfASender()
+void RequestQueueTest::limitsTheBytesOfASender()
 {
     RequestQueue queue;
     QCOMPARE(addMany(queue, a, 3, RequestQueue::maximumBytesOfSender / 2),
@@ -125,7 +125,7 @@ void RequestQueueTest::boundsTheBytesOfASender()
     QCOMPARE(queue.add(b, message(1, 1000)), Status::ok);
 }
 
-void RequestQueueTest::boundsTheRequestsOfAll()
+void RequestQueueTest::limitsTheRequestsOfAll()
 {
     RequestQueue queue;
     const qsizetype senders = RequestQueue::maximumRequests / RequestQueue::maximumRequestsOfSender;
@@ -136,7 +136,7 @@ void RequestQueueTest::boundsTheRequestsOfAll()
     QCOMPARE(queue.add(a, message(1)), Status::ok);
 }
 
-void RequestQueueTest::boundsTheBytesOfAll()
+void RequestQueueTest::limitsTheBytesOfAll()
 {
     RequestQueue queue;
     for (const QString &sender : {a, b})
@@ -162,7 +162,7 @@ void RequestQueueTest::hasRoomAgainWhenRequestsWereTaken()
     }
 }
 
-void RequestQueueTest::countsWhatItRefuses()
+void RequestQueueTest::countsRefusals()
 {
     RequestQueue queue;
     QCOMPARE(queue.takeRefusedCount(), 0);

@@ -20,18 +20,18 @@ class SharedWriteTest : public DeviceDaemonFixture
     Q_OBJECT
 
 private Q_SLOTS:
-    void changesThatWaitAreWrittenOnce();
+    void waitingChangesShareOneWrite();
     void eachClientGetsItsOwnDocument();
-    void repliesLeaveAfterTheWrite();
+    void repliesAreSentAfterTheWrite();
     void eachChangeIsPostedAfterItsReply();
     void readingWaitsForTheChangesBeforeIt();
-    void readingOfAnotherClientIsNotOvertakenForLong();
-    void refusedChangeTakesNoOtherWithIt();
+    void readingOfAnotherClientIsNotDelayedForLong();
+    void refusedChangeAffectsNoOther();
     void changesThatCannotBeWrittenAreAllRefused();
-    void changeThatIsTooLargeForTheDiskTakesNoOtherWithIt();
-    void eventLoopHasItsTurnBetweenWrites();
-    void groupIsCarriedOutAsOneByOne_data();
-    void groupIsCarriedOutAsOneByOne();
+    void changeTooLargeForTheDiskAffectsNoOther();
+    void eventLoopRunsBetweenWrites();
+    void groupHasTheSameEffectAsSingleChanges_data();
+    void groupHasTheSameEffectAsSingleChanges();
 
 private:
     static inline const QString a = u":1.1"_s;
@@ -88,7 +88,7 @@ QList<int> SharedWriteTest::statuses() const
     return result;
 }
 
-void SharedWriteTest::changesThatWaitAreWrittenOnce()
+void SharedWriteTest::waitingChangesShareOneWrite()
 {
     for (const QString &name : {u"one"_s, u"two"_s, u"three"_s})
         add(a, Command::updateProfile, rename(name));
@@ -113,7 +113,7 @@ void SharedWriteTest::eachClientGetsItsOwnDocument()
     QCOMPARE(statuses(), QList<int>({0, 0, 0}));
 }
 
-void SharedWriteTest::repliesLeaveAfterTheWrite()
+void SharedWriteTest::repliesAreSentAfterTheWrite()
 {
     QStringList stored;
     mOnReply = [&] { stored += firstName(storedDocument()); };
@@ -148,7 +148,7 @@ void SharedWriteTest::readingWaitsForTheChangesBeforeIt()
     QCOMPARE(writeCount(), 2);
 }
 
-void SharedWriteTest::readingOfAnotherClientIsNotOvertakenForLong()
+void SharedWriteTest::readingOfAnotherClientIsNotDelayedForLong()
 {
     for (int count = 0; count < 60; ++count)
         add(a, Command::updateProfile, rename(QString::number(count)));
@@ -159,7 +159,7 @@ void SharedWriteTest::readingOfAnotherClientIsNotOvertakenForLong()
     handleAll();
 }
 
-void SharedWriteTest::refusedChangeTakesNoOtherWithIt()
+void SharedWriteTest::refusedChangeAffectsNoOther()
 {
     add(a, Command::updateProfile, rename(u"one"_s));
     add(a, Command::deleteProfile, {{u"ProfileID"_s, 9}});
@@ -193,7 +193,7 @@ void SharedWriteTest::changesThatCannotBeWrittenAreAllRefused()
     QCOMPARE(firstName(storedDocument()), u"three"_s);
 }
 
-void SharedWriteTest::changeThatIsTooLargeForTheDiskTakesNoOtherWithIt()
+void SharedWriteTest::changeTooLargeForTheDiskAffectsNoOther()
 {
     add(a, Command::updateProfile, rename(u"one"_s));
     const QVariantMap large{{u"ProfileName"_s, QString(100'000, u'x')}};
@@ -210,7 +210,7 @@ void SharedWriteTest::changeThatIsTooLargeForTheDiskTakesNoOtherWithIt()
     QCOMPARE(firstName(storedDocument()), u"two"_s);
 }
 
-void SharedWriteTest::eventLoopHasItsTurnBetweenWrites()
+void SharedWriteTest::eventLoopRunsBetweenWrites()
 {
     for (int count = 0; count < 60; ++count)
         add(a, Command::updateProfile, rename(QString::number(count)));
@@ -226,7 +226,7 @@ void SharedWriteTest::eventLoopHasItsTurnBetweenWrites()
     QCOMPARE(firstName(storedDocument()), u"59"_s);
 }
 
-void SharedWriteTest::groupIsCarriedOutAsOneByOne_data()
+void SharedWriteTest::groupHasTheSameEffectAsSingleChanges_data()
 {
     QTest::addColumn<int>("seed");
     for (int seed = 1; seed <= 10; ++seed)
@@ -235,7 +235,7 @@ void SharedWriteTest::groupIsCarriedOutAsOneByOne_data()
 
 // Property: random changes have the same replies, notifications and documents, in use and on the disk, whether they are
 // carried out one by one or share their writes. An application is in front, so profiles also switch automatically.
-void SharedWriteTest::groupIsCarriedOutAsOneByOne()
+void SharedWriteTest::groupHasTheSameEffectAsSingleChanges()
 {
     QFETCH(int, seed);
     QLoggingCategory::setFilterRules(u"kestra.*=false"_s);

@@ -28,8 +28,8 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY(installEnglishTexts()); }
     void editedEventReadsTheLastKey_data();
     void editedEventReadsTheLastKey();
-    void singleKeyIsSentAsItWasCaptured_data();
-    void singleKeyIsSentAsItWasCaptured();
+    void singleKeyIsSentUnchangedAfterItsCapture_data();
+    void singleKeyIsSentUnchangedAfterItsCapture();
 };
 
 namespace {
@@ -120,7 +120,7 @@ void CapturedKeysTest::editedEventReadsTheLastKey()
     QVERIFY(daemon.sent.isEmpty());
 }
 
-void CapturedKeysTest::singleKeyIsSentAsItWasCaptured_data()
+void CapturedKeysTest::singleKeyIsSentUnchangedAfterItsCapture_data()
 {
     QTest::addColumn<QList<int>>("pressed");
     QTest::addColumn<QString>("shown");
@@ -134,7 +134,7 @@ void CapturedKeysTest::singleKeyIsSentAsItWasCaptured_data()
 }
 
 /// The last captured key is stored in the way of the keys tab. Pressing the key sends the captured one.
-void CapturedKeysTest::singleKeyIsSentAsItWasCaptured()
+void CapturedKeysTest::singleKeyIsSentUnchangedAfterItsCapture()
 {
     QFETCH(QList<int>, pressed);
     CapturingDaemon daemon(Command::startSingleKeyRecording);

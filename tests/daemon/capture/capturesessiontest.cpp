@@ -42,21 +42,21 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void computerHasTheKeysAtFirst();
-    void clientHasTheKeysUntilTheyAreReleased_data();
-    void clientHasTheKeysUntilTheyAreReleased();
+    void computerOwnsTheKeysAtFirst();
+    void clientOwnsTheKeysUntilTheirRelease_data();
+    void clientOwnsTheKeysUntilTheirRelease();
     void clientTakesTheKeysFromAnother();
-    void otherClientThatVanishesEndsNothing();
+    void endOfAnotherClientEndsNothing();
     void onTheFlyKeyIsAwaitedForNoClient();
     void recordingOnTheFlyCapturesNothing();
     void clientEndsAMacroRecordedOnTheKeyboard();
-    void macroKeyDoesNothingWhileAClientHasTheKeys();
-    void endTakesTheKeysFromEverything();
+    void macroKeyDoesNothingDuringACapture();
+    void endStopsEveryCapture();
     void recordingEndsWithItsCapture();
-    void newRecordingReplacesTheOneBefore();
-    void newCaptureForgetsTheEscapeBefore();
-    void newCaptureForgetsTheKeysBefore();
-    void wakeThatComesEarlyEndsNothing();
+    void newRecordingReplacesThePreviousOne();
+    void newCaptureForgetsAnEarlierEscape();
+    void newCaptureForgetsEarlierKeys();
+    void earlyWakeUpEndsNothing();
 
 private:
     void startCapture(const QString &port, Kind kind);
@@ -160,7 +160,7 @@ void CaptureSessionTest::awaitOnTheFlyKey()
     mSession->macroKeyPressed();
 }
 
-void CaptureSessionTest::computerHasTheKeysAtFirst()
+void CaptureSessionTest::computerOwnsTheKeysAtFirst()
 {
     QCOMPARE(mSession->capture().kind(), Kind::none);
     QVERIFY(!mSession->capture().client());
@@ -171,7 +171,7 @@ void CaptureSessionTest::computerHasTheKeysAtFirst()
     QVERIFY(mNotifications.isEmpty());
 }
 
-void CaptureSessionTest::clientHasTheKeysUntilTheyAreReleased_data()
+void CaptureSessionTest::clientOwnsTheKeysUntilTheirRelease_data()
 {
     QTest::addColumn<Kind>("kind");
     QTest::addColumn<bool>("isVanished");
@@ -185,7 +185,7 @@ void CaptureSessionTest::clientHasTheKeysUntilTheyAreReleased_data()
     }
 }
 
-void CaptureSessionTest::clientHasTheKeysUntilTheyAreReleased()
+void CaptureSessionTest::clientOwnsTheKeysUntilTheirRelease()
 {
     QFETCH(Kind, kind);
     QFETCH(bool, isVanished);
@@ -214,7 +214,7 @@ void CaptureSessionTest::clientTakesTheKeysFromAnother()
     QVERIFY(hasComputerTheKeys());
 }
 
-void CaptureSessionTest::otherClientThatVanishesEndsNothing()
+void CaptureSessionTest::endOfAnotherClientEndsNothing()
 {
     mSession->startKeyCapture(client, Kind::editedEvent);
     mSession->clientVanished(another);
@@ -273,7 +273,7 @@ void CaptureSessionTest::clientEndsAMacroRecordedOnTheKeyboard()
     QCOMPARE(macroCount(), 0);
 }
 
-void CaptureSessionTest::macroKeyDoesNothingWhileAClientHasTheKeys()
+void CaptureSessionTest::macroKeyDoesNothingDuringACapture()
 {
     mSession->startRecording(client, target);
     mSession->macroKeyPressed();
@@ -281,7 +281,7 @@ void CaptureSessionTest::macroKeyDoesNothingWhileAClientHasTheKeys()
     QCOMPARE(mSession->capture().kind(), Kind::macroRecording);
 }
 
-void CaptureSessionTest::endTakesTheKeysFromEverything()
+void CaptureSessionTest::endStopsEveryCapture()
 {
     mSession->startKeyCapture(client, Kind::singleKey);
     mSession->end("the test ends it");
@@ -310,7 +310,7 @@ void CaptureSessionTest::recordingEndsWithItsCapture()
     QVERIFY(mSession->recorder().recorded(target.macroId).has_value());
 }
 
-void CaptureSessionTest::newRecordingReplacesTheOneBefore()
+void CaptureSessionTest::newRecordingReplacesThePreviousOne()
 {
     mSession->startRecording(client, target);
     type(keyA);
@@ -320,7 +320,7 @@ void CaptureSessionTest::newRecordingReplacesTheOneBefore()
     QCOMPARE(mSession->recorder().recorded(8), std::optional(QVariantList()));
 }
 
-void CaptureSessionTest::newCaptureForgetsTheEscapeBefore()
+void CaptureSessionTest::newCaptureForgetsAnEarlierEscape()
 {
     mSession->startKeyCapture(client, Kind::singleKey);
     press(keyEscape);
@@ -338,7 +338,7 @@ void CaptureSessionTest::newCaptureForgetsTheEscapeBefore()
     QVERIFY(mWatchedClient.isEmpty());
 }
 
-void CaptureSessionTest::newCaptureForgetsTheKeysBefore()
+void CaptureSessionTest::newCaptureForgetsEarlierKeys()
 {
     mSession->startKeyCapture(client, Kind::singleKey);
     type(keyA);
@@ -352,7 +352,7 @@ void CaptureSessionTest::newCaptureForgetsTheKeysBefore()
     QCOMPARE(mSession->capture().kind(), Kind::none);
 }
 
-void CaptureSessionTest::wakeThatComesEarlyEndsNothing()
+void CaptureSessionTest::earlyWakeUpEndsNothing()
 {
     mSession->wake();
     mSession->startKeyCapture(client, Kind::singleKey);

@@ -13,14 +13,14 @@ class KeyCaptureTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void computerHasTheKeysAtFirst();
+    void computerOwnsTheKeysAtFirst();
     void daemonAwaitsAKeyForNoClient();
     void clientHasAName_data();
     void clientHasAName();
     void everyKindHasAName();
 };
 
-void KeyCaptureTest::computerHasTheKeysAtFirst()
+void KeyCaptureTest::computerOwnsTheKeysAtFirst()
 {
     QCOMPARE(KeyCapture().kind(), Kind::none);
     QVERIFY(!KeyCapture().client());

@@ -33,17 +33,17 @@ private Q_SLOTS:
     void postedLinesAreTheLinesOfTheRecordedEvents();
     void appendedRecordingBeginsWithADelayLine();
     void releasesHeldKeysAtTheEnd();
-    void takesBackThePressRecordedLast();
-    void takesBackNothingElse_data();
-    void takesBackNothingElse();
+    void removesTheLastRecordedPress();
+    void removesNothingElse_data();
+    void removesNothingElse();
     void ignoresReleasesOfKeysHeldBefore();
     void ignoresKeysWhenNotRecording();
     void staysWithinItsCapacity();
     void recordingBelongsToOneMacro();
     void recordingStaysUntilItIsDiscarded();
     void newStartForgetsTheOldRecording();
-    void timeThatStandsStillIsNoPause();
-    void aHeldKeyIsPressedOnce();
+    void equalTimesGiveNoPause();
+    void heldKeyIsPressedOnce();
 };
 
 void MacroRecorderTest::recordsEventsWithTheirPauses()
@@ -92,7 +92,7 @@ void MacroRecorderTest::releasesHeldKeysAtTheEnd()
     QCOMPARE(events.at(3).toMap(), MacroRecord::eventRecord({0, 0, 7, 4}));
 }
 
-void MacroRecorderTest::takesBackThePressRecordedLast()
+void MacroRecorderTest::removesTheLastRecordedPress()
 {
     MacroRecorder recorder = started();
     (void)recorder.record(keyA, true, 1000ms);
@@ -106,7 +106,7 @@ void MacroRecorderTest::takesBackThePressRecordedLast()
     QCOMPARE(MacroRecord::eventFields(events->last().toMap()).argument, 4);
 }
 
-void MacroRecorderTest::takesBackNothingElse_data()
+void MacroRecorderTest::removesNothingElse_data()
 {
     QTest::addColumn<QList<std::pair<int, bool>>>("changes"); // key and whether it is pressed
     QTest::newRow("nothing recorded") << QList<std::pair<int, bool>>{};
@@ -115,7 +115,7 @@ void MacroRecorderTest::takesBackNothingElse_data()
     QTest::newRow("its release") << QList<std::pair<int, bool>>{{4, true}, {4, false}};
 }
 
-void MacroRecorderTest::takesBackNothingElse()
+void MacroRecorderTest::removesNothingElse()
 {
     using Changes = QList<std::pair<int, bool>>;
     QFETCH(Changes, changes);
@@ -202,7 +202,7 @@ void MacroRecorderTest::newStartForgetsTheOldRecording()
     QVERIFY(!recorder.recorded(3));
 }
 
-void MacroRecorderTest::timeThatStandsStillIsNoPause()
+void MacroRecorderTest::equalTimesGiveNoPause()
 {
     MacroRecorder recorder = started();
     (void)recorder.record(keyA, true, 500ms);
@@ -212,7 +212,7 @@ void MacroRecorderTest::timeThatStandsStillIsNoPause()
 }
 
 /// A keyboard that repeats a held key must not fill the macro with presses.
-void MacroRecorderTest::aHeldKeyIsPressedOnce()
+void MacroRecorderTest::heldKeyIsPressedOnce()
 {
     MacroRecorder recorder = started();
     (void)recorder.record(keyA, true, 0ms);

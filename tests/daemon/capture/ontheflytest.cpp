@@ -52,15 +52,15 @@ class OnTheFlyTest : public QObject
 
 private Q_SLOTS:
     void recordsBetweenTwoPressesOfTheMacroKey();
-    void recordingWithoutKeysIsNone();
-    void thirdPressThrowsTheRecordingAway();
+    void recordingWithoutKeysGivesNoMacro();
+    void thirdPressDiscardsTheRecording();
     void ignoresKeysWhenOff();
-    void endsWheneverAsked();
+    void endsInEveryState();
     void staysWithinItsCapacity();
     void addsAMacroThatTheKeyPlays();
-    void namesEachMacroAnew();
-    void countsTheRoomForAMacro();
-    void refusesAMacroTooMany();
+    void namesEachMacroDifferently();
+    void knowsTheRoomForAMacro();
+    void refusesMoreMacrosThanTheLimit();
 };
 
 void OnTheFlyTest::recordsBetweenTwoPressesOfTheMacroKey()
@@ -86,7 +86,7 @@ void OnTheFlyTest::recordsBetweenTwoPressesOfTheMacroKey()
     QVERIFY(recorder.events().isEmpty());
 }
 
-void OnTheFlyTest::recordingWithoutKeysIsNone()
+void OnTheFlyTest::recordingWithoutKeysGivesNoMacro()
 {
     OnTheFlyRecorder recorder;
     recorder.pressMacroKey(1s, capacity);
@@ -95,7 +95,7 @@ void OnTheFlyTest::recordingWithoutKeysIsNone()
     QCOMPARE(recorder.state(), State::off);
 }
 
-void OnTheFlyTest::thirdPressThrowsTheRecordingAway()
+void OnTheFlyTest::thirdPressDiscardsTheRecording()
 {
     OnTheFlyRecorder recorder;
     recorder.pressMacroKey(1s, capacity);
@@ -118,7 +118,7 @@ void OnTheFlyTest::ignoresKeysWhenOff()
     QCOMPARE(recorder.state(), State::off);
 }
 
-void OnTheFlyTest::endsWheneverAsked()
+void OnTheFlyTest::endsInEveryState()
 {
     OnTheFlyRecorder recorder;
     recorder.end();
@@ -165,7 +165,7 @@ void OnTheFlyTest::addsAMacroThatTheKeyPlays()
     QCOMPARE(SettingsDocument::completed(outcome.document), outcome.document);
 }
 
-void OnTheFlyTest::namesEachMacroAnew()
+void OnTheFlyTest::namesEachMacroDifferently()
 {
     QVariantMap whole = document({});
     for (const QString &name : {u"On the fly"_s, u"On the fly(2)"_s, u"On the fly(3)"_s}) {
@@ -174,7 +174,7 @@ void OnTheFlyTest::namesEachMacroAnew()
     }
 }
 
-void OnTheFlyTest::countsTheRoomForAMacro()
+void OnTheFlyTest::knowsTheRoomForAMacro()
 {
     QCOMPARE(roomForNewMacro(document({})), MacroRecord::maximumEvents);
     QVariantList macros;
@@ -190,7 +190,7 @@ void OnTheFlyTest::countsTheRoomForAMacro()
     QCOMPARE(roomForNewMacro(document(many)), MacroRecord::maximumEvents);
 }
 
-void OnTheFlyTest::refusesAMacroTooMany()
+void OnTheFlyTest::refusesMoreMacrosThanTheLimit()
 {
     QVariantList many;
     for (int i = 0; i < MacroRecord::maximumMacros; ++i)

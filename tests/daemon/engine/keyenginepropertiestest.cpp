@@ -211,17 +211,17 @@ class KeyEnginePropertiesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void whateverWentDownComesUp();
+    void everyPressedKeyIsReleased();
     void macrosEndWhenTheirKeysAreUp();
     void macrosDoNotDisturbEachOther();
     void removalLeavesNothingDown();
-    void releaseUndoesItsPressAlone();
+    void releaseUndoesOnlyItsPress();
     void identityProfilesChangeNothing_data();
     void identityProfilesChangeNothing();
     void capturedKeysLeaveNoTrace();
 };
 
-void KeyEnginePropertiesTest::whateverWentDownComesUp()
+void KeyEnginePropertiesTest::everyPressedKeyIsReleased()
 {
     QRandomGenerator random(271);
     bool hasSent = false;
@@ -335,7 +335,7 @@ void KeyEnginePropertiesTest::macrosDoNotDisturbEachOther()
 }
 
 /// A key's press and release together leave all other keys unchanged, regardless of the events in between.
-void KeyEnginePropertiesTest::releaseUndoesItsPressAlone()
+void KeyEnginePropertiesTest::releaseUndoesOnlyItsPress()
 {
     QRandomGenerator random(119);
     for (int sequence = 0; sequence < sequenceCount; ++sequence) {

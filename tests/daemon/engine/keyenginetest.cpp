@@ -49,18 +49,18 @@ class KeyEngineTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void pressAndReleaseOfOneKey_data();
-    void pressAndReleaseOfOneKey();
-    void keyIsNamedByItsPlainNumberAlone_data();
-    void keyIsNamedByItsPlainNumberAlone();
+    void sendsPressAndReleaseOfOneKey_data();
+    void sendsPressAndReleaseOfOneKey();
+    void onlyPlainNumbersNameAKey_data();
+    void onlyPlainNumbersNameAKey();
     void repeatedPressAndStrayReleaseDoNothing();
-    void releaseEndsWhatThePressBegan();
+    void releaseEndsTheOutputOfItsPress();
     void sharedUsageStaysDownUntilTheLastKey();
-    void releaseAllLetsGoOfEverything();
+    void releaseAllReleasesEverything();
     void buttonsPassUnmapped();
 };
 
-void KeyEngineTest::pressAndReleaseOfOneKey_data()
+void KeyEngineTest::sendsPressAndReleaseOfOneKey_data()
 {
     QTest::addColumn<QVariantMap>("mapping"); // of key 4
     QTest::addColumn<QString>("press");
@@ -86,7 +86,7 @@ void KeyEngineTest::pressAndReleaseOfOneKey_data()
     QTest::newRow("macro") << entry(10, 0, 255) << QString() << QString();
 }
 
-void KeyEngineTest::pressAndReleaseOfOneKey()
+void KeyEngineTest::sendsPressAndReleaseOfOneKey()
 {
     QFETCH(QVariantMap, mapping);
     KeyEngine engine;
@@ -96,7 +96,7 @@ void KeyEngineTest::pressAndReleaseOfOneKey()
     QVERIFY(engine.sentDown().isEmpty());
 }
 
-void KeyEngineTest::keyIsNamedByItsPlainNumberAlone_data()
+void KeyEngineTest::onlyPlainNumbersNameAKey_data()
 {
     QTest::addColumn<QString>("name"); // of an entry beside that of key 4
     QTest::newRow("a zero first") << u"04"_s;
@@ -104,7 +104,7 @@ void KeyEngineTest::keyIsNamedByItsPlainNumberAlone_data()
     QTest::newRow("a space") << u" 4"_s;
 }
 
-void KeyEngineTest::keyIsNamedByItsPlainNumberAlone()
+void KeyEngineTest::onlyPlainNumbersNameAKey()
 {
     QFETCH(QString, name);
     const QVariantMap other = entry(16, 9, 0);
@@ -126,7 +126,7 @@ void KeyEngineTest::repeatedPressAndStrayReleaseDoNothing()
     QCOMPARE(text(engine.keyUp(key(4), 0ms)), QString());
 }
 
-void KeyEngineTest::releaseEndsWhatThePressBegan()
+void KeyEngineTest::releaseEndsTheOutputOfItsPress()
 {
     KeyEngine engine;
     QCOMPARE(text(engine.keyDown(key(4), 0ms)), u"+4"_s);
@@ -147,7 +147,7 @@ void KeyEngineTest::sharedUsageStaysDownUntilTheLastKey()
     QCOMPARE(text(engine.keyUp(key(5), 0ms)), u"-4"_s);
 }
 
-void KeyEngineTest::releaseAllLetsGoOfEverything()
+void KeyEngineTest::releaseAllReleasesEverything()
 {
     KeyEngine engine;
     (void)engine.keyDown(key(4), 0ms);

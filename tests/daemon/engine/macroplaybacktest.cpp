@@ -45,10 +45,10 @@ class MacroPlaybackTest : public QObject
 private Q_SLOTS:
     void lateCallsDoNotAddUp_data();
     void lateCallsDoNotAddUp();
-    void oneCallBringsABoundedNumberOfEvents();
+    void oneCallSendsABoundedNumberOfEvents();
     void macroWithoutPausesHasABoundedRate_data();
     void macroWithoutPausesHasABoundedRate();
-    void onlySoManyPlayAtOnce();
+    void numberOfPlayingMacrosIsBounded();
     void longPausesDoNotOverflow();
     void sameEventsAreTheSameMacro();
     void strangeRecordsAreNotPlayed_data();
@@ -90,7 +90,7 @@ void MacroPlaybackTest::lateCallsDoNotAddUp()
     QCOMPARE(engine.nextDeadline().has_value(), repeat == 255);
 }
 
-void MacroPlaybackTest::oneCallBringsABoundedNumberOfEvents()
+void MacroPlaybackTest::oneCallSendsABoundedNumberOfEvents()
 {
     KeyEngine engine;
     (void)engine.setMacros(playableMacros({macroWithPauses(QList<int>(MacroRecord::maximumEvents, 0))}));
@@ -128,7 +128,7 @@ void MacroPlaybackTest::macroWithoutPausesHasABoundedRate()
     QTEST(sent, "eventsASecond");
 }
 
-void MacroPlaybackTest::onlySoManyPlayAtOnce()
+void MacroPlaybackTest::numberOfPlayingMacrosIsBounded()
 {
     QList<HidUsage> keys;
     for (quint16 usage = 4; keys.size() <= static_cast<qsizetype>(KeyEngine::maximumPlaybacks); ++usage)

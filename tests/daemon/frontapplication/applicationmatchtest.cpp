@@ -32,18 +32,18 @@ class ApplicationMatchTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void appInfoMeansTheApplication_data();
-    void appInfoMeansTheApplication();
+    void appInfoIdentifiesTheApplication_data();
+    void appInfoIdentifiesTheApplication();
     void wrongShapesMatchNothing_data();
     void wrongShapesMatchNothing();
-    void onlyProfilesWithAutoSwitchCount_data();
-    void onlyProfilesWithAutoSwitchCount();
+    void onlyProfilesWithAutoSwitchMatch_data();
+    void onlyProfilesWithAutoSwitchMatch();
     void surestMatchWins();
     void activeProfileWinsAmongEquals();
     void nothingInFrontMatchesNothing();
 };
 
-void ApplicationMatchTest::appInfoMeansTheApplication_data()
+void ApplicationMatchTest::appInfoIdentifiesTheApplication_data()
 {
     QTest::addColumn<QVariantMap>("info");
     QTest::addColumn<FrontApplication>("application");
@@ -84,7 +84,7 @@ void ApplicationMatchTest::appInfoMeansTheApplication_data()
                                     << FrontApplication::named(u"org.example.Game.desktop"_s) << Strength::identifier;
 }
 
-void ApplicationMatchTest::appInfoMeansTheApplication()
+void ApplicationMatchTest::appInfoIdentifiesTheApplication()
 {
     QFETCH(QVariantMap, info);
     QFETCH(FrontApplication, application);
@@ -115,7 +115,7 @@ void ApplicationMatchTest::wrongShapesMatchNothing()
         QCOMPARE(ApplicationMatch::boundProfile(profiles, FrontApplication::named(name), 0), std::nullopt);
 }
 
-void ApplicationMatchTest::onlyProfilesWithAutoSwitchCount_data()
+void ApplicationMatchTest::onlyProfilesWithAutoSwitchMatch_data()
 {
     QTest::addColumn<QVariant>("autoSwitch");
     QTest::addColumn<bool>("counts");
@@ -127,7 +127,7 @@ void ApplicationMatchTest::onlyProfilesWithAutoSwitchCount_data()
     QTest::newRow("dictionary") << QVariant(QVariantMap{{u"a"_s, 1}}) << false;
 }
 
-void ApplicationMatchTest::onlyProfilesWithAutoSwitchCount()
+void ApplicationMatchTest::onlyProfilesWithAutoSwitchMatch()
 {
     QFETCH(QVariant, autoSwitch);
     const QVariantList profiles{profile(appInfo(u"game"_s, {}, {}, {}), autoSwitch)};

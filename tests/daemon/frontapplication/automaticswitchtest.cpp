@@ -46,7 +46,7 @@ private Q_SLOTS:
 
     void storyEndsWithTheRightProfiles_data();
     void storyEndsWithTheRightProfiles();
-    void keptDocumentDiffersInTheActiveProfileAlone();
+    void keptDocumentDiffersOnlyInTheActiveProfile();
 
 private:
     /// "a" "b" "x" "-": that application ("-": none) comes to the front; "=NAME": the profile is chosen; "+NAME": it is
@@ -173,7 +173,7 @@ void AutomaticSwitchTest::storyEndsWithTheRightProfiles()
     QTEST(activeName(mSwitch.documentToKeep(mDocument)), "kept");
 }
 
-void AutomaticSwitchTest::keptDocumentDiffersInTheActiveProfileAlone()
+void AutomaticSwitchTest::keptDocumentDiffersOnlyInTheActiveProfile()
 {
     act(u"a"_s);
     QVariantMap kept = mSwitch.documentToKeep(mDocument);

@@ -44,14 +44,14 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void variablesComeFromTheManager();
-    void variableOfTheDaemonsOwnStays();
-    void variablesGoWithTheSession();
-    void withoutAManagerTheDaemonsOwnCount();
+    void ownVariableOfTheDaemonStays();
+    void variablesDisappearWithTheSession();
+    void withoutAManagerTheDaemonUsesItsOwnVariables();
     void retriesAreFew();
     void signIsFollowedByAnAttempt_data();
     void signIsFollowedByAnAttempt();
-    void whatIsNoSignWakesNobody();
-    void nothingIsWatchedOnceADesktopIsFound();
+    void otherEventsCauseNoAttempt();
+    void foundDesktopEndsTheSearch();
     void lostDesktopIsSearchedAgain();
 
 private:
@@ -130,7 +130,7 @@ void DesktopSearchTest::variablesComeFromTheManager()
     QCOMPARE(qgetenv("HOME"), home);
 }
 
-void DesktopSearchTest::variableOfTheDaemonsOwnStays()
+void DesktopSearchTest::ownVariableOfTheDaemonStays()
 {
     mDisplay = ":7";
     qputenv("DISPLAY", ":7");
@@ -140,7 +140,7 @@ void DesktopSearchTest::variableOfTheDaemonsOwnStays()
     QCOMPARE(qgetenv("WAYLAND_DISPLAY"), QByteArray("wayland-8"));
 }
 
-void DesktopSearchTest::variablesGoWithTheSession()
+void DesktopSearchTest::variablesDisappearWithTheSession()
 {
     mDisplay = ":7";
     mManager->setEnvironment({u"DISPLAY=:7"_s});
@@ -153,7 +153,7 @@ void DesktopSearchTest::variablesGoWithTheSession()
     QTRY_VERIFY(!qEnvironmentVariableIsSet("DISPLAY"));
 }
 
-void DesktopSearchTest::withoutAManagerTheDaemonsOwnCount()
+void DesktopSearchTest::withoutAManagerTheDaemonUsesItsOwnVariables()
 {
     mManager.reset();
     mDisplay = ":7";
@@ -217,7 +217,7 @@ void DesktopSearchTest::signIsFollowedByAnAttempt()
     QCOMPARE(mMissing->size(), 1 + DesktopSearch::retries);
 }
 
-void DesktopSearchTest::whatIsNoSignWakesNobody()
+void DesktopSearchTest::otherEventsCauseNoAttempt()
 {
     makeSocket(inRuntimeFolder(u"wayland-0"_s));
     search();
@@ -232,7 +232,7 @@ void DesktopSearchTest::whatIsNoSignWakesNobody()
     QTRY_VERIFY(mMissing->size() > 1 + DesktopSearch::retries);
 }
 
-void DesktopSearchTest::nothingIsWatchedOnceADesktopIsFound()
+void DesktopSearchTest::foundDesktopEndsTheSearch()
 {
     search();
     waitUntilAsleep();

@@ -26,11 +26,11 @@ private Q_SLOTS:
     void profileFollowsTheFocus();
     void daemonOutlivesTheDesktop_data() { desktops(); }
     void daemonOutlivesTheDesktop();
-    void desktopThatComesLaterIsFound_data() { desktops(); }
-    void desktopThatComesLaterIsFound();
+    void desktopThatStartsLaterIsFound_data() { desktops(); }
+    void desktopThatStartsLaterIsFound();
     void desktopThatOnlyTheServiceManagerKnowsIsFound_data() { desktops(); }
     void desktopThatOnlyTheServiceManagerKnowsIsFound();
-    void statusSaysThatX11IsNotAllOfAWaylandDesktop();
+    void statusReportsTheLimitsOfX11OnAWaylandDesktop();
     void executableIsKnownOnX11();
 
 private:
@@ -123,7 +123,7 @@ void FrontApplicationTest::daemonOutlivesTheDesktop()
     QCOMPARE(mDaemon->terminate(), 0);
 }
 
-void FrontApplicationTest::desktopThatComesLaterIsFound()
+void FrontApplicationTest::desktopThatStartsLaterIsFound()
 {
     QFETCH(TestDesktop::Kind, kind);
     QFETCH(QString, source);
@@ -158,7 +158,7 @@ void FrontApplicationTest::desktopThatOnlyTheServiceManagerKnowsIsFound()
     mDaemon.reset();
 }
 
-void FrontApplicationTest::statusSaysThatX11IsNotAllOfAWaylandDesktop()
+void FrontApplicationTest::statusReportsTheLimitsOfX11OnAWaylandDesktop()
 {
     TestDesktop desktop(TestDesktop::Kind::x11);
     QVERIFY(desktop.start());

@@ -45,15 +45,15 @@ private Q_SLOTS:
     void cleanup() { mWatch.reset(); }
 
     void firstSourceThatWorksIsUsed();
-    void withoutASourceItSaysSoAndTakesWhatItIsTold();
-    void sourceThatComesLaterIsFound();
+    void withoutASourceClientReportsApply();
+    void sourceThatStartsLaterIsFound();
     void startDoesNotDisturbASource();
     void lostSourceIsReplaced();
     void lostSourceLeavesNothingInFront();
-    void sameApplicationIsToldOnce();
-    void momentWithoutAWindowIsNoChange();
+    void sameApplicationIsReportedOnce();
+    void momentWithoutAWindowCausesNoChange();
     void momentWithoutAWindowLeavesNothingBehind();
-    void nothingInFrontIsToldInTheEnd();
+    void lastingAbsenceOfAWindowIsReported();
     void everyLossOfAllSourcesIsLogged();
 
 private:
@@ -103,7 +103,7 @@ void FrontApplicationWatchTest::firstSourceThatWorksIsUsed()
     QCOMPARE(mWatch->application().name(), u"game"_s);
 }
 
-void FrontApplicationWatchTest::withoutASourceItSaysSoAndTakesWhatItIsTold()
+void FrontApplicationWatchTest::withoutASourceClientReportsApply()
 {
     mIsFirstThere = mIsSecondThere = false;
     mWatch->start();
@@ -112,7 +112,7 @@ void FrontApplicationWatchTest::withoutASourceItSaysSoAndTakesWhatItIsTold()
     QCOMPARE(mWatch->sourceName(), u"none"_s);
 }
 
-void FrontApplicationWatchTest::sourceThatComesLaterIsFound()
+void FrontApplicationWatchTest::sourceThatStartsLaterIsFound()
 {
     mIsFirstThere = mIsSecondThere = false;
     mWatch->start();
@@ -165,7 +165,7 @@ void FrontApplicationWatchTest::lostSourceLeavesNothingInFront()
     QTRY_COMPARE(names(), QStringList({u"game"_s, QString()}));
 }
 
-void FrontApplicationWatchTest::sameApplicationIsToldOnce()
+void FrontApplicationWatchTest::sameApplicationIsReportedOnce()
 {
     mWatch->start();
     mSource->tell(u"game"_s);
@@ -174,7 +174,7 @@ void FrontApplicationWatchTest::sameApplicationIsToldOnce()
     QCOMPARE(names(), QStringList{u"game"_s});
 }
 
-void FrontApplicationWatchTest::momentWithoutAWindowIsNoChange()
+void FrontApplicationWatchTest::momentWithoutAWindowCausesNoChange()
 {
     mWatch->start();
     mSource->tell(u"game"_s);
@@ -218,7 +218,7 @@ void FrontApplicationWatchTest::everyLossOfAllSourcesIsLogged()
     QTRY_COMPARE(mMissing->size(), 2);
 }
 
-void FrontApplicationWatchTest::nothingInFrontIsToldInTheEnd()
+void FrontApplicationWatchTest::lastingAbsenceOfAWindowIsReported()
 {
     mWatch->start();
     mSource->tell(u"game"_s);

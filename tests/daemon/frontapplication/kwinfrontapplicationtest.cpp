@@ -66,12 +66,12 @@ class KWinFrontApplicationTest : public QObject
 
 private Q_SLOTS:
     void init();
-    void givesItsScriptAndTakesItBack();
-    void replacesTheScriptOfADaemonThatWasKilled();
+    void loadsAndUnloadsItsScript();
+    void replacesTheScriptOfAKilledDaemon();
     void isUnusableWhenTheScriptIsRefused();
     void isUnusableWithoutKWin();
     void isUnusableOnX11();
-    void isUnusableWhenKWinGoes();
+    void isUnusableWhenKWinEnds();
 
 private:
     std::unique_ptr<KWinFrontApplication> mSource;
@@ -87,7 +87,7 @@ void KWinFrontApplicationTest::init()
     mUnusable = std::make_unique<QSignalSpy>(mSource.get(), &FrontApplicationSource::unusable);
 }
 
-void KWinFrontApplicationTest::givesItsScriptAndTakesItBack()
+void KWinFrontApplicationTest::loadsAndUnloadsItsScript()
 {
     ScriptingService kwin;
     const QString name = u"org.quillkestra.FrontApplication"_s;
@@ -101,7 +101,7 @@ void KWinFrontApplicationTest::givesItsScriptAndTakesItBack()
     QTRY_COMPARE(kwin.calls.last(), u"unload "_s + name);
 }
 
-void KWinFrontApplicationTest::replacesTheScriptOfADaemonThatWasKilled()
+void KWinFrontApplicationTest::replacesTheScriptOfAKilledDaemon()
 {
     ScriptingService kwin;
     kwin.leaveLoaded();
@@ -133,7 +133,7 @@ void KWinFrontApplicationTest::isUnusableOnX11()
     QCOMPARE(kwin.calls, QStringList());
 }
 
-void KWinFrontApplicationTest::isUnusableWhenKWinGoes()
+void KWinFrontApplicationTest::isUnusableWhenKWinEnds()
 {
     auto kwin = std::make_unique<ScriptingService>();
     mSource->start();

@@ -28,8 +28,8 @@ private Q_SLOTS:
     void cleanup() { mFolder.reset(); }
 
     void noFileMeansNoChoice();
-    void choiceIsReadBackAsItWasKept();
-    void releaseIsKeptToo();
+    void choiceIsReadUnchanged();
+    void releaseIsAlsoStored();
     void fileIsForTheUserOnly();
     void nothingIsWrittenWhenNothingChanges();
     void unknownKeysAreKept();
@@ -60,14 +60,14 @@ void DeviceChoiceTest::noFileMeansNoChoice()
     QCOMPARE(files(), QStringList());
 }
 
-void DeviceChoiceTest::choiceIsReadBackAsItWasKept()
+void DeviceChoiceTest::choiceIsReadUnchanged()
 {
     QVERIFY(DeviceChoice(mFolder->path()).save(mTwo));
     QCOMPARE(loaded(), mTwo);
     QCOMPARE(files(), QStringList{u"devices.plist"_s});
 }
 
-void DeviceChoiceTest::releaseIsKeptToo()
+void DeviceChoiceTest::releaseIsAlsoStored()
 {
     DeviceChoice choice(mFolder->path());
     QVERIFY(choice.save(mTwo));

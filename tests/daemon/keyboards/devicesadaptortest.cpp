@@ -42,14 +42,14 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void listTellsEachKeyboard();
-    void useIsDoneAndKept();
-    void useOfSeveralReplacesTheOnesBefore();
-    void useThatFailsSaysWhyAndKeepsNothing_data();
-    void useThatFailsSaysWhyAndKeepsNothing();
-    void releaseIsDoneAndKept();
-    void choiceThatCannotBeKeptIsSaid();
-    void statusTellsEverything();
+    void listReportsEachKeyboard();
+    void useIsDoneAndStored();
+    void useOfSeveralReplacesEarlierOnes();
+    void failedUseReportsTheReasonAndStoresNothing_data();
+    void failedUseReportsTheReasonAndStoresNothing();
+    void releaseIsDoneAndStored();
+    void unstoredChoiceIsReported();
+    void statusReportsEverything();
     void changesAreAnnounced();
 
 private:
@@ -96,7 +96,7 @@ QDBusMessage DevicesAdaptorTest::call(const QString &method, const QVariantList 
     return watcher.isFinished() || finished.wait() ? watcher.reply() : QDBusMessage();
 }
 
-void DevicesAdaptorTest::listTellsEachKeyboard()
+void DevicesAdaptorTest::listReportsEachKeyboard()
 {
     InputDevice broken = ScriptedDevices::keyboard(2);
     broken.problem = u"No right to it."_s;
@@ -118,7 +118,7 @@ void DevicesAdaptorTest::listTellsEachKeyboard()
     QCOMPARE(list.at(1).value(u"Problem"_s), QVariant(u"No right to it."_s));
 }
 
-void DevicesAdaptorTest::useIsDoneAndKept()
+void DevicesAdaptorTest::useIsDoneAndStored()
 {
     QCOMPARE(call(u"Use"_s, {QStringList{u"1b2c:0001"_s}}).type(), QDBusMessage::ReplyMessage);
     QVERIFY(mDevices->devices().at(0).isInUse);
@@ -126,7 +126,7 @@ void DevicesAdaptorTest::useIsDoneAndKept()
     QCOMPARE(kept(), QList<ChosenDevice>{choiceOf(mDevices->devices().at(0))});
 }
 
-void DevicesAdaptorTest::useOfSeveralReplacesTheOnesBefore()
+void DevicesAdaptorTest::useOfSeveralReplacesEarlierOnes()
 {
     mDevices->plug({ScriptedDevices::keyboard(1), ScriptedDevices::keyboard(2), ScriptedDevices::keyboard(3)});
     QCOMPARE(call(u"Use"_s, {QStringList{u"1b2c:0001"_s}}).type(), QDBusMessage::ReplyMessage);
@@ -137,7 +137,7 @@ void DevicesAdaptorTest::useOfSeveralReplacesTheOnesBefore()
     QCOMPARE(kept().size(), 2);
 }
 
-void DevicesAdaptorTest::useThatFailsSaysWhyAndKeepsNothing_data()
+void DevicesAdaptorTest::failedUseReportsTheReasonAndStoresNothing_data()
 {
     QTest::addColumn<QStringList>("ids");
     QTest::addColumn<QString>("error");
@@ -152,7 +152,7 @@ void DevicesAdaptorTest::useThatFailsSaysWhyAndKeepsNothing_data()
                              << u"No right to it. Remedy."_s;
 }
 
-void DevicesAdaptorTest::useThatFailsSaysWhyAndKeepsNothing()
+void DevicesAdaptorTest::failedUseReportsTheReasonAndStoresNothing()
 {
     InputDevice broken = ScriptedDevices::keyboard(3);
     broken.problem = u"No right to it. Remedy."_s;
@@ -166,7 +166,7 @@ void DevicesAdaptorTest::useThatFailsSaysWhyAndKeepsNothing()
     QVERIFY(kept().isEmpty());
 }
 
-void DevicesAdaptorTest::releaseIsDoneAndKept()
+void DevicesAdaptorTest::releaseIsDoneAndStored()
 {
     QCOMPARE(call(u"Use"_s, {QStringList{u"1b2c:0001"_s}}).type(), QDBusMessage::ReplyMessage);
     QCOMPARE(call(u"Release"_s).type(), QDBusMessage::ReplyMessage);
@@ -176,7 +176,7 @@ void DevicesAdaptorTest::releaseIsDoneAndKept()
              QDBusMessage::ReplyMessage); // releasing without a grabbed keyboard also succeeds
 }
 
-void DevicesAdaptorTest::choiceThatCannotBeKeptIsSaid()
+void DevicesAdaptorTest::unstoredChoiceIsReported()
 {
     QVERIFY(QDir().rmdir(mFolder->path()));
     QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*devices.plist"_s));
@@ -186,7 +186,7 @@ void DevicesAdaptorTest::choiceThatCannotBeKeptIsSaid()
     QVERIFY(mDevices->devices().at(0).isInUse);
 }
 
-void DevicesAdaptorTest::statusTellsEverything()
+void DevicesAdaptorTest::statusReportsEverything()
 {
     DeviceStatus counters;
     counters.problem = u"One of two has gone."_s;

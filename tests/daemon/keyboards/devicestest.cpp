@@ -12,10 +12,10 @@ class DevicesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void choiceMeansTheRightKeyboards_data();
-    void choiceMeansTheRightKeyboards();
+    void choiceIdentifiesTheRightKeyboards_data();
+    void choiceIdentifiesTheRightKeyboards();
     void everyKeyboardIsFoundByItsOwnChoice();
-    void statesHaveNamesOfTheirOwn();
+    void statesHaveDifferentNames();
 };
 
 namespace {
@@ -37,7 +37,7 @@ ChosenDevice choice(const QString &serial, const QString &path, quint16 product 
 
 } // namespace
 
-void DevicesTest::choiceMeansTheRightKeyboards_data()
+void DevicesTest::choiceIdentifiesTheRightKeyboards_data()
 {
     QTest::addColumn<QList<InputDevice>>("devices");
     QTest::addColumn<QList<ChosenDevice>>("choices");
@@ -73,7 +73,7 @@ void DevicesTest::choiceMeansTheRightKeyboards_data()
                              << Choices{choice(none, u"r"_s), choice(none, u"p"_s)} << Chosen{0, 2};
 }
 
-void DevicesTest::choiceMeansTheRightKeyboards()
+void DevicesTest::choiceIdentifiesTheRightKeyboards()
 {
     QFETCH(QList<InputDevice>, devices);
     QFETCH(QList<ChosenDevice>, choices);
@@ -94,7 +94,7 @@ void DevicesTest::everyKeyboardIsFoundByItsOwnChoice()
         QCOMPARE(chosenAmong(devices, {choiceOf(devices.at(index))}), QList<qsizetype>{index});
 }
 
-void DevicesTest::statesHaveNamesOfTheirOwn()
+void DevicesTest::statesHaveDifferentNames()
 {
     QSet<QLatin1StringView> names;
     for (int value = 0; value <= int(DeviceState::failed); ++value)

@@ -80,10 +80,10 @@ class KeyPathAllocationTest : public QObject
 private Q_SLOTS:
     void initTestCase();
     void allocationsAreCounted();
-    void pressAndRelease_data();
-    void pressAndRelease();
-    void manyKeysAtOnce();
-    void macroEvents();
+    void pressAndReleaseAllocateNothing_data();
+    void pressAndReleaseAllocateNothing();
+    void manyKeysAtOnceAllocateNothing();
+    void macroEventsAllocateNothing();
 
 private:
     void change(quint16 key, bool isDown) { Q_EMIT mChannel.keyChanged({HidUsage::keyboardPage, key}, isDown, mNow); }
@@ -112,7 +112,7 @@ void KeyPathAllocationTest::allocationsAreCounted()
     QVERIFY(allocations - before >= 3);
 }
 
-void KeyPathAllocationTest::pressAndRelease_data()
+void KeyPathAllocationTest::pressAndReleaseAllocateNothing_data()
 {
     QTest::addColumn<quint16>("key");
     QTest::newRow("unmapped") << quint16(4);
@@ -122,7 +122,7 @@ void KeyPathAllocationTest::pressAndRelease_data()
     QTest::newRow("switches the profile") << switchKey;
 }
 
-void KeyPathAllocationTest::pressAndRelease()
+void KeyPathAllocationTest::pressAndReleaseAllocateNothing()
 {
     QFETCH(quint16, key);
     const int before = allocations;
@@ -134,7 +134,7 @@ void KeyPathAllocationTest::pressAndRelease()
     QCOMPARE(mChannel.downCount(), std::size_t(0));
 }
 
-void KeyPathAllocationTest::manyKeysAtOnce()
+void KeyPathAllocationTest::manyKeysAtOnceAllocateNothing()
 {
     const int sentBefore = mChannel.sent();
     const int before = allocations;
@@ -148,7 +148,7 @@ void KeyPathAllocationTest::manyKeysAtOnce()
     QVERIFY(mChannel.sent() - sentBefore > rounds * 50);
 }
 
-void KeyPathAllocationTest::macroEvents()
+void KeyPathAllocationTest::macroEventsAllocateNothing()
 {
     for (int index = 0; index < macroCount; ++index)
         change(static_cast<quint16>(firstMacroKey + index), true);

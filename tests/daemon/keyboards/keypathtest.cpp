@@ -47,21 +47,21 @@ private Q_SLOTS:
     void cleanup();
 
     void keysDoNothingBeforeTheStartAndAfterTheStop();
-    void stopLetsGoOfEverything();
-    void emptyChannelLetsGoOfEverything();
+    void stopReleasesEverything();
+    void emptyChannelReleasesEverything();
     void keyWithModifiersIsOneBatch();
-    void switchCountsForTheVeryNextKey();
+    void switchAppliesToTheNextKey();
     void switchTakesLessThanAMillisecond();
-    void answerThatSaysNoTakesTheSwitchBack();
-    void changeThatDoesNotKnowOfASwitchKeepsIt();
+    void refusalUndoesTheSwitch();
+    void changeWithoutTheSwitchKeepsIt();
     void changeByOthersStopsMacros();
     void macroOfTheNewProfileOutlivesTheAnswer();
-    void macroEndsWhenTheSwitchIsTakenBack();
-    void switchToNowhereIsToldAndChangesNothing();
+    void macroEndsWhenTheSwitchIsUndone();
+    void switchToAMissingProfileIsReportedAndChangesNothing();
     void choicesAreNumberedThroughAllStarts();
     void macroRunsByTheTimeOfTheKey();
     void keysAreReportedWithTheirOwnTimeWhenWanted();
-    void capturedKeysAreToldAndNotSent();
+    void capturedKeysAreReportedAndNotSent();
 
 private:
     void press(quint16 key) { Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, key}, true, mNow); }
@@ -130,7 +130,7 @@ void KeyPathTest::keysDoNothingBeforeTheStartAndAfterTheStop()
     QCOMPARE(mChannel->sent(), 2);
 }
 
-void KeyPathTest::stopLetsGoOfEverything()
+void KeyPathTest::stopReleasesEverything()
 {
     press(keyA);
     press(225);
@@ -143,7 +143,7 @@ void KeyPathTest::stopLetsGoOfEverything()
     QVERIFY(!mWakeTime);
 }
 
-void KeyPathTest::emptyChannelLetsGoOfEverything()
+void KeyPathTest::emptyChannelReleasesEverything()
 {
     press(keyA);
     tap(macroKey);
@@ -167,7 +167,7 @@ void KeyPathTest::keyWithModifiersIsOneBatch()
     QCOMPARE(mChannel->flushes(), 2);
 }
 
-void KeyPathTest::switchCountsForTheVeryNextKey()
+void KeyPathTest::switchAppliesToTheNextKey()
 {
     const QSignalSpy chosen(mPath.get(), &KeyPath::profileChosen);
     press(keyA);
@@ -200,14 +200,14 @@ void KeyPathTest::switchTakesLessThanAMillisecond()
     QVERIFY(total / switches < 1ms);
 }
 
-void KeyPathTest::answerThatSaysNoTakesTheSwitchBack()
+void KeyPathTest::refusalUndoesTheSwitch()
 {
     tap(switchKey);
     answer(twoProfiles(0), 1, false); // the switch could not be stored
     QCOMPARE(sentBy(keyA), keyA);
 }
 
-void KeyPathTest::changeThatDoesNotKnowOfASwitchKeepsIt()
+void KeyPathTest::changeWithoutTheSwitchKeepsIt()
 {
     tap(switchKey);
     QVariantMap document = twoProfiles(0);
@@ -245,7 +245,7 @@ void KeyPathTest::macroOfTheNewProfileOutlivesTheAnswer()
     QVERIFY(!mWakeTime);
 }
 
-void KeyPathTest::macroEndsWhenTheSwitchIsTakenBack()
+void KeyPathTest::macroEndsWhenTheSwitchIsUndone()
 {
     tap(switchKey);
     tap(macroKey);
@@ -257,7 +257,7 @@ void KeyPathTest::macroEndsWhenTheSwitchIsTakenBack()
     QCOMPARE(mChannel->downCount(), std::size_t(0));
 }
 
-void KeyPathTest::switchToNowhereIsToldAndChangesNothing()
+void KeyPathTest::switchToAMissingProfileIsReportedAndChangesNothing()
 {
     const QSignalSpy chosen(mPath.get(), &KeyPath::profileChosen);
     tap(macroKey);
@@ -310,7 +310,7 @@ void KeyPathTest::keysAreReportedWithTheirOwnTimeWhenWanted()
     QCOMPARE(mChannel->sent(), 2); // of A
 }
 
-void KeyPathTest::capturedKeysAreToldAndNotSent()
+void KeyPathTest::capturedKeysAreReportedAndNotSent()
 {
     QList<std::pair<quint16, int>> captured;
     connect(mPath.get(), &KeyPath::keyCaptured, this,

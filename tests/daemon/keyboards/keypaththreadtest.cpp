@@ -106,9 +106,9 @@ class KeyPathThreadTest : public QObject
 private Q_SLOTS:
     void stormLeavesNoKeyDown_data();
     void stormLeavesNoKeyDown();
-    void bothSidesAgreeAfterTheyHaveSwitchedAtOnce_data();
-    void bothSidesAgreeAfterTheyHaveSwitchedAtOnce();
-    void whatWasOnItsWayFromAnEarlierKeyboardIsNotHeard();
+    void bothSidesAgreeAfterSimultaneousSwitches_data();
+    void bothSidesAgreeAfterSimultaneousSwitches();
+    void pendingCallsOfAnEarlierKeyboardAreIgnored();
 };
 
 void KeyPathThreadTest::stormLeavesNoKeyDown_data()
@@ -167,14 +167,14 @@ void KeyPathThreadTest::stormLeavesNoKeyDown()
     QVERIFY(choices > 0 && programs > 0 && captured > 0 && reported > 0);
 }
 
-void KeyPathThreadTest::bothSidesAgreeAfterTheyHaveSwitchedAtOnce_data()
+void KeyPathThreadTest::bothSidesAgreeAfterSimultaneousSwitches_data()
 {
     QTest::addColumn<quint32>("seed");
     for (const quint32 seed : {11U, 12U, 13U})
         QTest::addRow("%u", seed) << seed;
 }
 
-void KeyPathThreadTest::bothSidesAgreeAfterTheyHaveSwitchedAtOnce()
+void KeyPathThreadTest::bothSidesAgreeAfterSimultaneousSwitches()
 {
     QFETCH(quint32, seed);
     QRandomGenerator random(seed);
@@ -219,7 +219,7 @@ void KeyPathThreadTest::bothSidesAgreeAfterTheyHaveSwitchedAtOnce()
     current.stop();
 }
 
-void KeyPathThreadTest::whatWasOnItsWayFromAnEarlierKeyboardIsNotHeard()
+void KeyPathThreadTest::pendingCallsOfAnEarlierKeyboardAreIgnored()
 {
     const QVariantMap stored = document({profile(u"A"_s, {{u"58"_s, entry(switchesProfile, 1)}}), profile(u"B"_s, {})});
     ThreadedKeyboard first, second;

@@ -30,9 +30,9 @@ private Q_SLOTS:
     void announcesEachNewColorOnce();
     void sleepsWhileNothingChanges();
     void wakesOnceForEachChange();
-    void catchesUpAfterALongSleep();
+    void catchesUpAfterALongPause();
     void isDarkWithoutPower();
-    void goesOnByItself();
+    void continuesAutomatically();
 
 private:
     Backlight::Time mNow{};
@@ -97,7 +97,7 @@ void VirtualLightTest::wakesOnceForEachChange()
     QCOMPARE(mAnnounced.size(), 2);
 }
 
-void VirtualLightTest::catchesUpAfterALongSleep()
+void VirtualLightTest::catchesUpAfterALongPause()
 {
     mLight->show(lit(cycling));
     mNow += 1h + 3ms; // the machine was suspended
@@ -119,7 +119,7 @@ void VirtualLightTest::isDarkWithoutPower()
     QCOMPARE(mAnnounced.last(), u"#0a141e"_s);
 }
 
-void VirtualLightTest::goesOnByItself()
+void VirtualLightTest::continuesAutomatically()
 {
     VirtualLight light; // uses the machine's clock
     QStringList seen;

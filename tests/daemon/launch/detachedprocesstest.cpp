@@ -31,12 +31,12 @@ private Q_SLOTS:
     void cleanup() { mFolder.reset(); }
 
     void getsItsArgumentsAndDirectory();
-    void getsTheEnvironmentButWhatIsTheDaemonsOwn();
+    void getsTheEnvironmentWithoutTheDaemonsOwnVariables();
     void sharesNothingWithItsStarter();
-    void hasNothingOfTheKeyThread();
+    void inheritsNothingOfTheKeyThread();
     void leavesNoChild();
-    void saysWhyItCannotStart_data();
-    void saysWhyItCannotStart();
+    void reportsWhyItCannotStart_data();
+    void reportsWhyItCannotStart();
 
 private:
     /// Runs `script` by a shell; returns the output that it wrote to its first argument.
@@ -73,7 +73,7 @@ void DetachedProcessTest::getsItsArgumentsAndDirectory()
                                  u"<$HOME;`x`>"_s, u"<naïve>"_s}));
 }
 
-void DetachedProcessTest::getsTheEnvironmentButWhatIsTheDaemonsOwn()
+void DetachedProcessTest::getsTheEnvironmentWithoutTheDaemonsOwnVariables()
 {
     qputenv("KESTRA_TEST_VARIABLE", "two words");
     qputenv(DetachedProcess::withheldVariable, "1");
@@ -112,7 +112,7 @@ void DetachedProcessTest::sharesNothingWithItsStarter()
     QVERIFY(lines.at(5) != QString::number(::getsid(0)));
 }
 
-void DetachedProcessTest::hasNothingOfTheKeyThread()
+void DetachedProcessTest::inheritsNothingOfTheKeyThread()
 {
     std::thread keyThread([] {
         Realtime::lockMemory();
@@ -141,7 +141,7 @@ void DetachedProcessTest::leavesNoChild()
     QCOMPARE(errno, ECHILD);
 }
 
-void DetachedProcessTest::saysWhyItCannotStart_data()
+void DetachedProcessTest::reportsWhyItCannotStart_data()
 {
     QTest::addColumn<QString>("program");
     QTest::addColumn<QString>("directory");
@@ -151,7 +151,7 @@ void DetachedProcessTest::saysWhyItCannotStart_data()
     QTest::newRow("no directory") << u"/bin/true"_s << u"/no/such/directory"_s << ENOENT;
 }
 
-void DetachedProcessTest::saysWhyItCannotStart()
+void DetachedProcessTest::reportsWhyItCannotStart()
 {
     QFETCH(QString, program);
     QFETCH(QString, directory);

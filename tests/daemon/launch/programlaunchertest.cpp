@@ -26,15 +26,15 @@ private Q_SLOTS:
     void programIsFoundOnThePath();
     void desktopEntryIsRefused_data();
     void desktopEntryIsRefused();
-    void triedProgramMayBeThere();
+    void existingTryExecIsAccepted();
     void bundleIsStartedByItsExecutable();
     void bundleIsRefused_data();
     void bundleIsRefused();
     void anythingElseIsRefused_data();
     void anythingElseIsRefused();
     void launchRunsTheProgram();
-    void launchSaysWhyNot_data();
-    void launchSaysWhyNot();
+    void failedLaunchReportsTheReason_data();
+    void failedLaunchReportsTheReason();
 
 private:
     /// Writes a file below the test's folder and creates its folders. Returns the path.
@@ -135,7 +135,7 @@ void ProgramLauncherTest::desktopEntryIsRefused()
     QVERIFY(plan.isRefused() && plan.command.isEmpty());
 }
 
-void ProgramLauncherTest::triedProgramMayBeThere()
+void ProgramLauncherTest::existingTryExecIsAccepted()
 {
     QVERIFY(!ProgramLauncher::planFor(entry("Exec=game\nTryExec=game\n")).isRefused());
     QVERIFY(!ProgramLauncher::planFor(entry("Exec=game\nTryExec=/bin/sh\nTerminal=false\nHidden=false\n")).isRefused());
@@ -207,7 +207,7 @@ void ProgramLauncherTest::launchRunsTheProgram()
     QCOMPARE(file.readAll().trimmed(), folder);
 }
 
-void ProgramLauncherTest::launchSaysWhyNot_data()
+void ProgramLauncherTest::failedLaunchReportsTheReason_data()
 {
     QTest::addColumn<QByteArray>("lines");
     QTest::addColumn<QString>("message");
@@ -216,7 +216,7 @@ void ProgramLauncherTest::launchSaysWhyNot_data()
                                   << u"cannot start .*: .*/bin/game in /no/such/directory: No such file"_s;
 }
 
-void ProgramLauncherTest::launchSaysWhyNot()
+void ProgramLauncherTest::failedLaunchReportsTheReason()
 {
     QFETCH(QByteArray, lines);
     QFETCH(QString, message);

@@ -93,12 +93,12 @@ class TransientServiceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void managerIsAskedForTheCommandAsItIs();
-    void eachProgramIsAServiceOfItsOwn();
-    void refusalIsTold();
-    void missingManagerIsTold();
+    void managerGetsTheUnchangedCommand();
+    void eachProgramIsASeparateService();
+    void refusalIsReported();
+    void missingManagerIsReported();
     void isNeededByARestrictedProcess();
-    void launchGoesByTheManagerWhereRestricted();
+    void restrictedProcessLaunchesByTheManager();
 
 private:
     static void start(QString *failure = nullptr)
@@ -111,7 +111,7 @@ private:
     }
 };
 
-void TransientServiceTest::managerIsAskedForTheCommandAsItIs()
+void TransientServiceTest::managerGetsTheUnchangedCommand()
 {
     StandInManager manager;
     start();
@@ -130,7 +130,7 @@ void TransientServiceTest::managerIsAskedForTheCommandAsItIs()
     QCOMPARE(properties.value(u"CollectMode"_s), u"inactive-or-failed"_s);
 }
 
-void TransientServiceTest::eachProgramIsAServiceOfItsOwn()
+void TransientServiceTest::eachProgramIsASeparateService()
 {
     StandInManager manager;
     start();
@@ -139,7 +139,7 @@ void TransientServiceTest::eachProgramIsAServiceOfItsOwn()
     QVERIFY(manager.mCalls.at(0).arguments().first() != manager.mCalls.at(1).arguments().first());
 }
 
-void TransientServiceTest::refusalIsTold()
+void TransientServiceTest::refusalIsReported()
 {
     StandInManager manager;
     manager.mRefusal = u"no such property"_s;
@@ -148,7 +148,7 @@ void TransientServiceTest::refusalIsTold()
     QTRY_COMPARE(failure, manager.mRefusal);
 }
 
-void TransientServiceTest::missingManagerIsTold()
+void TransientServiceTest::missingManagerIsReported()
 {
     QString failure;
     start(&failure);
@@ -171,7 +171,7 @@ void TransientServiceTest::isNeededByARestrictedProcess()
 }
 
 // The last test, because this process stays restricted.
-void TransientServiceTest::launchGoesByTheManagerWhereRestricted()
+void TransientServiceTest::restrictedProcessLaunchesByTheManager()
 {
     QTemporaryDir folder;
     const QString entry = writeDesktopEntry(folder.filePath(u"game.desktop"_s), "Exec=/bin/true x\nPath=/tmp\n");

@@ -59,15 +59,15 @@ private Q_SLOTS:
     void changeIsOnTheDiskBeforeItIsUsed();
     void changeThatCannotBeWrittenIsNotUsed();
     void diskKeepsTheDocumentToKeep();
-    void documentThatIsOnlyUsedIsNotWritten();
+    void temporaryDocumentIsNotWritten();
     void reportsWhetherAnotherProfileIsActive();
     void outcomeIsStored();
     void outcomeThatCannotBeWrittenIsNotSaved();
     void outcomeWithTheSameDocumentIsNotWritten();
-    void outcomeOfAnotherTypeIsAChange();
+    void outcomeOfAnotherTypeCountsAsAChange();
     void outcomeWithoutAChangeStaysTheSame();
-    void takesFactorySettingsOnce();
-    void takesNoFactorySettingsAfterAChange();
+    void acceptsFactorySettingsOnce();
+    void acceptsNoFactorySettingsAfterAChange();
     void awaitsFactorySettingsUntilTheyAreStored();
     void notificationNamesItsSource();
 
@@ -160,7 +160,7 @@ void CurrentSettingsTest::diskKeepsTheDocumentToKeep()
     QCOMPARE(mSettings->document(), withSwitchedProfile());
 }
 
-void CurrentSettingsTest::documentThatIsOnlyUsedIsNotWritten()
+void CurrentSettingsTest::temporaryDocumentIsNotWritten()
 {
     mSettings->use(withSwitchedProfile());
     QCOMPARE(mSettings->document(), withSwitchedProfile());
@@ -206,7 +206,7 @@ void CurrentSettingsTest::outcomeWithTheSameDocumentIsNotWritten()
 }
 
 // 1 and true compare equal, but the disk keeps them apart.
-void CurrentSettingsTest::outcomeOfAnotherTypeIsAChange()
+void CurrentSettingsTest::outcomeOfAnotherTypeCountsAsAChange()
 {
     mSettings->use(SettingsDocument::withDeviceSetting(startDocument(), "Other"_L1, 1));
     const QVariantMap changed = SettingsDocument::withDeviceSetting(startDocument(), "Other"_L1, true);
@@ -222,7 +222,7 @@ void CurrentSettingsTest::outcomeWithoutAChangeStaysTheSame()
     QVERIFY(!isWritten());
 }
 
-void CurrentSettingsTest::takesFactorySettingsOnce()
+void CurrentSettingsTest::acceptsFactorySettingsOnce()
 {
     const QString path = writeFactorySettings();
     QVERIFY(!mSettings->takeFactorySettings(path)); // the settings do not await them
@@ -234,7 +234,7 @@ void CurrentSettingsTest::takesFactorySettingsOnce()
     QVERIFY(!mSettings->takeFactorySettings(path));
 }
 
-void CurrentSettingsTest::takesNoFactorySettingsAfterAChange()
+void CurrentSettingsTest::acceptsNoFactorySettingsAfterAChange()
 {
     mSettings->setAwaitsFactorySettings(true);
     QVERIFY(mSettings->store(withSwitchedProfile()));

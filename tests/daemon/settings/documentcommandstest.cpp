@@ -74,7 +74,7 @@ class DocumentCommandsTest : public QObject
 private Q_SLOTS:
     void readSettingsReturnsTheDocument();
     void addedProfileIsLastAndActive();
-    void addedRecordsGetNumbersForTexts();
+    void addedRecordsGetNumbersInsteadOfTexts();
     void twentyProfilesAreTheLimit();
     void updateMergesTheGivenKeys();
     void updateOfOnScreenDisplayShowsInDeviceSettings();
@@ -101,7 +101,7 @@ private Q_SLOTS:
     void failuresChangeNothing_data();
     void failuresChangeNothing();
     void onlyFailedDeleteReturnsNoDocument();
-    void commandsOfTheDeviceAreNotAmongThem();
+    void excludesCommandsOfTheDevice();
     void randomRequestsKeepTheDocumentValid();
 };
 
@@ -121,7 +121,7 @@ void DocumentCommandsTest::addedProfileIsLastAndActive()
     QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 3);
 }
 
-void DocumentCommandsTest::addedRecordsGetNumbersForTexts()
+void DocumentCommandsTest::addedRecordsGetNumbersInsteadOfTexts()
 {
     const QVariantMap newProfile{{u"AutoSwitchOn"_s, u"1"_s}};
     const CommandOutcome withProfile = apply(Command::addProfile, {{u"DeviceSettingsDictionary"_s, newProfile}});
@@ -472,7 +472,7 @@ void DocumentCommandsTest::onlyFailedDeleteReturnsNoDocument()
                                                     {10, ReturnsDocument::always}}));
 }
 
-void DocumentCommandsTest::commandsOfTheDeviceAreNotAmongThem()
+void DocumentCommandsTest::excludesCommandsOfTheDevice()
 {
     for (const qint32 number : {0, 1, 2, 14, 18, 19, 20, 21, 29, 30, 38, -1, 255, 2'147'483'647})
         QVERIFY(!findDocumentCommand(number));

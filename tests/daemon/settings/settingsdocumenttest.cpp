@@ -56,12 +56,12 @@ class SettingsDocumentTest : public QObject
 
 private Q_SLOTS:
     void minimalDocumentIsValid();
-    void tellsValidDocuments_data();
-    void tellsValidDocuments();
+    void recognisesValidDocuments_data();
+    void recognisesValidDocuments();
     void largestDocumentCanBeWrittenInsideAReply();
     void completingIsIdempotent();
-    void givesEveryMacroANumberOfItsOwn();
-    void neverGivesOutANumberTwice();
+    void givesEveryMacroAUniqueNumber();
+    void neverReusesANumber();
     void onScreenDisplayFollowsTheActiveProfile();
     void gameModeIsABoolean();
 };
@@ -73,7 +73,7 @@ void SettingsDocumentTest::minimalDocumentIsValid()
     QCOMPARE(completed(minimal()), minimal());
 }
 
-void SettingsDocumentTest::tellsValidDocuments_data()
+void SettingsDocumentTest::recognisesValidDocuments_data()
 {
     QTest::addColumn<QVariantMap>("settings");
     QTest::addColumn<bool>("isValid");
@@ -136,7 +136,7 @@ void SettingsDocumentTest::tellsValidDocuments_data()
     QTest::newRow("too much data") << with(u"Other"_s, QByteArray(maximumContentBytes + 1, 'x')) << false;
 }
 
-void SettingsDocumentTest::tellsValidDocuments()
+void SettingsDocumentTest::recognisesValidDocuments()
 {
     QFETCH(QVariantMap, settings);
     QFETCH(bool, isValid);
@@ -170,7 +170,7 @@ void SettingsDocumentTest::completingIsIdempotent()
     QCOMPARE(problemOf(once), QString());
 }
 
-void SettingsDocumentTest::givesEveryMacroANumberOfItsOwn()
+void SettingsDocumentTest::givesEveryMacroAUniqueNumber()
 {
     const QVariantMap settings =
         completed(document({profile(u"A"_s)}, {macro(u"M"_s), macro(u"N"_s, 7), macro(u"O"_s, 7), macro(u"P"_s, -3),
@@ -178,7 +178,7 @@ void SettingsDocumentTest::givesEveryMacroANumberOfItsOwn()
     QCOMPARE(macroIds(settings), QList<int>({8, 7, 9, 10, 11}));
 }
 
-void SettingsDocumentTest::neverGivesOutANumberTwice()
+void SettingsDocumentTest::neverReusesANumber()
 {
     QVariantMap settings = completed(document({profile(u"A"_s)}, {macro(u"M"_s), macro(u"N"_s)}));
     QCOMPARE(macroIds(settings), QList<int>({1, 2}));

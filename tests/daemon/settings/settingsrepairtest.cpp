@@ -172,11 +172,11 @@ private Q_SLOTS:
     void oneWrongValueIsRepaired_data();
     void oneWrongValueIsRepaired();
     void severalWrongValuesAreRepaired();
-    void theLargestUnknownValuesAreLeftOut();
-    void knownValuesAreLeftOutWhenNothingElseHelps();
+    void largestUnknownValuesAreRemoved();
+    void knownValuesAreRemovedWhenNecessary();
     void anyDamageIsRepairedAtOnce();
-    void nothingOfASettingsDocumentIsNotRepaired_data();
-    void nothingOfASettingsDocumentIsNotRepaired();
+    void otherDocumentsAreNotRepaired_data();
+    void otherDocumentsAreNotRepaired();
 
 private:
     static void addRowsOfTheDocument();
@@ -342,7 +342,7 @@ void SettingsRepairTest::severalWrongValuesAreRepaired()
     QCOMPARE(result->document, withActive(expected, 0));
 }
 
-void SettingsRepairTest::theLargestUnknownValuesAreLeftOut()
+void SettingsRepairTest::largestUnknownValuesAreRemoved()
 {
     const QVariantMap small = with({u"Macros"_s, 0, u"Small"_s}, QString(1000, u'x'));
     const QString threeQuarters(SettingsDocument::maximumContentBytes * 3 / 8, u'x');
@@ -355,7 +355,7 @@ void SettingsRepairTest::theLargestUnknownValuesAreLeftOut()
     QCOMPARE(result->document, large);
 }
 
-void SettingsRepairTest::knownValuesAreLeftOutWhenNothingElseHelps()
+void SettingsRepairTest::knownValuesAreRemovedWhenNecessary()
 {
     const QString threeQuarters(SettingsDocument::maximumContentBytes * 3 / 8, u'x');
     QVariantMap broken = with({u"Profiles"_s, 2, u"AppInfo"_s, u"executable"_s}, threeQuarters);
@@ -403,7 +403,7 @@ void SettingsRepairTest::anyDamageIsRepairedAtOnce()
     QVERIFY2(brokenCount > 500, qPrintable(QString::number(brokenCount)));
 }
 
-void SettingsRepairTest::nothingOfASettingsDocumentIsNotRepaired_data()
+void SettingsRepairTest::otherDocumentsAreNotRepaired_data()
 {
     QTest::addColumn<QVariantMap>("document");
     QTest::newRow("empty") << QVariantMap();
@@ -411,7 +411,7 @@ void SettingsRepairTest::nothingOfASettingsDocumentIsNotRepaired_data()
     QTest::newRow("of wrong types") << QVariantMap{{u"Profiles"_s, 1}, {u"Macros"_s, u"x"_s}};
 }
 
-void SettingsRepairTest::nothingOfASettingsDocumentIsNotRepaired()
+void SettingsRepairTest::otherDocumentsAreNotRepaired()
 {
     QFETCH(QVariantMap, document);
     QVERIFY(!repairedSettings(document));

@@ -70,15 +70,15 @@ private Q_SLOTS:
     void originalThatCannotBeKeptIsNotOverwritten();
     void originalIsKeptWithoutHardLinks();
     void newestCopyIsRepaired();
-    void copyThatIsNotUsedStaysWithItsWrongValue();
-    void fileThatAnotherProgramHasChangedIsKept_data();
-    void fileThatAnotherProgramHasChangedIsKept();
+    void unusedCopyKeepsItsWrongValue();
+    void fileChangedByAnotherProgramIsKept_data();
+    void fileChangedByAnotherProgramIsKept();
     void fileThatAppearsIsKept();
     void sameContentIsNotAChange();
     void changeByAnotherProgramIsKeptOnceWithAFullDisk();
     void unreadableChangeByAnotherProgramIsSetAside();
-    void tellsOfEachProblem();
-    void tellsOfTheLatestProblems();
+    void reportsEachProblem();
+    void reportsTheLatestProblems();
     void unreadableFileIsReportedAndLeftAlone_data();
     void unreadableFileIsReportedAndLeftAlone();
     void fileWithoutTheRightToReadIsReported();
@@ -86,8 +86,8 @@ private Q_SLOTS:
     void oddCopyIsSetAside();
     void copyWithoutTheRightToReadIsSetAside();
     void newestGoodCopyIsUsedAmongOddOnes();
-    void oddFileThatComesLaterIsSetAside_data();
-    void oddFileThatComesLaterIsSetAside();
+    void oddFileThatAppearsLaterIsSetAside_data();
+    void oddFileThatAppearsLaterIsSetAside();
     void fileThatCannotBeReadLaterIsLeftAlone();
 
 private:
@@ -282,7 +282,7 @@ void SettingsStoreProblemsTest::newestCopyIsRepaired()
     QVERIFY(kept.contains(dataOf(wrongDocumentNamed(u"3"_s))));
 }
 
-void SettingsStoreProblemsTest::copyThatIsNotUsedStaysWithItsWrongValue()
+void SettingsStoreProblemsTest::unusedCopyKeepsItsWrongValue()
 {
     store({u"2"_s, u""_s, u"1"_s, u""_s, u""_s});
     const QByteArray original = dataOf(wrongDocumentNamed(u"1"_s));
@@ -292,7 +292,7 @@ void SettingsStoreProblemsTest::copyThatIsNotUsedStaysWithItsWrongValue()
     QCOMPARE(filesMatching(u"settings.plist.damaged-*"_s), QStringList());
 }
 
-void SettingsStoreProblemsTest::fileThatAnotherProgramHasChangedIsKept_data()
+void SettingsStoreProblemsTest::fileChangedByAnotherProgramIsKept_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<bool>("isReplaced"); // otherwise written in place
@@ -305,7 +305,7 @@ void SettingsStoreProblemsTest::fileThatAnotherProgramHasChangedIsKept_data()
     }
 }
 
-void SettingsStoreProblemsTest::fileThatAnotherProgramHasChangedIsKept()
+void SettingsStoreProblemsTest::fileChangedByAnotherProgramIsKept()
 {
     QFETCH(QByteArray, content);
     QFETCH(bool, isReplaced);
@@ -391,7 +391,7 @@ void SettingsStoreProblemsTest::unreadableChangeByAnotherProgramIsSetAside()
     QVERIFY(isOdd(setAsideEntries().value(0), OddKind::inputOutputError));
 }
 
-void SettingsStoreProblemsTest::tellsOfEachProblem()
+void SettingsStoreProblemsTest::reportsEachProblem()
 {
     int toldCount = 0;
     mStore->setProblemHandler([&] { ++toldCount; });
@@ -415,7 +415,7 @@ void SettingsStoreProblemsTest::tellsOfEachProblem()
     QVERIFY2(repair.contains(u"and 1 more"_s), qPrintable(repair));
 }
 
-void SettingsStoreProblemsTest::tellsOfTheLatestProblems()
+void SettingsStoreProblemsTest::reportsTheLatestProblems()
 {
     for (int round = 0; round <= SettingsStore::maximumProblems; ++round) {
         writeFile(filePath(u"settings.plist"_s), "damage");
@@ -533,14 +533,14 @@ void SettingsStoreProblemsTest::newestGoodCopyIsUsedAmongOddOnes()
     QCOMPARE(setAsideEntries().size(), 3);
 }
 
-void SettingsStoreProblemsTest::oddFileThatComesLaterIsSetAside_data()
+void SettingsStoreProblemsTest::oddFileThatAppearsLaterIsSetAside_data()
 {
     // Regular files are not read again while the daemon runs.
     addOddRows({u"settings.plist"_s, u"settings.plist.0"_s, u"settings.plist.1"_s, u"settings.plist.2"_s},
                std::span(oddKinds).first(oddKinds.size() - 1));
 }
 
-void SettingsStoreProblemsTest::oddFileThatComesLaterIsSetAside()
+void SettingsStoreProblemsTest::oddFileThatAppearsLaterIsSetAside()
 {
     QFETCH(QString, name);
     QFETCH(OddKind, kind);

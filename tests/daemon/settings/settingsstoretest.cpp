@@ -40,17 +40,17 @@ private Q_SLOTS:
     void killBetweenAnyTwoStepsLosesNothing();
     void killWithoutHardLinksLosesNothing();
     void gapInTheCopiesIsFilledFirst();
-    void replacementThatIsNotConfirmedIsTakenBack();
-    void firstDocumentThatIsNotConfirmedIsTakenBack();
-    void fullDiskLeavesEverythingAsItWas();
+    void unconfirmedReplacementIsUndone();
+    void unconfirmedFirstDocumentIsRemoved();
+    void fullDiskChangesNothing();
     void fullDiskKeepsTheCopyInUse();
     void leftOversOfAKilledWriterAreRemoved();
     void writtenFilesAreForTheUserOnly();
-    void folderThatIsRemovedIsMadeAgain_data();
-    void folderThatIsRemovedIsMadeAgain();
-    void folderThatCannotBeMadeAgainRefusesTheChange();
-    void folderThatAnotherDaemonHasTakenIsLeftAlone();
-    void refusesWhatHasNoPropertyListForm();
+    void removedFolderIsCreatedAgain_data();
+    void removedFolderIsCreatedAgain();
+    void changeIsRefusedWhenTheFolderCannotBeCreated();
+    void folderOfAnotherDaemonIsLeftAlone();
+    void refusesValuesWithoutPropertyListForm();
 };
 
 void SettingsStoreTest::emptyFolderHasNoDocument()
@@ -164,7 +164,7 @@ void SettingsStoreTest::gapInTheCopiesIsFilledFirst()
     QCOMPARE(storedNames(), QStringList({u"6"_s, u""_s, u"5"_s, u"4"_s, u"2"_s}));
 }
 
-void SettingsStoreTest::replacementThatIsNotConfirmedIsTakenBack()
+void SettingsStoreTest::unconfirmedReplacementIsUndone()
 {
     for (const QString &name : {u"1"_s, u"2"_s, u"3"_s})
         QVERIFY(mStore->save(documentNamed(name)));
@@ -180,7 +180,7 @@ void SettingsStoreTest::replacementThatIsNotConfirmedIsTakenBack()
     QCOMPARE(storedNames(), QStringList({u"4"_s, u""_s, u"3"_s, u"2"_s, u"1"_s}));
 }
 
-void SettingsStoreTest::firstDocumentThatIsNotConfirmedIsTakenBack()
+void SettingsStoreTest::unconfirmedFirstDocumentIsRemoved()
 {
     const FolderFlushFailure failure(EIO);
     QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*: Input/output error"_s));
@@ -189,7 +189,7 @@ void SettingsStoreTest::firstDocumentThatIsNotConfirmedIsTakenBack()
     QVERIFY(!mStore->load());
 }
 
-void SettingsStoreTest::fullDiskLeavesEverythingAsItWas()
+void SettingsStoreTest::fullDiskChangesNothing()
 {
     for (const QString &name : {u"1"_s, u"2"_s, u"3"_s})
         QVERIFY(mStore->save(documentNamed(name)));
@@ -247,14 +247,14 @@ void SettingsStoreTest::writtenFilesAreForTheUserOnly()
     QCOMPARE(modeOf(mFolder), 0700);
 }
 
-void SettingsStoreTest::folderThatIsRemovedIsMadeAgain_data()
+void SettingsStoreTest::removedFolderIsCreatedAgain_data()
 {
     QTest::addColumn<QString>("removed");
     QTest::newRow("the folder") << u"state/quill-kestra"_s;
     QTest::newRow("the folder around it") << u"state"_s;
 }
 
-void SettingsStoreTest::folderThatIsRemovedIsMadeAgain()
+void SettingsStoreTest::removedFolderIsCreatedAgain()
 {
     QFETCH(QString, removed);
     QVERIFY(mStore->save(documentNamed(u"1"_s)));
@@ -274,7 +274,7 @@ void SettingsStoreTest::folderThatIsRemovedIsMadeAgain()
     QCOMPARE(madeCount, 1);
 }
 
-void SettingsStoreTest::folderThatCannotBeMadeAgainRefusesTheChange()
+void SettingsStoreTest::changeIsRefusedWhenTheFolderCannotBeCreated()
 {
     QVERIFY(mStore->save(documentNamed(u"1"_s)));
     QVERIFY(QDir(mFolder).removeRecursively());
@@ -286,7 +286,7 @@ void SettingsStoreTest::folderThatCannotBeMadeAgainRefusesTheChange()
     QVERIFY(mStore->save(documentNamed(u"2"_s)));
 }
 
-void SettingsStoreTest::folderThatAnotherDaemonHasTakenIsLeftAlone()
+void SettingsStoreTest::folderOfAnotherDaemonIsLeftAlone()
 {
     QVERIFY(mStore->save(documentNamed(u"1"_s)));
     QVERIFY(QDir(mFolder).removeRecursively());
@@ -299,7 +299,7 @@ void SettingsStoreTest::folderThatAnotherDaemonHasTakenIsLeftAlone()
     QCOMPARE(storedNames().first(), u"second"_s);
 }
 
-void SettingsStoreTest::refusesWhatHasNoPropertyListForm()
+void SettingsStoreTest::refusesValuesWithoutPropertyListForm()
 {
     QVERIFY(mStore->save(documentNamed(u"1"_s)));
     QVariantMap document = documentNamed(u"2"_s);

@@ -30,8 +30,8 @@ class TextNumbersTest : public QObject
 private Q_SLOTS:
     void readsTheNumbersOfAProfile();
     void readsTheNumbersOfAMacro();
-    void leavesWhatIsNoNumber_data();
-    void leavesWhatIsNoNumber();
+    void keepsOtherTexts_data();
+    void keepsOtherTexts();
 };
 
 void TextNumbersTest::readsTheNumbersOfAProfile()
@@ -86,7 +86,7 @@ void TextNumbersTest::readsTheNumbersOfAMacro()
     QCOMPARE(bytes(macro), bytes(expected));
 }
 
-void TextNumbersTest::leavesWhatIsNoNumber_data()
+void TextNumbersTest::keepsOtherTexts_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::newRow("a word") << QVariant(u"ten"_s);
@@ -101,7 +101,7 @@ void TextNumbersTest::leavesWhatIsNoNumber_data()
     QTest::newRow("a dictionary") << QVariant(QVariantMap{{u"x"_s, u"1"_s}});
 }
 
-void TextNumbersTest::leavesWhatIsNoNumber()
+void TextNumbersTest::keepsOtherTexts()
 {
     QFETCH(QVariant, value);
     const QVariantMap macro{

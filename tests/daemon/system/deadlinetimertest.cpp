@@ -14,10 +14,10 @@ class DeadlineTimerTest : public QObject
 private Q_SLOTS:
     void isNeverEarly_data();
     void isNeverEarly();
-    void tellsEachDeadlineOnce();
-    void lastDeadlineCounts();
-    void tellsNothingWithoutADeadline();
-    void deadlineThatWasReplacedInTheLastMomentIsNotTold();
+    void reportsEachDeadlineOnce();
+    void lastDeadlineApplies();
+    void reportsNothingWithoutADeadline();
+    void deadlineReplacedAtTheLastMomentIsNotReported();
 };
 
 void DeadlineTimerTest::isNeverEarly_data()
@@ -39,7 +39,7 @@ void DeadlineTimerTest::isNeverEarly()
     QVERIFY(DeadlineTimer::now() >= deadline);
 }
 
-void DeadlineTimerTest::tellsEachDeadlineOnce()
+void DeadlineTimerTest::reportsEachDeadlineOnce()
 {
     DeadlineTimer timer;
     DeadlineTimer other;
@@ -54,7 +54,7 @@ void DeadlineTimerTest::tellsEachDeadlineOnce()
     }
 }
 
-void DeadlineTimerTest::lastDeadlineCounts()
+void DeadlineTimerTest::lastDeadlineApplies()
 {
     DeadlineTimer timer;
     const QSignalSpy reached(&timer, &DeadlineTimer::reached);
@@ -63,7 +63,7 @@ void DeadlineTimerTest::lastDeadlineCounts()
     QTRY_COMPARE(reached.size(), 1);
 }
 
-void DeadlineTimerTest::tellsNothingWithoutADeadline()
+void DeadlineTimerTest::reportsNothingWithoutADeadline()
 {
     DeadlineTimer timer;
     DeadlineTimer other;
@@ -76,7 +76,7 @@ void DeadlineTimerTest::tellsNothingWithoutADeadline()
     QCOMPARE(reached.size(), 0);
 }
 
-void DeadlineTimerTest::deadlineThatWasReplacedInTheLastMomentIsNotTold()
+void DeadlineTimerTest::deadlineReplacedAtTheLastMomentIsNotReported()
 {
     DeadlineTimer timer;
     DeadlineTimer other;

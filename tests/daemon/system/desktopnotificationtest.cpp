@@ -22,13 +22,13 @@ class DesktopNotificationTest : public QObject
 private Q_SLOTS:
     void showsTheProfilesName();
     void nameIsShownOnOneLine();
-    void staysWhereItIsNotPassing();
-    void nextOneReplacesTheBubble();
-    void busyServiceGetsTheLastOne();
-    void slowServiceHoldsNobodyUp();
+    void staysUnlessItIsTransient();
+    void nextNotificationReplacesTheBubble();
+    void busyServiceGetsTheLastNotification();
+    void slowServiceBlocksNoCaller();
     void missingServiceIsSilent();
-    void serviceThatStartsAgainGetsANewBubble();
-    void serviceThatStartsLaterGetsWhatIsNotPassing();
+    void restartedServiceGetsANewBubble();
+    void serviceThatStartsLaterGetsLastingNotifications();
 };
 
 void DesktopNotificationTest::showsTheProfilesName()
@@ -54,7 +54,7 @@ void DesktopNotificationTest::nameIsShownOnOneLine()
     QTRY_COMPARE(service.summaries(), QStringList{u"Game  exe"_s});
 }
 
-void DesktopNotificationTest::staysWhereItIsNotPassing()
+void DesktopNotificationTest::staysUnlessItIsTransient()
 {
     NotificationService service;
     DesktopNotification notification(QDBusConnection::sessionBus());
@@ -67,7 +67,7 @@ void DesktopNotificationTest::staysWhereItIsNotPassing()
     QCOMPARE(bubble.hints.value(u"urgency"_s), QVariant::fromValue(uchar(1)));
 }
 
-void DesktopNotificationTest::nextOneReplacesTheBubble()
+void DesktopNotificationTest::nextNotificationReplacesTheBubble()
 {
     NotificationService service;
     DesktopNotification notification(QDBusConnection::sessionBus());
@@ -79,7 +79,7 @@ void DesktopNotificationTest::nextOneReplacesTheBubble()
     QCOMPARE(service.bubbles.at(2).replacesId, 41U);
 }
 
-void DesktopNotificationTest::busyServiceGetsTheLastOne()
+void DesktopNotificationTest::busyServiceGetsTheLastNotification()
 {
     NotificationService service;
     service.hold();
@@ -93,7 +93,7 @@ void DesktopNotificationTest::busyServiceGetsTheLastOne()
     QCOMPARE(service.bubbles.at(1).replacesId, 41U);
 }
 
-void DesktopNotificationTest::slowServiceHoldsNobodyUp()
+void DesktopNotificationTest::slowServiceBlocksNoCaller()
 {
     NotificationService service;
     service.hold();
@@ -128,7 +128,7 @@ void DesktopNotificationTest::missingServiceIsSilent()
     QCOMPARE(logged, QStringList());
 }
 
-void DesktopNotificationTest::serviceThatStartsAgainGetsANewBubble()
+void DesktopNotificationTest::restartedServiceGetsANewBubble()
 {
     DesktopNotification notification(QDBusConnection::sessionBus());
     auto service = std::make_unique<NotificationService>();
@@ -146,7 +146,7 @@ void DesktopNotificationTest::serviceThatStartsAgainGetsANewBubble()
 }
 
 // A daemon may show a notification before the desktop has started.
-void DesktopNotificationTest::serviceThatStartsLaterGetsWhatIsNotPassing()
+void DesktopNotificationTest::serviceThatStartsLaterGetsLastingNotifications()
 {
     DesktopNotification lasting(QDBusConnection::sessionBus());
     DesktopNotification passing(QDBusConnection::sessionBus());

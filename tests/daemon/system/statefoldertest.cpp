@@ -34,17 +34,17 @@ class StateFolderTest : public QObject
 private Q_SLOTS:
     void init();
 
-    void isMadeForTheUserOnly();
-    void thatCannotBeMadeIsReported();
+    void isCreatedForTheUserOnly();
+    void reportsThatItCannotBeCreated();
     void isUsedByOneDaemonOnly();
-    void lockThatIsImpossibleIsReported();
+    void impossibleLockIsReported();
     void interruptedLockIsTriedAgain();
-    void removedLockIsNoLock_data();
-    void removedLockIsNoLock();
-    void lockOfAnotherDaemonIsNotItsOwn();
+    void removedLockDoesNotCount_data();
+    void removedLockDoesNotCount();
+    void distinguishesTheLockOfAnotherDaemon();
     void filesAreMadePrivate_data();
     void filesAreMadePrivate();
-    void whatIsNoRegularFileStaysTheSame();
+    void otherThanRegularFilesStayTheSame();
     void linksAreNotMadePrivate();
     void folderThatIsALinkIsUsed();
     void filesOfOthersAreNotMadePrivate();
@@ -63,7 +63,7 @@ void StateFolderTest::init()
     mPath = mTemporary->filePath(u"state/quill-kestra"_s);
 }
 
-void StateFolderTest::isMadeForTheUserOnly()
+void StateFolderTest::isCreatedForTheUserOnly()
 {
     const mode_t before = ::umask(0);
     StateFolder folder(mPath);
@@ -75,7 +75,7 @@ void StateFolderTest::isMadeForTheUserOnly()
     QCOMPARE(modeOf(folder.filePath(u"lock"_s)), 0600);
 }
 
-void StateFolderTest::thatCannotBeMadeIsReported()
+void StateFolderTest::reportsThatItCannotBeCreated()
 {
     writeFile(mTemporary->filePath(u"file"_s), "in the way");
     for (const QString &name : {u"file"_s, u"file/below"_s}) {
@@ -101,7 +101,7 @@ void StateFolderTest::isUsedByOneDaemonOnly()
     QCOMPARE(third.open(), StateFolder::Result::open);
 }
 
-void StateFolderTest::lockThatIsImpossibleIsReported()
+void StateFolderTest::impossibleLockIsReported()
 {
     StateFolder folder(mPath);
     {
@@ -122,7 +122,7 @@ void StateFolderTest::interruptedLockIsTriedAgain()
     QCOMPARE(signal.left(), 0);
 }
 
-void StateFolderTest::removedLockIsNoLock_data()
+void StateFolderTest::removedLockDoesNotCount_data()
 {
     QTest::addColumn<QString>("removed");
     QTest::newRow("the lock") << u"state/quill-kestra/lock"_s;
@@ -130,7 +130,7 @@ void StateFolderTest::removedLockIsNoLock_data()
     QTest::newRow("the folder around it") << u"state"_s;
 }
 
-void StateFolderTest::removedLockIsNoLock()
+void StateFolderTest::removedLockDoesNotCount()
 {
     QFETCH(QString, removed);
     StateFolder folder(mPath);
@@ -144,7 +144,7 @@ void StateFolderTest::removedLockIsNoLock()
     QCOMPARE(second.open(), StateFolder::Result::inUse);
 }
 
-void StateFolderTest::lockOfAnotherDaemonIsNotItsOwn()
+void StateFolderTest::distinguishesTheLockOfAnotherDaemon()
 {
     StateFolder folder(mPath);
     QCOMPARE(folder.open(), StateFolder::Result::open);
@@ -177,7 +177,7 @@ void StateFolderTest::filesAreMadePrivate()
         QCOMPARE(modeOf(folder.filePath(name)), 0600);
 }
 
-void StateFolderTest::whatIsNoRegularFileStaysTheSame()
+void StateFolderTest::otherThanRegularFilesStayTheSame()
 {
     const QString inner = mPath + u"/inner"_s;
     const QString pipe = mPath + u"/pipe"_s;

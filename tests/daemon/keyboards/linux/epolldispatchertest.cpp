@@ -86,27 +86,27 @@ class EpollDispatcherTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsOfAFileThatIsReadable();
-    void tellsAgainOfWhatIsLeft();
-    void disabledNotifierIsNotTold();
-    void notifierDestroyedByAnotherIsNotTold();
-    void tellsOfTheEndOfAFile();
-    void readerAndWriterOfOneFile();
+    void reportsAReadableFile();
+    void reportsRemainingDataAgain();
+    void disabledNotifierIsNotCalled();
+    void notifierDestroyedByAnotherIsNotCalled();
+    void reportsTheEndOfAFile();
+    void servesReaderAndWriterOfOneFile();
     void servesManyFiles();
-    void timersGoOffInTheOrderOfTheirTimes();
-    void repeatingTimerGoesOnUntilItIsStopped();
-    void timerWithoutTimeStarvesNoFile();
-    void tellsHowLongATimerHasLeft();
-    void callsOfOtherThreadsAreDoneInTheirOrder();
-    void callsPostedBeforeTheThreadStartsAreDone();
+    void timersExpireInTheOrderOfTheirTimes();
+    void repeatingTimerContinuesUntilItIsStopped();
+    void timerWithoutIntervalStarvesNoFile();
+    void reportsTheRemainingTimeOfATimer();
+    void callsOfOtherThreadsRunInTheirOrder();
+    void callsPostedBeforeTheThreadStartsRun();
     void deletesLater();
     void threadQuits();
-    void sleepsWhileThereIsNothingToDo();
-    void signalDoesNotAwakeIt();
-    void tellsThatItAwakesBeforeAnythingHasItsTurn();
+    void sleepsWhileIdle();
+    void signalDoesNotWakeIt();
+    void reportsItsAwakeningBeforeAnyOtherWork();
 };
 
-void EpollDispatcherTest::tellsOfAFileThatIsReadable()
+void EpollDispatcherTest::reportsAReadableFile()
 {
     Pipe pipe;
     QCoreApplication::processEvents();
@@ -119,7 +119,7 @@ void EpollDispatcherTest::tellsOfAFileThatIsReadable()
     QTRY_COMPARE(pipe.told, 2);
 }
 
-void EpollDispatcherTest::tellsAgainOfWhatIsLeft()
+void EpollDispatcherTest::reportsRemainingDataAgain()
 {
     Pipe pipe;
     pipe.isEmptying = false;
@@ -127,7 +127,7 @@ void EpollDispatcherTest::tellsAgainOfWhatIsLeft()
     QTRY_VERIFY(pipe.told >= 3);
 }
 
-void EpollDispatcherTest::disabledNotifierIsNotTold()
+void EpollDispatcherTest::disabledNotifierIsNotCalled()
 {
     Pipe pipe;
     pipe.notifier->setEnabled(false);
@@ -139,7 +139,7 @@ void EpollDispatcherTest::disabledNotifierIsNotTold()
     QTRY_COMPARE(pipe.told, 1);
 }
 
-void EpollDispatcherTest::notifierDestroyedByAnotherIsNotTold()
+void EpollDispatcherTest::notifierDestroyedByAnotherIsNotCalled()
 {
     Pipe first;
     Pipe second;
@@ -152,7 +152,7 @@ void EpollDispatcherTest::notifierDestroyedByAnotherIsNotTold()
     QCOMPARE(first.told + second.told, 1); // the first to run destroys the other
 }
 
-void EpollDispatcherTest::tellsOfTheEndOfAFile()
+void EpollDispatcherTest::reportsTheEndOfAFile()
 {
     Pipe pipe;
     pipe.whenTold = [&] { pipe.notifier->setEnabled(false); };
@@ -160,7 +160,7 @@ void EpollDispatcherTest::tellsOfTheEndOfAFile()
     QTRY_COMPARE(pipe.told, 1);
 }
 
-void EpollDispatcherTest::readerAndWriterOfOneFile()
+void EpollDispatcherTest::servesReaderAndWriterOfOneFile()
 {
     int ends[2] = {-1, -1};
     QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, ends), 0);
@@ -195,7 +195,7 @@ void EpollDispatcherTest::servesManyFiles()
     QTRY_VERIFY(std::ranges::all_of(pipes, [](const std::unique_ptr<Pipe> &pipe) { return pipe->told == 1; }));
 }
 
-void EpollDispatcherTest::timersGoOffInTheOrderOfTheirTimes()
+void EpollDispatcherTest::timersExpireInTheOrderOfTheirTimes()
 {
     QList<int> order;
     QElapsedTimer clock;
@@ -210,7 +210,7 @@ void EpollDispatcherTest::timersGoOffInTheOrderOfTheirTimes()
     QCOMPARE(order, (QList<int>{0, 10, 20, 30}));
 }
 
-void EpollDispatcherTest::repeatingTimerGoesOnUntilItIsStopped()
+void EpollDispatcherTest::repeatingTimerContinuesUntilItIsStopped()
 {
     QTimer timer;
     int count = 0;
@@ -231,7 +231,7 @@ void EpollDispatcherTest::repeatingTimerGoesOnUntilItIsStopped()
     QCOMPARE(count, 5);
 }
 
-void EpollDispatcherTest::timerWithoutTimeStarvesNoFile()
+void EpollDispatcherTest::timerWithoutIntervalStarvesNoFile()
 {
     QTimer timer;
     int count = 0;
@@ -243,7 +243,7 @@ void EpollDispatcherTest::timerWithoutTimeStarvesNoFile()
     QTRY_VERIFY(count > 3);
 }
 
-void EpollDispatcherTest::tellsHowLongATimerHasLeft()
+void EpollDispatcherTest::reportsTheRemainingTimeOfATimer()
 {
     auto *dispatcher = QAbstractEventDispatcher::instance();
     const int id = startTimer(1000s);
@@ -255,7 +255,7 @@ void EpollDispatcherTest::tellsHowLongATimerHasLeft()
     QCOMPARE(dispatcher->registeredTimers(this).size(), 0);
 }
 
-void EpollDispatcherTest::callsOfOtherThreadsAreDoneInTheirOrder()
+void EpollDispatcherTest::callsOfOtherThreadsRunInTheirOrder()
 {
     constexpr int calls = 10'000;
     QThread thread;
@@ -278,7 +278,7 @@ void EpollDispatcherTest::callsOfOtherThreadsAreDoneInTheirOrder()
     QVERIFY(thread.wait(20'000));
 }
 
-void EpollDispatcherTest::callsPostedBeforeTheThreadStartsAreDone()
+void EpollDispatcherTest::callsPostedBeforeTheThreadStartsRun()
 {
     QThread thread;
     QObject target;
@@ -310,7 +310,7 @@ void EpollDispatcherTest::threadQuits()
     }
 }
 
-void EpollDispatcherTest::sleepsWhileThereIsNothingToDo()
+void EpollDispatcherTest::sleepsWhileIdle()
 {
     const Pipe pipe;
     QEventLoop loop;
@@ -320,7 +320,7 @@ void EpollDispatcherTest::sleepsWhileThereIsNothingToDo()
     QVERIFY2(timesWoken() - before <= 2, qPrintable(QString::number(timesWoken() - before))); // woken by the timer
 }
 
-void EpollDispatcherTest::signalDoesNotAwakeIt()
+void EpollDispatcherTest::signalDoesNotWakeIt()
 {
     static std::atomic<int> signalsSeen = 0;
     const auto before = std::signal(SIGUSR1, [](int) { ++signalsSeen; });
@@ -348,7 +348,7 @@ void EpollDispatcherTest::signalDoesNotAwakeIt()
     QVERIFY2(awakenings.count() <= 5, qPrintable(QString::number(awakenings.count())));
 }
 
-void EpollDispatcherTest::tellsThatItAwakesBeforeAnythingHasItsTurn()
+void EpollDispatcherTest::reportsItsAwakeningBeforeAnyOtherWork()
 {
     auto *dispatcher = QAbstractEventDispatcher::instance();
     QStringList happened;

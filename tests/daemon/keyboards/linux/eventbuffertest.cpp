@@ -31,14 +31,14 @@ private Q_SLOTS:
             ::close(mPipe[1]);
     }
 
-    void nothingFirst();
-    void tellsAllThatCameAtOnce_data();
-    void tellsAllThatCameAtOnce();
-    void leavesNothingBehindThatDoesNotShow_data();
-    void leavesNothingBehindThatDoesNotShow();
-    void asksTheFileOnceForAReport();
+    void isEmptyAtFirst();
+    void returnsAllSimultaneousEvents_data();
+    void returnsAllSimultaneousEvents();
+    void leavesNoInvisibleEvent_data();
+    void leavesNoInvisibleEvent();
+    void readsTheFileOncePerReport();
     void clearedForgetsTheRest();
-    void goneWhenTheFileEnds();
+    void reportsTheEndOfTheFile();
 
 private:
     void write(int count)
@@ -69,14 +69,14 @@ private:
     int mRead = 0;
 };
 
-void EventBufferTest::nothingFirst()
+void EventBufferTest::isEmptyAtFirst()
 {
     EventBuffer buffer(mPipe[0]);
     input_event event;
     QVERIFY(buffer.next(event) == Result::nothing);
 }
 
-void EventBufferTest::tellsAllThatCameAtOnce_data()
+void EventBufferTest::returnsAllSimultaneousEvents_data()
 {
     constexpr int capacity = EventBuffer::capacity;
     QTest::addColumn<int>("count");
@@ -84,7 +84,7 @@ void EventBufferTest::tellsAllThatCameAtOnce_data()
         QTest::addRow("%d", count) << count;
 }
 
-void EventBufferTest::tellsAllThatCameAtOnce()
+void EventBufferTest::returnsAllSimultaneousEvents()
 {
     QFETCH(int, count);
     EventBuffer buffer(mPipe[0]);
@@ -94,7 +94,7 @@ void EventBufferTest::tellsAllThatCameAtOnce()
     QVERIFY(!isReadable());
 }
 
-void EventBufferTest::leavesNothingBehindThatDoesNotShow_data()
+void EventBufferTest::leavesNoInvisibleEvent_data()
 {
     QTest::addColumn<int>("first");
     QTest::addColumn<int>("later");
@@ -107,7 +107,7 @@ void EventBufferTest::leavesNothingBehindThatDoesNotShow_data()
 
 /// Events that arrive between the read and its last event are also returned, as long as the caller reads whenever the
 /// file is readable.
-void EventBufferTest::leavesNothingBehindThatDoesNotShow()
+void EventBufferTest::leavesNoInvisibleEvent()
 {
     QFETCH(int, first);
     QFETCH(int, later);
@@ -123,7 +123,7 @@ void EventBufferTest::leavesNothingBehindThatDoesNotShow()
     QCOMPARE(mRead, first + later);
 }
 
-void EventBufferTest::asksTheFileOnceForAReport()
+void EventBufferTest::readsTheFileOncePerReport()
 {
     EventBuffer buffer(mPipe[0]);
     write(3);
@@ -149,7 +149,7 @@ void EventBufferTest::clearedForgetsTheRest()
     QCOMPARE(event.value, 3);
 }
 
-void EventBufferTest::goneWhenTheFileEnds()
+void EventBufferTest::reportsTheEndOfTheFile()
 {
     EventBuffer buffer(mPipe[0]);
     write(1);

@@ -63,22 +63,22 @@ private Q_SLOTS:
 
     void grabsAtOnceWhenNoKeyIsDown();
     void waitsUntilNoKeyIsDown();
-    void tellsNothingFromBeforeTheGrab();
-    void takesOverWhatStaysDown();
-    void takesOverEveryKeyOfAKeyboardThatLies();
-    void stopsWaitingWhenGivenBack();
-    void keyPressedJustBeforeTheGrabIsWaitedFor();
+    void ignoresEventsBeforeTheGrab();
+    void grabsDespiteAHeldKey();
+    void grabsAKeyboardThatReportsEveryKeyDown();
+    void stopsWaitingWhenReleased();
+    void grabWaitsForAKeyPressedJustBefore();
     void keyPressedAndReleasedAroundTheGrabComesUpOnTheDesktop();
-    void keyPressedAnewBeforeEachTakeOverDoesNotHoldItUp();
-    void refusesWhatAnotherProgramHas_data();
-    void refusesWhatAnotherProgramHas();
-    void unpluggedBeforeTheGrab();
-    void unpluggedInTheMiddle();
-    void givesBackWithEveryKeyUp();
-    void givenBackFromWithinAnEventTellsNoMore();
-    void tellsThatEventsWereDropped();
-    void floodIsReadInPartsAndAnotherNodeHasItsTurn();
-    void switchesLedsOnlyOfWhatItHas();
+    void keyPressedBeforeEachAttemptDoesNotDelayTheGrab();
+    void failsWhenAnotherProgramHasTheGrab_data();
+    void failsWhenAnotherProgramHasTheGrab();
+    void handlesUnpluggingBeforeTheGrab();
+    void handlesUnpluggingInTheMiddle();
+    void ungrabsWithEveryKeyUp();
+    void releaseWithinAnEventEndsTheReports();
+    void reportsDroppedEvents();
+    void floodDoesNotBlockAnotherDevice();
+    void switchesOnlyItsOwnLeds();
 
 private:
     void make(std::chrono::milliseconds patience = InputNode::usualPatience)
@@ -119,7 +119,7 @@ void InputNodeTest::waitsUntilNoKeyIsDown()
     QCOMPARE(mRecorder->keys, QStringList());
 }
 
-void InputNodeTest::tellsNothingFromBeforeTheGrab()
+void InputNodeTest::ignoresEventsBeforeTheGrab()
 {
     make();
     mFake->press(KEY_A);
@@ -129,7 +129,7 @@ void InputNodeTest::tellsNothingFromBeforeTheGrab()
     QTRY_COMPARE(mRecorder->keys, QStringList{u"48 1"_s});
 }
 
-void InputNodeTest::takesOverWhatStaysDown()
+void InputNodeTest::grabsDespiteAHeldKey()
 {
     mFake->press(KEY_A);
     make(20ms);
@@ -143,7 +143,7 @@ void InputNodeTest::takesOverWhatStaysDown()
     QCOMPARE(mFake->seenByDesktop().size(), 2);
 }
 
-void InputNodeTest::takesOverEveryKeyOfAKeyboardThatLies()
+void InputNodeTest::grabsAKeyboardThatReportsEveryKeyDown()
 {
     for (quint16 code = 1; code < KEY_CNT; ++code)
         mFake->press(code);
@@ -154,7 +154,7 @@ void InputNodeTest::takesOverEveryKeyOfAKeyboardThatLies()
     QCOMPARE(mFake->seenByDesktop().size(), 2 * (KEY_CNT - 1));
 }
 
-void InputNodeTest::stopsWaitingWhenGivenBack()
+void InputNodeTest::stopsWaitingWhenReleased()
 {
     mFake->press(KEY_A);
     make(1ms);
@@ -167,7 +167,7 @@ void InputNodeTest::stopsWaitingWhenGivenBack()
     QCOMPARE(mFake->seenByDesktop(), QStringList{u"30 down"_s});
 }
 
-void InputNodeTest::keyPressedJustBeforeTheGrabIsWaitedFor()
+void InputNodeTest::grabWaitsForAKeyPressedJustBefore()
 {
     make();
     mFake->setBeforeGrab([this] {
@@ -216,7 +216,7 @@ void InputNodeTest::keyPressedAndReleasedAroundTheGrabComesUpOnTheDesktop()
     QTRY_COMPARE(mNode->state(), State::grabbed);
 }
 
-void InputNodeTest::keyPressedAnewBeforeEachTakeOverDoesNotHoldItUp()
+void InputNodeTest::keyPressedBeforeEachAttemptDoesNotDelayTheGrab()
 {
     mFake->press(KEY_A);
     quint16 code = KEY_B;
@@ -227,14 +227,14 @@ void InputNodeTest::keyPressedAnewBeforeEachTakeOverDoesNotHoldItUp()
     QVERIFY(mFake->isGrabbed());
 }
 
-void InputNodeTest::refusesWhatAnotherProgramHas_data()
+void InputNodeTest::failsWhenAnotherProgramHasTheGrab_data()
 {
     QTest::addColumn<bool>("isHeld");
     QTest::newRow("at once") << false;
     QTest::newRow("after the wait") << true;
 }
 
-void InputNodeTest::refusesWhatAnotherProgramHas()
+void InputNodeTest::failsWhenAnotherProgramHasTheGrab()
 {
     QFETCH(bool, isHeld);
     if (isHeld)
@@ -247,7 +247,7 @@ void InputNodeTest::refusesWhatAnotherProgramHas()
     QCOMPARE(mRecorder->states, QList{State::refused});
 }
 
-void InputNodeTest::unpluggedBeforeTheGrab()
+void InputNodeTest::handlesUnpluggingBeforeTheGrab()
 {
     mFake->unplug();
     make();
@@ -255,7 +255,7 @@ void InputNodeTest::unpluggedBeforeTheGrab()
     QCOMPARE(mRecorder->states, QList{State::gone});
 }
 
-void InputNodeTest::unpluggedInTheMiddle()
+void InputNodeTest::handlesUnpluggingInTheMiddle()
 {
     make();
     mNode->start();
@@ -268,7 +268,7 @@ void InputNodeTest::unpluggedInTheMiddle()
     QCOMPARE(mRecorder->states.size(), 2);
 }
 
-void InputNodeTest::givesBackWithEveryKeyUp()
+void InputNodeTest::ungrabsWithEveryKeyUp()
 {
     make();
     mNode->start();
@@ -282,7 +282,7 @@ void InputNodeTest::givesBackWithEveryKeyUp()
     QCOMPARE(mFake->seenByDesktop(), QStringList{u"48 down"_s});
 }
 
-void InputNodeTest::givenBackFromWithinAnEventTellsNoMore()
+void InputNodeTest::releaseWithinAnEventEndsTheReports()
 {
     make();
     mNode->start();
@@ -293,7 +293,7 @@ void InputNodeTest::givenBackFromWithinAnEventTellsNoMore()
     QCOMPARE(mRecorder->keys, (QStringList{u"30 1"_s, u"48 1"_s}));
 }
 
-void InputNodeTest::tellsThatEventsWereDropped()
+void InputNodeTest::reportsDroppedEvents()
 {
     make();
     mNode->start();
@@ -303,7 +303,7 @@ void InputNodeTest::tellsThatEventsWereDropped()
     QTRY_COMPARE(mRecorder->keys.size(), 1);
 }
 
-void InputNodeTest::floodIsReadInPartsAndAnotherNodeHasItsTurn()
+void InputNodeTest::floodDoesNotBlockAnotherDevice()
 {
     FakeNode quiet;
     Recorder quietRecorder;
@@ -321,7 +321,7 @@ void InputNodeTest::floodIsReadInPartsAndAnotherNodeHasItsTurn()
     QCOMPARE(mRecorder->mostEvents, InputNode::eventsAtOnce);
 }
 
-void InputNodeTest::switchesLedsOnlyOfWhatItHas()
+void InputNodeTest::switchesOnlyItsOwnLeds()
 {
     mFake->press(KEY_A);
     make();

@@ -28,19 +28,19 @@ private Q_SLOTS:
 
     void lightOfTheSameDeviceBelongsToIt();
     void otherInterfacesOfTheDeviceBelongToIt();
-    void otherKeyboardsDoNot();
-    void devicesOfOneRadioAreKeptApart();
+    void ledsOfOtherKeyboardsDoNotBelongToIt();
+    void devicesOfOneRadioAreDistinguished();
     void builtInKeyboardHasTheLightOfTheMachine();
-    void pluggedKeyboardHasNotTheLightOfTheMachine();
-    void indicatorsAreNoLight_data();
-    void indicatorsAreNoLight();
+    void pluggedKeyboardDoesNotHaveTheLightOfTheMachine();
+    void indicatorsAreNotKeyLighting_data();
+    void indicatorsAreNotKeyLighting();
     void colorsAreInTheOrderOfTheFile_data();
     void colorsAreInTheOrderOfTheFile();
     void ledOfOneColorIsKnownByItsName_data();
     void ledOfOneColorIsKnownByItsName();
-    void ledThatCannotBeUnderstoodIsLeftOut_data();
-    void ledThatCannotBeUnderstoodIsLeftOut();
-    void nodeThatIsGoneHasNone();
+    void ledWithUnknownColorsIsLeftOut_data();
+    void ledWithUnknownColorsIsLeftOut();
+    void missingDeviceHasNoLeds();
 
 private:
     QStringList names(const QStringList &nodes) const;
@@ -76,7 +76,7 @@ void KeyboardLedsTest::otherInterfacesOfTheDeviceBelongToIt()
     QCOMPARE(names({u"/dev/input/event3"_s}), QStringList{u"a:rgb:kbd_backlight"_s});
 }
 
-void KeyboardLedsTest::otherKeyboardsDoNot()
+void KeyboardLedsTest::ledsOfOtherKeyboardsDoNotBelongToIt()
 {
     const QString other = u"pci0/usb1/1-3"_s;
     mTree->addDevice(other, {{u"idVendor"_s, "1b2c"}});
@@ -86,7 +86,7 @@ void KeyboardLedsTest::otherKeyboardsDoNot()
     QCOMPARE(names({u"/dev/input/event3"_s, u"/dev/input/event4"_s}), QStringList{u"a:rgb:kbd_backlight"_s});
 }
 
-void KeyboardLedsTest::devicesOfOneRadioAreKeptApart()
+void KeyboardLedsTest::devicesOfOneRadioAreDistinguished()
 {
     const QString radio = usb + u"/1-2:1.0/bluetooth/hci0"_s;
     mTree->addNode(radio + u"/hci0:1/0005:1B2C:00AF.0004"_s, 5);
@@ -106,13 +106,13 @@ void KeyboardLedsTest::builtInKeyboardHasTheLightOfTheMachine()
     QCOMPARE(names({u"/dev/input/event8"_s}), QStringList{u"laptop::kbd_backlight"_s});
 }
 
-void KeyboardLedsTest::pluggedKeyboardHasNotTheLightOfTheMachine()
+void KeyboardLedsTest::pluggedKeyboardDoesNotHaveTheLightOfTheMachine()
 {
     mTree->addLed(u"platform/laptop"_s, u"laptop::kbd_backlight"_s, 3);
     QCOMPARE(names({u"/dev/input/event3"_s}), QStringList());
 }
 
-void KeyboardLedsTest::indicatorsAreNoLight_data()
+void KeyboardLedsTest::indicatorsAreNotKeyLighting_data()
 {
     QTest::addColumn<QString>("name");
     for (const QString &name :
@@ -120,7 +120,7 @@ void KeyboardLedsTest::indicatorsAreNoLight_data()
         QTest::newRow(qPrintable(name)) << name;
 }
 
-void KeyboardLedsTest::indicatorsAreNoLight()
+void KeyboardLedsTest::indicatorsAreNotKeyLighting()
 {
     QFETCH(QString, name);
     mTree->addLed(usbHid, name, 255, "red green blue");
@@ -171,7 +171,7 @@ void KeyboardLedsTest::ledOfOneColorIsKnownByItsName()
     QVERIFY(leds.first().channels.isEmpty());
 }
 
-void KeyboardLedsTest::ledThatCannotBeUnderstoodIsLeftOut_data()
+void KeyboardLedsTest::ledWithUnknownColorsIsLeftOut_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QByteArray>("content");
@@ -183,7 +183,7 @@ void KeyboardLedsTest::ledThatCannotBeUnderstoodIsLeftOut_data()
     QTest::newRow("maximum too large") << u"max_brightness"_s << QByteArray("4294967295");
 }
 
-void KeyboardLedsTest::ledThatCannotBeUnderstoodIsLeftOut()
+void KeyboardLedsTest::ledWithUnknownColorsIsLeftOut()
 {
     const QString led = mTree->addLed(usbHid, u"a:rgb:kbd_backlight"_s, 255, "red green blue");
     mTree->addLed(usbHid, u"b:rgb:kbd_backlight"_s, 255, "red green blue");
@@ -193,7 +193,7 @@ void KeyboardLedsTest::ledThatCannotBeUnderstoodIsLeftOut()
     QCOMPARE(names({u"/dev/input/event3"_s}), QStringList{u"b:rgb:kbd_backlight"_s});
 }
 
-void KeyboardLedsTest::nodeThatIsGoneHasNone()
+void KeyboardLedsTest::missingDeviceHasNoLeds()
 {
     mTree->addLed(usbHid, u"a:rgb:kbd_backlight"_s, 255, "red green blue");
     mTree->addLed(u"platform/laptop"_s, u"laptop::kbd_backlight"_s, 3);

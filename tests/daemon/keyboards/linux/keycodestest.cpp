@@ -33,14 +33,14 @@ class KeyCodesTest : public QObject
 
 private Q_SLOTS:
     void tableIsAscendingAndAgreesWithLibevdev();
-    void lettersDigitsAndFunctionKeysAreCalledAsOnTheKeyboard();
+    void lettersDigitsAndFunctionKeysHaveTheirUsualNames();
     void everyKeyOfTheLayoutHasACode();
-    void everyCodeWithAUsageComesBackAsItself();
+    void everyCodeWithAUsageMapsToItself();
     void everyKeyOfThePageHasACode();
     void buttonsFollowEachOther();
-    void whatIsNoKeyHasNoCode();
-    void scanCodeCounts_data();
-    void scanCodeCounts();
+    void otherUsagesHaveNoCode();
+    void scanCodeTakesPrecedence_data();
+    void scanCodeTakesPrecedence();
 };
 
 void KeyCodesTest::tableIsAscendingAndAgreesWithLibevdev()
@@ -63,7 +63,7 @@ void KeyCodesTest::tableIsAscendingAndAgreesWithLibevdev()
     QCOMPARE(count, 150);
 }
 
-void KeyCodesTest::lettersDigitsAndFunctionKeysAreCalledAsOnTheKeyboard()
+void KeyCodesTest::lettersDigitsAndFunctionKeysHaveTheirUsualNames()
 {
     QStringList names;
     for (char letter = 'A'; letter <= 'Z'; ++letter)
@@ -87,7 +87,7 @@ void KeyCodesTest::everyKeyOfTheLayoutHasACode()
     }
 }
 
-void KeyCodesTest::everyCodeWithAUsageComesBackAsItself()
+void KeyCodesTest::everyCodeWithAUsageMapsToItself()
 {
     int count = 0;
     for (int code = 0; code <= 0xFFFF; ++code) {
@@ -118,7 +118,7 @@ void KeyCodesTest::buttonsFollowEachOther()
     QCOMPARE(KeyCodes::linuxCode({HidUsage::buttonPage, 8}), quint16(BTN_TASK));
 }
 
-void KeyCodesTest::whatIsNoKeyHasNoCode()
+void KeyCodesTest::otherUsagesHaveNoCode()
 {
     for (const HidUsage usage : {key(0), key(3), key(232), key(0xFFFF), HidUsage{HidUsage::buttonPage, 0},
                                  HidUsage{HidUsage::buttonPage, 17}, HidUsage{HidUsage::consumerPage, 0xE9}})
@@ -129,7 +129,7 @@ void KeyCodesTest::whatIsNoKeyHasNoCode()
     QVERIFY(!KeyCodes::usageOfCode(0xFFFF));
 }
 
-void KeyCodesTest::scanCodeCounts_data()
+void KeyCodesTest::scanCodeTakesPrecedence_data()
 {
     QTest::addColumn<quint32>("scanCode");
     QTest::addColumn<int>("code");
@@ -145,7 +145,7 @@ void KeyCodesTest::scanCodeCounts_data()
     QTest::newRow("code out of range") << 0x70004u << 0x1234 << -1;
 }
 
-void KeyCodesTest::scanCodeCounts()
+void KeyCodesTest::scanCodeTakesPrecedence()
 {
     QFETCH(quint32, scanCode);
     QFETCH(int, code);

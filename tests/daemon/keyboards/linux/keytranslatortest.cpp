@@ -46,7 +46,7 @@ class KeyTranslatorTest : public QObject
 private Q_SLOTS:
     void hasPlacesForManyNodesButNotForMore();
     void removedPlaceIsUsedAgain();
-    void tellsTheTimeOfTheEvent();
+    void reportsTheTimeOfTheEvent();
     void everyCodeOfANodeCanBeDown();
     void placesThatDoNotExistAreIgnored();
     void knowsWhetherAKeyIsDown();
@@ -74,7 +74,7 @@ void KeyTranslatorTest::removedPlaceIsUsedAgain()
     QCOMPARE(translator.addNode(true), 0);
 }
 
-void KeyTranslatorTest::tellsTheTimeOfTheEvent()
+void KeyTranslatorTest::reportsTheTimeOfTheEvent()
 {
     Recorder recorder;
     KeyTranslator translator(recorder);

@@ -11,14 +11,14 @@ class LatencyHistogramTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void knowsNothingAtFirst();
+    void isEmptyAtFirst();
     void bucketsFollowEachOtherWithoutGaps();
     void percentilesAreAtMostAnEighthTooHigh();
     void extremesAreCounted();
-    void forgets();
+    void canBeCleared();
 };
 
-void LatencyHistogramTest::knowsNothingAtFirst()
+void LatencyHistogramTest::isEmptyAtFirst()
 {
     QCOMPARE(LatencyHistogram().latency(), KeyLatency());
 }
@@ -59,7 +59,7 @@ void LatencyHistogramTest::extremesAreCounted()
     QCOMPARE(histogram.latency().p99Us, 0xFFFFFFFFu);
 }
 
-void LatencyHistogramTest::forgets()
+void LatencyHistogramTest::canBeCleared()
 {
     LatencyHistogram histogram;
     histogram.add(7us);

@@ -41,11 +41,11 @@ private Q_SLOTS:
 
     void showsColorAndBrightness_data();
     void showsColorAndBrightness();
-    void colorGoesInTheOrderOfTheLed();
+    void colorFollowsTheOrderOfTheLed();
     void dimsInSteps_data();
     void dimsInSteps();
-    void goesOff_data();
-    void goesOff();
+    void switchesOff_data();
+    void switchesOff();
     void everyZoneIsLit();
     void ledsOfOneColorMixIt();
     void cyclesThroughTheColors();
@@ -54,12 +54,12 @@ private Q_SLOTS:
     void sleepsUnlessAColorChanges_data();
     void sleepsUnlessAColorChanges();
     void keepsTheSettingsWithoutLeds();
-    void isWrittenAnewForAKeyboardThatComesBack();
+    void writesAgainForAReturningKeyboard();
     void ledsOfARemovedKeyboardAreLeftAlone();
     void errorIsLoggedOnceAndNotTriedAgain();
     void brokenColorEndsTheCycling();
     void sessionSetsTheBrightnessOfALedWithoutRights();
-    void goesOnByItself();
+    void continuesAutomatically();
 
 private:
     void makeLight();
@@ -121,7 +121,7 @@ void LedLightTest::showsColorAndBrightness()
     QCOMPARE(brightness(), QByteArray("255"));
 }
 
-void LedLightTest::colorGoesInTheOrderOfTheLed()
+void LedLightTest::colorFollowsTheOrderOfTheLed()
 {
     const QString other = mTree->addLed(keyboard, u"b:rgb:kbd_backlight"_s, 100, "blue white red green");
     mLight->useNodes(nodes);
@@ -157,7 +157,7 @@ void LedLightTest::dimsInSteps()
     QCOMPARE(intensity(), QByteArray("0 0 255")); // the LED dims by itself
 }
 
-void LedLightTest::goesOff_data()
+void LedLightTest::switchesOff_data()
 {
     QTest::addColumn<Backlight::Settings>("settings");
     Backlight::Settings off = fixed({255, 255, 255});
@@ -169,7 +169,7 @@ void LedLightTest::goesOff_data()
     QTest::newRow("never set") << Backlight::Settings();
 }
 
-void LedLightTest::goesOff()
+void LedLightTest::switchesOff()
 {
     const QString white = mTree->addLed(keyboard, u"b::kbd_backlight"_s, 3);
     mLight->useNodes(nodes);
@@ -298,7 +298,7 @@ void LedLightTest::keepsTheSettingsWithoutLeds()
     QCOMPARE(brightness(), QByteArray("191"));
 }
 
-void LedLightTest::isWrittenAnewForAKeyboardThatComesBack()
+void LedLightTest::writesAgainForAReturningKeyboard()
 {
     mLight->useNodes(nodes);
     mLight->show(fixed({9, 8, 7}));
@@ -375,7 +375,7 @@ void LedLightTest::sessionSetsTheBrightnessOfALedWithoutRights()
     QCOMPARE(brightness(), QByteArray("0"));
 }
 
-void LedLightTest::goesOnByItself()
+void LedLightTest::continuesAutomatically()
 {
     mLight = std::make_unique<LedLight>(LedLight::Outlets{.folders = mTree->folders(), .setForeignBrightness = {}});
     mLight->useNodes(nodes);

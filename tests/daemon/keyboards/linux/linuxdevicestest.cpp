@@ -30,23 +30,23 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void takesNothingOverWithoutBeingTold();
-    void usesAllNodesOfTheChosenKeyboardAndNoOther();
-    void anIdMayBeShortened();
+    void grabsNothingWithoutAChoice();
+    void usesExactlyTheDevicesOfTheChosenKeyboard();
+    void idMayBeShortened();
     void unknownOrAmbiguousIdIsNotUsed();
-    void withoutRightsNothingIsUsedAndTheRemedyIsTold();
-    void withoutOutputNothingIsUsedAndTheRemedyIsTold();
+    void missingRightsPreventUseAndNameTheRemedy();
+    void missingOutputPreventsUseAndNamesTheRemedy();
     void keyboardThatIsAlsoThePointerIsListedButNotUsed();
-    void otherChoiceGivesTheFirstBack();
-    void keyboardThatComesLaterIsUsed();
-    void unpluggedKeyboardIsUsedAgainWhenItComesBack();
-    void anotherOfTheSameKindIsNotTakenForTheChosenOne();
-    void releaseGivesBackAndForgets();
-    void keyboardsAreWantedBeforeTheyAreTakenOver();
-    void panicLeavesThemAloneUntilTheyAreChosenOrPluggedInAgain();
-    void nodeThatAnotherProgramHasIsTold();
+    void otherChoiceReleasesTheFirst();
+    void keyboardPluggedInLaterIsUsed();
+    void unpluggedKeyboardIsUsedAgainWhenItReturns();
+    void anotherOfTheSameKindIsNotUsed();
+    void releaseUngrabsAndForgets();
+    void keyboardsAreWantedBeforeTheyAreGrabbed();
+    void panicReleasesThemUntilTheyAreChosenOrPluggedInAgain();
+    void deviceOfAnotherProgramIsReported();
     void keysReachTheComputer();
-    void tellsVersionAndAttachment();
+    void reportsVersionAndAttachment();
 
 private:
     [[nodiscard]] FakeNode &fake(int number)
@@ -102,7 +102,7 @@ void LinuxDevicesTest::cleanup()
     mPipe.reset();
 }
 
-void LinuxDevicesTest::takesNothingOverWithoutBeingTold()
+void LinuxDevicesTest::grabsNothingWithoutAChoice()
 {
     QCOMPARE(mDevices->devices().size(), 2);
     QCOMPARE(mDevices->devices().first().id, u"1209:00ab"_s);
@@ -112,7 +112,7 @@ void LinuxDevicesTest::takesNothingOverWithoutBeingTold()
     QVERIFY(!mKeyboard->keyThread()); // nor does it start a thread
 }
 
-void LinuxDevicesTest::usesAllNodesOfTheChosenKeyboardAndNoOther()
+void LinuxDevicesTest::usesExactlyTheDevicesOfTheChosenKeyboard()
 {
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
     QTRY_COMPARE(mDevices->status().grabs, (QStringList{u"/dev/input/event1"_s, u"/dev/input/event2"_s}));
@@ -124,7 +124,7 @@ void LinuxDevicesTest::usesAllNodesOfTheChosenKeyboardAndNoOther()
     QCOMPARE(mDevices->choices(), (QList<ChosenDevice>{chosen}));
 }
 
-void LinuxDevicesTest::anIdMayBeShortened()
+void LinuxDevicesTest::idMayBeShortened()
 {
     NodeInfo node = keyboardNode(1, u"/a"_s);
     node.serial = u"S1"_s;
@@ -152,7 +152,7 @@ void LinuxDevicesTest::unknownOrAmbiguousIdIsNotUsed()
     QCOMPARE(mDevices->choices(), before);
 }
 
-void LinuxDevicesTest::withoutRightsNothingIsUsedAndTheRemedyIsTold()
+void LinuxDevicesTest::missingRightsPreventUseAndNameTheRemedy()
 {
     mErrors[u"/dev/input/event2"_s] = EACCES;
     const UseResult result = mDevices->use({u"1209:00ab"_s});
@@ -163,7 +163,7 @@ void LinuxDevicesTest::withoutRightsNothingIsUsedAndTheRemedyIsTold()
     QVERIFY(!fake(1).isOpen());
 }
 
-void LinuxDevicesTest::withoutOutputNothingIsUsedAndTheRemedyIsTold()
+void LinuxDevicesTest::missingOutputPreventsUseAndNamesTheRemedy()
 {
     QSignalSpy wanted(mDevices.get(), &LinuxDevices::wanted);
     mOutputProblem = u"no uinput, do this"_s;
@@ -197,7 +197,7 @@ void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()
     QVERIFY(!fake(1).isOpen());
 }
 
-void LinuxDevicesTest::otherChoiceGivesTheFirstBack()
+void LinuxDevicesTest::otherChoiceReleasesTheFirst()
 {
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
     QTRY_VERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
@@ -206,7 +206,7 @@ void LinuxDevicesTest::otherChoiceGivesTheFirstBack()
     QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen());
 }
 
-void LinuxDevicesTest::keyboardThatComesLaterIsUsed()
+void LinuxDevicesTest::keyboardPluggedInLaterIsUsed()
 {
     const QList<NodeInfo> nodes = mSource->nodes();
     mSource->set({});
@@ -217,7 +217,7 @@ void LinuxDevicesTest::keyboardThatComesLaterIsUsed()
     QVERIFY(!fake(3).isOpen());
 }
 
-void LinuxDevicesTest::unpluggedKeyboardIsUsedAgainWhenItComesBack()
+void LinuxDevicesTest::unpluggedKeyboardIsUsedAgainWhenItReturns()
 {
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
     QTRY_COMPARE(mDevices->status().grabs.size(), 2);
@@ -231,7 +231,7 @@ void LinuxDevicesTest::unpluggedKeyboardIsUsedAgainWhenItComesBack()
     QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event4"_s});
 }
 
-void LinuxDevicesTest::anotherOfTheSameKindIsNotTakenForTheChosenOne()
+void LinuxDevicesTest::anotherOfTheSameKindIsNotUsed()
 {
     NodeInfo first = keyboardNode(1, u"/a"_s);
     first.path = u"port1"_s;
@@ -246,7 +246,7 @@ void LinuxDevicesTest::anotherOfTheSameKindIsNotTakenForTheChosenOne()
     QVERIFY(!fake(4).isOpen());
 }
 
-void LinuxDevicesTest::releaseGivesBackAndForgets()
+void LinuxDevicesTest::releaseUngrabsAndForgets()
 {
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
     QTRY_COMPARE(mDevices->status().grabs.size(), 2);
@@ -257,7 +257,7 @@ void LinuxDevicesTest::releaseGivesBackAndForgets()
     QVERIFY(!mKeyboard->isAttached());
 }
 
-void LinuxDevicesTest::keyboardsAreWantedBeforeTheyAreTakenOver()
+void LinuxDevicesTest::keyboardsAreWantedBeforeTheyAreGrabbed()
 {
     QList<bool> told;
     connect(mDevices.get(), &LinuxDevices::wanted, this, [&](bool isWanted) {
@@ -273,7 +273,7 @@ void LinuxDevicesTest::keyboardsAreWantedBeforeTheyAreTakenOver()
     QCOMPARE(told, (QList<bool>{true, false}));
 }
 
-void LinuxDevicesTest::panicLeavesThemAloneUntilTheyAreChosenOrPluggedInAgain()
+void LinuxDevicesTest::panicReleasesThemUntilTheyAreChosenOrPluggedInAgain()
 {
     QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}).isOk());
     QTRY_COMPARE(mDevices->status().grabs.size(), 3);
@@ -291,7 +291,7 @@ void LinuxDevicesTest::panicLeavesThemAloneUntilTheyAreChosenOrPluggedInAgain()
     QTRY_VERIFY(fake(4).isGrabbed());
 }
 
-void LinuxDevicesTest::nodeThatAnotherProgramHasIsTold()
+void LinuxDevicesTest::deviceOfAnotherProgramIsReported()
 {
     fake(1).setGrabError(EBUSY);
     fake(2).setGrabError(EBUSY);
@@ -328,7 +328,7 @@ void LinuxDevicesTest::keysReachTheComputer()
     mDevices.reset();
 }
 
-void LinuxDevicesTest::tellsVersionAndAttachment()
+void LinuxDevicesTest::reportsVersionAndAttachment()
 {
     QSignalSpy attached(mKeyboard.get(), &Keyboard::attachedChanged);
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());

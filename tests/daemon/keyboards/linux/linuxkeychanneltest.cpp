@@ -29,17 +29,17 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void tellsKeysByTheirUsage();
+    void reportsKeysByTheirUsage();
     void passesMediaKeysOn();
     void macroKeysAreM1ToM5();
-    void keysForTheKeyboardItselfAreTold_data();
-    void keysForTheKeyboardItselfAreTold();
-    void keyForTheLightIsUpWhereItWasDown();
-    void sendsNothingBeforeAKeyboardIsTakenOver();
-    void sameModifierOnTwoKeyboards();
-    void unpluggedKeyboardLetsGoOfItsKeys();
-    void lastKeyboardEndsWhatItsKeysHaveBegun();
-    void panicGivesEverythingBack();
+    void keysForTheKeyboardItselfAreReported_data();
+    void keysForTheKeyboardItselfAreReported();
+    void keyForTheLightIsReleasedWhereItWasPressed();
+    void sendsNothingBeforeAKeyboardIsGrabbed();
+    void sameModifierOnTwoKeyboardsEndsWithTheLast();
+    void unpluggedKeyboardReleasesItsKeys();
+    void lastKeyboardReleasesEverything();
+    void panicReleasesEverything();
     void panicWorksWhenTheChannelIsFlooded();
     void switchesTheLedsOfEveryKeyboard();
     void timesNeverGoBack();
@@ -81,7 +81,7 @@ void LinuxKeyChannelTest::cleanup()
     mPipe.reset();
 }
 
-void LinuxKeyChannelTest::tellsKeysByTheirUsage()
+void LinuxKeyChannelTest::reportsKeysByTheirUsage()
 {
     mChannel->addNode(mFirst->open(), 1, true);
     mFirst->press(KEY_LEFTCTRL, 0x70039); // a table of the system has mapped Caps Lock to Control
@@ -117,7 +117,7 @@ void LinuxKeyChannelTest::macroKeysAreM1ToM5()
     QTRY_COMPARE(mPipe->keys().sliced(5), (QStringList{u"185 down"_s, u"185 up"_s}));
 }
 
-void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold_data()
+void LinuxKeyChannelTest::keysForTheKeyboardItselfAreReported_data()
 {
     using Own = KeyCodes::OwnKey;
     QTest::addColumn<int>("code");
@@ -132,7 +132,7 @@ void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold_data()
     QTest::newRow("another") << KEY_PLAYPAUSE << true << Own::none;
 }
 
-void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold()
+void LinuxKeyChannelTest::keysForTheKeyboardItselfAreReported()
 {
     QFETCH(int, code);
     QFETCH(bool, isLit);
@@ -153,7 +153,7 @@ void LinuxKeyChannelTest::keysForTheKeyboardItselfAreTold()
     disconnect(mChannel.get(), &LinuxKeyChannel::ownKeyPressed, this, nullptr);
 }
 
-void LinuxKeyChannelTest::keyForTheLightIsUpWhereItWasDown()
+void LinuxKeyChannelTest::keyForTheLightIsReleasedWhereItWasPressed()
 {
     mChannel->addNode(mFirst->open(), 1, true);
     mFirst->press(KEY_KBDILLUMUP);
@@ -170,7 +170,7 @@ void LinuxKeyChannelTest::keyForTheLightIsUpWhereItWasDown()
     QTRY_COMPARE(mPipe->keys().sliced(2), (QStringList{u"30 down"_s, u"30 up"_s}));
 }
 
-void LinuxKeyChannelTest::sendsNothingBeforeAKeyboardIsTakenOver()
+void LinuxKeyChannelTest::sendsNothingBeforeAKeyboardIsGrabbed()
 {
     mChannel->send(key(usageA), true);
     mChannel->flush();
@@ -182,7 +182,7 @@ void LinuxKeyChannelTest::sendsNothingBeforeAKeyboardIsTakenOver()
     QCOMPARE(mPipe->keys(), (QStringList{u"30 down"_s, u"272 down"_s}));
 }
 
-void LinuxKeyChannelTest::sameModifierOnTwoKeyboards()
+void LinuxKeyChannelTest::sameModifierOnTwoKeyboardsEndsWithTheLast()
 {
     mChannel->addNode(mFirst->open(), 1, true);
     mChannel->addNode(mSecond->open(), 2, true);
@@ -198,7 +198,7 @@ void LinuxKeyChannelTest::sameModifierOnTwoKeyboards()
     QTRY_COMPARE(mPipe->keys().last(), u"42 up"_s);
 }
 
-void LinuxKeyChannelTest::unpluggedKeyboardLetsGoOfItsKeys()
+void LinuxKeyChannelTest::unpluggedKeyboardReleasesItsKeys()
 {
     QSignalSpy emptied(mChannel.get(), &KeyChannel::emptied);
     QSignalSpy changed(mChannel.get(), &LinuxKeyChannel::nodeChanged);
@@ -216,7 +216,7 @@ void LinuxKeyChannelTest::unpluggedKeyboardLetsGoOfItsKeys()
     QCOMPARE(changed.last().at(1).value<InputNode::State>(), InputNode::State::gone);
 }
 
-void LinuxKeyChannelTest::lastKeyboardEndsWhatItsKeysHaveBegun()
+void LinuxKeyChannelTest::lastKeyboardReleasesEverything()
 {
     mChannel->addNode(mFirst->open(), 1, true);
     mChannel->send(key(usageA), true); // by a macro, for example
@@ -228,7 +228,7 @@ void LinuxKeyChannelTest::lastKeyboardEndsWhatItsKeysHaveBegun()
     QVERIFY(!mFirst->isGrabbed());
 }
 
-void LinuxKeyChannelTest::panicGivesEverythingBack()
+void LinuxKeyChannelTest::panicReleasesEverything()
 {
     QSignalSpy panicked(mChannel.get(), &LinuxKeyChannel::panicked);
     QSignalSpy emptied(mChannel.get(), &KeyChannel::emptied);

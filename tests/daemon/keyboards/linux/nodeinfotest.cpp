@@ -13,21 +13,21 @@ class NodeInfoTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsCodesAsTheKernelWritesThem_data();
-    void readsCodesAsTheKernelWritesThem();
-    void tellsWhatANodeIs_data();
-    void tellsWhatANodeIs();
+    void readsCodesInTheFormOfTheKernel_data();
+    void readsCodesInTheFormOfTheKernel();
+    void classifiesEventDevices_data();
+    void classifiesEventDevices();
     void nodesOfOneKeyboardBelongTogether();
-    void deviceWithoutAKeyboardIsNone();
-    void keyboardThatIsAlsoThePointerIsToldToBeUnusable();
-    void keyboardsOfTheSameKindHaveIdsOfTheirOwn();
+    void deviceWithoutAKeyboardIsNotListed();
+    void keyboardThatIsAlsoThePointerIsUnusable();
+    void keyboardsOfTheSameKindHaveDifferentIds();
     void textFromTheDeviceIsMadeHarmless();
-    void orderIsThatOfTheNodes();
+    void orderFollowsTheEventDevices();
 };
 
 Q_DECLARE_METATYPE(NodeInfo)
 
-void NodeInfoTest::readsCodesAsTheKernelWritesThem_data()
+void NodeInfoTest::readsCodesInTheFormOfTheKernel_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<int>("wordBits");
@@ -42,7 +42,7 @@ void NodeInfoTest::readsCodesAsTheKernelWritesThem_data()
         << QByteArray("ff").append(QByteArray(" 0").repeated(12)) << 64 << QList<int>();
 }
 
-void NodeInfoTest::readsCodesAsTheKernelWritesThem()
+void NodeInfoTest::readsCodesInTheFormOfTheKernel()
 {
     QFETCH(QByteArray, text);
     QFETCH(int, wordBits);
@@ -56,7 +56,7 @@ void NodeInfoTest::readsCodesAsTheKernelWritesThem()
     QCOMPARE(found, codes);
 }
 
-void NodeInfoTest::tellsWhatANodeIs_data()
+void NodeInfoTest::classifiesEventDevices_data()
 {
     QTest::addColumn<NodeInfo>("node");
     QTest::addColumn<NodeKind>("kind");
@@ -97,7 +97,7 @@ void NodeInfoTest::tellsWhatANodeIs_data()
     QTest::newRow("our own") << own << NodeKind::other;
 }
 
-void NodeInfoTest::tellsWhatANodeIs()
+void NodeInfoTest::classifiesEventDevices()
 {
     QFETCH(NodeInfo, node);
     QFETCH(NodeKind, kind);
@@ -116,13 +116,13 @@ void NodeInfoTest::nodesOfOneKeyboardBelongTogether()
     QCOMPARE(keyboards.first().nodes.size(), 3);
 }
 
-void NodeInfoTest::deviceWithoutAKeyboardIsNone()
+void NodeInfoTest::deviceWithoutAKeyboardIsNotListed()
 {
     QCOMPARE(keyboardsOf({mediaNode(1, u"/a"_s)}).size(), 0);
     QCOMPARE(keyboardsOf({}).size(), 0);
 }
 
-void NodeInfoTest::keyboardThatIsAlsoThePointerIsToldToBeUnusable()
+void NodeInfoTest::keyboardThatIsAlsoThePointerIsUnusable()
 {
     NodeInfo mixed = keyboardNode(1, u"/a"_s);
     mixed.relativeAxes.set(REL_X).set(REL_Y);
@@ -138,7 +138,7 @@ void NodeInfoTest::keyboardThatIsAlsoThePointerIsToldToBeUnusable()
     QCOMPARE(apart.first().device.problem, QString());
 }
 
-void NodeInfoTest::keyboardsOfTheSameKindHaveIdsOfTheirOwn()
+void NodeInfoTest::keyboardsOfTheSameKindHaveDifferentIds()
 {
     QList<NodeInfo> nodes{keyboardNode(1, u"/a"_s), keyboardNode(2, u"/b"_s), keyboardNode(3, u"/c"_s),
                           keyboardNode(4, u"/d"_s), keyboardNode(5, u"/e"_s)};
@@ -163,7 +163,7 @@ void NodeInfoTest::textFromTheDeviceIsMadeHarmless()
     QCOMPARE(device.id, u"1209:00ab:a_b_..____reboot_"_s);
 }
 
-void NodeInfoTest::orderIsThatOfTheNodes()
+void NodeInfoTest::orderFollowsTheEventDevices()
 {
     QStringList nodes;
     for (const KeyboardInfo &keyboard :

@@ -14,12 +14,12 @@ class OutputDeviceTest : public QObject
 private Q_SLOTS:
     void hasEveryKeyButThoseOfJoysticksAndTablets();
     void sendsWithTheReport();
-    void codeOfSeveralHoldersComesUpWithTheLast();
-    void keyPressedAndReleasedIsTwoReports();
+    void codeOfSeveralKeysIsReleasedWithTheLast();
+    void pressAndReleaseAreTwoReports();
     void longReportIsSentInParts();
-    void letsGoOfAll();
-    void ignoresWhatItDoesNotHave();
-    void saysWhyItCannotBeMade();
+    void releasesEverything();
+    void ignoresUnknownCodes();
+    void reportsWhyItCannotBeCreated();
 };
 
 void OutputDeviceTest::hasEveryKeyButThoseOfJoysticksAndTablets()
@@ -45,7 +45,7 @@ void OutputDeviceTest::sendsWithTheReport()
     QCOMPARE(pipe.read(), (QStringList{u"42 down"_s, u"30 down"_s, u"turn 7 -1"_s, u"report"_s}));
 }
 
-void OutputDeviceTest::codeOfSeveralHoldersComesUpWithTheLast()
+void OutputDeviceTest::codeOfSeveralKeysIsReleasedWithTheLast()
 {
     OutputPipe pipe;
     const auto device = pipe.device();
@@ -60,7 +60,7 @@ void OutputDeviceTest::codeOfSeveralHoldersComesUpWithTheLast()
     QCOMPARE(pipe.keys(), (QStringList{u"113 down"_s, u"113 up"_s}));
 }
 
-void OutputDeviceTest::keyPressedAndReleasedIsTwoReports()
+void OutputDeviceTest::pressAndReleaseAreTwoReports()
 {
     OutputPipe pipe;
     const auto device = pipe.device();
@@ -81,7 +81,7 @@ void OutputDeviceTest::longReportIsSentInParts()
     QCOMPARE(pipe.read().last(), u"report"_s);
 }
 
-void OutputDeviceTest::letsGoOfAll()
+void OutputDeviceTest::releasesEverything()
 {
     OutputPipe pipe;
     const auto device = pipe.device();
@@ -97,7 +97,7 @@ void OutputDeviceTest::letsGoOfAll()
     QCOMPARE(pipe.keys().size(), 4);
 }
 
-void OutputDeviceTest::ignoresWhatItDoesNotHave()
+void OutputDeviceTest::ignoresUnknownCodes()
 {
     OutputPipe pipe;
     const auto device = pipe.device();
@@ -109,7 +109,7 @@ void OutputDeviceTest::ignoresWhatItDoesNotHave()
     QCOMPARE(pipe.read(), QStringList());
 }
 
-void OutputDeviceTest::saysWhyItCannotBeMade()
+void OutputDeviceTest::reportsWhyItCannotBeCreated()
 {
     if (QFile::exists(u"/dev/uinput"_s))
         QSKIP("this machine may be able to");

@@ -125,7 +125,7 @@ private Q_SLOTS:
     void leavesOthersAlone_data();
     void leavesOthersAlone();
     void wakesAtMostOnceAfterTheLastEvent();
-    void signalOfAnotherProgramEndsNothing();
+    void ignoresTheSignalOfAnotherProgram();
     void locksNoMoreMemoryThanAllowed();
 };
 
@@ -194,7 +194,7 @@ void StallWatchTest::wakesAtMostOnceAfterTheLastEvent()
              qPrintable(QString::number(timesWoken() - before))); // the timer wakes it once as well
 }
 
-void StallWatchTest::signalOfAnotherProgramEndsNothing()
+void StallWatchTest::ignoresTheSignalOfAnotherProgram()
 {
     const StallWatch watch(limit);
     QCOMPARE(::raise(SIGALRM), 0);
