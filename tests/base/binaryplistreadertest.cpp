@@ -56,14 +56,14 @@ private slots:
     void decodesScalars();
     void refusesObjects_data();
     void refusesObjects();
-    void readsSizesThatAreNoPowerOfTwo();
+    void readsSizesOtherThanPowersOfTwo();
     void rootNeedNotBeTheFirstObject();
     void unusedObjectsAreIgnored();
-    void lastOfEqualKeysCounts();
-    void keysInAnyOrder();
+    void lastOfEqualKeysApplies();
+    void readsKeysInAnyOrder();
     void emptyAndAbsentAreDistinct();
     void sharedContainersAreEqualEverywhere();
-    void arrayAndDictionaryWithLikeReferencesDiffer();
+    void arrayAndDictionaryWithEqualReferencesDiffer();
     void refusesTrailers_data();
     void refusesTrailers();
     void refusesCycles_data();
@@ -77,7 +77,7 @@ private slots:
     void refusesStringsThatShareBytes();
     void refusesHugeCounts_data();
     void refusesHugeCounts();
-    void randomTreesComeBack();
+    void randomTreesSurviveWritingAndReading();
 };
 
 void BinaryPlistReaderTest::decodesScalars_data()
@@ -172,7 +172,7 @@ void BinaryPlistReaderTest::refusesObjects()
     QVERIFY(!PropertyList::read(binaryFile({array, hex("1007"), object})));
 }
 
-void BinaryPlistReaderTest::readsSizesThatAreNoPowerOfTwo()
+void BinaryPlistReaderTest::readsSizesOtherThanPowersOfTwo()
 {
     const QByteArray objects = hex("a2000001"
                                    "000002"
@@ -197,7 +197,7 @@ void BinaryPlistReaderTest::unusedObjectsAreIgnored()
     QCOMPARE(PropertyList::read(binaryFile({hex("a0"), hex("00"), hex("a101")})), QVariant(QVariantList()));
 }
 
-void BinaryPlistReaderTest::lastOfEqualKeysCounts()
+void BinaryPlistReaderTest::lastOfEqualKeysApplies()
 {
     const auto read = PropertyList::read(binaryFile({hex("d2"
                                                          "0102"
@@ -206,7 +206,7 @@ void BinaryPlistReaderTest::lastOfEqualKeysCounts()
     QCOMPARE(read, QVariant(QVariantMap{{u"a"_s, 2}}));
 }
 
-void BinaryPlistReaderTest::keysInAnyOrder()
+void BinaryPlistReaderTest::readsKeysInAnyOrder()
 {
     const auto read = PropertyList::read(binaryFile({hex("d3"
                                                          "010203"
@@ -235,7 +235,7 @@ void BinaryPlistReaderTest::sharedContainersAreEqualEverywhere()
     QCOMPARE(read, QVariant(QVariantList{inner, inner, inner}));
 }
 
-void BinaryPlistReaderTest::arrayAndDictionaryWithLikeReferencesDiffer()
+void BinaryPlistReaderTest::arrayAndDictionaryWithEqualReferencesDiffer()
 {
     const auto read = PropertyList::read(binaryFile({hex("a20102"), hex("a20303"), hex("d10303"), hex("5161")}));
     QCOMPARE(read, QVariant(QVariantList{QVariantList{u"a"_s, u"a"_s}, QVariantMap{{u"a"_s, u"a"_s}}}));
@@ -415,7 +415,7 @@ void BinaryPlistReaderTest::refusesHugeCounts()
     QVERIFY(!PropertyList::read(binaryFile({object, hex("5161")})));
 }
 
-void BinaryPlistReaderTest::randomTreesComeBack()
+void BinaryPlistReaderTest::randomTreesSurviveWritingAndReading()
 {
     std::mt19937 random(271);
     for (int round = 0; round < 400; ++round) {

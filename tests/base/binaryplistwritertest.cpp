@@ -49,19 +49,19 @@ class BinaryPlistWriterTest : public QObject
 private slots:
     void encodesScalars_data();
     void encodesScalars();
-    void writesWholeFile();
+    void writesTheWholeFile();
     void writesKeysInOrderBeforeValues();
     void sameTreeGivesSameBytes();
     void writesEqualScalarsOnce();
-    void keepsEqualNumbersOfDifferentTypesApart();
-    void tellsStringFromDataAndDateFromReal();
+    void distinguishesEqualNumbersOfDifferentTypes();
+    void distinguishesStringFromDataAndDateFromReal();
     void signedZeroSurvives();
     void usesSmallestSizes_data();
     void usesSmallestSizes();
     void acceptsStringListAndOtherNumberTypes();
     void writesDatesInUtc();
-    void refusesWhatHasNoForm_data();
-    void refusesWhatHasNoForm();
+    void refusesUnsupportedValues_data();
+    void refusesUnsupportedValues();
     void keepsLimitOfDepth();
     void keepsLimitOfNodesWhenTreeIsShared();
     void keepsLimitOfContent();
@@ -113,7 +113,7 @@ void BinaryPlistWriterTest::encodesScalars()
     QCOMPARE(objectBytes(value).toHex(), bytes.toHex());
 }
 
-void BinaryPlistWriterTest::writesWholeFile()
+void BinaryPlistWriterTest::writesTheWholeFile()
 {
     // Scalars come first, in the order of their first occurrence; the containers follow.
     const QByteArray expected = QByteArray::fromHex("62706c6973743030" // bplist00
@@ -181,7 +181,7 @@ void BinaryPlistWriterTest::writesEqualScalarsOnce()
     QCOMPARE(objectCount(QVariantList{QVariantList(), QVariantList()}), 3);
 }
 
-void BinaryPlistWriterTest::keepsEqualNumbersOfDifferentTypesApart()
+void BinaryPlistWriterTest::distinguishesEqualNumbersOfDifferentTypes()
 {
     const QVariantList numbers{1, true, 1.0, 0, false, 0.0};
     QCOMPARE(objectCount(numbers), 7);
@@ -191,7 +191,7 @@ void BinaryPlistWriterTest::keepsEqualNumbersOfDifferentTypesApart()
         QCOMPARE(back[i].typeId(), numbers[i].typeId());
 }
 
-void BinaryPlistWriterTest::tellsStringFromDataAndDateFromReal()
+void BinaryPlistWriterTest::distinguishesStringFromDataAndDateFromReal()
 {
     QCOMPARE(objectCount(QVariantList{u"ab"_s, QByteArray("ab")}), 3);
     QCOMPARE(objectCount(QVariantList{0.0, QDateTime(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC)}), 3);
@@ -245,7 +245,7 @@ void BinaryPlistWriterTest::writesDatesInUtc()
     QCOMPARE(written(utc.toOffsetFromUtc(7200)), written(utc));
 }
 
-void BinaryPlistWriterTest::refusesWhatHasNoForm_data()
+void BinaryPlistWriterTest::refusesUnsupportedValues_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::newRow("nothing") << QVariant();
@@ -258,7 +258,7 @@ void BinaryPlistWriterTest::refusesWhatHasNoForm_data()
     QTest::newRow("inside a dictionary") << QVariant(QVariantMap{{u"a"_s, QVariantMap{{u"b"_s, QVariant()}}}});
 }
 
-void BinaryPlistWriterTest::refusesWhatHasNoForm()
+void BinaryPlistWriterTest::refusesUnsupportedValues()
 {
     QFETCH(QVariant, value);
     QVERIFY(!PropertyList::writeBinary(value));

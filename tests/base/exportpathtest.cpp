@@ -15,8 +15,8 @@ class ExportPathTest : public QObject
 private Q_SLOTS:
     void suffixIsAlwaysAppended_data();
     void suffixIsAlwaysAppended();
-    void longNameIsCutToWhatAFileCanBear_data();
-    void longNameIsCutToWhatAFileCanBear();
+    void longNameIsCutToTheLimitOfFileNames_data();
+    void longNameIsCutToTheLimitOfFileNames();
 };
 
 void ExportPathTest::suffixIsAlwaysAppended_data()
@@ -37,7 +37,7 @@ void ExportPathTest::suffixIsAlwaysAppended()
     QTEST(exportPath(chosen, u"Kind"_s), "path");
 }
 
-void ExportPathTest::longNameIsCutToWhatAFileCanBear_data()
+void ExportPathTest::longNameIsCutToTheLimitOfFileNames_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("cut");
@@ -50,7 +50,7 @@ void ExportPathTest::longNameIsCutToWhatAFileCanBear_data()
                                          << u"a"_s + u"\U0001f3ae"_s.repeated(62);
 }
 
-void ExportPathTest::longNameIsCutToWhatAFileCanBear()
+void ExportPathTest::longNameIsCutToTheLimitOfFileNames()
 {
     QFETCH(QString, name);
     QFETCH(QString, cut);

@@ -23,11 +23,11 @@ class FactoryDocumentTest : public QObject
 
 private slots:
     void initTestCase();
-    void isXmlSoThatChangesCanBeRead();
-    void isWhatTheToolMakes();
+    void isReadableXml();
+    void equalsTheOutputOfTheTool();
     void hasOneDefaultProfileAndNoMacros();
     void mapsEachKeyToItsDefault();
-    void profileIsBoundToNoApplication();
+    void profileHasNoApplication();
     void lightingValuesHaveTheirTypesAndRanges();
     void deviceSettingsHaveTheirTypes();
     void noKeyWasSelectedLast();
@@ -60,13 +60,13 @@ QVariantMap FactoryDocumentTest::defaultProfile() const
         .toMap();
 }
 
-void FactoryDocumentTest::isXmlSoThatChangesCanBeRead()
+void FactoryDocumentTest::isReadableXml()
 {
     QVERIFY(mBytes.startsWith("<?xml"));
     QVERIFY(mBytes.count('\n') > 500);
 }
 
-void FactoryDocumentTest::isWhatTheToolMakes()
+void FactoryDocumentTest::equalsTheOutputOfTheTool()
 {
     QProcess tool;
     tool.start(u"python3"_s, {QStringLiteral(KESTRA_SOURCE_DIR "/tools/make_factory_plist.py"), u"--check"_s});
@@ -100,7 +100,7 @@ void FactoryDocumentTest::mapsEachKeyToItsDefault()
     }
 }
 
-void FactoryDocumentTest::profileIsBoundToNoApplication()
+void FactoryDocumentTest::profileHasNoApplication()
 {
     const QVariantMap none{{SettingsKeys::application, u""_s},
                            {SettingsKeys::executable, u""_s},

@@ -198,10 +198,10 @@ class PlistCrossCheckTest : public QObject
     Q_OBJECT
 
 private slots:
-    void readsWhatPlistlibWrites();
-    void plistlibReadsWhatIsWritten();
-    void readsWhatLibplistWrites();
-    void libplistReadsWhatIsWritten();
+    void readsTheOutputOfPlistlib();
+    void plistlibReadsOurOutput();
+    void readsTheOutputOfLibplist();
+    void libplistReadsOurOutput();
     void bothReadTheDocument_data() { addDocuments(); }
     void bothReadTheDocument();
     void readsTheDocumentOfBoth_data() { addDocuments(); }
@@ -213,7 +213,7 @@ private:
     static void addDocuments();
 };
 
-void PlistCrossCheckTest::readsWhatPlistlibWrites()
+void PlistCrossCheckTest::readsTheOutputOfPlistlib()
 {
     const QTemporaryDir folder;
     QVERIFY(!peer({u"make"_s, folder.path(), QString::number(rounds), u"271"_s}).isNull());
@@ -229,7 +229,7 @@ void PlistCrossCheckTest::readsWhatPlistlibWrites()
     }
 }
 
-void PlistCrossCheckTest::plistlibReadsWhatIsWritten()
+void PlistCrossCheckTest::plistlibReadsOurOutput()
 {
     const QTemporaryDir folder;
     std::mt19937 random(20110517);
@@ -246,7 +246,7 @@ void PlistCrossCheckTest::plistlibReadsWhatIsWritten()
         QCOMPARE(QJsonValue(QJsonDocument::fromJson(lines[round]).array()), described(trees[round]));
 }
 
-void PlistCrossCheckTest::readsWhatLibplistWrites()
+void PlistCrossCheckTest::readsTheOutputOfLibplist()
 {
     const QTemporaryDir folder;
     QVERIFY(!peer({u"make"_s, folder.path(), QString::number(rounds), u"4"_s}).isNull());
@@ -267,7 +267,7 @@ void PlistCrossCheckTest::readsWhatLibplistWrites()
     }
 }
 
-void PlistCrossCheckTest::libplistReadsWhatIsWritten()
+void PlistCrossCheckTest::libplistReadsOurOutput()
 {
     std::mt19937 random(2011);
     for (int round = 0; round < rounds; ++round) {

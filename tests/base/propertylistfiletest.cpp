@@ -26,7 +26,7 @@ private slots:
     void otherRootIsAbsent();
     void emptyFileIsAbsent();
     void tooLargeFileIsAbsent();
-    void onlyARegularFileIsRead();
+    void readsOnlyARegularFile();
     void doesNotWaitForAPipeInItsPlace();
     void opensNoOtherFileForANameWithANull();
     void replacesFileByANewOne();
@@ -34,10 +34,10 @@ private slots:
     void leavesNothingElseInTheFolder();
     void followsSymbolicLinks();
     void writesIntoNoMissingFolder();
-    void folderThatIsNotFlushedFails_data();
-    void folderThatIsNotFlushedFails();
-    void takesMemoryForWhatIsInAFile();
-    void saysWhyAFileCannotBeRead();
+    void writingFailsWithoutAFlushOfTheFolder_data();
+    void writingFailsWithoutAFlushOfTheFolder();
+    void allocatesMemoryForTheContentOnly();
+    void reportsWhyAFileCannotBeRead();
 
 private:
     QString inFolder(const QString &name) const { return mFolder.filePath(name); }
@@ -93,7 +93,7 @@ void PropertyListFileTest::tooLargeFileIsAbsent()
     QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"larger"_s)));
 }
 
-void PropertyListFileTest::onlyARegularFileIsRead()
+void PropertyListFileTest::readsOnlyARegularFile()
 {
     const QString pipe = inFolder(u"pipe"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
@@ -175,7 +175,7 @@ void PropertyListFileTest::writesIntoNoMissingFolder()
     QVERIFY(!QFileInfo::exists(inFolder(u"none"_s)));
 }
 
-void PropertyListFileTest::folderThatIsNotFlushedFails_data()
+void PropertyListFileTest::writingFailsWithoutAFlushOfTheFolder_data()
 {
     QTest::addColumn<int>("error");
     QTest::addColumn<bool>("isWritten");
@@ -187,7 +187,7 @@ void PropertyListFileTest::folderThatIsNotFlushedFails_data()
     QTest::newRow("the file system knows no flushing") << ENOTSUP << true;
 }
 
-void PropertyListFileTest::folderThatIsNotFlushedFails()
+void PropertyListFileTest::writingFailsWithoutAFlushOfTheFolder()
 {
     QFETCH(int, error);
     const FolderFlushFailure failure(error);
@@ -195,7 +195,7 @@ void PropertyListFileTest::folderThatIsNotFlushedFails()
     QCOMPARE(failure.count(), 1);
 }
 
-void PropertyListFileTest::takesMemoryForWhatIsInAFile()
+void PropertyListFileTest::allocatesMemoryForTheContentOnly()
 {
     writeFile(inFolder(u"small"_s), "{ a = b; }");
     QVERIFY(PropertyList::readFileBytes(inFolder(u"small"_s)).data.capacity() < 1024 * 1024);
@@ -204,7 +204,7 @@ void PropertyListFileTest::takesMemoryForWhatIsInAFile()
     QCOMPARE(PropertyList::readFileBytes(inFolder(u"large"_s)).data, large);
 }
 
-void PropertyListFileTest::saysWhyAFileCannotBeRead()
+void PropertyListFileTest::reportsWhyAFileCannotBeRead()
 {
     writeFile(inFolder(u"readable"_s), "{ a = b; }");
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(inFolder(u"readable"_s));

@@ -40,18 +40,18 @@ private slots:
     void readOnlyInstallationIsCopiedForTheUser();
     void copyCanBeReplaced();
     void copyWithTheInstalledSettingsIsKept();
-    void copyTakesOverTheSettingsOfAnUpdate_data();
-    void copyTakesOverTheSettingsOfAnUpdate();
+    void copyAdoptsTheSettingsOfAnUpdate_data();
+    void copyAdoptsTheSettingsOfAnUpdate();
     void olderCopyIsKeptWhenItCannotBeWritten_data();
     void olderCopyIsKeptWhenItCannotBeWritten();
     void copyIsKeptWhenTheInstalledFileIsDamaged_data();
     void copyIsKeptWhenTheInstalledFileIsDamaged();
-    void damagedCopyIsMadeAnew_data();
-    void damagedCopyIsMadeAnew();
+    void damagedCopyIsRecreated_data();
+    void damagedCopyIsRecreated();
     void copyIsNeverHalfWritten();
-    void installedFileWhenItIsDamagedItself();
+    void installedFileIsUsedWhenItIsDamagedItself();
     void readOnlyFileInWritableFolderIsCopied();
-    void installedFileWhenNoCopyCanBeMade();
+    void installedFileIsUsedWhenNoCopyCanBeCreated();
 
 private:
     void setModes(mode_t folderMode, mode_t fileMode) const;
@@ -159,7 +159,7 @@ void ResourcesTest::copyWithTheInstalledSettingsIsKept()
     QCOMPARE(contentOf(mCopy), copy);
 }
 
-void ResourcesTest::copyTakesOverTheSettingsOfAnUpdate_data()
+void ResourcesTest::copyAdoptsTheSettingsOfAnUpdate_data()
 {
     QTest::addColumn<QByteArray>("installed");
     const auto xml = [](const QByteArray &value) {
@@ -171,7 +171,7 @@ void ResourcesTest::copyTakesOverTheSettingsOfAnUpdate_data()
     QTest::newRow("none") << QByteArray("{ \"Default Settings\" = {}; }");
 }
 
-void ResourcesTest::copyTakesOverTheSettingsOfAnUpdate()
+void ResourcesTest::copyAdoptsTheSettingsOfAnUpdate()
 {
     QFETCH(QByteArray, installed);
     writeFile(mInstalledFile, installed);
@@ -234,7 +234,7 @@ void ResourcesTest::copyIsKeptWhenTheInstalledFileIsDamaged()
     QCOMPARE(contentOf(mCopy), factoryContent);
 }
 
-void ResourcesTest::damagedCopyIsMadeAnew_data()
+void ResourcesTest::damagedCopyIsRecreated_data()
 {
     QTest::addColumn<QByteArray>("damaged");
     QTest::addColumn<QString>("lastSelectedKey"); // expected in the end
@@ -248,7 +248,7 @@ void ResourcesTest::damagedCopyIsMadeAnew_data()
     QTest::newRow("remembered of another type") << QByteArray("{ \"Device Info\" = ( a ); }") << u""_s;
 }
 
-void ResourcesTest::damagedCopyIsMadeAnew()
+void ResourcesTest::damagedCopyIsRecreated()
 {
     QFETCH(QByteArray, damaged);
     setModes(0555, 0444);
@@ -271,7 +271,7 @@ void ResourcesTest::copyIsNeverHalfWritten()
              QStringList());
 }
 
-void ResourcesTest::installedFileWhenItIsDamagedItself()
+void ResourcesTest::installedFileIsUsedWhenItIsDamagedItself()
 {
     QVERIFY(PropertyList::writeFileAtomically(mInstalledFile, "{ half"));
     setModes(0555, 0444);
@@ -285,7 +285,7 @@ void ResourcesTest::readOnlyFileInWritableFolderIsCopied()
     QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
 }
 
-void ResourcesTest::installedFileWhenNoCopyCanBeMade()
+void ResourcesTest::installedFileIsUsedWhenNoCopyCanBeCreated()
 {
     setModes(0555, 0444);
     QVERIFY(::chmod(QFile::encodeName(mUserFolder).constData(), 0555) == 0);

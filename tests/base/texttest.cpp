@@ -33,7 +33,7 @@ class TextTest : public QObject
 private slots:
     void unknownKeyHasNoTranslation();
     void keyIsLookedUpInTheTable();
-    void tableCanBeTakenOutAgain();
+    void tableCanBeRemovedAgain();
     void formatsTheTextOfAKey();
     void replacesPlaceholders_data();
     void replacesPlaceholders();
@@ -56,7 +56,7 @@ void TextTest::keyIsLookedUpInTheTable()
     QCOMPARE(localizedText("lkeyPercent"), u"100 % (%1)"_s);
 }
 
-void TextTest::tableCanBeTakenOutAgain()
+void TextTest::tableCanBeRemovedAgain()
 {
     Table table;
     QVERIFY(QCoreApplication::installTranslator(&table));

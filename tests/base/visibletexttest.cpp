@@ -13,17 +13,17 @@ class VisibleTextTest : public QObject
     Q_OBJECT
 
 private slots:
-    void replacesWhatIsObeyed_data();
-    void replacesWhatIsObeyed();
-    void keepsWhatIsShown_data();
-    void keepsWhatIsShown();
-    void keepsOneCharacterEach();
-    void escapesJsonWithoutChangingIt_data() { replacesWhatIsObeyed_data(); }
+    void replacesControlCharacters_data();
+    void replacesControlCharacters();
+    void keepsVisibleCharacters_data();
+    void keepsVisibleCharacters();
+    void replacesEachByOneCharacter();
+    void escapesJsonWithoutChangingIt_data() { replacesControlCharacters_data(); }
     void escapesJsonWithoutChangingIt();
     void keepsLinesOfJson();
 };
 
-void VisibleTextTest::replacesWhatIsObeyed_data()
+void VisibleTextTest::replacesControlCharacters_data()
 {
     QTest::addColumn<QString>("character");
     const auto row = [](const char *name, char32_t character) {
@@ -56,14 +56,14 @@ void VisibleTextTest::replacesWhatIsObeyed_data()
     row("language tag", 0xe0001);
 }
 
-void VisibleTextTest::replacesWhatIsObeyed()
+void VisibleTextTest::replacesControlCharacters()
 {
     QFETCH(QString, character);
     QCOMPARE(visibleText(u"a"_s + character + u"b"_s + character, u'?'), u"a?b?"_s);
     QCOMPARE(visibleText(character, u' '), u" "_s);
 }
 
-void VisibleTextTest::keepsWhatIsShown_data()
+void VisibleTextTest::keepsVisibleCharacters_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("empty") << QString();
@@ -73,14 +73,14 @@ void VisibleTextTest::keepsWhatIsShown_data()
     QTest::newRow("flag of England") << u"\U0001f3f4\U000e0067\U000e0062\U000e0065\U000e006e\U000e0067\U000e007f"_s;
 }
 
-void VisibleTextTest::keepsWhatIsShown()
+void VisibleTextTest::keepsVisibleCharacters()
 {
     QFETCH(QString, text);
     QCOMPARE(visibleText(text, u'?'), text);
     QCOMPARE(visibleJson(text), text);
 }
 
-void VisibleTextTest::keepsOneCharacterEach()
+void VisibleTextTest::replacesEachByOneCharacter()
 {
     QCOMPARE(visibleText(u"\r\n\u001b[2J\u202eexe.txt"_s, u'?'), u"???[2J?exe.txt"_s);
     QCOMPARE(visibleText(QString(QChar(0xd83d)), u'?'), u"\ufffd"_s);

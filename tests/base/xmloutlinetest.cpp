@@ -57,11 +57,11 @@ private slots:
     void refusesBeforeTheParser();
     void costsNoMoreThanTwiceAHarmlessFile_data();
     void costsNoMoreThanTwiceAHarmlessFile();
-    void readsWhatIsWithinTheLimits_data();
-    void readsWhatIsWithinTheLimits();
+    void readsTextsWithinTheLimits_data();
+    void readsTextsWithinTheLimits();
     void keepsLimits_data();
     void keepsLimits();
-    void looksAtTheWholeOfWhatIsRead();
+    void inspectsTheWholeText();
 };
 
 // The XML parser would work on most of these texts for long, and reject the others in the end.
@@ -143,7 +143,7 @@ void XmlOutlineTest::costsNoMoreThanTwiceAHarmlessFile()
              qPrintable(QString::number(outline.steps)));
 }
 
-void XmlOutlineTest::readsWhatIsWithinTheLimits_data()
+void XmlOutlineTest::readsTextsWithinTheLimits_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QVariant>("value");
@@ -164,7 +164,7 @@ void XmlOutlineTest::readsWhatIsWithinTheLimits_data()
     QTest::newRow("large and harmless") << harmless(6'300'000) << QVariant(values);
 }
 
-void XmlOutlineTest::readsWhatIsWithinTheLimits()
+void XmlOutlineTest::readsTextsWithinTheLimits()
 {
     QFETCH(QString, text);
     QFETCH(QVariant, value);
@@ -202,7 +202,7 @@ void XmlOutlineTest::keepsLimits()
 }
 
 // The parser could read anything in a part that the outline skipped.
-void XmlOutlineTest::looksAtTheWholeOfWhatIsRead()
+void XmlOutlineTest::inspectsTheWholeText()
 {
     const QString text = harmless(testSize);
     QVERIFY(outlineOfXml(text).isWithinLimits);

@@ -38,8 +38,8 @@ private slots:
     void readsRealsOutOfRange();
     void refuses_data();
     void refuses();
-    void toleratesWhatSurroundsTheValue_data();
-    void toleratesWhatSurroundsTheValue();
+    void toleratesContentAroundTheValue_data();
+    void toleratesContentAroundTheValue();
     void readsEncodings_data();
     void readsEncodings();
     void refusesEntityBombsQuickly_data();
@@ -197,7 +197,7 @@ void XmlPlistReaderTest::refuses()
     QVERIFY(!PropertyList::read(xml));
 }
 
-void XmlPlistReaderTest::toleratesWhatSurroundsTheValue_data()
+void XmlPlistReaderTest::toleratesContentAroundTheValue_data()
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::newRow("nothing") << QByteArray("<plist><true/></plist>");
@@ -209,7 +209,7 @@ void XmlPlistReaderTest::toleratesWhatSurroundsTheValue_data()
     QTest::newRow("single quotes") << QByteArray("<?xml version='1.0' encoding='utf-8'?><plist><true/></plist>");
 }
 
-void XmlPlistReaderTest::toleratesWhatSurroundsTheValue()
+void XmlPlistReaderTest::toleratesContentAroundTheValue()
 {
     QFETCH(QByteArray, xml);
     QCOMPARE(PropertyList::read(xml), QVariant(true));

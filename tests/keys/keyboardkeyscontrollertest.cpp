@@ -29,8 +29,8 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void everyOutletIsFoundByItsName();
-    void startsAsAwakened();
+    void everyOutletHasItsName();
+    void hasItsInitialStateAfterAwakening();
     void everyKeySelectsItselfBothWays();
     void onlyFunctionKeysSetTheFlag();
     void fixedKeysSelectNothing_data();
@@ -43,8 +43,8 @@ private Q_SLOTS:
     void updateCurrentButtonIgnoresCodesOutsideTheLayout_data();
     void updateCurrentButtonIgnoresCodesOutsideTheLayout();
     void updateCurrentButtonFindsM1();
-    void highlightsMappedKeysExceptTheSelectedOne();
-    void redrawClearsKeysThatAreNoLongerMapped();
+    void highlightsMappedKeysExceptTheSelectedKey();
+    void redrawClearsUnmappedKeys();
     void resetKeysLeavesFixedKeysAlone();
     void laterRedrawsKeepTheSelection();
     void showsTheActiveProfilesName();
@@ -54,10 +54,10 @@ private Q_SLOTS:
     void restoresTheLastSelectedKey();
     void restoresAFunctionKeyWithItsName();
     void lastSelectedKeyOutsideTheLayoutSelectsNoButton();
-    void assignsNothingToAKeyThatIsNone_data();
-    void assignsNothingToAKeyThatIsNone();
-    void savesTheLastSelectedKeyAndNothingElse();
-    void missingFileIsNotMade();
+    void assignsNothingToAnInvalidKey_data();
+    void assignsNothingToAnInvalidKey();
+    void savesOnlyTheLastSelectedKey();
+    void missingFileIsNotCreated();
 
     void controlsStateReachesEveryControl();
     void absentKeyboardLooksInactive();
@@ -69,7 +69,7 @@ private Q_SLOTS:
     void cleanUpWithoutProfilesSendsNothing();
 
     void everyControlHasAnAccessibleName();
-    void everySelectableKeySaysWhatItDoes();
+    void everySelectableKeyDescribesItsAction();
     void namesFromFilesAreNotMarkup();
     void namesFromFilesStayOnTheirLine();
     void tabKeyReachesKeysAndPopUps();
@@ -108,7 +108,7 @@ QVariantMap KeyboardKeysControllerTest::readPlist() const
     return PropertyList::readPropertyListFile(plistPath()).value_or(QVariantMap());
 }
 
-void KeyboardKeysControllerTest::everyOutletIsFoundByItsName()
+void KeyboardKeysControllerTest::everyOutletHasItsName()
 {
     const Tab tab(profile(u"P"_s));
     for (const KeyRow &row : KeyLayout::selectableKeys())
@@ -127,7 +127,7 @@ void KeyboardKeysControllerTest::everyOutletIsFoundByItsName()
     QVERIFY(tab.find<QPushButton>("mSingleKeyCancel"));
 }
 
-void KeyboardKeysControllerTest::startsAsAwakened()
+void KeyboardKeysControllerTest::hasItsInitialStateAfterAwakening()
 {
     KeyboardKeysController controller;
     controller.setMKeysCurrentProfileDict(profile(u"P"_s));
@@ -279,7 +279,7 @@ void KeyboardKeysControllerTest::updateCurrentButtonFindsM1()
     QCOMPARE(tab.controller->currentButtonValue(), u"106"_s);
 }
 
-void KeyboardKeysControllerTest::highlightsMappedKeysExceptTheSelectedOne()
+void KeyboardKeysControllerTest::highlightsMappedKeysExceptTheSelectedKey()
 {
     Tab tab(profile(u"P"_s, {{u"41"_s, entry(20)}, // Esc, the selected key at the start
                              {u"4"_s, entry(20)},
@@ -299,7 +299,7 @@ void KeyboardKeysControllerTest::highlightsMappedKeysExceptTheSelectedOne()
     QVERIFY(!tab.controller->isKeyMapped(1000));
 }
 
-void KeyboardKeysControllerTest::redrawClearsKeysThatAreNoLongerMapped()
+void KeyboardKeysControllerTest::redrawClearsUnmappedKeys()
 {
     Tab tab(profile(u"P"_s, {{u"4"_s, entry(20)}}));
     QVERIFY(tab.key("mA")->isHighlighted());
@@ -386,14 +386,14 @@ void KeyboardKeysControllerTest::lastSelectedKeyOutsideTheLayoutSelectsNoButton(
     QCOMPARE(tab.controller->currentButton(), tab.key("mA"));
 }
 
-void KeyboardKeysControllerTest::assignsNothingToAKeyThatIsNone_data()
+void KeyboardKeysControllerTest::assignsNothingToAnInvalidKey_data()
 {
     QTest::addColumn<QString>("lastSelected");
     for (const QString &text : {u"100"_s, u"garbage"_s, u"-1"_s, u"99999999999"_s})
         QTest::newRow(qUtf8Printable(text)) << text;
 }
 
-void KeyboardKeysControllerTest::assignsNothingToAKeyThatIsNone()
+void KeyboardKeysControllerTest::assignsNothingToAnInvalidKey()
 {
     QFETCH(QString, lastSelected);
     writePlist({{u"Device Info"_s, QVariantMap{{u"Last selected key"_s, lastSelected}}}});
@@ -406,7 +406,7 @@ void KeyboardKeysControllerTest::assignsNothingToAKeyThatIsNone()
     QCOMPARE(assignments->indexOfSelectedItem(), shown);
 }
 
-void KeyboardKeysControllerTest::savesTheLastSelectedKeyAndNothingElse()
+void KeyboardKeysControllerTest::savesOnlyTheLastSelectedKey()
 {
     const QVariantMap before{{u"Device Info"_s, QVariantMap{{u"Last selected key"_s, u"41"_s}, {u"kept"_s, true}}},
                              {u"Default Settings"_s, QVariantMap{{u"Profiles"_s, QVariantList{profile(u"D"_s)}}}}};
@@ -424,7 +424,7 @@ void KeyboardKeysControllerTest::savesTheLastSelectedKeyAndNothingElse()
     QCOMPARE(again.controller->selectedKey(), u"140"_s);
 }
 
-void KeyboardKeysControllerTest::missingFileIsNotMade()
+void KeyboardKeysControllerTest::missingFileIsNotCreated()
 {
     qputenv("XDG_DATA_HOME", mResources->filePath(u"data"_s).toLocal8Bit());
     QVERIFY(QFile::remove(plistPath()));
@@ -555,7 +555,7 @@ void KeyboardKeysControllerTest::everyControlHasAnAccessibleName()
         QVERIFY2(!tab.find<QWidget>(name)->accessibleName().isEmpty(), name);
 }
 
-void KeyboardKeysControllerTest::everySelectableKeySaysWhatItDoes()
+void KeyboardKeysControllerTest::everySelectableKeyDescribesItsAction()
 {
     const Tab tab(
         profile(u"P"_s,

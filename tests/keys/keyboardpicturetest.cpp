@@ -19,15 +19,15 @@ private Q_SLOTS:
     void hasAShapeForEveryKeyOfTheTable();
     void noTwoKeysOverlap();
     void everyKeyLiesInsideTheBounds();
-    void mKeysStandInAColumnAtTheLeft();
-    void tKeysStandInARowUnderTheSpaceBar();
-    void modifiersStandInTheirOrder();
-    void functionKeysStandInARow();
+    void mKeysFormAColumnAtTheLeft();
+    void tKeysFormARowUnderTheSpaceBar();
+    void modifiersHaveTheirOrder();
+    void functionKeysFormARow();
     void scalesWithoutOverlap_data();
     void scalesWithoutOverlap();
     void keepsTheRatioAndCentres();
-    void arrowsGoToTheKeyThatLiesThere_data();
-    void arrowsGoToTheKeyThatLiesThere();
+    void arrowsSelectTheNextKeyInTheirDirection_data();
+    void arrowsSelectTheNextKeyInTheirDirection();
     void arrowsStopAtTheEdge();
     void everyKeyIsReachableByArrows();
     void arrowKeyClicksTheNeighbour();
@@ -80,7 +80,7 @@ void KeyboardPictureTest::everyKeyLiesInsideTheBounds()
     }
 }
 
-void KeyboardPictureTest::mKeysStandInAColumnAtTheLeft()
+void KeyboardPictureTest::mKeysFormAColumnAtTheLeft()
 {
     for (const char *outlet : {"mM1", "mM2", "mM3", "mM4", "mM5"})
         QCOMPARE(placeOf(outlet).left(), 0.0);
@@ -89,7 +89,7 @@ void KeyboardPictureTest::mKeysStandInAColumnAtTheLeft()
     QVERIFY(placeOf("mM1").right() < placeOf("mApostrophe").left());
 }
 
-void KeyboardPictureTest::tKeysStandInARowUnderTheSpaceBar()
+void KeyboardPictureTest::tKeysFormARowUnderTheSpaceBar()
 {
     qreal right = 0;
     for (const char *outlet : {"mT1", "mT2", "mT3", "mT4", "mT5", "mT6", "mT7"}) {
@@ -102,7 +102,7 @@ void KeyboardPictureTest::tKeysStandInARowUnderTheSpaceBar()
     QVERIFY(std::abs(middle - placeOf("mSpace").center().x()) < tolerance);
 }
 
-void KeyboardPictureTest::modifiersStandInTheirOrder()
+void KeyboardPictureTest::modifiersHaveTheirOrder()
 {
     qreal left = -1;
     for (const char *outlet :
@@ -113,7 +113,7 @@ void KeyboardPictureTest::modifiersStandInTheirOrder()
     }
 }
 
-void KeyboardPictureTest::functionKeysStandInARow()
+void KeyboardPictureTest::functionKeysFormARow()
 {
     qreal left = placeOf("mESC").left();
     for (int number = 1; number <= 14; ++number) {
@@ -164,7 +164,7 @@ void KeyboardPictureTest::keepsTheRatioAndCentres()
     QVERIFY(std::abs(picture.heightForWidth(1200) - 1200 / ratio) < 30);
 }
 
-void KeyboardPictureTest::arrowsGoToTheKeyThatLiesThere_data()
+void KeyboardPictureTest::arrowsSelectTheNextKeyInTheirDirection_data()
 {
     QTest::addColumn<QString>("from");
     QTest::addColumn<Qt::Key>("arrow");
@@ -189,7 +189,7 @@ void KeyboardPictureTest::arrowsGoToTheKeyThatLiesThere_data()
     row("mPageDown", Qt::Key_Right, "mNumPadSeven");
 }
 
-void KeyboardPictureTest::arrowsGoToTheKeyThatLiesThere()
+void KeyboardPictureTest::arrowsSelectTheNextKeyInTheirDirection()
 {
     QFETCH(QString, from);
     QFETCH(Qt::Key, arrow);

@@ -55,12 +55,12 @@ private Q_SLOTS:
     void onOffButtonTogglesItsState();
     void momentaryButtonHasNoLastingState();
     void becomingMomentaryTurnsItOff();
-    void highlightGoesOnAndOff();
+    void highlightCanBeSwitched();
     void selectedKeyIsNotDrawnHighlighted();
     void clickAloneChangesNothing();
     void spaceAndReturnClick_data();
     void spaceAndReturnClick();
-    void arrowsAreAnnouncedNotClicked();
+    void arrowsAreAnnouncedWithoutAClick();
     void fixedKeyTakesNoFocus();
     void statesDifferWithoutColour_data();
     void statesDifferWithoutColour();
@@ -109,7 +109,7 @@ void KeyButtonTest::becomingMomentaryTurnsItOff()
     QVERIFY(!button.isChecked());
 }
 
-void KeyButtonTest::highlightGoesOnAndOff()
+void KeyButtonTest::highlightCanBeSwitched()
 {
     KeyButton button(shapeOfA(), true);
     button.highlight(true);
@@ -160,7 +160,7 @@ void KeyButtonTest::spaceAndReturnClick()
     QCOMPARE(clicked.count(), 1);
 }
 
-void KeyButtonTest::arrowsAreAnnouncedNotClicked()
+void KeyButtonTest::arrowsAreAnnouncedWithoutAClick()
 {
     KeyButton button(shapeOfA(), true);
     QSignalSpy clicked(&button, &QAbstractButton::clicked);

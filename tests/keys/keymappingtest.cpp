@@ -14,8 +14,8 @@ class KeyMappingTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsMappedKeys_data();
-    void tellsMappedKeys();
+    void recognisesMappedKeys_data();
+    void recognisesMappedKeys();
     void placesCommandsInThePopUp_data();
     void placesCommandsInThePopUp();
     void repeatModesLeadBothWays_data();
@@ -26,10 +26,10 @@ private Q_SLOTS:
     void readsTheProgramPath();
     void writesExactlyThreeKeysIntoANewEntry();
     void keepsFurtherKeysAndOtherEntries();
-    void leavesTheDictionaryItWasHandedAlone();
+    void leavesTheGivenDictionaryUnchanged();
 };
 
-void KeyMappingTest::tellsMappedKeys_data()
+void KeyMappingTest::recognisesMappedKeys_data()
 {
     QTest::addColumn<int>("command");
     QTest::addColumn<bool>("isMapped");
@@ -39,7 +39,7 @@ void KeyMappingTest::tellsMappedKeys_data()
         QTest::addRow("%d", command) << command << true;
 }
 
-void KeyMappingTest::tellsMappedKeys()
+void KeyMappingTest::recognisesMappedKeys()
 {
     QFETCH(int, command);
     QFETCH(bool, isMapped);
@@ -142,7 +142,7 @@ void KeyMappingTest::keepsFurtherKeysAndOtherEntries()
     QCOMPARE(keys.value(u"5"_s).toMap(), other);
 }
 
-void KeyMappingTest::leavesTheDictionaryItWasHandedAlone()
+void KeyMappingTest::leavesTheGivenDictionaryUnchanged()
 {
     const QVariantMap keys{{u"4"_s, QVariantMap{{u"command"_s, 45}}}};
     const QVariantMap changed = withEntry(keys, u"4"_s, Assignment::disabled, 0, 0);

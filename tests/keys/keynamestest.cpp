@@ -14,7 +14,7 @@ class KeyNamesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyKeyHasANameOfItsOwnThatLeadsBack();
+    void everyKeyHasAUniqueNameThatLeadsBack();
     void everyOutletNameLeadsBack();
     void findsKeys_data();
     void findsKeys();
@@ -23,7 +23,7 @@ private Q_SLOTS:
     void codesOutsideTheLayoutHaveNoName();
 };
 
-void KeyNamesTest::everyKeyHasANameOfItsOwnThatLeadsBack()
+void KeyNamesTest::everyKeyHasAUniqueNameThatLeadsBack()
 {
     QSet<QString> names;
     for (const KeyRow &row : KeyLayout::selectableKeys()) {

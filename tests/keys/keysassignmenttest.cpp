@@ -49,8 +49,8 @@ private Q_SLOTS:
     void populatingTwiceFillsOnce();
     void showsTheEntryOfTheSelectedKey_data();
     void showsTheEntryOfTheSelectedKey();
-    void titlesGoBackToPlainOnAnotherKey_data();
-    void titlesGoBackToPlainOnAnotherKey();
+    void titlesBecomePlainOnAnotherKey_data();
+    void titlesBecomePlainOnAnotherKey();
     void showsTheStoredRepeatMode_data();
     void showsTheStoredRepeatMode();
     void oddEntriesShowWithoutCrash_data();
@@ -60,7 +60,7 @@ private Q_SLOTS:
     void defaultKeyWithoutDefaultEntryWritesZero();
     void disableWritesZeroes();
     void writingKeepsFurtherKeysAndOtherEntries();
-    void changesComeBackOnlyThroughTheController();
+    void changesReturnOnlyThroughTheController();
     void macroItemItselfSendsNothing_data();
     void macroItemItselfSendsNothing();
     void assigningHidesPlayback_data();
@@ -181,7 +181,7 @@ void KeysAssignmentTest::showsTheEntryOfTheSelectedKey()
     QVERIFY(tab->delegate.calls.isEmpty());
 }
 
-void KeysAssignmentTest::titlesGoBackToPlainOnAnotherKey_data()
+void KeysAssignmentTest::titlesBecomePlainOnAnotherKey_data()
 {
     QTest::addColumn<QVariantMap>("keyA");
     QTest::addColumn<int>("position");
@@ -191,7 +191,7 @@ void KeysAssignmentTest::titlesGoBackToPlainOnAnotherKey_data()
     QTest::newRow("program") << entry(46, u"/opt/Tool.app"_s, u""_s) << 4;
 }
 
-void KeysAssignmentTest::titlesGoBackToPlainOnAnotherKey()
+void KeysAssignmentTest::titlesBecomePlainOnAnotherKey()
 {
     QFETCH(QVariantMap, keyA);
     QFETCH(int, position);
@@ -296,7 +296,7 @@ void KeysAssignmentTest::writingKeepsFurtherKeysAndOtherEntries()
              (QVariantMap{{u"Keys"_s, QVariantMap{{u"4"_s, expected}, {u"5"_s, entry(16, 9, 0)}}}}));
 }
 
-void KeysAssignmentTest::changesComeBackOnlyThroughTheController()
+void KeysAssignmentTest::changesReturnOnlyThroughTheController()
 {
     const auto tab = tabWithA(entry(45));
     const QVariantMap before = tab->controller->keysCurrentProfileDict();

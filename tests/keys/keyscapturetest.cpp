@@ -49,14 +49,14 @@ private Q_SLOTS:
 
     void observesBothNotificationsOnce();
     void openingStartsTheCapture();
-    void theSheetSaysHowTheKeyboardComesBack();
-    void theCaptureBeginsAnewWhenTheKeyboardIsBack();
+    void sheetDescribesTheWayBackToTheKeyboard();
+    void captureRestartsWhenTheKeyboardReturns();
     void capturedKeyIsShown();
     void keyCapturedWithoutTheSheetIsKept();
     void okWritesTheLastCapturedKey();
     void okBeforeAnyCaptureWritesZeroes();
-    void okIsOffUntilAKeyIsCaptured();
-    void okBeforeACaptureWritesTheOneBefore();
+    void okIsDisabledUntilAKeyIsCaptured();
+    void okBeforeACaptureWritesTheEarlierKey();
     void cancelWritesNothingAndRestoresThePopUp();
     void escapeCancels();
     void keysOfAnotherKeyboardPressNoButtonBeforeACapture_data();
@@ -69,7 +69,7 @@ private Q_SLOTS:
     void gameModeWithoutAFunctionKeyChangesOnlyTheFlag();
     void hiddenNoticeHasItsText();
     void noticeFollowsTheDeviceSettings();
-    void noticeSaysWhatGameModeDoes();
+    void noticeDescribesGameMode();
     void otherKeysKeepFlagAndName();
     void noticeShowsForAssignedFunctionKeysOnly_data();
     void noticeShowsForAssignedFunctionKeysOnly();
@@ -105,7 +105,7 @@ void KeysCaptureTest::openingStartsTheCapture()
     QCOMPARE(tab->delegate.calls, QStringList{u"startSingleKeyRecording"_s});
 }
 
-void KeysCaptureTest::theSheetSaysHowTheKeyboardComesBack()
+void KeysCaptureTest::sheetDescribesTheWayBackToTheKeyboard()
 {
     const auto tab = tabWithSheet();
     const auto *hint = tab->find<QLabel>("mSingleKeyHint");
@@ -114,7 +114,7 @@ void KeysCaptureTest::theSheetSaysHowTheKeyboardComesBack()
     QCOMPARE(tab->find<QLineEdit>("mSingleKeyInput")->accessibleDescription(), hint->text());
 }
 
-void KeysCaptureTest::theCaptureBeginsAnewWhenTheKeyboardIsBack()
+void KeysCaptureTest::captureRestartsWhenTheKeyboardReturns()
 {
     const auto tab = tabWithSheet();
     tab->delegate.calls.clear();
@@ -176,7 +176,7 @@ void KeysCaptureTest::okBeforeAnyCaptureWritesZeroes()
     QCOMPARE(tab->delegate.sentEntry(u"4"_s), entry(16, 0, 0));
 }
 
-void KeysCaptureTest::okIsOffUntilAKeyIsCaptured()
+void KeysCaptureTest::okIsDisabledUntilAKeyIsCaptured()
 {
     const auto tab = tabWithSheet();
     auto *ok = tab->find<QPushButton>("mSingleKeyOK");
@@ -193,7 +193,7 @@ void KeysCaptureTest::okIsOffUntilAKeyIsCaptured()
     }
 }
 
-void KeysCaptureTest::okBeforeACaptureWritesTheOneBefore()
+void KeysCaptureTest::okBeforeACaptureWritesTheEarlierKey()
 {
     const auto tab = tabWithSheet();
     postCapture(9, 1);
@@ -346,7 +346,7 @@ void KeysCaptureTest::noticeFollowsTheDeviceSettings()
     QVERIFY(notice->isHidden());
 }
 
-void KeysCaptureTest::noticeSaysWhatGameModeDoes()
+void KeysCaptureTest::noticeDescribesGameMode()
 {
     for (const char *textKey : {"lkeyFunctionKeysInfoGameModeOn", "lkeyFunctionKeysInfoGameModeOff"}) {
         const QString text = localizedFormat(textKey, {u"F7"_s});

@@ -70,9 +70,9 @@ private Q_SLOTS:
     void selectingAKeyPaintsTwoKeys();
     void unchangedSettingsPaintNoKey();
     void changedEntryPaintsItsKey();
-    void highlightTakenBackPaintsNothing();
+    void undoneHighlightPaintsNothing();
     void highlightedKeyIsPainted();
-    void restoredKeyLooksLikeASelectedOne();
+    void restoredKeyLooksLikeASelectedKey();
     void selectedMappedKeyIsNotDrawnHighlighted();
     void refreshAfterSelectingAMappedKeyPaintsNoKey();
     void disabledKeysLookDisabledAtOnce();
@@ -139,7 +139,7 @@ void KeysRedrawTest::changedEntryPaintsItsKey()
     QCOMPARE(painted.names(), QStringList(u"mB"_s));
 }
 
-void KeysRedrawTest::highlightTakenBackPaintsNothing()
+void KeysRedrawTest::undoneHighlightPaintsNothing()
 {
     makeTab();
     const PaintedKeys painted(mTab->controller->picture());
@@ -158,7 +158,7 @@ void KeysRedrawTest::highlightedKeyIsPainted()
     QCOMPARE(painted.names(), QStringList(u"mB"_s));
 }
 
-void KeysRedrawTest::restoredKeyLooksLikeASelectedOne()
+void KeysRedrawTest::restoredKeyLooksLikeASelectedKey()
 {
     makeTab();
     KeyButton *restored = mTab->key("mA");

@@ -57,7 +57,7 @@ private Q_SLOTS:
     void drawsTheTab_data();
     void drawsTheTab();
     void drawsTheSingleKeySheet();
-    void isDrawnSharpAtTwiceTheDots();
+    void isSharpAtTwiceTheDots();
 
 private:
     QTemporaryDir mResources;
@@ -118,7 +118,7 @@ void KeysScreenshotsTest::drawsTheSingleKeySheet()
     QVERIFY(savePicture(grabAt(*sheet, 2), u"single-key-sheet-2x"_s));
 }
 
-void KeysScreenshotsTest::isDrawnSharpAtTwiceTheDots()
+void KeysScreenshotsTest::isSharpAtTwiceTheDots()
 {
     wearPalette(false);
     Tab tab(profile(u"Raid night"_s, workingKeys()));

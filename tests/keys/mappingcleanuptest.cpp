@@ -55,11 +55,11 @@ private Q_SLOTS:
     void changesNothingForOtherTypes();
     void repairsProfileIndexesPastTheEnd();
     void repairsMacroIndexesPastTheCountBeforeDeletion();
-    void keepsLaterIndexesAsTheyAre();
+    void keepsLaterIndexesUnchanged();
     void countsNegativeIndexesAsPastTheEnd();
-    void holdsNothingToBePastTheEndOfNoMacros();
-    void givesARecordWithoutKeysThoseOfTheOneBefore();
-    void leavesAFirstRecordWithoutKeysWithout();
+    void noIndexIsPastTheEndWithoutMacros();
+    void givesARecordWithoutKeysThoseOfThePreviousOne();
+    void leavesAFirstRecordWithoutKeysUnchanged();
     void readsKeyTextsAsNumbers_data();
     void readsKeyTextsAsNumbers();
     void handlesOddTypes();
@@ -135,7 +135,7 @@ void MappingCleanupTest::repairsMacroIndexesPastTheCountBeforeDeletion()
     QCOMPARE(keys.value(u"5"_s).toMap(), QVariantMap());
 }
 
-void MappingCleanupTest::keepsLaterIndexesAsTheyAre()
+void MappingCleanupTest::keepsLaterIndexesUnchanged()
 {
     const QVariantList profiles{profileWith({{u"4"_s, entry(10, 3)}})};
     QCOMPARE(repair(profiles, 5, 2, macroType), profiles);
@@ -147,14 +147,14 @@ void MappingCleanupTest::countsNegativeIndexesAsPastTheEnd()
     QCOMPARE(keysOf(repair(profiles, 3, 0, macroType), 0), (QVariantMap{{u"4"_s, QVariantMap()}}));
 }
 
-void MappingCleanupTest::holdsNothingToBePastTheEndOfNoMacros()
+void MappingCleanupTest::noIndexIsPastTheEndWithoutMacros()
 {
     const QVariantList profiles{profileWith({{u"4"_s, entry(10, 7)}, {u"5"_s, entry(10, -1)}})};
     QCOMPARE(repair(profiles, 0, 0, macroType), profiles);
     QCOMPARE(keysOf(repair(profiles, 0, 7, macroType), 0).value(u"4"_s).toMap(), QVariantMap());
 }
 
-void MappingCleanupTest::givesARecordWithoutKeysThoseOfTheOneBefore()
+void MappingCleanupTest::givesARecordWithoutKeysThoseOfThePreviousOne()
 {
     const QVariantMap bare{{u"ProfileName"_s, u"Bare"_s}};
     const QVariantList profiles{profileWith({{u"4"_s, entry(10, 0)}, {u"5"_s, entry(20, 0)}}), bare, bare};
@@ -165,7 +165,7 @@ void MappingCleanupTest::givesARecordWithoutKeysThoseOfTheOneBefore()
     QCOMPARE(repaired.value(1).toMap().value(u"ProfileName"_s), u"Bare"_s);
 }
 
-void MappingCleanupTest::leavesAFirstRecordWithoutKeysWithout()
+void MappingCleanupTest::leavesAFirstRecordWithoutKeysUnchanged()
 {
     const QVariantMap bare{{u"ProfileName"_s, u"Bare"_s}};
     const QVariantList profiles{bare, profileWith({{u"4"_s, entry(20, 0)}})};

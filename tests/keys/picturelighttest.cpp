@@ -56,9 +56,9 @@ private Q_SLOTS:
     void paintsNothingWhenOff_data();
     void paintsNothingWhenOff();
     void paintsItsColorAndDims();
-    void tellsOnlyChanges();
-    void movesOnlyWhenCyclingAndSeen();
-    void standsStillWithAllColorsWithoutMotion();
+    void reportsOnlyChanges();
+    void movesOnlyWhenCyclingAndVisible();
+    void showsAllColorsStillWithoutMotion();
     void pictureShowsItBetweenTheKeys();
     void pictureIsDarkWithoutAKeyboard();
     void pictureMovesOnlyWhenVisibleAndAllowed();
@@ -101,7 +101,7 @@ void PictureLightTest::paintsItsColorAndDims()
     }
 }
 
-void PictureLightTest::tellsOnlyChanges()
+void PictureLightTest::reportsOnlyChanges()
 {
     PictureLight light;
     const QSignalSpy changes(&light, &PictureLight::changed);
@@ -115,7 +115,7 @@ void PictureLightTest::tellsOnlyChanges()
     QCOMPARE(changes.size(), 3);
 }
 
-void PictureLightTest::movesOnlyWhenCyclingAndSeen()
+void PictureLightTest::movesOnlyWhenCyclingAndVisible()
 {
     PictureLight light;
     light.show(cycling);
@@ -135,7 +135,7 @@ void PictureLightTest::movesOnlyWhenCyclingAndSeen()
     QVERIFY(!light.isMoving());
 }
 
-void PictureLightTest::standsStillWithAllColorsWithoutMotion()
+void PictureLightTest::showsAllColorsStillWithoutMotion()
 {
     PictureLight light;
     light.show(cycling);

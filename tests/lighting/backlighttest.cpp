@@ -35,20 +35,20 @@ class BacklightTest : public QObject
 
 private Q_SLOTS:
     void readsTheLightingGroup();
-    void readsWhatIsMissingOrWrong_data();
-    void readsWhatIsMissingOrWrong();
-    void holdsBrightnessWithinItsBounds_data();
-    void holdsBrightnessWithinItsBounds();
-    void holdsComponentsWithinTheirBounds_data();
-    void holdsComponentsWithinTheirBounds();
+    void readsMissingAndWrongValues_data();
+    void readsMissingAndWrongValues();
+    void keepsBrightnessWithinItsBounds_data();
+    void keepsBrightnessWithinItsBounds();
+    void keepsComponentsWithinTheirBounds_data();
+    void keepsComponentsWithinTheirBounds();
     void dimsByQuarters_data();
     void dimsByQuarters();
     void isDarkWhenSwitchedOff_data();
     void isDarkWhenSwitchedOff();
     void stillLightNeverChanges_data();
     void stillLightNeverChanges();
-    void spectrumGoesThroughAllColorsAndBeginsAgain();
-    void spectrumChangesOnlyWhenTold();
+    void spectrumCyclesThroughAllColors();
+    void spectrumChangesOnlyAtAnnouncedTimes();
     void spectrumDimsLikeAnyLight();
     void writesAndReadsColors();
     void refusesOtherColorTexts_data();
@@ -61,7 +61,7 @@ void BacklightTest::readsTheLightingGroup()
     QCOMPARE(settingsOf(profile()), expected);
 }
 
-void BacklightTest::readsWhatIsMissingOrWrong_data()
+void BacklightTest::readsMissingAndWrongValues_data()
 {
     QTest::addColumn<QVariantMap>("record");
     QTest::addColumn<bool>("isOn");
@@ -85,7 +85,7 @@ void BacklightTest::readsWhatIsMissingOrWrong_data()
     QTest::newRow("colours are no array") << with(u"LEDKBColors"_s, u"red"_s) << true << u"#ffffff"_s;
 }
 
-void BacklightTest::readsWhatIsMissingOrWrong()
+void BacklightTest::readsMissingAndWrongValues()
 {
     QFETCH(QVariantMap, record);
     const Settings settings = settingsOf(record);
@@ -93,7 +93,7 @@ void BacklightTest::readsWhatIsMissingOrWrong()
     QTEST(colorText(settings.color), "color");
 }
 
-void BacklightTest::holdsBrightnessWithinItsBounds_data()
+void BacklightTest::keepsBrightnessWithinItsBounds_data()
 {
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<int>("level");
@@ -106,7 +106,7 @@ void BacklightTest::holdsBrightnessWithinItsBounds_data()
     QTest::newRow("no number") << QVariant(QVariantMap()) << 0;
 }
 
-void BacklightTest::holdsBrightnessWithinItsBounds()
+void BacklightTest::keepsBrightnessWithinItsBounds()
 {
     QFETCH(QVariant, stored);
     QVariantMap record = profile();
@@ -114,7 +114,7 @@ void BacklightTest::holdsBrightnessWithinItsBounds()
     QTEST(settingsOf(record).brightness, "level");
 }
 
-void BacklightTest::holdsComponentsWithinTheirBounds_data()
+void BacklightTest::keepsComponentsWithinTheirBounds_data()
 {
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<int>("component");
@@ -129,7 +129,7 @@ void BacklightTest::holdsComponentsWithinTheirBounds_data()
     QTest::newRow("no value") << QVariant() << 0;
 }
 
-void BacklightTest::holdsComponentsWithinTheirBounds()
+void BacklightTest::keepsComponentsWithinTheirBounds()
 {
     QFETCH(QVariant, stored);
     QFETCH(int, component);
@@ -197,7 +197,7 @@ void BacklightTest::stillLightNeverChanges()
     }
 }
 
-void BacklightTest::spectrumGoesThroughAllColorsAndBeginsAgain()
+void BacklightTest::spectrumCyclesThroughAllColors()
 {
     const Settings settings = lit(spectrumCyclingEffect);
     const auto at = [&](int twelfth) { return colorText(colorAt(settings, spectrumPeriod * twelfth / 12)); };
@@ -217,7 +217,7 @@ void BacklightTest::spectrumGoesThroughAllColorsAndBeginsAgain()
     }
 }
 
-void BacklightTest::spectrumChangesOnlyWhenTold()
+void BacklightTest::spectrumChangesOnlyAtAnnouncedTimes()
 {
     const Settings settings = lit(spectrumCyclingEffect);
     int changes = 0;

@@ -81,10 +81,10 @@ private Q_SLOTS:
     void effectSelectsTheRow();
     void recordWithoutColorsLeavesTheWellAlone_data();
     void recordWithoutColorsLeavesTheWellAlone();
-    void fixedColorSendsTheBacklightToo();
-    void spectrumCyclingSendsTheEffectAlone();
+    void fixedColorAlsoSendsTheBacklight();
+    void spectrumCyclingSendsOnlyTheEffect();
     void noSelectedRowSendsNothing();
-    void colorReplacesTheFirstElementAlone();
+    void colorReplacesOnlyTheFirstElement();
     void colorWithoutAFirstElementSendsNothing();
     void pickingInTheColorDialogSends();
     void cancellingTheColorDialogSendsNothing();
@@ -92,17 +92,17 @@ private Q_SLOTS:
     void addOnHighlightSendsABoolean();
     void brightnessSendsTheLevel();
     void brightnessHasFiveStepsUnderFourCaptions();
-    void captionsStandUnderTheirSteps_data();
-    void captionsStandUnderTheirSteps();
+    void captionsAreUnderTheirSteps_data();
+    void captionsAreUnderTheirSteps();
     void brightnessChangedOnTheKeyboardSendsNothing();
     void controlsWithoutEffectSendNothing();
     void updateValueSendsOneNumber();
     void updatesOpenTheDownloadPage();
     void restoreAsksFirst();
     void restoreKeepsTheNameAndForcesTwoValues();
-    void restoreGoesWithTheProfileThatItNames();
-    void theColorDialogGoesWithItsProfile();
-    void restoreLooksAtTheAnswerAlone();
+    void restoreAlertClosesWithItsProfile();
+    void colorDialogClosesWithItsProfile();
+    void restoreDependsOnlyOnTheAnswer();
     void restoreKeepsAnyName();
     void cancelledRestoreSendsNothing();
     void restoreWithoutANameHasAnEmptyArgument();
@@ -290,14 +290,14 @@ void KeyboardLightingControllerTest::recordWithoutColorsLeavesTheWellAlone()
     QCOMPARE(outlet<ColorWell>("mMainColor")->color().name(), u"#ff0033"_s);
 }
 
-void KeyboardLightingControllerTest::fixedColorSendsTheBacklightToo()
+void KeyboardLightingControllerTest::fixedColorAlsoSendsTheBacklight()
 {
     outlet<RadioGroup>("mLighting")->selectRow(1);
     outlet<RadioGroup>("mLighting")->findChildren<QRadioButton *>().at(0)->click();
     QCOMPARE(mDelegate.sent, (QList<QVariantMap>{{{u"BacklightLED"_s, 1}, {u"LEDKBEffects"_s, 0}}}));
 }
 
-void KeyboardLightingControllerTest::spectrumCyclingSendsTheEffectAlone()
+void KeyboardLightingControllerTest::spectrumCyclingSendsOnlyTheEffect()
 {
     outlet<RadioGroup>("mLighting")->findChildren<QRadioButton *>().at(1)->click();
     QCOMPARE(mDelegate.sent, (QList<QVariantMap>{{{u"LEDKBEffects"_s, 4}}}));
@@ -313,7 +313,7 @@ void KeyboardLightingControllerTest::noSelectedRowSendsNothing()
     QVERIFY(mDelegate.sent.isEmpty());
 }
 
-void KeyboardLightingControllerTest::colorReplacesTheFirstElementAlone()
+void KeyboardLightingControllerTest::colorReplacesOnlyTheFirstElement()
 {
     outlet<ColorWell>("mMainColor")->setColor(QColor::fromRgbF(0, 0.6f, 1, 0.3f));
     mController->clickMainColor(outlet<ColorWell>("mMainColor"));
@@ -417,14 +417,14 @@ void KeyboardLightingControllerTest::brightnessHasFiveStepsUnderFourCaptions()
     QCOMPARE(outlet<QLabel>("mBrightnessBrightLabel")->text(), u"Bright"_s);
 }
 
-void KeyboardLightingControllerTest::captionsStandUnderTheirSteps_data()
+void KeyboardLightingControllerTest::captionsAreUnderTheirSteps_data()
 {
     QTest::addColumn<Qt::LayoutDirection>("direction");
     QTest::newRow("left to right") << Qt::LeftToRight;
     QTest::newRow("right to left") << Qt::RightToLeft;
 }
 
-void KeyboardLightingControllerTest::captionsStandUnderTheirSteps()
+void KeyboardLightingControllerTest::captionsAreUnderTheirSteps()
 {
     QFETCH(Qt::LayoutDirection, direction);
     mWindow->setLayoutDirection(direction);
@@ -524,7 +524,7 @@ void KeyboardLightingControllerTest::restoreKeepsTheNameAndForcesTwoValues()
     QCOMPARE(mDelegate.sent.first().value(u"ProfileOSDOn"_s).userType(), int(QMetaType::Bool));
 }
 
-void KeyboardLightingControllerTest::restoreGoesWithTheProfileThatItNames()
+void KeyboardLightingControllerTest::restoreAlertClosesWithItsProfile()
 {
     outlet<QPushButton>("mRestoreSettings")->click();
     const QPointer<Sheet> shown = alert();
@@ -535,7 +535,7 @@ void KeyboardLightingControllerTest::restoreGoesWithTheProfileThatItNames()
     QVERIFY(mDelegate.sent.isEmpty());
 }
 
-void KeyboardLightingControllerTest::theColorDialogGoesWithItsProfile()
+void KeyboardLightingControllerTest::colorDialogClosesWithItsProfile()
 {
     auto *well = outlet<ColorWell>("mMainColor");
     well->click();
@@ -549,7 +549,7 @@ void KeyboardLightingControllerTest::theColorDialogGoesWithItsProfile()
     QCOMPARE(well->color().name(), u"#ff0033"_s);
 }
 
-void KeyboardLightingControllerTest::restoreLooksAtTheAnswerAlone()
+void KeyboardLightingControllerTest::restoreDependsOnlyOnTheAnswer()
 {
     QCOMPARE(KeyboardLightingController::confirmRestore, 9);
     mController->setMDefaultDict({{u"ProfileName"_s, u"Default"_s}});

@@ -56,7 +56,7 @@ private slots:
     void sendsRequestsInOrder();
     void requestWithoutPropertyListFormIsSentWithoutData_data();
     void requestWithoutPropertyListFormIsSentWithoutData();
-    void eachRequestLooksForTheDaemonAnew();
+    void eachRequestSearchesForTheDaemon();
     void answerToTheSendIsIgnored();
     void givesUpASlowSendAfterTwoSeconds();
     void threadsMaySendAtOnce();
@@ -72,14 +72,14 @@ private slots:
     void replyIsDecoded();
     void replyOfAWholeDocumentArrives();
     void onlyTheSecondOfTwoRepliesIsSeen();
-    void replyWithoutDataLeavesTheSlotAsItWas_data();
-    void replyWithoutDataLeavesTheSlotAsItWas();
+    void replyWithoutDataLeavesTheSlotUnchanged_data();
+    void replyWithoutDataLeavesTheSlotUnchanged();
     void undecodableReplyIsAnEmptyDictionary_data();
     void undecodableReplyIsAnEmptyDictionary();
-    void answersTheSenderWithWhatItSent();
+    void answersTheSenderWithItsOwnData();
     void identifierOfAReplyIsIgnored();
     void lateReplyGoesToTheNextWaiter();
-    void replyNobodyTookGoesToTheNextWaiter();
+    void untakenReplyGoesToTheNextWaiter();
 
 private:
     std::unique_ptr<ReplyPort> mReplyPort;
@@ -173,7 +173,7 @@ void DaemonTransportTest::requestWithoutPropertyListFormIsSentWithoutData()
     QCOMPARE(daemon.requests().front().data, QByteArray());
 }
 
-void DaemonTransportTest::eachRequestLooksForTheDaemonAnew()
+void DaemonTransportTest::eachRequestSearchesForTheDaemon()
 {
     ScriptedDaemon daemon;
     // A reply that is not taken would remain for the next test.
@@ -326,14 +326,14 @@ void DaemonTransportTest::onlyTheSecondOfTwoRepliesIsSeen()
     QVERIFY(!reply());
 }
 
-void DaemonTransportTest::replyWithoutDataLeavesTheSlotAsItWas_data()
+void DaemonTransportTest::replyWithoutDataLeavesTheSlotUnchanged_data()
 {
     QTest::addColumn<bool>("isReplyThere");
     QTest::newRow("empty") << false;
     QTest::newRow("holding a reply") << true;
 }
 
-void DaemonTransportTest::replyWithoutDataLeavesTheSlotAsItWas()
+void DaemonTransportTest::replyWithoutDataLeavesTheSlotUnchanged()
 {
     QFETCH(bool, isReplyThere);
     if (isReplyThere)
@@ -362,7 +362,7 @@ void DaemonTransportTest::undecodableReplyIsAnEmptyDictionary()
     QCOMPARE(reply(), QVariantMap());
 }
 
-void DaemonTransportTest::answersTheSenderWithWhatItSent()
+void DaemonTransportTest::answersTheSenderWithItsOwnData()
 {
     ScriptedDaemon daemon;
     const QByteArray data = ScriptedDaemon::encoded(numbered(1));
@@ -395,7 +395,7 @@ void DaemonTransportTest::lateReplyGoesToTheNextWaiter()
     QCOMPARE(LatestReplySlot::shared().take(), numbered(4));
 }
 
-void DaemonTransportTest::replyNobodyTookGoesToTheNextWaiter()
+void DaemonTransportTest::untakenReplyGoesToTheNextWaiter()
 {
     ScriptedDaemon daemon;
     daemon.setReply(Command::queryFirmwareVersion, numbered(14));

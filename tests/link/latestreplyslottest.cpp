@@ -34,7 +34,7 @@ private slots:
     void waitEndsEarlyWhenAReplyArrives();
     void waitEndsAfterItsLimit();
     void processHasOneSlot();
-    void eachReplyIsTakenOnceAtMostAndWhole();
+    void eachReplyIsTakenAtMostOnceAndComplete();
 };
 
 void LatestReplySlotTest::isEmptyAtFirst()
@@ -132,7 +132,7 @@ void LatestReplySlotTest::processHasOneSlot()
     QCOMPARE(&LatestReplySlot::shared(), &LatestReplySlot::shared());
 }
 
-void LatestReplySlotTest::eachReplyIsTakenOnceAtMostAndWhole()
+void LatestReplySlotTest::eachReplyIsTakenAtMostOnceAndComplete()
 {
     constexpr int replies = 5000;
     LatestReplySlot slot;

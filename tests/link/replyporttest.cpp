@@ -37,17 +37,17 @@ class ReplyPortTest : public QObject
 
 private slots:
     void init() { LatestReplySlot::shared().clear(); }
-    void servesOnAConnectionOfItsOwn();
+    void servesOnASeparateConnection();
     void servesWhileTheMainThreadIsBlocked();
     void endFreesTheName();
-    void startedAndEndedAtOnce();
+    void canEndDirectlyAfterTheStart();
     void endsWithoutHavingBeenStarted();
-    void runsOnSilentlyWhenTheNameIsTaken();
+    void continuesSilentlyWhenTheNameIsTaken();
     void twoPortsOfOneProcessFeedOneSlot();
     void servesOnAfterALargeMessage();
 };
 
-void ReplyPortTest::servesOnAConnectionOfItsOwn()
+void ReplyPortTest::servesOnASeparateConnection()
 {
     ReplyPort port(portName);
     port.start();
@@ -81,7 +81,7 @@ void ReplyPortTest::endFreesTheName()
     QVERIFY(again.waitUntilServing(limitMs));
 }
 
-void ReplyPortTest::startedAndEndedAtOnce()
+void ReplyPortTest::canEndDirectlyAfterTheStart()
 {
     for (int i = 0; i < 30; ++i) {
         ReplyPort port(portName);
@@ -97,7 +97,7 @@ void ReplyPortTest::endsWithoutHavingBeenStarted()
     QVERIFY(!port.waitUntilServing(1));
 }
 
-void ReplyPortTest::runsOnSilentlyWhenTheNameIsTaken()
+void ReplyPortTest::continuesSilentlyWhenTheNameIsTaken()
 {
     std::atomic<int> received = 0;
     ScriptedDaemon daemon;

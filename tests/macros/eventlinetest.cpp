@@ -11,11 +11,11 @@ class EventLineTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsWhatTheParserWrote_data();
-    void tellsWhatTheParserWrote();
+    void recognisesTheLinesOfTheParser_data();
+    void recognisesTheLinesOfTheParser();
 };
 
-void EventLineTest::tellsWhatTheParserWrote_data()
+void EventLineTest::recognisesTheLinesOfTheParser_data()
 {
     QTest::addColumn<int>("command");
     QTest::addColumn<int>("page");
@@ -29,7 +29,7 @@ void EventLineTest::tellsWhatTheParserWrote_data()
     QTest::newRow("third button up") << 0 << 9 << 3U << EventLineKind::release;
 }
 
-void EventLineTest::tellsWhatTheParserWrote()
+void EventLineTest::recognisesTheLinesOfTheParser()
 {
     QFETCH(int, command);
     QFETCH(int, page);

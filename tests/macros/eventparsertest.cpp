@@ -124,13 +124,13 @@ private Q_SLOTS:
     void namesKeysWithModifiers_data();
     void namesKeysWithModifiers();
     void everyModifierBitHasItsCode();
-    void appendsModifierCodesToWhatIsThere();
-    void charactersOfLetterAndDigitKeys();
-    void heldKeysComeBackInOrderOfFirstPress();
-    void heldListIsDroppedByNamingWithoutModifier();
+    void appendsModifierCodesToTheArray();
+    void knowsTheCharactersOfLetterAndDigitKeys();
+    void heldKeysAreInOrderOfTheFirstPress();
+    void heldListIsClearedByNamingWithoutModifier();
     void namingWithModifierKeepsTheHeldList();
-    void manageHIDStackEdges_data();
-    void manageHIDStackEdges();
+    void handlesEdgesOfTheHidStack_data();
+    void handlesEdgesOfTheHidStack();
 };
 
 void EventParserTest::init()
@@ -274,14 +274,14 @@ void EventParserTest::everyModifierBitHasItsCode()
     }
 }
 
-void EventParserTest::appendsModifierCodesToWhatIsThere()
+void EventParserTest::appendsModifierCodesToTheArray()
 {
     QList<int> codes{4};
     eventParser::getModifierHIDRetVal(0x81, codes);
     QCOMPARE(codes, QList<int>({4, 224, 231}));
 }
 
-void EventParserTest::charactersOfLetterAndDigitKeys()
+void EventParserTest::knowsTheCharactersOfLetterAndDigitKeys()
 {
     const QByteArray characters("ABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890");
     for (int hid = 0; hid <= 255; ++hid) {
@@ -290,7 +290,7 @@ void EventParserTest::charactersOfLetterAndDigitKeys()
     }
 }
 
-void EventParserTest::heldKeysComeBackInOrderOfFirstPress()
+void EventParserTest::heldKeysAreInOrderOfTheFirstPress()
 {
     const auto managed = [](QList<int> held) {
         eventParser::manageHIDStack(held);
@@ -306,7 +306,7 @@ void EventParserTest::heldKeysComeBackInOrderOfFirstPress()
     QCOMPARE(managed({7, 6}), QList<int>({7, 6}));         // empty again: taken unchanged
 }
 
-void EventParserTest::heldListIsDroppedByNamingWithoutModifier()
+void EventParserTest::heldListIsClearedByNamingWithoutModifier()
 {
     QList<int> held{20, 4};
     eventParser::manageHIDStack(held);
@@ -327,7 +327,7 @@ void EventParserTest::namingWithModifierKeepsTheHeldList()
     QCOMPARE(held, QList<int>({20, 4}));
 }
 
-void EventParserTest::manageHIDStackEdges_data()
+void EventParserTest::handlesEdgesOfTheHidStack_data()
 {
     QTest::addColumn<QList<int>>("before");
     QTest::addColumn<QList<int>>("now");
@@ -341,7 +341,7 @@ void EventParserTest::manageHIDStackEdges_data()
     QTest::newRow("as many entries, others") << QList<int>{4, 5} << QList<int>{6, 5} << QList<int>{5, 6};
 }
 
-void EventParserTest::manageHIDStackEdges()
+void EventParserTest::handlesEdgesOfTheHidStack()
 {
     QFETCH(QList<int>, before);
     QFETCH(QList<int>, now);

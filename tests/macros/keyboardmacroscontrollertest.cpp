@@ -30,23 +30,23 @@ private Q_SLOTS:
     void groupsOfControlsFollowTheirState();
     void macrosRecordedOnTheKeyboardAppear();
     void keyEquivalentsReachOnlyTheNameEditor();
-    void contextMenusOfDisabledTablesAreAllOff();
-    void fetchingANameShowsTheEventPartAgain();
-    void newMacrosEndASelectionWhoseRowIsGone();
+    void contextMenusOfDisabledTablesAreDisabled();
+    void readingANameShowsTheEventPartAgain();
+    void newMacrosEndASelectionWithoutARow();
     void linesFollowAMacroThatAnotherClientChanged();
     void linesOfARunningRecordingAreNotReplaced();
-    void picturesTellPressReleaseAndDelay();
-    void emptyListsSayWhatToDo();
+    void picturesDistinguishPressReleaseAndDelay();
+    void emptyListsShowAHint();
     void everyControlIsReachedByTabAndHasAName();
     void fieldsOfTheSheetsHaveNames();
     void menusOfferTheirCommandsInOrder();
-    void aRightClickOpensTheMenu_data();
-    void aRightClickOpensTheMenu();
+    void rightClickOpensTheMenu_data();
+    void rightClickOpensTheMenu();
     void tablesSelectOneRowAtMost();
-    void aFetchedNameBringsTheEventButtonsUpToDate();
-    void linesThatAreNoTextsKeepTheirRows();
-    void recordsThatAreNoMacrosKeepTheirRows();
-    void withoutAnAnswerNoOtherMacrosLinesAreShown();
+    void readingANameUpdatesTheEventButtons();
+    void linesOtherThanTextsKeepTheirRows();
+    void recordsOtherThanMacrosKeepTheirRows();
+    void linesOfAnotherMacroAreNotShownWithoutAnAnswer();
     void controlsStayOffUntilARecordingEnds_data();
     void controlsStayOffUntilARecordingEnds();
 };
@@ -136,7 +136,7 @@ void KeyboardMacrosControllerTest::keyEquivalentsReachOnlyTheNameEditor()
     QVERIFY(!table->performKeyEquivalent(&press));
 }
 
-void KeyboardMacrosControllerTest::contextMenusOfDisabledTablesAreAllOff()
+void KeyboardMacrosControllerTest::contextMenusOfDisabledTablesAreDisabled()
 {
     fill({u"A"_s}, 0);
     mController->setControlsState(false);
@@ -147,7 +147,7 @@ void KeyboardMacrosControllerTest::contextMenusOfDisabledTablesAreAllOff()
     QVERIFY(enabledTags(eventMenu->actions()).isEmpty());
 }
 
-void KeyboardMacrosControllerTest::fetchingANameShowsTheEventPartAgain()
+void KeyboardMacrosControllerTest::readingANameShowsTheEventPartAgain()
 {
     fill({u"A"_s}, 0);
     mController->setStateOfMacroDetailsTableWithState(true);
@@ -156,7 +156,7 @@ void KeyboardMacrosControllerTest::fetchingANameShowsTheEventPartAgain()
         QVERIFY2(!outlet(name)->isHidden(), qPrintable(name));
 }
 
-void KeyboardMacrosControllerTest::newMacrosEndASelectionWhoseRowIsGone()
+void KeyboardMacrosControllerTest::newMacrosEndASelectionWithoutARow()
 {
     fill({u"A"_s, u"B"_s}, 1);
     mController->setMMacrosSettingsArray({macroNamed(u"A"_s)});
@@ -196,7 +196,7 @@ void KeyboardMacrosControllerTest::linesOfARunningRecordingAreNotReplaced()
     QCOMPARE(mController->macroDetailsArray(), QStringList{u"Key Press A"_s});
 }
 
-void KeyboardMacrosControllerTest::picturesTellPressReleaseAndDelay()
+void KeyboardMacrosControllerTest::picturesDistinguishPressReleaseAndDelay()
 {
     mDelegate->lines.append(u"Left Button up\n"_s);
     fill({u"A"_s}, 0);
@@ -214,7 +214,7 @@ void KeyboardMacrosControllerTest::picturesTellPressReleaseAndDelay()
     QVERIFY(!list()->model()->index(0, 0).data(Qt::DecorationRole).isValid());
 }
 
-void KeyboardMacrosControllerTest::emptyListsSayWhatToDo()
+void KeyboardMacrosControllerTest::emptyListsShowAHint()
 {
     mDelegate->lines.clear();
     mController->refreshTableDisplay();
@@ -297,7 +297,7 @@ void KeyboardMacrosControllerTest::menusOfferTheirCommandsInOrder()
     }
 }
 
-void KeyboardMacrosControllerTest::aRightClickOpensTheMenu_data()
+void KeyboardMacrosControllerTest::rightClickOpensTheMenu_data()
 {
     QTest::addColumn<QString>("table");
     QTest::addColumn<QString>("menu");
@@ -309,7 +309,7 @@ void KeyboardMacrosControllerTest::aRightClickOpensTheMenu_data()
     }
 }
 
-void KeyboardMacrosControllerTest::aRightClickOpensTheMenu()
+void KeyboardMacrosControllerTest::rightClickOpensTheMenu()
 {
     QFETCH(QString, table);
     QFETCH(QString, menu);
@@ -340,7 +340,7 @@ void KeyboardMacrosControllerTest::tablesSelectOneRowAtMost()
     }
 }
 
-void KeyboardMacrosControllerTest::aFetchedNameBringsTheEventButtonsUpToDate()
+void KeyboardMacrosControllerTest::readingANameUpdatesTheEventButtons()
 {
     fill({u"A"_s}, 0);
     mController->setStateOfTableButtonsWithState(false);
@@ -351,7 +351,7 @@ void KeyboardMacrosControllerTest::aFetchedNameBringsTheEventButtonsUpToDate()
 }
 
 /// Commands address an event by its row. A skipped line would send them to the wrong event.
-void KeyboardMacrosControllerTest::linesThatAreNoTextsKeepTheirRows()
+void KeyboardMacrosControllerTest::linesOtherThanTextsKeepTheirRows()
 {
     const QVariantList strange{5, QVariantMap{{u"x"_s, 1}}, QVariantList{1}, QByteArray("\xff\x00", 2),
                                u"Key Press A"_s};
@@ -370,7 +370,7 @@ void KeyboardMacrosControllerTest::linesThatAreNoTextsKeepTheirRows()
 }
 
 /// Commands also address a macro by its row.
-void KeyboardMacrosControllerTest::recordsThatAreNoMacrosKeepTheirRows()
+void KeyboardMacrosControllerTest::recordsOtherThanMacrosKeepTheirRows()
 {
     mDelegate->macros = {5, QVariantMap{{u"MacroName"_s, QVariantList{1}}, {u"sequence"_s, u"x"_s}}, u"text"_s};
     fill({u"A"_s}, 3);
@@ -387,7 +387,7 @@ void KeyboardMacrosControllerTest::recordsThatAreNoMacrosKeepTheirRows()
     QCOMPARE(list()->numberOfRows(), 5);
 }
 
-void KeyboardMacrosControllerTest::withoutAnAnswerNoOtherMacrosLinesAreShown()
+void KeyboardMacrosControllerTest::linesOfAnotherMacroAreNotShownWithoutAnAnswer()
 {
     fill({u"A"_s, u"B"_s}, 0);
     QCOMPARE(mController->macroDetailsArray().size(), 5);

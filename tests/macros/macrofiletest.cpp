@@ -11,13 +11,13 @@ class MacroFileTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void exportLeavesOutTheIdentityAlone();
+    void exportLeavesOutOnlyTheIdentity();
     void importMakesTheNameUnique_data();
     void importMakesTheNameUnique();
-    void importKeepsWhatItDoesNotKnow();
+    void importKeepsUnknownEntries();
 };
 
-void MacroFileTest::exportLeavesOutTheIdentityAlone()
+void MacroFileTest::exportLeavesOutOnlyTheIdentity()
 {
     const QVariantMap record{{u"MacroName"_s, u"Combo"_s}, {u"macroID"_s, 7}, {u"delay"_s, 20}, {u"x"_s, u"y"_s}};
     QCOMPARE(MacroFile::exportedRecord(record),
@@ -49,7 +49,7 @@ void MacroFileTest::importMakesTheNameUnique()
     QTEST(MacroFile::importedRecord(record, macros).value(u"MacroName"_s).toString(), "imported");
 }
 
-void MacroFileTest::importKeepsWhatItDoesNotKnow()
+void MacroFileTest::importKeepsUnknownEntries()
 {
     const QVariantMap record{{u"MacroName"_s, u"Combo"_s}, {u"Colour"_s, u"red"_s}, {u"sequence"_s, QVariantMap()}};
     QCOMPARE(MacroFile::importedRecord(record, {}), record);

@@ -60,8 +60,8 @@ private Q_SLOTS:
     void editsOfAMissingRowAreAbsent_data();
     void editsOfAMissingRowAreAbsent();
     void editsKeepFurtherKeysOfEvents();
-    void tellsWellFormedRecords_data();
-    void tellsWellFormedRecords();
+    void recognisesWellFormedRecords_data();
+    void recognisesWellFormedRecords();
     void handlesTheGreatestMacro();
 };
 
@@ -206,7 +206,7 @@ void MacroRecordTest::editsKeepFurtherKeysOfEvents()
     QCOMPARE(MacroRecord::settingAllDelays(events, 1).first().toMap().value(u"mark"_s), QVariant(u"kept"_s));
 }
 
-void MacroRecordTest::tellsWellFormedRecords_data()
+void MacroRecordTest::recognisesWellFormedRecords_data()
 {
     QTest::addColumn<QVariantMap>("macro");
     QTest::addColumn<bool>("wellFormed");
@@ -238,7 +238,7 @@ void MacroRecordTest::tellsWellFormedRecords_data()
                                         << false;
 }
 
-void MacroRecordTest::tellsWellFormedRecords()
+void MacroRecordTest::recognisesWellFormedRecords()
 {
     QFETCH(QVariantMap, macro);
     QTEST(MacroRecord::isWellFormed(macro), "wellFormed");

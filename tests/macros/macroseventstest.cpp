@@ -31,36 +31,36 @@ private Q_SLOTS:
     void delaySheetSetsTheDelay();
     void delaySheetCancelSendsNothing();
     void eventSheetStoresTheCapturedKey();
-    void eventsBeyondTheReachOfTheirRequestsAreNotEdited();
-    void eventsOfMacrosBeyondTheReachOfTheirRequestsAreNotEdited();
-    void capturedKeyIsStoredWithinTheReachOfItsRequests_data();
-    void capturedKeyIsStoredWithinTheReachOfItsRequests();
+    void eventsBeyondTheLimitOfRequestsAreNotEdited();
+    void eventsOfMacrosBeyondTheLimitOfRequestsAreNotEdited();
+    void capturedKeyIsStoredWithinTheLimitOfItsRequests_data();
+    void capturedKeyIsStoredWithinTheLimitOfItsRequests();
     void eventSheetWithoutAKeyStoresNothing();
     void eventSheetCancelStoresNothing();
     void capturedKeyIsShown_data();
     void capturedKeyIsShown();
-    void theListHasTheFocusAfterADeletion();
+    void listHasTheFocusAfterADeletion();
     void emptyEventRecordIsNotSent();
     void sheetsBelongToTheWindow();
-    void theCapturedKeyOfAnEarlierSheetIsForgotten_data() { addEndsOfTheEventSheet(); }
-    void theCapturedKeyOfAnEarlierSheetIsForgotten();
-    void theListHasTheFocusAfterTheEventSheet_data() { addEndsOfTheEventSheet(); }
-    void theListHasTheFocusAfterTheEventSheet();
-    void theEventSheetSaysHowTheKeyboardComesBack();
-    void theCaptureBeginsAnewWithANewDaemon();
-    void aSheetEndsWithoutAKeyboard_data();
-    void aSheetEndsWithoutAKeyboard();
-    void cancelLeavesTheCaptureToBeEndedOnceMore();
+    void capturedKeyOfAnEarlierSheetIsForgotten_data() { addEndsOfTheEventSheet(); }
+    void capturedKeyOfAnEarlierSheetIsForgotten();
+    void listHasTheFocusAfterTheEventSheet_data() { addEndsOfTheEventSheet(); }
+    void listHasTheFocusAfterTheEventSheet();
+    void eventSheetDescribesTheWayBackToTheKeyboard();
+    void captureRestartsWithANewDaemon();
+    void sheetEndsWithoutAKeyboard_data();
+    void sheetEndsWithoutAKeyboard();
+    void captureMustBeEndedAgainAfterCancel();
     void keysEditAndDeleteTheSelectedEvent();
     void doubleClickEditsTheEvent();
-    void aCapturedNothingForgetsTheKeyBefore();
-    void emptyDelayIsNone();
-    void aSheetGoesWithTheEventsThatItEdits_data();
-    void aSheetGoesWithTheEventsThatItEdits();
-    void aSheetStaysWhileItsEventsDo_data();
-    void aSheetStaysWhileItsEventsDo();
-    void aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff_data() { addEndsOfTheEventSheet(); }
-    void aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff();
+    void emptyCaptureForgetsTheEarlierKey();
+    void emptyDelayIsIgnored();
+    void sheetClosesWithItsEvents_data();
+    void sheetClosesWithItsEvents();
+    void sheetStaysWhileItsEventsExist_data();
+    void sheetStaysWhileItsEventsExist();
+    void tabStaysDisabledWhenTheKeyboardIsRemovedDuringTheEventSheet_data() { addEndsOfTheEventSheet(); }
+    void tabStaysDisabledWhenTheKeyboardIsRemovedDuringTheEventSheet();
 
 private:
     static void addEndsOfTheEventSheet();
@@ -228,7 +228,7 @@ void MacrosEventsTest::eventSheetStoresTheCapturedKey()
         QVERIFY2(outlet(name)->isEnabled(), qPrintable(name));
 }
 
-void MacrosEventsTest::eventsBeyondTheReachOfTheirRequestsAreNotEdited()
+void MacrosEventsTest::eventsBeyondTheLimitOfRequestsAreNotEdited()
 {
     for (int row = 5; row < 300; ++row)
         mDelegate->lines.append(u"line %1"_s.arg(row));
@@ -262,7 +262,7 @@ void MacrosEventsTest::eventsBeyondTheReachOfTheirRequestsAreNotEdited()
     QVERIFY(sheet && sheet->isVisible());
 }
 
-void MacrosEventsTest::eventsOfMacrosBeyondTheReachOfTheirRequestsAreNotEdited()
+void MacrosEventsTest::eventsOfMacrosBeyondTheLimitOfRequestsAreNotEdited()
 {
     fill(QStringList(257, u"A"_s), 255);
     auto *button = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
@@ -294,7 +294,7 @@ void MacrosEventsTest::eventsOfMacrosBeyondTheReachOfTheirRequestsAreNotEdited()
     QCOMPARE(mDelegate->calls.value(0), u"delay 0 1 256"_s);
 }
 
-void MacrosEventsTest::capturedKeyIsStoredWithinTheReachOfItsRequests_data()
+void MacrosEventsTest::capturedKeyIsStoredWithinTheLimitOfItsRequests_data()
 {
     QTest::addColumn<int>("macroRow");
     QTest::addColumn<int>("eventRow");
@@ -308,7 +308,7 @@ void MacrosEventsTest::capturedKeyIsStoredWithinTheReachOfItsRequests_data()
     QTest::newRow("no macro") << -1 << 2 << false;
 }
 
-void MacrosEventsTest::capturedKeyIsStoredWithinTheReachOfItsRequests()
+void MacrosEventsTest::capturedKeyIsStoredWithinTheLimitOfItsRequests()
 {
     QFETCH(int, macroRow);
     QFETCH(int, eventRow);
@@ -380,7 +380,7 @@ void MacrosEventsTest::capturedKeyIsShown()
     QCOMPARE(mDelegate->record.value(u"argument"_s), QVariant(argument));
 }
 
-void MacrosEventsTest::theListHasTheFocusAfterADeletion()
+void MacrosEventsTest::listHasTheFocusAfterADeletion()
 {
     fill({u"A"_s}, 0);
     mDelegate->linesAfterRemoval = threeEvents().mid(0, 3);
@@ -413,7 +413,7 @@ void MacrosEventsTest::sheetsBelongToTheWindow()
     }
 }
 
-void MacrosEventsTest::theCapturedKeyOfAnEarlierSheetIsForgotten()
+void MacrosEventsTest::capturedKeyOfAnEarlierSheetIsForgotten()
 {
     QFETCH(QString, end);
     fill({u"A"_s}, 0);
@@ -427,7 +427,7 @@ void MacrosEventsTest::theCapturedKeyOfAnEarlierSheetIsForgotten()
     QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
 }
 
-void MacrosEventsTest::theListHasTheFocusAfterTheEventSheet()
+void MacrosEventsTest::listHasTheFocusAfterTheEventSheet()
 {
     QFETCH(QString, end);
     fill({u"A"_s}, 0);
@@ -442,7 +442,7 @@ void MacrosEventsTest::theListHasTheFocusAfterTheEventSheet()
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void MacrosEventsTest::theEventSheetSaysHowTheKeyboardComesBack()
+void MacrosEventsTest::eventSheetDescribesTheWayBackToTheKeyboard()
 {
     fill({u"A"_s}, 0);
     editRow(0);
@@ -452,7 +452,7 @@ void MacrosEventsTest::theEventSheetSaysHowTheKeyboardComesBack()
     QCOMPARE(outlet<QLineEdit>(u"mInputMacroEvent"_s)->accessibleDescription(), hint->text());
 }
 
-void MacrosEventsTest::theCaptureBeginsAnewWithANewDaemon()
+void MacrosEventsTest::captureRestartsWithANewDaemon()
 {
     fill({u"A"_s}, 0);
     editRow(0);
@@ -472,7 +472,7 @@ void MacrosEventsTest::theCaptureBeginsAnewWithANewDaemon()
     QCOMPARE(mDelegate->calls, QStringList());
 }
 
-void MacrosEventsTest::aSheetEndsWithoutAKeyboard_data()
+void MacrosEventsTest::sheetEndsWithoutAKeyboard_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("sheet");
@@ -480,7 +480,7 @@ void MacrosEventsTest::aSheetEndsWithoutAKeyboard_data()
     QTest::newRow("delay") << 1 << u"mEditDelayWindow"_s;
 }
 
-void MacrosEventsTest::aSheetEndsWithoutAKeyboard()
+void MacrosEventsTest::sheetEndsWithoutAKeyboard()
 {
     QFETCH(int, row);
     QFETCH(QString, sheet);
@@ -503,7 +503,7 @@ void MacrosEventsTest::aSheetEndsWithoutAKeyboard()
 }
 
 /// Deliberate: after Cancel the capture counts as running until Stop or another tab ends it again.
-void MacrosEventsTest::cancelLeavesTheCaptureToBeEndedOnceMore()
+void MacrosEventsTest::captureMustBeEndedAgainAfterCancel()
 {
     fill({u"A"_s}, 0);
     editRow(0);
@@ -557,7 +557,7 @@ void MacrosEventsTest::doubleClickEditsTheEvent()
     QCOMPARE(mDelegate->calls, (QStringList{u"event 0 2"_s, u"startEditHID"_s}));
 }
 
-void MacrosEventsTest::aCapturedNothingForgetsTheKeyBefore()
+void MacrosEventsTest::emptyCaptureForgetsTheEarlierKey()
 {
     fill({u"A"_s}, 0);
     editRow(0);
@@ -569,7 +569,7 @@ void MacrosEventsTest::aCapturedNothingForgetsTheKeyBefore()
     QCOMPARE(mDelegate->calls, (QStringList{u"stopKey"_s, u"event 0 0"_s}));
 }
 
-void MacrosEventsTest::emptyDelayIsNone()
+void MacrosEventsTest::emptyDelayIsIgnored()
 {
     fill({u"A"_s}, 0);
     editRow(1);
@@ -581,7 +581,7 @@ void MacrosEventsTest::emptyDelayIsNone()
     QCOMPARE(mDelegate->calls, (QStringList{u"delay 0 1 0"_s, u"details 0"_s}));
 }
 
-void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits_data()
+void MacrosEventsTest::sheetClosesWithItsEvents_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("sheet");
@@ -592,7 +592,7 @@ void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits_data()
     }
 }
 
-void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits()
+void MacrosEventsTest::sheetClosesWithItsEvents()
 {
     QFETCH(int, row);
     QFETCH(QString, sheet);
@@ -625,7 +625,7 @@ void MacrosEventsTest::aSheetGoesWithTheEventsThatItEdits()
         QCOMPARE(mController->macroDetailsArray(), QStringList{u"Left Button down\n"_s});
 }
 
-void MacrosEventsTest::aSheetStaysWhileItsEventsDo_data()
+void MacrosEventsTest::sheetStaysWhileItsEventsExist_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("sheet");
@@ -635,7 +635,7 @@ void MacrosEventsTest::aSheetStaysWhileItsEventsDo_data()
     QTest::newRow("delay") << 1 << u"mEditDelayWindow"_s << u"mMacroDelayOK"_s << u"delay 0 1 1"_s;
 }
 
-void MacrosEventsTest::aSheetStaysWhileItsEventsDo()
+void MacrosEventsTest::sheetStaysWhileItsEventsExist()
 {
     QFETCH(int, row);
     QFETCH(QString, sheet);
@@ -656,7 +656,7 @@ void MacrosEventsTest::aSheetStaysWhileItsEventsDo()
     QVERIFY(mDelegate->calls.contains(call));
 }
 
-void MacrosEventsTest::aKeyboardRemovedDuringTheEventSheetLeavesTheTabOff()
+void MacrosEventsTest::tabStaysDisabledWhenTheKeyboardIsRemovedDuringTheEventSheet()
 {
     QFETCH(QString, end);
     fill({u"A"_s}, 0);

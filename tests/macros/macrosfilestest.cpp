@@ -21,7 +21,7 @@ class MacrosFilesTest : public MacrosTest
 
 private Q_SLOTS:
     void exportWritesTheRecordWithoutItsIdentity();
-    void exportProposesTheNameInTheDocuments();
+    void exportProposesANameInTheDocumentsFolder();
     void cancelledExportWritesNothing();
     void suffixIsAppendedEvenToANameThatHasIt();
     void exportAfterAnEditWritesTheEditedEvents();
@@ -34,10 +34,10 @@ private Q_SLOTS:
     void cancelledImportSendsNothing();
     void importPanelChoosesOneMacroFile();
     void contextMenuOpensThePanels();
-    void aMacroThatIsNotTakenIsNotListed_data();
-    void aMacroThatIsNotTakenIsNotListed();
-    void theExportPanelGoesWithItsMacro();
-    void theImportPanelStaysWhenTheMacrosChange();
+    void refusedMacroIsNotListed_data();
+    void refusedMacroIsNotListed();
+    void exportPanelClosesWithItsMacro();
+    void importPanelStaysWhenTheMacrosChange();
 
 private:
     [[nodiscard]] QString inFolder(const QString &name) const { return mFolder.filePath(name); }
@@ -82,7 +82,7 @@ void MacrosFilesTest::exportWritesTheRecordWithoutItsIdentity()
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void MacrosFilesTest::exportProposesTheNameInTheDocuments()
+void MacrosFilesTest::exportProposesANameInTheDocumentsFolder()
 {
     fill({u"Heal"_s}, 0);
     choose("mSettingsMacro", MacroCommands::exportMacro);
@@ -215,14 +215,14 @@ void MacrosFilesTest::contextMenuOpensThePanels()
     outlet<SavePanel>(u"mSavePanel"_s)->reject();
 }
 
-void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed_data()
+void MacrosFilesTest::refusedMacroIsNotListed_data()
 {
     QTest::addColumn<bool>("answers");
     QTest::newRow("refused") << true;
     QTest::newRow("not answered for") << false;
 }
 
-void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed()
+void MacrosFilesTest::refusedMacroIsNotListed()
 {
     QFETCH(bool, answers);
     fill({u"A"_s, u"B"_s}, 0);
@@ -237,7 +237,7 @@ void MacrosFilesTest::aMacroThatIsNotTakenIsNotListed()
     QCOMPARE(events()->numberOfRows(), 5); // those that arrived last, because none arrive now
 }
 
-void MacrosFilesTest::theExportPanelGoesWithItsMacro()
+void MacrosFilesTest::exportPanelClosesWithItsMacro()
 {
     fill({u"A"_s, u"B"_s, u"C"_s}, 1);
     choose("mSettingsMacro", MacroCommands::exportMacro);
@@ -251,7 +251,7 @@ void MacrosFilesTest::theExportPanelGoesWithItsMacro()
     QVERIFY(!QFile::exists(inFolder(u"B.KestraMacro"_s)));
 }
 
-void MacrosFilesTest::theImportPanelStaysWhenTheMacrosChange()
+void MacrosFilesTest::importPanelStaysWhenTheMacrosChange()
 {
     fill({u"A"_s, u"B"_s}, 1);
     choose("mSettingsMacro", MacroCommands::importMacro);

@@ -23,42 +23,42 @@ private Q_SLOTS:
     void namesAreMadeUnique();
     void addSendsANewRecord();
     void addingAgainNumbersTheName();
-    void addOpensTheNameAndAsksForNoLines();
+    void addOpensTheNameAndRequestsNoLines();
     void typingANameRenames();
-    void renamesAsTheRuleSays_data();
-    void renamesAsTheRuleSays();
+    void renamesByTheRule_data();
+    void renamesByTheRule();
     void renamesTheSelectedMacro();
     void emptyNameIsIgnored();
     void renamingFromTheMenuDisablesTheEventButtons();
-    void deleteAsksFirst();
-    void theAlertGoesWithTheMacroThatItNames_data();
-    void theAlertGoesWithTheMacroThatItNames();
-    void theSelectionFollowsTheMacro_data();
-    void theSelectionFollowsTheMacro();
-    void theAlertDeletesItsMacroWhereverItStands();
-    void aNameBeingTypedReachesNoOtherMacro();
-    void anAddedMacroIsNamedWhereverItComesToStand();
-    void ofTwoAddedUnderOneNameNoneIsOpened();
+    void deleteNeedsAConfirmation();
+    void alertClosesWithItsMacro_data();
+    void alertClosesWithItsMacro();
+    void selectionFollowsTheMacro_data();
+    void selectionFollowsTheMacro();
+    void alertDeletesItsMacroInAnyRow();
+    void typedNameReachesNoOtherMacro();
+    void addedMacroIsNamedInAnyRow();
+    void ambiguousAddedNameIsNotOpened();
     void everyDialogEndsWithoutAKeyboard_data();
     void everyDialogEndsWithoutAKeyboard();
-    void theAlertStaysWhileItsMacroDoes();
+    void alertStaysWhileItsMacroExists();
     void deletingSelectsTheNextRow_data();
     void deletingSelectsTheNextRow();
     void deletingTheOnlyMacroHidesTheEventPart();
     void listMenusEnableCommands();
     void addedMacroIsSelectedAndEditedBeforeItIsSent();
-    void aMacroThatIsNotTakenIsNotListed_data();
-    void aMacroThatIsNotTakenIsNotListed();
+    void refusedMacroIsNotListed_data();
+    void refusedMacroIsNotListed();
     void renameLeavesTheMacroTwiceUntilTheReload_data();
     void renameLeavesTheMacroTwiceUntilTheReload();
     void clickingAnotherRowEndsTheRename();
-    void namesAreOnlyOfTheMacroList();
+    void onlyTheMacroListHasNames();
     void cancellingTheDeletionKeepsTheMacro();
     void deleteKeyAsksToDelete();
     void keysRenameTheSelectedMacro_data();
     void keysRenameTheSelectedMacro();
     void gearMenuAddsAndDeletes();
-    void aRefusedDeletionKeepsListAndSelection();
+    void refusedDeletionKeepsListAndSelection();
     void renamingNeedsASelectedMacro();
     void addingEndsARename();
 };
@@ -89,7 +89,7 @@ void MacrosListTest::addingAgainNumbersTheName()
     QCOMPARE(mDelegate->record.value(u"MacroName"_s), QVariant(u"Untitled Macro(2)"_s));
 }
 
-void MacrosListTest::addOpensTheNameAndAsksForNoLines()
+void MacrosListTest::addOpensTheNameAndRequestsNoLines()
 {
     fill({u"A"_s}, 0);
     outlet<QPushButton>(u"mAddMacro"_s)->click();
@@ -115,7 +115,7 @@ void MacrosListTest::typingANameRenames()
     QCOMPARE(list()->model()->index(1, 0).data().toString(), u"Heal"_s);
 }
 
-void MacrosListTest::renamesAsTheRuleSays_data()
+void MacrosListTest::renamesByTheRule_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("typed");
@@ -125,7 +125,7 @@ void MacrosListTest::renamesAsTheRuleSays_data()
     QTest::newRow("to a free name") << 1 << u"X"_s << u"rename 1 X"_s;
 }
 
-void MacrosListTest::renamesAsTheRuleSays()
+void MacrosListTest::renamesByTheRule()
 {
     QFETCH(int, row);
     QFETCH(QString, typed);
@@ -168,7 +168,7 @@ void MacrosListTest::renamingFromTheMenuDisablesTheEventButtons()
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void MacrosListTest::deleteAsksFirst()
+void MacrosListTest::deleteNeedsAConfirmation()
 {
     fill({u"A"_s, u"B"_s}, 1);
     outlet<QPushButton>(u"mDeleteMacro"_s)->click();
@@ -188,7 +188,7 @@ void MacrosListTest::deleteAsksFirst()
     QTRY_VERIFY(list()->hasFocus());
 }
 
-void MacrosListTest::theAlertGoesWithTheMacroThatItNames_data()
+void MacrosListTest::alertClosesWithItsMacro_data()
 {
     QTest::addColumn<bool>("haveIdentity");
     QTest::addColumn<QStringList>("namesAfter");
@@ -199,7 +199,7 @@ void MacrosListTest::theAlertGoesWithTheMacroThatItNames_data()
     QTest::newRow("without identities, the one above deleted") << false << QStringList{u"B"_s, u"C"_s};
 }
 
-void MacrosListTest::theAlertGoesWithTheMacroThatItNames()
+void MacrosListTest::alertClosesWithItsMacro()
 {
     QFETCH(bool, haveIdentity);
     QFETCH(QStringList, namesAfter);
@@ -226,7 +226,7 @@ void MacrosListTest::theAlertGoesWithTheMacroThatItNames()
     QCOMPARE(mDelegate->macros, macros(namesAfter));
 }
 
-void MacrosListTest::theSelectionFollowsTheMacro_data()
+void MacrosListTest::selectionFollowsTheMacro_data()
 {
     QTest::addColumn<QList<int>>("after");
     QTest::addColumn<int>("row");
@@ -239,7 +239,7 @@ void MacrosListTest::theSelectionFollowsTheMacro_data()
     QTest::newRow("all deleted") << QList<int>{} << -1;
 }
 
-void MacrosListTest::theSelectionFollowsTheMacro()
+void MacrosListTest::selectionFollowsTheMacro()
 {
     QFETCH(QList<int>, after);
     QFETCH(int, row);
@@ -254,7 +254,7 @@ void MacrosListTest::theSelectionFollowsTheMacro()
     QCOMPARE(mDelegate->calls, QStringList()); // its lines are unchanged
 }
 
-void MacrosListTest::theAlertDeletesItsMacroWhereverItStands()
+void MacrosListTest::alertDeletesItsMacroInAnyRow()
 {
     mDelegate->macros = numberedMacros({1, 2, 3});
     mDelegate->refresh();
@@ -269,7 +269,7 @@ void MacrosListTest::theAlertDeletesItsMacroWhereverItStands()
     QCOMPARE(mDelegate->calls.first(), u"delete 0"_s);
 }
 
-void MacrosListTest::aNameBeingTypedReachesNoOtherMacro()
+void MacrosListTest::typedNameReachesNoOtherMacro()
 {
     mDelegate->macros = numberedMacros({1, 2, 3});
     mDelegate->refresh();
@@ -284,7 +284,7 @@ void MacrosListTest::aNameBeingTypedReachesNoOtherMacro()
     QCOMPARE(list()->model()->index(0, 0).data().toString(), u"Macro 2"_s);
 }
 
-void MacrosListTest::anAddedMacroIsNamedWhereverItComesToStand()
+void MacrosListTest::addedMacroIsNamedInAnyRow()
 {
     mDelegate->macros = numberedMacros({1});
     mDelegate->refresh();
@@ -296,7 +296,7 @@ void MacrosListTest::anAddedMacroIsNamedWhereverItComesToStand()
     QCOMPARE(list()->editedRow(), 1);
 }
 
-void MacrosListTest::ofTwoAddedUnderOneNameNoneIsOpened()
+void MacrosListTest::ambiguousAddedNameIsNotOpened()
 {
     mDelegate->macros = numberedMacros({1, 2});
     mDelegate->refresh();
@@ -343,7 +343,7 @@ void MacrosListTest::everyDialogEndsWithoutAKeyboard()
     QVERIFY(!events()->isEnabled());
 }
 
-void MacrosListTest::theAlertStaysWhileItsMacroDoes()
+void MacrosListTest::alertStaysWhileItsMacroExists()
 {
     fill({u"A"_s, u"B"_s}, 1);
     outlet<QPushButton>(u"mDeleteMacro"_s)->click();
@@ -415,7 +415,7 @@ void MacrosListTest::addedMacroIsSelectedAndEditedBeforeItIsSent()
     QCOMPARE(state, (QList<int>{2, 2, 1, 1}));
 }
 
-void MacrosListTest::aMacroThatIsNotTakenIsNotListed_data()
+void MacrosListTest::refusedMacroIsNotListed_data()
 {
     QTest::addColumn<bool>("answers");
     QTest::addColumn<int>("selected");
@@ -425,7 +425,7 @@ void MacrosListTest::aMacroThatIsNotTakenIsNotListed_data()
     QTest::newRow("not answered for, none selected") << false << -1;
 }
 
-void MacrosListTest::aMacroThatIsNotTakenIsNotListed()
+void MacrosListTest::refusedMacroIsNotListed()
 {
     QFETCH(bool, answers);
     QFETCH(int, selected);
@@ -484,7 +484,7 @@ void MacrosListTest::clickingAnotherRowEndsTheRename()
     QCOMPARE(list()->editedRow(), -1);
 }
 
-void MacrosListTest::namesAreOnlyOfTheMacroList()
+void MacrosListTest::onlyTheMacroListHasNames()
 {
     fill({u"A"_s}, 0);
     mController->tableViewSetObjectValueForTableColumnRow(events(), u"X"_s, u"command"_s, 0);
@@ -546,7 +546,7 @@ void MacrosListTest::gearMenuAddsAndDeletes()
     QCOMPARE(mDelegate->macros, QVariantList{macroNamed(u"A"_s)});
 }
 
-void MacrosListTest::aRefusedDeletionKeepsListAndSelection()
+void MacrosListTest::refusedDeletionKeepsListAndSelection()
 {
     fill({u"A"_s, u"B"_s, u"C"_s}, 1);
     mDelegate->answers = false;

@@ -21,7 +21,7 @@ class MacrosRecordingTest : public MacrosTest
 
 private Q_SLOTS:
     void recordingStartsEmptyAndDisablesTheRest();
-    void stoppingSavesAndFetches();
+    void stoppingSavesAndReadsTheLines();
     void appendedRecordingKeepsTheLines();
     void newLinesAreAppendedAndShown();
     void linesAfterStopAreIgnored();
@@ -33,26 +33,26 @@ private Q_SLOTS:
     void enteringTheTabResetsTheRecordButton();
     void stoppingWithoutARecordingDoesNothing();
     void recordingAfterACancelledSheetEndsTheCapture();
-    void aRecordingBelongsToItsMacro_data();
-    void aRecordingBelongsToItsMacro();
-    void aRecordingOfARowThatIsGoneEnds();
+    void recordingBelongsToItsMacro_data();
+    void recordingBelongsToItsMacro();
+    void recordingEndsWithItsRow();
     void stoppingEndsTheEventSheet();
     void anotherKeyboardStopsTheRecording_data();
     void anotherKeyboardStopsTheRecording();
-    void aRecordingSaysHowTheKeyboardComesBack_data();
-    void aRecordingSaysHowTheKeyboardComesBack();
-    void aRecordingEndsWhenTheKeyboardIsBack();
+    void recordingDescribesTheWayBackToTheKeyboard_data();
+    void recordingDescribesTheWayBackToTheKeyboard();
+    void recordingEndsWhenTheKeyboardReturns();
     void windowShortcutsWorkWhileRecording();
     void keysOfTheListsDoNothingWhileRecording();
-    void theLastRecordedLineIsInSight();
-    void aCaptureIsStoppedWithoutSaving_data();
-    void aCaptureIsStoppedWithoutSaving();
-    void aRemovedKeyboardLeavesEverythingDisabled();
+    void lastRecordedLineIsVisible();
+    void captureIsStoppedWithoutSaving_data();
+    void captureIsStoppedWithoutSaving();
+    void removedKeyboardLeavesEverythingDisabled();
     void recordingNeedsASelectedMacro();
-    void recordedLinesCanBeReadThoughTheListIsOff();
-    void linesOfEachRecordingAreTaken_data();
-    void linesOfEachRecordingAreTaken();
-    void enteringTheTabEndsWhatWasBegunElsewhere();
+    void recordedLinesAreReadableInADisabledList();
+    void linesOfEachRecordingAreAccepted_data();
+    void linesOfEachRecordingAreAccepted();
+    void enteringTheTabEndsAnotherRecording();
 };
 
 void MacrosRecordingTest::recordingStartsEmptyAndDisablesTheRest()
@@ -70,7 +70,7 @@ void MacrosRecordingTest::recordingStartsEmptyAndDisablesTheRest()
         QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
 }
 
-void MacrosRecordingTest::stoppingSavesAndFetches()
+void MacrosRecordingTest::stoppingSavesAndReadsTheLines()
 {
     fill({u"A"_s, u"B"_s}, 1);
     auto *record = outlet<QPushButton>(u"mRecordMacroDetails"_s);
@@ -236,7 +236,7 @@ void MacrosRecordingTest::recordingAfterACancelledSheetEndsTheCapture()
     QCOMPARE(mDelegate->calls, (QStringList{u"start 0 0"_s, u"stop"_s, u"save 0 0"_s, u"details 0"_s}));
 }
 
-void MacrosRecordingTest::aRecordingBelongsToItsMacro_data()
+void MacrosRecordingTest::recordingBelongsToItsMacro_data()
 {
     QTest::addColumn<QString>("start");
     QTest::addColumn<QList<int>>("after");
@@ -255,7 +255,7 @@ void MacrosRecordingTest::aRecordingBelongsToItsMacro_data()
     }
 }
 
-void MacrosRecordingTest::aRecordingBelongsToItsMacro()
+void MacrosRecordingTest::recordingBelongsToItsMacro()
 {
     QFETCH(QString, start);
     QFETCH(QList<int>, after);
@@ -284,7 +284,7 @@ void MacrosRecordingTest::aRecordingBelongsToItsMacro()
     QVERIFY(mDelegate->calls.contains(u"start 0 %1"_s.arg(after.size() - 1)));
 }
 
-void MacrosRecordingTest::aRecordingOfARowThatIsGoneEnds()
+void MacrosRecordingTest::recordingEndsWithItsRow()
 {
     fill({u"A"_s, u"B"_s}, 1); // without numbers
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
@@ -342,14 +342,14 @@ void MacrosRecordingTest::anotherKeyboardStopsTheRecording()
     QCOMPARE(record->text(), u"Record"_s);
 }
 
-void MacrosRecordingTest::aRecordingSaysHowTheKeyboardComesBack_data()
+void MacrosRecordingTest::recordingDescribesTheWayBackToTheKeyboard_data()
 {
     QTest::addColumn<QString>("start");
     QTest::newRow("new recording") << u"mRecordMacroDetails"_s;
     QTest::newRow("appended recording") << u"mAddMacroDetails"_s;
 }
 
-void MacrosRecordingTest::aRecordingSaysHowTheKeyboardComesBack()
+void MacrosRecordingTest::recordingDescribesTheWayBackToTheKeyboard()
 {
     QFETCH(QString, start);
     fill({u"A"_s}, 0);
@@ -366,7 +366,7 @@ void MacrosRecordingTest::aRecordingSaysHowTheKeyboardComesBack()
     QCOMPARE(record->accessibleDescription(), QString());
 }
 
-void MacrosRecordingTest::aRecordingEndsWhenTheKeyboardIsBack()
+void MacrosRecordingTest::recordingEndsWhenTheKeyboardReturns()
 {
     fill({u"A"_s}, 0);
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
@@ -404,7 +404,7 @@ void MacrosRecordingTest::keysOfTheListsDoNothingWhileRecording()
     QCOMPARE(editor(), nullptr);
 }
 
-void MacrosRecordingTest::theLastRecordedLineIsInSight()
+void MacrosRecordingTest::lastRecordedLineIsVisible()
 {
     fill({u"A"_s}, 0);
     outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
@@ -417,14 +417,14 @@ void MacrosRecordingTest::theLastRecordedLineIsInSight()
     QVERIFY(events()->viewport()->rect().contains(last.center()));
 }
 
-void MacrosRecordingTest::aCaptureIsStoppedWithoutSaving_data()
+void MacrosRecordingTest::captureIsStoppedWithoutSaving_data()
 {
     QTest::addColumn<bool>("isTabLeft");
     QTest::newRow("the tab is left") << true;
     QTest::newRow("the window loses the focus, or the keyboard goes") << false;
 }
 
-void MacrosRecordingTest::aCaptureIsStoppedWithoutSaving()
+void MacrosRecordingTest::captureIsStoppedWithoutSaving()
 {
     QFETCH(bool, isTabLeft);
     fill({u"A"_s}, 0);
@@ -442,7 +442,7 @@ void MacrosRecordingTest::aCaptureIsStoppedWithoutSaving()
     QCOMPARE(mDelegate->calls, QStringList{u"stopKey"_s});
 }
 
-void MacrosRecordingTest::aRemovedKeyboardLeavesEverythingDisabled()
+void MacrosRecordingTest::removedKeyboardLeavesEverythingDisabled()
 {
     fill({u"A"_s}, 0);
     outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
@@ -467,7 +467,7 @@ void MacrosRecordingTest::recordingNeedsASelectedMacro()
     QVERIFY(!record->isChecked());
 }
 
-void MacrosRecordingTest::recordedLinesCanBeReadThoughTheListIsOff()
+void MacrosRecordingTest::recordedLinesAreReadableInADisabledList()
 {
     fill({u"A"_s}, 0);
     const auto textColor = [this](QPalette::ColorGroup group) {
@@ -483,7 +483,7 @@ void MacrosRecordingTest::recordedLinesCanBeReadThoughTheListIsOff()
     }
 }
 
-void MacrosRecordingTest::linesOfEachRecordingAreTaken_data()
+void MacrosRecordingTest::linesOfEachRecordingAreAccepted_data()
 {
     QTest::addColumn<QString>("start");
     QTest::addColumn<int>("rows");
@@ -491,7 +491,7 @@ void MacrosRecordingTest::linesOfEachRecordingAreTaken_data()
     QTest::newRow("appended recording") << u"mAddMacroDetails"_s << 6;
 }
 
-void MacrosRecordingTest::linesOfEachRecordingAreTaken()
+void MacrosRecordingTest::linesOfEachRecordingAreAccepted()
 {
     QFETCH(QString, start);
     QFETCH(int, rows);
@@ -503,7 +503,7 @@ void MacrosRecordingTest::linesOfEachRecordingAreTaken()
     QCOMPARE(events()->numberOfRows(), rows);
 }
 
-void MacrosRecordingTest::enteringTheTabEndsWhatWasBegunElsewhere()
+void MacrosRecordingTest::enteringTheTabEndsAnotherRecording()
 {
     fill({u"A"_s}, 0);
     mController->checkMacroRecordingStatus(u"Macros"_s);

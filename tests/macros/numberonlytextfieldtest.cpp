@@ -12,13 +12,13 @@ class NumberOnlyTextFieldTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void takesSixDigits_data();
-    void takesSixDigits();
-    void vetsEachEdit_data();
-    void vetsEachEdit();
+    void acceptsSixDigits_data();
+    void acceptsSixDigits();
+    void checksEachEdit_data();
+    void checksEachEdit();
 };
 
-void NumberOnlyTextFieldTest::takesSixDigits_data()
+void NumberOnlyTextFieldTest::acceptsSixDigits_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<int>("cursor");
@@ -32,7 +32,7 @@ void NumberOnlyTextFieldTest::takesSixDigits_data()
     QTest::newRow("deletion") << u"123456"_s << 6 << int(Qt::Key_Backspace) << u"12345"_s << 0;
 }
 
-void NumberOnlyTextFieldTest::takesSixDigits()
+void NumberOnlyTextFieldTest::acceptsSixDigits()
 {
     QFETCH(QString, before);
     QFETCH(int, cursor);
@@ -51,7 +51,7 @@ void NumberOnlyTextFieldTest::takesSixDigits()
     QCOMPARE(field.integerValue(), after.toInt());
 }
 
-void NumberOnlyTextFieldTest::vetsEachEdit_data()
+void NumberOnlyTextFieldTest::checksEachEdit_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<int>("position");
@@ -76,7 +76,7 @@ void NumberOnlyTextFieldTest::vetsEachEdit_data()
     QTest::newRow("point alone") << u"1"_s << 1 << 0 << u"."_s << false;
 }
 
-void NumberOnlyTextFieldTest::vetsEachEdit()
+void NumberOnlyTextFieldTest::checksEachEdit()
 {
     QFETCH(QString, before);
     QFETCH(int, position);

@@ -33,7 +33,7 @@ class DesktopEntryTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsItsOwnGroupAlone();
+    void readsOnlyItsOwnGroup();
     void needsItsGroup_data();
     void needsItsGroup();
     void resolvesEscapes_data();
@@ -42,17 +42,17 @@ private Q_SLOTS:
     void choosesTheLanguage();
     void takesTheLanguageFromTheEnvironment();
     void flagsAreTrueOrFalse();
-    void commandLineHasItsWords_data();
-    void commandLineHasItsWords();
-    void lineGrowsNoLargerThanAFile_data();
-    void lineGrowsNoLargerThanAFile();
+    void splitsTheCommandLineIntoWords_data();
+    void splitsTheCommandLineIntoWords();
+    void sizeOfALineIsBounded_data();
+    void sizeOfALineIsBounded();
     void readsTheLongestLines_data();
     void readsTheLongestLines();
     void readsFilesWithinBounds();
     void anyBytesAreReadOrRefused();
 };
 
-void DesktopEntryTest::readsItsOwnGroupAlone()
+void DesktopEntryTest::readsOnlyItsOwnGroup()
 {
     const auto entry =
         DesktopEntry::parse("# a comment\n"
@@ -142,7 +142,7 @@ void DesktopEntryTest::flagsAreTrueOrFalse()
     QVERIFY(!entry->flag(u"Absent"_s));
 }
 
-void DesktopEntryTest::commandLineHasItsWords_data()
+void DesktopEntryTest::splitsTheCommandLineIntoWords_data()
 {
     QTest::addColumn<QString>("exec");
     QTest::addColumn<QString>("expected");
@@ -179,7 +179,7 @@ void DesktopEntryTest::commandLineHasItsWords_data()
     QTest::newRow("no program") << uR"("" x)"_s << u"refused"_s;
 }
 
-void DesktopEntryTest::commandLineHasItsWords()
+void DesktopEntryTest::splitsTheCommandLineIntoWords()
 {
     QFETCH(QString, exec);
     QTEST(words(exec, u"Name=A Game\nIcon=game-icon\n"_s), "expected");
@@ -188,7 +188,7 @@ void DesktopEntryTest::commandLineHasItsWords()
 }
 
 // A line that repeats a name of half a megabyte 100,000 times would take 50 GB.
-void DesktopEntryTest::lineGrowsNoLargerThanAFile_data()
+void DesktopEntryTest::sizeOfALineIsBounded_data()
 {
     QTest::addColumn<QString>("code");
     QTest::addColumn<QString>("key");
@@ -196,7 +196,7 @@ void DesktopEntryTest::lineGrowsNoLargerThanAFile_data()
     QTest::newRow("icon") << u"%i"_s << u"Icon"_s;
 }
 
-void DesktopEntryTest::lineGrowsNoLargerThanAFile()
+void DesktopEntryTest::sizeOfALineIsBounded()
 {
     QFETCH(QString, code);
     QFETCH(QString, key);

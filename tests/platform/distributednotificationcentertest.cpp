@@ -69,10 +69,10 @@ private slots:
     void observersAreCalledInTheOrderTheyWereAdded();
     void removalEndsEveryObservationOfThatNameOnly();
     void removalLeavesOtherObserversAlone();
-    void removingWhatIsNotObservedDoesNothing();
+    void removingAnUnknownObservationDoesNothing();
     void destroyedObserverIsNotCalled();
     void observerMayRemoveAndAddItselfInItsHandler();
-    void observationAddedInHandlerHearsTheNextOne();
+    void observationAddedInHandlerReceivesTheNextOne();
     void observationRemovedInHandlerOfAnotherIsNotCalled();
     void observerMayBeDestroyedInItsHandler();
     void removedBetweenPostAndDeliveryIsNotCalled();
@@ -290,7 +290,7 @@ void DistributedNotificationCenterTest::removalLeavesOtherObserversAlone()
     QCOMPARE(mCalls, QStringList{u"kept"_s});
 }
 
-void DistributedNotificationCenterTest::removingWhatIsNotObservedDoesNothing()
+void DistributedNotificationCenterTest::removingAnUnknownObservationDoesNothing()
 {
     QObject other;
     mCenter->addObserver(&mObserver, name, noting(u"a"_s));
@@ -337,7 +337,7 @@ void DistributedNotificationCenterTest::observerMayRemoveAndAddItselfInItsHandle
     QCOMPARE(mCalls.size(), 2);
 }
 
-void DistributedNotificationCenterTest::observationAddedInHandlerHearsTheNextOne()
+void DistributedNotificationCenterTest::observationAddedInHandlerReceivesTheNextOne()
 {
     mCenter->addObserver(&mObserver, name, [&](const DistributedNotification &) {
         mCalls.append(u"first"_s);

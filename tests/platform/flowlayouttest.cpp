@@ -11,11 +11,11 @@ class FlowLayoutTest : public QObject
 
 private Q_SLOTS:
     void init();
-    void breaksWhereTheNextWouldNotFit_data();
-    void breaksWhereTheNextWouldNotFit();
-    void asksForOneRowAndDoesWithTheWidest();
-    void leavesNoPlaceForTheHidden();
-    void givesItsItemsBack();
+    void breaksRowsThatAreFull_data();
+    void breaksRowsThatAreFull();
+    void prefersOneRowAndNeedsTheWidestItem();
+    void skipsHiddenItems();
+    void returnsItsItems();
 
 private:
     [[nodiscard]] QList<QRect> places() const;
@@ -46,7 +46,7 @@ QList<QRect> FlowLayoutTest::places() const
     return result;
 }
 
-void FlowLayoutTest::breaksWhereTheNextWouldNotFit_data()
+void FlowLayoutTest::breaksRowsThatAreFull_data()
 {
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("height");
@@ -62,7 +62,7 @@ void FlowLayoutTest::breaksWhereTheNextWouldNotFit_data()
     QTest::newRow("too narrow") << 20 << 60 << QList{first, QRect(0, 25, 60, 10), QRect(0, 40, 30, 20)};
 }
 
-void FlowLayoutTest::breaksWhereTheNextWouldNotFit()
+void FlowLayoutTest::breaksRowsThatAreFull()
 {
     QFETCH(int, width);
     QFETCH(int, height);
@@ -71,7 +71,7 @@ void FlowLayoutTest::breaksWhereTheNextWouldNotFit()
     QTEST(places(), "expected");
 }
 
-void FlowLayoutTest::asksForOneRowAndDoesWithTheWidest()
+void FlowLayoutTest::prefersOneRowAndNeedsTheWidestItem()
 {
     QCOMPARE(mLayout->sizeHint(), QSize(150, 20));
     QCOMPARE(mLayout->minimumSize(), QSize(60, 20));
@@ -82,7 +82,7 @@ void FlowLayoutTest::asksForOneRowAndDoesWithTheWidest()
     QCOMPARE(mLayout->heightForWidth(153), 51);
 }
 
-void FlowLayoutTest::leavesNoPlaceForTheHidden()
+void FlowLayoutTest::skipsHiddenItems()
 {
     mItems[1]->hide();
     QCOMPARE(mLayout->sizeHint(), QSize(80, 20));
@@ -90,7 +90,7 @@ void FlowLayoutTest::leavesNoPlaceForTheHidden()
     QCOMPARE(mItems[2]->geometry(), QRect(50, 0, 30, 20));
 }
 
-void FlowLayoutTest::givesItsItemsBack()
+void FlowLayoutTest::returnsItsItems()
 {
     QCOMPARE(mLayout->count(), 3);
     QCOMPARE(mLayout->itemAt(3), nullptr);

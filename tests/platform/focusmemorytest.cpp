@@ -12,10 +12,10 @@ class FocusMemoryTest : public QObject
 
 private Q_SLOTS:
     void init();
-    void givesTheFocusBack();
-    void givesItBackToTheFirstThatLostIt();
-    void leavesItWhereTheUserWent();
-    void forgetsAnOwnerThatIsGone();
+    void restoresTheFocus();
+    void restoresItToTheFirstThatLostIt();
+    void keepsTheUsersOwnChoice();
+    void forgetsADestroyedOwner();
 
 private:
     void setEnabled(QWidget *widget, bool isEnabled);
@@ -47,7 +47,7 @@ void FocusMemoryTest::setEnabled(QWidget *widget, bool isEnabled)
     mMemory.change(mWindow.get(), [=] { widget->setEnabled(isEnabled); });
 }
 
-void FocusMemoryTest::givesTheFocusBack()
+void FocusMemoryTest::restoresTheFocus()
 {
     for (int time = 0; time < 2; ++time) {
         setEnabled(mFirst, false);
@@ -59,7 +59,7 @@ void FocusMemoryTest::givesTheFocusBack()
     }
 }
 
-void FocusMemoryTest::givesItBackToTheFirstThatLostIt()
+void FocusMemoryTest::restoresItToTheFirstThatLostIt()
 {
     setEnabled(mFirst, false);
     setEnabled(mThird, false);
@@ -70,7 +70,7 @@ void FocusMemoryTest::givesItBackToTheFirstThatLostIt()
     QVERIFY(mFirst->hasFocus());
 }
 
-void FocusMemoryTest::leavesItWhereTheUserWent()
+void FocusMemoryTest::keepsTheUsersOwnChoice()
 {
     setEnabled(mFirst, false);
     mThird->setFocus();
@@ -81,7 +81,7 @@ void FocusMemoryTest::leavesItWhereTheUserWent()
     QVERIFY(mSecond->hasFocus());
 }
 
-void FocusMemoryTest::forgetsAnOwnerThatIsGone()
+void FocusMemoryTest::forgetsADestroyedOwner()
 {
     setEnabled(mFirst, false);
     delete mFirst;

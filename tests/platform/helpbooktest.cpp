@@ -99,7 +99,7 @@ private Q_SLOTS:
     void findsBeginningsOfWords_data();
     void findsBeginningsOfWords();
     void putsTitlesFirstThenTheMostHits();
-    void quotesWhatItFound();
+    void quotesTheHits();
 
     void shippedLinksLeadSomewhere_data() { addLanguages(); }
     void shippedLinksLeadSomewhere();
@@ -107,12 +107,12 @@ private Q_SLOTS:
     void shippedPagesAreReachable();
     void shippedPagesHaveTitlesAndText_data() { addLanguages(); }
     void shippedPagesHaveTitlesAndText();
-    void shippedPagesAskForNoColors_data() { addLanguages(); }
-    void shippedPagesAskForNoColors();
-    void shippedPagesTellTrueCommands_data() { addLanguages(); }
-    void shippedPagesTellTrueCommands();
-    void everyLanguageTellsTheSame_data() { addLanguages(); }
-    void everyLanguageTellsTheSame();
+    void shippedPagesSetNoColors_data() { addLanguages(); }
+    void shippedPagesSetNoColors();
+    void shippedPagesNameExistingCommands_data() { addLanguages(); }
+    void shippedPagesNameExistingCommands();
+    void everyLanguageHasTheSameContent_data() { addLanguages(); }
+    void everyLanguageHasTheSameContent();
     void everyLanguageUsesTheWordsOfTheWindow_data() { addLanguages(); }
     void everyLanguageUsesTheWordsOfTheWindow();
     void shippedPagesAreFound_data();
@@ -205,7 +205,7 @@ void HelpBookTest::putsTitlesFirstThenTheMostHits()
              QStringList({u"b.html"_s, u"a.html"_s, u"index.html"_s, u"c.html"_s}));
 }
 
-void HelpBookTest::quotesWhatItFound()
+void HelpBookTest::quotesTheHits()
 {
     const QString before = u"word "_s.repeated(30);
     write(u"index.html"_s, u"Start"_s, before + u"here it is "_s + before);
@@ -273,7 +273,7 @@ void HelpBookTest::shippedPagesHaveTitlesAndText()
     QCOMPARE(titles.size(), book.pages().size());
 }
 
-void HelpBookTest::shippedPagesAskForNoColors()
+void HelpBookTest::shippedPagesSetNoColors()
 {
     QFETCH(QString, language);
     const QDir folder(shippedFolder(language));
@@ -283,7 +283,7 @@ void HelpBookTest::shippedPagesAskForNoColors()
     }
 }
 
-void HelpBookTest::shippedPagesTellTrueCommands()
+void HelpBookTest::shippedPagesNameExistingCommands()
 {
     QFETCH(QString, language);
     // A command of kestractl on a page must exist.
@@ -310,7 +310,7 @@ void HelpBookTest::addLanguages()
     QVERIFY(languages().size() >= 6);
 }
 
-void HelpBookTest::everyLanguageTellsTheSame()
+void HelpBookTest::everyLanguageHasTheSameContent()
 {
     QFETCH(QString, language);
     const QDir original(shippedFolder());

@@ -25,18 +25,18 @@ private Q_SLOTS:
     void init();
     void cleanup() { mWindow.reset(); }
 
-    void opensAtThePageAskedFor_data();
-    void opensAtThePageAskedFor();
+    void opensAtTheRequestedPage_data();
+    void opensAtTheRequestedPage();
     void listsTheContentsAndFollowsThePage();
     void goesBackAndForward();
     void linksLeadToTheirPages();
     void findsPagesAndMarksTheWords();
     void returnOpensTheBestResult();
-    void saysWhenNothingIsFound();
-    void typingAQueryLeavesThePageAlone();
-    void isUsedByKeyboardAlone();
+    void reportsThatNothingIsFound();
+    void typingAQueryKeepsThePage();
+    void isUsableByKeyboardOnly();
     void followsTheColorsOfTheDesktop();
-    void linksAreSeenOnADarkDesktopThatLeavesThemDark();
+    void linksAreVisibleOnADarkDesktopWithDarkLinks();
     void everyControlHasAName();
     void viewerShowsOneWindow();
     void viewerWithoutABookShowsNothing();
@@ -80,7 +80,7 @@ QWidgetList HelpWindowTest::viewers()
     return found;
 }
 
-void HelpWindowTest::opensAtThePageAskedFor_data()
+void HelpWindowTest::opensAtTheRequestedPage_data()
 {
     QTest::addColumn<QString>("asked");
     QTest::addColumn<QString>("page");
@@ -91,7 +91,7 @@ void HelpWindowTest::opensAtThePageAskedFor_data()
     QTest::newRow("outside the book") << u"../Kestra.plist"_s << u"index.html"_s << u"Quill Kestra"_s;
 }
 
-void HelpWindowTest::opensAtThePageAskedFor()
+void HelpWindowTest::opensAtTheRequestedPage()
 {
     QFETCH(QString, asked);
     HelpWindow window(u"Book"_s, mFolder);
@@ -179,7 +179,7 @@ void HelpWindowTest::returnOpensTheBestResult()
     QCOMPARE(QApplication::focusWidget(), list());
 }
 
-void HelpWindowTest::saysWhenNothingIsFound()
+void HelpWindowTest::reportsThatNothingIsFound()
 {
     searchField()->setText(u"xylophone"_s);
     QCOMPARE(list()->count(), 1);
@@ -188,7 +188,7 @@ void HelpWindowTest::saysWhenNothingIsFound()
     QCOMPARE(shown(), u"index.html"_s);
 }
 
-void HelpWindowTest::typingAQueryLeavesThePageAlone()
+void HelpWindowTest::typingAQueryKeepsThePage()
 {
     const QSignalSpy changes(browser(), &QTextBrowser::sourceChanged);
     QTest::keyClicks(searchField(), u"macro"_s);
@@ -196,7 +196,7 @@ void HelpWindowTest::typingAQueryLeavesThePageAlone()
     QVERIFY(changes.isEmpty());
 }
 
-void HelpWindowTest::isUsedByKeyboardAlone()
+void HelpWindowTest::isUsableByKeyboardOnly()
 {
     QTest::keyClick(browser(), Qt::Key_F, Qt::ControlModifier);
     QCOMPARE(QApplication::focusWidget(), searchField());
@@ -243,7 +243,7 @@ void HelpWindowTest::followsTheColorsOfTheDesktop()
     QCOMPARE(picture.pixelColor(2, 2), QColor(Qt::black));
 }
 
-void HelpWindowTest::linksAreSeenOnADarkDesktopThatLeavesThemDark()
+void HelpWindowTest::linksAreVisibleOnADarkDesktopWithDarkLinks()
 {
     const QPalette before = QApplication::palette();
     const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });

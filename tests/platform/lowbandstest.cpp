@@ -12,7 +12,7 @@ class LowBandsTest : public QObject
 private Q_SLOTS:
     void coverTheAreaOnceWithFewSpans_data();
     void coverTheAreaOnceWithFewSpans();
-    void nothingHasNoBands();
+    void emptyAreaHasNoBands();
     void joinWithoutASeam_data();
     void joinWithoutASeam();
 };
@@ -45,7 +45,7 @@ void LowBandsTest::coverTheAreaOnceWithFewSpans()
     QCOMPARE(nextTop, area.bottom() + 1);
 }
 
-void LowBandsTest::nothingHasNoBands()
+void LowBandsTest::emptyAreaHasNoBands()
 {
     QVERIFY(lowBands({}, 1).isEmpty());
 }

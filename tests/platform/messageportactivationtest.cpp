@@ -62,8 +62,8 @@ class MessagePortActivationTest : public QObject
 
 private slots:
     void initTestCase();
-    void startsNoService();
-    void theBusWouldHaveStartedIt();
+    void portStartsNoService();
+    void busCanStartTheService();
 
 private:
     ActivatingBus mBus;
@@ -77,7 +77,7 @@ void MessagePortActivationTest::initTestCase()
     QVERIFY(bus->activatableServiceNames().value().contains(messagePortBusName(portName)));
 }
 
-void MessagePortActivationTest::startsNoService()
+void MessagePortActivationTest::portStartsNoService()
 {
     QVERIFY(!RemoteMessagePort::open(portName));
 
@@ -95,7 +95,7 @@ void MessagePortActivationTest::startsNoService()
     QVERIFY(!mBus.hasStartedTheService());
 }
 
-void MessagePortActivationTest::theBusWouldHaveStartedIt()
+void MessagePortActivationTest::busCanStartTheService()
 {
     // The counterpart: a message that allows it does start the service.
     QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(portName), u"/MessagePort"_s,

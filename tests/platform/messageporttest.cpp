@@ -77,9 +77,9 @@ class MessagePortTest : public QObject
 
 private slots:
     void opensOnlyPortsThatExist();
-    void knowsWhichNamesAPortCanHave_data();
-    void knowsWhichNamesAPortCanHave();
-    void callsMeanwhileBetweenSendingAndTheAnswer();
+    void recognisesValidPortNames_data();
+    void recognisesValidPortNames();
+    void callsTheFunctionBetweenSendingAndTheAnswer();
     void carriesIdentifierAndData_data();
     void carriesIdentifierAndData();
     void emptyMessageCarriesNoData();
@@ -91,7 +91,7 @@ private slots:
     void refusedPortLeavesOtherPortOfTheConnectionAlone();
     void withoutBusThereIsNoPort();
     void endOfPortFreesItsName();
-    void sendToPortThatHasGoneIsInvalid();
+    void sendToAMissingPortIsInvalid();
     void sendGivesUpAfterReceiveTimeout();
     void sendRunsNoEventLoop();
     void threadsSendAtOnce();
@@ -109,7 +109,7 @@ void MessagePortTest::opensOnlyPortsThatExist()
     QVERIFY(!RemoteMessagePort::open(u"TestPor"_s));
 }
 
-void MessagePortTest::knowsWhichNamesAPortCanHave_data()
+void MessagePortTest::recognisesValidPortNames_data()
 {
     constexpr int room = 255 - 16; // of a bus name, after "org.quillkestra."
     QTest::addColumn<QString>("name");
@@ -134,7 +134,7 @@ void MessagePortTest::knowsWhichNamesAPortCanHave_data()
 }
 
 // The bus gives the same answer for every name: the rule is its own.
-void MessagePortTest::knowsWhichNamesAPortCanHave()
+void MessagePortTest::recognisesValidPortNames()
 {
     QFETCH(QString, name);
     QFETCH(bool, isPossible);
@@ -145,7 +145,7 @@ void MessagePortTest::knowsWhichNamesAPortCanHave()
     QCOMPARE(RemoteMessagePort::open(name).has_value(), isPossible);
 }
 
-void MessagePortTest::callsMeanwhileBetweenSendingAndTheAnswer()
+void MessagePortTest::callsTheFunctionBetweenSendingAndTheAnswer()
 {
     std::binary_semaphore isReceived(0), isReleased(0);
     const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &data) {
@@ -317,7 +317,7 @@ void MessagePortTest::endOfPortFreesItsName()
     QVERIFY(again.isServing());
 }
 
-void MessagePortTest::sendToPortThatHasGoneIsInvalid()
+void MessagePortTest::sendToAMissingPortIsInvalid()
 {
     auto port = std::make_unique<ThreadedPort>(portName, answerNothing);
     const auto remote = RemoteMessagePort::open(portName);

@@ -94,12 +94,12 @@ public Q_SLOTS:
 private Q_SLOTS:
     void initTestCase();
     void init() { mChangedKeys.clear(); }
-    void readsWhatThePortalSays_data();
-    void readsWhatThePortalSays();
+    void readsTheSettingOfThePortal_data();
+    void readsTheSettingOfThePortal();
     void followsChanges();
     void allowsMotionWithoutAPortal();
     void allowsMotionWithoutABus();
-    void asksAPortalThatComesLater();
+    void readsAPortalThatStartsLater();
 
 private:
     QStringList mChangedKeys; // as the bus reported to this process
@@ -113,7 +113,7 @@ void MotionPreferenceTest::initTestCase()
                                                   SLOT(settingChanged(QDBusMessage))));
 }
 
-void MotionPreferenceTest::readsWhatThePortalSays_data()
+void MotionPreferenceTest::readsTheSettingOfThePortal_data()
 {
     QTest::addColumn<QVariant>("animations");
     QTest::addColumn<QVariant>("reducedMotion");
@@ -129,7 +129,7 @@ void MotionPreferenceTest::readsWhatThePortalSays_data()
     QTest::newRow("wrong types") << QVariant(u"false"_s) << QVariant(u"1"_s) << true;
 }
 
-void MotionPreferenceTest::readsWhatThePortalSays()
+void MotionPreferenceTest::readsTheSettingOfThePortal()
 {
     QFETCH(QVariant, animations);
     QFETCH(QVariant, reducedMotion);
@@ -177,7 +177,7 @@ void MotionPreferenceTest::allowsMotionWithoutABus()
     QVERIFY(preference.isMotionAllowed());
 }
 
-void MotionPreferenceTest::asksAPortalThatComesLater()
+void MotionPreferenceTest::readsAPortalThatStartsLater()
 {
     FakePortal portal;
     const MotionPreference preference(QDBusConnection::sessionBus());

@@ -39,9 +39,9 @@ class NotificationFilteringTest : public QObject
 
 private slots:
     void cleanupTestCase() { QDBusConnection::disconnectFromBus(u"poster"_s); }
-    void asksForEachNameOnce();
-    void asksNoLongerAfterTheLastObservation();
-    void asksNoLongerWhenTheObserverIsDestroyed();
+    void subscribesToEachNameOnce();
+    void unsubscribesAfterTheLastObservation();
+    void unsubscribesWhenTheObserverIsDestroyed();
     void unobservedNamesAreNotSent();
 
 private:
@@ -68,7 +68,7 @@ QStringList NotificationFilteringTest::rules()
     return found;
 }
 
-void NotificationFilteringTest::asksForEachNameOnce()
+void NotificationFilteringTest::subscribesToEachNameOnce()
 {
     DistributedNotificationCenter center(QDBusConnection::sessionBus());
     if (rules() == QStringList{u"no statistics"_s})
@@ -85,7 +85,7 @@ void NotificationFilteringTest::asksForEachNameOnce()
     QCOMPARE(rules().size(), 2);
 }
 
-void NotificationFilteringTest::asksNoLongerAfterTheLastObservation()
+void NotificationFilteringTest::unsubscribesAfterTheLastObservation()
 {
     DistributedNotificationCenter center(QDBusConnection::sessionBus());
     if (rules() == QStringList{u"no statistics"_s})
@@ -99,7 +99,7 @@ void NotificationFilteringTest::asksNoLongerAfterTheLastObservation()
     QTRY_COMPARE(rules(), QStringList());
 }
 
-void NotificationFilteringTest::asksNoLongerWhenTheObserverIsDestroyed()
+void NotificationFilteringTest::unsubscribesWhenTheObserverIsDestroyed()
 {
     DistributedNotificationCenter center(QDBusConnection::sessionBus());
     if (rules() == QStringList{u"no statistics"_s})

@@ -32,20 +32,20 @@ private Q_SLOTS:
     void pickOfTheSelectedItemIsAnnouncedAgain();
     void ignoresIndexesWithoutAnItem();
     void titleChangesShowAtOnce();
-    void ampersandIsNoMnemonic();
+    void ampersandIsNotAMnemonic();
     void titleIsShownOnOneLineInItsOwnDirection();
-    void submenuItemLeavesTheSelection();
-    void replacedSubmenuGoesAway();
+    void submenuItemKeepsTheSelection();
+    void replacedSubmenuIsDeleted();
     void submenuMayBeReplacedFromItsOwnItem();
     void removingAllItemsLeavesNone();
     void marksTheSelectedItemInTheMenu();
     void opensByMouseAndPicksByKeyboard();
     void opensByKeyboard_data();
     void opensByKeyboard();
-    void arrowsGoOnFromTheSelectedItem();
+    void arrowsStartAtTheSelectedItem();
     void openingKeepsSubmenusClosed();
-    void aSubmenuThatIsReplacedWhileItIsOffComesOnWithTheButton();
-    void longTitlesDoNotWidenItWithoutEnd();
+    void submenuReplacedWhileDisabledIsEnabledWithTheButton();
+    void longTitlesHaveALimitedWidth();
 };
 
 void PopUpButtonTest::selectsTheFirstItemAdded()
@@ -115,7 +115,7 @@ void PopUpButtonTest::titleChangesShowAtOnce()
     QCOMPARE(button.text(), u"Another"_s);
 }
 
-void PopUpButtonTest::ampersandIsNoMnemonic()
+void PopUpButtonTest::ampersandIsNotAMnemonic()
 {
     PopUpButton button;
     button.addItemWithTitle(u"Cut & Paste"_s);
@@ -138,7 +138,7 @@ void PopUpButtonTest::titleIsShownOnOneLineInItsOwnDirection()
     QCOMPARE(button.itemAtIndex(0)->text(), u"A B"_s);
 }
 
-void PopUpButtonTest::submenuItemLeavesTheSelection()
+void PopUpButtonTest::submenuItemKeepsTheSelection()
 {
     PopUpButton button;
     addItems(button, {u"One"_s, u"Two"_s});
@@ -155,7 +155,7 @@ void PopUpButtonTest::submenuItemLeavesTheSelection()
     QCOMPARE(menuItemTitle(item), u"Inner"_s);
 }
 
-void PopUpButtonTest::replacedSubmenuGoesAway()
+void PopUpButtonTest::replacedSubmenuIsDeleted()
 {
     PopUpButton button;
     button.addItemWithTitle(u"One"_s);
@@ -243,7 +243,7 @@ void PopUpButtonTest::opensByKeyboard()
     QVERIFY(!button.isDown());
 }
 
-void PopUpButtonTest::arrowsGoOnFromTheSelectedItem()
+void PopUpButtonTest::arrowsStartAtTheSelectedItem()
 {
     PopUpButton button;
     addItems(button, {u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s});
@@ -275,7 +275,7 @@ void PopUpButtonTest::openingKeepsSubmenusClosed()
     QVERIFY(!button.popUpMenu()->activeAction());
 }
 
-void PopUpButtonTest::aSubmenuThatIsReplacedWhileItIsOffComesOnWithTheButton()
+void PopUpButtonTest::submenuReplacedWhileDisabledIsEnabledWithTheButton()
 {
     PopUpButton button;
     addItems(button, {u"One"_s, u"Two"_s});
@@ -287,7 +287,7 @@ void PopUpButtonTest::aSubmenuThatIsReplacedWhileItIsOffComesOnWithTheButton()
     QVERIFY(button.submenuAtIndex(1)->isEnabled());
 }
 
-void PopUpButtonTest::longTitlesDoNotWidenItWithoutEnd()
+void PopUpButtonTest::longTitlesHaveALimitedWidth()
 {
     PopUpButton button;
     button.addItemWithTitle(u"One"_s);

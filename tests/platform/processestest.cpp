@@ -46,10 +46,10 @@ private slots:
     void comparesTheNameOfTheScript_data();
     void comparesTheNameOfTheScript();
     void findsEveryProcessOfTheName();
-    void ignoresWhatIsNoProcess();
+    void ignoresOtherEntries();
     void emptyNameFindsNone();
     void missingFolderHasNone();
-    void endsProcessesInNamespaceOfTheirOwn();
+    void endsProcessesInASeparateNamespace();
 
 private:
     /// Adds a process to the simulated process file system. `startedAs`: the path that the kernel received to start it.
@@ -196,7 +196,7 @@ void ProcessesTest::findsEveryProcessOfTheName()
     QCOMPARE(found(), (std::vector<qint64>{7, 4194303}));
 }
 
-void ProcessesTest::ignoresWhatIsNoProcess()
+void ProcessesTest::ignoresOtherEntries()
 {
     addProcess(u"self"_s, u"/usr/bin/QuillKestraDaemon"_s);
     addProcess(u"12a"_s, u"/usr/bin/QuillKestraDaemon"_s);
@@ -217,7 +217,7 @@ void ProcessesTest::missingFolderHasNone()
     QVERIFY(Processes::idsOfAllNamed(daemonName, mProc->filePath(u"none"_s)).empty());
 }
 
-void ProcessesTest::endsProcessesInNamespaceOfTheirOwn()
+void ProcessesTest::endsProcessesInASeparateNamespace()
 {
     QStringList own{u"--pid"_s, u"--fork"_s, u"--mount-proc"_s, u"--kill-child"_s};
     if (::geteuid()
@@ -247,11 +247,11 @@ private slots:
     void endsEveryProcessOfTheName();
     void leavesProcessesOfOtherNames_data();
     void leavesProcessesOfOtherNames();
-    void endsProcessWhoseExecutableIsGone();
+    void endsProcessWithoutItsExecutable();
     void endsProcessThatWasStartedByALink();
     void endsScripts_data();
     void endsScripts();
-    void endsNoOtherUsersProcesses();
+    void keepsProcessesOfOtherUsers();
     void endsOtherUsersProcessesAsRoot();
 
 private:
@@ -342,7 +342,7 @@ void ProcessesInNamespaceTest::leavesProcessesOfOtherNames()
     QVERIFY(other->exitCode() == SIGKILL); // this test ended it, and nothing before
 }
 
-void ProcessesInNamespaceTest::endsProcessWhoseExecutableIsGone()
+void ProcessesInNamespaceTest::endsProcessWithoutItsExecutable()
 {
     const auto daemon = started(daemonName);
     QVERIFY(daemon);
@@ -427,7 +427,7 @@ QString ProcessesInNamespaceTest::endingSignal(const QString &id)
     return QString::number(WIFSIGNALED(status) ? WTERMSIG(status) : 0);
 }
 
-void ProcessesInNamespaceTest::endsNoOtherUsersProcesses()
+void ProcessesInNamespaceTest::keepsProcessesOfOtherUsers()
 {
     const auto roots = started(daemonName);
     QVERIFY(roots);

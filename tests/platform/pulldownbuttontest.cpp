@@ -17,11 +17,11 @@ class PulldownButtonTest : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void itemsCarryTheirTagsInOrder();
+    void itemsHaveTheirTagsInOrder();
     void choosingAnItemCallsTheHandlerOnce();
     void openingValidatesTheItems();
     void settingCommandsReplacesTheMenu();
-    void picturesCanBeSeenOnADarkButton();
+    void picturesAreVisibleOnADarkButton();
 
 private:
     QTemporaryDir mResources;
@@ -42,7 +42,7 @@ void PulldownButtonTest::initTestCase()
     QVERIFY(image.save(mResources.filePath(u"images/GearOff.png"_s)));
 }
 
-void PulldownButtonTest::itemsCarryTheirTagsInOrder()
+void PulldownButtonTest::itemsHaveTheirTagsInOrder()
 {
     PulldownButton button;
     button.setCommands(mCommands, [](const QAction *) {}, {});
@@ -88,7 +88,7 @@ void PulldownButtonTest::settingCommandsReplacesTheMenu()
     QVERIFY(button.itemWithTag(7));
 }
 
-void PulldownButtonTest::picturesCanBeSeenOnADarkButton()
+void PulldownButtonTest::picturesAreVisibleOnADarkButton()
 {
     PulldownButton button;
     button.setImages(u"GearOn.png"_s, u"GearOff.png"_s);

@@ -16,13 +16,13 @@ class SheetSubjectTest : public QObject
 
 private Q_SLOTS:
     void init() { mWindow.show(); }
-    void anAlertAboutSomethingElseIsCancelled();
-    void aSheetAboutSomethingElseIsCancelled();
-    void anotherDialogEndsNeitherWithOKNorWithCancel();
-    void whatIsAboutTheSameStays();
-    void whatHasEndedIsLeftAlone();
-    void aDialogThatIsGoneIsForgotten();
-    void theDialogNotedLastCounts();
+    void alertWithAnotherSubjectIsCancelled();
+    void sheetWithAnotherSubjectIsCancelled();
+    void otherDialogEndsNeitherWithOKNorWithCancel();
+    void dialogWithTheSameSubjectStays();
+    void endedDialogIsLeftAlone();
+    void destroyedDialogIsForgotten();
+    void lastRegisteredDialogApplies();
 
 private:
     Sheet *alert(QList<int> &codes)
@@ -35,7 +35,7 @@ private:
     SheetSubject mSubject;
 };
 
-void SheetSubjectTest::anAlertAboutSomethingElseIsCancelled()
+void SheetSubjectTest::alertWithAnotherSubjectIsCancelled()
 {
     QList<int> codes;
     const QPointer<Sheet> shown = alert(codes);
@@ -45,7 +45,7 @@ void SheetSubjectTest::anAlertAboutSomethingElseIsCancelled()
     QTRY_VERIFY(!shown);
 }
 
-void SheetSubjectTest::aSheetAboutSomethingElseIsCancelled()
+void SheetSubjectTest::sheetWithAnotherSubjectIsCancelled()
 {
     Sheet sheet;
     QPushButton cancel(&sheet);
@@ -65,7 +65,7 @@ void SheetSubjectTest::aSheetAboutSomethingElseIsCancelled()
     sheet.setParent(nullptr);
 }
 
-void SheetSubjectTest::anotherDialogEndsNeitherWithOKNorWithCancel()
+void SheetSubjectTest::otherDialogEndsNeitherWithOKNorWithCancel()
 {
     QDialog dialog(&mWindow);
     QSignalSpy finished(&dialog, &QDialog::finished);
@@ -79,7 +79,7 @@ void SheetSubjectTest::anotherDialogEndsNeitherWithOKNorWithCancel()
     QVERIFY(accepted.isEmpty() && rejected.isEmpty());
 }
 
-void SheetSubjectTest::whatIsAboutTheSameStays()
+void SheetSubjectTest::dialogWithTheSameSubjectStays()
 {
     QList<int> codes;
     Sheet *shown = alert(codes);
@@ -90,7 +90,7 @@ void SheetSubjectTest::whatIsAboutTheSameStays()
     QVERIFY(!shown->isUp());
 }
 
-void SheetSubjectTest::whatHasEndedIsLeftAlone()
+void SheetSubjectTest::endedDialogIsLeftAlone()
 {
     Sheet sheet;
     QPushButton cancel(&sheet);
@@ -112,7 +112,7 @@ void SheetSubjectTest::whatHasEndedIsLeftAlone()
     QCOMPARE(finished, QList<QVariantList>{{int(QDialog::Accepted)}});
 }
 
-void SheetSubjectTest::aDialogThatIsGoneIsForgotten()
+void SheetSubjectTest::destroyedDialogIsForgotten()
 {
     auto *dialog = new QDialog(&mWindow);
     dialog->open();
@@ -122,7 +122,7 @@ void SheetSubjectTest::aDialogThatIsGoneIsForgotten()
     QVERIFY(!mWindow.findChild<QDialog *>());
 }
 
-void SheetSubjectTest::theDialogNotedLastCounts()
+void SheetSubjectTest::lastRegisteredDialogApplies()
 {
     QDialog first(&mWindow);
     QDialog second(&mWindow);

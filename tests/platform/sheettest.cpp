@@ -18,18 +18,18 @@ private Q_SLOTS:
     void init() { mWindow.show(); }
     void belongsToItsWindowAndDoesNotBlock();
     void appearsWithItsWindow();
-    void staysAwayWhenItWasTakenDownBeforeItsWindowAppears_data();
-    void staysAwayWhenItWasTakenDownBeforeItsWindowAppears();
+    void staysHiddenWhenClosedBeforeItsWindowAppears_data();
+    void staysHiddenWhenClosedBeforeItsWindowAppears();
     void followsItsWindow();
-    void tellsItsEndOnce();
-    void canBeBegunAgainByItsEnd();
-    void isShownAgainWhenItIsUp();
+    void reportsItsEndOnce();
+    void canBeginAgainAtItsEnd();
+    void canBeShownAgainWhileItIsOpen();
     void endsAfterItWasOrderedOut();
-    void saysNothingWhenItIsNotUp();
-    void paneStandsInTheMiddleOfItsWindow();
+    void reportsNothingWhenItIsNotOpen();
+    void paneIsInTheMiddleOfItsWindow();
     void paneAppearsWithItsWindow();
     void paneKeepsInputFromTheRestOfItsWindow();
-    void paneKeepsTheFocusAndGivesItBack();
+    void paneKeepsAndRestoresTheFocus();
     void pressesTheCancelButtonOnEscape();
     void staysOnEscapeWithoutCancelButton();
     void pressesTheCloseButtonWhenItIsClosed();
@@ -67,14 +67,14 @@ void SheetTest::appearsWithItsWindow()
     sheet.setParent(nullptr);
 }
 
-void SheetTest::staysAwayWhenItWasTakenDownBeforeItsWindowAppears_data()
+void SheetTest::staysHiddenWhenClosedBeforeItsWindowAppears_data()
 {
     QTest::addColumn<bool>("isEnded");
     QTest::newRow("ended") << true;
     QTest::newRow("ordered out") << false;
 }
 
-void SheetTest::staysAwayWhenItWasTakenDownBeforeItsWindowAppears()
+void SheetTest::staysHiddenWhenClosedBeforeItsWindowAppears()
 {
     QFETCH(bool, isEnded);
     mWindow.hide();
@@ -116,7 +116,7 @@ void SheetTest::followsItsWindow()
     sheet.setParent(nullptr);
 }
 
-void SheetTest::tellsItsEndOnce()
+void SheetTest::reportsItsEndOnce()
 {
     Sheet sheet;
     QList<int> codes;
@@ -129,7 +129,7 @@ void SheetTest::tellsItsEndOnce()
     sheet.setParent(nullptr);
 }
 
-void SheetTest::canBeBegunAgainByItsEnd()
+void SheetTest::canBeginAgainAtItsEnd()
 {
     Sheet sheet;
     int ends = 0;
@@ -146,7 +146,7 @@ void SheetTest::canBeBegunAgainByItsEnd()
     sheet.setParent(nullptr);
 }
 
-void SheetTest::isShownAgainWhenItIsUp()
+void SheetTest::canBeShownAgainWhileItIsOpen()
 {
     Sheet sheet;
     sheet.beginSheet(&mWindow);
@@ -172,7 +172,7 @@ void SheetTest::endsAfterItWasOrderedOut()
     sheet.setParent(nullptr);
 }
 
-void SheetTest::saysNothingWhenItIsNotUp()
+void SheetTest::reportsNothingWhenItIsNotOpen()
 {
     Sheet sheet;
     sheet.orderOut();
@@ -180,7 +180,7 @@ void SheetTest::saysNothingWhenItIsNotUp()
     QVERIFY(!sheet.isVisible());
 }
 
-void SheetTest::paneStandsInTheMiddleOfItsWindow()
+void SheetTest::paneIsInTheMiddleOfItsWindow()
 {
     QWidget window;
     window.resize(600, 400);
@@ -242,7 +242,7 @@ void SheetTest::paneKeepsInputFromTheRestOfItsWindow()
     QCOMPARE(belowClicked.count(), 4);
 }
 
-void SheetTest::paneKeepsTheFocusAndGivesItBack()
+void SheetTest::paneKeepsAndRestoresTheFocus()
 {
     QWidget window;
     auto *layout = new QVBoxLayout(&window);

@@ -12,10 +12,10 @@ class StepSliderTest : public QObject
 
 private Q_SLOTS:
     void init();
-    void clickGoesToTheNearestStep_data();
-    void clickGoesToTheNearestStep();
+    void clickSelectsTheNearestStep_data();
+    void clickSelectsTheNearestStep();
     void handleIsDragged();
-    void aDragThatHasEndedMovesNothing();
+    void endedDragMovesNothing();
     void otherButtonsDoNothing();
     void handleIsNotCutOff();
 
@@ -48,7 +48,7 @@ QRect StepSliderTest::handleAt(int value)
     return mSlider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, mSlider.get());
 }
 
-void StepSliderTest::clickGoesToTheNearestStep_data()
+void StepSliderTest::clickSelectsTheNearestStep_data()
 {
     QTest::addColumn<int>("from");
     QTest::addColumn<int>("to");
@@ -58,7 +58,7 @@ void StepSliderTest::clickGoesToTheNearestStep_data()
     }
 }
 
-void StepSliderTest::clickGoesToTheNearestStep()
+void StepSliderTest::clickSelectsTheNearestStep()
 {
     QFETCH(int, from);
     QFETCH(int, to);
@@ -85,7 +85,7 @@ void StepSliderTest::handleIsDragged()
     QCOMPARE(mSlider->value(), 3);
 }
 
-void StepSliderTest::aDragThatHasEndedMovesNothing()
+void StepSliderTest::endedDragMovesNothing()
 {
     mSlider->endDrag(); // without a drag
     QTest::mousePress(mSlider.get(), Qt::LeftButton, {}, handleAt(0).center());

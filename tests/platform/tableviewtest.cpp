@@ -90,20 +90,20 @@ private Q_SLOTS:
     void extendingReplacesTheOneSelectedRow();
     void rowThatDoesNotExistIsNotSelected();
     void deselectingNotifiesOnlyIfARowWasSelected();
-    void selectingKnowsRowsAddedSinceTheLastReload();
+    void selectingFindsRowsAddedSinceTheLastReload();
     void reloadingKeepsTheSelectionAndDoesNotNotify();
-    void reloadingDropsASelectionWhoseRowIsGone();
+    void reloadingDropsASelectionWithoutARow();
     void clickingARowNotifies();
     void clickingBesideTheRowsDeselectsUnlessForbidden();
     void rightClickKeepsTheSelection();
     void editingOpensTheNamedCell_data();
     void editingOpensTheNamedCell();
     void editingKeepsTheSelection();
-    void aRowThatIsNotSelectedIsNotEdited();
+    void unselectedRowIsNotEdited();
     void cellsThatCannotBeEditedAreNotOpened();
     void disabledTableOpensNoEditor();
     void returnWritesTheText();
-    void returnWritesAnUnchangedTextToo();
+    void returnAlsoWritesAnUnchangedText();
     void escapeWritesNothing();
     void losingTheFocusWritesTheText();
     void selectingAnotherRowByCallDiscardsTheEdit();
@@ -114,28 +114,28 @@ private Q_SLOTS:
     void deselectingEndsAnEdit();
     void disablingWritesNothing();
     void abortingWritesNothing();
-    void toolTipsShowTheTextAsItStands_data();
-    void toolTipsShowTheTextAsItStands();
-    void whatTheProgramDoesDiscardsTheEdit_data();
-    void whatTheProgramDoesDiscardsTheEdit();
-    void clickingWhereNothingTakesTheFocusWritesTheText_data();
-    void clickingWhereNothingTakesTheFocusWritesTheText();
-    void anotherWindowThatComesToTheFrontDiscardsTheEdit();
-    void noEditorOpensOutOfSight_data();
-    void noEditorOpensOutOfSight();
-    void aMenuKeepsTheEdit();
-    void whatIsTypedOnChangesNothing_data();
-    void whatIsTypedOnChangesNothing();
-    void aMoveEndsWhatIsTypedOn_data();
-    void aMoveEndsWhatIsTypedOn();
-    void anEditorOpensAgainAfterEachEnd();
-    void reloadingEndsAnEditWhoseRowIsGone();
-    void anEditIsWrittenOnceThoughWritingRefreshes();
+    void toolTipsShowTheTextLiterally_data();
+    void toolTipsShowTheTextLiterally();
+    void actionsOfTheProgramDiscardTheEdit_data();
+    void actionsOfTheProgramDiscardTheEdit();
+    void clickOutsideFocusableControlsWritesTheText_data();
+    void clickOutsideFocusableControlsWritesTheText();
+    void otherWindowInFrontDiscardsTheEdit();
+    void invisibleTableOpensNoEditor_data();
+    void invisibleTableOpensNoEditor();
+    void menuKeepsTheEdit();
+    void furtherTypingChangesNothing_data();
+    void furtherTypingChangesNothing();
+    void movingEndsFurtherTyping_data();
+    void movingEndsFurtherTyping();
+    void editorOpensAgainAfterEachEnd();
+    void reloadingEndsAnEditWithoutARow();
+    void editIsWrittenOnceWhenWritingRefreshes();
     void clickingTheCheckBoxWritesTheOtherState_data();
     void clickingTheCheckBoxWritesTheOtherState();
     void clickingBesideTheCheckBoxWritesNothing();
     void spaceSwitchesTheCheckBox();
-    void tellsAssistiveToolsCellsAndHeadings();
+    void reportsCellsAndHeadingsToAssistiveTools();
     void showsAPictureBeforeTheText();
     void pictureOfASelectedRowStaysBrightWhenDisabled();
     void emptyTableShowsItsPlaceholder();
@@ -234,7 +234,7 @@ void TableViewTest::deselectingNotifiesOnlyIfARowWasSelected()
     QCOMPARE(mSource->selections, (QList<int>{1, -1, 1}));
 }
 
-void TableViewTest::selectingKnowsRowsAddedSinceTheLastReload()
+void TableViewTest::selectingFindsRowsAddedSinceTheLastReload()
 {
     mSource->names.append(u"Delta"_s);
     mTable->selectRow(3);
@@ -256,7 +256,7 @@ void TableViewTest::reloadingKeepsTheSelectionAndDoesNotNotify()
     QVERIFY(mSource->selections.isEmpty());
 }
 
-void TableViewTest::reloadingDropsASelectionWhoseRowIsGone()
+void TableViewTest::reloadingDropsASelectionWithoutARow()
 {
     mTable->selectRow(2);
     mSource->selections.clear();
@@ -328,7 +328,7 @@ void TableViewTest::editingKeepsTheSelection()
     QCOMPARE(mSource->selections, QList<int>{0});
 }
 
-void TableViewTest::aRowThatIsNotSelectedIsNotEdited()
+void TableViewTest::unselectedRowIsNotEdited()
 {
     mTable->editColumnRow(nameColumn, 2, true);
     QCOMPARE(mTable->editedRow(), -1);
@@ -380,7 +380,7 @@ void TableViewTest::returnWritesTheText()
     QTRY_VERIFY(!editor());
 }
 
-void TableViewTest::returnWritesAnUnchangedTextToo()
+void TableViewTest::returnAlsoWritesAnUnchangedText()
 {
     mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
@@ -505,7 +505,7 @@ void TableViewTest::abortingWritesNothing()
     QVERIFY(mSource->edits.isEmpty());
 }
 
-void TableViewTest::toolTipsShowTheTextAsItStands_data()
+void TableViewTest::toolTipsShowTheTextLiterally_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name : {"Work", "R&D", "a < b", "<b>bold</b>", "&lt;", "two  blanks"})
@@ -513,7 +513,7 @@ void TableViewTest::toolTipsShowTheTextAsItStands_data()
     QTest::newRow("two lines") << u"two\nlines"_s;
 }
 
-void TableViewTest::toolTipsShowTheTextAsItStands()
+void TableViewTest::toolTipsShowTheTextLiterally()
 {
     QFETCH(QString, name);
     mSource->names[0] = name;
@@ -529,7 +529,7 @@ void TableViewTest::toolTipsShowTheTextAsItStands()
     QCOMPARE(mTable->model()->index(0, nameColumn).data(Qt::ToolTipRole).toString(), QString());
 }
 
-void TableViewTest::whatTheProgramDoesDiscardsTheEdit_data()
+void TableViewTest::actionsOfTheProgramDiscardTheEdit_data()
 {
     QTest::addColumn<std::function<void(TableView *)>>("act");
     const auto add = [](const char *name, std::function<void(TableView *)> act) { QTest::newRow(name) << act; };
@@ -543,7 +543,7 @@ void TableViewTest::whatTheProgramDoesDiscardsTheEdit_data()
     add("another current cell", [](TableView *table) { table->setCurrentIndex(table->model()->index(2, 0)); });
 }
 
-void TableViewTest::whatTheProgramDoesDiscardsTheEdit()
+void TableViewTest::actionsOfTheProgramDiscardTheEdit()
 {
     QFETCH(std::function<void(TableView *)>, act);
     mTable->selectRow(1);
@@ -555,14 +555,14 @@ void TableViewTest::whatTheProgramDoesDiscardsTheEdit()
     QVERIFY(mSource->edits.isEmpty());
 }
 
-void TableViewTest::clickingWhereNothingTakesTheFocusWritesTheText_data()
+void TableViewTest::clickOutsideFocusableControlsWritesTheText_data()
 {
     QTest::addColumn<bool>("isEnabled");
     QTest::newRow("a label") << true;
     QTest::newRow("something disabled") << false;
 }
 
-void TableViewTest::clickingWhereNothingTakesTheFocusWritesTheText()
+void TableViewTest::clickOutsideFocusableControlsWritesTheText()
 {
     QFETCH(bool, isEnabled);
     auto *place = new QWidget;
@@ -582,7 +582,7 @@ void TableViewTest::clickingWhereNothingTakesTheFocusWritesTheText()
     QCOMPARE(mSource->edits.first().value, QVariant(u"New"_s));
 }
 
-void TableViewTest::anotherWindowThatComesToTheFrontDiscardsTheEdit()
+void TableViewTest::otherWindowInFrontDiscardsTheEdit()
 {
     mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
@@ -600,7 +600,7 @@ void TableViewTest::anotherWindowThatComesToTheFrontDiscardsTheEdit()
     QVERIFY(!editor());
 }
 
-void TableViewTest::noEditorOpensOutOfSight_data()
+void TableViewTest::invisibleTableOpensNoEditor_data()
 {
     QTest::addColumn<bool>("isVisible");
     QTest::addColumn<bool>("isEnabled");
@@ -608,7 +608,7 @@ void TableViewTest::noEditorOpensOutOfSight_data()
     QTest::newRow("disabled") << true << false;
 }
 
-void TableViewTest::noEditorOpensOutOfSight()
+void TableViewTest::invisibleTableOpensNoEditor()
 {
     QFETCH(bool, isVisible);
     QFETCH(bool, isEnabled);
@@ -624,7 +624,7 @@ void TableViewTest::noEditorOpensOutOfSight()
     QCOMPARE(mTable->editedRow(), 1);
 }
 
-void TableViewTest::aMenuKeepsTheEdit()
+void TableViewTest::menuKeepsTheEdit()
 {
     mTable->selectRow(1);
     mTable->editColumnRow(nameColumn, 1, true);
@@ -640,7 +640,7 @@ void TableViewTest::aMenuKeepsTheEdit()
     QCOMPARE(mSource->edits.size(), 1);
 }
 
-void TableViewTest::whatIsTypedOnChangesNothing_data()
+void TableViewTest::furtherTypingChangesNothing_data()
 {
     QTest::addColumn<int>("end");
     QTest::newRow("Return") << int(Qt::Key_Return);
@@ -648,7 +648,7 @@ void TableViewTest::whatIsTypedOnChangesNothing_data()
     QTest::newRow("Enter") << int(Qt::Key_Enter);
 }
 
-void TableViewTest::whatIsTypedOnChangesNothing()
+void TableViewTest::furtherTypingChangesNothing()
 {
     QFETCH(int, end);
     QShortcut deletion(Qt::Key_Delete, mTable);
@@ -680,7 +680,7 @@ void TableViewTest::whatIsTypedOnChangesNothing()
     QCOMPARE(mTable->selectedRow(), 2);
 }
 
-void TableViewTest::aMoveEndsWhatIsTypedOn_data()
+void TableViewTest::movingEndsFurtherTyping_data()
 {
     QTest::addColumn<std::function<void(TableView *)>>("move");
     const auto add = [](const char *name, std::function<void(TableView *)> move) { QTest::newRow(name) << move; };
@@ -707,7 +707,7 @@ void TableViewTest::aMoveEndsWhatIsTypedOn_data()
     });
 }
 
-void TableViewTest::aMoveEndsWhatIsTypedOn()
+void TableViewTest::movingEndsFurtherTyping()
 {
     QFETCH(std::function<void(TableView *)>, move);
     mTable->selectRow(1);
@@ -720,7 +720,7 @@ void TableViewTest::aMoveEndsWhatIsTypedOn()
     QCOMPARE(mTable->selectedRow(), 2);
 }
 
-void TableViewTest::anEditorOpensAgainAfterEachEnd()
+void TableViewTest::editorOpensAgainAfterEachEnd()
 {
     mTable->selectRow(1);
     for (const auto end : {&TableView::abortEditing, &TableView::endEditing, &TableView::reloadData}) {
@@ -735,7 +735,7 @@ void TableViewTest::anEditorOpensAgainAfterEachEnd()
     QTRY_COMPARE(mSource->edits.size(), 1);
 }
 
-void TableViewTest::reloadingEndsAnEditWhoseRowIsGone()
+void TableViewTest::reloadingEndsAnEditWithoutARow()
 {
     mTable->selectRow(2);
     mTable->editColumnRow(nameColumn, 2, true);
@@ -750,7 +750,7 @@ void TableViewTest::reloadingEndsAnEditWhoseRowIsGone()
     QCOMPARE(mTable->editedRow(), 0);
 }
 
-void TableViewTest::anEditIsWrittenOnceThoughWritingRefreshes()
+void TableViewTest::editIsWrittenOnceWhenWritingRefreshes()
 {
     mTable->selectRow(1);
     mSource->onEdit = [this] {
@@ -806,7 +806,7 @@ void TableViewTest::spaceSwitchesTheCheckBox()
     QCOMPARE(mSource->edits.first().value, QVariant(1));
 }
 
-void TableViewTest::tellsAssistiveToolsCellsAndHeadings()
+void TableViewTest::reportsCellsAndHeadingsToAssistiveTools()
 {
     mSource->switches[1] = 1;
     mTable->reloadData();

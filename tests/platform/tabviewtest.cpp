@@ -63,17 +63,17 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void textOfTheSameSizePaintsItsLabelAlone();
+    void textOfTheSameSizePaintsOnlyItsLabel();
     void pageThatNeedsMoreRoomGetsIt();
     void longerTitleGetsItsRoom();
     void hiddenChangeIsLaidOutWhenShown();
-    void pageIsAskedForItsSizeWhenItComesToTheFront();
-    void tellsAssistiveToolsWhichTabIsInFront();
-    void assistiveToolsCanBringATabToTheFront();
-    void tellsTheWidgetsOfItsBarAfterTheTabs();
-    void tabThatIsGoneIsInvalid();
-    void frameLooksLikeTheBaseClasss_data();
-    void frameLooksLikeTheBaseClasss();
+    void pageReportsItsSizeWhenItBecomesVisible();
+    void reportsTheCurrentTabToAssistiveTools();
+    void assistiveToolsCanSelectATab();
+    void reportsTheWidgetsOfItsBarAfterTheTabs();
+    void removedTabIsInvalid();
+    void frameLooksLikeThatOfTheBaseClass_data();
+    void frameLooksLikeThatOfTheBaseClass();
 
 private:
     std::unique_ptr<QWidget> mWindow;
@@ -109,7 +109,7 @@ void TabViewTest::cleanup()
     mWindow.reset();
 }
 
-void TabViewTest::textOfTheSameSizePaintsItsLabelAlone()
+void TabViewTest::textOfTheSameSizePaintsOnlyItsLabel()
 {
     PaintCounter ofLabel, ofNeighbour;
     mLabel->installEventFilter(&ofLabel);
@@ -143,7 +143,7 @@ void TabViewTest::hiddenChangeIsLaidOutWhenShown()
     QTRY_COMPARE(mLabel->height(), 300);
 }
 
-void TabViewTest::pageIsAskedForItsSizeWhenItComesToTheFront()
+void TabViewTest::pageReportsItsSizeWhenItBecomesVisible()
 {
     QWidget window;
     auto *tabView = new TabView;
@@ -160,7 +160,7 @@ void TabViewTest::pageIsAskedForItsSizeWhenItComesToTheFront()
     QVERIFY(tabView->sizeHint().width() >= behind->sizeHint().width());
 }
 
-void TabViewTest::tellsAssistiveToolsWhichTabIsInFront()
+void TabViewTest::reportsTheCurrentTabToAssistiveTools()
 {
     QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(mTabView->tabBar());
     QCOMPARE(bar->role(), QAccessible::PageTabList);
@@ -196,7 +196,7 @@ void TabViewTest::tellsAssistiveToolsWhichTabIsInFront()
     QVERIFY(accessibleTab(mTabView, 1)->state().invisible);
 }
 
-void TabViewTest::assistiveToolsCanBringATabToTheFront()
+void TabViewTest::assistiveToolsCanSelectATab()
 {
     QAccessibleActionInterface *actions = accessibleTab(mTabView, 1)->actionInterface();
     QVERIFY(actions);
@@ -207,7 +207,7 @@ void TabViewTest::assistiveToolsCanBringATabToTheFront()
     QCOMPARE(mTabView->currentIndex(), 1);
 }
 
-void TabViewTest::tellsTheWidgetsOfItsBarAfterTheTabs()
+void TabViewTest::reportsTheWidgetsOfItsBarAfterTheTabs()
 {
     QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(mTabView->tabBar());
     QVERIFY(bar->childCount() > 2); // including the buttons that scroll it
@@ -219,7 +219,7 @@ void TabViewTest::tellsTheWidgetsOfItsBarAfterTheTabs()
     QVERIFY(!bar->child(bar->childCount()));
 }
 
-void TabViewTest::tabThatIsGoneIsInvalid()
+void TabViewTest::removedTabIsInvalid()
 {
     QAccessibleInterface *second = accessibleTab(mTabView, 1);
     mTabView->removeTab(1);
@@ -231,14 +231,14 @@ void TabViewTest::tabThatIsGoneIsInvalid()
     QCOMPARE(mTabView->currentIndex(), 0);
 }
 
-void TabViewTest::frameLooksLikeTheBaseClasss_data()
+void TabViewTest::frameLooksLikeThatOfTheBaseClass_data()
 {
     QTest::addColumn<qreal>("ratio");
     for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0})
         QTest::addRow("%g", ratio) << ratio;
 }
 
-void TabViewTest::frameLooksLikeTheBaseClasss()
+void TabViewTest::frameLooksLikeThatOfTheBaseClass()
 {
     QFETCH(qreal, ratio);
     const auto picture = [ratio](QTabWidget &tabs) {

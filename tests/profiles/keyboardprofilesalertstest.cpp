@@ -17,10 +17,10 @@ private Q_SLOTS:
 
     void restoreKeepsTheName();
     void cancelledRestoreChangesNothing();
-    void anAlertGoesWithTheProfileThatItNames_data();
-    void anAlertGoesWithTheProfileThatItNames();
-    void anAlertStaysWhileItsProfileDoes();
-    void aLongNameIsShortenedInTheAlert();
+    void alertClosesWithItsProfile_data();
+    void alertClosesWithItsProfile();
+    void alertStaysWhileItsProfileExists();
+    void longNameIsShortenedInTheAlert();
 };
 
 void KeyboardProfilesAlertsTest::restoreKeepsTheName()
@@ -43,14 +43,14 @@ void KeyboardProfilesAlertsTest::cancelledRestoreChangesNothing()
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void KeyboardProfilesAlertsTest::anAlertGoesWithTheProfileThatItNames_data()
+void KeyboardProfilesAlertsTest::alertClosesWithItsProfile_data()
 {
     QTest::addColumn<int>("tag");
     QTest::newRow("delete") << int(ProfileCommands::deleteProfile);
     QTest::newRow("restore") << int(ProfileCommands::restoreDefault);
 }
 
-void KeyboardProfilesAlertsTest::anAlertGoesWithTheProfileThatItNames()
+void KeyboardProfilesAlertsTest::alertClosesWithItsProfile()
 {
     QFETCH(int, tag);
     fill({u"A"_s, u"B"_s, u"C"_s}, 1);
@@ -66,7 +66,7 @@ void KeyboardProfilesAlertsTest::anAlertGoesWithTheProfileThatItNames()
     QCOMPARE(mDelegate->calls.size(), 1);
 }
 
-void KeyboardProfilesAlertsTest::anAlertStaysWhileItsProfileDoes()
+void KeyboardProfilesAlertsTest::alertStaysWhileItsProfileExists()
 {
     fill({u"A"_s, u"B"_s}, 1);
     choose(ProfileCommands::deleteProfile);
@@ -79,7 +79,7 @@ void KeyboardProfilesAlertsTest::anAlertStaysWhileItsProfileDoes()
     QCOMPARE(mDelegate->calls.first().profileID, 2);
 }
 
-void KeyboardProfilesAlertsTest::aLongNameIsShortenedInTheAlert()
+void KeyboardProfilesAlertsTest::longNameIsShortenedInTheAlert()
 {
     fill({u"A"_s, u"Start "_s + u"many words "_s.repeated(1000) + u"End"_s}, 1);
     choose(ProfileCommands::deleteProfile);

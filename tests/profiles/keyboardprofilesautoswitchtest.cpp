@@ -17,17 +17,17 @@ private Q_SLOTS:
     void init() { openTab(); }
     void cleanup() { closeTab(); }
 
-    void aClickIntoTheBoxTicksIt();
-    void anotherRowIsSwitchedToFirst();
-    void withoutAnApplicationTheChooserOpens();
+    void clickIntoTheBoxTicksIt();
+    void boxOfAnotherRowSwitchesFirst();
+    void chooserOpensWithoutAnApplication();
     void cancellingTheChooserTurnsItOff_data();
     void cancellingTheChooserTurnsItOff();
-    void theSwitchedToRecordDecidesWhetherAChoiceIsNeeded_data();
-    void theSwitchedToRecordDecidesWhetherAChoiceIsNeeded();
-    void aRefusedSwitchChangesNoOtherProfile_data();
-    void aRefusedSwitchChangesNoOtherProfile();
-    void theTableIsFetchedAnew_data();
-    void theTableIsFetchedAnew();
+    void newlyActiveRecordDecidesWhetherAChoiceIsNeeded_data();
+    void newlyActiveRecordDecidesWhetherAChoiceIsNeeded();
+    void refusedSwitchChangesNoOtherProfile_data();
+    void refusedSwitchChangesNoOtherProfile();
+    void tableIsReadAgain_data();
+    void tableIsReadAgain();
 
 private:
     void tick(int row, int value)
@@ -44,7 +44,7 @@ private:
     }
 };
 
-void KeyboardProfilesAutoSwitchTest::aClickIntoTheBoxTicksIt()
+void KeyboardProfilesAutoSwitchTest::clickIntoTheBoxTicksIt()
 {
     fillWith({profileNamed(u"A"_s, u"Editor"_s, 0)});
     for (const int value : {1, 0}) {
@@ -58,7 +58,7 @@ void KeyboardProfilesAutoSwitchTest::aClickIntoTheBoxTicksIt()
     }
 }
 
-void KeyboardProfilesAutoSwitchTest::anotherRowIsSwitchedToFirst()
+void KeyboardProfilesAutoSwitchTest::boxOfAnotherRowSwitchesFirst()
 {
     fillWith({profileNamed(u"A"_s, u"Editor"_s, 1), profileNamed(u"B"_s, u"Racer"_s, 0)});
     tick(1, 1);
@@ -75,7 +75,7 @@ void KeyboardProfilesAutoSwitchTest::anotherRowIsSwitchedToFirst()
     QVERIFY(!mController->profileFileBrowserPanel());
 }
 
-void KeyboardProfilesAutoSwitchTest::withoutAnApplicationTheChooserOpens()
+void KeyboardProfilesAutoSwitchTest::chooserOpensWithoutAnApplication()
 {
     fill({u"A"_s, u"B"_s});
     tick(0, 1);
@@ -109,7 +109,7 @@ void KeyboardProfilesAutoSwitchTest::cancellingTheChooserTurnsItOff()
     QCOMPARE(table()->model()->index(0, 2).data().toString(), application);
 }
 
-void KeyboardProfilesAutoSwitchTest::theSwitchedToRecordDecidesWhetherAChoiceIsNeeded_data()
+void KeyboardProfilesAutoSwitchTest::newlyActiveRecordDecidesWhetherAChoiceIsNeeded_data()
 {
     QTest::addColumn<QString>("ofSelected");
     QTest::addColumn<QString>("ofClicked");
@@ -118,7 +118,7 @@ void KeyboardProfilesAutoSwitchTest::theSwitchedToRecordDecidesWhetherAChoiceIsN
     QTest::newRow("the clicked one has none") << u"Racer"_s << QString() << true;
 }
 
-void KeyboardProfilesAutoSwitchTest::theSwitchedToRecordDecidesWhetherAChoiceIsNeeded()
+void KeyboardProfilesAutoSwitchTest::newlyActiveRecordDecidesWhetherAChoiceIsNeeded()
 {
     QFETCH(QString, ofSelected);
     QFETCH(QString, ofClicked);
@@ -130,7 +130,7 @@ void KeyboardProfilesAutoSwitchTest::theSwitchedToRecordDecidesWhetherAChoiceIsN
              opensChooser ? QStringList{u"switch"_s} : (QStringList{u"switch"_s, u"update"_s}));
 }
 
-void KeyboardProfilesAutoSwitchTest::aRefusedSwitchChangesNoOtherProfile_data()
+void KeyboardProfilesAutoSwitchTest::refusedSwitchChangesNoOtherProfile_data()
 {
     QTest::addColumn<QString>("ofSelected");
     QTest::addColumn<int>("value");
@@ -139,7 +139,7 @@ void KeyboardProfilesAutoSwitchTest::aRefusedSwitchChangesNoOtherProfile_data()
     QTest::newRow("off") << u"Racer"_s << 0;
 }
 
-void KeyboardProfilesAutoSwitchTest::aRefusedSwitchChangesNoOtherProfile()
+void KeyboardProfilesAutoSwitchTest::refusedSwitchChangesNoOtherProfile()
 {
     QFETCH(QString, ofSelected);
     QFETCH(int, value);
@@ -150,14 +150,14 @@ void KeyboardProfilesAutoSwitchTest::aRefusedSwitchChangesNoOtherProfile()
     QCOMPARE(mDelegate->operations(), QStringList{u"switch"_s});
 }
 
-void KeyboardProfilesAutoSwitchTest::theTableIsFetchedAnew_data()
+void KeyboardProfilesAutoSwitchTest::tableIsReadAgain_data()
 {
     QTest::addColumn<QString>("act");
     for (const char *act : {"ticked", "ticked without an application", "unticked", "application removed"})
         QTest::newRow(act) << QString::fromLatin1(act);
 }
 
-void KeyboardProfilesAutoSwitchTest::theTableIsFetchedAnew()
+void KeyboardProfilesAutoSwitchTest::tableIsReadAgain()
 {
     QFETCH(QString, act);
     const bool isBound = act != "ticked without an application"_L1;

@@ -24,18 +24,18 @@ private Q_SLOTS:
     void refreshWaitsForACurrentProfile();
     void refreshSelectsTheActiveProfileAndShowsTheBox();
     void firstSelectionSwitchesNoProfile();
-    void firstSelectionGoesBackToTheActiveProfile();
+    void firstSelectionReturnsToTheActiveProfile();
     void selectingAnotherRowSwitches();
     void selectingTheActiveRowSendsNothing();
     void everySelectionChangeSetsTheAddButton_data();
     void everySelectionChangeSetsTheAddButton();
     void addButtonFollowsTheNumberOfProfiles_data();
     void addButtonFollowsTheNumberOfProfiles();
-    void deleteAsksFirst();
+    void deleteNeedsAConfirmation();
     void cancelledDeleteChangesNothing();
     void confirmedDeleteSendsTheSelectedRow_data();
     void confirmedDeleteSendsTheSelectedRow();
-    void deleteSendsNothingButTheDelete();
+    void deleteSendsOnlyTheDelete();
     void deleteForgetsTheNameToEdit();
     void deleteRefusesTheLastProfile();
     void numbersOfOtherTypesAreRead_data();
@@ -44,7 +44,7 @@ private Q_SLOTS:
     void deleteButtonNeedsADeviceAndAnotherProfile();
     void onScreenDisplayBoxSendsANumber();
     void controlsFollowTheirState();
-    void theUserCannotClickTheSelectionAway();
+    void clicksCannotRemoveTheSelection();
     void otherSheetEndsDoNothing_data();
     void otherSheetEndsDoNothing();
 };
@@ -126,7 +126,7 @@ void KeyboardProfilesControllerTest::firstSelectionSwitchesNoProfile()
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void KeyboardProfilesControllerTest::firstSelectionGoesBackToTheActiveProfile()
+void KeyboardProfilesControllerTest::firstSelectionReturnsToTheActiveProfile()
 {
     mController->setMAllProfilesArray({profileNamed(u"A"_s), profileNamed(u"B"_s), profileNamed(u"C"_s)});
     mController->setMDeviceSettingsDict({{u"ActiveProfile"_s, 1}});
@@ -208,7 +208,7 @@ void KeyboardProfilesControllerTest::addButtonFollowsTheNumberOfProfiles()
     QCOMPARE(add->isEnabled(), count - 1 < 20);
 }
 
-void KeyboardProfilesControllerTest::deleteAsksFirst()
+void KeyboardProfilesControllerTest::deleteNeedsAConfirmation()
 {
     fill({u"A"_s, u"B"_s}, 1);
     outlet<QPushButton>("mDeleteProfile")->click();
@@ -254,7 +254,7 @@ void KeyboardProfilesControllerTest::confirmedDeleteSendsTheSelectedRow()
     QTRY_VERIFY(table()->hasFocus());
 }
 
-void KeyboardProfilesControllerTest::deleteSendsNothingButTheDelete()
+void KeyboardProfilesControllerTest::deleteSendsOnlyTheDelete()
 {
     fill({u"A"_s, u"B"_s}, 1);
     mDelegate->answers = false;
@@ -365,7 +365,7 @@ void KeyboardProfilesControllerTest::controlsFollowTheirState()
     }
 }
 
-void KeyboardProfilesControllerTest::theUserCannotClickTheSelectionAway()
+void KeyboardProfilesControllerTest::clicksCannotRemoveTheSelection()
 {
     fill({u"A"_s, u"B"_s}, 1);
     const QRect cell = table()->visualRect(table()->model()->index(1, 2));

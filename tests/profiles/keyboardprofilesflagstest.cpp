@@ -23,12 +23,12 @@ private Q_SLOTS:
     void init();
     void cleanup() { closeTab(); }
 
-    void afterABindTheFirstSelectionStays();
-    void whileABindGoesOnTheFirstSelectionGoesBack();
-    void whatIsNoApplicationLeavesTheFirstSelectionAsItWas();
-    void whileADeleteGoesOnTheFirstSelectionStays();
-    void afterADeleteTheFirstSelectionGoesBack();
-    void awakeningEmptiesWhatWasHandedOver();
+    void firstSelectionStaysAfterABind();
+    void firstSelectionReturnsDuringABind();
+    void invalidApplicationKeepsTheFirstSelection();
+    void firstSelectionStaysDuringADelete();
+    void firstSelectionReturnsAfterADelete();
+    void awakeningClearsTheGivenRecords();
     void awakeningForgetsABind();
     void awakeningForgetsTheNameToEdit();
     void awakeningForgetsARenameFromTheMenu();
@@ -36,11 +36,11 @@ private Q_SLOTS:
     void deleteFromTheMenuReselectsOnceAfterARename();
     void refreshesDuringAnAddSelectNothingElse();
     void deleteWritesAnotherNameThatIsBeingEdited();
-    void deleteOpensTheLastNameMeanwhileAndFetchesTheTable_data();
-    void deleteOpensTheLastNameMeanwhileAndFetchesTheTable();
-    void aRefreshSelectsAnewAndSoEndsAnEdit();
-    void aRefreshSetsTheAddButtonWithoutASelectionToo();
-    void aRowThatIsGoneSwitchesNothing();
+    void deleteOpensTheLastNameMeanwhileAndReadsTheTable_data();
+    void deleteOpensTheLastNameMeanwhileAndReadsTheTable();
+    void refreshSelectsAgainAndEndsAnEdit();
+    void refreshSetsTheAddButtonEvenWithoutASelection();
+    void missingRowSwitchesNothing();
 
 private:
     /// Three profiles, of which the second is active. They are shown but not yet selected, and no command is answered.
@@ -79,7 +79,7 @@ void KeyboardProfilesFlagsTest::bindApplication(const QString &file)
     QVERIFY(!panel->isVisible());
 }
 
-void KeyboardProfilesFlagsTest::afterABindTheFirstSelectionStays()
+void KeyboardProfilesFlagsTest::firstSelectionStaysAfterABind()
 {
     showUnselected();
     bindApplication();
@@ -91,7 +91,7 @@ void KeyboardProfilesFlagsTest::afterABindTheFirstSelectionStays()
     QCOMPARE(mDelegate->operations(), (QStringList{u"update"_s, u"switch"_s}));
 }
 
-void KeyboardProfilesFlagsTest::whileABindGoesOnTheFirstSelectionGoesBack()
+void KeyboardProfilesFlagsTest::firstSelectionReturnsDuringABind()
 {
     showUnselected();
     bindApplication();
@@ -101,7 +101,7 @@ void KeyboardProfilesFlagsTest::whileABindGoesOnTheFirstSelectionGoesBack()
     QCOMPARE(mDelegate->operations(), (QStringList{u"update"_s, u"update"_s}));
 }
 
-void KeyboardProfilesFlagsTest::whatIsNoApplicationLeavesTheFirstSelectionAsItWas()
+void KeyboardProfilesFlagsTest::invalidApplicationKeepsTheFirstSelection()
 {
     showUnselected();
     bindApplication(u"none.desktop"_s);
@@ -110,7 +110,7 @@ void KeyboardProfilesFlagsTest::whatIsNoApplicationLeavesTheFirstSelectionAsItWa
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void KeyboardProfilesFlagsTest::whileADeleteGoesOnTheFirstSelectionStays()
+void KeyboardProfilesFlagsTest::firstSelectionStaysDuringADelete()
 {
     showUnselected();
     table()->selectRow(1);
@@ -122,7 +122,7 @@ void KeyboardProfilesFlagsTest::whileADeleteGoesOnTheFirstSelectionStays()
     QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
 }
 
-void KeyboardProfilesFlagsTest::afterADeleteTheFirstSelectionGoesBack()
+void KeyboardProfilesFlagsTest::firstSelectionReturnsAfterADelete()
 {
     showUnselected();
     table()->selectRow(1);
@@ -134,7 +134,7 @@ void KeyboardProfilesFlagsTest::afterADeleteTheFirstSelectionGoesBack()
     QCOMPARE(mDelegate->operations(), QStringList{u"delete"_s});
 }
 
-void KeyboardProfilesFlagsTest::awakeningEmptiesWhatWasHandedOver()
+void KeyboardProfilesFlagsTest::awakeningClearsTheGivenRecords()
 {
     fill({u"A"_s, u"B"_s}, 1);
     mController->tableViewSetObjectValueForTableColumnRow(table(), u"X"_s, u"name"_s, 1);
@@ -236,7 +236,7 @@ void KeyboardProfilesFlagsTest::deleteWritesAnotherNameThatIsBeingEdited()
     QCOMPARE(table()->editedRow(), -1);
 }
 
-void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTable_data()
+void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndReadsTheTable_data()
 {
     QTest::addColumn<int>("active");
     QTest::addColumn<int>("opened");
@@ -244,7 +244,7 @@ void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTabl
     QTest::newRow("another one is deleted") << 1 << -1; // only the name of the selected row is opened
 }
 
-void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTable()
+void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndReadsTheTable()
 {
     QFETCH(int, active);
     QFETCH(int, opened);
@@ -263,7 +263,7 @@ void KeyboardProfilesFlagsTest::deleteOpensTheLastNameMeanwhileAndFetchesTheTabl
     QCOMPARE(fetched.count(), 1);
 }
 
-void KeyboardProfilesFlagsTest::aRefreshSelectsAnewAndSoEndsAnEdit()
+void KeyboardProfilesFlagsTest::refreshSelectsAgainAndEndsAnEdit()
 {
     fill({u"A"_s, u"B"_s}, 1);
     choose(ProfileCommands::rename);
@@ -274,7 +274,7 @@ void KeyboardProfilesFlagsTest::aRefreshSelectsAnewAndSoEndsAnEdit()
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void KeyboardProfilesFlagsTest::aRefreshSetsTheAddButtonWithoutASelectionToo()
+void KeyboardProfilesFlagsTest::refreshSetsTheAddButtonEvenWithoutASelection()
 {
     fillCount(20);
     mController->setMDeviceSettingsDict({{u"ActiveProfile"_s, 25}}); // no row can be selected
@@ -285,7 +285,7 @@ void KeyboardProfilesFlagsTest::aRefreshSetsTheAddButtonWithoutASelectionToo()
     QVERIFY(!outlet<QPushButton>("mAddProfile")->isEnabled());
 }
 
-void KeyboardProfilesFlagsTest::aRowThatIsGoneSwitchesNothing()
+void KeyboardProfilesFlagsTest::missingRowSwitchesNothing()
 {
     fill({u"A"_s, u"B"_s, u"C"_s}, 2);
     mController->setMAllProfilesArray({profileNamed(u"A"_s)});

@@ -30,19 +30,19 @@ private Q_SLOTS:
     void removeApplicationClearsTheFourKeysAndTheSwitch();
     void gearMenuRenamesTheSelectedRow();
     void gearDeleteEndsAPendingRename();
-    void theGearIsAPictureAlone();
+    void gearShowsOnlyAPicture();
     void bothMenusListTheCommandsInOrder();
     void gearMenuEnablesCommands_data();
     void gearMenuEnablesCommands();
     void contextMenuEnablesCommands_data();
     void contextMenuEnablesCommands();
-    void contextMenuOfADisabledTableIsAllOff();
-    void aRightClickOpensTheMenuWithoutSelecting_data();
-    void aRightClickOpensTheMenuWithoutSelecting();
-    void theMenuKeyOpensTheMenu();
-    void f2RenamesWhicheverColumnIsCurrent();
-    void theDeleteKeyAsks();
-    void theDeleteKeySparesTheLastProfile();
+    void contextMenuOfADisabledTableIsDisabled();
+    void rightClickOpensTheMenuWithoutSelecting_data();
+    void rightClickOpensTheMenuWithoutSelecting();
+    void menuKeyOpensTheMenu();
+    void f2RenamesFromEveryColumn();
+    void deleteKeyNeedsAConfirmation();
+    void deleteKeyKeepsTheLastProfile();
     void commandsForAProfileNeedASelectedOne_data();
     void commandsForAProfileNeedASelectedOne();
     void unknownTagsDoNothing();
@@ -105,7 +105,7 @@ public:
 
 } // namespace
 
-void KeyboardProfilesMenusTest::theGearIsAPictureAlone()
+void KeyboardProfilesMenusTest::gearShowsOnlyAPicture()
 {
     auto *gear = outlet<PulldownButton>("mSettingsProfile");
     NotingStyle style(u"Fusion"_s);
@@ -224,7 +224,7 @@ void KeyboardProfilesMenusTest::contextMenuEnablesCommands()
     QCOMPARE(disabledTags(menu->actions()), disabled);
 }
 
-void KeyboardProfilesMenusTest::contextMenuOfADisabledTableIsAllOff()
+void KeyboardProfilesMenusTest::contextMenuOfADisabledTableIsDisabled()
 {
     fill({u"A"_s, u"B"_s});
     mController->setControlsState(false);
@@ -232,14 +232,14 @@ void KeyboardProfilesMenusTest::contextMenuOfADisabledTableIsAllOff()
     QCOMPARE(disabledTags(menu->actions()).size(), 9);
 }
 
-void KeyboardProfilesMenusTest::aRightClickOpensTheMenuWithoutSelecting_data()
+void KeyboardProfilesMenusTest::rightClickOpensTheMenuWithoutSelecting_data()
 {
     QTest::addColumn<bool>("isEnabled");
     QTest::newRow("with a device") << true;
     QTest::newRow("without a device") << false;
 }
 
-void KeyboardProfilesMenusTest::aRightClickOpensTheMenuWithoutSelecting()
+void KeyboardProfilesMenusTest::rightClickOpensTheMenuWithoutSelecting()
 {
     QFETCH(bool, isEnabled);
     fill({u"A"_s, u"B"_s, u"C"_s}, 1);
@@ -260,7 +260,7 @@ void KeyboardProfilesMenusTest::aRightClickOpensTheMenuWithoutSelecting()
     QTRY_VERIFY(!menu);
 }
 
-void KeyboardProfilesMenusTest::theMenuKeyOpensTheMenu()
+void KeyboardProfilesMenusTest::menuKeyOpensTheMenu()
 {
     fill({u"A"_s, u"B"_s}, 1);
     table()->setFocus();
@@ -272,7 +272,7 @@ void KeyboardProfilesMenusTest::theMenuKeyOpensTheMenu()
     QTRY_VERIFY(!menu);
 }
 
-void KeyboardProfilesMenusTest::f2RenamesWhicheverColumnIsCurrent()
+void KeyboardProfilesMenusTest::f2RenamesFromEveryColumn()
 {
     fill({u"A"_s, u"B"_s}, 1);
     table()->setFocus();
@@ -286,7 +286,7 @@ void KeyboardProfilesMenusTest::f2RenamesWhicheverColumnIsCurrent()
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void KeyboardProfilesMenusTest::theDeleteKeyAsks()
+void KeyboardProfilesMenusTest::deleteKeyNeedsAConfirmation()
 {
     fill({u"A"_s, u"B"_s}, 1);
     table()->setFocus();
@@ -300,7 +300,7 @@ void KeyboardProfilesMenusTest::theDeleteKeyAsks()
     QCOMPARE(mDelegate->calls.first().profileID, 1);
 }
 
-void KeyboardProfilesMenusTest::theDeleteKeySparesTheLastProfile()
+void KeyboardProfilesMenusTest::deleteKeyKeepsTheLastProfile()
 {
     fill({u"A"_s});
     table()->setFocus();

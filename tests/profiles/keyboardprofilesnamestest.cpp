@@ -28,27 +28,27 @@ private Q_SLOTS:
     void addSwitchesNoProfile();
     void addDisablesTheControlsMeanwhile();
     void addOpensTheNameEvenWithoutAnAnswer();
-    void addingTurnsTheControlsOffAndOn_data();
-    void addingTurnsTheControlsOffAndOn();
-    void aRefusedAddLeavesTheOnlyProfileUndeletable();
-    void whatIsBeingTypedIsWrittenBeforeTheNewName_data();
-    void whatIsBeingTypedIsWrittenBeforeTheNewName();
+    void addingDisablesAndEnablesTheControls_data();
+    void addingDisablesAndEnablesTheControls();
+    void refusedAddLeavesTheOnlyProfileUndeletable();
+    void typedNameIsWrittenBeforeTheNewName_data();
+    void typedNameIsWrittenBeforeTheNewName();
     void copySendsTheSelectedRecordUnderAFreeName();
-    void copyLeavesTheControlsOn();
-    void afterACopySelectingSwitchesAgain();
+    void copyKeepsTheControlsEnabled();
+    void selectionSwitchesAgainAfterACopy();
     void typingANameRenames();
-    void renamesAsTheRuleSays_data();
-    void renamesAsTheRuleSays();
+    void renamesByTheRule_data();
+    void renamesByTheRule();
     void renameSendsTheSelectedRow();
-    void renameFetchesNothing();
-    void renameKeepsTheLocalListAsItFalls();
+    void renameReadsNothing();
+    void renameShiftsTheLocalListWithoutAReply();
     void emptyAndOtherValuesRenameNothing_data();
     void emptyAndOtherValuesRenameNothing();
-    void aNewNameIsOpenedOnce();
-    void anOpenedNameTakesTheFocusOnce();
-    void ofTwoOfOneNameNoneIsOpened();
-    void anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data();
-    void anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord();
+    void newNameIsOpenedOnce();
+    void openedNameTakesTheFocusOnce();
+    void ambiguousNameIsNotOpened();
+    void otherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data();
+    void otherProfileThatBecomesActiveAfterAnAddKeepsItsRecord();
 };
 
 void KeyboardProfilesNamesTest::namesAreMadeUnique()
@@ -120,7 +120,7 @@ void KeyboardProfilesNamesTest::addOpensTheNameEvenWithoutAnAnswer()
     QCOMPARE(table()->selectedRow(), 1);
 }
 
-void KeyboardProfilesNamesTest::addingTurnsTheControlsOffAndOn_data()
+void KeyboardProfilesNamesTest::addingDisablesAndEnablesTheControls_data()
 {
     QTest::addColumn<int>("count");
     QTest::addColumn<bool>("canAdd");
@@ -129,7 +129,7 @@ void KeyboardProfilesNamesTest::addingTurnsTheControlsOffAndOn_data()
     QTest::newRow("20") << 20 << false;
 }
 
-void KeyboardProfilesNamesTest::addingTurnsTheControlsOffAndOn()
+void KeyboardProfilesNamesTest::addingDisablesAndEnablesTheControls()
 {
     QFETCH(int, count);
     fillCount(count);
@@ -142,7 +142,7 @@ void KeyboardProfilesNamesTest::addingTurnsTheControlsOffAndOn()
     }
 }
 
-void KeyboardProfilesNamesTest::aRefusedAddLeavesTheOnlyProfileUndeletable()
+void KeyboardProfilesNamesTest::refusedAddLeavesTheOnlyProfileUndeletable()
 {
     fill({u"A"_s});
     mDelegate->refusesToAdd = true;
@@ -153,7 +153,7 @@ void KeyboardProfilesNamesTest::aRefusedAddLeavesTheOnlyProfileUndeletable()
     QVERIFY(outlet<QPushButton>("mAddProfile")->isEnabled());
 }
 
-void KeyboardProfilesNamesTest::whatIsBeingTypedIsWrittenBeforeTheNewName_data()
+void KeyboardProfilesNamesTest::typedNameIsWrittenBeforeTheNewName_data()
 {
     QTest::addColumn<int>("tag");
     QTest::addColumn<QString>("added");
@@ -161,7 +161,7 @@ void KeyboardProfilesNamesTest::whatIsBeingTypedIsWrittenBeforeTheNewName_data()
     QTest::newRow("copy") << int(ProfileCommands::copy) << u"Untitled Profile(2)"_s;
 }
 
-void KeyboardProfilesNamesTest::whatIsBeingTypedIsWrittenBeforeTheNewName()
+void KeyboardProfilesNamesTest::typedNameIsWrittenBeforeTheNewName()
 {
     QFETCH(int, tag);
     fill({u"A"_s, u"B"_s});
@@ -194,7 +194,7 @@ void KeyboardProfilesNamesTest::copySendsTheSelectedRecordUnderAFreeName()
     QCOMPARE(table()->editedRow(), -1);
 }
 
-void KeyboardProfilesNamesTest::copyLeavesTheControlsOn()
+void KeyboardProfilesNamesTest::copyKeepsTheControlsEnabled()
 {
     fill({u"A"_s, u"B"_s});
     bool wereOn = false;
@@ -206,7 +206,7 @@ void KeyboardProfilesNamesTest::copyLeavesTheControlsOn()
     QVERIFY(wereOn);
 }
 
-void KeyboardProfilesNamesTest::afterACopySelectingSwitchesAgain()
+void KeyboardProfilesNamesTest::selectionSwitchesAgainAfterACopy()
 {
     fill({u"A"_s, u"B"_s});
     choose(ProfileCommands::copy);
@@ -232,7 +232,7 @@ void KeyboardProfilesNamesTest::typingANameRenames()
     QCOMPARE(table()->model()->index(2, 1).data().toString(), u"C"_s);
 }
 
-void KeyboardProfilesNamesTest::renamesAsTheRuleSays_data()
+void KeyboardProfilesNamesTest::renamesByTheRule_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("typed");
@@ -243,7 +243,7 @@ void KeyboardProfilesNamesTest::renamesAsTheRuleSays_data()
     QTest::newRow("to a very long name") << 1 << QString(100'000, u'x') << QString(100'000, u'x');
 }
 
-void KeyboardProfilesNamesTest::renamesAsTheRuleSays()
+void KeyboardProfilesNamesTest::renamesByTheRule()
 {
     QFETCH(int, row);
     QFETCH(QString, typed);
@@ -266,7 +266,7 @@ void KeyboardProfilesNamesTest::renameSendsTheSelectedRow()
     QCOMPARE(table()->selectedRow(), 2);
 }
 
-void KeyboardProfilesNamesTest::renameFetchesNothing()
+void KeyboardProfilesNamesTest::renameReadsNothing()
 {
     fill({u"A"_s, u"B"_s});
     mDelegate->answers = false;
@@ -276,7 +276,7 @@ void KeyboardProfilesNamesTest::renameFetchesNothing()
     QCOMPARE(fetched.count(), 0);
 }
 
-void KeyboardProfilesNamesTest::renameKeepsTheLocalListAsItFalls()
+void KeyboardProfilesNamesTest::renameShiftsTheLocalListWithoutAReply()
 {
     fill({u"A"_s, u"B"_s, u"C"_s});
     mDelegate->answers = false;
@@ -302,7 +302,7 @@ void KeyboardProfilesNamesTest::emptyAndOtherValuesRenameNothing()
     QCOMPARE(mController->allProfilesArray(), (QVariantList{profileNamed(u"A"_s), profileNamed(u"B"_s)}));
 }
 
-void KeyboardProfilesNamesTest::aNewNameIsOpenedOnce()
+void KeyboardProfilesNamesTest::newNameIsOpenedOnce()
 {
     fill({u"A"_s, u"B"_s});
     outlet<QPushButton>("mAddProfile")->click();
@@ -322,7 +322,7 @@ void KeyboardProfilesNamesTest::aNewNameIsOpenedOnce()
     QVERIFY(mDelegate->calls.isEmpty());
 }
 
-void KeyboardProfilesNamesTest::anOpenedNameTakesTheFocusOnce()
+void KeyboardProfilesNamesTest::openedNameTakesTheFocusOnce()
 {
     fill({u"A"_s, u"B"_s});
     outlet<QPushButton>("mAddProfile")->click();
@@ -337,7 +337,7 @@ void KeyboardProfilesNamesTest::anOpenedNameTakesTheFocusOnce()
     QVERIFY(focused->hasFocus());
 }
 
-void KeyboardProfilesNamesTest::ofTwoOfOneNameNoneIsOpened()
+void KeyboardProfilesNamesTest::ambiguousNameIsNotOpened()
 {
     fill({u"A"_s, u"B"_s});
     mDelegate->duringAdd = [this] {
@@ -351,7 +351,7 @@ void KeyboardProfilesNamesTest::ofTwoOfOneNameNoneIsOpened()
     QCOMPARE(mDelegate->operations(), QStringList{u"add"_s});
 }
 
-void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data()
+void KeyboardProfilesNamesTest::otherProfileThatBecomesActiveAfterAnAddKeepsItsRecord_data()
 {
     QTest::addColumn<bool>("isRowChosen");
     QTest::newRow("a row is active") << true;
@@ -360,7 +360,7 @@ void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsIt
 
 // The name that waits for editing is that of the last row. Written while another row is selected, it would overwrite
 // the selected row with the whole record of the last one.
-void KeyboardProfilesNamesTest::anotherProfileThatBecomesActiveAfterAnAddKeepsItsRecord()
+void KeyboardProfilesNamesTest::otherProfileThatBecomesActiveAfterAnAddKeepsItsRecord()
 {
     QFETCH(bool, isRowChosen);
     fill({u"Game"_s, u"B"_s});
