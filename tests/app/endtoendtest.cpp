@@ -256,7 +256,7 @@ void EndToEndTest::keepsAnsweredChangesWhenTheDaemonIsKilled()
 }
 
 // The window stops waiting for a suspended daemon. It must not take a late reply of that daemon for the answer to its
-// next request, and it must show the outcome of the first one.
+// next request. It must show the outcome of the first one.
 void EndToEndTest::changesAfterASuspensionAreNotUndone()
 {
     const Hub hub;

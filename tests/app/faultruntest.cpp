@@ -41,12 +41,11 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::microseconds pollInterval = 2ms;
-constexpr qint64 waitLimitMs = 601 * 2; // the program's wait for one reply
-constexpr qint64 stepLimitMs =
-    6 * waitLimitMs + 3000;        // the longest step waits for six replies, plus a reserve for the load of the machine
-constexpr int longestLifeMs = 250; // of a daemon, from the start of the script
-constexpr qint64 restKiB = 1024;   // permitted difference of steady memory use
-constexpr int storedVersions = 3;  // kept by the daemon beside the settings
+constexpr qint64 waitLimitMs = 601 * 2;                // the program's wait for one reply
+constexpr qint64 stepLimitMs = 6 * waitLimitMs + 3000; // six replies in the longest step, and the load of the machine
+constexpr int longestLifeMs = 250;                     // of a daemon, from the start of the script
+constexpr qint64 restKiB = 1024;                       // permitted difference of steady memory use
+constexpr int storedVersions = 3;                      // kept by the daemon beside the settings
 
 int numberFromEnvironment(const char *name, int fallback)
 {

@@ -238,9 +238,7 @@ void RefusedChangesTest::windowShowsTheStoredSettings()
     tried.make(*mHub);
     QCOMPARE(picture(*mHub), before);
     std::vector<int> sent = mDaemon->commands();
-    std::erase(
-        sent,
-        int(Command::readMacroLines)); // adding and deleting end with a request for the lines of the selected macro
+    std::erase(sent, int(Command::readMacroLines)); // requested for the selected macro after adding and deleting
     if (isSilent && tried.command == Command::deleteMacro)
         std::erase(sent, int(Command::readSettings)); // the change may have happened, so the hub requests the settings
     QCOMPARE(sent, std::vector<int>{int(tried.command)});

@@ -97,8 +97,7 @@ void PropertyListFileTest::readsOnlyARegularFile()
 {
     const QString pipe = inFolder(u"pipe"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    for (const QString &path :
-         {u"/dev/zero"_s, pipe}) { // the first would never end, the second would wait for a writer
+    for (const QString &path : {u"/dev/zero"_s, pipe}) { // reading would never end, or wait for a writer
         QCOMPARE(PropertyList::readFileBytes(path).error, u"Not a regular file"_s);
         QVERIFY(!PropertyList::readPropertyListFile(path));
     }

@@ -216,8 +216,7 @@ void RequestQueueTest::largestDocumentFits()
     const std::optional<QByteArray> bytes = PropertyList::writeBinary(document);
     QVERIFY(bytes);
     QVERIFY2(bytes->size() <= SettingsDocument::maximumBinaryBytes, qPrintable(QString::number(bytes->size())));
-    QVERIFY(bytes->size()
-            > SettingsDocument::maximumBinaryBytes - 10'000); // and the limit is not larger than necessary
+    QVERIFY(bytes->size() > SettingsDocument::maximumBinaryBytes - 10'000); // the limit is not unnecessarily large
     numbers += QVariantList(others, 1);
     document.insert(u"Numbers"_s, numbers);
     QVERIFY(!SettingsDocument::problemOf(document).isEmpty());

@@ -220,8 +220,8 @@ void ProcessesTest::missingFolderHasNone()
 void ProcessesTest::endsProcessesInASeparateNamespace()
 {
     QStringList own{u"--pid"_s, u"--fork"_s, u"--mount-proc"_s, u"--kill-child"_s};
-    if (::geteuid()
-        != 0) // the superuser may create one without a user namespace, and has processes of other users there
+    // The superuser needs no user namespace, and without one the test can have processes of other users.
+    if (::geteuid() != 0)
         own += {u"--user"_s, u"--map-root-user"_s};
     if (QProcess::execute(u"unshare"_s, own + QStringList{u"true"_s}) != 0)
         QSKIP("this machine lets no one make a PID namespace");
@@ -279,8 +279,7 @@ void ProcessesInNamespaceTest::initTestCase()
 void ProcessesInNamespaceTest::init()
 {
     mFolder = std::make_unique<QTemporaryDir>();
-    QCOMPARE(::chmod(QFile::encodeName(mFolder->path()).constData(), 0755),
-             0); // processes of other users run from there
+    QCOMPARE(::chmod(QFile::encodeName(mFolder->path()).constData(), 0755), 0); // other users run programs there
 }
 
 void ProcessesInNamespaceTest::cleanup()

@@ -27,8 +27,7 @@ template <typename Script, typename Down> void runCase(const QString &path, Down
         if (line.startsWith(u'#'))
             continue;
         if (line.isEmpty()) {
-            isInput =
-                isInput && script.outputLines().isEmpty(); // a blank line before the first event separates comments
+            isInput = isInput && script.outputLines().isEmpty(); // before the first event it separates comments
         } else if (isInput) {
             const QString problem = script.run(line);
             QVERIFY2(problem.isEmpty(), qPrintable(QStringLiteral("line %1: %2").arg(number).arg(problem)));

@@ -34,7 +34,7 @@ public:
     };
 
     /// One message to the reply port that the request named. Without `after`, the port has taken it before the request
-    /// itself is answered. A port on the thread that sends the request would then wait forever.
+    /// itself is answered. A port on the thread that sends the request cannot do so.
     struct Reply
     {
         QByteArray data;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The keys that the daemon captures, as the tabs of the configurator read them. The macros tab's own controller takes
-// the notifications for an edited event, and the parser of the keys tab names the keys of those for a single key.
+// the notifications for an edited event. The parser of the keys tab names the key of a single-key notification.
 #include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"

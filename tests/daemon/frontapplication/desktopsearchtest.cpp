@@ -114,7 +114,7 @@ void DesktopSearchTest::waitUntilAsleep()
 
 void DesktopSearchTest::makeSocket(const QString &path)
 {
-    QFile file(path); // the search does not look at the kind of file before it answers
+    QFile file(path); // an ordinary file suffices as a sign
     QVERIFY(file.open(QIODevice::WriteOnly));
 }
 

@@ -224,7 +224,7 @@ void FrontApplicationWatchTest::lastingAbsenceOfAWindowIsReported()
     mSource->tell(u"game"_s);
     mSource->tell({});
     QCOMPARE(mWatch->application().name(), u"game"_s); // not yet
-    // The watch waits a tenth of a second in case this is a switch; the rest is for a busy machine.
+    // The watch allows a tenth of a second for a change of windows; the rest is for a busy machine.
     QTRY_VERIFY_WITH_TIMEOUT(mWatch->application().isNone(), 2000);
 }
 

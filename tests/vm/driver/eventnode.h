@@ -33,10 +33,8 @@ public:
     /// Sleeps until events arrive and reads all of them at once, until a key has gone down or up. Returns the moment
     /// after that read; absent when the device has disappeared.
     [[nodiscard]] std::optional<Time> sleepUntilKey();
-    [[nodiscard]] const std::set<int> &down() const
-    {
-        return mDown;
-    } ///< codes of the keys read as down, even if only repetitions were read
+    /// The codes of the keys read as down, even if only repetitions were read.
+    [[nodiscard]] const std::set<int> &down() const { return mDown; }
     void setLed(int code, bool isOn);
     /// From now on the key with this HID usage has another code, as a table of the system may define.
     void setCode(std::uint32_t scanCode, int code);

@@ -30,7 +30,7 @@ private:
     {
         ++changes;
         lastTime = time;
-        // A key that completed the chord comes up without having gone down.
+        // The key that completed the chord comes up without having gone down.
         if (panics == 0)
             QVERIFY2(isDown != down[key], "each key goes down and up in turns");
         down[key] = isDown;
