@@ -168,7 +168,7 @@ private Q_SLOTS:
     void writesNoFailureToStandardError();
     void appearsBeforeItSendsARequest_data();
     void appearsBeforeItSendsARequest();
-    void hearsOnAndQuitsAfterLargeNotifications();
+    void programContinuesAndQuitsAfterLargeNotifications();
 
 private:
     /// Starts this test as the program, for a user without any files.
@@ -312,7 +312,7 @@ void ApplicationTest::appearsBeforeItSendsARequest()
     QCOMPARE(log.indexOf("hidden mRestoringStateWindow") > log.indexOf("painted mRestoringStateWindow"), showsSheet);
 }
 
-void ApplicationTest::hearsOnAndQuitsAfterLargeNotifications()
+void ApplicationTest::programContinuesAndQuitsAfterLargeNotifications()
 {
     const QString profileUpdated(DaemonProtocol::profileUpdated);
     ScriptedDaemon daemon(sampleDocument());
@@ -328,7 +328,7 @@ void ApplicationTest::hearsOnAndQuitsAfterLargeNotifications()
     QTRY_COMPARE_WITH_TIMEOUT(daemon.count(Command::readSettings), 6, limitMs);
     daemon.postNotification(profileUpdated);
     QTRY_COMPARE_WITH_TIMEOUT(daemon.count(Command::readSettings), 7, limitMs);
-    // A program that the bus does not reach leaves this out, and waits for the bus at its end.
+    // A program that no longer reads from the bus would not release the device, and would wait for the bus at its end.
     mProgram->terminate();
     QVERIFY(mProgram->waitForFinished(limitMs));
     QCOMPARE(mProgram->exitStatus(), QProcess::NormalExit);

@@ -69,7 +69,7 @@ private Q_SLOTS:
     void showsErrorsByTheirCode();
     void closesTheDeviceSheetByItsButton();
     void restoresTheFocusWhenTheKeyboardReturns();
-    void hearsOnAfterLargeNotifications();
+    void notificationsArriveAfterLargeOnes();
     void opensThePages();
     void opensTheHelpBook();
 
@@ -615,7 +615,7 @@ void NotificationsTest::restoresTheFocusWhenTheKeyboardReturns()
     QTRY_VERIFY(key->hasFocus());
 }
 
-void NotificationsTest::hearsOnAfterLargeNotifications()
+void NotificationsTest::notificationsArriveAfterLargeOnes()
 {
     const RawPoster other;
     for (int count = 0; count < 3; ++count)

@@ -28,7 +28,7 @@ private Q_SLOTS:
     void anotherClientIsAnsweredBetweenRequests();
     void requestsBeyondTheLimitAreAnsweredAtOnce();
     void largestMessageIsAcceptedAndALargerOneRefused();
-    void servesOnAfterMessagesThatAreMuchTooLarge();
+    void serviceContinuesAfterMuchTooLargeMessages();
 
 private:
     static constexpr int floodCount = 60; // within the limit, including the requests that the tests add
@@ -179,11 +179,11 @@ void FloodTest::largestMessageIsAcceptedAndALargerOneRefused()
              std::optional(QVariantMap{{u"ReturnStatus"_s, static_cast<int>(Status::limitReached)}}));
 }
 
-void FloodTest::servesOnAfterMessagesThatAreMuchTooLarge()
+void FloodTest::serviceContinuesAfterMuchTooLargeMessages()
 {
     const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     QVERIFY(port);
-    const QByteArray large(64 * 1024 * 1024, 'x'); // the largest that the bus takes
+    const QByteArray large(64 * 1024 * 1024, 'x'); // the limit of the bus
     for (int count = 0; count < 3; ++count)
         QCOMPARE(port->sendRequest(static_cast<qint32>(Command::readSettings), large, 20s, 20s),
                  RemoteMessagePort::SendStatus::success);

@@ -59,7 +59,7 @@ private Q_SLOTS:
     void refusesAMessageThatIsTooLarge();
     void hasRoomAgainWhenRequestsWereTaken();
     void countsRefusals();
-    void handsEachRequestFromOneThreadToAnother();
+    void passesEachRequestFromOneThreadToAnother();
     void largestDocumentFits();
 };
 
@@ -171,7 +171,7 @@ void RequestQueueTest::countsRefusals()
     QCOMPARE(queue.takeRefusedCount(), 0);
 }
 
-void RequestQueueTest::handsEachRequestFromOneThreadToAnother()
+void RequestQueueTest::passesEachRequestFromOneThreadToAnother()
 {
     constexpr int count = 2000; // many times the limit of a sender
     RequestQueue queue;

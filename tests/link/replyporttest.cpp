@@ -44,7 +44,7 @@ private slots:
     void endsWithoutHavingBeenStarted();
     void continuesSilentlyWhenTheNameIsTaken();
     void twoPortsOfOneProcessFeedOneSlot();
-    void servesOnAfterALargeMessage();
+    void serviceContinuesAfterALargeMessage();
 };
 
 void ReplyPortTest::servesOnASeparateConnection()
@@ -130,13 +130,13 @@ void ReplyPortTest::twoPortsOfOneProcessFeedOneSlot()
     QCOMPARE(LatestReplySlot::shared().take(), (QVariantMap{{u"n"_s, 2}}));
 }
 
-void ReplyPortTest::servesOnAfterALargeMessage()
+void ReplyPortTest::serviceContinuesAfterALargeMessage()
 {
     ScriptedDaemon daemon;
     ReplyPort port(portName);
     port.start();
     QVERIFY(port.waitUntilServing(limitMs));
-    const QByteArray large(64 * 1024 * 1024, 'x'); // the largest that the bus takes; no property list
+    const QByteArray large(64 * 1024 * 1024, 'x'); // the limit of the bus; not a property list
     QCOMPARE(daemon.sendToReplyPort(portName, 4, large), large);
     QCOMPARE(LatestReplySlot::shared().take(), QVariantMap());
     QCOMPARE(daemon.sendToReplyPort(portName, 4, someReply()), someReply());

@@ -59,7 +59,7 @@ private slots:
     void deliversToThePosterItself();
     void absentUserInfoIsEmptyArrayOnTheWire();
     void userInfoWithoutPropertyListFormIsPostedAsNone();
-    void userInfoLargerThanAReaderTakesIsPostedAsNone();
+    void tooLargeUserInfoIsPostedAsNone();
     void undecodableUserInfoIsEmpty_data();
     void undecodableUserInfoIsEmpty();
     void ignoresSignalsOfOtherShape_data();
@@ -181,13 +181,13 @@ void DistributedNotificationCenterTest::userInfoWithoutPropertyListFormIsPostedA
     QCOMPARE(received, std::vector<QVariantMap>{QVariantMap()});
 }
 
-void DistributedNotificationCenterTest::userInfoLargerThanAReaderTakesIsPostedAsNone()
+void DistributedNotificationCenterTest::tooLargeUserInfoIsPostedAsNone()
 {
     const WireListener listener;
     QSignalSpy spy(&listener, &WireListener::received);
     settle();
-    mPoster->post(name, {{u"data"_s, QByteArray(PropertyList::maximumInputBytes, 'x')}}); // and what is around it
-    QTRY_COMPARE(spy.count(), 2); // that of settle() is the first
+    mPoster->post(name, {{u"data"_s, QByteArray(PropertyList::maximumInputBytes, 'x')}}); // and the dictionary
+    QTRY_COMPARE(spy.count(), 2);                                                         // after the one of settle()
     QCOMPARE(spy.at(1).at(0).value<QDBusMessage>().arguments(), QVariantList({name, QByteArray()}));
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Messages that are larger, together or each, than QtDBus reads before it pauses (63 MiB).
+// Messages that exceed, singly or together, the amount that QtDBus reads before it pauses (63 MiB).
 #include "platform/sessionbus.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/rawposter.h"
@@ -24,12 +24,12 @@ class SessionBusTest : public QObject
     Q_OBJECT
 
 private slots:
-    void hasAConnectionForAllAndFurtherOnes();
-    void libraryAloneIsDeafAfterAPause();
+    void providesOneSharedConnectionAndSeparateOnes();
+    void plainConnectionStopsReadingAfterAPause();
     void answersWhileMessagesWait_data() { connections(); }
     void answersWhileMessagesWait();
-    void hearsOnAfterLargeMessages_data();
-    void hearsOnAfterLargeMessages();
+    void continuesToReadAfterLargeMessages_data();
+    void continuesToReadAfterLargeMessages();
 
 private:
     static void connections();
@@ -43,7 +43,7 @@ void SessionBusTest::connections()
     QTest::newRow("its own") << false;
 }
 
-void SessionBusTest::hasAConnectionForAllAndFurtherOnes()
+void SessionBusTest::providesOneSharedConnectionAndSeparateOnes()
 {
     QCOMPARE(sharedSessionBus().baseService(), QDBusConnection::sessionBus().baseService());
     {
@@ -55,8 +55,8 @@ void SessionBusTest::hasAConnectionForAllAndFurtherOnes()
     QDBusConnection::disconnectFromBus(ownName);
 }
 
-/// What sharedSessionBus() and openSessionBus() are for. When this fails, the library has been mended.
-void SessionBusTest::libraryAloneIsDeafAfterAPause()
+/// The reason for sharedSessionBus() and openSessionBus(). When this fails, the library has been fixed.
+void SessionBusTest::plainConnectionStopsReadingAfterAPause()
 {
     const RawPoster poster;
     {
@@ -67,7 +67,7 @@ void SessionBusTest::libraryAloneIsDeafAfterAPause()
         QVERIFY(RawPoster::isAnswering(plain));
         poster.post(name, 64 * mebibyte);
         poster.waitUntilPosted();
-        QTRY_COMPARE(heard, 1); // everything has been handled
+        QTRY_COMPARE(heard, 1); // nothing waits any more
         QVERIFY(!RawPoster::isAnswering(plain, 1000));
     }
     QDBusConnection::disconnectFromBus(u"plain"_s);
@@ -86,7 +86,7 @@ void SessionBusTest::answersWhileMessagesWait()
         for (int count = 0; count < 3; ++count)
             poster.post(name, 40 * mebibyte);
         poster.waitUntilPosted();
-        // This thread, which is to handle them, is blocked by the question.
+        // The call blocks this thread, which handles the messages.
         QVERIFY(RawPoster::isAnswering(bus));
         QCOMPARE(heard, 0);
         QTRY_COMPARE(heard, 3);
@@ -94,7 +94,7 @@ void SessionBusTest::answersWhileMessagesWait()
     QDBusConnection::disconnectFromBus(ownName);
 }
 
-void SessionBusTest::hearsOnAfterLargeMessages_data()
+void SessionBusTest::continuesToReadAfterLargeMessages_data()
 {
     QTest::addColumn<bool>("isShared");
     QTest::addColumn<int>("count");
@@ -107,7 +107,7 @@ void SessionBusTest::hearsOnAfterLargeMessages_data()
     }
 }
 
-void SessionBusTest::hearsOnAfterLargeMessages()
+void SessionBusTest::continuesToReadAfterLargeMessages()
 {
     QFETCH(bool, isShared);
     QFETCH(int, count);

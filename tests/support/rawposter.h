@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Another program on the bus, which posts notifications of any size, with bytes that are no dictionary.
+// Another program on the bus. It posts notifications of any size, whose bytes are not a dictionary.
 #pragma once
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QString>
 
-/// Owns a connection of its own. Any thread.
+/// Owns a separate connection. Any thread.
 class RawPoster
 {
 public:
@@ -23,11 +23,11 @@ public:
         mBus.send(signal);
     }
 
-    /// Blocks until the bus has all that was posted.
+    /// Blocks until the bus has received all posted notifications.
     void waitUntilPosted() const { isAnswering(mBus); }
 
-    /// Whether the bus answers a question over `connection` within `limitMs`; blocks meanwhile. What came before over
-    /// this connection has been read then.
+    /// Whether the bus answers a call over `connection` within `limitMs`; blocks meanwhile. An answer shows that all
+    /// earlier messages of this connection were read.
     static bool isAnswering(const QDBusConnection &connection, int limitMs = 20'000)
     {
         const QDBusMessage question = QDBusMessage::createMethodCall(
