@@ -113,7 +113,7 @@ void LateReplyTest::readingInTimePostsNothing()
     QVERIFY(mNotifications.isEmpty());
 }
 
-// Else a window that reads what another client has changed, and gets no reply, would show the old document for good.
+// Otherwise a window that reads another client's change and gets no reply would keep showing the old document.
 void LateReplyTest::lateReadingOfTheDocumentIsPostedByTheDaemon()
 {
     expectWarning();
