@@ -13,9 +13,9 @@
 #include "daemon/frontapplication/x11frontapplication.h"
 #include "daemon/keyboards/devicechoice.h"
 #include "daemon/keyboards/devicesadaptor.h"
-#include "daemon/keyboards/linux/inputnodes.h"
 #include "daemon/keyboards/linux/linuxdevices.h"
 #include "daemon/keyboards/linux/linuxkeyboard.h"
+#include "daemon/keyboards/linux/udeveventdevices.h"
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
 #include "daemon/launch/programlauncher.h"
 #include "daemon/requestport.h"
@@ -134,7 +134,7 @@ public:
         : mBus(bus), mDevices(mInputNodes, mLinuxKeyboard), mDeviceChoice(StateFolder::defaultPath()),
           mClientWatch(bus, [this](const QString &portName) { mDaemon.clientVanished(portName); }), mNotifications(bus),
           mProfileNotification(bus), mReleaseNotification(bus), mSettingsNotification(bus),
-          mStart(startDocument(store)), mDaemon(store, mKeyboard, outlets(), mStart.document), mSettingsObject(store),
+          mStart(startDocument(store)), mDaemon(store, mKeyboard, services(), mStart.document), mSettingsObject(store),
           mKeyboardObject(mKeyboard), mDevicesObject(mDevices, mDeviceChoice),
           mFrontApplication(frontApplicationSources(bus)), mFrontApplicationObject(mFrontApplication),
           mDesktopSearch(mFrontApplication, bus)
@@ -181,7 +181,7 @@ public:
     }
 
 private:
-    DaemonOutlets outlets()
+    DaemonServices services()
     {
         return {
             .sendReply = sendReply,
@@ -235,7 +235,7 @@ private:
     TerminationSignals mSignals; // before the daemon is visible: an early signal waits for the event loop
     VirtualKeyboard mKeyboard;
     LinuxKeyboard mLinuxKeyboard;
-    InputNodes mInputNodes;
+    UdevEventDevices mInputNodes;
     LinuxDevices mDevices;
     DeviceChoice mDeviceChoice;
     ClientWatch mClientWatch;

@@ -6,14 +6,14 @@
 
 #include <utility>
 
-DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutlets outlets, const QVariantMap &document,
-                           QObject *parent)
-    : QObject(parent), mOutlets(std::move(outlets)),
-      mSettings(store, mOutlets, document,
+DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonServices services,
+                           const QVariantMap &document, QObject *parent)
+    : QObject(parent), mServices(std::move(services)),
+      mSettings(store, mServices, document,
                 [this](const QVariantMap &current) { return mProfiles.documentToKeep(current); }),
-      mProfiles(mSettings, mOutlets), mOwnKeys(mSettings, mOutlets), mOnTheFly(mSettings, mKeyboard, mOutlets),
-      mCaptures(mKeyboard, mOnTheFly, mOutlets), mCaptureCommands(mCaptures, mSettings, mKeyboard),
-      mRequests(mSettings, mProfiles, mCaptureCommands, mKeyboard, mOutlets)
+      mProfiles(mSettings, mServices), mOwnKeys(mSettings, mServices), mOnTheFly(mSettings, mKeyboard, mServices),
+      mCaptures(mKeyboard, mOnTheFly, mServices), mCaptureCommands(mCaptures, mSettings, mKeyboard),
+      mRequests(mSettings, mProfiles, mCaptureCommands, mKeyboard, mServices)
 {
     connectParts();
     mKeyboard.use(keyboard, document);
@@ -33,12 +33,12 @@ void DeviceDaemon::connectParts()
             [this](HidUsage key, quint8 modifiers) { mCaptures.keyCaptured(key, modifiers); });
     connect(&mKeyboard, &CurrentKeyboard::profileChosen, this, [this](int index) { mProfiles.chooseByKey(index); });
     connect(&mKeyboard, &CurrentKeyboard::programChosen, this,
-            [this](const QString &program) { mOutlets.launchProgram(program); });
+            [this](const QString &program) { mServices.launchProgram(program); });
 }
 
 void DeviceDaemon::handleMessage(qint32 number, const std::optional<QByteArray> &data)
 {
-    mRequests.handleMessage({.number = number, .data = data, .readAt = mOutlets.sinceBoot()});
+    mRequests.handleMessage({.number = number, .data = data, .readAt = mServices.sinceBoot()});
 }
 
 void DeviceDaemon::clientVanished(const QString &portName)
@@ -90,6 +90,6 @@ void DeviceDaemon::attachedChanged(bool isAttached)
 
 void DeviceDaemon::postAttachment(bool isAttached)
 {
-    mOutlets.postNotification(isAttached ? DaemonProtocol::deviceAttached : DaemonProtocol::deviceRemoved,
-                              {{DaemonProtocol::productIdKey, DaemonProtocol::productId}});
+    mServices.postNotification(isAttached ? DaemonProtocol::deviceAttached : DaemonProtocol::deviceRemoved,
+                               {{DaemonProtocol::productIdKey, DaemonProtocol::productId}});
 }

@@ -12,7 +12,7 @@
 #include "daemon/requesthandler.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsstore.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 
 #include <QObject>
 #include <QVariantMap>
@@ -26,7 +26,7 @@ class DeviceDaemon : public QObject
 public:
     /// `store` must be open; it and `keyboard` must outlive the daemon or be replaced. `document` must be valid and
     /// completed.
-    DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonOutlets outlets, const QVariantMap &document,
+    DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonServices services, const QVariantMap &document,
                  QObject *parent = nullptr);
 
     [[nodiscard]] const QVariantMap &document() const { return mSettings.document(); }
@@ -61,7 +61,7 @@ private:
     void attachedChanged(bool isAttached);
     void postAttachment(bool isAttached);
 
-    DaemonOutlets mOutlets;
+    DaemonServices mServices;
     CurrentSettings mSettings;
     CurrentKeyboard mKeyboard; // has a keyboard from the constructor on
     ProfileSwitch mProfiles;

@@ -9,7 +9,7 @@
 #include "daemon/requestqueue.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/requestreader.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 #include "daemon/system/logging.h"
 #include <utility>
 #include <vector>
@@ -57,8 +57,8 @@ bool isChange(const DocumentCommand *command)
 } // namespace
 
 RequestHandler::RequestHandler(CurrentSettings &settings, ProfileSwitch &profiles, CaptureCommands &captures,
-                               const CurrentKeyboard &keyboard, const DaemonOutlets &outlets)
-    : mSettings(settings), mProfiles(profiles), mCaptures(captures), mKeyboard(keyboard), mOutlets(outlets)
+                               const CurrentKeyboard &keyboard, const DaemonServices &services)
+    : mSettings(settings), mProfiles(profiles), mCaptures(captures), mKeyboard(keyboard), mServices(services)
 {
 }
 
@@ -103,8 +103,8 @@ void RequestHandler::carryOut(const Request &request, const DocumentCommand &com
 {
     std::vector<Change> changes{plan(request, command)};
     const auto isShared = [](const RequestMessage &message) { return isChange(findDocumentCommand(message.number)); };
-    for (const auto end = mOutlets.now() + sharingTime;
-         queue && changes.size() < maximumSharing && mOutlets.now() < end;) {
+    for (const auto end = mServices.now() + sharingTime;
+         queue && changes.size() < maximumSharing && mServices.now() < end;) {
         const std::optional<RequestMessage> message = queue->takeIf(isShared);
         if (!message)
             break;
@@ -179,10 +179,11 @@ void RequestHandler::postFirmwareVersion()
     const Keyboard &keyboard = *mKeyboard.keyboard();
     const bool isAttached = keyboard.isAttached();
     const Status status = isAttached ? Status::ok : Status::deviceAbsent;
-    mOutlets.postNotification(DaemonProtocol::commandReplyNotification(DaemonProtocol::productId),
-                              {{DaemonProtocol::messageId, static_cast<int>(Command::queryFirmwareVersion)},
-                               {DaemonProtocol::returnStatus, static_cast<int>(status)},
-                               {DaemonProtocol::firmwareVersion, isAttached ? keyboard.firmwareVersion() : QString()}});
+    mServices.postNotification(
+        DaemonProtocol::commandReplyNotification(DaemonProtocol::productId),
+        {{DaemonProtocol::messageId, static_cast<int>(Command::queryFirmwareVersion)},
+         {DaemonProtocol::returnStatus, static_cast<int>(status)},
+         {DaemonProtocol::firmwareVersion, isAttached ? keyboard.firmwareVersion() : QString()}});
 }
 
 bool RequestHandler::finish(const Request &request, const QVariantMap &before, const CommandOutcome &outcome,
@@ -218,7 +219,7 @@ bool RequestHandler::isTooLate(const Request &request) const
 {
     const bool isOpening = request.number == static_cast<qint32>(Command::openDevice);
     const std::chrono::microseconds limit = isOpening ? 6s : 5s;
-    return !request.readAt || mOutlets.sinceBoot() - *request.readAt > limit;
+    return !request.readAt || mServices.sinceBoot() - *request.readAt > limit;
 }
 
 bool RequestHandler::reply(const Request &request, Status status, QVariantMap values)
@@ -237,6 +238,6 @@ bool RequestHandler::reply(const Request &request, Status status, QVariantMap va
     }
     if (!isFoundFlag)
         values.insert(DaemonProtocol::returnStatus, static_cast<int>(status));
-    mOutlets.sendReply(*request.replyPort, request.number, values);
+    mServices.sendReply(*request.replyPort, request.number, values);
     return true;
 }

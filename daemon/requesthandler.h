@@ -18,7 +18,7 @@
 class CaptureCommands;
 class CurrentKeyboard;
 class CurrentSettings;
-struct DaemonOutlets;
+struct DaemonServices;
 class ProfileSwitch;
 class RequestQueue;
 
@@ -33,7 +33,7 @@ class RequestHandler
 public:
     /// All arguments must outlive this.
     RequestHandler(CurrentSettings &settings, ProfileSwitch &profiles, CaptureCommands &captures,
-                   const CurrentKeyboard &keyboard, const DaemonOutlets &outlets);
+                   const CurrentKeyboard &keyboard, const DaemonServices &services);
 
     void handleMessage(const RequestMessage &message);
     /// Handles the next request of the queue, and changes that can share its write. Returns true if more work waits:
@@ -84,6 +84,6 @@ private:
     ProfileSwitch &mProfiles;
     CaptureCommands &mCaptures;
     const CurrentKeyboard &mKeyboard;
-    const DaemonOutlets &mOutlets;
+    const DaemonServices &mServices;
     std::deque<Request> mOneByOne; // changes whose shared write has failed; handled before other requests
 };

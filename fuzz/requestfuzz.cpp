@@ -59,7 +59,7 @@ public:
     explicit Daemon(SettingsStore &store)
         : mKeyboard(KeyClock{.now = [this] { return mNow; },
                              .wakeAt = [this](std::optional<KeyPath::Time> time) { mKeyTime = time; }}),
-          mDaemon(store, mKeyboard, outlets(), startDocument())
+          mDaemon(store, mKeyboard, services(), startDocument())
     {
     }
 
@@ -96,14 +96,14 @@ public:
     }
 
 private:
-    DaemonOutlets outlets()
+    DaemonServices services()
     {
         return {.sendReply = [](const QString &, qint32, const QVariantMap &reply) { requireWritable(reply); },
                 .postNotification = [](const QString &, const QVariantMap &values) { requireWritable(values); },
                 .watchClient = [](const QString &) {},
                 .launchProgram = [](const QString &) {},
                 .now = [this] { return mNow; },
-                .wakeAt = [this](std::optional<DaemonOutlets::Time> time) { mDaemonTime = time; }};
+                .wakeAt = [this](std::optional<DaemonServices::Time> time) { mDaemonTime = time; }};
     }
 
     /// Limits the number of calls, because macros without pauses ask for the same time again and again.

@@ -4,7 +4,7 @@
 #include "base/daemonprotocol.h"
 #include "daemon/capture/ontheflysession.h"
 #include "daemon/keyboards/currentkeyboard.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 #include "daemon/system/logging.h"
 
 #include <optional>
@@ -12,8 +12,8 @@
 
 using Kind = KeyCapture::Kind;
 
-CaptureSession::CaptureSession(CurrentKeyboard &keyboard, OnTheFlySession &onTheFly, const DaemonOutlets &outlets)
-    : mKeyboard(keyboard), mOnTheFly(onTheFly), mOutlets(outlets)
+CaptureSession::CaptureSession(CurrentKeyboard &keyboard, OnTheFlySession &onTheFly, const DaemonServices &services)
+    : mKeyboard(keyboard), mOnTheFly(onTheFly), mServices(services)
 {
 }
 
@@ -21,7 +21,7 @@ void CaptureSession::setCapture(const KeyCapture &capture, const char *cause)
 {
     const bool isForClient = capture.client().has_value();
     if (mCapture.kind() == Kind::macroRecording && capture.kind() != Kind::macroRecording)
-        mRecorder.stop(MacroRecorder::rounded(mOutlets.now()));
+        mRecorder.stop(MacroRecorder::rounded(mServices.now()));
     if (isForClient)
         mOnTheFly.end(); // the client captures the keys now
     if (capture.kind() != mCapture.kind())
@@ -32,8 +32,8 @@ void CaptureSession::setCapture(const KeyCapture &capture, const char *cause)
     mCapturedKey.clear();
     mKeyBeforeCaptured.clear();
     mEscapeHold = {};
-    mOutlets.wakeAt({});
-    mOutlets.watchClient(capture.client().value_or(QString()));
+    mServices.wakeAt({});
+    mServices.watchClient(capture.client().value_or(QString()));
 }
 
 void CaptureSession::startRecording(const QString &client, const MacroRecorder::Target &target)
@@ -69,7 +69,7 @@ void CaptureSession::clientVanished(const QString &portName)
 void CaptureSession::wake()
 {
     const std::optional<KeyPath::Time> end = mEscapeHold.end();
-    if (!end || mOutlets.now() < *end)
+    if (!end || mServices.now() < *end)
         return;
     // A recording loses the Escape that ends it, and a client that captures keys gets the key before it again. Without
     // such a key it keeps Escape, because the user may have wanted that key.
@@ -88,13 +88,13 @@ void CaptureSession::keyChanged(HidUsage key, bool isDown, KeyPath::Time time)
     if (mCapture.kind() == Kind::macroRecording) {
         const QStringList lines = mRecorder.record(key, isDown, moment);
         if (!lines.isEmpty())
-            mOutlets.postNotification(DaemonProtocol::macroSequenceNotification,
-                                      {{DaemonProtocol::messagesArray, lines}});
+            mServices.postNotification(DaemonProtocol::macroSequenceNotification,
+                                       {{DaemonProtocol::messagesArray, lines}});
     }
     mOnTheFly.keyChanged(key, isDown, moment);
     if (mCapture.client()) {
         mEscapeHold.keyChanged(key, isDown, time);
-        mOutlets.wakeAt(mEscapeHold.end());
+        mServices.wakeAt(mEscapeHold.end());
     }
 }
 
@@ -140,5 +140,5 @@ void CaptureSession::takeOnTheFlyKey(HidUsage key)
 void CaptureSession::postCapturedKey(const QVariantMap &key)
 {
     const bool isSingleKey = mCapture.kind() == Kind::singleKey;
-    mOutlets.postNotification(isSingleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey, key);
+    mServices.postNotification(isSingleKey ? DaemonProtocol::singleKeyEvent : DaemonProtocol::editedEventKey, key);
 }

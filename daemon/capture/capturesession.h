@@ -13,7 +13,7 @@
 
 class CurrentKeyboard;
 class OnTheFlySession;
-struct DaemonOutlets;
+struct DaemonServices;
 
 /// A client that captures the keys ends the previous capture and any macro being recorded on the keyboard. During its
 /// capture its port is watched, and Escape held alone ends the capture. Every `cause` is for the log.
@@ -21,7 +21,7 @@ class CaptureSession
 {
 public:
     /// All arguments must outlive this.
-    CaptureSession(CurrentKeyboard &keyboard, OnTheFlySession &onTheFly, const DaemonOutlets &outlets);
+    CaptureSession(CurrentKeyboard &keyboard, OnTheFlySession &onTheFly, const DaemonServices &services);
 
     [[nodiscard]] const KeyCapture &capture() const { return mCapture; }
     /// The client's recording, even after it has ended.
@@ -40,7 +40,7 @@ public:
 
     /// Ends the capture of the client at this port. Nothing else would end it.
     void clientVanished(const QString &portName);
-    /// Must be called at the time requested from DaemonOutlets::wakeAt().
+    /// Must be called at the time requested from DaemonServices::wakeAt().
     void wake();
 
     // The keyboard's reports, as the signals of CurrentKeyboard.
@@ -56,7 +56,7 @@ private:
 
     CurrentKeyboard &mKeyboard;
     OnTheFlySession &mOnTheFly;
-    const DaemonOutlets &mOutlets;
+    const DaemonServices &mServices;
     KeyCapture mCapture;
     MacroRecorder mRecorder;
     std::optional<QString> mRecordingClient;

@@ -7,12 +7,12 @@
 #include "daemon/keyboards/currentkeyboard.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsdocument.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 #include "daemon/system/logging.h"
 #include "keys/keylayout.h"
 
-OnTheFlySession::OnTheFlySession(CurrentSettings &settings, CurrentKeyboard &keyboard, const DaemonOutlets &outlets)
-    : mSettings(settings), mKeyboard(keyboard), mOutlets(outlets)
+OnTheFlySession::OnTheFlySession(CurrentSettings &settings, CurrentKeyboard &keyboard, const DaemonServices &services)
+    : mSettings(settings), mKeyboard(keyboard), mServices(services)
 {
 }
 
@@ -28,7 +28,7 @@ bool OnTheFlySession::pressMacroKey()
         qCWarning(lcKeyboard, "file: there is no room for a macro recorded on the keyboard");
         return false;
     }
-    mRecorder.pressMacroKey(MacroRecorder::rounded(mOutlets.now()), room);
+    mRecorder.pressMacroKey(MacroRecorder::rounded(mServices.now()), room);
     // The only report of the state on a keyboard without a light for it.
     qCInfo(lcKeyboard, "keyboard: a macro on the fly: %s", onTheFlyStateName(state()).data());
     return true;
@@ -58,8 +58,8 @@ void OnTheFlySession::store(const QVariantList &events, HidUsage key)
         return;
     }
     const QVariantMap &document = mSettings.document();
-    mOutlets.postNotification(DaemonProtocol::savedNewOtfm,
-                              {{DaemonProtocol::allMacros, SettingsDocument::macros(document)},
-                               {SettingsKeys::activeProfile, SettingsDocument::activeProfile(document)}});
+    mServices.postNotification(DaemonProtocol::savedNewOtfm,
+                               {{DaemonProtocol::allMacros, SettingsDocument::macros(document)},
+                                {SettingsKeys::activeProfile, SettingsDocument::activeProfile(document)}});
     mSettings.postUpdated(DaemonProtocol::daemonProcessName);
 }

@@ -9,7 +9,7 @@
 
 class CurrentKeyboard;
 class CurrentSettings;
-struct DaemonOutlets;
+struct DaemonServices;
 
 /// The CaptureSession owns the keys: it passes them on, and captures the key that will play the macro.
 class OnTheFlySession
@@ -18,7 +18,7 @@ public:
     using Time = OnTheFlyRecorder::Time;
 
     /// All arguments must outlive this.
-    OnTheFlySession(CurrentSettings &settings, CurrentKeyboard &keyboard, const DaemonOutlets &outlets);
+    OnTheFlySession(CurrentSettings &settings, CurrentKeyboard &keyboard, const DaemonServices &services);
 
     [[nodiscard]] OnTheFlyState state() const { return mRecorder.state(); }
     /// Whether this key can play a macro.
@@ -41,6 +41,6 @@ public:
 private:
     CurrentSettings &mSettings;
     CurrentKeyboard &mKeyboard;
-    const DaemonOutlets &mOutlets;
+    const DaemonServices &mServices;
     OnTheFlyRecorder mRecorder;
 };

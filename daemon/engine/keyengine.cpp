@@ -73,7 +73,7 @@ EngineOutputs KeyEngine::setGameMode(bool isOn)
         return outputs;
     for (Press &press : mPresses) {
         if (press.key.isCommand())
-            letGo(press, outputs);
+            endPress(press, outputs);
     }
     stopMacrosIf([](const MacroPlayback &playback) { return playback.trigger().isCommand(); }, outputs);
     return outputs;
@@ -104,7 +104,7 @@ EngineOutputs KeyEngine::keyUp(HidUsage key, Time)
     const auto press = std::ranges::find(mPresses, key, &Press::key);
     if (press == mPresses.end())
         return outputs;
-    letGo(*press, outputs);
+    endPress(*press, outputs);
     mPresses.erase(press);
     return outputs;
 }
@@ -113,7 +113,7 @@ EngineOutputs KeyEngine::releaseAll()
 {
     EngineOutputs outputs = stopMacros();
     for (auto press = mPresses.rbegin(); press != mPresses.rend(); ++press)
-        letGo(*press, outputs);
+        endPress(*press, outputs);
     mPresses.clear();
     return outputs;
 }
@@ -213,7 +213,7 @@ void KeyEngine::sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOu
         sendDown(press.sent, outputs);
 }
 
-void KeyEngine::letGo(Press &press, EngineOutputs &outputs)
+void KeyEngine::endPress(Press &press, EngineOutputs &outputs)
 {
     stopMacrosIf(
         [&](const MacroPlayback &playback) { return playback.trigger() == press.key && playback.endsWithRelease(); },

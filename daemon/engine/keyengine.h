@@ -102,7 +102,7 @@ private:
     template <typename Condition> void stopMacrosIf(Condition condition, EngineOutputs &outputs);
     [[nodiscard]] const PlayableMacro *macroAt(int index) const;
     void sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOutputs &outputs);
-    void letGo(Press &press, EngineOutputs &outputs);
+    void endPress(Press &press, EngineOutputs &outputs);
     void sendDown(HidUsage usage, EngineOutputs &outputs);
     void sendUp(HidUsage usage, EngineOutputs &outputs);
     [[nodiscard]] quint8 heldModifiers() const;

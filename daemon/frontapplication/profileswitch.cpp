@@ -6,7 +6,7 @@
 #include "base/settingskeys.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsdocument.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 #include "daemon/system/logging.h"
 
 #include <optional>
@@ -14,8 +14,8 @@
 
 using namespace SettingsDocument;
 
-ProfileSwitch::ProfileSwitch(CurrentSettings &settings, const DaemonOutlets &outlets)
-    : mSettings(settings), mOutlets(outlets)
+ProfileSwitch::ProfileSwitch(CurrentSettings &settings, const DaemonServices &services)
+    : mSettings(settings), mServices(services)
 {
 }
 
@@ -91,5 +91,5 @@ void ProfileSwitch::showSwitch(const QVariantMap &before) const
                           document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::profileOsdOn))
                       != 0; // the active profile's, in a completed document
     if (isOn && hasOtherProfileActive(before, document))
-        mOutlets.showProfile(activeProfile(document).value(SettingsKeys::profileName).toString());
+        mServices.showProfile(activeProfile(document).value(SettingsKeys::profileName).toString());
 }

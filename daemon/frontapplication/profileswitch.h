@@ -11,7 +11,7 @@
 #include <optional>
 
 class CurrentSettings;
-struct DaemonOutlets;
+struct DaemonServices;
 
 /// A switch that cannot be stored does not take effect, neither in the document nor in the remembered profile. A switch
 /// by the application in front is not written to the disk.
@@ -19,7 +19,7 @@ class ProfileSwitch
 {
 public:
     /// Both must outlive this.
-    ProfileSwitch(CurrentSettings &settings, const DaemonOutlets &outlets);
+    ProfileSwitch(CurrentSettings &settings, const DaemonServices &services);
 
     /// `document` as the disk keeps it: with the profile chosen by hand.
     [[nodiscard]] QVariantMap documentToKeep(const QVariantMap &document) const;
@@ -40,7 +40,7 @@ public:
 
 private:
     CurrentSettings &mSettings;
-    const DaemonOutlets &mOutlets;
+    const DaemonServices &mServices;
     AutomaticSwitch mAutomaticSwitch;
 
     struct Plan

@@ -17,8 +17,8 @@ void CurrentKeyboard::use(Keyboard &keyboard, const QVariantMap &document)
     mKeyboard = &keyboard;
     connectKeyboard();
     mSettings = keySettingsOf(document, mSettings);
-    callKeysAndWait([this](KeyPath &keys) { mLastChoice = keys.start(mSettings); });
-    mAnsweredChoice = mLastChoice;
+    callKeysAndWait([this](KeyPath &keys) { mLastSwitch = keys.start(mSettings); });
+    mAnsweredSwitch = mLastSwitch;
     show(document);
 }
 
@@ -41,10 +41,10 @@ void CurrentKeyboard::connectKeyboard()
         if (keyboard == mKeyboard)
             Q_EMIT keyCaptured(key, modifiers);
     });
-    connect(keys, &KeyPath::profileChosen, this, [this, keyboard](int index, KeyPath::Choice choice) {
+    connect(keys, &KeyPath::profileChosen, this, [this, keyboard](int index, KeyPath::SwitchNumber number) {
         HandOver::take();
         if (keyboard == mKeyboard)
-            takeChoice(index, choice);
+            takeSwitch(index, number);
     });
     connect(keys, &KeyPath::programChosen, this, [this](const QString &program) {
         HandOver::take();
@@ -52,13 +52,13 @@ void CurrentKeyboard::connectKeyboard()
     });
 }
 
-void CurrentKeyboard::takeChoice(int index, KeyPath::Choice choice)
+void CurrentKeyboard::takeSwitch(int index, KeyPath::SwitchNumber number)
 {
-    if (choice <= mLastChoice)
+    if (number <= mLastSwitch)
         return; // from an earlier use of this keyboard
-    mLastChoice = choice;
+    mLastSwitch = number;
     Q_EMIT profileChosen(index);
-    if (mAnsweredChoice < choice)
+    if (mAnsweredSwitch < number)
         answer(false);
 }
 
@@ -71,9 +71,9 @@ void CurrentKeyboard::apply(const QVariantMap &document, bool isOtherProfile)
 
 void CurrentKeyboard::answer(bool isOtherProfile)
 {
-    mAnsweredChoice = mLastChoice;
+    mAnsweredSwitch = mLastSwitch;
     callKeys(
-        [change = KeyPath::Change{.settings = mSettings, .lastChoice = mLastChoice, .isOtherProfile = isOtherProfile}](
+        [change = KeyPath::Change{.settings = mSettings, .lastSwitch = mLastSwitch, .isOtherProfile = isOtherProfile}](
             KeyPath &keys) { keys.change(change); });
 }
 

@@ -47,14 +47,14 @@ Q_SIGNALS:
 
 private:
     void connectKeyboard();
-    void takeChoice(int index, KeyPath::Choice choice);
+    void takeSwitch(int index, KeyPath::SwitchNumber number);
     void answer(bool isOtherProfile);
     void show(const QVariantMap &document);
     template <typename Function> void callKeys(Function function);
     template <typename Function> void callKeysAndWait(Function function);
 
     Keyboard *mKeyboard = nullptr;
-    KeySettings mSettings;               // of the document
-    KeyPath::Choice mLastChoice = 0;     // the last one received
-    KeyPath::Choice mAnsweredChoice = 0; // the last one answered
+    KeySettings mSettings;                     // of the document
+    KeyPath::SwitchNumber mLastSwitch = 0;     // the last one received
+    KeyPath::SwitchNumber mAnsweredSwitch = 0; // the last one answered
 };

@@ -27,7 +27,7 @@ public:
     virtual void showGameMode(bool isOn) = 0;
 
 Q_SIGNALS:
-    void attachedChanged(bool isAttached); ///< its keys have released everything: KeyChannel::emptied()
+    void attachedChanged(bool isAttached); ///< its keys have released everything: KeyChannel::keysLost()
     void gameModePressed();
     void macroKeyPressed();
     void brightnessChosen(int level); ///< by the keyboard's own keys

@@ -28,5 +28,5 @@ Q_SIGNALS:
     void keyChanged(HidUsage key, bool isDown, KeyChannel::Time time); ///< `time`: of the event; not after now
     /// The keyboard was removed or released: everything that its keys have begun must end. Keys may still be down, and
     /// their releases will not come.
-    void emptied();
+    void keysLost();
 };

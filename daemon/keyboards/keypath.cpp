@@ -20,23 +20,23 @@ KeyPath::KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent)
     : QObject(parent), mChannel(channel), mClock(std::move(clock))
 {
     connect(&mChannel, &KeyChannel::keyChanged, this, &KeyPath::takeKey);
-    connect(&mChannel, &KeyChannel::emptied, this, &KeyPath::releaseAll);
+    connect(&mChannel, &KeyChannel::keysLost, this, &KeyPath::releaseAll);
 }
 
-KeyPath::Choice KeyPath::start(const KeySettings &settings)
+KeyPath::SwitchNumber KeyPath::start(const KeySettings &settings)
 {
     mIsStarted = true;
     mIsSwitchUnanswered = false;
     mSettings = settings;
     applySettings();
-    return mLastChoice;
+    return mLastSwitch;
 }
 
 void KeyPath::change(Change change)
 {
     if (!mIsStarted)
         return;
-    const bool isUpToDate = change.lastChoice == mLastChoice;
+    const bool isUpToDate = change.lastSwitch == mLastSwitch;
     if (!isUpToDate && change.settings.hasProfile(mSettings.activeProfile))
         change.settings.activeProfile = mSettings.activeProfile;
     const bool isAnswer = mIsSwitchUnanswered && isUpToDate;
@@ -118,7 +118,7 @@ void KeyPath::perform(const EngineOutputs &outputs)
 
 void KeyPath::chooseProfile(int index)
 {
-    ++mLastChoice;
+    ++mLastSwitch;
     if (mSettings.hasProfile(index) && index != mSettings.activeProfile) {
         mSettings.activeProfile = index;
         mIsSwitchUnanswered = true;
@@ -126,5 +126,5 @@ void KeyPath::chooseProfile(int index)
         perform(mEngine.setKeyMap(mSettings.profiles[static_cast<std::size_t>(index)]->map));
     }
     HandOver::give();
-    Q_EMIT profileChosen(index, mLastChoice);
+    Q_EMIT profileChosen(index, mLastSwitch);
 }

@@ -34,13 +34,13 @@ public:
     using Time = KeyEngine::Time;
 
     /// The number of a path's profileChosen(), from 1; 0 is before the first.
-    using Choice = quint64;
+    using SwitchNumber = quint64;
 
     struct Change
     {
         KeySettings settings;
         /// The last profileChosen() that the sender had received. A profile chosen later stays active.
-        Choice lastChoice = 0;
+        SwitchNumber lastSwitch = 0;
         /// The settings have another active profile than before, which stops all macros.
         bool isOtherProfile = false;
     };
@@ -59,7 +59,7 @@ public:
     [[nodiscard]] bool isStarted() const { return mIsStarted; }
     /// The keys act from start() until stop(), and are ignored otherwise. Returns the last choice: the caller must
     /// ignore choices up to it.
-    Choice start(const KeySettings &settings);
+    SwitchNumber start(const KeySettings &settings);
     void change(Change change);
     void listen(Listening listening);
     /// Releases everything.
@@ -72,7 +72,7 @@ Q_SIGNALS:
     void keyCaptured(HidUsage key, quint8 modifiers);
     /// A key has switched to the profile, which is active in this path. If `index` does not exist, nothing was
     /// switched.
-    void profileChosen(int index, KeyPath::Choice choice);
+    void profileChosen(int index, KeyPath::SwitchNumber choice);
     void programChosen(const QString &program);
 
 private:
@@ -87,7 +87,7 @@ private:
     KeyEngine mEngine;
     KeySettings mSettings;
     std::optional<Time> mWakeTime; // as last requested
-    Choice mLastChoice = 0;
+    SwitchNumber mLastSwitch = 0;
     bool mIsSwitchUnanswered = false; // no change has answered the latest choice yet, and one side has switched
     bool mIsStarted = false;
     bool mIsReporting = false;

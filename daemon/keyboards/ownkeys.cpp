@@ -5,11 +5,13 @@
 #include "base/settingskeys.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsdocument.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 
 using namespace SettingsDocument;
 
-OwnKeys::OwnKeys(CurrentSettings &settings, const DaemonOutlets &outlets) : mSettings(settings), mOutlets(outlets) {}
+OwnKeys::OwnKeys(CurrentSettings &settings, const DaemonServices &services) : mSettings(settings), mServices(services)
+{
+}
 
 void OwnKeys::toggleGameMode()
 {
@@ -18,7 +20,7 @@ void OwnKeys::toggleGameMode()
     if (!mSettings.store(completed(withDeviceSetting(document, SettingsKeys::gameMode, isOn))))
         return;
     // In this order: the first makes a client flip its flag, the second makes it read the true value.
-    mOutlets.postNotification(DaemonProtocol::gameModePressed, {});
+    mServices.postNotification(DaemonProtocol::gameModePressed, {});
     mSettings.postUpdated(DaemonProtocol::daemonProcessName);
 }
 
@@ -33,6 +35,6 @@ void OwnKeys::setBrightness(int level)
     const QVariantMap changed = completed(withProfiles(document, list));
     if (changed == document || !mSettings.store(changed))
         return;
-    mOutlets.postNotification(DaemonProtocol::illuminationUpdated, {{SettingsKeys::brightnessKbNormal, level}});
+    mServices.postNotification(DaemonProtocol::illuminationUpdated, {{SettingsKeys::brightnessKbNormal, level}});
     mSettings.postUpdated(DaemonProtocol::daemonProcessName);
 }

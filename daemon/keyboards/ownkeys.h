@@ -4,14 +4,14 @@
 #pragma once
 
 class CurrentSettings;
-struct DaemonOutlets;
+struct DaemonServices;
 
 /// A change that cannot be stored does not take effect, and clients are not notified of it.
 class OwnKeys
 {
 public:
     /// Both must outlive this.
-    OwnKeys(CurrentSettings &settings, const DaemonOutlets &outlets);
+    OwnKeys(CurrentSettings &settings, const DaemonServices &services);
 
     void toggleGameMode();
     /// `level` as in lighting/backlight.h, for the active profile.
@@ -19,5 +19,5 @@ public:
 
 private:
     CurrentSettings &mSettings;
-    const DaemonOutlets &mOutlets;
+    const DaemonServices &mServices;
 };

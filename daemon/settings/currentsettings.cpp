@@ -6,15 +6,16 @@
 #include "daemon/settings/factorysettings.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 #include "daemon/system/logging.h"
 
 #include <optional>
 #include <utility>
 
-CurrentSettings::CurrentSettings(SettingsStore &store, const DaemonOutlets &outlets, const QVariantMap &document,
+CurrentSettings::CurrentSettings(SettingsStore &store, const DaemonServices &services, const QVariantMap &document,
                                  DocumentToKeep documentToKeep, QObject *parent)
-    : QObject(parent), mStore(store), mOutlets(outlets), mDocument(document), mDocumentToKeep(std::move(documentToKeep))
+    : QObject(parent), mStore(store), mServices(services), mDocument(document),
+      mDocumentToKeep(std::move(documentToKeep))
 {
 }
 
@@ -67,5 +68,5 @@ bool CurrentSettings::takeFactorySettings(const QString &path)
 
 void CurrentSettings::postUpdated(const QString &sourceApp)
 {
-    mOutlets.postNotification(DaemonProtocol::profileUpdated, {{DaemonProtocol::sourceApp, sourceApp}});
+    mServices.postNotification(DaemonProtocol::profileUpdated, {{DaemonProtocol::sourceApp, sourceApp}});
 }

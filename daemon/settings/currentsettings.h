@@ -10,7 +10,7 @@
 
 #include <functional>
 
-struct DaemonOutlets;
+struct DaemonServices;
 class SettingsStore;
 
 /// A change is on the disk before the daemon uses it. If the write fails, the document does not change.
@@ -22,8 +22,8 @@ public:
     /// Turns the document in use into the one for the disk, which may have another profile active.
     using DocumentToKeep = std::function<QVariantMap(const QVariantMap &document)>;
 
-    /// `store` must be open, `document` valid and completed. `store` and `outlets` must outlive this.
-    CurrentSettings(SettingsStore &store, const DaemonOutlets &outlets, const QVariantMap &document,
+    /// `store` must be open, `document` valid and completed. `store` and `services` must outlive this.
+    CurrentSettings(SettingsStore &store, const DaemonServices &services, const QVariantMap &document,
                     DocumentToKeep documentToKeep, QObject *parent = nullptr);
 
     [[nodiscard]] const QVariantMap &document() const { return mDocument; }
@@ -56,7 +56,7 @@ Q_SIGNALS:
 
 private:
     SettingsStore &mStore;
-    const DaemonOutlets &mOutlets;
+    const DaemonServices &mServices;
     QVariantMap mDocument;
     DocumentToKeep mDocumentToKeep;
     bool mAwaitsFactorySettings = false;

@@ -70,7 +70,7 @@ void DeviceDaemonFixture::start(const QVariantMap &document)
         .now = [this] { return mNow; }, .wakeAt = [this](std::optional<KeyPath::Time> time) { mWakeTime = time; }});
     connect(mKeyboard.get(), &VirtualKeyboard::sent, this,
             [this](uint, uint usage, bool down) { mSent += (down ? u'+' : u'-') + QString::number(usage); });
-    DaemonOutlets outlets{
+    DaemonServices services{
         .sendReply =
             [this](const QString &port, qint32 command, const QVariantMap &reply) {
                 mReplies += {port, command, reply};
@@ -87,7 +87,7 @@ void DeviceDaemonFixture::start(const QVariantMap &document)
         .sinceBoot = [this] { return mNow; },
         .wakeAt = [this](std::optional<KeyPath::Time> time) { mDaemonWakeTime = time; },
     };
-    mDaemon = std::make_unique<DeviceDaemon>(*mStore, *mKeyboard, std::move(outlets), document);
+    mDaemon = std::make_unique<DeviceDaemon>(*mStore, *mKeyboard, std::move(services), document);
 }
 
 void DeviceDaemonFixture::cleanup()

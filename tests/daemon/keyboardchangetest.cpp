@@ -113,11 +113,11 @@ void KeyboardChangeTest::init()
     mThreaded = std::make_unique<ThreadedKeyboard>();
     mDaemon = std::make_unique<DeviceDaemon>(
         *mStore, *mFirst,
-        DaemonOutlets{.sendReply = [](const QString &, qint32, const QVariantMap &) {},
-                      .postNotification = [this](const QString &name, const QVariantMap &) { mNotifications += name; },
-                      .watchClient = [this](const QString &port) { mWatchedClient = port; },
-                      .launchProgram = [](const QString &) {},
-                      .now = DeadlineTimer::now},
+        DaemonServices{.sendReply = [](const QString &, qint32, const QVariantMap &) {},
+                       .postNotification = [this](const QString &name, const QVariantMap &) { mNotifications += name; },
+                       .watchClient = [this](const QString &port) { mWatchedClient = port; },
+                       .launchProgram = [](const QString &) {},
+                       .now = DeadlineTimer::now},
         startDocument());
 }
 
@@ -308,7 +308,7 @@ void KeyboardChangeTest::removalOnAnotherThreadEndsTheCapture()
     send(Command::startSingleKeyRecording);
     mThreaded->press(keyA);
     QTRY_COMPARE(mNotifications, QStringList{u"SingleKeyEvent271"_s});
-    mThreaded->runOnKeys([](NotingChannel &channel) { Q_EMIT channel.emptied(); });
+    mThreaded->runOnKeys([](NotingChannel &channel) { Q_EMIT channel.keysLost(); });
     mThreaded->setAttached(false);
     QVERIFY(mWatchedClient.isEmpty());
     mThreaded->setAttached(true);

@@ -100,15 +100,15 @@ void ProfileSwitchTest::init()
     mShown.clear();
     mDaemon = std::make_unique<DeviceDaemon>(
         *mStore, *mKeyboard,
-        DaemonOutlets{.sendReply = [this](const QString &, qint32, const QVariantMap &reply) { mReply = reply; },
-                      .postNotification =
-                          [this](const QString &name, const QVariantMap &info) {
-                              mNotifications += name + u' ' + info.value(DaemonProtocol::sourceApp).toString();
-                          },
-                      .watchClient = [](const QString &) {},
-                      .launchProgram = [](const QString &) {},
-                      .now = [] { return 0ms; },
-                      .showProfile = [this](const QString &name) { mShown += name; }},
+        DaemonServices{.sendReply = [this](const QString &, qint32, const QVariantMap &reply) { mReply = reply; },
+                       .postNotification =
+                           [this](const QString &name, const QVariantMap &info) {
+                               mNotifications += name + u' ' + info.value(DaemonProtocol::sourceApp).toString();
+                           },
+                       .watchClient = [](const QString &) {},
+                       .launchProgram = [](const QString &) {},
+                       .now = [] { return 0ms; },
+                       .showProfile = [this](const QString &name) { mShown += name; }},
         startDocument());
 }
 

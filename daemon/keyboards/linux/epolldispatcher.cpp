@@ -73,10 +73,10 @@ bool EpollDispatcher::processEvents(QEventLoop::ProcessEventsFlags flags)
             sendPosted();
             hasDone = true;
         } else {
-            hasDone = tellNotifiers(event.data.fd, event.events) || hasDone;
+            hasDone = activateNotifiers(event.data.fd, event.events) || hasDone;
         }
     }
-    return tellTimers() || hasDone;
+    return fireTimers() || hasDone;
 }
 
 void EpollDispatcher::sendPosted()
@@ -88,7 +88,7 @@ void EpollDispatcher::sendPosted()
     QCoreApplication::sendPostedEvents();
 }
 
-bool EpollDispatcher::tellNotifiers(int descriptor, unsigned int events)
+bool EpollDispatcher::activateNotifiers(int descriptor, unsigned int events)
 {
     bool hasTold = false;
     for (const auto type : {QSocketNotifier::Read, QSocketNotifier::Write, QSocketNotifier::Exception}) {
@@ -188,7 +188,7 @@ int EpollDispatcher::timeUntilTimer() const
     return static_cast<int>(std::clamp<qint64>(left.count(), 0, std::numeric_limits<int>::max()));
 }
 
-bool EpollDispatcher::tellTimers()
+bool EpollDispatcher::fireTimers()
 {
     if (mTimers.empty())
         return false;
@@ -197,19 +197,19 @@ bool EpollDispatcher::tellTimers()
     const Clock::time_point now = Clock::now();
     for (;;) {
         const auto next = std::ranges::min_element(mTimers, {}, [now](const Timer &timer) {
-            return timer.isTold || timer.due > now ? Clock::time_point::max() : timer.due;
+            return timer.isFiring || timer.due > now ? Clock::time_point::max() : timer.due;
         });
-        if (next == mTimers.end() || next->isTold || next->due > now)
+        if (next == mTimers.end() || next->isFiring || next->due > now)
             break;
         const int id = next->id;
         next->due = std::max(next->due + next->interval, now);
-        next->isTold = true;
+        next->isFiring = true;
         QTimerEvent event(id);
         QCoreApplication::sendEvent(next->object, &event);
         hasTold = true;
     }
     for (Timer &timer : mTimers)
-        timer.isTold = false;
+        timer.isFiring = false;
     return hasTold;
 }
 

@@ -44,15 +44,15 @@ private:
         Qt::TimerType type = Qt::PreciseTimer;
         QObject *object = nullptr;
         Clock::time_point due;
-        bool isTold = false; // in this round; prevents a recursive second call
+        bool isFiring = false; // in this round; prevents a recursive second call
     };
 
     [[nodiscard]] int timeUntilTimer() const;
     [[nodiscard]] Timer *timer(int id);
     void watch(int descriptor);
     void sendPosted();
-    bool tellNotifiers(int descriptor, unsigned int events);
-    bool tellTimers();
+    bool activateNotifiers(int descriptor, unsigned int events);
+    bool fireTimers();
 
     int mEpoll;
     int mWakeUp; // an eventfd

@@ -90,7 +90,7 @@ void KeyTranslator::press(Node &node, quint16 code, Time time)
     if (std::ranges::find(panicChord, meaning) != panicChord.end() && isPanicChordHeld())
         mSink.panic();
     else
-        tell(meaning, true, time);
+        emitKey(meaning, true, time);
 }
 
 void KeyTranslator::release(Node &node, quint16 code, Time time)
@@ -100,7 +100,7 @@ void KeyTranslator::release(Node &node, quint16 code, Time time)
         return;
     node.down[code] = up;
     if (--mHolders[meaning] == 0)
-        tell(meaning, false, time);
+        emitKey(meaning, false, time);
 }
 
 KeyTranslator::Meaning KeyTranslator::meaningOf(const Node &node, quint16 code)
@@ -117,7 +117,7 @@ bool KeyTranslator::isPanicChordHeld() const
     return std::ranges::all_of(panicChord, [this](Meaning meaning) { return mHolders[meaning] > 0; });
 }
 
-void KeyTranslator::tell(Meaning meaning, bool isDown, Time time)
+void KeyTranslator::emitKey(Meaning meaning, bool isDown, Time time)
 {
     if (meaning < firstPassed)
         mSink.takeKey({HidUsage::keyboardPage, meaning}, isDown, time);

@@ -81,7 +81,7 @@ private:
     void release(Node &node, quint16 code, Time time);
     [[nodiscard]] static Meaning meaningOf(const Node &node, quint16 code);
     [[nodiscard]] bool isPanicChordHeld() const;
-    void tell(Meaning meaning, bool isDown, Time time);
+    void emitKey(Meaning meaning, bool isDown, Time time);
 
     KeySink &mSink;
     std::unique_ptr<std::array<Node, maximumNodes>> mNodes;

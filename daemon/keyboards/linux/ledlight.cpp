@@ -44,14 +44,14 @@ int writeAttribute(const QString &folder, const char *name, const QByteArray &va
 
 } // namespace
 
-LedLight::LedLight(Outlets outlets, QObject *parent) : QObject(parent), mOutlets(std::move(outlets))
+LedLight::LedLight(Services services, QObject *parent) : QObject(parent), mServices(std::move(services))
 {
     connect(&mColor, &VirtualLight::changed, this, &LedLight::write);
     setPowered();
 }
 
-LedLight::LedLight(Outlets outlets, VirtualLight::Clock clock, QObject *parent)
-    : QObject(parent), mOutlets(std::move(outlets)), mColor(std::move(clock))
+LedLight::LedLight(Services services, VirtualLight::Clock clock, QObject *parent)
+    : QObject(parent), mServices(std::move(services)), mColor(std::move(clock))
 {
     connect(&mColor, &VirtualLight::changed, this, &LedLight::write);
     setPowered();
@@ -61,7 +61,7 @@ void LedLight::useNodes(const QStringList &nodes)
 {
     mLeds.clear();
     if (!nodes.isEmpty()) {
-        for (const KeyboardLed &led : keyboardLeds(nodes, mOutlets.folders))
+        for (const KeyboardLed &led : keyboardLeds(nodes, mServices.folders))
             mLeds += Led{.led = led,
                          .brightness = {},
                          .intensity = {},
@@ -127,14 +127,14 @@ void LedLight::writeBrightness(Led &led)
         const int error = writeAttribute(led.led.folder, "brightness", QByteArray::number(brightness));
         if (error == 0)
             return;
-        led.isForeign = (error == EACCES || error == EPERM) && mOutlets.setForeignBrightness;
+        led.isForeign = (error == EACCES || error == EPERM) && mServices.setForeignBrightness;
         led.hasFailed = !led.isForeign;
         qCWarning(lcKeyboard, "keyboard: the brightness of the LED %s cannot be set: %s%s",
                   qUtf8Printable(led.led.name), std::strerror(error), // NOLINT(concurrency-mt-unsafe): one thread
                   led.isForeign ? "; the session is asked to" : "");
     }
     if (led.isForeign)
-        mOutlets.setForeignBrightness(led.led.name, brightness);
+        mServices.setForeignBrightness(led.led.name, brightness);
 }
 
 uint LedLight::brightnessOf(const KeyboardLed &led) const

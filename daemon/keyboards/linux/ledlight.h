@@ -17,15 +17,15 @@ class LedLight : public QObject
     Q_OBJECT
 
 public:
-    struct Outlets
+    struct Services
     {
         LedFolders folders;
         /// Sets the brightness of the LED `name` when this process has no right to its file.
         std::function<void(const QString &name, uint brightness)> setForeignBrightness;
     };
 
-    explicit LedLight(Outlets outlets, QObject *parent = nullptr); ///< with the machine's clock
-    LedLight(Outlets outlets, VirtualLight::Clock clock, QObject *parent = nullptr);
+    explicit LedLight(Services services, QObject *parent = nullptr); ///< with the machine's clock
+    LedLight(Services services, VirtualLight::Clock clock, QObject *parent = nullptr);
 
     [[nodiscard]] const Backlight::Settings &settings() const { return mSettings; }
     [[nodiscard]] qsizetype ledCount() const { return mLeds.size(); }
@@ -58,7 +58,7 @@ private:
     [[nodiscard]] QByteArray intensityOf(const KeyboardLed &led) const;
     [[nodiscard]] double shareOf(KeyboardLed::Channel channel) const;
 
-    Outlets mOutlets;
+    Services mServices;
     Backlight::Settings mSettings;
     bool mIsSet = false; // until then the LEDs remain unchanged
     VirtualLight mColor; // the colour of the LEDs at full brightness; they have a separate brightness

@@ -71,20 +71,20 @@ const char *stateName(InputNode::State state)
 
 } // namespace
 
-LinuxDevices::LinuxDevices(NodeSource &nodes, LinuxKeyboard &keyboard, QObject *parent)
+LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, QObject *parent)
     : LinuxDevices(nodes, keyboard,
                    {.openNode = EvdevFile::open, .makeOutput = OutputDevice::create, .access = fileAccess}, parent)
 {
 }
 
-LinuxDevices::LinuxDevices(NodeSource &nodes, LinuxKeyboard &keyboard, Outlets outlets, QObject *parent)
-    : DeviceSource(parent), mSource(nodes), mKeyboard(keyboard), mOutlets(std::move(outlets))
+LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Services services, QObject *parent)
+    : DeviceSource(parent), mSource(nodes), mKeyboard(keyboard), mServices(std::move(services))
 {
     const auto look = [this] {
         synchronize();
         Q_EMIT changed();
     };
-    connect(&mSource, &NodeSource::changed, this, look);
+    connect(&mSource, &EventDeviceSource::changed, this, look);
     connect(&mRightsWatch, &QFileSystemWatcher::fileChanged, this, look);
     connect(&mKeyboard, &LinuxKeyboard::nodeChanged, this, &LinuxDevices::nodeChanged);
     connect(&mKeyboard, &LinuxKeyboard::panicked, this, &LinuxDevices::panic);
@@ -211,7 +211,7 @@ QList<LinuxDevices::Node> LinuxDevices::chosenNodes() const
 QString LinuxDevices::problemOf(const KeyboardInfo &keyboard) const
 {
     for (const NodeInfo &node : keyboard.nodes) {
-        if (const int error = mOutlets.access(node.node))
+        if (const int error = mServices.access(node.node))
             return nodeProblem(node.node, keyboard.device.id, error);
     }
     return keyboard.device.problem;
@@ -227,7 +227,7 @@ bool LinuxDevices::hasOutput()
     if (mKeyboard.keyThread())
         return true;
     QString problem;
-    std::unique_ptr<OutputDevice> output = mOutlets.makeOutput(problem);
+    std::unique_ptr<OutputDevice> output = mServices.makeOutput(problem);
     if (!output) {
         if (std::exchange(mOutputProblem, problem) != problem)
             qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problem));
@@ -268,7 +268,7 @@ void LinuxDevices::synchronize()
 void LinuxDevices::add(Node node)
 {
     node.id = ++mLastNodeId;
-    std::unique_ptr<EventFile> file = mOutlets.openNode(node.info.node, node.error);
+    std::unique_ptr<EventFile> file = mServices.openNode(node.info.node, node.error);
     if (file) {
         qCInfo(lcKeyboard, "keyboard: %s (%s) chosen, opened", qUtf8Printable(node.info.node),
                qUtf8Printable(node.deviceName));

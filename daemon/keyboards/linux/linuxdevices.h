@@ -4,8 +4,8 @@
 #pragma once
 
 #include "daemon/keyboards/devices.h"
-#include "daemon/keyboards/linux/inputnodes.h"
 #include "daemon/keyboards/linux/linuxkeyboard.h"
+#include "daemon/keyboards/linux/udeveventdevices.h"
 
 #include <QFileSystemWatcher>
 #include <QSet>
@@ -18,7 +18,7 @@ class LinuxDevices : public DeviceSource
 
 public:
     /// Functions that open files; tests replace them.
-    struct Outlets
+    struct Services
     {
         /// Null if not possible; `error` is then errno.
         std::function<std::unique_ptr<EventFile>(const QString &node, int &error)> openNode;
@@ -29,8 +29,9 @@ public:
     };
 
     /// Both must outlive this.
-    LinuxDevices(NodeSource &nodes, LinuxKeyboard &keyboard, QObject *parent = nullptr); ///< the machine's own files
-    LinuxDevices(NodeSource &nodes, LinuxKeyboard &keyboard, Outlets outlets, QObject *parent = nullptr);
+    LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard,
+                 QObject *parent = nullptr); ///< the machine's own files
+    LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Services services, QObject *parent = nullptr);
 
     [[nodiscard]] QList<InputDevice> devices() const override;
     [[nodiscard]] QList<ChosenDevice> choices() const override { return mChoices; }
@@ -75,9 +76,9 @@ private:
     void setWanted(bool isWanted);
     void updateAttachment();
 
-    NodeSource &mSource;
+    EventDeviceSource &mSource;
     LinuxKeyboard &mKeyboard;
-    Outlets mOutlets;
+    Services mServices;
     QFileSystemWatcher mRightsWatch; // nodes that could not be opened: a login may grant the right
     QList<ChosenDevice> mChoices;
     QList<Node> mNodes;

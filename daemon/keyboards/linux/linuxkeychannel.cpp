@@ -50,9 +50,9 @@ void LinuxKeyChannel::send(HidUsage usage, bool isDown)
     if (!mOutput || !code)
         return;
     if (!isDown)
-        mOutput->letGo(*code);
+        mOutput->release(*code);
     else if (mGrabbedNodes > 0)
-        mOutput->hold(*code);
+        mOutput->press(*code);
 }
 
 /// A macro key without an assignment reaches the desktop with its keyboard's dedicated code, if it has one.
@@ -116,8 +116,8 @@ void LinuxKeyChannel::leave(InputNode &node)
     mOldestKey.reset(); // these keys came up without a release by the user, so they are not measured
     if (--mGrabbedNodes > 0)
         return flush();
-    Q_EMIT emptied();
-    mOutput->letGoOfAll(); // in case anything is left
+    Q_EMIT keysLost();
+    mOutput->releaseAll(); // in case anything is left
     flush();
 }
 
@@ -148,14 +148,14 @@ void LinuxKeyChannel::passKey(quint16 code, bool isDown, Time time)
     if (!mOldestKey)
         mOldestKey = time;
     if (isDown)
-        mOutput->hold(code);
+        mOutput->press(code);
     else
-        mOutput->letGo(code);
+        mOutput->release(code);
 }
 
 void LinuxKeyChannel::passMotion(quint16 code, int value, Time)
 {
-    mOutput->turn(code, value);
+    mOutput->moveWheel(code, value);
 }
 
 void LinuxKeyChannel::panic()

@@ -120,19 +120,19 @@ bool OutputDevice::hasKey(quint16 code)
     return code > KEY_RESERVED && code < KEY_MAX;
 }
 
-void OutputDevice::hold(quint16 code)
+void OutputDevice::press(quint16 code)
 {
     if (hasKey(code) && ++mHolders[code] == 1)
         append(EV_KEY, code, 1);
 }
 
-void OutputDevice::letGo(quint16 code)
+void OutputDevice::release(quint16 code)
 {
     if (hasKey(code) && mHolders[code] > 0 && --mHolders[code] == 0)
         append(EV_KEY, code, 0);
 }
 
-void OutputDevice::letGoOfAll()
+void OutputDevice::releaseAll()
 {
     for (quint16 code = 0; code < mHolders.size(); ++code) {
         if (std::exchange(mHolders[code], quint16(0)) > 0)
@@ -140,7 +140,7 @@ void OutputDevice::letGoOfAll()
     }
 }
 
-void OutputDevice::turn(quint16 wheelCode, int value)
+void OutputDevice::moveWheel(quint16 wheelCode, int value)
 {
     append(EV_REL, wheelCode, value);
 }

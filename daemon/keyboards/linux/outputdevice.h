@@ -37,12 +37,12 @@ public:
     [[nodiscard]] int descriptor() const { return mDescriptor; } ///< readable when the desktop has switched an LED
     [[nodiscard]] static bool hasKey(quint16 code);
 
-    /// A code held several times goes down with the first hold() and comes up with the last letGo(). letGo() ignores a
-    /// code that is not held. The desktop sees changes with the next flush().
-    void hold(quint16 code);
-    void letGo(quint16 code);
-    void letGoOfAll(); ///< releases every code, however often it is held
-    void turn(quint16 wheelCode, int value);
+    /// A code held several times goes down with the first press() and comes up with the last release(). release()
+    /// ignores a code that is not held. The desktop sees changes with the next flush().
+    void press(quint16 code);
+    void release(quint16 code);
+    void releaseAll(); ///< releases every code, however often it is held
+    void moveWheel(quint16 wheelCode, int value);
     /// Ends the report. False if the system refused it; its contents are then lost.
     bool flush();
 

@@ -151,7 +151,7 @@ void VirtualKeyboard::remove()
     if (!std::exchange(mIsAttached, false))
         return;
     mPressed.clear();
-    Q_EMIT mChannel.emptied();
+    Q_EMIT mChannel.keysLost();
     mLight.setPowered(false);
     Q_EMIT attachedChanged(false);
 }

@@ -22,12 +22,12 @@ struct ObstructedDaemon::Parts
 {
     Parts(const ObstructedDaemon &owner, const QDBusConnection &bus, const QVariantMap &document)
         : store(owner.mFolder.path()), isOpen(store.open() == SettingsStore::OpenResult::open), notifications(bus),
-          daemon(store, keyboard, outlets(owner), document), keyboardObject(keyboard)
+          daemon(store, keyboard, services(owner), document), keyboardObject(keyboard)
     {
         QObject::connect(&timer, &DeadlineTimer::reached, &daemon, &DeviceDaemon::wake);
     }
 
-    [[nodiscard]] DaemonOutlets outlets(const ObstructedDaemon &owner)
+    [[nodiscard]] DaemonServices services(const ObstructedDaemon &owner)
     {
         return {.sendReply = [&owner](const QString &client, qint32 number,
                                       const QVariantMap &reply) { owner.sendReply(client, number, reply); },

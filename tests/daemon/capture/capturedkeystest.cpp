@@ -44,7 +44,7 @@ public:
         QObject::connect(&mKeyboard, &VirtualKeyboard::sent, &mKeyboard, [this](uint, uint usage, bool isDown) {
             sent += (isDown ? u'+' : u'-') + QString::number(usage);
         });
-        DaemonOutlets outlets{
+        DaemonServices services{
             .sendReply = [](const QString &, qint32, const QVariantMap &) {},
             .postNotification =
                 [this](const QString &name, const QVariantMap &values) {
@@ -55,7 +55,7 @@ public:
             .launchProgram = [](const QString &) {},
             .now = [] { return std::chrono::milliseconds(0); },
         };
-        mDaemon = std::make_unique<DeviceDaemon>(mStore, mKeyboard, std::move(outlets),
+        mDaemon = std::make_unique<DeviceDaemon>(mStore, mKeyboard, std::move(services),
                                                  SettingsDocument::completed(SettingsDocument::minimal()));
         request(command);
     }

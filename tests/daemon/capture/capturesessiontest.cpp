@@ -9,7 +9,7 @@
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 #include "macros/macrorecord.h"
 
 #include <QTemporaryDir>
@@ -78,7 +78,7 @@ private:
 
     std::optional<QTemporaryDir> mTemporary;
     std::unique_ptr<SettingsStore> mStore;
-    DaemonOutlets mOutlets;
+    DaemonServices mServices;
     std::unique_ptr<CurrentSettings> mSettings;
     std::unique_ptr<VirtualKeyboard> mKeyboard;
     std::unique_ptr<CurrentKeyboard> mCurrentKeyboard;
@@ -96,22 +96,22 @@ void CaptureSessionTest::init()
     mTemporary.emplace();
     mStore = std::make_unique<SettingsStore>(mTemporary->path());
     QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
-    mOutlets = {.sendReply = {},
-                .postNotification =
-                    [this](const QString &name, const QVariantMap &) {
-                        mNotifications += name;
-                        mKindsWhenPosted += mSession->capture().kind();
-                    },
-                .watchClient = [this](const QString &port) { mWatchedClient = port; },
-                .launchProgram = {},
-                .now = [this] { return mNow; },
-                .wakeAt = [this](std::optional<DaemonOutlets::Time> time) { mWakeTime = time; }};
-    mSettings = std::make_unique<CurrentSettings>(*mStore, mOutlets, SettingsDocument::minimal(),
+    mServices = {.sendReply = {},
+                 .postNotification =
+                     [this](const QString &name, const QVariantMap &) {
+                         mNotifications += name;
+                         mKindsWhenPosted += mSession->capture().kind();
+                     },
+                 .watchClient = [this](const QString &port) { mWatchedClient = port; },
+                 .launchProgram = {},
+                 .now = [this] { return mNow; },
+                 .wakeAt = [this](std::optional<DaemonServices::Time> time) { mWakeTime = time; }};
+    mSettings = std::make_unique<CurrentSettings>(*mStore, mServices, SettingsDocument::minimal(),
                                                   [](const QVariantMap &document) { return document; });
     mKeyboard = std::make_unique<VirtualKeyboard>(KeyClock{.now = [this] { return mNow; }});
     mCurrentKeyboard = std::make_unique<CurrentKeyboard>();
-    mOnTheFly = std::make_unique<OnTheFlySession>(*mSettings, *mCurrentKeyboard, mOutlets);
-    mSession = std::make_unique<CaptureSession>(*mCurrentKeyboard, *mOnTheFly, mOutlets);
+    mOnTheFly = std::make_unique<OnTheFlySession>(*mSettings, *mCurrentKeyboard, mServices);
+    mSession = std::make_unique<CaptureSession>(*mCurrentKeyboard, *mOnTheFly, mServices);
     connect(mCurrentKeyboard.get(), &CurrentKeyboard::keyChanged, this,
             [this](HidUsage key, bool isDown, KeyPath::Time time) { mSession->keyChanged(key, isDown, time); });
     connect(mCurrentKeyboard.get(), &CurrentKeyboard::keyCaptured, this,

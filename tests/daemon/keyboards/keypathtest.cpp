@@ -71,10 +71,10 @@ private:
         press(key);
         release(key);
     }
-    void answer(const QVariantMap &document, KeyPath::Choice lastChoice, bool isOtherProfile)
+    void answer(const QVariantMap &document, KeyPath::SwitchNumber lastSwitch, bool isOtherProfile)
     {
         mSettings = keySettingsOf(document, mSettings);
-        mPath->change({.settings = mSettings, .lastChoice = lastChoice, .isOtherProfile = isOtherProfile});
+        mPath->change({.settings = mSettings, .lastSwitch = lastSwitch, .isOtherProfile = isOtherProfile});
     }
     /// The usage that `key` sends; 0 for none.
     [[nodiscard]] quint16 sentBy(quint16 key);
@@ -95,7 +95,7 @@ void KeyPathTest::init()
         *mChannel, KeyClock{.now = [this] { return mNow; },
                             .wakeAt = [this](std::optional<KeyPath::Time> time) { mWakeTime = time; }});
     mSettings = keySettingsOf(twoProfiles());
-    QCOMPARE(mPath->start(mSettings), KeyPath::Choice(0));
+    QCOMPARE(mPath->start(mSettings), KeyPath::SwitchNumber(0));
 }
 
 void KeyPathTest::cleanup()
@@ -150,7 +150,7 @@ void KeyPathTest::emptyChannelReleasesEverything()
     mNow += 10ms;
     mPath->wake();
     QCOMPARE(mChannel->downCount(), std::size_t(2));
-    Q_EMIT mChannel->emptied();
+    Q_EMIT mChannel->keysLost();
     QCOMPARE(mChannel->downCount(), std::size_t(0));
     QVERIFY(!mWakeTime);
     tap(keyA); // the keyboard is there again
@@ -176,7 +176,7 @@ void KeyPathTest::switchAppliesToTheNextKey()
     release(keyA);
     QCOMPARE(sentBy(keyA), quint16(30)); // without an answer so far
     QCOMPARE(chosen.size(), 1);
-    QCOMPARE(chosen.at(0), (QList<QVariant>{1, QVariant::fromValue(KeyPath::Choice(1))}));
+    QCOMPARE(chosen.at(0), (QList<QVariant>{1, QVariant::fromValue(KeyPath::SwitchNumber(1))}));
     release(switchKey);
     answer(twoProfiles(1), 1, true);
     QCOMPARE(sentBy(keyA), quint16(30));
@@ -277,11 +277,11 @@ void KeyPathTest::choicesAreNumberedThroughAllStarts()
 {
     tap(switchKey);
     mPath->stop();
-    QCOMPARE(mPath->start(keySettingsOf(twoProfiles())), KeyPath::Choice(1));
+    QCOMPARE(mPath->start(keySettingsOf(twoProfiles())), KeyPath::SwitchNumber(1));
     QCOMPARE(sentBy(keyA), keyA);
     const QSignalSpy chosen(mPath.get(), &KeyPath::profileChosen);
     tap(switchKey);
-    QCOMPARE(chosen.at(0).at(1).value<KeyPath::Choice>(), KeyPath::Choice(2));
+    QCOMPARE(chosen.at(0).at(1).value<KeyPath::SwitchNumber>(), KeyPath::SwitchNumber(2));
 }
 
 void KeyPathTest::macroRunsByTheTimeOfTheKey()

@@ -151,7 +151,7 @@ void KeyPathThreadTest::stormLeavesNoKeyDown()
         case 2: current.listen({.isCapturing = true, .isReporting = random.bounded(2) == 0}); break;
         case 3:
         case 4: current.listen({.isCapturing = false, .isReporting = random.bounded(2) == 0}); break;
-        case 5: keyboard.postToKeys([](NotingChannel &channel) { Q_EMIT channel.emptied(); }); break;
+        case 5: keyboard.postToKeys([](NotingChannel &channel) { Q_EMIT channel.keysLost(); }); break;
         default: QCoreApplication::processEvents();
         }
     }

@@ -7,7 +7,7 @@
 #include "base/qlcoreutility.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
-#include "daemon/system/daemonoutlets.h"
+#include "daemon/system/daemonservices.h"
 #include "tests/support/filesizelimit.h"
 
 #include <QDir>
@@ -86,7 +86,7 @@ private:
 
     std::optional<QTemporaryDir> mTemporary;
     std::unique_ptr<SettingsStore> mStore;
-    DaemonOutlets mOutlets;
+    DaemonServices mServices;
     std::unique_ptr<CurrentSettings> mSettings;
     std::optional<int> mProfileToKeep;
     QList<bool> mChanges; // whether another profile was active, one entry for each change
@@ -98,12 +98,12 @@ void CurrentSettingsTest::init()
     mTemporary.emplace();
     mStore = std::make_unique<SettingsStore>(mTemporary->path());
     QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
-    mOutlets.postNotification = [this](const QString &name, const QVariantMap &userInfo) {
+    mServices.postNotification = [this](const QString &name, const QVariantMap &userInfo) {
         QCOMPARE(name, u"Profile Updated 271"_s);
         mNotifications += userInfo;
     };
     mSettings =
-        std::make_unique<CurrentSettings>(*mStore, mOutlets, startDocument(), [this](const QVariantMap &document) {
+        std::make_unique<CurrentSettings>(*mStore, mServices, startDocument(), [this](const QVariantMap &document) {
             return mProfileToKeep ? SettingsDocument::withActiveProfile(document, *mProfileToKeep) : document;
         });
     connect(mSettings.get(), &CurrentSettings::changed, this, [this](bool isOther) { mChanges += isOther; });

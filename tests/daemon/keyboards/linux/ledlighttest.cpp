@@ -84,7 +84,7 @@ void LedLightTest::init()
 
 void LedLightTest::makeLight()
 {
-    mLight = std::make_unique<LedLight>(LedLight::Outlets{.folders = mTree->folders(), .setForeignBrightness = {}},
+    mLight = std::make_unique<LedLight>(LedLight::Services{.folders = mTree->folders(), .setForeignBrightness = {}},
                                         [this] { return mNow; });
 }
 
@@ -377,7 +377,7 @@ void LedLightTest::sessionSetsTheBrightnessOfALedWithoutRights()
 
 void LedLightTest::continuesAutomatically()
 {
-    mLight = std::make_unique<LedLight>(LedLight::Outlets{.folders = mTree->folders(), .setForeignBrightness = {}});
+    mLight = std::make_unique<LedLight>(LedLight::Services{.folders = mTree->folders(), .setForeignBrightness = {}});
     mLight->useNodes(nodes);
     mLight->show(cycling());
     const QByteArray first = intensity();

@@ -76,7 +76,7 @@ void LinuxDevicesTest::init()
     const auto errorOf = [this](const QString &path) { return mErrors.contains(path) ? mErrors[path] : 0; };
     mDevices = std::make_unique<LinuxDevices>(
         *mSource, *mKeyboard,
-        LinuxDevices::Outlets{
+        LinuxDevices::Services{
             .openNode = [this, errorOf](const QString &path, int &error) -> std::unique_ptr<EventFile> {
                 error = errorOf(path);
                 return error || !mFakes.contains(path) ? nullptr : mFakes[path]->open();

@@ -2,8 +2,8 @@
 // Sample event devices, and a simulated machine that has them. Used on the test's thread.
 #pragma once
 
-#include "daemon/keyboards/linux/inputnodes.h"
 #include "daemon/keyboards/linux/nodeinfo.h"
+#include "daemon/keyboards/linux/udeveventdevices.h"
 
 #include <linux/input-event-codes.h>
 
@@ -35,7 +35,7 @@ inline NodeInfo mediaNode(int number, const QString &devicePath)
     return info;
 }
 
-class FakeNodeSource : public NodeSource
+class FakeNodeSource : public EventDeviceSource
 {
     Q_OBJECT
 

@@ -36,9 +36,9 @@ void OutputDeviceTest::sendsWithTheReport()
 {
     OutputPipe pipe;
     const auto device = pipe.device();
-    device->hold(KEY_LEFTSHIFT);
-    device->hold(KEY_A);
-    device->turn(REL_DIAL, -1);
+    device->press(KEY_LEFTSHIFT);
+    device->press(KEY_A);
+    device->moveWheel(REL_DIAL, -1);
     QCOMPARE(pipe.read(), QStringList());
     QVERIFY(device->flush());
     QVERIFY(device->flush()); // nothing is left for a second report
@@ -49,13 +49,13 @@ void OutputDeviceTest::codeOfSeveralKeysIsReleasedWithTheLast()
 {
     OutputPipe pipe;
     const auto device = pipe.device();
-    device->hold(KEY_MUTE);
-    device->hold(KEY_MUTE);
-    device->letGo(KEY_MUTE);
+    device->press(KEY_MUTE);
+    device->press(KEY_MUTE);
+    device->release(KEY_MUTE);
     device->flush();
     QCOMPARE(pipe.keys(), QStringList{u"113 down"_s});
-    device->letGo(KEY_MUTE);
-    device->letGo(KEY_MUTE); // no key holds it
+    device->release(KEY_MUTE);
+    device->release(KEY_MUTE); // no key holds it
     device->flush();
     QCOMPARE(pipe.keys(), (QStringList{u"113 down"_s, u"113 up"_s}));
 }
@@ -64,8 +64,8 @@ void OutputDeviceTest::pressAndReleaseAreTwoReports()
 {
     OutputPipe pipe;
     const auto device = pipe.device();
-    device->hold(KEY_A);
-    device->letGo(KEY_A);
+    device->press(KEY_A);
+    device->release(KEY_A);
     device->flush();
     QCOMPARE(pipe.read(), (QStringList{u"30 down"_s, u"report"_s, u"30 up"_s, u"report"_s}));
 }
@@ -75,7 +75,7 @@ void OutputDeviceTest::longReportIsSentInParts()
     OutputPipe pipe;
     const auto device = pipe.device();
     for (quint16 code = KEY_ESC; code <= KEY_MICMUTE; ++code)
-        device->hold(code);
+        device->press(code);
     device->flush();
     QCOMPARE(pipe.keys().size(), KEY_MICMUTE);
     QCOMPARE(pipe.read().last(), u"report"_s);
@@ -85,14 +85,14 @@ void OutputDeviceTest::releasesEverything()
 {
     OutputPipe pipe;
     const auto device = pipe.device();
-    device->hold(KEY_A);
-    device->hold(KEY_A);
-    device->hold(BTN_LEFT);
+    device->press(KEY_A);
+    device->press(KEY_A);
+    device->press(BTN_LEFT);
     device->flush();
-    device->letGoOfAll();
+    device->releaseAll();
     device->flush();
     QCOMPARE(pipe.keys().mid(2), (QStringList{u"30 up"_s, u"272 up"_s}));
-    device->letGo(KEY_A);
+    device->release(KEY_A);
     device->flush();
     QCOMPARE(pipe.keys().size(), 4);
 }
@@ -102,8 +102,8 @@ void OutputDeviceTest::ignoresUnknownCodes()
     OutputPipe pipe;
     const auto device = pipe.device();
     for (const int code : {0, BTN_TOUCH, KEY_CNT, 0xFFFF}) {
-        device->hold(static_cast<quint16>(code));
-        device->letGo(static_cast<quint16>(code));
+        device->press(static_cast<quint16>(code));
+        device->release(static_cast<quint16>(code));
     }
     device->flush();
     QCOMPARE(pipe.read(), QStringList());

@@ -12,7 +12,7 @@
 #include <functional>
 #include <optional>
 
-struct DaemonOutlets
+struct DaemonServices
 {
     using Time = std::chrono::microseconds; ///< since any fixed moment; never goes backwards
 

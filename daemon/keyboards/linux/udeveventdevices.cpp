@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/linux/inputnodes.h"
+#include "daemon/keyboards/linux/udeveventdevices.h"
 
 #include "daemon/system/logging.h"
 
@@ -75,10 +75,10 @@ std::optional<NodeInfo> nodeInfo(udev_device *device)
 
 } // namespace
 
-InputNodes::InputNodes(QObject *parent) : NodeSource(parent), mUdev(udev_new())
+UdevEventDevices::UdevEventDevices(QObject *parent) : EventDeviceSource(parent), mUdev(udev_new())
 {
     mSoon.setSingleShot(true);
-    mSoon.callOnTimeout(this, &InputNodes::changed);
+    mSoon.callOnTimeout(this, &UdevEventDevices::changed);
     if (!mUdev)
         return;
     // udev reports a new node after its rules have granted the permissions, the kernel before.
@@ -90,10 +90,10 @@ InputNodes::InputNodes(QObject *parent) : NodeSource(parent), mUdev(udev_new())
         return;
     }
     mNotifier = std::make_unique<QSocketNotifier>(udev_monitor_get_fd(mMonitor), QSocketNotifier::Read);
-    connect(mNotifier.get(), &QSocketNotifier::activated, this, &InputNodes::readMonitor);
+    connect(mNotifier.get(), &QSocketNotifier::activated, this, &UdevEventDevices::readMonitor);
 }
 
-InputNodes::~InputNodes()
+UdevEventDevices::~UdevEventDevices()
 {
     mNotifier.reset();
     if (mMonitor)
@@ -102,7 +102,7 @@ InputNodes::~InputNodes()
         udev_unref(mUdev);
 }
 
-QList<NodeInfo> InputNodes::nodes() const
+QList<NodeInfo> UdevEventDevices::nodes() const
 {
     QList<NodeInfo> nodes;
     udev_enumerate *enumeration = mUdev ? udev_enumerate_new(mUdev) : nullptr;
@@ -125,7 +125,7 @@ QList<NodeInfo> InputNodes::nodes() const
     return nodes;
 }
 
-void InputNodes::readMonitor()
+void UdevEventDevices::readMonitor()
 {
     for (int count = 0; count < wordsAtOnce; ++count) {
         udev_device *device = udev_monitor_receive_device(mMonitor);

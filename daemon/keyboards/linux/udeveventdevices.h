@@ -14,7 +14,7 @@ struct udev_monitor;
 class QSocketNotifier;
 
 /// The interface of LinuxDevices to the machine; tests implement their own.
-class NodeSource : public QObject
+class EventDeviceSource : public QObject
 {
     Q_OBJECT
 
@@ -29,13 +29,13 @@ Q_SIGNALS:
 };
 
 /// Without a running udev daemon it listens to the kernel, and nodes have the kernel's names and permissions.
-class InputNodes : public NodeSource
+class UdevEventDevices : public EventDeviceSource
 {
     Q_OBJECT
 
 public:
-    explicit InputNodes(QObject *parent = nullptr);
-    ~InputNodes() override;
+    explicit UdevEventDevices(QObject *parent = nullptr);
+    ~UdevEventDevices() override;
 
     [[nodiscard]] QList<NodeInfo> nodes() const override;
 
