@@ -17,10 +17,13 @@ TREES = {
     "empty": {"": {}, "a": []},
 }
 
+DEEP = 513  # containers inside each other, one more than a reader accepts
+
 OLD_STYLE = {
     "dictionary": '{ a = b; "c d" = ( 1, "\\n\\U00e4\\341\\"", \'x\' ); /* e */ f = <00 ff>; // g\n }',
     "array": "( {}, ( ), <>, /usr/bin/true, )",
     "strings": '/* a */ a = b; "c d" = "\\n\\U00e4"; // e\nf = { g = ( h ) };',
+    "deep": "(" * DEEP + ")" * DEEP,
 }
 
 XML = {
@@ -30,16 +33,17 @@ XML = {
     "attributes": "<plist><true " + " ".join(f"a{number}=''" for number in range(40)) + "/></plist>",
     "values": '<' + '"' * 17,
     "subset": "<!DOCTYPE plist [<!ENTITY a 'b'>]><plist><string>&a;</string></plist>",
+    "deep": "<plist>" + "<array>" * DEEP + "</array>" * DEEP + "</plist>",
 }
 
 
-def binary(objects, reference_size=1):
-    """A binary file of raw objects with the first one as its root."""
+def binary(objects, reference_size=1, top=0, count=None):
+    """A binary file of raw objects with number `top` as its root; `count` is the number of objects in the trailer."""
     body, table = b"bplist00", b""
     for data in objects:
         table += struct.pack(">H", len(body))
         body += data
-    trailer = struct.pack(">6xBBQQQ", 2, reference_size, len(objects), 0, len(body))
+    trailer = struct.pack(">6xBBQQQ", 2, reference_size, count or len(objects), top, len(body))
     return body + table + trailer
 
 
@@ -48,6 +52,13 @@ RAW = {
     "cycle": binary([b"\xa1\x01", b"\xd1\x02\x00", b"\x51a"]),
     "wide": binary([b"\xa1\x00\x01", b"\x14" + bytes(8) + b"\x80" + bytes(7)], 2),
     "surrogate": binary([b"\xa2\x01\x02", b"\x61\xd8\x3d", b"\x22\x3f\x80\x00\x00"]),
+    "deep": binary([struct.pack(">BH", 0xA1, number) for number in range(1, DEEP)] + [b"\xa0"], 2),
+    "cutinteger": binary([b"\x13\0"]),
+    "cutreal": binary([b"\x23\x40\0"]),
+    "cutdate": binary([b"\x33\x40\0"]),
+    "cutdata": binary([bytes(96), b"\x4f\x10\x60"], top=1),
+    "cutcount": binary([bytes(96), b"\x4f\x11"], top=1),
+    "cuttable": binary([b"\x09"], top=99999, count=100000),
     "counts": binary([b"\xaf\x10\x02\x01\x02", b"\x5f\x11\x00\x01a", b"\x4f\x13" + bytes(7) + b"\x01a"]),
 }
 
@@ -82,8 +93,19 @@ TWISTED = {
                   {"sequence": {"Events": [{}, {"page": 9}, {"argument": 2**63}]}}],
     "settings": [{}, {**SETTINGS, "DeviceSettings": {"ActiveProfile": 7}}, {**SETTINGS, "Macros": [MACRO, 5]},
                  {**SETTINGS, "Profiles": [{"ProfileName": "A"}] * 21}, {"Profiles": [PROFILE], "Macros": []},
-                 {**SETTINGS, "DeviceSettings": {"ActiveProfile": "0", "LastMacroID": 9, "ProfileOSDOn": 2}}],
+                 {**SETTINGS, "DeviceSettings": {"ActiveProfile": "0", "LastMacroID": 9, "ProfileOSDOn": 2}},
+                 {**SETTINGS, "Profiles": [5, {"ProfileName": 5, "LEDKBColors": 5, "Keys": {"4": 5, "5": {}}}]},
+                 {**SETTINGS, "Macros": [{**MACRO, "delay": []}, {**MACRO, "sequence": 5}]}],
 }
+
+
+def nested(levels):
+    return [nested(levels - 1)] if levels > 1 else []
+
+
+# Profiles that a reader accepts and the settings do not: too many containers inside each other, too much text.
+LARGE = ["x" * 5000] * 440
+UNBOUNDED = {"deep": {"other": nested(505)}, "large": {"other": LARGE}, "larger": {"other": LARGE, "another": LARGE}}
 
 ENTRIES = {
     "plain": "[Desktop Entry]\nType=Application\nName=Game\nExec=true\n",
@@ -111,8 +133,12 @@ PRESS, RELEASE, REMOVE, ATTACH, TIME, GAME_MODE, MACRO_KEY, VANISHED, FRONT, BRI
 
 
 def request(number, **values):
-    data = xml({**CLIENT, **{key.replace("_", " "): value for key, value in values.items()}})
+    data = xml({**CLIENT, **values})
     return bytes([number]) + struct.pack(">H", len(data)) + data
+
+
+def bound(**application):
+    return {"ProfileName": "C", "AutoSwitchOn": 1, "AppInfo": application}
 
 
 def actions(*pairs):
@@ -139,6 +165,25 @@ def requests():
         + actions((PRESS, 60), (FRONT, 1), (BRIGHTNESS, 2), (REMOVE, 0), (ATTACH, 0), (PRESS, 4)),
         "onthefly": actions((MACRO_KEY, 0), (PRESS, 4), (RELEASE, 4), (PRESS, 5), (TIME, 3), (RELEASE, 5))
         + actions((MACRO_KEY, 0)),
+        "endings": request(29) + actions((PRESS, 4), (REMOVE, 0), (ATTACH, 0)) + request(21) + request(38)
+        + request(18, macroID=0, isAppendRecording=0) + actions((VANISHED, 0), (MACRO_KEY, 0), (MACRO_KEY, 0))
+        + request(29) + actions((PRESS, 41), (TIME, 200), (RELEASE, 41)) + request(29) + actions((MACRO_KEY, 0)),
+        "recordings": request(20, macroID=0, isAppendRecording=1) + request(18, macroID=0, isAppendRecording=0)
+        + request(20, macroID=0, isAppendRecording=0) + request(18, macroID=1, isAppendRecording=1) + tap
+        + request(20, macroID=0, isAppendRecording=1) + request(20, macroID=1, isAppendRecording=1)
+        + actions((REMOVE, 0)) + request(18, macroID=0, isAppendRecording=0) + request(29),
+        "rows": request(23, macroID=0, macroEventTableIndex=9) + request(24, macroID=0, sequenceIdx=9, sequence=EVENT)
+        + request(28, macroID=0, sequenceIdx=-1) + request(34, macroID=0, HasNoDelay=True)
+        + request(34, macroID=0, HasNoDelay=False) + request(37, macroID=0, sequenceIdx=9, delay=7)
+        + request(10, ProfileID=1.0) + request(10, ProfileID=0.5) + request(9, ProfileID=7) + request(6, ProfileID=7),
+        "limits": request(7, AllProfiles=[{}] * 20) + request(5, DeviceSettingsDictionary={}) + request(7, AllProfiles=[])
+        + request(7, AllProfiles=[{}] * 21) + request(7, AllProfiles=[{}]) + request(9, ProfileID=0),
+        "ports": request(4, ResponseMsgPortName="QuillCoreEngineMsgPort") + request(4, ResponseMsgPortName="no port")
+        + request(29, ResponseMsgPortName=""),
+        "front": request(5, DeviceSettingsDictionary=bound(identifier="game")) + request(10, ProfileID=0)
+        + actions((FRONT, 1)) + request(9, ProfileID=1) + request(9, ProfileID=1) + actions((FRONT, 2))
+        + request(5, DeviceSettingsDictionary=bound(signature="other")) + actions((FRONT, 0)) + request(10, ProfileID=0)
+        + request(6, ProfileID=1, DeviceSettingsDictionary=bound(executable="sh")) + actions((FRONT, 1)),
         "nonsense": request(47, ProfileID="x") + request(5, DeviceSettingsDictionary=[1]) + request(10, ProfileID=-1)
         + b"\x04\x00\x02{}" + request(5, DeviceSettingsDictionary={"Keys": "x"})
         + request(6, ProfileID=0, DeviceSettingsDictionary={"Keys": {"4": 5}}) + request(7, AllProfiles=[{}, 5])
@@ -178,6 +223,9 @@ def write_records():
         write(target, "whole.text", OLD_RECORDS[target].encode())
         for number, twisted in enumerate(TWISTED[target]):
             write(target, f"twisted{number}.xml", xml(twisted))
+    for name, fields in UNBOUNDED.items():
+        tree = {**SETTINGS, "Profiles": [{**PROFILE, **fields}]}
+        write("settings", f"{name}.binary", plistlib.dumps(tree, fmt=plistlib.FMT_BINARY))
 
 
 def main():

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The whole daemon except the bus: requests, keys and time in any order. After each request the document is valid, and
-// messages of the daemon can be written. At the end the disk holds the document and no key is down.
+// messages of the daemon can be written. A capture ends with its client, with its keyboard, with command 38 and when
+// Escape is held, whatever came before. At the end the disk holds the document, keys reach the computer, and no key is
+// down.
 //
 // An input is a sequence of steps, each of which begins with a byte. A byte below `commandCount` is the number of a
 // request. The size of a property list (two bytes, high byte first) and the list itself follow. Any other byte is an
 // action, and one byte for its key, duration or other value follows.
+#include "base/daemonprotocol.h"
 #include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "daemon/capture/escapehold.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/frontapplication/frontapplication.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
@@ -13,6 +18,8 @@
 #include "daemon/settings/settingsstore.h"
 #include "fuzz/target.h"
 #include "macros/macrorecord.h"
+
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -65,11 +72,13 @@ public:
 
     [[nodiscard]] const QVariantMap &document() const { return mDaemon.document(); }
 
-    void send(qint32 number, QByteArrayView data)
+    void send(qint32 number, const QByteArray &data)
     {
-        mDaemon.handleMessage(number, data.toByteArray());
+        mDaemon.handleMessage(number, data);
         const QString problem = SettingsDocument::problemOf(mDaemon.document());
         require(problem.isEmpty(), qPrintable(u"the document is valid: "_s + problem));
+        if (number == qint32(DaemonProtocol::Command::releaseDevice) && QlCoreUtility::convertDataToDictionary(data))
+            require(mCapturingClient.isEmpty(), "a capture ends when a client releases the device");
     }
 
     void act(quint8 action, quint8 value)
@@ -77,22 +86,25 @@ public:
         switch (action % 10) {
         case 0: (void)mKeyboard.press(7, value); break;
         case 1: (void)mKeyboard.release(7, value); break;
-        case 2: mKeyboard.remove(); break;
+        case 2: remove(); break;
         case 3: mKeyboard.attach(); break;
         case 4: passTime(mNow + std::chrono::milliseconds(value * 8)); break;
         case 5: (void)mKeyboard.pressGameMode(); break;
         case 6: (void)mKeyboard.pressMacroKey(); break;
-        case 7: mDaemon.clientVanished(u"Client%1"_s.arg(value % 2)); break;
-        case 8: mDaemon.setFrontApplication(FrontApplication::named(value % 2 ? u"game"_s : u"other"_s)); break;
+        case 7: vanish(u"Client%1"_s.arg(value % 2)); break;
+        case 8: mDaemon.setFrontApplication(frontApplication(value)); break;
         default: (void)mKeyboard.setBrightness(value); break;
         }
     }
 
     void end()
     {
+        holdEscape();
+        remove();
+        mKeyboard.attach();
+        typeOneKey();
         mDaemon.shutDown();
-        mKeyboard.remove();
-        require(mKeyboard.sentKeys().isEmpty(), "no key is down at the end");
+        remove();
     }
 
 private:
@@ -100,10 +112,53 @@ private:
     {
         return {.sendReply = [](const QString &, qint32, const QVariantMap &reply) { requireWritable(reply); },
                 .postNotification = [](const QString &, const QVariantMap &values) { requireWritable(values); },
-                .watchClient = [](const QString &) {},
+                .watchClient = [this](const QString &portName) { mCapturingClient = portName; },
                 .launchProgram = [](const QString &) {},
                 .now = [this] { return mNow; },
                 .wakeAt = [this](std::optional<DaemonServices::Time> time) { mDaemonTime = time; }};
+    }
+
+    static FrontApplication frontApplication(quint8 value)
+    {
+        const std::array names{u"other"_s, u"game"_s, QString()}; // without a name: none is in front
+        return FrontApplication::named(names[value % names.size()]);
+    }
+
+    void vanish(const QString &client)
+    {
+        mDaemon.clientVanished(client);
+        require(mCapturingClient != client, "a capture ends with its client");
+    }
+
+    void remove()
+    {
+        mKeyboard.remove();
+        require(mCapturingClient.isEmpty(), "a capture ends with its keyboard");
+        require(mKeyboard.sentKeys().isEmpty(), "no key is down without a keyboard");
+    }
+
+    void holdEscape()
+    {
+        for (uint key = 0; key < 256; ++key)
+            (void)mKeyboard.release(7, key);
+        (void)mKeyboard.press(7, EscapeHold::escape.usage);
+        passTime(mNow + EscapeHold::duration);
+        if (mDaemonTime && *mDaemonTime <= mNow)
+            mDaemon.wake(); // macros without pauses took all calls
+        require(mCapturingClient.isEmpty(), "a capture ends when Escape is held");
+    }
+
+    /// With a profile that changes no key.
+    void typeOneKey()
+    {
+        const QVariantMap profile{{u"ProfileName"_s, u"A"_s}};
+        const auto data = PropertyList::writeBinary(QVariantMap{{u"AllProfiles"_s, QVariantList{profile}}});
+        send(qint32(DaemonProtocol::Command::replaceAllProfiles), data.value());
+        (void)mKeyboard.press(7, 4);
+        require(mKeyboard.sentKeys() == QList<HidUsage>{{.page = HidUsage::keyboardPage, .usage = 4}},
+                "a key reaches the computer");
+        (void)mKeyboard.release(7, 4);
+        require(mKeyboard.sentKeys().isEmpty(), "a key that was released is up");
     }
 
     /// Limits the number of calls, because macros without pauses ask for the same time again and again.
@@ -126,6 +181,7 @@ private:
     std::chrono::microseconds mNow{};
     std::optional<std::chrono::microseconds> mKeyTime;
     std::optional<std::chrono::microseconds> mDaemonTime;
+    QString mCapturingClient; // the one that the daemon watches; empty while no client captures
     VirtualKeyboard mKeyboard;
     DeviceDaemon mDaemon;
 };
@@ -162,7 +218,7 @@ void request(QByteArrayView input)
         }
         const QByteArrayView size = take(2);
         if (size.size() == 2)
-            daemon.send(kind, take(quint8(size[0]) << 8 | quint8(size[1])));
+            daemon.send(kind, take(quint8(size[0]) << 8 | quint8(size[1])).toByteArray());
     }
     requireStored(daemon.document());
     daemon.end();
