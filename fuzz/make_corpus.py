@@ -107,6 +107,17 @@ def nested(levels):
 LARGE = ["x" * 5000] * 440
 UNBOUNDED = {"deep": {"other": nested(505)}, "large": {"other": LARGE}, "larger": {"other": LARGE, "another": LARGE}}
 
+# A choice of keyboards, and a keyboard as kestractl makes a rule for it, in one.
+KEYBOARD = {"Vendor": 1204, "Product": 4660, "Serial": "AB 12", "Path": "usb-0:1.2:1.0", "Id": "04b4-1234", "Name": "K"}
+DEVICES = [
+    {**KEYBOARD, "Devices": [KEYBOARD, KEYBOARD]}, {**KEYBOARD, "Serial": "", "Devices": []},
+    {**KEYBOARD, "Serial": 'A", RUN+="/bin/sh"', "Devices": [{**KEYBOARD, "Vendor": 65536}]},
+    {**KEYBOARD, "Serial": "A\nRUN", "Devices": [{**KEYBOARD, "Serial": 5}]}, {**KEYBOARD, "Serial": "A*"},
+    {**KEYBOARD, "Serial": "", "Path": "a\"\nACTION", "Devices": {}}, {**KEYBOARD, "Id": "../a\nb"},
+    {**KEYBOARD, "Serial": "A$x"}, {"Devices": [KEYBOARD, 5]}, {**KEYBOARD, "Vendor": 0, "Product": 0},
+    {**KEYBOARD, "Devices": [{**KEYBOARD, "Serial": "", "Path": "", "Product": -1}]},
+]
+
 ENTRIES = {
     "plain": "[Desktop Entry]\nType=Application\nName=Game\nExec=true\n",
     "codes": "[Desktop Entry]\nType=Application\nName=A\nName[de]=B\nIcon=i\nExec=true %i --t=%c %k %U %% \"a b\" $X\n",
@@ -132,9 +143,12 @@ EVENT = {"command": 0, "delay": 5, "page": 7, "argument": 5}
 PRESS, RELEASE, REMOVE, ATTACH, TIME, GAME_MODE, MACRO_KEY, VANISHED, FRONT, BRIGHTNESS = range(50, 60)
 
 
-def request(number, **values):
-    data = xml({**CLIENT, **values})
+def step(number, data):
     return bytes([number]) + struct.pack(">H", len(data)) + data
+
+
+def request(number, **values):
+    return step(number, xml({**CLIENT, **values}))
 
 
 def bound(**application):
@@ -176,8 +190,9 @@ def requests():
         + request(28, macroID=0, sequenceIdx=-1) + request(34, macroID=0, HasNoDelay=True)
         + request(34, macroID=0, HasNoDelay=False) + request(37, macroID=0, sequenceIdx=9, delay=7)
         + request(10, ProfileID=1.0) + request(10, ProfileID=0.5) + request(9, ProfileID=7) + request(6, ProfileID=7),
-        "limits": request(7, AllProfiles=[{}] * 20) + request(5, DeviceSettingsDictionary={}) + request(7, AllProfiles=[])
-        + request(7, AllProfiles=[{}] * 21) + request(7, AllProfiles=[{}]) + request(9, ProfileID=0),
+        "limits": request(7, AllProfiles=[{}] * 20) + request(5, DeviceSettingsDictionary={})
+        + request(7, AllProfiles=[]) + request(7, AllProfiles=[{}] * 21) + request(7, AllProfiles=[{}]) + request(9, ProfileID=0),
+        "large": step(5, plistlib.dumps({"DeviceSettingsDictionary": {"other": LARGE}}, fmt=plistlib.FMT_BINARY)),
         "ports": request(4, ResponseMsgPortName="QuillCoreEngineMsgPort") + request(4, ResponseMsgPortName="no port")
         + request(29, ResponseMsgPortName=""),
         "front": request(5, DeviceSettingsDictionary=bound(identifier="game")) + request(10, ProfileID=0)
@@ -235,6 +250,8 @@ def main():
         write("desktopentry", name, text.encode())
     for number, information in enumerate(BUNDLES):
         write("bundle", f"{number}.xml", xml(information))
+    for number, tree in enumerate(DEVICES):
+        write("devices", f"{number}.xml", xml(tree))
     for name, data in requests().items():
         write("request", name, data)
 
