@@ -95,7 +95,9 @@ TWISTED = {
                  {**SETTINGS, "Profiles": [{"ProfileName": "A"}] * 21}, {"Profiles": [PROFILE], "Macros": []},
                  {**SETTINGS, "DeviceSettings": {"ActiveProfile": "0", "LastMacroID": 9, "ProfileOSDOn": 2}},
                  {**SETTINGS, "Profiles": [5, {"ProfileName": 5, "LEDKBColors": 5, "Keys": {"4": 5, "5": {}}}]},
-                 {**SETTINGS, "Macros": [{**MACRO, "delay": []}, {**MACRO, "sequence": 5}]}],
+                 {**SETTINGS, "Macros": [{**MACRO, "delay": []}, {**MACRO, "sequence": 5}]},
+                 {"Default Settings": {"Profiles": [{"ProfileName": "A"}], "Macros": [MACRO]}},
+                 {"Default Settings": {**SETTINGS, "Profiles": []}}],
 }
 
 
@@ -191,7 +193,8 @@ def requests():
         + request(34, macroID=0, HasNoDelay=False) + request(37, macroID=0, sequenceIdx=9, delay=7)
         + request(10, ProfileID=1.0) + request(10, ProfileID=0.5) + request(9, ProfileID=7) + request(6, ProfileID=7),
         "limits": request(7, AllProfiles=[{}] * 20) + request(5, DeviceSettingsDictionary={})
-        + request(7, AllProfiles=[]) + request(7, AllProfiles=[{}] * 21) + request(7, AllProfiles=[{}]) + request(9, ProfileID=0),
+        + request(7, AllProfiles=[]) + request(7, AllProfiles=[{}] * 21) + request(7, AllProfiles=[{}])
+        + request(9, ProfileID=0),
         "large": step(5, plistlib.dumps({"DeviceSettingsDictionary": {"other": LARGE}}, fmt=plistlib.FMT_BINARY)),
         "ports": request(4, ResponseMsgPortName="QuillCoreEngineMsgPort") + request(4, ResponseMsgPortName="no port")
         + request(29, ResponseMsgPortName=""),

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Settings files. Whatever settings.plist contains, the daemon starts with a valid document or with none, can save, and
-// keeps the bytes that it found.
+// keeps the bytes that it found. A file of factory settings, which a client names, gives a valid document or none.
 #include "base/propertylist.h"
+#include "daemon/settings/factorysettings.h"
 #include "daemon/settings/keysettings.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
@@ -26,6 +27,9 @@ void settings(QByteArrayView input)
     folder.removeRecursively();
     folder.mkpath(u"."_s);
     writeWorkFile(folder.filePath(u"settings.plist"_s), input);
+
+    const auto factory = readFactorySettings(folder.filePath(u"settings.plist"_s));
+    require(!factory || SettingsDocument::problemOf(*factory).isEmpty(), "factory settings are valid");
 
     SettingsStore store(folder.path());
     require(store.open() == SettingsStore::OpenResult::open, "the folder can be used");

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""fuzz/corpus is what fuzz/make_corpus.py writes, and tools/fuzz refuses what it does not know before it builds anything.
+"""fuzz/corpus is what fuzz/make_corpus.py writes, and tools/fuzz refuses what it does not know before it builds.
 Usage: testfuzz.py REPOSITORY"""
 
 import shutil
