@@ -60,7 +60,7 @@ void DeviceDaemonKeysTest::keySwitchesTheProfile()
 
     send(Command::switchProfile, {{u"ProfileID"_s, 0}});
     mNotifications.clear();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"profile 9, which does not exist"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"the profile 9 of a key does not exist"_s));
     press(59);
     QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 0);
     QVERIFY(mNotifications.isEmpty());
