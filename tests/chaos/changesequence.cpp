@@ -121,7 +121,7 @@ QString SettingsOutline::text() const
 
 RandomChange randomChange(QRandomGenerator &random, int number)
 {
-    // Now and then a row that is not there: such a request is refused.
+    // Sometimes a row that does not exist: the daemon must refuse such a request.
     const int row = random.bounded(random.bounded(4) == 0 ? maximumProfiles : 2);
     const QString name = QString::number(number);
     const QVariantMap profile{{SettingsKeys::profileName, name}, {SettingsKeys::brightnessKbNormal, random.bounded(5)}};

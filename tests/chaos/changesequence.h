@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Random changes of the settings, and what each must make of them by docs/daemon-protocol.md. The requests depend on
-// the random numbers alone, so that a seed gives the same requests whatever the daemon has kept of those before. No
-// part of the daemon is used. Pure values.
+// Random changes of the settings, and the outcome that docs/daemon-protocol.md requires of each. Only the random
+// numbers decide the requests: a seed gives the same ones, whatever the daemon has kept of those before. This code uses
+// no part of the daemon. Pure values.
 #pragma once
 
 #include "base/daemonprotocol.h"
@@ -13,7 +13,7 @@
 
 class QRandomGenerator;
 
-/// Of a settings document, what the changes change.
+/// The part of a settings document that the changes affect.
 struct SettingsOutline
 {
     struct Profile
@@ -38,8 +38,8 @@ struct RandomChange
     QVariantMap request;
 };
 
-/// `number` makes the names that it gives unique.
+/// `number` makes the names in the change unique.
 [[nodiscard]] RandomChange randomChange(QRandomGenerator &random, int number);
 
-/// Makes the change in `outline`; the status of the reply. Anything but Status::ok leaves it unchanged.
+/// Applies the change to `outline`, unless the daemon must refuse it. Returns the status that the reply must have.
 [[nodiscard]] Status apply(const RandomChange &change, SettingsOutline &outline);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the chaos suite are told from outside, and how they wait.
-// KESTRA_CHAOS_SEED: of the random requests, faults and moments (271). KESTRA_CHAOS_KILLS: how often killstest kills
-// the daemon (220). KESTRA_CHAOS_ROUNDS: how many random standstills standstilltest makes (8).
+// The environment variables of the chaos suite, and its way to wait. The variables, with their defaults:
+// KESTRA_CHAOS_SEED: the seed of the random requests, faults and moments (271). KESTRA_CHAOS_KILLS: how often killstest
+// kills the daemon (220). KESTRA_CHAOS_ROUNDS: how many random standstills standstilltest has (8).
 #pragma once
 
 #include <QCoreApplication>
@@ -21,12 +21,12 @@ inline quint32 chaosSeed()
     return static_cast<quint32>(numberFromEnvironment("KESTRA_CHAOS_SEED", 271));
 }
 
-/// Waits for events until `condition` holds; false when it does not in the end. It looks after each event, so that
-/// hundreds of waits cost little more than what they wait for.
+/// Handles events until `condition` holds; false when it does not hold in time. The check follows each event, so
+/// hundreds of waits cost little time of their own.
 template <std::predicate Condition> bool awaitEvents(const Condition &condition)
 {
     constexpr int limitMs = 30'000;
-    QTimer wakeUp; // for a condition that no event tells of
+    QTimer wakeUp; // for a condition that changes without an event
     wakeUp.start(20);
     const QDeadlineTimer patience(limitMs);
     while (!condition() && !patience.hasExpired())

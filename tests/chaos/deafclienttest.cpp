@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A client that floods the daemon and never reads what it is sent. Others are served meanwhile, what it changed and
-// what they changed is there, and the daemon's memory stays bounded.
+// A client that floods the daemon and never reads a reply. The daemon meanwhile serves other clients, keeps the changes
+// of all, and needs a bounded amount of memory.
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
 #include "tests/chaos/chaosrun.h"
@@ -16,7 +16,7 @@ using DaemonProtocol::Command;
 
 namespace {
 
-/// The most memory that the process has had in use, in KiB; 0 when it cannot be told.
+/// The peak memory use of the process in KiB; 0 when it is unknown.
 qint64 peakKiB(qint64 process)
 {
     QFile file(u"/proc/%1/status"_s.arg(process));
@@ -41,7 +41,7 @@ private Q_SLOTS:
 private:
     static QVariantMap renaming(int profile, const QString &name);
     static QByteArray request(QVariantMap values);
-    /// Of the profiles.
+    /// The names of the profiles.
     static QStringList names(DaemonProcessFixture &daemon);
 };
 
@@ -72,10 +72,10 @@ void DeafClientTest::othersAreServed()
 {
     constexpr int rounds = 20;
     constexpr int readingsOfARound = 100;
-    [[maybe_unused]] constexpr qint64 boundKiB = 32 * 1024; // the replies to the flood have three times as much
+    [[maybe_unused]] constexpr qint64 boundKiB = 32 * 1024; // a third of the replies to the flood
     DaemonProcessFixture daemon;
     QVERIFY(daemon.start());
-    // A document of some size, so that each reading is answered with as much.
+    // A large document makes each reply to a reading large.
     const QVariantMap large{{SettingsKeys::profileName, u"large"_s}, {u"Notes"_s, QString(50'000, u'x')}};
     QVERIFY(daemon.request(Command::addProfile, {{DaemonProtocol::deviceSettingsDictionary, large}}));
     const qint64 before = peakKiB(daemon.processId());
@@ -86,7 +86,8 @@ void DeafClientTest::othersAreServed()
         for (int count = 0; count < readingsOfARound; ++count)
             QVERIFY(deaf.sendRequest(static_cast<qint32>(Command::readSettings), request({})));
         const QString name = QString::number(round);
-        // Its change tells when its readings have been answered; nobody acknowledges it.
+        // The client reads no reply to this change. The document shows it once the readings before it have their
+        // replies.
         QVERIFY(deaf.sendRequest(static_cast<qint32>(Command::updateProfile), request(renaming(1, name))));
         const auto reply = daemon.request(Command::updateProfile, renaming(0, name));
         QVERIFY2(reply, qPrintable(name));
@@ -96,7 +97,7 @@ void DeafClientTest::othersAreServed()
     const qint64 grownKiB = peakKiB(daemon.processId()) - before;
     qInfo("%d readings by a client that reads nothing, the daemon's memory grew by %lld KiB at most",
           rounds * readingsOfARound, grownKiB);
-#if !defined(__SANITIZE_ADDRESS__) // which keeps freed memory back
+#if !defined(__SANITIZE_ADDRESS__) // which does not return freed memory to the system
     QVERIFY2(grownKiB < boundKiB, qPrintable(QString::number(grownKiB)));
 #endif
     daemon.kill();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A connection to the session bus that sends and never reads: what is sent to it piles up in its socket and in the bus.
-// Spoken by hand, because a bus library always reads. The test's thread.
+// A connection to the session bus that sends and never reads: messages to it accumulate in its socket and in the bus.
+// It encodes the bus protocol itself, because bus libraries always read. The test's thread.
 #pragma once
 
 #include <QByteArray>
@@ -13,10 +13,10 @@ public:
     ~DeafConnection();
     Q_DISABLE_COPY_MOVE(DeafConnection)
 
-    /// Connects to the bus of DBUS_SESSION_BUS_ADDRESS and takes `name` there. False when that failed.
+    /// Connects to the bus of DBUS_SESSION_BUS_ADDRESS and takes `name` there. Returns false on failure.
     [[nodiscard]] bool open(const QString &name);
-    /// Sends a request to the port of the daemon; blocks while the bus takes nothing. False when the bus has closed the
-    /// connection.
+    /// Sends a request to the daemon's request port; blocks while the bus accepts nothing. Returns false when the bus
+    /// has closed the connection.
     [[nodiscard]] bool sendRequest(qint32 command, const QByteArray &data);
 
 private:

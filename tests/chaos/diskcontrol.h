@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a test and the disk of its daemon share: a file that both map. The library that plays the disk
+// The state that a test shares with the disk of its daemon, in a file that both map. The library that acts as the disk
 // (faultydiskshim.cpp) is loaded before the C library, so this header includes no Qt.
 #pragma once
 
@@ -21,27 +21,27 @@ inline constexpr std::size_t deathPlaceCount = 3;
     return 1U << static_cast<std::uint32_t>(call);
 }
 
-/// All zeros is a disk without faults.
+/// With all zeros, the disk has no faults.
 struct DiskControl
 {
     static constexpr const char *fileVariable = "KESTRA_TEST_DISK";          ///< the path of the mapped file
-    static constexpr const char *folderVariable = "KESTRA_TEST_DISK_FOLDER"; ///< only files in this folder are meant
+    static constexpr const char *folderVariable = "KESTRA_TEST_DISK_FOLDER"; ///< the disk has no other files
 
-    /// How many places of DeathPlace the daemon passes until it ends itself by SIGKILL; 0: it lives.
+    /// The daemon kills itself with SIGKILL at this DeathPlace, counted from 1; 0: it lives.
     std::atomic<std::int32_t> placesToLive;
-    /// What was written and not flushed is lost with the process, as when the power fails.
+    /// Unflushed writes are lost with the process, as in a power cut.
     std::atomic<bool> losesUnflushed;
 
-    std::atomic<std::uint32_t> failingCalls; ///< maskOf() each
-    std::atomic<std::int32_t> failure;       ///< errno value of these
+    std::atomic<std::uint32_t> failingCalls; ///< maskOf() of each, combined
+    std::atomic<std::int32_t> failure;       ///< the errno value of these
     std::atomic<bool> isFull;                ///< writing fails with ENOSPC when `room` is used up
     std::atomic<std::int64_t> room;          ///< bytes
-    std::atomic<bool> failsForFolders;       ///< only the flush of a folder fails, not that of a file
+    std::atomic<bool> failsForFolders;       ///< faults affect flushes of folders, not those of files
 
     std::atomic<bool> holdsFlush; ///< a flush does not return while this is true
     std::atomic<std::int32_t> heldFlushes;
 
-    std::atomic<std::int64_t> clockAheadMs; ///< by which the daemon's clocks that only go forward are ahead
+    std::atomic<std::int64_t> clockAheadMs; ///< how far the daemon's monotonic clocks are ahead
 
     std::array<std::array<std::atomic<std::uint32_t>, deathPlaceCount>, diskCallCount> deaths;
     std::array<std::atomic<std::uint32_t>, diskCallCount> calls;

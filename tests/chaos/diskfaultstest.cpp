@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A disk that is full, read-only, broken or slow under the daemon of an open window and of another client. What cannot
-// be written is refused and changes nothing; as soon as the disk recovers everything goes on, without a new start.
+// A full, read-only, broken or slow disk under the daemon of an open window and another client. The daemon refuses
+// changes that it cannot write, and they change nothing. Once the disk recovers, everything works again without a
+// restart.
 #include "base/settingskeys.h"
 #include "base/status.h"
 #include "daemonlink/daemontransport.h"
@@ -41,21 +42,21 @@ class DiskFaultsTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void refusesWhatItCannotWrite_data();
-    void refusesWhatItCannotWrite();
-    void repliesOnlyWhenTheDiskHasIt();
+    void refusesChangesThatItCannotWrite_data();
+    void refusesChangesThatItCannotWrite();
+    void repliesOnlyWhenTheChangeIsOnTheDisk();
     void survivesAKillWhileTheDiskIsBusy();
-    void diskSlowerThanTheClientsPatience();
-    void startsOnAReadOnlyDiskOnlyToSaySo();
+    void sendsNoLateRepliesAfterASlowWrite();
+    void endsWithAMessageOnAReadOnlyDisk();
 
 private:
-    /// Waits until the window has read all that it was told of: else it would ask a daemon that cannot answer, and wait
-    /// for that.
+    /// Waits until the window shows the daemon's profiles. Otherwise it might still read from a daemon that can no
+    /// longer reply, and wait for the reply.
     void awaitWindow();
     /// Chooses an assignment of the key in the window.
     void choose(const char *key, int position);
     void startRename(const QString &name);
-    /// Renames the first profile as another client; the status of the reply, -1 for none.
+    /// Renames the first profile as another client. Returns the status of the reply, -1 without a reply.
     int rename(const QString &name);
     [[nodiscard]] QVariantMap document();
     [[nodiscard]] QString name();
@@ -148,13 +149,13 @@ QMap<QString, QByteArray> DiskFaultsTest::files() const
     return result;
 }
 
-void DiskFaultsTest::refusesWhatItCannotWrite_data()
+void DiskFaultsTest::refusesChangesThatItCannotWrite_data()
 {
     constexpr quint32 everyChange = maskOf(DiskCall::open) | maskOf(DiskCall::write) | maskOf(DiskCall::link)
                                     | maskOf(DiskCall::rename) | maskOf(DiskCall::remove);
     QTest::addColumn<quint32>("calls");
     QTest::addColumn<int>("failure");
-    QTest::addColumn<int>("room"); // bytes; -1: as much as is asked for
+    QTest::addColumn<int>("room"); // bytes; -1: unlimited
     QTest::addColumn<bool>("isOnlyForFolders");
     QTest::newRow("full disk") << 0U << 0 << 0 << false;
     QTest::newRow("disk that fills up in the middle") << 0U << 0 << 1000 << false;
@@ -168,7 +169,7 @@ void DiskFaultsTest::refusesWhatItCannotWrite_data()
     QTest::newRow("linking fails") << maskOf(DiskCall::link) << EDQUOT << -1 << false;
 }
 
-void DiskFaultsTest::refusesWhatItCannotWrite()
+void DiskFaultsTest::refusesChangesThatItCannotWrite()
 {
     QFETCH(quint32, calls);
     QFETCH(int, failure);
@@ -190,13 +191,13 @@ void DiskFaultsTest::refusesWhatItCannotWrite()
     for (int attempt = 0; attempt < 3; ++attempt)
         QCOMPARE(rename(u"lost"_s), static_cast<int>(Status::notSaved));
     choose("mA", defaultPosition);
-    QCOMPARE(mHub->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), disablePosition); // taken back
+    QCOMPARE(mHub->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), disablePosition); // undone
     QCOMPARE(document(), before);
     QCOMPARE(mHub->controller->profilesArray(), before.value(SettingsKeys::profiles).toList());
     const QMap<QString, QByteArray> filesNow = files();
     QCOMPARE(filesNow.value(u"settings.plist"_s), filesBefore.value(u"settings.plist"_s));
     for (const auto &[name, content] : filesBefore.asKeyValueRange())
-        QVERIFY2(filesNow.values().contains(content), qPrintable(name)); // the old documents, too
+        QVERIFY2(filesNow.values().contains(content), qPrintable(name)); // the old documents remain as well
 
     disk.recover();
     QCOMPARE(rename(u"four"_s), static_cast<int>(Status::ok));
@@ -213,20 +214,20 @@ void DiskFaultsTest::refusesWhatItCannotWrite()
     QCOMPARE(QDir(mDaemon->settingsFolder()).entryList({u"*.damaged-*"_s, u"*.replaced-*"_s}), QStringList());
 }
 
-void DiskFaultsTest::repliesOnlyWhenTheDiskHasIt()
+void DiskFaultsTest::repliesOnlyWhenTheChangeIsOnTheDisk()
 {
     FaultyDisk &disk = *mDisk;
     QCOMPARE(rename(u"one"_s), static_cast<int>(Status::ok));
-    // Each of the two flushes of a change, that of the file and that of the folder.
+    // A change has two flushes: one of the file, one of the folder.
     for (const bool isFolder : {false, true}) {
         const QString name = isFolder ? u"three"_s : u"two"_s;
         awaitWindow();
         mDaemon->replies().clear();
-        disk->failsForFolders = isFolder; // without a failure: only these are held
+        disk->failsForFolders = isFolder; // no flush fails; those of files are then not held
         disk->holdsFlush = true;
         startRename(name);
         QVERIFY(awaitEvents([&] { return disk->heldFlushes == 1; }));
-        // Whatever the daemon has sent before the flush is here once the bus has answered.
+        // Once the bus has answered, everything that the daemon sent before the flush has arrived.
         QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName));
         QCoreApplication::processEvents();
         QVERIFY(mDaemon->replies().isEmpty());
@@ -259,9 +260,9 @@ void DiskFaultsTest::survivesAKillWhileTheDiskIsBusy()
     QVERIFY(isDisabled(keyA));
 }
 
-// The clients give up. The daemon sends them nothing that they would take for the answer to their next request, and has
-// the window read what became of its change.
-void DiskFaultsTest::diskSlowerThanTheClientsPatience()
+// The clients stop waiting. The daemon sends them nothing that they would take for the reply to their next request, and
+// makes the window read the outcome of its change.
+void DiskFaultsTest::sendsNoLateRepliesAfterASlowWrite()
 {
     constexpr std::int64_t longTimeMs = 8000;
     FaultyDisk &disk = *mDisk;
@@ -270,13 +271,14 @@ void DiskFaultsTest::diskSlowerThanTheClientsPatience()
     mDaemon->replies().clear();
     setReplyPollInterval(1ms);
     disk->holdsFlush = true;
-    choose("mA", disablePosition); // returns when the window has lost its patience
+    choose("mA", disablePosition); // returns when the window stops waiting
     QCOMPARE(disk->heldFlushes, 1);
     startRename(u"obeyed late"_s);
-    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has passed it on
+    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has delivered it
     setReplyPollInterval(replyPollInterval);
     disk->clockAheadMs = longTimeMs;
-    // The thread of the port takes the leap for a standstill. What comes after its answer to this comes in time.
+    // The request port takes the leap of the clock for a standstill. Messages are new again after its answer to this
+    // one.
     const auto port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     QVERIFY(port);
     QCOMPARE(port->sendRequest(static_cast<qint32>(Command::readSettings), {}, 20s, 20s, nullptr),
@@ -287,7 +289,7 @@ void DiskFaultsTest::diskSlowerThanTheClientsPatience()
     QVERIFY(mDaemon->replies().isEmpty());
     awaitWindow();
     QVERIFY(isDisabled(keyA));
-    // From then on each reply is that to the latest request.
+    // From now on, each reply belongs to the latest request.
     choose("mS", disablePosition);
     choose("mD", disablePosition);
     for (const QString &key : {keyA, keyS, keyD})
@@ -295,7 +297,7 @@ void DiskFaultsTest::diskSlowerThanTheClientsPatience()
     QCOMPARE(rename(u"in time"_s), static_cast<int>(Status::ok));
 }
 
-void DiskFaultsTest::startsOnAReadOnlyDiskOnlyToSaySo()
+void DiskFaultsTest::endsWithAMessageOnAReadOnlyDisk()
 {
     FaultyDisk &disk = *mDisk;
     QCOMPARE(rename(u"kept"_s), static_cast<int>(Status::ok));

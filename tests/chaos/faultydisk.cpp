@@ -23,7 +23,7 @@ FaultyDisk::FaultyDisk()
 
 FaultyDisk::~FaultyDisk()
 {
-    recover(); // a daemon may still wait for it
+    recover(); // a daemon may still wait in a held flush
     ::munmap(mControl, sizeof(DiskControl));
 }
 
@@ -32,7 +32,7 @@ void FaultyDisk::prepare(QProcessEnvironment &environment, const QString &folder
     environment.insert(u"LD_PRELOAD"_s, QStringLiteral(KESTRA_DISK_SHIM));
     environment.insert(QString::fromLatin1(DiskControl::fileVariable), mFolder.filePath(u"control"_s));
     environment.insert(QString::fromLatin1(DiskControl::folderVariable), folder);
-    // Its run-time library is loaded after the disk, which it would refuse.
+    // The run-time library of AddressSanitizer would refuse to be loaded after the disk.
     const QString options = environment.value(u"ASAN_OPTIONS"_s);
     environment.insert(u"ASAN_OPTIONS"_s,
                        options + (options.isEmpty() ? u""_s : u":"_s) + u"verify_asan_link_order=0"_s);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The disk of a test's daemon, with faults at the test's choice. The test's thread. One at a time.
+// The disk of a test's daemon; the test chooses its faults. The test's thread. One at a time.
 #pragma once
 
 #include "tests/chaos/diskcontrol.h"
@@ -15,12 +15,12 @@ public:
     ~FaultyDisk();
     Q_DISABLE_COPY_MOVE(FaultyDisk)
 
-    /// Daemons that are started in `environment` from now on have their `folder` on this disk.
+    /// Daemons that start in `environment` from now on have `folder` on this disk.
     void prepare(QProcessEnvironment &environment, const QString &folder) const;
 
     [[nodiscard]] DiskControl *operator->() const { return mControl; }
 
-    /// Ends all faults and goes on with all that is held.
+    /// Ends all faults; held flushes continue.
     void recover();
     [[nodiscard]] int deathCount() const;
     [[nodiscard]] int deathCount(DiskCall call, DeathPlace place) const;

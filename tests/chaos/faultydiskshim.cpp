@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A disk with faults, for one process: a library for LD_PRELOAD, whose functions stand before those of the C library.
-// What it does is said by a DiskControl. Calls on files outside the folder do what they always do. Built without
-// sanitizers, because it is loaded before their run-time library; it calls the kernel directly.
+// A disk with faults, for one process: a library for LD_PRELOAD, whose functions replace those of the C library. A
+// DiskControl describes the faults. Calls on files outside the folder have none. The library calls the kernel directly.
+// It is built without sanitizers, because it is loaded before their run-time library.
 #include "tests/chaos/diskcontrol.h"
 
 #include <fcntl.h>
@@ -80,7 +80,7 @@ bool isInFolder(int descriptor)
     return ::readlink(link, path, PATH_MAX) > 0 && isInFolder(path);
 }
 
-/// The files that were written and not flushed. The daemon writes one at a time, on one thread.
+/// The file with unflushed writes, -1 without one. The daemon writes one file at a time, on one thread.
 int unflushed = -1;
 
 void forgetUnflushed()
@@ -111,7 +111,7 @@ bool fails(DiskCall call)
     return true;
 }
 
-/// Does `work`, a system call, as a call on the folder.
+/// Makes the system call `work`, which changes the folder, with the faults for `call`.
 template <typename Work> auto inFolder(DiskCall call, Work work) -> decltype(work())
 {
     ++disk().control->calls[static_cast<std::size_t>(call)];

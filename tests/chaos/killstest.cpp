@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The daemon killed at random moments of random changes: before, in the middle of and after each call by which it
-// changes its folder, and from outside at any other moment. Half of the deaths are power cuts: what was not flushed is
-// lost. The run with a seed is reproducible: a round has random numbers of its own.
+// Kills the daemon at random moments of random changes: before, during and after the calls that change its folder, and
+// from outside at any other moment. Half of the kills by the disk are power cuts, which lose unflushed writes. A seed
+// makes the run reproducible, because each round has random numbers of its own.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "tests/chaos/changesequence.h"
@@ -27,8 +27,8 @@ private Q_SLOTS:
     void losesNothingAcknowledged();
 
 private:
-    static constexpr int longestLife = 110;  // places that the disk counts; a change has about 20
-    static constexpr int changesLimit = 500; // of one life: by then the daemon must have been killed
+    static constexpr int longestLife = 110;  // places that the disk counts; a change passes about 20
+    static constexpr int changesLimit = 500; // in one life; the daemon must be dead before
 
     void startDaemon(QRandomGenerator &random);
     void checkStoredSettings();
@@ -43,12 +43,12 @@ private:
     DaemonProcessFixture mDaemon;
     QList<SettingsOutline> mStates;  // at the start of this life, then after each change that was sent
     QList<RandomChange> mChanges;    // of this life
-    QList<Status> mStatuses;         // as they must be answered
+    QList<Status> mStatuses;         // that the replies must have
     QList<SettingsOutline> mHistory; // the states before this life
     qsizetype mAcknowledged = 0;     // of this life
     std::optional<QVariantMap> mAcknowledgedDocument;
-    int mRepliesUntilKill = 0; // from outside; 0: the disk kills
-    int mNumber = 0;           // in names
+    int mRepliesUntilKill = 0; // by a kill from outside; 0: the disk kills
+    int mNumber = 0;           // in the names of changes
     struct
     {
         int kills, fromOutside, atStart, sent, acknowledged, unacknowledgedKept;
@@ -67,7 +67,7 @@ void KillsTest::startDaemon(QRandomGenerator &random)
     }
     if (mDaemon.start())
         return;
-    // Removing what the one before has left is a change of the folder, too.
+    // A daemon can die at its start, because it changes the folder when it removes what the one before has left.
     QCOMPARE(mDisk->placesToLive, 0);
     ++mFigures.atStart;
     ++mFigures.kills;
@@ -76,8 +76,8 @@ void KillsTest::startDaemon(QRandomGenerator &random)
     mRepliesUntilKill = 1;
 }
 
-/// The settings that the daemon has started with are those after the last acknowledged change, or after one that was
-/// sent later: as a whole, and without damage.
+/// Requires that the daemon has started with whole, undamaged settings: those after the last acknowledged change, or
+/// after one that was sent later.
 void KillsTest::checkStoredSettings()
 {
     const QDir folder(mDaemon.settingsFolder());
@@ -104,7 +104,7 @@ void KillsTest::checkStoredSettings()
     mAcknowledgedDocument.reset();
 }
 
-/// Each file beside the settings is a whole document of those that were in use.
+/// Requires that each old copy is a whole document that was once in use.
 void KillsTest::checkOldCopies() const
 {
     const QDir folder(mDaemon.settingsFolder());
@@ -143,7 +143,7 @@ void KillsTest::takeReplies()
     mDaemon.replies().clear();
 }
 
-/// Sends changes, one at a time or a few that wait together, until the daemon is dead.
+/// Sends changes, one at a time or a few together, until the daemon is dead.
 void KillsTest::changeUntilKilled(QRandomGenerator &random)
 {
     mDaemon.replies().clear();
@@ -200,7 +200,7 @@ void KillsTest::losesNothingAcknowledged()
     mDisk.recover();
     QVERIFY(mDaemon.start());
     checkStoredSettings();
-    // The next change finishes what the last kill may have interrupted.
+    // The next change finishes the save that the last kill may have interrupted.
     const QVariantMap settings{{SettingsKeys::profileName, u"last"_s}};
     QVERIFY(mDaemon.request(Command::updateProfile,
                             {{DaemonProtocol::profileId, 0}, {DaemonProtocol::deviceSettingsDictionary, settings}}));

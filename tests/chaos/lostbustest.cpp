@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The session bus ends under a daemon and an open window. The daemon ends with its status, the window says so, and a
-// new start on a new bus has every acknowledged change.
+// The session bus ends under a daemon and an open window. The daemon exits with the code for this, the window shows an
+// alert, and a new start on a new bus has every acknowledged change.
 #include "daemon/daemonprocess.h"
 #include "tests/chaos/chaosrun.h"
 #include "tests/chaos/testbus.h"
@@ -21,15 +21,15 @@ class LostBusTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void everythingIsThereOnTheNextBus();
-    void windowWithoutADaemonSaysSo();
+    void keepsEveryChangeOnTheNextBus();
+    void windowWithoutADaemonReportsTheEndOfTheBus();
 
 private:
-    /// Starts a daemon on the bus and waits until it serves.
+    /// Starts a daemon on the bus and waits until it is ready.
     void startDaemon(QProcess &daemon, const TestBus &bus);
-    /// What kestractl says about the key, on this bus.
+    /// The output of "kestractl key" on this bus, after `change` if there is one.
     [[nodiscard]] QString key(const TestBus &bus, const QString &name, const QStringList &change = {});
-    /// Waits until the window has an alert; its texts.
+    /// Waits until the window has an alert. Returns its texts.
     static QString alertOf(WindowFixture &window);
 
     std::unique_ptr<QTemporaryDir> mFolder;
@@ -76,7 +76,7 @@ QString LostBusTest::alertOf(WindowFixture &window)
     return texts;
 }
 
-void LostBusTest::everythingIsThereOnTheNextBus()
+void LostBusTest::keepsEveryChangeOnTheNextBus()
 {
     TestBus first;
     QVERIFY(first.start());
@@ -85,7 +85,7 @@ void LostBusTest::everythingIsThereOnTheNextBus()
     WindowFixture window;
     QVERIFY(window.start(first.in(QProcessEnvironment::systemEnvironment())));
     QCOMPARE(key(first, u"A"_s, {u"disable"_s}), u"A: disabled"_s);
-    // What it changes next is built on what it knows.
+    // The window builds its next change on the document that it knows, so it must have read this change.
     QVERIFY(awaitEvents([&] { return window.show().value(u"updates"_s).toInt() > 0; }));
     QCOMPARE(window.ask("choose S 5"), "done");
     QCOMPARE(key(first, u"S"_s), u"S: disabled"_s);
@@ -116,7 +116,7 @@ void LostBusTest::everythingIsThereOnTheNextBus()
     QVERIFY(awaitEvents([&] { return nextDaemon.state() == QProcess::NotRunning; }));
 }
 
-void LostBusTest::windowWithoutADaemonSaysSo()
+void LostBusTest::windowWithoutADaemonReportsTheEndOfTheBus()
 {
     TestBus bus;
     QVERIFY(bus.start());
@@ -126,7 +126,7 @@ void LostBusTest::windowWithoutADaemonSaysSo()
     QVERIFY(window.start(bus.in(QProcessEnvironment::systemEnvironment())));
     daemon.kill();
     QVERIFY(daemon.waitForFinished());
-    QCOMPARE(window.show().value(u"alerts"_s).toArray().size(), 0); // a supervisor starts it again
+    QCOMPARE(window.show().value(u"alerts"_s).toArray().size(), 0); // a supervisor starts the daemon again
     bus.end();
     QVERIFY2(alertOf(window).contains(u"session"_s), qPrintable(alertOf(window)));
     QCOMPARE(window.finish(), 0);

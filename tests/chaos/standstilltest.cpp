@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The daemon, the window, or both stand still (SIGSTOP), as when the session is suspended, while changes are made by
-// the window and by another client. Afterwards every change that was sent is there once, nobody takes a late reply for
-// another, and the window shows what is stored. Hours may pass meanwhile by the daemon's clock.
+// The daemon, the window, or both are stopped (SIGSTOP), as in a suspended session, while the window and another client
+// make changes. Afterwards, every change that was sent is stored once, no client takes a late reply for another, and
+// the window shows the stored settings. Meanwhile, hours may pass by the daemon's clock.
 #include "base/settingskeys.h"
 #include "platform/distributednotificationcenter.h"
 #include "tests/chaos/chaosrun.h"
@@ -44,15 +44,15 @@ private Q_SLOTS:
     void cleanup();
     void losesNothing_data();
     void losesNothing();
-    void showsTheTruthAfterReadingFromADaemonThatStoodStill();
-    void daemonIsKilledWhileTheWindowStandsStill();
+    void windowReadsAgainAfterALateReading();
+    void daemonIsKilledWhileTheWindowIsStopped();
 
 private:
     /// Adds a macro as another client; does not wait.
     void sendMacro();
     void checkMacros(const QVariantMap &document) const;
-    /// Lets the daemon go on. It takes for old what comes before it has asked the bus; what the test sends next comes
-    /// after.
+    /// Continues the daemon and waits until it treats messages as new. Until the bus answers its call, it treats them
+    /// as old.
     void resumeDaemon();
     [[nodiscard]] QVariantMap document();
     [[nodiscard]] static bool isDisabled(const QVariantMap &document, const Key &key);
@@ -62,7 +62,7 @@ private:
     std::unique_ptr<FaultyDisk> mDisk; // for its clock
     std::unique_ptr<DaemonProcessFixture> mDaemon;
     std::unique_ptr<WindowFixture> mWindow;
-    QStringList mSent; // macros
+    QStringList mSent; // the names of the macros
 };
 
 void StandstillTest::init()
@@ -132,9 +132,9 @@ void StandstillTest::losesNothing_data()
 {
     QTest::addColumn<int>("who");
     QTest::addColumn<int>("hours");
-    QTest::addColumn<bool>("isDaemonFirst"); // to go on
+    QTest::addColumn<bool>("isDaemonFirst"); // to continue
     QTest::addColumn<int>("changes");
-    QTest::addColumn<bool>("isWindowChanging"); // before it can know
+    QTest::addColumn<bool>("isWindowChanging"); // before the other client does
     QTest::newRow("daemon") << int(daemonAlone) << 0 << true << 3 << true;
     QTest::newRow("window") << int(windowAlone) << 0 << true << 3 << false;
     QTest::newRow("both, the daemon first") << int(both) << 8 << true << 3 << true;
@@ -161,14 +161,14 @@ void StandstillTest::losesNothing()
     QFETCH(bool, isWindowChanging);
     const bool isDaemonStopped = who & daemonAlone;
     awaitWindow();
-    // Short only for what is never answered: the daemon counts on clients that wait for 6 s.
+    // The patience is short only for requests without a reply: the daemon relies on clients that wait for 6 s.
     if (isDaemonStopped)
         QCOMPARE(mWindow->ask(shortPatience), "done");
     if (isDaemonStopped)
         mDaemon->stop();
     if (isWindowChanging)
         mWindow->send("choose A" + disable);
-    // A window that waits for a daemon that stands still is stopped in the middle of that, or gives up.
+    // A window that waits for the stopped daemon is itself stopped meanwhile, or gives up.
     if (isWindowChanging && who == daemonAlone)
         QCOMPARE(mWindow->answer(), "done");
     if (who == daemonAlone)
@@ -178,7 +178,7 @@ void StandstillTest::losesNothing()
     mDaemon->replies().clear();
     for (int change = 0; change < changes; ++change)
         sendMacro();
-    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has passed them on
+    QVERIFY(RemoteMessagePort::open(DaemonProtocol::requestPortName)); // the bus has delivered them
     if (who == windowAlone)
         QVERIFY(awaitEvents([&] { return mDaemon->replies().size() == changes; }));
     (*mDisk)->clockAheadMs += std::int64_t(hours) * 3'600'000;
@@ -190,7 +190,7 @@ void StandstillTest::losesNothing()
     if (isWindowChanging && who != daemonAlone)
         QCOMPARE(mWindow->answer(), "done");
     QCOMPARE(mWindow->ask(usualPatience), "done");
-    // What waited for a daemon that stood still is obeyed and not answered.
+    // The daemon carries out the requests that waited during its standstill, and replies to none.
     const QVariantMap after = document();
     checkMacros(after);
     if (isDaemonStopped)
@@ -198,7 +198,7 @@ void StandstillTest::losesNothing()
     if (isWindowChanging && who == daemonAlone)
         QVERIFY(isDisabled(after, keys[0]));
     awaitWindow();
-    // From now on each reply is that to the latest request.
+    // From now on, each reply belongs to the latest request.
     for (const Key &key : keys) {
         QCOMPARE(mWindow->ask(QByteArray("choose ") + key.name + disable), "done");
         QVERIFY(isDisabled(document(), key));
@@ -213,8 +213,8 @@ void StandstillTest::losesNothing()
         QVERIFY(isDisabled(last, key));
 }
 
-// The window was told of a change, and the daemon stands still before it has answered what the window asks then.
-void StandstillTest::showsTheTruthAfterReadingFromADaemonThatStoodStill()
+// The window receives a notification of a change. The daemon is stopped before it replies to the reading that follows.
+void StandstillTest::windowReadsAgainAfterALateReading()
 {
     awaitWindow();
     QCOMPARE(mWindow->ask(shortPatience), "done");
@@ -227,7 +227,7 @@ void StandstillTest::showsTheTruthAfterReadingFromADaemonThatStoodStill()
     QVERIFY(awaitEvents([&] { return isTold; }));
     mDaemon->stop();
     mWindow->resume();
-    QVERIFY(awaitEvents([this] { return mWindow->show().value(u"updates"_s).toInt() > 0; })); // it has given up
+    QVERIFY(awaitEvents([this] { return mWindow->show().value(u"updates"_s).toInt() > 0; })); // it has stopped waiting
     QCOMPARE(mWindow->ask(usualPatience), "done");
     resumeDaemon();
     QVERIFY(awaitEvents([this] {
@@ -237,7 +237,7 @@ void StandstillTest::showsTheTruthAfterReadingFromADaemonThatStoodStill()
     checkMacros(document());
 }
 
-void StandstillTest::daemonIsKilledWhileTheWindowStandsStill()
+void StandstillTest::daemonIsKilledWhileTheWindowIsStopped()
 {
     mWindow->stop();
     sendMacro();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A session bus that a test can end, besides the one that the test itself has. The test's thread.
+// A session bus that a test can end, in addition to the test's own. The test's thread.
 #pragma once
 
 #include <QProcess>
@@ -12,7 +12,7 @@ public:
     ~TestBus() { end(); }
     Q_DISABLE_COPY_MOVE(TestBus)
 
-    /// False when it does not come.
+    /// Returns false when the bus does not start.
     [[nodiscard]] bool start()
     {
         using namespace Qt::StringLiterals;
@@ -32,7 +32,7 @@ public:
         mProcess.waitForFinished();
     }
 
-    /// `environment` with this bus for the session.
+    /// `environment` with this bus as the session bus.
     [[nodiscard]] QProcessEnvironment in(QProcessEnvironment environment) const
     {
         environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), mAddress);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Several daemons at once, on one bus or with one state folder: one serves, the others end with their status, and no
-// change is lost, also while they start and when the one that serves is killed.
+// Several daemons at once, on one bus or with one state folder. One serves, and the others exit with the code for this.
+// No change is lost, even while daemons start and when the serving one is killed.
 #include "base/settingskeys.h"
 #include "daemon/daemonprocess.h"
 #include "tests/chaos/chaosrun.h"
@@ -90,10 +90,10 @@ void TwoDaemonsTest::othersEndWhileChangesAreMade()
     QCOMPARE(macros(daemon), acknowledged);
 }
 
-// As a session does that starts the daemon twice, after each crash of the one that served.
+// Like a session that starts several daemons after each crash of the serving one.
 void TwoDaemonsTest::oneOfManyServes()
 {
-    DaemonProcessFixture client; // its daemon is one of the others
+    DaemonProcessFixture client; // until the end without a daemon of its own
     QStringList acknowledged;
     for (int round = 0; round < 5; ++round) {
         Processes daemons = startMany(3, client.environment());
@@ -135,7 +135,7 @@ void TwoDaemonsTest::folderOfADaemonOnAnotherBus()
     QVERIFY(other[0]->readAllStandardError().contains("another daemon"));
     addMacro(daemon, u"third"_s);
     daemon.kill();
-    // Nobody holds the folder now.
+    // No daemon holds the folder now.
     other = startMany(1, bus.in(daemon.environment()));
     QByteArray log;
     QVERIFY(awaitEvents([&] { return (log += other[0]->readAllStandardError()).contains("ready"); }));

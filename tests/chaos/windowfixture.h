@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program of windowprocess.cpp, as a child of the test. The test's thread.
+// Runs the program of windowprocess.cpp as a child process. The test's thread.
 #pragma once
 
 #include <QJsonObject>
@@ -13,22 +13,22 @@ public:
     ~WindowFixture();
     Q_DISABLE_COPY_MOVE(WindowFixture)
 
-    /// False when it does not come.
+    /// Returns false when the window does not answer.
     [[nodiscard]] bool start(const QProcessEnvironment &environment);
-    /// Lets the process stand still (SIGSTOP), and lets it continue (SIGCONT).
+    /// Stops the process (SIGSTOP); resume() continues it (SIGCONT).
     void stop() const;
     void resume() const;
-    /// Ends it as closing its input does; its exit code, -1 when it did not end normally.
+    /// Closes the input of the process, which ends it. Returns its exit code, -1 when it did not end normally.
     [[nodiscard]] int finish();
 
     /// Sends a command and returns at once.
     void send(const QByteArray &command);
-    /// Waits for the answer to the oldest command without one; empty when there is none in the end.
+    /// Waits for the answer to the oldest command without one; empty when none comes in time.
     [[nodiscard]] QByteArray answer();
     [[nodiscard]] bool hasAnswer() const { return mProcess.canReadLine(); }
     [[nodiscard]] QByteArray ask(const QByteArray &command);
     [[nodiscard]] QJsonObject show();
-    /// Whether it can be used and shows the profiles and macros of `document`.
+    /// Whether the window can be used and shows the profiles and macros of `document`.
     [[nodiscard]] bool shows(const QVariantMap &document);
 
 private:

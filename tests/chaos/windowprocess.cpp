@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The configurator's window as a process of its own, so that a test can stop it, or take its bus away. It obeys lines
-// on its standard input and answers each with a line:
+// The configurator's window as a separate process: a test can stop it, or end its bus. It reads commands from its
+// standard input, one a line, and answers each with a line:
 //   choose KEY POSITION   chooses an assignment of a key, as a user does: "done" when the window can be used again
-//   patience MS           how long it waits for a reply: "done"
-//   show                  what it shows, as JSON: profiles, macros, whether its controls are on, the texts of its
-//   alerts,
-//                         how many notifications of changes it has handled
-// It ends with its input.
+//   patience MS           sets how long the window waits for a reply: "done"
+//   show                  reports the state of the window as JSON: profiles, macros, whether the controls are enabled,
+//                         the texts of the alerts, the number of notifications of changes that it has handled
+// It ends when its input ends.
 #include "base/qlcoreutility.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/popupbutton.h"
@@ -78,7 +77,7 @@ int main(int argc, char *argv[])
                                                                [](const DistributedNotification &) { ++updates; });
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &application, [&] {
-        std::string line; // one at a time is sent
+        std::string line; // the test sends one at a time
         if (!std::getline(std::cin, line))
             return QCoreApplication::quit();
         std::puts(obey(hub, QString::fromStdString(line).split(u' ')).constData());
