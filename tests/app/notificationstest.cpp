@@ -551,7 +551,7 @@ void NotificationsTest::survivesNotificationsOfWrongTypes()
                             {u"messagesArray"_s, QVariantList{1, QVariantMap(), true}}};
     mDaemon->postNotification(name, wrong);
     mDaemon->postNotification(name);
-    // Handled once the last notification, posted after both, has arrived.
+    // Both are handled once the last notification, posted after them, has arrived.
     mDaemon->postNotification(u"commandReplyNotification271"_s,
                               {{u"MessageID"_s, 14}, {u"FirmwareVersion"_s, u"last"_s}});
     QTRY_COMPARE(mHub->controller->firmwareVersionString(), u"last"_s);

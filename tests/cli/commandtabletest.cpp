@@ -15,7 +15,7 @@ class TestCommandTable : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void eachNameStandsOnce();
+    void hasEachNameOnce();
     void argumentCountsAgreeWithTheHelp();
     void manPageHasEveryCommandAndOption();
     void manPageHasEveryAssignment();
@@ -25,7 +25,7 @@ private:
     static QString manPage();
 };
 
-void TestCommandTable::eachNameStandsOnce()
+void TestCommandTable::hasEachNameOnce()
 {
     QSet<QLatin1StringView> names;
     for (const CommandRow &row : commandTable())
@@ -52,7 +52,7 @@ void TestCommandTable::manPageHasEveryCommandAndOption()
     const QString page = manPage();
     QVERIFY2(!page.isEmpty(), KESTRA_MAN_PAGE);
     for (const CommandRow &row : commandTable()) {
-        // "keyboard press" and "keyboard release" share a line of the synopsis; each word must be there.
+        // "keyboard press" and "keyboard release" share a line of the synopsis, so the test looks for each word.
         const QStringList words = QString(row.name + u' ' + row.options).split(u' ', Qt::SkipEmptyParts);
         for (const QString &word : words)
             QVERIFY2(page.contains(QRegularExpression(u"(^|[\\s\"({])%1\\b"_s.arg(word))), qPrintable(word));

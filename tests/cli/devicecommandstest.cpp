@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// "kestractl device" and what "status" tells of real keyboards, with keyboards that the test makes up. This process
-// stands in for the daemon.
+// "kestractl device", and the rows of "status" about real keyboards. The test acts as the daemon, with made-up
+// keyboards.
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
 #include "daemon/keyboards/devicesadaptor.h"
@@ -41,27 +41,27 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void listMarksThoseInUse();
-    void listSaysWhatIsWrongAndTheRemedy();
-    void listOfNoneSaysSo();
+    void listMarksTheKeyboardsInUse();
+    void listShowsProblemsAndTheirRemedy();
+    void listReportsThatThereIsNoKeyboard();
     void listAsJsonHasEverything();
-    void useTellsTheWayOut();
-    void useOfSeveral();
-    void useThatFailsTellsTheRemedy_data();
-    void useThatFailsTellsTheRemedy();
-    void useThatFailsLaterTellsTheRemedy();
-    void useWaitsForKeysToComeUp();
-    void releaseGivesBack();
-    void choiceThatCannotBeKeptIsTold();
-    void namesCannotTalkToTheTerminal();
-    void ruleIsForThisKeyboard();
-    void ruleOfNoSuchKeyboard();
+    void useShowsHowToReleaseTheKeyboard();
+    void usesSeveralKeyboards();
+    void refusedUseShowsTheRemedy_data();
+    void refusedUseShowsTheRemedy();
+    void useThatFailsLaterShowsTheRemedy();
+    void useReportsThatItWaitsForKeysToComeUp();
+    void releaseReturnsToTheVirtualKeyboard();
+    void reportsAChoiceThatCannotBeKept();
+    void namesCannotControlTheTerminal();
+    void ruleAppliesToTheNamedKeyboard();
+    void refusesARuleForAnUnknownKeyboard();
     void statusWithoutARealKeyboard();
-    void statusTellsOfTheKeyboardInUse();
-    void statusOfOneThatIsNotThere();
-    void daemonWithoutTheObjectIsTold();
-    void unusedVirtualKeyboardTellsTheWayBack_data();
-    void unusedVirtualKeyboardTellsTheWayBack();
+    void statusShowsTheKeyboardsInUse();
+    void statusOfAnAbsentKeyboard();
+    void reportsADaemonWithoutTheObject();
+    void unusedVirtualKeyboardShowsHowToUseIt_data();
+    void unusedVirtualKeyboardShowsHowToUseIt();
 
 private:
     /// Runs kestractl while this thread serves the bus.
@@ -114,7 +114,7 @@ KestractlResult DeviceCommandsTest::run(const QStringList &arguments)
     return finishedResult(process);
 }
 
-void DeviceCommandsTest::listMarksThoseInUse()
+void DeviceCommandsTest::listMarksTheKeyboardsInUse()
 {
     QVERIFY(mDevices->use({u"1b2c:0002"_s}).isOk());
     const KestractlResult result = run({u"device"_s, u"list"_s});
@@ -125,7 +125,7 @@ void DeviceCommandsTest::listMarksThoseInUse()
     QCOMPARE(lines.value(1), u"*  1b2c:0002  Keyboard 2"_s);
 }
 
-void DeviceCommandsTest::listSaysWhatIsWrongAndTheRemedy()
+void DeviceCommandsTest::listShowsProblemsAndTheirRemedy()
 {
     const QStringList lines = run({u"device"_s, u"list"_s}).text().split(u'\n');
     QCOMPARE(lines.value(2), u"   1b2c:0010  Keyboard 16"_s);
@@ -134,7 +134,7 @@ void DeviceCommandsTest::listSaysWhatIsWrongAndTheRemedy()
              "follow the first lines of its output."_s);
 }
 
-void DeviceCommandsTest::listOfNoneSaysSo()
+void DeviceCommandsTest::listReportsThatThereIsNoKeyboard()
 {
     mDevices->plug({});
     QCOMPARE(run({u"device"_s, u"list"_s}).text(), u"no keyboard is plugged in\n"_s);
@@ -161,7 +161,7 @@ void DeviceCommandsTest::listAsJsonHasEverything()
     QVERIFY(list.at(2).toObject().value(u"problem"_s).toString().contains(u"No right"_s));
 }
 
-void DeviceCommandsTest::useTellsTheWayOut()
+void DeviceCommandsTest::useShowsHowToReleaseTheKeyboard()
 {
     const KestractlResult result = run({u"device"_s, u"use"_s, u"1b2c:0001"_s});
     QCOMPARE(result.exitCode, 0);
@@ -171,7 +171,7 @@ void DeviceCommandsTest::useTellsTheWayOut()
     QVERIFY(mDevices->devices().at(0).isInUse);
 }
 
-void DeviceCommandsTest::useOfSeveral()
+void DeviceCommandsTest::usesSeveralKeyboards()
 {
     const KestractlResult result = run({u"device"_s, u"use"_s, u"1b2c:0001"_s, u"1b2c:0002"_s});
     QCOMPARE(result.exitCode, 0);
@@ -179,7 +179,7 @@ void DeviceCommandsTest::useOfSeveral()
     QCOMPARE(DeviceChoice(mFolder->path()).load().size(), 2);
 }
 
-void DeviceCommandsTest::useThatFailsTellsTheRemedy_data()
+void DeviceCommandsTest::refusedUseShowsTheRemedy_data()
 {
     QTest::addColumn<QStringList>("ids");
     QTest::addColumn<int>("exitCode");
@@ -190,7 +190,7 @@ void DeviceCommandsTest::useThatFailsTellsTheRemedy_data()
                               << u"No right to /dev/input/event16. Run \"kestractl device rule 1b2c:0010\""_s;
 }
 
-void DeviceCommandsTest::useThatFailsTellsTheRemedy()
+void DeviceCommandsTest::refusedUseShowsTheRemedy()
 {
     QFETCH(QStringList, ids);
     const KestractlResult result = run(QStringList{u"device"_s, u"use"_s} + ids);
@@ -201,7 +201,7 @@ void DeviceCommandsTest::useThatFailsTellsTheRemedy()
     QVERIFY(mDevices->choices().isEmpty());
 }
 
-void DeviceCommandsTest::useThatFailsLaterTellsTheRemedy()
+void DeviceCommandsTest::useThatFailsLaterShowsTheRemedy()
 {
     DeviceStatus status;
     status.state = DeviceState::failed;
@@ -212,7 +212,7 @@ void DeviceCommandsTest::useThatFailsLaterTellsTheRemedy()
     QVERIFY2(result.errorText().contains(status.problem), result.errors.constData());
 }
 
-void DeviceCommandsTest::useWaitsForKeysToComeUp()
+void DeviceCommandsTest::useReportsThatItWaitsForKeysToComeUp()
 {
     DeviceStatus status;
     status.state = DeviceState::waiting;
@@ -222,7 +222,7 @@ void DeviceCommandsTest::useWaitsForKeysToComeUp()
     QCOMPARE(result.text().split(u'\n').value(0), u"in use as soon as no key is down"_s);
 }
 
-void DeviceCommandsTest::releaseGivesBack()
+void DeviceCommandsTest::releaseReturnsToTheVirtualKeyboard()
 {
     QVERIFY(mDevices->use({u"1b2c:0001"_s}).isOk());
     const KestractlResult result = run({u"device"_s, u"release"_s});
@@ -231,7 +231,7 @@ void DeviceCommandsTest::releaseGivesBack()
     QVERIFY(!mDevices->devices().at(0).isInUse);
 }
 
-void DeviceCommandsTest::choiceThatCannotBeKeptIsTold()
+void DeviceCommandsTest::reportsAChoiceThatCannotBeKept()
 {
     QVERIFY(QDir().rmdir(mFolder->path()));
     QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*devices.plist"_s));
@@ -240,7 +240,7 @@ void DeviceCommandsTest::choiceThatCannotBeKeptIsTold()
     QVERIFY2(result.errorText().contains(u"cannot be kept"_s), result.errors.constData());
 }
 
-void DeviceCommandsTest::namesCannotTalkToTheTerminal()
+void DeviceCommandsTest::namesCannotControlTheTerminal()
 {
     InputDevice device = ScriptedDevices::keyboard(1);
     device.name = u"\x1b]0;title\x07 K\u202ey \u0085 déjà 鍵"_s;
@@ -253,7 +253,7 @@ void DeviceCommandsTest::namesCannotTalkToTheTerminal()
     }
 }
 
-void DeviceCommandsTest::ruleIsForThisKeyboard()
+void DeviceCommandsTest::ruleAppliesToTheNamedKeyboard()
 {
     const KestractlResult result = run({u"device"_s, u"rule"_s, u"1b2c:0001"_s});
     QCOMPARE(result.exitCode, 0);
@@ -263,7 +263,7 @@ void DeviceCommandsTest::ruleIsForThisKeyboard()
     QVERIFY(result.text().contains(u"kestractl device rule 1b2c:0001 | sudo tee /etc/udev/rules.d/70-"_s));
 }
 
-void DeviceCommandsTest::ruleOfNoSuchKeyboard()
+void DeviceCommandsTest::refusesARuleForAnUnknownKeyboard()
 {
     QCOMPARE(run({u"device"_s, u"rule"_s, u"nine"_s}).exitCode, 2);
     InputDevice nameless = ScriptedDevices::keyboard(0);
@@ -284,7 +284,7 @@ void DeviceCommandsTest::statusWithoutARealKeyboard()
     QVERIFY(run({u"status"_s}).text().contains(u"latency: no keys yet\n"_s));
 }
 
-void DeviceCommandsTest::statusTellsOfTheKeyboardInUse()
+void DeviceCommandsTest::statusShowsTheKeyboardsInUse()
 {
     DeviceStatus counters;
     counters.isRealTime = true;
@@ -306,7 +306,7 @@ void DeviceCommandsTest::statusTellsOfTheKeyboardInUse()
     QCOMPARE(status.value(u"devices"_s).toArray(), (QJsonArray{u"Keyboard 1"_s, u"Keyboard 2"_s}));
 }
 
-void DeviceCommandsTest::statusOfOneThatIsNotThere()
+void DeviceCommandsTest::statusOfAnAbsentKeyboard()
 {
     QVERIFY(mDevices->use({u"1b2c:0001"_s}).isOk());
     mDevices->plug({});
@@ -316,7 +316,7 @@ void DeviceCommandsTest::statusOfOneThatIsNotThere()
     QVERIFY(status.value(u"firmware"_s).isNull());
 }
 
-void DeviceCommandsTest::daemonWithoutTheObjectIsTold()
+void DeviceCommandsTest::reportsADaemonWithoutTheObject()
 {
     mObject.reset(); // an older daemon
     for (const QString &command : {u"list"_s, u"release"_s}) {
@@ -327,11 +327,11 @@ void DeviceCommandsTest::daemonWithoutTheObjectIsTold()
     const QJsonObject status = run({u"status"_s, u"--json"_s}).json().object();
     QVERIFY(status.value(u"deviceState"_s).isNull());
     QVERIFY(status.value(u"latency"_s).isNull());
-    mPort.reset(); // none at all
+    mPort.reset(); // no daemon
     QCOMPARE(run({u"device"_s, u"list"_s}).exitCode, 3);
 }
 
-void DeviceCommandsTest::unusedVirtualKeyboardTellsTheWayBack_data()
+void DeviceCommandsTest::unusedVirtualKeyboardShowsHowToUseIt_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("macro play") << QStringList{u"macro"_s, u"play"_s, u"0"_s};
@@ -342,13 +342,13 @@ void DeviceCommandsTest::unusedVirtualKeyboardTellsTheWayBack_data()
     QTest::newRow("brightness level") << QStringList{u"keyboard"_s, u"brightness"_s, u"2"_s};
 }
 
-void DeviceCommandsTest::unusedVirtualKeyboardTellsTheWayBack()
+void DeviceCommandsTest::unusedVirtualKeyboardShowsHowToUseIt()
 {
     QFETCH(QStringList, arguments);
     const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
     mDocument = SettingsDocument::withMacros(mDocument, {QVariantMap{{u"MacroName"_s, u"Combo"_s}}});
     mDocument = SettingsDocument::withProfiles(mDocument, {profileWithKey(profile, 4, 10)});
-    VirtualKeyboard keyboard; // nobody uses it
+    VirtualKeyboard keyboard; // not in use
     VirtualKeyboardObject object(keyboard);
     QVERIFY(object.registerOn(QDBusConnection::sessionBus()));
     const KestractlResult result = run(arguments);

@@ -14,14 +14,14 @@ class DeviceRuleTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void namesTheKeyboardAsSurelyAsItCan_data();
-    void namesTheKeyboardAsSurelyAsItCan();
-    void givesNothingElse();
+    void namesTheKeyboardAsExactlyAsPossible_data();
+    void namesTheKeyboardAsExactlyAsPossible();
+    void grantsNothingElse();
     void textFromTheKeyboardCannotAddToTheRule_data();
     void textFromTheKeyboardCannotAddToTheRule();
-    void noRuleForWhatCannotBeNamed_data();
-    void noRuleForWhatCannotBeNamed();
-    void udevTakesIt();
+    void refusesKeyboardsThatCannotBeNamed_data();
+    void refusesKeyboardsThatCannotBeNamed();
+    void udevAcceptsTheRule();
 };
 
 namespace {
@@ -45,7 +45,7 @@ QStringList rulesOf(const QVariantMap &keyboard)
 
 } // namespace
 
-void DeviceRuleTest::namesTheKeyboardAsSurelyAsItCan_data()
+void DeviceRuleTest::namesTheKeyboardAsExactlyAsPossible_data()
 {
     QTest::addColumn<QString>("serial");
     QTest::addColumn<QString>("path");
@@ -56,7 +56,7 @@ void DeviceRuleTest::namesTheKeyboardAsSurelyAsItCan_data()
     QTest::newRow("make") << QString() << QString() << u"ATTRS{id/product}==\"00af\", TAG"_s;
 }
 
-void DeviceRuleTest::namesTheKeyboardAsSurelyAsItCan()
+void DeviceRuleTest::namesTheKeyboardAsExactlyAsPossible()
 {
     QFETCH(QString, serial);
     QFETCH(QString, path);
@@ -69,7 +69,7 @@ void DeviceRuleTest::namesTheKeyboardAsSurelyAsItCan()
     QCOMPARE(text.contains(u"every keyboard of the make 1b2c:00af"_s), serial.isEmpty() && path.isEmpty());
 }
 
-void DeviceRuleTest::givesNothingElse()
+void DeviceRuleTest::grantsNothingElse()
 {
     const QStringList rules = rulesOf(device(u"S"_s, u"p"_s));
     QCOMPARE(rules.size(), 3);
@@ -103,12 +103,12 @@ void DeviceRuleTest::textFromTheKeyboardCannotAddToTheRule_data()
 void DeviceRuleTest::textFromTheKeyboardCannotAddToTheRule()
 {
     QFETCH(QString, text);
-    // A serial number that cannot be used makes the rule one for the make; so does a port.
+    // With an unusable serial number or port, the rule applies to the make.
     for (const QVariantMap &keyboard : {device(text, u"p"_s), device(QString(), text)})
         QCOMPARE(rulesOf(keyboard), rulesOf(device(QString(), QString())));
 }
 
-void DeviceRuleTest::noRuleForWhatCannotBeNamed_data()
+void DeviceRuleTest::refusesKeyboardsThatCannotBeNamed_data()
 {
     QTest::addColumn<QVariantMap>("keyboard");
     QVariantMap changed = device(u"S"_s, u"p"_s);
@@ -123,13 +123,13 @@ void DeviceRuleTest::noRuleForWhatCannotBeNamed_data()
     }
 }
 
-void DeviceRuleTest::noRuleForWhatCannotBeNamed()
+void DeviceRuleTest::refusesKeyboardsThatCannotBeNamed()
 {
     QFETCH(QVariantMap, keyboard);
     QVERIFY(!deviceRule(keyboard, 1000));
 }
 
-void DeviceRuleTest::udevTakesIt()
+void DeviceRuleTest::udevAcceptsTheRule()
 {
     QProcess udevadm;
     udevadm.start(u"udevadm"_s, {u"verify"_s, u"--help"_s});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which keys "kestractl macro delete" and "profile delete" repair. The test reads the requests that reach a scripted
-// daemon, so it sees also that kestractl sends none.
+// The keys that "kestractl macro delete" and "profile delete" repair. The test reads the requests that reach a scripted
+// daemon, and so also notices when kestractl sends none.
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/mappingcleanupcases.h"
 #include "tests/support/scripteddaemon.h"
@@ -31,7 +31,7 @@ Command deletionOf(int type)
     return type == playMacro ? Command::deleteMacro : Command::deleteProfile;
 }
 
-/// Makes `daemon` hold the settings of before until it deletes the record.
+/// Makes `daemon` hold the settings from before the deletion until it deletes the record.
 void scriptDeletion(ScriptedDaemon &daemon, int type, const Deletion &deletion)
 {
     daemon.setDocument(deletion.before);
@@ -68,8 +68,8 @@ class KestractlCleanUpTest : public QObject
 private Q_SLOTS:
     void repairsTheKeysThatTheWindowRepairs_data() { addRows(); }
     void repairsTheKeysThatTheWindowRepairs();
-    void recordWithoutKeysIsGivenThoseOfTheOneBefore_data();
-    void recordWithoutKeysIsGivenThoseOfTheOneBefore();
+    void profileWithoutKeysGetsThoseOfTheOneBefore_data();
+    void profileWithoutKeysGetsThoseOfTheOneBefore();
     void refusedDeletionRepairsNothing_data();
     void refusedDeletionRepairsNothing();
     void refusedRepairIsReportedBesidesTheDeletion_data();
@@ -82,7 +82,7 @@ void KestractlCleanUpTest::repairsTheKeysThatTheWindowRepairs()
     QFETCH(int, deleted);
     QFETCH(QVariant, param1);
     QFETCH(bool, isRepaired);
-    // The other kind points to the same index, and kestractl never changes it.
+    // An assignment of the other kind has the same index; kestractl must not change it.
     const QVariantMap other = entry(playMacro + switchProfile - type, deleted);
     const Deletion deletion = deletionIn(documentWith({{u"4"_s, entry(type, param1)}, {u"5"_s, other}}), type);
     ScriptedDaemon daemon;
@@ -98,12 +98,12 @@ void KestractlCleanUpTest::repairsTheKeysThatTheWindowRepairs()
     }
 }
 
-void KestractlCleanUpTest::recordWithoutKeysIsGivenThoseOfTheOneBefore_data()
+void KestractlCleanUpTest::profileWithoutKeysGetsThoseOfTheOneBefore_data()
 {
     addTypeRows();
 }
 
-void KestractlCleanUpTest::recordWithoutKeysIsGivenThoseOfTheOneBefore()
+void KestractlCleanUpTest::profileWithoutKeysGetsThoseOfTheOneBefore()
 {
     QFETCH(int, type);
     ScriptedDaemon daemon;

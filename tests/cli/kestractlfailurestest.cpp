@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What kestractl says and returns when it is used wrongly, when there is no daemon, and when the daemon is silent,
-// refuses or talks nonsense. A port of the test stands in for the daemon, since the real one does none of this on
-// request.
+// The messages and exit codes of kestractl for wrong usage, without a daemon, and with a daemon that is silent, refuses
+// or sends nonsense. A port of the test acts as the daemon, because the real one does none of this on request.
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
 #include "platform/messageport.h"
@@ -19,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The daemon's port, with what the test wants as its reply; absent: no reply at all.
+/// The daemon's port, with the reply that the test chooses; without one, it is silent.
 class StandInDaemon
 {
 public:
@@ -71,19 +70,19 @@ class TestKestractlFailures : public QObject
 private Q_SLOTS:
     void helpNeedsNoDaemon_data();
     void helpNeedsNoDaemon();
-    void unwrittenResultsAreTold();
-    void resultsBeyondTheFileSizeLimitAreTold();
-    void wrongUsageIsTold_data();
-    void wrongUsageIsTold();
-    void missingDaemonIsTold_data();
-    void missingDaemonIsTold();
-    void missingBusIsTold();
-    void silentDaemonIsTold();
+    void reportsResultsThatCannotBeWritten();
+    void reportsResultsBeyondTheFileSizeLimit();
+    void reportsWrongUsage_data();
+    void reportsWrongUsage();
+    void reportsAMissingDaemon_data();
+    void reportsAMissingDaemon();
+    void reportsAMissingBus();
+    void reportsASilentDaemon();
     void explainsARefusalInTheTermsOfTheUser_data();
     void explainsARefusalInTheTermsOfTheUser();
-    void nonsenseIsRefused_data();
-    void nonsenseIsRefused();
-    void requestsSayWhoAsks();
+    void refusesNonsense_data();
+    void refusesNonsense();
+    void requestsNameTheirSender();
 };
 
 void TestKestractlFailures::helpNeedsNoDaemon_data()
@@ -112,7 +111,7 @@ void TestKestractlFailures::helpNeedsNoDaemon()
     QCOMPARE(result.errorText(), QString());
 }
 
-void TestKestractlFailures::unwrittenResultsAreTold()
+void TestKestractlFailures::reportsResultsThatCannotBeWritten()
 {
     QProcess process;
     process.setStandardOutputFile(u"/dev/full"_s);
@@ -122,7 +121,7 @@ void TestKestractlFailures::unwrittenResultsAreTold()
     QVERIFY2(result.errorText().contains(u"could not be written"_s), result.errors.constData());
 }
 
-void TestKestractlFailures::resultsBeyondTheFileSizeLimitAreTold()
+void TestKestractlFailures::reportsResultsBeyondTheFileSizeLimit()
 {
     const QTemporaryDir folder;
     QProcess process;
@@ -137,7 +136,7 @@ void TestKestractlFailures::resultsBeyondTheFileSizeLimitAreTold()
     QVERIFY2(result.errorText().contains(u"could not be written"_s), result.errors.constData());
 }
 
-void TestKestractlFailures::wrongUsageIsTold_data()
+void TestKestractlFailures::reportsWrongUsage_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("word");
@@ -186,7 +185,7 @@ void TestKestractlFailures::wrongUsageIsTold_data()
         << QStringList{u"document"_s, u"--json"_s, u"--plist"_s} << u"exclude"_s;
 }
 
-void TestKestractlFailures::wrongUsageIsTold()
+void TestKestractlFailures::reportsWrongUsage()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, word);
@@ -197,7 +196,7 @@ void TestKestractlFailures::wrongUsageIsTold()
     QVERIFY2(result.errorText().contains(word), result.errors.constData());
 }
 
-void TestKestractlFailures::missingDaemonIsTold_data()
+void TestKestractlFailures::reportsAMissingDaemon_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("status") << QStringList{u"status"_s};
@@ -217,7 +216,7 @@ void TestKestractlFailures::missingDaemonIsTold_data()
     QTest::newRow("keyboard press") << QStringList{u"keyboard"_s, u"press"_s, u"A"_s};
 }
 
-void TestKestractlFailures::missingDaemonIsTold()
+void TestKestractlFailures::reportsAMissingDaemon()
 {
     QFETCH(QStringList, arguments);
     QElapsedTimer timer;
@@ -225,11 +224,11 @@ void TestKestractlFailures::missingDaemonIsTold()
     const KestractlResult result = runKestractl(arguments);
     QCOMPARE(result.exitCode, 3);
     QVERIFY2(result.errorText().contains(u"not running"_s), result.errors.constData());
-    // Known at once, not only after the wait for a reply.
+    // kestractl notices at once, without waiting for a reply.
     QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
 }
 
-void TestKestractlFailures::missingBusIsTold()
+void TestKestractlFailures::reportsAMissingBus()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent/bus"_s);
@@ -239,7 +238,7 @@ void TestKestractlFailures::missingBusIsTold()
     QCOMPARE(result.json().object().value("daemon"_L1).toString(), u"not running"_s);
 }
 
-void TestKestractlFailures::silentDaemonIsTold()
+void TestKestractlFailures::reportsASilentDaemon()
 {
     const StandInDaemon daemon(std::nullopt);
     QVERIFY(daemon.isServing());
@@ -280,7 +279,7 @@ void TestKestractlFailures::explainsARefusalInTheTermsOfTheUser()
     QCOMPARE(result.errorText(), u"kestractl: the settings cannot be read: %1\n"_s.arg(reason));
 }
 
-void TestKestractlFailures::nonsenseIsRefused_data()
+void TestKestractlFailures::refusesNonsense_data()
 {
     QTest::addColumn<QByteArray>("reply");
     QTest::newRow("no property list") << QByteArray("nonsense \x01\x02");
@@ -288,7 +287,7 @@ void TestKestractlFailures::nonsenseIsRefused_data()
     QTest::newRow("document of the wrong type") << encoded({{DaemonProtocol::allDevSettings, u"text"_s}});
 }
 
-void TestKestractlFailures::nonsenseIsRefused()
+void TestKestractlFailures::refusesNonsense()
 {
     QFETCH(QByteArray, reply);
     const StandInDaemon daemon(reply);
@@ -299,7 +298,7 @@ void TestKestractlFailures::nonsenseIsRefused()
     QCOMPARE(daemon.requests().size(), 1);
 }
 
-void TestKestractlFailures::requestsSayWhoAsks()
+void TestKestractlFailures::requestsNameTheirSender()
 {
     const StandInDaemon daemon(encoded({{DaemonProtocol::returnStatus, 42}}));
     QVERIFY(daemon.isServing());

@@ -40,24 +40,24 @@ private Q_SLOTS:
     void cleanup();
 
     void macrosAreAddedListedRenamedAndDeleted();
-    void deletingFreesTheKeys();
+    void deletingResetsTheKeys();
     void deletingKeepsTheNumbersOfTheOtherKeys();
-    void macroIsShownAsTheWindowShowsIt();
-    void exportedMacroIsImportedUnderANameOfItsOwn();
-    void importNamesWhatHasNoName();
+    void showsAMacroAsTheWindowDoes();
+    void exportedMacroIsImportedWithAUniqueName();
+    void importNamesMacrosWithoutAName();
     void oldStyleTextIsImportedWithItsNumbers();
-    void importRefusesWhatIsNoMacro_data();
-    void importRefusesWhatIsNoMacro();
-    void exportSaysWhatItCannotWrite();
+    void importRefusesOtherFiles_data();
+    void importRefusesOtherFiles();
+    void reportsAnExportThatCannotBeWritten();
     void recordsUntilReturn();
     void recordingAppends();
-    void recordingNothingLeavesTheMacro_data();
-    void recordingNothingLeavesTheMacro();
-    void recordingEndsByItself_data();
-    void recordingEndsByItself();
+    void recordingNothingKeepsTheMacro_data();
+    void recordingNothingKeepsTheMacro();
+    void recordingEndsWithoutReturn_data();
+    void recordingEndsWithoutReturn();
     void recordingNeedsTheKeyboard();
-    void playsByTheKeyThatIsAssigned_data();
-    void playsByTheKeyThatIsAssigned();
+    void playsWithTheAssignedKey_data();
+    void playsWithTheAssignedKey();
     void playingNeedsAKey();
     void macroThatDoesNotExistIsWrongUsage_data();
     void macroThatDoesNotExistIsWrongUsage();
@@ -142,13 +142,13 @@ void TestKestractlMacros::macrosAreAddedListedRenamedAndDeleted()
     QCOMPARE(run({u"list"_s, u"--json"_s}).json().array().last().toObject(),
              (QJsonObject{{u"number"_s, 2}, {u"name"_s, u"Combo"_s}, {u"events"_s, 0}}));
     QCOMPARE(line({u"rename"_s, u"0"_s, u"Combo"_s}), u"macro 0 \"Combo(2)\" is renamed"_s);
-    QCOMPARE(line({u"rename"_s, u"Combo"_s, u"Combo"_s}), u"macro 2 \"Combo\" is renamed"_s); // itself is not taken
+    QCOMPARE(line({u"rename"_s, u"Combo"_s, u"Combo"_s}), u"macro 2 \"Combo\" is renamed"_s); // its own name is free
     QCOMPARE(names(), QStringList({u"Combo(2)"_s, u"Untitled Macro(2)"_s, u"Combo"_s}));
     QCOMPARE(line({u"delete"_s, u"Untitled Macro(2)"_s}), u"macro 1 \"Untitled Macro(2)\" is deleted"_s);
     QCOMPARE(names(), QStringList({u"Combo(2)"_s, u"Combo"_s}));
 }
 
-void TestKestractlMacros::deletingFreesTheKeys()
+void TestKestractlMacros::deletingResetsTheKeys()
 {
     add(tapOfA(1));
     QCOMPARE(runKestractl({u"key"_s, u"M1"_s, u"macro"_s, u"0"_s}, mDaemon->environment()).exitCode, 0);
@@ -167,11 +167,11 @@ void TestKestractlMacros::deletingKeepsTheNumbersOfTheOtherKeys()
     QCOMPARE(keys({u"M2"_s, u"macro"_s, u"2"_s}), u"M2: macro Tap, once"_s);
     QCOMPARE(run({u"delete"_s, u"0"_s}).exitCode, 0);
     QCOMPARE(keys({u"M1"_s}), u"M1: macro Tap, once"_s);
-    // Past the end only after the deletion, so it keeps its number, as in the window.
+    // The number is past the end only after the deletion, so the key keeps it, as in the window.
     QCOMPARE(keys({u"M2"_s}), u"M2: macro 2 (which does not exist), once"_s);
 }
 
-void TestKestractlMacros::macroIsShownAsTheWindowShowsIt()
+void TestKestractlMacros::showsAMacroAsTheWindowDoes()
 {
     const QVariantMap macro =
         MacroRecord::withEvents({{u"MacroName"_s, u"Mixed"_s}},
@@ -190,10 +190,10 @@ void TestKestractlMacros::macroIsShownAsTheWindowShowsIt()
     QCOMPARE(object.value("events"_L1).toArray().at(1).toObject().value("page"_L1).toInt(), 9);
 }
 
-void TestKestractlMacros::exportedMacroIsImportedUnderANameOfItsOwn()
+void TestKestractlMacros::exportedMacroIsImportedWithAUniqueName()
 {
     QVariantMap macro = tapOfA(7);
-    macro.insert(u"Colour"_s, u"red"_s); // somebody else's
+    macro.insert(u"Colour"_s, u"red"_s); // of another program
     add(macro);
     const QString path = mFolder->filePath(u"Mine"_s);
     const QString file = path + u".KestraMacro"_s;
@@ -208,7 +208,7 @@ void TestKestractlMacros::exportedMacroIsImportedUnderANameOfItsOwn()
     QCOMPARE(imported, macro);
 }
 
-void TestKestractlMacros::importNamesWhatHasNoName()
+void TestKestractlMacros::importNamesMacrosWithoutAName()
 {
     const QString file = fileWith("<plist><dict><key>delay</key><integer>20</integer></dict></plist>");
     QCOMPARE(line({u"import"_s, file}), u"macro 0 \"Untitled Macro\" is added"_s);
@@ -229,7 +229,7 @@ void TestKestractlMacros::oldStyleTextIsImportedWithItsNumbers()
     QCOMPARE(QlCoreUtility::convertDictionaryToData(imported), QlCoreUtility::convertDictionaryToData(expected));
 }
 
-void TestKestractlMacros::importRefusesWhatIsNoMacro_data()
+void TestKestractlMacros::importRefusesOtherFiles_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("exitCode");
@@ -251,7 +251,7 @@ void TestKestractlMacros::importRefusesWhatIsNoMacro_data()
     QTest::newRow("too many events") << withEvents(QVariantList(900'000, QVariant(QVariantMap()))) << 1;
 }
 
-void TestKestractlMacros::importRefusesWhatIsNoMacro()
+void TestKestractlMacros::importRefusesOtherFiles()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(int, exitCode);
@@ -263,7 +263,7 @@ void TestKestractlMacros::importRefusesWhatIsNoMacro()
     QVERIFY(mDaemon->isRunning());
 }
 
-void TestKestractlMacros::exportSaysWhatItCannotWrite()
+void TestKestractlMacros::reportsAnExportThatCannotBeWritten()
 {
     add(tapOfA(1));
     const KestractlResult result = run({u"export"_s, u"0"_s, u"/nonexistent/folder/Mine"_s});
@@ -278,7 +278,7 @@ void TestKestractlMacros::recordsUntilReturn()
     QProcess process;
     startRecording(process, {u"Tap"_s});
     tap(5);
-    // Each line is there when its event is, not only at the end.
+    // kestractl prints each line with its event, not only at the end.
     QByteArray output;
     QTRY_VERIFY((output += process.readAllStandardOutput()).contains("Key Release B"));
     QVERIFY(output.startsWith("Key Press B\n"));
@@ -292,7 +292,7 @@ void TestKestractlMacros::recordsUntilReturn()
     for (const QVariant &event : MacroRecord::events(record(0)))
         keys += QString::number(MacroRecord::eventFields(event.toMap()).argument);
     QCOMPARE(keys, QStringList({u"5"_s, u"5"_s, u"6"_s, u"6"_s}));
-    QCOMPARE(recorder.sent(), QStringList()); // what is recorded does not reach the computer
+    QCOMPARE(recorder.sent(), QStringList()); // recorded keys do not reach the computer
 }
 
 void TestKestractlMacros::recordingAppends()
@@ -301,20 +301,20 @@ void TestKestractlMacros::recordingAppends()
     QProcess process;
     startRecording(process, {u"0"_s, u"--append"_s});
     tap(5);
-    process.closeWriteChannel(); // the end of the input, as of a script's
+    process.closeWriteChannel(); // as at the end of a script's input
     const KestractlResult result = finishedResult(process);
     QCOMPARE(result.exitCode, 0);
     QVERIFY2(result.text().endsWith(u"macro 0 \"Tap\" has 4 events\n"_s), result.output.constData());
 }
 
-void TestKestractlMacros::recordingNothingLeavesTheMacro_data()
+void TestKestractlMacros::recordingNothingKeepsTheMacro_data()
 {
     QTest::addColumn<QStringList>("words");
     QTest::newRow("new recording") << QStringList{u"Tap"_s};
     QTest::newRow("appended recording") << QStringList{u"Tap"_s, u"--append"_s};
 }
 
-void TestKestractlMacros::recordingNothingLeavesTheMacro()
+void TestKestractlMacros::recordingNothingKeepsTheMacro()
 {
     QFETCH(QStringList, words);
     add(tapOfA(1));
@@ -328,7 +328,7 @@ void TestKestractlMacros::recordingNothingLeavesTheMacro()
     QCOMPARE(record(0), before);
 }
 
-void TestKestractlMacros::recordingEndsByItself_data()
+void TestKestractlMacros::recordingEndsWithoutReturn_data()
 {
     QTest::addColumn<QString>("how");
     QTest::addColumn<int>("exitCode");
@@ -338,7 +338,7 @@ void TestKestractlMacros::recordingEndsByItself_data()
     QTest::newRow("daemon gone") << u"kill"_s << 3;
 }
 
-void TestKestractlMacros::recordingEndsByItself()
+void TestKestractlMacros::recordingEndsWithoutReturn()
 {
     QFETCH(QString, how);
     QFETCH(int, exitCode);
@@ -373,19 +373,19 @@ void TestKestractlMacros::recordingNeedsTheKeyboard()
     QCOMPARE(MacroRecord::events(record(0)).size(), 2);
 }
 
-void TestKestractlMacros::playsByTheKeyThatIsAssigned_data()
+void TestKestractlMacros::playsWithTheAssignedKey_data()
 {
     QTest::addColumn<QString>("repeat");
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<int>("atLeast"); // events
     QTest::newRow("once") << u"once"_s << QStringList() << 2;
     QTest::newRow("3 times") << u"3"_s << QStringList() << 6;
-    // More than once; on a busy machine the daemon leaves rounds out.
+    // At least twice: on a busy machine, the daemon skips rounds.
     QTest::newRow("until released") << u"until-released"_s << QStringList{u"--seconds=0.3"_s} << 4;
     QTest::newRow("until pressed again") << u"until-pressed-again"_s << QStringList{u"--seconds=0.3"_s} << 4;
 }
 
-void TestKestractlMacros::playsByTheKeyThatIsAssigned()
+void TestKestractlMacros::playsWithTheAssignedKey()
 {
     QFETCH(QString, repeat);
     QFETCH(QStringList, options);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// "kestractl profile ..." and "kestractl focus" with the real daemon: what each changes, prints and refuses.
+// "kestractl profile ..." and "kestractl focus" with the real daemon: their changes, output and refusals.
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "tests/support/daemonprocessfixture.h"
@@ -24,22 +24,22 @@ private Q_SLOTS:
     void cleanup() { mDaemon.reset(); }
 
     void addedProfileHasTheFactorySettingsAndIsActive();
-    void listMarksTheActiveProfileAlone();
-    void namesAreMadeUnique();
+    void listMarksOnlyTheActiveProfile();
+    void makesNamesUnique();
     void copyHasEverythingButTheName();
-    void renamedToItsOwnNameItKeepsIt();
-    void deletedProfileLeavesNoKeyBehind();
+    void keepsItsNameWhenRenamedToIt();
+    void deletingResetsTheKeys();
     void keyThatSwitchedToTheLastProfileIsRepaired();
     void lastProfileIsNotDeleted();
     void twentyFirstProfileIsRefused();
     void restoredProfileKeepsItsName();
     void exportedProfileIsImportedAgain();
-    void importTakesOnlyProfileFiles_data();
-    void importTakesOnlyProfileFiles();
+    void importAcceptsOnlyProfileFiles_data();
+    void importAcceptsOnlyProfileFiles();
     void importNamesTheKindOfAnotherFile();
-    void namesOfStrangersCannotTalkToTheTerminal();
+    void foreignNamesCannotControlTheTerminal();
     void oldStyleTextIsImportedWithItsNumbers();
-    void exportThatCannotBeWrittenSaysSo();
+    void reportsAnExportThatCannotBeWritten();
     void profileIsBoundToADesktopEntry_data();
     void profileIsBoundToADesktopEntry();
     void unboundProfileFollowsNothing();
@@ -94,7 +94,7 @@ void KestractlProfilesTest::addedProfileHasTheFactorySettingsAndIsActive()
     QCOMPARE(profile(1), factory);
 }
 
-void KestractlProfilesTest::listMarksTheActiveProfileAlone()
+void KestractlProfilesTest::listMarksOnlyTheActiveProfile()
 {
     QCOMPARE(run({u"profile"_s, u"add"_s, u"Work"_s}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
@@ -107,7 +107,7 @@ void KestractlProfilesTest::listMarksTheActiveProfileAlone()
              (QJsonArray{object(0, u"Default Profile"_s, true), object(1, u"Work"_s, false)}));
 }
 
-void KestractlProfilesTest::namesAreMadeUnique()
+void KestractlProfilesTest::makesNamesUnique()
 {
     QCOMPARE(run({u"profile"_s, u"add"_s}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"add"_s}).exitCode, 0);
@@ -128,13 +128,13 @@ void KestractlProfilesTest::copyHasEverythingButTheName()
     QCOMPARE(copy, profile(0));
 }
 
-void KestractlProfilesTest::renamedToItsOwnNameItKeepsIt()
+void KestractlProfilesTest::keepsItsNameWhenRenamedToIt()
 {
     QCOMPARE(run({u"profile"_s, u"rename"_s, u"0"_s, u"Default Profile"_s}).exitCode, 0);
     QCOMPARE(names(), QStringList{u"Default Profile"_s});
 }
 
-void KestractlProfilesTest::deletedProfileLeavesNoKeyBehind()
+void KestractlProfilesTest::deletingResetsTheKeys()
 {
     QCOMPARE(run({u"profile"_s, u"add"_s, u"Work"_s}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
@@ -154,7 +154,7 @@ void KestractlProfilesTest::keyThatSwitchedToTheLastProfileIsRepaired()
     QCOMPARE(run({u"key"_s, u"W"_s, u"profile"_s, u"2"_s}).text(), u"W: profile Play\n"_s);
     QCOMPARE(run({u"profile"_s, u"delete"_s, u"0"_s}).exitCode, 0);
     QCOMPARE(names(), QStringList({u"Work"_s, u"Play"_s}));
-    // Numbers stay, so Q now switches to the other profile. Two profiles are left, so W points past the end.
+    // The keys keep their numbers, so Q now switches to the other profile. The number of W is past the end.
     const QVariantMap keys = profile(0).value(SettingsKeys::keys).toMap();
     QCOMPARE(keys.value(u"20"_s).toMap().value(SettingsKeys::param1), QVariant(1));
     QCOMPARE(keys.value(u"26"_s).toMap(), QVariantMap());
@@ -206,10 +206,10 @@ void KestractlProfilesTest::exportedProfileIsImportedAgain()
     QCOMPARE(profile(1).value(SettingsKeys::keys), profile(0).value(SettingsKeys::keys));
 }
 
-void KestractlProfilesTest::importTakesOnlyProfileFiles_data()
+void KestractlProfilesTest::importAcceptsOnlyProfileFiles_data()
 {
     QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("exitCode"); // 2: no property list; 1: the daemon refuses the record
+    QTest::addColumn<int>("exitCode"); // 2: not a profile file; 1: the daemon refuses the record
     QTest::newRow("garbage") << QByteArray("\x00\xff{", 3) << 2;
     QTest::newRow("empty") << QByteArray() << 2;
     QTest::newRow("array") << QByteArray("(a, b)") << 2;
@@ -219,7 +219,7 @@ void KestractlProfilesTest::importTakesOnlyProfileFiles_data()
     QTest::newRow("application of the wrong type") << QByteArray("{ProfileName = x; AppInfo = text;}") << 1;
 }
 
-void KestractlProfilesTest::importTakesOnlyProfileFiles()
+void KestractlProfilesTest::importAcceptsOnlyProfileFiles()
 {
     QFETCH(QByteArray, content);
     const QString path = mFolder->filePath(u"file"_s);
@@ -244,12 +244,12 @@ void KestractlProfilesTest::importNamesTheKindOfAnotherFile()
     QCOMPARE(run({u"macro"_s, u"import"_s, profileFile}).errorText(),
              u"kestractl: \"%1\" is a profile file, not a macro file\n"_s.arg(profileFile));
     QCOMPARE(document(), before);
-    // What both kinds name is the kind that was asked for.
+    // A file with the names of both kinds counts as the requested kind.
     writeFile(path, "{ProfileName = Both; MacroName = Both;}");
     QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Both\" is active\n"_s);
 }
 
-void KestractlProfilesTest::namesOfStrangersCannotTalkToTheTerminal()
+void KestractlProfilesTest::foreignNamesCannotControlTheTerminal()
 {
     const QString name = u"\u001b]0;title\u0007 K\u202ey \u0085\n\u009b\u007f\u2028déjà 鍵"_s;
     const QString shown = u"?]0;title? K?y ?????déjà 鍵"_s;
@@ -270,7 +270,7 @@ void KestractlProfilesTest::namesOfStrangersCannotTalkToTheTerminal()
     }
     const QString error = run({u"profile"_s, u"switch"_s, name + u'x'}).errorText();
     QVERIFY2(error.contains(shown) && !error.contains(u'\u001b'), qPrintable(error));
-    const KestractlResult list = run({u"profile"_s, u"list"_s, u"--json"_s}); // a program reads the exact name
+    const KestractlResult list = run({u"profile"_s, u"list"_s, u"--json"_s}); // programs get the exact name
     QCOMPARE(list.json().array().at(1).toObject().value(u"name"_s).toString(), name);
     for (const QString &json :
          {list.text(), run({u"document"_s}).text(), run({u"macro"_s, u"list"_s, u"--json"_s}).text()}) {
@@ -291,7 +291,7 @@ void KestractlProfilesTest::oldStyleTextIsImportedWithItsNumbers()
     QCOMPARE(run({u"key"_s, u"A"_s}).text(), u"A: single key Left Shift + B\n"_s);
 }
 
-void KestractlProfilesTest::exportThatCannotBeWrittenSaysSo()
+void KestractlProfilesTest::reportsAnExportThatCannotBeWritten()
 {
     const KestractlResult result = run({u"profile"_s, u"export"_s, u"0"_s, mFolder->filePath(u"no/such/folder"_s)});
     QCOMPARE(result.exitCode, 5);
@@ -355,7 +355,7 @@ void KestractlProfilesTest::boundProfileFollowsTheFocus()
     QCOMPARE(run({u"focus"_s, u"The Game"_s}).exitCode, 0);
     QCOMPARE(run({u"focus"_s, u""_s}).exitCode, 0);
     QTRY_COMPARE(active(), 0);
-    // After a restart the profile chosen by hand is active.
+    // After a restart, the profile that the user chose is active.
     QCOMPARE(run({u"focus"_s, u"The Game"_s}).exitCode, 0);
     QCOMPARE(active(), 1);
     mDaemon->kill();

@@ -27,7 +27,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void statusTellsWhatIsActive();
+    void statusShowsTheActiveProfile();
     void statusAsJsonHasEveryRow();
     void statusNamesProblemsOfTheSettings();
     void statusFollowsTheKeyboard();
@@ -36,26 +36,26 @@ private Q_SLOTS:
     void keyIsDefaultAtFirst();
     void keyIsNamedInSeveralWays_data();
     void keyIsNamedInSeveralWays();
-    void keyCanBeDisabledAndSetBack();
+    void keyCanBeDisabledAndReset();
     void disablingOneKeyLeavesTheOthers();
     void defaultTakesTheFactoryParameter();
     void disabledKeyOutlivesAKilledDaemon();
-    void everyAssignmentIsStoredSaidAndSent_data();
-    void everyAssignmentIsStoredSaidAndSent();
+    void everyAssignmentIsStoredShownAndSent_data();
+    void everyAssignmentIsStoredShownAndSent();
     void keySwitchesToAProfile();
     void keyLaunchesAnApplication();
-    void assignmentToWhatDoesNotExistChangesNothing_data();
-    void assignmentToWhatDoesNotExistChangesNothing();
-    void changesAreAnnouncedInItsName();
+    void impossibleAssignmentChangesNothing_data();
+    void impossibleAssignmentChangesNothing();
+    void changesNameKestractlAsTheirSource();
     void profileListMarksTheActiveOne();
     void profileIsSwitchedByNumberAndByName();
     void profileThatDoesNotExistIsRefused_data();
     void profileThatDoesNotExistIsRefused();
     void profileNameThatDoesNotExistIsWrongUsage();
-    void profileNameBorneTwiceIsWrongUsage();
-    void virtualKeyboardTakesItsCommands_data();
-    void virtualKeyboardTakesItsCommands();
-    void sentKeysAreWhatTheComputerSees();
+    void ambiguousProfileNameIsWrongUsage();
+    void virtualKeyboardAcceptsItsCommands_data();
+    void virtualKeyboardAcceptsItsCommands();
+    void showsTheKeysThatTheComputerSees();
     void gameModeIsSwitched();
     void brightnessIsSet();
     void brightnessKeysArePressed();
@@ -63,9 +63,9 @@ private Q_SLOTS:
     void lightIsChanged_data();
     void lightIsChanged();
     void lightKeepsTheOtherColors();
-    void lightOfAnUnknownEffectIsSaid();
-    void lightRefusesWhatMeansNothing_data();
-    void lightRefusesWhatMeansNothing();
+    void reportsAnUnknownLightEffect();
+    void lightRefusesMeaninglessWords_data();
+    void lightRefusesMeaninglessWords();
     void lightIsThatOfTheActiveProfile();
     void macroIsRecordedOnTheFly();
     void twoAtOnceGetTheirOwnReplies();
@@ -77,7 +77,7 @@ private:
     QVariantMap document() const;
     void startDaemon();
     void addProfile(const QString &name);
-    /// The active profile is the first one.
+    /// Changes the first profile, as another client.
     void changeProfile(const QVariantMap &settings);
     void addMacro(const QString &name);
     void pressAndRelease(const QString &key) const;
@@ -93,7 +93,7 @@ void TestKestractl::init()
     QVERIFY(mFolder->isValid());
     mEnvironment = QProcessEnvironment::systemEnvironment();
     mEnvironment.insert(u"HOME"_s, mFolder->path());
-    // Not the desktop of whoever runs the tests: its windows come to the front as they like.
+    // Hides the tester's desktop, where windows come to the front at any time.
     mEnvironment.remove(u"DISPLAY"_s);
     mEnvironment.remove(u"WAYLAND_DISPLAY"_s);
     for (const QString &name : {u"XDG_STATE_HOME"_s, u"XDG_DATA_HOME"_s, u"XDG_CONFIG_HOME"_s})
@@ -128,7 +128,7 @@ QVariantMap TestKestractl::document() const
     return QlCoreUtility::convertDataToDictionary(run({u"document"_s, u"--plist"_s}).output).value_or(QVariantMap());
 }
 
-/// kestractl adds no profiles, so this process asks the daemon itself.
+/// Without kestractl, which would copy the factory settings into the profile.
 void TestKestractl::addProfile(const QString &name)
 {
     const qsizetype count = document().value(SettingsKeys::profiles).toList().size();
@@ -171,7 +171,7 @@ void TestKestractl::pressAndRelease(const QString &key) const
     QCOMPARE(run({u"keyboard"_s, u"release"_s, key}).exitCode, 0);
 }
 
-void TestKestractl::statusTellsWhatIsActive()
+void TestKestractl::statusShowsTheActiveProfile()
 {
     const KestractlResult result = run({u"status"_s});
     QCOMPARE(result.exitCode, 0);
@@ -285,7 +285,7 @@ void TestKestractl::keyIsNamedInSeveralWays()
     QCOMPARE(result.json().object().value("code"_L1).toInt(), code);
 }
 
-void TestKestractl::keyCanBeDisabledAndSetBack()
+void TestKestractl::keyCanBeDisabledAndReset()
 {
     const KestractlResult disabled = run({u"key"_s, u"A"_s, u"disable"_s});
     QCOMPARE(disabled.exitCode, 0);
@@ -336,7 +336,7 @@ void TestKestractl::disabledKeyOutlivesAKilledDaemon()
     QCOMPARE(line({u"key"_s, u"A"_s}), u"A: disabled"_s);
 }
 
-void TestKestractl::everyAssignmentIsStoredSaidAndSent_data()
+void TestKestractl::everyAssignmentIsStoredShownAndSent_data()
 {
     QTest::addColumn<QStringList>("words");
     QTest::addColumn<QString>("said");
@@ -362,7 +362,7 @@ void TestKestractl::everyAssignmentIsStoredSaidAndSent_data()
                              << QStringList{u"+7:20"_s, u"-7:20"_s};
 }
 
-void TestKestractl::everyAssignmentIsStoredSaidAndSent()
+void TestKestractl::everyAssignmentIsStoredShownAndSent()
 {
     QFETCH(QStringList, words);
     QFETCH(QString, said);
@@ -379,14 +379,14 @@ void TestKestractl::everyAssignmentIsStoredSaidAndSent()
     QTEST((QJsonArray{entry.value("command"_L1), entry.value("param1"_L1), entry.value("param2"_L1)}), "entry");
     SentRecorder recorder;
     pressAndRelease(u"Q"_s);
-    pressAndRelease(u"Z"_s); // which is itself, so that what came before it is all that came
+    pressAndRelease(u"Z"_s); // Z sends itself, which marks the end of what Q sends
     QFETCH(QStringList, sent);
     QTRY_COMPARE(recorder.sent(), sent + QStringList({u"+7:29"_s, u"-7:29"_s}));
 }
 
 void TestKestractl::keySwitchesToAProfile()
 {
-    addProfile(u"Work"_s); // and makes it the active one
+    addProfile(u"Work"_s); // the daemon makes it active
     QCOMPARE(line({u"key"_s, u"Q"_s, u"profile"_s, u"Default Profile"_s}), u"Q: profile Default Profile"_s);
     QCOMPARE(status().value("activeProfile"_L1), QJsonValue(1));
     SentRecorder recorder;
@@ -411,7 +411,7 @@ void TestKestractl::keyLaunchesAnApplication()
     QVERIFY(recorder.sent().isEmpty());
 }
 
-void TestKestractl::assignmentToWhatDoesNotExistChangesNothing_data()
+void TestKestractl::impossibleAssignmentChangesNothing_data()
 {
     QTest::addColumn<QStringList>("words");
     QTest::addColumn<QString>("error");
@@ -425,7 +425,7 @@ void TestKestractl::assignmentToWhatDoesNotExistChangesNothing_data()
                                  << u"neither a desktop entry nor an application bundle"_s;
 }
 
-void TestKestractl::assignmentToWhatDoesNotExistChangesNothing()
+void TestKestractl::impossibleAssignmentChangesNothing()
 {
     QFETCH(QStringList, words);
     QFETCH(QString, error);
@@ -438,7 +438,7 @@ void TestKestractl::assignmentToWhatDoesNotExistChangesNothing()
     QCOMPARE(document(), before);
 }
 
-void TestKestractl::changesAreAnnouncedInItsName()
+void TestKestractl::changesNameKestractlAsTheirSource()
 {
     QObject observer;
     QStringList sources;
@@ -499,7 +499,7 @@ void TestKestractl::profileNameThatDoesNotExistIsWrongUsage()
     QVERIFY(result.errorText().contains(u"No such profile"_s));
 }
 
-void TestKestractl::profileNameBorneTwiceIsWrongUsage()
+void TestKestractl::ambiguousProfileNameIsWrongUsage()
 {
     addProfile(u"Twin"_s);
     addProfile(u"Twin"_s);
@@ -510,7 +510,7 @@ void TestKestractl::profileNameBorneTwiceIsWrongUsage()
     QCOMPARE(status().value("activeProfile"_L1).toInt(), active);
 }
 
-void TestKestractl::virtualKeyboardTakesItsCommands_data()
+void TestKestractl::virtualKeyboardAcceptsItsCommands_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode");
@@ -524,7 +524,7 @@ void TestKestractl::virtualKeyboardTakesItsCommands_data()
     QTest::newRow("no such command") << QStringList{u"explode"_s} << 2;
 }
 
-void TestKestractl::virtualKeyboardTakesItsCommands()
+void TestKestractl::virtualKeyboardAcceptsItsCommands()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, exitCode);
@@ -533,7 +533,7 @@ void TestKestractl::virtualKeyboardTakesItsCommands()
     QCOMPARE(result.errors.isEmpty(), exitCode == 0);
 }
 
-void TestKestractl::sentKeysAreWhatTheComputerSees()
+void TestKestractl::showsTheKeysThatTheComputerSees()
 {
     const KestractlResult nothing = run({u"keyboard"_s, u"sent"_s});
     QCOMPARE(nothing.exitCode, 0);
@@ -615,7 +615,7 @@ void TestKestractl::lightIsChanged()
     const QJsonObject before = run({u"light"_s, u"--json"_s}).json().object();
     const KestractlResult result = run(QStringList{u"light"_s, u"--json"_s} + words);
     QCOMPARE(result.exitCode, 0);
-    // What it prints is what the daemon now holds.
+    // kestractl prints the values that the daemon now holds.
     QJsonObject after = result.json().object();
     QCOMPARE(after.value(name), value);
     const QString shown = after.value("now"_L1).toString();
@@ -644,7 +644,7 @@ void TestKestractl::lightKeepsTheOtherColors()
     QCOMPARE(after.first().toMap().keys(), before.first().toMap().keys());
 }
 
-void TestKestractl::lightOfAnUnknownEffectIsSaid()
+void TestKestractl::reportsAnUnknownLightEffect()
 {
     changeProfile({{SettingsKeys::ledKbEffects, 2}});
     QVERIFY(line({u"light"_s}).contains(u"effect: unknown (2)"_s));
@@ -656,7 +656,7 @@ void TestKestractl::lightOfAnUnknownEffectIsSaid()
     QVERIFY(line({u"light"_s, u"effect"_s, u"spectrum"_s}).startsWith(u"backlight: off"_s));
 }
 
-void TestKestractl::lightRefusesWhatMeansNothing_data()
+void TestKestractl::lightRefusesMeaninglessWords_data()
 {
     QTest::addColumn<QStringList>("words");
     QTest::newRow("no such setting") << QStringList{u"loud"_s};
@@ -670,7 +670,7 @@ void TestKestractl::lightRefusesWhatMeansNothing_data()
     QTest::newRow("option it has not") << QStringList{u"on"_s, u"--plist"_s};
 }
 
-void TestKestractl::lightRefusesWhatMeansNothing()
+void TestKestractl::lightRefusesMeaninglessWords()
 {
     QFETCH(QStringList, words);
     const QVariantMap before = document();
@@ -684,7 +684,7 @@ void TestKestractl::lightRefusesWhatMeansNothing()
 void TestKestractl::lightIsThatOfTheActiveProfile()
 {
     QCOMPARE(run({u"light"_s, u"color"_s, u"red"_s}).exitCode, 0);
-    addProfile(u"Dark"_s); // becomes the active one, and says nothing of a light
+    addProfile(u"Dark"_s); // becomes active, and has no light settings
     QCOMPARE(line({u"light"_s}).section(u'\n', 0, 0), u"backlight: off"_s);
     QCOMPARE(run({u"light"_s, u"color"_s, u"blue"_s}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);

@@ -16,7 +16,7 @@ using KeyMappings::Assignment;
 
 namespace {
 
-/// Two profiles of different names, three macros of which two share theirs.
+/// Two profiles with different names, and three macros, two of which share a name.
 QVariantMap document()
 {
     const auto profile = [](const QString &name) { return QVariantMap{{SettingsKeys::profileName, name}}; };
@@ -49,12 +49,12 @@ private Q_SLOTS:
 
     void makesTheEntry_data();
     void makesTheEntry();
-    void refusesWhatMeansNothing_data();
-    void refusesWhatMeansNothing();
+    void refusesMeaninglessWords_data();
+    void refusesMeaninglessWords();
     void launchTakesAnApplication();
     void launchRefusesAnythingElse_data();
     void launchRefusesAnythingElse();
-    void thereIsNoOtherKind();
+    void findsNoOtherKind();
 };
 
 void KeyAssignmentsTest::makesTheEntry_data()
@@ -99,7 +99,7 @@ void KeyAssignmentsTest::makesTheEntry()
     QCOMPARE(made->param2.typeId(), QMetaType::Int);
 }
 
-void KeyAssignmentsTest::refusesWhatMeansNothing_data()
+void KeyAssignmentsTest::refusesMeaninglessWords_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<QString>("argument");
@@ -128,7 +128,7 @@ void KeyAssignmentsTest::refusesWhatMeansNothing_data()
     }
 }
 
-void KeyAssignmentsTest::refusesWhatMeansNothing()
+void KeyAssignmentsTest::refusesMeaninglessWords()
 {
     QFETCH(QString, kind);
     QFETCH(QString, argument);
@@ -175,7 +175,7 @@ void KeyAssignmentsTest::launchRefusesAnythingElse()
     QVERIFY(!make(u"launch"_s, folder.filePath(u"Empty.app"_s)));
 }
 
-void KeyAssignmentsTest::thereIsNoOtherKind()
+void KeyAssignmentsTest::findsNoOtherKind()
 {
     QVERIFY(!findAssignmentKind(u"explode"_s));
     QVERIFY(!findAssignmentKind(QString()));

@@ -40,14 +40,14 @@ class TestKeyDescription : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void saysWhatAKeyDoes_data();
-    void saysWhatAKeyDoes();
+    void describesAKey_data();
+    void describesAKey();
     void jsonHasTheStoredEntry();
     void jsonOfAKeyWithoutEntryHasNull();
     void activeProfileOutOfRangeIsEmpty();
 };
 
-void TestKeyDescription::saysWhatAKeyDoes_data()
+void TestKeyDescription::describesAKey_data()
 {
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<QString>("words");
@@ -77,7 +77,7 @@ void TestKeyDescription::saysWhatAKeyDoes_data()
                              << u"assignment 30, which does nothing"_s;
 }
 
-void TestKeyDescription::saysWhatAKeyDoes()
+void TestKeyDescription::describesAKey()
 {
     QFETCH(QVariant, stored);
     QFETCH(QString, words);
