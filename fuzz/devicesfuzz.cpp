@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Keyboards that were chosen, and what keyboards say of themselves: whatever devices.plist holds, the daemon reads a
-// choice or none, can keep it, and the file that it found is still there. Whatever a keyboard's serial number, port and
-// name are, the rule for it has its own lines and no others, because the superuser's udev obeys them.
+// Chosen keyboards, and the data that keyboards report of themselves. Whatever devices.plist contains, the daemon reads
+// a whole choice or none, keeps the file that it found, and can save a choice. Whatever the serial number, port and
+// name of a keyboard are, its udev rule has the lines of a rule and no others, because root's udev obeys them.
 #include "base/propertylist.h"
 #include "cli/devicerule.h"
 #include "daemon/keyboards/devicechoice.h"

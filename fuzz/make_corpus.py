@@ -105,11 +105,12 @@ def nested(levels):
     return [nested(levels - 1)] if levels > 1 else []
 
 
-# Profiles that a reader accepts and the settings do not: too many containers inside each other, too much text.
+# Profiles that a reader accepts and the settings refuse: containers nested too deeply, and more text than they may
+# have.
 LARGE = ["x" * 5000] * 440
 UNBOUNDED = {"deep": {"other": nested(505)}, "large": {"other": LARGE}, "larger": {"other": LARGE, "another": LARGE}}
 
-# A choice of keyboards, and a keyboard as kestractl makes a rule for it, in one.
+# Each dictionary is both a choice of keyboards and a keyboard for which kestractl makes a udev rule.
 KEYBOARD = {"Vendor": 1204, "Product": 4660, "Serial": "AB 12", "Path": "usb-0:1.2:1.0", "Id": "04b4-1234", "Name": "K"}
 DEVICES = [
     {**KEYBOARD, "Devices": [KEYBOARD, KEYBOARD]}, {**KEYBOARD, "Serial": "", "Devices": []},

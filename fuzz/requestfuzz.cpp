@@ -186,7 +186,8 @@ private:
     DeviceDaemon mDaemon;
 };
 
-/// The active profile on the disk may differ: switches due to the application in front are not stored.
+/// The active profile on the disk may differ, because the daemon does not store switches due to the application in
+/// front.
 void requireStored(const QVariantMap &document)
 {
     const QVariantMap stored =
