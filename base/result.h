@@ -16,7 +16,7 @@ struct Error
 
 template <typename T, typename E = Error> class Result;
 
-/// Either a `T` or an `E`. A value and an error convert to it, so that a function returns either as it is.
+/// Either a `T` or an `E`. Both convert to it: a function can return either directly.
 template <typename T, typename E> class [[nodiscard]] Result
 {
 public:

@@ -112,7 +112,7 @@ void readOption(SplitLine &line, const QStringList &arguments, qsizetype &positi
     line.options.insert(option, hasOwnValue ? argument.sliced(option.size() + 1) : arguments.at(position));
 }
 
-/// Options may stand anywhere before "--"; a single dash is a word.
+/// Options can be anywhere before "--"; a single dash is a word.
 SplitLine split(const QStringList &arguments)
 {
     SplitLine line;

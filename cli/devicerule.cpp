@@ -9,14 +9,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Neither a quote, nor a line's end, nor what a pattern of udev gives a meaning to.
+/// Whether `text` has no quotes, line ends or characters with a meaning in udev's patterns.
 bool isHarmless(const QString &text)
 {
     static const QRegularExpression harmless(u"\\A[A-Za-z0-9._:+/=@-]+( [A-Za-z0-9._:+/=@-]+)*\\z"_s);
     return text.size() <= 128 && harmless.match(text).hasMatch();
 }
 
-/// So that it can stand in a shell's command line and in the name of a file.
+/// Whether `id` is safe in a shell's command line and in a file name.
 bool isPlainId(const QString &id)
 {
     static const QRegularExpression plain(u"\\A[A-Za-z0-9._:-]{1,128}\\z"_s);
@@ -28,7 +28,7 @@ QString hexadecimal(uint number)
     return QString::asprintf("%04x", number);
 }
 
-/// What tells this keyboard from others of its make; empty when nothing does.
+/// The condition that only this keyboard of its make meets; empty when there is none.
 QString conditionOf(const QVariantMap &device)
 {
     const QString serial = device.value(DeviceKeys::serial).toString();

@@ -8,11 +8,11 @@
 
 #include <optional>
 
-/// The rule's file, its first lines telling how to install it. `device` is one of DeviceClient::list(); `userId` the
-/// number of the user who is to set the keyboard's light. Absent for a keyboard without numbers to know it by, or with
-/// an id that is more than letters, digits and . : - _
+/// The rules file, whose first lines explain how to install it. `device` is one of DeviceClient::list(); the user with
+/// the number `userId` may set the keyboard's light. Absent for a keyboard without vendor and product numbers, or with
+/// an id that is not made of letters, digits and . : - _
 ///
-/// Serial number and port come from the keyboard: they are taken into the rule, which the superuser's udev reads, only
-/// when they consist of harmless characters. Without one of them the rule means every keyboard of this make, and says
-/// so.
+/// Root's udev obeys the rule, and the keyboard reports its serial number and port itself. The rule therefore has the
+/// serial number, or the port of a keyboard without one, only if all its characters are harmless. Otherwise, the rule
+/// applies to every keyboard of this make, and its first line says so.
 [[nodiscard]] std::optional<QString> deviceRule(const QVariantMap &device, uint userId);

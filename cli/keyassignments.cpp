@@ -47,7 +47,7 @@ Result<NewAssignment> makeSingleKey(const AssignmentWords &words)
     return NewAssignment{.assignment = Assignment::singleKey, .param1 = *key, .param2 = modifiers};
 }
 
-/// The repeat value that "once", "until-released", "until-pressed-again" or a number of times stands for.
+/// The repeat value for "once", "until-released", "until-pressed-again" or a number of times.
 std::optional<int> repeatValue(const QString &text)
 {
     if (text.isEmpty() || text == "once"_L1)

@@ -40,7 +40,7 @@ QString singleKeyWords(const KeyMappings::Entry &entry)
 {
     QList<int> codes;
     eventParser::getModifierHIDRetVal(static_cast<quint8>(entry.param2), codes);
-    constexpr int firstKey = 4; // the codes below are no keys: nothing but the modifiers is sent
+    constexpr int firstKey = 4; // lower codes are not keys: the daemon sends only the modifiers
     if (entry.param1 >= firstKey)
         codes += entry.param1;
     QStringList names;

@@ -25,5 +25,5 @@ struct RecordKind
 extern const RecordKind profileKind;
 extern const RecordKind macroKind;
 
-/// Whether `record` is of `kind`, as far as its keys tell: it has a name or the content of that kind.
+/// Whether `record` has the name or the content of a record of `kind`.
 [[nodiscard]] bool isOfKind(const QVariantMap &record, const RecordKind &kind);

@@ -142,7 +142,7 @@ CommandResult<void> showStatus(CommandContext &context)
     const bool asJson = context.hasOption(Options::json);
     const CommandResult<QVariantMap> document = context.daemon.document();
     if (!document) {
-        // A missing or silent daemon is also an answer, so that a script can read it.
+        // A missing or silent daemon is also an answer, for scripts to read.
         const bool isMissing = document.error().code == ExitCode::noDaemon;
         const QString state = isMissing ? u"not running"_s : u"not answering"_s;
         if (asJson)

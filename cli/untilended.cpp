@@ -34,7 +34,7 @@ void runUntilEnded(QEventLoop &loop, std::optional<std::chrono::milliseconds> du
     } else {
         input.emplace(STDIN_FILENO, QSocketNotifier::Read);
         QObject::connect(&*input, &QSocketNotifier::activated, &loop, [&loop] {
-            // What was typed with Return, so that the shell does not get it; the end of the input ends the wait, too.
+            // Consumes the typed text, which the shell would otherwise get. The end of the input also ends the wait.
             std::array<char, 4096> typed{};
             const ssize_t count = ::read(STDIN_FILENO, typed.data(), typed.size());
             if (count <= 0 || std::find(typed.begin(), typed.begin() + count, '\n') != typed.begin() + count)

@@ -10,6 +10,6 @@
 /// Reads the seconds that "--seconds" gives: above 0, at most a day. Absent when `text` means none.
 [[nodiscard]] std::optional<std::chrono::milliseconds> secondsOf(const QString &text);
 
-/// Runs `loop` until somebody quits it, for `duration`, or, without one, until a line or the end of the standard input;
-/// in any case until SIGINT, SIGTERM or SIGHUP, so that what has begun can be brought to its end.
+/// Runs `loop` for `duration` or, without one, until a line or the end of the standard input. Quitting the loop and
+/// SIGINT, SIGTERM and SIGHUP end it as well: the caller can then finish its work.
 void runUntilEnded(QEventLoop &loop, std::optional<std::chrono::milliseconds> duration);

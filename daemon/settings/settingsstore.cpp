@@ -258,7 +258,7 @@ bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
     return false;
 }
 
-/// Finishes the save of a killed daemon, so that this save does not overwrite its copy .0.
+/// Finishes the save of a killed daemon, whose copy .0 this save would otherwise overwrite.
 void SettingsStore::finishInterruptedSave()
 {
     const QString previous = copyPath(0);

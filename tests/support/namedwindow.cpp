@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A window of an application with a given name: "namedwindow NAME". NAME becomes the class of the window on X11 and the
-// application id on Wayland. Ends when its standard input is closed, so that no window outlives the test that opened
-// it.
+// application id on Wayland. The program ends when its standard input is closed: no window outlives the test that
+// opened it.
 #include <QGuiApplication>
 #include <QRasterWindow>
 #include <QSocketNotifier>

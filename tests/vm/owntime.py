@@ -2,7 +2,7 @@
 """A limit on the time that a process has for itself.
 
 This time passes while the process uses a processor, and while all its threads sleep: a process that hangs either way
-ends. It does not pass while the process waits for a processor or a disk, so that other programs cannot use it up.
+ends. It does not pass while the process waits for a processor or a disk: other programs cannot use it up.
 """
 
 import os

@@ -40,7 +40,7 @@ public:
 };
 
 /// Reads the file directly, because libevdev makes a system call before each event. After dropped events, libevdev
-/// finds the missed ones. Every key is reported to it, so that it knows the state before.
+/// finds the missed ones. For this, it needs the state before, and therefore gets every key.
 class EvdevFile : public EventFile
 {
 public:

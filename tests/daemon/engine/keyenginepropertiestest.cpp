@@ -22,7 +22,7 @@ constexpr int sequenceCount = 4000;
 constexpr int stepsPerSequence = 80;
 constexpr int macroCount = 4;
 
-// Few keys, so that they meet often: letters, both Shifts and Commands, an extra key, a button.
+// Few keys, which often meet: letters, both Shifts and Commands, an extra key, a button.
 constexpr std::array keys{HidUsage{7, 4},   HidUsage{7, 5},   HidUsage{7, 6},   HidUsage{7, 7},
                           HidUsage{7, 106}, HidUsage{7, 224}, HidUsage{7, 225}, HidUsage{7, 227},
                           HidUsage{7, 229}, HidUsage{7, 231}, HidUsage{9, 4}};

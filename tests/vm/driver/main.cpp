@@ -101,7 +101,7 @@ void printIdleness(pid_t daemon)
     }
 }
 
-/// In turn, so that other load on the machine slows both equally.
+/// Measures the two in turn, because other load on the machine then slows both equally.
 void printLatencies(const std::string &way, Latencies (*measureSome)(UhidKeyboard &, EventNode &, int),
                     Machine &machine, EventNode &raw, const Unit &unit)
 {
