@@ -26,14 +26,15 @@ COMPILED = {name: re.compile(pattern, re.MULTILINE | re.IGNORECASE if name in ("
             for name, pattern in PATTERNS.items()}
 
 # The most per 10,000 words that each kind of text may have. Lower a number when a text has become better.
+# "tell" in the messages is the name of a function, in the script for KWin.
 CEILINGS = {
-    "comments": {"tell": 29.6, "what-clause": 28.3, "is-no": 9.9, "anybody": 9.6, "let-go": 4.4, "is-to": 7.6, "stands": 10.6, "as-it-is": 4.7, "goes-on": 0.2, "so-that": 19.0, "too": 9.6},
-    "documents": {"tell": 17.0, "what-clause": 13.9, "is-no": 6.2, "anybody": 6.2, "let-go": 6.7, "is-to": 2.6, "stands": 2.6, "as-it-is": 5.2, "so-that": 10.3, "too": 2.6},
-    "help": {"tell": 18.3, "what-clause": 27.4, "anybody": 4.6, "is-to": 4.6, "goes-on": 9.1, "so-that": 4.6, "too": 9.1},
-    "messages": {"tell": 65.1, "is-no": 57.9, "anybody": 3.6, "let-go": 10.9, "is-to": 7.2, "too": 7.2},
-    "test names": {"tell": 59.6, "is-no": 23.0, "anybody": 2.9, "let-go": 12.9, "is-to": 0.7, "stands": 10.0, "as-it-is": 2.9, "goes-on": 1.4},
-    "tests": {"tell": 22.9, "what-clause": 26.2, "is-no": 5.7, "anybody": 15.1, "let-go": 2.9, "is-to": 3.7, "stands": 11.9, "as-it-is": 7.4, "so-that": 16.4, "too": 5.7},
-    "window": {"is-to": 29.8, "goes-on": 29.8},
+    "comments": {"is-no": 0.3, "stands": 0.3, "as-it-is": 0.3},
+    "documents": {},
+    "help": {},
+    "messages": {"tell": 17.5},
+    "test names": {},
+    "tests": {"tell": 0.4, "is-no": 0.8, "anybody": 0.4},
+    "window": {},
 }
 
 CODE_SUFFIXES = {".cpp", ".h", ".inc"}
