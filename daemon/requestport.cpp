@@ -55,7 +55,8 @@ public:
 private:
     static void replyToRefused(const RequestMessage &message, const QByteArray &reply)
     {
-        if (!message.data || message.data->size() > RequestPort::maximumRefusedBytes)
+        const bool isAwaited = message.readAt.has_value();
+        if (!isAwaited || !message.data || message.data->size() > RequestPort::maximumRefusedBytes)
             return;
         const std::optional<QVariantMap> request = QlCoreUtility::convertDataToDictionary(message.data);
         if (const std::optional<QString> port = request ? replyPortOf(*request) : std::nullopt)

@@ -34,7 +34,7 @@ public:
     using Take = std::function<Status(const QString &sender, const RequestMessage &message)>;
 
     /// The reply port of a larger refused message is not looked up, because this thread must not be busy.
-    static constexpr qsizetype maximumRefusedBytes = 64 * 1024;
+    static constexpr qsizetype maximumRefusedBytes = 256 * 1024;
 
     /// A longer gap between two signs of life means that the process stood still.
     static constexpr std::chrono::seconds standstill{5};

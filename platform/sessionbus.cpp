@@ -17,8 +17,13 @@ void neverPauseReading(const QDBusConnection &bus)
         return library ? reinterpret_cast<SetMaximum>(::dlsym(library, "dbus_connection_set_max_received_size"))
                        : nullptr;
     }();
-    void *connection = bus.internalPointer();
-    if (connection && setMaximum)
+    if (!setMaximum) {
+        static std::once_flag isReported;
+        std::call_once(isReported,
+                       [] { qWarning("the bus library has changed: large messages may end the connection"); });
+        return;
+    }
+    if (void *connection = bus.internalPointer())
         setMaximum(connection, std::numeric_limits<long>::max());
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tableviewmodel.h"
 
+#include "base/visibletext.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -41,6 +43,11 @@ QVariant TableViewModel::objectValue(const QModelIndex &index) const
     return mSource->tableViewObjectValueForTableColumnRow(mView, mColumns.at(index.column()).identifier, index.row());
 }
 
+QString TableViewModel::shownText(const QModelIndex &index) const
+{
+    return visibleText(objectValue(index).toString(), u' ');
+}
+
 QVariant TableViewModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid())
@@ -51,8 +58,8 @@ QVariant TableViewModel::data(const QModelIndex &index, int role) const
     case Qt::TextAlignmentRole: return int(column.alignment);
     case Qt::CheckStateRole:
         return isCheckBox ? QVariant(objectValue(index).toInt() != 0 ? Qt::Checked : Qt::Unchecked) : QVariant();
-    case Qt::AccessibleTextRole: return isCheckBox ? QVariant(column.title) : objectValue(index);
-    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole: return isCheckBox ? column.title : shownText(index);
+    case Qt::DisplayRole: return isCheckBox ? QVariant() : shownText(index);
     case Qt::EditRole: return isCheckBox ? QVariant() : objectValue(index);
     case Qt::DecorationRole: {
         const QIcon image =
@@ -61,7 +68,7 @@ QVariant TableViewModel::data(const QModelIndex &index, int role) const
     }
     case Qt::ToolTipRole:
         // A narrow column cuts off long names.
-        return isCheckBox ? QVariant() : QVariant(toolTipOf(objectValue(index).toString()));
+        return isCheckBox ? QVariant() : QVariant(toolTipOf(shownText(index)));
     default: return {};
     }
 }

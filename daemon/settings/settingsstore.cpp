@@ -109,8 +109,9 @@ std::optional<QVariantMap> SettingsStore::load()
     }
     if (!newest)
         return {};
-    if (!mWrongFile.isEmpty())
-        (void)save(newest->document); // the next change tries again
+    if (!mWrongFile.isEmpty() && !save(newest->document))
+        reportProblem(
+            u"%1 has wrong values, and its repair cannot be written; the next change tries again"_s.arg(mWrongFile));
     return newest->document;
 }
 
@@ -299,8 +300,10 @@ std::optional<QString> SettingsStore::keepAside(QLatin1StringView mark) const
         return name;
     const PropertyList::FileBytes bytes = PropertyList::readFileBytes(path());
     QString problem = bytes.error;
-    if (problem.isEmpty() && PropertyList::writeFileAtomically(name, bytes.data, &problem))
+    if (problem.isEmpty() && PropertyList::writeFileAtomically(name, bytes.data, &problem)) {
+        (void)makeFilePrivate(name); // after a failure the folder is private, or the log has reported it
         return name;
+    }
     qCCritical(lcSettings, "file: cannot keep %s as %s: %s", qUtf8Printable(path()), qUtf8Printable(name),
                qUtf8Printable(problem));
     return {};

@@ -158,6 +158,8 @@ void XmlOutlineTest::readsTextsWithinTheLimits_data()
     QTest::newRow("quotes in text") << document(u"<string>it's > \"a\"</string>"_s) << QVariant(u"it's > \"a\""_s);
     QTest::newRow("space around equals signs")
         << u"<plist version =\n\"1.0\" a= 'b'><true/></plist>"_s << QVariant(true);
+    // With namespaces, each element would look through the declarations of all elements around it.
+    QTest::newRow("prefix without a declaration") << document(u"<true a:b='c'/>"_s) << QVariant(true);
     QTest::newRow("default namespace") << u"<plist xmlns='a'><true/></plist>"_s << QVariant(true);
     QVariantList values;
     values.fill(true, 900'000);

@@ -31,7 +31,8 @@ private Q_SLOTS:
     void serviceContinuesAfterMuchTooLargeMessages();
 
 private:
-    static constexpr int floodCount = 60; // within the limit, including the requests that the tests add
+    static constexpr int floodCount = 60;   // within the limit, including the requests that the tests add
+    static constexpr int sharingCount = 32; // the most changes that are carried out between two turns
 
     /// Blocks the main thread with a request that the daemon logs.
     void hold();
@@ -113,7 +114,7 @@ void FloodTest::keyIsSentBetweenRequests()
     release();
     QTRY_COMPARE(mDaemon->replies().size(), floodCount);
     QCOMPARE(recorder.sent(), QStringList{u"+7:4"_s});
-    QVERIFY2(repliesBefore < floodCount, qPrintable(QString::number(repliesBefore)));
+    QVERIFY2(repliesBefore <= sharingCount, qPrintable(QString::number(repliesBefore)));
 }
 
 void FloodTest::anotherClientIsAnsweredBetweenRequests()
@@ -138,7 +139,7 @@ void FloodTest::anotherClientIsAnsweredBetweenRequests()
     const auto position = std::ranges::find(mDaemon->replies(), static_cast<qint32>(Command::readSettings),
                                             &DaemonProcessFixture::Reply::command)
                           - mDaemon->replies().begin();
-    QVERIFY2(position < floodCount, qPrintable(QString::number(position)));
+    QVERIFY2(position <= sharingCount, qPrintable(QString::number(position)));
 }
 
 void FloodTest::requestsBeyondTheLimitAreAnsweredAtOnce()

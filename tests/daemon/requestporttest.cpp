@@ -37,6 +37,7 @@ private Q_SLOTS:
     void takenNameIsReported();
     void refusedMessageIsAnswered();
     void replyPortOfALargeRefusedMessageIsNotLookedUp();
+    void refusedMessageOfASuspensionHasNoReply();
     void messagesNameTheirSender();
 
 private:
@@ -251,6 +252,26 @@ void RequestPortTest::replyPortOfALargeRefusedMessageIsNotLookedUp()
     QVERIFY(!answerTo(6, {{u"Data"_s, QByteArray(RequestPort::maximumRefusedBytes, 'x')}}).isEmpty());
     QVERIFY(!answerTo(10, {}).isEmpty());
     QTRY_COMPARE(replied, QList<qint32>{10});
+}
+
+void RequestPortTest::refusedMessageOfASuspensionHasNoReply()
+{
+    const auto port = makePort(1h);
+    QVERIFY(port->serve());
+    QList<qint32> replied;
+    const auto replyPort = LocalMessagePort::create(
+        replyPortName,
+        [&](qint32 number, const std::optional<QByteArray> &data) {
+            replied += number;
+            return data;
+        },
+        QDBusConnection::sessionBus());
+    sendInTurn({1});
+    mStatus = Status::busy;
+    mNow = Time(1h + 6s).count();
+    QVERIFY(!answerTo(6, {}).isEmpty()); // its client no longer waits
+    QTRY_VERIFY(!answerTo(10, {}).isEmpty() && replied.contains(10));
+    QVERIFY(!replied.contains(6));
 }
 
 void RequestPortTest::messagesNameTheirSender()

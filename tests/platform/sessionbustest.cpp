@@ -55,10 +55,11 @@ void SessionBusTest::providesOneSharedConnectionAndSeparateOnes()
     QDBusConnection::disconnectFromBus(ownName);
 }
 
-/// The reason for sharedSessionBus() and openSessionBus(). When this fails, the library has been fixed.
+/// The reason for sharedSessionBus() and openSessionBus(). When this is skipped, the library has been fixed.
 void SessionBusTest::plainConnectionStopsReadingAfterAPause()
 {
     const RawPoster poster;
+    bool isAnswering = true;
     {
         const auto plain = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"plain"_s);
         DistributedNotificationCenter center(plain);
@@ -68,9 +69,11 @@ void SessionBusTest::plainConnectionStopsReadingAfterAPause()
         poster.post(name, 64 * mebibyte);
         poster.waitUntilPosted();
         QTRY_COMPARE(heard, 1); // nothing waits any more
-        QVERIFY(!RawPoster::isAnswering(plain, 1000));
+        isAnswering = RawPoster::isAnswering(plain, 1000);
     }
     QDBusConnection::disconnectFromBus(u"plain"_s);
+    if (isAnswering)
+        QSKIP("this version of Qt continues to read: platform/sessionbus is not needed");
 }
 
 void SessionBusTest::answersWhileMessagesWait()

@@ -116,6 +116,7 @@ private Q_SLOTS:
     void abortingWritesNothing();
     void toolTipsShowTheTextLiterally_data();
     void toolTipsShowTheTextLiterally();
+    void namesCannotActOnTheTable();
     void actionsOfTheProgramDiscardTheEdit_data();
     void actionsOfTheProgramDiscardTheEdit();
     void clickOutsideFocusableControlsWritesTheText_data();
@@ -510,7 +511,6 @@ void TableViewTest::toolTipsShowTheTextLiterally_data()
     QTest::addColumn<QString>("name");
     for (const char *name : {"Work", "R&D", "a < b", "<b>bold</b>", "&lt;", "two  blanks"})
         QTest::newRow(name) << QString::fromLatin1(name);
-    QTest::newRow("two lines") << u"two\nlines"_s;
 }
 
 void TableViewTest::toolTipsShowTheTextLiterally()
@@ -527,6 +527,17 @@ void TableViewTest::toolTipsShowTheTextLiterally()
     QCOMPARE(shown.toPlainText(), name);
     mSource->names[0].clear();
     QCOMPARE(mTable->model()->index(0, nameColumn).data(Qt::ToolTipRole).toString(), QString());
+}
+
+void TableViewTest::namesCannotActOnTheTable()
+{
+    mSource->names[0] = u"two\nlines \u202eright"_s;
+    const QModelIndex index = mTable->model()->index(0, nameColumn);
+    const QString shown = u"two lines  right"_s;
+    QCOMPARE(index.data(Qt::DisplayRole).toString(), shown);
+    QCOMPARE(index.data(Qt::AccessibleTextRole).toString(), shown);
+    QVERIFY(index.data(Qt::ToolTipRole).toString().contains(shown));
+    QCOMPARE(index.data(Qt::EditRole).toString(), mSource->names[0]); // an edit changes only what the user types
 }
 
 void TableViewTest::actionsOfTheProgramDiscardTheEdit_data()

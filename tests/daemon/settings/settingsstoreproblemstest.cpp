@@ -228,8 +228,10 @@ void SettingsStoreProblemsTest::repairThatCannotBeWrittenLeavesTheFileAlone()
     {
         const FileSizeLimit fullDisk(16);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"its repair cannot be written"_s));
         QCOMPARE(nameOf(mStore->load()), u"edited"_s);
     }
+    QVERIFY(mStore->problems().constLast().contains(u"its repair cannot be written"_s));
     QCOMPARE(filesMatching(u"settings.plist*"_s), QStringList{u"settings.plist"_s});
     QCOMPARE(contentOf(u"settings.plist"_s), original);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was repaired"_s));
@@ -259,7 +261,9 @@ void SettingsStoreProblemsTest::originalIsKeptWithoutHardLinks()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"was repaired"_s));
     const HardLinkFailure noLinks(EPERM);
     QCOMPARE(nameOf(mStore->load()), u"edited"_s);
-    QCOMPARE(contentOf(filesMatching(u"settings.plist.damaged-*"_s).value(0)), original);
+    const QString kept = filesMatching(u"settings.plist.damaged-*"_s).value(0);
+    QCOMPARE(contentOf(kept), original);
+    QCOMPARE(modeOf(filePath(kept)), 0600);
     QCOMPARE(contentOf(u"settings.plist"_s), dataOf(documentNamed(u"edited"_s)));
 }
 
