@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The whole daemon except the bus: requests, keys and time in any order. After each request the document is valid, and
-// messages of the daemon can be written. A capture ends with its client, with its keyboard, with command 38 and when
-// Escape is held, whatever came before. At the end the disk holds the document, keys reach the computer, and no key is
-// down.
+// The whole daemon except the bus: requests of two senders, keys and time in any order. After each request the document
+// is valid, and messages of the daemon can be written. A capture ends with its client, with its keyboard, with command
+// 38 and when Escape is held, whatever came before. At the end the disk holds the document, keys reach the computer,
+// and no key is down.
 //
 // An input is a sequence of steps, each of which begins with a byte. A byte below `commandCount` is the number of a
 // request. The size of a property list (two bytes, high byte first) and the list itself follow. Any other byte is an
@@ -14,8 +14,10 @@
 #include "daemon/devicedaemon.h"
 #include "daemon/frontapplication/frontapplication.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
+#include "daemon/requestqueue.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
+#include "daemon/system/bootclock.h"
 #include "fuzz/target.h"
 #include "macros/macrorecord.h"
 
@@ -72,9 +74,18 @@ public:
 
     [[nodiscard]] const QVariantMap &document() const { return mDaemon.document(); }
 
+    /// Of two senders. Some requests wait for the next one, with which they can share a write; some come too late for a
+    /// reply. The size of the data decides.
     void send(qint32 number, const QByteArray &data)
     {
-        mDaemon.handleMessage(number, data);
+        const std::optional<std::chrono::microseconds> readAt =
+            data.size() % 16 == 15 ? std::nullopt : std::optional(timeSinceBoot());
+        const Status status =
+            mQueue.add(number % 2 == 0 ? u":1.1"_s : u":1.2"_s, {.number = number, .data = data, .readAt = readAt});
+        require(status == Status::ok || status == Status::busy, "a request is accepted or refused as one too many");
+        if (data.size() % 8 == 7)
+            return;
+        handleAll();
         const QString problem = SettingsDocument::problemOf(mDaemon.document());
         require(problem.isEmpty(), qPrintable(u"the document is valid: "_s + problem));
         if (number == qint32(DaemonProtocol::Command::releaseDevice) && QlCoreUtility::convertDataToDictionary(data))
@@ -99,6 +110,7 @@ public:
 
     void end()
     {
+        handleAll();
         holdEscape();
         remove();
         mKeyboard.attach();
@@ -108,6 +120,12 @@ public:
     }
 
 private:
+    void handleAll()
+    {
+        while (mDaemon.handleNextRequest(mQueue)) {
+        }
+    }
+
     DaemonServices services()
     {
         return {.sendReply = [](const QString &, qint32, const QVariantMap &reply) { requireWritable(reply); },
@@ -183,6 +201,7 @@ private:
     std::optional<std::chrono::microseconds> mDaemonTime;
     QString mCapturingClient; // the one that the daemon watches; empty while no client captures
     VirtualKeyboard mKeyboard;
+    RequestQueue mQueue;
     DeviceDaemon mDaemon;
 };
 
