@@ -3,14 +3,10 @@
 
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
-#include "base/resources.h"
-#include "base/text.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/frontapplication/desktopsearch.h"
 #include "daemon/frontapplication/frontapplicationadaptor.h"
-#include "daemon/frontapplication/kwinfrontapplication.h"
-#include "daemon/frontapplication/waylandfrontapplication.h"
-#include "daemon/frontapplication/x11frontapplication.h"
+#include "daemon/frontapplication/frontapplicationsources.h"
 #include "daemon/keyboards/devicechoice.h"
 #include "daemon/keyboards/devicesadaptor.h"
 #include "daemon/keyboards/linux/linuxdevices.h"
@@ -20,12 +16,11 @@
 #include "daemon/launch/programlauncher.h"
 #include "daemon/requestport.h"
 #include "daemon/requestqueue.h"
-#include "daemon/settings/factorysettings.h"
 #include "daemon/settings/settingsadaptor.h"
-#include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
+#include "daemon/settings/startdocument.h"
 #include "daemon/system/deadlinetimer.h"
-#include "daemon/system/desktopnotification.h"
+#include "daemon/system/desktopnotices.h"
 #include "daemon/system/handover.h"
 #include "daemon/system/logging.h"
 #include "daemon/system/statefolder.h"
@@ -38,29 +33,9 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
-#include <QLocale>
 #include <QTimer>
 
-using namespace Qt::StringLiterals;
-
 namespace {
-
-struct StartDocument
-{
-    QVariantMap document;
-    bool isMinimal = false; // neither settings nor factory settings could be read
-};
-
-StartDocument startDocument(SettingsStore &store)
-{
-    if (const std::optional<QVariantMap> stored = store.load())
-        return {.document = SettingsDocument::completed(*stored), .isMinimal = false};
-    qCInfo(lcSettings, "no settings yet: factory settings");
-    if (const std::optional<QVariantMap> factory = readFactorySettings(resourcePath(u"Kestra.plist"_s)))
-        return {.document = *factory, .isMinimal = false};
-    qCWarning(lcSettings, "file: no factory settings either: one profile that maps nothing");
-    return {.document = SettingsDocument::minimal(), .isMinimal = true};
-}
 
 void sendReply(const QString &portName, qint32 command, const QVariantMap &reply)
 {
@@ -106,26 +81,6 @@ private:
     std::function<void(const QString &)> mVanished;
 };
 
-/// The most reliable source first: on Wayland, an X server knows only some of the windows.
-std::vector<FrontApplicationWatch::SourceKind> frontApplicationSources(const QDBusConnection &bus)
-{
-    return {{"wayland"_L1, [] { return std::make_unique<WaylandFrontApplication>(); }},
-            {"kwin"_L1, [bus] { return std::make_unique<KWinFrontApplication>(bus); }},
-            {"x11"_L1, [] { return std::make_unique<X11FrontApplication>(); }}};
-}
-
-/// A lasting notice with the texts of these keys.
-DesktopNotification::Notice lastingNotice(const char *summaryKey, const char *bodyKey)
-{
-    // Loaded on demand: these notices are rare, and the texts need memory.
-    static const bool areTextsThere = [] {
-        installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
-        return true;
-    }();
-    Q_UNUSED(areTextsThere);
-    return {.summary = localizedText(summaryKey), .body = localizedText(bodyKey), .isPassing = false};
-}
-
 /// All parts of a serving daemon and their connections.
 class DaemonSession
 {
@@ -133,9 +88,8 @@ public:
     DaemonSession(SettingsStore &store, const QDBusConnection &bus)
         : mBus(bus), mDevices(mInputNodes, mLinuxKeyboard), mDeviceChoice(StateFolder::defaultPath()),
           mClientWatch(bus, [this](const QString &portName) { mDaemon.clientVanished(portName); }), mNotifications(bus),
-          mProfileNotification(bus), mReleaseNotification(bus), mSettingsNotification(bus),
-          mStart(startDocument(store)), mDaemon(store, mKeyboard, services(), mStart.document), mSettingsObject(store),
-          mKeyboardObject(mKeyboard), mDevicesObject(mDevices, mDeviceChoice),
+          mNotices(bus), mStart(readStartDocument(store)), mDaemon(store, mKeyboard, services(), mStart.document),
+          mSettingsObject(store), mKeyboardObject(mKeyboard), mDevicesObject(mDevices, mDeviceChoice),
           mFrontApplication(frontApplicationSources(bus)), mFrontApplicationObject(mFrontApplication),
           mDesktopSearch(mFrontApplication, bus)
     {
@@ -148,12 +102,10 @@ public:
         QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
             mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mKeyboard);
         });
-        QObject::connect(&mDevices, &LinuxDevices::panicked, &mReleaseNotification, [this] {
-            mReleaseNotification.show(lastingNotice("lkeyKeyboardReleased", "lkeyKeyboardReleasedHow"));
-        });
+        QObject::connect(&mDevices, &LinuxDevices::panicked, &mDaemon, [this] { mNotices.showKeyboardReleased(); });
         if (!store.problems().isEmpty())
-            showSettingsProblem();
-        store.setProblemHandler([this] { showSettingsProblem(); });
+            mNotices.showSettingsProblem();
+        store.setProblemHandler([this] { mNotices.showSettingsProblem(); });
         store.setFolderHandler([this] { (void)mDeviceChoice.save(mDevices.choices()); }); // logs a failure
         QObject::connect(&mFrontApplication, &FrontApplicationWatch::applicationChanged, &mDaemon,
                          &DeviceDaemon::setFrontApplication);
@@ -183,22 +135,14 @@ public:
 private:
     DaemonServices services()
     {
-        return {
-            .sendReply = sendReply,
-            .postNotification = [this](const QString &name,
-                                       const QVariantMap &info) { mNotifications.post(name, info); },
-            .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
-            .launchProgram = ProgramLauncher::launch,
-            .now = DeadlineTimer::now,
-            .wakeAt = [this](std::optional<KeyPath::Time> time) { mTimer.setDeadline(time); },
-            .showProfile = [this](const QString &name) { // the name is the whole message; nothing needs a translation
-                mProfileNotification.show({.summary = name, .body = {}});
-            }};
-    }
-
-    void showSettingsProblem()
-    {
-        mSettingsNotification.show(lastingNotice("lkeySettingsProblem", "lkeySettingsProblemHow"));
+        return {.sendReply = sendReply,
+                .postNotification = [this](const QString &name,
+                                           const QVariantMap &info) { mNotifications.post(name, info); },
+                .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
+                .launchProgram = ProgramLauncher::launch,
+                .now = DeadlineTimer::now,
+                .wakeAt = [this](std::optional<KeyPath::Time> time) { mTimer.setDeadline(time); },
+                .showProfile = [this](const QString &name) { mNotices.showProfile(name); }};
     }
 
     /// Called on the thread of the request port.
@@ -240,9 +184,7 @@ private:
     DeviceChoice mDeviceChoice;
     ClientWatch mClientWatch;
     DistributedNotificationCenter mNotifications;
-    DesktopNotification mProfileNotification;
-    DesktopNotification mReleaseNotification;
-    DesktopNotification mSettingsNotification;
+    DesktopNotices mNotices;
     StartDocument mStart;
     DeadlineTimer mTimer;
     RequestQueue mQueue;

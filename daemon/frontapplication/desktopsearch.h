@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Searches for a desktop while no source reports the application in front: at once, a few times after that, and then at
-// every sign of a desktop. Owned by the daemon's process; main thread only.
+// every sign of a desktop. Owned by the DaemonSession; main thread only.
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationwatch.h"

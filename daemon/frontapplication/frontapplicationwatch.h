@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Follows the application in front through the first source that works, and finds another one when that is lost. Owned
-// by the daemon's process; main thread only.
+// by the DaemonSession; main thread only.
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationsource.h"

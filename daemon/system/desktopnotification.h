@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // An on-screen message of the daemon: one bubble of the desktop's notification service (org.freedesktop.Notifications
-// 1.2), which the next message replaces. Owned by the daemon's process; main thread only.
+// 1.2), which the next message replaces. Owned by the DesktopNotices; main thread only.
 #pragma once
 
 #include <QDBusConnection>

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/frontapplication/frontapplicationsources.h"
+
+#include "daemon/frontapplication/kwinfrontapplication.h"
+#include "daemon/frontapplication/waylandfrontapplication.h"
+#include "daemon/frontapplication/x11frontapplication.h"
+
+using namespace Qt::StringLiterals;
+
+std::vector<FrontApplicationWatch::SourceKind> frontApplicationSources(const QDBusConnection &bus)
+{
+    // X11 comes last: on Wayland, an X server knows only some of the windows.
+    return {{"wayland"_L1, [] { return std::make_unique<WaylandFrontApplication>(); }},
+            {"kwin"_L1, [bus] { return std::make_unique<KWinFrontApplication>(bus); }},
+            {"x11"_L1, [] { return std::make_unique<X11FrontApplication>(); }}};
+}
