@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The daemon itself: makes the parts, connects them, and hands each event to the part responsible. The parts hold all
-// state. Owned by the daemon's process; main thread only.
+// state. Owned by the DaemonSession; main thread only.
 #pragma once
 
 #include "daemon/capture/capturecommands.h"

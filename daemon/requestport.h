@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The daemon's request port. Its own thread notes when each message arrives, even while the main thread is busy. Owned
-// by the daemon's process; main thread only.
+// by the RequestTurns; main thread only.
 #pragma once
 
 #include "base/status.h"

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/busobjects.h"
+
+BusObjects::BusObjects(const Parts &parts)
+    : mSettings(parts.store), mVirtualKeyboard(parts.virtualKeyboard), mDevices(parts.devices, parts.deviceChoice),
+      mFrontApplication(parts.frontApplication)
+{
+}
+
+bool BusObjects::registerOn(const QDBusConnection &bus)
+{
+    return mVirtualKeyboard.registerOn(bus) && mFrontApplication.registerOn(bus) && mDevices.registerOn(bus)
+           && mSettings.registerOn(bus);
+}

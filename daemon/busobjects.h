@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// The daemon's objects on the bus, apart from its request port. Owned by the DaemonSession; main thread only.
+#pragma once
+
+#include "daemon/frontapplication/frontapplicationadaptor.h"
+#include "daemon/keyboards/devicesadaptor.h"
+#include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
+#include "daemon/settings/settingsadaptor.h"
+
+class BusObjects
+{
+public:
+    /// The parts that the objects show, all of which must outlive them.
+    struct Parts
+    {
+        const SettingsStore &store;
+        VirtualKeyboard &virtualKeyboard;
+        DeviceSource &devices;
+        DeviceChoice &deviceChoice;
+        FrontApplicationWatch &frontApplication;
+    };
+
+    explicit BusObjects(const Parts &parts);
+
+    /// False if one of the objects cannot be put on `bus`.
+    [[nodiscard]] bool registerOn(const QDBusConnection &bus);
+
+private:
+    SettingsObject mSettings;
+    VirtualKeyboardObject mVirtualKeyboard;
+    DevicesObject mDevices;
+    FrontApplicationObject mFrontApplication;
+};

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/daemonsession.h"
+
+#include "daemon/frontapplication/frontapplicationsources.h"
+#include "daemon/settings/startdocument.h"
+#include "daemon/system/statefolder.h"
+
+DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, const QDBusConnection &bus)
+    : mBus(bus), mNotices(bus), mServices(bus, mNotices), mDevices(mEventDevices, mLinuxKeyboard),
+      mDeviceChoice(StateFolder::defaultPath()),
+      mDaemon(store, mVirtualKeyboard, mServices.functions(), start.document),
+      mFrontApplication(frontApplicationSources(bus)), mDesktopSearch(mFrontApplication, bus),
+      mObjects({.store = store,
+                .virtualKeyboard = mVirtualKeyboard,
+                .devices = mDevices,
+                .deviceChoice = mDeviceChoice,
+                .frontApplication = mFrontApplication}),
+      mRequests(bus, [this](RequestQueue &queue) { return mDaemon.handleNextRequest(queue); })
+{
+    mDaemon.setAwaitsFactorySettings(start.isMinimal);
+    connectDaemon();
+    connectKeyboards();
+    connectStore(store);
+}
+
+void DaemonSession::connectDaemon()
+{
+    QObject::connect(&mServices, &SystemServices::clientVanished, &mDaemon, &DeviceDaemon::clientVanished);
+    QObject::connect(&mServices, &SystemServices::timeReached, &mDaemon, &DeviceDaemon::wake);
+    QObject::connect(&mFrontApplication, &FrontApplicationWatch::applicationChanged, &mDaemon,
+                     &DeviceDaemon::setFrontApplication);
+}
+
+void DaemonSession::connectKeyboards()
+{
+    QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
+        mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mVirtualKeyboard);
+    });
+    QObject::connect(&mDevices, &LinuxDevices::panicked, &mDaemon, [this] { mNotices.showKeyboardReleased(); });
+}
+
+void DaemonSession::connectStore(SettingsStore &store)
+{
+    // The start document has been read before there was a handler.
+    if (!store.problems().isEmpty())
+        mNotices.showSettingsProblem();
+    store.setProblemHandler([this] { mNotices.showSettingsProblem(); });
+    store.setFolderHandler([this] { (void)mDeviceChoice.save(mDevices.choices()); }); // logs a failure
+}
+
+void DaemonSession::useKeyboards()
+{
+    // First the state that the daemon starts with; the next step may already change it.
+    mDaemon.announceKeyboard();
+    mDevices.useWhenPresent(mDeviceChoice.load());
+}
