@@ -105,6 +105,63 @@ MainControllerServices services()
     return result;
 }
 
+/// Names the application and installs its texts.
+void nameApplication()
+{
+    QCoreApplication::setApplicationName(u"kestra-configurator"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
+    QGuiApplication::setDesktopFileName(u"org.quillkestra.Configurator"_s);
+    installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
+    QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName")); // one of the texts
+}
+
+/// Connects to the session bus, and loads the font meanwhile.
+void connectToBus()
+{
+    const std::jthread bus([] { (void)sharedSessionBus(); });
+    prepareFont();
+}
+
+/// Shows the window when another instance is started.
+void showOnActivation(const SingleInstance &instance, MainWindow &window)
+{
+    QObject::connect(&instance, &SingleInstance::activationRequested, &window, [&window] {
+        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+        window.show();
+        window.raise();
+        window.activateWindow();
+    });
+}
+
+/// Makes the window and its controllers, shows the window and runs until the program quits. Returns the exit code.
+int runWindow(const SingleInstance &instance, const Launch &launch)
+{
+    QGuiApplication::setWindowIcon(productLogo(64, 2));
+    // Before the hub, whose controllers use its widgets to the end.
+    MainWindow window;
+    KeyboardMainController controller(services());
+    window.assemble(&controller);
+    Keyboard_ConfiguratorAppDelegate delegate(&window, &controller, [&window](const std::function<void()> &function) {
+        new AfterPainting(&window, function);
+    });
+    // Before the launch: after it, every end must go through the delegate, also an end by a signal.
+    const TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, qApp, &QApplication::quit);
+    connectToApplication(delegate);
+    if (qEnvironmentVariableIsSet("KESTRA_BENCH_READY")) {
+        QObject::connect(&controller, &KeyboardMainController::deviceInitialized, &window,
+                         [&window] { new AfterPainting(&window, reportReady); });
+    }
+
+    const QVariantMap userInfo = launchUserInfo(launch);
+    delegate.applicationWillFinishLaunching(userInfo);
+    showOnActivation(instance, window);
+    window.show();
+    // After the window is shown: the delegate puts a sheet into it, and opens the keyboard once it is painted.
+    delegate.applicationDidFinishLaunching(userInfo);
+    return QApplication::exec();
+}
+
 } // namespace
 
 QVariantMap launchUserInfo(const Launch &launch)
@@ -129,51 +186,24 @@ void connectToApplication(Keyboard_ConfiguratorAppDelegate &delegate)
 
 int runConfigurator(int argc, char *argv[])
 {
-    makeFileSizeLimitAnError();
+    makeFileSizeLimitAnError(); // before other threads run
+    // Before the application, whose libraries also report failures.
     defaultMessageHandler = qInstallMessageHandler(writeNoFailures);
+    // Before the application: this thread waits for the display meanwhile.
     const std::jthread fonts(prepareFonts);
     QApplication application(argc, argv);
     keepNoDialogSettings(); // after the desktop's theme has read its settings
-    QCoreApplication::setApplicationName(u"kestra-configurator"_s);
-    QCoreApplication::setApplicationVersion(QStringLiteral(KESTRA_VERSION));
-    QGuiApplication::setDesktopFileName(u"org.quillkestra.Configurator"_s);
-    installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
-    QGuiApplication::setApplicationDisplayName(localizedText("lkeyProductName"));
+    nameApplication();
+    // After the texts, which describe the options. Before the bus, which "--help" does not need.
     const Launch launch = parseCommandLine(application);
 
-    std::jthread bus([] { (void)sharedSessionBus(); });
-    prepareFont(); // while the bus connects
-    bus.join();
+    connectToBus();
+    // Before any widget is made, because a second instance must not show a window.
     const SingleInstance instance(DaemonProtocol::configuratorIdentifier);
     if (instance.isAnotherRunning()) {
         // Two instances would take each other's replies from the one reply port.
         instance.activateOther();
         return 0;
     }
-    QGuiApplication::setWindowIcon(productLogo(64, 2));
-    MainWindow window;
-    KeyboardMainController controller(services());
-    window.assemble(&controller);
-    Keyboard_ConfiguratorAppDelegate delegate(&window, &controller, [&window](const std::function<void()> &function) {
-        new AfterPainting(&window, function);
-    });
-    const TerminationSignals terminationSignals;
-    QObject::connect(&terminationSignals, &TerminationSignals::terminationRequested, &application, &QApplication::quit);
-    connectToApplication(delegate);
-    if (qEnvironmentVariableIsSet("KESTRA_BENCH_READY")) {
-        QObject::connect(&controller, &KeyboardMainController::deviceInitialized, &window,
-                         [&window] { new AfterPainting(&window, reportReady); });
-    }
-
-    const QVariantMap userInfo = launchUserInfo(launch);
-    delegate.applicationWillFinishLaunching(userInfo);
-    QObject::connect(&instance, &SingleInstance::activationRequested, &window, [&window] {
-        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-        window.show();
-        window.raise();
-        window.activateWindow();
-    });
-    window.show();
-    delegate.applicationDidFinishLaunching(userInfo);
-    return QApplication::exec();
+    return runWindow(instance, launch);
 }
