@@ -33,7 +33,11 @@ bool makeFolder(const QString &path)
 {
     if (QFileInfo(path).isDir())
         return true;
-    return QDir().mkpath(QFileInfo(path).path()) && ::mkdir(QFile::encodeName(path).constData(), privateFolder) == 0;
+    if (!QDir().mkpath(QFileInfo(path).path()))
+        return false;
+    if (::mkdir(QFile::encodeName(path).constData(), privateFolder) == 0)
+        return true;
+    return errno == EEXIST && QFileInfo(path).isDir(); // another daemon has made it meanwhile
 }
 
 /// Does not wait. Returns 0 or an errno value: EWOULDBLOCK when another process has the lock.

@@ -15,9 +15,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
+#include <latch>
 #include <optional>
+#include <thread>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -37,6 +42,7 @@ private Q_SLOTS:
     void isCreatedForTheUserOnly();
     void reportsThatItCannotBeCreated();
     void isUsedByOneDaemonOnly();
+    void isUsedByOneOfManyThatCreateIt();
     void impossibleLockIsReported();
     void interruptedLockIsTriedAgain();
     void removedLockDoesNotCount_data();
@@ -99,6 +105,30 @@ void StateFolderTest::isUsedByOneDaemonOnly()
     }
     StateFolder third(mPath);
     QCOMPARE(third.open(), StateFolder::Result::open);
+}
+
+// A session may start the daemon twice at the same time.
+void StateFolderTest::isUsedByOneOfManyThatCreateIt()
+{
+    constexpr int count = 4;
+    for (int round = 0; round < 50; ++round) {
+        const QString path = mTemporary->filePath(u"%1/state/quill-kestra"_s.arg(round));
+        std::array<std::optional<StateFolder>, count> folders; // keep their locks until all have tried
+        std::array<StateFolder::Result, count> results{};
+        std::latch start(count);
+        {
+            std::vector<std::jthread> daemons;
+            for (int index = 0; index < count; ++index) {
+                daemons.emplace_back([&, index] {
+                    folders.at(index).emplace(path);
+                    start.arrive_and_wait();
+                    results.at(index) = folders.at(index)->open();
+                });
+            }
+        }
+        QCOMPARE(std::ranges::count(results, StateFolder::Result::open), 1);
+        QCOMPARE(std::ranges::count(results, StateFolder::Result::inUse), count - 1);
+    }
 }
 
 void StateFolderTest::impossibleLockIsReported()
