@@ -138,7 +138,7 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
     if (isEnabled)
         enableDeleteEventBySelection();
     // The keyboard may be announced again meanwhile. The user must not select another macro before Stop saves this one.
-    if (isRecording() || mIsMacroEventEdit) {
+    if (hasRecording() || mIsMacroEventEdit) {
         setStateOfMacroTableWithState(false);
         setStateOfTableButtonsWithState(false);
     }
@@ -224,7 +224,7 @@ void KeyboardMacrosController::showNewList()
             mMacroTableView->selectRow(row);
     }
     noteSelectedMacro();
-    if (macroRow() < 0 && isRecording())
+    if (macroRow() < 0 && hasRecording())
         abandonRecording();
 }
 
@@ -270,15 +270,15 @@ void KeyboardMacrosController::updatePlaceholders()
     const bool hasMacros = !mMacrosSettingsArray.isEmpty();
     mMacroTableView->setPlaceholderText(hasMacros ? QString() : localizedText("lkeyNoMacros"));
     mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
-    mRecordingHint->setVisible(isRecording());
-    mMacroDetailsTableView->setPlaceholderText(localizedText(isRecording() ? "lkeyRecordingHint" : "lkeyNoEvents"));
+    mRecordingHint->setVisible(hasRecording());
+    mMacroDetailsTableView->setPlaceholderText(localizedText(hasRecording() ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }
 
 /// Only the record button is enabled during a recording or a capture. No button is enabled while a name is edited.
 void KeyboardMacrosController::updateEventButtons()
 {
     const bool isRenaming = mMacroTableView->editedRow() >= 0;
-    const bool isIdle = mHasDeviceConnected && !isRenaming && !isRecording() && !mIsMacroEventEdit;
+    const bool isIdle = mHasDeviceConnected && !isRenaming && !hasRecording() && !mIsMacroEventEdit;
     mAddMacroDetails->setEnabled(isIdle);
     mSettingsMacroDetails->setEnabled(isIdle);
     mDeleteMacroDetails->setEnabled(isIdle && eventRow() >= 0);
@@ -303,7 +303,7 @@ void KeyboardMacrosController::explainEdit()
 void KeyboardMacrosController::updateLineColor()
 {
     QPalette palette;
-    if (isRecording()) {
+    if (hasRecording()) {
         const QColor text = mView->palette().color(QPalette::Active, QPalette::Text);
         palette.setColor(QPalette::Disabled, QPalette::Text, text);
     }
@@ -378,7 +378,7 @@ void KeyboardMacrosController::showLinesAgain()
 
 void KeyboardMacrosController::fetchChangedLines()
 {
-    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || isRecording())
+    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || hasRecording())
         return;
     // Another client may have edited the events.
     if (!haveSameEvents(macroAt(macroRow()), mFetchedMacro))

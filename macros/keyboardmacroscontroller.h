@@ -50,6 +50,16 @@ public:
     /// ends it; Cancel does not.
     [[nodiscard]] bool isRecordingOrCapturing() const;
     [[nodiscard]] bool recordButtonReadsStop() const { return mRecordButtonReadsStop; }
+    /// A new recording runs. Also true for an appended recording that was started again by Record.
+    [[nodiscard]] bool isRecording() const { return mIsRecording; }
+    /// An appended recording runs, or is being stopped.
+    [[nodiscard]] bool isAppendMacro() const { return mIsAppendMacro; }
+    /// The last recording was stopped.
+    [[nodiscard]] bool isStopRecording() const { return mIsStopRecording; }
+    /// A single key is being captured, or was when the event sheet was cancelled.
+    [[nodiscard]] bool isEditingMacro() const { return mIsEditingMacro; }
+    /// The event sheet is up.
+    [[nodiscard]] bool isMacroEventEdit() const { return mIsMacroEventEdit; }
 
     // From the main controller
     /// Observes the recording notifications, at the centre of setNotificationCenter() if one was set, else at the
@@ -132,7 +142,8 @@ private:
     QPushButton *makeButton(QPushButton *&field, const char *name, const char *textKey,
                             void (KeyboardMacrosController::*action)(QObject *));
 
-    [[nodiscard]] bool isRecording() const { return mIsRecording || mIsAppendMacro; }
+    /// True from the start of a recording, new or appended, until it has ended.
+    [[nodiscard]] bool hasRecording() const { return mIsRecording || mIsAppendMacro; }
     [[nodiscard]] int macroRow() const;
     [[nodiscard]] int eventRow() const;
     [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty if there is no such row

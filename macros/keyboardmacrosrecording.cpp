@@ -69,7 +69,7 @@ void KeyboardMacrosController::startRecording()
 
 void KeyboardMacrosController::stopRecording()
 {
-    const bool wasRecording = isRecording();
+    const bool wasRecording = hasRecording();
     mIsRecording = false;
     mIsStopRecording = true;
     setRecordButton(false);
@@ -154,7 +154,7 @@ void KeyboardMacrosController::keyboardCameBack()
 {
     if (mIsMacroEventEdit)
         captureEditedEvent();
-    else if (isRecording())
+    else if (hasRecording())
         stopAllMacroRecording();
 }
 

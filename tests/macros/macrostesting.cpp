@@ -159,6 +159,13 @@ void RecordingDelegate::stopSingleKeyRecording()
     note(u"stopKey"_s);
 }
 
+void RecordingDelegate::note(const QString &call)
+{
+    calls.append(call);
+    if (duringCall)
+        duringCall(call);
+}
+
 void RecordingDelegate::refresh()
 {
     if (!answers)

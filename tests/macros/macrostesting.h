@@ -60,10 +60,11 @@ public:
     QVariantMap event{{u"command"_s, 1}, {u"delay"_s, 20}, {u"page"_s, 9}, {u"argument"_s, 1}};
     QVariantMap record; ///< the record of the last call that carried one
     QStringList calls;
-    std::function<void()> duringAdd; ///< runs before the tab is refreshed
+    std::function<void()> duringAdd;                     ///< runs before the tab is refreshed
+    std::function<void(const QString &call)> duringCall; ///< runs at the start of each call
 
 private:
-    void note(const QString &call) { calls.append(call); }
+    void note(const QString &call);
 };
 
 /// The outlets that are shown only while a macro is selected, the buttons and the tables that are enabled together.

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+// The activity of the tab as its fields describe it: after each step of the user, and at each request on the way.
+#include "tests/macros/macrostesting.h"
+#include "tests/support/testmain.h"
+
+#include <QPushButton>
+#include <QTest>
+
+using namespace MacrosTesting;
+
+class MacrosActivityTest : public MacrosTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsWithoutAnActivity();
+    void fieldsFollowEachStep_data();
+    void fieldsFollowEachStep();
+    void takesEventsOnlyWhileARecordingRuns_data();
+    void takesEventsOnlyWhileARecordingRuns();
+    void recordingEndsOnceWhenItsMacroGoesMeanwhile();
+
+private:
+    /// The fields that are set, and "Stop" while the record button reads so.
+    [[nodiscard]] QString state() const;
+    /// Carries out one step and returns the requests and the step itself, each with the state at that time.
+    [[nodiscard]] QStringList traceOf(const QString &step);
+    void take(const QString &step);
+    void takeAtKeyboardOrTab(const QString &step);
+};
+
+QString MacrosActivityTest::state() const
+{
+    QStringList set;
+    if (mController->isRecording())
+        set += u"mIsRecording"_s;
+    if (mController->isAppendMacro())
+        set += u"mIsAppendMacro"_s;
+    if (mController->isStopRecording())
+        set += u"mIsStopRecording"_s;
+    if (mController->isEditingMacro())
+        set += u"mIsEditingMacro"_s;
+    if (mController->isMacroEventEdit())
+        set += u"mIsMacroEventEdit"_s;
+    if (mController->recordButtonReadsStop())
+        set += u"Stop"_s;
+    return set.join(u' ');
+}
+
+QStringList MacrosActivityTest::traceOf(const QString &step)
+{
+    QStringList trace;
+    mDelegate->duringCall = [&](const QString &call) { trace += u"%1: %2"_s.arg(call, state()); };
+    take(step);
+    mDelegate->duringCall = {};
+    trace += u"%1: %2"_s.arg(step, state());
+    return trace;
+}
+
+void MacrosActivityTest::take(const QString &step)
+{
+    if (step == "Record"_L1 || step == "Stop"_L1)
+        outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    else if (step == "Add"_L1)
+        outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    else if (step == "Edit"_L1)
+        events()->selectRow(0), choose("mSettingsMacroDetails", MacroCommands::edit);
+    else if (step == "OK"_L1)
+        outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    else if (step == "Cancel"_L1)
+        outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
+    else
+        takeAtKeyboardOrTab(step);
+}
+
+void MacrosActivityTest::takeAtKeyboardOrTab(const QString &step)
+{
+    if (step == "key"_L1)
+        mController->singleKeyEvents({{u"singleKey"_s, 5}, {u"singleKeyModif"_s, 0}});
+    else if (step == "leave"_L1)
+        mController->checkMacroRecordingStatus(u"Keys"_s);
+    else if (step == "enter"_L1)
+        mController->checkMacroRecordingStatus(u"Macros"_s);
+    else if (step == "unplug"_L1)
+        mController->setControlsState(false);
+    else if (step == "back"_L1)
+        mController->keyboardCameBack();
+    else if (step == "record without a macro"_L1)
+        mController->clickRecordMacroDetails(nullptr);
+    else if (step == "macro goes"_L1)
+        mDelegate->macros.clear(), mDelegate->refresh();
+    else
+        QFAIL(qPrintable(u"unknown step "_s + step));
+}
+
+void MacrosActivityTest::startsWithoutAnActivity()
+{
+    fill({u"A"_s}, 0);
+    QCOMPARE(state(), QString());
+}
+
+void MacrosActivityTest::fieldsFollowEachStep_data()
+{
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<QStringList>("trace"); // of the last step
+    // New recording
+    QTest::newRow("Record") << QStringList{u"Record"_s}
+                            << QStringList{u"start 0 0: mIsRecording Stop"_s, u"Record: mIsRecording Stop"_s};
+    QTest::newRow("Stop") << QStringList{u"Record"_s, u"Stop"_s}
+                          << QStringList{u"stop: mIsStopRecording"_s, u"save 0 0: mIsStopRecording"_s,
+                                         u"details 0: mIsStopRecording"_s, u"Stop: mIsStopRecording"_s};
+    QTest::newRow("Record after Stop") << QStringList{u"Record"_s, u"Stop"_s, u"Record"_s}
+                                       << QStringList{u"start 0 0: mIsRecording Stop"_s,
+                                                      u"Record: mIsRecording Stop"_s};
+    QTest::newRow("the tab is left while recording")
+        << QStringList{u"Record"_s, u"leave"_s}
+        << QStringList{u"stop: mIsStopRecording"_s, u"save 0 0: mIsStopRecording"_s, u"details 0: mIsStopRecording"_s,
+                       u"leave: mIsStopRecording"_s};
+    QTest::newRow("the keyboard comes back while recording")
+        << QStringList{u"Record"_s, u"back"_s}
+        << QStringList{u"stop: mIsStopRecording"_s, u"save 0 0: mIsStopRecording"_s, u"details 0: mIsStopRecording"_s,
+                       u"back: mIsStopRecording"_s};
+    QTest::newRow("the macro goes while recording")
+        << QStringList{u"Record"_s, u"macro goes"_s}
+        << QStringList{u"stop: mIsStopRecording"_s, u"macro goes: mIsStopRecording"_s};
+    QTest::newRow("the tab is entered while recording")
+        << QStringList{u"Record"_s, u"enter"_s} << QStringList{u"enter: mIsStopRecording"_s};
+    QTest::newRow("Record without a macro") << QStringList{u"Record"_s, u"macro goes"_s, u"record without a macro"_s}
+                                            << QStringList{u"record without a macro: "_s};
+    // Appended recording: the field stays set until the recording is saved.
+    QTest::newRow("Add") << QStringList{u"Add"_s}
+                         << QStringList{u"start 1 0: mIsAppendMacro Stop"_s, u"Add: mIsAppendMacro Stop"_s};
+    QTest::newRow("Stop after Add") << QStringList{u"Add"_s, u"Stop"_s}
+                                    << QStringList{u"stop: mIsAppendMacro mIsStopRecording"_s,
+                                                   u"save 0 1: mIsAppendMacro mIsStopRecording"_s,
+                                                   u"details 0: mIsAppendMacro mIsStopRecording"_s,
+                                                   u"Stop: mIsStopRecording"_s};
+    QTest::newRow("the macro goes while events are appended")
+        << QStringList{u"Add"_s, u"macro goes"_s}
+        << QStringList{u"stop: mIsStopRecording"_s, u"macro goes: mIsStopRecording"_s};
+    QTest::newRow("the tab is entered while events are appended")
+        << QStringList{u"Add"_s, u"enter"_s} << QStringList{u"enter: mIsAppendMacro mIsStopRecording"_s};
+    QTest::newRow("Record after that") << QStringList{u"Add"_s, u"enter"_s, u"Record"_s}
+                                       << QStringList{u"start 1 0: mIsRecording mIsAppendMacro Stop"_s,
+                                                      u"Record: mIsRecording mIsAppendMacro Stop"_s};
+    // The event sheet
+    QTest::newRow("Edit") << QStringList{u"Edit"_s}
+                          << QStringList{u"event 0 0: "_s, u"startEditHID: mIsEditingMacro mIsMacroEventEdit"_s,
+                                         u"Edit: mIsEditingMacro mIsMacroEventEdit Stop"_s};
+    QTest::newRow("Edit after a recording")
+        << QStringList{u"Record"_s, u"Stop"_s, u"Edit"_s}
+        << QStringList{u"event 0 0: mIsStopRecording"_s,
+                       u"startEditHID: mIsStopRecording mIsEditingMacro mIsMacroEventEdit"_s,
+                       u"Edit: mIsStopRecording mIsEditingMacro mIsMacroEventEdit Stop"_s};
+    QTest::newRow("a key for the sheet") << QStringList{u"Edit"_s, u"key"_s}
+                                         << QStringList{u"key: mIsEditingMacro mIsMacroEventEdit Stop"_s};
+    QTest::newRow("OK") << QStringList{u"Edit"_s, u"key"_s, u"OK"_s}
+                        << QStringList{u"stopKey: Stop"_s, u"event 0 0: Stop"_s, u"update 0 0: Stop"_s,
+                                       u"details 0: Stop"_s, u"OK: "_s};
+    QTest::newRow("OK without a key") << QStringList{u"Edit"_s, u"OK"_s}
+                                      << QStringList{u"stopKey: Stop"_s, u"event 0 0: Stop"_s, u"OK: "_s};
+    QTest::newRow("Stop with the sheet") << QStringList{u"Edit"_s, u"Stop"_s}
+                                         << QStringList{
+                                                u"stopKey: mIsStopRecording mIsEditingMacro mIsMacroEventEdit"_s,
+                                                u"Stop: mIsStopRecording"_s};
+    QTest::newRow("the keyboard comes back to the sheet")
+        << QStringList{u"Edit"_s, u"back"_s}
+        << QStringList{u"startEditHID: mIsEditingMacro mIsMacroEventEdit Stop"_s,
+                       u"back: mIsEditingMacro mIsMacroEventEdit Stop"_s};
+    // Cancel leaves the capture to be ended once more.
+    QTest::newRow("Cancel") << QStringList{u"Edit"_s, u"Cancel"_s}
+                            << QStringList{u"stopKey: mIsEditingMacro Stop"_s, u"Cancel: mIsEditingMacro"_s};
+    QTest::newRow("the keyboard goes, which cancels the sheet")
+        << QStringList{u"Edit"_s, u"unplug"_s} << QStringList{u"unplug: mIsEditingMacro"_s};
+    QTest::newRow("the tab is left after Cancel")
+        << QStringList{u"Edit"_s, u"Cancel"_s, u"leave"_s}
+        << QStringList{u"stopKey: mIsStopRecording mIsEditingMacro"_s, u"leave: mIsStopRecording"_s};
+    QTest::newRow("Record after Cancel") << QStringList{u"Edit"_s, u"Cancel"_s, u"Record"_s}
+                                         << QStringList{u"start 0 0: mIsRecording mIsEditingMacro Stop"_s,
+                                                        u"Record: mIsRecording mIsEditingMacro Stop"_s};
+    QTest::newRow("Stop after Record after Cancel")
+        << QStringList{u"Edit"_s, u"Cancel"_s, u"Record"_s, u"Stop"_s}
+        << QStringList{u"stopKey: mIsStopRecording mIsEditingMacro"_s, u"details 0: mIsStopRecording mIsEditingMacro"_s,
+                       u"Stop: mIsStopRecording"_s};
+    QTest::newRow("Stop after Add after Cancel")
+        << QStringList{u"Edit"_s, u"Cancel"_s, u"Add"_s, u"Stop"_s}
+        << QStringList{u"stopKey: mIsAppendMacro mIsStopRecording mIsEditingMacro"_s,
+                       u"details 0: mIsAppendMacro mIsStopRecording mIsEditingMacro"_s, u"Stop: mIsStopRecording"_s};
+    // A late key after Cancel ends the capture; the recording runs on behind a button that reads "Record".
+    QTest::newRow("a key after Record after Cancel")
+        << QStringList{u"Edit"_s, u"Cancel"_s, u"Record"_s, u"key"_s}
+        << QStringList{u"stopKey: mIsRecording Stop"_s, u"key: mIsRecording"_s};
+    QTest::newRow("Record after a key after Add after Cancel")
+        << QStringList{u"Edit"_s, u"Cancel"_s, u"Add"_s, u"key"_s, u"Record"_s}
+        << QStringList{u"start 1 0: mIsRecording mIsAppendMacro Stop"_s, u"Record: mIsRecording mIsAppendMacro Stop"_s};
+    QTest::newRow("Stop after that") << QStringList{u"Edit"_s, u"Cancel"_s, u"Add"_s, u"key"_s, u"Record"_s, u"Stop"_s}
+                                     << QStringList{u"stop: mIsAppendMacro mIsStopRecording"_s,
+                                                    u"save 0 1: mIsAppendMacro mIsStopRecording"_s,
+                                                    u"details 0: mIsAppendMacro mIsStopRecording"_s,
+                                                    u"Stop: mIsStopRecording"_s};
+}
+
+void MacrosActivityTest::fieldsFollowEachStep()
+{
+    QFETCH(QStringList, steps);
+    QFETCH(QStringList, trace);
+    fill({u"A"_s}, 0);
+    QStringList last;
+    for (const QString &step : steps)
+        last = traceOf(step);
+    QCOMPARE(last, trace);
+}
+
+void MacrosActivityTest::takesEventsOnlyWhileARecordingRuns_data()
+{
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<bool>("takesEvents");
+    QTest::newRow("none") << QStringList() << false;
+    QTest::newRow("new recording") << QStringList{u"Record"_s} << true;
+    QTest::newRow("appended recording") << QStringList{u"Add"_s} << true;
+    QTest::newRow("stopped") << QStringList{u"Record"_s, u"Stop"_s} << false;
+    QTest::newRow("appended and stopped") << QStringList{u"Add"_s, u"Stop"_s} << false;
+    QTest::newRow("event sheet") << QStringList{u"Edit"_s} << false;
+    QTest::newRow("cancelled sheet") << QStringList{u"Edit"_s, u"Cancel"_s} << false;
+    QTest::newRow("recording after a cancelled sheet") << QStringList{u"Edit"_s, u"Cancel"_s, u"Record"_s} << true;
+    QTest::newRow("recording started again") << QStringList{u"Add"_s, u"enter"_s, u"Record"_s} << true;
+}
+
+void MacrosActivityTest::takesEventsOnlyWhileARecordingRuns()
+{
+    QFETCH(QStringList, steps);
+    fill({u"A"_s}, 0);
+    for (const QString &step : steps)
+        take(step);
+    const qsizetype before = mController->macroDetailsArray().size();
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QTEST(mController->macroDetailsArray().size() > before, "takesEvents");
+}
+
+/// Another client deletes the macro, and the answer to the first request of Stop brings the new list.
+void MacrosActivityTest::recordingEndsOnceWhenItsMacroGoesMeanwhile()
+{
+    fill({u"A"_s}, 0);
+    take(u"Add"_s);
+    QStringList states;
+    mDelegate->duringCall = [&](const QString &call) {
+        states += u"%1: %2"_s.arg(call, state());
+        if (call == "save 0 1"_L1 || call == "save -1 1"_L1)
+            mDelegate->macros.clear(); // gone from the list that the call hands over
+    };
+    take(u"Stop"_s);
+    QCOMPARE(states, (QStringList{u"stop: mIsAppendMacro mIsStopRecording"_s,
+                                  u"save 0 1: mIsAppendMacro mIsStopRecording"_s, u"stop: mIsStopRecording"_s}));
+    QCOMPARE(state(), u"mIsStopRecording"_s);
+    QVERIFY(!mController->isRecordingOrCapturing());
+}
+
+QTEST_MAIN(MacrosActivityTest)
+#include "macrosactivitytest.moc"
