@@ -138,7 +138,7 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
     if (isEnabled)
         enableDeleteEventBySelection();
     // The keyboard may be announced again meanwhile. The user must not select another macro before Stop saves this one.
-    if (hasRecording() || mIsMacroEventEdit) {
+    if (hasRecording() || isMacroEventEdit()) {
         setStateOfMacroTableWithState(false);
         setStateOfTableButtonsWithState(false);
     }
@@ -278,7 +278,7 @@ void KeyboardMacrosController::updatePlaceholders()
 void KeyboardMacrosController::updateEventButtons()
 {
     const bool isRenaming = mMacroTableView->editedRow() >= 0;
-    const bool isIdle = mHasDeviceConnected && !isRenaming && !hasRecording() && !mIsMacroEventEdit;
+    const bool isIdle = mHasDeviceConnected && !isRenaming && !hasRecording() && !isMacroEventEdit();
     mAddMacroDetails->setEnabled(isIdle);
     mSettingsMacroDetails->setEnabled(isIdle);
     mDeleteMacroDetails->setEnabled(isIdle && eventRow() >= 0);

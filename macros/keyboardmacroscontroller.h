@@ -38,6 +38,17 @@ public:
     /// Context numbers of the tab's sheets.
     enum SheetContext { confirmDelete = 5, exportMacro = 10 };
 
+    /// What the tab is doing with the keyboard.
+    enum class Activity {
+        idle,
+        recording,        ///< a new recording runs
+        appending,        ///< an appended recording runs
+        appendingAgain,   ///< Record started the appended recording again; possible after a late captured key
+        stoppingAppended, ///< an appended recording takes no more events, but has not been saved yet
+        editingEvent,     ///< the event sheet is up
+    };
+    Q_ENUM(Activity)
+
     // Content of the tab
     [[nodiscard]] QWidget *view() const { return mView; }
     [[nodiscard]] TableView *macroTableView() const;
@@ -50,16 +61,18 @@ public:
     /// ends it; Cancel does not.
     [[nodiscard]] bool isRecordingOrCapturing() const;
     [[nodiscard]] bool recordButtonReadsStop() const { return mRecordButtonReadsStop; }
+    [[nodiscard]] Activity activity() const { return mActivity; }
+    // The fixed fields of the activity
     /// A new recording runs. Also true for an appended recording that was started again by Record.
-    [[nodiscard]] bool isRecording() const { return mIsRecording; }
+    [[nodiscard]] bool isRecording() const;
     /// An appended recording runs, or is being stopped.
-    [[nodiscard]] bool isAppendMacro() const { return mIsAppendMacro; }
+    [[nodiscard]] bool isAppendMacro() const;
     /// The last recording was stopped.
     [[nodiscard]] bool isStopRecording() const { return mIsStopRecording; }
     /// A single key is being captured, or was when the event sheet was cancelled.
     [[nodiscard]] bool isEditingMacro() const { return mIsEditingMacro; }
     /// The event sheet is up.
-    [[nodiscard]] bool isMacroEventEdit() const { return mIsMacroEventEdit; }
+    [[nodiscard]] bool isMacroEventEdit() const { return mActivity == Activity::editingEvent; }
 
     // From the main controller
     /// Observes the recording notifications, at the centre of setNotificationCenter() if one was set, else at the
@@ -143,7 +156,13 @@ private:
                             void (KeyboardMacrosController::*action)(QObject *));
 
     /// True from the start of a recording, new or appended, until it has ended.
-    [[nodiscard]] bool hasRecording() const { return mIsRecording || mIsAppendMacro; }
+    [[nodiscard]] bool hasRecording() const { return isRecording() || isAppendMacro(); }
+    /// The only place that changes the activity. The caller then shows it with setRecordButton() and showRecording().
+    void setActivity(Activity activity) { mActivity = activity; }
+    /// Shows whether a recording runs: the hints and the colour of the lines.
+    void showRecording();
+    /// Ends a new recording. An appended one has yet to be saved.
+    void takeNoMoreEvents();
     [[nodiscard]] int macroRow() const;
     [[nodiscard]] int eventRow() const;
     [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty if there is no such row
@@ -252,6 +271,7 @@ private:
     DistributedNotificationCenter *mNotificationCenter = nullptr;
     MacroDelegate *mMacroDelegate = nullptr;
 
+    Activity mActivity = Activity::idle;
     int mEditedRow = -1;               ///< row of a rename started from a menu
     quint8 mMacroEventEditHIDCode = 0; ///< the key captured for the edited event; 0 for none
     bool mIsAddMacro = false;          ///< an add is in progress: the daemon does not know the new row yet
@@ -261,11 +281,9 @@ private:
     bool mIsFollowingMacro = false;    ///< the selected macro has moved or is gone: its lines must not be fetched
     bool mIsReplacingLines = false;    ///< an operation is in progress that fetches the lines at its end
     bool mHaveLinesCome = false;       ///< lines have come since the latest request
-    bool mIsRecording = false;         ///< a new recording runs
-    bool mIsStopRecording = false;     ///< the last recording was stopped: late lines are ignored
-    bool mIsAppendMacro = false;       ///< an appended recording runs
-    bool mIsEditingMacro = false;      ///< a single key is being captured, or was when the event sheet was cancelled
-    bool mIsMacroEventEdit = false;    ///< the event sheet is up
+    bool mIsStopRecording = false;     ///< the last recording was stopped; for completeness
+    bool mIsEditingMacro = false;      ///< a key is being captured, or was when the event sheet was cancelled, also if
+                                       ///< another activity has begun since
     bool mHasDeviceConnected = true;   ///< the latest argument of setControlsState()
     // For completeness: the delay field checks each edit itself.
     [[maybe_unused]] int mCountDecimal = 0;

@@ -150,7 +150,7 @@ void KeyboardMacrosController::openEventSheet()
     mEditEventWindow->beginSheet(mMacrosWindow);
     mEventsSubject.note(mEditEventWindow, eventsOfSelectedMacro());
     mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
-    mIsMacroEventEdit = true;
+    setActivity(Activity::editingEvent);
     mMacroEventEditHIDCode = 0;
     captureEditedEvent();
 }
@@ -177,7 +177,7 @@ void KeyboardMacrosController::closeEventSheet()
 void KeyboardMacrosController::clickMacroEventOK(QObject *)
 {
     mIsEditingMacro = false;
-    mIsMacroEventEdit = false;
+    setActivity(Activity::idle);
     if (mMacroDelegate)
         mMacroDelegate->stopSingleKeyRecording();
     storeCapturedKey(MacroRecord::keyboardPage);
@@ -187,7 +187,7 @@ void KeyboardMacrosController::clickMacroEventOK(QObject *)
 void KeyboardMacrosController::clickMacroEventCancel(QObject *)
 {
     // Deliberate: mIsEditingMacro stays set. Leaving the tab, or Stop, ends the capture once more.
-    mIsMacroEventEdit = false;
+    setActivity(Activity::idle);
     mMacroEventEditHIDCode = 0;
     // The removal of the keyboard has already ended the capture.
     if (mMacroDelegate && mHasDeviceConnected)
@@ -217,7 +217,7 @@ void KeyboardMacrosController::singleKeyEvents(const QVariantMap &userInfo)
     const int code = modifier != 0 && (key & lowByte) == 0 ? modifier : key;
     mMacroEventEditHIDCode = quint8(code & lowByte);
     mInputMacroEvent->setText(eventParser::getStringWithHIDWithModifier(mMacroEventEditHIDCode, 0));
-    if (!mRecordButtonReadsStop || !mIsEditingMacro || mIsMacroEventEdit)
+    if (!mRecordButtonReadsStop || !mIsEditingMacro || isMacroEventEdit())
         return;
     mIsEditingMacro = false;
     if (mMacroDelegate)

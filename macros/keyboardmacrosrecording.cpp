@@ -17,9 +17,37 @@ constexpr QLatin1StringView macrosTabLabel{"Macros"};
 
 } // namespace
 
+// The activity
+
+bool KeyboardMacrosController::isRecording() const
+{
+    return mActivity == Activity::recording || mActivity == Activity::appendingAgain;
+}
+
+bool KeyboardMacrosController::isAppendMacro() const
+{
+    return mActivity == Activity::appending || mActivity == Activity::appendingAgain
+           || mActivity == Activity::stoppingAppended;
+}
+
 bool KeyboardMacrosController::isRecordingOrCapturing() const
 {
-    return mIsRecording || mIsAppendMacro || mIsEditingMacro;
+    return hasRecording() || mIsEditingMacro;
+}
+
+void KeyboardMacrosController::showRecording()
+{
+    updatePlaceholders();
+    updateLineColor();
+}
+
+void KeyboardMacrosController::takeNoMoreEvents()
+{
+    mIsStopRecording = true;
+    if (isAppendMacro())
+        setActivity(Activity::stoppingAppended);
+    else if (isRecording())
+        setActivity(Activity::idle);
 }
 
 void KeyboardMacrosController::setRecordButton(bool readsStop)
@@ -52,30 +80,28 @@ void KeyboardMacrosController::clickRecordMacroDetails(QObject *)
 
 void KeyboardMacrosController::startRecording()
 {
-    mIsRecording = true;
+    setActivity(isAppendMacro() ? Activity::appendingAgain : Activity::recording);
     mIsRenamingMacroName = false;
     mMacroDetailsArray.clear();
     mMacroDetailsTableView->reloadData();
     setRecordButton(true);
-    updatePlaceholders();
-    updateLineColor();
+    showRecording();
     setStateOfTableButtonsWithState(false);
     setStateOfMacroTableWithState(false);
     enableDeleteEventBySelection();
     mRecordMacroDetails->setFocus();
     if (mMacroDelegate)
-        mMacroDelegate->startMacroRecordingMacroIndex(mIsAppendMacro ? 1 : 0, macroRow());
+        mMacroDelegate->startMacroRecordingMacroIndex(isAppendMacro() ? 1 : 0, macroRow());
 }
 
 void KeyboardMacrosController::stopRecording()
 {
     const bool wasRecording = hasRecording();
-    mIsRecording = false;
-    mIsStopRecording = true;
+    const bool isAppended = isAppendMacro();
+    takeNoMoreEvents();
     setRecordButton(false);
     setStateOfTableButtonsWithState(true);
     setStateOfMacroTableWithState(true);
-    const bool isAppended = mIsAppendMacro;
     const QScopedValueRollback replacingLines(mIsReplacingLines, true);
     if (mMacroDelegate && mIsEditingMacro) {
         mMacroDelegate->stopSingleKeyRecording();
@@ -87,27 +113,26 @@ void KeyboardMacrosController::stopRecording()
         fetchLines();
     }
     mIsEditingMacro = false;
-    mIsAppendMacro = false;
-    if (std::exchange(mIsMacroEventEdit, false)) {
+    const bool isSheetUp = isMacroEventEdit();
+    setActivity(Activity::idle);
+    if (isSheetUp) {
         // The capture has ended; the sheet would wait for ever.
         mMacroEventEditHIDCode = 0;
         mEditEventWindow->endSheet();
     }
-    updatePlaceholders();
-    updateLineColor();
+    showRecording();
     updateEventButtons();
 }
 
 void KeyboardMacrosController::abandonRecording()
 {
-    mIsRecording = false;
-    mIsAppendMacro = false;
+    setActivity(Activity::idle);
     mIsStopRecording = true;
     setRecordButton(false);
     setStateOfTableButtonsWithState(true);
     setStateOfMacroTableWithState(true);
     showLines({});
-    updateLineColor();
+    showRecording();
     if (mMacroDelegate)
         mMacroDelegate->stopMacroRecording();
 }
@@ -116,13 +141,12 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
 {
     if (macroRow() < 0)
         return;
-    mIsAppendMacro = true;
+    setActivity(Activity::appending);
     mIsStopRecording = false;
     setStateOfTableButtonsWithState(false);
     setStateOfMacroTableWithState(false);
     setRecordButton(true);
-    updatePlaceholders();
-    updateLineColor();
+    showRecording();
     mRecordMacroDetails->setFocus();
     mMacroDetailsTableView->deselectAll();
     if (mMacroDelegate)
@@ -132,7 +156,7 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
 void KeyboardMacrosController::recordEvents(const QVariantMap &userInfo)
 {
     // The daemon reports every recording, also one that another client has started.
-    if (mIsStopRecording || !(mIsRecording || mIsAppendMacro))
+    if (!hasRecording() || mActivity == Activity::stoppingAppended)
         return;
     const QVariantList lines = userInfo.value(DaemonProtocol::messagesArray).toList();
     mMacroDetailsTableView->deselectAll();
@@ -152,7 +176,7 @@ void KeyboardMacrosController::stopAllMacroRecording()
 
 void KeyboardMacrosController::keyboardCameBack()
 {
-    if (mIsMacroEventEdit)
+    if (isMacroEventEdit())
         captureEditedEvent();
     else if (hasRecording())
         stopAllMacroRecording();
@@ -167,8 +191,7 @@ void KeyboardMacrosController::checkMacroRecordingStatus(const QString &label)
     setRecordButton(false);
     if (!mHasDeviceConnected)
         return;
-    mIsRecording = false;
-    mIsStopRecording = true;
+    takeNoMoreEvents();
     setStateOfTableButtonsWithState(true);
     enableDeleteEventBySelection();
 }

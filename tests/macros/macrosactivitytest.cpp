@@ -3,6 +3,7 @@
 #include "tests/macros/macrostesting.h"
 #include "tests/support/testmain.h"
 
+#include <QMetaEnum>
 #include <QPushButton>
 #include <QTest>
 
@@ -16,11 +17,15 @@ private Q_SLOTS:
     void startsWithoutAnActivity();
     void fieldsFollowEachStep_data();
     void fieldsFollowEachStep();
+    void activityFollowsEachStep_data();
+    void activityFollowsEachStep();
+    void appendedRecordingIsStoppingUntilItIsSaved();
     void takesEventsOnlyWhileARecordingRuns_data();
     void takesEventsOnlyWhileARecordingRuns();
     void recordingEndsOnceWhenItsMacroGoesMeanwhile();
 
 private:
+    [[nodiscard]] QString activity() const;
     /// The fields that are set, and "Stop" while the record button reads so.
     [[nodiscard]] QString state() const;
     /// Carries out one step and returns the requests and the step itself, each with the state at that time.
@@ -28,6 +33,12 @@ private:
     void take(const QString &step);
     void takeAtKeyboardOrTab(const QString &step);
 };
+
+QString MacrosActivityTest::activity() const
+{
+    return QString::fromLatin1(
+        QMetaEnum::fromType<KeyboardMacrosController::Activity>().key(int(mController->activity())));
+}
 
 QString MacrosActivityTest::state() const
 {
@@ -97,6 +108,7 @@ void MacrosActivityTest::startsWithoutAnActivity()
 {
     fill({u"A"_s}, 0);
     QCOMPARE(state(), QString());
+    QCOMPARE(activity(), u"idle"_s);
 }
 
 void MacrosActivityTest::fieldsFollowEachStep_data()
@@ -211,6 +223,57 @@ void MacrosActivityTest::fieldsFollowEachStep()
     QCOMPARE(last, trace);
 }
 
+void MacrosActivityTest::activityFollowsEachStep_data()
+{
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<QStringList>("activities"); // after each step
+    QTest::newRow("new recording") << QStringList{u"Record"_s, u"Stop"_s} << QStringList{u"recording"_s, u"idle"_s};
+    QTest::newRow("appended recording") << QStringList{u"Add"_s, u"Stop"_s} << QStringList{u"appending"_s, u"idle"_s};
+    QTest::newRow("the macro goes") << QStringList{u"Add"_s, u"macro goes"_s} << QStringList{u"appending"_s, u"idle"_s};
+    QTest::newRow("the tab is left") << QStringList{u"Record"_s, u"leave"_s, u"enter"_s}
+                                     << QStringList{u"recording"_s, u"idle"_s, u"idle"_s};
+    QTest::newRow("the tab is entered while events are appended")
+        << QStringList{u"Add"_s, u"enter"_s, u"Record"_s, u"Stop"_s}
+        << QStringList{u"appending"_s, u"stoppingAppended"_s, u"appendingAgain"_s, u"idle"_s};
+    QTest::newRow("OK") << QStringList{u"Edit"_s, u"key"_s, u"OK"_s}
+                        << QStringList{u"editingEvent"_s, u"editingEvent"_s, u"idle"_s};
+    QTest::newRow("Stop with the sheet") << QStringList{u"Edit"_s, u"Stop"_s}
+                                         << QStringList{u"editingEvent"_s, u"idle"_s};
+    QTest::newRow("the tab is left with the sheet")
+        << QStringList{u"Edit"_s, u"leave"_s} << QStringList{u"editingEvent"_s, u"idle"_s};
+    QTest::newRow("the keyboard goes and comes back")
+        << QStringList{u"Edit"_s, u"unplug"_s, u"back"_s} << QStringList{u"editingEvent"_s, u"idle"_s, u"idle"_s};
+    QTest::newRow("recording after Cancel") << QStringList{u"Edit"_s, u"Cancel"_s, u"Record"_s, u"Stop"_s}
+                                            << QStringList{u"editingEvent"_s, u"idle"_s, u"recording"_s, u"idle"_s};
+    QTest::newRow("late key after Cancel and Add")
+        << QStringList{u"Edit"_s, u"Cancel"_s, u"Add"_s, u"key"_s, u"Record"_s, u"Stop"_s}
+        << QStringList{u"editingEvent"_s, u"idle"_s, u"appending"_s, u"appending"_s, u"appendingAgain"_s, u"idle"_s};
+}
+
+void MacrosActivityTest::activityFollowsEachStep()
+{
+    QFETCH(QStringList, steps);
+    QFETCH(QStringList, activities);
+    fill({u"A"_s}, 0);
+    QStringList taken;
+    for (const QString &step : steps) {
+        take(step);
+        taken += activity();
+    }
+    QCOMPARE(taken, activities);
+}
+
+void MacrosActivityTest::appendedRecordingIsStoppingUntilItIsSaved()
+{
+    fill({u"A"_s}, 0);
+    take(u"Add"_s);
+    QStringList activities;
+    mDelegate->duringCall = [&](const QString &call) { activities += u"%1: %2"_s.arg(call, activity()); };
+    take(u"Stop"_s);
+    QCOMPARE(activities, (QStringList{u"stop: stoppingAppended"_s, u"save 0 1: stoppingAppended"_s,
+                                      u"details 0: stoppingAppended"_s}));
+}
+
 void MacrosActivityTest::takesEventsOnlyWhileARecordingRuns_data()
 {
     QTest::addColumn<QStringList>("steps");
@@ -245,7 +308,7 @@ void MacrosActivityTest::recordingEndsOnceWhenItsMacroGoesMeanwhile()
     QStringList states;
     mDelegate->duringCall = [&](const QString &call) {
         states += u"%1: %2"_s.arg(call, state());
-        if (call == "save 0 1"_L1 || call == "save -1 1"_L1)
+        if (call == "save 0 1"_L1)
             mDelegate->macros.clear(); // gone from the list that the call hands over
     };
     take(u"Stop"_s);
