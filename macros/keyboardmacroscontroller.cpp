@@ -25,22 +25,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-bool haveSameEvents(const QVariantMap &macro, const QVariantMap &other)
-{
-    return macro.value(SettingsKeys::macroId) == other.value(SettingsKeys::macroId)
-           && macro.value(SettingsKeys::sequence) == other.value(SettingsKeys::sequence);
-}
-
-/// True if two records are certainly the same macro. Without an identifier, the records must be equal.
-bool areOneMacro(const QVariantMap &macro, const QVariantMap &other)
-{
-    return macro == other || (macro.contains(SettingsKeys::macroId) && haveSameEvents(macro, other));
-}
-
-} // namespace
-
 KeyboardMacrosController::KeyboardMacrosController(QObject *parent) : QObject(parent)
 {
     buildView();
@@ -62,7 +46,7 @@ void KeyboardMacrosController::awakeFromNib()
     if (!mNotificationCenter)
         mNotificationCenter = &DistributedNotificationCenter::defaultCenter();
     mSequenceDict = {};
-    mMacroDetailsArray = {};
+    mLines.clear();
     mNotificationCenter->addObserver(this, DaemonProtocol::macroSequenceNotification,
                                      [this](const DistributedNotification &n) { recordEvents(n.userInfo); });
     mNotificationCenter->addObserver(this, DaemonProtocol::editedEventKey,
@@ -165,13 +149,12 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
     QStringList texts;
     for (const QVariant &line : lines)
         texts.append(line.toString()); // an element that is not text keeps its row, which addresses the event
-    mHaveLinesCome = true;
-    showLines(texts);
+    mLines.take(texts);
+    linesHaveChanged();
 }
 
-void KeyboardMacrosController::showLines(const QStringList &lines)
+void KeyboardMacrosController::linesHaveChanged()
 {
-    mMacroDetailsArray = lines;
     mMacroDetailsTableView->reloadData();
     updatePlaceholders();
     updateEventButtons();
@@ -314,7 +297,7 @@ void KeyboardMacrosController::updateLineColor()
 
 int KeyboardMacrosController::numberOfRowsInTableView(TableView *tableView)
 {
-    return tableView == mMacroTableView ? int(mMacrosSettingsArray.size()) : int(mMacroDetailsArray.size());
+    return tableView == mMacroTableView ? int(mMacrosSettingsArray.size()) : int(mLines.shown().size());
 }
 
 QVariant KeyboardMacrosController::tableViewObjectValueForTableColumnRow(TableView *, const QString &column, int row)
@@ -324,7 +307,7 @@ QVariant KeyboardMacrosController::tableViewObjectValueForTableColumnRow(TableVi
         updateEventPart();
         return row >= 0 && row < mMacrosSettingsArray.size() ? QVariant(MacroRecord::name(macroAt(row))) : QVariant();
     }
-    return row >= 0 && row < mMacroDetailsArray.size() ? QVariant(mMacroDetailsArray.at(row).trimmed()) : QVariant();
+    return row >= 0 && row < mLines.shown().size() ? QVariant(mLines.shown().at(row).trimmed()) : QVariant();
 }
 
 void KeyboardMacrosController::tableViewSetObjectValueForTableColumnRow(TableView *tableView, const QVariant &value,
@@ -345,33 +328,25 @@ void KeyboardMacrosController::tableViewSelectionDidChange(TableView *tableView)
 
 QIcon KeyboardMacrosController::tableViewImageForTableColumnRow(TableView *tableView, const QString &, int row)
 {
-    if (tableView != mMacroDetailsTableView || row < 0 || row >= mMacroDetailsArray.size())
+    if (tableView != mMacroDetailsTableView || row < 0 || row >= mLines.shown().size())
         return {};
-    return mEventIcons.icon(eventLineKind(mMacroDetailsArray.at(row)), tableView->palette());
+    return mEventIcons.icon(eventLineKind(mLines.shown().at(row)), tableView->palette());
 }
 
 void KeyboardMacrosController::fetchLines()
 {
     if (!mMacroDelegate || macroRow() < 0)
         return;
-    mFetchedMacro = macroAt(macroRow());
-    mHaveLinesCome = false;
+    mLines.beginRequest(macroAt(macroRow()));
     mMacroDelegate->getMacroDetailsForMacroAtIndex(macroRow());
-    if (mHaveLinesCome) {
-        mMacroOfLines = mFetchedMacro;
-        mFetchedLines = mMacroDetailsArray;
-    } else {
-        // Shows no lines rather than those of another macro: the commands for a line go to the selected macro. The same
-        // applies to the lines of a recording that may not have been stored.
-        showLines(areOneMacro(mFetchedMacro, mMacroOfLines) ? mFetchedLines : QStringList());
-        mFetchedMacro = {}; // requested again with the next document
-    }
+    if (!mLines.endRequest())
+        linesHaveChanged();
 }
 
 void KeyboardMacrosController::showLinesAgain()
 {
-    if (areOneMacro(macroAt(macroRow()), mMacroOfLines))
-        showLines(mFetchedLines);
+    if (mLines.showAnswerFor(macroAt(macroRow())))
+        linesHaveChanged();
     else
         fetchLines();
 }
@@ -381,7 +356,7 @@ void KeyboardMacrosController::fetchChangedLines()
     if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || hasRecording())
         return;
     // Another client may have edited the events.
-    if (!haveSameEvents(macroAt(macroRow()), mFetchedMacro))
+    if (mLines.areOutdatedFor(macroAt(macroRow())))
         fetchLines();
 }
 
@@ -395,7 +370,7 @@ QVariant KeyboardMacrosController::eventsOfSelectedMacro() const
 {
     // The record's events are not used: after an edit they are older than the lines.
     const QVariantMap macro = macroAt(macroRow());
-    return QVariantList{macro.value(SettingsKeys::macroId, MacroRecord::name(macro)), mMacroDetailsArray};
+    return QVariantList{macro.value(SettingsKeys::macroId, MacroRecord::name(macro)), mLines.shown()};
 }
 
 void KeyboardMacrosController::endOutdatedSheets()

@@ -5,6 +5,7 @@
 
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
+#include "macros/macrolines.h"
 #include "platform/sheet.h"
 #include "platform/sheetsubject.h"
 #include "platform/tableview.h"
@@ -56,7 +57,7 @@ public:
     [[nodiscard]] QWidget *macrosWindow() const { return mMacrosWindow; }
     [[nodiscard]] MacroDelegate *macroDelegate() const { return mMacroDelegate; }
     [[nodiscard]] QVariantList macrosSettingsArray() const { return mMacrosSettingsArray; }
-    [[nodiscard]] QStringList macroDetailsArray() const { return mMacroDetailsArray; }
+    [[nodiscard]] QStringList macroDetailsArray() const { return mLines.shown(); }
     /// True while a recording, new or appended, runs. Also true from the start of a single-key capture until Stop or OK
     /// ends it; Cancel does not.
     [[nodiscard]] bool isRecordingOrCapturing() const;
@@ -181,7 +182,7 @@ private:
     void fetchLines();
     /// Shows the lines that came last if they are of the selected macro; otherwise fetches them.
     void showLinesAgain();
-    void showLines(const QStringList &lines);
+    void linesHaveChanged();
     /// Fetches the lines if those shown are no longer those of the selected macro.
     void fetchChangedLines();
     /// Shows a new list and selects the macro that was selected before. Ends the recording of a macro that is gone.
@@ -260,11 +261,8 @@ private:
     SheetSubject mEventsSubject; ///< the eventsOfSelectedMacro() that a sheet edits
 
     QVariantList mMacrosSettingsArray;
-    QStringList mMacroDetailsArray;
     QVariantMap mSequenceDict; ///< the event record being edited
-    QVariantMap mFetchedMacro; ///< the record whose lines were fetched last
-    QVariantMap mMacroOfLines; ///< the record whose lines came last
-    QStringList mFetchedLines; ///< those lines
+    MacroLines mLines;
     QVariant mSelectedMacroId; ///< of the selected macro; invalid without one
     EventIcons mEventIcons;
     QPointer<QWidget> mMacrosWindow;
@@ -280,7 +278,6 @@ private:
     bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
     bool mIsFollowingMacro = false;    ///< the selected macro has moved or is gone: its lines must not be fetched
     bool mIsReplacingLines = false;    ///< an operation is in progress that fetches the lines at its end
-    bool mHaveLinesCome = false;       ///< lines have come since the latest request
     bool mIsStopRecording = false;     ///< the last recording was stopped; for completeness
     bool mIsEditingMacro = false;      ///< a key is being captured, or was when the event sheet was cancelled, also if
                                        ///< another activity has begun since

@@ -25,7 +25,7 @@ constexpr int keepPage = -1;
 
 MacroCommands::EventListState KeyboardMacrosController::eventListState() const
 {
-    return {int(mMacroDetailsArray.size()), eventRow(), macroRow()};
+    return {int(mLines.shown().size()), eventRow(), macroRow()};
 }
 
 void KeyboardMacrosController::selectEvent(int row)
@@ -37,7 +37,7 @@ void KeyboardMacrosController::selectEvent(int row)
 void KeyboardMacrosController::eventsWereEdited()
 {
     mAreRecordsStale = true;
-    mMacroOfLines = {}; // the last lines are outdated: without new ones, none are shown
+    mLines.forgetAnswer(); // without new lines, none are shown
     fetchLines();
     mMacroDetailsTableView->reloadData();
 }
@@ -50,7 +50,7 @@ void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)
     if (mMacroDelegate)
         mMacroDelegate->removeEventAtIndexForMacroAtIndex(row, macroRow());
     eventsWereEdited();
-    const int count = int(mMacroDetailsArray.size());
+    const int count = int(mLines.shown().size());
     if (count == 1)
         selectEvent(0);
     else
@@ -85,7 +85,7 @@ void KeyboardMacrosController::removeAllEvents()
 void KeyboardMacrosController::copySelectedDelayToAll()
 {
     const int row = eventRow();
-    if (mMacroDetailsArray.isEmpty() || row <= 0 || row % 2 == 0)
+    if (mLines.shown().isEmpty() || row <= 0 || row % 2 == 0)
         return;
     // Deliberate: the first argument is the row whose delay is copied, not a time. The daemon looks the delay up.
     if (mMacroDelegate)

@@ -40,7 +40,8 @@ void KeyboardMacrosController::clickAddMacro(QObject *)
         {SettingsKeys::sequence, QVariantMap()},
     };
     mMacrosSettingsArray.append(macro);
-    showLines({});
+    mLines.clear();
+    linesHaveChanged();
     mMacroTableView->reloadData();
     const int last = int(mMacrosSettingsArray.size()) - 1;
     mMacroTableView->selectRow(last);

@@ -82,7 +82,7 @@ void KeyboardMacrosController::startRecording()
 {
     setActivity(isAppendMacro() ? Activity::appendingAgain : Activity::recording);
     mIsRenamingMacroName = false;
-    mMacroDetailsArray.clear();
+    mLines.clear();
     mMacroDetailsTableView->reloadData();
     setRecordButton(true);
     showRecording();
@@ -131,7 +131,8 @@ void KeyboardMacrosController::abandonRecording()
     setRecordButton(false);
     setStateOfTableButtonsWithState(true);
     setStateOfMacroTableWithState(true);
-    showLines({});
+    mLines.clear();
+    linesHaveChanged();
     showRecording();
     if (mMacroDelegate)
         mMacroDelegate->stopMacroRecording();
@@ -161,9 +162,9 @@ void KeyboardMacrosController::recordEvents(const QVariantMap &userInfo)
     const QVariantList lines = userInfo.value(DaemonProtocol::messagesArray).toList();
     mMacroDetailsTableView->deselectAll();
     for (const QVariant &line : lines)
-        mMacroDetailsArray.append(line.toString());
+        mLines.append(line.toString());
     mMacroDetailsTableView->reloadData();
-    selectEvent(int(mMacroDetailsArray.size()) - 1);
+    selectEvent(int(mLines.shown().size()) - 1);
 }
 
 void KeyboardMacrosController::stopAllMacroRecording()

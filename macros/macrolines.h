@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// The lines of the event list, and whose lines they are: it keeps the shown lines, the latest request for lines and the
+// latest answer. Owned by the macros tab. Main thread only.
+#pragma once
+
+#include <QStringList>
+#include <QVariantMap>
+
+/// A macro is a record of the settings document. Two records are the same macro if they have the same identifier and
+/// the same events. Without an identifier, the records must be equal.
+class MacroLines
+{
+public:
+    /// Row n of the event list is entry n.
+    [[nodiscard]] const QStringList &shown() const { return mShown; }
+    /// False if lines of these events, under this identifier, were requested last and have come.
+    [[nodiscard]] bool areOutdatedFor(const QVariantMap &macro) const;
+
+    // A request
+    void beginRequest(const QVariantMap &macro);
+    /// Shows lines from the daemon. They also answer an open request.
+    void take(const QStringList &lines);
+    /// Returns true if lines have come since beginRequest(). Otherwise shows the latest answer if it was for this
+    /// macro, and else no lines; the lines are then outdated.
+    [[nodiscard]] bool endRequest();
+
+    // The latest answer
+    /// Shows the latest answer. Returns false, and changes nothing, if it was not for this macro.
+    [[nodiscard]] bool showAnswerFor(const QVariantMap &macro);
+    /// Forgets the latest answer, which an edit of the events has outdated. The shown lines stay.
+    void forgetAnswer();
+
+    // Lines that do not answer a request
+    void clear() { mShown.clear(); }
+    /// Adds a line that was recorded.
+    void append(const QString &line) { mShown.append(line); }
+
+private:
+    QStringList mShown;
+    QVariantMap mRequestedMacro; ///< empty when no lines came
+    QVariantMap mAnsweredMacro;  ///< the macro of the latest answer
+    QStringList mAnswer;
+    bool mHaveLinesCome = false; ///< since the latest request
+};
