@@ -25,6 +25,10 @@ private Q_SLOTS:
     void recordingEndsOnceWhenItsMacroGoesMeanwhile();
 
 private:
+    static void addRowsOfRecordings();
+    static void addRowsOfAppendedRecordings();
+    static void addRowsOfTheEventSheet();
+    static void addRowsAfterCancel();
     [[nodiscard]] QString activity() const;
     /// The fields that are set, and "Stop" while the record button reads so.
     [[nodiscard]] QString state() const;
@@ -32,6 +36,8 @@ private:
     [[nodiscard]] QStringList traceOf(const QString &step);
     void take(const QString &step);
     void takeAtKeyboardOrTab(const QString &step);
+    void editFirstEvent();
+    void loseMacro();
 };
 
 QString MacrosActivityTest::activity() const
@@ -75,13 +81,25 @@ void MacrosActivityTest::take(const QString &step)
     else if (step == "Add"_L1)
         outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
     else if (step == "Edit"_L1)
-        events()->selectRow(0), choose("mSettingsMacroDetails", MacroCommands::edit);
+        editFirstEvent();
     else if (step == "OK"_L1)
         outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
     else if (step == "Cancel"_L1)
         outlet<QPushButton>(u"mMacroEventEditCancel"_s)->click();
     else
         takeAtKeyboardOrTab(step);
+}
+
+void MacrosActivityTest::editFirstEvent()
+{
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+}
+
+void MacrosActivityTest::loseMacro()
+{
+    mDelegate->macros.clear();
+    mDelegate->refresh();
 }
 
 void MacrosActivityTest::takeAtKeyboardOrTab(const QString &step)
@@ -99,7 +117,7 @@ void MacrosActivityTest::takeAtKeyboardOrTab(const QString &step)
     else if (step == "record without a macro"_L1)
         mController->clickRecordMacroDetails(nullptr);
     else if (step == "macro goes"_L1)
-        mDelegate->macros.clear(), mDelegate->refresh();
+        loseMacro();
     else
         QFAIL(qPrintable(u"unknown step "_s + step));
 }
@@ -115,7 +133,14 @@ void MacrosActivityTest::fieldsFollowEachStep_data()
 {
     QTest::addColumn<QStringList>("steps");
     QTest::addColumn<QStringList>("trace"); // of the last step
-    // New recording
+    addRowsOfRecordings();
+    addRowsOfAppendedRecordings();
+    addRowsOfTheEventSheet();
+    addRowsAfterCancel();
+}
+
+void MacrosActivityTest::addRowsOfRecordings()
+{
     QTest::newRow("Record") << QStringList{u"Record"_s}
                             << QStringList{u"start 0 0: mIsRecording Stop"_s, u"Record: mIsRecording Stop"_s};
     QTest::newRow("Stop") << QStringList{u"Record"_s, u"Stop"_s}
@@ -139,7 +164,11 @@ void MacrosActivityTest::fieldsFollowEachStep_data()
         << QStringList{u"Record"_s, u"enter"_s} << QStringList{u"enter: mIsStopRecording"_s};
     QTest::newRow("Record without a macro") << QStringList{u"Record"_s, u"macro goes"_s, u"record without a macro"_s}
                                             << QStringList{u"record without a macro: "_s};
-    // Appended recording: the field stays set until the recording is saved.
+}
+
+/// The field stays set until the recording is saved.
+void MacrosActivityTest::addRowsOfAppendedRecordings()
+{
     QTest::newRow("Add") << QStringList{u"Add"_s}
                          << QStringList{u"start 1 0: mIsAppendMacro Stop"_s, u"Add: mIsAppendMacro Stop"_s};
     QTest::newRow("Stop after Add") << QStringList{u"Add"_s, u"Stop"_s}
@@ -155,7 +184,10 @@ void MacrosActivityTest::fieldsFollowEachStep_data()
     QTest::newRow("Record after that") << QStringList{u"Add"_s, u"enter"_s, u"Record"_s}
                                        << QStringList{u"start 1 0: mIsRecording mIsAppendMacro Stop"_s,
                                                       u"Record: mIsRecording mIsAppendMacro Stop"_s};
-    // The event sheet
+}
+
+void MacrosActivityTest::addRowsOfTheEventSheet()
+{
     QTest::newRow("Edit") << QStringList{u"Edit"_s}
                           << QStringList{u"event 0 0: "_s, u"startEditHID: mIsEditingMacro mIsMacroEventEdit"_s,
                                          u"Edit: mIsEditingMacro mIsMacroEventEdit Stop"_s};
@@ -179,7 +211,11 @@ void MacrosActivityTest::fieldsFollowEachStep_data()
         << QStringList{u"Edit"_s, u"back"_s}
         << QStringList{u"startEditHID: mIsEditingMacro mIsMacroEventEdit Stop"_s,
                        u"back: mIsEditingMacro mIsMacroEventEdit Stop"_s};
-    // Cancel leaves the capture to be ended once more.
+}
+
+/// Cancel leaves the capture to be ended once more.
+void MacrosActivityTest::addRowsAfterCancel()
+{
     QTest::newRow("Cancel") << QStringList{u"Edit"_s, u"Cancel"_s}
                             << QStringList{u"stopKey: mIsEditingMacro Stop"_s, u"Cancel: mIsEditingMacro"_s};
     QTest::newRow("the keyboard goes, which cancels the sheet")
