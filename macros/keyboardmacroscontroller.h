@@ -39,7 +39,7 @@ public:
     /// Context numbers of the tab's sheets.
     enum SheetContext { confirmDelete = 5, exportMacro = 10 };
 
-    /// What the tab is doing with the keyboard.
+    /// The use that the tab makes of the keyboard.
     enum class Activity {
         idle,
         recording,        ///< a new recording runs

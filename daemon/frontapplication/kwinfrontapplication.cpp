@@ -37,17 +37,17 @@ QByteArray KWinFrontApplication::script()
 {
     // KWin 6 has windows where KWin 5 has clients. All arguments are texts, because the bus type of a script's number
     // differs between versions.
-    return u"function tell(window) {\n"
+    return u"function report(window) {\n"
            u"    callDBus(\"%1\", \"%2\", \"%3\", \"TellWindow\", window ? String(window.resourceClass) : \"\",\n"
            u"             window ? String(window.desktopFileName || \"\") : \"\", window ? String(window.pid) : "
            u"\"\");\n"
            u"}\n"
            u"if (workspace.windowActivated) {\n"
-           u"    workspace.windowActivated.connect(tell);\n"
-           u"    tell(workspace.activeWindow);\n"
+           u"    workspace.windowActivated.connect(report);\n"
+           u"    report(workspace.activeWindow);\n"
            u"} else {\n"
-           u"    workspace.clientActivated.connect(tell);\n"
-           u"    tell(workspace.activeClient);\n"
+           u"    workspace.clientActivated.connect(report);\n"
+           u"    report(workspace.activeClient);\n"
            u"}\n"_s
                .arg(messagePortBusName(DaemonProtocol::requestPortName), FrontApplicationKeys::objectPath,
                     FrontApplicationKeys::interfaceName)
