@@ -26,7 +26,6 @@ COMPILED = {name: re.compile(pattern, re.MULTILINE | re.IGNORECASE if name in ("
             for name, pattern in PATTERNS.items()}
 
 # The most per 10,000 words that each kind of text may have. Lower a number when a text has become better.
-# "tell" in the messages is the name of a function, in the script for KWin.
 CEILINGS = {
     "comments": {"is-no": 0.3, "stands": 0.3, "as-it-is": 0.3},
     "documents": {},
