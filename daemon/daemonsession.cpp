@@ -45,6 +45,8 @@ void DaemonSession::connectStore(SettingsStore &store)
     if (!store.problems().isEmpty())
         mNotices.showSettingsProblem();
     store.setProblemHandler([this] { mNotices.showSettingsProblem(); });
+    // The settings come first into a folder that is made again.
+    mDeviceChoice.setFolderKeeper([this] { return mDaemon.keepFolder(); });
     store.setFolderHandler([this] { (void)mDeviceChoice.save(mDevices.choices()); }); // logs a failure
 }
 

@@ -30,6 +30,8 @@ public:
                  QObject *parent = nullptr);
 
     [[nodiscard]] const QVariantMap &document() const { return mSettings.document(); }
+    /// As CurrentSettings::keepFolder().
+    [[nodiscard]] bool keepFolder() { return mSettings.keepFolder(); }
 
     /// Call this after a start without factory settings. Until the first change, command 0 may then name a file with
     /// them.

@@ -108,6 +108,8 @@ void DeviceChoice::refuse(const QString &reason)
 
 bool DeviceChoice::save(const QList<ChosenDevice> &choices)
 {
+    if (mFolderKeeper && !mFolderKeeper())
+        return false; // the log has the reason
     const QFileInfo file(mPath);
     if (mIsUnreadable && (file.exists() || file.isSymLink())) {
         qCCritical(lcSettings, "file: %s is in the way of the choice", qUtf8Printable(mPath));

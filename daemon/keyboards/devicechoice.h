@@ -7,6 +7,9 @@
 
 #include <QVariantMap>
 
+#include <functional>
+#include <utility>
+
 /// A property list {"Devices": [{"Vendor", "Product", "Serial", "Path"}, ...]}; unknown keys are kept. A damaged file
 /// is set aside as devices.plist.damaged-<time>; the choice is then empty.
 class DeviceChoice
@@ -14,6 +17,9 @@ class DeviceChoice
 public:
     /// `folder` must exist. Reads nothing yet.
     explicit DeviceChoice(const QString &folder);
+
+    /// `keeper` is called before each save: it makes a removed folder again, and returns false if that failed.
+    void setFolderKeeper(std::function<bool()> keeper) { mFolderKeeper = std::move(keeper); }
 
     /// The choice on disk. Empty for a file that cannot be read, which save() never replaces.
     [[nodiscard]] QList<ChosenDevice> load();
@@ -25,6 +31,7 @@ public:
 private:
     void refuse(const QString &reason);
 
+    std::function<bool()> mFolderKeeper; // may be empty
     QString mPath;
     QVariantMap mRoot;            // as last read or written
     QList<ChosenDevice> mChoices; // those in mRoot

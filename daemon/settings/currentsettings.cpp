@@ -32,6 +32,11 @@ bool CurrentSettings::save(const QVariantMap &document)
     return true;
 }
 
+bool CurrentSettings::keepFolder()
+{
+    return mStore.hasFolder() || save(mDocument);
+}
+
 bool CurrentSettings::store(const QVariantMap &document)
 {
     if (!save(document))

@@ -33,6 +33,8 @@ public:
 
     /// Writes `document`, which the caller uses next. False if the write failed.
     [[nodiscard]] bool save(const QVariantMap &document);
+    /// Makes a removed folder again, with the document. False if that failed.
+    [[nodiscard]] bool keepFolder();
     /// Writes `document`, then uses it. False if the write failed.
     [[nodiscard]] bool store(const QVariantMap &document);
     /// Stores the document of a command's outcome if it is a different one. In the returned outcome, `changesDocument`

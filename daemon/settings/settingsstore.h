@@ -53,6 +53,9 @@ public:
     /// Reports all of this.
     [[nodiscard]] std::optional<QVariantMap> load();
 
+    /// False after the folder, or its lock, was removed. The next save() makes it again.
+    [[nodiscard]] bool hasFolder() const { return mFolder.isLocked(); }
+
     /// Writes `document`; it is on the disk when this returns. False if that failed: the folder then holds the same
     /// documents as before. Makes a removed folder again. If another program has replaced settings.plist since load()
     /// or the previous save, keeps that file and reports it. load() must have been called before.

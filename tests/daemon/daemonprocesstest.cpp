@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The daemon as a process on a session bus, with requests, notifications, crashes and restarts.
 #include "daemon/daemonprocess.h"
+#include "base/devicekeys.h"
 #include "base/qlcoreutility.h"
 #include "base/status.h"
 #include "daemon/keyboards/linux/stallwatch.h"
@@ -146,6 +147,7 @@ private Q_SLOTS:
     void settingsPutBackByHandAreKept();
     void filesAreForTheUserOnly();
     void removedFolderIsCreatedAgain();
+    void removedFolderIsCreatedAgainForTheChoiceOfKeyboards();
     void unreadableSettingsAreNamed();
     void fullDiskIsReportedAndChangesNothing();
     void postsNotificationsForOtherClients();
@@ -366,6 +368,22 @@ void DaemonProcessTest::removedFolderIsCreatedAgain()
                                           {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(u"one"_s)}});
     QVERIFY(changed);
     QCOMPARE(changed->values.value(u"ReturnStatus"_s), QVariant(0));
+    mDaemon->kill();
+    QVERIFY(mDaemon->start());
+    const auto settings = mDaemon->request(Command::readSettings);
+    QVERIFY(settings);
+    QCOMPARE(settings->values.value(u"AllDevSettings"_s), changed->values.value(u"ReturnDictionary"_s));
+}
+
+void DaemonProcessTest::removedFolderIsCreatedAgainForTheChoiceOfKeyboards()
+{
+    const auto changed = mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, named(u"Mine"_s)}});
+    QVERIFY(changed);
+    QVERIFY(QDir(mDaemon->settingsFolder()).removeRecursively());
+    const QDBusMessage release =
+        QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), DeviceKeys::objectPath,
+                                       DeviceKeys::interfaceName, u"Release"_s);
+    QCOMPARE(QDBusConnection::sessionBus().call(release).type(), QDBusMessage::ReplyMessage);
     mDaemon->kill();
     QVERIFY(mDaemon->start());
     const auto settings = mDaemon->request(Command::readSettings);
