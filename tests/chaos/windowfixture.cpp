@@ -3,6 +3,7 @@
 
 #include "base/settingskeys.h"
 #include "tests/chaos/chaosrun.h"
+#include "tests/support/stoppedprocess.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -31,7 +32,7 @@ bool WindowFixture::start(const QProcessEnvironment &environment)
 
 void WindowFixture::stop() const
 {
-    ::kill(static_cast<pid_t>(mProcess.processId()), SIGSTOP);
+    stopProcess(mProcess.processId());
 }
 
 void WindowFixture::resume() const

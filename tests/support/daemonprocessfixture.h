@@ -5,6 +5,7 @@
 
 #include "base/daemonprotocol.h"
 #include "platform/messageport.h"
+#include "tests/support/stoppedprocess.h"
 
 #include <QObject>
 #include <QProcess>
@@ -38,8 +39,8 @@ public:
     /// Ends it by SIGTERM and returns its exit code.
     int terminate() { return sendSignal(SIGTERM); }
     int sendSignal(int signalNumber);
-    /// Suspends the process (SIGSTOP), and resumes it (SIGCONT).
-    void stop() const { ::kill(static_cast<pid_t>(processId()), SIGSTOP); }
+    /// Suspends the process (stopProcess()), and resumes it (SIGCONT).
+    void stop() const { stopProcess(processId()); }
     void resume() const { ::kill(static_cast<pid_t>(processId()), SIGCONT); }
     [[nodiscard]] bool isRunning() const { return mProcess && mProcess->state() == QProcess::Running; }
     [[nodiscard]] qint64 processId() const { return mProcess ? mProcess->processId() : 0; }
