@@ -45,6 +45,15 @@ private:
 
     /// A port whose clock changes only when the test sets it.
     [[nodiscard]] std::unique_ptr<RequestPort> makePort(std::chrono::milliseconds tick);
+    /// The test's reply port, which adds the numbers of the replies to `replied`.
+    [[nodiscard]] static std::unique_ptr<LocalMessagePort> recordReplies(QList<qint32> &replied)
+    {
+        const auto record = [&replied](qint32 number, const std::optional<QByteArray> &data) {
+            replied += number;
+            return data;
+        };
+        return LocalMessagePort::create(replyPortName, record, QDBusConnection::sessionBus());
+    }
     /// Sends the messages in turn, each after the answer to the one before.
     static void sendInTurn(const std::vector<qint32> &numbers)
     {
@@ -242,13 +251,7 @@ void RequestPortTest::replyPortOfALargeRefusedMessageIsNotLookedUp()
     const auto port = makePort(1h);
     QVERIFY(port->serve());
     QList<qint32> replied;
-    const auto replyPort = LocalMessagePort::create(
-        replyPortName,
-        [&](qint32 number, const std::optional<QByteArray> &data) {
-            replied += number;
-            return data;
-        },
-        QDBusConnection::sessionBus());
+    const auto replyPort = recordReplies(replied);
     QVERIFY(!answerTo(6, {{u"Data"_s, QByteArray(RequestPort::maximumRefusedBytes, 'x')}}).isEmpty());
     QVERIFY(!answerTo(10, {}).isEmpty());
     QTRY_COMPARE(replied, QList<qint32>{10});
@@ -259,13 +262,7 @@ void RequestPortTest::refusedMessageOfASuspensionHasNoReply()
     const auto port = makePort(1h);
     QVERIFY(port->serve());
     QList<qint32> replied;
-    const auto replyPort = LocalMessagePort::create(
-        replyPortName,
-        [&](qint32 number, const std::optional<QByteArray> &data) {
-            replied += number;
-            return data;
-        },
-        QDBusConnection::sessionBus());
+    const auto replyPort = recordReplies(replied);
     sendInTurn({1});
     mStatus = Status::busy;
     mNow = Time(1h + 6s).count();
