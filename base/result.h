@@ -31,8 +31,11 @@ public:
     /// The error. There must be one.
     const E &error() const { return *std::get_if<1>(&mOutcome); }
 
-    /// The same outcome for a caller that does not need the value.
-    Result<void, E> withoutValue() const { return *this ? Result<void, E>() : Result<void, E>(error()); }
+    /// The same outcome for a caller that needs neither the value nor more of the error than `F` has.
+    template <typename F = E> Result<void, F> withoutValue() const
+    {
+        return *this ? Result<void, F>() : Result<void, F>(error());
+    }
 
 private:
     std::variant<T, E> mOutcome;

@@ -7,6 +7,5 @@ using namespace Qt::StringLiterals;
 
 CommandResult<void> reportFrontApplication(CommandContext &context)
 {
-    const auto result = frontApplicationObject.call("Tell"_L1, {context.arguments.first()});
-    return result ? CommandResult<void>() : CommandResult<void>(result.error());
+    return frontApplicationObject.call("Tell"_L1, {context.arguments.first()}).withoutValue<CommandError>();
 }

@@ -14,8 +14,7 @@ namespace {
 
 CommandResult<void> callKeyboard(QLatin1StringView method, const QVariantList &arguments = {})
 {
-    const auto result = VirtualKeyboardClient::call(method, arguments);
-    return result ? CommandResult<void>() : CommandResult<void>(result.error());
+    return VirtualKeyboardClient::call(method, arguments).withoutValue<CommandError>();
 }
 
 CommandResult<void> callWithKey(CommandContext &context, QLatin1StringView method)

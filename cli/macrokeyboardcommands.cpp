@@ -111,8 +111,8 @@ std::optional<PlayingKey> keyThatPlays(const QVariantMap &document, int macro)
 
 CommandResult<void> sendKey(QLatin1StringView method, int code)
 {
-    const auto result = VirtualKeyboardClient::call(method, {uint{HidPages::keyboard}, static_cast<uint>(code)});
-    return result ? CommandResult<void>() : CommandResult<void>(result.error());
+    return VirtualKeyboardClient::call(method, {uint{HidPages::keyboard}, static_cast<uint>(code)})
+        .withoutValue<CommandError>();
 }
 
 CommandResult<void> pressOnce(int code)

@@ -66,7 +66,7 @@ StateFolder::~StateFolder()
 QString StateFolder::defaultPath()
 {
     QString stateHome = qEnvironmentVariable("XDG_STATE_HOME");
-    if (!QDir::isAbsolutePath(stateHome)) // the XDG Base Directory Specification ignores relative paths
+    if (!QDir::isAbsolutePath(stateHome)) // XDG base directories ignore relative paths
         stateHome = QDir::home().filePath(u".local/state"_s);
     return QDir(stateHome).filePath(u"quill-kestra"_s);
 }
