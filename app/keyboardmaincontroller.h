@@ -194,7 +194,7 @@ private:
     /// Hands the pieces of the document held to the tabs, and redraws.
     void redraw();
     /// Redraws without a request, after a command that was refused or not answered.
-    void takeBack();
+    void redrawUnchanged();
     /// Asks for the whole document and redraws.
     void refresh();
     /// Replaces the document held with the one in `reply`, if any, and redraws.

@@ -113,7 +113,7 @@ void KeyboardMainController::redraw()
     updateUISettings();
 }
 
-void KeyboardMainController::takeBack()
+void KeyboardMainController::redrawUnchanged()
 {
     const QScopedValueRollback asking(mMayAskForLines, false);
     redraw();
@@ -129,7 +129,7 @@ void KeyboardMainController::applyReturnedDocument(const std::optional<QVariantM
 {
     const std::optional<QVariantMap> document = reply ? returnedDocument(*reply) : std::nullopt;
     if (!document)
-        return takeBack();
+        return redrawUnchanged();
     updateToLatestSettings(*document);
     redraw();
 }
@@ -139,7 +139,7 @@ void KeyboardMainController::refreshIf(bool hasSucceeded)
     if (hasSucceeded)
         refresh();
     else
-        takeBack();
+        redrawUnchanged();
 }
 
 // Profiles ------------------------------------------------------------------------------------------------------------
@@ -227,7 +227,7 @@ void KeyboardMainController::switchProfileWithID(int profileID)
         mDeletedProfileID = 0;
         mIsDeleteProfile = false;
     } else {
-        takeBack();
+        redrawUnchanged();
     }
     updateProfilesControlState(true);
 }

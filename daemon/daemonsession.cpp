@@ -36,7 +36,8 @@ void DaemonSession::connectKeyboards()
     QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
         mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mVirtualKeyboard);
     });
-    QObject::connect(&mDevices, &LinuxDevices::panicked, &mDaemon, [this] { mNotices.showKeyboardReleased(); });
+    QObject::connect(&mDevices, &LinuxDevices::releaseChordPressed, &mDaemon,
+                     [this] { mNotices.showKeyboardReleased(); });
 }
 
 void DaemonSession::connectStore(SettingsStore &store)

@@ -74,7 +74,7 @@ void CaptureSession::wake()
     // A recording loses the Escape that ends it, and a client that captures keys gets the key before it again. Without
     // such a key it keeps Escape, because the user may have wanted that key.
     if (mCapture.kind() == Kind::macroRecording)
-        mRecorder.takeBack(EscapeHold::escape);
+        mRecorder.removePress(EscapeHold::escape);
     else if (!mKeyBeforeCaptured.isEmpty())
         postCapturedKey(mKeyBeforeCaptured);
     release("Escape is held");

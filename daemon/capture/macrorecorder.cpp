@@ -35,7 +35,7 @@ QStringList MacroRecorder::record(HidUsage key, bool isDown, Time now)
     return lines;
 }
 
-void MacroRecorder::takeBack(HidUsage key)
+void MacroRecorder::removePress(HidUsage key)
 {
     if (mState != State::recording || mEvents.isEmpty())
         return;

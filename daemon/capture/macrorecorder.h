@@ -38,7 +38,7 @@ public:
 
     /// Removes the press of `key` and the pause before it, if that was recorded last. Meant for a key that ends the
     /// recording; stop() must follow.
-    void takeBack(HidUsage key);
+    void removePress(HidUsage key);
 
     /// Ends the recording; keys that are still down are recorded as released now.
     void stop(Time now);

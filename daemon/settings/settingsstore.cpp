@@ -147,15 +147,15 @@ void SettingsStore::setAside(const QString &filePath, const QString &problem)
 
 /// Sets aside folders, pipes and other non-files in the place of the document or a copy. False if one of them blocks
 /// saving.
-bool SettingsStore::makeWay()
+bool SettingsStore::setObstaclesAside()
 {
-    if (std::ranges::any_of(mInTheWay, isPresent))
+    if (std::ranges::any_of(mObstacles, isPresent))
         return false;
     for (const QString &file : presentFiles()) {
         if (!QFileInfo(file).isFile())
             setAside(file, u"is not a regular file"_s);
     }
-    return std::ranges::none_of(mInTheWay, isPresent);
+    return std::ranges::none_of(mObstacles, isPresent);
 }
 
 /// Opens the folder again after it or its lock has been removed. False if that failed.
@@ -179,7 +179,7 @@ bool SettingsStore::reopenFolder()
 
 void SettingsStore::refuseSaving(const QString &filePath, const QString &reason)
 {
-    mInTheWay += filePath;
+    mObstacles += filePath;
     reportProblem(u"%1 %2: nothing is saved until it is moved away"_s.arg(filePath, reason));
 }
 
@@ -200,7 +200,7 @@ bool SettingsStore::save(const QVariantMap &document)
         qCCritical(lcSettings, "daemon: the document cannot be written as a property list");
         return false;
     }
-    if (!reopenFolder() || !makeWay())
+    if (!reopenFolder() || !setObstaclesAside())
         return false;
     // A daemon may be killed after any step. In the folder that each step leaves, load() finds the newest answered
     // document and finishInterruptedSave() the copies. Without an old document, the existing copy is the newest good
@@ -210,7 +210,7 @@ bool SettingsStore::save(const QVariantMap &document)
         return false;
     if (found != Found::nothing)
         finishInterruptedSave();
-    const std::optional<QString> secondName = giveSecondName(*found);
+    const std::optional<QString> secondName = linkSecondName(*found);
     if (!secondName || !replace(*data, *secondName))
         return false;
     if (found == Found::nothing && mWrongFile == path())
@@ -251,7 +251,7 @@ bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
     }
     qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
     if (!secondName.isEmpty())
-        takeBackReplacement(secondName);
+        undoReplacement(secondName);
     else if (isReplacing)
         mOwnContent = Checksum(PropertyList::readFileBytes(path()).data); // either the old document or the new one
     else
@@ -276,7 +276,7 @@ void SettingsStore::finishInterruptedSave()
 /// Gives the document a second name before its replacement; writing leaves this name alone. Returns an empty name if
 /// there is no document, or if the file system has no hard links. In the latter case the replacement is as safe, but
 /// leaves no copy of the old document. Files that must be kept are kept in any case; absent if that failed.
-std::optional<QString> SettingsStore::giveSecondName(Found found) const
+std::optional<QString> SettingsStore::linkSecondName(Found found) const
 {
     switch (found) {
     case Found::nothing: return QString();
@@ -335,7 +335,7 @@ void SettingsStore::reportRepair(QString original)
 }
 
 /// Restores the document after a failed save, even if the save failed after the replacement.
-void SettingsStore::takeBackReplacement(const QString &secondName)
+void SettingsStore::undoReplacement(const QString &secondName)
 {
     // If nothing was replaced, these are two names of one file, and renaming does nothing.
     if (renameOver(secondName, path()))

@@ -84,28 +84,28 @@ private:
     [[nodiscard]] QStringList presentFiles() const;
     [[nodiscard]] std::optional<RepairedSettings> read(const QString &filePath);
     void setAside(const QString &filePath, const QString &problem);
-    [[nodiscard]] bool makeWay();
+    [[nodiscard]] bool setObstaclesAside();
     [[nodiscard]] bool reopenFolder();
     void refuseSaving(const QString &filePath, const QString &reason);
     void removeLeftOvers();
     void finishInterruptedSave();
     enum class Found { nothing, ownDocument, wrongDocument, foreignFile };
     [[nodiscard]] std::optional<Found> findFile();
-    [[nodiscard]] std::optional<QString> giveSecondName(Found found) const;
+    [[nodiscard]] std::optional<QString> linkSecondName(Found found) const;
     [[nodiscard]] std::optional<QString> keepAside(QLatin1StringView mark) const;
     [[nodiscard]] bool replace(const QByteArray &data, const QString &secondName);
     void reportKept(const QString &name);
     void reportRepair(QString original);
     void reportProblem(const QString &problem);
-    void takeBackReplacement(const QString &secondName);
+    void undoReplacement(const QString &secondName);
     void shiftCopies();
 
     StateFolder mFolder;
     QString mErrorText;
-    Checksum mOwnContent;  // of settings.plist as last read or written
-    QStringList mInTheWay; // files that could be neither read nor set aside; they block every save
-    QString mWrongFile;    // the file with repaired values, until the next save has kept it aside
-    QStringList mRepairs;  // of that file
+    Checksum mOwnContent;   // of settings.plist as last read or written
+    QStringList mObstacles; // files that could be neither read nor set aside; they block every save
+    QString mWrongFile;     // the file with repaired values, until the next save has kept it aside
+    QStringList mRepairs;   // of that file
     QStringList mProblems;
     std::function<void()> mProblemHandler;
     std::function<void()> mFolderHandler;

@@ -9,7 +9,7 @@ static_assert(HidUsage::lastKey < 0x400);
 
 namespace {
 
-constexpr std::array panicChord{quint16(40), quint16(41), quint16(42)}; // Return, Escape, Backspace
+constexpr std::array releaseChord{quint16(40), quint16(41), quint16(42)}; // Return, Escape, Backspace
 
 /// X and Y would turn the keyboard into a pointer; a node that has them is not grabbed.
 bool isWheel(quint16 code)
@@ -87,8 +87,8 @@ void KeyTranslator::press(Node &node, quint16 code, Time time)
     node.down[code] = meaning;
     if (++mHolders[meaning] > 1)
         return;
-    if (std::ranges::find(panicChord, meaning) != panicChord.end() && isPanicChordHeld())
-        mSink.panic();
+    if (std::ranges::find(releaseChord, meaning) != releaseChord.end() && isReleaseChordHeld())
+        mSink.takeReleaseChord();
     else
         emitKey(meaning, true, time);
 }
@@ -112,9 +112,9 @@ KeyTranslator::Meaning KeyTranslator::meaningOf(const Node &node, quint16 code)
     return usage ? usage->usage : static_cast<Meaning>(firstPassed + code);
 }
 
-bool KeyTranslator::isPanicChordHeld() const
+bool KeyTranslator::isReleaseChordHeld() const
 {
-    return std::ranges::all_of(panicChord, [this](Meaning meaning) { return mHolders[meaning] > 0; });
+    return std::ranges::all_of(releaseChord, [this](Meaning meaning) { return mHolders[meaning] > 0; });
 }
 
 void KeyTranslator::emitKey(Meaning meaning, bool isDown, Time time)

@@ -26,7 +26,7 @@ public:
     virtual void passMotion(quint16 code, int value, Time time) = 0;
     /// Backspace, Escape and Return are held together. The key that completes the release chord is not reported
     /// otherwise.
-    virtual void panic() = 0;
+    virtual void takeReleaseChord() = 0;
 };
 
 /// A key that is held on several nodes, or twice on one, goes down with the first and comes up with the last. Its
@@ -80,7 +80,7 @@ private:
     void press(Node &node, quint16 code, Time time);
     void release(Node &node, quint16 code, Time time);
     [[nodiscard]] static Meaning meaningOf(const Node &node, quint16 code);
-    [[nodiscard]] bool isPanicChordHeld() const;
+    [[nodiscard]] bool isReleaseChordHeld() const;
     void emitKey(Meaning meaning, bool isDown, Time time);
 
     KeySink &mSink;

@@ -46,14 +46,14 @@ int writeAttribute(const QString &folder, const char *name, const QByteArray &va
 
 LedLight::LedLight(Services services, QObject *parent) : QObject(parent), mServices(std::move(services))
 {
-    connect(&mColor, &VirtualLight::changed, this, &LedLight::write);
+    connect(&mColor, &TimedLight::changed, this, &LedLight::write);
     setPowered();
 }
 
-LedLight::LedLight(Services services, VirtualLight::Clock clock, QObject *parent)
+LedLight::LedLight(Services services, TimedLight::Clock clock, QObject *parent)
     : QObject(parent), mServices(std::move(services)), mColor(std::move(clock))
 {
-    connect(&mColor, &VirtualLight::changed, this, &LedLight::write);
+    connect(&mColor, &TimedLight::changed, this, &LedLight::write);
     setPowered();
 }
 

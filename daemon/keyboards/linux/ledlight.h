@@ -3,7 +3,7 @@
 #pragma once
 
 #include "daemon/keyboards/linux/keyboardleds.h"
-#include "daemon/keyboards/virtuallight.h"
+#include "daemon/keyboards/timedlight.h"
 #include "lighting/backlight.h"
 
 #include <QObject>
@@ -25,7 +25,7 @@ public:
     };
 
     explicit LedLight(Services services, QObject *parent = nullptr); ///< with the machine's clock
-    LedLight(Services services, VirtualLight::Clock clock, QObject *parent = nullptr);
+    LedLight(Services services, TimedLight::Clock clock, QObject *parent = nullptr);
 
     [[nodiscard]] const Backlight::Settings &settings() const { return mSettings; }
     [[nodiscard]] qsizetype ledCount() const { return mLeds.size(); }
@@ -36,7 +36,7 @@ public:
     /// Writes all values again, because a keyboard may have been plugged in or woken up.
     void useNodes(const QStringList &nodes);
     void show(const Backlight::Settings &settings);
-    /// Checks whether the light has changed, as the timer of its VirtualLight does.
+    /// Checks whether the light has changed, as the timer of its TimedLight does.
     void look() { mColor.look(); }
 
 private:
@@ -61,6 +61,6 @@ private:
     Services mServices;
     Backlight::Settings mSettings;
     bool mIsSet = false; // until then the LEDs remain unchanged
-    VirtualLight mColor; // the colour of the LEDs at full brightness; they have a separate brightness
+    TimedLight mColor;   // the colour of the LEDs at full brightness; they have a separate brightness
     QList<Led> mLeds;
 };

@@ -57,14 +57,14 @@ qsizetype indexOf(const QList<KeyboardInfo> &keyboards, const QString &id)
     return found;
 }
 
-const char *stateName(InputNode::State state)
+const char *stateName(EventDevice::State state)
 {
     switch (state) {
-    case InputNode::State::waiting: return "waiting for its keys to come up";
-    case InputNode::State::grabbed: return "grabbed";
-    case InputNode::State::refused: return "refused";
-    case InputNode::State::gone: return "gone";
-    case InputNode::State::released: return "released";
+    case EventDevice::State::waiting: return "waiting for its keys to come up";
+    case EventDevice::State::grabbed: return "grabbed";
+    case EventDevice::State::refused: return "refused";
+    case EventDevice::State::gone: return "gone";
+    case EventDevice::State::ungrabbed: return "released";
     }
     return "?";
 }
@@ -87,7 +87,7 @@ LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Se
     connect(&mSource, &EventDeviceSource::changed, this, look);
     connect(&mRightsWatch, &QFileSystemWatcher::fileChanged, this, look);
     connect(&mKeyboard, &LinuxKeyboard::nodeChanged, this, &LinuxDevices::nodeChanged);
-    connect(&mKeyboard, &LinuxKeyboard::panicked, this, &LinuxDevices::panic);
+    connect(&mKeyboard, &LinuxKeyboard::releaseChordPressed, this, &LinuxDevices::ungrabEveryKeyboard);
     connect(&mKeyboard, &LinuxKeyboard::realTimeChanged, this, &LinuxDevices::changed);
 }
 
@@ -97,7 +97,7 @@ QList<InputDevice> LinuxDevices::devices() const
     for (const KeyboardInfo &keyboard : keyboards()) {
         InputDevice device = keyboard.device;
         device.isInUse = std::ranges::any_of(mNodes, [&](const Node &node) {
-            return node.deviceId == device.id && node.state == InputNode::State::grabbed;
+            return node.deviceId == device.id && node.state == EventDevice::State::grabbed;
         });
         device.problem = device.isInUse ? QString() : problemOf(keyboard);
         devices += device;
@@ -110,8 +110,8 @@ DeviceStatus LinuxDevices::status() const
     DeviceStatus status;
     bool isWaiting = false;
     for (const Node &node : mNodes) {
-        isWaiting = isWaiting || node.state == InputNode::State::waiting;
-        if (node.state == InputNode::State::grabbed) {
+        isWaiting = isWaiting || node.state == EventDevice::State::waiting;
+        if (node.state == EventDevice::State::grabbed) {
             status.grabs += node.info.node;
             if (!status.names.contains(node.deviceName))
                 status.names += node.deviceName;
@@ -202,7 +202,7 @@ QList<LinuxDevices::Node> LinuxDevices::chosenNodes() const
 {
     QList<Node> nodes;
     for (const KeyboardInfo &keyboard : chosenKeyboards()) {
-        for (const NodeInfo &info : keyboard.nodes)
+        for (const EventDeviceInfo &info : keyboard.nodes)
             nodes += {.info = info, .deviceId = keyboard.device.id, .deviceName = keyboard.device.name};
     }
     return nodes;
@@ -210,7 +210,7 @@ QList<LinuxDevices::Node> LinuxDevices::chosenNodes() const
 
 QString LinuxDevices::problemOf(const KeyboardInfo &keyboard) const
 {
-    for (const NodeInfo &node : keyboard.nodes) {
+    for (const EventDeviceInfo &node : keyboard.nodes) {
         if (const int error = mServices.access(node.node))
             return nodeProblem(node.node, keyboard.device.id, error);
     }
@@ -274,7 +274,7 @@ void LinuxDevices::add(Node node)
                qUtf8Printable(node.deviceName));
         mKeyboard.addNode(std::move(file), node.id, node.info.isHid);
     } else {
-        node.state = InputNode::State::refused;
+        node.state = EventDevice::State::refused;
         qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problemOf(node)));
         if (node.error == EACCES || node.error == EPERM)
             mRightsWatch.addPath(node.info.node);
@@ -282,7 +282,7 @@ void LinuxDevices::add(Node node)
     mNodes += node;
 }
 
-void LinuxDevices::nodeChanged(int id, InputNode::State state, int error)
+void LinuxDevices::nodeChanged(int id, EventDevice::State state, int error)
 {
     const auto node = std::ranges::find(mNodes, id, &Node::id);
     if (node == mNodes.end())
@@ -293,7 +293,7 @@ void LinuxDevices::nodeChanged(int id, InputNode::State state, int error)
     node->error = error;
     if (const QString problem = problemOf(*node); !problem.isEmpty())
         qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problem));
-    if (state == InputNode::State::gone || state == InputNode::State::released) {
+    if (state == EventDevice::State::gone || state == EventDevice::State::ungrabbed) {
         mKeyboard.removeNode(id);
         mNodes.erase(node);
     }
@@ -301,7 +301,7 @@ void LinuxDevices::nodeChanged(int id, InputNode::State state, int error)
     Q_EMIT changed();
 }
 
-void LinuxDevices::panic()
+void LinuxDevices::ungrabEveryKeyboard()
 {
     qCWarning(lcKeyboard, "keyboard: Backspace, Escape and Return held together: every keyboard was released; "
                           "\"kestractl device use\", or plugging it in again, grabs it again");
@@ -311,7 +311,7 @@ void LinuxDevices::panic()
         mKeyboard.removeNode(node.id);
     mNodes.clear();
     updateAttachment();
-    Q_EMIT panicked();
+    Q_EMIT releaseChordPressed();
     Q_EMIT changed();
 }
 
@@ -326,7 +326,7 @@ void LinuxDevices::updateAttachment()
     QStringList nodes;
     quint16 version = 0;
     for (const Node &node : std::as_const(mNodes)) {
-        if (node.state != InputNode::State::grabbed)
+        if (node.state != EventDevice::State::grabbed)
             continue;
         if (nodes.isEmpty())
             version = node.info.version;

@@ -46,17 +46,17 @@ Q_SIGNALS:
     /// The daemon must now use the real keyboards, or the virtual one. Emitted before the first keyboard is grabbed and
     /// after the last one is ungrabbed, so nothing that the user types in between is lost.
     void wanted(bool isWanted);
-    void panicked(); ///< the user has held the release chord; every keyboard was ungrabbed
+    void releaseChordPressed(); ///< the user has held the release chord; every keyboard was ungrabbed
 
 private:
     /// A node of an attached keyboard that is chosen.
     struct Node
     {
         int id = 0; // the channel's; never reused
-        NodeInfo info;
+        EventDeviceInfo info;
         QString deviceId;
         QString deviceName;
-        InputNode::State state = InputNode::State::waiting;
+        EventDevice::State state = EventDevice::State::waiting;
         int error = 0; // errno: why it is not used
     };
 
@@ -71,8 +71,8 @@ private:
     [[nodiscard]] bool hasOutput();
     void synchronize();
     void add(Node node);
-    void nodeChanged(int id, InputNode::State state, int error);
-    void panic();
+    void nodeChanged(int id, EventDevice::State state, int error);
+    void ungrabEveryKeyboard();
     void setWanted(bool isWanted);
     void updateAttachment();
 

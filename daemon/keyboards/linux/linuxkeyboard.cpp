@@ -19,7 +19,7 @@ void LinuxKeyboard::start(std::unique_ptr<OutputDevice> output)
     mThread = std::make_unique<KeyThread>();
     LinuxKeyChannel *channel = &mThread->channel();
     connect(channel, &LinuxKeyChannel::nodeChanged, this, &LinuxKeyboard::nodeChanged);
-    connect(channel, &LinuxKeyChannel::panicked, this, &LinuxKeyboard::panicked);
+    connect(channel, &LinuxKeyChannel::releaseChordPressed, this, &LinuxKeyboard::releaseChordPressed);
     connect(channel, &LinuxKeyChannel::ownKeyPressed, this, &LinuxKeyboard::takeOwnKey);
     connect(mThread.get(), &KeyThread::realTimeChanged, this, &LinuxKeyboard::realTimeChanged);
     QMetaObject::invokeMethod(

@@ -39,8 +39,8 @@ public:
 
 Q_SIGNALS:
     // From the key thread, see LinuxKeyChannel
-    void nodeChanged(int id, InputNode::State state, int error);
-    void panicked();
+    void nodeChanged(int id, EventDevice::State state, int error);
+    void releaseChordPressed();
     void realTimeChanged();
 
 private:

@@ -22,26 +22,26 @@ void LinuxKeyChannel::setOutput(std::unique_ptr<OutputDevice> output)
 void LinuxKeyChannel::addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages,
                               std::chrono::milliseconds patience)
 {
-    sweep();
-    InputNodeHandler &handler = *this;
-    mNodes.push_back(std::make_unique<InputNode>(std::move(file), id, givesHidUsages, handler, patience));
+    deleteFinishedDevices();
+    EventDeviceHandler &handler = *this;
+    mNodes.push_back(std::make_unique<EventDevice>(std::move(file), id, givesHidUsages, handler, patience));
     mNodes.back()->start();
 }
 
 void LinuxKeyChannel::removeNode(int id)
 {
-    for (const std::unique_ptr<InputNode> &node : mNodes) {
+    for (const std::unique_ptr<EventDevice> &node : mNodes) {
         if (node->id() == id)
-            node->release();
+            node->ungrab();
     }
-    sweep();
+    deleteFinishedDevices();
 }
 
 void LinuxKeyChannel::removeAllNodes()
 {
-    for (const std::unique_ptr<InputNode> &node : mNodes)
-        node->release();
-    sweep();
+    for (const std::unique_ptr<EventDevice> &node : mNodes)
+        node->ungrab();
+    deleteFinishedDevices();
 }
 
 void LinuxKeyChannel::send(HidUsage usage, bool isDown)
@@ -73,31 +73,31 @@ void LinuxKeyChannel::flush()
         mOutput->flush();
 }
 
-void LinuxKeyChannel::nodeEvent(InputNode &node, const KeyTranslator::Event &event)
+void LinuxKeyChannel::nodeEvent(EventDevice &node, const KeyTranslator::Event &event)
 {
     mTranslator.take(node.translatorPlace, event);
-    if (mIsPanicking)
-        escape();
+    if (mIsReleaseChordPressed)
+        ungrabAll();
 }
 
-void LinuxKeyChannel::nodeRead(InputNode &)
+void LinuxKeyChannel::nodeRead(EventDevice &)
 {
     flush();
     if (const std::optional<Time> time = std::exchange(mOldestKey, {}))
         mHistogram.add(DeadlineTimer::now() - *time);
 }
 
-void LinuxKeyChannel::nodeDroppedEvents(InputNode &)
+void LinuxKeyChannel::nodeDroppedEvents(EventDevice &)
 {
     mLostEvents.fetch_add(1, std::memory_order_relaxed);
 }
 
-void LinuxKeyChannel::nodeStateChanged(InputNode &node)
+void LinuxKeyChannel::nodeStateChanged(EventDevice &node)
 {
-    if (node.state() == InputNode::State::grabbed) {
+    if (node.state() == EventDevice::State::grabbed) {
         node.translatorPlace = mTranslator.addNode(node.givesHidUsages());
         if (node.translatorPlace < 0)
-            return node.release(); // more nodes than places: the desktop keeps this one
+            return node.ungrab(); // more nodes than places: the desktop keeps this one
         if (++mGrabbedNodes == 1) {
             mHistogram.clear();
             mLostEvents = 0;
@@ -105,12 +105,12 @@ void LinuxKeyChannel::nodeStateChanged(InputNode &node)
         for (quint16 led = 0; led < mLeds.size(); ++led)
             node.setLed(led, mLeds[led]);
     } else if (node.translatorPlace >= 0) {
-        leave(node);
+        removeFromTranslator(node);
     }
     Q_EMIT nodeChanged(node.id(), node.state(), node.error());
 }
 
-void LinuxKeyChannel::leave(InputNode &node)
+void LinuxKeyChannel::removeFromTranslator(EventDevice &node)
 {
     mTranslator.removeNode(std::exchange(node.translatorPlace, -1), DeadlineTimer::now());
     mOldestKey.reset(); // these keys came up without a release by the user, so they are not measured
@@ -158,17 +158,17 @@ void LinuxKeyChannel::passMotion(quint16 code, int value, Time)
     mOutput->moveWheel(code, value);
 }
 
-void LinuxKeyChannel::panic()
+void LinuxKeyChannel::takeReleaseChord()
 {
-    mIsPanicking = true; // the translator is in the middle of an event
+    mIsReleaseChordPressed = true; // the translator is in the middle of an event
 }
 
-void LinuxKeyChannel::escape()
+void LinuxKeyChannel::ungrabAll()
 {
-    mIsPanicking = false;
-    for (const std::unique_ptr<InputNode> &node : mNodes)
-        node->release();
-    Q_EMIT panicked();
+    mIsReleaseChordPressed = false;
+    for (const std::unique_ptr<EventDevice> &node : mNodes)
+        node->ungrab();
+    Q_EMIT releaseChordPressed();
 }
 
 void LinuxKeyChannel::showLeds()
@@ -177,15 +177,15 @@ void LinuxKeyChannel::showLeds()
         if (led >= mLeds.size())
             return;
         mLeds[led] = isOn;
-        for (const std::unique_ptr<InputNode> &node : mNodes)
+        for (const std::unique_ptr<EventDevice> &node : mNodes)
             node->setLed(led, isOn);
     });
 }
 
 /// Destroys nodes that are neither waiting nor grabbed. Must not be called during a call of a node.
-void LinuxKeyChannel::sweep()
+void LinuxKeyChannel::deleteFinishedDevices()
 {
-    std::erase_if(mNodes, [](const std::unique_ptr<InputNode> &node) {
-        return node->state() != InputNode::State::waiting && node->state() != InputNode::State::grabbed;
+    std::erase_if(mNodes, [](const std::unique_ptr<EventDevice> &node) {
+        return node->state() != EventDevice::State::waiting && node->state() != EventDevice::State::grabbed;
     });
 }

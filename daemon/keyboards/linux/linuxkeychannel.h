@@ -4,7 +4,7 @@
 #pragma once
 
 #include "daemon/keyboards/keychannel.h"
-#include "daemon/keyboards/linux/inputnode.h"
+#include "daemon/keyboards/linux/eventdevice.h"
 #include "daemon/keyboards/linux/latencyhistogram.h"
 #include "daemon/keyboards/linux/outputdevice.h"
 
@@ -16,8 +16,8 @@
 #include <vector>
 
 /// Treats several keyboards with several nodes each as one keyboard. Passes keys that are not assignable to the output
-/// unchanged. The release chord ungrabs every node, releases every key and emits panicked().
-class LinuxKeyChannel : public KeyChannel, private InputNodeHandler, private KeySink
+/// unchanged. The release chord ungrabs every node, releases every key and emits releaseChordPressed().
+class LinuxKeyChannel : public KeyChannel, private EventDeviceHandler, private KeySink
 {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ public:
     void setOutput(std::unique_ptr<OutputDevice> output);
     /// `id`: identifies the node in removeNode() and nodeChanged().
     void addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages,
-                 std::chrono::milliseconds patience = InputNode::usualPatience);
+                 std::chrono::milliseconds patience = EventDevice::usualPatience);
     void removeNode(int id);
     void removeAllNodes();
     /// Whether the daemon controls the key lighting. If so, the lighting keys are the daemon's, not the desktop's.
@@ -46,31 +46,31 @@ public:
 
 Q_SIGNALS:
     // Rare, for other threads
-    void nodeChanged(int id, InputNode::State state, int error); ///< errno, or 0
-    void panicked();
+    void nodeChanged(int id, EventDevice::State state, int error); ///< errno, or 0
+    void releaseChordPressed();
     void ownKeyPressed(KeyCodes::OwnKey key);
 
 private:
-    void nodeEvent(InputNode &node, const KeyTranslator::Event &event) override;
-    void nodeRead(InputNode &node) override;
-    void nodeDroppedEvents(InputNode &node) override;
-    void nodeStateChanged(InputNode &node) override;
+    void nodeEvent(EventDevice &node, const KeyTranslator::Event &event) override;
+    void nodeRead(EventDevice &node) override;
+    void nodeDroppedEvents(EventDevice &node) override;
+    void nodeStateChanged(EventDevice &node) override;
     void takeKey(HidUsage key, bool isDown, Time time) override;
     void passKey(quint16 code, bool isDown, Time time) override;
     void passMotion(quint16 code, int value, Time time) override;
-    void panic() override;
+    void takeReleaseChord() override;
 
     [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown);
     [[nodiscard]] std::optional<quint16> codeToSend(HidUsage usage, bool isDown);
-    void leave(InputNode &node);
-    void escape();
+    void removeFromTranslator(EventDevice &node);
+    void ungrabAll();
     void showLeds();
-    void sweep();
+    void deleteFinishedDevices();
 
     KeyTranslator mTranslator;
     std::unique_ptr<OutputDevice> mOutput;
     std::unique_ptr<QSocketNotifier> mLedNotifier;
-    std::vector<std::unique_ptr<InputNode>> mNodes;
+    std::vector<std::unique_ptr<EventDevice>> mNodes;
     std::bitset<16> mLeds;          // as set by the desktop
     Time mLatestTime{};             // of the events so far
     std::optional<Time> mOldestKey; // of those read and not yet measured
@@ -80,5 +80,5 @@ private:
     std::bitset<KeyCodes::codeCount> mSentByCode; // see KeyCodes::macroKeyCode()
     int mGrabbedNodes = 0;
     bool mIsLit = false;
-    bool mIsPanicking = false;
+    bool mIsReleaseChordPressed = false;
 };

@@ -24,9 +24,9 @@ quint16 hexAttribute(udev_device *device, const char *name)
     return attribute(device, name).toUShort(nullptr, 16);
 }
 
-NodeInfo::Codes codes(udev_device *input, const char *name)
+EventDeviceInfo::Codes codes(udev_device *input, const char *name)
 {
-    return NodeInfo::codesFromText(attribute(input, name).toLatin1());
+    return EventDeviceInfo::codesFromText(attribute(input, name).toLatin1());
 }
 
 /// Removes the part of "usb-0000:00:14.0-3/input1" that distinguishes the interfaces of one device.
@@ -43,7 +43,7 @@ QString nameOf(udev_device *input, udev_device *hid)
     return name.trimmed().isEmpty() ? nodeName : name;
 }
 
-std::optional<NodeInfo> nodeInfo(udev_device *device)
+std::optional<EventDeviceInfo> nodeInfo(udev_device *device)
 {
     const char *node = udev_device_get_devnode(device);
     // Parents belong to the device and must not be freed.
@@ -57,20 +57,20 @@ std::optional<NodeInfo> nodeInfo(udev_device *device)
     QString path = QString::fromUtf8(udev_device_get_property_value(usb ? usb : device, "ID_PATH"));
     if (path.isEmpty())
         path = portOf(attribute(input, "phys"));
-    return NodeInfo{.node = QString::fromUtf8(node),
-                    .systemPath = QString::fromUtf8(udev_device_get_syspath(device)),
-                    .devicePath = QString::fromUtf8(udev_device_get_syspath(whole)),
-                    .name = nameOf(input, hid),
-                    .bus = hexAttribute(input, "id/bustype"),
-                    .vendor = hexAttribute(input, "id/vendor"),
-                    .product = hexAttribute(input, "id/product"),
-                    .version = hexAttribute(input, "id/version"),
-                    .serial = usbSerial.isEmpty() ? attribute(input, "uniq") : usbSerial,
-                    .path = path,
-                    .isHid = hid != nullptr,
-                    .keys = codes(input, "capabilities/key"),
-                    .relativeAxes = codes(input, "capabilities/rel"),
-                    .absoluteAxes = codes(input, "capabilities/abs")};
+    return EventDeviceInfo{.node = QString::fromUtf8(node),
+                           .systemPath = QString::fromUtf8(udev_device_get_syspath(device)),
+                           .devicePath = QString::fromUtf8(udev_device_get_syspath(whole)),
+                           .name = nameOf(input, hid),
+                           .bus = hexAttribute(input, "id/bustype"),
+                           .vendor = hexAttribute(input, "id/vendor"),
+                           .product = hexAttribute(input, "id/product"),
+                           .version = hexAttribute(input, "id/version"),
+                           .serial = usbSerial.isEmpty() ? attribute(input, "uniq") : usbSerial,
+                           .path = path,
+                           .isHid = hid != nullptr,
+                           .keys = codes(input, "capabilities/key"),
+                           .relativeAxes = codes(input, "capabilities/rel"),
+                           .absoluteAxes = codes(input, "capabilities/abs")};
 }
 
 } // namespace
@@ -102,9 +102,9 @@ UdevEventDevices::~UdevEventDevices()
         udev_unref(mUdev);
 }
 
-QList<NodeInfo> UdevEventDevices::nodes() const
+QList<EventDeviceInfo> UdevEventDevices::nodes() const
 {
-    QList<NodeInfo> nodes;
+    QList<EventDeviceInfo> nodes;
     udev_enumerate *enumeration = mUdev ? udev_enumerate_new(mUdev) : nullptr;
     if (!enumeration)
         return nodes;
@@ -117,7 +117,7 @@ QList<NodeInfo> UdevEventDevices::nodes() const
         udev_device *device = udev_device_new_from_syspath(mUdev, udev_list_entry_get_name(entry));
         if (!device)
             continue; // removed meanwhile
-        if (const std::optional<NodeInfo> info = nodeInfo(device))
+        if (const std::optional<EventDeviceInfo> info = nodeInfo(device))
             nodes += *info;
         udev_device_unref(device);
     }

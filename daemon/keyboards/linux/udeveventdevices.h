@@ -2,7 +2,7 @@
 // The machine's event devices, as udev knows them, and a signal for their changes. Main thread only.
 #pragma once
 
-#include "daemon/keyboards/linux/nodeinfo.h"
+#include "daemon/keyboards/linux/eventdeviceinfo.h"
 
 #include <QObject>
 #include <QTimer>
@@ -22,7 +22,7 @@ public:
     using QObject::QObject;
 
     /// In no particular order. Each call makes a new list.
-    [[nodiscard]] virtual QList<NodeInfo> nodes() const = 0;
+    [[nodiscard]] virtual QList<EventDeviceInfo> nodes() const = 0;
 
 Q_SIGNALS:
     void changed(); ///< a node appeared, disappeared, or may now be opened
@@ -37,7 +37,7 @@ public:
     explicit UdevEventDevices(QObject *parent = nullptr);
     ~UdevEventDevices() override;
 
-    [[nodiscard]] QList<NodeInfo> nodes() const override;
+    [[nodiscard]] QList<EventDeviceInfo> nodes() const override;
 
 private:
     void readMonitor();

@@ -42,7 +42,7 @@ VirtualKeyboard::VirtualKeyboard(KeyClock clock, QObject *parent)
 
 void VirtualKeyboard::connectLight()
 {
-    connect(&mLight, &VirtualLight::changed, this, &VirtualKeyboard::lightChanged);
+    connect(&mLight, &TimedLight::changed, this, &VirtualKeyboard::lightChanged);
 }
 
 QString VirtualKeyboard::firmwareVersion() const

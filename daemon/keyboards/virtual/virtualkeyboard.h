@@ -5,7 +5,7 @@
 
 #include "daemon/keyboards/keyboard.h"
 #include "daemon/keyboards/keychannel.h"
-#include "daemon/keyboards/virtuallight.h"
+#include "daemon/keyboards/timedlight.h"
 
 #include <QList>
 
@@ -83,7 +83,7 @@ private:
     bool mIsAttached = true;
     bool mIsGameModeShown = false;
     OnTheFlyState mShownOnTheFly = OnTheFlyState::off;
-    VirtualLight mLight;
+    TimedLight mLight;
     QList<HidUsage> mPressed;
     QList<HidUsage> mSent;
 };

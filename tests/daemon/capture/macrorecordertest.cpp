@@ -97,7 +97,7 @@ void MacroRecorderTest::removesTheLastRecordedPress()
     MacroRecorder recorder = started();
     (void)recorder.record(keyA, true, 1000ms);
     (void)recorder.record(keyB, true, 1700ms);
-    recorder.takeBack(keyB);
+    recorder.removePress(keyB);
     recorder.stop(2700ms);
     const std::optional<QVariantList> events = recorder.recorded(3);
     QVERIFY(events);
@@ -125,7 +125,7 @@ void MacroRecorderTest::removesNothingElse()
         const HidUsage usage{HidUsage::keyboardPage, static_cast<quint16>(key)};
         QCOMPARE(recorder.record(usage, isDown, 1000ms), untouched.record(usage, isDown, 1000ms));
     }
-    recorder.takeBack(keyA);
+    recorder.removePress(keyA);
     recorder.stop(1000ms);
     untouched.stop(1000ms);
     QCOMPARE(recorder.recorded(3), untouched.recorded(3));

@@ -43,7 +43,7 @@ private Q_SLOTS:
     void anotherOfTheSameKindIsNotUsed();
     void releaseUngrabsAndForgets();
     void keyboardsAreWantedBeforeTheyAreGrabbed();
-    void panicReleasesThemUntilTheyAreChosenOrPluggedInAgain();
+    void releaseChordReleasesThemUntilTheyAreChosenOrPluggedInAgain();
     void deviceOfAnotherProgramIsReported();
     void keysReachTheComputer();
     void reportsVersionAndAttachment();
@@ -88,7 +88,7 @@ void LinuxDevicesTest::init()
             .access = errorOf});
     for (int number = 1; number <= 4; ++number)
         (void)fake(number);
-    NodeInfo other = keyboardNode(3, u"/b"_s);
+    EventDeviceInfo other = keyboardNode(3, u"/b"_s);
     other.vendor = 0x1234;
     mSource->set({keyboardNode(1, u"/a"_s), mediaNode(2, u"/a"_s), other});
 }
@@ -126,7 +126,7 @@ void LinuxDevicesTest::usesExactlyTheDevicesOfTheChosenKeyboard()
 
 void LinuxDevicesTest::idMayBeShortened()
 {
-    NodeInfo node = keyboardNode(1, u"/a"_s);
+    EventDeviceInfo node = keyboardNode(1, u"/a"_s);
     node.serial = u"S1"_s;
     mSource->set({node});
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
@@ -141,8 +141,8 @@ void LinuxDevicesTest::unknownOrAmbiguousIdIsNotUsed()
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
     const QList<ChosenDevice> before = mDevices->choices();
     QCOMPARE(mDevices->use({u"1209:00ab"_s, u"dead:beef"_s}).code, UseResult::Code::unknown);
-    NodeInfo first = keyboardNode(1, u"/a"_s);
-    NodeInfo second = keyboardNode(4, u"/d"_s);
+    EventDeviceInfo first = keyboardNode(1, u"/a"_s);
+    EventDeviceInfo second = keyboardNode(4, u"/d"_s);
     first.serial = u"S1"_s;
     second.serial = u"S2"_s;
     mSource->set({first, second});
@@ -182,7 +182,7 @@ void LinuxDevicesTest::missingOutputPreventsUseAndNamesTheRemedy()
 
 void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()
 {
-    NodeInfo mixed = keyboardNode(1, u"/a"_s);
+    EventDeviceInfo mixed = keyboardNode(1, u"/a"_s);
     mixed.absoluteAxes.set(ABS_X).set(ABS_Y);
     mSource->set({mixed});
     const QString problem = mDevices->devices().first().problem;
@@ -208,7 +208,7 @@ void LinuxDevicesTest::otherChoiceReleasesTheFirst()
 
 void LinuxDevicesTest::keyboardPluggedInLaterIsUsed()
 {
-    const QList<NodeInfo> nodes = mSource->nodes();
+    const QList<EventDeviceInfo> nodes = mSource->nodes();
     mSource->set({});
     mDevices->useWhenPresent({chosen});
     QCOMPARE(mDevices->status().state, DeviceState::absent);
@@ -226,16 +226,16 @@ void LinuxDevicesTest::unpluggedKeyboardIsUsedAgainWhenItReturns()
     QTRY_COMPARE(mDevices->status().grabs, QStringList());
     mSource->set({});
     QCOMPARE(mDevices->status().state, DeviceState::absent);
-    NodeInfo again = keyboardNode(4, u"/a"_s);
+    EventDeviceInfo again = keyboardNode(4, u"/a"_s);
     mSource->set({again});
     QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event4"_s});
 }
 
 void LinuxDevicesTest::anotherOfTheSameKindIsNotUsed()
 {
-    NodeInfo first = keyboardNode(1, u"/a"_s);
+    EventDeviceInfo first = keyboardNode(1, u"/a"_s);
     first.path = u"port1"_s;
-    NodeInfo second = keyboardNode(4, u"/d"_s);
+    EventDeviceInfo second = keyboardNode(4, u"/d"_s);
     second.path = u"port2"_s;
     mSource->set({first, second});
     QVERIFY(mDevices->use({u"1209:00ab:port1"_s}).isOk());
@@ -273,20 +273,20 @@ void LinuxDevicesTest::keyboardsAreWantedBeforeTheyAreGrabbed()
     QCOMPARE(told, (QList<bool>{true, false}));
 }
 
-void LinuxDevicesTest::panicReleasesThemUntilTheyAreChosenOrPluggedInAgain()
+void LinuxDevicesTest::releaseChordReleasesThemUntilTheyAreChosenOrPluggedInAgain()
 {
     QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}).isOk());
     QTRY_COMPARE(mDevices->status().grabs.size(), 3);
-    QSignalSpy panicked(mDevices.get(), &LinuxDevices::panicked);
+    QSignalSpy releaseChordPressed(mDevices.get(), &LinuxDevices::releaseChordPressed);
     for (const quint16 code : {KEY_BACKSPACE, KEY_ESC, KEY_ENTER})
         fake(1).press(code);
-    QTRY_COMPARE(panicked.size(), 1);
+    QTRY_COMPARE(releaseChordPressed.size(), 1);
     QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen() && !fake(3).isOpen());
     QCOMPARE(mDevices->status().state, DeviceState::suspended);
     QCOMPARE(mDevices->choices().size(), 2);
     mSource->set(mSource->nodes()); // the arrival of another keyboard changes nothing
     QCOMPARE(mDevices->status().state, DeviceState::suspended);
-    NodeInfo again = keyboardNode(4, u"/a"_s);
+    EventDeviceInfo again = keyboardNode(4, u"/a"_s);
     mSource->set({again});
     QTRY_VERIFY(fake(4).isGrabbed());
 }

@@ -39,8 +39,8 @@ private Q_SLOTS:
     void sameModifierOnTwoKeyboardsEndsWithTheLast();
     void unpluggedKeyboardReleasesItsKeys();
     void lastKeyboardReleasesEverything();
-    void panicReleasesEverything();
-    void panicWorksWhenTheChannelIsFlooded();
+    void releaseChordReleasesEverything();
+    void releaseChordWorksWhenTheChannelIsFlooded();
     void switchesTheLedsOfEveryKeyboard();
     void timesNeverGoBack();
     void moreNodesThanPlacesStayWithTheDesktop();
@@ -213,7 +213,7 @@ void LinuxKeyChannelTest::unpluggedKeyboardReleasesItsKeys()
     QCOMPARE(mPipe->keys().mid(3), (QStringList{u"30 up"_s, u"164 up"_s}));
     QCOMPARE(keysLost.size(), 0);
     QCOMPARE(changed.last().at(0).toInt(), 1);
-    QCOMPARE(changed.last().at(1).value<InputNode::State>(), InputNode::State::gone);
+    QCOMPARE(changed.last().at(1).value<EventDevice::State>(), EventDevice::State::gone);
 }
 
 void LinuxKeyChannelTest::lastKeyboardReleasesEverything()
@@ -228,9 +228,9 @@ void LinuxKeyChannelTest::lastKeyboardReleasesEverything()
     QVERIFY(!mFirst->isGrabbed());
 }
 
-void LinuxKeyChannelTest::panicReleasesEverything()
+void LinuxKeyChannelTest::releaseChordReleasesEverything()
 {
-    QSignalSpy panicked(mChannel.get(), &LinuxKeyChannel::panicked);
+    QSignalSpy releaseChordPressed(mChannel.get(), &LinuxKeyChannel::releaseChordPressed);
     QSignalSpy keysLost(mChannel.get(), &KeyChannel::keysLost);
     mChannel->addNode(mFirst->open(), 1, true);
     mChannel->addNode(mSecond->open(), 2, false);
@@ -240,7 +240,7 @@ void LinuxKeyChannelTest::panicReleasesEverything()
     mSecond->press(KEY_PLAYPAUSE);
     QTRY_COMPARE(mPipe->keys().size(), 4);
     mFirst->press(KEY_ENTER);
-    QTRY_COMPARE(panicked.size(), 1);
+    QTRY_COMPARE(releaseChordPressed.size(), 1);
     QCOMPARE(keysLost.size(), 1);
     QVERIFY(!mFirst->isGrabbed());
     QVERIFY(!mSecond->isGrabbed());
@@ -254,16 +254,16 @@ void LinuxKeyChannelTest::panicReleasesEverything()
     QCOMPARE(mFirst->seenByDesktop(), QStringList{u"46 down"_s});
 }
 
-void LinuxKeyChannelTest::panicWorksWhenTheChannelIsFlooded()
+void LinuxKeyChannelTest::releaseChordWorksWhenTheChannelIsFlooded()
 {
-    QSignalSpy panicked(mChannel.get(), &LinuxKeyChannel::panicked);
+    QSignalSpy releaseChordPressed(mChannel.get(), &LinuxKeyChannel::releaseChordPressed);
     mChannel->addNode(mFirst->open(), 1, true);
     mChannel->addNode(mSecond->open(), 2, true);
     for (int count = 0; count < 20'000; ++count)
         mFirst->repeat(KEY_A);
     for (const quint16 code : {KEY_ESC, KEY_BACKSPACE, KEY_ENTER})
         mSecond->press(code);
-    QTRY_COMPARE(panicked.size(), 1);
+    QTRY_COMPARE(releaseChordPressed.size(), 1);
     QVERIFY(mFirst->unread() > 0); // the release did not wait for the rest
 }
 

@@ -2,12 +2,12 @@
 // Sample event devices, and a simulated machine that has them. Used on the test's thread.
 #pragma once
 
-#include "daemon/keyboards/linux/nodeinfo.h"
+#include "daemon/keyboards/linux/eventdeviceinfo.h"
 #include "daemon/keyboards/linux/udeveventdevices.h"
 
 #include <linux/input-event-codes.h>
 
-inline NodeInfo node(int number, const QString &devicePath)
+inline EventDeviceInfo node(int number, const QString &devicePath)
 {
     return {.node = QStringLiteral("/dev/input/event%1").arg(number),
             .systemPath = QStringLiteral("/sys/devices%1/input%2").arg(devicePath).arg(number),
@@ -20,17 +20,17 @@ inline NodeInfo node(int number, const QString &devicePath)
             .isHid = true};
 }
 
-inline NodeInfo keyboardNode(int number, const QString &devicePath)
+inline EventDeviceInfo keyboardNode(int number, const QString &devicePath)
 {
-    NodeInfo info = node(number, devicePath);
+    EventDeviceInfo info = node(number, devicePath);
     for (std::size_t code = KEY_ESC; code <= KEY_KPDOT; ++code)
         info.keys.set(code);
     return info;
 }
 
-inline NodeInfo mediaNode(int number, const QString &devicePath)
+inline EventDeviceInfo mediaNode(int number, const QString &devicePath)
 {
-    NodeInfo info = node(number, devicePath);
+    EventDeviceInfo info = node(number, devicePath);
     info.keys.set(KEY_PLAYPAUSE).set(KEY_VOLUMEUP).set(KEY_MUTE);
     return info;
 }
@@ -40,14 +40,14 @@ class FakeNodeSource : public EventDeviceSource
     Q_OBJECT
 
 public:
-    [[nodiscard]] QList<NodeInfo> nodes() const override { return mNodes; }
+    [[nodiscard]] QList<EventDeviceInfo> nodes() const override { return mNodes; }
 
-    void set(const QList<NodeInfo> &nodes)
+    void set(const QList<EventDeviceInfo> &nodes)
     {
         mNodes = nodes;
         Q_EMIT changed();
     }
 
 private:
-    QList<NodeInfo> mNodes;
+    QList<EventDeviceInfo> mNodes;
 };

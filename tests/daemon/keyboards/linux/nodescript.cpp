@@ -88,9 +88,9 @@ void NodeScript::passMotion(quint16 code, int value, Time)
     mOutputs += u"turn %1 %2"_s.arg(nameOf(EV_REL, code)).arg(value);
 }
 
-void NodeScript::panic()
+void NodeScript::takeReleaseChord()
 {
-    mOutputs += u"panic"_s;
+    mOutputs += u"release chord"_s;
 }
 
 void NodeScript::tell(const QString &key, bool isDown)

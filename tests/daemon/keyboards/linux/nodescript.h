@@ -25,7 +25,7 @@ private:
     void takeKey(HidUsage key, bool isDown, Time time) override;
     void passKey(quint16 code, bool isDown, Time time) override;
     void passMotion(quint16 code, int value, Time time) override;
-    void panic() override;
+    void takeReleaseChord() override;
 
     [[nodiscard]] QString runEvent(const QString &node, const QStringList &words);
     void tell(const QString &key, bool isDown);

@@ -11,25 +11,25 @@
 
 #include <chrono>
 
-class InputNode;
+class EventDevice;
 
-/// Implemented by the owner. From within a call it may release() nodes but must not destroy them.
-class InputNodeHandler
+/// Implemented by the owner. From within a call it may ungrab() nodes but must not destroy them.
+class EventDeviceHandler
 {
 public:
-    virtual ~InputNodeHandler() = default;
+    virtual ~EventDeviceHandler() = default;
 
-    virtual void nodeEvent(InputNode &node, const KeyTranslator::Event &event) = 0;
-    virtual void nodeRead(InputNode &node) = 0; ///< all events of one read have been passed on
-    virtual void nodeDroppedEvents(InputNode &node) = 0;
-    virtual void nodeStateChanged(InputNode &node) = 0;
+    virtual void nodeEvent(EventDevice &node, const KeyTranslator::Event &event) = 0;
+    virtual void nodeRead(EventDevice &node) = 0; ///< all events of one read have been passed on
+    virtual void nodeDroppedEvents(EventDevice &node) = 0;
+    virtual void nodeStateChanged(EventDevice &node) = 0;
 };
 
 /// The desktop has seen the presses of the keys that are down at the beginning. Once the device is grabbed, it would
 /// never see their releases, and would repeat them for ever. The node therefore waits until they come up. After a while
 /// it grabs the device anyway. The desktop then sees the held keys come up; the daemon sees them go down, and later
 /// come up.
-class InputNode : public QObject
+class EventDevice : public QObject
 {
     Q_OBJECT
 
@@ -39,7 +39,7 @@ public:
         grabbed,
         refused, ///< another program has grabbed it, see error()
         gone,    ///< unplugged
-        released ///< ungrabbed
+        ungrabbed
     };
 
     /// Against floods: the most events of one turn, and the pause of a node that has more.
@@ -48,9 +48,9 @@ public:
     static constexpr std::chrono::milliseconds usualPatience{3000};
 
     /// `id`: identifies the node to its owner. `givesHidUsages`: see KeyTranslator::addNode().
-    InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, InputNodeHandler &handler,
-              std::chrono::milliseconds patience = usualPatience, QObject *parent = nullptr);
-    ~InputNode() override;
+    EventDevice(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, EventDeviceHandler &handler,
+                std::chrono::milliseconds patience = usualPatience, QObject *parent = nullptr);
+    ~EventDevice() override;
 
     [[nodiscard]] State state() const { return mState; }
     [[nodiscard]] int id() const { return mId; }
@@ -59,7 +59,7 @@ public:
 
     void start();
     /// Ungrabs the device. First makes the kernel see its keys come up, because the desktop has not seen them go down.
-    void release();
+    void ungrab();
     void setLed(quint16 led, bool isOn);
 
     int translatorPlace = -1; ///< for the owner; -1: none
@@ -68,13 +68,13 @@ private:
     void setState(State state);
     void read();
     [[nodiscard]] bool readOnce(); ///< false: nothing more
-    void grabWhenUp();
-    void takeOver();
+    void grabIfAllUp();
+    void grabWithKeysDown();
     void refuse(int error);
 
     std::unique_ptr<EventFile> mFile;
     int mId;
-    InputNodeHandler &mHandler;
+    EventDeviceHandler &mHandler;
     QSocketNotifier mNotifier;
     QTimer mRest;
     QTimer mPatience;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/linux/nodeinfo.h"
+#include "daemon/keyboards/linux/eventdeviceinfo.h"
 
 #include "base/visibletext.h"
 #include "daemon/keyboards/linux/outputdevice.h"
@@ -20,7 +20,7 @@ constexpr quint16 lastLetter = 29;
 constexpr quint16 firstKeypadDigit = 89;
 constexpr quint16 lastKeypadDigit = 98;
 
-bool hasUsages(const NodeInfo::Codes &keys, quint16 first, quint16 last)
+bool hasUsages(const EventDeviceInfo::Codes &keys, quint16 first, quint16 last)
 {
     for (quint16 usage = first; usage <= last; ++usage) {
         const std::optional<quint16> code = KeyCodes::linuxCode({HidUsage::keyboardPage, usage});
@@ -30,7 +30,7 @@ bool hasUsages(const NodeInfo::Codes &keys, quint16 first, quint16 last)
     return true;
 }
 
-bool isOwn(const NodeInfo &info)
+bool isOwn(const EventDeviceInfo &info)
 {
     return info.bus == OutputDevice::bus && info.vendor == OutputDevice::vendor
            && info.product == OutputDevice::product;
@@ -53,7 +53,7 @@ QString idPart(const QString &text)
     return result;
 }
 
-QString idOf(const NodeInfo &info)
+QString idOf(const EventDeviceInfo &info)
 {
     const QString kind =
         u"%1:%2"_s.arg(uint(info.vendor), 4, 16, QChar(u'0')).arg(uint(info.product), 4, 16, QChar(u'0'));
@@ -72,17 +72,18 @@ QString uniqueId(const QString &id, QSet<QString> &taken)
 }
 
 /// The nodes of the same device as `first`, as one keyboard.
-KeyboardInfo keyboardWith(const NodeInfo &first, const QList<NodeInfo> &nodes, QSet<QString> &ids)
+KeyboardInfo keyboardWith(const EventDeviceInfo &first, const QList<EventDeviceInfo> &nodes, QSet<QString> &ids)
 {
     KeyboardInfo keyboard;
     bool isUsable = false;
-    for (const NodeInfo &node : nodes) {
-        const NodeKind kind = kindOf(node);
-        if (node.devicePath != first.devicePath || (kind != NodeKind::keyboard && kind != NodeKind::extraKeys))
+    for (const EventDeviceInfo &node : nodes) {
+        const EventDeviceKind kind = kindOf(node);
+        if (node.devicePath != first.devicePath
+            || (kind != EventDeviceKind::keyboard && kind != EventDeviceKind::extraKeys))
             continue;
         keyboard.nodes += node;
         keyboard.device.nodes += node.node;
-        isUsable = isUsable || kind == NodeKind::keyboard;
+        isUsable = isUsable || kind == EventDeviceKind::keyboard;
     }
     if (!isUsable) {
         keyboard.nodes.clear();
@@ -104,7 +105,7 @@ KeyboardInfo keyboardWith(const NodeInfo &first, const QList<NodeInfo> &nodes, Q
 
 } // namespace
 
-NodeInfo::Codes NodeInfo::codesFromText(const QByteArray &text, int wordBits)
+EventDeviceInfo::Codes EventDeviceInfo::codesFromText(const QByteArray &text, int wordBits)
 {
     Codes codes;
     const QList<QByteArray> words = text.simplified().split(' ');
@@ -119,30 +120,34 @@ NodeInfo::Codes NodeInfo::codesFromText(const QByteArray &text, int wordBits)
     return codes;
 }
 
-NodeKind kindOf(const NodeInfo &info)
+EventDeviceKind kindOf(const EventDeviceInfo &info)
 {
     if (info.keys.none() || isOwn(info))
-        return NodeKind::other;
-    const auto hasPlane = [](const NodeInfo::Codes &axes, std::size_t x, std::size_t y) { return axes[x] || axes[y]; };
+        return EventDeviceKind::other;
+    const auto hasPlane = [](const EventDeviceInfo::Codes &axes, std::size_t x, std::size_t y) {
+        return axes[x] || axes[y];
+    };
     const bool isPointer = hasPlane(info.relativeAxes, REL_X, REL_Y) || hasPlane(info.absoluteAxes, ABS_X, ABS_Y)
                            || hasPlane(info.absoluteAxes, ABS_MT_POSITION_X, ABS_MT_POSITION_Y);
     const bool isKeyboard =
         hasUsages(info.keys, firstLetter, lastLetter) || hasUsages(info.keys, firstKeypadDigit, lastKeypadDigit);
     if (isKeyboard)
-        return isPointer ? NodeKind::mixed : NodeKind::keyboard;
-    return isPointer ? NodeKind::pointer : NodeKind::extraKeys;
+        return isPointer ? EventDeviceKind::mixed : EventDeviceKind::keyboard;
+    return isPointer ? EventDeviceKind::pointer : EventDeviceKind::extraKeys;
 }
 
-QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes)
+QList<KeyboardInfo> keyboardsOf(QList<EventDeviceInfo> nodes)
 {
     // event10 comes after event9
-    std::ranges::stable_sort(nodes, {}, [](const NodeInfo &info) { return std::pair(info.node.size(), info.node); });
+    std::ranges::stable_sort(nodes, {},
+                             [](const EventDeviceInfo &info) { return std::pair(info.node.size(), info.node); });
     QList<KeyboardInfo> keyboards;
     QSet<QString> ids;
     QSet<QString> known; // device paths
-    for (const NodeInfo &first : std::as_const(nodes)) {
-        const NodeKind firstKind = kindOf(first);
-        if ((firstKind != NodeKind::keyboard && firstKind != NodeKind::mixed) || known.contains(first.devicePath))
+    for (const EventDeviceInfo &first : std::as_const(nodes)) {
+        const EventDeviceKind firstKind = kindOf(first);
+        if ((firstKind != EventDeviceKind::keyboard && firstKind != EventDeviceKind::mixed)
+            || known.contains(first.devicePath))
             continue;
         known += first.devicePath;
         keyboards += keyboardWith(first, nodes, ids);

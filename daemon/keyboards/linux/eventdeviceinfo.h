@@ -12,7 +12,7 @@
 
 #include <bitset>
 
-struct NodeInfo
+struct EventDeviceInfo
 {
     /// A node's codes of one event type; one bit per code.
     using Codes = std::bitset<KeyCodes::codeCount>;
@@ -38,7 +38,7 @@ struct NodeInfo
 };
 
 /// The daemon's use of a node.
-enum class NodeKind {
+enum class EventDeviceKind {
     keyboard,  ///< has the letters, or all digits of a keypad
     extraKeys, ///< for example the media or power keys of a keyboard: grabbed together with it
     mixed,     ///< a keyboard that also moves the pointer; not grabbed, because the desktop would lose the pointer
@@ -46,15 +46,15 @@ enum class NodeKind {
     other,     ///< no keys, or the output device
 };
 
-[[nodiscard]] NodeKind kindOf(const NodeInfo &info);
+[[nodiscard]] EventDeviceKind kindOf(const EventDeviceInfo &info);
 
 /// A keyboard and its nodes to grab.
 struct KeyboardInfo
 {
-    InputDevice device;    ///< the caller sets isInUse; a problem if there is no node to grab
-    QList<NodeInfo> nodes; ///< empty with a problem
+    InputDevice device;           ///< the caller sets isInUse; a problem if there is no node to grab
+    QList<EventDeviceInfo> nodes; ///< empty with a problem
 };
 
 /// The keyboards in `nodes`, ordered by their first node. A device must have a node that is a keyboard, alone or mixed
 /// with a pointer.
-[[nodiscard]] QList<KeyboardInfo> keyboardsOf(QList<NodeInfo> nodes);
+[[nodiscard]] QList<KeyboardInfo> keyboardsOf(QList<EventDeviceInfo> nodes);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/linux/inputnode.h"
+#include "daemon/keyboards/linux/eventdevice.h"
 #include "tests/daemon/keyboards/linux/fakeeventfile.h"
 #include "tests/support/testmain.h"
 
@@ -11,32 +11,32 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using State = InputNode::State;
+using State = EventDevice::State;
 
 namespace {
 
-class Recorder : public InputNodeHandler
+class Recorder : public EventDeviceHandler
 {
 public:
-    void nodeEvent(InputNode &node, const KeyTranslator::Event &event) override
+    void nodeEvent(EventDevice &node, const KeyTranslator::Event &event) override
     {
         ++eventsSinceRead;
         if (event.type == EV_KEY)
             keys += u"%1 %2"_s.arg(event.code).arg(event.value);
-        if (releasesAtKey == event.code && event.type == EV_KEY)
-            node.release();
+        if (ungrabsAtKey == event.code && event.type == EV_KEY)
+            node.ungrab();
     }
-    void nodeRead(InputNode &) override
+    void nodeRead(EventDevice &) override
     {
         mostEvents = std::max(mostEvents, eventsSinceRead);
         eventsSinceRead = 0;
     }
-    void nodeDroppedEvents(InputNode &) override { ++drops; }
-    void nodeStateChanged(InputNode &node) override { states += node.state(); }
+    void nodeDroppedEvents(EventDevice &) override { ++drops; }
+    void nodeStateChanged(EventDevice &node) override { states += node.state(); }
 
     QStringList keys;
     QList<State> states;
-    int releasesAtKey = -1;
+    int ungrabsAtKey = -1;
     int drops = 0;
     int eventsSinceRead = 0;
     int mostEvents = 0;
@@ -44,7 +44,7 @@ public:
 
 } // namespace
 
-class InputNodeTest : public QObject
+class EventDeviceTest : public QObject
 {
     Q_OBJECT
 
@@ -75,23 +75,23 @@ private Q_SLOTS:
     void handlesUnpluggingBeforeTheGrab();
     void handlesUnpluggingInTheMiddle();
     void ungrabsWithEveryKeyUp();
-    void releaseWithinAnEventEndsTheReports();
+    void ungrabWithinAnEventEndsTheReports();
     void reportsDroppedEvents();
     void floodDoesNotBlockAnotherDevice();
     void switchesOnlyItsOwnLeds();
 
 private:
-    void make(std::chrono::milliseconds patience = InputNode::usualPatience)
+    void make(std::chrono::milliseconds patience = EventDevice::usualPatience)
     {
-        mNode = std::make_unique<InputNode>(mFake->open(), 1, true, *mRecorder, patience);
+        mNode = std::make_unique<EventDevice>(mFake->open(), 1, true, *mRecorder, patience);
     }
 
     std::unique_ptr<FakeNode> mFake;
     std::unique_ptr<Recorder> mRecorder;
-    std::unique_ptr<InputNode> mNode;
+    std::unique_ptr<EventDevice> mNode;
 };
 
-void InputNodeTest::grabsAtOnceWhenNoKeyIsDown()
+void EventDeviceTest::grabsAtOnceWhenNoKeyIsDown()
 {
     make();
     QVERIFY(!mFake->isGrabbed());
@@ -103,7 +103,7 @@ void InputNodeTest::grabsAtOnceWhenNoKeyIsDown()
     QCOMPARE(mFake->seenByDesktop(), QStringList());
 }
 
-void InputNodeTest::waitsUntilNoKeyIsDown()
+void EventDeviceTest::waitsUntilNoKeyIsDown()
 {
     mFake->press(KEY_ENTER); // has sent the command to use the keyboard
     mFake->press(KEY_LEFTSHIFT);
@@ -119,7 +119,7 @@ void InputNodeTest::waitsUntilNoKeyIsDown()
     QCOMPARE(mRecorder->keys, QStringList());
 }
 
-void InputNodeTest::ignoresEventsBeforeTheGrab()
+void EventDeviceTest::ignoresEventsBeforeTheGrab()
 {
     make();
     mFake->press(KEY_A);
@@ -129,7 +129,7 @@ void InputNodeTest::ignoresEventsBeforeTheGrab()
     QTRY_COMPARE(mRecorder->keys, QStringList{u"48 1"_s});
 }
 
-void InputNodeTest::grabsDespiteAHeldKey()
+void EventDeviceTest::grabsDespiteAHeldKey()
 {
     mFake->press(KEY_A);
     make(20ms);
@@ -143,7 +143,7 @@ void InputNodeTest::grabsDespiteAHeldKey()
     QCOMPARE(mFake->seenByDesktop().size(), 2);
 }
 
-void InputNodeTest::grabsAKeyboardThatReportsEveryKeyDown()
+void EventDeviceTest::grabsAKeyboardThatReportsEveryKeyDown()
 {
     for (quint16 code = 1; code < KEY_CNT; ++code)
         mFake->press(code);
@@ -154,20 +154,20 @@ void InputNodeTest::grabsAKeyboardThatReportsEveryKeyDown()
     QCOMPARE(mFake->seenByDesktop().size(), 2 * (KEY_CNT - 1));
 }
 
-void InputNodeTest::stopsWaitingWhenReleased()
+void EventDeviceTest::stopsWaitingWhenReleased()
 {
     mFake->press(KEY_A);
     make(1ms);
     mNode->start();
-    mNode->release();
-    QCOMPARE(mRecorder->states, QList{State::released});
+    mNode->ungrab();
+    QCOMPARE(mRecorder->states, QList{State::ungrabbed});
     QTest::qWait(20); // nothing must happen, and no event could end a wait
-    QCOMPARE(mRecorder->states, QList{State::released});
+    QCOMPARE(mRecorder->states, QList{State::ungrabbed});
     QVERIFY(!mFake->isGrabbed());
     QCOMPARE(mFake->seenByDesktop(), QStringList{u"30 down"_s});
 }
 
-void InputNodeTest::grabWaitsForAKeyPressedJustBefore()
+void EventDeviceTest::grabWaitsForAKeyPressedJustBefore()
 {
     make();
     mFake->setBeforeGrab([this] {
@@ -183,7 +183,7 @@ void InputNodeTest::grabWaitsForAKeyPressedJustBefore()
     QCOMPARE(mRecorder->keys, QStringList());
 }
 
-void InputNodeTest::keyPressedAndReleasedAroundTheGrabComesUpOnTheDesktop()
+void EventDeviceTest::keyPressedAndReleasedAroundTheGrabComesUpOnTheDesktop()
 {
     // The release of the key goes to the daemon alone, during the moment in which the daemon has the keyboard.
     class Releasing : public EventFile
@@ -210,13 +210,13 @@ void InputNodeTest::keyPressedAndReleasedAroundTheGrabComesUpOnTheDesktop()
         mFake->setBeforeGrab({});
         mFake->press(KEY_A);
     });
-    mNode = std::make_unique<InputNode>(std::make_unique<Releasing>(*mFake), 1, true, *mRecorder);
+    mNode = std::make_unique<EventDevice>(std::make_unique<Releasing>(*mFake), 1, true, *mRecorder);
     mNode->start();
     QCOMPARE(mFake->seenByDesktop().last(), u"30 up"_s);
     QTRY_COMPARE(mNode->state(), State::grabbed);
 }
 
-void InputNodeTest::keyPressedBeforeEachAttemptDoesNotDelayTheGrab()
+void EventDeviceTest::keyPressedBeforeEachAttemptDoesNotDelayTheGrab()
 {
     mFake->press(KEY_A);
     quint16 code = KEY_B;
@@ -227,14 +227,14 @@ void InputNodeTest::keyPressedBeforeEachAttemptDoesNotDelayTheGrab()
     QVERIFY(mFake->isGrabbed());
 }
 
-void InputNodeTest::failsWhenAnotherProgramHasTheGrab_data()
+void EventDeviceTest::failsWhenAnotherProgramHasTheGrab_data()
 {
     QTest::addColumn<bool>("isHeld");
     QTest::newRow("at once") << false;
     QTest::newRow("after the wait") << true;
 }
 
-void InputNodeTest::failsWhenAnotherProgramHasTheGrab()
+void EventDeviceTest::failsWhenAnotherProgramHasTheGrab()
 {
     QFETCH(bool, isHeld);
     if (isHeld)
@@ -247,7 +247,7 @@ void InputNodeTest::failsWhenAnotherProgramHasTheGrab()
     QCOMPARE(mRecorder->states, QList{State::refused});
 }
 
-void InputNodeTest::handlesUnpluggingBeforeTheGrab()
+void EventDeviceTest::handlesUnpluggingBeforeTheGrab()
 {
     mFake->unplug();
     make();
@@ -255,7 +255,7 @@ void InputNodeTest::handlesUnpluggingBeforeTheGrab()
     QCOMPARE(mRecorder->states, QList{State::gone});
 }
 
-void InputNodeTest::handlesUnpluggingInTheMiddle()
+void EventDeviceTest::handlesUnpluggingInTheMiddle()
 {
     make();
     mNode->start();
@@ -264,17 +264,17 @@ void InputNodeTest::handlesUnpluggingInTheMiddle()
     QTRY_COMPARE(mNode->state(), State::gone);
     QCOMPARE(mRecorder->keys, QStringList{u"30 1"_s});
     QCOMPARE(mRecorder->states, (QList{State::grabbed, State::gone}));
-    mNode->release();
+    mNode->ungrab();
     QCOMPARE(mRecorder->states.size(), 2);
 }
 
-void InputNodeTest::ungrabsWithEveryKeyUp()
+void EventDeviceTest::ungrabsWithEveryKeyUp()
 {
     make();
     mNode->start();
     mFake->press(KEY_A);
     QTRY_COMPARE(mRecorder->keys.size(), 1);
-    mNode->release();
+    mNode->ungrab();
     QVERIFY(!mFake->isGrabbed());
     mFake->release(KEY_A); // the desktop has not seen it go down
     QCOMPARE(mFake->seenByDesktop(), QStringList());
@@ -282,18 +282,18 @@ void InputNodeTest::ungrabsWithEveryKeyUp()
     QCOMPARE(mFake->seenByDesktop(), QStringList{u"48 down"_s});
 }
 
-void InputNodeTest::releaseWithinAnEventEndsTheReports()
+void EventDeviceTest::ungrabWithinAnEventEndsTheReports()
 {
     make();
     mNode->start();
-    mRecorder->releasesAtKey = KEY_B;
+    mRecorder->ungrabsAtKey = KEY_B;
     for (const quint16 code : {KEY_A, KEY_B, KEY_C})
         mFake->press(code);
-    QTRY_COMPARE(mNode->state(), State::released);
+    QTRY_COMPARE(mNode->state(), State::ungrabbed);
     QCOMPARE(mRecorder->keys, (QStringList{u"30 1"_s, u"48 1"_s}));
 }
 
-void InputNodeTest::reportsDroppedEvents()
+void EventDeviceTest::reportsDroppedEvents()
 {
     make();
     mNode->start();
@@ -303,11 +303,11 @@ void InputNodeTest::reportsDroppedEvents()
     QTRY_COMPARE(mRecorder->keys.size(), 1);
 }
 
-void InputNodeTest::floodDoesNotBlockAnotherDevice()
+void EventDeviceTest::floodDoesNotBlockAnotherDevice()
 {
     FakeNode quiet;
     Recorder quietRecorder;
-    InputNode quietNode(quiet.open(), 2, true, quietRecorder);
+    EventDevice quietNode(quiet.open(), 2, true, quietRecorder);
     quietNode.start();
     make();
     mNode->start();
@@ -318,10 +318,10 @@ void InputNodeTest::floodDoesNotBlockAnotherDevice()
     QTRY_COMPARE(quietRecorder.keys.size(), 1);
     QVERIFY2(mRecorder->keys.size() < reports / 2, qPrintable(QString::number(mRecorder->keys.size())));
     QTRY_COMPARE(mRecorder->keys.size(), reports); // none is lost
-    QCOMPARE(mRecorder->mostEvents, InputNode::eventsAtOnce);
+    QCOMPARE(mRecorder->mostEvents, EventDevice::eventsAtOnce);
 }
 
-void InputNodeTest::switchesOnlyItsOwnLeds()
+void EventDeviceTest::switchesOnlyItsOwnLeds()
 {
     mFake->press(KEY_A);
     make();
@@ -334,5 +334,5 @@ void InputNodeTest::switchesOnlyItsOwnLeds()
     QCOMPARE(mFake->leds(), QStringList{u"1 on"_s});
 }
 
-QTEST_GUILESS_MAIN(InputNodeTest)
-#include "inputnodetest.moc"
+QTEST_GUILESS_MAIN(EventDeviceTest)
+#include "eventdevicetest.moc"

@@ -12,7 +12,7 @@
 
 /// Sleeps while nothing changes. The timer runs only while the light is animated and has power, and wakes once for each
 /// change.
-class VirtualLight : public QObject
+class TimedLight : public QObject
 {
     Q_OBJECT
 
@@ -20,8 +20,8 @@ public:
     /// Time since any fixed moment; never goes backwards.
     using Clock = std::function<Backlight::Time()>;
 
-    explicit VirtualLight(QObject *parent = nullptr); ///< with the machine's clock
-    explicit VirtualLight(Clock clock, QObject *parent = nullptr);
+    explicit TimedLight(QObject *parent = nullptr); ///< with the machine's clock
+    explicit TimedLight(Clock clock, QObject *parent = nullptr);
 
     [[nodiscard]] const Backlight::Settings &settings() const { return mSettings; }
     /// The visible colour now.

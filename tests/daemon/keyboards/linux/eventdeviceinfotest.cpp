@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/linux/nodeinfo.h"
+#include "daemon/keyboards/linux/eventdeviceinfo.h"
 #include "daemon/keyboards/linux/outputdevice.h"
 #include "tests/daemon/keyboards/linux/nodes.h"
 #include "tests/support/testmain.h"
@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-class NodeInfoTest : public QObject
+class EventDeviceInfoTest : public QObject
 {
     Q_OBJECT
 
@@ -25,9 +25,9 @@ private Q_SLOTS:
     void orderFollowsTheEventDevices();
 };
 
-Q_DECLARE_METATYPE(NodeInfo)
+Q_DECLARE_METATYPE(EventDeviceInfo)
 
-void NodeInfoTest::readsCodesInTheFormOfTheKernel_data()
+void EventDeviceInfoTest::readsCodesInTheFormOfTheKernel_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<int>("wordBits");
@@ -42,12 +42,12 @@ void NodeInfoTest::readsCodesInTheFormOfTheKernel_data()
         << QByteArray("ff").append(QByteArray(" 0").repeated(12)) << 64 << QList<int>();
 }
 
-void NodeInfoTest::readsCodesInTheFormOfTheKernel()
+void EventDeviceInfoTest::readsCodesInTheFormOfTheKernel()
 {
     QFETCH(QByteArray, text);
     QFETCH(int, wordBits);
     QFETCH(QList<int>, codes);
-    const NodeInfo::Codes result = NodeInfo::codesFromText(text, wordBits);
+    const EventDeviceInfo::Codes result = EventDeviceInfo::codesFromText(text, wordBits);
     QList<int> found;
     for (int code = 0; code < KeyCodes::codeCount; ++code) {
         if (result[static_cast<std::size_t>(code)])
@@ -56,57 +56,57 @@ void NodeInfoTest::readsCodesInTheFormOfTheKernel()
     QCOMPARE(found, codes);
 }
 
-void NodeInfoTest::classifiesEventDevices_data()
+void EventDeviceInfoTest::classifiesEventDevices_data()
 {
-    QTest::addColumn<NodeInfo>("node");
-    QTest::addColumn<NodeKind>("kind");
-    const NodeInfo keyboard = keyboardNode(3, u"/a"_s);
-    QTest::newRow("keyboard") << keyboard << NodeKind::keyboard;
-    QTest::newRow("media keys") << mediaNode(4, u"/a"_s) << NodeKind::extraKeys;
-    QTest::newRow("without keys") << NodeInfo{.node = u"/dev/input/event5"_s} << NodeKind::other;
-    NodeInfo allKeys = keyboard;
+    QTest::addColumn<EventDeviceInfo>("node");
+    QTest::addColumn<EventDeviceKind>("kind");
+    const EventDeviceInfo keyboard = keyboardNode(3, u"/a"_s);
+    QTest::newRow("keyboard") << keyboard << EventDeviceKind::keyboard;
+    QTest::newRow("media keys") << mediaNode(4, u"/a"_s) << EventDeviceKind::extraKeys;
+    QTest::newRow("without keys") << EventDeviceInfo{.node = u"/dev/input/event5"_s} << EventDeviceKind::other;
+    EventDeviceInfo allKeys = keyboard;
     allKeys.keys.set();
-    QTest::newRow("claims all keys") << allKeys << NodeKind::keyboard;
-    NodeInfo allAxes = allKeys;
+    QTest::newRow("claims all keys") << allKeys << EventDeviceKind::keyboard;
+    EventDeviceInfo allAxes = allKeys;
     allAxes.relativeAxes.set();
     allAxes.absoluteAxes.set();
-    QTest::newRow("claims everything") << allAxes << NodeKind::mixed;
-    NodeInfo mouse;
+    QTest::newRow("claims everything") << allAxes << EventDeviceKind::mixed;
+    EventDeviceInfo mouse;
     mouse.keys.set(BTN_LEFT);
     mouse.relativeAxes.set(REL_X).set(REL_Y);
-    QTest::newRow("mouse") << mouse << NodeKind::pointer;
-    NodeInfo tablet = keyboard;
+    QTest::newRow("mouse") << mouse << EventDeviceKind::pointer;
+    EventDeviceInfo tablet = keyboard;
     tablet.absoluteAxes.set(ABS_X).set(ABS_Y);
-    QTest::newRow("keyboard and touchpad on one node") << tablet << NodeKind::mixed;
-    NodeInfo wheel = keyboard;
+    QTest::newRow("keyboard and touchpad on one node") << tablet << EventDeviceKind::mixed;
+    EventDeviceInfo wheel = keyboard;
     wheel.relativeAxes.set(REL_HWHEEL);
     wheel.absoluteAxes.set(ABS_VOLUME);
-    QTest::newRow("keyboard with a wheel") << wheel << NodeKind::keyboard;
-    NodeInfo keypad;
+    QTest::newRow("keyboard with a wheel") << wheel << EventDeviceKind::keyboard;
+    EventDeviceInfo keypad;
     for (const int code : {KEY_KP0, KEY_KP1, KEY_KP2, KEY_KP3, KEY_KP4, KEY_KP5, KEY_KP6, KEY_KP7, KEY_KP8, KEY_KP9})
         keypad.keys.set(static_cast<std::size_t>(code));
-    QTest::newRow("keypad") << keypad << NodeKind::keyboard;
-    NodeInfo hotKeys;
+    QTest::newRow("keypad") << keypad << EventDeviceKind::keyboard;
+    EventDeviceInfo hotKeys;
     for (const int code : {KEY_POWER, KEY_MUTE, KEY_VOLUMEUP, KEY_HOME, KEY_END, KEY_PAGEUP, KEY_PAGEDOWN})
         hotKeys.keys.set(static_cast<std::size_t>(code));
-    QTest::newRow("hot keys of a laptop") << hotKeys << NodeKind::extraKeys;
-    NodeInfo own = keyboard;
+    QTest::newRow("hot keys of a laptop") << hotKeys << EventDeviceKind::extraKeys;
+    EventDeviceInfo own = keyboard;
     own.bus = OutputDevice::bus;
     own.vendor = OutputDevice::vendor;
     own.product = OutputDevice::product;
-    QTest::newRow("our own") << own << NodeKind::other;
+    QTest::newRow("our own") << own << EventDeviceKind::other;
 }
 
-void NodeInfoTest::classifiesEventDevices()
+void EventDeviceInfoTest::classifiesEventDevices()
 {
-    QFETCH(NodeInfo, node);
-    QFETCH(NodeKind, kind);
+    QFETCH(EventDeviceInfo, node);
+    QFETCH(EventDeviceKind, kind);
     QCOMPARE(kindOf(node), kind);
 }
 
-void NodeInfoTest::nodesOfOneKeyboardBelongTogether()
+void EventDeviceInfoTest::nodesOfOneKeyboardBelongTogether()
 {
-    NodeInfo mouse = keyboardNode(6, u"/a"_s);
+    EventDeviceInfo mouse = keyboardNode(6, u"/a"_s);
     mouse.relativeAxes.set(REL_X);
     const QList<KeyboardInfo> keyboards = keyboardsOf(
         {mediaNode(5, u"/a"_s), keyboardNode(3, u"/a"_s), keyboardNode(4, u"/a"_s), mouse, mediaNode(7, u"/b"_s)});
@@ -116,15 +116,15 @@ void NodeInfoTest::nodesOfOneKeyboardBelongTogether()
     QCOMPARE(keyboards.first().nodes.size(), 3);
 }
 
-void NodeInfoTest::deviceWithoutAKeyboardIsNotListed()
+void EventDeviceInfoTest::deviceWithoutAKeyboardIsNotListed()
 {
     QCOMPARE(keyboardsOf({mediaNode(1, u"/a"_s)}).size(), 0);
     QCOMPARE(keyboardsOf({}).size(), 0);
 }
 
-void NodeInfoTest::keyboardThatIsAlsoThePointerIsUnusable()
+void EventDeviceInfoTest::keyboardThatIsAlsoThePointerIsUnusable()
 {
-    NodeInfo mixed = keyboardNode(1, u"/a"_s);
+    EventDeviceInfo mixed = keyboardNode(1, u"/a"_s);
     mixed.relativeAxes.set(REL_X).set(REL_Y);
     const QList<KeyboardInfo> keyboards = keyboardsOf({mixed, mediaNode(2, u"/a"_s)});
     QCOMPARE(keyboards.size(), 1);
@@ -138,10 +138,10 @@ void NodeInfoTest::keyboardThatIsAlsoThePointerIsUnusable()
     QCOMPARE(apart.first().device.problem, QString());
 }
 
-void NodeInfoTest::keyboardsOfTheSameKindHaveDifferentIds()
+void EventDeviceInfoTest::keyboardsOfTheSameKindHaveDifferentIds()
 {
-    QList<NodeInfo> nodes{keyboardNode(1, u"/a"_s), keyboardNode(2, u"/b"_s), keyboardNode(3, u"/c"_s),
-                          keyboardNode(4, u"/d"_s), keyboardNode(5, u"/e"_s)};
+    QList<EventDeviceInfo> nodes{keyboardNode(1, u"/a"_s), keyboardNode(2, u"/b"_s), keyboardNode(3, u"/c"_s),
+                                 keyboardNode(4, u"/d"_s), keyboardNode(5, u"/e"_s)};
     nodes[0].serial = u"X1"_s;
     nodes[1].path = u"pci-0000:00:14.0-usb-0:3"_s;
     nodes[2].path = u"pci-0000:00:14.0-usb-0:4"_s;
@@ -152,9 +152,9 @@ void NodeInfoTest::keyboardsOfTheSameKindHaveDifferentIds()
                                u"1209:00ab:pci-0000:00:14.0-usb-0:4"_s, u"1209:00ab"_s, u"1209:00ab:2"_s}));
 }
 
-void NodeInfoTest::textFromTheDeviceIsMadeHarmless()
+void EventDeviceInfoTest::textFromTheDeviceIsMadeHarmless()
 {
-    NodeInfo node = keyboardNode(1, u"/a"_s);
+    EventDeviceInfo node = keyboardNode(1, u"/a"_s);
     node.name = u"Evil\x1b[2J\nboard"_s + QString(1000, u'x');
     node.serial = u"a b/..;\u00e9$(reboot)"_s;
     const InputDevice device = keyboardsOf({node}).first().device;
@@ -163,7 +163,7 @@ void NodeInfoTest::textFromTheDeviceIsMadeHarmless()
     QCOMPARE(device.id, u"1209:00ab:a_b_..____reboot_"_s);
 }
 
-void NodeInfoTest::orderFollowsTheEventDevices()
+void EventDeviceInfoTest::orderFollowsTheEventDevices()
 {
     QStringList nodes;
     for (const KeyboardInfo &keyboard :
@@ -172,5 +172,5 @@ void NodeInfoTest::orderFollowsTheEventDevices()
     QCOMPARE(nodes, (QStringList{u"/dev/input/event2"_s, u"/dev/input/event9"_s, u"/dev/input/event10"_s}));
 }
 
-QTEST_APPLESS_MAIN(NodeInfoTest)
-#include "nodeinfotest.moc"
+QTEST_APPLESS_MAIN(EventDeviceInfoTest)
+#include "eventdeviceinfotest.moc"

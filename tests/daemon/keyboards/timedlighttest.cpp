@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/virtuallight.h"
+#include "daemon/keyboards/timedlight.h"
 #include "tests/support/testmain.h"
 
 #include <QSignalSpy>
@@ -20,7 +20,7 @@ constexpr int cycling = Backlight::spectrumCyclingEffect;
 
 } // namespace
 
-class VirtualLightTest : public QObject
+class TimedLightTest : public QObject
 {
     Q_OBJECT
 
@@ -36,26 +36,26 @@ private Q_SLOTS:
 
 private:
     Backlight::Time mNow{};
-    std::unique_ptr<VirtualLight> mLight;
+    std::unique_ptr<TimedLight> mLight;
     QStringList mAnnounced;
 };
 
-void VirtualLightTest::init()
+void TimedLightTest::init()
 {
     mNow = 5s;
     mAnnounced.clear();
-    mLight = std::make_unique<VirtualLight>([this] { return mNow; });
-    connect(mLight.get(), &VirtualLight::changed, this,
+    mLight = std::make_unique<TimedLight>([this] { return mNow; });
+    connect(mLight.get(), &TimedLight::changed, this,
             [this](Backlight::Color color) { mAnnounced += Backlight::colorText(color); });
 }
 
-void VirtualLightTest::isOffAtFirst()
+void TimedLightTest::isOffAtFirst()
 {
     QVERIFY(mLight->color().isOff());
     QVERIFY(!mLight->sleep());
 }
 
-void VirtualLightTest::announcesEachNewColorOnce()
+void TimedLightTest::announcesEachNewColorOnce()
 {
     mLight->show(lit(fixed));
     mLight->show(lit(fixed));
@@ -69,7 +69,7 @@ void VirtualLightTest::announcesEachNewColorOnce()
     QCOMPARE(mAnnounced, QStringList({u"#0a141e"_s, u"#050a0f"_s, u"#000000"_s}));
 }
 
-void VirtualLightTest::sleepsWhileNothingChanges()
+void TimedLightTest::sleepsWhileNothingChanges()
 {
     mLight->show(lit(cycling));
     QVERIFY(mLight->sleep());
@@ -82,7 +82,7 @@ void VirtualLightTest::sleepsWhileNothingChanges()
     }
 }
 
-void VirtualLightTest::wakesOnceForEachChange()
+void TimedLightTest::wakesOnceForEachChange()
 {
     mNow = 5s + 30ms;
     mLight->show(lit(cycling));
@@ -97,7 +97,7 @@ void VirtualLightTest::wakesOnceForEachChange()
     QCOMPARE(mAnnounced.size(), 2);
 }
 
-void VirtualLightTest::catchesUpAfterALongPause()
+void TimedLightTest::catchesUpAfterALongPause()
 {
     mLight->show(lit(cycling));
     mNow += 1h + 3ms; // the machine was suspended
@@ -106,7 +106,7 @@ void VirtualLightTest::catchesUpAfterALongPause()
     QCOMPARE(mLight->sleep(), std::optional(Backlight::spectrumStep - 3ms));
 }
 
-void VirtualLightTest::isDarkWithoutPower()
+void TimedLightTest::isDarkWithoutPower()
 {
     mLight->show(lit(cycling));
     mLight->setPowered(false);
@@ -119,16 +119,16 @@ void VirtualLightTest::isDarkWithoutPower()
     QCOMPARE(mAnnounced.last(), u"#0a141e"_s);
 }
 
-void VirtualLightTest::continuesAutomatically()
+void TimedLightTest::continuesAutomatically()
 {
-    VirtualLight light; // uses the machine's clock
+    TimedLight light; // uses the machine's clock
     QStringList seen;
-    connect(&light, &VirtualLight::changed, this,
+    connect(&light, &TimedLight::changed, this,
             [&seen](Backlight::Color color) { seen += Backlight::colorText(color); });
     light.show(lit(cycling));
     QTRY_VERIFY(seen.size() >= 3);
     QCOMPARE(QSet<QString>(seen.begin(), seen.end()).size(), seen.size());
 }
 
-QTEST_GUILESS_MAIN(VirtualLightTest)
-#include "virtuallighttest.moc"
+QTEST_GUILESS_MAIN(TimedLightTest)
+#include "timedlighttest.moc"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/virtuallight.h"
+#include "daemon/keyboards/timedlight.h"
 
 #include <algorithm>
 
@@ -12,25 +12,25 @@ Backlight::Time machineTime()
 
 } // namespace
 
-VirtualLight::VirtualLight(QObject *parent) : VirtualLight(machineTime, parent) {}
+TimedLight::TimedLight(QObject *parent) : TimedLight(machineTime, parent) {}
 
-VirtualLight::VirtualLight(Clock clock, QObject *parent) : QObject(parent), mClock(std::move(clock))
+TimedLight::TimedLight(Clock clock, QObject *parent) : QObject(parent), mClock(std::move(clock))
 {
     mTimer.setSingleShot(true);
-    mTimer.callOnTimeout(this, &VirtualLight::look);
+    mTimer.callOnTimeout(this, &TimedLight::look);
 }
 
-Backlight::Color VirtualLight::color() const
+Backlight::Color TimedLight::color() const
 {
     return mIsPowered ? Backlight::colorAt(mSettings, mClock()) : Backlight::Color();
 }
 
-std::optional<Backlight::Time> VirtualLight::sleep() const
+std::optional<Backlight::Time> TimedLight::sleep() const
 {
     return mTimer.isActive() ? std::optional(mTimer.intervalAsDuration()) : std::nullopt;
 }
 
-void VirtualLight::show(const Backlight::Settings &settings)
+void TimedLight::show(const Backlight::Settings &settings)
 {
     if (settings == mSettings)
         return; // every change of the document calls this
@@ -38,13 +38,13 @@ void VirtualLight::show(const Backlight::Settings &settings)
     look();
 }
 
-void VirtualLight::setPowered(bool isPowered)
+void TimedLight::setPowered(bool isPowered)
 {
     mIsPowered = isPowered;
     look();
 }
 
-void VirtualLight::look()
+void TimedLight::look()
 {
     const Backlight::Time now = mClock();
     const std::optional<Backlight::Time> next =

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/linux/inputnode.h"
+#include "daemon/keyboards/linux/eventdevice.h"
 
 namespace {
 
-constexpr int takeOverAttempts = 3;
+constexpr int grabAttempts = 3;
 
 template <typename Function> void forEachKey(const EventFile::Keys &keys, Function function)
 {
@@ -15,8 +15,8 @@ template <typename Function> void forEachKey(const EventFile::Keys &keys, Functi
 
 } // namespace
 
-InputNode::InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, InputNodeHandler &handler,
-                     std::chrono::milliseconds patience, QObject *parent)
+EventDevice::EventDevice(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, EventDeviceHandler &handler,
+                         std::chrono::milliseconds patience, QObject *parent)
     : QObject(parent), mFile(std::move(file)), mId(id), mHandler(handler),
       mNotifier(mFile->descriptor(), QSocketNotifier::Read, this), mRest(this), mPatience(this),
       mGivesHidUsages(givesHidUsages)
@@ -32,38 +32,38 @@ InputNode::InputNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsage
     });
     mPatience.setSingleShot(true);
     mPatience.setInterval(patience);
-    mPatience.callOnTimeout(this, &InputNode::takeOver);
+    mPatience.callOnTimeout(this, &EventDevice::grabWithKeysDown);
 }
 
-InputNode::~InputNode()
+EventDevice::~EventDevice()
 {
-    release();
+    ungrab();
 }
 
-void InputNode::start()
+void EventDevice::start()
 {
     mNotifier.setEnabled(true);
     mPatience.start();
-    grabWhenUp();
+    grabIfAllUp();
 }
 
-void InputNode::release()
+void EventDevice::ungrab()
 {
     if (mState == State::grabbed) {
         forEachKey(mFile->keysDown(), [this](quint16 code) { mFile->inject(code, false); });
         [[maybe_unused]] const int error = mFile->setGrabbed(false); // fails when the device was removed
     }
     if (mState == State::grabbed || mState == State::waiting)
-        setState(State::released);
+        setState(State::ungrabbed);
 }
 
-void InputNode::setLed(quint16 led, bool isOn)
+void EventDevice::setLed(quint16 led, bool isOn)
 {
     if (mState == State::grabbed)
         mFile->setLed(led, isOn);
 }
 
-void InputNode::setState(State state)
+void EventDevice::setState(State state)
 {
     mState = state;
     if (state != State::waiting)
@@ -75,7 +75,7 @@ void InputNode::setState(State state)
     mHandler.nodeStateChanged(*this);
 }
 
-void InputNode::read()
+void EventDevice::read()
 {
     int count = 0;
     while (count < eventsAtOnce && readOnce())
@@ -85,13 +85,13 @@ void InputNode::read()
             mNotifier.setEnabled(false);
             mRest.start();
         } else if (mState == State::waiting && count > 0) {
-            grabWhenUp();
+            grabIfAllUp();
         }
     }
     mHandler.nodeRead(*this);
 }
 
-bool InputNode::readOnce()
+bool EventDevice::readOnce()
 {
     KeyTranslator::Event event;
     switch (mFile->read(event)) {
@@ -106,7 +106,7 @@ bool InputNode::readOnce()
     return mState == State::grabbed || mState == State::waiting;
 }
 
-void InputNode::grabWhenUp()
+void EventDevice::grabIfAllUp()
 {
     if (mFile->keysDown().any())
         return;
@@ -125,16 +125,16 @@ void InputNode::grabWhenUp()
     });
 }
 
-void InputNode::takeOver()
+void EventDevice::grabWithKeysDown()
 {
     EventFile::Keys held;
-    for (int attempt = 0; attempt < takeOverAttempts; ++attempt) {
+    for (int attempt = 0; attempt < grabAttempts; ++attempt) {
         const EventFile::Keys down = mFile->keysDown();
         forEachKey(down, [this](quint16 code) { mFile->inject(code, false); });
         held |= down;
         if (const int error = mFile->setGrabbed(true))
             return refuse(error);
-        const bool isLast = attempt == takeOverAttempts - 1;
+        const bool isLast = attempt == grabAttempts - 1;
         if (mFile->keysDown().none() || isLast)
             break;
         // Another key went down in between.
@@ -142,11 +142,11 @@ void InputNode::takeOver()
             return refuse(error);
     }
     setState(State::grabbed);
-    if (mState == State::grabbed) // the handler may have released it
+    if (mState == State::grabbed) // the handler may have ungrabbed it
         forEachKey(held, [this](quint16 code) { mFile->inject(code, true); });
 }
 
-void InputNode::refuse(int error)
+void EventDevice::refuse(int error)
 {
     mError = error;
     setState(error == ENODEV ? State::gone : State::refused);
