@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // "device list", "use", "release" and "rule": the real keyboards that the daemon uses.
 #include "base/devicekeys.h"
+#include "base/devicerule.h"
 #include "cli/commandtable.h"
 #include "cli/deviceclient.h"
-#include "cli/devicerule.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

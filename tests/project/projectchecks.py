@@ -89,6 +89,7 @@ ALLOWED_INCLUDES = {
     "daemon": (*KEYBOARDS_MAY_USE, "daemon/keyboards", "daemon/keyboards/virtual", "daemon/keyboards/linux",
                "daemon/capture", "daemon/launch", "daemon/frontapplication"),
     "cli": ("base", "plain platform", "daemonlink", "records"),
+    "rulehelper": ("base",),
     "tools": (),
 }
 # A library of records counts as a folder within its tab's folder.

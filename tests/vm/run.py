@@ -170,7 +170,7 @@ def add_module(root, source, inside):
 
 def make_root(folder, arguments, modules, names, calls):
     root = Root(folder)
-    for name in ["proc", "sys", "dev", "run", "tmp", "etc"]:
+    for name in ["proc", "sys", "dev", "run", "tmp", "etc/udev/rules.d"]:
         os.makedirs(os.path.join(folder, name))
     root.add(program("busybox"), "/bin/busybox")
     root.add_program(program("dbus-daemon"), "dbus-daemon")
@@ -179,7 +179,7 @@ def make_root(folder, arguments, modules, names, calls):
     os.rename(root.path("/bin/udevd"), root.path("/bin/systemd-udevd"))
     root.write("/bin/udevd", "#!/bin/busybox sh\nexec /bin/systemd-udevd \"$@\"\n")
     os.chmod(root.path("/bin/udevd"), 0o755)
-    for name in ["QuillKestraDaemon", "kestractl"]:
+    for name in ["QuillKestraDaemon", "kestractl", "quill-kestra-keyboard-rule"]:
         root.add_program(os.path.join(arguments.bin, name), name)
     root.add_program(arguments.driver, "vmdriver")
     root.add_program(arguments.client, "vmclient")

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sched.h>
@@ -164,14 +165,23 @@ void reloadRules()
              "--subsystem-match=leds"});
 }
 
+/// The folder below /sys/class/input of the event device with this name; empty without one.
+std::filesystem::path folderOfNode(const std::string &name)
+{
+    for (const auto &entry : std::filesystem::directory_iterator("/sys/class/input")) {
+        const bool isEventDevice = entry.path().filename().string().starts_with("event");
+        if (isEventDevice && contentOf(entry.path().string() + "/device/name") == name + '\n')
+            return entry.path();
+    }
+    return {};
+}
+
 /// The udev properties of the event device with this name; empty without one.
 std::string propertiesOfNode(const std::string &name)
 {
-    for (const auto &entry : std::filesystem::directory_iterator("/sys/class/input")) {
-        if (contentOf(entry.path().string() + "/device/name") == name + '\n')
-            return runProcess({"udevadm", "info", "--query=property", "--path=" + entry.path().string()}).output;
-    }
-    return {};
+    const std::filesystem::path folder = folderOfNode(name);
+    return folder.empty() ? std::string()
+                          : runProcess({"udevadm", "info", "--query=property", "--path=" + folder.string()}).output;
 }
 
 /// expect-property NAME TEXT: the text is in the udev properties of the event device with this name. "no" before the
@@ -220,6 +230,52 @@ void installRule(Machine &machine, const Words &words)
                                   ? contentOf("/rules/70-quill-kestra-uinput.rules")
                                   : machine.mustControl({"device", "rule", machine.deviceId(word(words, 2))}));
     reloadRules();
+}
+
+/// The command line of the rule helper; a word "device:NAME" means the path of the event device with this name.
+std::vector<std::string> ruleHelperCommand(const Words &arguments)
+{
+    constexpr const char *nameMark = "device:";
+    std::vector<std::string> command{"quill-kestra-keyboard-rule"};
+    for (const std::string &argument : arguments) {
+        if (!argument.starts_with(nameMark)) {
+            command.push_back(argument);
+            continue;
+        }
+        const std::filesystem::path folder = folderOfNode(argument.substr(std::strlen(nameMark)));
+        if (folder.empty())
+            throw Failure("no event device of \"" + argument + '"');
+        command.push_back("/dev/input/" + folder.filename().string());
+    }
+    return command;
+}
+
+/// rule-helper-refuses TEXT WORDS: the rule helper fails and says the text.
+void expectRefusedRule(Machine &, const Words &words)
+{
+    const ProcessResult result = runProcess(ruleHelperCommand({words.begin() + 2, words.end()}));
+    if (result.exitCode == 0 || result.output.find(word(words, 1)) == std::string::npos)
+        throw Failure("it ended with " + std::to_string(result.exitCode) + " and says: " + result.output);
+}
+
+/// link-node N NAME: /dev/input/eventN is a link to the event device with this name.
+void linkNode(Machine &, const Words &words)
+{
+    const std::filesystem::path folder = folderOfNode(word(words, 2));
+    std::filesystem::create_symlink("/dev/input/" + folder.filename().string(), "/dev/input/event" + word(words, 1));
+}
+
+/// expect-rules N: so many rules files of keyboards are installed.
+void expectRules(Machine &, const Words &words)
+{
+    std::string names;
+    int count = 0;
+    for (const auto &entry : std::filesystem::directory_iterator("/etc/udev/rules.d")) {
+        names += ' ' + entry.path().filename().string();
+        ++count;
+    }
+    if (std::to_string(count) != word(words, 1))
+        throw Failure("these are installed:" + names);
 }
 
 struct SeatDevice
@@ -303,6 +359,13 @@ const std::map<std::string, StepAction> &systemActions()
         {"expect-real-time", expectRealTime},
         {"udev-rule", installRule},
         {"expect-of-the-seat", expectOfTheSeat},
+        {"rule-helper",
+         [](Machine &, const Words &words) {
+             mustRun(ruleHelperCommand({words.begin() + 1, words.end()}));
+         }},
+        {"rule-helper-refuses", expectRefusedRule},
+        {"link-node", linkNode},
+        {"expect-rules", expectRules},
         {"client", [](Machine &machine, const Words &words) { machine.startClient(from(words, 1)); }},
         {"client-end", [](Machine &machine, const Words &) { machine.endClient(); }},
         {"expect-told",

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "cli/devicerule.h"
+#include "base/devicerule.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -21,7 +23,12 @@ private Q_SLOTS:
     void textFromTheKeyboardCannotAddToTheRule();
     void refusesKeyboardsThatCannotBeNamed_data();
     void refusesKeyboardsThatCannotBeNamed();
+    void udevAcceptsTheRule_data();
     void udevAcceptsTheRule();
+    void eventDeviceRuleGrantsNothingElse();
+    void eachKeyboardHasAFileOfItsOwn();
+    void fileNameIsMadeOfDigits();
+    void printedInstructionsNameTheFile();
 };
 
 namespace {
@@ -129,19 +136,71 @@ void DeviceRuleTest::refusesKeyboardsThatCannotBeNamed()
     QVERIFY(!deviceRule(keyboard, 1000));
 }
 
+void DeviceRuleTest::udevAcceptsTheRule_data()
+{
+    QTest::addColumn<QString>("rule");
+    QTest::newRow("printed") << deviceRule(device(u"S"_s, u"p"_s), 1000).value_or(QString());
+    QTest::newRow("of the event devices") << eventDeviceRule(device(QString(), u"p"_s)).value_or(QString());
+}
+
 void DeviceRuleTest::udevAcceptsTheRule()
 {
+    QFETCH(QString, rule);
+    QVERIFY(!rule.isEmpty());
     QProcess udevadm;
     udevadm.start(u"udevadm"_s, {u"verify"_s, u"--help"_s});
     if (!udevadm.waitForFinished() || udevadm.exitStatus() != QProcess::NormalExit || udevadm.exitCode() != 0)
         QSKIP("there is no \"udevadm verify\"");
     QTemporaryFile file(QDir::tempPath() + u"/70-XXXXXX.rules"_s);
     QVERIFY(file.open());
-    file.write(deviceRule(device(u"S"_s, u"p"_s), 1000).value_or(QString()).toUtf8());
+    file.write(rule.toUtf8());
     file.close();
     udevadm.start(u"udevadm"_s, {u"verify"_s, file.fileName()});
     QVERIFY(udevadm.waitForFinished());
     QVERIFY2(udevadm.exitCode() == 0, udevadm.readAllStandardError().constData());
+}
+
+void DeviceRuleTest::eventDeviceRuleGrantsNothingElse()
+{
+    const QString text = eventDeviceRule(device(u"S"_s, u"p"_s)).value_or(QString());
+    QStringList lines = text.split(u'\n', Qt::SkipEmptyParts);
+    lines.removeIf([](const QString &line) { return line.startsWith(u'#'); });
+    QCOMPARE(lines, QStringList{rulesOf(device(u"S"_s, u"p"_s)).first()});
+    for (const QString &word : {u"MODE"_s, u"GROUP"_s, u"OWNER"_s, u"RUN"_s, u"PROGRAM"_s, u"IMPORT"_s})
+        QVERIFY2(!lines.first().contains(word), qPrintable(lines.first()));
+    QVERIFY(lines.first().endsWith(u", TAG+=\"uaccess\""_s));
+}
+
+void DeviceRuleTest::eachKeyboardHasAFileOfItsOwn()
+{
+    QVariantMap other = device(u"S"_s, QString());
+    other.insert(u"Product"_s, 0xb0);
+    const QList<QVariantMap> keyboards{device(u"S"_s, u"p"_s), device(u"T"_s, u"p"_s), device(QString(), u"p"_s),
+                                       device(QString(), QString()), other};
+    QSet<QString> names;
+    for (const QVariantMap &keyboard : keyboards)
+        names += deviceRuleFileName(keyboard).value_or(QString());
+    QCOMPARE(names.size(), keyboards.size());
+    QVERIFY(!names.contains(QString()));
+    // The rule is the same, whatever the port.
+    QCOMPARE(deviceRuleFileName(device(u"S"_s, u"q"_s)), deviceRuleFileName(device(u"S"_s, u"p"_s)));
+    QVERIFY(!deviceRuleFileName({}));
+}
+
+void DeviceRuleTest::fileNameIsMadeOfDigits()
+{
+    static const QRegularExpression digits(u"\\A70-quill-kestra-[0-9]{5}-[0-9]{5}-[0-9]{20}\\.rules\\z"_s);
+    for (const QString &serial : {u"S"_s, u"../../x"_s, u"a\"b\n"_s}) {
+        const QString name = deviceRuleFileName(device(serial, u"p"_s)).value_or(QString());
+        QVERIFY2(digits.match(name).hasMatch(), qPrintable(name));
+    }
+}
+
+void DeviceRuleTest::printedInstructionsNameTheFile()
+{
+    const QVariantMap keyboard = device(u"S"_s, u"p"_s);
+    const QString name = deviceRuleFileName(keyboard).value_or(u"?"_s);
+    QVERIFY(deviceRule(keyboard, 1000).value_or(QString()).contains(u"/etc/udev/rules.d/"_s + name));
 }
 
 QTEST_GUILESS_MAIN(DeviceRuleTest)
