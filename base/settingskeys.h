@@ -14,6 +14,7 @@ inline constexpr Key macros{"Macros"};                 // array of macro records
 inline constexpr Key deviceSettings{"DeviceSettings"}; // dictionary
 inline constexpr Key activeProfile{"ActiveProfile"};   // in DeviceSettings: index into Profiles
 inline constexpr Key gameMode{"GameMode"};             // in DeviceSettings: boolean
+inline constexpr Key lastMacroId{"LastMacroID"};       // in DeviceSettings: only the daemon uses it
 inline constexpr Key profileOsdOn{"ProfileOSDOn"};     // in DeviceSettings and in a profile record: 0 or 1
 
 // The factory resource Kestra.plist

@@ -14,7 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView lastMacroIdKey{"LastMacroID"};
 constexpr int greatestMacroId = 2'000'000'000; // far from overflow; a greater one in a file is replaced by a new one
 
 bool isAbsentOr(QMetaType::Type type, const QVariantMap &dictionary, QLatin1StringView key)
@@ -46,7 +45,7 @@ QVariantMap withMacroIds(QVariantMap document)
 {
     QVariantList macros = SettingsDocument::macros(document);
     const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
-    int lastId = usableMacroId(deviceSettings.value(lastMacroIdKey));
+    int lastId = usableMacroId(deviceSettings.value(SettingsKeys::lastMacroId));
     for (const QVariant &macro : std::as_const(macros))
         lastId = std::max(lastId, usableMacroId(macro.toMap().value(SettingsKeys::macroId)));
 
@@ -63,7 +62,7 @@ QVariantMap withMacroIds(QVariantMap document)
         macro = record;
     }
     document = SettingsDocument::withMacros(document, macros);
-    return SettingsDocument::withDeviceSetting(document, lastMacroIdKey, lastId);
+    return SettingsDocument::withDeviceSetting(document, SettingsKeys::lastMacroId, lastId);
 }
 
 } // namespace
