@@ -30,7 +30,7 @@ CommandResult<ChosenRecord> chooseRecord(CommandContext &context, const RecordKi
     const CommandResult<QVariantMap> document = context.daemon.document();
     if (!document)
         return document.error();
-    const QVariantList records = document->value(kind.listKey).toList();
+    const QVariantList records = (Document(*document).*kind.records)();
     const Result<int> number = existingRecordNumber(context.arguments.first(), records, kind);
     if (!number)
         return wrongUsage(number.error().message);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keyassignments.h"
 
-#include "base/settingskeys.h"
+#include "base/document.h"
 #include "cli/factoryprofile.h"
 #include "cli/recordchoice.h"
 #include "keys/keynames.h"
@@ -73,7 +73,7 @@ Result<NewAssignment> makeMacro(const AssignmentWords &words)
         return Error{
             u"\"%1\" is not a way to repeat a macro: give once, until-released, until-pressed-again or 2 to 10"_s.arg(
                 words.optionValue)};
-    const QVariantList macros = words.document.value(SettingsKeys::macros).toList();
+    const QVariantList macros = Document(words.document).macros();
     const Result<int> number = existingRecordNumber(words.argument, macros, macroKind);
     if (!number)
         return number.error();
@@ -82,7 +82,7 @@ Result<NewAssignment> makeMacro(const AssignmentWords &words)
 
 Result<NewAssignment> makeProfile(const AssignmentWords &words)
 {
-    const QVariantList profiles = words.document.value(SettingsKeys::profiles).toList();
+    const QVariantList profiles = Document(words.document).profiles();
     const Result<int> number = existingRecordNumber(words.argument, profiles, profileKind);
     if (!number)
         return number.error();

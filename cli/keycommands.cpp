@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "key": shows and changes the assignment of a key in the active profile.
+#include "base/document.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/keyassignments.h"
@@ -44,11 +46,11 @@ CommandResult<void> assignKey(CommandContext &context, const QVariantMap &docume
     if (!made)
         return wrongUsage(made.error().message);
     const QVariantMap keys =
-        KeyMappings::withEntry(activeProfileRecord(document).value(SettingsKeys::keys).toMap(),
-                               KeyLayout::codeText(code), made->assignment, made->param1, made->param2);
+        KeyMappings::withEntry(ProfileRecord::keys(Document(document).activeProfile()), KeyLayout::codeText(code),
+                               made->assignment, made->param1, made->param2);
     const CommandResult<QVariantMap> reply = context.daemon.sendChecked(
         DaemonProtocol::Command::updateProfile,
-        {{DaemonProtocol::profileId, activeProfileIndex(document)},
+        {{DaemonProtocol::profileId, Document(document).activeProfileIndex()},
          {DaemonProtocol::deviceSettingsDictionary, QVariantMap{{SettingsKeys::keys, keys}}}},
         u"the key %1 cannot be changed"_s.arg(keyName(code)));
     if (!reply)

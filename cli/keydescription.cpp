@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/keydescription.h"
 
-#include "base/plistnumbers.h"
-#include "base/settingskeys.h"
+#include "base/document.h"
+#include "base/profilerecord.h"
 #include "cli/plistjson.h"
 #include "cli/recordchoice.h"
 #include "keys/keylayout.h"
@@ -18,12 +18,11 @@ using KeyMappings::Assignment;
 namespace {
 
 /// "macro Combo", or "macro 2 (which does not exist)".
-QString namedRecord(const RecordKind &kind, int index, const QVariant &records)
+QString namedRecord(const RecordKind &kind, int index, const QVariantList &records)
 {
-    const QVariantList list = records.toList();
-    if (index < 0 || index >= list.size())
+    if (index < 0 || index >= records.size())
         return u"%1 %2 (which does not exist)"_s.arg(kind.word).arg(index);
-    return kind.word + u' ' + list.at(index).toMap().value(kind.nameKey).toString();
+    return kind.word + u' ' + records.at(index).toMap().value(kind.nameKey).toString();
 }
 
 QString repeatWords(int repeatValue)
@@ -53,20 +52,9 @@ QString singleKeyWords(const KeyMappings::Entry &entry)
 
 } // namespace
 
-int activeProfileIndex(const QVariantMap &document)
-{
-    const QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
-    return PlistNumbers::integerValue(device.value(SettingsKeys::activeProfile));
-}
-
-QVariantMap activeProfileRecord(const QVariantMap &document)
-{
-    return document.value(SettingsKeys::profiles).toList().value(activeProfileIndex(document)).toMap();
-}
-
 QString describeKey(const QVariantMap &document, int code)
 {
-    const KeyMappings::Entry entry = KeyMappings::entryForKey(activeProfileRecord(document), code);
+    const KeyMappings::Entry entry = KeyMappings::entryForKey(Document(document).activeProfile(), code);
     if (!entry.isMapped())
         return u"default key"_s;
     if (entry.is(Assignment::disabled))
@@ -76,19 +64,18 @@ QString describeKey(const QVariantMap &document, int code)
     if (entry.is(Assignment::launchProgram))
         return u"program "_s + entry.programPath;
     if (entry.is(Assignment::switchProfile))
-        return namedRecord(profileKind, entry.param1, document.value(SettingsKeys::profiles));
+        return namedRecord(profileKind, entry.param1, Document(document).profiles());
     if (entry.is(Assignment::playMacro))
-        return namedRecord(macroKind, entry.param1, document.value(SettingsKeys::macros)) + u", "_s
-               + repeatWords(entry.param2);
+        return namedRecord(macroKind, entry.param1, Document(document).macros()) + u", "_s + repeatWords(entry.param2);
     return u"assignment %1, which does nothing"_s.arg(entry.command);
 }
 
 QJsonObject keyAsJson(const QVariantMap &document, int code)
 {
-    const QVariantMap keys = activeProfileRecord(document).value(SettingsKeys::keys).toMap();
+    const QVariantMap profile = Document(document).activeProfile();
     return {{u"key"_s, keyName(code)},
             {u"code"_s, code},
-            {u"mapped"_s, KeyMappings::entryForKey(activeProfileRecord(document), code).isMapped()},
+            {u"mapped"_s, KeyMappings::entryForKey(profile, code).isMapped()},
             {u"description"_s, describeKey(document, code)},
-            {u"entry"_s, jsonFromPropertyList(keys.value(KeyLayout::codeText(code)))}};
+            {u"entry"_s, jsonFromPropertyList(ProfileRecord::keys(profile).value(KeyLayout::codeText(code)))}};
 }

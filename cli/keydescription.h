@@ -6,12 +6,6 @@
 #include <QString>
 #include <QVariantMap>
 
-/// "DeviceSettings"/"ActiveProfile" of `document`: the index of a profile, which may not exist; 0 when absent.
-[[nodiscard]] int activeProfileIndex(const QVariantMap &document);
-
-/// The profile record that "DeviceSettings"/"ActiveProfile" of `document` points at; empty when it points nowhere.
-[[nodiscard]] QVariantMap activeProfileRecord(const QVariantMap &document);
-
 /// "disabled", "default key", "macro Combo, until released", … for the key `code` in the active profile.
 [[nodiscard]] QString describeKey(const QVariantMap &document, int code);
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // "light": shows and changes the key lighting of the active profile.
+#include "base/document.h"
 #include "base/result.h"
 #include "base/settingskeys.h"
 #include "cli/commandtable.h"
-#include "cli/keydescription.h"
 #include "cli/virtualkeyboardclient.h"
 #include "lighting/backlight.h"
 
@@ -142,7 +142,7 @@ constexpr LightSetting lightSettings[] = {
 
 void showSettings(CommandContext &context, const QVariantMap &document)
 {
-    const Backlight::Settings settings = Backlight::settingsOf(activeProfileRecord(document));
+    const Backlight::Settings settings = Backlight::settingsOf(Document(document).activeProfile());
     const QLatin1StringView effect = nameOf(effectNames, settings.effect);
     const std::optional<QString> now = VirtualKeyboardClient::shownLight();
     if (context.hasOption(Options::json)) {
@@ -166,12 +166,12 @@ void showSettings(CommandContext &context, const QVariantMap &document)
 
 CommandResult<void> change(CommandContext &context, const QVariantMap &document, const LightSetting &setting)
 {
-    const Result<QVariantMap> settings = setting.change(context.arguments.value(1), activeProfileRecord(document));
+    const Result<QVariantMap> settings = setting.change(context.arguments.value(1), Document(document).activeProfile());
     if (!settings)
         return wrongUsage(settings.error().message);
     const CommandResult<QVariantMap> reply =
         context.daemon.sendChecked(DaemonProtocol::Command::updateProfile,
-                                   {{DaemonProtocol::profileId, activeProfileIndex(document)},
+                                   {{DaemonProtocol::profileId, Document(document).activeProfileIndex()},
                                     {DaemonProtocol::deviceSettingsDictionary, *settings}},
                                    u"the light cannot be changed"_s);
     if (!reply)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "macro list", "show", "add", "rename", "delete", "import" and "export": the macros that the daemon keeps, by the
 // rules of the configurator's macros tab.
+#include "base/document.h"
 #include "base/settingskeys.h"
 #include "cli/commandtable.h"
 #include "cli/plistjson.h"
@@ -18,7 +19,7 @@ namespace {
 
 RecordRow rowOf(const QVariantMap &, int number, const QVariantMap &record)
 {
-    const QString name = record.value(SettingsKeys::macroName).toString();
+    const QString name = MacroRecord::name(record);
     const auto events = static_cast<int>(MacroRecord::events(record).size());
     return {.line = u"%1  %2 (%3 events)"_s.arg(number, 3).arg(name).arg(events),
             .object = {{u"number"_s, number}, {u"name"_s, name}, {u"events"_s, events}}};
@@ -30,8 +31,8 @@ CommandResult<void> addRecord(CommandContext &context, const QVariantMap &record
     const CommandResult<QVariantMap> before = context.daemon.document();
     if (!before)
         return before.error();
-    const QVariantMap named = MacroFile::importedRecord(record, before->value(SettingsKeys::macros).toList());
-    const QString failure = u"macro \"%1\" cannot be added"_s.arg(named.value(SettingsKeys::macroName).toString());
+    const QVariantMap named = MacroFile::importedRecord(record, Document(*before).macros());
+    const QString failure = u"macro \"%1\" cannot be added"_s.arg(MacroRecord::name(named));
     const CommandResult<QVariantMap> reply =
         context.daemon.sendChecked(Command::addMacro, {{DaemonProtocol::macroContents, named}}, failure);
     if (!reply)
@@ -39,7 +40,7 @@ CommandResult<void> addRecord(CommandContext &context, const QVariantMap &record
     const CommandResult<QVariantMap> document = context.daemon.document();
     if (!document)
         return document.error();
-    const QVariantList macros = document->value(SettingsKeys::macros).toList();
+    const QVariantList macros = Document(*document).macros();
     const int last = static_cast<int>(macros.size()) - 1;
     context.console.print(recordWords(macroKind, last, macros.value(last).toMap()) + u" is added"_s);
     return {};
@@ -68,7 +69,7 @@ CommandResult<void> showMacro(CommandContext &context)
     if (context.hasOption(Options::json)) {
         context.console.printJson(QJsonObject{
             {u"number"_s, chosen->number},
-            {u"name"_s, chosen->record().value(SettingsKeys::macroName).toString()},
+            {u"name"_s, MacroRecord::name(chosen->record())},
             {u"events"_s, jsonFromPropertyList(MacroRecord::events(chosen->record()))},
             {u"lines"_s, QJsonArray::fromStringList(lines)},
         });

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "macro record" and "macro play": macros and the keyboard.
+#include "base/document.h"
 #include "base/hidpages.h"
-#include "base/settingskeys.h"
 #include "cli/chosenrecord.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
@@ -100,7 +100,7 @@ struct PlayingKey
 
 std::optional<PlayingKey> keyThatPlays(const QVariantMap &document, int macro)
 {
-    const QVariantMap profile = activeProfileRecord(document);
+    const QVariantMap profile = Document(document).activeProfile();
     for (const KeyRow &row : KeyLayout::selectableKeys()) {
         const KeyMappings::Entry entry = KeyMappings::entryForKey(profile, row.code);
         if (entry.is(KeyMappings::Assignment::playMacro) && entry.param1 == macro)
@@ -156,7 +156,7 @@ CommandResult<void> recordMacro(CommandContext &context)
     const CommandResult<QVariantMap> document = save(context, chosen, request);
     if (!document)
         return document.error();
-    const QVariantMap saved = document->value(SettingsKeys::macros).toList().value(chosen.number).toMap();
+    const QVariantMap saved = Document(*document).macro(chosen.number);
     const QVariantList events = MacroRecord::events(saved);
     // The last lines may not have come before the recording was ended.
     const bool isEmpty = !*hasPrintedLines && events == MacroRecord::events(chosen.record());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/mappingrepair.h"
 
-#include "base/settingskeys.h"
+#include "base/document.h"
 #include "cli/factoryprofile.h"
 #include "keys/mappingcleanup.h"
 
@@ -15,8 +15,8 @@ CommandResult<void> repairMappings(DaemonClient &daemon, const QVariantMap &docu
         return documentAfter.error();
     const CommandResult<QVariantMap> factory = factoryProfile();
     const std::optional<QVariantList> repaired = KeyMappings::removeDeletedMacroProfileMappings(
-        documentAfter->value(SettingsKeys::profiles).toList(), documentBefore.value(SettingsKeys::macros).toList(),
-        factory ? *factory : QVariantMap(), deletedIndex, static_cast<qint32>(assignment));
+        Document(*documentAfter).profiles(), Document(documentBefore).macros(), factory ? *factory : QVariantMap(),
+        deletedIndex, static_cast<qint32>(assignment));
     if (!repaired)
         return {};
     return daemon

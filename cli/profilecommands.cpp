@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // "profile …": the profiles that the daemon keeps, by the rules of the configurator's profiles tab.
+#include "base/document.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "base/uniquename.h"
 #include "cli/commandtable.h"
 #include "cli/factoryprofile.h"
-#include "cli/keydescription.h"
 #include "cli/recordchoice.h"
 #include "cli/recordcommands.h"
 #include "platform/applicationinformation.h"
@@ -19,15 +20,10 @@ using DaemonProtocol::Command;
 
 namespace {
 
-QVariantList profilesOf(const QVariantMap &document)
-{
-    return document.value(SettingsKeys::profiles).toList();
-}
-
 RecordRow rowOf(const QVariantMap &document, int number, const QVariantMap &record)
 {
-    const QString name = record.value(SettingsKeys::profileName).toString();
-    const bool isActive = number == activeProfileIndex(document);
+    const QString name = ProfileRecord::name(record);
+    const bool isActive = number == Document(document).activeProfileIndex();
     return {.line = u"%1%2  %3"_s.arg(QChar(isActive ? u'*' : u' ')).arg(number, 3).arg(name),
             .object = {{u"number"_s, number},
                        {u"name"_s, name},
@@ -43,7 +39,7 @@ CommandResult<void> change(CommandContext &context, Command command, const QVari
     const CommandResult<QVariantMap> reply = context.daemon.sendChecked(command, request, failure);
     if (!reply)
         return reply.error();
-    const QVariantList profiles = profilesOf(reply->value(DaemonProtocol::returnDictionary).toMap());
+    const QVariantList profiles = Document(reply->value(DaemonProtocol::returnDictionary).toMap()).profiles();
     const int shown = number < 0 ? static_cast<int>(profiles.size()) + number : number;
     context.console.print(recordWords(profileKind, shown, profiles.value(shown).toMap()) + u' ' + outcome);
     return {};
@@ -51,7 +47,7 @@ CommandResult<void> change(CommandContext &context, Command command, const QVari
 
 CommandResult<void> addRecord(CommandContext &context, const QVariantMap &record)
 {
-    const QString name = record.value(SettingsKeys::profileName).toString();
+    const QString name = ProfileRecord::name(record);
     return change(context, Command::addProfile, {{DaemonProtocol::deviceSettingsDictionary, record}}, -1,
                   u"is active"_s, u"profile \"%1\" cannot be added"_s.arg(name));
 }
@@ -85,7 +81,7 @@ CommandResult<void> switchToProfile(CommandContext &context)
     const CommandResult<QVariantMap> document = context.daemon.document();
     if (!document)
         return document.error();
-    const QVariantList profiles = profilesOf(*document);
+    const QVariantList profiles = Document(*document).profiles();
     const Result<int> number = recordNumber(context.arguments.first(), profiles, profileKind);
     if (!number)
         return wrongUsage(number.error().message);
@@ -110,7 +106,8 @@ CommandResult<void> addProfile(CommandContext &context)
     if (!document)
         return document.error();
     QVariantMap record = *factory;
-    record.insert(SettingsKeys::profileName, uniqueName(profilesOf(*document), SettingsKeys::profileName, name));
+    record.insert(SettingsKeys::profileName,
+                  uniqueName(Document(*document).profiles(), SettingsKeys::profileName, name));
     return addRecord(context, record);
 }
 
@@ -145,7 +142,7 @@ CommandResult<void> restoreProfile(CommandContext &context)
     if (!chosen)
         return chosen.error();
     QVariantMap record = *factory;
-    record.insert(SettingsKeys::profileName, chosen->record().value(SettingsKeys::profileName));
+    record.insert(SettingsKeys::profileName, ProfileRecord::name(chosen->record()));
     return updateRecord(context, *chosen, record, u"has the factory settings"_s);
 }
 
@@ -157,7 +154,7 @@ CommandResult<void> importProfile(CommandContext &context)
     const CommandResult<QVariantMap> document = context.daemon.document();
     if (!document)
         return document.error();
-    return addRecord(context, ProfileFile::importedRecord(*record, profilesOf(*document)));
+    return addRecord(context, ProfileFile::importedRecord(*record, Document(*document).profiles()));
 }
 
 CommandResult<void> exportProfile(CommandContext &context)
@@ -184,13 +181,13 @@ CommandResult<void> bindProfile(CommandContext &context)
     const CommandResult<ChosenRecord> chosen = chooseRecord(context, profileKind);
     if (!chosen)
         return chosen.error();
-    const QVariantMap appInfo = chosen->record().value(SettingsKeys::appInfo).toMap();
+    const QVariantMap appInfo = ProfileRecord::appInfo(chosen->record());
     if (!isBound)
         return updateRecord(
             context, *chosen,
             {{SettingsKeys::appInfo, ApplicationBinding::unbound(appInfo)}, {SettingsKeys::autoSwitchOn, false}},
             u"follows no application"_s);
-    const QVariantMap bound = ApplicationBinding::bound(appInfo, information);
-    return updateRecord(context, *chosen, {{SettingsKeys::appInfo, bound}, {SettingsKeys::autoSwitchOn, 1}},
-                        u"follows "_s + bound.value(SettingsKeys::application).toString());
+    const QVariantMap changes{{SettingsKeys::appInfo, ApplicationBinding::bound(appInfo, information)},
+                              {SettingsKeys::autoSwitchOn, 1}};
+    return updateRecord(context, *chosen, changes, u"follows "_s + ApplicationBinding::applicationOf(changes));
 }

@@ -16,7 +16,7 @@ CommandResult<void> listRecords(CommandContext &context, const RecordKind &kind,
     const CommandResult<QVariantMap> document = context.daemon.document();
     if (!document)
         return document.error();
-    const QVariantList records = document->value(kind.listKey).toList();
+    const QVariantList records = (Document(*document).*kind.records)();
     QJsonArray list;
     for (int number = 0; number < records.size(); ++number) {
         const RecordRow row = rowOf(*document, number, records.at(number).toMap());

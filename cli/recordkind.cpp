@@ -10,7 +10,7 @@ using DaemonProtocol::Command;
 using KeyMappings::Assignment;
 
 const RecordKind profileKind{.word = "profile"_L1,
-                             .listKey = SettingsKeys::profiles,
+                             .records = &Document::profiles,
                              .nameKey = SettingsKeys::profileName,
                              .contentKey = SettingsKeys::keys,
                              .listCommand = "kestractl profile list"_L1,
@@ -19,7 +19,7 @@ const RecordKind profileKind{.word = "profile"_L1,
                              .numberKey = DaemonProtocol::profileId,
                              .assignment = Assignment::switchProfile};
 const RecordKind macroKind{.word = "macro"_L1,
-                           .listKey = SettingsKeys::macros,
+                           .records = &Document::macros,
                            .nameKey = SettingsKeys::macroName,
                            .contentKey = SettingsKeys::sequence,
                            .listCommand = "kestractl macro list"_L1,

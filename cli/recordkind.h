@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/daemonprotocol.h"
+#include "base/document.h"
 #include "keys/keymapping.h"
 
 #include <QLatin1StringView>
@@ -11,8 +12,8 @@
 /// A kind of record that has a number (its position, from 0) and a name.
 struct RecordKind
 {
-    QLatin1StringView word;        ///< "profile", "macro"
-    QLatin1StringView listKey;     ///< of the settings document
+    QLatin1StringView word; ///< "profile", "macro"
+    QVariantList (Document::*records)() const;
     QLatin1StringView nameKey;     ///< of a record
     QLatin1StringView contentKey;  ///< of a record; no other kind has it
     QLatin1StringView listCommand; ///< prints all records of the kind

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // "status": the state of daemon, keyboard and settings.
 #include "base/devicekeys.h"
+#include "base/document.h"
 #include "base/frontapplicationkeys.h"
-#include "base/plistnumbers.h"
-#include "base/settingskeys.h"
+#include "base/profilerecord.h"
 #include "base/settingsobjectkeys.h"
 #include "cli/commandtable.h"
 #include "cli/deviceclient.h"
 #include "cli/frontapplicationclient.h"
-#include "cli/keydescription.h"
 #include "cli/virtualkeyboardclient.h"
+#include "lighting/backlight.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -80,10 +80,9 @@ Rows deviceRows(const QVariantMap &device)
 }
 
 /// The rows of the answer, in the order printed.
-Rows statusRows(const QVariantMap &document, DaemonClient &daemon)
+Rows statusRows(const Document &document, DaemonClient &daemon)
 {
-    const QVariantMap settings = document.value(SettingsKeys::deviceSettings).toMap();
-    const QVariantMap profile = activeProfileRecord(document);
+    const QVariantMap profile = document.activeProfile();
     const DaemonObjectResult<QVariantMap> status = DeviceClient::status();
     const QVariantMap device = status ? *status : QVariantMap();
     const QString keyboard = attachment(device);
@@ -92,15 +91,15 @@ Rows statusRows(const QVariantMap &document, DaemonClient &daemon)
               {u"keyboard"_s, keyboard},
               {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()}};
     rows += deviceRows(device);
-    rows += Rows{{u"activeProfile"_s, activeProfileIndex(document)},
-                 {u"activeProfileName"_s, profile.value(SettingsKeys::profileName).toString()},
+    rows += Rows{{u"activeProfile"_s, document.activeProfileIndex()},
+                 {u"activeProfileName"_s, ProfileRecord::name(profile)},
                  {u"frontApplication"_s, frontApplication("Application"_L1)},
                  {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
                  {u"frontApplicationHint"_s, frontApplicationHint()},
-                 {u"profiles"_s, document.value(SettingsKeys::profiles).toList().size()},
-                 {u"macros"_s, document.value(SettingsKeys::macros).toList().size()},
-                 {u"gameMode"_s, settings.value(SettingsKeys::gameMode).toBool()},
-                 {u"brightness"_s, PlistNumbers::integerValue(profile.value(SettingsKeys::brightnessKbNormal))},
+                 {u"profiles"_s, document.profiles().size()},
+                 {u"macros"_s, document.macros().size()},
+                 {u"gameMode"_s, document.deviceSettings().isGameModeOn()},
+                 {u"brightness"_s, Backlight::settingsOf(profile).brightness},
                  {problemsRow, settingsProblems()}};
     return rows;
 }
@@ -152,7 +151,7 @@ CommandResult<void> showStatus(CommandContext &context)
         return document.error();
     }
     QJsonObject object;
-    for (const auto &[name, value] : statusRows(*document, context.daemon)) {
+    for (const auto &[name, value] : statusRows(Document(*document), context.daemon)) {
         object.insert(name, value);
         const bool isHintWithoutNeed = name == "frontApplicationHint"_L1 && value.toString().isEmpty();
         if (!asJson && name == problemsRow)

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void showsTheKeysThatTheComputerSees();
     void gameModeIsSwitched();
     void brightnessIsSet();
+    void statusShowsTheBrightnessThatApplies();
     void brightnessKeysArePressed();
     void lightIsShown();
     void lightIsChanged_data();
@@ -559,6 +560,14 @@ void TestKestractl::brightnessIsSet()
 {
     QCOMPARE(run({u"keyboard"_s, u"brightness"_s, u"3"_s}).exitCode, 0);
     QTRY_COMPARE(status().value("brightness"_L1).toInt(), 3);
+}
+
+// A client may store any number; the light has the levels 0 to 4.
+void TestKestractl::statusShowsTheBrightnessThatApplies()
+{
+    changeProfile({{SettingsKeys::brightnessKbNormal, 9}});
+    QCOMPARE(status().value("brightness"_L1).toInt(), 4);
+    QCOMPARE(run({u"light"_s, u"--json"_s}).json().object().value("brightness"_L1).toInt(), 4);
 }
 
 void TestKestractl::brightnessKeysArePressed()

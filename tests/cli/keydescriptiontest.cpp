@@ -44,7 +44,7 @@ private Q_SLOTS:
     void describesAKey();
     void jsonHasTheStoredEntry();
     void jsonOfAKeyWithoutEntryHasNull();
-    void activeProfileOutOfRangeIsEmpty();
+    void activeProfileOutOfRangeHasDefaultKeys();
 };
 
 void TestKeyDescription::describesAKey_data()
@@ -103,11 +103,10 @@ void TestKeyDescription::jsonOfAKeyWithoutEntryHasNull()
     QCOMPARE(json.value("mapped"_L1), QJsonValue(false));
 }
 
-void TestKeyDescription::activeProfileOutOfRangeIsEmpty()
+void TestKeyDescription::activeProfileOutOfRangeHasDefaultKeys()
 {
     QVariantMap document = documentWithEntry({});
     document.insert(SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 7}});
-    QCOMPARE(activeProfileRecord(document), QVariantMap());
     QCOMPARE(describeKey(document, keyACode), u"default key"_s);
 }
 
