@@ -41,16 +41,18 @@ std::optional<QVariant> readText(QByteArrayView data)
     return isXmlPropertyList(*text) ? readXmlPropertyList(*text) : readOldStylePropertyList(*text);
 }
 
-/// Makes a rename inside `folder` survive a power loss. Also true if the file system cannot flush folders: nothing else
-/// can be done then.
-bool flushFolder(const QString &folder)
+/// Makes a rename inside `folder` survive a power loss. Also succeeds if the file system cannot flush folders: nothing
+/// else can be done then.
+Result<void> flushFolder(const QString &folder)
 {
     const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0)
-        return false;
-    const bool isFlushed = ::fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;
+        return Error{qt_error_string(errno)};
+    const int error = ::fsync(descriptor) == 0 ? 0 : errno;
     ::close(descriptor);
-    return isFlushed;
+    if (error != 0 && error != EINVAL && error != ENOTSUP)
+        return Error{qt_error_string(error)};
+    return {};
 }
 
 } // namespace
@@ -67,48 +69,43 @@ std::optional<QVariant> PropertyList::read(QByteArrayView data)
     return isBinaryPropertyList(data) ? readBinaryPropertyList(data) : readText(data);
 }
 
-PropertyList::FileBytes PropertyList::readFileBytes(const QString &path)
+Result<QByteArray> PropertyList::readFileBytes(const QString &path)
 {
     QFile file(path);
-    if (const QString error = openRegularFile(file); !error.isEmpty())
-        return {.data = {}, .error = error};
+    if (const Result<void> opened = openRegularFile(file); !opened)
+        return opened.error();
     // Some regular files, such as those of the system's state, do not report their size, so the limit applies to the
     // bytes read.
     QByteArray data = readUpTo(file, maximumInputBytes + 1);
     if (file.error() != QFileDevice::NoError)
-        return {.data = {}, .error = file.errorString()};
-    return {.data = std::move(data), .error = {}};
+        return Error{file.errorString()};
+    return data;
 }
 
 std::optional<QVariantMap> PropertyList::readPropertyListFile(const QString &path)
 {
-    const FileBytes bytes = readFileBytes(path);
-    const std::optional<QVariant> root = bytes.error.isEmpty() ? read(bytes.data) : std::nullopt;
+    const Result<QByteArray> data = readFileBytes(path);
+    const std::optional<QVariant> root = data ? read(*data) : std::nullopt;
     if (!root || root->typeId() != QMetaType::QVariantMap)
         return {};
     return root->toMap();
 }
 
-bool PropertyList::writeFileAtomically(const QString &path, const QByteArray &data, QString *problem)
+Result<void> PropertyList::writeFileAtomically(const QString &path, const QByteArray &data)
 {
-    const auto fail = [problem](const QString &reason) {
-        if (problem)
-            *problem = reason;
-        return false;
-    };
     QSaveFile file(path); // flushes the new file to the disk before it renames it
     // Unbuffered: with a buffer, Qt takes the short write on a disk that fills up for a whole one. The next write
     // reports the reason.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return fail(file.errorString());
+        return Error{file.errorString()};
     for (qsizetype done = 0; done < data.size();) {
         const qint64 written = file.write(data.constData() + done, data.size() - done);
         if (written <= 0)
-            return fail(file.errorString());
+            return Error{file.errorString()};
         done += written;
     }
     if (!file.commit())
-        return fail(file.errorString());
+        return Error{file.errorString()};
     // If `path` is a symbolic link, this is the folder of the file itself.
-    return flushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path()) || fail(qt_error_string(errno));
+    return flushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
 }

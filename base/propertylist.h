@@ -8,6 +8,8 @@
 // property-list form: null and UID objects are refused in both directions.
 #pragma once
 
+#include "base/result.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
@@ -46,25 +48,20 @@ inline constexpr double maximumDateSeconds = 1e12;
 /// least one entry, and each entry ends with a semicolon.
 [[nodiscard]] std::optional<QVariant> read(QByteArrayView data);
 
-/// The result of reading a file.
-struct FileBytes
-{
-    QByteArray data; ///< its bytes, up to one more than maximumInputBytes, which shows that a file is too large
-    QString error;   ///< the system's reason why they could not be read; empty when they could
-};
-
 /// Returns the bytes of the regular file at `path`, for callers that must distinguish an unreadable file from a damaged
-/// one.
-[[nodiscard]] FileBytes readFileBytes(const QString &path);
+/// one. Returns at most one byte more than maximumInputBytes, which shows that the file is too large. The error is the
+/// system's reason why the file could not be read.
+[[nodiscard]] Result<QByteArray> readFileBytes(const QString &path);
 
-/// Returns the dictionary in the file at `path`. Absent when it is not a regular file, cannot be read or is larger than
-/// maximumInputBytes. Also absent when it is not a property list with a dictionary at its root.
+/// Returns the dictionary in the file at `path`, for callers that treat every file without one alike. Absent when it is
+/// not a regular file, cannot be read or is larger than maximumInputBytes. Also absent when it is not a property list
+/// with a dictionary at its root.
 [[nodiscard]] std::optional<QVariantMap> readPropertyListFile(const QString &path);
 
 /// Replaces the file at `path` with `data`. At any moment, power loss included, the file has either the old content or
-/// the new one. False on failure; `problem` then has the system's reason. After a failure the old file is untouched,
-/// unless only the last step failed. The new file is then there, but the disk did not confirm its name, and a power
-/// loss could restore the old one. Creates no folders.
-[[nodiscard]] bool writeFileAtomically(const QString &path, const QByteArray &data, QString *problem = nullptr);
+/// the new one. The error is the system's reason. After a failure the old file is untouched, unless only the last step
+/// failed. The new file is then there, but the disk did not confirm its name, and a power loss could restore the old
+/// one. Creates no folders.
+[[nodiscard]] Result<void> writeFileAtomically(const QString &path, const QByteArray &data);
 
 } // namespace PropertyList

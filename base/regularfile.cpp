@@ -11,35 +11,37 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Returns why the open file `descriptor` is not a regular file; empty when it is one.
-QString problemOf(int descriptor)
+/// Succeeds if the open file `descriptor` is a regular file.
+Result<void> requireRegularFile(int descriptor)
 {
     struct stat status = {};
     if (::fstat(descriptor, &status) != 0)
-        return qt_error_string(errno);
+        return Error{qt_error_string(errno)};
     if (S_ISDIR(status.st_mode))
-        return qt_error_string(EISDIR);
-    return S_ISREG(status.st_mode) ? QString() : u"Not a regular file"_s;
+        return Error{qt_error_string(EISDIR)};
+    if (!S_ISREG(status.st_mode))
+        return Error{u"Not a regular file"_s};
+    return {};
 }
 
 } // namespace
 
-QString openRegularFile(QFile &file)
+Result<void> openRegularFile(QFile &file)
 {
     if (file.fileName().contains(QChar::Null)) // the system would see a different name
-        return qt_error_string(ENOENT);
+        return Error{qt_error_string(ENOENT)};
     // The file is opened before it is examined, because another one may replace it in between. Opening a pipe does not
     // wait for a writer.
     const int descriptor =
         ::open(QFile::encodeName(file.fileName()).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0)
-        return qt_error_string(errno);
-    QString problem = problemOf(descriptor);
-    if (problem.isEmpty() && !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-        problem = file.errorString();
-    if (!problem.isEmpty())
+        return Error{qt_error_string(errno)};
+    Result<void> opened = requireRegularFile(descriptor);
+    if (opened && !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        opened = Error{file.errorString()};
+    if (!opened)
         ::close(descriptor);
-    return problem;
+    return opened;
 }
 
 QByteArray readUpTo(QFile &file, qint64 maximumBytes)

@@ -65,13 +65,13 @@ QString kestraPlistPath()
     const QDir userFolder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quill-kestra"_s);
     const QString copy = userFolder.filePath(fileName);
     const QVariantMap present = PropertyList::readPropertyListFile(copy).value_or(QVariantMap());
-    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(installed);
-    const QVariantMap factory = QlCoreUtility::convertDataToDictionary(bytes.data).value_or(QVariantMap());
+    const QByteArray bytes = PropertyList::readFileBytes(installed).valueOr(QByteArray());
+    const QVariantMap factory = QlCoreUtility::convertDataToDictionary(bytes).value_or(QVariantMap());
     // The copy is also used when it cannot be brought up to date.
     const QString fallback = holdsFactorySettings(present) ? copy : installed;
     if (!holdsFactorySettings(factory) || haveSameFactorySettings(present, factory))
         return fallback;
-    const QByteArray content = copyContent(bytes.data, factory, present);
+    const QByteArray content = copyContent(bytes, factory, present);
     // Written as a whole: a kill leaves no partial copy.
     if (content.isEmpty() || !userFolder.mkpath(u"."_s) || !PropertyList::writeFileAtomically(copy, content))
         return fallback;

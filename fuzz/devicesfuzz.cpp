@@ -25,7 +25,7 @@ void readChoice(QByteArrayView input)
     require(chosen.isEmpty() || chosen.size() == dictionaryOf(input).value(u"Devices"_s).toList().size(),
             "a choice is the whole of the file or nothing");
     const QStringList files = folder.entryList(QDir::Files | QDir::Hidden);
-    require(files.size() == 1 && PropertyList::readFileBytes(folder.filePath(files.constFirst())).data == input,
+    require(files.size() == 1 && PropertyList::readFileBytes(folder.filePath(files.constFirst())).valueOr({}) == input,
             "the file that was found is still there");
     const QList<ChosenDevice> more =
         chosen + QList{ChosenDevice{.vendor = 1, .product = 2, .serial = u"A"_s, .path = {}}};

@@ -15,7 +15,7 @@ namespace {
 bool isInAFileOf(const QDir &folder, QByteArrayView content)
 {
     for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden)) {
-        if (PropertyList::readFileBytes(folder.filePath(name)).data == content)
+        if (PropertyList::readFileBytes(folder.filePath(name)).valueOr({}) == content)
             return true;
     }
     return false;

@@ -147,7 +147,7 @@ private:
 std::optional<DesktopEntry> DesktopEntry::read(const QString &path)
 {
     QFile file(path);
-    if (!openRegularFile(file).isEmpty())
+    if (!openRegularFile(file))
         return {};
     const QByteArray content = readUpTo(file, maximumFileBytes + 1);
     return content.size() <= maximumFileBytes ? parse(content, path) : std::nullopt;

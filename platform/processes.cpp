@@ -56,7 +56,7 @@ bool runsScript(const QDir &processFolder, const QByteArrayList &arguments, cons
         return false;
     const QDir workingFolder(processFolder.filePath(u"cwd"_s));
     QFile file(workingFolder.filePath(QFile::decodeName(*script)));
-    if (!openRegularFile(file).isEmpty())
+    if (!openRegularFile(file))
         return false;
     const QByteArray line = file.readLine(maximumFirstLineBytes).simplified();
     if (!line.startsWith("#!"))

@@ -78,12 +78,12 @@ QList<ChosenDevice> DeviceChoice::load()
     const QFileInfo file(mPath);
     if (!file.exists() && !file.isSymLink()) // a link without its file may lead to a disk that is mounted later
         return {};
-    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(mPath);
-    if (!bytes.error.isEmpty()) {
-        refuse(bytes.error);
+    const Result<QByteArray> bytes = PropertyList::readFileBytes(mPath);
+    if (!bytes) {
+        refuse(bytes.error().message);
         return {};
     }
-    const QVariantMap root = PropertyList::read(bytes.data).value_or(QVariant()).toMap();
+    const QVariantMap root = PropertyList::read(*bytes).value_or(QVariant()).toMap();
     if (const std::optional<QList<ChosenDevice>> choices = choicesIn(root)) {
         mRoot = root;
         mChoices = *choices;
@@ -124,9 +124,11 @@ bool DeviceChoice::save(const QList<ChosenDevice> &choices)
     QVariantMap root = mRoot;
     root.insert(DeviceKeys::devices, entries);
     const std::optional<QByteArray> data = PropertyList::writeBinary(root);
-    QString problem;
-    if (!data || !PropertyList::writeFileAtomically(mPath, *data, &problem)) {
-        qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(mPath), qUtf8Printable(problem));
+    const Result<void> written = data ? PropertyList::writeFileAtomically(mPath, *data)
+                                      : Error{u"its contents exceed the limits of a property list"_s};
+    if (!written) {
+        qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(mPath),
+                   qUtf8Printable(written.error().message));
         return false;
     }
     (void)makeFilePrivate(mPath); // after a failure the folder is private, or the log has reported it

@@ -73,9 +73,9 @@ SettingsStore::OpenResult SettingsStore::open()
         return result;
     }
     if (isPresent(path())) {
-        const QString error = PropertyList::readFileBytes(path()).error;
-        if (!error.isEmpty()) {
-            mErrorText = u"cannot read %1: %2"_s.arg(path(), error);
+        const Result<QByteArray> bytes = PropertyList::readFileBytes(path());
+        if (!bytes) {
+            mErrorText = u"cannot read %1: %2"_s.arg(path(), bytes.error().message);
             return OpenResult::unusable;
         }
     }
@@ -117,19 +117,19 @@ std::optional<QVariantMap> SettingsStore::load()
 
 std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
 {
-    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(filePath);
-    if (!bytes.error.isEmpty()) {
-        const QString problem = u"cannot be read (%1)"_s.arg(bytes.error);
+    const Result<QByteArray> bytes = PropertyList::readFileBytes(filePath);
+    if (!bytes) {
+        const QString problem = u"cannot be read (%1)"_s.arg(bytes.error().message);
         if (filePath == path()) // it was readable when the folder was opened
             refuseSaving(filePath, problem);
         else
             setAside(filePath, problem);
         return {};
     }
-    const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(bytes.data);
+    const std::optional<QVariantMap> document = QlCoreUtility::convertDataToDictionary(*bytes);
     std::optional<RepairedSettings> settings = document ? repairedSettings(*document) : std::nullopt;
     if (settings && filePath == path())
-        mOwnContent = Checksum(bytes.data);
+        mOwnContent = Checksum(*bytes);
     if (!settings)
         setAside(filePath,
                  document ? u"is damaged (nothing of a settings document)"_s : u"is damaged (not a property list)"_s);
@@ -229,12 +229,12 @@ std::optional<SettingsStore::Found> SettingsStore::findFile()
 {
     if (!QFileInfo::exists(path()))
         return Found::nothing;
-    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(path());
-    if (!bytes.error.isEmpty()) {
-        setAside(path(), u"cannot be read (%1)"_s.arg(bytes.error));
+    const Result<QByteArray> bytes = PropertyList::readFileBytes(path());
+    if (!bytes) {
+        setAside(path(), u"cannot be read (%1)"_s.arg(bytes.error().message));
         return isPresent(path()) ? std::nullopt : std::optional(Found::nothing);
     }
-    if (Checksum(bytes.data) != mOwnContent)
+    if (Checksum(*bytes) != mOwnContent)
         return Found::foreignFile;
     return mWrongFile == path() ? Found::wrongDocument : Found::ownDocument;
 }
@@ -243,17 +243,19 @@ std::optional<SettingsStore::Found> SettingsStore::findFile()
 bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
 {
     const bool isReplacing = QFileInfo::exists(path());
-    QString problem;
-    if (PropertyList::writeFileAtomically(path(), data, &problem)) {
+    const Result<void> written = PropertyList::writeFileAtomically(path(), data);
+    if (written) {
         mOwnContent = Checksum(data);
         (void)makeFilePrivate(path()); // after a failure the folder is private, or the log has reported it
         return true;
     }
-    qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()), qUtf8Printable(problem));
+    qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(path()),
+               qUtf8Printable(written.error().message));
     if (!secondName.isEmpty())
         undoReplacement(secondName);
     else if (isReplacing)
-        mOwnContent = Checksum(PropertyList::readFileBytes(path()).data); // either the old document or the new one
+        mOwnContent =
+            Checksum(PropertyList::readFileBytes(path()).valueOr({})); // either the old document or the new one
     else
         QFile::remove(path());
     return false;
@@ -265,9 +267,9 @@ void SettingsStore::finishInterruptedSave()
     const QString previous = copyPath(0);
     if (!QFileInfo::exists(previous))
         return;
-    const PropertyList::FileBytes current = PropertyList::readFileBytes(path());
-    const PropertyList::FileBytes older = PropertyList::readFileBytes(previous);
-    if (current.error.isEmpty() && older.error.isEmpty() && current.data == older.data)
+    const Result<QByteArray> current = PropertyList::readFileBytes(path());
+    const Result<QByteArray> older = PropertyList::readFileBytes(previous);
+    if (current && older && *current == *older)
         QFile::remove(previous); // killed before the replacement: not a copy, only a second name of the document
     else
         shiftCopies();
@@ -298,14 +300,14 @@ std::optional<QString> SettingsStore::keepAside(QLatin1StringView mark) const
     QString name = unusedAsideName(path(), mark);
     if (linkFile(path(), name) == 0)
         return name;
-    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(path());
-    QString problem = bytes.error;
-    if (problem.isEmpty() && PropertyList::writeFileAtomically(name, bytes.data, &problem)) {
+    const Result<QByteArray> bytes = PropertyList::readFileBytes(path());
+    const Result<void> written = bytes ? PropertyList::writeFileAtomically(name, *bytes) : bytes.withoutValue();
+    if (written) {
         (void)makeFilePrivate(name); // after a failure the folder is private, or the log has reported it
         return name;
     }
     qCCritical(lcSettings, "file: cannot keep %s as %s: %s", qUtf8Printable(path()), qUtf8Printable(name),
-               qUtf8Printable(problem));
+               qUtf8Printable(written.error().message));
     return {};
 }
 

@@ -14,6 +14,17 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Why the file cannot be read; empty if it can.
+QString reasonNotToRead(const QString &path)
+{
+    const Result<QByteArray> bytes = PropertyList::readFileBytes(path);
+    return bytes ? QString() : bytes.error().message;
+}
+
+} // namespace
+
 class PropertyListFileTest : public QObject
 {
     Q_OBJECT
@@ -98,7 +109,7 @@ void PropertyListFileTest::readsOnlyARegularFile()
     const QString pipe = inFolder(u"pipe"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     for (const QString &path : {u"/dev/zero"_s, pipe}) { // reading would never end, or wait for a writer
-        QCOMPARE(PropertyList::readFileBytes(path).error, u"Not a regular file"_s);
+        QCOMPARE(reasonNotToRead(path), u"Not a regular file"_s);
         QVERIFY(!PropertyList::readPropertyListFile(path));
     }
     QVERIFY(QFile::link(inFolder(u"linked"_s), inFolder(u"link to it"_s)));
@@ -112,7 +123,7 @@ void PropertyListFileTest::doesNotWaitForAPipeInItsPlace()
     const QString path = inFolder(u"becomes a pipe"_s);
     writeFile(path, "{ a = b; }");
     const PipeAtOpening pipe(path);
-    QCOMPARE(PropertyList::readFileBytes(path).error, u"Not a regular file"_s);
+    QCOMPARE(reasonNotToRead(path), u"Not a regular file"_s);
     QVERIFY(pipe.wasOpened());
     QVERIFY(!pipe.hasWaited());
 }
@@ -120,7 +131,7 @@ void PropertyListFileTest::doesNotWaitForAPipeInItsPlace()
 void PropertyListFileTest::opensNoOtherFileForANameWithANull()
 {
     writeFile(inFolder(u"name"_s), "{ a = b; }");
-    QVERIFY(!PropertyList::readFileBytes(inFolder(u"name"_s) + QChar(QChar::Null) + u".plist"_s).error.isEmpty());
+    QVERIFY(!PropertyList::readFileBytes(inFolder(u"name"_s) + QChar(QChar::Null) + u".plist"_s));
 }
 
 void PropertyListFileTest::replacesFileByANewOne()
@@ -170,7 +181,9 @@ void PropertyListFileTest::followsSymbolicLinks()
 
 void PropertyListFileTest::writesIntoNoMissingFolder()
 {
-    QVERIFY(!PropertyList::writeFileAtomically(inFolder(u"none/file"_s), "data"));
+    const Result<void> written = PropertyList::writeFileAtomically(inFolder(u"none/file"_s), "data");
+    QVERIFY(!written);
+    QVERIFY(written.error().message.contains(u"No such file"_s));
     QVERIFY(!QFileInfo::exists(inFolder(u"none"_s)));
 }
 
@@ -190,29 +203,32 @@ void PropertyListFileTest::writingFailsWithoutAFlushOfTheFolder()
 {
     QFETCH(int, error);
     const FolderFlushFailure failure(error);
-    QTEST(PropertyList::writeFileAtomically(inFolder(u"flushed"_s), "data"), "isWritten");
+    const Result<void> written = PropertyList::writeFileAtomically(inFolder(u"flushed"_s), "data");
+    QTEST(bool(written), "isWritten");
+    QCOMPARE(written ? QString() : written.error().message, written ? QString() : qt_error_string(error));
     QCOMPARE(failure.count(), 1);
 }
 
 void PropertyListFileTest::allocatesMemoryForTheContentOnly()
 {
     writeFile(inFolder(u"small"_s), "{ a = b; }");
-    QVERIFY(PropertyList::readFileBytes(inFolder(u"small"_s)).data.capacity() < 1024 * 1024);
+    const Result<QByteArray> small = PropertyList::readFileBytes(inFolder(u"small"_s));
+    QVERIFY(small && small->capacity() < 1024 * 1024);
     const QByteArray large(300'000, 'a'); // more than one read returns
     writeFile(inFolder(u"large"_s), large);
-    QCOMPARE(PropertyList::readFileBytes(inFolder(u"large"_s)).data, large);
+    QCOMPARE(PropertyList::readFileBytes(inFolder(u"large"_s)).valueOr({}), large);
 }
 
 void PropertyListFileTest::reportsWhyAFileCannotBeRead()
 {
     writeFile(inFolder(u"readable"_s), "{ a = b; }");
-    const PropertyList::FileBytes bytes = PropertyList::readFileBytes(inFolder(u"readable"_s));
-    QCOMPARE(bytes.error, QString());
-    QCOMPARE(bytes.data, QByteArray("{ a = b; }"));
-    QVERIFY(PropertyList::readFileBytes(inFolder(u"missing"_s)).error.contains(u"No such file"_s));
-    QVERIFY(!PropertyList::readFileBytes(mFolder.path()).error.isEmpty());
+    const Result<QByteArray> bytes = PropertyList::readFileBytes(inFolder(u"readable"_s));
+    QVERIFY(bytes);
+    QCOMPARE(*bytes, QByteArray("{ a = b; }"));
+    QVERIFY(reasonNotToRead(inFolder(u"missing"_s)).contains(u"No such file"_s));
+    QVERIFY(reasonNotToRead(mFolder.path()).contains(u"Is a directory"_s));
     // The first page of a process is never mapped.
-    QVERIFY(PropertyList::readFileBytes(u"/proc/self/mem"_s).error.contains(u"Input/output error"_s));
+    QVERIFY(reasonNotToRead(u"/proc/self/mem"_s).contains(u"Input/output error"_s));
 }
 
 QTEST_GUILESS_MAIN(PropertyListFileTest)
