@@ -18,8 +18,8 @@ int sendDaemonRequest(const std::optional<QVariantMap> &request, int command, co
     const std::optional<RemoteMessagePort> port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(request);
     if (port)
-        port->sendRequest(command, data.value_or(QByteArray()), requestSendTimeout, requestReceiveTimeout, nullptr,
-                          meanwhile);
+        (void)port->sendRequest(command, data.value_or(QByteArray()), requestSendTimeout, requestReceiveTimeout,
+                                meanwhile);
     else if (meanwhile)
         meanwhile();
     return requestStatus;

@@ -122,11 +122,10 @@ RemoteMessagePort RemoteMessagePort::unchecked(const QString &name)
     return RemoteMessagePort(messagePortBusName(name));
 }
 
-RemoteMessagePort::SendStatus RemoteMessagePort::sendRequest(qint32 messageIdentifier, const QByteArray &data,
-                                                             std::chrono::milliseconds /*sendTimeout*/,
-                                                             std::chrono::milliseconds receiveTimeout,
-                                                             QByteArray *answer,
-                                                             const std::function<void()> &meanwhile) const
+Result<QByteArray, RemoteMessagePort::SendError>
+RemoteMessagePort::sendRequest(qint32 messageIdentifier, const QByteArray &data,
+                               std::chrono::milliseconds /*sendTimeout*/, std::chrono::milliseconds receiveTimeout,
+                               const std::function<void()> &meanwhile) const
 {
     QDBusPendingCall call =
         sharedSessionBus().asyncCall(requestMessage(mBusName, messageIdentifier, data), milliseconds(receiveTimeout));
@@ -136,11 +135,9 @@ RemoteMessagePort::SendStatus RemoteMessagePort::sendRequest(qint32 messageIdent
     const QDBusMessage reply = call.reply();
     if (reply.type() != QDBusMessage::ReplyMessage) {
         const bool isLate = QDBusError(reply).type() == QDBusError::NoReply;
-        return isLate ? SendStatus::receiveTimeout : SendStatus::isInvalid;
+        return isLate ? SendError::receiveTimeout : SendError::isInvalid;
     }
-    if (answer)
-        *answer = reply.arguments().value(0).toByteArray();
-    return SendStatus::success;
+    return reply.arguments().value(0).toByteArray();
 }
 
 void RemoteMessagePort::post(qint32 messageIdentifier, const QByteArray &data) const

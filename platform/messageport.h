@@ -3,6 +3,8 @@
 // /MessagePort, whose method SendRequest(i messageIdentifier, ay data) -> (ay answer) takes one message.
 #pragma once
 
+#include "base/result.h"
+
 #include <QByteArray>
 #include <QDBusConnection>
 #include <QDBusContext>
@@ -62,7 +64,8 @@ private:
 class RemoteMessagePort
 {
 public:
-    enum class SendStatus { success, sendTimeout, receiveTimeout, isInvalid };
+    /// Why there is no answer.
+    enum class SendError { sendTimeout, receiveTimeout, isInvalid };
 
     /// Asks the bus whether the name has an owner. Absent if it has none or is not a valid port name. Never starts a
     /// service.
@@ -72,12 +75,13 @@ public:
     /// are lost. `name` must be a valid port name.
     [[nodiscard]] static RemoteMessagePort unchecked(const QString &name);
 
-    /// Sends one message and waits for its answer until at most `receiveTimeout` after sending. The bus accepts a
-    /// message at once or not at all, so `sendTimeout` never expires. Pass an empty array for no data. `meanwhile` is
-    /// called between sending and waiting.
-    SendStatus sendRequest(qint32 messageIdentifier, const QByteArray &data, std::chrono::milliseconds sendTimeout,
-                           std::chrono::milliseconds receiveTimeout, QByteArray *answer = nullptr,
-                           const std::function<void()> &meanwhile = {}) const;
+    /// Sends one message and returns its answer, for which it waits until at most `receiveTimeout` after sending. The
+    /// bus accepts a message at once or not at all, so `sendTimeout` never expires. Pass an empty array for no data.
+    /// `meanwhile` is called between sending and waiting.
+    Result<QByteArray, SendError> sendRequest(qint32 messageIdentifier, const QByteArray &data,
+                                              std::chrono::milliseconds sendTimeout,
+                                              std::chrono::milliseconds receiveTimeout,
+                                              const std::function<void()> &meanwhile = {}) const;
 
     /// Sends one message without waiting for an answer.
     void post(qint32 messageIdentifier, const QByteArray &data) const;

@@ -89,7 +89,9 @@ void MessagePortActivationTest::portStartsNoService()
     QVERIFY(remote);
     port.reset();
     QDBusConnection::disconnectFromBus(u"port"_s);
-    QVERIFY(remote->sendRequest(1, "x", 2s, 2s) == RemoteMessagePort::SendStatus::isInvalid);
+    const auto answer = remote->sendRequest(1, "x", 2s, 2s);
+    QVERIFY(!answer);
+    QVERIFY(answer.error() == RemoteMessagePort::SendError::isInvalid);
     remote->post(1, "x");
     QVERIFY(!RemoteMessagePort::open(portName)); // answered after the post
     QVERIFY(!mBus.hasStartedTheService());

@@ -17,7 +17,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using SendStatus = RemoteMessagePort::SendStatus;
+using SendError = RemoteMessagePort::SendError;
 
 namespace {
 
@@ -154,17 +154,13 @@ void MessagePortTest::callsTheFunctionBetweenSendingAndTheAnswer()
         return data;
     });
     QVERIFY(port.isServing());
-    QByteArray answer;
-    bool hadAnswer = false;
     const auto meanwhile = [&] {
         isReceived.acquire(); // the message was sent
-        hadAnswer = !answer.isEmpty();
-        isReleased.release();
+        isReleased.release(); // the port answers after this
     };
-    QCOMPARE(RemoteMessagePort::open(portName)->sendRequest(1, "echo", 20s, 20s, &answer, meanwhile),
-             RemoteMessagePort::SendStatus::success);
-    QCOMPARE(answer, QByteArray("echo"));
-    QVERIFY(!hadAnswer);
+    const auto answer = RemoteMessagePort::open(portName)->sendRequest(1, "echo", 20s, 20s, meanwhile);
+    QVERIFY(answer);
+    QCOMPARE(*answer, QByteArray("echo"));
 }
 
 void MessagePortTest::carriesIdentifierAndData_data()
@@ -192,14 +188,14 @@ void MessagePortTest::carriesIdentifierAndData()
         inbox.put(id, bytes);
         return std::optional(QByteArray("answer to ") + QByteArray::number(id));
     });
-    QByteArray answer;
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
-    QVERIFY(remote->sendRequest(identifier, data, 2s, 2s, &answer) == SendStatus::success);
+    const Result<QByteArray, SendError> answer = remote->sendRequest(identifier, data, 2s, 2s);
     QCOMPARE(inbox.messages().size(), size_t(1));
     QCOMPARE(inbox.messages().front().identifier, identifier);
     QCOMPARE(inbox.messages().front().data, data);
-    QCOMPARE(answer, QByteArray("answer to ") + QByteArray::number(identifier));
+    QVERIFY(answer);
+    QCOMPARE(*answer, QByteArray("answer to ") + QByteArray::number(identifier));
 }
 
 void MessagePortTest::emptyMessageCarriesNoData()
@@ -211,7 +207,7 @@ void MessagePortTest::emptyMessageCarriesNoData()
     });
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
-    QVERIFY(remote->sendRequest(14, {}, 2s, 2s) == SendStatus::success);
+    QVERIFY(remote->sendRequest(14, {}, 2s, 2s));
     QCOMPARE(inbox.messages().size(), size_t(1));
     QCOMPARE(inbox.messages().front().identifier, 14);
     QVERIFY(!inbox.messages().front().data);
@@ -220,11 +216,10 @@ void MessagePortTest::emptyMessageCarriesNoData()
 void MessagePortTest::absentAnswerIsEmptyArray()
 {
     const ThreadedPort port(portName, answerNothing);
-    QByteArray answer("left over");
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
-    QVERIFY(remote->sendRequest(1, "x", 2s, 2s, &answer) == SendStatus::success);
-    QVERIFY(answer.isEmpty());
+    const Result<QByteArray, SendError> answer = remote->sendRequest(1, "x", 2s, 2s);
+    QVERIFY(answer && answer->isEmpty());
     const QDBusMessage reply = portCall(interfaceName, u"SendRequest"_s, {1, QByteArray("x")});
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.signature(), u"ay"_s);
@@ -273,11 +268,9 @@ void MessagePortTest::refusesNameThatIsTaken()
         QVERIFY(first.isServing());
         QVERIFY(!second.isServing());
     }
-    QByteArray answer;
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote); // the refusal affected no other port
-    QVERIFY(remote->sendRequest(1, "x", 2s, 2s, &answer) == SendStatus::success);
-    QCOMPARE(answer, QByteArray("first"));
+    QCOMPARE(remote->sendRequest(1, "x", 2s, 2s).valueOr({}), QByteArray("first"));
 }
 
 void MessagePortTest::refusedPortLeavesOtherPortOfTheConnectionAlone_data()
@@ -323,7 +316,9 @@ void MessagePortTest::sendToAMissingPortIsInvalid()
     const auto remote = RemoteMessagePort::open(portName);
     QVERIFY(remote);
     port.reset();
-    QVERIFY(remote->sendRequest(1, "x", 2s, 2s) == SendStatus::isInvalid);
+    const Result<QByteArray, SendError> answer = remote->sendRequest(1, "x", 2s, 2s);
+    QVERIFY(!answer);
+    QVERIFY(answer.error() == SendError::isInvalid);
 }
 
 void MessagePortTest::sendGivesUpAfterReceiveTimeout()
@@ -337,10 +332,11 @@ void MessagePortTest::sendGivesUpAfterReceiveTimeout()
     QVERIFY(remote);
     QElapsedTimer timer;
     timer.start();
-    const SendStatus status = remote->sendRequest(1, "x", 2s, 150ms);
+    const Result<QByteArray, SendError> answer = remote->sendRequest(1, "x", 2s, 150ms);
     const qint64 elapsedMs = timer.elapsed();
     mayAnswer.release();
-    QVERIFY(status == SendStatus::receiveTimeout);
+    QVERIFY(!answer);
+    QVERIFY(answer.error() == SendError::receiveTimeout);
     // The bus library's timers are coarse; they may be off by a twentieth.
     QVERIFY2(elapsedMs >= 142 && elapsedMs < 5000, qPrintable(QString::number(elapsedMs)));
 }
@@ -363,7 +359,7 @@ void MessagePortTest::sendRunsNoEventLoop()
             eventWasHandled.release();
         },
         Qt::QueuedConnection);
-    QVERIFY(remote->sendRequest(1, "x", 2s, 2s) == SendStatus::success);
+    QVERIFY(remote->sendRequest(1, "x", 2s, 2s));
     QVERIFY(!wasHandledDuringSend.load());
     QTRY_VERIFY(wasHandled);
 }
@@ -380,10 +376,8 @@ void MessagePortTest::threadsSendAtOnce()
             threads.emplace_back([thread, &right] {
                 for (int i = 0; i < 50; ++i) {
                     const int id = thread * 1000 + i;
-                    QByteArray answer;
                     const auto remote = RemoteMessagePort::open(portName);
-                    if (remote && remote->sendRequest(id, "id ", 5s, 5s, &answer) == SendStatus::success
-                        && answer == "id " + QByteArray::number(id))
+                    if (remote && remote->sendRequest(id, "id ", 5s, 5s).valueOr({}) == "id " + QByteArray::number(id))
                         ++right;
                 }
             });
