@@ -85,7 +85,6 @@ LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Se
         Q_EMIT changed();
     };
     connect(&mSource, &EventDeviceSource::changed, this, look);
-    connect(&mRightsWatch, &QFileSystemWatcher::fileChanged, this, look);
     connect(&mKeyboard, &LinuxKeyboard::nodeChanged, this, &LinuxDevices::nodeChanged);
     connect(&mKeyboard, &LinuxKeyboard::releaseChordPressed, this, &LinuxDevices::ungrabEveryKeyboard);
     connect(&mKeyboard, &LinuxKeyboard::realTimeChanged, this, &LinuxDevices::changed);
@@ -276,8 +275,6 @@ void LinuxDevices::add(Node node)
     } else {
         node.state = EventDevice::State::refused;
         qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problemOf(node)));
-        if (node.error == EACCES || node.error == EPERM)
-            mRightsWatch.addPath(node.info.node);
     }
     mNodes += node;
 }

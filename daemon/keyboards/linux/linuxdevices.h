@@ -7,7 +7,6 @@
 #include "daemon/keyboards/linux/linuxkeyboard.h"
 #include "daemon/keyboards/linux/udeveventdevices.h"
 
-#include <QFileSystemWatcher>
 #include <QSet>
 
 #include <functional>
@@ -79,7 +78,6 @@ private:
     EventDeviceSource &mSource;
     LinuxKeyboard &mKeyboard;
     Services mServices;
-    QFileSystemWatcher mRightsWatch; // nodes that could not be opened: a login may grant the right
     QList<ChosenDevice> mChoices;
     QList<Node> mNodes;
     QSet<QString> mSuspended; // system paths of nodes; ignored until they are plugged in again

@@ -79,6 +79,7 @@ UdevEventDevices::UdevEventDevices(QObject *parent) : EventDeviceSource(parent),
 {
     mSoon.setSingleShot(true);
     mSoon.callOnTimeout(this, &UdevEventDevices::changed);
+    connect(&mRights, &RightsWatch::changed, this, &UdevEventDevices::signalSoon);
     if (!mUdev)
         return;
     // udev reports a new node after its rules have granted the permissions, the kernel before.
@@ -132,7 +133,12 @@ void UdevEventDevices::readMonitor()
         if (!device)
             break;
         udev_device_unref(device);
-        if (!mSoon.isActive())
-            mSoon.start();
+        signalSoon();
     }
+}
+
+void UdevEventDevices::signalSoon()
+{
+    if (!mSoon.isActive())
+        mSoon.start();
 }

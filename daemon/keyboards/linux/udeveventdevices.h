@@ -3,6 +3,7 @@
 #pragma once
 
 #include "daemon/keyboards/linux/eventdeviceinfo.h"
+#include "daemon/keyboards/linux/rightswatch.h"
 
 #include <QObject>
 #include <QTimer>
@@ -25,7 +26,7 @@ public:
     [[nodiscard]] virtual QList<EventDeviceInfo> nodes() const = 0;
 
 Q_SIGNALS:
-    void changed(); ///< a node appeared, disappeared, or may now be opened
+    void changed(); ///< a node or the output device appeared, disappeared, or may now be opened
 };
 
 /// Without a running udev daemon it listens to the kernel, and nodes have the kernel's names and permissions.
@@ -41,9 +42,11 @@ public:
 
 private:
     void readMonitor();
+    void signalSoon();
 
     udev *mUdev;
     udev_monitor *mMonitor = nullptr;
     std::unique_ptr<QSocketNotifier> mNotifier;
+    RightsWatch mRights;
     QTimer mSoon; // merges changes that arrive together
 };

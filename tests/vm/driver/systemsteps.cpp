@@ -309,11 +309,11 @@ std::vector<SeatDevice> devicesOfTheSeat()
     return devices;
 }
 
-/// The user logs in at the seat: does the login manager's work with the event devices that have the tag.
-void seatUser(Machine &, const Words &)
+/// Does the login manager's work with the event devices that have the tag: grants the right to this user alone.
+void grantSeatTo(uid_t user)
 {
     for (const SeatDevice &device : devicesOfTheSeat()) {
-        if (::chown(device.node.c_str(), Machine::userId, 0) != 0)
+        if (::chown(device.node.c_str(), user, 0) != 0)
             throw Failure("cannot give " + device.node + " away");
     }
 }
@@ -346,7 +346,8 @@ const std::map<std::string, StepAction> &systemActions()
         {"signal", [](Machine &machine,
                       const Words &words) { machine.daemon().send(word(words, 1) == "STOP" ? SIGSTOP : SIGCONT); }},
         {"start-as-user", [](Machine &machine, const Words &) { machine.startDaemonOfAUser(); }},
-        {"seat-user", seatUser},
+        {"seat-user", [](Machine &, const Words &) { grantSeatTo(Machine::userId); }},
+        {"unseat-user", [](Machine &, const Words &) { grantSeatTo(0); }},
         {"write-file", writeFile},
         {"write-program", writeProgram},
         {"expect-file", expectFile},
