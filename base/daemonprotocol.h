@@ -82,6 +82,7 @@ inline constexpr Key firmwareVersion{"FirmwareVersion"};
 inline constexpr Key sourceApp{"Source App"};
 inline constexpr Key allMacros{"AllMacros"};
 inline constexpr Key messagesArray{"messagesArray"};
+inline constexpr Key isMacroFull{"isMacroFull"};
 inline constexpr Key singleKey{"singleKey"};
 inline constexpr Key singleKeyModifier{"singleKeyModif"};
 

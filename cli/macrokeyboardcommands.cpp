@@ -60,9 +60,11 @@ CommandResult<bool> record(CommandContext &context, const ChosenRecord &macro, c
     QEventLoop loop;
     auto &notifications = DistributedNotificationCenter::defaultCenter();
     const auto printLines = [&](const DistributedNotification &notification) {
-        hasPrintedLines = true;
-        for (const QVariant &line : notification.userInfo.value(DaemonProtocol::messagesArray).toList())
+        // A notification that the macro is full has no lines.
+        for (const QVariant &line : notification.userInfo.value(DaemonProtocol::messagesArray).toList()) {
+            hasPrintedLines = true;
             context.console.printNow(line.toString().trimmed());
+        }
     };
     notifications.addObserver(&loop, DaemonProtocol::macroSequenceNotification, printLines);
     notifications.addObserver(&loop, DaemonProtocol::deviceRemoved,

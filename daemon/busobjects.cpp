@@ -3,7 +3,7 @@
 
 BusObjects::BusObjects(const Parts &parts)
     : mSettings(parts.store), mVirtualKeyboard(parts.virtualKeyboard), mDevices(parts.devices, parts.deviceChoice),
-      mFrontApplication(parts.frontApplication)
+      mFrontApplication(parts.frontApplication, parts.profiles)
 {
 }
 

@@ -18,12 +18,16 @@ public:
         DeviceSource &devices;
         DeviceChoice &deviceChoice;
         FrontApplicationWatch &frontApplication;
+        const ProfileSwitch &profiles;
     };
 
     explicit BusObjects(const Parts &parts);
 
     /// False if one of the objects cannot be put on `bus`.
     [[nodiscard]] bool registerOn(const QDBusConnection &bus);
+
+    /// Must be called after each new problem of the store.
+    void reportSettingsProblem() { mSettings.reportProblem(); }
 
 private:
     SettingsObject mSettings;

@@ -14,7 +14,8 @@ DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, c
                 .virtualKeyboard = mVirtualKeyboard,
                 .devices = mDevices,
                 .deviceChoice = mDeviceChoice,
-                .frontApplication = mFrontApplication}),
+                .frontApplication = mFrontApplication,
+                .profiles = mDaemon.profiles()}),
       mRequests(bus, [this](RequestQueue &queue) { return mDaemon.handleNextRequest(queue); })
 {
     mDaemon.setAwaitsFactorySettings(start.isMinimal);
@@ -45,7 +46,10 @@ void DaemonSession::connectStore(SettingsStore &store)
     // The start document has been read before there was a handler.
     if (!store.problems().isEmpty())
         mNotices.showSettingsProblem();
-    store.setProblemHandler([this] { mNotices.showSettingsProblem(); });
+    store.setProblemHandler([this] {
+        mNotices.showSettingsProblem();
+        mObjects.reportSettingsProblem();
+    });
     // The settings come first into a folder that is made again.
     mDeviceChoice.setFolderKeeper([this] { return mDaemon.keepFolder(); });
     store.setFolderHandler([this] { (void)mDeviceChoice.save(mDevices.choices()); }); // logs a failure

@@ -30,6 +30,7 @@ public:
                  QObject *parent = nullptr);
 
     [[nodiscard]] const QVariantMap &document() const { return mSettings.document(); }
+    [[nodiscard]] const ProfileSwitch &profiles() const { return mProfiles; }
     /// As CurrentSettings::keepFolder().
     [[nodiscard]] bool keepFolder() { return mSettings.keepFolder(); }
 

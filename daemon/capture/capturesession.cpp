@@ -86,10 +86,13 @@ void CaptureSession::keyChanged(HidUsage key, bool isDown, KeyPath::Time time)
 {
     const MacroRecorder::Time moment = MacroRecorder::rounded(time);
     if (mCapture.kind() == Kind::macroRecording) {
+        const bool isLeftOut = isDown && mRecorder.isFull();
         const QStringList lines = mRecorder.record(key, isDown, moment);
-        if (!lines.isEmpty())
-            mServices.postNotification(DaemonProtocol::macroSequenceNotification,
-                                       {{DaemonProtocol::messagesArray, lines}});
+        QVariantMap recorded{{DaemonProtocol::messagesArray, lines}};
+        if (isLeftOut)
+            recorded.insert(DaemonProtocol::isMacroFull, true);
+        if (isLeftOut || !lines.isEmpty())
+            mServices.postNotification(DaemonProtocol::macroSequenceNotification, recorded);
     }
     mOnTheFly.keyChanged(key, isDown, moment);
     if (mCapture.client()) {

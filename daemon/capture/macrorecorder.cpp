@@ -20,9 +20,7 @@ QStringList MacroRecorder::record(HidUsage key, bool isDown, Time now)
     if (mState != State::recording)
         return {};
     if (isDown) {
-        // Room for this press, its release and the releases of held keys, so every recorded press has its release.
-        const qsizetype needed = mEvents.size() + mHeld.size() + 2;
-        if (needed > mTarget.capacity || mHeld.contains(key))
+        if (isFull() || mHeld.contains(key))
             return {};
         mHeld += key;
     } else if (!mHeld.removeOne(key)) {
@@ -33,6 +31,13 @@ QStringList MacroRecorder::record(HidUsage key, bool isDown, Time now)
     if (!hasDelayLine)
         lines.removeFirst();
     return lines;
+}
+
+bool MacroRecorder::isFull() const
+{
+    // Room for one more press, its release and the releases of held keys, so every recorded press has its release.
+    const qsizetype needed = mEvents.size() + mHeld.size() + 2;
+    return mState == State::recording && needed > mTarget.capacity;
 }
 
 void MacroRecorder::removePress(HidUsage key)

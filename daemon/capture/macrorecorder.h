@@ -36,6 +36,9 @@ public:
     /// the recording, or a key that no longer fits the macro.
     [[nodiscard]] QStringList record(HidUsage key, bool isDown, Time now);
 
+    /// Whether a key that goes down now would no longer fit the macro; false when nothing is being recorded.
+    [[nodiscard]] bool isFull() const;
+
     /// Removes the press of `key` and the pause before it, if that was recorded last. Meant for a key that ends the
     /// recording; stop() must follow.
     void removePress(HidUsage key);

@@ -36,6 +36,9 @@ public:
     /// Must be called when the active profile has been chosen by hand.
     void profileChosen() { mRemembered.reset(); }
 
+    /// The name of the application for which the active profile is active; empty while it is the one chosen by hand.
+    [[nodiscard]] QString application() const { return mRemembered ? mApplication.name() : QString(); }
+
     /// `document` as the disk keeps it: with the profile chosen by hand as the active one.
     [[nodiscard]] QVariantMap documentToKeep(const QVariantMap &document) const;
 

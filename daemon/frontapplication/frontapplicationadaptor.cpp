@@ -4,9 +4,11 @@
 #include "base/frontapplicationkeys.h"
 #include "daemon/frontapplication/processexecutable.h"
 
-FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, QObject *parent) : QObject(parent)
+FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, const ProfileSwitch &profiles,
+                                               QObject *parent)
+    : QObject(parent)
 {
-    new FrontApplicationAdaptor(watch, this);
+    new FrontApplicationAdaptor(watch, profiles, this);
 }
 
 bool FrontApplicationObject::registerOn(QDBusConnection connection)
@@ -14,9 +16,11 @@ bool FrontApplicationObject::registerOn(QDBusConnection connection)
     return connection.registerObject(FrontApplicationKeys::objectPath, this, QDBusConnection::ExportAdaptors);
 }
 
-FrontApplicationAdaptor::FrontApplicationAdaptor(FrontApplicationWatch &watch, FrontApplicationObject *object)
-    : QDBusAbstractAdaptor(object), mWatch(watch)
+FrontApplicationAdaptor::FrontApplicationAdaptor(FrontApplicationWatch &watch, const ProfileSwitch &profiles,
+                                                 FrontApplicationObject *object)
+    : QDBusAbstractAdaptor(object), mWatch(watch), mProfiles(profiles)
 {
+    connect(&profiles, &ProfileSwitch::applicationChanged, this, &FrontApplicationAdaptor::ProfileApplicationChanged);
 }
 
 void FrontApplicationAdaptor::TellWindow(const QString &windowClass, const QString &desktopEntry,

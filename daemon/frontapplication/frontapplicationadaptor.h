@@ -4,6 +4,7 @@
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationwatch.h"
+#include "daemon/frontapplication/profileswitch.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
@@ -14,14 +15,14 @@ class FrontApplicationObject : public QObject
     Q_OBJECT
 
 public:
-    /// `watch` must outlive this.
-    explicit FrontApplicationObject(FrontApplicationWatch &watch, QObject *parent = nullptr);
+    /// Both must outlive this.
+    FrontApplicationObject(FrontApplicationWatch &watch, const ProfileSwitch &profiles, QObject *parent = nullptr);
 
     /// False if the object cannot be put on `connection`.
     [[nodiscard]] bool registerOn(QDBusConnection connection);
 };
 
-/// Its public slots and properties are the interface.
+/// Its public slots, properties and signals are the interface.
 class FrontApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -30,18 +31,25 @@ class FrontApplicationAdaptor : public QDBusAbstractAdaptor
     Q_PROPERTY(QString Source READ source)
     Q_PROPERTY(bool SeesAllWindows READ seesAllWindows)
     Q_PROPERTY(QString Application READ application)
+    Q_PROPERTY(QString ProfileApplication READ profileApplication)
 
 public:
-    FrontApplicationAdaptor(FrontApplicationWatch &watch, FrontApplicationObject *object);
+    FrontApplicationAdaptor(FrontApplicationWatch &watch, const ProfileSwitch &profiles,
+                            FrontApplicationObject *object);
 
     [[nodiscard]] QString source() const { return mWatch.sourceName(); }
     [[nodiscard]] bool seesAllWindows() const { return mWatch.seesAllWindows(); }
     [[nodiscard]] QString application() const { return mWatch.application().name(); }
+    [[nodiscard]] QString profileApplication() const { return mProfiles.application(); }
 
 public Q_SLOTS:
     void Tell(const QString &name) { mWatch.report(FrontApplication::named(name)); }
     void TellWindow(const QString &windowClass, const QString &desktopEntry, const QString &processId);
 
+Q_SIGNALS:
+    void ProfileApplicationChanged(const QString &application);
+
 private:
     FrontApplicationWatch &mWatch;
+    const ProfileSwitch &mProfiles;
 };

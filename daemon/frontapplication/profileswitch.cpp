@@ -45,6 +45,7 @@ void ProfileSwitch::chooseByKey(int index)
         mSettings.postUpdated(DaemonProtocol::daemonProcessName);
         showSwitch(before);
     }
+    reportApplication();
 }
 
 void ProfileSwitch::setFrontApplication(const FrontApplication &application)
@@ -52,11 +53,12 @@ void ProfileSwitch::setFrontApplication(const FrontApplication &application)
     const QVariantMap before = mSettings.document();
     const std::optional<int> profile = mAutomaticSwitch.applicationInFront(application, before);
     if (!profile)
-        return;
+        return reportApplication(); // another application of the same profile
     qCInfo(lcFront, "\"%s\" is in front: profile %d", qUtf8Printable(application.name()), *profile);
     mSettings.use(completed(withActiveProfile(before, *profile)));
     mSettings.postUpdated(DaemonProtocol::daemonProcessName);
     showSwitch(before);
+    reportApplication();
 }
 
 CommandOutcome ProfileSwitch::plan(const DocumentCommand &command, const QVariantMap &request)
@@ -78,10 +80,20 @@ bool ProfileSwitch::storePlanned()
     const std::optional<Plan> plan = std::exchange(mPlan, std::nullopt);
     // Choosing a profile that is already active automatically changes only the copy on disk.
     const bool mustWrite = plan && (plan->isChange || mAutomaticSwitch != plan->previous);
-    if (!mustWrite || mSettings.save(plan->document))
-        return true;
-    mAutomaticSwitch = plan->previous;
-    return false;
+    const bool isDone = !mustWrite || mSettings.save(plan->document);
+    if (!isDone)
+        mAutomaticSwitch = plan->previous;
+    reportApplication();
+    return isDone;
+}
+
+void ProfileSwitch::reportApplication()
+{
+    const QString application = mAutomaticSwitch.application();
+    if (application == mApplication)
+        return;
+    mApplication = application;
+    Q_EMIT applicationChanged(application);
 }
 
 void ProfileSwitch::showSwitch(const QVariantMap &before) const

@@ -6,6 +6,7 @@
 #include "daemon/frontapplication/automaticswitch.h"
 #include "daemon/settings/documentcommands.h"
 
+#include <QObject>
 #include <QVariantMap>
 
 #include <optional>
@@ -15,14 +16,19 @@ struct DaemonServices;
 
 /// A switch that cannot be stored does not take effect, neither in the document nor in the remembered profile. A switch
 /// by the application in front is not written to the disk.
-class ProfileSwitch
+class ProfileSwitch : public QObject
 {
+    Q_OBJECT
+
 public:
     /// Both must outlive this.
     ProfileSwitch(CurrentSettings &settings, const DaemonServices &services);
 
     /// `document` as the disk keeps it: with the profile chosen by hand.
     [[nodiscard]] QVariantMap documentToKeep(const QVariantMap &document) const;
+
+    /// The name of the application for which the active profile is active; empty while it is the one chosen by hand.
+    [[nodiscard]] const QString &application() const { return mApplication; }
 
     /// A key has chosen the profile; `index` may not exist.
     void chooseByKey(int index);
@@ -38,10 +44,16 @@ public:
     /// Shows the active profile on the screen if another one was active in `before` and its settings request this.
     void showSwitch(const QVariantMap &before) const;
 
+Q_SIGNALS:
+    void applicationChanged(const QString &application);
+
 private:
+    void reportApplication();
+
     CurrentSettings &mSettings;
     const DaemonServices &mServices;
     AutomaticSwitch mAutomaticSwitch;
+    QString mApplication; // as last reported; during a plan, mAutomaticSwitch is ahead of it
 
     struct Plan
     {

@@ -16,4 +16,5 @@ bool SettingsObject::registerOn(QDBusConnection connection)
 SettingsAdaptor::SettingsAdaptor(const SettingsStore &store, SettingsObject *object)
     : QDBusAbstractAdaptor(object), mStore(store)
 {
+    connect(object, &SettingsObject::problemFound, this, &SettingsAdaptor::Changed);
 }

@@ -19,9 +19,15 @@ public:
 
     /// False if the object cannot be put on `connection`.
     [[nodiscard]] bool registerOn(QDBusConnection connection);
+
+    /// Must be called after each new problem.
+    void reportProblem() { Q_EMIT problemFound(); }
+
+Q_SIGNALS:
+    void problemFound();
 };
 
-/// Its public properties are the interface.
+/// Its public properties and signals are the interface.
 class SettingsAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -33,6 +39,9 @@ public:
     SettingsAdaptor(const SettingsStore &store, SettingsObject *object);
 
     [[nodiscard]] QStringList problems() const { return mStore.problems(); }
+
+Q_SIGNALS:
+    void Changed();
 
 private:
     const SettingsStore &mStore;

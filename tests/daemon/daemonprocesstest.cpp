@@ -18,6 +18,7 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
@@ -109,6 +110,33 @@ QStringList documentedMembers(const QString &interface)
     return members;
 }
 
+QVariant objectProperty(const QString &path, const QString &interface, const QString &name)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), path,
+                                                       u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    call << interface << name;
+    return QDBusConnection::sessionBus().call(call).arguments().value(0).value<QDBusVariant>().variant();
+}
+
+/// Counts a signal of the daemon.
+class BusSignal : public QObject
+{
+    Q_OBJECT
+
+public:
+    BusSignal(const QString &path, const QString &interface, const QString &name)
+    {
+        QDBusConnection::sessionBus().connect({}, path, interface, name, this, SLOT(noteSignal()));
+    }
+    [[nodiscard]] int count() const { return mCount; }
+
+private Q_SLOTS:
+    void noteSignal() { ++mCount; }
+
+private:
+    int mCount = 0;
+};
+
 /// How often the threads of a process went to sleep.
 qint64 wakeUps(qint64 process)
 {
@@ -145,6 +173,8 @@ private Q_SLOTS:
     void desktopShowsAProblemOfTheSettings();
     void oddCopiesDoNotKeepItFromStarting();
     void settingsPutBackByHandAreKept();
+    void signalsAProblemOfTheSettings();
+    void showsWhyTheProfileIsActive();
     void filesAreForTheUserOnly();
     void removedFolderIsCreatedAgain();
     void removedFolderIsCreatedAgainForTheChoiceOfKeyboards();
@@ -334,6 +364,44 @@ void DaemonProcessTest::settingsPutBackByHandAreKept()
     QVERIFY2(mDaemon->log().contains("another program changed"), mDaemon->log().constData());
     const NotificationService desktop; // was missing until now
     QTRY_COMPARE(desktop.bubbles.size(), 1);
+}
+
+void DaemonProcessTest::signalsAProblemOfTheSettings()
+{
+    const auto rename = [this](const QString &name) {
+        return mDaemon->request(Command::updateProfile,
+                                {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, named(name)}});
+    };
+    QVERIFY(rename(u"first"_s));
+    BusSignal changed(u"/Settings"_s, u"org.quillkestra.Settings"_s, u"Changed"_s);
+    writeFile(mDaemon->settingsFolder() + u"/settings.plist"_s, "another program's");
+    QVERIFY(rename(u"second"_s));
+    QTRY_COMPARE(changed.count(), 1);
+    const QVariant problems = objectProperty(u"/Settings"_s, u"org.quillkestra.Settings"_s, u"Problems"_s);
+    QCOMPARE(problems.toStringList().size(), 1);
+}
+
+void DaemonProcessTest::showsWhyTheProfileIsActive()
+{
+    const QString path = u"/FrontApplication"_s;
+    const QString interface = u"org.quillkestra.FrontApplication"_s;
+    const QVariantMap appInfo{{u"identifier"_s, u"game"_s}};
+    QVERIFY(mDaemon->request(
+        Command::addProfile,
+        {{u"DeviceSettingsDictionary"_s,
+          QVariantMap{{u"ProfileName"_s, u"Game"_s}, {u"AppInfo"_s, appInfo}, {u"AutoSwitchOn"_s, 1}}}}));
+    QVERIFY(mDaemon->request(Command::switchProfile, {{u"ProfileID"_s, 0}}));
+    QCOMPARE(objectProperty(path, interface, u"ProfileApplication"_s), QVariant(QString()));
+    BusSignal changed(path, interface, u"ProfileApplicationChanged"_s);
+    QDBusMessage tell =
+        QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), path, interface, u"Tell"_s);
+    tell << u"game"_s;
+    QDBusConnection::sessionBus().call(tell);
+    QTRY_COMPARE(changed.count(), 1);
+    QCOMPARE(objectProperty(path, interface, u"ProfileApplication"_s), QVariant(u"game"_s));
+    QVERIFY(mDaemon->request(Command::switchProfile, {{u"ProfileID"_s, 1}})); // the active one
+    QTRY_COMPARE(changed.count(), 2);
+    QCOMPARE(objectProperty(path, interface, u"ProfileApplication"_s), QVariant(QString()));
 }
 
 void DaemonProcessTest::filesAreForTheUserOnly()

@@ -11,10 +11,12 @@
 
 #include <QDir>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
+#include <functional>
 #include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
@@ -65,6 +67,10 @@ private Q_SLOTS:
     void everySwitchIsShownOnce_data();
     void everySwitchIsShownOnce();
     void onlySwitchesAreShown();
+    void reportsTheApplicationOfTheActiveProfile();
+    void reportsNoApplicationAfterAChoiceByHand_data();
+    void reportsNoApplicationAfterAChoiceByHand();
+    void failedChoiceLeavesTheReportedApplication();
 
 private:
     int send(Command command, QVariantMap request = {});
@@ -296,6 +302,69 @@ void ProfileSwitchTest::onlySwitchesAreShown()
              0);
     inFront(u"unbound"_s);
     QCOMPARE(mShown, QStringList());
+}
+
+void ProfileSwitchTest::reportsTheApplicationOfTheActiveProfile()
+{
+    QStringList reported;
+    connect(&mDaemon->profiles(), &ProfileSwitch::applicationChanged, this, [&](const QString &application) {
+        QCOMPARE(application, mDaemon->profiles().application());
+        reported += application;
+    });
+    QCOMPARE(mDaemon->profiles().application(), QString());
+    inFront(u"unbound"_s);
+    QCOMPARE(reported, QStringList());
+    inFront(u"a"_s);
+    inFront(u"s"_s);
+    inFront(u"S"_s); // another name for the same profile
+    inFront(u"unbound"_s);
+    QCOMPARE(reported, QStringList({u"a"_s, u"s"_s, u"S"_s, QString()}));
+    // The profile that was chosen by hand needs no application, although it also has one.
+    QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 2}}), 0);
+    inFront(u"a"_s);
+    QCOMPARE(active(), 2);
+    QCOMPARE(reported.size(), 4);
+}
+
+void ProfileSwitchTest::reportsNoApplicationAfterAChoiceByHand_data()
+{
+    QTest::addColumn<std::function<void()>>("choose");
+    const auto add = [](const char *name, std::function<void()> choose) { QTest::newRow(name) << choose; };
+    add("another profile", [this] { QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); });
+    add("the active profile", [this] { QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 2}}), 0); });
+    add("a key", [this] { pressF1(); });
+    add("a new profile", [this] {
+        QCOMPARE(send(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(u"New"_s, {})}}), 0);
+    });
+    add("the profile is deleted", [this] { QCOMPARE(send(Command::deleteProfile, {{u"ProfileID"_s, 2}}), 0); });
+    add("the binding is switched off", [this] {
+        QCOMPARE(send(Command::updateProfile,
+                      {{u"ProfileID"_s, 2}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"AutoSwitchOn"_s, 0}}}}),
+                 0);
+    });
+}
+
+void ProfileSwitchTest::reportsNoApplicationAfterAChoiceByHand()
+{
+    QFETCH(std::function<void()>, choose);
+    inFront(u"a"_s);
+    QCOMPARE(mDaemon->profiles().application(), u"a"_s);
+    QSignalSpy changed(&mDaemon->profiles(), &ProfileSwitch::applicationChanged);
+    choose();
+    QCOMPARE(mDaemon->profiles().application(), QString());
+    QCOMPARE(changed.size(), 1);
+}
+
+void ProfileSwitchTest::failedChoiceLeavesTheReportedApplication()
+{
+    inFront(u"a"_s);
+    QSignalSpy changed(&mDaemon->profiles(), &ProfileSwitch::applicationChanged);
+    const FileSizeLimit full(0);
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
+    QCOMPARE(send(Command::switchProfile, {{u"ProfileID"_s, 1}}), int(Status::notSaved));
+    QCOMPARE(mDaemon->profiles().application(), u"a"_s);
+    QCOMPARE(changed.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(ProfileSwitchTest)

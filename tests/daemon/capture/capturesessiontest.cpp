@@ -57,6 +57,7 @@ private Q_SLOTS:
     void newCaptureForgetsAnEarlierEscape();
     void newCaptureForgetsEarlierKeys();
     void earlyWakeUpEndsNothing();
+    void reportsEachKeyThatNoLongerFits();
 
 private:
     void startCapture(const QString &port, Kind kind);
@@ -88,6 +89,7 @@ private:
     std::optional<std::chrono::microseconds> mWakeTime;
     QString mWatchedClient; // empty: none
     QStringList mNotifications;
+    QVariantMap mLastValues;      // of the last notification
     QList<Kind> mKindsWhenPosted; // one for each notification
 };
 
@@ -98,8 +100,9 @@ void CaptureSessionTest::init()
     QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
     mServices = {.sendReply = {},
                  .postNotification =
-                     [this](const QString &name, const QVariantMap &) {
+                     [this](const QString &name, const QVariantMap &values) {
                          mNotifications += name;
+                         mLastValues = values;
                          mKindsWhenPosted += mSession->capture().kind();
                      },
                  .watchClient = [this](const QString &port) { mWatchedClient = port; },
@@ -362,6 +365,29 @@ void CaptureSessionTest::earlyWakeUpEndsNothing()
     mSession->wake();
     QCOMPARE(mSession->capture().kind(), Kind::singleKey);
     QCOMPARE(mWatchedClient, client);
+}
+
+void CaptureSessionTest::reportsEachKeyThatNoLongerFits()
+{
+    const QString isFull = u"isMacroFull"_s;
+    mSession->startRecording(client, {.macroId = 7, .capacity = 3});
+    press(keyA);
+    QVERIFY(!mLastValues.contains(isFull));
+    press(keyB); // its release would fit no longer
+    QCOMPARE(mLastValues, (QVariantMap{{u"messagesArray"_s, QStringList()}, {isFull, true}}));
+    QCOMPARE(mNotifications.size(), 2);
+    release(keyB);
+    QCOMPARE(mNotifications.size(), 2);
+    release(keyA);
+    QCOMPARE(mNotifications.size(), 3);
+    QVERIFY(!mLastValues.contains(isFull));
+    type(keyA);
+    QCOMPARE(mNotifications.size(), 4);
+    QCOMPARE(mLastValues.value(isFull), QVariant(true));
+    mSession->release("the test releases them");
+    QCOMPARE(mSession->recorder().recorded(7)->size(), 2);
+    type(keyA); // reaches the computer
+    QCOMPARE(mNotifications.size(), 4);
 }
 
 QTEST_GUILESS_MAIN(CaptureSessionTest)
