@@ -7,6 +7,7 @@
 
 static_assert(KeyCodes::codeCount == KEY_CNT);
 static_assert(KeyCodes::firstButton == BTN_LEFT);
+static_assert(KeyCodes::firstMacroKeyCode == KEY_MACRO1);
 
 namespace {
 
@@ -39,9 +40,6 @@ constexpr auto usages = [] {
     return table;
 }();
 
-constexpr quint16 firstMacroKey = 106; // M1 is F15, see keys/keytable.inc
-constexpr quint16 macroKeyCount = 5;
-
 } // namespace
 
 std::optional<quint16> KeyCodes::linuxCode(HidUsage usage)
@@ -72,20 +70,13 @@ std::optional<HidUsage> KeyCodes::usageOfScanCode(quint32 scanCode, quint16 code
     return usage;
 }
 
-std::optional<HidUsage> KeyCodes::macroKeyOfCode(quint16 code)
-{
-    if (code < KEY_MACRO1 || code >= KEY_MACRO1 + macroKeyCount)
-        return {};
-    return HidUsage{HidUsage::keyboardPage, static_cast<quint16>(firstMacroKey + code - KEY_MACRO1)};
-}
-
 std::optional<quint16> KeyCodes::macroKeyCode(HidUsage usage)
 {
     const bool isMacroKey = usage.page == HidUsage::keyboardPage && usage.usage >= firstMacroKey
                             && usage.usage < firstMacroKey + macroKeyCount;
     if (!isMacroKey)
         return {};
-    return static_cast<quint16>(KEY_MACRO1 + usage.usage - firstMacroKey);
+    return static_cast<quint16>(firstMacroKeyCode + usage.usage - firstMacroKey);
 }
 
 KeyCodes::OwnKey KeyCodes::ownKey(quint16 code)

@@ -12,6 +12,9 @@ namespace KeyCodes {
 inline constexpr quint16 codeCount = 0x300;   // KEY_CNT of <linux/input-event-codes.h>: codes are below it
 inline constexpr quint16 firstButton = 0x110; // BTN_LEFT; the buttons of HID's Button page follow in their order
 inline constexpr quint16 buttonCount = 16;
+inline constexpr quint16 firstMacroKeyCode = 0x290; // KEY_MACRO1
+inline constexpr quint16 firstMacroKey = 106;       // M1 is F15, see keys/keytable.inc
+inline constexpr quint16 macroKeyCount = 5;
 
 /// The code that the desktop sees for `usage`. A key of the keyboard page without a Linux name is KEY_UNKNOWN, as from
 /// any keyboard. Absent for usages that are neither a key nor one of the first 16 buttons.
@@ -27,8 +30,13 @@ inline constexpr quint16 buttonCount = 16;
 [[nodiscard]] std::optional<HidUsage> usageOfScanCode(quint32 scanCode, quint16 code);
 
 /// M1 to M5 of keyboards with dedicated codes for them (KEY_MACRO1 to KEY_MACRO5), which have priority over the HID
-/// usage. Absent for every other code.
-[[nodiscard]] std::optional<HidUsage> macroKeyOfCode(quint16 code);
+/// usage. Absent for every other code. Inline, because every press of a key asks for it.
+[[nodiscard]] inline std::optional<HidUsage> macroKeyOfCode(quint16 code)
+{
+    if (code < firstMacroKeyCode || code >= firstMacroKeyCode + macroKeyCount)
+        return {};
+    return HidUsage{HidUsage::keyboardPage, static_cast<quint16>(firstMacroKey + code - firstMacroKeyCode)};
+}
 /// The reverse: the dedicated code for the usage of M1 to M5; absent for every other usage.
 [[nodiscard]] std::optional<quint16> macroKeyCode(HidUsage usage);
 

@@ -1,25 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/keytranslator.h"
 
-#include <linux/input-event-codes.h>
-
 #include <algorithm>
+#include <utility>
+
+using Kind = TranslatorOutput::Kind;
 
 static_assert(HidUsage::lastKey < 0x400);
 
 namespace {
 
-constexpr std::array releaseChord{quint16(40), quint16(41), quint16(42)}; // Return, Escape, Backspace
-
-/// X and Y would turn the keyboard into a pointer; a node that has them is not grabbed.
-bool isWheel(quint16 code)
-{
-    return code != REL_X && code != REL_Y && code <= REL_MAX;
-}
+// Return, Escape, Backspace
+constexpr quint16 firstOfReleaseChord = 40;
+constexpr quint16 lastOfReleaseChord = 42;
 
 } // namespace
 
-KeyTranslator::KeyTranslator(KeySink &sink) : mSink(sink), mNodes(std::make_unique<std::array<Node, maximumNodes>>()) {}
+KeyTranslator::KeyTranslator() : mNodes(std::make_unique<std::array<Node, maximumNodes>>()) {}
 
 KeyTranslator::~KeyTranslator() = default;
 
@@ -32,46 +29,38 @@ int KeyTranslator::addNode(bool givesHidUsages)
     return static_cast<int>(place - mNodes->begin());
 }
 
-void KeyTranslator::take(int index, const Event &event)
+TranslatorOutput KeyTranslator::takeMotion(const Node &node, const Event &event)
 {
-    if (index < 0 || index >= maximumNodes)
-        return;
-    Node &node = (*mNodes)[static_cast<std::size_t>(index)];
-    if (!node.isTaken)
-        return;
-    switch (event.type) {
-    case EV_SYN: node.hasScanCode = false; break;
-    case EV_MSC:
-        if (event.code == MSC_SCAN) {
-            node.hasScanCode = node.givesHidUsages;
-            node.scanCode = static_cast<quint32>(event.value);
-        }
-        break;
-    case EV_REL:
-        if (isWheel(event.code))
-            mSink.passMotion(event.code, event.value, event.time);
-        break;
-    case EV_KEY:
-        if (event.code >= KeyCodes::codeCount)
-            break;
-        if (event.value == 1)
-            press(node, event.code, event.time);
-        else if (event.value == 0)
-            release(node, event.code, event.time);
-        node.hasScanCode = false; // it belongs only to the key that follows it
-        break;
-    default: break;
-    }
+    // X and Y would turn the keyboard into a pointer; a node that has them is not grabbed.
+    const bool isWheel = event.code != REL_X && event.code != REL_Y && event.code <= REL_MAX;
+    if (!node.isTaken || !isWheel)
+        return {};
+    return {.kind = Kind::motion, .code = event.code, .value = event.value};
 }
 
-void KeyTranslator::removeNode(int index, Time time)
+TranslatorOutput KeyTranslator::takeKey(Node &node, const Event &event)
+{
+    const bool hasScanCode = std::exchange(node.hasScanCode, false); // it belongs only to the key that follows it
+    if (!node.isTaken || event.code >= KeyCodes::codeCount)
+        return {};
+    if (event.value == 1)
+        return press(node, event.code, hasScanCode);
+    if (event.value == 0)
+        return release(node, event.code);
+    return {};
+}
+
+TranslatorOutput KeyTranslator::removeNode(int index)
 {
     if (index < 0 || index >= maximumNodes)
-        return;
+        return {};
     Node &node = (*mNodes)[static_cast<std::size_t>(index)];
-    for (quint16 code = 0; node.isTaken && code < KeyCodes::codeCount; ++code)
-        release(node, code, time);
+    for (quint16 code = 0; node.isTaken && code < KeyCodes::codeCount; ++code) {
+        if (const TranslatorOutput output = release(node, code); output.kind != Kind::none)
+            return output;
+    }
     node.isTaken = false;
+    return {};
 }
 
 bool KeyTranslator::isDown(quint16 code) const
@@ -79,48 +68,48 @@ bool KeyTranslator::isDown(quint16 code) const
     return std::ranges::any_of(*mNodes, [code](const Node &node) { return node.isTaken && node.down[code] != up; });
 }
 
-void KeyTranslator::press(Node &node, quint16 code, Time time)
+TranslatorOutput KeyTranslator::press(Node &node, quint16 code, bool hasScanCode)
 {
     if (node.down[code] != up)
-        return;
-    const Meaning meaning = meaningOf(node, code);
+        return {};
+    const Meaning meaning = meaningOf(node, code, hasScanCode);
     node.down[code] = meaning;
     if (++mHolders[meaning] > 1)
-        return;
-    if (std::ranges::find(releaseChord, meaning) != releaseChord.end() && isReleaseChordHeld())
-        mSink.takeReleaseChord();
-    else
-        emitKey(meaning, true, time);
+        return {};
+    if (meaning >= firstOfReleaseChord && meaning <= lastOfReleaseChord && isReleaseChordHeld())
+        return {.kind = Kind::releaseChord};
+    return keyOutput(meaning, true);
 }
 
-void KeyTranslator::release(Node &node, quint16 code, Time time)
+TranslatorOutput KeyTranslator::release(Node &node, quint16 code)
 {
     const Meaning meaning = node.down[code];
     if (meaning == up)
-        return;
+        return {};
     node.down[code] = up;
-    if (--mHolders[meaning] == 0)
-        emitKey(meaning, false, time);
+    if (--mHolders[meaning] > 0)
+        return {};
+    return keyOutput(meaning, false);
 }
 
-KeyTranslator::Meaning KeyTranslator::meaningOf(const Node &node, quint16 code)
+KeyTranslator::Meaning KeyTranslator::meaningOf(const Node &node, quint16 code, bool hasScanCode)
 {
     if (const std::optional<HidUsage> macroKey = KeyCodes::macroKeyOfCode(code))
         return macroKey->usage;
     const std::optional<HidUsage> usage =
-        node.hasScanCode ? KeyCodes::usageOfScanCode(node.scanCode, code) : KeyCodes::usageOfCode(code);
+        hasScanCode ? KeyCodes::usageOfScanCode(node.scanCode, code) : KeyCodes::usageOfCode(code);
     return usage ? usage->usage : static_cast<Meaning>(firstPassed + code);
 }
 
 bool KeyTranslator::isReleaseChordHeld() const
 {
-    return std::ranges::all_of(releaseChord, [this](Meaning meaning) { return mHolders[meaning] > 0; });
+    return std::all_of(mHolders.begin() + firstOfReleaseChord, mHolders.begin() + lastOfReleaseChord + 1,
+                       [](quint16 holders) { return holders > 0; });
 }
 
-void KeyTranslator::emitKey(Meaning meaning, bool isDown, Time time)
+TranslatorOutput KeyTranslator::keyOutput(Meaning meaning, bool isDown)
 {
     if (meaning < firstPassed)
-        mSink.takeKey({HidUsage::keyboardPage, meaning}, isDown, time);
-    else
-        mSink.passKey(static_cast<quint16>(meaning - firstPassed), isDown, time);
+        return {.kind = Kind::key, .isDown = isDown, .code = meaning};
+    return {.kind = Kind::passedKey, .isDown = isDown, .code = static_cast<quint16>(meaning - firstPassed)};
 }

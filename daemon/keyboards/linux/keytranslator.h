@@ -6,27 +6,30 @@
 #include "daemon/engine/hidusage.h"
 #include "daemon/keyboards/linux/keycodes.h"
 
+#include <linux/input-event-codes.h>
+
 #include <array>
 #include <chrono>
 #include <memory>
 
-/// Receives the meaning of the events. The translator calls it during its own calls; it must not call back.
-class KeySink
+/// The meaning of one event. A small value, so a key allocates nothing.
+struct TranslatorOutput
 {
-public:
-    using Time = std::chrono::microseconds; // CLOCK_MONOTONIC
+    enum class Kind : quint8 {
+        none,
+        key,         ///< a key of the keyboard page went down, or the last of the keys with this meaning came up
+        passedKey,   ///< the same for other keys: media keys, buttons, unknown ones
+        motion,      ///< a wheel or dial of the keyboard was turned
+        releaseChord ///< Backspace, Escape and Return are held together; the key that completes this has no other
+                     ///< output
+    };
 
-    virtual ~KeySink() = default;
+    Kind kind = Kind::none;
+    bool isDown = false; ///< key, passedKey
+    quint16 code = 0;    ///< key: usage; passedKey: Linux key code; motion: REL_ code
+    int value = 0;       ///< motion
 
-    /// A key of the keyboard page went down, or the last of the keys with this meaning came up.
-    virtual void takeKey(HidUsage key, bool isDown, Time time) = 0;
-    /// The same for other keys, by their Linux key code: media keys, buttons, unknown ones.
-    virtual void passKey(quint16 code, bool isDown, Time time) = 0;
-    /// A wheel or dial of the keyboard was turned.
-    virtual void passMotion(quint16 code, int value, Time time) = 0;
-    /// Backspace, Escape and Return are held together. The key that completes the release chord is not reported
-    /// otherwise.
-    virtual void takeReleaseChord() = 0;
+    bool operator==(const TranslatorOutput &) const = default;
 };
 
 /// A key that is held on several nodes, or twice on one, goes down with the first and comes up with the last. Its
@@ -35,7 +38,7 @@ public:
 class KeyTranslator
 {
 public:
-    using Time = KeySink::Time;
+    using Time = std::chrono::microseconds; // CLOCK_MONOTONIC
 
     static constexpr int maximumNodes = 32;
 
@@ -48,15 +51,16 @@ public:
         Time time{};
     };
 
-    explicit KeyTranslator(KeySink &sink);
+    KeyTranslator();
     ~KeyTranslator();
 
     /// Adds a node and returns its place, from 0 up; -1 when there are maximumNodes. Allocates nothing.
     /// `givesHidUsages`: its scan codes are HID usages (those of an old PS/2 keyboard are not).
     [[nodiscard]] int addNode(bool givesHidUsages);
-    void take(int node, const Event &event);
-    /// Every key that is down on the node comes up; its place becomes free.
-    void removeNode(int node, Time time);
+    [[nodiscard]] TranslatorOutput take(int node, const Event &event);
+    /// One step of the removal of a node: the next of its keys comes up. Must be called until the output is `none`,
+    /// which means that all keys are up and the place is free.
+    [[nodiscard]] TranslatorOutput removeNode(int node);
 
     /// Whether a key with this code, below KeyCodes::codeCount, is down on any node.
     [[nodiscard]] bool isDown(quint16 code) const;
@@ -77,13 +81,34 @@ private:
         std::array<Meaning, KeyCodes::codeCount> down{}; // by key code
     };
 
-    void press(Node &node, quint16 code, Time time);
-    void release(Node &node, quint16 code, Time time);
-    [[nodiscard]] static Meaning meaningOf(const Node &node, quint16 code);
+    [[nodiscard]] static TranslatorOutput takeMotion(const Node &node, const Event &event);
+    [[nodiscard]] TranslatorOutput takeKey(Node &node, const Event &event);
+    [[nodiscard]] TranslatorOutput press(Node &node, quint16 code, bool hasScanCode);
+    [[nodiscard]] TranslatorOutput release(Node &node, quint16 code);
+    [[nodiscard]] static Meaning meaningOf(const Node &node, quint16 code, bool hasScanCode);
     [[nodiscard]] bool isReleaseChordHeld() const;
-    void emitKey(Meaning meaning, bool isDown, Time time);
+    [[nodiscard]] static TranslatorOutput keyOutput(Meaning meaning, bool isDown);
 
-    KeySink &mSink;
     std::unique_ptr<std::array<Node, maximumNodes>> mNodes;
     std::array<quint16, firstPassed + KeyCodes::codeCount> mHolders{}; // by meaning
 };
+
+/// Inline, because most events only accompany a key.
+inline TranslatorOutput KeyTranslator::take(int index, const Event &event)
+{
+    if (index < 0 || index >= maximumNodes)
+        return {};
+    Node &node = (*mNodes)[static_cast<std::size_t>(index)];
+    switch (event.type) {
+    case EV_SYN: node.hasScanCode = false; return {};
+    case EV_MSC:
+        if (event.code == MSC_SCAN) {
+            node.hasScanCode = node.givesHidUsages;
+            node.scanCode = static_cast<quint32>(event.value);
+        }
+        return {};
+    case EV_REL: return takeMotion(node, event);
+    case EV_KEY: return takeKey(node, event);
+    default: return {};
+    }
+}

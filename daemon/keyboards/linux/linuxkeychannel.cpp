@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-LinuxKeyChannel::LinuxKeyChannel(QObject *parent) : KeyChannel(parent), mTranslator(*this) {}
+LinuxKeyChannel::LinuxKeyChannel(QObject *parent) : KeyChannel(parent) {}
 
 LinuxKeyChannel::~LinuxKeyChannel()
 {
@@ -73,11 +73,20 @@ void LinuxKeyChannel::flush()
         mOutput->flush();
 }
 
+inline void LinuxKeyChannel::perform(TranslatorOutput output, Time time)
+{
+    switch (output.kind) {
+    case TranslatorOutput::Kind::none: break;
+    case TranslatorOutput::Kind::key: takeKey(output.code, output.isDown, time); break;
+    case TranslatorOutput::Kind::passedKey: passKey(output.code, output.isDown, time); break;
+    case TranslatorOutput::Kind::motion: mOutput->moveWheel(output.code, output.value); break;
+    case TranslatorOutput::Kind::releaseChord: ungrabAll(); break;
+    }
+}
+
 void LinuxKeyChannel::nodeEvent(EventDevice &node, const KeyTranslator::Event &event)
 {
-    mTranslator.take(node.translatorPlace, event);
-    if (mIsReleaseChordPressed)
-        ungrabAll();
+    perform(mTranslator.take(node.translatorPlace, event), event.time);
 }
 
 void LinuxKeyChannel::nodeRead(EventDevice &)
@@ -112,7 +121,11 @@ void LinuxKeyChannel::nodeStateChanged(EventDevice &node)
 
 void LinuxKeyChannel::removeFromTranslator(EventDevice &node)
 {
-    mTranslator.removeNode(std::exchange(node.translatorPlace, -1), DeadlineTimer::now());
+    const int place = std::exchange(node.translatorPlace, -1);
+    const Time now = DeadlineTimer::now();
+    TranslatorOutput output;
+    while ((output = mTranslator.removeNode(place)).kind != TranslatorOutput::Kind::none)
+        perform(output, now);
     mOldestKey.reset(); // these keys came up without a release by the user, so they are not measured
     if (--mGrabbedNodes > 0)
         return flush();
@@ -121,13 +134,13 @@ void LinuxKeyChannel::removeFromTranslator(EventDevice &node)
     flush();
 }
 
-void LinuxKeyChannel::takeKey(HidUsage key, bool isDown, Time time)
+void LinuxKeyChannel::takeKey(quint16 usage, bool isDown, Time time)
 {
     if (!mOldestKey)
         mOldestKey = time;
     // Of two nodes, the one that is read later may have the older event.
     mLatestTime = std::max(mLatestTime, time);
-    Q_EMIT keyChanged(key, isDown, mLatestTime);
+    Q_EMIT keyChanged({HidUsage::keyboardPage, usage}, isDown, mLatestTime);
 }
 
 bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown)
@@ -153,19 +166,8 @@ void LinuxKeyChannel::passKey(quint16 code, bool isDown, Time time)
         mOutput->release(code);
 }
 
-void LinuxKeyChannel::passMotion(quint16 code, int value, Time)
-{
-    mOutput->moveWheel(code, value);
-}
-
-void LinuxKeyChannel::takeReleaseChord()
-{
-    mIsReleaseChordPressed = true; // the translator is in the middle of an event
-}
-
 void LinuxKeyChannel::ungrabAll()
 {
-    mIsReleaseChordPressed = false;
     for (const std::unique_ptr<EventDevice> &node : mNodes)
         node->ungrab();
     Q_EMIT releaseChordPressed();

@@ -17,12 +17,12 @@
 
 /// Treats several keyboards with several nodes each as one keyboard. Passes keys that are not assignable to the output
 /// unchanged. The release chord ungrabs every node, releases every key and emits releaseChordPressed().
-class LinuxKeyChannel : public KeyChannel, private EventDeviceHandler, private KeySink
+class LinuxKeyChannel : public KeyChannel, private EventDeviceHandler
 {
     Q_OBJECT
 
 public:
-    using Time = KeyChannel::Time; // the same as the sink's
+    using Time = KeyChannel::Time; // the same as the translator's
 
     explicit LinuxKeyChannel(QObject *parent = nullptr);
     ~LinuxKeyChannel() override;
@@ -55,11 +55,10 @@ private:
     void nodeRead(EventDevice &node) override;
     void nodeDroppedEvents(EventDevice &node) override;
     void nodeStateChanged(EventDevice &node) override;
-    void takeKey(HidUsage key, bool isDown, Time time) override;
-    void passKey(quint16 code, bool isDown, Time time) override;
-    void passMotion(quint16 code, int value, Time time) override;
-    void takeReleaseChord() override;
 
+    void perform(TranslatorOutput output, Time time);
+    void takeKey(quint16 usage, bool isDown, Time time);
+    void passKey(quint16 code, bool isDown, Time time);
     [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown);
     [[nodiscard]] std::optional<quint16> codeToSend(HidUsage usage, bool isDown);
     void removeFromTranslator(EventDevice &node);
@@ -80,5 +79,4 @@ private:
     std::bitset<KeyCodes::codeCount> mSentByCode; // see KeyCodes::macroKeyCode()
     int mGrabbedNodes = 0;
     bool mIsLit = false;
-    bool mIsReleaseChordPressed = false;
 };

@@ -42,6 +42,7 @@ private Q_SLOTS:
     void releaseChordReleasesEverything();
     void releaseChordWorksWhenTheChannelIsFlooded();
     void switchesTheLedsOfEveryKeyboard();
+    void reportsTheTimeOfTheEvent();
     void timesNeverGoBack();
     void moreNodesThanPlacesStayWithTheDesktop();
     void measuresKeysAndCountsLosses();
@@ -280,6 +281,23 @@ void LinuxKeyChannelTest::switchesTheLedsOfEveryKeyboard()
     mPipe->switchLed(0xFFFF, true);
     mPipe->switchLed(LED_CAPSL, false);
     QTRY_COMPARE(mSecond->leds().last(), u"1 off"_s);
+}
+
+void LinuxKeyChannelTest::reportsTheTimeOfTheEvent()
+{
+    QList<KeyChannel::Time> times;
+    connect(mChannel.get(), &KeyChannel::keyChanged, this,
+            [&](HidUsage, bool, KeyChannel::Time time) { times += time; });
+    mChannel->addNode(mFirst->open(), 1, true);
+    const auto before = DeadlineTimer::now();
+    mFirst->press(KEY_A);
+    const auto after = DeadlineTimer::now();
+    QTRY_COMPARE(times.size(), 1);
+    QVERIFY(times.first() >= before && times.first() <= after); // not the later time of the reading
+    const auto removal = DeadlineTimer::now();
+    mChannel->removeNode(1);
+    QCOMPARE(times.size(), 2);
+    QVERIFY(times.last() >= removal);
 }
 
 void LinuxKeyChannelTest::timesNeverGoBack()

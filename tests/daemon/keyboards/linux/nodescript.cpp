@@ -51,12 +51,12 @@ QString NodeScript::runEvent(const QString &node, const QStringList &words)
     const QString what = words.value(0);
     mOutputs.clear();
     if (what == "gone"_L1 && words.size() == 1) {
-        mTranslator.removeNode(index, {});
+        remove(index);
     } else if (what == "report"_L1 && words.size() == 1) {
-        mTranslator.take(index, {.type = EV_SYN, .code = SYN_REPORT});
+        take(index, {.type = EV_SYN, .code = SYN_REPORT});
         return {};
     } else if (what == "scan"_L1 && words.size() == 2) {
-        mTranslator.take(index, {.type = EV_MSC, .code = MSC_SCAN, .value = words.at(1).toInt(nullptr, 0)});
+        take(index, {.type = EV_MSC, .code = MSC_SCAN, .value = words.at(1).toInt(nullptr, 0)});
         return {};
     } else if ((what == "key"_L1 || what == "rel"_L1) && words.size() == 3) {
         const quint16 type = what == "key"_L1 ? EV_KEY : EV_REL;
@@ -65,7 +65,7 @@ QString NodeScript::runEvent(const QString &node, const QStringList &words)
         const int value = words.at(2).toInt(&isNumber);
         if (code < 0 || !isNumber)
             return u"no such code or value"_s;
-        mTranslator.take(index, {.type = type, .code = static_cast<quint16>(code), .value = value});
+        take(index, {.type = type, .code = static_cast<quint16>(code), .value = value});
     } else {
         return u"no such event"_s;
     }
@@ -73,27 +73,32 @@ QString NodeScript::runEvent(const QString &node, const QStringList &words)
     return {};
 }
 
-void NodeScript::takeKey(HidUsage key, bool isDown, Time)
+void NodeScript::take(int index, const KeyTranslator::Event &event)
 {
-    tell(nameOf(key), isDown);
+    show(mTranslator.take(index, event));
 }
 
-void NodeScript::passKey(quint16 code, bool isDown, Time)
+void NodeScript::remove(int index)
 {
-    tell(u"pass "_s + nameOf(EV_KEY, code), isDown);
+    TranslatorOutput output;
+    while ((output = mTranslator.removeNode(index)).kind != TranslatorOutput::Kind::none)
+        show(output);
 }
 
-void NodeScript::passMotion(quint16 code, int value, Time)
+void NodeScript::show(const TranslatorOutput &output)
 {
-    mOutputs += u"turn %1 %2"_s.arg(nameOf(EV_REL, code)).arg(value);
+    switch (output.kind) {
+    case TranslatorOutput::Kind::none: break;
+    case TranslatorOutput::Kind::key: showKey(nameOf({HidUsage::keyboardPage, output.code}), output.isDown); break;
+    case TranslatorOutput::Kind::passedKey: showKey(u"pass "_s + nameOf(EV_KEY, output.code), output.isDown); break;
+    case TranslatorOutput::Kind::motion:
+        mOutputs += u"turn %1 %2"_s.arg(nameOf(EV_REL, output.code)).arg(output.value);
+        break;
+    case TranslatorOutput::Kind::releaseChord: mOutputs += u"release chord"_s; break;
+    }
 }
 
-void NodeScript::takeReleaseChord()
-{
-    mOutputs += u"release chord"_s;
-}
-
-void NodeScript::tell(const QString &key, bool isDown)
+void NodeScript::showKey(const QString &key, bool isDown)
 {
     if (isDown)
         mDown += key;

@@ -9,11 +9,9 @@
 #include <QString>
 #include <QStringList>
 
-class NodeScript : private KeySink
+class NodeScript
 {
 public:
-    NodeScript() : mTranslator(*this) {}
-
     /// Runs one input line. A line that is an event adds one line to outputLines(). Returns the mistake in the line;
     /// empty when the line was run.
     [[nodiscard]] QString run(const QString &line);
@@ -22,13 +20,11 @@ public:
     [[nodiscard]] const QSet<QString> &down() const { return mDown; }
 
 private:
-    void takeKey(HidUsage key, bool isDown, Time time) override;
-    void passKey(quint16 code, bool isDown, Time time) override;
-    void passMotion(quint16 code, int value, Time time) override;
-    void takeReleaseChord() override;
-
     [[nodiscard]] QString runEvent(const QString &node, const QStringList &words);
-    void tell(const QString &key, bool isDown);
+    void take(int index, const KeyTranslator::Event &event);
+    void remove(int index);
+    void show(const TranslatorOutput &output);
+    void showKey(const QString &key, bool isDown);
 
     KeyTranslator mTranslator;
     QHash<QString, int> mNodes;
