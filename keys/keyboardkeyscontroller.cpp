@@ -3,7 +3,8 @@
 // Single-key capture, game mode and the function-key notice are in keyscapture.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
-#include "base/plistnumbers.h"
+#include "base/devicesettings.h"
+#include "base/profilerecord.h"
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "base/resources.h"
@@ -131,22 +132,21 @@ bool KeyboardKeysController::isKeyMapped(int code) const
 
 QVariant KeyboardKeysController::profile() const
 {
-    const int active = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
+    const int active = DeviceSettings(mDeviceSettingsDict).activeProfileIndex();
     return profileIdentity(mKeysCurrentProfileDict, mAllProfilesArray, active);
 }
 
 std::optional<QString> KeyboardKeysController::activeProfileName() const
 {
-    const qint32 active = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
-    const QVariant name = mAllProfilesArray.value(active).toMap().value(SettingsKeys::profileName);
-    return name.typeId() == QMetaType::QString ? std::optional(name.toString()) : std::nullopt;
+    const int active = DeviceSettings(mDeviceSettingsDict).activeProfileIndex();
+    return ProfileRecord::givenName(mAllProfilesArray.value(active).toMap());
 }
 
 void KeyboardKeysController::updateUISettings()
 {
     mSheetSubject.endUnless(profile());
-    mGameMode = PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::gameMode)) != 0;
-    mProfileNameLabel->setText(visibleText(mKeysCurrentProfileDict.value(SettingsKeys::profileName).toString(), u' '));
+    mGameMode = DeviceSettings(mDeviceSettingsDict).isGameModeOn();
+    mProfileNameLabel->setText(visibleText(ProfileRecord::name(mKeysCurrentProfileDict), u' '));
     mPicture->light().show(Backlight::settingsOf(mKeysCurrentProfileDict));
     setupProfileSubMenu();
     setupMacroSubMenu();

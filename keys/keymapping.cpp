@@ -2,6 +2,7 @@
 #include "keys/keymapping.h"
 
 #include "base/plistnumbers.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 
 #include <algorithm>
@@ -65,7 +66,7 @@ KeyMappings::Entry KeyMappings::readEntry(const QVariant &value)
 
 KeyMappings::Entry KeyMappings::entryForKey(const QVariantMap &profile, int code)
 {
-    return readEntry(profile.value(SettingsKeys::keys).toMap().value(QString::number(code)));
+    return readEntry(ProfileRecord::keys(profile).value(QString::number(code)));
 }
 
 int KeyMappings::checkPopUpAssignmentIndexForValue(qint32 command)

@@ -3,6 +3,7 @@
 // panel.
 #include "keys/keyboardkeyscontroller.h"
 
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "base/visibletext.h"
@@ -10,6 +11,7 @@
 #include "keys/keylayout.h"
 #include "keys/keynames.h"
 #include "macros/eventparser.h"
+#include "macros/macrorecord.h"
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
@@ -50,22 +52,24 @@ QString applicationTitle(QString path)
     return title.isEmpty() ? info.fileName() : title;
 }
 
+using NameReader = QString (*)(const QVariantMap &record);
+
 // Absent when `index` is past the end of `records` or its element is not a record.
-std::optional<QString> nameOfRecord(const QVariantList &records, qint32 index, QLatin1StringView nameKey)
+std::optional<QString> nameOfRecord(const QVariantList &records, qint32 index, NameReader nameOf)
 {
     const QVariant record = records.value(index);
     if (record.typeId() != QMetaType::QVariantMap)
         return std::nullopt;
-    return record.toMap().value(nameKey).toString();
+    return nameOf(record.toMap());
 }
 
 // Returns the title at each tag: first the item that leads to the records' own tab, then the records.
-QStringList submenuTitles(const char *manageTextKey, const QVariantList &records, QLatin1StringView nameKey)
+QStringList submenuTitles(const char *manageTextKey, const QVariantList &records, NameReader nameOf)
 {
     QStringList titles{localizedText(manageTextKey)};
     titles.reserve(records.size() + 1);
     for (const QVariant &record : records)
-        titles << record.toMap().value(nameKey).toString();
+        titles << nameOf(record.toMap());
     return titles;
 }
 
@@ -133,8 +137,8 @@ void KeyboardKeysController::showEntry(const KeyMappings::Entry &entry, int posi
 std::optional<QString> KeyboardKeysController::assignmentDetail(const KeyMappings::Entry &entry) const
 {
     switch (static_cast<Assignment>(entry.command)) {
-    case Assignment::playMacro: return nameOfRecord(mAllMacrosArray, entry.param1, SettingsKeys::macroName);
-    case Assignment::switchProfile: return nameOfRecord(mAllProfilesArray, entry.param1, SettingsKeys::profileName);
+    case Assignment::playMacro: return nameOfRecord(mAllMacrosArray, entry.param1, MacroRecord::name);
+    case Assignment::switchProfile: return nameOfRecord(mAllProfilesArray, entry.param1, ProfileRecord::name);
     case Assignment::singleKey: return eventParser::getStringWithHIDWithModifier(entry.param1, entry.param2);
     case Assignment::launchProgram:
         return entry.programPath.isEmpty() ? std::nullopt : std::optional(applicationTitle(entry.programPath));
@@ -219,7 +223,7 @@ void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &p
         updatePopUpSelection();
         return;
     }
-    const QVariantMap keys = mKeysCurrentProfileDict.value(SettingsKeys::keys).toMap();
+    const QVariantMap keys = ProfileRecord::keys(mKeysCurrentProfileDict);
     const QString key = KeyLayout::codeText(selectedCode());
     mKeysDelegate->updateKeySettings(
         {{SettingsKeys::keys, KeyMappings::withEntry(keys, key, assignment, param1, param2)}});
@@ -248,13 +252,13 @@ void KeyboardKeysController::setupSubMenu(int position, const QStringList &title
 void KeyboardKeysController::setupProfileSubMenu()
 {
     setupSubMenu(KeyMappings::profilePosition,
-                 submenuTitles("lkeyManageProfile", mAllProfilesArray, SettingsKeys::profileName),
+                 submenuTitles("lkeyManageProfile", mAllProfilesArray, ProfileRecord::name),
                  &KeyboardKeysController::profileSubMenuSelector);
 }
 
 void KeyboardKeysController::setupMacroSubMenu()
 {
-    setupSubMenu(KeyMappings::macroPosition, submenuTitles("lkeyManageMacro", mAllMacrosArray, SettingsKeys::macroName),
+    setupSubMenu(KeyMappings::macroPosition, submenuTitles("lkeyManageMacro", mAllMacrosArray, MacroRecord::name),
                  &KeyboardKeysController::macroSubMenuSelector);
 }
 

@@ -1,22 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "keys/mappingcleanup.h"
 
+#include "base/document.h"
 #include "base/plistnumbers.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "keys/keymapping.h"
 
 namespace {
 
-bool isDictionary(const QVariant &value)
-{
-    return value.typeId() == QMetaType::QVariantMap;
-}
-
 // Deliberate: the path is looked up inside the default profile record itself, where it usually does not exist. The
 // replacement is then an empty entry, and the key has no assignment of its own.
 QVariantMap replacementEntries(const QVariantMap &defaultDict)
 {
-    return defaultDict.value(SettingsKeys::profiles).toList().value(0).toMap().value(SettingsKeys::keys).toMap();
+    return ProfileRecord::keys(Document(defaultDict).profile(0));
 }
 
 // Deliberate: the count includes the deleted macro but not the deleted profile. A key that played the last macro
@@ -59,11 +56,11 @@ std::optional<QVariantList> KeyMappings::removeDeletedMacroProfileMappings(const
     QVariantMap keys;
     bool hasKeys = false;
     for (QVariant &element : repaired) {
-        if (!isDictionary(element))
+        if (element.typeId() != QMetaType::QVariantMap)
             continue;
         QVariantMap profile = element.toMap();
-        if (const QVariant own = profile.value(SettingsKeys::keys); isDictionary(own)) {
-            keys = own.toMap();
+        if (const std::optional<QVariantMap> own = ProfileRecord::ownKeys(profile)) {
+            keys = *own;
             hasKeys = true;
         }
         if (!hasKeys)
