@@ -31,9 +31,8 @@ void bundle(QByteArrayView input)
     writeWorkFile(path + u"/Contents/Info.plist"_s, input);
     if (const auto information = ApplicationInformation::read(path))
         requireWritable(ApplicationBinding::bound({}, *information));
-    const ProgramLauncher::Plan plan = ProgramLauncher::planFor(path);
-    require(plan.isRefused() || plan.command == QStringList{path + u"/Contents/MacOS/game"_s},
-            "a bundle starts its own program");
+    const Result<ProgramLauncher::Plan> plan = ProgramLauncher::planFor(path);
+    require(!plan || plan->command == QStringList{path + u"/Contents/MacOS/game"_s}, "a bundle starts its own program");
 }
 
 } // namespace

@@ -15,12 +15,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// `program` is what the entry names: by its full path, or by a file name that was looked up.
-void requireRunnable(const ProgramLauncher::Plan &plan, const QString &program)
+void requireRunnable(const Result<ProgramLauncher::Plan> &plan, const QString &program)
 {
-    require(plan.isRefused() == plan.command.isEmpty(), "a refused plan has no command");
-    if (plan.isRefused())
+    if (!plan)
         return;
-    const QFileInfo started(plan.command.constFirst());
+    require(!plan->command.isEmpty(), "a plan has a command");
+    const QFileInfo started(plan->command.constFirst());
     require(started.isAbsolute() && started.isFile() && started.isExecutable(), "what is started may be run");
     require(program.startsWith(u'/') ? started == QFileInfo(program) : started.fileName() == program,
             "what is started is what the entry names");

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <string>
 #include <string_view>
@@ -116,6 +117,11 @@ std::vector<char *> environmentToPassOn()
     return variables;
 }
 
+Error systemError(int error)
+{
+    return {QString::fromLocal8Bit(std::strerror(error))};
+}
+
 /// The error that came through the pipe before the exec closed it; 0 for none.
 int readError(int pipe)
 {
@@ -129,7 +135,7 @@ int readError(int pipe)
 
 } // namespace
 
-int DetachedProcess::start(const QStringList &command, const QString &workingDirectory)
+Result<void> DetachedProcess::start(const QStringList &command, const QString &workingDirectory)
 {
     QList<QByteArray> words;
     for (const QString &word : command)
@@ -143,7 +149,7 @@ int DetachedProcess::start(const QStringList &command, const QString &workingDir
 
     std::array<int, 2> errorPipe{};
     if (::pipe2(errorPipe.data(), O_CLOEXEC) != 0)
-        return errno;
+        return systemError(errno);
     const pid_t child = ::fork();
     if (child == 0)
         detach({.program = arguments.front(),
@@ -159,5 +165,7 @@ int DetachedProcess::start(const QStringList &command, const QString &workingDir
         }
     }
     ::close(errorPipe[0]);
-    return error;
+    if (error != 0)
+        return systemError(error);
+    return {};
 }

@@ -2,6 +2,8 @@
 // Starts a program that is not a child of this process and shares nothing with it. No state; any thread.
 #pragma once
 
+#include "base/result.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -13,8 +15,8 @@ inline constexpr char withheldVariable[] = "QT_NO_GLIB";
 /// Runs `command` (the program's path, then its arguments) in `workingDirectory`, as this user, in a session of its
 /// own. The program gets this environment without withheldVariable, default signals, and /dev/null as input, output and
 /// errors. It has no other open files, no locked memory, no real-time priority and no limit for it. It outlives this
-/// process and leaves no zombie. Must not be called on a thread with real-time priority. Returns 0 when the program
-/// runs, otherwise an errno value.
-[[nodiscard]] int start(const QStringList &command, const QString &workingDirectory);
+/// process and leaves no zombie. Must not be called on a thread with real-time priority. Succeeds when the program
+/// runs; the error is the system's reason.
+[[nodiscard]] Result<void> start(const QStringList &command, const QString &workingDirectory);
 
 } // namespace DetachedProcess

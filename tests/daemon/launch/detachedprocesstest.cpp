@@ -11,6 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <optional>
 #include <sched.h>
@@ -57,7 +58,7 @@ QStringList DetachedProcessTest::linesOf(const QByteArray &script, const QString
                + "\n} > \"$result.part\" && mv \"$result.part\" \"$result\"\n");
     file.setPermissions(file.permissions() | QFile::ExeOwner);
     file.close();
-    if (DetachedProcess::start(QStringList{path, result} + arguments, mFolder->path()) != 0)
+    if (!DetachedProcess::start(QStringList{path, result} + arguments, mFolder->path()))
         return {};
     QFile output(result);
     if (!QTest::qWaitFor([&] { return output.exists(); }, 20'000) || !output.open(QIODevice::ReadOnly))
@@ -156,7 +157,9 @@ void DetachedProcessTest::reportsWhyItCannotStart()
     QFETCH(QString, program);
     QFETCH(QString, directory);
     QFETCH(int, error);
-    QCOMPARE(DetachedProcess::start({program}, directory), error);
+    const Result<void> started = DetachedProcess::start({program}, directory);
+    QVERIFY(!started);
+    QCOMPARE(started.error().message, QString::fromLocal8Bit(std::strerror(error)));
     QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1);
 }
 

@@ -13,6 +13,16 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Why the launch is refused; empty if it is not.
+QString refusalOf(const Result<ProgramLauncher::Plan> &plan)
+{
+    return plan ? QString() : plan.error().message;
+}
+
+} // namespace
+
 class ProgramLauncherTest : public QObject
 {
     Q_OBJECT
@@ -84,22 +94,24 @@ QString ProgramLauncherTest::bundle(const QVariantMap &information) const
 void ProgramLauncherTest::desktopEntryIsStartedByItsExecLine()
 {
     const QString program = mFolder->filePath(u"bin/game"_s);
-    const ProgramLauncher::Plan plan = ProgramLauncher::planFor(
+    const Result<ProgramLauncher::Plan> plan = ProgramLauncher::planFor(
         entry("Name=A game\nIcon=icon\nExec=\"" + program.toUtf8() + "\" --title=%c %i \"two words\" %U $HOME\n"));
-    QCOMPARE(plan.refusal, QString());
-    QCOMPARE(plan.command,
+    QVERIFY2(plan, qPrintable(refusalOf(plan)));
+    QCOMPARE(plan->command,
              QStringList({program, u"--title=A game"_s, u"--icon"_s, u"icon"_s, u"two words"_s, u"$HOME"_s}));
 }
 
 void ProgramLauncherTest::desktopEntryChoosesItsDirectory()
 {
-    QCOMPARE(ProgramLauncher::planFor(entry("Exec=game\n")).workingDirectory, QDir::homePath());
-    QCOMPARE(ProgramLauncher::planFor(entry("Exec=game\nPath=/opt/a game\n")).workingDirectory, u"/opt/a game"_s);
+    QCOMPARE(ProgramLauncher::planFor(entry("Exec=game\n")).valueOr({}).workingDirectory, QDir::homePath());
+    QCOMPARE(ProgramLauncher::planFor(entry("Exec=game\nPath=/opt/a game\n")).valueOr({}).workingDirectory,
+             u"/opt/a game"_s);
 }
 
 void ProgramLauncherTest::programIsFoundOnThePath()
 {
-    QCOMPARE(ProgramLauncher::planFor(entry("Exec=game\n")).command, QStringList{mFolder->filePath(u"bin/game"_s)});
+    QCOMPARE(ProgramLauncher::planFor(entry("Exec=game\n")).valueOr({}).command,
+             QStringList{mFolder->filePath(u"bin/game"_s)});
 }
 
 void ProgramLauncherTest::desktopEntryIsRefused_data()
@@ -130,25 +142,23 @@ void ProgramLauncherTest::desktopEntryIsRefused_data()
 void ProgramLauncherTest::desktopEntryIsRefused()
 {
     QFETCH(QByteArray, content);
-    const ProgramLauncher::Plan plan = ProgramLauncher::planFor(write(u"game.desktop"_s, content));
-    QTEST(plan.refusal, "refusal");
-    QVERIFY(plan.isRefused() && plan.command.isEmpty());
+    QTEST(refusalOf(ProgramLauncher::planFor(write(u"game.desktop"_s, content))), "refusal");
 }
 
 void ProgramLauncherTest::existingTryExecIsAccepted()
 {
-    QVERIFY(!ProgramLauncher::planFor(entry("Exec=game\nTryExec=game\n")).isRefused());
-    QVERIFY(!ProgramLauncher::planFor(entry("Exec=game\nTryExec=/bin/sh\nTerminal=false\nHidden=false\n")).isRefused());
+    QVERIFY(ProgramLauncher::planFor(entry("Exec=game\nTryExec=game\n")));
+    QVERIFY(ProgramLauncher::planFor(entry("Exec=game\nTryExec=/bin/sh\nTerminal=false\nHidden=false\n")));
 }
 
 void ProgramLauncherTest::bundleIsStartedByItsExecutable()
 {
     const QString path = bundle({{u"CFBundleExecutable"_s, u"game"_s}});
     for (const QString &given : {path, path + u'/'}) {
-        const ProgramLauncher::Plan plan = ProgramLauncher::planFor(given);
-        QCOMPARE(plan.refusal, QString());
-        QCOMPARE(plan.command, QStringList{path + u"/Contents/MacOS/game"_s});
-        QCOMPARE(plan.workingDirectory, QDir::homePath());
+        const Result<ProgramLauncher::Plan> plan = ProgramLauncher::planFor(given);
+        QVERIFY2(plan, qPrintable(refusalOf(plan)));
+        QCOMPARE(plan->command, QStringList{path + u"/Contents/MacOS/game"_s});
+        QCOMPARE(plan->workingDirectory, QDir::homePath());
     }
 }
 
@@ -167,7 +177,7 @@ void ProgramLauncherTest::bundleIsRefused_data()
 void ProgramLauncherTest::bundleIsRefused()
 {
     QFETCH(QVariantMap, information);
-    QVERIFY(ProgramLauncher::planFor(bundle(information)).isRefused());
+    QVERIFY(!ProgramLauncher::planFor(bundle(information)));
 }
 
 void ProgramLauncherTest::anythingElseIsRefused_data()
@@ -184,15 +194,15 @@ void ProgramLauncherTest::anythingElseIsRefused_data()
 void ProgramLauncherTest::anythingElseIsRefused()
 {
     QFETCH(QString, path);
-    QVERIFY(ProgramLauncher::planFor(path).isRefused());
+    QVERIFY(!ProgramLauncher::planFor(path));
     // A path relative to the current folder is also refused, even if the file exists.
     writeDesktopEntry(mFolder->filePath(u"other.desktop"_s), "Exec=game\n");
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(mFolder->path()));
-    const bool isRefused = ProgramLauncher::planFor(u"other.desktop"_s).isRefused();
+    const bool isRefused = !ProgramLauncher::planFor(u"other.desktop"_s);
     QVERIFY(QDir::setCurrent(before));
     QVERIFY(isRefused);
-    QVERIFY(!ProgramLauncher::planFor(mFolder->filePath(u"other.desktop"_s)).isRefused());
+    QVERIFY(ProgramLauncher::planFor(mFolder->filePath(u"other.desktop"_s)));
 }
 
 void ProgramLauncherTest::launchRunsTheProgram()
