@@ -3,7 +3,7 @@
 // mouse. The caller passes the time. Owned by the CaptureSession, one thread.
 #pragma once
 
-#include "daemon/engine/hidusage.h"
+#include "base/hidusage.h"
 
 #include <QList>
 

@@ -3,7 +3,7 @@
 // Owned by the CaptureSession and by each OnTheFlyRecorder; one thread.
 #pragma once
 
-#include "daemon/engine/hidusage.h"
+#include "base/hidusage.h"
 
 #include <QList>
 #include <QStringList>

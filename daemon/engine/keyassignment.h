@@ -2,7 +2,7 @@
 // The assignments of a profile's keys, decoded once from its "Keys" dictionary. Values; any thread.
 #pragma once
 
-#include "daemon/engine/hidusage.h"
+#include "base/hidusage.h"
 
 #include <QString>
 #include <QVariantMap>

@@ -3,7 +3,7 @@
 // the caller passes the time. Owned by the daemon; one thread.
 #pragma once
 
-#include "daemon/engine/hidusage.h"
+#include "base/hidusage.h"
 #include "daemon/engine/keyassignment.h"
 #include "daemon/engine/macroplayback.h"
 #include "daemon/engine/playablemacro.h"

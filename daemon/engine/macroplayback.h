@@ -2,7 +2,7 @@
 // The playback of one macro: its next event and the time of this event. No clock; owned by the key engine, one thread.
 #pragma once
 
-#include "daemon/engine/hidusage.h"
+#include "base/hidusage.h"
 #include "daemon/engine/keyassignment.h"
 #include "daemon/engine/playablemacro.h"
 

@@ -3,7 +3,7 @@
 // values; any thread.
 #pragma once
 
-#include "daemon/engine/hidusage.h"
+#include "base/hidusage.h"
 
 #include <QVariantList>
 #include <QVariantMap>

@@ -3,7 +3,7 @@
 // the thread of its key path.
 #pragma once
 
-#include "daemon/engine/hidusage.h"
+#include "base/hidusage.h"
 
 #include <QObject>
 

@@ -3,8 +3,8 @@
 // Values and rules; any thread.
 #pragma once
 
+#include "base/keycodes.h"
 #include "daemon/keyboards/devices.h"
-#include "daemon/keyboards/linux/keycodes.h"
 
 #include <QByteArray>
 #include <QList>

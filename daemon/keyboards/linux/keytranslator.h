@@ -3,8 +3,8 @@
 // its construction; one thread (the key thread).
 #pragma once
 
-#include "daemon/engine/hidusage.h"
-#include "daemon/keyboards/linux/keycodes.h"
+#include "base/hidusage.h"
+#include "base/keycodes.h"
 
 #include <linux/input-event-codes.h>
 

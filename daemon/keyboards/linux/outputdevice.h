@@ -3,7 +3,7 @@
 // used by one (the key thread); allocates nothing after create().
 #pragma once
 
-#include "daemon/keyboards/linux/keycodes.h"
+#include "base/keycodes.h"
 
 #include <QString>
 

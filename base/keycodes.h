@@ -3,7 +3,7 @@
 // any thread, no allocation.
 #pragma once
 
-#include "daemon/engine/hidusage.h"
+#include "base/hidusage.h"
 
 #include <optional>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/linux/keycodes.h"
+#include "base/keycodes.h"
 
 #include <linux/input-event-codes.h>
 
@@ -19,7 +19,7 @@ struct Row
 
 constexpr Row rows[] = {
 #define KESTRA_KEY_CODE(usage, code) {usage, code},
-#include "daemon/keyboards/linux/keycodetable.inc"
+#include "base/keycodetable.inc"
 };
 
 constexpr auto codes = [] {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/keyboards/linux/keycodes.h"
+#include "base/keycodes.h"
 #include "keys/keylayout.h"
 #include "keys/keynames.h"
 #include "tests/support/testmain.h"
