@@ -28,7 +28,8 @@ void CaptureSession::setCapture(const KeyCapture &capture, const char *cause)
         qCInfo(lcKeyboard, "%s, %s: %s", mCapture.name(), cause, capture.name());
     mCapture = capture;
     mKeyboard.listen({.isCapturing = capture.kind() != Kind::none,
-                      .isReporting = isForClient || mOnTheFly.state() == OnTheFlyState::recording});
+                      .isReporting = isForClient || mOnTheFly.state() == OnTheFlyState::recording},
+                     capture.client().value_or(QString()));
     mCapturedKey.clear();
     mKeyBeforeCaptured.clear();
     mEscapeHold = {};

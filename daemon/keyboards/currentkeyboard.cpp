@@ -83,9 +83,10 @@ void CurrentKeyboard::show(const QVariantMap &document)
     mKeyboard->showGameMode(mSettings.isGameModeOn);
 }
 
-void CurrentKeyboard::listen(KeyPath::Listening listening)
+void CurrentKeyboard::listen(KeyPath::Listening listening, const QString &client)
 {
     callKeys([listening](KeyPath &keys) { keys.listen(listening); });
+    mKeyboard->showCapture(client);
 }
 
 void CurrentKeyboard::stop()

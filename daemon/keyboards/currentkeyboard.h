@@ -27,7 +27,8 @@ public:
     /// another active profile than before.
     void apply(const QVariantMap &document, bool isOtherProfile);
     void showOnTheFly(OnTheFlyState state) { mKeyboard->showOnTheFly(state); }
-    void listen(KeyPath::Listening listening);
+    /// `client` as in Keyboard::showCapture().
+    void listen(KeyPath::Listening listening, const QString &client);
     /// When this returns, everything is released and the keys do nothing more.
     void stop();
 

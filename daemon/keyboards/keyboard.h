@@ -25,6 +25,8 @@ public:
     virtual void showLight(const Backlight::Settings &settings) = 0; ///< animates without further calls
     virtual void showOnTheFly(OnTheFlyState state) = 0;
     virtual void showGameMode(bool isOn) = 0;
+    /// The port of the client that captures or records the keys; empty for none. A real keyboard shows nothing.
+    virtual void showCapture(const QString &) {}
 
 Q_SIGNALS:
     void attachedChanged(bool isAttached); ///< its keys have released everything: KeyChannel::keysLost()

@@ -50,6 +50,12 @@ QString VirtualKeyboard::firmwareVersion() const
     return u"1.00"_s;
 }
 
+void VirtualKeyboard::showCapture(const QString &client)
+{
+    if (std::exchange(mShownCapture, client) != client)
+        Q_EMIT captureChanged(client);
+}
+
 void VirtualKeyboard::send(HidUsage usage, bool isDown)
 {
     mSent.removeOne(usage);

@@ -30,6 +30,7 @@ public:
     /// The time until the light changes by itself; absent if it does not.
     [[nodiscard]] std::optional<Backlight::Time> lightSleep() const { return mLight.sleep(); }
     [[nodiscard]] OnTheFlyState shownOnTheFly() const { return mShownOnTheFly; }
+    [[nodiscard]] const QString &shownCapture() const { return mShownCapture; }   ///< the client's port; empty for none
     [[nodiscard]] const QList<HidUsage> &pressedKeys() const { return mPressed; } ///< in the order of the presses
     [[nodiscard]] const QList<HidUsage> &sentKeys() const
     {
@@ -40,6 +41,7 @@ public:
     void showLight(const Backlight::Settings &settings) override { mLight.show(settings); }
     void showOnTheFly(OnTheFlyState state) override { mShownOnTheFly = state; }
     void showGameMode(bool isOn) override { mIsGameModeShown = isOn; }
+    void showCapture(const QString &client) override;
 
     /// Ignores a press of a key that is down and a release of one that is not. Page 7 has the keys, page 9 the mouse
     /// buttons. Page 12 (Consumer) has the two brightness keys, which act on the press. A key can also be released
@@ -57,6 +59,7 @@ public:
 Q_SIGNALS:
     void sent(uint usagePage, uint usage, bool down);
     void lightChanged(Backlight::Color color);
+    void captureChanged(const QString &client); ///< as in showCapture()
 
 private:
     /// Calls press its keys; a signal carries their output.
@@ -83,6 +86,7 @@ private:
     bool mIsAttached = true;
     bool mIsGameModeShown = false;
     OnTheFlyState mShownOnTheFly = OnTheFlyState::off;
+    QString mShownCapture;
     TimedLight mLight;
     QList<HidUsage> mPressed;
     QList<HidUsage> mSent;

@@ -33,6 +33,7 @@ VirtualKeyboardAdaptor::VirtualKeyboardAdaptor(VirtualKeyboard &keyboard, Virtua
     : QDBusAbstractAdaptor(object), mKeyboard(keyboard), mObject(object)
 {
     connect(&mKeyboard, &VirtualKeyboard::sent, this, &VirtualKeyboardAdaptor::Sent);
+    connect(&mKeyboard, &VirtualKeyboard::captureChanged, this, &VirtualKeyboardAdaptor::CaptureChanged);
     connect(&mKeyboard, &VirtualKeyboard::lightChanged, this,
             [this](Backlight::Color color) { Q_EMIT LightChanged(Backlight::colorText(color)); });
 }

@@ -35,6 +35,7 @@ class VirtualKeyboardAdaptor : public QDBusAbstractAdaptor
     Q_PROPERTY(int Brightness READ brightness)
     Q_PROPERTY(QString Light READ light)
     Q_PROPERTY(QString OnTheFly READ onTheFly)
+    Q_PROPERTY(QString CaptureClient READ captureClient)
     Q_PROPERTY(QString FirmwareVersion READ firmwareVersion)
     Q_PROPERTY(QList<uint> PressedKeys READ pressedKeys)
     Q_PROPERTY(QList<uint> SentKeys READ sentKeys)
@@ -47,6 +48,7 @@ public:
     [[nodiscard]] int brightness() const { return mKeyboard.shownBrightness(); }
     [[nodiscard]] QString light() const { return Backlight::colorText(mKeyboard.shownLight()); }
     [[nodiscard]] QString onTheFly() const { return onTheFlyStateName(mKeyboard.shownOnTheFly()); }
+    [[nodiscard]] QString captureClient() const { return mKeyboard.shownCapture(); }
     [[nodiscard]] QString firmwareVersion() const { return mKeyboard.firmwareVersion(); }
     [[nodiscard]] QList<uint> pressedKeys() const;
     [[nodiscard]] QList<uint> sentKeys() const;
@@ -66,6 +68,7 @@ public Q_SLOTS:
 Q_SIGNALS:
     void Sent(uint usagePage, uint usage, bool down);
     void LightChanged(const QString &color);
+    void CaptureChanged(const QString &client);
 
 private:
     void finish(VirtualKeyboard::Result result) const;

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void computerOwnsTheKeysAtFirst();
     void clientOwnsTheKeysUntilTheirRelease_data();
     void clientOwnsTheKeysUntilTheirRelease();
+    void keyboardShowsTheClientThatOwnsTheKeys();
     void clientTakesTheKeysFromAnother();
     void endOfAnotherClientEndsNothing();
     void onTheFlyKeyIsAwaitedForNoClient();
@@ -204,6 +205,24 @@ void CaptureSessionTest::clientOwnsTheKeysUntilTheirRelease()
     QVERIFY(mWatchedClient.isEmpty());
     QVERIFY(hasComputerTheKeys());
     QTEST(mNotifications, "notifications");
+}
+
+void CaptureSessionTest::keyboardShowsTheClientThatOwnsTheKeys()
+{
+    QStringList shown;
+    connect(mKeyboard.get(), &VirtualKeyboard::captureChanged, this, [&](const QString &port) {
+        shown += port;
+        QCOMPARE(hasComputerTheKeys(), port.isEmpty()); // in effect already
+    });
+    QCOMPARE(mKeyboard->shownCapture(), QString());
+    startCapture(client, Kind::singleKey);
+    QCOMPARE(mKeyboard->shownCapture(), client);
+    startCapture(client, Kind::macroRecording);
+    startCapture(another, Kind::editedEvent);
+    mSession->release("the test releases them");
+    mSession->release("the test releases them again");
+    awaitOnTheFlyKey(); // for no client
+    QCOMPARE(shown, QStringList({client, another, QString()}));
 }
 
 void CaptureSessionTest::clientTakesTheKeysFromAnother()

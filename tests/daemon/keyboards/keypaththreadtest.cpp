@@ -148,9 +148,9 @@ void KeyPathThreadTest::stormLeavesNoKeyDown()
             stored = randomDocument(random);
             current.apply(stored, true);
             break;
-        case 2: current.listen({.isCapturing = true, .isReporting = random.bounded(2) == 0}); break;
+        case 2: current.listen({.isCapturing = true, .isReporting = random.bounded(2) == 0}, QString()); break;
         case 3:
-        case 4: current.listen({.isCapturing = false, .isReporting = random.bounded(2) == 0}); break;
+        case 4: current.listen({.isCapturing = false, .isReporting = random.bounded(2) == 0}, QString()); break;
         case 5: keyboard.postToKeys([](NotingChannel &channel) { Q_EMIT channel.keysLost(); }); break;
         default: QCoreApplication::processEvents();
         }
