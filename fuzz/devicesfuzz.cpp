@@ -2,8 +2,8 @@
 // Chosen keyboards, and the data that keyboards report of themselves. Whatever devices.plist contains, the daemon reads
 // a whole choice or none, keeps the file that it found, and can save a choice. Whatever the serial number, port and
 // name of a keyboard are, its udev rule has the lines of a rule and no others, because root's udev obeys them.
+#include "base/devicerule.h"
 #include "base/propertylist.h"
-#include "cli/devicerule.h"
 #include "daemon/keyboards/devicechoice.h"
 #include "fuzz/target.h"
 
