@@ -14,9 +14,9 @@ struct ChosenRecord
     const RecordKind *kind = nullptr; ///< never null
     QVariantMap document;
     QVariantList records;
-    int number = 0; ///< position in `records`
+    int index = 0; ///< in `records`
 
-    [[nodiscard]] QVariantMap record() const { return records.at(number).toMap(); }
+    [[nodiscard]] QVariantMap record() const { return records.at(index).toMap(); }
     [[nodiscard]] QString words() const; ///< as recordWords()
     /// `name`, or `name` with a number when another of the records has it.
     [[nodiscard]] QString freeName(const QString &name) const;
@@ -25,5 +25,5 @@ struct ChosenRecord
 /// The record that the first argument names.
 [[nodiscard]] CommandResult<ChosenRecord> chooseRecord(CommandContext &context, const RecordKind &kind);
 
-/// 'macro 2 "Combo"'; without the name where `record` has none.
-[[nodiscard]] QString recordWords(const RecordKind &kind, int number, const QVariantMap &record);
+/// 'macro 2 "Combo"' for the record with the index 1; without the name where `record` has none.
+[[nodiscard]] QString recordWords(const RecordKind &kind, int index, const QVariantMap &record);

@@ -48,7 +48,8 @@ void printHelp(Console &console)
     console.print({});
     console.print(u"KEY is a key's name (A, F1, LeftShift, NumPadSeven, M1) or its HID usage (225, 0x04)."_s);
     console.print(u"MODIFIER is a modifier key's name (LeftControl, RightShift)."_s);
-    console.print(u"N is a number: the first profile, and the first macro, is 0."_s);
+    console.print(u"N is a number: the first profile, and the first macro, is 1."_s);
+    console.print(u"NAME is a name, in any letter case if only one fits. name:2 is the one called \"2\"."_s);
     console.print({});
     console.print(u"Exit codes: 0 done, 1 refused by the daemon, 2 wrong usage, 3 no daemon, 4 no answer, "
                   "5 results not written, 6 done in part."_s);

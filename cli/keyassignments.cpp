@@ -74,19 +74,19 @@ Result<NewAssignment> makeMacro(const AssignmentWords &words)
             u"\"%1\" is not a way to repeat a macro: give once, until-released, until-pressed-again or 2 to 10"_s.arg(
                 words.optionValue)};
     const QVariantList macros = Document(words.document).macros();
-    const Result<int> number = existingRecordNumber(words.argument, macros, macroKind);
-    if (!number)
-        return number.error();
-    return NewAssignment{.assignment = Assignment::playMacro, .param1 = *number, .param2 = *repeat};
+    const Result<int> index = recordIndex(words.argument, macros, macroKind);
+    if (!index)
+        return index.error();
+    return NewAssignment{.assignment = Assignment::playMacro, .param1 = *index, .param2 = *repeat};
 }
 
 Result<NewAssignment> makeProfile(const AssignmentWords &words)
 {
     const QVariantList profiles = Document(words.document).profiles();
-    const Result<int> number = existingRecordNumber(words.argument, profiles, profileKind);
-    if (!number)
-        return number.error();
-    return NewAssignment{.assignment = Assignment::switchProfile, .param1 = *number};
+    const Result<int> index = recordIndex(words.argument, profiles, profileKind);
+    if (!index)
+        return index.error();
+    return NewAssignment{.assignment = Assignment::switchProfile, .param1 = *index};
 }
 
 /// The daemon starts desktop entries and bundles; it resolves no relative path, which would be relative to itself.

@@ -17,11 +17,11 @@ using KeyMappings::Assignment;
 
 namespace {
 
-/// "macro Combo", or "macro 2 (which does not exist)".
+/// "macro Combo", or "macro 2 (which does not exist)" for the index 1.
 QString namedRecord(const RecordKind &kind, int index, const QVariantList &records)
 {
     if (index < 0 || index >= records.size())
-        return u"%1 %2 (which does not exist)"_s.arg(kind.word).arg(index);
+        return u"%1 %2 (which does not exist)"_s.arg(kind.word).arg(qint64{index} + 1);
     return kind.word + u' ' + records.at(index).toMap().value(kind.nameKey).toString();
 }
 

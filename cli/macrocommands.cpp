@@ -4,6 +4,7 @@
 #include "base/document.h"
 #include "base/settingskeys.h"
 #include "cli/commandtable.h"
+#include "cli/linewords.h"
 #include "cli/plistjson.h"
 #include "cli/recordcommands.h"
 #include "macros/macrofile.h"
@@ -17,12 +18,12 @@ using DaemonProtocol::Command;
 
 namespace {
 
-RecordRow rowOf(const QVariantMap &, int number, const QVariantMap &record)
+RecordRow rowOf(const QVariantMap &, int index, const QVariantMap &record)
 {
     const QString name = MacroRecord::name(record);
     const auto events = static_cast<int>(MacroRecord::events(record).size());
-    return {.line = u"%1  %2 (%3 events)"_s.arg(number, 3).arg(name).arg(events),
-            .object = {{u"number"_s, number}, {u"name"_s, name}, {u"events"_s, events}}};
+    return {.line = numberedLine(index, name + u" (%1)"_s.arg(eventCount(events))),
+            .object = {{u"index"_s, index}, {u"name"_s, name}, {u"events"_s, events}}};
 }
 
 /// Adds `record` under a name that none of the macros has.
@@ -59,7 +60,7 @@ CommandResult<void> showMacro(CommandContext &context)
     if (!chosen)
         return chosen.error();
     const CommandResult<QVariantMap> reply =
-        context.daemon.sendChecked(Command::readMacroLines, {{DaemonProtocol::indexOfMacroSequence, chosen->number}},
+        context.daemon.sendChecked(Command::readMacroLines, {{DaemonProtocol::indexOfMacroSequence, chosen->index}},
                                    chosen->words() + u" cannot be read"_s);
     if (!reply)
         return reply.error();
@@ -68,15 +69,15 @@ CommandResult<void> showMacro(CommandContext &context)
         lines += line.toString().trimmed();
     if (context.hasOption(Options::json)) {
         context.console.printJson(QJsonObject{
-            {u"number"_s, chosen->number},
+            {u"index"_s, chosen->index},
             {u"name"_s, MacroRecord::name(chosen->record())},
             {u"events"_s, jsonFromPropertyList(MacroRecord::events(chosen->record()))},
             {u"lines"_s, QJsonArray::fromStringList(lines)},
         });
         return {};
     }
-    for (const QString &line : std::as_const(lines))
-        context.console.print(line);
+    for (int row = 0; row < lines.size(); ++row)
+        context.console.print(numberedLine(row, lines.at(row)));
     return {};
 }
 
@@ -97,12 +98,12 @@ CommandResult<void> renameMacro(CommandContext &context)
     if (!chosen)
         return chosen.error();
     const QVariantMap named{{SettingsKeys::macroName, chosen->freeName(context.arguments.at(1))},
-                            {SettingsKeys::macroId, chosen->number}};
+                            {SettingsKeys::macroId, chosen->index}};
     const CommandResult<QVariantMap> reply = context.daemon.sendChecked(
         Command::renameMacro, {{DaemonProtocol::macroContents, named}}, chosen->words() + u" cannot be renamed"_s);
     if (!reply)
         return reply.error();
-    context.console.print(recordWords(macroKind, chosen->number, named) + u" is renamed"_s);
+    context.console.print(recordWords(macroKind, chosen->index, named) + u" is renamed"_s);
     return {};
 }
 

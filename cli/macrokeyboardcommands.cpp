@@ -5,6 +5,7 @@
 #include "cli/chosenrecord.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
+#include "cli/linewords.h"
 #include "cli/untilended.h"
 #include "cli/virtualkeyboardclient.h"
 #include "keys/keylayout.h"
@@ -150,7 +151,7 @@ CommandResult<void> recordMacro(CommandContext &context)
     if (!timed)
         return timed.error();
     const ChosenRecord &chosen = timed->macro;
-    const QVariantMap request{{DaemonProtocol::macroId, chosen.number},
+    const QVariantMap request{{DaemonProtocol::macroId, chosen.index},
                               {DaemonProtocol::isAppendRecording, context.hasOption(Options::append) ? 1 : 0}};
     const CommandResult<bool> hasPrintedLines = record(context, chosen, request, timed->duration);
     if (!hasPrintedLines)
@@ -158,12 +159,12 @@ CommandResult<void> recordMacro(CommandContext &context)
     const CommandResult<QVariantMap> document = save(context, chosen, request);
     if (!document)
         return document.error();
-    const QVariantMap saved = Document(*document).macro(chosen.number);
+    const QVariantMap saved = Document(*document).macro(chosen.index);
     const QVariantList events = MacroRecord::events(saved);
     // The last lines may not have come before the recording was ended.
     const bool isEmpty = !*hasPrintedLines && events == MacroRecord::events(chosen.record());
-    const QString format = isEmpty ? u"nothing was recorded: %1 still has %2 events"_s : u"%1 has %2 events"_s;
-    context.console.print(format.arg(chosen.words()).arg(events.size()));
+    const QString format = isEmpty ? u"nothing was recorded: %1 still has %2"_s : u"%1 has %2"_s;
+    context.console.print(format.arg(chosen.words(), eventCount(events.size())));
     return {};
 }
 
@@ -173,7 +174,7 @@ CommandResult<void> playMacro(CommandContext &context)
     if (!timed)
         return timed.error();
     const ChosenRecord &chosen = timed->macro;
-    const std::optional<PlayingKey> key = keyThatPlays(chosen.document, chosen.number);
+    const std::optional<PlayingKey> key = keyThatPlays(chosen.document, chosen.index);
     if (!key)
         return wrongUsage(u"no key of the active profile plays %1 (see kestractl help key)"_s.arg(chosen.words()));
     const CommandResult<void> played = pressFor(*key, timed->duration.value_or(usualPlayTime));

@@ -6,7 +6,8 @@
 #include "base/uniquename.h"
 #include "cli/commandtable.h"
 #include "cli/factoryprofile.h"
-#include "cli/recordchoice.h"
+#include "cli/keydescription.h"
+#include "cli/linewords.h"
 #include "cli/recordcommands.h"
 #include "platform/applicationinformation.h"
 #include "profiles/applicationbinding.h"
@@ -20,27 +21,27 @@ using DaemonProtocol::Command;
 
 namespace {
 
-RecordRow rowOf(const QVariantMap &document, int number, const QVariantMap &record)
+RecordRow rowOf(const QVariantMap &document, int index, const QVariantMap &record)
 {
     const QString name = ProfileRecord::name(record);
-    const bool isActive = number == Document(document).activeProfileIndex();
-    return {.line = u"%1%2  %3"_s.arg(QChar(isActive ? u'*' : u' ')).arg(number, 3).arg(name),
-            .object = {{u"number"_s, number},
+    const bool isActive = index == Document(document).activeProfileIndex();
+    return {.line = QChar(isActive ? u'*' : u' ') + numberedLine(index, name),
+            .object = {{u"index"_s, index},
                        {u"name"_s, name},
                        {u"active"_s, isActive},
                        {u"application"_s, ApplicationBinding::applicationOf(record)}}};
 }
 
-/// Sends a change of the profiles and prints the profile `number` (negative: counted from the end) as the daemon now
-/// holds it, with `outcome` behind it. `failure` begins the message of a refusal.
-CommandResult<void> change(CommandContext &context, Command command, const QVariantMap &request, int number,
+/// Sends a change of the profiles and prints the profile with `index` (negative: counted from the end) as the daemon
+/// now holds it, with `outcome` behind it. `failure` begins the message of a refusal.
+CommandResult<void> change(CommandContext &context, Command command, const QVariantMap &request, int index,
                            const QString &outcome, const QString &failure)
 {
     const CommandResult<QVariantMap> reply = context.daemon.sendChecked(command, request, failure);
     if (!reply)
         return reply.error();
     const QVariantList profiles = Document(reply->value(DaemonProtocol::returnDictionary).toMap()).profiles();
-    const int shown = number < 0 ? static_cast<int>(profiles.size()) + number : number;
+    const int shown = index < 0 ? static_cast<int>(profiles.size()) + index : index;
     context.console.print(recordWords(profileKind, shown, profiles.value(shown).toMap()) + u' ' + outcome);
     return {};
 }
@@ -56,8 +57,8 @@ CommandResult<void> updateRecord(CommandContext &context, const ChosenRecord &ch
                                  const QString &outcome)
 {
     return change(context, Command::updateProfile,
-                  {{DaemonProtocol::profileId, chosen.number}, {DaemonProtocol::deviceSettingsDictionary, changes}},
-                  chosen.number, outcome, chosen.words() + u" cannot be changed"_s);
+                  {{DaemonProtocol::profileId, chosen.index}, {DaemonProtocol::deviceSettingsDictionary, changes}},
+                  chosen.index, outcome, chosen.words() + u" cannot be changed"_s);
 }
 
 /// The desktop entry with this ID, or the path itself.
@@ -78,19 +79,15 @@ CommandResult<void> listProfiles(CommandContext &context)
 
 CommandResult<void> switchToProfile(CommandContext &context)
 {
-    const CommandResult<QVariantMap> document = context.daemon.document();
-    if (!document)
-        return document.error();
-    const QVariantList profiles = Document(*document).profiles();
-    const Result<int> number = recordNumber(context.arguments.first(), profiles, profileKind);
-    if (!number)
-        return wrongUsage(number.error().message);
-    const QString words = recordWords(profileKind, *number, profiles.value(*number).toMap());
-    const CommandResult<QVariantMap> reply = context.daemon.sendChecked(
-        Command::switchProfile, {{DaemonProtocol::profileId, *number}}, words + u" cannot become active"_s);
+    const CommandResult<ChosenRecord> chosen = chooseRecord(context, profileKind);
+    if (!chosen)
+        return chosen.error();
+    const CommandResult<QVariantMap> reply =
+        context.daemon.sendChecked(Command::switchProfile, {{DaemonProtocol::profileId, chosen->index}},
+                                   chosen->words() + u" cannot become active"_s);
     if (!reply)
         return reply.error();
-    context.console.print(words + u" is active"_s);
+    context.console.print(chosen->words() + u" is active"_s);
     return {};
 }
 

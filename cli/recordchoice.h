@@ -8,10 +8,7 @@
 #include <QString>
 #include <QVariantList>
 
-/// The number that `text` means. A number is taken unchanged, whether such a record exists or not; a name must belong
-/// to exactly one of `records`.
-[[nodiscard]] Result<int> recordNumber(const QString &text, const QVariantList &records, const RecordKind &kind);
-
-/// As recordNumber(), but a record with that number must exist.
-[[nodiscard]] Result<int> existingRecordNumber(const QString &text, const QVariantList &records,
-                                               const RecordKind &kind);
+/// The index in `records` of the record that `text` means. A text of digits is a number, counted from 1. Any other text
+/// is a name, also with "name:" before it ("name:2" is the record called "2"). A name in its exact letters precedes
+/// those in another letter case. An error when no record, or more than one, is meant.
+[[nodiscard]] Result<int> recordIndex(const QString &text, const QVariantList &records, const RecordKind &kind);

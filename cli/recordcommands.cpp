@@ -11,15 +11,15 @@
 using namespace Qt::StringLiterals;
 
 CommandResult<void> listRecords(CommandContext &context, const RecordKind &kind,
-                                RecordRow (*rowOf)(const QVariantMap &document, int number, const QVariantMap &record))
+                                RecordRow (*rowOf)(const QVariantMap &document, int index, const QVariantMap &record))
 {
     const CommandResult<QVariantMap> document = context.daemon.document();
     if (!document)
         return document.error();
     const QVariantList records = (Document(*document).*kind.records)();
     QJsonArray list;
-    for (int number = 0; number < records.size(); ++number) {
-        const RecordRow row = rowOf(*document, number, records.at(number).toMap());
+    for (int index = 0; index < records.size(); ++index) {
+        const RecordRow row = rowOf(*document, index, records.at(index).toMap());
         if (context.hasOption(Options::json))
             list.append(row.object);
         else
@@ -35,13 +35,13 @@ CommandResult<void> deleteRecord(CommandContext &context, const RecordKind &kind
     const CommandResult<ChosenRecord> chosen = chooseRecord(context, kind);
     if (!chosen)
         return chosen.error();
-    const CommandResult<QVariantMap> reply = context.daemon.sendChecked(
-        kind.deletion, {{kind.numberKey, chosen->number}}, chosen->words() + u" cannot be deleted"_s);
+    const CommandResult<QVariantMap> reply = context.daemon.sendChecked(kind.deletion, {{kind.indexKey, chosen->index}},
+                                                                        chosen->words() + u" cannot be deleted"_s);
     if (!reply)
         return reply.error();
     context.console.print(chosen->words() + u" is deleted"_s);
     const CommandResult<void> repaired =
-        repairMappings(context.daemon, chosen->document, chosen->number, kind.assignment);
+        repairMappings(context.daemon, chosen->document, chosen->index, kind.assignment);
     if (!repaired)
         return CommandError{{u"the keys that used it may still name it: "_s + repaired.error().message},
                             ExitCode::incomplete};

@@ -15,7 +15,7 @@ struct RecordRow
 
 /// "list": prints all records of `kind`, each as `rowOf` gives it.
 CommandResult<void> listRecords(CommandContext &context, const RecordKind &kind,
-                                RecordRow (*rowOf)(const QVariantMap &document, int number, const QVariantMap &record));
+                                RecordRow (*rowOf)(const QVariantMap &document, int index, const QVariantMap &record));
 
 /// "delete": deletes the record that the first argument names and repairs the keys that named it.
 CommandResult<void> deleteRecord(CommandContext &context, const RecordKind &kind);

@@ -16,7 +16,7 @@ const RecordKind profileKind{.word = "profile"_L1,
                              .listCommand = "kestractl profile list"_L1,
                              .fileSuffix = ProfileFile::suffix,
                              .deletion = Command::deleteProfile,
-                             .numberKey = DaemonProtocol::profileId,
+                             .indexKey = DaemonProtocol::profileId,
                              .assignment = Assignment::switchProfile};
 const RecordKind macroKind{.word = "macro"_L1,
                            .records = &Document::macros,
@@ -25,7 +25,7 @@ const RecordKind macroKind{.word = "macro"_L1,
                            .listCommand = "kestractl macro list"_L1,
                            .fileSuffix = MacroFile::suffix,
                            .deletion = Command::deleteMacro,
-                           .numberKey = DaemonProtocol::macroId,
+                           .indexKey = DaemonProtocol::macroId,
                            .assignment = Assignment::playMacro};
 
 bool isOfKind(const QVariantMap &record, const RecordKind &kind)

@@ -9,7 +9,7 @@
 #include <QLatin1StringView>
 #include <QVariantMap>
 
-/// A kind of record that has a number (its position, from 0) and a name.
+/// A kind of record that has an index (from 0), a number that people use (from 1), and a name.
 struct RecordKind
 {
     QLatin1StringView word; ///< "profile", "macro"
@@ -19,7 +19,7 @@ struct RecordKind
     QLatin1StringView listCommand; ///< prints all records of the kind
     QLatin1StringView fileSuffix;  ///< without a dot
     DaemonProtocol::Command deletion;
-    QLatin1StringView numberKey;        ///< of the request to delete
+    QLatin1StringView indexKey;         ///< of the request to delete
     KeyMappings::Assignment assignment; ///< of the keys that name such a record
 };
 

@@ -19,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1StringView problemsRow{"settingsProblems"};
+constexpr QLatin1StringView activeProfileRow{"activeProfile"};
 
 /// A property of the application in front; null when the daemon does not report it.
 QJsonValue frontApplication(QLatin1StringView property)
@@ -91,7 +92,7 @@ Rows statusRows(const Document &document, DaemonClient &daemon)
               {u"keyboard"_s, keyboard},
               {u"firmware"_s, firmware ? QJsonValue(*firmware) : QJsonValue()}};
     rows += deviceRows(device);
-    rows += Rows{{u"activeProfile"_s, document.activeProfileIndex()},
+    rows += Rows{{activeProfileRow, document.activeProfileIndex()},
                  {u"activeProfileName"_s, ProfileRecord::name(profile)},
                  {u"frontApplication"_s, frontApplication("Application"_L1)},
                  {u"frontApplicationSource"_s, frontApplication("Source"_L1)},
@@ -156,6 +157,8 @@ CommandResult<void> showStatus(CommandContext &context)
         const bool isHintWithoutNeed = name == "frontApplicationHint"_L1 && value.toString().isEmpty();
         if (!asJson && name == problemsRow)
             printProblems(value.toArray(), context.console);
+        else if (!asJson && name == activeProfileRow)
+            context.console.print(name + u": "_s + QString::number(value.toInteger() + 1)); // users count from 1
         else if (!asJson && !isHintWithoutNeed)
             context.console.print(name + u": "_s + words(value));
     }

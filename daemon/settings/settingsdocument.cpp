@@ -29,7 +29,7 @@ QString problemOfMacros(const QVariantList &macros)
     qsizetype eventCount = 0;
     for (qsizetype index = 0; index < macros.size(); ++index) {
         if (macros.at(index).typeId() != QMetaType::QVariantMap || !MacroRecord::isWellFormed(macros.at(index).toMap()))
-            return u"macro %1 is not a macro record"_s.arg(index);
+            return u"macro %1 is not a macro record"_s.arg(index + 1);
         eventCount += MacroRecord::events(macros.at(index).toMap()).size();
     }
     return eventCount > MacroRecord::maximumTotalEvents ? u"%1 events in all"_s.arg(eventCount) : QString();
@@ -90,7 +90,7 @@ QString SettingsDocument::problemOf(const QVariantMap &document)
         return u"%1 profiles"_s.arg(profileList.size());
     for (qsizetype index = 0; index < profileList.size(); ++index) {
         if (!isWellFormedProfile(profileList.at(index)))
-            return u"profile %1 is not a profile record"_s.arg(index);
+            return u"profile %1 is not a profile record"_s.arg(index + 1);
     }
 
     const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();

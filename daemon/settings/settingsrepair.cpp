@@ -62,10 +62,10 @@ QVariantList repairedProfiles(const QVariantMap &document, QStringList &repairs)
             continue;
         const QString defaultName = u"Profile %1"_s.arg(index + 1);
         if (profile.typeId() == QMetaType::QVariantMap) {
-            repairs += u"profile %1 had values of a wrong type, which are left out"_s.arg(index);
+            repairs += u"profile %1 had values of a wrong type, which are left out"_s.arg(index + 1);
             profile = repairedProfile(profile.toMap(), defaultName);
         } else {
-            repairs += u"profile %1 was not a dictionary, and is empty"_s.arg(index);
+            repairs += u"profile %1 was not a dictionary, and is empty"_s.arg(index + 1);
             profile = SettingsDocument::emptyProfile(defaultName);
         }
     }
@@ -92,7 +92,8 @@ QVariantMap repairedMacro(const QVariant &value, qsizetype index, QStringList &r
     if (!isRecord || !hasGoodEvents)
         record = MacroRecord::withEvents(record, {});
     const QString repair = isRecord ? u"macro %1 had values of a wrong type"_s : u"macro %1 was not a dictionary"_s;
-    repairs += repair.arg(index) + (isRecord && hasGoodEvents ? u", which are repaired"_s : u", and has no events"_s);
+    repairs +=
+        repair.arg(index + 1) + (isRecord && hasGoodEvents ? u", which are repaired"_s : u", and has no events"_s);
     return record;
 }
 
@@ -104,7 +105,7 @@ QVariantList repairedMacros(const QVariantMap &document, QStringList &repairs)
         QVariantMap macro = repairedMacro(macros.at(index), index, repairs);
         const qsizetype events = MacroRecord::events(macro).size();
         if (eventCount + events > MacroRecord::maximumTotalEvents) {
-            repairs += u"macro %1 had one event too many of all macros, and has none"_s.arg(index);
+            repairs += u"macro %1 had one event too many of all macros, and has none"_s.arg(index + 1);
             macro = MacroRecord::withEvents(macro, {});
         } else {
             eventCount += events;

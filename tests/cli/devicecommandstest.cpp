@@ -334,7 +334,7 @@ void DeviceCommandsTest::reportsADaemonWithoutTheObject()
 void DeviceCommandsTest::unusedVirtualKeyboardShowsHowToUseIt_data()
 {
     QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("macro play") << QStringList{u"macro"_s, u"play"_s, u"0"_s};
+    QTest::newRow("macro play") << QStringList{u"macro"_s, u"play"_s, u"1"_s};
     QTest::newRow("press") << QStringList{u"keyboard"_s, u"press"_s, u"A"_s};
     QTest::newRow("game mode") << QStringList{u"keyboard"_s, u"game-mode"_s};
     QTest::newRow("Macro key") << QStringList{u"keyboard"_s, u"macro-key"_s};

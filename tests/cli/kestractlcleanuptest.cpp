@@ -44,7 +44,7 @@ void scriptDeletion(ScriptedDaemon &daemon, int type, const Deletion &deletion)
 
 KestractlResult runDeletion(int type, int index)
 {
-    return runKestractl({type == playMacro ? u"macro"_s : u"profile"_s, u"delete"_s, QString::number(index)});
+    return runKestractl({type == playMacro ? u"macro"_s : u"profile"_s, u"delete"_s, QString::number(index + 1)});
 }
 
 QVariantList sentProfiles(const ScriptedDaemon &daemon)

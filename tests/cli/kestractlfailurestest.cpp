@@ -154,14 +154,14 @@ void TestKestractlFailures::reportsWrongUsage_data()
     QTest::newRow("too much") << QStringList{u"key"_s, u"A"_s, u"disable"_s, u"B"_s}
                               << u"\"key KEY disable\" takes nothing more"_s;
     QTest::newRow("another kind's option")
-        << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"0"_s, u"--modifiers"_s, u"LeftShift"_s}
+        << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"1"_s, u"--modifiers"_s, u"LeftShift"_s}
         << u"\"key KEY macro\" takes no option --modifiers"_s;
     QTest::newRow("option without an assignment")
         << QStringList{u"key"_s, u"A"_s, u"--repeat=2"_s} << u"go with an assignment"_s;
     QTest::newRow("option without a value")
-        << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"0"_s, u"--repeat"_s} << u"the option --repeat needs a value"_s;
+        << QStringList{u"key"_s, u"A"_s, u"macro"_s, u"1"_s, u"--repeat"_s} << u"the option --repeat needs a value"_s;
     QTest::newRow("option given twice") << QStringList{u"key"_s, u"A"_s,          u"macro"_s,
-                                                       u"0"_s,   u"--repeat=2"_s, u"--repeat=3"_s}
+                                                       u"1"_s,   u"--repeat=2"_s, u"--repeat=3"_s}
                                         << u"the option --repeat is given twice"_s;
     QTest::newRow("value for an option that takes none")
         << QStringList{u"key"_s, u"A"_s, u"--json=1"_s} << u"--json=1"_s;
@@ -176,11 +176,11 @@ void TestKestractlFailures::reportsWrongUsage_data()
         const QString problem = u"a %1 needs a name"_s.arg(kind);
         QTest::addRow("%s without a name", qPrintable(kind)) << QStringList{kind, u"add"_s, QString()} << problem;
         QTest::addRow("%s to rename to nothing", qPrintable(kind))
-            << QStringList{kind, u"rename"_s, u"0"_s, QString()} << problem;
+            << QStringList{kind, u"rename"_s, u"1"_s, QString()} << problem;
     }
     for (const QString &seconds : {u"soon"_s, u"0"_s, u"-1"_s, u"nan"_s, u"86401"_s})
         QTest::addRow("record for %s seconds", qPrintable(seconds))
-            << QStringList{u"macro"_s, u"record"_s, u"0"_s, u"--seconds"_s, seconds} << u"\"%1\""_s.arg(seconds);
+            << QStringList{u"macro"_s, u"record"_s, u"1"_s, u"--seconds"_s, seconds} << u"\"%1\""_s.arg(seconds);
     QTest::newRow("options that exclude each other")
         << QStringList{u"document"_s, u"--json"_s, u"--plist"_s} << u"exclude"_s;
 }
@@ -204,13 +204,13 @@ void TestKestractlFailures::reportsAMissingDaemon_data()
     QTest::newRow("light changed") << QStringList{u"light"_s, u"off"_s};
     QTest::newRow("document") << QStringList{u"document"_s};
     QTest::newRow("profile list") << QStringList{u"profile"_s, u"list"_s};
-    QTest::newRow("profile switch") << QStringList{u"profile"_s, u"switch"_s, u"0"_s};
+    QTest::newRow("profile switch") << QStringList{u"profile"_s, u"switch"_s, u"1"_s};
     QTest::newRow("key") << QStringList{u"key"_s, u"A"_s};
     QTest::newRow("key disable") << QStringList{u"key"_s, u"A"_s, u"disable"_s};
     QTest::newRow("macro list") << QStringList{u"macro"_s, u"list"_s};
     QTest::newRow("macro add") << QStringList{u"macro"_s, u"add"_s};
-    QTest::newRow("macro record") << QStringList{u"macro"_s, u"record"_s, u"0"_s};
-    QTest::newRow("macro play") << QStringList{u"macro"_s, u"play"_s, u"0"_s};
+    QTest::newRow("macro record") << QStringList{u"macro"_s, u"record"_s, u"1"_s};
+    QTest::newRow("macro play") << QStringList{u"macro"_s, u"play"_s, u"1"_s};
     QTest::newRow("keyboard attach") << QStringList{u"keyboard"_s, u"attach"_s};
     QTest::newRow("keyboard sent") << QStringList{u"keyboard"_s, u"sent"_s};
     QTest::newRow("keyboard press") << QStringList{u"keyboard"_s, u"press"_s, u"A"_s};

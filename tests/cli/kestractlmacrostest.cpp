@@ -40,6 +40,7 @@ private Q_SLOTS:
     void cleanup();
 
     void macrosAreAddedListedRenamedAndDeleted();
+    void namesWithPercentSignsAreShownUnchanged();
     void deletingResetsTheKeys();
     void deletingKeepsTheNumbersOfTheOtherKeys();
     void showsAMacroAsTheWindowDoes();
@@ -133,26 +134,39 @@ void TestKestractlMacros::tap(uint key)
 void TestKestractlMacros::macrosAreAddedListedRenamedAndDeleted()
 {
     QCOMPARE(line({u"list"_s}), QString());
-    QCOMPARE(line({u"add"_s}), u"macro 0 \"Untitled Macro\" is added"_s);
-    QCOMPARE(line({u"add"_s}), u"macro 1 \"Untitled Macro(2)\" is added"_s);
-    QCOMPARE(line({u"add"_s, u"Combo"_s}), u"macro 2 \"Combo\" is added"_s);
+    QCOMPARE(line({u"add"_s}), u"macro 1 \"Untitled Macro\" is added"_s);
+    QCOMPARE(line({u"add"_s}), u"macro 2 \"Untitled Macro(2)\" is added"_s);
+    QCOMPARE(line({u"add"_s, u"Combo"_s}), u"macro 3 \"Combo\" is added"_s);
     QCOMPARE(record(2).value(u"delay"_s), QVariant(20));
     QCOMPARE(line({u"list"_s}),
-             u"0  Untitled Macro (0 events)\n  1  Untitled Macro(2) (0 events)\n  2  Combo (0 events)"_s);
+             u"1  Untitled Macro (0 events)\n  2  Untitled Macro(2) (0 events)\n  3  Combo (0 events)"_s);
     QCOMPARE(run({u"list"_s, u"--json"_s}).json().array().last().toObject(),
-             (QJsonObject{{u"number"_s, 2}, {u"name"_s, u"Combo"_s}, {u"events"_s, 0}}));
-    QCOMPARE(line({u"rename"_s, u"0"_s, u"Combo"_s}), u"macro 0 \"Combo(2)\" is renamed"_s);
-    QCOMPARE(line({u"rename"_s, u"Combo"_s, u"Combo"_s}), u"macro 2 \"Combo\" is renamed"_s); // its own name is free
+             (QJsonObject{{u"index"_s, 2}, {u"name"_s, u"Combo"_s}, {u"events"_s, 0}}));
+    QCOMPARE(line({u"rename"_s, u"1"_s, u"Combo"_s}), u"macro 1 \"Combo(2)\" is renamed"_s);
+    QCOMPARE(line({u"rename"_s, u"Combo"_s, u"Combo"_s}), u"macro 3 \"Combo\" is renamed"_s); // its own name is free
     QCOMPARE(names(), QStringList({u"Combo(2)"_s, u"Untitled Macro(2)"_s, u"Combo"_s}));
-    QCOMPARE(line({u"delete"_s, u"Untitled Macro(2)"_s}), u"macro 1 \"Untitled Macro(2)\" is deleted"_s);
+    QCOMPARE(line({u"delete"_s, u"Untitled Macro(2)"_s}), u"macro 2 \"Untitled Macro(2)\" is deleted"_s);
     QCOMPARE(names(), QStringList({u"Combo(2)"_s, u"Combo"_s}));
+}
+
+void TestKestractlMacros::namesWithPercentSignsAreShownUnchanged()
+{
+    QVariantMap macro =
+        MacroRecord::withEvents({{u"MacroName"_s, u"50%1 or %2"_s}},
+                                {MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 4})});
+    add(macro);
+    QCOMPARE(line({u"list"_s}), u"1  50%1 or %2 (1 event)"_s);
+    QProcess process;
+    startRecording(process, {u"1"_s});
+    process.write("\n");
+    QCOMPARE(finishedResult(process).text(), u"nothing was recorded: macro 1 \"50%1 or %2\" still has 1 event\n"_s);
 }
 
 void TestKestractlMacros::deletingResetsTheKeys()
 {
     add(tapOfA(1));
-    QCOMPARE(runKestractl({u"key"_s, u"M1"_s, u"macro"_s, u"0"_s}, mDaemon->environment()).exitCode, 0);
-    QCOMPARE(run({u"delete"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(runKestractl({u"key"_s, u"M1"_s, u"macro"_s, u"1"_s}, mDaemon->environment()).exitCode, 0);
+    QCOMPARE(run({u"delete"_s, u"1"_s}).exitCode, 0);
     QCOMPARE(runKestractl({u"key"_s, u"M1"_s}, mDaemon->environment()).text().trimmed(), u"M1: default key"_s);
 }
 
@@ -163,12 +177,12 @@ void TestKestractlMacros::deletingKeepsTheNumbersOfTheOtherKeys()
     const auto keys = [this](const QStringList &words) {
         return runKestractl(QStringList{u"key"_s} + words, mDaemon->environment()).text().trimmed();
     };
-    QCOMPARE(keys({u"M1"_s, u"macro"_s, u"1"_s}), u"M1: macro Tap, once"_s);
-    QCOMPARE(keys({u"M2"_s, u"macro"_s, u"2"_s}), u"M2: macro Tap, once"_s);
-    QCOMPARE(run({u"delete"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(keys({u"M1"_s, u"macro"_s, u"2"_s}), u"M1: macro Tap, once"_s);
+    QCOMPARE(keys({u"M2"_s, u"macro"_s, u"3"_s}), u"M2: macro Tap, once"_s);
+    QCOMPARE(run({u"delete"_s, u"1"_s}).exitCode, 0);
     QCOMPARE(keys({u"M1"_s}), u"M1: macro Tap, once"_s);
     // The number is past the end only after the deletion, so the key keeps it, as in the window.
-    QCOMPARE(keys({u"M2"_s}), u"M2: macro 2 (which does not exist), once"_s);
+    QCOMPARE(keys({u"M2"_s}), u"M2: macro 3 (which does not exist), once"_s);
 }
 
 void TestKestractlMacros::showsAMacroAsTheWindowDoes()
@@ -182,8 +196,14 @@ void TestKestractlMacros::showsAMacroAsTheWindowDoes()
     add(macro);
     const QStringList lines{u"Key Press Left Shift"_s, u"0.015 seconds delay"_s, u"Left Button down"_s,
                             u"0.005 seconds delay"_s,  u"1.500 seconds delay"_s, u"Key Release Left Shift"_s};
-    QCOMPARE(line({u"show"_s, u"Mixed"_s}), lines.join(u'\n'));
-    const QJsonObject object = run({u"show"_s, u"0"_s, u"--json"_s}).json().object();
+    QCOMPARE(run({u"show"_s, u"Mixed"_s}).text(), u"  1  Key Press Left Shift\n"
+                                                  "  2  0.015 seconds delay\n"
+                                                  "  3  Left Button down\n"
+                                                  "  4  0.005 seconds delay\n"
+                                                  "  5  1.500 seconds delay\n"
+                                                  "  6  Key Release Left Shift\n"_s);
+    const QJsonObject object = run({u"show"_s, u"1"_s, u"--json"_s}).json().object();
+    QCOMPARE(object.value("index"_L1), QJsonValue(0));
     QCOMPARE(object.value("name"_L1).toString(), u"Mixed"_s);
     QCOMPARE(object.value("lines"_L1).toArray(), QJsonArray::fromStringList(lines));
     QCOMPARE(object.value("events"_L1).toArray().size(), 4);
@@ -197,11 +217,11 @@ void TestKestractlMacros::exportedMacroIsImportedWithAUniqueName()
     add(macro);
     const QString path = mFolder->filePath(u"Mine"_s);
     const QString file = path + u".KestraMacro"_s;
-    QCOMPARE(line({u"export"_s, u"Tap"_s, path}), u"macro 0 \"Tap\" is in %1"_s.arg(file));
+    QCOMPARE(line({u"export"_s, u"Tap"_s, path}), u"macro 1 \"Tap\" is in %1"_s.arg(file));
     QCOMPARE(PropertyList::readPropertyListFile(file).value_or(QVariantMap()), macro); // without "macroID"
-    QCOMPARE(run({u"export"_s, u"0"_s, file}).exitCode, 0); // as in the window, the suffix is appended again
+    QCOMPARE(run({u"export"_s, u"1"_s, file}).exitCode, 0); // as in the window, the suffix is appended again
     QVERIFY(QFile::exists(file + u".KestraMacro"_s));
-    QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Tap(2)\" is added"_s);
+    QCOMPARE(line({u"import"_s, file}), u"macro 2 \"Tap(2)\" is added"_s);
     QVariantMap imported = record(1);
     QVERIFY(imported.take(u"macroID"_s) != record(0).value(u"macroID"_s));
     imported.insert(u"MacroName"_s, u"Tap"_s);
@@ -211,8 +231,8 @@ void TestKestractlMacros::exportedMacroIsImportedWithAUniqueName()
 void TestKestractlMacros::importNamesMacrosWithoutAName()
 {
     const QString file = fileWith("<plist><dict><key>delay</key><integer>20</integer></dict></plist>");
-    QCOMPARE(line({u"import"_s, file}), u"macro 0 \"Untitled Macro\" is added"_s);
-    QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Untitled Macro(2)\" is added"_s);
+    QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Untitled Macro\" is added"_s);
+    QCOMPARE(line({u"import"_s, file}), u"macro 2 \"Untitled Macro(2)\" is added"_s);
 }
 
 void TestKestractlMacros::oldStyleTextIsImportedWithItsNumbers()
@@ -220,7 +240,7 @@ void TestKestractlMacros::oldStyleTextIsImportedWithItsNumbers()
     const QString file = fileWith("{ MacroName = Text; delay = 20; sequence = { Events = ("
                                   "{ command = 1; delay = 0; page = 7; argument = 4; },"
                                   "{ command = 0; delay = 15; page = 7; argument = 4; } ); }; }");
-    QCOMPARE(line({u"import"_s, file}), u"macro 0 \"Text\" is added"_s);
+    QCOMPARE(line({u"import"_s, file}), u"macro 1 \"Text\" is added"_s);
     QVariantMap expected = MacroRecord::withEvents({{u"MacroName"_s, u"Text"_s}, {u"delay"_s, 20}},
                                                    {MacroRecord::eventRecord({.command = 1, .argument = 4}),
                                                     MacroRecord::eventRecord({.delayMs = 15, .argument = 4})});
@@ -266,7 +286,7 @@ void TestKestractlMacros::importRefusesOtherFiles()
 void TestKestractlMacros::reportsAnExportThatCannotBeWritten()
 {
     add(tapOfA(1));
-    const KestractlResult result = run({u"export"_s, u"0"_s, u"/nonexistent/folder/Mine"_s});
+    const KestractlResult result = run({u"export"_s, u"1"_s, u"/nonexistent/folder/Mine"_s});
     QCOMPARE(result.exitCode, 5);
     QVERIFY2(result.errorText().contains(u"/nonexistent/folder/Mine.KestraMacro"_s), result.errors.constData());
 }
@@ -287,7 +307,7 @@ void TestKestractlMacros::recordsUntilReturn()
     const KestractlResult result = finishedResult(process);
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.errorText(), QString());
-    QCOMPARE(result.text().section(u'\n', -2).trimmed(), u"macro 0 \"Tap\" has 4 events"_s);
+    QCOMPARE(result.text().section(u'\n', -2).trimmed(), u"macro 1 \"Tap\" has 4 events"_s);
     QStringList keys;
     for (const QVariant &event : MacroRecord::events(record(0)))
         keys += QString::number(MacroRecord::eventFields(event.toMap()).argument);
@@ -299,12 +319,12 @@ void TestKestractlMacros::recordingAppends()
 {
     add(tapOfA(1));
     QProcess process;
-    startRecording(process, {u"0"_s, u"--append"_s});
+    startRecording(process, {u"1"_s, u"--append"_s});
     tap(5);
     process.closeWriteChannel(); // as at the end of a script's input
     const KestractlResult result = finishedResult(process);
     QCOMPARE(result.exitCode, 0);
-    QVERIFY2(result.text().endsWith(u"macro 0 \"Tap\" has 4 events\n"_s), result.output.constData());
+    QVERIFY2(result.text().endsWith(u"macro 1 \"Tap\" has 4 events\n"_s), result.output.constData());
 }
 
 void TestKestractlMacros::recordingNothingKeepsTheMacro_data()
@@ -324,7 +344,7 @@ void TestKestractlMacros::recordingNothingKeepsTheMacro()
     process.write("\n");
     const KestractlResult result = finishedResult(process);
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.text(), u"nothing was recorded: macro 0 \"Tap\" still has 2 events\n"_s);
+    QCOMPARE(result.text(), u"nothing was recorded: macro 1 \"Tap\" still has 2 events\n"_s);
     QCOMPARE(record(0), before);
 }
 
@@ -344,7 +364,7 @@ void TestKestractlMacros::recordingEndsWithoutReturn()
     QFETCH(int, exitCode);
     add(tapOfA(1));
     QProcess process;
-    startRecording(process, how == "time"_L1 ? QStringList{u"0"_s, u"--seconds"_s, u"1.5"_s} : QStringList{u"0"_s});
+    startRecording(process, how == "time"_L1 ? QStringList{u"1"_s, u"--seconds"_s, u"1.5"_s} : QStringList{u"1"_s});
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7u, 5u}), QString()); // still down at the end
     QByteArray output;
     QTRY_VERIFY((output += process.readAllStandardOutput()).contains("Key Press B"));
@@ -357,7 +377,7 @@ void TestKestractlMacros::recordingEndsWithoutReturn()
     const KestractlResult result = finishedResult(process);
     QCOMPARE(result.exitCode, exitCode);
     if (exitCode == 0)
-        QCOMPARE(result.text().trimmed(), u"macro 0 \"Tap\" has 2 events"_s);
+        QCOMPARE(result.text().trimmed(), u"macro 1 \"Tap\" has 2 events"_s);
     else
         QVERIFY2(result.errorText().contains(u"not running"_s), result.errors.constData());
 }
@@ -366,7 +386,7 @@ void TestKestractlMacros::recordingNeedsTheKeyboard()
 {
     add(tapOfA(1));
     QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
-    const KestractlResult result = run({u"record"_s, u"0"_s, u"--seconds"_s, u"5"_s});
+    const KestractlResult result = run({u"record"_s, u"1"_s, u"--seconds"_s, u"5"_s});
     QCOMPARE(result.exitCode, 1);
     QVERIFY2(result.errorText().contains(u"cannot be recorded: the keyboard is not attached"_s),
              result.errors.constData());
@@ -408,23 +428,24 @@ void TestKestractlMacros::playsWithTheAssignedKey()
 void TestKestractlMacros::playingNeedsAKey()
 {
     add(tapOfA(1));
-    const KestractlResult result = run({u"play"_s, u"0"_s});
+    const KestractlResult result = run({u"play"_s, u"1"_s});
     QCOMPARE(result.exitCode, 2);
-    QVERIFY2(result.errorText().contains(u"no key of the active profile plays macro 0 \"Tap\""_s),
+    QVERIFY2(result.errorText().contains(u"no key of the active profile plays macro 1 \"Tap\""_s),
              result.errors.constData());
-    QCOMPARE(runKestractl({u"key"_s, u"M3"_s, u"macro"_s, u"0"_s}, mDaemon->environment()).exitCode, 0);
+    QCOMPARE(runKestractl({u"key"_s, u"M3"_s, u"macro"_s, u"1"_s}, mDaemon->environment()).exitCode, 0);
     QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
-    QCOMPARE(run({u"play"_s, u"0"_s}).exitCode, 1);
+    QCOMPARE(run({u"play"_s, u"1"_s}).exitCode, 1);
 }
 
 void TestKestractlMacros::macroThatDoesNotExistIsWrongUsage_data()
 {
     QTest::addColumn<QStringList>("words");
-    QTest::newRow("show") << QStringList{u"show"_s, u"0"_s};
+    QTest::newRow("show") << QStringList{u"show"_s, u"1"_s};
     QTest::newRow("rename") << QStringList{u"rename"_s, u"Nobody"_s, u"X"_s};
     QTest::newRow("delete") << QStringList{u"delete"_s, u"--"_s, u"-1"_s};
-    QTest::newRow("export") << QStringList{u"export"_s, u"0"_s, u"never-written"_s};
-    QTest::newRow("record") << QStringList{u"record"_s, u"7"_s};
+    QTest::newRow("delete the one before the first") << QStringList{u"delete"_s, u"0"_s};
+    QTest::newRow("export") << QStringList{u"export"_s, u"1"_s, u"never-written"_s};
+    QTest::newRow("record") << QStringList{u"record"_s, u"8"_s};
     QTest::newRow("play") << QStringList{u"play"_s, u"Nobody"_s};
 }
 

@@ -88,7 +88,7 @@ void KestractlProfilesTest::addedProfileHasTheFactorySettingsAndIsActive()
     QVariantMap factory = profile(0);
     const KestractlResult result = run({u"profile"_s, u"add"_s, u"Work"_s});
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.text(), u"profile 1 \"Work\" is active\n"_s);
+    QCOMPARE(result.text(), u"profile 2 \"Work\" is active\n"_s);
     QCOMPARE(active(), 1);
     factory.insert(SettingsKeys::profileName, u"Work"_s);
     QCOMPARE(profile(1), factory);
@@ -97,11 +97,11 @@ void KestractlProfilesTest::addedProfileHasTheFactorySettingsAndIsActive()
 void KestractlProfilesTest::listMarksOnlyTheActiveProfile()
 {
     QCOMPARE(run({u"profile"_s, u"add"_s, u"Work"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"list"_s}).text(), u"*  0  Default Profile\n   1  Work\n"_s);
-    const auto object = [](int number, const QString &name, bool isActive) {
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"1"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"list"_s}).text(), u"*  1  Default Profile\n   2  Work\n"_s);
+    const auto object = [](int index, const QString &name, bool isActive) {
         return QJsonObject{
-            {u"number"_s, number}, {u"name"_s, name}, {u"active"_s, isActive}, {u"application"_s, QString()}};
+            {u"index"_s, index}, {u"name"_s, name}, {u"active"_s, isActive}, {u"application"_s, QString()}};
     };
     QCOMPARE(run({u"profile"_s, u"list"_s, u"--json"_s}).json().array(),
              (QJsonArray{object(0, u"Default Profile"_s, true), object(1, u"Work"_s, false)}));
@@ -111,9 +111,9 @@ void KestractlProfilesTest::makesNamesUnique()
 {
     QCOMPARE(run({u"profile"_s, u"add"_s}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"add"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"copy"_s, u"0"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"rename"_s, u"3"_s, u"Untitled Profile"_s}).text(),
-             u"profile 3 \"Untitled Profile(3)\" is renamed\n"_s);
+    QCOMPARE(run({u"profile"_s, u"copy"_s, u"1"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"rename"_s, u"4"_s, u"Untitled Profile"_s}).text(),
+             u"profile 4 \"Untitled Profile(3)\" is renamed\n"_s);
     QCOMPARE(names(), QStringList({u"Default Profile"_s, u"Untitled Profile"_s, u"Untitled Profile(2)"_s,
                                    u"Untitled Profile(3)"_s}));
 }
@@ -122,7 +122,7 @@ void KestractlProfilesTest::copyHasEverythingButTheName()
 {
     QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"copy"_s, u"Default Profile"_s}).text(),
-             u"profile 1 \"Default Profile(2)\" is active\n"_s);
+             u"profile 2 \"Default Profile(2)\" is active\n"_s);
     QVariantMap copy = profile(1);
     copy.insert(SettingsKeys::profileName, u"Default Profile"_s);
     QCOMPARE(copy, profile(0));
@@ -130,16 +130,16 @@ void KestractlProfilesTest::copyHasEverythingButTheName()
 
 void KestractlProfilesTest::keepsItsNameWhenRenamedToIt()
 {
-    QCOMPARE(run({u"profile"_s, u"rename"_s, u"0"_s, u"Default Profile"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"rename"_s, u"1"_s, u"Default Profile"_s}).exitCode, 0);
     QCOMPARE(names(), QStringList{u"Default Profile"_s});
 }
 
 void KestractlProfilesTest::deletingResetsTheKeys()
 {
     QCOMPARE(run({u"profile"_s, u"add"_s, u"Work"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"1"_s}).exitCode, 0);
     QCOMPARE(run({u"key"_s, u"Q"_s, u"profile"_s, u"Work"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"delete"_s, u"Work"_s}).text(), u"profile 1 \"Work\" is deleted\n"_s);
+    QCOMPARE(run({u"profile"_s, u"delete"_s, u"Work"_s}).text(), u"profile 2 \"Work\" is deleted\n"_s);
     QCOMPARE(names(), QStringList{u"Default Profile"_s});
     const QVariantMap entry = profile(0).value(SettingsKeys::keys).toMap().value(u"20"_s).toMap();
     QVERIFY(entry.value(SettingsKeys::command).toInt() != 17);
@@ -150,9 +150,9 @@ void KestractlProfilesTest::keyThatSwitchedToTheLastProfileIsRepaired()
     for (const QString &name : {u"Work"_s, u"Play"_s})
         QCOMPARE(run({u"profile"_s, u"add"_s, name}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"switch"_s, u"Work"_s}).exitCode, 0);
-    QCOMPARE(run({u"key"_s, u"Q"_s, u"profile"_s, u"1"_s}).text(), u"Q: profile Work\n"_s);
-    QCOMPARE(run({u"key"_s, u"W"_s, u"profile"_s, u"2"_s}).text(), u"W: profile Play\n"_s);
-    QCOMPARE(run({u"profile"_s, u"delete"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(run({u"key"_s, u"Q"_s, u"profile"_s, u"2"_s}).text(), u"Q: profile Work\n"_s);
+    QCOMPARE(run({u"key"_s, u"W"_s, u"profile"_s, u"3"_s}).text(), u"W: profile Play\n"_s);
+    QCOMPARE(run({u"profile"_s, u"delete"_s, u"1"_s}).exitCode, 0);
     QCOMPARE(names(), QStringList({u"Work"_s, u"Play"_s}));
     // The keys keep their numbers, so Q now switches to the other profile. The number of W is past the end.
     const QVariantMap keys = profile(0).value(SettingsKeys::keys).toMap();
@@ -162,9 +162,9 @@ void KestractlProfilesTest::keyThatSwitchedToTheLastProfileIsRepaired()
 
 void KestractlProfilesTest::lastProfileIsNotDeleted()
 {
-    const KestractlResult result = run({u"profile"_s, u"delete"_s, u"0"_s});
+    const KestractlResult result = run({u"profile"_s, u"delete"_s, u"1"_s});
     QCOMPARE(result.exitCode, 1);
-    QCOMPARE(result.errorText(), u"kestractl: profile 0 \"Default Profile\" cannot be deleted: it is the only one\n"_s);
+    QCOMPARE(result.errorText(), u"kestractl: profile 1 \"Default Profile\" cannot be deleted: it is the only one\n"_s);
     QCOMPARE(names().size(), 1);
 }
 
@@ -174,7 +174,7 @@ void KestractlProfilesTest::twentyFirstProfileIsRefused()
         QVERIFY(mDaemon->request(Command::addProfile, {{u"DeviceSettingsDictionary"_s, QVariantMap()}}));
     const QString path = mFolder->filePath(u"file"_s);
     writeFile(path, "{ ProfileName = x; }");
-    for (const QStringList &arguments : {QStringList{u"add"_s}, {u"copy"_s, u"0"_s}, {u"import"_s, path}}) {
+    for (const QStringList &arguments : {QStringList{u"add"_s}, {u"copy"_s, u"1"_s}, {u"import"_s, path}}) {
         const KestractlResult result = run(QStringList{u"profile"_s} + arguments);
         QCOMPARE(result.exitCode, 1);
         QVERIFY2(result.errorText().contains(u"cannot be added: there would be too many profiles"_s),
@@ -186,7 +186,7 @@ void KestractlProfilesTest::twentyFirstProfileIsRefused()
 void KestractlProfilesTest::restoredProfileKeepsItsName()
 {
     const QVariantMap factory = profile(0);
-    QCOMPARE(run({u"profile"_s, u"rename"_s, u"0"_s, u"Mine"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"rename"_s, u"1"_s, u"Mine"_s}).exitCode, 0);
     QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"restore"_s, u"Mine"_s}).exitCode, 0);
     QCOMPARE(names(), QStringList{u"Mine"_s});
@@ -198,11 +198,11 @@ void KestractlProfilesTest::exportedProfileIsImportedAgain()
     const QString named = mFolder->filePath(u"Default"_s);
     const QString path = named + u".KestraProfile"_s;
     QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"export"_s, u"0"_s, named}).text(),
-             u"profile 0 \"Default Profile\" is in %1\n"_s.arg(path));
+    QCOMPARE(run({u"profile"_s, u"export"_s, u"1"_s, named}).text(),
+             u"profile 1 \"Default Profile\" is in %1\n"_s.arg(path));
     QVERIFY(!QFile::exists(named));
     QCOMPARE(PropertyList::readPropertyListFile(path), std::optional(profile(0)));
-    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Default Profile(2)\" is active\n"_s);
+    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 2 \"Default Profile(2)\" is active\n"_s);
     QCOMPARE(profile(1).value(SettingsKeys::keys), profile(0).value(SettingsKeys::keys));
 }
 
@@ -234,8 +234,8 @@ void KestractlProfilesTest::importNamesTheKindOfAnotherFile()
 {
     const QString path = mFolder->filePath(u"file"_s);
     QCOMPARE(run({u"macro"_s, u"add"_s, u"Tap"_s}).exitCode, 0);
-    QCOMPARE(run({u"macro"_s, u"export"_s, u"0"_s, path}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"export"_s, u"0"_s, path}).exitCode, 0);
+    QCOMPARE(run({u"macro"_s, u"export"_s, u"1"_s, path}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"export"_s, u"1"_s, path}).exitCode, 0);
     const QString macroFile = path + u".KestraMacro"_s;
     const QString profileFile = path + u".KestraProfile"_s;
     const QVariantMap before = document();
@@ -246,7 +246,7 @@ void KestractlProfilesTest::importNamesTheKindOfAnotherFile()
     QCOMPARE(document(), before);
     // A file with the names of both kinds counts as the requested kind.
     writeFile(path, "{ProfileName = Both; MacroName = Both;}");
-    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Both\" is active\n"_s);
+    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 2 \"Both\" is active\n"_s);
 }
 
 void KestractlProfilesTest::foreignNamesCannotControlTheTerminal()
@@ -257,10 +257,10 @@ void KestractlProfilesTest::foreignNamesCannotControlTheTerminal()
     record.insert(SettingsKeys::profileName, name);
     const QString path = mFolder->filePath(u"Stranger.kprofile"_s);
     writeFile(path, PropertyList::writeBinary(record).value());
-    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"%1\" is active\n"_s.arg(shown));
-    QCOMPARE(run({u"macro"_s, u"add"_s, name}).text(), u"macro 0 \"%1\" is added\n"_s.arg(shown));
-    const QList<QStringList> lines{{u"profile"_s, u"list"_s}, {u"profile"_s, u"switch"_s, u"1"_s},
-                                   {u"macro"_s, u"list"_s},   {u"key"_s, u"A"_s, u"macro"_s, u"0"_s},
+    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 2 \"%1\" is active\n"_s.arg(shown));
+    QCOMPARE(run({u"macro"_s, u"add"_s, name}).text(), u"macro 1 \"%1\" is added\n"_s.arg(shown));
+    const QList<QStringList> lines{{u"profile"_s, u"list"_s}, {u"profile"_s, u"switch"_s, u"2"_s},
+                                   {u"macro"_s, u"list"_s},   {u"key"_s, u"A"_s, u"macro"_s, u"1"_s},
                                    {u"key"_s, u"A"_s},        {u"status"_s}};
     for (const QStringList &line : lines) {
         const KestractlResult result = run(line);
@@ -285,7 +285,7 @@ void KestractlProfilesTest::oldStyleTextIsImportedWithItsNumbers()
     const QString path = mFolder->filePath(u"file"_s);
     writeFile(path, "{ ProfileName = Text; AutoSwitchOn = 1; BrightnessKBNormal = 2;"
                     "  Keys = { 4 = { command = 16; param1 = 5; param2 = 2; }; }; }");
-    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 1 \"Text\" is active\n"_s);
+    QCOMPARE(run({u"profile"_s, u"import"_s, path}).text(), u"profile 2 \"Text\" is active\n"_s);
     QCOMPARE(profile(1).value(u"BrightnessKBNormal"_s), QVariant(2));
     QCOMPARE(profile(1).value(u"BrightnessKBNormal"_s).typeId(), int(QMetaType::Int));
     QCOMPARE(run({u"key"_s, u"A"_s}).text(), u"A: single key Left Shift + B\n"_s);
@@ -293,7 +293,7 @@ void KestractlProfilesTest::oldStyleTextIsImportedWithItsNumbers()
 
 void KestractlProfilesTest::reportsAnExportThatCannotBeWritten()
 {
-    const KestractlResult result = run({u"profile"_s, u"export"_s, u"0"_s, mFolder->filePath(u"no/such/folder"_s)});
+    const KestractlResult result = run({u"profile"_s, u"export"_s, u"1"_s, mFolder->filePath(u"no/such/folder"_s)});
     QCOMPARE(result.exitCode, 5);
     QVERIFY(result.errorText().contains(u"no/such/folder.KestraProfile"_s));
 }
@@ -312,9 +312,9 @@ void KestractlProfilesTest::profileIsBoundToADesktopEntry()
     QFETCH(bool, isPath);
     QFETCH(QString, application);
     const KestractlResult result =
-        run({u"profile"_s, u"bind"_s, u"0"_s, isPath ? mFolder->filePath(application) : application});
+        run({u"profile"_s, u"bind"_s, u"1"_s, isPath ? mFolder->filePath(application) : application});
     QCOMPARE(result.errorText(), QString());
-    QCOMPARE(result.text(), u"profile 0 \"Default Profile\" follows The Game\n"_s);
+    QCOMPARE(result.text(), u"profile 1 \"Default Profile\" follows The Game\n"_s);
     QCOMPARE(profile(0).value(SettingsKeys::autoSwitchOn), QVariant(1));
     const QVariantMap appInfo = profile(0).value(SettingsKeys::appInfo).toMap();
     QCOMPARE(appInfo.value(SettingsKeys::executable), QVariant(u"game-bin"_s));
@@ -326,9 +326,9 @@ void KestractlProfilesTest::profileIsBoundToADesktopEntry()
 
 void KestractlProfilesTest::unboundProfileFollowsNothing()
 {
-    QCOMPARE(run({u"profile"_s, u"bind"_s, u"0"_s, u"org.example.Game"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"bind"_s, u"0"_s, u"--off"_s}).text(),
-             u"profile 0 \"Default Profile\" follows no application\n"_s);
+    QCOMPARE(run({u"profile"_s, u"bind"_s, u"1"_s, u"org.example.Game"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"bind"_s, u"1"_s, u"--off"_s}).text(),
+             u"profile 1 \"Default Profile\" follows no application\n"_s);
     QCOMPARE(profile(0).value(SettingsKeys::autoSwitchOn), QVariant(false));
     for (const QVariant &value : profile(0).value(SettingsKeys::appInfo).toMap())
         QCOMPARE(value, QVariant(u""_s));
@@ -338,7 +338,7 @@ void KestractlProfilesTest::boundProfileFollowsTheFocus()
 {
     QCOMPARE(run({u"profile"_s, u"add"_s, u"Game"_s}).exitCode, 0);
     QCOMPARE(run({u"profile"_s, u"bind"_s, u"Game"_s, u"org.example.Game"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"1"_s}).exitCode, 0);
     for (const QString &name : {u"org.example.Game"_s, u"gamewindow"_s, u"/usr/games/game-bin"_s, u"The Game"_s}) {
         QCOMPARE(run({u"focus"_s, name}).exitCode, 0);
         const QJsonObject status = run({u"status"_s, u"--json"_s}).json().object();
@@ -366,17 +366,17 @@ void KestractlProfilesTest::boundProfileFollowsTheFocus()
 void KestractlProfilesTest::wrongUsageChangesNothing_data()
 {
     QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("rename without a new name") << QStringList{u"rename"_s, u"0"_s};
-    QTest::newRow("rename to nothing") << QStringList{u"rename"_s, u"0"_s, QString()};
+    QTest::newRow("rename without a new name") << QStringList{u"rename"_s, u"1"_s};
+    QTest::newRow("rename to nothing") << QStringList{u"rename"_s, u"1"_s, QString()};
     QTest::newRow("add without a name") << QStringList{u"add"_s, QString()};
-    QTest::newRow("copy of none") << QStringList{u"copy"_s, u"7"_s};
+    QTest::newRow("copy of none") << QStringList{u"copy"_s, u"8"_s};
     QTest::newRow("delete of none") << QStringList{u"delete"_s, u"No such profile"_s};
     QTest::newRow("restore of none") << QStringList{u"restore"_s, u"-1"_s};
     QTest::newRow("import of no file") << QStringList{u"import"_s, u"/nowhere/file"_s};
-    QTest::newRow("export of none") << QStringList{u"export"_s, u"7"_s, u"file"_s};
-    QTest::newRow("bind to nothing") << QStringList{u"bind"_s, u"0"_s};
-    QTest::newRow("bind to no application") << QStringList{u"bind"_s, u"0"_s, u"no.such.Application"_s};
-    QTest::newRow("bind and off") << QStringList{u"bind"_s, u"0"_s, u"org.example.Game"_s, u"--off"_s};
+    QTest::newRow("export of none") << QStringList{u"export"_s, u"8"_s, u"file"_s};
+    QTest::newRow("bind to nothing") << QStringList{u"bind"_s, u"1"_s};
+    QTest::newRow("bind to no application") << QStringList{u"bind"_s, u"1"_s, u"no.such.Application"_s};
+    QTest::newRow("bind and off") << QStringList{u"bind"_s, u"1"_s, u"org.example.Game"_s, u"--off"_s};
 }
 
 void KestractlProfilesTest::wrongUsageChangesNothing()

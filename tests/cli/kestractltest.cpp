@@ -51,7 +51,8 @@ private Q_SLOTS:
     void profileIsSwitchedByNumberAndByName();
     void profileThatDoesNotExistIsRefused_data();
     void profileThatDoesNotExistIsRefused();
-    void profileNameThatDoesNotExistIsWrongUsage();
+    void digitsAreANumberAndOtherTextsAreNames();
+    void nameIsFoundInAnyLetterCase();
     void ambiguousProfileNameIsWrongUsage();
     void virtualKeyboardAcceptsItsCommands_data();
     void virtualKeyboardAcceptsItsCommands();
@@ -180,7 +181,7 @@ void TestKestractl::statusShowsTheActiveProfile()
     const QStringList lines = result.text().split(u'\n', Qt::SkipEmptyParts);
     QVERIFY2(lines.contains(u"daemon: running"_s), result.output.constData());
     QVERIFY2(lines.contains(u"keyboard: attached"_s), result.output.constData());
-    QVERIFY2(lines.contains(u"activeProfile: 0"_s), result.output.constData());
+    QVERIFY2(lines.contains(u"activeProfile: 1"_s), result.output.constData());
     QVERIFY2(lines.contains(u"gameMode: off"_s), result.output.constData());
 }
 
@@ -354,9 +355,9 @@ void TestKestractl::everyAssignmentIsStoredShownAndSent_data()
                                 << QString() << QJsonArray{16, 229, 0} << QStringList{u"+7:229"_s, u"-7:229"_s};
     QTest::newRow("macro") << QStringList{u"macro"_s, u"Heal"_s, u"--repeat"_s, u"until-released"_s}
                            << u"Q: macro Heal, until released"_s << QJsonArray{10, 1, 255} << nothing;
-    QTest::newRow("macro by number") << QStringList{u"macro"_s, u"0"_s, u"--repeat=3"_s} << u"Q: macro Other, 3 times"_s
+    QTest::newRow("macro by number") << QStringList{u"macro"_s, u"1"_s, u"--repeat=3"_s} << u"Q: macro Other, 3 times"_s
                                      << QJsonArray{10, 0, 3} << nothing;
-    QTest::newRow("profile") << QStringList{u"profile"_s, u"0"_s} << u"Q: profile Default Profile"_s
+    QTest::newRow("profile") << QStringList{u"profile"_s, u"1"_s} << u"Q: profile Default Profile"_s
                              << QJsonArray{17, 0, 0} << nothing;
     QTest::newRow("disable") << QStringList{u"disable"_s} << u"Q: disabled"_s << QJsonArray{20, 0, 0} << nothing;
     QTest::newRow("default") << QStringList{u"default"_s} << u"Q: default key"_s << QJsonArray{45, 20, 0}
@@ -419,9 +420,9 @@ void TestKestractl::impossibleAssignmentChangesNothing_data()
     QTest::newRow("key") << QStringList{u"single"_s, u"Banana"_s} << u"the keyboard has no key \"Banana\" to send"_s;
     QTest::newRow("modifier") << QStringList{u"single"_s, u"C"_s, u"--modifiers=D"_s}
                               << u"\"D\" is not a modifier key"_s;
-    QTest::newRow("macro") << QStringList{u"macro"_s, u"0"_s} << u"there is no macro 0"_s;
+    QTest::newRow("macro") << QStringList{u"macro"_s, u"1"_s} << u"there is no macro 1"_s;
     QTest::newRow("macro name") << QStringList{u"macro"_s, u"Heal"_s} << u"no macro is called \"Heal\""_s;
-    QTest::newRow("profile") << QStringList{u"profile"_s, u"1"_s} << u"there is no profile 1"_s;
+    QTest::newRow("profile") << QStringList{u"profile"_s, u"2"_s} << u"there is no profile 2"_s;
     QTest::newRow("application") << QStringList{u"launch"_s, u"/bin/sh"_s}
                                  << u"neither a desktop entry nor an application bundle"_s;
 }
@@ -468,36 +469,72 @@ void TestKestractl::profileIsSwitchedByNumberAndByName()
 {
     const QString firstName = status().value("activeProfileName"_L1).toString();
     addProfile(u"Second & 100%1"_s);
-    QCOMPARE(line({u"profile"_s, u"switch"_s, u"0"_s}), u"profile 0 \"%1\" is active"_s.arg(firstName));
+    QCOMPARE(line({u"profile"_s, u"switch"_s, u"1"_s}), u"profile 1 \"%1\" is active"_s.arg(firstName));
     QCOMPARE(status().value("activeProfile"_L1).toInt(), 0);
-    QCOMPARE(line({u"profile"_s, u"switch"_s, u"Second & 100%1"_s}), u"profile 1 \"Second & 100%1\" is active"_s);
+    QCOMPARE(line({u"profile"_s, u"switch"_s, u"Second & 100%1"_s}), u"profile 2 \"Second & 100%1\" is active"_s);
     QCOMPARE(status().value("activeProfile"_L1).toInt(), 1);
     QCOMPARE(status().value("activeProfileName"_L1).toString(), u"Second & 100%1"_s);
-    QVERIFY(run({u"profile"_s, u"list"_s}).text().endsWith(u"*  1  Second & 100%1\n"_s));
+    QVERIFY(run({u"profile"_s, u"list"_s}).text().endsWith(u"*  2  Second & 100%1\n"_s));
 }
 
 void TestKestractl::profileThatDoesNotExistIsRefused_data()
 {
-    QTest::addColumn<QString>("number");
-    QTest::newRow("beyond the last") << u"99"_s;
-    QTest::newRow("negative") << u"-1"_s;
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("beyond the last") << u"99"_s << u"there is no profile 99 (see kestractl profile list)"_s;
+    QTest::newRow("zero") << u"0"_s << u"there is no profile 0: the first one is 1 (see kestractl profile list)"_s;
+    QTest::newRow("beyond all numbers") << u"99999999999999999999"_s
+                                        << u"there is no profile 99999999999999999999 (see kestractl profile list)"_s;
+    QTest::newRow("negative") << u"-1"_s << u"no profile is called \"-1\" (see kestractl profile list)"_s;
+    QTest::newRow("signed") << u"+1"_s << u"no profile is called \"+1\" (see kestractl profile list)"_s;
+    QTest::newRow("number as a name") << u"name:1"_s << u"no profile is called \"1\" (see kestractl profile list)"_s;
+    QTest::newRow("name") << u"No such profile"_s
+                          << u"no profile is called \"No such profile\" (see kestractl profile list)"_s;
 }
 
 void TestKestractl::profileThatDoesNotExistIsRefused()
 {
-    QFETCH(QString, number);
-    const KestractlResult result = run({u"profile"_s, u"switch"_s, u"--"_s, number});
-    QCOMPARE(result.exitCode, 1);
+    QFETCH(QString, text);
+    QFETCH(QString, problem);
+    const KestractlResult result = run({u"profile"_s, u"switch"_s, u"--"_s, text});
+    QCOMPARE(result.exitCode, 2);
     QCOMPARE(result.text(), QString());
-    QCOMPARE(result.errorText(), u"kestractl: profile %1 cannot become active: it does not exist\n"_s.arg(number));
+    QCOMPARE(result.errorText(), u"kestractl: %1\n"_s.arg(problem));
     QCOMPARE(status().value("activeProfile"_L1).toInt(), 0);
 }
 
-void TestKestractl::profileNameThatDoesNotExistIsWrongUsage()
+void TestKestractl::digitsAreANumberAndOtherTextsAreNames()
 {
-    const KestractlResult result = run({u"profile"_s, u"switch"_s, u"No such profile"_s});
+    for (const QString &name : {u"1"_s, u"-1"_s, u"1a"_s, u"name:1"_s})
+        addProfile(name);
+    const auto switched = [this](const QString &text) {
+        return line({u"profile"_s, u"switch"_s, u"--"_s, text}).section(u' ', 1);
+    };
+    QCOMPARE(switched(u"3"_s), u"3 \"-1\" is active"_s);
+    QCOMPARE(switched(u"1"_s), u"1 \"Default Profile\" is active"_s);
+    QCOMPARE(switched(u"name:1"_s), u"2 \"1\" is active"_s);
+    QCOMPARE(switched(u"name:name:1"_s), u"5 \"name:1\" is active"_s);
+    QCOMPARE(switched(u"-1"_s), u"3 \"-1\" is active"_s);
+    QCOMPARE(switched(u"1a"_s), u"4 \"1a\" is active"_s);
+    QCOMPARE(switched(u"name:Default Profile"_s), u"1 \"Default Profile\" is active"_s);
+    QCOMPARE(switched(u"0004"_s), u"4 \"1a\" is active"_s);
+}
+
+void TestKestractl::nameIsFoundInAnyLetterCase()
+{
+    addProfile(u"Überfall"_s);
+    addProfile(u"Raid"_s);
+    addProfile(u"RAID"_s);
+    const auto switched = [this](const QString &text) { return line({u"profile"_s, u"switch"_s, text}); };
+    QCOMPARE(switched(u"überFALL"_s), u"profile 2 \"Überfall\" is active"_s);
+    // The exact name precedes.
+    QCOMPARE(switched(u"RAID"_s), u"profile 4 \"RAID\" is active"_s);
+    QCOMPARE(switched(u"Raid"_s), u"profile 3 \"Raid\" is active"_s);
+    const KestractlResult result = run({u"profile"_s, u"switch"_s, u"raid"_s});
     QCOMPARE(result.exitCode, 2);
-    QVERIFY(result.errorText().contains(u"No such profile"_s));
+    QCOMPARE(result.errorText(),
+             u"kestractl: several profiles are called \"raid\": 3 \"Raid\", 4 \"RAID\"; give the number\n"_s);
+    QCOMPARE(status().value("activeProfileName"_L1).toString(), u"Raid"_s);
 }
 
 void TestKestractl::ambiguousProfileNameIsWrongUsage()
@@ -507,7 +544,8 @@ void TestKestractl::ambiguousProfileNameIsWrongUsage()
     const int active = status().value("activeProfile"_L1).toInt();
     const KestractlResult result = run({u"profile"_s, u"switch"_s, u"Twin"_s});
     QCOMPARE(result.exitCode, 2);
-    QVERIFY2(result.errorText().contains(u"several"_s), result.errors.constData());
+    QCOMPARE(result.errorText(),
+             u"kestractl: several profiles are called \"Twin\": 2 \"Twin\", 3 \"Twin\"; give the number\n"_s);
     QCOMPARE(status().value("activeProfile"_L1).toInt(), active);
 }
 
@@ -696,7 +734,7 @@ void TestKestractl::lightIsThatOfTheActiveProfile()
     addProfile(u"Dark"_s); // becomes active, and has no light settings
     QCOMPARE(line({u"light"_s}).section(u'\n', 0, 0), u"backlight: off"_s);
     QCOMPARE(run({u"light"_s, u"color"_s, u"blue"_s}).exitCode, 0);
-    QCOMPARE(run({u"profile"_s, u"switch"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(run({u"profile"_s, u"switch"_s, u"1"_s}).exitCode, 0);
     QCOMPARE(run({u"light"_s, u"--json"_s}).json().object().value("color"_L1).toString(), u"#ff0000"_s);
 }
 

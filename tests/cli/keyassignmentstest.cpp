@@ -73,13 +73,15 @@ void KeyAssignmentsTest::makesTheEntry_data()
         << 255;
     QTest::newRow("a modifier twice") << u"single"_s << u"C"_s << u"RightShift, right shift"_s << 16 << 6 << 32;
     QTest::newRow("a modifier itself") << u"single"_s << u"RightCommand"_s << QString() << 16 << 231 << 0;
-    QTest::newRow("macro by number") << u"macro"_s << u"1"_s << QString() << 10 << 1 << 1;
+    QTest::newRow("macro by number") << u"macro"_s << u"2"_s << QString() << 10 << 1 << 1;
+    QTest::newRow("macro by name in another letter case") << u"macro"_s << u"hEAL"_s << QString() << 10 << 0 << 1;
+    QTest::newRow("profile by a marked name") << u"profile"_s << u"name:play"_s << QString() << 17 << 1 << 0;
     QTest::newRow("macro by name") << u"macro"_s << u"Heal"_s << u"until-released"_s << 10 << 0 << 255;
     QTest::newRow("macro until pressed again") << u"macro"_s << u"Heal"_s << u"until-pressed-again"_s << 10 << 0 << 254;
     QTest::newRow("macro once") << u"macro"_s << u"Heal"_s << u"once"_s << 10 << 0 << 1;
     QTest::newRow("macro twice") << u"macro"_s << u"Heal"_s << u"2"_s << 10 << 0 << 2;
     QTest::newRow("macro ten times") << u"macro"_s << u"Heal"_s << u"10"_s << 10 << 0 << 10;
-    QTest::newRow("profile by number") << u"profile"_s << u"1"_s << QString() << 17 << 1 << 0;
+    QTest::newRow("profile by number") << u"profile"_s << u"2"_s << QString() << 17 << 1 << 0;
     QTest::newRow("profile by name") << u"profile"_s << u"Play"_s << QString() << 17 << 1 << 0;
     QTest::newRow("disable") << u"disable"_s << QString() << QString() << 20 << 0 << 0;
     QTest::newRow("default without factory settings") << u"default"_s << QString() << QString() << 45 << 0 << 0;
@@ -110,14 +112,15 @@ void KeyAssignmentsTest::refusesMeaninglessWords_data()
     QTest::newRow("no such modifier") << u"single"_s << u"C"_s << u"leftshift,Banana"_s
                                       << u"\"Banana\" is not a modifier key"_s;
     QTest::newRow("key as a modifier") << u"single"_s << u"C"_s << u"D"_s << u"\"D\" is not a modifier key"_s;
-    QTest::newRow("no such macro") << u"macro"_s << u"3"_s << QString()
-                                   << u"there is no macro 3 (see kestractl macro list)"_s;
+    QTest::newRow("no such macro") << u"macro"_s << u"4"_s << QString()
+                                   << u"there is no macro 4 (see kestractl macro list)"_s;
     QTest::newRow("no such macro name") << u"macro"_s << u"Harm"_s << QString()
                                         << u"no macro is called \"Harm\" (see kestractl macro list)"_s;
-    QTest::newRow("name borne twice") << u"macro"_s << u"Twice"_s << QString()
-                                      << u"several macros are called \"Twice\"; give the number"_s;
-    QTest::newRow("no such profile") << u"profile"_s << u"2"_s << QString()
-                                     << u"there is no profile 2 (see kestractl profile list)"_s;
+    QTest::newRow("name borne twice")
+        << u"macro"_s << u"Twice"_s << QString()
+        << u"several macros are called \"Twice\": 2 \"Twice\", 3 \"Twice\"; give the number"_s;
+    QTest::newRow("no such profile") << u"profile"_s << u"3"_s << QString()
+                                     << u"there is no profile 3 (see kestractl profile list)"_s;
     QTest::newRow("no such profile name")
         << u"profile"_s << u"Rest"_s << QString() << u"no profile is called \"Rest\" (see kestractl profile list)"_s;
     for (const QString &repeat : {u"often"_s, u"0"_s, u"11"_s, u"-2"_s, u"254"_s, u"255"_s, u"2.5"_s}) {

@@ -63,14 +63,14 @@ void TestKeyDescription::describesAKey_data()
     QTest::newRow("single key outside the layout")
         << entry(Assignment::singleKey, 200, 0) << u"single key HID usage 200"_s;
     QTest::newRow("profile") << entry(Assignment::switchProfile, 1, 0) << u"profile Second 100%1"_s;
-    QTest::newRow("lost profile") << entry(Assignment::switchProfile, 9, 0) << u"profile 9 (which does not exist)"_s;
+    QTest::newRow("lost profile") << entry(Assignment::switchProfile, 9, 0) << u"profile 10 (which does not exist)"_s;
     QTest::newRow("macro once") << entry(Assignment::playMacro, 0, 1) << u"macro Combo, once"_s;
     QTest::newRow("macro with no repeat mode") << entry(Assignment::playMacro, 0, 0) << u"macro Combo, once"_s;
     QTest::newRow("macro ten times") << entry(Assignment::playMacro, 0, 10) << u"macro Combo, 10 times"_s;
     QTest::newRow("macro until released") << entry(Assignment::playMacro, 0, 255) << u"macro Combo, until released"_s;
     QTest::newRow("macro until pressed again")
         << entry(Assignment::playMacro, 0, 254) << u"macro Combo, until pressed again"_s;
-    QTest::newRow("lost macro") << entry(Assignment::playMacro, -1, 1) << u"macro -1 (which does not exist), once"_s;
+    QTest::newRow("lost macro") << entry(Assignment::playMacro, 2, 1) << u"macro 3 (which does not exist), once"_s;
     QTest::newRow("program") << entry(Assignment::launchProgram, u"/opt/Game.app"_s, QString())
                              << u"program /opt/Game.app"_s;
     QTest::newRow("unknown") << QVariant(QVariantMap{{SettingsKeys::command, 30}})

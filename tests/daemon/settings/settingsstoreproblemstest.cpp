@@ -415,7 +415,7 @@ void SettingsStoreProblemsTest::reportsEachProblem()
              qPrintable(mStore->problems().first()));
     const QString repair = mStore->problems().last();
     QVERIFY2(repair.startsWith(filePath(u"settings.plist was repaired"_s)), qPrintable(repair));
-    QVERIFY2(repair.contains(u"macro 2 was not a dictionary"_s), qPrintable(repair));
+    QVERIFY2(repair.contains(u"macro 3 was not a dictionary"_s), qPrintable(repair));
     QVERIFY2(repair.contains(u"and 1 more"_s), qPrintable(repair));
 }
 
