@@ -47,7 +47,8 @@ void printHelp(Console &console)
     console.print(u"  kestractl --version"_s);
     console.print({});
     console.print(u"KEY is a key's name (A, F1, LeftShift, NumPadSeven, M1) or its HID usage (225, 0x04)."_s);
-    console.print(u"MODIFIER is a modifier key's name (LeftControl, RightShift)."_s);
+    console.print(u"MODIFIER is a modifier key's name (LeftControl, RightShift). \"kestractl key --list\" lists all "
+                  "names."_s);
     console.print(u"N is a number: the first profile, and the first macro, is 1."_s);
     console.print(u"NAME is a name, in any letter case if only one fits. name:2 is the one called \"2\"."_s);
     console.print({});

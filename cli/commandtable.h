@@ -59,6 +59,7 @@ inline constexpr QLatin1StringView seconds{"--seconds"};
 inline constexpr QLatin1StringView modifiers{"--modifiers"};
 inline constexpr QLatin1StringView repeat{"--repeat"};
 inline constexpr QLatin1StringView off{"--off"};
+inline constexpr QLatin1StringView list{"--list"};
 
 /// Options that are followed by a value, as the next word or behind "=".
 inline constexpr std::array withValue{modifiers, repeat, seconds};

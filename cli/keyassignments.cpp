@@ -20,28 +20,16 @@ using KeyMappings::Assignment;
 
 namespace {
 
-/// The bit of the modifier key `code` in the modifier byte; 0 for other keys.
-int modifierBit(int code)
-{
-    for (int bit = 1; bit < 0x100; bit <<= 1) {
-        QList<int> codes;
-        eventParser::getModifierHIDRetVal(static_cast<quint8>(bit), codes);
-        if (codes.contains(code))
-            return bit;
-    }
-    return 0;
-}
-
 Result<NewAssignment> makeSingleKey(const AssignmentWords &words)
 {
     const std::optional<int> key = keyCodeForName(words.argument);
     if (!key)
-        return Error{u"the keyboard has no key \"%1\" to send"_s.arg(words.argument)};
+        return Error{u"the keyboard has no key \"%1\" to send (see kestractl key --list)"_s.arg(words.argument)};
     int modifiers = 0;
     for (const QString &name : words.optionValue.split(u',', Qt::SkipEmptyParts)) {
         const int bit = modifierBit(keyCodeForName(name.trimmed()).value_or(0));
         if (bit == 0)
-            return Error{u"\"%1\" is not a modifier key"_s.arg(name.trimmed())};
+            return Error{u"\"%1\" is not a modifier key (see kestractl key --list)"_s.arg(name.trimmed())};
         modifiers |= bit;
     }
     return NewAssignment{.assignment = Assignment::singleKey, .param1 = *key, .param2 = modifiers};
@@ -138,6 +126,17 @@ constexpr AssignmentKind kinds[] = {
 std::span<const AssignmentKind> assignmentKinds()
 {
     return kinds;
+}
+
+int modifierBit(int code)
+{
+    for (int bit = 1; bit < 0x100; bit <<= 1) {
+        QList<int> codes;
+        eventParser::getModifierHIDRetVal(static_cast<quint8>(bit), codes);
+        if (codes.contains(code))
+            return bit;
+    }
+    return 0;
 }
 
 const AssignmentKind *findAssignmentKind(const QString &word)

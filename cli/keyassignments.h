@@ -42,5 +42,8 @@ struct AssignmentKind
 /// Every kind, in the order of the help.
 [[nodiscard]] std::span<const AssignmentKind> assignmentKinds();
 
+/// The bit of the modifier key `code` in "param2" of a single key; 0 for other keys.
+[[nodiscard]] int modifierBit(int code);
+
 /// The row with this word; null when there is none.
 [[nodiscard]] const AssignmentKind *findAssignmentKind(const QString &word);

@@ -22,7 +22,7 @@ CommandResult<void> callWithKey(CommandContext &context, QLatin1StringView metho
     const QString &text = context.arguments.first();
     const std::optional<int> code = keyCodeForName(text);
     if (!code)
-        return wrongUsage(u"the keyboard has no key \"%1\""_s.arg(text));
+        return wrongUsage(u"the keyboard has no key \"%1\" (see kestractl key --list)"_s.arg(text));
     return callKeyboard(method, {uint{HidPages::keyboard}, static_cast<uint>(*code)});
 }
 

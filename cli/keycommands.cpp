@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// "key": shows and changes the assignment of a key in the active profile.
+// "key": lists the keys; shows and changes the assignment of a key in the active profile.
 #include "base/document.h"
 #include "base/profilerecord.h"
 #include "base/settingskeys.h"
@@ -9,9 +9,32 @@
 #include "keys/keylayout.h"
 #include "keys/keynames.h"
 
+#include <QJsonArray>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+void listKeys(CommandContext &context)
+{
+    QJsonArray list;
+    for (const KeyRow &row : KeyLayout::selectableKeys()) {
+        const QStringList names = keyNames(row.code);
+        const bool isModifier = modifierBit(row.code) != 0;
+        if (context.hasOption(Options::json)) {
+            list.append(QJsonObject{{u"key"_s, keyName(row.code)},
+                                    {u"code"_s, row.code},
+                                    {u"names"_s, QJsonArray::fromStringList(names)},
+                                    {u"modifier"_s, isModifier}});
+            continue;
+        }
+        // Two spaces, because names contain single spaces, and one is a comma.
+        const QString code = u"0x"_s + QString::number(row.code, 16).rightJustified(2, u'0');
+        context.console.print((QStringList{code} + names).join(u"  "_s) + (isModifier ? u"  (modifier)"_s : QString()));
+    }
+    if (context.hasOption(Options::json))
+        context.console.printJson(list);
+}
 
 void showKey(CommandContext &context, const QVariantMap &document, int code)
 {
@@ -64,10 +87,18 @@ CommandResult<void> assignKey(CommandContext &context, const QVariantMap &docume
 
 CommandResult<void> showOrAssignKey(CommandContext &context)
 {
+    if (context.hasOption(Options::list)) {
+        if (!context.arguments.isEmpty() || context.hasOption(Options::modifiers) || context.hasOption(Options::repeat))
+            return wrongUsage(u"\"key --list\" takes nothing more than --json"_s);
+        listKeys(context);
+        return {};
+    }
+    if (context.arguments.isEmpty())
+        return wrongUsage(u"\"key\" needs KEY or --list (see kestractl help key)"_s);
     const QString keyText = context.arguments.first();
     const std::optional<int> code = keyCodeForName(keyText);
     if (!code)
-        return wrongUsage(u"the keyboard has no key \"%1\""_s.arg(keyText));
+        return wrongUsage(u"the keyboard has no key \"%1\" (see kestractl key --list)"_s.arg(keyText));
     const AssignmentKind *kind = nullptr;
     if (context.arguments.size() > 1) {
         kind = findAssignmentKind(context.arguments.at(1));
@@ -89,7 +120,9 @@ CommandResult<void> showOrAssignKey(CommandContext &context)
 
 QList<CommandForm> keyCommandForms()
 {
-    QList<CommandForm> forms{{.words = u"KEY [--json]"_s, .help = u"show what a key does in the active profile"_s}};
+    QList<CommandForm> forms{
+        {.words = u"--list [--json]"_s, .help = u"list the keys and modifier keys, with all their names"_s},
+        {.words = u"KEY [--json]"_s, .help = u"show what a key does in the active profile"_s}};
     for (const AssignmentKind &kind : assignmentKinds()) {
         QString words = u"KEY "_s + kind.word;
         if (!kind.argument.isEmpty())

@@ -3,6 +3,9 @@
 
 #include "keys/keylayout.h"
 
+#include <algorithm>
+#include <iterator>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -160,6 +163,20 @@ QString keyName(int code)
         if (row.code == code)
             return row.name;
     return {};
+}
+
+QStringList keyNames(int code)
+{
+    const auto row = std::ranges::find(nameRows, code, &NameRow::code);
+    const KeyRow *keyRow = KeyLayout::rowForCode(code);
+    if (row == std::end(nameRows) || !keyRow)
+        return {};
+    QStringList names{row->name};
+    for (const QLatin1StringView name : {row->alias, keyRow->outlet.sliced(1)}) {
+        if (!name.isEmpty() && !names.contains(name, Qt::CaseInsensitive))
+            names += name;
+    }
+    return names;
 }
 
 std::optional<int> keyCodeForName(const QString &text)

@@ -3,11 +3,16 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
 /// Returns "A", "F1", "Left Shift", "M1", "T7", "Numpad 7"; empty for a code outside the layout.
 [[nodiscard]] QString keyName(int code);
+
+/// Returns every text by which keyCodeForName() finds the key with `code`, keyName() first, but for its code and for
+/// other letter cases; empty for a code outside the layout.
+[[nodiscard]] QStringList keyNames(int code);
 
 /// Returns the code of the key that `text` names. `text` is the key's name, its legend (";") or its button's name
 /// without the "m" ("NumPadSeven"), in any letter case. Otherwise it is a code in decimal or as 0x hexadecimal. Names

@@ -8,7 +8,9 @@
 #include "tests/support/testmain.h"
 
 #include <QElapsedTimer>
+#include <QJsonArray>
 #include <QJsonObject>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -70,6 +72,7 @@ class TestKestractlFailures : public QObject
 private Q_SLOTS:
     void helpNeedsNoDaemon_data();
     void helpNeedsNoDaemon();
+    void listOfKeysHasEveryKeyAndModifier();
     void reportsResultsThatCannotBeWritten();
     void reportsResultsBeyondTheFileSizeLimit();
     void reportsWrongUsage_data();
@@ -98,6 +101,11 @@ void TestKestractlFailures::helpNeedsNoDaemon_data()
     QTest::newRow("help of a group") << QStringList{u"help"_s, u"keyboard"_s} << u"kestractl keyboard attach"_s;
     QTest::newRow("help of two words") << QStringList{u"help"_s, u"profile"_s, u"switch"_s}
                                        << u"kestractl profile switch N|NAME"_s;
+    QTest::newRow("list of keys") << QStringList{u"key"_s, u"--list"_s} << u"0x3b  F2\n"_s;
+    QTest::newRow("key with three names")
+        << QStringList{u"key"_s, u"--list"_s} << u"0xe2  Left Option  Left Alt  LeftOption  (modifier)\n"_s;
+    QTest::newRow("key without a modifier bit") << QStringList{u"key"_s, u"--list"_s} << u"\n0x36  Comma  ,\n"_s;
+    QTest::newRow("extra key in the list") << QStringList{u"key"_s, u"--list"_s} << u"\n0x6a  M1\n"_s;
     QTest::newRow("--version") << QStringList{u"--version"_s} << u"kestractl "_s + QLatin1StringView(KESTRA_VERSION);
 }
 
@@ -109,6 +117,27 @@ void TestKestractlFailures::helpNeedsNoDaemon()
     QCOMPARE(result.exitCode, 0);
     QVERIFY2(result.text().contains(word), result.output.constData());
     QCOMPARE(result.errorText(), QString());
+}
+
+void TestKestractlFailures::listOfKeysHasEveryKeyAndModifier()
+{
+    const QStringList lines = runKestractl({u"key"_s, u"--list"_s}).text().split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 119);
+    QCOMPARE(lines.filter(u"(modifier)"_s).size(), 8);
+    const QJsonArray keys = runKestractl({u"key"_s, u"--list"_s, u"--json"_s}).json().array();
+    QCOMPARE(keys.size(), 119);
+    QSet<QString> modifiers;
+    for (const QJsonValue &key : keys) {
+        if (key.toObject().value("modifier"_L1).toBool())
+            modifiers += key.toObject().value("key"_L1).toString();
+    }
+    QCOMPARE(modifiers, (QSet<QString>{u"Left Control"_s, u"Left Shift"_s, u"Left Option"_s, u"Left Command"_s,
+                                       u"Right Control"_s, u"Right Shift"_s, u"Right Option"_s, u"Right Command"_s}));
+    const QJsonObject escape{{u"key"_s, u"Escape"_s},
+                             {u"code"_s, 41},
+                             {u"names"_s, QJsonArray{u"Escape"_s, u"Esc"_s}},
+                             {u"modifier"_s, false}};
+    QCOMPARE(keys.first().toObject(), escape);
 }
 
 void TestKestractlFailures::reportsResultsThatCannotBeWritten()
@@ -149,6 +178,14 @@ void TestKestractlFailures::reportsWrongUsage_data()
     QTest::newRow("too many") << QStringList{u"status"_s, u"now"_s} << u"usage: kestractl status"_s;
     QTest::newRow("no such key") << QStringList{u"key"_s, u"Nonsense"_s} << u"Nonsense"_s;
     QTest::newRow("key code outside the layout") << QStringList{u"key"_s, u"0x03"_s} << u"0x03"_s;
+    QTest::newRow("hint to the list of keys")
+        << QStringList{u"key"_s, u"Nonsense"_s} << u"(see kestractl key --list)"_s;
+    QTest::newRow("no key") << QStringList{u"key"_s} << u"\"key\" needs KEY or --list"_s;
+    QTest::newRow("list of keys of a key")
+        << QStringList{u"key"_s, u"A"_s, u"--list"_s} << u"\"key --list\" takes nothing more than --json"_s;
+    QTest::newRow("list of keys with an option of an assignment")
+        << QStringList{u"key"_s, u"--list"_s, u"--repeat=2"_s} << u"\"key --list\" takes nothing more than --json"_s;
+    QTest::newRow("list of another command") << QStringList{u"status"_s, u"--list"_s} << u"takes no option --list"_s;
     QTest::newRow("no such assignment") << QStringList{u"key"_s, u"A"_s, u"explode"_s} << u"explode"_s;
     QTest::newRow("nothing to send") << QStringList{u"key"_s, u"A"_s, u"single"_s} << u"\"key KEY single\" needs KEY"_s;
     QTest::newRow("too much") << QStringList{u"key"_s, u"A"_s, u"disable"_s, u"B"_s}

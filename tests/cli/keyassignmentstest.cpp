@@ -108,10 +108,11 @@ void KeyAssignmentsTest::refusesMeaninglessWords_data()
     QTest::addColumn<QString>("optionValue");
     QTest::addColumn<QString>("problem");
     QTest::newRow("no such key") << u"single"_s << u"Banana"_s << QString()
-                                 << u"the keyboard has no key \"Banana\" to send"_s;
+                                 << u"the keyboard has no key \"Banana\" to send (see kestractl key --list)"_s;
     QTest::newRow("no such modifier") << u"single"_s << u"C"_s << u"leftshift,Banana"_s
-                                      << u"\"Banana\" is not a modifier key"_s;
-    QTest::newRow("key as a modifier") << u"single"_s << u"C"_s << u"D"_s << u"\"D\" is not a modifier key"_s;
+                                      << u"\"Banana\" is not a modifier key (see kestractl key --list)"_s;
+    QTest::newRow("key as a modifier") << u"single"_s << u"C"_s << u"D"_s
+                                       << u"\"D\" is not a modifier key (see kestractl key --list)"_s;
     QTest::newRow("no such macro") << u"macro"_s << u"4"_s << QString()
                                    << u"there is no macro 4 (see kestractl macro list)"_s;
     QTest::newRow("no such macro name") << u"macro"_s << u"Harm"_s << QString()

@@ -16,6 +16,9 @@ class KeyNamesTest : public QObject
 private Q_SLOTS:
     void everyKeyHasAUniqueNameThatLeadsBack();
     void everyOutletNameLeadsBack();
+    void listsEveryNameOfAKey_data();
+    void listsEveryNameOfAKey();
+    void everyListedNameLeadsBack();
     void findsKeys_data();
     void findsKeys();
     void findsNothingElse_data();
@@ -39,6 +42,34 @@ void KeyNamesTest::everyOutletNameLeadsBack()
 {
     for (const KeyRow &row : KeyLayout::selectableKeys())
         QCOMPARE(keyCodeForName(QString(row.outlet).sliced(1)), std::optional<int>(row.code));
+}
+
+void KeyNamesTest::listsEveryNameOfAKey_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("one name") << 4 << QStringList{u"A"_s};
+    QTest::newRow("legend") << 51 << QStringList{u"Semicolon"_s, u";"_s};
+    QTest::newRow("button") << 225 << QStringList{u"Left Shift"_s, u"LeftShift"_s};
+    QTest::newRow("button that differs in letter case alone") << 83 << QStringList{u"Numlock"_s};
+    QTest::newRow("all three") << 226 << QStringList{u"Left Option"_s, u"Left Alt"_s, u"LeftOption"_s};
+    QTest::newRow("outside the layout") << 3 << QStringList();
+}
+
+void KeyNamesTest::listsEveryNameOfAKey()
+{
+    QFETCH(int, code);
+    QTEST(keyNames(code), "names");
+}
+
+void KeyNamesTest::everyListedNameLeadsBack()
+{
+    for (const KeyRow &row : KeyLayout::selectableKeys()) {
+        const QStringList names = keyNames(row.code);
+        QCOMPARE(names.value(0), keyName(row.code));
+        for (const QString &name : names)
+            QCOMPARE(keyCodeForName(name), std::optional<int>(row.code));
+    }
 }
 
 void KeyNamesTest::findsKeys_data()
