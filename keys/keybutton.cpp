@@ -93,8 +93,8 @@ void KeyButton::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     paintKeycap(painter, rect(), mUnit,
                 {.look = mShape.look,
-                 .legend = mShape.legend,
-                 .upperLegend = mShape.upperLegend,
+                 .legend = QString(mShape.legend),
+                 .upperLegend = QString(mShape.upperLegend),
                  .mark = mMark,
                  .isSelectable = mIsSelectable,
                  .isEnabled = isEnabled(),

@@ -2,6 +2,7 @@
 #include "keys/keycap.h"
 
 #include "keys/cachedpixmap.h"
+#include "keys/contrast.h"
 #include "keys/keylegend.h"
 
 #include <QLinearGradient>
@@ -13,6 +14,7 @@
 #include <cmath>
 
 using namespace Qt::StringLiterals;
+using Contrast::mixed;
 
 namespace {
 
@@ -23,10 +25,10 @@ constexpr qreal faceRadius = 0.11;
 constexpr qreal sideSlope = 0.07; // from the foot of the cap to its face
 constexpr qreal topSlope = 0.035;
 constexpr qreal bottomSlope = 0.135;
-constexpr qreal markSize = 0.33;
 constexpr qreal ringWidth = 0.075;
-constexpr qreal minimumMarkPixels = 10;
 constexpr qreal minimumRingPixels = 2.5;
+constexpr qreal innerRingWidth = 0.035;
+constexpr qreal minimumInnerRingPixels = 1.25;
 
 struct Colors
 {
@@ -38,11 +40,12 @@ struct Colors
     QColor accent;
 };
 
-QColor mixed(const QColor &a, const QColor &b, qreal shareOfB)
+struct CaseColors
 {
-    const auto mix = [shareOfB](int from, int to) { return static_cast<int>(from + (to - from) * shareOfB); };
-    return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
-}
+    QColor top;
+    QColor bottom;
+    QColor edge;
+};
 
 bool isDark(const QPalette &palette)
 {
@@ -58,6 +61,17 @@ Colors plainColors(bool dark, bool isExtra)
     if (isExtra)
         return {0x5a6576, 0x4a5465, 0x2b323d, 0x7a8699, 0xffffff, {}};
     return {0xffffff, 0xf1f2f5, 0xb4b9c3, 0xffffff, 0x23272e, {}};
+}
+
+CaseColors caseColors(bool dark, bool isEnabled)
+{
+    if (!isEnabled && dark)
+        return {0x2b2d30, 0x2b2d30, 0x0e0f11};
+    if (!isEnabled)
+        return {0xe6e8eb, 0xe6e8eb, 0xa7adb7};
+    if (dark)
+        return {0x2a2d32, 0x1e2024, 0x0e0f11};
+    return {0xdadde2, 0xc4c8d0, 0xa7adb7};
 }
 
 Colors colorsFor(const KeycapState &state, const QPalette &palette)
@@ -84,38 +98,68 @@ Colors colorsFor(const KeycapState &state, const QPalette &palette)
         colors.faceTop = colors.faceBottom = mixed(colors.faceTop, away, 0.85);
         colors.foot = mixed(colors.foot, away, 0.7);
         colors.edge = colors.faceTop;
-        colors.legend = mixed(dark ? QColor(0x9a9da3) : QColor(0x6f747d), away, 0.35);
-        colors.accent = mixed(colors.legend, away, 0.35);
+        colors.legend = dark ? QColor(0x83868c) : QColor(0x7c818a);
+        colors.accent = colors.legend;
     }
+    colors.legend = Contrast::readable(colors.legend, {colors.faceTop, colors.faceBottom}, Contrast::ofText);
     return colors;
+}
+
+QRectF footIn(const QRectF &place, qreal unit)
+{
+    return place.adjusted(gap * unit, gap * unit, -gap * unit, -gap * unit);
+}
+
+QRectF restingFace(const QRectF &foot, qreal unit)
+{
+    return foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
 }
 
 // Paints a key that cannot have an assignment: no cap to press, only a dashed outline.
 void paintFixedKey(QPainter &painter, const QRectF &foot, qreal unit, const KeycapState &state, const QPalette &palette)
 {
     const bool dark = isDark(palette);
-    QColor caseColor = dark ? QColor(0x24262b) : QColor(0xcfd3d9);
-    QColor line = dark ? QColor(0x7f858f) : QColor(0x7c828d);
-    if (!state.isEnabled) {
-        caseColor = dark ? QColor(0x2b2d30) : QColor(0xe6e8eb);
-        line = mixed(line, caseColor, 0.45);
-    }
+    const CaseColors around = caseColors(dark, state.isEnabled);
+    const QColor line = dark ? QColor(0x7f858f) : QColor(0x7c828d);
+    const QColor ground = mixed(mixed(around.top, around.bottom, 0.5), line, 0.08);
     const QRectF outline = foot.adjusted(1, 1, -1, -1);
-    painter.setBrush(mixed(caseColor, line, 0.08));
-    painter.setPen(QPen(line, std::max(1.0, unit * 0.025), Qt::DashLine));
+    const QColor dashes = state.isEnabled
+                              ? Contrast::readable(line, {around.top, around.bottom, ground}, Contrast::ofShapes)
+                              : mixed(line, ground, 0.45);
+    painter.setBrush(ground);
+    painter.setPen(QPen(dashes, std::max(1.0, unit * 0.025), Qt::DashLine));
     painter.drawRoundedRect(outline, unit * baseRadius, unit * baseRadius);
-    const QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
-    paintKeyLegend(painter, face, unit, {state.look, state.legend, state.upperLegend},
-                   dark ? line.lighter(115) : line.darker(115));
+    paintKeyLegend(painter, restingFace(foot, unit), unit, {state.look, state.legend, state.upperLegend},
+                   Contrast::readable(line, {ground}, Contrast::ofText));
 }
 
-void paintRing(QPainter &painter, const QRectF &place, qreal unit, const QColor &color)
+void paintFrame(QPainter &painter, const QRectF &place, qreal distance, qreal width, qreal radius, const QColor &color)
 {
-    const qreal width = std::max(minimumRingPixels, unit * ringWidth);
-    const QRectF ring = place.adjusted(width / 2, width / 2, -width / 2, -width / 2);
+    const qreal inset = distance + width / 2;
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(color, width));
-    painter.drawRoundedRect(ring, unit * (baseRadius + gap * 0.6), unit * (baseRadius + gap * 0.6));
+    painter.drawRoundedRect(place.adjusted(inset, inset, -inset, -inset), radius, radius);
+}
+
+// The ring of the selected key has two tones, a dark and a light one. One of them differs clearly from any cap and from
+// any colour of the key lighting around it.
+void paintRing(QPainter &painter, const QRectF &place, qreal unit, const Colors &colors, bool isDark, bool isEnabled)
+{
+    constexpr qreal dividedContrast = 9.5; // one of two tones this far apart has a contrast of 3 with any colour
+    const CaseColors around = caseColors(isDark, isEnabled);
+    QColor outer = isDark ? colors.accent.lighter(160) : colors.accent.darker(170);
+    QColor inner = isDark ? QColor(0x0a0b0d) : QColor(Qt::white);
+    if (isEnabled) {
+        outer = Contrast::readable(outer, {inner}, dividedContrast);
+    } else {
+        outer = Contrast::readable(colors.accent, {around.top, colors.faceTop, colors.foot}, Contrast::ofShapes);
+        inner = outer;
+    }
+    const qreal width = std::max(minimumRingPixels, unit * ringWidth);
+    const qreal innerWidth = std::max(minimumInnerRingPixels, unit * innerRingWidth);
+    const qreal radius = unit * (baseRadius + gap * 0.6);
+    paintFrame(painter, place, width, innerWidth, radius * 0.8, inner);
+    paintFrame(painter, place, 0, width, radius, outer);
 }
 
 // A cap without its legend and marks, which many keys share.
@@ -130,18 +174,12 @@ struct Body
     bool isDown;
 };
 
-QRectF footIn(const QRectF &place, qreal unit)
-{
-    return place.adjusted(gap * unit, gap * unit, -gap * unit, -gap * unit);
-}
-
 QRectF faceOn(const QRectF &foot, const Body &body)
 {
-    const qreal unit = body.unit;
-    const QRectF face = foot.adjusted(sideSlope * unit, topSlope * unit, -sideSlope * unit, -bottomSlope * unit);
+    const QRectF face = restingFace(foot, body.unit);
     if (body.isDown)
-        return face.translated(0, unit * 0.05);
-    return body.isRaised ? face.translated(0, -unit * 0.015) : face;
+        return face.translated(0, body.unit * 0.05);
+    return body.isRaised ? face.translated(0, -body.unit * 0.015) : face;
 }
 
 // Returns a rounded rectangle shaded from `top` to `bottom`, in a layer of its own. The colour is laid over a plain
@@ -206,6 +244,11 @@ QPixmap bodyPixmap(const Body &body, qreal devicePixelRatio)
 
 } // namespace
 
+QRectF keycapFace(const QRectF &place, qreal unit)
+{
+    return restingFace(footIn(place, unit), unit);
+}
+
 void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state, const QPalette &palette)
 {
     painter.save();
@@ -227,12 +270,11 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     painter.drawPixmap(place.topLeft(), bodyPixmap(body, painter.device()->devicePixelRatio()));
 
     const QRectF face = faceOn(foot, body);
-    paintKeyLegend(painter, face, unit, {state.look, state.legend, state.upperLegend}, colors.legend);
-    const qreal size = std::max(minimumMarkPixels, unit * markSize);
-    const QRectF mark(face.right() - size - unit * 0.035, face.bottom() - size - unit * 0.035, size, size);
+    const QRectF mark = state.mark == KeyMark::none ? QRectF() : keyMarkPlace(face, unit);
+    paintKeyLegend(painter, face, unit, {state.look, state.legend, state.upperLegend}, colors.legend, mark);
     paintKeyMark(painter, mark, state.mark, palette, state.isEnabled);
-    if (state.isSelected) // stronger than the accent: the key lighting may have that colour
-        paintRing(painter, place, unit, body.isDark ? colors.accent.lighter(160) : colors.accent.darker(170));
+    if (state.isSelected)
+        paintRing(painter, place, unit, colors, body.isDark, state.isEnabled);
     if (state.hasFocus && state.isEnabled) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(colors.legend, 1, Qt::DotLine));
@@ -262,15 +304,11 @@ void paintWordmark(QPainter &painter, const QRectF &place, qreal unit, const QSt
 void paintKeyboardCase(QPainter &painter, const QRectF &place, qreal unit, const QPalette &palette, bool isEnabled)
 {
     painter.save();
-    const bool dark = isDark(palette);
-    QColor top = dark ? QColor(0x2a2d32) : QColor(0xdadde2);
-    QColor bottom = dark ? QColor(0x1e2024) : QColor(0xc4c8d0);
-    if (!isEnabled)
-        top = bottom = dark ? QColor(0x2b2d30) : QColor(0xe6e8eb);
+    const auto [top, bottom, edgeColor] = caseColors(isDark(palette), isEnabled);
     const QRectF outline = place.adjusted(0.5, 0.5, -0.5, -0.5);
     const qreal radius = unit * 0.3;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(dark ? QColor(0x0e0f11) : QColor(0xa7adb7), 1));
+    painter.setPen(QPen(edgeColor, 1));
     // The shade consists of plain bands between the rounded ends, for the reason given at shadedLayer(). One band for
     // each step of the colour is as smooth as a gradient.
     const QRect whole = place.toAlignedRect();

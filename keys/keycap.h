@@ -5,17 +5,17 @@
 #include "keys/keygeometry.h"
 #include "keys/keymark.h"
 
-class QColor;
+#include <QString>
+
 class QPainter;
 class QPalette;
-class QString;
 
 /// The visible properties of one key.
 struct KeycapState
 {
     KeyLook look = KeyLook::blank;
-    QLatin1StringView legend = {};
-    QLatin1StringView upperLegend = {};
+    QString legend = {};
+    QString upperLegend = {};
     KeyMark mark = KeyMark::none;
     bool isSelectable = true;
     bool isEnabled = true;
@@ -29,6 +29,10 @@ struct KeycapState
 /// Paints the keycap into `place`, which begins at a whole pixel. `unit` is the length of one key unit in the same
 /// measure. QPixmapCache keeps the caps without their legends: most keys have the same size and look.
 void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const KeycapState &state, const QPalette &palette);
+
+/// Returns the face of the keycap that fills `place`: the part with its legend and mark. A pressed or selected cap has
+/// its face a little lower or higher.
+[[nodiscard]] QRectF keycapFace(const QRectF &place, qreal unit);
 
 /// Paints the keyboard's case behind the keys.
 void paintKeyboardCase(QPainter &painter, const QRectF &place, qreal unit, const QPalette &palette, bool isEnabled);

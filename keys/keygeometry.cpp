@@ -116,7 +116,7 @@ constexpr KeyShape shapeRows[] = {
     {"mArrowLeft"_L1, {16.6, 5.25, 1, 1}, ""_L1, ""_L1, KeyLook::arrowLeft},
     {"mArrowDown"_L1, {17.6, 5.25, 1, 1}, ""_L1, ""_L1, KeyLook::arrowDown},
     {"mArrowRight"_L1, {18.6, 5.25, 1, 1}, ""_L1, ""_L1, KeyLook::arrowRight},
-    {"mNumlock"_L1, {19.85, 0, 1, 1}, "num"_L1, "lock"_L1, KeyLook::word},
+    {"mNumlock"_L1, {19.85, 0, 1, 1}, "num lk"_L1, ""_L1, KeyLook::word},
     {"mNumPadBlank"_L1, {20.85, 0, 2, 1}, ""_L1, ""_L1, KeyLook::blank},
     {"mEject"_L1, {22.85, 0, 1, 1}, ""_L1, ""_L1, KeyLook::eject},
     {"mClear"_L1, {19.85, 1.25, 1, 1}, "clear"_L1, ""_L1, KeyLook::word},

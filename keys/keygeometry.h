@@ -11,7 +11,7 @@
 /// The kind of print on a keycap.
 enum class KeyLook {
     letter,   ///< one or two large characters
-    word,     ///< one or two small words
+    word,     ///< small words on one line
     function, ///< a function key's name
     extra,    ///< the accented M and T keys
     blank,    ///< nothing
@@ -27,7 +27,7 @@ struct KeyShape
     QLatin1StringView outlet;
     QRectF place;                  ///< in key units: 1 is the pitch of the letter keys; origin top left
     QLatin1StringView legend;      ///< empty for blank keys and pictures
-    QLatin1StringView upperLegend; ///< the character with Shift, above the legend; or a second word, below it
+    QLatin1StringView upperLegend; ///< the character with Shift, above the legend; empty for words
     KeyLook look;
 };
 

@@ -8,6 +8,8 @@
 #include <QHash>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTransform>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <cstdlib>
@@ -18,7 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qreal inset = 0.085; // of the legend in the face, in key units
+constexpr qreal inset = 0.085;    // of the legend in the face, in key units
+constexpr qreal narrowest = 0.82; // of text before it becomes smaller
 
 struct Lettering
 {
@@ -49,78 +52,119 @@ QFont::Weight nearestWeight(const QString &family, QFont::Weight wanted)
     return known.insert(key, static_cast<QFont::Weight>(nearest)).value();
 }
 
-// Returns the width of `text`, which is measured once per font instead of at every painting.
-qreal measuredWidth(const QFontMetricsF &metrics, const QFont &font, const QString &text)
+// The measures of a text in a font, in pixels. `ink` is the area of its strokes, relative to the start of its baseline.
+struct Extent
 {
-    constexpr int rememberedWidths = 1000;
-    static QCache<QString, qreal> widths(rememberedWidths);
+    qreal width = 0;
+    QRectF ink;
+};
+
+// Returns the measures of `text`, which is measured once per font instead of at every painting.
+Extent measured(const QFontMetricsF &metrics, const QFont &font, const QString &text)
+{
+    constexpr int rememberedTexts = 1000;
+    static QCache<QString, Extent> extents(rememberedTexts);
     const QString key =
         QString(QChar(font.pixelSize())) + QChar(static_cast<int>(font.weight())) + font.family() + u' ' + text;
-    if (const qreal *known = widths.object(key))
+    if (const Extent *known = extents.object(key))
         return *known;
-    const qreal width = metrics.horizontalAdvance(text);
-    widths.insert(key, new qreal(width));
-    return width;
+    const Extent extent{metrics.horizontalAdvance(text), metrics.tightBoundingRect(text)};
+    extents.insert(key, new Extent(extent));
+    return extent;
 }
 
-// Returns a font of `pixels` height. If `longest` does not fit into `width`, it is first narrowed and then made
+// Returns a font of `pixels` height. If `text` does not fit into `width`, it is first narrowed and then made
 // smaller: keys of one size then have words of one size. It is scaled, because each stretch and size would be a
 // separate font to load.
-Lettering letteringFor(const QString &longest, qreal pixels, qreal width, QFont::Weight weight)
+Lettering letteringFor(const QString &text, qreal pixels, qreal width, QFont::Weight weight)
 {
     constexpr int smallestPixels = 6;
-    constexpr qreal narrowest = 0.82;
     const QFont font = keyLegendFont(std::max(smallestPixels, qRound(pixels)), weight);
     Lettering lettering{.font = font, .metrics = QFontMetricsF(font)};
-    if (longest.size() <= 1)
+    if (text.size() <= 1)
         return lettering; // fits on every key
-    const qreal share = std::min<qreal>(1, width / std::max<qreal>(1, measuredWidth(lettering.metrics, font, longest)));
+    const qreal share = std::min<qreal>(1, width / std::max<qreal>(1, measured(lettering.metrics, font, text).width));
     lettering.horizontalScale = share;
     lettering.verticalScale = std::min<qreal>(1, share / narrowest);
     return lettering;
 }
 
-// Draws `text` with its upper left corner at `corner`.
-void drawLine(QPainter &painter, const QPointF &corner, const QString &text, const Lettering &lettering)
+// A text with its upper left corner.
+struct Line
 {
+    QString text;
+    QPointF corner;
+};
+
+struct Lines
+{
+    Lettering lettering;
+    QVarLengthArray<Line, 2> lines;
+};
+
+void drawLines(QPainter &painter, const Lines &print)
+{
+    const Lettering &lettering = print.lettering;
     painter.setFont(lettering.font);
     const QPointF baseline(0, lettering.metrics.ascent());
-    if (lettering.horizontalScale == 1) {
-        painter.drawText(corner + baseline, text);
-        return;
-    }
-    painter.save();
-    painter.translate(corner);
-    painter.scale(lettering.horizontalScale, lettering.verticalScale);
-    painter.drawText(baseline, text);
-    painter.restore();
-}
-
-void paintWords(QPainter &painter, const QRectF &place, qreal unit, const KeyLegend &legend)
-{
-    const QString first(legend.legend), second(legend.upperLegend);
-    const Lettering lettering =
-        letteringFor(first.size() >= second.size() ? first : second, unit * 0.228, place.width(), QFont::Medium);
-    drawLine(painter, place.topLeft(), first, lettering);
-    if (!second.isEmpty()) {
-        const QPointF lineFeed(0, lettering.metrics.lineSpacing() * lettering.verticalScale);
-        drawLine(painter, place.topLeft() + lineFeed, second, lettering);
+    for (const Line &line : print.lines) {
+        if (lettering.horizontalScale == 1) {
+            painter.drawText(line.corner + baseline, line.text);
+            continue;
+        }
+        painter.save();
+        painter.translate(line.corner);
+        painter.scale(lettering.horizontalScale, lettering.verticalScale);
+        painter.drawText(baseline, line.text);
+        painter.restore();
     }
 }
 
-void paintCharacters(QPainter &painter, const QRectF &place, qreal unit, const KeyLegend &legend)
+// Makes the lines that reach into `mark`, and those of the same print, as narrow as keeps them apart from it.
+void keepClearOf(const QRectF &mark, Lines &print)
 {
-    const QString lower(legend.legend);
-    if (legend.upperLegend.isEmpty()) {
-        const Lettering lettering = letteringFor(lower, unit * 0.33, place.width(), QFont::Medium);
-        drawLine(painter, place.topLeft() - QPointF(0, unit * 0.02), lower, lettering);
+    constexpr qreal clearance = 1; // pixel: the mark is painted on whole ones
+    if (mark.isNull())
         return;
+    Lettering &lettering = print.lettering;
+    const QTransform scale = QTransform::fromScale(lettering.horizontalScale, lettering.verticalScale);
+    qreal share = 1;
+    for (const Line &line : print.lines) {
+        const QRectF ink =
+            measured(lettering.metrics, lettering.font, line.text).ink.translated(0, lettering.metrics.ascent());
+        const QRectF place = scale.mapRect(ink).translated(line.corner).adjusted(0, 0, clearance, clearance);
+        if (place.intersects(mark))
+            share = std::min(share, (mark.left() - line.corner.x()) / (place.right() - line.corner.x()));
     }
+    lettering.horizontalScale *= share;
+    lettering.verticalScale *= std::min<qreal>(1, share / narrowest);
+}
+
+Lines wordLines(const QRectF &place, qreal unit, const KeyLegend &legend)
+{
+    return {letteringFor(legend.legend, unit * 0.228, place.width(), QFont::Medium),
+            {{legend.legend, place.topLeft()}}};
+}
+
+Lines characterLines(const QRectF &place, qreal unit, const KeyLegend &legend)
+{
+    const QString &lower = legend.legend;
+    if (legend.upperLegend.isEmpty())
+        return {letteringFor(lower, unit * 0.33, place.width(), QFont::Medium),
+                {{lower, place.topLeft() - QPointF(0, unit * 0.02)}}};
     const Lettering lettering = letteringFor(lower, unit * 0.27, place.width(), QFont::Medium);
     const qreal half = place.height() / 2;
     const qreal spare = (half - lettering.metrics.height()) / 2; // centred in its half
-    drawLine(painter, place.topLeft() + QPointF(0, spare - unit * 0.015), QString(legend.upperLegend), lettering);
-    drawLine(painter, place.topLeft() + QPointF(0, half + spare + unit * 0.005), lower, lettering);
+    return {lettering,
+            {{legend.upperLegend, place.topLeft() + QPointF(0, spare - unit * 0.015)},
+             {lower, place.topLeft() + QPointF(0, half + spare + unit * 0.005)}}};
+}
+
+// As high as two characters on one key: each size is a separate font to load.
+Lines nameLines(const QRectF &place, qreal unit, const KeyLegend &legend)
+{
+    return {letteringFor(legend.legend, unit * 0.27, place.width(), QFont::DemiBold),
+            {{legend.legend, place.topLeft()}}};
 }
 
 void paintArrow(QPainter &painter, const QRectF &place, qreal unit, KeyLook look, const QColor &color)
@@ -161,21 +205,21 @@ void paintEject(QPainter &painter, const QRectF &place, qreal unit, const QColor
 
 } // namespace
 
-void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const KeyLegend &legend, const QColor &color)
+void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const KeyLegend &legend, const QColor &color,
+                    const QRectF &mark)
 {
     const qreal margin = unit * inset;
     const QRectF place = face.adjusted(margin, margin * 0.7, -margin * 0.35, -margin * 0.6);
     painter.setPen(color);
+    const auto paintLines = [&painter, &mark](Lines lines) {
+        keepClearOf(mark, lines);
+        drawLines(painter, lines);
+    };
     switch (legend.look) {
-    case KeyLook::letter: paintCharacters(painter, place, unit, legend); break;
-    case KeyLook::word: paintWords(painter, place, unit, legend); break;
+    case KeyLook::letter: paintLines(characterLines(place, unit, legend)); break;
+    case KeyLook::word: paintLines(wordLines(place, unit, legend)); break;
     case KeyLook::function:
-    case KeyLook::extra: {
-        // As high as two characters on one key: each size is a separate font to load.
-        const QString text(legend.legend);
-        drawLine(painter, place.topLeft(), text, letteringFor(text, unit * 0.27, place.width(), QFont::DemiBold));
-        break;
-    }
+    case KeyLook::extra: paintLines(nameLines(place, unit, legend)); break;
     case KeyLook::blank: break;
     case KeyLook::eject: paintEject(painter, place, unit, color); break;
     default: paintArrow(painter, place, unit, legend.look, color);

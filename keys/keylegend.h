@@ -5,6 +5,8 @@
 #include "keys/keygeometry.h"
 
 #include <QFont>
+#include <QRectF>
+#include <QString>
 
 class QColor;
 class QPainter;
@@ -12,13 +14,15 @@ class QPainter;
 struct KeyLegend
 {
     KeyLook look = KeyLook::blank;
-    QLatin1StringView legend;
-    QLatin1StringView upperLegend;
+    QString legend;
+    QString upperLegend;
 };
 
 /// Paints `legend` onto a keycap's face; `unit` is the length of one key unit in the same measure. Text that does not
-/// fit is first narrowed and then made smaller.
-void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const KeyLegend &legend, const QColor &color);
+/// fit is first narrowed and then made smaller. The same applies to text that would reach into `mark`, the place of the
+/// key's mark (null without one).
+void paintKeyLegend(QPainter &painter, const QRectF &face, qreal unit, const KeyLegend &legend, const QColor &color,
+                    const QRectF &mark = {});
 
 /// Returns the font of the picture: the program's font, in the nearest of the weights that its family has.
 [[nodiscard]] QFont keyLegendFont(int pixelSize, QFont::Weight weight);

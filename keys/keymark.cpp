@@ -2,6 +2,7 @@
 #include "keys/keymark.h"
 
 #include "keys/cachedpixmap.h"
+#include "keys/contrast.h"
 #include "keys/keymapping.h"
 #include "platform/lowbands.h"
 
@@ -9,7 +10,12 @@
 #include <QPainterPath>
 #include <QPalette>
 
+#include <algorithm>
+
 namespace {
+
+constexpr qreal markSize = 0.33; // in key units
+constexpr qreal minimumMarkPixels = 10;
 
 // Glyphs are drawn in a square from (-1, -1) to (1, 1) inside the disc of radius 1.
 QPainterPath arrowRight()
@@ -93,7 +99,10 @@ QColor discColor(KeyMark mark, const QPalette &palette, bool isEnabled)
     if (!isEnabled)
         return palette.color(QPalette::Disabled, QPalette::WindowText);
     static const QColor disabledKey(0xc0, 0x2f, 0x36);
-    return mark == KeyMark::disabled ? disabledKey : palette.color(QPalette::Active, QPalette::Highlight).darker(115);
+    if (mark == KeyMark::disabled)
+        return disabledKey;
+    const QColor accent = palette.color(QPalette::Active, QPalette::Highlight).darker(115);
+    return Contrast::readable(accent, {Qt::white}, Contrast::ofShapes);
 }
 
 struct Disc
@@ -139,6 +148,12 @@ KeyMark keyMarkForCommand(qint32 command)
     case KeyMappings::disablePosition: return KeyMark::disabled;
     default: return KeyMark::other;
     }
+}
+
+QRectF keyMarkPlace(const QRectF &face, qreal unit)
+{
+    const qreal size = std::max(minimumMarkPixels, unit * markSize);
+    return {face.right() - size - unit * 0.035, face.bottom() - size - unit * 0.035, size, size};
 }
 
 void paintKeyMark(QPainter &painter, const QRectF &place, KeyMark mark, const QPalette &palette, bool isEnabled)

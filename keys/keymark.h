@@ -2,11 +2,10 @@
 // The small round mark at a key's corner. Its shape shows the kind of the key's assignment. Main thread (painting).
 #pragma once
 
-#include <QtGlobal>
+#include <QRectF>
 
 class QPainter;
 class QPalette;
-class QRectF;
 
 enum class KeyMark {
     none,
@@ -20,6 +19,10 @@ enum class KeyMark {
 
 /// Returns the mark of an entry with this "command" (see KeyMappings).
 [[nodiscard]] KeyMark keyMarkForCommand(qint32 command);
+
+/// Returns the square at the lower right of `face` that a mark fills. `unit` is the length of one key unit in the same
+/// measure.
+[[nodiscard]] QRectF keyMarkPlace(const QRectF &face, qreal unit);
 
 /// Paints `mark` as a disc that fills `place` (a square).
 void paintKeyMark(QPainter &painter, const QRectF &place, KeyMark mark, const QPalette &palette, bool isEnabled);

@@ -192,7 +192,7 @@ void KeyButtonTest::statesDifferWithoutColour()
     QPalette palette;
     if (isDark)
         palette.setColor(QPalette::Window, QColor(0x2b, 0x2d, 0x31));
-    const KeycapState plain{.look = KeyLook::letter, .legend = "A"_L1};
+    const KeycapState plain{.look = KeyLook::letter, .legend = u"A"_s};
     QList<QImage> images{drawn(plain, palette)};
     for (const KeyMark mark : {KeyMark::singleKey, KeyMark::macro, KeyMark::profile, KeyMark::launchProgram,
                                KeyMark::disabled, KeyMark::other}) {

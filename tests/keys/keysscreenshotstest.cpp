@@ -21,19 +21,13 @@ namespace {
 
 QVariantMap workingKeys()
 {
-    return {{u"58"_s, entry(10, 0, 2)},
-            {u"26"_s, entry(16, 80, 0)},
-            {u"20"_s, entry(17, 1, 0)},
-            {u"8"_s, entry(46, u"/Applications/Browser.app"_s, QString())},
-            {u"57"_s, entry(20)},
-            {u"106"_s, entry(10, 1, 255)},
-            {u"107"_s, entry(10, 0, 1)},
-            {u"111"_s, entry(17, 1, 0)},
-            {u"227"_s, entry(20)},
-            {u"96"_s, entry(16, 82, 0)},
-            {u"53"_s, entry(16, 41, 0)},
-            {u"78"_s, entry(30)},
-            {u"88"_s, entry(46, u"/Applications/Calculator.app"_s, QString())},
+    return {{u"58"_s, entry(10, 0, 2)},    {u"26"_s, entry(16, 80, 0)},
+            {u"20"_s, entry(17, 1, 0)},    {u"8"_s, entry(46, u"/Applications/Browser.app"_s, QString())},
+            {u"57"_s, entry(20)},          {u"83"_s, entry(16, 4, 0)},
+            {u"106"_s, entry(10, 1, 255)}, {u"107"_s, entry(10, 0, 1)},
+            {u"111"_s, entry(17, 1, 0)},   {u"227"_s, entry(20)},
+            {u"96"_s, entry(16, 82, 0)},   {u"53"_s, entry(16, 41, 0)},
+            {u"78"_s, entry(30)},          {u"88"_s, entry(46, u"/Applications/Calculator.app"_s, QString())},
             {u"40"_s, entry(10, 1, 254)}};
 }
 
@@ -76,13 +70,17 @@ void KeysScreenshotsTest::drawsTheTab_data()
     QTest::addColumn<int>("width");
     QTest::addColumn<double>("ratio");
     QTest::addColumn<bool>("isEnabled");
-    QTest::newRow("light-1100") << false << 1100 << 1.0 << true;
-    QTest::newRow("dark-1100") << true << 1100 << 1.0 << true;
-    QTest::newRow("light-1100-2x") << false << 1100 << 2.0 << true;
-    QTest::newRow("dark-1100-2x") << true << 1100 << 2.0 << true;
-    QTest::newRow("light-3800") << false << 3800 << 1.0 << true;
-    QTest::newRow("light-absent") << false << 1100 << 1.0 << false;
-    QTest::newRow("dark-absent") << true << 1100 << 1.0 << false;
+    QTest::addColumn<QString>("selected");
+    QTest::newRow("light-1100") << false << 1100 << 1.0 << true << u"mF1"_s;
+    QTest::newRow("dark-1100") << true << 1100 << 1.0 << true << u"mF1"_s;
+    QTest::newRow("light-1100-2x") << false << 1100 << 2.0 << true << u"mF1"_s;
+    QTest::newRow("dark-1100-2x") << true << 1100 << 2.0 << true << u"mF1"_s;
+    QTest::newRow("light-3800") << false << 3800 << 1.0 << true << u"mF1"_s;
+    QTest::newRow("light-extra-key") << false << 1100 << 2.0 << true << u"mM2"_s;
+    QTest::newRow("dark-extra-key") << true << 1100 << 2.0 << true << u"mM2"_s;
+    QTest::newRow("light-num-lock") << false << 1100 << 2.0 << true << u"mNumlock"_s;
+    QTest::newRow("light-absent") << false << 1100 << 1.0 << false << u"mF1"_s;
+    QTest::newRow("dark-absent") << true << 1100 << 1.0 << false << u"mF1"_s;
 }
 
 void KeysScreenshotsTest::drawsTheTab()
@@ -91,13 +89,14 @@ void KeysScreenshotsTest::drawsTheTab()
     QFETCH(int, width);
     QFETCH(double, ratio);
     QFETCH(bool, isEnabled);
+    QFETCH(QString, selected);
     wearPalette(isDark);
     Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
             {macro(u"Opening burst"_s), macro(u"Heal"_s)});
     tab.window.resize(width, width * 9 / 16);
     tab.window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
-    QTest::mouseClick(tab.key("mF1"), Qt::LeftButton);
+    QTest::mouseClick(tab.key(qPrintable(selected)), Qt::LeftButton);
     tab.controller->setControlsState(isEnabled);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
 
