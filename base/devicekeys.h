@@ -26,6 +26,13 @@ inline constexpr Key name{"Name"};
 inline constexpr Key nodes{"Nodes"};
 inline constexpr Key isInUse{"InUse"};
 inline constexpr Key problem{"Problem"}; // also in the status
+inline constexpr Key obstacle{"Obstacle"};
+
+// Values of the obstacle; empty if the keyboard can be used
+inline constexpr Key obstacleNoRight{"no right"};
+inline constexpr Key obstacleTaken{"taken"};
+inline constexpr Key obstaclePointer{"pointer"};
+inline constexpr Key obstacleOther{"other"};
 
 // The status
 inline constexpr Key state{"State"};

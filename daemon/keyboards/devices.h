@@ -11,6 +11,28 @@
 #include <QString>
 #include <QStringList>
 
+/// The reason why a keyboard cannot be used, for programs; InputDevice::problem has it for people.
+enum class DeviceObstacle {
+    none,
+    noRight, ///< the user may not open it
+    taken,   ///< another program has grabbed it
+    pointer, ///< its keys share an event device with a pointer, so the daemon never grabs it
+    other,
+};
+
+/// The name on the bus; empty for `none`.
+[[nodiscard]] constexpr QLatin1StringView deviceObstacleName(DeviceObstacle obstacle)
+{
+    switch (obstacle) {
+    case DeviceObstacle::none: return {};
+    case DeviceObstacle::noRight: return DeviceKeys::obstacleNoRight;
+    case DeviceObstacle::taken: return DeviceKeys::obstacleTaken;
+    case DeviceObstacle::pointer: return DeviceKeys::obstaclePointer;
+    case DeviceObstacle::other: break;
+    }
+    return DeviceKeys::obstacleOther;
+}
+
 /// An attached keyboard with all its event devices.
 struct InputDevice
 {
@@ -23,6 +45,7 @@ struct InputDevice
     QStringList nodes;   ///< paths of its event devices: "/dev/input/event3", ...
     bool isInUse = false;
     QString problem; ///< empty if it can be used; otherwise the reason and the remedy, as sentences
+    DeviceObstacle obstacle = DeviceObstacle::none; ///< the same reason; `none` if it can be used
 
     bool operator==(const InputDevice &) const = default;
 };

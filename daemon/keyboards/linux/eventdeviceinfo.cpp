@@ -88,6 +88,7 @@ KeyboardInfo keyboardWith(const EventDeviceInfo &first, const QList<EventDeviceI
     if (!isUsable) {
         keyboard.nodes.clear();
         keyboard.device.nodes = {first.node};
+        keyboard.device.obstacle = DeviceObstacle::pointer;
         keyboard.device.problem =
             u"The keys and the pointer of this keyboard share one event device (%1). Grabbing it would take the "
             u"pointer "

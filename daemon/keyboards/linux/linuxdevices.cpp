@@ -35,6 +35,17 @@ QString nodeProblem(const QString &node, const QString &deviceId, int error)
     }
 }
 
+DeviceObstacle obstacleOf(int error)
+{
+    switch (error) {
+    case 0: return DeviceObstacle::none;
+    case EACCES:
+    case EPERM: return DeviceObstacle::noRight;
+    case EBUSY: return DeviceObstacle::taken;
+    default: return DeviceObstacle::other;
+    }
+}
+
 QList<InputDevice> devicesOf(const QList<KeyboardInfo> &keyboards)
 {
     QList<InputDevice> devices;
@@ -98,7 +109,8 @@ QList<InputDevice> LinuxDevices::devices() const
         device.isInUse = std::ranges::any_of(mNodes, [&](const Node &node) {
             return node.deviceId == device.id && node.state == EventDevice::State::grabbed;
         });
-        device.problem = device.isInUse ? QString() : problemOf(keyboard);
+        if (!device.isInUse)
+            addProblem(device, keyboard);
         devices += device;
     }
     return devices;
@@ -214,6 +226,22 @@ QString LinuxDevices::problemOf(const KeyboardInfo &keyboard) const
             return nodeProblem(node.node, keyboard.device.id, error);
     }
     return keyboard.device.problem;
+}
+
+void LinuxDevices::addProblem(InputDevice &device, const KeyboardInfo &keyboard) const
+{
+    const auto add = [&device](const QString &node, int error) {
+        device.problem = nodeProblem(node, device.id, error);
+        device.obstacle = obstacleOf(error);
+    };
+    for (const EventDeviceInfo &node : keyboard.nodes) {
+        if (const int error = mServices.access(node.node))
+            return add(node.node, error);
+    }
+    for (const Node &node : mNodes) {
+        if (node.deviceId == device.id && node.error != 0)
+            return add(node.info.node, node.error);
+    }
 }
 
 QString LinuxDevices::problemOf(const Node &node) const

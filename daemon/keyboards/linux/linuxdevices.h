@@ -65,6 +65,7 @@ private:
     [[nodiscard]] QList<Node> chosenNodes() const;
     [[nodiscard]] QString problemOf(const KeyboardInfo &keyboard) const;
     [[nodiscard]] QString problemOf(const Node &node) const;
+    void addProblem(InputDevice &device, const KeyboardInfo &keyboard) const;
     [[nodiscard]] DeviceState stateOf(const DeviceStatus &status, bool isWaiting) const;
     /// Makes the output device if there is none yet.
     [[nodiscard]] bool hasOutput();

@@ -100,6 +100,7 @@ void DevicesAdaptorTest::listReportsEachKeyboard()
 {
     InputDevice broken = ScriptedDevices::keyboard(2);
     broken.problem = u"No right to it."_s;
+    broken.obstacle = DeviceObstacle::noRight;
     mDevices->plug({ScriptedDevices::keyboard(1, u"S1"_s), broken});
     const QDBusMessage reply = call(u"List"_s);
     QCOMPARE(reply.signature(), u"aa{sv}"_s);
@@ -113,9 +114,11 @@ void DevicesAdaptorTest::listReportsEachKeyboard()
                                {u"Path"_s, u"port-1"_s},
                                {u"Nodes"_s, QStringList{u"/dev/input/event1"_s}},
                                {u"InUse"_s, false},
-                               {u"Problem"_s, u""_s}};
+                               {u"Problem"_s, u""_s},
+                               {u"Obstacle"_s, u""_s}};
     QCOMPARE(list.at(0), expected);
     QCOMPARE(list.at(1).value(u"Problem"_s), QVariant(u"No right to it."_s));
+    QCOMPARE(list.at(1).value(u"Obstacle"_s), QVariant(u"no right"_s));
 }
 
 void DevicesAdaptorTest::useIsDoneAndStored()

@@ -159,6 +159,8 @@ void LinuxDevicesTest::missingRightsPreventUseAndNameTheRemedy()
     QCOMPARE(result.code, UseResult::Code::refused);
     QVERIFY2(result.problem.contains("kestractl device rule 1209:00ab"_L1), qPrintable(result.problem));
     QCOMPARE(mDevices->devices().first().problem, result.problem);
+    QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::noRight);
+    QCOMPARE(mDevices->devices().last().obstacle, DeviceObstacle::none);
     QCOMPARE(mDevices->choices(), QList<ChosenDevice>());
     QVERIFY(!fake(1).isOpen());
 }
@@ -187,6 +189,7 @@ void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()
     mSource->set({mixed});
     const QString problem = mDevices->devices().first().problem;
     QVERIFY(problem.contains(u"pointer"_s));
+    QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::pointer);
     const UseResult result = mDevices->use({u"1209:00ab"_s});
     QCOMPARE(result.code, UseResult::Code::refused);
     QCOMPARE(result.problem, problem);
@@ -298,11 +301,14 @@ void LinuxDevicesTest::deviceOfAnotherProgramIsReported()
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
     QTRY_COMPARE(mDevices->status().state, DeviceState::failed);
     QVERIFY2(mDevices->status().problem.contains("Another program"_L1), qPrintable(mDevices->status().problem));
+    QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::taken);
+    QCOMPARE(mDevices->devices().first().problem, mDevices->status().problem);
     fake(1).setGrabError(0);
     fake(2).setGrabError(0);
     QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
     QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
     QCOMPARE(mDevices->status().problem, QString());
+    QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::none);
 }
 
 void LinuxDevicesTest::keysReachTheComputer()
