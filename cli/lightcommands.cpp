@@ -85,7 +85,7 @@ Result<QVariantMap> changeColor(const QString &word, const QVariantMap &profile)
         return Error{
             u"\"%1\" is not a colour: give six hexadecimal digits, as ff8000, or a name, as orange"_s.arg(word)};
     constexpr double full = 255;
-    QVariantList colors = profile.value(SettingsKeys::ledKbColors).toList();
+    QVariantList colors = Backlight::colorsOf(profile);
     QVariantMap first = colors.value(0).toMap();
     first[SettingsKeys::red] = color->red / full;
     first[SettingsKeys::green] = color->green / full;

@@ -14,10 +14,20 @@ namespace {
 constexpr int full = 255; // of a component
 constexpr qint64 spectrumSteps = Backlight::spectrumPeriod / Backlight::spectrumStep;
 
-quint8 component(const QVariantMap &color, SettingsKeys::Key key)
+double share(const QVariantMap &color, SettingsKeys::Key key)
 {
     const double value = color.value(key).toDouble();
-    return std::isnan(value) ? 0 : static_cast<quint8>(std::lround(std::clamp(value, 0.0, 1.0) * full));
+    return std::isnan(value) ? 0 : std::clamp(value, 0.0, 1.0);
+}
+
+quint8 component(double share)
+{
+    return static_cast<quint8>(std::lround(share * full));
+}
+
+int number(const QVariantMap &profile, SettingsKeys::Key key)
+{
+    return PlistNumbers::integerValue(profile.value(key));
 }
 
 /// The step of the spectrum at `time`, and the beginning of that step.
@@ -55,19 +65,41 @@ bool isLit(const Backlight::Settings &settings)
 
 } // namespace
 
-Backlight::Settings Backlight::settingsOf(const QVariantMap &profile)
+Backlight::Shares Backlight::sharesOf(const QVariantMap &color)
 {
-    const auto number = [&profile](SettingsKeys::Key key) { return PlistNumbers::integerValue(profile.value(key)); };
-    Settings settings;
-    settings.isOn = number(SettingsKeys::backlightLed) != 0;
-    settings.effect = number(SettingsKeys::ledKbEffects);
-    settings.brightness = std::clamp(number(SettingsKeys::brightnessKbNormal), minimumBrightness, maximumBrightness);
+    return {.red = share(color, SettingsKeys::red),
+            .green = share(color, SettingsKeys::green),
+            .blue = share(color, SettingsKeys::blue)};
+}
+
+QVariantList Backlight::colorsOf(const QVariantMap &profile)
+{
     const QVariant colors = profile.value(SettingsKeys::ledKbColors);
     // toList() would also turn a text into a list.
-    if (colors.typeId() == QMetaType::QVariantList && !colors.toList().isEmpty()) {
-        const QVariantMap color = colors.toList().first().toMap();
-        settings.color = {component(color, SettingsKeys::red), component(color, SettingsKeys::green),
-                          component(color, SettingsKeys::blue)};
+    return colors.typeId() == QMetaType::QVariantList ? colors.toList() : QVariantList();
+}
+
+std::optional<int> Backlight::effectOf(const QVariantMap &profile)
+{
+    const QVariant effect = profile.value(SettingsKeys::ledKbEffects);
+    return effect.isValid() ? std::optional(PlistNumbers::integerValue(effect)) : std::nullopt;
+}
+
+bool Backlight::isGameLightingOn(const QVariantMap &profile)
+{
+    return number(profile, SettingsKeys::gameLightingOn) != 0;
+}
+
+Backlight::Settings Backlight::settingsOf(const QVariantMap &profile)
+{
+    Settings settings;
+    settings.isOn = number(profile, SettingsKeys::backlightLed) != 0;
+    settings.effect = effectOf(profile).value_or(fixedColorEffect);
+    settings.brightness =
+        std::clamp(number(profile, SettingsKeys::brightnessKbNormal), minimumBrightness, maximumBrightness);
+    if (const QVariantList colors = colorsOf(profile); !colors.isEmpty()) {
+        const Shares shares = sharesOf(colors.first().toMap());
+        settings.color = {component(shares.red), component(shares.green), component(shares.blue)};
     }
     return settings;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariantList>
 #include <QVariantMap>
 
 #include <chrono>
@@ -44,6 +45,28 @@ struct Settings
 
     bool operator==(const Settings &) const = default;
 };
+
+/// A colour as the document has it: each component 0.0 to 1.0.
+struct Shares
+{
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+};
+
+/// Reads `color`, a colour of "LEDKBColors". A component outside 0.0 to 1.0 reads as the nearest one, a component that
+/// is not a number as 0.
+[[nodiscard]] Shares sharesOf(const QVariantMap &color);
+
+/// Returns "LEDKBColors" of `profile` (a profile record), of which the first colour is that of the keys; empty if it is
+/// absent or not an array.
+[[nodiscard]] QVariantList colorsOf(const QVariantMap &profile);
+
+/// Returns "LEDKBEffects" of `profile`; absent if the profile has none.
+[[nodiscard]] std::optional<int> effectOf(const QVariantMap &profile);
+
+/// Whether "GameLightingOn" of `profile` is a number other than 0, or true.
+[[nodiscard]] bool isGameLightingOn(const QVariantMap &profile);
 
 /// Reads `profile` (a profile record). Absent numbers read as 0. A brightness outside the bounds reads as the nearest
 /// one, and so does a colour component outside 0.0 to 1.0. A profile without a colour is white.

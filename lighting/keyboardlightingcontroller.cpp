@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/keyboardlightingcontroller.h"
 
-#include "base/plistnumbers.h"
+#include "base/devicesettings.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "base/visibletext.h"
@@ -23,8 +24,6 @@
 #include <QRgba64>
 #include <QSignalBlocker>
 
-using PlistNumbers::integerValue;
-
 namespace {
 
 constexpr int restoredBrightness = Backlight::maximumBrightness;
@@ -32,11 +31,9 @@ constexpr double maximumComponent = 65535; // of a 64-bit colour
 
 QColor colorFromRecord(const QVariantMap &record)
 {
-    const auto component = [&record](SettingsKeys::Key key) {
-        return quint16(qRound(qBound(0.0, record.value(key).toDouble(), 1.0) * maximumComponent));
-    };
-    return QColor::fromRgba64(component(SettingsKeys::red), component(SettingsKeys::green),
-                              component(SettingsKeys::blue));
+    const Backlight::Shares shares = Backlight::sharesOf(record);
+    const auto component = [](double share) { return quint16(qRound(share * maximumComponent)); };
+    return QColor::fromRgba64(component(shares.red), component(shares.green), component(shares.blue));
 }
 
 } // namespace
@@ -62,12 +59,12 @@ void KeyboardLightingController::awakeFromNib()
 
 QString KeyboardLightingController::profileName() const
 {
-    return lightingSettingsDict().value(SettingsKeys::profileName).toString();
+    return ProfileRecord::name(lightingSettingsDict());
 }
 
 QVariant KeyboardLightingController::profile() const
 {
-    const int active = integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
+    const int active = DeviceSettings(mDeviceSettingsDict).activeProfileIndex();
     return profileIdentity(lightingSettingsDict(), mAllProfilesArray, active);
 }
 
@@ -82,17 +79,18 @@ void KeyboardLightingController::updateUISettings()
     mSheetSubject.endUnless(shown);
     if (shown != std::exchange(mShownProfile, shown))
         mBrightnessValue->endDrag(); // the drag was meant for the other profile
-    mMain->setChecked(integerValue(record.value(SettingsKeys::backlightLed)) != 0);
+    const Backlight::Settings settings = Backlight::settingsOf(record);
+    mMain->setChecked(settings.isOn);
     mProfileNameLabel->setText(visibleText(profileName(), u' '));
-    showBrightness(integerValue(record.value(SettingsKeys::brightnessKbNormal)));
-    mEnableAddOnHighlight->setChecked(integerValue(record.value(SettingsKeys::gameLightingOn)) != 0);
-    const QVariantList colors = record.value(SettingsKeys::ledKbColors).toList();
+    showBrightness(settings.brightness);
+    mEnableAddOnHighlight->setChecked(Backlight::isGameLightingOn(record));
+    const QVariantList colors = Backlight::colorsOf(record);
     if (!colors.isEmpty())
         mMainColor->setColor(colorFromRecord(colors.first().toMap()));
-    const QVariant effect = record.value(SettingsKeys::ledKbEffects);
-    if (effect.isValid() && integerValue(effect) == Backlight::fixedColorEffect)
+    const std::optional<int> effect = Backlight::effectOf(record);
+    if (effect == Backlight::fixedColorEffect)
         mLighting->selectRow(fixedColorRow);
-    else if (integerValue(effect) == Backlight::spectrumCyclingEffect)
+    else if (effect == Backlight::spectrumCyclingEffect)
         mLighting->selectRow(spectrumCyclingRow);
 }
 
@@ -164,7 +162,7 @@ void KeyboardLightingController::tickMain(QObject *)
 
 void KeyboardLightingController::clickMainColor(QObject *)
 {
-    QVariantList colors = lightingSettingsDict().value(SettingsKeys::ledKbColors).toList();
+    QVariantList colors = Backlight::colorsOf(lightingSettingsDict());
     if (colors.isEmpty())
         return;
     QVariantMap color = colors.first().toMap();

@@ -37,6 +37,9 @@ private Q_SLOTS:
     void readsTheLightingGroup();
     void readsMissingAndWrongValues_data();
     void readsMissingAndWrongValues();
+    void readsThePartsThatOnlyTheTabShows();
+    void partsThatAreMissingOrWrong();
+    void sharesAreAsPreciseAsTheRecord();
     void keepsBrightnessWithinItsBounds_data();
     void keepsBrightnessWithinItsBounds();
     void keepsComponentsWithinTheirBounds_data();
@@ -91,6 +94,37 @@ void BacklightTest::readsMissingAndWrongValues()
     const Settings settings = settingsOf(record);
     QTEST(settings.isOn, "isOn");
     QTEST(colorText(settings.color), "color");
+}
+
+void BacklightTest::readsThePartsThatOnlyTheTabShows()
+{
+    QVariantMap record = profile();
+    QCOMPARE(colorsOf(record), record.value(u"LEDKBColors"_s).toList());
+    QCOMPARE(effectOf(record), 4);
+    QVERIFY(!isGameLightingOn(record));
+    record.insert(u"GameLightingOn"_s, true);
+    QVERIFY(isGameLightingOn(record));
+}
+
+void BacklightTest::partsThatAreMissingOrWrong()
+{
+    QCOMPARE(colorsOf({}), QVariantList());
+    QCOMPARE(effectOf({}), std::nullopt);
+    QVERIFY(!isGameLightingOn({}));
+    for (const QVariant &value : {QVariant(u"red"_s), QVariant(QVariantMap{{u"Red"_s, 1.0}})}) {
+        const QVariantMap record{{u"LEDKBColors"_s, value}, {u"LEDKBEffects"_s, value}, {u"GameLightingOn"_s, value}};
+        QCOMPARE(colorsOf(record), QVariantList());
+        QCOMPARE(effectOf(record), 0); // present, but not a number
+        QVERIFY(!isGameLightingOn(record));
+    }
+}
+
+void BacklightTest::sharesAreAsPreciseAsTheRecord()
+{
+    const Shares shares = sharesOf({{u"Red"_s, 0.123456}, {u"Green"_s, -0.5}, {u"Blue"_s, u"none"_s}});
+    QCOMPARE(shares.red, 0.123456);
+    QCOMPARE(shares.green, 0.0);
+    QCOMPARE(shares.blue, 0.0);
 }
 
 void BacklightTest::keepsBrightnessWithinItsBounds_data()

@@ -278,6 +278,7 @@ void KeyboardLightingControllerTest::recordWithoutColorsLeavesTheWellAlone_data(
     QTest::addColumn<QVariant>("colors");
     QTest::newRow("none") << QVariant();
     QTest::newRow("empty array") << QVariant(QVariantList());
+    QTest::newRow("text") << QVariant(u"red"_s);
 }
 
 void KeyboardLightingControllerTest::recordWithoutColorsLeavesTheWellAlone()
@@ -333,11 +334,13 @@ void KeyboardLightingControllerTest::colorReplacesOnlyTheFirstElement()
 
 void KeyboardLightingControllerTest::colorWithoutAFirstElementSendsNothing()
 {
-    QVariantMap record = lightingRecord();
-    record[u"LEDKBColors"_s] = QVariantList();
-    mController->setMLightingSettingsDict(record);
-    mController->clickMainColor(nullptr);
-    QVERIFY(mDelegate.sent.isEmpty());
+    for (const QVariant &colors : {QVariant(QVariantList()), QVariant(u"red"_s)}) {
+        QVariantMap record = lightingRecord();
+        record[u"LEDKBColors"_s] = colors;
+        mController->setMLightingSettingsDict(record);
+        mController->clickMainColor(nullptr);
+        QVERIFY(mDelegate.sent.isEmpty());
+    }
 }
 
 void KeyboardLightingControllerTest::pickingInTheColorDialogSends()
