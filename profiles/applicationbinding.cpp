@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/applicationbinding.h"
 
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "platform/applicationinformation.h"
 
@@ -40,5 +41,5 @@ QVariantMap ApplicationBinding::unbound(QVariantMap appInfo)
 
 QString ApplicationBinding::applicationOf(const QVariantMap &profile)
 {
-    return profile.value(SettingsKeys::appInfo).toMap().value(SettingsKeys::application).toString();
+    return ProfileRecord::appInfo(profile).value(SettingsKeys::application).toString();
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/keyboardprofilescontroller.h"
 
-#include "base/plistnumbers.h"
+#include "base/devicesettings.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "base/uniquename.h"
@@ -26,11 +27,6 @@ using ProfileCommands::maximumProfileCount;
 namespace {
 
 constexpr int nameColumn = 1;
-
-QString nameOf(const QVariantMap &profile)
-{
-    return profile.value(SettingsKeys::profileName).toString();
-}
 
 } // namespace
 
@@ -81,12 +77,12 @@ QVariantMap KeyboardProfilesController::selectedProfile() const
 
 QString KeyboardProfilesController::selectedProfileName() const
 {
-    return nameOf(selectedProfile());
+    return ProfileRecord::name(selectedProfile());
 }
 
 int KeyboardProfilesController::activeProfile() const
 {
-    return PlistNumbers::integerValue(mDeviceSettingsDict.value(SettingsKeys::activeProfile));
+    return DeviceSettings(mDeviceSettingsDict).activeProfileIndex();
 }
 
 bool KeyboardProfilesController::canDelete() const
@@ -136,8 +132,7 @@ void KeyboardProfilesController::showActiveProfile()
 
 void KeyboardProfilesController::showOnScreenDisplay()
 {
-    const QVariant isOn = mDeviceSettingsDict.value(SettingsKeys::profileOsdOn);
-    mEnableOnScreenDisplay->setChecked(PlistNumbers::integerValue(isOn) != 0);
+    mEnableOnScreenDisplay->setChecked(DeviceSettings(mDeviceSettingsDict).isProfileOsdOn());
 }
 
 void KeyboardProfilesController::refreshTableDisplay()
@@ -197,7 +192,8 @@ void KeyboardProfilesController::copyProfile()
     mIsAddProfile = true;
     QVariantMap profile = profileAt(row);
     mProfilesTableView->deselectAll();
-    profile[SettingsKeys::profileName] = checkForDuplicateNameUsingDefaultName(mAllProfilesArray, nameOf(profile));
+    profile[SettingsKeys::profileName] =
+        checkForDuplicateNameUsingDefaultName(mAllProfilesArray, ProfileRecord::name(profile));
     mAllProfilesArray.append(profile);
     addProfileWithSettings(profile);
     mIsAddProfile = false;
@@ -227,7 +223,9 @@ void KeyboardProfilesController::addProfileWithSettings(const QVariantMap &profi
 /// True if the list ends with the record that was added, whose name was free.
 bool KeyboardProfilesController::isInLastRow(const QVariantMap &added) const
 {
-    const auto isOfItsName = [&added](const QVariant &each) { return nameOf(each.toMap()) == nameOf(added); };
+    const auto isOfItsName = [&added](const QVariant &each) {
+        return ProfileRecord::name(each.toMap()) == ProfileRecord::name(added);
+    };
     return std::ranges::count_if(mAllProfilesArray, isOfItsName) == 1 && isOfItsName(mAllProfilesArray.last());
 }
 
@@ -316,7 +314,7 @@ void KeyboardProfilesController::restoreProfileToDefaultSettings()
     if (selected.isEmpty())
         return;
     QVariantMap profile = mDefaultProfileDict;
-    profile[SettingsKeys::profileName] = nameOf(selected);
+    profile[SettingsKeys::profileName] = ProfileRecord::name(selected);
     if (mProfileDelegate)
         mProfileDelegate->updateProfileWithSettings(profile);
 }
@@ -371,10 +369,10 @@ QVariant KeyboardProfilesController::tableViewObjectValueForTableColumnRow(Table
     if (column == "id"_L1)
         return row + 1;
     if (column == "name"_L1)
-        return nameOf(profile);
+        return ProfileRecord::name(profile);
     if (column == "application"_L1)
         return applicationOf(profile);
-    return PlistNumbers::integerValue(profile.value(SettingsKeys::autoSwitchOn));
+    return ProfileRecord::autoSwitchValue(profile);
 }
 
 void KeyboardProfilesController::tableViewSetObjectValueForTableColumnRow(TableView *, const QVariant &value,

@@ -2,6 +2,7 @@
 // The profiles tab's panels: profile files, and the application to which a profile is bound.
 #include "profiles/keyboardprofilescontroller.h"
 
+#include "base/profilerecord.h"
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
@@ -107,8 +108,7 @@ void KeyboardProfilesController::bindApplication(const QString &path)
     const std::optional<QVariantMap> information = ApplicationInformation::read(path);
     if (!information)
         return;
-    const QVariantMap appInfo =
-        ApplicationBinding::bound(selectedProfile().value(SettingsKeys::appInfo).toMap(), *information);
+    const QVariantMap appInfo = ApplicationBinding::bound(ProfileRecord::appInfo(selectedProfile()), *information);
     if (!ApplicationBinding::namesAnApplication(appInfo))
         return;
     mNeedsUpdate = false;
@@ -122,7 +122,7 @@ void KeyboardProfilesController::removeApplication()
 {
     if (mProfilesTableView->selectedRow() < 0)
         return;
-    const QVariantMap appInfo = ApplicationBinding::unbound(selectedProfile().value(SettingsKeys::appInfo).toMap());
+    const QVariantMap appInfo = ApplicationBinding::unbound(ProfileRecord::appInfo(selectedProfile()));
     if (mProfileDelegate)
         mProfileDelegate->updateProfileWithSettings(
             {{SettingsKeys::autoSwitchOn, false}, {SettingsKeys::appInfo, appInfo}});

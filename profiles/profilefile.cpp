@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "profiles/profilefile.h"
 
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "base/uniquename.h"
 
 QVariantMap ProfileFile::importedRecord(QVariantMap record, const QVariantList &profiles)
 {
-    const QVariant name = record.value(SettingsKeys::profileName);
-    const bool isNamed = name.typeId() == QMetaType::QString && !name.toString().isEmpty();
+    const QString name = ProfileRecord::givenName(record).value_or(QString());
     record.insert(SettingsKeys::profileName,
-                  uniqueName(profiles, SettingsKeys::profileName, isNamed ? name.toString() : QString(untitledName)));
+                  uniqueName(profiles, SettingsKeys::profileName, name.isEmpty() ? QString(untitledName) : name));
     return record;
 }
