@@ -3,9 +3,9 @@
 #include "app/keyboardmaincontroller.h"
 
 #include "app/keyboardmaintenancecontroller.h"
+#include "base/document.h"
 #include "base/plistnumbers.h"
 #include "base/resources.h"
-#include "base/settingskeys.h"
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
@@ -32,12 +32,6 @@ const QString replyPortName = DaemonProtocol::configuratorReplyPortName;
 
 // The reply port must be there before the first request names it; registering a bus name takes about a millisecond.
 constexpr int replyPortStartLimitMs = 2000;
-
-// The daemon may send an index outside the list by mistake; the record is then empty.
-QVariantMap recordAt(const QVariantList &records, int index)
-{
-    return index >= 0 && index < records.size() ? records[index].toMap() : QVariantMap();
-}
 
 /// Sends the drawn picture to the display, as the event loop does before it blocks. Processes no event.
 void flushDisplay()
@@ -167,9 +161,10 @@ void KeyboardMainController::loadDefaultDict()
 
 void KeyboardMainController::loadDictionariesWithDefaultDict()
 {
-    mProfilesArray = mDefaultSettingsDict.value(SettingsKeys::profiles).toList();
-    mCurrentProfileDict = recordAt(mProfilesArray, 0);
-    mMacrosArray = mDefaultSettingsDict.value(SettingsKeys::macros).toList();
+    const Document factory(mDefaultSettingsDict);
+    mProfilesArray = factory.profiles();
+    mCurrentProfileDict = factory.profile(0);
+    mMacrosArray = factory.macros();
 }
 
 void KeyboardMainController::loadLatestSettings()
@@ -197,27 +192,25 @@ void KeyboardMainController::forgetDeletionThatFailed()
     if (!mIsDeleteProfile || mIsDeletionAnswered)
         return;
     // The keyboard's own keys may have changed the light meanwhile.
-    const QVariantMap there = recordAt(mProfilesArray, mDeletedProfileID);
+    const QVariantMap there = mProfilesArray.value(mDeletedProfileID).toMap();
     if (Backlight::withoutLight(there) == Backlight::withoutLight(mDeletedProfile))
         mIsDeleteProfile = false;
 }
 
 void KeyboardMainController::updateToLatestSettings(const QVariantMap &allDevSettings)
 {
-    const QVariantMap deviceSettings = allDevSettings.value(SettingsKeys::deviceSettings).toMap();
-    const QVariantList profiles = allDevSettings.value(SettingsKeys::profiles).toList();
-    const int activeProfile = PlistNumbers::integerValue(deviceSettings.value(SettingsKeys::activeProfile));
-    mCurrentProfileDict = recordAt(profiles, activeProfile);
-    mProfilesArray = profiles;
-    mMacrosArray = allDevSettings.value(SettingsKeys::macros).toList();
-    mDeviceSettingsDict = deviceSettings;
+    const Document document(allDevSettings);
+    mCurrentProfileDict = document.activeProfile(); // empty if the daemon sends an index outside the list by mistake
+    mProfilesArray = document.profiles();
+    mMacrosArray = document.macros();
+    mDeviceSettingsDict = document.deviceSettings().dictionary();
     mMayRowsHaveMoved = false;
 }
 
 void KeyboardMainController::setProperties()
 {
     closeOpenMenus();
-    const QVariantMap defaultProfile = recordAt(mDefaultSettingsDict.value(SettingsKeys::profiles).toList(), 0);
+    const QVariantMap defaultProfile = Document(mDefaultSettingsDict).profile(0);
 
     mProfilesController->setMDefaultProfileDict(defaultProfile);
     mProfilesController->setMCurrentProfileDict(mCurrentProfileDict);

@@ -3,7 +3,6 @@
 #include "app/keyboardmaincontroller.h"
 
 #include "base/plistnumbers.h"
-#include "base/settingskeys.h"
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
@@ -11,6 +10,7 @@
 #include "keys/keymapping.h"
 #include "lighting/backlight.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "macros/macrorecord.h"
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 
@@ -63,7 +63,7 @@ int macroRowIn(const QVariantMap &request)
 {
     for (const QVariant &row :
          {request.value(DaemonProtocol::macroId), request.value(DaemonProtocol::indexOfMacroSequence),
-          request.value(DaemonProtocol::macroContents).toMap().value(SettingsKeys::macroId)}) {
+          MacroRecord::identity(request.value(DaemonProtocol::macroContents).toMap())}) {
         if (row.isValid())
             return PlistNumbers::integerValue(row);
     }
@@ -85,7 +85,8 @@ QVariant KeyboardMainController::recordNamedBy(Command command, const QVariantMa
 {
     if (rowNamedBy(command) == Row::ofMacro) {
         const QVariantMap macro = mMacrosArray.value(macroRowIn(request)).toMap();
-        return macro.value(SettingsKeys::macroId, macro);
+        const QVariant identity = MacroRecord::identity(macro);
+        return identity.isValid() ? identity : macro;
     }
     return Backlight::withoutLight(
         mProfilesArray.value(PlistNumbers::integerValue(request.value(DaemonProtocol::profileId))).toMap());
