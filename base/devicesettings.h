@@ -21,7 +21,7 @@ public:
     /// "LastMacroID", the greatest "macroID" that the daemon has assigned; 0 if it is absent or not a number.
     [[nodiscard]] int lastMacroId() const;
 
-    [[nodiscard]] const QVariantMap &dictionary() const { return mDictionary; }
+    [[nodiscard]] QVariantMap dictionary() const { return mDictionary; }
 
 private:
     QVariantMap mDictionary;

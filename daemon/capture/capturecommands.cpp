@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/capture/capturecommands.h"
 
-#include "base/plistnumbers.h"
-#include "base/settingskeys.h"
+#include "base/document.h"
 #include "daemon/capture/capturesession.h"
 #include "daemon/keyboards/currentkeyboard.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/requestreader.h"
-#include "daemon/settings/settingsdocument.h"
 #include "macros/macrorecord.h"
 
 #include <algorithm>
@@ -25,18 +23,17 @@ Status CaptureCommands::startMacroRecording(const QVariantMap &request, const st
     const auto isAppended = RequestReader::flag(request, DaemonProtocol::isAppendRecording);
     if (!row || !isAppended || !client)
         return Status::malformedRequest;
-    const QVariantList macros = SettingsDocument::macros(mSettings.document());
+    const QVariantList macros = Document(mSettings.document()).macros();
     if (*row < 0 || *row >= macros.size())
         return Status::indexOutOfRange;
     if (!mKeyboard.keyboard()->isAttached())
         return Status::deviceAbsent;
     const QVariantMap macro = macros.at(*row).toMap();
     const int eventCount = *isAppended ? static_cast<int>(MacroRecord::events(macro).size()) : 0;
-    mSession.startRecording(
-        *client, {.macroId = PlistNumbers::integerValue(macro.value(SettingsKeys::macroId)),
-                  .capacity = MacroRecord::maximumEvents - eventCount,
-                  .followsEvents = eventCount > 0,
-                  .firstDelayMs = std::max(0, PlistNumbers::integerValue(macro.value(SettingsKeys::delay)))});
+    mSession.startRecording(*client, {.macroId = MacroRecord::macroId(macro),
+                                      .capacity = MacroRecord::maximumEvents - eventCount,
+                                      .followsEvents = eventCount > 0,
+                                      .firstDelayMs = std::max(0, MacroRecord::delayMs(macro))});
     return Status::ok;
 }
 
@@ -61,14 +58,14 @@ CommandOutcome CaptureCommands::withRecordedEvents(const QVariantMap &request, c
     const auto isAppended = RequestReader::flag(request, DaemonProtocol::isAppendRecording);
     if (!row || !isAppended)
         return unchanged(Status::malformedRequest);
-    const QVariantList macros = SettingsDocument::macros(mSettings.document());
+    const QVariantList macros = Document(mSettings.document()).macros();
     if (*row < 0 || *row >= macros.size())
         return unchanged(Status::indexOutOfRange);
     if (mSession.recordingClient() != client)
         return unchanged(Status::nothingRecorded);
     stopMacroRecording(client);
     // Compared by the macro's own number: its row may have moved since the recording began.
-    const int macroId = PlistNumbers::integerValue(macros.at(*row).toMap().value(SettingsKeys::macroId));
+    const int macroId = MacroRecord::macroId(macros.at(*row).toMap());
     const std::optional<QVariantList> events = mSession.recorder().recorded(macroId);
     if (!events)
         return unchanged(Status::nothingRecorded);

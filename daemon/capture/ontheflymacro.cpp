@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/capture/ontheflymacro.h"
 
+#include "base/document.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "base/uniquename.h"
 #include "daemon/settings/settingsdocument.h"
@@ -23,7 +25,7 @@ const QString nameOfNewMacro = u"On the fly"_s;
 
 int roomForNewMacro(const QVariantMap &document)
 {
-    const QVariantList list = macros(document);
+    const QVariantList list = Document(document).macros();
     if (list.size() >= MacroRecord::maximumMacros)
         return 0;
     qsizetype total = 0;
@@ -35,18 +37,18 @@ int roomForNewMacro(const QVariantMap &document)
 
 CommandOutcome addOnTheFlyMacro(const QVariantMap &document, const QVariantList &events, int key)
 {
-    QVariantList list = macros(document);
+    QVariantList list = Document(document).macros();
     const int index = static_cast<int>(list.size());
     const QVariantMap macro{{SettingsKeys::macroName, uniqueName(list, SettingsKeys::macroName, nameOfNewMacro)},
                             {SettingsKeys::delay, MacroRecord::standardDelayMs}};
     list += MacroRecord::withEvents(macro, events);
 
-    QVariantList profileList = profiles(document);
-    QVariantMap profile = activeProfile(document);
+    QVariantList profileList = Document(document).profiles();
+    QVariantMap profile = Document(document).activeProfile();
     profile[SettingsKeys::keys] =
-        KeyMappings::withEntry(profile.value(SettingsKeys::keys).toMap(), KeyLayout::codeText(key),
+        KeyMappings::withEntry(ProfileRecord::keys(profile), KeyLayout::codeText(key),
                                KeyMappings::Assignment::playMacro, index, KeyMappings::playOnceValue);
-    profileList[activeProfileIndex(document)] = profile;
+    profileList[Document(document).activeProfileIndex()] = profile;
     const QVariantMap changed = completed(withProfiles(withMacros(document, list), profileList));
     if (!problemOf(changed).isEmpty())
         return {.status = Status::limitReached, .document = document, .reply = {}, .changesDocument = false};

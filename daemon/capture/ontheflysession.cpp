@@ -2,11 +2,11 @@
 #include "daemon/capture/ontheflysession.h"
 
 #include "base/daemonprotocol.h"
+#include "base/document.h"
 #include "base/settingskeys.h"
 #include "daemon/capture/ontheflymacro.h"
 #include "daemon/keyboards/currentkeyboard.h"
 #include "daemon/settings/currentsettings.h"
-#include "daemon/settings/settingsdocument.h"
 #include "daemon/system/daemonservices.h"
 #include "daemon/system/logging.h"
 #include "keys/keylayout.h"
@@ -59,7 +59,7 @@ void OnTheFlySession::store(const QVariantList &events, HidUsage key)
     }
     const QVariantMap &document = mSettings.document();
     mServices.postNotification(DaemonProtocol::savedNewOtfm,
-                               {{DaemonProtocol::allMacros, SettingsDocument::macros(document)},
-                                {SettingsKeys::activeProfile, SettingsDocument::activeProfile(document)}});
+                               {{DaemonProtocol::allMacros, Document(document).macros()},
+                                {SettingsKeys::activeProfile, Document(document).activeProfile()}});
     mSettings.postUpdated(DaemonProtocol::daemonProcessName);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/engine/keyassignment.h"
 
-#include "base/settingskeys.h"
+#include "base/profilerecord.h"
 #include "keys/keymapping.h"
 
 using KeyMappings::Assignment;
@@ -62,7 +62,7 @@ KeyMap::KeyMap()
 
 KeyMap::KeyMap(const QVariantMap &profile) : KeyMap()
 {
-    const QVariantMap keys = profile.value(SettingsKeys::keys).toMap();
+    const QVariantMap keys = ProfileRecord::keys(profile);
     for (auto entry = keys.constBegin(); entry != keys.constEnd(); ++entry) {
         const int key = entry.key().toInt();
         // "04" and "+4" are numbers, but clients look keys up by "4": such an entry would act without being shown.

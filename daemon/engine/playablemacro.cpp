@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/engine/playablemacro.h"
 
-#include "base/plistnumbers.h"
-#include "base/settingskeys.h"
 #include "macros/eventparser.h"
 #include "macros/macrorecord.h"
 
@@ -24,11 +22,8 @@ bool isPlayable(const QVariantMap &event, const MacroRecord::Event &fields)
 
 PlayableMacro decoded(const QVariantMap &record, int macroId)
 {
-    PlayableMacro macro{.macroId = macroId,
-                        .sequence = record.value(SettingsKeys::sequence),
-                        .steps = {},
-                        .length = 0ms,
-                        .spacing = 0us};
+    PlayableMacro macro{
+        .macroId = macroId, .sequence = MacroRecord::sequence(record), .steps = {}, .length = 0ms, .spacing = 0us};
     const QVariantList events = MacroRecord::events(record);
     for (const QVariant &value : events) {
         const QVariantMap event = value.toMap();
@@ -57,10 +52,10 @@ PlayableMacros playableMacros(const QVariantList &macros, const PlayableMacros &
     result.reserve(static_cast<std::size_t>(macros.size()));
     for (const QVariant &value : macros) {
         const QVariantMap record = value.toMap();
-        const int macroId = PlistNumbers::integerValue(record.value(SettingsKeys::macroId));
+        const int macroId = MacroRecord::macroId(record);
         const std::shared_ptr<const PlayableMacro> same = known.value(macroId);
         // Fast because records are shared: equal dictionaries are usually the same object.
-        if (same && same->sequence == record.value(SettingsKeys::sequence))
+        if (same && same->sequence == MacroRecord::sequence(record))
             result.push_back(same);
         else
             result.push_back(std::make_shared<const PlayableMacro>(decoded(record, macroId)));

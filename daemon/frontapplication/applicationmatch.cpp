@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/applicationmatch.h"
 
-#include "base/plistnumbers.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 
 #include <algorithm>
@@ -59,11 +59,6 @@ bool isExecutable(const QString &executable, const FrontApplication &application
     return isSame(file, fileName(application.executable)) || isWindow(file, application);
 }
 
-bool isSwitchedAutomatically(const QVariantMap &profile)
-{
-    return PlistNumbers::integerValue(profile.value(SettingsKeys::autoSwitchOn)) != 0;
-}
-
 } // namespace
 
 Strength ApplicationMatch::strengthOf(const QVariantMap &appInfo, const FrontApplication &application)
@@ -88,9 +83,9 @@ std::optional<int> ApplicationMatch::boundProfile(const QVariantList &profiles, 
     Strength bestStrength = Strength::none;
     for (int index = 0; index < profiles.size(); ++index) {
         const QVariantMap profile = profiles.at(index).toMap();
-        if (!isSwitchedAutomatically(profile))
+        if (ProfileRecord::autoSwitchValue(profile) == 0)
             continue;
-        const Strength strength = strengthOf(profile.value(SettingsKeys::appInfo).toMap(), application);
+        const Strength strength = strengthOf(ProfileRecord::appInfo(profile), application);
         const bool isBetter = strength > bestStrength || (strength == bestStrength && index == active);
         if (strength != Strength::none && isBetter) {
             best = index;

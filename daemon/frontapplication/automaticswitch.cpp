@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/automaticswitch.h"
 
+#include "base/document.h"
 #include "daemon/frontapplication/applicationmatch.h"
 #include "daemon/settings/requestreader.h"
 #include "daemon/settings/settingsdocument.h"
@@ -14,7 +15,8 @@ namespace {
 
 std::optional<int> boundProfile(const QVariantMap &document, const FrontApplication &application)
 {
-    return ApplicationMatch::boundProfile(profiles(document), application, activeProfileIndex(document));
+    const Document read(document);
+    return ApplicationMatch::boundProfile(read.profiles(), application, read.activeProfileIndex());
 }
 
 } // namespace
@@ -29,7 +31,7 @@ std::optional<int> AutomaticSwitch::applicationInFront(const FrontApplication &a
 
 std::optional<int> AutomaticSwitch::decide(const QVariantMap &document)
 {
-    const int active = activeProfileIndex(document);
+    const int active = Document(document).activeProfileIndex();
     const std::optional<int> bound = boundProfile(document, mApplication);
     if (!bound)
         return std::exchange(mRemembered, std::nullopt);
@@ -68,7 +70,7 @@ QVariantMap AutomaticSwitch::afterDeletion(int deleted, const QVariantMap &befor
     if (!mRemembered)
         return after;
     const int remembered = deleted <= *mRemembered ? std::max(0, *mRemembered - 1) : *mRemembered;
-    if (deleted != activeProfileIndex(before)) {
+    if (deleted != Document(before).activeProfileIndex()) {
         remember(remembered, after);
         return after;
     }
@@ -78,8 +80,8 @@ QVariantMap AutomaticSwitch::afterDeletion(int deleted, const QVariantMap &befor
 
 void AutomaticSwitch::remember(int profile, const QVariantMap &document)
 {
-    mRemembered = std::min(profile, static_cast<int>(profiles(document).size()) - 1);
-    if (*mRemembered == activeProfileIndex(document))
+    mRemembered = std::min(profile, static_cast<int>(Document(document).profiles().size()) - 1);
+    if (*mRemembered == Document(document).activeProfileIndex())
         mRemembered.reset();
 }
 

@@ -2,8 +2,8 @@
 #include "daemon/frontapplication/profileswitch.h"
 
 #include "base/daemonprotocol.h"
-#include "base/plistnumbers.h"
-#include "base/settingskeys.h"
+#include "base/document.h"
+#include "base/profilerecord.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/system/daemonservices.h"
@@ -27,7 +27,7 @@ QVariantMap ProfileSwitch::documentToKeep(const QVariantMap &document) const
 void ProfileSwitch::chooseByKey(int index)
 {
     const QVariantMap before = mSettings.document();
-    if (index < 0 || index >= profiles(before).size()) {
+    if (index < 0 || index >= Document(before).profiles().size()) {
         qCWarning(lcKeyboard, "file: the profile %d of a key does not exist", index);
         return;
     }
@@ -98,10 +98,7 @@ void ProfileSwitch::reportApplication()
 
 void ProfileSwitch::showSwitch(const QVariantMap &before) const
 {
-    const QVariantMap &document = mSettings.document();
-    const bool isOn = PlistNumbers::integerValue(
-                          document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::profileOsdOn))
-                      != 0; // the active profile's, in a completed document
-    if (isOn && hasOtherProfileActive(before, document))
-        mServices.showProfile(activeProfile(document).value(SettingsKeys::profileName).toString());
+    const Document document(mSettings.document());
+    if (document.deviceSettings().isProfileOsdOn() && hasOtherProfileActive(before, mSettings.document()))
+        mServices.showProfile(ProfileRecord::name(document.activeProfile()));
 }

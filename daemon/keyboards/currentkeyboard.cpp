@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/currentkeyboard.h"
 
-#include "daemon/settings/settingsdocument.h"
+#include "base/document.h"
 #include "daemon/system/handover.h"
 
 #include <QThread>
@@ -79,7 +79,7 @@ void CurrentKeyboard::answer(bool isOtherProfile)
 
 void CurrentKeyboard::show(const QVariantMap &document)
 {
-    mKeyboard->showLight(Backlight::settingsOf(SettingsDocument::activeProfile(document)));
+    mKeyboard->showLight(Backlight::settingsOf(Document(document).activeProfile()));
     mKeyboard->showGameMode(mSettings.isGameModeOn);
 }
 

@@ -2,6 +2,7 @@
 #include "daemon/keyboards/ownkeys.h"
 
 #include "base/daemonprotocol.h"
+#include "base/document.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsdocument.h"
@@ -16,7 +17,7 @@ OwnKeys::OwnKeys(CurrentSettings &settings, const DaemonServices &services) : mS
 void OwnKeys::toggleGameMode()
 {
     const QVariantMap &document = mSettings.document();
-    const bool isOn = !isGameModeOn(document);
+    const bool isOn = !Document(document).deviceSettings().isGameModeOn();
     if (!mSettings.store(completed(withDeviceSetting(document, SettingsKeys::gameMode, isOn))))
         return;
     // In this order: the first makes a client flip its flag, the second makes it read the true value.
@@ -27,8 +28,8 @@ void OwnKeys::toggleGameMode()
 void OwnKeys::setBrightness(int level)
 {
     const QVariantMap &document = mSettings.document();
-    QVariantList list = profiles(document);
-    const int active = activeProfileIndex(document);
+    QVariantList list = Document(document).profiles();
+    const int active = Document(document).activeProfileIndex();
     QVariantMap profile = list.at(active).toMap();
     profile.insert(SettingsKeys::brightnessKbNormal, level);
     list[active] = profile;

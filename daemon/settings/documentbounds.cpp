@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/documentbounds.h"
 
+#include "base/document.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/treesize.h"
@@ -139,9 +141,9 @@ int leaveOutTheLargest(QVariantMap &document)
     const TreeSize size = TreeSize::of(document);
     if (SettingsDocument::isWithinBounds(size))
         return 0;
-    QVariantMap device = document.value(SettingsKeys::deviceSettings).toMap();
-    QList<QVariantMap> profiles = recordsIn(SettingsDocument::profiles(document));
-    QList<QVariantMap> macros = recordsIn(SettingsDocument::macros(document));
+    QVariantMap device = Document(document).deviceSettings().dictionary();
+    QList<QVariantMap> profiles = recordsIn(Document(document).profiles());
+    QList<QVariantMap> macros = recordsIn(Document(document).macros());
     std::vector<QVariantMap> keys(std::size_t(profiles.size()));
 
     std::vector<Field> fields;
@@ -150,7 +152,7 @@ int leaveOutTheLargest(QVariantMap &document)
     addFields(fields, device, 2, neededInDevice, isUnknown);
     for (qsizetype row = 0; row < profiles.size(); ++row) {
         QVariantMap &keysOfRow = keys[std::size_t(row)];
-        keysOfRow = profiles.at(row).value(SettingsKeys::keys).toMap();
+        keysOfRow = ProfileRecord::keys(profiles.at(row));
         addFields(fields, profiles[row], 3, neededInProfile,
                   [](const QString &key) { return worthOf(key, knownInProfile); });
         addFields(fields, keysOfRow, 4, {}, [](const QString &) { return Worth::known; });

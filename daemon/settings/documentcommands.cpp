@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/documentcommands.h"
 
+#include "base/document.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/requestreader.h"
 #include "daemon/settings/settingsdocument.h"
@@ -53,7 +54,7 @@ CommandOutcome addProfile(const QVariantMap &document, const QVariantMap &reques
     const auto settings = RequestReader::dictionary(request, DaemonProtocol::deviceSettingsDictionary);
     if (!settings || !isWellFormedProfile(*settings))
         return failure(document, Status::malformedRequest);
-    QVariantList list = profiles(document);
+    QVariantList list = Document(document).profiles();
     if (list.size() >= maximumProfiles)
         return failure(document, Status::limitReached);
     list += TextNumbers::readInProfile(*settings);
@@ -68,7 +69,7 @@ CommandOutcome updateProfile(const QVariantMap &document, const QVariantMap &req
     const auto settings = RequestReader::dictionary(request, DaemonProtocol::deviceSettingsDictionary);
     if (!row || !settings)
         return failure(document, Status::malformedRequest);
-    QVariantList list = profiles(document);
+    QVariantList list = Document(document).profiles();
     if (!isRow(*row, list))
         return failure(document, Status::indexOutOfRange);
     QVariantMap profile = list.at(*row).toMap();
@@ -86,7 +87,7 @@ CommandOutcome replaceAllProfiles(const QVariantMap &document, const QVariantMap
         return failure(document, Status::malformedRequest);
     if (list->size() > maximumProfiles)
         return failure(document, Status::limitReached);
-    const int active = std::min(activeProfileIndex(document), static_cast<int>(list->size()) - 1);
+    const int active = std::min(Document(document).activeProfileIndex(), static_cast<int>(list->size()) - 1);
     return change(document, withActiveProfile(withProfiles(document, *list), active));
 }
 
@@ -95,14 +96,14 @@ CommandOutcome deleteProfile(const QVariantMap &document, const QVariantMap &req
     const auto row = RequestReader::number(request, DaemonProtocol::profileId);
     if (!row)
         return failure(document, Status::malformedRequest);
-    QVariantList list = profiles(document);
+    QVariantList list = Document(document).profiles();
     if (!isRow(*row, list))
         return failure(document, Status::indexOutOfRange);
     if (list.size() == 1)
         return failure(document, Status::lastProfile);
     list.removeAt(*row);
     // The active profile stays active. If it is the deleted one, the one before it becomes active.
-    int active = activeProfileIndex(document);
+    int active = Document(document).activeProfileIndex();
     if (*row <= active)
         active = std::max(0, active - 1);
     return change(document, withActiveProfile(withProfiles(document, list), active));
@@ -113,7 +114,7 @@ CommandOutcome switchProfile(const QVariantMap &document, const QVariantMap &req
     const auto row = RequestReader::number(request, DaemonProtocol::profileId);
     if (!row)
         return failure(document, Status::malformedRequest);
-    if (!isRow(*row, profiles(document)))
+    if (!isRow(*row, Document(document).profiles()))
         return failure(document, Status::indexOutOfRange);
     return change(document, withActiveProfile(document, *row));
 }
@@ -133,7 +134,7 @@ MacroAddress macroAt(const QVariantMap &document, const QVariantMap &request, QL
     const auto row = RequestReader::number(request, rowKey);
     if (!row)
         return {.status = Status::malformedRequest, .row = -1, .macro = {}};
-    const QVariantList list = macros(document);
+    const QVariantList list = Document(document).macros();
     if (!isRow(*row, list))
         return {.status = Status::indexOutOfRange, .row = -1, .macro = {}};
     return {.status = Status::ok, .row = *row, .macro = list.at(*row).toMap()};
@@ -141,7 +142,7 @@ MacroAddress macroAt(const QVariantMap &document, const QVariantMap &request, QL
 
 CommandOutcome changeMacro(const QVariantMap &document, int row, const QVariantMap &macro)
 {
-    QVariantList list = macros(document);
+    QVariantList list = Document(document).macros();
     list[row] = macro;
     return change(document, withMacros(document, list));
 }
@@ -166,7 +167,7 @@ CommandOutcome addMacro(const QVariantMap &document, const QVariantMap &request)
         return failure(document, Status::limitReached);
     if (!MacroRecord::isWellFormed(*macro))
         return failure(document, Status::malformedRequest);
-    return change(document, withMacros(document, macros(document) << *macro));
+    return change(document, withMacros(document, Document(document).macros() << *macro));
 }
 
 CommandOutcome deleteMacro(const QVariantMap &document, const QVariantMap &request)
@@ -174,7 +175,7 @@ CommandOutcome deleteMacro(const QVariantMap &document, const QVariantMap &reque
     const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
     if (address.status != Status::ok)
         return failure(document, address.status);
-    QVariantList list = macros(document);
+    QVariantList list = Document(document).macros();
     list.removeAt(address.row);
     return change(document, withMacros(document, list));
 }
@@ -311,7 +312,7 @@ const DocumentCommand *findDocumentCommand(qint32 number)
 
 CommandOutcome saveEvents(const QVariantMap &document, int row, const QVariantList &events, bool isAppended)
 {
-    const QVariantList list = macros(document);
+    const QVariantList list = Document(document).macros();
     if (!isRow(row, list))
         return failure(document, Status::indexOutOfRange);
     const QVariantMap macro = list.at(row).toMap();

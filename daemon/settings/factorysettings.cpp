@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/factorysettings.h"
 
+#include "base/document.h"
 #include "base/resources.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/settingsdocument.h"
@@ -19,7 +20,7 @@ std::optional<QVariantMap> readFactorySettings(const QString &path)
     // The resource may omit the device's own settings, which the daemon adds.
     if (!document.contains(SettingsKeys::deviceSettings))
         document.insert(SettingsKeys::deviceSettings, QVariantMap());
-    if (!document.value(SettingsKeys::deviceSettings).toMap().contains(SettingsKeys::activeProfile))
+    if (!Document(document).deviceSettings().dictionary().contains(SettingsKeys::activeProfile))
         document = SettingsDocument::withActiveProfile(document, 0);
     const QString problem = SettingsDocument::problemOf(document);
     if (!problem.isEmpty()) {

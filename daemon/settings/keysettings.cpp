@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/keysettings.h"
 
-#include "base/settingskeys.h"
-#include "daemon/settings/settingsdocument.h"
+#include "base/document.h"
+#include "base/profilerecord.h"
 
 namespace {
 
 std::shared_ptr<const ProfileKeys> profileKeysOf(const QVariantMap &profile, int index, const KeySettings &before)
 {
-    const QVariant source = profile.value(SettingsKeys::keys);
+    const QVariant source = ProfileRecord::keys(profile);
     if (before.hasProfile(index)) {
         const auto &kept = before.profiles[static_cast<std::size_t>(index)];
         if (kept->source == source)
@@ -22,11 +22,12 @@ std::shared_ptr<const ProfileKeys> profileKeysOf(const QVariantMap &profile, int
 KeySettings keySettingsOf(const QVariantMap &document, const KeySettings &before)
 {
     KeySettings settings;
-    const QVariantList profiles = SettingsDocument::profiles(document);
+    const Document read(document);
+    const QVariantList profiles = read.profiles();
     for (int index = 0; index < profiles.size(); ++index)
         settings.profiles.push_back(profileKeysOf(profiles.at(index).toMap(), index, before));
-    settings.macros = playableMacros(SettingsDocument::macros(document), before.macros);
-    settings.activeProfile = SettingsDocument::activeProfileIndex(document);
-    settings.isGameModeOn = SettingsDocument::isGameModeOn(document);
+    settings.macros = playableMacros(read.macros(), before.macros);
+    settings.activeProfile = read.activeProfileIndex();
+    settings.isGameModeOn = read.deviceSettings().isGameModeOn();
     return settings;
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/textnumbers.h"
 
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
+#include "daemon/settings/requestreader.h"
 #include "keys/keymapping.h"
 #include "macros/macrorecord.h"
 
@@ -70,16 +72,16 @@ QVariantMap readInEntry(QVariantMap entry)
 QVariantMap TextNumbers::readInProfile(QVariantMap profile)
 {
     readFields(profile, profileFields);
-    if (const QVariant colors = profile.value(SettingsKeys::ledKbColors); colors.typeId() == QMetaType::QVariantList)
-        profile.insert(SettingsKeys::ledKbColors, readInEach(colors.toList(), colorFields));
-    if (profile.value(SettingsKeys::keys).typeId() != QMetaType::QVariantMap)
+    if (const auto colors = RequestReader::array(profile, SettingsKeys::ledKbColors))
+        profile.insert(SettingsKeys::ledKbColors, readInEach(*colors, colorFields));
+    std::optional<QVariantMap> keys = ProfileRecord::ownKeys(profile);
+    if (!keys)
         return profile;
-    QVariantMap keys = profile.value(SettingsKeys::keys).toMap();
-    for (QVariant &entry : keys) {
+    for (QVariant &entry : *keys) {
         if (entry.typeId() == QMetaType::QVariantMap)
             entry = readInEntry(entry.toMap());
     }
-    profile.insert(SettingsKeys::keys, keys);
+    profile.insert(SettingsKeys::keys, *keys);
     return profile;
 }
 
