@@ -78,9 +78,10 @@ DaemonExit runDaemon()
     }
     // The lock of the folder also excludes a daemon on another bus.
     SettingsStore store(StateFolder::defaultPath());
-    const SettingsStore::OpenResult result = store.open();
-    if (result == SettingsStore::OpenResult::open)
+    const Result<void, SettingsStore::OpenError> opened = store.open();
+    if (opened)
         return serve(store, bus);
-    qCCritical(lcDaemon, "%s", qUtf8Printable(store.errorText()));
-    return result == SettingsStore::OpenResult::inUse ? DaemonExit::alreadyRunning : DaemonExit::folderUnusable;
+    qCCritical(lcDaemon, "%s", qUtf8Printable(opened.error().message));
+    return opened.error().cause == SettingsStore::OpenError::Cause::inUse ? DaemonExit::alreadyRunning
+                                                                          : DaemonExit::folderUnusable;
 }

@@ -56,7 +56,7 @@ QVariantMap startDocument()
 SettingsStore &openStore()
 {
     static SettingsStore store(workFolder().filePath(u"daemon"_s));
-    static const bool isOpen = store.open() == SettingsStore::OpenResult::open;
+    static const bool isOpen = bool(store.open());
     require(isOpen, "the folder of the settings can be used");
     return store;
 }

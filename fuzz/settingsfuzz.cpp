@@ -32,7 +32,7 @@ void settings(QByteArrayView input)
     require(!factory || SettingsDocument::problemOf(*factory).isEmpty(), "factory settings are valid");
 
     SettingsStore store(folder.path());
-    require(store.open() == SettingsStore::OpenResult::open, "the folder can be used");
+    require(bool(store.open()), "the folder can be used");
     const auto loaded = store.load();
     require(!loaded || SettingsDocument::problemOf(*loaded).isEmpty(), "a document that was loaded is valid");
     const QVariantMap document = SettingsDocument::completed(loaded.value_or(SettingsDocument::minimal()));

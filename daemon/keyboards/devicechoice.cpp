@@ -89,12 +89,12 @@ QList<ChosenDevice> DeviceChoice::load()
         mChoices = *choices;
         return mChoices;
     }
-    const SetAsideFile aside = setDamagedFileAside(mPath, mPath);
-    if (aside.error.isEmpty())
+    const Result<QString> aside = setDamagedFileAside(mPath, mPath);
+    if (aside)
         qCWarning(lcSettings, "file: %s is damaged, set aside as %s: no keyboard is chosen", qUtf8Printable(mPath),
-                  qUtf8Printable(aside.name));
+                  qUtf8Printable(*aside));
     else
-        refuse(u"damaged, and cannot be set aside: "_s + aside.error);
+        refuse(u"damaged, and cannot be set aside: "_s + aside.error().message);
     return {};
 }
 

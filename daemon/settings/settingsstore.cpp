@@ -66,21 +66,18 @@ bool isLeftOver(const QString &name)
 
 } // namespace
 
-SettingsStore::OpenResult SettingsStore::open()
+Result<void, SettingsStore::OpenError> SettingsStore::open()
 {
-    if (const OpenResult result = mFolder.open(); result != OpenResult::open) {
-        mErrorText = mFolder.errorText();
-        return result;
-    }
+    Result<void, OpenError> opened = mFolder.open();
+    if (!opened)
+        return opened;
     if (isPresent(path())) {
         const Result<QByteArray> bytes = PropertyList::readFileBytes(path());
-        if (!bytes) {
-            mErrorText = u"cannot read %1: %2"_s.arg(path(), bytes.error().message);
-            return OpenResult::unusable;
-        }
+        if (!bytes)
+            return OpenError{{u"cannot read %1: %2"_s.arg(path(), bytes.error().message)}, OpenError::Cause::unusable};
     }
     removeLeftOvers();
-    return OpenResult::open;
+    return {};
 }
 
 QStringList SettingsStore::presentFiles() const
@@ -138,11 +135,11 @@ std::optional<RepairedSettings> SettingsStore::read(const QString &filePath)
 
 void SettingsStore::setAside(const QString &filePath, const QString &problem)
 {
-    const SetAsideFile aside = setDamagedFileAside(filePath, path());
-    if (aside.error.isEmpty())
-        reportProblem(u"%1 %2, set aside as %3"_s.arg(filePath, problem, aside.name));
+    const Result<QString> aside = setDamagedFileAside(filePath, path());
+    if (aside)
+        reportProblem(u"%1 %2, set aside as %3"_s.arg(filePath, problem, *aside));
     else
-        refuseSaving(filePath, u"%1 and cannot be set aside (%2)"_s.arg(problem, aside.error));
+        refuseSaving(filePath, u"%1 and cannot be set aside (%2)"_s.arg(problem, aside.error().message));
 }
 
 /// Sets aside folders, pipes and other non-files in the place of the document or a copy. False if one of them blocks
@@ -164,8 +161,8 @@ bool SettingsStore::reopenFolder()
     if (mFolder.isLocked())
         return true;
     const bool isRemoved = !QFileInfo::exists(mFolder.path());
-    if (mFolder.open() != OpenResult::open) {
-        qCCritical(lcSettings, "file: %s", qUtf8Printable(mFolder.errorText()));
+    if (const Result<void, OpenError> opened = mFolder.open(); !opened) {
+        qCCritical(lcSettings, "file: %s", qUtf8Printable(opened.error().message));
         return false;
     }
     if (isRemoved) {
@@ -325,10 +322,8 @@ void SettingsStore::reportRepair(QString original)
 {
     constexpr qsizetype named = 3; // the log has all of them
     const QString repaired = std::exchange(mWrongFile, {});
-    if (repaired != path()) {
-        const SetAsideFile aside = setDamagedFileAside(repaired, path());
-        original = aside.error.isEmpty() ? aside.name : repaired;
-    }
+    if (repaired != path())
+        original = setDamagedFileAside(repaired, path()).valueOr(repaired);
     QString repairs = mRepairs.first(std::min(named, mRepairs.size())).join(u"; "_s);
     if (mRepairs.size() > named)
         repairs += u"; and %1 more"_s.arg(mRepairs.size() - named);

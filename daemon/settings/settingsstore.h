@@ -31,15 +31,14 @@ public:
     static constexpr int copyCount = 3;
     static constexpr int maximumProblems = 20;
 
-    using OpenResult = StateFolder::Result;
+    using OpenError = StateFolder::OpenError;
 
     explicit SettingsStore(const QString &folder) : mFolder(folder) {}
 
-    /// Opens the folder (StateFolder::open()) and checks that settings.plist can be read; errorText() has the reason
-    /// for a failure. An unreadable settings.plist (no permission, a disk error, a folder in its place) may be good.
-    /// The folder is then unusable and remains unchanged.
-    [[nodiscard]] OpenResult open();
-    [[nodiscard]] QString errorText() const { return mErrorText; }
+    /// Opens the folder (StateFolder::open()) and checks that settings.plist can be read. An unreadable settings.plist
+    /// (no permission, a disk error, a folder in its place) may be good. The folder is then unusable and remains
+    /// unchanged.
+    [[nodiscard]] Result<void, OpenError> open();
 
     /// The latest maximumProblems problems with the folder's files since the store was made, in English, oldest first.
     [[nodiscard]] const QStringList &problems() const { return mProblems; }
@@ -101,7 +100,6 @@ private:
     void shiftCopies();
 
     StateFolder mFolder;
-    QString mErrorText;
     Checksum mOwnContent;   // of settings.plist as last read or written
     QStringList mObstacles; // files that could be neither read nor set aside; they block every save
     QString mWrongFile;     // the file with repaired values, until the next save has kept it aside

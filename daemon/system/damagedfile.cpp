@@ -21,10 +21,10 @@ QString unusedAsideName(const QString &base, QLatin1StringView mark)
     return target;
 }
 
-SetAsideFile setDamagedFileAside(const QString &path, const QString &base)
+Result<QString> setDamagedFileAside(const QString &path, const QString &base)
 {
     const QString target = unusedAsideName(base, "damaged"_L1);
     if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData()) != 0)
-        return {.name = {}, .error = QString::fromLocal8Bit(std::strerror(errno))};
-    return {.name = target, .error = {}};
+        return Error{QString::fromLocal8Bit(std::strerror(errno))};
+    return target;
 }

@@ -3,17 +3,14 @@
 // state; any thread.
 #pragma once
 
-#include <QString>
+#include "base/result.h"
 
-struct SetAsideFile
-{
-    QString name;  ///< the file's new path
-    QString error; ///< the system's error text; empty when the file was renamed
-};
+#include <QString>
 
 /// A path that does not exist yet: "<base>.<mark>-<UTC time>", with a number appended if that name is taken. `base` is
 /// the path without the part that marks a copy.
 [[nodiscard]] QString unusedAsideName(const QString &base, QLatin1StringView mark);
 
-/// Renames the file at `path` to an unusedAsideName() with the mark "damaged".
-[[nodiscard]] SetAsideFile setDamagedFileAside(const QString &path, const QString &base);
+/// Renames the file at `path` to an unusedAsideName() with the mark "damaged", and returns its new path. The error is
+/// the system's reason.
+[[nodiscard]] Result<QString> setDamagedFileAside(const QString &path, const QString &base);

@@ -20,9 +20,9 @@ constexpr mode_t permissionBits = 0777;
 constexpr mode_t privateFile = 0600;
 constexpr mode_t privateFolder = 0700;
 
-QString systemError()
+Error systemError()
 {
-    return QString::fromLocal8Bit(std::strerror(errno));
+    return {QString::fromLocal8Bit(std::strerror(errno))};
 }
 
 class Descriptor
@@ -42,20 +42,20 @@ private:
     int mNumber;
 };
 
-/// Returns the reason for a failure, empty on success. Works on an open file, which cannot be exchanged meanwhile.
-QString setMode(const Descriptor &file, mode_t mode)
+/// Works on an open file, which cannot be exchanged meanwhile.
+Result<void> setMode(const Descriptor &file, mode_t mode)
 {
     struct stat status = {};
     if (file.number() < 0 || ::fstat(file.number(), &status) != 0)
         return systemError();
     if (status.st_uid != ::geteuid())
-        return u"it belongs to another user"_s;
+        return Error{u"it belongs to another user"_s};
     if ((status.st_mode & permissionBits) == mode || ::fchmod(file.number(), mode) == 0)
         return {};
     return systemError();
 }
 
-QString makePrivate(int folder, const char *name)
+Result<void> makePrivate(int folder, const char *name)
 {
     // O_NONBLOCK: opening a pipe that has replaced the file would wait for a writer.
     const Descriptor file(::openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
@@ -70,14 +70,14 @@ bool isToBeMadePrivate(int folder, const char *name)
            && (status.st_mode & permissionBits) != privateFile;
 }
 
-QString problemLine(const QString &path, const QString &reason)
+QString problemLine(const QString &path, const Error &error)
 {
-    return u"cannot make %1 private: %2"_s.arg(path, reason);
+    return u"cannot make %1 private: %2"_s.arg(path, error.message);
 }
 
 } // namespace
 
-QString makeFilePrivate(const QString &path)
+Result<void> makeFilePrivate(const QString &path)
 {
     return makePrivate(AT_FDCWD, QFile::encodeName(path).constData());
 }
@@ -87,8 +87,8 @@ QStringList makeFolderPrivate(const QString &path)
     const Descriptor folder(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     QStringList problems;
-    if (const QString reason = setMode(folder, privateFolder); !reason.isEmpty())
-        problems += problemLine(path, reason);
+    if (const Result<void> changed = setMode(folder, privateFolder); !changed)
+        problems += problemLine(path, changed.error());
     if (folder.number() < 0)
         return problems;
     const std::unique_ptr<DIR, int (*)(DIR *)> entries(::fdopendir(::fcntl(folder.number(), F_DUPFD_CLOEXEC, 0)),
@@ -96,8 +96,8 @@ QStringList makeFolderPrivate(const QString &path)
     while (const dirent *entry = entries ? ::readdir(entries.get()) : nullptr) {
         if (!isToBeMadePrivate(folder.number(), entry->d_name))
             continue;
-        if (const QString reason = makePrivate(folder.number(), entry->d_name); !reason.isEmpty())
-            problems += problemLine(path + u'/' + QFile::decodeName(entry->d_name), reason);
+        if (const Result<void> changed = makePrivate(folder.number(), entry->d_name); !changed)
+            problems += problemLine(path + u'/' + QFile::decodeName(entry->d_name), changed.error());
     }
     return problems;
 }

@@ -76,39 +76,33 @@ QString StateFolder::filePath(const QString &name) const
     return QDir(mPath).filePath(name);
 }
 
-StateFolder::Result StateFolder::open()
+Result<void, StateFolder::OpenError> StateFolder::open()
 {
-    if (!makeFolder(mPath)) {
-        mErrorText = u"cannot make the folder %1"_s.arg(mPath);
-        return Result::unusable;
-    }
-    if (const Result result = lock(); result != Result::open)
-        return result;
+    if (!makeFolder(mPath))
+        return OpenError{{u"cannot make the folder %1"_s.arg(mPath)}, OpenError::Cause::unusable};
+    Result<void, OpenError> locked = lock();
+    if (!locked)
+        return locked;
     for (const QString &problem : makeFolderPrivate(mPath))
         qCWarning(lcSettings, "file: %s", qUtf8Printable(problem));
-    return Result::open;
+    return {};
 }
 
-StateFolder::Result StateFolder::lock()
+Result<void, StateFolder::OpenError> StateFolder::lock()
 {
     const QString lockPath = filePath(u"lock"_s);
     closeFile(std::exchange(mLock, -1));
     mLock = ::open(QFile::encodeName(lockPath).constData(), O_RDWR | O_CREAT | O_CLOEXEC, privateFile);
-    if (mLock < 0) {
-        mErrorText = u"cannot open %1: %2"_s.arg(lockPath, systemError(errno));
-        return Result::unusable;
-    }
+    if (mLock < 0)
+        return OpenError{{u"cannot open %1: %2"_s.arg(lockPath, systemError(errno))}, OpenError::Cause::unusable};
     // The lock ends with the process, even if that is killed.
     const int error = lockExclusively(mLock);
     if (error == 0)
-        return Result::open;
+        return {};
     closeFile(std::exchange(mLock, -1)); // isLocked() must not find an unlocked file
-    if (error == EWOULDBLOCK) {
-        mErrorText = u"another daemon uses the settings in %1"_s.arg(mPath);
-        return Result::inUse;
-    }
-    mErrorText = u"cannot lock %1: %2"_s.arg(lockPath, systemError(error));
-    return Result::unusable;
+    if (error == EWOULDBLOCK)
+        return OpenError{{u"another daemon uses the settings in %1"_s.arg(mPath)}, OpenError::Cause::inUse};
+    return OpenError{{u"cannot lock %1: %2"_s.arg(lockPath, systemError(error))}, OpenError::Cause::unusable};
 }
 
 bool StateFolder::isLocked() const

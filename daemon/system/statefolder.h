@@ -3,6 +3,8 @@
 // the daemon; one thread.
 #pragma once
 
+#include "base/result.h"
+
 #include <QString>
 
 class StateFolder
@@ -19,20 +21,24 @@ public:
     [[nodiscard]] const QString &path() const { return mPath; }
     [[nodiscard]] QString filePath(const QString &name) const;
 
-    enum class Result { open, inUse, unusable };
+    /// Why the folder cannot be used.
+    struct OpenError : Error
+    {
+        enum class Cause { inUse, unusable }; ///< `inUse`: by another daemon
+
+        Cause cause = Cause::unusable;
+    };
 
     /// Makes the folder, locks the file "lock" in it, and makes folder and files private. Logs each path that could not
-    /// be made private. On failure, errorText() has the reason. Call it again after the folder was removed: the lock of
-    /// a removed folder does not exclude daemons from its replacement.
-    [[nodiscard]] Result open();
-    [[nodiscard]] const QString &errorText() const { return mErrorText; }
+    /// be made private. Call it again after the folder was removed: the lock of a removed folder does not exclude
+    /// daemons from its replacement.
+    [[nodiscard]] Result<void, OpenError> open();
     /// Whether the folder still exists with the lock that open() has taken.
     [[nodiscard]] bool isLocked() const;
 
 private:
-    [[nodiscard]] Result lock();
+    [[nodiscard]] Result<void, OpenError> lock();
 
     QString mPath;
-    QString mErrorText;
     int mLock = -1;
 };

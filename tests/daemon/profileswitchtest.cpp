@@ -100,7 +100,7 @@ void ProfileSwitchTest::init()
 {
     mTemporary.emplace();
     mStore = std::make_unique<SettingsStore>(mTemporary->path());
-    QCOMPARE(mStore->open(), SettingsStore::OpenResult::open);
+    QVERIFY(mStore->open());
     mKeyboard = std::make_unique<VirtualKeyboard>();
     mNotifications.clear();
     mShown.clear();

@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 struct ObstructedDaemon::Parts
 {
     Parts(const ObstructedDaemon &owner, const QDBusConnection &bus, const QVariantMap &document)
-        : store(owner.mFolder.path()), isOpen(store.open() == SettingsStore::OpenResult::open), notifications(bus),
+        : store(owner.mFolder.path()), isOpen(store.open()), notifications(bus),
           daemon(store, keyboard, services(owner), document), keyboardObject(keyboard)
     {
         QObject::connect(&timer, &DeadlineTimer::reached, &daemon, &DeviceDaemon::wake);

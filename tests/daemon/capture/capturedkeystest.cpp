@@ -40,7 +40,7 @@ class CapturingDaemon
 public:
     explicit CapturingDaemon(Command command)
     {
-        mIsReady = mStore.open() == SettingsStore::OpenResult::open;
+        mIsReady = bool(mStore.open());
         QObject::connect(&mKeyboard, &VirtualKeyboard::sent, &mKeyboard, [this](uint, uint usage, bool isDown) {
             sent += (isDown ? u'+' : u'-') + QString::number(usage);
         });

@@ -453,8 +453,11 @@ void SettingsStoreProblemsTest::unreadableFileIsReportedAndLeftAlone()
     const QStringList namesBefore = storedNames();
     mStore.reset();
     SettingsStore store(mFolder);
-    QCOMPARE(store.open(), SettingsStore::OpenResult::unusable);
-    QVERIFY2(store.errorText().startsWith(u"cannot read %1: "_s.arg(filePath(name))), qPrintable(store.errorText()));
+    const auto opened = store.open();
+    QVERIFY(!opened);
+    QVERIFY(opened.error().cause == SettingsStore::OpenError::Cause::unusable);
+    const QString &message = opened.error().message;
+    QVERIFY2(message.startsWith(u"cannot read %1: "_s.arg(filePath(name))), qPrintable(message));
     QCOMPARE(entries(), before);
     QCOMPARE(storedNames(), namesBefore);
 }
@@ -467,7 +470,8 @@ void SettingsStoreProblemsTest::fileWithoutTheRightToReadIsReported()
     QVERIFY(setMode(filePath(u"settings.plist"_s), 0));
     const QString outcome = asOrdinaryUser([this] {
         SettingsStore store(mFolder);
-        return store.open() == SettingsStore::OpenResult::unusable ? store.errorText() : u"opened"_s;
+        const auto opened = store.open();
+        return opened ? u"opened"_s : opened.error().message;
     });
     QCOMPARE(outcome, u"cannot read %1: Permission denied"_s.arg(filePath(u"settings.plist"_s)));
     QVERIFY(setMode(filePath(u"settings.plist"_s), 0600));
@@ -507,8 +511,8 @@ void SettingsStoreProblemsTest::copyWithoutTheRightToReadIsSetAside()
     QVERIFY(setMode(filePath(u"settings.plist.1"_s), 0));
     const QString outcome = asOrdinaryUser([this] {
         SettingsStore store(mFolder);
-        if (store.open() != SettingsStore::OpenResult::open)
-            return store.errorText();
+        if (const auto opened = store.open(); !opened)
+            return opened.error().message;
         const QString name = nameOf(store.load());
         const bool isSaved = store.save(documentNamed(u"4"_s)) && store.save(documentNamed(u"5"_s));
         return name + (isSaved ? u", saved"_s : u", not saved"_s) + u", "_s + store.problems().join(u'\n');

@@ -32,6 +32,9 @@ constexpr uid_t anotherUser = 65534;
 
 } // namespace
 
+using Opened = Result<void, StateFolder::OpenError>;
+using Cause = StateFolder::OpenError::Cause;
+
 class StateFolderTest : public QObject
 {
     Q_OBJECT
@@ -59,6 +62,8 @@ private Q_SLOTS:
     void defaultPathFollowsTheEnvironment();
 
 private:
+    static bool hasFailed(const Opened &opened, Cause cause) { return !opened && opened.error().cause == cause; }
+
     std::optional<QTemporaryDir> mTemporary;
     QString mPath;
 };
@@ -73,9 +78,9 @@ void StateFolderTest::isCreatedForTheUserOnly()
 {
     const mode_t before = ::umask(0);
     StateFolder folder(mPath);
-    const StateFolder::Result result = folder.open();
+    const Opened opened = folder.open();
     ::umask(before);
-    QCOMPARE(result, StateFolder::Result::open);
+    QVERIFY(opened);
     QVERIFY(folder.isLocked());
     QCOMPARE(modeOf(mPath), 0700);
     QCOMPARE(modeOf(folder.filePath(u"lock"_s)), 0600);
@@ -86,8 +91,9 @@ void StateFolderTest::reportsThatItCannotBeCreated()
     writeFile(mTemporary->filePath(u"file"_s), "in the way");
     for (const QString &name : {u"file"_s, u"file/below"_s}) {
         StateFolder folder(mTemporary->filePath(name));
-        QCOMPARE(folder.open(), StateFolder::Result::unusable);
-        QVERIFY(folder.errorText().contains(folder.path()));
+        const Opened opened = folder.open();
+        QVERIFY(hasFailed(opened, Cause::unusable));
+        QVERIFY(opened.error().message.contains(folder.path()));
         QVERIFY(!folder.isLocked());
     }
 }
@@ -96,15 +102,16 @@ void StateFolderTest::isUsedByOneDaemonOnly()
 {
     {
         StateFolder first(mPath);
-        QCOMPARE(first.open(), StateFolder::Result::open);
+        QVERIFY(first.open());
         StateFolder second(mPath);
-        QCOMPARE(second.open(), StateFolder::Result::inUse);
-        QVERIFY(second.errorText().contains(mPath));
+        const Opened opened = second.open();
+        QVERIFY(hasFailed(opened, Cause::inUse));
+        QVERIFY(opened.error().message.contains(mPath));
         QVERIFY(!second.isLocked());
         QVERIFY(first.isLocked());
     }
     StateFolder third(mPath);
-    QCOMPARE(third.open(), StateFolder::Result::open);
+    QVERIFY(third.open());
 }
 
 // A session may start the daemon twice at the same time.
@@ -114,7 +121,7 @@ void StateFolderTest::isUsedByOneOfManyThatCreateIt()
     for (int round = 0; round < 50; ++round) {
         const QString path = mTemporary->filePath(u"%1/state/quill-kestra"_s.arg(round));
         std::array<std::optional<StateFolder>, count> folders; // keep their locks until all have tried
-        std::array<StateFolder::Result, count> results{};
+        std::array<Opened, count> results;
         std::latch start(count);
         {
             std::vector<std::jthread> daemons;
@@ -126,21 +133,24 @@ void StateFolderTest::isUsedByOneOfManyThatCreateIt()
                 });
             }
         }
-        QCOMPARE(std::ranges::count(results, StateFolder::Result::open), 1);
-        QCOMPARE(std::ranges::count(results, StateFolder::Result::inUse), count - 1);
+        QCOMPARE(std::ranges::count_if(results, &Opened::operator bool), 1);
+        QCOMPARE(std::ranges::count_if(results, [](const Opened &result) { return hasFailed(result, Cause::inUse); }),
+                 count - 1);
     }
 }
 
 void StateFolderTest::impossibleLockIsReported()
 {
     StateFolder folder(mPath);
+    Opened opened;
     {
         const FileLockFailure noLocks({ENOLCK});
-        QCOMPARE(folder.open(), StateFolder::Result::unusable);
+        opened = folder.open();
         QCOMPARE(noLocks.left(), 0);
     }
-    QVERIFY(folder.errorText().contains(folder.filePath(u"lock"_s)));
-    QVERIFY(folder.errorText().contains(QString::fromLocal8Bit(std::strerror(ENOLCK))));
+    QVERIFY(hasFailed(opened, Cause::unusable));
+    QVERIFY(opened.error().message.contains(folder.filePath(u"lock"_s)));
+    QVERIFY(opened.error().message.contains(QString::fromLocal8Bit(std::strerror(ENOLCK))));
     QVERIFY(!folder.isLocked());
 }
 
@@ -148,7 +158,7 @@ void StateFolderTest::interruptedLockIsTriedAgain()
 {
     const FileLockFailure signal({EINTR, EINTR});
     StateFolder folder(mPath);
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     QCOMPARE(signal.left(), 0);
 }
 
@@ -164,25 +174,25 @@ void StateFolderTest::removedLockDoesNotCount()
 {
     QFETCH(QString, removed);
     StateFolder folder(mPath);
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     const QString path = mTemporary->filePath(removed);
     QVERIFY(QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path));
     QVERIFY(!folder.isLocked());
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     QVERIFY(folder.isLocked());
     StateFolder second(mPath);
-    QCOMPARE(second.open(), StateFolder::Result::inUse);
+    QVERIFY(hasFailed(second.open(), Cause::inUse));
 }
 
 void StateFolderTest::distinguishesTheLockOfAnotherDaemon()
 {
     StateFolder folder(mPath);
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     QVERIFY(QDir(mPath).removeRecursively());
     StateFolder second(mPath);
-    QCOMPARE(second.open(), StateFolder::Result::open);
+    QVERIFY(second.open());
     QVERIFY(!folder.isLocked());
-    QCOMPARE(folder.open(), StateFolder::Result::inUse);
+    QVERIFY(hasFailed(folder.open(), Cause::inUse));
     QVERIFY(second.isLocked());
 }
 
@@ -201,7 +211,7 @@ void StateFolderTest::filesAreMadePrivate()
         QVERIFY(setMode(writeFile(mPath + u'/' + name, "kept"), mode_t(mode)));
     QVERIFY(setMode(mPath, 0755));
     StateFolder folder(mPath);
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     QCOMPARE(modeOf(mPath), 0700);
     for (const QString &name : names)
         QCOMPARE(modeOf(folder.filePath(name)), 0600);
@@ -215,7 +225,7 @@ void StateFolderTest::otherThanRegularFilesStayTheSame()
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     QVERIFY(setMode(pipe, 0644));
     StateFolder folder(mPath);
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     QCOMPARE(modeOf(inner), 0755);
     QCOMPARE(modeOf(pipe), 0644);
 }
@@ -226,7 +236,7 @@ void StateFolderTest::linksAreNotMadePrivate()
     QVERIFY(setMode(outside, 0644));
     QVERIFY(QDir().mkpath(mPath) && QFile::link(outside, mPath + u"/notes"_s));
     StateFolder folder(mPath);
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     QCOMPARE(modeOf(outside), 0644);
 }
 
@@ -237,7 +247,7 @@ void StateFolderTest::folderThatIsALinkIsUsed()
     QVERIFY(QDir().mkpath(QFileInfo(mPath).path()) && QFile::link(target, mPath));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot make .*quill-kestra private"_s));
     StateFolder folder(mPath);
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     QVERIFY(folder.isLocked());
     QCOMPARE(modeOf(target), 0755);
 }
@@ -251,7 +261,7 @@ void StateFolderTest::filesOfOthersAreNotMadePrivate()
     QCOMPARE(::chown(QFile::encodeName(path).constData(), anotherUser, anotherUser), 0);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot make .*notes private: .*another user"_s));
     StateFolder folder(mPath);
-    QCOMPARE(folder.open(), StateFolder::Result::open);
+    QVERIFY(folder.open());
     QCOMPARE(modeOf(path), 0644);
 }
 
@@ -264,7 +274,8 @@ void StateFolderTest::folderOfAnotherUserIsUsed()
             && setMode(path, 0644));
     const QString outcome = asOrdinaryUser([this] {
         StateFolder folder(mPath);
-        return folder.open() == StateFolder::Result::open ? u"open"_s : folder.errorText();
+        const Opened opened = folder.open();
+        return opened ? u"open"_s : opened.error().message;
     });
     QCOMPARE(outcome, u"open"_s);
     QCOMPARE(modeOf(mPath), 0777);
