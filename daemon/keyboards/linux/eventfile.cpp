@@ -1,12 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/eventfile.h"
 
+#include "daemon/system/deadlinetimer.h"
+
 #include <libevdev/libevdev.h>
 
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+
+namespace {
+
+void setTime(input_event &event, KeyTranslator::Time time)
+{
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    event.input_event_sec = static_cast<decltype(event.input_event_sec)>(seconds.count());
+    event.input_event_usec = static_cast<decltype(event.input_event_usec)>((time - seconds).count());
+}
+
+} // namespace
 
 std::unique_ptr<EvdevFile> EvdevFile::open(const QString &path, int &error)
 {
@@ -83,8 +96,11 @@ EventFile::ReadResult EvdevFile::readLibrary(input_event &event)
             mSource = Source::missedEvents;
             return ReadResult::dropped;
         }
-        if (result >= 0)
+        if (result >= 0) {
+            if (isMissed)
+                setTime(event, DeadlineTimer::now()); // libevdev does not know their times
             return ReadResult::event;
+        }
         if (result != -EAGAIN)
             return result == -EINTR ? ReadResult::nothing : ReadResult::gone;
         mSource = isMissed ? Source::laterEvents : Source::file;

@@ -40,7 +40,8 @@ public:
 };
 
 /// Reads the file directly, because libevdev makes a system call before each event. After dropped events, libevdev
-/// finds the missed ones. For this, it needs the state before, and therefore gets every key.
+/// finds the missed ones. For this, it needs the state before, and therefore gets every key. A missed event has the
+/// time of its reading.
 class EvdevFile : public EventFile
 {
 public:

@@ -184,6 +184,30 @@ void expectStatus(Machine &machine, const Words &words)
         throw Failure("it is: " + machine.status(name));
 }
 
+/// expect-true-latencies: no key took longer than this scenario has lasted, or none was measured.
+void expectTrueLatencies(Machine &machine, const Words &)
+{
+    const std::string latency = machine.status("latency");
+    const std::string name = "maximum ";
+    const std::size_t place = latency.find(name);
+    if (place == std::string::npos)
+        throw Failure("no key was measured: " + latency);
+    if (std::stoll(latency.substr(place + name.size())) > machine.age().count())
+        throw Failure("a key is older than the scenario: " + latency);
+}
+
+/// press-often NAME KEY [times=N]: presses and releases a key without waiting for the daemon.
+void pressOften(Machine &machine, const Words &words)
+{
+    const auto usage = usageNamed(word(words, 2));
+    if (!usage)
+        throw Failure("no key \"" + words[2] + "\"");
+    for (int count = number(words, "times", 200); count > 0; --count) {
+        (void)machine.keyboard(word(words, 1)).setDown(*usage, true);
+        (void)machine.keyboard(word(words, 1)).setDown(*usage, false);
+    }
+}
+
 void expectLog(Machine &machine, const Words &words)
 {
     if (!becomesTrue([&] { return machine.daemonLog().find(word(words, 1)) != std::string::npos; }))
@@ -274,7 +298,9 @@ const std::map<std::string, StepAction> &keyActions()
         {"expect-led", expectLed},
         {"expect-light", expectLight},
         {"expect-status", expectStatus},
+        {"expect-true-latencies", expectTrueLatencies},
         {"expect-log", expectLog},
+        {"press-often", pressOften},
         {"expect-released", expectReleased},
         {"expect-free", expectFree},
         {"desktop-led",

@@ -100,6 +100,27 @@ void expectAtEnd(Machine &machine, const Words &words)
     throw Failure("came:" + text);
 }
 
+/// Whether all threads of a process are stopped.
+bool isStopped(pid_t id)
+{
+    const std::filesystem::directory_iterator tasks("/proc/" + std::to_string(id) + "/task");
+    return std::all_of(begin(tasks), end(tasks), [](const std::filesystem::directory_entry &task) {
+        std::string line;
+        std::getline(std::ifstream(task.path() / "stat"), line);
+        const std::size_t name = line.rfind(") ");
+        return name != std::string::npos && line[name + 2] == 'T';
+    });
+}
+
+/// signal STOP|CONT: a stopped daemon does nothing more.
+void sendSignal(Machine &machine, const Words &words)
+{
+    const bool isStop = word(words, 1) == "STOP";
+    machine.daemon().send(isStop ? SIGSTOP : SIGCONT);
+    if (isStop && !becomesTrue([&machine] { return isStopped(machine.daemon().id()); }))
+        throw Failure("the daemon does not stop");
+}
+
 /// stall NAME KEY [how=spin]: the daemon's key thread stalls in the middle of this key.
 void stall(Machine &machine, const Words &words)
 {
@@ -343,8 +364,7 @@ const std::map<std::string, StepAction> &systemActions()
 {
     static const std::map<std::string, StepAction> table{
         {"start-restricted", [](Machine &machine, const Words &) { machine.startRestrictedDaemon(); }},
-        {"signal", [](Machine &machine,
-                      const Words &words) { machine.daemon().send(word(words, 1) == "STOP" ? SIGSTOP : SIGCONT); }},
+        {"signal", sendSignal},
         {"start-as-user", [](Machine &machine, const Words &) { machine.startDaemonOfAUser(); }},
         {"seat-user", [](Machine &, const Words &) { grantSeatTo(Machine::userId); }},
         {"unseat-user", [](Machine &, const Words &) { grantSeatTo(0); }},
