@@ -36,7 +36,7 @@ QString reasonOf(int status)
     case Status::busy: return u"the daemon has too many requests to carry out; try again"_s;
     case Status::ok: break;
     }
-    return u"the daemon refuses for a reason that kestractl does not know (%1)"_s.arg(status);
+    return u"the daemon gives a reason that this version of kestractl does not know"_s;
 }
 
 } // namespace
@@ -58,7 +58,7 @@ CommandResult<void> DaemonClient::reachDaemon()
     auto port = std::make_unique<ReplyPort>(mReplyPortName);
     port->start();
     if (!port->waitUntilServing(replyPortLimitMs))
-        return CommandError{{u"cannot open the reply port \"%1\""_s.arg(mReplyPortName)}, ExitCode::noAnswer};
+        return CommandError{{u"the session bus does not let kestractl receive answers"_s}, ExitCode::noAnswer};
     mReplyPort = std::move(port);
     return {};
 }

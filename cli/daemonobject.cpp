@@ -42,8 +42,13 @@ QString messageOf(const DaemonObject &object, const QDBusMessage &error, ExitCod
         return u"the daemon is not running"_s;
     if (code == ExitCode::noAnswer)
         return u"the %1 did not answer"_s.arg(object.words);
-    if (error.errorName() == "org.freedesktop.DBus.Error.UnknownObject"_L1)
+    const QString name = error.errorName();
+    if (name == "org.freedesktop.DBus.Error.UnknownObject"_L1)
         return u"the daemon has no %1"_s.arg(object.words);
+    if (name == "org.freedesktop.DBus.Error.UnknownMethod"_L1
+        || name == "org.freedesktop.DBus.Error.UnknownInterface"_L1
+        || name == "org.freedesktop.DBus.Error.UnknownProperty"_L1)
+        return u"the %1 cannot do this: the daemon is of another version"_s.arg(object.words);
     return u"the %1 refused: %2"_s.arg(object.words, error.errorMessage());
 }
 

@@ -83,6 +83,8 @@ private Q_SLOTS:
     void reportsASilentDaemon();
     void explainsARefusalInTheTermsOfTheUser_data();
     void explainsARefusalInTheTermsOfTheUser();
+    void explainsADaemonOfAnotherVersion_data();
+    void explainsADaemonOfAnotherVersion();
     void refusesNonsense_data();
     void refusesNonsense();
     void requestsNameTheirSender();
@@ -301,7 +303,8 @@ void TestKestractlFailures::explainsARefusalInTheTermsOfTheUser_data()
     QTest::newRow("device absent") << 7 << u"the keyboard is not attached"_s;
     QTest::newRow("nothing recorded") << 8 << u"nothing was recorded"_s;
     QTest::newRow("busy") << 9 << u"the daemon has too many requests to carry out; try again"_s;
-    QTest::newRow("unknown status") << 42 << u"the daemon refuses for a reason that kestractl does not know (42)"_s;
+    QTest::newRow("unknown status") << 42
+                                    << u"the daemon gives a reason that this version of kestractl does not know"_s;
 }
 
 void TestKestractlFailures::explainsARefusalInTheTermsOfTheUser()
@@ -314,6 +317,28 @@ void TestKestractlFailures::explainsARefusalInTheTermsOfTheUser()
     QCOMPARE(result.exitCode, 1);
     QCOMPARE(result.text(), QString());
     QCOMPARE(result.errorText(), u"kestractl: the settings cannot be read: %1\n"_s.arg(reason));
+}
+
+void TestKestractlFailures::explainsADaemonOfAnotherVersion_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("method") << QStringList{u"keyboard"_s, u"macro-key"_s};
+    QTest::newRow("property") << QStringList{u"keyboard"_s, u"sent"_s};
+}
+
+void TestKestractlFailures::explainsADaemonOfAnotherVersion()
+{
+    QFETCH(QStringList, arguments);
+    const StandInDaemon daemon(std::nullopt);
+    QVERIFY(daemon.isServing());
+    QObject older; // a virtual keyboard without the methods and properties of today
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    QVERIFY(bus.registerObject(DaemonProtocol::virtualKeyboardPath, &older, QDBusConnection::ExportAllContents));
+    const KestractlResult result = runServed(arguments);
+    bus.unregisterObject(DaemonProtocol::virtualKeyboardPath);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.errorText(),
+             u"kestractl: the virtual keyboard cannot do this: the daemon is of another version\n"_s);
 }
 
 void TestKestractlFailures::refusesNonsense_data()
