@@ -126,6 +126,7 @@ struct LightSetting
     QLatin1StringView argument; ///< as the help shows it; empty for none
     Change change;
     QLatin1StringView help;
+    QLatin1StringView otherSpelling = {}; ///< of the word, where there is one
 };
 
 constexpr LightSetting lightSettings[] = {
@@ -133,7 +134,8 @@ constexpr LightSetting lightSettings[] = {
     {QLatin1StringView("off"), QLatin1StringView(), switchOff, QLatin1StringView("switch the light off")},
     {QLatin1StringView("color"), QLatin1StringView("COLOR"), changeColor,
      QLatin1StringView("give the keys a colour: six hexadecimal digits (ff8000), red, orange, yellow, green, cyan, "
-                       "blue, purple, pink or white")},
+                       "blue, purple, pink or white; \"light colour\" is the same"),
+     QLatin1StringView("colour")},
     {QLatin1StringView("effect"), QLatin1StringView("fixed|spectrum"), changeEffect,
      QLatin1StringView("show one colour, or all colours in turn")},
     {QLatin1StringView("brightness"), QLatin1StringView("N|off|dim|normal|bright"), changeBrightness,
@@ -185,7 +187,9 @@ CommandResult<void> change(CommandContext &context, const QVariantMap &document,
 CommandResult<const LightSetting *> findSetting(const CommandContext &context)
 {
     const QString &word = context.arguments.first();
-    const auto found = std::ranges::find(lightSettings, word, &LightSetting::word);
+    const auto found = std::ranges::find_if(lightSettings, [&word](const LightSetting &setting) {
+        return word == setting.word || (!word.isEmpty() && word == setting.otherSpelling);
+    });
     if (found == std::end(lightSettings))
         return wrongUsage(u"\"%1\" is not a setting of the light (see kestractl help light)"_s.arg(word));
     const bool hasArgument = context.arguments.size() > 1;

@@ -643,6 +643,7 @@ void TestKestractl::lightIsChanged_data()
     row("digits", {u"color"_s, u"0a141e"_s}, u"color"_s, u"#0a141e"_s, u"#0a141e"_s);
     row("digits with the mark", {u"color"_s, u"#0A141E"_s}, u"color"_s, u"#0a141e"_s, u"#0a141e"_s);
     row("name", {u"color"_s, u"Orange"_s}, u"color"_s, u"#ff8000"_s, u"#ff8000"_s);
+    row("British spelling", {u"colour"_s, u"0a141e"_s}, u"color"_s, u"#0a141e"_s, u"#0a141e"_s);
     row("fixed", {u"effect"_s, u"fixed"_s}, u"effect"_s, u"fixed"_s, u"#80ff00"_s);
     row("spectrum", {u"effect"_s, u"spectrum"_s}, u"effect"_s, u"spectrum"_s, QString());
     row("level", {u"brightness"_s, u"3"_s}, u"brightness"_s, 3, u"#60bf00"_s);
@@ -709,6 +710,8 @@ void TestKestractl::lightRefusesMeaninglessWords_data()
     QTest::newRow("no such setting") << QStringList{u"loud"_s};
     QTest::newRow("on with more") << QStringList{u"on"_s, u"now"_s};
     QTest::newRow("color without one") << QStringList{u"color"_s};
+    QTest::newRow("no colour in British spelling") << QStringList{u"colour"_s};
+    QTest::newRow("no setting") << QStringList{QString()};
     QTest::newRow("no color") << QStringList{u"color"_s, u"ff80"_s};
     QTest::newRow("no effect") << QStringList{u"effect"_s, u"disco"_s};
     QTest::newRow("no level") << QStringList{u"brightness"_s, u"5"_s};
