@@ -20,9 +20,9 @@ namespace {
 /// "macro Combo", or "macro 2 (which does not exist)" for the index 1.
 QString namedRecord(const RecordKind &kind, int index, const QVariantList &records)
 {
-    if (index < 0 || index >= records.size())
-        return u"%1 %2 (which does not exist)"_s.arg(kind.word).arg(qint64{index} + 1);
-    return kind.word + u' ' + records.at(index).toMap().value(kind.nameKey).toString();
+    if (const std::optional<QString> name = KeyMappings::recordName(records, index, kind.nameKey))
+        return kind.word + u' ' + *name;
+    return u"%1 %2 (which does not exist)"_s.arg(kind.word).arg(qint64{index} + 1);
 }
 
 QString repeatWords(int repeatValue)
@@ -67,7 +67,7 @@ QString describeKey(const QVariantMap &document, int code)
         return namedRecord(profileKind, entry.param1, Document(document).profiles());
     if (entry.is(Assignment::playMacro))
         return namedRecord(macroKind, entry.param1, Document(document).macros()) + u", "_s + repeatWords(entry.param2);
-    return u"assignment %1, which does nothing"_s.arg(entry.command);
+    return u"unknown assignment, which does nothing"_s;
 }
 
 QJsonObject keyAsJson(const QVariantMap &document, int code)

@@ -54,6 +54,19 @@ bool KeyMappings::Entry::isMapped() const
     return isKeyMapped(command);
 }
 
+bool KeyMappings::Entry::isUnknown() const
+{
+    return isMapped() && checkPopUpAssignmentIndexForValue(command) == defaultKeyPosition;
+}
+
+std::optional<QString> KeyMappings::recordName(const QVariantList &records, qint32 index, QLatin1StringView nameKey)
+{
+    const QVariant record = records.value(index);
+    if (record.typeId() != QMetaType::QVariantMap)
+        return std::nullopt;
+    return record.toMap().value(nameKey).toString();
+}
+
 KeyMappings::Entry KeyMappings::readEntry(const QVariant &value)
 {
     const QVariantMap dictionary = value.toMap();

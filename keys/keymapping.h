@@ -3,9 +3,12 @@
 // record. Rules without state; any thread may call them. Dictionaries are taken by value and returned changed.
 #pragma once
 
+#include <QLatin1StringView>
 #include <QString>
+#include <QVariantList>
 #include <QVariantMap>
 
+#include <optional>
 #include <span>
 
 namespace KeyMappings {
@@ -30,6 +33,8 @@ struct Entry
 
     [[nodiscard]] bool is(Assignment assignment) const { return command == static_cast<qint32>(assignment); }
     [[nodiscard]] bool isMapped() const;
+    /// True for a mapped key whose "command" the program does not know. Such a key does nothing.
+    [[nodiscard]] bool isUnknown() const;
 };
 
 /// Reads an entry; a value that is not a dictionary reads as an absent entry.
@@ -37,6 +42,10 @@ struct Entry
 
 /// Returns the entry of the key `code` in the "Keys" of the profile record `profile`.
 [[nodiscard]] Entry entryForKey(const QVariantMap &profile, int code);
+
+/// Returns the name, under `nameKey`, of the macro or profile that an entry's "param1" means: the one at `index` in
+/// `records`. Absent if there is no such record.
+[[nodiscard]] std::optional<QString> recordName(const QVariantList &records, qint32 index, QLatin1StringView nameKey);
 
 /// True if a key with this "command" is shown as mapped: greater than 0 and not the default key. A key with a value
 /// that the program does not know is also mapped.

@@ -52,16 +52,14 @@ QString applicationTitle(QString path)
     return title.isEmpty() ? info.fileName() : title;
 }
 
-using NameReader = QString (*)(const QVariantMap &record);
-
-// Absent when `index` is past the end of `records` or its element is not a record.
-std::optional<QString> nameOfRecord(const QVariantList &records, qint32 index, NameReader nameOf)
+// The name of the record, or its number and that it does not exist.
+QString recordWords(const QVariantList &records, qint32 index, QLatin1StringView nameKey)
 {
-    const QVariant record = records.value(index);
-    if (record.typeId() != QMetaType::QVariantMap)
-        return std::nullopt;
-    return nameOf(record.toMap());
+    const std::optional<QString> name = KeyMappings::recordName(records, index, nameKey);
+    return name ? *name : localizedFormat("lkeyKeysLostRecord", {QString::number(qint64{index} + 1)});
 }
+
+using NameReader = QString (*)(const QVariantMap &record);
 
 // Returns the title at each tag: first the item that leads to the records' own tab, then the records.
 QStringList submenuTitles(const char *manageTextKey, const QVariantList &records, NameReader nameOf)
@@ -115,6 +113,9 @@ void KeyboardKeysController::updatePopUpSelection()
     functionKeysInfoDisplay(position);
     showEntry(entry, position);
     mAssignFunction->selectItemAtIndex(position);
+    // The items have no title for it, and the first one must still offer the default key.
+    if (entry.isUnknown())
+        mAssignFunction->setShownTitle(localizedText("lkeyKeysUnknownAssignment"));
     mSelectedKeyLabel->setText(::keyName(selectedCode()));
 }
 
@@ -137,8 +138,8 @@ void KeyboardKeysController::showEntry(const KeyMappings::Entry &entry, int posi
 std::optional<QString> KeyboardKeysController::assignmentDetail(const KeyMappings::Entry &entry) const
 {
     switch (static_cast<Assignment>(entry.command)) {
-    case Assignment::playMacro: return nameOfRecord(mAllMacrosArray, entry.param1, MacroRecord::name);
-    case Assignment::switchProfile: return nameOfRecord(mAllProfilesArray, entry.param1, ProfileRecord::name);
+    case Assignment::playMacro: return recordWords(mAllMacrosArray, entry.param1, SettingsKeys::macroName);
+    case Assignment::switchProfile: return recordWords(mAllProfilesArray, entry.param1, SettingsKeys::profileName);
     case Assignment::singleKey: return eventParser::getStringWithHIDWithModifier(entry.param1, entry.param2);
     case Assignment::launchProgram:
         return entry.programPath.isEmpty() ? std::nullopt : std::optional(applicationTitle(entry.programPath));
@@ -150,10 +151,9 @@ std::optional<QString> KeyboardKeysController::assignmentDetail(const KeyMapping
 
 QString KeyboardKeysController::assignmentDescription(const KeyMappings::Entry &entry) const
 {
-    const int position = checkPopUpAssignmentIndexForValue(entry.command);
-    if (entry.isMapped() && position == KeyMappings::defaultKeyPosition)
+    if (entry.isUnknown())
         return localizedText("lkeyKeysUnknownAssignment");
-    const char *labelKey = assignmentLabelKeys[position];
+    const char *labelKey = assignmentLabelKeys[checkPopUpAssignmentIndexForValue(entry.command)];
     const std::optional<QString> detail = assignmentDetail(entry);
     const QString text = detail ? titleWithDetail(labelKey, *detail) : localizedText(labelKey);
     if (!entry.is(Assignment::playMacro))

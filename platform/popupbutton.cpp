@@ -88,6 +88,7 @@ void PopUpButton::removeAllItems()
         delete mItems.takeFirst();
     }
     mSelectedIndex = -1;
+    mOtherTitle = QString();
     showSelection();
     updateGeometry();
 }
@@ -138,6 +139,13 @@ void PopUpButton::selectItemAtIndex(int index)
     if (!itemAtIndex(index))
         return;
     mSelectedIndex = index;
+    mOtherTitle = QString();
+    showSelection();
+}
+
+void PopUpButton::setShownTitle(const QString &title)
+{
+    mOtherTitle = title;
     showSelection();
 }
 
@@ -160,8 +168,8 @@ void PopUpButton::pick(QAction *item)
 void PopUpButton::showSelection()
 {
     for (qsizetype index = 0; index < mItems.size(); ++index)
-        mItems[index]->setChecked(index == mSelectedIndex);
-    const QString title = shownTitle(titleOfSelectedItem());
+        mItems[index]->setChecked(index == mSelectedIndex && mOtherTitle.isNull());
+    const QString title = shownTitle(mOtherTitle.isNull() ? titleOfSelectedItem() : mOtherTitle);
     if (title == mShownTitle)
         return;
     mShownTitle = title;

@@ -37,6 +37,9 @@ public:
     void setSubmenuAtIndex(int index, QMenu *submenu);
     /// Emits no signal. Ignores an index without an item.
     void selectItemAtIndex(int index);
+    /// Shows `title` in place of the title of the selected item, and marks no item in the menu, until an item is
+    /// selected.
+    void setShownTitle(const QString &title);
     /// Shows the menu and returns at once.
     void openMenu();
 
@@ -59,6 +62,7 @@ private:
     QActionGroup *mGroup;
     QList<QAction *> mItems;
     int mSelectedIndex = -1;
+    QString mOtherTitle; ///< of setShownTitle(); null without one
     QString mShownTitle;
 };
 

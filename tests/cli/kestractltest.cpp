@@ -42,6 +42,7 @@ private Q_SLOTS:
     void disabledKeyOutlivesAKilledDaemon();
     void everyAssignmentIsStoredShownAndSent_data();
     void everyAssignmentIsStoredShownAndSent();
+    void assignmentsWithoutEffectSaySo();
     void keySwitchesToAProfile();
     void keyLaunchesAnApplication();
     void impossibleAssignmentChangesNothing_data();
@@ -384,6 +385,23 @@ void TestKestractl::everyAssignmentIsStoredShownAndSent()
     pressAndRelease(u"Z"_s); // Z sends itself, which marks the end of what Q sends
     QFETCH(QStringList, sent);
     QTRY_COMPARE(recorder.sent(), sent + QStringList({u"+7:29"_s, u"-7:29"_s}));
+}
+
+void TestKestractl::assignmentsWithoutEffectSaySo()
+{
+    const auto entry = [](int command, int param1, int param2) {
+        return QVariantMap{
+            {SettingsKeys::command, command}, {SettingsKeys::param1, param1}, {SettingsKeys::param2, param2}};
+    };
+    changeProfile({{SettingsKeys::keys,
+                    QVariantMap{{u"4"_s, entry(30, 0, 0)}, {u"5"_s, entry(10, 4, 1)}, {u"6"_s, entry(17, 1, 0)}}}});
+    QCOMPARE(line({u"key"_s, u"A"_s}), u"A: unknown assignment, which does nothing"_s);
+    QCOMPARE(line({u"key"_s, u"B"_s}), u"B: macro 5 (which does not exist), once"_s);
+    QCOMPARE(line({u"key"_s, u"C"_s}), u"C: profile 2 (which does not exist)"_s);
+    SentRecorder recorder;
+    for (const QString &key : {u"A"_s, u"B"_s, u"C"_s, u"Z"_s}) // Z sends itself
+        pressAndRelease(key);
+    QTRY_COMPARE(recorder.sent(), QStringList({u"+7:29"_s, u"-7:29"_s}));
 }
 
 void TestKestractl::keySwitchesToAProfile()

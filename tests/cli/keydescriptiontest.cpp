@@ -74,7 +74,7 @@ void TestKeyDescription::describesAKey_data()
     QTest::newRow("program") << entry(Assignment::launchProgram, u"/opt/Game.app"_s, QString())
                              << u"program /opt/Game.app"_s;
     QTest::newRow("unknown") << QVariant(QVariantMap{{SettingsKeys::command, 30}})
-                             << u"assignment 30, which does nothing"_s;
+                             << u"unknown assignment, which does nothing"_s;
 }
 
 void TestKeyDescription::describesAKey()

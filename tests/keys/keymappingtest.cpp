@@ -16,6 +16,9 @@ class KeyMappingTest : public QObject
 private Q_SLOTS:
     void recognisesMappedKeys_data();
     void recognisesMappedKeys();
+    void recognisesUnknownAssignments_data();
+    void recognisesUnknownAssignments();
+    void findsTheNameOfARecord();
     void placesCommandsInThePopUp_data();
     void placesCommandsInThePopUp();
     void repeatModesLeadBothWays_data();
@@ -45,6 +48,32 @@ void KeyMappingTest::recognisesMappedKeys()
     QFETCH(bool, isMapped);
     QCOMPARE(KeyMappings::isKeyMapped(command), isMapped);
     QCOMPARE(readEntry(QVariantMap{{u"command"_s, command}}).isMapped(), isMapped);
+}
+
+void KeyMappingTest::recognisesUnknownAssignments_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<bool>("isUnknown");
+    for (const int command : {-1, 0, 10, 16, 17, 20, 45, 46})
+        QTest::addRow("%d", command) << command << false;
+    for (const int command : {1, 30, 44, 1000})
+        QTest::addRow("%d", command) << command << true;
+}
+
+void KeyMappingTest::recognisesUnknownAssignments()
+{
+    QFETCH(int, command);
+    QTEST(readEntry(QVariantMap{{u"command"_s, command}}).isUnknown(), "isUnknown");
+}
+
+void KeyMappingTest::findsTheNameOfARecord()
+{
+    const QVariantList records{QVariantMap{{u"MacroName"_s, u"Heal"_s}}, QVariantMap(), u"text"_s};
+    const auto name = [&records](int index) { return recordName(records, index, SettingsKeys::macroName); };
+    QCOMPARE(name(0), std::optional(u"Heal"_s));
+    QCOMPARE(name(1), std::optional(QString()));
+    for (const int index : {2, 3, -1})
+        QCOMPARE(name(index), std::nullopt);
 }
 
 void KeyMappingTest::placesCommandsInThePopUp_data()

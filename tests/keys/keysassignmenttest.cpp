@@ -49,6 +49,7 @@ private Q_SLOTS:
     void populatingTwiceFillsOnce();
     void showsTheEntryOfTheSelectedKey_data();
     void showsTheEntryOfTheSelectedKey();
+    void showsAnUnknownAssignment();
     void titlesBecomePlainOnAnotherKey_data();
     void titlesBecomePlainOnAnotherKey();
     void showsTheStoredRepeatMode_data();
@@ -161,9 +162,10 @@ void KeysAssignmentTest::showsTheEntryOfTheSelectedKey_data()
         << entry(16, 0, 0) << 1 << localizedText("lkeySingleKey") + u": "_s << false;
     QTest::newRow("disabled") << entry(20) << 5 << localizedText("lkeyDisable") << false;
     QTest::newRow("unknown") << entry(30) << 0 << localizedText("lkeyDefaultKey") << false;
-    QTest::newRow("macro past the end") << entry(10, 2, 1) << 2 << localizedText("lkeyMacro") << true;
-    QTest::newRow("negative macro") << entry(10, -1, 1) << 2 << localizedText("lkeyMacro") << true;
-    QTest::newRow("profile past the end") << entry(17, 99) << 3 << localizedText("lkeyProfile") << false;
+    QTest::newRow("macro past the end") << entry(10, 2, 1) << 2 << u"Macro: no. 3 (does not exist)"_s << true;
+    QTest::newRow("negative macro") << entry(10, -1, 1) << 2 << u"Macro: no. 0 (does not exist)"_s << true;
+    QTest::newRow("profile past the end")
+        << entry(17, 99) << 3 << u"Switch profile: no. 100 (does not exist)"_s << false;
 }
 
 void KeysAssignmentTest::showsTheEntryOfTheSelectedKey()
@@ -179,6 +181,23 @@ void KeysAssignmentTest::showsTheEntryOfTheSelectedKey()
     QCOMPARE(!tab->find<PopUpButton>("mMacroPlaybackPopUp")->isHidden(), showsPlayback);
     QCOMPARE(!tab->find<QLabel>("mPlaybackOptionLabel")->isHidden(), showsPlayback);
     QVERIFY(tab->delegate.calls.isEmpty());
+}
+
+void KeysAssignmentTest::showsAnUnknownAssignment()
+{
+    const auto tab = tabWithA(entry(30));
+    const PopUpButton *popUp = tab->find<PopUpButton>("mAssignFunction");
+    QCOMPARE(popUp->text(), u"Unknown assignment"_s);
+    QCOMPARE(popUp->accessibleDescription(), u"Unknown assignment"_s);
+    tab->key("mB")->click();
+    QCOMPARE(popUp->text(), u"Default key"_s);
+    tab->key("mA")->click();
+    QCOMPARE(popUp->text(), u"Unknown assignment"_s);
+    // The first item still gives the key its default.
+    QCOMPARE(popUp->itemAtIndex(0)->text(), u"Default key"_s);
+    QVERIFY(!popUp->itemAtIndex(0)->isChecked());
+    popUp->itemAtIndex(0)->trigger();
+    QCOMPARE(tab->delegate.sentEntry(u"4"_s).value(SettingsKeys::command), QVariant(45));
 }
 
 void KeysAssignmentTest::titlesBecomePlainOnAnotherKey_data()

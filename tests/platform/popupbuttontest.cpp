@@ -32,6 +32,7 @@ private Q_SLOTS:
     void pickOfTheSelectedItemIsAnnouncedAgain();
     void ignoresIndexesWithoutAnItem();
     void titleChangesShowAtOnce();
+    void anotherTitleIsShownUntilAnItemIsSelected();
     void ampersandIsNotAMnemonic();
     void titleIsShownOnOneLineInItsOwnDirection();
     void submenuItemKeepsTheSelection();
@@ -113,6 +114,27 @@ void PopUpButtonTest::titleChangesShowAtOnce()
     button.setItemTitleAtIndex(0, u"Another"_s);
     QCOMPARE(button.itemTitleAtIndex(0), u"Another"_s);
     QCOMPARE(button.text(), u"Another"_s);
+}
+
+void PopUpButtonTest::anotherTitleIsShownUntilAnItemIsSelected()
+{
+    PopUpButton button;
+    button.addItemWithTitle(u"One"_s);
+    button.addItemWithTitle(u"Two"_s);
+    button.setShownTitle(u"Neither & nor"_s);
+    QCOMPARE(button.text(), u"Neither && nor"_s);
+    QCOMPARE(button.accessibleDescription(), u"Neither & nor"_s);
+    QCOMPARE(button.indexOfSelectedItem(), 0);
+    QCOMPARE(button.titleOfSelectedItem(), u"One"_s);
+    QVERIFY(!button.itemAtIndex(0)->isChecked());
+    button.setItemTitleAtIndex(0, u"Another"_s);
+    QCOMPARE(button.text(), u"Neither && nor"_s);
+    button.itemAtIndex(0)->trigger();
+    QCOMPARE(button.text(), u"Another"_s);
+    QVERIFY(button.itemAtIndex(0)->isChecked());
+    button.setShownTitle(u"Neither"_s);
+    button.selectItemAtIndex(1);
+    QCOMPARE(button.text(), u"Two"_s);
 }
 
 void PopUpButtonTest::ampersandIsNotAMnemonic()

@@ -43,5 +43,6 @@
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Leere Taste im Ziffernblock</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Unbekannte Belegung</translation></message>
+    <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>Nr. %@ (nicht vorhanden)</translation></message>
 </context>
 </TS>

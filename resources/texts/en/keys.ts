@@ -43,5 +43,6 @@
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Blank keypad key</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Unknown assignment</translation></message>
+    <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>no. %@ (does not exist)</translation></message>
 </context>
 </TS>

@@ -43,5 +43,6 @@
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Tecla en blanco del teclado numérico</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Asignación desconocida</translation></message>
+    <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>n.º %@ (no existe)</translation></message>
 </context>
 </TS>

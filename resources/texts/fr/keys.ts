@@ -43,5 +43,6 @@
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>Touche vierge du pavé numérique</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Fonction inconnue</translation></message>
+    <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>n° %@ (n’existe pas)</translation></message>
 </context>
 </TS>

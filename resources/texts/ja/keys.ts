@@ -43,5 +43,6 @@
     <message id="lkeyKeysBlankKey"><source>lkeyKeysBlankKey</source><translation>テンキーの無刻印キー</translation></message>
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>不明な割り当て</translation></message>
+    <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>%@ 番（存在しません）</translation></message>
 </context>
 </TS>
