@@ -51,6 +51,7 @@ inline constexpr Key stateAbsent{"absent"};
 inline constexpr Key stateWaiting{"waiting"};
 inline constexpr Key stateInUse{"in use"};
 inline constexpr Key stateSuspended{"suspended"};
+inline constexpr Key stateInactive{"inactive"};
 inline constexpr Key stateFailed{"failed"};
 
 // The file of the kept choice

@@ -6,7 +6,7 @@
 #include "daemon/system/statefolder.h"
 
 DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, const QDBusConnection &bus)
-    : mBus(bus), mNotices(bus), mServices(bus, mNotices), mDevices(mEventDevices, mLinuxKeyboard),
+    : mBus(bus), mNotices(bus), mServices(bus, mNotices), mDevices(mEventDevices, mLinuxKeyboard, mSeats),
       mDeviceChoice(StateFolder::defaultPath()),
       mDaemon(store, mVirtualKeyboard, mServices.functions(), start.document),
       mFrontApplication(frontApplicationSources(bus)), mDesktopSearch(mFrontApplication, bus),

@@ -43,6 +43,7 @@ private:
     VirtualKeyboard mVirtualKeyboard;
     LinuxKeyboard mLinuxKeyboard;
     UdevEventDevices mEventDevices;
+    SeatWatch mSeats;
     LinuxDevices mDevices;
     DeviceChoice mDeviceChoice;
     DeviceDaemon mDaemon;

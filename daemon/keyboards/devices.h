@@ -88,9 +88,10 @@ struct KeyLatency
 enum class DeviceState {
     released,  ///< no real keyboard is chosen: the virtual one is used
     absent,    ///< none of the chosen ones is attached
-    waiting,   ///< until no key is down, before the first one is grabbed
+    waiting,   ///< until no key is down, or for the login manager's answer, before the first one is grabbed
     inUse,     ///< at least one is grabbed
     suspended, ///< released by the release chord until use() or the next plugging in; still chosen
+    inactive,  ///< no session of this user is active at their seat; grabbed once one is
     failed,    ///< chosen and attached, but cannot be grabbed: see the problem
 };
 
@@ -103,6 +104,7 @@ enum class DeviceState {
     case DeviceState::waiting: return DeviceKeys::stateWaiting;
     case DeviceState::inUse: return DeviceKeys::stateInUse;
     case DeviceState::suspended: return DeviceKeys::stateSuspended;
+    case DeviceState::inactive: return DeviceKeys::stateInactive;
     case DeviceState::failed: return DeviceKeys::stateFailed;
     }
     return QLatin1StringView("?");

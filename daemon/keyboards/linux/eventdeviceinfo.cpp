@@ -101,6 +101,7 @@ KeyboardInfo keyboardWith(const EventDeviceInfo &first, const QList<EventDeviceI
     keyboard.device.product = first.product;
     keyboard.device.serial = printable(first.serial);
     keyboard.device.path = first.path;
+    keyboard.seat = first.seat;
     return keyboard;
 }
 

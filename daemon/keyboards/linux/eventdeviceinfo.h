@@ -14,6 +14,8 @@
 
 struct EventDeviceInfo
 {
+    static constexpr QLatin1StringView defaultSeat{"seat0"};
+
     /// A node's codes of one event type; one bit per code.
     using Codes = std::bitset<KeyCodes::codeCount>;
 
@@ -26,7 +28,8 @@ struct EventDeviceInfo
     quint16 product = 0;
     quint16 version = 0;
     QString serial = {};
-    QString path = {};  ///< see InputDevice
+    QString path = {}; ///< see InputDevice
+    QString seat = defaultSeat;
     bool isHid = false; ///< its scan codes are HID usages
     Codes keys = {};
     Codes relativeAxes = {};
@@ -53,6 +56,7 @@ struct KeyboardInfo
 {
     InputDevice device;           ///< the caller sets isInUse; a problem if there is no node to grab
     QList<EventDeviceInfo> nodes; ///< empty with a problem
+    QString seat;                 ///< to which it is assigned
 };
 
 /// The keyboards in `nodes`, ordered by their first node. A device must have a node that is a keyboard, alone or mixed

@@ -46,6 +46,12 @@ DeviceObstacle obstacleOf(int error)
     }
 }
 
+QString seatProblem(const QString &seat)
+{
+    return u"No session of yours is active at the seat of this keyboard (%1). While one is, the daemon can use the "
+           "keyboard."_s.arg(seat);
+}
+
 QList<InputDevice> devicesOf(const QList<KeyboardInfo> &keyboards)
 {
     QList<InputDevice> devices;
@@ -82,20 +88,21 @@ const char *stateName(EventDevice::State state)
 
 } // namespace
 
-LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, QObject *parent)
+LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, SeatWatch &seats, QObject *parent)
     : LinuxDevices(nodes, keyboard,
-                   {.openNode = EvdevFile::open, .makeOutput = OutputDevice::create, .access = fileAccess}, parent)
+                   {.openNode = EvdevFile::open,
+                    .makeOutput = OutputDevice::create,
+                    .access = fileAccess,
+                    .presence = [&seats](const QString &seat) { return seats.at(seat); }},
+                   parent)
 {
+    connect(&seats, &SeatWatch::changed, this, &LinuxDevices::lookAgain);
 }
 
 LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Services services, QObject *parent)
     : DeviceSource(parent), mSource(nodes), mKeyboard(keyboard), mServices(std::move(services))
 {
-    const auto look = [this] {
-        synchronize();
-        Q_EMIT changed();
-    };
-    connect(&mSource, &EventDeviceSource::changed, this, look);
+    connect(&mSource, &EventDeviceSource::changed, this, &LinuxDevices::lookAgain);
     connect(&mKeyboard, &LinuxKeyboard::nodeChanged, this, &LinuxDevices::nodeChanged);
     connect(&mKeyboard, &LinuxKeyboard::releaseChordPressed, this, &LinuxDevices::ungrabEveryKeyboard);
     connect(&mKeyboard, &LinuxKeyboard::realTimeChanged, this, &LinuxDevices::changed);
@@ -133,7 +140,11 @@ DeviceStatus LinuxDevices::status() const
     if (status.problem.isEmpty() && !mChoices.isEmpty())
         status.problem = mOutputProblem;
     for (const KeyboardInfo &keyboard : chosenKeyboards()) {
-        if (status.problem.isEmpty())
+        const SeatWatch::Presence presence = mServices.presence(keyboard.seat);
+        isWaiting = isWaiting || presence == SeatWatch::Presence::unknown;
+        if (presence == SeatWatch::Presence::elsewhere)
+            status.problem = seatProblem(keyboard.seat);
+        else if (status.problem.isEmpty())
             status.problem = keyboard.device.problem;
     }
     status.state = stateOf(status, isWaiting);
@@ -153,6 +164,8 @@ DeviceState LinuxDevices::stateOf(const DeviceStatus &status, bool isWaiting) co
         return DeviceState::inUse;
     if (isWaiting)
         return DeviceState::waiting;
+    if (isAway())
+        return DeviceState::inactive;
     if (!status.problem.isEmpty())
         return DeviceState::failed;
     return chosenNodes().isEmpty() ? DeviceState::absent : DeviceState::suspended;
@@ -195,6 +208,12 @@ void LinuxDevices::release()
     useWhenPresent({});
 }
 
+void LinuxDevices::lookAgain()
+{
+    synchronize();
+    Q_EMIT changed();
+}
+
 QList<KeyboardInfo> LinuxDevices::keyboards() const
 {
     return keyboardsOf(mSource.nodes());
@@ -209,18 +228,41 @@ QList<KeyboardInfo> LinuxDevices::chosenKeyboards() const
     return chosen;
 }
 
+bool LinuxDevices::isAway() const
+{
+    const QList<KeyboardInfo> chosen = chosenKeyboards();
+    return !chosen.isEmpty() && std::ranges::none_of(chosen, [this](const KeyboardInfo &keyboard) {
+        return mServices.presence(keyboard.seat) == SeatWatch::Presence::here;
+    });
+}
+
 QList<LinuxDevices::Node> LinuxDevices::chosenNodes() const
 {
     QList<Node> nodes;
     for (const KeyboardInfo &keyboard : chosenKeyboards()) {
         for (const EventDeviceInfo &info : keyboard.nodes)
-            nodes += {.info = info, .deviceId = keyboard.device.id, .deviceName = keyboard.device.name};
+            nodes += {.info = info,
+                      .deviceId = keyboard.device.id,
+                      .deviceName = keyboard.device.name,
+                      .seat = keyboard.seat};
     }
+    return nodes;
+}
+
+QList<LinuxDevices::Node> LinuxDevices::nodesToGrab() const
+{
+    QList<Node> nodes = chosenNodes();
+    nodes.removeIf([this](const Node &node) {
+        return mSuspended.contains(node.info.systemPath) || mServices.presence(node.seat) != SeatWatch::Presence::here;
+    });
     return nodes;
 }
 
 QString LinuxDevices::problemOf(const KeyboardInfo &keyboard) const
 {
+    // First, because another user at the seat is also the reason for missing rights.
+    if (mServices.presence(keyboard.seat) == SeatWatch::Presence::elsewhere)
+        return seatProblem(keyboard.seat);
     for (const EventDeviceInfo &node : keyboard.nodes) {
         if (const int error = mServices.access(node.node))
             return nodeProblem(node.node, keyboard.device.id, error);
@@ -268,11 +310,11 @@ bool LinuxDevices::hasOutput()
 /// Removes unwanted nodes, and adds wanted ones that were absent or failed.
 void LinuxDevices::synchronize()
 {
-    const bool isPossible = !mChoices.isEmpty() && hasOutput();
+    // Away from the seat, the daemon has no right to the output device.
+    const bool isPossible = !mChoices.isEmpty() && !isAway() && hasOutput();
     if (isPossible)
         setWanted(true);
-    QList<Node> nodes = isPossible ? chosenNodes() : QList<Node>();
-    nodes.removeIf([this](const Node &node) { return mSuspended.contains(node.info.systemPath); });
+    const QList<Node> nodes = isPossible ? nodesToGrab() : QList<Node>();
     mNodes.removeIf([&](const Node &node) {
         const bool isWanted = std::ranges::any_of(
             nodes, [&](const Node &other) { return other.info.systemPath == node.info.systemPath; });
@@ -281,7 +323,7 @@ void LinuxDevices::synchronize()
         mKeyboard.removeNode(node.id);
         return true;
     });
-    for (const Node &node : std::as_const(nodes)) {
+    for (const Node &node : nodes) {
         const bool isThere = std::ranges::any_of(
             mNodes, [&](const Node &other) { return other.info.systemPath == node.info.systemPath; });
         if (!isThere)

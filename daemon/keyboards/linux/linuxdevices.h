@@ -5,6 +5,7 @@
 
 #include "daemon/keyboards/devices.h"
 #include "daemon/keyboards/linux/linuxkeyboard.h"
+#include "daemon/keyboards/linux/seatwatch.h"
 #include "daemon/keyboards/linux/udeveventdevices.h"
 
 #include <QSet>
@@ -16,7 +17,7 @@ class LinuxDevices : public DeviceSource
     Q_OBJECT
 
 public:
-    /// Functions that open files; tests replace them.
+    /// Functions that ask the system; tests replace them.
     struct Services
     {
         /// Null if not possible; `error` is then errno.
@@ -25,11 +26,12 @@ public:
         std::function<std::unique_ptr<OutputDevice>(QString &problem)> makeOutput;
         /// 0, or the errno value with which opening the file would fail.
         std::function<int(const QString &path)> access;
+        /// Whether this user is at the seat; lookAgain() must be called when the answer changes.
+        std::function<SeatWatch::Presence(const QString &seat)> presence;
     };
 
-    /// Both must outlive this.
-    LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard,
-                 QObject *parent = nullptr); ///< the machine's own files
+    /// All must outlive this. Opens the machine's own files.
+    LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, SeatWatch &seats, QObject *parent = nullptr);
     LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Services services, QObject *parent = nullptr);
 
     [[nodiscard]] QList<InputDevice> devices() const override;
@@ -40,6 +42,9 @@ public:
     [[nodiscard]] UseResult use(const QStringList &ids) override;
     void useWhenPresent(const QList<ChosenDevice> &choices) override;
     void release() override;
+
+    /// Grabs and releases what may now be grabbed, or no longer.
+    void lookAgain();
 
 Q_SIGNALS:
     /// The daemon must now use the real keyboards, or the virtual one. Emitted before the first keyboard is grabbed and
@@ -55,14 +60,19 @@ private:
         EventDeviceInfo info;
         QString deviceId;
         QString deviceName;
+        QString seat;
         EventDevice::State state = EventDevice::State::waiting;
         int error = 0; // errno: why it is not used
     };
 
     [[nodiscard]] QList<KeyboardInfo> keyboards() const;
     [[nodiscard]] QList<KeyboardInfo> chosenKeyboards() const; ///< attached ones only
+    /// Whether chosen keyboards are attached, but none at a seat with a session of this user.
+    [[nodiscard]] bool isAway() const;
     /// The nodes of attached ones, in the state waiting and without an id.
     [[nodiscard]] QList<Node> chosenNodes() const;
+    /// Those of them that the daemon may have now.
+    [[nodiscard]] QList<Node> nodesToGrab() const;
     [[nodiscard]] QString problemOf(const KeyboardInfo &keyboard) const;
     [[nodiscard]] QString problemOf(const Node &node) const;
     void addProblem(InputDevice &device, const KeyboardInfo &keyboard) const;

@@ -43,6 +43,13 @@ QString nameOf(udev_device *input, udev_device *hid)
     return name.trimmed().isEmpty() ? nodeName : name;
 }
 
+/// Where udev names no seat, the login manager takes the first one.
+QString seatOf(udev_device *device)
+{
+    const char *seat = udev_device_get_property_value(device, "ID_SEAT");
+    return seat && *seat ? QString::fromUtf8(seat) : QString(EventDeviceInfo::defaultSeat);
+}
+
 std::optional<EventDeviceInfo> nodeInfo(udev_device *device)
 {
     const char *node = udev_device_get_devnode(device);
@@ -67,6 +74,7 @@ std::optional<EventDeviceInfo> nodeInfo(udev_device *device)
                            .version = hexAttribute(input, "id/version"),
                            .serial = usbSerial.isEmpty() ? attribute(input, "uniq") : usbSerial,
                            .path = path,
+                           .seat = seatOf(device),
                            .isHid = hid != nullptr,
                            .keys = codes(input, "capabilities/key"),
                            .relativeAxes = codes(input, "capabilities/rel"),

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 // A client of the daemon in the virtual machine, and the desktop's notification service. Writes the notifications that
-// it receives, one a line. With the word "capture" it requests single keys until it is ended.
+// it receives, one a line. With the word "capture" it requests single keys until it is ended. With the words
+// "login-manager FILE" it is the login manager instead: root's only session is active while the file says "own".
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/messageport.h"
+#include "tests/daemon/keyboards/linux/standinlogin.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QFile>
+#include <QFileSystemWatcher>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -35,6 +39,21 @@ void observe(DistributedNotificationCenter &center)
     }
 }
 
+int serveLogins(const QString &path)
+{
+    StandInLogin login;
+    login.set({{.id = u"1"_s, .user = 0, .seat = u"seat0"_s, .isActive = false}});
+    const auto follow = [&login, &path] {
+        QFile file(path);
+        login.setActive(u"1"_s, file.open(QIODevice::ReadOnly) && file.readAll() == "own");
+    };
+    const QFileSystemWatcher watcher({path});
+    QObject::connect(&watcher, &QFileSystemWatcher::fileChanged, &login, follow);
+    follow();
+    say(u"listening"_s);
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 /// org.freedesktop.Notifications.
@@ -55,6 +74,8 @@ public Q_SLOTS:
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
+    if (argc == 3 && QCoreApplication::arguments().at(1) == "login-manager"_L1)
+        return serveLogins(QCoreApplication::arguments().at(2));
     QDBusConnection bus = QDBusConnection::sessionBus();
     NotificationService service;
     bus.registerObject(u"/org/freedesktop/Notifications"_s, &service, QDBusConnection::ExportScriptableSlots);

@@ -3,6 +3,7 @@
 
 #include "tests/vm/driver/failure.h"
 #include "tests/vm/driver/restriction.h"
+#include "tests/vm/driver/stepwords.h"
 #include "tests/vm/driver/waiting.h"
 
 #include <cstdlib>
@@ -28,6 +29,7 @@ Machine::Machine(std::string folder) : mFolder(std::move(folder))
 
 Machine::~Machine()
 {
+    ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
     mDesktop.reset();
     mKeyboards.clear();
 }
@@ -109,6 +111,22 @@ void Machine::startClient(const std::vector<std::string> &words)
     mClient = BackgroundProcess(command, mFolder + "/told");
     if (!becomesTrue([this] { return told().find("listening") != std::string::npos; }))
         throw Failure("the client says: " + told());
+}
+
+void Machine::startLoginManager()
+{
+    setAtTheSeat("own");
+    const std::string log = mFolder + "/login-log";
+    mLoginManager = BackgroundProcess({"vmclient", "login-manager", mFolder + "/at-the-seat"}, log);
+    if (!becomesTrue([&log] { return contentOf(log).find("listening") != std::string::npos; }))
+        throw Failure("the login manager says: " + contentOf(log));
+    // The machine has only one bus.
+    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", ::getenv("DBUS_SESSION_BUS_ADDRESS"), 1);
+}
+
+void Machine::setAtTheSeat(const std::string &who) const
+{
+    std::ofstream(mFolder + "/at-the-seat") << who;
 }
 
 std::string Machine::told() const

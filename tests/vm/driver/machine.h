@@ -50,6 +50,9 @@ public:
     void startClient(const std::vector<std::string> &words);
     void endClient() { mClient.end(SIGTERM); }
     [[nodiscard]] std::string told() const;
+    /// Starts a login manager, for daemons that are started later. A session of the daemon's user is at the seat.
+    void startLoginManager();
+    void setAtTheSeat(const std::string &who) const; ///< "own", else a session of another user
     /// The value of "name: value" in the output of "kestractl status"; empty when it is missing.
     [[nodiscard]] std::string status(const std::string &name) const;
 
@@ -78,6 +81,7 @@ private:
     BackgroundProcess mDaemon;
     BackgroundProcess mControl;
     BackgroundProcess mClient;
+    BackgroundProcess mLoginManager;
     std::map<std::string, std::unique_ptr<UhidKeyboard>> mKeyboards;
     std::optional<EventNode> mDesktop;
 };

@@ -387,6 +387,8 @@ const std::map<std::string, StepAction> &systemActions()
         {"rule-helper-refuses", expectRefusedRule},
         {"link-node", linkNode},
         {"expect-rules", expectRules},
+        {"login-manager", [](Machine &machine, const Words &) { machine.startLoginManager(); }},
+        {"at-the-seat", [](Machine &machine, const Words &words) { machine.setAtTheSeat(word(words, 1)); }},
         {"client", [](Machine &machine, const Words &words) { machine.startClient(from(words, 1)); }},
         {"client-end", [](Machine &machine, const Words &) { machine.endClient(); }},
         {"expect-told",

@@ -47,6 +47,10 @@ private Q_SLOTS:
     void deviceOfAnotherProgramIsReported();
     void keysReachTheComputer();
     void reportsVersionAndAttachment();
+    void givesKeyboardsUpWhileAnotherSessionIsActive();
+    void waitsForTheLoginManager();
+    void opensNothingBeforeASessionIsActive();
+    void keyboardOfAnotherSeatIsNotUsed();
 
 private:
     [[nodiscard]] FakeNode &fake(int number)
@@ -60,6 +64,8 @@ private:
     std::map<QString, std::unique_ptr<FakeNode>> mFakes;
     std::map<QString, int> mErrors; // errno of opening, by node
     QString mOutputProblem;
+    std::map<QString, SeatWatch::Presence> mPresence; // by seat; here unless listed
+    int mOutputs = 0;                                 // how often the output device was requested
     std::unique_ptr<OutputPipe> mPipe;
     std::unique_ptr<FakeNodeSource> mSource;
     std::unique_ptr<LinuxKeyboard> mKeyboard;
@@ -70,6 +76,8 @@ void LinuxDevicesTest::init()
 {
     mErrors.clear();
     mOutputProblem.clear();
+    mPresence.clear();
+    mOutputs = 0;
     mPipe = std::make_unique<OutputPipe>();
     mSource = std::make_unique<FakeNodeSource>();
     mKeyboard = std::make_unique<LinuxKeyboard>();
@@ -82,10 +90,15 @@ void LinuxDevicesTest::init()
                 return error || !mFakes.contains(path) ? nullptr : mFakes[path]->open();
             },
             .makeOutput = [this](QString &problem) -> std::unique_ptr<OutputDevice> {
+                ++mOutputs;
                 problem = mOutputProblem;
                 return problem.isEmpty() ? mPipe->device() : nullptr;
             },
-            .access = errorOf});
+            .access = errorOf,
+            .presence =
+                [this](const QString &seat) {
+                    return mPresence.contains(seat) ? mPresence[seat] : SeatWatch::Presence::here;
+                }});
     for (int number = 1; number <= 4; ++number)
         (void)fake(number);
     EventDeviceInfo other = keyboardNode(3, u"/b"_s);
@@ -344,6 +357,73 @@ void LinuxDevicesTest::reportsVersionAndAttachment()
     mDevices->release();
     QCOMPARE(attached.size(), 2);
     QVERIFY(!attached.last().first().toBool());
+}
+
+void LinuxDevicesTest::givesKeyboardsUpWhileAnotherSessionIsActive()
+{
+    connect(mDevices.get(), &LinuxDevices::wanted, this, [this] {
+        KeyPath *keys = &mKeyboard->keys();
+        const KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
+        QMetaObject::invokeMethod(
+            keys, [keys, settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
+    });
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().grabs.size(), 2);
+    fake(1).press(KEY_A, 0x70004);
+    QTRY_COMPARE(mPipe->keys().size(), 1);
+    QSignalSpy attached(mKeyboard.get(), &Keyboard::attachedChanged);
+    QSignalSpy changed(mDevices.get(), &DeviceSource::changed);
+    mPresence[u"seat0"_s] = SeatWatch::Presence::elsewhere;
+    mDevices->lookAgain();
+    QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen());
+    QTRY_COMPARE(mPipe->keys().last(), u"30 up"_s);
+    QCOMPARE(attached.size(), 1);
+    QVERIFY(!changed.isEmpty());
+    QCOMPARE(mDevices->status().state, DeviceState::inactive);
+    QVERIFY2(mDevices->status().problem.contains("seat0"_L1), qPrintable(mDevices->status().problem));
+    QCOMPARE(mDevices->devices().first().problem, mDevices->status().problem);
+    QCOMPARE(mDevices->use({u"1209:00ab"_s}).code, UseResult::Code::refused);
+    QCOMPARE(mDevices->choices(), (QList<ChosenDevice>{chosen}));
+    mSource->set(mSource->nodes()); // a message of udev changes nothing
+    QVERIFY(!fake(1).isOpen());
+    mPresence[u"seat0"_s] = SeatWatch::Presence::here;
+    mDevices->lookAgain();
+    QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
+    QVERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
+    QCOMPARE(mDevices->status().problem, QString());
+}
+
+void LinuxDevicesTest::waitsForTheLoginManager()
+{
+    mPresence[u"seat0"_s] = SeatWatch::Presence::unknown;
+    mDevices->useWhenPresent({chosen});
+    QCOMPARE(mDevices->status().state, DeviceState::waiting);
+    QCOMPARE(mDevices->devices().first().problem, QString());
+    QVERIFY(!fake(1).isOpen());
+    mPresence[u"seat0"_s] = SeatWatch::Presence::here;
+    mDevices->lookAgain();
+    QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
+}
+
+// Another user at the seat has all the rights, and the daemon would log that it lacks them.
+void LinuxDevicesTest::opensNothingBeforeASessionIsActive()
+{
+    mPresence[u"seat0"_s] = SeatWatch::Presence::elsewhere;
+    mDevices->useWhenPresent({chosen});
+    QCOMPARE(mDevices->status().state, DeviceState::inactive);
+    QCOMPARE(mOutputs, 0);
+    QVERIFY(!fake(1).isOpen());
+}
+
+void LinuxDevicesTest::keyboardOfAnotherSeatIsNotUsed()
+{
+    QList<EventDeviceInfo> nodes = mSource->nodes();
+    nodes[2].seat = u"seat1"_s;
+    mSource->set(nodes);
+    mPresence[u"seat1"_s] = SeatWatch::Presence::elsewhere;
+    QCOMPARE(mDevices->use({u"1234:00ab"_s}).code, UseResult::Code::refused);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
 }
 
 QTEST_GUILESS_MAIN(LinuxDevicesTest)

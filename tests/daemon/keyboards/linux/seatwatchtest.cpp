@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+// With a simulated login manager on a private bus.
+#include "daemon/keyboards/linux/seatwatch.h"
+#include "tests/daemon/keyboards/linux/standinlogin.h"
+#include "tests/support/testmain.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+using Presence = SeatWatch::Presence;
+Q_DECLARE_METATYPE(QList<StandInLogin::Session>)
+
+namespace {
+
+constexpr uint user = 1000;
+constexpr uint otherUser = 1001;
+
+} // namespace
+
+class SeatWatchTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void knowsWhoIsAtTheSeat_data();
+    void knowsWhoIsAtTheSeat();
+    void followsTheSwitchToAnotherUserAndBack();
+    void followsALogout();
+    void otherPropertiesAskNothing();
+    void everySeatIsOursWithoutALoginManager();
+    void everySeatIsOursWithoutABus();
+    void everySeatIsOursIfTheManagerRefuses();
+    void keepsTheAnswerWhileTheManagerRestarts();
+
+private:
+    [[nodiscard]] Presence presence() { return mWatch->at(u"seat0"_s); }
+
+    std::unique_ptr<StandInLogin> mLogin;
+    std::unique_ptr<SeatWatch> mWatch;
+};
+
+void SeatWatchTest::init()
+{
+    mLogin = std::make_unique<StandInLogin>();
+    mWatch = std::make_unique<SeatWatch>(QDBusConnection::sessionBus, user);
+}
+
+void SeatWatchTest::cleanup()
+{
+    mWatch.reset();
+    mLogin.reset();
+}
+
+void SeatWatchTest::knowsWhoIsAtTheSeat_data()
+{
+    QTest::addColumn<QList<StandInLogin::Session>>("sessions");
+    QTest::addColumn<Presence>("presence");
+    using Sessions = QList<StandInLogin::Session>;
+    const QString none;
+    QTest::newRow("no session") << Sessions{} << Presence::elsewhere;
+    QTest::newRow("active") << Sessions{{u"1"_s, user, u"seat0"_s, true}} << Presence::here;
+    QTest::newRow("inactive") << Sessions{{u"1"_s, user, u"seat0"_s, false}} << Presence::elsewhere;
+    QTest::newRow("another user is active")
+        << Sessions{{u"1"_s, user, u"seat0"_s, false}, {u"2"_s, otherUser, u"seat0"_s, true}} << Presence::elsewhere;
+    QTest::newRow("active on a terminal beside the desktop")
+        << Sessions{{u"1"_s, user, u"seat0"_s, false}, {u"2"_s, user, u"seat0"_s, true}} << Presence::here;
+    QTest::newRow("active at another seat") << Sessions{{u"1"_s, user, u"seat1"_s, true}} << Presence::elsewhere;
+    QTest::newRow("from the network") << Sessions{{u"1"_s, user, none, true}} << Presence::elsewhere;
+}
+
+void SeatWatchTest::knowsWhoIsAtTheSeat()
+{
+    QFETCH(QList<StandInLogin::Session>, sessions);
+    mLogin->set(sessions);
+    QSignalSpy changed(mWatch.get(), &SeatWatch::changed);
+    QCOMPARE(presence(), Presence::unknown);
+    QTRY_COMPARE(changed.size(), 1);
+    QTEST(presence(), "presence");
+}
+
+void SeatWatchTest::followsTheSwitchToAnotherUserAndBack()
+{
+    mLogin->set({{u"1"_s, user, u"seat0"_s, true}, {u"2"_s, otherUser, u"seat0"_s, false}});
+    (void)presence();
+    QTRY_COMPARE(presence(), Presence::here);
+    QSignalSpy changed(mWatch.get(), &SeatWatch::changed);
+    mLogin->setActive(u"1"_s, false);
+    mLogin->setActive(u"2"_s, true);
+    QTRY_COMPARE(presence(), Presence::elsewhere);
+    mLogin->setActive(u"2"_s, false);
+    mLogin->setActive(u"1"_s, true);
+    QTRY_COMPARE(presence(), Presence::here);
+    QCOMPARE(changed.size(), 2);
+}
+
+void SeatWatchTest::followsALogout()
+{
+    mLogin->set({{u"1"_s, user, u"seat0"_s, true}});
+    QTRY_COMPARE(presence(), Presence::here);
+    mLogin->set({});
+    mLogin->announceSeat(u"seat0"_s);
+    QTRY_COMPARE(presence(), Presence::elsewhere);
+}
+
+void SeatWatchTest::otherPropertiesAskNothing()
+{
+    mLogin->set({{u"1"_s, user, u"seat0"_s, true}});
+    QTRY_COMPARE(presence(), Presence::here);
+    const int questions = mLogin->questions();
+    mLogin->announce(u"1"_s, u"IdleHint"_s, true);
+    mLogin->setActive(u"1"_s, false);
+    QTRY_COMPARE(presence(), Presence::elsewhere);
+    QCOMPARE(mLogin->questions(), questions + 1);
+}
+
+void SeatWatchTest::everySeatIsOursWithoutALoginManager()
+{
+    mLogin->unregister();
+    QCOMPARE(presence(), Presence::unknown);
+    QTRY_COMPARE(presence(), Presence::here);
+}
+
+void SeatWatchTest::everySeatIsOursWithoutABus()
+{
+    mWatch = std::make_unique<SeatWatch>([] { return QDBusConnection(u"none"_s); }, user);
+    QCOMPARE(presence(), Presence::here);
+}
+
+void SeatWatchTest::everySeatIsOursIfTheManagerRefuses()
+{
+    mLogin->refuse(true);
+    QCOMPARE(presence(), Presence::unknown);
+    QTRY_COMPARE(presence(), Presence::here);
+}
+
+void SeatWatchTest::keepsTheAnswerWhileTheManagerRestarts()
+{
+    mLogin->set({{u"1"_s, user, u"seat0"_s, false}});
+    QTRY_COMPARE(presence(), Presence::elsewhere);
+    QSignalSpy changed(mWatch.get(), &SeatWatch::changed);
+    const int questions = mLogin->questions();
+    mLogin->unregister();
+    mLogin->refuse(true);
+    mLogin->registerAgain();
+    QTRY_VERIFY(mLogin->questions() > questions);
+    QCOMPARE(presence(), Presence::elsewhere);
+    mLogin->unregister();
+    mLogin->refuse(false);
+    mLogin->set({{u"1"_s, user, u"seat0"_s, true}});
+    mLogin->registerAgain();
+    QTRY_COMPARE(presence(), Presence::here);
+    QCOMPARE(changed.size(), 1);
+}
+
+QTEST_GUILESS_MAIN(SeatWatchTest)
+#include "seatwatchtest.moc"
