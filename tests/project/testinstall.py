@@ -75,13 +75,22 @@ class Installation(unittest.TestCase):
         icon = next(line for line in entry if line.startswith("Icon=")).removeprefix("Icon=")
         self.assertTrue((self.prefix / f"share/icons/hicolor/scalable/apps/{icon}.svg").is_file())
 
-    def unit(self):
-        return (self.prefix / "lib/systemd/user/quill-kestra-daemon.service").read_text()
+    def unit(self, prefix=None):
+        return ((prefix or self.prefix) / "lib/systemd/user/quill-kestra-daemon.service").read_text()
+
+    def test_the_unit_starts_what_is_installed(self):
+        self.assertIn(f"\nExecStart={self.prefix}/bin/QuillKestraDaemon\n", self.unit())
+
+    def test_the_unit_of_a_package_names_the_place_after_unpacking(self):
+        with tempfile.TemporaryDirectory() as folder:
+            subprocess.run([CMAKE, "--install", BUILD_FOLDER, "--prefix", "/opt/elsewhere"], check=True,
+                           capture_output=True, env={**os.environ, "DESTDIR": folder})
+            self.assertIn("\nExecStart=/opt/elsewhere/bin/QuillKestraDaemon\n",
+                          self.unit(Path(folder) / "opt/elsewhere"))
 
     @unittest.skipUnless(shutil.which("systemd-analyze"), "there is no systemd-analyze")
     def test_the_service_manager_understands_the_unit(self):
-        # Pretends that it was installed where it was configured for.
-        text = re.sub(r"^ExecStart=\S+/", f"ExecStart={self.prefix}/bin/", self.unit(), flags=re.MULTILINE)
+        text = self.unit()
         with tempfile.TemporaryDirectory() as folder:
             path = Path(folder) / "quill-kestra-daemon.service"
 
