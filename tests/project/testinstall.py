@@ -105,6 +105,11 @@ class Installation(unittest.TestCase):
             self.assertEqual(verify(text), [])
             self.assertNotEqual(verify(text.replace("Restart=always", "Restart=sometimes")), [])
 
+    def test_the_daemon_stops_before_its_bus(self):
+        # At a logout the service manager stops all units at once, except those that wait for another one.
+        after = re.findall(r"^After=(.*)$", self.unit(), re.MULTILINE)
+        self.assertLessEqual({"dbus.service", "dbus.socket"}, set(" ".join(after).split()))
+
     def test_the_unit_leaves_the_daemon_what_it_needs(self):
         settings = dict(line.split("=", 1) for line in self.unit().splitlines() if re.match(r"[A-Z]\w+=", line))
         self.assertEqual(settings["RestrictAddressFamilies"].split(), ["AF_UNIX", "AF_NETLINK"])  # for buses and udev
