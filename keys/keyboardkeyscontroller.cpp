@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Life cycle, selection of a key and redrawing. The pop-ups are in keysassignment.cpp, the widgets in keysview.cpp.
-// Single-key capture, game mode and the function-key notice are in keyscapture.cpp.
+// Single-key capture, game mode and the function-key notice are in keyscapture.cpp, the search and the menu of a key in
+// keyspicture.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
 #include "base/devicesettings.h"
@@ -13,6 +14,7 @@
 #include "keys/keyboardpicture.h"
 #include "keys/keylayout.h"
 #include "keys/keymarkslegend.h"
+#include "keys/keysearchbar.h"
 #include "keys/mappingcleanup.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
@@ -185,6 +187,7 @@ void KeyboardKeysController::setControlsState(bool isEnabled)
         button->setEnabled(isEnabled);
     mPicture->update();
     mMarksLegend->setEnabled(isEnabled);
+    mSearchBar->setEnabled(isEnabled);
     mAssignFunction->setEnabled(isEnabled);
     mMacroPlaybackPopUp->setEnabled(isEnabled);
     // A disabled label has the disabled text colour of the palette in use.

@@ -21,6 +21,7 @@
 class DistributedNotificationCenter;
 struct DistributedNotification;
 class KeyMarksLegend;
+class KeySearchBar;
 class KeyboardPicture;
 class PopUpButton;
 class QAction;
@@ -143,6 +144,11 @@ private:
     void openApplicationPanel();
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
     void updateDescriptions();
+    void connectPicture();
+    void openAssignmentMenu(KeyButton *key, const QPoint &position);
+    void showSearchResult();
+    /// Selects the next key found in the direction of `step`, 1 or -1; after the last comes the first.
+    void stepThroughSearch(int step);
     /// `titles` are indexed by tag.
     void setupSubMenu(int position, const QStringList &titles, void (KeyboardKeysController::*selector)(QAction *));
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
@@ -176,6 +182,7 @@ private:
     QLabel *mCurrentProfileLabel = nullptr;
     QLabel *mSelectedKeyLabel = nullptr;
     KeyMarksLegend *mMarksLegend = nullptr;
+    KeySearchBar *mSearchBar = nullptr;
 
     QVariantMap mKeysCurrentProfileDict;
     QVariantMap mDeviceSettingsDict;
@@ -201,5 +208,6 @@ private:
     bool mIsFirstLaunch = true;
     bool mGameMode = false;
     bool mIsFunctionKeySelected = false;
+    QList<int> mFoundKeys;           ///< codes of the keys that fit the search
     bool mHasDeviceConnected = true; ///< the latest argument of setControlsState()
 };

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -60,8 +61,9 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
 {
     for (const KeyShape &shape : KeyGeometry::shapes()) {
         auto *button = new KeyButton(shape, isSelectableOutlet(shape.outlet), this);
-        connect(button, &KeyButton::arrowPressed, this,
-                [this, button](Qt::Key arrow) { moveSelection(button, arrow); });
+        connect(button, &KeyButton::moveRequested, this, [this, button](Qt::Key key) { moveSelection(button, key); });
+        connect(button, &KeyButton::characterTyped, this,
+                [this, button](const QString &character) { select(keyShowing(character, button)); });
         mButtons.append(button);
         mButtonsByOutlet.insert(shape.outlet, button);
         if (!mTabStop && button->isSelectable())
@@ -96,13 +98,45 @@ KeyButton *KeyboardPicture::neighbour(const KeyButton *from, Qt::Key arrow) cons
     return nearest;
 }
 
-void KeyboardPicture::moveSelection(const KeyButton *from, Qt::Key arrow)
+KeyButton *KeyboardPicture::firstKey() const
 {
-    KeyButton *next = neighbour(from, arrow);
-    if (!next)
+    const auto key = std::ranges::find_if(mButtons, &KeyButton::isSelectable);
+    return key == mButtons.end() ? nullptr : *key;
+}
+
+KeyButton *KeyboardPicture::lastKey() const
+{
+    const auto key = std::find_if(mButtons.rbegin(), mButtons.rend(), std::mem_fn(&KeyButton::isSelectable));
+    return key == mButtons.rend() ? nullptr : *key;
+}
+
+KeyButton *KeyboardPicture::keyShowing(const QString &character, const KeyButton *from) const
+{
+    const auto count = mButtons.size();
+    const auto start = static_cast<qsizetype>(std::ranges::find(mButtons, from) - mButtons.begin());
+    for (qsizetype step = 1; step <= count; ++step) {
+        KeyButton *button = mButtons[(start + step) % count];
+        if (button->isSelectable() && button->shows(character))
+            return button;
+    }
+    return nullptr;
+}
+
+void KeyboardPicture::moveSelection(const KeyButton *from, Qt::Key key)
+{
+    switch (key) {
+    case Qt::Key_Home: select(firstKey()); break;
+    case Qt::Key_End: select(lastKey()); break;
+    default: select(neighbour(from, key));
+    }
+}
+
+void KeyboardPicture::select(KeyButton *button)
+{
+    if (!button)
         return;
-    next->setFocus(Qt::OtherFocusReason);
-    next->click();
+    button->setFocus(Qt::OtherFocusReason);
+    button->click();
 }
 
 void KeyboardPicture::setTabStop(KeyButton *button)

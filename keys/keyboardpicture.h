@@ -12,7 +12,8 @@ class KeyButton;
 class MotionPreference;
 
 /// Keeps the ratio of the keyboard and centres it in the available space. The keys are one stop in the tab order: the
-/// selected key, or else the first. From there the arrow keys select the next key in their direction.
+/// selected key, or else the first. From there the arrow keys select the next key in their direction, Home and End the
+/// first and the last key. A character selects the key that shows it; typed again, the next such key.
 class KeyboardPicture : public QWidget
 {
     Q_OBJECT
@@ -26,6 +27,13 @@ public:
 
     /// Returns the nearest selectable key from `from` in the direction of `arrow`; null if there is none.
     [[nodiscard]] KeyButton *neighbour(const KeyButton *from, Qt::Key arrow) const;
+
+    /// Returns the first or the last selectable key, in the order of KeyGeometry::shapes().
+    [[nodiscard]] KeyButton *firstKey() const;
+    [[nodiscard]] KeyButton *lastKey() const;
+    /// Returns the next selectable key after `from` that shows `character`. The search continues at the first key and
+    /// ends at `from`. Null if no key shows it.
+    [[nodiscard]] KeyButton *keyShowing(const QString &character, const KeyButton *from) const;
 
     /// The key lighting between the keys. The picture repaints itself when the lighting changes.
     [[nodiscard]] PictureLight &light() { return mLight; }
@@ -49,7 +57,8 @@ private:
     void layOut();
     void askForMotion();
     [[nodiscard]] QList<QRect> keyPlaces() const;
-    void moveSelection(const KeyButton *from, Qt::Key arrow);
+    void moveSelection(const KeyButton *from, Qt::Key key);
+    void select(KeyButton *button);
 
     QList<KeyButton *> mButtons;
     QHash<QLatin1StringView, KeyButton *> mButtonsByOutlet;

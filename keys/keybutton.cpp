@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keybutton.h"
 
+#include "keys/keyboardaccessibility.h"
 #include "keys/keycap.h"
 
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QKeyEvent>
@@ -18,17 +20,19 @@ KeyButton::KeyButton(const KeyShape &shape, bool isSelectable, QWidget *parent)
     : QAbstractButton(parent), mShape(shape), mIsSelectable(isSelectable)
 {
     setObjectName(shape.outlet);
-    setCheckable(isSelectable); // lets assistive technology identify the selected key
+    KeyboardAccessibility::install();
     setFocusPolicy(isSelectable ? Qt::ClickFocus : Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
 }
 
 void KeyButton::setButtonType(Type type)
 {
+    const bool wasShownSelected = isShownSelected();
     mType = type;
     if (type == Type::momentaryPushIn)
         mState = 0;
-    setChecked(isShownSelected());
+    if (isShownSelected() != wasShownSelected)
+        KeyboardAccessibility::reportSelection(this);
     compareLookLater();
 }
 
@@ -47,6 +51,24 @@ void KeyButton::setMark(KeyMark mark)
 {
     mMark = mark;
     compareLookLater();
+}
+
+void KeyButton::setFound(bool isFound)
+{
+    mIsFound = isFound;
+    compareLookLater();
+}
+
+bool KeyButton::shows(const QString &character) const
+{
+    return !character.isEmpty()
+           && (character.compare(mShape.legend, Qt::CaseInsensitive) == 0
+               || character.compare(mShape.upperLegend, Qt::CaseInsensitive) == 0);
+}
+
+void KeyButton::requestMenu()
+{
+    Q_EMIT menuRequested(mapToGlobal(rect().bottomLeft()));
 }
 
 void KeyButton::setUnit(qreal pixels)
@@ -102,7 +124,8 @@ void KeyButton::paintEvent(QPaintEvent *event)
                  .isSelected = isShownSelected(),
                  .isDown = isDown(),
                  .isHovered = underMouse(),
-                 .hasFocus = hasFocus()},
+                 .hasFocus = hasFocus(),
+                 .isFound = mIsFound},
                 palette());
 }
 
@@ -112,9 +135,28 @@ void KeyButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Up:
     case Qt::Key_Down:
     case Qt::Key_Left:
-    case Qt::Key_Right: Q_EMIT arrowPressed(static_cast<Qt::Key>(event->key())); return;
+    case Qt::Key_Right:
+    case Qt::Key_Home:
+    case Qt::Key_End: Q_EMIT moveRequested(static_cast<Qt::Key>(event->key())); return;
     case Qt::Key_Return:
     case Qt::Key_Enter: click(); return;
-    default: QAbstractButton::keyPressEvent(event);
+    default: break;
     }
+    constexpr Qt::KeyboardModifiers commandModifiers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    const QString typed = event->text();
+    // Space presses the key, as on every button.
+    if (!(event->modifiers() & commandModifiers) && !typed.isEmpty() && typed[0].isPrint() && !typed[0].isSpace())
+        Q_EMIT characterTyped(typed);
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void KeyButton::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (!mIsSelectable)
+        event->ignore();
+    else if (event->reason() == QContextMenuEvent::Keyboard)
+        requestMenu();
+    else
+        Q_EMIT menuRequested(event->globalPos());
 }

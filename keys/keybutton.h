@@ -27,6 +27,9 @@ public:
     [[nodiscard]] int state() const { return mState; } ///< 1 on, 0 off
     [[nodiscard]] bool isHighlighted() const { return mIsHighlighted; }
     [[nodiscard]] KeyMark mark() const { return mMark; }
+    [[nodiscard]] bool isFound() const { return mIsFound; }
+    /// True if the key shows `character`, alone or with Shift; letter case does not matter.
+    [[nodiscard]] bool shows(const QString &character) const;
     /// True if it is painted as the selected key. This depends on the on/off type: the key restored at the start, which
     /// was never pressed, is then also shown.
     [[nodiscard]] bool isShownSelected() const { return mType == Type::onOff; }
@@ -40,17 +43,24 @@ public:
     /// Sets whether the key is shown as mapped while it is not selected.
     void highlight(bool isOn);
     void setMark(KeyMark mark);
+    /// Sets whether the key is shown as one that the search has found.
+    void setFound(bool isFound);
+    /// Emits menuRequested() with the lower left corner.
+    void requestMenu();
     /// Length of one key unit in pixels.
     void setUnit(qreal pixels);
 
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    void arrowPressed(Qt::Key arrow);
+    void moveRequested(Qt::Key key); ///< an arrow key, Home or End
+    void characterTyped(const QString &character);
+    void menuRequested(const QPoint &position); ///< position on the screen
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void nextCheckState() override {} // a click alone selects nothing
     bool event(QEvent *event) override;
 
@@ -61,11 +71,12 @@ private:
         bool isSelected = false;
         bool isHighlighted = false;
         KeyMark mark = KeyMark::none;
+        bool isFound = false;
 
         bool operator==(const Look &) const = default;
     };
 
-    [[nodiscard]] Look look() const { return {isShownSelected(), isShownHighlighted(), mMark}; }
+    [[nodiscard]] Look look() const { return {isShownSelected(), isShownHighlighted(), mMark, mIsFound}; }
     void compareLookLater();
 
     const KeyShape &mShape;
@@ -74,6 +85,7 @@ private:
     int mState = 0;
     bool mIsHighlighted = false;
     KeyMark mMark = KeyMark::none;
+    bool mIsFound = false;
     qreal mUnit = 44;
     Look mUpdatedLook; ///< the look at the latest request for a repaint
     bool mIsComparisonPosted = false;

@@ -88,6 +88,12 @@ Colors colorsFor(const KeycapState &state, const QPalette &palette)
         colors.faceBottom = mixed(colors.faceBottom, colors.accent, share);
         colors.foot = mixed(colors.foot, colors.accent, 0.45);
     }
+    if (state.isFound) {
+        colors.faceTop = 0xfff2bf;
+        colors.faceBottom = 0xffeca3;
+        colors.foot = 0x8f5f00;
+        colors.edge = 0xfff6d6;
+    }
     if (state.isHovered || state.isSelected) {
         const QColor light = dark ? QColor(0x9aa3b2) : QColor(0xffffff);
         colors.faceTop = mixed(colors.faceTop, light, 0.16);
@@ -139,6 +145,14 @@ void paintFrame(QPainter &painter, const QRectF &place, qreal distance, qreal wi
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(color, width));
     painter.drawRoundedRect(place.adjusted(inset, inset, -inset, -inset), radius, radius);
+}
+
+// The frame of a key that the search has found is dark in both palettes, as the face is light.
+void paintFoundFrame(QPainter &painter, const QRectF &face, qreal unit, const Colors &colors)
+{
+    constexpr qreal width = 0.05;
+    const QColor frame = Contrast::readable(colors.foot, {colors.faceTop, colors.faceBottom}, Contrast::ofShapes);
+    paintFrame(painter, face, 0, std::max(1.5, unit * width), unit * faceRadius, frame);
 }
 
 // The ring of the selected key has two tones, a dark and a light one. One of them differs clearly from any cap and from
@@ -273,6 +287,8 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     const QRectF mark = state.mark == KeyMark::none ? QRectF() : keyMarkPlace(face, unit);
     paintKeyLegend(painter, face, unit, {state.look, state.legend, state.upperLegend}, colors.legend, mark);
     paintKeyMark(painter, mark, state.mark, palette, state.isEnabled);
+    if (state.isFound && state.isEnabled)
+        paintFoundFrame(painter, face, unit, colors);
     if (state.isSelected)
         paintRing(painter, place, unit, colors, body.isDark, state.isEnabled);
     if (state.hasFocus && state.isEnabled) {

@@ -24,6 +24,7 @@ struct KeycapState
     bool isDown = false;
     bool isHovered = false;
     bool hasFocus = false;
+    bool isFound = false; ///< fits the search
 };
 
 /// Paints the keycap into `place`, which begins at a whole pixel. `unit` is the length of one key unit in the same

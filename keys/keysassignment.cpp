@@ -175,6 +175,7 @@ void KeyboardKeysController::updateDescriptions()
         button->setToolTip(
             localizedFormat("lkeyKeysToolTip", {::keyName(row.code).toHtmlEscaped(), description.toHtmlEscaped()}));
     }
+    showSearchResult();
 }
 
 void KeyboardKeysController::setPlaybackVisible(bool isVisible)

@@ -7,6 +7,7 @@
 #include "keys/keylayout.h"
 #include "keys/keymarkslegend.h"
 #include "keys/keynames.h"
+#include "keys/keysearchbar.h"
 #include "platform/groupbox.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
@@ -93,6 +94,8 @@ QWidget *KeyboardKeysController::buildHeader()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(mCurrentProfileLabel);
     layout->addWidget(mProfileNameLabel, 1);
+    mSearchBar = new KeySearchBar;
+    layout->addWidget(mSearchBar);
     return header;
 }
 
@@ -219,6 +222,7 @@ void KeyboardKeysController::connectActions()
 #define KESTRA_FIXED_KEY(outlet, action, disabledAtStart)                                                              \
     connect(outlet, &QAbstractButton::clicked, this, [this] { action(outlet); });
 #include "keys/keytable.inc"
+    connectPicture();
     connect(mAssignFunction, &PopUpButton::itemPicked, this, [this] { clickAssignFunction(mAssignFunction); });
     connect(mMacroPlaybackPopUp, &PopUpButton::itemPicked, this, [this] { clickMacroPlayback(mMacroPlaybackPopUp); });
     connect(mSingleKeyOK, &QPushButton::clicked, this, [this] { clickSingleKeyOK(mSingleKeyOK); });

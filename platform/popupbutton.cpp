@@ -2,6 +2,7 @@
 #include "platform/popupbutton.h"
 
 #include "base/visibletext.h"
+#include "platform/popupaccessibility.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -57,6 +58,7 @@ int menuItemTag(const QAction *item)
 
 PopUpButton::PopUpButton(QWidget *parent) : QPushButton(parent), mMenu(new QMenu(this)), mGroup(new QActionGroup(this))
 {
+    PopUpAccessibility::install();
     // QPushButton::setMenu() would open the menu in a nested event loop and block the caller.
     connect(this, &QAbstractButton::pressed, this, &PopUpButton::openMenu);
     connect(mMenu, &QMenu::aboutToHide, this, [this] { setDown(false); });
@@ -153,7 +155,20 @@ void PopUpButton::openMenu()
 {
     setDown(true);
     mMenu->setMinimumWidth(width());
-    mMenu->popup(mapToGlobal(rect().bottomLeft()));
+    popUp(mapToGlobal(rect().bottomLeft()));
+}
+
+void PopUpButton::openMenuAt(const QPoint &position)
+{
+    if (!isEnabled())
+        return;
+    mMenu->setMinimumWidth(0);
+    popUp(position);
+}
+
+void PopUpButton::popUp(const QPoint &position)
+{
+    mMenu->popup(position);
     // Arrow keys start from the active item. An item with a sub-menu would open it at once.
     if (QAction *item = itemAtIndex(mSelectedIndex); item && !item->menu())
         mMenu->setActiveAction(item);
@@ -173,8 +188,8 @@ void PopUpButton::showSelection()
     if (title == mShownTitle)
         return;
     mShownTitle = title;
-    setAccessibleDescription(title);
     setText(withoutMnemonics(title));
+    PopUpAccessibility::reportValue(this);
     update();
 }
 

@@ -26,6 +26,8 @@ public:
     [[nodiscard]] QAction *itemAtIndex(int index) const;     ///< null for an index without an item
     [[nodiscard]] int indexOfSelectedItem() const { return mSelectedIndex; }
     [[nodiscard]] QString titleOfSelectedItem() const { return itemTitleAtIndex(mSelectedIndex); }
+    /// The title as the button shows it: on one line.
+    [[nodiscard]] QString shownTitleOfSelectedItem() const { return mShownTitle; }
     [[nodiscard]] QMenu *submenuAtIndex(int index) const; ///< null for an item without one
     [[nodiscard]] QMenu *popUpMenu() const { return mMenu; }
 
@@ -40,8 +42,11 @@ public:
     /// Shows `title` in place of the title of the selected item, and marks no item in the menu, until an item is
     /// selected.
     void setShownTitle(const QString &title);
-    /// Shows the menu and returns at once.
+    /// Shows the menu below the button and returns at once.
     void openMenu();
+    /// Shows the same menu at `position` (of the screen), also if the button cannot be seen. Does nothing while the
+    /// button is disabled.
+    void openMenuAt(const QPoint &position);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -57,6 +62,7 @@ protected:
 private:
     void pick(QAction *item);
     void showSelection();
+    void popUp(const QPoint &position);
 
     QMenu *mMenu;
     QActionGroup *mGroup;

@@ -141,7 +141,7 @@ picture 1-keys-tab
 
 step "Select the key A"
 click "A"
-expect_window "A" "checked" "Default key"
+expect_window "A" "selected" "Default key"
 picture 2-key-a-selected
 
 step "Choose \"Disable key\", the last item, as its assignment"
@@ -149,7 +149,7 @@ click "Assignment:"
 picture 3-assignments
 xdotool key Up Return
 expect_window "Assignment:" "enabled" "Disable key"
-expect_window "A" "checked" "Disable key"
+expect_window "A" "selected" "Disable key"
 expect_key_a "disabled"
 picture 4-key-a-disabled
 
@@ -170,7 +170,7 @@ wait "$configurator" || ending=$?
 say "the configurator has ended by itself"
 start_configurator
 expect_key_a "disabled"
-expect_window "A" "checked" "Disable key"
+expect_window "A" "selected" "Disable key"
 picture 5-after-restart
 
 step "Press A and B on the virtual keyboard: the computer receives only B"
@@ -186,7 +186,7 @@ say "kestractl keyboard sent: $(received)"
 step "Give the key its default again from the command line; the open window follows"
 "$bin/kestractl" key A default | sed 's/^/   /'
 expect_key_a "default key"
-expect_window "A" "checked" "Default key"
+expect_window "A" "selected" "Default key"
 picture 6-default-again
 
 printf '\nThe tour is done; the screenshots are in %s\n' "$pictures"

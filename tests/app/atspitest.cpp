@@ -22,8 +22,9 @@ constexpr int startLimitMs = 20000;
 const QString accessibilityBus = u"accessibility"_s; // name of the connection
 
 /// Roles of operable controls, as AT-SPI names them.
-const QStringList interactiveRoles{u"push button"_s, u"check box"_s, u"radio button"_s, u"combo box"_s,  u"slider"_s,
-                                   u"text"_s,        u"table"_s,     u"page tab"_s,     u"button menu"_s};
+const QStringList interactiveRoles{u"push button"_s, u"check box"_s, u"radio button"_s, u"combo box"_s,
+                                   u"slider"_s,      u"text"_s,      u"table"_s,        u"page tab"_s,
+                                   u"button menu"_s, u"list item"_s};
 
 QStringList names(const QList<AccessibleControl> &controls)
 {
@@ -55,6 +56,7 @@ private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
     void everyControlReportsItsName();
+    void keysAndPopUpsReportTheirRoles();
     void everyTabReportsItsSelection();
 
 private:
@@ -176,6 +178,28 @@ void AtSpiTest::everyControlReportsItsName()
     QVERIFY2(counts.first() > 119, qPrintable(QString::number(counts.first()))); // the keys alone are as many
     QVERIFY(counts.at(3) > 15); // those of the lighting tab and the header
     QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join(u'\n')));
+}
+
+void AtSpiTest::keysAndPopUpsReportTheirRoles()
+{
+    const QList<AccessibleControl> tabs = pageTabs();
+    QVERIFY(!tabs.isEmpty());
+    click(tabs.first());
+    QTRY_COMPARE_WITH_TIMEOUT(tabsInFront(), QStringList{tabs.first().name}, startLimitMs);
+    int keys = 0;
+    int selectedKeys = 0;
+    for (const AccessibleControl &control : controls()) {
+        if (control.name == "Assignment:"_L1 && control.role != "label"_L1) {
+            QCOMPARE(control.role, u"combo box"_s);
+            QCOMPARE(control.value, u"Default key"_s);
+        }
+        if (control.role != "list item"_L1)
+            continue;
+        ++keys;
+        selectedKeys += control.states.contains("selected"_L1);
+    }
+    QCOMPARE(keys, 124);
+    QCOMPARE(selectedKeys, 1);
 }
 
 void AtSpiTest::everyTabReportsItsSelection()

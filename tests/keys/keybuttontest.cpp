@@ -60,7 +60,8 @@ private Q_SLOTS:
     void clickAloneChangesNothing();
     void spaceAndReturnClick_data();
     void spaceAndReturnClick();
-    void arrowsAreAnnouncedWithoutAClick();
+    void movesAreAnnouncedWithoutAClick();
+    void charactersAreAnnouncedWithoutAClick();
     void fixedKeyTakesNoFocus();
     void statesDifferWithoutColour_data();
     void statesDifferWithoutColour();
@@ -85,7 +86,6 @@ void KeyButtonTest::onOffButtonTogglesItsState()
     KeyButton button(shapeOfA(), true);
     button.setButtonType(KeyButton::Type::onOff);
     QVERIFY(button.isShownSelected());
-    QVERIFY(button.isChecked());
     button.setNextState();
     QCOMPARE(button.state(), 1);
     button.setNextState();
@@ -106,7 +106,7 @@ void KeyButtonTest::becomingMomentaryTurnsItOff()
     button.setNextState();
     button.setButtonType(KeyButton::Type::momentaryPushIn);
     QCOMPARE(button.state(), 0);
-    QVERIFY(!button.isChecked());
+    QVERIFY(!button.isShownSelected());
 }
 
 void KeyButtonTest::highlightCanBeSwitched()
@@ -140,7 +140,7 @@ void KeyButtonTest::clickAloneChangesNothing()
     button.click();
     QCOMPARE(clicked.count(), 1);
     QCOMPARE(button.state(), 0);
-    QVERIFY(!button.isChecked());
+    QVERIFY(!button.isShownSelected());
 }
 
 void KeyButtonTest::spaceAndReturnClick_data()
@@ -160,15 +160,32 @@ void KeyButtonTest::spaceAndReturnClick()
     QCOMPARE(clicked.count(), 1);
 }
 
-void KeyButtonTest::arrowsAreAnnouncedWithoutAClick()
+void KeyButtonTest::movesAreAnnouncedWithoutAClick()
 {
     KeyButton button(shapeOfA(), true);
     QSignalSpy clicked(&button, &QAbstractButton::clicked);
-    QList<Qt::Key> arrows;
-    connect(&button, &KeyButton::arrowPressed, &button, [&](Qt::Key arrow) { arrows << arrow; });
-    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down})
+    const QList<Qt::Key> keys{Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down, Qt::Key_Home, Qt::Key_End};
+    QList<Qt::Key> moves;
+    connect(&button, &KeyButton::moveRequested, &button, [&](Qt::Key key) { moves << key; });
+    for (const Qt::Key key : keys)
         QTest::keyClick(&button, key);
-    QCOMPARE(arrows, (QList<Qt::Key>{Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down}));
+    QCOMPARE(moves, keys);
+    QCOMPARE(clicked.count(), 0);
+}
+
+void KeyButtonTest::charactersAreAnnouncedWithoutAClick()
+{
+    KeyButton button(shapeOfA(), true);
+    QSignalSpy clicked(&button, &QAbstractButton::clicked);
+    QStringList typed;
+    connect(&button, &KeyButton::characterTyped, &button, [&](const QString &character) { typed << character; });
+    QTest::keyClick(&button, Qt::Key_Q, Qt::NoModifier);
+    QTest::keyClick(&button, Qt::Key_1, Qt::ShiftModifier);
+    for (const Qt::KeyboardModifier modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier})
+        QTest::keyClick(&button, Qt::Key_Q, modifier);
+    QTest::keyClick(&button, Qt::Key_Escape);
+    QCOMPARE(typed.size(), 2);
+    QCOMPARE(typed.first().toLower(), u"q"_s);
     QCOMPARE(clicked.count(), 0);
 }
 
@@ -176,7 +193,6 @@ void KeyButtonTest::fixedKeyTakesNoFocus()
 {
     const KeyButton button(*KeyGeometry::shapeForOutlet("mEject"_L1), false);
     QCOMPARE(button.focusPolicy(), Qt::NoFocus);
-    QVERIFY(!button.isCheckable());
 }
 
 void KeyButtonTest::statesDifferWithoutColour_data()

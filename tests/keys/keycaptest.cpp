@@ -64,20 +64,24 @@ const QList<Cap> &caps()
     return all;
 }
 
-// Every combination of the properties that change the colours of a cap.
+// Every combination of the properties that change the colours of a cap. A selected key is never drawn as mapped, and a
+// key that cannot be selected has none of the other states.
 QList<KeycapState> states(const Cap &cap)
 {
     QList<KeycapState> all;
     for (const KeyMark mark : {KeyMark::none, KeyMark::macro, KeyMark::disabled})
-        for (int bits = 0; bits < 64; ++bits) {
+        for (int bits = 0; bits < 128; ++bits) {
             KeycapState state{.look = cap.look, .legend = cap.legend, .upperLegend = cap.upperLegend, .mark = mark};
             state.isEnabled = bits & 1;
             state.isHighlighted = bits & 2;
             state.isSelected = bits & 4;
             state.isHovered = bits & 8;
             state.isDown = bits & 16;
-            state.isSelectable = bits & 32;
-            all << state;
+            state.isSelectable = !(bits & 32);
+            state.isFound = bits & 64;
+            const bool isPossible = state.isSelectable ? !(state.isHighlighted && state.isSelected) : (bits & ~33) == 0;
+            if (isPossible)
+                all << state;
         }
     return all;
 }
@@ -88,7 +92,8 @@ QString described(const Theme &theme, const KeycapState &state)
         QLatin1StringView(theme.name), state.legend, state.isEnabled ? u""_s : u", disabled"_s,
         state.isHighlighted ? u", mapped"_s : u""_s, state.isSelected ? u", selected"_s : u""_s,
         state.isHovered ? u", hovered"_s : u""_s, state.isDown ? u", down"_s : u""_s,
-        state.isSelectable ? u""_s : u", fixed"_s, QString::number(static_cast<int>(state.mark)));
+        state.isSelectable ? u""_s : u", fixed"_s,
+        QString::number(static_cast<int>(state.mark)) + (state.isFound ? u", found"_s : u""_s));
 }
 
 // The keycap on the case, lit by `light`.
@@ -172,6 +177,7 @@ class KeycapTest : public QObject
 private Q_SLOTS:
     void legendsContrastWithTheirCaps();
     void ringContrastsWithCapAndSurroundings();
+    void keyThatWasFoundContrastsWithOthers();
     void outlineOfFixedKeysContrastsWithTheCase();
     void markNeverCoversTheLegend_data();
     void markNeverCoversTheLegend();
@@ -218,8 +224,8 @@ void KeycapTest::ringContrastsWithCapAndSurroundings()
     for (const Theme &theme : themes())
         for (const Cap &cap : caps())
             for (KeycapState state : states(cap)) {
-                if (!state.isSelected || !state.isSelectable || state.isHighlighted)
-                    continue; // a selected key is never drawn as mapped
+                if (!state.isSelected)
+                    continue;
                 for (const Backlight::Settings &light : std::as_const(lights)) {
                     state.isSelected = true;
                     const QImage selected = drawnKey(state, theme.palette, light);
@@ -239,6 +245,21 @@ void KeycapTest::ringContrastsWithCapAndSurroundings()
     QVERIFY(compared > 1000);
     QVERIFY2(faint.isEmpty(),
              qPrintable(u"%1 of %2\n"_s.arg(faint.size()).arg(compared) + faint.mid(0, 40).join(u'\n')));
+}
+
+void KeycapTest::keyThatWasFoundContrastsWithOthers()
+{
+    for (const Theme &theme : themes())
+        for (const Cap &cap : caps())
+            for (KeycapState state : states(cap)) {
+                if (!state.isSelectable || !state.isEnabled || state.isFound)
+                    continue;
+                const QImage plain = drawnKey(state, theme.palette);
+                state.isFound = true;
+                const double contrast = contrastOfDrawing(drawnKey(state, theme.palette), plain);
+                QVERIFY2(contrast >= leastShapeContrast,
+                         qPrintable(u"%1: %2"_s.arg(described(theme, state)).arg(contrast)));
+            }
 }
 
 void KeycapTest::outlineOfFixedKeysContrastsWithTheCase()

@@ -12,6 +12,7 @@
 #include "tests/support/picturefolder.h"
 
 #include <QAction>
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -50,6 +51,8 @@ private Q_SLOTS:
     void initTestCase();
     void drawsTheTab_data();
     void drawsTheTab();
+    void drawsTheSearch_data();
+    void drawsTheSearch();
     void drawsTheSingleKeySheet();
     void isSharpAtTwiceTheDots();
 
@@ -103,6 +106,32 @@ void KeysScreenshotsTest::drawsTheTab()
     const QImage image = grabAt(tab.window, ratio);
     QVERIFY(savePicture(image, u"keys"_s));
     QCOMPARE(image.width(), qRound(width * ratio));
+}
+
+void KeysScreenshotsTest::drawsTheSearch_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<QString>("query");
+    QTest::newRow("light") << false << u"Heal"_s;
+    QTest::newRow("dark") << true << u"Heal"_s;
+    QTest::newRow("nothing") << false << u"Banana"_s;
+}
+
+void KeysScreenshotsTest::drawsTheSearch()
+{
+    QFETCH(bool, isDark);
+    QFETCH(QString, query);
+    wearPalette(isDark);
+    Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
+            {macro(u"Opening burst"_s), macro(u"Heal"_s)});
+    tab.controller->setControlsState(true);
+    tab.window.resize(1100, 620);
+    tab.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    tab.find<QLineEdit>("mKeySearchField")->setText(query);
+    QTest::keyClick(tab.find<QLineEdit>("mKeySearchField"), Qt::Key_Return);
+    QCoreApplication::processEvents(); // lays out the bar again, which has become wider
+    QVERIFY(savePicture(grabAt(tab.window, 2), u"keys-search"_s));
 }
 
 void KeysScreenshotsTest::drawsTheSingleKeySheet()

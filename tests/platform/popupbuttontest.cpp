@@ -2,6 +2,7 @@
 #include "platform/popupbutton.h"
 #include "tests/support/testmain.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QActionGroup>
 #include <QMenu>
@@ -17,6 +18,12 @@ void addItems(PopUpButton &button, const QStringList &titles)
 {
     for (const QString &title : titles)
         button.addItemWithTitle(title);
+}
+
+/// The value that assistive tools read.
+QString valueOf(PopUpButton &button)
+{
+    return QAccessible::queryAccessibleInterface(&button)->text(QAccessible::Value);
 }
 
 } // namespace
@@ -47,6 +54,9 @@ private Q_SLOTS:
     void openingKeepsSubmenusClosed();
     void submenuReplacedWhileDisabledIsEnabledWithTheButton();
     void longTitlesHaveALimitedWidth();
+    void opensTheSameMenuElsewhere();
+    void disabledButtonOpensNoMenuElsewhere();
+    void isAComboBoxForAssistiveTools();
 };
 
 void PopUpButtonTest::selectsTheFirstItemAdded()
@@ -66,7 +76,7 @@ void PopUpButtonTest::selectingFromCodeIsSilent()
     QSignalSpy picked(&button, &PopUpButton::itemPicked);
     button.selectItemAtIndex(1);
     QCOMPARE(button.titleOfSelectedItem(), u"Two"_s);
-    QCOMPARE(button.accessibleDescription(), u"Two"_s);
+    QCOMPARE(valueOf(button), u"Two"_s);
     QCOMPARE(picked.count(), 0);
 }
 
@@ -153,7 +163,7 @@ void PopUpButtonTest::titleIsShownOnOneLineInItsOwnDirection()
     QCOMPARE(button.itemTitleAtIndex(0), title); // the program compares with it
     const QString shown = u"One of two  three  "_s;
     QCOMPARE(button.text(), shown);
-    QCOMPARE(button.accessibleDescription(), shown);
+    QCOMPARE(valueOf(button), shown);
     QCOMPARE(button.itemAtIndex(0)->text(), shown);
     button.setItemTitleAtIndex(0, u"A\u2067B"_s);
     QCOMPARE(button.text(), u"A B"_s);
@@ -318,6 +328,51 @@ void PopUpButtonTest::longTitlesHaveALimitedWidth()
     QVERIFY(button.sizeHint().width() > narrow);
     button.addItemWithTitle(QString(5000, u'w'));
     QVERIFY(button.sizeHint().width() < 1000);
+}
+
+void PopUpButtonTest::opensTheSameMenuElsewhere()
+{
+    PopUpButton button;
+    addItems(button, {u"One"_s, u"Two"_s});
+    QSignalSpy picked(&button, &PopUpButton::itemPicked);
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    button.openMenuAt(QPoint(120, 90));
+    QTRY_VERIFY(button.popUpMenu()->isVisible());
+    QCOMPARE(button.popUpMenu()->pos(), QPoint(120, 90));
+    QTest::keyClick(button.popUpMenu(), Qt::Key_Down);
+    QTest::keyClick(button.popUpMenu(), Qt::Key_Return);
+    QCOMPARE(picked.count(), 1);
+    QCOMPARE(button.indexOfSelectedItem(), 1);
+}
+
+void PopUpButtonTest::disabledButtonOpensNoMenuElsewhere()
+{
+    PopUpButton button;
+    addItems(button, {u"One"_s});
+    button.setEnabled(false);
+    button.openMenuAt(QPoint(120, 90));
+    QVERIFY(!button.popUpMenu()->isVisible());
+}
+
+void PopUpButtonTest::isAComboBoxForAssistiveTools()
+{
+    PopUpButton button;
+    button.setAccessibleName(u"Choice"_s);
+    addItems(button, {u"One"_s, u"Cut & Paste"_s});
+    button.selectItemAtIndex(1);
+    button.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&button));
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&button);
+    QCOMPARE(accessible->role(), QAccessible::ComboBox);
+    QCOMPARE(accessible->text(QAccessible::Name), u"Choice"_s);
+    QCOMPARE(accessible->text(QAccessible::Value), u"Cut & Paste"_s);
+    QVERIFY(accessible->textInterface());
+    QCOMPARE(accessible->textInterface()->text(0, accessible->textInterface()->characterCount()), u"Cut & Paste"_s);
+    QVERIFY(accessible->state().collapsed);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    QTRY_VERIFY(button.popUpMenu()->isVisible());
+    QVERIFY(accessible->state().expanded);
 }
 
 QTEST_MAIN(PopUpButtonTest)

@@ -14,6 +14,7 @@ namespace {
 constexpr auto accessibleInterface = "org.a11y.atspi.Accessible"_L1;
 constexpr auto componentInterface = "org.a11y.atspi.Component"_L1;
 constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties"_L1;
+constexpr auto textInterface = "org.a11y.atspi.Text"_L1;
 constexpr int callLimitMs = 2000;
 constexpr int maximumDepth = 40;
 constexpr uint screenCoordinates = 0;
@@ -108,12 +109,15 @@ AccessibleControl AccessibleTree::control(const QString &path) const
     };
     AccessibleControl result{.name = property("Name"_L1),
                              .description = property("Description"_L1),
+                             .value = {},
                              .role = call(path, accessibleInterface, "GetRoleName"_L1, {}).toString(),
                              .states = {},
                              .screenRect = {}};
     const QVariant states = call(path, accessibleInterface, "GetState"_L1, {});
     if (states.metaType() == QMetaType::fromType<QDBusArgument>())
         result.states = stateNames(states.value<QDBusArgument>());
+    if (result.role == "combo box"_L1)
+        result.value = call(path, textInterface, "GetText"_L1, {0, -1}).toString();
     const QVariant extents = call(path, componentInterface, "GetExtents"_L1, {screenCoordinates});
     if (extents.metaType() == QMetaType::fromType<QDBusArgument>())
         result.screenRect = rectangle(extents.value<QDBusArgument>());

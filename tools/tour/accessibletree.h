@@ -13,6 +13,7 @@ struct AccessibleControl
 {
     QString name;
     QString description;
+    QString value; ///< of a combo box
     QString role;
     QStringList states; ///< those that apply of "checked", "enabled", "focused", "selected", "sensitive", "showing"
     QRect screenRect;

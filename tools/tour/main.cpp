@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Locates a control of another program on the screen: kestra-find-control PID [NAME]
 // Prints "x y width height states description" of the first control with the name that is not a label (x, y: its
-// centre). Without a name it lists every control.
+// centre). A combo box has its value in place of a description. Without a name it lists every control.
 // kestra-find-control --serve asks programs that start later to describe their controls, until it is ended.
 #include "tools/tour/accessibilitybus.h"
 #include "tools/tour/accessibletree.h"
@@ -48,11 +48,12 @@ int main(int argc, char *argv[])
                                   .arg(control.screenRect.width())
                                   .arg(control.screenRect.height())
                                   .arg(control.states.join(u','));
+        const QString &shown = control.value.isEmpty() ? control.description : control.value;
         if (arguments.size() == 2) {
-            out << where << " | " << control.role << " | " << control.name << " | " << control.description << '\n';
+            out << where << " | " << control.role << " | " << control.name << " | " << shown << '\n';
             found = true;
         } else if (control.name == name && control.role != "label"_L1) {
-            out << where << ' ' << control.description << '\n';
+            out << where << ' ' << shown << '\n';
             return 0;
         }
     }

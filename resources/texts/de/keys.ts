@@ -30,7 +30,7 @@
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Der Spielmodus ist eingeschaltet. %@ behält die Belegung. Die Command-Tasten haben keine Funktion.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Der Spielmodus ist ausgeschaltet. %@ behält die Belegung. Schalten Sie ihn ein, um die Command-Tasten beim Spielen zu deaktivieren.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Tastatur</translation></message>
-    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Tastatur. Wählen Sie eine Taste mit den Pfeiltasten aus.</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Tastatur. Wählen Sie eine Taste mit den Pfeiltasten oder durch Eingabe ihres Zeichens aus.</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@ (%@)</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Gewählte Taste</translation></message>
@@ -44,5 +44,10 @@
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Unbekannte Belegung</translation></message>
     <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>Nr. %@ (nicht vorhanden)</translation></message>
+    <message id="lkeyKeysSearch"><source>lkeyKeysSearch</source><translation>Tasten und Belegungen suchen</translation></message>
+    <message id="lkeyKeysSearchNext"><source>lkeyKeysSearchNext</source><translation>Nächste gefundene Taste</translation></message>
+    <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>Vorherige gefundene Taste</translation></message>
+    <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Gefundene Tasten: %@</translation></message>
+    <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Keine Taste gefunden</translation></message>
 </context>
 </TS>

@@ -30,7 +30,7 @@
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Game mode is on. %@ keeps its assignment. The Command keys do nothing.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Game mode is off. %@ keeps its assignment. Turn on game mode to disable the Command keys while you play.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Keyboard</translation></message>
-    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Keyboard. Use the arrow keys to select a key.</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Keyboard. Select a key with the arrow keys or by typing its character.</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@ (%@)</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Selected key</translation></message>
@@ -44,5 +44,10 @@
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Unknown assignment</translation></message>
     <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>no. %@ (does not exist)</translation></message>
+    <message id="lkeyKeysSearch"><source>lkeyKeysSearch</source><translation>Search keys and assignments</translation></message>
+    <message id="lkeyKeysSearchNext"><source>lkeyKeysSearchNext</source><translation>Next key found</translation></message>
+    <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>Previous key found</translation></message>
+    <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Keys found: %@</translation></message>
+    <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>No key found</translation></message>
 </context>
 </TS>

@@ -30,7 +30,7 @@
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>El modo de juego está activado. %@ conserva su asignación. Las teclas Command no hacen nada.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>El modo de juego está desactivado. %@ conserva su asignación. Active el modo de juego para desactivar las teclas Command mientras juega.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Teclado</translation></message>
-    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Teclado. Use las teclas de flecha para seleccionar una tecla.</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Teclado. Seleccione una tecla con las teclas de flecha o escribiendo su carácter.</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@ (%@)</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Tecla seleccionada</translation></message>
@@ -44,5 +44,10 @@
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Asignación desconocida</translation></message>
     <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>n.º %@ (no existe)</translation></message>
+    <message id="lkeyKeysSearch"><source>lkeyKeysSearch</source><translation>Buscar teclas y asignaciones</translation></message>
+    <message id="lkeyKeysSearchNext"><source>lkeyKeysSearchNext</source><translation>Siguiente tecla encontrada</translation></message>
+    <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>Tecla encontrada anterior</translation></message>
+    <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Teclas encontradas: %@</translation></message>
+    <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Ninguna tecla encontrada</translation></message>
 </context>
 </TS>

@@ -30,7 +30,7 @@
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Le mode jeu est activé. %@ conserve sa fonction. Les touches Command sont sans effet.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Le mode jeu est désactivé. %@ conserve sa fonction. Activez le mode jeu pour désactiver les touches Command pendant que vous jouez.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Clavier</translation></message>
-    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Clavier. Sélectionnez une touche avec les touches fléchées.</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>Clavier. Sélectionnez une touche avec les touches fléchées ou en tapant son caractère.</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@ (%@)</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>Touche sélectionnée</translation></message>
@@ -44,5 +44,10 @@
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>Fonction inconnue</translation></message>
     <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>n° %@ (n’existe pas)</translation></message>
+    <message id="lkeyKeysSearch"><source>lkeyKeysSearch</source><translation>Rechercher une touche ou une fonction</translation></message>
+    <message id="lkeyKeysSearchNext"><source>lkeyKeysSearchNext</source><translation>Touche trouvée suivante</translation></message>
+    <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>Touche trouvée précédente</translation></message>
+    <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Touches trouvées : %@</translation></message>
+    <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Aucune touche trouvée</translation></message>
 </context>
 </TS>

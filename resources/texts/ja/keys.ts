@@ -30,7 +30,7 @@
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>ゲームモードはオンです。%@ は割り当てどおりに動作します。Command キーは無効です。</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>ゲームモードはオフです。%@ は割り当てどおりに動作します。プレイ中に Command キーを無効にするには、ゲームモードをオンにしてください。</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>キーボード</translation></message>
-    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>キーボード。矢印キーでキーを選択します。</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>キーボード。矢印キーまたは文字の入力でキーを選択します。</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@（%@）</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>選択したキー</translation></message>
@@ -44,5 +44,10 @@
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>不明な割り当て</translation></message>
     <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>%@ 番（存在しません）</translation></message>
+    <message id="lkeyKeysSearch"><source>lkeyKeysSearch</source><translation>キーと割り当てを検索</translation></message>
+    <message id="lkeyKeysSearchNext"><source>lkeyKeysSearchNext</source><translation>次に見つかったキー</translation></message>
+    <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>前に見つかったキー</translation></message>
+    <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>見つかったキー: %@</translation></message>
+    <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>キーが見つかりません</translation></message>
 </context>
 </TS>

@@ -30,7 +30,7 @@
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>游戏模式已开启。%@ 仍执行您分配的功能，Command 键不起作用。</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>游戏模式已关闭。%@ 仍执行您分配的功能。如需在游戏时禁用 Command 键，请开启游戏模式。</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>键盘</translation></message>
-    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>键盘。使用方向键选择按键。</translation></message>
+    <message id="lkeyKeysPicture"><source>lkeyKeysPicture</source><translation>键盘。使用方向键或输入字符来选择按键。</translation></message>
     <message id="lkeyKeysToolTip"><source>lkeyKeysToolTip</source><translation>&lt;b&gt;%@&lt;/b&gt;&lt;br&gt;%@</translation></message>
     <message id="lkeyKeysMacroWithRepeat"><source>lkeyKeysMacroWithRepeat</source><translation>%@（%@）</translation></message>
     <message id="lkeyKeysLegendSelected"><source>lkeyKeysLegendSelected</source><translation>所选按键</translation></message>
@@ -44,5 +44,10 @@
     <message id="lkeyKeysWordmark"><source>lkeyKeysWordmark</source><translation>QUILL KESTRA</translation></message>
     <message id="lkeyKeysUnknownAssignment"><source>lkeyKeysUnknownAssignment</source><translation>未知功能</translation></message>
     <message id="lkeyKeysLostRecord"><source>lkeyKeysLostRecord</source><translation>第 %@ 个（不存在）</translation></message>
+    <message id="lkeyKeysSearch"><source>lkeyKeysSearch</source><translation>搜索按键和功能</translation></message>
+    <message id="lkeyKeysSearchNext"><source>lkeyKeysSearchNext</source><translation>下一个找到的按键</translation></message>
+    <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>上一个找到的按键</translation></message>
+    <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>找到的按键：%@</translation></message>
+    <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>未找到按键</translation></message>
 </context>
 </TS>

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "keys/keyboardaccessibility.h"
+
+#include "keys/keybutton.h"
+
+#include <QAccessibleWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class AccessibleKey : public QAccessibleWidget
+{
+public:
+    explicit AccessibleKey(KeyButton *key) : QAccessibleWidget(key, QAccessible::ListItem) {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.selectable = key()->isSelectable();
+        state.selected = key()->isShownSelected();
+        state.disabled = state.disabled || !key()->isSelectable();
+        return state;
+    }
+
+    QStringList actionNames() const override
+    {
+        return key()->isSelectable() && key()->isEnabled() ? QStringList{pressAction(), showMenuAction()}
+                                                           : QStringList();
+    }
+
+    void doAction(const QString &action) override
+    {
+        if (!actionNames().contains(action))
+            return;
+        if (action == pressAction())
+            key()->click();
+        else
+            key()->requestMenu();
+    }
+
+private:
+    KeyButton *key() const { return static_cast<KeyButton *>(object()); }
+};
+
+QAccessibleInterface *interfaceOf(const QString &className, QObject *object)
+{
+    if (className == "KeyButton"_L1)
+        return new AccessibleKey(static_cast<KeyButton *>(object));
+    if (className == "KeyboardPicture"_L1)
+        return new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::List);
+    return nullptr;
+}
+
+} // namespace
+
+void KeyboardAccessibility::install()
+{
+    static const bool isInstalled = (QAccessible::installFactory(interfaceOf), true);
+    Q_UNUSED(isInstalled)
+}
+
+void KeyboardAccessibility::reportSelection(KeyButton *key)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent event(key, key->isShownSelected() ? QAccessible::SelectionAdd : QAccessible::SelectionRemove);
+    QAccessible::updateAccessibility(&event);
+}

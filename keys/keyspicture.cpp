@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// The part of KeyboardKeysController that makes the picture work like a keyboard: the menu of a key and the search.
+#include "keys/keyboardkeyscontroller.h"
+
+#include "base/text.h"
+#include "keys/keyboardpicture.h"
+#include "keys/keylayout.h"
+#include "keys/keynames.h"
+#include "keys/keysearch.h"
+#include "keys/keysearchbar.h"
+#include "platform/popupbutton.h"
+
+#include <QShortcut>
+
+void KeyboardKeysController::connectPicture()
+{
+    for (const KeyRow &row : KeyLayout::selectableKeys()) {
+        KeyButton *key = mPicture->button(row.outlet);
+        connect(key, &KeyButton::menuRequested, this,
+                [this, key](const QPoint &position) { openAssignmentMenu(key, position); });
+    }
+    connect(mSearchBar, &KeySearchBar::queryChanged, this, &KeyboardKeysController::showSearchResult);
+    connect(mSearchBar, &KeySearchBar::nextRequested, this, [this] { stepThroughSearch(1); });
+    connect(mSearchBar, &KeySearchBar::previousRequested, this, [this] { stepThroughSearch(-1); });
+    auto *find = new QShortcut(QKeySequence(QKeySequence::Find), mView);
+    connect(find, &QShortcut::activated, mSearchBar, &KeySearchBar::beginSearch);
+}
+
+void KeyboardKeysController::openAssignmentMenu(KeyButton *key, const QPoint &position)
+{
+    if (!key->isEnabled())
+        return;
+    if (key != mCurrentButton)
+        key->click();
+    mAssignFunction->openMenuAt(position);
+}
+
+void KeyboardKeysController::showSearchResult()
+{
+    mFoundKeys.clear();
+    if (!mSearchBar->query().isEmpty()) {
+        QList<KeySearchEntry> entries;
+        for (const KeyRow &row : KeyLayout::selectableKeys()) {
+            const KeyButton *button = mPicture->button(row.outlet);
+            KeySearchEntry entry{row.code, keyNames(row.code), {}};
+            if (button->mark() != KeyMark::none)
+                entry.assignment << button->accessibleDescription();
+            if (button->mark() == KeyMark::disabled)
+                entry.assignment << localizedText("lkeyKeysLegendDisabled");
+            entries << entry;
+        }
+        mFoundKeys = keysFitting(mSearchBar->query(), entries);
+    }
+    for (const KeyRow &row : KeyLayout::selectableKeys())
+        mPicture->button(row.outlet)->setFound(mFoundKeys.contains(row.code));
+    mSearchBar->setResult(mFoundKeys.size());
+}
+
+void KeyboardKeysController::stepThroughSearch(int step)
+{
+    if (mFoundKeys.isEmpty())
+        return;
+    const qsizetype count = mFoundKeys.size();
+    const qsizetype current = mFoundKeys.indexOf(selectedCode());
+    const qsizetype next = current < 0 ? (step > 0 ? 0 : count - 1) : (current + step + count) % count;
+    if (const KeyRow *row = KeyLayout::rowForCode(mFoundKeys[next]))
+        mPicture->button(row->outlet)->click();
+}
