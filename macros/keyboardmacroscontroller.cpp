@@ -4,7 +4,6 @@
 #include "macros/keyboardmacroscontroller.h"
 
 #include "base/daemonprotocol.h"
-#include "base/settingskeys.h"
 #include "base/text.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
@@ -173,7 +172,7 @@ int KeyboardMacrosController::rowOfSelectedMacro() const
     if (!mSelectedMacroId.isValid())
         return macroRow();
     const auto isSelected = [this](const QVariant &macro) {
-        return macro.toMap().value(SettingsKeys::macroId) == mSelectedMacroId;
+        return MacroRecord::identity(macro.toMap()) == mSelectedMacroId;
     };
     if (isSelected(macroAt(macroRow())))
         return macroRow();
@@ -183,7 +182,7 @@ int KeyboardMacrosController::rowOfSelectedMacro() const
 
 void KeyboardMacrosController::noteSelectedMacro()
 {
-    mSelectedMacroId = macroAt(macroRow()).value(SettingsKeys::macroId);
+    mSelectedMacroId = MacroRecord::identity(macroAt(macroRow()));
 }
 
 void KeyboardMacrosController::selectAgain(const Selection &before)
@@ -363,14 +362,15 @@ void KeyboardMacrosController::fetchChangedLines()
 QVariant KeyboardMacrosController::selectedMacro() const
 {
     const QVariantMap macro = macroAt(macroRow());
-    return QVariantList{macro.value(SettingsKeys::macroId), MacroRecord::name(macro)};
+    return QVariantList{MacroRecord::identity(macro), MacroRecord::name(macro)};
 }
 
 QVariant KeyboardMacrosController::eventsOfSelectedMacro() const
 {
     // The record's events are not used: after an edit they are older than the lines.
     const QVariantMap macro = macroAt(macroRow());
-    return QVariantList{macro.value(SettingsKeys::macroId, MacroRecord::name(macro)), mLines.shown()};
+    const QVariant identity = MacroRecord::identity(macro);
+    return QVariantList{identity.isValid() ? identity : MacroRecord::name(macro), mLines.shown()};
 }
 
 void KeyboardMacrosController::endOutdatedSheets()

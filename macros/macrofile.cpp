@@ -3,6 +3,7 @@
 
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
+#include "macros/macrorecord.h"
 
 QVariantMap MacroFile::exportedRecord(QVariantMap record)
 {
@@ -12,9 +13,8 @@ QVariantMap MacroFile::exportedRecord(QVariantMap record)
 
 QVariantMap MacroFile::importedRecord(QVariantMap record, const QVariantList &macros)
 {
-    const QVariant name = record.value(SettingsKeys::macroName);
-    const bool isNamed = name.typeId() == QMetaType::QString && !name.toString().isEmpty();
+    const QString name = MacroRecord::name(record);
     record.insert(SettingsKeys::macroName,
-                  QlCoreUtility::generateNameUsingDefaultName(macros, isNamed ? name.toString() : untitledName));
+                  QlCoreUtility::generateNameUsingDefaultName(macros, name.isEmpty() ? QString(untitledName) : name));
     return record;
 }

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "macros/macrolines.h"
 
-#include "base/settingskeys.h"
+#include "macros/macrorecord.h"
 
 namespace {
 
 bool haveSameEvents(const QVariantMap &macro, const QVariantMap &other)
 {
-    return macro.value(SettingsKeys::macroId) == other.value(SettingsKeys::macroId)
-           && macro.value(SettingsKeys::sequence) == other.value(SettingsKeys::sequence);
+    return MacroRecord::identity(macro) == MacroRecord::identity(other)
+           && MacroRecord::sequence(macro) == MacroRecord::sequence(other);
 }
 
 bool areOneMacro(const QVariantMap &macro, const QVariantMap &other)
 {
-    return macro == other || (macro.contains(SettingsKeys::macroId) && haveSameEvents(macro, other));
+    return macro == other || (MacroRecord::identity(macro).isValid() && haveSameEvents(macro, other));
 }
 
 } // namespace

@@ -61,19 +61,39 @@ QString MacroRecord::name(const QVariantMap &macro)
     return name.typeId() == QMetaType::QString ? name.toString() : QString();
 }
 
+QVariant MacroRecord::identity(const QVariantMap &macro)
+{
+    return macro.value(SettingsKeys::macroId);
+}
+
+int MacroRecord::macroId(const QVariantMap &macro)
+{
+    return PlistNumbers::integerValue(identity(macro));
+}
+
+int MacroRecord::delayMs(const QVariantMap &macro)
+{
+    return PlistNumbers::integerValue(macro.value(SettingsKeys::delay));
+}
+
+QVariant MacroRecord::sequence(const QVariantMap &macro)
+{
+    return macro.value(SettingsKeys::sequence);
+}
+
 QVariantList MacroRecord::events(const QVariantMap &macro)
 {
-    return macro.value(SettingsKeys::sequence).toMap().value(eventsKey).toList();
+    return sequence(macro).toMap().value(eventsKey).toList();
 }
 
 QVariantMap MacroRecord::withEvents(QVariantMap macro, const QVariantList &events)
 {
-    QVariantMap sequence = macro.value(SettingsKeys::sequence).toMap();
+    QVariantMap changed = sequence(macro).toMap();
     if (events.isEmpty())
-        sequence.remove(eventsKey);
+        changed.remove(eventsKey);
     else
-        sequence.insert(eventsKey, events);
-    macro.insert(SettingsKeys::sequence, sequence);
+        changed.insert(eventsKey, events);
+    macro.insert(SettingsKeys::sequence, changed);
     return macro;
 }
 

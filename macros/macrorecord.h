@@ -42,6 +42,15 @@ struct Event
 
 /// Returns "MacroName"; empty if it is absent or not text.
 [[nodiscard]] QString name(const QVariantMap &macro);
+/// Returns "macroID" unchanged, for comparison; invalid if it is absent. In the daemon's document no two macros have
+/// the same one.
+[[nodiscard]] QVariant identity(const QVariantMap &macro);
+/// Returns "macroID" as a number; 0 if it is absent or not a number.
+[[nodiscard]] int macroId(const QVariantMap &macro);
+/// Returns "delay", the pause before the first event of a recording; 0 if it is absent or not a number.
+[[nodiscard]] int delayMs(const QVariantMap &macro);
+/// Returns "sequence" unchanged, for comparison: macros with equal sequences have the same events. Invalid if absent.
+[[nodiscard]] QVariant sequence(const QVariantMap &macro);
 /// Returns the events of a macro record, in order; empty if it has none.
 [[nodiscard]] QVariantList events(const QVariantMap &macro);
 /// Returns `macro` with `events` in place of its own.

@@ -47,6 +47,10 @@ class MacroRecordTest : public QObject
 private Q_SLOTS:
     void readsEventsOfARecord_data();
     void readsEventsOfARecord();
+    void readsTheFieldsOfARecord();
+    void fieldsThatAreNotNumbersAreZero_data();
+    void fieldsThatAreNotNumbersAreZero();
+    void nameThatIsNotTextIsEmpty();
     void keepsFurtherKeysWhenEventsAreReplaced();
     void noEventsAreAnEmptyDictionary();
     void mapsRowsToEvents_data();
@@ -79,6 +83,43 @@ void MacroRecordTest::readsEventsOfARecord()
 {
     QFETCH(QVariantMap, macro);
     QTEST(int(MacroRecord::events(macro).size()), "count");
+}
+
+void MacroRecordTest::readsTheFieldsOfARecord()
+{
+    const QVariantMap sequence{{u"Events"_s, QVariantList()}};
+    const QVariantMap macro{
+        {u"MacroName"_s, u"A"_s}, {u"macroID"_s, qlonglong(7)}, {u"delay"_s, 20}, {u"sequence"_s, sequence}};
+    QCOMPARE(MacroRecord::name(macro), u"A"_s);
+    QCOMPARE(MacroRecord::identity(macro), QVariant(7));
+    QCOMPARE(MacroRecord::macroId(macro), 7);
+    QCOMPARE(MacroRecord::delayMs(macro), 20);
+    QCOMPARE(MacroRecord::sequence(macro), QVariant(sequence));
+}
+
+void MacroRecordTest::fieldsThatAreNotNumbersAreZero_data()
+{
+    QTest::addColumn<QVariantMap>("macro");
+    const auto ofValue = [](const QVariant &value) { return QVariantMap{{u"macroID"_s, value}, {u"delay"_s, value}}; };
+    QTest::newRow("absent") << QVariantMap();
+    QTest::newRow("words") << ofValue(u"first"_s);
+    QTest::newRow("array") << ofValue(QVariantList{1});
+    QTest::newRow("dictionary") << ofValue(QVariantMap{{u"macroID"_s, 1}});
+}
+
+void MacroRecordTest::fieldsThatAreNotNumbersAreZero()
+{
+    QFETCH(QVariantMap, macro);
+    QCOMPARE(MacroRecord::macroId(macro), 0);
+    QCOMPARE(MacroRecord::delayMs(macro), 0);
+    QCOMPARE(MacroRecord::identity(macro).isValid(), macro.contains(u"macroID"_s));
+    QVERIFY(!MacroRecord::sequence(macro).isValid());
+}
+
+void MacroRecordTest::nameThatIsNotTextIsEmpty()
+{
+    for (const QVariant &name : {QVariant(), QVariant(3), QVariant(QVariantList{u"A"_s})})
+        QCOMPARE(MacroRecord::name({{u"MacroName"_s, name}}), QString());
 }
 
 void MacroRecordTest::keepsFurtherKeysWhenEventsAreReplaced()
