@@ -13,6 +13,7 @@ import tempfile
 import time
 import unittest
 from pathlib import Path
+from xml.etree import ElementTree
 
 CMAKE, BUILD_FOLDER = sys.argv.pop(1), sys.argv.pop(1)
 LIMIT_SECONDS = 20
@@ -24,11 +25,13 @@ bin/kestra-configurator
 bin/kestractl
 lib/systemd/user/quill-kestra-daemon.service
 lib/udev/rules.d/70-quill-kestra-uinput.rules
+libexec/quill-kestra-keyboard-rule
 share/applications/org.quillkestra.Configurator.desktop
 share/icons/hicolor/scalable/apps/org.quillkestra.Configurator.svg
 share/man/man1/QuillKestraDaemon.1
 share/man/man1/kestra-configurator.1
 share/man/man1/kestractl.1
+share/polkit-1/actions/org.quillkestra.keyboard-rule.policy
 share/quill-kestra/Kestra.plist
 share/quill-kestra/texts/en.qm
 """.split()
@@ -87,6 +90,25 @@ class Installation(unittest.TestCase):
                            capture_output=True, env={**os.environ, "DESTDIR": folder})
             self.assertIn("\nExecStart=/opt/elsewhere/bin/QuillKestraDaemon\n",
                           self.unit(Path(folder) / "opt/elsewhere"))
+
+    def policy(self):
+        path = self.prefix / "share/polkit-1/actions/org.quillkestra.keyboard-rule.policy"
+        return ElementTree.parse(path).find("action")
+
+    def test_the_action_starts_the_installed_helper(self):
+        path = Path(self.policy().find("annotate[@key='org.freedesktop.policykit.exec.path']").text)
+        self.assertEqual(path, self.prefix / "libexec/quill-kestra-keyboard-rule")
+        self.assertTrue(os.access(path, os.X_OK))
+
+    def test_the_action_asks_for_an_administrator_each_time_and_in_an_active_session_alone(self):
+        defaults = {element.tag: element.text for element in self.policy().find("defaults")}
+        self.assertEqual(defaults, {"allow_any": "no", "allow_inactive": "no", "allow_active": "auth_admin"})
+
+    def test_the_action_is_explained_in_every_language(self):
+        language = "{http://www.w3.org/XML/1998/namespace}lang"
+        for tag in ["description", "message"]:
+            languages = [element.get(language) for element in self.policy().findall(tag)]
+            self.assertEqual(languages, [None, "de", "fr", "es", "ja", "zh_CN"])
 
     @unittest.skipUnless(shutil.which("systemd-analyze"), "there is no systemd-analyze")
     def test_the_service_manager_understands_the_unit(self):
