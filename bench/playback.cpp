@@ -3,6 +3,7 @@
 // it. It is measured where the daemon passes the event to the keyboard, relative to the key press. It is also measured
 // at a client on the bus, relative to the earliest event, because the bus delays every event. Run it on a private bus:
 //   dbus-run-session -- build/release/bin/bench_playback
+#include "base/document.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
 #include "daemon/settings/settingsdocument.h"
@@ -138,7 +139,7 @@ void measureAtTheKeyboard(int macroCount)
     loop.exec();
     std::vector<std::vector<qint64>> errors(static_cast<std::size_t>(macroCount));
     for (std::size_t index = 0; index < errors.size(); ++index) {
-        const std::vector<Time> due = dueTimes(SettingsDocument::macros(document).at(qsizetype(index)).toMap());
+        const std::vector<Time> due = dueTimes(Document(document).macros().at(qsizetype(index)).toMap());
         for (std::size_t event = 0; event < due.size(); ++event)
             errors[index].push_back((arrival.times()[index][event] - starts[index] - due[event]).count());
     }
@@ -151,11 +152,10 @@ void measureAtAClient(int macroCount)
     if (!daemon.start())
         qFatal("no daemon");
     const QVariantMap document = documentWith(macroCount);
-    for (const QVariant &record : SettingsDocument::macros(document))
+    for (const QVariant &record : Document(document).macros())
         (void)daemon.request(DaemonProtocol::Command::addMacro, {{u"MacroContents"_s, record}});
-    (void)daemon.request(
-        DaemonProtocol::Command::updateProfile,
-        {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, SettingsDocument::activeProfile(document)}});
+    (void)daemon.request(DaemonProtocol::Command::updateProfile,
+                         {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, Document(document).activeProfile()}});
     KeyboardProxy proxy;
     QEventLoop loop;
     Arrival arrival(macroCount, loop);
@@ -165,7 +165,7 @@ void measureAtAClient(int macroCount)
     loop.exec();
     std::vector<std::vector<qint64>> errors(static_cast<std::size_t>(macroCount));
     for (std::size_t index = 0; index < errors.size(); ++index) {
-        const std::vector<Time> due = dueTimes(SettingsDocument::macros(document).at(qsizetype(index)).toMap());
+        const std::vector<Time> due = dueTimes(Document(document).macros().at(qsizetype(index)).toMap());
         for (std::size_t event = 0; event < due.size(); ++event)
             errors[index].push_back((arrival.times()[index][event] - due[event]).count());
         const qint64 earliest = std::ranges::min(errors[index]);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Macro files. Whatever the file contains, importing it leaves a valid document, and the window and the engine can use
 // the macro.
+#include "base/document.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/documentcommands.h"
 #include "daemon/settings/keysettings.h"
@@ -29,13 +30,13 @@ void requireUsableRows(const QVariantList &events)
 void macrofile(QByteArrayView input)
 {
     static const QVariantMap document = SettingsDocument::completed(SettingsDocument::minimal());
-    const QVariantMap record = MacroFile::importedRecord(dictionaryOf(input), SettingsDocument::macros(document));
+    const QVariantMap record = MacroFile::importedRecord(dictionaryOf(input), Document(document).macros());
     const CommandOutcome outcome = findDocumentCommand(static_cast<qint32>(Command::addMacro))
                                        ->apply(document, {{DaemonProtocol::macroContents, record}});
     require(SettingsDocument::problemOf(outcome.document).isEmpty(), "a document with an imported macro is valid");
     if (outcome.status != Status::ok)
         return;
-    const QVariantMap macro = SettingsDocument::macros(outcome.document).constLast().toMap();
+    const QVariantMap macro = Document(outcome.document).macros().constLast().toMap();
     const QVariantMap exported = MacroFile::exportedRecord(macro);
     require(!exported.contains(SettingsKeys::macroId), "an exported macro has no identity");
     requireWritable(exported);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Profile files. Whatever the file contains, importing it leaves a valid document, and the window and the engine can
 // use the profile.
+#include "base/document.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/documentcommands.h"
 #include "daemon/settings/keysettings.h"
@@ -18,13 +19,13 @@ namespace {
 void profilefile(QByteArrayView input)
 {
     static const QVariantMap document = SettingsDocument::completed(SettingsDocument::minimal());
-    const QVariantMap record = ProfileFile::importedRecord(dictionaryOf(input), SettingsDocument::profiles(document));
+    const QVariantMap record = ProfileFile::importedRecord(dictionaryOf(input), Document(document).profiles());
     const CommandOutcome outcome = findDocumentCommand(static_cast<qint32>(Command::addProfile))
                                        ->apply(document, {{DaemonProtocol::deviceSettingsDictionary, record}});
     require(SettingsDocument::problemOf(outcome.document).isEmpty(), "a document with an imported profile is valid");
     if (outcome.status != Status::ok)
         return;
-    const QVariantMap profile = SettingsDocument::profiles(outcome.document).constLast().toMap();
+    const QVariantMap profile = Document(outcome.document).profiles().constLast().toMap();
     requireWritable(profile); // it can be exported
     (void)keySettingsOf(outcome.document);
     for (int code = 0; code < 256; ++code)

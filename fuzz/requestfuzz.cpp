@@ -8,6 +8,7 @@
 // request. The size of a property list (two bytes, high byte first) and the list itself follow. Any other byte is an
 // action, and one byte for its key, duration or other value follows.
 #include "base/daemonprotocol.h"
+#include "base/document.h"
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "daemon/capture/escapehold.h"
@@ -213,10 +214,10 @@ void requireStored(const QVariantMap &document)
         PropertyList::readPropertyListFile(workFolder().filePath(u"daemon/settings.plist"_s)).value_or(QVariantMap());
     require(SettingsDocument::problemOf(stored).isEmpty(), "the document on the disk is valid");
     // Compares bytes, because in trees a real that is not a number differs from itself.
-    require(PropertyList::writeBinary(SettingsDocument::profiles(stored))
-                    == PropertyList::writeBinary(SettingsDocument::profiles(document))
-                && PropertyList::writeBinary(SettingsDocument::macros(stored))
-                       == PropertyList::writeBinary(SettingsDocument::macros(document)),
+    require(PropertyList::writeBinary(Document(stored).profiles())
+                    == PropertyList::writeBinary(Document(document).profiles())
+                && PropertyList::writeBinary(Document(stored).macros())
+                       == PropertyList::writeBinary(Document(document).macros()),
             "the disk holds the profiles and macros");
 }
 

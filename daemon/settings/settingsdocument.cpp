@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/settingsdocument.h"
 
+#include "base/document.h"
 #include "base/plistnumbers.h"
+#include "base/profilerecord.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/treesize.h"
 #include "macros/macrorecord.h"
@@ -35,24 +37,22 @@ QString problemOfMacros(const QVariantList &macros)
     return eventCount > MacroRecord::maximumTotalEvents ? u"%1 events in all"_s.arg(eventCount) : QString();
 }
 
-int usableMacroId(const QVariant &value)
+int usableMacroId(int id)
 {
-    const int id = PlistNumbers::integerValue(value);
     return id > 0 && id <= greatestMacroId ? id : 0;
 }
 
 QVariantMap withMacroIds(QVariantMap document)
 {
-    QVariantList macros = SettingsDocument::macros(document);
-    const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
-    int lastId = usableMacroId(deviceSettings.value(SettingsKeys::lastMacroId));
+    QVariantList macros = Document(document).macros();
+    int lastId = usableMacroId(Document(document).deviceSettings().lastMacroId());
     for (const QVariant &macro : std::as_const(macros))
-        lastId = std::max(lastId, usableMacroId(macro.toMap().value(SettingsKeys::macroId)));
+        lastId = std::max(lastId, usableMacroId(MacroRecord::macroId(macro.toMap())));
 
     QSet<int> taken;
     for (QVariant &macro : macros) {
         QVariantMap record = macro.toMap();
-        const int id = usableMacroId(record.value(SettingsKeys::macroId));
+        const int id = usableMacroId(MacroRecord::macroId(record));
         if (id != 0 && !taken.contains(id)) {
             taken.insert(id);
             continue;
@@ -85,7 +85,7 @@ QString SettingsDocument::problemOf(const QVariantMap &document)
         || document.value(SettingsKeys::deviceSettings).typeId() != QMetaType::QVariantMap)
         return u"\"Profiles\", \"Macros\" or \"DeviceSettings\" is missing or of the wrong type"_s;
 
-    const QVariantList profileList = profiles(document);
+    const QVariantList profileList = Document(document).profiles();
     if (profileList.isEmpty() || profileList.size() > maximumProfiles)
         return u"%1 profiles"_s.arg(profileList.size());
     for (qsizetype index = 0; index < profileList.size(); ++index) {
@@ -93,10 +93,10 @@ QString SettingsDocument::problemOf(const QVariantMap &document)
             return u"profile %1 is not a profile record"_s.arg(index + 1);
     }
 
-    const QVariantMap deviceSettings = document.value(SettingsKeys::deviceSettings).toMap();
+    const QVariantMap deviceSettings = Document(document).deviceSettings().dictionary();
     if (!isPosition(deviceSettings.value(SettingsKeys::activeProfile), profileList.size()))
         return u"\"ActiveProfile\" is not an index of \"Profiles\""_s;
-    const QString problem = problemOfMacros(macros(document));
+    const QString problem = problemOfMacros(Document(document).macros());
     if (!problem.isEmpty())
         return problem;
     return isWithinBounds(TreeSize::of(document)) ? QString() : u"too large, or nested too deeply"_s;
@@ -105,9 +105,10 @@ QString SettingsDocument::problemOf(const QVariantMap &document)
 QVariantMap SettingsDocument::completed(QVariantMap document)
 {
     document = withMacroIds(document);
-    document = withDeviceSetting(document, SettingsKeys::gameMode, isGameModeOn(document));
-    const QVariant osd = activeProfile(document).value(SettingsKeys::profileOsdOn);
-    const bool deviceHasOsd = document.value(SettingsKeys::deviceSettings).toMap().contains(SettingsKeys::profileOsdOn);
+    document = withDeviceSetting(document, SettingsKeys::gameMode, Document(document).deviceSettings().isGameModeOn());
+    const Document read(document);
+    const QVariant osd = read.activeProfile().value(SettingsKeys::profileOsdOn);
+    const bool deviceHasOsd = read.deviceSettings().dictionary().contains(SettingsKeys::profileOsdOn);
     if (osd.isValid() || !deviceHasOsd)
         document =
             withDeviceSetting(document, SettingsKeys::profileOsdOn, PlistNumbers::integerValue(osd) != 0 ? 1 : 0);
@@ -126,39 +127,15 @@ QVariantMap SettingsDocument::emptyProfile(const QString &name)
     return {{SettingsKeys::profileName, name}, {SettingsKeys::keys, QVariantMap()}};
 }
 
-QVariantList SettingsDocument::profiles(const QVariantMap &document)
-{
-    return document.value(SettingsKeys::profiles).toList();
-}
-
-QVariantList SettingsDocument::macros(const QVariantMap &document)
-{
-    return document.value(SettingsKeys::macros).toList();
-}
-
-int SettingsDocument::activeProfileIndex(const QVariantMap &document)
-{
-    return PlistNumbers::integerValue(
-        document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile));
-}
-
-QVariantMap SettingsDocument::activeProfile(const QVariantMap &document)
-{
-    return profiles(document).value(activeProfileIndex(document)).toMap();
-}
-
 bool SettingsDocument::hasOtherProfileActive(const QVariantMap &before, const QVariantMap &after)
 {
-    if (activeProfile(before) == activeProfile(after))
+    const Document earlier(before);
+    const Document later(after);
+    if (earlier.activeProfile() == later.activeProfile())
         return false;
     // After a deletion, another profile may be at the same index.
-    return activeProfileIndex(before) != activeProfileIndex(after) || profiles(after).size() < profiles(before).size();
-}
-
-bool SettingsDocument::isGameModeOn(const QVariantMap &document)
-{
-    const QVariant value = document.value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::gameMode);
-    return PlistNumbers::integerValue(value) != 0;
+    return earlier.activeProfileIndex() != later.activeProfileIndex()
+           || later.profiles().size() < earlier.profiles().size();
 }
 
 QVariantMap SettingsDocument::withProfiles(QVariantMap document, const QVariantList &profiles)
@@ -180,7 +157,7 @@ QVariantMap SettingsDocument::withActiveProfile(QVariantMap document, int index)
 
 QVariantMap SettingsDocument::withDeviceSetting(QVariantMap document, QLatin1StringView key, const QVariant &value)
 {
-    QVariantMap settings = document.value(SettingsKeys::deviceSettings).toMap();
+    QVariantMap settings = Document(document).deviceSettings().dictionary();
     settings.insert(key, value);
     document.insert(SettingsKeys::deviceSettings, settings);
     return document;
@@ -196,6 +173,6 @@ bool SettingsDocument::isWellFormedProfile(const QVariant &profile)
         || !isAbsentOr(QMetaType::QVariantMap, record, SettingsKeys::appInfo)
         || !isAbsentOr(QMetaType::QVariantList, record, SettingsKeys::ledKbColors))
         return false;
-    const QVariantMap keys = record.value(SettingsKeys::keys).toMap();
+    const QVariantMap keys = ProfileRecord::keys(record);
     return std::ranges::all_of(keys, [](const QVariant &entry) { return entry.typeId() == QMetaType::QVariantMap; });
 }

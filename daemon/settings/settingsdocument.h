@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The settings document: its rules of validity, and the entries that the daemon adds. Pure functions over the
-// dictionary tree {"Profiles", "Macros", "DeviceSettings"}; any thread.
+// The settings document: its rules of validity, the entries that the daemon adds, and changes. Pure functions over the
+// dictionary tree {"Profiles", "Macros", "DeviceSettings"}, which base/document.h reads; any thread.
 #pragma once
 
 #include <QString>
@@ -44,14 +44,9 @@ inline constexpr qsizetype maximumBinaryBytes = maximumNodes * qsizetype(17 + 4 
 /// A valid profile record that maps nothing.
 [[nodiscard]] QVariantMap emptyProfile(const QString &name);
 
-[[nodiscard]] QVariantList profiles(const QVariantMap &document);
-[[nodiscard]] QVariantList macros(const QVariantMap &document);
-[[nodiscard]] int activeProfileIndex(const QVariantMap &document);
-[[nodiscard]] QVariantMap activeProfile(const QVariantMap &document);
 /// Whether another profile is active in `after`. False if the same profile has only been changed, or has moved up after
 /// the deletion of an earlier one.
 [[nodiscard]] bool hasOtherProfileActive(const QVariantMap &before, const QVariantMap &after);
-[[nodiscard]] bool isGameModeOn(const QVariantMap &document);
 
 [[nodiscard]] QVariantMap withProfiles(QVariantMap document, const QVariantList &profiles);
 [[nodiscard]] QVariantMap withMacros(QVariantMap document, const QVariantList &macros);

@@ -2,6 +2,7 @@
 // "kestractl device", and the rows of "status" about real keyboards. The test acts as the daemon, with made-up
 // keyboards.
 #include "base/daemonprotocol.h"
+#include "base/document.h"
 #include "base/qlcoreutility.h"
 #include "daemon/keyboards/devicesadaptor.h"
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
@@ -345,7 +346,7 @@ void DeviceCommandsTest::unusedVirtualKeyboardShowsHowToUseIt_data()
 void DeviceCommandsTest::unusedVirtualKeyboardShowsHowToUseIt()
 {
     QFETCH(QStringList, arguments);
-    const QVariantMap profile = SettingsDocument::activeProfile(mDocument);
+    const QVariantMap profile = Document(mDocument).activeProfile();
     mDocument = SettingsDocument::withMacros(mDocument, {QVariantMap{{u"MacroName"_s, u"Combo"_s}}});
     mDocument = SettingsDocument::withProfiles(mDocument, {profileWithKey(profile, 4, 10)});
     VirtualKeyboard keyboard; // not in use

@@ -2,6 +2,7 @@
 // The daemon as a process on a session bus, with requests, notifications, crashes and restarts.
 #include "daemon/daemonprocess.h"
 #include "base/devicekeys.h"
+#include "base/document.h"
 #include "base/qlcoreutility.h"
 #include "base/status.h"
 #include "daemon/keyboards/linux/stallwatch.h"
@@ -46,7 +47,7 @@ QVariantMap named(const QString &name)
 
 QString firstName(const QVariantMap &document)
 {
-    return SettingsDocument::profiles(document).value(0).toMap().value(u"ProfileName"_s).toString();
+    return Document(document).profiles().value(0).toMap().value(u"ProfileName"_s).toString();
 }
 
 /// "Name(in types)->(out types)" of each method, "Name(types)" of each signal, "Name type" of each property.
@@ -234,7 +235,7 @@ void DaemonProcessTest::startsWithTheFactorySettings()
     const QVariantMap document = settings->values.value(u"AllDevSettings"_s).toMap();
     QCOMPARE(SettingsDocument::problemOf(document), QString());
     QCOMPARE(firstName(document), u"Default Profile"_s);
-    QVERIFY(SettingsDocument::activeProfile(document).value(u"Keys"_s).toMap().size()
+    QVERIFY(Document(document).activeProfile().value(u"Keys"_s).toMap().size()
             >= 119); // the keys of Kestra.plist, not of a fallback
     QCOMPARE(document.value(u"DeviceSettings"_s).toMap().value(u"ProfileOSDOn"_s), QVariant(1));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Keys that reach a client instead of the computer: recorded macros and single keys.
+#include "base/document.h"
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"
@@ -122,7 +123,7 @@ void DeviceDaemonCaptureTest::recordingFollowsItsMacroWhenRowsMove()
              static_cast<int>(Status::nothingRecorded));
     QCOMPARE(statusOf(Command::deleteMacro, {{u"macroID"_s, 0}}), 0);
     QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
-    QCOMPARE(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).size(), 2);
+    QCOMPARE(MacroRecord::events(Document(mDaemon->document()).macros().first().toMap()).size(), 2);
 }
 
 void DeviceDaemonCaptureTest::unsavedRecordingSurvivesAFullDisk()
@@ -137,7 +138,7 @@ void DeviceDaemonCaptureTest::unsavedRecordingSurvivesAFullDisk()
                  static_cast<int>(Status::notSaved));
     }
     QCOMPARE(statusOf(Command::saveRecordedEvents, {{u"macroID"_s, 0}, {u"isAppendRecording"_s, 0}}), 0);
-    QCOMPARE(MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).size(), 2);
+    QCOMPARE(MacroRecord::events(Document(mDaemon->document()).macros().first().toMap()).size(), 2);
 }
 
 void DeviceDaemonCaptureTest::capturesSingleKeys()
@@ -293,13 +294,13 @@ void DeviceDaemonCaptureTest::endOfACaptureEndsTheRecordingOfItsClient()
     // The recorded events are still there.
     release(5);
     QCOMPARE(statusOf(Command::saveRecordedEvents, recording), 0);
-    QVERIFY(!MacroRecord::events(SettingsDocument::macros(mDaemon->document()).first().toMap()).isEmpty());
+    QVERIFY(!MacroRecord::events(Document(mDaemon->document()).macros().first().toMap()).isEmpty());
 }
 
 void DeviceDaemonCaptureTest::appendedRecordingStaysWithinTheMacro()
 {
     const QVariantMap event = MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 29});
-    QVariantList macros = SettingsDocument::macros(mDaemon->document());
+    QVariantList macros = Document(mDaemon->document()).macros();
     macros[1] = MacroRecord::withEvents(macros.at(1).toMap(), QVariantList(MacroRecord::maximumEvents - 2, event));
     start(SettingsDocument::withMacros(mDaemon->document(), macros));
     const QVariantMap request{{u"macroID"_s, 1}, {u"isAppendRecording"_s, 1}};
@@ -309,7 +310,7 @@ void DeviceDaemonCaptureTest::appendedRecordingStaysWithinTheMacro()
         release(key);
     }
     QCOMPARE(statusOf(Command::saveRecordedEvents, request), 0);
-    const QVariantList events = MacroRecord::events(SettingsDocument::macros(mDaemon->document()).at(1).toMap());
+    const QVariantList events = MacroRecord::events(Document(mDaemon->document()).macros().at(1).toMap());
     QCOMPARE(events.size(), MacroRecord::maximumEvents);
     QCOMPARE(MacroRecord::eventFields(events.last().toMap()).argument, 4);
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Holding Escape for a second returns the keys that a client captures to the computer.
+#include "base/document.h"
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/testmain.h"
@@ -180,7 +181,7 @@ void DeviceDaemonEscapeTest::isNotPartOfTheRecording()
     const QVariantMap request{{u"macroID"_s, 1}, {u"isAppendRecording"_s, 0}};
     const QVariantMap event = MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 29});
     QVariantMap document = mDaemon->document();
-    QVariantList macros = SettingsDocument::macros(document);
+    QVariantList macros = Document(document).macros();
     macros[1] = MacroRecord::withEvents(macros.at(1).toMap(), {event});
     document.insert(u"Macros"_s, macros);
     start(document);
@@ -238,7 +239,7 @@ void DeviceDaemonEscapeTest::isAnOrdinaryKeyOnTheFly()
     QVERIFY(!mDaemonWakeTime.has_value());
     pressMacroKey();
     QVERIFY(areKeysCaptured()); // from now on this key plays the macro
-    const QVariantList events = MacroRecord::events(SettingsDocument::macros(mDaemon->document()).last().toMap());
+    const QVariantList events = MacroRecord::events(Document(mDaemon->document()).macros().last().toMap());
     QCOMPARE(events.size(), 2);
     QCOMPARE(MacroRecord::eventFields(events.first().toMap()).argument, keyEscape);
 }

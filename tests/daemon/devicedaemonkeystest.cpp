@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The effects of the keyboard's own keys: keys for the computer, profiles, programs, game mode, brightness, key
 // lighting.
+#include "base/document.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"
 #include "tests/support/testmain.h"
@@ -52,7 +53,7 @@ void DeviceDaemonKeysTest::keysReachTheComputerByTheActiveProfile()
 void DeviceDaemonKeysTest::keySwitchesTheProfile()
 {
     press(58);
-    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
     QCOMPARE(storedDocument(), mDaemon->document());
     QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, u"QuillKestraDaemon"_s}}));
     release(58);
@@ -62,7 +63,7 @@ void DeviceDaemonKeysTest::keySwitchesTheProfile()
     mNotifications.clear();
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"the profile 9 of a key does not exist"_s));
     press(59);
-    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 0);
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 0);
     QVERIFY(mNotifications.isEmpty());
 }
 
@@ -104,12 +105,12 @@ void DeviceDaemonKeysTest::removalReleasesKeysAndCaptures()
 void DeviceDaemonKeysTest::gameModeIsToggledAndStored()
 {
     QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
-    QVERIFY(SettingsDocument::isGameModeOn(mDaemon->document()));
-    QVERIFY(SettingsDocument::isGameModeOn(storedDocument()));
+    QVERIFY(Document(mDaemon->document()).deviceSettings().isGameModeOn());
+    QVERIFY(Document(storedDocument()).deviceSettings().isGameModeOn());
     QVERIFY(mKeyboard->isGameModeShown());
     QCOMPARE(takeNotificationNames(), QStringList({u"Game Mode Pressed 271"_s, u"Profile Updated 271"_s}));
     QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
-    QVERIFY(!SettingsDocument::isGameModeOn(mDaemon->document()));
+    QVERIFY(!Document(mDaemon->document()).deviceSettings().isGameModeOn());
     mKeyboard->remove();
     QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::notAttached);
 }
@@ -137,7 +138,7 @@ void DeviceDaemonKeysTest::brightnessKeysChangeTheActiveProfile()
     QCOMPARE(mKeyboard->shownBrightness(), 3);
     QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done);
     QCOMPARE(mKeyboard->shownBrightness(), 4);
-    QCOMPARE(SettingsDocument::activeProfile(storedDocument()).value(u"BrightnessKBNormal"_s), QVariant(4));
+    QCOMPARE(Document(storedDocument()).activeProfile().value(u"BrightnessKBNormal"_s), QVariant(4));
     QCOMPARE(notification(u"Illumination Updated 271"_s), (QVariantMap{{u"BrightnessKBNormal"_s, 4}}));
     QCOMPARE(takeNotificationNames(), QStringList({u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
     QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done); // at its maximum

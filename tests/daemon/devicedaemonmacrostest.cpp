@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Macros that keys play, and the events that stop them.
+#include "base/document.h"
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/testmain.h"
@@ -150,7 +151,7 @@ void DeviceDaemonMacrosTest::macroIsStoppedWhenItsKeySwitchesAway()
     press(59);
     passTime(15ms);
     press(60);
-    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
     QCOMPARE(mSent, (QStringList{u"+5"_s, u"-5"_s}));
     passTime(1s);
     release(60);
@@ -196,7 +197,7 @@ void DeviceDaemonMacrosTest::impossibleMacrosAreRefused()
         QVERIFY(mDaemon->document() == before);
         return;
     }
-    QVariantMap stored = SettingsDocument::macros(mDaemon->document()).constLast().toMap();
+    QVariantMap stored = Document(mDaemon->document()).macros().constLast().toMap();
     stored.remove(u"macroID"_s);
     QCOMPARE(stored, contents.toMap());
     send(Command::updateProfile,

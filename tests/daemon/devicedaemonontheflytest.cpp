@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Macros that are recorded with the keyboard alone.
+#include "base/document.h"
 #include "macros/macrorecord.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"
@@ -45,13 +46,13 @@ void DeviceDaemonOnTheFlyTest::recordsAMacroOnTheFly()
     const QVariantMap posted = notification(u"Saved New OTFM 271"_s);
     QCOMPARE(takeNotificationNames(), QStringList({u"Saved New OTFM 271"_s, u"Profile Updated 271"_s}));
     const QVariantMap stored = storedDocument();
-    QCOMPARE(posted, (QVariantMap{{u"AllMacros"_s, SettingsDocument::macros(stored)},
-                                  {u"ActiveProfile"_s, SettingsDocument::activeProfile(stored)}}));
-    QCOMPARE(SettingsDocument::macros(stored).size(), 3);
-    const QVariantMap macro = SettingsDocument::macros(stored).at(2).toMap();
+    QCOMPARE(posted, (QVariantMap{{u"AllMacros"_s, Document(stored).macros()},
+                                  {u"ActiveProfile"_s, Document(stored).activeProfile()}}));
+    QCOMPARE(Document(stored).macros().size(), 3);
+    const QVariantMap macro = Document(stored).macros().at(2).toMap();
     QCOMPARE(MacroRecord::events(macro),
              (QVariantList{MacroRecord::eventRecord({1, 0, 7, 4}), MacroRecord::eventRecord({0, 30, 7, 4})}));
-    const QVariantMap entry = SettingsDocument::activeProfile(stored).value(u"Keys"_s).toMap().value(u"65"_s).toMap();
+    const QVariantMap entry = Document(stored).activeProfile().value(u"Keys"_s).toMap().value(u"65"_s).toMap();
     QCOMPARE(entry, (QVariantMap{{u"command"_s, 10}, {u"param1"_s, 2}, {u"param2"_s, 1}}));
 }
 
@@ -68,7 +69,7 @@ void DeviceDaemonOnTheFlyTest::recordingOnTheFlyLetsTheKeysThrough()
     press(5);
     release(5);
     QCOMPARE(mSent.mid(2), QStringList({u"+5"_s, u"-5"_s}));
-    QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 2);
+    QCOMPARE(Document(mDaemon->document()).macros().size(), 2);
 }
 
 void DeviceDaemonOnTheFlyTest::onTheFlyKeyMustBeOneThatPlaysMacros()
@@ -87,7 +88,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyKeyMustBeOneThatPlaysMacros()
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
     release(225);
     QVERIFY(mSent.isEmpty());
-    QVERIFY(SettingsDocument::activeProfile(storedDocument()).value(u"Keys"_s).toMap().contains(u"225"_s));
+    QVERIFY(Document(storedDocument()).activeProfile().value(u"Keys"_s).toMap().contains(u"225"_s));
 }
 
 void DeviceDaemonOnTheFlyTest::onTheFlyGivesWayToClients_data()
@@ -113,7 +114,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyGivesWayToClients()
         QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
         send(Command::releaseDevice);
     }
-    QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 2);
+    QCOMPARE(Document(mDaemon->document()).macros().size(), 2);
 }
 
 void DeviceDaemonOnTheFlyTest::onTheFlyEndsWithTheKeyboard()
@@ -147,7 +148,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyIsNotEndedByAClientThatQuits()
     send(Command::stopSingleKeyRecording);
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
     press(5);
-    QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 3);
+    QCOMPARE(Document(mDaemon->document()).macros().size(), 3);
 }
 
 void DeviceDaemonOnTheFlyTest::onTheFlyMacroThatCannotBeStoredIsDiscarded()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The effects of a request: its reply, the settings on the disk, and the notifications to the other clients.
+#include "base/document.h"
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "macros/macrorecord.h"
@@ -60,7 +61,7 @@ void DeviceDaemonTest::openingAcceptsFactorySettingsOnlyWithoutOtherSettings()
                                                                   {u"Macros"_s, QVariantList()}}}};
     QVERIFY(PropertyList::writeFileAtomically(path, QlCoreUtility::convertDictionaryToData(factory).value()));
     const auto activeName = [&] {
-        return SettingsDocument::activeProfile(mDaemon->document()).value(u"ProfileName"_s).toString();
+        return Document(mDaemon->document()).activeProfile().value(u"ProfileName"_s).toString();
     };
 
     send(Command::openDevice, {{u"DefaultQlPlistPath"_s, path}});
@@ -131,7 +132,7 @@ void DeviceDaemonTest::changeIsOnTheDiskBeforeItsReply()
     QVariantMap onDisk;
     mOnReply = [&] { onDisk = storedDocument(); };
     const Message reply = replyTo(Command::switchProfile, {{u"ProfileID"_s, 1}});
-    QCOMPARE(SettingsDocument::activeProfileIndex(onDisk), 1);
+    QCOMPARE(Document(onDisk).activeProfileIndex(), 1);
     QCOMPARE(onDisk, reply.values.value(u"ReturnDictionary"_s).toMap());
 }
 
@@ -139,7 +140,7 @@ void DeviceDaemonTest::requestWithoutReplyPortIsCarriedOutSilently()
 {
     send(Command::switchProfile, {{u"ProfileID"_s, 1}}, QString());
     QVERIFY(mReplies.isEmpty());
-    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
     QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, QString()}}));
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The daemon with one keyboard after the other: actions that began on the first end, and the second replaces it.
+#include "base/document.h"
 #include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
@@ -91,7 +92,7 @@ private:
         request.insert(u"ResponseMsgPortName"_s, u"Port"_s);
         mDaemon->handleMessage(static_cast<qint32>(command), QlCoreUtility::convertDictionaryToData(request));
     }
-    [[nodiscard]] int activeProfile() const { return SettingsDocument::activeProfileIndex(mDaemon->document()); }
+    [[nodiscard]] int activeProfile() const { return Document(mDaemon->document()).activeProfileIndex(); }
 
     std::optional<QTemporaryDir> mTemporary;
     std::unique_ptr<SettingsStore> mStore;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A client waits for a reply for about 6 s. It would take a later reply for the answer to its next request.
+#include "base/document.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/testmain.h"
 
@@ -97,7 +98,7 @@ void LateReplyTest::changeWithoutAReplyIsPostedByTheDaemon()
     sendOld(5500ms, Command::updateProfile, rename());
     QVERIFY(mReplies.isEmpty());
     QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, u"QuillKestraDaemon"_s}}));
-    QCOMPARE(SettingsDocument::activeProfile(storedDocument()).value(u"ProfileName"_s), QVariant(u"New"_s));
+    QCOMPARE(Document(storedDocument()).activeProfile().value(u"ProfileName"_s), QVariant(u"New"_s));
 }
 
 void LateReplyTest::changeWithoutAReplyPortKeepsTheNameOfItsClient()

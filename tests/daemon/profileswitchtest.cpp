@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The daemon's profile switches by the application in front, by keys and by clients: their notifications, the on-screen
 // display, and the settings on the disk.
+#include "base/document.h"
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "daemon/devicedaemon.h"
@@ -80,11 +81,11 @@ private:
         QCOMPARE(mKeyboard->press(7, 58), VirtualKeyboard::Result::done);
         QCOMPARE(mKeyboard->release(7, 58), VirtualKeyboard::Result::done);
     }
-    int active() const { return SettingsDocument::activeProfileIndex(mDaemon->document()); }
+    int active() const { return Document(mDaemon->document()).activeProfileIndex(); }
     int activeOnDisk() const
     {
         const auto document = PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s));
-        return document ? SettingsDocument::activeProfileIndex(*document) : -1;
+        return document ? Document(*document).activeProfileIndex() : -1;
     }
 
     std::optional<QTemporaryDir> mTemporary;
@@ -164,9 +165,9 @@ void ProfileSwitchTest::repliesHaveTheActiveProfileAndTheDiskTheChosenOne()
                   {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"ProfileName"_s, u"N"_s}}}}),
              0);
     const QVariantMap replied = mReply.value(DaemonProtocol::returnDictionary).toMap();
-    QCOMPARE(SettingsDocument::activeProfileIndex(replied), 2);
+    QCOMPARE(Document(replied).activeProfileIndex(), 2);
     QCOMPARE(activeOnDisk(), 0);
-    QCOMPARE(SettingsDocument::profiles(*mStore->load()), SettingsDocument::profiles(replied));
+    QCOMPARE(Document(*mStore->load()).profiles(), Document(replied).profiles());
 }
 
 void ProfileSwitchTest::chosenByAKeyMeanwhileIsKept()

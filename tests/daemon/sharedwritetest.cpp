@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Changes that wait at the same time share one write.
+#include "base/document.h"
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "daemon/requestqueue.h"
@@ -55,7 +56,7 @@ private:
     }
     [[nodiscard]] static QString firstName(const QVariantMap &document)
     {
-        return SettingsDocument::profiles(document).first().toMap().value(u"ProfileName"_s).toString();
+        return Document(document).profiles().first().toMap().value(u"ProfileName"_s).toString();
     }
     [[nodiscard]] QStringList repliedNames() const;
     [[nodiscard]] QList<int> statuses() const;
@@ -219,10 +220,10 @@ void SharedWriteTest::eventLoopRunsBetweenWrites()
     QVERIFY(mReplies.size() > 1);
     // Events in between are respected: the waiting changes apply to the document of that moment.
     press(58); // switches to B
-    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
     handleAll();
     QCOMPARE(mReplies.size(), 60);
-    QCOMPARE(SettingsDocument::activeProfileIndex(mDaemon->document()), 1);
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
     QCOMPARE(firstName(storedDocument()), u"59"_s);
 }
 

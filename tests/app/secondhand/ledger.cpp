@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tests/app/secondhand/ledger.h"
 
+#include "base/document.h"
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/documentcommands.h"
-#include "daemon/settings/settingsdocument.h"
 #include "macros/macrorecord.h"
 
 using namespace Qt::StringLiterals;
@@ -46,17 +46,17 @@ Ledger::Ledger(QVariantMap document, int profile, int macro)
 
 int Ledger::activeProfile() const
 {
-    return SettingsDocument::activeProfileIndex(mDocument);
+    return Document(mDocument).activeProfileIndex();
 }
 
 QVariantList Ledger::profiles() const
 {
-    return SettingsDocument::profiles(mDocument);
+    return Document(mDocument).profiles();
 }
 
 QVariantList Ledger::macros() const
 {
-    return SettingsDocument::macros(mDocument);
+    return Document(mDocument).macros();
 }
 
 QVariantMap Ledger::profileRecord() const
@@ -162,7 +162,7 @@ void Ledger::recordEvents(const QVariantList &events, bool isAppended)
 void Ledger::adoptRecordedDelays(const QVariantMap &actual)
 {
     QVariantList all = macros();
-    const QVariantList actualMacros = SettingsDocument::macros(actual);
+    const QVariantList actualMacros = Document(actual).macros();
     for (qsizetype row = 0; row < all.size(); ++row) {
         const QVariantMap macro = all.at(row).toMap();
         const QVariantList actualEvents = MacroRecord::events(actualMacros.value(row).toMap());

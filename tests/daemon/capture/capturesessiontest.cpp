@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The owner of the keys, and its effects on the keyboard, the watch on the client and the wake-ups.
 #include "daemon/capture/capturesession.h"
+#include "base/document.h"
 #include "tests/support/testmain.h"
 
 #include "daemon/capture/ontheflysession.h"
@@ -73,10 +74,7 @@ private:
     }
     /// Records A on the keyboard; afterwards the session waits for the key that will play the macro.
     void awaitOnTheFlyKey();
-    [[nodiscard]] int macroCount() const
-    {
-        return static_cast<int>(SettingsDocument::macros(mSettings->document()).size());
-    }
+    [[nodiscard]] int macroCount() const { return static_cast<int>(Document(mSettings->document()).macros().size()); }
 
     std::optional<QTemporaryDir> mTemporary;
     std::unique_ptr<SettingsStore> mStore;

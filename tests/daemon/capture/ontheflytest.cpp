@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Macros recorded on the keyboard itself: the recorder, and the changes to the document.
+#include "base/document.h"
 #include "daemon/capture/ontheflymacro.h"
 #include "daemon/capture/ontheflyrecorder.h"
 #include "daemon/settings/settingsdocument.h"
@@ -41,7 +42,7 @@ QVariantMap document(const QVariantList &macros)
 
 QVariantMap entryOf(const QVariantMap &whole, int profile, const QString &key)
 {
-    return SettingsDocument::profiles(whole).at(profile).toMap().value(u"Keys"_s).toMap().value(key).toMap();
+    return Document(whole).profiles().at(profile).toMap().value(u"Keys"_s).toMap().value(key).toMap();
 }
 
 } // namespace
@@ -150,9 +151,9 @@ void OnTheFlyTest::addsAMacroThatTheKeyPlays()
     const CommandOutcome outcome = addOnTheFlyMacro(before, events, 4);
     QCOMPARE(outcome.status, Status::ok);
     QVERIFY(outcome.changesDocument);
-    const QVariantList macros = SettingsDocument::macros(outcome.document);
+    const QVariantList macros = Document(outcome.document).macros();
     QCOMPARE(macros.size(), 2);
-    QCOMPARE(macros.first(), SettingsDocument::macros(before).first());
+    QCOMPARE(macros.first(), Document(before).macros().first());
     QCOMPARE(MacroRecord::events(macros.at(1).toMap()), events);
     QCOMPARE(macros.at(1).toMap().value(u"delay"_s), QVariant(20));
     QVERIFY(macros.at(1).toMap().value(u"macroID"_s).toInt() > 0);
@@ -160,7 +161,7 @@ void OnTheFlyTest::addsAMacroThatTheKeyPlays()
     const QVariantMap expected{{u"command"_s, 10}, {u"param1"_s, 1}, {u"param2"_s, 1}, {u"note"_s, u"kept"_s}};
     QCOMPARE(entryOf(outcome.document, 1, u"4"_s), expected);
     QCOMPARE(entryOf(outcome.document, 0, u"4"_s), entryOf(before, 0, u"4"_s));
-    QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 1);
+    QCOMPARE(Document(outcome.document).activeProfileIndex(), 1);
     QCOMPARE(SettingsDocument::problemOf(outcome.document), QString());
     QCOMPARE(SettingsDocument::completed(outcome.document), outcome.document);
 }
@@ -170,7 +171,7 @@ void OnTheFlyTest::namesEachMacroDifferently()
     QVariantMap whole = document({});
     for (const QString &name : {u"On the fly"_s, u"On the fly(2)"_s, u"On the fly(3)"_s}) {
         whole = addOnTheFlyMacro(whole, {pressOrRelease(1, 0, 4)}, 4).document;
-        QCOMPARE(SettingsDocument::macros(whole).last().toMap().value(u"MacroName"_s), QVariant(name));
+        QCOMPARE(Document(whole).macros().last().toMap().value(u"MacroName"_s), QVariant(name));
     }
 }
 

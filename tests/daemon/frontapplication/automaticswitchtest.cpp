@@ -2,6 +2,7 @@
 // One line per story: the applications in front, the user's actions, and the profiles that are then active and
 // remembered.
 #include "daemon/frontapplication/automaticswitch.h"
+#include "base/document.h"
 #include "tests/support/testmain.h"
 
 #include "daemon/settings/documentcommands.h"
@@ -32,7 +33,7 @@ QVariantMap startDocument()
 
 QString activeName(const QVariantMap &document)
 {
-    return SettingsDocument::activeProfile(document).value(u"ProfileName"_s).toString();
+    return Document(document).activeProfile().value(u"ProfileName"_s).toString();
 }
 
 } // namespace
@@ -68,7 +69,7 @@ void AutomaticSwitchTest::init()
 
 int AutomaticSwitchTest::indexOf(const QString &name) const
 {
-    const QVariantList profiles = SettingsDocument::profiles(mDocument);
+    const QVariantList profiles = Document(mDocument).profiles();
     for (int index = 0; index < profiles.size(); ++index) {
         if (profiles.at(index).toMap().value(u"ProfileName"_s) == name)
             return index;
@@ -102,7 +103,7 @@ void AutomaticSwitchTest::act(const QString &word)
         obey(Command::updateProfile,
              {{u"ProfileID"_s, indexOf(name)}, {u"DeviceSettingsDictionary"_s, profile(name, word.section(u'>', 1))}});
     } else if (word == "0"_L1) {
-        obey(Command::replaceAllProfiles, {{u"AllProfiles"_s, SettingsDocument::profiles(mDocument).first(1)}});
+        obey(Command::replaceAllProfiles, {{u"AllProfiles"_s, Document(mDocument).profiles().first(1)}});
     } else {
         const FrontApplication application = word == "-"_L1 ? FrontApplication{} : FrontApplication::named(word);
         if (const auto index = mSwitch.applicationInFront(application, mDocument))

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The path of a key in one thread; the test controls the time and the answers of the other side.
 #include "daemon/keyboards/keypath.h"
+#include "base/document.h"
 #include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/notingchannel.h"
 #include "tests/support/testmain.h"
@@ -211,7 +212,7 @@ void KeyPathTest::changeWithoutTheSwitchKeepsIt()
 {
     tap(switchKey);
     QVariantMap document = twoProfiles(0);
-    QVariantList profiles = SettingsDocument::profiles(document);
+    QVariantList profiles = Document(document).profiles();
     profiles[1] = profile(u"B"_s, {{u"4"_s, entry(sendsKey, 31)}});
     document = SettingsDocument::withProfiles(document, profiles);
     answer(document, 0, false); // the change was on its way when the key switched

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Keys on their own thread, while the daemon's thread makes every possible change. ThreadSanitizer runs over this test.
+#include "base/document.h"
 #include "daemon/keyboards/currentkeyboard.h"
 #include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/testmain.h"
@@ -128,7 +129,7 @@ void KeyPathThreadTest::stormLeavesNoKeyDown()
     int choices = 0, programs = 0, captured = 0, reported = 0;
     connect(&current, &CurrentKeyboard::profileChosen, this, [&](int index) {
         ++choices;
-        if (index < SettingsDocument::profiles(stored).size() && random.bounded(3) != 0) {
+        if (index < Document(stored).profiles().size() && random.bounded(3) != 0) {
             stored = SettingsDocument::completed(SettingsDocument::withActiveProfile(stored, index));
             current.apply(stored, true);
         } // otherwise the switch could not be stored
@@ -195,7 +196,7 @@ void KeyPathThreadTest::bothSidesAgreeAfterSimultaneousSwitches()
     connect(&current, &CurrentKeyboard::profileChosen, this, [&](int index) {
         ++choices;
         const bool canBeStored = random.bounded(4) != 0;
-        if (canBeStored && index < 2 && index != SettingsDocument::activeProfileIndex(stored))
+        if (canBeStored && index < 2 && index != Document(stored).activeProfileIndex())
             activate(index);
     });
     current.use(keyboard, stored);
@@ -214,7 +215,7 @@ void KeyPathThreadTest::bothSidesAgreeAfterSimultaneousSwitches()
         while (choices < expected && !patience.hasExpired())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QCOMPARE(choices, expected);
-        QCOMPARE(int(sentBy(keyboard, 4)), 10 + SettingsDocument::activeProfileIndex(stored));
+        QCOMPARE(int(sentBy(keyboard, 4)), 10 + Document(stored).activeProfileIndex());
     }
     current.stop();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The settings that the daemon uses: the writes to the disk, and their order.
 #include "daemon/settings/currentsettings.h"
+#include "base/document.h"
 #include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
@@ -81,7 +82,7 @@ private:
     [[nodiscard]] QString writeFactorySettings() const;
     [[nodiscard]] QString activeName() const
     {
-        return SettingsDocument::activeProfile(mSettings->document()).value(u"ProfileName"_s).toString();
+        return Document(mSettings->document()).activeProfile().value(u"ProfileName"_s).toString();
     }
 
     std::optional<QTemporaryDir> mTemporary;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/documentcommands.h"
 #include "base/daemonprotocol.h"
+#include "base/document.h"
 #include "daemon/settings/settingsdocument.h"
 #include "macros/macrorecord.h"
 #include "tests/support/testmain.h"
@@ -45,14 +46,14 @@ CommandOutcome apply(Command command, const QVariantMap &request, const QVariant
 QStringList profileNames(const QVariantMap &document)
 {
     QStringList names;
-    for (const QVariant &record : SettingsDocument::profiles(document))
+    for (const QVariant &record : Document(document).profiles())
         names += record.toMap().value(u"ProfileName"_s).toString();
     return names;
 }
 
 QVariantMap macroAt(const QVariantMap &document, int row)
 {
-    return SettingsDocument::macros(document).value(row).toMap();
+    return Document(document).macros().value(row).toMap();
 }
 
 QList<int> delays(const QVariantMap &document, int row = 1)
@@ -118,14 +119,14 @@ void DocumentCommandsTest::addedProfileIsLastAndActive()
     const CommandOutcome outcome = apply(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(u"New"_s)}});
     QCOMPARE(outcome.status, Status::ok);
     QCOMPARE(profileNames(outcome.document), QStringList({u"A"_s, u"B"_s, u"C"_s, u"New"_s}));
-    QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 3);
+    QCOMPARE(Document(outcome.document).activeProfileIndex(), 3);
 }
 
 void DocumentCommandsTest::addedRecordsGetNumbersInsteadOfTexts()
 {
     const QVariantMap newProfile{{u"AutoSwitchOn"_s, u"1"_s}};
     const CommandOutcome withProfile = apply(Command::addProfile, {{u"DeviceSettingsDictionary"_s, newProfile}});
-    const QVariant switched = SettingsDocument::profiles(withProfile.document).last().toMap().value(u"AutoSwitchOn"_s);
+    const QVariant switched = Document(withProfile.document).profiles().last().toMap().value(u"AutoSwitchOn"_s);
     QCOMPARE(switched.typeId(), int(QMetaType::Int));
     const QVariantMap newMacro =
         MacroRecord::withEvents({{u"MacroName"_s, u"M"_s}}, {QVariantMap{{u"delay"_s, u"7"_s}}});
@@ -140,7 +141,7 @@ void DocumentCommandsTest::twentyProfilesAreTheLimit()
     const QVariantMap request{{u"DeviceSettingsDictionary"_s, profile(u"New"_s)}};
     for (int count = 4; count <= 20; ++count)
         document = apply(Command::addProfile, request, document).document;
-    QCOMPARE(SettingsDocument::profiles(document).size(), 20);
+    QCOMPARE(Document(document).profiles().size(), 20);
     const CommandOutcome outcome = apply(Command::addProfile, request, document);
     QCOMPARE(outcome.status, Status::limitReached);
     QCOMPARE(outcome.document, document);
@@ -153,13 +154,13 @@ void DocumentCommandsTest::updateMergesTheGivenKeys()
               {{u"ProfileID"_s, 2},
                {u"DeviceSettingsDictionary"_s, QVariantMap{{u"BrightnessKBNormal"_s, 2}, {u"further"_s, u"x"_s}}}});
     QCOMPARE(outcome.status, Status::ok);
-    const QVariantMap changed = SettingsDocument::profiles(outcome.document).at(2).toMap();
+    const QVariantMap changed = Document(outcome.document).profiles().at(2).toMap();
     QCOMPARE(changed, (QVariantMap{{u"ProfileName"_s, u"C"_s},
                                    {u"Keys"_s, QVariantMap()},
                                    {u"BrightnessKBNormal"_s, 2},
                                    {u"further"_s, u"x"_s}}));
-    QCOMPARE(SettingsDocument::profiles(outcome.document).first(), SettingsDocument::profiles(sample()).first());
-    QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 1);
+    QCOMPARE(Document(outcome.document).profiles().first(), Document(sample()).profiles().first());
+    QCOMPARE(Document(outcome.document).activeProfileIndex(), 1);
 }
 
 void DocumentCommandsTest::updateOfOnScreenDisplayShowsInDeviceSettings()
@@ -176,9 +177,9 @@ void DocumentCommandsTest::replaceAllProfilesKeepsActiveInRange()
         apply(Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{profile(u"X"_s), profile(u"Y"_s)}}});
     QCOMPARE(outcome.status, Status::ok);
     QCOMPARE(profileNames(outcome.document), QStringList({u"X"_s, u"Y"_s}));
-    QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 1);
+    QCOMPARE(Document(outcome.document).activeProfileIndex(), 1);
     outcome = apply(Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{profile(u"X"_s)}}});
-    QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 0);
+    QCOMPARE(Document(outcome.document).activeProfileIndex(), 0);
 }
 
 void DocumentCommandsTest::deleteProfileAdjustsActive_data()
@@ -202,7 +203,7 @@ void DocumentCommandsTest::deleteProfileAdjustsActive()
     QStringList names{u"A"_s, u"B"_s, u"C"_s};
     names.removeAt(deleted);
     QCOMPARE(profileNames(outcome.document), names);
-    QTEST(SettingsDocument::activeProfileIndex(outcome.document), "activeAfter");
+    QTEST(Document(outcome.document).activeProfileIndex(), "activeAfter");
 }
 
 void DocumentCommandsTest::lastProfileCannotBeDeleted()
@@ -217,7 +218,7 @@ void DocumentCommandsTest::switchProfileSetsActive()
 {
     const CommandOutcome outcome = apply(Command::switchProfile, {{u"ProfileID"_s, 2}});
     QCOMPARE(outcome.status, Status::ok);
-    QCOMPARE(SettingsDocument::activeProfileIndex(outcome.document), 2);
+    QCOMPARE(Document(outcome.document).activeProfileIndex(), 2);
 }
 
 void DocumentCommandsTest::addedMacroIsLastWithAFreshNumber()
@@ -239,7 +240,7 @@ void DocumentCommandsTest::macroNumbersSurviveDeletion()
 {
     const CommandOutcome outcome = apply(Command::deleteMacro, {{u"macroID"_s, 0}});
     QCOMPARE(outcome.status, Status::ok);
-    QCOMPARE(SettingsDocument::macros(outcome.document).size(), 1);
+    QCOMPARE(Document(outcome.document).macros().size(), 1);
     QCOMPARE(macroAt(outcome.document, 0), macroAt(sample(), 1));
 }
 
@@ -267,7 +268,7 @@ void DocumentCommandsTest::eventsAreLimited()
     for (int count = 0; count < 4; ++count)
         document =
             apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents)}}, document).document;
-    QCOMPARE(SettingsDocument::macros(document).size(), 6);
+    QCOMPARE(Document(document).macros().size(), 6);
     QCOMPARE(apply(Command::addMacro, {{u"MacroContents"_s, record(MacroRecord::maximumEvents)}}, document).status,
              Status::limitReached);
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/settingsdocument.h"
+#include "base/document.h"
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
 #include "macros/macrorecord.h"
@@ -35,7 +36,7 @@ QVariantMap document(const QVariantList &profileList, const QVariantList &macroL
 QList<int> macroIds(const QVariantMap &settings)
 {
     QList<int> ids;
-    for (const QVariant &record : macros(settings))
+    for (const QVariant &record : Document(settings).macros())
         ids += record.toMap().value(u"macroID"_s).toInt();
     return ids;
 }
@@ -69,7 +70,7 @@ private Q_SLOTS:
 void SettingsDocumentTest::minimalDocumentIsValid()
 {
     QCOMPARE(problemOf(minimal()), QString());
-    QCOMPARE(profiles(minimal()).size(), 1);
+    QCOMPARE(Document(minimal()).profiles().size(), 1);
     QCOMPARE(completed(minimal()), minimal());
 }
 
@@ -182,8 +183,8 @@ void SettingsDocumentTest::neverReusesANumber()
 {
     QVariantMap settings = completed(document({profile(u"A"_s)}, {macro(u"M"_s), macro(u"N"_s)}));
     QCOMPARE(macroIds(settings), QList<int>({1, 2}));
-    settings = completed(withMacros(settings, {macros(settings).first()})); // N no longer exists
-    settings = completed(withMacros(settings, macros(settings) << macro(u"O"_s)));
+    settings = completed(withMacros(settings, {Document(settings).macros().first()})); // N no longer exists
+    settings = completed(withMacros(settings, Document(settings).macros() << macro(u"O"_s)));
     QCOMPARE(macroIds(settings), QList<int>({1, 3}));
 }
 
@@ -212,7 +213,9 @@ void SettingsDocumentTest::gameModeIsABoolean()
                      .value(u"GameMode"_s)
                      .typeId(),
                  int(QMetaType::Bool));
-    QVERIFY(isGameModeOn(completed(withDeviceSetting(document({profile(u"A"_s)}), "GameMode"_L1, 1))));
+    QVERIFY(Document(completed(withDeviceSetting(document({profile(u"A"_s)}), "GameMode"_L1, 1)))
+                .deviceSettings()
+                .isGameModeOn());
 }
 
 QTEST_APPLESS_MAIN(SettingsDocumentTest)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // One wrong value at a time in a full document: the value is repaired, and everything else remains unchanged.
 #include "daemon/settings/settingsrepair.h"
+#include "base/document.h"
 #include "tests/support/testmain.h"
 
 #include "daemon/settings/settingsdocument.h"
@@ -363,11 +364,11 @@ void SettingsRepairTest::knownValuesAreRemovedWhenNecessary()
     const auto result = repairedSettings(broken);
     QVERIFY(result);
     QCOMPARE(SettingsDocument::problemOf(result->document), QString());
-    const QVariantList profiles = SettingsDocument::profiles(result->document);
+    const QVariantList profiles = Document(result->document).profiles();
     QVERIFY(!profiles.at(2).toMap().contains(u"AppInfo"_s));
     QCOMPARE(profiles.at(2).toMap().value(u"Keys"_s), profile(u"C"_s).value(u"Keys"_s));
     QCOMPARE(profiles.at(1).toMap().value(u"ProfileName"_s), QVariant(threeQuarters));
-    QCOMPARE(SettingsDocument::macros(result->document).at(0).toMap().value(u"sequence"_s),
+    QCOMPARE(Document(result->document).macros().at(0).toMap().value(u"sequence"_s),
              macro(u"M"_s, 1).value(u"sequence"_s));
 }
 

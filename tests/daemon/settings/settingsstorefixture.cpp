@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/daemon/settings/settingsstorefixture.h"
 
+#include "base/document.h"
 #include "base/qlcoreutility.h"
 #include "daemon/settings/settingsdocument.h"
 #include "tests/support/writtenfile.h"
@@ -35,8 +36,7 @@ QByteArray dataOf(const QVariantMap &document)
 
 QString nameOf(const std::optional<QVariantMap> &document)
 {
-    return document ? SettingsDocument::profiles(*document).first().toMap().value(u"ProfileName"_s).toString()
-                    : QString();
+    return document ? Document(*document).profiles().first().toMap().value(u"ProfileName"_s).toString() : QString();
 }
 
 void SettingsStoreFixture::makeFolder()
