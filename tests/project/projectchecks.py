@@ -206,6 +206,26 @@ def check_bus_connections(sources):
             and not source.is_under("tests", "bench", "fuzz", "tools") and BUS_CONNECTION.search(source.text)]
 
 
+# --- readers of the settings document -------------------------------------------------------------------------------
+
+DOCUMENT_LOOK_UP = re.compile(r"(\w*)(?:\(\))?(?:\.|->)(?:value|contains|constFind|find|take)\(\s*SettingsKeys::(\w+)")
+# The readers of the document and of its records. daemon/settings/ checks, repairs and changes the document.
+DOCUMENT_READERS = {"base/devicesettings.cpp", "base/document.cpp", "base/profilerecord.cpp", "keys/keymapping.cpp",
+                    "lighting/backlight.cpp", "macros/macrorecord.cpp", "profiles/applicationbinding.cpp"}
+# Around the document, in the factory resource.
+RESOURCE_KEYS = {"defaultSettings", "deviceInfo", "lastSelectedKey"}
+
+
+def check_document_look_ups(sources):
+    """One place decides how each entry of the document reads. A notification (`userInfo`) is not the document."""
+    return [f"{source.path}: looks up {key} in the settings document; base/document.h names its readers"
+            for source in sources
+            if source.is_code() and source.path not in DOCUMENT_READERS
+            and not source.is_under("daemon/settings", "tests", "bench", "fuzz", "tools")
+            for receiver, key in DOCUMENT_LOOK_UP.findall(source.text)
+            if receiver != "userInfo" and key not in RESOURCE_KEYS]
+
+
 # --- texts --------------------------------------------------------------------------------------------------------
 
 TEXT_KEY = re.compile(r'"(lkey\w*)"')
@@ -404,6 +424,7 @@ ALL_CHECKS = {
     "licence-lines": check_licence_lines,
     "string-connects": check_string_connects,
     "bus-connections": check_bus_connections,
+    "document-look-ups": check_document_look_ups,
     "texts": check_texts,
     "machine-paths": check_machine_paths,
     "thin-mains": check_thin_mains,

@@ -4,9 +4,9 @@
 
 import unittest
 
-from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_bus_connections, check_include_directions,
-                           check_licence_lines, check_links, check_machine_paths, check_protocol_document,
-                           check_string_connects, check_texts, check_thin_mains)
+from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_bus_connections, check_document_look_ups,
+                           check_include_directions, check_licence_lines, check_links, check_machine_paths,
+                           check_protocol_document, check_string_connects, check_texts, check_thin_mains)
 
 KEYS_CMAKE = Source("keys/CMakeLists.txt", """
 kestra_library(kestra_keys_records
@@ -183,6 +183,34 @@ class BusConnections(unittest.TestCase):
     def test_other_connections_pass(self):
         text = "QDBusConnection::systemBus(); sharedSessionBus(); QDBusConnection::disconnectFromBus(name);"
         self.assertEqual(check_bus_connections([Source("daemon/a.cpp", text)]), [])
+
+
+class DocumentLookUps(unittest.TestCase):
+    def test_look_ups_beside_the_readers_are_found(self):
+        for text in ("document.value(SettingsKeys::profiles).toList();",
+                     "reply->value(SettingsKeys::macros);",
+                     "chosen.record().value(SettingsKeys::appInfo).toMap();",
+                     "profiles.at(row).toMap().contains(SettingsKeys::keys);",
+                     "settings.value(\n        SettingsKeys::activeProfile)"):
+            for path in ("cli/a.cpp", "app/a.cpp", "keys/a.h", "daemon/capture/a.cpp"):
+                with self.subTest(path=path, text=text):
+                    self.assertEqual(len(check_document_look_ups([Source(path, text)])), 1)
+
+    def test_every_look_up_of_a_file_is_found(self):
+        text = "a.value(SettingsKeys::red); b.value(SettingsKeys::green);"
+        self.assertEqual(len(check_document_look_ups([Source("lighting/a.cpp", text)])), 2)
+
+    def test_readers_and_tests_may_look_up(self):
+        for path in ("base/document.cpp", "macros/macrorecord.cpp", "daemon/settings/a.cpp", "tests/app/a.cpp"):
+            with self.subTest(path=path):
+                text = "document.value(SettingsKeys::profiles)"
+                self.assertEqual(check_document_look_ups([Source(path, text)]), [])
+
+    def test_changes_notifications_and_the_factory_resource_pass(self):
+        text = ("profile.insert(SettingsKeys::keys, keys); profile[SettingsKeys::profileName] = name;"
+                "notification.userInfo.value(SettingsKeys::activeProfile); plist.value(SettingsKeys::deviceInfo);"
+                "device.value(DeviceKeys::state); Document(document).profiles();")
+        self.assertEqual(check_document_look_ups([Source("app/a.cpp", text)]), [])
 
 
 class Texts(unittest.TestCase):
