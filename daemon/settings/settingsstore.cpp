@@ -26,11 +26,6 @@ namespace {
 
 constexpr QLatin1StringView fileName{"settings.plist"};
 
-QString systemError(int error)
-{
-    return QString::fromLocal8Bit(std::strerror(error));
-}
-
 bool renameOver(const QString &from, const QString &to)
 {
     return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
@@ -43,13 +38,15 @@ bool isPresent(const QString &filePath)
     return file.exists() || file.isSymLink();
 }
 
-/// 0, or an errno value.
-int linkFile(const QString &from, const QString &to)
+/// The error is the system's reason.
+Result<void> linkFile(const QString &from, const QString &to)
 {
     const bool isLinked = ::linkat(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD,
                                    QFile::encodeName(to).constData(), AT_SYMLINK_FOLLOW)
                           == 0;
-    return isLinked ? 0 : errno;
+    if (!isLinked)
+        return Error{QString::fromLocal8Bit(std::strerror(errno))};
+    return {};
 }
 
 /// A write uses a temporary file, "settings.plist." with six letters, which a killed daemon leaves behind. (No regular
@@ -207,8 +204,12 @@ bool SettingsStore::save(const QVariantMap &document)
         return false;
     if (found != Found::nothing)
         finishInterruptedSave();
-    const std::optional<QString> secondName = linkSecondName(*found);
-    if (!secondName || !replace(*data, *secondName))
+    const Result<QString> secondName = linkSecondName(*found);
+    if (!secondName) {
+        qCCritical(lcSettings, "file: %s", qUtf8Printable(secondName.error().message));
+        return false;
+    }
+    if (!replace(*data, *secondName))
         return false;
     if (found == Found::nothing && mWrongFile == path())
         mWrongFile.clear(); // it has been removed
@@ -221,7 +222,7 @@ bool SettingsStore::save(const QVariantMap &document)
     return true;
 }
 
-/// The file that the document would replace. Absent if it cannot be moved out of the way.
+/// The file that the document would replace. Absent, and reported, if it cannot be moved out of the way.
 std::optional<SettingsStore::Found> SettingsStore::findFile()
 {
     if (!QFileInfo::exists(path()))
@@ -236,7 +237,8 @@ std::optional<SettingsStore::Found> SettingsStore::findFile()
     return mWrongFile == path() ? Found::wrongDocument : Found::ownDocument;
 }
 
-/// Replaces the document by `data`. `secondName` is the document's second name, empty for none.
+/// Replaces the document by `data`. `secondName` is the document's second name, empty for none. False, and logged, on
+/// failure.
 bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
 {
     const bool isReplacing = QFileInfo::exists(path());
@@ -250,9 +252,8 @@ bool SettingsStore::replace(const QByteArray &data, const QString &secondName)
                qUtf8Printable(written.error().message));
     if (!secondName.isEmpty())
         undoReplacement(secondName);
-    else if (isReplacing)
-        mOwnContent =
-            Checksum(PropertyList::readFileBytes(path()).valueOr({})); // either the old document or the new one
+    else if (isReplacing) // the file is either the old document or the new one
+        mOwnContent = Checksum(PropertyList::readFileBytes(path()).valueOr({}));
     else
         QFile::remove(path());
     return false;
@@ -274,8 +275,8 @@ void SettingsStore::finishInterruptedSave()
 
 /// Gives the document a second name before its replacement; writing leaves this name alone. Returns an empty name if
 /// there is no document, or if the file system has no hard links. In the latter case the replacement is as safe, but
-/// leaves no copy of the old document. Files that must be kept are kept in any case; absent if that failed.
-std::optional<QString> SettingsStore::linkSecondName(Found found) const
+/// leaves no copy of the old document. Files that must be kept are kept in any case; fails if that is not possible.
+Result<QString> SettingsStore::linkSecondName(Found found) const
 {
     switch (found) {
     case Found::nothing: return QString();
@@ -283,29 +284,25 @@ std::optional<QString> SettingsStore::linkSecondName(Found found) const
     case Found::foreignFile: return keepAside("replaced"_L1);
     case Found::ownDocument: break;
     }
-    if (const int error = linkFile(path(), copyPath(0)); error != 0) {
-        qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(systemError(error)));
+    if (const Result<void> linked = linkFile(path(), copyPath(0)); !linked) {
+        qCDebug(lcSettings, "file: no second name for settings.plist: %s", qUtf8Printable(linked.error().message));
         return QString();
     }
     return copyPath(0);
 }
 
-/// A second name for a file that must be kept or, without hard links, the name of a copy. Absent, and logged, on
-/// failure.
-std::optional<QString> SettingsStore::keepAside(QLatin1StringView mark) const
+/// A second name for a file that must be kept or, without hard links, the name of a copy.
+Result<QString> SettingsStore::keepAside(QLatin1StringView mark) const
 {
     QString name = unusedAsideName(path(), mark);
-    if (linkFile(path(), name) == 0)
+    if (linkFile(path(), name))
         return name;
     const Result<QByteArray> bytes = PropertyList::readFileBytes(path());
     const Result<void> written = bytes ? PropertyList::writeFileAtomically(name, *bytes) : bytes.withoutValue();
-    if (written) {
-        (void)makeFilePrivate(name); // after a failure the folder is private, or the log has reported it
-        return name;
-    }
-    qCCritical(lcSettings, "file: cannot keep %s as %s: %s", qUtf8Printable(path()), qUtf8Printable(name),
-               qUtf8Printable(written.error().message));
-    return {};
+    if (!written)
+        return Error{u"cannot keep %1 as %2: %3"_s.arg(path(), name, written.error().message)};
+    (void)makeFilePrivate(name); // after a failure the folder is private, or the log has reported it
+    return name;
 }
 
 void SettingsStore::reportKept(const QString &name)

@@ -90,8 +90,8 @@ private:
     void finishInterruptedSave();
     enum class Found { nothing, ownDocument, wrongDocument, foreignFile };
     [[nodiscard]] std::optional<Found> findFile();
-    [[nodiscard]] std::optional<QString> linkSecondName(Found found) const;
-    [[nodiscard]] std::optional<QString> keepAside(QLatin1StringView mark) const;
+    [[nodiscard]] Result<QString> linkSecondName(Found found) const;
+    [[nodiscard]] Result<QString> keepAside(QLatin1StringView mark) const;
     [[nodiscard]] bool replace(const QByteArray &data, const QString &secondName);
     void reportKept(const QString &name);
     void reportRepair(QString original);
