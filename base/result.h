@@ -39,6 +39,9 @@ public:
         return *this ? Result<void, F>() : Result<void, F>(error());
     }
 
+    /// Whether both have the same value or the same error.
+    bool operator==(const Result &other) const = default;
+
 private:
     std::variant<T, E> mOutcome;
 };
@@ -52,6 +55,8 @@ public:
 
     explicit operator bool() const { return !mError; }
     const E &error() const { return *mError; }
+
+    bool operator==(const Result &other) const = default;
 
 private:
     std::optional<E> mError;

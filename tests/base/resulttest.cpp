@@ -43,6 +43,7 @@ private slots:
     void successWithoutItsValueIsASuccess();
     void failureWithoutItsValueKeepsTheError();
     void hasTheChosenKindOfError();
+    void equalsItsValueOrItsError();
 };
 
 void ResultTest::hasTheValueOfASuccess()
@@ -95,6 +96,25 @@ void ResultTest::hasTheChosenKindOfError()
     const Result<QString, Reason> late = Reason::tooLate;
     QVERIFY(!late);
     QVERIFY(late.error() == Reason::tooLate);
+}
+
+void ResultTest::equalsItsValueOrItsError()
+{
+    enum class Reason { tooLate, unknown };
+    const Result<int, Reason> value = 3;
+    QVERIFY(value == 3);
+    QVERIFY(value != 4);
+    QVERIFY(value != Reason::tooLate);
+    const Result<int, Reason> late = Reason::tooLate;
+    QVERIFY(late == Reason::tooLate);
+    QVERIFY(late != Reason::unknown);
+    QVERIFY(late != 0);
+    const Result<void, Reason> success;
+    QVERIFY((success == Result<void, Reason>()));
+    QVERIFY(success != Reason::tooLate);
+    const Result<void, Reason> unknown = Reason::unknown;
+    QVERIFY(unknown == Reason::unknown);
+    QVERIFY(unknown != Reason::tooLate);
 }
 
 QTEST_GUILESS_MAIN(ResultTest)
