@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/devicekeys.h"
+#include "base/result.h"
 
 #include <QLatin1StringView>
 #include <QList>
@@ -123,17 +124,14 @@ struct DeviceStatus
     bool operator==(const DeviceStatus &) const = default;
 };
 
-/// The result of a request to use keyboards. `problem` has the reason for a refusal and the remedy; empty on success.
-struct UseResult
+/// Why keyboards cannot be used. The message has the reason and the remedy, as sentences.
+struct UseError : Error
 {
     /// `unknown`: no such keyboard is attached; `refused`: it is attached but cannot be used, for example without the
     /// right to.
-    enum class Code { ok, unknown, refused };
+    enum class Cause { unknown, refused };
 
-    Code code = Code::ok;
-    QString problem;
-
-    [[nodiscard]] bool isOk() const { return code == Code::ok; }
+    Cause cause = Cause::refused;
 };
 
 /// Finds keyboards, and grabs those that were chosen, no others.
@@ -148,9 +146,9 @@ public:
     [[nodiscard]] virtual QList<InputDevice> devices() const = 0;
 
     /// Uses the keyboards `ids` (of devices(); at least one) from now on, instead of the previous ones. If one of them
-    /// cannot be used, nothing changes. Ok means accepted: a keyboard is grabbed once its keys have come up, which
+    /// cannot be used, nothing changes. Success means accepted: a keyboard is grabbed once its keys have come up, which
     /// status() shows.
-    [[nodiscard]] virtual UseResult use(const QStringList &ids) = 0;
+    [[nodiscard]] virtual Result<void, UseError> use(const QStringList &ids) = 0;
 
     /// Uses the `choices` that are attached, and the others once they are; an absent one is not an error. Meant for the
     /// stored choice; an empty list acts as release().

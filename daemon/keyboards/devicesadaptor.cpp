@@ -53,11 +53,15 @@ void DevicesAdaptor::Use(const QStringList &ids)
         mObject->sendErrorReply(QDBusError::InvalidArgs, u"no keyboard is named"_s);
         return;
     }
-    const UseResult result = mSource.use(ids);
-    switch (result.code) {
-    case UseResult::Code::ok: keepChoice(); return;
-    case UseResult::Code::unknown: mObject->sendErrorReply(DeviceKeys::unknownError, result.problem); return;
-    case UseResult::Code::refused: mObject->sendErrorReply(DeviceKeys::refusedError, result.problem); return;
+    const Result<void, UseError> used = mSource.use(ids);
+    if (used) {
+        keepChoice();
+        return;
+    }
+    const QString &message = used.error().message;
+    switch (used.error().cause) {
+    case UseError::Cause::unknown: mObject->sendErrorReply(DeviceKeys::unknownError, message); return;
+    case UseError::Cause::refused: mObject->sendErrorReply(DeviceKeys::refusedError, message); return;
     }
 }
 

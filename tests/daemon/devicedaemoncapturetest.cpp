@@ -169,7 +169,7 @@ void DeviceDaemonCaptureTest::capturesKeysForAnEditedEvent()
     QCOMPARE(mNotifications.size(), 1);
     QCOMPARE(mNotifications.at(0).to, u"SingleKeyEvent1048"_s);
     QCOMPARE(mNotifications.at(0).values, (QVariantMap{{u"singleKey"_s, 225}, {u"singleKeyModif"_s, 0}}));
-    QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done); // a mouse button is not a key
+    QVERIFY(mKeyboard->press(9, 1)); // a mouse button is not a key
     QCOMPARE(mNotifications.size(), 1);
     QCOMPARE(statusOf(Command::stopSingleKeyRecording), 0);
     press(8);

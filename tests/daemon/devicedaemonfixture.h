@@ -57,12 +57,9 @@ protected:
     {
         return replyTo(command, request).values.value(QStringLiteral("ReturnStatus"), -1).toInt();
     }
-    void pressMacroKey() { QCOMPARE(mKeyboard->pressMacroKey(), VirtualKeyboard::Result::done); }
-    void press(int usage) { QCOMPARE(mKeyboard->press(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done); }
-    void release(int usage)
-    {
-        QCOMPARE(mKeyboard->release(7, static_cast<uint>(usage)), VirtualKeyboard::Result::done);
-    }
+    void pressMacroKey() { QVERIFY(mKeyboard->pressMacroKey()); }
+    void press(int usage) { QVERIFY(mKeyboard->press(7, static_cast<uint>(usage))); }
+    void release(int usage) { QVERIFY(mKeyboard->release(7, static_cast<uint>(usage))); }
     /// Advances the time to `end`, and calls the daemon whenever it has requested a wake-up.
     void passTime(std::chrono::microseconds end);
     /// Starts a daemon with two macros: F1 plays the first until pressed again, F2 the second until released.

@@ -92,7 +92,7 @@ void DeviceDaemonKeysTest::removalReleasesKeysAndCaptures()
     mKeyboard->remove();
     QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
     QCOMPARE(takeNotificationNames(), QStringList{u"Device Removed 271"_s});
-    QCOMPARE(mKeyboard->press(7, 4), VirtualKeyboard::Result::notAttached);
+    QVERIFY(mKeyboard->press(7, 4) == VirtualKeyboard::Refusal::notAttached);
     mKeyboard->remove(); // has no further effect
     mKeyboard->attach();
     mKeyboard->attach();
@@ -104,21 +104,21 @@ void DeviceDaemonKeysTest::removalReleasesKeysAndCaptures()
 
 void DeviceDaemonKeysTest::gameModeIsToggledAndStored()
 {
-    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->pressGameMode());
     QVERIFY(Document(mDaemon->document()).deviceSettings().isGameModeOn());
     QVERIFY(Document(storedDocument()).deviceSettings().isGameModeOn());
     QVERIFY(mKeyboard->isGameModeShown());
     QCOMPARE(takeNotificationNames(), QStringList({u"Game Mode Pressed 271"_s, u"Profile Updated 271"_s}));
-    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->pressGameMode());
     QVERIFY(!Document(mDaemon->document()).deviceSettings().isGameModeOn());
     mKeyboard->remove();
-    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::notAttached);
+    QVERIFY(mKeyboard->pressGameMode() == VirtualKeyboard::Refusal::notAttached);
 }
 
 void DeviceDaemonKeysTest::gameModeDisablesTheCommandKeys()
 {
     press(227);
-    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->pressGameMode());
     QCOMPARE(mSent, QStringList({u"+227"_s, u"-227"_s}));
     release(227);
     press(231);
@@ -128,7 +128,7 @@ void DeviceDaemonKeysTest::gameModeDisablesTheCommandKeys()
     press(231);
     release(231);
     QCOMPARE(mSent.size(), 2);
-    QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->pressGameMode());
     press(231);
     QCOMPARE(mSent.takeLast(), u"+231"_s);
 }
@@ -136,16 +136,16 @@ void DeviceDaemonKeysTest::gameModeDisablesTheCommandKeys()
 void DeviceDaemonKeysTest::brightnessKeysChangeTheActiveProfile()
 {
     QCOMPARE(mKeyboard->shownBrightness(), 3);
-    QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->changeBrightness(1));
     QCOMPARE(mKeyboard->shownBrightness(), 4);
     QCOMPARE(Document(storedDocument()).activeProfile().value(u"BrightnessKBNormal"_s), QVariant(4));
     QCOMPARE(notification(u"Illumination Updated 271"_s), (QVariantMap{{u"BrightnessKBNormal"_s, 4}}));
     QCOMPARE(takeNotificationNames(), QStringList({u"Illumination Updated 271"_s, u"Profile Updated 271"_s}));
-    QCOMPARE(mKeyboard->changeBrightness(1), VirtualKeyboard::Result::done); // at its maximum
+    QVERIFY(mKeyboard->changeBrightness(1)); // at its maximum
     QCOMPARE(takeNotificationNames(), QStringList());
-    QCOMPARE(mKeyboard->setBrightness(0), VirtualKeyboard::Result::done);
-    QCOMPARE(mKeyboard->setBrightness(5), VirtualKeyboard::Result::noSuchBrightness);
-    QCOMPARE(mKeyboard->setBrightness(-1), VirtualKeyboard::Result::noSuchBrightness);
+    QVERIFY(mKeyboard->setBrightness(0));
+    QVERIFY(mKeyboard->setBrightness(5) == VirtualKeyboard::Refusal::noSuchBrightness);
+    QVERIFY(mKeyboard->setBrightness(-1) == VirtualKeyboard::Refusal::noSuchBrightness);
     QCOMPARE(mKeyboard->shownBrightness(), 0);
 }
 
@@ -154,7 +154,7 @@ void DeviceDaemonKeysTest::brightnessThatCannotBeWrittenStays()
     {
         const FileSizeLimit fullDisk(16);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
-        QCOMPARE(mKeyboard->setBrightness(1), VirtualKeyboard::Result::done);
+        QVERIFY(mKeyboard->setBrightness(1));
     }
     QCOMPARE(mDaemon->document(), startDocument());
     QCOMPARE(takeNotificationNames(), QStringList());
@@ -162,21 +162,21 @@ void DeviceDaemonKeysTest::brightnessThatCannotBeWrittenStays()
 
 void DeviceDaemonKeysTest::brightnessKeysAreKeysOfTheConsumerPage()
 {
-    QCOMPARE(mKeyboard->press(12, 0x7A), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->press(12, 0x7A));
     QCOMPARE(mKeyboard->shownBrightness(), 2);
     QCOMPARE(notification(u"Illumination Updated 271"_s), (QVariantMap{{u"BrightnessKBNormal"_s, 2}}));
-    QCOMPARE(mKeyboard->press(12, 0x7A), VirtualKeyboard::Result::done); // still down
+    QVERIFY(mKeyboard->press(12, 0x7A)); // still down
     QCOMPARE(mKeyboard->shownBrightness(), 2);
-    QCOMPARE(mKeyboard->release(12, 0x7A), VirtualKeyboard::Result::done);
-    QCOMPARE(mKeyboard->press(12, 0x79), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->release(12, 0x7A));
+    QVERIFY(mKeyboard->press(12, 0x79));
     mKeyboard->releaseAll();
     QCOMPARE(mKeyboard->shownBrightness(), 3);
     QVERIFY(mSent.isEmpty()); // handled by the keyboard itself
-    QCOMPARE(mKeyboard->press(12, 0x78), VirtualKeyboard::Result::noSuchKey);
-    QCOMPARE(mKeyboard->press(12, 0x7B), VirtualKeyboard::Result::noSuchKey);
+    QVERIFY(mKeyboard->press(12, 0x78) == VirtualKeyboard::Refusal::noSuchKey);
+    QVERIFY(mKeyboard->press(12, 0x7B) == VirtualKeyboard::Refusal::noSuchKey);
     // Captured keys are keys of the keyboard page, so the brightness stays adjustable meanwhile.
     QCOMPARE(statusOf(Command::startSingleKeyRecording), 0);
-    QCOMPARE(mKeyboard->press(12, 0x79), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->press(12, 0x79));
     QCOMPARE(mKeyboard->shownBrightness(), 4);
 }
 
@@ -191,9 +191,9 @@ void DeviceDaemonKeysTest::lightFollowsTheActiveProfile()
     QVERIFY(mKeyboard->shownLight().isOff()); // the profile leaves it off
     const QVariantMap blue{{u"Red"_s, 0.0}, {u"Green"_s, 0.0}, {u"Blue"_s, 1.0}};
     QCOMPARE(update({{u"BacklightLED"_s, 1}, {u"LEDKBColors"_s, QVariantList{blue}}}), 0);
-    QCOMPARE(mKeyboard->setBrightness(4), VirtualKeyboard::Result::done);
-    QCOMPARE(mKeyboard->setBrightness(0), VirtualKeyboard::Result::done);
-    QCOMPARE(mKeyboard->setBrightness(2), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->setBrightness(4));
+    QVERIFY(mKeyboard->setBrightness(0));
+    QVERIFY(mKeyboard->setBrightness(2));
     QCOMPARE(update({{u"BacklightLED"_s, 0}}), 0);
     QCOMPARE(update({{u"BacklightLED"_s, 1}}), 0);
     QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0); // a profile without key lighting

@@ -81,8 +81,8 @@ void DeviceDaemonOnTheFlyTest::onTheFlyKeyMustBeOneThatPlaysMacros()
     mSent.clear();
     press(100); // a key that the keyboard does not have
     release(100);
-    QCOMPARE(mKeyboard->press(9, 1), VirtualKeyboard::Result::done);
-    QCOMPARE(mKeyboard->release(9, 1), VirtualKeyboard::Result::done);
+    QVERIFY(mKeyboard->press(9, 1));
+    QVERIFY(mKeyboard->release(9, 1));
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::awaitingKey);
     press(225); // a modifier alone counts as an ordinary key
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
@@ -127,7 +127,7 @@ void DeviceDaemonOnTheFlyTest::onTheFlyEndsWithTheKeyboard()
             pressMacroKey();
         mKeyboard->remove();
         QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::off);
-        QCOMPARE(mKeyboard->pressMacroKey(), VirtualKeyboard::Result::notAttached);
+        QVERIFY(mKeyboard->pressMacroKey() == VirtualKeyboard::Refusal::notAttached);
         mKeyboard->attach();
         mSent.clear();
         press(5);

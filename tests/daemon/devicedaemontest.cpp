@@ -221,7 +221,7 @@ void DeviceDaemonTest::changeThatCannotBeWrittenChangesNothing()
         QCOMPARE(reply.values.value(u"ReturnStatus"_s), QVariant(static_cast<int>(Status::notSaved)));
         QCOMPARE(reply.values.value(u"ReturnDictionary"_s).toMap(), before);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
-        QCOMPARE(mKeyboard->pressGameMode(), VirtualKeyboard::Result::done);
+        QVERIFY(mKeyboard->pressGameMode());
     }
     QCOMPARE(mDaemon->document(), before);
     QCOMPARE(storedDocument(), before);

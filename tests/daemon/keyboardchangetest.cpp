@@ -83,10 +83,7 @@ private Q_SLOTS:
     void removalOnAnotherThreadEndsTheCapture();
 
 private:
-    void press(VirtualKeyboard &keyboard, quint16 key)
-    {
-        QCOMPARE(keyboard.press(HidUsage::keyboardPage, key), VirtualKeyboard::Result::done);
-    }
+    void press(VirtualKeyboard &keyboard, quint16 key) { QVERIFY(keyboard.press(HidUsage::keyboardPage, key)); }
     void send(Command command, QVariantMap request = {})
     {
         request.insert(u"ResponseMsgPortName"_s, u"Port"_s);
@@ -146,7 +143,7 @@ void KeyboardChangeTest::oldKeyboardIsReleased()
 
 void KeyboardChangeTest::newKeyboardFollowsTheDocument()
 {
-    QCOMPARE(mFirst->pressGameMode(), VirtualKeyboard::Result::done);
+    QVERIFY(mFirst->pressGameMode());
     QVERIFY(mSecond->shownLight().isOff());
     mDaemon->useKeyboard(*mSecond);
     QVERIFY(mSecond->isGameModeShown());
@@ -180,15 +177,15 @@ void KeyboardChangeTest::lightOfTheOldKeyboardGoesOut()
 
 void KeyboardChangeTest::oldKeyboardIsIgnored()
 {
-    constexpr VirtualKeyboard::Result notInUse = VirtualKeyboard::Result::notInUse;
+    constexpr VirtualKeyboard::Refusal notInUse = VirtualKeyboard::Refusal::notInUse;
     mDaemon->useKeyboard(*mSecond);
-    QCOMPARE(mFirst->press(HidUsage::keyboardPage, keyA), notInUse);
-    QCOMPARE(mFirst->press(HidUsage::keyboardPage, switchKey), notInUse);
+    QVERIFY(mFirst->press(HidUsage::keyboardPage, keyA) == notInUse);
+    QVERIFY(mFirst->press(HidUsage::keyboardPage, switchKey) == notInUse);
     QVERIFY(mFirst->pressedKeys().isEmpty());
-    QCOMPARE(mFirst->pressGameMode(), notInUse);
-    QCOMPARE(mFirst->setBrightness(0), notInUse);
-    QCOMPARE(mFirst->changeBrightness(1), notInUse);
-    QCOMPARE(mFirst->pressMacroKey(), notInUse);
+    QVERIFY(mFirst->pressGameMode() == notInUse);
+    QVERIFY(mFirst->setBrightness(0) == notInUse);
+    QVERIFY(mFirst->changeBrightness(1) == notInUse);
+    QVERIFY(mFirst->pressMacroKey() == notInUse);
     mFirst->remove();
     QVERIFY(mFirst->sentKeys().isEmpty());
     QVERIFY(mNotifications.isEmpty());
@@ -209,7 +206,7 @@ void KeyboardChangeTest::captureEnds()
 
 void KeyboardChangeTest::recordingOnTheFlyEnds()
 {
-    QCOMPARE(mFirst->pressMacroKey(), VirtualKeyboard::Result::done);
+    QVERIFY(mFirst->pressMacroKey());
     mDaemon->useKeyboard(*mSecond);
     QCOMPARE(mFirst->shownOnTheFly(), OnTheFlyState::off);
     QCOMPARE(mSecond->shownOnTheFly(), OnTheFlyState::off);
@@ -252,7 +249,7 @@ void KeyboardChangeTest::keyboardCanBeUsedAgain()
 {
     press(*mFirst, keyA);
     mDaemon->useKeyboard(*mSecond);
-    QCOMPARE(mFirst->release(HidUsage::keyboardPage, keyA), VirtualKeyboard::Result::done);
+    QVERIFY(mFirst->release(HidUsage::keyboardPage, keyA));
     mDaemon->useKeyboard(*mFirst);
     press(*mFirst, switchKey);
     QCOMPARE(activeProfile(), 1);

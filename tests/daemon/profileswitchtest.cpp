@@ -78,8 +78,8 @@ private:
     void inFront(const QString &name) { mDaemon->setFrontApplication(FrontApplication::named(name)); }
     void pressF1()
     {
-        QCOMPARE(mKeyboard->press(7, 58), VirtualKeyboard::Result::done);
-        QCOMPARE(mKeyboard->release(7, 58), VirtualKeyboard::Result::done);
+        QVERIFY(mKeyboard->press(7, 58));
+        QVERIFY(mKeyboard->release(7, 58));
     }
     int active() const { return Document(mDaemon->document()).activeProfileIndex(); }
     int activeOnDisk() const

@@ -41,16 +41,16 @@ public:
 
     [[nodiscard]] QList<InputDevice> devices() const override { return mDevices; }
 
-    [[nodiscard]] UseResult use(const QStringList &ids) override
+    [[nodiscard]] Result<void, UseError> use(const QStringList &ids) override
     {
         QList<ChosenDevice> choices;
         for (const QString &id : ids) {
             const auto isMeant = [&](const InputDevice &device) { return device.id == id; };
             const auto device = std::find_if(mDevices.cbegin(), mDevices.cend(), isMeant);
             if (device == mDevices.cend())
-                return {UseResult::Code::unknown, QStringLiteral("There is no keyboard \"%1\".").arg(id)};
+                return UseError{{QStringLiteral("There is no keyboard \"%1\".").arg(id)}, UseError::Cause::unknown};
             if (!device->problem.isEmpty())
-                return {UseResult::Code::refused, device->problem};
+                return UseError{{device->problem}, UseError::Cause::refused};
             choices += choiceOf(*device);
         }
         useWhenPresent(choices);

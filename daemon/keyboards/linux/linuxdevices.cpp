@@ -60,18 +60,24 @@ QList<InputDevice> devicesOf(const QList<KeyboardInfo> &keyboards)
     return devices;
 }
 
-/// The index of the device that `id` means; -1 for none, -2 if it is ambiguous.
-qsizetype indexOf(const QList<KeyboardInfo> &keyboards, const QString &id)
+/// The index of the device that `id` means.
+Result<qsizetype, UseError> indexOf(const QList<KeyboardInfo> &keyboards, const QString &id)
 {
-    qsizetype found = -1;
+    QList<qsizetype> found;
     for (qsizetype index = 0; index < keyboards.size(); ++index) {
         const InputDevice &device = keyboards.at(index).device;
         if (device.id == id || device.nodes.contains(id))
             return index;
         if (device.id.startsWith(id + u':'))
-            found = found == -1 ? index : -2;
+            found += index;
     }
-    return found;
+    if (found.isEmpty())
+        return UseError{{u"There is no keyboard \"%1\". \"kestractl device list\" lists the keyboards."_s.arg(id)},
+                        UseError::Cause::unknown};
+    if (found.size() > 1)
+        return UseError{{u"\"%1\" means several keyboards. Give an ID from \"kestractl device list\"."_s.arg(id)},
+                        UseError::Cause::unknown};
+    return found.constFirst();
 }
 
 const char *stateName(EventDevice::State state)
@@ -171,23 +177,21 @@ DeviceState LinuxDevices::stateOf(const DeviceStatus &status, bool isWaiting) co
     return chosenNodes().isEmpty() ? DeviceState::absent : DeviceState::suspended;
 }
 
-UseResult LinuxDevices::use(const QStringList &ids)
+Result<void, UseError> LinuxDevices::use(const QStringList &ids)
 {
     const QList<KeyboardInfo> present = keyboards();
     QList<ChosenDevice> choices;
     for (const QString &id : ids) {
-        const qsizetype index = indexOf(present, id);
-        if (index < 0)
-            return {UseResult::Code::unknown,
-                    index == -1
-                        ? u"There is no keyboard \"%1\". \"kestractl device list\" lists the keyboards."_s.arg(id)
-                        : u"\"%1\" means several keyboards. Give an ID from \"kestractl device list\"."_s.arg(id)};
-        if (const QString problem = problemOf(present.at(index)); !problem.isEmpty())
-            return {UseResult::Code::refused, problem};
-        choices += choiceOf(present.at(index).device);
+        const Result<qsizetype, UseError> index = indexOf(present, id);
+        if (!index)
+            return index.error();
+        const KeyboardInfo &keyboard = present.at(*index);
+        if (const QString problem = problemOf(keyboard); !problem.isEmpty())
+            return UseError{{problem}, UseError::Cause::refused};
+        choices += choiceOf(keyboard.device);
     }
     if (!hasOutput())
-        return {UseResult::Code::refused, mOutputProblem};
+        return UseError{{mOutputProblem}, UseError::Cause::refused};
     mChoices = choices;
     mSuspended.clear();
     synchronize();

@@ -39,7 +39,7 @@ public:
     [[nodiscard]] DeviceStatus status() const override;
 
     /// An id may also be an unambiguous beginning of one ("046d:c31c"), or one of the keyboard's nodes.
-    [[nodiscard]] UseResult use(const QStringList &ids) override;
+    [[nodiscard]] Result<void, UseError> use(const QStringList &ids) override;
     void useWhenPresent(const QList<ChosenDevice> &choices) override;
     void release() override;
 

@@ -64,40 +64,42 @@ void VirtualKeyboard::send(HidUsage usage, bool isDown)
     Q_EMIT sent(usage.page, usage.usage, isDown);
 }
 
-/// `done` if the keyboard accepts calls.
-VirtualKeyboard::Result VirtualKeyboard::readiness() const
+/// Succeeds if the keyboard accepts calls.
+VirtualKeyboard::Outcome VirtualKeyboard::readiness() const
 {
     if (!mKeys.isStarted())
-        return Result::notInUse;
-    return mIsAttached ? Result::done : Result::notAttached;
+        return Refusal::notInUse;
+    if (!mIsAttached)
+        return Refusal::notAttached;
+    return {};
 }
 
-VirtualKeyboard::Result VirtualKeyboard::press(uint usagePage, uint usage)
+VirtualKeyboard::Outcome VirtualKeyboard::press(uint usagePage, uint usage)
 {
-    if (const Result result = readiness(); result != Result::done)
-        return result;
+    if (const Outcome ready = readiness(); !ready)
+        return ready;
     if (!isKeyOrButton(usagePage, usage))
-        return Result::noSuchKey;
+        return Refusal::noSuchKey;
     const HidUsage key = hidUsage(usagePage, usage);
     if (mPressed.contains(key))
-        return Result::done;
+        return {};
     mPressed += key;
     if (key.page == HidUsage::consumerPage)
         return changeBrightness(key.usage == HidUsage::brightnessUp ? 1 : -1);
     announce(key, true);
-    return Result::done;
+    return {};
 }
 
-VirtualKeyboard::Result VirtualKeyboard::release(uint usagePage, uint usage)
+VirtualKeyboard::Outcome VirtualKeyboard::release(uint usagePage, uint usage)
 {
     if (!mIsAttached)
-        return Result::notAttached;
+        return Refusal::notAttached;
     if (!isKeyOrButton(usagePage, usage))
-        return Result::noSuchKey;
+        return Refusal::noSuchKey;
     const HidUsage key = hidUsage(usagePage, usage);
     if (mPressed.removeOne(key))
         announce(key, false);
-    return Result::done;
+    return {};
 }
 
 void VirtualKeyboard::releaseAll()
@@ -112,36 +114,36 @@ void VirtualKeyboard::announce(HidUsage key, bool isDown)
         Q_EMIT mChannel.keyChanged(key, isDown, mNow());
 }
 
-VirtualKeyboard::Result VirtualKeyboard::pressGameMode()
+VirtualKeyboard::Outcome VirtualKeyboard::pressGameMode()
 {
-    if (const Result result = readiness(); result != Result::done)
-        return result;
+    if (const Outcome ready = readiness(); !ready)
+        return ready;
     Q_EMIT gameModePressed();
-    return Result::done;
+    return {};
 }
 
-VirtualKeyboard::Result VirtualKeyboard::setBrightness(int level)
+VirtualKeyboard::Outcome VirtualKeyboard::setBrightness(int level)
 {
     if (level < Backlight::minimumBrightness || level > Backlight::maximumBrightness)
-        return Result::noSuchBrightness;
-    if (const Result result = readiness(); result != Result::done)
-        return result;
+        return Refusal::noSuchBrightness;
+    if (const Outcome ready = readiness(); !ready)
+        return ready;
     Q_EMIT brightnessChosen(level);
-    return Result::done;
+    return {};
 }
 
-VirtualKeyboard::Result VirtualKeyboard::changeBrightness(int steps)
+VirtualKeyboard::Outcome VirtualKeyboard::changeBrightness(int steps)
 {
     return setBrightness(
         std::clamp(shownBrightness() + steps, Backlight::minimumBrightness, Backlight::maximumBrightness));
 }
 
-VirtualKeyboard::Result VirtualKeyboard::pressMacroKey()
+VirtualKeyboard::Outcome VirtualKeyboard::pressMacroKey()
 {
-    if (const Result result = readiness(); result != Result::done)
-        return result;
+    if (const Outcome ready = readiness(); !ready)
+        return ready;
     Q_EMIT macroKeyPressed();
-    return Result::done;
+    return {};
 }
 
 void VirtualKeyboard::attach()

@@ -3,6 +3,7 @@
 // daemon's default keyboard; tests and demonstrations use it. Main thread only.
 #pragma once
 
+#include "base/result.h"
 #include "daemon/keyboards/keyboard.h"
 #include "daemon/keyboards/keychannel.h"
 #include "daemon/keyboards/timedlight.h"
@@ -16,8 +17,9 @@ class VirtualKeyboard : public Keyboard
     Q_OBJECT
 
 public:
-    /// The result of a call. A call that fails changes nothing. `notInUse`: the daemon uses another keyboard.
-    enum class Result { done, notInUse, notAttached, noSuchKey, noSuchBrightness };
+    /// Why a call changes nothing. `notInUse`: the daemon uses another keyboard.
+    enum class Refusal { notInUse, notAttached, noSuchKey, noSuchBrightness };
+    using Outcome = Result<void, Refusal>;
 
     explicit VirtualKeyboard(QObject *parent = nullptr);
     explicit VirtualKeyboard(KeyClock clock, QObject *parent = nullptr);
@@ -46,13 +48,13 @@ public:
     /// Ignores a press of a key that is down and a release of one that is not. Page 7 has the keys, page 9 the mouse
     /// buttons. Page 12 (Consumer) has the two brightness keys, which act on the press. A key can also be released
     /// while the keyboard is not in use, because it may have gone down before.
-    [[nodiscard]] Result press(uint usagePage, uint usage);
-    [[nodiscard]] Result release(uint usagePage, uint usage);
+    [[nodiscard]] Outcome press(uint usagePage, uint usage);
+    [[nodiscard]] Outcome release(uint usagePage, uint usage);
     void releaseAll();
-    [[nodiscard]] Result pressGameMode();
-    [[nodiscard]] Result setBrightness(int level);
-    [[nodiscard]] Result changeBrightness(int steps); ///< stops at the limits of the brightness
-    [[nodiscard]] Result pressMacroKey();
+    [[nodiscard]] Outcome pressGameMode();
+    [[nodiscard]] Outcome setBrightness(int level);
+    [[nodiscard]] Outcome changeBrightness(int steps); ///< stops at the limits of the brightness
+    [[nodiscard]] Outcome pressMacroKey();
     void attach();
     void remove();
 
@@ -76,7 +78,7 @@ private:
     };
 
     void connectLight();
-    [[nodiscard]] Result readiness() const;
+    [[nodiscard]] Outcome readiness() const;
     void send(HidUsage usage, bool isDown);
     void announce(HidUsage key, bool isDown);
 

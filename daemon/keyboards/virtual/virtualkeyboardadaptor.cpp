@@ -48,24 +48,25 @@ QList<uint> VirtualKeyboardAdaptor::sentKeys() const
     return extended(mKeyboard.sentKeys());
 }
 
-void VirtualKeyboardAdaptor::finish(VirtualKeyboard::Result result) const
+void VirtualKeyboardAdaptor::finish(const VirtualKeyboard::Outcome &outcome) const
 {
-    using Result = VirtualKeyboard::Result;
-    switch (result) {
-    case Result::done: return;
-    case Result::notInUse:
+    using Refusal = VirtualKeyboard::Refusal;
+    if (outcome)
+        return;
+    switch (outcome.error()) {
+    case Refusal::notInUse:
         mObject->sendErrorReply(DaemonProtocol::virtualKeyboardNotInUse,
                                 u"a real keyboard is chosen; \"kestractl device release\" releases it"_s);
         return;
-    case Result::notAttached:
+    case Refusal::notAttached:
         mObject->sendErrorReply(DaemonProtocol::virtualKeyboardNotAttached, u"the keyboard is not attached"_s);
         return;
-    case Result::noSuchKey:
+    case Refusal::noSuchKey:
         mObject->sendErrorReply(
             QDBusError::InvalidArgs,
             u"page 7 has the keys 4 to 231, page 9 the buttons 1 to 255, page 12 the keys 121 and 122"_s);
         return;
-    case Result::noSuchBrightness:
+    case Refusal::noSuchBrightness:
         mObject->sendErrorReply(QDBusError::InvalidArgs, u"the brightness levels are 0 to 4"_s);
         return;
     }

@@ -71,7 +71,7 @@ Q_SIGNALS:
     void CaptureChanged(const QString &client);
 
 private:
-    void finish(VirtualKeyboard::Result result) const;
+    void finish(const VirtualKeyboard::Outcome &outcome) const;
 
     VirtualKeyboard &mKeyboard;
     VirtualKeyboardObject *mObject;

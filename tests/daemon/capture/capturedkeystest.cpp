@@ -70,7 +70,7 @@ public:
     [[nodiscard]] bool type(const QList<int> &usages)
     {
         for (const int usage : usages)
-            mIsReady = mIsReady && mKeyboard.press(7, uint(usage)) == VirtualKeyboard::Result::done;
+            mIsReady = mIsReady && mKeyboard.press(7, uint(usage));
         mKeyboard.releaseAll();
         return mIsReady;
     }

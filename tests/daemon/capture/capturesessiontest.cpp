@@ -65,8 +65,8 @@ private:
     void startCapture(const QString &port, Kind kind);
     /// Whether a key that is pressed now reaches the computer.
     [[nodiscard]] bool hasComputerTheKeys();
-    void press(uint key) { QCOMPARE(mKeyboard->press(7, key), VirtualKeyboard::Result::done); }
-    void release(uint key) { QCOMPARE(mKeyboard->release(7, key), VirtualKeyboard::Result::done); }
+    void press(uint key) { QVERIFY(mKeyboard->press(7, key)); }
+    void release(uint key) { QVERIFY(mKeyboard->release(7, key)); }
     void type(uint key)
     {
         press(key);

@@ -127,7 +127,7 @@ void LinuxDevicesTest::grabsNothingWithoutAChoice()
 
 void LinuxDevicesTest::usesExactlyTheDevicesOfTheChosenKeyboard()
 {
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().grabs, (QStringList{u"/dev/input/event1"_s, u"/dev/input/event2"_s}));
     QVERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
     QVERIFY(!fake(3).isOpen());
@@ -142,36 +142,40 @@ void LinuxDevicesTest::idMayBeShortened()
     EventDeviceInfo node = keyboardNode(1, u"/a"_s);
     node.serial = u"S1"_s;
     mSource->set({node});
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_VERIFY(fake(1).isGrabbed());
-    QVERIFY(mDevices->use({u"/dev/input/event1"_s}).isOk());
-    QVERIFY(mDevices->use({u"1209:00ab:S1"_s}).isOk());
+    QVERIFY(mDevices->use({u"/dev/input/event1"_s}));
+    QVERIFY(mDevices->use({u"1209:00ab:S1"_s}));
     QCOMPARE(mDevices->choices().first().serial, u"S1"_s);
 }
 
 void LinuxDevicesTest::unknownOrAmbiguousIdIsNotUsed()
 {
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     const QList<ChosenDevice> before = mDevices->choices();
-    QCOMPARE(mDevices->use({u"1209:00ab"_s, u"dead:beef"_s}).code, UseResult::Code::unknown);
+    const auto unknown = mDevices->use({u"1209:00ab"_s, u"dead:beef"_s});
+    QVERIFY(!unknown);
+    QCOMPARE(unknown.error().cause, UseError::Cause::unknown);
     EventDeviceInfo first = keyboardNode(1, u"/a"_s);
     EventDeviceInfo second = keyboardNode(4, u"/d"_s);
     first.serial = u"S1"_s;
     second.serial = u"S2"_s;
     mSource->set({first, second});
-    const UseResult result = mDevices->use({u"1209:00ab"_s});
-    QCOMPARE(result.code, UseResult::Code::unknown);
-    QVERIFY2(result.problem.contains("several"_L1), qPrintable(result.problem));
+    const auto used = mDevices->use({u"1209:00ab"_s});
+    QVERIFY(!used);
+    QCOMPARE(used.error().cause, UseError::Cause::unknown);
+    QVERIFY2(used.error().message.contains("several"_L1), qPrintable(used.error().message));
     QCOMPARE(mDevices->choices(), before);
 }
 
 void LinuxDevicesTest::missingRightsPreventUseAndNameTheRemedy()
 {
     mErrors[u"/dev/input/event2"_s] = EACCES;
-    const UseResult result = mDevices->use({u"1209:00ab"_s});
-    QCOMPARE(result.code, UseResult::Code::refused);
-    QVERIFY2(result.problem.contains("kestractl device rule 1209:00ab"_L1), qPrintable(result.problem));
-    QCOMPARE(mDevices->devices().first().problem, result.problem);
+    const auto used = mDevices->use({u"1209:00ab"_s});
+    QVERIFY(!used);
+    QCOMPARE(used.error().cause, UseError::Cause::refused);
+    QVERIFY2(used.error().message.contains("kestractl device rule 1209:00ab"_L1), qPrintable(used.error().message));
+    QCOMPARE(mDevices->devices().first().problem, used.error().message);
     QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::noRight);
     QCOMPARE(mDevices->devices().last().obstacle, DeviceObstacle::none);
     QCOMPARE(mDevices->choices(), QList<ChosenDevice>());
@@ -182,9 +186,10 @@ void LinuxDevicesTest::missingOutputPreventsUseAndNamesTheRemedy()
 {
     QSignalSpy wanted(mDevices.get(), &LinuxDevices::wanted);
     mOutputProblem = u"no uinput, do this"_s;
-    const UseResult result = mDevices->use({u"1209:00ab"_s});
-    QCOMPARE(result.code, UseResult::Code::refused);
-    QCOMPARE(result.problem, mOutputProblem);
+    const auto used = mDevices->use({u"1209:00ab"_s});
+    QVERIFY(!used);
+    QCOMPARE(used.error().cause, UseError::Cause::refused);
+    QCOMPARE(used.error().message, mOutputProblem);
     mDevices->useWhenPresent({chosen});
     QCOMPARE(mDevices->status().state, DeviceState::failed);
     QCOMPARE(mDevices->status().problem, mOutputProblem);
@@ -203,9 +208,10 @@ void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()
     const QString problem = mDevices->devices().first().problem;
     QVERIFY(problem.contains(u"pointer"_s));
     QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::pointer);
-    const UseResult result = mDevices->use({u"1209:00ab"_s});
-    QCOMPARE(result.code, UseResult::Code::refused);
-    QCOMPARE(result.problem, problem);
+    const auto used = mDevices->use({u"1209:00ab"_s});
+    QVERIFY(!used);
+    QCOMPARE(used.error().cause, UseError::Cause::refused);
+    QCOMPARE(used.error().message, problem);
     // The choice was made when the keyboard had an event device for its keys alone.
     mDevices->useWhenPresent({chosen});
     QCOMPARE(mDevices->status().state, DeviceState::failed);
@@ -215,9 +221,9 @@ void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()
 
 void LinuxDevicesTest::otherChoiceReleasesTheFirst()
 {
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_VERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
-    QVERIFY(mDevices->use({u"1234:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1234:00ab"_s}));
     QTRY_VERIFY(fake(3).isGrabbed());
     QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen());
 }
@@ -235,7 +241,7 @@ void LinuxDevicesTest::keyboardPluggedInLaterIsUsed()
 
 void LinuxDevicesTest::unpluggedKeyboardIsUsedAgainWhenItReturns()
 {
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().grabs.size(), 2);
     fake(1).unplug();
     fake(2).unplug();
@@ -254,7 +260,7 @@ void LinuxDevicesTest::anotherOfTheSameKindIsNotUsed()
     EventDeviceInfo second = keyboardNode(4, u"/d"_s);
     second.path = u"port2"_s;
     mSource->set({first, second});
-    QVERIFY(mDevices->use({u"1209:00ab:port1"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab:port1"_s}));
     QTRY_VERIFY(fake(1).isGrabbed());
     fake(1).unplug();
     mSource->set({second});
@@ -264,7 +270,7 @@ void LinuxDevicesTest::anotherOfTheSameKindIsNotUsed()
 
 void LinuxDevicesTest::releaseUngrabsAndForgets()
 {
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().grabs.size(), 2);
     mDevices->release();
     QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen());
@@ -281,9 +287,9 @@ void LinuxDevicesTest::keyboardsAreWantedBeforeTheyAreGrabbed()
         QVERIFY(!isWanted || !fake(1).isOpen());
         QVERIFY(mKeyboard->keyThread());
     });
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_VERIFY(fake(1).isGrabbed());
-    QVERIFY(mDevices->use({u"1234:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1234:00ab"_s}));
     mDevices->release();
     mDevices->release();
     QCOMPARE(told, (QList<bool>{true, false}));
@@ -291,7 +297,7 @@ void LinuxDevicesTest::keyboardsAreWantedBeforeTheyAreGrabbed()
 
 void LinuxDevicesTest::releaseChordReleasesThemUntilTheyAreChosenOrPluggedInAgain()
 {
-    QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}));
     QTRY_COMPARE(mDevices->status().grabs.size(), 3);
     QSignalSpy releaseChordPressed(mDevices.get(), &LinuxDevices::releaseChordPressed);
     for (const quint16 code : {KEY_BACKSPACE, KEY_ESC, KEY_ENTER})
@@ -311,14 +317,14 @@ void LinuxDevicesTest::deviceOfAnotherProgramIsReported()
 {
     fake(1).setGrabError(EBUSY);
     fake(2).setGrabError(EBUSY);
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().state, DeviceState::failed);
     QVERIFY2(mDevices->status().problem.contains("Another program"_L1), qPrintable(mDevices->status().problem));
     QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::taken);
     QCOMPARE(mDevices->devices().first().problem, mDevices->status().problem);
     fake(1).setGrabError(0);
     fake(2).setGrabError(0);
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
     QCOMPARE(mDevices->status().problem, QString());
     QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::none);
@@ -334,7 +340,7 @@ void LinuxDevicesTest::keysReachTheComputer()
         QMetaObject::invokeMethod(
             keys, [keys, settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
     });
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_VERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
     fake(1).press(KEY_A, 0x70004);
     fake(2).press(KEY_PLAYPAUSE, 0xC00CD);
@@ -350,7 +356,7 @@ void LinuxDevicesTest::keysReachTheComputer()
 void LinuxDevicesTest::reportsVersionAndAttachment()
 {
     QSignalSpy attached(mKeyboard.get(), &Keyboard::attachedChanged);
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().grabs.size(), 2);
     QCOMPARE(attached.size(), 1);
     QCOMPARE(mKeyboard->firmwareVersion(), u"1.23"_s);
