@@ -226,6 +226,24 @@ def check_document_look_ups(sources):
             if receiver != "userInfo" and key not in RESOURCE_KEYS]
 
 
+# --- failures -------------------------------------------------------------------------------------------------------
+
+REASON_PARAMETER = re.compile(
+    r"(?<!const )\b((?:int|bool|QString)\s*[&*]\s*(?:error|problem|reason|refusal|failure|ok|isOk)\w*)\s*[,)=]")
+# The files of the key thread report errno values to LinuxDevices.
+KEY_THREAD_FILES = tuple(f"daemon/keyboards/linux/{name}.{suffix}" for suffix in ("h", "cpp")
+                         for name in ("eventfile", "linuxdevices", "outputdevice"))
+
+
+def check_failures(sources):
+    """The reason for a failure is in the value that a function returns (base/result.h), not in an out-parameter."""
+    return [f"{source.path}: returns a reason through an out-parameter: {parameter}"
+            for source in sources
+            if source.is_code() and source.path not in KEY_THREAD_FILES
+            and not source.is_under("tests", "bench", "fuzz", "tools")
+            for parameter in REASON_PARAMETER.findall(source.text)]
+
+
 # --- texts --------------------------------------------------------------------------------------------------------
 
 TEXT_KEY = re.compile(r'"(lkey\w*)"')
@@ -425,6 +443,7 @@ ALL_CHECKS = {
     "string-connects": check_string_connects,
     "bus-connections": check_bus_connections,
     "document-look-ups": check_document_look_ups,
+    "failures": check_failures,
     "texts": check_texts,
     "machine-paths": check_machine_paths,
     "thin-mains": check_thin_mains,

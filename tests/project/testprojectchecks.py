@@ -4,7 +4,7 @@
 
 import unittest
 
-from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_bus_connections, check_document_look_ups,
+from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_bus_connections, check_document_look_ups, check_failures,
                            check_include_directions, check_licence_lines, check_links, check_machine_paths,
                            check_protocol_document, check_string_connects, check_texts, check_thin_mains)
 
@@ -211,6 +211,25 @@ class DocumentLookUps(unittest.TestCase):
                 "notification.userInfo.value(SettingsKeys::activeProfile); plist.value(SettingsKeys::deviceInfo);"
                 "device.value(DeviceKeys::state); Document(document).profiles();")
         self.assertEqual(check_document_look_ups([Source("app/a.cpp", text)]), [])
+
+
+class Failures(unittest.TestCase):
+    def test_out_parameters_for_a_reason_are_found(self):
+        for text in ("bool save(const QByteArray &data, QString *problem = nullptr);", "Device open(QString &error);",
+                     "Device open(const QString &path, int &error, bool isNew);", "int read(bool *ok);"):
+            with self.subTest(text=text):
+                self.assertEqual(len(check_failures([Source("daemon/a.h", text)])), 1)
+
+    def test_files_of_the_key_thread_and_tests_may_have_them(self):
+        for path in ("daemon/keyboards/linux/eventfile.h", "tests/daemon/a.cpp", "fuzz/a.cpp"):
+            with self.subTest(path=path):
+                self.assertEqual(check_failures([Source(path, "Device open(int &error);")]), [])
+
+    def test_other_parameters_pass(self):
+        for text in ("void refuse(const QString &reason);", "void refuse(int error);", "bool take(QList<int> &errors);",
+                     "const QString *problem = find(); int *next(int *position);", "text.toInt(&ok);"):
+            with self.subTest(text=text):
+                self.assertEqual(check_failures([Source("daemon/a.h", text)]), [])
 
 
 class Texts(unittest.TestCase):
