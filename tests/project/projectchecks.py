@@ -233,15 +233,28 @@ REASON_PARAMETER = re.compile(
 # The files of the key thread report errno values to LinuxDevices.
 KEY_THREAD_FILES = tuple(f"daemon/keyboards/linux/{name}.{suffix}" for suffix in ("h", "cpp")
                          for name in ("eventfile", "linuxdevices", "outputdevice"))
+ENUMERATION = re.compile(r"\benum(?:\s+class)?\s+(\w+)[^{;]*\{([^}]*)\}")
+LINE_COMMENT = re.compile(r"//[^\n]*")
+SUCCESS = re.compile(r"\b(?:ok|done|success|succeeded)\b")
+# The numbers of replies and the exit codes of a program, which other programs read.
+NUMBERS_WITH_SUCCESS = ("base/status.h", "cli/exitcode.h")
 
 
 def check_failures(sources):
-    """The reason for a failure is in the value that a function returns (base/result.h), not in an out-parameter."""
-    return [f"{source.path}: returns a reason through an out-parameter: {parameter}"
-            for source in sources
-            if source.is_code() and source.path not in KEY_THREAD_FILES
-            and not source.is_under("tests", "bench", "fuzz", "tools")
-            for parameter in REASON_PARAMETER.findall(source.text)]
+    """A function returns the reason for a failure in a Result (base/result.h): not through an out-parameter, and not as
+    an enumeration that has success among the reasons."""
+    findings = []
+    for source in sources:
+        if not source.is_code() or source.is_under("tests", "bench", "fuzz", "tools"):
+            continue
+        enumerations = ENUMERATION.findall(LINE_COMMENT.sub("", source.text))
+        if source.path not in KEY_THREAD_FILES:
+            findings += [f"{source.path}: returns a reason through an out-parameter: {parameter}"
+                         for parameter in REASON_PARAMETER.findall(source.text)]
+        if source.path not in NUMBERS_WITH_SUCCESS:
+            findings += [f"{source.path}: {name} has success among its reasons"
+                         for name, body in enumerations if SUCCESS.search(body)]
+    return findings
 
 
 # --- texts --------------------------------------------------------------------------------------------------------

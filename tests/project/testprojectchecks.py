@@ -220,6 +220,21 @@ class Failures(unittest.TestCase):
             with self.subTest(text=text):
                 self.assertEqual(len(check_failures([Source("daemon/a.h", text)])), 1)
 
+    def test_success_among_reasons_is_found(self):
+        for text in ("enum class Code { ok, unknown, refused };",
+                     "enum class SendStatus : int {\n    late,\n    success,\n};"):
+            with self.subTest(text=text):
+                self.assertEqual(len(check_failures([Source("daemon/a.h", text)])), 1)
+
+    def test_numbers_that_other_programs_read_may_have_success(self):
+        self.assertEqual(check_failures([Source("cli/exitcode.h", "enum class ExitCode { ok = 0 };")]), [])
+
+    def test_other_enumerations_pass(self):
+        for text in ("enum class Cause { unknown, refused };", "enum class Step {\n    first, // done by the user\n};",
+                     "enum class Token { okay, undone };"):
+            with self.subTest(text=text):
+                self.assertEqual(check_failures([Source("daemon/a.h", text)]), [])
+
     def test_files_of_the_key_thread_and_tests_may_have_them(self):
         for path in ("daemon/keyboards/linux/eventfile.h", "tests/daemon/a.cpp", "fuzz/a.cpp"):
             with self.subTest(path=path):
