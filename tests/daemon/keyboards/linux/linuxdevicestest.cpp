@@ -373,7 +373,7 @@ void LinuxDevicesTest::givesKeyboardsUpWhileAnotherSessionIsActive()
         QMetaObject::invokeMethod(
             keys, [keys, settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
     });
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().grabs.size(), 2);
     fake(1).press(KEY_A, 0x70004);
     QTRY_COMPARE(mPipe->keys().size(), 1);
@@ -388,7 +388,9 @@ void LinuxDevicesTest::givesKeyboardsUpWhileAnotherSessionIsActive()
     QCOMPARE(mDevices->status().state, DeviceState::inactive);
     QVERIFY2(mDevices->status().problem.contains("seat0"_L1), qPrintable(mDevices->status().problem));
     QCOMPARE(mDevices->devices().first().problem, mDevices->status().problem);
-    QCOMPARE(mDevices->use({u"1209:00ab"_s}).code, UseResult::Code::refused);
+    const auto used = mDevices->use({u"1209:00ab"_s});
+    QVERIFY(!used);
+    QCOMPARE(used.error().cause, UseError::Cause::refused);
     QCOMPARE(mDevices->choices(), (QList<ChosenDevice>{chosen}));
     mSource->set(mSource->nodes()); // a message of udev changes nothing
     QVERIFY(!fake(1).isOpen());
@@ -427,8 +429,10 @@ void LinuxDevicesTest::keyboardOfAnotherSeatIsNotUsed()
     nodes[2].seat = u"seat1"_s;
     mSource->set(nodes);
     mPresence[u"seat1"_s] = SeatWatch::Presence::elsewhere;
-    QCOMPARE(mDevices->use({u"1234:00ab"_s}).code, UseResult::Code::refused);
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    const auto used = mDevices->use({u"1234:00ab"_s});
+    QVERIFY(!used);
+    QCOMPARE(used.error().cause, UseError::Cause::refused);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
 }
 
