@@ -11,6 +11,7 @@ struct HidUsage
     static constexpr quint16 keyboardPage = HidPages::keyboard;
     static constexpr quint16 buttonPage = HidPages::button;
     static constexpr quint16 consumerPage = 0x0C;
+    static constexpr quint16 systemPage = 0xFFFF; // not of HID: a key code of the system that has no usage
     static constexpr quint16 brightnessUp = 0x79; // Consumer page: Keyboard Brightness Increment
     static constexpr quint16 brightnessDown = 0x7A;
     static constexpr quint16 firstKey = 4;

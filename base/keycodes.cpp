@@ -46,6 +46,8 @@ std::optional<quint16> KeyCodes::linuxCode(HidUsage usage)
 {
     if (usage.page == HidUsage::buttonPage && usage.usage >= 1 && usage.usage <= buttonCount)
         return static_cast<quint16>(firstButton + usage.usage - 1);
+    if (usage.page == HidUsage::systemPage && usage.usage < codeCount)
+        return usage.usage;
     if (usage.page != HidUsage::keyboardPage || usage.usage >= codes.size() || codes[usage.usage] == KEY_RESERVED)
         return {};
     return codes[usage.usage];
@@ -58,6 +60,12 @@ std::optional<HidUsage> KeyCodes::usageOfCode(quint16 code)
     return HidUsage{HidUsage::keyboardPage, usages[code]};
 }
 
+HidUsage KeyCodes::ownUsageOfCode(quint16 code)
+{
+    const bool hasUsage = code < usages.size() && usages[code] != 0;
+    return hasUsage ? HidUsage{HidUsage::keyboardPage, usages[code]} : HidUsage{HidUsage::systemPage, code};
+}
+
 std::optional<HidUsage> KeyCodes::usageOfScanCode(quint32 scanCode, quint16 code)
 {
     const HidUsage usage{static_cast<quint16>(scanCode >> 16), static_cast<quint16>(scanCode)};
@@ -68,15 +76,6 @@ std::optional<HidUsage> KeyCodes::usageOfScanCode(quint32 scanCode, quint16 code
     if (code != KEY_UNKNOWN && !usageOfCode(code))
         return {};
     return usage;
-}
-
-std::optional<quint16> KeyCodes::macroKeyCode(HidUsage usage)
-{
-    const bool isMacroKey = usage.page == HidUsage::keyboardPage && usage.usage >= firstMacroKey
-                            && usage.usage < firstMacroKey + macroKeyCount;
-    if (!isMacroKey)
-        return {};
-    return static_cast<quint16>(firstMacroKeyCode + usage.usage - firstMacroKey);
 }
 
 KeyCodes::OwnKey KeyCodes::ownKey(quint16 code)

@@ -17,16 +17,22 @@ inline constexpr quint16 firstMacroKey = 106;       // M1 is F15, see keys/keyta
 inline constexpr quint16 macroKeyCount = 5;
 
 /// The code that the desktop sees for `usage`. A key of the keyboard page without a Linux name is KEY_UNKNOWN, as from
-/// any keyboard. Absent for usages that are neither a key nor one of the first 16 buttons.
+/// any keyboard. A usage on HidUsage::systemPage is its code. Absent for usages that are neither a key nor one of the
+/// first 16 buttons.
 [[nodiscard]] std::optional<quint16> linuxCode(HidUsage usage);
 
 /// The key of the keyboard page for `code`, from a keyboard that reports only key codes. Absent for codes without an
 /// assignable key (media keys, buttons). linuxCode() turns the result into `code` again.
 [[nodiscard]] std::optional<HidUsage> usageOfCode(quint16 code);
 
-/// The same for a keyboard that also reports the HID usage (MSC_SCAN: page in the upper 16 bits). The usage has
-/// priority over the key code of a driver or system table. Exception: if a key was turned into one outside the keyboard
-/// page, the key code applies. An example is a function key that the Fn key turns into a media key.
+/// A usage for any `code`: linuxCode() turns the result into `code` again. Codes without an assignable key are on
+/// HidUsage::systemPage.
+[[nodiscard]] HidUsage ownUsageOfCode(quint16 code);
+
+/// The assignable key of a keyboard that also reports the HID usage (MSC_SCAN: page in the upper 16 bits). The usage
+/// has priority over the key code of a driver or system table: it is what the key is labelled. Exception: if a key was
+/// turned into one outside the keyboard page, it cannot be assigned. An example is a function key that the Fn key turns
+/// into a media key.
 [[nodiscard]] std::optional<HidUsage> usageOfScanCode(quint32 scanCode, quint16 code);
 
 /// M1 to M5 of keyboards with dedicated codes for them (KEY_MACRO1 to KEY_MACRO5), which have priority over the HID
@@ -37,8 +43,6 @@ inline constexpr quint16 macroKeyCount = 5;
         return {};
     return HidUsage{HidUsage::keyboardPage, static_cast<quint16>(firstMacroKey + code - firstMacroKeyCode)};
 }
-/// The reverse: the dedicated code for the usage of M1 to M5; absent for every other usage.
-[[nodiscard]] std::optional<quint16> macroKeyCode(HidUsage usage);
 
 /// Keys that control the keyboard itself; they cannot be assigned.
 enum class OwnKey { none, brighter, darker, lightSwitch, macro };

@@ -20,7 +20,6 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
     using Kind = KeyAssignment::Kind;
     const KeyMappings::Entry fields = KeyMappings::readEntry(entry);
     KeyAssignment assignment;
-    assignment.key = key;
     if (!fields.isMapped() && !fields.is(Assignment::defaultKey))
         return assignment;
     switch (static_cast<Assignment>(fields.command)) {
@@ -31,6 +30,7 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
         assignment.repeat = KeyMappings::macroRepeatValue(KeyMappings::macroRepeat(fields.param2));
         break;
     case Assignment::singleKey:
+        assignment.kind = Kind::sendKey;
         assignment.key = isKey(fields.param1) ? static_cast<quint16>(fields.param1) : 0;
         assignment.modifiers = static_cast<quint8>(fields.param2);
         break;
@@ -44,8 +44,10 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
         assignment.program = fields.programPath;
         break;
     case Assignment::defaultKey:
-        if (isKey(fields.param1))
+        if (isKey(fields.param1) && fields.param1 != key) {
+            assignment.kind = Kind::sendKey;
             assignment.key = static_cast<quint16>(fields.param1);
+        }
         break;
     default:
         assignment.kind = Kind::disabled; // the window shows it as mapped, so it must not act as a default key
@@ -54,13 +56,7 @@ KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key)
     return assignment;
 }
 
-KeyMap::KeyMap()
-{
-    for (quint16 key = 0; key < mAssignments.size(); ++key)
-        mAssignments[key].key = key;
-}
-
-KeyMap::KeyMap(const QVariantMap &profile) : KeyMap()
+KeyMap::KeyMap(const QVariantMap &profile)
 {
     const QVariantMap keys = ProfileRecord::keys(profile);
     for (auto entry = keys.constBegin(); entry != keys.constEnd(); ++entry) {

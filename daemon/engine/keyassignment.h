@@ -12,9 +12,9 @@
 /// The action of one key. Each kind uses only its own fields.
 struct KeyAssignment
 {
-    enum class Kind { sendKey, disabled, switchProfile, launchProgram, playMacro };
+    enum class Kind { defaultKey, sendKey, disabled, switchProfile, launchProgram, playMacro };
 
-    Kind kind = Kind::sendKey;
+    Kind kind = Kind::defaultKey;
     quint16 key = 0;      ///< sendKey: usage on the Keyboard/Keypad page; 0 when only modifiers are sent
     quint8 modifiers = 0; ///< sendKey: modifier byte of the boot keyboard
     int index = 0;        ///< switchProfile: index in "Profiles"; playMacro: index in "Macros"
@@ -24,16 +24,15 @@ struct KeyAssignment
     bool operator==(const KeyAssignment &) const = default;
 };
 
-/// The assignment of `key` according to `entry`, a key mapping entry. A default key sends the code in its entry, or its
-/// own code without one. A key without entry or command also sends its own code. A key with an unknown command does
-/// nothing.
+/// The assignment of `key` according to `entry`, a key mapping entry. A key without entry or command is a default key.
+/// A default entry with the code of another key sends that key. A key with an unknown command does nothing.
 [[nodiscard]] KeyAssignment assignmentOf(const QVariantMap &entry, quint16 key);
 
 /// The assignments of one profile, as a table: a look-up allocates nothing.
 class KeyMap
 {
 public:
-    KeyMap(); ///< every key sends its own code
+    KeyMap() = default; ///< every key is a default key
     explicit KeyMap(const QVariantMap &profile);
 
     /// `key`: at most HidUsage::lastKey.

@@ -79,19 +79,19 @@ EngineOutputs KeyEngine::setGameMode(bool isOn)
     return outputs;
 }
 
-EngineOutputs KeyEngine::keyDown(HidUsage key, Time now)
+EngineOutputs KeyEngine::keyDown(HidUsage key, HidUsage own, Time now)
 {
     EngineOutputs outputs;
     if (std::ranges::find(mPresses, key, &Press::key) != mPresses.end())
         return outputs;
     const quint8 modifiers = heldModifiers();
-    Press &press = mPresses.emplace_back(Press{.key = key});
+    Press &press = mPresses.emplace_back(Press{.key = key, .own = own, .isCaptured = mIsCapturing});
     const bool isKey = key.page == HidUsage::keyboardPage && key.usage <= HidUsage::lastKey;
     if (mIsCapturing) {
         if (isKey)
             outputs.append({.kind = Kind::captured, .usage = key, .modifiers = modifiers});
     } else if (!isKey) {
-        sendKey(press, 0, key, outputs);
+        sendKey(press, 0, own, outputs);
     } else if (!mIsGameModeOn || !key.isCommand()) {
         begin(press, mMap.assignment(key.usage), now, outputs);
     }
@@ -155,6 +155,7 @@ QList<HidUsage> KeyEngine::sentDown() const
 void KeyEngine::begin(Press &press, const KeyAssignment &assignment, Time now, EngineOutputs &outputs)
 {
     switch (assignment.kind) {
+    case KeyAssignment::Kind::defaultKey: sendKey(press, 0, press.own, outputs); break;
     case KeyAssignment::Kind::sendKey:
         sendKey(press, assignment.modifiers, {HidUsage::keyboardPage, assignment.key}, outputs);
         break;
@@ -221,7 +222,8 @@ void KeyEngine::endPress(Press &press, EngineOutputs &outputs)
     if (press.sent.usage != 0)
         sendUp(press.sent, outputs);
     forEachModifier(press.modifiers, [&](HidUsage modifier) { sendUp(modifier, outputs); });
-    press = Press{.key = press.key};
+    press.modifiers = 0;
+    press.sent = {};
 }
 
 void KeyEngine::sendDown(HidUsage usage, EngineOutputs &outputs)
@@ -248,6 +250,14 @@ quint8 KeyEngine::heldModifiers() const
 {
     quint8 modifiers = 0;
     for (const Press &press : mPresses)
-        modifiers |= press.key.modifierBit();
+        modifiers |= press.heldModifiers();
     return modifiers;
+}
+
+quint8 KeyEngine::Press::heldModifiers() const
+{
+    if (isCaptured)
+        return own.modifierBit();
+    const bool isWithOtherKey = sent.usage != 0 && !sent.isModifier();
+    return isWithOtherKey ? 0 : modifiers | sent.modifierBit();
 }

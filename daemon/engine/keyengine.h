@@ -23,7 +23,7 @@ struct EngineOutput
 
     Kind kind = Kind::sendDown;
     HidUsage usage = {};   ///< sendDown, sendUp; captured: the key that was pressed
-    quint8 modifiers = 0;  ///< captured: modifier byte of the other held keys
+    quint8 modifiers = 0;  ///< captured: modifier byte of what the other held keys send
     int profileIndex = -1; ///< switchProfile: index in "Profiles", which may not exist
     QString program = {};  ///< launchProgram: path
 
@@ -68,8 +68,11 @@ public:
     /// held and stops the macros that they have started.
     [[nodiscard]] EngineOutputs setGameMode(bool isOn);
 
-    /// Ignores a second press without a release, and a release without a press.
-    [[nodiscard]] EngineOutputs keyDown(HidUsage key, Time now);
+    /// Ignores a second press without a release, and a release without a press. `key`: finds the assignment. `own`:
+    /// what the keyboard itself reports, which a default key sends. It is another key, or one on HidUsage::systemPage,
+    /// if the system has changed the key.
+    [[nodiscard]] EngineOutputs keyDown(HidUsage key, HidUsage own, Time now);
+    [[nodiscard]] EngineOutputs keyDown(HidUsage key, Time now) { return keyDown(key, key, now); }
     [[nodiscard]] EngineOutputs keyUp(HidUsage key, Time now);
     /// Releases everything: first the macros, then the keys from the last pressed to the first. Must be called when the
     /// keyboard is removed or the daemon ends.
@@ -83,12 +86,17 @@ public:
     [[nodiscard]] QList<HidUsage> sentDown() const;
 
 private:
-    /// A held key and the usages that its press sent down.
+    /// A held key and the usages that its press sent down, or would have without a capture.
     struct Press
     {
         HidUsage key;
+        HidUsage own;
+        bool isCaptured = false;
         quint8 modifiers = 0; // modifier byte
         HidUsage sent = {};   // usage 0: none
+
+        /// The modifiers that the user holds with this key.
+        [[nodiscard]] quint8 heldModifiers() const;
     };
 
     struct SentUsage

@@ -18,14 +18,16 @@ public:
 
     using QObject::QObject;
 
-    /// Makes the computer see `usage` go down or up, at the latest with the next flush(). Allocates nothing.
+    /// Makes the computer see `usage`, possibly on HidUsage::systemPage, go down or up, at the latest with the next
+    /// flush(). Allocates nothing.
     virtual void send(HidUsage usage, bool isDown) = 0;
     /// Ends the report of everything sent since the last call.
     virtual void flush() = 0;
 
 Q_SIGNALS:
     // Emitted on the channel's thread, so a key reaches the engine without an allocation.
-    void keyChanged(HidUsage key, bool isDown, KeyChannel::Time time); ///< `time`: of the event; not after now
+    /// `time`: of the event; not after now. `own`: what the keyboard itself reports, see KeyEngine::keyDown().
+    void keyChanged(HidUsage key, bool isDown, KeyChannel::Time time, HidUsage own);
     /// The keyboard was removed or released: everything that its keys have begun must end. Keys may still be down, and
     /// their releases will not come.
     void keysLost();

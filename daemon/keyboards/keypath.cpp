@@ -81,7 +81,7 @@ void KeyPath::wake()
     perform(mEngine.advance(mClock.now()));
 }
 
-void KeyPath::takeKey(HidUsage key, bool isDown, Time time)
+void KeyPath::takeKey(HidUsage key, bool isDown, Time time, HidUsage own)
 {
     if (!mIsStarted)
         return;
@@ -89,7 +89,7 @@ void KeyPath::takeKey(HidUsage key, bool isDown, Time time)
         HandOver::give();
         Q_EMIT keyChanged(key, isDown, time);
     }
-    perform(isDown ? mEngine.keyDown(key, time) : mEngine.keyUp(key, time));
+    perform(isDown ? mEngine.keyDown(key, own, time) : mEngine.keyUp(key, time));
 }
 
 void KeyPath::perform(const EngineOutputs &outputs)

@@ -76,7 +76,7 @@ Q_SIGNALS:
     void programChosen(const QString &program);
 
 private:
-    void takeKey(HidUsage key, bool isDown, Time time);
+    void takeKey(HidUsage key, bool isDown, Time time, HidUsage own);
     void releaseAll();
     void perform(const EngineOutputs &outputs);
     void chooseProfile(int index);

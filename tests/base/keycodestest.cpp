@@ -32,6 +32,7 @@ class KeyCodesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void everyCodeIsItsOwnUsage();
     void tableIsAscendingAndAgreesWithLibevdev();
     void lettersDigitsAndFunctionKeysHaveTheirUsualNames();
     void everyKeyOfTheLayoutHasACode();
@@ -42,6 +43,14 @@ private Q_SLOTS:
     void scanCodeTakesPrecedence_data();
     void scanCodeTakesPrecedence();
 };
+
+void KeyCodesTest::everyCodeIsItsOwnUsage()
+{
+    for (quint16 code = 0; code < KeyCodes::codeCount; ++code)
+        QCOMPARE(KeyCodes::linuxCode(KeyCodes::ownUsageOfCode(code)), code);
+    QCOMPARE(KeyCodes::ownUsageOfCode(KEY_LEFTCTRL), (HidUsage{HidUsage::keyboardPage, 224})); // shared with Control
+    QCOMPARE(KeyCodes::linuxCode({HidUsage::systemPage, KeyCodes::codeCount}), std::nullopt);
+}
 
 void KeyCodesTest::tableIsAscendingAndAgreesWithLibevdev()
 {

@@ -67,7 +67,8 @@ private:
     void change(quint16 key, bool isDown)
     {
         runOnKeys([key, isDown](NotingChannel &channel) {
-            Q_EMIT channel.keyChanged({HidUsage::keyboardPage, key}, isDown, KeyChannel::Time(0));
+            const HidUsage usage{HidUsage::keyboardPage, key};
+            Q_EMIT channel.keyChanged(usage, isDown, KeyChannel::Time(0), usage);
         });
     }
 

@@ -63,11 +63,6 @@ TranslatorOutput KeyTranslator::removeNode(int index)
     return {};
 }
 
-bool KeyTranslator::isDown(quint16 code) const
-{
-    return std::ranges::any_of(*mNodes, [code](const Node &node) { return node.isTaken && node.down[code] != up; });
-}
-
 TranslatorOutput KeyTranslator::press(Node &node, quint16 code, bool hasScanCode)
 {
     if (node.down[code] != up)
@@ -78,7 +73,7 @@ TranslatorOutput KeyTranslator::press(Node &node, quint16 code, bool hasScanCode
         return {};
     if (meaning >= firstOfReleaseChord && meaning <= lastOfReleaseChord && isReleaseChordHeld())
         return {.kind = Kind::releaseChord};
-    return keyOutput(meaning, true);
+    return keyOutput(meaning, code, true);
 }
 
 TranslatorOutput KeyTranslator::release(Node &node, quint16 code)
@@ -89,7 +84,7 @@ TranslatorOutput KeyTranslator::release(Node &node, quint16 code)
     node.down[code] = up;
     if (--mHolders[meaning] > 0)
         return {};
-    return keyOutput(meaning, false);
+    return keyOutput(meaning, code, false);
 }
 
 KeyTranslator::Meaning KeyTranslator::meaningOf(const Node &node, quint16 code, bool hasScanCode)
@@ -107,9 +102,9 @@ bool KeyTranslator::isReleaseChordHeld() const
                        [](quint16 holders) { return holders > 0; });
 }
 
-TranslatorOutput KeyTranslator::keyOutput(Meaning meaning, bool isDown)
+TranslatorOutput KeyTranslator::keyOutput(Meaning meaning, quint16 code, bool isDown)
 {
     if (meaning < firstPassed)
-        return {.kind = Kind::key, .isDown = isDown, .code = meaning};
-    return {.kind = Kind::passedKey, .isDown = isDown, .code = static_cast<quint16>(meaning - firstPassed)};
+        return {.kind = Kind::key, .isDown = isDown, .usage = meaning, .code = code};
+    return {.kind = Kind::passedKey, .isDown = isDown, .code = code};
 }

@@ -26,7 +26,8 @@ struct TranslatorOutput
 
     Kind kind = Kind::none;
     bool isDown = false; ///< key, passedKey
-    quint16 code = 0;    ///< key: usage; passedKey: Linux key code; motion: REL_ code
+    quint16 usage = 0;   ///< key: on the keyboard page
+    quint16 code = 0;    ///< key, passedKey: the Linux key code of the node; motion: REL_ code
     int value = 0;       ///< motion
 
     bool operator==(const TranslatorOutput &) const = default;
@@ -62,9 +63,6 @@ public:
     /// which means that all keys are up and the place is free.
     [[nodiscard]] TranslatorOutput removeNode(int node);
 
-    /// Whether a key with this code, below KeyCodes::codeCount, is down on any node.
-    [[nodiscard]] bool isDown(quint16 code) const;
-
 private:
     /// The meaning of a key that is down: a usage of the keyboard page below firstPassed, otherwise firstPassed plus a
     /// key code.
@@ -87,7 +85,7 @@ private:
     [[nodiscard]] TranslatorOutput release(Node &node, quint16 code);
     [[nodiscard]] static Meaning meaningOf(const Node &node, quint16 code, bool hasScanCode);
     [[nodiscard]] bool isReleaseChordHeld() const;
-    [[nodiscard]] static TranslatorOutput keyOutput(Meaning meaning, bool isDown);
+    [[nodiscard]] static TranslatorOutput keyOutput(Meaning meaning, quint16 code, bool isDown);
 
     std::unique_ptr<std::array<Node, maximumNodes>> mNodes;
     std::array<quint16, firstPassed + KeyCodes::codeCount> mHolders{}; // by meaning

@@ -46,25 +46,13 @@ void LinuxKeyChannel::removeAllNodes()
 
 void LinuxKeyChannel::send(HidUsage usage, bool isDown)
 {
-    const std::optional<quint16> code = codeToSend(usage, isDown);
+    const std::optional<quint16> code = KeyCodes::linuxCode(usage);
     if (!mOutput || !code)
         return;
     if (!isDown)
         mOutput->release(*code);
     else if (mGrabbedNodes > 0)
         mOutput->press(*code);
-}
-
-/// A macro key without an assignment reaches the desktop with its keyboard's dedicated code, if it has one.
-std::optional<quint16> LinuxKeyChannel::codeToSend(HidUsage usage, bool isDown)
-{
-    if (const std::optional<quint16> code = KeyCodes::macroKeyCode(usage)) {
-        const bool isByCode = isDown ? mTranslator.isDown(*code) : mSentByCode[*code];
-        mSentByCode[*code] = isDown && isByCode;
-        if (isByCode)
-            return code;
-    }
-    return KeyCodes::linuxCode(usage);
 }
 
 void LinuxKeyChannel::flush()
@@ -77,7 +65,7 @@ inline void LinuxKeyChannel::perform(TranslatorOutput output, Time time)
 {
     switch (output.kind) {
     case TranslatorOutput::Kind::none: break;
-    case TranslatorOutput::Kind::key: takeKey(output.code, output.isDown, time); break;
+    case TranslatorOutput::Kind::key: takeKey(output.usage, output.code, output.isDown, time); break;
     case TranslatorOutput::Kind::passedKey: passKey(output.code, output.isDown, time); break;
     case TranslatorOutput::Kind::motion: mOutput->moveWheel(output.code, output.value); break;
     case TranslatorOutput::Kind::releaseChord: ungrabAll(); break;
@@ -134,13 +122,13 @@ void LinuxKeyChannel::removeFromTranslator(EventDevice &node)
     flush();
 }
 
-void LinuxKeyChannel::takeKey(quint16 usage, bool isDown, Time time)
+void LinuxKeyChannel::takeKey(quint16 usage, quint16 code, bool isDown, Time time)
 {
     if (!mOldestKey)
         mOldestKey = time;
     // Of two nodes, the one that is read later may have the older event.
     mLatestTime = std::max(mLatestTime, time);
-    Q_EMIT keyChanged({HidUsage::keyboardPage, usage}, isDown, mLatestTime);
+    Q_EMIT keyChanged({HidUsage::keyboardPage, usage}, isDown, mLatestTime, KeyCodes::ownUsageOfCode(code));
 }
 
 bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown)

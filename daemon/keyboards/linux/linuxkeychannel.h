@@ -57,10 +57,9 @@ private:
     void nodeStateChanged(EventDevice &node) override;
 
     void perform(TranslatorOutput output, Time time);
-    void takeKey(quint16 usage, bool isDown, Time time);
+    void takeKey(quint16 usage, quint16 code, bool isDown, Time time);
     void passKey(quint16 code, bool isDown, Time time);
     [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown);
-    [[nodiscard]] std::optional<quint16> codeToSend(HidUsage usage, bool isDown);
     void removeFromTranslator(EventDevice &node);
     void ungrabAll();
     void showLeds();
@@ -75,8 +74,7 @@ private:
     std::optional<Time> mOldestKey; // of those read and not yet measured
     LatencyHistogram mHistogram;
     std::atomic<quint64> mLostEvents = 0;
-    std::bitset<KeyCodes::codeCount> mOwnDown;    // own keys that the desktop does not see
-    std::bitset<KeyCodes::codeCount> mSentByCode; // see KeyCodes::macroKeyCode()
+    std::bitset<KeyCodes::codeCount> mOwnDown; // own keys that the desktop does not see
     int mGrabbedNodes = 0;
     bool mIsLit = false;
 };

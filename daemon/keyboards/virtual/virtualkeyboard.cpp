@@ -111,7 +111,7 @@ void VirtualKeyboard::releaseAll()
 void VirtualKeyboard::announce(HidUsage key, bool isDown)
 {
     if (key.page != HidUsage::consumerPage) // the keyboard's own: the daemon sees their effect, not the keys
-        Q_EMIT mChannel.keyChanged(key, isDown, mNow());
+        Q_EMIT mChannel.keyChanged(key, isDown, mNow(), key);
 }
 
 VirtualKeyboard::Outcome VirtualKeyboard::pressGameMode()

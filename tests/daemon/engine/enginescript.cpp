@@ -16,11 +16,14 @@ using KeyMappings::Assignment;
 namespace {
 
 constexpr QLatin1StringView buttonPrefix("Button");
+constexpr QLatin1StringView codePrefix("Code");
 
 std::optional<HidUsage> usageOf(const QString &name)
 {
     if (name.startsWith(buttonPrefix))
         return HidUsage{HidUsage::buttonPage, name.sliced(buttonPrefix.size()).toUShort()};
+    if (name.startsWith(codePrefix))
+        return HidUsage{HidUsage::systemPage, name.sliced(codePrefix.size()).toUShort()};
     const std::optional<int> code = keyCodeForName(name);
     return code ? std::optional(HidUsage{HidUsage::keyboardPage, static_cast<quint16>(*code)}) : std::nullopt;
 }
@@ -30,6 +33,8 @@ QString nameOf(HidUsage usage)
 {
     if (usage.page == HidUsage::buttonPage)
         return buttonPrefix + QString::number(usage.usage);
+    if (usage.page == HidUsage::systemPage)
+        return codePrefix + QString::number(usage.usage);
     const KeyRow *row = KeyLayout::rowForCode(usage.usage);
     return row ? QString(row->outlet.sliced(1)) : u"usage %1"_s.arg(usage.usage);
 }
@@ -165,10 +170,11 @@ QString EngineScript::runEvent(const QStringList &words)
     if (words.first() == "wait"_L1 || words.first() == "stall"_L1)
         return pass(words);
     const std::optional<HidUsage> key = usageOf(words.value(1));
-    if (!key)
+    const std::optional<HidUsage> own = words.value(2) == "as"_L1 ? usageOf(words.value(3)) : key;
+    if (!key || !own)
         return u"no such key"_s;
     if (words.first() == "press"_L1)
-        take(mEngine.keyDown(*key, mNow));
+        take(mEngine.keyDown(*key, *own, mNow));
     else if (words.first() == "release"_L1)
         take(mEngine.keyUp(*key, mNow));
     else

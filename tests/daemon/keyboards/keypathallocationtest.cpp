@@ -86,7 +86,11 @@ private Q_SLOTS:
     void macroEventsAllocateNothing();
 
 private:
-    void change(quint16 key, bool isDown) { Q_EMIT mChannel.keyChanged({HidUsage::keyboardPage, key}, isDown, mNow); }
+    void change(quint16 key, bool isDown)
+    {
+        const HidUsage usage{HidUsage::keyboardPage, key};
+        Q_EMIT mChannel.keyChanged(usage, isDown, mNow, usage);
+    }
 
     NotingChannel mChannel;
     KeyPath::Time mNow{};

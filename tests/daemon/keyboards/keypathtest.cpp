@@ -65,8 +65,14 @@ private Q_SLOTS:
     void capturedKeysAreReportedAndNotSent();
 
 private:
-    void press(quint16 key) { Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, key}, true, mNow); }
-    void release(quint16 key) { Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, key}, false, mNow); }
+    void press(quint16 key)
+    {
+        Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, key}, true, mNow, {HidUsage::keyboardPage, key});
+    }
+    void release(quint16 key)
+    {
+        Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, key}, false, mNow, {HidUsage::keyboardPage, key});
+    }
     void tap(quint16 key)
     {
         press(key);
@@ -289,7 +295,7 @@ void KeyPathTest::macroRunsByTheTimeOfTheKey()
 {
     const KeyPath::Time pressed = mNow;
     mNow += 4ms; // the delay of the key on its way
-    Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, macroKey}, true, pressed);
+    Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, macroKey}, true, pressed, {HidUsage::keyboardPage, macroKey});
     QCOMPARE(mWakeTime, std::optional(KeyPath::Time(pressed + 10ms)));
 }
 
@@ -303,7 +309,7 @@ void KeyPathTest::keysAreReportedWithTheirOwnTimeWhenWanted()
     mPath->listen({.isCapturing = true, .isReporting = true});
     const KeyPath::Time pressed = mNow;
     mNow += 3ms;
-    Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, keyB}, true, pressed);
+    Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, keyB}, true, pressed, {HidUsage::keyboardPage, keyB});
     QCOMPARE(reported, (QList<std::pair<quint16, KeyPath::Time>>{{keyB, pressed}}));
     mPath->listen({});
     release(keyB);

@@ -75,7 +75,8 @@ private:
     void change(NotingChannel &channel, std::size_t index)
     {
         mIsDown[index] = !mIsDown[index];
-        Q_EMIT channel.keyChanged({HidUsage::keyboardPage, keys[index]}, mIsDown[index], KeyPath::Time(0));
+        const HidUsage usage{HidUsage::keyboardPage, keys[index]};
+        Q_EMIT channel.keyChanged(usage, mIsDown[index], KeyPath::Time(0), usage);
     }
 
     ThreadedKeyboard &mKeyboard;
@@ -205,8 +206,10 @@ void KeyPathThreadTest::bothSidesAgreeAfterSimultaneousSwitches()
         for (const int offset : {random.bounded(3), random.bounded(3)}) {
             const auto key = static_cast<quint16>(58 + offset);
             keyboard.postToKeys([key](NotingChannel &channel) {
-                Q_EMIT channel.keyChanged({HidUsage::keyboardPage, key}, true, KeyPath::Time(0));
-                Q_EMIT channel.keyChanged({HidUsage::keyboardPage, key}, false, KeyPath::Time(0));
+                for (const bool isDown : {true, false}) {
+                    const HidUsage usage{HidUsage::keyboardPage, key};
+                    Q_EMIT channel.keyChanged(usage, isDown, KeyPath::Time(0), usage);
+                }
             });
         }
         if (random.bounded(2) == 0)

@@ -66,11 +66,12 @@ void LinuxKeyChannelTest::init()
     mChannel->setOutput(mPipe->device());
     mKeys.clear();
     // Like the key path without assignments.
-    connect(mChannel.get(), &KeyChannel::keyChanged, this, [this](HidUsage usage, bool isDown) {
-        mKeys += u"%1 %2"_s.arg(usage.usage).arg(isDown ? "down"_L1 : "up"_L1);
-        mChannel->send(usage, isDown);
-        mChannel->flush();
-    });
+    connect(mChannel.get(), &KeyChannel::keyChanged, this,
+            [this](HidUsage usage, bool isDown, KeyChannel::Time, HidUsage own) {
+                mKeys += u"%1 %2"_s.arg(usage.usage).arg(isDown ? "down"_L1 : "up"_L1);
+                mChannel->send(own, isDown);
+                mChannel->flush();
+            });
 }
 
 void LinuxKeyChannelTest::cleanup()
@@ -88,7 +89,7 @@ void LinuxKeyChannelTest::reportsKeysByTheirUsage()
     mFirst->press(KEY_LEFTCTRL, 0x70039); // a table of the system has mapped Caps Lock to Control
     mFirst->release(KEY_LEFTCTRL, 0x70039);
     QTRY_COMPARE(mKeys, (QStringList{u"57 down"_s, u"57 up"_s}));
-    QCOMPARE(mPipe->keys(), (QStringList{u"58 down"_s, u"58 up"_s}));
+    QCOMPARE(mPipe->keys(), (QStringList{u"29 down"_s, u"29 up"_s}));
 }
 
 void LinuxKeyChannelTest::passesMediaKeysOn()

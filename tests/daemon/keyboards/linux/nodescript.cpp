@@ -89,7 +89,12 @@ void NodeScript::show(const TranslatorOutput &output)
 {
     switch (output.kind) {
     case TranslatorOutput::Kind::none: break;
-    case TranslatorOutput::Kind::key: showKey(nameOf({HidUsage::keyboardPage, output.code}), output.isDown); break;
+    case TranslatorOutput::Kind::key: {
+        const HidUsage key{HidUsage::keyboardPage, output.usage};
+        const bool isChanged = output.isDown && KeyCodes::linuxCode(key) != output.code;
+        showKey(nameOf(key), output.isDown, isChanged ? u" as "_s + nameOf(EV_KEY, output.code) : QString());
+        break;
+    }
     case TranslatorOutput::Kind::passedKey: showKey(u"pass "_s + nameOf(EV_KEY, output.code), output.isDown); break;
     case TranslatorOutput::Kind::motion:
         mOutputs += u"turn %1 %2"_s.arg(nameOf(EV_REL, output.code)).arg(output.value);
@@ -98,11 +103,11 @@ void NodeScript::show(const TranslatorOutput &output)
     }
 }
 
-void NodeScript::showKey(const QString &key, bool isDown)
+void NodeScript::showKey(const QString &key, bool isDown, const QString &own)
 {
     if (isDown)
         mDown += key;
     else
         mDown -= key;
-    mOutputs += key + (isDown ? u" down"_s : u" up"_s);
+    mOutputs += key + own + (isDown ? u" down"_s : u" up"_s);
 }
