@@ -70,17 +70,16 @@ QString eventDeviceLine(const QVariantMap &device)
 std::optional<QString> deviceRule(const QVariantMap &device, uint userId)
 {
     const QString id = device.value(DeviceKeys::id).toString();
-    const std::optional<QString> fileName = deviceRuleFileName(device);
-    if (!fileName || !isPlainId(id))
+    if (!canBeNamed(device) || !isPlainId(id))
         return {};
     const QString hid = u"????:%1:%2.*"_s.arg(hexadecimal(device.value(DeviceKeys::vendor).toUInt()).toUpper(),
                                               hexadecimal(device.value(DeviceKeys::product).toUInt()).toUpper());
     return QStringList{
         u"# Lets the user at the seat use %1 with Quill Kestra. To install it:"_s.arg(meaningOf(device)),
-        u"#   kestractl device rule %1 | sudo tee /etc/udev/rules.d/%2"_s.arg(id, *fileName),
+        u"#   kestractl device rule %1 | sudo tee /etc/udev/rules.d/70-quill-kestra-%1.rules"_s.arg(id),
         u"#   sudo udevadm control --reload && sudo udevadm trigger --action=change --subsystem-match=input "
         "--subsystem-match=misc --subsystem-match=leds"_s,
-        u"# To take it back, remove the file and do the second line again."_s,
+        u"# To take it back, remove this file and restart the computer. Until then, devices keep the right."_s,
         eventDeviceLine(device),
         u"ACTION!=\"remove\", SUBSYSTEM==\"misc\", KERNEL==\"uinput\", OPTIONS+=\"static_node=uinput\", "
         "TAG+=\"uaccess\""_s,

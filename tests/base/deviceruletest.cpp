@@ -19,6 +19,8 @@ private Q_SLOTS:
     void namesTheKeyboardAsExactlyAsPossible_data();
     void namesTheKeyboardAsExactlyAsPossible();
     void grantsNothingElse();
+    void documentsInstallItInTheSameWay();
+    void explainsHowToTakeItBack();
     void textFromTheKeyboardCannotAddToTheRule_data();
     void textFromTheKeyboardCannotAddToTheRule();
     void refusesKeyboardsThatCannotBeNamed_data();
@@ -28,7 +30,6 @@ private Q_SLOTS:
     void eventDeviceRuleGrantsNothingElse();
     void eachKeyboardHasAFileOfItsOwn();
     void fileNameIsMadeOfDigits();
-    void printedInstructionsNameTheFile();
 };
 
 namespace {
@@ -48,6 +49,23 @@ QStringList rulesOf(const QVariantMap &keyboard)
     QStringList lines = deviceRule(keyboard, 1000).value_or(QString()).split(u'\n', Qt::SkipEmptyParts);
     lines.removeIf([](const QString &line) { return line.startsWith(u'#'); });
     return lines;
+}
+
+/// The comments of the rule for the keyboard with this ID, without their marks.
+QStringList commentsOf(const QString &id)
+{
+    QVariantMap keyboard = device(u"S"_s, u"p"_s);
+    keyboard.insert(u"Id"_s, id);
+    QStringList lines = deviceRule(keyboard, 1000).value_or(QString()).split(u'\n').filter(u"#"_s);
+    for (QString &line : lines)
+        line = line.mid(1).simplified();
+    return lines;
+}
+
+QString contentOf(const char *path)
+{
+    QFile file(QString::fromUtf8(path));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 } // namespace
@@ -87,6 +105,29 @@ void DeviceRuleTest::grantsNothingElse()
     QVERIFY(rules.at(2).contains(u"RUN+=\"/bin/chown -f 1000 %S%p/brightness %S%p/multi_intensity\""_s));
     for (const QString &rule : rules)
         QVERIFY2(!rule.contains(u"MODE"_s) && !rule.contains(u"GROUP"_s), qPrintable(rule));
+}
+
+// Each keyboard has a file of its own: the rule of a second one must not replace that of the first.
+void DeviceRuleTest::documentsInstallItInTheSameWay()
+{
+    const QStringList comments = commentsOf(u"ID"_s);
+    const QString readme = contentOf(KESTRA_README).simplified();
+    const QString install = u"kestractl device rule ID | sudo tee /etc/udev/rules.d/70-quill-kestra-ID.rules"_s;
+    QCOMPARE(comments.filter(u"| sudo tee"_s), QStringList{install});
+    QVERIFY(readme.contains(install));
+    const QStringList reload = comments.filter(u"udevadm"_s);
+    QCOMPARE(reload.size(), 1);
+    QVERIFY2(readme.contains(reload.first()), qPrintable(reload.first()));
+    const QString manual = contentOf(KESTRA_MAN_PAGE).remove(u'\\');
+    QVERIFY(manual.contains(commentsOf(u"1b2c:00af"_s).filter(u"| sudo tee"_s).first()));
+}
+
+void DeviceRuleTest::explainsHowToTakeItBack()
+{
+    // The access list of a device outlives the rule, and udev removes it only with the device.
+    const QString text = u"remove this file and restart the computer"_s;
+    QCOMPARE(commentsOf(u"ID"_s).filter(text).size(), 1);
+    QVERIFY(contentOf(KESTRA_README).simplified().contains(u"remove the file and restart the computer"_s));
 }
 
 void DeviceRuleTest::textFromTheKeyboardCannotAddToTheRule_data()
@@ -194,13 +235,6 @@ void DeviceRuleTest::fileNameIsMadeOfDigits()
         const QString name = deviceRuleFileName(device(serial, u"p"_s)).value_or(QString());
         QVERIFY2(digits.match(name).hasMatch(), qPrintable(name));
     }
-}
-
-void DeviceRuleTest::printedInstructionsNameTheFile()
-{
-    const QVariantMap keyboard = device(u"S"_s, u"p"_s);
-    const QString name = deviceRuleFileName(keyboard).value_or(u"?"_s);
-    QVERIFY(deviceRule(keyboard, 1000).value_or(QString()).contains(u"/etc/udev/rules.d/"_s + name));
 }
 
 QTEST_GUILESS_MAIN(DeviceRuleTest)

@@ -319,10 +319,12 @@ void LinuxDevices::synchronize()
     if (isPossible)
         setWanted(true);
     const QList<Node> nodes = isPossible ? nodesToGrab() : QList<Node>();
+    const auto isToGrab = [&nodes](const QString &systemPath) {
+        return std::ranges::any_of(nodes, [&](const Node &node) { return node.info.systemPath == systemPath; });
+    };
+    mLoggedProblems.removeIf([&](const auto &logged) { return !isToGrab(logged.key()); });
     mNodes.removeIf([&](const Node &node) {
-        const bool isWanted = std::ranges::any_of(
-            nodes, [&](const Node &other) { return other.info.systemPath == node.info.systemPath; });
-        if (isWanted && node.error == 0)
+        if (isToGrab(node.info.systemPath) && node.error == 0)
             return false;
         mKeyboard.removeNode(node.id);
         return true;
@@ -343,12 +345,14 @@ void LinuxDevices::add(Node node)
     node.id = ++mLastNodeId;
     std::unique_ptr<EventFile> file = mServices.openNode(node.info.node, node.error);
     if (file) {
-        qCInfo(lcKeyboard, "keyboard: %s (%s) chosen, opened", qUtf8Printable(node.info.node),
-               qUtf8Printable(node.deviceName));
+        const bool isRetry = mLoggedProblems.contains(node.info.systemPath);
+        if (!isRetry)
+            qCInfo(lcKeyboard, "keyboard: %s (%s) chosen, opened", qUtf8Printable(node.info.node),
+                   qUtf8Printable(node.deviceName));
         mKeyboard.addNode(std::move(file), node.id, node.info.isHid);
     } else {
         node.state = EventDevice::State::refused;
-        qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problemOf(node)));
+        logProblem(node);
     }
     mNodes += node;
 }
@@ -358,18 +362,27 @@ void LinuxDevices::nodeChanged(int id, EventDevice::State state, int error)
     const auto node = std::ranges::find(mNodes, id, &Node::id);
     if (node == mNodes.end())
         return; // was released meanwhile
-    qCInfo(lcKeyboard, "keyboard: %s %s, %s", qUtf8Printable(node->info.node), stateName(node->state),
-           stateName(state));
-    node->state = state;
+    const EventDevice::State before = std::exchange(node->state, state);
     node->error = error;
-    if (const QString problem = problemOf(*node); !problem.isEmpty())
-        qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problem));
+    if (error == 0)
+        mLoggedProblems.remove(node->info.systemPath);
+    if (error == 0 || logProblem(*node))
+        qCInfo(lcKeyboard, "keyboard: %s %s, %s", qUtf8Printable(node->info.node), stateName(before), stateName(state));
     if (state == EventDevice::State::gone || state == EventDevice::State::ungrabbed) {
         mKeyboard.removeNode(id);
         mNodes.erase(node);
     }
     updateAttachment();
     Q_EMIT changed();
+}
+
+bool LinuxDevices::logProblem(const Node &node)
+{
+    const QString problem = problemOf(node);
+    if (std::exchange(mLoggedProblems[node.info.systemPath], problem) == problem)
+        return false;
+    qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problem));
+    return true;
 }
 
 void LinuxDevices::ungrabEveryKeyboard()

@@ -8,6 +8,7 @@
 #include "daemon/keyboards/linux/seatwatch.h"
 #include "daemon/keyboards/linux/udeveventdevices.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <functional>
@@ -82,6 +83,8 @@ private:
     void synchronize();
     void add(Node node);
     void nodeChanged(int id, EventDevice::State state, int error);
+    /// Logs the node's problem, unless it is the one that the log already has. False if it is.
+    bool logProblem(const Node &node);
     void ungrabEveryKeyboard();
     void setWanted(bool isWanted);
     void updateAttachment();
@@ -91,7 +94,8 @@ private:
     Services mServices;
     QList<ChosenDevice> mChoices;
     QList<Node> mNodes;
-    QSet<QString> mSuspended; // system paths of nodes; ignored until they are plugged in again
+    QSet<QString> mSuspended;                // system paths of nodes; ignored until they are plugged in again
+    QHash<QString, QString> mLoggedProblems; // by the system paths of nodes
     QString mOutputProblem;
     int mLastNodeId = 0;
     bool mIsWanted = false;

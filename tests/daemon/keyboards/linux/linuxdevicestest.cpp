@@ -18,6 +18,28 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Collects the messages of the log that name event device 1, during its lifetime.
+class LogOfDevice1
+{
+public:
+    LogOfDevice1()
+    {
+        lines.clear();
+        mBefore = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &message) {
+            if (message.contains("/dev/input/event1 "_L1) || message.contains("/dev/input/event1."_L1))
+                lines += message;
+        });
+    }
+    ~LogOfDevice1() { qInstallMessageHandler(mBefore); }
+    LogOfDevice1(const LogOfDevice1 &) = delete;
+    LogOfDevice1 &operator=(const LogOfDevice1 &) = delete;
+
+    static inline QStringList lines;
+
+private:
+    QtMessageHandler mBefore;
+};
+
 const ChosenDevice chosen{.vendor = 0x1209, .product = 0xAB, .serial = {}, .path = {}};
 
 } // namespace
@@ -45,6 +67,8 @@ private Q_SLOTS:
     void keyboardsAreWantedBeforeTheyAreGrabbed();
     void releaseChordReleasesThemUntilTheyAreChosenOrPluggedInAgain();
     void deviceOfAnotherProgramIsReported();
+    void missingRightIsLoggedOncePerChange();
+    void deviceOfAnotherProgramIsLoggedOnce();
     void keysReachTheComputer();
     void reportsVersionAndAttachment();
     void givesKeyboardsUpWhileAnotherSessionIsActive();
@@ -328,6 +352,43 @@ void LinuxDevicesTest::deviceOfAnotherProgramIsReported()
     QTRY_COMPARE(mDevices->status().state, DeviceState::inUse);
     QCOMPARE(mDevices->status().problem, QString());
     QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::none);
+}
+
+void LinuxDevicesTest::missingRightIsLoggedOncePerChange()
+{
+    const LogOfDevice1 log;
+    mErrors[u"/dev/input/event1"_s] = EACCES;
+    mDevices->useWhenPresent({chosen});
+    QCOMPARE(log.lines.size(), 1);
+    QVERIFY2(log.lines.first().contains("No right"_L1), qPrintable(log.lines.first()));
+    for (int message = 0; message < 3; ++message)
+        mSource->set(mSource->nodes());
+    QCOMPARE(log.lines.size(), 1);
+    mErrors[u"/dev/input/event1"_s] = ENODEV;
+    mSource->set(mSource->nodes());
+    QCOMPARE(log.lines.size(), 2);
+    mErrors.clear();
+    mSource->set(mSource->nodes());
+    QTRY_VERIFY(log.lines.last().contains("grabbed"_L1));
+    mErrors[u"/dev/input/event1"_s] = EACCES;
+    fake(1).unplug();
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event2"_s});
+    const qsizetype before = log.lines.size();
+    mSource->set(mSource->nodes());
+    QCOMPARE(log.lines.size(), before + 1); // refused again
+}
+
+void LinuxDevicesTest::deviceOfAnotherProgramIsLoggedOnce()
+{
+    const LogOfDevice1 log;
+    fake(1).setGrabError(EBUSY);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_VERIFY(!log.lines.filter(u"Another program"_s).isEmpty());
+    const QStringList before = log.lines;
+    QSignalSpy changed(mDevices.get(), &DeviceSource::changed);
+    mSource->set(mSource->nodes());
+    QTRY_VERIFY(changed.size() >= 2); // the second one is the result of another attempt
+    QCOMPARE(log.lines, before);
 }
 
 void LinuxDevicesTest::keysReachTheComputer()
