@@ -38,26 +38,38 @@ void KeyThread::prepare()
 {
     mWatch = std::make_unique<StallWatch>();
     const std::size_t locked = Realtime::lockMemory();
-    const bool isRealTime = Realtime::raiseCurrentThread();
+    (void)Realtime::raiseCurrentThread(); // the keeper looks at the result
     const pid_t thread = Realtime::currentThread();
     QMetaObject::invokeMethod(
         this,
-        [this, isRealTime, thread, locked, isWatched = mWatch->isUsable()] {
+        [this, thread, locked, isWatched = mWatch->isUsable()] {
             if (!isWatched)
                 qCCritical(lcKeyboard, "daemon: no timer, so the key thread is not watched");
             if (locked == 0)
                 qCInfo(lcKeyboard, "desktop: memory cannot be locked, keys may wait for it under load");
-            if (isRealTime)
-                return setRealTime(true);
-            Realtime::askRealtimeKit(thread, this, [this](bool isGiven) { setRealTime(isGiven); });
+            keepRealTime(thread);
         },
         Qt::QueuedConnection);
 }
 
-void KeyThread::setRealTime(bool isRealTime)
+void KeyThread::keepRealTime(pid_t thread)
 {
-    qCInfo(lcKeyboard, "key thread started, real-time priority %s",
-           isRealTime ? "given" : "not given: keys may wait for other programs under load");
-    if (std::exchange(mIsRealTime, isRealTime) != isRealTime)
+    mThreadId = thread;
+    mRealtime = std::make_unique<RealtimeKeeper>(RealtimeKeeper::Services{
+        .isRealTime = [thread] { return Realtime::isRealTime(thread); },
+        .request =
+            [this, thread](const std::function<void()> &answered) {
+                Realtime::askRealtimeKit(QDBusConnection::systemBus(), thread, this, [answered](bool) { answered(); });
+            }});
+    connect(mRealtime.get(), &RealtimeKeeper::found, this, [this](bool isRealTime) {
+        qCInfo(lcKeyboard, "key thread runs, real-time priority %s",
+               isRealTime ? "given" : "not given: keys may wait for other programs under load");
         Q_EMIT realTimeChanged();
+    });
+    mRealtime->start();
+}
+
+bool KeyThread::isRealTime() const
+{
+    return mThreadId != 0 && Realtime::isRealTime(mThreadId);
 }

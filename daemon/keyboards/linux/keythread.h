@@ -5,6 +5,7 @@
 
 #include "daemon/keyboards/keypath.h"
 #include "daemon/keyboards/linux/linuxkeychannel.h"
+#include "daemon/keyboards/linux/realtimekeeper.h"
 #include "daemon/keyboards/linux/stallwatch.h"
 
 #include <QObject>
@@ -25,19 +26,20 @@ public:
     [[nodiscard]] LinuxKeyChannel &channel() { return *mChannel; } ///< lives on the key thread
     [[nodiscard]] const LinuxKeyChannel &channel() const { return *mChannel; }
     [[nodiscard]] KeyPath &keys() { return *mKeys; } ///< lives on the key thread
-    [[nodiscard]] bool isRealTime() const { return mIsRealTime; }
+    [[nodiscard]] bool isRealTime() const;           ///< at this moment
 
 Q_SIGNALS:
     void realTimeChanged();
 
 private:
     void prepare();
-    void setRealTime(bool isRealTime);
+    void keepRealTime(pid_t thread);
 
     QThread mThread;
     QObject mAnchor;                           // lives on the key thread, for calls there
     std::unique_ptr<LinuxKeyChannel> mChannel; // lives and is destroyed there
     std::unique_ptr<KeyPath> mKeys;            // lives and is destroyed there
     std::unique_ptr<StallWatch> mWatch;        // lives, is made and is destroyed there
-    bool mIsRealTime = false;
+    pid_t mThreadId = 0;                       // 0 until the thread has started
+    std::unique_ptr<RealtimeKeeper> mRealtime; // from then on
 };

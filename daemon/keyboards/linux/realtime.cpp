@@ -4,13 +4,16 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QFile>
 #include <QList>
+#include <QProcess>
 
+#include <csignal>
 #include <linux/capability.h>
 #include <sched.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -19,10 +22,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int priority = 5;                           // above all ordinary programs, below sound
-constexpr rlim_t longestRunUs = 1'000'000;            // without a pause
-constexpr rlim_t longestRunOfRealtimeKitUs = 200'000; // RealtimeKit refuses a process that may run longer
-constexpr std::size_t stackPart = 64 * 1024;          // of the calling thread's stack; more than it uses
+constexpr int priority = 5;                  // above all ordinary programs, below sound
+constexpr rlim_t longestRunUs = 1'000'000;   // without a pause
+constexpr std::size_t stackPart = 64 * 1024; // of the calling thread's stack; more than it uses
+constexpr QLatin1StringView realtimeKit{"org.freedesktop.RealtimeKit1"}; // the service and the interface
+constexpr QLatin1StringView realtimeKitPath{"/org/freedesktop/RealtimeKit1"};
 
 /// Follows the kernel's rule: only a process with this right can lock all its future memory.
 bool mayLockAll()
@@ -92,6 +96,90 @@ bool limitRun(rlim_t us, bool isForGood)
     return ::setrlimit(RLIMIT_RTTIME, &limit) == 0;
 }
 
+/// One request to RealtimeKit, in three steps. Deletes itself at its end.
+class RealtimeKitRequest : public QObject
+{
+public:
+    RealtimeKitRequest(const QDBusConnection &bus, pid_t thread, QObject *context,
+                       const std::function<void(bool isGranted)> &done)
+        : QObject(context), mBus(bus), mThread(thread), mDone(done)
+    {
+    }
+
+    void start()
+    {
+        QDBusMessage message = QDBusMessage::createMethodCall(realtimeKit, realtimeKitPath,
+                                                              u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+        message << QString(realtimeKit) << u"RTTimeUSecMax"_s;
+        call(message, [this](const QDBusMessage &reply) {
+            const qlonglong us = reply.arguments().value(0).value<QDBusVariant>().variant().toLongLong();
+            mLongestRunUs = static_cast<rlim_t>(us);
+            if (reply.type() != QDBusMessage::ReplyMessage || us <= 0)
+                return finish(false);
+            rlimit limit = {};
+            const bool isLow = ::getrlimit(RLIMIT_RTTIME, &limit) == 0 && limit.rlim_max <= mLongestRunUs;
+            isLow ? request() : tryInAnotherProcess();
+        });
+    }
+
+private:
+    void tryInAnotherProcess()
+    {
+        mTrial.setChildProcessModifier([us = mLongestRunUs] {
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            (void)limitRun(us, true);
+        });
+        connect(&mTrial, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+            if (error == QProcess::FailedToStart)
+                finish(false);
+        });
+        connect(&mTrial, &QProcess::started, this, [this] {
+            const auto process = static_cast<qulonglong>(mTrial.processId());
+            QDBusMessage message = QDBusMessage::createMethodCall(realtimeKit, realtimeKitPath, realtimeKit,
+                                                                  u"MakeThreadRealtimeWithPID"_s);
+            message << process << process << static_cast<uint>(priority);
+            call(message, [this](const QDBusMessage &reply) {
+                mTrial.disconnect(this);
+                mTrial.kill();
+                reply.type() == QDBusMessage::ReplyMessage ? request() : finish(false);
+            });
+        });
+        mTrial.start(u"sleep"_s, {u"60"_s}); // longer than a call may take
+    }
+
+    void request()
+    {
+        if (!limitRun(mLongestRunUs, true))
+            return finish(false);
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(realtimeKit, realtimeKitPath, realtimeKit, u"MakeThreadRealtime"_s);
+        message << static_cast<qulonglong>(mThread) << static_cast<uint>(priority);
+        call(message, [this](const QDBusMessage &reply) { finish(reply.type() == QDBusMessage::ReplyMessage); });
+    }
+
+    void finish(bool isGranted)
+    {
+        deleteLater(); // and with it the other process
+        mDone(isGranted);
+    }
+
+    void call(const QDBusMessage &message, std::function<void(const QDBusMessage &reply)> take)
+    {
+        auto *watcher = new QDBusPendingCallWatcher(mBus.asyncCall(message), this);
+        connect(watcher, &QDBusPendingCallWatcher::finished, this,
+                [take = std::move(take)](QDBusPendingCallWatcher *finished) {
+                    finished->deleteLater();
+                    take(finished->reply());
+                });
+    }
+
+    QDBusConnection mBus;
+    pid_t mThread;
+    std::function<void(bool isGranted)> mDone;
+    rlim_t mLongestRunUs = 0;
+    QProcess mTrial;
+};
+
 } // namespace
 
 pid_t Realtime::currentThread()
@@ -105,22 +193,19 @@ bool Realtime::raiseCurrentThread()
     return limitRun(longestRunUs, false) && ::sched_setscheduler(0, SCHED_FIFO | SCHED_RESET_ON_FORK, &parameter) == 0;
 }
 
-void Realtime::askRealtimeKit(pid_t thread, QObject *context, const std::function<void(bool isRealTime)> &done)
+bool Realtime::isRealTime(pid_t thread)
 {
-    const QDBusConnection bus = QDBusConnection::systemBus();
-    if (!bus.isConnected() || !limitRun(longestRunOfRealtimeKitUs, true)) {
+    const int policy = ::sched_getscheduler(thread) & ~SCHED_RESET_ON_FORK;
+    return policy == SCHED_FIFO || policy == SCHED_RR;
+}
+
+void Realtime::askRealtimeKit(const QDBusConnection &bus, pid_t thread, QObject *context,
+                              const std::function<void(bool isGranted)> &done)
+{
+    if (bus.isConnected())
+        (new RealtimeKitRequest(bus, thread, context, done))->start();
+    else
         done(false);
-        return;
-    }
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(u"org.freedesktop.RealtimeKit1"_s, u"/org/freedesktop/RealtimeKit1"_s,
-                                       u"org.freedesktop.RealtimeKit1"_s, u"MakeThreadRealtime"_s);
-    message << static_cast<qulonglong>(thread) << static_cast<uint>(priority);
-    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), context);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [done](QDBusPendingCallWatcher *call) {
-        call->deleteLater();
-        done(!QDBusPendingReply<>(*call).isError());
-    });
 }
 
 std::size_t Realtime::lockMemory()

@@ -3,6 +3,7 @@
 // effort: without it everything works, but later under load.
 #pragma once
 
+#include <QDBusConnection>
 #include <QObject>
 
 #include <functional>
@@ -18,10 +19,18 @@ namespace Realtime {
 /// not allow it, which is usual.
 [[nodiscard]] bool raiseCurrentThread();
 
-/// Requests the same from RealtimeKit over the system bus for `thread` of this process. Must be called once, on the
-/// main thread. Returns at once, and later calls `done` on the thread of `context` unless that is gone. The kernel then
-/// ends the process after 0.2 seconds without a pause, which RealtimeKit requires.
-void askRealtimeKit(pid_t thread, QObject *context, const std::function<void(bool isRealTime)> &done);
+/// Whether `thread` of this process has real-time priority at this moment. RealtimeKit takes it away from all threads
+/// when a program occupies the processor.
+[[nodiscard]] bool isRealTime(pid_t thread);
+
+/// Requests the priority from RealtimeKit on `bus` for `thread` of this process. Must be called on the main thread, and
+/// not again before `done`. Returns at once, and later calls `done` on the thread of `context` unless that is gone.
+///
+/// RealtimeKit requires that the kernel ends the process after a fixed time without a pause, usually 0.2 seconds. This
+/// process can never raise that limit again, and its programs inherit it. A process of its own therefore tries first
+/// whether RealtimeKit grants the priority. Without a grant, the limit of this process does not change.
+void askRealtimeKit(const QDBusConnection &bus, pid_t thread, QObject *context,
+                    const std::function<void(bool isGranted)> &done);
 
 /// Locks the memory of the process when it is first used; unused memory costs nothing. If the user's limit
 /// (RLIMIT_MEMLOCK) does not allow all of it, memory on the path of a key comes first. Returns the locked bytes of
