@@ -13,13 +13,14 @@ constexpr int requestStatus = -50;
 std::atomic<std::chrono::microseconds> currentPollInterval{replyPollInterval};
 } // namespace
 
-int sendDaemonRequest(const std::optional<QVariantMap> &request, int command, const std::function<void()> &meanwhile)
+int sendDaemonRequest(const std::optional<QVariantMap> &request, int command, const std::function<void()> &meanwhile,
+                      const std::function<void()> &whileWaiting)
 {
     const std::optional<RemoteMessagePort> port = RemoteMessagePort::open(DaemonProtocol::requestPortName);
     const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(request);
     if (port)
         (void)port->sendRequest(command, data.value_or(QByteArray()), requestSendTimeout, requestReceiveTimeout,
-                                meanwhile);
+                                meanwhile, whileWaiting);
     else if (meanwhile)
         meanwhile();
     return requestStatus;
@@ -33,11 +34,14 @@ std::optional<QByteArray> replyPortCallback(int /*messageIdentifier*/, const std
     return data;
 }
 
-void waitForReply()
+void waitForReply(const std::function<void()> &whileWaiting)
 {
     const LatestReplySlot &slot = LatestReplySlot::shared();
-    for (int poll = 0; poll < replyPollCount && !slot.holdsReply(); ++poll)
+    for (int poll = 0; poll < replyPollCount && !slot.holdsReply(); ++poll) {
         slot.waitFor(currentPollInterval);
+        if (whileWaiting && !slot.holdsReply())
+            whileWaiting();
+    }
 }
 
 void setReplyPollInterval(std::chrono::microseconds interval)

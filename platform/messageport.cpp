@@ -8,6 +8,7 @@
 #include <QDBusReply>
 
 #include <algorithm>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +26,16 @@ QDBusMessage requestMessage(const QString &busName, qint32 messageIdentifier, co
     message.setAutoStartService(false);
     message << messageIdentifier << data;
     return message;
+}
+
+/// QtDBus has no wait with a limit. The pauses grow with the wait, so an answer that comes at once is noticed at once.
+void pollUntilFinished(const QDBusPendingCall &call, const std::function<void()> &whileWaiting)
+{
+    constexpr std::chrono::microseconds longestPause{10'000};
+    for (std::chrono::microseconds pause{50}; !call.isFinished(); pause = std::min(pause * 5 / 4, longestPause)) {
+        std::this_thread::sleep_for(pause);
+        whileWaiting();
+    }
 }
 
 int milliseconds(std::chrono::milliseconds duration)
@@ -125,12 +136,14 @@ RemoteMessagePort RemoteMessagePort::unchecked(const QString &name)
 Result<QByteArray, RemoteMessagePort::SendError>
 RemoteMessagePort::sendRequest(qint32 messageIdentifier, const QByteArray &data,
                                std::chrono::milliseconds /*sendTimeout*/, std::chrono::milliseconds receiveTimeout,
-                               const std::function<void()> &meanwhile) const
+                               const std::function<void()> &meanwhile, const std::function<void()> &whileWaiting) const
 {
     QDBusPendingCall call =
         sharedSessionBus().asyncCall(requestMessage(mBusName, messageIdentifier, data), milliseconds(receiveTimeout));
     if (meanwhile)
         meanwhile();
+    if (whileWaiting)
+        pollUntilFinished(call, whileWaiting);
     call.waitForFinished();
     const QDBusMessage reply = call.reply();
     if (reply.type() != QDBusMessage::ReplyMessage) {

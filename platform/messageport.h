@@ -77,11 +77,13 @@ public:
 
     /// Sends one message and returns its answer, for which it waits until at most `receiveTimeout` after sending. The
     /// bus accepts a message at once or not at all, so `sendTimeout` never expires. Pass an empty array for no data.
-    /// `meanwhile` is called between sending and waiting.
+    /// `meanwhile` is called between sending and waiting; `whileWaiting` again and again during the wait, about 10 ms
+    /// apart or less.
     Result<QByteArray, SendError> sendRequest(qint32 messageIdentifier, const QByteArray &data,
                                               std::chrono::milliseconds sendTimeout,
                                               std::chrono::milliseconds receiveTimeout,
-                                              const std::function<void()> &meanwhile = {}) const;
+                                              const std::function<void()> &meanwhile = {},
+                                              const std::function<void()> &whileWaiting = {}) const;
 
     /// Sends one message without waiting for an answer.
     void post(qint32 messageIdentifier, const QByteArray &data) const;

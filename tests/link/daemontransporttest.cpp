@@ -67,6 +67,7 @@ private slots:
     void waitEndsWhenTheReplyArrives();
     void waitNeverEmptiesTheSlot();
     void waitRunsNoEventLoop();
+    void functionIsCalledUntilTheReplyArrives();
 
     // Kinds of answers of the daemon
     void replyIsDecoded();
@@ -273,6 +274,22 @@ void DaemonTransportTest::waitNeverEmptiesTheSlot()
     waitForReply();
     waitForReply();
     QCOMPARE(reply(), numbered(1));
+}
+
+void DaemonTransportTest::functionIsCalledUntilTheReplyArrives()
+{
+    setReplyPollInterval(100us);
+    int calls = 0;
+    waitForReply([&calls] {
+        if (++calls == 3)
+            LatestReplySlot::shared().replace({{u"ReturnStatus"_s, 0}});
+    });
+    QCOMPARE(calls, 3);
+    waitForReply([&calls] { ++calls; }); // a reply is there already
+    QCOMPARE(calls, 3);
+    LatestReplySlot::shared().clear();
+    waitForReply([&calls] { ++calls; });
+    QCOMPARE(calls, 3 + replyPollCount);
 }
 
 void DaemonTransportTest::waitRunsNoEventLoop()

@@ -80,6 +80,7 @@ private slots:
     void recognisesValidPortNames_data();
     void recognisesValidPortNames();
     void callsTheFunctionBetweenSendingAndTheAnswer();
+    void callsTheFunctionAgainAndAgainWhileItWaits();
     void carriesIdentifierAndData_data();
     void carriesIdentifierAndData();
     void emptyMessageCarriesNoData();
@@ -161,6 +162,28 @@ void MessagePortTest::callsTheFunctionBetweenSendingAndTheAnswer()
     const auto answer = RemoteMessagePort::open(portName)->sendRequest(1, "echo", 20s, 20s, meanwhile);
     QVERIFY(answer);
     QCOMPARE(*answer, QByteArray("echo"));
+}
+
+void MessagePortTest::callsTheFunctionAgainAndAgainWhileItWaits()
+{
+    std::binary_semaphore isReleased(0);
+    const ThreadedPort port(portName, [&](qint32, const std::optional<QByteArray> &data) {
+        isReleased.acquire();
+        return data;
+    });
+    QVERIFY(port.isServing());
+    bool wasHandled = false;
+    QMetaObject::invokeMethod(
+        this, [&] { wasHandled = true; }, Qt::QueuedConnection);
+    int calls = 0;
+    const auto whileWaiting = [&] {
+        if (++calls == 3)
+            isReleased.release();
+    };
+    const auto answer = RemoteMessagePort::open(portName)->sendRequest(1, "echo", 20s, 20s, {}, whileWaiting);
+    QCOMPARE(answer.valueOr({}), QByteArray("echo"));
+    QVERIFY(calls >= 3);
+    QVERIFY(!wasHandled); // no event loop ran
 }
 
 void MessagePortTest::carriesIdentifierAndData_data()
