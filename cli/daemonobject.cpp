@@ -15,6 +15,16 @@ namespace {
 
 constexpr int callLimitMs = 5000;
 
+/// QtDBus announces a failed call on its own thread after the caller has the reply. If the program ends meanwhile, Qt
+/// prints warnings about types that it has already destroyed. The thread handles replies in turn: the reply to a second
+/// call, which cannot fail, comes after the announcement.
+void waitForBusThread()
+{
+    const QDBusMessage ping = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                                             u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
+    sharedSessionBus().call(ping, QDBus::Block, callLimitMs);
+}
+
 QDBusMessage callDaemon(const DaemonObject &object, QLatin1StringView interface, QLatin1StringView method,
                         const QVariantList &arguments)
 {
@@ -22,7 +32,10 @@ QDBusMessage callDaemon(const DaemonObject &object, QLatin1StringView interface,
                                                           object.path, interface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
-    return sharedSessionBus().call(message, QDBus::Block, callLimitMs);
+    const QDBusMessage reply = sharedSessionBus().call(message, QDBus::Block, callLimitMs);
+    if (reply.type() == QDBusMessage::ErrorMessage)
+        waitForBusThread();
+    return reply;
 }
 
 ExitCode codeOf(const QString &error)

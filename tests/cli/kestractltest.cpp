@@ -57,6 +57,7 @@ private Q_SLOTS:
     void ambiguousProfileNameIsWrongUsage();
     void virtualKeyboardAcceptsItsCommands_data();
     void virtualKeyboardAcceptsItsCommands();
+    void refusalHasOneLine();
     void showsTheKeysThatTheComputerSees();
     void gameModeIsSwitched();
     void brightnessIsSet();
@@ -588,6 +589,15 @@ void TestKestractl::virtualKeyboardAcceptsItsCommands()
     const KestractlResult result = run(QStringList{u"keyboard"_s} + arguments);
     QCOMPARE(result.exitCode, exitCode);
     QCOMPARE(result.errors.isEmpty(), exitCode == 0);
+}
+
+void TestKestractl::refusalHasOneLine()
+{
+    constexpr int rounds = 40; // QtDBus's thread wins the race with the end of the program in most rounds
+    for (int round = 0; round < rounds; ++round) {
+        QCOMPARE(run({u"keyboard"_s, u"brightness"_s, u"300"_s}).errorText(),
+                 u"kestractl: the virtual keyboard refused: the brightness levels are 0 to 4\n"_s);
+    }
 }
 
 void TestKestractl::showsTheKeysThatTheComputerSees()
