@@ -32,6 +32,7 @@ inline constexpr Key obstacle{"Obstacle"};
 inline constexpr Key obstacleNoRight{"no right"};
 inline constexpr Key obstacleTaken{"taken"};
 inline constexpr Key obstaclePointer{"pointer"};
+inline constexpr Key obstacleElsewhere{"elsewhere"};
 inline constexpr Key obstacleOther{"other"};
 
 // The status

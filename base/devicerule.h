@@ -21,7 +21,7 @@
 /// The rules file for the event devices of the keyboard alone. Absent if no rule can name the keyboard.
 [[nodiscard]] std::optional<QString> eventDeviceRule(const QVariantMap &device);
 
-/// The name of the file that the rule helper writes into the folder of udev's rules. It has digits alone for the vendor, the product and
-/// whatever distinguishes keyboards of the make. Each keyboard has a file of its own. Absent if no rule can name the
-/// keyboard.
+/// The name of the file that the rule helper writes into the folder of udev's rules. It has digits alone for the
+/// vendor, the product and whatever distinguishes keyboards of the make. Each keyboard has a file of its own. Absent if
+/// no rule can name the keyboard.
 [[nodiscard]] std::optional<QString> deviceRuleFileName(const QVariantMap &device);

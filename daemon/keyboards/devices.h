@@ -15,9 +15,10 @@
 /// The reason why a keyboard cannot be used, for programs; InputDevice::problem has it for people.
 enum class DeviceObstacle {
     none,
-    noRight, ///< the user may not open it
-    taken,   ///< another program has grabbed it
-    pointer, ///< its keys share an event device with a pointer, so the daemon never grabs it
+    noRight,   ///< the user may not open it
+    taken,     ///< another program has grabbed it
+    pointer,   ///< its keys share an event device with a pointer, so the daemon never grabs it
+    elsewhere, ///< no session of the user is active at the keyboard's seat
     other,
 };
 
@@ -29,6 +30,7 @@ enum class DeviceObstacle {
     case DeviceObstacle::noRight: return DeviceKeys::obstacleNoRight;
     case DeviceObstacle::taken: return DeviceKeys::obstacleTaken;
     case DeviceObstacle::pointer: return DeviceKeys::obstaclePointer;
+    case DeviceObstacle::elsewhere: return DeviceKeys::obstacleElsewhere;
     case DeviceObstacle::other: break;
     }
     return DeviceKeys::obstacleOther;

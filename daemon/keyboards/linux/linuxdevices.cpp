@@ -280,6 +280,11 @@ void LinuxDevices::addProblem(InputDevice &device, const KeyboardInfo &keyboard)
         device.problem = nodeProblem(node, device.id, error);
         device.obstacle = obstacleOf(error);
     };
+    if (mServices.presence(keyboard.seat) == SeatWatch::Presence::elsewhere) {
+        device.problem = seatProblem(keyboard.seat);
+        device.obstacle = DeviceObstacle::elsewhere;
+        return;
+    }
     for (const EventDeviceInfo &node : keyboard.nodes) {
         if (const int error = mServices.access(node.node))
             return add(node.node, error);

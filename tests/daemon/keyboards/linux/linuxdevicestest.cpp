@@ -448,6 +448,7 @@ void LinuxDevicesTest::givesKeyboardsUpWhileAnotherSessionIsActive()
     QVERIFY(!changed.isEmpty());
     QCOMPARE(mDevices->status().state, DeviceState::inactive);
     QVERIFY2(mDevices->status().problem.contains("seat0"_L1), qPrintable(mDevices->status().problem));
+    QCOMPARE(mDevices->devices().first().obstacle, DeviceObstacle::elsewhere);
     QCOMPARE(mDevices->devices().first().problem, mDevices->status().problem);
     const auto used = mDevices->use({u"1209:00ab"_s});
     QVERIFY(!used);
