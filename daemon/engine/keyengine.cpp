@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::size_t usualPresses = 32; // more keys than two hands hold, with their modifiers
 constexpr std::size_t usualSent = 512;   // more than there are keys and playable buttons
+constexpr quint8 allModifiers = 0xFF;
 
 /// Calls `function` with the usage of each modifier in `modifiers`, from the lowest bit to the highest.
 template <typename Function> void forEachModifier(quint8 modifiers, Function function)
@@ -109,6 +110,13 @@ EngineOutputs KeyEngine::keyUp(HidUsage key, Time)
     return outputs;
 }
 
+EngineOutputs KeyEngine::otherKeyDown()
+{
+    EngineOutputs outputs;
+    liftModifiers(allModifiers, nullptr, outputs);
+    return outputs;
+}
+
 EngineOutputs KeyEngine::releaseAll()
 {
     EngineOutputs outputs = stopMacros();
@@ -127,7 +135,7 @@ EngineOutputs KeyEngine::advance(Time now)
             break;
         if (const std::optional<MacroPlayback::Change> change = next->takeNext(now)) {
             if (change->isDown)
-                sendDown(change->usage, outputs);
+                pressByMacro(change->usage, outputs);
             else
                 sendUp(change->usage, outputs);
         }
@@ -209,9 +217,46 @@ void KeyEngine::sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOu
     press.modifiers = modifiers;
     if (usage.usage != 0 && !(usage.modifierBit() & modifiers)) // a key that is also one of its modifiers is sent once
         press.sent = usage;
+    if (modifiers == 0 && mAccompaniedPresses == 0) { // an ordinary key
+        if (press.sent.usage != 0)
+            sendDown(press.sent, outputs);
+        return;
+    }
+    if (press.sendsOrdinaryKey() && isDown(press.sent)) {
+        press.modifiers = 0; // nothing is pressed, and an Alt or Meta without a key would open a menu
+        return sendDown(press.sent, outputs);
+    }
+    mAccompaniedPresses += press.isAccompanied();
+    const quint8 needed = press.modifiers | press.sent.modifierBit();
+    if (needed != 0 || press.sent.usage != 0)
+        liftModifiers(static_cast<quint8>(~needed), &press, outputs);
     forEachModifier(press.modifiers, [&](HidUsage modifier) { sendDown(modifier, outputs); });
     if (press.sent.usage != 0)
         sendDown(press.sent, outputs);
+    liftModifiers(needed, &press, outputs); // they stay down for this press
+}
+
+void KeyEngine::pressByMacro(HidUsage usage, EngineOutputs &outputs)
+{
+    const quint8 needed = usage.modifierBit();
+    if (needed != 0 || !isDown(usage))
+        liftModifiers(static_cast<quint8>(~needed), nullptr, outputs);
+    sendDown(usage, outputs);
+    liftModifiers(needed, nullptr, outputs);
+}
+
+/// Ends those modifiers in `lifted` that presses other than `exception` send with an ordinary key.
+void KeyEngine::liftModifiers(quint8 lifted, const Press *exception, EngineOutputs &outputs)
+{
+    if (mAccompaniedPresses == 0)
+        return;
+    for (Press &press : mPresses) {
+        if (&press == exception || !press.isAccompanied())
+            continue;
+        forEachModifier(press.modifiers & lifted, [&](HidUsage modifier) { sendUp(modifier, outputs); });
+        press.modifiers &= static_cast<quint8>(~lifted);
+        mAccompaniedPresses -= !press.isAccompanied();
+    }
 }
 
 void KeyEngine::endPress(Press &press, EngineOutputs &outputs)
@@ -219,11 +264,17 @@ void KeyEngine::endPress(Press &press, EngineOutputs &outputs)
     stopMacrosIf(
         [&](const MacroPlayback &playback) { return playback.trigger() == press.key && playback.endsWithRelease(); },
         outputs);
+    mAccompaniedPresses -= press.isAccompanied();
     if (press.sent.usage != 0)
         sendUp(press.sent, outputs);
     forEachModifier(press.modifiers, [&](HidUsage modifier) { sendUp(modifier, outputs); });
     press.modifiers = 0;
     press.sent = {};
+}
+
+bool KeyEngine::isDown(HidUsage usage) const
+{
+    return std::ranges::find(mSent, usage, &SentUsage::usage) != mSent.end();
 }
 
 void KeyEngine::sendDown(HidUsage usage, EngineOutputs &outputs)
@@ -258,6 +309,5 @@ quint8 KeyEngine::Press::heldModifiers() const
 {
     if (isCaptured)
         return own.modifierBit();
-    const bool isWithOtherKey = sent.usage != 0 && !sent.isModifier();
-    return isWithOtherKey ? 0 : modifiers | sent.modifierBit();
+    return sendsOrdinaryKey() ? 0 : modifiers | sent.modifierBit();
 }

@@ -30,13 +30,15 @@ struct EngineOutput
     bool operator==(const EngineOutput &) const = default;
 };
 
-/// The outputs of one event. There is room for two keys with all modifiers, so an event allocates nothing.
-using EngineOutputs = QVarLengthArray<EngineOutput, 20>;
+/// The outputs of one event. There is room for a key with all modifiers after others with all modifiers, and for the
+/// events of one advance() after them, so an event allocates nothing.
+using EngineOutputs = QVarLengthArray<EngineOutput, 24>;
 
 /// A press determines the action of a key. Its release ends exactly this action, even after another assignment, profile
 /// switch or capture in between. Every usage sent down is sent up again, at the latest by releaseAll(). Keys that send
-/// the same usage send it down once, with the first, and up once, with the last. A playing macro acts like another
-/// hand: its output never returns as a key of the keyboard, and it releases everything that it has pressed.
+/// the same usage send it down once, with the first, and up once, with the last. Modifiers that an assignment sends
+/// with another key are only for that key: they come up before any later press is sent. A playing macro acts like
+/// another hand: its output never returns as a key of the keyboard, and it releases everything that it has pressed.
 class KeyEngine
 {
 public:
@@ -74,6 +76,8 @@ public:
     [[nodiscard]] EngineOutputs keyDown(HidUsage key, HidUsage own, Time now);
     [[nodiscard]] EngineOutputs keyDown(HidUsage key, Time now) { return keyDown(key, key, now); }
     [[nodiscard]] EngineOutputs keyUp(HidUsage key, Time now);
+    /// Must be called before a key goes down that reaches the computer without this engine.
+    [[nodiscard]] EngineOutputs otherKeyDown();
     /// Releases everything: first the macros, then the keys from the last pressed to the first. Must be called when the
     /// keyboard is removed or the daemon ends.
     [[nodiscard]] EngineOutputs releaseAll();
@@ -95,6 +99,9 @@ private:
         quint8 modifiers = 0; // modifier byte
         HidUsage sent = {};   // usage 0: none
 
+        [[nodiscard]] bool sendsOrdinaryKey() const { return sent.usage != 0 && !sent.isModifier(); }
+        /// Whether its modifiers are only for the key that it sends.
+        [[nodiscard]] bool isAccompanied() const { return modifiers != 0 && sendsOrdinaryKey(); }
         /// The modifiers that the user holds with this key.
         [[nodiscard]] quint8 heldModifiers() const;
     };
@@ -111,6 +118,9 @@ private:
     [[nodiscard]] const PlayableMacro *macroAt(int index) const;
     void sendKey(Press &press, quint8 modifiers, HidUsage usage, EngineOutputs &outputs);
     void endPress(Press &press, EngineOutputs &outputs);
+    void liftModifiers(quint8 lifted, const Press *exception, EngineOutputs &outputs);
+    void pressByMacro(HidUsage usage, EngineOutputs &outputs);
+    [[nodiscard]] bool isDown(HidUsage usage) const;
     void sendDown(HidUsage usage, EngineOutputs &outputs);
     void sendUp(HidUsage usage, EngineOutputs &outputs);
     [[nodiscard]] quint8 heldModifiers() const;
@@ -120,6 +130,7 @@ private:
     std::vector<MacroPlayback> mPlaybacks; // in the order of their starts; at most one per key
     std::vector<Press> mPresses;           // in the order of the presses; so few that a search is faster than a look-up
     std::vector<SentUsage> mSent;
+    int mAccompaniedPresses = 0; // most keys do not have to look for them
     bool mIsCapturing = false;
     bool mIsGameModeOn = false;
 };

@@ -20,6 +20,7 @@ KeyPath::KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent)
     : QObject(parent), mChannel(channel), mClock(std::move(clock))
 {
     connect(&mChannel, &KeyChannel::keyChanged, this, &KeyPath::takeKey);
+    connect(&mChannel, &KeyChannel::otherKeyPressed, this, &KeyPath::takeOtherKey);
     connect(&mChannel, &KeyChannel::keysLost, this, &KeyPath::releaseAll);
 }
 
@@ -90,6 +91,11 @@ void KeyPath::takeKey(HidUsage key, bool isDown, Time time, HidUsage own)
         Q_EMIT keyChanged(key, isDown, time);
     }
     perform(isDown ? mEngine.keyDown(key, own, time) : mEngine.keyUp(key, time));
+}
+
+void KeyPath::takeOtherKey()
+{
+    perform(mEngine.otherKeyDown());
 }
 
 void KeyPath::perform(const EngineOutputs &outputs)

@@ -77,6 +77,7 @@ Q_SIGNALS:
 
 private:
     void takeKey(HidUsage key, bool isDown, Time time, HidUsage own);
+    void takeOtherKey();
     void releaseAll();
     void perform(const EngineOutputs &outputs);
     void chooseProfile(int index);

@@ -148,10 +148,12 @@ void LinuxKeyChannel::passKey(quint16 code, bool isDown, Time time)
         return;
     if (!mOldestKey)
         mOldestKey = time;
-    if (isDown)
+    if (isDown) {
+        Q_EMIT otherKeyPressed();
         mOutput->press(code);
-    else
+    } else {
         mOutput->release(code);
+    }
 }
 
 void LinuxKeyChannel::ungrabAll()

@@ -334,10 +334,12 @@ void KeyEnginePropertiesTest::macrosDoNotDisturbEachOther()
     }
 }
 
-/// A key's press and release together leave all other keys unchanged, regardless of the events in between.
+/// A key's press and release together leave all other keys unchanged, regardless of the events in between. Only
+/// modifiers that other keys have sent for themselves may come up.
 void KeyEnginePropertiesTest::releaseUndoesOnlyItsPress()
 {
     QRandomGenerator random(119);
+    bool hasLifted = false; // at least once
     for (int sequence = 0; sequence < sequenceCount; ++sequence) {
         KeyEngine engine;
         Computer computer;
@@ -346,14 +348,21 @@ void KeyEnginePropertiesTest::releaseUndoesOnlyItsPress()
             if (random.bounded(2) == 0)
                 computer.see(engine.keyDown(keys[index], 0ms));
         }
-        std::vector<HidUsage> before = computer.down();
+        const std::vector<HidUsage> before = computer.down();
         computer.see(engine.keyDown(keys.front(), 0ms));
         (void)engine.setKeyMap(randomMap(random));
         (void)engine.setCapturing(random.bounded(2) == 0);
         computer.see(engine.keyUp(keys.front(), 0ms));
         QVERIFY(!computer.isWrong());
-        QVERIFY(computer.down() == before);
+        std::vector<HidUsage> missing;
+        std::ranges::copy_if(before, std::back_inserter(missing), [&](HidUsage usage) {
+            return std::ranges::find(computer.down(), usage) == computer.down().end();
+        });
+        QCOMPARE(computer.down().size() + missing.size(), before.size()); // nothing new is down
+        QVERIFY(std::ranges::all_of(missing, &HidUsage::isModifier));
+        hasLifted = hasLifted || !missing.empty();
     }
+    QVERIFY(hasLifted);
 }
 
 void KeyEnginePropertiesTest::identityProfilesChangeNothing_data()
