@@ -26,7 +26,8 @@ void DeviceDaemon::connectParts()
     connect(&mKeyboard, &CurrentKeyboard::attachedChanged, this, &DeviceDaemon::attachedChanged);
     connect(&mKeyboard, &CurrentKeyboard::gameModePressed, this, [this] { mOwnKeys.toggleGameMode(); });
     connect(&mKeyboard, &CurrentKeyboard::brightnessChosen, this, [this](int level) { mOwnKeys.setBrightness(level); });
-    connect(&mKeyboard, &CurrentKeyboard::macroKeyPressed, this, [this] { mCaptures.macroKeyPressed(); });
+    connect(&mKeyboard, &CurrentKeyboard::macroKeyPressed, this,
+            [this](KeyPath::Time time) { mCaptures.macroKeyPressed(time); });
     connect(&mKeyboard, &CurrentKeyboard::keyChanged, this,
             [this](HidUsage key, bool isDown, KeyPath::Time time) { mCaptures.keyChanged(key, isDown, time); });
     connect(&mKeyboard, &CurrentKeyboard::keyCaptured, this,

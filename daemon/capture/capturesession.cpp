@@ -28,13 +28,27 @@ void CaptureSession::setCapture(const KeyCapture &capture, const char *cause)
         qCInfo(lcKeyboard, "%s, %s: %s", mCapture.name(), cause, capture.name());
     mCapture = capture;
     mKeyboard.listen({.isCapturing = capture.kind() != Kind::none,
-                      .isReporting = isForClient || mOnTheFly.state() == OnTheFlyState::recording},
+                      .isReporting = isForClient || mOnTheFly.state() == OnTheFlyState::recording,
+                      .macroKey = macroKeyEffect()},
                      capture.client().value_or(QString()));
     mCapturedKey.clear();
     mKeyBeforeCaptured.clear();
     mEscapeHold = {};
     mServices.wakeAt({});
     mServices.watchClient(capture.client().value_or(QString()));
+}
+
+KeyPath::MacroKeyEffect CaptureSession::macroKeyEffect() const
+{
+    using Effect = KeyPath::MacroKeyEffect;
+    if (mCapture.client())
+        return Effect::none;
+    switch (mOnTheFly.state()) {
+    case OnTheFlyState::recording: return Effect::endsRecording;
+    case OnTheFlyState::awaitingKey: return Effect::discards;
+    case OnTheFlyState::off: break;
+    }
+    return Effect::startsRecording;
 }
 
 void CaptureSession::startRecording(const QString &client, const MacroRecorder::Target &target)
@@ -117,13 +131,13 @@ void CaptureSession::keyCaptured(HidUsage key, quint8 modifiers)
     postCapturedKey(mCapturedKey);
 }
 
-void CaptureSession::macroKeyPressed()
+void CaptureSession::macroKeyPressed(KeyPath::Time time)
 {
     if (mCapture.client()) {
         qCInfo(lcKeyboard, "%s, the Macro key is pressed: left alone", mCapture.name());
         return;
     }
-    if (!mOnTheFly.pressMacroKey())
+    if (!mOnTheFly.pressMacroKey(MacroRecorder::rounded(time)))
         return;
     // While the user records, the keys also reach the computer, because a game may be running. The key that will play
     // the macro does not.

@@ -46,9 +46,10 @@ public:
     // The keyboard's reports, as the signals of CurrentKeyboard.
     void keyChanged(HidUsage key, bool isDown, KeyPath::Time time);
     void keyCaptured(HidUsage key, quint8 modifiers);
-    void macroKeyPressed();
+    void macroKeyPressed(KeyPath::Time time);
 
 private:
+    [[nodiscard]] KeyPath::MacroKeyEffect macroKeyEffect() const;
     /// The only place that changes the owner of the keys.
     void setCapture(const KeyCapture &capture, const char *cause);
     void takeOnTheFlyKey(HidUsage key);

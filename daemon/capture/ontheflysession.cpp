@@ -21,14 +21,14 @@ bool OnTheFlySession::canPlayMacro(HidUsage key)
     return KeyLayout::rowForCode(key.usage) != nullptr;
 }
 
-bool OnTheFlySession::pressMacroKey()
+bool OnTheFlySession::pressMacroKey(Time time)
 {
     const int room = roomForNewMacro(mSettings.document());
     if (state() == OnTheFlyState::off && room == 0) {
         qCWarning(lcKeyboard, "file: there is no room for a macro recorded on the keyboard");
         return false;
     }
-    mRecorder.pressMacroKey(MacroRecorder::rounded(mServices.now()), room);
+    mRecorder.pressMacroKey(time, room);
     // The only report of the state on a keyboard without a light for it.
     qCInfo(lcKeyboard, "keyboard: a macro on the fly: %s", onTheFlyStateName(state()).data());
     return true;

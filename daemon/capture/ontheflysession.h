@@ -26,7 +26,7 @@ public:
 
     /// False if the Macro key has no effect because there is no room for another macro. The caller must show() the new
     /// state once it has captured or released the keys.
-    [[nodiscard]] bool pressMacroKey();
+    [[nodiscard]] bool pressMacroKey(Time time);
     void keyChanged(HidUsage key, bool isDown, Time time);
     /// Discards the recording and shows this on the keyboard.
     void end();

@@ -17,8 +17,12 @@ void CurrentKeyboard::use(Keyboard &keyboard, const QVariantMap &document)
     mKeyboard = &keyboard;
     connectKeyboard();
     mSettings = keySettingsOf(document, mSettings);
-    callKeysAndWait([this](KeyPath &keys) { mLastSwitch = keys.start(mSettings); });
+    callKeysAndWait([this](KeyPath &keys) {
+        mLastSwitch = keys.start(mSettings);
+        mLastMacroKey = keys.lastMacroKey();
+    });
     mAnsweredSwitch = mLastSwitch;
+    mListening = {.lastMacroKey = mLastMacroKey};
     show(document);
 }
 
@@ -27,7 +31,6 @@ void CurrentKeyboard::connectKeyboard()
     connect(mKeyboard, &Keyboard::attachedChanged, this, &CurrentKeyboard::attachedChanged);
     connect(mKeyboard, &Keyboard::gameModePressed, this, &CurrentKeyboard::gameModePressed);
     connect(mKeyboard, &Keyboard::brightnessChosen, this, &CurrentKeyboard::brightnessChosen);
-    connect(mKeyboard, &Keyboard::macroKeyPressed, this, &CurrentKeyboard::macroKeyPressed);
     // Signals that another thread had queued before the keyboard was replaced still arrive.
     const Keyboard *keyboard = mKeyboard;
     const KeyPath *keys = &mKeyboard->keys();
@@ -46,6 +49,12 @@ void CurrentKeyboard::connectKeyboard()
         if (keyboard == mKeyboard)
             takeSwitch(index, number);
     });
+    connect(keys, &KeyPath::macroKeyPressed, this,
+            [this, keyboard](KeyPath::Time time, KeyPath::MacroKeyNumber number) {
+                HandOver::take();
+                if (keyboard == mKeyboard)
+                    takeMacroKey(time, number);
+            });
     connect(keys, &KeyPath::programChosen, this, [this](const QString &program) {
         HandOver::take();
         Q_EMIT programChosen(program);
@@ -60,6 +69,17 @@ void CurrentKeyboard::takeSwitch(int index, KeyPath::SwitchNumber number)
     Q_EMIT profileChosen(index);
     if (mAnsweredSwitch < number)
         answer(false);
+}
+
+void CurrentKeyboard::takeMacroKey(KeyPath::Time time, KeyPath::MacroKeyNumber number)
+{
+    if (number <= mLastMacroKey)
+        return; // from an earlier use of this keyboard
+    mLastMacroKey = number;
+    if (mKeyboard->isAttached())
+        Q_EMIT macroKeyPressed(time);
+    if (mListening.lastMacroKey < number)
+        listen(mListening);
 }
 
 void CurrentKeyboard::apply(const QVariantMap &document, bool isOtherProfile)
@@ -83,9 +103,11 @@ void CurrentKeyboard::show(const QVariantMap &document)
     mKeyboard->showGameMode(mSettings.isGameModeOn);
 }
 
-void CurrentKeyboard::listen(KeyPath::Listening listening, const QString &client)
+void CurrentKeyboard::listen(const KeyPath::Listening &listening, const QString &client)
 {
-    callKeys([listening](KeyPath &keys) { keys.listen(listening); });
+    mListening = listening;
+    mListening.lastMacroKey = mLastMacroKey;
+    callKeys([listening = mListening](KeyPath &keys) { keys.listen(listening); });
     mKeyboard->showCapture(client);
 }
 

@@ -27,8 +27,8 @@ public:
     /// another active profile than before.
     void apply(const QVariantMap &document, bool isOtherProfile);
     void showOnTheFly(OnTheFlyState state) { mKeyboard->showOnTheFly(state); }
-    /// `client` as in Keyboard::showCapture().
-    void listen(KeyPath::Listening listening, const QString &client);
+    /// `listening` without its `lastMacroKey`; `client` as in Keyboard::showCapture().
+    void listen(const KeyPath::Listening &listening, const QString &client);
     /// When this returns, everything is released and the keys do nothing more.
     void stop();
 
@@ -36,7 +36,6 @@ Q_SIGNALS:
     // As the signals of Keyboard
     void attachedChanged(bool isAttached);
     void gameModePressed();
-    void macroKeyPressed();
     void brightnessChosen(int level);
     // As the signals of KeyPath
     void keyChanged(HidUsage key, bool isDown, KeyPath::Time time);
@@ -45,10 +44,13 @@ Q_SIGNALS:
     /// to the previous profile.
     void profileChosen(int index);
     void programChosen(const QString &program);
+    /// Unless a slot calls listen(), the keys return to the listening before.
+    void macroKeyPressed(KeyPath::Time time);
 
 private:
     void connectKeyboard();
     void takeSwitch(int index, KeyPath::SwitchNumber number);
+    void takeMacroKey(KeyPath::Time time, KeyPath::MacroKeyNumber number);
     void answer(bool isOtherProfile);
     void show(const QVariantMap &document);
     template <typename Function> void callKeys(Function function);
@@ -58,4 +60,6 @@ private:
     KeySettings mSettings;                     // of the document
     KeyPath::SwitchNumber mLastSwitch = 0;     // the last one received
     KeyPath::SwitchNumber mAnsweredSwitch = 0; // the last one answered
+    KeyPath::Listening mListening;             // as last requested; with the last Macro key that was answered
+    KeyPath::MacroKeyNumber mLastMacroKey = 0; // the last one received
 };

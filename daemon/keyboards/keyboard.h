@@ -31,6 +31,5 @@ public:
 Q_SIGNALS:
     void attachedChanged(bool isAttached); ///< its keys have released everything: KeyChannel::keysLost()
     void gameModePressed();
-    void macroKeyPressed();
     void brightnessChosen(int level); ///< by the keyboard's own keys
 };

@@ -20,6 +20,7 @@ KeyPath::KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent)
     : QObject(parent), mChannel(channel), mClock(std::move(clock))
 {
     connect(&mChannel, &KeyChannel::keyChanged, this, &KeyPath::takeKey);
+    connect(&mChannel, &KeyChannel::macroKeyPressed, this, &KeyPath::takeMacroKey);
     connect(&mChannel, &KeyChannel::otherKeyPressed, this, &KeyPath::takeOtherKey);
     connect(&mChannel, &KeyChannel::keysLost, this, &KeyPath::releaseAll);
 }
@@ -58,15 +59,43 @@ void KeyPath::applySettings()
     perform(mEngine.setGameMode(mSettings.isGameModeOn));
 }
 
-void KeyPath::listen(Listening listening)
+void KeyPath::listen(const Listening &listening)
 {
-    mIsReporting = listening.isReporting;
+    if (listening.lastMacroKey == mLastMacroKey)
+        setListening(listening);
+}
+
+void KeyPath::setListening(const Listening &listening)
+{
+    mListening = listening;
     perform(mEngine.setCapturing(listening.isCapturing));
+}
+
+void KeyPath::takeMacroKey(Time time)
+{
+    if (!mIsStarted)
+        return;
+    switch (mListening.macroKey) {
+    case MacroKeyEffect::none: break;
+    case MacroKeyEffect::startsRecording:
+        mHasReportedPress = false;
+        setListening({.isReporting = true, .macroKey = MacroKeyEffect::endsRecording});
+        break;
+    case MacroKeyEffect::endsRecording:
+        if (mHasReportedPress)
+            setListening({.isCapturing = true, .macroKey = MacroKeyEffect::discards});
+        else
+            setListening({});
+        break;
+    case MacroKeyEffect::discards: setListening({}); break;
+    }
+    HandOver::give();
+    Q_EMIT macroKeyPressed(time, ++mLastMacroKey);
 }
 
 void KeyPath::stop()
 {
-    listen({});
+    setListening({});
     releaseAll();
     mIsStarted = false;
 }
@@ -86,7 +115,8 @@ void KeyPath::takeKey(HidUsage key, bool isDown, Time time, HidUsage own)
 {
     if (!mIsStarted)
         return;
-    if (mIsReporting) {
+    if (mListening.isReporting) {
+        mHasReportedPress = mHasReportedPress || isDown;
         HandOver::give();
         Q_EMIT keyChanged(key, isDown, time);
     }

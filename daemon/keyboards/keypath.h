@@ -45,11 +45,25 @@ public:
         bool isOtherProfile = false;
     };
 
+    /// The number of a path's macroKeyPressed(), from 1; 0 is before the first.
+    using MacroKeyNumber = quint64;
+
+    /// The effect of the next press of the Macro key.
+    enum class MacroKeyEffect {
+        none,            ///< a client has the keys
+        startsRecording, ///< the keys are reported from now on
+        endsRecording,   ///< the next key is captured, if one was reported; otherwise it discards
+        discards         ///< the keys are the computer's again
+    };
+
     /// Which keys are reported.
     struct Listening
     {
         bool isCapturing = false; ///< presses only emit keyCaptured()
         bool isReporting = false; ///< every key emits keyChanged(), captured or not
+        MacroKeyEffect macroKey = MacroKeyEffect::startsRecording;
+        /// The last macroKeyPressed() that the sender had received.
+        MacroKeyNumber lastMacroKey = 0;
     };
 
     /// Uses the machine's clock. `channel` must outlive this. Both may be moved to another thread before start().
@@ -61,7 +75,9 @@ public:
     /// ignore choices up to it.
     SwitchNumber start(const KeySettings &settings);
     void change(Change change);
-    void listen(Listening listening);
+    [[nodiscard]] MacroKeyNumber lastMacroKey() const { return mLastMacroKey; }
+    /// Ignored if the sender has not received the last macroKeyPressed(), because it will answer that one.
+    void listen(const Listening &listening);
     /// Releases everything.
     void stop();
     /// Continues playing macros.
@@ -74,10 +90,15 @@ Q_SIGNALS:
     /// switched.
     void profileChosen(int index, KeyPath::SwitchNumber choice);
     void programChosen(const QString &program);
+    /// The effect of the Macro key has begun in this path, because the very next key may belong to the macro. The other
+    /// side has the last word: it answers with listen().
+    void macroKeyPressed(KeyPath::Time time, KeyPath::MacroKeyNumber number);
 
 private:
     void takeKey(HidUsage key, bool isDown, Time time, HidUsage own);
     void takeOtherKey();
+    void takeMacroKey(Time time);
+    void setListening(const Listening &listening);
     void releaseAll();
     void perform(const EngineOutputs &outputs);
     void chooseProfile(int index);
@@ -91,5 +112,7 @@ private:
     SwitchNumber mLastSwitch = 0;
     bool mIsSwitchUnanswered = false; // no change has answered the latest choice yet, and one side has switched
     bool mIsStarted = false;
-    bool mIsReporting = false;
+    Listening mListening;
+    MacroKeyNumber mLastMacroKey = 0;
+    bool mHasReportedPress = false; // since the Macro key has started a recording
 };

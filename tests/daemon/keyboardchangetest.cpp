@@ -81,6 +81,9 @@ private Q_SLOTS:
     void switchOnAnotherThreadIsStoredAndReported();
     void switchOnAnotherThreadIsUndoneWhenItCannotBeStored();
     void removalOnAnotherThreadEndsTheCapture();
+    void macroKeyActsAtOnce();
+    void macroKeyWithoutKeysInBetweenDiscards();
+    void macroKeyIsLeftAloneWhileAClientHasTheKeys();
 
 private:
     void press(VirtualKeyboard &keyboard, quint16 key) { QVERIFY(keyboard.press(HidUsage::keyboardPage, key)); }
@@ -312,6 +315,65 @@ void KeyboardChangeTest::removalOnAnotherThreadEndsTheCapture()
     mThreaded->setAttached(true);
     mThreaded->press(keyA);
     mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(keyA)); });
+}
+
+/// The keys come faster than the main thread, which is this one, receives any of them.
+void KeyboardChangeTest::macroKeyActsAtOnce()
+{
+    mDaemon->useKeyboard(*mThreaded);
+    const auto type = [this](quint16 key) {
+        mThreaded->press(key);
+        mThreaded->release(key);
+    };
+    mThreaded->pressMacroKey();
+    type(keyA);
+    mThreaded->pressMacroKey();
+    mThreaded->press(60); // will play the macro
+    mThreaded->runOnKeys([](NotingChannel &channel) { QCOMPARE(channel.downCount(), std::size_t(0)); });
+    mThreaded->release(60);
+    QTRY_VERIFY(mNotifications.contains(u"Saved New OTFM 271"_s));
+    const QVariantList macros = SettingsDocument::macros(mDaemon->document());
+    QCOMPARE(macros.size(), 2);
+    const QVariantList events = MacroRecord::events(macros.last().toMap());
+    QCOMPARE(events.size(), 2);
+    QCOMPARE(MacroRecord::eventFields(events.first().toMap()).argument, keyA);
+    mThreaded->press(keyA); // the computer has the keys again
+    mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(keyA)); });
+}
+
+void KeyboardChangeTest::macroKeyWithoutKeysInBetweenDiscards()
+{
+    mDaemon->useKeyboard(*mThreaded);
+    mThreaded->pressMacroKey();
+    mThreaded->pressMacroKey();
+    mThreaded->press(keyA);
+    mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(keyA)); });
+    mThreaded->release(keyA);
+    mThreaded->pressMacroKey(); // starts a recording, with a key
+    mThreaded->press(keyA);
+    mThreaded->release(keyA);
+    mThreaded->pressMacroKey();
+    mThreaded->pressMacroKey(); // discards it
+    mThreaded->press(keyA);
+    mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(keyA)); });
+    QCoreApplication::processEvents();
+    QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 1);
+}
+
+void KeyboardChangeTest::macroKeyIsLeftAloneWhileAClientHasTheKeys()
+{
+    mDaemon->useKeyboard(*mThreaded);
+    mThreaded->pressMacroKey();
+    send(Command::startSingleKeyRecording); // before this thread has received the Macro key
+    QCoreApplication::processEvents();
+    mThreaded->press(keyA);
+    QTRY_COMPARE(mNotifications, QStringList{u"SingleKeyEvent271"_s});
+    mThreaded->runOnKeys([](NotingChannel &channel) { QCOMPARE(channel.downCount(), std::size_t(0)); });
+    mThreaded->release(keyA);
+    mThreaded->pressMacroKey();
+    mThreaded->press(keyA);
+    QTRY_COMPARE(mNotifications.size(), 2);
+    mThreaded->runOnKeys([](NotingChannel &channel) { QCOMPARE(channel.downCount(), std::size_t(0)); });
 }
 
 QTEST_GUILESS_MAIN(KeyboardChangeTest)

@@ -62,6 +62,10 @@ public:
     /// Changes a key of the keyboard page at once.
     void press(quint16 key) { change(key, true); }
     void release(quint16 key) { change(key, false); }
+    void pressMacroKey()
+    {
+        runOnKeys([](NotingChannel &channel) { Q_EMIT channel.macroKeyPressed(KeyChannel::Time(0)); });
+    }
 
 private:
     void change(quint16 key, bool isDown)

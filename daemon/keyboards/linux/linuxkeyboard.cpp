@@ -70,13 +70,13 @@ void LinuxKeyboard::takeOwnKey(KeyCodes::OwnKey key)
     if (brightness > Backlight::minimumBrightness)
         mBrightnessWhenOn = brightness;
     switch (key) {
-    case Own::none: break;
+    case Own::none:
+    case Own::macro: break;
     case Own::brighter: Q_EMIT brightnessChosen(std::min(brightness + 1, Backlight::maximumBrightness)); break;
     case Own::darker: Q_EMIT brightnessChosen(std::max(brightness - 1, Backlight::minimumBrightness)); break;
     case Own::lightSwitch:
         Q_EMIT brightnessChosen(brightness > Backlight::minimumBrightness ? Backlight::minimumBrightness
                                                                           : mBrightnessWhenOn);
         break;
-    case Own::macro: Q_EMIT macroKeyPressed(); break;
     }
 }

@@ -131,20 +131,25 @@ void LinuxKeyChannel::takeKey(quint16 usage, quint16 code, bool isDown, Time tim
     Q_EMIT keyChanged({HidUsage::keyboardPage, usage}, isDown, mLatestTime, KeyCodes::ownUsageOfCode(code));
 }
 
-bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown)
+bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown, Time time)
 {
     const KeyCodes::OwnKey key = KeyCodes::ownKey(code);
     const bool isOurs = key == KeyCodes::OwnKey::macro || (key != KeyCodes::OwnKey::none && mIsLit);
     const bool isTaken = isDown ? isOurs : mOwnDown[code]; // a release goes to the receiver of the press
     mOwnDown[code] = isDown && isTaken;
-    if (isDown && isTaken)
-        Q_EMIT ownKeyPressed(key);
+    if (isDown && isTaken) {
+        mLatestTime = std::max(mLatestTime, time);
+        if (key == KeyCodes::OwnKey::macro)
+            Q_EMIT macroKeyPressed(mLatestTime);
+        else
+            Q_EMIT ownKeyPressed(key);
+    }
     return isTaken;
 }
 
 void LinuxKeyChannel::passKey(quint16 code, bool isDown, Time time)
 {
-    if (takeOwnKey(code, isDown))
+    if (takeOwnKey(code, isDown, time))
         return;
     if (!mOldestKey)
         mOldestKey = time;

@@ -48,7 +48,7 @@ Q_SIGNALS:
     // Rare, for other threads
     void nodeChanged(int id, EventDevice::State state, int error); ///< errno, or 0
     void releaseChordPressed();
-    void ownKeyPressed(KeyCodes::OwnKey key);
+    void ownKeyPressed(KeyCodes::OwnKey key); ///< except the Macro key, see macroKeyPressed()
 
 private:
     void nodeEvent(EventDevice &node, const KeyTranslator::Event &event) override;
@@ -59,7 +59,7 @@ private:
     void perform(TranslatorOutput output, Time time);
     void takeKey(quint16 usage, quint16 code, bool isDown, Time time);
     void passKey(quint16 code, bool isDown, Time time);
-    [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown);
+    [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown, Time time);
     void removeFromTranslator(EventDevice &node);
     void ungrabAll();
     void showLeds();

@@ -142,7 +142,7 @@ VirtualKeyboard::Outcome VirtualKeyboard::pressMacroKey()
 {
     if (const Outcome ready = readiness(); !ready)
         return ready;
-    Q_EMIT macroKeyPressed();
+    Q_EMIT mChannel.macroKeyPressed(mNow());
     return {};
 }
 

@@ -157,9 +157,9 @@ bool CaptureSessionTest::hasComputerTheKeys()
 
 void CaptureSessionTest::awaitOnTheFlyKey()
 {
-    mSession->macroKeyPressed();
+    mSession->macroKeyPressed(mNow);
     type(keyA);
-    mSession->macroKeyPressed();
+    mSession->macroKeyPressed(mNow);
 }
 
 void CaptureSessionTest::computerOwnsTheKeysAtFirst()
@@ -267,7 +267,7 @@ void CaptureSessionTest::onTheFlyKeyIsAwaitedForNoClient()
 
 void CaptureSessionTest::recordingOnTheFlyCapturesNothing()
 {
-    mSession->macroKeyPressed();
+    mSession->macroKeyPressed(mNow);
     QCOMPARE(mKeyboard->shownOnTheFly(), OnTheFlyState::recording);
     QCOMPARE(mSession->capture().kind(), Kind::none);
     QVERIFY(hasComputerTheKeys());
@@ -277,7 +277,7 @@ void CaptureSessionTest::recordingOnTheFlyCapturesNothing()
     press(keyEscape);
     QVERIFY(!mWakeTime.has_value()); // a held Escape does not end a recording on the keyboard
     release(keyEscape);
-    mSession->macroKeyPressed();
+    mSession->macroKeyPressed(mNow);
     QCOMPARE(mOnTheFly->events().size(), 6); // includes the keys after the release
     QVERIFY(mNotifications.isEmpty());
 }
@@ -296,7 +296,7 @@ void CaptureSessionTest::clientEndsAMacroRecordedOnTheKeyboard()
 void CaptureSessionTest::macroKeyDoesNothingDuringACapture()
 {
     mSession->startRecording(client, target);
-    mSession->macroKeyPressed();
+    mSession->macroKeyPressed(mNow);
     QCOMPARE(mOnTheFly->state(), OnTheFlyState::off);
     QCOMPARE(mSession->capture().kind(), Kind::macroRecording);
 }

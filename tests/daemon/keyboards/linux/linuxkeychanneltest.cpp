@@ -141,6 +141,7 @@ void LinuxKeyChannelTest::keysForTheKeyboardItselfAreReported()
     QFETCH(KeyCodes::OwnKey, key);
     QList<KeyCodes::OwnKey> told;
     connect(mChannel.get(), &LinuxKeyChannel::ownKeyPressed, this, [&](KeyCodes::OwnKey own) { told += own; });
+    connect(mChannel.get(), &KeyChannel::macroKeyPressed, this, [&] { told += KeyCodes::OwnKey::macro; });
     mChannel->setLit(isLit);
     mChannel->addNode(mFirst->open(), 1, true);
     mFirst->press(quint16(code));
@@ -153,6 +154,7 @@ void LinuxKeyChannelTest::keysForTheKeyboardItselfAreReported()
     QCOMPARE(mPipe->keys(), seen);
     QCOMPARE(told, key == KeyCodes::OwnKey::none ? QList<KeyCodes::OwnKey>() : QList{key});
     disconnect(mChannel.get(), &LinuxKeyChannel::ownKeyPressed, this, nullptr);
+    disconnect(mChannel.get(), &KeyChannel::macroKeyPressed, this, nullptr);
 }
 
 void LinuxKeyChannelTest::keyForTheLightIsReleasedWhereItWasPressed()
