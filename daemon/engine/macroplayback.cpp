@@ -74,9 +74,11 @@ MacroPlayback::Time MacroPlayback::due() const
 
 std::optional<MacroPlayback::Change> MacroPlayback::takeNext(Time now)
 {
+    if (const Time delay = now - due(); delay > toleratedDelay)
+        mRoundStart += delay;
     const std::optional<Change> next = change();
     if (mNextStep == mMacro->steps.size() && mHeld.isEmpty())
-        endRound(now);
+        endRound();
     return next;
 }
 
@@ -89,13 +91,10 @@ std::optional<MacroPlayback::Change> MacroPlayback::change()
     return isChange ? std::optional(Change{.usage = step.usage, .isDown = step.isDown}) : std::nullopt;
 }
 
-void MacroPlayback::endRound(Time now)
+void MacroPlayback::endRound()
 {
     if (!isEndless() && --mRoundsLeft == 0)
         return;
     mNextStep = 0;
     mRoundStart += mMacro->spacing;
-    // Rounds missed by a sleeping or overloaded machine are not made up for.
-    if (isEndless() && now > mRoundStart)
-        mRoundStart += (now - mRoundStart) / mMacro->spacing * mMacro->spacing;
 }

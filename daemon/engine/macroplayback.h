@@ -31,12 +31,16 @@ private:
     std::bitset<firstButton + 10> mHeld; // the playable buttons are 1 to 9
 };
 
-/// Plays round after round. Counts all times from the start, not from a late event, so delays do not add up. At its
-/// end, each round releases everything that its macro has pressed and not released.
+/// Plays round after round. Counts all times from the start, not from the last event, so the delays of a timer do not
+/// add up. An event that is later than that moves everything after it, so pauses keep their length. At its end, each
+/// round releases everything that its macro has pressed and not released.
 class MacroPlayback
 {
 public:
     using Time = std::chrono::microseconds; // since any fixed moment
+
+    /// The usual delay of a timer on a busy machine. A later event moves the rest of the macro.
+    static constexpr std::chrono::milliseconds toleratedDelay{3};
 
     struct Change
     {
@@ -58,7 +62,7 @@ public:
     /// The time of the next event. Must not be called when the playback is over.
     [[nodiscard]] Time due() const;
     /// The event at due(); absent for a press of a held key or a release of one not held. `now` must not be before
-    /// due(). An endless repeat skips whole rounds that are past.
+    /// due().
     [[nodiscard]] std::optional<Change> takeNext(Time now);
     [[nodiscard]] bool isOver() const { return mRoundsLeft == 0; }
 
@@ -68,7 +72,7 @@ public:
 private:
     [[nodiscard]] bool isEndless() const { return endsWithRelease() || endsWithNextPress(); }
     [[nodiscard]] std::optional<Change> change();
-    void endRound(Time now);
+    void endRound();
 
     HidUsage mTrigger;
     int mMacroIndex = 0;
