@@ -17,8 +17,9 @@ void CurrentKeyboard::use(Keyboard &keyboard, const QVariantMap &document)
     mKeyboard = &keyboard;
     connectKeyboard();
     mSettings = keySettingsOf(document, mSettings);
-    callKeysAndWait([this](KeyPath &keys) {
-        mLastSwitch = keys.start(mSettings);
+    KeySettings settings = mSettings; // and then those of the previous use
+    callKeysAndWait([this, &settings](KeyPath &keys) {
+        mLastSwitch = keys.start(settings);
         mLastMacroKey = keys.lastMacroKey();
     });
     mAnsweredSwitch = mLastSwitch;
@@ -55,6 +56,10 @@ void CurrentKeyboard::connectKeyboard()
                 if (keyboard == mKeyboard)
                     takeMacroKey(time, number);
             });
+    connect(keys, &KeyPath::changeTaken, this, [this] {
+        HandOver::take();
+        freeTakenChanges();
+    });
     connect(keys, &KeyPath::programChosen, this, [this](const QString &program) {
         HandOver::take();
         Q_EMIT programChosen(program);
@@ -92,9 +97,15 @@ void CurrentKeyboard::apply(const QVariantMap &document, bool isOtherProfile)
 void CurrentKeyboard::answer(bool isOtherProfile)
 {
     mAnsweredSwitch = mLastSwitch;
-    callKeys(
-        [change = KeyPath::Change{.settings = mSettings, .lastSwitch = mLastSwitch, .isOtherProfile = isOtherProfile}](
-            KeyPath &keys) { keys.change(change); });
+    mChanges.push_back(std::make_shared<KeyPath::Change>(
+        KeyPath::Change{.settings = mSettings, .lastSwitch = mLastSwitch, .isOtherProfile = isOtherProfile}));
+    callKeys([change = mChanges.back()](KeyPath &keys) mutable { keys.change(std::move(change)); });
+}
+
+/// Frees the previous settings of the keys, which would take the key thread too long.
+void CurrentKeyboard::freeTakenChanges()
+{
+    std::erase_if(mChanges, [](const std::shared_ptr<KeyPath::Change> &change) { return change.use_count() == 1; });
 }
 
 void CurrentKeyboard::show(const QVariantMap &document)
@@ -119,7 +130,8 @@ void CurrentKeyboard::stop()
 template <typename Function> void CurrentKeyboard::callKeys(Function function)
 {
     KeyPath *keys = &mKeyboard->keys();
-    QMetaObject::invokeMethod(keys, HandOver::Call{[keys, function = std::move(function)] { function(*keys); }});
+    QMetaObject::invokeMethod(keys,
+                              HandOver::Call{[keys, function = std::move(function)]() mutable { function(*keys); }});
 }
 
 template <typename Function> void CurrentKeyboard::callKeysAndWait(Function function)

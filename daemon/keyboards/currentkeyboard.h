@@ -9,6 +9,9 @@
 #include <QObject>
 #include <QVariantMap>
 
+#include <memory>
+#include <vector>
+
 /// Calls and signals are direct if the keys are on the same thread. Otherwise they are queued: calls reach the keys in
 /// order, and signals of the keys arrive later.
 class CurrentKeyboard : public QObject
@@ -52,14 +55,16 @@ private:
     void takeSwitch(int index, KeyPath::SwitchNumber number);
     void takeMacroKey(KeyPath::Time time, KeyPath::MacroKeyNumber number);
     void answer(bool isOtherProfile);
+    void freeTakenChanges();
     void show(const QVariantMap &document);
     template <typename Function> void callKeys(Function function);
     template <typename Function> void callKeysAndWait(Function function);
 
     Keyboard *mKeyboard = nullptr;
-    KeySettings mSettings;                     // of the document
-    KeyPath::SwitchNumber mLastSwitch = 0;     // the last one received
-    KeyPath::SwitchNumber mAnsweredSwitch = 0; // the last one answered
+    KeySettings mSettings;                                  // of the document
+    std::vector<std::shared_ptr<KeyPath::Change>> mChanges; // those that the keys have not taken yet
+    KeyPath::SwitchNumber mLastSwitch = 0;                  // the last one received
+    KeyPath::SwitchNumber mAnsweredSwitch = 0;              // the last one answered
     KeyPath::Listening mListening;             // as last requested; with the last Macro key that was answered
     KeyPath::MacroKeyNumber mLastMacroKey = 0; // the last one received
 };

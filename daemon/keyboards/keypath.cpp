@@ -25,19 +25,26 @@ KeyPath::KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent)
     connect(&mChannel, &KeyChannel::keysLost, this, &KeyPath::releaseAll);
 }
 
-KeyPath::SwitchNumber KeyPath::start(const KeySettings &settings)
+KeyPath::SwitchNumber KeyPath::start(KeySettings &settings)
 {
     mIsStarted = true;
     mIsSwitchUnanswered = false;
-    mSettings = settings;
+    std::swap(mSettings, settings);
     applySettings();
     return mLastSwitch;
 }
 
-void KeyPath::change(Change change)
+void KeyPath::change(std::shared_ptr<Change> change)
 {
-    if (!mIsStarted)
-        return;
+    if (mIsStarted)
+        exchangeSettings(*change);
+    change.reset();
+    HandOver::give();
+    Q_EMIT changeTaken();
+}
+
+void KeyPath::exchangeSettings(Change &change)
+{
     const bool isUpToDate = change.lastSwitch == mLastSwitch;
     if (!isUpToDate && change.settings.hasProfile(mSettings.activeProfile))
         change.settings.activeProfile = mSettings.activeProfile;
@@ -46,7 +53,7 @@ void KeyPath::change(Change change)
     const bool isOtherProfile =
         isAnswer ? change.settings.activeProfile != mSettings.activeProfile : change.isOtherProfile;
     mIsSwitchUnanswered = !isUpToDate && (mIsSwitchUnanswered || change.isOtherProfile);
-    mSettings = std::move(change.settings);
+    std::swap(mSettings, change.settings);
     if (isUpToDate && isOtherProfile)
         perform(mEngine.stopMacros());
     applySettings();

@@ -11,6 +11,7 @@
 #include <QObject>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 /// The clock of a key path; tests replace it.
@@ -72,9 +73,11 @@ public:
 
     [[nodiscard]] bool isStarted() const { return mIsStarted; }
     /// The keys act from start() until stop(), and are ignored otherwise. Returns the last choice: the caller must
-    /// ignore choices up to it.
-    SwitchNumber start(const KeySettings &settings);
-    void change(Change change);
+    /// ignore choices up to it. Leaves the previous settings in `settings`, because the caller has the time to free
+    /// them.
+    SwitchNumber start(KeySettings &settings);
+    /// Leaves the previous settings in `change`, which the caller must keep until changeTaken().
+    void change(std::shared_ptr<Change> change);
     [[nodiscard]] MacroKeyNumber lastMacroKey() const { return mLastMacroKey; }
     /// Ignored if the sender has not received the last macroKeyPressed(), because it will answer that one.
     void listen(const Listening &listening);
@@ -90,6 +93,8 @@ Q_SIGNALS:
     /// switched.
     void profileChosen(int index, KeyPath::SwitchNumber choice);
     void programChosen(const QString &program);
+    /// The path has released an object passed to change().
+    void changeTaken();
     /// The effect of the Macro key has begun in this path, because the very next key may belong to the macro. The other
     /// side has the last word: it answers with listen().
     void macroKeyPressed(KeyPath::Time time, KeyPath::MacroKeyNumber number);
@@ -103,6 +108,7 @@ private:
     void perform(const EngineOutputs &outputs);
     void chooseProfile(int index);
     void applySettings();
+    void exchangeSettings(Change &change);
 
     KeyChannel &mChannel;
     KeyClock mClock;

@@ -81,7 +81,8 @@ private:
     void answer(const QVariantMap &document, KeyPath::SwitchNumber lastSwitch, bool isOtherProfile)
     {
         mSettings = keySettingsOf(document, mSettings);
-        mPath->change({.settings = mSettings, .lastSwitch = lastSwitch, .isOtherProfile = isOtherProfile});
+        mPath->change(std::make_shared<KeyPath::Change>(
+            KeyPath::Change{.settings = mSettings, .lastSwitch = lastSwitch, .isOtherProfile = isOtherProfile}));
     }
     /// The usage that `key` sends; 0 for none.
     [[nodiscard]] quint16 sentBy(quint16 key);
@@ -102,7 +103,8 @@ void KeyPathTest::init()
         *mChannel, KeyClock{.now = [this] { return mNow; },
                             .wakeAt = [this](std::optional<KeyPath::Time> time) { mWakeTime = time; }});
     mSettings = keySettingsOf(twoProfiles());
-    QCOMPARE(mPath->start(mSettings), KeyPath::SwitchNumber(0));
+    KeySettings settings = mSettings;
+    QCOMPARE(mPath->start(settings), KeyPath::SwitchNumber(0));
 }
 
 void KeyPathTest::cleanup()
@@ -132,7 +134,8 @@ void KeyPathTest::keysDoNothingBeforeTheStartAndAfterTheStop()
     answer(twoProfiles(1), 0, true); // crossed the stop on its way
     tap(keyA);
     QCOMPARE(mChannel->sent(), 0);
-    (void)mPath->start(keySettingsOf(twoProfiles()));
+    KeySettings settings = keySettingsOf(twoProfiles());
+    (void)mPath->start(settings);
     tap(keyA);
     QCOMPARE(mChannel->sent(), 2);
 }
@@ -284,7 +287,8 @@ void KeyPathTest::choicesAreNumberedThroughAllStarts()
 {
     tap(switchKey);
     mPath->stop();
-    QCOMPARE(mPath->start(keySettingsOf(twoProfiles())), KeyPath::SwitchNumber(1));
+    KeySettings settings = keySettingsOf(twoProfiles());
+    QCOMPARE(mPath->start(settings), KeyPath::SwitchNumber(1));
     QCOMPARE(sentBy(keyA), keyA);
     const QSignalSpy chosen(mPath.get(), &KeyPath::profileChosen);
     tap(switchKey);

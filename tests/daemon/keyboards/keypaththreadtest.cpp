@@ -11,6 +11,8 @@
 #include <QTest>
 
 #include <array>
+#include <atomic>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -84,6 +86,17 @@ private:
     std::array<bool, keys.size()> mIsDown{};
 };
 
+/// Notes the thread on which it is freed.
+struct Witness
+{
+    explicit Witness(std::atomic<const QThread *> &freedOn) : mFreedOn(freedOn) {}
+    ~Witness() { mFreedOn = QThread::currentThread(); }
+    Q_DISABLE_COPY_MOVE(Witness)
+
+private:
+    std::atomic<const QThread *> &mFreedOn;
+};
+
 /// The profile in effect, recognised by its single key: in the first profile it sends 10, in the second 11.
 quint16 sentBy(ThreadedKeyboard &keyboard, quint16 key)
 {
@@ -111,6 +124,8 @@ private Q_SLOTS:
     void bothSidesAgreeAfterSimultaneousSwitches_data();
     void bothSidesAgreeAfterSimultaneousSwitches();
     void pendingCallsOfAnEarlierKeyboardAreIgnored();
+    void oldSettingsAreFreedOnTheMainThread_data();
+    void oldSettingsAreFreedOnTheMainThread();
 };
 
 void KeyPathThreadTest::stormLeavesNoKeyDown_data()
@@ -243,6 +258,38 @@ void KeyPathThreadTest::pendingCallsOfAnEarlierKeyboardAreIgnored()
     QVERIFY(chosen.isEmpty());
     first.press(58);
     QTRY_COMPARE(chosen, QList<int>{1});
+    current.stop();
+}
+
+void KeyPathThreadTest::oldSettingsAreFreedOnTheMainThread_data()
+{
+    QTest::addColumn<bool>("isUsedAgain");
+    QTest::newRow("a change") << false;
+    QTest::newRow("another use of the keyboard") << true;
+}
+
+void KeyPathThreadTest::oldSettingsAreFreedOnTheMainThread()
+{
+    QFETCH(bool, isUsedAgain);
+    std::atomic<const QThread *> freedOn = nullptr;
+    ThreadedKeyboard keyboard, other;
+    CurrentKeyboard current;
+    const QVariantMap without = document({profile(u"A"_s, {})});
+    {
+        const QVariantMap sequence{{u"witness"_s, QVariant::fromValue(std::make_shared<Witness>(freedOn))}};
+        const QVariantMap macro{{u"sequence"_s, sequence}};
+        current.use(keyboard, document({profile(u"A"_s, {})}, QVariantList{macro}));
+    }
+    QVERIFY(!freedOn); // the keys have it
+    if (isUsedAgain) {
+        current.use(other, without);
+        QVERIFY(!freedOn);
+        current.use(keyboard, without);
+    } else {
+        current.apply(without, false);
+    }
+    QTRY_VERIFY(freedOn);
+    QCOMPARE(freedOn.load(), QThread::currentThread());
     current.stop();
 }
 
