@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <limits>
 
 namespace {
 
@@ -14,7 +13,9 @@ constexpr std::size_t bucketsPerDoubling = 8;
 
 void LatencyHistogram::add(std::chrono::microseconds latency)
 {
-    const auto us = static_cast<quint32>(std::clamp<qint64>(latency.count(), 0, std::numeric_limits<quint32>::max()));
+    if (latency > longest)
+        return;
+    const auto us = static_cast<quint32>(std::max<qint64>(latency.count(), 0));
     // There is only one writer, so readers need nothing but whole values.
     std::atomic<quint32> &bucket = mBuckets[bucketOf(us)];
     bucket.store(bucket.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "daemon/keyboards/devices.h"
+#include "daemon/keyboards/linux/stallwatch.h"
 
 #include <array>
 #include <atomic>
@@ -12,6 +13,12 @@
 class LatencyHistogram
 {
 public:
+    /// The process ends if a key takes longer than this. A longer time is that of a process that did not run: the
+    /// machine was asleep. Events have the times of CLOCK_MONOTONIC, and a suspend to idle does not stop that clock on
+    /// every machine.
+    static constexpr std::chrono::microseconds longest = StallWatch::usualLimit * 5 / 4;
+
+    /// Ignores a latency above `longest`.
     void add(std::chrono::microseconds latency);
     void clear();
     [[nodiscard]] KeyLatency latency() const;

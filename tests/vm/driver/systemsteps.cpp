@@ -149,7 +149,8 @@ void writeSystemFile(const std::string &path, const std::string &text)
 /// All devices go to sleep and wake up again: the kernel's complete suspend, except stopping the processor.
 void suspend(Machine &, const Words &)
 {
-    writeSystemFile("/sys/module/suspend/parameters/pm_test_delay", "1"); // seconds of sleep
+    // Seconds of sleep, in which the clock runs: more than the daemon may need for a key.
+    writeSystemFile("/sys/module/suspend/parameters/pm_test_delay", "3");
     writeSystemFile("/sys/power/pm_test", "devices");
     const std::string states = contentOf("/sys/power/state");
     writeSystemFile("/sys/power/state", states.find("mem") != std::string::npos ? "mem" : "freeze");
@@ -234,6 +235,15 @@ void expectRealTime(Machine &machine, const Words &)
     const std::string memory = contentOf("/proc/" + std::to_string(process) + "/smaps_rollup");
     if (memory.find("Locked:") == std::string::npos || std::stol(memory.substr(memory.find("Locked:") + 7)) == 0)
         throw Failure("no memory is locked");
+}
+
+/// expect-latency-below MS: no key that was measured took as long.
+void expectLatencyBelow(Machine &machine, const Words &words)
+{
+    const std::string text = machine.status("latency");
+    const std::size_t place = text.find("maximum ");
+    if (place == std::string::npos || std::stol(text.substr(place + 8)) >= std::stol(word(words, 1)) * 1000)
+        throw Failure("it is: " + text);
 }
 
 constexpr const char *ruleFolder = "/run/udev/rules.d/";
@@ -377,6 +387,7 @@ const std::map<std::string, StepAction> &systemActions()
         {"expect-daemon-end", expectDaemonEnd},
         {"suspend", suspend},
         {"expect-property", expectProperty},
+        {"expect-latency-below", expectLatencyBelow},
         {"expect-real-time", expectRealTime},
         {"udev-rule", installRule},
         {"expect-of-the-seat", expectOfTheSeat},

@@ -15,6 +15,7 @@ private Q_SLOTS:
     void bucketsFollowEachOtherWithoutGaps();
     void percentilesAreAtMostAnEighthTooHigh();
     void extremesAreCounted();
+    void timeOfASuspendedProcessIsNotCounted();
     void canBeCleared();
 };
 
@@ -54,9 +55,18 @@ void LatencyHistogramTest::extremesAreCounted()
     histogram.add(-5us);
     histogram.add(0us);
     QCOMPARE(histogram.latency(), (KeyLatency{.count = 2}));
+    histogram.add(LatencyHistogram::longest);
+    QCOMPARE(histogram.latency().maximumUs, quint32(LatencyHistogram::longest.count()));
+    QCOMPARE(histogram.latency().p99Us, quint32(LatencyHistogram::longest.count()));
+}
+
+void LatencyHistogramTest::timeOfASuspendedProcessIsNotCounted()
+{
+    LatencyHistogram histogram;
+    histogram.add(7us);
+    histogram.add(LatencyHistogram::longest + 1us);
     histogram.add(std::chrono::hours(100));
-    QCOMPARE(histogram.latency().maximumUs, 0xFFFFFFFFu);
-    QCOMPARE(histogram.latency().p99Us, 0xFFFFFFFFu);
+    QCOMPARE(histogram.latency(), (KeyLatency{.count = 1, .p50Us = 7, .p99Us = 7, .maximumUs = 7}));
 }
 
 void LatencyHistogramTest::canBeCleared()
