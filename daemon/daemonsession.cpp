@@ -37,6 +37,8 @@ void DaemonSession::connectKeyboards()
     QObject::connect(&mDevices, &LinuxDevices::wanted, &mDaemon, [this](bool isWanted) {
         mDaemon.useKeyboard(isWanted ? static_cast<Keyboard &>(mLinuxKeyboard) : mVirtualKeyboard);
     });
+    QObject::connect(&mDevices, &LinuxDevices::choiceMoved, &mDaemon,
+                     [this] { (void)mDeviceChoice.save(mDevices.choices()); }); // logs a failure
     QObject::connect(&mDevices, &LinuxDevices::releaseChordPressed, &mDaemon,
                      [this] { mNotices.showKeyboardReleased(); });
 }

@@ -12,6 +12,17 @@ bool isOfKind(const InputDevice &device, const ChosenDevice &choice)
     return device.vendor == choice.vendor && device.product == choice.product && device.serial == choice.serial;
 }
 
+/// The devices that only their port distinguishes from `choice`.
+QList<ChosenDevice> sameMake(const QList<InputDevice> &devices, const ChosenDevice &choice)
+{
+    QList<ChosenDevice> found;
+    for (const InputDevice &device : devices) {
+        if (choice.serial.isEmpty() && isOfKind(device, choice))
+            found += choiceOf(device);
+    }
+    return found;
+}
+
 } // namespace
 
 QString deviceRightsRemedy(const QString &id)
@@ -58,4 +69,30 @@ QList<qsizetype> chosenAmong(const QList<InputDevice> &devices, const QList<Chos
             indexes += index;
     }
     return indexes;
+}
+
+QList<ChosenDevice> movedChoices(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices,
+                                 const QList<ChosenDevice> &others)
+{
+    QList<ChosenDevice> moved = choices;
+    for (ChosenDevice &choice : moved) {
+        const QList<ChosenDevice> found = sameMake(devices, choice);
+        // At the port of this choice, or of another one, it has not moved.
+        if (found.size() == 1 && !moved.contains(found.first()) && !others.contains(found.first()))
+            choice = found.first();
+    }
+    return moved;
+}
+
+QList<ChosenDevice> othersBesideChosen(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices)
+{
+    QList<ChosenDevice> others;
+    for (const ChosenDevice &choice : choices) {
+        const QList<ChosenDevice> found = sameMake(devices, choice);
+        for (const ChosenDevice &device : found) {
+            if (found.contains(choice) && !choices.contains(device))
+                others += device;
+        }
+    }
+    return others;
 }

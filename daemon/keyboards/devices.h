@@ -76,6 +76,14 @@ struct ChosenDevice
 /// choice without a serial number means the keyboard at the same port.
 [[nodiscard]] QList<qsizetype> chosenAmong(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices);
 
+/// `choices`, with new ports for keyboards without a serial number that were plugged in elsewhere: none of the make is
+/// at the chosen port, exactly one is attached, and it is not one of `others`, the keyboards that were not chosen.
+[[nodiscard]] QList<ChosenDevice> movedChoices(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices,
+                                               const QList<ChosenDevice> &others);
+/// The devices beside a chosen one that only its port distinguishes from them.
+[[nodiscard]] QList<ChosenDevice> othersBesideChosen(const QList<InputDevice> &devices,
+                                                     const QList<ChosenDevice> &choices);
+
 /// The latency of keys through the daemon: from the kernel's time stamp of an event to the return of the write to the
 /// output device. Measured since the keyboard was grabbed.
 struct KeyLatency

@@ -109,6 +109,9 @@ LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Se
     : DeviceSource(parent), mSource(nodes), mKeyboard(keyboard), mServices(std::move(services))
 {
     connect(&mSource, &EventDeviceSource::changed, this, &LinuxDevices::lookAgain);
+    mMove.setSingleShot(true);
+    mMove.setInterval(mServices.settlingTime);
+    mMove.callOnTimeout(this, &LinuxDevices::followMovedKeyboards);
     connect(&mKeyboard, &LinuxKeyboard::nodeChanged, this, &LinuxDevices::nodeChanged);
     connect(&mKeyboard, &LinuxKeyboard::releaseChordPressed, this, &LinuxDevices::ungrabEveryKeyboard);
     connect(&mKeyboard, &LinuxKeyboard::realTimeChanged, this, &LinuxDevices::changed);
@@ -192,19 +195,21 @@ Result<void, UseError> LinuxDevices::use(const QStringList &ids)
     }
     if (!hasOutput())
         return UseError{{mOutputProblem}, UseError::Cause::refused};
-    mChoices = choices;
-    mSuspended.clear();
-    synchronize();
-    Q_EMIT changed();
+    choose(choices);
     return {};
 }
 
 void LinuxDevices::useWhenPresent(const QList<ChosenDevice> &choices)
 {
+    choose(choices);
+}
+
+void LinuxDevices::choose(const QList<ChosenDevice> &choices)
+{
     mChoices = choices;
+    mOthers.clear();
     mSuspended.clear();
-    synchronize();
-    Q_EMIT changed();
+    lookAgain();
 }
 
 void LinuxDevices::release()
@@ -316,9 +321,34 @@ bool LinuxDevices::hasOutput()
     return true;
 }
 
+/// Of two keyboards that only their ports distinguish, the daemon must never use the one that was not chosen.
+void LinuxDevices::watchForMoves()
+{
+    const QList<InputDevice> present = mChoices.isEmpty() ? QList<InputDevice>() : devicesOf(keyboards());
+    for (const ChosenDevice &other : othersBesideChosen(present, mChoices)) {
+        if (!mOthers.contains(other))
+            mOthers += other;
+    }
+    if (movedChoices(present, mChoices, mOthers) == mChoices)
+        mMove.stop();
+    else
+        mMove.start();
+}
+
+void LinuxDevices::followMovedKeyboards()
+{
+    const QList<ChosenDevice> moved = movedChoices(devicesOf(keyboards()), mChoices, mOthers);
+    if (std::exchange(mChoices, moved) == moved)
+        return;
+    qCInfo(lcKeyboard, "keyboard: a chosen keyboard was found at another port");
+    lookAgain();
+    Q_EMIT choiceMoved();
+}
+
 /// Removes unwanted nodes, and adds wanted ones that were absent or failed.
 void LinuxDevices::synchronize()
 {
+    watchForMoves();
     // Away from the seat, the daemon has no right to the output device.
     const bool isPossible = !mChoices.isEmpty() && !isAway() && hasOutput();
     if (isPossible)

@@ -10,7 +10,9 @@
 
 #include <QHash>
 #include <QSet>
+#include <QTimer>
 
+#include <chrono>
 #include <functional>
 
 class LinuxDevices : public DeviceSource
@@ -29,6 +31,9 @@ public:
         std::function<int(const QString &path)> access;
         /// Whether this user is at the seat; lookAgain() must be called when the answer changes.
         std::function<SeatWatch::Presence(const QString &seat)> presence;
+        /// How long a keyboard must be the only one of its make before it can be a chosen one at another port. The
+        /// keyboards of one hub appear one after the other, the chosen one perhaps last.
+        std::chrono::milliseconds settlingTime = std::chrono::seconds(5);
     };
 
     /// All must outlive this. Opens the machine's own files.
@@ -44,6 +49,8 @@ public:
     void useWhenPresent(const QList<ChosenDevice> &choices) override;
     void release() override;
 
+    /// Whether a chosen keyboard seems to be at another port, which is decided after the settling time.
+    [[nodiscard]] bool isSettling() const { return mMove.isActive(); }
     /// Grabs and releases what may now be grabbed, or no longer.
     void lookAgain();
 
@@ -51,6 +58,7 @@ Q_SIGNALS:
     /// The daemon must now use the real keyboards, or the virtual one. Emitted before the first keyboard is grabbed and
     /// after the last one is ungrabbed, so nothing that the user types in between is lost.
     void wanted(bool isWanted);
+    void choiceMoved();         ///< a chosen keyboard is now at another port: choices() must be stored
     void releaseChordPressed(); ///< the user has held the release chord; every keyboard was ungrabbed
 
 private:
@@ -80,6 +88,9 @@ private:
     [[nodiscard]] DeviceState stateOf(const DeviceStatus &status, bool isWaiting) const;
     /// Makes the output device if there is none yet.
     [[nodiscard]] bool hasOutput();
+    void choose(const QList<ChosenDevice> &choices);
+    void watchForMoves();
+    void followMovedKeyboards();
     void synchronize();
     void add(Node node);
     void nodeChanged(int id, EventDevice::State state, int error);
@@ -93,6 +104,8 @@ private:
     LinuxKeyboard &mKeyboard;
     Services mServices;
     QList<ChosenDevice> mChoices;
+    QList<ChosenDevice> mOthers; // keyboards that were seen beside the chosen one of their make
+    QTimer mMove;                // see isSettling()
     QList<Node> mNodes;
     QSet<QString> mSuspended;                // system paths of nodes; ignored until they are plugged in again
     QHash<QString, QString> mLoggedProblems; // by the system paths of nodes

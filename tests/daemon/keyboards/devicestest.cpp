@@ -15,6 +15,9 @@ private Q_SLOTS:
     void choiceIdentifiesTheRightKeyboards_data();
     void choiceIdentifiesTheRightKeyboards();
     void everyKeyboardIsFoundByItsOwnChoice();
+    void choiceFollowsTheOnlyKeyboardOfItsMake_data();
+    void choiceFollowsTheOnlyKeyboardOfItsMake();
+    void keyboardsBesideTheChosenOneAreOthers();
     void statesHaveDifferentNames();
 };
 
@@ -92,6 +95,61 @@ void DevicesTest::everyKeyboardIsFoundByItsOwnChoice()
     }
     for (qsizetype index = 0; index < devices.size(); ++index)
         QCOMPARE(chosenAmong(devices, {choiceOf(devices.at(index))}), QList<qsizetype>{index});
+}
+
+void DevicesTest::choiceFollowsTheOnlyKeyboardOfItsMake_data()
+{
+    QTest::addColumn<QList<InputDevice>>("devices");
+    QTest::addColumn<QList<ChosenDevice>>("choices");
+    QTest::addColumn<QList<ChosenDevice>>("others");
+    QTest::addColumn<QList<ChosenDevice>>("moved");
+    using Devices = QList<InputDevice>;
+    using Choices = QList<ChosenDevice>;
+    using Others = QList<ChosenDevice>;
+    const QString none;
+    QTest::newRow("not plugged in") << Devices{} << Choices{choice(none, u"p"_s)} << Others{}
+                                    << Choices{choice(none, u"p"_s)};
+    QTest::newRow("at another port") << Devices{device(none, u"q"_s)} << Choices{choice(none, u"p"_s)} << Others{}
+                                     << Choices{choice(none, u"q"_s)};
+    QTest::newRow("another keyboard at another port") << Devices{device(none, u"q"_s)} << Choices{choice(none, u"p"_s)}
+                                                      << Others{choice(none, u"q"_s)} << Choices{choice(none, u"p"_s)};
+    QTest::newRow("two at other ports") << Devices{device(none, u"q"_s), device(none, u"r"_s)}
+                                        << Choices{choice(none, u"p"_s)} << Others{} << Choices{choice(none, u"p"_s)};
+    QTest::newRow("a second one beside it")
+        << Devices{device(none, u"p"_s), device(none, u"q"_s)} << Choices{choice(none, u"p"_s)} << Others{}
+        << Choices{choice(none, u"p"_s)};
+    QTest::newRow("another product") << Devices{device(none, u"q"_s, 3)} << Choices{choice(none, u"p"_s)} << Others{}
+                                     << Choices{choice(none, u"p"_s)};
+    QTest::newRow("a number where there was none") << Devices{device(u"S"_s, u"q"_s)} << Choices{choice(none, u"p"_s)}
+                                                   << Others{} << Choices{choice(none, u"p"_s)};
+    QTest::newRow("with a number") << Devices{device(u"S"_s, u"q"_s)} << Choices{choice(u"S"_s, u"p"_s)} << Others{}
+                                   << Choices{choice(u"S"_s, u"p"_s)};
+    QTest::newRow("two chosen, one left at its port")
+        << Devices{device(none, u"q"_s)} << Choices{choice(none, u"p"_s), choice(none, u"q"_s)} << Others{}
+        << Choices{choice(none, u"p"_s), choice(none, u"q"_s)};
+    QTest::newRow("two chosen, one at a third port")
+        << Devices{device(none, u"r"_s)} << Choices{choice(none, u"p"_s), choice(none, u"q"_s)} << Others{}
+        << Choices{choice(none, u"r"_s), choice(none, u"q"_s)};
+}
+
+void DevicesTest::choiceFollowsTheOnlyKeyboardOfItsMake()
+{
+    QFETCH(QList<InputDevice>, devices);
+    QFETCH(QList<ChosenDevice>, choices);
+    QFETCH(QList<ChosenDevice>, others);
+    QFETCH(QList<ChosenDevice>, moved);
+    QCOMPARE(movedChoices(devices, choices, others), moved);
+}
+
+void DevicesTest::keyboardsBesideTheChosenOneAreOthers()
+{
+    const QString none;
+    const QList<InputDevice> devices{device(none, u"p"_s), device(none, u"q"_s), device(none, u"r"_s, 3),
+                                     device(u"S"_s, u"s"_s)};
+    QCOMPARE(othersBesideChosen(devices, {choice(none, u"p"_s)}), (QList<ChosenDevice>{choice(none, u"q"_s)}));
+    QCOMPARE(othersBesideChosen(devices, {choice(none, u"p"_s), choice(none, u"q"_s)}), QList<ChosenDevice>());
+    QCOMPARE(othersBesideChosen(devices, {choice(none, u"t"_s)}), QList<ChosenDevice>());
+    QCOMPARE(othersBesideChosen(devices, {choice(u"S"_s, u"s"_s)}), QList<ChosenDevice>());
 }
 
 void DevicesTest::statesHaveDifferentNames()

@@ -63,6 +63,9 @@ private Q_SLOTS:
     void keyboardPluggedInLaterIsUsed();
     void unpluggedKeyboardIsUsedAgainWhenItReturns();
     void anotherOfTheSameKindIsNotUsed();
+    void keyboardWithoutANumberIsFoundAtAnotherPort();
+    void chosenKeyboardThatAppearsLastIsUsed();
+    void ofTwoAtOtherPortsNeitherIsUsed();
     void releaseUngrabsAndForgets();
     void keyboardsAreWantedBeforeTheyAreGrabbed();
     void releaseChordReleasesThemUntilTheyAreChosenOrPluggedInAgain();
@@ -122,7 +125,8 @@ void LinuxDevicesTest::init()
             .presence =
                 [this](const QString &seat) {
                     return mPresence.contains(seat) ? mPresence[seat] : SeatWatch::Presence::here;
-                }});
+                },
+            .settlingTime = std::chrono::milliseconds(50)});
     for (int number = 1; number <= 4; ++number)
         (void)fake(number);
     EventDeviceInfo other = keyboardNode(3, u"/b"_s);
@@ -290,6 +294,71 @@ void LinuxDevicesTest::anotherOfTheSameKindIsNotUsed()
     mSource->set({second});
     QTRY_COMPARE(mDevices->status().state, DeviceState::absent);
     QVERIFY(!fake(4).isOpen());
+    // Nor when both are unplugged together, and this one comes back first.
+    mSource->set({});
+    mSource->set({second});
+    QVERIFY(!mDevices->isSettling());
+    QVERIFY(!fake(4).isOpen());
+    QCOMPARE(mDevices->choices().first().path, u"port1"_s);
+}
+
+void LinuxDevicesTest::chosenKeyboardThatAppearsLastIsUsed()
+{
+    EventDeviceInfo second = keyboardNode(4, u"/d"_s);
+    second.path = u"port2"_s;
+    mSource->set({second});
+    ChosenDevice choice = chosen;
+    choice.path = u"port1"_s;
+    mDevices->useWhenPresent({choice});
+    QVERIFY(mDevices->isSettling());
+    EventDeviceInfo first = keyboardNode(1, u"/a"_s);
+    first.path = u"port1"_s;
+    mSource->set({second, first});
+    QVERIFY(!mDevices->isSettling());
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event1"_s});
+    QVERIFY(!fake(4).isOpen());
+}
+
+void LinuxDevicesTest::keyboardWithoutANumberIsFoundAtAnotherPort()
+{
+    EventDeviceInfo first = keyboardNode(1, u"/a"_s);
+    first.path = u"port1"_s;
+    mSource->set({first});
+    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QTRY_VERIFY(fake(1).isGrabbed());
+    QSignalSpy moved(mDevices.get(), &LinuxDevices::choiceMoved);
+    fake(1).unplug();
+    mSource->set({});
+    QTRY_COMPARE(mDevices->status().state, DeviceState::absent);
+    EventDeviceInfo again = keyboardNode(4, u"/d"_s);
+    again.path = u"port2"_s;
+    mSource->set({again});
+    QTRY_VERIFY(fake(4).isGrabbed());
+    QCOMPARE(moved.size(), 1);
+    QCOMPARE(mDevices->choices().size(), 1);
+    QCOMPARE(mDevices->choices().first().path, u"port2"_s);
+    // A second one at the old port is another keyboard.
+    EventDeviceInfo second = keyboardNode(3, u"/c"_s);
+    second.path = u"port1"_s;
+    mSource->set({again, second});
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event4"_s});
+    QVERIFY(!fake(3).isOpen());
+    QCOMPARE(moved.size(), 1);
+}
+
+void LinuxDevicesTest::ofTwoAtOtherPortsNeitherIsUsed()
+{
+    EventDeviceInfo first = keyboardNode(1, u"/a"_s);
+    first.path = u"port2"_s;
+    EventDeviceInfo second = keyboardNode(3, u"/c"_s);
+    second.path = u"port3"_s;
+    mSource->set({first, second});
+    ChosenDevice choice = chosen;
+    choice.path = u"port1"_s;
+    mDevices->useWhenPresent({choice});
+    QVERIFY(!mDevices->isSettling());
+    QCOMPARE(mDevices->status().state, DeviceState::absent);
+    QVERIFY(!fake(1).isOpen() && !fake(3).isOpen());
 }
 
 void LinuxDevicesTest::releaseUngrabsAndForgets()
