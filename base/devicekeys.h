@@ -23,6 +23,7 @@ inline constexpr Key serial{"Serial"};
 inline constexpr Key path{"Path"};
 inline constexpr Key id{"Id"};
 inline constexpr Key name{"Name"};
+inline constexpr Key kind{"Kind"};
 inline constexpr Key nodes{"Nodes"};
 inline constexpr Key isInUse{"InUse"};
 inline constexpr Key problem{"Problem"}; // also in the status
@@ -34,6 +35,11 @@ inline constexpr Key obstacleTaken{"taken"};
 inline constexpr Key obstaclePointer{"pointer"};
 inline constexpr Key obstacleElsewhere{"elsewhere"};
 inline constexpr Key obstacleOther{"other"};
+
+// Values of the kind
+inline constexpr Key kindKeyboard{"keyboard"};
+inline constexpr Key kindNumberPad{"number pad"};
+inline constexpr Key kindKeyPad{"key pad"};
 
 // The status
 inline constexpr Key state{"State"};

@@ -25,6 +25,7 @@ QJsonObject jsonOf(const QVariantMap &device)
 {
     return {{u"id"_s, device.value(DeviceKeys::id).toString()},
             {u"name"_s, device.value(DeviceKeys::name).toString()},
+            {u"kind"_s, device.value(DeviceKeys::kind).toString()},
             {u"vendor"_s, device.value(DeviceKeys::vendor).toInt()},
             {u"product"_s, device.value(DeviceKeys::product).toInt()},
             {u"serial"_s, device.value(DeviceKeys::serial).toString()},
@@ -43,8 +44,11 @@ void printTable(Console &console, const QList<QVariantMap> &devices)
         width = std::max(width, text(device, DeviceKeys::id).size());
     for (const QVariantMap &device : devices) {
         const QChar mark = device.value(DeviceKeys::isInUse).toBool() ? u'*' : u' ';
-        console.print(
-            u"%1  %2  %3"_s.arg(mark).arg(text(device, DeviceKeys::id), -width).arg(text(device, DeviceKeys::name)));
+        const QString kind = text(device, DeviceKeys::kind);
+        const QString words = kind.isEmpty() || kind == DeviceKeys::kindKeyboard ? QString() : u" (%1)"_s.arg(kind);
+        console.print(u"%1  %2  %3"_s.arg(mark)
+                          .arg(text(device, DeviceKeys::id), -width)
+                          .arg(text(device, DeviceKeys::name) + words));
         if (const QString problem = text(device, DeviceKeys::problem); !problem.isEmpty())
             console.print(u"      cannot be used: "_s + problem);
     }

@@ -36,11 +36,29 @@ enum class DeviceObstacle {
     return DeviceKeys::obstacleOther;
 }
 
+enum class DeviceKind {
+    keyboard,
+    numberPad, ///< has the digits of a keypad, but not all letters
+    keyPad,    ///< has some keys of a keyboard, for example for one hand
+};
+
+/// The name on the bus and in "kestractl device list".
+[[nodiscard]] constexpr QLatin1StringView deviceKindName(DeviceKind kind)
+{
+    switch (kind) {
+    case DeviceKind::keyboard: return DeviceKeys::kindKeyboard;
+    case DeviceKind::numberPad: return DeviceKeys::kindNumberPad;
+    case DeviceKind::keyPad: return DeviceKeys::kindKeyPad;
+    }
+    return QLatin1StringView("?");
+}
+
 /// An attached keyboard with all its event devices.
 struct InputDevice
 {
-    QString id;          ///< unique and stable, for "kestractl device use"; letters, digits and . : - _
-    QString name;        ///< reported by the keyboard: untrusted text from outside
+    QString id;   ///< unique and stable, for "kestractl device use"; letters, digits and . : - _
+    QString name; ///< reported by the keyboard: untrusted text from outside
+    DeviceKind kind = DeviceKind::keyboard;
     quint16 vendor = 0;  ///< of the USB or Bluetooth device
     quint16 product = 0; ///< of the USB or Bluetooth device
     QString serial;      ///< text from outside; empty if the keyboard has none

@@ -12,12 +12,17 @@ namespace {
 
 QVariantMap dictionaryOf(const InputDevice &device)
 {
-    return {
-        {DeviceKeys::id, device.id},           {DeviceKeys::name, device.name},
-        {DeviceKeys::vendor, device.vendor},   {DeviceKeys::product, device.product},
-        {DeviceKeys::serial, device.serial},   {DeviceKeys::path, device.path},
-        {DeviceKeys::nodes, device.nodes},     {DeviceKeys::isInUse, device.isInUse},
-        {DeviceKeys::problem, device.problem}, {DeviceKeys::obstacle, QString(deviceObstacleName(device.obstacle))}};
+    return {{DeviceKeys::id, device.id},
+            {DeviceKeys::name, device.name},
+            {DeviceKeys::kind, QString(deviceKindName(device.kind))},
+            {DeviceKeys::vendor, device.vendor},
+            {DeviceKeys::product, device.product},
+            {DeviceKeys::serial, device.serial},
+            {DeviceKeys::path, device.path},
+            {DeviceKeys::nodes, device.nodes},
+            {DeviceKeys::isInUse, device.isInUse},
+            {DeviceKeys::problem, device.problem},
+            {DeviceKeys::obstacle, QString(deviceObstacleName(device.obstacle))}};
 }
 
 } // namespace

@@ -44,6 +44,7 @@ private Q_SLOTS:
 
     void listMarksTheKeyboardsInUse();
     void listShowsProblemsAndTheirRemedy();
+    void listMarksPads();
     void listReportsThatThereIsNoKeyboard();
     void listAsJsonHasEverything();
     void useShowsHowToReleaseTheKeyboard();
@@ -135,6 +136,18 @@ void DeviceCommandsTest::listShowsProblemsAndTheirRemedy()
              "follow the first lines of its output."_s);
 }
 
+void DeviceCommandsTest::listMarksPads()
+{
+    InputDevice numberPad = ScriptedDevices::keyboard(1);
+    numberPad.kind = DeviceKind::numberPad;
+    InputDevice keyPad = ScriptedDevices::keyboard(2);
+    keyPad.kind = DeviceKind::keyPad;
+    mDevices->plug({numberPad, keyPad});
+    const QStringList lines = run({u"device"_s, u"list"_s}).text().split(u'\n');
+    QCOMPARE(lines.value(0), u"   1b2c:0001  Keyboard 1 (number pad)"_s);
+    QCOMPARE(lines.value(1), u"   1b2c:0002  Keyboard 2 (key pad)"_s);
+}
+
 void DeviceCommandsTest::listReportsThatThereIsNoKeyboard()
 {
     mDevices->plug({});
@@ -149,15 +162,11 @@ void DeviceCommandsTest::listAsJsonHasEverything()
     QVERIFY(mDevices->use({u"1b2c:0001"_s}));
     const QJsonArray list = run({u"device"_s, u"list"_s, u"--json"_s}).json().array();
     QCOMPARE(list.size(), 3);
-    const QJsonObject expected{{u"id"_s, u"1b2c:0001"_s},
-                               {u"name"_s, u"Keyboard 1"_s},
-                               {u"vendor"_s, 0x1b2c},
-                               {u"product"_s, 1},
-                               {u"serial"_s, u"S1"_s},
-                               {u"path"_s, u"port-1"_s},
-                               {u"nodes"_s, QJsonArray{u"/dev/input/event1"_s}},
-                               {u"inUse"_s, true},
-                               {u"problem"_s, u""_s}};
+    const QJsonObject expected{{u"id"_s, u"1b2c:0001"_s}, {u"name"_s, u"Keyboard 1"_s},
+                               {u"vendor"_s, 0x1b2c},     {u"product"_s, 1},
+                               {u"serial"_s, u"S1"_s},    {u"kind"_s, u"keyboard"_s},
+                               {u"path"_s, u"port-1"_s},  {u"nodes"_s, QJsonArray{u"/dev/input/event1"_s}},
+                               {u"inUse"_s, true},        {u"problem"_s, u""_s}};
     QCOMPARE(list.at(0).toObject(), expected);
     QVERIFY(list.at(2).toObject().value(u"problem"_s).toString().contains(u"No right"_s));
 }

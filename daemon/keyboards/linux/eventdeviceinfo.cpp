@@ -19,15 +19,44 @@ constexpr quint16 firstLetter = 4; // HID usages
 constexpr quint16 lastLetter = 29;
 constexpr quint16 firstKeypadDigit = 89;
 constexpr quint16 lastKeypadDigit = 98;
+constexpr quint16 lastDigit = 39; // after the letters
+constexpr quint16 firstFunctionKey = 58;
+constexpr quint16 lastFunctionKey = 69; // F12
+constexpr quint16 firstFurtherFunctionKey = 104;
+constexpr quint16 lastFurtherFunctionKey = 115; // F24
+constexpr int leastKeysOfPad = 6;               // presenters and hot keys have fewer
+
+int countUsages(const EventDeviceInfo::Codes &keys, quint16 first, quint16 last)
+{
+    int count = 0;
+    for (quint16 usage = first; usage <= last; ++usage) {
+        const std::optional<quint16> code = KeyCodes::linuxCode({HidUsage::keyboardPage, usage});
+        if (code && keys[*code])
+            ++count;
+    }
+    return count;
+}
 
 bool hasUsages(const EventDeviceInfo::Codes &keys, quint16 first, quint16 last)
 {
-    for (quint16 usage = first; usage <= last; ++usage) {
-        const std::optional<quint16> code = KeyCodes::linuxCode({HidUsage::keyboardPage, usage});
-        if (!code || !keys[*code])
-            return false;
-    }
-    return true;
+    return countUsages(keys, first, last) == last - first + 1;
+}
+
+bool hasLetters(const EventDeviceInfo &info)
+{
+    return hasUsages(info.keys, firstLetter, lastLetter);
+}
+
+bool hasKeypad(const EventDeviceInfo &info)
+{
+    return hasUsages(info.keys, firstKeypadDigit, lastKeypadDigit);
+}
+
+bool hasKeysOfPad(const EventDeviceInfo &info)
+{
+    return countUsages(info.keys, firstLetter, lastDigit) + countUsages(info.keys, firstFunctionKey, lastFunctionKey)
+               + countUsages(info.keys, firstFurtherFunctionKey, lastFurtherFunctionKey)
+           >= leastKeysOfPad;
 }
 
 bool isOwn(const EventDeviceInfo &info)
@@ -71,6 +100,23 @@ QString uniqueId(const QString &id, QSet<QString> &taken)
     return unique;
 }
 
+bool isToGrab(EventDeviceKind kind)
+{
+    return kind == EventDeviceKind::keyboard || kind == EventDeviceKind::pad || kind == EventDeviceKind::extraKeys;
+}
+
+bool isOfKeyboard(EventDeviceKind kind)
+{
+    return kind == EventDeviceKind::keyboard || kind == EventDeviceKind::pad || kind == EventDeviceKind::mixed;
+}
+
+DeviceKind kindOfDevice(const QList<EventDeviceInfo> &nodes)
+{
+    if (std::ranges::any_of(nodes, hasLetters))
+        return DeviceKind::keyboard;
+    return std::ranges::any_of(nodes, hasKeypad) ? DeviceKind::numberPad : DeviceKind::keyPad;
+}
+
 /// The nodes of the same device as `first`, as one keyboard.
 KeyboardInfo keyboardWith(const EventDeviceInfo &first, const QList<EventDeviceInfo> &nodes, QSet<QString> &ids)
 {
@@ -78,13 +124,13 @@ KeyboardInfo keyboardWith(const EventDeviceInfo &first, const QList<EventDeviceI
     bool isUsable = false;
     for (const EventDeviceInfo &node : nodes) {
         const EventDeviceKind kind = kindOf(node);
-        if (node.devicePath != first.devicePath
-            || (kind != EventDeviceKind::keyboard && kind != EventDeviceKind::extraKeys))
+        if (node.devicePath != first.devicePath || !isToGrab(kind))
             continue;
         keyboard.nodes += node;
         keyboard.device.nodes += node.node;
-        isUsable = isUsable || kind == EventDeviceKind::keyboard;
+        isUsable = isUsable || kind != EventDeviceKind::extraKeys;
     }
+    keyboard.device.kind = kindOfDevice(isUsable ? keyboard.nodes : QList<EventDeviceInfo>{first});
     if (!isUsable) {
         keyboard.nodes.clear();
         keyboard.device.nodes = {first.node};
@@ -131,11 +177,11 @@ EventDeviceKind kindOf(const EventDeviceInfo &info)
     };
     const bool isPointer = hasPlane(info.relativeAxes, REL_X, REL_Y) || hasPlane(info.absoluteAxes, ABS_X, ABS_Y)
                            || hasPlane(info.absoluteAxes, ABS_MT_POSITION_X, ABS_MT_POSITION_Y);
-    const bool isKeyboard =
-        hasUsages(info.keys, firstLetter, lastLetter) || hasUsages(info.keys, firstKeypadDigit, lastKeypadDigit);
-    if (isKeyboard)
+    if (hasLetters(info) || hasKeypad(info))
         return isPointer ? EventDeviceKind::mixed : EventDeviceKind::keyboard;
-    return isPointer ? EventDeviceKind::pointer : EventDeviceKind::extraKeys;
+    if (isPointer)
+        return EventDeviceKind::pointer;
+    return hasKeysOfPad(info) ? EventDeviceKind::pad : EventDeviceKind::extraKeys;
 }
 
 QList<KeyboardInfo> keyboardsOf(QList<EventDeviceInfo> nodes)
@@ -147,9 +193,7 @@ QList<KeyboardInfo> keyboardsOf(QList<EventDeviceInfo> nodes)
     QSet<QString> ids;
     QSet<QString> known; // device paths
     for (const EventDeviceInfo &first : std::as_const(nodes)) {
-        const EventDeviceKind firstKind = kindOf(first);
-        if ((firstKind != EventDeviceKind::keyboard && firstKind != EventDeviceKind::mixed)
-            || known.contains(first.devicePath))
+        if (!isOfKeyboard(kindOf(first)) || known.contains(first.devicePath))
             continue;
         known += first.devicePath;
         keyboards += keyboardWith(first, nodes, ids);

@@ -43,6 +43,7 @@ struct EventDeviceInfo
 /// The daemon's use of a node.
 enum class EventDeviceKind {
     keyboard,  ///< has the letters, or all digits of a keypad
+    pad,       ///< has some letters, digits or function keys: a keyboard for one hand, or a row of keys
     extraKeys, ///< for example the media or power keys of a keyboard: grabbed together with it
     mixed,     ///< a keyboard that also moves the pointer; not grabbed, because the desktop would lose the pointer
     pointer,   ///< has other keys, and moves the pointer; not grabbed either
@@ -59,6 +60,6 @@ struct KeyboardInfo
     QString seat;                 ///< to which it is assigned
 };
 
-/// The keyboards in `nodes`, ordered by their first node. A device must have a node that is a keyboard, alone or mixed
-/// with a pointer.
+/// The keyboards in `nodes`, ordered by their first node. A device must have a node that is a keyboard or a pad, or
+/// a keyboard mixed with a pointer.
 [[nodiscard]] QList<KeyboardInfo> keyboardsOf(QList<EventDeviceInfo> nodes);

@@ -108,6 +108,7 @@ void DevicesAdaptorTest::listReportsEachKeyboard()
     QCOMPARE(list.size(), 2);
     const QVariantMap expected{{u"Id"_s, u"1b2c:0001"_s},
                                {u"Name"_s, u"Keyboard 1"_s},
+                               {u"Kind"_s, u"keyboard"_s},
                                {u"Vendor"_s, ushort(0x1b2c)},
                                {u"Product"_s, ushort(1)},
                                {u"Serial"_s, u"S1"_s},

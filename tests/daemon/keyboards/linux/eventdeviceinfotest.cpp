@@ -19,6 +19,7 @@ private Q_SLOTS:
     void classifiesEventDevices();
     void nodesOfOneKeyboardBelongTogether();
     void deviceWithoutAKeyboardIsNotListed();
+    void devicesAreListedAsWhatTheyAre();
     void keyboardThatIsAlsoThePointerIsUnusable();
     void keyboardsOfTheSameKindHaveDifferentIds();
     void textFromTheDeviceIsMadeHarmless();
@@ -86,6 +87,21 @@ void EventDeviceInfoTest::classifiesEventDevices_data()
     for (const int code : {KEY_KP0, KEY_KP1, KEY_KP2, KEY_KP3, KEY_KP4, KEY_KP5, KEY_KP6, KEY_KP7, KEY_KP8, KEY_KP9})
         keypad.keys.set(static_cast<std::size_t>(code));
     QTest::newRow("keypad") << keypad << EventDeviceKind::keyboard;
+    EventDeviceInfo oneHand;
+    for (const int code : {KEY_Q, KEY_W, KEY_E, KEY_A, KEY_S, KEY_D, KEY_TAB, KEY_LEFTSHIFT, KEY_SPACE})
+        oneHand.keys.set(static_cast<std::size_t>(code));
+    QTest::newRow("keyboard for one hand") << oneHand << EventDeviceKind::pad;
+    EventDeviceInfo row;
+    for (const int code : {KEY_F13, KEY_F14, KEY_F15, KEY_F16, KEY_F17, KEY_F18})
+        row.keys.set(static_cast<std::size_t>(code));
+    QTest::newRow("row of function keys") << row << EventDeviceKind::pad;
+    EventDeviceInfo presenter;
+    for (const int code : {KEY_PAGEUP, KEY_PAGEDOWN, KEY_B, KEY_F5, KEY_ESC, KEY_LEFTSHIFT})
+        presenter.keys.set(static_cast<std::size_t>(code));
+    QTest::newRow("presenter") << presenter << EventDeviceKind::extraKeys;
+    EventDeviceInfo mouseWithKeys = oneHand;
+    mouseWithKeys.relativeAxes.set(REL_X).set(REL_Y);
+    QTest::newRow("mouse with keys") << mouseWithKeys << EventDeviceKind::pointer;
     EventDeviceInfo hotKeys;
     for (const int code : {KEY_POWER, KEY_MUTE, KEY_VOLUMEUP, KEY_HOME, KEY_END, KEY_PAGEUP, KEY_PAGEDOWN})
         hotKeys.keys.set(static_cast<std::size_t>(code));
@@ -120,6 +136,32 @@ void EventDeviceInfoTest::deviceWithoutAKeyboardIsNotListed()
 {
     QCOMPARE(keyboardsOf({mediaNode(1, u"/a"_s)}).size(), 0);
     QCOMPARE(keyboardsOf({}).size(), 0);
+}
+
+void EventDeviceInfoTest::devicesAreListedAsWhatTheyAre()
+{
+    EventDeviceInfo numberPad = node(2, u"/b"_s);
+    for (const int code : {KEY_KP0, KEY_KP1, KEY_KP2, KEY_KP3, KEY_KP4, KEY_KP5, KEY_KP6, KEY_KP7, KEY_KP8, KEY_KP9})
+        numberPad.keys.set(static_cast<std::size_t>(code));
+    EventDeviceInfo keyPad = node(3, u"/c"_s);
+    for (const int code : {KEY_Q, KEY_W, KEY_E, KEY_A, KEY_S, KEY_D})
+        keyPad.keys.set(static_cast<std::size_t>(code));
+    EventDeviceInfo padOfKeyboard = keyPad;
+    padOfKeyboard.node = u"/dev/input/event5"_s;
+    padOfKeyboard.devicePath = u"/a"_s;
+    const QList<KeyboardInfo> keyboards =
+        keyboardsOf({keyboardNode(1, u"/a"_s), padOfKeyboard, numberPad, keyPad, mediaNode(4, u"/c"_s)});
+    QList<DeviceKind> kinds;
+    QList<QStringList> nodes;
+    for (const KeyboardInfo &keyboard : keyboards) {
+        QCOMPARE(keyboard.device.problem, QString());
+        kinds += keyboard.device.kind;
+        nodes += keyboard.device.nodes;
+    }
+    QCOMPARE(kinds, (QList<DeviceKind>{DeviceKind::keyboard, DeviceKind::numberPad, DeviceKind::keyPad}));
+    QCOMPARE(nodes, (QList<QStringList>{{u"/dev/input/event1"_s, u"/dev/input/event5"_s},
+                                        {u"/dev/input/event2"_s},
+                                        {u"/dev/input/event3"_s, u"/dev/input/event4"_s}}));
 }
 
 void EventDeviceInfoTest::keyboardThatIsAlsoThePointerIsUnusable()
