@@ -11,8 +11,29 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// A placeholder of the help, and its meaning.
+struct Legend
+{
+    QLatin1StringView placeholder;
+    QLatin1StringView text;
+};
+
+constexpr Legend legends[] = {
+    {"ID"_L1, "ID is the ID of a keyboard, as \"kestractl device list\" shows it."_L1},
+    {"N|NAME"_L1, "N|NAME is a profile or macro: its number (the first one is 1), or its name in any letter case,\n"
+                  "  if only one fits. name:2 is the one called \"2\"."_L1},
+    {"APPLICATION"_L1, "APPLICATION is a desktop entry, by its path or its id, or an application bundle."_L1},
+    {"KEY"_L1, "KEY is a key's name (A, F1, LeftShift, NumPadSeven, M1) or its HID usage (225, 0x04)."_L1},
+    {"MODIFIER"_L1,
+     "MODIFIER is a modifier key's name (LeftControl, RightShift). \"kestractl key --list\" lists all names."_L1},
+    {"COLOR"_L1, "COLOR is six hexadecimal digits (ff8000), or red, orange, yellow, green, cyan, blue, purple,\n"
+                 "  pink or white."_L1},
+};
+
 QString synopsis(const CommandRow &row)
 {
+    if (row.forms && row.forms().size() == 1)
+        return u"kestractl %1 %2"_s.arg(row.name, row.forms().first().words);
     QString text = u"kestractl %1"_s.arg(row.name);
     if (!row.arguments.isEmpty())
         text += u' ' + row.arguments;
@@ -33,27 +54,42 @@ QStringList helpLines(const CommandRow &row)
     return lines;
 }
 
+/// Prints the legends of the placeholders in `lines`, below an empty line.
+void printLegends(const QStringList &lines, Console &console)
+{
+    QStringList texts;
+    for (const Legend &legend : legends) {
+        if (!lines.filter(legend.placeholder).isEmpty())
+            texts += QString(legend.text).split(u'\n');
+    }
+    if (!texts.isEmpty())
+        console.print({});
+    for (const QString &text : std::as_const(texts))
+        console.print(text);
+}
+
 void printHelp(Console &console)
 {
     console.print(u"kestractl shows and changes the settings of the Quill Kestra keyboard."_s);
     console.print({});
     console.print(u"Usage:"_s);
-    for (const CommandRow &row : commandTable()) {
-        for (const QString &line : helpLines(row))
-            console.print(u"  "_s + line);
-    }
+    QStringList lines;
+    for (const CommandRow &row : commandTable())
+        lines += helpLines(row);
+    for (const QString &line : std::as_const(lines))
+        console.print(u"  "_s + line);
     console.print(u"  kestractl help [COMMAND]"_s);
     console.print(u"  kestractl --help"_s);
     console.print(u"  kestractl --version"_s);
+    printLegends(lines, console);
     console.print({});
-    console.print(u"KEY is a key's name (A, F1, LeftShift, NumPadSeven, M1) or its HID usage (225, 0x04)."_s);
-    console.print(u"MODIFIER is a modifier key's name (LeftControl, RightShift). \"kestractl key --list\" lists all "
-                  "names."_s);
-    console.print(u"N is a number: the first profile, and the first macro, is 1."_s);
-    console.print(u"NAME is a name, in any letter case if only one fits. name:2 is the one called \"2\"."_s);
-    console.print({});
-    console.print(u"Exit codes: 0 done, 1 refused by the daemon, 2 wrong usage, 3 no daemon, 4 no answer, "
-                  "5 results not written, 6 done in part."_s);
+    console.print(u"Exit codes: 0 done, 1 refused by the daemon, 2 wrong usage, 3 no daemon, 4 no answer,"_s);
+    console.print(u"  5 results not written, 6 done in part."_s);
+}
+
+bool isInGroup(const CommandRow &row, const QString &group)
+{
+    return row.name.startsWith(QString(group + u' '));
 }
 
 ExitCode printHelpFor(const QStringList &words, Console &console)
@@ -63,16 +99,17 @@ ExitCode printHelpFor(const QStringList &words, Console &console)
         return ExitCode::ok;
     }
     const QString wanted = words.join(u' ');
-    bool found = false;
+    QStringList lines;
     for (const CommandRow &row : commandTable()) {
-        if (row.name != wanted && !row.name.startsWith(QString(wanted + u' ')))
-            continue;
-        for (const QString &line : helpLines(row))
-            console.print(line);
-        found = true;
+        if (row.name == wanted || isInGroup(row, wanted))
+            lines += helpLines(row);
     }
-    return found ? ExitCode::ok
-                 : console.fail(ExitCode::usage, u"no command \"%1\" (see kestractl --help)"_s.arg(wanted));
+    if (lines.isEmpty())
+        return console.fail(ExitCode::usage, u"no command \"%1\" (see kestractl --help)"_s.arg(wanted));
+    for (const QString &line : std::as_const(lines))
+        console.print(line);
+    printLegends(lines, console);
+    return ExitCode::ok;
 }
 
 /// The row whose name the words begin with; two words before one.
@@ -169,5 +206,9 @@ ExitCode runCommandLine(const QStringList &arguments, Console &console)
         return printHelpFor(line.words.sliced(1), console);
     if (const CommandRow *row = findRow(line.words))
         return runRow(*row, line, console);
-    return console.fail(ExitCode::usage, u"no command \"%1\" (see kestractl --help)"_s.arg(line.words.join(u' ')));
+    const QString &group = line.words.first();
+    const bool isGroup =
+        std::ranges::any_of(commandTable(), [&](const CommandRow &row) { return isInGroup(row, group); });
+    return console.fail(ExitCode::usage, u"no command \"%1\" (see kestractl %2)"_s.arg(
+                                             line.words.join(u' '), isGroup ? u"help "_s + group : u"--help"_s));
 }

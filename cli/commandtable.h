@@ -104,6 +104,7 @@ CommandResult<void> pressMacroKey(CommandContext &context);
 CommandResult<void> setBrightness(CommandContext &context);
 
 // The forms of the rows that have several.
+QList<CommandForm> bindProfileForms();
 QList<CommandForm> keyCommandForms();
 QList<CommandForm> lightCommandForms();
 QList<CommandForm> recordMacroForms();

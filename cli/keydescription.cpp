@@ -17,11 +17,11 @@ using KeyMappings::Assignment;
 
 namespace {
 
-/// "macro Combo", or "macro 2 (which does not exist)" for the index 1.
+/// "macro Combo", "macro name:2" for one called "2", or "macro 2 (which does not exist)" for the index 1.
 QString namedRecord(const RecordKind &kind, int index, const QVariantList &records)
 {
     if (const std::optional<QString> name = KeyMappings::recordName(records, index, kind.nameKey))
-        return kind.word + u' ' + *name;
+        return kind.word + u' ' + nameArgument(*name);
     return u"%1 %2 (which does not exist)"_s.arg(kind.word).arg(qint64{index} + 1);
 }
 

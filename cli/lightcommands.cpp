@@ -132,9 +132,7 @@ struct LightSetting
 constexpr LightSetting lightSettings[] = {
     {QLatin1StringView("on"), QLatin1StringView(), switchOn, QLatin1StringView("switch the light on")},
     {QLatin1StringView("off"), QLatin1StringView(), switchOff, QLatin1StringView("switch the light off")},
-    {QLatin1StringView("color"), QLatin1StringView("COLOR"), changeColor,
-     QLatin1StringView("give the keys a colour: six hexadecimal digits (ff8000), red, orange, yellow, green, cyan, "
-                       "blue, purple, pink or white; \"light colour\" is the same"),
+    {QLatin1StringView("color"), QLatin1StringView("COLOR"), changeColor, QLatin1StringView("give the keys a colour"),
      QLatin1StringView("colour")},
     {QLatin1StringView("effect"), QLatin1StringView("fixed|spectrum"), changeEffect,
      QLatin1StringView("show one colour, or all colours in turn")},
@@ -224,8 +222,11 @@ QList<CommandForm> lightCommandForms()
 {
     QList<CommandForm> forms{{.words = u"[--json]"_s, .help = u"show the light of the active profile"_s}};
     for (const LightSetting &setting : lightSettings) {
-        const QString words =
-            setting.argument.isEmpty() ? QString(setting.word) : setting.word + u' ' + setting.argument;
+        QString words = setting.word;
+        if (!setting.otherSpelling.isEmpty())
+            words += u'|' + setting.otherSpelling;
+        if (!setting.argument.isEmpty())
+            words += u' ' + setting.argument;
         forms += {.words = words, .help = setting.help};
     }
     return forms;

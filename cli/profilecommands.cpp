@@ -188,3 +188,9 @@ CommandResult<void> bindProfile(CommandContext &context)
                               {SettingsKeys::autoSwitchOn, 1}};
     return updateRecord(context, *chosen, changes, u"follows "_s + ApplicationBinding::applicationOf(changes));
 }
+
+QList<CommandForm> bindProfileForms()
+{
+    return {{.words = u"N|NAME APPLICATION"_s, .help = u"make a profile active while an application is in front"_s},
+            {.words = u"N|NAME --off"_s, .help = u"make a profile follow no application"_s}};
+}

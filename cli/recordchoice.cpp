@@ -65,3 +65,8 @@ Result<int> recordIndex(const QString &text, const QVariantList &records, const 
         return indexForNumber(text, records.size(), kind);
     return indexForName(text.startsWith(nameMark) ? text.sliced(nameMark.size()) : text, records, kind);
 }
+
+QString nameArgument(const QString &name)
+{
+    return isNumber(name) || name.startsWith(nameMark) ? nameMark + name : name;
+}

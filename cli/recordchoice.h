@@ -12,3 +12,6 @@
 /// is a name, also with "name:" before it ("name:2" is the record called "2"). A name in its exact letters precedes
 /// those in another letter case. An error when no record, or more than one, is meant.
 [[nodiscard]] Result<int> recordIndex(const QString &text, const QVariantList &records, const RecordKind &kind);
+
+/// `name` as recordIndex() takes it: with "name:" where it would mean something else without.
+[[nodiscard]] QString nameArgument(const QString &name);

@@ -72,6 +72,9 @@ class TestKestractlFailures : public QObject
 private Q_SLOTS:
     void helpNeedsNoDaemon_data();
     void helpNeedsNoDaemon();
+    void helpOfACommandExplainsItsPlaceholders_data();
+    void helpOfACommandExplainsItsPlaceholders();
+    void helpFitsATerminal();
     void listOfKeysHasEveryKeyAndModifier();
     void reportsResultsThatCannotBeWritten();
     void reportsResultsBeyondTheFileSizeLimit();
@@ -99,10 +102,12 @@ void TestKestractlFailures::helpNeedsNoDaemon_data()
     QTest::newRow("help") << QStringList{u"help"_s} << u"Exit codes"_s;
     QTest::newRow("help of a command") << QStringList{u"help"_s, u"key"_s} << u"kestractl key KEY"_s;
     QTest::newRow("--help of a command") << QStringList{u"key"_s, u"--help"_s} << u"kestractl key KEY"_s;
-    QTest::newRow("help of the light") << QStringList{u"help"_s, u"light"_s} << u"kestractl light color COLOR"_s;
+    QTest::newRow("help of the light") << QStringList{u"help"_s, u"light"_s} << u"kestractl light color|colour COLOR"_s;
     QTest::newRow("help of a group") << QStringList{u"help"_s, u"keyboard"_s} << u"kestractl keyboard attach"_s;
     QTest::newRow("help of two words") << QStringList{u"help"_s, u"profile"_s, u"switch"_s}
                                        << u"kestractl profile switch N|NAME"_s;
+    QTest::newRow("both ways to bind") << QStringList{u"help"_s, u"profile"_s, u"bind"_s}
+                                       << u"kestractl profile bind N|NAME --off"_s;
     QTest::newRow("list of keys") << QStringList{u"key"_s, u"--list"_s} << u"0x3b  F2\n"_s;
     QTest::newRow("key with three names")
         << QStringList{u"key"_s, u"--list"_s} << u"0xe2  Left Option  Left Alt  LeftOption  (modifier)\n"_s;
@@ -119,6 +124,38 @@ void TestKestractlFailures::helpNeedsNoDaemon()
     QCOMPARE(result.exitCode, 0);
     QVERIFY2(result.text().contains(word), result.output.constData());
     QCOMPARE(result.errorText(), QString());
+}
+
+void TestKestractlFailures::helpOfACommandExplainsItsPlaceholders_data()
+{
+    QTest::addColumn<QStringList>("command");
+    QTest::addColumn<QStringList>("explained"); // the first words of the lines
+    QTest::newRow("key") << QStringList{u"key"_s} << QStringList{u"N|NAME"_s, u"KEY"_s, u"MODIFIER"_s};
+    QTest::newRow("profile switch") << QStringList{u"profile"_s, u"switch"_s} << QStringList{u"N|NAME"_s};
+    QTest::newRow("light") << QStringList{u"light"_s} << QStringList{u"COLOR"_s};
+    QTest::newRow("profile bind") << QStringList{u"profile"_s, u"bind"_s} << QStringList{u"N|NAME"_s, u"APPLICATION"_s};
+    QTest::newRow("device") << QStringList{u"device"_s} << QStringList{u"ID"_s};
+    QTest::newRow("status") << QStringList{u"status"_s} << QStringList();
+}
+
+void TestKestractlFailures::helpOfACommandExplainsItsPlaceholders()
+{
+    QFETCH(QStringList, command);
+    QStringList explained;
+    for (const QString &line : runKestractl(QStringList{u"help"_s} + command).text().split(u'\n')) {
+        if (line.section(u' ', 1, 1) == "is"_L1)
+            explained += line.section(u' ', 0, 0);
+    }
+    QTEST(explained, "explained");
+}
+
+void TestKestractlFailures::helpFitsATerminal()
+{
+    constexpr qsizetype longest = 112;
+    const QStringList lines = runKestractl({u"--help"_s}).text().split(u'\n');
+    for (const QString &line : lines)
+        QVERIFY2(line.size() <= longest, qPrintable(line));
+    QVERIFY(lines.contains(u"  if only one fits. name:2 is the one called \"2\"."_s));
 }
 
 void TestKestractlFailures::listOfKeysHasEveryKeyAndModifier()
@@ -173,7 +210,10 @@ void TestKestractlFailures::reportsWrongUsage_data()
     QTest::addColumn<QString>("word");
     QTest::newRow("nothing") << QStringList() << u"no command"_s;
     QTest::newRow("no such command") << QStringList{u"frobnicate"_s} << u"frobnicate"_s;
-    QTest::newRow("half a command") << QStringList{u"profile"_s} << u"no command \"profile\""_s;
+    QTest::newRow("half a command") << QStringList{u"profile"_s}
+                                    << u"no command \"profile\" (see kestractl help profile)"_s;
+    QTest::newRow("too few for the only form")
+        << QStringList{u"macro"_s, u"record"_s} << u"usage: kestractl macro record N|NAME [--append] [--seconds S]"_s;
     QTest::newRow("no such second word") << QStringList{u"profile"_s, u"eat"_s} << u"profile eat"_s;
     QTest::newRow("help of no command") << QStringList{u"help"_s, u"frobnicate"_s} << u"frobnicate"_s;
     QTest::newRow("too few") << QStringList{u"profile"_s, u"switch"_s} << u"usage: kestractl profile switch"_s;

@@ -42,6 +42,7 @@ class TestKeyDescription : public QObject
 private Q_SLOTS:
     void describesAKey_data();
     void describesAKey();
+    void nameOfDigitsIsNotANumber();
     void jsonHasTheStoredEntry();
     void jsonOfAKeyWithoutEntryHasNull();
     void activeProfileOutOfRangeHasDefaultKeys();
@@ -82,6 +83,13 @@ void TestKeyDescription::describesAKey()
     QFETCH(QVariant, stored);
     QFETCH(QString, words);
     QCOMPARE(describeKey(documentWithEntry(stored), keyACode), words);
+}
+
+void TestKeyDescription::nameOfDigitsIsNotANumber()
+{
+    QVariantMap document = documentWithEntry(entry(Assignment::playMacro, 0, 1));
+    document.insert(SettingsKeys::macros, QVariantList{QVariantMap{{SettingsKeys::macroName, u"2"_s}}});
+    QCOMPARE(describeKey(document, keyACode), u"macro name:2, once"_s);
 }
 
 void TestKeyDescription::jsonHasTheStoredEntry()
