@@ -8,6 +8,7 @@
 #include "keys/keyboardkeyscontroller.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "platform/helpviewer.h"
 #include "platform/sheet.h"
 #include "platform/spinner.h"
 #include "platform/tabview.h"
@@ -20,6 +21,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -28,6 +30,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr char helpPageProperty[] = "helpPage"; ///< of a tab's page: the page of the help book that explains it
 constexpr int logoSize = 40;
 constexpr QSize initialSize(1180, 700);
 constexpr QSize smallestSize(900, 500); // fits a screen of 1920 by 1080 at twice the size
@@ -124,7 +127,6 @@ QWidget *MainWindow::createHeader()
                     [this](QObject *sender) { mController->clickQuillClubButton(sender); });
     mOutlets.mHelpButton = new QPushButton(localizedText("lkeyHelp"));
     mOutlets.mHelpButton->setObjectName("mHelpButton"_L1);
-    mOutlets.mHelpButton->setShortcut(QKeySequence::HelpContents);
     connect(mOutlets.mHelpButton, &QPushButton::clicked, mController,
             [this] { mController->clickHelpButton(mOutlets.mHelpButton); });
     layout->addWidget(mOutlets.mHelpButton);
@@ -151,25 +153,30 @@ QWidget *MainWindow::createTabs()
         QLatin1StringView label;
         const char *titleKey;
         QWidget *page;
+        QLatin1StringView helpPage;
     };
     const Tab tabs[] = {
-        {"Keys"_L1, "lkeyKeysTab", mController->keysController()->view()},
-        {"Profiles"_L1, "lkeyProfilesTab", mController->profilesController()->view()},
-        {"Macros"_L1, "lkeyMacrosTab", mController->macrosController()->view()},
-        {"Lighting"_L1, "lkeyLightingTab", mController->lightingController()->view()},
-        {"Maintenance"_L1, "lkeyMaintenanceTab", mController->maintenanceController()->view()},
+        {"Keys"_L1, "lkeyKeysTab", mController->keysController()->view(), "keys.html"_L1},
+        {"Profiles"_L1, "lkeyProfilesTab", mController->profilesController()->view(), "profiles.html"_L1},
+        {"Macros"_L1, "lkeyMacrosTab", mController->macrosController()->view(), "macros.html"_L1},
+        {"Lighting"_L1, "lkeyLightingTab", mController->lightingController()->view(), "lighting.html"_L1},
+        {"Maintenance"_L1, "lkeyMaintenanceTab", mController->maintenanceController()->view(), "maintenance.html"_L1},
     };
     auto *tabView = new TabView;
     mOutlets.mKeyboardTabView = tabView;
     tabView->setObjectName("mKeyboardTabView"_L1);
     for (const Tab &tab : tabs) {
         tab.page->setProperty(tabLabelProperty, QString(tab.label));
+        tab.page->setProperty(helpPageProperty, QString(tab.helpPage));
         tabView->addTab(tab.page, localizedText(tab.titleKey));
     }
     connect(tabView, &QTabWidget::currentChanged, mController, [this, tabView](int index) {
         if (const QWidget *page = tabView->widget(index))
             mController->tabViewDidSelectTabViewItem(tabView, page);
     });
+    auto *help = new QShortcut(QKeySequence(QKeySequence::HelpContents), this);
+    connect(help, &QShortcut::activated, tabView,
+            [tabView] { HelpViewer::gotoPage(tabView->currentWidget()->property(helpPageProperty).toString()); });
     return tabView;
 }
 

@@ -72,6 +72,8 @@ private Q_SLOTS:
     void notificationsArriveAfterLargeOnes();
     void opensThePages();
     void opensTheHelpBook();
+    void f1OpensTheHelpPageOfTheTab_data();
+    void f1OpensTheHelpPageOfTheTab();
 
 private:
     [[nodiscard]] int observers(const QString &name) const
@@ -661,6 +663,40 @@ void NotificationsTest::opensTheHelpBook()
     QVERIFY(page->toPlainText().contains(u"Quill Kestra"_s));
     viewer->close();
     QTRY_VERIFY(viewers().isEmpty());
+}
+
+void NotificationsTest::f1OpensTheHelpPageOfTheTab_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("page");
+    QTest::newRow("keys") << 0 << u"keys.html"_s;
+    QTest::newRow("profiles") << 1 << u"profiles.html"_s;
+    QTest::newRow("macros") << 2 << u"macros.html"_s;
+    QTest::newRow("lighting") << 3 << u"lighting.html"_s;
+    QTest::newRow("maintenance") << 4 << u"maintenance.html"_s;
+}
+
+void NotificationsTest::f1OpensTheHelpPageOfTheTab()
+{
+    QFETCH(int, tab);
+    QFETCH(QString, page);
+    HelpViewer::registerBook(u"Book"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help/en"_s);
+    QWidget *window = mHub->window.get();
+    window->show();
+    window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    mHub->controller->selectTabAtIndex(tab);
+    QTest::keyClick(window, Qt::Key_F1);
+    QTextBrowser *browser = nullptr;
+    for (const QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->objectName() == "helpViewer"_L1)
+            browser = widget->findChild<QTextBrowser *>(u"helpBrowser"_s);
+    }
+    QVERIFY(browser);
+    QCOMPARE(browser->source().fileName(), page);
+    const QPointer<QWidget> viewer = browser->window();
+    viewer->close();
+    QTRY_VERIFY(!viewer);
 }
 
 QTEST_MAIN(NotificationsTest)
