@@ -55,8 +55,7 @@ KeyboardMainController::KeyboardMainController(MainControllerServices services, 
       mLightingController(new KeyboardLightingController(this)),
       mMaintenenaceController(new KeyboardMaintenanceController(this))
 {
-    if (mServices.openPage)
-        mLightingController->setUrlOpener(mServices.openPage);
+    mLightingController->setUrlOpener([this](const QUrl &address) { openPage(address); });
 }
 
 KeyboardMainController::~KeyboardMainController()

@@ -13,6 +13,7 @@
 #include "platform/distributednotificationcenter.h"
 #include "platform/focusmemory.h"
 #include "platform/processes.h"
+#include "platform/webpages.h"
 #include "profiles/profiledelegate.h"
 
 #include <QObject>
@@ -40,7 +41,7 @@ inline constexpr char tabLabelProperty[] = "tabLabel";
 struct MainControllerServices
 {
     Processes::Ender endProcesses = Processes::endAllNamed;
-    std::function<void(const QUrl &)> openPage; ///< the desktop's browser when empty
+    std::function<WebPages::Outcome(const QUrl &)> openPage = WebPages::open;
     std::chrono::milliseconds firmwareQueryInterval{3000};
 };
 
@@ -214,7 +215,8 @@ private:
     /// Must be called when the document was read again. A deletion that was not answered and has not taken place must
     /// not remove assignments at a later switch.
     void forgetDeletionThatFailed();
-    void openPage(QLatin1StringView address);
+    /// Reports a page that does not open.
+    void openPage(const QUrl &address);
 
     MainControllerServices mServices;
     KeyboardKeysController *mKeysController = nullptr;

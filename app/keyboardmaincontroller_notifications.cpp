@@ -15,7 +15,6 @@
 #include "platform/sheet.h"
 #include "platform/spinner.h"
 
-#include <QDesktopServices>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -249,24 +248,27 @@ void KeyboardMainController::clickHelpButton(QObject *)
 
 void KeyboardMainController::clickFBButton(QObject *)
 {
-    openPage(Addresses::firstSocialNetwork);
+    openPage(QUrl(Addresses::firstSocialNetwork));
 }
 
 void KeyboardMainController::clickTwitterButton(QObject *)
 {
-    openPage(Addresses::secondSocialNetwork);
+    openPage(QUrl(Addresses::secondSocialNetwork));
 }
 
 void KeyboardMainController::clickQuillClubButton(QObject *)
 {
-    openPage(Addresses::community);
+    openPage(QUrl(Addresses::community));
 }
 
-void KeyboardMainController::openPage(QLatin1StringView address)
+void KeyboardMainController::openPage(const QUrl &address)
 {
-    const QUrl url{QString(address)};
-    if (mServices.openPage)
-        mServices.openPage(url);
-    else
-        QDesktopServices::openUrl(url);
+    const WebPages::Outcome outcome = mServices.openPage(address);
+    if (outcome == WebPages::Outcome::opened)
+        return;
+    const char *reasonKey =
+        outcome == WebPages::Outcome::placeholder ? "lkeyPageIsPlaceholderDesc" : "lkeyPageWithoutBrowserDesc";
+    QLCErrorHandler::showErrorWithTitleErrorDescriptionDefaultButtonLabelAlternativeButtonLabelToWindow(
+        localizedText("lkeyPageNotOpenedTitle"), localizedFormat(reasonKey, {address.toDisplayString()}),
+        localizedText("lkeyOK"), {}, mMainWindow);
 }

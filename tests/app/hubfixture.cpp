@@ -71,7 +71,10 @@ Hub::Hub(std::chrono::milliseconds firmwareQueryInterval)
         if (atEndOfProcesses)
             atEndOfProcesses();
     };
-    services.openPage = [this](const QUrl &page) { openedPages.append(page); };
+    services.openPage = [this](const QUrl &page) {
+        openedPages.append(page);
+        return outcomeOfPages;
+    };
     services.firmwareQueryInterval = firmwareQueryInterval;
     controller = std::make_unique<KeyboardMainController>(std::move(services));
     window = std::make_unique<MainWindow>();

@@ -47,6 +47,7 @@ struct Hub
     QStringList endedProcesses;
     std::function<void()> atEndOfProcesses; ///< called when processes must be ended; may be empty
     QList<QUrl> openedPages;
+    WebPages::Outcome outcomeOfPages = WebPages::Outcome::opened;
     std::unique_ptr<MainWindow> window;
     std::unique_ptr<KeyboardMainController> controller;
 };

@@ -71,6 +71,8 @@ private Q_SLOTS:
     void restoresTheFocusWhenTheKeyboardReturns();
     void notificationsArriveAfterLargeOnes();
     void opensThePages();
+    void showsWhyAPageDoesNotOpen_data();
+    void showsWhyAPageDoesNotOpen();
     void opensTheHelpBook();
     void f1OpensTheHelpPageOfTheTab_data();
     void f1OpensTheHelpPageOfTheTab();
@@ -642,6 +644,43 @@ void NotificationsTest::opensThePages()
     QCOMPARE(mHub->openedPages, expected);
     for (const QUrl &page : expected)
         QVERIFY2(page.host().endsWith(u".example"_s), qPrintable(page.toString()));
+}
+
+void NotificationsTest::showsWhyAPageDoesNotOpen_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<WebPages::Outcome>("outcome");
+    QTest::addColumn<QString>("description");
+    const QString community(Addresses::community);
+    const QString downloads(Addresses::driverDownloads);
+    QTest::newRow("no browser") << u"mQuillClubButton"_s << WebPages::Outcome::noBrowser
+                                << u"No browser could open %1."_s.arg(community);
+    QTest::newRow("no browser for updates")
+        << u"mCheckUpdates"_s << WebPages::Outcome::noBrowser << u"No browser could open %1."_s.arg(downloads);
+    const QString placeholder =
+        u"%1 is a placeholder. The distributor of this program has not entered an address yet."_s;
+    QTest::newRow("placeholder") << u"mQuillClubButton"_s << WebPages::Outcome::placeholder
+                                 << placeholder.arg(community);
+    QTest::newRow("placeholder for updates")
+        << u"mCheckUpdates"_s << WebPages::Outcome::placeholder << placeholder.arg(downloads);
+}
+
+void NotificationsTest::showsWhyAPageDoesNotOpen()
+{
+    QFETCH(QString, button);
+    QFETCH(WebPages::Outcome, outcome);
+    QFETCH(QString, description);
+    auto *link = mHub->window->findChild<QAbstractButton *>(button);
+    link->click();
+    QVERIFY(!mHub->find<Sheet>("alert")); // an opened page is not reported
+    mHub->outcomeOfPages = outcome;
+    link->click();
+    auto *alert = mHub->find<Sheet>("alert");
+    QVERIFY(alert && alert->isVisible());
+    QCOMPARE(alert->findChild<QLabel *>(u"alertTitle"_s)->text(), u"The web page was not opened"_s);
+    QCOMPARE(alert->findChild<QLabel *>(u"alertDescription"_s)->text(), description);
+    alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QTRY_VERIFY(!mHub->find<Sheet>("alert"));
 }
 
 void NotificationsTest::opensTheHelpBook()

@@ -34,6 +34,9 @@
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Der Konfigurator konnte den Dienst QuillKestraDaemon nicht erreichen. Der Dienst wird neu gestartet. Ihre Einstellungen sind sicher. Der Konfigurator fährt automatisch fort, sobald der Dienst antwortet.</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>Die Sitzung ist beendet</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>Der Konfigurator hat die Verbindung zur Desktop-Sitzung verloren und damit auch zum Tastaturdienst. Ihre Einstellungen sind sicher. Schließen Sie den Konfigurator und starten Sie ihn neu.</translation></message>
+    <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>Die Webseite wurde nicht geöffnet</translation></message>
+    <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>Kein Browser konnte %@ öffnen.</translation></message>
+    <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ ist ein Platzhalter. Der Anbieter dieses Programms hat noch keine Adresse eingetragen.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>Keine Tastatur gefunden</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Schließen Sie Ihre Quill-Kestra-Tastatur an. Der Konfigurator fährt automatisch fort, sobald die Tastatur angeschlossen ist.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Verbindung zur Tastatur wird hergestellt …</translation></message>

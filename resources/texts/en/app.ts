@@ -34,6 +34,9 @@
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>The configurator could not reach the QuillKestraDaemon service. The service is restarting. Your settings are safe. The configurator continues automatically as soon as the service responds.</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>The session has ended</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>The configurator has lost its connection to the desktop session and therefore to the keyboard service. Your settings are safe. Close the configurator and start it again.</translation></message>
+    <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>The web page was not opened</translation></message>
+    <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>No browser could open %@.</translation></message>
+    <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ is a placeholder. The distributor of this program has not entered an address yet.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>No keyboard found</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Connect your Quill Kestra keyboard. The configurator continues automatically as soon as the keyboard is connected.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Connecting to your keyboard…</translation></message>

@@ -34,6 +34,9 @@
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>El configurador no ha podido contactar con el servicio QuillKestraDaemon. El servicio se está reiniciando. Sus ajustes están a salvo. El configurador continuará automáticamente en cuanto el servicio responda.</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>La sesión ha terminado</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>El configurador ha perdido la conexión con la sesión de escritorio y, con ella, el servicio del teclado. Sus ajustes están a salvo. Cierre el configurador y vuelva a iniciarlo.</translation></message>
+    <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>No se ha abierto la página web</translation></message>
+    <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>Ningún navegador ha podido abrir %@.</translation></message>
+    <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ es una dirección provisional. El distribuidor de este programa aún no ha indicado ninguna dirección.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>No se ha encontrado ningún teclado</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Conecte su teclado Quill Kestra. El configurador continuará automáticamente en cuanto el teclado esté conectado.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Conectando con el teclado…</translation></message>

@@ -34,6 +34,9 @@
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Le configurateur n’a pas pu joindre le service QuillKestraDaemon. Le service redémarre. Vos réglages sont conservés. Le configurateur reprendra automatiquement dès que le service répondra.</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>La session est terminée</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>Le configurateur a perdu la connexion à la session de bureau et, avec elle, le service du clavier. Vos réglages sont en sécurité. Fermez le configurateur et redémarrez-le.</translation></message>
+    <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>La page web ne s’est pas ouverte</translation></message>
+    <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>Aucun navigateur n’a pu ouvrir %@.</translation></message>
+    <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ est une adresse fictive. Le distributeur de ce programme n’a pas encore indiqué d’adresse.</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>Aucun clavier trouvé</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Branchez votre clavier Quill Kestra. Le configurateur reprendra automatiquement dès que le clavier sera connecté.</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>Connexion au clavier…</translation></message>

@@ -34,6 +34,9 @@
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>QuillKestraDaemon サービスに接続できませんでした。サービスを再起動しています。設定は失われません。サービスが応答すると、自動的に再開します。</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>セッションが終了しました</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>デスクトップセッションとの接続が切れたため、キーボードのサービスを利用できません。設定は失われません。このアプリを閉じて、もう一度起動してください。</translation></message>
+    <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>ウェブページを開けませんでした</translation></message>
+    <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>%@ を開けるブラウザーがありません。</translation></message>
+    <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ は仮のアドレスです。このプログラムの配布元は、まだアドレスを設定していません。</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>キーボードが見つかりません</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>Quill Kestra キーボードを接続してください。接続すると、自動的に再開します。</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>キーボードに接続中…</translation></message>

@@ -34,6 +34,9 @@
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>无法连接 QuillKestraDaemon 服务，该服务正在重新启动。您的设置不会丢失。服务响应后，配置工具会自动继续。</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>会话已结束</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>配置工具与桌面会话的连接已断开，无法使用键盘服务。您的设置是安全的。请关闭配置工具，然后重新启动。</translation></message>
+    <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>未能打开网页</translation></message>
+    <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>没有浏览器能够打开 %@。</translation></message>
+    <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ 只是占位地址。本程序的发行方尚未填写地址。</translation></message>
     <message id="lkeyDeviceNotFoundTitle"><source>lkeyDeviceNotFoundTitle</source><translation>未找到键盘</translation></message>
     <message id="lkeyDeviceNotFoundDesc"><source>lkeyDeviceNotFoundDesc</source><translation>请连接您的 Quill Kestra 键盘。键盘连接后，配置工具会自动继续。</translation></message>
     <message id="lkeyRestoringStateTitle"><source>lkeyRestoringStateTitle</source><translation>正在连接键盘…</translation></message>
