@@ -144,6 +144,9 @@ private:
     void openApplicationPanel();
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
     void updateDescriptions();
+    /// Returns the character that the key shows and its fixed name, or the name alone if the two are the same.
+    [[nodiscard]] QString shownKeyName(int code) const;
+    void showKeyNames();
     void connectPicture();
     void openAssignmentMenu(KeyButton *key, const QPoint &position);
     void showSearchResult();

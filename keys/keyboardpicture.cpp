@@ -5,17 +5,24 @@
 #include "keys/keybutton.h"
 #include "keys/keycap.h"
 #include "keys/keylayout.h"
+#include "keys/layoutlegends.h"
+#include "platform/keymap.h"
 #include "platform/motionpreference.h"
 #include "platform/sessionbus.h"
+#include "platform/x11keymap.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QStyle>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -139,6 +146,24 @@ void KeyboardPicture::select(KeyButton *button)
     button->click();
 }
 
+void KeyboardPicture::showKeymap(const Keymap &keymap)
+{
+    for (KeyButton *button : std::as_const(mButtons)) {
+        const LayoutLegends::Legend legend = LayoutLegends::legendOf(button->shape(), keymap);
+        button->setLegend(legend.lower, legend.upper);
+    }
+    Q_EMIT legendsChanged();
+}
+
+void KeyboardPicture::followLayout()
+{
+    if (mX11Keymap || QGuiApplication::platformName() != "xcb"_L1)
+        return;
+    mX11Keymap = new X11Keymap({}, this);
+    connect(mX11Keymap, &X11Keymap::changed, this, [this] { showKeymap(mX11Keymap->keymap()); });
+    showKeymap(mX11Keymap->keymap());
+}
+
 void KeyboardPicture::setTabStop(KeyButton *button)
 {
     if (mTabStop)
@@ -213,6 +238,7 @@ void KeyboardPicture::showEvent(QShowEvent *event)
     if (!mMotion) {
         mMotion = new MotionPreference(sharedSessionBus(), this);
         connect(mMotion, &MotionPreference::changed, this, &KeyboardPicture::askForMotion);
+        QTimer::singleShot(0, this, &KeyboardPicture::followLayout); // reading the layout must not delay the window
     }
     mLight.setSeen(true);
     QWidget::showEvent(event);

@@ -9,7 +9,9 @@
 #include <QWidget>
 
 class KeyButton;
+class Keymap;
 class MotionPreference;
+class X11Keymap;
 
 /// Keeps the ratio of the keyboard and centres it in the available space. The keys are one stop in the tab order: the
 /// selected key, or else the first. From there the arrow keys select the next key in their direction, Home and End the
@@ -38,6 +40,10 @@ public:
     /// The key lighting between the keys. The picture repaints itself when the lighting changes.
     [[nodiscard]] PictureLight &light() { return mLight; }
 
+    /// Shows the characters of `keymap` on the keys; without one, those that are printed on the keyboard. While it can
+    /// be seen, the picture follows the desktop's layout.
+    void showKeymap(const Keymap &keymap);
+
     /// Makes `button` the only stop in the tab order.
     void setTabStop(KeyButton *button);
 
@@ -45,6 +51,9 @@ public:
     QSize minimumSizeHint() const override;
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
+
+Q_SIGNALS:
+    void legendsChanged();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -56,6 +65,7 @@ protected:
 private:
     void layOut();
     void askForMotion();
+    void followLayout();
     [[nodiscard]] QList<QRect> keyPlaces() const;
     void moveSelection(const KeyButton *from, Qt::Key key);
     void select(KeyButton *button);
@@ -67,4 +77,5 @@ private:
     QRectF mCase;
     PictureLight mLight;
     MotionPreference *mMotion = nullptr; ///< created when the picture is first shown
+    X11Keymap *mX11Keymap = nullptr;     ///< created after the picture was first shown, on X11
 };

@@ -17,7 +17,8 @@ const auto compareLookEvent = static_cast<QEvent::Type>(QEvent::registerEventTyp
 } // namespace
 
 KeyButton::KeyButton(const KeyShape &shape, bool isSelectable, QWidget *parent)
-    : QAbstractButton(parent), mShape(shape), mIsSelectable(isSelectable)
+    : QAbstractButton(parent), mShape(shape), mLegend(shape.legend), mUpperLegend(shape.upperLegend),
+      mIsSelectable(isSelectable)
 {
     setObjectName(shape.outlet);
     KeyboardAccessibility::install();
@@ -53,6 +54,15 @@ void KeyButton::setMark(KeyMark mark)
     compareLookLater();
 }
 
+void KeyButton::setLegend(const QString &legend, const QString &upperLegend)
+{
+    if (legend == mLegend && upperLegend == mUpperLegend)
+        return;
+    mLegend = legend;
+    mUpperLegend = upperLegend;
+    update();
+}
+
 void KeyButton::setFound(bool isFound)
 {
     mIsFound = isFound;
@@ -62,8 +72,8 @@ void KeyButton::setFound(bool isFound)
 bool KeyButton::shows(const QString &character) const
 {
     return !character.isEmpty()
-           && (character.compare(mShape.legend, Qt::CaseInsensitive) == 0
-               || character.compare(mShape.upperLegend, Qt::CaseInsensitive) == 0);
+           && (character.compare(mLegend, Qt::CaseInsensitive) == 0
+               || character.compare(mUpperLegend, Qt::CaseInsensitive) == 0);
 }
 
 void KeyButton::requestMenu()
@@ -115,8 +125,8 @@ void KeyButton::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     paintKeycap(painter, rect(), mUnit,
                 {.look = mShape.look,
-                 .legend = QString(mShape.legend),
-                 .upperLegend = QString(mShape.upperLegend),
+                 .legend = mLegend,
+                 .upperLegend = mUpperLegend,
                  .mark = mMark,
                  .isSelectable = mIsSelectable,
                  .isEnabled = isEnabled(),

@@ -22,6 +22,8 @@ public:
     KeyButton(const KeyShape &shape, bool isSelectable, QWidget *parent = nullptr);
 
     [[nodiscard]] const KeyShape &shape() const { return mShape; }
+    [[nodiscard]] const QString &legend() const { return mLegend; }
+    [[nodiscard]] const QString &upperLegend() const { return mUpperLegend; }
     [[nodiscard]] bool isSelectable() const { return mIsSelectable; }
     [[nodiscard]] Type buttonType() const { return mType; }
     [[nodiscard]] int state() const { return mState; } ///< 1 on, 0 off
@@ -43,6 +45,8 @@ public:
     /// Sets whether the key is shown as mapped while it is not selected.
     void highlight(bool isOn);
     void setMark(KeyMark mark);
+    /// Sets the characters on the key; at first, they are those of its shape.
+    void setLegend(const QString &legend, const QString &upperLegend);
     /// Sets whether the key is shown as one that the search has found.
     void setFound(bool isFound);
     /// Emits menuRequested() with the lower left corner.
@@ -80,6 +84,8 @@ private:
     void compareLookLater();
 
     const KeyShape &mShape;
+    QString mLegend;
+    QString mUpperLegend;
     bool mIsSelectable;
     Type mType = Type::momentaryPushIn;
     int mState = 0;

@@ -116,7 +116,7 @@ void KeyboardKeysController::updatePopUpSelection()
     // The items have no title for it, and the first one must still offer the default key.
     if (entry.isUnknown())
         mAssignFunction->setShownTitle(localizedText("lkeyKeysUnknownAssignment"));
-    mSelectedKeyLabel->setText(::keyName(selectedCode()));
+    mSelectedKeyLabel->setText(shownKeyName(selectedCode()));
 }
 
 void KeyboardKeysController::resetAssignmentTitles()
@@ -169,11 +169,12 @@ void KeyboardKeysController::updateDescriptions()
         const KeyMappings::Entry entry = entryForKey(row.code);
         const QString description = visibleText(assignmentDescription(entry), u' ');
         button->setMark(keyMarkForCommand(entry.command));
-        if (description == button->accessibleDescription())
+        const QString toolTip =
+            localizedFormat("lkeyKeysToolTip", {shownKeyName(row.code).toHtmlEscaped(), description.toHtmlEscaped()});
+        if (toolTip == button->toolTip())
             continue;
         button->setAccessibleDescription(description);
-        button->setToolTip(
-            localizedFormat("lkeyKeysToolTip", {::keyName(row.code).toHtmlEscaped(), description.toHtmlEscaped()}));
+        button->setToolTip(toolTip);
     }
     showSearchResult();
 }

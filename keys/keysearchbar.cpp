@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int fieldWidthCharacters = 30;
+constexpr int spareCharacters = 6; // for the button that clears the field
 
 } // namespace
 
@@ -27,7 +27,9 @@ KeySearchBar::KeySearchBar(QWidget *parent) : QWidget(parent), mField(new QLineE
     mField->setAccessibleName(localizedText("lkeyKeysSearch"));
     mField->setPlaceholderText(localizedText("lkeyKeysSearch"));
     mField->setClearButtonEnabled(true);
-    mField->setFixedWidth(mField->fontMetrics().averageCharWidth() * fieldWidthCharacters);
+    const QFontMetrics metrics = mField->fontMetrics();
+    mField->setFixedWidth(metrics.horizontalAdvance(mField->placeholderText())
+                          + metrics.averageCharWidth() * spareCharacters);
     mField->installEventFilter(this);
     layout->addWidget(mResult);
     layout->addWidget(mField);

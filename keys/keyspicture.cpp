@@ -10,6 +10,7 @@
 #include "keys/keysearchbar.h"
 #include "platform/popupbutton.h"
 
+#include <QLabel>
 #include <QShortcut>
 
 void KeyboardKeysController::connectPicture()
@@ -19,11 +20,32 @@ void KeyboardKeysController::connectPicture()
         connect(key, &KeyButton::menuRequested, this,
                 [this, key](const QPoint &position) { openAssignmentMenu(key, position); });
     }
+    connect(mPicture, &KeyboardPicture::legendsChanged, this, [this] {
+        showKeyNames();
+        updateDescriptions();
+        mSelectedKeyLabel->setText(shownKeyName(selectedCode()));
+    });
     connect(mSearchBar, &KeySearchBar::queryChanged, this, &KeyboardKeysController::showSearchResult);
     connect(mSearchBar, &KeySearchBar::nextRequested, this, [this] { stepThroughSearch(1); });
     connect(mSearchBar, &KeySearchBar::previousRequested, this, [this] { stepThroughSearch(-1); });
     auto *find = new QShortcut(QKeySequence(QKeySequence::Find), mView);
     connect(find, &QShortcut::activated, mSearchBar, &KeySearchBar::beginSearch);
+}
+
+QString KeyboardKeysController::shownKeyName(int code) const
+{
+    const KeyRow *row = KeyLayout::rowForCode(code);
+    if (!row)
+        return {};
+    const KeyButton *key = mPicture->button(row->outlet);
+    const QString name = ::keyName(code);
+    return key->legend() == key->shape().legend ? name : localizedFormat("lkeyKeysLayoutName", {key->legend(), name});
+}
+
+void KeyboardKeysController::showKeyNames()
+{
+    for (const KeyRow &row : KeyLayout::selectableKeys())
+        mPicture->button(row.outlet)->setAccessibleName(shownKeyName(row.code));
 }
 
 void KeyboardKeysController::openAssignmentMenu(KeyButton *key, const QPoint &position)
@@ -43,6 +65,9 @@ void KeyboardKeysController::showSearchResult()
         for (const KeyRow &row : KeyLayout::selectableKeys()) {
             const KeyButton *button = mPicture->button(row.outlet);
             KeySearchEntry entry{row.code, keyNames(row.code), {}};
+            entry.names << button->legend();
+            if (!button->upperLegend().isEmpty())
+                entry.names << button->upperLegend();
             if (button->mark() != KeyMark::none)
                 entry.assignment << button->accessibleDescription();
             if (button->mark() == KeyMark::disabled)

@@ -107,8 +107,7 @@ QWidget *KeyboardKeysController::buildKeyboard()
 #define KESTRA_KEY(outlet, action, code, functionKeyName) outlet = mPicture->button(#outlet##_L1);
 #define KESTRA_FIXED_KEY(outlet, action, disabledAtStart) outlet = mPicture->button(#outlet##_L1);
 #include "keys/keytable.inc"
-    for (const KeyRow &row : KeyLayout::selectableKeys())
-        mPicture->button(row.outlet)->setAccessibleName(::keyName(row.code));
+    showKeyNames();
     for (const FixedKeyName &row : fixedKeyNames) {
         KeyButton *button = mPicture->button(row.outlet);
         button->setAccessibleName(localizedText(row.nameKey));

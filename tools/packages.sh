@@ -16,6 +16,9 @@ build   qt6-tools-dev   -
 build   qt6-l10n-tools  -
 build   pkgconf         pkg-config
 build   libxcb1-dev     -
+build   libxcb-xkb-dev  -
+build   libxkbcommon-dev -
+build   libxkbcommon-x11-dev -
 build   libwayland-dev  -
 build   libevdev-dev    -
 build   libudev-dev     -

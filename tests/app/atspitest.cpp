@@ -57,6 +57,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void everyControlReportsItsName();
     void keysAndPopUpsReportTheirRoles();
+    void keysFollowTheKeyboardLayout();
     void everyTabReportsItsSelection();
 
 private:
@@ -200,6 +201,23 @@ void AtSpiTest::keysAndPopUpsReportTheirRoles()
     }
     QCOMPARE(keys, 124);
     QCOMPARE(selectedKeys, 1);
+}
+
+void AtSpiTest::keysFollowTheKeyboardLayout()
+{
+    const QList<AccessibleControl> tabs = pageTabs();
+    QVERIFY(!tabs.isEmpty());
+    click(tabs.first());
+    QTRY_COMPARE_WITH_TIMEOUT(tabsInFront(), QStringList{tabs.first().name}, startLimitMs);
+    const auto setLayout = [this](const QString &layout) {
+        QProcess process;
+        process.start(u"setxkbmap"_s, {u"-display"_s, mDisplayName, layout});
+        return process.waitForFinished() && process.exitCode() == 0;
+    };
+    QVERIFY(setLayout(u"de"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(names(controls()).contains(u"Z (key Y)"_s), startLimitMs);
+    QVERIFY(setLayout(u"us"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(names(controls()).contains(u"Y"_s), startLimitMs);
 }
 
 void AtSpiTest::everyTabReportsItsSelection()

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "keys/keyboardpicture.h"
+#include "platform/keymap.h"
 #include "platform/popupbutton.h"
 
 #include <QAccessible>
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void searchFollowsChangedAssignments();
     void findShortcutMovesToTheField();
     void absentKeyboardCannotBeSearched();
+    void legendsFollowTheLayout();
     void keysAreItemsOfAList();
     void popUpsAreComboBoxesWithTheirValue();
 
@@ -306,6 +308,36 @@ void KeysPictureTest::absentKeyboardCannotBeSearched()
     tab.controller->setControlsState(true);
     QVERIFY(searchField(tab)->isEnabled());
     QVERIFY(tab.find<QToolButton>("mKeySearchNext")->isEnabled());
+}
+
+void KeysPictureTest::legendsFollowTheLayout()
+{
+    Tab tab(profile(u"P"_s, {{u"28"_s, entry(20)}}));
+    show(tab);
+    KeyboardPicture *picture = tab.controller->picture();
+    tab.key("mY")->click();
+    const auto *label = tab.find<QLabel>("mSelectedKeyLabel");
+    QCOMPARE(label->text(), u"Y"_s);
+    picture->showKeymap(Keymap::fromNames("de"));
+    // The cap shows the layout; texts also have the fixed name.
+    QCOMPARE(tab.key("mY")->legend(), u"Z"_s);
+    QCOMPARE(label->text(), u"Z (key Y)"_s);
+    QCOMPARE(tab.key("mY")->accessibleName(), u"Z (key Y)"_s);
+    QVERIFY(tab.key("mY")->toolTip().contains(u"Z (key Y)"_s));
+    QVERIFY(tab.key("mY")->toolTip().contains(localizedText("lkeyDisable")));
+    QCOMPARE(tab.key("mA")->accessibleName(), u"A"_s);
+    QCOMPARE(tab.key("mLeftShift")->accessibleName(), u"Left Shift"_s);
+    // Typing follows the caps; the search knows both.
+    QTest::keyClicks(tab.key("mA"), u"y"_s);
+    QCOMPARE(tab.controller->selectedKey(), u"29"_s);
+    searchField(tab)->setText(u"z"_s);
+    QCOMPARE(foundKeys(tab), (QStringList{u"mY"_s, u"mZ"_s}));
+    picture->showKeymap(Keymap::fromNames("us"));
+    QCOMPARE(tab.key("mY")->legend(), u"Y"_s);
+    QCOMPARE(tab.key("mY")->accessibleName(), u"Y"_s);
+    QVERIFY(!tab.key("mY")->toolTip().contains(u"Z"_s));
+    picture->showKeymap(Keymap());
+    QCOMPARE(tab.key("mY")->legend(), u"Y"_s);
 }
 
 void KeysPictureTest::keysAreItemsOfAList()

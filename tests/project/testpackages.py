@@ -33,7 +33,8 @@ exec "$@"
 PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import",
             "openbox", "sway", "dbus-daemon", "qemu-system-x86_64", "busybox", "cpio", "udevadm", "systemd-analyze")
 LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",
-             "libbenchmark-dev", "libxcb1-dev", "libwayland-dev", "libevdev-dev", "libudev-dev", "qt6-wayland",
+             "libbenchmark-dev", "libxcb1-dev", "libxcb-xkb-dev", "libxkbcommon-dev",
+             "libxkbcommon-x11-dev", "libwayland-dev", "libevdev-dev", "libudev-dev", "qt6-wayland",
              "at-spi2-core", "qt6-translations-l10n")
 # Knows the packages that the file "known" lists.
 APT_CACHE = """#!/bin/sh

@@ -49,5 +49,6 @@
     <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>Vorherige gefundene Taste</translation></message>
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Gefundene Tasten: %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Keine Taste gefunden</translation></message>
+    <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (Taste %@)</translation></message>
 </context>
 </TS>

@@ -49,5 +49,6 @@
     <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>Previous key found</translation></message>
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Keys found: %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>No key found</translation></message>
+    <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (key %@)</translation></message>
 </context>
 </TS>

@@ -49,5 +49,6 @@
     <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>Tecla encontrada anterior</translation></message>
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Teclas encontradas: %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Ninguna tecla encontrada</translation></message>
+    <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (tecla %@)</translation></message>
 </context>
 </TS>

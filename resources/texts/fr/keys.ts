@@ -49,5 +49,6 @@
     <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>Touche trouvée précédente</translation></message>
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Touches trouvées : %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Aucune touche trouvée</translation></message>
+    <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (touche %@)</translation></message>
 </context>
 </TS>

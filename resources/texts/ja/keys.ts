@@ -49,5 +49,6 @@
     <message id="lkeyKeysSearchPrevious"><source>lkeyKeysSearchPrevious</source><translation>前に見つかったキー</translation></message>
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>見つかったキー: %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>キーが見つかりません</translation></message>
+    <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@（%@ キー）</translation></message>
 </context>
 </TS>
