@@ -147,6 +147,8 @@ private:
     /// Returns the character that the key shows and its fixed name, or the name alone if the two are the same.
     [[nodiscard]] QString shownKeyName(int code) const;
     void showKeyNames();
+    /// Explains an M or T key; empty for every other key.
+    [[nodiscard]] QString extraKeyInfo(int code) const;
     void connectPicture();
     void openAssignmentMenu(KeyButton *key, const QPoint &position);
     void showSearchResult();

@@ -169,12 +169,16 @@ void KeyboardKeysController::updateDescriptions()
         const KeyMappings::Entry entry = entryForKey(row.code);
         const QString description = visibleText(assignmentDescription(entry), u' ');
         button->setMark(keyMarkForCommand(entry.command));
-        const QString toolTip =
+        QString toolTip =
             localizedFormat("lkeyKeysToolTip", {shownKeyName(row.code).toHtmlEscaped(), description.toHtmlEscaped()});
+        const QString info = extraKeyInfo(row.code);
+        if (!info.isEmpty())
+            toolTip += u"<br>"_s + info.toHtmlEscaped();
         if (toolTip == button->toolTip())
             continue;
         button->setAccessibleDescription(description);
         button->setToolTip(toolTip);
+        button->setWhatsThis(info); // assistive tools read it as the help
     }
     showSearchResult();
 }

@@ -13,6 +13,31 @@
 #include <QLabel>
 #include <QShortcut>
 
+#include <algorithm>
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct ExtraKey
+{
+    int code;
+    const char *textKey;
+    QLatin1StringView ownCode; ///< the key whose code it has
+};
+
+constexpr ExtraKey extraKeys[] = {
+    {106, "lkeyKeysMKeyInfo", "F15"_L1},   {107, "lkeyKeysMKeyInfo", "F16"_L1},
+    {108, "lkeyKeysMKeyInfo", "F17"_L1},   {109, "lkeyKeysMKeyInfo", "F18"_L1},
+    {110, "lkeyKeysMKeyInfo", "F19"_L1},   {111, "lkeyKeysTKeyInfo", "F20"_L1},
+    {112, "lkeyKeysTKeyInfo", "F21"_L1},   {113, "lkeyKeysTKeyInfo", "F22"_L1},
+    {114, "lkeyKeysTKeyInfo", "F23"_L1},   {146, "lkeyKeysTKeyInfo", "LANG3"_L1},
+    {147, "lkeyKeysTKeyInfo", "LANG4"_L1}, {140, "lkeyKeysTKeyInfo", "International6"_L1},
+};
+
+} // namespace
+
 void KeyboardKeysController::connectPicture()
 {
     for (const KeyRow &row : KeyLayout::selectableKeys()) {
@@ -40,6 +65,12 @@ QString KeyboardKeysController::shownKeyName(int code) const
     const KeyButton *key = mPicture->button(row->outlet);
     const QString name = ::keyName(code);
     return key->legend() == key->shape().legend ? name : localizedFormat("lkeyKeysLayoutName", {key->legend(), name});
+}
+
+QString KeyboardKeysController::extraKeyInfo(int code) const
+{
+    const auto key = std::ranges::find(extraKeys, code, &ExtraKey::code);
+    return key == std::end(extraKeys) ? QString() : localizedFormat(key->textKey, {key->ownCode});
 }
 
 void KeyboardKeysController::showKeyNames()

@@ -42,6 +42,8 @@ private Q_SLOTS:
     void findShortcutMovesToTheField();
     void absentKeyboardCannotBeSearched();
     void legendsFollowTheLayout();
+    void toolTipsExplainTheExtraKeys_data();
+    void toolTipsExplainTheExtraKeys();
     void keysAreItemsOfAList();
     void popUpsAreComboBoxesWithTheirValue();
 
@@ -338,6 +340,40 @@ void KeysPictureTest::legendsFollowTheLayout()
     QVERIFY(!tab.key("mY")->toolTip().contains(u"Z"_s));
     picture->showKeymap(Keymap());
     QCOMPARE(tab.key("mY")->legend(), u"Y"_s);
+}
+
+void KeysPictureTest::toolTipsExplainTheExtraKeys_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<QString>("code");
+    const QStringList mCodes{u"F15"_s, u"F16"_s, u"F17"_s, u"F18"_s, u"F19"_s};
+    const QStringList tCodes{u"F20"_s, u"F21"_s, u"F22"_s, u"F23"_s, u"LANG3"_s, u"LANG4"_s, u"International6"_s};
+    for (qsizetype index = 0; index < mCodes.size(); ++index)
+        QTest::addRow("M%d", int(index + 1)) << u"mM%1"_s.arg(index + 1) << u"left"_s << mCodes[index];
+    for (qsizetype index = 0; index < tCodes.size(); ++index)
+        QTest::addRow("T%d", int(index + 1)) << u"mT%1"_s.arg(index + 1) << u"space bar"_s << tCodes[index];
+    QTest::newRow("M") << u"mM"_s << QString() << QString();
+    QTest::newRow("F14") << u"mF14"_s << QString() << QString();
+}
+
+void KeysPictureTest::toolTipsExplainTheExtraKeys()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, place);
+    QFETCH(QString, code);
+    const Tab tab(profile(u"P"_s, {{u"106"_s, entry(20)}}));
+    KeyButton *button = tab.key(qPrintable(key));
+    const QString toolTip = button->toolTip();
+    if (code.isEmpty()) {
+        QVERIFY(!toolTip.contains(u"extra key"_s));
+        return;
+    }
+    QVERIFY2(toolTip.contains(u"extra key"_s), qPrintable(toolTip));
+    QVERIFY2(toolTip.contains(place), qPrintable(toolTip));
+    QVERIFY2(toolTip.contains(code + u'.'), qPrintable(toolTip));
+    QVERIFY(toolTip.contains(localizedText(key == u"mM1"_s ? "lkeyDisable" : "lkeyDefaultKey")));
+    QVERIFY(accessible(button)->text(QAccessible::Help).contains(code));
 }
 
 void KeysPictureTest::keysAreItemsOfAList()

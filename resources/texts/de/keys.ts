@@ -50,5 +50,7 @@
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Gefundene Tasten: %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Keine Taste gefunden</translation></message>
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (Taste %@)</translation></message>
+    <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>Eine Zusatztaste am linken Rand der Tastatur für Ihre eigenen Belegungen. Sie hat den Code von %@. Die meisten Programme beachten sie erst, wenn Sie sie belegen.</translation></message>
+    <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>Eine Zusatztaste unter der Leertaste für Ihre eigenen Belegungen. Sie hat den Code von %@. Die meisten Programme beachten sie erst, wenn Sie sie belegen.</translation></message>
 </context>
 </TS>

@@ -50,5 +50,7 @@
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Keys found: %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>No key found</translation></message>
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (key %@)</translation></message>
+    <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>An extra key at the left of the keyboard, for assignments of your own. It has the code of %@. Most programs ignore it until you assign something to it.</translation></message>
+    <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>An extra key below the space bar, for assignments of your own. It has the code of %@. Most programs ignore it until you assign something to it.</translation></message>
 </context>
 </TS>

@@ -50,5 +50,7 @@
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Teclas encontradas: %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Ninguna tecla encontrada</translation></message>
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (tecla %@)</translation></message>
+    <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>Una tecla adicional a la izquierda del teclado, para sus propias asignaciones. Tiene el código de %@. La mayoría de los programas la ignoran hasta que usted le asigna algo.</translation></message>
+    <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>Una tecla adicional debajo de la barra espaciadora, para sus propias asignaciones. Tiene el código de %@. La mayoría de los programas la ignoran hasta que usted le asigna algo.</translation></message>
 </context>
 </TS>

@@ -50,5 +50,7 @@
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>Touches trouvées : %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>Aucune touche trouvée</translation></message>
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (touche %@)</translation></message>
+    <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>Une touche supplémentaire à gauche du clavier, pour vos propres fonctions. Elle a le code de %@. La plupart des programmes l’ignorent tant que vous ne lui attribuez rien.</translation></message>
+    <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>Une touche supplémentaire sous la barre d’espace, pour vos propres fonctions. Elle a le code de %@. La plupart des programmes l’ignorent tant que vous ne lui attribuez rien.</translation></message>
 </context>
 </TS>

@@ -50,5 +50,7 @@
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>見つかったキー: %@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>キーが見つかりません</translation></message>
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@（%@ キー）</translation></message>
+    <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>キーボードの左端にある追加キーです。自由に割り当てられます。コードは %@ と同じです。割り当てるまで、多くのプログラムはこのキーを無視します。</translation></message>
+    <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>スペースキーの下にある追加キーです。自由に割り当てられます。コードは %@ と同じです。割り当てるまで、多くのプログラムはこのキーを無視します。</translation></message>
 </context>
 </TS>

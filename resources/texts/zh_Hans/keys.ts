@@ -50,5 +50,7 @@
     <message id="lkeyKeysSearchResult"><source>lkeyKeysSearchResult</source><translation>找到的按键：%@</translation></message>
     <message id="lkeyKeysSearchNothing"><source>lkeyKeysSearchNothing</source><translation>未找到按键</translation></message>
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@（%@ 键）</translation></message>
+    <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>位于键盘左侧的附加键，供您自行分配功能。其键码与 %@ 相同。分配功能之前，大多数程序会忽略它。</translation></message>
+    <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>位于空格键下方的附加键，供您自行分配功能。其键码与 %@ 相同。分配功能之前，大多数程序会忽略它。</translation></message>
 </context>
 </TS>
