@@ -18,6 +18,7 @@ public:
     {
         QAccessible::State state = QAccessibleWidget::state();
         state.selectable = key()->isSelectable();
+        state.extSelectable = key()->isSelectable();
         state.selected = key()->isShownSelected();
         state.disabled = state.disabled || !key()->isSelectable();
         return state;
@@ -43,12 +44,25 @@ private:
     KeyButton *key() const { return static_cast<KeyButton *>(object()); }
 };
 
+class AccessiblePicture : public QAccessibleWidget
+{
+public:
+    explicit AccessiblePicture(QWidget *picture) : QAccessibleWidget(picture, QAccessible::List) {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.multiSelectable = true;
+        return state;
+    }
+};
+
 QAccessibleInterface *interfaceOf(const QString &className, QObject *object)
 {
     if (className == "KeyButton"_L1)
         return new AccessibleKey(static_cast<KeyButton *>(object));
     if (className == "KeyboardPicture"_L1)
-        return new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::List);
+        return new AccessiblePicture(static_cast<QWidget *>(object));
     return nullptr;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Life cycle, selection of a key and redrawing. The pop-ups are in keysassignment.cpp, the widgets in keysview.cpp.
 // Single-key capture, game mode and the function-key notice are in keyscapture.cpp, the search and the menu of a key in
-// keyspicture.cpp.
+// keyspicture.cpp, several selected keys and the clipboard in keysselection.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
 #include "base/devicesettings.h"
@@ -89,6 +89,7 @@ void KeyboardKeysController::selectKey(KeyButton *button, int code, bool isFunct
     mPreviousButtonValue = mCurrentButtonValue;
     setupPreviousKey();
     mSelectedKey = KeyLayout::codeText(code);
+    setOtherSelectedKeys({});
     updatePopUpSelection();
     button->setButtonType(KeyButton::Type::onOff);
     button->setNextState();

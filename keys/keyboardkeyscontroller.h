@@ -25,6 +25,7 @@ class KeySearchBar;
 class KeyboardPicture;
 class PopUpButton;
 class QAction;
+struct AssignmentClip;
 class OpenPanel;
 class QGroupBox;
 class QLabel;
@@ -62,7 +63,10 @@ public:
     /// The delegate must outlive the controller, or be set to null before.
     void setMKeysDelegate(KeysDelegate *delegate) { mKeysDelegate = delegate; }
 
-    [[nodiscard]] QString selectedKey() const { return mSelectedKey; } ///< code text
+    /// Code text of the selected key; of several, the one selected last.
+    [[nodiscard]] QString selectedKey() const { return mSelectedKey; }
+    /// Returns the codes of all selected keys, the one selected last at the end.
+    [[nodiscard]] QList<int> selectedCodes() const;
     [[nodiscard]] KeyButton *currentButton() const { return mCurrentButton; }
     [[nodiscard]] QString currentButtonValue() const { return mCurrentButtonValue; }
     [[nodiscard]] KeyButton *previousButton() const { return mPreviousButton; }
@@ -142,6 +146,8 @@ private:
     void validateItems(const QMenu *menu);
     void openSingleKeySheet();
     void openApplicationPanel();
+    /// Gives all selected keys this assignment. When they become default keys, `param1` is that of the key selected
+    /// last; every other one gets that of its own default entry.
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
     void updateDescriptions();
     /// Returns the character that the key shows and its fixed name, or the name alone if the two are the same.
@@ -150,6 +156,18 @@ private:
     /// Explains an M or T key; empty for every other key.
     [[nodiscard]] QString extraKeyInfo(int code) const;
     void connectPicture();
+    void connectSelection();
+    void addClipboardItems();
+    void setOtherSelectedKeys(const QList<int> &codes);
+    void showSelectedKeys();
+    void addToSelection(KeyButton *key, int code);
+    void toggleSelection(KeyButton *key, int code);
+    void copyAssignment();
+    void pasteAssignment();
+    /// Absent for an unknown assignment and for one of a macro or profile that does not exist.
+    [[nodiscard]] std::optional<AssignmentClip> clipOfSelectedKey() const;
+    /// Returns the assignment on the clipboard; its macro or profile has the index of today. Absent without one.
+    [[nodiscard]] std::optional<AssignmentClip> clipToPaste() const;
     void openAssignmentMenu(KeyButton *key, const QPoint &position);
     void showSearchResult();
     /// Selects the next key found in the direction of `step`, 1 or -1; after the last comes the first.
@@ -188,6 +206,9 @@ private:
     QLabel *mSelectedKeyLabel = nullptr;
     KeyMarksLegend *mMarksLegend = nullptr;
     KeySearchBar *mSearchBar = nullptr;
+    QAction *mSeparator = nullptr;
+    QAction *mCopy = nullptr;
+    QAction *mPaste = nullptr;
 
     QVariantMap mKeysCurrentProfileDict;
     QVariantMap mDeviceSettingsDict;
@@ -213,6 +234,7 @@ private:
     bool mIsFirstLaunch = true;
     bool mGameMode = false;
     bool mIsFunctionKeySelected = false;
+    QList<int> mOtherSelectedKeys;   ///< codes of the selected keys but mSelectedKey, in the order of their selection
     QList<int> mFoundKeys;           ///< codes of the keys that fit the search
     bool mHasDeviceConnected = true; ///< the latest argument of setControlsState()
 };

@@ -68,7 +68,8 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
 {
     for (const KeyShape &shape : KeyGeometry::shapes()) {
         auto *button = new KeyButton(shape, isSelectableOutlet(shape.outlet), this);
-        connect(button, &KeyButton::moveRequested, this, [this, button](Qt::Key key) { moveSelection(button, key); });
+        connect(button, &KeyButton::moveRequested, this,
+                [this, button](Qt::Key key, bool isExtending) { moveSelection(button, key, isExtending); });
         connect(button, &KeyButton::characterTyped, this,
                 [this, button](const QString &character) { select(keyShowing(character, button)); });
         mButtons.append(button);
@@ -129,13 +130,20 @@ KeyButton *KeyboardPicture::keyShowing(const QString &character, const KeyButton
     return nullptr;
 }
 
-void KeyboardPicture::moveSelection(const KeyButton *from, Qt::Key key)
+void KeyboardPicture::moveSelection(const KeyButton *from, Qt::Key key, bool isExtending)
 {
+    KeyButton *next = nullptr;
     switch (key) {
-    case Qt::Key_Home: select(firstKey()); break;
-    case Qt::Key_End: select(lastKey()); break;
-    default: select(neighbour(from, key));
+    case Qt::Key_Home: next = firstKey(); break;
+    case Qt::Key_End: next = lastKey(); break;
+    default: next = neighbour(from, key);
     }
+    if (!next || !isExtending) {
+        select(next);
+        return;
+    }
+    next->setFocus(Qt::OtherFocusReason);
+    Q_EMIT next->additionRequested();
 }
 
 void KeyboardPicture::select(KeyButton *button)

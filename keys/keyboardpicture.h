@@ -15,7 +15,8 @@ class X11Keymap;
 
 /// Keeps the ratio of the keyboard and centres it in the available space. The keys are one stop in the tab order: the
 /// selected key, or else the first. From there the arrow keys select the next key in their direction, Home and End the
-/// first and the last key. A character selects the key that shows it; typed again, the next such key.
+/// first and the last key; with Shift they add it to the selected keys. A character selects the key that shows it;
+/// typed again, the next such key.
 class KeyboardPicture : public QWidget
 {
     Q_OBJECT
@@ -67,7 +68,7 @@ private:
     void askForMotion();
     void followLayout();
     [[nodiscard]] QList<QRect> keyPlaces() const;
-    void moveSelection(const KeyButton *from, Qt::Key key);
+    void moveSelection(const KeyButton *from, Qt::Key key, bool isExtending);
     void select(KeyButton *button);
 
     QList<KeyButton *> mButtons;

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace {
@@ -40,6 +41,15 @@ void KeyButton::setButtonType(Type type)
 void KeyButton::setNextState()
 {
     mState = mType == Type::onOff ? 1 - mState : 0;
+}
+
+void KeyButton::setAlsoSelected(bool isSelected)
+{
+    const bool wasShownSelected = isShownSelected();
+    mIsAlsoSelected = isSelected;
+    if (isShownSelected() != wasShownSelected)
+        KeyboardAccessibility::reportSelection(this);
+    compareLookLater();
 }
 
 void KeyButton::highlight(bool isOn)
@@ -147,7 +157,9 @@ void KeyButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Left:
     case Qt::Key_Right:
     case Qt::Key_Home:
-    case Qt::Key_End: Q_EMIT moveRequested(static_cast<Qt::Key>(event->key())); return;
+    case Qt::Key_End:
+        Q_EMIT moveRequested(static_cast<Qt::Key>(event->key()), event->modifiers() & Qt::ShiftModifier);
+        return;
     case Qt::Key_Return:
     case Qt::Key_Enter: click(); return;
     default: break;
@@ -159,6 +171,14 @@ void KeyButton::keyPressEvent(QKeyEvent *event)
         Q_EMIT characterTyped(typed);
     else
         QAbstractButton::keyPressEvent(event);
+}
+
+void KeyButton::mousePressEvent(QMouseEvent *event)
+{
+    if (mIsSelectable && event->button() == Qt::LeftButton && event->modifiers() & Qt::ControlModifier)
+        Q_EMIT toggleRequested();
+    else
+        QAbstractButton::mousePressEvent(event);
 }
 
 void KeyButton::contextMenuEvent(QContextMenuEvent *event)

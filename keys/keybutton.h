@@ -32,9 +32,11 @@ public:
     [[nodiscard]] bool isFound() const { return mIsFound; }
     /// True if the key shows `character`, alone or with Shift; letter case does not matter.
     [[nodiscard]] bool shows(const QString &character) const;
-    /// True if it is painted as the selected key. This depends on the on/off type: the key restored at the start, which
+    /// True if it is one of several selected keys, but not the one selected last.
+    [[nodiscard]] bool isAlsoSelected() const { return mIsAlsoSelected; }
+    /// True if it is painted as a selected key. This depends on the on/off type: the key restored at the start, which
     /// was never pressed, is then also shown.
-    [[nodiscard]] bool isShownSelected() const { return mType == Type::onOff; }
+    [[nodiscard]] bool isShownSelected() const { return mType == Type::onOff || mIsAlsoSelected; }
     /// True if it is painted as mapped. The selected key never is, whatever its highlight.
     [[nodiscard]] bool isShownHighlighted() const { return mIsHighlighted && !isShownSelected(); }
 
@@ -42,6 +44,7 @@ public:
     void setButtonType(Type type);
     /// Turns an on/off button on or off; a momentary one stays off.
     void setNextState();
+    void setAlsoSelected(bool isSelected);
     /// Sets whether the key is shown as mapped while it is not selected.
     void highlight(bool isOn);
     void setMark(KeyMark mark);
@@ -57,13 +60,17 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    void moveRequested(Qt::Key key); ///< an arrow key, Home or End
+    /// An arrow key, Home or End; `isExtending` with Shift.
+    void moveRequested(Qt::Key key, bool isExtending);
+    void toggleRequested();   ///< the key joins the selected keys or leaves them
+    void additionRequested(); ///< the key joins the selected keys
     void characterTyped(const QString &character);
     void menuRequested(const QPoint &position); ///< position on the screen
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void nextCheckState() override {} // a click alone selects nothing
     bool event(QEvent *event) override;
@@ -92,6 +99,7 @@ private:
     bool mIsHighlighted = false;
     KeyMark mMark = KeyMark::none;
     bool mIsFound = false;
+    bool mIsAlsoSelected = false;
     qreal mUnit = 44;
     Look mUpdatedLook; ///< the look at the latest request for a repaint
     bool mIsComparisonPosted = false;

@@ -90,6 +90,7 @@ void KeyboardKeysController::populateUIControls()
     mMacroPlaybackPopUp->removeAllItems();
     for (const KeyMappings::RepeatMode &mode : KeyMappings::repeatModes())
         mMacroPlaybackPopUp->addItemWithTitle(localizedText(mode.labelKey));
+    addClipboardItems();
 }
 
 int KeyboardKeysController::checkPopUpAssignmentIndexForValue(int command) const
@@ -116,7 +117,7 @@ void KeyboardKeysController::updatePopUpSelection()
     // The items have no title for it, and the first one must still offer the default key.
     if (entry.isUnknown())
         mAssignFunction->setShownTitle(localizedText("lkeyKeysUnknownAssignment"));
-    mSelectedKeyLabel->setText(shownKeyName(selectedCode()));
+    showSelectedKeys();
 }
 
 void KeyboardKeysController::resetAssignmentTitles()
@@ -229,10 +230,13 @@ void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &p
         updatePopUpSelection();
         return;
     }
-    const QVariantMap keys = ProfileRecord::keys(mKeysCurrentProfileDict);
-    const QString key = KeyLayout::codeText(selectedCode());
-    mKeysDelegate->updateKeySettings(
-        {{SettingsKeys::keys, KeyMappings::withEntry(keys, key, assignment, param1, param2)}});
+    QVariantMap keys = ProfileRecord::keys(mKeysCurrentProfileDict);
+    for (const int code : selectedCodes()) {
+        const bool hasOwn = assignment == Assignment::defaultKey && code != selectedCode();
+        const QVariant ownParam1 = hasOwn ? KeyMappings::entryForKey(mDefaultDict, code).param1 : param1;
+        keys = KeyMappings::withEntry(keys, KeyLayout::codeText(code), assignment, ownParam1, param2);
+    }
+    mKeysDelegate->updateKeySettings({{SettingsKeys::keys, keys}});
 }
 
 void KeyboardKeysController::setupSubMenu(int position, const QStringList &titles,

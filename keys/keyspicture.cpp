@@ -10,7 +10,6 @@
 #include "keys/keysearchbar.h"
 #include "platform/popupbutton.h"
 
-#include <QLabel>
 #include <QShortcut>
 
 #include <algorithm>
@@ -45,10 +44,11 @@ void KeyboardKeysController::connectPicture()
         connect(key, &KeyButton::menuRequested, this,
                 [this, key](const QPoint &position) { openAssignmentMenu(key, position); });
     }
+    connectSelection();
     connect(mPicture, &KeyboardPicture::legendsChanged, this, [this] {
         showKeyNames();
         updateDescriptions();
-        mSelectedKeyLabel->setText(shownKeyName(selectedCode()));
+        showSelectedKeys();
     });
     connect(mSearchBar, &KeySearchBar::queryChanged, this, &KeyboardKeysController::showSearchResult);
     connect(mSearchBar, &KeySearchBar::nextRequested, this, [this] { stepThroughSearch(1); });
@@ -83,7 +83,9 @@ void KeyboardKeysController::openAssignmentMenu(KeyButton *key, const QPoint &po
 {
     if (!key->isEnabled())
         return;
-    if (key != mCurrentButton)
+    if (key->isAlsoSelected())
+        Q_EMIT key->additionRequested(); // keeps the selection
+    else if (key != mCurrentButton)
         key->click();
     mAssignFunction->openMenuAt(position);
 }

@@ -166,10 +166,17 @@ void KeyButtonTest::movesAreAnnouncedWithoutAClick()
     QSignalSpy clicked(&button, &QAbstractButton::clicked);
     const QList<Qt::Key> keys{Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down, Qt::Key_Home, Qt::Key_End};
     QList<Qt::Key> moves;
-    connect(&button, &KeyButton::moveRequested, &button, [&](Qt::Key key) { moves << key; });
+    QList<bool> extensions;
+    connect(&button, &KeyButton::moveRequested, &button, [&](Qt::Key key, bool isExtending) {
+        moves << key;
+        extensions << isExtending;
+    });
     for (const Qt::Key key : keys)
         QTest::keyClick(&button, key);
     QCOMPARE(moves, keys);
+    QVERIFY(!extensions.contains(true));
+    QTest::keyClick(&button, Qt::Key_Left, Qt::ShiftModifier);
+    QVERIFY(extensions.last());
     QCOMPARE(clicked.count(), 0);
 }
 

@@ -14,6 +14,7 @@
 
 #include <QAction>
 #include <QLineEdit>
+#include <QMenu>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -54,6 +55,8 @@ private Q_SLOTS:
     void drawsTheTab();
     void drawsTheSearch_data();
     void drawsTheSearch();
+    void drawsSeveralSelectedKeys_data();
+    void drawsSeveralSelectedKeys();
     void drawsTheSingleKeySheet();
     void isSharpAtTwiceTheDots();
 
@@ -137,6 +140,32 @@ void KeysScreenshotsTest::drawsTheSearch()
     const QWidget *bar = tab.find<QLineEdit>("mKeySearchField")->parentWidget();
     QTRY_COMPARE(bar->width(), bar->sizeHint().width());
     QVERIFY(savePicture(grabAt(tab.window, 2), u"keys-search"_s));
+}
+
+void KeysScreenshotsTest::drawsSeveralSelectedKeys_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void KeysScreenshotsTest::drawsSeveralSelectedKeys()
+{
+    QFETCH(bool, isDark);
+    wearPalette(isDark);
+    Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
+            {macro(u"Opening burst"_s), macro(u"Heal"_s)});
+    tab.controller->setControlsState(true);
+    tab.window.resize(1100, 620);
+    tab.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    QTest::mouseClick(tab.key("mM2"), Qt::LeftButton);
+    for (const char *key : {"mQ", "mCapsLock", "mR"})
+        QTest::mouseClick(tab.key(key), Qt::LeftButton, Qt::ControlModifier);
+    auto *popUp = tab.find<PopUpButton>("mAssignFunction");
+    popUp->openMenuAt(tab.window.mapToGlobal(QPoint(300, 250)));
+    QTRY_VERIFY(popUp->popUpMenu()->isVisible());
+    QVERIFY(savePicture(pictureOf(&tab.window, popUp->popUpMenu(), QPoint(300, 250)), u"keys-several"_s));
 }
 
 void KeysScreenshotsTest::drawsTheSingleKeySheet()

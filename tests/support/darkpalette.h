@@ -23,6 +23,7 @@
         palette.setColor(role, text);
         palette.setColor(QPalette::Disabled, role, faint);
     }
+    palette.setColor(QPalette::PlaceholderText, QColor(0x9d, 0xa0, 0xa6));
     palette.setColor(QPalette::Highlight, QColor(0x3d, 0x8e, 0xe6));
     palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4a, 0x4d, 0x52));
     palette.setColor(QPalette::HighlightedText, Qt::white);

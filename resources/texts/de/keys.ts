@@ -52,5 +52,8 @@
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (Taste %@)</translation></message>
     <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>Eine Zusatztaste am linken Rand der Tastatur für Ihre eigenen Belegungen. Sie hat den Code von %@. Die meisten Programme beachten sie erst, wenn Sie sie belegen.</translation></message>
     <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>Eine Zusatztaste unter der Leertaste für Ihre eigenen Belegungen. Sie hat den Code von %@. Die meisten Programme beachten sie erst, wenn Sie sie belegen.</translation></message>
+    <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ und %@ weitere</translation></message>
+    <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Belegung kopieren</translation></message>
+    <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Belegung einfügen</translation></message>
 </context>
 </TS>

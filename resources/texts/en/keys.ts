@@ -52,5 +52,8 @@
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (key %@)</translation></message>
     <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>An extra key at the left of the keyboard, for assignments of your own. It has the code of %@. Most programs ignore it until you assign something to it.</translation></message>
     <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>An extra key below the space bar, for assignments of your own. It has the code of %@. Most programs ignore it until you assign something to it.</translation></message>
+    <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ and %@ more</translation></message>
+    <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Copy assignment</translation></message>
+    <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Paste assignment</translation></message>
 </context>
 </TS>

@@ -52,5 +52,8 @@
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (tecla %@)</translation></message>
     <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>Una tecla adicional a la izquierda del teclado, para sus propias asignaciones. Tiene el código de %@. La mayoría de los programas la ignoran hasta que usted le asigna algo.</translation></message>
     <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>Una tecla adicional debajo de la barra espaciadora, para sus propias asignaciones. Tiene el código de %@. La mayoría de los programas la ignoran hasta que usted le asigna algo.</translation></message>
+    <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ y %@ más</translation></message>
+    <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Copiar asignación</translation></message>
+    <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Pegar asignación</translation></message>
 </context>
 </TS>

@@ -52,5 +52,8 @@
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@ (touche %@)</translation></message>
     <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>Une touche supplémentaire à gauche du clavier, pour vos propres fonctions. Elle a le code de %@. La plupart des programmes l’ignorent tant que vous ne lui attribuez rien.</translation></message>
     <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>Une touche supplémentaire sous la barre d’espace, pour vos propres fonctions. Elle a le code de %@. La plupart des programmes l’ignorent tant que vous ne lui attribuez rien.</translation></message>
+    <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ et %@ autres</translation></message>
+    <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Copier la fonction</translation></message>
+    <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Coller la fonction</translation></message>
 </context>
 </TS>

@@ -52,5 +52,8 @@
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@（%@ キー）</translation></message>
     <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>キーボードの左端にある追加キーです。自由に割り当てられます。コードは %@ と同じです。割り当てるまで、多くのプログラムはこのキーを無視します。</translation></message>
     <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>スペースキーの下にある追加キーです。自由に割り当てられます。コードは %@ と同じです。割り当てるまで、多くのプログラムはこのキーを無視します。</translation></message>
+    <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ ほか %@ 個</translation></message>
+    <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>割り当てをコピー</translation></message>
+    <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>割り当てを貼り付け</translation></message>
 </context>
 </TS>

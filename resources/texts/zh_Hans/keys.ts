@@ -52,5 +52,8 @@
     <message id="lkeyKeysLayoutName"><source>lkeyKeysLayoutName</source><translation>%@（%@ 键）</translation></message>
     <message id="lkeyKeysMKeyInfo"><source>lkeyKeysMKeyInfo</source><translation>位于键盘左侧的附加键，供您自行分配功能。其键码与 %@ 相同。分配功能之前，大多数程序会忽略它。</translation></message>
     <message id="lkeyKeysTKeyInfo"><source>lkeyKeysTKeyInfo</source><translation>位于空格键下方的附加键，供您自行分配功能。其键码与 %@ 相同。分配功能之前，大多数程序会忽略它。</translation></message>
+    <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ 及其他 %@ 个</translation></message>
+    <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>复制功能</translation></message>
+    <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>粘贴功能</translation></message>
 </context>
 </TS>
