@@ -182,6 +182,9 @@ private:
     /// Returns the effect of `entry` for the pop-up's title. Absent if the entry points to nothing or has no further
     /// detail.
     [[nodiscard]] std::optional<QString> assignmentDetail(const KeyMappings::Entry &entry) const;
+    /// Returns why the key with `entry` does nothing although it is not disabled: its macro or profile is gone, or the
+    /// program does not know the kind of its assignment. Null if there is no such reason.
+    [[nodiscard]] const char *assignmentProblem(const KeyMappings::Entry &entry) const;
     [[nodiscard]] QString assignmentDescription(const KeyMappings::Entry &entry) const;
 
     QWidget *mView = nullptr;
@@ -204,6 +207,7 @@ private:
     QLabel *mProfileNameLabel = nullptr;
     QLabel *mCurrentProfileLabel = nullptr;
     QLabel *mSelectedKeyLabel = nullptr;
+    QLabel *mAssignmentProblemLabel = nullptr;
     KeyMarksLegend *mMarksLegend = nullptr;
     KeySearchBar *mSearchBar = nullptr;
     QAction *mSeparator = nullptr;

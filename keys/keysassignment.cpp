@@ -132,8 +132,25 @@ void KeyboardKeysController::showEntry(const KeyMappings::Entry &entry, int posi
         mMacroPlaybackPopUp->selectItemAtIndex(macroRepeat(entry.param2));
         setPlaybackVisible(true);
     }
+    const char *problemKey = assignmentProblem(entry);
     if (const std::optional<QString> detail = assignmentDetail(entry))
         mAssignFunction->setItemTitleAtIndex(position, titleWithDetail(assignmentLabelKeys[position], *detail));
+    const QString problem = problemKey ? localizedText(problemKey) : QString();
+    mAssignmentProblemLabel->setText(problem);
+    mAssignmentProblemLabel->setVisible(!problem.isEmpty());
+    mAssignFunction->setAccessibleDescription(problem);
+}
+
+const char *KeyboardKeysController::assignmentProblem(const KeyMappings::Entry &entry) const
+{
+    const auto exists = [&entry](const QVariantList &records, QLatin1StringView nameKey) {
+        return KeyMappings::recordName(records, entry.param1, nameKey).has_value();
+    };
+    if (entry.is(Assignment::playMacro))
+        return exists(mAllMacrosArray, SettingsKeys::macroName) ? nullptr : "lkeyKeysMacroGone";
+    if (entry.is(Assignment::switchProfile))
+        return exists(mAllProfilesArray, SettingsKeys::profileName) ? nullptr : "lkeyKeysProfileGone";
+    return entry.isUnknown() ? "lkeyKeysKindUnknown" : nullptr;
 }
 
 std::optional<QString> KeyboardKeysController::assignmentDetail(const KeyMappings::Entry &entry) const

@@ -77,6 +77,10 @@ void KeyboardKeysController::buildView()
     layout->addWidget(buildHeader());
     layout->addWidget(buildKeyboard());
     layout->addWidget(buildAssignmentRow());
+    mAssignmentProblemLabel = makeLabel("mAssignmentProblemLabel"_L1);
+    mAssignmentProblemLabel->setWordWrap(true);
+    mAssignmentProblemLabel->hide();
+    layout->addWidget(mAssignmentProblemLabel);
     layout->addWidget(buildNotice());
     layout->addStretch(1);
     buildSingleKeySheet();

@@ -44,6 +44,8 @@ private Q_SLOTS:
     void legendsFollowTheLayout();
     void toolTipsExplainTheExtraKeys_data();
     void toolTipsExplainTheExtraKeys();
+    void assignmentThatDoesNothingSaysSo_data();
+    void assignmentThatDoesNothingSaysSo();
     void keysAreItemsOfAList();
     void popUpsAreComboBoxesWithTheirValue();
 
@@ -374,6 +376,44 @@ void KeysPictureTest::toolTipsExplainTheExtraKeys()
     QVERIFY2(toolTip.contains(code + u'.'), qPrintable(toolTip));
     QVERIFY(toolTip.contains(localizedText(key == u"mM1"_s ? "lkeyDisable" : "lkeyDefaultKey")));
     QVERIFY(accessible(button)->text(QAccessible::Help).contains(code));
+}
+
+void KeysPictureTest::assignmentThatDoesNothingSaysSo_data()
+{
+    QTest::addColumn<QVariantMap>("assigned");
+    QTest::addColumn<QString>("description");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("macro that is gone") << entry(10, 3, 2) << u"Macro: no. 4 (does not exist)"_s
+                                        << u"a macro that no longer"_s;
+    QTest::newRow("profile that is gone")
+        << entry(17, 9) << u"Switch profile: no. 10 (does not exist)"_s << u"a profile that no longer"_s;
+    QTest::newRow("unknown kind") << entry(30) << u"Unknown assignment"_s << u"does not know the kind"_s;
+    QTest::newRow("macro") << entry(10, 0, 1) << u"Macro: Heal (Play once)"_s << QString();
+    QTest::newRow("profile") << entry(17, 0) << u"Switch profile: P"_s << QString();
+    QTest::newRow("disabled") << entry(20) << u"Disable key"_s << QString();
+    QTest::newRow("default") << entry(45) << u"Default key"_s << QString();
+}
+
+void KeysPictureTest::assignmentThatDoesNothingSaysSo()
+{
+    QFETCH(QVariantMap, assigned);
+    QFETCH(QString, description);
+    QFETCH(QString, problem);
+    Tab tab(profile(u"P"_s, {{u"4"_s, assigned}}), {}, {macro(u"Heal"_s)});
+    QVERIFY2(tab.key("mA")->toolTip().contains(description), qPrintable(tab.key("mA")->toolTip()));
+    QCOMPARE(accessible(tab.key("mA"))->text(QAccessible::Description), description);
+    // The rows under the picture describe the selected key alone.
+    const auto *label = tab.find<QLabel>("mAssignmentProblemLabel");
+    QAccessibleInterface *popUp = accessible(tab.find<PopUpButton>("mAssignFunction"));
+    tab.key("mB")->click();
+    QVERIFY(label->isHidden());
+    tab.key("mA")->click();
+    QCOMPARE(label->isHidden(), problem.isEmpty());
+    QVERIFY2(label->text().contains(problem), qPrintable(label->text()));
+    QCOMPARE(popUp->text(QAccessible::Description), label->text());
+    tab.giveBack({{u"4"_s, entry(20)}});
+    QVERIFY(label->isHidden());
+    QCOMPARE(popUp->text(QAccessible::Description), QString());
 }
 
 void KeysPictureTest::keysAreItemsOfAList()

@@ -24,13 +24,21 @@ namespace {
 
 QVariantMap workingKeys()
 {
-    return {{u"58"_s, entry(10, 0, 2)},    {u"26"_s, entry(16, 80, 0)},
-            {u"20"_s, entry(17, 1, 0)},    {u"8"_s, entry(46, u"/Applications/Browser.app"_s, QString())},
-            {u"57"_s, entry(20)},          {u"83"_s, entry(16, 4, 0)},
-            {u"106"_s, entry(10, 1, 255)}, {u"107"_s, entry(10, 0, 1)},
-            {u"111"_s, entry(17, 1, 0)},   {u"227"_s, entry(20)},
-            {u"96"_s, entry(16, 82, 0)},   {u"53"_s, entry(16, 41, 0)},
-            {u"78"_s, entry(30)},          {u"88"_s, entry(46, u"/Applications/Calculator.app"_s, QString())},
+    return {{u"58"_s, entry(10, 0, 2)},
+            {u"26"_s, entry(16, 80, 0)},
+            {u"20"_s, entry(17, 1, 0)},
+            {u"8"_s, entry(46, u"/Applications/Browser.app"_s, QString())},
+            {u"57"_s, entry(20)},
+            {u"83"_s, entry(16, 4, 0)},
+            {u"106"_s, entry(10, 1, 255)},
+            {u"107"_s, entry(10, 0, 1)},
+            {u"111"_s, entry(17, 1, 0)},
+            {u"140"_s, entry(10, 9, 1)},
+            {u"227"_s, entry(20)},
+            {u"96"_s, entry(16, 82, 0)},
+            {u"53"_s, entry(16, 41, 0)},
+            {u"78"_s, entry(30)},
+            {u"88"_s, entry(46, u"/Applications/Calculator.app"_s, QString())},
             {u"40"_s, entry(10, 1, 254)}};
 }
 
@@ -86,6 +94,8 @@ void KeysScreenshotsTest::drawsTheTab_data()
     QTest::newRow("light-extra-key") << false << 1100 << 2.0 << true << u"mM2"_s;
     QTest::newRow("dark-extra-key") << true << 1100 << 2.0 << true << u"mM2"_s;
     QTest::newRow("light-num-lock") << false << 1100 << 2.0 << true << u"mNumlock"_s;
+    QTest::newRow("light-macro-gone") << false << 1100 << 2.0 << true << u"mT7"_s;
+    QTest::newRow("dark-unknown-kind") << true << 1100 << 2.0 << true << u"mPageDown"_s;
     QTest::newRow("light-absent") << false << 1100 << 1.0 << false << u"mF1"_s;
     QTest::newRow("dark-absent") << true << 1100 << 1.0 << false << u"mF1"_s;
 }

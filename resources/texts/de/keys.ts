@@ -55,5 +55,8 @@
     <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ und %@ weitere</translation></message>
     <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Belegung kopieren</translation></message>
     <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Belegung einfügen</translation></message>
+    <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>Das Makro dieser Taste ist nicht mehr vorhanden. Sie hat keine Funktion, bis Sie eine andere Belegung wählen.</translation></message>
+    <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>Das Profil, zu dem diese Taste wechselt, ist nicht mehr vorhanden. Sie hat keine Funktion, bis Sie eine andere Belegung wählen.</translation></message>
+    <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>Dieses Programm kennt die Art der Belegung dieser Taste nicht. Sie hat keine Funktion, bis Sie eine andere Belegung wählen.</translation></message>
 </context>
 </TS>

@@ -55,5 +55,8 @@
     <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ and %@ more</translation></message>
     <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Copy assignment</translation></message>
     <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Paste assignment</translation></message>
+    <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>This key plays a macro that no longer exists. It does nothing until you choose another assignment.</translation></message>
+    <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>This key switches to a profile that no longer exists. It does nothing until you choose another assignment.</translation></message>
+    <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>This program does not know the kind of assignment that this key has. The key does nothing until you choose another assignment.</translation></message>
 </context>
 </TS>

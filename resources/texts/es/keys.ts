@@ -55,5 +55,8 @@
     <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ y %@ más</translation></message>
     <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Copiar asignación</translation></message>
     <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Pegar asignación</translation></message>
+    <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>La macro de esta tecla ya no existe. La tecla no hace nada hasta que usted elija otra asignación.</translation></message>
+    <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>El perfil al que cambia esta tecla ya no existe. La tecla no hace nada hasta que usted elija otra asignación.</translation></message>
+    <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>Este programa no conoce el tipo de asignación de esta tecla. La tecla no hace nada hasta que usted elija otra asignación.</translation></message>
 </context>
 </TS>

@@ -55,5 +55,8 @@
     <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ et %@ autres</translation></message>
     <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Copier la fonction</translation></message>
     <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Coller la fonction</translation></message>
+    <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>La macro de cette touche n’existe plus. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
+    <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>Le profil que cette touche active n’existe plus. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
+    <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>Ce programme ne connaît pas le type de fonction de cette touche. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
 </context>
 </TS>

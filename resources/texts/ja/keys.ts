@@ -55,5 +55,8 @@
     <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ ほか %@ 個</translation></message>
     <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>割り当てをコピー</translation></message>
     <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>割り当てを貼り付け</translation></message>
+    <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>このキーのマクロは存在しません。別の割り当てを選ぶまで、キーは何もしません。</translation></message>
+    <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>このキーの切り替え先のプロファイルは存在しません。別の割り当てを選ぶまで、キーは何もしません。</translation></message>
+    <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>このキーの割り当ての種類は、このプログラムでは不明です。別の割り当てを選ぶまで、キーは何もしません。</translation></message>
 </context>
 </TS>

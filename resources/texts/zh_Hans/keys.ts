@@ -55,5 +55,8 @@
     <message id="lkeyKeysSeveralSelected"><source>lkeyKeysSeveralSelected</source><translation>%@ 及其他 %@ 个</translation></message>
     <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>复制功能</translation></message>
     <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>粘贴功能</translation></message>
+    <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>此按键的宏已不存在。选择其他功能之前，此按键不起作用。</translation></message>
+    <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>此按键要切换到的配置文件已不存在。选择其他功能之前，此按键不起作用。</translation></message>
+    <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>本程序不认识此按键的功能类型。选择其他功能之前，此按键不起作用。</translation></message>
 </context>
 </TS>
