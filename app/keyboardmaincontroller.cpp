@@ -14,11 +14,12 @@
 #include "lighting/backlight.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "platform/flushdisplay.h"
 #include "platform/sessionbus.h"
 #include "platform/spinner.h"
+#include "profiles/applicationbinding.h"
 #include "profiles/keyboardprofilescontroller.h"
 
-#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QLabel>
 #include <QTabWidget>
@@ -33,13 +34,6 @@ const QString replyPortName = DaemonProtocol::configuratorReplyPortName;
 // The reply port must be there before the first request names it; registering a bus name takes about a millisecond.
 constexpr int replyPortStartLimitMs = 2000;
 
-/// Sends the drawn picture to the display, as the event loop does before it blocks. Processes no event.
-void flushDisplay()
-{
-    if (QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance())
-        Q_EMIT dispatcher->aboutToBlock();
-}
-
 /// An open menu may list records that are gone, and its actions may change the wrong record.
 void closeOpenMenus()
 {
@@ -50,12 +44,13 @@ void closeOpenMenus()
 } // namespace
 
 KeyboardMainController::KeyboardMainController(MainControllerServices services, QObject *parent)
-    : QObject(parent), mServices(std::move(services)), mKeysController(new KeyboardKeysController(this)),
-      mProfilesController(new KeyboardProfilesController(this)), mMacrosController(new KeyboardMacrosController(this)),
-      mLightingController(new KeyboardLightingController(this)),
+    : QObject(parent), mServices(std::move(services)), mStatus(mServices.statusTimes),
+      mKeysController(new KeyboardKeysController(this)), mProfilesController(new KeyboardProfilesController(this)),
+      mMacrosController(new KeyboardMacrosController(this)), mLightingController(new KeyboardLightingController(this)),
       mMaintenenaceController(new KeyboardMaintenanceController(this))
 {
     mLightingController->setUrlOpener([this](const QUrl &address) { openPage(address); });
+    connectStatus();
 }
 
 KeyboardMainController::~KeyboardMainController()
@@ -79,6 +74,7 @@ void KeyboardMainController::setFirmwareVersionString(const QString &version)
 void KeyboardMainController::setOutlets(const MainWindowOutlets &outlets)
 {
     static_cast<MainWindowOutlets &>(*this) = outlets;
+    mStatus.setLine(mStatusLine);
 }
 
 void KeyboardMainController::awakeFromNib()
@@ -117,9 +113,7 @@ void KeyboardMainController::initializeDevice()
     };
     mLocalMessagePort->waitUntilServing(replyPortStartLimitMs);
     // Without a daemon this thread waits for seconds. The window must not show the sheet meanwhile.
-    sendDaemonRequest(DaemonCommands::openDevice(replyPortName, kestraPlistPath()), int(Command::openDevice),
-                      paintPlaceOfSheet);
-    waitForReply();
+    sendAndWait(Command::openDevice, DaemonCommands::openDevice(replyPortName, kestraPlistPath()), paintPlaceOfSheet);
     loadDefaultDict();
     closeRestoringStateWindow();
 
@@ -147,6 +141,8 @@ void KeyboardMainController::initializeDevice()
     }
 
     registerNotifications();
+    mDevicesStatus.start();
+    mServiceStatus.start();
     registerHelpBook();
     mFirmwareQueryThread = std::jthread([this](const std::stop_token &stop) { FWQueryThreadAboutToRun(stop); });
     Q_EMIT deviceInitialized();
@@ -173,9 +169,9 @@ void KeyboardMainController::loadLatestSettings()
 
 bool KeyboardMainController::readLatestSettings()
 {
-    sendDaemonRequest(DaemonCommands::readSettings(mDevicePID, replyPortName), int(Command::readSettings));
-    waitForReply();
+    sendAndWait(Command::readSettings, DaemonCommands::readSettings(mDevicePID, replyPortName));
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
+    reportOutcome(Command::readSettings, reply);
     const QVariant allDevSettings = reply ? reply->value(DaemonProtocol::allDevSettings) : QVariant();
     if (allDevSettings.typeId() != QMetaType::QVariantMap) {
         mMayRowsHaveMoved = true;
@@ -238,6 +234,7 @@ void KeyboardMainController::setProperties()
     mMacrosController->setMMacrosWindow(mMainWindow);
     mKeysController->setMKeysWindow(mMainWindow);
     mLightingController->setMLightingWindow(mMainWindow);
+    showStatus();
 }
 
 void KeyboardMainController::populateUISettings()
@@ -270,6 +267,7 @@ void KeyboardMainController::setControlsState(bool enabled)
         mLightingController->setControlsState(enabled);
         mMaintenenaceController->setControlsState(enabled);
     });
+    showStatus();
 }
 
 void KeyboardMainController::updateProfilesControlState(bool enabled)

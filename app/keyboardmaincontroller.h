@@ -4,7 +4,10 @@
 // FWQueryThreadAboutToRun and setDriverVersions, which run on the firmware-query thread.
 #pragma once
 
+#include "app/devicesstatus.h"
 #include "app/mainwindowoutlets.h"
+#include "app/servicestatus.h"
+#include "app/statusreporter.h"
 #include "base/daemonprotocol.h"
 #include "keys/keysdelegate.h"
 #include "lighting/lightingdelegate.h"
@@ -37,12 +40,13 @@ class ReplyPort;
 /// Property of a tab's page: the tab's label (QString), which is never translated.
 inline constexpr char tabLabelProperty[] = "tabLabel";
 
-/// The functions outside the hub that it calls, and its query interval. Tests substitute their own.
+/// The functions outside the hub that it calls, and its times. Tests substitute their own.
 struct MainControllerServices
 {
     Processes::Ender endProcesses = Processes::endAllNamed;
     std::function<WebPages::Outcome(const QUrl &)> openPage = WebPages::open;
     std::chrono::milliseconds firmwareQueryInterval{3000};
+    StatusTimes statusTimes = {};
 };
 
 class KeyboardMainController : public QObject,
@@ -176,6 +180,9 @@ public:
     // LightingDelegate
     void updateValueForSetting(const QVariantMap &settings) override;
 
+    /// KeysDelegate, MacroDelegate and ProfileDelegate: shows the event in the status line.
+    void report(const StatusReport &event) override { mStatus.report(event); }
+
     /// Sends command 6 with the given keys of the profile at `profileID`; a negative index is sent as 0.
     void updateProfileWithIDAndSettings(int profileID, const QVariantMap &settings);
 
@@ -202,6 +209,15 @@ private:
     void applyReturnedDocument(const std::optional<QVariantMap> &reply);
     /// For commands whose reply has only a status: asks for the whole document after a success, only redraws otherwise.
     void refreshIf(bool hasSucceeded);
+    void connectStatus();
+    /// Sends a request and waits for the reply, which stays in the latest-reply slot. The status line shows a long
+    /// wait.
+    void sendAndWait(DaemonProtocol::Command command, const QVariantMap &request,
+                     const std::function<void()> &meanwhile = {});
+    /// Reports a refusal or a missing reply in the status line. Command 0 must not be passed.
+    void reportOutcome(DaemonProtocol::Command command, const std::optional<QVariantMap> &reply);
+    /// Shows the state of keyboard, service and profile in the status line.
+    void showStatus();
     /// Sends a request and waits. Takes the reply out of the latest-reply slot and returns it.
     std::optional<QVariantMap> replyTo(DaemonProtocol::Command command, const QVariantMap &request);
     /// Does the same for commands whose reply has only a status; false without a reply.
@@ -219,6 +235,9 @@ private:
     void openPage(const QUrl &address);
 
     MainControllerServices mServices;
+    StatusReporter mStatus;
+    DevicesStatus mDevicesStatus;
+    ServiceStatus mServiceStatus;
     KeyboardKeysController *mKeysController = nullptr;
     KeyboardProfilesController *mProfilesController = nullptr;
     KeyboardMacrosController *mMacrosController = nullptr;
@@ -250,6 +269,8 @@ private:
     bool mIsDeletionAnswered = false;                  // the daemon confirmed the deletion that mIsDeleteProfile marks
     [[maybe_unused]] bool mMessagePortRunning = false; // for completeness; the reply port knows whether it serves
     bool mIsDeleteProfile = false;                     // from a delete request to the switch that follows it
+    bool mIsOpened = false;                            // initializeDevice() has had its reply, or none
+    bool mIsDaemonSilent = false;                      // the last request was not answered
     bool mIsDeviceRemoved = false;                     // from a removal to the next attachment
 
     std::jthread mFirmwareQueryThread;

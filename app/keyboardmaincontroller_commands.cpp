@@ -76,9 +76,10 @@ std::optional<QVariantMap> KeyboardMainController::replyTo(Command command, cons
 {
     if (!isMeantRecord(command, request))
         return {};
-    sendDaemonRequest(request, int(command));
-    waitForReply();
-    return LatestReplySlot::shared().take();
+    sendAndWait(command, request);
+    const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
+    reportOutcome(command, reply);
+    return reply;
 }
 
 QVariant KeyboardMainController::recordNamedBy(Command command, const QVariantMap &request) const
@@ -100,7 +101,12 @@ bool KeyboardMainController::isMeantRecord(Command command, const QVariantMap &r
     mMayRowsHaveMoved = false; // cleared first: redrawing may ask for the lines of a macro
     const bool isKnown = readLatestSettings();
     redraw();
-    return isKnown && meant == recordNamedBy(command, request);
+    if (!isKnown)
+        return false; // reported already
+    const bool isMeant = meant == recordNamedBy(command, request);
+    if (!isMeant)
+        report({.event = StatusReport::Event::entryHasChanged});
+    return isMeant;
 }
 
 bool KeyboardMainController::succeeds(Command command, const QVariantMap &request)
@@ -192,8 +198,8 @@ void KeyboardMainController::deleteProfileWithProfileID(int profileID)
     mDeletedProfileID = profileID;
     mDeletedProfile = mProfilesArray.value(profileID).toMap();
     updateProfilesControlState(false);
-    sendDaemonRequest(request, int(Command::deleteProfile));
-    waitForReply();
+    sendAndWait(Command::deleteProfile, request);
+    reportOutcome(Command::deleteProfile, LatestReplySlot::shared().read());
     // Deliberate: without a returned document the slot stays unchanged, and the tab stays disabled and busy.
     mMayRowsHaveMoved = true; // also after a reply without a document: it may be the late one of an earlier command
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().takeIf(

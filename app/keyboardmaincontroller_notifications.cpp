@@ -177,6 +177,8 @@ void KeyboardMainController::busHasEnded()
     setControlsState(false);
     mBusyIndicator->stopAnimation();
     mLightingController->stopProgressIndicatorAnimation();
+    mIsDaemonSilent = true;
+    showStatus();
     QLCErrorHandler::showErrorWithTitleErrorDescriptionDefaultButtonLabelAlternativeButtonLabelToWindow(
         localizedText("lkeySessionEndedTitle"), localizedText("lkeySessionEndedDesc"), localizedText("lkeyOK"), {},
         mMainWindow);

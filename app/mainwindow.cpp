@@ -11,6 +11,7 @@
 #include "platform/helpviewer.h"
 #include "platform/sheet.h"
 #include "platform/spinner.h"
+#include "platform/statusline.h"
 #include "platform/tabview.h"
 #include "profiles/keyboardprofilescontroller.h"
 
@@ -69,10 +70,15 @@ void MainWindow::assemble(KeyboardMainController *controller)
 
     auto *central = new QWidget;
     auto *layout = new QVBoxLayout(central);
-    layout->setContentsMargins(16, 12, 16, 16);
-    layout->setSpacing(10);
+    layout->setContentsMargins(16, 12, 16, 4);
+    layout->setSpacing(0);
     layout->addWidget(createHeader());
+    layout->addSpacing(10);
     layout->addWidget(createTabs(), 1);
+    layout->addSpacing(4);
+    mOutlets.mStatusLine = new StatusLine;
+    mOutlets.mStatusLine->setObjectName("mStatusLine"_L1);
+    layout->addWidget(mOutlets.mStatusLine);
     setCentralWidget(central);
     createDeviceNotFoundSheet();
     createRestoringStateSheet();

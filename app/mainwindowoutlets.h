@@ -9,6 +9,7 @@ class QPushButton;
 class QTabWidget;
 class QWidget;
 class Sheet;
+class StatusLine;
 
 struct MainWindowOutlets
 {
@@ -22,5 +23,6 @@ struct MainWindowOutlets
     QPushButton *mCommunicationOKButton = nullptr;
     Sheet *mRestoringStateWindow = nullptr;
     QProgressBar *mRestoringStateProgress = nullptr;
+    StatusLine *mStatusLine = nullptr;
     QWidget *mMainWindow = nullptr;
 };

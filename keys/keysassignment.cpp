@@ -353,10 +353,12 @@ void KeyboardKeysController::openPanelDidEndReturnCodeContextInfo(OpenPanel *pan
     if (returnCode == panelOK) {
         const QVariantMap information = ApplicationInformation::read(panel->chosenPath()).value_or(QVariantMap());
         const QString path = information.value(ApplicationInformation::resolvedPathKey).toString();
-        if (path.isEmpty())
-            updatePopUpSelection(); // nothing there can be launched
-        else
-            writeEntry(Assignment::launchProgram, path, QString());
+        if (!path.isEmpty())
+            return writeEntry(Assignment::launchProgram, path, QString());
+        updatePopUpSelection(); // nothing there can be launched
+        if (mKeysDelegate)
+            mKeysDelegate->report(
+                {.event = StatusReport::Event::notAnApplication, .subject = QFileInfo(panel->chosenPath()).fileName()});
     } else if (returnCode == panelCancel) {
         updatePopUpSelection();
     }

@@ -2,6 +2,8 @@
 // Requests of the keys tab to the main controller. Main thread; an operation that waits for the daemon blocks.
 #pragma once
 
+#include "base/statusreport.h"
+
 #include <QVariantList>
 #include <QVariantMap>
 
@@ -18,4 +20,6 @@ public:
     virtual void selectTabAtIndex(int index) = 0;
     /// `profiles` are all profile records, repaired after a macro or a profile was deleted.
     virtual void updateProfileKeyInDictionaryWithDictionary(const QVariantList &profiles) = 0;
+    /// Shows an event to the user, without a message box.
+    virtual void report(const StatusReport &) {}
 };

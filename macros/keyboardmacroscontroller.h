@@ -3,6 +3,7 @@
 // main controller's data and asks its delegate for every change. Main thread only.
 #pragma once
 
+#include "base/statusreport.h"
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
 #include "macros/macrolines.h"
@@ -171,6 +172,7 @@ private:
 
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
+    void report(StatusReport::Event event, const QString &subject) const;
     /// Sends the record that was just appended to the list. Returns its row in the new list. Returns -1 when the daemon
     /// has not accepted the record, which is then removed from the list. Also returns -1 when another macro of the same
     /// name is there.

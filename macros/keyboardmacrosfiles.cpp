@@ -11,6 +11,8 @@
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/filepanels.h"
 
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 // Export
@@ -42,8 +44,14 @@ void KeyboardMacrosController::exportMacroToFile(const QString &path)
     if (path.isEmpty() || record.isEmpty())
         return;
     const auto data = QlCoreUtility::convertDictionaryToData(MacroFile::exportedRecord(record));
-    if (data)
-        (void)PropertyList::writeFileAtomically(path, *data);
+    if (!data || !PropertyList::writeFileAtomically(path, *data))
+        report(StatusReport::Event::exportFailed, QFileInfo(path).fileName());
+}
+
+void KeyboardMacrosController::report(StatusReport::Event event, const QString &subject) const
+{
+    if (mMacroDelegate)
+        mMacroDelegate->report({.event = event, .subject = subject});
 }
 
 // Import
@@ -72,7 +80,7 @@ void KeyboardMacrosController::importMacroFromFile(const QString &path)
 {
     const std::optional<QVariantMap> contents = PropertyList::readPropertyListFile(path);
     if (!contents)
-        return;
+        return report(StatusReport::Event::notAMacro, QFileInfo(path).fileName());
     const QVariantMap macro = MacroFile::importedRecord(*contents, mMacrosSettingsArray);
     const Selection before{macroRow(), mSelectedMacroId};
     mMacroTableView->deselectAll();

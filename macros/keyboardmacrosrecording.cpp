@@ -5,6 +5,7 @@
 #include "base/daemonprotocol.h"
 #include "base/text.h"
 #include "macros/macrodelegate.h"
+#include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 
 #include <QPushButton>
@@ -159,6 +160,8 @@ void KeyboardMacrosController::recordEvents(const QVariantMap &userInfo)
     // The daemon reports every recording, also one that another client has started.
     if (!hasRecording() || mActivity == Activity::stoppingAppended)
         return;
+    if (userInfo.value(DaemonProtocol::isMacroFull).toBool())
+        report(StatusReport::Event::macroFull, MacroRecord::name(macroAt(macroRow())));
     const QVariantList lines = userInfo.value(DaemonProtocol::messagesArray).toList();
     mMacroDetailsTableView->deselectAll();
     for (const QVariant &line : lines)

@@ -3,6 +3,8 @@
 // macro index is a row of the macro list, an event index a display row of the event list; delays are milliseconds.
 #pragma once
 
+#include "base/statusreport.h"
+
 #include <QString>
 #include <QVariantMap>
 
@@ -30,4 +32,6 @@ public:
     virtual void reloadMacros() {}
     virtual void startEditHID() = 0;
     virtual void stopSingleKeyRecording() = 0;
+    /// Shows an event to the user, without a message box.
+    virtual void report(const StatusReport &) {}
 };

@@ -3,6 +3,7 @@
 // display. Keeps copies of the main controller's data and asks its delegate for every change. Main thread only.
 #pragma once
 
+#include "base/statusreport.h"
 #include "platform/sheetsubject.h"
 #include "platform/tableview.h"
 #include "profiles/profilecommands.h"
@@ -128,6 +129,8 @@ private:
     void renameProfile(int row, const QString &newName);
     void setAutoSwitch(int row, int value);
     void removeApplication();
+    /// Reports an event with the file at `path`.
+    void report(StatusReport::Event event, const QString &path) const;
     void bindApplication(const QString &path);
     void importProfileFrom(const QString &path);
     void exportProfileTo(const QString &path);

@@ -14,6 +14,8 @@
 #include "profiles/profilefile.h"
 #include "profiles/qltableview.h"
 
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 OpenPanel *KeyboardProfilesController::profileFileBrowserPanel() const
@@ -80,17 +82,18 @@ void KeyboardProfilesController::openPanelDidEndReturnCodeContextInfo(OpenPanel 
 void KeyboardProfilesController::exportProfileTo(const QString &path)
 {
     const QVariantMap profile = selectedProfile();
+    if (profile.isEmpty() || path.isEmpty())
+        return;
     const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(profile);
-    // A failure is silent, like every one of this tab.
-    if (data && !profile.isEmpty() && !path.isEmpty())
-        (void)PropertyList::writeFileAtomically(path, *data);
+    if (!data || !PropertyList::writeFileAtomically(path, *data))
+        report(StatusReport::Event::exportFailed, path);
 }
 
 void KeyboardProfilesController::importProfileFrom(const QString &path)
 {
     const std::optional<QVariantMap> record = PropertyList::readPropertyListFile(path);
     if (!record)
-        return;
+        return report(StatusReport::Event::notAProfile, path);
     const QVariantMap profile = ProfileFile::importedRecord(*record, mAllProfilesArray);
     mProfilesTableView->deselectAll();
     mAllProfilesArray.append(profile);
@@ -102,15 +105,21 @@ void KeyboardProfilesController::importProfileFrom(const QString &path)
         selectLastRow();
 }
 
+void KeyboardProfilesController::report(StatusReport::Event event, const QString &path) const
+{
+    if (mProfileDelegate)
+        mProfileDelegate->report({.event = event, .subject = QFileInfo(path).fileName()});
+}
+
 /// Also turns automatic switching on, in the same request.
 void KeyboardProfilesController::bindApplication(const QString &path)
 {
     const std::optional<QVariantMap> information = ApplicationInformation::read(path);
     if (!information)
-        return;
+        return report(StatusReport::Event::notAnApplication, path);
     const QVariantMap appInfo = ApplicationBinding::bound(ProfileRecord::appInfo(selectedProfile()), *information);
     if (!ApplicationBinding::namesAnApplication(appInfo))
-        return;
+        return report(StatusReport::Event::notAnApplication, path);
     mNeedsUpdate = false;
     if (mProfileDelegate)
         mProfileDelegate->updateProfileWithSettings(

@@ -3,6 +3,8 @@
 // profile ID is a row of the profile table.
 #pragma once
 
+#include "base/statusreport.h"
+
 #include <QVariantMap>
 
 class ProfileDelegate
@@ -16,4 +18,6 @@ public:
     virtual void renameProfileWithProfileIDAndSettings(int profileID, const QVariantMap &profile) = 0;
     /// `settings` has only the keys to change, or a whole record; it goes to the selected profile.
     virtual void updateProfileWithSettings(const QVariantMap &settings) = 0;
+    /// Shows an event to the user, without a message box.
+    virtual void report(const StatusReport &) {}
 };

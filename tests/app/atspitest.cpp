@@ -51,6 +51,8 @@ class AtSpiTest : public QObject
 public Q_SLOTS:
     /// For QtDBus: the state of a control has changed.
     void receiveState(const QDBusMessage &message);
+    /// For QtDBus: the name of a control has changed.
+    void receiveName(const QDBusMessage &message);
 
 private Q_SLOTS:
     void initTestCase();
@@ -59,6 +61,7 @@ private Q_SLOTS:
     void keysAndPopUpsReportTheirRoles();
     void keysFollowTheKeyboardLayout();
     void everyTabReportsItsSelection();
+    void statusLineReportsItsChanges();
 
 private:
     [[nodiscard]] QDBusConnection bus() const;
@@ -67,7 +70,10 @@ private:
     [[nodiscard]] QStringList tabsInFront() const;
 
     void click(const AccessibleControl &control) const;
+    /// Role and name, by now, of the control that has sent `event`.
+    [[nodiscard]] QString nameOf(const QDBusMessage &event) const;
 
+    QList<QDBusMessage> mRenamed;       // reports of changed names
     QStringList mSelected, mDeselected; // paths of the controls that reported it
     QProcess mDisplay, mService, mConfigurator;
     QString mDisplayName;
@@ -130,6 +136,19 @@ void AtSpiTest::click(const AccessibleControl &control) const
         QProcess::execute(u"env"_s, {u"DISPLAY="_s + mDisplayName, u"xdotool"_s, u"mousemove"_s,
                                      QString::number(middle.x()), QString::number(middle.y()), u"click"_s, u"1"_s}),
         0);
+}
+
+void AtSpiTest::receiveName(const QDBusMessage &message)
+{
+    if (message.arguments().value(0) == u"accessible-name"_s)
+        mRenamed += message;
+}
+
+QString AtSpiTest::nameOf(const QDBusMessage &event) const
+{
+    QDBusInterface control(event.service(), event.path(), u"org.a11y.atspi.Accessible"_s, bus());
+    const QDBusReply<QString> role = control.call(u"GetRoleName"_s);
+    return role.value() + u": "_s + control.property("Name").toString();
 }
 
 void AtSpiTest::receiveState(const QDBusMessage &message)
@@ -245,6 +264,28 @@ void AtSpiTest::everyTabReportsItsSelection()
     QCOMPARE(mDeselected.at(1), mSelected.at(0));
     QCOMPARE(QSet(mSelected.begin(), mSelected.end()).size(), 2);
     QVERIFY(!mSelected.contains(mDeselected.at(0)));
+}
+
+void AtSpiTest::statusLineReportsItsChanges()
+{
+    QDBusConnection connection = bus();
+    QVERIFY(connection.connect({}, {}, u"org.a11y.atspi.Event.Object"_s, u"PropertyChange"_s, this,
+                               SLOT(receiveName(QDBusMessage))));
+    QDBusInterface registry(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/registry"_s, u"org.a11y.atspi.Registry"_s,
+                            connection);
+    QCOMPARE(registry.call(u"RegisterEvent"_s, u"object:property-change:accessible-name"_s).type(),
+             QDBusMessage::ReplyMessage);
+    (void)tabsInFront(); // as above: the program has received the signal
+    QCOMPARE(mDaemon->callKeyboard(u"PressGameMode"_s), QString());
+    // The keys tab also renames its notice about game mode.
+    const auto ofStatusBar = [this] {
+        QStringList names;
+        for (const QDBusMessage &event : std::as_const(mRenamed))
+            names += nameOf(event);
+        return names.filter(u"status bar: "_s);
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(ofStatusBar().size(), 1, startLimitMs);
+    QVERIFY2(ofStatusBar().first().endsWith(u"Game mode: on"_s), qPrintable(ofStatusBar().first()));
 }
 
 QTEST_MAIN(AtSpiTest)

@@ -62,7 +62,7 @@ QVariantMap withActiveProfile(QVariantMap document, int index)
     return document;
 }
 
-Hub::Hub(std::chrono::milliseconds firmwareQueryInterval)
+Hub::Hub(std::chrono::milliseconds firmwareQueryInterval, StatusTimes statusTimes)
 {
     LatestReplySlot::shared().clear();
     MainControllerServices services;
@@ -76,6 +76,7 @@ Hub::Hub(std::chrono::milliseconds firmwareQueryInterval)
         return outcomeOfPages;
     };
     services.firmwareQueryInterval = firmwareQueryInterval;
+    services.statusTimes = statusTimes;
     controller = std::make_unique<KeyboardMainController>(std::move(services));
     window = std::make_unique<MainWindow>();
     window->assemble(controller.get());

@@ -34,7 +34,7 @@ private:
 /// The window as the program creates it, before the launch.
 struct Hub
 {
-    explicit Hub(std::chrono::milliseconds firmwareQueryInterval = std::chrono::hours(1));
+    explicit Hub(std::chrono::milliseconds firmwareQueryInterval = std::chrono::hours(1), StatusTimes statusTimes = {});
 
     /// Runs initializeDevice() and forgets the requests it made.
     void open(ScriptedDaemon &daemon);

@@ -105,6 +105,17 @@ const std::array scenes{
           [](const Hub &hub) { hub.find<RadioGroup>("mLighting")->findChildren<QRadioButton *>().at(1)->click(); },
           false},
     Scene{"maintenance", 4, nullptr},
+    Scene{"status-report", 1,
+          [](const Hub &hub) {
+              hub.controller->report({.event = StatusReport::Event::exportFailed, .subject = u"Raid.KestraProfile"_s});
+          },
+          false},
+    Scene{"status-elided", 1,
+          [](const Hub &hub) {
+              hub.controller->report(
+                  {.event = StatusReport::Event::exportFailed, .subject = u"A very long name "_s.repeated(20)});
+          },
+          false},
     Scene{"single-key-sheet", 0,
           [](const Hub &hub) { hub.find<Sheet>("mSingleKeyWindow")->beginSheet(hub.window.get()); }},
     Scene{"event-sheet", macrosTab, [](const Hub &hub) { editEvent(hub, 0); }},

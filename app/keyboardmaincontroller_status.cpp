@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+// The hub's waits for the daemon, and what it shows of them and of the daemon's state in the status line.
+#include "app/keyboardmaincontroller.h"
+
+#include "base/plistnumbers.h"
+#include "base/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "daemonlink/latestreplyslot.h"
+#include "profiles/applicationbinding.h"
+
+using DaemonProtocol::Command;
+using Event = StatusReport::Event;
+using Service = StatusState::Service;
+
+namespace {
+
+/// Whether the command only reads, or only takes and releases keys. The user does not know these commands.
+bool isPartOfAnAction(Command command)
+{
+    switch (command) {
+    case Command::openDevice:
+    case Command::readSettings:
+    case Command::readMacroLines:
+    case Command::readEvent:
+    case Command::startMacroRecording:
+    case Command::stopMacroRecording:
+    case Command::startEditHid:
+    case Command::startSingleKeyRecording:
+    case Command::stopSingleKeyRecording: return true;
+    default: return false;
+    }
+}
+
+Event eventWithoutAnswer(Command command)
+{
+    if (command == Command::saveRecordedEvents)
+        return Event::recordingNotAnswered;
+    return isPartOfAnAction(command) ? Event::noAnswer : Event::noAnswerToChange;
+}
+
+} // namespace
+
+void KeyboardMainController::connectStatus()
+{
+    connect(&mDevicesStatus, &DevicesStatus::changed, this, &KeyboardMainController::showStatus);
+    connect(&mServiceStatus, &ServiceStatus::changed, this, &KeyboardMainController::showStatus);
+    connect(&mServiceStatus, &ServiceStatus::daemonHasCome, this, [this] {
+        mIsDaemonSilent = false; // another daemon may answer
+        mDevicesStatus.read();
+    });
+    connect(&mServiceStatus, &ServiceStatus::daemonAnswers, this, [this] {
+        mIsDaemonSilent = false;
+        showStatus();
+    });
+    connect(&mServiceStatus, &ServiceStatus::daemonHasGone, &mDevicesStatus, &DevicesStatus::read);
+    connect(&mServiceStatus, &ServiceStatus::problemFound, this,
+            [this](const QString &problem) { report({.event = Event::settingsProblem, .subject = problem}); });
+}
+
+void KeyboardMainController::sendAndWait(Command command, const QVariantMap &request,
+                                         const std::function<void()> &meanwhile)
+{
+    StatusReporter::Wait wait(mStatus);
+    const auto whileWaiting = [&wait] { wait(); };
+    sendDaemonRequest(request, int(command), meanwhile, whileWaiting);
+    waitForReply(whileWaiting);
+    const bool isAnswered = LatestReplySlot::shared().holdsReply();
+    if (isAnswered)
+        wait.end();
+    else
+        mServiceStatus.awaitAnswer();
+    mIsDaemonSilent = !isAnswered;
+    mIsOpened = true;
+    showStatus();
+}
+
+void KeyboardMainController::reportOutcome(Command command, const std::optional<QVariantMap> &reply)
+{
+    if (!reply)
+        return report({.event = eventWithoutAnswer(command)});
+    const int status = PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus));
+    if (status != 0) {
+        const bool isRecording = command == Command::saveRecordedEvents;
+        report({.event = isRecording ? Event::recordingNotStored : Event::refused, .number = status});
+    } else if (!isPartOfAnAction(command)) {
+        mStatus.changeSucceeded();
+    }
+}
+
+void KeyboardMainController::showStatus()
+{
+    StatusState state{.isAttached = mAreControlsOn, .keyboards = mDevicesStatus.keyboards()};
+    if (mServiceStatus.isRunning() == false)
+        state.service = Service::absent;
+    else if (mIsOpened)
+        state.service = mIsDaemonSilent ? Service::silent : Service::running;
+    // Without a keyboard at the start, the window shows the factory settings.
+    if (!mDeviceSettingsDict.isEmpty()) {
+        std::optional<QString> application = mServiceStatus.profileApplication();
+        const QString bound = ApplicationBinding::applicationOf(mCurrentProfileDict);
+        if (application && !application->isEmpty() && !bound.isEmpty())
+            application = bound; // the name that the user knows
+        state.profile = {.name = mCurrentProfileDict.value(SettingsKeys::profileName).toString(),
+                         .isGameModeOn = mDeviceSettingsDict.value(SettingsKeys::gameMode).toBool(),
+                         .application = application};
+    }
+    mStatus.setState(state);
+}

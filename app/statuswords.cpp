@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "app/statuswords.h"
+
+#include "base/devicekeys.h"
+#include "base/status.h"
+#include "base/text.h"
+#include "base/visibletext.h"
+
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Event = StatusReport::Event;
+using Service = StatusState::Service;
+
+const char *serviceKey(Service service)
+{
+    switch (service) {
+    case Service::awaited: return "lkeyStatusServiceAwaited";
+    case Service::running: return "lkeyStatusServiceRunning";
+    case Service::silent: return "lkeyStatusServiceSilent";
+    case Service::absent: break;
+    }
+    return "lkeyStatusServiceAbsent";
+}
+
+QString keyboardName(const KeyboardsInUse &keyboards)
+{
+    if (keyboards.state == DeviceKeys::stateReleased)
+        return localizedFormat("lkeyStatusVirtualKeyboard", {localizedText("lkeyProductFamily")});
+    if (keyboards.names.isEmpty())
+        return localizedText("lkeyStatusUnnamedKeyboard");
+    return localizedFormat("lkeyStatusRealKeyboard", {keyboards.names.join(u", "_s)});
+}
+
+const char *keyboardKey(const QString &state, bool isAttached)
+{
+    if (state == DeviceKeys::stateWaiting)
+        return "lkeyStatusKeyboardWaiting";
+    if (state == DeviceKeys::stateSuspended)
+        return "lkeyStatusKeyboardSuspended";
+    if (state == DeviceKeys::stateFailed)
+        return "lkeyStatusKeyboardFailed";
+    return isAttached ? "lkeyStatusKeyboardAttached" : "lkeyStatusKeyboardAbsent";
+}
+
+QString ofKeyboard(const StatusState &state)
+{
+    const QString name = state.keyboards ? keyboardName(*state.keyboards) : localizedText("lkeyProductFamily");
+    const QString deviceState = state.keyboards ? state.keyboards->state : QString();
+    return localizedFormat(keyboardKey(deviceState, state.isAttached), {name});
+}
+
+QString ofProfile(const StatusState::ActiveProfile &profile)
+{
+    if (!profile.application)
+        return localizedFormat("lkeyStatusProfile", {profile.name});
+    if (profile.application->isEmpty())
+        return localizedFormat("lkeyStatusProfileChosen", {profile.name});
+    return localizedFormat("lkeyStatusProfileOfApplication", {profile.name, *profile.application});
+}
+
+/// The reason for a refusal.
+QString reasonOf(int status)
+{
+    switch (static_cast<Status>(status)) {
+    case Status::indexOutOfRange: return localizedText("lkeyStatusReasonGone");
+    case Status::limitReached: return localizedText("lkeyStatusReasonFull");
+    case Status::lastProfile: return localizedText("lkeyStatusReasonLastProfile");
+    case Status::notSaved: return localizedText("lkeyStatusReasonNotSaved");
+    case Status::deviceAbsent: return localizedText("lkeyStatusReasonNoKeyboard");
+    case Status::nothingRecorded: return localizedText("lkeyStatusReasonNothingRecorded");
+    case Status::busy: return localizedText("lkeyStatusReasonBusy");
+    case Status::ok:
+    case Status::unknownCommand:
+    case Status::malformedRequest: break;
+    }
+    return localizedText("lkeyStatusReasonInvalid");
+}
+
+const char *keyOf(Event event)
+{
+    switch (event) {
+    case Event::exportFailed: return "lkeyStatusExportFailed";
+    case Event::notAProfile: return "lkeyStatusNotAProfile";
+    case Event::notAMacro: return "lkeyStatusNotAMacro";
+    case Event::notAnApplication: return "lkeyStatusNotAnApplication";
+    case Event::macroFull: return "lkeyStatusMacroFull";
+    case Event::refused: return "lkeyStatusRefused";
+    case Event::noAnswer: return "lkeyStatusNoAnswer";
+    case Event::noAnswerToChange: return "lkeyStatusNoAnswerToChange";
+    case Event::lateAnswer: return "lkeyStatusLateAnswer";
+    case Event::entryHasChanged: return "lkeyStatusEntryHasChanged";
+    case Event::recordingNotStored: return "lkeyStatusRecordingNotStored";
+    case Event::recordingNotAnswered: return "lkeyStatusRecordingNotAnswered";
+    case Event::settingsProblem: break;
+    }
+    return "lkeyStatusSettingsProblem";
+}
+
+QString argumentOf(const StatusReport &report)
+{
+    if (report.event == Event::refused || report.event == Event::recordingNotStored)
+        return reasonOf(report.number);
+    return report.event == Event::lateAnswer ? QString::number(report.number) : report.subject;
+}
+
+} // namespace
+
+QString StatusWords::ofState(const StatusState &state)
+{
+    QStringList parts;
+    // Without a daemon that answers, nothing else is known.
+    if (state.service == Service::running) {
+        parts += ofKeyboard(state);
+        if (state.profile)
+            parts += ofProfile(*state.profile);
+    }
+    parts += localizedText(serviceKey(state.service));
+    if (state.service == Service::running && state.profile)
+        parts += localizedText(state.profile->isGameModeOn ? "lkeyStatusGameModeOn" : "lkeyStatusGameModeOff");
+    return visibleText(parts.join(u"  ·  "_s), u' ');
+}
+
+QString StatusWords::ofReport(const StatusReport &report)
+{
+    return visibleText(localizedFormat(keyOf(report.event), {argumentOf(report)}), u' ');
+}
+
+QString StatusWords::ofWait()
+{
+    return localizedText("lkeyStatusWaiting");
+}

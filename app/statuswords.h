@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// The words of the status line, from the string tables: the one place that chooses them. Pure functions; main thread.
+#pragma once
+
+#include "app/devicesstatus.h"
+#include "base/statusreport.h"
+
+#include <QString>
+
+#include <optional>
+
+/// The state that the status line shows between reports.
+struct StatusState
+{
+    enum class Service {
+        awaited, ///< the program has not opened the keyboard yet
+        running,
+        silent, ///< did not answer the last request
+        absent, ///< no daemon runs
+    };
+    struct ActiveProfile
+    {
+        QString name;
+        bool isGameModeOn = false;
+        /// The application for which it is active; empty when it was chosen by hand, absent when unknown.
+        std::optional<QString> application = {};
+    };
+
+    Service service = Service::awaited;
+    bool isAttached = false;
+    std::optional<KeyboardsInUse> keyboards = {}; ///< absent when unknown
+    std::optional<ActiveProfile> profile = {};    ///< absent when the daemon's settings are unknown
+};
+
+namespace StatusWords {
+
+[[nodiscard]] QString ofState(const StatusState &state);
+[[nodiscard]] QString ofReport(const StatusReport &report);
+/// While a command waits for the daemon.
+[[nodiscard]] QString ofWait();
+
+} // namespace StatusWords

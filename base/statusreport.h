@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// An event that the window reports in its status line instead of a message box. A value; any thread.
+#pragma once
+
+#include <QString>
+
+struct StatusReport
+{
+    enum class Event {
+        exportFailed,         ///< a file could not be written; the subject is its name
+        notAProfile,          ///< a chosen file; the subject is its name
+        notAMacro,            ///< as notAProfile
+        notAnApplication,     ///< as notAProfile
+        macroFull,            ///< a key was left out of the recording of the macro named by the subject
+        refused,              ///< the daemon refused a request; the number is its Status
+        noAnswer,             ///< the daemon did not answer
+        noAnswerToChange,     ///< as noAnswer; the daemon may still make the change
+        lateAnswer,           ///< the number is that of the seconds
+        entryHasChanged,      ///< a change was not sent, because its profile or macro is another one now
+        recordingNotStored,   ///< the number is the Status
+        recordingNotAnswered, ///< as noAnswerToChange, for a recording
+        settingsProblem,      ///< of the daemon's settings files; the subject has the daemon's sentences
+    };
+
+    Event event;
+    QString subject = {};
+    int number = 0;
+};

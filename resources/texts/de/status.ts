@@ -1,0 +1,51 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de">
+<context>
+    <name></name>
+    <!-- The status line at the bottom of the window. -->
+    <!-- The state. -->
+    <message id="lkeyStatusServiceAwaited"><source>lkeyStatusServiceAwaited</source><translation>Warten auf den Tastaturdienst</translation></message>
+    <message id="lkeyStatusServiceRunning"><source>lkeyStatusServiceRunning</source><translation>Dienst: läuft</translation></message>
+    <message id="lkeyStatusServiceSilent"><source>lkeyStatusServiceSilent</source><translation>Dienst: antwortet nicht</translation></message>
+    <message id="lkeyStatusServiceAbsent"><source>lkeyStatusServiceAbsent</source><translation>Dienst: läuft nicht</translation></message>
+    <message id="lkeyStatusVirtualKeyboard"><source>lkeyStatusVirtualKeyboard</source><translation>%@ (virtuell)</translation></message>
+    <message id="lkeyStatusRealKeyboard"><source>lkeyStatusRealKeyboard</source><translation>%@ (echt)</translation></message>
+    <message id="lkeyStatusUnnamedKeyboard"><source>lkeyStatusUnnamedKeyboard</source><translation>echte Tastatur</translation></message>
+    <message id="lkeyStatusKeyboardAttached"><source>lkeyStatusKeyboardAttached</source><translation>Tastatur: %@, angeschlossen</translation></message>
+    <message id="lkeyStatusKeyboardAbsent"><source>lkeyStatusKeyboardAbsent</source><translation>Tastatur: %@, nicht angeschlossen</translation></message>
+    <message id="lkeyStatusKeyboardWaiting"><source>lkeyStatusKeyboardWaiting</source><translation>Tastatur: %@, verwendbar, sobald keine Taste gedrückt ist</translation></message>
+    <message id="lkeyStatusKeyboardSuspended"><source>lkeyStatusKeyboardSuspended</source><translation>Tastatur: %@, mit Rücktaste, Escape und Eingabetaste freigegeben</translation></message>
+    <message id="lkeyStatusKeyboardFailed"><source>lkeyStatusKeyboardFailed</source><translation>Tastatur: %@, nicht verwendbar; „kestractl status“ zeigt den Grund</translation></message>
+    <message id="lkeyStatusProfile"><source>lkeyStatusProfile</source><translation>Profil: %@</translation></message>
+    <message id="lkeyStatusProfileChosen"><source>lkeyStatusProfileChosen</source><translation>Profil: %@, von Hand gewählt</translation></message>
+    <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Profil: %@, weil %@ im Vordergrund ist</translation></message>
+    <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Spielmodus: ein</translation></message>
+    <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Spielmodus: aus</translation></message>
+    <!-- The wait for an answer. -->
+    <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Warten auf eine Antwort des Tastaturdiensts …</translation></message>
+    <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>Der Tastaturdienst hat erst nach %@ s geantwortet.</translation></message>
+    <!-- Events. -->
+    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Die Datei „%@“ konnte nicht geschrieben werden.</translation></message>
+    <message id="lkeyStatusNotAProfile"><source>lkeyStatusNotAProfile</source><translation>Die Datei „%@“ ist kein Profil.</translation></message>
+    <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>Die Datei „%@“ ist kein Makro.</translation></message>
+    <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>„%@“ ist keine Anwendung.</translation></message>
+    <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>Das Makro „%@“ ist voll. Weitere Tasten werden nicht aufgenommen.</translation></message>
+    <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>Der Tastaturdienst hat das abgelehnt: %@.</translation></message>
+    <message id="lkeyStatusNoAnswer"><source>lkeyStatusNoAnswer</source><translation>Der Tastaturdienst hat nicht geantwortet.</translation></message>
+    <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Änderung fehlt möglicherweise.</translation></message>
+    <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>Die Änderung wurde nicht vorgenommen: Die Liste hat sich inzwischen geändert.</translation></message>
+    <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>Die Aufnahme konnte nicht gespeichert werden: %@.</translation></message>
+    <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Aufnahme fehlt möglicherweise.</translation></message>
+    <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem mit den Tastatureinstellungen: %@</translation></message>
+    <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
+    <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>der Eintrag ist nicht mehr vorhanden</translation></message>
+    <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>es ist kein Platz mehr</translation></message>
+    <message id="lkeyStatusReasonLastProfile"><source>lkeyStatusReasonLastProfile</source><translation>das letzte Profil kann nicht gelöscht werden</translation></message>
+    <message id="lkeyStatusReasonNotSaved"><source>lkeyStatusReasonNotSaved</source><translation>die Einstellungen konnten nicht auf die Festplatte geschrieben werden</translation></message>
+    <message id="lkeyStatusReasonNoKeyboard"><source>lkeyStatusReasonNoKeyboard</source><translation>die Tastatur ist nicht angeschlossen</translation></message>
+    <message id="lkeyStatusReasonNothingRecorded"><source>lkeyStatusReasonNothingRecorded</source><translation>der Dienst hat keine aufgenommenen Tasten</translation></message>
+    <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>er ist überlastet</translation></message>
+    <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>er akzeptiert diese Werte nicht</translation></message>
+</context>
+</TS>
