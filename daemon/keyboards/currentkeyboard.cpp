@@ -84,7 +84,7 @@ void CurrentKeyboard::takeMacroKey(KeyPath::Time time, KeyPath::MacroKeyNumber n
     if (mKeyboard->isAttached())
         Q_EMIT macroKeyPressed(time);
     if (mListening.lastMacroKey < number)
-        listen(mListening);
+        sendListening();
 }
 
 void CurrentKeyboard::apply(const QVariantMap &document, bool isOtherProfile)
@@ -117,9 +117,14 @@ void CurrentKeyboard::show(const QVariantMap &document)
 void CurrentKeyboard::listen(const KeyPath::Listening &listening, const QString &client)
 {
     mListening = listening;
+    sendListening();
+    mKeyboard->showCapture(client);
+}
+
+void CurrentKeyboard::sendListening()
+{
     mListening.lastMacroKey = mLastMacroKey;
     callKeys([listening = mListening](KeyPath &keys) { keys.listen(listening); });
-    mKeyboard->showCapture(client);
 }
 
 void CurrentKeyboard::stop()

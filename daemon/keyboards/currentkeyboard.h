@@ -54,6 +54,7 @@ private:
     void connectKeyboard();
     void takeSwitch(int index, KeyPath::SwitchNumber number);
     void takeMacroKey(KeyPath::Time time, KeyPath::MacroKeyNumber number);
+    void sendListening();
     void answer(bool isOtherProfile);
     void freeTakenChanges();
     void show(const QVariantMap &document);
