@@ -2,7 +2,9 @@
 // Life cycle of the hub: opening the device, holding the document, driving the tabs, the versions.
 #include "app/keyboardmaincontroller.h"
 
+#include "app/keyboardinuse.h"
 #include "app/keyboardmaintenancecontroller.h"
+#include "app/typedkeys.h"
 #include "base/document.h"
 #include "base/plistnumbers.h"
 #include "base/resources.h"
@@ -89,9 +91,27 @@ void KeyboardMainController::awakeFromNib()
     createLocalPort();
     mBusEnd = std::make_unique<BusEnd>(sharedSessionBus());
     connect(mBusEnd.get(), &BusEnd::reached, this, &KeyboardMainController::busHasEnded);
+    mKeyboardInUse = std::make_unique<KeyboardInUse>(sharedSessionBus());
+    mTypedKeys = std::make_unique<TypedKeys>(*mKeyboardInUse, sharedSessionBus());
+    connectTypedKeys();
     mDeletedProfileID = 0;
     mIsDeleteProfile = false;
     setFirmwareVersionString({});
+}
+
+void KeyboardMainController::connectTypedKeys()
+{
+    const auto listen = [this] {
+        QWidget *area = mKeysController->captureArea();
+        mTypedKeys->listen(area ? area : mMacrosController->captureArea());
+    };
+    connect(mKeysController, &KeyboardKeysController::captureAreaChanged, mTypedKeys.get(), listen);
+    connect(mMacrosController, &KeyboardMacrosController::captureAreaChanged, mTypedKeys.get(), listen);
+    connect(mTypedKeys.get(), &TypedKeys::sourceChanged, this, [this] {
+        const CaptureSource source = mTypedKeys->source();
+        mKeysController->showCaptureSource(source);
+        mMacrosController->showCaptureSource(source);
+    });
 }
 
 void KeyboardMainController::createLocalPort()

@@ -30,12 +30,14 @@
 #include <optional>
 #include <thread>
 
+class KeyboardInUse;
 class KeyboardKeysController;
 class KeyboardLightingController;
 class KeyboardMacrosController;
 class KeyboardMaintenanceController;
 class KeyboardProfilesController;
 class ReplyPort;
+class TypedKeys;
 
 /// Property of a tab's page: the tab's label (QString), which is never translated.
 inline constexpr char tabLabelProperty[] = "tabLabel";
@@ -195,6 +197,8 @@ private:
 
     void addObserver(const QString &name, NotificationHandler handler);
     void observeCommandReplies(int product);
+    /// Lets the user type the keys that a sheet or a recording waits for, while no real keyboard is in use.
+    void connectTypedKeys();
     void closeRestoringStateWindow();
     void setFirmwareVersionString(const QString &version);
     /// Calls loadLatestSettings(); false when no document came.
@@ -245,6 +249,8 @@ private:
     KeyboardMaintenanceController *mMaintenenaceController = nullptr; // the spelling is deliberate
     DistributedNotificationCenter *mNotificationCenter = nullptr;
     std::unique_ptr<BusEnd> mBusEnd;
+    std::unique_ptr<KeyboardInUse> mKeyboardInUse;
+    std::unique_ptr<TypedKeys> mTypedKeys;
     FocusMemory mFocusMemory;
 
     QVariantMap mDefaultSettingsDict;

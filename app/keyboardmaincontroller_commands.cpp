@@ -2,6 +2,7 @@
 // The operations of the hub that the tabs call: each one sends one numbered command to the daemon.
 #include "app/keyboardmaincontroller.h"
 
+#include "app/typedkeys.h"
 #include "base/plistnumbers.h"
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemontransport.h"
@@ -354,5 +355,6 @@ void KeyboardMainController::stopSingleKeyRecording()
 
 void KeyboardMainController::releaseQuillDeviceInstance()
 {
+    mTypedKeys->listen(nullptr);
     sendDaemonRequest(DaemonCommands::releaseDevice(mDevicePID), int(Command::releaseDevice));
 }

@@ -5,6 +5,7 @@
 // only.
 #pragma once
 
+#include "base/capturesource.h"
 #include "keys/keybutton.h"
 #include "keys/keymapping.h"
 #include "keys/keysdelegate.h"
@@ -88,6 +89,10 @@ public:
     void updateUISettings();
     void setControlsState(bool isEnabled);
     void saveLastSelectedKey();
+    /// The widget that waits for keys of the keyboard: the single-key sheet while it is up, else null.
+    [[nodiscard]] QWidget *captureArea() const;
+    /// Shows in the sheet where the user presses the key.
+    void showCaptureSource(const CaptureSource &source);
     /// Restarts the capture of an open sheet when the keyboard is back after it, or its daemon, was gone.
     void keyboardCameBack();
     /// `mappingType` is 10 after a macro was deleted and 17 after a profile was.
@@ -130,6 +135,9 @@ public:
     /// `returnCode` is 1 for OK and 0 for cancelled; any other does nothing.
     void openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, void *contextInfo);
 
+Q_SIGNALS:
+    void captureAreaChanged(); ///< also when a capture begins again in the same area
+
 private:
     void buildView();
     QWidget *buildHeader();
@@ -145,6 +153,7 @@ private:
     void setPlaybackVisible(bool isVisible);
     void validateItems(const QMenu *menu);
     void openSingleKeySheet();
+    void captureSingleKey();
     void openApplicationPanel();
     /// Gives all selected keys this assignment. When they become default keys, `param1` is that of the key selected
     /// last; every other one gets that of its own default entry.
@@ -202,6 +211,7 @@ private:
     Sheet *mSingleKeyWindow = nullptr;
     QLineEdit *mSingleKeyInput = nullptr;
     QLabel *mSingleKeyInputLabel = nullptr;
+    QLabel *mSingleKeyHint = nullptr;
     QPushButton *mSingleKeyOK = nullptr;
     QPushButton *mSingleKeyCancel = nullptr;
     QLabel *mProfileNameLabel = nullptr;

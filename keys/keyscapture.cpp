@@ -37,14 +37,38 @@ void KeyboardKeysController::openSingleKeySheet()
         sheetDidEndReturnCodeContextInfo(mSingleKeyWindow, returnCode, nullptr);
     });
     mSheetSubject.note(mSingleKeyWindow, profile());
+    captureSingleKey();
+}
+
+void KeyboardKeysController::captureSingleKey()
+{
     if (mKeysDelegate)
         mKeysDelegate->startSingleKeyRecording();
+    Q_EMIT captureAreaChanged();
 }
 
 void KeyboardKeysController::keyboardCameBack()
 {
-    if (mSingleKeyWindow->isUp() && mKeysDelegate)
-        mKeysDelegate->startSingleKeyRecording();
+    if (mSingleKeyWindow->isUp())
+        captureSingleKey();
+}
+
+QWidget *KeyboardKeysController::captureArea() const
+{
+    return mSingleKeyWindow->isUp() ? mSingleKeyWindow : nullptr;
+}
+
+void KeyboardKeysController::showCaptureSource(const CaptureSource &source)
+{
+    const QString prompt = captureText(
+        source,
+        {.unknown = "lkeySingleKeyInput", .window = "lkeyTypeKeyHere", .realKeyboards = "lkeySingleKeyInputOn"});
+    const QString hint = captureHint(source);
+    mSingleKeyInputLabel->setText(prompt);
+    mSingleKeyInput->setAccessibleName(prompt);
+    mSingleKeyInput->setAccessibleDescription(hint);
+    mSingleKeyHint->setText(hint);
+    mSingleKeyHint->setVisible(!hint.isEmpty());
 }
 
 void KeyboardKeysController::singleKeyEvents(const DistributedNotification &notification)
@@ -79,6 +103,7 @@ void KeyboardKeysController::clickSingleKeyCancel(QObject *)
 
 void KeyboardKeysController::sheetDidEndReturnCodeContextInfo(Sheet *, int, void *)
 {
+    Q_EMIT captureAreaChanged();
     // Deliberate: the code does not check that a key was captured, since the button is disabled until then. Otherwise
     // the last captured key, at first 0, would be written.
     if (!mIsCancelSingleKey)

@@ -186,16 +186,14 @@ void KeyboardKeysController::buildSingleKeySheet()
     mSingleKeyWindow = new Sheet(mView);
     mSingleKeyWindow->setObjectName("mSingleKeyWindow"_L1);
     mSingleKeyWindow->setWindowTitle(localizedText("lkeySingleKey"));
-    mSingleKeyInputLabel = makeLabel("mSingleKeyInputLabel"_L1, localizedText("lkeySingleKeyInput"));
+    mSingleKeyInputLabel = makeLabel("mSingleKeyInputLabel"_L1);
     mSingleKeyInputLabel->setWordWrap(true);
     mSingleKeyInput = new QLineEdit;
     mSingleKeyInput->setObjectName("mSingleKeyInput"_L1);
-    mSingleKeyInput->setAccessibleName(localizedText("lkeySingleKeyInput"));
     mSingleKeyInput->setReadOnly(true); // shows the key that the daemon captured; the user types nothing here
     mSingleKeyInput->setAlignment(Qt::AlignHCenter);
-    mSingleKeyInput->setAccessibleDescription(localizedText("lkeyHoldEscape"));
-    QLabel *hint = makeLabel("mSingleKeyHint"_L1, localizedText("lkeyHoldEscape"));
-    hint->setWordWrap(true);
+    mSingleKeyHint = makeLabel("mSingleKeyHint"_L1);
+    mSingleKeyHint->setWordWrap(true);
     mSingleKeyCancel = makeButton("mSingleKeyCancel"_L1, "lkeyCancel");
     mSingleKeyOK = makeButton("mSingleKeyOK"_L1, "lkeyOK");
     // The sheet asks for a key. Until one is captured, Return, Enter and Space of a keyboard that the daemon has not
@@ -213,9 +211,10 @@ void KeyboardKeysController::buildSingleKeySheet()
     layout->setSpacing(12);
     layout->addWidget(mSingleKeyInputLabel);
     layout->addWidget(mSingleKeyInput);
-    layout->addWidget(hint);
+    layout->addWidget(mSingleKeyHint);
     layout->addLayout(buttons);
     mSingleKeyWindow->setMinimumWidth(360);
+    showCaptureSource({});
 }
 
 void KeyboardKeysController::connectActions()

@@ -3,6 +3,7 @@
 // main controller's data and asks its delegate for every change. Main thread only.
 #pragma once
 
+#include "base/capturesource.h"
 #include "base/statusreport.h"
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
@@ -93,6 +94,11 @@ public:
     /// Shows macros that were recorded on the keyboard and handed over.
     void updateTableWithNewMacro();
     void stopAllMacroRecording();
+    /// The widget that waits for keys of the keyboard: the event sheet while it is up, the event part during a
+    /// recording, else null.
+    [[nodiscard]] QWidget *captureArea() const;
+    /// Shows in that widget where the user presses the keys.
+    void showCaptureSource(const CaptureSource &source);
     /// Restarts the capture of an open event sheet when the keyboard is back after it, or its daemon, was gone. Ends a
     /// recording that is still shown as running, whose events are gone with the daemon.
     void keyboardCameBack();
@@ -146,6 +152,9 @@ public:
     /// Returns an arrow or a clock for each line of the event list.
     QIcon tableViewImageForTableColumnRow(TableView *tableView, const QString &column, int row) override;
 
+Q_SIGNALS:
+    void captureAreaChanged(); ///< also when a capture begins again in the same area
+
 private:
     void buildView();
     QWidget *buildMacroList();
@@ -160,7 +169,7 @@ private:
     /// True from the start of a recording, new or appended, until it has ended.
     [[nodiscard]] bool hasRecording() const { return isRecording() || isAppendMacro(); }
     /// The only place that changes the activity. The caller then shows it with setRecordButton() and showRecording().
-    void setActivity(Activity activity) { mActivity = activity; }
+    void setActivity(Activity activity);
     /// Shows whether a recording runs: the hints and the colour of the lines.
     void showRecording();
     /// Ends a new recording. An appended one has yet to be saved.
@@ -214,6 +223,7 @@ private:
     void explainEdit();
     void enableDeleteEventBySelection();
     void setRecordButton(bool readsStop);
+    void describeRecordButton();
     void startRecording();
     void stopRecording();
     void selectEvent(int row);
@@ -242,6 +252,7 @@ private:
     QPushButton *mAddMacroDetails = nullptr;
     QPushButton *mDeleteMacroDetails = nullptr;
     QPushButton *mRecordMacroDetails = nullptr;
+    QWidget *mEventPart = nullptr; ///< with everything from mMacroAssignmentLabel to mRecordMacroDetails
     QLabel *mRecordingHint = nullptr;
     PulldownButton *mSettingsMacroDetails = nullptr;
     QPointer<Sheet> mEditDelayWindow;
@@ -251,6 +262,7 @@ private:
     QPushButton *mMacroDelayCancel = nullptr;
     QPointer<Sheet> mEditEventWindow;
     QLabel *mEnterMacroEventLabel = nullptr;
+    QLabel *mMacroEventHint = nullptr;
     QLineEdit *mInputMacroEvent = nullptr;
     QPushButton *mMacroEventEditOK = nullptr;
     QPushButton *mMacroEventEditCancel = nullptr;

@@ -8,6 +8,8 @@
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScopedValueRollback>
 
@@ -36,6 +38,49 @@ bool KeyboardMacrosController::isRecordingOrCapturing() const
     return hasRecording() || mIsEditingMacro;
 }
 
+void KeyboardMacrosController::setActivity(Activity activity)
+{
+    mActivity = activity;
+    Q_EMIT captureAreaChanged();
+}
+
+QWidget *KeyboardMacrosController::captureArea() const
+{
+    switch (mActivity) {
+    case Activity::idle:
+    case Activity::stoppingAppended: return nullptr;
+    case Activity::recording:
+    case Activity::appending:
+    case Activity::appendingAgain: return mEventPart;
+    case Activity::editingEvent: return mEditEventWindow;
+    }
+    return nullptr;
+}
+
+void KeyboardMacrosController::showCaptureSource(const CaptureSource &source)
+{
+    const QString hint = captureHint(source);
+    const QString prompt = captureText(
+        source,
+        {.unknown = "lkeyEnterMacroEvent", .window = "lkeyTypeKeyHere", .realKeyboards = "lkeyEnterMacroEventOn"});
+    mEnterMacroEventLabel->setText(prompt);
+    mInputMacroEvent->setAccessibleName(prompt);
+    mInputMacroEvent->setAccessibleDescription(hint);
+    mMacroEventHint->setText(hint);
+    mMacroEventHint->setVisible(!hint.isEmpty());
+    const QString request = captureText(
+        source, {.unknown = "lkeyHoldEscape", .window = "lkeyTypeMacroHere", .realKeyboards = "lkeyRecordingOn"});
+    const bool hasHint = !hint.isEmpty() && source.kind != CaptureSource::Kind::unknown;
+    mRecordingHint->setText(hasHint ? request + u'\n' + hint : request);
+    describeRecordButton();
+}
+
+/// To users who do not see the hint.
+void KeyboardMacrosController::describeRecordButton()
+{
+    mRecordMacroDetails->setAccessibleDescription(mRecordButtonReadsStop ? mRecordingHint->text() : QString());
+}
+
 void KeyboardMacrosController::showRecording()
 {
     updatePlaceholders();
@@ -58,7 +103,7 @@ void KeyboardMacrosController::setRecordButton(bool readsStop)
     mRecordMacroDetails->setIcon(EventIcons::recordIcon(readsStop));
     mRecordMacroDetails->setChecked(readsStop);
     mRecordMacroDetails->setAutoDefault(readsStop); // Return also stops
-    mRecordMacroDetails->setAccessibleDescription(readsStop ? localizedText("lkeyHoldEscape") : QString());
+    describeRecordButton();
 }
 
 void KeyboardMacrosController::enableDeleteEventBySelection()

@@ -46,9 +46,12 @@ void describe(QPushButton *button, const char *textKey)
     button->setAccessibleName(localizedText(textKey));
 }
 
-QLabel *makeHoldEscapeHint(const char *name)
+/// A label whose text says where and how the user presses keys.
+QLabel *makeHint(const char *name)
 {
-    QLabel *hint = makeLabel(name, "lkeyHoldEscape");
+    auto *hint = new QLabel;
+    hint->setObjectName(QLatin1StringView(name));
+    hint->setTextFormat(Qt::PlainText); // the names of keyboards come from outside
     hint->setWordWrap(true);
     return hint;
 }
@@ -140,7 +143,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     mNoMacroLabel = makeLabel("mNoMacroLabel", "lkeyNoMacroSelected");
     mNoMacroLabel->setAlignment(Qt::AlignCenter);
     mNoMacroLabel->setWordWrap(true);
-    mRecordingHint = makeHoldEscapeHint("mRecordingHint");
+    mRecordingHint = makeHint("mRecordingHint");
     mRecordingHint->hide();
 
     auto *buttons = new QHBoxLayout;
@@ -153,8 +156,9 @@ QWidget *KeyboardMacrosController::buildEventList()
     buttons->addWidget(mRecordMacroDetails);
     describe(mAddMacroDetails, "lkeyAppendEventsTip");
     describe(mDeleteMacroDetails, "lkeyDeleteSelectedEventTip");
-    auto *part = new QWidget;
-    auto *column = new QVBoxLayout(part);
+    mEventPart = new QWidget;
+    mEventPart->setFocusPolicy(Qt::ClickFocus); // a click gives a recording its keys again
+    auto *column = new QVBoxLayout(mEventPart);
     column->setContentsMargins({});
     column->setSpacing(8);
     column->addWidget(mMacroAssignmentLabel);
@@ -162,7 +166,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     column->addWidget(mNoMacroLabel, 1);
     column->addWidget(mRecordingHint);
     column->addLayout(buttons);
-    return part;
+    return mEventPart;
 }
 
 void KeyboardMacrosController::buildDelaySheet()
@@ -185,7 +189,7 @@ void KeyboardMacrosController::buildEventSheet()
     mEditEventWindow = new Sheet;
     mEditEventWindow->setObjectName("mEditEventWindow"_L1);
     mEditEventWindow->setWindowTitle(localizedText("lkeyEditEventTitle"));
-    mEnterMacroEventLabel = makeLabel("mEnterMacroEventLabel", "lkeyEnterMacroEvent");
+    mEnterMacroEventLabel = makeHint("mEnterMacroEventLabel");
     mInputMacroEvent = new QLineEdit;
     mInputMacroEvent->setObjectName("mInputMacroEvent"_L1);
     // The daemon reports the pressed key; typing here would only put that key's text into the field.
@@ -195,8 +199,8 @@ void KeyboardMacrosController::buildEventSheet()
     QVBoxLayout *column = layOutSheet(mEditEventWindow, mEnterMacroEventLabel, mInputMacroEvent, mMacroEventEditCancel,
                                       mMacroEventEditOK);
     constexpr int belowTheField = 2;
-    column->insertWidget(belowTheField, makeHoldEscapeHint("mMacroEventHint"));
-    mInputMacroEvent->setAccessibleDescription(localizedText("lkeyHoldEscape"));
+    mMacroEventHint = makeHint("mMacroEventHint");
+    column->insertWidget(belowTheField, mMacroEventHint);
 }
 
 void KeyboardMacrosController::buildView()
@@ -210,6 +214,7 @@ void KeyboardMacrosController::buildView()
     row->addWidget(buildEventList(), 3);
     buildDelaySheet();
     buildEventSheet();
+    showCaptureSource({});
     mMacroTableView->setDataSource(this);
     mMacroDetailsTableView->setDataSource(this);
     connectKeys();

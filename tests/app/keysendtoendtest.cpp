@@ -15,6 +15,7 @@
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
 #include "tests/support/testmain.h"
+#include "tests/support/typing.h"
 
 #include <QAction>
 #include <QApplication>
@@ -143,10 +144,14 @@ bool Hand::picksFrom(QMenu *menu, QAction *item, bool opensSubMenu)
 bool Hand::confirmsTheSheet()
 {
     auto *sheet = mHub.find<Sheet>("mSingleKeyWindow");
-    if (mHasMouse)
+    if (mHasMouse) {
         QTest::mouseClick(mHub.find<QPushButton>("mSingleKeyOK"), Qt::LeftButton);
-    else
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    } else {
+        const auto *hint = mHub.find<QLabel>("mSingleKeyHint");
+        if (hint->isVisible() && !Typing::holdUntil(Typing::escape, [hint] { return !hint->isVisible(); }))
+            return false;
+        Typing::tap(Typing::enter);
+    }
     return !sheet->isVisible() && !sheet->isUp();
 }
 
@@ -346,6 +351,7 @@ void KeysEndToEndTest::heldEscapeEndsTheCapture()
     QTRY_COMPARE(shown->text(), u"Escape"_s);
     QTRY_COMPARE(shown->text(), u"B"_s); // after a second, because Escape then ends only the capture
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {keyboardPage, keyEscape}), QString());
+    QTRY_VERIFY(!mHub->find<QLabel>("mSingleKeyHint")->isVisible()); // the window knows
     // The window receives the Return that the computer receives now.
     constexpr uint keyReturn = 40;
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {keyboardPage, keyReturn}), QString());

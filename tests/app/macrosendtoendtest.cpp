@@ -20,6 +20,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -40,6 +41,8 @@ constexpr uint keyF = 9;
 constexpr uint keyH = 11;
 constexpr uint keySpace = 44;
 constexpr uint keyEscape = 41;
+
+const QString usableAgain = u"You can use this keyboard in the window again."_s;
 
 } // namespace
 
@@ -320,6 +323,7 @@ void MacrosEndToEndTest::heldEscapeEndsARecording()
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7U, keyEscape}), QString());
     typeKey(keySpace);
     QTRY_COMPARE(recorder.sent(), QStringList({u"+7:44"_s, u"-7:44"_s}));
+    QTRY_COMPARE(mHub->find<QLabel>("mRecordingHint")->text(), usableAgain); // the window knows
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space); // the computer receives it and presses Stop
     QVERIFY(!mHub->controller->macrosController()->isRecordingOrCapturing());
     QCOMPARE(lines(), ofA);
@@ -336,6 +340,7 @@ void MacrosEndToEndTest::heldEscapeEndsTheCaptureOfTheEventSheet()
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, keyEscape}), QString());
     QTRY_COMPARE(shown->text(), u"Escape"_s);
     QTRY_COMPARE(shown->text(), u"H"_s);
+    QTRY_COMPARE(mHub->find<QLabel>("mEnterMacroEventLabel")->text(), usableAgain); // the window knows
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QVERIFY(!mHub->find<Sheet>("mEditEventWindow")->isUp());
     QCOMPARE(lines().at(4), u"Key Press H"_s);

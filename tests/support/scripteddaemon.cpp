@@ -56,6 +56,11 @@ void ScriptedDaemon::disappear()
     mThread.run([this] { mPort.reset(); });
 }
 
+void ScriptedDaemon::run(const std::function<void(const QDBusConnection &connection)> &function)
+{
+    mThread.run([&] { function(QDBusConnection(mConnectionName)); });
+}
+
 void ScriptedDaemon::setDocument(const QVariantMap &document)
 {
     const std::scoped_lock lock(mMutex);

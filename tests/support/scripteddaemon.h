@@ -51,6 +51,9 @@ public:
     void appear();
     void disappear();
 
+    /// Runs `function` on the daemon's thread, with its connection: for further objects of the daemon.
+    void run(const std::function<void(const QDBusConnection &connection)> &function);
+
     // The replies from now on
     void setDocument(const QVariantMap &document);
     void setReply(Command command, const QVariantMap &reply);

@@ -51,5 +51,7 @@
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Eine Datei mit diesem Namen existiert bereits. Beim Ersetzen wird ihr Inhalt überschrieben.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Ersetzen</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Halten Sie Escape eine Sekunde lang gedrückt, um diese Tastatur wieder im Fenster zu verwenden.</translation></message>
+    <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>Sie können diese Tastatur wieder im Fenster verwenden.</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Drücken Sie die Taste hier: Die virtuelle Tastatur wird verwendet.</translation></message>
 </context>
 </TS>

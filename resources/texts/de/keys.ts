@@ -27,6 +27,7 @@
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Belegung:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Wiedergabe:</translation></message>
     <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Drücken Sie auf Ihrer Quill Kestra die Taste, die die gewählte Taste senden soll.</translation></message>
+    <message id="lkeySingleKeyInputOn"><source>lkeySingleKeyInputOn</source><translation>Drücken Sie auf „%@“ die Taste, die die gewählte Taste senden soll.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Der Spielmodus ist eingeschaltet. %@ behält die Belegung. Die Command-Tasten haben keine Funktion.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Der Spielmodus ist ausgeschaltet. %@ behält die Belegung. Schalten Sie ihn ein, um die Command-Tasten beim Spielen zu deaktivieren.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Tastatur</translation></message>

@@ -23,6 +23,8 @@
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Fügen Sie ein Makro hinzu und nehmen Sie dann seine Ereignisse auf.</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Dieses Makro enthält noch keine Ereignisse. Klicken Sie auf „Aufnehmen“ und drücken Sie Tasten auf der Tastatur.</translation></message>
     <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Aufnahme läuft. Drücken Sie die Tasten des Makros und klicken Sie dann auf „Stopp“.</translation></message>
+    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>Drücken Sie die Tasten des Makros hier: Die virtuelle Tastatur wird verwendet.</translation></message>
+    <message id="lkeyRecordingOn"><source>lkeyRecordingOn</source><translation>Drücken Sie auf „%@“ die Tasten des Makros.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Makro importieren</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Makro exportieren</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Makros (%@)</translation></message>
@@ -39,6 +41,7 @@
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Ereignis bearbeiten</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pause in Millisekunden:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Drücken Sie die Taste für dieses Ereignis:</translation></message>
+    <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Drücken Sie auf „%@“ die Taste für dieses Ereignis:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Makro „%@“ löschen?</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Tasten, die dieses Makro abspielen, erhalten wieder ihre Standardfunktion. Dies kann nicht rückgängig gemacht werden.</translation></message>
 </context>

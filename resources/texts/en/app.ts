@@ -51,5 +51,7 @@
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>A file with this name already exists. Replacing it overwrites its contents.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Replace</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Hold Escape for one second to use this keyboard in the window again.</translation></message>
+    <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>You can use this keyboard in the window again.</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Type the key here: the virtual keyboard is in use.</translation></message>
 </context>
 </TS>

@@ -27,6 +27,7 @@
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Assignment:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Playback:</translation></message>
     <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>On your Quill Kestra, press the key that the selected key should send.</translation></message>
+    <message id="lkeySingleKeyInputOn"><source>lkeySingleKeyInputOn</source><translation>On “%@”, press the key that the selected key should send.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Game mode is on. %@ keeps its assignment. The Command keys do nothing.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Game mode is off. %@ keeps its assignment. Turn on game mode to disable the Command keys while you play.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Keyboard</translation></message>

@@ -23,6 +23,8 @@
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Add a macro, then record its events.</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>This macro has no events yet. Click Record, then press keys on the keyboard.</translation></message>
     <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Recording. Press the keys of the macro, then click Stop.</translation></message>
+    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>Type the keys of the macro here: the virtual keyboard is in use.</translation></message>
+    <message id="lkeyRecordingOn"><source>lkeyRecordingOn</source><translation>Press the keys of the macro on “%@”.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Import macro</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Export macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
@@ -39,6 +41,7 @@
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Edit event</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Delay in milliseconds:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Press the key for this event:</translation></message>
+    <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Press the key for this event on “%@”:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Delete the macro “%@”?</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Keys that play this macro return to their default function. This cannot be undone.</translation></message>
 </context>

@@ -51,5 +51,7 @@
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Ya existe un archivo con este nombre. Si lo reemplaza, se sobrescribirá su contenido.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Reemplazar</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Mantenga pulsada la tecla Escape durante un segundo para volver a usar este teclado en la ventana.</translation></message>
+    <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>Ya puede volver a usar este teclado en la ventana.</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Pulse la tecla aquí: se está usando el teclado virtual.</translation></message>
 </context>
 </TS>

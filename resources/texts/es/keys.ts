@@ -27,6 +27,7 @@
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Asignación:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Reproducción:</translation></message>
     <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Pulse en su Quill Kestra la tecla que debe enviarse al pulsar la tecla seleccionada.</translation></message>
+    <message id="lkeySingleKeyInputOn"><source>lkeySingleKeyInputOn</source><translation>Pulse en «%@» la tecla que debe enviarse al pulsar la tecla seleccionada.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>El modo de juego está activado. %@ conserva su asignación. Las teclas Command no hacen nada.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>El modo de juego está desactivado. %@ conserva su asignación. Active el modo de juego para desactivar las teclas Command mientras juega.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Teclado</translation></message>

@@ -23,6 +23,8 @@
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Añada una macro y después grabe sus eventos.</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Esta macro aún no tiene eventos. Haga clic en «Grabar» y pulse teclas en el teclado.</translation></message>
     <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Grabando. Pulse las teclas de la macro y después haga clic en «Detener».</translation></message>
+    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>Pulse aquí las teclas de la macro: se está usando el teclado virtual.</translation></message>
+    <message id="lkeyRecordingOn"><source>lkeyRecordingOn</source><translation>Pulse en «%@» las teclas de la macro.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Importar macro</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Exportar macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
@@ -39,6 +41,7 @@
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Editar evento</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pausa en milisegundos:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Pulse la tecla de este evento:</translation></message>
+    <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Pulse en «%@» la tecla de este evento:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>¿Eliminar la macro «%@»?</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Las teclas que reproducen esta macro recuperarán su función predeterminada. Esta acción no se puede deshacer.</translation></message>
 </context>

@@ -51,5 +51,7 @@
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Un fichier portant ce nom existe déjà. Le remplacer écrasera son contenu.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Remplacer</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Maintenez la touche Échap enfoncée pendant une seconde pour utiliser de nouveau ce clavier dans la fenêtre.</translation></message>
+    <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>Vous pouvez de nouveau utiliser ce clavier dans la fenêtre.</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Appuyez sur la touche ici : le clavier virtuel est utilisé.</translation></message>
 </context>
 </TS>

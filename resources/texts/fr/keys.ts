@@ -27,6 +27,7 @@
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>Fonction :</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>Exécution :</translation></message>
     <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>Sur votre Quill Kestra, appuyez sur la touche que la touche sélectionnée doit envoyer.</translation></message>
+    <message id="lkeySingleKeyInputOn"><source>lkeySingleKeyInputOn</source><translation>Sur « %@ », appuyez sur la touche que la touche sélectionnée doit envoyer.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>Le mode jeu est activé. %@ conserve sa fonction. Les touches Command sont sans effet.</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>Le mode jeu est désactivé. %@ conserve sa fonction. Activez le mode jeu pour désactiver les touches Command pendant que vous jouez.</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>Clavier</translation></message>

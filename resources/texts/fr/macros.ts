@@ -23,6 +23,8 @@
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Ajoutez une macro, puis enregistrez ses événements.</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Cette macro ne contient encore aucun événement. Cliquez sur « Enregistrer », puis appuyez sur des touches du clavier.</translation></message>
     <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Enregistrement en cours. Appuyez sur les touches de la macro, puis cliquez sur « Arrêter ».</translation></message>
+    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>Appuyez ici sur les touches de la macro : le clavier virtuel est utilisé.</translation></message>
+    <message id="lkeyRecordingOn"><source>lkeyRecordingOn</source><translation>Sur « %@ », appuyez sur les touches de la macro.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Importer une macro</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Exporter la macro</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>Macros (%@)</translation></message>
@@ -39,6 +41,7 @@
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Modifier l’événement</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Délai en millisecondes :</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
+    <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Sur « %@ », appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Les touches qui exécutent cette macro retrouvent leur fonction par défaut. Cette action est irréversible.</translation></message>
 </context>

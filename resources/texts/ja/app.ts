@@ -51,5 +51,7 @@
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>同じ名前のファイルがすでに存在します。置き換えると、内容は上書きされます。</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>置き換える</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Escape キーを 1 秒間押し続けると、このキーボードをウィンドウで再び使えます。</translation></message>
+    <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>このキーボードをウィンドウで再び使えます。</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>ここでキーを押してください。仮想キーボードを使用中です。</translation></message>
 </context>
 </TS>

@@ -27,6 +27,7 @@
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>割り当て:</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>再生:</translation></message>
     <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>選択したキーから送信するキーを、Quill Kestra で押してください。</translation></message>
+    <message id="lkeySingleKeyInputOn"><source>lkeySingleKeyInputOn</source><translation>選択したキーから送信するキーを、「%@」で押してください。</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>ゲームモードはオンです。%@ は割り当てどおりに動作します。Command キーは無効です。</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>ゲームモードはオフです。%@ は割り当てどおりに動作します。プレイ中に Command キーを無効にするには、ゲームモードをオンにしてください。</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>キーボード</translation></message>

@@ -23,6 +23,8 @@
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>マクロを追加してから、イベントを記録してください。</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>このマクロにはまだイベントがありません。「記録」をクリックしてから、キーボードのキーを押してください。</translation></message>
     <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>記録中です。マクロにするキーを押し、終わったら「停止」をクリックしてください。</translation></message>
+    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>ここでマクロのキーを押してください。仮想キーボードを使用中です。</translation></message>
+    <message id="lkeyRecordingOn"><source>lkeyRecordingOn</source><translation>マクロにするキーを「%@」で押してください。</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>マクロを読み込む</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>マクロを書き出す</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>マクロ (%@)</translation></message>
@@ -39,6 +41,7 @@
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>イベントを編集</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>待ち時間（ミリ秒）:</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>このイベントのキーを押してください:</translation></message>
+    <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>このイベントのキーを「%@」で押してください:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>マクロ「%@」を削除しますか？</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>このマクロを再生するキーは、デフォルトの機能に戻ります。この操作は取り消せません。</translation></message>
 </context>

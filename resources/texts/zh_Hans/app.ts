@@ -51,5 +51,7 @@
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>已存在同名文件。替换它会覆盖其中的内容。</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>替换</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>按住 Escape 键一秒，即可重新在窗口中使用此键盘。</translation></message>
+    <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>您可以重新在窗口中使用此键盘。</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>请在此处按下按键：正在使用虚拟键盘。</translation></message>
 </context>
 </TS>

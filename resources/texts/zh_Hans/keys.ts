@@ -27,6 +27,7 @@
     <message id="lkeyAssignFunction"><source>lkeyAssignFunction</source><translation>功能：</translation></message>
     <message id="lkeyPlaybackOption"><source>lkeyPlaybackOption</source><translation>播放：</translation></message>
     <message id="lkeySingleKeyInput"><source>lkeySingleKeyInput</source><translation>请在 Quill Kestra 上按下要由所选按键发送的键。</translation></message>
+    <message id="lkeySingleKeyInputOn"><source>lkeySingleKeyInputOn</source><translation>请在“%@”上按下要由所选按键发送的键。</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOn"><source>lkeyFunctionKeysInfoGameModeOn</source><translation>游戏模式已开启。%@ 仍执行您分配的功能，Command 键不起作用。</translation></message>
     <message id="lkeyFunctionKeysInfoGameModeOff"><source>lkeyFunctionKeysInfoGameModeOff</source><translation>游戏模式已关闭。%@ 仍执行您分配的功能。如需在游戏时禁用 Command 键，请开启游戏模式。</translation></message>
     <message id="lkeyKeysBox"><source>lkeyKeysBox</source><translation>键盘</translation></message>

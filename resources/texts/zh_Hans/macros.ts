@@ -23,6 +23,8 @@
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>请添加一个宏，然后录制事件。</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>此宏还没有事件。请点击“录制”，然后按下键盘上的按键。</translation></message>
     <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>正在录制。请按下宏的各个按键，然后点击“停止”。</translation></message>
+    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>请在此处按下宏的各个按键：正在使用虚拟键盘。</translation></message>
+    <message id="lkeyRecordingOn"><source>lkeyRecordingOn</source><translation>请在“%@”上按下宏的各个按键。</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>导入宏</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>导出宏</translation></message>
     <message id="lkeyMacroFileFilter"><source>lkeyMacroFileFilter</source><translation>宏 (%@)</translation></message>
@@ -39,6 +41,7 @@
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>编辑事件</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>延迟（毫秒）：</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>请按下用于此事件的按键：</translation></message>
+    <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>请在“%@”上按下用于此事件的按键：</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>删除宏“%@”？</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>播放此宏的按键将恢复默认功能。此操作无法撤销。</translation></message>
 </context>
