@@ -116,6 +116,25 @@ start_configurator() {
     wait_until 20 grep -q ready "$folder/ready" || fail "the window's controls are not enabled after 20 s"
     say "the window is there and its controls are enabled"
 }
+# The display has no window manager: gives a window the keys, as a user's desktop does with a new dialog or after a click.
+focus() { # beginning of the window's title
+    local window
+    wait_until 10 xdotool search --onlyvisible --name "^$1" >/dev/null || fail "there is no window \"$1\""
+    window=$(xdotool search --onlyvisible --name "^$1" | head -n 1)
+    xdotool windowfocus --sync "$window"
+}
+type_keys() { # xdotool's names of keys, one after the other
+    xdotool key --delay 60 "$@"
+    say "typed $*"
+}
+received() { "$bin/kestractl" keyboard sent; }
+is_b_received() { [ "$(received)" = B ]; }
+macro_is_there() { "$bin/kestractl" macro show "$1" >/dev/null 2>&1; }
+# The usages that the computer has received: +4 for a press of A, -4 for its release.
+received_keys() {
+    awk '/uint32/ { usage = $2 } /boolean/ { printf "%s%s ", $2 == "true" ? "+" : "-", usage }' "$folder/sent"
+}
+is_received() { [ "$(received_keys)" = "$1" ]; }
 has_ended() { ! kill -0 "$1" 2>/dev/null; }
 
 exec 3>"$folder/display"
@@ -139,19 +158,67 @@ step "The configurator shows the keyboard"
 start_configurator
 picture 1-keys-tab
 
+step "Give the key A another key: type B into the window"
+click "A"
+click "Assignment:"
+xdotool key Down Return
+focus "Single key"
+expect_window "Type the key here: the virtual keyboard is in use." "focused" "Hold Escape for one second to use this keyboard in the window again."
+type_keys b
+picture 2-single-key
+click "OK"
+expect_key_a "single key B"
+expect_window "A" "selected" "Single key: B"
+picture 3-key-a-remapped
+"$bin/kestractl" keyboard press A
+wait_until 10 is_b_received || fail "the computer received: $(received)"
+say "pressed A; kestractl keyboard sent: $(received)"
+"$bin/kestractl" keyboard release A
+
+step "Record a macro by typing it"
+focus "Quill Kestra Configurator"
+click "Macros"
+click "Add a macro"
+type_keys g r e e t Return
+wait_until 10 macro_is_there greet || fail "kestractl macro list says: $("$bin/kestractl" macro list)"
+click "Record"
+wait_until 10 is_showing "Stop" || fail "the window does not record"
+type_keys h i space Tab F1
+wait_until 10 is_showing "Key Release F1" || fail "the window does not show the typed keys"
+picture 4-recording
+click "Stop"
+wait_until 10 is_showing "Record" || fail "the window still records"
+"$bin/kestractl" macro show greet | sed 's/^/   /'
+
+step "Put the macro on the key M1, and press it"
+click "Keys"
+click "M1"
+click "Assignment:"
+xdotool key Down Down Right Up Return
+expect_window "M1" "selected" "Macro: greet (Play once)"
+picture 5-macro-on-m1
+dbus-monitor --session "interface='org.quillkestra.VirtualKeyboard',member='Sent'" >"$folder/sent" &
+started+=($!)
+wait_until 10 grep -q "member=Name" "$folder/sent" || fail "nothing follows the keys that the computer receives"
+"$bin/kestractl" keyboard press M1
+"$bin/kestractl" keyboard release M1
+# h, i, Space, Tab, F1
+wait_until 10 is_received "+11 -11 +12 -12 +44 -44 +43 -43 +58 -58 " || fail "the computer received: $(received_keys)"
+say "the computer received: $(received_keys)"
+
 step "Select the key A"
 click "A"
-expect_window "A" "selected" "Default key"
-picture 2-key-a-selected
+expect_window "A" "selected" "Single key: B"
+picture 6-key-a-selected
 
 step "Choose \"Disable key\", the last item, as its assignment"
 click "Assignment:"
-picture 3-assignments
-xdotool key Up Return
+picture 7-assignments
+xdotool key Up Up Return
 expect_window "Assignment:" "enabled" "Disable key"
 expect_window "A" "selected" "Disable key"
 expect_key_a "disabled"
-picture 4-key-a-disabled
+picture 8-key-a-disabled
 
 step "Kill the daemon without warning (kill -9); its supervisor starts it again"
 old_daemon=$(cat "$folder/daemon.pid")
@@ -171,13 +238,11 @@ say "the configurator has ended by itself"
 start_configurator
 expect_key_a "disabled"
 expect_window "A" "selected" "Disable key"
-picture 5-after-restart
+picture 9-after-restart
 
 step "Press A and B on the virtual keyboard: the computer receives only B"
 "$bin/kestractl" keyboard press A
 "$bin/kestractl" keyboard press B
-received() { "$bin/kestractl" keyboard sent; }
-is_b_received() { [ "$(received)" = B ]; }
 wait_until 10 is_b_received || fail "the computer received: $(received)"
 say "kestractl keyboard sent: $(received)"
 "$bin/kestractl" keyboard release A
@@ -187,6 +252,6 @@ step "Give the key its default again from the command line; the open window foll
 "$bin/kestractl" key A default | sed 's/^/   /'
 expect_key_a "default key"
 expect_window "A" "selected" "Default key"
-picture 6-default-again
+picture 10-default-again
 
 printf '\nThe tour is done; the screenshots are in %s\n' "$pictures"
