@@ -87,9 +87,9 @@ void DevicesStatusTest::showsTheKeyboardsInUse()
     QTRY_VERIFY(mStatus->keyboards());
     QCOMPARE(*mStatus->keyboards(), (KeyboardsInUse{.state = u"released"_s, .names = {}}));
     mDevices->plug({ScriptedDevices::keyboard(1), ScriptedDevices::keyboard(2), ScriptedDevices::keyboard(3)});
-    QVERIFY(mDevices->use({u"1b2c:0002"_s}).isOk());
+    QVERIFY(mDevices->use({u"1b2c:0002"_s}));
     QTRY_COMPARE(*mStatus->keyboards(), (KeyboardsInUse{.state = u"in use"_s, .names = {u"Keyboard 2"_s}}));
-    QVERIFY(mDevices->use({u"1b2c:0001"_s, u"1b2c:0003"_s}).isOk());
+    QVERIFY(mDevices->use({u"1b2c:0001"_s, u"1b2c:0003"_s}));
     QTRY_COMPARE(mStatus->keyboards()->names, QStringList({u"Keyboard 1"_s, u"Keyboard 3"_s}));
     mDevices->plug({});
     QTRY_COMPARE(*mStatus->keyboards(), (KeyboardsInUse{.state = u"absent"_s, .names = {}}));
@@ -100,7 +100,7 @@ void DevicesStatusTest::distinguishesKeyboardsOfOneName()
     InputDevice other = ScriptedDevices::keyboard(2);
     other.name = u"Keyboard 1"_s;
     mDevices->plug({ScriptedDevices::keyboard(1), other});
-    QVERIFY(mDevices->use({u"1b2c:0002"_s}).isOk());
+    QVERIFY(mDevices->use({u"1b2c:0002"_s}));
     appear();
     mStatus->start();
     QTRY_VERIFY(mStatus->keyboards());

@@ -332,7 +332,7 @@ void KeyboardChangeTest::macroKeyActsAtOnce()
     mThreaded->runOnKeys([](NotingChannel &channel) { QCOMPARE(channel.downCount(), std::size_t(0)); });
     mThreaded->release(60);
     QTRY_VERIFY(mNotifications.contains(u"Saved New OTFM 271"_s));
-    const QVariantList macros = SettingsDocument::macros(mDaemon->document());
+    const QVariantList macros = Document(mDaemon->document()).macros();
     QCOMPARE(macros.size(), 2);
     const QVariantList events = MacroRecord::events(macros.last().toMap());
     QCOMPARE(events.size(), 2);
@@ -357,7 +357,7 @@ void KeyboardChangeTest::macroKeyWithoutKeysInBetweenDiscards()
     mThreaded->press(keyA);
     mThreaded->runOnKeys([](NotingChannel &channel) { QVERIFY(channel.isDown(keyA)); });
     QCoreApplication::processEvents();
-    QCOMPARE(SettingsDocument::macros(mDaemon->document()).size(), 1);
+    QCOMPARE(Document(mDaemon->document()).macros().size(), 1);
 }
 
 void KeyboardChangeTest::macroKeyIsLeftAloneWhileAClientHasTheKeys()

@@ -104,7 +104,8 @@ void KeyPathAllocationTest::initTestCase()
 #if !KESTRA_COUNTS_ALLOCATIONS
     QSKIP("a sanitizer has the allocator");
 #endif
-    (void)mPath.start(keySettingsOf(fullDocument()));
+    KeySettings settings = keySettingsOf(fullDocument());
+    (void)mPath.start(settings);
 }
 
 void KeyPathAllocationTest::allocationsAreCounted()

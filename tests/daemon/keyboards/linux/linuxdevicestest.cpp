@@ -324,7 +324,7 @@ void LinuxDevicesTest::keyboardWithoutANumberIsFoundAtAnotherPort()
     EventDeviceInfo first = keyboardNode(1, u"/a"_s);
     first.path = u"port1"_s;
     mSource->set({first});
-    QVERIFY(mDevices->use({u"1209:00ab"_s}).isOk());
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_VERIFY(fake(1).isGrabbed());
     QSignalSpy moved(mDevices.get(), &LinuxDevices::choiceMoved);
     fake(1).unplug();
@@ -466,9 +466,9 @@ void LinuxDevicesTest::keysReachTheComputer()
         if (!isWanted)
             return;
         KeyPath *keys = &mKeyboard->keys();
-        const KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
+        KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
         QMetaObject::invokeMethod(
-            keys, [keys, settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
+            keys, [keys, &settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
     });
     QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_VERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
@@ -499,9 +499,9 @@ void LinuxDevicesTest::givesKeyboardsUpWhileAnotherSessionIsActive()
 {
     connect(mDevices.get(), &LinuxDevices::wanted, this, [this] {
         KeyPath *keys = &mKeyboard->keys();
-        const KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
+        KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
         QMetaObject::invokeMethod(
-            keys, [keys, settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
+            keys, [keys, &settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
     });
     QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().grabs.size(), 2);
