@@ -4,10 +4,12 @@
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
+#include "keys/keyboardkeyscontroller.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrocommands.h"
 #include "macros/macrorecord.h"
 #include "platform/filepanels.h"
+#include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
 #include "platform/statusline.h"
@@ -32,7 +34,12 @@ using DaemonProtocol::Command;
 namespace {
 
 constexpr int macrosTab = 2;
+constexpr int launchPosition = 4;
 constexpr uint keyA = 4;
+
+// Commands that are not those of the profiles tab.
+constexpr int importMacro = -1;
+constexpr int launch = -2;
 
 const QString keyboard = u"Keyboard: Quill Kestra (virtual), connected  ·  "_s;
 const QString running = u"  ·  Service: running"_s;
@@ -253,8 +260,9 @@ void StatusEndToEndTest::reportsAFileOfAnotherKind_data()
     QTest::addColumn<QString>("text");
     QTest::newRow("profile") << int(ProfileCommands::importProfile)
                              << u"The file “a.KestraProfile” is not a profile."_s;
-    QTest::newRow("macro") << -1 << u"The file “a.KestraMacro” is not a macro."_s;
+    QTest::newRow("macro") << importMacro << u"The file “a.KestraMacro” is not a macro."_s;
     QTest::newRow("application") << int(ProfileCommands::assignApplication) << u"“a.desktop” is not an application."_s;
+    QTest::newRow("program to launch") << launch << u"“a.desktop” is not an application."_s;
 }
 
 void StatusEndToEndTest::reportsAFileOfAnotherKind()
@@ -263,7 +271,10 @@ void StatusEndToEndTest::reportsAFileOfAnotherKind()
     QFETCH(QString, text);
     open();
     OpenPanel *panel = nullptr;
-    if (command < 0) {
+    if (command == launch) {
+        mHub->find<PopUpButton>("mAssignFunction")->itemAtIndex(launchPosition)->trigger();
+        panel = mHub->controller->keysController()->openPanel();
+    } else if (command == importMacro) {
         mHub->controller->selectTabAtIndex(macrosTab);
         choose("mSettingsMacro", MacroCommands::importMacro);
         panel = mHub->find<OpenPanel>("mOpenPanel");

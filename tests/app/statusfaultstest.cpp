@@ -229,11 +229,12 @@ void StatusFaultsTest::saysThatItWaitsForTheReply()
 void StatusFaultsTest::saysThatItWaitsForTheAcceptanceOfTheRequest()
 {
     open(waitsAreShown);
-    // The daemon takes the message only after the wait is on the screen, which the reply follows.
+    // The reply is there before the request is accepted, so only the wait for the acceptance can be shown. Its limit is
+    // longer than that of the script.
     TextsDuringTheWait painted(*mHub);
     std::binary_semaphore isPainted(0);
     mDaemon->setScript(Command::updateProfile, [&isPainted](const ScriptedDaemon::Request &) {
-        (void)isPainted.try_acquire_for(10s);
+        (void)isPainted.try_acquire_for(1500ms);
         return std::vector<ScriptedDaemon::Reply>{{ScriptedDaemon::encoded({{u"ReturnStatus"_s, 0}})}};
     });
     painted.whenPainted = [&isPainted] { isPainted.release(); };
