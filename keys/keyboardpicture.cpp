@@ -9,6 +9,7 @@
 #include "platform/keymap.h"
 #include "platform/motionpreference.h"
 #include "platform/sessionbus.h"
+#include "platform/waylandkeymap.h"
 #include "platform/x11keymap.h"
 
 #include <QEvent>
@@ -165,11 +166,15 @@ void KeyboardPicture::showKeymap(const Keymap &keymap)
 
 void KeyboardPicture::followLayout()
 {
-    if (mX11Keymap || QGuiApplication::platformName() != "xcb"_L1)
-        return;
-    mX11Keymap = new X11Keymap({}, this);
-    connect(mX11Keymap, &X11Keymap::changed, this, [this] { showKeymap(mX11Keymap->keymap()); });
-    showKeymap(mX11Keymap->keymap());
+    const QString platform = QGuiApplication::platformName();
+    if (platform == "xcb"_L1) {
+        auto *source = new X11Keymap({}, this);
+        connect(source, &X11Keymap::changed, this, [this, source] { showKeymap(source->keymap()); });
+        showKeymap(source->keymap());
+    } else if (platform.startsWith("wayland"_L1)) {
+        auto *source = new WaylandKeymap({}, this);
+        connect(source, &WaylandKeymap::changed, this, [this, source] { showKeymap(source->keymap()); });
+    }
 }
 
 void KeyboardPicture::setTabStop(KeyButton *button)

@@ -11,7 +11,6 @@
 class KeyButton;
 class Keymap;
 class MotionPreference;
-class X11Keymap;
 
 /// Keeps the ratio of the keyboard and centres it in the available space. The keys are one stop in the tab order: the
 /// selected key, or else the first. From there the arrow keys select the next key in their direction, Home and End the
@@ -78,5 +77,4 @@ private:
     QRectF mCase;
     PictureLight mLight;
     MotionPreference *mMotion = nullptr; ///< created when the picture is first shown
-    X11Keymap *mX11Keymap = nullptr;     ///< created after the picture was first shown, on X11
 };
