@@ -9,11 +9,11 @@
 // action, and one byte for its key, duration or other value follows.
 #include "base/daemonprotocol.h"
 #include "base/document.h"
+#include "base/frontapplication.h"
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "daemon/capture/escapehold.h"
 #include "daemon/devicedaemon.h"
-#include "daemon/frontapplication/frontapplication.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
 #include "daemon/requestqueue.h"
 #include "daemon/settings/settingsdocument.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/frontapplication/automaticswitch.h"
 
+#include "base/applicationmatch.h"
 #include "base/document.h"
-#include "daemon/frontapplication/applicationmatch.h"
 #include "daemon/settings/requestreader.h"
 #include "daemon/settings/settingsdocument.h"
 

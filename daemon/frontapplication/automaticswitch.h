@@ -4,7 +4,7 @@
 #pragma once
 
 #include "base/daemonprotocol.h"
-#include "daemon/frontapplication/frontapplication.h"
+#include "base/frontapplication.h"
 
 #include <QVariantMap>
 

@@ -2,7 +2,7 @@
 // A source of the application in front. Owned by the FrontApplicationWatch; main thread only.
 #pragma once
 
-#include "daemon/frontapplication/frontapplication.h"
+#include "base/frontapplication.h"
 
 #include <QObject>
 

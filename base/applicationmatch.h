@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Finds the profile bound to the application in front: compares "AppInfo" of the profiles with the application's names.
-// Pure functions; any thread.
+// The window recognises applications with open windows by the same rule. Pure functions; any thread.
 #pragma once
 
-#include "daemon/frontapplication/frontapplication.h"
+#include "base/frontapplication.h"
 
 #include <QVariantList>
 #include <QVariantMap>

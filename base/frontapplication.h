@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The application whose window has the focus, with every name that the desktop reports. A value; any thread.
+// An application with an open window, with every name that the desktop reports: for the daemon the one whose window has
+// the focus. A value; any thread.
 #pragma once
 
 #include <QString>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "daemon/frontapplication/applicationmatch.h"
+#include "base/applicationmatch.h"
 #include "tests/support/testmain.h"
 
 #include <QTest>
