@@ -18,33 +18,6 @@ constexpr QLatin1StringView entrySuffix{"desktop"};
 constexpr QLatin1StringView bundleSuffix{"app"};
 constexpr QLatin1StringView informationFile{"Contents/Info.plist"};
 
-QStringList entryFolders()
-{
-    return QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
-}
-
-/// The path relative to a folder of desktop entries, with "-" for "/"; outside such folders the file name. ("Desktop
-/// File ID" of freedesktop.org's desktop entries, version 1.5.)
-QString desktopFileId(const QString &path)
-{
-    for (const QString &folder : entryFolders()) {
-        const QString below = QDir(folder).relativeFilePath(path);
-        if (!below.startsWith(".."_L1) && QDir::isRelativePath(below))
-            return QString(below).replace(u'/', u'-');
-    }
-    return QFileInfo(path).fileName();
-}
-
-/// The file name of the program that a command line starts. Skips "env" and its assignments of variables.
-QString programOf(const QStringList &commandLine)
-{
-    const auto isBeforeProgram = [](const QString &word) {
-        return QFileInfo(word).fileName() == "env"_L1 || (word.contains(u'=') && !word.startsWith(u'/'));
-    };
-    const auto program = std::ranges::find_if_not(commandLine, isBeforeProgram);
-    return program == commandLine.end() ? QString() : QFileInfo(*program).fileName();
-}
-
 std::optional<QVariantMap> readEntry(const QFileInfo &file)
 {
     const std::optional<DesktopEntry> entry = DesktopEntry::read(file.filePath());
@@ -52,12 +25,13 @@ std::optional<QVariantMap> readEntry(const QFileInfo &file)
         return std::nullopt;
     QVariantMap information{
         {ApplicationInformation::resolvedPathKey, file.canonicalFilePath()},
-        {ApplicationInformation::identifierKey, desktopFileId(file.absoluteFilePath())},
+        {ApplicationInformation::identifierKey, ApplicationInformation::desktopFileId(file.absoluteFilePath())},
         {ApplicationInformation::signatureKey, entry->text(u"StartupWMClass"_s)},
     };
     if (const QString name = entry->localText(u"Name"_s); !name.isEmpty())
         information.insert(ApplicationInformation::nameKey, name);
-    if (const QString program = programOf(entry->commandLine().value_or(QStringList())); !program.isEmpty())
+    if (const QString program = ApplicationInformation::programOf(entry->commandLine().value_or(QStringList()));
+        !program.isEmpty())
         information.insert(ApplicationInformation::executableKey, program);
     return information;
 }
@@ -86,6 +60,35 @@ std::optional<QVariantMap> ApplicationInformation::read(const QString &path)
     if (file.isDir())
         return readBundle(file);
     return file.suffix() == entrySuffix ? readEntry(file) : std::nullopt;
+}
+
+QString ApplicationInformation::programOf(const QStringList &commandLine)
+{
+    const auto isBeforeProgram = [](const QString &word) {
+        return QFileInfo(word).fileName() == "env"_L1 || (word.contains(u'=') && !word.startsWith(u'/'));
+    };
+    const auto program = std::ranges::find_if_not(commandLine, isBeforeProgram);
+    return program == commandLine.end() ? QString() : QFileInfo(*program).fileName();
+}
+
+QStringList ApplicationInformation::entryFolders()
+{
+    QStringList folders = QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
+    const QString ownData = QDir::homePath() + "/.local/share"_L1;
+    folders << ownData + "/applications"_L1 << ownData + "/flatpak/exports/share/applications"_L1
+            << u"/var/lib/flatpak/exports/share/applications"_s << u"/var/lib/snapd/desktop/applications"_s;
+    folders.removeDuplicates();
+    return folders;
+}
+
+QString ApplicationInformation::desktopFileId(const QString &path, const QStringList &folders)
+{
+    for (const QString &folder : folders) {
+        const QString below = QDir(folder).relativeFilePath(path);
+        if (!below.startsWith(".."_L1) && QDir::isRelativePath(below))
+            return QString(below).replace(u'/', u'-');
+    }
+    return QFileInfo(path).fileName();
 }
 
 QString ApplicationInformation::startFolder()

@@ -28,6 +28,18 @@ inline constexpr QLatin1StringView signatureKey{"CFBundleSignature"};       ///<
 /// nothing exists at the path, it is neither of the two kinds, or its file cannot be read.
 [[nodiscard]] std::optional<QVariantMap> read(const QString &path);
 
+/// The folders of desktop entries that may exist, the one with the highest rank first: the user's and the system's data
+/// folders, then those of Flatpak and Snap, which a session started without them lacks in its variables.
+[[nodiscard]] QStringList entryFolders();
+
+/// The desktop file ID of the entry at `path`: the path relative to a folder of desktop entries, with "-" for "/";
+/// outside such folders the file name. ("Desktop File ID" of freedesktop.org's desktop entries, version 1.5.)
+[[nodiscard]] QString desktopFileId(const QString &path, const QStringList &folders = entryFolders());
+
+/// The file name of the program that the command line of an entry starts: "env" and its assignments of variables are
+/// skipped. Empty if nothing else is left.
+[[nodiscard]] QString programOf(const QStringList &commandLine);
+
 /// The folder in which a choice of an application starts: "/Applications/" if it exists, otherwise the first of the
 /// user's and the system's application folders that holds desktop entries, otherwise the root.
 [[nodiscard]] QString startFolder();

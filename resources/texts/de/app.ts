@@ -47,6 +47,14 @@
     <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Eine Makro- oder Profildatei. Der Konfigurator wartet auf den Tastaturdienst und importiert die Datei nicht.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Anwendung wählen</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Anwendungen (%@)</translation></message>
+    <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Anwendungen suchen</translation></message>
+    <message id="lkeyApplicationList"><source>lkeyApplicationList</source><translation>Anwendungen</translation></message>
+    <message id="lkeyApplicationsFound"><source>lkeyApplicationsFound</source><translation>Anwendungen: %@</translation></message>
+    <message id="lkeyApplicationsNone"><source>lkeyApplicationsNone</source><translation>Keine Anwendung gefunden</translation></message>
+    <message id="lkeyApplicationRunning"><source>lkeyApplicationRunning</source><translation>Läuft</translation></message>
+    <message id="lkeyApplicationWindow"><source>lkeyApplicationWindow</source><translation>Offenes Fenster</translation></message>
+    <message id="lkeyApplicationOther"><source>lkeyApplicationOther</source><translation>Andere …</translation></message>
+    <message id="lkeyChoose"><source>lkeyChoose</source><translation>Wählen</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>„%@“ ersetzen?</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Eine Datei mit diesem Namen existiert bereits. Beim Ersetzen wird ihr Inhalt überschrieben.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Ersetzen</translation></message>

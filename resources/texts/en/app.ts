@@ -47,6 +47,14 @@
     <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>A macro or profile file. The configurator waits for the keyboard service and does not import the file.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Choose an application</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
+    <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Search applications</translation></message>
+    <message id="lkeyApplicationList"><source>lkeyApplicationList</source><translation>Applications</translation></message>
+    <message id="lkeyApplicationsFound"><source>lkeyApplicationsFound</source><translation>Applications: %@</translation></message>
+    <message id="lkeyApplicationsNone"><source>lkeyApplicationsNone</source><translation>No application found</translation></message>
+    <message id="lkeyApplicationRunning"><source>lkeyApplicationRunning</source><translation>Running</translation></message>
+    <message id="lkeyApplicationWindow"><source>lkeyApplicationWindow</source><translation>Open window</translation></message>
+    <message id="lkeyApplicationOther"><source>lkeyApplicationOther</source><translation>Other…</translation></message>
+    <message id="lkeyChoose"><source>lkeyChoose</source><translation>Choose</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Replace “%@”?</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>A file with this name already exists. Replacing it overwrites its contents.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Replace</translation></message>

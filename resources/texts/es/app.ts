@@ -47,6 +47,14 @@
     <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un archivo de macro o de perfil. El configurador espera al servicio del teclado y no importa el archivo.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Elegir una aplicación</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Aplicaciones (%@)</translation></message>
+    <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Buscar aplicaciones</translation></message>
+    <message id="lkeyApplicationList"><source>lkeyApplicationList</source><translation>Aplicaciones</translation></message>
+    <message id="lkeyApplicationsFound"><source>lkeyApplicationsFound</source><translation>Aplicaciones: %@</translation></message>
+    <message id="lkeyApplicationsNone"><source>lkeyApplicationsNone</source><translation>No se ha encontrado ninguna aplicación</translation></message>
+    <message id="lkeyApplicationRunning"><source>lkeyApplicationRunning</source><translation>En ejecución</translation></message>
+    <message id="lkeyApplicationWindow"><source>lkeyApplicationWindow</source><translation>Ventana abierta</translation></message>
+    <message id="lkeyApplicationOther"><source>lkeyApplicationOther</source><translation>Otra…</translation></message>
+    <message id="lkeyChoose"><source>lkeyChoose</source><translation>Elegir</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>¿Reemplazar «%@»?</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Ya existe un archivo con este nombre. Si lo reemplaza, se sobrescribirá su contenido.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Reemplazar</translation></message>

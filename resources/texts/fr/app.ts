@@ -47,6 +47,14 @@
     <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un fichier de macro ou de profil. Le configurateur attend le service du clavier et n’importe pas le fichier.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Choisir une application</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
+    <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Rechercher une application</translation></message>
+    <message id="lkeyApplicationList"><source>lkeyApplicationList</source><translation>Applications</translation></message>
+    <message id="lkeyApplicationsFound"><source>lkeyApplicationsFound</source><translation>Applications : %@</translation></message>
+    <message id="lkeyApplicationsNone"><source>lkeyApplicationsNone</source><translation>Aucune application trouvée</translation></message>
+    <message id="lkeyApplicationRunning"><source>lkeyApplicationRunning</source><translation>En cours d’exécution</translation></message>
+    <message id="lkeyApplicationWindow"><source>lkeyApplicationWindow</source><translation>Fenêtre ouverte</translation></message>
+    <message id="lkeyApplicationOther"><source>lkeyApplicationOther</source><translation>Autre…</translation></message>
+    <message id="lkeyChoose"><source>lkeyChoose</source><translation>Choisir</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>Remplacer « %@ » ?</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>Un fichier portant ce nom existe déjà. Le remplacer écrasera son contenu.</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Remplacer</translation></message>

@@ -47,6 +47,14 @@
     <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>マクロまたはプロファイルのファイル。キーボードのサービスを待ちますが、ファイルは読み込みません。</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>アプリケーションを選択</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>アプリケーション (%@)</translation></message>
+    <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>アプリケーションを検索</translation></message>
+    <message id="lkeyApplicationList"><source>lkeyApplicationList</source><translation>アプリケーション</translation></message>
+    <message id="lkeyApplicationsFound"><source>lkeyApplicationsFound</source><translation>アプリケーション: %@</translation></message>
+    <message id="lkeyApplicationsNone"><source>lkeyApplicationsNone</source><translation>該当するアプリケーションはありません</translation></message>
+    <message id="lkeyApplicationRunning"><source>lkeyApplicationRunning</source><translation>実行中</translation></message>
+    <message id="lkeyApplicationWindow"><source>lkeyApplicationWindow</source><translation>開いているウィンドウ</translation></message>
+    <message id="lkeyApplicationOther"><source>lkeyApplicationOther</source><translation>その他…</translation></message>
+    <message id="lkeyChoose"><source>lkeyChoose</source><translation>選択</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>「%@」を置き換えますか？</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>同じ名前のファイルがすでに存在します。置き換えると、内容は上書きされます。</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>置き換える</translation></message>

@@ -47,6 +47,14 @@
     <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>宏文件或配置文件。配置工具会等待键盘服务，但不会导入该文件。</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>选择应用程序</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>应用程序 (%@)</translation></message>
+    <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>搜索应用程序</translation></message>
+    <message id="lkeyApplicationList"><source>lkeyApplicationList</source><translation>应用程序</translation></message>
+    <message id="lkeyApplicationsFound"><source>lkeyApplicationsFound</source><translation>应用程序：%@</translation></message>
+    <message id="lkeyApplicationsNone"><source>lkeyApplicationsNone</source><translation>未找到应用程序</translation></message>
+    <message id="lkeyApplicationRunning"><source>lkeyApplicationRunning</source><translation>正在运行</translation></message>
+    <message id="lkeyApplicationWindow"><source>lkeyApplicationWindow</source><translation>打开的窗口</translation></message>
+    <message id="lkeyApplicationOther"><source>lkeyApplicationOther</source><translation>其他…</translation></message>
+    <message id="lkeyChoose"><source>lkeyChoose</source><translation>选择</translation></message>
     <message id="lkeyReplaceFileTitle"><source>lkeyReplaceFileTitle</source><translation>替换“%@”？</translation></message>
     <message id="lkeyReplaceFileDesc"><source>lkeyReplaceFileDesc</source><translation>已存在同名文件。替换它会覆盖其中的内容。</translation></message>
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>替换</translation></message>
