@@ -26,6 +26,7 @@ class KeySearchBar;
 class KeyboardPicture;
 class PopUpButton;
 class QAction;
+class ApplicationChooser;
 struct AssignmentClip;
 class OpenPanel;
 class QGroupBox;
@@ -81,7 +82,8 @@ public:
     [[nodiscard]] qint32 singleKeyModifierCode() const { return mSingleKeyModifierCode; }
     [[nodiscard]] int selectedIndexOfMacroSubMenu() const { return mSelectedIndexOfMacroSubMenu; }
     [[nodiscard]] QVariantMap devicePlist() const { return mDevicePlist; }
-    [[nodiscard]] OpenPanel *openPanel() const; ///< null until a panel was opened
+    [[nodiscard]] ApplicationChooser *applicationChooser() const; ///< null until one was opened
+    [[nodiscard]] OpenPanel *openPanel() const; ///< null unless the chooser's "Other…" has opened it
     [[nodiscard]] KeyboardPicture *picture() const { return mPicture; }
 
     // Calls from the main controller
@@ -154,7 +156,10 @@ private:
     void validateItems(const QMenu *menu);
     void openSingleKeySheet();
     void captureSingleKey();
+    void openApplicationChooser();
     void openApplicationPanel();
+    /// `name` of what was chosen, for a report that nothing there can be launched.
+    void applicationChoiceDidEnd(int returnCode, const std::optional<QVariantMap> &information, const QString &name);
     /// Gives all selected keys this assignment. When they become default keys, `param1` is that of the key selected
     /// last; every other one gets that of its own default entry.
     void writeEntry(KeyMappings::Assignment assignment, const QVariant &param1, const QVariant &param2);
@@ -233,6 +238,7 @@ private:
     QString mSelectedKey;
     QPointer<QWidget> mKeysWindow;
     DistributedNotificationCenter *mKeysNotificationCenter = nullptr;
+    QPointer<ApplicationChooser> mApplicationChooser;
     QPointer<OpenPanel> mOpenPanel;
     SheetSubject mSheetSubject; ///< the profile() in which the sheet or the panel changes a key
     KeyButton *mCurrentButton = nullptr;

@@ -12,6 +12,7 @@
 #include "keys/keynames.h"
 #include "macros/eventparser.h"
 #include "macros/macrorecord.h"
+#include "platform/applicationchooser.h"
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
@@ -218,7 +219,7 @@ void KeyboardKeysController::clickAssignFunction(QObject *)
             static_cast<int>(Assignment::defaultKey), KeyMappings::entryForKey(mDefaultDict, selectedCode()).param1, 0);
         break;
     case KeyMappings::singleKeyPosition: openSingleKeySheet(); break;
-    case KeyMappings::launchProgramPosition: openApplicationPanel(); break;
+    case KeyMappings::launchProgramPosition: openApplicationChooser(); break;
     case KeyMappings::disablePosition:
         updateSelectedKeyCommandValueParamOneAndParamTwo(static_cast<int>(Assignment::disabled), 0, 0);
         break;
@@ -330,14 +331,35 @@ void KeyboardKeysController::validateItems(const QMenu *menu)
             validateMenuItem(item);
 }
 
+ApplicationChooser *KeyboardKeysController::applicationChooser() const
+{
+    return mApplicationChooser;
+}
+
 OpenPanel *KeyboardKeysController::openPanel() const
 {
     return mOpenPanel;
 }
 
-void KeyboardKeysController::openApplicationPanel()
+void KeyboardKeysController::openApplicationChooser()
 {
     delete mOpenPanel.data();
+    delete mApplicationChooser.data();
+    mApplicationChooser = new ApplicationChooser(ApplicationList::Windows::ofEntries, mKeysWindow);
+    mApplicationChooser->setObjectName("mApplicationChooser"_L1);
+    connect(mApplicationChooser, &QDialog::finished, this, [this](int result) {
+        if (result == ApplicationChooser::otherReturn)
+            openApplicationPanel();
+        else
+            applicationChoiceDidEnd(result, mApplicationChooser->chosenInformation(),
+                                    mApplicationChooser->chosenTitle());
+    });
+    mApplicationChooser->open();
+    mSheetSubject.note(mApplicationChooser, profile());
+}
+
+void KeyboardKeysController::openApplicationPanel()
+{
     mOpenPanel = new OpenPanel({localizedText("lkeyChooseApplication"), localizedText("lkeyApplicationFiles"),
                                 ApplicationInformation::fileTypes(), ApplicationInformation::startFolder()},
                                mKeysWindow);
@@ -350,15 +372,21 @@ void KeyboardKeysController::openApplicationPanel()
 
 void KeyboardKeysController::openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, void *)
 {
+    applicationChoiceDidEnd(returnCode, ApplicationInformation::read(panel->chosenPath()),
+                            QFileInfo(panel->chosenPath()).fileName());
+}
+
+void KeyboardKeysController::applicationChoiceDidEnd(int returnCode, const std::optional<QVariantMap> &information,
+                                                     const QString &name)
+{
     if (returnCode == panelOK) {
-        const QVariantMap information = ApplicationInformation::read(panel->chosenPath()).value_or(QVariantMap());
-        const QString path = information.value(ApplicationInformation::resolvedPathKey).toString();
+        const QString path =
+            information.value_or(QVariantMap()).value(ApplicationInformation::resolvedPathKey).toString();
         if (!path.isEmpty())
             return writeEntry(Assignment::launchProgram, path, QString());
         updatePopUpSelection(); // nothing there can be launched
         if (mKeysDelegate)
-            mKeysDelegate->report(
-                {.event = StatusReport::Event::notAnApplication, .subject = QFileInfo(panel->chosenPath()).fileName()});
+            mKeysDelegate->report({.event = StatusReport::Event::notAnApplication, .subject = name});
     } else if (returnCode == panelCancel) {
         updatePopUpSelection();
     }

@@ -147,6 +147,11 @@ std::optional<QVariantMap> ApplicationChooser::chosenInformation() const
     return ApplicationInformation::read(mApplications->pathOf(current));
 }
 
+QString ApplicationChooser::chosenTitle() const
+{
+    return mList->currentIndex().data().toString();
+}
+
 void ApplicationChooser::accept()
 {
     if (mList->currentIndex().isValid())

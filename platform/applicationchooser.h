@@ -34,6 +34,8 @@ public:
     /// the window's class as name and signature, and nothing else. Absent without a choice, and when the application's
     /// entry is gone.
     [[nodiscard]] std::optional<QVariantMap> chosenInformation() const;
+    /// The title of the chosen row; empty without a choice.
+    [[nodiscard]] QString chosenTitle() const;
 
     /// Does nothing without a choice.
     void accept() override;

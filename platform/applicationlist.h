@@ -11,8 +11,8 @@
 
 #include <optional>
 
-/// The running applications come first, then the others, each in the order of their names. An icon is loaded when a
-/// view first asks for it, which a view does for the rows that it paints.
+/// Applications that are running come first, then windows of programs without an entry, then the other applications. An
+/// icon is loaded when a view first asks for it, which a view does for the rows that it paints.
 class ApplicationList : public QAbstractListModel
 {
     Q_OBJECT

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Showing and changing the action of the selected key: assignment and playback pop-up, sub-menus, open panel.
 #include "tests/keys/keystesting.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/testmain.h"
 
 #include "base/text.h"
@@ -90,6 +91,11 @@ private Q_SLOTS:
     void chosenApplicationIsWritten();
     void applicationWithoutInformationRestoresThePopUp();
     void cancelledPanelRestoresThePopUp();
+    void launchProgramOpensTheListOfApplications();
+    void applicationOfTheListIsWritten();
+    void applicationOfTheListThatIsGoneRestoresThePopUp();
+    void cancelledListRestoresThePopUp();
+    void listEndsWithItsProfile();
     void otherReturnCodesDoNothing();
 
 private:
@@ -562,6 +568,9 @@ void KeysAssignmentTest::launchOpensAPanelOnTheWindow()
     const auto tab = tabWithA(entry(45));
     tab->window.show();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
+    QVERIFY(!tab->controller->openPanel());
+    QVERIFY(chooseOtherApplication());
+    QVERIFY(!tab->controller->applicationChooser()->isVisible());
     const QPointer<OpenPanel> first = tab->controller->openPanel();
     QVERIFY(first);
     QVERIFY(first->isVisible());
@@ -573,6 +582,7 @@ void KeysAssignmentTest::launchOpensAPanelOnTheWindow()
     QVERIFY(tab->delegate.calls.isEmpty());
     tab->controller->clickAssignFunction(nullptr);
     QVERIFY(!first);
+    QVERIFY(chooseOtherApplication());
     QVERIFY(tab->controller->openPanel());
 }
 
@@ -584,6 +594,7 @@ void KeysAssignmentTest::chosenApplicationIsWritten()
     QVERIFY(QFile::link(file, link));
     tab->window.show();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
+    QVERIFY(chooseOtherApplication());
     OpenPanel *panel = tab->controller->openPanel();
     panel->setDirectory(mResources->path());
     panel->selectFile(link);
@@ -609,9 +620,83 @@ void KeysAssignmentTest::cancelledPanelRestoresThePopUp()
     const auto tab = tabWithA(entry(20));
     tab->window.show();
     tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
+    QVERIFY(chooseOtherApplication());
     QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 4);
     tab->controller->openPanel()->reject();
     QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
+    QVERIFY(tab->delegate.calls.isEmpty());
+}
+
+void KeysAssignmentTest::launchProgramOpensTheListOfApplications()
+{
+    const auto tab = tabWithA(entry(45));
+    tab->window.show();
+    tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
+    const QPointer<ApplicationChooser> first = tab->controller->applicationChooser();
+    QVERIFY(first && first->isVisible());
+    QCOMPARE(first->windowModality(), Qt::WindowModal);
+    QCOMPARE(first->parentWidget(), &tab->window);
+    // A key launches an entry: a window without one is of no use.
+    first->setApplications({}, {{.windowClass = u"Game.exe"_s}});
+    QCOMPARE(first->findChild<QListView *>()->model()->rowCount(), 0);
+    tab->controller->clickAssignFunction(nullptr);
+    QVERIFY(!first);
+    QVERIFY(tab->controller->applicationChooser()->isVisible());
+    QVERIFY(tab->delegate.calls.isEmpty());
+}
+
+void KeysAssignmentTest::applicationOfTheListIsWritten()
+{
+    const auto tab = tabWithA(entry(45));
+    const QString file =
+        writeDesktopEntry(mResources->filePath(u"applications/notes.desktop"_s), "Name=Kestra Notes\nExec=notes\n");
+    tab->window.show();
+    tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
+    QVERIFY(chooseApplicationByName(u"kestra not"_s));
+    QCOMPARE(tab->delegate.calls, QStringList{u"updateKeySettings"_s});
+    const QVariantMap sent = tab->delegate.sentEntry(u"4"_s);
+    QCOMPARE(sent, entry(46, QFileInfo(file).canonicalFilePath(), u""_s));
+    QCOMPARE(sent.value(SettingsKeys::param2).typeId(), int(QMetaType::QString));
+    QVERIFY(!tab->controller->openPanel());
+}
+
+void KeysAssignmentTest::applicationOfTheListThatIsGoneRestoresThePopUp()
+{
+    const auto tab = tabWithA(entry(20));
+    const QString file =
+        writeDesktopEntry(mResources->filePath(u"applications/gone.desktop"_s), "Name=Kestra Gone\nExec=gone\n");
+    tab->window.show();
+    tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
+    QVERIFY(QFile::remove(file));
+    QVERIFY(chooseApplicationByName(u"kestra gone"_s));
+    QVERIFY(tab->delegate.calls.isEmpty());
+    QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
+}
+
+void KeysAssignmentTest::cancelledListRestoresThePopUp()
+{
+    const auto tab = tabWithA(entry(20));
+    tab->window.show();
+    tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
+    QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 4);
+    tab->controller->applicationChooser()->reject();
+    QCOMPARE(tab->find<PopUpButton>("mAssignFunction")->indexOfSelectedItem(), 5);
+    QVERIFY(tab->delegate.calls.isEmpty());
+}
+
+void KeysAssignmentTest::listEndsWithItsProfile()
+{
+    const auto tab = tabWithA(entry(20));
+    tab->window.show();
+    tab->find<PopUpButton>("mAssignFunction")->itemAtIndex(4)->trigger();
+    tab->controller->updateUISettings();
+    QVERIFY(tab->controller->applicationChooser()->isVisible());
+    // Simulates a profile switch by the application in front.
+    tab->controller->setMKeysCurrentProfileDict(tab->controller->allProfilesArray().at(1).toMap());
+    tab->controller->setMDeviceSettingsDict({{SettingsKeys::activeProfile, 1}});
+    tab->controller->updateUISettings();
+    QVERIFY(!tab->controller->applicationChooser()->isVisible());
+    QVERIFY(!tab->controller->openPanel());
     QVERIFY(tab->delegate.calls.isEmpty());
 }
 
