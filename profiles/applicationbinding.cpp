@@ -43,3 +43,29 @@ QString ApplicationBinding::applicationOf(const QVariantMap &profile)
 {
     return ProfileRecord::appInfo(profile).value(SettingsKeys::application).toString();
 }
+
+bool ApplicationBinding::nameTheSameApplication(const QVariantMap &appInfo, const QVariantMap &other)
+{
+    const auto has = [&](QLatin1StringView key) {
+        return !textAt(appInfo, key).isEmpty() || !textAt(other, key).isEmpty();
+    };
+    const auto isSame = [&](QLatin1StringView key) {
+        const QString text = textAt(appInfo, key);
+        return !text.isEmpty() && text.compare(textAt(other, key), Qt::CaseInsensitive) == 0;
+    };
+    if (has(SettingsKeys::identifier) || has(SettingsKeys::signature))
+        return isSame(SettingsKeys::identifier) || isSame(SettingsKeys::signature);
+    return isSame(SettingsKeys::executable) || isSame(SettingsKeys::application);
+}
+
+std::optional<int> ApplicationBinding::otherProfileFollowing(const QVariantList &profiles, int row)
+{
+    const QVariantMap appInfo = ProfileRecord::appInfo(profiles.value(row).toMap());
+    for (int other = 0; other < profiles.size(); ++other) {
+        const QVariantMap profile = profiles.at(other).toMap();
+        if (other != row && ProfileRecord::autoSwitchValue(profile) != 0
+            && nameTheSameApplication(appInfo, ProfileRecord::appInfo(profile)))
+            return other;
+    }
+    return {};
+}

@@ -3,7 +3,10 @@
 #pragma once
 
 #include <QString>
+#include <QVariantList>
 #include <QVariantMap>
+
+#include <optional>
 
 namespace ApplicationBinding {
 
@@ -21,5 +24,13 @@ namespace ApplicationBinding {
 
 /// Returns the name to show for the application of the profile record; "" if it has none.
 [[nodiscard]] QString applicationOf(const QVariantMap &profile);
+
+/// True if both name the same application, without regard to letter case: the same identifier or the same signature;
+/// if neither has these, the same executable or the same name.
+[[nodiscard]] bool nameTheSameApplication(const QVariantMap &appInfo, const QVariantMap &other);
+
+/// Returns the row of the first profile other than `row` that has automatic switching on and the application of the
+/// profile in `row`. Absent if there is none.
+[[nodiscard]] std::optional<int> otherProfileFollowing(const QVariantList &profiles, int row);
 
 } // namespace ApplicationBinding

@@ -15,6 +15,7 @@
 
 #include <optional>
 
+class ApplicationChooser;
 class OpenPanel;
 class ProfileDelegate;
 class PulldownButton;
@@ -92,10 +93,11 @@ public:
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
 
     // Panels. A panel is kept until the next one of its kind is opened.
-    [[nodiscard]] OpenPanel *profileFileBrowserPanel() const; ///< null until one was opened
-    [[nodiscard]] SavePanel *profileSavePanel() const;        ///< null until one was opened
-    /// Opens the panel for an application or a profile file (SheetContext). For any other number, opens one that
-    /// accepts every file.
+    [[nodiscard]] ApplicationChooser *applicationChooser() const; ///< null until one was opened
+    [[nodiscard]] OpenPanel *profileFileBrowserPanel() const;     ///< null until one was opened
+    [[nodiscard]] SavePanel *profileSavePanel() const;            ///< null until one was opened
+    /// Opens the list of applications, whose "Other…" opens the panel for an application, or the panel for a profile
+    /// file (SheetContext). For any other number, opens a panel that accepts every file.
     void loadPanelForIdentifier(int identifier);
     void loadSaveAsPanel();
     void openPanelDidEndReturnCodeContextInfo(OpenPanel *panel, int returnCode, int context);
@@ -129,9 +131,14 @@ private:
     void renameProfile(int row, const QString &newName);
     void setAutoSwitch(int row, int value);
     void removeApplication();
-    /// Reports an event with the file at `path`.
+    /// Reports an event with the file at `path`, or what has this name.
     void report(StatusReport::Event event, const QString &path) const;
-    void bindApplication(const QString &path);
+    void openApplicationChooser();
+    void openFilePanel(int identifier);
+    /// `name` of what was chosen, for a report that it is no application.
+    void applicationChoiceDidEnd(int returnCode, const std::optional<QVariantMap> &information, const QString &name);
+    void bindApplication(const QVariantMap &information, const QString &name);
+    void showOtherProfileFollowing(const QVariantMap &appInfo);
     void importProfileFrom(const QString &path);
     void exportProfileTo(const QString &path);
     void reselectRow();
@@ -149,6 +156,7 @@ private:
     QVariantList mAllProfilesArray;
     QVariantMap mUserSettingsDict;
     QPointer<QWidget> mProfilesWindow;
+    QPointer<ApplicationChooser> mApplicationChooser;
     QPointer<OpenPanel> mProfileFileBrowserPanel;
     QPointer<SavePanel> mProfileSavePanel;
     SheetSubject mSheetSubject; ///< the profile() of an open alert or panel, if it is about one

@@ -7,8 +7,10 @@
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
+#include "platform/applicationchooser.h"
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
+#include "platform/sheet.h"
 #include "profiles/applicationbinding.h"
 #include "profiles/profiledelegate.h"
 #include "profiles/profilefile.h"
@@ -17,6 +19,11 @@
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
+
+ApplicationChooser *KeyboardProfilesController::applicationChooser() const
+{
+    return mApplicationChooser;
+}
 
 OpenPanel *KeyboardProfilesController::profileFileBrowserPanel() const
 {
@@ -30,6 +37,31 @@ SavePanel *KeyboardProfilesController::profileSavePanel() const
 
 void KeyboardProfilesController::loadPanelForIdentifier(int identifier)
 {
+    delete mApplicationChooser.data();
+    delete mProfileFileBrowserPanel.data();
+    if (identifier == chooseApplication)
+        openApplicationChooser();
+    else
+        openFilePanel(identifier);
+}
+
+void KeyboardProfilesController::openApplicationChooser()
+{
+    mApplicationChooser = new ApplicationChooser(ApplicationList::Windows::all, mProfilesWindow);
+    mApplicationChooser->setObjectName("mApplicationChooser"_L1);
+    connect(mApplicationChooser, &QDialog::finished, this, [this](int returnCode) {
+        if (returnCode == ApplicationChooser::otherReturn)
+            openFilePanel(chooseApplication);
+        else
+            applicationChoiceDidEnd(returnCode, mApplicationChooser->chosenInformation(),
+                                    mApplicationChooser->chosenTitle());
+    });
+    mApplicationChooser->open();
+    mSheetSubject.note(mApplicationChooser, profile());
+}
+
+void KeyboardProfilesController::openFilePanel(int identifier)
+{
     OpenPanel::Options options;
     if (identifier == chooseApplication)
         options = {localizedText("lkeyChooseApplication"), localizedText("lkeyApplicationFiles"),
@@ -39,7 +71,6 @@ void KeyboardProfilesController::loadPanelForIdentifier(int identifier)
                    localizedText("lkeyProfileFiles"),
                    {ProfileFile::suffix},
                    documentsFolder()};
-    delete mProfileFileBrowserPanel.data();
     mProfileFileBrowserPanel = new OpenPanel(options, mProfilesWindow);
     mProfileFileBrowserPanel->setObjectName("mProfileFileBrowserPanel"_L1);
     connect(mProfileFileBrowserPanel, &QDialog::finished, this, [this, identifier](int returnCode) {
@@ -70,10 +101,17 @@ void KeyboardProfilesController::openPanelDidEndReturnCodeContextInfo(OpenPanel 
 {
     if (context == chooseProfileFile && returnCode == panelOK)
         importProfileFrom(panel->chosenPath());
-    if (context != chooseApplication)
-        return;
-    if (returnCode == panelOK)
-        bindApplication(panel->chosenPath());
+    if (context == chooseApplication)
+        applicationChoiceDidEnd(returnCode, ApplicationInformation::read(panel->chosenPath()), panel->chosenPath());
+}
+
+void KeyboardProfilesController::applicationChoiceDidEnd(int returnCode, const std::optional<QVariantMap> &information,
+                                                         const QString &name)
+{
+    if (returnCode == panelOK && information)
+        bindApplication(*information, name);
+    else if (returnCode == panelOK)
+        report(StatusReport::Event::notAnApplication, name);
     else if (returnCode == panelCancel)
         updateValueOfSetting(0, SettingsKeys::autoSwitchOn);
     mProfilesTableView->reloadData();
@@ -112,19 +150,35 @@ void KeyboardProfilesController::report(StatusReport::Event event, const QString
 }
 
 /// Also turns automatic switching on, in the same request.
-void KeyboardProfilesController::bindApplication(const QString &path)
+void KeyboardProfilesController::bindApplication(const QVariantMap &information, const QString &name)
 {
-    const std::optional<QVariantMap> information = ApplicationInformation::read(path);
-    if (!information)
-        return report(StatusReport::Event::notAnApplication, path);
-    const QVariantMap appInfo = ApplicationBinding::bound(ProfileRecord::appInfo(selectedProfile()), *information);
+    const QVariantMap appInfo = ApplicationBinding::bound(ProfileRecord::appInfo(selectedProfile()), information);
     if (!ApplicationBinding::namesAnApplication(appInfo))
-        return report(StatusReport::Event::notAnApplication, path);
+        return report(StatusReport::Event::notAnApplication, name);
     mNeedsUpdate = false;
     if (mProfileDelegate)
         mProfileDelegate->updateProfileWithSettings(
             {{SettingsKeys::autoSwitchOn, 1}, {SettingsKeys::appInfo, appInfo}});
     mNeedsUpdate = true;
+    showOtherProfileFollowing(appInfo);
+}
+
+/// Reports the first other profile that follows the application of `appInfo`, once the selected profile has it.
+void KeyboardProfilesController::showOtherProfileFollowing(const QVariantMap &appInfo)
+{
+    const int row = mProfilesTableView->selectedRow();
+    if (ProfileRecord::appInfo(profileAt(row)) != appInfo)
+        return; // the daemon refused the change
+    const std::optional<int> other = ApplicationBinding::otherProfileFollowing(mAllProfilesArray, row);
+    if (!other)
+        return;
+    const QString otherName = nameInAlert(ProfileRecord::name(profileAt(*other)));
+    const QString application = nameInAlert(ApplicationBinding::applicationOf(profileAt(row)));
+    showAlert({localizedFormat("lkeySharedApplicationTitle", {otherName, application}),
+               localizedText("lkeySharedApplicationDesc"),
+               localizedText("lkeyOK"),
+               {}},
+              mProfilesWindow);
 }
 
 void KeyboardProfilesController::removeApplication()

@@ -90,6 +90,50 @@ private slots:
         QFETCH(QVariant, appInfo);
         QTEST(ApplicationBinding::applicationOf({{u"AppInfo"_s, appInfo}}), "application");
     }
+
+    void sameApplicationIsTheSameIdentifierOrSignature_data()
+    {
+        QTest::addColumn<QVariantMap>("one");
+        QTest::addColumn<QVariantMap>("other");
+        QTest::addColumn<bool>("isSame");
+        // In the order: name, executable, identifier, signature.
+        const QVariantMap racer = texts(u"Racer"_s, u"racer"_s, u"racer.desktop"_s, u"RacerClass"_s);
+        QTest::newRow("itself") << racer << racer << true;
+        QTest::newRow("the identifier, in other letters")
+            << racer << texts(u"Rennen"_s, u"x"_s, u"RACER.desktop"_s, u""_s) << true;
+        QTest::newRow("the signature of a window")
+            << racer << texts(u"racerclass"_s, u""_s, u""_s, u"racerclass"_s) << true;
+        QTest::newRow("the program of another entry, such as an interpreter")
+            << racer << texts(u"Racer"_s, u"racer"_s, u"other.desktop"_s, u""_s) << false;
+        QTest::newRow("the executable alone")
+            << texts(u"A"_s, u"game"_s, u""_s, u""_s) << texts(u"B"_s, u"Game"_s, u""_s, u""_s) << true;
+        QTest::newRow("the name alone") << texts(u"A"_s, u""_s, u""_s, u""_s) << texts(u"a"_s, u""_s, u""_s, u""_s)
+                                        << true;
+        QTest::newRow("nothing") << texts(u""_s, u""_s, u""_s, u""_s) << texts(u""_s, u""_s, u""_s, u""_s) << false;
+        QTest::newRow("no dictionaries") << QVariantMap() << QVariantMap() << false;
+    }
+
+    void sameApplicationIsTheSameIdentifierOrSignature()
+    {
+        QFETCH(QVariantMap, one);
+        QFETCH(QVariantMap, other);
+        QTEST(ApplicationBinding::nameTheSameApplication(one, other), "isSame");
+        QTEST(ApplicationBinding::nameTheSameApplication(other, one), "isSame");
+    }
+
+    void theFirstOtherProfileThatFollowsTheApplicationIsFound()
+    {
+        const QVariantMap racer = texts(u"Racer"_s, u"racer"_s, u"racer.desktop"_s, u""_s);
+        const auto profile = [&racer](int autoSwitch) {
+            return QVariantMap{{u"AppInfo"_s, racer}, {u"AutoSwitchOn"_s, autoSwitch}};
+        };
+        using ApplicationBinding::otherProfileFollowing;
+        QCOMPARE(otherProfileFollowing({profile(1)}, 0), std::nullopt);
+        QCOMPARE(otherProfileFollowing({profile(1), profile(1)}, 0), std::optional(1));
+        QCOMPARE(otherProfileFollowing({profile(0), 7, profile(1), profile(1), profile(1)}, 3), std::optional(2));
+        QCOMPARE(otherProfileFollowing({profile(0), profile(1)}, 1), std::nullopt);
+        QCOMPARE(otherProfileFollowing({profile(1)}, 5), std::nullopt);
+    }
 };
 
 QTEST_GUILESS_MAIN(ApplicationBindingTest)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The "auto switch" boxes, the application chooser that they open, and the removal of an application.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/testmain.h"
 
 #include "platform/filepanels.h"
@@ -40,7 +41,7 @@ private:
     }
     [[nodiscard]] bool isChooserOpen() const
     {
-        return mController->profileFileBrowserPanel() && mController->profileFileBrowserPanel()->isVisible();
+        return mController->applicationChooser() && mController->applicationChooser()->isVisible();
     }
 };
 
@@ -72,7 +73,7 @@ void KeyboardProfilesAutoSwitchTest::boxOfAnotherRowSwitchesFirst()
     tick(0, 0);
     QCOMPARE(mDelegate->operations(), (QStringList{u"update"_s, u"switch"_s, u"update"_s}));
     QCOMPARE(mDelegate->calls.at(1).profileID, 0);
-    QVERIFY(!mController->profileFileBrowserPanel());
+    QVERIFY(!mController->applicationChooser());
 }
 
 void KeyboardProfilesAutoSwitchTest::chooserOpensWithoutAnApplication()
@@ -81,10 +82,15 @@ void KeyboardProfilesAutoSwitchTest::chooserOpensWithoutAnApplication()
     tick(0, 1);
     QVERIFY(mDelegate->calls.isEmpty());
     QVERIFY(isChooserOpen());
-    QVERIFY(mController->profileFileBrowserPanel()->nameFilters().first().contains(u"*.app"_s));
     QCOMPARE(shownBox(0), int(Qt::Unchecked));
+    QVERIFY(chooseOtherApplication());
+    QVERIFY(!isChooserOpen());
+    QVERIFY(mController->profileFileBrowserPanel()->isVisible());
+    QVERIFY(mController->profileFileBrowserPanel()->nameFilters().first().contains(u"*.app"_s));
+    QVERIFY(mDelegate->calls.isEmpty());
     // The answer "no application" applies to the row that the user switched to.
     tick(1, 1);
+    QVERIFY(chooseOtherApplication());
     mController->profileFileBrowserPanel()->reject();
     QCOMPARE(mDelegate->operations(), (QStringList{u"switch"_s, u"update"_s}));
     QCOMPARE(shownBox(1), int(Qt::Unchecked));
@@ -93,16 +99,25 @@ void KeyboardProfilesAutoSwitchTest::chooserOpensWithoutAnApplication()
 void KeyboardProfilesAutoSwitchTest::cancellingTheChooserTurnsItOff_data()
 {
     QTest::addColumn<QString>("application");
-    QTest::newRow("without an application") << QString();
-    QTest::newRow("with one that was to be changed") << u"Racer"_s;
+    QTest::addColumn<bool>("isFilePanel");
+    QTest::newRow("without an application") << QString() << false;
+    QTest::newRow("with one that was to be changed") << u"Racer"_s << false;
+    QTest::newRow("without an application, in the file panel") << QString() << true;
+    QTest::newRow("with one that was to be changed, in the file panel") << u"Racer"_s << true;
 }
 
 void KeyboardProfilesAutoSwitchTest::cancellingTheChooserTurnsItOff()
 {
     QFETCH(QString, application);
     fillWith({profileNamed(u"A"_s, application, 1)});
+    QFETCH(bool, isFilePanel);
     choose(ProfileCommands::assignApplication);
-    mController->profileFileBrowserPanel()->reject();
+    if (isFilePanel) {
+        QVERIFY(chooseOtherApplication());
+        mController->profileFileBrowserPanel()->reject();
+    } else {
+        mController->applicationChooser()->reject();
+    }
     QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
     QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
     QCOMPARE(shownBox(0), int(Qt::Unchecked));

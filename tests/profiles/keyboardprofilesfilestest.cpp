@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The profiles tab's panels: export, import, the application of a profile.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/testmain.h"
 
 #include "base/propertylist.h"
@@ -47,14 +48,17 @@ private slots:
     void theMenuOpensThePanels()
     {
         QFETCH(int, tag);
+        QFETCH(bool, isForApplications);
         choose(tag);
+        QCOMPARE(openApplicationChooser() != nullptr, isForApplications);
+        if (isForApplications)
+            QVERIFY(chooseOtherApplication());
         const QPointer<OpenPanel> panel = mController->profileFileBrowserPanel();
         QVERIFY(panel);
         QVERIFY(panel->isVisible());
         QCOMPARE(panel->parentWidget(), mWindow.get());
         QCOMPARE(panel->windowModality(), Qt::WindowModal);
         QTEST(panel->nameFilters().join(u'|'), "filter");
-        QFETCH(bool, isForApplications);
         const QString folder = isForApplications ? ApplicationInformation::startFolder() : documentsFolder();
         QCOMPARE(panel->directory(), QDir(folder));
         QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
@@ -62,6 +66,8 @@ private slots:
         // The earlier panel is destroyed before a new one is created.
         choose(tag);
         QVERIFY(!panel);
+        if (isForApplications)
+            QVERIFY(chooseOtherApplication());
         QVERIFY(mController->profileFileBrowserPanel());
     }
 
@@ -115,16 +121,25 @@ private slots:
     void aPanelGoesWithTheProfileThatItIsFor_data()
     {
         QTest::addColumn<int>("tag");
-        QTest::newRow("export") << int(ProfileCommands::exportProfile);
-        QTest::newRow("assign application") << int(ProfileCommands::assignApplication);
+        QTest::addColumn<bool>("isOther");
+        QTest::newRow("export") << int(ProfileCommands::exportProfile) << false;
+        QTest::newRow("assign application") << int(ProfileCommands::assignApplication) << false;
+        QTest::newRow("assign application, file panel") << int(ProfileCommands::assignApplication) << true;
     }
 
     void aPanelGoesWithTheProfileThatItIsFor()
     {
         QFETCH(int, tag);
+        QFETCH(bool, isOther);
         choose(tag);
-        auto *panel = mWindow->findChild<QFileDialog *>();
-        QVERIFY(panel && panel->isVisible());
+        if (isOther)
+            QVERIFY(chooseOtherApplication());
+        QPointer<QDialog> panel;
+        for (auto *dialog : mWindow->findChildren<QDialog *>(Qt::FindDirectChildrenOnly)) {
+            if (dialog->isVisible())
+                panel = dialog;
+        }
+        QVERIFY(panel);
         mDelegate->refresh();
         QVERIFY(panel->isVisible());
         // Simulates a profile switch by the application in front.
@@ -272,6 +287,7 @@ private slots:
     {
         writeRacer();
         choose(ProfileCommands::assignApplication);
+        QVERIFY(chooseOtherApplication());
         choosePath(u"racer.desktop"_s);
         QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
         const QVariantMap appInfo{{u"application"_s, u"Racer"_s},
@@ -292,6 +308,7 @@ private slots:
         QVERIFY(QDir(mFolder->path()).mkpath(u"Racer.app/Contents"_s));
         writeFile(mFolder->filePath(u"Racer.app/Contents/Info.plist"_s), information);
         choose(ProfileCommands::assignApplication);
+        QVERIFY(chooseOtherApplication());
         choosePath(u"Racer.app"_s);
         QCOMPARE(cell(u"application"_s), QVariant(u"racer"_s));
     }
@@ -302,6 +319,7 @@ private slots:
         writeFile(mFolder->filePath(u"Racer.app/Contents/Info.plist"_s),
                   *PropertyList::writeBinary(QVariantMap{{u"CFBundleSignature"_s, u"????"_s}}));
         choose(ProfileCommands::assignApplication);
+        QVERIFY(chooseOtherApplication());
         choosePath(u"Racer.app"_s);
         QVERIFY(mDelegate->calls.isEmpty());
     }
@@ -310,8 +328,76 @@ private slots:
     {
         writeFile(mFolder->filePath(u"a.desktop"_s), "not an entry");
         choose(ProfileCommands::assignApplication);
+        QVERIFY(chooseOtherApplication());
         choosePath(u"a.desktop"_s);
         QVERIFY(mDelegate->calls.isEmpty());
+    }
+
+    void anApplicationOfTheListIsBound()
+    {
+        qputenv("XDG_DATA_HOME", QFile::encodeName(mFolder->filePath(u"share"_s)));
+        writeDesktopEntry(mFolder->filePath(u"share/applications/games/racer.desktop"_s),
+                          "Name=Kestra Racer\nExec=/opt/racer-bin\nStartupWMClass=RacerClass\n");
+        choose(ProfileCommands::assignApplication);
+        QVERIFY(chooseApplicationByName(u"kestra racer"_s));
+        const QVariantMap appInfo{{u"application"_s, u"Kestra Racer"_s},
+                                  {u"executable"_s, u"racer-bin"_s},
+                                  {u"identifier"_s, u"games-racer.desktop"_s},
+                                  {u"signature"_s, u"RacerClass"_s},
+                                  {u"version"_s, 7}};
+        QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+        QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 1}, {u"AppInfo"_s, appInfo}}));
+        QVERIFY(!alert());
+    }
+
+    void aWindowWithoutAnEntryIsBoundByItsClass()
+    {
+        choose(ProfileCommands::assignApplication);
+        QVERIFY(openApplicationChooser());
+        openApplicationChooser()->setApplications({}, {{.windowClass = u"Game.exe"_s}});
+        QVERIFY(chooseApplicationByName(u"game"_s));
+        const QVariantMap appInfo{{u"application"_s, u"Game.exe"_s},
+                                  {u"executable"_s, u""_s},
+                                  {u"identifier"_s, u""_s},
+                                  {u"signature"_s, u"Game.exe"_s},
+                                  {u"version"_s, 7}};
+        QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+        QCOMPARE(mDelegate->calls.first().settings, (QVariantMap{{u"AutoSwitchOn"_s, 1}, {u"AppInfo"_s, appInfo}}));
+    }
+
+    void theOtherProfileThatFollowsTheApplicationIsReported_data()
+    {
+        QTest::addColumn<int>("otherAutoSwitch");
+        QTest::addColumn<bool>("isRefused");
+        QTest::addColumn<bool>("isReported");
+        QTest::newRow("it follows the application") << 1 << false << true;
+        QTest::newRow("its automatic switching is off") << 0 << false << false;
+        QTest::newRow("the daemon refused the binding") << 1 << true << false;
+    }
+
+    void theOtherProfileThatFollowsTheApplicationIsReported()
+    {
+        QFETCH(int, otherAutoSwitch);
+        QFETCH(bool, isRefused);
+        QFETCH(bool, isReported);
+        fillWith({profileNamed(u"Work"_s), profileNamed(u"Play"_s, u"Game.exe"_s, otherAutoSwitch)});
+        mDelegate->answers = !isRefused;
+        choose(ProfileCommands::assignApplication);
+        QVERIFY(openApplicationChooser());
+        openApplicationChooser()->setApplications({}, {{.windowClass = u"game.exe"_s}});
+        QVERIFY(chooseApplicationByName(u"game"_s));
+        QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
+        QCOMPARE(alert() != nullptr, isReported);
+        if (!isReported)
+            return;
+        QCOMPARE(alert()->windowTitle(), u"“Play” also follows game.exe"_s);
+        // The rule by which the daemon chooses between them.
+        const QString description = alert()->accessibleDescription();
+        QVERIFY2(description.contains("active then stays active"_L1), qPrintable(description));
+        QVERIFY2(description.contains("the first one in the list"_L1), qPrintable(description));
+        press("alertDefaultButton"_L1);
+        QVERIFY(!alert());
+        QCOMPARE(mDelegate->operations(), QStringList{u"update"_s});
     }
 
     void anyReturnCodeOfTheChooserReloadsTheTable()

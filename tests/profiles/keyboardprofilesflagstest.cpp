@@ -2,6 +2,7 @@
 // The tab's memory between two operations: the first selection, a continuing deletion or binding, a name to edit, a
 // rename from the menu.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/testmain.h"
 
 #include "platform/filepanels.h"
@@ -71,6 +72,7 @@ void KeyboardProfilesFlagsTest::showUnselected()
 void KeyboardProfilesFlagsTest::bindApplication(const QString &file)
 {
     choose(ProfileCommands::assignApplication);
+    QVERIFY(chooseOtherApplication());
     OpenPanel *panel = mController->profileFileBrowserPanel();
     QVERIFY(panel);
     panel->setDirectory(mFolder.path());

@@ -6,6 +6,7 @@
 #include "platform/sheet.h"
 #include "profiles/qltableview.h"
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
@@ -36,6 +37,8 @@ enum class Scene {
     restoreAlert,
     importPanel,
     exportPanel,
+    applicationList,
+    applicationSearch,
     applicationPanel
 };
 
@@ -60,6 +63,8 @@ constexpr std::array scenes{
     NamedScene{"restore-alert", Scene::restoreAlert},
     NamedScene{"import-panel", Scene::importPanel},
     NamedScene{"export-panel", Scene::exportPanel},
+    NamedScene{"application-list", Scene::applicationList},
+    NamedScene{"application-search", Scene::applicationSearch},
     NamedScene{"application-panel", Scene::applicationPanel},
 };
 
@@ -100,6 +105,7 @@ private:
     void fillFor(Scene scene);
     /// Opens the sheet, panel or menu of the scene; null for none.
     QWidget *open(Scene scene);
+    QWidget *openFilledChooser(Scene scene);
 
     QTemporaryDir mHome;
 };
@@ -157,11 +163,36 @@ QWidget *ProfilesScreenshotsTest::open(Scene scene)
     case Scene::restoreAlert: choose(ProfileCommands::restoreDefault); return alert();
     case Scene::importPanel: choose(ProfileCommands::importProfile); return mController->profileFileBrowserPanel();
     case Scene::exportPanel: choose(ProfileCommands::exportProfile); return mController->profileSavePanel();
+    case Scene::applicationList:
+    case Scene::applicationSearch: return openFilledChooser(scene);
     case Scene::applicationPanel:
         choose(ProfileCommands::assignApplication);
-        return mController->profileFileBrowserPanel();
+        return chooseOtherApplication() ? mController->profileFileBrowserPanel() : nullptr;
     default: return nullptr;
     }
+}
+
+QWidget *ProfilesScreenshotsTest::openFilledChooser(Scene scene)
+{
+    choose(ProfileCommands::assignApplication);
+    QList<InstalledApplication> installed;
+    for (const QString &name :
+         {u"Archive Manager"_s, u"Calculator"_s, u"Document Viewer"_s, u"Files"_s, u"Racer"_s,
+          u"An application with a name that is much too long for any list of this width"_s, u"Photo Album"_s,
+          u"Text Editor"_s, u"Video Player"_s, u"Web Browser"_s, u"ファイル"_s}) {
+        InstalledApplication application;
+        application.path = u"/usr/share/applications/%1.desktop"_s.arg(installed.size());
+        application.name = name;
+        application.windowClass = name;
+        installed += application;
+    }
+    ApplicationChooser *chooser = openApplicationChooser();
+    chooser->setApplications(
+        installed,
+        {{.windowClass = u"Racer"_s}, {.windowClass = installed.at(5).name}, {.windowClass = u"Game.exe"_s}});
+    if (scene == Scene::applicationSearch)
+        QTest::keyClicks(chooser->focusWidget(), u"ra"_s);
+    return chooser;
 }
 
 void ProfilesScreenshotsTest::drawsTheTab_data()

@@ -28,5 +28,7 @@
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Profil importieren</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Profil exportieren</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profile (%@)</translation></message>
+    <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>„%@“ folgt ebenfalls %@</translation></message>
+    <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>Wenn die Anwendung in den Vordergrund kommt, bleibt das gerade aktive der beiden Profile aktiv. Ist keines aktiv, wird das erste in der Liste aktiv.</translation></message>
 </context>
 </TS>

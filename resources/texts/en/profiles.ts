@@ -28,5 +28,7 @@
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Import profile</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Export profile</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profiles (%@)</translation></message>
+    <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>“%@” also follows %@</translation></message>
+    <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>When the application comes to the front, the profile that is active then stays active. If neither is active, the first one in the list becomes active.</translation></message>
 </context>
 </TS>

@@ -28,5 +28,7 @@
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Importar perfil</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Exportar perfil</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Perfiles (%@)</translation></message>
+    <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>«%@» también sigue a %@</translation></message>
+    <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>Cuando la aplicación pasa al primer plano, el perfil que ya está activo sigue activo. Si ninguno lo está, se activa el primero de la lista.</translation></message>
 </context>
 </TS>

@@ -28,5 +28,7 @@
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Importer un profil</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Exporter le profil</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profils (%@)</translation></message>
+    <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>« %@ » est aussi associé à %@</translation></message>
+    <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>Lorsque l’application passe au premier plan, celui de ces profils qui est déjà actif le reste. Si aucun ne l’est, le premier de la liste devient actif.</translation></message>
 </context>
 </TS>

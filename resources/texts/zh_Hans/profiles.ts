@@ -28,5 +28,7 @@
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>导入配置文件</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>导出配置文件</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>配置文件 (%@)</translation></message>
+    <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>“%@”也关联了 %@</translation></message>
+    <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>当该应用程序切换到前台时，如果正在使用其中一个配置文件，则继续使用；否则使用列表中靠前的配置文件。</translation></message>
 </context>
 </TS>
