@@ -251,7 +251,6 @@ void KeyboardPicture::showEvent(QShowEvent *event)
     if (!mMotion) {
         mMotion = new MotionPreference(sharedSessionBus(), this);
         connect(mMotion, &MotionPreference::changed, this, &KeyboardPicture::askForMotion);
-        QTimer::singleShot(0, this, &KeyboardPicture::followLayout); // reading the layout must not delay the window
     }
     mLight.setSeen(true);
     QWidget::showEvent(event);
@@ -273,4 +272,8 @@ void KeyboardPicture::paintEvent(QPaintEvent *)
     const QRectF place = wordmarkPlace.translated(border, border);
     paintWordmark(painter, QRectF(mCase.topLeft() + place.topLeft() * mUnit, place.size() * mUnit), mUnit,
                   localizedText("lkeyKeysWordmark"), palette(), isActive);
+    if (!mFollowsLayout) {
+        mFollowsLayout = true;
+        QTimer::singleShot(0, this, &KeyboardPicture::followLayout); // the first picture must not wait for it
+    }
 }

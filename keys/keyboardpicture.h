@@ -77,4 +77,5 @@ private:
     QRectF mCase;
     PictureLight mLight;
     MotionPreference *mMotion = nullptr; ///< created when the picture is first shown
+    bool mFollowsLayout = false;         ///< from the first painting on
 };

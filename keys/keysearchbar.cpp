@@ -3,7 +3,6 @@
 
 #include "base/text.h"
 
-#include <QAccessible>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>

@@ -15,9 +15,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
-#include <QShortcut>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using KeyMappings::Assignment;
