@@ -11,6 +11,7 @@
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
@@ -157,6 +158,8 @@ bool Hand::confirmsTheSheet()
 
 bool Hand::choosesTheProgram(const QString &path)
 {
+    if (!chooseOtherApplication())
+        return false;
     OpenPanel *panel = mHub.controller->keysController()->openPanel();
     if (!panel || !QTest::qWaitForWindowActive(panel))
         return false;

@@ -12,6 +12,7 @@
 #include "profiles/profilecommands.h"
 #include "profiles/qltableview.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/testmain.h"
@@ -455,6 +456,7 @@ void ProfilesEndToEndTest::applicationIsBoundAndRemoved()
     QTest::mouseClick(table()->viewport(), Qt::LeftButton, {},
                       table()->visualRect(table()->model()->index(1, 3)).center());
     QCOMPARE(stored().value(SettingsKeys::deviceSettings).toMap().value(SettingsKeys::activeProfile).toInt(), 1);
+    QVERIFY(chooseOtherApplication());
     choosePath(path);
     QVariantMap profile = storedProfiles().value(1).toMap();
     QCOMPARE(profile.value(SettingsKeys::autoSwitchOn), QVariant(1));

@@ -8,6 +8,7 @@
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/testdesktop.h"
@@ -66,6 +67,7 @@ void ProfilesFocusTest::bind(int row, const QString &windowClass)
                                             "Name=" + name + "\nExec=x-" + name + "\nStartupWMClass=" + name + '\n');
     table()->selectRow(row);
     mHub->find<PulldownButton>("mSettingsProfile")->itemWithTag(ProfileCommands::assignApplication)->trigger();
+    QVERIFY(chooseOtherApplication());
     OpenPanel *panel = mHub->controller->profilesController()->profileFileBrowserPanel();
     QVERIFY(panel && panel->isVisible());
     panel->setDirectory(mFolder.path());

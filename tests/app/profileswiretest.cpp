@@ -7,6 +7,7 @@
 #include "platform/sheet.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
 
@@ -239,7 +240,7 @@ void ProfilesWireTest::tickingWithoutAnApplicationSwitchesAndUpdatesOnlyAtTheAns
     tick(0, 1);
     QCOMPARE(mDaemon->commands(), std::vector<int>{10});
     QCOMPARE(profileID(0), 0);
-    tab()->profileFileBrowserPanel()->reject();
+    tab()->applicationChooser()->reject();
     QCOMPARE(mDaemon->commands(), (std::vector<int>{10, 6}));
     QCOMPARE(profileID(1), 0);
     QCOMPARE(settings(1), (QVariantMap{{u"AutoSwitchOn"_s, 0}}));
@@ -252,6 +253,7 @@ void ProfilesWireTest::bindingAndUnbindingSendOneUpdateEach()
     const QString entry =
         writeDesktopEntry(mFolder.filePath(u"editor.desktop"_s), "Name=Editor\nExec=ed %f\nStartupWMClass=Ed\n");
     choose(ProfileCommands::assignApplication);
+    QVERIFY(chooseOtherApplication());
     finish(tab()->profileFileBrowserPanel(), entry);
     QCOMPARE(mDaemon->commands(), std::vector<int>{6});
     QCOMPARE(profileID(0), 2);

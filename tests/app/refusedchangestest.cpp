@@ -576,7 +576,7 @@ void RefusedChangesTest::commandDoesNotReachAProfileThatReplacedItsOwn()
     chooseProfile(*mHub, command);
     QCOMPARE(mDaemon->commands(), std::vector<int>{int(Command::updateProfile)});
     QVERIFY(!mHub->find<Sheet>("alert"));
-    QVERIFY(!mHub->controller->profilesController()->profileFileBrowserPanel());
+    QVERIFY(!mHub->controller->profilesController()->applicationChooser());
     QCOMPARE(table->selectedRow(), 0);
 }
 

@@ -16,6 +16,7 @@ namespace {
 
 constexpr char assignment[] = "mAssignFunction";
 constexpr char sheet[] = "mSingleKeyWindow";
+constexpr char chooser[] = "mApplicationChooser";
 constexpr char panel[] = "mOpenPanel";
 constexpr int selectedCode = 29; // Z
 constexpr uint keyB = 5;
@@ -82,11 +83,38 @@ Operation programPanel()
             .tab = keysTab,
             .kind = OperationKind::sheet,
             .subject = Subject::profilesKey,
-            .begin = [](Scene &scene) { pick(scene, KeyMappings::launchProgramPosition); },
+            .begin =
+                [](Scene &scene) {
+                    pick(scene, KeyMappings::launchProgramPosition);
+                    Person::clickIn(chooser, "mOtherApplication");
+                },
             .isOpen = isUp(panel),
             .beginCommands = {},
             .ends = {{"finished", choose, change, {Command::updateProfile}},
                      {"cancelled", [](Scene &) { Person::cancel(panel); }, {}, {}}}};
+}
+
+Operation programList()
+{
+    const auto choose = [](Scene &scene) {
+        const QString path = scene.file(u"Notes.desktop"_s);
+        if (!PropertyList::writeFileAtomically(path, "[Desktop Entry]\nType=Application\nName=N\nExec=n\n"))
+            qFatal("the test cannot write its file");
+        Person::chooseApplication(path);
+    };
+    const auto change = [](Scene &scene) {
+        scene.ledger.assignKey(selectedCode, launchProgram,
+                               QFileInfo(scene.file(u"Notes.desktop"_s)).canonicalFilePath(), u""_s);
+    };
+    return {.name = "list of programs",
+            .tab = keysTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::profilesKey,
+            .begin = [](Scene &scene) { pick(scene, KeyMappings::launchProgramPosition); },
+            .isOpen = isUp(chooser),
+            .beginCommands = {},
+            .ends = {{"finished", choose, change, {Command::updateProfile}},
+                     {"cancelled", [](Scene &) { Person::cancel(chooser); }, {}, {}}}};
 }
 
 Operation menu(const char *name, const std::function<void(Scene &)> &open, const QString &title,
@@ -124,6 +152,7 @@ std::vector<Operation> keyOperations()
     const KeyMappings::RepeatMode &twice = KeyMappings::repeatModes()[3];
     return {
         singleKeySheet(),
+        programList(),
         programPanel(),
         menu("assignment pop-up", opening(assignment), localizedText("lkeyDisable"), assigning(disabled, 0, 0)),
         menu("sub-menu of macros", openingSubMenu(KeyMappings::macroPosition), u"Mount"_s, assigning(playMacro, 2, 1)),

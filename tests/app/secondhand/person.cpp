@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The actions of the user in front of the window.
+#include "platform/applicationchooser.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
@@ -9,6 +10,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -138,4 +140,14 @@ void Person::chooseFile(const char *panelName, const QString &path)
         return;
     panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path);
     static_cast<QDialog *>(panel)->accept();
+}
+
+void Person::chooseApplication(const QString &path)
+{
+    auto *chooser = qobject_cast<ApplicationChooser *>(dialog("mApplicationChooser"));
+    if (!chooser)
+        return;
+    chooser->setApplications(InstalledApplications::read({QFileInfo(path).path()}), {});
+    QTest::keyClicks(chooser->findChild<QLineEdit *>(u"mApplicationSearchField"_s), QFileInfo(path).baseName());
+    chooser->accept();
 }

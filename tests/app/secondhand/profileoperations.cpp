@@ -18,6 +18,7 @@ namespace {
 constexpr char table[] = "mProfilesTableView";
 constexpr char gear[] = "mSettingsProfile";
 constexpr char alert[] = "alert";
+constexpr char chooser[] = "mApplicationChooser";
 constexpr char filePanel[] = "mProfileFileBrowserPanel";
 constexpr char savePanel[] = "mProfileSavePanel";
 constexpr int autoSwitchColumn = 3;
@@ -162,24 +163,34 @@ void setApplication(Scene &scene, const QString &name, const QString &executable
     scene.ledger.changeProfile({{SettingsKeys::autoSwitchOn, isOn}, {SettingsKeys::appInfo, appInfo}});
 }
 
-Operation applicationChooser(const char *name, const std::function<void(Scene &)> &open)
+/// In the list of applications, or in the file panel that its "Other…" opens.
+Operation applicationChooser(const char *name, const char *dialog, const std::function<void(Scene &)> &open)
 {
-    const auto choose = [](Scene &scene) {
+    const auto choose = [dialog](Scene &scene) {
         writeFile(scene, u"racer.desktop"_s, "[Desktop Entry]\nType=Application\nName=Racer\nExec=racer\n");
-        Person::chooseFile(filePanel, scene.file(u"racer.desktop"_s));
+        if (dialog == filePanel)
+            Person::chooseFile(filePanel, scene.file(u"racer.desktop"_s));
+        else
+            Person::chooseApplication(scene.file(u"racer.desktop"_s));
+    };
+    const auto begin = [dialog, open](Scene &scene) {
+        open(scene);
+        if (dialog == filePanel)
+            Person::clickIn(chooser, "mOtherApplication");
     };
     const auto bind = [](Scene &scene) { setApplication(scene, u"Racer"_s, u"racer"_s, u"racer.desktop"_s, 1); };
     // Cancelling the chooser turns automatic switching off.
     const auto switchOff = [](Scene &scene) { scene.ledger.changeProfile({{SettingsKeys::autoSwitchOn, 0}}); };
-    return {.name = name,
-            .tab = profilesTab,
-            .kind = OperationKind::sheet,
-            .subject = Subject::profile,
-            .begin = open,
-            .isOpen = isUp(filePanel),
-            .beginCommands = {},
-            .ends = {{"finished", choose, bind, {Command::updateProfile}},
-                     {"cancelled", [](Scene &) { Person::cancel(filePanel); }, switchOff, {Command::updateProfile}}}};
+    return {
+        .name = name,
+        .tab = profilesTab,
+        .kind = OperationKind::sheet,
+        .subject = Subject::profile,
+        .begin = begin,
+        .isOpen = isUp(dialog),
+        .beginCommands = {},
+        .ends = {{"finished", choose, bind, {Command::updateProfile}},
+                 {"cancelled", [dialog](Scene &) { Person::cancel(dialog); }, switchOff, {Command::updateProfile}}}};
 }
 
 // Files
@@ -287,7 +298,7 @@ QVariantMap defaultProfile(const Scene &scene)
 
 std::vector<Operation> profileOperations()
 {
-    Operation autoSwitch = applicationChooser("chooser of the auto-switch box", tickAutoSwitch);
+    Operation autoSwitch = applicationChooser("chooser of the auto-switch box", chooser, tickAutoSwitch);
     autoSwitch.prepare = withoutApplication;
     return {
         nameEdit("renaming by the menu", choosing(ProfileCommands::rename)),
@@ -296,7 +307,8 @@ std::vector<Operation> profileOperations()
         confirmation("deleting", ProfileCommands::deleteProfile, deleteSubject,
                      {Command::deleteProfile, Command::switchProfile, Command::replaceAllProfiles}),
         confirmation("restoring", ProfileCommands::restoreDefault, restoreSubject, {Command::updateProfile}),
-        applicationChooser("chooser of an application", choosing(ProfileCommands::assignApplication)),
+        applicationChooser("list of applications", chooser, choosing(ProfileCommands::assignApplication)),
+        applicationChooser("panel for an application", filePanel, choosing(ProfileCommands::assignApplication)),
         autoSwitch,
         importPanel(),
         exportPanel(),

@@ -112,4 +112,6 @@ void clickIn(const char *dialogName, const char *button);
 void cancel(const char *dialogName);
 /// Chooses the file `path` in the open or save panel.
 void chooseFile(const char *panelName, const QString &path);
+/// Chooses the desktop entry `path` in the list of applications.
+void chooseApplication(const QString &path);
 } // namespace Person
