@@ -323,7 +323,11 @@ void KeyboardProfilesController::restoreProfileToDefaultSettings()
 
 void KeyboardProfilesController::tickEnableOnScreenDisplay(QObject *)
 {
-    updateValueOfSetting(mEnableOnScreenDisplay->isChecked() ? 1 : 0, SettingsKeys::profileOsdOn);
+    // Without a selected row, the first profile would get the change.
+    if (selectedProfile().isEmpty())
+        showOnScreenDisplay();
+    else
+        updateValueOfSetting(mEnableOnScreenDisplay->isChecked() ? 1 : 0, SettingsKeys::profileOsdOn);
 }
 
 void KeyboardProfilesController::updateValueOfSetting(int value, const QString &key)

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void deleteWithoutASelectionDoesNothing();
     void deleteButtonNeedsADeviceAndAnotherProfile();
     void onScreenDisplayBoxSendsANumber();
+    void onScreenDisplayBoxWithoutAnActiveProfileSendsNothing();
     void controlsFollowTheirState();
     void clicksCannotRemoveTheSelection();
     void otherSheetEndsDoNothing_data();
@@ -352,6 +353,16 @@ void KeyboardProfilesControllerTest::onScreenDisplayBoxSendsANumber()
     box->setChecked(true);
     box->click();
     QCOMPARE(mDelegate->calls.last().settings, (QVariantMap{{u"ProfileOSDOn"_s, 0}}));
+}
+
+void KeyboardProfilesControllerTest::onScreenDisplayBoxWithoutAnActiveProfileSendsNothing()
+{
+    fill({u"A"_s, u"B"_s}, 9);
+    QCOMPARE(table()->selectedRow(), -1);
+    auto *box = outlet<QCheckBox>("mEnableOnScreenDisplay");
+    box->click();
+    QVERIFY(mDelegate->calls.isEmpty());
+    QVERIFY(!box->isChecked()); // as in the settings
 }
 
 void KeyboardProfilesControllerTest::controlsFollowTheirState()
