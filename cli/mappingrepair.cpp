@@ -2,7 +2,6 @@
 #include "cli/mappingrepair.h"
 
 #include "base/document.h"
-#include "cli/factoryprofile.h"
 #include "keys/mappingcleanup.h"
 
 using namespace Qt::StringLiterals;
@@ -13,10 +12,10 @@ CommandResult<void> repairMappings(DaemonClient &daemon, const QVariantMap &docu
     const CommandResult<QVariantMap> documentAfter = daemon.document();
     if (!documentAfter)
         return documentAfter.error();
-    const CommandResult<QVariantMap> factory = factoryProfile();
+    // Without default entries: the factory profile has none where the rule looks for them.
     const std::optional<QVariantList> repaired = KeyMappings::removeDeletedMacroProfileMappings(
-        Document(*documentAfter).profiles(), Document(documentBefore).macros(), factory ? *factory : QVariantMap(),
-        deletedIndex, static_cast<qint32>(assignment));
+        Document(*documentAfter).profiles(), Document(documentBefore).macros(), QVariantMap(), deletedIndex,
+        static_cast<qint32>(assignment));
     if (!repaired)
         return {};
     return daemon
