@@ -50,6 +50,10 @@ enum class Command : qint32 {
     releaseDevice = 38,
 };
 
+/// The number of every command is below this. Tests and the fuzz target of requests try all numbers up to it.
+inline constexpr qint32 commandLimit = 48;
+static_assert(static_cast<qint32>(Command::releaseDevice) < commandLimit, "the last command is below the limit");
+
 // Request keys
 inline constexpr Key productIdKey{"ProductID"};
 inline constexpr Key productName{"ProductName"};

@@ -4,7 +4,7 @@
 // 38 and when Escape is held, whatever came before. At the end the disk holds the document, keys reach the computer,
 // and no key is down.
 //
-// An input is a sequence of steps, each of which begins with a byte. A byte below `commandCount` is the number of a
+// An input is a sequence of steps, each of which begins with a byte. A byte below `commandLimit` is the number of a
 // request. The size of a property list (two bytes, high byte first) and the list itself follow. Any other byte is an
 // action, and one byte for its key, duration or other value follows.
 #include "base/daemonprotocol.h"
@@ -28,7 +28,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr quint8 commandCount = 48;
+// fuzz/make_corpus.py writes actions as bytes from here on.
+constexpr qint32 firstActionOfCorpus = 50;
+static_assert(DaemonProtocol::commandLimit <= firstActionOfCorpus, "no action of the corpus is a command");
 constexpr int maximumSteps = 64;
 
 /// Two profiles with a macro, a profile switch and a program on the keys F1 to F3; also two macros.
@@ -233,7 +235,7 @@ void request(QByteArrayView input)
     };
     for (int step = 0; step < maximumSteps && input.size() >= 2; ++step) {
         const auto kind = quint8(take(1)[0]);
-        if (kind >= commandCount) {
+        if (kind >= DaemonProtocol::commandLimit) {
             daemon.act(kind, quint8(take(1)[0]));
             continue;
         }

@@ -302,6 +302,12 @@ constexpr std::array documentCommands{
     DocumentCommand{Command::setDelay, setDelay},
 };
 
+static_assert(std::ranges::all_of(documentCommands,
+                                  [](const DocumentCommand &command) {
+                                      return static_cast<qint32>(command.command) < DaemonProtocol::commandLimit;
+                                  }),
+              "every command is below the limit of the protocol");
+
 } // namespace
 
 const DocumentCommand *findDocumentCommand(qint32 number)

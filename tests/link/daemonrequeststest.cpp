@@ -194,6 +194,7 @@ void DaemonRequestsTest::numbersOfTheCommands()
     QFETCH(int, command);
     QFETCH(int, number);
     QCOMPARE(command, number);
+    QVERIFY(command < DaemonProtocol::commandLimit);
 }
 
 QTEST_GUILESS_MAIN(DaemonRequestsTest)

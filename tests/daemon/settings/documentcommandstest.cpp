@@ -461,7 +461,7 @@ void DocumentCommandsTest::failuresChangeNothing()
 void DocumentCommandsTest::onlyFailedDeleteReturnsNoDocument()
 {
     QMap<int, ReturnsDocument> returning;
-    for (qint32 number = 0; number < 64; ++number) {
+    for (qint32 number = 0; number < DaemonProtocol::commandLimit; ++number) {
         const DocumentCommand *command = findDocumentCommand(number);
         if (command && command->returnsDocument != ReturnsDocument::never)
             returning.insert(number, command->returnsDocument);
@@ -542,7 +542,7 @@ void DocumentCommandsTest::randomRequestsKeepTheDocumentValid()
     QVariantMap document = sample();
     int changes = 0;
     for (int round = 0; round < 30'000; ++round) {
-        const DocumentCommand *command = findDocumentCommand(random.bounded(40));
+        const DocumentCommand *command = findDocumentCommand(random.bounded(DaemonProtocol::commandLimit));
         if (!command)
             continue;
         QVariantMap request;
