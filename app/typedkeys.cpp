@@ -3,7 +3,6 @@
 
 #include "app/keyboardinuse.h"
 #include "base/keycodes.h"
-#include "base/visibletext.h"
 #include "platform/sheet.h"
 
 #include <QApplication>
@@ -61,7 +60,7 @@ CaptureSource TypedKeys::source() const
         return {mHasEnded ? Kind::ended : Kind::window, {}};
     if (mKeyboard.names().isEmpty())
         return {};
-    return {Kind::realKeyboards, visibleText(mKeyboard.names().join(u", "_s), u' ')};
+    return {Kind::realKeyboards, nameInAlert(mKeyboard.names().join(u", "_s))};
 }
 
 bool TypedKeys::isListening() const

@@ -73,8 +73,8 @@ struct AlertTexts
     QString alternativeButton; ///< empty for an alert with one button
 };
 
-/// `name`, of any length, for the title of an alert: on one line (base/visibletext.h), with the middle of an unusually
-/// long name left out.
+/// `name`, of any length, for the title of an alert or the text of a sheet: on one line (base/visibletext.h), with the
+/// middle of an unusually long name left out.
 [[nodiscard]] QString nameInAlert(const QString &name);
 
 /// Return codes of an alert's buttons.

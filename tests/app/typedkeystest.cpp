@@ -447,6 +447,9 @@ void TypedKeysTest::sourceFollowsTheKeyboardInUse()
     device.name = u"Two\nlines"_s; // the names come from outside
     mDevices->plug({device});
     QTRY_COMPARE(mTyped->source(), (CaptureSource{Kind::realKeyboards, u"Two lines"_s}));
+    device.name = QString(500, u'W');
+    mDevices->plug({device});
+    QTRY_VERIFY(mTyped->source().names.startsWith(u"WWW"_s) && mTyped->source().names.size() < 100);
     mDevices->plug({});
     QTRY_COMPARE(mTyped->source(), CaptureSource());
     mDevices->release();
