@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/popupbutton.h"
+#include "platform/applicationchooser.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
@@ -125,6 +126,7 @@ private Q_SLOTS:
     void everyControlHasAName();
     void tabKeyReachesEveryControlOfATab();
     void tabKeyReachesEveryControlOfASheet();
+    void tabKeyReachesEveryControlOfTheApplicationChooser();
     void findsAControlWithoutName();
 
 private:
@@ -166,6 +168,10 @@ void AccessibilityTest::everyControlHasAName()
         faults += faultsOfNames(sheet);
         sheet->endSheet();
     }
+    ApplicationChooser chooser(ApplicationList::Windows::all, hub.window.get());
+    chooser.open();
+    QVERIFY(QTest::qWaitForWindowExposed(&chooser));
+    faults += faultsOfNames(&chooser);
     faults.removeDuplicates();
     QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
 }
@@ -209,6 +215,19 @@ void AccessibilityTest::tabKeyReachesEveryControlOfASheet()
     }
     QVERIFY(count >= 2);
     QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+}
+
+void AccessibilityTest::tabKeyReachesEveryControlOfTheApplicationChooser()
+{
+    const Hub hub;
+    ApplicationChooser chooser(ApplicationList::Windows::all, hub.window.get());
+    chooser.setApplications({}, {{.windowClass = u"Game.exe"_s}});
+    chooser.open();
+    chooser.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&chooser));
+    QTRY_VERIFY(chooser.isAncestorOf(QApplication::focusWidget()));
+    QTest::keyClicks(QApplication::focusWidget(), u"game"_s); // "Choose" is disabled before
+    QCOMPARE(unreached(&chooser), QStringList());
 }
 
 void AccessibilityTest::findsAControlWithoutName()

@@ -2,6 +2,7 @@
 // Every language of the program in the real window at its smallest size: no text is cut off in its control.
 #include "base/text.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "platform/applicationchooser.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/drawncontrols.h"
@@ -102,6 +103,11 @@ private slots:
             cut += cutTexts(sheet);
             sheet->endSheet();
         }
+        ApplicationChooser chooser(ApplicationList::Windows::all, hub.window.get());
+        chooser.setApplications({}, {{.windowClass = u"Game.exe"_s}});
+        chooser.open();
+        QVERIFY(QTest::qWaitForWindowExposed(&chooser));
+        cut += cutTexts(&chooser);
         cut.removeDuplicates();
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
     }
