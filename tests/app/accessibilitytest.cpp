@@ -3,8 +3,8 @@
 // control is named after the text that it shows, and the Tab key reaches each.
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
-#include "platform/popupbutton.h"
 #include "platform/applicationchooser.h"
+#include "platform/popupbutton.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"

@@ -115,7 +115,7 @@ void InstalledApplicationsTest::theFirstFolderWithAnIdWins()
 void InstalledApplicationsTest::anEntryOfTheUserHidesTheOneOfTheSystem_data()
 {
     QTest::addColumn<QString>("kind");
-    for (const char *kind : {"Hidden", "NoDisplay", "empty", "link to nothing"})
+    for (const char *kind : {"Hidden", "NoDisplay", "empty", "link to a device", "link to nothing"})
         QTest::newRow(kind) << QString::fromLatin1(kind);
 }
 
@@ -128,8 +128,10 @@ void InstalledApplicationsTest::anEntryOfTheUserHidesTheOneOfTheSystem()
     const QString own = path(u"own/racer.desktop"_s);
     if (kind == "empty"_L1)
         writeFile(own);
-    else if (kind == "link to nothing"_L1)
+    else if (kind == "link to a device"_L1)
         QVERIFY(QFile::link(u"/dev/null"_s, own));
+    else if (kind == "link to nothing"_L1)
+        QVERIFY(QFile::link(path(u"nothing"_s), own));
     else
         write(u"own/racer.desktop"_s, "Name=Racer\nExec=a\n" + kind.toLatin1() + "=true\n");
     QCOMPARE(names(), QStringList{u"Editor"_s});

@@ -39,6 +39,7 @@ enum class Scene {
     exportPanel,
     applicationList,
     applicationSearch,
+    sharedApplication,
     applicationPanel
 };
 
@@ -65,6 +66,7 @@ constexpr std::array scenes{
     NamedScene{"export-panel", Scene::exportPanel},
     NamedScene{"application-list", Scene::applicationList},
     NamedScene{"application-search", Scene::applicationSearch},
+    NamedScene{"shared-application", Scene::sharedApplication},
     NamedScene{"application-panel", Scene::applicationPanel},
 };
 
@@ -165,6 +167,12 @@ QWidget *ProfilesScreenshotsTest::open(Scene scene)
     case Scene::exportPanel: choose(ProfileCommands::exportProfile); return mController->profileSavePanel();
     case Scene::applicationList:
     case Scene::applicationSearch: return openFilledChooser(scene);
+    case Scene::sharedApplication:
+        choose(ProfileCommands::assignApplication);
+        openApplicationChooser()->setApplications(
+            {}, {{.windowClass =
+                      fiveProfiles().last().toMap().value(u"AppInfo"_s).toMap().value(u"signature"_s).toString()}});
+        return chooseApplicationByName(u"long"_s) ? alert() : nullptr;
     case Scene::applicationPanel:
         choose(ProfileCommands::assignApplication);
         return chooseOtherApplication() ? mController->profileFileBrowserPanel() : nullptr;
