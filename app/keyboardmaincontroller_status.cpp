@@ -2,8 +2,9 @@
 // The hub's waits for the daemon, and what it shows of them and of the daemon's state in the status line.
 #include "app/keyboardmaincontroller.h"
 
+#include "base/devicesettings.h"
 #include "base/plistnumbers.h"
-#include "base/settingskeys.h"
+#include "base/profilerecord.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "profiles/applicationbinding.h"
@@ -100,8 +101,8 @@ void KeyboardMainController::showStatus()
         const QString bound = ApplicationBinding::applicationOf(mCurrentProfileDict);
         if (application && !application->isEmpty() && !bound.isEmpty())
             application = bound; // the name that the user knows
-        state.profile = {.name = mCurrentProfileDict.value(SettingsKeys::profileName).toString(),
-                         .isGameModeOn = mDeviceSettingsDict.value(SettingsKeys::gameMode).toBool(),
+        state.profile = {.name = ProfileRecord::name(mCurrentProfileDict),
+                         .isGameModeOn = DeviceSettings(mDeviceSettingsDict).isGameModeOn(),
                          .application = application};
     }
     mStatus.setState(state);

@@ -22,11 +22,10 @@ bool isKnown(Assignment assignment)
                   != KeyMappings::defaultKeyPosition;
 }
 
-// The parameters as the window writes them: two texts for a program, two numbers for every other assignment.
-bool hasParameters(const AssignmentClip &clip)
+// A program has a path, every other assignment a number.
+bool hasParameters(const KeyMappings::Entry &entry)
 {
-    const bool isText = clip.param1.typeId() == QMetaType::QString;
-    return isText == (clip.assignment == Assignment::launchProgram);
+    return entry.is(Assignment::launchProgram) == !entry.programPath.isEmpty();
 }
 
 } // namespace
@@ -59,8 +58,8 @@ std::optional<AssignmentClip> AssignmentClip::fromMimeData(const QMimeData *data
                         .param2 = entry.param2,
                         .recordName = content.value(recordNameKey).toString()};
     if (clip.assignment == Assignment::launchProgram) {
-        clip.param1 = content.value(SettingsKeys::param1);
+        clip.param1 = entry.programPath;
         clip.param2 = QString();
     }
-    return isKnown(clip.assignment) && hasParameters(clip) ? std::optional(clip) : std::nullopt;
+    return isKnown(clip.assignment) && hasParameters(entry) ? std::optional(clip) : std::nullopt;
 }

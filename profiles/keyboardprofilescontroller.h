@@ -135,7 +135,7 @@ private:
     void report(StatusReport::Event event, const QString &path) const;
     void openApplicationChooser();
     void openFilePanel(int identifier);
-    /// `name` of what was chosen, for a report that it is no application.
+    /// `name` of what was chosen, for a report that this cannot be bound.
     void applicationChoiceDidEnd(int returnCode, const std::optional<QVariantMap> &information, const QString &name);
     void bindApplication(const QVariantMap &information, const QString &name);
     void showOtherProfileFollowing(const QVariantMap &appInfo);

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum ExitCode { succeeded = 0, refused = 1, wrongUsage = 2 };
+enum ExitCode { refused = 1, wrongUsage = 2 };
 
 int fail(const Error &error, ExitCode code)
 {
@@ -35,5 +35,5 @@ int main(int argc, char *argv[])
     if (!request)
         return fail(request.error(), wrongUsage);
     const Result<void> done = RuleHelper::carryOut(*request, RuleHelper::systemServices());
-    return done ? succeeded : fail(done.error(), refused);
+    return done ? EXIT_SUCCESS : fail(done.error(), refused);
 }

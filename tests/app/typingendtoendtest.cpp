@@ -463,10 +463,11 @@ void TypingEndToEndTest::realKeyboardIsNamedAndReceivesNothing()
         choice = std::make_unique<DeviceChoice>(folder.path());
         devicesObject = std::make_unique<DevicesObject>(*devices, *choice);
         keyboard = std::make_unique<VirtualKeyboard>();
-        (void)keyboard->keys().start(keySettingsOf(SettingsDocument::minimal(), {}));
+        KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
+        (void)keyboard->keys().start(settings);
         keyboard->showCapture(DaemonProtocol::configuratorReplyPortName); // more than a daemon would report
         keyboardObject = std::make_unique<VirtualKeyboardObject>(*keyboard);
-        QVERIFY(devices->use({u"1b2c:0001"_s}).isOk());
+        QVERIFY(devices->use({u"1b2c:0001"_s}));
         QVERIFY(devicesObject->registerOn(connection));
         QVERIFY(keyboardObject->registerOn(connection));
     });
