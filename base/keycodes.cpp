@@ -60,7 +60,7 @@ std::optional<HidUsage> KeyCodes::usageOfCode(quint16 code)
     return HidUsage{HidUsage::keyboardPage, usages[code]};
 }
 
-HidUsage KeyCodes::ownUsageOfCode(quint16 code)
+HidUsage KeyCodes::systemKeyOfCode(quint16 code)
 {
     const bool hasUsage = code < usages.size() && usages[code] != 0;
     return hasUsage ? HidUsage{HidUsage::keyboardPage, usages[code]} : HidUsage{HidUsage::systemPage, code};

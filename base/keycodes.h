@@ -25,9 +25,9 @@ inline constexpr quint16 macroKeyCount = 5;
 /// assignable key (media keys, buttons). linuxCode() turns the result into `code` again.
 [[nodiscard]] std::optional<HidUsage> usageOfCode(quint16 code);
 
-/// A usage for any `code`: linuxCode() turns the result into `code` again. Codes without an assignable key are on
-/// HidUsage::systemPage.
-[[nodiscard]] HidUsage ownUsageOfCode(quint16 code);
+/// The key as the system reports it, for any `code`: linuxCode() turns the result into `code` again. Codes without an
+/// assignable key are on HidUsage::systemPage.
+[[nodiscard]] HidUsage systemKeyOfCode(quint16 code);
 
 /// The assignable key of a keyboard that also reports the HID usage (MSC_SCAN: page in the upper 16 bits). The usage
 /// has priority over the key code of a driver or system table: it is what the key is labelled. Exception: if a key was

@@ -28,7 +28,7 @@ void DeviceDaemon::connectParts()
     connect(&mKeyboard, &CurrentKeyboard::brightnessChosen, this, [this](int level) { mOwnKeys.setBrightness(level); });
     connect(&mKeyboard, &CurrentKeyboard::macroKeyPressed, this,
             [this](KeyPath::Time time) { mCaptures.macroKeyPressed(time); });
-    connect(&mKeyboard, &CurrentKeyboard::keyChanged, this,
+    connect(&mKeyboard, &CurrentKeyboard::keyReported, this,
             [this](HidUsage key, bool isDown, KeyPath::Time time) { mCaptures.keyChanged(key, isDown, time); });
     connect(&mKeyboard, &CurrentKeyboard::keyCaptured, this,
             [this](HidUsage key, quint8 modifiers) { mCaptures.keyCaptured(key, modifiers); });

@@ -80,19 +80,19 @@ EngineOutputs KeyEngine::setGameMode(bool isOn)
     return outputs;
 }
 
-EngineOutputs KeyEngine::keyDown(HidUsage key, HidUsage own, Time now)
+EngineOutputs KeyEngine::keyDown(HidUsage key, HidUsage systemKey, Time now)
 {
     EngineOutputs outputs;
     if (std::ranges::find(mPresses, key, &Press::key) != mPresses.end())
         return outputs;
     const quint8 modifiers = heldModifiers();
-    Press &press = mPresses.emplace_back(Press{.key = key, .own = own, .isCaptured = mIsCapturing});
+    Press &press = mPresses.emplace_back(Press{.key = key, .systemKey = systemKey, .isCaptured = mIsCapturing});
     const bool isKey = key.page == HidUsage::keyboardPage && key.usage <= HidUsage::lastKey;
     if (mIsCapturing) {
         if (isKey)
             outputs.append({.kind = Kind::captured, .usage = key, .modifiers = modifiers});
     } else if (!isKey) {
-        sendKey(press, 0, own, outputs);
+        sendKey(press, 0, systemKey, outputs);
     } else if (!mIsGameModeOn || !key.isCommand()) {
         begin(press, mMap.assignment(key.usage), now, outputs);
     }
@@ -163,7 +163,7 @@ QList<HidUsage> KeyEngine::sentDown() const
 void KeyEngine::begin(Press &press, const KeyAssignment &assignment, Time now, EngineOutputs &outputs)
 {
     switch (assignment.kind) {
-    case KeyAssignment::Kind::defaultKey: sendKey(press, 0, press.own, outputs); break;
+    case KeyAssignment::Kind::defaultKey: sendKey(press, 0, press.systemKey, outputs); break;
     case KeyAssignment::Kind::sendKey:
         sendKey(press, assignment.modifiers, {HidUsage::keyboardPage, assignment.key}, outputs);
         break;
@@ -308,6 +308,6 @@ quint8 KeyEngine::heldModifiers() const
 quint8 KeyEngine::Press::heldModifiers() const
 {
     if (isCaptured)
-        return own.modifierBit();
+        return systemKey.modifierBit();
     return sendsOrdinaryKey() ? 0 : modifiers | sent.modifierBit();
 }

@@ -70,10 +70,10 @@ public:
     /// held and stops the macros that they have started.
     [[nodiscard]] EngineOutputs setGameMode(bool isOn);
 
-    /// Ignores a second press without a release, and a release without a press. `key`: finds the assignment. `own`:
-    /// what the keyboard itself reports, which a default key sends. It is another key, or one on HidUsage::systemPage,
-    /// if the system has changed the key.
-    [[nodiscard]] EngineOutputs keyDown(HidUsage key, HidUsage own, Time now);
+    /// Ignores a second press without a release, and a release without a press. `key`: finds the assignment.
+    /// `systemKey`: the key as the system reports it, which a default key sends. It differs from `key`, and may be on
+    /// HidUsage::systemPage, if a driver or a table of the system has changed the key.
+    [[nodiscard]] EngineOutputs keyDown(HidUsage key, HidUsage systemKey, Time now);
     [[nodiscard]] EngineOutputs keyDown(HidUsage key, Time now) { return keyDown(key, key, now); }
     [[nodiscard]] EngineOutputs keyUp(HidUsage key, Time now);
     /// Must be called before a key goes down that reaches the computer without this engine.
@@ -94,7 +94,7 @@ private:
     struct Press
     {
         HidUsage key;
-        HidUsage own;
+        HidUsage systemKey;
         bool isCaptured = false;
         quint8 modifiers = 0; // modifier byte
         HidUsage sent = {};   // usage 0: none

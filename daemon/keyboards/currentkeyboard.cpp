@@ -35,10 +35,10 @@ void CurrentKeyboard::connectKeyboard()
     // Signals that another thread had queued before the keyboard was replaced still arrive.
     const Keyboard *keyboard = mKeyboard;
     const KeyPath *keys = &mKeyboard->keys();
-    connect(keys, &KeyPath::keyChanged, this, [this, keyboard](HidUsage key, bool isDown, KeyPath::Time time) {
+    connect(keys, &KeyPath::keyReported, this, [this, keyboard](HidUsage key, bool isDown, KeyPath::Time time) {
         HandOver::take();
         if (keyboard == mKeyboard)
-            Q_EMIT keyChanged(key, isDown, time);
+            Q_EMIT keyReported(key, isDown, time);
     });
     connect(keys, &KeyPath::keyCaptured, this, [this, keyboard](HidUsage key, quint8 modifiers) {
         HandOver::take();

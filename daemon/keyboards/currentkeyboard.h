@@ -41,7 +41,7 @@ Q_SIGNALS:
     void gameModePressed();
     void brightnessChosen(int level);
     // As the signals of KeyPath
-    void keyChanged(HidUsage key, bool isDown, KeyPath::Time time);
+    void keyReported(HidUsage key, bool isDown, KeyPath::Time time);
     void keyCaptured(HidUsage key, quint8 modifiers);
     /// A key has switched to the profile at `index`, which may not exist. Unless a slot calls apply(), the keys return
     /// to the previous profile.

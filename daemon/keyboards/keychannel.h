@@ -26,8 +26,8 @@ public:
 
 Q_SIGNALS:
     // Emitted on the channel's thread, so a key reaches the engine without an allocation.
-    /// `time`: of the event; not after now. `own`: what the keyboard itself reports, see KeyEngine::keyDown().
-    void keyChanged(HidUsage key, bool isDown, KeyChannel::Time time, HidUsage own);
+    /// `time`: of the event; not after now. `systemKey`: as in KeyEngine::keyDown().
+    void keyChanged(HidUsage key, bool isDown, KeyChannel::Time time, HidUsage systemKey);
     /// The Macro key of the keyboard went down.
     void macroKeyPressed(KeyChannel::Time time);
     /// A key that the path does not receive is about to go down.

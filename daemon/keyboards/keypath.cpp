@@ -118,16 +118,16 @@ void KeyPath::wake()
     perform(mEngine.advance(mClock.now()));
 }
 
-void KeyPath::takeKey(HidUsage key, bool isDown, Time time, HidUsage own)
+void KeyPath::takeKey(HidUsage key, bool isDown, Time time, HidUsage systemKey)
 {
     if (!mIsStarted)
         return;
     if (mListening.isReporting) {
         mHasReportedPress = mHasReportedPress || isDown;
         HandOver::give();
-        Q_EMIT keyChanged(key, isDown, time);
+        Q_EMIT keyReported(key, isDown, time);
     }
-    perform(isDown ? mEngine.keyDown(key, own, time) : mEngine.keyUp(key, time));
+    perform(isDown ? mEngine.keyDown(key, systemKey, time) : mEngine.keyUp(key, time));
 }
 
 void KeyPath::takeOtherKey()

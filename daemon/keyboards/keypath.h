@@ -61,7 +61,7 @@ public:
     struct Listening
     {
         bool isCapturing = false; ///< presses only emit keyCaptured()
-        bool isReporting = false; ///< every key emits keyChanged(), captured or not
+        bool isReporting = false; ///< every key emits keyReported(), captured or not
         MacroKeyEffect macroKey = MacroKeyEffect::startsRecording;
         /// The last macroKeyPressed() that the sender had received.
         MacroKeyNumber lastMacroKey = 0;
@@ -87,7 +87,7 @@ public:
     void wake();
 
 Q_SIGNALS:
-    void keyChanged(HidUsage key, bool isDown, KeyPath::Time time);
+    void keyReported(HidUsage key, bool isDown, KeyPath::Time time);
     void keyCaptured(HidUsage key, quint8 modifiers);
     /// A key has switched to the profile, which is active in this path. If `index` does not exist, nothing was
     /// switched.
@@ -100,7 +100,7 @@ Q_SIGNALS:
     void macroKeyPressed(KeyPath::Time time, KeyPath::MacroKeyNumber number);
 
 private:
-    void takeKey(HidUsage key, bool isDown, Time time, HidUsage own);
+    void takeKey(HidUsage key, bool isDown, Time time, HidUsage systemKey);
     void takeOtherKey();
     void takeMacroKey(Time time);
     void setListening(const Listening &listening);

@@ -97,7 +97,7 @@ void TypedKeysTest::init()
     KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
     (void)mVirtual->keys().start(settings);
     mVirtual->keys().listen({.isCapturing = true, .isReporting = true});
-    connect(&mVirtual->keys(), &KeyPath::keyChanged, this,
+    connect(&mVirtual->keys(), &KeyPath::keyReported, this,
             [this](HidUsage key, bool isDown) { mChanges += (isDown ? u'+' : u'-') + QString::number(key.usage); });
     mVirtualObject = std::make_unique<VirtualKeyboardObject>(*mVirtual);
     startDaemon();

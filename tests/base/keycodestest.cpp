@@ -47,8 +47,8 @@ private Q_SLOTS:
 void KeyCodesTest::everyCodeIsItsOwnUsage()
 {
     for (quint16 code = 0; code < KeyCodes::codeCount; ++code)
-        QCOMPARE(KeyCodes::linuxCode(KeyCodes::ownUsageOfCode(code)), code);
-    QCOMPARE(KeyCodes::ownUsageOfCode(KEY_LEFTCTRL), (HidUsage{HidUsage::keyboardPage, 224})); // shared with Control
+        QCOMPARE(KeyCodes::linuxCode(KeyCodes::systemKeyOfCode(code)), code);
+    QCOMPARE(KeyCodes::systemKeyOfCode(KEY_LEFTCTRL), (HidUsage{HidUsage::keyboardPage, 224})); // shared with Control
     QCOMPARE(KeyCodes::linuxCode({HidUsage::systemPage, KeyCodes::codeCount}), std::nullopt);
 }
 

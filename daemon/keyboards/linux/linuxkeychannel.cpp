@@ -61,11 +61,11 @@ void LinuxKeyChannel::flush()
         mOutput->flush();
 }
 
-inline void LinuxKeyChannel::perform(TranslatorOutput output, Time time)
+inline void LinuxKeyChannel::actOn(TranslatorOutput output, Time time)
 {
     switch (output.kind) {
     case TranslatorOutput::Kind::none: break;
-    case TranslatorOutput::Kind::key: takeKey(output.usage, output.code, output.isDown, time); break;
+    case TranslatorOutput::Kind::key: announceKey(output.usage, output.code, output.isDown, time); break;
     case TranslatorOutput::Kind::passedKey: passKey(output.code, output.isDown, time); break;
     case TranslatorOutput::Kind::motion: mOutput->moveWheel(output.code, output.value); break;
     case TranslatorOutput::Kind::releaseChord: ungrabAll(); break;
@@ -74,7 +74,7 @@ inline void LinuxKeyChannel::perform(TranslatorOutput output, Time time)
 
 void LinuxKeyChannel::nodeEvent(EventDevice &node, const KeyTranslator::Event &event)
 {
-    perform(mTranslator.take(node.translatorPlace, event), event.time);
+    actOn(mTranslator.take(node.translatorPlace, event), event.time);
 }
 
 void LinuxKeyChannel::nodeRead(EventDevice &)
@@ -113,7 +113,7 @@ void LinuxKeyChannel::removeFromTranslator(EventDevice &node)
     const Time now = DeadlineTimer::now();
     TranslatorOutput output;
     while ((output = mTranslator.removeNode(place)).kind != TranslatorOutput::Kind::none)
-        perform(output, now);
+        actOn(output, now);
     mOldestKey.reset(); // these keys came up without a release by the user, so they are not measured
     if (--mGrabbedNodes > 0)
         return flush();
@@ -122,13 +122,13 @@ void LinuxKeyChannel::removeFromTranslator(EventDevice &node)
     flush();
 }
 
-void LinuxKeyChannel::takeKey(quint16 usage, quint16 code, bool isDown, Time time)
+void LinuxKeyChannel::announceKey(quint16 usage, quint16 code, bool isDown, Time time)
 {
     if (!mOldestKey)
         mOldestKey = time;
     // Of two nodes, the one that is read later may have the older event.
     mLatestTime = std::max(mLatestTime, time);
-    Q_EMIT keyChanged({HidUsage::keyboardPage, usage}, isDown, mLatestTime, KeyCodes::ownUsageOfCode(code));
+    Q_EMIT keyChanged({HidUsage::keyboardPage, usage}, isDown, mLatestTime, KeyCodes::systemKeyOfCode(code));
 }
 
 bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown, Time time)

@@ -56,8 +56,8 @@ private:
     void nodeDroppedEvents(EventDevice &node) override;
     void nodeStateChanged(EventDevice &node) override;
 
-    void perform(TranslatorOutput output, Time time);
-    void takeKey(quint16 usage, quint16 code, bool isDown, Time time);
+    void actOn(TranslatorOutput output, Time time);
+    void announceKey(quint16 usage, quint16 code, bool isDown, Time time);
     void passKey(quint16 code, bool isDown, Time time);
     [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown, Time time);
     void removeFromTranslator(EventDevice &node);

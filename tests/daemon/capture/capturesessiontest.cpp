@@ -114,7 +114,7 @@ void CaptureSessionTest::init()
     mCurrentKeyboard = std::make_unique<CurrentKeyboard>();
     mOnTheFly = std::make_unique<OnTheFlySession>(*mSettings, *mCurrentKeyboard, mServices);
     mSession = std::make_unique<CaptureSession>(*mCurrentKeyboard, *mOnTheFly, mServices);
-    connect(mCurrentKeyboard.get(), &CurrentKeyboard::keyChanged, this,
+    connect(mCurrentKeyboard.get(), &CurrentKeyboard::keyReported, this,
             [this](HidUsage key, bool isDown, KeyPath::Time time) { mSession->keyChanged(key, isDown, time); });
     connect(mCurrentKeyboard.get(), &CurrentKeyboard::keyCaptured, this,
             [this](HidUsage key, quint8 modifiers) { mSession->keyCaptured(key, modifiers); });

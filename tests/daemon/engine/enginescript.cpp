@@ -170,11 +170,11 @@ QString EngineScript::runEvent(const QStringList &words)
     if (words.first() == "wait"_L1 || words.first() == "stall"_L1)
         return pass(words);
     const std::optional<HidUsage> key = usageOf(words.value(1));
-    const std::optional<HidUsage> own = words.value(2) == "as"_L1 ? usageOf(words.value(3)) : key;
-    if (!key || !own)
+    const std::optional<HidUsage> systemKey = words.value(2) == "as"_L1 ? usageOf(words.value(3)) : key;
+    if (!key || !systemKey)
         return u"no such key"_s;
     if (words.first() == "press"_L1)
-        take(mEngine.keyDown(*key, *own, mNow));
+        take(mEngine.keyDown(*key, *systemKey, mNow));
     else if (words.first() == "release"_L1)
         take(mEngine.keyUp(*key, mNow));
     else

@@ -306,7 +306,7 @@ void KeyPathTest::macroRunsByTheTimeOfTheKey()
 void KeyPathTest::keysAreReportedWithTheirOwnTimeWhenWanted()
 {
     QList<std::pair<quint16, KeyPath::Time>> reported;
-    connect(mPath.get(), &KeyPath::keyChanged, this,
+    connect(mPath.get(), &KeyPath::keyReported, this,
             [&](HidUsage key, bool, KeyPath::Time time) { reported.emplaceBack(key.usage, time); });
     tap(keyA);
     QVERIFY(reported.isEmpty());

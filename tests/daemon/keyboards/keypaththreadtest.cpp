@@ -153,7 +153,7 @@ void KeyPathThreadTest::stormLeavesNoKeyDown()
     connect(&current, &CurrentKeyboard::programChosen, this,
             [&](const QString &program) { programs += program == "/program"_L1; });
     connect(&current, &CurrentKeyboard::keyCaptured, this, [&] { ++captured; });
-    connect(&current, &CurrentKeyboard::keyChanged, this, [&] { ++reported; });
+    connect(&current, &CurrentKeyboard::keyReported, this, [&] { ++reported; });
     current.use(keyboard, stored);
 
     Storm storm(keyboard, seed + 100);

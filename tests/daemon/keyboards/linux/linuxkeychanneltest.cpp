@@ -67,9 +67,9 @@ void LinuxKeyChannelTest::init()
     mKeys.clear();
     // Like the key path without assignments.
     connect(mChannel.get(), &KeyChannel::keyChanged, this,
-            [this](HidUsage usage, bool isDown, KeyChannel::Time, HidUsage own) {
+            [this](HidUsage usage, bool isDown, KeyChannel::Time, HidUsage systemKey) {
                 mKeys += u"%1 %2"_s.arg(usage.usage).arg(isDown ? "down"_L1 : "up"_L1);
-                mChannel->send(own, isDown);
+                mChannel->send(systemKey, isDown);
                 mChannel->flush();
             });
 }

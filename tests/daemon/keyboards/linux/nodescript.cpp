@@ -103,11 +103,11 @@ void NodeScript::show(const TranslatorOutput &output)
     }
 }
 
-void NodeScript::showKey(const QString &key, bool isDown, const QString &own)
+void NodeScript::showKey(const QString &key, bool isDown, const QString &systemKey)
 {
     if (isDown)
         mDown += key;
     else
         mDown -= key;
-    mOutputs += key + own + (isDown ? u" down"_s : u" up"_s);
+    mOutputs += key + systemKey + (isDown ? u" down"_s : u" up"_s);
 }

@@ -24,7 +24,7 @@ private:
     void take(int index, const KeyTranslator::Event &event);
     void remove(int index);
     void show(const TranslatorOutput &output);
-    void showKey(const QString &key, bool isDown, const QString &own = {});
+    void showKey(const QString &key, bool isDown, const QString &systemKey = {});
 
     KeyTranslator mTranslator;
     QHash<QString, int> mNodes;
