@@ -106,16 +106,11 @@ void DevicesAdaptorTest::listReportsEachKeyboard()
     QCOMPARE(reply.signature(), u"aa{sv}"_s);
     const auto list = qdbus_cast<QList<QVariantMap>>(reply.arguments().value(0));
     QCOMPARE(list.size(), 2);
-    const QVariantMap expected{{u"Id"_s, u"1b2c:0001"_s},
-                               {u"Name"_s, u"Keyboard 1"_s},
-                               {u"Kind"_s, u"keyboard"_s},
-                               {u"Vendor"_s, ushort(0x1b2c)},
-                               {u"Product"_s, ushort(1)},
-                               {u"Serial"_s, u"S1"_s},
-                               {u"Path"_s, u"port-1"_s},
-                               {u"Nodes"_s, QStringList{u"/dev/input/event1"_s}},
-                               {u"InUse"_s, false},
-                               {u"Problem"_s, u""_s},
+    const QVariantMap expected{{u"Id"_s, u"1b2c:0001"_s},  {u"Name"_s, u"Keyboard 1"_s},
+                               {u"Kind"_s, u"keyboard"_s}, {u"Vendor"_s, ushort(0x1b2c)},
+                               {u"Product"_s, ushort(1)},  {u"Serial"_s, u"S1"_s},
+                               {u"Path"_s, u"port-1"_s},   {u"Nodes"_s, QStringList{u"/dev/input/event1"_s}},
+                               {u"InUse"_s, false},        {u"Problem"_s, u""_s},
                                {u"Obstacle"_s, u""_s}};
     QCOMPARE(list.at(0), expected);
     QCOMPARE(list.at(1).value(u"Problem"_s), QVariant(u"No right to it."_s));
