@@ -34,9 +34,12 @@ void send(const QDBusMessage &message, QObject *context, const DaemonObject::The
 
 } // namespace
 
-void DaemonObject::call(QLatin1StringView method, QObject *context, const Then &then) const
+void DaemonObject::call(QLatin1StringView method, QObject *context, const Then &then,
+                        const QVariantList &arguments) const
 {
-    send(callTo(mPath, mInterface, method), context, then);
+    QDBusMessage message = callTo(mPath, mInterface, method);
+    message.setArguments(arguments);
+    send(message, context, then);
 }
 
 void DaemonObject::read(QLatin1StringView property, QObject *context,

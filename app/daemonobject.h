@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An object of the daemon on the bus, as the status line uses it: no call waits. Main thread only.
+// An object of the daemon on the bus, for callers that must not wait. Main thread only.
 #pragma once
 
 #include <QDBusMessage>
@@ -18,7 +18,7 @@ public:
 
     /// Calls a method. Later, `then` gets the reply or the error, unless `context` has been destroyed. Without a limit:
     /// a stopped daemon answers when it continues, and one that ends causes an error.
-    void call(QLatin1StringView method, QObject *context, const Then &then) const;
+    void call(QLatin1StringView method, QObject *context, const Then &then, const QVariantList &arguments = {}) const;
     /// Reads a property. Later, `then` gets its value, absent after an error, unless `context` has been destroyed.
     void read(QLatin1StringView property, QObject *context,
               const std::function<void(const std::optional<QVariant> &)> &then) const;

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/mainwindow.h"
 
+#include "app/attachedkeyboards.h"
+#include "app/keyboardchooser.h"
 #include "app/keyboardmaincontroller.h"
 #include "app/keyboardmaintenancecontroller.h"
 #include "app/productlogo.h"
+#include "app/ruleprocess.h"
 #include "base/text.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "lighting/keyboardlightingcontroller.h"
@@ -76,9 +79,7 @@ void MainWindow::assemble(KeyboardMainController *controller)
     layout->addSpacing(10);
     layout->addWidget(createTabs(), 1);
     layout->addSpacing(4);
-    mOutlets.mStatusLine = new StatusLine;
-    mOutlets.mStatusLine->setObjectName("mStatusLine"_L1);
-    layout->addWidget(mOutlets.mStatusLine);
+    layout->addLayout(createStatusRow());
     setCentralWidget(central);
     createDeviceNotFoundSheet();
     createRestoringStateSheet();
@@ -184,6 +185,33 @@ QWidget *MainWindow::createTabs()
     connect(help, &QShortcut::activated, tabView,
             [tabView] { HelpViewer::gotoPage(tabView->currentWidget()->property(helpPageProperty).toString()); });
     return tabView;
+}
+
+QLayout *MainWindow::createStatusRow()
+{
+    auto *row = new QHBoxLayout;
+    mOutlets.mStatusLine = new StatusLine;
+    mOutlets.mStatusLine->setObjectName("mStatusLine"_L1);
+    auto *button = new QToolButton;
+    button->setObjectName("mKeyboardButton"_L1);
+    button->setText(localizedText("lkeyChooserOpen"));
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    connect(button, &QToolButton::clicked, this, &MainWindow::openKeyboardChooser);
+    row->addWidget(mOutlets.mStatusLine, 1);
+    row->addWidget(button);
+    return row;
+}
+
+void MainWindow::openKeyboardChooser()
+{
+    if (!mKeyboardChooser) {
+        mAttachedKeyboards = new AttachedKeyboards(this);
+        mRuleProcess = new RuleProcess(RuleProcess::installedPrograms(), this);
+        mKeyboardChooser = new KeyboardChooser(*mAttachedKeyboards, *mRuleProcess, this);
+        mAttachedKeyboards->start();
+    }
+    mKeyboardChooser->show(this);
 }
 
 void MainWindow::createDeviceNotFoundSheet()

@@ -8,8 +8,12 @@
 
 #include <functional>
 
+class AttachedKeyboards;
+class KeyboardChooser;
 class KeyboardMainController;
 class QHBoxLayout;
+class QLayout;
+class RuleProcess;
 
 /// Closing the window quits the program. The window outlives the hub, whose controllers use its widgets.
 class MainWindow : public QMainWindow
@@ -28,11 +32,16 @@ protected:
 private:
     QWidget *createHeader();
     QWidget *createTabs();
+    QLayout *createStatusRow();
     void createDeviceNotFoundSheet();
     void createRestoringStateSheet();
+    void openKeyboardChooser();
     void addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
                          const std::function<void(QObject *sender)> &action);
 
     KeyboardMainController *mController = nullptr;
     MainWindowOutlets mOutlets;
+    KeyboardChooser *mKeyboardChooser = nullptr; // made when it is first opened, with its two sources
+    AttachedKeyboards *mAttachedKeyboards = nullptr;
+    RuleProcess *mRuleProcess = nullptr;
 };

@@ -57,6 +57,15 @@ QString meaningOf(const QVariantMap &device)
                                          : u"one keyboard of the make %1"_s.arg(make);
 }
 
+/// `word` as one word of a shell's command line.
+QString quotedForShell(QString word)
+{
+    static const QRegularExpression plain(u"\\A[A-Za-z0-9._/-]+\\z"_s);
+    if (plain.match(word).hasMatch())
+        return word;
+    return u'\'' + word.replace(u'\'', "'\\''"_L1) + u'\'';
+}
+
 QString eventDeviceLine(const QVariantMap &device)
 {
     return u"ACTION!=\"remove\", SUBSYSTEM==\"input\", KERNEL==\"event*\", ATTRS{id/vendor}==\"%1\", "
@@ -67,18 +76,28 @@ QString eventDeviceLine(const QVariantMap &device)
 
 } // namespace
 
-std::optional<QString> deviceRule(const QVariantMap &device, uint userId)
+std::optional<QStringList> deviceRuleCommands(const QVariantMap &device, const QString &program)
 {
     const QString id = device.value(DeviceKeys::id).toString();
     if (!canBeNamed(device) || !isPlainId(id))
+        return {};
+    return QStringList{
+        u"%1 device rule %2 | sudo tee /etc/udev/rules.d/70-quill-kestra-%2.rules"_s.arg(quotedForShell(program), id),
+        u"sudo udevadm control --reload && sudo udevadm trigger --action=change "
+        "--subsystem-match=input --subsystem-match=misc --subsystem-match=leds"_s};
+}
+
+std::optional<QString> deviceRule(const QVariantMap &device, uint userId)
+{
+    const std::optional<QStringList> commands = deviceRuleCommands(device, u"kestractl"_s);
+    if (!commands)
         return {};
     const QString hid = u"????:%1:%2.*"_s.arg(hexadecimal(device.value(DeviceKeys::vendor).toUInt()).toUpper(),
                                               hexadecimal(device.value(DeviceKeys::product).toUInt()).toUpper());
     return QStringList{
         u"# Lets the user at the seat use %1 with Quill Kestra. To install it:"_s.arg(meaningOf(device)),
-        u"#   kestractl device rule %1 | sudo tee /etc/udev/rules.d/70-quill-kestra-%1.rules"_s.arg(id),
-        u"#   sudo udevadm control --reload && sudo udevadm trigger --action=change --subsystem-match=input "
-        "--subsystem-match=misc --subsystem-match=leds"_s,
+        u"#   "_s + commands->at(0),
+        u"#   "_s + commands->at(1),
         u"# To take it back, remove this file and restart the computer. Until then, devices keep the right."_s,
         eventDeviceLine(device),
         u"ACTION!=\"remove\", SUBSYSTEM==\"misc\", KERNEL==\"uinput\", OPTIONS+=\"static_node=uinput\", "

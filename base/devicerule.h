@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <optional>
@@ -17,6 +18,10 @@
 /// right to the daemon's output device, and the user with the number `userId` may set the keyboard's light.
 /// Absent if no rule can name the keyboard, or if its id is not made of letters, digits and . : - _
 [[nodiscard]] std::optional<QString> deviceRule(const QVariantMap &device, uint userId);
+
+/// The two commands for a terminal that install the rule. `program` is kestractl, as a path or from the search path.
+/// Absent if no rule can name the keyboard, or if its id is not made of letters, digits and . : - _
+[[nodiscard]] std::optional<QStringList> deviceRuleCommands(const QVariantMap &device, const QString &program);
 
 /// The rules file for the event devices of the keyboard alone. Absent if no rule can name the keyboard.
 [[nodiscard]] std::optional<QString> eventDeviceRule(const QVariantMap &device);

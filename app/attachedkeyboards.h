@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// The keyboards that are plugged in, as the daemon's object /Devices lists them, and the choice among them. Never waits
+// for the daemon, which may also come later, go, and come back. Main thread only.
+#pragma once
+
+#include "base/result.h"
+
+#include <QList>
+#include <QObject>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+
+class QDBusMessage;
+
+class AttachedKeyboards : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Then = std::function<void(const Result<void> &done)>;
+
+    using QObject::QObject;
+
+    /// Begins to follow the daemon. Must be called once.
+    void start();
+
+    /// The keyboards, with the keys of base/devicekeys.h. Absent until the daemon has answered, and after it has gone.
+    /// Names, serial numbers and ports come from the keyboards: show them with visibleText().
+    [[nodiscard]] const std::optional<QList<QVariantMap>> &list() const { return mList; }
+
+    /// Uses the keyboard from now on, in place of those used before. `then` gets the daemon's reason for a refusal, an
+    /// English sentence.
+    void use(const QString &id, const Then &then);
+    /// Uses the virtual keyboard again.
+    void release(const Then &then);
+
+Q_SIGNALS:
+    void changed();
+
+private Q_SLOTS:
+    void read();
+
+private:
+    void set(const std::optional<QList<QVariantMap>> &list);
+
+    std::optional<QList<QVariantMap>> mList;
+};

@@ -1,0 +1,315 @@
+// SPDX-License-Identifier: MIT
+#include "app/keyboardchooser.h"
+
+#include "app/attachedkeyboards.h"
+#include "base/devicekeys.h"
+#include "base/devicerule.h"
+#include "base/text.h"
+#include "base/visibletext.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSignalBlocker>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum Column { nameColumn, connectionColumn, stateColumn };
+
+constexpr QChar replacement(0xFFFD);
+constexpr int idRole = Qt::UserRole;
+
+QString textOf(const QVariantMap &keyboard, DeviceKeys::Key key)
+{
+    return visibleText(keyboard.value(key).toString(), replacement);
+}
+
+/// How the keyboard is connected, by its port and its serial number; Bluetooth has no port, and an address as number.
+QString connectionOf(const QVariantMap &keyboard)
+{
+    static const QRegularExpression address(u"\\A(?:[0-9a-f]{2}:){5}[0-9a-f]{2}\\z"_s,
+                                            QRegularExpression::CaseInsensitiveOption);
+    const QString port = keyboard.value(DeviceKeys::path).toString();
+    if (port.contains("usb"_L1))
+        return localizedText("lkeyChooserUsb");
+    if (port.contains("serio"_L1) || port.contains("platform"_L1))
+        return localizedText("lkeyChooserBuiltIn");
+    if (address.match(keyboard.value(DeviceKeys::serial).toString()).hasMatch())
+        return localizedText("lkeyChooserBluetooth");
+    return localizedText("lkeyChooserOtherConnection");
+}
+
+bool needsRight(const QVariantMap &keyboard)
+{
+    return keyboard.value(DeviceKeys::obstacle).toString() == DeviceKeys::obstacleNoRight;
+}
+
+bool canBeUsed(const QVariantMap &keyboard)
+{
+    const QString obstacle = keyboard.value(DeviceKeys::obstacle).toString();
+    // A program that has grabbed the keyboard may have ended; using it again tries.
+    return obstacle.isEmpty() || obstacle == DeviceKeys::obstacleTaken;
+}
+
+QString stateOf(const QVariantMap &keyboard)
+{
+    const QString obstacle = keyboard.value(DeviceKeys::obstacle).toString();
+    if (keyboard.value(DeviceKeys::isInUse).toBool())
+        return localizedText("lkeyChooserInUse");
+    if (obstacle.isEmpty())
+        return localizedText("lkeyChooserReady");
+    if (obstacle == DeviceKeys::obstacleNoRight)
+        return localizedText("lkeyChooserNoRight");
+    if (obstacle == DeviceKeys::obstacleTaken)
+        return localizedText("lkeyChooserTaken");
+    if (obstacle == DeviceKeys::obstaclePointer)
+        return localizedText("lkeyChooserPointer");
+    if (obstacle == DeviceKeys::obstacleElsewhere)
+        return localizedText("lkeyChooserElsewhere");
+    return localizedText("lkeyChooserUnusable");
+}
+
+QString wordsOf(RuleProcess::Failure failure, const QString &problem)
+{
+    switch (failure) {
+    case RuleProcess::Failure::dismissed: return localizedText("lkeyChooserDismissed");
+    case RuleProcess::Failure::impossible: return localizedText("lkeyChooserImpossible");
+    case RuleProcess::Failure::refused: break;
+    }
+    return localizedFormat("lkeyChooserFailed", {visibleText(problem, replacement)});
+}
+
+QLabel *wrappedLabel(const char *objectName)
+{
+    auto *label = new QLabel;
+    label->setObjectName(QLatin1StringView(objectName));
+    label->setTextFormat(Qt::PlainText); // the names of keyboards are in it
+    label->setWordWrap(true);
+    return label;
+}
+
+} // namespace
+
+KeyboardChooser::KeyboardChooser(AttachedKeyboards &keyboards, RuleProcess &rules, QWidget *parent)
+    : Sheet(parent), mKeyboards(keyboards), mRules(rules), mList(new QTreeWidget),
+      mState(wrappedLabel("mChooserState")), mRemedy(wrappedLabel("mChooserRemedy")), mRemedyText(new QPlainTextEdit),
+      mRemoveRule(new QCheckBox(localizedText("lkeyChooserRemoveRule"))),
+      mRelease(new QPushButton(localizedText("lkeyChooserRelease"))),
+      mUse(new QPushButton(localizedText("lkeyChooserUse")))
+{
+    setObjectName("mKeyboardChooser"_L1);
+    setWindowTitle(localizedText("lkeyChooserTitle"));
+    mList->setObjectName("mChooserList"_L1);
+    mList->setAccessibleName(localizedText("lkeyChooserTitle"));
+    mList->setRootIsDecorated(false);
+    mList->setAllColumnsShowFocus(true);
+    mList->setHeaderLabels(
+        {localizedText("lkeyChooserName"), localizedText("lkeyChooserConnection"), localizedText("lkeyChooserState")});
+    mList->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    mList->header()->setSectionResizeMode(nameColumn, QHeaderView::Stretch);
+    mList->header()->setStretchLastSection(false);
+    mRemedyText->setObjectName("mChooserRemedyText"_L1);
+    mRemedyText->setReadOnly(true);
+    mRemedyText->setTabChangesFocus(true);
+    mRemedyText->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // the lines wrap
+    mRemedyText->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    mRemedyText->setFixedHeight(mRemedyText->fontMetrics().lineSpacing() * 5);
+    mRemoveRule->setObjectName("mChooserRemoveRule"_L1);
+    mRelease->setObjectName("mChooserRelease"_L1);
+    mUse->setObjectName("mChooserUse"_L1);
+    auto *wayOut = wrappedLabel("mChooserWayOut");
+    wayOut->setText(localizedText("lkeyChooserWayOut"));
+    auto *close = new QPushButton(localizedText("lkeyClose"));
+    close->setObjectName("mChooserClose"_L1);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(mRelease);
+    buttons->addStretch();
+    buttons->addWidget(close);
+    buttons->addWidget(mUse);
+    auto *layout = new QVBoxLayout(this);
+    layout->setSpacing(10);
+    layout->addWidget(mList, 1);
+    layout->addWidget(mState);
+    layout->addWidget(mRemedy);
+    layout->addWidget(mRemedyText);
+    layout->addWidget(wayOut);
+    layout->addWidget(mRemoveRule);
+    layout->addLayout(buttons);
+    setMinimumSize(620, 380);
+    setCancelButton(close);
+
+    connect(&mKeyboards, &AttachedKeyboards::changed, this, &KeyboardChooser::readList);
+    connect(&mRules, &RuleProcess::finished, this, &KeyboardChooser::ruleFinished);
+    connect(mList, &QTreeWidget::currentItemChanged, this, &KeyboardChooser::showSelected);
+    connect(mList, &QTreeWidget::itemActivated, mUse, &QPushButton::click);
+    connect(mUse, &QPushButton::clicked, this, &KeyboardChooser::use);
+    connect(mRelease, &QPushButton::clicked, this, &KeyboardChooser::release);
+    connect(close, &QPushButton::clicked, this, [this] { endSheet(); });
+    readList();
+}
+
+void KeyboardChooser::show(QWidget *window)
+{
+    beginSheet(window);
+    mList->setFocus();
+}
+
+QVariantMap KeyboardChooser::selected() const
+{
+    const QTreeWidgetItem *item = mList->currentItem();
+    if (!item || !mKeyboards.list())
+        return {};
+    const QString id = item->data(nameColumn, idRole).toString();
+    const auto keyboard = std::ranges::find_if(*mKeyboards.list(), [&id](const QVariantMap &candidate) {
+        return candidate.value(DeviceKeys::id).toString() == id;
+    });
+    return keyboard == mKeyboards.list()->end() ? QVariantMap() : *keyboard;
+}
+
+bool KeyboardChooser::isInUse() const
+{
+    return mKeyboards.list() && std::ranges::any_of(*mKeyboards.list(), [](const QVariantMap &keyboard) {
+               return keyboard.value(DeviceKeys::isInUse).toBool();
+           });
+}
+
+void KeyboardChooser::readList()
+{
+    const QString current = selected().value(DeviceKeys::id).toString();
+    {
+        const QSignalBlocker blocker(mList);
+        mList->clear();
+        for (const QVariantMap &keyboard : mKeyboards.list().value_or(QList<QVariantMap>())) {
+            auto *item = new QTreeWidgetItem(
+                mList, {textOf(keyboard, DeviceKeys::name), connectionOf(keyboard), stateOf(keyboard)});
+            item->setData(nameColumn, idRole, keyboard.value(DeviceKeys::id));
+            item->setToolTip(nameColumn, textOf(keyboard, DeviceKeys::name));
+            const bool isCurrent = current.isEmpty() ? keyboard.value(DeviceKeys::isInUse).toBool()
+                                                     : keyboard.value(DeviceKeys::id).toString() == current;
+            if (isCurrent)
+                mList->setCurrentItem(item);
+        }
+        if (!mList->currentItem() && mList->topLevelItemCount() > 0)
+            mList->setCurrentItem(mList->topLevelItem(0));
+    }
+    showSelected();
+}
+
+void KeyboardChooser::showSelected()
+{
+    const QVariantMap keyboard = selected();
+    if (mRules.isRunning())
+        mState->setText(localizedText("lkeyChooserAsking"));
+    else if (!mKeyboards.list())
+        mState->setText(localizedText("lkeyChooserNoService"));
+    else if (keyboard.isEmpty())
+        mState->setText(localizedText("lkeyChooserNone"));
+    else
+        mState->setText(
+            localizedFormat("lkeyChooserSelected", {textOf(keyboard, DeviceKeys::name), stateOf(keyboard)}));
+    const bool isSelectedInUse = keyboard.value(DeviceKeys::isInUse).toBool();
+    const bool canInstall = needsRight(keyboard) && mRules.isAvailable() && eventDeviceRule(keyboard).has_value();
+    mUse->setEnabled(!mRules.isRunning() && !keyboard.isEmpty() && !isSelectedInUse
+                     && (canBeUsed(keyboard) || canInstall));
+    mUse->setDefault(mUse->isEnabled());
+    mRelease->setEnabled(!mRules.isRunning() && isInUse());
+    mRemoveRule->setVisible(mRules.isAvailable());
+    mRemoveRule->setEnabled(mRelease->isEnabled());
+    showRemedy(keyboard);
+}
+
+void KeyboardChooser::showRemedy(const QVariantMap &keyboard)
+{
+    const std::optional<QString> rule = eventDeviceRule(keyboard);
+    const std::optional<QStringList> commands =
+        deviceRuleCommands(keyboard, QCoreApplication::applicationDirPath() + "/kestractl"_L1);
+    const bool isRight = needsRight(keyboard) && rule && commands;
+    if (isRight && mRules.isAvailable()) {
+        mRemedy->setText(localizedText("lkeyChooserRule"));
+        mRemedyText->setPlainText(*rule);
+    } else if (isRight) {
+        mRemedy->setText(localizedText("lkeyChooserCommands"));
+        mRemedyText->setPlainText(commands->join(u'\n'));
+    } else if (keyboard.value(DeviceKeys::obstacle).toString() == DeviceKeys::obstacleTaken) {
+        mRemedy->setText(localizedText("lkeyChooserTakenRemedy"));
+    } else if (keyboard.value(DeviceKeys::obstacle).toString() == DeviceKeys::obstaclePointer) {
+        mRemedy->setText(localizedText("lkeyChooserPointerRemedy"));
+    } else if (keyboard.value(DeviceKeys::obstacle).toString() == DeviceKeys::obstacleElsewhere) {
+        mRemedy->setText(localizedText("lkeyChooserElsewhereRemedy"));
+    } else {
+        mRemedy->clear(); // the reason of other obstacles is rare, and in the daemon's own words
+        if (!keyboard.value(DeviceKeys::obstacle).toString().isEmpty())
+            mRemedy->setText(textOf(keyboard, DeviceKeys::problem));
+    }
+    mRemedy->setVisible(!mRemedy->text().isEmpty());
+    mRemedyText->setVisible(isRight);
+    mRemedyText->setAccessibleName(mRemedy->text());
+}
+
+void KeyboardChooser::say(const QString &text)
+{
+    mState->setText(text);
+}
+
+void KeyboardChooser::use()
+{
+    const QVariantMap keyboard = selected();
+    if (!mUse->isEnabled() || keyboard.isEmpty())
+        return;
+    if (canBeUsed(keyboard))
+        return useSelected();
+    mKeyboardOfRule = keyboard.value(DeviceKeys::id).toString();
+    mIsRemoval = false;
+    mRules.install(keyboard.value(DeviceKeys::nodes).toStringList().value(0));
+    showSelected();
+}
+
+void KeyboardChooser::useSelected()
+{
+    const QVariantMap keyboard = selected();
+    mKeyboards.use(keyboard.value(DeviceKeys::id).toString(), [this](const Result<void> &used) {
+        if (!used)
+            say(visibleText(used.error().message, replacement));
+    });
+}
+
+void KeyboardChooser::release()
+{
+    const bool isRuleRemoved = mRemoveRule->isChecked() && mRules.isAvailable();
+    const auto inUse = std::ranges::find_if(
+        *mKeyboards.list(), [](const QVariantMap &keyboard) { return keyboard.value(DeviceKeys::isInUse).toBool(); });
+    const QVariantMap keyboard = inUse == mKeyboards.list()->end() ? QVariantMap() : *inUse;
+    mKeyboards.release([this, isRuleRemoved, keyboard](const Result<void> &released) {
+        if (!released)
+            return say(visibleText(released.error().message, replacement));
+        if (!isRuleRemoved)
+            return;
+        mKeyboardOfRule = keyboard.value(DeviceKeys::id).toString();
+        mIsRemoval = true;
+        mRules.remove(keyboard.value(DeviceKeys::nodes).toStringList().value(0));
+        showSelected();
+    });
+}
+
+void KeyboardChooser::ruleFinished(const RuleProcess::Outcome &outcome)
+{
+    showSelected();
+    if (!outcome)
+        return say(wordsOf(outcome.error(), mRules.problem()));
+    // The daemon may learn of the right a moment later; it refuses with its reason until then.
+    if (!mIsRemoval && selected().value(DeviceKeys::id).toString() == mKeyboardOfRule)
+        useSelected();
+}
