@@ -175,7 +175,7 @@ QString KeyboardKeysController::assignmentDescription(const KeyMappings::Entry &
     const char *labelKey = assignmentLabelKeys[checkPopUpAssignmentIndexForValue(entry.command)];
     const std::optional<QString> detail = assignmentDetail(entry);
     const QString text = detail ? titleWithDetail(labelKey, *detail) : localizedText(labelKey);
-    if (!entry.is(Assignment::playMacro))
+    if (!entry.is(Assignment::playMacro) || assignmentProblem(entry))
         return text;
     const char *repeatKey = KeyMappings::repeatModes()[static_cast<std::size_t>(macroRepeat(entry.param2))].labelKey;
     return localizedFormat("lkeyKeysMacroWithRepeat", {text, localizedText(repeatKey)});

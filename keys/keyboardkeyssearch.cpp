@@ -97,7 +97,7 @@ void KeyboardKeysController::showSearchResult()
         QList<KeySearchEntry> entries;
         for (const KeyRow &row : KeyLayout::selectableKeys()) {
             const KeyButton *button = mPicture->button(row.outlet);
-            KeySearchEntry entry{row.code, keyNames(row.code), {}};
+            KeySearchEntry entry{row.code, usualKeyNames(row.code), {}};
             entry.names << button->legend();
             if (!button->upperLegend().isEmpty())
                 entry.names << button->upperLegend();

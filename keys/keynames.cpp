@@ -165,17 +165,20 @@ QString keyName(int code)
     return {};
 }
 
-QStringList keyNames(int code)
+QStringList usualKeyNames(int code)
 {
     const auto row = std::ranges::find(nameRows, code, &NameRow::code);
-    const KeyRow *keyRow = KeyLayout::rowForCode(code);
-    if (row == std::end(nameRows) || !keyRow)
+    if (row == std::end(nameRows))
         return {};
-    QStringList names{row->name};
-    for (const QLatin1StringView name : {row->alias, keyRow->outlet.sliced(1)}) {
-        if (!name.isEmpty() && !names.contains(name, Qt::CaseInsensitive))
-            names += name;
-    }
+    return row->alias.isEmpty() ? QStringList{row->name} : QStringList{row->name, row->alias};
+}
+
+QStringList keyNames(int code)
+{
+    QStringList names = usualKeyNames(code);
+    const KeyRow *row = KeyLayout::rowForCode(code);
+    if (row && !names.isEmpty() && !names.contains(row->outlet.sliced(1), Qt::CaseInsensitive))
+        names += row->outlet.sliced(1);
     return names;
 }
 

@@ -10,6 +10,10 @@
 /// Returns "A", "F1", "Left Shift", "M1", "T7", "Numpad 7"; empty for a code outside the layout.
 [[nodiscard]] QString keyName(int code);
 
+/// Returns keyName() and, if it has one, its legend or short name, such as ";" or "Esc"; empty for a code outside the
+/// layout.
+[[nodiscard]] QStringList usualKeyNames(int code);
+
 /// Returns every text by which keyCodeForName() finds the key with `code`, keyName() first, but for its code and for
 /// other letter cases; empty for a code outside the layout.
 [[nodiscard]] QStringList keyNames(int code);

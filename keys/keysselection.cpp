@@ -139,7 +139,7 @@ std::optional<AssignmentClip> KeyboardKeysController::clipOfSelectedKey() const
     case Assignment::playMacro:
     case Assignment::switchProfile: {
         const std::optional<QString> name = assignmentDetail(entry);
-        if (!name)
+        if (!name || assignmentProblem(entry))
             return std::nullopt;
         clip.recordName = *name;
         break;

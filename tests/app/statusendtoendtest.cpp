@@ -8,6 +8,7 @@
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrocommands.h"
 #include "macros/macrorecord.h"
+#include "platform/applicationchooser.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
@@ -273,6 +274,7 @@ void StatusEndToEndTest::reportsAFileOfAnotherKind()
     OpenPanel *panel = nullptr;
     if (command == launch) {
         mHub->find<PopUpButton>("mAssignFunction")->itemAtIndex(launchPosition)->trigger();
+        mHub->controller->keysController()->applicationChooser()->done(ApplicationChooser::otherReturn);
         panel = mHub->controller->keysController()->openPanel();
     } else if (command == importMacro) {
         mHub->controller->selectTabAtIndex(macrosTab);
@@ -280,6 +282,8 @@ void StatusEndToEndTest::reportsAFileOfAnotherKind()
         panel = mHub->find<OpenPanel>("mOpenPanel");
     } else {
         choose("mSettingsProfile", command);
+        if (command == int(ProfileCommands::assignApplication))
+            profilesTab()->applicationChooser()->done(ApplicationChooser::otherReturn);
         panel = profilesTab()->profileFileBrowserPanel();
     }
     QVERIFY(panel);
