@@ -15,7 +15,7 @@ StartDocument readStartDocument(SettingsStore &store)
 {
     if (const std::optional<QVariantMap> stored = store.load())
         return {.document = SettingsDocument::completed(*stored), .isMinimal = false};
-    qCInfo(lcSettings, "no settings yet: factory settings");
+    qCInfo(lcSettings, "no usable settings: factory settings");
     if (const std::optional<QVariantMap> factory = readFactorySettings(resourcePath(u"Kestra.plist"_s)))
         return {.document = *factory, .isMinimal = false};
     qCWarning(lcSettings, "file: no factory settings either: one profile that maps nothing");
