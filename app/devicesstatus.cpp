@@ -39,6 +39,11 @@ void DevicesStatus::start()
     read();
 }
 
+bool DevicesStatus::isVirtual() const
+{
+    return mKeyboards && mKeyboards->state == DeviceKeys::stateReleased;
+}
+
 void DevicesStatus::read()
 {
     devicesObject.call("Status"_L1, this, [this](const QDBusMessage &status) {

@@ -29,6 +29,8 @@ public:
 
     /// Absent until the daemon has answered, and after it has gone.
     [[nodiscard]] const std::optional<KeyboardsInUse> &keyboards() const { return mKeyboards; }
+    /// No real keyboard is chosen: the daemon uses the virtual one. False while the daemon has not answered.
+    [[nodiscard]] bool isVirtual() const;
 
 public Q_SLOTS:
     /// Asks the daemon. Must be called when a daemon has come or gone.

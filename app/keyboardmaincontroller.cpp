@@ -2,7 +2,6 @@
 // Life cycle of the hub: opening the device, holding the document, driving the tabs, the versions.
 #include "app/keyboardmaincontroller.h"
 
-#include "app/keyboardinuse.h"
 #include "app/keyboardmaintenancecontroller.h"
 #include "app/typedkeys.h"
 #include "base/document.h"
@@ -91,8 +90,7 @@ void KeyboardMainController::awakeFromNib()
     createLocalPort();
     mBusEnd = std::make_unique<BusEnd>(sharedSessionBus());
     connect(mBusEnd.get(), &BusEnd::reached, this, &KeyboardMainController::busHasEnded);
-    mKeyboardInUse = std::make_unique<KeyboardInUse>(sharedSessionBus());
-    mTypedKeys = std::make_unique<TypedKeys>(*mKeyboardInUse, sharedSessionBus());
+    mTypedKeys = std::make_unique<TypedKeys>(mDevicesStatus, sharedSessionBus());
     connectTypedKeys();
     mDeletedProfileID = 0;
     mIsDeleteProfile = false;

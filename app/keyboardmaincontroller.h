@@ -30,7 +30,6 @@
 #include <optional>
 #include <thread>
 
-class KeyboardInUse;
 class KeyboardKeysController;
 class KeyboardLightingController;
 class KeyboardMacrosController;
@@ -249,7 +248,6 @@ private:
     KeyboardMaintenanceController *mMaintenenaceController = nullptr; // the spelling is deliberate
     DistributedNotificationCenter *mNotificationCenter = nullptr;
     std::unique_ptr<BusEnd> mBusEnd;
-    std::unique_ptr<KeyboardInUse> mKeyboardInUse;
     std::unique_ptr<TypedKeys> mTypedKeys;
     FocusMemory mFocusMemory;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/typedkeys.h"
 
-#include "app/keyboardinuse.h"
+#include "app/devicesstatus.h"
 #include "base/keycodes.h"
 #include "platform/sheet.h"
 
@@ -32,10 +32,10 @@ std::optional<quint16> usageOf(const QKeyEvent &event)
 
 } // namespace
 
-TypedKeys::TypedKeys(const KeyboardInUse &keyboard, const QDBusConnection &bus, QObject *parent)
-    : QObject(parent), mKeyboard(keyboard), mKeys(bus)
+TypedKeys::TypedKeys(const DevicesStatus &devices, const QDBusConnection &bus, QObject *parent)
+    : QObject(parent), mDevices(devices), mKeys(bus)
 {
-    connect(&mKeyboard, &KeyboardInUse::changed, this, &TypedKeys::follow);
+    connect(&mDevices, &DevicesStatus::changed, this, &TypedKeys::follow);
     connect(&mKeys, &VirtualKeys::captureChanged, this, &TypedKeys::captureChanged);
 }
 
@@ -56,16 +56,16 @@ void TypedKeys::listen(QWidget *area)
 CaptureSource TypedKeys::source() const
 {
     using Kind = CaptureSource::Kind;
-    if (mKeyboard.isVirtual())
+    if (mDevices.isVirtual())
         return {mHasEnded ? Kind::ended : Kind::window, {}};
-    if (mKeyboard.names().isEmpty())
+    if (!mDevices.keyboards() || mDevices.keyboards()->names.isEmpty())
         return {};
-    return {Kind::realKeyboards, nameInAlert(mKeyboard.names().join(u", "_s))};
+    return {Kind::realKeyboards, nameInAlert(mDevices.keyboards()->names.join(u", "_s))};
 }
 
 bool TypedKeys::isListening() const
 {
-    return mArea && mKeyboard.isVirtual() && mKeys.areCaptured();
+    return mArea && mDevices.isVirtual() && mKeys.areCaptured();
 }
 
 bool TypedKeys::isInArea(const QObject *object) const

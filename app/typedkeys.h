@@ -12,7 +12,7 @@
 
 #include <optional>
 
-class KeyboardInUse;
+class DevicesStatus;
 class QKeyEvent;
 class QWidget;
 
@@ -25,7 +25,7 @@ class TypedKeys : public QObject
 
 public:
     /// `keyboard` must outlive this. Presses keys on `bus`, which may be disconnected.
-    TypedKeys(const KeyboardInUse &keyboard, const QDBusConnection &bus, QObject *parent = nullptr);
+    TypedKeys(const DevicesStatus &devices, const QDBusConnection &bus, QObject *parent = nullptr);
     ~TypedKeys() override;
 
     /// Listens to `area` and the widgets in it from now on; null ends it. Escape, tapped alone, also cancels an area
@@ -51,7 +51,7 @@ private:
     void releaseAll();
     void stopFiltering();
 
-    const KeyboardInUse &mKeyboard;
+    const DevicesStatus &mDevices;
     VirtualKeys mKeys;
     QPointer<QWidget> mArea;
     bool mHasEnded = false;                        ///< the daemon has ended the capture while the area still waits

@@ -23,6 +23,8 @@ DaemonObjectResult<void> inItsWords(const DaemonObjectResult<QVariantList> &resu
         error.message = error.text;
     if (isOurs(DeviceKeys::unknownError))
         error.code = ExitCode::usage;
+    else if (isOurs(DeviceKeys::notKeptError))
+        error.code = ExitCode::incomplete;
     return error;
 }
 

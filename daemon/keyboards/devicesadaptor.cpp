@@ -80,8 +80,8 @@ void DevicesAdaptor::keepChoice()
 {
     if (!mChoice.save(mSource.choices()))
         mObject->sendErrorReply(DeviceKeys::notKeptError,
-                                u"done, but it cannot be kept: the daemon's next start will find the choice from "
-                                "before. The log of the daemon says why; make room on the disk, then say it again"_s);
+                                u"done, but the choice cannot be stored: at its next start, the daemon will use the "
+                                "previous one. Its log has the reason. Make room on the disk, then repeat this"_s);
 }
 
 QVariantMap DevicesAdaptor::Status() const

@@ -292,7 +292,7 @@ void KeyboardChooserTest::showsTheRemedyOfEachObstacle_data()
                                      << u"Quit the other program"_s << true;
     QTest::newRow("pointer") << DeviceObstacle::pointer << u"Cannot be used: also a pointer"_s
                              << u"take the pointer away"_s << false;
-    QTest::newRow("another seat") << DeviceObstacle::elsewhere << u"Another user is at its seat"_s
+    QTest::newRow("another seat") << DeviceObstacle::elsewhere << u"Another user is active"_s
                                   << u"your session is the active one"_s << false;
     QTest::newRow("other") << DeviceObstacle::other << u"Cannot be used"_s << u"A reason of the daemon."_s << false;
 }
@@ -319,7 +319,7 @@ void KeyboardChooserTest::showsTheCommandsWithoutAHelper()
     serve();
     open();
     QTRY_COMPARE(mList->topLevelItemCount(), 1);
-    QCOMPARE(cell(0, 2), u"No right to use it yet"_s);
+    QCOMPARE(cell(0, 2), u"No access yet"_s);
     QVERIFY2(remedy().contains(u"two commands"_s) && remedy().contains(u"All programs"_s), qPrintable(remedy()));
     const QStringList commands = remedyText()->toPlainText().split(u'\n');
     QCOMPARE(commands.size(), 2);

@@ -3,7 +3,7 @@
 // with the real virtual keyboard and simulated real ones.
 #include "app/typedkeys.h"
 
-#include "app/keyboardinuse.h"
+#include "app/devicesstatus.h"
 #include "base/daemonprotocol.h"
 #include "daemon/keyboards/devicesadaptor.h"
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
@@ -83,7 +83,7 @@ private:
     QPushButton *mButton = nullptr; // in the area
     QLineEdit *mOutside = nullptr;  // beside the area
     int mActions = 0;               // of the button and the shortcuts
-    std::unique_ptr<KeyboardInUse> mInUse;
+    std::unique_ptr<DevicesStatus> mInUse;
     std::unique_ptr<TypedKeys> mTyped;
 };
 
@@ -119,7 +119,8 @@ void TypedKeysTest::init()
     mWindow->activateWindow();
     mButton->setFocus();
     QTRY_VERIFY(mButton->hasFocus());
-    mInUse = std::make_unique<KeyboardInUse>(sharedSessionBus());
+    mInUse = std::make_unique<DevicesStatus>();
+    mInUse->start();
     mTyped = std::make_unique<TypedKeys>(*mInUse, sharedSessionBus());
     QTRY_VERIFY(mInUse->isVirtual());
     capture(ourPort);
@@ -311,7 +312,7 @@ void TypedKeysTest::keysActInTheWindowWithoutACapture()
     capture(client);
     if (isRealKeyboardUsed) {
         QVERIFY(mDevices->use({u"1b2c:0001"_s}));
-        QTRY_COMPARE(mInUse->names(), QStringList{u"Keyboard 1"_s});
+        QTRY_COMPARE(mInUse->keyboards().value_or(KeyboardsInUse()).names, QStringList{u"Keyboard 1"_s});
     }
     Typing::tap(Typing::f1);
     Typing::tap(Typing::space);
@@ -456,6 +457,7 @@ void TypedKeysTest::sourceFollowsTheKeyboardInUse()
     mDevices->release();
     QTRY_COMPARE(mTyped->source(), (CaptureSource{Kind::window, {}}));
     endDaemon();
+    mInUse->read(); // as the hub does when the daemon has gone
     QTRY_COMPARE(mTyped->source().kind, Kind::unknown);
     QVERIFY(changes.size() >= 5);
 }

@@ -246,8 +246,8 @@ void DeviceCommandsTest::reportsAChoiceThatCannotBeKept()
     QVERIFY(QDir().rmdir(mFolder->path()));
     QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write .*devices.plist"_s));
     const KestractlResult result = run({u"device"_s, u"use"_s, u"1b2c:0001"_s});
-    QCOMPARE(result.exitCode, 1);
-    QVERIFY2(result.errorText().contains(u"cannot be kept"_s), result.errors.constData());
+    QCOMPARE(result.exitCode, 6);
+    QVERIFY2(result.errorText().contains(u"cannot be stored"_s), result.errors.constData());
 }
 
 void DeviceCommandsTest::namesCannotControlTheTerminal()

@@ -73,7 +73,7 @@
     <message id="lkeyChooserOtherConnection"><source>lkeyChooserOtherConnection</source><translation>Andere</translation></message>
     <message id="lkeyChooserInUse"><source>lkeyChooserInUse</source><translation>Wird verwendet</translation></message>
     <message id="lkeyChooserReady"><source>lkeyChooserReady</source><translation>Kann verwendet werden</translation></message>
-    <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>Noch kein Zugriffsrecht</translation></message>
+    <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>Noch kein Zugriff</translation></message>
     <message id="lkeyChooserTaken"><source>lkeyChooserTaken</source><translation>Von einem anderen Programm belegt</translation></message>
     <message id="lkeyChooserPointer"><source>lkeyChooserPointer</source><translation>Nicht verwendbar: auch ein Zeigegerät</translation></message>
     <message id="lkeyChooserUnusable"><source>lkeyChooserUnusable</source><translation>Nicht verwendbar</translation></message>
@@ -92,7 +92,7 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>Es wurde nichts geändert, weil kein Passwort eingegeben wurde.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Es wurde nichts geändert. Entweder kann die Arbeitsumgebung nicht nach dem Passwort eines Administrators fragen, oder Sie dürfen dies nicht.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>Die Regel konnte nicht geändert werden: %@</translation></message>
-    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Ein anderer Benutzer sitzt davor</translation></message>
-    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Die Tastatur kann verwendet werden, solange Ihre Sitzung an ihrem Arbeitsplatz aktiv ist.</translation></message>
+    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Ein anderer Benutzer ist aktiv</translation></message>
+    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Sie können die Tastatur verwenden, solange Ihre Sitzung aktiv ist.</translation></message>
 </context>
 </TS>

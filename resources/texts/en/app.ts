@@ -63,7 +63,7 @@
     <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Type the key here: the virtual keyboard is in use.</translation></message>
     <message id="lkeyClose"><source>lkeyClose</source><translation>Close</translation></message>
     <message id="lkeyChooserOpen"><source>lkeyChooserOpen</source><translation>Keyboard…</translation></message>
-    <message id="lkeyChooserTitle"><source>lkeyChooserTitle</source><translation>Use a Keyboard</translation></message>
+    <message id="lkeyChooserTitle"><source>lkeyChooserTitle</source><translation>Use a keyboard</translation></message>
     <message id="lkeyChooserName"><source>lkeyChooserName</source><translation>Keyboard</translation></message>
     <message id="lkeyChooserConnection"><source>lkeyChooserConnection</source><translation>Connection</translation></message>
     <message id="lkeyChooserState"><source>lkeyChooserState</source><translation>State</translation></message>
@@ -73,7 +73,7 @@
     <message id="lkeyChooserOtherConnection"><source>lkeyChooserOtherConnection</source><translation>Other</translation></message>
     <message id="lkeyChooserInUse"><source>lkeyChooserInUse</source><translation>In use</translation></message>
     <message id="lkeyChooserReady"><source>lkeyChooserReady</source><translation>Can be used</translation></message>
-    <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>No right to use it yet</translation></message>
+    <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>No access yet</translation></message>
     <message id="lkeyChooserTaken"><source>lkeyChooserTaken</source><translation>Used by another program</translation></message>
     <message id="lkeyChooserPointer"><source>lkeyChooserPointer</source><translation>Cannot be used: also a pointer</translation></message>
     <message id="lkeyChooserUnusable"><source>lkeyChooserUnusable</source><translation>Cannot be used</translation></message>
@@ -81,18 +81,18 @@
     <message id="lkeyChooserNone"><source>lkeyChooserNone</source><translation>No keyboard is plugged in.</translation></message>
     <message id="lkeyChooserNoService"><source>lkeyChooserNoService</source><translation>The keyboard service does not respond.</translation></message>
     <message id="lkeyChooserAsking"><source>lkeyChooserAsking</source><translation>Waiting for the administrator’s password…</translation></message>
-    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>“Use This Keyboard” installs this rule after you have entered an administrator’s password. All programs of the user at this computer can then read this keyboard.</translation></message>
-    <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>To get the right, run these two commands in a terminal. All programs of the user at this computer can then read this keyboard.</translation></message>
+    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>“Use this keyboard” gives you access: it installs this rule of the system after you have entered an administrator’s password. All programs of the user at this computer can then read this keyboard.</translation></message>
+    <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>To get access, run these two commands in a terminal. All programs of the user at this computer can then read this keyboard.</translation></message>
     <message id="lkeyChooserTakenRemedy"><source>lkeyChooserTakenRemedy</source><translation>Quit the other program, then use the keyboard again.</translation></message>
     <message id="lkeyChooserPointerRemedy"><source>lkeyChooserPointerRemedy</source><translation>The keys and the pointer of this keyboard are one device. The keyboard service would take the pointer away from the desktop.</translation></message>
-    <message id="lkeyChooserWayOut"><source>lkeyChooserWayOut</source><translation>To get a keyboard back at any time, hold its Backspace, Escape and Return keys together.</translation></message>
-    <message id="lkeyChooserRemoveRule"><source>lkeyChooserRemoveRule</source><translation>Also take back the right</translation></message>
-    <message id="lkeyChooserRelease"><source>lkeyChooserRelease</source><translation>Release Keyboard</translation></message>
-    <message id="lkeyChooserUse"><source>lkeyChooserUse</source><translation>Use This Keyboard</translation></message>
+    <message id="lkeyChooserWayOut"><source>lkeyChooserWayOut</source><translation>To release a keyboard at any time, hold its Backspace, Escape and Return keys together.</translation></message>
+    <message id="lkeyChooserRemoveRule"><source>lkeyChooserRemoveRule</source><translation>Also remove the access</translation></message>
+    <message id="lkeyChooserRelease"><source>lkeyChooserRelease</source><translation>Release keyboard</translation></message>
+    <message id="lkeyChooserUse"><source>lkeyChooserUse</source><translation>Use this keyboard</translation></message>
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>Nothing was changed, because no password was entered.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Nothing was changed. Either the desktop has no password prompt for administrators, or you are not allowed to do this.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>The rule could not be changed: %@</translation></message>
-    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Another user is at its seat</translation></message>
-    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>The keyboard can be used while your session is the active one at its seat.</translation></message>
+    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Another user is active</translation></message>
+    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>You can use the keyboard while your session is the active one.</translation></message>
 </context>
 </TS>

@@ -73,7 +73,7 @@
     <message id="lkeyChooserOtherConnection"><source>lkeyChooserOtherConnection</source><translation>Otra</translation></message>
     <message id="lkeyChooserInUse"><source>lkeyChooserInUse</source><translation>En uso</translation></message>
     <message id="lkeyChooserReady"><source>lkeyChooserReady</source><translation>Se puede usar</translation></message>
-    <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>Aún sin permiso de acceso</translation></message>
+    <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>Aún sin acceso</translation></message>
     <message id="lkeyChooserTaken"><source>lkeyChooserTaken</source><translation>En uso por otro programa</translation></message>
     <message id="lkeyChooserPointer"><source>lkeyChooserPointer</source><translation>No se puede usar: también es un puntero</translation></message>
     <message id="lkeyChooserUnusable"><source>lkeyChooserUnusable</source><translation>No se puede usar</translation></message>
@@ -92,7 +92,7 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>No se ha cambiado nada porque no se introdujo ninguna contraseña.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>No se ha cambiado nada. O bien el escritorio no puede pedir la contraseña de un administrador, o bien no está autorizado.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>No se pudo cambiar la regla: %@</translation></message>
-    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Otro usuario está en su puesto</translation></message>
-    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>El teclado se puede usar mientras su sesión sea la activa en su puesto.</translation></message>
+    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Hay otro usuario activo</translation></message>
+    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Puede usar el teclado mientras su sesión esté activa.</translation></message>
 </context>
 </TS>

@@ -73,7 +73,7 @@
     <message id="lkeyChooserOtherConnection"><source>lkeyChooserOtherConnection</source><translation>Autre</translation></message>
     <message id="lkeyChooserInUse"><source>lkeyChooserInUse</source><translation>Utilisé</translation></message>
     <message id="lkeyChooserReady"><source>lkeyChooserReady</source><translation>Peut être utilisé</translation></message>
-    <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>Pas encore de droit d’accès</translation></message>
+    <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>Pas encore d’accès</translation></message>
     <message id="lkeyChooserTaken"><source>lkeyChooserTaken</source><translation>Utilisé par un autre programme</translation></message>
     <message id="lkeyChooserPointer"><source>lkeyChooserPointer</source><translation>Inutilisable : aussi un pointeur</translation></message>
     <message id="lkeyChooserUnusable"><source>lkeyChooserUnusable</source><translation>Inutilisable</translation></message>
@@ -92,7 +92,7 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>Rien n’a été modifié, car aucun mot de passe n’a été saisi.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Rien n’a été modifié. Soit le bureau ne peut pas demander le mot de passe d’un administrateur, soit vous n’y êtes pas autorisé.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>La règle n’a pas pu être modifiée : %@</translation></message>
-    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Un autre utilisateur est devant</translation></message>
-    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Le clavier peut être utilisé tant que votre session est active à son poste.</translation></message>
+    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Un autre utilisateur est actif</translation></message>
+    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Vous pouvez utiliser le clavier tant que votre session est active.</translation></message>
 </context>
 </TS>

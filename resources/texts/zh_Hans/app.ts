@@ -92,7 +92,7 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>未输入密码，因此未作任何更改。</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>未作任何更改。桌面无法请求管理员密码，或者您无权执行此操作。</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>无法更改规则：%@</translation></message>
-    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>其他用户正在使用其座位</translation></message>
-    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>当您的会话在该座位上处于活动状态时，才能使用此键盘。</translation></message>
+    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>其他用户正在使用</translation></message>
+    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>您的会话处于活动状态时，才能使用此键盘。</translation></message>
 </context>
 </TS>
