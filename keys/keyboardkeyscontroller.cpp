@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Life cycle, selection of a key and redrawing. The pop-ups are in keyboardkeysassignment.cpp, the widgets in
 // keyboardkeysview.cpp. Single-key capture, game mode and the function-key notice are in keyboardkeyscapture.cpp, the
-// search and the menu of a key in keyboardkeyssearch.cpp, several selected keys and the clipboard in keysselection.cpp.
+// search and the menu of a key in keyboardkeyssearch.cpp, several selected keys and the clipboard in
+// keyboardkeysselection.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
 #include "base/devicesettings.h"

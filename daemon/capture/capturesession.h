@@ -38,7 +38,8 @@ public:
     /// Ends a client's capture and a macro recorded on the keyboard.
     void end(const char *cause);
 
-    /// Ends the capture of the client at this port. Nothing else would end it.
+    /// Ends the capture of the client at this port. Without this, a client that has died would keep the keys until the
+    /// user holds Escape.
     void clientVanished(const QString &portName);
     /// Must be called at the time requested from DaemonServices::wakeAt().
     void wake();
