@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Life cycle, selection of a key and redrawing. The pop-ups are in keyboardkeysassignment.cpp, the widgets in
 // keyboardkeysview.cpp. Single-key capture, game mode and the function-key notice are in keyboardkeyscapture.cpp, the
-// search and the menu of a key in keyboardkeyssearch.cpp, several selected keys and the clipboard in
+// search and the menu of a key in keyboardkeyssearch.cpp. Several selected keys and the clipboard are in
 // keyboardkeysselection.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
