@@ -373,6 +373,15 @@ void LinuxDevices::synchronize()
     updateAttachment();
     if (mChoices.isEmpty())
         setWanted(false);
+    mSource.watchRights(areRightsMissing());
+}
+
+bool LinuxDevices::areRightsMissing() const
+{
+    const bool isOutputMissing = !mChoices.isEmpty() && !mOutputProblem.isEmpty();
+    return isOutputMissing || std::ranges::any_of(mNodes, [](const Node &node) {
+               return obstacleOf(node.error) == DeviceObstacle::noRight;
+           });
 }
 
 void LinuxDevices::add(Node node)

@@ -91,6 +91,8 @@ private:
     void choose(const QList<ChosenDevice> &choices);
     void watchForMoves();
     void followMovedKeyboards();
+    /// Whether a chosen keyboard or the output device cannot be opened.
+    [[nodiscard]] bool areRightsMissing() const;
     void synchronize();
     void add(Node node);
     void nodeChanged(int id, EventDevice::State state, int error);

@@ -87,7 +87,6 @@ UdevEventDevices::UdevEventDevices(QObject *parent) : EventDeviceSource(parent),
 {
     mSoon.setSingleShot(true);
     mSoon.callOnTimeout(this, &UdevEventDevices::changed);
-    connect(&mRights, &RightsWatch::changed, this, &UdevEventDevices::signalSoon);
     if (!mUdev)
         return;
     // udev reports a new node after its rules have granted the permissions, the kernel before.
@@ -132,6 +131,19 @@ QList<EventDeviceInfo> UdevEventDevices::nodes() const
     }
     udev_enumerate_unref(enumeration);
     return nodes;
+}
+
+void UdevEventDevices::watchRights(bool isWanted)
+{
+    if (isWanted == (mRights != nullptr))
+        return;
+    if (!isWanted) {
+        mRights.reset();
+        return;
+    }
+    mRights = std::make_unique<RightsWatch>();
+    connect(mRights.get(), &RightsWatch::changed, this, &UdevEventDevices::signalSoon);
+    signalSoon(); // the right may have come before the watch
 }
 
 void UdevEventDevices::readMonitor()

@@ -24,6 +24,9 @@ public:
 
     /// In no particular order. Each call makes a new list.
     [[nodiscard]] virtual QList<EventDeviceInfo> nodes() const = 0;
+    /// Whether changed() must also report rights that may have been granted. False at first: each event of a keyboard
+    /// costs more while the folder of its event device is watched.
+    virtual void watchRights(bool isWanted) = 0;
 
 Q_SIGNALS:
     void changed(); ///< a node or the output device appeared, disappeared, or may now be opened
@@ -39,6 +42,7 @@ public:
     ~UdevEventDevices() override;
 
     [[nodiscard]] QList<EventDeviceInfo> nodes() const override;
+    void watchRights(bool isWanted) override;
 
 private:
     void readMonitor();
@@ -47,6 +51,6 @@ private:
     udev *mUdev;
     udev_monitor *mMonitor = nullptr;
     std::unique_ptr<QSocketNotifier> mNotifier;
-    RightsWatch mRights;
+    std::unique_ptr<RightsWatch> mRights;
     QTimer mSoon; // merges changes that arrive together
 };

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void unknownOrAmbiguousIdIsNotUsed();
     void missingRightsPreventUseAndNameTheRemedy();
     void missingOutputPreventsUseAndNamesTheRemedy();
+    void rightsAreWatchedOnlyWhileOneIsMissing();
     void keyboardThatIsAlsoThePointerIsListedButNotUsed();
     void otherChoiceReleasesTheFirst();
     void keyboardPluggedInLaterIsUsed();
@@ -223,9 +224,29 @@ void LinuxDevicesTest::missingOutputPreventsUseAndNamesTheRemedy()
     QCOMPARE(mDevices->status().problem, mOutputProblem);
     QVERIFY(!fake(1).isOpen());
     QCOMPARE(wanted.size(), 0); // the virtual keyboard remains in use
+    QVERIFY(mSource->isWatchingRights);
     mOutputProblem.clear();
     mSource->set(mSource->nodes()); // after the next report of the system
     QTRY_VERIFY(fake(1).isGrabbed());
+    QVERIFY(!mSource->isWatchingRights);
+}
+
+void LinuxDevicesTest::rightsAreWatchedOnlyWhileOneIsMissing()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
+    QTRY_VERIFY(fake(1).isGrabbed());
+    QVERIFY(!mSource->isWatchingRights); // a watch would delay every key
+    mDevices->release();
+    mErrors[u"/dev/input/event1"_s] = EACCES;
+    mDevices->useWhenPresent({chosen});
+    QVERIFY(mSource->isWatchingRights);
+    mErrors.clear();
+    mSource->set(mSource->nodes());
+    QTRY_VERIFY(fake(1).isGrabbed());
+    QVERIFY(!mSource->isWatchingRights);
+    mErrors[u"/dev/input/event1"_s] = EACCES;
+    mDevices->release();
+    QVERIFY(!mSource->isWatchingRights); // no keyboard is chosen
 }
 
 void LinuxDevicesTest::keyboardThatIsAlsoThePointerIsListedButNotUsed()

@@ -42,6 +42,10 @@ class FakeNodeSource : public EventDeviceSource
 public:
     [[nodiscard]] QList<EventDeviceInfo> nodes() const override { return mNodes; }
 
+    void watchRights(bool isWanted) override { isWatchingRights = isWanted; }
+
+    bool isWatchingRights = false;
+
     void set(const QList<EventDeviceInfo> &nodes)
     {
         mNodes = nodes;
