@@ -148,7 +148,11 @@ bool Hand::confirmsTheSheet()
     if (mHasMouse) {
         QTest::mouseClick(mHub.find<QPushButton>("mSingleKeyOK"), Qt::LeftButton);
     } else {
+        // Until the window knows the keyboard, it types nothing, and a short Escape cancels the sheet.
+        const auto *label = mHub.find<QLabel>("mSingleKeyInputLabel");
         const auto *hint = mHub.find<QLabel>("mSingleKeyHint");
+        if (!QTest::qWaitFor([label] { return label->text() != localizedText("lkeySingleKeyInput"); }))
+            return false;
         if (hint->isVisible() && !Typing::holdUntil(Typing::escape, [hint] { return !hint->isVisible(); }))
             return false;
         Typing::tap(Typing::enter);
