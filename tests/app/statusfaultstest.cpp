@@ -215,14 +215,14 @@ void StatusFaultsTest::saysThatItWaitsForTheReply()
 {
     open(waitsAreShown);
     mDaemon->setSilent(Command::updateProfile);
-    bool wasHandled = false;
+    const auto wasHandled = std::make_shared<bool>(false); // the call may come after the end of the test
     QCoreApplication::processEvents();
     QMetaObject::invokeMethod(
-        this, [&] { wasHandled = true; }, Qt::QueuedConnection);
+        this, [wasHandled] { *wasHandled = true; }, Qt::QueuedConnection);
     const TextsDuringTheWait painted(*mHub);
     mHub->controller->updateProfileWithIDAndSettings(0, {});
     QVERIFY2(painted.texts.contains(waitText), qPrintable(painted.texts.join(u'\n')));
-    QVERIFY(!wasHandled); // painted without an event
+    QVERIFY(!*wasHandled); // painted without an event
     QCOMPARE(shown(), noAnswerToChangeText);
 }
 

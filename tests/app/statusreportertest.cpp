@@ -7,6 +7,8 @@
 
 #include <QTest>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Event = StatusReport::Event;
@@ -120,9 +122,9 @@ void StatusReporterTest::successOfTheSameActionLeavesTheReport()
 void StatusReporterTest::waitIsPaintedFromWithin()
 {
     make({.untilWaitIsShown = 0ms, .report = 1h});
-    bool wasHandled = false;
+    const auto wasHandled = std::make_shared<bool>(false); // the call may come after the end of the test
     QMetaObject::invokeMethod(
-        this, [&] { wasHandled = true; }, Qt::QueuedConnection);
+        this, [wasHandled] { *wasHandled = true; }, Qt::QueuedConnection);
     PaintedTexts painted(*mLine);
     {
         StatusReporter::Wait wait(*mReporter);
@@ -130,7 +132,7 @@ void StatusReporterTest::waitIsPaintedFromWithin()
         wait();
         wait();
         QCOMPARE(painted.texts, QStringList{waitText});
-        QVERIFY(!wasHandled);
+        QVERIFY(!*wasHandled);
     }
     QCOMPARE(mLine->text(), stateText);
 }

@@ -11,6 +11,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <semaphore>
 #include <thread>
@@ -172,9 +173,9 @@ void MessagePortTest::callsTheFunctionAgainAndAgainWhileItWaits()
         return data;
     });
     QVERIFY(port.isServing());
-    bool wasHandled = false;
+    const auto wasHandled = std::make_shared<bool>(false); // the call may come after the end of the test
     QMetaObject::invokeMethod(
-        this, [&] { wasHandled = true; }, Qt::QueuedConnection);
+        this, [wasHandled] { *wasHandled = true; }, Qt::QueuedConnection);
     int calls = 0;
     const auto whileWaiting = [&] {
         if (++calls == 3)
@@ -183,7 +184,7 @@ void MessagePortTest::callsTheFunctionAgainAndAgainWhileItWaits()
     const auto answer = RemoteMessagePort::open(portName)->sendRequest(1, "echo", 20s, 20s, {}, whileWaiting);
     QCOMPARE(answer.valueOr({}), QByteArray("echo"));
     QVERIFY(calls >= 3);
-    QVERIFY(!wasHandled); // no event loop ran
+    QVERIFY(!*wasHandled); // no event loop ran
 }
 
 void MessagePortTest::carriesIdentifierAndData_data()
