@@ -60,7 +60,7 @@
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Ersetzen</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Halten Sie Escape eine Sekunde lang gedrückt, um diese Tastatur wieder im Fenster zu verwenden.</translation></message>
     <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>Sie können diese Tastatur wieder im Fenster verwenden.</translation></message>
-    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Drücken Sie die Taste hier: Die virtuelle Tastatur wird verwendet.</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Drücken Sie die Taste hier im Fenster: Die virtuelle Tastatur wird verwendet.</translation></message>
     <message id="lkeyClose"><source>lkeyClose</source><translation>Schließen</translation></message>
     <message id="lkeyChooserOpen"><source>lkeyChooserOpen</source><translation>Tastatur …</translation></message>
     <message id="lkeyChooserTitle"><source>lkeyChooserTitle</source><translation>Tastatur verwenden</translation></message>
@@ -81,7 +81,7 @@
     <message id="lkeyChooserNone"><source>lkeyChooserNone</source><translation>Es ist keine Tastatur angeschlossen.</translation></message>
     <message id="lkeyChooserNoService"><source>lkeyChooserNoService</source><translation>Der Tastaturdienst antwortet nicht.</translation></message>
     <message id="lkeyChooserAsking"><source>lkeyChooserAsking</source><translation>Warten auf das Passwort eines Administrators …</translation></message>
-    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>„Diese Tastatur verwenden“ installiert diese Regel, nachdem Sie das Passwort eines Administrators eingegeben haben. Danach können alle Programme des Benutzers an diesem Computer diese Tastatur lesen.</translation></message>
+    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>„Diese Tastatur verwenden“ verschafft Ihnen das Zugriffsrecht: Diese Systemregel wird installiert, nachdem Sie das Passwort eines Administrators eingegeben haben. Danach können alle Programme des Benutzers an diesem Computer diese Tastatur lesen.</translation></message>
     <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>Führen Sie diese beiden Befehle in einem Terminal aus, um das Zugriffsrecht zu erhalten. Danach können alle Programme des Benutzers an diesem Computer diese Tastatur lesen.</translation></message>
     <message id="lkeyChooserTakenRemedy"><source>lkeyChooserTakenRemedy</source><translation>Beenden Sie das andere Programm und verwenden Sie die Tastatur dann erneut.</translation></message>
     <message id="lkeyChooserPointerRemedy"><source>lkeyChooserPointerRemedy</source><translation>Tasten und Zeiger dieser Tastatur sind ein einziges Gerät. Der Tastaturdienst würde der Arbeitsumgebung den Zeiger entziehen.</translation></message>
@@ -90,7 +90,7 @@
     <message id="lkeyChooserRelease"><source>lkeyChooserRelease</source><translation>Tastatur freigeben</translation></message>
     <message id="lkeyChooserUse"><source>lkeyChooserUse</source><translation>Diese Tastatur verwenden</translation></message>
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>Es wurde nichts geändert, weil kein Passwort eingegeben wurde.</translation></message>
-    <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Es wurde nichts geändert. Entweder kann die Arbeitsumgebung nicht nach dem Passwort eines Administrators fragen, oder Sie dürfen dies nicht.</translation></message>
+    <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Es wurde nichts geändert. Entweder kann die Arbeitsumgebung nicht nach dem Passwort eines Administrators fragen, oder Sie sind dazu nicht berechtigt.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>Die Regel konnte nicht geändert werden: %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Ein anderer Benutzer ist aktiv</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Sie können die Tastatur verwenden, solange Ihre Sitzung aktiv ist.</translation></message>

@@ -23,7 +23,7 @@
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>Fügen Sie ein Makro hinzu und nehmen Sie dann seine Ereignisse auf.</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>Dieses Makro enthält noch keine Ereignisse. Klicken Sie auf „Aufnehmen“ und drücken Sie Tasten auf der Tastatur.</translation></message>
     <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>Aufnahme läuft. Drücken Sie die Tasten des Makros und klicken Sie dann auf „Stopp“.</translation></message>
-    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>Drücken Sie die Tasten des Makros hier: Die virtuelle Tastatur wird verwendet.</translation></message>
+    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>Drücken Sie die Tasten des Makros hier im Fenster: Die virtuelle Tastatur wird verwendet.</translation></message>
     <message id="lkeyRecordingOn"><source>lkeyRecordingOn</source><translation>Drücken Sie auf „%@“ die Tasten des Makros.</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>Makro importieren</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>Makro exportieren</translation></message>

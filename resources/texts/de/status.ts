@@ -39,13 +39,13 @@
     <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Aufnahme fehlt möglicherweise.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem mit den Tastatureinstellungen: %@</translation></message>
     <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
-    <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>der Eintrag ist nicht mehr vorhanden</translation></message>
-    <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>es ist kein Platz mehr</translation></message>
-    <message id="lkeyStatusReasonLastProfile"><source>lkeyStatusReasonLastProfile</source><translation>das letzte Profil kann nicht gelöscht werden</translation></message>
-    <message id="lkeyStatusReasonNotSaved"><source>lkeyStatusReasonNotSaved</source><translation>die Einstellungen konnten nicht auf die Festplatte geschrieben werden</translation></message>
-    <message id="lkeyStatusReasonNoKeyboard"><source>lkeyStatusReasonNoKeyboard</source><translation>die Tastatur ist nicht angeschlossen</translation></message>
-    <message id="lkeyStatusReasonNothingRecorded"><source>lkeyStatusReasonNothingRecorded</source><translation>der Dienst hat keine aufgenommenen Tasten</translation></message>
-    <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>er ist überlastet</translation></message>
-    <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>er akzeptiert diese Werte nicht</translation></message>
+    <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>Der Eintrag ist nicht mehr vorhanden</translation></message>
+    <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>Es ist kein Platz mehr</translation></message>
+    <message id="lkeyStatusReasonLastProfile"><source>lkeyStatusReasonLastProfile</source><translation>Das letzte Profil kann nicht gelöscht werden</translation></message>
+    <message id="lkeyStatusReasonNotSaved"><source>lkeyStatusReasonNotSaved</source><translation>Die Einstellungen konnten nicht auf die Festplatte geschrieben werden</translation></message>
+    <message id="lkeyStatusReasonNoKeyboard"><source>lkeyStatusReasonNoKeyboard</source><translation>Die Tastatur ist nicht angeschlossen</translation></message>
+    <message id="lkeyStatusReasonNothingRecorded"><source>lkeyStatusReasonNothingRecorded</source><translation>Der Dienst hat keine aufgenommenen Tasten</translation></message>
+    <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>Der Dienst ist überlastet</translation></message>
+    <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>Der Dienst akzeptiert diese Werte nicht</translation></message>
 </context>
 </TS>
