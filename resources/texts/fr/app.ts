@@ -33,7 +33,7 @@
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>Le service du clavier ne répond pas</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Le configurateur n’a pas pu joindre le service QuillKestraDaemon. Le service redémarre. Vos réglages sont conservés. Le configurateur reprendra automatiquement dès que le service répondra.</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>La session est terminée</translation></message>
-    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>Le configurateur a perdu la connexion à la session de bureau et, avec elle, le service du clavier. Vos réglages sont en sécurité. Fermez le configurateur et redémarrez-le.</translation></message>
+    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>Le configurateur a perdu la connexion à la session de bureau et, avec elle, le service du clavier. Vos réglages sont conservés. Fermez le configurateur et relancez-le.</translation></message>
     <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>La page web ne s’est pas ouverte</translation></message>
     <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>Aucun navigateur n’a pu ouvrir %@.</translation></message>
     <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ est une adresse fictive. Le distributeur de ce programme n’a pas encore indiqué d’adresse.</translation></message>
@@ -49,7 +49,7 @@
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
     <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Rechercher une application</translation></message>
     <message id="lkeyApplicationList"><source>lkeyApplicationList</source><translation>Applications</translation></message>
-    <message id="lkeyApplicationsFound"><source>lkeyApplicationsFound</source><translation>Applications : %@</translation></message>
+    <message id="lkeyApplicationsFound"><source>lkeyApplicationsFound</source><translation>Applications : %@</translation></message>
     <message id="lkeyApplicationsNone"><source>lkeyApplicationsNone</source><translation>Aucune application trouvée</translation></message>
     <message id="lkeyApplicationRunning"><source>lkeyApplicationRunning</source><translation>En cours d’exécution</translation></message>
     <message id="lkeyApplicationWindow"><source>lkeyApplicationWindow</source><translation>Fenêtre ouverte</translation></message>
@@ -60,7 +60,7 @@
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>Remplacer</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>Maintenez la touche Échap enfoncée pendant une seconde pour utiliser de nouveau ce clavier dans la fenêtre.</translation></message>
     <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>Vous pouvez de nouveau utiliser ce clavier dans la fenêtre.</translation></message>
-    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Appuyez sur la touche ici : le clavier virtuel est utilisé.</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>Appuyez ici sur la touche : le clavier virtuel est utilisé.</translation></message>
     <message id="lkeyClose"><source>lkeyClose</source><translation>Fermer</translation></message>
     <message id="lkeyChooserOpen"><source>lkeyChooserOpen</source><translation>Clavier…</translation></message>
     <message id="lkeyChooserTitle"><source>lkeyChooserTitle</source><translation>Utiliser un clavier</translation></message>
@@ -75,13 +75,13 @@
     <message id="lkeyChooserReady"><source>lkeyChooserReady</source><translation>Peut être utilisé</translation></message>
     <message id="lkeyChooserNoRight"><source>lkeyChooserNoRight</source><translation>Pas encore d’accès</translation></message>
     <message id="lkeyChooserTaken"><source>lkeyChooserTaken</source><translation>Utilisé par un autre programme</translation></message>
-    <message id="lkeyChooserPointer"><source>lkeyChooserPointer</source><translation>Inutilisable : aussi un pointeur</translation></message>
+    <message id="lkeyChooserPointer"><source>lkeyChooserPointer</source><translation>Inutilisable : sert aussi de pointeur</translation></message>
     <message id="lkeyChooserUnusable"><source>lkeyChooserUnusable</source><translation>Inutilisable</translation></message>
-    <message id="lkeyChooserSelected"><source>lkeyChooserSelected</source><translation>%@ : %@</translation></message>
+    <message id="lkeyChooserSelected"><source>lkeyChooserSelected</source><translation>%@ : %@</translation></message>
     <message id="lkeyChooserNone"><source>lkeyChooserNone</source><translation>Aucun clavier n’est branché.</translation></message>
     <message id="lkeyChooserNoService"><source>lkeyChooserNoService</source><translation>Le service du clavier ne répond pas.</translation></message>
     <message id="lkeyChooserAsking"><source>lkeyChooserAsking</source><translation>En attente du mot de passe d’un administrateur…</translation></message>
-    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>« Utiliser ce clavier » installe cette règle une fois le mot de passe d’un administrateur saisi. Tous les programmes de l’utilisateur présent à cet ordinateur pourront alors lire ce clavier.</translation></message>
+    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>« Utiliser ce clavier » vous donne le droit d’accès : cette règle du système est installée une fois le mot de passe d’un administrateur saisi. Tous les programmes de l’utilisateur présent à cet ordinateur pourront alors lire ce clavier.</translation></message>
     <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>Pour obtenir le droit d’accès, exécutez ces deux commandes dans un terminal. Tous les programmes de l’utilisateur présent à cet ordinateur pourront alors lire ce clavier.</translation></message>
     <message id="lkeyChooserTakenRemedy"><source>lkeyChooserTakenRemedy</source><translation>Quittez l’autre programme, puis utilisez de nouveau le clavier.</translation></message>
     <message id="lkeyChooserPointerRemedy"><source>lkeyChooserPointerRemedy</source><translation>Les touches et le pointeur de ce clavier forment un seul périphérique. Le service du clavier priverait le bureau du pointeur.</translation></message>
@@ -91,7 +91,7 @@
     <message id="lkeyChooserUse"><source>lkeyChooserUse</source><translation>Utiliser ce clavier</translation></message>
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>Rien n’a été modifié, car aucun mot de passe n’a été saisi.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Rien n’a été modifié. Soit le bureau ne peut pas demander le mot de passe d’un administrateur, soit vous n’y êtes pas autorisé.</translation></message>
-    <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>La règle n’a pas pu être modifiée : %@</translation></message>
+    <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>La règle n’a pas pu être modifiée : %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Un autre utilisateur est actif</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Vous pouvez utiliser le clavier tant que votre session est active.</translation></message>
 </context>

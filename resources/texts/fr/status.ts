@@ -6,38 +6,38 @@
     <!-- The status line at the bottom of the window. -->
     <!-- The state. -->
     <message id="lkeyStatusServiceAwaited"><source>lkeyStatusServiceAwaited</source><translation>En attente du service du clavier</translation></message>
-    <message id="lkeyStatusServiceRunning"><source>lkeyStatusServiceRunning</source><translation>Service : actif</translation></message>
-    <message id="lkeyStatusServiceSilent"><source>lkeyStatusServiceSilent</source><translation>Service : ne répond pas</translation></message>
-    <message id="lkeyStatusServiceAbsent"><source>lkeyStatusServiceAbsent</source><translation>Service : arrêté</translation></message>
+    <message id="lkeyStatusServiceRunning"><source>lkeyStatusServiceRunning</source><translation>Service : actif</translation></message>
+    <message id="lkeyStatusServiceSilent"><source>lkeyStatusServiceSilent</source><translation>Service : ne répond pas</translation></message>
+    <message id="lkeyStatusServiceAbsent"><source>lkeyStatusServiceAbsent</source><translation>Service : arrêté</translation></message>
     <message id="lkeyStatusVirtualKeyboard"><source>lkeyStatusVirtualKeyboard</source><translation>%@ (virtuel)</translation></message>
     <message id="lkeyStatusRealKeyboard"><source>lkeyStatusRealKeyboard</source><translation>%@ (réel)</translation></message>
     <message id="lkeyStatusUnnamedKeyboard"><source>lkeyStatusUnnamedKeyboard</source><translation>clavier réel</translation></message>
-    <message id="lkeyStatusKeyboardAttached"><source>lkeyStatusKeyboardAttached</source><translation>Clavier : %@, connecté</translation></message>
-    <message id="lkeyStatusKeyboardAbsent"><source>lkeyStatusKeyboardAbsent</source><translation>Clavier : %@, non connecté</translation></message>
-    <message id="lkeyStatusKeyboardWaiting"><source>lkeyStatusKeyboardWaiting</source><translation>Clavier : %@, utilisable dès que toutes les touches sont relâchées</translation></message>
-    <message id="lkeyStatusKeyboardSuspended"><source>lkeyStatusKeyboardSuspended</source><translation>Clavier : %@, libéré par Retour arrière, Échap et Entrée</translation></message>
-    <message id="lkeyStatusKeyboardFailed"><source>lkeyStatusKeyboardFailed</source><translation>Clavier : %@, inutilisable ; « kestractl status » indique pourquoi</translation></message>
-    <message id="lkeyStatusProfile"><source>lkeyStatusProfile</source><translation>Profil : %@</translation></message>
-    <message id="lkeyStatusProfileChosen"><source>lkeyStatusProfileChosen</source><translation>Profil : %@, choisi manuellement</translation></message>
-    <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Profil : %@, car %@ est au premier plan</translation></message>
-    <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Mode jeu : activé</translation></message>
-    <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Mode jeu : désactivé</translation></message>
+    <message id="lkeyStatusKeyboardAttached"><source>lkeyStatusKeyboardAttached</source><translation>Clavier : %@, connecté</translation></message>
+    <message id="lkeyStatusKeyboardAbsent"><source>lkeyStatusKeyboardAbsent</source><translation>Clavier : %@, non connecté</translation></message>
+    <message id="lkeyStatusKeyboardWaiting"><source>lkeyStatusKeyboardWaiting</source><translation>Clavier : %@, utilisable dès que toutes les touches sont relâchées</translation></message>
+    <message id="lkeyStatusKeyboardSuspended"><source>lkeyStatusKeyboardSuspended</source><translation>Clavier : %@, libéré par Retour arrière, Échap et Entrée</translation></message>
+    <message id="lkeyStatusKeyboardFailed"><source>lkeyStatusKeyboardFailed</source><translation>Clavier : %@, inutilisable ; « kestractl status » indique pourquoi</translation></message>
+    <message id="lkeyStatusProfile"><source>lkeyStatusProfile</source><translation>Profil : %@</translation></message>
+    <message id="lkeyStatusProfileChosen"><source>lkeyStatusProfileChosen</source><translation>Profil : %@, choisi manuellement</translation></message>
+    <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Profil : %@, car %@ est au premier plan</translation></message>
+    <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Mode jeu : activé</translation></message>
+    <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Mode jeu : désactivé</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>En attente d’une réponse du service du clavier…</translation></message>
-    <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>Le service du clavier a mis %@ s à répondre.</translation></message>
+    <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>Le service du clavier a mis %@ s à répondre.</translation></message>
     <!-- Events. -->
-    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Impossible d’écrire le fichier « %@ ».</translation></message>
-    <message id="lkeyStatusNotAProfile"><source>lkeyStatusNotAProfile</source><translation>Le fichier « %@ » n’est pas un profil.</translation></message>
-    <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>Le fichier « %@ » n’est pas une macro.</translation></message>
-    <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>« %@ » n’est pas une application.</translation></message>
-    <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>La macro « %@ » est pleine. Les touches suivantes ne sont pas enregistrées.</translation></message>
-    <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>Le service du clavier a refusé : %@.</translation></message>
+    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Impossible d’écrire le fichier « %@ ».</translation></message>
+    <message id="lkeyStatusNotAProfile"><source>lkeyStatusNotAProfile</source><translation>Le fichier « %@ » n’est pas un profil.</translation></message>
+    <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>Le fichier « %@ » n’est pas une macro.</translation></message>
+    <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>« %@ » n’est pas une application.</translation></message>
+    <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>La macro « %@ » est pleine. Les touches suivantes ne sont pas enregistrées.</translation></message>
+    <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>Le service du clavier a refusé cette action : %@.</translation></message>
     <message id="lkeyStatusNoAnswer"><source>lkeyStatusNoAnswer</source><translation>Le service du clavier n’a pas répondu.</translation></message>
     <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>Le service du clavier n’a pas répondu. La modification est peut-être perdue.</translation></message>
-    <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>La modification n’a pas été faite : la liste a changé entre-temps.</translation></message>
-    <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>L’enregistrement n’a pas pu être sauvegardé : %@.</translation></message>
+    <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>La modification n’a pas été faite : la liste a changé entre-temps.</translation></message>
+    <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>L’enregistrement n’a pas pu être sauvegardé : %@.</translation></message>
     <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>Le service du clavier n’a pas répondu. L’enregistrement est peut-être perdu.</translation></message>
-    <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problème avec les réglages du clavier : %@</translation></message>
+    <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problème avec les réglages du clavier : %@</translation></message>
     <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>l’élément n’existe plus</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>il n’y a plus de place</translation></message>
