@@ -33,7 +33,7 @@
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>El servicio del teclado no responde</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>El configurador no ha podido contactar con el servicio QuillKestraDaemon. El servicio se está reiniciando. Sus ajustes están a salvo. El configurador continuará automáticamente en cuanto el servicio responda.</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>La sesión ha terminado</translation></message>
-    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>El configurador ha perdido la conexión con la sesión de escritorio y, con ella, el servicio del teclado. Sus ajustes están a salvo. Cierre el configurador y vuelva a iniciarlo.</translation></message>
+    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>El configurador ha perdido la conexión con la sesión de escritorio y, por tanto, con el servicio del teclado. Sus ajustes están a salvo. Cierre el configurador y vuelva a iniciarlo.</translation></message>
     <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>No se ha abierto la página web</translation></message>
     <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>Ningún navegador ha podido abrir %@.</translation></message>
     <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ es una dirección provisional. El distribuidor de este programa aún no ha indicado ninguna dirección.</translation></message>
@@ -81,18 +81,18 @@
     <message id="lkeyChooserNone"><source>lkeyChooserNone</source><translation>No hay ningún teclado conectado.</translation></message>
     <message id="lkeyChooserNoService"><source>lkeyChooserNoService</source><translation>El servicio del teclado no responde.</translation></message>
     <message id="lkeyChooserAsking"><source>lkeyChooserAsking</source><translation>Esperando la contraseña de un administrador…</translation></message>
-    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>«Usar este teclado» instala esta regla después de introducir la contraseña de un administrador. A partir de entonces, todos los programas del usuario de este equipo podrán leer este teclado.</translation></message>
-    <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>Para obtener el permiso, ejecute estos dos comandos en un terminal. A partir de entonces, todos los programas del usuario de este equipo podrán leer este teclado.</translation></message>
+    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>«Usar este teclado» le da acceso: instala esta regla del sistema una vez introducida la contraseña de un administrador. Después, todos los programas del usuario que use este equipo podrán leer este teclado.</translation></message>
+    <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>Para obtener acceso, ejecute estos dos comandos en un terminal. Después, todos los programas del usuario que use este equipo podrán leer este teclado.</translation></message>
     <message id="lkeyChooserTakenRemedy"><source>lkeyChooserTakenRemedy</source><translation>Cierre el otro programa y vuelva a usar el teclado.</translation></message>
     <message id="lkeyChooserPointerRemedy"><source>lkeyChooserPointerRemedy</source><translation>Las teclas y el puntero de este teclado son un solo dispositivo. El servicio del teclado quitaría el puntero al escritorio.</translation></message>
-    <message id="lkeyChooserWayOut"><source>lkeyChooserWayOut</source><translation>Para recuperar un teclado en cualquier momento, mantenga pulsadas a la vez sus teclas Retroceso, Escape e Intro.</translation></message>
-    <message id="lkeyChooserRemoveRule"><source>lkeyChooserRemoveRule</source><translation>Retirar también el permiso</translation></message>
+    <message id="lkeyChooserWayOut"><source>lkeyChooserWayOut</source><translation>Para liberar un teclado en cualquier momento, mantenga pulsadas a la vez sus teclas Retroceso, Escape e Intro.</translation></message>
+    <message id="lkeyChooserRemoveRule"><source>lkeyChooserRemoveRule</source><translation>Quitar también el acceso</translation></message>
     <message id="lkeyChooserRelease"><source>lkeyChooserRelease</source><translation>Liberar el teclado</translation></message>
     <message id="lkeyChooserUse"><source>lkeyChooserUse</source><translation>Usar este teclado</translation></message>
-    <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>No se ha cambiado nada porque no se introdujo ninguna contraseña.</translation></message>
-    <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>No se ha cambiado nada. O bien el escritorio no puede pedir la contraseña de un administrador, o bien no está autorizado.</translation></message>
-    <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>No se pudo cambiar la regla: %@</translation></message>
+    <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>No se ha cambiado nada porque no se ha introducido ninguna contraseña.</translation></message>
+    <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>No se ha cambiado nada. O bien el escritorio no puede pedir la contraseña de un administrador, o bien usted no tiene permiso para hacerlo.</translation></message>
+    <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>No se ha podido cambiar la regla: %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Hay otro usuario activo</translation></message>
-    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Puede usar el teclado mientras su sesión esté activa.</translation></message>
+    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Puede usar el teclado mientras su sesión sea la activa.</translation></message>
 </context>
 </TS>

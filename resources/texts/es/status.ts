@@ -33,10 +33,10 @@
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>La macro «%@» está llena. No se grabarán más teclas.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>El servicio del teclado lo ha rechazado: %@.</translation></message>
     <message id="lkeyStatusNoAnswer"><source>lkeyStatusNoAnswer</source><translation>El servicio del teclado no ha respondido.</translation></message>
-    <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>El servicio del teclado no ha respondido. Puede que falte el cambio.</translation></message>
+    <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>El servicio del teclado no ha respondido. Puede que el cambio se haya perdido.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>No se ha hecho el cambio: la lista ha cambiado entretanto.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>No se ha podido guardar la grabación: %@.</translation></message>
-    <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>El servicio del teclado no ha respondido. Puede que falte la grabación.</translation></message>
+    <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>El servicio del teclado no ha respondido. Puede que la grabación se haya perdido.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problema con los ajustes del teclado: %@</translation></message>
     <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>el elemento ya no existe</translation></message>
