@@ -33,7 +33,7 @@
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>キーボードのサービスが応答しません</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>QuillKestraDaemon サービスに接続できませんでした。サービスを再起動しています。設定は失われません。サービスが応答すると、自動的に再開します。</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>セッションが終了しました</translation></message>
-    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>デスクトップセッションとの接続が切れたため、キーボードのサービスを利用できません。設定は失われません。このアプリを閉じて、もう一度起動してください。</translation></message>
+    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>デスクトップセッションとの接続が切れたため、キーボードのサービスを利用できません。設定は失われません。このプログラムを閉じて、もう一度起動してください。</translation></message>
     <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>ウェブページを開けませんでした</translation></message>
     <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>%@ を開けるブラウザーがありません。</translation></message>
     <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ は仮のアドレスです。このプログラムの配布元は、まだアドレスを設定していません。</translation></message>
@@ -77,22 +77,22 @@
     <message id="lkeyChooserTaken"><source>lkeyChooserTaken</source><translation>別のプログラムが使用中</translation></message>
     <message id="lkeyChooserPointer"><source>lkeyChooserPointer</source><translation>使用できません（ポインターを兼ねる）</translation></message>
     <message id="lkeyChooserUnusable"><source>lkeyChooserUnusable</source><translation>使用できません</translation></message>
-    <message id="lkeyChooserSelected"><source>lkeyChooserSelected</source><translation>%@：%@</translation></message>
+    <message id="lkeyChooserSelected"><source>lkeyChooserSelected</source><translation>%@: %@</translation></message>
     <message id="lkeyChooserNone"><source>lkeyChooserNone</source><translation>キーボードが接続されていません。</translation></message>
     <message id="lkeyChooserNoService"><source>lkeyChooserNoService</source><translation>キーボードのサービスが応答しません。</translation></message>
     <message id="lkeyChooserAsking"><source>lkeyChooserAsking</source><translation>管理者のパスワードの入力を待っています…</translation></message>
-    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>「このキーボードを使用」を押して管理者のパスワードを入力すると、次のルールがインストールされます。その後は、このコンピューターを操作しているユーザーのすべてのプログラムが、このキーボードの入力を読み取れます。</translation></message>
-    <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>権限を得るには、ターミナルで次の2つのコマンドを実行してください。その後は、このコンピューターを操作しているユーザーのすべてのプログラムが、このキーボードの入力を読み取れます。</translation></message>
-    <message id="lkeyChooserTakenRemedy"><source>lkeyChooserTakenRemedy</source><translation>そのプログラムを終了してから、もう一度使用してください。</translation></message>
-    <message id="lkeyChooserPointerRemedy"><source>lkeyChooserPointerRemedy</source><translation>このキーボードのキーとポインターは1つのデバイスです。サービスが使用すると、デスクトップでポインターを操作できなくなります。</translation></message>
-    <message id="lkeyChooserWayOut"><source>lkeyChooserWayOut</source><translation>キーボードはいつでも、Backspace、Esc、Enter を同時に押し続けると解放されます。</translation></message>
+    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>「このキーボードを使用」を押して管理者のパスワードを入力すると、使用を許可する次のルールがインストールされます。以後、このコンピューターを操作しているユーザーのすべてのプログラムが、このキーボードの入力を読み取れます。</translation></message>
+    <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>権限を得るには、ターミナルで次の 2 つのコマンドを実行してください。以後、このコンピューターを操作しているユーザーのすべてのプログラムが、このキーボードの入力を読み取れます。</translation></message>
+    <message id="lkeyChooserTakenRemedy"><source>lkeyChooserTakenRemedy</source><translation>そのプログラムを終了してから、もう一度このキーボードを使用してください。</translation></message>
+    <message id="lkeyChooserPointerRemedy"><source>lkeyChooserPointerRemedy</source><translation>このキーボードのキーとポインターは 1 つのデバイスです。サービスが使用すると、デスクトップでポインターを操作できなくなります。</translation></message>
+    <message id="lkeyChooserWayOut"><source>lkeyChooserWayOut</source><translation>そのキーボードの BackSpace、Escape、Enter キーを同時に押し続けると、いつでも解放できます。</translation></message>
     <message id="lkeyChooserRemoveRule"><source>lkeyChooserRemoveRule</source><translation>権限も取り消す</translation></message>
     <message id="lkeyChooserRelease"><source>lkeyChooserRelease</source><translation>キーボードを解放</translation></message>
     <message id="lkeyChooserUse"><source>lkeyChooserUse</source><translation>このキーボードを使用</translation></message>
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>パスワードが入力されなかったため、何も変更していません。</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>何も変更していません。デスクトップが管理者のパスワードを要求できないか、この操作が許可されていません。</translation></message>
-    <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>ルールを変更できませんでした：%@</translation></message>
+    <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>ルールを変更できませんでした: %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>別のユーザーが操作中</translation></message>
-    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>あなたのセッションがアクティブな間だけ、このキーボードを使用できます。</translation></message>
+    <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>ご自分のセッションがアクティブな間だけ、このキーボードを使用できます。</translation></message>
 </context>
 </TS>

@@ -28,7 +28,7 @@
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>プロファイルを読み込む</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>プロファイルを書き出す</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>プロファイル (%@)</translation></message>
-    <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>「%@」にも%@が割り当てられています</translation></message>
+    <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>「%@」にも %@ が割り当てられています</translation></message>
     <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>アプリケーションが前面に来たとき、どちらかのプロファイルを使用中であれば、そのまま使われます。どちらも使用中でなければ、リストで先にあるプロファイルが使われます。</translation></message>
 </context>
 </TS>

@@ -19,7 +19,7 @@
     <message id="lkeyStatusKeyboardFailed"><source>lkeyStatusKeyboardFailed</source><translation>キーボード: %@、使用できません（理由は「kestractl status」で確認できます）</translation></message>
     <message id="lkeyStatusProfile"><source>lkeyStatusProfile</source><translation>プロファイル: %@</translation></message>
     <message id="lkeyStatusProfileChosen"><source>lkeyStatusProfileChosen</source><translation>プロファイル: %@、手動で選択</translation></message>
-    <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>プロファイル: %@、%@ が前面にあるため</translation></message>
+    <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>プロファイル: %@（%@ が前面にあるため）</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>ゲームモード: オン</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>ゲームモード: オフ</translation></message>
     <!-- The wait for an answer. -->
@@ -45,7 +45,7 @@
     <message id="lkeyStatusReasonNotSaved"><source>lkeyStatusReasonNotSaved</source><translation>設定をディスクに書き込めませんでした</translation></message>
     <message id="lkeyStatusReasonNoKeyboard"><source>lkeyStatusReasonNoKeyboard</source><translation>キーボードが接続されていません</translation></message>
     <message id="lkeyStatusReasonNothingRecorded"><source>lkeyStatusReasonNothingRecorded</source><translation>サービスに記録されたキーがありません</translation></message>
-    <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>サービスが混み合っています</translation></message>
+    <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>サービスがほかの処理を行っています</translation></message>
     <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>値を受け付けられません</translation></message>
 </context>
 </TS>
