@@ -33,7 +33,7 @@
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>键盘服务没有响应</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>无法连接 QuillKestraDaemon 服务，该服务正在重新启动。您的设置不会丢失。服务响应后，配置工具会自动继续。</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>会话已结束</translation></message>
-    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>配置工具与桌面会话的连接已断开，无法使用键盘服务。您的设置是安全的。请关闭配置工具，然后重新启动。</translation></message>
+    <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>配置工具与桌面会话的连接已断开，无法使用键盘服务。您的设置不会丢失。请关闭配置工具，然后重新启动。</translation></message>
     <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>未能打开网页</translation></message>
     <message id="lkeyPageWithoutBrowserDesc"><source>lkeyPageWithoutBrowserDesc</source><translation>没有浏览器能够打开 %@。</translation></message>
     <message id="lkeyPageIsPlaceholderDesc"><source>lkeyPageIsPlaceholderDesc</source><translation>%@ 只是占位地址。本程序的发行方尚未填写地址。</translation></message>
@@ -60,7 +60,7 @@
     <message id="lkeyReplace"><source>lkeyReplace</source><translation>替换</translation></message>
     <message id="lkeyHoldEscape"><source>lkeyHoldEscape</source><translation>按住 Escape 键一秒，即可重新在窗口中使用此键盘。</translation></message>
     <message id="lkeyCaptureEnded"><source>lkeyCaptureEnded</source><translation>您可以重新在窗口中使用此键盘。</translation></message>
-    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>请在此处按下按键：正在使用虚拟键盘。</translation></message>
+    <message id="lkeyTypeKeyHere"><source>lkeyTypeKeyHere</source><translation>当前使用的是虚拟键盘，请在此处按键。</translation></message>
     <message id="lkeyClose"><source>lkeyClose</source><translation>关闭</translation></message>
     <message id="lkeyChooserOpen"><source>lkeyChooserOpen</source><translation>键盘…</translation></message>
     <message id="lkeyChooserTitle"><source>lkeyChooserTitle</source><translation>使用键盘</translation></message>
@@ -69,7 +69,7 @@
     <message id="lkeyChooserState"><source>lkeyChooserState</source><translation>状态</translation></message>
     <message id="lkeyChooserUsb"><source>lkeyChooserUsb</source><translation>USB</translation></message>
     <message id="lkeyChooserBuiltIn"><source>lkeyChooserBuiltIn</source><translation>内置</translation></message>
-    <message id="lkeyChooserBluetooth"><source>lkeyChooserBluetooth</source><translation>Bluetooth</translation></message>
+    <message id="lkeyChooserBluetooth"><source>lkeyChooserBluetooth</source><translation>蓝牙</translation></message>
     <message id="lkeyChooserOtherConnection"><source>lkeyChooserOtherConnection</source><translation>其他</translation></message>
     <message id="lkeyChooserInUse"><source>lkeyChooserInUse</source><translation>正在使用</translation></message>
     <message id="lkeyChooserReady"><source>lkeyChooserReady</source><translation>可以使用</translation></message>
@@ -81,18 +81,18 @@
     <message id="lkeyChooserNone"><source>lkeyChooserNone</source><translation>未连接键盘。</translation></message>
     <message id="lkeyChooserNoService"><source>lkeyChooserNoService</source><translation>键盘服务没有响应。</translation></message>
     <message id="lkeyChooserAsking"><source>lkeyChooserAsking</source><translation>正在等待输入管理员密码…</translation></message>
-    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>点击“使用此键盘”并输入管理员密码后，将安装以下规则。此后，正在使用这台计算机的用户的所有程序都能读取此键盘。</translation></message>
+    <message id="lkeyChooserRule"><source>lkeyChooserRule</source><translation>要获得权限，请点击“使用此键盘”并输入管理员密码，随后将安装以下系统规则。此后，正在使用这台计算机的用户的所有程序都能读取此键盘。</translation></message>
     <message id="lkeyChooserCommands"><source>lkeyChooserCommands</source><translation>要获得权限，请在终端中运行以下两条命令。此后，正在使用这台计算机的用户的所有程序都能读取此键盘。</translation></message>
     <message id="lkeyChooserTakenRemedy"><source>lkeyChooserTakenRemedy</source><translation>请退出该程序，然后重新使用此键盘。</translation></message>
-    <message id="lkeyChooserPointerRemedy"><source>lkeyChooserPointerRemedy</source><translation>此键盘的按键和指针属于同一个设备。键盘服务一旦使用，桌面将无法使用该指针。</translation></message>
-    <message id="lkeyChooserWayOut"><source>lkeyChooserWayOut</source><translation>随时可以在键盘上同时按住 Backspace、Esc 和 Enter 来释放键盘。</translation></message>
+    <message id="lkeyChooserPointerRemedy"><source>lkeyChooserPointerRemedy</source><translation>此键盘的按键和指针属于同一个设备。键盘服务一旦使用该设备，桌面将无法使用该指针。</translation></message>
+    <message id="lkeyChooserWayOut"><source>lkeyChooserWayOut</source><translation>在键盘上同时按住退格键、Escape 键和回车键，可随时释放键盘。</translation></message>
     <message id="lkeyChooserRemoveRule"><source>lkeyChooserRemoveRule</source><translation>同时收回权限</translation></message>
     <message id="lkeyChooserRelease"><source>lkeyChooserRelease</source><translation>释放键盘</translation></message>
     <message id="lkeyChooserUse"><source>lkeyChooserUse</source><translation>使用此键盘</translation></message>
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>未输入密码，因此未作任何更改。</translation></message>
-    <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>未作任何更改。桌面无法请求管理员密码，或者您无权执行此操作。</translation></message>
+    <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>未作任何更改。桌面环境无法请求管理员密码，或者您无权执行此操作。</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>无法更改规则：%@</translation></message>
-    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>其他用户正在使用</translation></message>
+    <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>其他用户处于活动状态</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>您的会话处于活动状态时，才能使用此键盘。</translation></message>
 </context>
 </TS>

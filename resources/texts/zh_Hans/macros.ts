@@ -23,7 +23,7 @@
     <message id="lkeyNoMacrosHint"><source>lkeyNoMacrosHint</source><translation>请添加一个宏，然后录制事件。</translation></message>
     <message id="lkeyNoEvents"><source>lkeyNoEvents</source><translation>此宏还没有事件。请点击“录制”，然后按下键盘上的按键。</translation></message>
     <message id="lkeyRecordingHint"><source>lkeyRecordingHint</source><translation>正在录制。请按下宏的各个按键，然后点击“停止”。</translation></message>
-    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>请在此处按下宏的各个按键：正在使用虚拟键盘。</translation></message>
+    <message id="lkeyTypeMacroHere"><source>lkeyTypeMacroHere</source><translation>当前使用的是虚拟键盘，请在此处按下宏的各个按键。</translation></message>
     <message id="lkeyRecordingOn"><source>lkeyRecordingOn</source><translation>请在“%@”上按下宏的各个按键。</translation></message>
     <message id="lkeyImportMacroTitle"><source>lkeyImportMacroTitle</source><translation>导入宏</translation></message>
     <message id="lkeyExportMacroTitle"><source>lkeyExportMacroTitle</source><translation>导出宏</translation></message>
