@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <functional>
+#include <memory>
 #include <semaphore>
 
 using namespace Qt::StringLiterals;
