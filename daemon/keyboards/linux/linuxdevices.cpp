@@ -125,8 +125,11 @@ QList<InputDevice> LinuxDevices::devices() const
         device.isInUse = std::ranges::any_of(mNodes, [&](const Node &node) {
             return node.deviceId == device.id && node.state == EventDevice::State::grabbed;
         });
-        if (!device.isInUse)
-            addProblem(device, keyboard);
+        Problem problem = device.isInUse ? Problem() : problemOf(keyboard);
+        if (!device.isInUse && problem.obstacle == DeviceObstacle::none)
+            problem = problemOfUse(device.id);
+        device.obstacle = problem.obstacle;
+        device.problem = problem.text;
         devices += device;
     }
     return devices;
@@ -189,7 +192,7 @@ Result<void, UseError> LinuxDevices::use(const QStringList &ids)
         if (!index)
             return index.error();
         const KeyboardInfo &keyboard = present.at(*index);
-        if (const QString problem = problemOf(keyboard); !problem.isEmpty())
+        if (const QString problem = problemOf(keyboard).text; !problem.isEmpty())
             return UseError{{problem}, UseError::Cause::refused};
         choices += choiceOf(keyboard.device);
     }
@@ -267,37 +270,23 @@ QList<LinuxDevices::Node> LinuxDevices::nodesToGrab() const
     return nodes;
 }
 
-QString LinuxDevices::problemOf(const KeyboardInfo &keyboard) const
+LinuxDevices::Problem LinuxDevices::problemOf(const KeyboardInfo &keyboard) const
 {
     // First, because another user at the seat is also the reason for missing rights.
     if (mServices.presence(keyboard.seat) == SeatWatch::Presence::elsewhere)
-        return seatProblem(keyboard.seat);
+        return {DeviceObstacle::elsewhere, seatProblem(keyboard.seat)};
     for (const EventDeviceInfo &node : keyboard.nodes) {
         if (const int error = mServices.access(node.node))
-            return nodeProblem(node.node, keyboard.device.id, error);
+            return {obstacleOf(error), nodeProblem(node.node, keyboard.device.id, error)};
     }
-    return keyboard.device.problem;
+    return {keyboard.device.obstacle, keyboard.device.problem};
 }
 
-void LinuxDevices::addProblem(InputDevice &device, const KeyboardInfo &keyboard) const
+LinuxDevices::Problem LinuxDevices::problemOfUse(const QString &deviceId) const
 {
-    const auto add = [&device](const QString &node, int error) {
-        device.problem = nodeProblem(node, device.id, error);
-        device.obstacle = obstacleOf(error);
-    };
-    if (mServices.presence(keyboard.seat) == SeatWatch::Presence::elsewhere) {
-        device.problem = seatProblem(keyboard.seat);
-        device.obstacle = DeviceObstacle::elsewhere;
-        return;
-    }
-    for (const EventDeviceInfo &node : keyboard.nodes) {
-        if (const int error = mServices.access(node.node))
-            return add(node.node, error);
-    }
-    for (const Node &node : mNodes) {
-        if (node.deviceId == device.id && node.error != 0)
-            return add(node.info.node, node.error);
-    }
+    const auto node = std::ranges::find_if(
+        mNodes, [&deviceId](const Node &each) { return each.deviceId == deviceId && each.error != 0; });
+    return node == mNodes.end() ? Problem() : Problem{obstacleOf(node->error), problemOf(*node)};
 }
 
 QString LinuxDevices::problemOf(const Node &node) const

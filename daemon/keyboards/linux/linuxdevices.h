@@ -63,6 +63,13 @@ Q_SIGNALS:
 
 private:
     /// A node of an attached keyboard that is chosen.
+    /// As in InputDevice.
+    struct Problem
+    {
+        DeviceObstacle obstacle = DeviceObstacle::none;
+        QString text = {};
+    };
+
     struct Node
     {
         int id = 0; // the channel's; never reused
@@ -82,9 +89,10 @@ private:
     [[nodiscard]] QList<Node> chosenNodes() const;
     /// Those of them that the daemon may have now.
     [[nodiscard]] QList<Node> nodesToGrab() const;
-    [[nodiscard]] QString problemOf(const KeyboardInfo &keyboard) const;
+    [[nodiscard]] Problem problemOf(const KeyboardInfo &keyboard) const;
     [[nodiscard]] QString problemOf(const Node &node) const;
-    void addProblem(InputDevice &device, const KeyboardInfo &keyboard) const;
+    /// Of an attempt to use the chosen keyboard with this id, for example because another program has grabbed it.
+    [[nodiscard]] Problem problemOfUse(const QString &deviceId) const;
     [[nodiscard]] DeviceState stateOf(const DeviceStatus &status, bool isWaiting) const;
     /// Makes the output device if there is none yet.
     [[nodiscard]] bool hasOutput();
