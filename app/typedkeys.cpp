@@ -32,8 +32,7 @@ std::optional<quint16> usageOf(const QKeyEvent &event)
 
 } // namespace
 
-TypedKeys::TypedKeys(const DevicesStatus &devices, const QDBusConnection &bus, QObject *parent)
-    : QObject(parent), mDevices(devices), mKeys(bus)
+TypedKeys::TypedKeys(const DevicesStatus &devices, QObject *parent) : QObject(parent), mDevices(devices)
 {
     connect(&mDevices, &DevicesStatus::changed, this, &TypedKeys::follow);
     connect(&mKeys, &VirtualKeys::captureChanged, this, &TypedKeys::captureChanged);

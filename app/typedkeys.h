@@ -25,7 +25,7 @@ class TypedKeys : public QObject
 
 public:
     /// `keyboard` must outlive this. Presses keys on `bus`, which may be disconnected.
-    TypedKeys(const DevicesStatus &devices, const QDBusConnection &bus, QObject *parent = nullptr);
+    explicit TypedKeys(const DevicesStatus &devices, QObject *parent = nullptr);
     ~TypedKeys() override;
 
     /// Listens to `area` and the widgets in it from now on; null ends it. Escape, tapped alone, also cancels an area

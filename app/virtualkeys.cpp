@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "app/virtualkeys.h"
 
+#include "app/daemonobject.h"
 #include "base/daemonprotocol.h"
 #include "base/hidpages.h"
 #include "platform/messageport.h"
+#include "platform/sessionbus.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
-#include <QDBusVariant>
 
 #include <utility>
 
@@ -16,27 +15,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QDBusMessage callOf(const QString &interface, const QString &method)
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
-                                                       DaemonProtocol::virtualKeyboardPath, interface, method);
-    call.setAutoStartService(false);
-    return call;
-}
+constexpr DaemonObject keyboardObject(DaemonProtocol::virtualKeyboardPath, DaemonProtocol::virtualKeyboardInterface);
 
 } // namespace
 
-VirtualKeys::VirtualKeys(const QDBusConnection &bus, QObject *parent) : QObject(parent), mBus(bus)
+VirtualKeys::VirtualKeys(QObject *parent) : QObject(parent)
 {
-    const QString daemon = messagePortBusName(DaemonProtocol::requestPortName);
-    auto *watcher = new QDBusServiceWatcher(daemon, mBus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    auto *watcher = new QDBusServiceWatcher(messagePortBusName(DaemonProtocol::requestPortName), sharedSessionBus(),
+                                            QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
         mPressed.clear(); // they went with the daemon
         takeCapture({});
     });
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &VirtualKeys::readCapture);
-    mBus.connect(daemon, DaemonProtocol::virtualKeyboardPath, DaemonProtocol::virtualKeyboardInterface,
-                 u"CaptureChanged"_s, this, SLOT(takeCapture(QString)));
+    keyboardObject.connect("CaptureChanged"_L1, this, SLOT(takeCapture(QString)));
     readCapture();
 }
 
@@ -50,37 +42,30 @@ void VirtualKeys::press(quint16 usage)
     if (mPressed.contains(usage))
         return;
     mPressed += usage;
-    call(u"Press"_s, usage);
+    call("Press"_L1, usage);
 }
 
 void VirtualKeys::release(quint16 usage)
 {
     if (mPressed.removeOne(usage))
-        call(u"Release"_s, usage);
+        call("Release"_L1, usage);
 }
 
 void VirtualKeys::releaseAll()
 {
     while (!mPressed.isEmpty())
-        call(u"Release"_s, mPressed.takeLast());
+        call("Release"_L1, mPressed.takeLast());
 }
 
-void VirtualKeys::call(const QString &method, quint16 usage)
+void VirtualKeys::call(QLatin1StringView method, quint16 usage)
 {
-    QDBusMessage message = callOf(DaemonProtocol::virtualKeyboardInterface, method);
-    message << uint{HidPages::keyboard} << uint{usage};
-    mBus.asyncCall(message);
+    keyboardObject.call(method, this, [](const QDBusMessage &) {}, {uint{HidPages::keyboard}, uint{usage}});
 }
 
 void VirtualKeys::readCapture()
 {
-    QDBusMessage call = callOf(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    call << QString(DaemonProtocol::virtualKeyboardInterface) << u"CaptureClient"_s;
-    auto *reply = new QDBusPendingCallWatcher(mBus.asyncCall(call), this);
-    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
-        reply->deleteLater();
-        // An error reply has no such value.
-        takeCapture(reply->reply().arguments().value(0).value<QDBusVariant>().variant().toString());
+    keyboardObject.read("CaptureClient"_L1, this, [this](const std::optional<QVariant> &client) {
+        takeCapture(client.value_or(QVariant()).toString());
     });
 }
 

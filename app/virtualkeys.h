@@ -2,7 +2,7 @@
 // The keys of the daemon's virtual keyboard, as this window presses them. Owned by TypedKeys; main thread only.
 #pragma once
 
-#include <QDBusConnection>
+#include <QLatin1StringView>
 #include <QList>
 #include <QObject>
 
@@ -12,7 +12,7 @@ class VirtualKeys : public QObject
     Q_OBJECT
 
 public:
-    explicit VirtualKeys(const QDBusConnection &bus, QObject *parent = nullptr);
+    explicit VirtualKeys(QObject *parent = nullptr);
     ~VirtualKeys() override; ///< releases its keys
 
     /// Whether the daemon gives the keys to this program, and not to the computer or to another client.
@@ -33,9 +33,8 @@ private Q_SLOTS:
 
 private:
     void readCapture();
-    void call(const QString &method, quint16 usage);
+    void call(QLatin1StringView method, quint16 usage);
 
-    QDBusConnection mBus;
     QList<quint16> mPressed;
     bool mAreCaptured = false;
 };

@@ -121,7 +121,7 @@ void TypedKeysTest::init()
     QTRY_VERIFY(mButton->hasFocus());
     mInUse = std::make_unique<DevicesStatus>();
     mInUse->start();
-    mTyped = std::make_unique<TypedKeys>(*mInUse, sharedSessionBus());
+    mTyped = std::make_unique<TypedKeys>(*mInUse);
     QTRY_VERIFY(mInUse->isVirtual());
     capture(ourPort);
     listen();
