@@ -64,13 +64,15 @@ void VirtualKeys::call(QLatin1StringView method, quint16 usage)
 
 void VirtualKeys::readCapture()
 {
-    keyboardObject.read("CaptureClient"_L1, this, [this](const std::optional<QVariant> &client) {
-        takeCapture(client.value_or(QVariant()).toString());
+    keyboardObject.read("CaptureClient"_L1, this, [this, news = mNews](const std::optional<QVariant> &client) {
+        if (news == mNews) // a signal can arrive before the reply of an earlier reading
+            takeCapture(client.value_or(QVariant()).toString());
     });
 }
 
 void VirtualKeys::takeCapture(const QString &client)
 {
+    ++mNews;
     const bool areCaptured = client == DaemonProtocol::configuratorReplyPortName;
     if (std::exchange(mAreCaptured, areCaptured) != areCaptured)
         Q_EMIT captureChanged();

@@ -37,4 +37,5 @@ private:
 
     QList<quint16> mPressed;
     bool mAreCaptured = false;
+    quint64 mNews = 0; // counts what was heard of the capture: a reading that was overtaken is out of date
 };
