@@ -24,11 +24,13 @@ inline void take()
     (void)count.load(std::memory_order_acquire);
 }
 
-/// Its copy constructor calls give(), for the members that are copied before it.
+/// Its copy constructor calls give(), for the members that are copied before it, and its destructor take(), for those
+/// that are destroyed after it: either thread may be the last to need the call.
 struct Giver
 {
     Giver() = default;
     Giver(const Giver &) { give(); }
+    ~Giver() { take(); }
     Giver &operator=(const Giver &) = delete;
 };
 #else
@@ -49,7 +51,7 @@ template <typename Function> struct Call
     {
         take();
         function();
-        give(); // for a thread that waits for the call
+        give(); // for a thread that waits for the call or destroys it
     }
 };
 
