@@ -20,6 +20,7 @@ PATTERNS = {
     "as-it-is": r"\bas (?:it|they) (?:is|are|stands?)\b",
     "goes-on": r"\b(?:go|goes|going|went) on by\b",
     "so-that": r", so that\b",
+    "take-over": r"\b(?:take|takes|taking|took|taken) (?:it |them )?over\b",
     "too": r", too\b|\b[Ll]ikewise\b",
 }
 COMPILED = {name: re.compile(pattern, re.MULTILINE | re.IGNORECASE if name in ("tell", "anybody") else re.MULTILINE)
@@ -120,6 +121,9 @@ def texts_of(source):
             yield "test names", test_names(source.text)
         elif source.is_under("cli", "daemon"):
             yield "messages", code_literals(source.text)
+    elif is_test and suffix == ".txt" and name != "CMakeLists.txt":  # a case of a table test
+        yield "tests", hash_comments(source.text)
+        yield "test names", PurePosixPath(source.path).stem.replace("-", " ")
     elif suffix in HASH_SUFFIXES or name == "CMakeLists.txt" or source.text.startswith("#!"):
         yield "tests" if is_test else "comments", hash_comments(source.text)
     elif suffix == ".md":

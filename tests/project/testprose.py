@@ -18,6 +18,7 @@ EXAMPLES = {
     "as-it-is": "The file is left as it is.",
     "goes-on": "The macro goes on by itself.",
     "so-that": "The file is replaced, so that nothing is lost.",
+    "take-over": "The daemon takes over the keyboard.",
     "too": "Macros are played, too.",
 }
 
@@ -52,6 +53,8 @@ class Kinds(unittest.TestCase):
                 ("cmake/a.cmake", f"set(x) \n# {told}\n", "comments"),
                 ("tests/a.cpp", f"// {told}\n", "tests"),
                 ("tests/a.cpp", "    void nobodyWaits();\n", "test names"),
+                ("tests/cases/a.txt", f"# {told}\npress A\n", "tests"),
+                ("tests/cases/nobody-waits.txt", "press A\n", "test names"),
                 ("cli/a.cpp", f'print("{told}");\n', "messages"),
                 ("docs/a.md", told, "documents"),
                 ("docs/man/a.1", f".TP\n{told}\n", "documents"),
