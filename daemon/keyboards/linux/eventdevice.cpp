@@ -51,7 +51,7 @@ void EventDevice::ungrab()
 {
     if (mState == State::grabbed) {
         forEachKey(mFile->keysDown(), [this](quint16 code) { mFile->inject(code, false); });
-        [[maybe_unused]] const int error = mFile->setGrabbed(false); // fails when the device was removed
+        [[maybe_unused]] const int error = setGrabbed(false); // fails when the device was removed
     }
     if (mState == State::grabbed || mState == State::waiting)
         setState(State::ungrabbed);
@@ -73,6 +73,23 @@ void EventDevice::setState(State state)
         mRest.stop();
     }
     mHandler.nodeStateChanged(*this);
+}
+
+int EventDevice::setGrabbed(bool isGrabbed)
+{
+    // Before the receiver of the events changes, the old one sees switches go off; after it, the new one sees them go
+    // on.
+    const EventFile::Switches on = mFile->switchesOn();
+    const auto setAll = [&](bool isOn) {
+        for (std::size_t code = 0; code < on.size(); ++code) {
+            if (on[code])
+                mFile->injectSwitch(static_cast<quint16>(code), isOn);
+        }
+    };
+    setAll(false);
+    const int error = mFile->setGrabbed(isGrabbed);
+    setAll(true);
+    return error;
 }
 
 void EventDevice::read()
@@ -110,13 +127,13 @@ void EventDevice::grabIfAllUp()
 {
     if (mFile->keysDown().any())
         return;
-    if (const int error = mFile->setGrabbed(true))
+    if (const int error = setGrabbed(true))
         return refuse(error);
     const EventFile::Keys pressed = mFile->keysDown();
     if (pressed.none())
         return setState(State::grabbed);
     // A key went down just before. The desktop has seen that, and must see its release.
-    if (const int error = mFile->setGrabbed(false))
+    if (const int error = setGrabbed(false))
         return refuse(error);
     const EventFile::Keys missed = pressed & ~mFile->keysDown(); // came up meanwhile, without a receiver
     forEachKey(missed, [this](quint16 code) {
@@ -132,13 +149,13 @@ void EventDevice::grabWithKeysDown()
         const EventFile::Keys down = mFile->keysDown();
         forEachKey(down, [this](quint16 code) { mFile->inject(code, false); });
         held |= down;
-        if (const int error = mFile->setGrabbed(true))
+        if (const int error = setGrabbed(true))
             return refuse(error);
         const bool isLast = attempt == grabAttempts - 1;
         if (mFile->keysDown().none() || isLast)
             break;
         // Another key went down in between.
-        if (const int error = mFile->setGrabbed(false))
+        if (const int error = setGrabbed(false))
             return refuse(error);
     }
     setState(State::grabbed);

@@ -28,7 +28,8 @@ public:
 /// The desktop has seen the presses of the keys that are down at the beginning. Once the device is grabbed, it would
 /// never see their releases, and would repeat them for ever. The node therefore waits until they come up. After a while
 /// it grabs the device anyway. The desktop then sees the held keys come up; the daemon sees them go down, and later
-/// come up.
+/// come up. A switch that is on does not delay the grab: it goes off for the desktop and on for the daemon, and the
+/// reverse at the end.
 class EventDevice : public QObject
 {
     Q_OBJECT
@@ -66,6 +67,7 @@ public:
 
 private:
     void setState(State state);
+    [[nodiscard]] int setGrabbed(bool isGrabbed);
     void read();
     [[nodiscard]] bool readOnce(); ///< false: nothing more
     void grabIfAllUp();

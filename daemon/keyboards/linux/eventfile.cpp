@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/eventfile.h"
 
+#include "daemon/keyboards/linux/outputdevice.h"
 #include "daemon/system/deadlinetimer.h"
 
 #include <libevdev/libevdev.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -56,7 +58,7 @@ EventFile::ReadResult EvdevFile::read(KeyTranslator::Event &event)
     if (result == ReadResult::event)
         event = {.type = read.type,
                  .code = read.code,
-                 .value = read.value,
+                 .value = outputValue(read),
                  .time = std::chrono::seconds(read.input_event_sec) + std::chrono::microseconds(read.input_event_usec)};
     return result;
 }
@@ -70,9 +72,21 @@ EventFile::ReadResult EvdevFile::readFile(input_event &event)
     }
     if (event.type == EV_SYN && event.code == SYN_DROPPED)
         return findMissedEvents();
-    if (event.type == EV_KEY)
-        libevdev_set_event_value(mDevice, EV_KEY, event.code, event.value);
+    if (event.type == EV_KEY || event.type == EV_SW || event.type == EV_ABS)
+        libevdev_set_event_value(mDevice, event.type, event.code, event.value);
     return ReadResult::event;
+}
+
+int EvdevFile::outputValue(const input_event &event) const
+{
+    if (event.type != EV_ABS || event.code != ABS_VOLUME)
+        return event.value;
+    const input_absinfo *range = libevdev_get_abs_info(mDevice, ABS_VOLUME);
+    if (!range || range->maximum <= range->minimum)
+        return event.value;
+    const qint64 width = qint64(range->maximum) - range->minimum;
+    const qint64 place = std::clamp<qint64>(qint64(event.value) - range->minimum, 0, width);
+    return static_cast<int>(place * OutputDevice::volumeMaximum / width);
 }
 
 EventFile::ReadResult EvdevFile::findMissedEvents()
@@ -127,25 +141,40 @@ EventFile::Keys EvdevFile::keysDown()
 
 void EvdevFile::inject(quint16 code, bool isDown)
 {
-    std::array<input_event, 2> events = {};
-    events[0].type = EV_KEY;
-    events[0].code = code;
-    events[0].value = isDown ? 1 : 0;
-    events[1].type = EV_SYN;
-    events[1].code = SYN_REPORT;
-    // On failure the device was removed, which the next read() reports.
-    [[maybe_unused]] const ssize_t written = ::write(mDescriptor, events.data(), sizeof events);
+    write(EV_KEY, code, isDown);
+}
+
+EventFile::Switches EvdevFile::switchesOn()
+{
+    std::array<unsigned char, (SW_CNT + 7) / 8> bytes = {};
+    Switches switches;
+    if (::ioctl(mDescriptor, EVIOCGSW(bytes.size()), bytes.data()) < 0)
+        return switches;
+    for (std::size_t code = 0; code < switches.size(); ++code)
+        switches[code] = (bytes[code / 8] >> (code % 8)) & 1;
+    return switches;
+}
+
+void EvdevFile::injectSwitch(quint16 code, bool isOn)
+{
+    write(EV_SW, code, isOn);
 }
 
 void EvdevFile::setLed(quint16 led, bool isOn)
 {
     if (!libevdev_has_event_code(mDevice, EV_LED, led))
         return;
+    write(EV_LED, led, isOn);
+}
+
+void EvdevFile::write(quint16 type, quint16 code, bool isOn) const
+{
     std::array<input_event, 2> events = {};
-    events[0].type = EV_LED;
-    events[0].code = led;
+    events[0].type = type;
+    events[0].code = code;
     events[0].value = isOn ? 1 : 0;
     events[1].type = EV_SYN;
     events[1].code = SYN_REPORT;
+    // On failure the device was removed, which the next read() reports.
     [[maybe_unused]] const ssize_t written = ::write(mDescriptor, events.data(), sizeof events);
 }

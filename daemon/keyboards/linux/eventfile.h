@@ -17,6 +17,7 @@ class EventFile
 {
 public:
     using Keys = std::bitset<KeyCodes::codeCount>;
+    using Switches = std::bitset<SW_CNT>;
 
     enum class ReadResult {
         event,   ///< another event
@@ -28,6 +29,7 @@ public:
     virtual ~EventFile() = default;
 
     [[nodiscard]] virtual int descriptor() const = 0;
+    /// The volume (ABS_VOLUME) is scaled to the range of the output device.
     [[nodiscard]] virtual ReadResult read(KeyTranslator::Event &event) = 0;
     /// Grabs the device for this file alone, or ungrabs it. Returns 0 or an errno value.
     [[nodiscard]] virtual int setGrabbed(bool isGrabbed) = 0;
@@ -36,6 +38,9 @@ public:
     /// Makes the kernel treat a key as down or up, as if the keyboard had reported it. Every receiver of its events
     /// sees this.
     virtual void inject(quint16 code, bool isDown) = 0;
+    /// As keysDown(), for switches; none by default.
+    [[nodiscard]] virtual Switches switchesOn() { return {}; }
+    virtual void injectSwitch(quint16, bool) {} ///< as inject(): code, whether it is on
     virtual void setLed(quint16 led, bool isOn) = 0;
 };
 
@@ -54,6 +59,8 @@ public:
     [[nodiscard]] int setGrabbed(bool isGrabbed) override;
     [[nodiscard]] Keys keysDown() override;
     void inject(quint16 code, bool isDown) override;
+    [[nodiscard]] Switches switchesOn() override;
+    void injectSwitch(quint16 code, bool isOn) override;
     void setLed(quint16 led, bool isOn) override;
 
 private:
@@ -69,6 +76,8 @@ private:
     [[nodiscard]] ReadResult readFile(input_event &event);
     [[nodiscard]] ReadResult readLibrary(input_event &event);
     [[nodiscard]] ReadResult findMissedEvents();
+    [[nodiscard]] int outputValue(const input_event &event) const;
+    void write(quint16 type, quint16 code, bool isOn) const;
 
     int mDescriptor;
     libevdev *mDevice;

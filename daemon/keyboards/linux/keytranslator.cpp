@@ -38,6 +38,24 @@ TranslatorOutput KeyTranslator::takeMotion(const Node &node, const Event &event)
     return {.kind = Kind::motion, .code = event.code, .value = event.value};
 }
 
+TranslatorOutput KeyTranslator::takeVolume(const Node &node, const Event &event)
+{
+    if (!node.isTaken || event.code != ABS_VOLUME)
+        return {}; // other axes are those of a joystick or a tablet
+    return {.kind = Kind::volume, .code = event.code, .value = event.value};
+}
+
+TranslatorOutput KeyTranslator::takeSwitch(Node &node, quint16 code, bool isOn)
+{
+    if (!node.isTaken || code >= SW_CNT || node.on[code] == isOn)
+        return {};
+    node.on[code] = isOn;
+    const bool isLastOrFirst = isOn ? ++mSwitchHolders[code] == 1 : --mSwitchHolders[code] == 0;
+    if (!isLastOrFirst)
+        return {};
+    return {.kind = Kind::toggle, .isDown = isOn, .code = code};
+}
+
 TranslatorOutput KeyTranslator::takeKey(Node &node, const Event &event)
 {
     const bool hasScanCode = std::exchange(node.hasScanCode, false); // it belongs only to the key that follows it
@@ -57,6 +75,10 @@ TranslatorOutput KeyTranslator::removeNode(int index)
     Node &node = (*mNodes)[static_cast<std::size_t>(index)];
     for (quint16 code = 0; node.isTaken && code < KeyCodes::codeCount; ++code) {
         if (const TranslatorOutput output = release(node, code); output.kind != Kind::none)
+            return output;
+    }
+    for (quint16 code = 0; node.isTaken && code < SW_CNT; ++code) {
+        if (const TranslatorOutput output = takeSwitch(node, code, false); output.kind != Kind::none)
             return output;
     }
     node.isTaken = false;

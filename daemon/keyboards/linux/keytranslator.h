@@ -9,6 +9,7 @@
 #include <linux/input-event-codes.h>
 
 #include <array>
+#include <bitset>
 #include <chrono>
 #include <memory>
 
@@ -20,15 +21,17 @@ struct TranslatorOutput
         key,         ///< a key of the keyboard page went down, or the last of the keys with this meaning came up
         passedKey,   ///< the same for other keys: media keys, buttons, unknown ones
         motion,      ///< a wheel or dial of the keyboard was turned
+        volume,      ///< a volume control was set
+        toggle,      ///< a switch went on, or the last of those with this code went off
         releaseChord ///< Backspace, Escape and Return are held together; the key that completes this has no other
                      ///< output
     };
 
     Kind kind = Kind::none;
-    bool isDown = false; ///< key, passedKey
+    bool isDown = false; ///< key, passedKey; toggle: on
     quint16 usage = 0;   ///< key: on the keyboard page
-    quint16 code = 0;    ///< key, passedKey: the Linux key code of the node; motion: REL_ code
-    int value = 0;       ///< motion
+    quint16 code = 0;    ///< key, passedKey: the Linux key code of the node; motion: REL_ code; toggle: SW_ code
+    int value = 0;       ///< motion, volume
 
     bool operator==(const TranslatorOutput &) const = default;
 };
@@ -59,8 +62,8 @@ public:
     /// `givesHidUsages`: its scan codes are HID usages (those of an old PS/2 keyboard are not).
     [[nodiscard]] int addNode(bool givesHidUsages);
     [[nodiscard]] TranslatorOutput take(int node, const Event &event);
-    /// One step of the removal of a node: the next of its keys comes up. Must be called until the output is `none`,
-    /// which means that all keys are up and the place is free.
+    /// One step of the removal of a node: the next of its keys comes up, or of its switches goes off. Must be called
+    /// until the output is `none`, which means that nothing is left and the place is free.
     [[nodiscard]] TranslatorOutput removeNode(int node);
 
 private:
@@ -77,9 +80,12 @@ private:
         bool hasScanCode = false;
         quint32 scanCode = 0;
         std::array<Meaning, KeyCodes::codeCount> down{}; // by key code
+        std::bitset<SW_CNT> on{};                        // by switch
     };
 
     [[nodiscard]] static TranslatorOutput takeMotion(const Node &node, const Event &event);
+    [[nodiscard]] static TranslatorOutput takeVolume(const Node &node, const Event &event);
+    [[nodiscard]] TranslatorOutput takeSwitch(Node &node, quint16 code, bool isOn);
     [[nodiscard]] TranslatorOutput takeKey(Node &node, const Event &event);
     [[nodiscard]] TranslatorOutput press(Node &node, quint16 code, bool hasScanCode);
     [[nodiscard]] TranslatorOutput release(Node &node, quint16 code);
@@ -89,6 +95,7 @@ private:
 
     std::unique_ptr<std::array<Node, maximumNodes>> mNodes;
     std::array<quint16, firstPassed + KeyCodes::codeCount> mHolders{}; // by meaning
+    std::array<quint16, SW_CNT> mSwitchHolders{};
 };
 
 /// Inline, because most events only accompany a key.
@@ -107,6 +114,8 @@ inline TranslatorOutput KeyTranslator::take(int index, const Event &event)
         return {};
     case EV_REL: return takeMotion(node, event);
     case EV_KEY: return takeKey(node, event);
+    case EV_ABS: return takeVolume(node, event);
+    case EV_SW: return takeSwitch(node, event.code, event.value != 0);
     default: return {};
     }
 }

@@ -68,6 +68,8 @@ inline void LinuxKeyChannel::actOn(TranslatorOutput output, Time time)
     case TranslatorOutput::Kind::key: announceKey(output.usage, output.code, output.isDown, time); break;
     case TranslatorOutput::Kind::passedKey: passKey(output.code, output.isDown, time); break;
     case TranslatorOutput::Kind::motion: mOutput->moveWheel(output.code, output.value); break;
+    case TranslatorOutput::Kind::volume: mOutput->setVolume(output.value); break;
+    case TranslatorOutput::Kind::toggle: mOutput->setSwitch(output.code, output.isDown); break;
     case TranslatorOutput::Kind::releaseChord: ungrabAll(); break;
     }
 }

@@ -60,6 +60,13 @@ libevdev *describe()
     }
     for (const quint16 wheel : wheels)
         libevdev_enable_event_code(device, EV_REL, wheel, nullptr);
+    input_absinfo volume = {};
+    volume.maximum = OutputDevice::volumeMaximum;
+    libevdev_enable_event_code(device, EV_ABS, ABS_VOLUME, &volume);
+    for (quint16 code = 0; code < SW_CNT; ++code) {
+        if (OutputDevice::hasSwitch(code))
+            libevdev_enable_event_code(device, EV_SW, code, nullptr);
+    }
     for (unsigned int led = LED_NUML; led <= LED_KANA; ++led)
         libevdev_enable_event_code(device, EV_LED, led, nullptr);
     libevdev_enable_event_type(device, EV_REP);
@@ -73,6 +80,8 @@ struct OutputDevice::Batch
     std::array<input_event, batchSize> events{};
     std::size_t count = 0;
     std::bitset<KeyCodes::codeCount> keys; // the keys in it
+    std::bitset<SW_CNT> switches;          // the same
+    bool hasVolume = false;
 };
 
 std::unique_ptr<OutputDevice> OutputDevice::create(QString &problem)
@@ -120,6 +129,11 @@ bool OutputDevice::hasKey(quint16 code)
     return code > KEY_RESERVED && code < KEY_MAX;
 }
 
+bool OutputDevice::hasSwitch(quint16 code)
+{
+    return code <= SW_MAX && code != SW_LID && code != SW_TABLET_MODE;
+}
+
 void OutputDevice::press(quint16 code)
 {
     if (hasKey(code) && ++mHolders[code] == 1)
@@ -145,6 +159,17 @@ void OutputDevice::moveWheel(quint16 wheelCode, int value)
     append(EV_REL, wheelCode, value);
 }
 
+void OutputDevice::setVolume(int value)
+{
+    append(EV_ABS, ABS_VOLUME, value);
+}
+
+void OutputDevice::setSwitch(quint16 switchCode, bool isOn)
+{
+    if (hasSwitch(switchCode))
+        append(EV_SW, switchCode, isOn ? 1 : 0);
+}
+
 bool OutputDevice::flush()
 {
     if (mBatch->count == 0)
@@ -157,6 +182,8 @@ bool OutputDevice::flush()
     std::size_t left = mBatch->count * sizeof(input_event);
     mBatch->count = 0;
     mBatch->keys.reset();
+    mBatch->switches.reset();
+    mBatch->hasVolume = false;
     while (left > 0) {
         const ssize_t written = ::write(mDescriptor, data, left);
         if (written < 0 && errno == EINTR)
@@ -172,11 +199,17 @@ bool OutputDevice::flush()
 void OutputDevice::append(quint16 type, quint16 code, int value)
 {
     // Programs that look at reports as a whole would miss a key that goes down and up within one report.
-    const bool isSecondChange = type == EV_KEY && mBatch->keys.test(code);
+    const bool isSecondChange = (type == EV_KEY && mBatch->keys.test(code))
+                                || (type == EV_SW && mBatch->switches.test(code))
+                                || (type == EV_ABS && mBatch->hasVolume);
     if (isSecondChange || mBatch->count == batchSize - 1)
         flush();
     if (type == EV_KEY)
         mBatch->keys.set(code);
+    else if (type == EV_SW)
+        mBatch->switches.set(code);
+    else if (type == EV_ABS)
+        mBatch->hasVolume = true;
     input_event &event = mBatch->events[mBatch->count++];
     event = {};
     event.type = type;

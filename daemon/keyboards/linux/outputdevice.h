@@ -15,8 +15,9 @@
 struct input_event;
 struct libevdev_uinput;
 
-/// A keyboard with every key, mouse buttons, wheels, repetition by the kernel, and LEDs. It omits the buttons by which
-/// a desktop would take it for a joystick or a tablet. With this object or the process it disappears, and its keys come
+/// A keyboard with every key, mouse buttons, wheels, a volume control, switches, repetition by the kernel, and LEDs. It
+/// omits the buttons by which a desktop would take it for a joystick or a tablet, and the switches by which a desktop
+/// would take the computer for a laptop or a tablet. With this object or the process it disappears, and its keys come
 /// up.
 class OutputDevice
 {
@@ -25,6 +26,7 @@ public:
     static constexpr quint16 vendor = 0x514B; // not a USB vendor's number, which the bus indicates
     static constexpr quint16 product = 0x0001;
     static const char *const name;
+    static constexpr int volumeMaximum = 65535; // from 0, whatever the range of the keyboard
 
     /// Null if the system does not allow it; `problem` is then the reason, with the remedy.
     [[nodiscard]] static std::unique_ptr<OutputDevice> create(QString &problem);
@@ -36,6 +38,7 @@ public:
 
     [[nodiscard]] int descriptor() const { return mDescriptor; } ///< readable when the desktop has switched an LED
     [[nodiscard]] static bool hasKey(quint16 code);
+    [[nodiscard]] static bool hasSwitch(quint16 code);
 
     /// A code held several times goes down with the first press() and comes up with the last release(). release()
     /// ignores a code that is not held. The desktop sees changes with the next flush().
@@ -43,6 +46,8 @@ public:
     void release(quint16 code);
     void releaseAll(); ///< releases every code, however often it is held
     void moveWheel(quint16 wheelCode, int value);
+    void setVolume(int value); ///< 0 to volumeMaximum
+    void setSwitch(quint16 switchCode, bool isOn);
     /// Ends the report. False if the system refused it; its contents are then lost.
     bool flush();
 

@@ -90,6 +90,28 @@ std::optional<EventNode::Key> EventNode::next(std::chrono::milliseconds limit)
     }
 }
 
+std::optional<int> EventNode::nextVolume()
+{
+    std::optional<int> value;
+    const bool isRead = becomesTrue([&] {
+        input_event event{};
+        while (!value && ::read(mNode.get(), &event, sizeof event) == sizeof event) {
+            if (event.type == EV_ABS && event.code == ABS_VOLUME)
+                value = event.value;
+        }
+        return value.has_value();
+    });
+    return isRead ? value : std::nullopt;
+}
+
+bool EventNode::isSwitchOn(unsigned int code) const
+{
+    std::array<unsigned char, SW_CNT / 8 + 1> bits{};
+    if (::ioctl(mNode.get(), EVIOCGSW(bits.size()), bits.data()) < 0)
+        throw Failure(std::string("switches: ") + std::strerror(errno));
+    return (bits[code / 8] >> (code % 8)) & 1;
+}
+
 std::optional<EventNode::Time> EventNode::sleepUntilKey()
 {
     for (;;) {

@@ -30,6 +30,9 @@ public:
     /// The next key, within this limit. Skips motion, scan codes and ends of reports. Throws Failure when the kernel
     /// has dropped events. Absent after the limit, and also when the device has disappeared.
     [[nodiscard]] std::optional<Key> next(std::chrono::milliseconds limit);
+    /// The next value of a volume control, within `patience`; skips everything else. Absent after the limit.
+    [[nodiscard]] std::optional<int> nextVolume();
+    [[nodiscard]] bool isSwitchOn(unsigned int code) const;
     /// Sleeps until events arrive and reads all of them at once, until a key has gone down or up. Returns the moment
     /// after that read; absent when the device has disappeared.
     [[nodiscard]] std::optional<Time> sleepUntilKey();

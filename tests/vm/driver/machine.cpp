@@ -32,6 +32,7 @@ Machine::~Machine()
     ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
     mDesktop.reset();
     mKeyboards.clear();
+    mPanels.clear();
 }
 
 void Machine::startDaemon()
@@ -152,6 +153,20 @@ void Machine::plug(const std::string &name, UhidKeyboard::Identity identity)
     mKeyboards[name] = std::make_unique<UhidKeyboard>(identity);
     if (identity.kind != UhidKeyboard::Kind::noKeys)
         (void)EventNode::open(nodeName(name), false);
+}
+
+void Machine::plugPanel(const std::string &name)
+{
+    mPanels.emplace(name, ControlPanel("Keyboard " + name));
+    (void)EventNode::open("Keyboard " + name, false);
+}
+
+ControlPanel &Machine::panel(const std::string &name)
+{
+    const auto found = mPanels.find(name);
+    if (found == mPanels.end())
+        throw Failure("no keyboard " + name + " with a volume control is plugged in");
+    return found->second;
 }
 
 std::string Machine::nodeName(const std::string &name)

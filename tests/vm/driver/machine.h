@@ -2,6 +2,7 @@
 // The parts of one scenario: keyboards, a daemon with private settings, and the keys that the desktop sees.
 #pragma once
 
+#include "tests/vm/driver/controlpanel.h"
 #include "tests/vm/driver/eventnode.h"
 #include "tests/vm/driver/process.h"
 #include "tests/vm/driver/uhidkeyboard.h"
@@ -58,7 +59,14 @@ public:
 
     /// Plugs in a keyboard and waits for its event device.
     void plug(const std::string &name, UhidKeyboard::Identity identity);
-    void unplug(const std::string &name) { mKeyboards.erase(name); }
+    /// The same for a keyboard with a volume control and a switch.
+    void plugPanel(const std::string &name);
+    void unplug(const std::string &name)
+    {
+        mKeyboards.erase(name);
+        mPanels.erase(name);
+    }
+    [[nodiscard]] ControlPanel &panel(const std::string &name);
     /// The event device of its keys.
     [[nodiscard]] std::string nodeName(const std::string &name);
     [[nodiscard]] UhidKeyboard &keyboard(const std::string &name);
@@ -83,5 +91,6 @@ private:
     BackgroundProcess mClient;
     BackgroundProcess mLoginManager;
     std::map<std::string, std::unique_ptr<UhidKeyboard>> mKeyboards;
+    std::map<std::string, ControlPanel> mPanels;
     std::optional<EventNode> mDesktop;
 };

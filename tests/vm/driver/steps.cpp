@@ -95,6 +95,33 @@ std::string nextOfDesktop(EventNode &desktop, bool isRepeated)
     return desktop.isGone() ? "the end of the device" : "nothing";
 }
 
+/// panel-press NAME CODE, panel-release NAME CODE
+void pressPanel(Machine &machine, const Words &words, bool isDown)
+{
+    const auto code = codeNamed(word(words, 2));
+    if (!code)
+        throw Failure("no code \"" + words[2] + "\"");
+    machine.panel(words[1]).press(*code, isDown);
+}
+
+/// expect-volume VALUE...
+void expectVolume(Machine &machine, const Words &words)
+{
+    for (const std::string &wanted : from(words, 1)) {
+        const auto came = machine.desktop().nextVolume();
+        if (!came || std::to_string(*came) != wanted)
+            throw Failure("expected: " + wanted + ", came: " + (came ? std::to_string(*came) : "nothing"));
+    }
+}
+
+/// expect-switch on|off
+void expectSwitch(Machine &machine, const Words &words)
+{
+    const bool isOn = word(words, 1) == "on";
+    if (!becomesTrue([&] { return machine.desktop().isSwitchOn(SW_MUTE_DEVICE) == isOn; }))
+        throw Failure("the switch is not " + words[1]);
+}
+
 /// expect KEY_A down, KEY_A up, ...
 void expect(Machine &machine, const Words &words)
 {
@@ -264,6 +291,17 @@ const std::map<std::string, StepAction> &keyActions()
         {"end", kill},
         {"stop-signal", [](Machine &machine, const Words &) { machine.daemon().send(SIGTSTP); }},
         {"plug", plug},
+        {"plug-panel", [](Machine &machine, const Words &words) { machine.plugPanel(word(words, 1)); }},
+        {"panel-press", [](Machine &machine, const Words &words) { pressPanel(machine, words, true); }},
+        {"panel-release", [](Machine &machine, const Words &words) { pressPanel(machine, words, false); }},
+        {"panel-volume",
+         [](Machine &machine, const Words &words) {
+             machine.panel(word(words, 1)).setVolume(std::stoi(word(words, 2)));
+         }},
+        {"panel-switch",
+         [](Machine &machine, const Words &words) { machine.panel(word(words, 1)).setSwitch(word(words, 2) == "on"); }},
+        {"expect-volume", expectVolume},
+        {"expect-switch", expectSwitch},
         {"unplug", [](Machine &machine, const Words &words) { machine.unplug(word(words, 1)); }},
         {"use", [](Machine &machine, const Words &words) { machine.use(from(words, 1)); }},
         {"press", [](Machine &machine, const Words &words) { press(machine, words, true); }},

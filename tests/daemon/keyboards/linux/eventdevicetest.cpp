@@ -23,6 +23,8 @@ public:
         ++eventsSinceRead;
         if (event.type == EV_KEY)
             keys += u"%1 %2"_s.arg(event.code).arg(event.value);
+        if (event.type == EV_SW)
+            keys += u"switch %1 %2"_s.arg(event.code).arg(event.value);
         if (ungrabsAtKey == event.code && event.type == EV_KEY)
             node.ungrab();
     }
@@ -76,6 +78,8 @@ private Q_SLOTS:
     void handlesUnpluggingInTheMiddle();
     void ungrabsWithEveryKeyUp();
     void ungrabWithinAnEventEndsTheReports();
+    void switchThatIsOnMovesToTheReceiver();
+    void switchStaysWithTheDesktopWhenAnotherProgramHasTheGrab();
     void reportsDroppedEvents();
     void floodDoesNotBlockAnotherDevice();
     void switchesOnlyItsOwnLeds();
@@ -291,6 +295,32 @@ void EventDeviceTest::ungrabWithinAnEventEndsTheReports()
         mFake->press(code);
     QTRY_COMPARE(mNode->state(), State::ungrabbed);
     QCOMPARE(mRecorder->keys, (QStringList{u"30 1"_s, u"48 1"_s}));
+}
+
+void EventDeviceTest::switchThatIsOnMovesToTheReceiver()
+{
+    mFake->setSwitch(SW_MUTE_DEVICE, true);
+    make();
+    mNode->start();
+    QCOMPARE(mNode->state(), State::grabbed); // a switch may stay on for ever
+    QTRY_COMPARE(mRecorder->keys.value(mRecorder->keys.size() - 1), u"switch 14 1"_s);
+    const QStringList moved{u"switch 14 on"_s, u"switch 14 off"_s};
+    QCOMPARE(mFake->seenByDesktop(), moved);
+    mFake->setSwitch(SW_DOCK, true);
+    QTRY_COMPARE(mRecorder->keys.last(), u"switch 5 1"_s);
+    QCOMPARE(mFake->seenByDesktop(), moved);
+    mNode->ungrab();
+    QCOMPARE(mFake->seenByDesktop(), moved + QStringList({u"switch 5 on"_s, u"switch 14 on"_s}));
+}
+
+void EventDeviceTest::switchStaysWithTheDesktopWhenAnotherProgramHasTheGrab()
+{
+    mFake->setSwitch(SW_MUTE_DEVICE, true);
+    mFake->setGrabError(EBUSY);
+    make();
+    mNode->start();
+    QCOMPARE(mNode->state(), State::refused);
+    QCOMPARE(mFake->seenByDesktop().last(), u"switch 14 on"_s);
 }
 
 void EventDeviceTest::reportsDroppedEvents()

@@ -65,6 +65,15 @@ public:
 
     void inject(quint16 code, bool isDown) override { mNode.change(code, isDown, 0); }
 
+    [[nodiscard]] Switches switchesOn() override
+    {
+        const std::lock_guard lock(mNode.mMutex);
+        std::erase_if(mNode.mQueue, [](const KeyTranslator::Event &event) { return event.type == EV_SW; });
+        return mNode.mOn;
+    }
+
+    void injectSwitch(quint16 code, bool isOn) override { mNode.setSwitch(code, isOn); }
+
     void setLed(quint16 led, bool isOn) override
     {
         const std::lock_guard lock(mNode.mMutex);
@@ -101,6 +110,28 @@ void FakeNode::repeat(quint16 code)
 {
     const std::lock_guard lock(mMutex);
     queue({.type = EV_KEY, .code = code, .value = 2});
+    queue({.type = EV_SYN});
+}
+
+/// Like the kernel, ignores changes to the same state.
+void FakeNode::setSwitch(quint16 code, bool isOn)
+{
+    const std::lock_guard lock(mMutex);
+    if (mOn[code] == isOn)
+        return;
+    mOn[code] = isOn;
+    if (!mIsGrabbed)
+        mSeenByDesktop += u"switch %1 %2"_s.arg(code).arg(isOn ? "on"_L1 : "off"_L1);
+    queue({.type = EV_SW, .code = code, .value = isOn ? 1 : 0});
+    queue({.type = EV_SYN});
+}
+
+void FakeNode::setVolume(int value)
+{
+    const std::lock_guard lock(mMutex);
+    if (!mIsGrabbed)
+        mSeenByDesktop += u"volume %1"_s.arg(value);
+    queue({.type = EV_ABS, .code = ABS_VOLUME, .value = value});
     queue({.type = EV_SYN});
 }
 

@@ -23,13 +23,15 @@ public:
     void press(quint16 code, quint32 scanCode = 0);
     void release(quint16 code, quint32 scanCode = 0);
     void repeat(quint16 code);
+    void setSwitch(quint16 code, bool isOn);
+    void setVolume(int value);
     void dropEvents();
     void unplug();
 
     // State of the device
     [[nodiscard]] bool isGrabbed() const;
     [[nodiscard]] bool isOpen() const;
-    [[nodiscard]] QStringList seenByDesktop() const; ///< "30 down"
+    [[nodiscard]] QStringList seenByDesktop() const; ///< "30 down", "switch 2 on", "volume 7"
     [[nodiscard]] QStringList leds() const;          ///< "1 on"
     [[nodiscard]] std::size_t unread() const;
 
@@ -49,6 +51,7 @@ private:
     int mPipe[2] = {-1, -1};
     std::deque<KeyTranslator::Event> mQueue;
     EventFile::Keys mDown;
+    EventFile::Switches mOn;
     QStringList mSeenByDesktop;
     QStringList mLeds;
     std::function<void()> mBeforeGrab;

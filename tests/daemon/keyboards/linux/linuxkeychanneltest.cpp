@@ -31,6 +31,7 @@ private Q_SLOTS:
 
     void reportsKeysByTheirUsage();
     void passesMediaKeysOn();
+    void passesVolumeAndSwitchesOn();
     void macroKeysAreM1ToM5();
     void keysForTheKeyboardItselfAreReported_data();
     void keysForTheKeyboardItselfAreReported();
@@ -99,6 +100,26 @@ void LinuxKeyChannelTest::passesMediaKeysOn()
     mFirst->release(KEY_PLAYPAUSE, 0xC00CD);
     QTRY_COMPARE(mPipe->read(), (QStringList{u"164 down"_s, u"report"_s, u"164 up"_s, u"report"_s}));
     QCOMPARE(mKeys, QStringList());
+}
+
+void LinuxKeyChannelTest::passesVolumeAndSwitchesOn()
+{
+    mFirst->setSwitch(SW_MUTE_DEVICE, true);
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    QTRY_COMPARE(mPipe->keys(), QStringList{u"switch 14 on"_s});
+    for (const int value : {300, 301, 0})
+        mFirst->setVolume(value);
+    QTRY_COMPARE(mPipe->read().sliced(2),
+                 (QStringList{u"volume 300"_s, u"report"_s, u"volume 301"_s, u"report"_s, u"volume 0"_s, u"report"_s}));
+    mSecond->setSwitch(SW_MUTE_DEVICE, true);
+    mSecond->setSwitch(SW_CAMERA_LENS_COVER, true);
+    QTRY_COMPARE(mPipe->keys().last(), u"switch 9 on"_s);
+    mChannel->removeNode(1);
+    QCOMPARE(mPipe->keys().last(), u"switch 9 on"_s); // the other keyboard's switch 14 is still on
+    mChannel->removeNode(2);
+    QCOMPARE(mPipe->keys().sliced(5), (QStringList{u"switch 9 off"_s, u"switch 14 off"_s}));
+    QCOMPARE(mSecond->seenByDesktop(), (QStringList{u"switch 9 on"_s, u"switch 14 on"_s}));
 }
 
 void LinuxKeyChannelTest::macroKeysAreM1ToM5()

@@ -49,6 +49,8 @@ QString NodeScript::runEvent(const QString &node, const QStringList &words)
         return u"no such node"_s;
     const int index = mNodes.value(node);
     const QString what = words.value(0);
+    static const QHash<QString, quint16> types{
+        {u"key"_s, EV_KEY}, {u"rel"_s, EV_REL}, {u"abs"_s, EV_ABS}, {u"sw"_s, EV_SW}};
     mOutputs.clear();
     if (what == "gone"_L1 && words.size() == 1) {
         remove(index);
@@ -58,8 +60,8 @@ QString NodeScript::runEvent(const QString &node, const QStringList &words)
     } else if (what == "scan"_L1 && words.size() == 2) {
         take(index, {.type = EV_MSC, .code = MSC_SCAN, .value = words.at(1).toInt(nullptr, 0)});
         return {};
-    } else if ((what == "key"_L1 || what == "rel"_L1) && words.size() == 3) {
-        const quint16 type = what == "key"_L1 ? EV_KEY : EV_REL;
+    } else if (types.contains(what) && words.size() == 3) {
+        const quint16 type = types.value(what);
         const int code = codeOf(type, words.at(1));
         bool isNumber = false;
         const int value = words.at(2).toInt(&isNumber);
@@ -99,6 +101,8 @@ void NodeScript::show(const TranslatorOutput &output)
     case TranslatorOutput::Kind::motion:
         mOutputs += u"turn %1 %2"_s.arg(nameOf(EV_REL, output.code)).arg(output.value);
         break;
+    case TranslatorOutput::Kind::volume: mOutputs += u"volume %1"_s.arg(output.value); break;
+    case TranslatorOutput::Kind::toggle: showKey(nameOf(EV_SW, output.code), output.isDown); break;
     case TranslatorOutput::Kind::releaseChord: mOutputs += u"release chord"_s; break;
     }
 }

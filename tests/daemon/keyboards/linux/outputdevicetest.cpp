@@ -16,6 +16,8 @@ private Q_SLOTS:
     void sendsWithTheReport();
     void codeOfSeveralKeysIsReleasedWithTheLast();
     void pressAndReleaseAreTwoReports();
+    void valuesOfOneControlAreSeveralReports();
+    void hasNoSwitchOfALaptopOrTablet();
     void longReportIsSentInParts();
     void releasesEverything();
     void ignoresUnknownCodes();
@@ -68,6 +70,34 @@ void OutputDeviceTest::pressAndReleaseAreTwoReports()
     device->release(KEY_A);
     device->flush();
     QCOMPARE(pipe.read(), (QStringList{u"30 down"_s, u"report"_s, u"30 up"_s, u"report"_s}));
+}
+
+void OutputDeviceTest::valuesOfOneControlAreSeveralReports()
+{
+    OutputPipe pipe;
+    const auto device = pipe.device();
+    device->setVolume(7);
+    device->setSwitch(SW_MUTE_DEVICE, true);
+    device->setVolume(8);
+    device->setSwitch(SW_MUTE_DEVICE, true);
+    device->setSwitch(SW_MUTE_DEVICE, false);
+    device->flush();
+    QCOMPARE(pipe.read(), (QStringList{u"volume 7"_s, u"switch 14 on"_s, u"report"_s, u"volume 8"_s, u"switch 14 on"_s,
+                                       u"report"_s, u"switch 14 off"_s, u"report"_s}));
+}
+
+void OutputDeviceTest::hasNoSwitchOfALaptopOrTablet()
+{
+    OutputPipe pipe;
+    const auto device = pipe.device();
+    for (const int code : {SW_LID, SW_TABLET_MODE, SW_CNT, 0xFFFF}) {
+        QVERIFY(!OutputDevice::hasSwitch(static_cast<quint16>(code)));
+        device->setSwitch(static_cast<quint16>(code), true);
+    }
+    device->flush();
+    QCOMPARE(pipe.read(), QStringList());
+    for (int code = SW_HEADPHONE_INSERT; code <= SW_MAX; ++code)
+        QVERIFY(OutputDevice::hasSwitch(static_cast<quint16>(code)));
 }
 
 void OutputDeviceTest::longReportIsSentInParts()

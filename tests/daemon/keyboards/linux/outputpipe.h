@@ -24,7 +24,7 @@ public:
 
     [[nodiscard]] std::unique_ptr<OutputDevice> device() { return OutputDevice::onFile(mSockets[1]); }
 
-    /// Everything since the beginning: "30 down", "30 up", "turn 7 1", "report".
+    /// Everything since the beginning: "30 down", "30 up", "turn 7 1", "volume 7", "switch 2 on", "report".
     [[nodiscard]] const QStringList &read()
     {
         input_event event = {};
@@ -33,6 +33,11 @@ public:
                 mLines += QStringLiteral("%1 %2").arg(event.code).arg(QLatin1StringView(event.value ? "down" : "up"));
             else if (event.type == EV_REL)
                 mLines += QStringLiteral("turn %1 %2").arg(event.code).arg(event.value);
+            else if (event.type == EV_ABS)
+                mLines += QStringLiteral("volume %1").arg(event.value);
+            else if (event.type == EV_SW)
+                mLines +=
+                    QStringLiteral("switch %1 %2").arg(event.code).arg(QLatin1StringView(event.value ? "on" : "off"));
             else
                 mLines += QStringLiteral("report");
         }
