@@ -229,6 +229,8 @@ private:
     void selectEvent(int row);
     void editSelectedEvent();
     void openDelaySheet();
+    /// Shows the delay of the selected row in the sheet that replaces it.
+    void showPresentDelay();
     void openEventSheet();
     /// Starts the capture of a key for the open event sheet.
     void captureEditedEvent();
@@ -257,6 +259,7 @@ private:
     PulldownButton *mSettingsMacroDetails = nullptr;
     QPointer<Sheet> mEditDelayWindow;
     QLabel *mEnterMacroDelayLabel = nullptr;
+    QLabel *mMacroDelayHint = nullptr;
     NumberOnlyTextField *mInputMacroDelay = nullptr;
     QPushButton *mMacroDelayOK = nullptr;
     QPushButton *mMacroDelayCancel = nullptr;

@@ -5,6 +5,8 @@
 #include "base/daemonprotocol.h"
 #include "base/plistnumbers.h"
 #include "base/settingskeys.h"
+#include "base/text.h"
+#include "macros/eventline.h"
 #include "macros/eventparser.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
@@ -13,6 +15,7 @@
 #include "macros/numberonlytextfield.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -118,9 +121,19 @@ void KeyboardMacrosController::openDelaySheet()
     if (!mEditDelayWindow)
         return;
     mInputMacroDelay->clear();
+    showPresentDelay();
     mEditDelayWindow->beginSheet(mMacrosWindow);
     mEventsSubject.note(mEditDelayWindow, eventsOfSelectedMacro());
     mInputMacroDelay->setFocus();
+}
+
+void KeyboardMacrosController::showPresentDelay()
+{
+    const std::optional<int> delayMs = delayMsOfLine(mLines.shown().value(eventRow()));
+    const QString text = delayMs ? localizedFormat("lkeyPresentMacroDelay", {QString::number(*delayMs)}) : QString();
+    mMacroDelayHint->setText(text);
+    mMacroDelayHint->setVisible(delayMs.has_value());
+    mInputMacroDelay->setAccessibleDescription(text);
 }
 
 void KeyboardMacrosController::clickMacroDelayOK(QObject *)

@@ -56,6 +56,8 @@ QLabel *makeHint(const char *name)
     return hint;
 }
 
+constexpr int belowTheField = 2; // in the column of layOutSheet()
+
 /// Places a label over a field over two buttons at the right. Returns their column.
 QVBoxLayout *layOutSheet(Sheet *sheet, QLabel *label, QLineEdit *field, QPushButton *cancel, QPushButton *ok)
 {
@@ -180,7 +182,10 @@ void KeyboardMacrosController::buildDelaySheet()
     mInputMacroDelay->setObjectName("mInputMacroDelay"_L1);
     makeButton(mMacroDelayCancel, "mMacroDelayCancel", "lkeyCancel", &Self::clickMacroDelayCancel);
     makeButton(mMacroDelayOK, "mMacroDelayOK", "lkeyOK", &Self::clickMacroDelayOK);
-    layOutSheet(mEditDelayWindow, mEnterMacroDelayLabel, mInputMacroDelay, mMacroDelayCancel, mMacroDelayOK);
+    QVBoxLayout *column =
+        layOutSheet(mEditDelayWindow, mEnterMacroDelayLabel, mInputMacroDelay, mMacroDelayCancel, mMacroDelayOK);
+    mMacroDelayHint = makeHint("mMacroDelayHint");
+    column->insertWidget(belowTheField, mMacroDelayHint);
 }
 
 void KeyboardMacrosController::buildEventSheet()
@@ -198,7 +203,6 @@ void KeyboardMacrosController::buildEventSheet()
     makeButton(mMacroEventEditOK, "mMacroEventEditOK", "lkeyOK", &Self::clickMacroEventOK);
     QVBoxLayout *column = layOutSheet(mEditEventWindow, mEnterMacroEventLabel, mInputMacroEvent, mMacroEventEditCancel,
                                       mMacroEventEditOK);
-    constexpr int belowTheField = 2;
     mMacroEventHint = makeHint("mMacroEventHint");
     column->insertWidget(belowTheField, mMacroEventHint);
 }

@@ -2,6 +2,7 @@
 #include "macros/numberonlytextfield.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QValidator>
 
@@ -13,7 +14,10 @@ class NumberOnlyTextField::Vetting : public QValidator
 public:
     explicit Vetting(NumberOnlyTextField *field) : QValidator(field), mField(field)
     {
-        connect(field, &QLineEdit::textChanged, this, [this](const QString &text) { mAccepted = text; });
+        connect(field, &QLineEdit::textChanged, this, [this](const QString &text) {
+            mAccepted = text;
+            mField->beginText();
+        });
     }
 
     State validate(QString &input, int &) const override
@@ -29,8 +33,10 @@ public:
             ++tail;
         const auto length = int(mAccepted.size() - start - tail);
         const QString replacement = input.sliced(start, input.size() - start - tail);
-        if (mField->shouldChange(mAccepted, int(start), length, replacement))
+        const bool isSeparator = replacement.size() == 1 && !replacement.front().isLetterOrNumber();
+        if (!mField->mIsFractionTyped && mField->shouldChange(mAccepted, int(start), length, replacement))
             return Acceptable;
+        mField->mIsFractionTyped |= isSeparator;
         QApplication::beep();
         emit mField->editRefused();
         return Invalid;
@@ -44,6 +50,29 @@ private:
 NumberOnlyTextField::NumberOnlyTextField(QWidget *parent) : QLineEdit(parent)
 {
     setValidator(new Vetting(this));
+}
+
+void NumberOnlyTextField::focusInEvent(QFocusEvent *event)
+{
+    beginText();
+    QLineEdit::focusInEvent(event);
+}
+
+void NumberOnlyTextField::keyPressEvent(QKeyEvent *event)
+{
+    const QString text = event->text();
+    const bool isEditingKey =
+        text.isEmpty() || !text.front().isPrint() || event->modifiers().testFlag(Qt::ControlModifier);
+    const bool isModifier = event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control;
+    if (isEditingKey && !isModifier)
+        beginText();
+    QLineEdit::keyPressEvent(event);
+}
+
+void NumberOnlyTextField::mousePressEvent(QMouseEvent *event)
+{
+    beginText();
+    QLineEdit::mousePressEvent(event);
 }
 
 bool NumberOnlyTextField::textViewShouldChangeTextInRangeReplacementString(int position, int length,

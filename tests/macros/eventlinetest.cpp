@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class EventLineTest : public QObject
 {
     Q_OBJECT
@@ -13,6 +15,8 @@ class EventLineTest : public QObject
 private Q_SLOTS:
     void recognisesTheLinesOfTheParser_data();
     void recognisesTheLinesOfTheParser();
+    void readsTheDelay_data();
+    void readsTheDelay();
 };
 
 void EventLineTest::recognisesTheLinesOfTheParser_data()
@@ -39,6 +43,27 @@ void EventLineTest::recognisesTheLinesOfTheParser()
     QCOMPARE(lines.size(), 2);
     QCOMPARE(eventLineKind(lines.at(0)), EventLineKind::delay);
     QTEST(eventLineKind(lines.at(1)), "kind");
+    QCOMPARE(delayMsOfLine(lines.at(0)), 20);
+    QCOMPARE(delayMsOfLine(lines.at(1)), std::nullopt);
+}
+
+void EventLineTest::readsTheDelay_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<std::optional<int>>("delayMs");
+    QTest::newRow("none") << u"0.000 seconds delay\n"_s << std::optional(0);
+    QTest::newRow("milliseconds") << u"0.015 seconds delay\n"_s << std::optional(15);
+    QTest::newRow("rounded by the conversion") << u"1.001 seconds delay\n"_s << std::optional(1001);
+    QTest::newRow("longest") << u"2147483.647 seconds delay\n"_s << std::optional(2147483647);
+    QTest::newRow("too long") << u"2147483.648 seconds delay\n"_s << std::optional<int>();
+    QTest::newRow("not a number") << u"nan seconds delay\n"_s << std::optional<int>();
+    QTest::newRow("words") << u"a few seconds delay\n"_s << std::optional<int>();
+}
+
+void EventLineTest::readsTheDelay()
+{
+    QFETCH(QString, line);
+    QTEST(delayMsOfLine(line), "delayMs");
 }
 
 QTEST_APPLESS_MAIN(EventLineTest)

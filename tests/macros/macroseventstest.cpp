@@ -30,6 +30,7 @@ private Q_SLOTS:
     void eventCommandsSendTheirRequest();
     void delaySheetSetsTheDelay();
     void delaySheetCancelSendsNothing();
+    void delaySheetShowsThePresentDelay();
     void eventSheetStoresTheCapturedKey();
     void eventsBeyondTheLimitOfRequestsAreNotEdited();
     void eventsOfMacrosBeyondTheLimitOfRequestsAreNotEdited();
@@ -202,6 +203,21 @@ void MacrosEventsTest::delaySheetCancelSendsNothing()
     QVERIFY(mDelegate->calls.isEmpty());
     QCOMPARE(field->text(), QString());
     QVERIFY(!outlet<Sheet>(u"mEditDelayWindow"_s)->isVisible());
+}
+
+void MacrosEventsTest::delaySheetShowsThePresentDelay()
+{
+    fill({u"A"_s}, 0);
+    editRow(3); // "0.120 seconds delay"
+    auto *label = outlet<QLabel>(u"mEnterMacroDelayLabel"_s);
+    auto *hint = outlet<QLabel>(u"mMacroDelayHint"_s);
+    QCOMPARE(label->text().remove(u'&'), u"Delay in milliseconds:"_s);
+    QVERIFY(hint && hint->isVisible());
+    QCOMPARE(hint->text(), u"Present delay: 120 ms. Enter a whole number."_s);
+    QCOMPARE(outlet(u"mInputMacroDelay"_s)->accessibleDescription(), hint->text());
+    outlet<QPushButton>(u"mMacroDelayCancel"_s)->click();
+    editRow(1);
+    QCOMPARE(hint->text(), u"Present delay: 20 ms. Enter a whole number."_s);
 }
 
 void MacrosEventsTest::eventSheetStoresTheCapturedKey()

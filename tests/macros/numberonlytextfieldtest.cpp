@@ -16,6 +16,10 @@ private Q_SLOTS:
     void acceptsSixDigits();
     void checksEachEdit_data();
     void checksEachEdit();
+    void fractionIsNotReadAsAWholeNumber_data();
+    void fractionIsNotReadAsAWholeNumber();
+    void refusedSeparatorAffectsOnlyTheTextTypedOn_data();
+    void refusedSeparatorAffectsOnlyTheTextTypedOn();
 };
 
 void NumberOnlyTextFieldTest::acceptsSixDigits_data()
@@ -85,6 +89,47 @@ void NumberOnlyTextFieldTest::checksEachEdit()
     NumberOnlyTextField field;
     field.setText(before);
     QTEST(field.textViewShouldChangeTextInRangeReplacementString(position, length, replacement), "isAccepted");
+}
+
+void NumberOnlyTextFieldTest::fractionIsNotReadAsAWholeNumber_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("delay");
+    QTest::newRow("comma") << u"12,5"_s << 12;
+    QTest::newRow("point") << u"12.5"_s << 12;
+    QTest::newRow("several digits") << u"1.250"_s << 1;
+    QTest::newRow("comma first") << u",5"_s << 0;
+    QTest::newRow("letter is a slip") << u"12x5"_s << 125;
+}
+
+void NumberOnlyTextFieldTest::fractionIsNotReadAsAWholeNumber()
+{
+    QFETCH(QString, typed);
+    NumberOnlyTextField field;
+    QTest::keyClicks(&field, typed);
+    QTEST(field.integerValue(), "delay");
+}
+
+void NumberOnlyTextFieldTest::refusedSeparatorAffectsOnlyTheTextTypedOn_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("after");
+    QTest::newRow("deletion") << u"12,5"_s << int(Qt::Key_Backspace) << u"17"_s;
+    QTest::newRow("deletion of nothing") << u",5"_s << int(Qt::Key_Backspace) << u"7"_s;
+    QTest::newRow("cursor moved") << u"12,5"_s << int(Qt::Key_Left) << u"172"_s;
+    QTest::newRow("Shift pressed") << u"12,5"_s << int(Qt::Key_Shift) << u"12"_s;
+}
+
+void NumberOnlyTextFieldTest::refusedSeparatorAffectsOnlyTheTextTypedOn()
+{
+    QFETCH(QString, before);
+    QFETCH(int, key);
+    NumberOnlyTextField field;
+    QTest::keyClicks(&field, before);
+    QTest::keyClick(&field, Qt::Key(key));
+    QTest::keyClick(&field, Qt::Key_7);
+    QTEST(field.text(), "after");
 }
 
 QTEST_MAIN(NumberOnlyTextFieldTest)

@@ -40,6 +40,7 @@
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Pause bearbeiten</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Ereignis bearbeiten</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pause in Millisekunden:</translation></message>
+    <message id="lkeyPresentMacroDelay"><source>lkeyPresentMacroDelay</source><translation>Jetzige Pause: %@ ms. Geben Sie eine ganze Zahl ein.</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Drücken Sie die Taste für dieses Ereignis:</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Drücken Sie auf „%@“ die Taste für dieses Ereignis:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Makro „%@“ löschen?</translation></message>

@@ -40,6 +40,7 @@
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Edit delay</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Edit event</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Delay in milliseconds:</translation></message>
+    <message id="lkeyPresentMacroDelay"><source>lkeyPresentMacroDelay</source><translation>Present delay: %@ ms. Enter a whole number.</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Press the key for this event:</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Press the key for this event on “%@”:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Delete the macro “%@”?</translation></message>

@@ -40,6 +40,7 @@
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Editar pausa</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Editar evento</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Pausa en milisegundos:</translation></message>
+    <message id="lkeyPresentMacroDelay"><source>lkeyPresentMacroDelay</source><translation>Pausa actual: %@ ms. Escriba un número entero.</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Pulse la tecla de este evento:</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Pulse en «%@» la tecla de este evento:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>¿Eliminar la macro «%@»?</translation></message>

@@ -40,6 +40,7 @@
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Modifier le délai</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Modifier l’événement</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Délai en millisecondes :</translation></message>
+    <message id="lkeyPresentMacroDelay"><source>lkeyPresentMacroDelay</source><translation>Délai actuel : %@ ms. Saisissez un nombre entier.</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Sur « %@ », appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>

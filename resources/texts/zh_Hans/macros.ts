@@ -40,6 +40,7 @@
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>编辑延迟</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>编辑事件</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>延迟（毫秒）：</translation></message>
+    <message id="lkeyPresentMacroDelay"><source>lkeyPresentMacroDelay</source><translation>当前延迟：%@ 毫秒。请输入整数。</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>请按下用于此事件的按键：</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>请在“%@”上按下用于此事件的按键：</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>删除宏“%@”？</translation></message>
