@@ -59,6 +59,9 @@ void TableCellDelegate::initStyleOption(QStyleOptionViewItem *option, const QMod
 {
     QStyledItemDelegate::initStyleOption(option, index);
     const bool isSelected = option->state.testFlag(QStyle::State_Selected);
+    // The current cell keeps its place after its row has been deselected, but must not look selected.
+    if (!isSelected)
+        option->state &= ~QStyle::State_HasFocus;
     if (option->icon.isNull() || !isSelected || option->state.testFlag(QStyle::State_Enabled))
         return;
     // A selected row of a disabled table keeps its bright text, but its picture would be dark.

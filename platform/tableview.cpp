@@ -225,6 +225,8 @@ void TableView::currentChanged(const QModelIndex &current, const QModelIndex &pr
 void TableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTableView::selectionChanged(selected, deselected);
+    if (selected.isEmpty() != deselected.isEmpty())
+        viewport()->update(); // the frame of paintEvent() comes or goes
     if (!mNotifies || !mSource)
         return;
     const int row = selectedRow();
@@ -320,9 +322,31 @@ void TableView::mouseReleaseEvent(QMouseEvent *event)
     makeSelectedRowCurrent();
 }
 
+void TableView::focusInEvent(QFocusEvent *event)
+{
+    QTableView::focusInEvent(event); // makes the first cell the current one
+    leaveUnselectedRow();
+}
+
+void TableView::leaveUnselectedRow()
+{
+    if (selectedRow() < 0)
+        selectionModel()->clearCurrentIndex();
+}
+
+QModelIndex TableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const int count = mModel->rowCount();
+    // The base class moves to the first and the last cell of the row.
+    if ((action == MoveHome || action == MoveEnd) && count > 0)
+        return mModel->index(action == MoveHome ? 0 : count - 1, qMax(0, currentIndex().column()));
+    return QTableView::moveCursor(action, modifiers);
+}
+
 void TableView::keyPressEvent(QKeyEvent *event)
 {
     mIsSelectionTakenBack = false;
+    leaveUnselectedRow();
     QTableView::keyPressEvent(event);
     makeSelectedRowCurrent();
 }
@@ -345,6 +369,13 @@ void TableView::rightMouseDown(const QPoint &) {}
 void TableView::paintEvent(QPaintEvent *event)
 {
     QTableView::paintEvent(event);
+    // Like the styles, shows the focus only to users of the keyboard.
+    if (hasFocus() && selectedRow() < 0 && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+        constexpr int width = 2;
+        QPainter painter(viewport());
+        painter.setPen(QPen(palette().color(QPalette::Highlight), width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        painter.drawRect(viewport()->rect().adjusted(width / 2, width / 2, -width / 2, -width / 2));
+    }
     if (mPlaceholderText.isEmpty() || mModel->rowCount() > 0)
         return;
     constexpr int margin = 16;

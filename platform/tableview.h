@@ -52,7 +52,8 @@ public:
     virtual QIcon tableViewImageForTableColumnRow(TableView *, const QString &, int) { return {}; }
 };
 
-/// At most one row is selected, and only a text in that row can be edited. Actions of the user write an open edit:
+/// At most one row is selected, and only a text in that row can be edited. Without a selected row, the focus is shown
+/// around the whole table. Actions of the user write an open edit:
 /// Return, Tab, a click elsewhere in the window, and commands, which first call endEditing(). Escape discards it, as do
 /// calls of the program (reloading, selecting, disabling, hiding, closing) and another window that comes to the front.
 /// Further typing then changes nothing until Return, Escape, Tab, a click or a pause ends it.
@@ -111,7 +112,10 @@ protected:
     void setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
     bool viewportEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    /// Home and End select the first and the last row.
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
@@ -137,6 +141,8 @@ private:
     /// Moves the current cell, which receives the keys, to the selected row. The cell stays behind when the data source
     /// reverts a selection.
     void makeSelectedRowCurrent();
+    /// Without a selected row, no cell is the current one: the keys then start at the first row.
+    void leaveUnselectedRow();
     /// True once for each edit that must be written.
     bool takeEdit(const QLineEdit *editor);
 

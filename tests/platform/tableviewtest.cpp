@@ -140,6 +140,11 @@ private Q_SLOTS:
     void showsAPictureBeforeTheText();
     void pictureOfASelectedRowStaysBrightWhenDisabled();
     void emptyTableShowsItsPlaceholder();
+    void homeAndEndSelectTheFirstAndTheLastRow_data();
+    void homeAndEndSelectTheFirstAndTheLastRow();
+    void focusAloneSelectsNoRow_data();
+    void focusAloneSelectsNoRow();
+    void keysStartAtTheFirstRowWithoutASelection();
 
 private:
     QLineEdit *editor() const;
@@ -887,6 +892,74 @@ void TableViewTest::emptyTableShowsItsPlaceholder()
     const int withPlaceholder = dots();
     mTable->setPlaceholderText({});
     QCOMPARE(withPlaceholder, dots()); // not drawn over rows
+}
+
+void TableViewTest::homeAndEndSelectTheFirstAndTheLastRow_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("Home") << 1 << int(Qt::Key_Home) << 0;
+    QTest::newRow("End") << 1 << int(Qt::Key_End) << 2;
+    QTest::newRow("Home without a selection") << -1 << int(Qt::Key_Home) << 0;
+    QTest::newRow("End without a selection") << -1 << int(Qt::Key_End) << 2;
+}
+
+void TableViewTest::homeAndEndSelectTheFirstAndTheLastRow()
+{
+    QFETCH(int, row);
+    QFETCH(int, key);
+    if (row >= 0)
+        mTable->selectionModel()->setCurrentIndex(mTable->model()->index(row, switchColumn),
+                                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    QTest::keyClick(mTable, Qt::Key(key));
+    QTEST(mTable->selectedRow(), "selected");
+    QCOMPARE(mTable->currentIndex().row(), mTable->selectedRow());
+    if (row >= 0)
+        QCOMPARE(mTable->currentIndex().column(), switchColumn); // Home and End keep the column
+}
+
+void TableViewTest::focusAloneSelectsNoRow_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::newRow("never selected") << -1;
+    QTest::newRow("deselected by call") << 0;
+}
+
+void TableViewTest::focusAloneSelectsNoRow()
+{
+    QFETCH(int, row);
+    mSource->names = {u"Same"_s, u"Other"_s, u"Same"_s};
+    mTable->reloadData();
+    mTable->selectRow(row);
+    mOther->setFocus();
+    QTest::keyClick(mOther, Qt::Key_Backtab);
+    mTable->deselectAll();
+    QVERIFY(mTable->hasFocus());
+    QCOMPARE(mTable->selectedRow(), -1);
+    // Rows 0 and 2 have the same text and background. The focus of a cell would tint one of them.
+    const QImage picture = mTable->viewport()->grab().toImage();
+    const auto inner = [&](int at) {
+        return picture.copy(mTable->visualRect(mTable->model()->index(at, nameColumn)).adjusted(3, 3, -3, -3));
+    };
+    QCOMPARE(inner(0), inner(2));
+    // The focus is visible around the table.
+    mOther->setFocus();
+    QVERIFY(mTable->viewport()->grab().toImage() != picture);
+}
+
+void TableViewTest::keysStartAtTheFirstRowWithoutASelection()
+{
+    mTable->selectRow(1);
+    mTable->deselectAll();
+    QTest::keyClick(mTable, Qt::Key_Down);
+    QCOMPARE(mTable->selectedRow(), 0);
+    mTable->deselectAll();
+    mSource->edits.clear();
+    QTest::keyClick(mTable, Qt::Key_F2);
+    QTest::keyClick(mTable, Qt::Key_Space);
+    QVERIFY(!editor());
+    QVERIFY(mSource->edits.isEmpty());
 }
 
 QTEST_MAIN(TableViewTest)
