@@ -228,6 +228,8 @@ void KeyboardMacrosController::setStateOfTableButtonsWithState(bool isEnabled)
                                    mAddMacroDetails, mDeleteMacroDetails, mSettingsMacroDetails};
     for (QWidget *button : buttons)
         button->setEnabled(isEnabled && mHasDeviceConnected);
+    if (macroRow() < 0)
+        mDeleteMacro->setEnabled(false);
 }
 
 void KeyboardMacrosController::setStateOfMacroTableWithState(bool isEnabled)
@@ -256,11 +258,14 @@ void KeyboardMacrosController::updatePlaceholders()
     mMacroDetailsTableView->setPlaceholderText(localizedText(hasRecording() ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }
 
-/// Only the record button is enabled during a recording or a capture. No button is enabled while a name is edited.
+/// During a recording or a capture, only the record button is enabled. While a name is edited, no button of the event
+/// list is. Buttons that delete need a selected row.
 void KeyboardMacrosController::updateEventButtons()
 {
     const bool isRenaming = mMacroTableView->editedRow() >= 0;
-    const bool isIdle = mHasDeviceConnected && !isRenaming && !hasRecording() && !isMacroEventEdit();
+    const bool isUnused = mHasDeviceConnected && !hasRecording() && !isMacroEventEdit();
+    const bool isIdle = isUnused && !isRenaming;
+    mDeleteMacro->setEnabled(isUnused && macroRow() >= 0);
     mAddMacroDetails->setEnabled(isIdle);
     mSettingsMacroDetails->setEnabled(isIdle);
     mDeleteMacroDetails->setEnabled(isIdle && eventRow() >= 0);

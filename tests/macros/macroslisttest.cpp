@@ -31,6 +31,7 @@ private Q_SLOTS:
     void emptyNameIsIgnored();
     void renamingFromTheMenuDisablesTheEventButtons();
     void deleteNeedsAConfirmation();
+    void deleteIsOffWithoutASelectedMacro();
     void alertClosesWithItsMacro_data();
     void alertClosesWithItsMacro();
     void selectionFollowsTheMacro_data();
@@ -166,6 +167,29 @@ void MacrosListTest::renamingFromTheMenuDisablesTheEventButtons()
     for (const char *name : buttons)
         QVERIFY2(outlet(QLatin1StringView(name))->isEnabled(), name);
     QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosListTest::deleteIsOffWithoutASelectedMacro()
+{
+    auto *button = outlet<QPushButton>(u"mDeleteMacro"_s);
+    fill({}, -1);
+    mController->setControlsState(true);
+    QVERIFY(!button->isEnabled());
+    QVERIFY(outlet(u"mAddMacro"_s)->isEnabled());
+    fill({u"A"_s, u"B"_s}, -1);
+    mController->setControlsState(true);
+    QVERIFY(!button->isEnabled());
+    mController->checkMacroRecordingStatus(u"Macros"_s); // the user has opened the tab
+    QVERIFY(!button->isEnabled());
+    list()->selectRow(1);
+    QVERIFY(button->isEnabled());
+    list()->deselectAll();
+    QVERIFY(!button->isEnabled());
+    list()->selectRow(0);
+    mController->setControlsState(false);
+    QVERIFY(!button->isEnabled());
+    mController->setControlsState(true);
+    QVERIFY(button->isEnabled());
 }
 
 void MacrosListTest::deleteNeedsAConfirmation()
