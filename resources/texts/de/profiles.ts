@@ -24,7 +24,7 @@
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Profil „%@“ löschen?</translation></message>
     <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Tastenbelegung und Beleuchtung des Profils gehen verloren. Dies kann nicht rückgängig gemacht werden.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Profil „%@“ auf die Standardeinstellungen zurücksetzen?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Das Profil behält seinen Namen. Alles andere wird zurückgesetzt. Dies kann nicht rückgängig gemacht werden.</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Das Profil behält seinen Namen. Ihre Tasten, die Beleuchtung und alles andere werden auf den Standard zurückgesetzt. Dies kann nicht rückgängig gemacht werden.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Profil importieren</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Profil exportieren</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profile (%@)</translation></message>

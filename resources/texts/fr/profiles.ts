@@ -24,7 +24,7 @@
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Supprimer le profil « %@ » ?</translation></message>
     <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Les fonctions de ses touches et son éclairage seront perdus. Cette action est irréversible.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Rétablir les réglages par défaut du profil « %@ » ?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Le profil conserve son nom. Tout le reste est réinitialisé. Cette action est irréversible.</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Le profil conserve son nom. Vos touches, l’éclairage et tout le reste reviennent à leurs réglages par défaut. Cette action est irréversible.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Importer un profil</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Exporter le profil</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profils (%@)</translation></message>

@@ -24,7 +24,7 @@
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>プロファイル「%@」を削除しますか？</translation></message>
     <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>キーの割り当てとライティングの設定が失われます。この操作は取り消せません。</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>プロファイル「%@」をデフォルトの設定に戻しますか？</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>名前以外の設定は、すべてデフォルトに戻ります。この操作は取り消せません。</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>プロファイルの名前は残ります。あなたのキーの割り当て、ライティング、その他の設定は、すべてデフォルトに戻ります。この操作は取り消せません。</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>プロファイルを読み込む</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>プロファイルを書き出す</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>プロファイル (%@)</translation></message>
