@@ -26,6 +26,15 @@ constexpr int groupSpacing = 16;
 constexpr int offLevel = Backlight::minimumBrightness, dimLevel = 1, normalLevel = 2;
 constexpr int brightLevel = Backlight::maximumBrightness;
 
+/// Explains a control that does not do what its name says, in its tool tip and for screen readers.
+void explain(QWidget *control, const char *textKey)
+{
+    const QString text = localizedText(textKey);
+    const QString earlier = control->toolTip();
+    control->setToolTip(earlier.isEmpty() ? text : earlier + u'\n' + text);
+    control->setAccessibleDescription(text);
+}
+
 } // namespace
 
 QCheckBox *KeyboardLightingController::makeCheckBox(QCheckBox *&field, const char *name, const char *textKey,
@@ -78,6 +87,11 @@ QWidget *KeyboardLightingController::buildZones()
     grid->addWidget(
         makeCheckBox(mInGameAPMUnderglow, "mInGameAPMUnderglow", "lkeyInGameUnderglow", &Self::tickInGameAPMUnderglow),
         2, 2);
+    explain(mMain, "lkeyZoneMainTip");
+    const QList<QWidget *> withoutEffect{mSidestrips,    mUnderglow,           mSidestripsColor,   mUnderglowColor,
+                                         mInGameAPMMain, mInGameAPMSidestrips, mInGameAPMUnderglow};
+    for (QWidget *control : withoutEffect)
+        explain(control, "lkeyOtherZoneTip");
     grid->setHorizontalSpacing(groupSpacing);
     grid->setColumnStretch(3, 1);
     grid->setRowStretch(3, 1);
@@ -97,6 +111,7 @@ QWidget *KeyboardLightingController::buildEffects()
     connect(mLighting, &RadioGroup::rowClicked, this, [this] { selectColor(mLighting); });
     makeCheckBox(mEnableAddOnHighlight, "mEnableAddOnHighlight", "lkeyEnableAddOnHighlight",
                  &KeyboardLightingController::tickEnableAddOnHighlight);
+    explain(mEnableAddOnHighlight, "lkeyEnableAddOnHighlightTip");
 
     auto *column = new QVBoxLayout(group);
     column->addWidget(mLighting);

@@ -96,6 +96,7 @@ private Q_SLOTS:
     void captionsAreUnderTheirSteps();
     void brightnessChangedOnTheKeyboardSendsNothing();
     void controlsWithoutEffectSendNothing();
+    void toolTipsShowWhichControlsHaveNoEffect();
     void updateValueSendsOneNumber();
     void updatesOpenTheDownloadPage();
     void restoreAsksFirst();
@@ -486,6 +487,16 @@ void KeyboardLightingControllerTest::controlsWithoutEffectSendNothing()
     QVERIFY(mController->userSettingsDict().isEmpty());
 }
 
+void KeyboardLightingControllerTest::toolTipsShowWhichControlsHaveNoEffect()
+{
+    for (const QString &name : zoneControls + QStringList{u"mEnableAddOnHighlight"_s}) {
+        auto *control = mController->view()->findChild<QWidget *>(name);
+        const bool hasEffect = name == "mMainColor"_L1;
+        QVERIFY2(control->toolTip().contains(u"no effect"_s) != hasEffect, qPrintable(name));
+        QCOMPARE(control->accessibleDescription().contains(u"no effect"_s), !hasEffect);
+    }
+}
+
 void KeyboardLightingControllerTest::updateValueSendsOneNumber()
 {
     mController->updateValueOfSetting(7, u"BrightnessKBNormal"_s);
@@ -509,6 +520,8 @@ void KeyboardLightingControllerTest::restoreAsksFirst()
     QCOMPARE(alert()->findChild<QLabel *>(u"alertTitle"_s)->text(),
              u"Restore the profile “Work” to its default settings?"_s);
     QCOMPARE(alert()->findChild<QLabel *>(u"alertDescription"_s)->text(), localizedText("lkeyRestoreDefaultDesc"));
+    // The button is on the lighting tab, but the keys are also restored.
+    QVERIFY(localizedText("lkeyRestoreDefaultDesc").contains(u"Your keys"_s));
     QCOMPARE(alert()->findChild<QPushButton *>(u"alertDefaultButton"_s)->text(), u"OK"_s);
     QCOMPARE(alert()->findChild<QPushButton *>(u"alertAlternativeButton"_s)->text(), u"Cancel"_s);
 }

@@ -17,6 +17,9 @@
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Feste Farbe</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Farbwechsel</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Spiele dürfen Tasten beleuchten</translation></message>
+    <message id="lkeyEnableAddOnHighlightTip"><source>lkeyEnableAddOnHighlightTip</source><translation>Wird im Profil gespeichert, hat aber keine Wirkung auf das Licht.</translation></message>
+    <message id="lkeyZoneMainTip"><source>lkeyZoneMainTip</source><translation>Zeigt, ob das Licht an ist. Ankreuzen hat keine Wirkung.</translation></message>
+    <message id="lkeyOtherZoneTip"><source>lkeyOtherZoneTip</source><translation>Ohne Wirkung: Diese Tastatur hat nur eine Zone.</translation></message>
     <message id="lkeyBrightness"><source>lkeyBrightness</source><translation>Helligkeit</translation></message>
     <message id="lkeyBrightnessOff"><source>lkeyBrightnessOff</source><translation>Aus</translation></message>
     <message id="lkeyBrightnessDim"><source>lkeyBrightnessDim</source><translation>Schwach</translation></message>

@@ -17,6 +17,9 @@
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Fixed colour</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Spectrum cycling</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Let games light keys</translation></message>
+    <message id="lkeyEnableAddOnHighlightTip"><source>lkeyEnableAddOnHighlightTip</source><translation>Is saved in the profile, but has no effect on the light.</translation></message>
+    <message id="lkeyZoneMainTip"><source>lkeyZoneMainTip</source><translation>Shows whether the light is on. Ticking it has no effect.</translation></message>
+    <message id="lkeyOtherZoneTip"><source>lkeyOtherZoneTip</source><translation>Has no effect: this keyboard has only one zone.</translation></message>
     <message id="lkeyBrightness"><source>lkeyBrightness</source><translation>Brightness</translation></message>
     <message id="lkeyBrightnessOff"><source>lkeyBrightnessOff</source><translation>Off</translation></message>
     <message id="lkeyBrightnessDim"><source>lkeyBrightnessDim</source><translation>Dim</translation></message>

@@ -17,6 +17,9 @@
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Color fijo</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Ciclo de colores</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Permitir que los juegos iluminen teclas</translation></message>
+    <message id="lkeyEnableAddOnHighlightTip"><source>lkeyEnableAddOnHighlightTip</source><translation>Se guarda en el perfil, pero no tiene efecto en la luz.</translation></message>
+    <message id="lkeyZoneMainTip"><source>lkeyZoneMainTip</source><translation>Indica si la luz está encendida. Marcar la casilla no tiene efecto.</translation></message>
+    <message id="lkeyOtherZoneTip"><source>lkeyOtherZoneTip</source><translation>Sin efecto: este teclado tiene una sola zona.</translation></message>
     <message id="lkeyBrightness"><source>lkeyBrightness</source><translation>Brillo</translation></message>
     <message id="lkeyBrightnessOff"><source>lkeyBrightnessOff</source><translation>Apagado</translation></message>
     <message id="lkeyBrightnessDim"><source>lkeyBrightnessDim</source><translation>Tenue</translation></message>

@@ -17,6 +17,9 @@
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Couleur fixe</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Cycle des couleurs</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Autoriser les jeux à éclairer des touches</translation></message>
+    <message id="lkeyEnableAddOnHighlightTip"><source>lkeyEnableAddOnHighlightTip</source><translation>Est enregistré dans le profil, mais n’a aucun effet sur la lumière.</translation></message>
+    <message id="lkeyZoneMainTip"><source>lkeyZoneMainTip</source><translation>Indique si la lumière est allumée. Cocher la case n’a aucun effet.</translation></message>
+    <message id="lkeyOtherZoneTip"><source>lkeyOtherZoneTip</source><translation>Sans effet : ce clavier n’a qu’une zone.</translation></message>
     <message id="lkeyBrightness"><source>lkeyBrightness</source><translation>Luminosité</translation></message>
     <message id="lkeyBrightnessOff"><source>lkeyBrightnessOff</source><translation>Éteint</translation></message>
     <message id="lkeyBrightnessDim"><source>lkeyBrightnessDim</source><translation>Faible</translation></message>

@@ -17,6 +17,9 @@
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>単色</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>スペクトル循環</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>ゲームによるキーの点灯を許可</translation></message>
+    <message id="lkeyEnableAddOnHighlightTip"><source>lkeyEnableAddOnHighlightTip</source><translation>プロファイルに保存されますが、ライトには効果がありません。</translation></message>
+    <message id="lkeyZoneMainTip"><source>lkeyZoneMainTip</source><translation>ライトがオンかどうかを示します。切り替えても効果はありません。</translation></message>
+    <message id="lkeyOtherZoneTip"><source>lkeyOtherZoneTip</source><translation>効果はありません。このキーボードのゾーンは 1 つだけです。</translation></message>
     <message id="lkeyBrightness"><source>lkeyBrightness</source><translation>明るさ</translation></message>
     <message id="lkeyBrightnessOff"><source>lkeyBrightnessOff</source><translation>オフ</translation></message>
     <message id="lkeyBrightnessDim"><source>lkeyBrightnessDim</source><translation>暗い</translation></message>

@@ -17,6 +17,9 @@
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>固定颜色</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>光谱循环</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>允许游戏点亮按键</translation></message>
+    <message id="lkeyEnableAddOnHighlightTip"><source>lkeyEnableAddOnHighlightTip</source><translation>会保存到配置文件中，但对灯光没有效果。</translation></message>
+    <message id="lkeyZoneMainTip"><source>lkeyZoneMainTip</source><translation>显示灯光是否打开。勾选没有效果。</translation></message>
+    <message id="lkeyOtherZoneTip"><source>lkeyOtherZoneTip</source><translation>没有效果：此键盘只有一个区域。</translation></message>
     <message id="lkeyBrightness"><source>lkeyBrightness</source><translation>亮度</translation></message>
     <message id="lkeyBrightnessOff"><source>lkeyBrightnessOff</source><translation>关</translation></message>
     <message id="lkeyBrightnessDim"><source>lkeyBrightnessDim</source><translation>暗</translation></message>
