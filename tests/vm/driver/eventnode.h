@@ -42,6 +42,7 @@ public:
     /// From now on the key with this HID usage has another code, as a table of the system may define.
     void setCode(std::uint32_t scanCode, int code);
     [[nodiscard]] bool isGone() const { return mIsGone; }
+    [[nodiscard]] int descriptor() const { return mNode.get(); }
 
 private:
     explicit EventNode(FileDescriptor node) : mNode(std::move(node)) {}

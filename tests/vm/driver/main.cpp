@@ -5,15 +5,18 @@
 #include "tests/vm/driver/failure.h"
 #include "tests/vm/driver/latency.h"
 #include "tests/vm/driver/machine.h"
+#include "tests/vm/driver/passthrough.h"
 #include "tests/vm/driver/scenario.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <sstream>
 #include <thread>
 
@@ -47,15 +50,26 @@ struct Unit
     long long nanoseconds; // by the machine's clock, which can be set to one instruction per nanosecond
 };
 
-void printLatency(const std::string &name, Latencies times, const Unit &unit)
+/// The value below which this share of the sorted times lies, in units.
+long long quantile(const Latencies &times, double share, const Unit &unit)
 {
-    std::ranges::sort(times);
-    const auto at = [&](double share) {
-        const auto time = times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))];
-        return std::to_string(time.count() / unit.nanoseconds) + ' ' + unit.name;
-    };
-    std::printf("kestra-vm: latency %-38s p50 %s, p90 %s, p99 %s\n", name.c_str(), at(0.5).c_str(), at(0.9).c_str(),
-                at(0.99).c_str());
+    return times[static_cast<std::size_t>(share * static_cast<double>(times.size() - 1))].count() / unit.nanoseconds;
+}
+
+constexpr struct
+{
+    const char *name;
+    double share;
+} quantiles[] = {{"p10", 0.1}, {"p50", 0.5}, {"p90", 0.9}, {"p99", 0.99}};
+
+/// `times` are sorted.
+void printLatency(const std::string &name, const Latencies &times, const Unit &unit)
+{
+    std::string text;
+    for (const auto &[quantileName, share] : quantiles)
+        text += std::string(text.empty() ? "" : ", ") + quantileName + ' '
+                + std::to_string(quantile(times, share, unit)) + ' ' + unit.name;
+    std::printf("kestra-vm: latency %-38s %s\n", name.c_str(), text.c_str());
 }
 
 /// The value of "name:" in a file of /proc.
@@ -101,21 +115,53 @@ void printIdleness(pid_t daemon)
     }
 }
 
-/// Measures the two in turn, because other load on the machine then slows both equally.
-void printLatencies(const std::string &way, Latencies (*measureSome)(UhidKeyboard &, EventNode &, int),
-                    Machine &machine, EventNode &raw, const Unit &unit)
+/// One way of a key from a keyboard to its reader.
+struct Way
+{
+    std::string name;
+    UhidKeyboard &keyboard;
+    EventNode &node;
+    Latencies times = {};
+};
+
+using MeasureSome = Latencies (*)(UhidKeyboard &, EventNode &, int);
+
+/// Measures the ways in turn, because other load on the machine then slows all of them equally.
+void measureInTurn(std::span<Way> ways, MeasureSome measureSome)
 {
     constexpr int turns = 50;
     constexpr int keysOfATurn = 20;
-    Latencies ofKeyboard;
-    Latencies throughDaemon;
     for (int turn = 0; turn < turns; ++turn) {
-        std::ranges::copy(measureSome(machine.keyboard("raw"), raw, keysOfATurn), std::back_inserter(ofKeyboard));
-        std::ranges::copy(measureSome(machine.keyboard("used"), machine.desktop(), keysOfATurn),
-                          std::back_inserter(throughDaemon));
+        for (Way &way : ways)
+            std::ranges::copy(measureSome(way.keyboard, way.node, keysOfATurn), std::back_inserter(way.times));
     }
-    printLatency("raw" + way, ofKeyboard, unit);
-    printLatency("through the daemon" + way, throughDaemon, unit);
+    for (Way &way : ways)
+        std::ranges::sort(way.times);
+}
+
+/// How much the daemon adds to the keyboard itself, compared with the pass-through.
+void printAdded(const Latencies &raw, const Latencies &passed, const Latencies &daemon, const Unit &unit)
+{
+    for (const auto &[name, share] : {quantiles[0], quantiles[1]}) {
+        const long long base = quantile(raw, share, unit);
+        const long long floor = quantile(passed, share, unit) - base;
+        const long long added = quantile(daemon, share, unit) - base;
+        std::printf("kestra-vm: %s: the daemon adds %lld %s, a pass-through %lld: %.2f times\n", name, added,
+                    unit.name.c_str(), floor, static_cast<double>(added) / static_cast<double>(floor));
+    }
+}
+
+void printLatencies(const std::string &suffix, MeasureSome measureSome, Machine &machine, EventNode &raw,
+                    EventNode &passed, const Unit &unit)
+{
+    std::array<Way, 3> ways{
+        Way{.name = "raw", .keyboard = machine.keyboard("raw"), .node = raw},
+        Way{.name = "through a pass-through", .keyboard = machine.keyboard("passed"), .node = passed},
+        Way{.name = "through the daemon", .keyboard = machine.keyboard("used"), .node = machine.desktop()}};
+    measureInTurn(ways, measureSome);
+    for (const Way &way : ways)
+        printLatency(way.name + suffix, way.times, unit);
+    printAdded(ways[0].times, ways[1].times, ways[2].times, unit);
 }
 
 void measure(const Unit &unit)
@@ -123,12 +169,15 @@ void measure(const Unit &unit)
     printClockSource();
     Machine machine("/run/scenario");
     machine.plug("raw", {});
+    machine.plug("passed", {});
     machine.plug("used", {});
     EventNode raw = EventNode::open("Keyboard raw", true);
+    const PassThrough passThrough("Keyboard passed");
+    EventNode passed = EventNode::open(PassThrough::name, true);
     machine.startDaemon();
     machine.use({"used"});
-    printLatencies("", measureLatency, machine, raw, unit);
-    printLatencies(", read by the writer", measureLatencyForWriter, machine, raw, unit);
+    printLatencies("", measureLatency, machine, raw, passed, unit);
+    printLatencies(", read by the writer", measureLatencyForWriter, machine, raw, passed, unit);
     printIdleness(machine.daemon().id());
     std::printf("kestra-vm: memory of the daemon (PSS): %s\n",
                 procValue("/proc/" + std::to_string(machine.daemon().id()) + "/smaps_rollup", "Pss").c_str());
