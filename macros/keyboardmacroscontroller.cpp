@@ -18,7 +18,6 @@
 #include <QMenu>
 #include <QPalette>
 #include <QPushButton>
-#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -131,7 +130,7 @@ void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macro
 {
     mMacrosSettingsArray = macros;
     mIsListNew = true;
-    mAreRecordsStale = false;
+    mLines.recordsHaveCome();
 }
 
 void KeyboardMacrosController::refreshTableDisplay()
@@ -199,7 +198,7 @@ void KeyboardMacrosController::showNewList()
     if (mIsAddMacro)
         return;
     if (row != macroRow()) {
-        const QScopedValueRollback following(mIsFollowingMacro, true);
+        const auto following = mLines.beginFollowing();
         if (row < 0)
             mMacroTableView->deselectAll();
         else
@@ -323,10 +322,11 @@ void KeyboardMacrosController::tableViewSetObjectValueForTableColumnRow(TableVie
 
 void KeyboardMacrosController::tableViewSelectionDidChange(TableView *tableView)
 {
-    if (tableView == mMacroTableView && !mIsFollowingMacro)
+    if (tableView == mMacroTableView && !mLines.areFollowing()) {
         noteSelectedMacro();
-    if (tableView == mMacroTableView && !mIsAddMacro && !mIsFollowingMacro)
-        fetchLines();
+        if (!mIsAddMacro)
+            fetchLines();
+    }
     updateEventPart();
 }
 
@@ -357,7 +357,7 @@ void KeyboardMacrosController::showLinesAgain()
 
 void KeyboardMacrosController::fetchChangedLines()
 {
-    if (macroRow() < 0 || mIsReplacingLines || mIsAddMacro || hasRecording())
+    if (macroRow() < 0 || mIsAddMacro || hasRecording())
         return;
     // Another client may have edited the events.
     if (mLines.areOutdatedFor(macroAt(macroRow())))

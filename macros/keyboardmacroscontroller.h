@@ -63,19 +63,19 @@ public:
     /// True while a recording, new or appended, runs. Also true from the start of a single-key capture until Stop or OK
     /// ends it; Cancel does not.
     [[nodiscard]] bool isRecordingOrCapturing() const;
-    [[nodiscard]] bool recordButtonReadsStop() const { return mRecordButtonReadsStop; }
-    [[nodiscard]] Activity activity() const { return mActivity; }
+    [[nodiscard]] bool recordButtonReadsStop() const { return mState.readsStop; }
+    [[nodiscard]] Activity activity() const { return mState.activity; }
     // The fixed fields of the activity
     /// A new recording runs. Also true for an appended recording that was started again by Record.
     [[nodiscard]] bool isRecording() const;
     /// An appended recording runs, or is being stopped.
     [[nodiscard]] bool isAppendMacro() const;
     /// The last recording was stopped.
-    [[nodiscard]] bool isStopRecording() const { return mIsStopRecording; }
+    [[nodiscard]] bool isStopRecording() const { return mState.wasStopped; }
     /// A single key is being captured, or was when the event sheet was cancelled.
-    [[nodiscard]] bool isEditingMacro() const { return mIsEditingMacro; }
+    [[nodiscard]] bool isEditingMacro() const { return mState.isCapturing; }
     /// The event sheet is up.
-    [[nodiscard]] bool isMacroEventEdit() const { return mActivity == Activity::editingEvent; }
+    [[nodiscard]] bool isMacroEventEdit() const { return mState.activity == Activity::editingEvent; }
 
     // From the main controller
     /// Observes the recording notifications, at the centre of setNotificationCenter() if one was set, else at the
@@ -168,12 +168,22 @@ private:
 
     /// True from the start of a recording, new or appended, until it has ended.
     [[nodiscard]] bool hasRecording() const { return isRecording() || isAppendMacro(); }
-    /// The only place that changes the activity. The caller then shows it with setRecordButton() and showRecording().
-    void setActivity(Activity activity);
-    /// Shows whether a recording runs: the hints and the colour of the lines.
-    void showRecording();
-    /// Ends a new recording. An appended one has yet to be saved.
-    void takeNoMoreEvents();
+    /// All of what the tab does. The capture and the title of the button follow the activity, with two deliberate
+    /// exceptions: Cancel leaves the capture to be ended once more, and a recording runs on behind a button that reads
+    /// "Record" when a late key has ended that capture.
+    struct State
+    {
+        Activity activity = Activity::idle;
+        bool isCapturing = false; ///< mIsEditingMacro
+        bool readsStop = false;   ///< the title of the record button
+        bool wasStopped = false;  ///< mIsStopRecording; for completeness
+    };
+    /// The only place that changes what the tab does. Shows it: the record button, the hints, the colour of the lines,
+    /// and the controls that are disabled while the tab waits for keys.
+    void setActivity(const State &state);
+    /// The state after the last event: a new recording is over, an appended one has yet to be saved.
+    [[nodiscard]] State stateWithoutEvents() const;
+    void beginRecording(Activity recording);
     [[nodiscard]] int macroRow() const;
     [[nodiscard]] int eventRow() const;
     [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty if there is no such row
@@ -222,7 +232,8 @@ private:
     void updateEventButtons();
     void explainEdit();
     void enableDeleteEventBySelection();
-    void setRecordButton(bool readsStop);
+    void setRecordButton(bool readsStop); ///< without a change of the activity
+    void showRecordButton();
     void describeRecordButton();
     void startRecording();
     void stopRecording();
@@ -286,21 +297,14 @@ private:
     DistributedNotificationCenter *mNotificationCenter = nullptr;
     MacroDelegate *mMacroDelegate = nullptr;
 
-    Activity mActivity = Activity::idle;
+    State mState;
     int mEditedRow = -1;               ///< row of a rename started from a menu
     quint8 mMacroEventEditHIDCode = 0; ///< the key captured for the edited event; 0 for none
     bool mIsAddMacro = false;          ///< an add is in progress: the daemon does not know the new row yet
     bool mIsRenamingMacroName = false; ///< a rename was started from a menu
     bool mIsListNew = false;           ///< a list was handed over since an add was sent
-    bool mAreRecordsStale = false;     ///< events were edited since the records were handed over
-    bool mIsFollowingMacro = false;    ///< the selected macro has moved or is gone: its lines must not be fetched
-    bool mIsReplacingLines = false;    ///< an operation is in progress that fetches the lines at its end
-    bool mIsStopRecording = false;     ///< the last recording was stopped; for completeness
-    bool mIsEditingMacro = false;      ///< a key is being captured, or was when the event sheet was cancelled, also if
-                                       ///< another activity has begun since
     bool mHasDeviceConnected = true;   ///< the latest argument of setControlsState()
     // For completeness: the delay field checks each edit itself.
     [[maybe_unused]] int mCountDecimal = 0;
     [[maybe_unused]] bool mIsDecimalPointDuplicate = false;
-    bool mRecordButtonReadsStop = false;
 };

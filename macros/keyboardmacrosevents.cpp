@@ -39,7 +39,6 @@ void KeyboardMacrosController::selectEvent(int row)
 
 void KeyboardMacrosController::eventsWereEdited()
 {
-    mAreRecordsStale = true;
     mLines.forgetAnswer(); // without new lines, none are shown
     fetchLines();
     mMacroDetailsTableView->reloadData();
@@ -157,20 +156,20 @@ void KeyboardMacrosController::openEventSheet()
 {
     if (!mEditEventWindow || !mMacroDelegate)
         return;
-    setStateOfTableButtonsWithState(false);
-    setStateOfMacroTableWithState(false);
     mInputMacroEvent->clear();
     mEditEventWindow->beginSheet(mMacrosWindow);
     mEventsSubject.note(mEditEventWindow, eventsOfSelectedMacro());
     mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
-    setActivity(Activity::editingEvent);
+    State state = mState;
+    state.activity = Activity::editingEvent;
+    state.isCapturing = true;
+    setActivity(state);
     mMacroEventEditHIDCode = 0;
     captureEditedEvent();
 }
 
 void KeyboardMacrosController::captureEditedEvent()
 {
-    mIsEditingMacro = true;
     if (mMacroDelegate)
         mMacroDelegate->startEditHID();
     setRecordButton(true);
@@ -179,9 +178,6 @@ void KeyboardMacrosController::captureEditedEvent()
 void KeyboardMacrosController::closeEventSheet()
 {
     setRecordButton(false);
-    setStateOfTableButtonsWithState(true);
-    setStateOfMacroTableWithState(true);
-    updateEventButtons();
     mEditEventWindow->endSheet();
     mMacroDetailsTableView->setFocus(); // it was disabled, so the focus had moved to Record
     fetchChangedLines();                // if they did not come before
@@ -189,8 +185,10 @@ void KeyboardMacrosController::closeEventSheet()
 
 void KeyboardMacrosController::clickMacroEventOK(QObject *)
 {
-    mIsEditingMacro = false;
-    setActivity(Activity::idle);
+    State state = mState;
+    state.activity = Activity::idle;
+    state.isCapturing = false;
+    setActivity(state);
     if (mMacroDelegate)
         mMacroDelegate->stopSingleKeyRecording();
     storeCapturedKey(MacroRecord::keyboardPage);
@@ -199,8 +197,9 @@ void KeyboardMacrosController::clickMacroEventOK(QObject *)
 
 void KeyboardMacrosController::clickMacroEventCancel(QObject *)
 {
-    // Deliberate: mIsEditingMacro stays set. Leaving the tab, or Stop, ends the capture once more.
-    setActivity(Activity::idle);
+    State state = mState;
+    state.activity = Activity::idle; // Deliberate: isCapturing stays set. Leaving the tab, or Stop, ends the capture
+    setActivity(state);              // once more.
     mMacroEventEditHIDCode = 0;
     // The removal of the keyboard has already ended the capture.
     if (mMacroDelegate && mHasDeviceConnected)
@@ -230,9 +229,11 @@ void KeyboardMacrosController::singleKeyEvents(const QVariantMap &userInfo)
     const int code = modifier != 0 && (key & lowByte) == 0 ? modifier : key;
     mMacroEventEditHIDCode = quint8(code & lowByte);
     mInputMacroEvent->setText(eventParser::getStringWithHIDWithModifier(mMacroEventEditHIDCode, 0));
-    if (!mRecordButtonReadsStop || !mIsEditingMacro || isMacroEventEdit())
+    if (!recordButtonReadsStop() || !isEditingMacro() || isMacroEventEdit())
         return;
-    mIsEditingMacro = false;
+    State state = mState;
+    state.isCapturing = false;
+    setActivity(state);
     if (mMacroDelegate)
         mMacroDelegate->stopSingleKeyRecording();
     // Deliberate: the event keeps its page. Only the sheet turns an event into one of the keyboard.

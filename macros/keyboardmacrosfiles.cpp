@@ -38,7 +38,7 @@ void KeyboardMacrosController::loadSaveAsPanel()
 void KeyboardMacrosController::exportMacroToFile(const QString &path)
 {
     // The daemon sends no new document after an event was edited.
-    if (mAreRecordsStale && mMacroDelegate)
+    if (mLines.areRecordsStale() && mMacroDelegate)
         mMacroDelegate->reloadMacros();
     const QVariantMap record = macroAt(macroRow());
     if (path.isEmpty() || record.isEmpty())

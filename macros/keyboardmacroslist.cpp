@@ -13,7 +13,6 @@
 #include "platform/filepanels.h"
 
 #include <QAction>
-#include <QScopedValueRollback>
 
 namespace {
 
@@ -143,7 +142,7 @@ void KeyboardMacrosController::deleteMacro()
     if (row < 0)
         return;
     {
-        const QScopedValueRollback replacingLines(mIsReplacingLines, true);
+        const auto replacing = mLines.beginReplacement();
         if (mMacroDelegate)
             mMacroDelegate->deleteMacroAtIndex(row);
         mMacroTableView->reloadData();

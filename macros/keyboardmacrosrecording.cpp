@@ -11,7 +11,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScopedValueRollback>
+
+#include <utility>
 
 namespace {
 
@@ -24,29 +25,41 @@ constexpr QLatin1StringView macrosTabLabel{"Macros"};
 
 bool KeyboardMacrosController::isRecording() const
 {
-    return mActivity == Activity::recording || mActivity == Activity::appendingAgain;
+    return activity() == Activity::recording || activity() == Activity::appendingAgain;
 }
 
 bool KeyboardMacrosController::isAppendMacro() const
 {
-    return mActivity == Activity::appending || mActivity == Activity::appendingAgain
-           || mActivity == Activity::stoppingAppended;
+    return activity() == Activity::appending || activity() == Activity::appendingAgain
+           || activity() == Activity::stoppingAppended;
 }
 
 bool KeyboardMacrosController::isRecordingOrCapturing() const
 {
-    return hasRecording() || mIsEditingMacro;
+    return hasRecording() || isEditingMacro();
 }
 
-void KeyboardMacrosController::setActivity(Activity activity)
+void KeyboardMacrosController::setActivity(const State &state)
 {
-    mActivity = activity;
-    Q_EMIT captureAreaChanged();
+    const State before = std::exchange(mState, state);
+    const bool hasBegunAgain = hasRecording() && mState.readsStop && !before.readsStop;
+    const bool hasChanged = mState.activity != before.activity || hasBegunAgain;
+    if (hasChanged) {
+        const bool isFree = !captureArea();
+        setStateOfTableButtonsWithState(isFree);
+        setStateOfMacroTableWithState(isFree);
+    }
+    showRecordButton();
+    updatePlaceholders();
+    updateLineColor();
+    updateEventButtons();
+    if (hasChanged)
+        Q_EMIT captureAreaChanged();
 }
 
 QWidget *KeyboardMacrosController::captureArea() const
 {
-    switch (mActivity) {
+    switch (activity()) {
     case Activity::idle:
     case Activity::stoppingAppended: return nullptr;
     case Activity::recording:
@@ -78,27 +91,40 @@ void KeyboardMacrosController::showCaptureSource(const CaptureSource &source)
 /// To users who do not see the hint.
 void KeyboardMacrosController::describeRecordButton()
 {
-    mRecordMacroDetails->setAccessibleDescription(mRecordButtonReadsStop ? mRecordingHint->text() : QString());
+    mRecordMacroDetails->setAccessibleDescription(recordButtonReadsStop() ? mRecordingHint->text() : QString());
 }
 
-void KeyboardMacrosController::showRecording()
+auto KeyboardMacrosController::stateWithoutEvents() const -> State
 {
-    updatePlaceholders();
-    updateLineColor();
-}
-
-void KeyboardMacrosController::takeNoMoreEvents()
-{
-    mIsStopRecording = true;
+    State state = mState;
     if (isAppendMacro())
-        setActivity(Activity::stoppingAppended);
+        state.activity = Activity::stoppingAppended;
     else if (isRecording())
-        setActivity(Activity::idle);
+        state.activity = Activity::idle;
+    state.readsStop = false;
+    state.wasStopped = true;
+    return state;
+}
+
+void KeyboardMacrosController::beginRecording(Activity recording)
+{
+    State state = mState;
+    state.activity = recording;
+    state.readsStop = true;
+    state.wasStopped = false;
+    setActivity(state);
 }
 
 void KeyboardMacrosController::setRecordButton(bool readsStop)
 {
-    mRecordButtonReadsStop = readsStop;
+    State state = mState;
+    state.readsStop = readsStop;
+    setActivity(state);
+}
+
+void KeyboardMacrosController::showRecordButton()
+{
+    const bool readsStop = recordButtonReadsStop();
     mRecordMacroDetails->setText(localizedText(readsStop ? "lkeyStop" : "lkeyRecord"));
     mRecordMacroDetails->setIcon(EventIcons::recordIcon(readsStop));
     mRecordMacroDetails->setChecked(readsStop);
@@ -115,25 +141,21 @@ void KeyboardMacrosController::enableDeleteEventBySelection()
 
 void KeyboardMacrosController::clickRecordMacroDetails(QObject *)
 {
-    mIsStopRecording = false;
-    if (mRecordButtonReadsStop)
-        stopRecording();
-    else if (macroRow() >= 0)
-        startRecording();
-    else
-        setRecordButton(false); // the click has toggled it
+    if (recordButtonReadsStop())
+        return stopRecording();
+    if (macroRow() >= 0)
+        return startRecording();
+    State state = mState; // the click has toggled the button
+    state.wasStopped = false;
+    setActivity(state);
 }
 
 void KeyboardMacrosController::startRecording()
 {
-    setActivity(isAppendMacro() ? Activity::appendingAgain : Activity::recording);
+    beginRecording(isAppendMacro() ? Activity::appendingAgain : Activity::recording);
     mIsRenamingMacroName = false;
     mLines.clear();
     mMacroDetailsTableView->reloadData();
-    setRecordButton(true);
-    showRecording();
-    setStateOfTableButtonsWithState(false);
-    setStateOfMacroTableWithState(false);
     enableDeleteEventBySelection();
     mRecordMacroDetails->setFocus();
     if (mMacroDelegate)
@@ -144,12 +166,9 @@ void KeyboardMacrosController::stopRecording()
 {
     const bool wasRecording = hasRecording();
     const bool isAppended = isAppendMacro();
-    takeNoMoreEvents();
-    setRecordButton(false);
-    setStateOfTableButtonsWithState(true);
-    setStateOfMacroTableWithState(true);
-    const QScopedValueRollback replacingLines(mIsReplacingLines, true);
-    if (mMacroDelegate && mIsEditingMacro) {
+    setActivity(stateWithoutEvents());
+    const auto replacing = mLines.beginReplacement();
+    if (mMacroDelegate && isEditingMacro()) {
         mMacroDelegate->stopSingleKeyRecording();
         if (wasRecording)
             fetchLines(); // replaces the recorded lines, which are not stored
@@ -158,28 +177,22 @@ void KeyboardMacrosController::stopRecording()
         mMacroDelegate->saveRecordedEventsForMacroAtIndexIsNewRecording(macroRow(), isAppended ? 1 : 0);
         fetchLines();
     }
-    mIsEditingMacro = false;
     const bool isSheetUp = isMacroEventEdit();
-    setActivity(Activity::idle);
+    setActivity({.wasStopped = true});
     if (isSheetUp) {
         // The capture has ended; the sheet would wait for ever.
         mMacroEventEditHIDCode = 0;
         mEditEventWindow->endSheet();
     }
-    showRecording();
-    updateEventButtons();
 }
 
 void KeyboardMacrosController::abandonRecording()
 {
-    setActivity(Activity::idle);
-    mIsStopRecording = true;
-    setRecordButton(false);
-    setStateOfTableButtonsWithState(true);
-    setStateOfMacroTableWithState(true);
+    State state = stateWithoutEvents();
+    state.activity = Activity::idle; // an appended recording has nothing left to save
+    setActivity(state);
     mLines.clear();
     linesHaveChanged();
-    showRecording();
     if (mMacroDelegate)
         mMacroDelegate->stopMacroRecording();
 }
@@ -188,12 +201,7 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
 {
     if (macroRow() < 0)
         return;
-    setActivity(Activity::appending);
-    mIsStopRecording = false;
-    setStateOfTableButtonsWithState(false);
-    setStateOfMacroTableWithState(false);
-    setRecordButton(true);
-    showRecording();
+    beginRecording(Activity::appending);
     mRecordMacroDetails->setFocus();
     mMacroDetailsTableView->deselectAll();
     if (mMacroDelegate)
@@ -203,7 +211,7 @@ void KeyboardMacrosController::clickAddMacroDetails(QObject *)
 void KeyboardMacrosController::recordEvents(const QVariantMap &userInfo)
 {
     // The daemon reports every recording, also one that another client has started.
-    if (!hasRecording() || mActivity == Activity::stoppingAppended)
+    if (!hasRecording() || activity() == Activity::stoppingAppended)
         return;
     if (userInfo.value(DaemonProtocol::isMacroFull).toBool())
         report(StatusReport::Event::macroFull, MacroRecord::name(macroAt(macroRow())));
@@ -217,10 +225,8 @@ void KeyboardMacrosController::recordEvents(const QVariantMap &userInfo)
 
 void KeyboardMacrosController::stopAllMacroRecording()
 {
-    if (!isRecordingOrCapturing())
-        return;
-    setRecordButton(true);
-    clickRecordMacroDetails(mRecordMacroDetails);
+    if (isRecordingOrCapturing())
+        stopRecording();
 }
 
 void KeyboardMacrosController::keyboardCameBack()
@@ -237,10 +243,9 @@ void KeyboardMacrosController::checkMacroRecordingStatus(const QString &label)
         stopAllMacroRecording();
         return;
     }
-    setRecordButton(false);
     if (!mHasDeviceConnected)
-        return;
-    takeNoMoreEvents();
+        return setRecordButton(false);
+    setActivity(stateWithoutEvents());
     setStateOfTableButtonsWithState(true);
     enableDeleteEventBySelection();
 }

@@ -20,7 +20,7 @@ bool areOneMacro(const QVariantMap &macro, const QVariantMap &other)
 
 bool MacroLines::areOutdatedFor(const QVariantMap &macro) const
 {
-    return !haveSameEvents(macro, mRequestedMacro);
+    return !mIsReplacing && !haveSameEvents(macro, mRequestedMacro);
 }
 
 void MacroLines::beginRequest(const QVariantMap &macro)
@@ -61,4 +61,5 @@ bool MacroLines::showAnswerFor(const QVariantMap &macro)
 void MacroLines::forgetAnswer()
 {
     mAnsweredMacro = {};
+    mAreRecordsStale = true;
 }

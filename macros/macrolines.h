@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The lines of the event list, and whose lines they are: it keeps the shown lines, the latest request for lines and the
-// latest answer. Owned by the macros tab. Main thread only.
+// The lines of the event list, and whose lines they are: it keeps the shown lines, the latest request for lines, the
+// latest answer, and whether the lines are newer than the records of the macros or are about to be replaced. Owned by
+// the macros tab. Main thread only.
 #pragma once
 
+#include <QScopedValueRollback>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -13,7 +15,8 @@ class MacroLines
 public:
     /// Row n of the event list is entry n.
     [[nodiscard]] const QStringList &shown() const { return mShown; }
-    /// False if lines of these events, under this identifier, were requested last and have come.
+    /// False if lines of these events, under this identifier, were requested last and have come. Also false during a
+    /// replacement.
     [[nodiscard]] bool areOutdatedFor(const QVariantMap &macro) const;
 
     // A request
@@ -27,8 +30,21 @@ public:
     // The latest answer
     /// Shows the latest answer. Returns false, and changes nothing, if it was not for this macro.
     [[nodiscard]] bool showAnswerFor(const QVariantMap &macro);
-    /// Forgets the latest answer, which an edit of the events has outdated. The shown lines stay.
+    /// Forgets the latest answer, which an edit of the events has outdated. The shown lines stay. The edit has also
+    /// made the records stale.
     void forgetAnswer();
+
+    // The records of the macros
+    /// Whether events were edited since the records came.
+    [[nodiscard]] bool areRecordsStale() const { return mAreRecordsStale; }
+    void recordsHaveCome() { mAreRecordsStale = false; }
+
+    // Times at which the tab must not fetch lines. Each ends with the returned object.
+    /// An operation is in progress that fetches the lines at its end.
+    [[nodiscard]] QScopedValueRollback<bool> beginReplacement() { return QScopedValueRollback(mIsReplacing, true); }
+    /// The selection follows the selected macro, which has moved or is gone: its lines stay.
+    [[nodiscard]] QScopedValueRollback<bool> beginFollowing() { return QScopedValueRollback(mIsFollowing, true); }
+    [[nodiscard]] bool areFollowing() const { return mIsFollowing; }
 
     // Lines that do not answer a request
     void clear() { mShown.clear(); }
@@ -41,4 +57,7 @@ private:
     QVariantMap mAnsweredMacro;  ///< the macro of the latest answer
     QStringList mAnswer;
     bool mHaveLinesCome = false; ///< since the latest request
+    bool mAreRecordsStale = false;
+    bool mIsReplacing = false;
+    bool mIsFollowing = false;
 };
