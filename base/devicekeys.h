@@ -42,8 +42,9 @@ inline constexpr Key kindNumberPad{"number pad"};
 inline constexpr Key kindKeyPad{"key pad"};
 
 // The status
-inline constexpr Key state{"State"};
+inline constexpr Key state{"State"}; // also of a keyboard
 inline constexpr Key names{"Names"};
+inline constexpr Key absent{"Absent"};
 inline constexpr Key grabs{"Grabs"};
 inline constexpr Key isRealTime{"RealTime"};
 inline constexpr Key lostEvents{"LostEvents"};

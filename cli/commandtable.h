@@ -60,6 +60,7 @@ inline constexpr QLatin1StringView modifiers{"--modifiers"};
 inline constexpr QLatin1StringView repeat{"--repeat"};
 inline constexpr QLatin1StringView off{"--off"};
 inline constexpr QLatin1StringView list{"--list"};
+inline constexpr QLatin1StringView add{"--add"};
 
 /// Options that are followed by a value, as the next word or behind "=".
 inline constexpr std::array withValue{modifiers, repeat, seconds};

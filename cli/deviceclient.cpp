@@ -51,6 +51,16 @@ DaemonObjectResult<void> DeviceClient::use(const QStringList &ids)
     return inItsWords(devices.call("Use"_L1, {ids}));
 }
 
+DaemonObjectResult<void> DeviceClient::useAlso(const QStringList &ids)
+{
+    return inItsWords(devices.call("UseAlso"_L1, {ids}));
+}
+
+DaemonObjectResult<void> DeviceClient::releaseThese(const QStringList &ids)
+{
+    return inItsWords(devices.call("ReleaseThese"_L1, {ids}));
+}
+
 DaemonObjectResult<void> DeviceClient::release()
 {
     return inItsWords(devices.call("Release"_L1));

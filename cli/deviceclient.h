@@ -16,6 +16,10 @@ namespace DeviceClient {
 [[nodiscard]] DaemonObjectResult<QVariantMap> status();
 /// An unknown keyboard is wrong usage, like a profile that does not exist.
 [[nodiscard]] DaemonObjectResult<void> use(const QStringList &ids);
+/// The same beside the keyboards that are chosen already.
+[[nodiscard]] DaemonObjectResult<void> useAlso(const QStringList &ids);
 [[nodiscard]] DaemonObjectResult<void> release();
+/// Releases these chosen keyboards.
+[[nodiscard]] DaemonObjectResult<void> releaseThese(const QStringList &ids);
 
 } // namespace DeviceClient

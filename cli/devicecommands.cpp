@@ -32,14 +32,29 @@ QJsonObject jsonOf(const QVariantMap &device)
             {u"path"_s, device.value(DeviceKeys::path).toString()},
             {u"nodes"_s, QJsonArray::fromStringList(device.value(DeviceKeys::nodes).toStringList())},
             {u"inUse"_s, device.value(DeviceKeys::isInUse).toBool()},
+            {u"state"_s, device.value(DeviceKeys::state).toString()},
             {u"problem"_s, device.value(DeviceKeys::problem).toString()}};
 }
 
-void printTable(Console &console, const QList<QVariantMap> &devices)
+/// Why a chosen keyboard that can be used is not in use; empty for others.
+QString wordsForState(const QString &state)
+{
+    if (state == DeviceKeys::stateWaiting)
+        return u"chosen: in use as soon as none of its keys is down"_s;
+    if (state == DeviceKeys::stateSuspended)
+        return u"chosen: released by Backspace, Escape and Return; \"kestractl device use\" grabs it again"_s;
+    if (state == DeviceKeys::stateFailed)
+        return u"chosen: not in use; \"kestractl status\" shows why"_s;
+    return {};
+}
+
+void printTable(Console &console, const QList<QVariantMap> &devices, const QStringList &absent)
 {
     if (devices.isEmpty())
         console.print(u"no keyboard is plugged in"_s);
     qsizetype width = 0;
+    for (const QString &id : absent)
+        width = std::max(width, id.size());
     for (const QVariantMap &device : devices)
         width = std::max(width, text(device, DeviceKeys::id).size());
     for (const QVariantMap &device : devices) {
@@ -51,7 +66,11 @@ void printTable(Console &console, const QList<QVariantMap> &devices)
                           .arg(text(device, DeviceKeys::name) + words));
         if (const QString problem = text(device, DeviceKeys::problem); !problem.isEmpty())
             console.print(u"      cannot be used: "_s + problem);
+        else if (const QString reason = wordsForState(text(device, DeviceKeys::state)); !reason.isEmpty())
+            console.print(u"      "_s + reason);
     }
+    for (const QString &id : absent)
+        console.print(u"   %1  chosen, not plugged in"_s.arg(id, -width));
 }
 
 } // namespace
@@ -61,20 +80,28 @@ CommandResult<void> listDevices(CommandContext &context)
     const auto devices = DeviceClient::list();
     if (!devices)
         return devices.error();
+    const auto status = DeviceClient::status();
+    if (!status)
+        return status.error();
+    const QStringList absent = status->value(DeviceKeys::absent).toStringList();
     if (!context.hasOption(Options::json)) {
-        printTable(context.console, *devices);
+        printTable(context.console, *devices, absent);
         return {};
     }
     QJsonArray list;
     for (const QVariantMap &device : *devices)
         list.append(jsonOf(device));
+    for (const QString &id : absent)
+        list.append(QJsonObject{{u"id"_s, id}, {u"inUse"_s, false}, {u"state"_s, u"absent"_s}});
     context.console.printJson(list);
     return {};
 }
 
 CommandResult<void> useDevices(CommandContext &context)
 {
-    if (const auto used = DeviceClient::use(context.arguments); !used)
+    const auto used = context.hasOption(Options::add) ? DeviceClient::useAlso(context.arguments)
+                                                      : DeviceClient::use(context.arguments);
+    if (!used)
         return used.error();
     const auto status = DeviceClient::status();
     if (!status)
@@ -93,9 +120,19 @@ CommandResult<void> useDevices(CommandContext &context)
 
 CommandResult<void> releaseDevices(CommandContext &context)
 {
-    if (const auto released = DeviceClient::release(); !released)
+    const auto released =
+        context.arguments.isEmpty() ? DeviceClient::release() : DeviceClient::releaseThese(context.arguments);
+    if (!released)
         return released.error();
-    context.console.print(u"the virtual keyboard is in use"_s);
+    const auto status = DeviceClient::status();
+    if (!status)
+        return status.error();
+    const QStringList names = status->value(DeviceKeys::names).toStringList();
+    if (text(*status, DeviceKeys::state) == DeviceKeys::stateReleased)
+        context.console.print(u"the virtual keyboard is in use"_s);
+    else
+        context.console.print(names.isEmpty() ? u"released; another keyboard is still chosen"_s
+                                              : u"released; still in use: "_s + names.join(u", "_s));
     return {};
 }
 

@@ -7,9 +7,22 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr qsizetype maximumPartLength = 64; // of an id
+
 bool isOfKind(const InputDevice &device, const ChosenDevice &choice)
 {
     return device.vendor == choice.vendor && device.product == choice.product && device.serial == choice.serial;
+}
+
+QString idPart(const QString &text)
+{
+    QString result = text.left(maximumPartLength);
+    const auto isAllowed = [](QChar character) {
+        return character.unicode() < 128 && (character.isLetterOrNumber() || u".:-_"_s.contains(character));
+    };
+    std::ranges::replace_if(
+        result, [&](QChar character) { return !isAllowed(character); }, u'_');
+    return result;
 }
 
 /// The devices that only their port distinguishes from `choice`.
@@ -42,30 +55,45 @@ ChosenDevice choiceOf(const InputDevice &device)
     return {.vendor = device.vendor, .product = device.product, .serial = device.serial, .path = device.path};
 }
 
-QList<qsizetype> chosenAmong(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices)
+QString idOf(const ChosenDevice &device)
 {
-    std::vector<bool> isChosen(devices.size(), false);
-    const auto find = [&](const ChosenDevice &choice, bool atSamePath) {
+    const QString make =
+        u"%1:%2"_s.arg(uint(device.vendor), 4, 16, QChar(u'0')).arg(uint(device.product), 4, 16, QChar(u'0'));
+    const QString part = idPart(device.serial.isEmpty() ? device.path : device.serial);
+    return part.isEmpty() ? make : make + u':' + part;
+}
+
+QList<std::optional<qsizetype>> choicesOf(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices)
+{
+    QList<std::optional<qsizetype>> found(devices.size());
+    const auto find = [&](qsizetype choiceIndex, bool atSamePath) {
+        const ChosenDevice &choice = choices.at(choiceIndex);
         for (qsizetype index = 0; index < devices.size(); ++index) {
             const InputDevice &device = devices.at(index);
-            if (!isChosen.at(index) && isOfKind(device, choice) && (!atSamePath || device.path == choice.path)) {
-                isChosen.at(index) = true;
+            if (!found.at(index) && isOfKind(device, choice) && (!atSamePath || device.path == choice.path)) {
+                found[index] = choiceIndex;
                 return true;
             }
         }
         return false;
     };
     // Keyboards at their port first: of two with the same number, each must be found where it was.
-    QList<ChosenDevice> moved;
-    for (const ChosenDevice &choice : choices) {
-        if (!find(choice, true) && !choice.serial.isEmpty())
-            moved += choice;
+    QList<qsizetype> moved;
+    for (qsizetype index = 0; index < choices.size(); ++index) {
+        if (!find(index, true) && !choices.at(index).serial.isEmpty())
+            moved += index;
     }
-    for (const ChosenDevice &choice : moved)
-        find(choice, false);
+    for (const qsizetype index : moved)
+        find(index, false);
+    return found;
+}
+
+QList<qsizetype> chosenAmong(const QList<InputDevice> &devices, const QList<ChosenDevice> &choices)
+{
+    const QList<std::optional<qsizetype>> found = choicesOf(devices, choices);
     QList<qsizetype> indexes;
     for (qsizetype index = 0; index < devices.size(); ++index) {
-        if (isChosen.at(index))
+        if (found.at(index))
             indexes += index;
     }
     return indexes;

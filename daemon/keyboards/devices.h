@@ -12,6 +12,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// The reason why a keyboard cannot be used, for programs; InputDevice::problem has it for people.
 enum class DeviceObstacle {
     none,
@@ -53,6 +55,31 @@ enum class DeviceKind {
     return QLatin1StringView("?");
 }
 
+enum class DeviceState {
+    released,  ///< no real keyboard is chosen: the virtual one is used
+    absent,    ///< none of the chosen ones is attached
+    waiting,   ///< until no key is down, or for the login manager's answer, before the first one is grabbed
+    inUse,     ///< at least one is grabbed
+    suspended, ///< released by the release chord until use() or the next plugging in; still chosen
+    inactive,  ///< no session of this user is active at their seat; grabbed once one is
+    failed,    ///< chosen and attached, but cannot be grabbed: see the problem
+};
+
+/// The name on the bus, in "kestractl status" and in the log.
+[[nodiscard]] constexpr QLatin1StringView deviceStateName(DeviceState state)
+{
+    switch (state) {
+    case DeviceState::released: return DeviceKeys::stateReleased;
+    case DeviceState::absent: return DeviceKeys::stateAbsent;
+    case DeviceState::waiting: return DeviceKeys::stateWaiting;
+    case DeviceState::inUse: return DeviceKeys::stateInUse;
+    case DeviceState::suspended: return DeviceKeys::stateSuspended;
+    case DeviceState::inactive: return DeviceKeys::stateInactive;
+    case DeviceState::failed: return DeviceKeys::stateFailed;
+    }
+    return QLatin1StringView("?");
+}
+
 /// An attached keyboard with all its event devices.
 struct InputDevice
 {
@@ -65,6 +92,7 @@ struct InputDevice
     QString path;        ///< its port, as udev's ID_PATH; empty when unknown
     QStringList nodes;   ///< paths of its event devices: "/dev/input/event3", ...
     bool isInUse = false;
+    DeviceState state = DeviceState::released; ///< of this keyboard alone; `released`: not chosen; never `absent`
     QString problem; ///< empty if it can be used; otherwise the reason and the remedy, as sentences
     DeviceObstacle obstacle = DeviceObstacle::none; ///< the same reason; `none` if it can be used
 
@@ -88,6 +116,13 @@ struct ChosenDevice
 [[nodiscard]] QString outputRightsRemedy();
 
 [[nodiscard]] ChosenDevice choiceOf(const InputDevice &device);
+
+/// The id of an InputDevice with these values, if no other attached keyboard has the same.
+[[nodiscard]] QString idOf(const ChosenDevice &device);
+
+/// For each device, the index of the choice that means it, if any; the rules are those of chosenAmong().
+[[nodiscard]] QList<std::optional<qsizetype>> choicesOf(const QList<InputDevice> &devices,
+                                                        const QList<ChosenDevice> &choices);
 
 /// The indices of the devices that `choices` mean, ascending. Vendor and product must match. A choice with a serial
 /// number means the keyboard with that number at any port: of several, the one at the same port, otherwise the first. A
@@ -114,35 +149,11 @@ struct KeyLatency
     bool operator==(const KeyLatency &) const = default;
 };
 
-enum class DeviceState {
-    released,  ///< no real keyboard is chosen: the virtual one is used
-    absent,    ///< none of the chosen ones is attached
-    waiting,   ///< until no key is down, or for the login manager's answer, before the first one is grabbed
-    inUse,     ///< at least one is grabbed
-    suspended, ///< released by the release chord until use() or the next plugging in; still chosen
-    inactive,  ///< no session of this user is active at their seat; grabbed once one is
-    failed,    ///< chosen and attached, but cannot be grabbed: see the problem
-};
-
-/// The name on the bus, in "kestractl status" and in the log.
-[[nodiscard]] constexpr QLatin1StringView deviceStateName(DeviceState state)
-{
-    switch (state) {
-    case DeviceState::released: return DeviceKeys::stateReleased;
-    case DeviceState::absent: return DeviceKeys::stateAbsent;
-    case DeviceState::waiting: return DeviceKeys::stateWaiting;
-    case DeviceState::inUse: return DeviceKeys::stateInUse;
-    case DeviceState::suspended: return DeviceKeys::stateSuspended;
-    case DeviceState::inactive: return DeviceKeys::stateInactive;
-    case DeviceState::failed: return DeviceKeys::stateFailed;
-    }
-    return QLatin1StringView("?");
-}
-
 struct DeviceStatus
 {
     DeviceState state = DeviceState::released;
     QStringList names;       ///< of the keyboards in use
+    QStringList absent;      ///< the ids of the chosen keyboards that are not attached
     QStringList grabs;       ///< the event devices that the daemon has grabbed
     QString problem;         ///< the reason why a chosen keyboard is not in use, with the remedy; may be empty
     bool isRealTime = false; ///< whether the key thread has real-time priority
@@ -178,12 +189,20 @@ public:
     /// status() shows.
     [[nodiscard]] virtual Result<void, UseError> use(const QStringList &ids) = 0;
 
+    /// As use(), beside the keyboards that are chosen already. A released one of `ids` is grabbed again, another is
+    /// not.
+    [[nodiscard]] virtual Result<void, UseError> useAlso(const QStringList &ids) = 0;
+
     /// Uses the `choices` that are attached, and the others once they are; an absent one is not an error. Meant for the
     /// stored choice; an empty list acts as release().
     virtual void useWhenPresent(const QList<ChosenDevice> &choices) = 0;
 
     /// Releases all keyboards and forgets the choice.
     virtual void release() = 0;
+
+    /// Releases these chosen keyboards, which may be absent, and forgets them. If one of `ids` is not chosen, nothing
+    /// changes.
+    [[nodiscard]] virtual Result<void, UseError> releaseThese(const QStringList &ids) = 0;
 
     /// The current choice, to be stored; empty when released. Includes keyboards that are not attached.
     [[nodiscard]] virtual QList<ChosenDevice> choices() const = 0;

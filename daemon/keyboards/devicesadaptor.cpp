@@ -21,6 +21,7 @@ QVariantMap dictionaryOf(const InputDevice &device)
             {DeviceKeys::path, device.path},
             {DeviceKeys::nodes, device.nodes},
             {DeviceKeys::isInUse, device.isInUse},
+            {DeviceKeys::state, QString(deviceStateName(device.state))},
             {DeviceKeys::problem, device.problem},
             {DeviceKeys::obstacle, QString(deviceObstacleName(device.obstacle))}};
 }
@@ -54,17 +55,35 @@ QList<QVariantMap> DevicesAdaptor::List() const
 
 void DevicesAdaptor::Use(const QStringList &ids)
 {
-    if (ids.isEmpty()) {
+    if (hasNames(ids))
+        keep(mSource.use(ids));
+}
+
+void DevicesAdaptor::UseAlso(const QStringList &ids)
+{
+    if (hasNames(ids))
+        keep(mSource.useAlso(ids));
+}
+
+void DevicesAdaptor::ReleaseThese(const QStringList &ids)
+{
+    if (hasNames(ids))
+        keep(mSource.releaseThese(ids));
+}
+
+bool DevicesAdaptor::hasNames(const QStringList &ids)
+{
+    if (ids.isEmpty())
         mObject->sendErrorReply(QDBusError::InvalidArgs, u"no keyboard is named"_s);
-        return;
-    }
-    const Result<void, UseError> used = mSource.use(ids);
-    if (used) {
-        keepChoice();
-        return;
-    }
-    const QString &message = used.error().message;
-    switch (used.error().cause) {
+    return !ids.isEmpty();
+}
+
+void DevicesAdaptor::keep(const Result<void, UseError> &done)
+{
+    if (done)
+        return keepChoice();
+    const QString &message = done.error().message;
+    switch (done.error().cause) {
     case UseError::Cause::unknown: mObject->sendErrorReply(DeviceKeys::unknownError, message); return;
     case UseError::Cause::refused: mObject->sendErrorReply(DeviceKeys::refusedError, message); return;
     }
@@ -89,6 +108,7 @@ QVariantMap DevicesAdaptor::Status() const
     const DeviceStatus status = mSource.status();
     return {{DeviceKeys::state, QString(deviceStateName(status.state))},
             {DeviceKeys::names, status.names},
+            {DeviceKeys::absent, status.absent},
             {DeviceKeys::grabs, status.grabs},
             {DeviceKeys::problem, status.problem},
             {DeviceKeys::isRealTime, status.isRealTime},

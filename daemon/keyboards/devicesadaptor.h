@@ -37,13 +37,17 @@ public:
 public Q_SLOTS:
     [[nodiscard]] QList<QVariantMap> List() const;
     void Use(const QStringList &ids);
+    void UseAlso(const QStringList &ids);
     void Release();
+    void ReleaseThese(const QStringList &ids);
     [[nodiscard]] QVariantMap Status() const;
 
 Q_SIGNALS:
     void Changed();
 
 private:
+    void keep(const Result<void, UseError> &done);
+    [[nodiscard]] bool hasNames(const QStringList &ids);
     void keepChoice();
 
     DeviceSource &mSource;

@@ -49,6 +49,9 @@ private Q_SLOTS:
     void listAsJsonHasEverything();
     void useShowsHowToReleaseTheKeyboard();
     void usesSeveralKeyboards();
+    void addsAKeyboardToThoseInUse();
+    void releasesOneOfSeveral();
+    void listShowsWhyAChosenKeyboardIsNotInUse();
     void refusedUseShowsTheRemedy_data();
     void refusedUseShowsTheRemedy();
     void useThatFailsLaterShowsTheRemedy();
@@ -166,7 +169,8 @@ void DeviceCommandsTest::listAsJsonHasEverything()
                                {u"vendor"_s, 0x1b2c},     {u"product"_s, 1},
                                {u"serial"_s, u"S1"_s},    {u"kind"_s, u"keyboard"_s},
                                {u"path"_s, u"port-1"_s},  {u"nodes"_s, QJsonArray{u"/dev/input/event1"_s}},
-                               {u"inUse"_s, true},        {u"problem"_s, u""_s}};
+                               {u"inUse"_s, true},        {u"problem"_s, u""_s},
+                               {u"state"_s, u"in use"_s}};
     QCOMPARE(list.at(0).toObject(), expected);
     QVERIFY(list.at(2).toObject().value(u"problem"_s).toString().contains(u"No right"_s));
 }
@@ -187,6 +191,51 @@ void DeviceCommandsTest::usesSeveralKeyboards()
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.text().split(u'\n').value(0), u"in use: Keyboard 1, Keyboard 2"_s);
     QCOMPARE(DeviceChoice(mFolder->path()).load().size(), 2);
+}
+
+void DeviceCommandsTest::addsAKeyboardToThoseInUse()
+{
+    QVERIFY(mDevices->use({u"1b2c:0001"_s}));
+    const KestractlResult result = run({u"device"_s, u"use"_s, u"--add"_s, u"1b2c:0002"_s});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.text().split(u'\n').value(0), u"in use: Keyboard 1, Keyboard 2"_s);
+    QCOMPARE(DeviceChoice(mFolder->path()).load().size(), 2);
+    QCOMPARE(run({u"device"_s, u"use"_s, u"--add"_s, u"nine"_s}).exitCode, 2);
+    QCOMPARE(mDevices->choices().size(), 2);
+}
+
+void DeviceCommandsTest::releasesOneOfSeveral()
+{
+    QVERIFY(mDevices->use({u"1b2c:0001"_s, u"1b2c:0002"_s}));
+    const KestractlResult unknown = run({u"device"_s, u"release"_s, u"1b2c:0010"_s});
+    QCOMPARE(unknown.exitCode, 2);
+    QVERIFY2(unknown.errorText().contains(u"does not use"_s), unknown.errors.constData());
+    QCOMPARE(mDevices->choices().size(), 2);
+    const KestractlResult first = run({u"device"_s, u"release"_s, u"1b2c:0001"_s});
+    QCOMPARE(first.exitCode, 0);
+    QCOMPARE(first.text(), u"released; still in use: Keyboard 2\n"_s);
+    QCOMPARE(DeviceChoice(mFolder->path()).load().size(), 1);
+    const KestractlResult last = run({u"device"_s, u"release"_s, u"1b2c:0002"_s});
+    QCOMPARE(last.exitCode, 0);
+    QCOMPARE(last.text(), u"the virtual keyboard is in use\n"_s);
+}
+
+void DeviceCommandsTest::listShowsWhyAChosenKeyboardIsNotInUse()
+{
+    QVERIFY(mDevices->use({u"1b2c:0001"_s, u"1b2c:0002"_s}));
+    mDevices->plug({ScriptedDevices::keyboard(3), ScriptedDevices::keyboard(4)});
+    mDevices->setStates({DeviceState::waiting, DeviceState::suspended});
+    const QStringList lines = run({u"device"_s, u"list"_s}).text().split(u'\n');
+    QCOMPARE(lines.value(1), u"      chosen: in use as soon as none of its keys is down"_s);
+    QVERIFY2(lines.value(3).startsWith(u"      chosen: released by Backspace, Escape and Return"_s),
+             qPrintable(lines.value(3)));
+    QCOMPARE(lines.value(4), u"   1b2c:0001:S1      chosen, not plugged in"_s);
+    QCOMPARE(lines.value(5), u"   1b2c:0002:port-2  chosen, not plugged in"_s);
+    const QJsonArray list = run({u"device"_s, u"list"_s, u"--json"_s}).json().array();
+    QCOMPARE(list.size(), 4);
+    QCOMPARE(list.at(0).toObject().value(u"state"_s).toString(), u"waiting"_s);
+    const QJsonObject absent{{u"id"_s, u"1b2c:0001:S1"_s}, {u"inUse"_s, false}, {u"state"_s, u"absent"_s}};
+    QCOMPARE(list.at(2).toObject(), absent);
 }
 
 void DeviceCommandsTest::refusedUseShowsTheRemedy_data()

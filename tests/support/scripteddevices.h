@@ -26,6 +26,7 @@ public:
                 .path = QStringLiteral("port-%1").arg(product),
                 .nodes = {QStringLiteral("/dev/input/event%1").arg(product)},
                 .isInUse = false,
+                .state = DeviceState::released,
                 .problem = {}};
     }
 
@@ -34,6 +35,12 @@ public:
         mDevices = devices;
         refresh();
     }
+    /// Reports these states of the keyboards until the next plug() or choice.
+    void setStates(const QList<DeviceState> &states)
+    {
+        for (qsizetype index = 0; index < states.size(); ++index)
+            mDevices[index].state = states.at(index);
+    }
     /// Reports this status regardless of the choice.
     void setStatus(const DeviceStatus &status) { mStatus = status; }
     /// Adds these counters to the status of the choice.
@@ -41,17 +48,23 @@ public:
 
     [[nodiscard]] QList<InputDevice> devices() const override { return mDevices; }
 
-    [[nodiscard]] Result<void, UseError> use(const QStringList &ids) override
+    [[nodiscard]] Result<void, UseError> use(const QStringList &ids) override { return chooseBeside({}, ids); }
+    [[nodiscard]] Result<void, UseError> useAlso(const QStringList &ids) override
     {
-        QList<ChosenDevice> choices;
+        return chooseBeside(mChoices, ids);
+    }
+    [[nodiscard]] Result<void, UseError> releaseThese(const QStringList &ids) override
+    {
+        QList<ChosenDevice> choices = mChoices;
         for (const QString &id : ids) {
-            const auto isMeant = [&](const InputDevice &device) { return device.id == id; };
-            const auto device = std::find_if(mDevices.cbegin(), mDevices.cend(), isMeant);
-            if (device == mDevices.cend())
-                return UseError{{QStringLiteral("There is no keyboard \"%1\".").arg(id)}, UseError::Cause::unknown};
-            if (!device->problem.isEmpty())
-                return UseError{{device->problem}, UseError::Cause::refused};
-            choices += choiceOf(*device);
+            const bool isAbsentMeant =
+                choices.removeIf([&](const ChosenDevice &choice) { return idOf(choice) == id; }) > 0;
+            const bool isMeant = choices.removeIf([&](const ChosenDevice &choice) {
+                return std::ranges::any_of(
+                    mDevices, [&](const InputDevice &device) { return device.id == id && choiceOf(device) == choice; });
+            }) > 0;
+            if (!isMeant && !isAbsentMeant)
+                return UseError{{QStringLiteral("The daemon does not use \"%1\".").arg(id)}, UseError::Cause::unknown};
         }
         useWhenPresent(choices);
         return {};
@@ -71,6 +84,11 @@ public:
             return *mStatus;
         DeviceStatus status = mCounters;
         status.state = mChoices.isEmpty() ? DeviceState::released : DeviceState::absent;
+        const QList<std::optional<qsizetype>> found = choicesOf(mDevices, mChoices);
+        for (qsizetype index = 0; index < mChoices.size(); ++index) {
+            if (!found.contains(index))
+                status.absent += idOf(mChoices.at(index));
+        }
         for (const InputDevice &device : mDevices) {
             if (!device.isInUse)
                 continue;
@@ -82,11 +100,29 @@ public:
     }
 
 private:
+    Result<void, UseError> chooseBeside(QList<ChosenDevice> choices, const QStringList &ids)
+    {
+        for (const QString &id : ids) {
+            const auto isMeant = [&](const InputDevice &device) { return device.id == id; };
+            const auto device = std::find_if(mDevices.cbegin(), mDevices.cend(), isMeant);
+            if (device == mDevices.cend())
+                return UseError{{QStringLiteral("There is no keyboard \"%1\".").arg(id)}, UseError::Cause::unknown};
+            if (!device->problem.isEmpty())
+                return UseError{{device->problem}, UseError::Cause::refused};
+            if (!choices.contains(choiceOf(*device)))
+                choices += choiceOf(*device);
+        }
+        useWhenPresent(choices);
+        return {};
+    }
+
     void refresh()
     {
         const QList<qsizetype> chosen = chosenAmong(mDevices, mChoices);
-        for (qsizetype index = 0; index < mDevices.size(); ++index)
+        for (qsizetype index = 0; index < mDevices.size(); ++index) {
             mDevices[index].isInUse = chosen.contains(index);
+            mDevices[index].state = mDevices[index].isInUse ? DeviceState::inUse : DeviceState::released;
+        }
         Q_EMIT changed();
     }
 

@@ -71,25 +71,6 @@ QString printable(const QString &text)
     return visibleText(text.simplified().left(maximumTextLength), u'?');
 }
 
-QString idPart(const QString &text)
-{
-    QString result = text.left(maximumTextLength);
-    const auto isAllowed = [](QChar character) {
-        return character.unicode() < 128 && (character.isLetterOrNumber() || u".:-_"_s.contains(character));
-    };
-    std::ranges::replace_if(
-        result, [&](QChar character) { return !isAllowed(character); }, u'_');
-    return result;
-}
-
-QString idOf(const EventDeviceInfo &info)
-{
-    const QString kind =
-        u"%1:%2"_s.arg(uint(info.vendor), 4, 16, QChar(u'0')).arg(uint(info.product), 4, 16, QChar(u'0'));
-    const QString part = idPart(info.serial.isEmpty() ? info.path : info.serial);
-    return part.isEmpty() ? kind : kind + u':' + part;
-}
-
 /// Keyboards with the same id get a number, in the order of their nodes.
 QString uniqueId(const QString &id, QSet<QString> &taken)
 {
@@ -141,7 +122,8 @@ KeyboardInfo keyboardWith(const EventDeviceInfo &first, const QList<EventDeviceI
             "from the desktop; only a keyboard with an event device of its own for the keys can be used."_s.arg(
                 first.node);
     }
-    keyboard.device.id = uniqueId(idOf(first), ids);
+    keyboard.device.id = uniqueId(
+        idOf({.vendor = first.vendor, .product = first.product, .serial = first.serial, .path = first.path}), ids);
     keyboard.device.name = printable(first.name);
     keyboard.device.vendor = first.vendor;
     keyboard.device.product = first.product;

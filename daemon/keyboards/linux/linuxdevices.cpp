@@ -61,11 +61,11 @@ QList<InputDevice> devicesOf(const QList<KeyboardInfo> &keyboards)
 }
 
 /// The index of the device that `id` means.
-Result<qsizetype, UseError> indexOf(const QList<KeyboardInfo> &keyboards, const QString &id)
+Result<qsizetype, UseError> indexOf(const QList<InputDevice> &keyboards, const QString &id)
 {
     QList<qsizetype> found;
     for (qsizetype index = 0; index < keyboards.size(); ++index) {
-        const InputDevice &device = keyboards.at(index).device;
+        const InputDevice &device = keyboards.at(index);
         if (device.id == id || device.nodes.contains(id))
             return index;
         if (device.id.startsWith(id + u':'))
@@ -120,11 +120,13 @@ LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Se
 QList<InputDevice> LinuxDevices::devices() const
 {
     QList<InputDevice> devices;
-    for (const KeyboardInfo &keyboard : keyboards()) {
+    const QList<KeyboardInfo> present = keyboards();
+    const QList<qsizetype> chosen = chosenAmong(devicesOf(present), mChoices);
+    for (qsizetype index = 0; index < present.size(); ++index) {
+        const KeyboardInfo &keyboard = present.at(index);
         InputDevice device = keyboard.device;
-        device.isInUse = std::ranges::any_of(mNodes, [&](const Node &node) {
-            return node.deviceId == device.id && node.state == EventDevice::State::grabbed;
-        });
+        device.state = chosen.contains(index) ? stateOfChosen(keyboard) : DeviceState::released;
+        device.isInUse = device.state == DeviceState::inUse;
         Problem problem = device.isInUse ? Problem() : problemOf(keyboard);
         if (!device.isInUse && problem.obstacle == DeviceObstacle::none)
             problem = problemOfUse(device.id);
@@ -151,6 +153,8 @@ DeviceStatus LinuxDevices::status() const
     }
     if (status.problem.isEmpty() && !mChoices.isEmpty())
         status.problem = mOutputProblem;
+    for (const ChosenDevice &choice : absentChoices(keyboards()))
+        status.absent += idOf(choice);
     for (const KeyboardInfo &keyboard : chosenKeyboards()) {
         const SeatWatch::Presence presence = mServices.presence(keyboard.seat);
         isWaiting = isWaiting || presence == SeatWatch::Presence::unknown;
@@ -183,22 +187,74 @@ DeviceState LinuxDevices::stateOf(const DeviceStatus &status, bool isWaiting) co
     return chosenNodes().isEmpty() ? DeviceState::absent : DeviceState::suspended;
 }
 
-Result<void, UseError> LinuxDevices::use(const QStringList &ids)
+DeviceState LinuxDevices::stateOfChosen(const KeyboardInfo &keyboard) const
+{
+    const auto hasNode = [&](EventDevice::State state) {
+        return std::ranges::any_of(
+            mNodes, [&](const Node &node) { return node.deviceId == keyboard.device.id && node.state == state; });
+    };
+    const SeatWatch::Presence presence = mServices.presence(keyboard.seat);
+    if (hasNode(EventDevice::State::grabbed))
+        return DeviceState::inUse;
+    if (presence == SeatWatch::Presence::elsewhere)
+        return DeviceState::inactive;
+    if (presence == SeatWatch::Presence::unknown || hasNode(EventDevice::State::waiting))
+        return DeviceState::waiting;
+    const bool isSuspended = std::ranges::any_of(
+        keyboard.nodes, [this](const EventDeviceInfo &node) { return mSuspended.contains(node.systemPath); });
+    return isSuspended ? DeviceState::suspended : DeviceState::failed;
+}
+
+Result<QList<KeyboardInfo>, UseError> LinuxDevices::usableKeyboards(const QStringList &ids)
 {
     const QList<KeyboardInfo> present = keyboards();
-    QList<ChosenDevice> choices;
+    QList<qsizetype> indexes;
     for (const QString &id : ids) {
-        const Result<qsizetype, UseError> index = indexOf(present, id);
+        const Result<qsizetype, UseError> index = indexOf(devicesOf(present), id);
         if (!index)
             return index.error();
-        const KeyboardInfo &keyboard = present.at(*index);
-        if (const QString problem = problemOf(keyboard).text; !problem.isEmpty())
+        if (const QString problem = problemOf(present.at(*index)).text; !problem.isEmpty())
             return UseError{{problem}, UseError::Cause::refused};
-        choices += choiceOf(keyboard.device);
+        if (!indexes.contains(*index))
+            indexes += *index;
     }
     if (!hasOutput())
         return UseError{{mOutputProblem}, UseError::Cause::refused};
+    QList<KeyboardInfo> usable;
+    for (const qsizetype index : indexes)
+        usable += present.at(index);
+    return usable;
+}
+
+Result<void, UseError> LinuxDevices::use(const QStringList &ids)
+{
+    const Result<QList<KeyboardInfo>, UseError> usable = usableKeyboards(ids);
+    if (!usable)
+        return usable.error();
+    QList<ChosenDevice> choices;
+    for (const KeyboardInfo &keyboard : *usable)
+        choices += choiceOf(keyboard.device);
     choose(choices);
+    return {};
+}
+
+Result<void, UseError> LinuxDevices::useAlso(const QStringList &ids)
+{
+    const Result<QList<KeyboardInfo>, UseError> usable = usableKeyboards(ids);
+    if (!usable)
+        return usable.error();
+    const QList<KeyboardInfo> chosen = chosenKeyboards();
+    for (const KeyboardInfo &keyboard : *usable) {
+        for (const EventDeviceInfo &node : keyboard.nodes)
+            mSuspended.remove(node.systemPath);
+        const bool isChosen = std::ranges::any_of(
+            chosen, [&](const KeyboardInfo &other) { return other.device.id == keyboard.device.id; });
+        if (isChosen)
+            continue;
+        mChoices += choiceOf(keyboard.device);
+        mOthers.removeAll(choiceOf(keyboard.device));
+    }
+    lookAgain();
     return {};
 }
 
@@ -218,6 +274,58 @@ void LinuxDevices::choose(const QList<ChosenDevice> &choices)
 void LinuxDevices::release()
 {
     useWhenPresent({});
+}
+
+Result<void, UseError> LinuxDevices::releaseThese(const QStringList &ids)
+{
+    QList<InputDevice> chosen;
+    QList<qsizetype> choiceOfEach; // the index in mChoices
+    const QList<InputDevice> present = devicesOf(keyboards());
+    const QList<std::optional<qsizetype>> found = choicesOf(present, mChoices);
+    for (qsizetype index = 0; index < present.size(); ++index) {
+        if (found.at(index)) {
+            chosen += present.at(index);
+            choiceOfEach += *found.at(index);
+        }
+    }
+    for (qsizetype index = 0; index < mChoices.size(); ++index) {
+        if (!found.contains(index)) {
+            InputDevice absent;
+            absent.id = idOf(mChoices.at(index));
+            chosen += absent;
+            choiceOfEach += index;
+        }
+    }
+    QSet<qsizetype> released;
+    for (const QString &id : ids) {
+        const Result<qsizetype, UseError> index = indexOf(chosen, id);
+        if (!index)
+            return UseError{{u"The daemon does not use one keyboard \"%1\". \"kestractl device list\" shows which "
+                             "keyboards it uses."_s.arg(id)},
+                            UseError::Cause::unknown};
+        released += choiceOfEach.at(*index);
+    }
+    QList<ChosenDevice> left;
+    for (qsizetype index = 0; index < mChoices.size(); ++index) {
+        if (!released.contains(index))
+            left += mChoices.at(index);
+    }
+    mChoices = left;
+    if (left.isEmpty())
+        mSuspended.clear();
+    lookAgain();
+    return {};
+}
+
+QList<ChosenDevice> LinuxDevices::absentChoices(const QList<KeyboardInfo> &present) const
+{
+    const QList<std::optional<qsizetype>> found = choicesOf(devicesOf(present), mChoices);
+    QList<ChosenDevice> absent;
+    for (qsizetype index = 0; index < mChoices.size(); ++index) {
+        if (!found.contains(index))
+            absent += mChoices.at(index);
+    }
+    return absent;
 }
 
 void LinuxDevices::lookAgain()

@@ -46,8 +46,10 @@ public:
 
     /// An id may also be an unambiguous beginning of one ("046d:c31c"), or one of the keyboard's nodes.
     [[nodiscard]] Result<void, UseError> use(const QStringList &ids) override;
+    [[nodiscard]] Result<void, UseError> useAlso(const QStringList &ids) override;
     void useWhenPresent(const QList<ChosenDevice> &choices) override;
     void release() override;
+    [[nodiscard]] Result<void, UseError> releaseThese(const QStringList &ids) override;
 
     /// Whether a chosen keyboard seems to be at another port, which is decided after the settling time.
     [[nodiscard]] bool isSettling() const { return mMove.isActive(); }
@@ -94,6 +96,11 @@ private:
     /// Of an attempt to use the chosen keyboard with this id, for example because another program has grabbed it.
     [[nodiscard]] Problem problemOfUse(const QString &deviceId) const;
     [[nodiscard]] DeviceState stateOf(const DeviceStatus &status, bool isWaiting) const;
+    [[nodiscard]] DeviceState stateOfChosen(const KeyboardInfo &keyboard) const;
+    /// The keyboards that `ids` mean, each once, if all of them can be used.
+    [[nodiscard]] Result<QList<KeyboardInfo>, UseError> usableKeyboards(const QStringList &ids);
+    /// Those of the choices that are not attached.
+    [[nodiscard]] QList<ChosenDevice> absentChoices(const QList<KeyboardInfo> &present) const;
     /// Makes the output device if there is none yet.
     [[nodiscard]] bool hasOutput();
     void choose(const QList<ChosenDevice> &choices);

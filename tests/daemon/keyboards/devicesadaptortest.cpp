@@ -47,6 +47,8 @@ private Q_SLOTS:
     void useOfSeveralReplacesEarlierOnes();
     void failedUseReportsTheReasonAndStoresNothing_data();
     void failedUseReportsTheReasonAndStoresNothing();
+    void useBesideOthersIsDoneAndStored();
+    void releaseOfOneIsDoneAndStored();
     void releaseIsDoneAndStored();
     void unstoredChoiceIsReported();
     void statusReportsEverything();
@@ -110,8 +112,8 @@ void DevicesAdaptorTest::listReportsEachKeyboard()
                                {u"Kind"_s, u"keyboard"_s}, {u"Vendor"_s, ushort(0x1b2c)},
                                {u"Product"_s, ushort(1)},  {u"Serial"_s, u"S1"_s},
                                {u"Path"_s, u"port-1"_s},   {u"Nodes"_s, QStringList{u"/dev/input/event1"_s}},
-                               {u"InUse"_s, false},        {u"Problem"_s, u""_s},
-                               {u"Obstacle"_s, u""_s}};
+                               {u"InUse"_s, false},        {u"State"_s, u"released"_s},
+                               {u"Problem"_s, u""_s},      {u"Obstacle"_s, u""_s}};
     QCOMPARE(list.at(0), expected);
     QCOMPARE(list.at(1).value(u"Problem"_s), QVariant(u"No right to it."_s));
     QCOMPARE(list.at(1).value(u"Obstacle"_s), QVariant(u"no right"_s));
@@ -165,6 +167,34 @@ void DevicesAdaptorTest::failedUseReportsTheReasonAndStoresNothing()
     QVERIFY(kept().isEmpty());
 }
 
+void DevicesAdaptorTest::useBesideOthersIsDoneAndStored()
+{
+    QCOMPARE(call(u"Use"_s, {QStringList{u"1b2c:0001"_s}}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(call(u"UseAlso"_s, {QStringList()}).errorName(), u"org.freedesktop.DBus.Error.InvalidArgs"_s);
+    QCOMPARE(call(u"UseAlso"_s, {QStringList{u"x"_s}}).errorName(), u"org.quillkestra.Devices.Error.Unknown"_s);
+    QCOMPARE(kept().size(), 1);
+    QCOMPARE(call(u"UseAlso"_s, {QStringList{u"1b2c:0002"_s}}).type(), QDBusMessage::ReplyMessage);
+    const auto list = qdbus_cast<QList<QVariantMap>>(call(u"List"_s).arguments().value(0));
+    QCOMPARE(list.value(0).value(u"State"_s), QVariant(u"in use"_s));
+    QCOMPARE(list.value(1).value(u"State"_s), QVariant(u"in use"_s));
+    QCOMPARE(kept(), mDevices->choices());
+    QCOMPARE(kept().size(), 2);
+}
+
+void DevicesAdaptorTest::releaseOfOneIsDoneAndStored()
+{
+    QCOMPARE(call(u"Use"_s, {QStringList{u"1b2c:0001"_s, u"1b2c:0002"_s}}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(call(u"ReleaseThese"_s, {QStringList()}).errorName(), u"org.freedesktop.DBus.Error.InvalidArgs"_s);
+    QCOMPARE(call(u"ReleaseThese"_s, {QStringList{u"x"_s}}).errorName(), u"org.quillkestra.Devices.Error.Unknown"_s);
+    QCOMPARE(call(u"ReleaseThese"_s, {QStringList{u"1b2c:0001"_s}}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(kept(), QList<ChosenDevice>{choiceOf(mDevices->devices().at(1))});
+    mDevices->plug({});
+    const auto status = qdbus_cast<QVariantMap>(call(u"Status"_s).arguments().value(0));
+    QCOMPARE(status.value(u"Absent"_s), QVariant(QStringList{u"1b2c:0002:port-2"_s}));
+    QCOMPARE(call(u"ReleaseThese"_s, {QStringList{u"1b2c:0002:port-2"_s}}).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(kept().isEmpty());
+}
+
 void DevicesAdaptorTest::releaseIsDoneAndStored()
 {
     QCOMPARE(call(u"Use"_s, {QStringList{u"1b2c:0001"_s}}).type(), QDBusMessage::ReplyMessage);
@@ -196,6 +226,7 @@ void DevicesAdaptorTest::statusReportsEverything()
     const auto status = qdbus_cast<QVariantMap>(call(u"Status"_s).arguments().value(0));
     const QVariantMap expected{{u"State"_s, u"in use"_s},
                                {u"Names"_s, QStringList{u"Keyboard 2"_s}},
+                               {u"Absent"_s, QStringList()},
                                {u"Grabs"_s, QStringList{u"/dev/input/event2"_s}},
                                {u"Problem"_s, u"One of two has gone."_s},
                                {u"RealTime"_s, true},

@@ -61,6 +61,13 @@ private Q_SLOTS:
     void rightsAreWatchedOnlyWhileOneIsMissing();
     void keyboardThatIsAlsoThePointerIsListedButNotUsed();
     void otherChoiceReleasesTheFirst();
+    void usesAKeyboardBesideAnother();
+    void keyboardNamedTwiceIsChosenOnce();
+    void releasesOneOfSeveral();
+    void releasesOnlyChosenKeyboards();
+    void absentKeyboardCanBeReleased();
+    void eachKeyboardHasItsState();
+    void keyboardUsedAgainAfterTheReleaseChordLeavesTheOther();
     void keyboardPluggedInLaterIsUsed();
     void unpluggedKeyboardIsUsedAgainWhenItReturns();
     void anotherOfTheSameKindIsNotUsed();
@@ -275,6 +282,132 @@ void LinuxDevicesTest::otherChoiceReleasesTheFirst()
     QVERIFY(mDevices->use({u"1234:00ab"_s}));
     QTRY_VERIFY(fake(3).isGrabbed());
     QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen());
+}
+
+void LinuxDevicesTest::usesAKeyboardBesideAnother()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
+    QTRY_COMPARE(mDevices->status().grabs.size(), 2);
+    const Result<void, UseError> unknown = mDevices->useAlso({u"1234:00ab"_s, u"nine"_s});
+    QVERIFY(!unknown);
+    QCOMPARE(unknown.error().cause, UseError::Cause::unknown);
+    QCOMPARE(mDevices->choices().size(), 1);
+    QVERIFY(mDevices->useAlso({u"1234:00ab"_s}));
+    QVERIFY(fake(1).isGrabbed()); // all the time
+    QTRY_COMPARE(mDevices->status().grabs.size(), 3);
+    QVERIFY(mDevices->useAlso({u"1234:00ab"_s}));
+    QCOMPARE(mDevices->choices().size(), 2);
+    QCOMPARE(mDevices->choices().last().vendor, quint16(0x1234));
+    // Without a keyboard in use, it is the same as use().
+    mDevices->release();
+    QVERIFY(mDevices->useAlso({u"1234:00ab"_s}));
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event3"_s});
+}
+
+void LinuxDevicesTest::keyboardNamedTwiceIsChosenOnce()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s, u"/dev/input/event1"_s, u"1209:00ab"_s}));
+    QCOMPARE(mDevices->choices(), QList<ChosenDevice>{chosen});
+}
+
+void LinuxDevicesTest::releasesOneOfSeveral()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}));
+    KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
+    QMetaObject::invokeMethod(
+        &mKeyboard->keys(), [this, &settings] { mKeyboard->keys().start(settings); }, Qt::BlockingQueuedConnection);
+    QTRY_COMPARE(mDevices->status().grabs.size(), 3);
+    fake(1).press(KEY_LEFTSHIFT);
+    QTRY_COMPARE(mPipe->keys().size(), 1);
+    fake(3).press(KEY_LEFTSHIFT);
+    fake(3).press(KEY_B);
+    QTRY_COMPARE(mPipe->keys().size(), 2);
+    fake(1).press(KEY_A);
+    QTRY_COMPARE(mPipe->keys(), (QStringList{u"42 down"_s, u"48 down"_s, u"30 down"_s}));
+    QVERIFY(mDevices->releaseThese({u"1209:00ab"_s}));
+    QTRY_VERIFY(!fake(1).isOpen() && !fake(2).isOpen());
+    QCOMPARE(mPipe->keys().sliced(3), QStringList{u"30 up"_s}); // the other one still holds Shift
+    QCOMPARE(mDevices->status().state, DeviceState::inUse);
+    QCOMPARE(mDevices->choices().size(), 1);
+    QVERIFY(mKeyboard->isAttached());
+    fake(3).release(KEY_LEFTSHIFT);
+    QTRY_COMPARE(mPipe->keys().last(), u"42 up"_s);
+    QVERIFY(mDevices->releaseThese({u"1234:00ab"_s}));
+    QTRY_COMPARE(mPipe->keys().last(), u"48 up"_s);
+    QCOMPARE(mDevices->status().state, DeviceState::released);
+    QVERIFY(!mKeyboard->isAttached());
+}
+
+void LinuxDevicesTest::releasesOnlyChosenKeyboards()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
+    QTRY_COMPARE(mDevices->status().grabs.size(), 2);
+    for (const QString &id : {u"1234:00ab"_s, u"nine"_s}) {
+        const Result<void, UseError> released = mDevices->releaseThese({u"1209:00ab"_s, id});
+        QVERIFY(!released);
+        QCOMPARE(released.error().cause, UseError::Cause::unknown);
+        QVERIFY2(released.error().message.contains(id), qPrintable(released.error().message));
+    }
+    QCOMPARE(mDevices->choices(), QList<ChosenDevice>{chosen});
+    QVERIFY(fake(1).isGrabbed());
+}
+
+void LinuxDevicesTest::absentKeyboardCanBeReleased()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}));
+    QTRY_COMPARE(mDevices->status().grabs.size(), 3);
+    QCOMPARE(mDevices->status().absent, QStringList());
+    mSource->set({keyboardNode(1, u"/a"_s), mediaNode(2, u"/a"_s)});
+    QCOMPARE(mDevices->status().absent, QStringList{u"1234:00ab"_s});
+    QVERIFY(mDevices->releaseThese({u"1234:00ab"_s}));
+    QCOMPARE(mDevices->choices(), QList<ChosenDevice>{chosen});
+    QCOMPARE(mDevices->status().absent, QStringList());
+    QVERIFY(fake(1).isGrabbed());
+}
+
+void LinuxDevicesTest::eachKeyboardHasItsState()
+{
+    const auto states = [this] {
+        QList<DeviceState> all;
+        for (const InputDevice &device : mDevices->devices())
+            all += device.state;
+        return all;
+    };
+    QCOMPARE(states(), (QList{DeviceState::released, DeviceState::released}));
+    fake(3).press(KEY_A);
+    QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}));
+    QTRY_COMPARE(states(), (QList{DeviceState::inUse, DeviceState::waiting}));
+    fake(3).release(KEY_A);
+    QTRY_COMPARE(states(), (QList{DeviceState::inUse, DeviceState::inUse}));
+    for (const quint16 code : {KEY_BACKSPACE, KEY_ESC, KEY_ENTER})
+        fake(1).press(code);
+    QTRY_COMPARE(states(), (QList{DeviceState::suspended, DeviceState::suspended}));
+    for (const quint16 code : {KEY_BACKSPACE, KEY_ESC, KEY_ENTER})
+        fake(1).release(code);
+    mPresence[u"seat0"_s] = SeatWatch::Presence::elsewhere;
+    QCOMPARE(states(), (QList{DeviceState::inactive, DeviceState::inactive}));
+    mPresence.clear();
+    fake(1).setGrabError(EBUSY);
+    fake(2).setGrabError(EBUSY);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
+    QTRY_COMPARE(states(), (QList{DeviceState::failed, DeviceState::released}));
+}
+
+void LinuxDevicesTest::keyboardUsedAgainAfterTheReleaseChordLeavesTheOther()
+{
+    QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}));
+    QTRY_COMPARE(mDevices->status().grabs.size(), 3);
+    for (const quint16 code : {KEY_BACKSPACE, KEY_ESC, KEY_ENTER})
+        fake(1).press(code);
+    QTRY_COMPARE(mDevices->status().state, DeviceState::suspended);
+    QVERIFY(mDevices->useAlso({u"1234:00ab"_s}));
+    QTRY_VERIFY(fake(3).isGrabbed());
+    QVERIFY(!fake(1).isOpen());
+    QCOMPARE(mDevices->choices().size(), 2);
+    QVERIFY(mDevices->releaseThese({u"1234:00ab"_s}));
+    QTRY_VERIFY(!fake(3).isOpen());
+    QVERIFY(!fake(1).isOpen()); // still as the user left it
+    QCOMPARE(mDevices->status().state, DeviceState::suspended);
 }
 
 void LinuxDevicesTest::keyboardPluggedInLaterIsUsed()

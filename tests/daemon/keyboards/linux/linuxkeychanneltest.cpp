@@ -39,6 +39,7 @@ private Q_SLOTS:
     void sendsNothingBeforeAKeyboardIsGrabbed();
     void sameModifierOnTwoKeyboardsEndsWithTheLast();
     void unpluggedKeyboardReleasesItsKeys();
+    void unpluggedKeyboardLeavesTheKeysThatTheOtherHolds();
     void lastKeyboardReleasesEverything();
     void releaseChordReleasesEverything();
     void releaseChordWorksWhenTheChannelIsFlooded();
@@ -239,6 +240,24 @@ void LinuxKeyChannelTest::unpluggedKeyboardReleasesItsKeys()
     QCOMPARE(keysLost.size(), 0);
     QCOMPARE(changed.last().at(0).toInt(), 1);
     QCOMPARE(changed.last().at(1).value<EventDevice::State>(), EventDevice::State::gone);
+}
+
+void LinuxKeyChannelTest::unpluggedKeyboardLeavesTheKeysThatTheOtherHolds()
+{
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    for (const quint16 code : {KEY_LEFTCTRL, KEY_A, KEY_PLAYPAUSE})
+        mFirst->press(code);
+    QTRY_COMPARE(mPipe->keys().size(), 3);
+    for (const quint16 code : {KEY_LEFTCTRL, KEY_PLAYPAUSE, KEY_C})
+        mSecond->press(code);
+    QTRY_COMPARE(mPipe->keys().size(), 4);
+    mFirst->unplug();
+    QTRY_COMPARE(mPipe->keys().size(), 5);
+    QCOMPARE(mPipe->keys().last(), u"30 up"_s);
+    mSecond->release(KEY_LEFTCTRL);
+    mSecond->release(KEY_PLAYPAUSE);
+    QTRY_COMPARE(mPipe->keys().sliced(5), (QStringList{u"29 up"_s, u"164 up"_s}));
 }
 
 void LinuxKeyChannelTest::lastKeyboardReleasesEverything()
