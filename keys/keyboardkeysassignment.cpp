@@ -16,12 +16,14 @@
 #include "platform/applicationinformation.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
+#include "platform/scrollingmenu.h"
 
 #include <QAction>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
 
+#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -265,16 +267,34 @@ void KeyboardKeysController::setupSubMenu(int position, const QStringList &title
         validateItems(earlier);
         return;
     }
-    auto *menu = new QMenu;
+    auto *menu = new ScrollingMenu;
     for (int tag = manageTag; tag < static_cast<int>(titles.size()); ++tag) {
         QAction *item = addMenuItem(menu, titles[tag], tag);
         connect(item, &QAction::triggered, this, [this, item, selector] { (this->*selector)(item); });
         if (tag == manageTag)
             menu->addSeparator();
+        else
+            menu->addChoice(item);
     }
-    connect(menu, &QMenu::aboutToShow, this, [this, menu] { validateItems(menu); });
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, position] {
+        validateItems(menu);
+        menu->markItem(itemOfSelectedKey(menu, position));
+    });
     validateItems(menu);
     mAssignFunction->setSubmenuAtIndex(position, menu);
+}
+
+QAction *KeyboardKeysController::itemOfSelectedKey(const QMenu *menu, int position) const
+{
+    const KeyMappings::Entry entry = entryForKey(selectedCode());
+    if (entry.isUnknown() || checkPopUpAssignmentIndexForValue(entry.command) != position)
+        return nullptr;
+    const QList<QAction *> items = menu->actions();
+    const auto isOfEntry = [&entry](const QAction *item) {
+        return item->isCheckable() && menuItemTag(item) == qint64{entry.param1} + 1;
+    };
+    const auto found = std::ranges::find_if(items, isOfEntry);
+    return found == items.end() ? nullptr : *found;
 }
 
 void KeyboardKeysController::setupProfileSubMenu()

@@ -188,6 +188,9 @@ private:
     void stepThroughSearch(int step);
     /// `titles` are indexed by tag.
     void setupSubMenu(int position, const QStringList &titles, void (KeyboardKeysController::*selector)(QAction *));
+    /// The item of the record that the selected key uses, in the sub-menu of the pop-up's item `position`; null if the
+    /// key has another assignment.
+    [[nodiscard]] QAction *itemOfSelectedKey(const QMenu *menu, int position) const;
     [[nodiscard]] KeyMappings::Entry entryForKey(int code) const;
     [[nodiscard]] int selectedCode() const;
     [[nodiscard]] QVariant profile() const; ///< identifies the active profile

@@ -73,6 +73,9 @@ private Q_SLOTS:
     void profileSubMenuListsAllProfiles();
     void macroSubMenuListsAllMacros();
     void manageItemsSwitchTabsAndSendNothing();
+    void subMenuMarksTheRecordOfTheSelectedKey_data();
+    void subMenuMarksTheRecordOfTheSelectedKey();
+    void longSubMenusHaveOneColumn();
     void profileFromSubMenuIsWritten();
     void macroFromSubMenuResetsRepeatToOnce();
     void macroFromSubMenuShowsPlayback();
@@ -416,6 +419,54 @@ void KeysAssignmentTest::manageItemsSwitchTabsAndSendNothing()
     QCOMPARE(tab->delegate.calls, (QStringList{u"selectTabAtIndex 1"_s, u"selectTabAtIndex 2"_s}));
     QCOMPARE(tab->controller->selectedIndexOfMacroSubMenu(), -1);
     QCOMPARE(popUp->indexOfSelectedItem(), 0);
+}
+
+void KeysAssignmentTest::subMenuMarksTheRecordOfTheSelectedKey_data()
+{
+    QTest::addColumn<QVariantMap>("entry");
+    QTest::addColumn<QString>("macro");
+    QTest::addColumn<QString>("profile");
+    QTest::newRow("macro") << entry(10, 1, 1) << u"Burst"_s << QString();
+    QTest::newRow("macro that is gone") << entry(10, 2, 1) << QString() << QString();
+    QTest::newRow("profile") << entry(17, 1, 0) << QString() << u"Desktop"_s;
+    QTest::newRow("default key") << entry(45) << QString() << QString();
+    QTest::newRow("unknown assignment") << entry(99, 1, 0) << QString() << QString();
+}
+
+void KeysAssignmentTest::subMenuMarksTheRecordOfTheSelectedKey()
+{
+    QFETCH(QVariantMap, entry);
+    const auto tab = tabWithA(entry);
+    const auto marked = [&tab](int position) {
+        QMenu *menu = tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(position);
+        menu->popup(QPoint(0, 0));
+        QStringList titles;
+        for (const QAction *item : menu->actions()) {
+            if (item->isChecked())
+                titles << menuItemTitle(item);
+        }
+        menu->close();
+        return titles.join(u", "_s);
+    };
+    QTEST(marked(2), "macro");
+    QTEST(marked(3), "profile");
+    tab->key("mB")->click(); // has no entry
+    QCOMPARE(marked(2) + marked(3), QString());
+}
+
+void KeysAssignmentTest::longSubMenusHaveOneColumn()
+{
+    const auto tab = tabWithA(entry(45));
+    QVariantList macros;
+    for (int number = 0; number < 256; ++number)
+        macros << macro(u"Macro %1"_s.arg(number));
+    tab->controller->setMAllMacrosArray(macros);
+    tab->controller->updateUISettings();
+    QMenu *menu = tab->find<PopUpButton>("mAssignFunction")->submenuAtIndex(2);
+    menu->popup(QPoint(0, 0));
+    for (QAction *item : menu->actions())
+        QCOMPARE(menu->actionGeometry(item).left(), menu->actionGeometry(menu->actions().first()).left());
+    menu->close();
 }
 
 void KeysAssignmentTest::profileFromSubMenuIsWritten()
