@@ -138,10 +138,7 @@ void KeyboardKeysController::showEntry(const KeyMappings::Entry &entry, int posi
     const char *problemKey = assignmentProblem(entry);
     if (const std::optional<QString> detail = assignmentDetail(entry))
         mAssignFunction->setItemTitleAtIndex(position, titleWithDetail(assignmentLabelKeys[position], *detail));
-    const QString problem = problemKey ? localizedText(problemKey) : QString();
-    mAssignmentProblemLabel->setText(problem);
-    mAssignmentProblemLabel->setVisible(!problem.isEmpty());
-    mAssignFunction->setAccessibleDescription(problem);
+    mAssignFunction->setAccessibleDescription(problemKey ? localizedText(problemKey) : QString());
 }
 
 const char *KeyboardKeysController::assignmentProblem(const KeyMappings::Entry &entry) const

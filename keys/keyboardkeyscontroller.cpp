@@ -2,7 +2,7 @@
 // Life cycle, selection of a key and redrawing. The pop-ups are in keyboardkeysassignment.cpp, the widgets in
 // keyboardkeysview.cpp. Single-key capture, game mode and the function-key notice are in keyboardkeyscapture.cpp, the
 // search and the menu of a key in keyboardkeyssearch.cpp. Several selected keys and the clipboard are in
-// keyboardkeysselection.cpp.
+// keyboardkeysselection.cpp, the content of the card in keyboardkeyscard.cpp.
 #include "keys/keyboardkeyscontroller.h"
 
 #include "base/devicesettings.h"
@@ -13,6 +13,7 @@
 #include "base/settingskeys.h"
 #include "base/visibletext.h"
 #include "keys/keyboardpicture.h"
+#include "keys/keycard.h"
 #include "keys/keylayout.h"
 #include "keys/keymarkslegend.h"
 #include "keys/keysearchbar.h"
@@ -189,6 +190,7 @@ void KeyboardKeysController::setControlsState(bool isEnabled)
         button->setEnabled(isEnabled);
     mPicture->update();
     mMarksLegend->setEnabled(isEnabled);
+    mKeyCard->setEnabled(isEnabled);
     mSearchBar->setEnabled(isEnabled);
     mAssignFunction->setEnabled(isEnabled);
     mMacroPlaybackPopUp->setEnabled(isEnabled);

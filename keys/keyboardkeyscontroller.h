@@ -21,6 +21,8 @@
 
 class DistributedNotificationCenter;
 struct DistributedNotification;
+class KeyCard;
+struct KeyCardContent;
 class KeyMarksLegend;
 class KeySearchBar;
 class KeyboardPicture;
@@ -144,7 +146,7 @@ private:
     void buildView();
     QWidget *buildHeader();
     QWidget *buildKeyboard();
-    QWidget *buildAssignmentRow();
+    QWidget *buildCard();
     QWidget *buildNotice();
     void buildSingleKeySheet();
     void connectActions();
@@ -174,6 +176,8 @@ private:
     void addClipboardItems();
     void setOtherSelectedKeys(const QList<int> &codes);
     void showSelectedKeys();
+    /// Adds the part of the card's content that describes `entry`.
+    void addAssignment(KeyCardContent &content, const KeyMappings::Entry &entry) const;
     void addToSelection(KeyButton *key, int code);
     void toggleSelection(KeyButton *key, int code);
     void copyAssignment();
@@ -224,8 +228,7 @@ private:
     QPushButton *mSingleKeyCancel = nullptr;
     QLabel *mProfileNameLabel = nullptr;
     QLabel *mCurrentProfileLabel = nullptr;
-    QLabel *mSelectedKeyLabel = nullptr;
-    QLabel *mAssignmentProblemLabel = nullptr;
+    KeyCard *mKeyCard = nullptr;
     KeyMarksLegend *mMarksLegend = nullptr;
     KeySearchBar *mSearchBar = nullptr;
     QAction *mSeparator = nullptr;

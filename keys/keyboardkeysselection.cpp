@@ -12,7 +12,6 @@
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMenu>
 #include <QMimeData>
 
@@ -46,15 +45,6 @@ void KeyboardKeysController::setOtherSelectedKeys(const QList<int> &codes)
     for (const KeyRow &row : KeyLayout::selectableKeys())
         mPicture->button(row.outlet)->setAlsoSelected(codes.contains(row.code));
     showSelectedKeys();
-}
-
-void KeyboardKeysController::showSelectedKeys()
-{
-    const QString name = shownKeyName(selectedCode());
-    mSelectedKeyLabel->setText(
-        mOtherSelectedKeys.isEmpty()
-            ? name
-            : localizedFormat("lkeyKeysSeveralSelected", {name, QString::number(mOtherSelectedKeys.size())}));
 }
 
 void KeyboardKeysController::addToSelection(KeyButton *key, int code)

@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "keys/keyboardpicture.h"
+#include "keys/keycard.h"
 #include "keys/keylayout.h"
 #include "keys/keymarkslegend.h"
 #include "keys/keynames.h"
@@ -11,6 +12,7 @@
 #include "platform/groupbox.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
+#include "platform/spacing.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -22,8 +24,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int assignmentWidthCharacters = 40;
-constexpr int selectedKeyWidthCharacters = 18;
+constexpr int macrosTabIndex = 2;
+constexpr int assignmentWidthCharacters = 30;
 
 QLabel *makeLabel(QLatin1StringView name, const QString &text = {})
 {
@@ -72,15 +74,11 @@ void KeyboardKeysController::buildView()
     mView = new QWidget;
     mView->setObjectName("mKeysView"_L1);
     auto *layout = new QVBoxLayout(mView);
-    layout->setContentsMargins(20, 20, 20, 20);
-    layout->setSpacing(10);
+    layout->setContentsMargins(Spacing::separate, Spacing::separate, Spacing::separate, Spacing::separate);
+    layout->setSpacing(Spacing::normal);
     layout->addWidget(buildHeader());
     layout->addWidget(buildKeyboard());
-    layout->addWidget(buildAssignmentRow());
-    mAssignmentProblemLabel = makeLabel("mAssignmentProblemLabel"_L1);
-    mAssignmentProblemLabel->setWordWrap(true);
-    mAssignmentProblemLabel->hide();
-    layout->addWidget(mAssignmentProblemLabel);
+    layout->addWidget(buildCard());
     layout->addWidget(buildNotice());
     layout->addStretch(1);
     buildSingleKeySheet();
@@ -123,44 +121,34 @@ QWidget *KeyboardKeysController::buildKeyboard()
     mKeysBox = new GroupBox(localizedText("lkeyKeysBox"));
     mKeysBox->setObjectName("mKeysBox"_L1);
     auto *layout = new QVBoxLayout(mKeysBox);
-    layout->setSpacing(10);
+    layout->setContentsMargins(Spacing::normal, Spacing::normal, Spacing::normal, Spacing::normal);
+    layout->setSpacing(Spacing::normal);
     layout->addWidget(mPicture);
     mMarksLegend = new KeyMarksLegend;
     layout->addWidget(mMarksLegend);
     return mKeysBox;
 }
 
-QWidget *KeyboardKeysController::buildAssignmentRow()
+QWidget *KeyboardKeysController::buildCard()
 {
-    auto *row = new QWidget;
-    mSelectedKeyLabel = makeLabel("mSelectedKeyLabel"_L1);
-    makeBold(mSelectedKeyLabel);
-    mSelectedKeyLabel->setMinimumWidth(mSelectedKeyLabel->fontMetrics().averageCharWidth()
-                                       * selectedKeyWidthCharacters);
+    mKeyCard = new KeyCard;
+    mKeyCard->setObjectName("mKeyCard"_L1);
     mAssignLabel = makeLabel("mAssignLabel"_L1, localizedText("lkeyAssignFunction"));
     mAssignFunction = new PopUpButton;
     mAssignFunction->setObjectName("mAssignFunction"_L1);
     mAssignFunction->setAccessibleName(localizedText("lkeyAssignFunction"));
-    // All keys have the same width: the row must not move while keys are selected.
-    mAssignFunction->setFixedWidth(mAssignFunction->fontMetrics().averageCharWidth() * assignmentWidthCharacters);
     mPlaybackOptionLabel = makeLabel("mPlaybackOptionLabel"_L1, localizedText("lkeyPlaybackOption"));
     mMacroPlaybackPopUp = new PopUpButton;
     mMacroPlaybackPopUp->setObjectName("mMacroPlaybackPopUp"_L1);
     mMacroPlaybackPopUp->setAccessibleName(localizedText("lkeyPlaybackOption"));
+    // Whatever their titles: the card must not move while keys are selected.
+    for (PopUpButton *popUp : {mAssignFunction, mMacroPlaybackPopUp})
+        popUp->setFixedWidth(popUp->fontMetrics().averageCharWidth() * assignmentWidthCharacters);
     keepSpaceWhenHidden(mMacroPlaybackPopUp);
     keepSpaceWhenHidden(mPlaybackOptionLabel);
-
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(makeLabel("mSelectedKeyCaption"_L1, localizedText("lkeySelectedKey")));
-    layout->addWidget(mSelectedKeyLabel);
-    layout->addWidget(mAssignLabel);
-    layout->addWidget(mAssignFunction);
-    layout->addSpacing(24);
-    layout->addWidget(mPlaybackOptionLabel);
-    layout->addWidget(mMacroPlaybackPopUp);
-    layout->addStretch(1);
-    return row;
+    mKeyCard->addControl(mAssignLabel, mAssignFunction);
+    mKeyCard->addControl(mPlaybackOptionLabel, mMacroPlaybackPopUp);
+    return mKeyCard;
 }
 
 QWidget *KeyboardKeysController::buildNotice()
@@ -207,8 +195,8 @@ void KeyboardKeysController::buildSingleKeySheet()
     buttons->addWidget(mSingleKeyCancel);
     buttons->addWidget(mSingleKeyOK);
     auto *layout = new QVBoxLayout(mSingleKeyWindow);
-    layout->setContentsMargins(20, 20, 20, 16);
-    layout->setSpacing(12);
+    layout->setContentsMargins(Spacing::separate, Spacing::separate, Spacing::separate, Spacing::separate);
+    layout->setSpacing(Spacing::normal);
     layout->addWidget(mSingleKeyInputLabel);
     layout->addWidget(mSingleKeyInput);
     layout->addWidget(mSingleKeyHint);
@@ -227,6 +215,10 @@ void KeyboardKeysController::connectActions()
     connectPicture();
     connect(mAssignFunction, &PopUpButton::itemPicked, this, [this] { clickAssignFunction(mAssignFunction); });
     connect(mMacroPlaybackPopUp, &PopUpButton::itemPicked, this, [this] { clickMacroPlayback(mMacroPlaybackPopUp); });
+    connect(mKeyCard, &KeyCard::recordingRequested, this, [this] {
+        if (mKeysDelegate)
+            mKeysDelegate->selectTabAtIndex(macrosTabIndex);
+    });
     connect(mSingleKeyOK, &QPushButton::clicked, this, [this] { clickSingleKeyOK(mSingleKeyOK); });
     connect(mSingleKeyCancel, &QPushButton::clicked, this, [this] { clickSingleKeyCancel(mSingleKeyCancel); });
 }

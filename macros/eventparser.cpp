@@ -126,13 +126,22 @@ QStringList eventParser::parseSequence(const QVariantMap &event)
     if (!hasLine(fields))
         return lines;
     const bool isDown = fields.command == MacroRecord::keyDown;
+    const QString name = nameOfKeyOrButton(event);
     // Deliberate: a button line ends in a newline, like a delay line; a key line does not.
     if (fields.page == MacroRecord::keyboardPage)
-        lines += (isDown ? "Key Press "_L1 : "Key Release "_L1)
-                 + getStringWithHIDWithModifier(static_cast<int>(fields.argument), 0);
+        lines += (isDown ? "Key Press "_L1 : "Key Release "_L1) + name;
     else
-        lines += buttonName(fields.argument) + (isDown ? " down\n"_L1 : " up\n"_L1);
+        lines += name + (isDown ? " down\n"_L1 : " up\n"_L1);
     return lines;
+}
+
+QString eventParser::nameOfKeyOrButton(const QVariantMap &event)
+{
+    const ParsedEvent fields = parsed(event);
+    if (!hasLine(fields))
+        return {};
+    return fields.page == MacroRecord::keyboardPage ? getStringWithHIDWithModifier(static_cast<int>(fields.argument), 0)
+                                                    : buttonName(fields.argument);
 }
 
 QStringList eventParser::getMessagesArray(const QVariantList &sequence)

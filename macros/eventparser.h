@@ -29,6 +29,9 @@ public:
     /// modifier byte of the boot keyboard (low 8 bits). An unknown key has no name, also after " + ".
     [[nodiscard]] static QString getStringWithHIDWithModifier(int hid, int modifier);
 
+    /// Returns the name of the key or mouse button of `event`; empty unless hasEventLine().
+    [[nodiscard]] static QString nameOfKeyOrButton(const QVariantMap &event);
+
     /// Returns 'A' to 'Z' or '0' to '9' for the key codes 4 to 39, else 0.
     [[nodiscard]] static char returnASCII(quint8 hid);
 

@@ -5,10 +5,9 @@
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "base/visibletext.h"
+#include "platform/applicationicon.h"
 
-#include <QApplication>
 #include <QFileInfo>
-#include <QStyle>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -33,18 +32,6 @@ QString searchedTexts(const InstalledApplication &application)
     const QStringList texts = QStringList{application.name, identifier, application.executable, application.windowClass}
                               + application.searchTexts;
     return texts.join(u'\n').toCaseFolded();
-}
-
-QIcon readIcon(const QString &icon)
-{
-    if (!icon.startsWith(u'/'))
-        return icon.isEmpty() ? QIcon() : QIcon::fromTheme(icon);
-    return QFileInfo(icon).isFile() ? QIcon(icon) : QIcon(); // reading a pipe would wait for a writer
-}
-
-QIcon iconOfUnknownApplication()
-{
-    return QIcon::fromTheme(u"application-x-executable"_s, QApplication::style()->standardIcon(QStyle::SP_FileIcon));
 }
 
 } // namespace
@@ -142,8 +129,7 @@ QIcon ApplicationList::iconOf(const Row &row) const
 {
     const QString name = row.application.icon;
     if (!mIcons.contains(name)) {
-        const QIcon icon = readIcon(name);
-        mIcons.insert(name, icon.isNull() ? iconOfUnknownApplication() : icon);
+        mIcons.insert(name, ApplicationIcon::named(name));
     }
     return mIcons.value(name);
 }

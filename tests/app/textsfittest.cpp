@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Every language of the program in the real window at its smallest size: no text is cut off in its control.
+#include "base/settingskeys.h"
 #include "base/text.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "keys/keybutton.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/applicationchooser.h"
 #include "platform/sheet.h"
@@ -20,6 +23,18 @@ namespace {
 QString textsFolder()
 {
     return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s;
+}
+
+/// An assignment of each kind that the card of the selected key describes in words of its own.
+QList<QVariantMap> assignments()
+{
+    const auto entry = [](int command, const QVariant &param1) {
+        return QVariantMap{{SettingsKeys::command, command}, {SettingsKeys::param1, param1}, {SettingsKeys::param2, 0}};
+    };
+    constexpr int none = 99; // no macro and no profile has this index
+    return {entry(45, 0), entry(16, 4),    entry(10, none),
+            entry(17, 0), entry(17, none), entry(46, u"/nowhere/Tool.app"_s),
+            entry(20, 0), entry(30, 0)};
 }
 
 } // namespace
@@ -94,6 +109,17 @@ private slots:
         QStringList cut;
         for (int index = 0; index < tabs->count(); ++index) {
             tabs->setCurrentIndex(index);
+            QCoreApplication::processEvents();
+            cut += cutTexts(hub.window.get());
+        }
+        tabs->setCurrentIndex(0);
+        hub.controller->keysController()->setControlsState(true);
+        for (const QVariantMap &assignment : assignments()) {
+            const QVariantMap keys{{u"106"_s, assignment}}; // M1, whose explanation is the longest
+            hub.controller->keysController()->setMKeysCurrentProfileDict({{SettingsKeys::keys, keys}});
+            hub.controller->keysController()->updateUISettings();
+            hub.find<KeyButton>("mM1")->click();
+            QCOMPARE(hub.find<QLabel>("mSelectedKeyLabel")->text(), u"M1"_s);
             QCoreApplication::processEvents();
             cut += cutTexts(hub.window.get());
         }

@@ -59,5 +59,17 @@
     <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>Das Makro dieser Taste ist nicht mehr vorhanden. Sie hat keine Funktion, bis Sie eine andere Belegung wählen.</translation></message>
     <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>Das Profil, zu dem diese Taste wechselt, ist nicht mehr vorhanden. Sie hat keine Funktion, bis Sie eine andere Belegung wählen.</translation></message>
     <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>Dieses Programm kennt die Art der Belegung dieser Taste nicht. Sie hat keine Funktion, bis Sie eine andere Belegung wählen.</translation></message>
+    <message id="lkeyKeysCardNone"><source>lkeyKeysCardNone</source><translation>Wählen Sie im Bild eine Taste, um ihre Belegung zu sehen und zu ändern.</translation></message>
+    <message id="lkeyKeysCardDefault"><source>lkeyKeysCardDefault</source><translation>Die Taste funktioniert wie gewohnt.</translation></message>
+    <message id="lkeyKeysCardSingleKey"><source>lkeyKeysCardSingleKey</source><translation>Der Computer empfängt diese Taste anstelle der gedrückten.</translation></message>
+    <message id="lkeyKeysCardDisabled"><source>lkeyKeysCardDisabled</source><translation>Die Taste hat keine Funktion.</translation></message>
+    <message id="lkeyKeysCardProfile"><source>lkeyKeysCardProfile</source><translation>Belegte Tasten in diesem Profil: %@</translation></message>
+    <message id="lkeyKeysCardProgramGone"><source>lkeyKeysCardProgramGone</source><translation>Dieses Programm ist nicht mehr installiert. Wählen Sie eine andere Belegung.</translation></message>
+    <message id="lkeyKeysCardMacro"><source>lkeyKeysCardMacro</source><translation>Ereignisse: %@ · %@ s</translation></message>
+    <message id="lkeyKeysCardNoEvents"><source>lkeyKeysCardNoEvents</source><translation>Dieses Makro hat noch keine Ereignisse. Nehmen Sie sie auf dem Reiter „Makros“ auf.</translation></message>
+    <message id="lkeyKeysCardDifferent"><source>lkeyKeysCardDifferent</source><translation>Verschiedene Belegungen</translation></message>
+    <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>Eine Auswahl hier ändert alle %@ gewählten Tasten.</translation></message>
+    <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>Tasten des Makros: %@</translation></message>
+    <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>Eine Zusatztaste. Die meisten Programme beachten sie erst, wenn Sie sie belegen.</translation></message>
 </context>
 </TS>

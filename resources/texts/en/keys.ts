@@ -59,5 +59,17 @@
     <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>This key plays a macro that no longer exists. It does nothing until you choose another assignment.</translation></message>
     <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>This key switches to a profile that no longer exists. It does nothing until you choose another assignment.</translation></message>
     <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>This program does not know the kind of assignment that this key has. The key does nothing until you choose another assignment.</translation></message>
+    <message id="lkeyKeysCardNone"><source>lkeyKeysCardNone</source><translation>Select a key in the picture to see and change its assignment.</translation></message>
+    <message id="lkeyKeysCardDefault"><source>lkeyKeysCardDefault</source><translation>The key works as usual.</translation></message>
+    <message id="lkeyKeysCardSingleKey"><source>lkeyKeysCardSingleKey</source><translation>The computer receives this key instead of the pressed one.</translation></message>
+    <message id="lkeyKeysCardDisabled"><source>lkeyKeysCardDisabled</source><translation>The key does nothing.</translation></message>
+    <message id="lkeyKeysCardProfile"><source>lkeyKeysCardProfile</source><translation>Assigned keys in this profile: %@</translation></message>
+    <message id="lkeyKeysCardProgramGone"><source>lkeyKeysCardProgramGone</source><translation>This program was removed. Choose another assignment.</translation></message>
+    <message id="lkeyKeysCardMacro"><source>lkeyKeysCardMacro</source><translation>Events: %@ · %@ s</translation></message>
+    <message id="lkeyKeysCardNoEvents"><source>lkeyKeysCardNoEvents</source><translation>This macro has no events yet. Record them on the Macros tab.</translation></message>
+    <message id="lkeyKeysCardDifferent"><source>lkeyKeysCardDifferent</source><translation>Different assignments</translation></message>
+    <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>A choice here changes all %@ selected keys.</translation></message>
+    <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>Keys of the macro: %@</translation></message>
+    <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>An extra key. Most programs ignore it until you assign something to it.</translation></message>
 </context>
 </TS>

@@ -59,5 +59,17 @@
     <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>La macro de esta tecla ya no existe. La tecla no hace nada hasta que usted elija otra asignación.</translation></message>
     <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>El perfil al que cambia esta tecla ya no existe. La tecla no hace nada hasta que usted elija otra asignación.</translation></message>
     <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>Este programa no conoce el tipo de asignación de esta tecla. La tecla no hace nada hasta que usted elija otra asignación.</translation></message>
+    <message id="lkeyKeysCardNone"><source>lkeyKeysCardNone</source><translation>Seleccione una tecla en la imagen para ver y cambiar su asignación.</translation></message>
+    <message id="lkeyKeysCardDefault"><source>lkeyKeysCardDefault</source><translation>La tecla funciona como siempre.</translation></message>
+    <message id="lkeyKeysCardSingleKey"><source>lkeyKeysCardSingleKey</source><translation>El ordenador recibe esta tecla en lugar de la pulsada.</translation></message>
+    <message id="lkeyKeysCardDisabled"><source>lkeyKeysCardDisabled</source><translation>La tecla no hace nada.</translation></message>
+    <message id="lkeyKeysCardProfile"><source>lkeyKeysCardProfile</source><translation>Teclas asignadas en este perfil: %@</translation></message>
+    <message id="lkeyKeysCardProgramGone"><source>lkeyKeysCardProgramGone</source><translation>Este programa ya no está instalado. Elija otra asignación.</translation></message>
+    <message id="lkeyKeysCardMacro"><source>lkeyKeysCardMacro</source><translation>Eventos: %@ · %@ s</translation></message>
+    <message id="lkeyKeysCardNoEvents"><source>lkeyKeysCardNoEvents</source><translation>Esta macro aún no tiene eventos. Grábelos en la pestaña Macros.</translation></message>
+    <message id="lkeyKeysCardDifferent"><source>lkeyKeysCardDifferent</source><translation>Asignaciones diferentes</translation></message>
+    <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>Lo que elija aquí cambia las %@ teclas seleccionadas.</translation></message>
+    <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>Teclas de la macro: %@</translation></message>
+    <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>Una tecla adicional. La mayoría de los programas la ignoran hasta que usted le asigna algo.</translation></message>
 </context>
 </TS>

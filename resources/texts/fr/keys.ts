@@ -59,5 +59,17 @@
     <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>La macro de cette touche n’existe plus. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
     <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>Le profil que cette touche active n’existe plus. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
     <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>Ce programme ne connaît pas le type de fonction de cette touche. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
+    <message id="lkeyKeysCardNone"><source>lkeyKeysCardNone</source><translation>Sélectionnez une touche sur l’image pour voir et modifier sa fonction.</translation></message>
+    <message id="lkeyKeysCardDefault"><source>lkeyKeysCardDefault</source><translation>La touche fonctionne comme d’habitude.</translation></message>
+    <message id="lkeyKeysCardSingleKey"><source>lkeyKeysCardSingleKey</source><translation>L’ordinateur reçoit cette touche à la place de la touche pressée.</translation></message>
+    <message id="lkeyKeysCardDisabled"><source>lkeyKeysCardDisabled</source><translation>La touche ne fait rien.</translation></message>
+    <message id="lkeyKeysCardProfile"><source>lkeyKeysCardProfile</source><translation>Touches configurées dans ce profil : %@</translation></message>
+    <message id="lkeyKeysCardProgramGone"><source>lkeyKeysCardProgramGone</source><translation>Ce programme n’est plus installé. Choisissez une autre fonction.</translation></message>
+    <message id="lkeyKeysCardMacro"><source>lkeyKeysCardMacro</source><translation>Événements : %@ · %@ s</translation></message>
+    <message id="lkeyKeysCardNoEvents"><source>lkeyKeysCardNoEvents</source><translation>Cette macro n’a pas encore d’événements. Enregistrez-les dans l’onglet Macros.</translation></message>
+    <message id="lkeyKeysCardDifferent"><source>lkeyKeysCardDifferent</source><translation>Fonctions différentes</translation></message>
+    <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>Un choix ici modifie les %@ touches sélectionnées.</translation></message>
+    <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>Touches de la macro : %@</translation></message>
+    <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>Une touche supplémentaire. La plupart des programmes l’ignorent tant que vous ne lui attribuez rien.</translation></message>
 </context>
 </TS>

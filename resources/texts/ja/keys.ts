@@ -59,5 +59,17 @@
     <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>このキーのマクロは存在しません。別の割り当てを選ぶまで、キーは何もしません。</translation></message>
     <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>このキーの切り替え先のプロファイルは存在しません。別の割り当てを選ぶまで、キーは何もしません。</translation></message>
     <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>このキーの割り当ての種類は、このプログラムでは不明です。別の割り当てを選ぶまで、キーは何もしません。</translation></message>
+    <message id="lkeyKeysCardNone"><source>lkeyKeysCardNone</source><translation>図のキーを選択すると、割り当ての確認と変更ができます。</translation></message>
+    <message id="lkeyKeysCardDefault"><source>lkeyKeysCardDefault</source><translation>キーは通常どおりに動作します。</translation></message>
+    <message id="lkeyKeysCardSingleKey"><source>lkeyKeysCardSingleKey</source><translation>押したキーの代わりに、このキーがコンピューターに送られます。</translation></message>
+    <message id="lkeyKeysCardDisabled"><source>lkeyKeysCardDisabled</source><translation>キーは何もしません。</translation></message>
+    <message id="lkeyKeysCardProfile"><source>lkeyKeysCardProfile</source><translation>このプロファイルで割り当てたキー: %@</translation></message>
+    <message id="lkeyKeysCardProgramGone"><source>lkeyKeysCardProgramGone</source><translation>このプログラムはインストールされていません。別の割り当てを選んでください。</translation></message>
+    <message id="lkeyKeysCardMacro"><source>lkeyKeysCardMacro</source><translation>イベント: %@ · %@ 秒</translation></message>
+    <message id="lkeyKeysCardNoEvents"><source>lkeyKeysCardNoEvents</source><translation>このマクロにはまだイベントがありません。「マクロ」タブで記録してください。</translation></message>
+    <message id="lkeyKeysCardDifferent"><source>lkeyKeysCardDifferent</source><translation>異なる割り当て</translation></message>
+    <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>ここで選ぶと、選択した %@ 個のキーがすべて変わります。</translation></message>
+    <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>マクロのキー: %@</translation></message>
+    <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>追加キーです。何かを割り当てるまで、ほとんどのプログラムはこのキーを無視します。</translation></message>
 </context>
 </TS>
