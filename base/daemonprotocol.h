@@ -13,6 +13,7 @@ using Key = QLatin1StringView;
 inline constexpr Key requestPortName{"QuillCoreEngineMsgPort"};
 inline constexpr Key configuratorReplyPortName{"KeyboardConfiguratorReplyPort"};
 inline constexpr Key configuratorIdentifier{"org.quillkestra.Configurator"};
+inline constexpr Key kestractlIdentifier{"org.quillkestra.kestractl"};
 inline constexpr Key daemonProcessName{"QuillKestraDaemon"};
 inline constexpr Key virtualKeyboardPath{"/VirtualKeyboard"}; // an object of the request port's bus name
 inline constexpr Key virtualKeyboardInterface{"org.quillkestra.VirtualKeyboard"};

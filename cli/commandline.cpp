@@ -20,6 +20,7 @@ struct Legend
 
 constexpr Legend legends[] = {
     {"ID"_L1, "ID is the ID of a keyboard, as \"kestractl device list\" shows it."_L1},
+    {"ENTRY"_L1, "ENTRY is the number of a change, as \"kestractl history\" shows it."_L1},
     {"N|NAME"_L1, "N|NAME is a profile or macro: its number (the first one is 1), or its name in any letter case,\n"
                   "  if only one fits. name:2 is the one called \"2\"."_L1},
     {"APPLICATION"_L1, "APPLICATION is a desktop entry, by its path or its id, or an application bundle."_L1},

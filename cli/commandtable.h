@@ -69,6 +69,12 @@ inline constexpr std::array withValue{modifiers, repeat, seconds};
 // The functions of the rows.
 CommandResult<void> showStatus(CommandContext &context);
 CommandResult<void> showDocument(CommandContext &context);
+CommandResult<void> undoChange(CommandContext &context);
+CommandResult<void> redoChange(CommandContext &context);
+CommandResult<void> listHistory(CommandContext &context);
+CommandResult<void> showHistoryEntry(CommandContext &context);
+CommandResult<void> restoreHistoryEntry(CommandContext &context);
+CommandResult<void> clearHistory(CommandContext &context);
 CommandResult<void> listProfiles(CommandContext &context);
 CommandResult<void> switchToProfile(CommandContext &context);
 CommandResult<void> addProfile(CommandContext &context);

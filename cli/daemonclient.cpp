@@ -67,7 +67,7 @@ QVariantMap DaemonClient::completed(QVariantMap request) const
 {
     request.insert(DaemonProtocol::productIdKey, DaemonProtocol::productId);
     request.insert(DaemonProtocol::responsePortName, mReplyPortName);
-    request.insert(DaemonProtocol::sourceApp, QString(kestractlIdentifier));
+    request.insert(DaemonProtocol::sourceApp, QString(DaemonProtocol::kestractlIdentifier));
     return request;
 }
 

@@ -12,9 +12,6 @@
 #include <memory>
 #include <optional>
 
-/// The bundle-like identifier by which clients recognise the changes of this program.
-inline constexpr QLatin1StringView kestractlIdentifier{"org.quillkestra.kestractl"};
-
 /// Main thread only. Each request blocks for at most about 12 seconds; the first one, which opens the reply port,
 /// for 17.
 class DaemonClient

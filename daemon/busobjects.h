@@ -5,6 +5,7 @@
 #include "daemon/frontapplication/frontapplicationadaptor.h"
 #include "daemon/keyboards/devicesadaptor.h"
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
+#include "daemon/settings/historyadaptor.h"
 #include "daemon/settings/settingsadaptor.h"
 
 class BusObjects
@@ -19,6 +20,8 @@ public:
         DeviceChoice &deviceChoice;
         FrontApplicationWatch &frontApplication;
         const ProfileSwitch &profiles;
+        History &history;
+        HistoryCalls &historyCalls;
     };
 
     explicit BusObjects(const Parts &parts);
@@ -34,4 +37,5 @@ private:
     VirtualKeyboardObject mVirtualKeyboard;
     DevicesObject mDevices;
     FrontApplicationObject mFrontApplication;
+    HistoryObject mHistory;
 };

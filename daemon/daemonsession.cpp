@@ -15,7 +15,9 @@ DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, c
                 .devices = mDevices,
                 .deviceChoice = mDeviceChoice,
                 .frontApplication = mFrontApplication,
-                .profiles = mDaemon.profiles()}),
+                .profiles = mDaemon.profiles(),
+                .history = mDaemon.history(),
+                .historyCalls = mDaemon.historyCommands()}),
       mRequests(bus, [this](RequestQueue &queue) { return mDaemon.handleNextRequest(queue); })
 {
     mDaemon.setAwaitsFactorySettings(start.isMinimal);

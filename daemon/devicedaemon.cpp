@@ -8,13 +8,15 @@
 
 DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonServices services,
                            const QVariantMap &document, QObject *parent)
-    : QObject(parent), mServices(std::move(services)),
-      mSettings(store, mServices, document,
+    : QObject(parent), mServices(std::move(services)), mHistory(store.folder()),
+      mSettings(store, mHistory, mServices, document,
                 [this](const QVariantMap &current) { return mProfiles.documentToKeep(current); }),
       mProfiles(mSettings, mServices), mOwnKeys(mSettings, mServices), mOnTheFly(mSettings, mKeyboard, mServices),
       mCaptures(mKeyboard, mOnTheFly, mServices), mCaptureCommands(mCaptures, mSettings, mKeyboard),
+      mHistoryCommands(mHistory, mSettings, mProfiles),
       mRequests(mSettings, mProfiles, mCaptureCommands, mKeyboard, mServices)
 {
+    mHistory.open(document, [&store] { return store.contents(); });
     connectParts();
     mKeyboard.use(keyboard, document);
 }

@@ -7,6 +7,7 @@
 #include "daemon/capture/capturesession.h"
 #include "daemon/capture/ontheflysession.h"
 #include "daemon/frontapplication/profileswitch.h"
+#include "daemon/historycommands.h"
 #include "daemon/keyboards/currentkeyboard.h"
 #include "daemon/keyboards/ownkeys.h"
 #include "daemon/requesthandler.h"
@@ -31,6 +32,8 @@ public:
 
     [[nodiscard]] const QVariantMap &document() const { return mSettings.document(); }
     [[nodiscard]] const ProfileSwitch &profiles() const { return mProfiles; }
+    [[nodiscard]] History &history() { return mHistory; }
+    [[nodiscard]] HistoryCommands &historyCommands() { return mHistoryCommands; }
     /// As CurrentSettings::keepFolder().
     [[nodiscard]] bool keepFolder() { return mSettings.keepFolder(); }
 
@@ -65,6 +68,7 @@ private:
     void postAttachment(bool isAttached);
 
     DaemonServices mServices;
+    History mHistory;
     CurrentSettings mSettings;
     CurrentKeyboard mKeyboard; // has a keyboard from the constructor on
     ProfileSwitch mProfiles;
@@ -72,5 +76,6 @@ private:
     OnTheFlySession mOnTheFly;
     CaptureSession mCaptures;
     CaptureCommands mCaptureCommands;
+    HistoryCommands mHistoryCommands;
     RequestHandler mRequests;
 };

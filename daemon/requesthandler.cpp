@@ -2,6 +2,7 @@
 #include "daemon/requesthandler.h"
 
 #include "base/daemonprotocol.h"
+#include "base/historykeys.h"
 #include "base/qlcoreutility.h"
 #include "daemon/capture/capturecommands.h"
 #include "daemon/frontapplication/profileswitch.h"
@@ -36,6 +37,15 @@ QString sourceAppOf(const QVariantMap &values, const std::optional<QString> &rep
         return *given;
     return replyPort == DaemonProtocol::configuratorReplyPortName ? QString(DaemonProtocol::configuratorIdentifier)
                                                                   : replyPort.value_or(QString());
+}
+
+/// The author of a change for the history. It proves nothing: a client can give any name.
+QString authorOf(const QVariantMap &values, const std::optional<QString> &replyPort)
+{
+    const QString source = sourceAppOf(values, replyPort);
+    if (source == DaemonProtocol::configuratorIdentifier)
+        return HistoryKeys::authorConfigurator;
+    return source == DaemonProtocol::kestractlIdentifier ? HistoryKeys::authorKestractl : HistoryKeys::authorClient;
 }
 
 void logUnlessReplyPort(qint32 number, const QVariantMap &values)
@@ -125,7 +135,9 @@ void RequestHandler::carryOut(const Request &request, const DocumentCommand &com
 
 RequestHandler::Change RequestHandler::plan(const Request &request, const DocumentCommand &command)
 {
-    return {.request = request, .command = &command, .outcome = mProfiles.plan(command, request.values)};
+    return {.request = request,
+            .command = &command,
+            .outcome = mProfiles.plan(command, request.values, authorOf(request.values, request.replyPort))};
 }
 
 void RequestHandler::finish(const Change &change)
@@ -152,7 +164,8 @@ void RequestHandler::handle(const Request &request)
     case Command::startMacroRecording: return replyToCapture(request, mCaptures.startMacroRecording(values, client));
     case Command::stopMacroRecording: mCaptures.stopMacroRecording(client); break;
     case Command::saveRecordedEvents:
-        finish(request, before, mCaptures.saveRecordedEvents(values, client), ReturnsDocument::never);
+        finish(request, before, mCaptures.saveRecordedEvents(values, client, authorOf(values, client)),
+               ReturnsDocument::never);
         return;
     case Command::startEditHid: return replyToCapture(request, mCaptures.startKeyCapture(client, Kind::editedEvent));
     case Command::startSingleKeyRecording:

@@ -44,9 +44,11 @@ void CaptureCommands::stopMacroRecording(const std::optional<QString> &client)
         mSession.release("the client stops the recording");
 }
 
-CommandOutcome CaptureCommands::saveRecordedEvents(const QVariantMap &request, const std::optional<QString> &client)
+CommandOutcome CaptureCommands::saveRecordedEvents(const QVariantMap &request, const std::optional<QString> &client,
+                                                   const QString &author)
 {
-    CommandOutcome outcome = mSettings.storeOutcome(withRecordedEvents(request, client));
+    CommandOutcome outcome = mSettings.storeOutcome(withRecordedEvents(request, client),
+                                                    {.author = author, .source = ChangeSource::recording});
     if (outcome.status == Status::ok)
         mSession.recorder().discard();
     return outcome;

@@ -28,7 +28,9 @@ public:
     void stopMacroRecording(const std::optional<QString> &client);
     /// Ends the recording and stores its events. If they cannot be stored, the recording is kept: the client can save
     /// it when there is room again.
-    [[nodiscard]] CommandOutcome saveRecordedEvents(const QVariantMap &request, const std::optional<QString> &client);
+    /// `author`: HistoryKeys.
+    [[nodiscard]] CommandOutcome saveRecordedEvents(const QVariantMap &request, const std::optional<QString> &client,
+                                                    const QString &author);
     /// `kind`: KeyCapture::Kind::singleKey or editedEvent.
     [[nodiscard]] Status startKeyCapture(const std::optional<QString> &client, KeyCapture::Kind kind);
     /// Ends a capture of keys or a recording. A window that believes its capture to be running sends only this to end a

@@ -3,6 +3,7 @@
 
 #include "base/daemonprotocol.h"
 #include "base/document.h"
+#include "base/historykeys.h"
 #include "base/settingskeys.h"
 #include "daemon/capture/ontheflymacro.h"
 #include "daemon/keyboards/currentkeyboard.h"
@@ -53,7 +54,8 @@ void OnTheFlySession::show()
 void OnTheFlySession::store(const QVariantList &events, HidUsage key)
 {
     const CommandOutcome outcome = addOnTheFlyMacro(mSettings.document(), events, key.usage);
-    if (outcome.status != Status::ok || !mSettings.store(outcome.document)) {
+    const ChangeCause cause{.author = HistoryKeys::authorKeyboard, .source = ChangeSource::recording};
+    if (outcome.status != Status::ok || !mSettings.store(outcome.document, cause)) {
         qCWarning(lcKeyboard, "file: a macro recorded on the keyboard could not be stored");
         return;
     }

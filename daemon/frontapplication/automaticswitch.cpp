@@ -3,6 +3,7 @@
 
 #include "base/applicationmatch.h"
 #include "base/document.h"
+#include "base/profilerecord.h"
 #include "daemon/settings/requestreader.h"
 #include "daemon/settings/settingsdocument.h"
 
@@ -63,6 +64,22 @@ QVariantMap AutomaticSwitch::afterCommand(Command command, const QVariantMap &re
         return after;
     const std::optional<int> profile = decide(after);
     return profile ? completed(withActiveProfile(after, *profile)) : after;
+}
+
+QVariantMap AutomaticSwitch::afterReplacement(const QVariantMap &before, const QVariantMap &keptBefore,
+                                              const QVariantMap &kept)
+{
+    const bool isFollowing = mRemembered && !hasOtherProfileActive(keptBefore, kept);
+    mRemembered.reset();
+    // By its record: the replacement may have moved the profile.
+    const auto binding = [this](const QVariantMap &document) {
+        const std::optional<int> bound = boundProfile(document, mApplication);
+        return bound ? std::optional(ProfileRecord::appInfo(Document(document).profile(*bound))) : std::nullopt;
+    };
+    if (!isFollowing && binding(before) == binding(kept))
+        return kept;
+    const std::optional<int> profile = decide(kept);
+    return profile ? completed(withActiveProfile(kept, *profile)) : kept;
 }
 
 QVariantMap AutomaticSwitch::afterDeletion(int deleted, const QVariantMap &before, const QVariantMap &after)

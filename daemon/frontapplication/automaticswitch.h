@@ -33,6 +33,12 @@ public:
     [[nodiscard]] QVariantMap afterCommand(DaemonProtocol::Command command, const QVariantMap &request,
                                            const QVariantMap &before, const QVariantMap &after);
 
+    /// Must be called when `kept`, a document for the disk, replaces `keptBefore` there; `before` is in use. Returns
+    /// the document to use, possibly with another active profile. Choosing and binding profiles have their usual
+    /// effect.
+    [[nodiscard]] QVariantMap afterReplacement(const QVariantMap &before, const QVariantMap &keptBefore,
+                                               const QVariantMap &kept);
+
     /// Must be called when the active profile has been chosen by hand.
     void profileChosen() { mRemembered.reset(); }
 

@@ -3,6 +3,7 @@
 
 #include "base/daemonprotocol.h"
 #include "base/document.h"
+#include "base/historykeys.h"
 #include "base/profilerecord.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsdocument.h"
@@ -37,7 +38,7 @@ void ProfileSwitch::chooseByKey(int index)
     const bool isSwitch = whole != before;
     if (!isSwitch && mAutomaticSwitch == previous)
         return;
-    if (!mSettings.store(whole)) {
+    if (!mSettings.store(whole, {.author = HistoryKeys::authorKeyboard})) {
         mAutomaticSwitch = previous; // the keys also return to the previous profile
         return;
     }
@@ -61,10 +62,10 @@ void ProfileSwitch::setFrontApplication(const FrontApplication &application)
     reportApplication();
 }
 
-CommandOutcome ProfileSwitch::plan(const DocumentCommand &command, const QVariantMap &request)
+CommandOutcome ProfileSwitch::plan(const DocumentCommand &command, const QVariantMap &request, const QString &author)
 {
     if (!mPlan)
-        mPlan = {.document = mSettings.document(), .previous = mAutomaticSwitch};
+        mPlan = {.document = mSettings.document(), .previous = mAutomaticSwitch, .changes = {}};
     CommandOutcome outcome = command.apply(mPlan->document, request);
     if (!outcome.changesDocument)
         return outcome;
@@ -72,6 +73,7 @@ CommandOutcome ProfileSwitch::plan(const DocumentCommand &command, const QVarian
     outcome.changesDocument = !CurrentSettings::areSame(outcome.document, mPlan->document);
     mPlan->isChange = mPlan->isChange || outcome.changesDocument;
     mPlan->document = outcome.document;
+    mPlan->changes += StoredChange{.document = documentToKeep(outcome.document), .cause = {.author = author}};
     return outcome;
 }
 
@@ -80,11 +82,27 @@ bool ProfileSwitch::storePlanned()
     const std::optional<Plan> plan = std::exchange(mPlan, std::nullopt);
     // Choosing a profile that is already active automatically changes only the copy on disk.
     const bool mustWrite = plan && (plan->isChange || mAutomaticSwitch != plan->previous);
-    const bool isDone = !mustWrite || mSettings.save(plan->document);
+    const bool isDone = !mustWrite || mSettings.save(plan->document, plan->changes);
     if (!isDone)
         mAutomaticSwitch = plan->previous;
     reportApplication();
     return isDone;
+}
+
+bool ProfileSwitch::replace(const QVariantMap &kept, const ChangeCause &cause)
+{
+    const QVariantMap before = mSettings.document();
+    const AutomaticSwitch previous = mAutomaticSwitch;
+    const QVariantMap document = mAutomaticSwitch.afterReplacement(before, mSettings.kept(), kept);
+    if (!mSettings.save(document, {{.document = kept, .cause = cause}})) {
+        mAutomaticSwitch = previous;
+        return false;
+    }
+    mSettings.use(document);
+    mSettings.postUpdated(DaemonProtocol::daemonProcessName);
+    showSwitch(before);
+    reportApplication();
+    return true;
 }
 
 void ProfileSwitch::reportApplication()

@@ -5,6 +5,7 @@
 
 #include "daemon/frontapplication/automaticswitch.h"
 #include "daemon/settings/documentcommands.h"
+#include "daemon/settings/history.h"
 
 #include <QObject>
 #include <QVariantMap>
@@ -36,10 +37,17 @@ public:
     void setFrontApplication(const FrontApplication &application);
     /// Applies a client's command, which may choose, bind or delete a profile, to the result of the commands planned
     /// before. In the outcome, `changesDocument` says whether the document is different.
-    [[nodiscard]] CommandOutcome plan(const DocumentCommand &command, const QVariantMap &request);
+    /// `author`: HistoryKeys.
+    [[nodiscard]] CommandOutcome plan(const DocumentCommand &command, const QVariantMap &request,
+                                      const QString &author);
     /// Writes all planned commands at once, and clears the plan. The caller then uses the outcomes' documents in their
     /// order. False if the write failed: nothing has changed.
     [[nodiscard]] bool storePlanned();
+
+    /// Stores and uses `kept`, a document for the disk, in place of the present one. If its active profile is another
+    /// one, that counts as chosen by hand; otherwise the profile still follows the application in front. False if the
+    /// write failed: nothing has changed.
+    [[nodiscard]] bool replace(const QVariantMap &kept, const ChangeCause &cause);
 
     /// Shows the active profile on the screen if another one was active in `before` and its settings request this.
     void showSwitch(const QVariantMap &before) const;
@@ -59,6 +67,7 @@ private:
     {
         QVariantMap document;
         AutomaticSwitch previous; // before the first command
+        QList<StoredChange> changes;
         bool isChange = false;
     };
     std::optional<Plan> mPlan;

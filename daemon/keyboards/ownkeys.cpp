@@ -3,12 +3,19 @@
 
 #include "base/daemonprotocol.h"
 #include "base/document.h"
+#include "base/historykeys.h"
 #include "base/settingskeys.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/system/daemonservices.h"
 
 using namespace SettingsDocument;
+
+namespace {
+
+const ChangeCause byKeyboard{.author = HistoryKeys::authorKeyboard};
+
+} // namespace
 
 OwnKeys::OwnKeys(CurrentSettings &settings, const DaemonServices &services) : mSettings(settings), mServices(services)
 {
@@ -18,7 +25,7 @@ void OwnKeys::toggleGameMode()
 {
     const QVariantMap &document = mSettings.document();
     const bool isOn = !Document(document).deviceSettings().isGameModeOn();
-    if (!mSettings.store(completed(withDeviceSetting(document, SettingsKeys::gameMode, isOn))))
+    if (!mSettings.store(completed(withDeviceSetting(document, SettingsKeys::gameMode, isOn)), byKeyboard))
         return;
     // In this order: the first makes a client flip its flag, the second makes it read the true value.
     mServices.postNotification(DaemonProtocol::gameModePressed, {});
@@ -34,7 +41,7 @@ void OwnKeys::setBrightness(int level)
     profile.insert(SettingsKeys::brightnessKbNormal, level);
     list[active] = profile;
     const QVariantMap changed = completed(withProfiles(document, list));
-    if (changed == document || !mSettings.store(changed))
+    if (changed == document || !mSettings.store(changed, byKeyboard))
         return;
     mServices.postNotification(DaemonProtocol::illuminationUpdated, {{SettingsKeys::brightnessKbNormal, level}});
     mSettings.postUpdated(DaemonProtocol::daemonProcessName);

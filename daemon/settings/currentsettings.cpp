@@ -2,6 +2,7 @@
 #include "daemon/settings/currentsettings.h"
 
 #include "base/daemonprotocol.h"
+#include "base/historykeys.h"
 #include "base/propertylist.h"
 #include "daemon/settings/factorysettings.h"
 #include "daemon/settings/settingsdocument.h"
@@ -12,9 +13,9 @@
 #include <optional>
 #include <utility>
 
-CurrentSettings::CurrentSettings(SettingsStore &store, const DaemonServices &services, const QVariantMap &document,
-                                 DocumentToKeep documentToKeep, QObject *parent)
-    : QObject(parent), mStore(store), mServices(services), mDocument(document),
+CurrentSettings::CurrentSettings(SettingsStore &store, History &history, const DaemonServices &services,
+                                 const QVariantMap &document, DocumentToKeep documentToKeep, QObject *parent)
+    : QObject(parent), mStore(store), mHistory(history), mServices(services), mDocument(document), mKept(document),
       mDocumentToKeep(std::move(documentToKeep))
 {
 }
@@ -24,31 +25,33 @@ bool CurrentSettings::areSame(const QVariantMap &a, const QVariantMap &b)
     return a == b && PropertyList::writeBinary(a) == PropertyList::writeBinary(b);
 }
 
-bool CurrentSettings::save(const QVariantMap &document)
+bool CurrentSettings::save(const QVariantMap &document, const QList<StoredChange> &changes)
 {
-    if (!mStore.save(mDocumentToKeep(document)))
+    const QVariantMap kept = mDocumentToKeep(document);
+    if (!mStore.save(kept))
         return false;
+    mHistory.record(std::exchange(mKept, kept), changes, mStore.digest());
     mAwaitsFactorySettings = false;
     return true;
 }
 
 bool CurrentSettings::keepFolder()
 {
-    return mStore.hasFolder() || save(mDocument);
+    return mStore.hasFolder() || save(mDocument, {});
 }
 
-bool CurrentSettings::store(const QVariantMap &document)
+bool CurrentSettings::store(const QVariantMap &document, const ChangeCause &cause)
 {
-    if (!save(document))
+    if (!save(document, {{.document = mDocumentToKeep(document), .cause = cause}}))
         return false;
     use(document);
     return true;
 }
 
-CommandOutcome CurrentSettings::storeOutcome(CommandOutcome outcome)
+CommandOutcome CurrentSettings::storeOutcome(CommandOutcome outcome, const ChangeCause &cause)
 {
     outcome.changesDocument = outcome.changesDocument && !areSame(outcome.document, mDocument);
-    if (!outcome.changesDocument || store(outcome.document))
+    if (!outcome.changesDocument || store(outcome.document, cause))
         return outcome;
     return {.status = Status::notSaved, .document = mDocument, .reply = outcome.reply, .changesDocument = false};
 }
@@ -68,7 +71,7 @@ bool CurrentSettings::takeFactorySettings(const QString &path)
     if (!factory)
         return false;
     qCInfo(lcSettings, "file: factory settings of the client are used: %s", qUtf8Printable(path));
-    return store(*factory);
+    return store(*factory, {.author = HistoryKeys::authorClient});
 }
 
 void CurrentSettings::postUpdated(const QString &sourceApp)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "daemon/settings/documentcommands.h"
+#include "daemon/settings/history.h"
 
 #include <QObject>
 #include <QString>
@@ -22,24 +23,27 @@ public:
     /// Turns the document in use into the one for the disk, which may have another profile active.
     using DocumentToKeep = std::function<QVariantMap(const QVariantMap &document)>;
 
-    /// `store` must be open, `document` valid and completed. `store` and `services` must outlive this.
-    CurrentSettings(SettingsStore &store, const DaemonServices &services, const QVariantMap &document,
+    /// `store` must be open, `document` valid and completed. `store`, `history` and `services` must outlive this.
+    CurrentSettings(SettingsStore &store, History &history, const DaemonServices &services, const QVariantMap &document,
                     DocumentToKeep documentToKeep, QObject *parent = nullptr);
 
     [[nodiscard]] const QVariantMap &document() const { return mDocument; }
+    /// The document on the disk.
+    [[nodiscard]] const QVariantMap &kept() const { return mKept; }
 
     /// Whether both are identical on disk. Values that only compare equal, such as 1, true and 1.0, are not identical.
     [[nodiscard]] static bool areSame(const QVariantMap &a, const QVariantMap &b);
 
-    /// Writes `document`, which the caller uses next. False if the write failed.
-    [[nodiscard]] bool save(const QVariantMap &document);
+    /// Writes `document`, which the caller uses next, and then adds `changes`, which have led to it, to the history.
+    /// False if the write failed.
+    [[nodiscard]] bool save(const QVariantMap &document, const QList<StoredChange> &changes);
     /// Makes a removed folder again, with the document. False if that failed.
     [[nodiscard]] bool keepFolder();
     /// Writes `document`, then uses it. False if the write failed.
-    [[nodiscard]] bool store(const QVariantMap &document);
+    [[nodiscard]] bool store(const QVariantMap &document, const ChangeCause &cause);
     /// Stores the document of a command's outcome if it is a different one. In the returned outcome, `changesDocument`
     /// says whether the document has changed. Status::notSaved means that the write failed.
-    [[nodiscard]] CommandOutcome storeOutcome(CommandOutcome outcome);
+    [[nodiscard]] CommandOutcome storeOutcome(CommandOutcome outcome, const ChangeCause &cause);
     /// Uses `document` without writing it.
     void use(const QVariantMap &document);
 
@@ -58,8 +62,10 @@ Q_SIGNALS:
 
 private:
     SettingsStore &mStore;
+    History &mHistory;
     const DaemonServices &mServices;
     QVariantMap mDocument;
+    QVariantMap mKept;
     DocumentToKeep mDocumentToKeep;
     bool mAwaitsFactorySettings = false;
 };

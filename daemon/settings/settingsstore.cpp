@@ -171,6 +171,16 @@ bool SettingsStore::reopenFolder()
     return true;
 }
 
+QList<QByteArray> SettingsStore::contents() const
+{
+    QList<QByteArray> contents;
+    for (const QString &file : presentFiles()) {
+        if (const Result<QByteArray> bytes = PropertyList::readFileBytes(file))
+            contents += *bytes;
+    }
+    return contents;
+}
+
 void SettingsStore::refuseSaving(const QString &filePath, const QString &reason)
 {
     mObstacles += filePath;

@@ -3,11 +3,11 @@
 // daemon; one thread, and one process per folder (the store holds a lock).
 #pragma once
 
+#include "daemon/settings/contentdigest.h"
 #include "daemon/settings/settingsrepair.h"
 #include "daemon/system/statefolder.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -60,22 +60,25 @@ public:
     /// or the previous save, keeps that file and reports it. load() must have been called before.
     [[nodiscard]] bool save(const QVariantMap &document);
 
+    /// The contentDigest() of settings.plist as last read or written.
+    [[nodiscard]] quint64 digest() const { return mOwnContent.digest(); }
+    /// The bytes of settings.plist and its copies that can be read, the newest first.
+    [[nodiscard]] QList<QByteArray> contents() const;
+    [[nodiscard]] const QString &folder() const { return mFolder.path(); }
+
 private:
-    /// Distinguishes one content of a file from another. It need not resist forgery: a program that can write the file
-    /// can do worse.
+    /// Distinguishes one content of a file from another.
     class Checksum
     {
     public:
         Checksum() = default;
-        explicit Checksum(const QByteArray &content)
-            : mSize(content.size()), mHash(qHashBits(content.constData(), size_t(content.size())))
-        {
-        }
+        explicit Checksum(const QByteArray &content) : mSize(content.size()), mDigest(contentDigest(content)) {}
         bool operator==(const Checksum &) const = default;
+        [[nodiscard]] quint64 digest() const { return mDigest; }
 
     private:
         qsizetype mSize = -1;
-        size_t mHash = 0;
+        quint64 mDigest = 0;
     };
 
     [[nodiscard]] QString path(const QString &suffix = {}) const;

@@ -79,6 +79,7 @@ private:
     std::optional<QTemporaryDir> mTemporary;
     std::unique_ptr<SettingsStore> mStore;
     DaemonServices mServices;
+    std::unique_ptr<History> mHistory;
     std::unique_ptr<CurrentSettings> mSettings;
     std::unique_ptr<VirtualKeyboard> mKeyboard;
     std::unique_ptr<CurrentKeyboard> mCurrentKeyboard;
@@ -108,7 +109,8 @@ void CaptureSessionTest::init()
                  .launchProgram = {},
                  .now = [this] { return mNow; },
                  .wakeAt = [this](std::optional<DaemonServices::Time> time) { mWakeTime = time; }};
-    mSettings = std::make_unique<CurrentSettings>(*mStore, mServices, SettingsDocument::minimal(),
+    mHistory = std::make_unique<History>(mStore->folder());
+    mSettings = std::make_unique<CurrentSettings>(*mStore, *mHistory, mServices, SettingsDocument::minimal(),
                                                   [](const QVariantMap &document) { return document; });
     mKeyboard = std::make_unique<VirtualKeyboard>(KeyClock{.now = [this] { return mNow; }});
     mCurrentKeyboard = std::make_unique<CurrentKeyboard>();

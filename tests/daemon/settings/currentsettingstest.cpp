@@ -88,6 +88,7 @@ private:
     std::optional<QTemporaryDir> mTemporary;
     std::unique_ptr<SettingsStore> mStore;
     DaemonServices mServices;
+    std::unique_ptr<History> mHistory;
     std::unique_ptr<CurrentSettings> mSettings;
     std::optional<int> mProfileToKeep;
     QList<bool> mChanges; // whether another profile was active, one entry for each change
@@ -103,8 +104,9 @@ void CurrentSettingsTest::init()
         QCOMPARE(name, u"Profile Updated 271"_s);
         mNotifications += userInfo;
     };
-    mSettings =
-        std::make_unique<CurrentSettings>(*mStore, mServices, startDocument(), [this](const QVariantMap &document) {
+    mHistory = std::make_unique<History>(mStore->folder());
+    mSettings = std::make_unique<CurrentSettings>(
+        *mStore, *mHistory, mServices, startDocument(), [this](const QVariantMap &document) {
             return mProfileToKeep ? SettingsDocument::withActiveProfile(document, *mProfileToKeep) : document;
         });
     connect(mSettings.get(), &CurrentSettings::changed, this, [this](bool isOther) { mChanges += isOther; });
@@ -113,6 +115,7 @@ void CurrentSettingsTest::init()
 void CurrentSettingsTest::cleanup()
 {
     mSettings.reset();
+    mHistory.reset();
     mStore.reset();
     mTemporary.reset();
     mProfileToKeep.reset();
@@ -134,7 +137,7 @@ void CurrentSettingsTest::changeIsOnTheDiskBeforeItIsUsed()
 {
     QVariantMap onDisk;
     connect(mSettings.get(), &CurrentSettings::changed, this, [&] { onDisk = storedDocument(); });
-    QVERIFY(mSettings->store(withSwitchedProfile()));
+    QVERIFY(mSettings->store(withSwitchedProfile(), {}));
     QCOMPARE(onDisk, withSwitchedProfile());
     QCOMPARE(mSettings->document(), withSwitchedProfile());
     QVERIFY(mNotifications.isEmpty()); // the caller replies first
@@ -145,18 +148,18 @@ void CurrentSettingsTest::changeThatCannotBeWrittenIsNotUsed()
     {
         const FileSizeLimit fullDisk(16);
         expectFullDisk();
-        QVERIFY(!mSettings->store(withSwitchedProfile()));
+        QVERIFY(!mSettings->store(withSwitchedProfile(), {}));
     }
     QCOMPARE(mSettings->document(), startDocument());
     QVERIFY(mChanges.isEmpty());
     QVERIFY(!isWritten());
-    QVERIFY(mSettings->store(withSwitchedProfile())); // the disk has room again
+    QVERIFY(mSettings->store(withSwitchedProfile(), {})); // the disk has room again
 }
 
 void CurrentSettingsTest::diskKeepsTheDocumentToKeep()
 {
     mProfileToKeep = 0;
-    QVERIFY(mSettings->store(withSwitchedProfile()));
+    QVERIFY(mSettings->store(withSwitchedProfile(), {}));
     QCOMPARE(storedDocument(), startDocument());
     QCOMPARE(mSettings->document(), withSwitchedProfile());
 }
@@ -178,7 +181,7 @@ void CurrentSettingsTest::reportsWhetherAnotherProfileIsActive()
 
 void CurrentSettingsTest::outcomeIsStored()
 {
-    const CommandOutcome outcome = mSettings->storeOutcome(outcomeOf(withSwitchedProfile()));
+    const CommandOutcome outcome = mSettings->storeOutcome(outcomeOf(withSwitchedProfile()), {});
     QCOMPARE(outcome.status, Status::ok);
     QVERIFY(outcome.changesDocument);
     QCOMPARE(outcome.reply, (QVariantMap{{u"key"_s, 1}}));
@@ -189,7 +192,7 @@ void CurrentSettingsTest::outcomeThatCannotBeWrittenIsNotSaved()
 {
     const FileSizeLimit fullDisk(16);
     expectFullDisk();
-    const CommandOutcome outcome = mSettings->storeOutcome(outcomeOf(withSwitchedProfile()));
+    const CommandOutcome outcome = mSettings->storeOutcome(outcomeOf(withSwitchedProfile()), {});
     QCOMPARE(outcome.status, Status::notSaved);
     QVERIFY(!outcome.changesDocument);
     QCOMPARE(outcome.document, startDocument());
@@ -199,7 +202,7 @@ void CurrentSettingsTest::outcomeThatCannotBeWrittenIsNotSaved()
 
 void CurrentSettingsTest::outcomeWithTheSameDocumentIsNotWritten()
 {
-    const CommandOutcome outcome = mSettings->storeOutcome(outcomeOf(startDocument()));
+    const CommandOutcome outcome = mSettings->storeOutcome(outcomeOf(startDocument()), {});
     QCOMPARE(outcome.status, Status::ok);
     QVERIFY(!outcome.changesDocument);
     QVERIFY(!isWritten());
@@ -211,14 +214,14 @@ void CurrentSettingsTest::outcomeOfAnotherTypeCountsAsAChange()
 {
     mSettings->use(SettingsDocument::withDeviceSetting(startDocument(), "Other"_L1, 1));
     const QVariantMap changed = SettingsDocument::withDeviceSetting(startDocument(), "Other"_L1, true);
-    QVERIFY(mSettings->storeOutcome(outcomeOf(changed)).changesDocument);
+    QVERIFY(mSettings->storeOutcome(outcomeOf(changed), {}).changesDocument);
     QCOMPARE(storedDocument().value(u"DeviceSettings"_s).toMap().value(u"Other"_s).typeId(), int(QMetaType::Bool));
 }
 
 void CurrentSettingsTest::outcomeWithoutAChangeStaysTheSame()
 {
     const CommandOutcome failure{.status = Status::lastProfile, .document = withSwitchedProfile(), .reply = {}};
-    QCOMPARE(mSettings->storeOutcome(failure).status, Status::lastProfile);
+    QCOMPARE(mSettings->storeOutcome(failure, {}).status, Status::lastProfile);
     QCOMPARE(mSettings->document(), startDocument());
     QVERIFY(!isWritten());
 }
@@ -238,7 +241,7 @@ void CurrentSettingsTest::acceptsFactorySettingsOnce()
 void CurrentSettingsTest::acceptsNoFactorySettingsAfterAChange()
 {
     mSettings->setAwaitsFactorySettings(true);
-    QVERIFY(mSettings->store(withSwitchedProfile()));
+    QVERIFY(mSettings->store(withSwitchedProfile(), {}));
     QVERIFY(!mSettings->takeFactorySettings(writeFactorySettings()));
     QCOMPARE(activeName(), u"B"_s);
 }

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#include "cli/historyclient.h"
+
+#include "base/daemonprotocol.h"
+#include "base/historykeys.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr DaemonObject history{
+    .path = HistoryKeys::objectPath, .interface = HistoryKeys::interfaceName, .words = "history of the settings"_L1};
+
+/// The daemon's own messages are whole sentences.
+DaemonObjectError inItsWords(DaemonObjectError error)
+{
+    constexpr std::array own{HistoryKeys::unknownError,     HistoryKeys::outdatedError, HistoryKeys::notInEffectError,
+                             HistoryKeys::unreachableError, HistoryKeys::invalidError,  HistoryKeys::notSavedError};
+    if (std::ranges::find(own, error.name) != own.end())
+        error.message = error.text;
+    if (error.name == HistoryKeys::unknownError)
+        error.code = ExitCode::usage;
+    return error;
+}
+
+DaemonObjectResult<QVariantList> call(QLatin1StringView method, const QVariantList &arguments = {})
+{
+    const DaemonObjectResult<QVariantList> values = history.call(method, arguments);
+    return values ? values : inItsWords(values.error());
+}
+
+DaemonObjectResult<QList<QVariantMap>> entries(QLatin1StringView method)
+{
+    const DaemonObjectResult<QVariantList> values = call(method);
+    if (!values)
+        return values.error();
+    QList<QVariantMap> list = qdbus_cast<QList<QVariantMap>>(values->value(0));
+    for (QVariantMap &entry : list) {
+        for (const HistoryKeys::Key key : {HistoryKeys::change, HistoryKeys::assignment}) {
+            if (const auto inside = entry.constFind(key); inside != entry.cend())
+                entry.insert(key, qdbus_cast<QVariantMap>(*inside));
+        }
+        QVariantMap change = entry.value(HistoryKeys::change).toMap();
+        if (const auto inside = change.constFind(HistoryKeys::assignment); inside != change.cend()) {
+            change.insert(HistoryKeys::assignment, qdbus_cast<QVariantMap>(*inside));
+            entry.insert(HistoryKeys::change, change);
+        }
+    }
+    return list;
+}
+
+DaemonObjectResult<HistoryClient::Restoration> restoration(const DaemonObjectResult<QVariantList> &values)
+{
+    if (!values)
+        return values.error();
+    const QVariantMap outcome = qdbus_cast<QVariantMap>(values->value(0));
+    return HistoryClient::Restoration{.isAlone = outcome.value(HistoryKeys::isAlone).toBool(),
+                                      .others = qdbus_cast<QList<uint>>(outcome.value(HistoryKeys::others))};
+}
+
+QVariantList withSource(uint id)
+{
+    return {id, QString(DaemonProtocol::kestractlIdentifier)};
+}
+
+} // namespace
+
+DaemonObjectResult<QList<QVariantMap>> HistoryClient::list()
+{
+    return entries("List"_L1);
+}
+
+DaemonObjectResult<QList<QVariantMap>> HistoryClient::next()
+{
+    return entries("Next"_L1);
+}
+
+DaemonObjectResult<void> HistoryClient::undo(uint id)
+{
+    return call("Undo"_L1, withSource(id)).withoutValue<DaemonObjectError>();
+}
+
+DaemonObjectResult<void> HistoryClient::redo(uint id)
+{
+    return call("Redo"_L1, withSource(id)).withoutValue<DaemonObjectError>();
+}
+
+DaemonObjectResult<HistoryClient::Restoration> HistoryClient::restore(uint id)
+{
+    return restoration(call("Restore"_L1, withSource(id)));
+}
+
+DaemonObjectResult<HistoryClient::Restoration> HistoryClient::preview(uint id)
+{
+    return restoration(call("Preview"_L1, {id}));
+}
+
+DaemonObjectResult<void> HistoryClient::clear()
+{
+    return call("Clear"_L1).withoutValue<DaemonObjectError>();
+}

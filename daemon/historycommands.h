@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// Goes back and forth in the history of the settings. Owned by the DeviceDaemon; main thread only.
+#pragma once
+
+#include "daemon/settings/historycalls.h"
+
+class CurrentSettings;
+class ProfileSwitch;
+
+/// Each call is one more entry of the history. Clients are notified as of a change that the daemon itself has made.
+class HistoryCommands : public HistoryCalls
+{
+public:
+    /// All arguments must outlive this.
+    HistoryCommands(const History &history, const CurrentSettings &settings, ProfileSwitch &profiles);
+
+    History::Found<quint32> undo(quint32 id, const QString &author) override;
+    History::Found<quint32> redo(quint32 id, const QString &author) override;
+    History::Found<History::Target> restore(quint32 id, const QString &author) override;
+    [[nodiscard]] History::Found<History::Target> preview(quint32 id) const override;
+
+private:
+    History::Found<quint32> store(const History::Found<History::Target> &target, const QString &author);
+
+    const History &mHistory;
+    const CurrentSettings &mSettings;
+    ProfileSwitch &mProfiles;
+};

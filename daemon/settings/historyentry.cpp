@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "daemon/settings/historyentry.h"
+
+#include "base/propertylist.h"
+
+#include <QtEndian>
+
+namespace {
+
+using Key = QLatin1StringView;
+
+// Keys of the file: short, and never renamed.
+constexpr Key idKey{"i"};
+constexpr Key kindKey{"k"};
+constexpr Key timeKey{"t"};
+constexpr Key authorKey{"a"};
+constexpr Key whatKey{"w"};
+constexpr Key differenceKey{"d"};
+constexpr Key targetKey{"x"};
+constexpr Key joinsKey{"r"};
+constexpr Key digestKey{"s"};
+
+// The first byte of a frame
+constexpr char plainMark = 'p';
+constexpr char compressedMark = 'z';
+constexpr qsizetype compressedFrom = 512; // bytes; smaller frames hardly shrink
+
+} // namespace
+
+QByteArray HistoryEntry::toFrame() const
+{
+    QVariantMap values{
+        {idKey, static_cast<qlonglong>(id)}, {timeKey, static_cast<qlonglong>(timeMs)}, {authorKey, author}};
+    const auto addUnlessZero = [&values](Key key, qlonglong value) {
+        if (value != 0)
+            values.insert(key, value);
+    };
+    addUnlessZero(kindKey, static_cast<qlonglong>(kind));
+    addUnlessZero(targetKey, target);
+    addUnlessZero(joinsKey, joins);
+    if (!what.isEmpty())
+        values.insert(whatKey, what);
+    if (!difference.isEmpty())
+        values.insert(differenceKey, difference);
+    if (digest) {
+        QByteArray bytes(sizeof(quint64), Qt::Uninitialized);
+        qToLittleEndian(*digest, bytes.data());
+        values.insert(digestKey, bytes);
+    }
+    const std::optional<QByteArray> list = PropertyList::writeBinary(values);
+    if (!list)
+        return {};
+    return list->size() < compressedFrom ? plainMark + *list : compressedMark + qCompress(*list, 1);
+}
+
+std::optional<HistoryEntry> HistoryEntry::fromFrame(const QByteArray &frame)
+{
+    if (frame.isEmpty())
+        return {};
+    const QByteArray rest = frame.sliced(1);
+    const std::optional<QVariant> list = PropertyList::read(frame.front() == compressedMark ? qUncompress(rest) : rest);
+    if (!list || list->typeId() != QMetaType::QVariantMap)
+        return {};
+    const QVariantMap values = list->toMap();
+    const qlonglong kind = values.value(kindKey).toLongLong();
+    const qlonglong id = values.value(idKey).toLongLong();
+    if (id <= 0 || kind < 0 || kind > static_cast<qlonglong>(Kind::gap))
+        return {};
+    HistoryEntry entry{.id = static_cast<quint32>(id),
+                       .kind = static_cast<Kind>(kind),
+                       .timeMs = values.value(timeKey).toLongLong(),
+                       .author = values.value(authorKey).toString(),
+                       .what = values.value(whatKey).toMap(),
+                       .difference = values.value(differenceKey).toMap(),
+                       .target = static_cast<quint32>(values.value(targetKey).toLongLong()),
+                       .joins = static_cast<quint32>(values.value(joinsKey).toLongLong()),
+                       .digest = {}};
+    if (const QByteArray digest = values.value(digestKey).toByteArray(); digest.size() == sizeof(quint64))
+        entry.digest = qFromLittleEndian<quint64>(digest.constData());
+    return entry;
+}

@@ -1,0 +1,50 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name></name>
+    <!-- Entries of the history of the settings. -->
+    <message id="lkeyHistoryKey"><source>lkeyHistoryKey</source><translation>%@: %@</translation></message>
+    <message id="lkeyHistoryKeyWithDetail"><source>lkeyHistoryKeyWithDetail</source><translation>%@: %@ (%@)</translation></message>
+    <message id="lkeyHistoryUnknownAssignment"><source>lkeyHistoryUnknownAssignment</source><translation>Unknown assignment</translation></message>
+    <message id="lkeyHistoryKeys"><source>lkeyHistoryKeys</source><translation>Profile %@: %@ keys assigned</translation></message>
+    <message id="lkeyHistoryProfileAdded"><source>lkeyHistoryProfileAdded</source><translation>Profile %@ added</translation></message>
+    <message id="lkeyHistoryProfileDeleted"><source>lkeyHistoryProfileDeleted</source><translation>Profile %@ deleted</translation></message>
+    <message id="lkeyHistoryProfileRenamed"><source>lkeyHistoryProfileRenamed</source><translation>Profile %@ renamed to %@</translation></message>
+    <message id="lkeyHistoryProfileChosen"><source>lkeyHistoryProfileChosen</source><translation>Profile %@ chosen</translation></message>
+    <message id="lkeyHistoryProfileBound"><source>lkeyHistoryProfileBound</source><translation>Profile %@ follows %@</translation></message>
+    <message id="lkeyHistoryProfileUnbound"><source>lkeyHistoryProfileUnbound</source><translation>Profile %@ follows no application</translation></message>
+    <message id="lkeyHistoryProfileShown"><source>lkeyHistoryProfileShown</source><translation>Profile %@: name shown on a switch</translation></message>
+    <message id="lkeyHistoryProfileNotShown"><source>lkeyHistoryProfileNotShown</source><translation>Profile %@: name not shown on a switch</translation></message>
+    <message id="lkeyHistoryProfileChanged"><source>lkeyHistoryProfileChanged</source><translation>Profile %@ changed</translation></message>
+    <message id="lkeyHistoryProfilesMoved"><source>lkeyHistoryProfilesMoved</source><translation>Profiles rearranged</translation></message>
+    <message id="lkeyHistoryLightOn"><source>lkeyHistoryLightOn</source><translation>Profile %@: lighting on</translation></message>
+    <message id="lkeyHistoryLightOff"><source>lkeyHistoryLightOff</source><translation>Profile %@: lighting off</translation></message>
+    <message id="lkeyHistoryBrightness"><source>lkeyHistoryBrightness</source><translation>Profile %@: brightness %@</translation></message>
+    <message id="lkeyHistoryColor"><source>lkeyHistoryColor</source><translation>Profile %@: colour %@</translation></message>
+    <message id="lkeyHistoryEffect"><source>lkeyHistoryEffect</source><translation>Profile %@: lighting effect changed</translation></message>
+    <message id="lkeyHistoryMacroAdded"><source>lkeyHistoryMacroAdded</source><translation>Macro %@ added</translation></message>
+    <message id="lkeyHistoryMacroDeleted"><source>lkeyHistoryMacroDeleted</source><translation>Macro %@ deleted</translation></message>
+    <message id="lkeyHistoryMacroRenamed"><source>lkeyHistoryMacroRenamed</source><translation>Macro %@ renamed to %@</translation></message>
+    <message id="lkeyHistoryMacroRecorded"><source>lkeyHistoryMacroRecorded</source><translation>Macro %@: %@ events recorded</translation></message>
+    <message id="lkeyHistoryMacroRecordedOne"><source>lkeyHistoryMacroRecordedOne</source><translation>Macro %@: %@ event recorded</translation></message>
+    <message id="lkeyHistoryMacroChanged"><source>lkeyHistoryMacroChanged</source><translation>Macro %@ changed</translation></message>
+    <message id="lkeyHistoryEventsAdded"><source>lkeyHistoryEventsAdded</source><translation>Macro %@: %@ events added</translation></message>
+    <message id="lkeyHistoryEventAdded"><source>lkeyHistoryEventAdded</source><translation>Macro %@: %@ event added</translation></message>
+    <message id="lkeyHistoryEventsRemoved"><source>lkeyHistoryEventsRemoved</source><translation>Macro %@: %@ events removed</translation></message>
+    <message id="lkeyHistoryEventRemoved"><source>lkeyHistoryEventRemoved</source><translation>Macro %@: %@ event removed</translation></message>
+    <message id="lkeyHistoryEventsChanged"><source>lkeyHistoryEventsChanged</source><translation>Macro %@: %@ events changed</translation></message>
+    <message id="lkeyHistoryEventChanged"><source>lkeyHistoryEventChanged</source><translation>Macro %@: %@ event changed</translation></message>
+    <message id="lkeyHistoryDelaysSet"><source>lkeyHistoryDelaysSet</source><translation>Macro %@: %@ delays set</translation></message>
+    <message id="lkeyHistoryDelaySet"><source>lkeyHistoryDelaySet</source><translation>Macro %@: %@ delay set</translation></message>
+    <message id="lkeyHistoryGameModeOn"><source>lkeyHistoryGameModeOn</source><translation>Game mode on</translation></message>
+    <message id="lkeyHistoryGameModeOff"><source>lkeyHistoryGameModeOff</source><translation>Game mode off</translation></message>
+    <message id="lkeyHistorySeveral"><source>lkeyHistorySeveral</source><translation>Several settings changed</translation></message>
+    <message id="lkeyHistoryDocument"><source>lkeyHistoryDocument</source><translation>All settings restored from %@</translation></message>
+    <message id="lkeyHistoryElsewhere"><source>lkeyHistoryElsewhere</source><translation>Settings changed elsewhere</translation></message>
+    <message id="lkeyHistoryUndone"><source>lkeyHistoryUndone</source><translation>Undone: %@</translation></message>
+    <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Redone: %@</translation></message>
+    <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Taken back: %@</translation></message>
+    <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>an earlier change</translation></message>
+</context>
+</TS>

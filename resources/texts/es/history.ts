@@ -1,0 +1,50 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es">
+<context>
+    <name></name>
+    <!-- Entries of the history of the settings. -->
+    <message id="lkeyHistoryKey"><source>lkeyHistoryKey</source><translation>%@: %@</translation></message>
+    <message id="lkeyHistoryKeyWithDetail"><source>lkeyHistoryKeyWithDetail</source><translation>%@: %@ (%@)</translation></message>
+    <message id="lkeyHistoryUnknownAssignment"><source>lkeyHistoryUnknownAssignment</source><translation>Asignación desconocida</translation></message>
+    <message id="lkeyHistoryKeys"><source>lkeyHistoryKeys</source><translation>Perfil %@: %@ teclas asignadas</translation></message>
+    <message id="lkeyHistoryProfileAdded"><source>lkeyHistoryProfileAdded</source><translation>Perfil %@ añadido</translation></message>
+    <message id="lkeyHistoryProfileDeleted"><source>lkeyHistoryProfileDeleted</source><translation>Perfil %@ eliminado</translation></message>
+    <message id="lkeyHistoryProfileRenamed"><source>lkeyHistoryProfileRenamed</source><translation>Perfil %@ renombrado a %@</translation></message>
+    <message id="lkeyHistoryProfileChosen"><source>lkeyHistoryProfileChosen</source><translation>Perfil %@ elegido</translation></message>
+    <message id="lkeyHistoryProfileBound"><source>lkeyHistoryProfileBound</source><translation>El perfil %@ sigue a %@</translation></message>
+    <message id="lkeyHistoryProfileUnbound"><source>lkeyHistoryProfileUnbound</source><translation>El perfil %@ no sigue a ninguna aplicación</translation></message>
+    <message id="lkeyHistoryProfileShown"><source>lkeyHistoryProfileShown</source><translation>Perfil %@: el nombre se muestra al cambiar</translation></message>
+    <message id="lkeyHistoryProfileNotShown"><source>lkeyHistoryProfileNotShown</source><translation>Perfil %@: el nombre no se muestra al cambiar</translation></message>
+    <message id="lkeyHistoryProfileChanged"><source>lkeyHistoryProfileChanged</source><translation>Perfil %@ modificado</translation></message>
+    <message id="lkeyHistoryProfilesMoved"><source>lkeyHistoryProfilesMoved</source><translation>Perfiles reordenados</translation></message>
+    <message id="lkeyHistoryLightOn"><source>lkeyHistoryLightOn</source><translation>Perfil %@: iluminación activada</translation></message>
+    <message id="lkeyHistoryLightOff"><source>lkeyHistoryLightOff</source><translation>Perfil %@: iluminación desactivada</translation></message>
+    <message id="lkeyHistoryBrightness"><source>lkeyHistoryBrightness</source><translation>Perfil %@: brillo %@</translation></message>
+    <message id="lkeyHistoryColor"><source>lkeyHistoryColor</source><translation>Perfil %@: color %@</translation></message>
+    <message id="lkeyHistoryEffect"><source>lkeyHistoryEffect</source><translation>Perfil %@: efecto de luz cambiado</translation></message>
+    <message id="lkeyHistoryMacroAdded"><source>lkeyHistoryMacroAdded</source><translation>Macro %@ añadida</translation></message>
+    <message id="lkeyHistoryMacroDeleted"><source>lkeyHistoryMacroDeleted</source><translation>Macro %@ eliminada</translation></message>
+    <message id="lkeyHistoryMacroRenamed"><source>lkeyHistoryMacroRenamed</source><translation>Macro %@ renombrada a %@</translation></message>
+    <message id="lkeyHistoryMacroRecorded"><source>lkeyHistoryMacroRecorded</source><translation>Macro %@: %@ eventos grabados</translation></message>
+    <message id="lkeyHistoryMacroRecordedOne"><source>lkeyHistoryMacroRecordedOne</source><translation>Macro %@: %@ evento grabado</translation></message>
+    <message id="lkeyHistoryMacroChanged"><source>lkeyHistoryMacroChanged</source><translation>Macro %@ modificada</translation></message>
+    <message id="lkeyHistoryEventsAdded"><source>lkeyHistoryEventsAdded</source><translation>Macro %@: %@ eventos añadidos</translation></message>
+    <message id="lkeyHistoryEventAdded"><source>lkeyHistoryEventAdded</source><translation>Macro %@: %@ evento añadido</translation></message>
+    <message id="lkeyHistoryEventsRemoved"><source>lkeyHistoryEventsRemoved</source><translation>Macro %@: %@ eventos eliminados</translation></message>
+    <message id="lkeyHistoryEventRemoved"><source>lkeyHistoryEventRemoved</source><translation>Macro %@: %@ evento eliminado</translation></message>
+    <message id="lkeyHistoryEventsChanged"><source>lkeyHistoryEventsChanged</source><translation>Macro %@: %@ eventos modificados</translation></message>
+    <message id="lkeyHistoryEventChanged"><source>lkeyHistoryEventChanged</source><translation>Macro %@: %@ evento modificado</translation></message>
+    <message id="lkeyHistoryDelaysSet"><source>lkeyHistoryDelaysSet</source><translation>Macro %@: %@ pausas definidas</translation></message>
+    <message id="lkeyHistoryDelaySet"><source>lkeyHistoryDelaySet</source><translation>Macro %@: %@ pausa definida</translation></message>
+    <message id="lkeyHistoryGameModeOn"><source>lkeyHistoryGameModeOn</source><translation>Modo de juego activado</translation></message>
+    <message id="lkeyHistoryGameModeOff"><source>lkeyHistoryGameModeOff</source><translation>Modo de juego desactivado</translation></message>
+    <message id="lkeyHistorySeveral"><source>lkeyHistorySeveral</source><translation>Varios ajustes modificados</translation></message>
+    <message id="lkeyHistoryDocument"><source>lkeyHistoryDocument</source><translation>Todos los ajustes restaurados desde %@</translation></message>
+    <message id="lkeyHistoryElsewhere"><source>lkeyHistoryElsewhere</source><translation>Ajustes modificados por otra vía</translation></message>
+    <message id="lkeyHistoryUndone"><source>lkeyHistoryUndone</source><translation>Deshecho: %@</translation></message>
+    <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Rehecho: %@</translation></message>
+    <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Retirado: %@</translation></message>
+    <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>un cambio anterior</translation></message>
+</context>
+</TS>

@@ -1,0 +1,50 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr">
+<context>
+    <name></name>
+    <!-- Entries of the history of the settings. -->
+    <message id="lkeyHistoryKey"><source>lkeyHistoryKey</source><translation>%@ : %@</translation></message>
+    <message id="lkeyHistoryKeyWithDetail"><source>lkeyHistoryKeyWithDetail</source><translation>%@ : %@ (%@)</translation></message>
+    <message id="lkeyHistoryUnknownAssignment"><source>lkeyHistoryUnknownAssignment</source><translation>Affectation inconnue</translation></message>
+    <message id="lkeyHistoryKeys"><source>lkeyHistoryKeys</source><translation>Profil %@ : %@ touches affectées</translation></message>
+    <message id="lkeyHistoryProfileAdded"><source>lkeyHistoryProfileAdded</source><translation>Profil %@ ajouté</translation></message>
+    <message id="lkeyHistoryProfileDeleted"><source>lkeyHistoryProfileDeleted</source><translation>Profil %@ supprimé</translation></message>
+    <message id="lkeyHistoryProfileRenamed"><source>lkeyHistoryProfileRenamed</source><translation>Profil %@ renommé en %@</translation></message>
+    <message id="lkeyHistoryProfileChosen"><source>lkeyHistoryProfileChosen</source><translation>Profil %@ choisi</translation></message>
+    <message id="lkeyHistoryProfileBound"><source>lkeyHistoryProfileBound</source><translation>Le profil %@ suit %@</translation></message>
+    <message id="lkeyHistoryProfileUnbound"><source>lkeyHistoryProfileUnbound</source><translation>Le profil %@ ne suit aucune application</translation></message>
+    <message id="lkeyHistoryProfileShown"><source>lkeyHistoryProfileShown</source><translation>Profil %@ : nom affiché lors du changement</translation></message>
+    <message id="lkeyHistoryProfileNotShown"><source>lkeyHistoryProfileNotShown</source><translation>Profil %@ : nom non affiché lors du changement</translation></message>
+    <message id="lkeyHistoryProfileChanged"><source>lkeyHistoryProfileChanged</source><translation>Profil %@ modifié</translation></message>
+    <message id="lkeyHistoryProfilesMoved"><source>lkeyHistoryProfilesMoved</source><translation>Profils réorganisés</translation></message>
+    <message id="lkeyHistoryLightOn"><source>lkeyHistoryLightOn</source><translation>Profil %@ : éclairage activé</translation></message>
+    <message id="lkeyHistoryLightOff"><source>lkeyHistoryLightOff</source><translation>Profil %@ : éclairage désactivé</translation></message>
+    <message id="lkeyHistoryBrightness"><source>lkeyHistoryBrightness</source><translation>Profil %@ : luminosité %@</translation></message>
+    <message id="lkeyHistoryColor"><source>lkeyHistoryColor</source><translation>Profil %@ : couleur %@</translation></message>
+    <message id="lkeyHistoryEffect"><source>lkeyHistoryEffect</source><translation>Profil %@ : effet lumineux modifié</translation></message>
+    <message id="lkeyHistoryMacroAdded"><source>lkeyHistoryMacroAdded</source><translation>Macro %@ ajoutée</translation></message>
+    <message id="lkeyHistoryMacroDeleted"><source>lkeyHistoryMacroDeleted</source><translation>Macro %@ supprimée</translation></message>
+    <message id="lkeyHistoryMacroRenamed"><source>lkeyHistoryMacroRenamed</source><translation>Macro %@ renommée en %@</translation></message>
+    <message id="lkeyHistoryMacroRecorded"><source>lkeyHistoryMacroRecorded</source><translation>Macro %@ : %@ évènements enregistrés</translation></message>
+    <message id="lkeyHistoryMacroRecordedOne"><source>lkeyHistoryMacroRecordedOne</source><translation>Macro %@ : %@ évènement enregistré</translation></message>
+    <message id="lkeyHistoryMacroChanged"><source>lkeyHistoryMacroChanged</source><translation>Macro %@ modifiée</translation></message>
+    <message id="lkeyHistoryEventsAdded"><source>lkeyHistoryEventsAdded</source><translation>Macro %@ : %@ évènements ajoutés</translation></message>
+    <message id="lkeyHistoryEventAdded"><source>lkeyHistoryEventAdded</source><translation>Macro %@ : %@ évènement ajouté</translation></message>
+    <message id="lkeyHistoryEventsRemoved"><source>lkeyHistoryEventsRemoved</source><translation>Macro %@ : %@ évènements supprimés</translation></message>
+    <message id="lkeyHistoryEventRemoved"><source>lkeyHistoryEventRemoved</source><translation>Macro %@ : %@ évènement supprimé</translation></message>
+    <message id="lkeyHistoryEventsChanged"><source>lkeyHistoryEventsChanged</source><translation>Macro %@ : %@ évènements modifiés</translation></message>
+    <message id="lkeyHistoryEventChanged"><source>lkeyHistoryEventChanged</source><translation>Macro %@ : %@ évènement modifié</translation></message>
+    <message id="lkeyHistoryDelaysSet"><source>lkeyHistoryDelaysSet</source><translation>Macro %@ : %@ délais définis</translation></message>
+    <message id="lkeyHistoryDelaySet"><source>lkeyHistoryDelaySet</source><translation>Macro %@ : %@ délai défini</translation></message>
+    <message id="lkeyHistoryGameModeOn"><source>lkeyHistoryGameModeOn</source><translation>Mode jeu activé</translation></message>
+    <message id="lkeyHistoryGameModeOff"><source>lkeyHistoryGameModeOff</source><translation>Mode jeu désactivé</translation></message>
+    <message id="lkeyHistorySeveral"><source>lkeyHistorySeveral</source><translation>Plusieurs réglages modifiés</translation></message>
+    <message id="lkeyHistoryDocument"><source>lkeyHistoryDocument</source><translation>Tous les réglages restaurés depuis %@</translation></message>
+    <message id="lkeyHistoryElsewhere"><source>lkeyHistoryElsewhere</source><translation>Réglages modifiés ailleurs</translation></message>
+    <message id="lkeyHistoryUndone"><source>lkeyHistoryUndone</source><translation>Annulé : %@</translation></message>
+    <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Rétabli : %@</translation></message>
+    <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Repris : %@</translation></message>
+    <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>une modification antérieure</translation></message>
+</context>
+</TS>

@@ -1,0 +1,50 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja">
+<context>
+    <name></name>
+    <!-- Entries of the history of the settings. -->
+    <message id="lkeyHistoryKey"><source>lkeyHistoryKey</source><translation>%@：%@</translation></message>
+    <message id="lkeyHistoryKeyWithDetail"><source>lkeyHistoryKeyWithDetail</source><translation>%@：%@（%@）</translation></message>
+    <message id="lkeyHistoryUnknownAssignment"><source>lkeyHistoryUnknownAssignment</source><translation>不明な割り当て</translation></message>
+    <message id="lkeyHistoryKeys"><source>lkeyHistoryKeys</source><translation>プロファイル %@：%@ 個のキーに割り当て</translation></message>
+    <message id="lkeyHistoryProfileAdded"><source>lkeyHistoryProfileAdded</source><translation>プロファイル %@ を追加</translation></message>
+    <message id="lkeyHistoryProfileDeleted"><source>lkeyHistoryProfileDeleted</source><translation>プロファイル %@ を削除</translation></message>
+    <message id="lkeyHistoryProfileRenamed"><source>lkeyHistoryProfileRenamed</source><translation>プロファイル %@ の名前を %@ に変更</translation></message>
+    <message id="lkeyHistoryProfileChosen"><source>lkeyHistoryProfileChosen</source><translation>プロファイル %@ を選択</translation></message>
+    <message id="lkeyHistoryProfileBound"><source>lkeyHistoryProfileBound</source><translation>プロファイル %@ を %@ に連動</translation></message>
+    <message id="lkeyHistoryProfileUnbound"><source>lkeyHistoryProfileUnbound</source><translation>プロファイル %@ のアプリ連動を解除</translation></message>
+    <message id="lkeyHistoryProfileShown"><source>lkeyHistoryProfileShown</source><translation>プロファイル %@：切り替え時に名前を表示</translation></message>
+    <message id="lkeyHistoryProfileNotShown"><source>lkeyHistoryProfileNotShown</source><translation>プロファイル %@：切り替え時に名前を表示しない</translation></message>
+    <message id="lkeyHistoryProfileChanged"><source>lkeyHistoryProfileChanged</source><translation>プロファイル %@ を変更</translation></message>
+    <message id="lkeyHistoryProfilesMoved"><source>lkeyHistoryProfilesMoved</source><translation>プロファイルを並べ替え</translation></message>
+    <message id="lkeyHistoryLightOn"><source>lkeyHistoryLightOn</source><translation>プロファイル %@：ライトをオン</translation></message>
+    <message id="lkeyHistoryLightOff"><source>lkeyHistoryLightOff</source><translation>プロファイル %@：ライトをオフ</translation></message>
+    <message id="lkeyHistoryBrightness"><source>lkeyHistoryBrightness</source><translation>プロファイル %@：明るさ %@</translation></message>
+    <message id="lkeyHistoryColor"><source>lkeyHistoryColor</source><translation>プロファイル %@：色 %@</translation></message>
+    <message id="lkeyHistoryEffect"><source>lkeyHistoryEffect</source><translation>プロファイル %@：ライト効果を変更</translation></message>
+    <message id="lkeyHistoryMacroAdded"><source>lkeyHistoryMacroAdded</source><translation>マクロ %@ を追加</translation></message>
+    <message id="lkeyHistoryMacroDeleted"><source>lkeyHistoryMacroDeleted</source><translation>マクロ %@ を削除</translation></message>
+    <message id="lkeyHistoryMacroRenamed"><source>lkeyHistoryMacroRenamed</source><translation>マクロ %@ の名前を %@ に変更</translation></message>
+    <message id="lkeyHistoryMacroRecorded"><source>lkeyHistoryMacroRecorded</source><translation>マクロ %@：%@ 個のイベントを記録</translation></message>
+    <message id="lkeyHistoryMacroRecordedOne"><source>lkeyHistoryMacroRecordedOne</source><translation>マクロ %@：%@ 個のイベントを記録</translation></message>
+    <message id="lkeyHistoryMacroChanged"><source>lkeyHistoryMacroChanged</source><translation>マクロ %@ を変更</translation></message>
+    <message id="lkeyHistoryEventsAdded"><source>lkeyHistoryEventsAdded</source><translation>マクロ %@：%@ 個のイベントを追加</translation></message>
+    <message id="lkeyHistoryEventAdded"><source>lkeyHistoryEventAdded</source><translation>マクロ %@：%@ 個のイベントを追加</translation></message>
+    <message id="lkeyHistoryEventsRemoved"><source>lkeyHistoryEventsRemoved</source><translation>マクロ %@：%@ 個のイベントを削除</translation></message>
+    <message id="lkeyHistoryEventRemoved"><source>lkeyHistoryEventRemoved</source><translation>マクロ %@：%@ 個のイベントを削除</translation></message>
+    <message id="lkeyHistoryEventsChanged"><source>lkeyHistoryEventsChanged</source><translation>マクロ %@：%@ 個のイベントを変更</translation></message>
+    <message id="lkeyHistoryEventChanged"><source>lkeyHistoryEventChanged</source><translation>マクロ %@：%@ 個のイベントを変更</translation></message>
+    <message id="lkeyHistoryDelaysSet"><source>lkeyHistoryDelaysSet</source><translation>マクロ %@：%@ 個の待ち時間を設定</translation></message>
+    <message id="lkeyHistoryDelaySet"><source>lkeyHistoryDelaySet</source><translation>マクロ %@：%@ 個の待ち時間を設定</translation></message>
+    <message id="lkeyHistoryGameModeOn"><source>lkeyHistoryGameModeOn</source><translation>ゲームモードをオン</translation></message>
+    <message id="lkeyHistoryGameModeOff"><source>lkeyHistoryGameModeOff</source><translation>ゲームモードをオフ</translation></message>
+    <message id="lkeyHistorySeveral"><source>lkeyHistorySeveral</source><translation>複数の設定を変更</translation></message>
+    <message id="lkeyHistoryDocument"><source>lkeyHistoryDocument</source><translation>すべての設定を %@ から復元</translation></message>
+    <message id="lkeyHistoryElsewhere"><source>lkeyHistoryElsewhere</source><translation>設定が別の方法で変更されました</translation></message>
+    <message id="lkeyHistoryUndone"><source>lkeyHistoryUndone</source><translation>取り消し：%@</translation></message>
+    <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>やり直し：%@</translation></message>
+    <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>元に戻す：%@</translation></message>
+    <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>以前の変更</translation></message>
+</context>
+</TS>

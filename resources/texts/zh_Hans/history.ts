@@ -1,0 +1,50 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_Hans">
+<context>
+    <name></name>
+    <!-- Entries of the history of the settings. -->
+    <message id="lkeyHistoryKey"><source>lkeyHistoryKey</source><translation>%@：%@</translation></message>
+    <message id="lkeyHistoryKeyWithDetail"><source>lkeyHistoryKeyWithDetail</source><translation>%@：%@（%@）</translation></message>
+    <message id="lkeyHistoryUnknownAssignment"><source>lkeyHistoryUnknownAssignment</source><translation>未知分配</translation></message>
+    <message id="lkeyHistoryKeys"><source>lkeyHistoryKeys</source><translation>配置文件 %@：已分配 %@ 个键</translation></message>
+    <message id="lkeyHistoryProfileAdded"><source>lkeyHistoryProfileAdded</source><translation>已添加配置文件 %@</translation></message>
+    <message id="lkeyHistoryProfileDeleted"><source>lkeyHistoryProfileDeleted</source><translation>已删除配置文件 %@</translation></message>
+    <message id="lkeyHistoryProfileRenamed"><source>lkeyHistoryProfileRenamed</source><translation>配置文件 %@ 已重命名为 %@</translation></message>
+    <message id="lkeyHistoryProfileChosen"><source>lkeyHistoryProfileChosen</source><translation>已选择配置文件 %@</translation></message>
+    <message id="lkeyHistoryProfileBound"><source>lkeyHistoryProfileBound</source><translation>配置文件 %@ 跟随 %@</translation></message>
+    <message id="lkeyHistoryProfileUnbound"><source>lkeyHistoryProfileUnbound</source><translation>配置文件 %@ 不再跟随应用程序</translation></message>
+    <message id="lkeyHistoryProfileShown"><source>lkeyHistoryProfileShown</source><translation>配置文件 %@：切换时显示名称</translation></message>
+    <message id="lkeyHistoryProfileNotShown"><source>lkeyHistoryProfileNotShown</source><translation>配置文件 %@：切换时不显示名称</translation></message>
+    <message id="lkeyHistoryProfileChanged"><source>lkeyHistoryProfileChanged</source><translation>已更改配置文件 %@</translation></message>
+    <message id="lkeyHistoryProfilesMoved"><source>lkeyHistoryProfilesMoved</source><translation>已重新排列配置文件</translation></message>
+    <message id="lkeyHistoryLightOn"><source>lkeyHistoryLightOn</source><translation>配置文件 %@：灯光已打开</translation></message>
+    <message id="lkeyHistoryLightOff"><source>lkeyHistoryLightOff</source><translation>配置文件 %@：灯光已关闭</translation></message>
+    <message id="lkeyHistoryBrightness"><source>lkeyHistoryBrightness</source><translation>配置文件 %@：亮度 %@</translation></message>
+    <message id="lkeyHistoryColor"><source>lkeyHistoryColor</source><translation>配置文件 %@：颜色 %@</translation></message>
+    <message id="lkeyHistoryEffect"><source>lkeyHistoryEffect</source><translation>配置文件 %@：已更改灯光效果</translation></message>
+    <message id="lkeyHistoryMacroAdded"><source>lkeyHistoryMacroAdded</source><translation>已添加宏 %@</translation></message>
+    <message id="lkeyHistoryMacroDeleted"><source>lkeyHistoryMacroDeleted</source><translation>已删除宏 %@</translation></message>
+    <message id="lkeyHistoryMacroRenamed"><source>lkeyHistoryMacroRenamed</source><translation>宏 %@ 已重命名为 %@</translation></message>
+    <message id="lkeyHistoryMacroRecorded"><source>lkeyHistoryMacroRecorded</source><translation>宏 %@：已录制 %@ 个事件</translation></message>
+    <message id="lkeyHistoryMacroRecordedOne"><source>lkeyHistoryMacroRecordedOne</source><translation>宏 %@：已录制 %@ 个事件</translation></message>
+    <message id="lkeyHistoryMacroChanged"><source>lkeyHistoryMacroChanged</source><translation>已更改宏 %@</translation></message>
+    <message id="lkeyHistoryEventsAdded"><source>lkeyHistoryEventsAdded</source><translation>宏 %@：已添加 %@ 个事件</translation></message>
+    <message id="lkeyHistoryEventAdded"><source>lkeyHistoryEventAdded</source><translation>宏 %@：已添加 %@ 个事件</translation></message>
+    <message id="lkeyHistoryEventsRemoved"><source>lkeyHistoryEventsRemoved</source><translation>宏 %@：已移除 %@ 个事件</translation></message>
+    <message id="lkeyHistoryEventRemoved"><source>lkeyHistoryEventRemoved</source><translation>宏 %@：已移除 %@ 个事件</translation></message>
+    <message id="lkeyHistoryEventsChanged"><source>lkeyHistoryEventsChanged</source><translation>宏 %@：已更改 %@ 个事件</translation></message>
+    <message id="lkeyHistoryEventChanged"><source>lkeyHistoryEventChanged</source><translation>宏 %@：已更改 %@ 个事件</translation></message>
+    <message id="lkeyHistoryDelaysSet"><source>lkeyHistoryDelaysSet</source><translation>宏 %@：已设置 %@ 个延迟</translation></message>
+    <message id="lkeyHistoryDelaySet"><source>lkeyHistoryDelaySet</source><translation>宏 %@：已设置 %@ 个延迟</translation></message>
+    <message id="lkeyHistoryGameModeOn"><source>lkeyHistoryGameModeOn</source><translation>游戏模式已打开</translation></message>
+    <message id="lkeyHistoryGameModeOff"><source>lkeyHistoryGameModeOff</source><translation>游戏模式已关闭</translation></message>
+    <message id="lkeyHistorySeveral"><source>lkeyHistorySeveral</source><translation>已更改多项设置</translation></message>
+    <message id="lkeyHistoryDocument"><source>lkeyHistoryDocument</source><translation>已从 %@ 恢复所有设置</translation></message>
+    <message id="lkeyHistoryElsewhere"><source>lkeyHistoryElsewhere</source><translation>设置已在别处更改</translation></message>
+    <message id="lkeyHistoryUndone"><source>lkeyHistoryUndone</source><translation>已撤销：%@</translation></message>
+    <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>已重做：%@</translation></message>
+    <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>已还原：%@</translation></message>
+    <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>先前的更改</translation></message>
+</context>
+</TS>

@@ -1,0 +1,733 @@
+// SPDX-License-Identifier: MIT
+// The history of the settings, through the daemon's own commands: its entries, the way back and forth, and the file
+// with all that can befall it.
+#include "daemon/settings/history.h"
+#include "base/document.h"
+#include "base/historykeys.h"
+#include "tests/daemon/devicedaemonfixture.h"
+#include "tests/support/filesizelimit.h"
+#include "tests/support/testmain.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSignalSpy>
+
+using namespace DaemonTestDocuments;
+using namespace Qt::StringLiterals;
+using Refusal = History::Refusal;
+
+class HistoryTest : public DeviceDaemonFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keepsAnEntryForEachStoredChange();
+    void describesChanges_data();
+    void describesChanges();
+    void keepsNoEntryWithoutAChange();
+    void namesTheAuthor_data();
+    void namesTheAuthor();
+    void keyboardIsTheAuthorOfItsOwnKeys();
+    void undoLeadsBackAndRedoForth();
+    void undoStepsOverWhatIsUndone();
+    void newChangeEndsRedo();
+    void takesOnlyTheNextEntry();
+    void everybodyLearnsOfAnUndo();
+    void automaticSwitchHasNoEntry();
+    void undoKeepsTheAutomaticSwitch();
+    void undoOfASwitchByHandSwitches();
+    void undoMovesTheActiveProfileWithItsRecord();
+    void takesBackAnEarlierChangeAlone();
+    void followsTheProfileThatHasMoved();
+    void restoresTheWholeDocumentWhereARecordWasTouched();
+    void restoresAnUndoneChange();
+    void refusesToTakeBackTwice();
+    void macroComesBackWithItsNumber();
+    void joinsTheStepsOfASlider();
+    void joinsNothingElse_data();
+    void joinsNothingElse();
+    void sliderThatReturnsLeavesNoEntry();
+    void isThereAfterARestart();
+    void tornFileCostsOnlyTheTornEntries();
+    void damagedByteCostsOnlyHistory();
+    void missingFileCostsOnlyHistory();
+    void findsAChangeThatItHasMissed();
+    void findsAnUndoThatItHasMissed();
+    void crossesNoGap();
+    void refusedWriteChangesNothing();
+    void forgetsAfterNinetyDays();
+    void staysWithinItsSize();
+    void isPrivate();
+    void clearForgetsAll();
+
+private:
+    [[nodiscard]] QList<QVariantMap> entries() const { return mDaemon->history().entries(); }
+    [[nodiscard]] QStringList kinds() const { return values(HistoryKeys::kind); }
+    [[nodiscard]] QStringList values(HistoryKeys::Key key) const
+    {
+        QStringList list;
+        for (const QVariantMap &entry : entries())
+            list += entry.value(key).toString();
+        return list;
+    }
+    [[nodiscard]] quint32 idAt(qsizetype index) const { return entries().value(index).value(HistoryKeys::id).toUInt(); }
+    [[nodiscard]] quint32 lastId() const { return mDaemon->history().lastId(); }
+    [[nodiscard]] quint32 nextUndo() const { return nextOf(HistoryKeys::nextUndo); }
+    [[nodiscard]] quint32 nextRedo() const { return nextOf(HistoryKeys::nextRedo); }
+    [[nodiscard]] quint32 nextOf(HistoryKeys::Key call) const
+    {
+        for (const QVariantMap &entry : mDaemon->history().nextEntries()) {
+            if (entry.value(HistoryKeys::next).toString() == call)
+                return entry.value(HistoryKeys::id).toUInt();
+        }
+        return 0;
+    }
+    [[nodiscard]] bool undo() { return bool(mDaemon->historyCommands().undo(nextUndo(), u"client"_s)); }
+    [[nodiscard]] bool redo() { return bool(mDaemon->historyCommands().redo(nextRedo(), u"client"_s)); }
+    [[nodiscard]] History::Found<History::Target> restore(quint32 id)
+    {
+        return mDaemon->historyCommands().restore(id, u"client"_s);
+    }
+    void updateProfile(int row, const QVariantMap &settings, const QVariantMap &more = {})
+    {
+        QVariantMap request{{u"ProfileID"_s, row}, {u"DeviceSettingsDictionary"_s, settings}};
+        request.insert(more);
+        QCOMPARE(statusOf(Command::updateProfile, request), 0);
+    }
+    void setBrightness(int level, const QString &source = u"S"_s)
+    {
+        updateProfile(0, {{u"BrightnessKBNormal"_s, level}}, {{u"Source App"_s, source}});
+    }
+    void addProfile(const QString &name)
+    {
+        QCOMPARE(statusOf(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(name)}}), 0);
+    }
+    void addMacro(const QString &name)
+    {
+        QCOMPARE(statusOf(Command::addMacro, {{u"MacroContents"_s, macro(name, 4)}}), 0);
+    }
+    void disableKey(int row, const QString &key)
+    {
+        QVariantMap keys = Document(mDaemon->document()).profile(row).value(u"Keys"_s).toMap();
+        keys.insert(key, keyEntry(20, 0));
+        updateProfile(row, {{u"Keys"_s, keys}});
+    }
+    [[nodiscard]] QString path() const { return mTemporary->filePath(u"history"_s); }
+    [[nodiscard]] QByteArray file() const
+    {
+        QFile history(path());
+        return history.open(QIODevice::ReadOnly) ? history.readAll() : QByteArray();
+    }
+    void setFile(const QByteArray &bytes) const
+    {
+        QFile history(path());
+        QVERIFY(history.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QCOMPARE(history.write(bytes), bytes.size());
+    }
+    void restart() { start(SettingsDocument::completed(storedDocument())); }
+    [[nodiscard]] int brightness(int row) const
+    {
+        return Document(mDaemon->document()).profile(row).value(u"BrightnessKBNormal"_s).toInt();
+    }
+    [[nodiscard]] QStringList profileNames() const
+    {
+        QStringList names;
+        for (const QVariant &record : Document(mDaemon->document()).profiles())
+            names += record.toMap().value(u"ProfileName"_s).toString();
+        return names;
+    }
+};
+
+void HistoryTest::keepsAnEntryForEachStoredChange()
+{
+    addProfile(u"Game"_s);
+    disableKey(1, u"5"_s);
+    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 0}}), 0);
+    QCOMPARE(kinds(), QStringList({u"profile added"_s, u"key"_s, u"profile chosen"_s}));
+    QCOMPARE(values(HistoryKeys::profile), QStringList({u"Game"_s, u"B"_s, u"A"_s}));
+    QCOMPARE(entries().at(1).value(HistoryKeys::key).toInt(), 5);
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    QVERIFY(std::abs(entries().at(0).value(HistoryKeys::time).toLongLong() - now) < 600'000);
+}
+
+void HistoryTest::describesChanges_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QVariantMap>("request");
+    QTest::addColumn<QVariantMap>("expected");
+    const auto row = [](const char *name, Command command, const QVariantMap &request, QVariantMap expected,
+                        const QString &kind) {
+        expected.insert(u"Kind"_s, kind);
+        QTest::newRow(name) << static_cast<int>(command) << request << expected;
+    };
+    const auto update = [&](const char *name, const QVariantMap &settings, QVariantMap expected, const QString &kind) {
+        row(name, Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, settings}}, expected,
+            kind);
+    };
+    const QVariantMap ofA{{u"Profile"_s, u"A"_s}};
+    const auto with = [](QVariantMap map, const QString &key, const QVariant &value) {
+        map.insert(key, value);
+        return map;
+    };
+    update("rename", {{u"ProfileName"_s, u"Z"_s}}, with(ofA, u"Name"_s, u"Z"_s), u"profile renamed"_s);
+    update("brightness", {{u"BrightnessKBNormal"_s, 2}}, with(ofA, u"Value"_s, 2), u"brightness"_s);
+    update("light", {{u"BacklightLED"_s, 1}}, with(ofA, u"On"_s, true), u"light"_s);
+    update("effect", {{u"LEDKBEffects"_s, 4}}, with(ofA, u"Value"_s, 4), u"effect"_s);
+    const QVariantMap red{{u"Red"_s, 1.0}, {u"Green"_s, 0.0}, {u"Blue"_s, 0.0}};
+    update("colour", {{u"LEDKBColors"_s, QVariantList{red}}}, with(ofA, u"Color"_s, u"#ff0000"_s), u"color"_s);
+    update("display", {{u"ProfileOSDOn"_s, 1}}, with(ofA, u"On"_s, true), u"profile display"_s);
+    update("binding", {{u"AutoSwitchOn"_s, 1}, {u"AppInfo"_s, QVariantMap{{u"application"_s, u"gimp"_s}}}},
+           with(ofA, u"Application"_s, u"gimp"_s), u"profile bound"_s);
+    update("several keys",
+           {{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(20, 0)}, {u"5"_s, keyEntry(20, 0)}, {u"6"_s, keyEntry(20, 0)}}}},
+           ofA, u"keys"_s);
+    update("two settings", {{u"BrightnessKBNormal"_s, 2}, {u"BacklightLED"_s, 1}}, ofA, u"profile changed"_s);
+    row("profile deleted", Command::deleteProfile, {{u"ProfileID"_s, 1}}, {{u"Profile"_s, u"B"_s}},
+        u"profile deleted"_s);
+    const QVariantMap first{{u"Macro"_s, u"One"_s}};
+    row("macro deleted", Command::deleteMacro, {{u"macroID"_s, 0}}, first, u"macro deleted"_s);
+    row("macro added", Command::addMacro, {{u"MacroContents"_s, macro(u"Combo"_s, 4)}}, {{u"Macro"_s, u"Combo"_s}},
+        u"macro added"_s);
+    row("macro renamed", Command::renameMacro,
+        {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"Three"_s}, {u"macroID"_s, 0}}}},
+        with(first, u"Name"_s, u"Three"_s), u"macro renamed"_s);
+    row("delays", Command::setAllDelays, {{u"macroID"_s, 0}, {u"HasNoDelay"_s, true}}, with(first, u"Count"_s, 2),
+        u"delays set"_s);
+    row("event removed", Command::removeEvent, {{u"macroID"_s, 0}, {u"macroEventTableIndex"_s, 0}},
+        with(first, u"Count"_s, 1), u"events removed"_s);
+    row("event changed", Command::updateEvent,
+        {{u"macroID"_s, 0},
+         {u"sequenceIdx"_s, 0},
+         {u"sequence"_s, QVariantMap{{u"command"_s, 1}, {u"delay"_s, 10}, {u"page"_s, 7}, {u"argument"_s, 9}}}},
+        with(first, u"Count"_s, 1), u"events changed"_s);
+}
+
+void HistoryTest::describesChanges()
+{
+    QFETCH(int, command);
+    QFETCH(QVariantMap, request);
+    QFETCH(QVariantMap, expected);
+    QVariantMap document = startDocument();
+    document.insert(u"Macros"_s, QVariantList{macro(u"One"_s, 4), macro(u"Two"_s, 5)});
+    start(SettingsDocument::completed(document));
+    QCOMPARE(statusOf(static_cast<Command>(command), request), 0);
+    const QVariantMap entry = entries().value(entries().size() - 1);
+    for (auto value = expected.cbegin(); value != expected.cend(); ++value)
+        QCOMPARE(entry.value(value.key()), value.value());
+}
+
+void HistoryTest::keepsNoEntryWithoutAChange()
+{
+    updateProfile(0, {{u"ProfileName"_s, u"A"_s}});
+    QCOMPARE(statusOf(Command::deleteProfile, {{u"ProfileID"_s, 9}}), 3);
+    QCOMPARE(kinds(), QStringList());
+}
+
+void HistoryTest::namesTheAuthor_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("author");
+    QTest::newRow("configurator") << u"org.quillkestra.Configurator"_s << u"configurator"_s;
+    QTest::newRow("kestractl") << u"org.quillkestra.kestractl"_s << u"kestractl"_s;
+    QTest::newRow("other") << u"org.example.Other"_s << u"client"_s;
+}
+
+void HistoryTest::namesTheAuthor()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, author);
+    setBrightness(2, source);
+    QCOMPARE(values(HistoryKeys::author), QStringList{author});
+}
+
+void HistoryTest::keyboardIsTheAuthorOfItsOwnKeys()
+{
+    QVERIFY(mKeyboard->pressGameMode());
+    press(58); // F1 switches to B
+    release(58);
+    QCOMPARE(kinds(), QStringList({u"game mode"_s, u"profile chosen"_s}));
+    QCOMPARE(values(HistoryKeys::author), QStringList({u"keyboard"_s, u"keyboard"_s}));
+}
+
+void HistoryTest::undoLeadsBackAndRedoForth()
+{
+    QList<QVariantMap> documents{mDaemon->document()};
+    addProfile(u"Game"_s);
+    documents += mDaemon->document();
+    disableKey(2, u"5"_s);
+    documents += mDaemon->document();
+    QCOMPARE(statusOf(Command::deleteProfile, {{u"ProfileID"_s, 0}}), 0);
+    documents += mDaemon->document();
+    for (qsizetype index = documents.size() - 2; index >= 0; --index) {
+        QVERIFY(undo());
+        QCOMPARE(mDaemon->document(), documents.at(index));
+        QCOMPARE(storedDocument(), documents.at(index));
+    }
+    QVERIFY(!undo());
+    for (qsizetype index = 1; index < documents.size(); ++index) {
+        QVERIFY(redo());
+        QCOMPARE(mDaemon->document(), documents.at(index));
+        QCOMPARE(storedDocument(), documents.at(index));
+    }
+    QVERIFY(!redo());
+}
+
+void HistoryTest::undoStepsOverWhatIsUndone()
+{
+    addProfile(u"One"_s);
+    addProfile(u"Two"_s);
+    QVERIFY(undo());
+    addProfile(u"Three"_s);
+    QVERIFY(undo());
+    QVERIFY(undo()); // "One": "Two" is undone already
+    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s}));
+    QCOMPARE(kinds(), QStringList({u"profile added"_s, u"profile added"_s, u"undo"_s, u"profile added"_s, u"undo"_s,
+                                   u"undo"_s}));
+    QCOMPARE(entries().last().value(HistoryKeys::target).toUInt(), idAt(0));
+    QCOMPARE(entries().last().value(HistoryKeys::change).toMap().value(HistoryKeys::profile).toString(), u"One"_s);
+}
+
+void HistoryTest::newChangeEndsRedo()
+{
+    addProfile(u"One"_s);
+    QVERIFY(undo());
+    const quint32 undone = nextRedo();
+    QCOMPARE(undone, idAt(0));
+    addProfile(u"Two"_s);
+    QCOMPARE(nextRedo(), 0u);
+    QCOMPARE(mDaemon->historyCommands().redo(undone, u"client"_s).error(), Refusal::outdated);
+    QCOMPARE(values(HistoryKeys::state), QStringList({u"undone"_s, u"done"_s, u"done"_s}));
+    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s, u"Two"_s}));
+}
+
+void HistoryTest::takesOnlyTheNextEntry()
+{
+    addProfile(u"One"_s);
+    const quint32 seen = nextUndo();
+    addProfile(u"Two"_s);
+    const QVariantMap document = mDaemon->document();
+    QCOMPARE(mDaemon->historyCommands().undo(seen, u"client"_s).error(), Refusal::outdated);
+    QCOMPARE(mDaemon->historyCommands().undo(4711, u"client"_s).error(), Refusal::unknown);
+    QCOMPARE(mDaemon->document(), document);
+    QVERIFY(undo());
+    const quint32 undone = nextRedo();
+    QVERIFY(undo());
+    QCOMPARE(mDaemon->historyCommands().redo(undone, u"client"_s).error(), Refusal::outdated);
+}
+
+void HistoryTest::everybodyLearnsOfAnUndo()
+{
+    QSignalSpy changed(&mDaemon->history(), &History::changed);
+    setBrightness(2);
+    QCOMPARE(changed.size(), 1);
+    takeNotificationNames();
+    QVERIFY(undo());
+    QCOMPARE(changed.size(), 2);
+    QCOMPARE(notification(u"Profile Updated 271"_s), (QVariantMap{{u"Source App"_s, u"QuillKestraDaemon"_s}}));
+    press(4); // the keys also follow
+    release(4);
+    QCOMPARE(mSent, QStringList({u"+4"_s, u"-4"_s}));
+}
+
+void HistoryTest::automaticSwitchHasNoEntry()
+{
+    updateProfile(1, {{u"AutoSwitchOn"_s, 1}, {u"AppInfo"_s, QVariantMap{{u"application"_s, u"gimp"_s}}}});
+    mDaemon->setFrontApplication(FrontApplication{.windowClass = u"gimp"_s});
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
+    QCOMPARE(kinds(), QStringList{u"profile bound"_s});
+}
+
+void HistoryTest::undoKeepsTheAutomaticSwitch()
+{
+    updateProfile(1, {{u"AutoSwitchOn"_s, 1}, {u"AppInfo"_s, QVariantMap{{u"application"_s, u"gimp"_s}}}});
+    mDaemon->setFrontApplication(FrontApplication{.windowClass = u"gimp"_s});
+    setBrightness(2);
+    QVERIFY(undo());
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1); // the application is still in front
+    QCOMPARE(Document(storedDocument()).activeProfileIndex(), 0);
+    QVERIFY(undo()); // the binding itself
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 0);
+    QVERIFY(redo());
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
+}
+
+void HistoryTest::undoOfASwitchByHandSwitches()
+{
+    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0);
+    setBrightness(2);
+    QVERIFY(undo());
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
+    QVERIFY(undo());
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 0);
+}
+
+void HistoryTest::undoMovesTheActiveProfileWithItsRecord()
+{
+    QCOMPARE(statusOf(Command::switchProfile, {{u"ProfileID"_s, 1}}), 0);
+    QCOMPARE(statusOf(Command::deleteProfile, {{u"ProfileID"_s, 0}}), 0);
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 0);
+    QVERIFY(undo());
+    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s}));
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
+}
+
+void HistoryTest::takesBackAnEarlierChangeAlone()
+{
+    setBrightness(2);
+    addMacro(u"Combo"_s);
+    updateProfile(1, {{u"BrightnessKBNormal"_s, 4}});
+    const auto restored = restore(idAt(0));
+    QVERIFY(restored);
+    QVERIFY(restored->isAlone);
+    QCOMPARE(restored->others, QList<quint32>());
+    QCOMPARE(brightness(0), 3);
+    QCOMPARE(brightness(1), 4);
+    QCOMPARE(Document(mDaemon->document()).macros().size(), 3);
+    QVERIFY(undo()); // of the restoration
+    QCOMPARE(brightness(0), 2);
+}
+
+void HistoryTest::followsTheProfileThatHasMoved()
+{
+    updateProfile(1, {{u"BrightnessKBNormal"_s, 4}});
+    QCOMPARE(statusOf(Command::deleteProfile, {{u"ProfileID"_s, 0}}), 0);
+    const auto restored = restore(idAt(0));
+    QVERIFY(restored);
+    QVERIFY(restored->isAlone);
+    QCOMPARE(profileNames(), QStringList{u"B"_s});
+    QCOMPARE(brightness(0), 3);
+}
+
+void HistoryTest::restoresTheWholeDocumentWhereARecordWasTouched()
+{
+    const QVariantMap before = mDaemon->document();
+    updateProfile(0, {{u"BrightnessKBNormal"_s, 4}});
+    addMacro(u"Combo"_s);
+    updateProfile(0, {{u"BacklightLED"_s, 1}});
+    const QVariantMap after = mDaemon->document();
+    const auto preview = mDaemon->historyCommands().preview(idAt(0));
+    QVERIFY(preview);
+    QVERIFY(!preview->isAlone);
+    QCOMPARE(preview->others, QList<quint32>({idAt(2), idAt(1)}));
+    QCOMPARE(mDaemon->document(), after);
+    QVERIFY(restore(idAt(0)));
+    // The number of the macro is never used again.
+    QCOMPARE(mDaemon->document(), SettingsDocument::withDeviceSetting(before, "LastMacroID"_L1, 3));
+    QVERIFY(undo());
+    QCOMPARE(mDaemon->document(), after);
+}
+
+void HistoryTest::restoresAnUndoneChange()
+{
+    addMacro(u"Combo"_s);
+    QVERIFY(undo());
+    setBrightness(2);                       // ends redo
+    const auto restored = restore(idAt(1)); // takes back the undo
+    QVERIFY(restored);
+    QVERIFY(restored->isAlone);
+    QCOMPARE(Document(mDaemon->document()).macros().size(), 3);
+}
+
+void HistoryTest::refusesToTakeBackTwice()
+{
+    setBrightness(2);
+    addMacro(u"Combo"_s);
+    QVERIFY(undo());
+    QCOMPARE(restore(idAt(1)).error(), Refusal::notInEffect);
+    QCOMPARE(restore(4711).error(), Refusal::unknown);
+}
+
+void HistoryTest::macroComesBackWithItsNumber()
+{
+    addMacro(u"One"_s);
+    addMacro(u"Two"_s);
+    QCOMPARE(statusOf(Command::deleteMacro, {{u"macroID"_s, 0}}), 0);
+    QVERIFY(undo());
+    const auto numbers = [this] {
+        QVariantList list;
+        for (const QVariant &record : Document(mDaemon->document()).macros())
+            list += record.toMap().value(u"macroID"_s);
+        return list;
+    };
+    QCOMPARE(numbers(), QVariantList({1, 2, 3, 4}));
+    QVERIFY(undo()); // the addition of "Two"
+    QCOMPARE(Document(mDaemon->document()).deviceSettings().lastMacroId(), 4);
+    addMacro(u"Three"_s);
+    QCOMPARE(numbers(), QVariantList({1, 2, 3, 5}));
+}
+
+void HistoryTest::joinsTheStepsOfASlider()
+{
+    qint64 now = QDateTime::currentMSecsSinceEpoch();
+    mDaemon->history().setClock([&now] { return now; });
+    setBrightness(1);
+    const quint32 seen = nextUndo();
+    for (const int level : {2, 0, 4}) {
+        now += 2000;
+        setBrightness(level);
+    }
+    QCOMPARE(kinds(), QStringList{u"brightness"_s});
+    QCOMPARE(entries().first().value(HistoryKeys::value).toInt(), 4);
+    // A client that has seen less does not take back more.
+    QCOMPARE(mDaemon->historyCommands().undo(seen, u"client"_s).error(), Refusal::unknown);
+    const QVariantMap after = mDaemon->document();
+    restart();
+    QVERIFY(undo());
+    QCOMPARE(brightness(0), 3);
+    QVERIFY(!undo());
+    QVERIFY(redo());
+    QCOMPARE(mDaemon->document(), after);
+}
+
+void HistoryTest::joinsNothingElse_data()
+{
+    QTest::addColumn<int>("later");
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("later") << 4000 << u"S"_s << u"BrightnessKBNormal"_s;
+    QTest::newRow("before, by the clock") << -1000 << u"S"_s << u"BrightnessKBNormal"_s;
+    QTest::newRow("another author") << 100 << u"org.quillkestra.kestractl"_s << u"BrightnessKBNormal"_s;
+    QTest::newRow("another setting") << 100 << u"S"_s << u"LEDKBEffects"_s;
+}
+
+void HistoryTest::joinsNothingElse()
+{
+    QFETCH(int, later);
+    QFETCH(QString, source);
+    QFETCH(QString, key);
+    qint64 now = QDateTime::currentMSecsSinceEpoch();
+    mDaemon->history().setClock([&now] { return now; });
+    setBrightness(1);
+    now += later;
+    updateProfile(0, {{key, 3}}, {{u"Source App"_s, source}});
+    QCOMPARE(entries().size(), 2);
+}
+
+void HistoryTest::sliderThatReturnsLeavesNoEntry()
+{
+    setBrightness(1);
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    mDaemon->history().setClock([now] { return now; });
+    setBrightness(2);
+    setBrightness(1);
+    QCOMPARE(kinds(), QStringList{u"brightness"_s});
+    QVERIFY(undo());
+    QCOMPARE(brightness(0), 3);
+    restart();
+    QCOMPARE(kinds(), QStringList({u"brightness"_s, u"undo"_s}));
+    QCOMPARE(nextRedo(), idAt(0));
+}
+
+void HistoryTest::isThereAfterARestart()
+{
+    addProfile(u"One"_s);
+    addProfile(u"Two"_s);
+    QVERIFY(undo());
+    const QList<QVariantMap> before = entries();
+    restart();
+    QCOMPARE(entries(), before);
+    QVERIFY(redo());
+    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s, u"One"_s, u"Two"_s}));
+    addProfile(u"Three"_s);
+    QVERIFY(idAt(3) > before.last().value(HistoryKeys::id).toUInt());
+}
+
+void HistoryTest::tornFileCostsOnlyTheTornEntries()
+{
+    addProfile(u"One"_s);
+    const QByteArray first = file();
+    disableKey(0, u"5"_s);
+    const QByteArray whole = file();
+    QVERIFY(whole.startsWith(first));
+    const QVariantMap document = mDaemon->document();
+    for (qsizetype size = first.size(); size < whole.size(); ++size) {
+        setFile(whole.first(size));
+        if (size > first.size())
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"history .* is damaged"_s));
+        restart();
+        QCOMPARE(mDaemon->document(), document);
+        // The lost entry is found again by the copy of the settings.
+        QCOMPARE(kinds(), QStringList({u"profile added"_s, u"key"_s}));
+        QVERIFY(undo());
+        QVERIFY(redo());
+        QCOMPARE(mDaemon->document(), document);
+    }
+}
+
+void HistoryTest::damagedByteCostsOnlyHistory()
+{
+    addProfile(u"One"_s);
+    disableKey(0, u"5"_s);
+    addMacro(u"Combo"_s);
+    const QByteArray whole = file();
+    const QVariantMap document = mDaemon->document();
+    for (qsizetype at = 0; at < whole.size(); at += 7) {
+        QByteArray damaged = whole;
+        damaged[at] = static_cast<char>(damaged.at(at) ^ 0x55);
+        setFile(damaged);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"history .* is damaged"_s));
+        restart();
+        QCOMPARE(mDaemon->document(), document);
+        // Whatever is left leads back to a document that was once in use.
+        while (undo())
+            QVERIFY(SettingsDocument::problemOf(mDaemon->document()).isEmpty());
+        while (redo()) {
+        }
+        QCOMPARE(mDaemon->document(), document);
+        QCOMPARE(storedDocument(), document);
+    }
+}
+
+void HistoryTest::missingFileCostsOnlyHistory()
+{
+    addProfile(u"One"_s);
+    QVERIFY(QFile::remove(path())); // while the daemon runs: its next entry writes all of them again
+    addProfile(u"Two"_s);
+    const QList<QVariantMap> before = entries();
+    restart();
+    QCOMPARE(entries(), before);
+    QVERIFY(QFile::remove(path()));
+    restart();
+    QCOMPARE(entries(), QList<QVariantMap>());
+    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s, u"One"_s, u"Two"_s}));
+}
+
+void HistoryTest::findsAChangeThatItHasMissed()
+{
+    addProfile(u"One"_s);
+    const QVariantMap before = mDaemon->document();
+    const QByteArray earlier = file();
+    addProfile(u"Two"_s);
+    const QVariantMap after = mDaemon->document();
+    setFile(earlier); // killed between the settings and the history
+    restart();
+    QCOMPARE(kinds(), QStringList({u"profile added"_s, u"profile added"_s}));
+    QCOMPARE(values(HistoryKeys::author), QStringList({u"client"_s, u"unknown"_s}));
+    QVERIFY(undo());
+    QCOMPARE(mDaemon->document(), before);
+    QVERIFY(redo());
+    QCOMPARE(mDaemon->document(), after);
+}
+
+void HistoryTest::findsAnUndoThatItHasMissed()
+{
+    addMacro(u"One"_s);
+    addProfile(u"Two"_s);
+    const QVariantMap after = mDaemon->document();
+    QByteArray earlier = file();
+    QVERIFY(undo());
+    const QVariantMap before = mDaemon->document();
+    setFile(earlier);
+    restart();
+    QCOMPARE(kinds(), QStringList({u"macro added"_s, u"profile added"_s, u"undo"_s}));
+    earlier = file();
+    QVERIFY(redo());
+    QCOMPARE(mDaemon->document(), after);
+    setFile(earlier);
+    restart();
+    QCOMPARE(kinds().last(), u"redo"_s);
+    QVERIFY(undo());
+    QCOMPARE(mDaemon->document(), before);
+}
+
+void HistoryTest::crossesNoGap()
+{
+    addProfile(u"One"_s);
+    QVariantMap other = storedDocument();
+    other.insert(u"Macros"_s, QVariantList{macro(u"Foreign"_s, 4)});
+    for (const QString &name : {u"settings.plist.1"_s, u"settings.plist"_s})
+        QFile::remove(mTemporary->filePath(name));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not those that the history leads to"_s));
+    start(SettingsDocument::completed(other));
+    QCOMPARE(kinds(), QStringList({u"profile added"_s, u"elsewhere"_s}));
+    QCOMPARE(values(HistoryKeys::state).first(), u"out of reach"_s);
+    QCOMPARE(mDaemon->historyCommands().undo(idAt(0), u"client"_s).error(), Refusal::unreachable);
+    QCOMPARE(restore(idAt(0)).error(), Refusal::unreachable);
+    QCOMPARE(nextUndo(), 0u);
+    addProfile(u"Two"_s);
+    QVERIFY(undo());
+    QCOMPARE(mDaemon->document(), SettingsDocument::completed(other));
+    QVERIFY(!undo());
+}
+
+void HistoryTest::refusedWriteChangesNothing()
+{
+    addProfile(u"One"_s);
+    const QList<QVariantMap> before = entries();
+    const QVariantMap document = mDaemon->document();
+    {
+        const FileSizeLimit limit(10);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QCOMPARE(mDaemon->historyCommands().undo(nextUndo(), u"client"_s).error(), Refusal::notSaved);
+    }
+    QCOMPARE(entries(), before);
+    QCOMPARE(mDaemon->document(), document);
+    QVERIFY(undo());
+}
+
+void HistoryTest::forgetsAfterNinetyDays()
+{
+    constexpr qint64 dayMs = 24 * 60 * 60 * 1000;
+    qint64 now = 1000 * dayMs;
+    mDaemon->history().setClock([&now] { return now; });
+    addProfile(u"One"_s);
+    now += 89 * dayMs;
+    addProfile(u"Two"_s);
+    QCOMPARE(entries().size(), 2);
+    now += 2 * dayMs;
+    addProfile(u"Three"_s);
+    QCOMPARE(values(HistoryKeys::profile), QStringList({u"Two"_s, u"Three"_s}));
+    QVERIFY(undo());
+    QVERIFY(undo());
+    QVERIFY(!undo());
+    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s, u"One"_s}));
+}
+
+void HistoryTest::staysWithinItsSize()
+{
+    // Texts that no compression shrinks
+    QRandomGenerator random(7);
+    const auto text = [&random] {
+        QString characters;
+        for (int count = 0; count < 20'000; ++count)
+            characters += QChar(random.bounded(0x4e00, 0x9f00));
+        return characters;
+    };
+    const qsizetype limit = History::maximumBytes;
+    for (int count = 0; count < 100; ++count) {
+        updateProfile(0, {{u"Other"_s, text()}});
+        QVERIFY(file().size() <= limit);
+    }
+    QVERIFY(entries().size() > 10);
+    QVERIFY(entries().size() < 100);
+    const qsizetype kept = entries().size();
+    restart();
+    QCOMPARE(entries().size(), kept);
+    QVERIFY(undo());
+}
+
+void HistoryTest::isPrivate()
+{
+    addProfile(u"One"_s);
+    QCOMPARE(QFile::permissions(path()) & ~(QFile::ReadUser | QFile::WriteUser),
+             QFile::Permissions(QFile::ReadOwner | QFile::WriteOwner));
+}
+
+void HistoryTest::clearForgetsAll()
+{
+    addProfile(u"Secret"_s);
+    QVERIFY(undo());
+    QVERIFY(file().contains("Secret"));
+    const quint32 last = lastId();
+    QVERIFY(mDaemon->history().clear());
+    QVERIFY(!file().contains("Secret"));
+    QCOMPARE(entries(), QList<QVariantMap>());
+    restart();
+    QCOMPARE(entries(), QList<QVariantMap>());
+    addProfile(u"New"_s);
+    QVERIFY(idAt(0) > last); // a client that still shows an old list takes back nothing else
+    QVERIFY(undo());
+}
+
+QTEST_GUILESS_MAIN(HistoryTest)
+#include "historytest.moc"
