@@ -272,6 +272,7 @@ private:
     bool mMayAskForLines = true;                       // false while a refused change is undone in the window
     bool mIsDeletionAnswered = false;                  // the daemon confirmed the deletion that mIsDeleteProfile marks
     [[maybe_unused]] bool mMessagePortRunning = false; // for completeness; the reply port knows whether it serves
+    bool mIsCleaningUp = false;                        // the commands after a deletion repair what referred to it
     bool mIsDeleteProfile = false;                     // from a delete request to the switch that follows it
     bool mIsOpened = false;                            // initializeDevice() has had its reply, or none
     bool mIsDaemonSilent = false;                      // the last request was not answered

@@ -185,6 +185,7 @@ void KeyboardMainController::updateValueForSetting(const QVariantMap &settings)
 
 void KeyboardMainController::updateProfileKeyInDictionaryWithDictionary(const QVariantList &profiles)
 {
+    const QScopedValueRollback cleaningUp(mIsCleaningUp, true);
     // The callers reload the document themselves, so the returned one is ignored.
     (void)replyTo(Command::replaceAllProfiles, DaemonCommands::replaceAllProfiles(mDevicePID, replyPortName, profiles));
 }
@@ -209,7 +210,10 @@ void KeyboardMainController::deleteProfileWithProfileID(int profileID)
         return;
     mIsDeletionAnswered = true;
     mMayRowsHaveMoved = false;
-    switchProfileWithID(std::max(profileID - 1, 0));
+    {
+        const QScopedValueRollback cleaningUp(mIsCleaningUp, true);
+        switchProfileWithID(std::max(profileID - 1, 0));
+    }
     if (!mIsDeleteProfile)
         return;
     // The switch failed, but the rows below the deleted one have moved.

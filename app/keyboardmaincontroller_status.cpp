@@ -39,6 +39,11 @@ Event eventWithoutAnswer(Command command)
     return isPartOfAnAction(command) ? Event::noAnswer : Event::noAnswerToChange;
 }
 
+Event eventOfRefusal(Command command)
+{
+    return command == Command::saveRecordedEvents ? Event::recordingNotStored : Event::refused;
+}
+
 } // namespace
 
 void KeyboardMainController::connectStatus()
@@ -77,12 +82,12 @@ void KeyboardMainController::sendAndWait(Command command, const QVariantMap &req
 
 void KeyboardMainController::reportOutcome(Command command, const std::optional<QVariantMap> &reply)
 {
+    const bool isCleanUp = mIsCleaningUp && !isPartOfAnAction(command);
     if (!reply)
-        return report({.event = eventWithoutAnswer(command)});
+        return report({.event = isCleanUp ? Event::cleanUpNotAnswered : eventWithoutAnswer(command)});
     const int status = PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus));
     if (status != 0) {
-        const bool isRecording = command == Command::saveRecordedEvents;
-        report({.event = isRecording ? Event::recordingNotStored : Event::refused, .number = status});
+        report({.event = isCleanUp ? Event::cleanUpRefused : eventOfRefusal(command), .number = status});
     } else if (!isPartOfAnAction(command)) {
         mStatus.changeSucceeded();
     }

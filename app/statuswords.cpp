@@ -84,6 +84,7 @@ const char *keyOf(Event event)
 {
     switch (event) {
     case Event::exportFailed: return "lkeyStatusExportFailed";
+    case Event::importFailed: return "lkeyStatusImportFailed";
     case Event::notAProfile: return "lkeyStatusNotAProfile";
     case Event::notAMacro: return "lkeyStatusNotAMacro";
     case Event::notAnApplication: return "lkeyStatusNotAnApplication";
@@ -95,16 +96,22 @@ const char *keyOf(Event event)
     case Event::entryHasChanged: return "lkeyStatusEntryHasChanged";
     case Event::recordingNotStored: return "lkeyStatusRecordingNotStored";
     case Event::recordingNotAnswered: return "lkeyStatusRecordingNotAnswered";
+    case Event::cleanUpRefused: return "lkeyStatusCleanUpRefused";
+    case Event::cleanUpNotAnswered: return "lkeyStatusCleanUpNotAnswered";
     case Event::settingsProblem: break;
     }
     return "lkeyStatusSettingsProblem";
 }
 
-QString argumentOf(const StatusReport &report)
+QStringList argumentsOf(const StatusReport &report)
 {
-    if (report.event == Event::refused || report.event == Event::recordingNotStored)
-        return reasonOf(report.number);
-    return report.event == Event::lateAnswer ? QString::number(report.number) : report.subject;
+    switch (report.event) {
+    case Event::refused:
+    case Event::recordingNotStored:
+    case Event::cleanUpRefused: return {reasonOf(report.number)};
+    case Event::lateAnswer: return {QString::number(report.number)};
+    default: return {report.subject, report.reason};
+    }
 }
 
 } // namespace
@@ -126,7 +133,7 @@ QString StatusWords::ofState(const StatusState &state)
 
 QString StatusWords::ofReport(const StatusReport &report)
 {
-    return visibleText(localizedFormat(keyOf(report.event), {argumentOf(report)}), u' ');
+    return visibleText(localizedFormat(keyOf(report.event), argumentsOf(report)), u' ');
 }
 
 QString StatusWords::ofWait()

@@ -17,6 +17,8 @@
 
 #include <cerrno>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Returns the text of `data` in the encoding of its byte order mark, or in UTF-8 without one. Absent when `data` is
@@ -82,12 +84,14 @@ Result<QByteArray> PropertyList::readFileBytes(const QString &path)
     return data;
 }
 
-std::optional<QVariantMap> PropertyList::readPropertyListFile(const QString &path)
+Result<QVariantMap, PropertyList::ReadError> PropertyList::readPropertyListFile(const QString &path)
 {
     const Result<QByteArray> data = readFileBytes(path);
-    const std::optional<QVariant> root = data ? read(*data) : std::nullopt;
+    if (!data)
+        return ReadError{data.error(), ReadError::Cause::unreadable};
+    const std::optional<QVariant> root = read(*data);
     if (!root || root->typeId() != QMetaType::QVariantMap)
-        return {};
+        return ReadError{{u"it is not a property list with a dictionary"_s}, ReadError::Cause::noDictionary};
     return root->toMap();
 }
 
@@ -108,4 +112,12 @@ Result<void> PropertyList::writeFileAtomically(const QString &path, const QByteA
         return Error{file.errorString()};
     // If `path` is a symbolic link, this is the folder of the file itself.
     return flushFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
+}
+
+Result<void> PropertyList::writePropertyListFile(const QString &path, const QVariantMap &dictionary)
+{
+    const std::optional<QByteArray> data = writeBinary(dictionary);
+    if (!data)
+        return Error{u"its contents exceed the limits of a property list"_s};
+    return writeFileAtomically(path, *data);
 }

@@ -53,15 +53,26 @@ inline constexpr double maximumDateSeconds = 1e12;
 /// system's reason why the file could not be read.
 [[nodiscard]] Result<QByteArray> readFileBytes(const QString &path);
 
-/// Returns the dictionary in the file at `path`, for callers that treat every file without one alike. Absent when it is
-/// not a regular file, cannot be read or is larger than maximumInputBytes. Also absent when it is not a property list
-/// with a dictionary at its root.
-[[nodiscard]] std::optional<QVariantMap> readPropertyListFile(const QString &path);
+/// Why a file has no dictionary.
+struct ReadError : Error
+{
+    enum class Cause {
+        unreadable,   ///< it is not a regular file or cannot be read; the message is the system's reason
+        noDictionary, ///< it is larger than maximumInputBytes, or not a property list with a dictionary at its root
+    };
+    Cause cause;
+};
+
+/// Returns the dictionary in the file at `path`.
+[[nodiscard]] Result<QVariantMap, ReadError> readPropertyListFile(const QString &path);
 
 /// Replaces the file at `path` with `data`. At any moment, power loss included, the file has either the old content or
 /// the new one. The error is the system's reason. After a failure the old file is untouched, unless only the last step
 /// failed. The new file is then there, but the disk did not confirm its name, and a power loss could restore the old
 /// one. Creates no folders.
 [[nodiscard]] Result<void> writeFileAtomically(const QString &path, const QByteArray &data);
+
+/// As writeFileAtomically(), with `dictionary` as a binary property list. Also fails if writeBinary() does.
+[[nodiscard]] Result<void> writePropertyListFile(const QString &path, const QVariantMap &dictionary);
 
 } // namespace PropertyList

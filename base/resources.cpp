@@ -64,7 +64,7 @@ QString kestraPlistPath()
         return installed;
     const QDir userFolder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quill-kestra"_s);
     const QString copy = userFolder.filePath(fileName);
-    const QVariantMap present = PropertyList::readPropertyListFile(copy).value_or(QVariantMap());
+    const QVariantMap present = PropertyList::readPropertyListFile(copy).valueOr({});
     const QByteArray bytes = PropertyList::readFileBytes(installed).valueOr(QByteArray());
     const QVariantMap factory = QlCoreUtility::convertDataToDictionary(bytes).value_or(QVariantMap());
     // The copy is also used when it cannot be brought up to date.
@@ -80,6 +80,6 @@ QString kestraPlistPath()
 
 std::optional<QVariantMap> readDefaultSettings(const QString &path)
 {
-    const std::optional<QVariantMap> plist = PropertyList::readPropertyListFile(path);
+    const auto plist = PropertyList::readPropertyListFile(path);
     return plist ? std::optional(plist->value(SettingsKeys::defaultSettings).toMap()) : std::nullopt;
 }

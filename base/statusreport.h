@@ -7,7 +7,8 @@
 struct StatusReport
 {
     enum class Event {
-        exportFailed,         ///< a file could not be written; the subject is its name
+        exportFailed,         ///< a file could not be written; the subject is its name, with the system's reason
+        importFailed,         ///< a chosen file could not be read; as exportFailed
         notAProfile,          ///< a chosen file; the subject is its name
         notAMacro,            ///< as notAProfile
         notAnApplication,     ///< as notAProfile
@@ -19,10 +20,13 @@ struct StatusReport
         entryHasChanged,      ///< a change was not sent, because its profile or macro is another one now
         recordingNotStored,   ///< the number is the Status
         recordingNotAnswered, ///< as noAnswerToChange, for a recording
+        cleanUpRefused,       ///< a profile or macro was deleted, but not its assignments; the number is the Status
+        cleanUpNotAnswered,   ///< as noAnswerToChange, for such a clean-up
         settingsProblem,      ///< of the daemon's settings files; the subject has the daemon's sentences
     };
 
     Event event;
     QString subject = {};
     int number = 0;
+    QString reason = {};
 };

@@ -3,7 +3,6 @@
 
 #include "base/exportpath.h"
 #include "base/propertylist.h"
-#include "base/qlcoreutility.h"
 #include "cli/mappingrepair.h"
 
 #include <QJsonArray>
@@ -51,9 +50,8 @@ CommandResult<void> deleteRecord(CommandContext &context, const RecordKind &kind
 CommandResult<void> exportRecord(CommandContext &context, const ChosenRecord &chosen, const QVariantMap &contents)
 {
     const QString path = exportPath(context.arguments.at(1), chosen.kind->fileSuffix);
-    const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(contents);
-    if (!data || !PropertyList::writeFileAtomically(path, *data))
-        return CommandError{{u"cannot write \"%1\""_s.arg(path)}, ExitCode::noOutput};
+    if (const Result<void> written = PropertyList::writePropertyListFile(path, contents); !written)
+        return CommandError{{u"cannot write \"%1\": %2"_s.arg(path, written.error().message)}, ExitCode::noOutput};
     context.console.print(chosen.words() + u" is in "_s + path);
     return {};
 }
@@ -61,9 +59,9 @@ CommandResult<void> exportRecord(CommandContext &context, const ChosenRecord &ch
 CommandResult<QVariantMap> readRecordFile(CommandContext &context, const RecordKind &kind)
 {
     const QString &path = context.arguments.first();
-    const std::optional<QVariantMap> record = PropertyList::readPropertyListFile(path);
+    const auto record = PropertyList::readPropertyListFile(path);
     if (!record)
-        return wrongUsage(u"\"%1\" cannot be read as a %2 file"_s.arg(path, kind.word));
+        return wrongUsage(u"\"%1\" cannot be read as a %2 file: %3"_s.arg(path, kind.word, record.error().message));
     // Both kinds of record may lack any of their keys, so only the keys of the other kind show a mistake.
     const RecordKind &other = &kind == &profileKind ? macroKind : profileKind;
     if (isOfKind(*record, other) && !isOfKind(*record, kind))

@@ -213,7 +213,7 @@ private:
 void requireStored(const QVariantMap &document)
 {
     const QVariantMap stored =
-        PropertyList::readPropertyListFile(workFolder().filePath(u"daemon/settings.plist"_s)).value_or(QVariantMap());
+        PropertyList::readPropertyListFile(workFolder().filePath(u"daemon/settings.plist"_s)).valueOr({});
     require(SettingsDocument::problemOf(stored).isEmpty(), "the document on the disk is valid");
     // Compares bytes, because in trees a real that is not a number differs from itself.
     require(PropertyList::writeBinary(Document(stored).profiles())

@@ -33,7 +33,7 @@ constexpr auto firstKeyOfAll = "41"_L1; // Esc, when no key was ever selected
 
 QVariantMap readKestraPlist()
 {
-    return PropertyList::readPropertyListFile(kestraPlistPath()).value_or(QVariantMap());
+    return PropertyList::readPropertyListFile(kestraPlistPath()).valueOr({});
 }
 
 } // namespace
@@ -223,9 +223,7 @@ void KeyboardKeysController::saveLastSelectedKey()
     QVariantMap deviceInfo = plist.value(SettingsKeys::deviceInfo).toMap();
     deviceInfo.insert(SettingsKeys::lastSelectedKey, mSelectedKey);
     plist.insert(SettingsKeys::deviceInfo, deviceInfo);
-    const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(plist);
-    if (data)
-        (void)PropertyList::writeFileAtomically(kestraPlistPath(), *data);
+    (void)PropertyList::writePropertyListFile(kestraPlistPath(), plist);
 }
 
 void KeyboardKeysController::removeDeletedMacroProfileMappingsForMapping(int deletedIndex, int mappingType)

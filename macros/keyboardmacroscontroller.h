@@ -191,7 +191,7 @@ private:
 
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
-    void report(StatusReport::Event event, const QString &subject) const;
+    void report(StatusReport::Event event, const QString &subject, const QString &reason = {}) const;
     /// Sends the record that was just appended to the list. Returns its row in the new list. Returns -1 when the daemon
     /// has not accepted the record, which is then removed from the list. Also returns -1 when another macro of the same
     /// name is there.

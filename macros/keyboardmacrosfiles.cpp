@@ -3,7 +3,6 @@
 #include "macros/keyboardmacroscontroller.h"
 
 #include "base/propertylist.h"
-#include "base/qlcoreutility.h"
 #include "base/text.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrofile.h"
@@ -43,15 +42,15 @@ void KeyboardMacrosController::exportMacroToFile(const QString &path)
     const QVariantMap record = macroAt(macroRow());
     if (path.isEmpty() || record.isEmpty())
         return;
-    const auto data = QlCoreUtility::convertDictionaryToData(MacroFile::exportedRecord(record));
-    if (!data || !PropertyList::writeFileAtomically(path, *data))
-        report(StatusReport::Event::exportFailed, QFileInfo(path).fileName());
+    const Result<void> written = PropertyList::writePropertyListFile(path, MacroFile::exportedRecord(record));
+    if (!written)
+        report(StatusReport::Event::exportFailed, QFileInfo(path).fileName(), written.error().message);
 }
 
-void KeyboardMacrosController::report(StatusReport::Event event, const QString &subject) const
+void KeyboardMacrosController::report(StatusReport::Event event, const QString &subject, const QString &reason) const
 {
     if (mMacroDelegate)
-        mMacroDelegate->report({.event = event, .subject = subject});
+        mMacroDelegate->report({.event = event, .subject = subject, .reason = reason});
 }
 
 // Import
@@ -78,9 +77,12 @@ void KeyboardMacrosController::openPanelDidEndReturnCodeContextInfo(int returnCo
 
 void KeyboardMacrosController::importMacroFromFile(const QString &path)
 {
-    const std::optional<QVariantMap> contents = PropertyList::readPropertyListFile(path);
-    if (!contents)
-        return report(StatusReport::Event::notAMacro, QFileInfo(path).fileName());
+    const auto contents = PropertyList::readPropertyListFile(path);
+    if (!contents) {
+        const bool isUnreadable = contents.error().cause == PropertyList::ReadError::Cause::unreadable;
+        return report(isUnreadable ? StatusReport::Event::importFailed : StatusReport::Event::notAMacro,
+                      QFileInfo(path).fileName(), contents.error().message);
+    }
     const QVariantMap macro = MacroFile::importedRecord(*contents, mMacrosSettingsArray);
     const Selection before{macroRow(), mSelectedMacroId};
     mMacroTableView->deselectAll();

@@ -38,10 +38,11 @@ std::optional<QVariantMap> readEntry(const QFileInfo &file)
 
 std::optional<QVariantMap> readBundle(const QFileInfo &folder)
 {
-    std::optional<QVariantMap> information =
-        PropertyList::readPropertyListFile(QDir(folder.filePath()).filePath(informationFile));
-    if (information)
-        information->insert(ApplicationInformation::resolvedPathKey, folder.canonicalFilePath());
+    const auto read = PropertyList::readPropertyListFile(QDir(folder.filePath()).filePath(informationFile));
+    if (!read)
+        return {};
+    QVariantMap information = *read;
+    information.insert(ApplicationInformation::resolvedPathKey, folder.canonicalFilePath());
     return information;
 }
 

@@ -132,7 +132,7 @@ private:
     void setAutoSwitch(int row, int value);
     void removeApplication();
     /// Reports an event with the file at `path`, or what has this name.
-    void report(StatusReport::Event event, const QString &path) const;
+    void report(StatusReport::Event event, const QString &path, const QString &reason = {}) const;
     void openApplicationChooser();
     void openFilePanel(int identifier);
     /// `name` of what was chosen, for a report that this cannot be bound.

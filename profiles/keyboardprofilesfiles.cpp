@@ -4,7 +4,6 @@
 
 #include "base/profilerecord.h"
 #include "base/propertylist.h"
-#include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "platform/applicationchooser.h"
@@ -122,16 +121,19 @@ void KeyboardProfilesController::exportProfileTo(const QString &path)
     const QVariantMap profile = selectedProfile();
     if (profile.isEmpty() || path.isEmpty())
         return;
-    const std::optional<QByteArray> data = QlCoreUtility::convertDictionaryToData(profile);
-    if (!data || !PropertyList::writeFileAtomically(path, *data))
-        report(StatusReport::Event::exportFailed, path);
+    const Result<void> written = PropertyList::writePropertyListFile(path, profile);
+    if (!written)
+        report(StatusReport::Event::exportFailed, path, written.error().message);
 }
 
 void KeyboardProfilesController::importProfileFrom(const QString &path)
 {
-    const std::optional<QVariantMap> record = PropertyList::readPropertyListFile(path);
-    if (!record)
-        return report(StatusReport::Event::notAProfile, path);
+    const auto record = PropertyList::readPropertyListFile(path);
+    if (!record) {
+        const bool isUnreadable = record.error().cause == PropertyList::ReadError::Cause::unreadable;
+        return report(isUnreadable ? StatusReport::Event::importFailed : StatusReport::Event::notAProfile, path,
+                      record.error().message);
+    }
     const QVariantMap profile = ProfileFile::importedRecord(*record, mAllProfilesArray);
     mProfilesTableView->deselectAll();
     mAllProfilesArray.append(profile);
@@ -143,10 +145,10 @@ void KeyboardProfilesController::importProfileFrom(const QString &path)
         selectLastRow();
 }
 
-void KeyboardProfilesController::report(StatusReport::Event event, const QString &path) const
+void KeyboardProfilesController::report(StatusReport::Event event, const QString &path, const QString &reason) const
 {
     if (mProfileDelegate)
-        mProfileDelegate->report({.event = event, .subject = QFileInfo(path).fileName()});
+        mProfileDelegate->report({.event = event, .subject = QFileInfo(path).fileName(), .reason = reason});
 }
 
 /// Also turns automatic switching on, in the same request.

@@ -123,10 +123,7 @@ bool DeviceChoice::save(const QList<ChosenDevice> &choices)
         entries += entryOf(choice, before);
     QVariantMap root = mRoot;
     root.insert(DeviceKeys::devices, entries);
-    const std::optional<QByteArray> data = PropertyList::writeBinary(root);
-    const Result<void> written = data ? PropertyList::writeFileAtomically(mPath, *data)
-                                      : Error{u"its contents exceed the limits of a property list"_s};
-    if (!written) {
+    if (const Result<void> written = PropertyList::writePropertyListFile(mPath, root); !written) {
         qCCritical(lcSettings, "file: cannot write %s: %s", qUtf8Printable(mPath),
                    qUtf8Printable(written.error().message));
         return false;

@@ -55,10 +55,9 @@ Result<Plan> planForDesktopEntry(const QString &path)
 Result<Plan> planForBundle(const QString &path)
 {
     const QDir contents(path + u"/Contents"_s);
-    const std::optional<QVariantMap> information =
-        PropertyList::readPropertyListFile(contents.filePath(u"Info.plist"_s));
+    const auto information = PropertyList::readPropertyListFile(contents.filePath(u"Info.plist"_s));
     if (!information)
-        return Error{u"it has no readable Contents/Info.plist"_s};
+        return Error{u"its Contents/Info.plist cannot be used: %1"_s.arg(information.error().message)};
     const QString name = information->value(u"CFBundleExecutable"_s).toString();
     if (name.isEmpty() || name.contains(u'/')) // only a name cannot lead out of the bundle
         return Error{u"its CFBundleExecutable is not a file name"_s};

@@ -49,8 +49,7 @@ QVariantMap entry(int command, const QVariant &param1, const QVariant &param2 = 
 QVariantMap startDocument()
 {
     const QString path = qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/Kestra.plist"_s;
-    QVariantMap document =
-        PropertyList::readPropertyListFile(path).value_or(QVariantMap()).value(u"Default Settings"_s).toMap();
+    QVariantMap document = PropertyList::readPropertyListFile(path).valueOr({}).value(u"Default Settings"_s).toMap();
     QVariantList profiles = document.value(SettingsKeys::profiles).toList();
     QVariantMap second = profiles.value(0).toMap();
     second.insert(SettingsKeys::profileName, u"Raid"_s);
@@ -279,7 +278,7 @@ QString KeysEndToEndTest::wordsOfA()
 QVariantMap KeysEndToEndTest::storedEntryOfA() const
 {
     const QString path = mDaemon->settingsFolder() + u"/settings.plist"_s;
-    const QVariantMap document = PropertyList::readPropertyListFile(path).value_or(QVariantMap());
+    const QVariantMap document = PropertyList::readPropertyListFile(path).valueOr({});
     const QVariantMap first = document.value(SettingsKeys::profiles).toList().value(0).toMap();
     return first.value(SettingsKeys::keys).toMap().value(u"4"_s).toMap();
 }

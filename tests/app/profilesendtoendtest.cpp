@@ -37,7 +37,7 @@ QVariantMap entry(int command, int param1)
 QVariantMap factoryProfile(const QString &name)
 {
     const QString path = qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/Kestra.plist"_s;
-    const QVariantMap factory = PropertyList::readPropertyListFile(path).value_or(QVariantMap());
+    const QVariantMap factory = PropertyList::readPropertyListFile(path).valueOr({});
     QVariantMap profile =
         factory.value(u"Default Settings"_s).toMap().value(SettingsKeys::profiles).toList().value(0).toMap();
     profile.insert(SettingsKeys::profileName, name);
@@ -203,7 +203,7 @@ void ProfilesEndToEndTest::import(const QString &path)
 
 QVariantMap ProfilesEndToEndTest::stored() const
 {
-    return PropertyList::readPropertyListFile(mDaemon->settingsFolder() + u"/settings.plist"_s).value_or(QVariantMap());
+    return PropertyList::readPropertyListFile(mDaemon->settingsFolder() + u"/settings.plist"_s).valueOr({});
 }
 
 void ProfilesEndToEndTest::importedRecordEqualsTheExportedOne()

@@ -107,7 +107,9 @@ const std::array scenes{
     Scene{"maintenance", 4, nullptr},
     Scene{"status-report", 1,
           [](const Hub &hub) {
-              hub.controller->report({.event = StatusReport::Event::exportFailed, .subject = u"Raid.KestraProfile"_s});
+              hub.controller->report({.event = StatusReport::Event::exportFailed,
+                                      .subject = u"Raid.KestraProfile"_s,
+                                      .reason = u"Permission denied"_s});
           },
           false},
     Scene{"status-elided", 1,

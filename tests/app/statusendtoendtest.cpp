@@ -29,6 +29,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
 
@@ -68,6 +70,8 @@ private Q_SLOTS:
     void reportsAnExportThatCannotBeWritten();
     void reportsAFileOfAnotherKind_data();
     void reportsAFileOfAnotherKind();
+    void reportsAFileThatCannotBeRead_data();
+    void reportsAFileThatCannotBeRead();
     void reportsARefusal();
     void reportsAFullMacro();
     void reportGivesWayToTheState();
@@ -76,6 +80,8 @@ private Q_SLOTS:
 private:
     void open(StatusTimes times = {});
     void choose(const char *gear, int tag) const;
+    /// Chooses a command, or `launch` or `importMacro`, and the file at `path` in its panel.
+    void chooseFile(int command, const QString &path);
     [[nodiscard]] KeyboardProfilesController *profilesTab() const { return mHub->controller->profilesController(); }
     /// The text of the line, if a screen reader gets the same.
     [[nodiscard]] QString shown() const;
@@ -251,7 +257,8 @@ void StatusEndToEndTest::reportsAnExportThatCannotBeWritten()
     const QString path = panel->chosenPath();
     QVERIFY(QDir().mkpath(path + u"/in the way"_s));
     panel->QDialog::accept();
-    QCOMPARE(shown(), u"The file “%1” could not be written."_s.arg(QFileInfo(path).fileName()));
+    QCOMPARE(shown(),
+             u"The file “%1” could not be written: Filename refers to a directory."_s.arg(QFileInfo(path).fileName()));
     QVERIFY(!mHub->find<Sheet>("alert"));
 }
 
@@ -271,6 +278,14 @@ void StatusEndToEndTest::reportsAFileOfAnotherKind()
     QFETCH(int, command);
     QFETCH(QString, text);
     open();
+    const QString path = mFolder.filePath(text.section(u"“"_s, 1).section(u"”"_s, 0, 0));
+    writeFile(path, "nothing of the kind");
+    chooseFile(command, path);
+    QCOMPARE(shown(), text);
+}
+
+void StatusEndToEndTest::chooseFile(int command, const QString &path)
+{
     OpenPanel *panel = nullptr;
     if (command == launch) {
         mHub->find<PopUpButton>("mAssignFunction")->itemAtIndex(launchPosition)->trigger();
@@ -287,12 +302,28 @@ void StatusEndToEndTest::reportsAFileOfAnotherKind()
         panel = profilesTab()->profileFileBrowserPanel();
     }
     QVERIFY(panel);
-    const QString path = mFolder.filePath(text.section(u"“"_s, 1).section(u"”"_s, 0, 0));
-    writeFile(path, "nothing of the kind");
     panel->setDirectory(mFolder.path());
     panel->selectFile(path);
     panel->accept();
-    QCOMPARE(shown(), text);
+}
+
+void StatusEndToEndTest::reportsAFileThatCannotBeRead_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("profile") << int(ProfileCommands::importProfile) << u"pipe.KestraProfile"_s;
+    QTest::newRow("macro") << importMacro << u"pipe.KestraMacro"_s;
+}
+
+void StatusEndToEndTest::reportsAFileThatCannotBeRead()
+{
+    QFETCH(int, command);
+    QFETCH(QString, name);
+    open();
+    const QString path = mFolder.filePath(name);
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    chooseFile(command, path);
+    QCOMPARE(shown(), u"The file “%1” could not be read: Not a regular file."_s.arg(name));
 }
 
 void StatusEndToEndTest::reportsARefusal()

@@ -5,6 +5,7 @@
 #include "daemonlink/latestreplyslot.h"
 #include "platform/statusline.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/mappingcleanupcases.h"
 #include "tests/support/testmain.h"
 
 #include <QAccessible>
@@ -23,6 +24,9 @@ namespace {
 const QString waitText = u"Waiting for the keyboard service to respond…"_s;
 const QString noAnswerText = u"The keyboard service did not respond."_s;
 const QString noAnswerToChangeText = u"The keyboard service did not respond. The change may be missing."_s;
+const QString cleanUpSilentText = u"The entry was deleted, but then the keyboard service did not respond. The keys "
+                                  "that used it may not have been cleared."_s;
+const QString cleanUpRefusedText = u"The entry was deleted, but the keys that used it were not cleared: %1."_s;
 const StatusTimes waitsAreShown{.untilWaitIsShown = 0ms, .report = 1h};
 
 struct Action
@@ -44,7 +48,8 @@ const QList<Action> &actions()
         {"update profile", Command::updateProfile,
          [](KeyboardMainController &hub) { hub.updateProfileWithIDAndSettings(0, {}); }},
         {"replace profiles", Command::replaceAllProfiles,
-         [](KeyboardMainController &hub) { hub.updateProfileKeyInDictionaryWithDictionary({}); }},
+         [](KeyboardMainController &hub) { hub.updateProfileKeyInDictionaryWithDictionary({}); }, cleanUpSilentText,
+         cleanUpRefusedText},
         {"delete profile", Command::deleteProfile,
          [](KeyboardMainController &hub) { hub.deleteProfileWithProfileID(0); }},
         {"switch profile", Command::switchProfile, [](KeyboardMainController &hub) { hub.switchProfileWithID(0); }},
@@ -121,6 +126,9 @@ private Q_SLOTS:
     void reportsEachMissingReply();
     void reportsEachRefusal_data() { addActions(); }
     void reportsEachRefusal();
+    void reportsThatOnlyTheCleanUpHasFailed_data();
+    void reportsThatOnlyTheCleanUpHasFailed();
+    void reportsARefusedSwitchAfterAFailedCleanUp();
     void reportsAChangeThatWasNotSent();
     void saysThatItWaitsForTheReply();
     void saysThatItWaitsForTheAcceptanceOfTheRequest();
@@ -197,6 +205,52 @@ void StatusFaultsTest::reportsEachRefusal()
     QCOMPARE(mDaemon->count(tried.command), 1);
     QCOMPARE(shown(), tried.whenRefused.arg(u"the settings could not be written to the disk"_s));
     LatestReplySlot::shared().clear(); // a refused deletion leaves its reply there
+}
+
+void StatusFaultsTest::reportsThatOnlyTheCleanUpHasFailed_data()
+{
+    QTest::addColumn<bool>("isMacro");
+    QTest::addColumn<int>("failing");
+    QTest::addColumn<bool>("isSilent");
+    QTest::newRow("macro, refused") << true << int(Command::replaceAllProfiles) << false;
+    QTest::newRow("macro, silent") << true << int(Command::replaceAllProfiles) << true;
+    QTest::newRow("profile, refused") << false << int(Command::replaceAllProfiles) << false;
+    QTest::newRow("profile, silent") << false << int(Command::replaceAllProfiles) << true;
+    // After a deletion the window switches the profile first. Without an answer it does not begin to repair keys.
+    QTest::newRow("switch refused") << false << int(Command::switchProfile) << false;
+    QTest::newRow("switch silent") << false << int(Command::switchProfile) << true;
+}
+
+void StatusFaultsTest::reportsThatOnlyTheCleanUpHasFailed()
+{
+    QFETCH(bool, isMacro);
+    QFETCH(int, failing);
+    QFETCH(bool, isSilent);
+    const QVariantMap keys{{u"4"_s, MappingCleanupCases::entry(MappingCleanupCases::playMacro, 1)},
+                           {u"5"_s, MappingCleanupCases::entry(MappingCleanupCases::switchProfile, 1)}};
+    mDaemon->setDocument(MappingCleanupCases::withKeys(withActiveProfile(sampleDocument(), 0), keys));
+    open();
+    if (isSilent)
+        mDaemon->setSilent(Command(failing));
+    else
+        mDaemon->setReply(Command(failing), {{u"ReturnStatus"_s, int(Status::notSaved)}});
+    if (isMacro)
+        mHub->controller->deleteMacroAtIndex(1);
+    else
+        mHub->controller->deleteProfileWithProfileID(1);
+    QCOMPARE(mDaemon->count(Command(failing)), 1);
+    QCOMPARE(shown(), isSilent ? cleanUpSilentText
+                               : cleanUpRefusedText.arg(u"the settings could not be written to the disk"_s));
+}
+
+void StatusFaultsTest::reportsARefusedSwitchAfterAFailedCleanUp()
+{
+    open();
+    mDaemon->setReply(Command::switchProfile, {{u"ReturnStatus"_s, int(Status::notSaved)}});
+    mHub->controller->deleteProfileWithProfileID(1);
+    mHub->controller->switchProfileWithID(0);
+    QCOMPARE(mDaemon->count(Command::switchProfile), 2);
+    QCOMPARE(shown(), u"The keyboard service has refused this: the settings could not be written to the disk."_s);
 }
 
 void StatusFaultsTest::reportsAChangeThatWasNotSent()

@@ -116,7 +116,17 @@ void StatusWordsTest::describesTheEvents_data()
     const auto add = [](const char *name, const StatusReport &report, const QString &text) {
         QTest::newRow(name) << report << text;
     };
-    add("export", {Event::exportFailed, u"a.KestraProfile"_s}, u"The file “a.KestraProfile” could not be written."_s);
+    add("export",
+        {.event = Event::exportFailed, .subject = u"a.KestraProfile"_s, .reason = u"No space left on device"_s},
+        u"The file “a.KestraProfile” could not be written: No space left on device."_s);
+    add("import", {.event = Event::importFailed, .subject = u"a.KestraMacro"_s, .reason = u"Permission denied"_s},
+        u"The file “a.KestraMacro” could not be read: Permission denied."_s);
+    add("clean-up", {Event::cleanUpRefused, {}, int(Status::notSaved)},
+        u"The entry was deleted, but the keys that used it were not cleared: the settings could not be written to the "
+        "disk."_s);
+    add("clean-up, no answer", {Event::cleanUpNotAnswered},
+        u"The entry was deleted, but then the keyboard service did not respond. The keys that used it may not have "
+        "been cleared."_s);
     add("profile", {Event::notAProfile, u"a.txt"_s}, u"The file “a.txt” is not a profile."_s);
     add("macro", {Event::notAMacro, u"a.txt"_s}, u"The file “a.txt” is not a macro."_s);
     add("application", {Event::notAnApplication, u"a.txt"_s}, u"“a.txt” is not an application."_s);

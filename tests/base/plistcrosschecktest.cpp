@@ -289,7 +289,7 @@ void PlistCrossCheckTest::addDocuments()
     const QVariantMap full = fullDocument();
     QTest::newRow("full document") << full << PropertyList::writeBinary(full).value();
     const QString factory = QStringLiteral(KESTRA_SOURCE_DIR "/resources/Kestra.plist");
-    QTest::newRow("factory settings") << PropertyList::readPropertyListFile(factory).value_or(QVariantMap())
+    QTest::newRow("factory settings") << PropertyList::readPropertyListFile(factory).valueOr({})
                                       << fileContent(factory);
 }
 

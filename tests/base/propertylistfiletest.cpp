@@ -49,6 +49,7 @@ private slots:
     void writingFailsWithoutAFlushOfTheFolder();
     void allocatesMemoryForTheContentOnly();
     void reportsWhyAFileCannotBeRead();
+    void reportsWhyADictionaryCannotBeWritten();
 
 private:
     QString inFolder(const QString &name) const { return mFolder.filePath(name); }
@@ -59,8 +60,8 @@ private:
 void PropertyListFileTest::writtenFileIsRead()
 {
     const QVariantMap document = fullDocument();
-    QVERIFY(PropertyList::writeFileAtomically(inFolder(u"full.plist"_s), PropertyList::writeBinary(document).value()));
-    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"full.plist"_s)), document);
+    QVERIFY(PropertyList::writePropertyListFile(inFolder(u"full.plist"_s), document));
+    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"full.plist"_s)).valueOr({}), document);
 }
 
 void PropertyListFileTest::readsEveryForm()
@@ -68,13 +69,16 @@ void PropertyListFileTest::readsEveryForm()
     writeFile(inFolder(u"xml"_s), "<plist version=\"1.0\"><dict><key>a</key><string>b</string></dict></plist>");
     writeFile(inFolder(u"text"_s), "{ a = b; }");
     const QVariantMap expected{{u"a"_s, u"b"_s}};
-    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"xml"_s)), expected);
-    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"text"_s)), expected);
+    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"xml"_s)).valueOr({}), expected);
+    QCOMPARE(PropertyList::readPropertyListFile(inFolder(u"text"_s)).valueOr({}), expected);
 }
 
 void PropertyListFileTest::missingFileIsAbsent()
 {
-    QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"missing"_s)));
+    const auto read = PropertyList::readPropertyListFile(inFolder(u"missing"_s));
+    QVERIFY(!read);
+    QCOMPARE(read.error().cause, PropertyList::ReadError::Cause::unreadable);
+    QCOMPARE(read.error().message, u"No such file or directory"_s);
 }
 
 void PropertyListFileTest::folderIsAbsent()
@@ -86,7 +90,9 @@ void PropertyListFileTest::otherRootIsAbsent()
 {
     QVERIFY(
         PropertyList::writeFileAtomically(inFolder(u"array"_s), PropertyList::writeBinary(QVariantList{1}).value()));
-    QVERIFY(!PropertyList::readPropertyListFile(inFolder(u"array"_s)));
+    const auto read = PropertyList::readPropertyListFile(inFolder(u"array"_s));
+    QVERIFY(!read);
+    QCOMPARE(read.error().cause, PropertyList::ReadError::Cause::noDictionary);
 }
 
 void PropertyListFileTest::emptyFileIsAbsent()
@@ -229,6 +235,18 @@ void PropertyListFileTest::reportsWhyAFileCannotBeRead()
     QVERIFY(reasonNotToRead(mFolder.path()).contains(u"Is a directory"_s));
     // The first page of a process is never mapped.
     QVERIFY(reasonNotToRead(u"/proc/self/mem"_s).contains(u"Input/output error"_s));
+}
+
+void PropertyListFileTest::reportsWhyADictionaryCannotBeWritten()
+{
+    const Result<void> written = PropertyList::writePropertyListFile(inFolder(u"none/file"_s), {});
+    QVERIFY(!written);
+    QCOMPARE(written.error().message, u"No such file or directory"_s);
+    const QVariantMap unknownType{{u"a"_s, QVariant::fromValue(QPoint())}};
+    const Result<void> encoded = PropertyList::writePropertyListFile(inFolder(u"file"_s), unknownType);
+    QVERIFY(!encoded);
+    QCOMPARE(encoded.error().message, u"its contents exceed the limits of a property list"_s);
+    QVERIFY(!QFile::exists(inFolder(u"file"_s)));
 }
 
 QTEST_GUILESS_MAIN(PropertyListFileTest)

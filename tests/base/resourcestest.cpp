@@ -180,8 +180,8 @@ void ResourcesTest::copyAdoptsTheSettingsOfAnUpdate()
              "<key>Device Info</key><dict><key>Last selected key</key><string>58</string>"
              "<key>other</key><real>1.5</real></dict></dict></plist>");
     QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
-    const QVariantMap copy = PropertyList::readPropertyListFile(mCopy).value_or(QVariantMap());
-    const QVariantMap expected = PropertyList::readPropertyListFile(mInstalledFile).value_or(QVariantMap());
+    const QVariantMap copy = PropertyList::readPropertyListFile(mCopy).valueOr({});
+    const QVariantMap expected = PropertyList::readPropertyListFile(mInstalledFile).valueOr({});
     const QString settings = u"Default Settings"_s;
     QCOMPARE(PropertyList::writeBinary(copy.value(settings)), PropertyList::writeBinary(expected.value(settings)));
     QCOMPARE(copy.value(u"Device Info"_s), QVariant(QVariantMap{{u"Last selected key"_s, u"58"_s}, {u"other"_s, 1.5}}));
@@ -254,7 +254,7 @@ void ResourcesTest::damagedCopyIsRecreated()
     setModes(0555, 0444);
     makeCopy(damaged);
     QCOMPARE(asOrdinaryUser(kestraPlistPath), mCopy);
-    const QVariantMap copy = PropertyList::readPropertyListFile(mCopy).value_or(QVariantMap());
+    const QVariantMap copy = PropertyList::readPropertyListFile(mCopy).valueOr({});
     QCOMPARE(copy.value(u"Default Settings"_s), QVariant(QVariantMap{{u"installed"_s, u"yes"_s}}));
     QTEST(copy.value(u"Device Info"_s).toMap().value(u"Last selected key"_s).toString(), "lastSelectedKey");
 }

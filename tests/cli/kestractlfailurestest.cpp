@@ -247,10 +247,12 @@ void TestKestractlFailures::reportsWrongUsage_data()
     QTest::newRow("option of another command") << QStringList{u"status"_s, u"--plist"_s} << u"--plist"_s;
     QTest::newRow("no such option") << QStringList{u"--loud"_s, u"status"_s} << u"--loud"_s;
     QTest::newRow("macro without a word") << QStringList{u"macro"_s} << u"no command \"macro\""_s;
-    QTest::newRow("no such macro file") << QStringList{u"macro"_s, u"import"_s, u"/nonexistent/X.KestraMacro"_s}
-                                        << u"\"/nonexistent/X.KestraMacro\" cannot be read as a macro file"_s;
-    QTest::newRow("no such profile file") << QStringList{u"profile"_s, u"import"_s, u"/nonexistent/X.KestraProfile"_s}
-                                          << u"\"/nonexistent/X.KestraProfile\" cannot be read as a profile file"_s;
+    QTest::newRow("no such macro file")
+        << QStringList{u"macro"_s, u"import"_s, u"/nonexistent/X.KestraMacro"_s}
+        << u"\"/nonexistent/X.KestraMacro\" cannot be read as a macro file: No such file or directory"_s;
+    QTest::newRow("no such profile file")
+        << QStringList{u"profile"_s, u"import"_s, u"/nonexistent/X.KestraProfile"_s}
+        << u"\"/nonexistent/X.KestraProfile\" cannot be read as a profile file: No such file or directory"_s;
     for (const QString &kind : {u"macro"_s, u"profile"_s}) {
         const QString problem = u"a %1 needs a name"_s.arg(kind);
         QTest::addRow("%s without a name", qPrintable(kind)) << QStringList{kind, u"add"_s, QString()} << problem;

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void deletingKeepsTheNumbersOfTheOtherKeys();
     void showsAMacroAsTheWindowDoes();
     void exportedMacroIsImportedWithAUniqueName();
+    void exportReportsWhyTheFileCannotBeWritten();
     void importNamesMacrosWithoutAName();
     void oldStyleTextIsImportedWithItsNumbers();
     void importRefusesOtherFiles_data();
@@ -210,6 +211,16 @@ void TestKestractlMacros::showsAMacroAsTheWindowDoes()
     QCOMPARE(object.value("events"_L1).toArray().at(1).toObject().value("page"_L1).toInt(), 9);
 }
 
+void TestKestractlMacros::exportReportsWhyTheFileCannotBeWritten()
+{
+    add(tapOfA(7));
+    const QString path = mFolder->filePath(u"missing/Mine.KestraMacro"_s);
+    const KestractlResult result = run({u"export"_s, u"1"_s, path});
+    QCOMPARE(result.exitCode, 5);
+    QCOMPARE(result.errorText(),
+             u"kestractl: cannot write \"%1.KestraMacro\": No such file or directory\n"_s.arg(path));
+}
+
 void TestKestractlMacros::exportedMacroIsImportedWithAUniqueName()
 {
     QVariantMap macro = tapOfA(7);
@@ -218,7 +229,7 @@ void TestKestractlMacros::exportedMacroIsImportedWithAUniqueName()
     const QString path = mFolder->filePath(u"Mine"_s);
     const QString file = path + u".KestraMacro"_s;
     QCOMPARE(line({u"export"_s, u"Tap"_s, path}), u"macro 1 \"Tap\" is in %1"_s.arg(file));
-    QCOMPARE(PropertyList::readPropertyListFile(file).value_or(QVariantMap()), macro); // without "macroID"
+    QCOMPARE(PropertyList::readPropertyListFile(file).valueOr({}), macro); // without "macroID"
     QCOMPARE(run({u"export"_s, u"1"_s, file}).exitCode, 0); // as in the window, the suffix is appended again
     QVERIFY(QFile::exists(file + u".KestraMacro"_s));
     QCOMPARE(line({u"import"_s, file}), u"macro 2 \"Tap(2)\" is added"_s);

@@ -165,5 +165,5 @@ void DeviceDaemonFixture::startWithMacros()
 
 QVariantMap DeviceDaemonFixture::storedDocument() const
 {
-    return PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s)).value_or(QVariantMap());
+    return PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s)).valueOr({});
 }

@@ -105,7 +105,7 @@ void KeyboardKeysControllerTest::writePlist(const QVariantMap &plist)
 
 QVariantMap KeyboardKeysControllerTest::readPlist() const
 {
-    return PropertyList::readPropertyListFile(plistPath()).value_or(QVariantMap());
+    return PropertyList::readPropertyListFile(plistPath()).valueOr({});
 }
 
 void KeyboardKeysControllerTest::everyOutletHasItsName()

@@ -55,7 +55,8 @@ std::optional<QVariantMap> MacrosFilesTest::exportTo(const QString &name)
     panel->setDirectory(mFolder.path());
     panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(inFolder(name));
     panel->accept();
-    return PropertyList::readPropertyListFile(inFolder(name + u".KestraMacro"_s));
+    const auto content = PropertyList::readPropertyListFile(inFolder(name + u".KestraMacro"_s));
+    return content ? std::optional(*content) : std::nullopt;
 }
 
 void MacrosFilesTest::importFrom(const QString &name)

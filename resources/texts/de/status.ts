@@ -26,7 +26,8 @@
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Warten auf eine Antwort des Tastaturdiensts …</translation></message>
     <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>Der Tastaturdienst hat erst nach %@ s geantwortet.</translation></message>
     <!-- Events. -->
-    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Die Datei „%@“ konnte nicht geschrieben werden.</translation></message>
+    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Die Datei „%@“ konnte nicht geschrieben werden: %@.</translation></message>
+    <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>Die Datei „%@“ konnte nicht gelesen werden: %@.</translation></message>
     <message id="lkeyStatusNotAProfile"><source>lkeyStatusNotAProfile</source><translation>Die Datei „%@“ ist kein Profil.</translation></message>
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>Die Datei „%@“ ist kein Makro.</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>„%@“ ist keine Anwendung.</translation></message>
@@ -37,8 +38,10 @@
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>Die Änderung wurde nicht vorgenommen: Die Liste hat sich inzwischen geändert.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>Die Aufnahme konnte nicht gespeichert werden: %@.</translation></message>
     <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Aufnahme fehlt möglicherweise.</translation></message>
+    <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>Der Eintrag wurde gelöscht, die Belegung der zugehörigen Tasten aber nicht: %@.</translation></message>
+    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>Der Eintrag wurde gelöscht, aber danach hat der Tastaturdienst nicht geantwortet. Die zugehörigen Tasten sind möglicherweise noch belegt.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem mit den Tastatureinstellungen: %@</translation></message>
-    <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
+    <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>Der Eintrag ist nicht mehr vorhanden</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>Es ist kein Platz mehr</translation></message>
     <message id="lkeyStatusReasonLastProfile"><source>lkeyStatusReasonLastProfile</source><translation>Das letzte Profil kann nicht gelöscht werden</translation></message>

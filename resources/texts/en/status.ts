@@ -26,7 +26,8 @@
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Waiting for the keyboard service to respond…</translation></message>
     <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>The keyboard service took %@ s to respond.</translation></message>
     <!-- Events. -->
-    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>The file “%@” could not be written.</translation></message>
+    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>The file “%@” could not be written: %@.</translation></message>
+    <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>The file “%@” could not be read: %@.</translation></message>
     <message id="lkeyStatusNotAProfile"><source>lkeyStatusNotAProfile</source><translation>The file “%@” is not a profile.</translation></message>
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>The file “%@” is not a macro.</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>“%@” is not an application.</translation></message>
@@ -37,8 +38,10 @@
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>The change was not made: the list has changed meanwhile.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>The recording could not be stored: %@.</translation></message>
     <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>The keyboard service did not respond. The recording may be missing.</translation></message>
+    <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>The entry was deleted, but the keys that used it were not cleared: %@.</translation></message>
+    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>The entry was deleted, but then the keyboard service did not respond. The keys that used it may not have been cleared.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem with the keyboard settings: %@</translation></message>
-    <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
+    <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>the entry no longer exists</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>there is no more room</translation></message>
     <message id="lkeyStatusReasonLastProfile"><source>lkeyStatusReasonLastProfile</source><translation>the last profile cannot be deleted</translation></message>

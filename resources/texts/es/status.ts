@@ -26,7 +26,8 @@
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Esperando la respuesta del servicio del teclado…</translation></message>
     <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>El servicio del teclado ha tardado %@ s en responder.</translation></message>
     <!-- Events. -->
-    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>No se ha podido escribir el archivo «%@».</translation></message>
+    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>No se ha podido escribir el archivo «%@»: %@.</translation></message>
+    <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>No se ha podido leer el archivo «%@»: %@.</translation></message>
     <message id="lkeyStatusNotAProfile"><source>lkeyStatusNotAProfile</source><translation>El archivo «%@» no es un perfil.</translation></message>
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>El archivo «%@» no es una macro.</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>«%@» no es una aplicación.</translation></message>
@@ -37,8 +38,10 @@
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>No se ha hecho el cambio: la lista ha cambiado entretanto.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>No se ha podido guardar la grabación: %@.</translation></message>
     <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>El servicio del teclado no ha respondido. Puede que la grabación se haya perdido.</translation></message>
+    <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>El elemento se ha eliminado, pero no la asignación de las teclas que lo usaban: %@.</translation></message>
+    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>El elemento se ha eliminado, pero después el servicio del teclado no ha respondido. Puede que las teclas que lo usaban conserven su asignación.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problema con los ajustes del teclado: %@</translation></message>
-    <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
+    <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>el elemento ya no existe</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>no queda sitio</translation></message>
     <message id="lkeyStatusReasonLastProfile"><source>lkeyStatusReasonLastProfile</source><translation>el último perfil no se puede eliminar</translation></message>

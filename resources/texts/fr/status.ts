@@ -26,7 +26,8 @@
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>En attente d’une réponse du service du clavier…</translation></message>
     <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>Le service du clavier a mis %@ s à répondre.</translation></message>
     <!-- Events. -->
-    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Impossible d’écrire le fichier « %@ ».</translation></message>
+    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Impossible d’écrire le fichier « %@ » : %@.</translation></message>
+    <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>Impossible de lire le fichier « %@ » : %@.</translation></message>
     <message id="lkeyStatusNotAProfile"><source>lkeyStatusNotAProfile</source><translation>Le fichier « %@ » n’est pas un profil.</translation></message>
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>Le fichier « %@ » n’est pas une macro.</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>« %@ » n’est pas une application.</translation></message>
@@ -37,8 +38,10 @@
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>La modification n’a pas été faite : la liste a changé entre-temps.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>L’enregistrement n’a pas pu être sauvegardé : %@.</translation></message>
     <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>Le service du clavier n’a pas répondu. L’enregistrement est peut-être perdu.</translation></message>
+    <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>L’élément a été supprimé, mais les touches qui l’utilisaient n’ont pas été réinitialisées : %@.</translation></message>
+    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>L’élément a été supprimé, mais le service du clavier n’a pas répondu ensuite. Les touches qui l’utilisaient n’ont peut-être pas été réinitialisées.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problème avec les réglages du clavier : %@</translation></message>
-    <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
+    <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>l’élément n’existe plus</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>il n’y a plus de place</translation></message>
     <message id="lkeyStatusReasonLastProfile"><source>lkeyStatusReasonLastProfile</source><translation>le dernier profil ne peut pas être supprimé</translation></message>

@@ -26,7 +26,8 @@
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>キーボードのサービスの応答を待っています…</translation></message>
     <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>キーボードのサービスの応答に %@ 秒かかりました。</translation></message>
     <!-- Events. -->
-    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>ファイル「%@」を書き込めませんでした。</translation></message>
+    <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>ファイル「%@」を書き込めませんでした: %@。</translation></message>
+    <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>ファイル「%@」を読み込めませんでした: %@。</translation></message>
     <message id="lkeyStatusNotAProfile"><source>lkeyStatusNotAProfile</source><translation>ファイル「%@」はプロファイルではありません。</translation></message>
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>ファイル「%@」はマクロではありません。</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>「%@」はアプリケーションではありません。</translation></message>
@@ -37,8 +38,10 @@
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>その間に一覧が変わったため、変更は行われませんでした。</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>記録を保存できませんでした: %@。</translation></message>
     <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>キーボードのサービスが応答しませんでした。記録が保存されていない可能性があります。</translation></message>
+    <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>項目は削除されましたが、その項目を使うキーの割り当ては解除されませんでした: %@。</translation></message>
+    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>項目は削除されましたが、その後キーボードのサービスが応答しませんでした。その項目を使うキーの割り当てが残っている可能性があります。</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>キーボードの設定の問題: %@</translation></message>
-    <!-- The reason at the end of lkeyStatusRefused and lkeyStatusRecordingNotStored. -->
+    <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>項目がもうありません</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>空きがありません</translation></message>
     <message id="lkeyStatusReasonLastProfile"><source>lkeyStatusReasonLastProfile</source><translation>最後のプロファイルは削除できません</translation></message>

@@ -104,7 +104,7 @@ void DeviceChoiceTest::nothingIsWrittenWhenNothingChanges()
 void DeviceChoiceTest::unknownKeysAreKept()
 {
     QVERIFY(DeviceChoice(mFolder->path()).save(mTwo));
-    QVariantMap root = PropertyList::readPropertyListFile(path()).value_or(QVariantMap());
+    QVariantMap root = PropertyList::readPropertyListFile(path()).valueOr({});
     root.insert(u"Later"_s, 5);
     QVariantList devices = root.value(u"Devices"_s).toList();
     QVariantMap first = devices.at(0).toMap();
@@ -116,7 +116,7 @@ void DeviceChoiceTest::unknownKeysAreKept()
     DeviceChoice choice(mFolder->path());
     QCOMPARE(choice.load(), mTwo);
     QVERIFY(choice.save({mTwo.at(1), mTwo.at(0)}));
-    root = PropertyList::readPropertyListFile(path()).value_or(QVariantMap());
+    root = PropertyList::readPropertyListFile(path()).valueOr({});
     QCOMPARE(root.value(u"Later"_s), QVariant(5));
     devices = root.value(u"Devices"_s).toList();
     QCOMPARE(devices.size(), 2);

@@ -76,7 +76,7 @@ private:
     [[nodiscard]] bool isWritten() const { return QFile::exists(mTemporary->filePath(u"settings.plist"_s)); }
     [[nodiscard]] QVariantMap storedDocument() const
     {
-        return PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s)).value_or(QVariantMap());
+        return PropertyList::readPropertyListFile(mTemporary->filePath(u"settings.plist"_s)).valueOr({});
     }
     /// The path of factory settings with one profile, "Factory".
     [[nodiscard]] QString writeFactorySettings() const;
