@@ -28,6 +28,8 @@ public:
     /// The value. There must be one.
     const T &operator*() const { return *std::get_if<0>(&mOutcome); }
     const T *operator->() const { return std::get_if<0>(&mOutcome); }
+    /// The value, moved out of this. There must be one.
+    T take() { return std::move(*std::get_if<0>(&mOutcome)); }
     /// The value, or `other` if there is none.
     T valueOr(T other) const { return *this ? **this : std::move(other); }
     /// The error. There must be one.

@@ -33,7 +33,7 @@ void macrofile(QByteArrayView input)
     const QVariantMap record = MacroFile::importedRecord(dictionaryOf(input), Document(document).macros());
     const CommandOutcome outcome = findDocumentCommand(static_cast<qint32>(Command::addMacro))
                                        ->apply(document, {{DaemonProtocol::macroContents, record}});
-    require(SettingsDocument::problemOf(outcome.document).isEmpty(), "a document with an imported macro is valid");
+    require(bool(SettingsDocument::validate(outcome.document)), "a document with an imported macro is valid");
     if (outcome.status != Status::ok)
         return;
     const QVariantMap macro = Document(outcome.document).macros().constLast().toMap();

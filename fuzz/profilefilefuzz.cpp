@@ -22,7 +22,7 @@ void profilefile(QByteArrayView input)
     const QVariantMap record = ProfileFile::importedRecord(dictionaryOf(input), Document(document).profiles());
     const CommandOutcome outcome = findDocumentCommand(static_cast<qint32>(Command::addProfile))
                                        ->apply(document, {{DaemonProtocol::deviceSettingsDictionary, record}});
-    require(SettingsDocument::problemOf(outcome.document).isEmpty(), "a document with an imported profile is valid");
+    require(bool(SettingsDocument::validate(outcome.document)), "a document with an imported profile is valid");
     if (outcome.status != Status::ok)
         return;
     const QVariantMap profile = Document(outcome.document).profiles().constLast().toMap();

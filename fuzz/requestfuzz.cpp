@@ -89,8 +89,8 @@ public:
         if (data.size() % 8 == 7)
             return;
         handleAll();
-        const QString problem = SettingsDocument::problemOf(mDaemon.document());
-        require(problem.isEmpty(), qPrintable(u"the document is valid: "_s + problem));
+        const Result<void> valid = SettingsDocument::validate(mDaemon.document());
+        require(bool(valid), valid ? "" : qPrintable(u"the document is valid: "_s + valid.error().message));
         if (number == qint32(DaemonProtocol::Command::releaseDevice) && QlCoreUtility::convertDataToDictionary(data))
             require(mCapturingClient.isEmpty(), "a capture ends when a client releases the device");
     }
@@ -214,7 +214,7 @@ void requireStored(const QVariantMap &document)
 {
     const QVariantMap stored =
         PropertyList::readPropertyListFile(workFolder().filePath(u"daemon/settings.plist"_s)).valueOr({});
-    require(SettingsDocument::problemOf(stored).isEmpty(), "the document on the disk is valid");
+    require(bool(SettingsDocument::validate(stored)), "the document on the disk is valid");
     // Compares bytes, because in trees a real that is not a number differs from itself.
     require(PropertyList::writeBinary(Document(stored).profiles())
                     == PropertyList::writeBinary(Document(document).profiles())

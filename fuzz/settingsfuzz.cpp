@@ -29,14 +29,14 @@ void settings(QByteArrayView input)
     writeWorkFile(folder.filePath(u"settings.plist"_s), input);
 
     const auto factory = readFactorySettings(folder.filePath(u"settings.plist"_s));
-    require(!factory || SettingsDocument::problemOf(*factory).isEmpty(), "factory settings are valid");
+    require(!factory || SettingsDocument::validate(*factory), "factory settings are valid");
 
     SettingsStore store(folder.path());
     require(bool(store.open()), "the folder can be used");
     const auto loaded = store.load();
-    require(!loaded || SettingsDocument::problemOf(*loaded).isEmpty(), "a document that was loaded is valid");
+    require(!loaded || SettingsDocument::validate(*loaded), "a document that was loaded is valid");
     const QVariantMap document = SettingsDocument::completed(loaded.value_or(SettingsDocument::minimal()));
-    require(SettingsDocument::problemOf(document).isEmpty(), "a document that was completed is valid");
+    require(bool(SettingsDocument::validate(document)), "a document that was completed is valid");
     require(SettingsDocument::completed(document) == document, "a completed document has nothing to complete");
     (void)keySettingsOf(document);
     require(store.save(document), "a valid document can be saved");

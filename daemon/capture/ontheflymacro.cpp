@@ -50,7 +50,7 @@ CommandOutcome addOnTheFlyMacro(const QVariantMap &document, const QVariantList 
                                KeyMappings::Assignment::playMacro, index, KeyMappings::playOnceValue);
     profileList[Document(document).activeProfileIndex()] = profile;
     const QVariantMap changed = completed(withProfiles(withMacros(document, list), profileList));
-    if (!problemOf(changed).isEmpty())
+    if (!validate(changed))
         return {.status = Status::limitReached, .document = document, .reply = {}, .changesDocument = false};
     return {.status = Status::ok, .document = changed, .reply = {}, .changesDocument = true};
 }

@@ -32,7 +32,7 @@ CommandOutcome answer(const QVariantMap &document, QLatin1StringView key, const 
 CommandOutcome change(const QVariantMap &document, const QVariantMap &changed)
 {
     const QVariantMap whole = completed(changed);
-    if (!problemOf(whole).isEmpty())
+    if (!validate(whole))
         return failure(document, Status::limitReached);
     return {.status = Status::ok, .document = whole, .reply = {}, .changesDocument = true};
 }

@@ -22,10 +22,9 @@ std::optional<QVariantMap> readFactorySettings(const QString &path)
         document.insert(SettingsKeys::deviceSettings, QVariantMap());
     if (!Document(document).deviceSettings().dictionary().contains(SettingsKeys::activeProfile))
         document = SettingsDocument::withActiveProfile(document, 0);
-    const QString problem = SettingsDocument::problemOf(document);
-    if (!problem.isEmpty()) {
+    if (const Result<void> valid = SettingsDocument::validate(document); !valid) {
         qCWarning(lcSettings, "file: the factory settings in %s are not valid: %s", qUtf8Printable(path),
-                  qUtf8Printable(problem));
+                  qUtf8Printable(valid.error().message));
         return {};
     }
     return SettingsDocument::completed(document);

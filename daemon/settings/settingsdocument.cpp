@@ -24,17 +24,19 @@ bool isAbsentOr(QMetaType::Type type, const QVariantMap &dictionary, QLatin1Stri
     return found == dictionary.constEnd() || found->typeId() == type;
 }
 
-QString problemOfMacros(const QVariantList &macros)
+Result<void> validateMacros(const QVariantList &macros)
 {
     if (macros.size() > MacroRecord::maximumMacros)
-        return u"%1 macros"_s.arg(macros.size());
+        return Error{u"%1 macros"_s.arg(macros.size())};
     qsizetype eventCount = 0;
     for (qsizetype index = 0; index < macros.size(); ++index) {
         if (macros.at(index).typeId() != QMetaType::QVariantMap || !MacroRecord::isWellFormed(macros.at(index).toMap()))
-            return u"macro %1 is not a macro record"_s.arg(index + 1);
+            return Error{u"macro %1 is not a macro record"_s.arg(index + 1)};
         eventCount += MacroRecord::events(macros.at(index).toMap()).size();
     }
-    return eventCount > MacroRecord::maximumTotalEvents ? u"%1 events in all"_s.arg(eventCount) : QString();
+    if (eventCount > MacroRecord::maximumTotalEvents)
+        return Error{u"%1 events in all"_s.arg(eventCount)};
+    return {};
 }
 
 int usableMacroId(int id)
@@ -78,28 +80,29 @@ bool SettingsDocument::isWithinBounds(const TreeSize &size)
     return size.nodes <= maximumNodes && size.contentBytes <= maximumContentBytes && size.depth <= maximumDepth;
 }
 
-QString SettingsDocument::problemOf(const QVariantMap &document)
+Result<void> SettingsDocument::validate(const QVariantMap &document)
 {
     if (document.value(SettingsKeys::profiles).typeId() != QMetaType::QVariantList
         || document.value(SettingsKeys::macros).typeId() != QMetaType::QVariantList
         || document.value(SettingsKeys::deviceSettings).typeId() != QMetaType::QVariantMap)
-        return u"\"Profiles\", \"Macros\" or \"DeviceSettings\" is missing or of the wrong type"_s;
+        return Error{u"\"Profiles\", \"Macros\" or \"DeviceSettings\" is missing or of the wrong type"_s};
 
     const QVariantList profileList = Document(document).profiles();
     if (profileList.isEmpty() || profileList.size() > maximumProfiles)
-        return u"%1 profiles"_s.arg(profileList.size());
+        return Error{u"%1 profiles"_s.arg(profileList.size())};
     for (qsizetype index = 0; index < profileList.size(); ++index) {
         if (!isWellFormedProfile(profileList.at(index)))
-            return u"profile %1 is not a profile record"_s.arg(index + 1);
+            return Error{u"profile %1 is not a profile record"_s.arg(index + 1)};
     }
 
     const QVariantMap deviceSettings = Document(document).deviceSettings().dictionary();
     if (!isPosition(deviceSettings.value(SettingsKeys::activeProfile), profileList.size()))
-        return u"\"ActiveProfile\" is not an index of \"Profiles\""_s;
-    const QString problem = problemOfMacros(Document(document).macros());
-    if (!problem.isEmpty())
-        return problem;
-    return isWithinBounds(TreeSize::of(document)) ? QString() : u"too large, or nested too deeply"_s;
+        return Error{u"\"ActiveProfile\" is not an index of \"Profiles\""_s};
+    if (const Result<void> macros = validateMacros(Document(document).macros()); !macros)
+        return macros;
+    if (!isWithinBounds(TreeSize::of(document)))
+        return Error{u"too large, or nested too deeply"_s};
+    return {};
 }
 
 QVariantMap SettingsDocument::completed(QVariantMap document)

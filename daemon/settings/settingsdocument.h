@@ -3,6 +3,8 @@
 // dictionary tree {"Profiles", "Macros", "DeviceSettings"}, which base/document.h reads; any thread.
 #pragma once
 
+#include "base/result.h"
+
 #include <QString>
 #include <QVariantList>
 #include <QVariantMap>
@@ -27,10 +29,10 @@ inline constexpr qsizetype maximumBinaryBytes = maximumNodes * qsizetype(17 + 4 
 /// Whether a document of this size is within the bounds.
 [[nodiscard]] bool isWithinBounds(const TreeSize &size);
 
-/// The reason why `document` is not valid; empty if it is. A valid document has 1 to maximumProfiles profiles and at
-/// most the macros and events of macrorecord.h. Its records are dictionaries, its "ActiveProfile" is an index in
-/// "Profiles", and it is within the bounds above.
-[[nodiscard]] QString problemOf(const QVariantMap &document);
+/// Fails, with the reason, if `document` is not valid. A valid document has 1 to maximumProfiles profiles and at most
+/// the macros and events of macrorecord.h. Its records are dictionaries, its "ActiveProfile" is an index in "Profiles",
+/// and it is within the bounds above.
+[[nodiscard]] Result<void> validate(const QVariantMap &document);
 
 /// `document` with the daemon's own entries in order. Idempotent.
 /// - Every macro has a "macroID" of its own, which it keeps for life and which no other macro ever gets.

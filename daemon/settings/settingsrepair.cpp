@@ -150,7 +150,7 @@ std::optional<RepairedSettings> repairedSettings(const QVariantMap &document)
     if (!RequestReader::array(document, SettingsKeys::profiles) && !RequestReader::array(document, SettingsKeys::macros)
         && !RequestReader::dictionary(document, SettingsKeys::deviceSettings))
         return {};
-    if (SettingsDocument::problemOf(document).isEmpty())
+    if (SettingsDocument::validate(document))
         return RepairedSettings{.document = document, .repairs = {}};
     RepairedSettings result{.document = document, .repairs = {}};
     const QVariantList profiles = repairedProfiles(document, result.repairs);

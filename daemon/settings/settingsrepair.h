@@ -13,7 +13,7 @@ struct RepairedSettings
     QStringList repairs; ///< one line each: the wrong value and its replacement; empty for a valid document
 };
 
-/// `document`, repaired until SettingsDocument::problemOf() accepts it. Only wrong values change:
+/// `document`, repaired until SettingsDocument::validate() accepts it. Only wrong values change:
 /// - Profiles and macros keep their indices, because keys refer to them. An unreadable one becomes empty.
 /// - A wrong value of a profile is removed. A macro with a wrong value in its events loses all events: a part of them
 ///   could leave a key pressed.

@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -39,6 +41,7 @@ private slots:
     void hasTheValueOfASuccess();
     void hasTheErrorOfAFailure();
     void valueOrReplacesOnlyAMissingValue();
+    void givesAwayAValueThatCannotBeCopied();
     void succeedsWithoutAValue();
     void successWithoutItsValueIsASuccess();
     void failureWithoutItsValueKeepsTheError();
@@ -66,6 +69,15 @@ void ResultTest::valueOrReplacesOnlyAMissingValue()
 {
     QCOMPARE(numberIn(u"0"_s).valueOr(7), 0);
     QCOMPARE(numberIn(u"none"_s).valueOr(7), 7);
+}
+
+void ResultTest::givesAwayAValueThatCannotBeCopied()
+{
+    Result<std::unique_ptr<int>> result = std::make_unique<int>(5);
+    const int *const made = result->get();
+    const std::unique_ptr<int> taken = result.take();
+    QCOMPARE(taken.get(), made);
+    QVERIFY(!*result);
 }
 
 void ResultTest::succeedsWithoutAValue()

@@ -11,6 +11,7 @@
 #include "platform/distributednotificationcenter.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/notificationservice.h"
+#include "tests/support/reason.h"
 #include "tests/support/sentrecorder.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
@@ -233,7 +234,7 @@ void DaemonProcessTest::startsWithTheFactorySettings()
     const auto settings = mDaemon->request(Command::readSettings);
     QVERIFY(settings);
     const QVariantMap document = settings->values.value(u"AllDevSettings"_s).toMap();
-    QCOMPARE(SettingsDocument::problemOf(document), QString());
+    QCOMPARE(reasonOf(SettingsDocument::validate(document)), QString());
     QCOMPARE(firstName(document), u"Default Profile"_s);
     QVERIFY(Document(document).activeProfile().value(u"Keys"_s).toMap().size()
             >= 119); // the keys of Kestra.plist, not of a fallback
@@ -845,7 +846,7 @@ void DaemonProcessTest::keepsAnsweredChangesWhenKilled()
         const auto settings = mDaemon->request(Command::readSettings);
         QVERIFY(settings);
         const QVariantMap document = settings->values.value(u"AllDevSettings"_s).toMap();
-        QCOMPARE(SettingsDocument::problemOf(document), QString());
+        QCOMPARE(reasonOf(SettingsDocument::validate(document)), QString());
         const int stored = firstName(document).toInt();
         // Replies on their way are lost with the daemon, so the stored number may exceed the answered one, but not fall
         // below it.

@@ -2,6 +2,7 @@
 // Random use and random messages.
 #include "base/qlcoreutility.h"
 #include "tests/daemon/devicedaemonfixture.h"
+#include "tests/support/reason.h"
 #include "tests/support/testmain.h"
 
 #include <QLoggingCategory>
@@ -121,7 +122,7 @@ void DeviceDaemonRandomTest::randomMessagesLeaveTheDaemonAliveAndTheDocumentVali
         (void)(random.bounded(2) ? mKeyboard->press(7, usage) : mKeyboard->release(7, usage));
         if (random.bounded(100) == 0)
             random.bounded(2) ? mKeyboard->remove() : mKeyboard->attach();
-        const QString problem = SettingsDocument::problemOf(mDaemon->document());
+        const QString problem = reasonOf(SettingsDocument::validate(mDaemon->document()));
         QVERIFY2(problem.isEmpty(), qPrintable(problem));
     }
     QLoggingCategory::setFilterRules(QString());

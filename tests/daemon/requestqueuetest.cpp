@@ -2,6 +2,7 @@
 #include "daemon/requestqueue.h"
 
 #include "base/propertylist.h"
+#include "tests/support/reason.h"
 #include "tests/support/testmain.h"
 
 #include <QTest>
@@ -212,14 +213,14 @@ void RequestQueueTest::largestDocumentFits()
     document.insert(u"Data"_s, data);
     document.insert(u"Numbers"_s, numbers);
     document = SettingsDocument::completed(document);
-    QCOMPARE(SettingsDocument::problemOf(document), QString());
+    QCOMPARE(reasonOf(SettingsDocument::validate(document)), QString());
     const std::optional<QByteArray> bytes = PropertyList::writeBinary(document);
     QVERIFY(bytes);
     QVERIFY2(bytes->size() <= SettingsDocument::maximumBinaryBytes, qPrintable(QString::number(bytes->size())));
     QVERIFY(bytes->size() > SettingsDocument::maximumBinaryBytes - 10'000); // the limit is not unnecessarily large
     numbers += QVariantList(others, 1);
     document.insert(u"Numbers"_s, numbers);
-    QVERIFY(!SettingsDocument::problemOf(document).isEmpty());
+    QVERIFY(!SettingsDocument::validate(document));
 }
 
 QTEST_GUILESS_MAIN(RequestQueueTest)

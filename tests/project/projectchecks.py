@@ -230,9 +230,6 @@ def check_document_look_ups(sources):
 
 REASON_PARAMETER = re.compile(
     r"(?<!const )\b((?:int|bool|QString)\s*[&*]\s*(?:error|problem|reason|refusal|failure|ok|isOk)\w*)\s*[,)=]")
-# The files of the key thread report errno values to LinuxDevices.
-KEY_THREAD_FILES = tuple(f"daemon/keyboards/linux/{name}.{suffix}" for suffix in ("h", "cpp")
-                         for name in ("eventfile", "linuxdevices", "outputdevice"))
 ENUMERATION = re.compile(r"\benum(?:\s+class)?\s+(\w+)[^{;]*\{([^}]*)\}")
 LINE_COMMENT = re.compile(r"//[^\n]*")
 SUCCESS = re.compile(r"\b(?:ok|done|success|succeeded)\b")
@@ -248,9 +245,8 @@ def check_failures(sources):
         if not source.is_code() or source.is_under("tests", "bench", "fuzz", "tools"):
             continue
         enumerations = ENUMERATION.findall(LINE_COMMENT.sub("", source.text))
-        if source.path not in KEY_THREAD_FILES:
-            findings += [f"{source.path}: returns a reason through an out-parameter: {parameter}"
-                         for parameter in REASON_PARAMETER.findall(source.text)]
+        findings += [f"{source.path}: returns a reason through an out-parameter: {parameter}"
+                     for parameter in REASON_PARAMETER.findall(source.text)]
         if source.path not in NUMBERS_WITH_SUCCESS:
             findings += [f"{source.path}: {name} has success among its reasons"
                          for name, body in enumerations if SUCCESS.search(body)]

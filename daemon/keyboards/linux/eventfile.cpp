@@ -23,22 +23,19 @@ void setTime(input_event &event, KeyTranslator::Time time)
 
 } // namespace
 
-std::unique_ptr<EvdevFile> EvdevFile::open(const QString &path, int &error)
+Result<std::unique_ptr<EventFile>, int> EvdevFile::open(const QString &path)
 {
     const int descriptor = ::open(path.toLocal8Bit().constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
-        error = errno;
-        return nullptr;
-    }
+    if (descriptor < 0)
+        return errno;
     libevdev *device = nullptr;
-    error = -libevdev_new_from_fd(descriptor, &device);
-    if (error > 0) {
+    if (const int error = -libevdev_new_from_fd(descriptor, &device); error > 0) {
         ::close(descriptor);
-        return nullptr;
+        return error;
     }
     // The engine's clock. Others could be set back during the recording of a macro.
     libevdev_set_clock_id(device, CLOCK_MONOTONIC);
-    return std::unique_ptr<EvdevFile>(new EvdevFile(descriptor, device));
+    return std::unique_ptr<EventFile>(new EvdevFile(descriptor, device));
 }
 
 EvdevFile::~EvdevFile()

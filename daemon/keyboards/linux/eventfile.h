@@ -3,6 +3,7 @@
 // any thread, then used by one; allocates nothing after opening.
 #pragma once
 
+#include "base/result.h"
 #include "daemon/keyboards/linux/eventbuffer.h"
 #include "daemon/keyboards/linux/keytranslator.h"
 
@@ -50,8 +51,8 @@ public:
 class EvdevFile : public EventFile
 {
 public:
-    /// Null if it cannot be opened; `error` is then errno.
-    [[nodiscard]] static std::unique_ptr<EvdevFile> open(const QString &path, int &error);
+    /// The error is an errno value.
+    [[nodiscard]] static Result<std::unique_ptr<EventFile>, int> open(const QString &path);
     ~EvdevFile() override;
 
     [[nodiscard]] int descriptor() const override { return mDescriptor; }

@@ -406,15 +406,15 @@ bool LinuxDevices::hasOutput()
 {
     if (mKeyboard.keyThread())
         return true;
-    QString problem;
-    std::unique_ptr<OutputDevice> output = mServices.makeOutput(problem);
+    Result<std::unique_ptr<OutputDevice>> output = mServices.makeOutput();
     if (!output) {
+        const QString problem = output.error().message;
         if (std::exchange(mOutputProblem, problem) != problem)
             qCWarning(lcKeyboard, "desktop: %s", qUtf8Printable(problem));
         return false;
     }
     mOutputProblem.clear();
-    mKeyboard.start(std::move(output));
+    mKeyboard.start(output.take());
     return true;
 }
 
@@ -484,15 +484,16 @@ bool LinuxDevices::areRightsMissing() const
 void LinuxDevices::add(Node node)
 {
     node.id = ++mLastNodeId;
-    std::unique_ptr<EventFile> file = mServices.openNode(node.info.node, node.error);
+    Result<std::unique_ptr<EventFile>, int> file = mServices.openNode(node.info.node);
     if (file) {
         const bool isRetry = mLoggedProblems.contains(node.info.systemPath);
         if (!isRetry)
             qCInfo(lcKeyboard, "keyboard: %s (%s) chosen, opened", qUtf8Printable(node.info.node),
                    qUtf8Printable(node.deviceName));
-        mKeyboard.addNode(std::move(file), node.id, node.info.isHid);
+        mKeyboard.addNode(file.take(), node.id, node.info.isHid);
     } else {
         node.state = EventDevice::State::refused;
+        node.error = file.error();
         logProblem(node);
     }
     mNodes += node;

@@ -23,10 +23,10 @@ public:
     /// Functions that ask the system; tests replace them.
     struct Services
     {
-        /// Null if not possible; `error` is then errno.
-        std::function<std::unique_ptr<EventFile>(const QString &node, int &error)> openNode;
-        /// Null if not possible; `problem` is then the reason, with the remedy.
-        std::function<std::unique_ptr<OutputDevice>(QString &problem)> makeOutput;
+        /// The error is an errno value.
+        std::function<Result<std::unique_ptr<EventFile>, int>(const QString &node)> openNode;
+        /// The error is a whole sentence, with the remedy.
+        std::function<Result<std::unique_ptr<OutputDevice>>()> makeOutput;
         /// 0, or the errno value with which opening the file would fail.
         std::function<int(const QString &path)> access;
         /// Whether this user is at the seat; lookAgain() must be called when the answer changes.
@@ -64,7 +64,6 @@ Q_SIGNALS:
     void releaseChordPressed(); ///< the user has held the release chord; every keyboard was ungrabbed
 
 private:
-    /// A node of an attached keyboard that is chosen.
     /// As in InputDevice.
     struct Problem
     {
@@ -72,6 +71,7 @@ private:
         QString text = {};
     };
 
+    /// A node of an attached keyboard that is chosen.
     struct Node
     {
         int id = 0; // the channel's; never reused

@@ -37,12 +37,13 @@ constexpr CodeRange notOfAKeyboard[] = {
 };
 static_assert(BTN_TASK + 9 == BTN_JOYSTICK && BTN_GEAR_UP + 15 == KEY_OK);
 
-QString problemOf(int error)
+Error problemOf(int error)
 {
     if (error == EACCES || error == EPERM || error == ENOENT || error == ENODEV)
-        return u"The daemon cannot make its own keyboard: %1 (/dev/uinput). %2"_s.arg(
-            QString::fromLocal8Bit(strerror(error)), outputRightsRemedy());
-    return u"The daemon cannot make its own keyboard: %1 (/dev/uinput)."_s.arg(QString::fromLocal8Bit(strerror(error)));
+        return {u"The daemon cannot make its own keyboard: %1 (/dev/uinput). %2"_s.arg(
+            QString::fromLocal8Bit(strerror(error)), outputRightsRemedy())};
+    return {
+        u"The daemon cannot make its own keyboard: %1 (/dev/uinput)."_s.arg(QString::fromLocal8Bit(strerror(error)))};
 }
 
 libevdev *describe()
@@ -84,21 +85,18 @@ struct OutputDevice::Batch
     bool hasVolume = false;
 };
 
-std::unique_ptr<OutputDevice> OutputDevice::create(QString &problem)
+Result<std::unique_ptr<OutputDevice>> OutputDevice::create()
 {
     const int file = ::open("/dev/uinput", O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0) {
-        problem = problemOf(errno);
-        return nullptr;
-    }
+    if (file < 0)
+        return problemOf(errno);
     libevdev *description = describe();
     libevdev_uinput *device = nullptr;
     const int error = description ? libevdev_uinput_create_from_device(description, file, &device) : -ENOMEM;
     libevdev_free(description);
     if (error < 0) {
         ::close(file);
-        problem = problemOf(-error);
-        return nullptr;
+        return problemOf(-error);
     }
     return std::unique_ptr<OutputDevice>(new OutputDevice(file, device));
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/keycodes.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -28,8 +29,8 @@ public:
     static const char *const name;
     static constexpr int volumeMaximum = 65535; // from 0, whatever the range of the keyboard
 
-    /// Null if the system does not allow it; `problem` is then the reason, with the remedy.
-    [[nodiscard]] static std::unique_ptr<OutputDevice> create(QString &problem);
+    /// Fails if the system does not allow it. The error is a whole sentence, with the remedy.
+    [[nodiscard]] static Result<std::unique_ptr<OutputDevice>> create();
     /// Writes its events to this file, which it owns, for callers that read them.
     [[nodiscard]] static std::unique_ptr<OutputDevice> onFile(int descriptor);
     ~OutputDevice();

@@ -5,6 +5,7 @@
 #include "daemon/capture/ontheflyrecorder.h"
 #include "daemon/settings/settingsdocument.h"
 #include "macros/macrorecord.h"
+#include "tests/support/reason.h"
 #include "tests/support/testmain.h"
 
 #include <QTest>
@@ -162,7 +163,7 @@ void OnTheFlyTest::addsAMacroThatTheKeyPlays()
     QCOMPARE(entryOf(outcome.document, 1, u"4"_s), expected);
     QCOMPARE(entryOf(outcome.document, 0, u"4"_s), entryOf(before, 0, u"4"_s));
     QCOMPARE(Document(outcome.document).activeProfileIndex(), 1);
-    QCOMPARE(SettingsDocument::problemOf(outcome.document), QString());
+    QCOMPARE(reasonOf(SettingsDocument::validate(outcome.document)), QString());
     QCOMPARE(SettingsDocument::completed(outcome.document), outcome.document);
 }
 

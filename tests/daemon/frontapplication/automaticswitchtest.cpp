@@ -3,6 +3,7 @@
 // remembered.
 #include "daemon/frontapplication/automaticswitch.h"
 #include "base/document.h"
+#include "tests/support/reason.h"
 #include "tests/support/testmain.h"
 
 #include "daemon/settings/documentcommands.h"
@@ -167,8 +168,8 @@ void AutomaticSwitchTest::storyEndsWithTheRightProfiles()
     QFETCH(QString, story);
     for (const QString &word : story.split(u' ')) {
         act(word);
-        QCOMPARE(SettingsDocument::problemOf(mDocument), QString());
-        QCOMPARE(SettingsDocument::problemOf(mSwitch.documentToKeep(mDocument)), QString());
+        QCOMPARE(reasonOf(SettingsDocument::validate(mDocument)), QString());
+        QCOMPARE(reasonOf(SettingsDocument::validate(mSwitch.documentToKeep(mDocument))), QString());
     }
     QTEST(activeName(mDocument), "active");
     QTEST(activeName(mSwitch.documentToKeep(mDocument)), "kept");

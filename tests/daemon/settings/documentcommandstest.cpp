@@ -4,6 +4,7 @@
 #include "base/document.h"
 #include "daemon/settings/settingsdocument.h"
 #include "macros/macrorecord.h"
+#include "tests/support/reason.h"
 #include "tests/support/testmain.h"
 
 #include <QRandomGenerator>
@@ -551,7 +552,7 @@ void DocumentCommandsTest::randomRequestsKeepTheDocumentValid()
                 request.insert(keys.at(index), valueOf(keys.at(index)));
         }
         const CommandOutcome outcome = command->apply(document, request);
-        const QString problem = SettingsDocument::problemOf(outcome.document);
+        const QString problem = reasonOf(SettingsDocument::validate(outcome.document));
         QVERIFY2(problem.isEmpty(), qPrintable(problem));
         if (outcome.status != Status::ok)
             QCOMPARE(outcome.document, document);

@@ -4,6 +4,7 @@
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
 #include "macros/macrorecord.h"
+#include "tests/support/reason.h"
 #include "tests/support/testmain.h"
 
 #include <QTest>
@@ -69,7 +70,7 @@ private Q_SLOTS:
 
 void SettingsDocumentTest::minimalDocumentIsValid()
 {
-    QCOMPARE(problemOf(minimal()), QString());
+    QCOMPARE(reasonOf(validate(minimal())), QString());
     QCOMPARE(Document(minimal()).profiles().size(), 1);
     QCOMPARE(completed(minimal()), minimal());
 }
@@ -141,7 +142,7 @@ void SettingsDocumentTest::recognisesValidDocuments()
 {
     QFETCH(QVariantMap, settings);
     QFETCH(bool, isValid);
-    const QString problem = problemOf(settings);
+    const QString problem = reasonOf(validate(settings));
     QVERIFY2(problem.isEmpty() == isValid, qPrintable(problem));
 }
 
@@ -154,7 +155,7 @@ void SettingsDocumentTest::largestDocumentCanBeWrittenInsideAReply()
     for (int value = 0; value < maximumNodes - 2000; ++value)
         values += value * 1.1;
     settings.insert(u"Values"_s, values);
-    QCOMPARE(problemOf(settings), QString());
+    QCOMPARE(reasonOf(validate(settings)), QString());
     const auto data =
         QlCoreUtility::convertDictionaryToData(QVariantMap{{u"ReturnStatus"_s, 0}, {u"ReturnDictionary"_s, settings}});
     QVERIFY(data);
@@ -168,7 +169,7 @@ void SettingsDocumentTest::completingIsIdempotent()
     const QVariantMap once =
         completed(document({profile(u"A"_s)}, {macro(u"M"_s, 7), macro(u"N"_s, 7), macro(u"O"_s)}));
     QCOMPARE(completed(once), once);
-    QCOMPARE(problemOf(once), QString());
+    QCOMPARE(reasonOf(validate(once)), QString());
 }
 
 void SettingsDocumentTest::givesEveryMacroAUniqueNumber()

@@ -2,6 +2,7 @@
 // One wrong value at a time in a full document: the value is repaired, and everything else remains unchanged.
 #include "daemon/settings/settingsrepair.h"
 #include "base/document.h"
+#include "tests/support/reason.h"
 #include "tests/support/testmain.h"
 
 #include "daemon/settings/settingsdocument.h"
@@ -320,11 +321,11 @@ void SettingsRepairTest::oneWrongValueIsRepaired()
 {
     QFETCH(QVariantMap, broken);
     QFETCH(QVariantMap, expected);
-    QVERIFY(!SettingsDocument::problemOf(broken).isEmpty());
+    QVERIFY(!SettingsDocument::validate(broken));
     const auto result = repairedSettings(broken);
     QVERIFY(result);
     QVERIFY(!result->repairs.isEmpty());
-    QCOMPARE(SettingsDocument::problemOf(result->document), QString());
+    QCOMPARE(reasonOf(SettingsDocument::validate(result->document)), QString());
     QCOMPARE(result->document, expected);
 }
 
@@ -336,7 +337,7 @@ void SettingsRepairTest::severalWrongValuesAreRepaired()
     const auto result = repairedSettings(broken);
     QVERIFY(result);
     QCOMPARE(result->repairs.size(), 3);
-    QCOMPARE(SettingsDocument::problemOf(result->document), QString());
+    QCOMPARE(reasonOf(SettingsDocument::validate(result->document)), QString());
     QVariantMap expected = without({u"Profiles"_s, 0, u"Keys"_s, u"4"_s});
     expected =
         with(expected, {u"Macros"_s, 1}, QVariantMap{{u"MacroName"_s, u"Macro 2"_s}, {u"sequence"_s, QVariantMap()}});
@@ -363,7 +364,7 @@ void SettingsRepairTest::knownValuesAreRemovedWhenNecessary()
     broken = with(broken, {u"Profiles"_s, 1, u"ProfileName"_s}, threeQuarters);
     const auto result = repairedSettings(broken);
     QVERIFY(result);
-    QCOMPARE(SettingsDocument::problemOf(result->document), QString());
+    QCOMPARE(reasonOf(SettingsDocument::validate(result->document)), QString());
     const QVariantList profiles = Document(result->document).profiles();
     QVERIFY(!profiles.at(2).toMap().contains(u"AppInfo"_s));
     QCOMPARE(profiles.at(2).toMap().value(u"Keys"_s), profile(u"C"_s).value(u"Keys"_s));
@@ -395,10 +396,10 @@ void SettingsRepairTest::anyDamageIsRepairedAtOnce()
         const auto result = repairedSettings(broken);
         if (!result) // all three pieces are missing
             continue;
-        const bool isBroken = !SettingsDocument::problemOf(broken).isEmpty();
+        const bool isBroken = !SettingsDocument::validate(broken);
         brokenCount += isBroken ? 1 : 0;
         QCOMPARE(result->repairs.isEmpty(), !isBroken);
-        QCOMPARE(SettingsDocument::problemOf(result->document), QString());
+        QCOMPARE(reasonOf(SettingsDocument::validate(result->document)), QString());
         QCOMPARE(repairedSettings(result->document)->repairs, QStringList());
     }
     QVERIFY2(brokenCount > 500, qPrintable(QString::number(brokenCount)));

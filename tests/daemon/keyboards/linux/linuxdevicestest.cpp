@@ -120,14 +120,16 @@ void LinuxDevicesTest::init()
     mDevices = std::make_unique<LinuxDevices>(
         *mSource, *mKeyboard,
         LinuxDevices::Services{
-            .openNode = [this, errorOf](const QString &path, int &error) -> std::unique_ptr<EventFile> {
-                error = errorOf(path);
-                return error || !mFakes.contains(path) ? nullptr : mFakes[path]->open();
+            .openNode = [this, errorOf](const QString &path) -> Result<std::unique_ptr<EventFile>, int> {
+                if (const int error = mFakes.contains(path) ? errorOf(path) : ENOENT)
+                    return error;
+                return mFakes[path]->open();
             },
-            .makeOutput = [this](QString &problem) -> std::unique_ptr<OutputDevice> {
+            .makeOutput = [this]() -> Result<std::unique_ptr<OutputDevice>> {
                 ++mOutputs;
-                problem = mOutputProblem;
-                return problem.isEmpty() ? mPipe->device() : nullptr;
+                if (!mOutputProblem.isEmpty())
+                    return Error{mOutputProblem};
+                return mPipe->device();
             },
             .access = errorOf,
             .presence =

@@ -143,8 +143,9 @@ void OutputDeviceTest::reportsWhyItCannotBeCreated()
 {
     if (QFile::exists(u"/dev/uinput"_s))
         QSKIP("this machine may be able to");
-    QString problem;
-    QVERIFY(!OutputDevice::create(problem));
+    const auto output = OutputDevice::create();
+    QVERIFY(!output);
+    const QString problem = output.error().message;
     QVERIFY2(problem.contains("modprobe uinput"_L1), qPrintable(problem));
 }
 
