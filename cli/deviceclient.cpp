@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr DaemonObject devices{
+constexpr DaemonObjectClient devices{
     .path = DeviceKeys::objectPath, .interface = DeviceKeys::interfaceName, .words = "use of real keyboards"_L1};
 
 /// The daemon's own messages are whole sentences and contain the remedy.
@@ -32,7 +32,7 @@ DaemonObjectResult<void> inItsWords(const DaemonObjectResult<QVariantList> &resu
 
 DaemonObjectResult<QList<QVariantMap>> DeviceClient::list()
 {
-    const DaemonObjectResult<QVariantList> values = devices.call("List"_L1);
+    const DaemonObjectResult<QVariantList> values = devices.call("List"_L1, {}, u"the keyboards cannot be listed"_s);
     if (!values)
         return values.error();
     return qdbus_cast<QList<QVariantMap>>(values->value(0));
@@ -40,7 +40,8 @@ DaemonObjectResult<QList<QVariantMap>> DeviceClient::list()
 
 DaemonObjectResult<QVariantMap> DeviceClient::status()
 {
-    const DaemonObjectResult<QVariantList> values = devices.call("Status"_L1);
+    const DaemonObjectResult<QVariantList> values =
+        devices.call("Status"_L1, {}, u"the state of the keyboards cannot be read"_s);
     if (!values)
         return values.error();
     return qdbus_cast<QVariantMap>(values->value(0));
@@ -48,7 +49,7 @@ DaemonObjectResult<QVariantMap> DeviceClient::status()
 
 DaemonObjectResult<void> DeviceClient::use(const QStringList &ids)
 {
-    return inItsWords(devices.call("Use"_L1, {ids}));
+    return inItsWords(devices.call("Use"_L1, {ids}, u"the keyboards cannot be used"_s));
 }
 
 DaemonObjectResult<void> DeviceClient::useAlso(const QStringList &ids)
@@ -63,5 +64,5 @@ DaemonObjectResult<void> DeviceClient::releaseThese(const QStringList &ids)
 
 DaemonObjectResult<void> DeviceClient::release()
 {
-    return inItsWords(devices.call("Release"_L1));
+    return inItsWords(devices.call("Release"_L1, {}, u"the keyboards cannot be released"_s));
 }

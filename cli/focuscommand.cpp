@@ -7,5 +7,6 @@ using namespace Qt::StringLiterals;
 
 CommandResult<void> reportFrontApplication(CommandContext &context)
 {
-    return frontApplicationObject.call("Tell"_L1, {context.arguments.first()}).withoutValue<CommandError>();
+    const QString failure = u"the application in front cannot be reported"_s;
+    return frontApplicationObject.call("Tell"_L1, {context.arguments.first()}, failure).withoutValue<CommandError>();
 }

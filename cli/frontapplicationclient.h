@@ -3,10 +3,10 @@
 #pragma once
 
 #include "base/frontapplicationkeys.h"
-#include "cli/daemonobject.h"
+#include "cli/daemonobjectclient.h"
 
 /// org.quillkestra.FrontApplication; docs/daemon-protocol.md documents its methods and properties.
-inline constexpr DaemonObject frontApplicationObject{.path = FrontApplicationKeys::objectPath,
-                                                     .interface = FrontApplicationKeys::interfaceName,
-                                                     .words =
-                                                         QLatin1StringView("switching by the application in front")};
+inline constexpr DaemonObjectClient frontApplicationObject{
+    .path = FrontApplicationKeys::objectPath,
+    .interface = FrontApplicationKeys::interfaceName,
+    .words = QLatin1StringView("switching by the application in front")};

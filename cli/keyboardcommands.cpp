@@ -12,30 +12,30 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-CommandResult<void> callKeyboard(QLatin1StringView method, const QVariantList &arguments = {})
+CommandResult<void> callKeyboard(QLatin1StringView method, const QVariantList &arguments, const QString &failure)
 {
-    return VirtualKeyboardClient::call(method, arguments).withoutValue<CommandError>();
+    return VirtualKeyboardClient::call(method, arguments, failure).withoutValue<CommandError>();
 }
 
-CommandResult<void> callWithKey(CommandContext &context, QLatin1StringView method)
+CommandResult<void> withKey(const CommandContext &context, CommandResult<void> (*action)(int code))
 {
     const QString &text = context.arguments.first();
     const std::optional<int> code = keyCodeForName(text);
     if (!code)
         return wrongUsage(u"the keyboard has no key \"%1\" (see kestractl key --list)"_s.arg(text));
-    return callKeyboard(method, {uint{HidPages::keyboard}, static_cast<uint>(*code)});
+    return action(*code);
 }
 
 } // namespace
 
 CommandResult<void> pressKey(CommandContext &context)
 {
-    return callWithKey(context, "Press"_L1);
+    return withKey(context, VirtualKeyboardClient::pressKey);
 }
 
 CommandResult<void> releaseKey(CommandContext &context)
 {
-    return callWithKey(context, "Release"_L1);
+    return withKey(context, VirtualKeyboardClient::releaseKey);
 }
 
 CommandResult<void> showSentKeys(CommandContext &context)
@@ -60,33 +60,34 @@ CommandResult<void> showSentKeys(CommandContext &context)
 
 CommandResult<void> attachKeyboard(CommandContext &)
 {
-    return callKeyboard("Attach"_L1);
+    return callKeyboard("Attach"_L1, {}, u"the keyboard cannot be attached"_s);
 }
 
 CommandResult<void> removeKeyboard(CommandContext &)
 {
-    return callKeyboard("Remove"_L1);
+    return callKeyboard("Remove"_L1, {}, u"the keyboard cannot be removed"_s);
 }
 
 CommandResult<void> pressGameMode(CommandContext &)
 {
-    return callKeyboard("PressGameMode"_L1);
+    return callKeyboard("PressGameMode"_L1, {}, u"game mode cannot be switched"_s);
 }
 
 CommandResult<void> pressMacroKey(CommandContext &)
 {
-    return callKeyboard("PressMacroKey"_L1);
+    return callKeyboard("PressMacroKey"_L1, {}, u"the Macro key cannot be pressed"_s);
 }
 
 CommandResult<void> setBrightness(CommandContext &context)
 {
+    const QString failure = u"the brightness cannot be changed"_s;
     if (context.arguments.first() == "up"_L1)
-        return callKeyboard("PressBrightnessUp"_L1);
+        return callKeyboard("PressBrightnessUp"_L1, {}, failure);
     if (context.arguments.first() == "down"_L1)
-        return callKeyboard("PressBrightnessDown"_L1);
+        return callKeyboard("PressBrightnessDown"_L1, {}, failure);
     bool isNumber = false;
     const int brightness = context.arguments.first().toInt(&isNumber);
     if (!isNumber)
         return wrongUsage(u"\"%1\" is neither a number nor up or down"_s.arg(context.arguments.first()));
-    return callKeyboard("SetBrightness"_L1, {brightness});
+    return callKeyboard("SetBrightness"_L1, {brightness}, failure);
 }

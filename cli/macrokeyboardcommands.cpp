@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // "macro record" and "macro play": macros and the keyboard.
 #include "base/document.h"
-#include "base/hidpages.h"
 #include "cli/chosenrecord.h"
 #include "cli/commandtable.h"
 #include "cli/keydescription.h"
@@ -112,16 +111,10 @@ std::optional<PlayingKey> keyThatPlays(const QVariantMap &document, int macro)
     return {};
 }
 
-CommandResult<void> sendKey(QLatin1StringView method, int code)
-{
-    return VirtualKeyboardClient::call(method, {uint{HidPages::keyboard}, static_cast<uint>(code)})
-        .withoutValue<CommandError>();
-}
-
 CommandResult<void> pressOnce(int code)
 {
-    const CommandResult<void> pressed = sendKey("Press"_L1, code);
-    return pressed ? sendKey("Release"_L1, code) : pressed;
+    const CommandResult<void> pressed = VirtualKeyboardClient::pressKey(code);
+    return pressed ? VirtualKeyboardClient::releaseKey(code) : pressed;
 }
 
 /// Does to the key what a finger would: a key that repeats until released is held, one that repeats until pressed again
@@ -130,11 +123,11 @@ CommandResult<void> pressFor(const PlayingKey &key, std::chrono::milliseconds du
 {
     QEventLoop loop;
     if (key.repeat == KeyMappings::repeatUntilReleasedValue) {
-        const CommandResult<void> pressed = sendKey("Press"_L1, key.code);
+        const CommandResult<void> pressed = VirtualKeyboardClient::pressKey(key.code);
         if (!pressed)
             return pressed;
         runUntilEnded(loop, duration);
-        return sendKey("Release"_L1, key.code);
+        return VirtualKeyboardClient::releaseKey(key.code);
     }
     const CommandResult<void> played = pressOnce(key.code);
     if (!played || key.repeat != KeyMappings::repeatUntilPressedAgainValue)

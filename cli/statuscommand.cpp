@@ -43,9 +43,9 @@ QString frontApplicationHint()
 /// The problems of the settings files since the daemon started; null when the daemon does not report them.
 QJsonValue settingsProblems()
 {
-    constexpr DaemonObject settings{.path = SettingsObjectKeys::objectPath,
-                                    .interface = SettingsObjectKeys::interfaceName,
-                                    .words = "state of the settings files"_L1};
+    constexpr DaemonObjectClient settings{.path = SettingsObjectKeys::objectPath,
+                                          .interface = SettingsObjectKeys::interfaceName,
+                                          .words = "state of the settings files"_L1};
     const DaemonObjectResult<QVariant> problems = settings.property(SettingsObjectKeys::problems);
     return problems ? QJsonValue(QJsonArray::fromStringList(problems->toStringList())) : QJsonValue();
 }

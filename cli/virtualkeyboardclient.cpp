@@ -2,6 +2,8 @@
 #include "cli/virtualkeyboardclient.h"
 
 #include "base/daemonprotocol.h"
+#include "base/hidpages.h"
+#include "keys/keynames.h"
 
 #include <QDBusArgument>
 
@@ -9,15 +11,32 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr DaemonObject virtualKeyboard{.path = DaemonProtocol::virtualKeyboardPath,
-                                       .interface = DaemonProtocol::virtualKeyboardInterface,
-                                       .words = "virtual keyboard"_L1};
+constexpr DaemonObjectClient virtualKeyboard{.path = DaemonProtocol::virtualKeyboardPath,
+                                             .interface = DaemonProtocol::virtualKeyboardInterface,
+                                             .words = "virtual keyboard"_L1};
+
+CommandResult<void> sendKey(QLatin1StringView method, int code, const QString &failure)
+{
+    return virtualKeyboard.call(method, {uint{HidPages::keyboard}, static_cast<uint>(code)}, failure.arg(keyName(code)))
+        .withoutValue<CommandError>();
+}
 
 } // namespace
 
-DaemonObjectResult<QVariantList> VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments)
+DaemonObjectResult<QVariantList> VirtualKeyboardClient::call(QLatin1StringView method, const QVariantList &arguments,
+                                                             const QString &failure)
 {
-    return virtualKeyboard.call(method, arguments);
+    return virtualKeyboard.call(method, arguments, failure);
+}
+
+CommandResult<void> VirtualKeyboardClient::pressKey(int code)
+{
+    return sendKey("Press"_L1, code, u"the key %1 cannot be pressed"_s);
+}
+
+CommandResult<void> VirtualKeyboardClient::releaseKey(int code)
+{
+    return sendKey("Release"_L1, code, u"the key %1 cannot be released"_s);
 }
 
 std::optional<bool> VirtualKeyboardClient::isAttached()

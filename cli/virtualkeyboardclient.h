@@ -2,7 +2,7 @@
 // The daemon's virtual keyboard, driven over the session bus.
 #pragma once
 
-#include "cli/daemonobject.h"
+#include "cli/daemonobjectclient.h"
 
 #include <QList>
 
@@ -11,8 +11,13 @@
 /// Main thread only; each call blocks for at most 5 seconds.
 namespace VirtualKeyboardClient {
 
-/// Calls `method` of org.quillkestra.VirtualKeyboard. Refused when the daemon drives a real keyboard instead.
-[[nodiscard]] DaemonObjectResult<QVariantList> call(QLatin1StringView method, const QVariantList &arguments = {});
+/// Calls `method` of org.quillkestra.VirtualKeyboard. Refused when the daemon drives a real keyboard instead. `failure`
+/// is that of DaemonObjectClient::call().
+[[nodiscard]] DaemonObjectResult<QVariantList> call(QLatin1StringView method, const QVariantList &arguments,
+                                                    const QString &failure);
+/// Presses or releases the key with this code, by the method "Press" or "Release".
+[[nodiscard]] CommandResult<void> pressKey(int code);
+[[nodiscard]] CommandResult<void> releaseKey(int code);
 
 /// Whether the virtual keyboard is attached; absent when the daemon has none.
 [[nodiscard]] std::optional<bool> isAttached();

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void virtualKeyboardAcceptsItsCommands_data();
     void virtualKeyboardAcceptsItsCommands();
     void refusalHasOneLine();
+    void refusalNamesWhatDoesNotHappen();
     void showsTheKeysThatTheComputerSees();
     void gameModeIsSwitched();
     void brightnessIsSet();
@@ -591,12 +592,24 @@ void TestKestractl::virtualKeyboardAcceptsItsCommands()
     QCOMPARE(result.errors.isEmpty(), exitCode == 0);
 }
 
+void TestKestractl::refusalNamesWhatDoesNotHappen()
+{
+    const QString reason = u": the keyboard is not attached\n"_s;
+    QCOMPARE(run({u"keyboard"_s, u"remove"_s}).exitCode, 0);
+    QCOMPARE(run({u"keyboard"_s, u"press"_s, u"F8"_s}).errorText(),
+             u"kestractl: the key F8 cannot be pressed"_s + reason);
+    QCOMPARE(run({u"keyboard"_s, u"macro-key"_s}).errorText(),
+             u"kestractl: the Macro key cannot be pressed"_s + reason);
+    QCOMPARE(run({u"keyboard"_s, u"game-mode"_s}).errorText(), u"kestractl: game mode cannot be switched"_s + reason);
+    QCOMPARE(run({u"keyboard"_s, u"attach"_s}).exitCode, 0);
+}
+
 void TestKestractl::refusalHasOneLine()
 {
     constexpr int rounds = 40; // QtDBus's thread wins the race with the end of the program in most rounds
     for (int round = 0; round < rounds; ++round) {
         QCOMPARE(run({u"keyboard"_s, u"brightness"_s, u"300"_s}).errorText(),
-                 u"kestractl: the virtual keyboard refused: the brightness levels are 0 to 4\n"_s);
+                 u"kestractl: the brightness cannot be changed: the brightness levels are 0 to 4\n"_s);
     }
 }
 

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "cli/daemonobject.h"
+#include "cli/daemonobjectclient.h"
 
-#include "base/daemonprotocol.h"
-#include "platform/messageport.h"
+#include "daemonlink/daemonobjectcall.h"
 #include "platform/sessionbus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusVariant>
 
 using namespace Qt::StringLiterals;
 
@@ -25,13 +23,8 @@ void waitForBusThread()
     sharedSessionBus().call(ping, QDBus::Block, callLimitMs);
 }
 
-QDBusMessage callDaemon(const DaemonObject &object, QLatin1StringView interface, QLatin1StringView method,
-                        const QVariantList &arguments)
+QDBusMessage replyTo(const QDBusMessage &message)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
-                                                          object.path, interface, method);
-    message.setArguments(arguments);
-    message.setAutoStartService(false);
     const QDBusMessage reply = sharedSessionBus().call(message, QDBus::Block, callLimitMs);
     if (reply.type() == QDBusMessage::ErrorMessage)
         waitForBusThread();
@@ -49,7 +42,7 @@ ExitCode codeOf(const QString &error)
     return ExitCode::refused;
 }
 
-QString messageOf(const DaemonObject &object, const QDBusMessage &error, ExitCode code)
+QString messageOf(const DaemonObjectClient &object, const QDBusMessage &error, ExitCode code, const QString &failure)
 {
     if (code == ExitCode::noDaemon)
         return u"the daemon is not running"_s;
@@ -62,30 +55,32 @@ QString messageOf(const DaemonObject &object, const QDBusMessage &error, ExitCod
         || name == "org.freedesktop.DBus.Error.UnknownInterface"_L1
         || name == "org.freedesktop.DBus.Error.UnknownProperty"_L1)
         return u"the %1 cannot do this: the daemon is of another version"_s.arg(object.words);
-    return u"the %1 refused: %2"_s.arg(object.words, error.errorMessage());
+    return failure + u": "_s + error.errorMessage();
 }
 
-DaemonObjectResult<QVariantList> resultOf(const DaemonObject &object, const QDBusMessage &reply)
+DaemonObjectResult<QVariantList> resultOf(const DaemonObjectClient &object, const QDBusMessage &reply,
+                                          const QString &failure)
 {
     if (reply.type() == QDBusMessage::ReplyMessage)
         return reply.arguments();
     const ExitCode code = codeOf(reply.errorName());
-    return DaemonObjectError{{{messageOf(object, reply, code)}, code}, reply.errorName(), reply.errorMessage()};
+    return DaemonObjectError{
+        {{messageOf(object, reply, code, failure)}, code}, reply.errorName(), reply.errorMessage()};
 }
 
 } // namespace
 
-DaemonObjectResult<QVariantList> DaemonObject::call(QLatin1StringView method, const QVariantList &arguments) const
+DaemonObjectResult<QVariantList> DaemonObjectClient::call(QLatin1StringView method, const QVariantList &arguments,
+                                                          const QString &failure) const
 {
-    return resultOf(*this, callDaemon(*this, interface, method, arguments));
+    return resultOf(*this, replyTo(daemonObjectCall(path, interface, method, arguments)), failure);
 }
 
-DaemonObjectResult<QVariant> DaemonObject::property(QLatin1StringView name) const
+DaemonObjectResult<QVariant> DaemonObjectClient::property(QLatin1StringView name) const
 {
-    const QDBusMessage reply =
-        callDaemon(*this, "org.freedesktop.DBus.Properties"_L1, "Get"_L1, {QString(interface), QString(name)});
-    const DaemonObjectResult<QVariantList> values = resultOf(*this, reply);
+    const DaemonObjectResult<QVariantList> values =
+        resultOf(*this, replyTo(daemonPropertyCall(path, interface, name)), u"the %1 cannot be read"_s.arg(words));
     if (!values)
         return values.error();
-    return values->value(0).value<QDBusVariant>().variant();
+    return daemonPropertyValue(*values);
 }
