@@ -202,7 +202,7 @@ bool KeyboardMainController::readLatestSettings()
 
 void KeyboardMainController::forgetDeletionThatFailed()
 {
-    if (!mIsDeleteProfile || mIsDeletionAnswered)
+    if (!mIsDeleteProfile || mHasDeletionReply)
         return;
     // The keyboard's own keys may have changed the light meanwhile.
     const QVariantMap there = mProfilesArray.value(mDeletedProfileID).toMap();

@@ -225,11 +225,11 @@ private:
     std::optional<QVariantMap> replyTo(DaemonProtocol::Command command, const QVariantMap &request);
     /// Does the same for commands whose reply has only a status; false without a reply.
     bool succeeds(DaemonProtocol::Command command, const QVariantMap &request);
-    /// Returns what identifies the record at the row in the request: a macro's identifier, or the record without its
-    /// lighting. An empty dictionary if there is no such row.
+    /// Returns what identifies the record with the index in the request: a macro's identifier, or the record without
+    /// its lighting. An empty dictionary if there is no such index.
     [[nodiscard]] QVariant recordNamedBy(DaemonProtocol::Command command, const QVariantMap &request) const;
-    /// Checks that the row in the request still has the record that is shown there. Asks for the document when rows may
-    /// have moved unseen. False when the row has another record, or when no document came.
+    /// Checks that the index in the request is still that of the record that is shown there. Asks for the document when
+    /// rows may have moved unseen. False when another record has the index, or when no document came.
     bool isMeantRecord(DaemonProtocol::Command command, const QVariantMap &request);
     /// Must be called when the document was read again. A deletion that was not answered and has not taken place must
     /// not remove assignments at a later switch.
@@ -270,7 +270,7 @@ private:
     bool mAreControlsOn = false;                       // the latest argument of setControlsState()
     bool mMayRowsHaveMoved = false;                    // a deletion, or a request for the document, was not answered
     bool mMayAskForLines = true;                       // false while a refused change is undone in the window
-    bool mIsDeletionAnswered = false;                  // the daemon confirmed the deletion that mIsDeleteProfile marks
+    bool mHasDeletionReply = false;                    // the daemon confirmed the deletion that mIsDeleteProfile marks
     [[maybe_unused]] bool mMessagePortRunning = false; // for completeness; the reply port knows whether it serves
     bool mIsCleaningUp = false;                        // the commands after a deletion repair what referred to it
     bool mIsDeleteProfile = false;                     // from a delete request to the switch that follows it

@@ -36,15 +36,15 @@ bool isSuccess(const std::optional<QVariantMap> &reply)
     return reply && PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus)) == 0;
 }
 
-enum class Row { none, ofProfile, ofMacro };
+enum class NamedRecord { none, profile, macro };
 
-/// Returns the kind of record whose row the command names.
-Row rowNamedBy(Command command)
+/// Returns the kind of record whose index the command has.
+NamedRecord kindNamedBy(Command command)
 {
     switch (command) {
     case Command::updateProfile:
     case Command::deleteProfile:
-    case Command::switchProfile: return Row::ofProfile;
+    case Command::switchProfile: return NamedRecord::profile;
     case Command::startMacroRecording:
     case Command::saveRecordedEvents:
     case Command::deleteMacro:
@@ -55,18 +55,18 @@ Row rowNamedBy(Command command)
     case Command::readEvent:
     case Command::removeAllEvents:
     case Command::setAllDelays:
-    case Command::setDelay: return Row::ofMacro;
-    default: return Row::none;
+    case Command::setDelay: return NamedRecord::macro;
+    default: return NamedRecord::none;
     }
 }
 
-int macroRowIn(const QVariantMap &request)
+int macroIndexIn(const QVariantMap &request)
 {
-    for (const QVariant &row :
+    for (const QVariant &index :
          {request.value(DaemonProtocol::macroId), request.value(DaemonProtocol::indexOfMacroSequence),
           MacroRecord::identity(request.value(DaemonProtocol::macroContents).toMap())}) {
-        if (row.isValid())
-            return PlistNumbers::integerValue(row);
+        if (index.isValid())
+            return PlistNumbers::integerValue(index);
     }
     return -1;
 }
@@ -85,8 +85,8 @@ std::optional<QVariantMap> KeyboardMainController::replyTo(Command command, cons
 
 QVariant KeyboardMainController::recordNamedBy(Command command, const QVariantMap &request) const
 {
-    if (rowNamedBy(command) == Row::ofMacro) {
-        const QVariantMap macro = mMacrosArray.value(macroRowIn(request)).toMap();
+    if (kindNamedBy(command) == NamedRecord::macro) {
+        const QVariantMap macro = mMacrosArray.value(macroIndexIn(request)).toMap();
         const QVariant identity = MacroRecord::identity(macro);
         return identity.isValid() ? identity : macro;
     }
@@ -96,7 +96,7 @@ QVariant KeyboardMainController::recordNamedBy(Command command, const QVariantMa
 
 bool KeyboardMainController::isMeantRecord(Command command, const QVariantMap &request)
 {
-    if (!mMayRowsHaveMoved || rowNamedBy(command) == Row::none)
+    if (!mMayRowsHaveMoved || kindNamedBy(command) == NamedRecord::none)
         return true;
     const QVariant meant = recordNamedBy(command, request);
     mMayRowsHaveMoved = false; // cleared first: redrawing may ask for the lines of a macro
@@ -196,7 +196,7 @@ void KeyboardMainController::deleteProfileWithProfileID(int profileID)
     if (!isMeantRecord(Command::deleteProfile, request))
         return;
     mIsDeleteProfile = true;
-    mIsDeletionAnswered = false;
+    mHasDeletionReply = false;
     mDeletedProfileID = profileID;
     mDeletedProfile = mProfilesArray.value(profileID).toMap();
     updateProfilesControlState(false);
@@ -208,7 +208,7 @@ void KeyboardMainController::deleteProfileWithProfileID(int profileID)
         [](const QVariantMap &latest) { return returnedDocument(latest).has_value(); });
     if (!reply)
         return;
-    mIsDeletionAnswered = true;
+    mHasDeletionReply = true;
     mMayRowsHaveMoved = false;
     {
         const QScopedValueRollback cleaningUp(mIsCleaningUp, true);

@@ -32,11 +32,11 @@ bool isPartOfAnAction(Command command)
     }
 }
 
-Event eventWithoutAnswer(Command command)
+Event eventWithoutReply(Command command)
 {
     if (command == Command::saveRecordedEvents)
-        return Event::recordingNotAnswered;
-    return isPartOfAnAction(command) ? Event::noAnswer : Event::noAnswerToChange;
+        return Event::recordingWithoutReply;
+    return isPartOfAnAction(command) ? Event::noReply : Event::noReplyToChange;
 }
 
 Event eventOfRefusal(Command command)
@@ -70,12 +70,12 @@ void KeyboardMainController::sendAndWait(Command command, const QVariantMap &req
     const auto whileWaiting = [&wait] { wait(); };
     sendDaemonRequest(request, int(command), meanwhile, whileWaiting);
     waitForReply(whileWaiting);
-    const bool isAnswered = LatestReplySlot::shared().holdsReply();
-    if (isAnswered)
+    const bool hasReply = LatestReplySlot::shared().holdsReply();
+    if (hasReply)
         wait.end();
     else
         mServiceStatus.awaitAnswer();
-    mIsDaemonSilent = !isAnswered;
+    mIsDaemonSilent = !hasReply;
     mIsOpened = true;
     showStatus();
 }
@@ -84,7 +84,7 @@ void KeyboardMainController::reportOutcome(Command command, const std::optional<
 {
     const bool isCleanUp = mIsCleaningUp && !isPartOfAnAction(command);
     if (!reply)
-        return report({.event = isCleanUp ? Event::cleanUpNotAnswered : eventWithoutAnswer(command)});
+        return report({.event = isCleanUp ? Event::cleanUpWithoutReply : eventWithoutReply(command)});
     const int status = PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus));
     if (status != 0) {
         report({.event = isCleanUp ? Event::cleanUpRefused : eventOfRefusal(command), .number = status});

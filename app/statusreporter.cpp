@@ -81,6 +81,6 @@ void StatusReporter::Wait::end()
     if (!mIsShown)
         return;
     const auto waited = std::chrono::steady_clock::now() - mStart;
-    mReporter.report({.event = StatusReport::Event::lateAnswer,
+    mReporter.report({.event = StatusReport::Event::lateReply,
                       .number = int(std::chrono::ceil<std::chrono::seconds>(waited).count())});
 }

@@ -90,14 +90,14 @@ const char *keyOf(Event event)
     case Event::notAnApplication: return "lkeyStatusNotAnApplication";
     case Event::macroFull: return "lkeyStatusMacroFull";
     case Event::refused: return "lkeyStatusRefused";
-    case Event::noAnswer: return "lkeyStatusNoAnswer";
-    case Event::noAnswerToChange: return "lkeyStatusNoAnswerToChange";
-    case Event::lateAnswer: return "lkeyStatusLateAnswer";
+    case Event::noReply: return "lkeyStatusNoReply";
+    case Event::noReplyToChange: return "lkeyStatusNoReplyToChange";
+    case Event::lateReply: return "lkeyStatusLateReply";
     case Event::entryHasChanged: return "lkeyStatusEntryHasChanged";
     case Event::recordingNotStored: return "lkeyStatusRecordingNotStored";
-    case Event::recordingNotAnswered: return "lkeyStatusRecordingNotAnswered";
+    case Event::recordingWithoutReply: return "lkeyStatusRecordingWithoutReply";
     case Event::cleanUpRefused: return "lkeyStatusCleanUpRefused";
-    case Event::cleanUpNotAnswered: return "lkeyStatusCleanUpNotAnswered";
+    case Event::cleanUpWithoutReply: return "lkeyStatusCleanUpWithoutReply";
     case Event::settingsProblem: break;
     }
     return "lkeyStatusSettingsProblem";
@@ -109,7 +109,7 @@ QStringList argumentsOf(const StatusReport &report)
     case Event::refused:
     case Event::recordingNotStored:
     case Event::cleanUpRefused: return {reasonOf(report.number)};
-    case Event::lateAnswer: return {QString::number(report.number)};
+    case Event::lateReply: return {QString::number(report.number)};
     default: return {report.subject, report.reason};
     }
 }

@@ -7,22 +7,22 @@
 struct StatusReport
 {
     enum class Event {
-        exportFailed,         ///< a file could not be written; the subject is its name, with the system's reason
-        importFailed,         ///< a chosen file could not be read; as exportFailed
-        notAProfile,          ///< a chosen file; the subject is its name
-        notAMacro,            ///< as notAProfile
-        notAnApplication,     ///< as notAProfile
-        macroFull,            ///< a key was left out of the recording of the macro named by the subject
-        refused,              ///< the daemon refused a request; the number is its Status
-        noAnswer,             ///< the daemon did not answer
-        noAnswerToChange,     ///< as noAnswer; the daemon may still make the change
-        lateAnswer,           ///< the number is that of the seconds
-        entryHasChanged,      ///< a change was not sent, because its profile or macro is another one now
-        recordingNotStored,   ///< the number is the Status
-        recordingNotAnswered, ///< as noAnswerToChange, for a recording
-        cleanUpRefused,       ///< a profile or macro was deleted, but not its assignments; the number is the Status
-        cleanUpNotAnswered,   ///< as noAnswerToChange, for such a clean-up
-        settingsProblem,      ///< of the daemon's settings files; the subject has the daemon's sentences
+        exportFailed,          ///< a file could not be written; the subject is its name, with the system's reason
+        importFailed,          ///< a chosen file could not be read; as exportFailed
+        notAProfile,           ///< a chosen file; the subject is its name
+        notAMacro,             ///< as notAProfile
+        notAnApplication,      ///< as notAProfile
+        macroFull,             ///< a key was left out of the recording of the macro named by the subject
+        refused,               ///< the daemon refused a request; the number is its Status
+        noReply,               ///< the daemon did not reply
+        noReplyToChange,       ///< as noReply; the daemon may still make the change
+        lateReply,             ///< the number is that of the seconds
+        entryHasChanged,       ///< a change was not sent, because its profile or macro is another one now
+        recordingNotStored,    ///< the number is the Status
+        recordingWithoutReply, ///< as noReplyToChange, for a recording
+        cleanUpRefused,        ///< a profile or macro was deleted, but not its assignments; the number is the Status
+        cleanUpWithoutReply,   ///< as noReplyToChange, for such a clean-up
+        settingsProblem,       ///< of the daemon's settings files; the subject has the daemon's sentences
     };
 
     Event event;

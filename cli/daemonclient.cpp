@@ -58,7 +58,7 @@ CommandResult<void> DaemonClient::reachDaemon()
     auto port = std::make_unique<ReplyPort>(mReplyPortName);
     port->start();
     if (!port->waitUntilServing(replyPortLimitMs))
-        return CommandError{{u"the session bus does not let kestractl receive answers"_s}, ExitCode::noAnswer};
+        return CommandError{{u"the session bus does not let kestractl receive answers"_s}, ExitCode::noReply};
     mReplyPort = std::move(port);
     return {};
 }
@@ -80,7 +80,7 @@ CommandResult<QVariantMap> DaemonClient::send(Command command, const QVariantMap
     waitForReply();
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
     if (!reply)
-        return CommandError{{u"the daemon did not answer in time"_s}, ExitCode::noAnswer};
+        return CommandError{{u"the daemon did not answer in time"_s}, ExitCode::noReply};
     return *reply;
 }
 

@@ -38,7 +38,7 @@ ExitCode codeOf(const QString &error)
         || error == "org.freedesktop.DBus.Error.Disconnected"_L1)
         return ExitCode::noDaemon;
     if (error == "org.freedesktop.DBus.Error.NoReply"_L1 || error == "org.freedesktop.DBus.Error.Timeout"_L1)
-        return ExitCode::noAnswer;
+        return ExitCode::noReply;
     return ExitCode::refused;
 }
 
@@ -46,7 +46,7 @@ QString messageOf(const DaemonObjectClient &object, const QDBusMessage &error, E
 {
     if (code == ExitCode::noDaemon)
         return u"the daemon is not running"_s;
-    if (code == ExitCode::noAnswer)
+    if (code == ExitCode::noReply)
         return u"the %1 did not answer"_s.arg(object.words);
     const QString name = error.errorName();
     if (name == "org.freedesktop.DBus.Error.UnknownObject"_L1)

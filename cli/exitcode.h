@@ -7,7 +7,7 @@ enum class ExitCode : int {
     refused = 1,    ///< the daemon answered with a status other than success
     usage = 2,      ///< wrong command, argument or option; nothing was sent that changes anything
     noDaemon = 3,   ///< no daemon on the session bus, or no session bus
-    noAnswer = 4,   ///< the daemon did not answer in time
+    noReply = 4,    ///< the daemon did not answer in time
     noOutput = 5,   ///< done, but the results could not be written (a full disk, for example)
     incomplete = 6, ///< done, but a change that belongs to it was not
 };

@@ -217,7 +217,7 @@ bool RequestHandler::finish(const Request &request, const QVariantMap &before, c
 void RequestHandler::replyToCapture(const Request &request, Status status)
 {
     if (!reply(request, status) && status == Status::ok)
-        mCaptures.endUnanswered();
+        mCaptures.endWithoutReply();
 }
 
 void RequestHandler::postUpdated(const Request &request, bool isReplyInTime)

@@ -2,8 +2,8 @@
 // Makes the request dictionary of every command. Pure functions; the protocol fixes the keys and numbers.
 //
 // `product` is the opened keyboard's product identifier, `replyPort` the name of the port that receives the reply.
-// Indexes are rows of the profile list, the macro list and a macro's event list (delay rows included). Delays are in
-// milliseconds. Flags are the numbers 0 and 1; only "HasNoDelay" is a boolean.
+// The index of a profile or macro is that in its list. The index of an event is a row of the event list, in which
+// delays also have rows. Delays are in milliseconds. Flags are the numbers 0 and 1; only "HasNoDelay" is a boolean.
 #pragma once
 
 #include <QString>

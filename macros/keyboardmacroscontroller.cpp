@@ -349,7 +349,7 @@ void KeyboardMacrosController::fetchLines()
 
 void KeyboardMacrosController::showLinesAgain()
 {
-    if (mLines.showAnswerFor(macroAt(macroRow())))
+    if (mLines.showReplyFor(macroAt(macroRow())))
         linesHaveChanged();
     else
         fetchLines();

@@ -198,7 +198,7 @@ private:
     [[nodiscard]] int sendAppendedMacro();
     void renameMacro(int row, const QString &newName);
     void startRenaming();
-    /// Fetches the lines of the selected macro. Without an answer, shows the lines that came last if they are of this
+    /// Fetches the lines of the selected macro. Without a reply, shows the lines that came last if they are of this
     /// macro.
     void fetchLines();
     /// Shows the lines that came last if they are of the selected macro; otherwise fetches them.

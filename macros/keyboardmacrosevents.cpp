@@ -39,7 +39,7 @@ void KeyboardMacrosController::selectEvent(int row)
 
 void KeyboardMacrosController::eventsWereEdited()
 {
-    mLines.forgetAnswer(); // without new lines, none are shown
+    mLines.forgetReply(); // without new lines, none are shown
     fetchLines();
     mMacroDetailsTableView->reloadData();
 }

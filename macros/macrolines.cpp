@@ -38,28 +38,28 @@ void MacroLines::take(const QStringList &lines)
 bool MacroLines::endRequest()
 {
     if (mHaveLinesCome) {
-        mAnsweredMacro = mRequestedMacro;
-        mAnswer = mShown;
+        mRepliedMacro = mRequestedMacro;
+        mReply = mShown;
         return true;
     }
     // Shows no lines rather than those of another macro: the commands for a line go to the selected macro. The same
     // applies to the lines of a recording that may not have been stored.
-    if (!showAnswerFor(mRequestedMacro))
+    if (!showReplyFor(mRequestedMacro))
         clear();
     mRequestedMacro = {};
     return false;
 }
 
-bool MacroLines::showAnswerFor(const QVariantMap &macro)
+bool MacroLines::showReplyFor(const QVariantMap &macro)
 {
-    if (!areOneMacro(macro, mAnsweredMacro))
+    if (!areOneMacro(macro, mRepliedMacro))
         return false;
-    mShown = mAnswer;
+    mShown = mReply;
     return true;
 }
 
-void MacroLines::forgetAnswer()
+void MacroLines::forgetReply()
 {
-    mAnsweredMacro = {};
+    mRepliedMacro = {};
     mAreRecordsStale = true;
 }

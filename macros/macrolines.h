@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The lines of the event list, and whose lines they are: it keeps the shown lines, the latest request for lines, the
-// latest answer, and whether the lines are newer than the records of the macros or are about to be replaced. Owned by
+// latest reply, and whether the lines are newer than the records of the macros or are about to be replaced. Owned by
 // the macros tab. Main thread only.
 #pragma once
 
@@ -23,16 +23,16 @@ public:
     void beginRequest(const QVariantMap &macro);
     /// Shows lines from the daemon. They also answer an open request.
     void take(const QStringList &lines);
-    /// Returns true if lines have come since beginRequest(). Otherwise shows the latest answer if it was for this
+    /// Returns true if lines have come since beginRequest(). Otherwise shows the latest reply if it was for this
     /// macro, and else no lines; the lines are then outdated.
     [[nodiscard]] bool endRequest();
 
-    // The latest answer
-    /// Shows the latest answer. Returns false, and changes nothing, if it was not for this macro.
-    [[nodiscard]] bool showAnswerFor(const QVariantMap &macro);
-    /// Forgets the latest answer, which an edit of the events has outdated. The shown lines stay. The edit has also
+    // The latest reply
+    /// Shows the latest reply. Returns false, and changes nothing, if it was not for this macro.
+    [[nodiscard]] bool showReplyFor(const QVariantMap &macro);
+    /// Forgets the latest reply, which an edit of the events has outdated. The shown lines stay. The edit has also
     /// made the records stale.
-    void forgetAnswer();
+    void forgetReply();
 
     // The records of the macros
     /// Whether events were edited since the records came.
@@ -54,8 +54,8 @@ public:
 private:
     QStringList mShown;
     QVariantMap mRequestedMacro; ///< empty when no lines came
-    QVariantMap mAnsweredMacro;  ///< the macro of the latest answer
-    QStringList mAnswer;
+    QVariantMap mRepliedMacro;   ///< the macro of the latest reply
+    QStringList mReply;
     bool mHaveLinesCome = false; ///< since the latest request
     bool mAreRecordsStale = false;
     bool mIsReplacing = false;

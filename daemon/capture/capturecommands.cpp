@@ -19,16 +19,16 @@ CaptureCommands::CaptureCommands(CaptureSession &session, CurrentSettings &setti
 
 Status CaptureCommands::startMacroRecording(const QVariantMap &request, const std::optional<QString> &client)
 {
-    const auto row = RequestReader::number(request, DaemonProtocol::macroId);
+    const auto index = RequestReader::number(request, DaemonProtocol::macroId);
     const auto isAppended = RequestReader::flag(request, DaemonProtocol::isAppendRecording);
-    if (!row || !isAppended || !client)
+    if (!index || !isAppended || !client)
         return Status::malformedRequest;
     const QVariantList macros = Document(mSettings.document()).macros();
-    if (*row < 0 || *row >= macros.size())
+    if (*index < 0 || *index >= macros.size())
         return Status::indexOutOfRange;
     if (!mKeyboard.keyboard()->isAttached())
         return Status::deviceAbsent;
-    const QVariantMap macro = macros.at(*row).toMap();
+    const QVariantMap macro = macros.at(*index).toMap();
     const int eventCount = *isAppended ? static_cast<int>(MacroRecord::events(macro).size()) : 0;
     mSession.startRecording(*client, {.macroId = MacroRecord::macroId(macro),
                                       .capacity = MacroRecord::maximumEvents - eventCount,
@@ -56,24 +56,24 @@ CommandOutcome CaptureCommands::saveRecordedEvents(const QVariantMap &request, c
 
 CommandOutcome CaptureCommands::withRecordedEvents(const QVariantMap &request, const std::optional<QString> &client)
 {
-    const auto row = RequestReader::number(request, DaemonProtocol::macroId);
+    const auto index = RequestReader::number(request, DaemonProtocol::macroId);
     const auto isAppended = RequestReader::flag(request, DaemonProtocol::isAppendRecording);
-    if (!row || !isAppended)
+    if (!index || !isAppended)
         return unchanged(Status::malformedRequest);
     const QVariantList macros = Document(mSettings.document()).macros();
-    if (*row < 0 || *row >= macros.size())
+    if (*index < 0 || *index >= macros.size())
         return unchanged(Status::indexOutOfRange);
     if (mSession.recordingClient() != client)
         return unchanged(Status::nothingRecorded);
     stopMacroRecording(client);
-    // Compared by the macro's own number: its row may have moved since the recording began.
-    const int macroId = MacroRecord::macroId(macros.at(*row).toMap());
+    // Compared by the macro's own number: its index may have changed since the recording began.
+    const int macroId = MacroRecord::macroId(macros.at(*index).toMap());
     const std::optional<QVariantList> events = mSession.recorder().recorded(macroId);
     if (!events)
         return unchanged(Status::nothingRecorded);
     if (events->isEmpty())
         return unchanged(Status::ok); // a recording started by mistake must not erase a macro
-    return saveEvents(mSettings.document(), *row, *events, *isAppended);
+    return saveEvents(mSettings.document(), *index, *events, *isAppended);
 }
 
 Status CaptureCommands::startKeyCapture(const std::optional<QString> &client, Kind kind)
@@ -100,7 +100,7 @@ void CaptureCommands::releaseDevice()
     mSession.release("the client releases the device");
 }
 
-void CaptureCommands::endUnanswered()
+void CaptureCommands::endWithoutReply()
 {
     mSession.release("the client no longer waits");
 }

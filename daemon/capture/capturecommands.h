@@ -38,7 +38,7 @@ public:
     void stopKeyCapture(const std::optional<QString> &client);
     void releaseDevice();
     /// Ends the capture or recording that has just started, because its client got no reply.
-    void endUnanswered();
+    void endWithoutReply();
 
 private:
     /// The document with the recorded events in it.

@@ -150,20 +150,20 @@ int leaveOutTheLargest(QVariantMap &document)
     const auto isUnknown = [](const QString &) { return Worth::unknown; };
     addFields(fields, document, 1, neededInDocument, isUnknown);
     addFields(fields, device, 2, neededInDevice, isUnknown);
-    for (qsizetype row = 0; row < profiles.size(); ++row) {
-        QVariantMap &keysOfRow = keys[std::size_t(row)];
-        keysOfRow = ProfileRecord::keys(profiles.at(row));
-        addFields(fields, profiles[row], 3, neededInProfile,
+    for (qsizetype index = 0; index < profiles.size(); ++index) {
+        QVariantMap &keysOfProfile = keys[std::size_t(index)];
+        keysOfProfile = ProfileRecord::keys(profiles.at(index));
+        addFields(fields, profiles[index], 3, neededInProfile,
                   [](const QString &key) { return worthOf(key, knownInProfile); });
-        addFields(fields, keysOfRow, 4, {}, [](const QString &) { return Worth::known; });
+        addFields(fields, keysOfProfile, 4, {}, [](const QString &) { return Worth::known; });
     }
     for (QVariantMap &macro : macros)
         addFields(fields, macro, 3, {}, [](const QString &key) { return worthOf(key, knownInMacro); });
     const int count = leaveOut(std::move(fields), size);
 
-    for (qsizetype row = 0; row < profiles.size(); ++row) {
-        if (profiles.at(row).contains(SettingsKeys::keys))
-            profiles[row].insert(SettingsKeys::keys, keys[std::size_t(row)]);
+    for (qsizetype index = 0; index < profiles.size(); ++index) {
+        if (profiles.at(index).contains(SettingsKeys::keys))
+            profiles[index].insert(SettingsKeys::keys, keys[std::size_t(index)]);
     }
     document.insert(SettingsKeys::deviceSettings, device);
     document = SettingsDocument::withProfiles(document, QVariantList(profiles.begin(), profiles.end()));

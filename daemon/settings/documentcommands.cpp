@@ -23,7 +23,7 @@ CommandOutcome failure(const QVariantMap &document, Status status)
 }
 
 /// The reply of a command that only reads.
-CommandOutcome answer(const QVariantMap &document, QLatin1StringView key, const QVariant &value)
+CommandOutcome replyWith(const QVariantMap &document, QLatin1StringView key, const QVariant &value)
 {
     return {.status = Status::ok, .document = document, .reply = {{key, value}}, .changesDocument = false};
 }
@@ -37,14 +37,14 @@ CommandOutcome change(const QVariantMap &document, const QVariantMap &changed)
     return {.status = Status::ok, .document = whole, .reply = {}, .changesDocument = true};
 }
 
-bool isRow(int index, const QVariantList &list)
+bool isIndexIn(int index, const QVariantList &list)
 {
     return index >= 0 && index < list.size();
 }
 
 CommandOutcome readSettings(const QVariantMap &document, const QVariantMap &)
 {
-    return answer(document, DaemonProtocol::allDevSettings, document);
+    return replyWith(document, DaemonProtocol::allDevSettings, document);
 }
 
 // Profiles
@@ -65,18 +65,18 @@ CommandOutcome addProfile(const QVariantMap &document, const QVariantMap &reques
 
 CommandOutcome updateProfile(const QVariantMap &document, const QVariantMap &request)
 {
-    const auto row = RequestReader::number(request, DaemonProtocol::profileId);
+    const auto index = RequestReader::number(request, DaemonProtocol::profileId);
     const auto settings = RequestReader::dictionary(request, DaemonProtocol::deviceSettingsDictionary);
-    if (!row || !settings)
+    if (!index || !settings)
         return failure(document, Status::malformedRequest);
     QVariantList list = Document(document).profiles();
-    if (!isRow(*row, list))
+    if (!isIndexIn(*index, list))
         return failure(document, Status::indexOutOfRange);
-    QVariantMap profile = list.at(*row).toMap();
+    QVariantMap profile = list.at(*index).toMap();
     profile.insert(*settings);
     if (!isWellFormedProfile(profile))
         return failure(document, Status::malformedRequest);
-    list[*row] = profile;
+    list[*index] = profile;
     return change(document, withProfiles(document, list));
 }
 
@@ -93,57 +93,57 @@ CommandOutcome replaceAllProfiles(const QVariantMap &document, const QVariantMap
 
 CommandOutcome deleteProfile(const QVariantMap &document, const QVariantMap &request)
 {
-    const auto row = RequestReader::number(request, DaemonProtocol::profileId);
-    if (!row)
+    const auto index = RequestReader::number(request, DaemonProtocol::profileId);
+    if (!index)
         return failure(document, Status::malformedRequest);
     QVariantList list = Document(document).profiles();
-    if (!isRow(*row, list))
+    if (!isIndexIn(*index, list))
         return failure(document, Status::indexOutOfRange);
     if (list.size() == 1)
         return failure(document, Status::lastProfile);
-    list.removeAt(*row);
+    list.removeAt(*index);
     // The active profile stays active. If it is the deleted one, the one before it becomes active.
     int active = Document(document).activeProfileIndex();
-    if (*row <= active)
+    if (*index <= active)
         active = std::max(0, active - 1);
     return change(document, withActiveProfile(withProfiles(document, list), active));
 }
 
 CommandOutcome switchProfile(const QVariantMap &document, const QVariantMap &request)
 {
-    const auto row = RequestReader::number(request, DaemonProtocol::profileId);
-    if (!row)
+    const auto index = RequestReader::number(request, DaemonProtocol::profileId);
+    if (!index)
         return failure(document, Status::malformedRequest);
-    if (!isRow(*row, Document(document).profiles()))
+    if (!isIndexIn(*index, Document(document).profiles()))
         return failure(document, Status::indexOutOfRange);
-    return change(document, withActiveProfile(document, *row));
+    return change(document, withActiveProfile(document, *index));
 }
 
 // Macros
 
-/// The macro in the row that `request` has under `rowKey`, or the reason why there is none.
+/// The macro with the index that `request` has under `indexKey`, or the reason why there is none.
 struct MacroAddress
 {
     Status status = Status::ok;
-    int row = -1;
+    int index = -1;
     QVariantMap macro;
 };
 
-MacroAddress macroAt(const QVariantMap &document, const QVariantMap &request, QLatin1StringView rowKey)
+MacroAddress macroAt(const QVariantMap &document, const QVariantMap &request, QLatin1StringView indexKey)
 {
-    const auto row = RequestReader::number(request, rowKey);
-    if (!row)
-        return {.status = Status::malformedRequest, .row = -1, .macro = {}};
+    const auto index = RequestReader::number(request, indexKey);
+    if (!index)
+        return {.status = Status::malformedRequest, .index = -1, .macro = {}};
     const QVariantList list = Document(document).macros();
-    if (!isRow(*row, list))
-        return {.status = Status::indexOutOfRange, .row = -1, .macro = {}};
-    return {.status = Status::ok, .row = *row, .macro = list.at(*row).toMap()};
+    if (!isIndexIn(*index, list))
+        return {.status = Status::indexOutOfRange, .index = -1, .macro = {}};
+    return {.status = Status::ok, .index = *index, .macro = list.at(*index).toMap()};
 }
 
-CommandOutcome changeMacro(const QVariantMap &document, int row, const QVariantMap &macro)
+CommandOutcome changeMacro(const QVariantMap &document, int index, const QVariantMap &macro)
 {
     QVariantList list = Document(document).macros();
-    list[row] = macro;
+    list[index] = macro;
     return change(document, withMacros(document, list));
 }
 
@@ -153,7 +153,7 @@ CommandOutcome changeEvents(const QVariantMap &document, const MacroAddress &add
 {
     if (!events)
         return failure(document, Status::indexOutOfRange);
-    return changeMacro(document, address.row, MacroRecord::withEvents(address.macro, *events));
+    return changeMacro(document, address.index, MacroRecord::withEvents(address.macro, *events));
 }
 
 CommandOutcome addMacro(const QVariantMap &document, const QVariantMap &request)
@@ -176,7 +176,7 @@ CommandOutcome deleteMacro(const QVariantMap &document, const QVariantMap &reque
     if (address.status != Status::ok)
         return failure(document, address.status);
     QVariantList list = Document(document).macros();
-    list.removeAt(address.row);
+    list.removeAt(address.index);
     return change(document, withMacros(document, list));
 }
 
@@ -186,11 +186,11 @@ CommandOutcome renameMacro(const QVariantMap &document, const QVariantMap &reque
     const auto name = contents ? RequestReader::text(*contents, SettingsKeys::macroName) : std::nullopt;
     if (!name || name->isEmpty())
         return failure(document, Status::malformedRequest);
-    MacroAddress address = macroAt(document, *contents, SettingsKeys::macroId); // here, this key also has the row
+    MacroAddress address = macroAt(document, *contents, SettingsKeys::macroId); // here, this key has the index
     if (address.status != Status::ok)
         return failure(document, address.status);
     address.macro.insert(SettingsKeys::macroName, *name);
-    return changeMacro(document, address.row, address.macro);
+    return changeMacro(document, address.index, address.macro);
 }
 
 CommandOutcome readMacroLines(const QVariantMap &document, const QVariantMap &request)
@@ -201,7 +201,7 @@ CommandOutcome readMacroLines(const QVariantMap &document, const QVariantMap &re
     QVariantList lines;
     for (const QString &line : eventParser::getMessagesArray(MacroRecord::events(address.macro)))
         lines += line;
-    return answer(document, DaemonProtocol::macroSequences, lines);
+    return replyWith(document, DaemonProtocol::macroSequences, lines);
 }
 
 // Events
@@ -216,8 +216,8 @@ CommandOutcome removeEvent(const QVariantMap &document, const QVariantMap &reque
                         MacroRecord::removingEventOfRow(MacroRecord::events(address.macro), *eventRow));
 }
 
-// The configurator masks both rows of commands 24 and 28 to 8 bits. The daemon takes rows unmasked, so other clients
-// reach rows above 255.
+// The configurator masks the macro's index and the row of commands 24 and 28 to 8 bits. The daemon takes both unmasked,
+// so other clients reach those above 255.
 CommandOutcome updateEvent(const QVariantMap &document, const QVariantMap &request)
 {
     const MacroAddress address = macroAt(document, request, DaemonProtocol::macroId);
@@ -241,7 +241,7 @@ CommandOutcome readEvent(const QVariantMap &document, const QVariantMap &request
     const std::optional<int> index = MacroRecord::eventIndexOfRow(events, *eventRow);
     if (!index)
         return failure(document, Status::indexOutOfRange);
-    return answer(document, DaemonProtocol::sequenceInMacro, events.at(*index).toMap());
+    return replyWith(document, DaemonProtocol::sequenceInMacro, events.at(*index).toMap());
 }
 
 CommandOutcome removeAllEvents(const QVariantMap &document, const QVariantMap &request)
@@ -262,10 +262,10 @@ CommandOutcome setAllDelays(const QVariantMap &document, const QVariantMap &requ
     const QVariantList events = MacroRecord::events(address.macro);
     if (*hasNoDelay)
         return changeEvents(document, address, MacroRecord::settingAllDelays(events, 0));
-    const auto row = RequestReader::number(request, DaemonProtocol::delay);
-    if (!row)
+    const auto eventRow = RequestReader::number(request, DaemonProtocol::delay);
+    if (!eventRow)
         return failure(document, Status::malformedRequest);
-    return changeEvents(document, address, MacroRecord::copyingDelayOfRowToAll(events, *row));
+    return changeEvents(document, address, MacroRecord::copyingDelayOfRowToAll(events, *eventRow));
 }
 
 CommandOutcome setDelay(const QVariantMap &document, const QVariantMap &request)
@@ -316,12 +316,12 @@ const DocumentCommand *findDocumentCommand(qint32 number)
     return found == documentCommands.end() ? nullptr : &*found;
 }
 
-CommandOutcome saveEvents(const QVariantMap &document, int row, const QVariantList &events, bool isAppended)
+CommandOutcome saveEvents(const QVariantMap &document, int index, const QVariantList &events, bool isAppended)
 {
     const QVariantList list = Document(document).macros();
-    if (!isRow(row, list))
+    if (!isIndexIn(index, list))
         return failure(document, Status::indexOutOfRange);
-    const QVariantMap macro = list.at(row).toMap();
+    const QVariantMap macro = list.at(index).toMap();
     const QVariantList all = isAppended ? MacroRecord::events(macro) + events : events;
-    return changeMacro(document, row, MacroRecord::withEvents(macro, all));
+    return changeMacro(document, index, MacroRecord::withEvents(macro, all));
 }

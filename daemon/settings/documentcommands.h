@@ -33,6 +33,6 @@ struct DocumentCommand
 /// The command with this number; null if there is none, or if it concerns more than the document.
 [[nodiscard]] const DocumentCommand *findDocumentCommand(qint32 number);
 
-/// Appends recorded events to the macro in `row` (without `isAppended`: replaces its events).
-[[nodiscard]] CommandOutcome saveEvents(const QVariantMap &document, int row, const QVariantList &events,
+/// Appends recorded events to the macro with this index (without `isAppended`: replaces its events).
+[[nodiscard]] CommandOutcome saveEvents(const QVariantMap &document, int index, const QVariantList &events,
                                         bool isAppended);

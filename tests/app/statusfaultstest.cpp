@@ -143,7 +143,7 @@ private:
     static void addActions();
     void open(StatusTimes times = {});
     [[nodiscard]] QString shown() const;
-    void report() const { mHub->controller->report({.event = StatusReport::Event::noAnswer}); }
+    void report() const { mHub->controller->report({.event = StatusReport::Event::noReply}); }
 
     HubResources mResources;
     std::unique_ptr<ScriptedDaemon> mDaemon;
@@ -239,8 +239,8 @@ void StatusFaultsTest::reportsThatOnlyTheCleanUpHasFailed()
     else
         mHub->controller->deleteProfileWithProfileID(1);
     QCOMPARE(mDaemon->count(Command(failing)), 1);
-    QCOMPARE(shown(), isSilent ? cleanUpSilentText
-                               : cleanUpRefusedText.arg(u"the settings could not be written to the disk"_s));
+    QCOMPARE(shown(),
+             isSilent ? cleanUpSilentText : cleanUpRefusedText.arg(u"the settings could not be written to the disk"_s));
 }
 
 void StatusFaultsTest::reportsARefusedSwitchAfterAFailedCleanUp()

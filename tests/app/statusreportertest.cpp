@@ -18,7 +18,7 @@ namespace {
 const QString stateText = u"Service: not responding"_s;
 const QString noAnswerText = u"The keyboard service did not respond."_s;
 const QString waitText = u"Waiting for the keyboard service to respond…"_s;
-const StatusReport noAnswer{.event = Event::noAnswer};
+const StatusReport noReply{.event = Event::noReply};
 
 /// Notes the text of the line whenever it is painted.
 class PaintedTexts : public QObject
@@ -84,21 +84,21 @@ void StatusReporterTest::make(StatusTimes times)
 void StatusReporterTest::reportGivesWayToTheState()
 {
     make({.untilWaitIsShown = 1h, .report = 1ms});
-    mReporter->report(noAnswer);
+    mReporter->report(noReply);
     QCOMPARE(mLine->text(), noAnswerText);
     QTRY_COMPARE(mLine->text(), stateText);
 }
 
 void StatusReporterTest::reportGivesWayToTheNext()
 {
-    mReporter->report(noAnswer);
+    mReporter->report(noReply);
     mReporter->report({.event = Event::notAMacro, .subject = u"a"_s});
     QCOMPARE(mLine->text(), u"The file “a” is not a macro."_s);
 }
 
 void StatusReporterTest::stateDoesNotHideAReport()
 {
-    mReporter->report(noAnswer);
+    mReporter->report(noReply);
     mReporter->setState({.service = StatusState::Service::absent});
     QCOMPARE(mLine->text(), noAnswerText);
     QTRY_VERIFY((mReporter->changeSucceeded(), mLine->text() == u"Service: not running"_s));
@@ -106,7 +106,7 @@ void StatusReporterTest::stateDoesNotHideAReport()
 
 void StatusReporterTest::laterSuccessEndsTheReport()
 {
-    mReporter->report(noAnswer);
+    mReporter->report(noReply);
     QTRY_VERIFY((mReporter->changeSucceeded(), mLine->text() == stateText));
 }
 
@@ -114,7 +114,7 @@ void StatusReporterTest::successOfTheSameActionLeavesTheReport()
 {
     mReporter->report({.event = Event::notAMacro, .subject = u"a"_s});
     QTRY_VERIFY((mReporter->changeSucceeded(), mLine->text() == stateText));
-    mReporter->report(noAnswer); // a second one, after a first that the user has seen
+    mReporter->report(noReply); // a second one, after a first that the user has seen
     mReporter->changeSucceeded();
     QCOMPARE(mLine->text(), noAnswerText);
 }
@@ -162,7 +162,7 @@ void StatusReporterTest::shownWaitIsReportedAfterwards()
 void StatusReporterTest::waitHidesAReportForItsTimeOnly()
 {
     make({.untilWaitIsShown = 0ms, .report = 1h});
-    mReporter->report(noAnswer);
+    mReporter->report(noReply);
     {
         StatusReporter::Wait wait(*mReporter);
         wait();

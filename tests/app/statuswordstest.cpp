@@ -124,19 +124,19 @@ void StatusWordsTest::describesTheEvents_data()
     add("clean-up", {Event::cleanUpRefused, {}, int(Status::notSaved)},
         u"The entry was deleted, but the keys that used it were not cleared: the settings could not be written to the "
         "disk."_s);
-    add("clean-up, no answer", {Event::cleanUpNotAnswered},
+    add("clean-up, no answer", {Event::cleanUpWithoutReply},
         u"The entry was deleted, but then the keyboard service did not respond. The keys that used it may not have "
         "been cleared."_s);
     add("profile", {Event::notAProfile, u"a.txt"_s}, u"The file “a.txt” is not a profile."_s);
     add("macro", {Event::notAMacro, u"a.txt"_s}, u"The file “a.txt” is not a macro."_s);
     add("application", {Event::notAnApplication, u"a.txt"_s}, u"“a.txt” is not an application."_s);
     add("full", {Event::macroFull, u"Heal"_s}, u"The macro “Heal” is full. Further keys are not recorded."_s);
-    add("no answer", {Event::noAnswer}, u"The keyboard service did not respond."_s);
-    add("no answer to a change", {Event::noAnswerToChange},
+    add("no answer", {Event::noReply}, u"The keyboard service did not respond."_s);
+    add("no answer to a change", {Event::noReplyToChange},
         u"The keyboard service did not respond. The change may be missing."_s);
-    add("late", {Event::lateAnswer, {}, 3}, u"The keyboard service took 3 s to respond."_s);
+    add("late", {Event::lateReply, {}, 3}, u"The keyboard service took 3 s to respond."_s);
     add("other entry", {Event::entryHasChanged}, u"The change was not made: the list has changed meanwhile."_s);
-    add("recording, no answer", {Event::recordingNotAnswered},
+    add("recording, no answer", {Event::recordingWithoutReply},
         u"The keyboard service did not respond. The recording may be missing."_s);
     add("recording", {Event::recordingNotStored, {}, int(Status::limitReached)},
         u"The recording could not be stored: there is no more room."_s);

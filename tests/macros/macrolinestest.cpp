@@ -47,6 +47,8 @@ private Q_SLOTS:
     void recordedLinesGiveWayToTheAnswer();
     void forgottenAnswerIsNotShown();
     void answerOfAnotherMacroChangesNothing();
+    void linesAreNotOutdatedDuringAReplacement();
+    void recordsAreStaleFromAnEditUntilTheyCome();
 };
 
 void MacroLinesTest::showsNoLinesAtFirst()
@@ -54,7 +56,7 @@ void MacroLinesTest::showsNoLinesAtFirst()
     MacroLines lines;
     QCOMPARE(lines.shown(), QStringList());
     QVERIFY(lines.areOutdatedFor(macro(1, 1)));
-    QVERIFY(!lines.showAnswerFor(macro(1, 1)));
+    QVERIFY(!lines.showReplyFor(macro(1, 1)));
 }
 
 void MacroLinesTest::showsTheAnswer()
@@ -139,7 +141,7 @@ void MacroLinesTest::recordedLinesGiveWayToTheAnswer()
     lines.append(u"Key Press C"_s);
     lines.append(u"Key Release C"_s);
     QCOMPARE(lines.shown(), (QStringList{u"Key Press C"_s, u"Key Release C"_s}));
-    QVERIFY(lines.showAnswerFor(macro(1, 1)));
+    QVERIFY(lines.showReplyFor(macro(1, 1)));
     QCOMPARE(lines.shown(), oneLine);
     fetch(lines, macro(1, 2), twoLines);
     QCOMPARE(lines.shown(), twoLines);
@@ -149,9 +151,9 @@ void MacroLinesTest::forgottenAnswerIsNotShown()
 {
     MacroLines lines;
     fetch(lines, macro(1, 1), oneLine);
-    lines.forgetAnswer();
+    lines.forgetReply();
     QCOMPARE(lines.shown(), oneLine);
-    QVERIFY(!lines.showAnswerFor(macro(1, 1)));
+    QVERIFY(!lines.showReplyFor(macro(1, 1)));
     lines.beginRequest(macro(1, 1));
     QVERIFY(!lines.endRequest());
     QCOMPARE(lines.shown(), QStringList());
@@ -162,9 +164,29 @@ void MacroLinesTest::answerOfAnotherMacroChangesNothing()
     MacroLines lines;
     fetch(lines, macro(1, 1), oneLine);
     fetch(lines, macro(2, 2), twoLines);
-    QVERIFY(!lines.showAnswerFor(macro(1, 1)));
+    QVERIFY(!lines.showReplyFor(macro(1, 1)));
     QCOMPARE(lines.shown(), twoLines);
-    QVERIFY(lines.showAnswerFor(macro(2, 2)));
+    QVERIFY(lines.showReplyFor(macro(2, 2)));
+}
+
+void MacroLinesTest::linesAreNotOutdatedDuringAReplacement()
+{
+    MacroLines lines;
+    {
+        const auto replacing = lines.beginReplacement();
+        QVERIFY(!lines.areOutdatedFor(macro(1, 1)));
+    }
+    QVERIFY(lines.areOutdatedFor(macro(1, 1)));
+}
+
+void MacroLinesTest::recordsAreStaleFromAnEditUntilTheyCome()
+{
+    MacroLines lines;
+    QVERIFY(!lines.areRecordsStale());
+    lines.forgetReply();
+    QVERIFY(lines.areRecordsStale());
+    lines.recordsHaveCome();
+    QVERIFY(!lines.areRecordsStale());
 }
 
 QTEST_APPLESS_MAIN(MacroLinesTest)

@@ -24,7 +24,7 @@
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Spielmodus: aus</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Warten auf eine Antwort des Tastaturdiensts …</translation></message>
-    <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>Der Tastaturdienst hat erst nach %@ s geantwortet.</translation></message>
+    <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>Der Tastaturdienst hat erst nach %@ s geantwortet.</translation></message>
     <!-- Events. -->
     <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Die Datei „%@“ konnte nicht geschrieben werden: %@.</translation></message>
     <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>Die Datei „%@“ konnte nicht gelesen werden: %@.</translation></message>
@@ -33,13 +33,13 @@
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>„%@“ ist keine Anwendung.</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>Das Makro „%@“ ist voll. Weitere Tasten werden nicht aufgenommen.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>Der Tastaturdienst hat das abgelehnt: %@.</translation></message>
-    <message id="lkeyStatusNoAnswer"><source>lkeyStatusNoAnswer</source><translation>Der Tastaturdienst hat nicht geantwortet.</translation></message>
-    <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Änderung fehlt möglicherweise.</translation></message>
+    <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>Der Tastaturdienst hat nicht geantwortet.</translation></message>
+    <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Änderung fehlt möglicherweise.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>Die Änderung wurde nicht vorgenommen: Die Liste hat sich inzwischen geändert.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>Die Aufnahme konnte nicht gespeichert werden: %@.</translation></message>
-    <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Aufnahme fehlt möglicherweise.</translation></message>
+    <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Aufnahme fehlt möglicherweise.</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>Der Eintrag wurde gelöscht, die Belegung der zugehörigen Tasten aber nicht: %@.</translation></message>
-    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>Der Eintrag wurde gelöscht, aber danach hat der Tastaturdienst nicht geantwortet. Die zugehörigen Tasten sind möglicherweise noch belegt.</translation></message>
+    <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>Der Eintrag wurde gelöscht, aber danach hat der Tastaturdienst nicht geantwortet. Die zugehörigen Tasten sind möglicherweise noch belegt.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem mit den Tastatureinstellungen: %@</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>Der Eintrag ist nicht mehr vorhanden</translation></message>

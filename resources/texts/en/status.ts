@@ -24,7 +24,7 @@
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Game mode: off</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Waiting for the keyboard service to respond…</translation></message>
-    <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>The keyboard service took %@ s to respond.</translation></message>
+    <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>The keyboard service took %@ s to respond.</translation></message>
     <!-- Events. -->
     <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>The file “%@” could not be written: %@.</translation></message>
     <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>The file “%@” could not be read: %@.</translation></message>
@@ -33,13 +33,13 @@
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>“%@” is not an application.</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>The macro “%@” is full. Further keys are not recorded.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>The keyboard service has refused this: %@.</translation></message>
-    <message id="lkeyStatusNoAnswer"><source>lkeyStatusNoAnswer</source><translation>The keyboard service did not respond.</translation></message>
-    <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>The keyboard service did not respond. The change may be missing.</translation></message>
+    <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>The keyboard service did not respond.</translation></message>
+    <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>The keyboard service did not respond. The change may be missing.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>The change was not made: the list has changed meanwhile.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>The recording could not be stored: %@.</translation></message>
-    <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>The keyboard service did not respond. The recording may be missing.</translation></message>
+    <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>The keyboard service did not respond. The recording may be missing.</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>The entry was deleted, but the keys that used it were not cleared: %@.</translation></message>
-    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>The entry was deleted, but then the keyboard service did not respond. The keys that used it may not have been cleared.</translation></message>
+    <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>The entry was deleted, but then the keyboard service did not respond. The keys that used it may not have been cleared.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem with the keyboard settings: %@</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>the entry no longer exists</translation></message>

@@ -24,7 +24,7 @@
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Modo de juego: desactivado</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Esperando la respuesta del servicio del teclado…</translation></message>
-    <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>El servicio del teclado ha tardado %@ s en responder.</translation></message>
+    <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>El servicio del teclado ha tardado %@ s en responder.</translation></message>
     <!-- Events. -->
     <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>No se ha podido escribir el archivo «%@»: %@.</translation></message>
     <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>No se ha podido leer el archivo «%@»: %@.</translation></message>
@@ -33,13 +33,13 @@
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>«%@» no es una aplicación.</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>La macro «%@» está llena. No se grabarán más teclas.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>El servicio del teclado lo ha rechazado: %@.</translation></message>
-    <message id="lkeyStatusNoAnswer"><source>lkeyStatusNoAnswer</source><translation>El servicio del teclado no ha respondido.</translation></message>
-    <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>El servicio del teclado no ha respondido. Puede que el cambio se haya perdido.</translation></message>
+    <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>El servicio del teclado no ha respondido.</translation></message>
+    <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>El servicio del teclado no ha respondido. Puede que el cambio se haya perdido.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>No se ha hecho el cambio: la lista ha cambiado entretanto.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>No se ha podido guardar la grabación: %@.</translation></message>
-    <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>El servicio del teclado no ha respondido. Puede que la grabación se haya perdido.</translation></message>
+    <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>El servicio del teclado no ha respondido. Puede que la grabación se haya perdido.</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>El elemento se ha eliminado, pero no la asignación de las teclas que lo usaban: %@.</translation></message>
-    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>El elemento se ha eliminado, pero después el servicio del teclado no ha respondido. Puede que las teclas que lo usaban conserven su asignación.</translation></message>
+    <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>El elemento se ha eliminado, pero después el servicio del teclado no ha respondido. Puede que las teclas que lo usaban conserven su asignación.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problema con los ajustes del teclado: %@</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>el elemento ya no existe</translation></message>

@@ -24,7 +24,7 @@
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Mode jeu : désactivé</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>En attente d’une réponse du service du clavier…</translation></message>
-    <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>Le service du clavier a mis %@ s à répondre.</translation></message>
+    <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>Le service du clavier a mis %@ s à répondre.</translation></message>
     <!-- Events. -->
     <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>Impossible d’écrire le fichier « %@ » : %@.</translation></message>
     <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>Impossible de lire le fichier « %@ » : %@.</translation></message>
@@ -33,13 +33,13 @@
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>« %@ » n’est pas une application.</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>La macro « %@ » est pleine. Les touches suivantes ne sont pas enregistrées.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>Le service du clavier a refusé cette action : %@.</translation></message>
-    <message id="lkeyStatusNoAnswer"><source>lkeyStatusNoAnswer</source><translation>Le service du clavier n’a pas répondu.</translation></message>
-    <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>Le service du clavier n’a pas répondu. La modification est peut-être perdue.</translation></message>
+    <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>Le service du clavier n’a pas répondu.</translation></message>
+    <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>Le service du clavier n’a pas répondu. La modification est peut-être perdue.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>La modification n’a pas été faite : la liste a changé entre-temps.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>L’enregistrement n’a pas pu être sauvegardé : %@.</translation></message>
-    <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>Le service du clavier n’a pas répondu. L’enregistrement est peut-être perdu.</translation></message>
+    <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>Le service du clavier n’a pas répondu. L’enregistrement est peut-être perdu.</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>L’élément a été supprimé, mais les touches qui l’utilisaient n’ont pas été réinitialisées : %@.</translation></message>
-    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>L’élément a été supprimé, mais le service du clavier n’a pas répondu ensuite. Les touches qui l’utilisaient n’ont peut-être pas été réinitialisées.</translation></message>
+    <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>L’élément a été supprimé, mais le service du clavier n’a pas répondu ensuite. Les touches qui l’utilisaient n’ont peut-être pas été réinitialisées.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problème avec les réglages du clavier : %@</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>l’élément n’existe plus</translation></message>

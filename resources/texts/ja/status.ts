@@ -24,7 +24,7 @@
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>ゲームモード: オフ</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>キーボードのサービスの応答を待っています…</translation></message>
-    <message id="lkeyStatusLateAnswer"><source>lkeyStatusLateAnswer</source><translation>キーボードのサービスの応答に %@ 秒かかりました。</translation></message>
+    <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>キーボードのサービスの応答に %@ 秒かかりました。</translation></message>
     <!-- Events. -->
     <message id="lkeyStatusExportFailed"><source>lkeyStatusExportFailed</source><translation>ファイル「%@」を書き込めませんでした: %@。</translation></message>
     <message id="lkeyStatusImportFailed"><source>lkeyStatusImportFailed</source><translation>ファイル「%@」を読み込めませんでした: %@。</translation></message>
@@ -33,13 +33,13 @@
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>「%@」はアプリケーションではありません。</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>マクロ「%@」はいっぱいです。これ以上のキーは記録されません。</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>キーボードのサービスに拒否されました: %@。</translation></message>
-    <message id="lkeyStatusNoAnswer"><source>lkeyStatusNoAnswer</source><translation>キーボードのサービスが応答しませんでした。</translation></message>
-    <message id="lkeyStatusNoAnswerToChange"><source>lkeyStatusNoAnswerToChange</source><translation>キーボードのサービスが応答しませんでした。変更が反映されていない可能性があります。</translation></message>
+    <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>キーボードのサービスが応答しませんでした。</translation></message>
+    <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>キーボードのサービスが応答しませんでした。変更が反映されていない可能性があります。</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>その間に一覧が変わったため、変更は行われませんでした。</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>記録を保存できませんでした: %@。</translation></message>
-    <message id="lkeyStatusRecordingNotAnswered"><source>lkeyStatusRecordingNotAnswered</source><translation>キーボードのサービスが応答しませんでした。記録が保存されていない可能性があります。</translation></message>
+    <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>キーボードのサービスが応答しませんでした。記録が保存されていない可能性があります。</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>項目は削除されましたが、その項目を使うキーの割り当ては解除されませんでした: %@。</translation></message>
-    <message id="lkeyStatusCleanUpNotAnswered"><source>lkeyStatusCleanUpNotAnswered</source><translation>項目は削除されましたが、その後キーボードのサービスが応答しませんでした。その項目を使うキーの割り当てが残っている可能性があります。</translation></message>
+    <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>項目は削除されましたが、その後キーボードのサービスが応答しませんでした。その項目を使うキーの割り当てが残っている可能性があります。</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>キーボードの設定の問題: %@</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>項目がもうありません</translation></message>
