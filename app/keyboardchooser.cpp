@@ -51,34 +51,51 @@ QString connectionOf(const QVariantMap &keyboard)
     return localizedText("lkeyChooserOtherConnection");
 }
 
-bool needsRight(const QVariantMap &keyboard)
+/// An obstacle to the use of a keyboard.
+struct Obstacle
 {
-    return keyboard.value(DeviceKeys::obstacle).toString() == DeviceKeys::obstacleNoRight;
+    QLatin1StringView name; ///< in DeviceKeys::obstacle; empty for none
+    const char *stateKey;
+    const char *remedyKey; ///< null: no text of the window helps
+    bool canBeUsed;        ///< using the keyboard may succeed
+};
+
+constexpr Obstacle obstacles[] = {
+    {{}, "lkeyChooserReady", nullptr, true},
+    {DeviceKeys::obstacleNoRight, "lkeyChooserNoRight", nullptr, false},
+    // The program that has grabbed the keyboard may have ended; using it again tries.
+    {DeviceKeys::obstacleTaken, "lkeyChooserTaken", "lkeyChooserTakenRemedy", true},
+    {DeviceKeys::obstaclePointer, "lkeyChooserPointer", "lkeyChooserPointerRemedy", false},
+    {DeviceKeys::obstacleElsewhere, "lkeyChooserElsewhere", "lkeyChooserElsewhereRemedy", false},
+};
+constexpr Obstacle otherObstacle{DeviceKeys::obstacleOther, "lkeyChooserUnusable", nullptr, false};
+
+const Obstacle &obstacleOf(const QVariantMap &keyboard)
+{
+    const QString name = keyboard.value(DeviceKeys::obstacle).toString();
+    const auto *found =
+        std::ranges::find_if(obstacles, [&name](const Obstacle &obstacle) { return obstacle.name == name; });
+    return found == std::end(obstacles) ? otherObstacle : *found;
 }
 
-bool canBeUsed(const QVariantMap &keyboard)
+bool needsRight(const QVariantMap &keyboard)
 {
-    const QString obstacle = keyboard.value(DeviceKeys::obstacle).toString();
-    // A program that has grabbed the keyboard may have ended; using it again tries.
-    return obstacle.isEmpty() || obstacle == DeviceKeys::obstacleTaken;
+    return obstacleOf(keyboard).name == DeviceKeys::obstacleNoRight;
 }
 
 QString stateOf(const QVariantMap &keyboard)
 {
-    const QString obstacle = keyboard.value(DeviceKeys::obstacle).toString();
-    if (keyboard.value(DeviceKeys::isInUse).toBool())
-        return localizedText("lkeyChooserInUse");
-    if (obstacle.isEmpty())
-        return localizedText("lkeyChooserReady");
-    if (obstacle == DeviceKeys::obstacleNoRight)
-        return localizedText("lkeyChooserNoRight");
-    if (obstacle == DeviceKeys::obstacleTaken)
-        return localizedText("lkeyChooserTaken");
-    if (obstacle == DeviceKeys::obstaclePointer)
-        return localizedText("lkeyChooserPointer");
-    if (obstacle == DeviceKeys::obstacleElsewhere)
-        return localizedText("lkeyChooserElsewhere");
-    return localizedText("lkeyChooserUnusable");
+    const bool isInUse = keyboard.value(DeviceKeys::isInUse).toBool();
+    return localizedText(isInUse ? "lkeyChooserInUse" : obstacleOf(keyboard).stateKey);
+}
+
+/// The remedy, or else the daemon's own words: the reason of other obstacles is rare. Empty without an obstacle.
+QString remedyOf(const QVariantMap &keyboard)
+{
+    const Obstacle &obstacle = obstacleOf(keyboard);
+    if (obstacle.remedyKey)
+        return localizedText(obstacle.remedyKey);
+    return obstacle.name.isEmpty() ? QString() : textOf(keyboard, DeviceKeys::problem);
 }
 
 QString wordsOf(RuleProcess::Failure failure, const QString &problem)
@@ -223,7 +240,7 @@ void KeyboardChooser::showSelected()
     const bool isSelectedInUse = keyboard.value(DeviceKeys::isInUse).toBool();
     const bool canInstall = needsRight(keyboard) && mRules.isAvailable() && eventDeviceRule(keyboard).has_value();
     mUse->setEnabled(!mRules.isRunning() && !keyboard.isEmpty() && !isSelectedInUse
-                     && (canBeUsed(keyboard) || canInstall));
+                     && (obstacleOf(keyboard).canBeUsed || canInstall));
     mUse->setDefault(mUse->isEnabled());
     mRelease->setEnabled(!mRules.isRunning() && isInUse());
     mRemoveRule->setVisible(mRules.isAvailable());
@@ -243,16 +260,8 @@ void KeyboardChooser::showRemedy(const QVariantMap &keyboard)
     } else if (isRight) {
         mRemedy->setText(localizedText("lkeyChooserCommands"));
         mRemedyText->setPlainText(commands->join(u'\n'));
-    } else if (keyboard.value(DeviceKeys::obstacle).toString() == DeviceKeys::obstacleTaken) {
-        mRemedy->setText(localizedText("lkeyChooserTakenRemedy"));
-    } else if (keyboard.value(DeviceKeys::obstacle).toString() == DeviceKeys::obstaclePointer) {
-        mRemedy->setText(localizedText("lkeyChooserPointerRemedy"));
-    } else if (keyboard.value(DeviceKeys::obstacle).toString() == DeviceKeys::obstacleElsewhere) {
-        mRemedy->setText(localizedText("lkeyChooserElsewhereRemedy"));
     } else {
-        mRemedy->clear(); // the reason of other obstacles is rare, and in the daemon's own words
-        if (!keyboard.value(DeviceKeys::obstacle).toString().isEmpty())
-            mRemedy->setText(textOf(keyboard, DeviceKeys::problem));
+        mRemedy->setText(remedyOf(keyboard));
     }
     mRemedy->setVisible(!mRemedy->text().isEmpty());
     mRemedyText->setVisible(isRight);
@@ -269,7 +278,7 @@ void KeyboardChooser::use()
     const QVariantMap keyboard = selected();
     if (!mUse->isEnabled() || keyboard.isEmpty())
         return;
-    if (canBeUsed(keyboard))
+    if (obstacleOf(keyboard).canBeUsed)
         return useSelected();
     mKeyboardOfRule = keyboard.value(DeviceKeys::id).toString();
     mIsRemoval = false;
