@@ -2,14 +2,11 @@
 #include "app/attachedkeyboards.h"
 
 #include "app/daemonobject.h"
-#include "base/daemonprotocol.h"
+#include "app/servicestatus.h"
 #include "base/devicekeys.h"
-#include "platform/messageport.h"
-#include "platform/sessionbus.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
-#include <QDBusServiceWatcher>
 
 #include <utility>
 
@@ -28,13 +25,15 @@ Result<void> resultOf(const QDBusMessage &reply)
 
 } // namespace
 
+AttachedKeyboards::AttachedKeyboards(const ServiceStatus &service, QObject *parent) : QObject(parent)
+{
+    connect(&service, &ServiceStatus::daemonHasGone, this, [this] { set({}); });
+    connect(&service, &ServiceStatus::daemonHasCome, this, &AttachedKeyboards::read);
+}
+
 void AttachedKeyboards::start()
 {
     qDBusRegisterMetaType<QList<QVariantMap>>();
-    auto *watcher = new QDBusServiceWatcher(messagePortBusName(DaemonProtocol::requestPortName), sharedSessionBus(),
-                                            QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { set({}); });
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &AttachedKeyboards::read);
     devicesObject.connect("Changed"_L1, this, SLOT(read()));
     read();
 }

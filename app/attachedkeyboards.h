@@ -13,6 +13,7 @@
 #include <optional>
 
 class QDBusMessage;
+class ServiceStatus;
 
 class AttachedKeyboards : public QObject
 {
@@ -21,9 +22,10 @@ class AttachedKeyboards : public QObject
 public:
     using Then = std::function<void(const Result<void> &done)>;
 
-    using QObject::QObject;
+    /// Follows the daemon that `service` follows.
+    explicit AttachedKeyboards(const ServiceStatus &service, QObject *parent = nullptr);
 
-    /// Begins to follow the daemon. Must be called once.
+    /// Asks the daemon for the first time. Must be called once.
     void start();
 
     /// The keyboards, with the keys of base/devicekeys.h. Absent until the daemon has answered, and after it has gone.

@@ -90,7 +90,7 @@ void KeyboardMainController::awakeFromNib()
     createLocalPort();
     mBusEnd = std::make_unique<BusEnd>(sharedSessionBus());
     connect(mBusEnd.get(), &BusEnd::reached, this, &KeyboardMainController::busHasEnded);
-    mTypedKeys = std::make_unique<TypedKeys>(mDevicesStatus);
+    mTypedKeys = std::make_unique<TypedKeys>(mDevicesStatus, mServiceStatus);
     connectTypedKeys();
     mDeletedProfileID = 0;
     mIsDeleteProfile = false;

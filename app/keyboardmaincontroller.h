@@ -66,6 +66,8 @@ public:
     KeyboardKeysController *keysController() const { return mKeysController; }
     KeyboardProfilesController *profilesController() const { return mProfilesController; }
     KeyboardMacrosController *macrosController() const { return mMacrosController; }
+    /// Follows the daemon; for other parts of the window that follow it.
+    [[nodiscard]] const ServiceStatus &serviceStatus() const { return mServiceStatus; }
     KeyboardLightingController *lightingController() const { return mLightingController; }
     KeyboardMaintenanceController *maintenanceController() const { return mMaintenenaceController; }
 

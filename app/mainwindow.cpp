@@ -206,7 +206,7 @@ QLayout *MainWindow::createStatusRow()
 void MainWindow::openKeyboardChooser()
 {
     if (!mKeyboardChooser) {
-        mAttachedKeyboards = new AttachedKeyboards(this);
+        mAttachedKeyboards = new AttachedKeyboards(mController->serviceStatus(), this);
         mRuleProcess = new RuleProcess(RuleProcess::installedPrograms(), this);
         mKeyboardChooser = new KeyboardChooser(*mAttachedKeyboards, *mRuleProcess, this);
         mAttachedKeyboards->start();

@@ -32,7 +32,8 @@ std::optional<quint16> usageOf(const QKeyEvent &event)
 
 } // namespace
 
-TypedKeys::TypedKeys(const DevicesStatus &devices, QObject *parent) : QObject(parent), mDevices(devices)
+TypedKeys::TypedKeys(const DevicesStatus &devices, const ServiceStatus &service, QObject *parent)
+    : QObject(parent), mDevices(devices), mKeys(service)
 {
     connect(&mDevices, &DevicesStatus::changed, this, &TypedKeys::follow);
     connect(&mKeys, &VirtualKeys::captureChanged, this, &TypedKeys::captureChanged);

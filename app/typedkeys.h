@@ -15,6 +15,7 @@
 class DevicesStatus;
 class QKeyEvent;
 class QWidget;
+class ServiceStatus;
 
 /// Listens to one area of the window at most, only while all of this holds: the virtual keyboard is in use, the daemon
 /// gives its keys to this program, and the area has the focus. No key then acts in the window. A key means its place on
@@ -24,8 +25,8 @@ class TypedKeys : public QObject
     Q_OBJECT
 
 public:
-    /// `keyboard` must outlive this. Presses keys on `bus`, which may be disconnected.
-    explicit TypedKeys(const DevicesStatus &devices, QObject *parent = nullptr);
+    /// Both must outlive this.
+    TypedKeys(const DevicesStatus &devices, const ServiceStatus &service, QObject *parent = nullptr);
     ~TypedKeys() override;
 
     /// Listens to `area` and the widgets in it from now on; null ends it. Escape, tapped alone, also cancels an area

@@ -2,12 +2,9 @@
 #include "app/virtualkeys.h"
 
 #include "app/daemonobject.h"
+#include "app/servicestatus.h"
 #include "base/daemonprotocol.h"
 #include "base/hidpages.h"
-#include "platform/messageport.h"
-#include "platform/sessionbus.h"
-
-#include <QDBusServiceWatcher>
 
 #include <utility>
 
@@ -19,15 +16,13 @@ constexpr DaemonObject keyboardObject(DaemonProtocol::virtualKeyboardPath, Daemo
 
 } // namespace
 
-VirtualKeys::VirtualKeys(QObject *parent) : QObject(parent)
+VirtualKeys::VirtualKeys(const ServiceStatus &service, QObject *parent) : QObject(parent)
 {
-    auto *watcher = new QDBusServiceWatcher(messagePortBusName(DaemonProtocol::requestPortName), sharedSessionBus(),
-                                            QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+    connect(&service, &ServiceStatus::daemonHasGone, this, [this] {
         mPressed.clear(); // they went with the daemon
         takeCapture({});
     });
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &VirtualKeys::readCapture);
+    connect(&service, &ServiceStatus::daemonHasCome, this, &VirtualKeys::readCapture);
     keyboardObject.connect("CaptureChanged"_L1, this, SLOT(takeCapture(QString)));
     readCapture();
 }

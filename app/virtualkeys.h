@@ -6,13 +6,16 @@
 #include <QList>
 #include <QObject>
 
+class ServiceStatus;
+
 /// Calls without waiting. A call that the daemon refuses has no effect.
 class VirtualKeys : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit VirtualKeys(QObject *parent = nullptr);
+    /// Follows the daemon that `service` follows.
+    explicit VirtualKeys(const ServiceStatus &service, QObject *parent = nullptr);
     ~VirtualKeys() override; ///< releases its keys
 
     /// Whether the daemon gives the keys to this program, and not to the computer or to another client.

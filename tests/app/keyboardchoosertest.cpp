@@ -4,6 +4,7 @@
 #include "app/keyboardchooser.h"
 #include "app/attachedkeyboards.h"
 #include "app/ruleprocess.h"
+#include "app/servicestatus.h"
 #include "base/daemonprotocol.h"
 #include "base/devicekeys.h"
 #include "base/text.h"
@@ -80,6 +81,7 @@ private:
     std::unique_ptr<DevicesObject> mObject;
     RuleProcess::Programs mPrograms;
     std::unique_ptr<QWidget> mWindow;
+    std::unique_ptr<ServiceStatus> mService;
     std::unique_ptr<AttachedKeyboards> mKeyboards;
     std::unique_ptr<RuleProcess> mRules;
     std::unique_ptr<KeyboardChooser> mSheet;
@@ -137,7 +139,9 @@ void KeyboardChooserTest::serve()
 
 void KeyboardChooserTest::open()
 {
-    mKeyboards = std::make_unique<AttachedKeyboards>();
+    mService = std::make_unique<ServiceStatus>();
+    mService->start();
+    mKeyboards = std::make_unique<AttachedKeyboards>(*mService);
     mRules = std::make_unique<RuleProcess>(mPrograms);
     mSheet = std::make_unique<KeyboardChooser>(*mKeyboards, *mRules, mWindow.get());
     mList = mSheet->findChild<QTreeWidget *>(u"mChooserList"_s);

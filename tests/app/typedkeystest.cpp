@@ -4,6 +4,7 @@
 #include "app/typedkeys.h"
 
 #include "app/devicesstatus.h"
+#include "app/servicestatus.h"
 #include "base/daemonprotocol.h"
 #include "daemon/keyboards/devicesadaptor.h"
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
@@ -84,6 +85,7 @@ private:
     QLineEdit *mOutside = nullptr;  // beside the area
     int mActions = 0;               // of the button and the shortcuts
     std::unique_ptr<DevicesStatus> mInUse;
+    std::unique_ptr<ServiceStatus> mService;
     std::unique_ptr<TypedKeys> mTyped;
 };
 
@@ -121,7 +123,10 @@ void TypedKeysTest::init()
     QTRY_VERIFY(mButton->hasFocus());
     mInUse = std::make_unique<DevicesStatus>();
     mInUse->start();
-    mTyped = std::make_unique<TypedKeys>(*mInUse);
+    mService = std::make_unique<ServiceStatus>();
+    mService->start();
+    mTyped = std::make_unique<TypedKeys>(*mInUse, *mService);
+    QTRY_COMPARE(mService->isRunning(), true);
     QTRY_VERIFY(mInUse->isVirtual());
     capture(ourPort);
     listen();
@@ -132,6 +137,7 @@ void TypedKeysTest::init()
 void TypedKeysTest::cleanup()
 {
     mTyped.reset();
+    mService.reset();
     mInUse.reset();
     mWindow.reset();
     endDaemon();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What the window knows of the capture of the virtual keyboard when the news of it arrive out of order.
 #include "app/virtualkeys.h"
+
+#include "app/servicestatus.h"
 #include "base/daemonprotocol.h"
 #include "platform/messageport.h"
 #include "platform/sessionbus.h"
@@ -63,7 +65,8 @@ void VirtualKeysTest::signalOvertakesTheReading()
         object = std::make_unique<CapturedAfterwards>();
         QVERIFY(QDBusConnection(connection).registerVirtualObject(DaemonProtocol::virtualKeyboardPath, object.get()));
     });
-    const VirtualKeys keys;
+    const ServiceStatus service;
+    const VirtualKeys keys(service);
     // Its answer arrives after both.
     const QDBusPendingCallWatcher later(sharedSessionBus().asyncCall(callTo(u"org.example.Question"_s, u"Ask"_s)));
     const QSignalSpy answers(&later, &QDBusPendingCallWatcher::finished);
