@@ -5,6 +5,7 @@
 
 #include <QMetaEnum>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace MacrosTesting;
@@ -23,6 +24,9 @@ private Q_SLOTS:
     void takesEventsOnlyWhileARecordingRuns_data();
     void takesEventsOnlyWhileARecordingRuns();
     void recordingEndsOnceWhenItsMacroGoesMeanwhile();
+    void announcesEachCapture_data();
+    void announcesEachCapture();
+    void fetchesTheLinesOnceAfterTheRecording();
 
 private:
     static void addRowsOfRecordings();
@@ -48,19 +52,16 @@ QString MacrosActivityTest::activity() const
 
 QString MacrosActivityTest::state() const
 {
+    using Tab = KeyboardMacrosController;
+    static const QList<std::pair<QString, bool (Tab::*)() const>> fields{
+        {u"mIsRecording"_s, &Tab::isRecording},           {u"mIsAppendMacro"_s, &Tab::isAppendMacro},
+        {u"mIsStopRecording"_s, &Tab::isStopRecording},   {u"mIsEditingMacro"_s, &Tab::isEditingMacro},
+        {u"mIsMacroEventEdit"_s, &Tab::isMacroEventEdit}, {u"Stop"_s, &Tab::recordButtonReadsStop}};
     QStringList set;
-    if (mController->isRecording())
-        set += u"mIsRecording"_s;
-    if (mController->isAppendMacro())
-        set += u"mIsAppendMacro"_s;
-    if (mController->isStopRecording())
-        set += u"mIsStopRecording"_s;
-    if (mController->isEditingMacro())
-        set += u"mIsEditingMacro"_s;
-    if (mController->isMacroEventEdit())
-        set += u"mIsMacroEventEdit"_s;
-    if (mController->recordButtonReadsStop())
-        set += u"Stop"_s;
+    for (const auto &[name, isSet] : fields) {
+        if ((mController.get()->*isSet)())
+            set += name;
+    }
     return set.join(u' ');
 }
 
@@ -162,6 +163,8 @@ void MacrosActivityTest::addRowsOfRecordings()
         << QStringList{u"stop: mIsStopRecording"_s, u"macro goes: mIsStopRecording"_s};
     QTest::newRow("the tab is entered while recording")
         << QStringList{u"Record"_s, u"enter"_s} << QStringList{u"enter: mIsStopRecording"_s};
+    QTest::newRow("the tab is entered while the keyboard is gone")
+        << QStringList{u"Record"_s, u"unplug"_s, u"enter"_s} << QStringList{u"enter: mIsRecording"_s};
     QTest::newRow("Record without a macro") << QStringList{u"Record"_s, u"macro goes"_s, u"record without a macro"_s}
                                             << QStringList{u"record without a macro: "_s};
 }
@@ -352,6 +355,49 @@ void MacrosActivityTest::recordingEndsOnceWhenItsMacroGoesMeanwhile()
                                   u"save 0 1: mIsAppendMacro mIsStopRecording"_s, u"stop: mIsStopRecording"_s}));
     QCOMPARE(state(), u"mIsStopRecording"_s);
     QVERIFY(!mController->isRecordingOrCapturing());
+}
+
+void MacrosActivityTest::announcesEachCapture_data()
+{
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<QList<bool>>("announced"); // by each step
+    QTest::newRow("recording") << QStringList{u"Record"_s, u"Stop"_s} << QList<bool>{true, true};
+    QTest::newRow("event sheet") << QStringList{u"Edit"_s, u"key"_s, u"OK"_s} << QList<bool>{true, false, true};
+    QTest::newRow("keyboard comes back to the sheet") << QStringList{u"Edit"_s, u"back"_s} << QList<bool>{true, false};
+    // A late key must not interrupt the recording; the second Record begins it again in the same area.
+    QTest::newRow("recording behind Record") << QStringList{u"Edit"_s, u"Cancel"_s, u"Record"_s, u"key"_s, u"Record"_s}
+                                             << QList<bool>{true, true, true, false, true};
+}
+
+void MacrosActivityTest::announcesEachCapture()
+{
+    QFETCH(QStringList, steps);
+    fill({u"A"_s}, 0);
+    QSignalSpy spy(mController.get(), &KeyboardMacrosController::captureAreaChanged);
+    QList<bool> announced;
+    for (const QString &step : steps) {
+        spy.clear();
+        take(step);
+        announced += !spy.isEmpty();
+    }
+    QTEST(announced, "announced");
+}
+
+void MacrosActivityTest::fetchesTheLinesOnceAfterTheRecording()
+{
+    fill({u"A"_s}, 0);
+    take(u"Record"_s);
+    mDelegate->duringCall = [this](const QString &call) {
+        if (call != "save 0 0"_L1)
+            return;
+        const QVariantMap events{{u"Events"_s, QVariantList{QVariantMap()}}};
+        QVariantMap recorded = mDelegate->macros.first().toMap();
+        recorded[u"sequence"_s] = events;
+        mDelegate->macros.first() = recorded; // the call hands it over
+    };
+    mDelegate->calls.clear();
+    take(u"Stop"_s);
+    QCOMPARE(mDelegate->calls.filter(u"details"_s), QStringList{u"details 0"_s});
 }
 
 QTEST_MAIN(MacrosActivityTest)
