@@ -14,6 +14,18 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// A bus with a daemon and a window on it.
+struct Session
+{
+    TestBus bus;
+    QProcess daemon;
+    WindowFixture window;
+};
+
+} // namespace
+
 class LostBusTest : public QObject
 {
     Q_OBJECT
@@ -25,8 +37,8 @@ private Q_SLOTS:
     void windowWithoutADaemonReportsTheEndOfTheBus();
 
 private:
-    /// Starts a daemon on the bus and waits until it is ready.
-    void startDaemon(QProcess &daemon, const TestBus &bus);
+    /// Starts the bus, then a daemon and waits until it is ready, then the window.
+    void start(Session &session);
     /// The output of "kestractl key" on this bus, after `change` if there is one.
     [[nodiscard]] QString key(const TestBus &bus, const QString &name, const QStringList &change = {});
     /// Waits until the window has an alert. Returns its texts.
@@ -51,12 +63,15 @@ void LostBusTest::cleanup()
     mFolder.reset();
 }
 
-void LostBusTest::startDaemon(QProcess &daemon, const TestBus &bus)
+void LostBusTest::start(Session &session)
 {
-    daemon.setProcessEnvironment(bus.in(mEnvironment));
-    daemon.start(builtExecutable(u"QuillKestraDaemon"_s), QStringList());
+    QVERIFY(session.bus.start());
+    session.daemon.setProcessEnvironment(session.bus.in(mEnvironment));
+    session.daemon.start(builtExecutable(u"QuillKestraDaemon"_s), QStringList());
     QByteArray log;
-    QVERIFY2(awaitEvents([&] { return (log += daemon.readAllStandardError()).contains("ready"); }), log.constData());
+    const bool isReady = awaitEvents([&] { return (log += session.daemon.readAllStandardError()).contains("ready"); });
+    QVERIFY2(isReady, log.constData());
+    QVERIFY(session.window.start(session.bus.in(QProcessEnvironment::systemEnvironment())));
 }
 
 QString LostBusTest::key(const TestBus &bus, const QString &name, const QStringList &change)
@@ -78,56 +93,46 @@ QString LostBusTest::alertOf(WindowFixture &window)
 
 void LostBusTest::keepsEveryChangeOnTheNextBus()
 {
-    TestBus first;
-    QVERIFY(first.start());
-    QProcess daemon;
-    startDaemon(daemon, first);
-    WindowFixture window;
-    QVERIFY(window.start(first.in(QProcessEnvironment::systemEnvironment())));
-    QCOMPARE(key(first, u"A"_s, {u"disable"_s}), u"A: disabled"_s);
+    Session first;
+    start(first);
+    WindowFixture &window = first.window;
+    QCOMPARE(key(first.bus, u"A"_s, {u"disable"_s}), u"A: disabled"_s);
     // The window builds its next change on the document that it knows, so it must have read this change.
     QVERIFY(awaitEvents([&] { return window.show().value(u"updates"_s).toInt() > 0; }));
     QCOMPARE(window.ask("choose S 5"), "done");
-    QCOMPARE(key(first, u"S"_s), u"S: disabled"_s);
+    QCOMPARE(key(first.bus, u"S"_s), u"S: disabled"_s);
     QVERIFY(window.show().value(u"isEnabled"_s).toBool());
     QCOMPARE(window.show().value(u"alerts"_s).toArray().size(), 0);
 
-    first.end();
-    QVERIFY(awaitEvents([&] { return daemon.state() == QProcess::NotRunning; }));
-    QCOMPARE(daemon.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(daemon.exitCode(), static_cast<int>(DaemonExit::noBus));
+    first.bus.end();
+    QVERIFY(awaitEvents([&] { return first.daemon.state() == QProcess::NotRunning; }));
+    QCOMPARE(first.daemon.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(first.daemon.exitCode(), static_cast<int>(DaemonExit::noBus));
     QVERIFY2(alertOf(window).contains(u"session"_s), qPrintable(alertOf(window)));
     QVERIFY(!window.show().value(u"isEnabled"_s).toBool());
     QCOMPARE(window.finish(), 0);
 
-    TestBus second;
-    QVERIFY(second.start());
-    QProcess nextDaemon;
-    startDaemon(nextDaemon, second);
-    QCOMPARE(key(second, u"A"_s), u"A: disabled"_s);
-    QCOMPARE(key(second, u"S"_s), u"S: disabled"_s);
-    WindowFixture nextWindow;
-    QVERIFY(nextWindow.start(second.in(QProcessEnvironment::systemEnvironment())));
-    QVERIFY(nextWindow.show().value(u"isEnabled"_s).toBool());
-    QCOMPARE(nextWindow.ask("choose D 5"), "done");
+    Session second;
+    start(second);
+    QCOMPARE(key(second.bus, u"A"_s), u"A: disabled"_s);
+    QCOMPARE(key(second.bus, u"S"_s), u"S: disabled"_s);
+    QVERIFY(second.window.show().value(u"isEnabled"_s).toBool());
+    QCOMPARE(second.window.ask("choose D 5"), "done");
     for (const QString &name : {u"A"_s, u"S"_s, u"D"_s})
-        QCOMPARE(key(second, name), name + u": disabled"_s);
-    nextDaemon.terminate();
-    QVERIFY(awaitEvents([&] { return nextDaemon.state() == QProcess::NotRunning; }));
+        QCOMPARE(key(second.bus, name), name + u": disabled"_s);
+    second.daemon.terminate();
+    QVERIFY(awaitEvents([&] { return second.daemon.state() == QProcess::NotRunning; }));
 }
 
 void LostBusTest::windowWithoutADaemonReportsTheEndOfTheBus()
 {
-    TestBus bus;
-    QVERIFY(bus.start());
-    QProcess daemon;
-    startDaemon(daemon, bus);
-    WindowFixture window;
-    QVERIFY(window.start(bus.in(QProcessEnvironment::systemEnvironment())));
-    daemon.kill();
-    QVERIFY(daemon.waitForFinished());
+    Session session;
+    start(session);
+    WindowFixture &window = session.window;
+    session.daemon.kill();
+    QVERIFY(session.daemon.waitForFinished());
     QCOMPARE(window.show().value(u"alerts"_s).toArray().size(), 0); // a supervisor starts the daemon again
-    bus.end();
+    session.bus.end();
     QVERIFY2(alertOf(window).contains(u"session"_s), qPrintable(alertOf(window)));
     QCOMPARE(window.finish(), 0);
 }

@@ -7,6 +7,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -19,6 +20,8 @@ class ClientWatchTest : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
+    void init();
+    void cleanup();
     void reportsAClientThatVanishes();
     void reportsAClientThatHadGoneBeforeTheWatch();
     void reportsOnlyTheLastClient();
@@ -35,6 +38,12 @@ private:
             QDBusConnection(connectionNames.at(client)));
     }
     [[nodiscard]] static QString portName(int client) { return u"ClientWatchTestPort%1"_s.arg(client); }
+    [[nodiscard]] bool openPorts();
+    void closePortsInTurn(); ///< the bus reports both in this order
+
+    std::unique_ptr<ClientWatch> mWatch;
+    std::unique_ptr<QSignalSpy> mVanished;
+    std::array<std::unique_ptr<LocalMessagePort>, connectionNames.size()> mPorts;
 };
 
 void ClientWatchTest::initTestCase()
@@ -49,61 +58,72 @@ void ClientWatchTest::cleanupTestCase()
         QDBusConnection::disconnectFromBus(name);
 }
 
+void ClientWatchTest::init()
+{
+    mWatch = std::make_unique<ClientWatch>(QDBusConnection::sessionBus());
+    mVanished = std::make_unique<QSignalSpy>(mWatch.get(), &ClientWatch::vanished);
+}
+
+void ClientWatchTest::cleanup()
+{
+    mPorts = {};
+    mVanished.reset();
+    mWatch.reset();
+}
+
+bool ClientWatchTest::openPorts()
+{
+    for (int client = 0; client < int(mPorts.size()); ++client)
+        mPorts.at(std::size_t(client)) = makePort(client);
+    return std::ranges::all_of(mPorts, [](const auto &port) { return port != nullptr; });
+}
+
+void ClientWatchTest::closePortsInTurn()
+{
+    for (auto &port : mPorts)
+        port.reset();
+}
+
 void ClientWatchTest::reportsAClientThatVanishes()
 {
-    ClientWatch watch(QDBusConnection::sessionBus());
-    QSignalSpy vanished(&watch, &ClientWatch::vanished);
-    auto port = makePort(0);
-    QVERIFY(port);
-    watch.watch(portName(0));
+    QVERIFY(openPorts());
+    mWatch->watch(portName(0));
     QCoreApplication::processEvents();
-    QCOMPARE(vanished.count(), 0);
-    port.reset();
-    QTRY_COMPARE(vanished.count(), 1);
-    QCOMPARE(vanished.at(0).at(0).toString(), portName(0));
+    QCOMPARE(mVanished->count(), 0);
+    mPorts.front().reset();
+    QTRY_COMPARE(mVanished->count(), 1);
+    QCOMPARE(mVanished->at(0).at(0).toString(), portName(0));
 }
 
 void ClientWatchTest::reportsAClientThatHadGoneBeforeTheWatch()
 {
-    ClientWatch watch(QDBusConnection::sessionBus());
-    QSignalSpy vanished(&watch, &ClientWatch::vanished);
-    watch.watch(portName(0));
-    QCOMPARE(vanished.count(), 0); // the caller must first finish its work
-    QTRY_COMPARE(vanished.count(), 1);
-    QCOMPARE(vanished.at(0).at(0).toString(), portName(0));
+    mWatch->watch(portName(0));
+    QCOMPARE(mVanished->count(), 0); // the caller must first finish its work
+    QTRY_COMPARE(mVanished->count(), 1);
+    QCOMPARE(mVanished->at(0).at(0).toString(), portName(0));
 }
 
 void ClientWatchTest::reportsOnlyTheLastClient()
 {
-    ClientWatch watch(QDBusConnection::sessionBus());
-    QSignalSpy vanished(&watch, &ClientWatch::vanished);
-    auto first = makePort(0);
-    auto second = makePort(1);
-    QVERIFY(first && second);
-    watch.watch(portName(0));
-    watch.watch(portName(1));
-    first.reset();
-    second.reset(); // the bus reports both in this order
-    QTRY_COMPARE(vanished.count(), 1);
-    QCOMPARE(vanished.at(0).at(0).toString(), portName(1));
+    QVERIFY(openPorts());
+    mWatch->watch(portName(0));
+    mWatch->watch(portName(1));
+    closePortsInTurn();
+    QTRY_COMPARE(mVanished->count(), 1);
+    QCOMPARE(mVanished->at(0).at(0).toString(), portName(1));
 }
 
 void ClientWatchTest::emptyNameEndsTheWatch()
 {
-    ClientWatch watch(QDBusConnection::sessionBus());
-    QSignalSpy vanished(&watch, &ClientWatch::vanished);
-    auto first = makePort(0);
-    auto second = makePort(1);
-    QVERIFY(first && second);
-    watch.watch(portName(0));
-    watch.watch({});
+    QVERIFY(openPorts());
+    mWatch->watch(portName(0));
+    mWatch->watch({});
     ClientWatch other(QDBusConnection::sessionBus());
     QSignalSpy otherVanished(&other, &ClientWatch::vanished);
     other.watch(portName(1));
-    first.reset();
-    second.reset(); // the bus reports both in this order
+    closePortsInTurn();
     QTRY_COMPARE(otherVanished.count(), 1);
-    QCOMPARE(vanished.count(), 0);
+    QCOMPARE(mVanished->count(), 0);
 }
 
 QTEST_GUILESS_MAIN(ClientWatchTest)

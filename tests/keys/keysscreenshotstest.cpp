@@ -42,6 +42,24 @@ QVariantMap workingKeys()
             {u"40"_s, entry(10, 1, 254)}};
 }
 
+/// A tab with many assignments, another profile and two macros, with its keyboard attached.
+struct RaidTab : Tab
+{
+    RaidTab()
+        : Tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
+              {macro(u"Opening burst"_s), macro(u"Heal"_s)})
+    {
+        controller->setControlsState(true);
+    }
+
+    [[nodiscard]] bool appears(int width, int height)
+    {
+        window.resize(width, height);
+        window.show();
+        return QTest::qWaitForWindowExposed(&window);
+    }
+};
+
 QImage grabAt(QWidget &widget, qreal ratio)
 {
     QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
@@ -108,11 +126,8 @@ void KeysScreenshotsTest::drawsTheTab()
     QFETCH(bool, isEnabled);
     QFETCH(QString, selected);
     wearPalette(isDark);
-    Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
-            {macro(u"Opening burst"_s), macro(u"Heal"_s)});
-    tab.window.resize(width, width * 9 / 16);
-    tab.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    RaidTab tab;
+    QVERIFY(tab.appears(width, width * 9 / 16));
     QTest::mouseClick(tab.key(qPrintable(selected)), Qt::LeftButton);
     tab.controller->setControlsState(isEnabled);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
@@ -137,12 +152,8 @@ void KeysScreenshotsTest::drawsTheSearch()
     QFETCH(bool, isDark);
     QFETCH(QString, query);
     wearPalette(isDark);
-    Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
-            {macro(u"Opening burst"_s), macro(u"Heal"_s)});
-    tab.controller->setControlsState(true);
-    tab.window.resize(1100, 620);
-    tab.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    RaidTab tab;
+    QVERIFY(tab.appears(1100, 620));
     tab.find<QLineEdit>("mKeySearchField")->setText(query);
     QTest::keyClick(tab.find<QLineEdit>("mKeySearchField"), Qt::Key_Return);
     if (query == u"z"_s)
@@ -163,12 +174,8 @@ void KeysScreenshotsTest::drawsSeveralSelectedKeys()
 {
     QFETCH(bool, isDark);
     wearPalette(isDark);
-    Tab tab(profile(u"Raid night"_s, workingKeys()), {profile(u"Desktop"_s)},
-            {macro(u"Opening burst"_s), macro(u"Heal"_s)});
-    tab.controller->setControlsState(true);
-    tab.window.resize(1100, 620);
-    tab.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    RaidTab tab;
+    QVERIFY(tab.appears(1100, 620));
     QTest::mouseClick(tab.key("mM2"), Qt::LeftButton);
     for (const char *key : {"mQ", "mCapsLock", "mR"})
         QTest::mouseClick(tab.key(key), Qt::LeftButton, Qt::ControlModifier);
