@@ -54,12 +54,12 @@ DaemonObjectResult<void> DeviceClient::use(const QStringList &ids)
 
 DaemonObjectResult<void> DeviceClient::useAlso(const QStringList &ids)
 {
-    return inItsWords(devices.call("UseAlso"_L1, {ids}));
+    return inItsWords(devices.call("UseAlso"_L1, {ids}, u"the keyboards cannot be used"_s));
 }
 
 DaemonObjectResult<void> DeviceClient::releaseThese(const QStringList &ids)
 {
-    return inItsWords(devices.call("ReleaseThese"_L1, {ids}));
+    return inItsWords(devices.call("ReleaseThese"_L1, {ids}, u"the keyboards cannot be released"_s));
 }
 
 DaemonObjectResult<void> DeviceClient::release()

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr DaemonObject history{
+constexpr DaemonObjectClient history{
     .path = HistoryKeys::objectPath, .interface = HistoryKeys::interfaceName, .words = "history of the settings"_L1};
 
 /// The daemon's own messages are whole sentences.
@@ -29,15 +29,15 @@ DaemonObjectError inItsWords(DaemonObjectError error)
     return error;
 }
 
-DaemonObjectResult<QVariantList> call(QLatin1StringView method, const QVariantList &arguments = {})
+DaemonObjectResult<QVariantList> call(QLatin1StringView method, const QVariantList &arguments, const QString &failure)
 {
-    const DaemonObjectResult<QVariantList> values = history.call(method, arguments);
+    const DaemonObjectResult<QVariantList> values = history.call(method, arguments, failure);
     return values ? values : inItsWords(values.error());
 }
 
 DaemonObjectResult<QList<QVariantMap>> entries(QLatin1StringView method)
 {
-    const DaemonObjectResult<QVariantList> values = call(method);
+    const DaemonObjectResult<QVariantList> values = call(method, {}, u"the history cannot be read"_s);
     if (!values)
         return values.error();
     QList<QVariantMap> list = qdbus_cast<QList<QVariantMap>>(values->value(0));
@@ -83,25 +83,25 @@ DaemonObjectResult<QList<QVariantMap>> HistoryClient::next()
 
 DaemonObjectResult<void> HistoryClient::undo(uint id)
 {
-    return call("Undo"_L1, withSource(id)).withoutValue<DaemonObjectError>();
+    return call("Undo"_L1, withSource(id), u"the change cannot be undone"_s).withoutValue<DaemonObjectError>();
 }
 
 DaemonObjectResult<void> HistoryClient::redo(uint id)
 {
-    return call("Redo"_L1, withSource(id)).withoutValue<DaemonObjectError>();
+    return call("Redo"_L1, withSource(id), u"the change cannot be made again"_s).withoutValue<DaemonObjectError>();
 }
 
 DaemonObjectResult<HistoryClient::Restoration> HistoryClient::restore(uint id)
 {
-    return restoration(call("Restore"_L1, withSource(id)));
+    return restoration(call("Restore"_L1, withSource(id), u"the settings cannot be restored"_s));
 }
 
 DaemonObjectResult<HistoryClient::Restoration> HistoryClient::preview(uint id)
 {
-    return restoration(call("Preview"_L1, {id}));
+    return restoration(call("Preview"_L1, {id}, u"the change cannot be shown"_s));
 }
 
 DaemonObjectResult<void> HistoryClient::clear()
 {
-    return call("Clear"_L1).withoutValue<DaemonObjectError>();
+    return call("Clear"_L1, {}, u"the history cannot be deleted"_s).withoutValue<DaemonObjectError>();
 }

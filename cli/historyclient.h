@@ -3,7 +3,7 @@
 // most 5 seconds.
 #pragma once
 
-#include "cli/daemonobject.h"
+#include "cli/daemonobjectclient.h"
 
 #include <QList>
 #include <QVariantMap>

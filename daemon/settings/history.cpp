@@ -387,7 +387,7 @@ std::optional<QVariantMap> History::documentWithout(const QVariantMap &document,
     if (!without)
         return {};
     const QVariantMap whole = SettingsDocument::completed(*without);
-    return SettingsDocument::problemOf(whole).isEmpty() ? std::optional(whole) : std::nullopt;
+    return SettingsDocument::validate(whole) ? std::optional(whole) : std::nullopt;
 }
 
 History::Found<History::Target> History::undoTarget(const QVariantMap &document, quint32 id) const
@@ -402,7 +402,7 @@ History::Found<History::Target> History::undoTarget(const QVariantMap &document,
     const std::optional<QVariantMap> earlier = documentBefore(document, {.id = id}, {});
     if (!earlier)
         return Refusal::unreachable;
-    if (!SettingsDocument::problemOf(*earlier).isEmpty())
+    if (!SettingsDocument::validate(*earlier))
         return Refusal::invalid;
     return Target{.document = *earlier, .cause = {.author = {}, .kind = Kind::undo, .target = id}};
 }
@@ -417,7 +417,7 @@ History::Found<History::Target> History::redoTarget(const QVariantMap &document,
     const std::optional<QVariantMap> later = documentBefore(document, {.id = id, .isForward = false}, {});
     if (!later)
         return Refusal::unreachable;
-    if (!SettingsDocument::problemOf(*later).isEmpty())
+    if (!SettingsDocument::validate(*later))
         return Refusal::invalid;
     return Target{.document = *later, .cause = {.author = {}, .kind = Kind::redo, .target = id}};
 }
@@ -445,7 +445,7 @@ History::Found<History::Target> History::restoreTarget(const QVariantMap &docume
     }
     if (!restored)
         return Refusal::unreachable;
-    if (!SettingsDocument::problemOf(*restored).isEmpty())
+    if (!SettingsDocument::validate(*restored))
         return Refusal::invalid;
     target.document = *restored;
     return target;

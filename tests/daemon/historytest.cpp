@@ -570,7 +570,7 @@ void HistoryTest::damagedByteCostsOnlyHistory()
         QCOMPARE(mDaemon->document(), document);
         // Whatever is left leads back to a document that was once in use.
         while (undo())
-            QVERIFY(SettingsDocument::problemOf(mDaemon->document()).isEmpty());
+            QVERIFY(SettingsDocument::validate(mDaemon->document()));
         while (redo()) {
         }
         QCOMPARE(mDaemon->document(), document);
