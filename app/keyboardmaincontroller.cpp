@@ -76,6 +76,7 @@ void KeyboardMainController::setOutlets(const MainWindowOutlets &outlets)
 {
     static_cast<MainWindowOutlets &>(*this) = outlets;
     mStatus.setLine(mStatusLine);
+    mStatus.setNotice(outlets.mConnectionNotice);
 }
 
 void KeyboardMainController::awakeFromNib()

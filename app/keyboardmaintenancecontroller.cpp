@@ -2,6 +2,7 @@
 #include "app/keyboardmaintenancecontroller.h"
 
 #include "base/text.h"
+#include "platform/emptystate.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -11,14 +12,12 @@ using namespace Qt::StringLiterals;
 KeyboardMaintenanceController::KeyboardMaintenanceController(QObject *parent) : QObject(parent), mView(new QWidget)
 {
     mView->setObjectName(u"maintenanceView"_s);
-    auto *text = new QLabel(localizedText("lkeyMaintenanceText"));
-    text->setObjectName(u"maintenanceText"_s);
-    text->setWordWrap(true);
-    text->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    auto *state = new EmptyState(Symbol::tick);
+    state->label()->setText(localizedText("lkeyMaintenanceText"));
+    state->label()->setObjectName(u"maintenanceText"_s);
+    state->addDetail(localizedText("lkeyMaintenanceElsewhere"));
     auto *layout = new QVBoxLayout(mView);
-    layout->setContentsMargins(48, 48, 48, 48);
-    layout->addWidget(text);
-    layout->addStretch();
+    layout->addWidget(state);
 }
 
 KeyboardMaintenanceController::~KeyboardMaintenanceController()

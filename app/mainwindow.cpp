@@ -2,6 +2,7 @@
 #include "app/mainwindow.h"
 
 #include "app/attachedkeyboards.h"
+#include "app/connectionnotice.h"
 #include "app/keyboardchooser.h"
 #include "app/keyboardmaincontroller.h"
 #include "app/keyboardmaintenancecontroller.h"
@@ -13,8 +14,10 @@
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/helpviewer.h"
 #include "platform/sheet.h"
+#include "platform/spacing.h"
 #include "platform/spinner.h"
 #include "platform/statusline.h"
+#include "platform/symbol.h"
 #include "platform/tabview.h"
 #include "profiles/keyboardprofilescontroller.h"
 
@@ -73,12 +76,12 @@ void MainWindow::assemble(KeyboardMainController *controller)
 
     auto *central = new QWidget;
     auto *layout = new QVBoxLayout(central);
-    layout->setContentsMargins(16, 12, 16, 4);
+    layout->setContentsMargins(Spacing::separate, Spacing::normal, Spacing::separate, Spacing::tight);
     layout->setSpacing(0);
     layout->addWidget(createHeader());
-    layout->addSpacing(10);
+    layout->addSpacing(Spacing::normal);
     layout->addWidget(createTabs(), 1);
-    layout->addSpacing(4);
+    layout->addSpacing(Spacing::tight);
     layout->addLayout(createStatusRow());
     setCentralWidget(central);
     createDeviceNotFoundSheet();
@@ -105,7 +108,7 @@ QWidget *MainWindow::createHeader()
     auto *header = new QWidget;
     auto *layout = new QHBoxLayout(header);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(10);
+    layout->setSpacing(Spacing::normal);
 
     mOutlets.mProductLogo = new QLabel;
     mOutlets.mProductLogo->setObjectName("mProductLogo"_L1);
@@ -123,29 +126,42 @@ QWidget *MainWindow::createHeader()
 
     layout->addWidget(mOutlets.mProductLogo);
     layout->addLayout(titles);
-    layout->addSpacing(8);
     layout->addWidget(mOutlets.mBusyIndicator);
-    layout->addStretch();
-    addHeaderButton(layout, "mFBButton", "lkeySocialNetworkPage",
+    layout->addWidget(createNotice());
+    layout->addStretch(1);
+    addHeaderButton(layout, "mFBButton", "lkeySocialNetworkPage", Symbol::page,
                     [this](QObject *sender) { mController->clickFBButton(sender); });
-    addHeaderButton(layout, "mTwitterButton", "lkeyCommunityFeed",
+    addHeaderButton(layout, "mTwitterButton", "lkeyCommunityFeed", Symbol::feed,
                     [this](QObject *sender) { mController->clickTwitterButton(sender); });
-    addHeaderButton(layout, "mQuillClubButton", "lkeyCommunityPage",
+    addHeaderButton(layout, "mQuillClubButton", "lkeyCommunityPage", Symbol::club,
                     [this](QObject *sender) { mController->clickQuillClubButton(sender); });
     mOutlets.mHelpButton = new QPushButton(localizedText("lkeyHelp"));
     mOutlets.mHelpButton->setObjectName("mHelpButton"_L1);
+    mOutlets.mHelpButton->setIcon(Symbols::icon(Symbol::help));
     connect(mOutlets.mHelpButton, &QPushButton::clicked, mController,
             [this] { mController->clickHelpButton(mOutlets.mHelpButton); });
     layout->addWidget(mOutlets.mHelpButton);
     return header;
 }
 
-void MainWindow::addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
+QWidget *MainWindow::createNotice()
+{
+    mOutlets.mConnectionNotice = new ConnectionNotice;
+    connect(mOutlets.mConnectionNotice, &ConnectionNotice::keyboardsRequested, this, &MainWindow::openKeyboardChooser);
+    connect(mOutlets.mConnectionNotice, &ConnectionNotice::helpRequested, this,
+            [] { HelpViewer::gotoPage(u"problems.html"_s); });
+    return mOutlets.mConnectionNotice;
+}
+
+void MainWindow::addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey, Symbol symbol,
                                  const std::function<void(QObject *sender)> &action)
 {
     auto *button = new QToolButton;
     button->setObjectName(QLatin1StringView(objectName));
-    button->setText(localizedText(textKey));
+    // The symbol alone: the links must not compete with the tabs. The text is the name and the tool tip.
+    button->setIcon(Symbols::icon(symbol));
+    button->setAccessibleName(localizedText(textKey));
+    button->setToolTip(localizedText(textKey));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::StrongFocus);
     connect(button, &QToolButton::clicked, mController, [button, action] { action(button); });
@@ -159,15 +175,19 @@ QWidget *MainWindow::createTabs()
     {
         QLatin1StringView label;
         const char *titleKey;
+        Symbol symbol;
         QWidget *page;
         QLatin1StringView helpPage;
     };
     const Tab tabs[] = {
-        {"Keys"_L1, "lkeyKeysTab", mController->keysController()->view(), "keys.html"_L1},
-        {"Profiles"_L1, "lkeyProfilesTab", mController->profilesController()->view(), "profiles.html"_L1},
-        {"Macros"_L1, "lkeyMacrosTab", mController->macrosController()->view(), "macros.html"_L1},
-        {"Lighting"_L1, "lkeyLightingTab", mController->lightingController()->view(), "lighting.html"_L1},
-        {"Maintenance"_L1, "lkeyMaintenanceTab", mController->maintenanceController()->view(), "maintenance.html"_L1},
+        {"Keys"_L1, "lkeyKeysTab", Symbol::keyboard, mController->keysController()->view(), "keys.html"_L1},
+        {"Profiles"_L1, "lkeyProfilesTab", Symbol::profiles, mController->profilesController()->view(),
+         "profiles.html"_L1},
+        {"Macros"_L1, "lkeyMacrosTab", Symbol::macro, mController->macrosController()->view(), "macros.html"_L1},
+        {"Lighting"_L1, "lkeyLightingTab", Symbol::light, mController->lightingController()->view(),
+         "lighting.html"_L1},
+        {"Maintenance"_L1, "lkeyMaintenanceTab", Symbol::tick, mController->maintenanceController()->view(),
+         "maintenance.html"_L1},
     };
     auto *tabView = new TabView;
     mOutlets.mKeyboardTabView = tabView;
@@ -175,7 +195,7 @@ QWidget *MainWindow::createTabs()
     for (const Tab &tab : tabs) {
         tab.page->setProperty(tabLabelProperty, QString(tab.label));
         tab.page->setProperty(helpPageProperty, QString(tab.helpPage));
-        tabView->addTab(tab.page, localizedText(tab.titleKey));
+        tabView->addTab(tab.page, Symbols::icon(tab.symbol), localizedText(tab.titleKey));
     }
     connect(tabView, &QTabWidget::currentChanged, mController, [this, tabView](int index) {
         if (const QWidget *page = tabView->widget(index))
@@ -195,6 +215,8 @@ QLayout *MainWindow::createStatusRow()
     auto *button = new QToolButton;
     button->setObjectName("mKeyboardButton"_L1);
     button->setText(localizedText("lkeyChooserOpen"));
+    button->setIcon(Symbols::icon(Symbol::keyboard));
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::StrongFocus);
     connect(button, &QToolButton::clicked, this, &MainWindow::openKeyboardChooser);
@@ -228,7 +250,8 @@ void MainWindow::createDeviceNotFoundSheet()
     connect(button, &QPushButton::clicked, mController,
             [this, button] { mController->clickCommAlertOKButton(button); });
     auto *layout = new QVBoxLayout(sheet);
-    layout->setSpacing(10);
+    layout->setContentsMargins(Spacing::separate, Spacing::separate, Spacing::separate, Spacing::separate);
+    layout->setSpacing(Spacing::normal);
     layout->addWidget(title);
     layout->addWidget(description);
     layout->addWidget(button, 0, Qt::AlignRight);
@@ -260,8 +283,8 @@ void MainWindow::createRestoringStateSheet()
     quit->setFocusPolicy(Qt::TabFocus);
     connect(quit, &QPushButton::clicked, QCoreApplication::instance(), &QCoreApplication::quit);
     auto *layout = new QVBoxLayout(sheet);
-    layout->setContentsMargins(16, 14, 16, 14);
-    layout->setSpacing(10);
+    layout->setContentsMargins(Spacing::separate, Spacing::separate, Spacing::separate, Spacing::separate);
+    layout->setSpacing(Spacing::normal);
     layout->addWidget(title);
     layout->addWidget(wrappedLabel(localizedText("lkeyRestoringStateDesc"), "restoringStateDesc"_L1));
     layout->addWidget(progress);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/mainwindowoutlets.h"
+#include "platform/symbol.h"
 
 #include <QMainWindow>
 
@@ -31,12 +32,13 @@ protected:
 
 private:
     QWidget *createHeader();
+    QWidget *createNotice();
     QWidget *createTabs();
     QLayout *createStatusRow();
     void createDeviceNotFoundSheet();
     void createRestoringStateSheet();
     void openKeyboardChooser();
-    void addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey,
+    void addHeaderButton(QHBoxLayout *layout, const char *objectName, const char *textKey, Symbol symbol,
                          const std::function<void(QObject *sender)> &action);
 
     KeyboardMainController *mController = nullptr;

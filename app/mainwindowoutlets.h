@@ -2,6 +2,7 @@
 // The widgets of the main window that the main controller uses. MainWindow fills them in.
 #pragma once
 
+class ConnectionNotice;
 class Spinner;
 class QLabel;
 class QProgressBar;
@@ -24,5 +25,6 @@ struct MainWindowOutlets
     Sheet *mRestoringStateWindow = nullptr;
     QProgressBar *mRestoringStateProgress = nullptr;
     StatusLine *mStatusLine = nullptr;
+    ConnectionNotice *mConnectionNotice = nullptr;
     QWidget *mMainWindow = nullptr;
 };

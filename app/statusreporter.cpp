@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/statusreporter.h"
 
+#include "app/connectionnotice.h"
 #include "platform/flushdisplay.h"
 #include "platform/statusline.h"
 
@@ -21,9 +22,18 @@ void StatusReporter::setLine(StatusLine *line)
     show();
 }
 
+void StatusReporter::setNotice(ConnectionNotice *notice)
+{
+    mNotice = notice;
+    if (mNotice)
+        mNotice->show(mState);
+}
+
 void StatusReporter::setState(const StatusState &state)
 {
     mState = state;
+    if (mNotice)
+        mNotice->show(mState);
     show();
 }
 

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <optional>
 
+class ConnectionNotice;
 class StatusLine;
 
 /// The times of the status line. Tests substitute their own.
@@ -33,6 +34,9 @@ public:
 
     /// Shows everything in `line` from now on.
     void setLine(StatusLine *line);
+
+    /// Also shows the state in `notice` from now on.
+    void setNotice(ConnectionNotice *notice);
 
     void setState(const StatusState &state);
     void report(const StatusReport &report);
@@ -65,6 +69,7 @@ private:
 
     StatusTimes mTimes;
     QPointer<StatusLine> mLine;
+    QPointer<ConnectionNotice> mNotice;
     StatusState mState;
     std::optional<StatusReport> mReport;
     bool mIsReportSeen = false; ///< the event loop has run since the report

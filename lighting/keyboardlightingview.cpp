@@ -9,6 +9,7 @@
 #include "platform/colorwell.h"
 #include "platform/groupbox.h"
 #include "platform/radiogroup.h"
+#include "platform/spacing.h"
 #include "platform/spinner.h"
 #include "platform/stepslider.h"
 
@@ -21,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int groupSpacing = 16;
+constexpr int groupSpacing = Spacing::separate;
 // Four captions for five levels: the level between normal and bright has none.
 constexpr int offLevel = Backlight::minimumBrightness, dimLevel = 1, normalLevel = 2;
 constexpr int brightLevel = Backlight::maximumBrightness;
@@ -115,7 +116,7 @@ QWidget *KeyboardLightingController::buildEffects()
 
     auto *column = new QVBoxLayout(group);
     column->addWidget(mLighting);
-    column->addSpacing(groupSpacing / 2);
+    column->addSpacing(Spacing::normal);
     column->addWidget(mEnableAddOnHighlight);
     column->addStretch();
     return group;
@@ -201,7 +202,7 @@ void KeyboardLightingController::buildView()
     upper->addWidget(buildEffects(), 2);
 
     auto *column = new QVBoxLayout(mView);
-    column->setContentsMargins(20, 20, 20, 20);
+    column->setContentsMargins(Spacing::separate, Spacing::separate, Spacing::separate, Spacing::separate);
     column->setSpacing(groupSpacing);
     column->addLayout(profile);
     column->addLayout(upper);

@@ -11,6 +11,7 @@
 #include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"
 #include "platform/distributednotificationcenter.h"
+#include "platform/emptystate.h"
 #include "platform/pulldownbutton.h"
 
 #include <QAction>
@@ -218,12 +219,12 @@ void KeyboardMacrosController::setStateOfMacroDetailsTableWithState(bool isHidde
                                 mSettingsMacroDetails};
     for (QWidget *control : part)
         control->setVisible(!isHidden);
-    mNoMacroLabel->setVisible(isHidden);
+    mNoMacroState->setVisible(isHidden);
 }
 
 void KeyboardMacrosController::setStateOfTableButtonsWithState(bool isEnabled)
 {
-    const QList<QWidget *> buttons{mAddMacro,        mDeleteMacro,        mSettingsMacro,
+    const QList<QWidget *> buttons{mAddMacro,        mFirstMacro,         mDeleteMacro,         mSettingsMacro,
                                    mAddMacroDetails, mDeleteMacroDetails, mSettingsMacroDetails};
     for (QWidget *button : buttons)
         button->setEnabled(isEnabled && mHasDeviceConnected);
@@ -241,7 +242,7 @@ void KeyboardMacrosController::setStateOfMacroTableWithState(bool isEnabled)
 void KeyboardMacrosController::updateEventPart()
 {
     const bool isHidden = macroRow() < 0;
-    if (mNoMacroLabel->isHidden() == isHidden)
+    if (mNoMacroState->isHidden() == isHidden)
         setStateOfMacroDetailsTableWithState(isHidden);
     updatePlaceholders();
     updateEventButtons();
@@ -253,6 +254,7 @@ void KeyboardMacrosController::updatePlaceholders()
     const bool hasMacros = !mMacrosSettingsArray.isEmpty();
     mMacroTableView->setPlaceholderText(hasMacros ? QString() : localizedText("lkeyNoMacros"));
     mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
+    mFirstMacro->setVisible(!hasMacros);
     mRecordingHint->setVisible(hasRecording());
     mMacroDetailsTableView->setPlaceholderText(localizedText(hasRecording() ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }

@@ -25,6 +25,7 @@ class NSTableViewMacroSubClass;
 class NumberOnlyTextField;
 class OpenPanel;
 class QAction;
+class EmptyState;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -259,7 +260,9 @@ private:
     QPushButton *mDeleteMacro = nullptr;
     PulldownButton *mSettingsMacro = nullptr;
     QLabel *mMacroAssignmentLabel = nullptr;
+    EmptyState *mNoMacroState = nullptr;
     QLabel *mNoMacroLabel = nullptr;
+    QPushButton *mFirstMacro = nullptr;
     QWidget *mMacroDetailsScrollView = nullptr;
     NSTableViewMacroDetailsSubClass *mMacroDetailsTableView = nullptr;
     QPushButton *mAddMacroDetails = nullptr;

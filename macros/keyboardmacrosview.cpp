@@ -6,7 +6,10 @@
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"
+#include "platform/emptystate.h"
 #include "platform/pulldownbutton.h"
+#include "platform/spacing.h"
+#include "platform/symbol.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -69,7 +72,7 @@ QVBoxLayout *layOutSheet(Sheet *sheet, QLabel *label, QLineEdit *field, QPushBut
     buttons->addWidget(cancel);
     buttons->addWidget(ok);
     auto *column = new QVBoxLayout(sheet);
-    column->setSpacing(12);
+    column->setSpacing(Spacing::normal);
     column->addWidget(label);
     column->addWidget(field);
     column->addLayout(buttons);
@@ -112,12 +115,14 @@ QWidget *KeyboardMacrosController::buildMacroList()
     buttons->addWidget(makeButton(mDeleteMacro, "mDeleteMacro", "lkeyDeleteMacro", &Self::clickDeleteMacro));
     describe(mAddMacro, "lkeyAddMacroTip");
     describe(mDeleteMacro, "lkeyDeleteMacroTip");
+    mAddMacro->setIcon(Symbols::icon(Symbol::add, u"list-add"_s));
+    mDeleteMacro->setIcon(Symbols::icon(Symbol::remove, u"edit-delete"_s));
     buttons->addWidget(mSettingsMacro);
     buttons->addStretch();
     auto *part = new QWidget;
     auto *column = new QVBoxLayout(part);
     column->setContentsMargins({});
-    column->setSpacing(8);
+    column->setSpacing(Spacing::normal);
     column->addWidget(makeLabel("mMacroListLabel", "lkeyMacroListLabel"));
     column->addWidget(mMacroScrollView, 1);
     column->addLayout(buttons);
@@ -142,9 +147,14 @@ QWidget *KeyboardMacrosController::buildEventList()
     makeButton(mRecordMacroDetails, "mRecordMacroDetails", "lkeyRecord", &Self::clickRecordMacroDetails);
     mRecordMacroDetails->setCheckable(true);
     mRecordMacroDetails->setIcon(EventIcons::recordIcon(false));
-    mNoMacroLabel = makeLabel("mNoMacroLabel", "lkeyNoMacroSelected");
-    mNoMacroLabel->setAlignment(Qt::AlignCenter);
-    mNoMacroLabel->setWordWrap(true);
+    mNoMacroState = new EmptyState(Symbol::macro);
+    mNoMacroState->setObjectName("mNoMacroState"_L1);
+    mNoMacroLabel = mNoMacroState->label();
+    mNoMacroLabel->setObjectName("mNoMacroLabel"_L1);
+    mFirstMacro = mNoMacroState->addButton(localizedText("lkeyAddMacroTip"));
+    mFirstMacro->setObjectName("mFirstMacro"_L1);
+    mFirstMacro->setIcon(Symbols::icon(Symbol::add, u"list-add"_s));
+    connect(mFirstMacro, &QPushButton::clicked, mAddMacro, &QPushButton::click);
     mRecordingHint = makeHint("mRecordingHint");
     mRecordingHint->hide();
 
@@ -158,14 +168,16 @@ QWidget *KeyboardMacrosController::buildEventList()
     buttons->addWidget(mRecordMacroDetails);
     describe(mAddMacroDetails, "lkeyAppendEventsTip");
     describe(mDeleteMacroDetails, "lkeyDeleteSelectedEventTip");
+    mAddMacroDetails->setIcon(Symbols::icon(Symbol::add, u"list-add"_s));
+    mDeleteMacroDetails->setIcon(Symbols::icon(Symbol::remove, u"edit-delete"_s));
     mEventPart = new QWidget;
     mEventPart->setFocusPolicy(Qt::ClickFocus); // a click gives a recording its keys again
     auto *column = new QVBoxLayout(mEventPart);
     column->setContentsMargins({});
-    column->setSpacing(8);
+    column->setSpacing(Spacing::normal);
     column->addWidget(mMacroAssignmentLabel);
     column->addWidget(mMacroDetailsScrollView, 1);
-    column->addWidget(mNoMacroLabel, 1);
+    column->addWidget(mNoMacroState, 1);
     column->addWidget(mRecordingHint);
     column->addLayout(buttons);
     return mEventPart;
@@ -212,8 +224,8 @@ void KeyboardMacrosController::buildView()
     mView = new QWidget;
     mView->setObjectName("macrosView"_L1);
     auto *row = new QHBoxLayout(mView);
-    row->setContentsMargins(20, 20, 20, 20);
-    row->setSpacing(20);
+    row->setContentsMargins(Spacing::separate, Spacing::separate, Spacing::separate, Spacing::separate);
+    row->setSpacing(Spacing::separate);
     row->addWidget(buildMacroList(), 2);
     row->addWidget(buildEventList(), 3);
     buildDelaySheet();

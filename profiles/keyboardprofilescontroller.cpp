@@ -138,6 +138,15 @@ void KeyboardProfilesController::showOnScreenDisplay()
 void KeyboardProfilesController::refreshTableDisplay()
 {
     mProfilesTableView->reloadData();
+    showApplicationHint();
+}
+
+/// Shows the user how a profile follows an application, until one does.
+void KeyboardProfilesController::showApplicationHint()
+{
+    mApplicationHint->setVisible(std::ranges::none_of(mAllProfilesArray, [](const QVariant &record) {
+        return !ApplicationBinding::applicationOf(record.toMap()).isEmpty();
+    }));
 }
 
 void KeyboardProfilesController::setControlsState(bool isEnabled)
@@ -148,6 +157,7 @@ void KeyboardProfilesController::setControlsState(bool isEnabled)
     mProfilesTableView->setEnabled(isEnabled);
     enableAddButtonByCount();
     mSettingsProfile->setEnabled(isEnabled);
+    mFirstApplication->setEnabled(isEnabled);
     mEnableOnScreenDisplay->setEnabled(isEnabled);
     mDeleteProfile->setEnabled(canDelete());
 }
@@ -157,6 +167,7 @@ void KeyboardProfilesController::enableControlsForAddProfiles(bool isEnabled)
     // After a refused add there may be only one profile, which cannot be deleted.
     mDeleteProfile->setEnabled(isEnabled && canDelete());
     mSettingsProfile->setEnabled(isEnabled && mHasDeviceConnected);
+    mFirstApplication->setEnabled(isEnabled && mHasDeviceConnected);
     mEnableOnScreenDisplay->setEnabled(isEnabled && mHasDeviceConnected);
     // The add button depends only on the count, even while an add is in progress.
     enableAddButtonByCount();

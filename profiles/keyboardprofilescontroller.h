@@ -115,6 +115,8 @@ public:
 private:
     void buildView();
     void buildTable();
+    QWidget *buildApplicationHint();
+    void showApplicationHint();
     [[nodiscard]] int profileCount() const { return int(mAllProfilesArray.size()); }
     [[nodiscard]] QVariantMap profileAt(int row) const; ///< empty if there is no such row
     [[nodiscard]] bool canDelete() const;
@@ -148,6 +150,8 @@ private:
     QPushButton *mAddProfile = nullptr;
     QPushButton *mDeleteProfile = nullptr;
     PulldownButton *mSettingsProfile = nullptr;
+    QWidget *mApplicationHint = nullptr;
+    QPushButton *mFirstApplication = nullptr;
     QCheckBox *mEnableOnScreenDisplay = nullptr;
 
     QVariantMap mDefaultProfileDict;

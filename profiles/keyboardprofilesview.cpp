@@ -5,9 +5,12 @@
 #include "base/text.h"
 #include "platform/checkbox.h"
 #include "platform/pulldownbutton.h"
+#include "platform/spacing.h"
+#include "platform/symbol.h"
 #include "profiles/qltableview.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -30,6 +33,24 @@ void KeyboardProfilesController::buildTable()
     mProfilesTableView->setAllowsEmptySelection(false);
 }
 
+QWidget *KeyboardProfilesController::buildApplicationHint()
+{
+    mApplicationHint = new QWidget;
+    mApplicationHint->setObjectName("mApplicationHint"_L1);
+    auto *text = new QLabel(localizedText("lkeyNoApplications"));
+    text->setObjectName("mApplicationHintText"_L1);
+    text->setWordWrap(true);
+    mFirstApplication = new QPushButton(localizedText("lkeyAssignApplication"));
+    mFirstApplication->setObjectName("mFirstApplication"_L1);
+    connect(mFirstApplication, &QPushButton::clicked, this, [this] { runCommand(ProfileCommands::assignApplication); });
+    auto *row = new QHBoxLayout(mApplicationHint);
+    row->setContentsMargins({});
+    row->setSpacing(Spacing::normal);
+    row->addWidget(text, 1);
+    row->addWidget(mFirstApplication);
+    return mApplicationHint;
+}
+
 void KeyboardProfilesController::buildView()
 {
     mView = new QWidget;
@@ -38,12 +59,14 @@ void KeyboardProfilesController::buildView()
 
     mAddProfile = new QPushButton(localizedText("lkeyAddProfile"));
     mAddProfile->setObjectName("mAddProfile"_L1);
+    mAddProfile->setIcon(Symbols::icon(Symbol::add, u"list-add"_s));
     connect(mAddProfile, &QPushButton::clicked, this, [this] {
         mProfilesTableView->endEditing();
         clickAddProfile(mAddProfile);
     });
     mDeleteProfile = new QPushButton(localizedText("lkeyDeleteProfile"));
     mDeleteProfile->setObjectName("mDeleteProfile"_L1);
+    mDeleteProfile->setIcon(Symbols::icon(Symbol::remove, u"edit-delete"_s));
     connect(mDeleteProfile, &QPushButton::clicked, this, [this] {
         mProfilesTableView->endEditing();
         clickDeleteProfile(mDeleteProfile);
@@ -68,8 +91,9 @@ void KeyboardProfilesController::buildView()
     buttons->addWidget(mEnableOnScreenDisplay);
 
     auto *column = new QVBoxLayout(mView);
-    column->setContentsMargins(20, 20, 20, 20);
-    column->setSpacing(12);
+    column->setContentsMargins(Spacing::separate, Spacing::separate, Spacing::separate, Spacing::separate);
+    column->setSpacing(Spacing::normal);
     column->addWidget(mProfilesTableView, 1);
+    column->addWidget(buildApplicationHint());
     column->addLayout(buttons);
 }

@@ -220,7 +220,14 @@ void KeyboardMacrosControllerTest::emptyListsShowAHint()
     mController->refreshTableDisplay();
     QCOMPARE(list()->placeholderText(), u"There are no macros yet."_s);
     QCOMPARE(outlet<QLabel>(u"mNoMacroLabel"_s)->text(), u"Add a macro, then record its events."_s);
+    auto *first = outlet<QPushButton>(u"mFirstMacro"_s);
+    QVERIFY(!first->isHidden());
+    QVERIFY(first->isEnabled());
+    mController->setControlsState(false);
+    QVERIFY(!first->isEnabled());
+    mController->setControlsState(true);
     fill({u"A"_s});
+    QVERIFY(first->isHidden());
     QCOMPARE(list()->placeholderText(), QString());
     QCOMPARE(outlet<QLabel>(u"mNoMacroLabel"_s)->text(), u"Select a macro to see its events."_s);
     list()->selectRow(0);

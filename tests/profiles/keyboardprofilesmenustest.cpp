@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The commands of the gear menu and of the context menu, and the keys that run them.
 #include "tests/profiles/profilestabfixture.h"
+#include "tests/support/applicationchoice.h"
 #include "tests/support/testmain.h"
 
 #include "platform/pulldownbutton.h"
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void cleanup() { closeTab(); }
 
     void removeApplicationClearsTheFourKeysAndTheSwitch();
+    void hintOffersAnApplicationUntilAProfileHasOne();
     void gearMenuRenamesTheSelectedRow();
     void gearDeleteEndsAPendingRename();
     void gearShowsOnlyAPicture();
@@ -63,6 +65,26 @@ void KeyboardProfilesMenusTest::removeApplicationClearsTheFourKeysAndTheSwitch()
     QCOMPARE(settings.value(u"AutoSwitchOn"_s), QVariant(false));
     QCOMPARE(settings.value(u"AppInfo"_s).toMap(), profileNamed(u"A"_s).value(u"AppInfo"_s).toMap());
     QCOMPARE(table()->model()->index(0, 2).data().toString(), QString());
+}
+
+void KeyboardProfilesMenusTest::hintOffersAnApplicationUntilAProfileHasOne()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    const auto *hint = outlet<QWidget>("mApplicationHint");
+    auto *button = outlet<QPushButton>("mFirstApplication");
+    QVERIFY(!hint->isHidden());
+    QVERIFY(button->isEnabled());
+    mController->setControlsState(false);
+    QVERIFY(!button->isEnabled());
+    mController->setControlsState(true);
+    button->click();
+    QVERIFY(openApplicationChooser());
+    openApplicationChooser()->reject();
+    mDelegate->calls.clear(); // cancelling turns the automatic switch off
+    fillWith({profileNamed(u"A"_s), profileNamed(u"B"_s, u"Racer"_s, 1)}, 1);
+    QVERIFY(hint->isHidden());
+    fill({u"A"_s, u"B"_s}, 1);
+    QVERIFY(!hint->isHidden());
 }
 
 void KeyboardProfilesMenusTest::gearMenuRenamesTheSelectedRow()

@@ -94,5 +94,9 @@
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>Die Regel konnte nicht geändert werden: %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Ein anderer Benutzer ist aktiv</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Sie können die Tastatur verwenden, solange Ihre Sitzung aktiv ist.</translation></message>
+    <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>Keine Tastatur. Schließen Sie sie an, oder wählen Sie eine andere.</translation></message>
+    <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>Der Tastaturdienst antwortet nicht.</translation></message>
+    <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Abhilfe</translation></message>
+    <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Versionen und Standardeinstellungen finden Sie auf dem Reiter „Beleuchtung“.</translation></message>
 </context>
 </TS>

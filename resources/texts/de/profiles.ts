@@ -30,5 +30,6 @@
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profile (%@)</translation></message>
     <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>„%@“ folgt ebenfalls %@</translation></message>
     <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>Wenn die Anwendung in den Vordergrund kommt, bleibt das gerade aktive der beiden Profile aktiv. Ist keines aktiv, wird das erste in der Liste aktiv.</translation></message>
+    <message id="lkeyNoApplications"><source>lkeyNoApplications</source><translation>Noch folgt kein Profil einer Anwendung. Ordnen Sie dem gewählten Profil eine zu: Das Profil ist aktiv, solange die Anwendung im Vordergrund ist.</translation></message>
 </context>
 </TS>

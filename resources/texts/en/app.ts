@@ -94,5 +94,9 @@
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>The rule could not be changed: %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Another user is active</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>You can use the keyboard while your session is the active one.</translation></message>
+    <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>No keyboard. Connect it, or choose another one.</translation></message>
+    <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>The keyboard service does not respond.</translation></message>
+    <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Troubleshooting</translation></message>
+    <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>The Lighting tab has the versions and the default settings.</translation></message>
 </context>
 </TS>

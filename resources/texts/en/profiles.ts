@@ -30,5 +30,6 @@
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profiles (%@)</translation></message>
     <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>“%@” also follows %@</translation></message>
     <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>When the application comes to the front, the profile that is active then stays active. If neither is active, the first one in the list becomes active.</translation></message>
+    <message id="lkeyNoApplications"><source>lkeyNoApplications</source><translation>The profiles follow no application yet. Assign one to the selected profile: the profile is active while the application is in front.</translation></message>
 </context>
 </TS>

@@ -94,5 +94,9 @@
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>No se ha podido cambiar la regla: %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Hay otro usuario activo</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Puede usar el teclado mientras su sesión sea la activa.</translation></message>
+    <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>No hay teclado. Conéctelo o elija otro.</translation></message>
+    <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>El servicio del teclado no responde.</translation></message>
+    <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Qué hacer</translation></message>
+    <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Las versiones y los ajustes predeterminados están en la pestaña Iluminación.</translation></message>
 </context>
 </TS>

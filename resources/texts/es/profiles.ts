@@ -30,5 +30,6 @@
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Perfiles (%@)</translation></message>
     <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>«%@» también sigue a %@</translation></message>
     <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>Cuando la aplicación pasa al primer plano, el perfil que ya está activo sigue activo. Si ninguno lo está, se activa el primero de la lista.</translation></message>
+    <message id="lkeyNoApplications"><source>lkeyNoApplications</source><translation>Ningún perfil sigue aún a una aplicación. Asigne una al perfil seleccionado: el perfil está activo mientras la aplicación está en primer plano.</translation></message>
 </context>
 </TS>

@@ -94,5 +94,9 @@
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>La règle n’a pas pu être modifiée : %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Un autre utilisateur est actif</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Vous pouvez utiliser le clavier tant que votre session est active.</translation></message>
+    <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>Aucun clavier. Branchez-le ou choisissez-en un autre.</translation></message>
+    <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>Le service du clavier ne répond pas.</translation></message>
+    <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Que faire ?</translation></message>
+    <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Les versions et les réglages par défaut se trouvent dans l’onglet Éclairage.</translation></message>
 </context>
 </TS>

@@ -30,5 +30,6 @@
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profils (%@)</translation></message>
     <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>« %@ » est aussi associé à %@</translation></message>
     <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>Lorsque l’application passe au premier plan, celui de ces profils qui est déjà actif le reste. Si aucun ne l’est, le premier de la liste devient actif.</translation></message>
+    <message id="lkeyNoApplications"><source>lkeyNoApplications</source><translation>Aucun profil ne suit encore d’application. Associez-en une au profil sélectionné : il est actif tant que l’application est au premier plan.</translation></message>
 </context>
 </TS>

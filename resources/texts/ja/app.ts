@@ -94,5 +94,9 @@
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>ルールを変更できませんでした: %@</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>別のユーザーが操作中</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>ご自分のセッションがアクティブな間だけ、このキーボードを使用できます。</translation></message>
+    <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>キーボードがありません。接続するか、別のものを選んでください。</translation></message>
+    <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>キーボードのサービスが応答しません。</translation></message>
+    <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>対処方法</translation></message>
+    <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>バージョンとデフォルトの設定は「ライティング」タブにあります。</translation></message>
 </context>
 </TS>

@@ -30,5 +30,6 @@
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>プロファイル (%@)</translation></message>
     <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>「%@」にも %@ が割り当てられています</translation></message>
     <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>アプリケーションが前面に来たとき、どちらかのプロファイルを使用中であれば、そのまま使われます。どちらも使用中でなければ、リストで先にあるプロファイルが使われます。</translation></message>
+    <message id="lkeyNoApplications"><source>lkeyNoApplications</source><translation>アプリケーションに連動するプロファイルはまだありません。選択したプロファイルに割り当てると、アプリケーションが前面にある間、そのプロファイルが使用されます。</translation></message>
 </context>
 </TS>

@@ -30,5 +30,6 @@
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>配置文件 (%@)</translation></message>
     <message id="lkeySharedApplicationTitle"><source>lkeySharedApplicationTitle</source><translation>“%@”也关联了 %@</translation></message>
     <message id="lkeySharedApplicationDesc"><source>lkeySharedApplicationDesc</source><translation>当该应用程序切换到前台时，如果正在使用其中一个配置文件，则继续使用；否则使用列表中靠前的配置文件。</translation></message>
+    <message id="lkeyNoApplications"><source>lkeyNoApplications</source><translation>还没有跟随应用程序的配置文件。为所选配置文件关联应用程序后，只要该应用程序在前台，此配置文件就会生效。</translation></message>
 </context>
 </TS>
