@@ -89,6 +89,7 @@ CommandResult<void> showOrAssignKey(CommandContext &context);
 CommandResult<void> listDevices(CommandContext &context);
 CommandResult<void> useDevices(CommandContext &context);
 CommandResult<void> releaseDevices(CommandContext &context);
+CommandResult<void> watchDevices(CommandContext &context);
 CommandResult<void> showDeviceRule(CommandContext &context);
 CommandResult<void> reportFrontApplication(CommandContext &context);
 CommandResult<void> showOrSetLight(CommandContext &context);

@@ -11,8 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int callLimitMs = 5000;
-
 /// QtDBus announces a failed call on its own thread after the caller has the reply. If the program ends meanwhile, Qt
 /// prints warnings about types that it has already destroyed. The thread handles replies in turn: the reply to a second
 /// call, which cannot fail, comes after the announcement.
@@ -20,12 +18,12 @@ void waitForBusThread()
 {
     const QDBusMessage ping = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                                              u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
-    sharedSessionBus().call(ping, QDBus::Block, callLimitMs);
+    sharedSessionBus().call(ping, QDBus::Block, DaemonObjectClient::usualLimitMs);
 }
 
-QDBusMessage replyTo(const QDBusMessage &message)
+QDBusMessage replyTo(const QDBusMessage &message, int limitMs)
 {
-    const QDBusMessage reply = sharedSessionBus().call(message, QDBus::Block, callLimitMs);
+    const QDBusMessage reply = sharedSessionBus().call(message, QDBus::Block, limitMs);
     if (reply.type() == QDBusMessage::ErrorMessage)
         waitForBusThread();
     return reply;
@@ -71,15 +69,15 @@ DaemonObjectResult<QVariantList> resultOf(const DaemonObjectClient &object, cons
 } // namespace
 
 DaemonObjectResult<QVariantList> DaemonObjectClient::call(QLatin1StringView method, const QVariantList &arguments,
-                                                          const QString &failure) const
+                                                          const QString &failure, int limitMs) const
 {
-    return resultOf(*this, replyTo(daemonObjectCall(path, interface, method, arguments)), failure);
+    return resultOf(*this, replyTo(daemonObjectCall(path, interface, method, arguments), limitMs), failure);
 }
 
 DaemonObjectResult<QVariant> DaemonObjectClient::property(QLatin1StringView name) const
 {
-    const DaemonObjectResult<QVariantList> values =
-        resultOf(*this, replyTo(daemonPropertyCall(path, interface, name)), u"the %1 cannot be read"_s.arg(words));
+    const DaemonObjectResult<QVariantList> values = resultOf(
+        *this, replyTo(daemonPropertyCall(path, interface, name), usualLimitMs), u"the %1 cannot be read"_s.arg(words));
     if (!values)
         return values.error();
     return daemonPropertyValue(*values);

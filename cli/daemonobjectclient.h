@@ -18,9 +18,11 @@ struct DaemonObjectError : CommandError
 
 template <typename T> using DaemonObjectResult = Result<T, DaemonObjectError>;
 
-/// Main thread only; each call blocks for at most 5 seconds.
+/// Main thread only; each call blocks for at most 5 seconds, or `limitMs` where given.
 struct DaemonObjectClient
 {
+    static constexpr int usualLimitMs = 5000;
+
     QLatin1StringView path;
     QLatin1StringView interface;
     QLatin1StringView words; ///< its name in an error message: "virtual keyboard"
@@ -28,6 +30,6 @@ struct DaemonObjectClient
     /// The values that the call returns. `failure` begins the message of a refusal, before the daemon's reason. It says
     /// what does not happen to the user's object: "the brightness cannot be changed".
     [[nodiscard]] DaemonObjectResult<QVariantList> call(QLatin1StringView method, const QVariantList &arguments,
-                                                        const QString &failure) const;
+                                                        const QString &failure, int limitMs = usualLimitMs) const;
     [[nodiscard]] DaemonObjectResult<QVariant> property(QLatin1StringView name) const;
 };

@@ -3,12 +3,13 @@
 
 BusObjects::BusObjects(const Parts &parts)
     : mSettings(parts.store), mVirtualKeyboard(parts.virtualKeyboard), mDevices(parts.devices, parts.deviceChoice),
-      mFrontApplication(parts.frontApplication, parts.profiles), mHistory(parts.history, parts.historyCalls)
+      mKeyWatch(parts.keyWatch), mFrontApplication(parts.frontApplication, parts.profiles),
+      mHistory(parts.history, parts.historyCalls)
 {
 }
 
 bool BusObjects::registerOn(const QDBusConnection &bus)
 {
     return mVirtualKeyboard.registerOn(bus) && mFrontApplication.registerOn(bus) && mDevices.registerOn(bus)
-           && mSettings.registerOn(bus) && mHistory.registerOn(bus);
+           && mKeyWatch.registerOn(bus) && mSettings.registerOn(bus) && mHistory.registerOn(bus);
 }

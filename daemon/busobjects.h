@@ -4,6 +4,7 @@
 
 #include "daemon/frontapplication/frontapplicationadaptor.h"
 #include "daemon/keyboards/devicesadaptor.h"
+#include "daemon/keyboards/keywatchadaptor.h"
 #include "daemon/keyboards/virtual/virtualkeyboardadaptor.h"
 #include "daemon/settings/historyadaptor.h"
 #include "daemon/settings/settingsadaptor.h"
@@ -18,6 +19,7 @@ public:
         VirtualKeyboard &virtualKeyboard;
         DeviceSource &devices;
         DeviceChoice &deviceChoice;
+        KeyWatch &keyWatch;
         FrontApplicationWatch &frontApplication;
         const ProfileSwitch &profiles;
         History &history;
@@ -36,6 +38,7 @@ private:
     SettingsObject mSettings;
     VirtualKeyboardObject mVirtualKeyboard;
     DevicesObject mDevices;
+    KeyWatchObject mKeyWatch;
     FrontApplicationObject mFrontApplication;
     HistoryObject mHistory;
 };

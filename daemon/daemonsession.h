@@ -47,6 +47,7 @@ private:
     LinuxDevices mDevices;
     DeviceChoice mDeviceChoice;
     DeviceDaemon mDaemon;
+    KeyWatch mKeyWatch;
     FrontApplicationWatch mFrontApplication;
     DesktopSearch mDesktopSearch;
     BusObjects mObjects;

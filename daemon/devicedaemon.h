@@ -34,6 +34,7 @@ public:
     [[nodiscard]] const ProfileSwitch &profiles() const { return mProfiles; }
     [[nodiscard]] History &history() { return mHistory; }
     [[nodiscard]] HistoryCommands &historyCommands() { return mHistoryCommands; }
+    [[nodiscard]] CurrentKeyboard &keyboard() { return mKeyboard; }
     /// As CurrentSettings::keepFolder().
     [[nodiscard]] bool keepFolder() { return mSettings.keepFolder(); }
 

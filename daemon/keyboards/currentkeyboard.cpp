@@ -10,12 +10,14 @@ void CurrentKeyboard::use(Keyboard &keyboard, const QVariantMap &document)
 {
     if (mKeyboard) {
         stop();
+        mKeyboard->keys().tap().stop();
         mKeyboard->disconnect(this);
         mKeyboard->keys().disconnect(this);
         mKeyboard->showLight({}); // off: an animated one would continue for ever
     }
     mKeyboard = &keyboard;
     connectKeyboard();
+    setTapped(mIsTapped);
     mSettings = keySettingsOf(document, mSettings);
     KeySettings settings = mSettings; // and then those of the previous use
     callKeysAndWait([this, &settings](KeyPath &keys) {
@@ -125,6 +127,15 @@ void CurrentKeyboard::sendListening()
 {
     mListening.lastMacroKey = mLastMacroKey;
     callKeys([listening = mListening](KeyPath &keys) { keys.listen(listening); });
+}
+
+void CurrentKeyboard::setTapped(bool isTapped)
+{
+    mIsTapped = isTapped;
+    if (isTapped)
+        mKeyboard->keys().tap().start();
+    else
+        mKeyboard->keys().tap().stop();
 }
 
 void CurrentKeyboard::stop()

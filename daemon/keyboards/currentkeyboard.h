@@ -10,6 +10,7 @@
 #include <QVariantMap>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 /// Calls and signals are direct if the keys are on the same thread. Otherwise they are queued: calls reach the keys in
@@ -32,6 +33,12 @@ public:
     void showOnTheFly(OnTheFlyState state) { mKeyboard->showOnTheFly(state); }
     /// `listening` without its `lastMacroKey`; `client` as in Keyboard::showCapture().
     void listen(const KeyPath::Listening &listening, const QString &client);
+    /// From now on, takeTapped() returns the events of the keyboard in use, whichever it is; or no longer.
+    void setTapped(bool isTapped);
+    /// The next event since the last call; absent when there is none.
+    [[nodiscard]] std::optional<KeyTap::Event> takeTapped() { return mKeyboard->keys().tap().take(); }
+    /// The number of events that were lost since the last call, because too many came.
+    [[nodiscard]] quint64 takeLostTapped() { return mKeyboard->keys().tap().takeLost(); }
     /// When this returns, everything is released and the keys do nothing more.
     void stop();
 
@@ -62,6 +69,7 @@ private:
     template <typename Function> void callKeysAndWait(Function function);
 
     Keyboard *mKeyboard = nullptr;
+    bool mIsTapped = false;
     KeySettings mSettings;                                  // of the document
     std::vector<std::shared_ptr<KeyPath::Change>> mChanges; // those that the keys have not taken yet
     KeyPath::SwitchNumber mLastSwitch = 0;                  // the last one received

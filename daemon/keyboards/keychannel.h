@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/hidusage.h"
+#include "daemon/keyboards/keytap.h"
 
 #include <QObject>
 
@@ -24,6 +25,9 @@ public:
     /// Ends the report of everything sent since the last call.
     virtual void flush() = 0;
 
+    /// Gets what the channel receives and sends. Any thread, see KeyTap.
+    [[nodiscard]] KeyTap &tap() { return mTap; }
+
 Q_SIGNALS:
     // Emitted on the channel's thread, so a key reaches the engine without an allocation.
     /// `time`: of the event; not after now. `systemKey`: as in KeyEngine::keyDown().
@@ -35,4 +39,7 @@ Q_SIGNALS:
     /// The keyboard was removed or released: everything that its keys have begun must end. Keys may still be down, and
     /// their releases will not come.
     void keysLost();
+
+private:
+    KeyTap mTap;
 };

@@ -72,6 +72,7 @@ public:
     KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent = nullptr);
 
     [[nodiscard]] bool isStarted() const { return mIsStarted; }
+    [[nodiscard]] KeyTap &tap() { return mChannel.tap(); } ///< any thread, see KeyTap
     /// The keys act from start() until stop(), and are ignored otherwise. Returns the last choice: the caller must
     /// ignore choices up to it. Leaves the previous settings in `settings`, because the caller has the time to free
     /// them.

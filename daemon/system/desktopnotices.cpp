@@ -3,6 +3,7 @@
 
 #include "base/resources.h"
 #include "base/text.h"
+#include "base/visibletext.h"
 
 #include <QLocale>
 
@@ -10,16 +11,30 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A lasting notice with the texts of these keys.
-DesktopNotification::Notice lastingNotice(const char *summaryKey, const char *bodyKey)
+/// Loads the texts on demand: these notices are rare, and the texts need memory.
+void loadTexts()
 {
-    // Loaded on demand: these notices are rare, and the texts need memory.
     static const bool areTextsThere = [] {
         installTexts(resourcePath(u"texts"_s), QLocale::system().uiLanguages());
         return true;
     }();
     Q_UNUSED(areTextsThere);
+}
+
+/// A lasting notice with the texts of these keys.
+DesktopNotification::Notice lastingNotice(const char *summaryKey, const char *bodyKey)
+{
+    loadTexts();
     return {.summary = localizedText(summaryKey), .body = localizedText(bodyKey), .isPassing = false};
+}
+
+/// A name from outside must not be markup, which many services show in a body.
+QString plainName(const QString &name)
+{
+    QString plain = visibleText(name, u'?');
+    for (const QChar markup : {u'<', u'>', u'&'})
+        plain.replace(markup, u'?');
+    return plain;
 }
 
 } // namespace
@@ -37,4 +52,21 @@ void DesktopNotices::showKeyboardReleased()
 void DesktopNotices::showSettingsProblem()
 {
     mSettings.show(lastingNotice("lkeySettingsProblem", "lkeySettingsProblemHow"));
+}
+
+DesktopQuestion::Bubble DesktopNotices::watchQuestion(const QString &program)
+{
+    loadTexts();
+    return {.summary = localizedText("lkeyWatchQuestion"),
+            .body = localizedFormat("lkeyWatchQuestionHow", {plainName(program)}),
+            .buttons = {QString(allowButton), localizedText("lkeyWatchAllow"), u"refuse"_s,
+                        localizedText("lkeyWatchRefuse")}};
+}
+
+DesktopQuestion::Bubble DesktopNotices::watchNotice(const QString &program)
+{
+    loadTexts();
+    return {.summary = localizedText("lkeyWatchRuns"),
+            .body = localizedFormat("lkeyWatchRunsHow", {plainName(program)}),
+            .buttons = {u"stop"_s, localizedText("lkeyWatchStop")}};
 }

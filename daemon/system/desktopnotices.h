@@ -4,11 +4,15 @@
 #pragma once
 
 #include "daemon/system/desktopnotification.h"
+#include "daemon/system/desktopquestion.h"
 
 /// A notice replaces the previous one of its kind alone. No function waits.
 class DesktopNotices
 {
 public:
+    /// The button of watchQuestion() that allows.
+    static constexpr QLatin1StringView allowButton{"allow"};
+
     explicit DesktopNotices(const QDBusConnection &bus) : mProfile(bus), mRelease(bus), mSettings(bus) {}
 
     /// The profile `name` is now active. Passes by itself.
@@ -17,6 +21,11 @@ public:
     void showKeyboardReleased();
     /// A settings file has a problem.
     void showSettingsProblem();
+
+    /// Asks whether `program` may see the keys. Refuses with any other button.
+    [[nodiscard]] static DesktopQuestion::Bubble watchQuestion(const QString &program);
+    /// `program` sees the keys. Its button stops that.
+    [[nodiscard]] static DesktopQuestion::Bubble watchNotice(const QString &program);
 
 private:
     DesktopNotification mProfile;

@@ -26,6 +26,7 @@ public:
         QString body;
         QVariantMap hints;
         int expireMs;
+        QStringList actions;
     };
 
     [[nodiscard]] static QString name() { return QStringLiteral("org.freedesktop.Notifications"); }
@@ -50,6 +51,19 @@ public:
         for (const QDBusMessage &call : std::exchange(mHeld, {}))
             mBus.send(call.createReply(QVariant(++mLastId)));
     }
+    /// The user clicks a button of the last bubble, or dismisses it.
+    void press(const QString &button) { pressOf(mLastId, button); }
+    void pressOf(uint id, const QString &button) { post(QStringLiteral("ActionInvoked"), {id, button}); }
+    void dismiss() { post(QStringLiteral("NotificationClosed"), {mLastId, 2U}); }
+    [[nodiscard]] uint lastId() const { return mLastId; }
+    /// Whether every bubble has its number.
+    [[nodiscard]] bool hasAnswered() const { return mHeld.isEmpty(); }
+    /// As answer(), but the button of the bubble is pressed before.
+    void answerWithSignalFirst(const QString &button)
+    {
+        pressOf(mLastId + 1, button);
+        answer();
+    }
     [[nodiscard]] QStringList summaries() const
     {
         QStringList result;
@@ -59,12 +73,14 @@ public:
     }
 
     QList<Bubble> bubbles;
+    QList<uint> closed; ///< by CloseNotification
+    QStringList capabilities{QStringLiteral("actions"), QStringLiteral("body")};
 
 public Q_SLOTS:
     Q_SCRIPTABLE uint Notify(const QString &application, uint replacesId, const QString &, const QString &summary,
-                             const QString &body, const QStringList &, const QVariantMap &hints, int expireMs)
+                             const QString &body, const QStringList &actions, const QVariantMap &hints, int expireMs)
     {
-        bubbles += {application, replacesId, summary, body, hints, expireMs};
+        bubbles += {application, replacesId, summary, body, hints, expireMs, actions};
         if (mIsHolding) {
             setDelayedReply(true);
             mHeld += message();
@@ -72,8 +88,18 @@ public Q_SLOTS:
         }
         return replacesId != 0 ? replacesId : ++mLastId;
     }
+    Q_SCRIPTABLE QStringList GetCapabilities() { return capabilities; }
+    Q_SCRIPTABLE void CloseNotification(uint id) { closed += id; }
 
 private:
+    void post(const QString &name, const QVariantList &arguments)
+    {
+        QDBusMessage message = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/Notifications"),
+                                                          NotificationService::name(), name);
+        message.setArguments(arguments);
+        mBus.send(message);
+    }
+
     QDBusConnection mBus;
     QList<QDBusMessage> mHeld;
     bool mIsHolding = false;

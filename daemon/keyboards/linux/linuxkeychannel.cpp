@@ -15,6 +15,7 @@ LinuxKeyChannel::~LinuxKeyChannel()
 void LinuxKeyChannel::setOutput(std::unique_ptr<OutputDevice> output)
 {
     mOutput = std::move(output);
+    mOutput->setTap(tap());
     mLedNotifier = std::make_unique<QSocketNotifier>(mOutput->descriptor(), QSocketNotifier::Read);
     connect(mLedNotifier.get(), &QSocketNotifier::activated, this, &LinuxKeyChannel::showLeds);
 }
@@ -63,6 +64,8 @@ void LinuxKeyChannel::flush()
 
 inline void LinuxKeyChannel::actOn(TranslatorOutput output, Time time)
 {
+    if (tap().isOn())
+        addToTap(output);
     switch (output.kind) {
     case TranslatorOutput::Kind::none: break;
     case TranslatorOutput::Kind::key: announceKey(output.usage, output.code, output.isDown, time); break;
@@ -71,6 +74,20 @@ inline void LinuxKeyChannel::actOn(TranslatorOutput output, Time time)
     case TranslatorOutput::Kind::volume: mOutput->setVolume(output.value); break;
     case TranslatorOutput::Kind::toggle: mOutput->setSwitch(output.code, output.isDown); break;
     case TranslatorOutput::Kind::releaseChord: ungrabAll(); break;
+    }
+}
+
+void LinuxKeyChannel::addToTap(TranslatorOutput output)
+{
+    constexpr KeyTap::Side side = KeyTap::Side::keyboard;
+    switch (output.kind) {
+    case TranslatorOutput::Kind::key: tap().addKey(side, {HidUsage::keyboardPage, output.usage}, output.isDown); break;
+    case TranslatorOutput::Kind::passedKey: tap().addEvent(side, EV_KEY, output.code, output.isDown); break;
+    case TranslatorOutput::Kind::motion: tap().addEvent(side, EV_REL, output.code, output.value); break;
+    case TranslatorOutput::Kind::volume: tap().addEvent(side, EV_ABS, output.code, output.value); break;
+    case TranslatorOutput::Kind::toggle: tap().addEvent(side, EV_SW, output.code, output.isDown); break;
+    case TranslatorOutput::Kind::none:
+    case TranslatorOutput::Kind::releaseChord: break;
     }
 }
 

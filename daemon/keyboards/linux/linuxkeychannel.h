@@ -57,6 +57,7 @@ private:
     void nodeStateChanged(EventDevice &node) override;
 
     void actOn(TranslatorOutput output, Time time);
+    void addToTap(TranslatorOutput output);
     void announceKey(quint16 usage, quint16 code, bool isDown, Time time);
     void passKey(quint16 code, bool isDown, Time time);
     [[nodiscard]] bool takeOwnKey(quint16 code, bool isDown, Time time);

@@ -196,6 +196,8 @@ bool OutputDevice::flush()
 
 void OutputDevice::append(quint16 type, quint16 code, int value)
 {
+    if (mTap)
+        mTap->addEvent(KeyTap::Side::computer, type, code, value);
     // Programs that look at reports as a whole would miss a key that goes down and up within one report.
     const bool isSecondChange = (type == EV_KEY && mBatch->keys.test(code))
                                 || (type == EV_SW && mBatch->switches.test(code))

@@ -5,6 +5,7 @@
 
 #include "base/keycodes.h"
 #include "base/result.h"
+#include "daemon/keyboards/keytap.h"
 
 #include <QString>
 
@@ -49,6 +50,8 @@ public:
     void moveWheel(quint16 wheelCode, int value);
     void setVolume(int value); ///< 0 to volumeMaximum
     void setSwitch(quint16 switchCode, bool isOn);
+    /// `tap` gets every event from now on; it must outlive this.
+    void setTap(KeyTap &tap) { mTap = &tap; }
     /// Ends the report. False if the system refused it; its contents are then lost.
     bool flush();
 
@@ -63,5 +66,6 @@ private:
     int mDescriptor;
     libevdev_uinput *mDevice; // null for onFile()
     std::unique_ptr<Batch> mBatch;
+    KeyTap *mTap = nullptr; // may be null
     std::array<quint16, KeyCodes::codeCount> mHolders{};
 };

@@ -58,6 +58,7 @@ void VirtualKeyboard::showCapture(const QString &client)
 
 void VirtualKeyboard::send(HidUsage usage, bool isDown)
 {
+    mChannel.tap().addKey(KeyTap::Side::computer, usage, isDown);
     mSent.removeOne(usage);
     if (isDown)
         mSent += usage;
@@ -85,6 +86,8 @@ VirtualKeyboard::Outcome VirtualKeyboard::press(uint usagePage, uint usage)
         return {};
     mPressed += key;
     if (key.page == HidUsage::consumerPage)
+        mChannel.tap().addKey(KeyTap::Side::keyboard, key, true);
+    if (key.page == HidUsage::consumerPage)
         return changeBrightness(key.usage == HidUsage::brightnessUp ? 1 : -1);
     announce(key, true);
     return {};
@@ -110,6 +113,7 @@ void VirtualKeyboard::releaseAll()
 
 void VirtualKeyboard::announce(HidUsage key, bool isDown)
 {
+    mChannel.tap().addKey(KeyTap::Side::keyboard, key, isDown);
     if (key.page != HidUsage::consumerPage) // the keyboard's own: the daemon sees their effect, not the keys
         Q_EMIT mChannel.keyChanged(key, isDown, mNow(), key);
 }

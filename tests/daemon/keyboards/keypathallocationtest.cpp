@@ -84,6 +84,7 @@ private Q_SLOTS:
     void pressAndReleaseAllocateNothing();
     void manyKeysAtOnceAllocateNothing();
     void macroEventsAllocateNothing();
+    void tapAllocatesNothing();
 
 private:
     void change(quint16 key, bool isDown)
@@ -169,6 +170,19 @@ void KeyPathAllocationTest::macroEventsAllocateNothing()
         change(static_cast<quint16>(firstMacroKey + index), false);
     QCOMPARE(allocations - before, 0);
     QCOMPARE(mChannel.downCount(), std::size_t(0));
+}
+
+void KeyPathAllocationTest::tapAllocatesNothing()
+{
+    KeyTap &tap = mChannel.tap();
+    tap.start();
+    const int before = allocations;
+    for (std::size_t round = 0; round < 2 * KeyTap::capacity; ++round) {
+        tap.addKey(KeyTap::Side::keyboard, {HidUsage::keyboardPage, mappedKey}, true);
+        tap.addEvent(KeyTap::Side::computer, 1, 30, 1);
+    }
+    QCOMPARE(allocations - before, 0);
+    tap.stop();
 }
 
 QTEST_GUILESS_MAIN(KeyPathAllocationTest)

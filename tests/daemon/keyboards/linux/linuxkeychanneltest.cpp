@@ -45,6 +45,7 @@ private Q_SLOTS:
     void releaseChordWorksWhenTheChannelIsFlooded();
     void switchesTheLedsOfEveryKeyboard();
     void reportsTheTimeOfTheEvent();
+    void tapGetsBothSides();
     void timesNeverGoBack();
     void moreNodesThanPlacesStayWithTheDesktop();
     void measuresKeysAndCountsLosses();
@@ -341,6 +342,41 @@ void LinuxKeyChannelTest::reportsTheTimeOfTheEvent()
     mChannel->removeNode(1);
     QCOMPARE(times.size(), 2);
     QVERIFY(times.last() >= removal);
+}
+
+void LinuxKeyChannelTest::tapGetsBothSides()
+{
+    using Event = KeyTap::Event;
+    using Side = KeyTap::Side;
+    mChannel->addNode(mFirst->open(), 1, true);
+    mChannel->addNode(mSecond->open(), 2, true);
+    mFirst->press(KEY_B);
+    QTRY_COMPARE(mPipe->keys().size(), 1);
+    KeyTap &tap = mChannel->tap();
+    QVERIFY(!tap.take());
+    tap.start();
+    QStringList lines;
+    const auto read = [&] {
+        while (const std::optional<Event> event = tap.take())
+            lines += u"%1 %2:%3 %4:%5 %6"_s.arg(event->side == Side::keyboard ? "in"_L1 : "out"_L1)
+                         .arg(event->usage.page)
+                         .arg(event->usage.usage)
+                         .arg(event->type)
+                         .arg(event->code)
+                         .arg(event->value);
+        return lines;
+    };
+    mFirst->press(KEY_LEFTCTRL, 0x70039); // Caps Lock by its label
+    QTRY_COMPARE(read(), (QStringList{u"in 7:57 0:0 1"_s, u"out 0:0 1:29 1"_s}));
+    mSecond->press(KEY_LEFTCTRL, 0x70039); // already down
+    mSecond->press(KEY_PLAYPAUSE);
+    mSecond->setVolume(9);
+    mSecond->setSwitch(SW_DOCK, true);
+    QTRY_COMPARE(read().sliced(2), (QStringList{u"in 0:0 1:164 1"_s, u"out 0:0 1:164 1"_s, u"in 0:0 3:32 9"_s,
+                                                u"out 0:0 3:32 9"_s, u"in 0:0 5:5 1"_s, u"out 0:0 5:5 1"_s}));
+    lines.clear();
+    mChannel->removeNode(1); // Caps Lock is still held on the second
+    QCOMPARE(read(), (QStringList{u"in 7:5 0:0 0"_s, u"out 0:0 1:48 0"_s}));
 }
 
 void LinuxKeyChannelTest::timesNeverGoBack()
