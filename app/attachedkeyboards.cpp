@@ -40,12 +40,28 @@ void AttachedKeyboards::start()
 
 void AttachedKeyboards::use(const QString &id, const Then &then)
 {
-    devicesObject.call("Use"_L1, this, [then](const QDBusMessage &reply) { then(resultOf(reply)); }, {QStringList{id}});
+    change("Use"_L1, {QStringList{id}}, then);
+}
+
+void AttachedKeyboards::useAlso(const QString &id, const Then &then)
+{
+    change("UseAlso"_L1, {QStringList{id}}, then);
 }
 
 void AttachedKeyboards::release(const Then &then)
 {
-    devicesObject.call("Release"_L1, this, [then](const QDBusMessage &reply) { then(resultOf(reply)); });
+    change("Release"_L1, {}, then);
+}
+
+void AttachedKeyboards::releaseOne(const QString &id, const Then &then)
+{
+    change("ReleaseThese"_L1, {QStringList{id}}, then);
+}
+
+void AttachedKeyboards::change(QLatin1StringView method, const QVariantList &arguments, const Then &then)
+{
+    devicesObject.call(
+        method, this, [then](const QDBusMessage &reply) { then(resultOf(reply)); }, arguments);
 }
 
 void AttachedKeyboards::read()

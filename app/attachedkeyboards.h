@@ -35,8 +35,12 @@ public:
     /// Uses the keyboard from now on, in place of those used before. `then` gets the daemon's reason for a refusal, an
     /// English sentence.
     void use(const QString &id, const Then &then);
+    /// The same beside those used before.
+    void useAlso(const QString &id, const Then &then);
     /// Uses the virtual keyboard again.
     void release(const Then &then);
+    /// Releases this one of several keyboards.
+    void releaseOne(const QString &id, const Then &then);
 
 Q_SIGNALS:
     void changed();
@@ -46,6 +50,7 @@ private Q_SLOTS:
 
 private:
     void set(const std::optional<QList<QVariantMap>> &list);
+    void change(QLatin1StringView method, const QVariantList &arguments, const Then &then);
 
     std::optional<QList<QVariantMap>> mList;
 };

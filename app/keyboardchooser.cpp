@@ -83,10 +83,28 @@ bool needsRight(const QVariantMap &keyboard)
     return obstacleOf(keyboard).name == DeviceKeys::obstacleNoRight;
 }
 
+bool isInUse(const QVariantMap &keyboard)
+{
+    return keyboard.value(DeviceKeys::isInUse).toBool();
+}
+
+bool isChosen(const QVariantMap &keyboard)
+{
+    const QString state = keyboard.value(DeviceKeys::state).toString();
+    return isInUse(keyboard) || (!state.isEmpty() && state != DeviceKeys::stateReleased);
+}
+
 QString stateOf(const QVariantMap &keyboard)
 {
-    const bool isInUse = keyboard.value(DeviceKeys::isInUse).toBool();
-    return localizedText(isInUse ? "lkeyChooserInUse" : obstacleOf(keyboard).stateKey);
+    const Obstacle &obstacle = obstacleOf(keyboard);
+    const QString state = keyboard.value(DeviceKeys::state).toString();
+    if (isInUse(keyboard))
+        return localizedText("lkeyChooserInUse");
+    if (obstacle.name.isEmpty() && state == DeviceKeys::stateWaiting)
+        return localizedText("lkeyChooserWaiting");
+    if (obstacle.name.isEmpty() && state == DeviceKeys::stateSuspended)
+        return localizedText("lkeyChooserSuspended");
+    return localizedText(obstacle.stateKey);
 }
 
 /// The remedy, or else the daemon's own words: the reason of other obstacles is rare. Empty without an obstacle.
@@ -122,6 +140,7 @@ QLabel *wrappedLabel(const char *objectName)
 KeyboardChooser::KeyboardChooser(AttachedKeyboards &keyboards, RuleProcess &rules, QWidget *parent)
     : Sheet(parent), mKeyboards(keyboards), mRules(rules), mList(new QTreeWidget),
       mState(wrappedLabel("mChooserState")), mRemedy(wrappedLabel("mChooserRemedy")), mRemedyText(new QPlainTextEdit),
+      mUseAlso(new QCheckBox(localizedText("lkeyChooserUseAlso"))),
       mRemoveRule(new QCheckBox(localizedText("lkeyChooserRemoveRule"))),
       mRelease(new QPushButton(localizedText("lkeyChooserRelease"))),
       mUse(new QPushButton(localizedText("lkeyChooserUse")))
@@ -143,6 +162,7 @@ KeyboardChooser::KeyboardChooser(AttachedKeyboards &keyboards, RuleProcess &rule
     mRemedyText->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // the lines wrap
     mRemedyText->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     mRemedyText->setFixedHeight(mRemedyText->fontMetrics().lineSpacing() * 5);
+    mUseAlso->setObjectName("mChooserUseAlso"_L1);
     mRemoveRule->setObjectName("mChooserRemoveRule"_L1);
     mRelease->setObjectName("mChooserRelease"_L1);
     mUse->setObjectName("mChooserUse"_L1);
@@ -163,6 +183,7 @@ KeyboardChooser::KeyboardChooser(AttachedKeyboards &keyboards, RuleProcess &rule
     layout->addWidget(mRemedy);
     layout->addWidget(mRemedyText);
     layout->addWidget(wayOut);
+    layout->addWidget(mUseAlso);
     layout->addWidget(mRemoveRule);
     layout->addLayout(buttons);
     setMinimumSize(620, 380);
@@ -196,11 +217,19 @@ QVariantMap KeyboardChooser::selected() const
     return keyboard == mKeyboards.list()->end() ? QVariantMap() : *keyboard;
 }
 
-bool KeyboardChooser::isInUse() const
+QList<QVariantMap> KeyboardChooser::chosen() const
 {
-    return mKeyboards.list() && std::ranges::any_of(*mKeyboards.list(), [](const QVariantMap &keyboard) {
-               return keyboard.value(DeviceKeys::isInUse).toBool();
-           });
+    QList<QVariantMap> keyboards = mKeyboards.list().value_or(QList<QVariantMap>());
+    keyboards.removeIf([](const QVariantMap &keyboard) { return !isChosen(keyboard); });
+    return keyboards;
+}
+
+QVariantMap KeyboardChooser::toRelease() const
+{
+    const QList<QVariantMap> keyboards = chosen();
+    if (keyboards.size() == 1)
+        return keyboards.constFirst(); // whichever is selected
+    return isChosen(selected()) ? selected() : QVariantMap();
 }
 
 void KeyboardChooser::readList()
@@ -214,8 +243,8 @@ void KeyboardChooser::readList()
                 mList, {textOf(keyboard, DeviceKeys::name), connectionOf(keyboard), stateOf(keyboard)});
             item->setData(nameColumn, idRole, keyboard.value(DeviceKeys::id));
             item->setToolTip(nameColumn, textOf(keyboard, DeviceKeys::name));
-            const bool isCurrent = current.isEmpty() ? keyboard.value(DeviceKeys::isInUse).toBool()
-                                                     : keyboard.value(DeviceKeys::id).toString() == current;
+            const bool isCurrent =
+                current.isEmpty() ? isInUse(keyboard) : keyboard.value(DeviceKeys::id).toString() == current;
             if (isCurrent)
                 mList->setCurrentItem(item);
         }
@@ -237,12 +266,14 @@ void KeyboardChooser::showSelected()
     else
         mState->setText(
             localizedFormat("lkeyChooserSelected", {textOf(keyboard, DeviceKeys::name), stateOf(keyboard)}));
-    const bool isSelectedInUse = keyboard.value(DeviceKeys::isInUse).toBool();
+    const bool isOtherChosen = chosen().size() > (isChosen(keyboard) ? 1 : 0);
     const bool canInstall = needsRight(keyboard) && mRules.isAvailable() && eventDeviceRule(keyboard).has_value();
-    mUse->setEnabled(!mRules.isRunning() && !keyboard.isEmpty() && !isSelectedInUse
+    mUse->setEnabled(!mRules.isRunning() && !keyboard.isEmpty() && !isInUse(keyboard)
                      && (obstacleOf(keyboard).canBeUsed || canInstall));
     mUse->setDefault(mUse->isEnabled());
-    mRelease->setEnabled(!mRules.isRunning() && isInUse());
+    mUseAlso->setVisible(isOtherChosen);
+    mUseAlso->setEnabled(mUse->isEnabled());
+    mRelease->setEnabled(!mRules.isRunning() && !toRelease().isEmpty());
     mRemoveRule->setVisible(mRules.isAvailable());
     mRemoveRule->setEnabled(mRelease->isEnabled());
     showRemedy(keyboard);
@@ -288,20 +319,22 @@ void KeyboardChooser::use()
 
 void KeyboardChooser::useSelected()
 {
-    const QVariantMap keyboard = selected();
-    mKeyboards.use(keyboard.value(DeviceKeys::id).toString(), [this](const Result<void> &used) {
+    const QString id = selected().value(DeviceKeys::id).toString();
+    const auto then = [this](const Result<void> &used) {
         if (!used)
             say(visibleText(used.error().message, replacement));
-    });
+    };
+    if (!mUseAlso->isHidden() && mUseAlso->isChecked())
+        mKeyboards.useAlso(id, then);
+    else
+        mKeyboards.use(id, then);
 }
 
 void KeyboardChooser::release()
 {
     const bool isRuleRemoved = mRemoveRule->isChecked() && mRules.isAvailable();
-    const auto inUse = std::ranges::find_if(
-        *mKeyboards.list(), [](const QVariantMap &keyboard) { return keyboard.value(DeviceKeys::isInUse).toBool(); });
-    const QVariantMap keyboard = inUse == mKeyboards.list()->end() ? QVariantMap() : *inUse;
-    mKeyboards.release([this, isRuleRemoved, keyboard](const Result<void> &released) {
+    const QVariantMap keyboard = toRelease();
+    const auto then = [this, isRuleRemoved, keyboard](const Result<void> &released) {
         if (!released)
             return say(visibleText(released.error().message, replacement));
         if (!isRuleRemoved)
@@ -310,7 +343,11 @@ void KeyboardChooser::release()
         mIsRemoval = true;
         mRules.remove(keyboard.value(DeviceKeys::nodes).toStringList().value(0));
         showSelected();
-    });
+    };
+    if (chosen().size() > 1)
+        mKeyboards.releaseOne(keyboard.value(DeviceKeys::id).toString(), then);
+    else
+        mKeyboards.release(then);
 }
 
 void KeyboardChooser::ruleFinished(const RuleProcess::Outcome &outcome)

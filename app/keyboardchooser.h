@@ -26,8 +26,9 @@ public:
     void show(QWidget *window);
 
 private:
-    [[nodiscard]] QVariantMap selected() const; ///< a keyboard of the list; empty without a selection
-    [[nodiscard]] bool isInUse() const;
+    [[nodiscard]] QVariantMap selected() const;      ///< a keyboard of the list; empty without a selection
+    [[nodiscard]] QList<QVariantMap> chosen() const; ///< the keyboards that are in use, or wait for it
+    [[nodiscard]] QVariantMap toRelease() const;     ///< by the button; empty for none
     void readList();
     void showSelected();
     void showRemedy(const QVariantMap &keyboard);
@@ -43,6 +44,7 @@ private:
     QLabel *mState;
     QLabel *mRemedy;
     QPlainTextEdit *mRemedyText;
+    QCheckBox *mUseAlso;
     QCheckBox *mRemoveRule;
     QPushButton *mRelease;
     QPushButton *mUse;

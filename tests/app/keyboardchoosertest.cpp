@@ -40,6 +40,9 @@ private Q_SLOTS:
     void usesItByTheKeyboardAlone();
     void keyboardInUseCannotBeUsedAgain();
     void releasesTheKeyboardInUse();
+    void showsTheStateOfEachChosenKeyboard();
+    void usesAKeyboardBesideAnother();
+    void releasesTheSelectedOneOfSeveral();
     void showsTheReasonOfARefusal();
     void showsTheRemedyOfEachObstacle_data();
     void showsTheRemedyOfEachObstacle();
@@ -273,6 +276,55 @@ void KeyboardChooserTest::releasesTheKeyboardInUse()
     QTRY_VERIFY(!isInUse(0));
     QTRY_VERIFY(!button(u"mChooserRelease"_s)->isEnabled());
     QTRY_COMPARE(cell(0, 2), u"Can be used"_s);
+}
+
+void KeyboardChooserTest::showsTheStateOfEachChosenKeyboard()
+{
+    mDevices->plug({ScriptedDevices::keyboard(1), ScriptedDevices::keyboard(2), ScriptedDevices::keyboard(3)});
+    mDevices->setStates({DeviceState::waiting, DeviceState::suspended, DeviceState::released});
+    serve();
+    open();
+    QTRY_COMPARE(mList->topLevelItemCount(), 3);
+    QCOMPARE(cell(0, 2), u"Waits until no key is down"_s);
+    QCOMPARE(cell(1, 2), u"Released by its keys"_s);
+    QCOMPARE(cell(2, 2), u"Can be used"_s);
+}
+
+void KeyboardChooserTest::usesAKeyboardBesideAnother()
+{
+    serve();
+    open();
+    QTRY_COMPARE(mList->topLevelItemCount(), 2);
+    auto *useAlso = mSheet->findChild<QCheckBox *>(u"mChooserUseAlso"_s);
+    QVERIFY(!useAlso->isVisible()); // there is no other
+    button(u"mChooserUse"_s)->click();
+    QTRY_VERIFY(isInUse(0));
+    QTRY_VERIFY(button(u"mChooserRelease"_s)->isEnabled());
+    QVERIFY(!useAlso->isVisible());
+    select(1);
+    QVERIFY(useAlso->isVisible());
+    useAlso->setChecked(true);
+    button(u"mChooserUse"_s)->click();
+    QTRY_VERIFY(isInUse(1));
+    QVERIFY(isInUse(0));
+    QTRY_COMPARE(cell(1, 2), u"In use"_s);
+    QCOMPARE(cell(0, 2), u"In use"_s);
+}
+
+void KeyboardChooserTest::releasesTheSelectedOneOfSeveral()
+{
+    mDevices->plug({ScriptedDevices::keyboard(1), ScriptedDevices::keyboard(2), ScriptedDevices::keyboard(3)});
+    QVERIFY(mDevices->use({u"1b2c:0001"_s, u"1b2c:0002"_s}));
+    serve();
+    open();
+    QTRY_COMPARE(mList->topLevelItemCount(), 3);
+    select(2);
+    QVERIFY(!button(u"mChooserRelease"_s)->isEnabled()); // which one?
+    select(1);
+    button(u"mChooserRelease"_s)->click();
+    QTRY_VERIFY(!isInUse(1));
+    QVERIFY(isInUse(0));
+    QTRY_COMPARE(cell(1, 2), u"Can be used"_s);
 }
 
 void KeyboardChooserTest::showsTheReasonOfARefusal()

@@ -92,6 +92,9 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>Es wurde nichts geändert, weil kein Passwort eingegeben wurde.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Es wurde nichts geändert. Entweder kann die Arbeitsumgebung nicht nach dem Passwort eines Administrators fragen, oder Sie sind dazu nicht berechtigt.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>Die Regel konnte nicht geändert werden: %@</translation></message>
+    <message id="lkeyChooserWaiting"><source>lkeyChooserWaiting</source><translation>Wartet, bis keine Taste gedrückt ist</translation></message>
+    <message id="lkeyChooserSuspended"><source>lkeyChooserSuspended</source><translation>Mit den Tasten freigegeben</translation></message>
+    <message id="lkeyChooserUseAlso"><source>lkeyChooserUseAlso</source><translation>Die anderen Tastaturen weiter verwenden</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Ein anderer Benutzer ist aktiv</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Sie können die Tastatur verwenden, solange Ihre Sitzung aktiv ist.</translation></message>
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>Keine Tastatur. Schließen Sie sie an, oder wählen Sie eine andere.</translation></message>

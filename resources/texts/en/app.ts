@@ -92,6 +92,9 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>Nothing was changed, because no password was entered.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Nothing was changed. Either the desktop has no password prompt for administrators, or you are not allowed to do this.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>The rule could not be changed: %@</translation></message>
+    <message id="lkeyChooserWaiting"><source>lkeyChooserWaiting</source><translation>Waits until no key is down</translation></message>
+    <message id="lkeyChooserSuspended"><source>lkeyChooserSuspended</source><translation>Released by its keys</translation></message>
+    <message id="lkeyChooserUseAlso"><source>lkeyChooserUseAlso</source><translation>Keep using the other keyboards</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Another user is active</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>You can use the keyboard while your session is the active one.</translation></message>
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>No keyboard. Connect it, or choose another one.</translation></message>

@@ -92,6 +92,9 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>No se ha cambiado nada porque no se ha introducido ninguna contraseña.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>No se ha cambiado nada. O bien el escritorio no puede pedir la contraseña de un administrador, o bien usted no tiene permiso para hacerlo.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>No se ha podido cambiar la regla: %@</translation></message>
+    <message id="lkeyChooserWaiting"><source>lkeyChooserWaiting</source><translation>Espera a que no haya teclas pulsadas</translation></message>
+    <message id="lkeyChooserSuspended"><source>lkeyChooserSuspended</source><translation>Liberado con sus teclas</translation></message>
+    <message id="lkeyChooserUseAlso"><source>lkeyChooserUseAlso</source><translation>Seguir usando los demás teclados</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Hay otro usuario activo</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Puede usar el teclado mientras su sesión sea la activa.</translation></message>
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>No hay teclado. Conéctelo o elija otro.</translation></message>

@@ -92,6 +92,9 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>Rien n’a été modifié, car aucun mot de passe n’a été saisi.</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>Rien n’a été modifié. Soit le bureau ne peut pas demander le mot de passe d’un administrateur, soit vous n’y êtes pas autorisé.</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>La règle n’a pas pu être modifiée : %@</translation></message>
+    <message id="lkeyChooserWaiting"><source>lkeyChooserWaiting</source><translation>Attend que toutes les touches soient relâchées</translation></message>
+    <message id="lkeyChooserSuspended"><source>lkeyChooserSuspended</source><translation>Libéré au moyen de ses touches</translation></message>
+    <message id="lkeyChooserUseAlso"><source>lkeyChooserUseAlso</source><translation>Continuer à utiliser les autres claviers</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Un autre utilisateur est actif</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Vous pouvez utiliser le clavier tant que votre session est active.</translation></message>
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>Aucun clavier. Branchez-le ou choisissez-en un autre.</translation></message>

@@ -92,6 +92,9 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>パスワードが入力されなかったため、何も変更していません。</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>何も変更していません。デスクトップが管理者のパスワードを要求できないか、この操作が許可されていません。</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>ルールを変更できませんでした: %@</translation></message>
+    <message id="lkeyChooserWaiting"><source>lkeyChooserWaiting</source><translation>キーが離されるのを待っています</translation></message>
+    <message id="lkeyChooserSuspended"><source>lkeyChooserSuspended</source><translation>キー操作で解放済み</translation></message>
+    <message id="lkeyChooserUseAlso"><source>lkeyChooserUseAlso</source><translation>ほかのキーボードも引き続き使用する</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>別のユーザーが操作中</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>ご自分のセッションがアクティブな間だけ、このキーボードを使用できます。</translation></message>
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>キーボードがありません。接続するか、別のものを選んでください。</translation></message>

@@ -92,6 +92,9 @@
     <message id="lkeyChooserDismissed"><source>lkeyChooserDismissed</source><translation>未输入密码，因此未作任何更改。</translation></message>
     <message id="lkeyChooserImpossible"><source>lkeyChooserImpossible</source><translation>未作任何更改。桌面环境无法请求管理员密码，或者您无权执行此操作。</translation></message>
     <message id="lkeyChooserFailed"><source>lkeyChooserFailed</source><translation>无法更改规则：%@</translation></message>
+    <message id="lkeyChooserWaiting"><source>lkeyChooserWaiting</source><translation>等待所有按键松开</translation></message>
+    <message id="lkeyChooserSuspended"><source>lkeyChooserSuspended</source><translation>已通过按键释放</translation></message>
+    <message id="lkeyChooserUseAlso"><source>lkeyChooserUseAlso</source><translation>继续使用其他键盘</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>其他用户处于活动状态</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>您的会话处于活动状态时，才能使用此键盘。</translation></message>
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>没有键盘。请连接键盘，或选择其他键盘。</translation></message>
