@@ -72,6 +72,8 @@ public:
     // The state that must hold after them
     [[nodiscard]] std::set<Key> down() const;
     [[nodiscard]] bool isPlaying() const { return !mPlaying.empty(); } ///< a macro
+    [[nodiscard]] std::vector<Assignment> playing() const;             ///< in the order of their starts
+    [[nodiscard]] Assignment assignment(Key label) const;              ///< in the active profile
     [[nodiscard]] bool isPlugged(int keyboard) const { return mKeyboards.contains(keyboard); }
     [[nodiscard]] int activeProfile() const { return mActive; }
     [[nodiscard]] bool isRecordingOnTheFly() const { return mOnTheFly != OnTheFly::off; }
@@ -98,7 +100,6 @@ private:
 
     [[nodiscard]] bool isHeld(Key label) const;
     [[nodiscard]] bool isReleaseChordHeld() const { return isHeld(40) && isHeld(41) && isHeld(42); }
-    [[nodiscard]] Assignment assignment(Key label) const;
     [[nodiscard]] static bool isModifier(Key key) { return key >= firstModifier && key < firstModifier + 8; }
     [[nodiscard]] static bool isCommand(Key key) { return key == 227 || key == 231; }
     void begin(Key label, Key systemKey);
@@ -249,6 +250,14 @@ inline std::set<KeyModel::Key> KeyModel::down() const
 }
 
 // Macros
+
+inline std::vector<KeyModel::Assignment> KeyModel::playing() const
+{
+    std::vector<Assignment> assignments;
+    for (const Playing &playing : mPlaying)
+        assignments.push_back(playing.assignment);
+    return assignments;
+}
 
 inline void KeyModel::play(Key label, const Assignment &assignment)
 {

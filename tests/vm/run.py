@@ -206,6 +206,9 @@ def make_root(folder, arguments, modules, names, calls):
         root.write("/calls", "\n".join(map(str, calls)) + "\n")
     for name in names:
         root.add(os.path.join(SCENARIOS, name + ".txt"), f"/scenarios/{name}.txt")
+    for name in ["seed", "events"]:  # of the scenario model-storm
+        if value := os.environ.get("KESTRA_STORM_" + name.upper()):
+            root.write("/storm-" + name, value)
     root.write("/driver-arguments", " ".join(driver_arguments(arguments, names)))
     root.add(os.path.join(HERE, "init"), "/init")
 

@@ -131,6 +131,19 @@ std::optional<EventNode::Time> EventNode::sleepUntilKey()
     }
 }
 
+std::set<int> EventNode::downInKernel() const
+{
+    std::array<unsigned char, KEY_CNT / 8> bits{};
+    if (::ioctl(mNode.get(), EVIOCGKEY(bits.size()), bits.data()) < 0)
+        throw Failure(std::string("keys: ") + std::strerror(errno));
+    std::set<int> codes;
+    for (int code = 0; code < KEY_CNT; ++code) {
+        if ((bits[static_cast<std::size_t>(code) / 8] >> (code % 8)) & 1)
+            codes.insert(code);
+    }
+    return codes;
+}
+
 void EventNode::setLed(int code, bool isOn)
 {
     const std::array<input_event, 2> events{

@@ -38,6 +38,8 @@ public:
     [[nodiscard]] std::optional<Time> sleepUntilKey();
     /// The codes of the keys read as down, even if only repetitions were read.
     [[nodiscard]] const std::set<int> &down() const { return mDown; }
+    /// The codes of the keys that are down in the kernel now. The kernel then drops unread earlier key events.
+    [[nodiscard]] std::set<int> downInKernel() const;
     void setLed(int code, bool isOn);
     /// From now on the key with this HID usage has another code, as a table of the system may define.
     void setCode(std::uint32_t scanCode, int code);

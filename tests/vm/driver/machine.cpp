@@ -13,12 +13,6 @@
 #include <sstream>
 #include <unistd.h>
 
-namespace {
-
-const std::string outputName = "Quill Kestra output"; // of the daemon's output device
-
-} // namespace
-
 Machine::Machine(std::string folder) : mFolder(std::move(folder))
 {
     std::filesystem::create_directories(mFolder);

@@ -18,6 +18,8 @@
 class Machine
 {
 public:
+    static constexpr const char *outputName = "Quill Kestra output"; ///< of the daemon's output device
+
     /// `folder`: for settings and the log; created anew.
     explicit Machine(std::string folder);
     ~Machine();

@@ -4,6 +4,7 @@
 #include "tests/vm/driver/failure.h"
 #include "tests/vm/driver/keynames.h"
 #include "tests/vm/driver/load.h"
+#include "tests/vm/driver/modelstorm.h"
 #include "tests/vm/driver/stepwords.h"
 #include "tests/vm/driver/systemsteps.h"
 #include "tests/vm/driver/waiting.h"
@@ -12,6 +13,7 @@
 
 #include <cctype>
 #include <csignal>
+#include <cstdio>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -346,6 +348,17 @@ const std::map<std::string, StepAction> &keyActions()
         {"flood",
          [](Machine &machine, const Words &words) {
              flood(machine, word(words, 1), number(words, "rate", 1000), number(words, "seconds", 1));
+         }},
+        {"model-storm",
+         [](Machine &machine, const Words &words) {
+             // run.py writes these files, if other values were asked for.
+             const std::string seed = contentOf("/storm-seed");
+             const std::string events = contentOf("/storm-events");
+             const int givenSeed = seed.empty() ? number(words, "seed", 1) : std::stoi(seed);
+             const int givenEvents = events.empty() ? number(words, "events", 10'000) : std::stoi(events);
+             std::printf("kestra-vm: storm of %d events, seed %d\n", givenEvents, givenSeed);
+             std::fflush(stdout);
+             modelStorm(machine, static_cast<unsigned>(givenSeed), givenEvents);
          }},
         {"storm",
          [](Machine &machine, const Words &words) {
