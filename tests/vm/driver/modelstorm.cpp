@@ -22,7 +22,8 @@ constexpr std::uint8_t usageZ = 0x1D; // disabled in the profiles of the storm
 constexpr std::uint16_t mediaMarker = 0xE9;
 constexpr int markerCode = KEY_VOLUMEUP;
 constexpr int keyboardCount = 2;
-constexpr std::size_t shownInputs = 40; // of a failure
+constexpr int pressesThatOverflow = 200; // the kernel's buffer of an event device
+constexpr std::size_t shownInputs = 40;  // of a failure
 
 class Storm
 {
@@ -60,7 +61,7 @@ public:
         }
         if (mModel.isPlaying()) // until the key is pressed again
             replugAll();
-        compare();
+        compareAfterMarker();
         if (!kernelKeys().empty())
             throw Failure("keys are down at the end: " + text(kernelKeys()));
         if (mComparisonsOfKeys == 0)
@@ -95,13 +96,14 @@ private:
         case 5: return pressReleaseChord();
         case 6:
         case 7: return setCapturing(true);
-        case 8: return dropEvents();
+        case 8:
+        case 9: return dropEvents();
         default:
             if (mIsCapturing && kind >= 960)
                 return setCapturing(false);
             if (kind < 50)
                 return useKeyboard(static_cast<int>(random(keyboardCount)));
-            if (kind < 120)
+            if (kind < 200)
                 return compare();
             changeSomeKey();
         }
@@ -256,11 +258,17 @@ private:
         drain();
     }
 
-    /// Half of the time, also before the marker, which ends the modifiers of keys.
+    /// Mostly without the marker, which ends the modifiers of keys.
     void compare()
     {
-        if (random(2) == 0)
+        if (random(4) != 0)
             awaitModel();
+        else
+            compareAfterMarker();
+    }
+
+    void compareAfterMarker()
+    {
         sync();
         mComparisonsOfKeys += modelKeys().empty() ? 0 : 1;
         if (kernelKeys() != modelKeys())
@@ -272,7 +280,8 @@ private:
     {
         if (mModel.isPlaying())
             return false;
-        compare();
+        awaitModel();
+        compareAfterMarker();
         return true;
     }
 
@@ -364,7 +373,7 @@ private:
             return; // in the first profile, Z is a key
         note("dropped events on " + nameOf(mKeyboard));
         mMachine.daemon().send(SIGSTOP);
-        for (int count = 0; count < 100; ++count) {
+        for (int count = 0; count < pressesThatOverflow; ++count) {
             (void)keyboard(mKeyboard).setDown(usageZ, true);
             (void)keyboard(mKeyboard).setDown(usageZ, false);
         }
@@ -387,7 +396,9 @@ private:
         }
         mMachine.daemon().send(SIGCONT);
         awaitModel();
-        compare();
+        compareAfterMarker();
+        if (mMachine.status("lostEvents") == "0")
+            throw Failure("the kernel has dropped nothing");
     }
 
     /// Ends all macros.
