@@ -101,6 +101,8 @@ private:
         default:
             if (mIsCapturing && kind >= 960)
                 return setCapturing(false);
+            if (mModel.isPlaying() && kind >= 900)
+                return endMacro();
             if (kind < 50)
                 return useKeyboard(static_cast<int>(random(keyboardCount)));
             if (kind < 200)
@@ -117,6 +119,22 @@ private:
         const std::uint8_t usage = StormProfiles::pressedKeys[random(StormProfiles::pressedKeys.size())];
         if (!held.contains(usage))
             change(mKeyboard, usage, true);
+    }
+
+    /// Macros without an end would make the slow steps rare, and the marker frequent.
+    void endMacro()
+    {
+        const KeyModel::Assignment playing = mModel.playing().front();
+        for (const auto &[key, assignment] : mSettings.profiles[static_cast<std::size_t>(mModel.activeProfile())]) {
+            if (assignment != playing)
+                continue;
+            const auto usage = static_cast<std::uint8_t>(key);
+            for (int number = 0; number < keyboardCount; ++number) {
+                if (mHeld[number].contains(usage))
+                    return change(number, usage, false);
+            }
+            return change(mKeyboard, usage, true);
+        }
     }
 
     void change(int number, std::uint8_t usage, bool isDown)
