@@ -11,6 +11,7 @@
 #include <QDBusUnixFileDescriptor>
 
 #include <linux/input-event-codes.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -23,6 +24,7 @@ namespace {
 // Longer than the daemon waits for the user's answer.
 constexpr int answerLimitMs = 45000;
 constexpr qsizetype columnWidth = 26;
+constexpr int otherSideLimitMs = 100; // the daemon passes events on every 20 ms
 
 constexpr DaemonObjectClient keyWatch{
     .path = KeyWatchKeys::objectPath, .interface = KeyWatchKeys::interfaceName, .words = "display of keys"_L1};
@@ -125,7 +127,8 @@ public:
             mEnd = line.sliced(parts.first().size()).trimmed();
         }
     }
-    /// Must be called when no further line is there for now: nothing belongs to the last key then.
+    [[nodiscard]] bool isRowOpen() const { return !mLeft.isEmpty(); }
+    /// Must be called when nothing belongs to the last key.
     void finishRow()
     {
         if (!mLeft.isEmpty())
@@ -140,22 +143,30 @@ private:
     QString mEnd;
 };
 
+/// The other side of a key comes at once; a key that only has one side must not wait for the next key.
+bool isMoreComing(int pipe)
+{
+    pollfd state{.fd = pipe, .events = POLLIN, .revents = 0};
+    return ::poll(&state, 1, otherSideLimitMs) > 0;
+}
+
 void readLines(int pipe, Columns &columns)
 {
     QByteArray unfinished;
     for (;;) {
+        if (columns.isRowOpen() && !isMoreComing(pipe))
+            columns.finishRow();
         std::array<char, 4096> bytes{};
         const ssize_t count = ::read(pipe, bytes.data(), bytes.size());
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
-            return;
+            return columns.finishRow();
         unfinished.append(bytes.data(), count);
         for (qsizetype end = 0; (end = unfinished.indexOf('\n')) >= 0;) {
             columns.take(QString::fromUtf8(unfinished.first(end)));
             unfinished.remove(0, end + 1);
         }
-        columns.finishRow();
     }
 }
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A client of the daemon in the virtual machine, and the desktop's notification service. Writes the notifications that
-// it receives, one a line. With the word "capture" it requests single keys until it is ended. With the words
-// "login-manager FILE" it is the login manager instead: root's only session is active while the file says "own".
+// it receives, one a line. With the word "allow", its user clicks the button "allow" of each notification that has it.
+// With the word "capture" it requests single keys until it is ended. With the words "login-manager FILE" it is the
+// login manager instead: root's only session is active while the file says "own".
 #include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
 #include "platform/distributednotificationcenter.h"
@@ -10,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QFile>
 #include <QFileSystemWatcher>
 #include <QJsonDocument>
@@ -64,11 +66,26 @@ class NotificationService : public QObject
 
 public Q_SLOTS:
     Q_SCRIPTABLE uint Notify(const QString &, uint, const QString &, const QString &summary, const QString &body,
-                             const QStringList &, const QVariantMap &, int)
+                             const QStringList &actions, const QVariantMap &, int)
     {
         say(u"shown: %1: %2"_s.arg(summary, body));
-        return 1;
+        if (allows && actions.contains("allow"_L1)) {
+            QDBusMessage click = QDBusMessage::createSignal(u"/org/freedesktop/Notifications"_s,
+                                                            u"org.freedesktop.Notifications"_s, u"ActionInvoked"_s);
+            click.setArguments({++mLastId, u"allow"_s});
+            QDBusConnection::sessionBus().send(click);
+            return mLastId;
+        }
+        return ++mLastId;
     }
+    Q_SCRIPTABLE QStringList GetCapabilities() { return {u"actions"_s, u"body"_s}; }
+    Q_SCRIPTABLE void CloseNotification(uint) { say(u"closed"_s); }
+
+public:
+    bool allows = false;
+
+private:
+    uint mLastId = 0;
 };
 
 int main(int argc, char *argv[])
@@ -78,6 +95,7 @@ int main(int argc, char *argv[])
         return serveLogins(QCoreApplication::arguments().at(2));
     QDBusConnection bus = QDBusConnection::sessionBus();
     NotificationService service;
+    service.allows = QCoreApplication::arguments().contains(u"allow"_s);
     bus.registerObject(u"/org/freedesktop/Notifications"_s, &service, QDBusConnection::ExportScriptableSlots);
     if (!bus.registerService(u"org.freedesktop.Notifications"_s))
         return 1;
