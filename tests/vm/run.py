@@ -2,8 +2,9 @@
 # SPDX-License-Identifier: MIT
 """Boots Debian's kernel in an emulator, with the daemon, a bus and the driver in its memory, and runs the scenarios.
 
-Usage: run.py --bin FOLDER --driver FILE --work FOLDER [--measure [--instructions] | --share K/N | SCENARIO...]
-Scenarios are named without .txt; without one, all are run. --share K/N runs the Kth of N shares of all. --measure
+Usage: run.py --bin FOLDER --driver FILE --work FOLDER [--scenarios FOLDER]
+              [--measure [--instructions] | --share K/N | SCENARIO...]
+Scenarios are files of the folder (tests/vm/scenarios), named without .txt; without one, all are run. --share K/N runs the Kth of N shares of all. --measure
 measures instead, by the clock of the host, or with --instructions in instructions.
 Exit codes: 0 all is well, 1 a scenario failed, 77 no kernel image or emulator is available.
 KESTRA_VM_KVM=1 uses the processor's own virtualisation; without it the times are those of software emulation.
@@ -205,7 +206,7 @@ def make_root(folder, arguments, modules, names, calls):
     if calls:
         root.write("/calls", "\n".join(map(str, calls)) + "\n")
     for name in names:
-        root.add(os.path.join(SCENARIOS, name + ".txt"), f"/scenarios/{name}.txt")
+        root.add(os.path.join(arguments.folder, name + ".txt"), f"/scenarios/{name}.txt")
     for name in ["seed", "events"]:  # of the scenario model-storm
         if value := os.environ.get("KESTRA_STORM_" + name.upper()):
             root.write("/storm-" + name, value)
@@ -297,7 +298,7 @@ def problems(found, names, is_measuring):
 def chosen_scenarios(arguments):
     if arguments.measure:
         return []
-    every = shares.scenario_names(SCENARIOS)
+    every = shares.scenario_names(arguments.folder)
     if arguments.share:
         return shares.share_of(every, *arguments.share)
     return arguments.scenarios or every
@@ -320,6 +321,7 @@ def parse_arguments():
     parser.add_argument("--driver", required=True)
     parser.add_argument("--client", help="vmclient; the one beside the driver when not given")
     parser.add_argument("--work", required=True)
+    parser.add_argument("--scenarios", default=SCENARIOS, metavar="FOLDER", dest="folder")
     parser.add_argument("--measure", action="store_true")
     parser.add_argument("--instructions", action="store_true")
     parser.add_argument("--share", type=shares.parse_share, metavar="K/N")
@@ -329,7 +331,7 @@ def parse_arguments():
         parser.error("--measure, --share and names of scenarios exclude each other")
     if arguments.instructions and not arguments.measure:
         parser.error("--instructions needs --measure: scenarios count instructions anyway")
-    unknown = set(arguments.scenarios) - set(shares.scenario_names(SCENARIOS))
+    unknown = set(arguments.scenarios) - set(shares.scenario_names(arguments.folder))
     if unknown:
         parser.error(f"no such scenario: {', '.join(sorted(unknown))}")
     arguments.client = arguments.client or os.path.join(os.path.dirname(arguments.driver), "vmclient")
