@@ -10,14 +10,35 @@
 
 #include <chrono>
 
+/// Receives the keys of a channel, on the channel's thread.
+class KeyReceiver
+{
+public:
+    using Time = std::chrono::microseconds; // of the path's clock
+
+    virtual ~KeyReceiver() = default;
+
+    /// `time`: of the event; not after now. `systemKey`: as in KeyEngine::keyDown().
+    virtual void takeKey(HidUsage key, bool isDown, Time time, HidUsage systemKey) = 0;
+};
+
 class KeyChannel : public QObject
 {
     Q_OBJECT
 
 public:
-    using Time = std::chrono::microseconds; // of the path's clock
+    using Time = KeyReceiver::Time;
 
     using QObject::QObject;
+
+    /// Must be called on the channel's thread, or before the channel is moved to it. Null: the keys are ignored.
+    void setReceiver(KeyReceiver *receiver) { mReceiver = receiver; }
+    /// Passes a key to the receiver. A call, because a signal takes twice the instructions of an ordinary key.
+    void keyChanged(HidUsage key, bool isDown, Time time, HidUsage systemKey)
+    {
+        if (mReceiver)
+            mReceiver->takeKey(key, isDown, time, systemKey);
+    }
 
     /// Makes the computer see `usage`, possibly on HidUsage::systemPage, go down or up, at the latest with the next
     /// flush(). Allocates nothing.
@@ -29,9 +50,7 @@ public:
     [[nodiscard]] KeyTap &tap() { return mTap; }
 
 Q_SIGNALS:
-    // Emitted on the channel's thread, so a key reaches the engine without an allocation.
-    /// `time`: of the event; not after now. `systemKey`: as in KeyEngine::keyDown().
-    void keyChanged(HidUsage key, bool isDown, KeyChannel::Time time, HidUsage systemKey);
+    // Emitted on the channel's thread.
     /// The Macro key of the keyboard went down.
     void macroKeyPressed(KeyChannel::Time time);
     /// A key that the path does not receive is about to go down.
@@ -42,4 +61,5 @@ Q_SIGNALS:
 
 private:
     KeyTap mTap;
+    KeyReceiver *mReceiver = nullptr;
 };

@@ -19,10 +19,15 @@ KeyPath::KeyPath(KeyChannel &channel, QObject *parent) : KeyPath(channel, KeyClo
 KeyPath::KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent)
     : QObject(parent), mChannel(channel), mClock(std::move(clock))
 {
-    connect(&mChannel, &KeyChannel::keyChanged, this, &KeyPath::takeKey);
+    mChannel.setReceiver(this);
     connect(&mChannel, &KeyChannel::macroKeyPressed, this, &KeyPath::takeMacroKey);
     connect(&mChannel, &KeyChannel::otherKeyPressed, this, &KeyPath::takeOtherKey);
     connect(&mChannel, &KeyChannel::keysLost, this, &KeyPath::releaseAll);
+}
+
+KeyPath::~KeyPath()
+{
+    mChannel.setReceiver(nullptr);
 }
 
 KeyPath::SwitchNumber KeyPath::start(KeySettings &settings)

@@ -27,7 +27,7 @@ struct KeyClock
 /// An ordinary key (one that sends something, or a macro's) allocates nothing and reaches no other thread. A key that
 /// switches the profile does so for the very next key. The other side stores the switch and has the last word: it
 /// answers every profileChosen() with a change().
-class KeyPath : public QObject
+class KeyPath : public QObject, private KeyReceiver
 {
     Q_OBJECT
 
@@ -70,6 +70,7 @@ public:
     /// Uses the machine's clock. `channel` must outlive this. Both may be moved to another thread before start().
     explicit KeyPath(KeyChannel &channel, QObject *parent = nullptr);
     KeyPath(KeyChannel &channel, KeyClock clock, QObject *parent = nullptr);
+    ~KeyPath() override;
 
     [[nodiscard]] bool isStarted() const { return mIsStarted; }
     [[nodiscard]] KeyTap &tap() { return mChannel.tap(); } ///< any thread, see KeyTap
@@ -101,7 +102,7 @@ Q_SIGNALS:
     void macroKeyPressed(KeyPath::Time time, KeyPath::MacroKeyNumber number);
 
 private:
-    void takeKey(HidUsage key, bool isDown, Time time, HidUsage systemKey);
+    void takeKey(HidUsage key, bool isDown, Time time, HidUsage systemKey) override;
     void takeOtherKey();
     void takeMacroKey(Time time);
     void setListening(const Listening &listening);

@@ -72,7 +72,7 @@ private:
     {
         runOnKeys([key, isDown](NotingChannel &channel) {
             const HidUsage usage{HidUsage::keyboardPage, key};
-            Q_EMIT channel.keyChanged(usage, isDown, KeyChannel::Time(0), usage);
+            channel.keyChanged(usage, isDown, KeyChannel::Time(0), usage);
         });
     }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/epolldispatcher.h"
 
+#include "daemon/keyboards/linux/readnotifier.h"
+#include "daemon/keyboards/linux/stallwatch.h"
+
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <QTimerEvent>
@@ -19,7 +22,20 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::size_t usualCount = 64; // of files, of timers
-constexpr int filesAtOnce = 16;
+constexpr std::size_t filesAtOnce = 16;
+
+/// With the descriptor in the data of an event: only a ReadNotifier watches the file.
+constexpr quint64 directMark = quint64(1) << 32;
+
+int descriptorOf(const epoll_event &event)
+{
+    return static_cast<int>(event.data.u64 & (directMark - 1));
+}
+
+bool isDirect(const epoll_event &event)
+{
+    return event.data.u64 & directMark;
+}
 
 /// The events that wake a notifier. Errors and ends always do; reading or writing then reveals which.
 unsigned int eventsOf(QSocketNotifier::Type type)
@@ -38,7 +54,7 @@ EpollDispatcher::EpollDispatcher(QObject *parent)
     : QAbstractEventDispatcher(parent), mEpoll(::epoll_create1(EPOLL_CLOEXEC)),
       mWakeUp(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    epoll_event event = {.events = EPOLLIN, .data = {.fd = mWakeUp}};
+    epoll_event event = {.events = EPOLLIN, .data = {.u64 = static_cast<quint64>(mWakeUp)}};
     if (mEpoll < 0 || mWakeUp < 0 || ::epoll_ctl(mEpoll, EPOLL_CTL_ADD, mWakeUp, &event) != 0)
         qFatal("EpollDispatcher: %s", qUtf8Printable(qt_error_string(errno))); // as in Qt's own dispatcher
     mNotifiers.reserve(usualCount);
@@ -59,24 +75,47 @@ bool EpollDispatcher::processEvents(QEventLoop::ProcessEventsFlags flags)
     const bool mayWait = flags.testFlag(QEventLoop::WaitForMoreEvents);
     if (mayWait)
         Q_EMIT aboutToBlock();
-    std::array<epoll_event, filesAtOnce> events;
-    int count = 0;
-    do {
-        count = ::epoll_wait(mEpoll, events.data(), filesAtOnce, mayWait ? timeUntilTimer() : 0);
-    } while (count < 0 && errno == EINTR);
-    Q_EMIT awake();
-
+    std::array<epoll_event, filesAtOnce> buffer;
+    std::span<const epoll_event> events;
     bool hasDone = false;
-    for (int index = 0; index < count && !mIsInterrupted; ++index) {
-        const epoll_event &event = events[static_cast<std::size_t>(index)];
-        if (event.data.fd == mWakeUp) {
+    for (;;) {
+        if (mayWait && mWatch)
+            mWatch->disarm();
+        events = wait(buffer, mayWait);
+        if (!mayWait || !mTimers.empty() || events.empty() || !std::ranges::all_of(events, isDirect))
+            break;
+        if (mWatch)
+            mWatch->arm();
+        for (const epoll_event &event : events)
+            callDirect(descriptorOf(event));
+        hasDone = true;
+    }
+    Q_EMIT awake();
+    if (mWatch)
+        mWatch->arm();
+
+    for (const epoll_event &event : events) {
+        if (mIsInterrupted) {
+            if (isDirect(event))
+                watch(descriptorOf(event)); // the kernel would not report it again
+        } else if (descriptorOf(event) == mWakeUp) {
             sendPosted();
             hasDone = true;
         } else {
-            hasDone = activateNotifiers(event.data.fd, event.events) || hasDone;
+            hasDone = activateNotifiers(descriptorOf(event), event.events) || hasDone;
         }
     }
     return fireTimers() || hasDone;
+}
+
+/// The events until the next timer; none without waiting if there are none now.
+std::span<const epoll_event> EpollDispatcher::wait(std::span<epoll_event> buffer, bool mayWait) const
+{
+    int count = 0;
+    do {
+        count = ::epoll_wait(mEpoll, buffer.data(), static_cast<int>(buffer.size()), mayWait ? timeUntilTimer() : 0);
+    } while (count < 0 && errno == EINTR);
+    return buffer.first(static_cast<std::size_t>(std::max(count, 0)));
 }
 
 void EpollDispatcher::sendPosted()
@@ -88,6 +127,15 @@ void EpollDispatcher::sendPosted()
     QCoreApplication::sendPostedEvents();
 }
 
+void EpollDispatcher::callDirect(int descriptor)
+{
+    // Looked up each time: a handler may have disabled or destroyed others.
+    for (const Notifier &each : mNotifiers) {
+        if (each.direct && each.descriptor == descriptor)
+            return each.direct->callHandler();
+    }
+}
+
 bool EpollDispatcher::activateNotifiers(int descriptor, unsigned int events)
 {
     bool hasTold = false;
@@ -95,13 +143,13 @@ bool EpollDispatcher::activateNotifiers(int descriptor, unsigned int events)
         if (!(events & (eventsOf(type) | EPOLLERR | EPOLLHUP)))
             continue;
         // Looked up each time: a handler may have disabled or destroyed others.
-        const auto notifier = std::ranges::find_if(mNotifiers, [descriptor, type](const QSocketNotifier *candidate) {
-            return candidate->socket() == descriptor && candidate->type() == type;
+        const auto found = std::ranges::find_if(mNotifiers, [descriptor, type](const Notifier &each) {
+            return each.descriptor == descriptor && each.notifier->type() == type;
         });
-        if (notifier == mNotifiers.end())
+        if (found == mNotifiers.end())
             continue;
         QEvent event(QEvent::SockAct);
-        QCoreApplication::sendEvent(*notifier, &event);
+        QCoreApplication::sendEvent(found->notifier, &event);
         hasTold = true;
     }
     return hasTold;
@@ -109,26 +157,37 @@ bool EpollDispatcher::activateNotifiers(int descriptor, unsigned int events)
 
 void EpollDispatcher::registerSocketNotifier(QSocketNotifier *notifier)
 {
-    mNotifiers.push_back(notifier);
+    mNotifiers.push_back({.descriptor = static_cast<int>(notifier->socket()),
+                          .notifier = notifier,
+                          .direct = qobject_cast<ReadNotifier *>(notifier)});
     watch(static_cast<int>(notifier->socket()));
 }
 
 void EpollDispatcher::unregisterSocketNotifier(QSocketNotifier *notifier)
 {
-    if (std::erase(mNotifiers, notifier) > 0)
+    if (std::erase_if(mNotifiers, [notifier](const Notifier &each) { return each.notifier == notifier; }) > 0)
         watch(static_cast<int>(notifier->socket()));
 }
 
 /// Watches for the events that its notifiers want now.
 void EpollDispatcher::watch(int descriptor)
 {
-    epoll_event event = {.events = 0, .data = {.fd = descriptor}};
-    for (const QSocketNotifier *notifier : mNotifiers) {
-        if (notifier->socket() == descriptor)
-            event.events |= eventsOf(notifier->type());
+    // A file of handlers alone is reported once for each change. Otherwise the kernel would look at it again before each
+    // wait.
+    epoll_event event = {.events = EPOLLET, .data = {.u64 = static_cast<quint64>(descriptor) | directMark}};
+    bool isWanted = false;
+    for (const Notifier &each : mNotifiers) {
+        if (each.descriptor != descriptor)
+            continue;
+        isWanted = true;
+        event.events |= eventsOf(each.notifier->type());
+        if (!each.direct) {
+            event.events &= ~EPOLLET;
+            event.data.u64 &= ~directMark;
+        }
     }
     // The kernel stops watching a closed file, whose number may now belong to another one.
-    if (event.events == 0)
+    if (!isWanted)
         ::epoll_ctl(mEpoll, EPOLL_CTL_DEL, descriptor, nullptr);
     else if (::epoll_ctl(mEpoll, EPOLL_CTL_MOD, descriptor, &event) != 0
              && ::epoll_ctl(mEpoll, EPOLL_CTL_ADD, descriptor, &event) != 0)

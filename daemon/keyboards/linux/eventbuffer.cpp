@@ -27,9 +27,12 @@ void EventBuffer::clear()
 
 EventBuffer::Result EventBuffer::read()
 {
-    const ssize_t size = ::read(mDescriptor, mEvents.data(), sizeof mEvents);
+    ssize_t size = 0;
+    do {
+        size = ::read(mDescriptor, mEvents.data(), sizeof mEvents);
+    } while (size < 0 && errno == EINTR); // a ReadNotifier does not report the same events again
     if (size < 0)
-        return errno == EAGAIN || errno == EINTR ? Result::nothing : Result::gone;
+        return errno == EAGAIN ? Result::nothing : Result::gone;
     mCount = static_cast<std::size_t>(size) / sizeof(input_event);
     return mCount > 0 ? Result::event : Result::gone;
 }

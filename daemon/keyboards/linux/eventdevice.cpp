@@ -17,12 +17,9 @@ template <typename Function> void forEachKey(const EventFile::Keys &keys, Functi
 
 EventDevice::EventDevice(std::unique_ptr<EventFile> file, int id, bool givesHidUsages, EventDeviceHandler &handler,
                          std::chrono::milliseconds patience, QObject *parent)
-    : QObject(parent), mFile(std::move(file)), mId(id), mHandler(handler),
-      mNotifier(mFile->descriptor(), QSocketNotifier::Read, this), mRest(this), mPatience(this),
-      mGivesHidUsages(givesHidUsages)
+    : QObject(parent), mFile(std::move(file)), mId(id), mHandler(handler), mNotifier(mFile->descriptor(), *this, this),
+      mRest(this), mPatience(this), mGivesHidUsages(givesHidUsages)
 {
-    mNotifier.setEnabled(false);
-    connect(&mNotifier, &QSocketNotifier::activated, this, [this] { read(); });
     mRest.setSingleShot(true);
     mRest.setTimerType(Qt::PreciseTimer);
     mRest.setInterval(rest);

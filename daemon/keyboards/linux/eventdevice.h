@@ -4,9 +4,9 @@
 #pragma once
 
 #include "daemon/keyboards/linux/eventfile.h"
+#include "daemon/keyboards/linux/readnotifier.h"
 
 #include <QObject>
-#include <QSocketNotifier>
 #include <QTimer>
 
 #include <chrono>
@@ -30,7 +30,7 @@ public:
 /// it grabs the device anyway. The desktop then sees the held keys come up; the daemon sees them go down, and later
 /// come up. A switch that is on does not delay the grab: it goes off for the desktop and on for the daemon, and the
 /// reverse at the end.
-class EventDevice : public QObject
+class EventDevice : public QObject, private ReadHandler
 {
     Q_OBJECT
 
@@ -68,6 +68,7 @@ public:
 private:
     void setState(State state);
     [[nodiscard]] int setGrabbed(bool isGrabbed);
+    void fileReady() override { read(); }
     void read();
     [[nodiscard]] bool readOnce(); ///< false: nothing more
     void grabIfAllUp();
@@ -77,7 +78,7 @@ private:
     std::unique_ptr<EventFile> mFile;
     int mId;
     EventDeviceHandler &mHandler;
-    QSocketNotifier mNotifier;
+    ReadNotifier mNotifier;
     QTimer mRest;
     QTimer mPatience;
     State mState = State::waiting;

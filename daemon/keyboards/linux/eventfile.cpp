@@ -38,6 +38,12 @@ Result<std::unique_ptr<EventFile>, int> EvdevFile::open(const QString &path)
     return std::unique_ptr<EventFile>(new EvdevFile(descriptor, device));
 }
 
+EvdevFile::EvdevFile(int descriptor, libevdev *device) : mDescriptor(descriptor), mDevice(device), mBuffer(descriptor)
+{
+    for (std::size_t code = 0; code < mDown.size(); ++code)
+        mDown[code] = libevdev_get_event_value(device, EV_KEY, static_cast<unsigned int>(code)) != 0;
+}
+
 EvdevFile::~EvdevFile()
 {
     libevdev_free(mDevice);
@@ -69,9 +75,16 @@ EventFile::ReadResult EvdevFile::readFile(input_event &event)
     }
     if (event.type == EV_SYN && event.code == SYN_DROPPED)
         return findMissedEvents();
-    if (event.type == EV_KEY || event.type == EV_SW || event.type == EV_ABS)
-        libevdev_set_event_value(mDevice, event.type, event.code, event.value);
+    noteState(event);
     return ReadResult::event;
+}
+
+void EvdevFile::noteState(const input_event &event)
+{
+    if (event.type == EV_KEY && event.code < mDown.size())
+        mDown[event.code] = event.value != 0;
+    else if (event.type == EV_SW || event.type == EV_ABS)
+        libevdev_set_event_value(mDevice, event.type, event.code, event.value);
 }
 
 int EvdevFile::outputValue(const input_event &event) const
@@ -88,7 +101,9 @@ int EvdevFile::outputValue(const input_event &event) const
 
 EventFile::ReadResult EvdevFile::findMissedEvents()
 {
-    mBuffer.clear(); // these events are among the missed ones
+    mBuffer.clear();                                        // these events are among the missed ones
+    for (std::size_t code = 0; code < mDown.size(); ++code) // not at every key: it would be half the cost of reading it
+        libevdev_set_event_value(mDevice, EV_KEY, static_cast<unsigned int>(code), mDown[code]);
     input_event unused;
     if (libevdev_next_event(mDevice, LIBEVDEV_READ_FLAG_FORCE_SYNC, &unused) != LIBEVDEV_READ_STATUS_SYNC)
         return ReadResult::gone;
@@ -110,10 +125,13 @@ EventFile::ReadResult EvdevFile::readLibrary(input_event &event)
         if (result >= 0) {
             if (isMissed)
                 setTime(event, DeadlineTimer::now()); // libevdev does not know their times
+            noteState(event);
             return ReadResult::event;
         }
+        if (result == -EINTR)
+            continue;
         if (result != -EAGAIN)
-            return result == -EINTR ? ReadResult::nothing : ReadResult::gone;
+            return ReadResult::gone;
         mSource = isMissed ? Source::laterEvents : Source::file;
         if (!isMissed)
             return ReadResult::nothing;

@@ -46,7 +46,7 @@ public:
 };
 
 /// Reads the file directly, because libevdev makes a system call before each event. After dropped events, libevdev
-/// finds the missed ones. For this, it needs the state before, and therefore gets every key. A missed event has the
+/// finds the missed ones. For this, it gets the state before. A missed event has the
 /// time of its reading.
 class EvdevFile : public EventFile
 {
@@ -72,16 +72,18 @@ private:
         laterEvents,  ///< libevdev, which has read further meanwhile
     };
 
-    EvdevFile(int descriptor, libevdev *device) : mDescriptor(descriptor), mDevice(device), mBuffer(descriptor) {}
+    EvdevFile(int descriptor, libevdev *device);
 
     [[nodiscard]] ReadResult readFile(input_event &event);
     [[nodiscard]] ReadResult readLibrary(input_event &event);
     [[nodiscard]] ReadResult findMissedEvents();
     [[nodiscard]] int outputValue(const input_event &event) const;
     void write(quint16 type, quint16 code, bool isOn) const;
+    void noteState(const input_event &event);
 
     int mDescriptor;
     libevdev *mDevice;
     EventBuffer mBuffer;
+    Keys mDown; // according to the events so far
     Source mSource = Source::file;
 };

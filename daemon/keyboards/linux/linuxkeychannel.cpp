@@ -147,7 +147,7 @@ void LinuxKeyChannel::announceKey(quint16 usage, quint16 code, bool isDown, Time
         mOldestKey = time;
     // Of two nodes, the one that is read later may have the older event.
     mLatestTime = std::max(mLatestTime, time);
-    Q_EMIT keyChanged({HidUsage::keyboardPage, usage}, isDown, mLatestTime, KeyCodes::systemKeyOfCode(code));
+    keyChanged({HidUsage::keyboardPage, usage}, isDown, mLatestTime, KeyCodes::systemKeyOfCode(code));
 }
 
 bool LinuxKeyChannel::takeOwnKey(quint16 code, bool isDown, Time time)

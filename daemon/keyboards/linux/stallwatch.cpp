@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/stallwatch.h"
 
-#include <QAbstractEventDispatcher>
+#include "daemon/keyboards/linux/epolldispatcher.h"
 
 #include <cerrno>
 #include <string_view>
@@ -16,22 +16,23 @@ static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<unsigned int
 
 } // namespace
 
-StallWatch::StallWatch(std::chrono::milliseconds limit, QObject *parent) : QObject(parent)
+StallWatch::StallWatch(std::chrono::milliseconds limit)
+    : mDispatcher(qobject_cast<EpollDispatcher *>(QAbstractEventDispatcher::instance()))
 {
     const std::chrono::nanoseconds interval = std::chrono::nanoseconds(limit) / looksWithinLimit;
     const auto whole = std::chrono::duration_cast<std::chrono::seconds>(interval);
     mInterval.it_value.tv_sec = whole.count();
     mInterval.it_value.tv_nsec = (interval - whole).count();
-    mTimer = makeTimer();
-    QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
-    if (!mTimer || !dispatcher)
+    if (!mDispatcher)
         return;
-    connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] { arm(); });
-    connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] { disarm(); });
+    mTimer = makeTimer();
+    mDispatcher->setWatch(this);
 }
 
 StallWatch::~StallWatch()
 {
+    if (mDispatcher)
+        mDispatcher->setWatch(nullptr);
     if (mTimer)
         ::timer_delete(*mTimer); // a pending signal arrives before this returns
 }
@@ -63,23 +64,12 @@ std::optional<timer_t> StallWatch::makeTimer()
     return ::timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 ? std::optional(timer) : std::nullopt;
 }
 
-void StallWatch::arm()
+void StallWatch::startLooking()
 {
-    // There is only one writer, so plain loads and stores suffice; the fence orders them for the handler.
-    mAwakenings.store(mAwakenings.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-    mIsBusy.store(true, std::memory_order_relaxed);
-    std::atomic_signal_fence(std::memory_order_seq_cst);
-    if (mIsLooking.load(std::memory_order_relaxed) || !mTimer)
-        return;
     mAwakeningsSeen = mAwakenings.load(std::memory_order_relaxed);
     mLooks = 0;
     mIsLooking.store(true, std::memory_order_relaxed);
     lookLater();
-}
-
-void StallWatch::disarm()
-{
-    mIsBusy.store(false, std::memory_order_relaxed);
 }
 
 void StallWatch::lookLater()

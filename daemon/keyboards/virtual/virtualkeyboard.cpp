@@ -115,7 +115,7 @@ void VirtualKeyboard::announce(HidUsage key, bool isDown)
 {
     mChannel.tap().addKey(KeyTap::Side::keyboard, key, isDown);
     if (key.page != HidUsage::consumerPage) // the keyboard's own: the daemon sees their effect, not the keys
-        Q_EMIT mChannel.keyChanged(key, isDown, mNow(), key);
+        mChannel.keyChanged(key, isDown, mNow(), key);
 }
 
 VirtualKeyboard::Outcome VirtualKeyboard::pressGameMode()

@@ -90,7 +90,7 @@ private:
     void change(quint16 key, bool isDown)
     {
         const HidUsage usage{HidUsage::keyboardPage, key};
-        Q_EMIT mChannel.keyChanged(usage, isDown, mNow, usage);
+        mChannel.keyChanged(usage, isDown, mNow, usage);
     }
 
     NotingChannel mChannel;

@@ -67,11 +67,11 @@ private Q_SLOTS:
 private:
     void press(quint16 key)
     {
-        Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, key}, true, mNow, {HidUsage::keyboardPage, key});
+        mChannel->keyChanged({HidUsage::keyboardPage, key}, true, mNow, {HidUsage::keyboardPage, key});
     }
     void release(quint16 key)
     {
-        Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, key}, false, mNow, {HidUsage::keyboardPage, key});
+        mChannel->keyChanged({HidUsage::keyboardPage, key}, false, mNow, {HidUsage::keyboardPage, key});
     }
     void tap(quint16 key)
     {
@@ -299,7 +299,7 @@ void KeyPathTest::macroRunsByTheTimeOfTheKey()
 {
     const KeyPath::Time pressed = mNow;
     mNow += 4ms; // the delay of the key on its way
-    Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, macroKey}, true, pressed, {HidUsage::keyboardPage, macroKey});
+    mChannel->keyChanged({HidUsage::keyboardPage, macroKey}, true, pressed, {HidUsage::keyboardPage, macroKey});
     QCOMPARE(mWakeTime, std::optional(KeyPath::Time(pressed + 10ms)));
 }
 
@@ -313,7 +313,7 @@ void KeyPathTest::keysAreReportedWithTheirOwnTimeWhenWanted()
     mPath->listen({.isCapturing = true, .isReporting = true});
     const KeyPath::Time pressed = mNow;
     mNow += 3ms;
-    Q_EMIT mChannel->keyChanged({HidUsage::keyboardPage, keyB}, true, pressed, {HidUsage::keyboardPage, keyB});
+    mChannel->keyChanged({HidUsage::keyboardPage, keyB}, true, pressed, {HidUsage::keyboardPage, keyB});
     QCOMPARE(reported, (QList<std::pair<quint16, KeyPath::Time>>{{keyB, pressed}}));
     mPath->listen({});
     release(keyB);

@@ -78,7 +78,7 @@ private:
     {
         mIsDown[index] = !mIsDown[index];
         const HidUsage usage{HidUsage::keyboardPage, keys[index]};
-        Q_EMIT channel.keyChanged(usage, mIsDown[index], KeyPath::Time(0), usage);
+        channel.keyChanged(usage, mIsDown[index], KeyPath::Time(0), usage);
     }
 
     ThreadedKeyboard &mKeyboard;
@@ -223,7 +223,7 @@ void KeyPathThreadTest::bothSidesAgreeAfterSimultaneousSwitches()
             keyboard.postToKeys([key](NotingChannel &channel) {
                 for (const bool isDown : {true, false}) {
                     const HidUsage usage{HidUsage::keyboardPage, key};
-                    Q_EMIT channel.keyChanged(usage, isDown, KeyPath::Time(0), usage);
+                    channel.keyChanged(usage, isDown, KeyPath::Time(0), usage);
                 }
             });
         }

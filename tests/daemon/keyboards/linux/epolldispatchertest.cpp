@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The event loops of this program and of a second thread use the dispatcher under test.
 #include "daemon/keyboards/linux/epolldispatcher.h"
+#include "daemon/keyboards/linux/readnotifier.h"
 #include "daemon/system/handover.h"
 #include "tests/support/testmain.h"
 #include "tests/support/threadusage.h"
@@ -79,6 +80,45 @@ private:
     int mEnds[2] = {-1, -1};
 };
 
+/// A pipe whose read end calls a handler directly.
+class DirectPipe : public ReadHandler
+{
+public:
+    DirectPipe()
+    {
+        if (::pipe2(mEnds, O_NONBLOCK | O_CLOEXEC) != 0)
+            qFatal("no pipe");
+        notifier = std::make_unique<ReadNotifier>(mEnds[0], *this, nullptr);
+        notifier->setEnabled(true);
+    }
+    ~DirectPipe() override
+    {
+        notifier.reset();
+        ::close(mEnds[0]);
+        ::close(mEnds[1]);
+    }
+    DirectPipe(const DirectPipe &) = delete;
+    DirectPipe &operator=(const DirectPipe &) = delete;
+
+    void write() const { QCOMPARE(::write(mEnds[1], "x", 1), 1); }
+
+    std::unique_ptr<ReadNotifier> notifier;
+    std::function<void()> whenCalled;
+    int bytes = 0;
+
+private:
+    void fileReady() override
+    {
+        char byte = 0;
+        while (::read(mEnds[0], &byte, 1) == 1)
+            ++bytes;
+        if (whenCalled)
+            whenCalled();
+    }
+
+    int mEnds[2] = {-1, -1};
+};
+
 } // namespace
 
 class EpollDispatcherTest : public QObject
@@ -93,6 +133,10 @@ private Q_SLOTS:
     void reportsTheEndOfAFile();
     void servesReaderAndWriterOfOneFile();
     void servesManyFiles();
+    void callsHandlersAsLongAsDataArrive();
+    void handlerDisabledByAnotherIsNotCalledUntilEnabled();
+    void callsTimersAndFilesThatAHandlerStartsRun();
+    void interruptedLoopCallsAHandlerLater();
     void timersExpireInTheOrderOfTheirTimes();
     void repeatingTimerContinuesUntilItIsStopped();
     void timerWithoutIntervalStarvesNoFile();
@@ -193,6 +237,80 @@ void EpollDispatcherTest::servesManyFiles()
         pipe->write();
     }
     QTRY_VERIFY(std::ranges::all_of(pipes, [](const std::unique_ptr<Pipe> &pipe) { return pipe->told == 1; }));
+}
+
+void EpollDispatcherTest::callsHandlersAsLongAsDataArrive()
+{
+    constexpr int rounds = 1000;
+    DirectPipe first;
+    DirectPipe second;
+    QEventLoop loop;
+    // They wake each other: nothing but handlers has anything to do meanwhile.
+    first.whenCalled = [&] { second.write(); };
+    second.whenCalled = [&] { second.bytes < rounds ? first.write() : loop.quit(); };
+    first.write();
+    loop.exec();
+    QCOMPARE(first.bytes, rounds);
+    QCOMPARE(second.bytes, rounds);
+}
+
+void EpollDispatcherTest::handlerDisabledByAnotherIsNotCalledUntilEnabled()
+{
+    DirectPipe first;
+    DirectPipe second;
+    first.whenCalled = [&] { second.notifier->setEnabled(false); };
+    second.whenCalled = [&] { first.notifier->setEnabled(false); };
+    first.write();
+    second.write();
+    for (int round = 0; round < 3; ++round)
+        QCoreApplication::processEvents();
+    QCOMPARE(first.bytes + second.bytes, 1); // the first to run disables the other
+    first.whenCalled = {};
+    second.whenCalled = {};
+    first.notifier->setEnabled(true);
+    second.notifier->setEnabled(true);
+    QTRY_COMPARE(first.bytes + second.bytes, 2);
+}
+
+void EpollDispatcherTest::callsTimersAndFilesThatAHandlerStartsRun()
+{
+    DirectPipe direct;
+    Pipe file;
+    QStringList happened;
+    QEventLoop loop;
+    const auto note = [&](const QString &what) {
+        happened += what;
+        if (happened.size() == 3)
+            loop.quit();
+    };
+    file.whenTold = [&] { note(QStringLiteral("file")); };
+    direct.whenCalled = [&] {
+        file.write();
+        QTimer::singleShot(1ms, &loop, [&] { note(QStringLiteral("timer")); });
+        QMetaObject::invokeMethod(
+            &loop, [&] { note(QStringLiteral("call")); }, Qt::QueuedConnection);
+    };
+    QMetaObject::invokeMethod(
+        &loop, [&direct] { direct.write(); }, Qt::QueuedConnection);
+    loop.exec();
+    happened.sort();
+    QCOMPARE(happened, (QStringList{QStringLiteral("call"), QStringLiteral("file"), QStringLiteral("timer")}));
+}
+
+void EpollDispatcherTest::interruptedLoopCallsAHandlerLater()
+{
+    QEventLoop loop;
+    DirectPipe first;
+    DirectPipe second;
+    // Both are ready in the same round, and the call makes it a round of the event loop.
+    first.whenCalled = [&] { loop.quit(); };
+    second.whenCalled = [&] { loop.quit(); };
+    first.write();
+    second.write();
+    QMetaObject::invokeMethod(&loop, [] {}, Qt::QueuedConnection);
+    loop.exec();
+    loop.processEvents();
+    QTRY_COMPARE(first.bytes + second.bytes, 2);
 }
 
 void EpollDispatcherTest::timersExpireInTheOrderOfTheirTimes()

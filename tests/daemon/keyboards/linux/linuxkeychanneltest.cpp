@@ -21,7 +21,7 @@ constexpr quint16 usageA = 4;
 
 } // namespace
 
-class LinuxKeyChannelTest : public QObject
+class LinuxKeyChannelTest : public QObject, private KeyReceiver
 {
     Q_OBJECT
 
@@ -53,11 +53,21 @@ private Q_SLOTS:
     void removedNodeIsClosed();
 
 private:
+    /// Like the key path without assignments.
+    void takeKey(HidUsage usage, bool isDown, Time time, HidUsage systemKey) override
+    {
+        mKeys += u"%1 %2"_s.arg(usage.usage).arg(isDown ? "down"_L1 : "up"_L1);
+        mTimes += time;
+        mChannel->send(systemKey, isDown);
+        mChannel->flush();
+    }
+
     std::unique_ptr<OutputPipe> mPipe;
     std::unique_ptr<FakeNode> mFirst;
     std::unique_ptr<FakeNode> mSecond;
     std::unique_ptr<LinuxKeyChannel> mChannel;
     QStringList mKeys;
+    QList<Time> mTimes;
 };
 
 void LinuxKeyChannelTest::init()
@@ -68,13 +78,8 @@ void LinuxKeyChannelTest::init()
     mChannel = std::make_unique<LinuxKeyChannel>();
     mChannel->setOutput(mPipe->device());
     mKeys.clear();
-    // Like the key path without assignments.
-    connect(mChannel.get(), &KeyChannel::keyChanged, this,
-            [this](HidUsage usage, bool isDown, KeyChannel::Time, HidUsage systemKey) {
-                mKeys += u"%1 %2"_s.arg(usage.usage).arg(isDown ? "down"_L1 : "up"_L1);
-                mChannel->send(systemKey, isDown);
-                mChannel->flush();
-            });
+    mTimes.clear();
+    mChannel->setReceiver(this);
 }
 
 void LinuxKeyChannelTest::cleanup()
@@ -329,19 +334,16 @@ void LinuxKeyChannelTest::switchesTheLedsOfEveryKeyboard()
 
 void LinuxKeyChannelTest::reportsTheTimeOfTheEvent()
 {
-    QList<KeyChannel::Time> times;
-    connect(mChannel.get(), &KeyChannel::keyChanged, this,
-            [&](HidUsage, bool, KeyChannel::Time time) { times += time; });
     mChannel->addNode(mFirst->open(), 1, true);
     const auto before = DeadlineTimer::now();
     mFirst->press(KEY_A);
     const auto after = DeadlineTimer::now();
-    QTRY_COMPARE(times.size(), 1);
-    QVERIFY(times.first() >= before && times.first() <= after); // not the later time of the reading
+    QTRY_COMPARE(mTimes.size(), 1);
+    QVERIFY(mTimes.first() >= before && mTimes.first() <= after); // not the later time of the reading
     const auto removal = DeadlineTimer::now();
     mChannel->removeNode(1);
-    QCOMPARE(times.size(), 2);
-    QVERIFY(times.last() >= removal);
+    QCOMPARE(mTimes.size(), 2);
+    QVERIFY(mTimes.last() >= removal);
 }
 
 void LinuxKeyChannelTest::tapGetsBothSides()
@@ -381,9 +383,6 @@ void LinuxKeyChannelTest::tapGetsBothSides()
 
 void LinuxKeyChannelTest::timesNeverGoBack()
 {
-    QList<KeyChannel::Time> times;
-    connect(mChannel.get(), &KeyChannel::keyChanged, this,
-            [&](HidUsage, bool, KeyChannel::Time time) { times += time; });
     mChannel->addNode(mFirst->open(), 1, true);
     mChannel->addNode(mSecond->open(), 2, true);
     for (int count = 0; count < 20; ++count) {
@@ -392,8 +391,8 @@ void LinuxKeyChannelTest::timesNeverGoBack()
         node.release(KEY_A);
     }
     QTRY_VERIFY(mFirst->unread() == 0 && mSecond->unread() == 0);
-    QVERIFY(times.size() >= 20);
-    QVERIFY(std::ranges::is_sorted(times));
+    QVERIFY(mTimes.size() >= 20);
+    QVERIFY(std::ranges::is_sorted(mTimes));
 }
 
 void LinuxKeyChannelTest::moreNodesThanPlacesStayWithTheDesktop()

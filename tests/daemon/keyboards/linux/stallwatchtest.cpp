@@ -2,6 +2,7 @@
 // A child process stalls, and must end. With an argument this program is that process.
 #include "daemon/keyboards/linux/stallwatch.h"
 #include "daemon/keyboards/linux/epolldispatcher.h"
+#include "daemon/keyboards/linux/readnotifier.h"
 #include "daemon/keyboards/linux/realtime.h"
 #include "tests/support/testmain.h"
 #include "tests/support/threadusage.h"
@@ -36,7 +37,7 @@ std::chrono::nanoseconds now()
     return std::chrono::steady_clock::now().time_since_epoch();
 }
 
-std::chrono::nanoseconds awakening; // the last in the child
+std::chrono::nanoseconds awakening; // the last that the child's event loop has reported
 
 /// Reports to the parent when the thread left its event loop.
 void tellStall()
@@ -61,6 +62,12 @@ void tellStall()
         ::pause();
 }
 
+class SpinningHandler : public ReadHandler
+{
+public:
+    void fileReady() override { spin(); }
+};
+
 /// The child's behaviour on the watched thread.
 void behave(const QString &way)
 {
@@ -74,11 +81,18 @@ void behave(const QString &way)
     const int file = ::eventfd(way == "file"_L1 ? 1 : 0, EFD_CLOEXEC);
     QSocketNotifier notifier(file, QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [] { spin(); });
+    SpinningHandler handler;
+    const int directFile = ::eventfd(0, EFD_CLOEXEC);
+    ReadNotifier directNotifier(directFile, handler, nullptr);
+    directNotifier.setEnabled(true);
     QTimer timer;
     timer.setSingleShot(true);
     QObject target;
     if (way == "timer"_L1) {
         timer.callOnTimeout([] { spin(); });
+        timer.start(1ms);
+    } else if (way == "handler"_L1) {
+        timer.callOnTimeout([directFile] { ::eventfd_write(directFile, 1); }); // the loop finds nothing else to do then
         timer.start(1ms);
     } else if (way == "blocked"_L1) {
         QMetaObject::invokeMethod(
@@ -99,6 +113,7 @@ void behave(const QString &way)
         work.start(0ms);
     loop.exec();
     ::close(file);
+    ::close(directFile);
 }
 
 int runChild(const QString &way)
@@ -137,6 +152,7 @@ void StallWatchTest::endsAProcessWhoseThreadStalls_data()
     QTest::newRow("after it was busy for longer than the limit") << u"call after a burst"_s;
     QTest::newRow("waiting for what never comes") << u"blocked"_s;
     QTest::newRow("while reading a file") << u"file"_s;
+    QTest::newRow("in a handler that the event loop calls directly") << u"handler"_s;
     QTest::newRow("in a timer") << u"timer"_s;
 }
 
