@@ -120,7 +120,25 @@ void KeyPath::releaseAll()
 void KeyPath::wake()
 {
     mWakeTime.reset();
-    perform(mEngine.advance(mClock.now()));
+    const Time now = mClock.now();
+    perform(mEngine.advance(now));
+    rest(now);
+}
+
+/// Postpones the next awakening if the macros have been late for too long. `awakening`: the time of this one.
+void KeyPath::rest(Time awakening)
+{
+    const Time now = mClock.now();
+    if (!mWakeTime || *mWakeTime > now)
+        return mBurstStart.reset();
+    if (!mBurstStart)
+        mBurstStart = awakening;
+    const Time burst = now - *mBurstStart;
+    if (burst < longestBurst)
+        return;
+    mBurstStart.reset();
+    mWakeTime = now + burst;
+    mClock.wakeAt(mWakeTime);
 }
 
 void KeyPath::takeKey(HidUsage key, bool isDown, Time time, HidUsage systemKey)

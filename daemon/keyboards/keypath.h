@@ -85,8 +85,11 @@ public:
     void listen(const Listening &listening);
     /// Releases everything.
     void stop();
-    /// Continues playing macros.
+    /// Continues playing macros. They may have more events than the computer can take. After each longestBurst of
+    /// events that are all late, they therefore rest for as long, and the events come later. Without a rest, other
+    /// programs would get no processor, and the kernel would end the process (RLIMIT_RTTIME, see Realtime).
     void wake();
+    static constexpr std::chrono::milliseconds longestBurst{5};
 
 Q_SIGNALS:
     void keyReported(HidUsage key, bool isDown, KeyPath::Time time);
@@ -111,12 +114,14 @@ private:
     void chooseProfile(int index);
     void applySettings();
     void exchangeSettings(Change &change);
+    void rest(Time awakening);
 
     KeyChannel &mChannel;
     KeyClock mClock;
     KeyEngine mEngine;
     KeySettings mSettings;
-    std::optional<Time> mWakeTime; // as last requested
+    std::optional<Time> mWakeTime;   // as last requested
+    std::optional<Time> mBurstStart; // since then, each event of a macro was due at once
     SwitchNumber mLastSwitch = 0;
     bool mIsSwitchUnanswered = false; // no change has answered the latest choice yet, and one side has switched
     bool mIsStarted = false;

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void switchToAMissingProfileIsReportedAndChangesNothing();
     void choicesAreNumberedThroughAllStarts();
     void macroRunsByTheTimeOfTheKey();
+    void macrosWithMoreEventsThanTheComputerTakesRest();
     void keysAreReportedWithTheirOwnTimeWhenWanted();
     void capturedKeysAreReportedAndNotSent();
 
@@ -91,16 +92,18 @@ private:
     std::unique_ptr<KeyPath> mPath;
     KeySettings mSettings; // the last settings that the path received
     KeyPath::Time mNow{};
+    KeyPath::Time mCostOfAWakeUp{};
     std::optional<KeyPath::Time> mWakeTime;
 };
 
 void KeyPathTest::init()
 {
     mNow = 1s;
+    mCostOfAWakeUp = {};
     mWakeTime.reset();
     mChannel = std::make_unique<NotingChannel>();
     mPath = std::make_unique<KeyPath>(
-        *mChannel, KeyClock{.now = [this] { return mNow; },
+        *mChannel, KeyClock{.now = [this] { return mNow += mCostOfAWakeUp / 2; }, // read at its start and end
                             .wakeAt = [this](std::optional<KeyPath::Time> time) { mWakeTime = time; }});
     mSettings = keySettingsOf(twoProfiles());
     KeySettings settings = mSettings;
@@ -301,6 +304,43 @@ void KeyPathTest::macroRunsByTheTimeOfTheKey()
     mNow += 4ms; // the delay of the key on its way
     mChannel->keyChanged({HidUsage::keyboardPage, macroKey}, true, pressed, {HidUsage::keyboardPage, macroKey});
     QCOMPARE(mWakeTime, std::optional(KeyPath::Time(pressed + 10ms)));
+}
+
+void KeyPathTest::macrosWithMoreEventsThanTheComputerTakesRest()
+{
+    constexpr auto longestRun = 100ms; // half of what RealtimeKit allows
+    QVariantMap keys;
+    QVariantList macros;
+    for (int index = 0; index < 8; ++index) {
+        macros += macro(20 + static_cast<uint>(index), 0);
+        keys.insert(QString::number(macroKey + index), entry(playsMacro, index, 254));
+    }
+    mSettings = keySettingsOf(document({profile(u"A"_s, keys)}, macros));
+    KeySettings settings = mSettings;
+    (void)mPath->start(settings);
+    for (quint16 index = 0; index < 8; ++index)
+        tap(static_cast<quint16>(macroKey + index));
+
+    mCostOfAWakeUp = 4ms; // each macro wants 2 events every millisecond, and a wake-up sends 16 at most
+    const KeyPath::Time start = mNow;
+    KeyPath::Time lastRest = mNow;
+    KeyPath::Time rested{};
+    while (mNow - start < 1s) {
+        QVERIFY(mWakeTime);
+        if (*mWakeTime > mNow) {
+            rested += *mWakeTime - mNow;
+            mNow = *mWakeTime;
+            lastRest = mNow;
+        }
+        mPath->wake();
+        QVERIFY(mNow - lastRest < longestRun);
+    }
+    QVERIFY2(rested > 400ms && rested < 600ms, qPrintable(QString::number(rested.count())));
+    mCostOfAWakeUp = {};
+    for (quint16 index = 0; index < 8; ++index)
+        tap(static_cast<quint16>(macroKey + index));
+    QCOMPARE(mChannel->downCount(), std::size_t(0));
+    QVERIFY(!mWakeTime);
 }
 
 void KeyPathTest::keysAreReportedWithTheirOwnTimeWhenWanted()

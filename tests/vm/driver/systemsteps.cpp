@@ -14,7 +14,10 @@
 #include <fstream>
 #include <sched.h>
 #include <sstream>
+#include <thread>
 #include <unistd.h>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -137,6 +140,17 @@ void expectDaemonEnd(Machine &machine, const Words &)
     if (!becomesTrue([&machine] { return !machine.daemon().isRunning(); }))
         throw Failure("it still runs");
     machine.forgetDesktop();
+}
+
+/// expect-running SECONDS: the daemon does not end within this time of the machine.
+void expectRunning(Machine &machine, const Words &words)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(std::stoi(word(words, 1)));
+    while (std::chrono::steady_clock::now() < end) {
+        if (!machine.daemon().isRunning())
+            throw Failure("it has ended");
+        std::this_thread::sleep_for(50ms);
+    }
 }
 
 void writeSystemFile(const std::string &path, const std::string &text)
@@ -385,6 +399,7 @@ const std::map<std::string, StepAction> &systemActions()
         {"expect-at-end", expectAtEnd},
         {"stall", stall},
         {"expect-daemon-end", expectDaemonEnd},
+        {"expect-running", expectRunning},
         {"suspend", suspend},
         {"expect-property", expectProperty},
         {"expect-latency-below", expectLatencyBelow},
