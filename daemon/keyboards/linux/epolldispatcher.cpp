@@ -172,8 +172,8 @@ void EpollDispatcher::unregisterSocketNotifier(QSocketNotifier *notifier)
 /// Watches for the events that its notifiers want now.
 void EpollDispatcher::watch(int descriptor)
 {
-    // A file of handlers alone is reported once for each change. Otherwise the kernel would look at it again before each
-    // wait.
+    // A file of handlers alone is reported once for each change. Otherwise the kernel would look at it again before
+    // each wait.
     epoll_event event = {.events = EPOLLET, .data = {.u64 = static_cast<quint64>(descriptor) | directMark}};
     bool isWanted = false;
     for (const Notifier &each : mNotifiers) {

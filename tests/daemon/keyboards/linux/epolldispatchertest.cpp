@@ -307,7 +307,8 @@ void EpollDispatcherTest::interruptedLoopCallsAHandlerLater()
     second.whenCalled = [&] { loop.quit(); };
     first.write();
     second.write();
-    QMetaObject::invokeMethod(&loop, [] {}, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &loop, [] {}, Qt::QueuedConnection);
     loop.exec();
     loop.processEvents();
     QTRY_COMPARE(first.bytes + second.bytes, 2);
