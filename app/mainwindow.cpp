@@ -10,6 +10,7 @@
 #include "app/ruleprocess.h"
 #include "base/text.h"
 #include "keys/keyboardkeyscontroller.h"
+#include "keys/lightpreview.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/helpviewer.h"
@@ -189,6 +190,9 @@ QWidget *MainWindow::createTabs()
         {"Maintenance"_L1, "lkeyMaintenanceTab", Symbol::tick, mController->maintenanceController()->view(),
          "maintenance.html"_L1},
     };
+    auto *preview = new LightPreview;
+    mController->lightingController()->setPreview(
+        preview, [preview](const Backlight::Settings &settings) { preview->light().show(settings); });
     auto *tabView = new TabView;
     mOutlets.mKeyboardTabView = tabView;
     tabView->setObjectName("mKeyboardTabView"_L1);

@@ -7,15 +7,12 @@
 #include "keys/keylayout.h"
 #include "keys/layoutlegends.h"
 #include "platform/keymap.h"
-#include "platform/motionpreference.h"
-#include "platform/sessionbus.h"
 #include "platform/waylandkeymap.h"
 #include "platform/x11keymap.h"
 
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPainter>
-#include <QStyle>
 #include <QTimer>
 
 #include <algorithm>
@@ -27,17 +24,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qreal border = 0.3; // of the case around the keys, in key units
-constexpr QSizeF caseUnits(KeyGeometry::size.width() + 2 * border, KeyGeometry::size.height() + 2 * border);
 constexpr QRectF wordmarkPlace(16.6, 6.5, 7.2, 0.9); // under the arrow keys and the keypad, in key units
 constexpr qreal preferredUnit = 44;
 constexpr qreal smallestUnit = 30;
-
-QSize sizeForUnit(qreal unit)
-{
-    return {static_cast<int>(std::ceil(caseUnits.width() * unit)),
-            static_cast<int>(std::ceil(caseUnits.height() * unit))};
-}
 
 bool isSelectableOutlet(QLatin1StringView outlet)
 {
@@ -78,8 +67,7 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
         if (!mTabStop && button->isSelectable())
             setTabStop(button);
     }
-    connect(&mLight, &PictureLight::changed, this, qOverload<>(&QWidget::update));
-    askForMotion();
+    mLight.follow(this);
     // The width determines the height; the surrounding layout gets the remaining space.
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
@@ -188,32 +176,25 @@ void KeyboardPicture::setTabStop(KeyButton *button)
 
 QSize KeyboardPicture::sizeHint() const
 {
-    return sizeForUnit(preferredUnit);
+    return PictureLayout::sizeForUnit(preferredUnit);
 }
 
 QSize KeyboardPicture::minimumSizeHint() const
 {
-    return sizeForUnit(smallestUnit);
+    return PictureLayout::sizeForUnit(smallestUnit);
 }
 
 int KeyboardPicture::heightForWidth(int width) const
 {
-    return static_cast<int>(std::ceil(width * caseUnits.height() / caseUnits.width()));
+    return PictureLayout::heightForWidth(width);
 }
 
 void KeyboardPicture::layOut()
 {
-    mUnit = std::min(width() / caseUnits.width(), height() / caseUnits.height());
-    const QSizeF size = caseUnits * mUnit;
-    mCase = QRectF(QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size);
-    const QPointF origin = mCase.topLeft() + QPointF(border, border) * mUnit;
+    mLayout = PictureLayout(size());
     for (KeyButton *button : std::as_const(mButtons)) {
-        const QRectF place = button->shape().place;
-        // Edges are rounded instead of sizes: keys that touch in the data touch on the screen.
-        const QPoint topLeft = (origin + place.topLeft() * mUnit).toPoint();
-        const QPoint bottomRight = (origin + place.bottomRight() * mUnit).toPoint();
-        button->setUnit(mUnit);
-        button->setGeometry(QRect(topLeft, bottomRight - QPoint(1, 1)));
+        button->setUnit(mLayout.unit());
+        button->setGeometry(mLayout.placeOf(button->shape()));
     }
 }
 
@@ -226,8 +207,6 @@ void KeyboardPicture::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::EnabledChange || event->type() == QEvent::PaletteChange)
         update();
-    if (event->type() == QEvent::StyleChange)
-        askForMotion();
     QWidget::changeEvent(event);
 }
 
@@ -239,39 +218,15 @@ QList<QRect> KeyboardPicture::keyPlaces() const
     return places;
 }
 
-/// A desktop that asks for less motion reports it in its portal or gives animations no time.
-void KeyboardPicture::askForMotion()
-{
-    const bool hasTime = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
-    mLight.setMotionAllowed(hasTime && (!mMotion || mMotion->isMotionAllowed()));
-}
-
-void KeyboardPicture::showEvent(QShowEvent *event)
-{
-    if (!mMotion) {
-        mMotion = new MotionPreference(sharedSessionBus(), this);
-        connect(mMotion, &MotionPreference::changed, this, &KeyboardPicture::askForMotion);
-    }
-    mLight.setSeen(true);
-    QWidget::showEvent(event);
-}
-
-void KeyboardPicture::hideEvent(QHideEvent *event)
-{
-    mLight.setSeen(false);
-    QWidget::hideEvent(event);
-}
-
 void KeyboardPicture::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     const bool isActive = std::ranges::any_of(mButtons, [](const KeyButton *button) { return button->isEnabled(); });
-    paintKeyboardCase(painter, mCase, mUnit, palette(), isActive);
+    paintKeyboardCase(painter, mLayout.caseRect(), mLayout.unit(), palette(), isActive);
     if (isActive)
-        mLight.paint(painter, keyPlaces(), mUnit);
-    const QRectF place = wordmarkPlace.translated(border, border);
-    paintWordmark(painter, QRectF(mCase.topLeft() + place.topLeft() * mUnit, place.size() * mUnit), mUnit,
-                  localizedText("lkeyKeysWordmark"), palette(), isActive);
+        mLight.paint(painter, keyPlaces(), mLayout.unit());
+    paintWordmark(painter, mLayout.rectOf(wordmarkPlace), mLayout.unit(), localizedText("lkeyKeysWordmark"), palette(),
+                  isActive);
     if (!mFollowsLayout) {
         mFollowsLayout = true;
         QTimer::singleShot(0, this, &KeyboardPicture::followLayout); // the first picture must not wait for it

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "keys/keygeometry.h"
+#include "keys/picturelayout.h"
 #include "keys/picturelight.h"
 
 #include <QHash>
@@ -10,7 +11,6 @@
 
 class KeyButton;
 class Keymap;
-class MotionPreference;
 
 /// Keeps the ratio of the keyboard and centres it in the available space. The keys are one stop in the tab order: the
 /// selected key, or else the first. From there the arrow keys select the next key in their direction, Home and End the
@@ -59,12 +59,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
 
 private:
     void layOut();
-    void askForMotion();
     void followLayout();
     [[nodiscard]] QList<QRect> keyPlaces() const;
     void moveSelection(const KeyButton *from, Qt::Key key, bool isExtending);
@@ -73,9 +70,7 @@ private:
     QList<KeyButton *> mButtons;
     QHash<QLatin1StringView, KeyButton *> mButtonsByOutlet;
     KeyButton *mTabStop = nullptr;
-    qreal mUnit = 0;
-    QRectF mCase;
+    PictureLayout mLayout;
     PictureLight mLight;
-    MotionPreference *mMotion = nullptr; ///< created when the picture is first shown
-    bool mFollowsLayout = false;         ///< from the first painting on
+    bool mFollowsLayout = false; ///< from the first painting on
 };

@@ -2,11 +2,16 @@
 #include "keys/picturelight.h"
 
 #include "platform/lowbands.h"
+#include "platform/motionpreference.h"
+#include "platform/sessionbus.h"
 
+#include <QEvent>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QRegion>
+#include <QStyle>
 #include <QTimerEvent>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -41,6 +46,38 @@ QColor hueAt(Backlight::Settings settings, Backlight::Time time)
 }
 
 } // namespace
+
+void PictureLight::follow(QWidget *picture)
+{
+    mPicture = picture;
+    picture->installEventFilter(this);
+    connect(this, &PictureLight::changed, picture, qOverload<>(&QWidget::update));
+    askForMotion();
+}
+
+bool PictureLight::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Show:
+        if (!mMotion) {
+            mMotion = new MotionPreference(sharedSessionBus(), this);
+            connect(mMotion, &MotionPreference::changed, this, &PictureLight::askForMotion);
+        }
+        setSeen(true);
+        break;
+    case QEvent::Hide: setSeen(false); break;
+    case QEvent::StyleChange: askForMotion(); break;
+    default: break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+/// A desktop that asks for less motion reports it in its portal or gives animations no time.
+void PictureLight::askForMotion()
+{
+    const bool hasTime = mPicture->style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, mPicture) > 0;
+    setMotionAllowed(hasTime && (!mMotion || mMotion->isMotionAllowed()));
+}
 
 void PictureLight::show(const Backlight::Settings &settings)
 {

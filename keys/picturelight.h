@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The key lighting in the keyboard picture: a glow between the keys. The picture owns it. Main thread only.
+// The key lighting in a picture of the keyboard: a glow between the keys. The picture owns it. Main thread only.
 #pragma once
 
 #include "lighting/backlight.h"
@@ -8,8 +8,10 @@
 #include <QList>
 #include <QObject>
 
+class MotionPreference;
 class QPainter;
 class QRect;
+class QWidget;
 
 /// A light that cycles moves calmly, and only while the user can see it. If the desktop asks for no motion, the light
 /// stays still and shows all its colours side by side.
@@ -23,6 +25,9 @@ public:
     [[nodiscard]] const Backlight::Settings &settings() const { return mSettings; }
     [[nodiscard]] bool isMoving() const { return mTimer.isActive(); }
 
+    /// Repaints `picture`, which owns the light, at each change. Moves only while it is shown, and as the desktop and
+    /// its style allow.
+    void follow(QWidget *picture);
     void show(const Backlight::Settings &settings);
     void setSeen(bool isSeen);
     void setMotionAllowed(bool isAllowed);
@@ -35,11 +40,15 @@ Q_SIGNALS:
     void changed(); ///< the look has changed
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
 
 private:
     void startOrStop();
+    void askForMotion();
 
+    QWidget *mPicture = nullptr;
+    MotionPreference *mMotion = nullptr; ///< created when the picture is first shown
     Backlight::Settings mSettings;
     QBasicTimer mTimer;
     bool mIsSeen = false;

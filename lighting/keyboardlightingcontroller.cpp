@@ -80,6 +80,7 @@ void KeyboardLightingController::updateUISettings()
     if (shown != std::exchange(mShownProfile, shown))
         mBrightnessValue->endDrag(); // the drag was meant for the other profile
     const Backlight::Settings settings = Backlight::settingsOf(record);
+    showLight(settings);
     mMain->setChecked(settings.isOn);
     mProfileNameLabel->setText(visibleText(profileName(), u' '));
     showBrightness(settings.brightness);
@@ -106,6 +107,8 @@ void KeyboardLightingController::setControlsState(bool isEnabled)
     }
     for (QWidget *control : controls)
         control->setEnabled(isEnabled);
+    if (mPreview)
+        mPreview->setEnabled(isEnabled);
     mAreLabelsEnabled = isEnabled;
     colorLabels();
 }
@@ -133,6 +136,16 @@ bool KeyboardLightingController::eventFilter(QObject *watched, QEvent *event)
 void KeyboardLightingController::updateBrightnessValue(int level)
 {
     showBrightness(level);
+    Backlight::Settings settings = mShownLight;
+    settings.brightness = mBrightnessValue->value();
+    showLight(settings);
+}
+
+void KeyboardLightingController::showLight(const Backlight::Settings &settings)
+{
+    mShownLight = settings;
+    if (mShowLight)
+        mShowLight(settings);
 }
 
 void KeyboardLightingController::showBrightness(int level)

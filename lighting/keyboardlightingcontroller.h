@@ -3,6 +3,7 @@
 // Keeps copies of the main controller's data and asks its delegate for every change. Main thread only.
 #pragma once
 
+#include "lighting/backlight.h"
 #include "platform/sheetsubject.h"
 
 #include <QList>
@@ -60,6 +61,9 @@ public:
     void setMFirmwareVersion(QLabel *label) { mFirmwareVersion = label; }
     void setMLightingDelegate(LightingDelegate *delegate) { mLightingDelegate = delegate; }
     void setMLightingWindow(QWidget *window) { mLightingWindow = window; }
+    using LightShower = std::function<void(const Backlight::Settings &settings)>;
+    /// Adds `preview`, a picture that `show` makes show a light. The tab takes ownership of it.
+    void setPreview(QWidget *preview, LightShower show);
     /// Shows the latest record. Does nothing before there is one.
     void updateUISettings();
     void populateUISettings() {}
@@ -111,6 +115,7 @@ private:
     QLabel *makeLabel(QLabel *&field, const char *name, const char *textKey = nullptr);
     void colorLabels();
     void showBrightness(int level);
+    void showLight(const Backlight::Settings &settings);
     void send(const QVariantMap &settings);
     [[nodiscard]] QString profileName() const;
     [[nodiscard]] QVariant profile() const; ///< identifies the profile shown
@@ -142,6 +147,10 @@ private:
     QPushButton *mCheckUpdates = nullptr;
     QPushButton *mRestoreSettings = nullptr;
     Spinner *mFirmwareVersionIndicator = nullptr;
+
+    QWidget *mPreview = nullptr; ///< null until setPreview()
+    LightShower mShowLight;
+    Backlight::Settings mShownLight;
 
     std::optional<QVariantMap> mLightingSettingsDict;
     QVariantMap mDeviceSettingsDict;

@@ -211,3 +211,11 @@ void KeyboardLightingController::buildView()
     column->addStretch();
     mView->installEventFilter(this);
 }
+
+void KeyboardLightingController::setPreview(QWidget *preview, LightShower show)
+{
+    mPreview = preview;
+    mShowLight = std::move(show);
+    static_cast<QVBoxLayout *>(mView->layout())->addWidget(preview, 1);
+    showLight(mShownLight);
+}

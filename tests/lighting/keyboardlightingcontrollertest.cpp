@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/keyboardlightingcontroller.h"
 #include "base/text.h"
+#include "lighting/backlight.h"
 #include "lighting/lightingdelegate.h"
 #include "platform/addresses.h"
 #include "platform/colorwell.h"
@@ -97,6 +98,8 @@ private Q_SLOTS:
     void brightnessChangedOnTheKeyboardSendsNothing();
     void controlsWithoutEffectSendNothing();
     void toolTipsShowWhichControlsHaveNoEffect();
+    void previewShowsTheLight();
+    void previewFollowsTheBrightnessKeys();
     void updateValueSendsOneNumber();
     void updatesOpenTheDownloadPage();
     void restoreAsksFirst();
@@ -497,6 +500,38 @@ void KeyboardLightingControllerTest::toolTipsShowWhichControlsHaveNoEffect()
     }
 }
 
+void KeyboardLightingControllerTest::previewShowsTheLight()
+{
+    auto *preview = new QWidget;
+    Backlight::Settings shown;
+    mController->setPreview(preview, [&shown](const Backlight::Settings &settings) { shown = settings; });
+    QVERIFY(mController->view()->isAncestorOf(preview));
+    QVERIFY(shown == Backlight::settingsOf(lightingRecord())); // at once
+    for (const QVariantMap &change :
+         {QVariantMap{{u"LEDKBEffects"_s, 4}}, {{u"BacklightLED"_s, 0}}, {{u"BrightnessKBNormal"_s, 1}}}) {
+        QVariantMap record = lightingRecord();
+        record.insert(change);
+        mController->setMLightingSettingsDict(record);
+        mController->updateUISettings();
+        QVERIFY(shown == Backlight::settingsOf(record));
+    }
+    mController->setControlsState(false);
+    QVERIFY(!preview->isEnabled());
+    mController->setControlsState(true);
+    QVERIFY(preview->isEnabled());
+}
+
+void KeyboardLightingControllerTest::previewFollowsTheBrightnessKeys()
+{
+    Backlight::Settings shown;
+    mController->setPreview(new QWidget, [&shown](const Backlight::Settings &settings) { shown = settings; });
+    mController->updateBrightnessValue(1);
+    QCOMPARE(shown.brightness, 1);
+    mController->updateBrightnessValue(9);
+    QCOMPARE(shown.brightness, 4); // as the slider shows it
+    QVERIFY(mDelegate.sent.isEmpty());
+}
+
 void KeyboardLightingControllerTest::updateValueSendsOneNumber()
 {
     mController->updateValueOfSetting(7, u"BrightnessKBNormal"_s);
@@ -522,8 +557,8 @@ void KeyboardLightingControllerTest::restoreAsksFirst()
     QCOMPARE(alert()->findChild<QLabel *>(u"alertDescription"_s)->text(), localizedText("lkeyRestoreDefaultDesc"));
     // The button is on the lighting tab, but the keys are also restored.
     QVERIFY(localizedText("lkeyRestoreDefaultDesc").contains(u"Your keys"_s));
-    QCOMPARE(alert()->findChild<QPushButton *>(u"alertDefaultButton"_s)->text(), u"OK"_s);
-    QCOMPARE(alert()->findChild<QPushButton *>(u"alertAlternativeButton"_s)->text(), u"Cancel"_s);
+    QCOMPARE(alert()->findChild<QPushButton *>(u"alertDefaultButton"_s)->text().remove(u'&'), u"OK"_s);
+    QCOMPARE(alert()->findChild<QPushButton *>(u"alertAlternativeButton"_s)->text().remove(u'&'), u"Cancel"_s);
 }
 
 void KeyboardLightingControllerTest::restoreKeepsTheNameAndForcesTwoValues()

@@ -14,6 +14,7 @@
     <message id="lkeyInGameSidestrips"><source>lkeyInGameSidestrips</source><translation>Lichtleisten im Spiel</translation></message>
     <message id="lkeyInGameUnderglow"><source>lkeyInGameUnderglow</source><translation>Unterseite im Spiel</translation></message>
     <message id="lkeyLightingEffect"><source>lkeyLightingEffect</source><translation>Effekt</translation></message>
+    <message id="lkeyLightPreview"><source>lkeyLightPreview</source><translation>Vorschau des Lichts</translation></message>
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Feste Farbe</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Farbwechsel</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Spiele dürfen Tasten beleuchten</translation></message>

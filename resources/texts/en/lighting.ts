@@ -14,6 +14,7 @@
     <message id="lkeyInGameSidestrips"><source>lkeyInGameSidestrips</source><translation>Side strips in games</translation></message>
     <message id="lkeyInGameUnderglow"><source>lkeyInGameUnderglow</source><translation>Underglow in games</translation></message>
     <message id="lkeyLightingEffect"><source>lkeyLightingEffect</source><translation>Effect</translation></message>
+    <message id="lkeyLightPreview"><source>lkeyLightPreview</source><translation>Preview of the light</translation></message>
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Fixed colour</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Spectrum cycling</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Let games light keys</translation></message>

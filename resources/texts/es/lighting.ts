@@ -14,6 +14,7 @@
     <message id="lkeyInGameSidestrips"><source>lkeyInGameSidestrips</source><translation>Franjas laterales en juegos</translation></message>
     <message id="lkeyInGameUnderglow"><source>lkeyInGameUnderglow</source><translation>Luz inferior en juegos</translation></message>
     <message id="lkeyLightingEffect"><source>lkeyLightingEffect</source><translation>Efecto</translation></message>
+    <message id="lkeyLightPreview"><source>lkeyLightPreview</source><translation>Vista previa de la luz</translation></message>
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Color fijo</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Ciclo de colores</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Permitir que los juegos iluminen teclas</translation></message>

@@ -14,6 +14,7 @@
     <message id="lkeyInGameSidestrips"><source>lkeyInGameSidestrips</source><translation>Bandes latérales en jeu</translation></message>
     <message id="lkeyInGameUnderglow"><source>lkeyInGameUnderglow</source><translation>Éclairage inférieur en jeu</translation></message>
     <message id="lkeyLightingEffect"><source>lkeyLightingEffect</source><translation>Effet</translation></message>
+    <message id="lkeyLightPreview"><source>lkeyLightPreview</source><translation>Aperçu de la lumière</translation></message>
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>Couleur fixe</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>Cycle des couleurs</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>Autoriser les jeux à éclairer des touches</translation></message>

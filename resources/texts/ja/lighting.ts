@@ -14,6 +14,7 @@
     <message id="lkeyInGameSidestrips"><source>lkeyInGameSidestrips</source><translation>ゲーム中のサイドストリップ</translation></message>
     <message id="lkeyInGameUnderglow"><source>lkeyInGameUnderglow</source><translation>ゲーム中のアンダーグロー</translation></message>
     <message id="lkeyLightingEffect"><source>lkeyLightingEffect</source><translation>エフェクト</translation></message>
+    <message id="lkeyLightPreview"><source>lkeyLightPreview</source><translation>ライトのプレビュー</translation></message>
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>単色</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>スペクトル循環</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>ゲームによるキーの点灯を許可</translation></message>

@@ -14,6 +14,7 @@
     <message id="lkeyInGameSidestrips"><source>lkeyInGameSidestrips</source><translation>游戏中的侧边灯条</translation></message>
     <message id="lkeyInGameUnderglow"><source>lkeyInGameUnderglow</source><translation>游戏中的底部灯光</translation></message>
     <message id="lkeyLightingEffect"><source>lkeyLightingEffect</source><translation>灯效</translation></message>
+    <message id="lkeyLightPreview"><source>lkeyLightPreview</source><translation>灯光预览</translation></message>
     <message id="lkeyEffectFixedColor"><source>lkeyEffectFixedColor</source><translation>固定颜色</translation></message>
     <message id="lkeyEffectSpectrumCycling"><source>lkeyEffectSpectrumCycling</source><translation>光谱循环</translation></message>
     <message id="lkeyEnableAddOnHighlight"><source>lkeyEnableAddOnHighlight</source><translation>允许游戏点亮按键</translation></message>
