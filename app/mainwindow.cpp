@@ -85,6 +85,7 @@ void MainWindow::assemble(KeyboardMainController *controller)
     layout->addSpacing(Spacing::tight);
     layout->addLayout(createStatusRow());
     setCentralWidget(central);
+    createShortcuts();
     createDeviceNotFoundSheet();
     createRestoringStateSheet();
 
@@ -209,6 +210,23 @@ QWidget *MainWindow::createTabs()
     connect(help, &QShortcut::activated, tabView,
             [tabView] { HelpViewer::gotoPage(tabView->currentWidget()->property(helpPageProperty).toString()); });
     return tabView;
+}
+
+/// The parent of the shortcuts is the window: they come before the tables, which take all other combinations.
+void MainWindow::createShortcuts()
+{
+    const auto add = [this](QKeyCombination key, auto action) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, action);
+    };
+    add(Qt::CTRL | Qt::Key_Q, [] { QCoreApplication::quit(); });
+    add(Qt::CTRL | Qt::Key_W, [this] { close(); });
+    add(Qt::CTRL | Qt::Key_N, [this] {
+        const QWidget *page = mOutlets.mKeyboardTabView->currentWidget();
+        if (page == mController->profilesController()->view())
+            mController->profilesController()->addButton()->click();
+        else if (page == mController->macrosController()->view())
+            mController->macrosController()->addButton()->click();
+    });
 }
 
 QLayout *MainWindow::createStatusRow()

@@ -35,6 +35,7 @@ private:
     QWidget *createNotice();
     QWidget *createTabs();
     QLayout *createStatusRow();
+    void createShortcuts();
     void createDeviceNotFoundSheet();
     void createRestoringStateSheet();
     void openKeyboardChooser();

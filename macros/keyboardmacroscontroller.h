@@ -55,6 +55,7 @@ public:
 
     // Content of the tab
     [[nodiscard]] QWidget *view() const { return mView; }
+    [[nodiscard]] QPushButton *addButton() const { return mAddMacro; }
     [[nodiscard]] TableView *macroTableView() const;
     [[nodiscard]] TableView *macroDetailsTableView() const;
     [[nodiscard]] QWidget *macrosWindow() const { return mMacrosWindow; }

@@ -68,6 +68,10 @@ HelpWindow::HelpWindow(const QString &title, const QString &folder, QWidget *par
     connect(find, &QShortcut::activated, this, &HelpWindow::beginSearch);
     auto *leave = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     connect(leave, &QShortcut::activated, this, &HelpWindow::escape);
+    auto *close = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this);
+    connect(close, &QShortcut::activated, this, &QWidget::close);
+    auto *quit = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this);
+    connect(quit, &QShortcut::activated, QCoreApplication::instance(), &QCoreApplication::quit);
     list({});
     resize(initialSize);
 }

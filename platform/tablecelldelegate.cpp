@@ -107,6 +107,17 @@ bool TableCellDelegate::eventFilter(QObject *editor, QEvent *event)
     // The base class would write the text, whatever the user does in the other window.
     if (event->type() == QEvent::FocusOut && static_cast<QFocusEvent *>(event)->reason() == Qt::ActiveWindowFocusReason)
         mView->abortEditing();
+    if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        // A command of the window, or a mnemonic, would act on the list whose text is being edited.
+        const bool isCombination = key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+        // The editor would enter the letter of a mnemonic.
+        const bool isMnemonic = key->modifiers() == Qt::AltModifier && !key->text().isEmpty();
+        if (isCombination && (isMnemonic || event->type() == QEvent::ShortcutOverride)) {
+            event->accept();
+            return true;
+        }
+    }
     return QStyledItemDelegate::eventFilter(editor, event);
 }
 

@@ -12,6 +12,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QShortcut>
 
 #include <algorithm>
 #include <array>
@@ -262,7 +263,7 @@ bool TableView::event(QEvent *event)
             event->accept();
             return true;
         }
-        if (isKeyEquivalent(key) && performKeyEquivalent(key)) {
+        if (isKeyEquivalent(key) && !isWindowCommand(key) && performKeyEquivalent(key)) {
             event->accept();
             return true;
         }
@@ -285,6 +286,16 @@ bool TableView::takesTypedOn(const QKeyEvent *key)
     const bool isEnded = isEnd && key->type() == QEvent::KeyPress;
     mTypedOn.setRemainingTime(isEnded ? 0ms : pauseInTyping);
     return true;
+}
+
+/// Whether a shortcut of the window itself has this key, such as that for quitting.
+bool TableView::isWindowCommand(const QKeyEvent *key) const
+{
+    const auto shortcuts = window()->findChildren<QShortcut *>(Qt::FindDirectChildrenOnly);
+    return std::ranges::any_of(shortcuts, [key](const QShortcut *shortcut) {
+        return shortcut->isEnabled() && shortcut->context() == Qt::WindowShortcut
+               && shortcut->key() == QKeySequence(key->keyCombination());
+    });
 }
 
 bool TableView::performKeyEquivalent(const QKeyEvent *)

@@ -122,7 +122,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
     /// Called when the user presses a key combination with Control or Meta while the table has the focus. Returning
-    /// true consumes it.
+    /// true consumes it. Shortcuts whose parent is the window come before the table, except while a text is edited: the
+    /// editor then keeps all combinations from shortcuts.
     virtual bool performKeyEquivalent(const QKeyEvent *event);
 
     /// Called for a right click at `globalPosition`, even in a disabled table, and for the menu key. Never changes the
@@ -135,6 +136,7 @@ private:
     void noteNumberOfRowsChanged();
     [[nodiscard]] bool mayEdit(int row) const;
     [[nodiscard]] bool takesTypedOn(const QKeyEvent *key);
+    [[nodiscard]] bool isWindowCommand(const QKeyEvent *key) const;
     void editingBegan(QLineEdit *editor, const QModelIndex &index);
     void editorDestroyed(const QWidget *editor);
     void setEditor(QLineEdit *editor);

@@ -44,6 +44,7 @@ public:
 
     // Content of the tab
     [[nodiscard]] QWidget *view() const { return mView; }
+    [[nodiscard]] QPushButton *addButton() const { return mAddProfile; }
     [[nodiscard]] TableView *profilesTableView() const;
     [[nodiscard]] QWidget *profilesWindow() const { return mProfilesWindow; }
     [[nodiscard]] ProfileDelegate *profileDelegate() const { return mProfileDelegate; }
