@@ -109,11 +109,11 @@ bool TableCellDelegate::eventFilter(QObject *editor, QEvent *event)
         mView->abortEditing();
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
-        // A command of the window, or a mnemonic, would act on the list whose text is being edited.
-        const bool isCombination = key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
         // The editor would enter the letter of a mnemonic.
-        const bool isMnemonic = key->modifiers() == Qt::AltModifier && !key->text().isEmpty();
-        if (isCombination && (isMnemonic || event->type() == QEvent::ShortcutOverride)) {
+        const bool isMnemonic = key->modifiers() == Qt::AltModifier && key->key() < Qt::Key_Escape;
+        const bool isCommand = event->type() == QEvent::ShortcutOverride && mView->isWindowCommand(key);
+        // Either would act on the list whose text is being edited.
+        if (isMnemonic || isCommand) {
             event->accept();
             return true;
         }

@@ -122,8 +122,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
     /// Called when the user presses a key combination with Control or Meta while the table has the focus. Returning
-    /// true consumes it. Shortcuts whose parent is the window come before the table, except while a text is edited: the
-    /// editor then keeps all combinations from shortcuts.
+    /// true consumes it. Shortcuts whose parent is the window come before the table. While a text is edited, neither
+    /// they nor mnemonics act.
     virtual bool performKeyEquivalent(const QKeyEvent *event);
 
     /// Called for a right click at `globalPosition`, even in a disabled table, and for the menu key. Never changes the
