@@ -14,6 +14,7 @@
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/helpviewer.h"
+#include "platform/mnemonics.h"
 #include "platform/sheet.h"
 #include "platform/spacing.h"
 #include "platform/spinner.h"
@@ -95,6 +96,7 @@ void MainWindow::assemble(KeyboardMainController *controller)
     mController->macrosController()->awakeFromNib();
     mController->lightingController()->awakeFromNib();
     mController->awakeFromNib();
+    Mnemonics::assign(this);
     // The other controls are disabled until the keyboard is opened.
     mOutlets.mKeyboardTabView->setFocus();
 }

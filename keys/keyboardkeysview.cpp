@@ -137,10 +137,12 @@ QWidget *KeyboardKeysController::buildCard()
     mAssignFunction = new PopUpButton;
     mAssignFunction->setObjectName("mAssignFunction"_L1);
     mAssignFunction->setAccessibleName(localizedText("lkeyAssignFunction"));
+    mAssignLabel->setBuddy(mAssignFunction);
     mPlaybackOptionLabel = makeLabel("mPlaybackOptionLabel"_L1, localizedText("lkeyPlaybackOption"));
     mMacroPlaybackPopUp = new PopUpButton;
     mMacroPlaybackPopUp->setObjectName("mMacroPlaybackPopUp"_L1);
     mMacroPlaybackPopUp->setAccessibleName(localizedText("lkeyPlaybackOption"));
+    mPlaybackOptionLabel->setBuddy(mMacroPlaybackPopUp);
     // Whatever their titles: the card must not move while keys are selected.
     for (PopUpButton *popUp : {mAssignFunction, mMacroPlaybackPopUp})
         popUp->setFixedWidth(popUp->fontMetrics().averageCharWidth() * assignmentWidthCharacters);

@@ -8,6 +8,7 @@
 #include "platform/checkbox.h"
 #include "platform/colorwell.h"
 #include "platform/groupbox.h"
+#include "platform/mnemonics.h"
 #include "platform/radiogroup.h"
 #include "platform/spacing.h"
 #include "platform/spinner.h"
@@ -93,6 +94,8 @@ QWidget *KeyboardLightingController::buildZones()
                                          mInGameAPMMain, mInGameAPMSidestrips, mInGameAPMUnderglow};
     for (QWidget *control : withoutEffect)
         explain(control, "lkeyOtherZoneTip");
+    for (QCheckBox *box : {mSidestrips, mUnderglow, mInGameAPMMain, mInGameAPMSidestrips, mInGameAPMUnderglow})
+        Mnemonics::exclude(box);
     grid->setHorizontalSpacing(groupSpacing);
     grid->setColumnStretch(3, 1);
     grid->setRowStretch(3, 1);
@@ -130,7 +133,7 @@ QWidget *KeyboardLightingController::buildBrightness()
     mBrightnessValue->setRange(offLevel, brightLevel);
     mBrightnessValue->setAccessibleName(localizedText("lkeyBrightness"));
     connect(mBrightnessValue, &QSlider::valueChanged, this, [this] { brightnessValueChange(mBrightnessValue); });
-    makeLabel(mBrightnessLabel, "mBrightnessLabel", "lkeyBrightness");
+    makeLabel(mBrightnessLabel, "mBrightnessLabel", "lkeyBrightness")->setBuddy(mBrightnessValue);
 
     auto *captions = new TickCaptions(mBrightnessValue);
     captions->addCaption(makeLabel(mBrightnessOffLabel, "mBrightnessOffLabel", "lkeyBrightnessOff"), offLevel);

@@ -7,6 +7,7 @@
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
+#include "platform/mnemonics.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -125,7 +126,7 @@ void KeyboardMacrosController::setRecordButton(bool readsStop)
 void KeyboardMacrosController::showRecordButton()
 {
     const bool readsStop = recordButtonReadsStop();
-    mRecordMacroDetails->setText(localizedText(readsStop ? "lkeyStop" : "lkeyRecord"));
+    Mnemonics::setText(mRecordMacroDetails, localizedText(readsStop ? "lkeyStop" : "lkeyRecord"));
     mRecordMacroDetails->setIcon(EventIcons::recordIcon(readsStop));
     mRecordMacroDetails->setChecked(readsStop);
     mRecordMacroDetails->setAutoDefault(readsStop); // Return also stops

@@ -123,7 +123,9 @@ QWidget *KeyboardMacrosController::buildMacroList()
     auto *column = new QVBoxLayout(part);
     column->setContentsMargins({});
     column->setSpacing(Spacing::normal);
-    column->addWidget(makeLabel("mMacroListLabel", "lkeyMacroListLabel"));
+    QLabel *label = makeLabel("mMacroListLabel", "lkeyMacroListLabel");
+    label->setBuddy(mMacroTableView);
+    column->addWidget(label);
     column->addWidget(mMacroScrollView, 1);
     column->addLayout(buttons);
     return part;
@@ -139,6 +141,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     mMacroDetailsTableView->setAccessibleName(localizedText("lkeyMacroEvents"));
     mMacroDetailsTableView->addColumn({u"command"_s, localizedText("lkeyMacroEvents"), TableCell::text, false, true});
     mMacroDetailsTableView->horizontalHeader()->hide();
+    mMacroAssignmentLabel->setBuddy(mMacroDetailsTableView);
     mMacroDetailsScrollView = makeScrollView(mMacroDetailsTableView, "mMacroDetailsScrollView"_L1);
     mSettingsMacroDetails = new PulldownButton;
     mSettingsMacroDetails->setObjectName("mSettingsMacroDetails"_L1);
@@ -215,6 +218,7 @@ void KeyboardMacrosController::buildEventSheet()
     makeButton(mMacroEventEditOK, "mMacroEventEditOK", "lkeyOK", &Self::clickMacroEventOK);
     QVBoxLayout *column = layOutSheet(mEditEventWindow, mEnterMacroEventLabel, mInputMacroEvent, mMacroEventEditCancel,
                                       mMacroEventEditOK);
+    mEnterMacroEventLabel->setBuddy(nullptr); // it may show the name of a keyboard, with ampersands
     mMacroEventHint = makeHint("mMacroEventHint");
     column->insertWidget(belowTheField, mMacroEventHint);
 }

@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 #include "platform/applicationwindows.h"
+#include "platform/mnemonics.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -109,6 +110,7 @@ void ApplicationChooser::buildContent()
     constexpr QSize size(480, 460);
     resize(size);
     mField->setFocus();
+    Mnemonics::assign(this);
 }
 
 void ApplicationChooser::setApplications(const QList<InstalledApplication> &installed,

@@ -2,6 +2,7 @@
 #include "platform/sheet.h"
 
 #include "base/visibletext.h"
+#include "platform/mnemonics.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -68,9 +69,9 @@ void Sheet::beginSheet(QWidget *window, DidEnd didEnd)
 void Sheet::open()
 {
     if (isInside())
-        openInside();
-    else
-        QDialog::open();
+        return openInside(); // its letters are among those of the window
+    Mnemonics::assign(this);
+    QDialog::open();
 }
 
 void Sheet::openInside()

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
 #include "platform/applicationchooser.h"
+#include "platform/mnemonics.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
@@ -68,7 +69,7 @@ QStringList faultsOfNames(QWidget *root)
         const auto *button = qobject_cast<PopUpButton *>(control->object())
                                  ? nullptr
                                  : qobject_cast<QAbstractButton *>(control->object());
-        const QString shown = button ? button->text().remove(u'&') : QString();
+        const QString shown = button ? Mnemonics::plainText(button->text()) : QString();
         if (!shown.isEmpty() && !name.contains(shown, Qt::CaseInsensitive))
             faults += u"shows \"%1\", is called \"%2\": "_s.arg(shown, name) + described(control);
     }

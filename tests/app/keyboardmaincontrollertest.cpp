@@ -550,7 +550,7 @@ void KeyboardMainControllerTest::selectsTabsByIndex()
     for (int index = 0; index < tabs->count(); ++index) {
         hub.controller->selectTabAtIndex(index);
         QCOMPARE(tabs->currentIndex(), index);
-        titles.append(tabs->tabText(index));
+        titles.append(tabs->tabText(index).remove(u'&'));
     }
     QCOMPARE(titles, (QStringList{u"Keys"_s, u"Profiles"_s, u"Macros"_s, u"Lighting"_s, u"Maintenance"_s}));
 }

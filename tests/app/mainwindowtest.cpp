@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: MIT
-// The parts of the window that belong to no tab: its shortcuts and the preview of the light.
+// The parts of the window that belong to no tab: its shortcuts, its mnemonics and the preview of the light.
 #include "app/mainwindow.h"
+#include "base/text.h"
 #include "keys/lightpreview.h"
+#include "platform/popupbutton.h"
+#include "platform/sheet.h"
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QApplication>
+#include <QHash>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
+#include <QPushButton>
+#include <QScopeGuard>
 #include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
@@ -23,6 +30,58 @@ using Command = DaemonProtocol::Command;
 namespace {
 
 enum Tab { keysTab, profilesTab, macrosTab, lightingTab };
+
+/// The texts of `root` that can have a mnemonic, without those of other windows and of the pages of tabs.
+QStringList textsIn(QWidget *root)
+{
+    QStringList texts;
+    QList<QWidget *> pages;
+    for (const QTabWidget *tabs : root->findChildren<QTabWidget *>()) {
+        for (int index = 0; index < tabs->count(); ++index)
+            pages += tabs->widget(index);
+    }
+    const QList<QWidget *> widgets = root->findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        bool isOfPage = false;
+        for (const QWidget *page : pages)
+            isOfPage = isOfPage || page->isAncestorOf(widget);
+        if (widget->window() != root->window() || isOfPage)
+            continue;
+        if (const auto *bar = qobject_cast<QTabBar *>(widget)) {
+            for (int index = 0; index < bar->count(); ++index)
+                texts += bar->tabText(index);
+        } else if (const auto *button = qobject_cast<QAbstractButton *>(widget)) {
+            // Five check boxes of the lighting tab do nothing.
+            static const QStringList idle{u"mSidestrips"_s, u"mUnderglow"_s, u"mInGameAPMMain"_s,
+                                          u"mInGameAPMSidestrips"_s, u"mInGameAPMUnderglow"_s};
+            const bool isExpected = !qobject_cast<const PopUpButton *>(button) && !button->text().isEmpty();
+            if (isExpected && !idle.contains(button->objectName()))
+                texts += button->text();
+        } else if (const auto *label = qobject_cast<QLabel *>(widget); label && label->buddy()) {
+            texts += label->text();
+        }
+    }
+    return texts;
+}
+
+/// The texts of `texts` without a mnemonic, or with that of another.
+QStringList conflicts(const QStringList &texts)
+{
+    QStringList found;
+    QHash<QString, QString> owners;
+    for (const QString &text : texts) {
+        const QString key = QKeySequence::mnemonic(text).toString();
+        if (key.isEmpty() || owners.contains(key))
+            found += text + u" / "_s + owners.value(key);
+        owners.insert(key, text);
+    }
+    return found;
+}
+
+QString textsFolder()
+{
+    return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s;
+}
 
 /// Whether the program quits by `action`, performed in the event loop.
 bool quitsBy(const std::function<void()> &action)
@@ -56,6 +115,9 @@ private Q_SLOTS:
     void tablesTakeOtherCombinations_data();
     void tablesTakeOtherCombinations();
     void lightingTabShowsTheLightOfTheProfile();
+    void mnemonicsDifferInEveryTabAndSheet_data();
+    void mnemonicsDifferInEveryTabAndSheet();
+    void mnemonicsReachButtonsAndLists();
 
 private:
     void addFocusRows();
@@ -241,6 +303,54 @@ void MainWindowTest::lightingTabShowsTheLightOfTheProfile()
     QVERIFY(preview->light().isMoving());
     tabs()->setCurrentIndex(keysTab);
     QVERIFY(!preview->light().isMoving());
+}
+
+void MainWindowTest::mnemonicsDifferInEveryTabAndSheet_data()
+{
+    QTest::addColumn<QString>("language");
+    for (const char *language : {"en", "de", "fr", "es", "ja", "zh_Hans"})
+        QTest::newRow(language) << QString::fromLatin1(language);
+}
+
+void MainWindowTest::mnemonicsDifferInEveryTabAndSheet()
+{
+    QFETCH(QString, language);
+    const auto english = qScopeGuard([] { installTexts(textsFolder(), {u"en"_s}); });
+    installTexts(textsFolder(), {language});
+    mHub = std::make_unique<Hub>();
+    const QStringList outside = textsIn(mHub->window.get());
+    QVERIFY(outside.size() >= 10); // five tabs, the buttons at the top and at the bottom
+    QStringList found;
+    for (int index = 0; index < tabs()->count(); ++index)
+        found += conflicts(outside + textsIn(tabs()->widget(index)));
+    QVERIFY(textsIn(tabs()->widget(macrosTab)).size() >= 5);
+    QVERIFY(textsIn(tabs()->widget(lightingTab)).size() >= 7);
+    mHub->window->show();
+    for (Sheet *sheet : mHub->window->findChildren<Sheet *>()) {
+        if (!sheet->isWindow())
+            continue; // a part of the window
+        sheet->beginSheet(mHub->window.get());
+        QVERIFY(QTest::qWaitForWindowExposed(sheet));
+        QVERIFY(!textsIn(sheet).isEmpty());
+        found += conflicts(textsIn(sheet));
+        sheet->endSheet();
+    }
+    QCOMPARE(found.join(u"; "_s), QString());
+}
+
+void MainWindowTest::mnemonicsReachButtonsAndLists()
+{
+    const auto press = [this](QWidget *focused, const QString &text) {
+        const QKeyCombination key = QKeySequence::mnemonic(text)[0];
+        QTest::keyClick(focused, key.key(), key.keyboardModifiers());
+    };
+    QWidget *table = focusOn(profilesTab, u"mProfilesTableView"_s); // takes all combinations with Ctrl
+    press(table, tabs()->tabText(macrosTab));
+    QTRY_COMPARE(tabs()->currentIndex(), int(macrosTab));
+    press(tabs()->tabBar(), mHub->find<QLabel>("mMacroListLabel")->text());
+    QTRY_VERIFY(mHub->find<TableView>("mMacroTableView")->hasFocus());
+    press(mHub->find<TableView>("mMacroTableView"), mHub->find<QPushButton>("mAddMacro")->text());
+    QTRY_COMPARE(mDaemon->count(Command::addMacro), 1);
 }
 
 QTEST_MAIN(MainWindowTest)

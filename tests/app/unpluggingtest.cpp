@@ -197,9 +197,9 @@ void answerDialog(QDialog *dialog, Answer answer)
     QPushButton *ok = nullptr;
     QPushButton *cancel = nullptr;
     for (auto *button : dialog->findChildren<QPushButton *>()) {
-        if (button->text() == "OK"_L1)
+        if (button->text().remove(u'&') == "OK"_L1)
             ok = button;
-        else if (button->text() == "Cancel"_L1)
+        else if (button->text().remove(u'&') == "Cancel"_L1)
             cancel = button;
     }
     QVERIFY(ok);
