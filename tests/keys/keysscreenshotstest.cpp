@@ -83,6 +83,8 @@ private Q_SLOTS:
     void drawsTheSearch();
     void drawsSeveralSelectedKeys_data();
     void drawsSeveralSelectedKeys();
+    void drawsALongSubMenu_data() { drawsSeveralSelectedKeys_data(); }
+    void drawsALongSubMenu();
     void drawsTheSingleKeySheet();
     void isSharpAtTwiceTheDots();
 
@@ -183,6 +185,27 @@ void KeysScreenshotsTest::drawsSeveralSelectedKeys()
     popUp->openMenuAt(tab.window.mapToGlobal(QPoint(300, 250)));
     QTRY_VERIFY(popUp->popUpMenu()->isVisible());
     QVERIFY(savePicture(pictureOf(&tab.window, popUp->popUpMenu(), QPoint(300, 250)), u"keys-several"_s));
+}
+
+void KeysScreenshotsTest::drawsALongSubMenu()
+{
+    QFETCH(bool, isDark);
+    wearPalette(isDark);
+    QVariantList macros;
+    for (int number = 1; number <= 120; ++number)
+        macros << macro(u"Macro %1"_s.arg(number));
+    Tab tab(profile(u"Raid night"_s, {{u"4"_s, entry(10, 59, 1)}}), {profile(u"Desktop"_s)}, macros);
+    tab.controller->setControlsState(true);
+    tab.window.resize(1100, 820);
+    tab.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&tab.window));
+    QTest::mouseClick(tab.key("mA"), Qt::LeftButton);
+    QMenu *menu = tab.find<PopUpButton>("mAssignFunction")->submenuAtIndex(2);
+    menu->popup({0, 0});
+    QTRY_VERIFY(menu->activeAction());
+    QCOMPARE(menuItemTitle(menu->activeAction()), u"Macro 60"_s);
+    QVERIFY(savePicture(pictureOf(&tab.window, menu, QPoint(300, 10)), u"keys-long-menu"_s));
+    menu->close();
 }
 
 void KeysScreenshotsTest::drawsTheSingleKeySheet()
