@@ -205,9 +205,11 @@ void MainWindowTest::controlNAddsToTheListOfTheTab()
 {
     QFETCH(int, tab);
     QFETCH(QString, focus);
+    QFETCH(int, profiles);
+    QFETCH(int, macros);
     QTest::keyClick(focusOn(tab, focus), Qt::Key_N, Qt::ControlModifier);
-    QTEST(mDaemon->count(Command::addProfile), "profiles");
-    QTEST(mDaemon->count(Command::addMacro), "macros");
+    QTRY_COMPARE(mDaemon->count(Command::addProfile), profiles);
+    QTRY_COMPARE(mDaemon->count(Command::addMacro), macros);
 }
 
 void MainWindowTest::controlNDoesNothingWithoutAKeyboard()
