@@ -186,7 +186,9 @@ KeyboardChooser::KeyboardChooser(AttachedKeyboards &keyboards, RuleProcess &rule
     layout->addWidget(mUseAlso);
     layout->addWidget(mRemoveRule);
     layout->addLayout(buttons);
-    setMinimumSize(620, 380);
+    constexpr QSize initialSize(620, 380);
+    resize(initialSize);
+    setMinimumWidth(initialSize.width());
     setCancelButton(close);
 
     connect(&mKeyboards, &AttachedKeyboards::changed, this, &KeyboardChooser::readList);

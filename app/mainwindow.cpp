@@ -15,6 +15,8 @@
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/helpviewer.h"
 #include "platform/mnemonics.h"
+#include "platform/screenroom.h"
+#include "platform/scrolledpage.h"
 #include "platform/sheet.h"
 #include "platform/spacing.h"
 #include "platform/spinner.h"
@@ -29,9 +31,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScreen>
 #include <QShortcut>
-#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -42,7 +42,7 @@ namespace {
 constexpr char helpPageProperty[] = "helpPage"; ///< of a tab's page: the page of the help book that explains it
 constexpr int logoSize = 40;
 constexpr QSize initialSize(1180, 700);
-constexpr QSize smallestSize(900, 500); // fits a screen of 1920 by 1080 at twice the size
+constexpr QSize smallestSize(640, 300); // fits a screen of 1366 by 768 at twice the size, beside a task bar
 
 QLabel *wrappedLabel(const QString &text, QLatin1StringView objectName)
 {
@@ -66,8 +66,7 @@ MainWindow::MainWindow()
 {
     setObjectName("mMainWindow"_L1);
     setWindowTitle(localizedText("lkeyProductName"));
-    resize(
-        initialSize.boundedTo(screen()->availableSize() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight))));
+    resize(initialSize.boundedTo(roomOnScreen(this)));
     setMinimumSize(smallestSize);
 }
 
@@ -200,9 +199,10 @@ QWidget *MainWindow::createTabs()
     mOutlets.mKeyboardTabView = tabView;
     tabView->setObjectName("mKeyboardTabView"_L1);
     for (const Tab &tab : tabs) {
-        tab.page->setProperty(tabLabelProperty, QString(tab.label));
-        tab.page->setProperty(helpPageProperty, QString(tab.helpPage));
-        tabView->addTab(tab.page, Symbols::icon(tab.symbol), localizedText(tab.titleKey));
+        auto *page = new ScrolledPage(tab.page);
+        page->setProperty(tabLabelProperty, QString(tab.label));
+        page->setProperty(helpPageProperty, QString(tab.helpPage));
+        tabView->addTab(page, Symbols::icon(tab.symbol), localizedText(tab.titleKey));
     }
     connect(tabView, &QTabWidget::currentChanged, mController, [this, tabView](int index) {
         if (const QWidget *page = tabView->widget(index))

@@ -12,6 +12,7 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QLayout>
 #include <QPainter>
 #include <QTimer>
 
@@ -32,6 +33,32 @@ bool isSelectableOutlet(QLatin1StringView outlet)
 {
     return std::ranges::none_of(KeyLayout::fixedKeys(), [&](const FixedKeyRow &row) { return row.outlet == outlet; });
 }
+
+/// Reports the heights of the picture to the surrounding layouts: that for its width, and the lowest, down to which it
+/// may shrink. A widget alone cannot report the second.
+class PictureLayout : public QLayout
+{
+public:
+    explicit PictureLayout(KeyboardPicture *picture) : QLayout(picture), mPicture(picture)
+    {
+        setContentsMargins(0, 0, 0, 0);
+    }
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override { return mPicture->heightForWidth(width); }
+    int minimumHeightForWidth(int) const override { return minimumSize().height(); }
+    QSize sizeHint() const override { return mPicture->sizeHint(); }
+    QSize minimumSize() const override { return mPicture->minimumSizeHint(); }
+
+    // The picture itself places its keys.
+    void addItem(QLayoutItem *) override {}
+    int count() const override { return 0; }
+    QLayoutItem *itemAt(int) const override { return nullptr; }
+    QLayoutItem *takeAt(int) override { return nullptr; }
+
+private:
+    const KeyboardPicture *mPicture;
+};
 
 // Returns how far `to` is from `from` in the direction of `arrow`; infinite if it does not lie there. The distance
 // across this direction is weighted: keys of the same row or column come first.
@@ -72,6 +99,7 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
+    new PictureLayout(this);
 }
 
 KeyButton *KeyboardPicture::button(QLatin1StringView outlet) const

@@ -24,6 +24,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int groupSpacing = Spacing::separate;
+constexpr int widestSlider = 480;
 // Four captions for five levels: the level between normal and bright has none.
 constexpr int offLevel = Backlight::minimumBrightness, dimLevel = 1, normalLevel = 2;
 constexpr int brightLevel = Backlight::maximumBrightness;
@@ -147,7 +148,11 @@ QWidget *KeyboardLightingController::buildBrightness()
     grid->addWidget(mBrightnessLabel, 0, 0);
     grid->addWidget(mBrightnessValue, 0, 1);
     grid->addWidget(captions, 1, 1);
-    grid->setColumnStretch(1, 1);
+    // In a small window, a wider slider could not be scrolled into view as a whole.
+    for (QWidget *part : std::initializer_list<QWidget *>{mBrightnessValue, captions})
+        part->setMaximumWidth(widestSlider);
+    grid->setColumnStretch(1, widestSlider);
+    grid->setColumnStretch(2, 1);
     grid->setHorizontalSpacing(groupSpacing);
     return group;
 }
@@ -198,6 +203,8 @@ void KeyboardLightingController::buildView()
     QFont bold = mProfileNameLabel->font();
     bold.setBold(true);
     mProfileNameLabel->setFont(bold);
+    // A long name is cut off instead of widening the page.
+    mProfileNameLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     auto *upper = new QHBoxLayout;
     upper->setSpacing(groupSpacing);

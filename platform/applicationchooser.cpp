@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "platform/applicationwindows.h"
 #include "platform/mnemonics.h"
+#include "platform/screenroom.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -108,7 +109,7 @@ void ApplicationChooser::buildContent()
     layout->addWidget(mResult);
     layout->addLayout(buttons);
     constexpr QSize size(480, 460);
-    resize(size);
+    resize(size.boundedTo(roomOnScreen(this)));
     mField->setFocus();
     Mnemonics::assign(this);
 }

@@ -2,6 +2,7 @@
 #include "platform/helpwindow.h"
 
 #include "base/text.h"
+#include "platform/screenroom.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -73,7 +74,7 @@ HelpWindow::HelpWindow(const QString &title, const QString &folder, QWidget *par
     auto *quit = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this);
     connect(quit, &QShortcut::activated, QCoreApplication::instance(), &QCoreApplication::quit);
     list({});
-    resize(initialSize);
+    resize(initialSize.boundedTo(roomOnScreen(this)));
 }
 
 QToolButton *HelpWindow::addButton(const char *name, const char *textKey, const QKeySequence &key,

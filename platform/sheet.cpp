@@ -3,6 +3,8 @@
 
 #include "base/visibletext.h"
 #include "platform/mnemonics.h"
+#include "platform/screenroom.h"
+#include "platform/scrolledpage.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -15,6 +17,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QStyle>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -68,10 +71,52 @@ void Sheet::beginSheet(QWidget *window, DidEnd didEnd)
 
 void Sheet::open()
 {
+    fitIntoRoom();
     if (isInside())
         return openInside(); // its letters are among those of the window
     Mnemonics::assign(this);
     QDialog::open();
+}
+
+/// The largest size of the sheet that can be seen as a whole.
+QSize Sheet::room() const
+{
+    const QWidget *window = parentWidget() ? parentWidget() : this;
+    return isInside() ? window->size() : roomOnScreen(window);
+}
+
+void Sheet::fitIntoRoom()
+{
+    QLayout *contents = layout();
+    if (!contents)
+        return;
+    const QSize most = room();
+    const QSize least = minimumSize().expandedTo(contents->totalMinimumSize());
+    const int wanted = isVisible() ? size().width() : contents->totalSizeHint().width();
+    const int width = std::max(least.width(), std::min(most.width(), wanted));
+    const int height = std::max(least.height(), contents->totalMinimumHeightForWidth(width));
+    if (!mPage && (least.width() > most.width() || height > most.height())) {
+        const QPointer<QWidget> focused = focusWidget();
+        auto *content = new QWidget;
+        content->setMinimumSize(minimumSize());
+        content->setLayout(contents); // with its widgets
+        setMinimumSize(0, 0);
+        mPage = new ScrolledPage(content);
+        auto *outer = new QVBoxLayout(this);
+        outer->setContentsMargins(0, 0, 0, 0);
+        outer->addWidget(mPage);
+        if (focused)
+            focused->setFocus();
+    }
+    if (mPage)
+        resize(sizeHint().boundedTo(most));
+}
+
+bool Sheet::event(QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest && isVisible() && !mPage)
+        fitIntoRoom(); // the content may have grown
+    return QDialog::event(event);
 }
 
 void Sheet::openInside()
@@ -89,6 +134,7 @@ void Sheet::openInside()
 void Sheet::moveToMiddle()
 {
     adjustSize();
+    resize(size().boundedTo(room()));
     move(parentWidget()->rect().center() - rect().center());
 }
 

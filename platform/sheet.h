@@ -8,8 +8,10 @@
 #include <functional>
 
 class QAbstractButton;
+class ScrolledPage;
 
-/// Main thread only. Beginning a sheet that is already up shows it again.
+/// Main thread only. Beginning a sheet that is already up shows it again. Content that is larger than the screen, or
+/// for a pane than the window, scrolls.
 class Sheet : public QDialog
 {
     Q_OBJECT
@@ -45,6 +47,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
+    bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     bool focusNextPrevChild(bool next) override;
@@ -53,9 +56,12 @@ private:
     [[nodiscard]] bool isInside() const { return mPlace == Place::insideWindow; }
     void openInside();
     void moveToMiddle();
+    [[nodiscard]] QSize room() const;
+    void fitIntoRoom();
     [[nodiscard]] bool isKeptFrom(const QObject *receiver) const;
 
     Place mPlace;
+    ScrolledPage *mPage = nullptr;  ///< around the content, once that was larger than the room for it
     QPointer<QWidget> mFocusBefore; ///< focus of the window before a pane came up
     DidEnd mDidEnd;
     QAbstractButton *mCancelButton = nullptr;

@@ -3,6 +3,7 @@
 
 #include <QMouseEvent>
 #include <QStyleOptionSlider>
+#include <QWheelEvent>
 
 StepSlider::StepSlider(QWidget *parent) : QSlider(Qt::Horizontal, parent)
 {
@@ -37,4 +38,12 @@ void StepSlider::mousePressEvent(QMouseEvent *event)
     setValue(QStyle::sliderValueFromPosition(minimum(), maximum(), point.x() - groove.left() - handle.width() / 2,
                                              groove.width() - handle.width(), invertedAppearance()));
     event->accept();
+}
+
+void StepSlider::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QSlider::wheelEvent(event);
+    else
+        event->ignore();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A horizontal slider with few steps. A click on the groove or a tick selects the nearest step; the base class would
-// move one step towards the click. Main thread only.
+// move one step towards the click. Without the focus, the slider leaves the wheel to the page around it: a user who
+// scrolls must not change a setting by passing over it. Main thread only.
 #pragma once
 
 #include <QSlider>
@@ -19,6 +20,7 @@ public:
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
 
 private:
     [[nodiscard]] QRect place(QStyle::SubControl part) const;

@@ -5,6 +5,17 @@
 #include <QSignalSpy>
 #include <QStyleOptionSlider>
 #include <QTest>
+#include <QWheelEvent>
+
+namespace {
+
+class Slider : public StepSlider
+{
+public:
+    void wheel(QWheelEvent *event) { wheelEvent(event); }
+};
+
+} // namespace
 
 class StepSliderTest : public QObject
 {
@@ -18,20 +29,22 @@ private Q_SLOTS:
     void endedDragMovesNothing();
     void otherButtonsDoNothing();
     void handleIsNotCutOff();
+    void wheelNeedsTheFocus();
 
 private:
     [[nodiscard]] QRect handleAt(int value);
 
-    std::unique_ptr<StepSlider> mSlider;
+    std::unique_ptr<Slider> mSlider;
 };
 
 void StepSliderTest::init()
 {
-    mSlider = std::make_unique<StepSlider>();
+    mSlider = std::make_unique<Slider>();
     mSlider->setRange(0, 4);
     mSlider->resize(300, mSlider->minimumHeight());
     mSlider->show();
-    QVERIFY(QTest::qWaitForWindowExposed(mSlider.get()));
+    mSlider->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(mSlider.get()));
 }
 
 QRect StepSliderTest::handleAt(int value)
@@ -109,6 +122,25 @@ void StepSliderTest::handleIsNotCutOff()
 {
     QVERIFY(mSlider->rect().contains(handleAt(0)));
     QVERIFY(mSlider->rect().contains(handleAt(4)));
+}
+
+void StepSliderTest::wheelNeedsTheFocus()
+{
+    const auto turnWheel = [this] {
+        const QPointF middle = mSlider->rect().center();
+        QWheelEvent event(middle, mSlider->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        mSlider->wheel(&event);
+        return event.isAccepted();
+    };
+    mSlider->setValue(2);
+    mSlider->clearFocus();
+    QVERIFY(!turnWheel()); // the page around it gets the event
+    QCOMPARE(mSlider->value(), 2);
+    mSlider->setFocus();
+    QTRY_VERIFY(mSlider->hasFocus());
+    QVERIFY(turnWheel());
+    QCOMPARE(mSlider->value(), 1);
 }
 
 QTEST_MAIN(StepSliderTest)
