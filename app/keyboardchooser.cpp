@@ -6,6 +6,7 @@
 #include "base/devicerule.h"
 #include "base/text.h"
 #include "base/visibletext.h"
+#include "platform/rowsview.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
@@ -138,7 +139,7 @@ QLabel *wrappedLabel(const char *objectName)
 } // namespace
 
 KeyboardChooser::KeyboardChooser(AttachedKeyboards &keyboards, RuleProcess &rules, QWidget *parent)
-    : Sheet(parent), mKeyboards(keyboards), mRules(rules), mList(new QTreeWidget),
+    : Sheet(parent), mKeyboards(keyboards), mRules(rules), mList(new RowsView<QTreeWidget>),
       mState(wrappedLabel("mChooserState")), mRemedy(wrappedLabel("mChooserRemedy")), mRemedyText(new QPlainTextEdit),
       mUseAlso(new QCheckBox(localizedText("lkeyChooserUseAlso"))),
       mRemoveRule(new QCheckBox(localizedText("lkeyChooserRemoveRule"))),

@@ -356,6 +356,6 @@ void KeyboardMainController::updateDriverVersions(const std::optional<QVariantMa
     setFirmwareVersionString(version);
     if (PlistNumbers::integerValue(reply->value(DaemonProtocol::returnStatus)) != 0)
         return;
-    mLightingController->driverVersion()->setText(QStringLiteral(KESTRA_VERSION));
-    mLightingController->firmwareVersion()->setText(version);
+    mLightingController->showDriverVersion(QStringLiteral(KESTRA_VERSION));
+    mLightingController->showFirmwareVersion(version);
 }

@@ -122,7 +122,7 @@ void KeyboardMainController::deviceDisconnectedNotification(const DistributedNot
     removeObserverDeviceRemoval();
     mIsDeviceRemoved = true;
     showErrorDialog();
-    mLightingController->firmwareVersion()->setText(u"-"_s);
+    mLightingController->showFirmwareVersion(u"-"_s);
     mLightingController->stopProgressIndicatorAnimation();
     mMacrosController->stopAllMacroRecording();
     setControlsState(false);

@@ -32,6 +32,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTabBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -42,7 +43,7 @@ namespace {
 constexpr char helpPageProperty[] = "helpPage"; ///< of a tab's page: the page of the help book that explains it
 constexpr int logoSize = 40;
 constexpr QSize initialSize(1180, 700);
-constexpr QSize smallestSize(640, 300); // fits a screen of 1366 by 768 at twice the size, beside a task bar
+constexpr QSize smallestSize(683, 300); // fits a screen of 1366 by 768 at twice the size, beside a task bar
 
 QLabel *wrappedLabel(const QString &text, QLatin1StringView objectName)
 {
@@ -198,6 +199,7 @@ QWidget *MainWindow::createTabs()
     auto *tabView = new TabView;
     mOutlets.mKeyboardTabView = tabView;
     tabView->setObjectName("mKeyboardTabView"_L1);
+    tabView->tabBar()->setAccessibleName(localizedText("lkeyProductName"));
     for (const Tab &tab : tabs) {
         auto *page = new ScrolledPage(tab.page);
         page->setProperty(tabLabelProperty, QString(tab.label));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/keyboardaccessibility.h"
 
+#include "base/text.h"
 #include "keys/keybutton.h"
 
 #include <QAccessibleWidget>
@@ -13,6 +14,19 @@ class AccessibleKey : public QAccessibleWidget
 {
 public:
     explicit AccessibleKey(KeyButton *key) : QAccessibleWidget(key, QAccessible::ListItem) {}
+
+    /// The key's name, and its legend if that differs: users who speak to the computer say what they see.
+    QString text(QAccessible::Text kind) const override
+    {
+        QString text = QAccessibleWidget::text(kind);
+        if (kind != QAccessible::Name)
+            return text;
+        for (const QString &legend : key()->legends()) {
+            if (!text.contains(legend, Qt::CaseInsensitive))
+                text += u", "_s + legend;
+        }
+        return text;
+    }
 
     QAccessible::State state() const override
     {
@@ -48,6 +62,11 @@ class AccessiblePicture : public QAccessibleWidget
 {
 public:
     explicit AccessiblePicture(QWidget *picture) : QAccessibleWidget(picture, QAccessible::List) {}
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Description ? localizedText("lkeyKeysWordmark") : QAccessibleWidget::text(kind);
+    }
 
     QAccessible::State state() const override
     {

@@ -73,6 +73,13 @@ void KeyButton::setLegend(const QString &legend, const QString &upperLegend)
     update();
 }
 
+QStringList KeyButton::legends() const
+{
+    QStringList texts{mUpperLegend, mLegend};
+    texts.removeAll(QString());
+    return texts;
+}
+
 void KeyButton::setFound(bool isFound)
 {
     mIsFound = isFound;

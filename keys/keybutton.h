@@ -23,6 +23,8 @@ public:
 
     [[nodiscard]] const KeyShape &shape() const { return mShape; }
     [[nodiscard]] const QString &legend() const { return mLegend; }
+    /// The texts on the key, from top to bottom; empty for a symbol that is drawn.
+    [[nodiscard]] QStringList legends() const;
     [[nodiscard]] const QString &upperLegend() const { return mUpperLegend; }
     [[nodiscard]] bool isSelectable() const { return mIsSelectable; }
     [[nodiscard]] Type buttonType() const { return mType; }

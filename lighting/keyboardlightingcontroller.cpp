@@ -36,6 +36,14 @@ QColor colorFromRecord(const QVariantMap &record)
     return QColor::fromRgba64(component(shares.red), component(shares.green), component(shares.blue));
 }
 
+/// Shows `version` as the value of `caption`: the Tab key reaches it for selecting, and its name contains both.
+void showVersion(QLabel *label, const QLabel *caption, const QString &version)
+{
+    label->setText(version);
+    label->setAccessibleName(caption->text() + u' ' + version);
+    label->setFocusPolicy(version.isEmpty() ? Qt::NoFocus : Qt::StrongFocus);
+}
+
 } // namespace
 
 KeyboardLightingController::KeyboardLightingController(QObject *parent)
@@ -152,6 +160,16 @@ void KeyboardLightingController::showBrightness(int level)
 {
     const QSignalBlocker quiet(mBrightnessValue);
     mBrightnessValue->setValue(level);
+}
+
+void KeyboardLightingController::showDriverVersion(const QString &version)
+{
+    showVersion(mDriverVersion, mDriverVersionLabel, version);
+}
+
+void KeyboardLightingController::showFirmwareVersion(const QString &version)
+{
+    showVersion(mFirmwareVersion, mFirmwareVersionLabel, version);
 }
 
 void KeyboardLightingController::startProgresIndicatorAnimation()

@@ -43,6 +43,9 @@ public:
     [[nodiscard]] QWidget *view() const { return mView; }
     [[nodiscard]] QLabel *driverVersion() const { return mDriverVersion; }
     [[nodiscard]] QLabel *firmwareVersion() const { return mFirmwareVersion; }
+    /// Shows the version of the driver or the firmware. An empty text hides it from the Tab key.
+    void showDriverVersion(const QString &version);
+    void showFirmwareVersion(const QString &version);
     [[nodiscard]] QWidget *lightingWindow() const { return mLightingWindow; }
     [[nodiscard]] LightingDelegate *lightingDelegate() const { return mLightingDelegate; }
     [[nodiscard]] QVariantMap defaultDict() const { return mDefaultDict; }

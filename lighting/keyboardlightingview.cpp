@@ -166,8 +166,8 @@ QWidget *KeyboardLightingController::buildVersions()
     makeLabel(mFirmwareVersion, "mFirmwareVersion");
     for (QLabel *version : {mDriverVersion, mFirmwareVersion})
         version->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    mDriverVersion->setAccessibleName(localizedText("lkeyDriverVersion"));
-    mFirmwareVersion->setAccessibleName(localizedText("lkeyFirmwareVersion"));
+    showDriverVersion({});
+    showFirmwareVersion({});
     mFirmwareVersionIndicator = new Spinner;
     mFirmwareVersionIndicator->setObjectName("mFirmwareVersionIndicator"_L1);
     mFirmwareVersionIndicator->setAccessibleName(localizedText("lkeyFirmwareVersionQuery"));

@@ -42,11 +42,14 @@ QLabel *makeLabel(const char *name, const char *textKey)
     return label;
 }
 
-/// Describes a button whose title is too short, in its tool tip and for screen readers.
+/// Describes a button whose title is too short, in its tool tip and for screen readers. The name contains the title:
+/// users who speak to the computer say what they see.
 void describe(QPushButton *button, const char *textKey)
 {
-    button->setToolTip(localizedText(textKey));
-    button->setAccessibleName(localizedText(textKey));
+    const QString text = localizedText(textKey);
+    button->setToolTip(text);
+    const bool hasTitle = text.contains(button->text(), Qt::CaseInsensitive);
+    button->setAccessibleName(hasTitle ? text : button->text() + u", "_s + text);
 }
 
 /// A label whose text says where and how the user presses keys.

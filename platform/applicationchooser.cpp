@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "platform/applicationwindows.h"
 #include "platform/mnemonics.h"
+#include "platform/rowsview.h"
 #include "platform/screenroom.h"
 
 #include <QGuiApplication>
@@ -57,7 +58,7 @@ QList<FrontApplication> openWindows()
 
 ApplicationChooser::ApplicationChooser(ApplicationList::Windows offered, QWidget *window)
     : QDialog(window, Qt::Sheet), mOffered(offered), mApplications(new ApplicationList(this)), mField(new QLineEdit),
-      mList(new QListView), mResult(new QLabel), mChoose(new QPushButton(localizedText("lkeyChoose")))
+      mList(new RowsView<QListView>), mResult(new QLabel), mChoose(new QPushButton(localizedText("lkeyChoose")))
 {
     setWindowModality(Qt::WindowModal);
     setWindowTitle(localizedText("lkeyChooseApplication"));

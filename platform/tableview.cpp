@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tableview.h"
 
+#include "platform/rowsaccessibility.h"
 #include "platform/tablecelldelegate.h"
 #include "platform/tableviewmodel.h"
 
@@ -36,6 +37,7 @@ bool isKeyEquivalent(const QKeyEvent *event)
 
 TableView::TableView(QWidget *parent) : QTableView(parent), mModel(new TableViewModel(this))
 {
+    RowsAccessibility::install(this);
     setModel(mModel);
     setItemDelegate(new TableCellDelegate(this));
     setSelectionBehavior(SelectRows);
@@ -73,7 +75,14 @@ void TableView::setPlaceholderText(const QString &text)
     if (text == mPlaceholderText)
         return;
     mPlaceholderText = text;
+    describePlaceholder();
     viewport()->update();
+}
+
+/// Makes the placeholder text readable for assistive tools while it can be seen.
+void TableView::describePlaceholder()
+{
+    setAccessibleDescription(mModel->rowCount() == 0 ? mPlaceholderText : QString());
 }
 
 int TableView::numberOfRows()
@@ -102,6 +111,7 @@ void TableView::noteNumberOfRowsChanged()
     const int selected = selectedRow();
     abortEditing();
     mModel->setRowCount(count);
+    describePlaceholder();
     // The base class moves the selection to a neighbour of a removed row; here the selection disappears with its row.
     if (selected >= count)
         clearSelection();
@@ -220,12 +230,14 @@ void TableView::currentChanged(const QModelIndex &current, const QModelIndex &pr
 {
     // The base class would write the edit into the row that it leaves. Actions of the user have already written it.
     abortEditing();
-    QTableView::currentChanged(current, previous);
+    QAbstractItemView::currentChanged(current, previous); // QTableView would only report the cell, by another count
+    RowsAccessibility::reportCurrent(this);
 }
 
 void TableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
-    QTableView::selectionChanged(selected, deselected);
+    QAbstractItemView::selectionChanged(selected, deselected); // as in currentChanged()
+    RowsAccessibility::reportSelection(this, selected, deselected);
     if (selected.isEmpty() != deselected.isEmpty())
         viewport()->update(); // the frame of paintEvent() comes or goes
     if (!mNotifies || !mSource)

@@ -133,6 +133,7 @@ protected:
 private:
     friend class TableCellDelegate;
 
+    void describePlaceholder();
     void noteNumberOfRowsChanged();
     [[nodiscard]] bool mayEdit(int row) const;
     [[nodiscard]] bool takesTypedOn(const QKeyEvent *key);
