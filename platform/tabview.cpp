@@ -17,6 +17,7 @@
 TabView::TabView(QWidget *parent) : QTabWidget(parent)
 {
     TabBarAccessibility::install();
+    tabBar()->setPalette(framePalette());
     connect(this, &QTabWidget::currentChanged, this, &QWidget::updateGeometry);
     connect(this, &QTabWidget::currentChanged, this,
             [this](int index) { tellNoLongerInFront(std::exchange(mTabInFront, index)); });
@@ -53,8 +54,22 @@ QSize TabView::sizeAround(const QSize &page, const QSize &bar) const
     return style()->sizeFromContents(QStyle::CT_TabWidget, &option, contents, this);
 }
 
+/// The palette of frame and tabs. The style makes them lighter than buttons. On a dark desktop, the pages would be a
+/// grey without contrast to the text fields and the buttons on it.
+QPalette TabView::framePalette() const
+{
+    QPalette frame = palette();
+    const QColor window = frame.color(QPalette::Window);
+    if (window.lightness() < frame.color(QPalette::WindowText).lightness())
+        frame.setColor(QPalette::Button, window);
+    return frame;
+}
+
 bool TabView::event(QEvent *event)
 {
+    if (event->type() == QEvent::PaletteChange && tabBar()->palette() != framePalette())
+        tabBar()->setPalette(framePalette());
+
     if (event->type() == QEvent::LayoutRequest && isVisible()) {
         const Sizes sizes{sizeHint(), minimumSizeHint(), tabBar()->sizeHint()};
         if (sizes == mLaidOutSizes)
@@ -70,6 +85,7 @@ void TabView::paintEvent(QPaintEvent *event)
     constexpr int spansPerLine = 2; // of one outline
     QStyleOptionTabWidgetFrame option;
     initStyleOption(&option);
+    option.palette = framePalette();
     option.rect = style()->subElementRect(QStyle::SE_TabWidgetTabPane, &option, this);
     QStylePainter painter(this);
     // At some scales an outline reaches beyond its rectangle.

@@ -37,6 +37,7 @@ private:
     };
 
     void tellNoLongerInFront(int index);
+    [[nodiscard]] QPalette framePalette() const;
     QSize sizeAround(const QSize &page, const QSize &bar) const;
 
     Sizes mLaidOutSizes;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tabview.h"
+#include "tests/support/darkpalette.h"
 #include "tests/support/testmain.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QEvent>
 #include <QLabel>
 #include <QStyle>
@@ -58,6 +60,35 @@ void runEvents()
 class TabViewTest : public QObject
 {
     Q_OBJECT
+
+private Q_SLOTS:
+    /// Buttons and fields on a page must stay apart from it.
+    void pageOfADarkDesktopIsDarkerThanItsButtons()
+    {
+        const QPalette before = QApplication::palette();
+        const QString style = QApplication::style()->name();
+        QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+        TabView view;
+        view.addTab(new QWidget, u"One"_s);
+        view.addTab(new QWidget, u"Two"_s);
+        view.resize(300, 200);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        const auto page = [&view] {
+            runEvents(); // a changed palette reaches the widgets by events
+            return view.grab().toImage().pixelColor(150, 120);
+        };
+        const QColor light = page();
+        QApplication::setPalette(darkPalette());
+        QVERIFY(page().lightness() < QApplication::palette().color(QPalette::Button).lightness());
+        const QRect front = view.tabBar()->tabRect(0);
+        QCOMPARE(view.grab().toImage().pixelColor(front.left() + 4, front.bottom() - 1).lightness(),
+                 page().lightness());
+        QApplication::setPalette(QApplication::style()->standardPalette());
+        QCOMPARE(page(), light);
+        QApplication::setPalette(before);
+        QApplication::setStyle(style);
+    }
 
 private Q_SLOTS:
     void init();
