@@ -193,7 +193,7 @@ QWidget *KeyCard::buildTexts()
     auto *details = new QHBoxLayout;
     details->setSpacing(Spacing::normal);
     details->addWidget(mPreview, 1);
-    details->addWidget(mDetail, 1);
+    details->addWidget(mDetail, 1, Qt::AlignTop);
     details->addWidget(mProblem, 1);
     details->addWidget(mRecord);
     auto *column = new QVBoxLayout(texts);

@@ -6,13 +6,16 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int maximumLanes = 3;
-constexpr int laneGap = 2;
+constexpr int laneGap = 3;
+constexpr qreal mostStretch = 2;
 constexpr qreal padding = 4;       // beside the name in a bar
 constexpr qreal smallestPause = 5; // in pixels
 constexpr qreal largestPause = 60; // in pixels
@@ -23,9 +26,6 @@ constexpr qreal radius = 3;
 
 MacroPreview::MacroPreview(QWidget *parent) : QWidget(parent)
 {
-    QFont font = this->font();
-    font.setPixelSize(std::max(9, fontInfo().pixelSize() - 2));
-    setFont(font);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -62,10 +62,14 @@ QList<qreal> MacroPreview::placesOfEvents() const
         if (bar.last == bar.first + 1)
             steps[bar.last] = std::max(steps[bar.last], name);
     }
+    // A short macro uses the room that there is.
+    const qreal length = std::accumulate(steps.begin(), steps.end(), 0.0);
+    const qreal stretch = std::clamp(width() / std::max(1.0, length), 1.0, mostStretch);
     QList<qreal> places;
     qreal x = 0;
     for (const qreal step : std::as_const(steps))
-        places += x += step;
+        places += x += step * stretch;
+    places.last() = std::floor(places.last()); // rounding must not make the last bar too long
     return places;
 }
 
