@@ -2,6 +2,7 @@
 #include "keys/keysearchbar.h"
 
 #include "base/text.h"
+#include "platform/searchfield.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -17,7 +18,7 @@ constexpr int spareCharacters = 6; // for the button that clears the field
 
 } // namespace
 
-KeySearchBar::KeySearchBar(QWidget *parent) : QWidget(parent), mField(new QLineEdit), mResult(new QLabel)
+KeySearchBar::KeySearchBar(QWidget *parent) : QWidget(parent), mField(new SearchField), mResult(new QLabel)
 {
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

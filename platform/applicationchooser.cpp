@@ -6,6 +6,7 @@
 #include "platform/mnemonics.h"
 #include "platform/rowsview.h"
 #include "platform/screenroom.h"
+#include "platform/searchfield.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -57,7 +58,7 @@ QList<FrontApplication> openWindows()
 } // namespace
 
 ApplicationChooser::ApplicationChooser(ApplicationList::Windows offered, QWidget *window)
-    : QDialog(window, Qt::Sheet), mOffered(offered), mApplications(new ApplicationList(this)), mField(new QLineEdit),
+    : QDialog(window, Qt::Sheet), mOffered(offered), mApplications(new ApplicationList(this)), mField(new SearchField),
       mList(new RowsView<QListView>), mResult(new QLabel), mChoose(new QPushButton(localizedText("lkeyChoose")))
 {
     setWindowModality(Qt::WindowModal);

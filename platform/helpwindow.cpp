@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 #include "platform/screenroom.h"
+#include "platform/searchfield.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -100,7 +101,7 @@ QWidget *HelpWindow::buildBar()
     mForward =
         addButton("helpForward", "lkeyHelpForward", QKeySequence(Qt::ALT | Qt::Key_Right), &HelpWindow::goForward);
     mHome = addButton("helpContents", "lkeyHelpContents", QKeySequence(Qt::ALT | Qt::Key_Home), &HelpWindow::goHome);
-    mSearch = new QLineEdit;
+    mSearch = new SearchField;
     mSearch->setObjectName("helpSearch"_L1);
     mSearch->setPlaceholderText(localizedText("lkeyHelpSearch"));
     mSearch->setAccessibleName(localizedText("lkeyHelpSearch"));
