@@ -19,6 +19,10 @@ ConnectionNotice::ConnectionNotice(QWidget *parent) : QWidget(parent)
     mText = new QLabel;
     mText->setObjectName("mConnectionNoticeText"_L1);
     mText->setWordWrap(true);
+    // Two lines are as high as the logo: the header keeps its height when the notice appears.
+    constexpr int widthCharacters = 36;
+    mText->setMinimumSize(mText->fontMetrics().averageCharWidth() * widthCharacters,
+                          mText->fontMetrics().lineSpacing() * 2);
     mKeyboards = new QPushButton(localizedText("lkeyChooserOpen"));
     mKeyboards->setObjectName("mConnectionNoticeKeyboards"_L1);
     connect(mKeyboards, &QPushButton::clicked, this, &ConnectionNotice::keyboardsRequested);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Every language of the program in the real window at its smallest size: no text is cut off in its control.
+#include "app/connectionnotice.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "keys/keyboardkeyscontroller.h"
@@ -122,6 +123,15 @@ private slots:
             QCOMPARE(hub.find<QLabel>("mSelectedKeyLabel")->text(), u"M1"_s);
             QCoreApplication::processEvents();
             cut += cutTexts(hub.window.get());
+        }
+        for (const auto service : {StatusState::Service::running, StatusState::Service::silent}) {
+            auto *notice = hub.find<ConnectionNotice>("mConnectionNotice");
+            notice->show({.service = service});
+            QCoreApplication::processEvents();
+            QVERIFY(notice->isVisible());
+            cut += cutTexts(hub.window.get());
+            const auto *last = hub.find<QWidget>("mHelpButton");
+            QVERIFY(last->mapTo(hub.window.get(), last->rect().bottomRight()).x() < hub.window->width());
         }
         for (Sheet *sheet : hub.window->findChildren<Sheet *>()) {
             sheet->beginSheet(hub.window.get());

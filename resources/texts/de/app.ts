@@ -97,7 +97,7 @@
     <message id="lkeyChooserUseAlso"><source>lkeyChooserUseAlso</source><translation>Die anderen Tastaturen weiter verwenden</translation></message>
     <message id="lkeyChooserElsewhere"><source>lkeyChooserElsewhere</source><translation>Ein anderer Benutzer ist aktiv</translation></message>
     <message id="lkeyChooserElsewhereRemedy"><source>lkeyChooserElsewhereRemedy</source><translation>Sie können die Tastatur verwenden, solange Ihre Sitzung aktiv ist.</translation></message>
-    <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>Keine Tastatur. Schließen Sie sie an, oder wählen Sie eine andere.</translation></message>
+    <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>Keine Tastatur: bitte anschließen oder eine andere wählen.</translation></message>
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>Der Tastaturdienst antwortet nicht.</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Abhilfe</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Versionen und Standardeinstellungen finden Sie auf dem Reiter „Beleuchtung“.</translation></message>
