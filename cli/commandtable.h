@@ -61,14 +61,18 @@ inline constexpr QLatin1StringView repeat{"--repeat"};
 inline constexpr QLatin1StringView off{"--off"};
 inline constexpr QLatin1StringView list{"--list"};
 inline constexpr QLatin1StringView add{"--add"};
+inline constexpr QLatin1StringView date{"--date"};
 
 /// Options that are followed by a value, as the next word or behind "=".
-inline constexpr std::array withValue{modifiers, repeat, seconds};
+inline constexpr std::array withValue{modifiers, repeat, seconds, date};
 } // namespace Options
 
 // The functions of the rows.
 CommandResult<void> showStatus(CommandContext &context);
 CommandResult<void> showDocument(CommandContext &context);
+CommandResult<void> exportDocument(CommandContext &context);
+CommandResult<void> restoreDocument(CommandContext &context);
+CommandResult<void> listBackups(CommandContext &context);
 CommandResult<void> undoChange(CommandContext &context);
 CommandResult<void> redoChange(CommandContext &context);
 CommandResult<void> listHistory(CommandContext &context);
@@ -112,6 +116,7 @@ CommandResult<void> pressMacroKey(CommandContext &context);
 CommandResult<void> setBrightness(CommandContext &context);
 
 // The forms of the rows that have several.
+QList<CommandForm> restoreDocumentForms();
 QList<CommandForm> bindProfileForms();
 QList<CommandForm> keyCommandForms();
 QList<CommandForm> lightCommandForms();

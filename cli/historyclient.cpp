@@ -21,10 +21,11 @@ constexpr DaemonObjectClient history{
 DaemonObjectError inItsWords(DaemonObjectError error)
 {
     constexpr std::array own{HistoryKeys::unknownError,     HistoryKeys::outdatedError, HistoryKeys::notInEffectError,
-                             HistoryKeys::unreachableError, HistoryKeys::invalidError,  HistoryKeys::notSavedError};
+                             HistoryKeys::unreachableError, HistoryKeys::invalidError,  HistoryKeys::notSavedError,
+                             HistoryKeys::faultyError};
     if (std::ranges::find(own, error.name) != own.end())
         error.message = error.text;
-    if (error.name == HistoryKeys::unknownError)
+    if (error.name == HistoryKeys::unknownError || error.name == HistoryKeys::faultyError)
         error.code = ExitCode::usage;
     return error;
 }
@@ -99,6 +100,26 @@ DaemonObjectResult<HistoryClient::Restoration> HistoryClient::restore(uint id)
 DaemonObjectResult<HistoryClient::Restoration> HistoryClient::preview(uint id)
 {
     return restoration(call("Preview"_L1, {id}, u"the change cannot be shown"_s));
+}
+
+DaemonObjectResult<void> HistoryClient::restoreDocument(const QByteArray &data, const QString &name)
+{
+    return call("RestoreDocument"_L1, {data, name, QString(DaemonProtocol::kestractlIdentifier)})
+        .withoutValue<DaemonObjectError>();
+}
+
+DaemonObjectResult<QStringList> HistoryClient::backups()
+{
+    const DaemonObjectResult<QVariantList> values = call("Backups"_L1);
+    if (!values)
+        return values.error();
+    return values->value(0).toStringList();
+}
+
+DaemonObjectResult<void> HistoryClient::restoreBackup(const QString &day)
+{
+    return call("RestoreBackup"_L1, {day, QString(DaemonProtocol::kestractlIdentifier)})
+        .withoutValue<DaemonObjectError>();
 }
 
 DaemonObjectResult<void> HistoryClient::clear()

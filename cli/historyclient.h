@@ -27,6 +27,12 @@ struct Restoration
 /// An unknown entry is wrong usage, like a profile that does not exist.
 [[nodiscard]] DaemonObjectResult<Restoration> restore(uint id);
 [[nodiscard]] DaemonObjectResult<Restoration> preview(uint id);
+/// Replaces all settings by those in `data`, a property list. `name` is for the entry. A fault is wrong usage, with its
+/// place in the message.
+[[nodiscard]] DaemonObjectResult<void> restoreDocument(const QByteArray &data, const QString &name);
+/// The days that have a backup, the newest first.
+[[nodiscard]] DaemonObjectResult<QStringList> backups();
+[[nodiscard]] DaemonObjectResult<void> restoreBackup(const QString &day);
 [[nodiscard]] DaemonObjectResult<void> clear();
 
 } // namespace HistoryClient

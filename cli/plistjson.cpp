@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "cli/plistjson.h"
 
+#include "base/settingskeys.h"
+
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QVariantMap>
+
+#include <limits>
 
 namespace {
 
@@ -22,6 +26,12 @@ QJsonArray jsonFromArray(const QVariantList &array)
     for (const QVariant &element : array)
         result.append(jsonFromPropertyList(element));
     return result;
+}
+
+/// JSON does not distinguish 1.0 from 1, but the document does.
+bool isReal(const QString &key)
+{
+    return key == SettingsKeys::red || key == SettingsKeys::green || key == SettingsKeys::blue;
 }
 
 } // namespace
@@ -47,4 +57,29 @@ QJsonValue jsonFromPropertyList(const QVariant &value)
     case QMetaType::Double: return QJsonValue::fromVariant(value);
     default: return QJsonValue::Null;
     }
+}
+
+QVariant propertyListFromJson(const QJsonValue &value)
+{
+    if (value.isObject()) {
+        QVariantMap dictionary;
+        const QJsonObject object = value.toObject();
+        for (auto entry = object.constBegin(); entry != object.constEnd(); ++entry)
+            dictionary.insert(entry.key(), isReal(entry.key()) && entry.value().isDouble()
+                                               ? QVariant(entry.value().toDouble())
+                                               : propertyListFromJson(entry.value()));
+        return dictionary;
+    }
+    if (value.isArray()) {
+        QVariantList list;
+        for (const QJsonValue &element : value.toArray())
+            list += propertyListFromJson(element);
+        return list;
+    }
+    if (!value.isDouble())
+        return value.toVariant();
+    const qint64 whole = value.toInteger(std::numeric_limits<qint64>::min());
+    if (whole == std::numeric_limits<qint64>::min())
+        return value.toDouble();
+    return whole == static_cast<int>(whole) ? QVariant(static_cast<int>(whole)) : QVariant(qlonglong{whole});
 }

@@ -1,10 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/historycommands.h"
 
+#include "base/document.h"
+#include "base/historykeys.h"
+#include "base/qlcoreutility.h"
+#include "base/settingskeys.h"
 #include "daemon/frontapplication/profileswitch.h"
 #include "daemon/settings/currentsettings.h"
+#include "daemon/settings/documentfault.h"
+#include "daemon/settings/settingsdocument.h"
 
-HistoryCommands::HistoryCommands(const History &history, const CurrentSettings &settings, ProfileSwitch &profiles)
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+HistoryCommands::HistoryCommands(History &history, CurrentSettings &settings, ProfileSwitch &profiles)
     : mHistory(history), mSettings(settings), mProfiles(profiles)
 {
 }
@@ -29,6 +39,45 @@ History::Found<History::Target> HistoryCommands::restore(quint32 id, const QStri
 History::Found<History::Target> HistoryCommands::preview(quint32 id) const
 {
     return mHistory.restoreTarget(mSettings.kept(), id);
+}
+
+Result<quint32> HistoryCommands::restoreDocument(const QByteArray &data, const QString &name, const QString &author)
+{
+    const std::optional<QVariantMap> given = QlCoreUtility::convertDataToDictionary(data);
+    if (!given)
+        return Error{u"it is not a property list with a dictionary"_s};
+    if (const QString fault = firstFaultOf(*given); !fault.isEmpty())
+        return Error{fault};
+    // A number of a macro that was ever assigned here or there is not assigned again.
+    const int lastId = std::max(Document(mSettings.kept()).deviceSettings().lastMacroId(),
+                                Document(*given).deviceSettings().lastMacroId());
+    const QVariantMap document =
+        SettingsDocument::completed(SettingsDocument::withDeviceSetting(*given, SettingsKeys::lastMacroId, lastId));
+    if (CurrentSettings::areSame(document, mSettings.kept()))
+        return mHistory.lastId();
+    const ChangeCause cause{
+        .author = author,
+        .what = {{HistoryKeys::kind, QString(HistoryKeys::kindDocument)}, {HistoryKeys::name, name.left(100)}}};
+    if (!mProfiles.replace(document, cause))
+        return Error{u"the settings file cannot be written (is the disk full?)"_s};
+    return mHistory.lastId();
+}
+
+QStringList HistoryCommands::backupDays() const
+{
+    return mSettings.backups().days();
+}
+
+Result<quint32> HistoryCommands::restoreBackup(const QString &day, const QString &author)
+{
+    const Result<QByteArray> bytes = mSettings.backups().read(day);
+    return bytes ? restoreDocument(*bytes, day, author) : Result<quint32>(bytes.error());
+}
+
+bool HistoryCommands::clear()
+{
+    const bool hasForgotten = mHistory.clear();
+    return mSettings.backups().clear() && hasForgotten;
 }
 
 History::Found<quint32> HistoryCommands::store(const History::Found<History::Target> &target, const QString &author)

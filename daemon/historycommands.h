@@ -12,17 +12,21 @@ class HistoryCommands : public HistoryCalls
 {
 public:
     /// All arguments must outlive this.
-    HistoryCommands(const History &history, const CurrentSettings &settings, ProfileSwitch &profiles);
+    HistoryCommands(History &history, CurrentSettings &settings, ProfileSwitch &profiles);
 
     History::Found<quint32> undo(quint32 id, const QString &author) override;
     History::Found<quint32> redo(quint32 id, const QString &author) override;
     History::Found<History::Target> restore(quint32 id, const QString &author) override;
     [[nodiscard]] History::Found<History::Target> preview(quint32 id) const override;
+    Result<quint32> restoreDocument(const QByteArray &data, const QString &name, const QString &author) override;
+    [[nodiscard]] QStringList backupDays() const override;
+    Result<quint32> restoreBackup(const QString &day, const QString &author) override;
+    [[nodiscard]] bool clear() override;
 
 private:
     History::Found<quint32> store(const History::Found<History::Target> &target, const QString &author);
 
-    const History &mHistory;
-    const CurrentSettings &mSettings;
+    History &mHistory;
+    CurrentSettings &mSettings;
     ProfileSwitch &mProfiles;
 };

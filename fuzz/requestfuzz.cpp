@@ -61,6 +61,8 @@ SettingsStore &openStore()
     static SettingsStore store(workFolder().filePath(u"daemon"_s));
     static const bool isOpen = bool(store.open());
     require(isOpen, "the folder of the settings can be used");
+    // The history of the inputs before would be read for each input.
+    QFile::remove(workFolder().filePath(u"daemon/history"_s));
     return store;
 }
 

@@ -15,8 +15,8 @@
 
 CurrentSettings::CurrentSettings(SettingsStore &store, History &history, const DaemonServices &services,
                                  const QVariantMap &document, DocumentToKeep documentToKeep, QObject *parent)
-    : QObject(parent), mStore(store), mHistory(history), mServices(services), mDocument(document), mKept(document),
-      mDocumentToKeep(std::move(documentToKeep))
+    : QObject(parent), mStore(store), mHistory(history), mBackups(store.folder()), mServices(services),
+      mDocument(document), mKept(document), mDocumentToKeep(std::move(documentToKeep))
 {
 }
 
@@ -28,8 +28,12 @@ bool CurrentSettings::areSame(const QVariantMap &a, const QVariantMap &b)
 bool CurrentSettings::save(const QVariantMap &document, const QList<StoredChange> &changes)
 {
     const QVariantMap kept = mDocumentToKeep(document);
-    if (!mStore.save(kept))
+    if (!changes.isEmpty())
+        mBackups.beforeChange(mKept);
+    if (!mStore.save(kept)) {
+        mBackups.changeFailed();
         return false;
+    }
     mHistory.record(std::exchange(mKept, kept), changes, mStore.digest());
     mAwaitsFactorySettings = false;
     return true;

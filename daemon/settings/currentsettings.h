@@ -2,6 +2,7 @@
 // The settings document in use, which this class also writes to the disk. Owned by the DeviceDaemon; main thread only.
 #pragma once
 
+#include "daemon/settings/dailybackups.h"
 #include "daemon/settings/documentcommands.h"
 #include "daemon/settings/history.h"
 
@@ -30,6 +31,8 @@ public:
     [[nodiscard]] const QVariantMap &document() const { return mDocument; }
     /// The document on the disk.
     [[nodiscard]] const QVariantMap &kept() const { return mKept; }
+    [[nodiscard]] DailyBackups &backups() { return mBackups; }
+    [[nodiscard]] const DailyBackups &backups() const { return mBackups; }
 
     /// Whether both are identical on disk. Values that only compare equal, such as 1, true and 1.0, are not identical.
     [[nodiscard]] static bool areSame(const QVariantMap &a, const QVariantMap &b);
@@ -63,6 +66,7 @@ Q_SIGNALS:
 private:
     SettingsStore &mStore;
     History &mHistory;
+    DailyBackups mBackups;
     const DaemonServices &mServices;
     QVariantMap mDocument;
     QVariantMap mKept;

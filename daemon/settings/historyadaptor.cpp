@@ -79,9 +79,26 @@ QVariantMap HistoryAdaptor::Preview(uint id)
     return outcomeOf(*target);
 }
 
+uint HistoryAdaptor::RestoreDocument(const QByteArray &data, const QString &name, const QString &sourceApp)
+{
+    return idOrError(mCalls.restoreDocument(data, name, authorOf(sourceApp)));
+}
+
+uint HistoryAdaptor::RestoreBackup(const QString &day, const QString &sourceApp)
+{
+    return idOrError(mCalls.restoreBackup(day, authorOf(sourceApp)));
+}
+
+uint HistoryAdaptor::idOrError(const Result<quint32> &restored)
+{
+    if (!restored)
+        mObject->sendErrorReply(HistoryKeys::faultyError, restored.error().message);
+    return restored.valueOr(0);
+}
+
 void HistoryAdaptor::Clear()
 {
-    if (!mHistory.clear())
+    if (!mCalls.clear())
         refuse(History::Refusal::notSaved);
 }
 

@@ -41,6 +41,9 @@ public Q_SLOTS:
     uint Redo(uint id, const QString &sourceApp = {});
     QVariantMap Restore(uint id, const QString &sourceApp = {});
     [[nodiscard]] QVariantMap Preview(uint id);
+    uint RestoreDocument(const QByteArray &data, const QString &name, const QString &sourceApp = {});
+    [[nodiscard]] QStringList Backups() const { return mCalls.backupDays(); }
+    uint RestoreBackup(const QString &day, const QString &sourceApp = {});
     void Clear();
 
 Q_SIGNALS:
@@ -48,6 +51,7 @@ Q_SIGNALS:
 
 private:
     void refuse(History::Refusal refusal);
+    uint idOrError(const Result<quint32> &restored);
 
     History &mHistory;
     HistoryCalls &mCalls;

@@ -4,7 +4,9 @@
 
 #include "daemon/settings/history.h"
 
+#include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 /// `author`: HistoryKeys. A refused call changes nothing.
 class HistoryCalls
@@ -20,4 +22,15 @@ public:
     virtual History::Found<History::Target> restore(quint32 id, const QString &author) = 0;
     /// The outcome that restore() would have.
     [[nodiscard]] virtual History::Found<History::Target> preview(quint32 id) const = 0;
+
+    /// Replaces all settings by those in `data`, a property list, which is checked strictly. `name`, of a file, for
+    /// example, is for the entry. Returns the id of the newest entry. The error is the fault and its place, or that the
+    /// settings cannot be written.
+    virtual Result<quint32> restoreDocument(const QByteArray &data, const QString &name, const QString &author) = 0;
+    /// The days that have a backup, the newest first.
+    [[nodiscard]] virtual QStringList backupDays() const = 0;
+    /// The same as restoreDocument(), with the backup of a day ("2026-11-21").
+    virtual Result<quint32> restoreBackup(const QString &day, const QString &author) = 0;
+    /// Forgets all entries and backups. False if some are still on the disk.
+    [[nodiscard]] virtual bool clear() = 0;
 };
