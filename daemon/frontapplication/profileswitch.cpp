@@ -73,7 +73,10 @@ CommandOutcome ProfileSwitch::plan(const DocumentCommand &command, const QVarian
     outcome.changesDocument = !CurrentSettings::areSame(outcome.document, mPlan->document);
     mPlan->isChange = mPlan->isChange || outcome.changesDocument;
     mPlan->document = outcome.document;
-    mPlan->changes += StoredChange{.document = documentToKeep(outcome.document), .cause = {.author = author}};
+    const bool isReplacement = command.command == DaemonProtocol::Command::replaceAllProfiles;
+    const ChangeCause cause{.author = author,
+                            .source = isReplacement ? ChangeSource::replacement : ChangeSource::command};
+    mPlan->changes += StoredChange{.document = documentToKeep(outcome.document), .cause = cause};
     return outcome;
 }
 

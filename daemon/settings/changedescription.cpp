@@ -230,7 +230,7 @@ QVariantMap structuralChange(const Records &profiles, const Records &macros, Cha
         return described(HistoryKeys::kindMacroDeleted, {{HistoryKeys::macro, macroName(macros.removed)}});
     if (isOnly(macros, profiles, 0, 1)) {
         QVariantMap added{{HistoryKeys::macro, macroName(macros.inserted)}};
-        if (source == ChangeSource::command)
+        if (source != ChangeSource::recording)
             return described(HistoryKeys::kindMacroAdded, added);
         added.insert(HistoryKeys::count, static_cast<int>(MacroRecord::events(macros.inserted.first().toMap()).size()));
         return described(HistoryKeys::kindMacroRecorded, added);

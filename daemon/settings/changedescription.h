@@ -5,8 +5,9 @@
 
 #include <QVariantMap>
 
-/// Recorded events are otherwise like events that a client has added.
-enum class ChangeSource { command, recording };
+/// Recorded events are otherwise like events that a client has added. With a replacement of all profiles, a client
+/// repairs the keys that led to a record that it has just deleted.
+enum class ChangeSource { command, replacement, recording };
 
 /// The kind of the change from `before` to `after` and its ingredients, which docs/daemon-protocol.md lists by kind.
 /// `difference` is DocumentDifference::between() of both, and not empty. Long texts are cut off.

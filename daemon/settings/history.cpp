@@ -160,7 +160,7 @@ void History::record(const QVariantMap &before, const QList<StoredChange> &chang
     for (const StoredChange &change : changes) {
         HistoryEntry entry = entryOf(document, change);
         if (isChange(entry.kind) && !entry.difference.isEmpty() && added.isEmpty())
-            join(entry, document, change.document);
+            join(entry, document, change);
         document = change.document;
         if (isChange(entry.kind) && entry.difference.isEmpty())
             continue;
@@ -175,17 +175,26 @@ void History::record(const QVariantMap &before, const QList<StoredChange> &chang
     write(added);
 }
 
-/// Makes `entry`, which led from `before` to `after`, replace the one before if both are part of one drag of a slider
-/// or of one name.
-void History::join(HistoryEntry &entry, const QVariantMap &before, const QVariantMap &after) const
+/// Makes the entry of `change`, which came after `before`, replace the one before if both are part of one drag of a
+/// slider, of one name, or of one deletion.
+void History::join(HistoryEntry &entry, const QVariantMap &before, const StoredChange &change) const
 {
     const QString kind = kindOf(entry.what);
-    if (std::ranges::find(joinedKinds, kind) == joinedKinds.end() || mUndo.empty() || mItems.back().id != mUndo.back())
+    const bool isRepair = change.cause.source == ChangeSource::replacement;
+    const bool isJoined = isRepair || std::ranges::find(joinedKinds, kind) != joinedKinds.end();
+    if (!isJoined || mUndo.empty() || mItems.back().id != mUndo.back())
         return;
+    const auto isPart = [&](const QString &earlier) {
+        return isRepair ? earlier == HistoryKeys::kindProfileDeleted || earlier == HistoryKeys::kindMacroDeleted
+                        : earlier == kind;
+    };
     const std::optional<HistoryEntry> last = HistoryEntry::fromFrame(mItems.back().frame);
-    if (!last || last->author != entry.author || kindOf(last->what) != kind || entry.timeMs < last->timeMs
-        || entry.timeMs - last->timeMs > joiningMs || placesOf(last->difference) != placesOf(entry.difference))
+    if (!last || last->author != entry.author || !isPart(kindOf(last->what)) || entry.timeMs < last->timeMs
+        || entry.timeMs - last->timeMs > joiningMs)
         return;
+    if (!isRepair && placesOf(last->difference) != placesOf(entry.difference))
+        return;
+    const QVariantMap &after = change.document;
     const auto start = DocumentDifference::applied(before, last->difference, Direction::back);
     if (!start)
         return;

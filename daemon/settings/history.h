@@ -131,7 +131,7 @@ private:
     [[nodiscard]] std::optional<Step> stepInEffect(const Item &item) const;
     [[nodiscard]] bool isInEffect(quint32 id) const;
     [[nodiscard]] HistoryEntry entryOf(const QVariantMap &before, const StoredChange &change) const;
-    void join(HistoryEntry &entry, const QVariantMap &before, const QVariantMap &after) const;
+    void join(HistoryEntry &entry, const QVariantMap &before, const StoredChange &change) const;
     void take(const HistoryEntry &entry, const QByteArray &frame);
     void write(const QList<HistoryEntry> &entries);
     void dropOld();

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void joinsNothingElse_data();
     void joinsNothingElse();
     void sliderThatReturnsLeavesNoEntry();
+    void repairOfKeysBelongsToTheDeletion();
     void isThereAfterARestart();
     void tornFileCostsOnlyTheTornEntries();
     void damagedByteCostsOnlyHistory();
@@ -516,6 +517,22 @@ void HistoryTest::sliderThatReturnsLeavesNoEntry()
     restart();
     QCOMPARE(kinds(), QStringList({u"brightness"_s, u"undo"_s}));
     QCOMPARE(nextRedo(), idAt(0));
+}
+
+void HistoryTest::repairOfKeysBelongsToTheDeletion()
+{
+    const QVariantMap before = mDaemon->document();
+    QCOMPARE(statusOf(Command::deleteProfile, {{u"ProfileID"_s, 1}}), 0);
+    QVariantMap repaired = Document(mDaemon->document()).profile(0);
+    repaired.insert(u"Keys"_s, QVariantMap());
+    QCOMPARE(statusOf(Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{repaired}}}), 0);
+    QCOMPARE(kinds(), QStringList{u"profile deleted"_s});
+    QVERIFY(undo());
+    QCOMPARE(mDaemon->document(), before);
+    QVERIFY(redo());
+    repaired.insert(u"ProfileName"_s, u"Z"_s);
+    QCOMPARE(statusOf(Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{repaired}}}), 0);
+    QCOMPARE(kinds(), QStringList({u"profile deleted"_s, u"undo"_s, u"redo"_s, u"profile renamed"_s}));
 }
 
 void HistoryTest::isThereAfterARestart()
