@@ -104,13 +104,14 @@ DaemonObjectResult<HistoryClient::Restoration> HistoryClient::preview(uint id)
 
 DaemonObjectResult<void> HistoryClient::restoreDocument(const QByteArray &data, const QString &name)
 {
-    return call("RestoreDocument"_L1, {data, name, QString(DaemonProtocol::kestractlIdentifier)})
+    return call("RestoreDocument"_L1, {data, name, QString(DaemonProtocol::kestractlIdentifier)},
+                u"the settings cannot be restored"_s)
         .withoutValue<DaemonObjectError>();
 }
 
 DaemonObjectResult<QStringList> HistoryClient::backups()
 {
-    const DaemonObjectResult<QVariantList> values = call("Backups"_L1);
+    const DaemonObjectResult<QVariantList> values = call("Backups"_L1, {}, u"the backups cannot be listed"_s);
     if (!values)
         return values.error();
     return values->value(0).toStringList();
@@ -118,7 +119,8 @@ DaemonObjectResult<QStringList> HistoryClient::backups()
 
 DaemonObjectResult<void> HistoryClient::restoreBackup(const QString &day)
 {
-    return call("RestoreBackup"_L1, {day, QString(DaemonProtocol::kestractlIdentifier)})
+    return call("RestoreBackup"_L1, {day, QString(DaemonProtocol::kestractlIdentifier)},
+                u"the settings cannot be restored"_s)
         .withoutValue<DaemonObjectError>();
 }
 

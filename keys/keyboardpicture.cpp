@@ -36,10 +36,10 @@ bool isSelectableOutlet(QLatin1StringView outlet)
 
 /// Reports the heights of the picture to the surrounding layouts: that for its width, and the lowest, down to which it
 /// may shrink. A widget alone cannot report the second.
-class PictureLayout : public QLayout
+class PictureHeights : public QLayout
 {
 public:
-    explicit PictureLayout(KeyboardPicture *picture) : QLayout(picture), mPicture(picture)
+    explicit PictureHeights(KeyboardPicture *picture) : QLayout(picture), mPicture(picture)
     {
         setContentsMargins(0, 0, 0, 0);
     }
@@ -99,7 +99,7 @@ KeyboardPicture::KeyboardPicture(QWidget *parent) : QWidget(parent)
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
-    new PictureLayout(this);
+    new PictureHeights(this);
 }
 
 KeyButton *KeyboardPicture::button(QLatin1StringView outlet) const

@@ -208,8 +208,9 @@ QString firstFaultOf(const QVariantMap &document)
                        [&](const QVariantMap &macro) { checkMacro(check, macro, numbers); });
     });
     check.inside(SettingsKeys::deviceSettings, [&] { check.fields(read.deviceSettings().dictionary(), deviceFields); });
-    const QString problem = check.fault().isEmpty() ? SettingsDocument::problemOf(document) : QString();
-    if (!problem.isEmpty())
-        check.fail(problem);
+    if (!check.fault().isEmpty())
+        return check.fault();
+    if (const Result<void> valid = SettingsDocument::validate(document); !valid)
+        check.fail(valid.error().message);
     return check.fault();
 }
