@@ -2,6 +2,7 @@
 // Life cycle of the hub: opening the device, holding the document, driving the tabs, the versions.
 #include "app/keyboardmaincontroller.h"
 
+#include "app/historycontroller.h"
 #include "app/keyboardmaintenancecontroller.h"
 #include "app/typedkeys.h"
 #include "base/document.h"
@@ -51,6 +52,7 @@ KeyboardMainController::KeyboardMainController(MainControllerServices services, 
       mMaintenenaceController(new KeyboardMaintenanceController(this))
 {
     mLightingController->setUrlOpener([this](const QUrl &address) { openPage(address); });
+    mHistory = std::make_unique<HistoryController>(*this, mServiceStatus);
     connectStatus();
 }
 
@@ -77,6 +79,7 @@ void KeyboardMainController::setOutlets(const MainWindowOutlets &outlets)
     static_cast<MainWindowOutlets &>(*this) = outlets;
     mStatus.setLine(mStatusLine);
     mStatus.setNotice(outlets.mConnectionNotice);
+    mHistory->setOutlets(mMainWindow, mUndoButton);
 }
 
 void KeyboardMainController::awakeFromNib()
@@ -103,6 +106,7 @@ void KeyboardMainController::connectTypedKeys()
     const auto listen = [this] {
         QWidget *area = mKeysController->captureArea();
         mTypedKeys->listen(area ? area : mMacrosController->captureArea());
+        mHistory->captureChanged();
     };
     connect(mKeysController, &KeyboardKeysController::captureAreaChanged, mTypedKeys.get(), listen);
     connect(mMacrosController, &KeyboardMacrosController::captureAreaChanged, mTypedKeys.get(), listen);
@@ -162,6 +166,7 @@ void KeyboardMainController::initializeDevice()
     registerNotifications();
     mDevicesStatus.start();
     mServiceStatus.start();
+    mHistory->start();
     registerHelpBook();
     mFirmwareQueryThread = std::jthread([this](const std::stop_token &stop) { FWQueryThreadAboutToRun(stop); });
     Q_EMIT deviceInitialized();
@@ -285,6 +290,7 @@ void KeyboardMainController::setControlsState(bool enabled)
         mMacrosController->setControlsState(enabled);
         mLightingController->setControlsState(enabled);
         mMaintenenaceController->setControlsState(enabled);
+        mHistory->setControlsState(enabled);
     });
     showStatus();
 }

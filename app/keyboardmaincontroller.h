@@ -30,6 +30,7 @@
 #include <optional>
 #include <thread>
 
+class HistoryController;
 class KeyboardKeysController;
 class KeyboardLightingController;
 class KeyboardMacrosController;
@@ -251,6 +252,7 @@ private:
     DistributedNotificationCenter *mNotificationCenter = nullptr;
     std::unique_ptr<BusEnd> mBusEnd;
     std::unique_ptr<TypedKeys> mTypedKeys;
+    std::unique_ptr<HistoryController> mHistory;
     FocusMemory mFocusMemory;
 
     QVariantMap mDefaultSettingsDict;

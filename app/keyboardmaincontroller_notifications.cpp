@@ -2,6 +2,7 @@
 // Notifications of the daemon, errors shown to the user, help and links.
 #include "app/keyboardmaincontroller.h"
 
+#include "app/historycontroller.h"
 #include "app/qlcerrorhandler.h"
 #include "base/plistnumbers.h"
 #include "base/resources.h"
@@ -138,6 +139,7 @@ void KeyboardMainController::deamonProfileUpdateNotification(const DistributedNo
         loadLatestSettings();
         setProperties();
         updateUISettings();
+        mHistory->documentFollowed();
     }
     addObserverProfileUpdate();
 }

@@ -238,17 +238,25 @@ QLayout *MainWindow::createStatusRow()
     auto *row = new QHBoxLayout;
     mOutlets.mStatusLine = new StatusLine;
     mOutlets.mStatusLine->setObjectName("mStatusLine"_L1);
+    mOutlets.mUndoButton = statusRowButton("mUndoButton", "lkeyHistoryUndo", Symbol::undo);
+    auto *keyboard = statusRowButton("mKeyboardButton", "lkeyChooserOpen", Symbol::keyboard);
+    connect(keyboard, &QToolButton::clicked, this, &MainWindow::openKeyboardChooser);
+    row->addWidget(mOutlets.mStatusLine, 1);
+    row->addWidget(mOutlets.mUndoButton);
+    row->addWidget(keyboard);
+    return row;
+}
+
+QToolButton *MainWindow::statusRowButton(const char *objectName, const char *textKey, Symbol symbol)
+{
     auto *button = new QToolButton;
-    button->setObjectName("mKeyboardButton"_L1);
-    button->setText(localizedText("lkeyChooserOpen"));
-    button->setIcon(Symbols::icon(Symbol::keyboard));
+    button->setObjectName(QLatin1StringView(objectName));
+    button->setText(localizedText(textKey));
+    button->setIcon(Symbols::icon(symbol));
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::StrongFocus);
-    connect(button, &QToolButton::clicked, this, &MainWindow::openKeyboardChooser);
-    row->addWidget(mOutlets.mStatusLine, 1);
-    row->addWidget(button);
-    return row;
+    return button;
 }
 
 void MainWindow::openKeyboardChooser()

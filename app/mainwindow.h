@@ -14,6 +14,7 @@ class KeyboardChooser;
 class KeyboardMainController;
 class QHBoxLayout;
 class QLayout;
+class QToolButton;
 class RuleProcess;
 
 /// Closing the window quits the program. The window outlives the hub, whose controllers use its widgets.
@@ -35,6 +36,7 @@ private:
     QWidget *createNotice();
     QWidget *createTabs();
     QLayout *createStatusRow();
+    [[nodiscard]] static QToolButton *statusRowButton(const char *objectName, const char *textKey, Symbol symbol);
     void createShortcuts();
     void createDeviceNotFoundSheet();
     void createRestoringStateSheet();

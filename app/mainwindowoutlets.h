@@ -8,6 +8,7 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 class QTabWidget;
+class QToolButton;
 class QWidget;
 class Sheet;
 class StatusLine;
@@ -25,6 +26,7 @@ struct MainWindowOutlets
     Sheet *mRestoringStateWindow = nullptr;
     QProgressBar *mRestoringStateProgress = nullptr;
     StatusLine *mStatusLine = nullptr;
+    QToolButton *mUndoButton = nullptr;
     ConnectionNotice *mConnectionNotice = nullptr;
     QWidget *mMainWindow = nullptr;
 };

@@ -2,6 +2,7 @@
 #include "app/statuswords.h"
 
 #include "base/devicekeys.h"
+#include "base/historykeys.h"
 #include "base/status.h"
 #include "base/text.h"
 #include "base/visibletext.h"
@@ -80,6 +81,22 @@ QString reasonOf(int status)
     return localizedText("lkeyStatusReasonInvalid");
 }
 
+/// The reason why no change was taken back, by the D-Bus name of the error.
+QString reasonOfHistory(const QString &error)
+{
+    if (error == HistoryKeys::outdatedError || error == HistoryKeys::unknownError)
+        return localizedText("lkeyHistoryReasonOutdated");
+    if (error == HistoryKeys::notInEffectError)
+        return localizedText("lkeyHistoryReasonNotInEffect");
+    if (error == HistoryKeys::unreachableError)
+        return localizedText("lkeyHistoryReasonUnreachable");
+    if (error == HistoryKeys::invalidError)
+        return localizedText("lkeyStatusReasonFull");
+    if (error == HistoryKeys::notSavedError)
+        return localizedText("lkeyStatusReasonNotSaved");
+    return localizedText("lkeyHistoryReasonNoReply");
+}
+
 const char *keyOf(Event event)
 {
     switch (event) {
@@ -98,6 +115,10 @@ const char *keyOf(Event event)
     case Event::recordingWithoutReply: return "lkeyStatusRecordingWithoutReply";
     case Event::cleanUpRefused: return "lkeyStatusCleanUpRefused";
     case Event::cleanUpWithoutReply: return "lkeyStatusCleanUpWithoutReply";
+    case Event::undone: return "lkeyHistoryUndone";
+    case Event::redone: return "lkeyHistoryRedone";
+    case Event::notUndone: return "lkeyHistoryNotUndone";
+    case Event::notRedone: return "lkeyHistoryNotRedone";
     case Event::settingsProblem: break;
     }
     return "lkeyStatusSettingsProblem";
@@ -110,6 +131,8 @@ QStringList argumentsOf(const StatusReport &report)
     case Event::recordingNotStored:
     case Event::cleanUpRefused: return {reasonOf(report.number)};
     case Event::lateReply: return {QString::number(report.number)};
+    case Event::notUndone:
+    case Event::notRedone: return {report.subject, reasonOfHistory(report.reason)};
     default: return {report.subject, report.reason};
     }
 }

@@ -3,6 +3,7 @@
 
 #include "base/daemonprotocol.h"
 #include "base/historykeys.h"
+#include "daemonlink/historyentries.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -41,19 +42,7 @@ DaemonObjectResult<QList<QVariantMap>> entries(QLatin1StringView method)
     const DaemonObjectResult<QVariantList> values = call(method, {}, u"the history cannot be read"_s);
     if (!values)
         return values.error();
-    QList<QVariantMap> list = qdbus_cast<QList<QVariantMap>>(values->value(0));
-    for (QVariantMap &entry : list) {
-        for (const HistoryKeys::Key key : {HistoryKeys::change, HistoryKeys::assignment}) {
-            if (const auto inside = entry.constFind(key); inside != entry.cend())
-                entry.insert(key, qdbus_cast<QVariantMap>(*inside));
-        }
-        QVariantMap change = entry.value(HistoryKeys::change).toMap();
-        if (const auto inside = change.constFind(HistoryKeys::assignment); inside != change.cend()) {
-            change.insert(HistoryKeys::assignment, qdbus_cast<QVariantMap>(*inside));
-            entry.insert(HistoryKeys::change, change);
-        }
-    }
-    return list;
+    return historyEntries(values->value(0));
 }
 
 DaemonObjectResult<HistoryClient::Restoration> restoration(const DaemonObjectResult<QVariantList> &values)

@@ -93,6 +93,8 @@ public:
     void updateUISettings();
     void setControlsState(bool isEnabled);
     void saveLastSelectedKey();
+    /// Selects the keys with these codes, the last one last. Ignores codes without a key.
+    void selectKeys(QList<int> codes);
     /// The widget that waits for keys of the keyboard: the single-key sheet while it is up, else null.
     [[nodiscard]] QWidget *captureArea() const;
     /// Shows in the sheet where the user presses the key.

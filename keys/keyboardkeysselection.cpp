@@ -47,6 +47,16 @@ void KeyboardKeysController::setOtherSelectedKeys(const QList<int> &codes)
     showSelectedKeys();
 }
 
+void KeyboardKeysController::selectKeys(QList<int> codes)
+{
+    codes.removeIf([](int code) { return !KeyLayout::rowForCode(code); });
+    if (codes.isEmpty())
+        return;
+    KeyButton *last = mPicture->button(KeyLayout::rowForCode(codes.takeLast())->outlet);
+    last->click(); // selects this key alone
+    setOtherSelectedKeys(codes);
+}
+
 void KeyboardKeysController::addToSelection(KeyButton *key, int code)
 {
     if (!key->isEnabled() || mIsFirstLaunch || code == selectedCode())

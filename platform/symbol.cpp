@@ -148,6 +148,28 @@ QPainterPath remove()
     return path;
 }
 
+QPainterPath undo()
+{
+    QPainterPath path(QPointF(5.4, 2.6));
+    path.lineTo(2.2, 5.8);
+    path.lineTo(5.4, 9);
+    path.moveTo(2.2, 5.8);
+    path.lineTo(9.6, 5.8);
+    path.cubicTo(14.8, 5.8, 14.8, 13.2, 9.6, 13.2);
+    path.lineTo(5.6, 13.2);
+    return path;
+}
+
+QPainterPath history()
+{
+    QPainterPath path;
+    path.addEllipse(QPointF(8, 8), 6.3, 6.3);
+    path.moveTo(8, 4.4);
+    path.lineTo(8, 8);
+    path.lineTo(10.6, 9.6);
+    return path;
+}
+
 QPainterPath noKeyboard()
 {
     QPainterPath path = keyboard();
@@ -180,6 +202,8 @@ QPainterPath pathOf(Symbol symbol)
     case Symbol::feed: return feed();
     case Symbol::club: return club();
     case Symbol::help: return help();
+    case Symbol::undo: return undo();
+    case Symbol::history: return history();
     case Symbol::add: return add();
     case Symbol::remove: return remove();
     case Symbol::noKeyboard: return noKeyboard();

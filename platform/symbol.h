@@ -14,6 +14,8 @@ enum class Symbol {
     feed, ///< waves from a dot
     club, ///< two people
     help,
+    undo,    ///< an arrow back
+    history, ///< a clock
     add,
     remove,
     noKeyboard, ///< a keyboard with a stroke through it

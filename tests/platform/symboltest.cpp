@@ -18,9 +18,9 @@ namespace {
 
 constexpr QSize size(32, 32);
 
-constexpr Symbol symbols[] = {Symbol::keyboard, Symbol::profiles,   Symbol::macro,    Symbol::light, Symbol::tick,
-                              Symbol::page,     Symbol::feed,       Symbol::club,     Symbol::help,  Symbol::add,
-                              Symbol::remove,   Symbol::noKeyboard, Symbol::noService};
+constexpr Symbol symbols[] = {Symbol::keyboard, Symbol::profiles,   Symbol::macro,     Symbol::light, Symbol::tick,
+                              Symbol::page,     Symbol::feed,       Symbol::club,      Symbol::help,  Symbol::add,
+                              Symbol::remove,   Symbol::noKeyboard, Symbol::noService, Symbol::undo,  Symbol::history};
 
 QImage pictureOf(const QIcon &icon, QIcon::Mode mode = QIcon::Normal)
 {

@@ -46,5 +46,14 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Wiederholt: %@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Zurückgenommen: %@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>eine frühere Änderung</translation></message>
+    <!-- The window. -->
+    <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>Rückgängig</translation></message>
+    <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>Rückgängig: %@</translation></message>
+    <message id="lkeyHistoryNotUndone"><source>lkeyHistoryNotUndone</source><translation>Nicht rückgängig gemacht: %@. Der Grund: %@.</translation></message>
+    <message id="lkeyHistoryNotRedone"><source>lkeyHistoryNotRedone</source><translation>Nicht wiederholt: %@. Der Grund: %@.</translation></message>
+    <message id="lkeyHistoryReasonOutdated"><source>lkeyHistoryReasonOutdated</source><translation>Die Einstellungen haben sich inzwischen geändert, jetzt kommt eine andere Änderung zuerst</translation></message>
+    <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>Die Änderung ist schon zurückgenommen</translation></message>
+    <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>Die Einstellungen wurden seither auf andere Weise ersetzt</translation></message>
+    <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>Der Tastaturdienst hat nicht geantwortet</translation></message>
 </context>
 </TS>

@@ -46,5 +46,14 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Redone: %@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Taken back: %@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>an earlier change</translation></message>
+    <!-- The window. -->
+    <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>Undo</translation></message>
+    <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>Undo: %@</translation></message>
+    <message id="lkeyHistoryNotUndone"><source>lkeyHistoryNotUndone</source><translation>Not undone: %@. The reason: %@.</translation></message>
+    <message id="lkeyHistoryNotRedone"><source>lkeyHistoryNotRedone</source><translation>Not redone: %@. The reason: %@.</translation></message>
+    <message id="lkeyHistoryReasonOutdated"><source>lkeyHistoryReasonOutdated</source><translation>the settings have changed meanwhile, and another change comes first now</translation></message>
+    <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>the change has been taken back already</translation></message>
+    <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>the settings were replaced in another way since</translation></message>
+    <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>the keyboard service did not respond</translation></message>
 </context>
 </TS>

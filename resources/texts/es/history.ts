@@ -46,5 +46,14 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Rehecho: %@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Retirado: %@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>un cambio anterior</translation></message>
+    <!-- The window. -->
+    <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>Deshacer</translation></message>
+    <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>Deshacer: %@</translation></message>
+    <message id="lkeyHistoryNotUndone"><source>lkeyHistoryNotUndone</source><translation>No se ha deshecho: %@. Motivo: %@.</translation></message>
+    <message id="lkeyHistoryNotRedone"><source>lkeyHistoryNotRedone</source><translation>No se ha rehecho: %@. Motivo: %@.</translation></message>
+    <message id="lkeyHistoryReasonOutdated"><source>lkeyHistoryReasonOutdated</source><translation>los ajustes han cambiado entretanto y ahora va primero otro cambio</translation></message>
+    <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>el cambio ya se había deshecho</translation></message>
+    <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>los ajustes se han sustituido después de otra manera</translation></message>
+    <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>el servicio del teclado no ha respondido</translation></message>
 </context>
 </TS>

@@ -46,5 +46,14 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Rétabli : %@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Repris : %@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>une modification antérieure</translation></message>
+    <!-- The window. -->
+    <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>Annuler</translation></message>
+    <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>Annuler : %@</translation></message>
+    <message id="lkeyHistoryNotUndone"><source>lkeyHistoryNotUndone</source><translation>Non annulé : %@. Raison : %@.</translation></message>
+    <message id="lkeyHistoryNotRedone"><source>lkeyHistoryNotRedone</source><translation>Non rétabli : %@. Raison : %@.</translation></message>
+    <message id="lkeyHistoryReasonOutdated"><source>lkeyHistoryReasonOutdated</source><translation>les réglages ont changé entre-temps, une autre modification vient maintenant en premier</translation></message>
+    <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>la modification a déjà été annulée</translation></message>
+    <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>les réglages ont depuis été remplacés autrement</translation></message>
+    <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>le service du clavier n’a pas répondu</translation></message>
 </context>
 </TS>

@@ -46,5 +46,14 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>やり直し：%@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>元に戻す：%@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>以前の変更</translation></message>
+    <!-- The window. -->
+    <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>元に戻す</translation></message>
+    <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>元に戻す: %@</translation></message>
+    <message id="lkeyHistoryNotUndone"><source>lkeyHistoryNotUndone</source><translation>元に戻せませんでした: %@。理由: %@。</translation></message>
+    <message id="lkeyHistoryNotRedone"><source>lkeyHistoryNotRedone</source><translation>やり直せませんでした: %@。理由: %@。</translation></message>
+    <message id="lkeyHistoryReasonOutdated"><source>lkeyHistoryReasonOutdated</source><translation>その間に設定が変わり、別の変更が先になりました</translation></message>
+    <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>この変更はすでに取り消されています</translation></message>
+    <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>その後、設定が別の方法で置き換えられました</translation></message>
+    <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>キーボードのサービスが応答しませんでした</translation></message>
 </context>
 </TS>

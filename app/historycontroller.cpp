@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include "app/historycontroller.h"
+
+#include "app/keyboardmaincontroller.h"
+#include "base/devicesettings.h"
+#include "base/historykeys.h"
+#include "base/profilerecord.h"
+#include "base/text.h"
+#include "keys/historywords.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "macros/macrorecord.h"
+#include "platform/tableview.h"
+
+#include <QShortcut>
+#include <QToolButton>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using HistoryKeys::Key;
+
+namespace {
+
+constexpr int keysTab = 0, profilesTab = 1, macrosTab = 2, lightingTab = 3, noTab = -1;
+constexpr int widestButtonText = 260;
+
+/// The tab that shows a change of this kind; noTab if none or several do.
+int tabOf(const QString &kind)
+{
+    using namespace HistoryKeys;
+    constexpr std::array keys{kindKey, kindKeys};
+    constexpr std::array profiles{kindProfileAdded,   kindProfileDeleted, kindProfileRenamed,
+                                  kindProfileChosen,  kindProfileBound,   kindProfileUnbound,
+                                  kindProfileDisplay, kindProfileChanged, kindProfilesMoved};
+    constexpr std::array macros{kindMacroAdded,    kindMacroDeleted,  kindMacroRenamed,
+                                kindMacroRecorded, kindMacroChanged,  kindEventsAdded,
+                                kindEventsRemoved, kindEventsChanged, kindDelaysSet};
+    constexpr std::array lighting{kindLight, kindBrightness, kindColor, kindEffect};
+    const auto isIn = [&kind](const auto &kinds) { return std::ranges::find(kinds, kind) != kinds.end(); };
+    if (isIn(keys))
+        return keysTab;
+    if (isIn(profiles))
+        return profilesTab;
+    if (isIn(macros))
+        return macrosTab;
+    return isIn(lighting) ? lightingTab : noTab;
+}
+
+QList<int> keysThatDiffer(const QVariantMap &before, const QVariantMap &after)
+{
+    QMap<QString, QVariant> all = before;
+    all.insert(after);
+    QList<int> codes;
+    for (auto entry = all.cbegin(); entry != all.cend(); ++entry) {
+        if (before.value(entry.key()) != after.value(entry.key()))
+            codes += entry.key().toInt();
+    }
+    return codes;
+}
+
+uint idOf(const QVariantMap &entry)
+{
+    return entry.value(HistoryKeys::id).toUInt();
+}
+
+} // namespace
+
+HistoryController::HistoryController(KeyboardMainController &hub, const ServiceStatus &service)
+    : mHub(hub), mHistory(service)
+{
+    connect(&mHistory, &HistoryStatus::changed, this, &HistoryController::showState);
+}
+
+void HistoryController::setOutlets(QWidget *window, QToolButton *undoButton)
+{
+    mUndoButton = undoButton;
+    mUndoShortcut = new QShortcut(Qt::CTRL | Qt::Key_Z, window);
+    mRedoShortcut = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z, window);
+    connect(mUndoShortcut, &QShortcut::activated, this, [this] { undo(mHistory.nextUndo()); });
+    connect(mRedoShortcut, &QShortcut::activated, this, &HistoryController::redo);
+    // A press ends an open edit, which is a change of its own. The user means the change that he has seen.
+    connect(mUndoButton, &QToolButton::pressed, this, [this] { mPressedEntry = mHistory.nextUndo(); });
+    connect(mUndoButton, &QToolButton::clicked, this, [this] { undo(std::exchange(mPressedEntry, std::nullopt)); });
+    showState();
+}
+
+void HistoryController::start()
+{
+    mHistory.start();
+}
+
+void HistoryController::setControlsState(bool isEnabled)
+{
+    mAreControlsOn = isEnabled;
+    showState();
+}
+
+bool HistoryController::canAct() const
+{
+    return mAreControlsOn && !mHub.keysController()->captureArea() && !mHub.macrosController()->captureArea();
+}
+
+void HistoryController::showState()
+{
+    if (!mUndoButton)
+        return;
+    mUndoShortcut->setEnabled(canAct());
+    mRedoShortcut->setEnabled(canAct());
+    const std::optional<QVariantMap> &next = mHistory.nextUndo();
+    mUndoButton->setEnabled(canAct() && next);
+    const QString text =
+        next ? localizedFormat("lkeyHistoryUndoEntry", {historyWords(*next)}) : localizedText("lkeyHistoryUndo");
+    const QString shown = mUndoButton->fontMetrics().elidedText(text, Qt::ElideRight, widestButtonText);
+    mUndoButton->setText(QString(shown).replace(u'&', "&&"_L1));
+    mUndoButton->setAccessibleName(text);
+    // Markup, so a long text has several lines. Names must not become markup.
+    mUndoButton->setToolTip(u"<p>"_s + text.toHtmlEscaped() + u" ("_s
+                            + mUndoShortcut->key().toString(QKeySequence::NativeText).toHtmlEscaped() + u")</p>"_s);
+}
+
+void HistoryController::undo(const std::optional<QVariantMap> &entry)
+{
+    if (!entry || !canAct() || mHistory.isBusy())
+        return;
+    begin(*entry);
+    mHistory.undo(idOf(*entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, true); });
+}
+
+void HistoryController::redo()
+{
+    const std::optional<QVariantMap> entry = mHistory.nextRedo();
+    if (!entry || !canAct() || mHistory.isBusy())
+        return;
+    begin(*entry);
+    mHistory.redo(idOf(*entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, false); });
+}
+
+void HistoryController::begin(const QVariantMap &entry)
+{
+    mStep = Step{.entry = entry,
+                 .activeProfile = DeviceSettings(mHub.deviceSettingsDict()).activeProfileIndex(),
+                 .profile = mHub.currentProfileDict(),
+                 .macros = mHub.macrosArray()};
+}
+
+void HistoryController::ended(const HistoryStatus::Outcome &outcome, bool isUndo)
+{
+    if (!mStep)
+        return;
+    using Event = StatusReport::Event;
+    const QString words = historyWords(mStep->entry);
+    if (!outcome.error.isEmpty()) {
+        mStep.reset();
+        mHub.report({.event = isUndo ? Event::notUndone : Event::notRedone, .subject = words, .reason = outcome.error});
+        return;
+    }
+    mHub.report({.event = isUndo ? Event::undone : Event::redone, .subject = words});
+    mStep->isDone = true;
+    revealIfComplete();
+}
+
+/// The reply and the notification come in either order.
+void HistoryController::documentFollowed()
+{
+    if (!mStep)
+        return;
+    mStep->isFollowed = true;
+    revealIfComplete();
+}
+
+void HistoryController::revealIfComplete()
+{
+    if (mStep->isDone && mStep->isFollowed)
+        reveal(*std::exchange(mStep, std::nullopt));
+}
+
+void HistoryController::reveal(const Step &step)
+{
+    const QVariantMap change =
+        step.entry.contains(HistoryKeys::change) ? step.entry.value(HistoryKeys::change).toMap() : step.entry;
+    int tab = tabOf(change.value(HistoryKeys::kind).toString());
+    const bool isSameProfile = DeviceSettings(mHub.deviceSettingsDict()).activeProfileIndex() == step.activeProfile;
+    const QList<int> keys = isSameProfile ? keysThatDiffer(ProfileRecord::keys(step.profile),
+                                                           ProfileRecord::keys(mHub.currentProfileDict()))
+                                          : QList<int>();
+    // The keys tab shows the active profile alone, and the selection in the profiles tab would activate another one.
+    if (tab == keysTab && keys.isEmpty())
+        tab = profilesTab;
+    if (tab == noTab)
+        return;
+    mHub.selectTabAtIndex(tab);
+    if (tab == keysTab)
+        mHub.keysController()->selectKeys(keys);
+    if (tab == macrosTab)
+        mHub.macrosController()->macroTableView()->selectRow(rowOfMacro(step, change));
+}
+
+/// The macro that has changed. If the window already had this state, the one with the name.
+int HistoryController::rowOfMacro(const Step &step, const QVariantMap &change) const
+{
+    const QVariantList macros = mHub.macrosArray();
+    const auto row = [&macros](const auto &condition) {
+        const auto found = std::ranges::find_if(macros, condition);
+        return found == macros.end() ? -1 : int(found - macros.begin());
+    };
+    const int changed = row([&step](const QVariant &macro) { return !step.macros.contains(macro); });
+    if (changed >= 0)
+        return changed;
+    const QString name = change.value(HistoryKeys::macro).toString(); // may be cut off
+    return row([&name](const QVariant &macro) {
+        return !name.isEmpty() && MacroRecord::name(macro.toMap()).startsWith(name);
+    });
+}

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// Undo and redo in the window: the two shortcuts, the button that names the change, and the way to what was undone.
+// Owned by the hub; main thread only.
+#pragma once
+
+#include "app/historystatus.h"
+
+#include <QPointer>
+#include <QVariantList>
+
+#include <optional>
+
+class KeyboardMainController;
+class QShortcut;
+class QToolButton;
+
+/// Takes back only what the window shows at the time: while a sheet, an editor or a recording has the keys, there is no
+/// shortcut, and during a recording the button is disabled.
+class HistoryController : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `hub` must outlive this.
+    HistoryController(KeyboardMainController &hub, const ServiceStatus &service);
+
+    /// Adds the shortcuts to `window`, and connects the button. Must be called once.
+    void setOutlets(QWidget *window, QToolButton *undoButton);
+    /// Follows the daemon from now on. Must be called once.
+    void start();
+    /// Must be called when the hub enables or disables its controls.
+    void setControlsState(bool isEnabled);
+    /// Must be called when a change has begun or ended that lets the keyboard's keys reach the window.
+    void captureChanged() { showState(); }
+    /// Must be called when the hub has read the document again, after a change by another client or by this.
+    void documentFollowed();
+
+private:
+    /// The settings before a change that is on its way, or that is done and not yet in the window.
+    struct Step
+    {
+        QVariantMap entry;
+        int activeProfile = 0;
+        QVariantMap profile;
+        QVariantList macros;
+        bool isDone = false;
+        bool isFollowed = false;
+    };
+
+    void undo(const std::optional<QVariantMap> &entry);
+    void redo();
+    void begin(const QVariantMap &entry);
+    void ended(const HistoryStatus::Outcome &outcome, bool isUndo);
+    void revealIfComplete();
+    void reveal(const Step &step);
+    [[nodiscard]] int rowOfMacro(const Step &step, const QVariantMap &change) const;
+    [[nodiscard]] bool canAct() const;
+    void showState();
+
+    KeyboardMainController &mHub;
+    HistoryStatus mHistory;
+    QPointer<QToolButton> mUndoButton;
+    QShortcut *mUndoShortcut = nullptr;
+    QShortcut *mRedoShortcut = nullptr;
+    std::optional<QVariantMap> mPressedEntry; ///< the button's entry when it was pressed
+    std::optional<Step> mStep;
+    bool mAreControlsOn = false;
+};

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "app/historystatus.h"
+
+#include "app/daemonobject.h"
+#include "app/servicestatus.h"
+#include "base/daemonprotocol.h"
+#include "base/historykeys.h"
+#include "daemonlink/historyentries.h"
+
+#include <QDBusArgument>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr DaemonObject historyObject(HistoryKeys::objectPath, HistoryKeys::interfaceName);
+
+HistoryStatus::Outcome outcomeOf(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        return {.error = reply.errorName()};
+    const QVariantMap restoration = qdbus_cast<QVariantMap>(reply.arguments().value(0));
+    return {.isAlone = restoration.value(HistoryKeys::isAlone, true).toBool(),
+            .others = qdbus_cast<QList<uint>>(restoration.value(HistoryKeys::others))};
+}
+
+} // namespace
+
+HistoryStatus::HistoryStatus(const ServiceStatus &service, QObject *parent) : QObject(parent)
+{
+    connect(&service, &ServiceStatus::daemonHasGone, this, [this] { set({}); });
+    connect(&service, &ServiceStatus::daemonHasCome, this, &HistoryStatus::readAgain);
+}
+
+void HistoryStatus::start()
+{
+    historyObject.connect("Changed"_L1, this, SLOT(readAgain()));
+    read();
+}
+
+void HistoryStatus::change(QLatin1StringView method, uint id, const Then &then)
+{
+    mIsChanging = true;
+    const auto ended = [this, then](const QDBusMessage &reply) {
+        mIsChanging = false;
+        then(outcomeOf(reply));
+        Q_EMIT changed();
+    };
+    historyObject.call(method, this, ended, {id, QString(DaemonProtocol::configuratorIdentifier)});
+    Q_EMIT changed();
+}
+
+void HistoryStatus::readAgain()
+{
+    // A drag of a slider changes the history more often than the daemon can be asked.
+    mIsOutdated = mIsReading;
+    if (!mIsReading)
+        read();
+}
+
+void HistoryStatus::read()
+{
+    mIsReading = true;
+    historyObject.call("Next"_L1, this, [this](const QDBusMessage &reply) {
+        mIsReading = false;
+        const bool isList = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "aa{sv}"_L1;
+        if (std::exchange(mIsOutdated, false))
+            return read();
+        set(isList ? historyEntries(reply.arguments().constFirst()) : QList<QVariantMap>());
+    });
+}
+
+void HistoryStatus::set(const QList<QVariantMap> &next)
+{
+    mNextUndo.reset();
+    mNextRedo.reset();
+    for (const QVariantMap &entry : next) {
+        const bool isUndo = entry.value(HistoryKeys::next).toString() == HistoryKeys::nextUndo;
+        (isUndo ? mNextUndo : mNextRedo) = entry;
+    }
+    Q_EMIT changed();
+}

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// The daemon's history of the settings, as its object /History has it, and the ways back. Never waits for the daemon,
+// which may also come later, go, and come back. Main thread only.
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+
+class QDBusMessage;
+class ServiceStatus;
+
+/// Entries have the keys of base/historykeys.h. Their names come from other clients: show them with historyWords().
+class HistoryStatus : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// How a call has ended.
+    struct Outcome
+    {
+        QString error = {}; ///< empty after a success, else the D-Bus name of the error (base/historykeys.h)
+        bool isAlone = true;
+        QList<uint> others = {}; ///< of a restoration: the ids of the other changes that it takes back
+    };
+    using Then = std::function<void(const Outcome &outcome)>;
+
+    /// Follows the daemon that `service` follows.
+    explicit HistoryStatus(const ServiceStatus &service, QObject *parent = nullptr);
+
+    /// Asks the daemon for the first time. Must be called once.
+    void start();
+
+    /// The entry that undo() takes next. Absent if there is none, or if it is unknown.
+    [[nodiscard]] const std::optional<QVariantMap> &nextUndo() const { return mNextUndo; }
+    /// The entry that redo() takes next, in the same way.
+    [[nodiscard]] const std::optional<QVariantMap> &nextRedo() const { return mNextRedo; }
+    /// Whether a call that changes the settings is on its way, or the daemon is asked for the next entries.
+    [[nodiscard]] bool isBusy() const { return mIsChanging || mIsReading; }
+
+    /// Takes back the entry `id`; the daemon refuses if another one is next. Must not be called while
+    /// isBusy().
+    void undo(uint id, const Then &then) { change(QLatin1StringView("Undo"), id, then); }
+    /// Makes the change of the entry `id` again, in the same way.
+    void redo(uint id, const Then &then) { change(QLatin1StringView("Redo"), id, then); }
+
+Q_SIGNALS:
+    /// One of the next entries, or isBusy(), has changed.
+    void changed();
+
+private Q_SLOTS:
+    void readAgain();
+
+private:
+    void change(QLatin1StringView method, uint id, const Then &then);
+    void read();
+    void set(const QList<QVariantMap> &next);
+
+    std::optional<QVariantMap> mNextUndo;
+    std::optional<QVariantMap> mNextRedo;
+    bool mIsChanging = false;
+    bool mIsReading = false;
+    bool mIsOutdated = false; ///< the history has changed since the last question
+};

@@ -1,0 +1,479 @@
+// SPDX-License-Identifier: MIT
+// Undo and redo in the real window with the real daemon: what a user changes goes back and comes again, and the window
+// takes back nothing else than it shows.
+#include "app/historycontroller.h"
+#include "base/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "keys/keybutton.h"
+#include "keys/keymapping.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "macros/macrorecord.h"
+#include "platform/popupbutton.h"
+#include "platform/sheet.h"
+#include "platform/statusline.h"
+#include "platform/tableview.h"
+#include "profiles/keyboardprofilescontroller.h"
+#include "tests/app/hubfixture.h"
+#include "tests/support/daemonprocessfixture.h"
+#include "tests/support/testmain.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+using DaemonProtocol::Command;
+
+namespace {
+
+enum Tab { keysTab, profilesTab, macrosTab, lightingTab };
+
+constexpr int keyA = 4, keyB = 5;
+constexpr int disablePosition = 5;
+
+using Change = void (*)(KeyboardMainController &hub);
+
+QVariantMap withKeys(const QVariantMap &profile, const QList<int> &codes)
+{
+    QVariantMap keys = profile.value(SettingsKeys::keys).toMap();
+    for (const int code : codes)
+        keys = KeyMappings::withEntry(keys, QString::number(code), KeyMappings::Assignment::disabled, 0, 0);
+    return {{SettingsKeys::keys, keys}};
+}
+
+QVariantMap macroOf(const QString &name)
+{
+    QVariantList events;
+    for (const int command : {MacroRecord::keyDown, MacroRecord::keyUp})
+        events += MacroRecord::eventRecord({.command = command, .delayMs = 20, .argument = keyA});
+    return MacroRecord::withEvents({{SettingsKeys::macroName, name}}, events);
+}
+
+} // namespace
+
+class HistoryEndToEndTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void buttonHasNothingToUndoAtFirst();
+    void buttonNamesTheLatestChange();
+    void buttonStaysNarrow();
+    void everyChangeGoesBackAndComesAgain_data();
+    void everyChangeGoesBackAndComesAgain();
+    void selectionFollowsTheKeys();
+    void selectionFollowsTheMacro();
+    void shortcutsComeBeforeTheTables_data();
+    void shortcutsComeBeforeTheTables();
+    void stepsBackThroughSeveralChanges();
+    void takesBackOnlyWhatItShows();
+    void refusalOfTheDaemonIsReported();
+    void nameEditorKeepsTheShortcuts();
+    void sheetKeepsTheShortcuts();
+    void recordingKeepsTheShortcuts();
+    void takesBackTheChangeOfAnotherClient();
+    void restsWithoutADaemon();
+
+private:
+    [[nodiscard]] QToolButton *button() const { return mHub->find<QToolButton>("mUndoButton"); }
+    [[nodiscard]] QString status() const { return mHub->find<StatusLine>("mStatusLine")->text(); }
+    [[nodiscard]] QTabWidget *tabs() const { return mHub->find<QTabWidget>("mKeyboardTabView"); }
+    [[nodiscard]] KeyboardMainController &hub() const { return *mHub->controller; }
+    /// The document in the window, without the last macro identifier, which never goes back.
+    [[nodiscard]] QVariantMap shownSettings() const;
+    /// The document of the daemon, in the same way.
+    [[nodiscard]] QVariantMap keptSettings();
+    void press(Qt::KeyboardModifiers modifiers, QWidget *focus = nullptr) const;
+    void undo() const { press(Qt::ControlModifier); }
+    void redo() const { press(Qt::ControlModifier | Qt::ShiftModifier); }
+    /// Waits until the button offers to undo the change with these words.
+    [[nodiscard]] bool offers(const QString &words) const;
+    void disableKey(int code) const;
+    /// A change by another client.
+    void disableElsewhere(int code);
+
+    HubResources mResources;
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+    std::unique_ptr<Hub> mHub;
+};
+
+void HistoryEndToEndTest::init()
+{
+    setReplyPollInterval(replyPollInterval);
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    QVERIFY(mDaemon->start());
+    mHub = std::make_unique<Hub>();
+    mHub->controller->initializeDevice();
+    mHub->window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+}
+
+void HistoryEndToEndTest::cleanup()
+{
+    mHub.reset();
+    mDaemon.reset();
+}
+
+QVariantMap HistoryEndToEndTest::shownSettings() const
+{
+    QVariantMap device = hub().deviceSettingsDict();
+    device.remove(SettingsKeys::lastMacroId);
+    return {{SettingsKeys::profiles, hub().profilesArray()},
+            {SettingsKeys::macros, hub().macrosArray()},
+            {SettingsKeys::deviceSettings, device}};
+}
+
+QVariantMap HistoryEndToEndTest::keptSettings()
+{
+    const auto reply = mDaemon->request(Command::readSettings);
+    if (!reply)
+        return {};
+    const QVariantMap all = reply->values.value(DaemonProtocol::allDevSettings).toMap();
+    QVariantMap device = all.value(SettingsKeys::deviceSettings).toMap();
+    device.remove(SettingsKeys::lastMacroId);
+    return {{SettingsKeys::profiles, all.value(SettingsKeys::profiles)},
+            {SettingsKeys::macros, all.value(SettingsKeys::macros)},
+            {SettingsKeys::deviceSettings, device}};
+}
+
+void HistoryEndToEndTest::press(Qt::KeyboardModifiers modifiers, QWidget *focus) const
+{
+    QTest::keyClick(focus ? focus : tabs()->tabBar(), Qt::Key_Z, modifiers);
+}
+
+bool HistoryEndToEndTest::offers(const QString &words) const
+{
+    const QString text = u"Undo: "_s + words;
+    return QTest::qWaitFor([&] { return button()->accessibleName() == text && button()->isEnabled(); });
+}
+
+void HistoryEndToEndTest::disableKey(int code) const
+{
+    hub().updateKeySettings(withKeys(hub().currentProfileDict(), {code}));
+}
+
+void HistoryEndToEndTest::disableElsewhere(int code)
+{
+    const QVariantMap profile = keptSettings().value(SettingsKeys::profiles).toList().value(0).toMap();
+    QVERIFY(mDaemon->request(
+        Command::updateProfile,
+        {{DaemonProtocol::profileId, 0}, {DaemonProtocol::deviceSettingsDictionary, withKeys(profile, {code})}}));
+}
+
+void HistoryEndToEndTest::buttonHasNothingToUndoAtFirst()
+{
+    QVERIFY(!button()->isEnabled());
+    QCOMPARE(button()->text(), u"Undo"_s);
+    QCOMPARE(button()->accessibleName(), u"Undo"_s);
+    QVERIFY(button()->focusPolicy() & Qt::TabFocus);
+    const QVariantMap before = shownSettings();
+    undo();
+    redo();
+    QCOMPARE(keptSettings(), before);
+}
+
+void HistoryEndToEndTest::buttonNamesTheLatestChange()
+{
+    mHub->find<KeyButton>("mA")->click();
+    mHub->find<PopUpButton>("mAssignFunction")->itemAtIndex(disablePosition)->trigger();
+    QVERIFY(offers(u"A: Disable key"_s));
+    QCOMPARE(button()->text(), u"Undo: A: Disable key"_s);
+    QTest::mouseClick(button(), Qt::LeftButton);
+    QTRY_COMPARE(status(), u"Undone: A: Disable key"_s);
+    QTRY_COMPARE(button()->accessibleName(), u"Undo"_s);
+    QTRY_VERIFY(!KeyMappings::entryForKey(hub().currentProfileDict(), keyA).isMapped());
+}
+
+void HistoryEndToEndTest::buttonStaysNarrow()
+{
+    const int width = mHub->window->width();
+    hub().addMacroWithSettings(macroOf(u"Fish & Chips "_s + QString(80, u'x')));
+    const QString words = u"Undo: Macro Fish & Chips "_s + QString(80, u'x') + u" added"_s;
+    QTRY_COMPARE(button()->accessibleName(), words);
+    QVERIFY(button()->text().startsWith(u"Undo: Macro Fish && Chips"_s));
+    QVERIFY(button()->text().endsWith(u'…'));
+    QVERIFY(button()->toolTip().contains(words.toHtmlEscaped()));
+    QVERIFY(button()->sizeHint().width() < mHub->window->width() / 3);
+    QCOMPARE(mHub->window->width(), width);
+}
+
+void HistoryEndToEndTest::everyChangeGoesBackAndComesAgain_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<int>("tab");
+    const auto row = [](const char *name, Change change, const QString &words, int tab) {
+        QTest::newRow(name) << change << words << tab;
+    };
+    row(
+        "key", [](KeyboardMainController &hub) { hub.updateKeySettings(withKeys(hub.currentProfileDict(), {keyA})); },
+        u"A: Disable key"_s, keysTab);
+    row(
+        "keys",
+        [](KeyboardMainController &hub) {
+            hub.updateKeySettings(withKeys(hub.currentProfileDict(), {keyA, keyB}));
+        },
+        u"Profile Default Profile: 2 keys assigned"_s, keysTab);
+    row(
+        "profile added",
+        [](KeyboardMainController &hub) {
+            QVariantMap profile = hub.currentProfileDict();
+            profile.insert(SettingsKeys::profileName, u"Game"_s);
+            hub.addNewProfileWithSettings(profile);
+        },
+        u"Profile Game added"_s, profilesTab);
+    row(
+        "profile deleted", [](KeyboardMainController &hub) { hub.deleteProfileWithProfileID(1); },
+        u"Profile Work deleted"_s, profilesTab);
+    row(
+        "profile renamed",
+        [](KeyboardMainController &hub) {
+            hub.renameProfileWithProfileIDAndSettings(0, {{SettingsKeys::profileName, u"Home"_s}});
+        },
+        u"Profile Default Profile renamed to Home"_s, profilesTab);
+    row(
+        "profile chosen", [](KeyboardMainController &hub) { hub.switchProfileWithID(1); }, u"Profile Work chosen"_s,
+        profilesTab);
+    row(
+        "brightness",
+        [](KeyboardMainController &hub) {
+            hub.updateValueForSetting({{SettingsKeys::brightnessKbNormal, 2}});
+        },
+        u"Profile Default Profile: brightness 2"_s, lightingTab);
+    row(
+        "macro added", [](KeyboardMainController &hub) { hub.addMacroWithSettings(macroOf(u"New"_s)); },
+        u"Macro New added"_s, macrosTab);
+    row(
+        "macro renamed", [](KeyboardMainController &hub) { hub.renameMacroAtIndexWithNewName(0, u"Heal all"_s); },
+        u"Macro Heal renamed to Heal all"_s, macrosTab);
+    row(
+        "macro deleted", [](KeyboardMainController &hub) { hub.deleteMacroAtIndex(0); }, u"Macro Heal deleted"_s,
+        macrosTab);
+    row(
+        "delays", [](KeyboardMainController &hub) { hub.setAllEventsDelayForMacroAtIndexHasNoDelay(0, 0, true); },
+        u"Macro Heal: 2 delays set"_s, macrosTab);
+    row(
+        "event removed", [](KeyboardMainController &hub) { hub.removeEventAtIndexForMacroAtIndex(0, 0); },
+        u"Macro Heal: 1 event removed"_s, macrosTab);
+    row(
+        "events removed", [](KeyboardMainController &hub) { hub.removeAllEventsForMacroAtIndex(0); },
+        u"Macro Heal: 2 events removed"_s, macrosTab);
+}
+
+void HistoryEndToEndTest::everyChangeGoesBackAndComesAgain()
+{
+    QFETCH(Change, change);
+    QFETCH(QString, words);
+    QFETCH(int, tab);
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    QVariantMap work = hub().currentProfileDict();
+    work.insert(SettingsKeys::profileName, u"Work"_s);
+    hub().addNewProfileWithSettings(work);
+    hub().switchProfileWithID(0);
+    const QVariantMap before = keptSettings();
+
+    change(hub());
+    const QVariantMap after = keptSettings();
+    QVERIFY(after != before);
+    QVERIFY2(offers(words), qPrintable(button()->accessibleName()));
+    tabs()->setCurrentIndex(tab == keysTab ? macrosTab : keysTab);
+
+    undo();
+    QTRY_COMPARE(status(), u"Undone: "_s + words);
+    QTRY_COMPARE(shownSettings(), before);
+    QCOMPARE(keptSettings(), before);
+    QTRY_COMPARE(tabs()->currentIndex(), tab);
+
+    tabs()->setCurrentIndex(tab == keysTab ? macrosTab : keysTab);
+    QTRY_VERIFY(button()->accessibleName() != u"Undo: "_s + words);
+    redo();
+    QTRY_COMPARE(status(), u"Redone: "_s + words);
+    QTRY_COMPARE(shownSettings(), after);
+    QCOMPARE(keptSettings(), after);
+    QTRY_COMPARE(tabs()->currentIndex(), tab);
+}
+
+void HistoryEndToEndTest::selectionFollowsTheKeys()
+{
+    hub().updateKeySettings(withKeys(hub().currentProfileDict(), {keyA, keyB}));
+    QVERIFY(offers(u"Profile Default Profile: 2 keys assigned"_s));
+    mHub->find<KeyButton>("mQ")->click();
+    undo();
+    QTRY_COMPARE(hub().keysController()->selectedCodes().size(), 2);
+    QVERIFY(hub().keysController()->selectedCodes().contains(keyA));
+    QVERIFY(hub().keysController()->selectedCodes().contains(keyB));
+}
+
+void HistoryEndToEndTest::selectionFollowsTheMacro()
+{
+    for (const auto &name : {u"Heal"_s, u"Burst"_s, u"Run"_s})
+        hub().addMacroWithSettings(macroOf(name));
+    tabs()->setCurrentIndex(macrosTab);
+    auto *list = mHub->find<TableView>("mMacroTableView");
+    list->selectRow(1);
+    hub().removeAllEventsForMacroAtIndex(1);
+    QVERIFY(offers(u"Macro Burst: 2 events removed"_s));
+    list->selectRow(2);
+    undo();
+    QTRY_COMPARE(list->selectedRow(), 1);
+    QTRY_COMPARE(hub().macrosController()->macroDetailsArray().size(), 3); // two events and a delay
+}
+
+void HistoryEndToEndTest::shortcutsComeBeforeTheTables_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("table");
+    QTest::newRow("profiles") << int(profilesTab) << u"mProfilesTableView"_s;
+    QTest::newRow("macros") << int(macrosTab) << u"mMacroTableView"_s;
+    QTest::newRow("events") << int(macrosTab) << u"mMacroDetailsTableView"_s;
+}
+
+void HistoryEndToEndTest::shortcutsComeBeforeTheTables()
+{
+    QFETCH(int, tab);
+    QFETCH(QString, table);
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    disableKey(keyA);
+    QVERIFY(offers(u"A: Disable key"_s));
+    tabs()->setCurrentIndex(tab);
+    if (tab == macrosTab)
+        mHub->find<TableView>("mMacroTableView")->selectRow(0);
+    auto *focus = mHub->window->findChild<TableView *>(table);
+    focus->setFocus();
+    QVERIFY(focus->hasFocus());
+    press(Qt::ControlModifier, focus);
+    QTRY_COMPARE(status(), u"Undone: A: Disable key"_s);
+    QVERIFY(offers(u"Macro Heal added"_s));
+    tabs()->setCurrentIndex(tab);
+    focus->setFocus();
+    press(Qt::ControlModifier | Qt::ShiftModifier, focus);
+    QTRY_COMPARE(status(), u"Redone: A: Disable key"_s);
+}
+
+void HistoryEndToEndTest::stepsBackThroughSeveralChanges()
+{
+    const QVariantMap before = keptSettings();
+    disableKey(keyA);
+    disableKey(keyB);
+    QVERIFY(offers(u"B: Disable key"_s));
+    undo();
+    QVERIFY(offers(u"A: Disable key"_s));
+    undo();
+    QTRY_VERIFY(!button()->isEnabled());
+    QTRY_COMPARE(shownSettings(), before);
+    QCOMPARE(keptSettings(), before);
+}
+
+void HistoryEndToEndTest::takesBackOnlyWhatItShows()
+{
+    disableKey(keyA);
+    QVERIFY(offers(u"A: Disable key"_s));
+    QTest::mousePress(button(), Qt::LeftButton);
+    disableElsewhere(keyB);
+    QVERIFY(offers(u"B: Disable key"_s));
+    const QVariantMap both = keptSettings();
+    QTest::mouseRelease(button(), Qt::LeftButton);
+    QTRY_VERIFY(status().startsWith(u"Not undone: A: Disable key."_s));
+    QVERIFY(status().contains(u"another change comes first now"_s));
+    QCOMPARE(keptSettings(), both);
+    QVERIFY(offers(u"B: Disable key"_s));
+}
+
+void HistoryEndToEndTest::refusalOfTheDaemonIsReported()
+{
+    disableKey(keyA);
+    QVERIFY(offers(u"A: Disable key"_s));
+    mDaemon->kill();
+    undo();
+    // The bus may report first that the daemon is gone, and then there is nothing to undo.
+    QTRY_VERIFY(status().startsWith(u"Not undone: A: Disable key."_s) || !button()->isEnabled());
+    QTRY_VERIFY(!button()->isEnabled());
+}
+
+void HistoryEndToEndTest::nameEditorKeepsTheShortcuts()
+{
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    QVERIFY(offers(u"Macro Heal added"_s));
+    tabs()->setCurrentIndex(macrosTab);
+    auto *list = mHub->find<TableView>("mMacroTableView");
+    list->selectRow(0);
+    list->setFocus();
+    list->editColumnRow(0, 0, true);
+    auto *editor = list->findChild<QLineEdit *>(u"cellEditor"_s);
+    QVERIFY(editor);
+    const QVariantMap before = keptSettings();
+    QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(list->editedRow(), 0);
+    QCOMPARE(keptSettings(), before);
+    QVERIFY(offers(u"Macro Heal added"_s));
+}
+
+void HistoryEndToEndTest::sheetKeepsTheShortcuts()
+{
+    disableKey(keyA);
+    QVERIFY(offers(u"A: Disable key"_s));
+    mHub->find<QToolButton>("mKeyboardButton")->click();
+    auto *sheet = mHub->find<Sheet>("mKeyboardChooser");
+    QVERIFY(sheet && sheet->isUp());
+    QTRY_COMPARE(QApplication::activeWindow(), sheet);
+    const QVariantMap before = keptSettings();
+    QTest::keyClick(sheet->focusWidget(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(keptSettings(), before);
+    sheet->reject();
+    mHub->window->activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), mHub->window.get());
+    undo();
+    QTRY_COMPARE(status(), u"Undone: A: Disable key"_s);
+}
+
+void HistoryEndToEndTest::recordingKeepsTheShortcuts()
+{
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    QVERIFY(offers(u"Macro Heal added"_s));
+    tabs()->setCurrentIndex(macrosTab);
+    auto *list = mHub->find<TableView>("mMacroTableView");
+    list->selectRow(0);
+    mHub->find<QPushButton>("mRecordMacroDetails")->click();
+    QVERIFY(hub().macrosController()->isRecording() || hub().macrosController()->isAppendMacro());
+    QVERIFY(!button()->isEnabled());
+    const QVariantMap before = keptSettings();
+    press(Qt::ControlModifier, list);
+    QCOMPARE(keptSettings(), before);
+    hub().macrosController()->stopAllMacroRecording();
+    QTRY_VERIFY(button()->isEnabled());
+}
+
+void HistoryEndToEndTest::takesBackTheChangeOfAnotherClient()
+{
+    const QVariantMap before = keptSettings();
+    disableElsewhere(keyB);
+    QVERIFY(offers(u"B: Disable key"_s));
+    QTest::mouseClick(button(), Qt::LeftButton);
+    QTRY_COMPARE(status(), u"Undone: B: Disable key"_s);
+    QTRY_COMPARE(shownSettings(), before);
+}
+
+void HistoryEndToEndTest::restsWithoutADaemon()
+{
+    disableKey(keyA);
+    QVERIFY(offers(u"A: Disable key"_s));
+    mDaemon->kill();
+    QTRY_VERIFY(!button()->isEnabled());
+    QCOMPARE(button()->accessibleName(), u"Undo"_s);
+    QVERIFY(mDaemon->start());
+    QVERIFY(offers(u"A: Disable key"_s));
+}
+
+QTEST_MAIN(HistoryEndToEndTest)
+#include "historyendtoendtest.moc"
