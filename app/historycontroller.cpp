@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/historycontroller.h"
 
+#include "app/historysheet.h"
 #include "app/keyboardmaincontroller.h"
+#include "app/statuswords.h"
 #include "base/devicesettings.h"
 #include "base/historykeys.h"
 #include "base/profilerecord.h"
@@ -74,8 +76,10 @@ HistoryController::HistoryController(KeyboardMainController &hub, const ServiceS
     connect(&mHistory, &HistoryStatus::changed, this, &HistoryController::showState);
 }
 
-void HistoryController::setOutlets(QWidget *window, QToolButton *undoButton)
+void HistoryController::setOutlets(QWidget *window, QToolButton *undoButton, QToolButton *historyButton)
 {
+    mWindow = window;
+    connect(historyButton, &QToolButton::clicked, this, &HistoryController::openSheet);
     mUndoButton = undoButton;
     mUndoShortcut = new QShortcut(Qt::CTRL | Qt::Key_Z, window);
     mRedoShortcut = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z, window);
@@ -85,6 +89,17 @@ void HistoryController::setOutlets(QWidget *window, QToolButton *undoButton)
     connect(mUndoButton, &QToolButton::pressed, this, [this] { mPressedEntry = mHistory.nextUndo(); });
     connect(mUndoButton, &QToolButton::clicked, this, [this] { undo(std::exchange(mPressedEntry, std::nullopt)); });
     showState();
+}
+
+void HistoryController::openSheet()
+{
+    if (!mSheet) {
+        mSheet = new HistorySheet(mHistory, mWindow);
+        connect(mSheet, &HistorySheet::restoreRequested, this, &HistoryController::restore);
+        connect(mSheet, &HistorySheet::clearRequested, this, &HistoryController::clear);
+    }
+    showState();
+    mSheet->show(mWindow);
 }
 
 void HistoryController::start()
@@ -107,6 +122,8 @@ void HistoryController::showState()
 {
     if (!mUndoButton)
         return;
+    if (mSheet)
+        mSheet->setCanRestore(canAct() && !mHistory.isBusy());
     mUndoShortcut->setEnabled(canAct());
     mRedoShortcut->setEnabled(canAct());
     const std::optional<QVariantMap> &next = mHistory.nextUndo();
@@ -126,7 +143,7 @@ void HistoryController::undo(const std::optional<QVariantMap> &entry)
     if (!entry || !canAct() || mHistory.isBusy())
         return;
     begin(*entry);
-    mHistory.undo(idOf(*entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, true); });
+    mHistory.undo(idOf(*entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, Way::undo); });
 }
 
 void HistoryController::redo()
@@ -135,7 +152,31 @@ void HistoryController::redo()
     if (!entry || !canAct() || mHistory.isBusy())
         return;
     begin(*entry);
-    mHistory.redo(idOf(*entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, false); });
+    mHistory.redo(idOf(*entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, Way::redo); });
+}
+
+void HistoryController::restore(const QVariantMap &entry)
+{
+    if (!canAct() || mHistory.isBusy())
+        return;
+    begin(entry);
+    mHistory.restore(idOf(entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, Way::restore); });
+}
+
+void HistoryController::clear()
+{
+    mHistory.clear([this](const HistoryStatus::Outcome &outcome) {
+        const bool isCleared = outcome.error.isEmpty();
+        report({.event = isCleared ? StatusReport::Event::historyCleared : StatusReport::Event::historyNotCleared,
+                .reason = outcome.error});
+    });
+}
+
+void HistoryController::report(const StatusReport &report)
+{
+    mHub.report(report);
+    if (mSheet && mSheet->isUp())
+        mSheet->say(StatusWords::ofReport(report));
 }
 
 void HistoryController::begin(const QVariantMap &entry)
@@ -146,18 +187,24 @@ void HistoryController::begin(const QVariantMap &entry)
                  .macros = mHub.macrosArray()};
 }
 
-void HistoryController::ended(const HistoryStatus::Outcome &outcome, bool isUndo)
+void HistoryController::ended(const HistoryStatus::Outcome &outcome, Way way)
 {
     if (!mStep)
         return;
     using Event = StatusReport::Event;
+    struct Events
+    {
+        Event success, failure;
+    };
+    constexpr std::array events{Events{Event::undone, Event::notUndone}, Events{Event::redone, Event::notRedone},
+                                Events{Event::restored, Event::notRestored}};
+    const Events &event = events.at(size_t(way));
     const QString words = historyWords(mStep->entry);
     if (!outcome.error.isEmpty()) {
         mStep.reset();
-        mHub.report({.event = isUndo ? Event::notUndone : Event::notRedone, .subject = words, .reason = outcome.error});
-        return;
+        return report({.event = event.failure, .subject = words, .reason = outcome.error});
     }
-    mHub.report({.event = isUndo ? Event::undone : Event::redone, .subject = words});
+    report({.event = event.success, .subject = words});
     mStep->isDone = true;
     revealIfComplete();
 }

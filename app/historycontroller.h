@@ -10,7 +10,9 @@
 
 #include <optional>
 
+class HistorySheet;
 class KeyboardMainController;
+struct StatusReport;
 class QShortcut;
 class QToolButton;
 
@@ -24,8 +26,8 @@ public:
     /// `hub` must outlive this.
     HistoryController(KeyboardMainController &hub, const ServiceStatus &service);
 
-    /// Adds the shortcuts to `window`, and connects the button. Must be called once.
-    void setOutlets(QWidget *window, QToolButton *undoButton);
+    /// Adds the shortcuts to `window`, and connects the buttons. Must be called once.
+    void setOutlets(QWidget *window, QToolButton *undoButton, QToolButton *historyButton);
     /// Follows the daemon from now on. Must be called once.
     void start();
     /// Must be called when the hub enables or disables its controls.
@@ -47,10 +49,17 @@ private:
         bool isFollowed = false;
     };
 
+    enum class Way { undo, redo, restore };
+
     void undo(const std::optional<QVariantMap> &entry);
     void redo();
+    void restore(const QVariantMap &entry);
+    void clear();
+    void openSheet();
+    /// Reports in the status line and in an open sheet.
+    void report(const StatusReport &report);
     void begin(const QVariantMap &entry);
-    void ended(const HistoryStatus::Outcome &outcome, bool isUndo);
+    void ended(const HistoryStatus::Outcome &outcome, Way way);
     void revealIfComplete();
     void reveal(const Step &step);
     [[nodiscard]] int rowOfMacro(const Step &step, const QVariantMap &change) const;
@@ -59,7 +68,9 @@ private:
 
     KeyboardMainController &mHub;
     HistoryStatus mHistory;
+    QPointer<QWidget> mWindow;
     QPointer<QToolButton> mUndoButton;
+    QPointer<HistorySheet> mSheet; ///< made when it is first opened; the window owns it
     QShortcut *mUndoShortcut = nullptr;
     QShortcut *mRedoShortcut = nullptr;
     std::optional<QVariantMap> mPressedEntry; ///< the button's entry when it was pressed

@@ -30,7 +30,10 @@ HistoryStatus::Outcome outcomeOf(const QDBusMessage &reply)
 
 HistoryStatus::HistoryStatus(const ServiceStatus &service, QObject *parent) : QObject(parent)
 {
-    connect(&service, &ServiceStatus::daemonHasGone, this, [this] { set({}); });
+    connect(&service, &ServiceStatus::daemonHasGone, this, [this] {
+        set({});
+        Q_EMIT listChanged();
+    });
     connect(&service, &ServiceStatus::daemonHasCome, this, &HistoryStatus::readAgain);
 }
 
@@ -52,8 +55,27 @@ void HistoryStatus::change(QLatin1StringView method, uint id, const Then &then)
     Q_EMIT changed();
 }
 
+void HistoryStatus::preview(uint id, QObject *context, const Then &then) const
+{
+    historyObject.call("Preview"_L1, context, [then](const QDBusMessage &reply) { then(outcomeOf(reply)); }, {id});
+}
+
+void HistoryStatus::list(QObject *context, const std::function<void(const QList<QVariantMap> &entries)> &then) const
+{
+    historyObject.call("List"_L1, context, [then](const QDBusMessage &reply) {
+        const bool isList = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "aa{sv}"_L1;
+        then(isList ? historyEntries(reply.arguments().constFirst()) : QList<QVariantMap>());
+    });
+}
+
+void HistoryStatus::clear(const Then &then)
+{
+    historyObject.call("Clear"_L1, this, [then](const QDBusMessage &reply) { then(outcomeOf(reply)); });
+}
+
 void HistoryStatus::readAgain()
 {
+    Q_EMIT listChanged();
     // A drag of a slider changes the history more often than the daemon can be asked.
     mIsOutdated = mIsReading;
     if (!mIsReading)

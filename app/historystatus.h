@@ -47,9 +47,22 @@ public:
     /// Makes the change of the entry `id` again, in the same way.
     void redo(uint id, const Then &then) { change(QLatin1StringView("Redo"), id, then); }
 
+    /// Takes back the entry `id` alone, or with the later changes that preview() names. Must not be called while
+    /// isBusy().
+    void restore(uint id, const Then &then) { change(QLatin1StringView("Restore"), id, then); }
+    /// Asks what restore() would do, without changing anything. Later, `then` gets the answer, unless `context` has
+    /// been destroyed.
+    void preview(uint id, QObject *context, const Then &then) const;
+    /// Asks for all entries, the oldest first; none without an answer. `context` as in preview().
+    void list(QObject *context, const std::function<void(const QList<QVariantMap> &entries)> &then) const;
+    /// Deletes all entries and the daily backups.
+    void clear(const Then &then);
+
 Q_SIGNALS:
     /// One of the next entries, or isBusy(), has changed.
     void changed();
+    /// The answer of list() may have changed.
+    void listChanged();
 
 private Q_SLOTS:
     void readAgain();

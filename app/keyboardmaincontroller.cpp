@@ -79,7 +79,7 @@ void KeyboardMainController::setOutlets(const MainWindowOutlets &outlets)
     static_cast<MainWindowOutlets &>(*this) = outlets;
     mStatus.setLine(mStatusLine);
     mStatus.setNotice(outlets.mConnectionNotice);
-    mHistory->setOutlets(mMainWindow, mUndoButton);
+    mHistory->setOutlets(mMainWindow, mUndoButton, mHistoryButton);
 }
 
 void KeyboardMainController::awakeFromNib()

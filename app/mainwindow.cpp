@@ -239,10 +239,12 @@ QLayout *MainWindow::createStatusRow()
     mOutlets.mStatusLine = new StatusLine;
     mOutlets.mStatusLine->setObjectName("mStatusLine"_L1);
     mOutlets.mUndoButton = statusRowButton("mUndoButton", "lkeyHistoryUndo", Symbol::undo);
+    mOutlets.mHistoryButton = statusRowButton("mHistoryButton", "lkeyHistoryOpen", Symbol::history);
     auto *keyboard = statusRowButton("mKeyboardButton", "lkeyChooserOpen", Symbol::keyboard);
     connect(keyboard, &QToolButton::clicked, this, &MainWindow::openKeyboardChooser);
     row->addWidget(mOutlets.mStatusLine, 1);
     row->addWidget(mOutlets.mUndoButton);
+    row->addWidget(mOutlets.mHistoryButton);
     row->addWidget(keyboard);
     return row;
 }

@@ -27,6 +27,7 @@ struct MainWindowOutlets
     QProgressBar *mRestoringStateProgress = nullptr;
     StatusLine *mStatusLine = nullptr;
     QToolButton *mUndoButton = nullptr;
+    QToolButton *mHistoryButton = nullptr;
     ConnectionNotice *mConnectionNotice = nullptr;
     QWidget *mMainWindow = nullptr;
 };

@@ -81,22 +81,6 @@ QString reasonOf(int status)
     return localizedText("lkeyStatusReasonInvalid");
 }
 
-/// The reason why no change was taken back, by the D-Bus name of the error.
-QString reasonOfHistory(const QString &error)
-{
-    if (error == HistoryKeys::outdatedError || error == HistoryKeys::unknownError)
-        return localizedText("lkeyHistoryReasonOutdated");
-    if (error == HistoryKeys::notInEffectError)
-        return localizedText("lkeyHistoryReasonNotInEffect");
-    if (error == HistoryKeys::unreachableError)
-        return localizedText("lkeyHistoryReasonUnreachable");
-    if (error == HistoryKeys::invalidError)
-        return localizedText("lkeyStatusReasonFull");
-    if (error == HistoryKeys::notSavedError)
-        return localizedText("lkeyStatusReasonNotSaved");
-    return localizedText("lkeyHistoryReasonNoReply");
-}
-
 const char *keyOf(Event event)
 {
     switch (event) {
@@ -119,6 +103,10 @@ const char *keyOf(Event event)
     case Event::redone: return "lkeyHistoryRedone";
     case Event::notUndone: return "lkeyHistoryNotUndone";
     case Event::notRedone: return "lkeyHistoryNotRedone";
+    case Event::restored: return "lkeyHistoryRestored";
+    case Event::notRestored: return "lkeyHistoryNotRestored";
+    case Event::historyCleared: return "lkeyHistoryCleared";
+    case Event::historyNotCleared: return "lkeyHistoryNotCleared";
     case Event::settingsProblem: break;
     }
     return "lkeyStatusSettingsProblem";
@@ -132,7 +120,9 @@ QStringList argumentsOf(const StatusReport &report)
     case Event::cleanUpRefused: return {reasonOf(report.number)};
     case Event::lateReply: return {QString::number(report.number)};
     case Event::notUndone:
-    case Event::notRedone: return {report.subject, reasonOfHistory(report.reason)};
+    case Event::notRedone:
+    case Event::notRestored: return {report.subject, StatusWords::ofHistoryError(report.reason)};
+    case Event::historyNotCleared: return {StatusWords::ofHistoryError(report.reason)};
     default: return {report.subject, report.reason};
     }
 }
@@ -157,6 +147,21 @@ QString StatusWords::ofState(const StatusState &state)
 QString StatusWords::ofReport(const StatusReport &report)
 {
     return visibleText(localizedFormat(keyOf(report.event), argumentsOf(report)), u' ');
+}
+
+QString StatusWords::ofHistoryError(const QString &error)
+{
+    if (error == HistoryKeys::outdatedError || error == HistoryKeys::unknownError)
+        return localizedText("lkeyHistoryReasonOutdated");
+    if (error == HistoryKeys::notInEffectError)
+        return localizedText("lkeyHistoryReasonNotInEffect");
+    if (error == HistoryKeys::unreachableError)
+        return localizedText("lkeyHistoryReasonUnreachable");
+    if (error == HistoryKeys::invalidError)
+        return localizedText("lkeyStatusReasonFull");
+    if (error == HistoryKeys::notSavedError)
+        return localizedText("lkeyStatusReasonNotSaved");
+    return localizedText("lkeyHistoryReasonNoReply");
 }
 
 QString StatusWords::ofWait()

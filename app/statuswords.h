@@ -36,6 +36,8 @@ namespace StatusWords {
 
 [[nodiscard]] QString ofState(const StatusState &state);
 [[nodiscard]] QString ofReport(const StatusReport &report);
+/// The reason why no change was taken back, by the D-Bus name of the error (base/historykeys.h).
+[[nodiscard]] QString ofHistoryError(const QString &error);
 /// While a command waits for the daemon.
 [[nodiscard]] QString ofWait();
 

@@ -26,6 +26,10 @@ struct StatusReport
         redone,                ///< as undone
         notUndone,             ///< as undone; the reason is the D-Bus name of the history's error
         notRedone,             ///< as notUndone
+        restored,              ///< as undone
+        notRestored,           ///< as notUndone
+        historyCleared,        ///< the history and the backups are deleted
+        historyNotCleared,     ///< the reason is that of notUndone
         settingsProblem,       ///< of the daemon's settings files; the subject has the daemon's sentences
     };
 

@@ -7,6 +7,7 @@
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
+#include "keys/keymapping.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/macrocommands.h"
 #include "platform/pulldownbutton.h"
@@ -33,6 +34,8 @@
 #include <QSlider>
 #include <QTabWidget>
 #include <QTest>
+#include <QToolButton>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -66,6 +69,27 @@ void editEvent(const Hub &hub, int row)
     hub.find<TableView>("mMacroTableView")->selectRow(0);
     hub.find<TableView>("mMacroDetailsTableView")->selectRow(row);
     choose(hub, "mSettingsMacroDetails", MacroCommands::edit);
+}
+
+/// Makes three changes and waits until the window offers to undo the last one.
+void changeKeys(const Hub &hub)
+{
+    for (const int code : {4, 5, 6}) {
+        const QVariantMap keys = hub.controller->currentProfileDict().value(SettingsKeys::keys).toMap();
+        hub.controller->updateKeySettings(
+            {{SettingsKeys::keys, KeyMappings::withEntry(keys, QString::number(code),
+                                                         KeyMappings::Assignment::launchProgram, u"/bin/game"_s, 0)}});
+    }
+    QTRY_VERIFY(hub.find<QToolButton>("mUndoButton")->text().contains(u'C'));
+}
+
+void openHistory(const Hub &hub)
+{
+    hub.find<QToolButton>("mHistoryButton")->click();
+    auto *list = hub.find<QTreeWidget>("mHistoryList");
+    QTRY_COMPARE(list->topLevelItemCount(), 1);
+    list->setCurrentItem(list->topLevelItem(0)->child(2));
+    QTRY_VERIFY(!hub.find<QLabel>("mHistoryEffect")->text().isEmpty());
 }
 
 const std::array scenes{
@@ -118,6 +142,13 @@ const std::array scenes{
                   {.event = StatusReport::Event::exportFailed, .subject = u"A very long name "_s.repeated(20)});
           },
           false},
+    Scene{"undo", 0, changeKeys, false},
+    Scene{"history-empty", 0, [](const Hub &hub) { hub.find<QToolButton>("mHistoryButton")->click(); }},
+    Scene{"history", 0,
+          [](const Hub &hub) {
+              changeKeys(hub);
+              openHistory(hub);
+          }},
     Scene{"single-key-sheet", 0,
           [](const Hub &hub) { hub.find<Sheet>("mSingleKeyWindow")->beginSheet(hub.window.get()); }},
     Scene{"event-sheet", macrosTab, [](const Hub &hub) { editEvent(hub, 0); }},

@@ -2,6 +2,7 @@
 #include "app/statuswords.h"
 
 #include "base/devicekeys.h"
+#include "base/historykeys.h"
 #include "base/status.h"
 #include "base/text.h"
 #include "tests/support/testmain.h"
@@ -140,6 +141,20 @@ void StatusWordsTest::describesTheEvents_data()
         u"The keyboard service did not respond. The recording may be missing."_s);
     add("recording", {Event::recordingNotStored, {}, int(Status::limitReached)},
         u"The recording could not be stored: there is no more room."_s);
+    add("undone", {Event::undone, u"Macro Heal deleted"_s}, u"Undone: Macro Heal deleted"_s);
+    add("redone", {Event::redone, u"Macro Heal deleted"_s}, u"Redone: Macro Heal deleted"_s);
+    add("restored", {Event::restored, u"Macro Heal deleted"_s}, u"Taken back: Macro Heal deleted"_s);
+    const auto notUndone = [&add](const char *row, QLatin1StringView error, const QString &reason) {
+        add(row, {Event::notUndone, u"Game mode on"_s, 0, error},
+            u"Not undone: Game mode on. The reason: %1."_s.arg(reason));
+    };
+    notUndone("undo, another client was faster", HistoryKeys::outdatedError,
+              u"the settings have changed meanwhile, and another change comes first now"_s);
+    notUndone("undo, already undone", HistoryKeys::notInEffectError, u"the change has been taken back already"_s);
+    notUndone("undo, replaced", HistoryKeys::unreachableError, u"the settings were replaced in another way since"_s);
+    notUndone("undo, full", HistoryKeys::invalidError, u"there is no more room"_s);
+    notUndone("undo, full disk", HistoryKeys::notSavedError, u"the settings could not be written to the disk"_s);
+    notUndone("undo, no daemon", "org.freedesktop.DBus.Error.NoReply"_L1, u"the keyboard service did not respond"_s);
     add("settings", {Event::settingsProblem, u"settings.plist was damaged."_s},
         u"Problem with the keyboard settings: settings.plist was damaged."_s);
     const auto refused = [&add](Status status, const QString &reason) {

@@ -55,5 +55,35 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>Die Änderung ist schon zurückgenommen</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>Die Einstellungen wurden seither auf andere Weise ersetzt</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>Der Tastaturdienst hat nicht geantwortet</translation></message>
+    <!-- The sheet. -->
+    <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>Verlauf…</translation></message>
+    <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>Verlauf</translation></message>
+    <message id="lkeyHistorySearch"><source>lkeyHistorySearch</source><translation>In den Änderungen suchen</translation></message>
+    <message id="lkeyHistoryTime"><source>lkeyHistoryTime</source><translation>Zeit</translation></message>
+    <message id="lkeyHistoryChange"><source>lkeyHistoryChange</source><translation>Änderung</translation></message>
+    <message id="lkeyHistoryAuthor"><source>lkeyHistoryAuthor</source><translation>Von</translation></message>
+    <message id="lkeyHistoryState"><source>lkeyHistoryState</source><translation>Zustand</translation></message>
+    <message id="lkeyHistoryByWindow"><source>lkeyHistoryByWindow</source><translation>diesem Fenster</translation></message>
+    <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
+    <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>der Tastatur</translation></message>
+    <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>einem anderen Programm</translation></message>
+    <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>zurückgenommen</translation></message>
+    <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>nicht zurückzunehmen</translation></message>
+    <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>Wiederherstellen</translation></message>
+    <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>Vergessen…</translation></message>
+    <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>Noch enthält der Verlauf keine Änderung.</translation></message>
+    <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>Wählen Sie eine Änderung aus, um zu sehen, was sie bewirkt hat.</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Vorher: %@</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Nachher: %@</translation></message>
+    <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>„Wiederherstellen“ nimmt nur diese Änderung zurück.</translation></message>
+    <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>„Wiederherstellen“ nimmt auch %@ spätere Änderungen zurück: %@</translation></message>
+    <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>„Wiederherstellen“ nimmt auch eine spätere Änderung zurück: %@</translation></message>
+    <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>Diese Änderung lässt sich nicht zurücknehmen: %@.</translation></message>
+    <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>Möchten Sie den Verlauf löschen?</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Alle Änderungen in dieser Liste und die täglichen Sicherungen werden gelöscht. Gelöschte Profile und Makros sind dann endgültig weg. Ihre Einstellungen bleiben.</translation></message>
+    <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>Löschen</translation></message>
+    <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>Nicht zurückgenommen: %@. Der Grund: %@.</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>Der Verlauf und die täglichen Sicherungen sind gelöscht.</translation></message>
+    <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>Der Verlauf wurde nicht gelöscht: %@.</translation></message>
 </context>
 </TS>

@@ -55,5 +55,35 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>the change has been taken back already</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>the settings were replaced in another way since</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>the keyboard service did not respond</translation></message>
+    <!-- The sheet. -->
+    <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>History…</translation></message>
+    <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>History</translation></message>
+    <message id="lkeyHistorySearch"><source>lkeyHistorySearch</source><translation>Search the changes</translation></message>
+    <message id="lkeyHistoryTime"><source>lkeyHistoryTime</source><translation>Time</translation></message>
+    <message id="lkeyHistoryChange"><source>lkeyHistoryChange</source><translation>Change</translation></message>
+    <message id="lkeyHistoryAuthor"><source>lkeyHistoryAuthor</source><translation>By</translation></message>
+    <message id="lkeyHistoryState"><source>lkeyHistoryState</source><translation>State</translation></message>
+    <message id="lkeyHistoryByWindow"><source>lkeyHistoryByWindow</source><translation>this window</translation></message>
+    <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
+    <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>the keyboard</translation></message>
+    <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>another program</translation></message>
+    <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>taken back</translation></message>
+    <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>cannot be taken back</translation></message>
+    <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>Restore</translation></message>
+    <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>Forget…</translation></message>
+    <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>No change is in the history yet.</translation></message>
+    <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>Select a change to see what it did.</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Before: %@</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>After: %@</translation></message>
+    <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>“Restore” takes back this change alone.</translation></message>
+    <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>“Restore” also takes back %@ later changes: %@</translation></message>
+    <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>“Restore” also takes back a later change: %@</translation></message>
+    <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>This change cannot be taken back: %@.</translation></message>
+    <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>Do you want to delete the history?</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>All changes in this list and the daily backups are deleted. Deleted profiles and macros are then gone for good. Your settings stay.</translation></message>
+    <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>Delete</translation></message>
+    <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>Not taken back: %@. The reason: %@.</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>The history and the daily backups are deleted.</translation></message>
+    <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>The history was not deleted: %@.</translation></message>
 </context>
 </TS>

@@ -55,5 +55,35 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>el cambio ya se había deshecho</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>los ajustes se han sustituido después de otra manera</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>el servicio del teclado no ha respondido</translation></message>
+    <!-- The sheet. -->
+    <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>Historial…</translation></message>
+    <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>Historial</translation></message>
+    <message id="lkeyHistorySearch"><source>lkeyHistorySearch</source><translation>Buscar en los cambios</translation></message>
+    <message id="lkeyHistoryTime"><source>lkeyHistoryTime</source><translation>Hora</translation></message>
+    <message id="lkeyHistoryChange"><source>lkeyHistoryChange</source><translation>Cambio</translation></message>
+    <message id="lkeyHistoryAuthor"><source>lkeyHistoryAuthor</source><translation>Por</translation></message>
+    <message id="lkeyHistoryState"><source>lkeyHistoryState</source><translation>Estado</translation></message>
+    <message id="lkeyHistoryByWindow"><source>lkeyHistoryByWindow</source><translation>esta ventana</translation></message>
+    <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
+    <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>el teclado</translation></message>
+    <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>otro programa</translation></message>
+    <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>deshecho</translation></message>
+    <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>no se puede deshacer</translation></message>
+    <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>Restaurar</translation></message>
+    <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>Olvidar…</translation></message>
+    <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>El historial aún no contiene ningún cambio.</translation></message>
+    <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>Seleccione un cambio para ver su efecto.</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Antes: %@</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Después: %@</translation></message>
+    <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>«Restaurar» deshace solo este cambio.</translation></message>
+    <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>«Restaurar» deshace también %@ cambios posteriores: %@</translation></message>
+    <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>«Restaurar» deshace también un cambio posterior: %@</translation></message>
+    <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>Este cambio no se puede deshacer: %@.</translation></message>
+    <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>¿Desea eliminar el historial?</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Se eliminan todos los cambios de esta lista y las copias diarias. Los perfiles y macros eliminados se pierden entonces para siempre. Sus ajustes se conservan.</translation></message>
+    <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>Eliminar</translation></message>
+    <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>No se ha restaurado: %@. Motivo: %@.</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>El historial y las copias diarias se han eliminado.</translation></message>
+    <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>No se ha eliminado el historial: %@.</translation></message>
 </context>
 </TS>

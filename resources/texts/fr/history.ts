@@ -55,5 +55,35 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>la modification a déjà été annulée</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>les réglages ont depuis été remplacés autrement</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>le service du clavier n’a pas répondu</translation></message>
+    <!-- The sheet. -->
+    <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>Historique…</translation></message>
+    <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>Historique</translation></message>
+    <message id="lkeyHistorySearch"><source>lkeyHistorySearch</source><translation>Rechercher dans les modifications</translation></message>
+    <message id="lkeyHistoryTime"><source>lkeyHistoryTime</source><translation>Heure</translation></message>
+    <message id="lkeyHistoryChange"><source>lkeyHistoryChange</source><translation>Modification</translation></message>
+    <message id="lkeyHistoryAuthor"><source>lkeyHistoryAuthor</source><translation>Par</translation></message>
+    <message id="lkeyHistoryState"><source>lkeyHistoryState</source><translation>État</translation></message>
+    <message id="lkeyHistoryByWindow"><source>lkeyHistoryByWindow</source><translation>cette fenêtre</translation></message>
+    <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
+    <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>le clavier</translation></message>
+    <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>un autre programme</translation></message>
+    <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>annulée</translation></message>
+    <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>ne peut être annulée</translation></message>
+    <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>Restaurer</translation></message>
+    <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>Oublier…</translation></message>
+    <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>L’historique ne contient encore aucune modification.</translation></message>
+    <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>Sélectionnez une modification pour voir son effet.</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Avant : %@</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Après : %@</translation></message>
+    <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>« Restaurer » annule seulement cette modification.</translation></message>
+    <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>« Restaurer » annule aussi %@ modifications ultérieures : %@</translation></message>
+    <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>« Restaurer » annule aussi une modification ultérieure : %@</translation></message>
+    <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>Cette modification ne peut pas être annulée : %@.</translation></message>
+    <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>Voulez-vous supprimer l’historique ?</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Toutes les modifications de cette liste et les sauvegardes quotidiennes sont supprimées. Les profils et macros supprimés sont alors définitivement perdus. Vos réglages restent.</translation></message>
+    <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>Supprimer</translation></message>
+    <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>Non restauré : %@. Raison : %@.</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>L’historique et les sauvegardes quotidiennes sont supprimés.</translation></message>
+    <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>L’historique n’a pas été supprimé : %@.</translation></message>
 </context>
 </TS>

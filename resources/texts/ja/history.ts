@@ -55,5 +55,35 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>この変更はすでに取り消されています</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>その後、設定が別の方法で置き換えられました</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>キーボードのサービスが応答しませんでした</translation></message>
+    <!-- The sheet. -->
+    <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>履歴…</translation></message>
+    <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>履歴</translation></message>
+    <message id="lkeyHistorySearch"><source>lkeyHistorySearch</source><translation>変更を検索</translation></message>
+    <message id="lkeyHistoryTime"><source>lkeyHistoryTime</source><translation>時刻</translation></message>
+    <message id="lkeyHistoryChange"><source>lkeyHistoryChange</source><translation>変更</translation></message>
+    <message id="lkeyHistoryAuthor"><source>lkeyHistoryAuthor</source><translation>変更元</translation></message>
+    <message id="lkeyHistoryState"><source>lkeyHistoryState</source><translation>状態</translation></message>
+    <message id="lkeyHistoryByWindow"><source>lkeyHistoryByWindow</source><translation>このウインドウ</translation></message>
+    <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
+    <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>キーボード</translation></message>
+    <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>ほかのプログラム</translation></message>
+    <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>取り消し済み</translation></message>
+    <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>取り消せません</translation></message>
+    <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>復元</translation></message>
+    <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>履歴を消去…</translation></message>
+    <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>履歴にはまだ変更がありません。</translation></message>
+    <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>変更を選択すると、その内容が表示されます。</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>変更前: %@</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>変更後: %@</translation></message>
+    <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>「復元」はこの変更だけを取り消します。</translation></message>
+    <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>「復元」は後の変更 %@ 件も取り消します: %@</translation></message>
+    <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>「復元」は後の変更 1 件も取り消します: %@</translation></message>
+    <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>この変更は取り消せません: %@。</translation></message>
+    <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>履歴を削除しますか？</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>この一覧のすべての変更と毎日のバックアップが削除されます。削除したプロファイルとマクロは二度と戻せません。現在の設定はそのまま残ります。</translation></message>
+    <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>削除</translation></message>
+    <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>取り消せませんでした: %@。理由: %@。</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>履歴と毎日のバックアップを削除しました。</translation></message>
+    <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>履歴を削除できませんでした: %@。</translation></message>
 </context>
 </TS>
