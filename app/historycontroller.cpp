@@ -63,6 +63,14 @@ QList<int> keysThatDiffer(const QVariantMap &before, const QVariantMap &after)
     return codes;
 }
 
+/// Whether the user cannot take back a change of this kind by doing the opposite.
+bool loses(const QString &kind)
+{
+    using namespace HistoryKeys;
+    constexpr std::array kinds{kindEventsRemoved, kindMacroRecorded, kindDelaysSet, kindProfileChanged, kindKeys};
+    return std::ranges::find(kinds, kind) != kinds.end();
+}
+
 uint idOf(const QVariantMap &entry)
 {
     return entry.value(HistoryKeys::id).toUInt();
@@ -73,7 +81,10 @@ uint idOf(const QVariantMap &entry)
 HistoryController::HistoryController(KeyboardMainController &hub, const ServiceStatus &service)
     : mHub(hub), mHistory(service)
 {
-    connect(&mHistory, &HistoryStatus::changed, this, &HistoryController::showState);
+    connect(&mHistory, &HistoryStatus::changed, this, [this] {
+        showState();
+        offerUndo();
+    });
 }
 
 void HistoryController::setOutlets(QWidget *window, QToolButton *undoButton, QToolButton *historyButton)
@@ -111,6 +122,19 @@ void HistoryController::setControlsState(bool isEnabled)
 {
     mAreControlsOn = isEnabled;
     showState();
+}
+
+void HistoryController::offerUndo()
+{
+    if (!mHistory.isKnown())
+        return mLatestId.reset();
+    const std::optional<QVariantMap> &next = mHistory.nextUndo();
+    const uint id = next ? idOf(*next) : 0;
+    const bool isNew = mLatestId && id > *mLatestId;
+    mLatestId = std::max(id, mLatestId.value_or(0));
+    if (isNew && loses(next->value(HistoryKeys::kind).toString())
+        && next->value(HistoryKeys::author).toString() == HistoryKeys::authorConfigurator)
+        mHub.report({.event = StatusReport::Event::canBeUndone, .subject = historyWords(*next)});
 }
 
 bool HistoryController::canAct() const

@@ -63,6 +63,8 @@ private:
     void revealIfComplete();
     void reveal(const Step &step);
     [[nodiscard]] int rowOfMacro(const Step &step, const QVariantMap &change) const;
+    /// Says in the status line that the user's latest change can be undone, if nothing else takes it back.
+    void offerUndo();
     [[nodiscard]] bool canAct() const;
     void showState();
 
@@ -75,5 +77,6 @@ private:
     QShortcut *mRedoShortcut = nullptr;
     std::optional<QVariantMap> mPressedEntry; ///< the button's entry when it was pressed
     std::optional<Step> mStep;
+    std::optional<uint> mLatestId; ///< of the next entries so far; absent while they are unknown
     bool mAreControlsOn = false;
 };

@@ -90,15 +90,16 @@ void HistoryStatus::read()
         const bool isList = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "aa{sv}"_L1;
         if (std::exchange(mIsOutdated, false))
             return read();
-        set(isList ? historyEntries(reply.arguments().constFirst()) : QList<QVariantMap>());
+        set(isList ? std::optional(historyEntries(reply.arguments().constFirst())) : std::nullopt);
     });
 }
 
-void HistoryStatus::set(const QList<QVariantMap> &next)
+void HistoryStatus::set(const std::optional<QList<QVariantMap>> &next)
 {
+    mIsKnown = next.has_value();
     mNextUndo.reset();
     mNextRedo.reset();
-    for (const QVariantMap &entry : next) {
+    for (const QVariantMap &entry : next.value_or(QList<QVariantMap>())) {
         const bool isUndo = entry.value(HistoryKeys::next).toString() == HistoryKeys::nextUndo;
         (isUndo ? mNextUndo : mNextRedo) = entry;
     }

@@ -38,6 +38,8 @@ public:
     [[nodiscard]] const std::optional<QVariantMap> &nextUndo() const { return mNextUndo; }
     /// The entry that redo() takes next, in the same way.
     [[nodiscard]] const std::optional<QVariantMap> &nextRedo() const { return mNextRedo; }
+    /// Whether the daemon has named the next entries.
+    [[nodiscard]] bool isKnown() const { return mIsKnown; }
     /// Whether a call that changes the settings is on its way, or the daemon is asked for the next entries.
     [[nodiscard]] bool isBusy() const { return mIsChanging || mIsReading; }
 
@@ -70,10 +72,11 @@ private Q_SLOTS:
 private:
     void change(QLatin1StringView method, uint id, const Then &then);
     void read();
-    void set(const QList<QVariantMap> &next);
+    void set(const std::optional<QList<QVariantMap>> &next);
 
     std::optional<QVariantMap> mNextUndo;
     std::optional<QVariantMap> mNextRedo;
+    bool mIsKnown = false;
     bool mIsChanging = false;
     bool mIsReading = false;
     bool mIsOutdated = false; ///< the history has changed since the last question

@@ -99,6 +99,7 @@ const char *keyOf(Event event)
     case Event::recordingWithoutReply: return "lkeyStatusRecordingWithoutReply";
     case Event::cleanUpRefused: return "lkeyStatusCleanUpRefused";
     case Event::cleanUpWithoutReply: return "lkeyStatusCleanUpWithoutReply";
+    case Event::canBeUndone: return "lkeyHistoryCanBeUndone";
     case Event::undone: return "lkeyHistoryUndone";
     case Event::redone: return "lkeyHistoryRedone";
     case Event::notUndone: return "lkeyHistoryNotUndone";

@@ -22,6 +22,7 @@ struct StatusReport
         recordingWithoutReply, ///< as noReplyToChange, for a recording
         cleanUpRefused,        ///< a profile or macro was deleted, but not its assignments; the number is the Status
         cleanUpWithoutReply,   ///< as noReplyToChange, for such a clean-up
+        canBeUndone,           ///< a change that the user cannot reverse; the subject is its historyWords()
         undone,                ///< the subject is historyWords() of the change
         redone,                ///< as undone
         notUndone,             ///< as undone; the reason is the D-Bus name of the history's error

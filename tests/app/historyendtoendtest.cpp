@@ -82,6 +82,11 @@ private Q_SLOTS:
     void sheetKeepsTheShortcuts();
     void recordingKeepsTheShortcuts();
     void takesBackTheChangeOfAnotherClient();
+    void statusLineOffersToUndoALoss_data();
+    void statusLineOffersToUndoALoss();
+    void statusLineOffersNothingElse_data();
+    void statusLineOffersNothingElse();
+    void statusLineOffersNothingAfterANewDaemon();
     void restsWithoutADaemon();
 
 private:
@@ -462,6 +467,80 @@ void HistoryEndToEndTest::takesBackTheChangeOfAnotherClient()
     QTest::mouseClick(button(), Qt::LeftButton);
     QTRY_COMPARE(status(), u"Undone: B: Disable key"_s);
     QTRY_COMPARE(shownSettings(), before);
+}
+
+void HistoryEndToEndTest::statusLineOffersToUndoALoss_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("words");
+    const auto row = [](const char *name, Change change, const QString &words) {
+        QTest::newRow(name) << change << words;
+    };
+    row(
+        "an event", [](KeyboardMainController &hub) { hub.removeEventAtIndexForMacroAtIndex(0, 0); },
+        u"Macro Heal: 1 event removed"_s);
+    row(
+        "all events", [](KeyboardMainController &hub) { hub.removeAllEventsForMacroAtIndex(0); },
+        u"Macro Heal: 2 events removed"_s);
+    row(
+        "no delay", [](KeyboardMainController &hub) { hub.setAllEventsDelayForMacroAtIndexHasNoDelay(0, 0, true); },
+        u"Macro Heal: 2 delays set"_s);
+    row(
+        "factory settings",
+        [](KeyboardMainController &hub) { hub.profilesController()->restoreProfileToDefaultSettings(); },
+        u"Profile Default Profile changed"_s);
+}
+
+void HistoryEndToEndTest::statusLineOffersToUndoALoss()
+{
+    QFETCH(Change, change);
+    QFETCH(QString, words);
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    QVariantMap other = withKeys(hub().currentProfileDict(), {keyA, keyB});
+    other.insert(SettingsKeys::brightnessKbNormal, 1);
+    hub().updateProfileWithSettings(other);
+    QVERIFY(offers(u"Profile Default Profile changed"_s));
+    change(hub());
+    QTRY_COMPARE(status(), words + u". “Undo” or Ctrl+Z takes this back."_s);
+    QVERIFY(offers(words));
+}
+
+void HistoryEndToEndTest::statusLineOffersNothingElse_data()
+{
+    QTest::addColumn<bool>("isElsewhere");
+    QTest::newRow("a key") << false;
+    QTest::newRow("another client") << true;
+}
+
+void HistoryEndToEndTest::statusLineOffersNothingElse()
+{
+    QFETCH(bool, isElsewhere);
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    QVERIFY(offers(u"Macro Heal added"_s));
+    const QString before = status();
+    if (isElsewhere) {
+        QVERIFY(mDaemon->request(Command::removeAllEvents, {{DaemonProtocol::macroId, 0}}));
+        QVERIFY(offers(u"Macro Heal: 2 events removed"_s));
+    } else {
+        disableKey(keyA);
+        QVERIFY(offers(u"A: Disable key"_s));
+    }
+    QCOMPARE(status(), before);
+}
+
+void HistoryEndToEndTest::statusLineOffersNothingAfterANewDaemon()
+{
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    QVERIFY(offers(u"Macro Heal added"_s));
+    hub().removeAllEventsForMacroAtIndex(0);
+    QVERIFY(offers(u"Macro Heal: 2 events removed"_s));
+    mDaemon->kill();
+    QTRY_VERIFY(!button()->isEnabled());
+    hub().report({.event = StatusReport::Event::notAMacro, .subject = u"a"_s});
+    const QString before = status();
+    QVERIFY(mDaemon->start());
+    QVERIFY(offers(u"Macro Heal: 2 events removed"_s));
+    QCOMPARE(status(), before);
 }
 
 void HistoryEndToEndTest::restsWithoutADaemon()

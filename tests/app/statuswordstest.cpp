@@ -141,6 +141,8 @@ void StatusWordsTest::describesTheEvents_data()
         u"The keyboard service did not respond. The recording may be missing."_s);
     add("recording", {Event::recordingNotStored, {}, int(Status::limitReached)},
         u"The recording could not be stored: there is no more room."_s);
+    add("can be undone", {Event::canBeUndone, u"Macro Heal: 2 events removed"_s},
+        u"Macro Heal: 2 events removed. “Undo” or Ctrl+Z takes this back."_s);
     add("undone", {Event::undone, u"Macro Heal deleted"_s}, u"Undone: Macro Heal deleted"_s);
     add("redone", {Event::redone, u"Macro Heal deleted"_s}, u"Redone: Macro Heal deleted"_s);
     add("restored", {Event::restored, u"Macro Heal deleted"_s}, u"Taken back: Macro Heal deleted"_s);

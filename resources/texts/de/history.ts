@@ -55,6 +55,7 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>Die Änderung ist schon zurückgenommen</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>Die Einstellungen wurden seither auf andere Weise ersetzt</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>Der Tastaturdienst hat nicht geantwortet</translation></message>
+    <message id="lkeyHistoryCanBeUndone"><source>lkeyHistoryCanBeUndone</source><translation>%@. „Rückgängig“ oder Strg+Z nimmt das zurück.</translation></message>
     <!-- The sheet. -->
     <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>Verlauf…</translation></message>
     <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>Verlauf</translation></message>

@@ -55,6 +55,7 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>the change has been taken back already</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>the settings were replaced in another way since</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>the keyboard service did not respond</translation></message>
+    <message id="lkeyHistoryCanBeUndone"><source>lkeyHistoryCanBeUndone</source><translation>%@. “Undo” or Ctrl+Z takes this back.</translation></message>
     <!-- The sheet. -->
     <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>History…</translation></message>
     <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>History</translation></message>

@@ -55,6 +55,7 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>el cambio ya se había deshecho</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>los ajustes se han sustituido después de otra manera</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>el servicio del teclado no ha respondido</translation></message>
+    <message id="lkeyHistoryCanBeUndone"><source>lkeyHistoryCanBeUndone</source><translation>%@. «Deshacer» o Ctrl+Z lo revierte.</translation></message>
     <!-- The sheet. -->
     <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>Historial…</translation></message>
     <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>Historial</translation></message>

@@ -55,6 +55,7 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>la modification a déjà été annulée</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>les réglages ont depuis été remplacés autrement</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>le service du clavier n’a pas répondu</translation></message>
+    <message id="lkeyHistoryCanBeUndone"><source>lkeyHistoryCanBeUndone</source><translation>%@. « Annuler » ou Ctrl+Z revient en arrière.</translation></message>
     <!-- The sheet. -->
     <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>Historique…</translation></message>
     <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>Historique</translation></message>

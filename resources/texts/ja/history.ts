@@ -55,6 +55,7 @@
     <message id="lkeyHistoryReasonNotInEffect"><source>lkeyHistoryReasonNotInEffect</source><translation>この変更はすでに取り消されています</translation></message>
     <message id="lkeyHistoryReasonUnreachable"><source>lkeyHistoryReasonUnreachable</source><translation>その後、設定が別の方法で置き換えられました</translation></message>
     <message id="lkeyHistoryReasonNoReply"><source>lkeyHistoryReasonNoReply</source><translation>キーボードのサービスが応答しませんでした</translation></message>
+    <message id="lkeyHistoryCanBeUndone"><source>lkeyHistoryCanBeUndone</source><translation>%@。「元に戻す」または Ctrl+Z で取り消せます。</translation></message>
     <!-- The sheet. -->
     <message id="lkeyHistoryOpen"><source>lkeyHistoryOpen</source><translation>履歴…</translation></message>
     <message id="lkeyHistoryTitle"><source>lkeyHistoryTitle</source><translation>履歴</translation></message>
