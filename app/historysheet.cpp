@@ -202,8 +202,9 @@ void HistorySheet::read()
 {
     mPreviewed = 0; // what is shown may no longer be the effect
     showButtons();
-    mHistory.list(this, [this](const QList<QVariantMap> &entries) {
-        QList<QVariantMap> latestFirst = entries;
+    mHistory.list(this, [this](const std::optional<QList<QVariantMap>> &entries) {
+        mIsAnswered = entries.has_value();
+        QList<QVariantMap> latestFirst = entries.value_or(QList<QVariantMap>());
         std::ranges::reverse(latestFirst);
         fill(latestFirst);
     });
@@ -297,7 +298,10 @@ void HistorySheet::showSelected()
     mEffect->clear();
     mPicture->setVisible(false);
     if (!entry) {
-        mWords->setText(localizedText(mEntries.isEmpty() ? "lkeyHistoryEmpty" : "lkeyHistoryNothingSelected"));
+        const char *reasonKey = !mIsAnswered         ? "lkeyStatusNoReply"
+                                : mEntries.isEmpty() ? "lkeyHistoryEmpty"
+                                                     : "lkeyHistoryNothingSelected";
+        mWords->setText(localizedText(reasonKey));
         mBefore->setVisible(false);
         return;
     }

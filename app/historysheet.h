@@ -52,6 +52,7 @@ private:
     KeyMiniature *mPicture;
     QPushButton *mRestore;
     QPushButton *mClear;
-    uint mPreviewed = 0; ///< the id of the entry whose effect is shown; 0 for none that can be taken back
+    uint mPreviewed = 0;     ///< the id of the entry whose effect is shown; 0 for none that can be taken back
+    bool mIsAnswered = true; ///< false when the daemon did not list its entries
     bool mCanRestore = false;
 };

@@ -26,6 +26,14 @@ HistoryStatus::Outcome outcomeOf(const QDBusMessage &reply)
             .others = qdbus_cast<QList<uint>>(restoration.value(HistoryKeys::others))};
 }
 
+/// Absent after an error.
+std::optional<QList<QVariantMap>> entriesIn(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != "aa{sv}"_L1)
+        return {};
+    return historyEntries(reply.arguments().constFirst());
+}
+
 } // namespace
 
 HistoryStatus::HistoryStatus(const ServiceStatus &service, QObject *parent) : QObject(parent)
@@ -60,12 +68,10 @@ void HistoryStatus::preview(uint id, QObject *context, const Then &then) const
     historyObject.call("Preview"_L1, context, [then](const QDBusMessage &reply) { then(outcomeOf(reply)); }, {id});
 }
 
-void HistoryStatus::list(QObject *context, const std::function<void(const QList<QVariantMap> &entries)> &then) const
+void HistoryStatus::list(QObject *context,
+                         const std::function<void(const std::optional<QList<QVariantMap>> &entries)> &then) const
 {
-    historyObject.call("List"_L1, context, [then](const QDBusMessage &reply) {
-        const bool isList = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "aa{sv}"_L1;
-        then(isList ? historyEntries(reply.arguments().constFirst()) : QList<QVariantMap>());
-    });
+    historyObject.call("List"_L1, context, [then](const QDBusMessage &reply) { then(entriesIn(reply)); });
 }
 
 void HistoryStatus::clear(const Then &then)
@@ -87,10 +93,9 @@ void HistoryStatus::read()
     mIsReading = true;
     historyObject.call("Next"_L1, this, [this](const QDBusMessage &reply) {
         mIsReading = false;
-        const bool isList = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "aa{sv}"_L1;
         if (std::exchange(mIsOutdated, false))
             return read();
-        set(isList ? std::optional(historyEntries(reply.arguments().constFirst())) : std::nullopt);
+        set(entriesIn(reply));
     });
 }
 

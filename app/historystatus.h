@@ -55,8 +55,9 @@ public:
     /// Asks what restore() would do, without changing anything. Later, `then` gets the answer, unless `context` has
     /// been destroyed.
     void preview(uint id, QObject *context, const Then &then) const;
-    /// Asks for all entries, the oldest first; none without an answer. `context` as in preview().
-    void list(QObject *context, const std::function<void(const QList<QVariantMap> &entries)> &then) const;
+    /// Asks for all entries, the oldest first; absent without an answer. `context` as in preview().
+    void list(QObject *context,
+              const std::function<void(const std::optional<QList<QVariantMap>> &entries)> &then) const;
     /// Deletes all entries and the daily backups.
     void clear(const Then &then);
 

@@ -84,6 +84,7 @@ private Q_SLOTS:
     void takesBackTheChangeOfAnotherClient();
     void statusLineOffersToUndoALoss_data();
     void statusLineOffersToUndoALoss();
+    void statusLineOffersToUndoARecording();
     void statusLineOffersNothingElse_data();
     void statusLineOffersNothingElse();
     void statusLineOffersNothingAfterANewDaemon();
@@ -503,6 +504,27 @@ void HistoryEndToEndTest::statusLineOffersToUndoALoss()
     change(hub());
     QTRY_COMPARE(status(), words + u". “Undo” or Ctrl+Z takes this back."_s);
     QVERIFY(offers(words));
+}
+
+void HistoryEndToEndTest::statusLineOffersToUndoARecording()
+{
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    QVERIFY(offers(u"Macro Heal added"_s));
+    const QVariantMap before = keptSettings();
+    tabs()->setCurrentIndex(macrosTab);
+    mHub->find<TableView>("mMacroTableView")->selectRow(0);
+    auto *record = mHub->find<QPushButton>("mRecordMacroDetails");
+    record->click();
+    for (const uint key : {5U, 6U}) {
+        QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, key}), QString());
+        QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7U, key}), QString());
+    }
+    QTRY_COMPARE(hub().macrosController()->macroDetailsArray().size(), 7); // four events, three delays
+    record->click();
+    QTRY_COMPARE(status(), u"Macro Heal: 4 events recorded. “Undo” or Ctrl+Z takes this back."_s);
+    undo();
+    QTRY_COMPARE(shownSettings(), before);
+    QTRY_COMPARE(hub().macrosController()->macroDetailsArray().size(), 3);
 }
 
 void HistoryEndToEndTest::statusLineOffersNothingElse_data()

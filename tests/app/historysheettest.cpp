@@ -38,6 +38,7 @@ private Q_SLOTS:
     void cleanup();
 
     void emptyHistorySaysSo();
+    void absentDaemonIsNoEmptyHistory();
     void listsTheLatestFirstUnderItsDay();
     void namesWhoMadeTheChange();
     void findsByWordsAndAuthor();
@@ -137,6 +138,18 @@ void HistorySheetTest::emptyHistorySaysSo()
     QCOMPARE(text("mHistoryWords"), u"No change is in the history yet."_s);
     QVERIFY(!canRestore());
     QVERIFY(!find<QPushButton>("mHistoryClear")->isEnabled());
+}
+
+void HistorySheetTest::absentDaemonIsNoEmptyHistory()
+{
+    disableKey(keyA);
+    openSheet();
+    select(u"A: Disable key"_s);
+    mDaemon->kill();
+    QTRY_COMPARE(text("mHistoryWords"), u"The keyboard service did not respond."_s);
+    QVERIFY(!canRestore());
+    QVERIFY(mDaemon->start());
+    QTRY_COMPARE(shown(), QStringList(u"A: Disable key"_s));
 }
 
 void HistorySheetTest::listsTheLatestFirstUnderItsDay()
