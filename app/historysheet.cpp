@@ -143,8 +143,8 @@ HistorySheet::HistorySheet(HistoryStatus &history, QWidget *parent)
         button->setAutoDefault(false);
 
     auto *words = new QVBoxLayout;
-    words->addWidget(mWords);
     words->addWidget(mBefore);
+    words->addWidget(mWords);
     words->addWidget(mEffect);
     words->addStretch();
     auto *details = new QHBoxLayout;

@@ -38,7 +38,7 @@ private Q_SLOTS:
     void cleanup();
 
     void emptyHistorySaysSo();
-    void absentDaemonIsNoEmptyHistory();
+    void saysThatTheDaemonIsAbsent();
     void listsTheLatestFirstUnderItsDay();
     void namesWhoMadeTheChange();
     void findsByWordsAndAuthor();
@@ -140,7 +140,7 @@ void HistorySheetTest::emptyHistorySaysSo()
     QVERIFY(!find<QPushButton>("mHistoryClear")->isEnabled());
 }
 
-void HistorySheetTest::absentDaemonIsNoEmptyHistory()
+void HistorySheetTest::saysThatTheDaemonIsAbsent()
 {
     disableKey(keyA);
     openSheet();

@@ -13,6 +13,7 @@
 #include "platform/pulldownbutton.h"
 #include "platform/radiogroup.h"
 #include "platform/sheet.h"
+#include "platform/statusline.h"
 #include "platform/tableview.h"
 #include "profiles/profilecommands.h"
 #include "tests/app/hubfixture.h"
@@ -149,6 +150,32 @@ const std::array scenes{
               changeKeys(hub);
               openHistory(hub);
           }},
+    Scene{
+        "history-before", 0,
+        [](const Hub &hub) {
+            changeKeys(hub);
+            const QVariantMap keys = hub.controller->currentProfileDict().value(SettingsKeys::keys).toMap();
+            hub.controller->updateKeySettings(
+                {{SettingsKeys::keys, KeyMappings::withEntry(keys, u"4"_s, KeyMappings::Assignment::disabled, 0, 0)}});
+            openHistory(hub);
+            auto *list = hub.find<QTreeWidget>("mHistoryList");
+            list->setCurrentItem(list->topLevelItem(0)->child(0));
+            QTRY_VERIFY(hub.find<QPushButton>("mHistoryRestore")->isEnabled());
+        }},
+    Scene{"history-forget", 0,
+          [](const Hub &hub) {
+              changeKeys(hub);
+              openHistory(hub);
+              hub.find<QPushButton>("mHistoryClear")->click();
+          }},
+    Scene{"undo-offered", macrosTab,
+          [](const Hub &hub) {
+              changeKeys(hub); // the window knows the history now
+              hub.find<TableView>("mMacroTableView")->selectRow(0);
+              hub.controller->removeAllEventsForMacroAtIndex(0);
+              QTRY_VERIFY(hub.find<StatusLine>("mStatusLine")->text().contains("Ctrl+Z"_L1));
+          },
+          false},
     Scene{"single-key-sheet", 0,
           [](const Hub &hub) { hub.find<Sheet>("mSingleKeyWindow")->beginSheet(hub.window.get()); }},
     Scene{"event-sheet", macrosTab, [](const Hub &hub) { editEvent(hub, 0); }},
@@ -179,11 +206,13 @@ QVariantMap startDocument()
             {SettingsKeys::deviceSettings, device}};
 }
 
+/// The visible sheet in front; null without one.
 Sheet *shownSheet()
 {
+    const auto isShown = [](const Sheet *sheet) { return sheet->isVisible(); };
     for (QWidget *widget : QApplication::allWidgets()) {
         auto *sheet = qobject_cast<Sheet *>(widget);
-        if (sheet && sheet->isVisible())
+        if (sheet && sheet->isVisible() && !std::ranges::any_of(sheet->findChildren<Sheet *>(), isShown))
             return sheet;
     }
     return nullptr;
