@@ -45,7 +45,10 @@ void ConnectionNotice::show(const StatusState &state)
     constexpr int symbolSize = 24;
     const bool isWithoutService = state.service == Service::silent || state.service == Service::absent;
     const bool isWithoutKeyboard = state.service == Service::running && !state.isAttached;
+    const bool wasHidden = isHidden();
     setVisible(isWithoutService || isWithoutKeyboard);
+    if (isHidden() != wasHidden)
+        Q_EMIT shown();
     if (isHidden())
         return;
     const Symbol symbol = isWithoutService ? Symbol::noService : Symbol::noKeyboard;

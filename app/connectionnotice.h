@@ -22,6 +22,7 @@ public:
 Q_SIGNALS:
     void keyboardsRequested(); ///< the user wants to choose a keyboard
     void helpRequested();      ///< the user wants to read what to do about the service
+    void shown();              ///< or hidden again
 
 private:
     QLabel *mPicture = nullptr;

@@ -224,6 +224,7 @@ void KeyboardMainController::updateToLatestSettings(const QVariantMap &allDevSet
     mMacrosArray = document.macros();
     mDeviceSettingsDict = document.deviceSettings().dictionary();
     mMayRowsHaveMoved = false;
+    mAreMacroEventsOld = false;
 }
 
 void KeyboardMainController::setProperties()
@@ -315,7 +316,11 @@ void KeyboardMainController::selectTabAtIndex(int index)
 
 void KeyboardMainController::tabViewDidSelectTabViewItem(QTabWidget *, const QWidget *page)
 {
-    mMacrosController->checkMacroRecordingStatus(page->property(tabLabelProperty).toString());
+    const QString label = page->property(tabLabelProperty).toString();
+    mMacrosController->checkMacroRecordingStatus(label);
+    // The card of the selected key shows the events of its macro.
+    if (label == "Keys"_L1 && mAreMacroEventsOld && !mIsDeviceRemoved)
+        refresh();
 }
 
 void KeyboardMainController::saveLastSelectedKey()

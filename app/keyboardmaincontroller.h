@@ -272,6 +272,7 @@ private:
     QVariantMap mDeletedProfile;                       // the record at mDeletedProfileID
     bool mIsWiredDevice = false;                       // no decision depends on it
     bool mAreControlsOn = false;                       // the latest argument of setControlsState()
+    bool mAreMacroEventsOld = false;                   // a command has changed events; its reply has no document
     bool mMayRowsHaveMoved = false;                    // a deletion, or a request for the document, was not answered
     bool mMayAskForLines = true;                       // false while a refused change is undone in the window
     bool mHasDeletionReply = false;                    // the daemon confirmed the deletion that mIsDeleteProfile marks

@@ -301,22 +301,26 @@ void KeyboardMainController::getMacroDetailsForMacroAtIndex(int macroIndex)
 
 void KeyboardMainController::removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex)
 {
+    mAreMacroEventsOld = true;
     (void)replyTo(Command::removeEvent, DaemonCommands::removeEvent(mDevicePID, replyPortName, eventIndex, macroIndex));
 }
 
 void KeyboardMainController::removeAllEventsForMacroAtIndex(int macroIndex)
 {
+    mAreMacroEventsOld = true;
     (void)replyTo(Command::removeAllEvents, DaemonCommands::removeAllEvents(mDevicePID, replyPortName, macroIndex));
 }
 
 void KeyboardMainController::setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, int macroIndex, bool hasNoDelay)
 {
+    mAreMacroEventsOld = true;
     (void)replyTo(Command::setAllDelays,
                   DaemonCommands::setAllDelays(mDevicePID, replyPortName, delay, macroIndex, hasNoDelay));
 }
 
 void KeyboardMainController::setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex)
 {
+    mAreMacroEventsOld = true;
     (void)replyTo(Command::setDelay,
                   DaemonCommands::setDelay(mDevicePID, replyPortName, delay, eventIndex, macroIndex));
 }
@@ -324,6 +328,7 @@ void KeyboardMainController::setNewDelayAtMacroEventIndexForMacroAtIndex(int del
 void KeyboardMainController::updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex,
                                                                  const QVariantMap &event)
 {
+    mAreMacroEventsOld = true;
     if (!succeeds(Command::updateEvent,
                   DaemonCommands::updateEvent(mDevicePID, replyPortName, macroIndex, eventIndex, event)))
         return;

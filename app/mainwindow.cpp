@@ -118,7 +118,9 @@ QWidget *MainWindow::createHeader()
     mOutlets.mProductLogo->setObjectName("mProductLogo"_L1);
     mOutlets.mProductLogo->setPixmap(productLogo(logoSize, devicePixelRatioF()));
     mOutlets.mProductLogo->setAccessibleName(localizedText("lkeyProductName"));
-    auto *titles = new QVBoxLayout;
+    mTitles = new QWidget;
+    auto *titles = new QVBoxLayout(mTitles);
+    titles->setContentsMargins(0, 0, 0, 0);
     titles->setSpacing(0);
     auto *title = new QLabel(localizedText("lkeyProductFamily"));
     makeBold(title, 1.25);
@@ -129,7 +131,7 @@ QWidget *MainWindow::createHeader()
     mOutlets.mBusyIndicator->setAccessibleName(localizedText("lkeyBusy"));
 
     layout->addWidget(mOutlets.mProductLogo);
-    layout->addLayout(titles);
+    layout->addWidget(mTitles);
     layout->addWidget(mOutlets.mBusyIndicator);
     layout->addWidget(createNotice());
     layout->addStretch(1);
@@ -148,9 +150,24 @@ QWidget *MainWindow::createHeader()
     return header;
 }
 
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    fitHeader();
+}
+
+/// A small window has no room for the names of the product beside the notice.
+void MainWindow::fitHeader()
+{
+    constexpr int roomForBoth = 880;
+    if (mTitles)
+        mTitles->setVisible(width() >= roomForBoth || mOutlets.mConnectionNotice->isHidden());
+}
+
 QWidget *MainWindow::createNotice()
 {
     mOutlets.mConnectionNotice = new ConnectionNotice;
+    connect(mOutlets.mConnectionNotice, &ConnectionNotice::shown, this, &MainWindow::fitHeader);
     connect(mOutlets.mConnectionNotice, &ConnectionNotice::keyboardsRequested, this, &MainWindow::openKeyboardChooser);
     connect(mOutlets.mConnectionNotice, &ConnectionNotice::helpRequested, this,
             [] { HelpViewer::gotoPage(u"problems.html"_s); });
@@ -225,10 +242,9 @@ void MainWindow::createShortcuts()
     add(Qt::CTRL | Qt::Key_Q, [] { QCoreApplication::quit(); });
     add(Qt::CTRL | Qt::Key_W, [this] { close(); });
     add(Qt::CTRL | Qt::Key_N, [this] {
-        const QWidget *page = mOutlets.mKeyboardTabView->currentWidget();
-        if (page == mController->profilesController()->view())
+        if (mController->profilesController()->view()->isVisible())
             mController->profilesController()->addButton()->click();
-        else if (page == mController->macrosController()->view())
+        else if (mController->macrosController()->view()->isVisible())
             mController->macrosController()->addButton()->click();
     });
 }

@@ -30,10 +30,12 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QWidget *createHeader();
     QWidget *createNotice();
+    void fitHeader();
     QWidget *createTabs();
     QLayout *createStatusRow();
     [[nodiscard]] static QToolButton *statusRowButton(const char *objectName, const char *textKey, Symbol symbol);
@@ -46,6 +48,7 @@ private:
 
     KeyboardMainController *mController = nullptr;
     MainWindowOutlets mOutlets;
+    QWidget *mTitles = nullptr;                  // the names of the product, in the header
     KeyboardChooser *mKeyboardChooser = nullptr; // made when it is first opened, with its two sources
     AttachedKeyboards *mAttachedKeyboards = nullptr;
     RuleProcess *mRuleProcess = nullptr;

@@ -28,8 +28,7 @@ constexpr CommandRow rows[] = {
      .help = "release these keyboards, or all; without any, the virtual one is used again"_L1,
      .function = releaseDevices},
     {.name = "device watch"_L1,
-     .help =
-         "show for 60 seconds what comes from the keyboard and what goes to the computer; the desktop asks you first"_L1,
+     .help = "show for 60 seconds what keys send and what the computer gets; the desktop asks you first"_L1,
      .function = watchDevices},
     {.name = "device rule"_L1,
      .arguments = "ID"_L1,

@@ -52,6 +52,14 @@ QString programDetail(const QString &path)
 
 } // namespace
 
+void KeyboardKeysController::setMAllMacrosArray(const QVariantList &macros)
+{
+    mAllMacrosArray = macros;
+    // The events of the macro on the card may have changed.
+    if (mKeyCard && entryForKey(selectedCode()).command == static_cast<int>(Assignment::playMacro))
+        showSelectedKeys();
+}
+
 void KeyboardKeysController::showSelectedKeys()
 {
     const KeyRow *row = KeyLayout::rowForCode(selectedCode());

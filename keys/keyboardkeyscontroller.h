@@ -62,7 +62,7 @@ public:
     void setMDefaultDict(const QVariantMap &profile) { mDefaultDict = profile; }
     void setMKeysCurrentProfileDict(const QVariantMap &profile) { mKeysCurrentProfileDict = profile; }
     void setMAllProfilesArray(const QVariantList &profiles) { mAllProfilesArray = profiles; }
-    void setMAllMacrosArray(const QVariantList &macros) { mAllMacrosArray = macros; }
+    void setMAllMacrosArray(const QVariantList &macros);
     void setMKeysWindow(QWidget *window) { mKeysWindow = window; }
     /// The delegate must outlive the controller, or be set to null before.
     void setMKeysDelegate(KeysDelegate *delegate) { mKeysDelegate = delegate; }

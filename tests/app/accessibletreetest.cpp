@@ -25,6 +25,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTabWidget>
 #include <QTest>
 
@@ -108,11 +109,16 @@ QStringList faultsOfTexts(QWidget *window, const QList<Node> &nodes)
     QStringList faults;
     for (const PaintedText &painted : paintedTexts(window)) {
         const QRect place = painted.place.toAlignedRect().translated(window->mapToGlobal(QPoint()));
-        const QStringList parts = wholeParts(painted.text);
+        // In texts without Latin letters, the mnemonic follows in parentheses. It may be no part of the name.
+        static const QRegularExpression mnemonic(u"\\([A-Z0-9]\\)"_s);
+        const auto contains = [&](const QStringList &parts, const Node &node) {
+            return std::ranges::all_of(
+                parts, [&node](const QString &part) { return node.texts.contains(part, Qt::CaseInsensitive); });
+        };
         const bool isInTree = std::ranges::any_of(nodes, [&](const Node &node) {
-            return node.place.intersects(place) && std::ranges::all_of(parts, [&node](const QString &part) {
-                       return node.texts.contains(part, Qt::CaseInsensitive);
-                   });
+            return node.place.intersects(place)
+                   && (contains(wholeParts(painted.text), node)
+                       || contains(wholeParts(QString(painted.text).remove(mnemonic)), node));
         });
         if (!isInTree)
             faults +=

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void appendsToARecordedMacro();
     void editsAnEventAndADelay();
     void assignsTheMacroToAKey();
+    void cardOfTheKeyFollowsTheEvents();
     void pressedKeyPlaysTheEditedMacro();
     void importedMacroEqualsTheExportedOne();
     void renamesAndDeletes();
@@ -238,6 +239,16 @@ void MacrosEndToEndTest::assignsTheMacroToAKey()
     const QVariantMap entry = profile.value(SettingsKeys::keys).toMap().value(u"9"_s).toMap();
     QCOMPARE(entry.value(SettingsKeys::command).toInt(), 10);
     QCOMPARE(entry.value(SettingsKeys::param1).toInt(), row);
+}
+
+void MacrosEndToEndTest::cardOfTheKeyFollowsTheEvents()
+{
+    recordCombo();
+    assignComboToF();
+    mHub->controller->selectTabAtIndex(macrosTabIndex);
+    chooseForEvent(-1, MacroCommands::noDelay);
+    mHub->controller->selectTabAtIndex(0);
+    QCOMPARE(mHub->find<QLabel>("mAssignmentDetail")->text(), u"Events: 4 · 0.0 s"_s);
 }
 
 void MacrosEndToEndTest::pressedKeyPlaysTheEditedMacro()

@@ -29,6 +29,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int profilesTabIndex = 1;
+
 QVariantMap entry(int command, int param1)
 {
     return {{SettingsKeys::command, command}, {SettingsKeys::param1, param1}, {SettingsKeys::param2, 0}};
@@ -147,8 +149,7 @@ void ProfilesEndToEndTest::openWindow()
 {
     mHub = std::make_unique<Hub>();
     mHub->controller->initializeDevice();
-    auto *tabs = mHub->window->findChild<QTabWidget *>();
-    tabs->setCurrentWidget(tab()->view());
+    mHub->controller->selectTabAtIndex(profilesTabIndex);
     QVERIFY(tab()->view()->isVisible());
 }
 
@@ -395,7 +396,7 @@ void ProfilesEndToEndTest::unknownEntriesAreKept()
         tabs->setCurrentIndex(i);
         QVERIFY(!mHub->window->grab().isNull());
     }
-    tabs->setCurrentWidget(tab()->view());
+    mHub->controller->selectTabAtIndex(profilesTabIndex);
     QCOMPARE(mDaemon->callKeyboard(u"Press"_s, {7U, 4U}), QString());
     QCOMPARE(mDaemon->callKeyboard(u"Release"_s, {7U, 4U}), QString());
     exportTo(mFolder->path());

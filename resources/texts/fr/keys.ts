@@ -57,7 +57,7 @@
     <message id="lkeyKeysCopy"><source>lkeyKeysCopy</source><translation>Copier la fonction</translation></message>
     <message id="lkeyKeysPaste"><source>lkeyKeysPaste</source><translation>Coller la fonction</translation></message>
     <message id="lkeyKeysMacroGone"><source>lkeyKeysMacroGone</source><translation>La macro de cette touche n’existe plus. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
-    <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>Le profil que cette touche active n’existe plus. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
+    <message id="lkeyKeysProfileGone"><source>lkeyKeysProfileGone</source><translation>Le profil de cette touche n’existe plus. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
     <message id="lkeyKeysKindUnknown"><source>lkeyKeysKindUnknown</source><translation>Ce programme ne connaît pas le type de fonction de cette touche. La touche ne fait rien tant que vous ne choisissez pas une autre fonction.</translation></message>
     <message id="lkeyKeysCardNone"><source>lkeyKeysCardNone</source><translation>Sélectionnez une touche sur l’image pour voir et modifier sa fonction.</translation></message>
     <message id="lkeyKeysCardDefault"><source>lkeyKeysCardDefault</source><translation>La touche fonctionne comme d’habitude.</translation></message>

@@ -20,10 +20,14 @@ namespace {
 
 bool isPictured(const QWidget *widget, const QWidget *window)
 {
-    static const QStringList versions{u"mFirmwareVersion"_s, u"mDriverVersion"_s, u"mFirmwareVersionIndicator"_s};
+    // Versions are read by a thread. The undo button follows the daemon at its own pace. The card of the selected key
+    // reads the events of its macro when its tab is opened.
+    static const QStringList excluded{u"mFirmwareVersion"_s, u"mDriverVersion"_s, u"mFirmwareVersionIndicator"_s,
+                                      u"mUndoButton"_s,      u"mMacroPreview"_s,  u"mAssignmentDetail"_s,
+                                      u"mRecordFromCard"_s};
     const QString name = widget->objectName();
     return widget->window() == window && name.size() > 1 && name.at(0) == u'm' && name.at(1).isUpper()
-           && !versions.contains(name);
+           && !excluded.contains(name) && !name.startsWith("mConnectionNotice"_L1); // that follows the service
 }
 
 bool isControl(const QWidget *widget)
