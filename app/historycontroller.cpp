@@ -27,7 +27,7 @@ using HistoryKeys::Key;
 namespace {
 
 constexpr int keysTab = 0, profilesTab = 1, macrosTab = 2, lightingTab = 3, noTab = -1;
-constexpr int widestButtonText = 260;
+constexpr int widestButtonText = 190;
 
 /// The tab that shows a change of this kind; noTab if none or several do.
 int tabOf(const QString &kind)

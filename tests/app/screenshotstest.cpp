@@ -315,8 +315,9 @@ void ScreenshotsTest::drawsTheWindow()
     QVERIFY(savePicture(drawnWithSheet(mHub->window.get(), sheet), u"window"_s));
     for (const auto *gear : front->findChildren<PulldownButton *>())
         QVERIFY2(!gear->isVisible() || !gear->icon().pixmap(gear->iconSize()).isNull(), qPrintable(gear->objectName()));
-    const QStringList faults = cutTexts(front) + faintTexts(front, leastTextContrast);
-    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+    // Texts of the daemon may still come, and the layout follows them.
+    const auto faults = [front] { return cutTexts(front) + faintTexts(front, leastTextContrast); };
+    QTRY_VERIFY2(faults().isEmpty(), qPrintable(faults().join(u'\n')));
 }
 
 void ScreenshotsTest::drawsTheHelp_data()
