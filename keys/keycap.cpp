@@ -148,11 +148,15 @@ void paintFrame(QPainter &painter, const QRectF &place, qreal distance, qreal wi
 }
 
 // The frame of a key that the search has found is dark in both palettes, as the face is light.
+qreal foundFrameWidth(qreal unit)
+{
+    return std::max(1.5, unit * 0.05);
+}
+
 void paintFoundFrame(QPainter &painter, const QRectF &face, qreal unit, const Colors &colors)
 {
-    constexpr qreal width = 0.05;
     const QColor frame = Contrast::readable(colors.foot, {colors.faceTop, colors.faceBottom}, Contrast::ofShapes);
-    paintFrame(painter, face, 0, std::max(1.5, unit * width), unit * faceRadius, frame);
+    paintFrame(painter, face, 0, foundFrameWidth(unit), unit * faceRadius, frame);
 }
 
 // The ring of the selected key has two tones, a dark and a light one. One of them differs clearly from any cap and from
@@ -294,7 +298,10 @@ void paintKeycap(QPainter &painter, const QRectF &place, qreal unit, const Keyca
     if (state.hasFocus && state.isEnabled) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(colors.legend, 1, Qt::DotLine));
-        painter.drawRoundedRect(face.adjusted(1.5, 1.5, -1.5, -1.5), unit * faceRadius, unit * faceRadius);
+        // On the cap, not on the frame of a found key; on whole pixels, because a thin blurred line is too faint.
+        const qreal inset = 1 + (state.isFound ? foundFrameWidth(unit) : 0);
+        const QRectF frame(face.adjusted(inset, inset, -inset, -inset).toRect());
+        painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), unit * faceRadius, unit * faceRadius);
     }
     painter.restore();
 }

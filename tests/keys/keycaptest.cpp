@@ -178,6 +178,7 @@ private Q_SLOTS:
     void legendsContrastWithTheirCaps();
     void ringContrastsWithCapAndSurroundings();
     void keyThatWasFoundContrastsWithOthers();
+    void focusFrameContrastsWithTheCap();
     void outlineOfFixedKeysContrastsWithTheCase();
     void markNeverCoversTheLegend_data();
     void markNeverCoversTheLegend();
@@ -256,6 +257,21 @@ void KeycapTest::keyThatWasFoundContrastsWithOthers()
                     continue;
                 const QImage plain = drawnKey(state, theme.palette);
                 state.isFound = true;
+                const double contrast = contrastOfDrawing(drawnKey(state, theme.palette), plain);
+                QVERIFY2(contrast >= leastShapeContrast,
+                         qPrintable(u"%1: %2"_s.arg(described(theme, state)).arg(contrast)));
+            }
+}
+
+void KeycapTest::focusFrameContrastsWithTheCap()
+{
+    for (const Theme &theme : themes())
+        for (const Cap &cap : caps())
+            for (KeycapState state : states(cap)) {
+                if (!state.isSelectable || !state.isEnabled)
+                    continue;
+                const QImage plain = drawnKey(state, theme.palette);
+                state.hasFocus = true;
                 const double contrast = contrastOfDrawing(drawnKey(state, theme.palette), plain);
                 QVERIFY2(contrast >= leastShapeContrast,
                          qPrintable(u"%1: %2"_s.arg(described(theme, state)).arg(contrast)));
