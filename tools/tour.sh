@@ -220,6 +220,15 @@ expect_window "A" "selected" "Disable key"
 expect_key_a "disabled"
 picture 8-key-a-disabled
 
+step "That was a mistake: take it back, and make it again after all"
+type_keys ctrl+z
+expect_window "A" "selected" "Single key: B"
+expect_key_a "single key B"
+picture 9-mistake-undone
+type_keys ctrl+shift+z
+expect_window "A" "selected" "Disable key"
+expect_key_a "disabled"
+
 step "Kill the daemon without warning (kill -9); its supervisor starts it again"
 old_daemon=$(cat "$folder/daemon.pid")
 kill -9 "$old_daemon"
@@ -238,7 +247,7 @@ say "the configurator has ended by itself"
 start_configurator
 expect_key_a "disabled"
 expect_window "A" "selected" "Disable key"
-picture 9-after-restart
+picture 10-after-restart
 
 step "Press A and B on the virtual keyboard: the computer receives only B"
 "$bin/kestractl" keyboard press A
@@ -252,6 +261,6 @@ step "Give the key its default again from the command line; the open window foll
 "$bin/kestractl" key A default | sed 's/^/   /'
 expect_key_a "default key"
 expect_window "A" "selected" "Default key"
-picture 10-default-again
+picture 11-default-again
 
 printf '\nThe tour is done; the screenshots are in %s\n' "$pictures"
