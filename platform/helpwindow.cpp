@@ -5,6 +5,7 @@
 #include "platform/screenroom.h"
 #include "platform/searchfield.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QHBoxLayout>
 #include <QKeyEvent>
