@@ -259,6 +259,8 @@ void KeyboardKeysController::writeEntry(Assignment assignment, const QVariant &p
 void KeyboardKeysController::setupSubMenu(int position, const QStringList &titles,
                                           void (KeyboardKeysController::*selector)(QAction *))
 {
+    if (!mAssignFunction->itemAtIndex(position))
+        return; // the list of assignments is still empty
     // The menu is made again only for other titles: this runs at every change of the settings, however small.
     if (const QMenu *earlier = mAssignFunction->submenuAtIndex(position); earlier && itemTitles(earlier) == titles) {
         validateItems(earlier);

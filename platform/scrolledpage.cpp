@@ -27,6 +27,11 @@ ScrolledPage::ScrolledPage(QWidget *content, QWidget *parent) : QScrollArea(pare
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { followFocus(now); });
 }
 
+ScrolledPage::~ScrolledPage()
+{
+    disconnect(qApp, nullptr, this, nullptr); // the base class deletes the content, whose focus goes
+}
+
 QSize ScrolledPage::sizeHint() const
 {
     return widget()->sizeHint().expandedTo(widget()->minimumSize());

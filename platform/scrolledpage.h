@@ -15,6 +15,7 @@ class ScrolledPage : public QScrollArea
 public:
     /// Takes `content`, which has a layout, and its name for screen readers.
     explicit ScrolledPage(QWidget *content, QWidget *parent = nullptr);
+    ~ScrolledPage() override;
 
     /// The size that the content prefers.
     QSize sizeHint() const override;

@@ -278,8 +278,8 @@ void KeyCardTest::severalKeysWithDifferentAssignments()
 
 void KeyCardTest::saysWhatToDoWithoutAKey()
 {
+    QMainWindow window;                // outlives the controller, which deletes a view without a window
     KeyboardKeysController controller; // has received no settings, and therefore no key
-    QMainWindow window;
     window.setCentralWidget(controller.view());
     window.resize(1100, 700);
     controller.awakeFromNib();
