@@ -7,6 +7,8 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -61,9 +63,11 @@ DaemonObjectResult<QVariantList> resultOf(const DaemonObjectClient &object, cons
 {
     if (reply.type() == QDBusMessage::ReplyMessage)
         return reply.arguments();
+    const auto own = std::ranges::find(object.ownErrors, reply.errorName(), &OwnError::name);
+    if (own != object.ownErrors.end())
+        return CommandError{{reply.errorMessage()}, own->code};
     const ExitCode code = codeOf(reply.errorName());
-    return DaemonObjectError{
-        {{messageOf(object, reply, code, failure)}, code}, reply.errorName(), reply.errorMessage()};
+    return CommandError{{messageOf(object, reply, code, failure)}, code};
 }
 
 } // namespace

@@ -9,14 +9,16 @@
 #include <QVariant>
 #include <QVariantList>
 
-/// Why a call was not carried out.
-struct DaemonObjectError : CommandError
-{
-    QString name; ///< on the bus
-    QString text; ///< the daemon's own words
-};
+#include <span>
 
-template <typename T> using DaemonObjectResult = Result<T, DaemonObjectError>;
+template <typename T> using DaemonObjectResult = Result<T, CommandError>;
+
+/// An error of the object itself. Its message is a whole sentence and is shown unchanged.
+struct OwnError
+{
+    QLatin1StringView name; ///< on the bus
+    ExitCode code = ExitCode::refused;
+};
 
 /// Main thread only; each call blocks for at most 5 seconds, or `limitMs` where given.
 struct DaemonObjectClient
@@ -26,6 +28,7 @@ struct DaemonObjectClient
     QLatin1StringView path;
     QLatin1StringView interface;
     QLatin1StringView words; ///< its name in an error message: "virtual keyboard"
+    std::span<const OwnError> ownErrors = {};
 
     /// The values that the call returns. `failure` begins the message of a refusal, before the daemon's reason. It says
     /// what does not happen to the user's object: "the brightness cannot be changed".

@@ -9,24 +9,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr DaemonObjectClient devices{
-    .path = DeviceKeys::objectPath, .interface = DeviceKeys::interfaceName, .words = "use of real keyboards"_L1};
-
-/// The daemon's own messages are whole sentences and contain the remedy.
-DaemonObjectResult<void> inItsWords(const DaemonObjectResult<QVariantList> &result)
-{
-    if (result)
-        return {};
-    DaemonObjectError error = result.error();
-    const auto isOurs = [&error](DeviceKeys::Key name) { return error.name == name; };
-    if (isOurs(DeviceKeys::unknownError) || isOurs(DeviceKeys::refusedError) || isOurs(DeviceKeys::notKeptError))
-        error.message = error.text;
-    if (isOurs(DeviceKeys::unknownError))
-        error.code = ExitCode::usage;
-    else if (isOurs(DeviceKeys::notKeptError))
-        error.code = ExitCode::incomplete;
-    return error;
-}
+constexpr OwnError ownErrors[] = {{DeviceKeys::unknownError, ExitCode::usage},
+                                  {DeviceKeys::refusedError},
+                                  {DeviceKeys::notKeptError, ExitCode::incomplete}};
+constexpr DaemonObjectClient devices{.path = DeviceKeys::objectPath,
+                                     .interface = DeviceKeys::interfaceName,
+                                     .words = "use of real keyboards"_L1,
+                                     .ownErrors = ownErrors};
 
 } // namespace
 
@@ -49,20 +38,20 @@ DaemonObjectResult<QVariantMap> DeviceClient::status()
 
 DaemonObjectResult<void> DeviceClient::use(const QStringList &ids)
 {
-    return inItsWords(devices.call("Use"_L1, {ids}, u"the keyboards cannot be used"_s));
+    return devices.call("Use"_L1, {ids}, u"the keyboards cannot be used"_s).withoutValue();
 }
 
 DaemonObjectResult<void> DeviceClient::useAlso(const QStringList &ids)
 {
-    return inItsWords(devices.call("UseAlso"_L1, {ids}, u"the keyboards cannot be used"_s));
+    return devices.call("UseAlso"_L1, {ids}, u"the keyboards cannot be used"_s).withoutValue();
 }
 
 DaemonObjectResult<void> DeviceClient::releaseThese(const QStringList &ids)
 {
-    return inItsWords(devices.call("ReleaseThese"_L1, {ids}, u"the keyboards cannot be released"_s));
+    return devices.call("ReleaseThese"_L1, {ids}, u"the keyboards cannot be released"_s).withoutValue();
 }
 
 DaemonObjectResult<void> DeviceClient::release()
 {
-    return inItsWords(devices.call("Release"_L1, {}, u"the keyboards cannot be released"_s));
+    return devices.call("Release"_L1, {}, u"the keyboards cannot be released"_s).withoutValue();
 }

@@ -8,38 +8,25 @@
 #include <QDBusArgument>
 #include <QDBusMetaType>
 
-#include <algorithm>
-#include <array>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr DaemonObjectClient history{
-    .path = HistoryKeys::objectPath, .interface = HistoryKeys::interfaceName, .words = "history of the settings"_L1};
-
-/// The daemon's own messages are whole sentences.
-DaemonObjectError inItsWords(DaemonObjectError error)
-{
-    constexpr std::array own{HistoryKeys::unknownError,     HistoryKeys::outdatedError, HistoryKeys::notInEffectError,
-                             HistoryKeys::unreachableError, HistoryKeys::invalidError,  HistoryKeys::notSavedError,
-                             HistoryKeys::faultyError};
-    if (std::ranges::find(own, error.name) != own.end())
-        error.message = error.text;
-    if (error.name == HistoryKeys::unknownError || error.name == HistoryKeys::faultyError)
-        error.code = ExitCode::usage;
-    return error;
-}
-
-DaemonObjectResult<QVariantList> call(QLatin1StringView method, const QVariantList &arguments, const QString &failure)
-{
-    const DaemonObjectResult<QVariantList> values = history.call(method, arguments, failure);
-    return values ? values : inItsWords(values.error());
-}
+constexpr OwnError ownErrors[] = {{HistoryKeys::unknownError, ExitCode::usage},
+                                  {HistoryKeys::outdatedError},
+                                  {HistoryKeys::notInEffectError},
+                                  {HistoryKeys::unreachableError},
+                                  {HistoryKeys::invalidError},
+                                  {HistoryKeys::notSavedError},
+                                  {HistoryKeys::faultyError, ExitCode::usage}};
+constexpr DaemonObjectClient history{.path = HistoryKeys::objectPath,
+                                     .interface = HistoryKeys::interfaceName,
+                                     .words = "history of the settings"_L1,
+                                     .ownErrors = ownErrors};
 
 DaemonObjectResult<QList<QVariantMap>> entries(QLatin1StringView method)
 {
-    const DaemonObjectResult<QVariantList> values = call(method, {}, u"the history cannot be read"_s);
+    const DaemonObjectResult<QVariantList> values = history.call(method, {}, u"the history cannot be read"_s);
     if (!values)
         return values.error();
     return historyEntries(values->value(0));
@@ -73,34 +60,35 @@ DaemonObjectResult<QList<QVariantMap>> HistoryClient::next()
 
 DaemonObjectResult<void> HistoryClient::undo(uint id)
 {
-    return call("Undo"_L1, withSource(id), u"the change cannot be undone"_s).withoutValue<DaemonObjectError>();
+    return history.call("Undo"_L1, withSource(id), u"the change cannot be undone"_s).withoutValue();
 }
 
 DaemonObjectResult<void> HistoryClient::redo(uint id)
 {
-    return call("Redo"_L1, withSource(id), u"the change cannot be made again"_s).withoutValue<DaemonObjectError>();
+    return history.call("Redo"_L1, withSource(id), u"the change cannot be made again"_s).withoutValue();
 }
 
 DaemonObjectResult<HistoryClient::Restoration> HistoryClient::restore(uint id)
 {
-    return restoration(call("Restore"_L1, withSource(id), u"the settings cannot be restored"_s));
+    return restoration(history.call("Restore"_L1, withSource(id), u"the settings cannot be restored"_s));
 }
 
 DaemonObjectResult<HistoryClient::Restoration> HistoryClient::preview(uint id)
 {
-    return restoration(call("Preview"_L1, {id}, u"the change cannot be shown"_s));
+    return restoration(history.call("Preview"_L1, {id}, u"the change cannot be shown"_s));
 }
 
 DaemonObjectResult<void> HistoryClient::restoreDocument(const QByteArray &data, const QString &name)
 {
-    return call("RestoreDocument"_L1, {data, name, QString(DaemonProtocol::kestractlIdentifier)},
-                u"the settings cannot be restored"_s)
-        .withoutValue<DaemonObjectError>();
+    return history
+        .call("RestoreDocument"_L1, {data, name, QString(DaemonProtocol::kestractlIdentifier)},
+              u"the settings cannot be restored"_s)
+        .withoutValue();
 }
 
 DaemonObjectResult<QStringList> HistoryClient::backups()
 {
-    const DaemonObjectResult<QVariantList> values = call("Backups"_L1, {}, u"the backups cannot be listed"_s);
+    const DaemonObjectResult<QVariantList> values = history.call("Backups"_L1, {}, u"the backups cannot be listed"_s);
     if (!values)
         return values.error();
     return values->value(0).toStringList();
@@ -108,12 +96,13 @@ DaemonObjectResult<QStringList> HistoryClient::backups()
 
 DaemonObjectResult<void> HistoryClient::restoreBackup(const QString &day)
 {
-    return call("RestoreBackup"_L1, {day, QString(DaemonProtocol::kestractlIdentifier)},
-                u"the settings cannot be restored"_s)
-        .withoutValue<DaemonObjectError>();
+    return history
+        .call("RestoreBackup"_L1, {day, QString(DaemonProtocol::kestractlIdentifier)},
+              u"the settings cannot be restored"_s)
+        .withoutValue();
 }
 
 DaemonObjectResult<void> HistoryClient::clear()
 {
-    return call("Clear"_L1, {}, u"the history cannot be deleted"_s).withoutValue<DaemonObjectError>();
+    return history.call("Clear"_L1, {}, u"the history cannot be deleted"_s).withoutValue();
 }

@@ -83,15 +83,25 @@ CommandResult<uint> idArgument(const CommandContext &context)
     return id;
 }
 
-CommandResult<QVariantMap> entryArgument(const CommandContext &context, const QList<QVariantMap> &entries)
+/// An entry that the user has named, and all entries.
+struct NamedEntry
 {
+    QVariantMap entry;
+    QList<QVariantMap> all;
+};
+
+CommandResult<NamedEntry> namedEntry(const CommandContext &context)
+{
+    const auto entries = HistoryClient::list();
+    if (!entries)
+        return entries.error();
     const CommandResult<uint> id = idArgument(context);
     if (!id)
         return id.error();
-    const auto found = std::ranges::find(entries, *id, idOf);
-    if (found == entries.end())
+    const auto found = std::ranges::find(*entries, *id, idOf);
+    if (found == entries->end())
         return wrongUsage(u"the history has no entry %1"_s.arg(*id));
-    return *found;
+    return NamedEntry{.entry = *found, .all = *entries};
 }
 
 CommandResult<void> step(CommandContext &context, Key next, DaemonObjectResult<void> (*call)(uint), const QString &done)
@@ -158,44 +168,40 @@ CommandResult<void> listHistory(CommandContext &context)
 CommandResult<void> showHistoryEntry(CommandContext &context)
 {
     loadWords();
-    const auto entries = HistoryClient::list();
-    if (!entries)
-        return entries.error();
-    const CommandResult<QVariantMap> entry = entryArgument(context, *entries);
-    if (!entry)
-        return entry.error();
-    const DaemonObjectResult<Restoration> preview = HistoryClient::preview(idOf(*entry));
+    const CommandResult<NamedEntry> named = namedEntry(context);
+    if (!named)
+        return named.error();
+    const QVariantMap &entry = named->entry;
+    const DaemonObjectResult<Restoration> preview = HistoryClient::preview(idOf(entry));
     if (context.hasOption(Options::json)) {
-        QJsonObject object = jsonOf(*entry);
+        QJsonObject object = jsonOf(entry);
         object.insert(u"restore"_s, preview ? QJsonValue(jsonOf(*preview)) : QJsonValue());
         context.console.printJson(object);
         return {};
     }
-    context.console.print(lineOf(*entry));
+    context.console.print(lineOf(entry));
     if (!preview)
         context.console.print(u"It cannot be taken back: %1."_s.arg(preview.error().message));
     else if (preview->isAlone)
-        context.console.print(u"\"history restore %1\" takes back this change alone."_s.arg(idOf(*entry)));
+        context.console.print(u"\"history restore %1\" takes back this change alone."_s.arg(idOf(entry)));
     else
-        printOthers(context.console, *preview, *entries,
-                    u"\"history restore %1\" also takes back these changes:"_s.arg(idOf(*entry)));
+        printOthers(context.console, *preview, named->all,
+                    u"\"history restore %1\" also takes back these changes:"_s.arg(idOf(entry)));
     return {};
 }
 
 CommandResult<void> restoreHistoryEntry(CommandContext &context)
 {
     loadWords();
-    const auto entries = HistoryClient::list();
-    if (!entries)
-        return entries.error();
-    const CommandResult<QVariantMap> entry = entryArgument(context, *entries);
-    if (!entry)
-        return entry.error();
-    const DaemonObjectResult<Restoration> done = HistoryClient::restore(idOf(*entry));
+    const CommandResult<NamedEntry> named = namedEntry(context);
+    if (!named)
+        return named.error();
+    const QVariantMap &entry = named->entry;
+    const DaemonObjectResult<Restoration> done = HistoryClient::restore(idOf(entry));
     if (!done)
         return done.error();
-    context.console.print(u"taken back: %1"_s.arg(historyWords(*entry)));
-    printOthers(context.console, *done, *entries, u"also taken back:"_s);
+    context.console.print(u"taken back: %1"_s.arg(historyWords(entry)));
+    printOthers(context.console, *done, named->all, u"also taken back:"_s);
     return {};
 }
 

@@ -26,8 +26,12 @@ constexpr int answerLimitMs = 45000;
 constexpr qsizetype columnWidth = 26;
 constexpr int otherSideLimitMs = 100; // the daemon passes events on every 20 ms
 
-constexpr DaemonObjectClient keyWatch{
-    .path = KeyWatchKeys::objectPath, .interface = KeyWatchKeys::interfaceName, .words = "display of keys"_L1};
+constexpr OwnError ownErrors[] = {
+    {KeyWatchKeys::busyError}, {KeyWatchKeys::noQuestionError}, {KeyWatchKeys::refusedError}};
+constexpr DaemonObjectClient keyWatch{.path = KeyWatchKeys::objectPath,
+                                      .interface = KeyWatchKeys::interfaceName,
+                                      .words = "display of keys"_L1,
+                                      .ownErrors = ownErrors};
 
 struct NamedCode
 {
@@ -175,15 +179,8 @@ CommandResult<QDBusUnixFileDescriptor> openPipe()
 {
     const DaemonObjectResult<QVariantList> started =
         keyWatch.call("Start"_L1, {}, u"the keys cannot be shown"_s, answerLimitMs);
-    if (!started) {
-        DaemonObjectError error = started.error();
-        for (const KeyWatchKeys::Key own :
-             {KeyWatchKeys::busyError, KeyWatchKeys::noQuestionError, KeyWatchKeys::refusedError}) {
-            if (error.name == own)
-                error.message = error.text; // whole sentences
-        }
-        return error;
-    }
+    if (!started)
+        return started.error();
     return started->value(0).value<QDBusUnixFileDescriptor>();
 }
 
