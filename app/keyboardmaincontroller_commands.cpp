@@ -60,6 +60,19 @@ NamedRecord kindNamedBy(Command command)
     }
 }
 
+/// Whether the command changes events of a macro, and its reply has no document.
+bool changesEvents(Command command)
+{
+    switch (command) {
+    case Command::removeEvent:
+    case Command::updateEvent:
+    case Command::removeAllEvents:
+    case Command::setAllDelays:
+    case Command::setDelay: return true;
+    default: return false;
+    }
+}
+
 int macroIndexIn(const QVariantMap &request)
 {
     for (const QVariant &index :
@@ -77,6 +90,7 @@ std::optional<QVariantMap> KeyboardMainController::replyTo(Command command, cons
 {
     if (!isMeantRecord(command, request))
         return {};
+    mAreMacroEventsOld = mAreMacroEventsOld || changesEvents(command);
     sendAndWait(command, request);
     const std::optional<QVariantMap> reply = LatestReplySlot::shared().take();
     reportOutcome(command, reply);
@@ -301,26 +315,22 @@ void KeyboardMainController::getMacroDetailsForMacroAtIndex(int macroIndex)
 
 void KeyboardMainController::removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex)
 {
-    mAreMacroEventsOld = true;
     (void)replyTo(Command::removeEvent, DaemonCommands::removeEvent(mDevicePID, replyPortName, eventIndex, macroIndex));
 }
 
 void KeyboardMainController::removeAllEventsForMacroAtIndex(int macroIndex)
 {
-    mAreMacroEventsOld = true;
     (void)replyTo(Command::removeAllEvents, DaemonCommands::removeAllEvents(mDevicePID, replyPortName, macroIndex));
 }
 
 void KeyboardMainController::setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, int macroIndex, bool hasNoDelay)
 {
-    mAreMacroEventsOld = true;
     (void)replyTo(Command::setAllDelays,
                   DaemonCommands::setAllDelays(mDevicePID, replyPortName, delay, macroIndex, hasNoDelay));
 }
 
 void KeyboardMainController::setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex)
 {
-    mAreMacroEventsOld = true;
     (void)replyTo(Command::setDelay,
                   DaemonCommands::setDelay(mDevicePID, replyPortName, delay, eventIndex, macroIndex));
 }
@@ -328,7 +338,6 @@ void KeyboardMainController::setNewDelayAtMacroEventIndexForMacroAtIndex(int del
 void KeyboardMainController::updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex,
                                                                  const QVariantMap &event)
 {
-    mAreMacroEventsOld = true;
     if (!succeeds(Command::updateEvent,
                   DaemonCommands::updateEvent(mDevicePID, replyPortName, macroIndex, eventIndex, event)))
         return;

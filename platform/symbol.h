@@ -27,8 +27,8 @@ namespace Symbols {
 /// Returns the drawing of `symbol`. It follows the program's palette.
 [[nodiscard]] QIcon icon(Symbol symbol);
 
-/// Returns the desktop's icon `themeName` (Icon Naming Specification of freedesktop.org), or the drawing of `symbol` if
-/// the icon theme has none. The theme is loaded when the icon is first painted.
+/// Returns the desktop's icon `themeName` (a standard name of freedesktop.org), or the drawing of `symbol` if the icon
+/// theme has none. The theme is loaded when the icon is first painted.
 [[nodiscard]] QIcon icon(Symbol symbol, const QString &themeName);
 
 } // namespace Symbols
