@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The whole accessible tree of the window, in each of its states: every painted text is in it, at the place where it is
 // painted; every control that takes the focus has a name; exactly one object has the focus. Runs with the real daemon.
-#include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
@@ -21,7 +20,6 @@
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -273,9 +271,7 @@ void AccessibleTreeTest::init()
 {
     setReplyPollInterval(replyPollInterval);
     mDaemon = std::make_unique<DaemonProcessFixture>();
-    QVERIFY(QDir().mkpath(mDaemon->settingsFolder()));
-    QVERIFY(PropertyList::writeFileAtomically(mDaemon->settingsFolder() + u"/settings.plist"_s,
-                                              *PropertyList::writeBinary(startDocument())));
+    QVERIFY(mDaemon->store(startDocument()));
     QVERIFY(mDaemon->start());
 }
 

@@ -21,7 +21,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -249,9 +248,7 @@ void KeysEndToEndTest::init()
 {
     setReplyPollInterval(replyPollInterval);
     mDaemon = std::make_unique<DaemonProcessFixture>();
-    QVERIFY(QDir().mkpath(mDaemon->settingsFolder()));
-    QVERIFY(PropertyList::writeFileAtomically(mDaemon->settingsFolder() + u"/settings.plist"_s,
-                                              *PropertyList::writeBinary(startDocument())));
+    QVERIFY(mDaemon->store(startDocument()));
     QVERIFY(mDaemon->start());
 }
 

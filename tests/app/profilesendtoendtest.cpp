@@ -139,9 +139,7 @@ void ProfilesEndToEndTest::startDaemon(const QVariantList &profiles)
     const QVariantMap document{{SettingsKeys::profiles, profiles},
                                {SettingsKeys::macros, QVariantList()},
                                {SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 0}}}};
-    QVERIFY(QDir().mkpath(mDaemon->settingsFolder()));
-    QVERIFY(PropertyList::writeFileAtomically(mDaemon->settingsFolder() + u"/settings.plist"_s,
-                                              *PropertyList::writeBinary(document)));
+    QVERIFY(mDaemon->store(document));
     QVERIFY(mDaemon->start());
 }
 

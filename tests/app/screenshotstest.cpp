@@ -3,7 +3,6 @@
 // shortest and the longest language. The pictures are in the folder `screenshots` beside the tests, for a person to
 // inspect. The test checks that no text is cut off, every text has enough contrast, and disabled controls look
 // disabled.
-#include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
@@ -26,7 +25,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -257,9 +255,7 @@ void ScreenshotsTest::init()
 {
     setReplyPollInterval(replyPollInterval);
     mDaemon = std::make_unique<DaemonProcessFixture>();
-    QVERIFY(QDir().mkpath(mDaemon->settingsFolder()));
-    QVERIFY(PropertyList::writeFileAtomically(mDaemon->settingsFolder() + u"/settings.plist"_s,
-                                              *PropertyList::writeBinary(startDocument())));
+    QVERIFY(mDaemon->store(startDocument()));
     QVERIFY(mDaemon->start());
 }
 

@@ -2,7 +2,6 @@
 // The keyboard is unplugged and plugged in again in every state of the window. Nothing crashes. Meanwhile the controls
 // are disabled, and open sheets can still be answered. Afterwards everything works as before.
 #include "app/keyboardmaintenancecontroller.h"
-#include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
@@ -289,9 +288,7 @@ void UnpluggingTest::cleanup()
 void UnpluggingTest::openWindow()
 {
     mDaemon = std::make_unique<DaemonProcessFixture>();
-    QVERIFY(QDir().mkpath(mDaemon->settingsFolder()));
-    QVERIFY(PropertyList::writeFileAtomically(mDaemon->settingsFolder() + u"/settings.plist"_s,
-                                              *PropertyList::writeBinary(startDocument())));
+    QVERIFY(mDaemon->store(startDocument()));
     QVERIFY(mDaemon->start());
     mHub = std::make_unique<Hub>();
     mHub->controller->initializeDevice();

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/daemonprocessfixture.h"
 
+#include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -66,6 +68,12 @@ bool DaemonProcessFixture::start(const std::function<void()> &inChild)
                [this] { return !isRunning() || RemoteMessagePort::open(DaemonProtocol::requestPortName).has_value(); },
                waitMs)
            && isRunning() && mPort;
+}
+
+bool DaemonProcessFixture::store(const QVariantMap &document) const
+{
+    return QDir().mkpath(settingsFolder())
+           && PropertyList::writePropertyListFile(settingsFolder() + u"/settings.plist"_s, document);
 }
 
 void DaemonProcessFixture::kill()

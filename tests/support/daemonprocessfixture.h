@@ -60,6 +60,8 @@ public:
     QString callKeyboard(const QString &method, const QVariantList &arguments = {});
     [[nodiscard]] QVariant keyboardProperty(const QString &name);
 
+    /// Stores `document` as the settings with which the daemon starts.
+    [[nodiscard]] bool store(const QVariantMap &document) const;
     [[nodiscard]] QString settingsFolder() const { return mFolder.filePath(QStringLiteral("state/quill-kestra")); }
     [[nodiscard]] QProcessEnvironment &environment() { return mEnvironment; }
     [[nodiscard]] static QString portName() { return QStringLiteral("DaemonTestReplyPort"); }
