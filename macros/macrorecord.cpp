@@ -2,8 +2,11 @@
 #include "macros/macrorecord.h"
 
 #include "base/plistnumbers.h"
+#include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "macros/eventparser.h"
+
+#include <QCryptographicHash>
 
 #include <algorithm>
 
@@ -95,6 +98,14 @@ QVariantMap MacroRecord::withEvents(QVariantMap macro, const QVariantList &event
         changed.insert(eventsKey, events);
     macro.insert(SettingsKeys::sequence, changed);
     return macro;
+}
+
+QString MacroRecord::digest(const QVariantList &events)
+{
+    const std::optional<QByteArray> bytes = PropertyList::writeBinary(events);
+    if (!bytes)
+        return {};
+    return QString::fromLatin1(QCryptographicHash::hash(*bytes, QCryptographicHash::Sha256).toHex());
 }
 
 bool MacroRecord::isWellFormedEvent(const QVariantMap &event)

@@ -9,6 +9,7 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <limits>
 #include <optional>
 
 /// A macro's events are in record["sequence"] = {"Events": [event dictionary, ...]}; an empty dictionary means none.
@@ -22,6 +23,7 @@ inline constexpr int maximumEvents = 10'000;      // in one macro
 inline constexpr int maximumMacros = 256;         // two of the requests have 8 bits for the row of a macro
 inline constexpr int maximumTotalEvents = 50'000; // in all macros: one message has the whole document
 inline constexpr int standardDelayMs = 20;
+inline constexpr int maximumDelayMs = std::numeric_limits<int>::max(); // what the requests can carry
 
 inline constexpr int keyDown = 1; // "command" of an event
 inline constexpr int keyUp = 0;
@@ -55,6 +57,10 @@ struct Event
 [[nodiscard]] QVariantList events(const QVariantMap &macro);
 /// Returns `macro` with `events` in place of its own.
 [[nodiscard]] QVariantMap withEvents(QVariantMap macro, const QVariantList &events);
+/// Returns a digest of `events`: the SHA-256, as 64 lowercase hexadecimal digits, of PropertyList::writeBinary() of the
+/// array. Events that differ in anything, such as in the type of a number, have different digests.
+/// docs/daemon-protocol.md describes the bytes for other clients. Empty if a value has no property-list form.
+[[nodiscard]] QString digest(const QVariantList &events);
 /// True if `event` can be stored: those of its four fields that exist are numbers.
 [[nodiscard]] bool isWellFormedEvent(const QVariantMap &event);
 /// True if `macro` can be stored: its name is text, its events are dictionaries of numbers, and there are no more than

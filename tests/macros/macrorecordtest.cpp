@@ -67,6 +67,8 @@ private Q_SLOTS:
     void recognisesWellFormedRecords_data();
     void recognisesWellFormedRecords();
     void handlesTheGreatestMacro();
+    void digestIsThatOfTheDocumentedBytes();
+    void digestDistinguishesWhatIsStored();
 };
 
 void MacroRecordTest::readsEventsOfARecord_data()
@@ -292,6 +294,36 @@ void MacroRecordTest::handlesTheGreatestMacro()
     QCOMPARE(MacroRecord::rowCount(events), lastRow + 1);
     QCOMPARE(MacroRecord::eventIndexOfRow(events, lastRow), std::optional<int>(MacroRecord::maximumEvents - 1));
     QCOMPARE(MacroRecord::removingEventOfRow(events, lastRow)->size(), qsizetype(MacroRecord::maximumEvents - 1));
+}
+
+// The digests were computed from the description in docs/daemon-protocol.md, without this program.
+void MacroRecordTest::digestIsThatOfTheDocumentedBytes()
+{
+    QCOMPARE(MacroRecord::digest({}), u"aad02e1bbbb00b10402fb9abc3fb93c5eee7df168946b1f75bbdb510b6763a1f"_s);
+    QCOMPARE(MacroRecord::digest({makeEvent(1, 20, 7, 4), makeEvent(0, 300, 7, 4)}),
+             u"316aadee6a21c5e5a7b11220c48a3f21851653f657fb0b91f68ef984a3c2875b"_s);
+    QVariantMap further = makeEvent(1, -1, 9, 1).toMap();
+    further.insert(u"mark"_s, u"\u00e9 of the maker"_s);
+    further.insert(u"ratio"_s, 0.5);
+    further.insert(u"is"_s, true);
+    QVariantList many{further};
+    for (int index = 0; index < 400; ++index)
+        many += makeEvent(index % 2, 70'000 + index, 7, 4 + index % 200);
+    QCOMPARE(MacroRecord::digest(many), u"09870e9fe802d6af07d935721bff7d153b5161039f5c9b8a75c973e20640320c"_s);
+}
+
+void MacroRecordTest::digestDistinguishesWhatIsStored()
+{
+    const auto digestWith = [](const QVariant &delay) {
+        QVariantMap event = makeEvent(1, 0, 7, 4).toMap();
+        event.insert(u"delay"_s, delay);
+        return MacroRecord::digest({event});
+    };
+    const QStringList digests{digestWith(0), digestWith(1), digestWith(true), digestWith(1.0),
+                              MacroRecord::digest({makeEvent(1, 0, 7, 4), makeEvent(1, 0, 7, 4)})};
+    QCOMPARE(QSet<QString>(digests.begin(), digests.end()).size(), digests.size());
+    QCOMPARE(digestWith(qlonglong(1)), digestWith(1)); // the same number of the same type in the file
+    QCOMPARE(digestWith(QVariant()), QString());       // has no form in a property list
 }
 
 QTEST_APPLESS_MAIN(MacroRecordTest)
