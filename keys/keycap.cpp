@@ -2,8 +2,8 @@
 #include "keys/keycap.h"
 
 #include "keys/cachedpixmap.h"
-#include "keys/contrast.h"
 #include "keys/keylegend.h"
+#include "platform/contrast.h"
 
 #include <QLinearGradient>
 #include <QPainter>

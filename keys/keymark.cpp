@@ -2,8 +2,8 @@
 #include "keys/keymark.h"
 
 #include "keys/cachedpixmap.h"
-#include "keys/contrast.h"
 #include "keys/keymapping.h"
+#include "platform/contrast.h"
 #include "platform/lowbands.h"
 
 #include <QPainter>

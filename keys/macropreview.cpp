@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "keys/macropreview.h"
 
-#include "keys/contrast.h"
+#include "platform/contrast.h"
 
 #include <QPainter>
 

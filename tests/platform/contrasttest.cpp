@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "keys/contrast.h"
+#include "platform/contrast.h"
 #include "tests/support/testmain.h"
 
 #include <QTest>
