@@ -38,9 +38,9 @@ class MacroUsesTest : public QObject
 
 private Q_SLOTS:
     void namesEveryKeyInTheOrderOfProfilesAndKeys();
-    void anotherAssignmentWithThisNumberIsNoUse();
+    void countsNoOtherAssignmentWithThisNumber();
     void readsAnIndexLikeTheKeyThatPlays();
-    void aKeyOutsideTheLayoutIsNoUse();
+    void countsNoKeyOutsideTheLayout();
     void handlesOddTypes();
 };
 
@@ -57,7 +57,7 @@ void MacroUsesTest::namesEveryKeyInTheOrderOfProfilesAndKeys()
     QCOMPARE(macroUses(profiles, 3), QList<MacroUse>());
 }
 
-void MacroUsesTest::anotherAssignmentWithThisNumberIsNoUse()
+void MacroUsesTest::countsNoOtherAssignmentWithThisNumber()
 {
     QList<std::pair<int, QVariantMap>> entries;
     for (const int command : {0, 16, profileType, 20, 45, 46, 99})
@@ -73,7 +73,7 @@ void MacroUsesTest::readsAnIndexLikeTheKeyThatPlays()
     QCOMPARE(macroUses(profiles, 2), (QList<MacroUse>{{0, u"Game"_s, keyM1}}));
 }
 
-void MacroUsesTest::aKeyOutsideTheLayoutIsNoUse()
+void MacroUsesTest::countsNoKeyOutsideTheLayout()
 {
     const QVariantList profiles{profileWith(u"Game"_s, {{outsideTheLayout, entry(macroType, 1)}})};
     QCOMPARE(macroUses(profiles, 1), QList<MacroUse>());
