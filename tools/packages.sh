@@ -44,6 +44,9 @@ test    busybox-static  busybox
 test    cpio            cpio
 test    udev            udevadm
 test    systemd         systemd-analyze
+package debhelper       dh
+package dpkg-dev        dpkg-buildpackage
+package lintian         lintian
 fuzz    clang           clang++
 fuzz    libclang-rt-dev|libclang-rt-14-dev /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a
 bench   libbenchmark-dev -

@@ -1,0 +1,164 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Tests the Debian packages on a Debian of the machine's own sources: installation, upgrade, removal and purge.
+mmdebstrap makes that system once and keeps it in build/system, in a file named after the packages that it has.
+Usage: packagetest.py PACKAGES_FOLDER    the folder in which tools/package has built"""
+
+import hashlib
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+PACKAGES = Path(sys.argv.pop(1)).resolve()
+SOURCES = Path(__file__).resolve().parents[2]
+SYSTEMS = SOURCES / "build" / "system"
+LOWER_VERSION = "0.9"
+UNIT = "usr/lib/systemd/user/quill-kestra-daemon.service"
+ENABLED = "etc/systemd/user/graphical-session.target.wants/quill-kestra-daemon.service"
+SETTINGS = "home/user/.local/state/quill-kestra/settings.plist"
+RULES = "etc/udev/rules.d"
+RULE_OF_HELPER = "70-quill-kestra-01133-04660-00000000000000000007.rules"
+RULE_OF_ADMINISTRATOR = "70-quill-kestra-desk.rules"
+
+EXPECTED_FILES = {
+    "quill-kestra": """
+        usr/bin/kestra-configurator
+        usr/share/applications/org.quillkestra.Configurator.desktop
+        usr/share/icons/hicolor/scalable/apps/org.quillkestra.Configurator.svg
+        usr/share/man/man1/kestra-configurator.1.gz
+        usr/share/quill-kestra/help/en/index.html""",
+    "quill-kestra-daemon": """
+        usr/bin/QuillKestraDaemon
+        usr/bin/kestractl
+        usr/lib/systemd/user/quill-kestra-daemon.service
+        usr/lib/udev/rules.d/70-quill-kestra-uinput.rules
+        usr/libexec/quill-kestra-keyboard-rule
+        usr/share/man/man1/QuillKestraDaemon.1.gz
+        usr/share/man/man1/kestractl.1.gz
+        usr/share/polkit-1/actions/org.quillkestra.keyboard-rule.policy
+        usr/share/quill-kestra/Kestra.plist
+        usr/share/quill-kestra/texts/de.qm"""}
+
+
+def run(*command, **options):
+    """The output of a command that must succeed."""
+    result = subprocess.run([str(word) for word in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                            check=False, **options)
+    if result.returncode != 0:
+        raise AssertionError(f"{' '.join(map(str, command))} failed:\n{result.stdout}")
+    return result.stdout
+
+
+def package_file(name):
+    return next(PACKAGES.glob(f"{name}_*.deb"))
+
+
+def dependencies():
+    """The packages that ours need, without alternatives and versions."""
+    names = set()
+    for name in EXPECTED_FILES:
+        for entry in run("dpkg-deb", "-f", package_file(name), "Depends").split(","):
+            names.add(re.match(r"\s*([a-z0-9.+-]+)", entry).group(1))
+    # Any session bus will do; systemd has the tools with which the packages enable the service.
+    alternatives = {"default-dbus-session-bus": "dbus-user-session"}
+    return sorted({alternatives.get(name, name) for name in names - EXPECTED_FILES.keys()} | {"systemd", "udev"})
+
+
+def system_archive():
+    """A Debian with the packages that ours need, as an archive."""
+    names = ",".join(dependencies())
+    SYSTEMS.mkdir(parents=True, exist_ok=True)
+    archive = SYSTEMS / f"debian-{hashlib.sha256(names.encode()).hexdigest()[:16]}.tar"
+    if not archive.exists():
+        new = archive.with_suffix(".new.tar")
+        release = dict(line.split("=", 1) for line in Path("/etc/os-release").read_text().splitlines() if "=" in line)
+        run("mmdebstrap", "--variant=apt", f"--include={names}", release["VERSION_CODENAME"], new)
+        new.rename(archive)
+    return archive
+
+
+class Packages(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = Path(tempfile.mkdtemp(dir=SYSTEMS.parent))
+        cls.addClassCleanup(shutil.rmtree, cls.folder)
+        cls.root = cls.folder / "root"
+        cls.root.mkdir()
+        run("tar", "-xf", system_archive(), "-C", cls.root, "--exclude=./dev/*")
+        for name in EXPECTED_FILES:
+            shutil.copy(package_file(name), cls.root / "tmp" / f"{name}.deb")
+            cls.make_lower_version(name)
+
+    @classmethod
+    def make_lower_version(cls, name):
+        unpacked = cls.folder / name
+        run("dpkg-deb", "-R", package_file(name), unpacked)
+        control = unpacked / "DEBIAN" / "control"
+        version = run("dpkg-deb", "-f", package_file(name), "Version").strip()
+        control.write_text(control.read_text().replace(version, LOWER_VERSION))
+        run("dpkg-deb", "-b", unpacked, cls.root / "tmp" / f"{name}-lower.deb")
+
+    def in_system(self, *command):
+        """Runs a command in the system, with a process list and devices of its own."""
+        script = ('mount -t proc proc "$0/proc" && mount --rbind /dev "$0/dev" && '
+                  'exec chroot "$0" "$@"')
+        environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "DEBIAN_FRONTEND": "noninteractive", "LC_ALL": "C.UTF-8",
+                       "HOME": "/root", "QT_QPA_PLATFORM": "offscreen"}
+        return run("unshare", "--mount", "--pid", "--fork", "sh", "-c", script, self.root, *command, env=environment)
+
+    def write(self, path, text):
+        (self.root / path).parent.mkdir(parents=True, exist_ok=True)
+        (self.root / path).write_text(text)
+
+    def version(self):
+        return self.in_system("dpkg-query", "-W", "-f", "${Version} ", "quill-kestra", "quill-kestra-daemon").split()
+
+    def test_from_installation_to_purge(self):
+        self.in_system("dpkg", "-i", "/tmp/quill-kestra-lower.deb", "/tmp/quill-kestra-daemon-lower.deb")
+        self.assertEqual(self.version(), [LOWER_VERSION, LOWER_VERSION])
+        self.assertTrue((self.root / ENABLED).is_symlink(), "the service is not enabled for users")
+        self.write(SETTINGS, "settings of the user")
+        self.write(f"{RULES}/{RULE_OF_HELPER}", "# rule of the helper\n")
+        self.write(f"{RULES}/{RULE_OF_ADMINISTRATOR}", "# rule of the administrator\n")
+
+        self.in_system("dpkg", "-i", "/tmp/quill-kestra.deb", "/tmp/quill-kestra-daemon.deb")
+        self.assertNotIn(LOWER_VERSION, self.version())
+        for package, files in EXPECTED_FILES.items():
+            with self.subTest(package):
+                self.assertEqual([name for name in files.split() if not (self.root / name).is_file()], [])
+        for program in ("kestra-configurator", "QuillKestraDaemon", "kestractl"):
+            with self.subTest(program):
+                self.assertRegex(self.in_system(program, "--version"), r"\d+\.\d+\.\d+")
+        unit = (self.root / UNIT).read_text()
+        self.assertIn("ExecStart=/usr/bin/QuillKestraDaemon\n", unit)
+        self.assertIn("ConditionUser=!@system\n", unit)
+        self.assertIn("/usr/libexec/quill-kestra-keyboard-rule",
+                      (self.root / "usr/share/polkit-1/actions/org.quillkestra.keyboard-rule.policy").read_text())
+        self.assertEqual((self.root / "usr/libexec/quill-kestra-keyboard-rule").stat().st_mode & 0o7777, 0o755)
+
+        self.in_system("dpkg", "-r", "quill-kestra", "quill-kestra-daemon")
+        self.assertFalse((self.root / "usr/bin/QuillKestraDaemon").exists())
+        self.assertTrue((self.root / RULES / RULE_OF_HELPER).exists())
+
+        self.in_system("dpkg", "-P", "quill-kestra", "quill-kestra-daemon")
+        self.assertFalse((self.root / RULES / RULE_OF_HELPER).exists(), "the helper's rule is still there")
+        self.assertTrue((self.root / RULES / RULE_OF_ADMINISTRATOR).exists())
+        self.assertFalse((self.root / ENABLED).is_symlink())
+        self.assertEqual((self.root / SETTINGS).read_text(), "settings of the user")
+
+    def test_no_file_names_the_build_folder(self):
+        for name in EXPECTED_FILES:
+            unpacked = self.folder / f"{name}-files"
+            run("dpkg-deb", "-x", package_file(name), unpacked)
+            guilty = [path for path in unpacked.rglob("*") if path.is_file()
+                      and os.fsencode(PACKAGES.parent) in path.read_bytes()]
+            self.assertEqual(guilty, [])
+
+
+if __name__ == "__main__":
+    unittest.main()
