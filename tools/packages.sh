@@ -47,6 +47,8 @@ test    systemd         systemd-analyze
 package debhelper       dh
 package dpkg-dev        dpkg-buildpackage
 package lintian         lintian
+package mmdebstrap      mmdebstrap
+package e2fsprogs       mkfs.ext4
 fuzz    clang           clang++
 fuzz    libclang-rt-dev|libclang-rt-14-dev /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a
 bench   libbenchmark-dev -

@@ -31,7 +31,8 @@ echo "sudo" >>"$FAKE/calls"
 exec "$@"
 """
 PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import",
-            "openbox", "sway", "dbus-daemon", "qemu-system-x86_64", "busybox", "cpio", "udevadm", "systemd-analyze")
+            "openbox", "sway", "dbus-daemon", "qemu-system-x86_64", "busybox", "cpio", "udevadm", "systemd-analyze",
+            "dh", "dpkg-buildpackage", "lintian", "mmdebstrap", "mkfs.ext4")
 LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",
              "libbenchmark-dev", "libxcb1-dev", "libxcb-xkb-dev", "libxkbcommon-dev",
              "libxkbcommon-x11-dev", "libwayland-dev", "libevdev-dev", "libudev-dev", "qt6-wayland",
@@ -49,7 +50,7 @@ source "$0"
 kestra_packages=${kestra_packages//\\/boot\\//$FAKE/boot/}
 kestra_require "$@"
 """
-GROUPS = ("build", "session", "display", "tour", "test", "bench")
+GROUPS = ("build", "session", "display", "tour", "test", "package", "bench")
 
 
 class Packages(unittest.TestCase):

@@ -1,23 +1,18 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Tests the Debian packages on a Debian of the machine's own sources: installation, upgrade, removal and purge.
-mmdebstrap makes that system once and keeps it in build/system, in a file named after the packages that it has.
+"""Tests the Debian packages in the files of a Debian (debian.py): installation, upgrade, removal and purge.
 Usage: packagetest.py PACKAGES_FOLDER    the folder in which tools/package has built"""
 
-import hashlib
 import os
-import re
 import shutil
-import subprocess
 import sys
 import tempfile
 import unittest
 from pathlib import Path
 
+from debian import LOWER_VERSION, make_lower_version, package_file, run, system_archive
+
 PACKAGES = Path(sys.argv.pop(1)).resolve()
-SOURCES = Path(__file__).resolve().parents[2]
-SYSTEMS = SOURCES / "build" / "system"
-LOWER_VERSION = "0.9"
 UNIT = "usr/lib/systemd/user/quill-kestra-daemon.service"
 ENABLED = "etc/systemd/user/graphical-session.target.wants/quill-kestra-daemon.service"
 SETTINGS = "home/user/.local/state/quill-kestra/settings.plist"
@@ -45,63 +40,18 @@ EXPECTED_FILES = {
         usr/share/quill-kestra/texts/de.qm"""}
 
 
-def run(*command, **options):
-    """The output of a command that must succeed."""
-    result = subprocess.run([str(word) for word in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                            check=False, **options)
-    if result.returncode != 0:
-        raise AssertionError(f"{' '.join(map(str, command))} failed:\n{result.stdout}")
-    return result.stdout
-
-
-def package_file(name):
-    return next(PACKAGES.glob(f"{name}_*.deb"))
-
-
-def dependencies():
-    """The packages that ours need, without alternatives and versions."""
-    names = set()
-    for name in EXPECTED_FILES:
-        for entry in run("dpkg-deb", "-f", package_file(name), "Depends").split(","):
-            names.add(re.match(r"\s*([a-z0-9.+-]+)", entry).group(1))
-    # Any session bus will do; systemd has the tools with which the packages enable the service.
-    alternatives = {"default-dbus-session-bus": "dbus-user-session"}
-    return sorted({alternatives.get(name, name) for name in names - EXPECTED_FILES.keys()} | {"systemd", "udev"})
-
-
-def system_archive():
-    """A Debian with the packages that ours need, as an archive."""
-    names = ",".join(dependencies())
-    SYSTEMS.mkdir(parents=True, exist_ok=True)
-    archive = SYSTEMS / f"debian-{hashlib.sha256(names.encode()).hexdigest()[:16]}.tar"
-    if not archive.exists():
-        new = archive.with_suffix(".new.tar")
-        release = dict(line.split("=", 1) for line in Path("/etc/os-release").read_text().splitlines() if "=" in line)
-        run("mmdebstrap", "--variant=apt", f"--include={names}", release["VERSION_CODENAME"], new)
-        new.rename(archive)
-    return archive
-
-
 class Packages(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.folder = Path(tempfile.mkdtemp(dir=SYSTEMS.parent))
+        archive = system_archive(PACKAGES)
+        cls.folder = Path(tempfile.mkdtemp(dir=archive.parent))
         cls.addClassCleanup(shutil.rmtree, cls.folder)
         cls.root = cls.folder / "root"
         cls.root.mkdir()
-        run("tar", "-xf", system_archive(), "-C", cls.root, "--exclude=./dev/*")
+        run("tar", "-xf", archive, "-C", cls.root, "--exclude=./dev/*")
         for name in EXPECTED_FILES:
-            shutil.copy(package_file(name), cls.root / "tmp" / f"{name}.deb")
-            cls.make_lower_version(name)
-
-    @classmethod
-    def make_lower_version(cls, name):
-        unpacked = cls.folder / name
-        run("dpkg-deb", "-R", package_file(name), unpacked)
-        control = unpacked / "DEBIAN" / "control"
-        version = run("dpkg-deb", "-f", package_file(name), "Version").strip()
-        control.write_text(control.read_text().replace(version, LOWER_VERSION))
-        run("dpkg-deb", "-b", unpacked, cls.root / "tmp" / f"{name}-lower.deb")
+            shutil.copy(package_file(PACKAGES, name), cls.root / "tmp" / f"{name}.deb")
+            make_lower_version(PACKAGES, name, cls.root / "tmp" / f"{name}-lower.deb")
 
     def in_system(self, *command):
         """Runs a command in the system, with a process list and devices of its own."""
@@ -154,7 +104,7 @@ class Packages(unittest.TestCase):
     def test_no_file_names_the_build_folder(self):
         for name in EXPECTED_FILES:
             unpacked = self.folder / f"{name}-files"
-            run("dpkg-deb", "-x", package_file(name), unpacked)
+            run("dpkg-deb", "-x", package_file(PACKAGES, name), unpacked)
             guilty = [path for path in unpacked.rglob("*") if path.is_file()
                       and os.fsencode(PACKAGES.parent) in path.read_bytes()]
             self.assertEqual(guilty, [])

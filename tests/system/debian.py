@@ -1,0 +1,83 @@
+# SPDX-License-Identifier: MIT
+"""A Debian of the machine's own package sources, with everything that the project's packages need. mmdebstrap makes it
+once and keeps it in build/system, in a file named after its packages."""
+
+import hashlib
+import os
+import re
+import subprocess
+import tempfile
+from pathlib import Path
+
+SYSTEMS = Path(__file__).resolve().parents[2] / "build" / "system"
+PACKAGES = ("quill-kestra", "quill-kestra-daemon")
+LOWER_VERSION = "0.9"
+# The packages that ours only recommend, and those that a machine with a seat has.
+SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", "polkitd", "python3", "rtkit", "systemd",
+        "systemd-sysv", "udev")
+
+
+def run(*command, **options):
+    """The output of a command that must succeed."""
+    result = subprocess.run([str(word) for word in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                            check=False, **options)
+    if result.returncode != 0:
+        raise AssertionError(f"{' '.join(map(str, command))} failed:\n{result.stdout}")
+    return result.stdout
+
+
+def package_file(folder, name):
+    return next(folder.glob(f"{name}_*.deb"))
+
+
+def make_lower_version(folder, name, target):
+    """A package of this tree with a lower version."""
+    with tempfile.TemporaryDirectory() as unpacked:
+        file = package_file(folder, name)
+        run("dpkg-deb", "-R", file, unpacked)
+        control = Path(unpacked) / "DEBIAN" / "control"
+        version = run("dpkg-deb", "-f", file, "Version").strip()
+        control.write_text(control.read_text().replace(version, LOWER_VERSION))
+        run("dpkg-deb", "--root-owner-group", "-Znone", "-b", unpacked, target)
+
+
+def needed_packages(folder):
+    """The dependencies of the packages in this folder, without alternatives and versions, and those of a seat."""
+    names = set()
+    for name in PACKAGES:
+        for entry in run("dpkg-deb", "-f", package_file(folder, name), "Depends").split(","):
+            names.add(re.match(r"\s*([a-z0-9.+-]+)", entry).group(1))
+    # Any session bus will do.
+    names.discard("default-dbus-session-bus")
+    return sorted((names - set(PACKAGES)) | set(SEAT))
+
+
+def system_archive(folder):
+    """A Debian with the dependencies of the packages in this folder, without them, as an archive."""
+    names = ",".join(needed_packages(folder))
+    SYSTEMS.mkdir(parents=True, exist_ok=True)
+    archive = SYSTEMS / f"debian-{hashlib.sha256(names.encode()).hexdigest()[:16]}.tar"
+    if not archive.exists():
+        new = archive.with_suffix(".new.tar")
+        release = dict(line.split("=", 1) for line in Path("/etc/os-release").read_text().splitlines() if "=" in line)
+        run("mmdebstrap", "--variant=apt", f"--include={names}", release["VERSION_CODENAME"], new)
+        new.rename(archive)
+    return archive
+
+
+def system_image(folder):
+    """The same as a file system, with room for more."""
+    archive = system_archive(folder)
+    image = archive.with_suffix(".ext4")
+    if not image.exists():
+        new = image.with_suffix(".new")
+        with tempfile.TemporaryDirectory(dir=SYSTEMS) as root:
+            os.chmod(root, 0o755)  # becomes the root folder of all users
+            run("tar", "-xf", archive, "-C", root, "--exclude=./dev/*")
+            for user in ("user", "guest"):
+                run("chroot", root, "useradd", "--create-home", "--shell", "/bin/sh", user)
+            # Without a journal: nothing is stored beyond a run.
+            run("mkfs.ext4", "-q", "-F", "-O", "^has_journal", "-d", root, new, "1G",
+                env={**os.environ, "PATH": f"{os.environ['PATH']}:/usr/sbin:/sbin"})
+        new.rename(image)
+    return image
