@@ -179,12 +179,13 @@ void HistoryController::redo()
     mHistory.redo(idOf(*entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, Way::redo); });
 }
 
-void HistoryController::restore(const QVariantMap &entry)
+void HistoryController::restore(const QVariantMap &entry, uint newest)
 {
     if (!canAct() || mHistory.isBusy())
         return;
     begin(entry);
-    mHistory.restore(idOf(entry), [this](const HistoryStatus::Outcome &outcome) { ended(outcome, Way::restore); });
+    mHistory.restore(idOf(entry), newest,
+                     [this](const HistoryStatus::Outcome &outcome) { ended(outcome, Way::restore); });
 }
 
 void HistoryController::clear()

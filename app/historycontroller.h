@@ -53,7 +53,7 @@ private:
 
     void undo(const std::optional<QVariantMap> &entry);
     void redo();
-    void restore(const QVariantMap &entry);
+    void restore(const QVariantMap &entry, uint newest);
     void clear();
     void openSheet();
     /// Reports in the status line and in an open sheet.

@@ -31,6 +31,7 @@ enum Column { timeColumn, wordsColumn, authorColumn, stateColumn };
 
 constexpr int indexRole = Qt::UserRole; ///< of an entry; a day has none
 constexpr qsizetype mostOthersNamed = 5;
+constexpr int partsHeight = 110; ///< of a header and about four rows
 
 uint idOf(const QVariantMap &entry)
 {
@@ -66,38 +67,6 @@ QString stateOf(const QVariantMap &entry)
     return state == HistoryKeys::stateOutOfReach ? localizedText("lkeyHistoryIsOutOfReach") : QString();
 }
 
-/// The change itself, also of an undo, a redo or a restoration.
-QVariantMap changeOf(const QVariantMap &entry)
-{
-    const auto inside = entry.constFind(HistoryKeys::change);
-    return inside == entry.cend() ? entry : inside->toMap();
-}
-
-/// Whether a change of this kind sets something to a value that the entry has.
-bool setsValue(const QString &kind)
-{
-    constexpr std::array kinds{HistoryKeys::kindKey,     HistoryKeys::kindBrightness,     HistoryKeys::kindColor,
-                               HistoryKeys::kindLight,   HistoryKeys::kindProfileDisplay, HistoryKeys::kindEffect,
-                               HistoryKeys::kindGameMode};
-    return std::ranges::find(kinds, kind) != kinds.end();
-}
-
-/// Whether a change of this kind may have set anything, and has no values.
-bool mayHaveSetAnything(const QString &kind)
-{
-    constexpr std::array kinds{
-        HistoryKeys::kindMacroAdded,    HistoryKeys::kindMacroRenamed, HistoryKeys::kindMacroRecorded,
-        HistoryKeys::kindMacroChanged,  HistoryKeys::kindEventsAdded,  HistoryKeys::kindEventsRemoved,
-        HistoryKeys::kindEventsChanged, HistoryKeys::kindDelaysSet,    HistoryKeys::kindProfileChosen};
-    return !setsValue(kind) && std::ranges::find(kinds, kind) == kinds.end();
-}
-
-bool haveSameSubject(const QVariantMap &one, const QVariantMap &other)
-{
-    const auto areEqual = [&](Key key) { return one.value(key) == other.value(key); };
-    return areEqual(HistoryKeys::kind) && areEqual(HistoryKeys::profile) && areEqual(HistoryKeys::key);
-}
-
 QLabel *wrappedLabel(const char *objectName)
 {
     auto *label = new QLabel;
@@ -107,12 +76,18 @@ QLabel *wrappedLabel(const char *objectName)
     return label;
 }
 
+void showNote(QLabel *label, const QString &words)
+{
+    label->setText(words);
+    label->show();
+}
+
 } // namespace
 
 HistorySheet::HistorySheet(HistoryStatus &history, QWidget *parent)
     : Sheet(parent), mHistory(history), mSearch(new QLineEdit), mList(new QTreeWidget),
-      mWords(wrappedLabel("mHistoryWords")), mBefore(wrappedLabel("mHistoryBefore")),
-      mEffect(wrappedLabel("mHistoryEffect")), mPicture(new KeyMiniature),
+      mWords(wrappedLabel("mHistoryWords")), mParts(new QTreeWidget), mPartsNote(wrappedLabel("mHistoryPartsNote")),
+      mEffect(wrappedLabel("mHistoryEffect")), mNotice(wrappedLabel("mHistoryNotice")), mPicture(new KeyMiniature),
       mRestore(new QPushButton(localizedText("lkeyHistoryRestore"))),
       mClear(new QPushButton(localizedText("lkeyHistoryClear")))
 {
@@ -130,6 +105,14 @@ HistorySheet::HistorySheet(HistoryStatus &history, QWidget *parent)
     mList->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     mList->header()->setSectionResizeMode(wordsColumn, QHeaderView::Stretch);
     mList->header()->setStretchLastSection(false);
+    mParts->setObjectName("mHistoryParts"_L1);
+    mParts->setAccessibleName(localizedText("lkeyHistoryParts"));
+    mParts->setRootIsDecorated(false);
+    mParts->setAllColumnsShowFocus(true);
+    mParts->setHeaderLabels({localizedText("lkeyHistoryBefore"), localizedText("lkeyHistoryAfter")});
+    mParts->header()->setSectionResizeMode(QHeaderView::Stretch);
+    mParts->setFixedHeight(partsHeight);
+    mNotice->hide();
     mPicture->setObjectName("mHistoryPicture"_L1);
     QSizePolicy keepsPlace = mPicture->sizePolicy();
     keepsPlace.setRetainSizeWhenHidden(true); // the list must not jump
@@ -143,9 +126,11 @@ HistorySheet::HistorySheet(HistoryStatus &history, QWidget *parent)
         button->setAutoDefault(false);
 
     auto *words = new QVBoxLayout;
-    words->addWidget(mBefore);
     words->addWidget(mWords);
+    words->addWidget(mParts);
+    words->addWidget(mPartsNote);
     words->addWidget(mEffect);
+    words->addWidget(mNotice);
     words->addStretch();
     auto *details = new QHBoxLayout;
     details->setSpacing(Spacing::normal);
@@ -162,7 +147,7 @@ HistorySheet::HistorySheet(HistoryStatus &history, QWidget *parent)
     layout->addWidget(mList, 1);
     layout->addLayout(details);
     layout->addLayout(buttons);
-    setMinimumSize(760, 460);
+    setMinimumSize(760, 560);
     setCancelButton(close);
 
     connect(&mHistory, &HistoryStatus::listChanged, this, [this] {
@@ -170,10 +155,14 @@ HistorySheet::HistorySheet(HistoryStatus &history, QWidget *parent)
             read();
     });
     connect(mSearch, &QLineEdit::textChanged, this, &HistorySheet::search);
-    connect(mList, &QTreeWidget::currentItemChanged, this, &HistorySheet::showSelected);
+    connect(mList, &QTreeWidget::currentItemChanged, this, [this] {
+        mNotice->clear();
+        mNotice->hide();
+        showSelected();
+    });
     connect(mRestore, &QPushButton::clicked, this, [this] {
         if (const QVariantMap *entry = selected())
-            Q_EMIT restoreRequested(*entry);
+            Q_EMIT restoreRequested(*entry, mNewest);
     });
     connect(mClear, &QPushButton::clicked, this, &HistorySheet::askToClear);
     connect(close, &QPushButton::clicked, this, [this] { endSheet(); });
@@ -189,7 +178,8 @@ void HistorySheet::show(QWidget *window)
 
 void HistorySheet::say(const QString &words)
 {
-    mEffect->setText(words);
+    showNote(mNotice, words);
+    showSelected();
 }
 
 void HistorySheet::setCanRestore(bool canRestore)
@@ -273,57 +263,64 @@ const QVariantMap *HistorySheet::selected() const
     return index.isValid() && index.toLongLong() < mEntries.size() ? &mEntries.at(index.toLongLong()) : nullptr;
 }
 
-/// An entry has the values after the change. Those before are in the latest earlier change of the same thing, unless a
-/// change in between may have set them. Empty if unknown.
-QString HistorySheet::wordsBefore(const QVariantMap &entry) const
-{
-    if (!setsValue(entry.value(HistoryKeys::kind).toString()))
-        return {};
-    for (const QVariantMap &earlier : mEntries) {
-        if (idOf(earlier) >= idOf(entry))
-            continue;
-        if (haveSameSubject(earlier, entry))
-            return historyWords(earlier);
-        if (mayHaveSetAnything(earlier.value(HistoryKeys::kind).toString()))
-            return {};
-    }
-    return {};
-}
-
 void HistorySheet::showSelected()
 {
     const QVariantMap *entry = selected();
     mPreviewed = 0;
     showButtons();
     mEffect->clear();
+    mParts->clear();
+    mPartsNote->hide();
     mPicture->setVisible(false);
+    mParts->setVisible(entry);
     if (!entry) {
         const char *reasonKey = !mIsAnswered         ? "lkeyStatusNoReply"
                                 : mEntries.isEmpty() ? "lkeyHistoryEmpty"
                                                      : "lkeyHistoryNothingSelected";
         mWords->setText(localizedText(reasonKey));
-        mBefore->setVisible(false);
         return;
     }
-    const QString before = wordsBefore(*entry);
-    mWords->setText(before.isEmpty() ? historyWords(*entry)
-                                     : localizedFormat("lkeyHistoryAfter", {historyWords(*entry)}));
-    mBefore->setText(localizedFormat("lkeyHistoryBefore", {before}));
-    mBefore->setVisible(!before.isEmpty());
-    const QVariantMap change = changeOf(*entry);
-    if (change.value(HistoryKeys::kind).toString() == HistoryKeys::kindKey) {
-        mPicture->setLitKeys({change.value(HistoryKeys::key).toInt()});
-        mPicture->setVisible(true);
-    }
+    mWords->setText(historyWords(*entry));
     const uint id = idOf(*entry);
+    mHistory.show(id, this, [this, id](const HistoryParts &parts, const QString &error) {
+        const QVariantMap *now = selected();
+        if (!now || idOf(*now) != id)
+            return;
+        if (error.isEmpty())
+            return showParts(parts);
+        mParts->hide();
+        showNote(mPartsNote, localizedFormat("lkeyHistoryPartsUnknown", {StatusWords::ofHistoryError(error)}));
+    });
     mHistory.preview(id, this, [this, id](const HistoryStatus::Outcome &outcome) {
         const QVariantMap *now = selected();
         if (!now || idOf(*now) != id)
             return;
         mPreviewed = outcome.error.isEmpty() ? id : 0;
+        mNewest = outcome.newest;
         showPreview(outcome);
         showButtons();
     });
+}
+
+void HistorySheet::showParts(const HistoryParts &parts)
+{
+    mParts->clear();
+    QList<int> codes;
+    for (const QVariantMap &part : parts.list) {
+        const HistoryPartWords words = historyPartWords(part);
+        auto *item = new QTreeWidgetItem(mParts, {words.before, words.after});
+        for (int column = 0; column < item->columnCount(); ++column)
+            item->setToolTip(column, u"<p>"_s + item->text(column).toHtmlEscaped() + u"</p>"_s);
+        const int code = part.value(HistoryKeys::key).toInt();
+        if (part.contains(HistoryKeys::key) && !codes.contains(code)) // it may be one of several profiles
+            codes += code;
+    }
+    mPicture->setLitKeys(codes);
+    mPicture->setVisible(!codes.isEmpty());
+    mParts->setVisible(!parts.list.isEmpty());
+    if (parts.count > parts.list.size())
+        showNote(mPartsNote, localizedFormat("lkeyHistoryMoreParts",
+                                             {QString::number(parts.count), QString::number(parts.list.size())}));
 }
 
 void HistorySheet::showPreview(const HistoryStatus::Outcome &outcome)

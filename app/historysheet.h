@@ -22,13 +22,15 @@ public:
     HistorySheet(HistoryStatus &history, QWidget *parent);
 
     void show(QWidget *window);
-    /// Shows how a restoration has ended, in the words of the status line.
+    /// Shows how a restoration has ended, in the words of the status line, until the user selects another entry. Asks
+    /// again for the effect that restoring the selected entry would have.
     void say(const QString &words);
     /// Whether the user can ask for a restoration now.
     void setCanRestore(bool canRestore);
 
 Q_SIGNALS:
-    void restoreRequested(const QVariantMap &entry);
+    /// `newest` is the id of the newest entry when the user was shown the effect of the restoration.
+    void restoreRequested(const QVariantMap &entry, uint newest);
     void clearRequested();
 
 private:
@@ -36,8 +38,8 @@ private:
     void fill(const QList<QVariantMap> &entries);
     void search();
     [[nodiscard]] const QVariantMap *selected() const; ///< null without a selected entry
-    [[nodiscard]] QString wordsBefore(const QVariantMap &entry) const;
     void showSelected();
+    void showParts(const HistoryParts &parts);
     void showPreview(const HistoryStatus::Outcome &outcome);
     void showButtons();
     void askToClear();
@@ -47,12 +49,15 @@ private:
     QLineEdit *mSearch;
     QTreeWidget *mList;
     QLabel *mWords;
-    QLabel *mBefore;
+    QTreeWidget *mParts;
+    QLabel *mPartsNote;
     QLabel *mEffect;
+    QLabel *mNotice;
     KeyMiniature *mPicture;
     QPushButton *mRestore;
     QPushButton *mClear;
     uint mPreviewed = 0;     ///< the id of the entry whose effect is shown; 0 for none that can be taken back
+    uint mNewest = 0;        ///< the newest entry at that time
     bool mIsAnswered = true; ///< false when the daemon did not list its entries
     bool mCanRestore = false;
 };

@@ -5,7 +5,6 @@
 #include "app/servicestatus.h"
 #include "base/daemonprotocol.h"
 #include "base/historykeys.h"
-#include "daemonlink/historyentries.h"
 
 #include <QDBusArgument>
 
@@ -23,7 +22,8 @@ HistoryStatus::Outcome outcomeOf(const QDBusMessage &reply)
         return {.error = reply.errorName()};
     const QVariantMap restoration = qdbus_cast<QVariantMap>(reply.arguments().value(0));
     return {.isAlone = restoration.value(HistoryKeys::isAlone, true).toBool(),
-            .others = qdbus_cast<QList<uint>>(restoration.value(HistoryKeys::others))};
+            .others = qdbus_cast<QList<uint>>(restoration.value(HistoryKeys::others)),
+            .newest = restoration.value(HistoryKeys::newest).toUInt()};
 }
 
 /// Absent after an error.
@@ -51,7 +51,7 @@ void HistoryStatus::start()
     read();
 }
 
-void HistoryStatus::change(QLatin1StringView method, uint id, const Then &then)
+void HistoryStatus::change(QLatin1StringView method, uint id, const Then &then, const QVariantList &more)
 {
     mIsChanging = true;
     const auto ended = [this, then](const QDBusMessage &reply) {
@@ -59,13 +59,24 @@ void HistoryStatus::change(QLatin1StringView method, uint id, const Then &then)
         then(outcomeOf(reply));
         Q_EMIT changed();
     };
-    historyObject.call(method, this, ended, {id, QString(DaemonProtocol::configuratorIdentifier)});
+    historyObject.call(method, this, ended, QVariantList{id, QString(DaemonProtocol::configuratorIdentifier)} + more);
     Q_EMIT changed();
 }
 
 void HistoryStatus::preview(uint id, QObject *context, const Then &then) const
 {
     historyObject.call("Preview"_L1, context, [then](const QDBusMessage &reply) { then(outcomeOf(reply)); }, {id});
+}
+
+void HistoryStatus::show(uint id, QObject *context,
+                         const std::function<void(const HistoryParts &parts, const QString &error)> &then) const
+{
+    const auto answered = [then](const QDBusMessage &reply) {
+        if (reply.type() != QDBusMessage::ReplyMessage)
+            return then({}, reply.errorName());
+        then(historyParts(reply.arguments().value(0)), {});
+    };
+    historyObject.call("Show"_L1, context, answered, {id});
 }
 
 void HistoryStatus::list(QObject *context,

@@ -3,6 +3,8 @@
 // which may also come later, go, and come back. Main thread only.
 #pragma once
 
+#include "daemonlink/historyentries.h"
+
 #include <QList>
 #include <QObject>
 #include <QVariantMap>
@@ -25,6 +27,7 @@ public:
         QString error = {}; ///< empty after a success, else the D-Bus name of the error (base/historykeys.h)
         bool isAlone = true;
         QList<uint> others = {}; ///< of a restoration: the ids of the other changes that it takes back
+        uint newest = 0;         ///< of preview(): the id of the newest entry at that time
     };
     using Then = std::function<void(const Outcome &outcome)>;
 
@@ -49,12 +52,15 @@ public:
     /// Makes the change of the entry `id` again, in the same way.
     void redo(uint id, const Then &then) { change(QLatin1StringView("Redo"), id, then); }
 
-    /// Takes back the entry `id` alone, or with the later changes that preview() names. Must not be called while
-    /// isBusy().
-    void restore(uint id, const Then &then) { change(QLatin1StringView("Restore"), id, then); }
+    /// Takes back the entry `id` alone, or with the later changes that preview() names. The daemon refuses, as
+    /// outdated, if the newest entry is not `newest`, that of the preview. Must not be called while isBusy().
+    void restore(uint id, uint newest, const Then &then) { change(QLatin1StringView("Restore"), id, then, {newest}); }
     /// Asks what restore() would do, without changing anything. Later, `then` gets the answer, unless `context` has
     /// been destroyed.
     void preview(uint id, QObject *context, const Then &then) const;
+    /// Asks for the things that the entry has changed, in the same way. Without them, `error` is as that of an Outcome.
+    void show(uint id, QObject *context,
+              const std::function<void(const HistoryParts &parts, const QString &error)> &then) const;
     /// Asks for all entries, the oldest first; absent without an answer. `context` as in preview().
     void list(QObject *context,
               const std::function<void(const std::optional<QList<QVariantMap>> &entries)> &then) const;
@@ -71,7 +77,7 @@ private Q_SLOTS:
     void readAgain();
 
 private:
-    void change(QLatin1StringView method, uint id, const Then &then);
+    void change(QLatin1StringView method, uint id, const Then &then, const QVariantList &more = {});
     void read();
     void set(const std::optional<QList<QVariantMap>> &next);
 

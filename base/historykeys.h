@@ -95,5 +95,15 @@ inline constexpr Key kindElsewhere{"elsewhere"};
 // The outcome of Restore and Preview
 inline constexpr Key isAlone{"Alone"};
 inline constexpr Key others{"Others"};
+inline constexpr Key newest{"Newest"};
+
+// The outcome of Show, and the further keys and kinds of its parts
+inline constexpr Key parts{"Parts"};
+inline constexpr Key before{"Before"};
+inline constexpr Key after{"After"};
+inline constexpr Key index{"Index"};
+inline constexpr Key event{"Event"};
+inline constexpr Key kindEvents{"events"};
+inline constexpr Key kindEvent{"event"};
 
 } // namespace HistoryKeys

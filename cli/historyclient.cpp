@@ -3,7 +3,6 @@
 
 #include "base/daemonprotocol.h"
 #include "base/historykeys.h"
-#include "daemonlink/historyentries.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -38,7 +37,8 @@ DaemonObjectResult<HistoryClient::Restoration> restoration(const DaemonObjectRes
         return values.error();
     const QVariantMap outcome = qdbus_cast<QVariantMap>(values->value(0));
     return HistoryClient::Restoration{.isAlone = outcome.value(HistoryKeys::isAlone).toBool(),
-                                      .others = qdbus_cast<QList<uint>>(outcome.value(HistoryKeys::others))};
+                                      .others = qdbus_cast<QList<uint>>(outcome.value(HistoryKeys::others)),
+                                      .newest = outcome.value(HistoryKeys::newest).toUInt()};
 }
 
 QVariantList withSource(uint id)
@@ -68,14 +68,22 @@ DaemonObjectResult<void> HistoryClient::redo(uint id)
     return history.call("Redo"_L1, withSource(id), u"the change cannot be made again"_s).withoutValue();
 }
 
-DaemonObjectResult<HistoryClient::Restoration> HistoryClient::restore(uint id)
+DaemonObjectResult<HistoryClient::Restoration> HistoryClient::restore(uint id, uint newest)
 {
-    return restoration(history.call("Restore"_L1, withSource(id), u"the settings cannot be restored"_s));
+    return restoration(history.call("Restore"_L1, withSource(id) << newest, u"the settings cannot be restored"_s));
 }
 
 DaemonObjectResult<HistoryClient::Restoration> HistoryClient::preview(uint id)
 {
     return restoration(history.call("Preview"_L1, {id}, u"the change cannot be shown"_s));
+}
+
+DaemonObjectResult<HistoryParts> HistoryClient::show(uint id)
+{
+    const DaemonObjectResult<QVariantList> values = history.call("Show"_L1, {id}, u"the change cannot be shown"_s);
+    if (!values)
+        return values.error();
+    return historyParts(values->value(0));
 }
 
 DaemonObjectResult<void> HistoryClient::restoreDocument(const QByteArray &data, const QString &name)

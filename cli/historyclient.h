@@ -4,6 +4,7 @@
 #pragma once
 
 #include "cli/daemonobjectclient.h"
+#include "daemonlink/historyentries.h"
 
 #include <QList>
 #include <QVariantMap>
@@ -23,10 +24,13 @@ struct Restoration
 {
     bool isAlone = true;
     QList<uint> others = {}; ///< otherwise: the changes that are also taken back
+    uint newest = 0;         ///< of preview(): the id of the newest entry at that time
 };
-/// An unknown entry is wrong usage, like a profile that does not exist.
-[[nodiscard]] DaemonObjectResult<Restoration> restore(uint id);
+/// An unknown entry is wrong usage, like a profile that does not exist. Refused if the newest entry is not `newest`.
+[[nodiscard]] DaemonObjectResult<Restoration> restore(uint id, uint newest);
 [[nodiscard]] DaemonObjectResult<Restoration> preview(uint id);
+/// The things that the entry has changed.
+[[nodiscard]] DaemonObjectResult<HistoryParts> show(uint id);
 /// Replaces all settings by those in `data`, a property list. `name` is for the entry. A fault is wrong usage, with its
 /// place in the message.
 [[nodiscard]] DaemonObjectResult<void> restoreDocument(const QByteArray &data, const QString &name);

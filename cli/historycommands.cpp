@@ -52,14 +52,21 @@ QString lineOf(const QVariantMap &entry)
              entry.value(HistoryKeys::author).toString().leftJustified(12), historyWords(entry));
 }
 
-QJsonObject jsonOf(const QVariantMap &entry)
+/// The keys begin with a small letter, as all keys of kestractl's JSON do.
+QJsonObject plainJsonOf(const QVariantMap &values)
 {
     QJsonObject object;
-    for (auto value = entry.cbegin(); value != entry.cend(); ++value) {
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
         QString name = value.key();
         name[0] = name.at(0).toLower();
         object.insert(name, jsonFromPropertyList(value.value()));
     }
+    return object;
+}
+
+QJsonObject jsonOf(const QVariantMap &entry)
+{
+    QJsonObject object = plainJsonOf(entry);
     object.insert(u"time"_s, timeOf(entry).toUTC().toString(Qt::ISODateWithMs));
     object.insert(u"words"_s, historyWords(entry));
     return object;
@@ -71,6 +78,38 @@ QJsonObject jsonOf(const Restoration &restoration)
     for (const uint id : restoration.others)
         others += static_cast<qint64>(id);
     return {{u"alone"_s, restoration.isAlone}, {u"others"_s, others}};
+}
+
+QJsonArray jsonOf(const HistoryParts &parts)
+{
+    QJsonArray list;
+    for (const QVariantMap &part : parts.list) {
+        const HistoryPartWords words = historyPartWords(part);
+        QJsonObject object = plainJsonOf(part);
+        const auto addState = [&object, &part](Key key, const QString &stateWords) {
+            if (!part.contains(key))
+                return;
+            QJsonObject state = plainJsonOf(part.value(key).toMap());
+            state.insert(u"words"_s, stateWords);
+            object.insert(QString(key).toLower(), state);
+        };
+        addState(HistoryKeys::before, words.before);
+        addState(HistoryKeys::after, words.after);
+        list += object;
+    }
+    return list;
+}
+
+void print(Console &console, const HistoryParts &parts)
+{
+    for (const QVariantMap &part : parts.list) {
+        const HistoryPartWords words = historyPartWords(part);
+        if (!words.before.isEmpty())
+            console.print(u"  before: %1"_s.arg(words.before));
+        console.print(u"  after:  %1"_s.arg(words.after));
+    }
+    if (parts.count > parts.list.size())
+        console.print(u"  (the first %1 of %2 changed things)"_s.arg(parts.list.size()).arg(parts.count));
 }
 
 CommandResult<uint> idArgument(const CommandContext &context)
@@ -172,14 +211,21 @@ CommandResult<void> showHistoryEntry(CommandContext &context)
     if (!named)
         return named.error();
     const QVariantMap &entry = named->entry;
+    const DaemonObjectResult<HistoryParts> parts = HistoryClient::show(idOf(entry));
     const DaemonObjectResult<Restoration> preview = HistoryClient::preview(idOf(entry));
     if (context.hasOption(Options::json)) {
         QJsonObject object = jsonOf(entry);
+        object.insert(u"parts"_s, parts ? QJsonValue(jsonOf(*parts)) : QJsonValue());
+        object.insert(u"partCount"_s, parts ? QJsonValue(qint64{parts->count}) : QJsonValue());
         object.insert(u"restore"_s, preview ? QJsonValue(jsonOf(*preview)) : QJsonValue());
         context.console.printJson(object);
         return {};
     }
     context.console.print(lineOf(entry));
+    if (parts)
+        print(context.console, *parts);
+    else
+        context.console.print(u"The state before is not known: %1."_s.arg(parts.error().message));
     if (!preview)
         context.console.print(u"It cannot be taken back: %1."_s.arg(preview.error().message));
     else if (preview->isAlone)
@@ -197,7 +243,10 @@ CommandResult<void> restoreHistoryEntry(CommandContext &context)
     if (!named)
         return named.error();
     const QVariantMap &entry = named->entry;
-    const DaemonObjectResult<Restoration> done = HistoryClient::restore(idOf(entry));
+    const DaemonObjectResult<Restoration> preview = HistoryClient::preview(idOf(entry));
+    if (!preview)
+        return preview.error();
+    const DaemonObjectResult<Restoration> done = HistoryClient::restore(idOf(entry), preview->newest);
     if (!done)
         return done.error();
     context.console.print(u"taken back: %1"_s.arg(historyWords(entry)));

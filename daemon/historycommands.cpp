@@ -29,8 +29,10 @@ History::Found<quint32> HistoryCommands::redo(quint32 id, const QString &author)
     return store(mHistory.redoTarget(mSettings.kept(), id), author);
 }
 
-History::Found<History::Target> HistoryCommands::restore(quint32 id, const QString &author)
+History::Found<History::Target> HistoryCommands::restore(quint32 id, quint32 newest, const QString &author)
 {
+    if (newest != 0 && newest != mHistory.lastId())
+        return History::Refusal::outdated;
     const History::Found<History::Target> target = preview(id);
     const History::Found<quint32> stored = store(target, author);
     return stored ? target : stored.error();
@@ -39,6 +41,11 @@ History::Found<History::Target> HistoryCommands::restore(quint32 id, const QStri
 History::Found<History::Target> HistoryCommands::preview(quint32 id) const
 {
     return mHistory.restoreTarget(mSettings.kept(), id);
+}
+
+History::Found<ChangeParts> HistoryCommands::partsOf(quint32 id) const
+{
+    return mHistory.partsOf(mSettings.kept(), id);
 }
 
 Result<quint32> HistoryCommands::restoreDocument(const QByteArray &data, const QString &name, const QString &author)

@@ -16,8 +16,9 @@ public:
 
     History::Found<quint32> undo(quint32 id, const QString &author) override;
     History::Found<quint32> redo(quint32 id, const QString &author) override;
-    History::Found<History::Target> restore(quint32 id, const QString &author) override;
+    History::Found<History::Target> restore(quint32 id, quint32 newest, const QString &author) override;
     [[nodiscard]] History::Found<History::Target> preview(quint32 id) const override;
+    [[nodiscard]] History::Found<ChangeParts> partsOf(quint32 id) const override;
     Result<quint32> restoreDocument(const QByteArray &data, const QString &name, const QString &author) override;
     [[nodiscard]] QStringList backupDays() const override;
     Result<quint32> restoreBackup(const QString &day, const QString &author) override;

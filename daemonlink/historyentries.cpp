@@ -8,10 +8,15 @@
 
 namespace {
 
-void convertAssignment(QVariantMap &change)
+QVariantMap plainMap(QVariantMap map)
 {
-    if (const auto inside = change.constFind(HistoryKeys::assignment); inside != change.cend())
-        change.insert(HistoryKeys::assignment, qdbus_cast<QVariantMap>(*inside));
+    for (QVariant &value : map) {
+        const bool isMap =
+            value.canConvert<QDBusArgument>() && value.value<QDBusArgument>().currentType() == QDBusArgument::MapType;
+        if (isMap)
+            value = plainMap(qdbus_cast<QVariantMap>(value));
+    }
+    return map;
 }
 
 } // namespace
@@ -20,14 +25,14 @@ QList<QVariantMap> historyEntries(const QVariant &list)
 {
     qDBusRegisterMetaType<QList<QVariantMap>>();
     QList<QVariantMap> entries = qdbus_cast<QList<QVariantMap>>(list);
-    for (QVariantMap &entry : entries) {
-        convertAssignment(entry);
-        const auto inside = entry.constFind(HistoryKeys::change);
-        if (inside == entry.cend())
-            continue;
-        QVariantMap change = qdbus_cast<QVariantMap>(*inside);
-        convertAssignment(change);
-        entry.insert(HistoryKeys::change, change);
-    }
+    for (QVariantMap &entry : entries)
+        entry = plainMap(entry);
     return entries;
+}
+
+HistoryParts historyParts(const QVariant &shown)
+{
+    const QVariantMap values = qdbus_cast<QVariantMap>(shown);
+    return {.list = historyEntries(values.value(HistoryKeys::parts)),
+            .count = values.value(HistoryKeys::count).toUInt()};
 }

@@ -7,7 +7,9 @@
 #include "base/visibletext.h"
 #include "keys/keymapping.h"
 #include "keys/keynames.h"
+#include "lighting/backlight.h"
 #include "macros/eventparser.h"
+#include "macros/macrorecord.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -26,6 +28,19 @@ struct Row
     Key first = {};  // the ingredients for the placeholders of the format
     Key second = {}; // a count or a switch for one with `singleFormat`
     const char *singleFormat = nullptr;
+};
+
+/// The state of a thing, where this is not worded as the change that led to it.
+constexpr Row stateRows[] = {
+    {HistoryKeys::kindProfileAdded, "lkeyHistoryProfile", HistoryKeys::name},
+    {HistoryKeys::kindProfileDeleted, "lkeyHistoryProfile", HistoryKeys::name},
+    {HistoryKeys::kindProfileRenamed, "lkeyHistoryProfile", HistoryKeys::name},
+    {HistoryKeys::kindProfilesMoved, "lkeyHistoryProfileOrder", HistoryKeys::name},
+    {HistoryKeys::kindMacroAdded, "lkeyHistoryMacro", HistoryKeys::name},
+    {HistoryKeys::kindMacroDeleted, "lkeyHistoryMacro", HistoryKeys::name},
+    {HistoryKeys::kindMacroRenamed, "lkeyHistoryMacro", HistoryKeys::name},
+    {HistoryKeys::kindEvents, "lkeyHistoryMacroEvents", HistoryKeys::macro, HistoryKeys::count,
+     "lkeyHistoryMacroEvent"},
 };
 
 constexpr Row rows[] = {
@@ -144,7 +159,62 @@ QString rowWords(const Row &row, const QVariantMap &entry)
     return localizedFormat(format, arguments);
 }
 
+QString effectWords(const QVariantMap &state)
+{
+    const int effect = state.value(HistoryKeys::value).toInt();
+    const QString name = effect == Backlight::fixedColorEffect        ? localizedText("lkeyEffectFixedColor")
+                         : effect == Backlight::spectrumCyclingEffect ? localizedText("lkeyEffectSpectrumCycling")
+                                                                      : QString::number(effect);
+    return localizedFormat("lkeyHistoryEffectIs", {ingredient(state, HistoryKeys::profile), name});
+}
+
+QString eventWords(const QVariantMap &state)
+{
+    const QVariantMap event = state.value(HistoryKeys::event).toMap();
+    const MacroRecord::Event fields = MacroRecord::eventFields(event);
+    const QString macro = ingredient(state, HistoryKeys::macro);
+    const QString index = ingredient(state, HistoryKeys::index);
+    const QString delay = QString::number(fields.delayMs);
+    if (!eventParser::hasEventLine(event))
+        return localizedFormat("lkeyHistoryEventDelay", {macro, index, delay});
+    return localizedFormat(fields.command == MacroRecord::keyUp ? "lkeyHistoryEventUp" : "lkeyHistoryEventDown",
+                           {macro, index, eventParser::nameOfKeyOrButton(event), delay});
+}
+
+QString stateWords(const QVariantMap &state)
+{
+    const QString kind = state.value(HistoryKeys::kind).toString();
+    if (kind == HistoryKeys::kindEffect)
+        return effectWords(state);
+    if (kind == HistoryKeys::kindEvent)
+        return eventWords(state);
+    if (kind == HistoryKeys::kindProfileBound && state.value(HistoryKeys::application).toString().isEmpty())
+        return localizedFormat("lkeyHistoryProfileUnbound", {ingredient(state, HistoryKeys::profile)});
+    for (const Row &row : stateRows) {
+        if (row.kind == kind)
+            return rowWords(row, state);
+    }
+    return historyWords(state);
+}
+
 } // namespace
+
+HistoryPartWords historyPartWords(const QVariantMap &part)
+{
+    QVariantMap thing = part;
+    const QVariant before = thing.take(HistoryKeys::before);
+    const QVariant after = thing.take(HistoryKeys::after);
+    if (!before.isValid() && !after.isValid())
+        return {.after = historyWords(thing)};
+    const auto words = [&thing](const QVariant &state) {
+        if (!state.isValid())
+            return localizedText("lkeyHistoryNotThere");
+        QVariantMap whole = thing;
+        whole.insert(state.toMap());
+        return stateWords(whole);
+    };
+    return {.before = words(before), .after = words(after)};
+}
 
 QString historyWords(const QVariantMap &entry)
 {

@@ -7,6 +7,7 @@
 #include "base/settingskeys.h"
 #include "daemon/settings/differencekeys.h"
 #include "daemon/settings/documentdifference.h"
+#include "daemon/settings/historytext.h"
 #include "keys/keymapping.h"
 #include "lighting/backlight.h"
 #include "macros/macrorecord.h"
@@ -17,15 +18,10 @@
 
 using namespace Qt::StringLiterals;
 using HistoryKeys::Key;
+using HistoryText::applicationOf;
+using HistoryText::cut;
 
 namespace {
-
-constexpr qsizetype longestText = 100; // characters of a name; of a path twice as many
-
-QString cut(const QString &text, qsizetype longest = longestText)
-{
-    return text.size() <= longest ? text : text.first(longest - 1) + u'…';
-}
 
 QVariantMap described(Key kind, QVariantMap ingredients = {})
 {
@@ -78,17 +74,6 @@ struct ChangedRecord
     QVariantMap inside;
 };
 
-QString applicationOf(const QVariantMap &profile)
-{
-    const QVariantMap application = ProfileRecord::appInfo(profile);
-    for (const SettingsKeys::Key key :
-         {SettingsKeys::application, SettingsKeys::identifier, SettingsKeys::executable}) {
-        if (const QString name = application.value(key).toString(); !name.isEmpty())
-            return cut(name);
-    }
-    return {};
-}
-
 QVariantMap keyChange(const QVariantMap &documentAfter, const ChangedRecord &profile)
 {
     const QVariantMap changed =
@@ -102,15 +87,7 @@ QVariantMap keyChange(const QVariantMap &documentAfter, const ChangedRecord &pro
     QVariantMap one = of;
     one.insert(HistoryKeys::key, changed.firstKey().toInt());
     const QVariantMap assignment = ProfileRecord::keys(profile.after).value(changed.firstKey()).toMap();
-    QVariantMap shown;
-    for (const SettingsKeys::Key key : {SettingsKeys::command, SettingsKeys::param1, SettingsKeys::param2}) {
-        const QVariant value = assignment.value(key);
-        if (value.typeId() == QMetaType::QString)
-            shown.insert(key, cut(value.toString(), 2 * longestText));
-        else if (value.canConvert<int>())
-            shown.insert(key, value);
-    }
-    one.insert(HistoryKeys::assignment, shown);
+    one.insert(HistoryKeys::assignment, HistoryText::shownAssignment(assignment));
     const KeyMappings::Entry entry = KeyMappings::entryForKey(profile.after, changed.firstKey().toInt());
     const Document document(documentAfter);
     if (entry.is(KeyMappings::Assignment::playMacro))

@@ -328,11 +328,6 @@ std::optional<QVariantMap> History::forwardDifference(const Step &step) const
     return step.isForward ? entry->difference : DocumentDifference::reversed(entry->difference);
 }
 
-QVariantMap History::differenceOf(quint32 id) const
-{
-    return forwardDifference({.id = id}).value_or(QVariantMap());
-}
-
 /// The steps after the entry `id`, without those that were taken back meanwhile. Absent if there is a gap.
 std::optional<std::vector<History::Step>> History::pathSince(quint32 id) const
 {
@@ -355,18 +350,24 @@ std::optional<std::vector<History::Step>> History::pathSince(quint32 id) const
     return path;
 }
 
-/// The step that the entry has made, if it is still in effect.
-std::optional<History::Step> History::stepInEffect(const Item &item) const
+/// The step that the entry has made; absent if it has made none.
+std::optional<History::Step> History::stepOf(const Item &item)
 {
     switch (item.kind) {
-    case Kind::change: return isInEffect(item.id) ? std::optional(Step{.id = item.id}) : std::nullopt;
-    case Kind::undo:
-        return isInEffect(item.target) ? std::nullopt : std::optional(Step{.id = item.target, .isForward = false});
-    case Kind::redo: return isInEffect(item.target) ? std::optional(Step{.id = item.target}) : std::nullopt;
+    case Kind::change: return Step{.id = item.id};
+    case Kind::undo: return Step{.id = item.target, .isForward = false};
+    case Kind::redo: return Step{.id = item.target};
     case Kind::nothing:
     case Kind::gap: break;
     }
     return {};
+}
+
+/// The same, if it is still in effect.
+std::optional<History::Step> History::stepInEffect(const Item &item) const
+{
+    const std::optional<Step> step = stepOf(item);
+    return step && isInEffect(step->id) == step->isForward ? step : std::nullopt;
 }
 
 std::optional<QVariantMap> History::documentBefore(const QVariantMap &document, const Step &step,
@@ -458,6 +459,22 @@ History::Found<History::Target> History::restoreTarget(const QVariantMap &docume
         return Refusal::invalid;
     target.document = *restored;
     return target;
+}
+
+History::Found<ChangeParts> History::partsOf(const QVariantMap &document, quint32 id) const
+{
+    const Item *item = find(id);
+    if (!item)
+        return Refusal::unknown;
+    const auto path = pathSince(id);
+    const std::optional<Step> step = stepOf(*item);
+    const std::optional<QVariantMap> difference = path && step ? forwardDifference(*step) : std::nullopt;
+    const std::optional<QVariantMap> before = difference ? documentBefore(document, *step, *path) : std::nullopt;
+    const std::optional<QVariantMap> after =
+        before ? DocumentDifference::applied(*before, *difference, Direction::forward) : std::nullopt;
+    if (!after)
+        return Refusal::unreachable;
+    return changeParts(*before, *after, *difference);
 }
 
 QVariantMap History::shown(const Item &item) const

@@ -5,6 +5,7 @@
 
 #include "base/result.h"
 #include "daemon/settings/changedescription.h"
+#include "daemon/settings/changeparts.h"
 #include "daemon/settings/historyentry.h"
 #include "daemon/settings/historylog.h"
 
@@ -91,8 +92,8 @@ public:
     /// before the change.
     [[nodiscard]] Found<Target> restoreTarget(const QVariantMap &document, quint32 id) const;
 
-    /// The change of this entry as a difference that led forward, for display; empty if there is none.
-    [[nodiscard]] QVariantMap differenceOf(quint32 id) const;
+    /// The things that the entry has changed, whether the change is still in effect or not.
+    [[nodiscard]] Found<ChangeParts> partsOf(const QVariantMap &document, quint32 id) const;
 
     /// The id of the newest entry; 0 without one.
     [[nodiscard]] quint32 lastId() const { return mLastId; }
@@ -128,6 +129,7 @@ private:
                                                             const std::vector<Step> &path) const;
     [[nodiscard]] std::optional<QVariantMap> documentWithout(const QVariantMap &document, const Step &step,
                                                              const std::vector<Step> &path) const;
+    [[nodiscard]] static std::optional<Step> stepOf(const Item &item);
     [[nodiscard]] std::optional<Step> stepInEffect(const Item &item) const;
     [[nodiscard]] bool isInEffect(quint32 id) const;
     [[nodiscard]] HistoryEntry entryOf(const QVariantMap &before, const StoredChange &change) const;

@@ -59,9 +59,9 @@ uint HistoryAdaptor::Redo(uint id, const QString &sourceApp)
     return done.valueOr(0);
 }
 
-QVariantMap HistoryAdaptor::Restore(uint id, const QString &sourceApp)
+QVariantMap HistoryAdaptor::Restore(uint id, const QString &sourceApp, uint newest)
 {
-    const History::Found<History::Target> done = mCalls.restore(id, authorOf(sourceApp));
+    const History::Found<History::Target> done = mCalls.restore(id, newest, authorOf(sourceApp));
     if (!done) {
         refuse(done.error());
         return {};
@@ -76,7 +76,20 @@ QVariantMap HistoryAdaptor::Preview(uint id)
         refuse(target.error());
         return {};
     }
-    return outcomeOf(*target);
+    QVariantMap outcome = outcomeOf(*target);
+    outcome.insert(HistoryKeys::newest, mHistory.lastId());
+    return outcome;
+}
+
+QVariantMap HistoryAdaptor::Show(uint id)
+{
+    const History::Found<ChangeParts> parts = mCalls.partsOf(id);
+    if (!parts) {
+        refuse(parts.error());
+        return {};
+    }
+    return {{HistoryKeys::parts, QVariant::fromValue(parts->list)},
+            {HistoryKeys::count, static_cast<uint>(parts->count)}};
 }
 
 uint HistoryAdaptor::RestoreDocument(const QByteArray &data, const QString &name, const QString &sourceApp)

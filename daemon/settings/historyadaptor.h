@@ -39,8 +39,9 @@ public Q_SLOTS:
     [[nodiscard]] QList<QVariantMap> Next() const { return mHistory.nextEntries(); }
     uint Undo(uint id, const QString &sourceApp = {});
     uint Redo(uint id, const QString &sourceApp = {});
-    QVariantMap Restore(uint id, const QString &sourceApp = {});
+    QVariantMap Restore(uint id, const QString &sourceApp = {}, uint newest = 0);
     [[nodiscard]] QVariantMap Preview(uint id);
+    [[nodiscard]] QVariantMap Show(uint id);
     uint RestoreDocument(const QByteArray &data, const QString &name, const QString &sourceApp = {});
     [[nodiscard]] QStringList Backups() const { return mCalls.backupDays(); }
     uint RestoreBackup(const QString &day, const QString &sourceApp = {});

@@ -18,10 +18,13 @@ public:
     virtual History::Found<quint32> undo(quint32 id, const QString &author) = 0;
     /// Does again what was taken back last, which must be the entry `id`. Returns the id of the new entry.
     virtual History::Found<quint32> redo(quint32 id, const QString &author) = 0;
-    /// As History::restoreTarget(). Returns the outcome.
-    virtual History::Found<History::Target> restore(quint32 id, const QString &author) = 0;
+    /// As History::restoreTarget(). Returns the outcome. Refused as outdated if `newest` is neither 0 nor the newest
+    /// entry: the caller would restore something else than preview() has returned.
+    virtual History::Found<History::Target> restore(quint32 id, quint32 newest, const QString &author) = 0;
     /// The outcome that restore() would have.
     [[nodiscard]] virtual History::Found<History::Target> preview(quint32 id) const = 0;
+    /// As History::partsOf().
+    [[nodiscard]] virtual History::Found<ChangeParts> partsOf(quint32 id) const = 0;
 
     /// Replaces all settings by those in `data`, a property list, which is checked strictly. `name`, of a file, for
     /// example, is for the entry. Returns the id of the newest entry. The error is the fault and its place, or that the

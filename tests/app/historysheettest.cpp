@@ -1,16 +1,22 @@
 // SPDX-License-Identifier: MIT
 // The sheet with the history, in the real window with the real daemon.
+#include "base/historykeys.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
 #include "keys/keymapping.h"
 #include "keys/keyminiature.h"
+#include "macros/macrorecord.h"
 #include "platform/sheet.h"
 #include "platform/statusline.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/fulldocument.h"
 #include "tests/support/testmain.h"
 
 #include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -43,7 +49,10 @@ private Q_SLOTS:
     void namesWhoMadeTheChange();
     void findsByWordsAndAuthor();
     void showsBeforeAndAfterWithTheKeyLit();
-    void showsNoBeforeThatItDoesNotKnow();
+    void showsEveryKeyOfAnEntry();
+    void showsMacroEventsOfAnEntry();
+    void saysWhatIsOutOfReach();
+    void showsThePreviewAgainAfterAChangeInBetween();
     void restoresOneChangeAlone();
     void namesTheOtherChangesThatGoBack();
     void undoneChangeCannotBeRestored();
@@ -65,6 +74,10 @@ private:
     /// Selects the entry with these words.
     void select(const QString &words);
     [[nodiscard]] bool canRestore() const { return find<QPushButton>("mHistoryRestore")->isEnabled(); }
+    /// The words of the parts of the selected entry: of each, those before and after.
+    [[nodiscard]] QStringList parts() const;
+    /// Calls the daemon's object as another client does, and handles no events meanwhile.
+    static void callHistory(const QString &method, uint id);
     void assign(int code, KeyMappings::Assignment assignment) const;
     void disableKey(int code) const { assign(code, KeyMappings::Assignment::disabled); }
     [[nodiscard]] bool isMapped(int code) const
@@ -130,6 +143,24 @@ void HistorySheetTest::assign(int code, KeyMappings::Assignment assignment) cons
     const QVariantMap keys = hub.currentProfileDict().value(SettingsKeys::keys).toMap();
     const QVariantMap changed = KeyMappings::withEntry(keys, QString::number(code), assignment, keyB, 0);
     hub.updateKeySettings({{SettingsKeys::keys, changed}});
+}
+
+QStringList HistorySheetTest::parts() const
+{
+    const auto *tree = find<QTreeWidget>("mHistoryParts");
+    QStringList texts;
+    for (int row = 0; row < tree->topLevelItemCount(); ++row)
+        texts += {tree->topLevelItem(row)->text(0), tree->topLevelItem(row)->text(1)};
+    return texts;
+}
+
+void HistorySheetTest::callHistory(const QString &method, uint id)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
+                                                          HistoryKeys::objectPath, HistoryKeys::interfaceName, method);
+    message.setArguments({id});
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(message);
+    QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
 }
 
 void HistorySheetTest::emptyHistorySaysSo()
@@ -199,27 +230,84 @@ void HistorySheetTest::showsBeforeAndAfterWithTheKeyLit()
     disableKey(keyA);
     openSheet();
     select(u"A: Disable key"_s);
-    QCOMPARE(text("mHistoryWords"), u"After: A: Disable key"_s);
-    QCOMPARE(text("mHistoryBefore"), u"Before: A: Single key (B)"_s);
+    QCOMPARE(text("mHistoryWords"), u"A: Disable key"_s);
+    QTRY_COMPARE(parts(), QStringList({u"A: Single key (B)"_s, u"A: Disable key"_s}));
     auto *picture = find<KeyMiniature>("mHistoryPicture");
     QVERIFY(picture->isVisible());
     QCOMPARE(picture->litKeys(), QList<int>{keyA});
     QCOMPARE(picture->accessibleName(), u"A"_s);
 }
 
-void HistorySheetTest::showsNoBeforeThatItDoesNotKnow()
+void HistorySheetTest::showsEveryKeyOfAnEntry()
 {
     assign(keyA, KeyMappings::Assignment::singleKey);
     QVariantMap keys = mHub->controller->currentProfileDict().value(SettingsKeys::keys).toMap();
     for (const int code : {keyA, keyB})
-        keys.remove(QString::number(code));
-    keys = KeyMappings::withEntry(keys, u"6"_s, KeyMappings::Assignment::disabled, 0, 0);
+        keys = KeyMappings::withEntry(keys, QString::number(code), KeyMappings::Assignment::disabled, 0, 0);
     mHub->controller->updateKeySettings({{SettingsKeys::keys, keys}}); // several keys at once
+    openSheet();
+    QTRY_VERIFY(!shown().isEmpty());
+    select(shown().constFirst());
+    QTRY_COMPARE(parts(),
+                 QStringList({u"A: Single key (B)"_s, u"A: Disable key"_s, u"B: Default key"_s, u"B: Disable key"_s}));
+    auto *picture = find<KeyMiniature>("mHistoryPicture");
+    QVERIFY(picture->isVisible());
+    QCOMPARE(picture->litKeys(), QList<int>({keyA, keyB}));
+    QCOMPARE(picture->accessibleName(), u"A, B"_s);
+}
+
+void HistorySheetTest::showsMacroEventsOfAnEntry()
+{
+    const QVariantList events{
+        MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = keyA}),
+        MacroRecord::eventRecord({.command = MacroRecord::keyUp, .delayMs = 30, .argument = keyA})};
+    mHub->controller->addMacroWithSettings(MacroRecord::withEvents({{SettingsKeys::macroName, u"Heal"_s}}, events));
+    QVERIFY(mDaemon->request(
+        Command::setDelay,
+        {{DaemonProtocol::macroId, 0}, {DaemonProtocol::sequenceIndex, 1}, {DaemonProtocol::delay, 80}}));
+    openSheet();
+    select(u"Macro Heal: 1 delay set"_s);
+    QTRY_COMPARE(parts(), QStringList({u"Macro Heal, event 2: A released after 30 ms"_s,
+                                       u"Macro Heal, event 2: A released after 80 ms"_s}));
+    QVERIFY(!find<KeyMiniature>("mHistoryPicture")->isVisible());
+}
+
+void HistorySheetTest::saysWhatIsOutOfReach()
+{
     disableKey(keyA);
+    mDaemon->kill();
+    QDir folder(mDaemon->settingsFolder());
+    for (const QString &name : folder.entryList({u"settings*.plist*"_s}, QDir::Files))
+        QVERIFY(folder.remove(name));
+    QVERIFY(mDaemon->store(fullDocument()));
+    QVERIFY(mDaemon->start());
     openSheet();
     select(u"A: Disable key"_s);
-    QCOMPARE(text("mHistoryWords"), u"A: Disable key"_s);
-    QVERIFY(!find<QLabel>("mHistoryBefore")->isVisible());
+    QTRY_COMPARE(text("mHistoryPartsNote"),
+                 u"The state before is not known: the settings were replaced in another way since."_s);
+    QVERIFY(find<QLabel>("mHistoryPartsNote")->isVisible());
+    QVERIFY(!find<QTreeWidget>("mHistoryParts")->isVisible());
+    QVERIFY(!canRestore());
+}
+
+void HistorySheetTest::showsThePreviewAgainAfterAChangeInBetween()
+{
+    disableKey(keyA);
+    disableKey(keyB);
+    callHistory(u"Undo"_s, 2);
+    openSheet();
+    select(u"A: Disable key"_s);
+    QTRY_COMPARE(text("mHistoryEffect"), u"“Restore” takes back this change alone."_s);
+    QTRY_VERIFY(canRestore());
+    callHistory(u"Redo"_s, 2); // the window does not hear of it before the click
+    find<QPushButton>("mHistoryRestore")->click();
+    QTRY_COMPARE(text("mHistoryEffect"), u"“Restore” also takes back a later change: B: Disable key"_s);
+    QTRY_VERIFY(text("mHistoryNotice").startsWith(u"Not taken back: A: Disable key."_s));
+    QVERIFY(find<QLabel>("mHistoryNotice")->isVisible());
+    QTRY_VERIFY(isMapped(keyA) && isMapped(keyB));
+    QTRY_VERIFY(canRestore());
+    find<QPushButton>("mHistoryRestore")->click();
+    QTRY_VERIFY(!isMapped(keyA) && !isMapped(keyB));
 }
 
 void HistorySheetTest::restoresOneChangeAlone()

@@ -29,6 +29,8 @@ private Q_SLOTS:
     void undoesTheChangeOfAnotherClient();
     void historyListsTheLatestFirst();
     void historyAsJsonHasEveryKey();
+    void showHasBeforeAndAfter();
+    void showAsJsonHasBothStates();
     void showNamesTheOtherChanges();
     void restoreTakesBackOneChange();
     void wrongEntryIsWrongUsage_data();
@@ -140,6 +142,35 @@ void KestractlHistoryTest::historyAsJsonHasEveryKey()
         QVERIFY2(!entry.value(key).isUndefined() && !entry.value(key).isNull(), qPrintable(key));
     QCOMPARE(entry.value(u"kind"_s).toString(), u"key"_s);
     QCOMPARE(entry.value(u"assignment"_s).toObject().value(u"command"_s).toInt(), 20);
+}
+
+void KestractlHistoryTest::showHasBeforeAndAfter()
+{
+    QCOMPARE(run({u"key"_s, u"A"_s, u"single"_s, u"B"_s}).exitCode, 0);
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    const QString shown = line({u"history"_s, u"show"_s, u"2"_s});
+    QVERIFY2(shown.contains(u"\n  before: A: Single key (B)\n  after:  A: Disable key\n"_s), qPrintable(shown));
+    QCOMPARE(run({u"macro"_s, u"add"_s, u"Combo"_s}).exitCode, 0);
+    const QString added = line({u"history"_s, u"show"_s, u"3"_s});
+    QVERIFY2(added.contains(u"\n  before: does not exist\n  after:  Macro Combo\n"_s), qPrintable(added));
+}
+
+void KestractlHistoryTest::showAsJsonHasBothStates()
+{
+    QCOMPARE(run({u"key"_s, u"A"_s, u"single"_s, u"B"_s}).exitCode, 0);
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    const QJsonObject entry = run({u"history"_s, u"show"_s, u"2"_s, u"--json"_s}).json().object();
+    QCOMPARE(entry.value(u"partCount"_s).toInt(), 1);
+    QCOMPARE(entry.value(u"parts"_s).toArray().size(), 1);
+    const QJsonObject part = entry.value(u"parts"_s).toArray().first().toObject();
+    QCOMPARE(part.value(u"kind"_s).toString(), u"key"_s);
+    QCOMPARE(part.value(u"key"_s).toInt(), 4);
+    const QJsonObject before = part.value(u"before"_s).toObject();
+    const QJsonObject after = part.value(u"after"_s).toObject();
+    QCOMPARE(before.value(u"assignment"_s).toObject().value(u"command"_s).toInt(), 16);
+    QCOMPARE(before.value(u"words"_s).toString(), u"A: Single key (B)"_s);
+    QCOMPARE(after.value(u"assignment"_s).toObject().value(u"command"_s).toInt(), 20);
+    QCOMPARE(after.value(u"words"_s).toString(), u"A: Disable key"_s);
 }
 
 void KestractlHistoryTest::showNamesTheOtherChanges()

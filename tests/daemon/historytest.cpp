@@ -4,6 +4,7 @@
 #include "daemon/settings/history.h"
 #include "base/document.h"
 #include "base/historykeys.h"
+#include "base/propertylist.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"
 #include "tests/support/testmain.h"
@@ -24,6 +25,14 @@ private Q_SLOTS:
     void keepsAnEntryForEachStoredChange();
     void describesChanges_data();
     void describesChanges();
+    void showsBothStates_data();
+    void showsBothStates();
+    void showsEveryKeyOfAnEntry();
+    void showsTheWholeStateOfAKeyThatChangedInPart();
+    void showsWhatItShowedAfterLaterChanges();
+    void showsAnUndoTheOtherWayRound();
+    void showsNoKeyWhoseMacroOnlyMoved();
+    void showsABoundedNumberOfParts();
     void keepsNoEntryWithoutAChange();
     void namesTheAuthor_data();
     void namesTheAuthor();
@@ -42,6 +51,7 @@ private Q_SLOTS:
     void restoresTheWholeDocumentWhereARecordWasTouched();
     void restoresAnUndoneChange();
     void refusesToTakeBackTwice();
+    void refusesToRestoreSomethingElseThanWasShown();
     void macroComesBackWithItsNumber();
     void joinsTheStepsOfASlider();
     void joinsNothingElse_data();
@@ -85,9 +95,13 @@ private:
     }
     [[nodiscard]] bool undo() { return bool(mDaemon->historyCommands().undo(nextUndo(), u"client"_s)); }
     [[nodiscard]] bool redo() { return bool(mDaemon->historyCommands().redo(nextRedo(), u"client"_s)); }
-    [[nodiscard]] History::Found<History::Target> restore(quint32 id)
+    [[nodiscard]] History::Found<History::Target> restore(quint32 id, quint32 newest = 0)
     {
-        return mDaemon->historyCommands().restore(id, u"client"_s);
+        return mDaemon->historyCommands().restore(id, newest, u"client"_s);
+    }
+    [[nodiscard]] History::Found<ChangeParts> partsOf(quint32 id) const
+    {
+        return mDaemon->historyCommands().partsOf(id);
     }
     void updateProfile(int row, const QVariantMap &settings, const QVariantMap &more = {})
     {
@@ -215,6 +229,195 @@ void HistoryTest::describesChanges()
     const QVariantMap entry = entries().value(entries().size() - 1);
     for (auto value = expected.cbegin(); value != expected.cend(); ++value)
         QCOMPARE(entry.value(value.key()), value.value());
+}
+
+void HistoryTest::showsBothStates_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QVariantMap>("request");
+    QTest::addColumn<QList<QVariantMap>>("expected");
+    struct States
+    {
+        QString kind;
+        QVariantMap thing, before, after;
+        QVariantMap map() const
+        {
+            QVariantMap part = thing;
+            part.insert(u"Kind"_s, kind);
+            if (!before.isEmpty())
+                part.insert(u"Before"_s, before);
+            if (!after.isEmpty())
+                part.insert(u"After"_s, after);
+            return part;
+        }
+    };
+    const auto row = [](const char *name, Command command, const QVariantMap &request, const QList<States> &expected) {
+        QList<QVariantMap> parts;
+        for (const States &states : expected)
+            parts += states.map();
+        QTest::newRow(name) << static_cast<int>(command) << request << parts;
+    };
+    const auto update = [&](const char *name, const QVariantMap &settings, const QList<States> &expected) {
+        row(name, Command::updateProfile, {{u"ProfileID"_s, 0}, {u"DeviceSettingsDictionary"_s, settings}}, expected);
+    };
+    const auto one = [](const QString &key, const QVariant &value) { return QVariantMap{{key, value}}; };
+    const QVariantMap ofA = one(u"Profile"_s, u"A"_s);
+    const QVariantMap ofOne = one(u"Macro"_s, u"One"_s);
+    const auto event = [](int command, int delay, uint key) {
+        return QVariantMap{
+            {u"Event"_s,
+             QVariantMap{{u"command"_s, command}, {u"delay"_s, delay}, {u"page"_s, 7}, {u"argument"_s, key}}}};
+    };
+    const auto ofEvent = [](int index) { return QVariantMap{{u"Macro"_s, u"One"_s}, {u"Index"_s, index}}; };
+    update("rename", {{u"ProfileName"_s, u"Z"_s}},
+           {{u"profile renamed"_s, one(u"Profile"_s, u"Z"_s), one(u"Name"_s, u"A"_s), one(u"Name"_s, u"Z"_s)}});
+    update("brightness", {{u"BrightnessKBNormal"_s, 2}},
+           {{u"brightness"_s, ofA, one(u"Value"_s, 3), one(u"Value"_s, 2)}});
+    update("two settings", {{u"BrightnessKBNormal"_s, 2}, {u"BacklightLED"_s, 1}},
+           {{u"light"_s, ofA, one(u"On"_s, false), one(u"On"_s, true)},
+            {u"brightness"_s, ofA, one(u"Value"_s, 3), one(u"Value"_s, 2)}});
+    update("effect", {{u"LEDKBEffects"_s, 4}}, {{u"effect"_s, ofA, one(u"Value"_s, 0), one(u"Value"_s, 4)}});
+    const QVariantMap red{{u"Red"_s, 1.0}, {u"Green"_s, 0.0}, {u"Blue"_s, 0.0}};
+    update("colour", {{u"LEDKBColors"_s, QVariantList{red}}},
+           {{u"color"_s, ofA, one(u"Color"_s, u"#ffffff"_s), one(u"Color"_s, u"#ff0000"_s)}});
+    update("display", {{u"ProfileOSDOn"_s, 1}}, {{u"profile display"_s, ofA, one(u"On"_s, false), one(u"On"_s, true)}});
+    update("binding", {{u"AutoSwitchOn"_s, 1}, {u"AppInfo"_s, QVariantMap{{u"application"_s, u"gimp"_s}}}},
+           {{u"profile bound"_s, ofA, one(u"Application"_s, QString()), one(u"Application"_s, u"gimp"_s)}});
+    update("unknown setting", {{u"Other"_s, 1}}, {{u"profile changed"_s, ofA, {}, {}}});
+    row("profile deleted", Command::deleteProfile, {{u"ProfileID"_s, 1}},
+        {{u"profile deleted"_s, one(u"Profile"_s, u"B"_s), one(u"Name"_s, u"B"_s), {}}});
+    row("profile chosen", Command::switchProfile, {{u"ProfileID"_s, 1}},
+        {{u"profile chosen"_s, {}, ofA, one(u"Profile"_s, u"B"_s)}});
+    row("macro deleted", Command::deleteMacro, {{u"macroID"_s, 0}},
+        {{u"macro deleted"_s, ofOne, one(u"Name"_s, u"One"_s), {}}});
+    row("macro added", Command::addMacro, {{u"MacroContents"_s, macro(u"Combo"_s, 4)}},
+        {{u"macro added"_s, one(u"Macro"_s, u"Combo"_s), {}, one(u"Name"_s, u"Combo"_s)}});
+    row("macro renamed", Command::renameMacro,
+        {{u"MacroContents"_s, QVariantMap{{u"MacroName"_s, u"Three"_s}, {u"macroID"_s, 0}}}},
+        {{u"macro renamed"_s, one(u"Macro"_s, u"Three"_s), one(u"Name"_s, u"One"_s), one(u"Name"_s, u"Three"_s)}});
+    row("event removed", Command::removeEvent, {{u"macroID"_s, 0}, {u"macroEventTableIndex"_s, 0}},
+        {{u"events"_s, ofOne, one(u"Count"_s, 2), one(u"Count"_s, 1)}, {u"event"_s, ofEvent(1), event(1, 10, 4), {}}});
+    row("delay", Command::setDelay, {{u"macroID"_s, 0}, {u"sequenceIdx"_s, 1}, {u"delay"_s, 70}},
+        {{u"event"_s, ofEvent(2), event(0, 10, 4), event(0, 70, 4)}});
+}
+
+void HistoryTest::showsBothStates()
+{
+    QFETCH(int, command);
+    QFETCH(QVariantMap, request);
+    QFETCH(QList<QVariantMap>, expected);
+    QVariantMap document = startDocument();
+    document.insert(u"Macros"_s, QVariantList{macro(u"One"_s, 4), macro(u"Two"_s, 5)});
+    start(SettingsDocument::completed(document));
+    QCOMPARE(statusOf(static_cast<Command>(command), request), 0);
+    const auto parts = partsOf(lastId());
+    QVERIFY(parts);
+    QCOMPARE(parts->list, expected);
+    QCOMPARE(parts->count, expected.size());
+}
+
+void HistoryTest::showsEveryKeyOfAnEntry()
+{
+    updateProfile(1, {{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(16, 9)}, {u"30"_s, keyEntry(20, 0)}}}});
+    updateProfile(1, {{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(17, 0)}, {u"31"_s, keyEntry(20, 0)}}}});
+    const auto parts = partsOf(lastId());
+    QVERIFY(parts);
+    const QVariantMap disabled{{u"Assignment"_s, keyEntry(20, 0)}};
+    const QVariantMap nothing{{u"Assignment"_s, QVariantMap()}};
+    const auto part = [](int code, const QVariantMap &before, const QVariantMap &after) {
+        return QVariantMap{{u"Kind"_s, u"key"_s},
+                           {u"Profile"_s, u"B"_s},
+                           {u"Key"_s, code},
+                           {u"Before"_s, before},
+                           {u"After"_s, after}};
+    };
+    QCOMPARE(parts->list, QList<QVariantMap>({part(4, {{u"Assignment"_s, keyEntry(16, 9)}},
+                                                   {{u"Assignment"_s, keyEntry(17, 0)}, {u"Name"_s, u"A"_s}}),
+                                              part(30, disabled, nothing), part(31, nothing, disabled)}));
+}
+
+void HistoryTest::showsTheWholeStateOfAKeyThatChangedInPart()
+{
+    updateProfile(0, {{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(16, 9)}}}});
+    updateProfile(0, {{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(16, 8)}}}});
+    const auto parts = partsOf(lastId());
+    QVERIFY(parts);
+    const QVariantMap part = parts->list.value(0);
+    QCOMPARE(part.value(u"Before"_s).toMap().value(u"Assignment"_s).toMap(), keyEntry(16, 9));
+    QCOMPARE(part.value(u"After"_s).toMap().value(u"Assignment"_s).toMap(), keyEntry(16, 8));
+}
+
+void HistoryTest::showsWhatItShowedAfterLaterChanges()
+{
+    disableKey(0, u"5"_s);
+    const quint32 id = lastId();
+    const QList<QVariantMap> parts = partsOf(id).valueOr({}).list;
+    QCOMPARE(parts.size(), 1);
+    updateProfile(0, {{u"Keys"_s, QVariantMap()}});
+    QCOMPARE(statusOf(Command::deleteProfile, {{u"ProfileID"_s, 0}}), 0);
+    QVERIFY(undo());
+    addMacro(u"Combo"_s);
+    QVERIFY(restore(id));
+    QCOMPARE(partsOf(id).valueOr({}).list, parts);
+    restart();
+    QCOMPARE(partsOf(id).valueOr({}).list, parts);
+}
+
+void HistoryTest::showsAnUndoTheOtherWayRound()
+{
+    setBrightness(2);
+    const quint32 id = lastId();
+    const auto states = [this](quint32 of) {
+        const QVariantMap part = partsOf(of).valueOr({}).list.value(0);
+        return QList<int>{part.value(u"Before"_s).toMap().value(u"Value"_s).toInt(),
+                          part.value(u"After"_s).toMap().value(u"Value"_s).toInt()};
+    };
+    QVERIFY(undo());
+    QCOMPARE(states(id), QList<int>({3, 2}));
+    QCOMPARE(states(lastId()), QList<int>({2, 3}));
+    QVERIFY(redo());
+    QCOMPARE(states(lastId()), QList<int>({3, 2}));
+}
+
+void HistoryTest::showsNoKeyWhoseMacroOnlyMoved()
+{
+    for (const QString &name : {u"One"_s, u"Two"_s, u"Three"_s})
+        addMacro(name);
+    updateProfile(0, {{u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(10, 3)}, {u"5"_s, keyEntry(10, 2)}}}});
+    QCOMPARE(statusOf(Command::deleteMacro, {{u"macroID"_s, 2}}), 0);
+    QVariantList profiles = Document(mDaemon->document()).profiles();
+    QVariantMap first = profiles.first().toMap();
+    first.insert(u"Keys"_s, QVariantMap{{u"4"_s, keyEntry(10, 2)}});
+    profiles.replace(0, first);
+    QCOMPARE(statusOf(Command::replaceAllProfiles, {{u"AllProfiles"_s, profiles}}), 0);
+    QCOMPARE(kinds().last(), u"macro deleted"_s);
+    const QList<QVariantMap> parts = partsOf(lastId()).valueOr({}).list;
+    QCOMPARE(parts.size(), 2);
+    QCOMPARE(parts.at(0).value(u"Key"_s).toInt(), 5);
+    QCOMPARE(parts.at(0).value(u"Before"_s).toMap().value(u"Name"_s).toString(), u"One"_s);
+    QCOMPARE(parts.at(1).value(u"Kind"_s).toString(), u"macro deleted"_s);
+}
+
+void HistoryTest::showsABoundedNumberOfParts()
+{
+    addMacro(QString(5000, u'M'));
+    QVariantList events;
+    for (int count = 0; count < 300; ++count)
+        events += QVariantMap{{u"command"_s, 1}, {u"delay"_s, count}, {u"page"_s, 7}, {u"argument"_s, 4}};
+    QVariantMap contents = Document(mDaemon->document()).macro(2);
+    contents.insert(u"sequence"_s, QVariantMap{{u"Events"_s, events}});
+    QVariantMap document = storedDocument();
+    QVariantList macros = Document(document).macros();
+    macros.replace(2, contents);
+    document.insert(u"Macros"_s, macros);
+    const auto data = PropertyList::writeBinary(document);
+    QVERIFY(data && mDaemon->historyCommands().restoreDocument(*data, u"file"_s, u"client"_s));
+    const auto parts = partsOf(lastId());
+    QVERIFY(parts);
+    QCOMPARE(parts->count, 301); // the events and their number
+    QCOMPARE(parts->list.size(), 200);
+    for (const QVariantMap &part : parts->list)
+        QCOMPARE(part.value(u"Macro"_s).toString().size(), 100);
 }
 
 void HistoryTest::keepsNoEntryWithoutAChange()
@@ -436,6 +639,20 @@ void HistoryTest::refusesToTakeBackTwice()
     QVERIFY(undo());
     QCOMPARE(restore(idAt(1)).error(), Refusal::notInEffect);
     QCOMPARE(restore(4711).error(), Refusal::unknown);
+}
+
+void HistoryTest::refusesToRestoreSomethingElseThanWasShown()
+{
+    setBrightness(2);
+    const quint32 id = lastId();
+    const quint32 shown = lastId();
+    QVERIFY(mDaemon->historyCommands().preview(id)->isAlone);
+    updateProfile(0, {{u"BacklightLED"_s, 1}});
+    const QVariantMap document = mDaemon->document();
+    QCOMPARE(restore(id, shown).error(), Refusal::outdated);
+    QCOMPARE(mDaemon->document(), document);
+    QVERIFY(restore(id, lastId()));
+    QCOMPARE(brightness(0), 3);
 }
 
 void HistoryTest::macroComesBackWithItsNumber()
@@ -660,6 +877,9 @@ void HistoryTest::crossesNoGap()
     QCOMPARE(values(HistoryKeys::state).first(), u"out of reach"_s);
     QCOMPARE(mDaemon->historyCommands().undo(idAt(0), u"client"_s).error(), Refusal::unreachable);
     QCOMPARE(restore(idAt(0)).error(), Refusal::unreachable);
+    QCOMPARE(partsOf(idAt(0)).error(), Refusal::unreachable);
+    QCOMPARE(partsOf(idAt(1)).error(), Refusal::unreachable);
+    QCOMPARE(partsOf(4711).error(), Refusal::unknown);
     QCOMPARE(nextUndo(), 0u);
     addProfile(u"Two"_s);
     QVERIFY(undo());

@@ -46,6 +46,16 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Wiederholt: %@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Zurückgenommen: %@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>eine frühere Änderung</translation></message>
+    <message id="lkeyHistoryProfile"><source>lkeyHistoryProfile</source><translation>Profil %@</translation></message>
+    <message id="lkeyHistoryProfileOrder"><source>lkeyHistoryProfileOrder</source><translation>Profile: %@</translation></message>
+    <message id="lkeyHistoryMacro"><source>lkeyHistoryMacro</source><translation>Makro %@</translation></message>
+    <message id="lkeyHistoryMacroEvents"><source>lkeyHistoryMacroEvents</source><translation>Makro %@: %@ Ereignisse</translation></message>
+    <message id="lkeyHistoryMacroEvent"><source>lkeyHistoryMacroEvent</source><translation>Makro %@: %@ Ereignis</translation></message>
+    <message id="lkeyHistoryEffectIs"><source>lkeyHistoryEffectIs</source><translation>Profil %@: Lichteffekt %@</translation></message>
+    <message id="lkeyHistoryEventDown"><source>lkeyHistoryEventDown</source><translation>Makro %@, Ereignis %@: %@ nach %@ ms gedrückt</translation></message>
+    <message id="lkeyHistoryEventUp"><source>lkeyHistoryEventUp</source><translation>Makro %@, Ereignis %@: %@ nach %@ ms losgelassen</translation></message>
+    <message id="lkeyHistoryEventDelay"><source>lkeyHistoryEventDelay</source><translation>Makro %@, Ereignis %@: Pause von %@ ms</translation></message>
+    <message id="lkeyHistoryNotThere"><source>lkeyHistoryNotThere</source><translation>nicht vorhanden</translation></message>
     <!-- The window. -->
     <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>Rückgängig</translation></message>
     <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>Rückgängig: %@</translation></message>
@@ -74,8 +84,11 @@
     <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>Vergessen…</translation></message>
     <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>Noch enthält der Verlauf keine Änderung.</translation></message>
     <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>Wählen Sie eine Änderung aus, um zu sehen, was sie bewirkt hat.</translation></message>
-    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Vorher: %@</translation></message>
-    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Nachher: %@</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Vorher</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Nachher</translation></message>
+    <message id="lkeyHistoryParts"><source>lkeyHistoryParts</source><translation>Wirkung der Änderung</translation></message>
+    <message id="lkeyHistoryMoreParts"><source>lkeyHistoryMoreParts</source><translation>Die Änderung hat %@ Teile; hier stehen die ersten %@.</translation></message>
+    <message id="lkeyHistoryPartsUnknown"><source>lkeyHistoryPartsUnknown</source><translation>Der Zustand vorher ist nicht bekannt: %@.</translation></message>
     <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>„Wiederherstellen“ nimmt nur diese Änderung zurück.</translation></message>
     <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>„Wiederherstellen“ nimmt auch %@ spätere Änderungen zurück: %@</translation></message>
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>„Wiederherstellen“ nimmt auch eine spätere Änderung zurück: %@</translation></message>

@@ -46,6 +46,16 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Redone: %@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Taken back: %@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>an earlier change</translation></message>
+    <message id="lkeyHistoryProfile"><source>lkeyHistoryProfile</source><translation>Profile %@</translation></message>
+    <message id="lkeyHistoryProfileOrder"><source>lkeyHistoryProfileOrder</source><translation>Profiles: %@</translation></message>
+    <message id="lkeyHistoryMacro"><source>lkeyHistoryMacro</source><translation>Macro %@</translation></message>
+    <message id="lkeyHistoryMacroEvents"><source>lkeyHistoryMacroEvents</source><translation>Macro %@: %@ events</translation></message>
+    <message id="lkeyHistoryMacroEvent"><source>lkeyHistoryMacroEvent</source><translation>Macro %@: %@ event</translation></message>
+    <message id="lkeyHistoryEffectIs"><source>lkeyHistoryEffectIs</source><translation>Profile %@: lighting effect %@</translation></message>
+    <message id="lkeyHistoryEventDown"><source>lkeyHistoryEventDown</source><translation>Macro %@, event %@: %@ pressed after %@ ms</translation></message>
+    <message id="lkeyHistoryEventUp"><source>lkeyHistoryEventUp</source><translation>Macro %@, event %@: %@ released after %@ ms</translation></message>
+    <message id="lkeyHistoryEventDelay"><source>lkeyHistoryEventDelay</source><translation>Macro %@, event %@: pause of %@ ms</translation></message>
+    <message id="lkeyHistoryNotThere"><source>lkeyHistoryNotThere</source><translation>does not exist</translation></message>
     <!-- The window. -->
     <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>Undo</translation></message>
     <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>Undo: %@</translation></message>
@@ -74,8 +84,11 @@
     <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>Forget…</translation></message>
     <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>No change is in the history yet.</translation></message>
     <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>Select a change to see what it did.</translation></message>
-    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Before: %@</translation></message>
-    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>After: %@</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Before</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>After</translation></message>
+    <message id="lkeyHistoryParts"><source>lkeyHistoryParts</source><translation>Effect of the change</translation></message>
+    <message id="lkeyHistoryMoreParts"><source>lkeyHistoryMoreParts</source><translation>The change has %@ parts; these are the first %@.</translation></message>
+    <message id="lkeyHistoryPartsUnknown"><source>lkeyHistoryPartsUnknown</source><translation>The state before is not known: %@.</translation></message>
     <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>“Restore” takes back this change alone.</translation></message>
     <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>“Restore” also takes back %@ later changes: %@</translation></message>
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>“Restore” also takes back a later change: %@</translation></message>

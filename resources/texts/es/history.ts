@@ -46,6 +46,16 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Rehecho: %@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Retirado: %@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>un cambio anterior</translation></message>
+    <message id="lkeyHistoryProfile"><source>lkeyHistoryProfile</source><translation>Perfil %@</translation></message>
+    <message id="lkeyHistoryProfileOrder"><source>lkeyHistoryProfileOrder</source><translation>Perfiles: %@</translation></message>
+    <message id="lkeyHistoryMacro"><source>lkeyHistoryMacro</source><translation>Macro %@</translation></message>
+    <message id="lkeyHistoryMacroEvents"><source>lkeyHistoryMacroEvents</source><translation>Macro %@: %@ eventos</translation></message>
+    <message id="lkeyHistoryMacroEvent"><source>lkeyHistoryMacroEvent</source><translation>Macro %@: %@ evento</translation></message>
+    <message id="lkeyHistoryEffectIs"><source>lkeyHistoryEffectIs</source><translation>Perfil %@: efecto de luz %@</translation></message>
+    <message id="lkeyHistoryEventDown"><source>lkeyHistoryEventDown</source><translation>Macro %@, evento %@: %@ pulsada tras %@ ms</translation></message>
+    <message id="lkeyHistoryEventUp"><source>lkeyHistoryEventUp</source><translation>Macro %@, evento %@: %@ soltada tras %@ ms</translation></message>
+    <message id="lkeyHistoryEventDelay"><source>lkeyHistoryEventDelay</source><translation>Macro %@, evento %@: pausa de %@ ms</translation></message>
+    <message id="lkeyHistoryNotThere"><source>lkeyHistoryNotThere</source><translation>no existe</translation></message>
     <!-- The window. -->
     <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>Deshacer</translation></message>
     <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>Deshacer: %@</translation></message>
@@ -74,8 +84,11 @@
     <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>Olvidar…</translation></message>
     <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>El historial aún no contiene ningún cambio.</translation></message>
     <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>Seleccione un cambio para ver su efecto.</translation></message>
-    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Antes: %@</translation></message>
-    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Después: %@</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Antes</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Después</translation></message>
+    <message id="lkeyHistoryParts"><source>lkeyHistoryParts</source><translation>Efecto del cambio</translation></message>
+    <message id="lkeyHistoryMoreParts"><source>lkeyHistoryMoreParts</source><translation>El cambio tiene %@ partes; estas son las primeras %@.</translation></message>
+    <message id="lkeyHistoryPartsUnknown"><source>lkeyHistoryPartsUnknown</source><translation>El estado anterior no se conoce: %@.</translation></message>
     <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>«Restaurar» deshace solo este cambio.</translation></message>
     <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>«Restaurar» deshace también %@ cambios posteriores: %@</translation></message>
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>«Restaurar» deshace también un cambio posterior: %@</translation></message>

@@ -46,6 +46,16 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>Rétabli : %@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>Repris : %@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>une modification antérieure</translation></message>
+    <message id="lkeyHistoryProfile"><source>lkeyHistoryProfile</source><translation>Profil %@</translation></message>
+    <message id="lkeyHistoryProfileOrder"><source>lkeyHistoryProfileOrder</source><translation>Profils : %@</translation></message>
+    <message id="lkeyHistoryMacro"><source>lkeyHistoryMacro</source><translation>Macro %@</translation></message>
+    <message id="lkeyHistoryMacroEvents"><source>lkeyHistoryMacroEvents</source><translation>Macro %@ : %@ évènements</translation></message>
+    <message id="lkeyHistoryMacroEvent"><source>lkeyHistoryMacroEvent</source><translation>Macro %@ : %@ évènement</translation></message>
+    <message id="lkeyHistoryEffectIs"><source>lkeyHistoryEffectIs</source><translation>Profil %@ : effet lumineux %@</translation></message>
+    <message id="lkeyHistoryEventDown"><source>lkeyHistoryEventDown</source><translation>Macro %@, évènement %@ : %@ enfoncée après %@ ms</translation></message>
+    <message id="lkeyHistoryEventUp"><source>lkeyHistoryEventUp</source><translation>Macro %@, évènement %@ : %@ relâchée après %@ ms</translation></message>
+    <message id="lkeyHistoryEventDelay"><source>lkeyHistoryEventDelay</source><translation>Macro %@, évènement %@ : pause de %@ ms</translation></message>
+    <message id="lkeyHistoryNotThere"><source>lkeyHistoryNotThere</source><translation>n’existe pas</translation></message>
     <!-- The window. -->
     <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>Annuler</translation></message>
     <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>Annuler : %@</translation></message>
@@ -74,8 +84,11 @@
     <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>Oublier…</translation></message>
     <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>L’historique ne contient encore aucune modification.</translation></message>
     <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>Sélectionnez une modification pour voir son effet.</translation></message>
-    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Avant : %@</translation></message>
-    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Après : %@</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>Avant</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>Après</translation></message>
+    <message id="lkeyHistoryParts"><source>lkeyHistoryParts</source><translation>Effet de la modification</translation></message>
+    <message id="lkeyHistoryMoreParts"><source>lkeyHistoryMoreParts</source><translation>La modification comporte %@ éléments ; voici les %@ premiers.</translation></message>
+    <message id="lkeyHistoryPartsUnknown"><source>lkeyHistoryPartsUnknown</source><translation>L’état antérieur n’est pas connu : %@.</translation></message>
     <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>« Restaurer » annule seulement cette modification.</translation></message>
     <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>« Restaurer » annule aussi %@ modifications ultérieures : %@</translation></message>
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>« Restaurer » annule aussi une modification ultérieure : %@</translation></message>

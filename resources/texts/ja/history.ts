@@ -46,6 +46,16 @@
     <message id="lkeyHistoryRedone"><source>lkeyHistoryRedone</source><translation>やり直し：%@</translation></message>
     <message id="lkeyHistoryRestored"><source>lkeyHistoryRestored</source><translation>元に戻す：%@</translation></message>
     <message id="lkeyHistoryEarlierChange"><source>lkeyHistoryEarlierChange</source><translation>以前の変更</translation></message>
+    <message id="lkeyHistoryProfile"><source>lkeyHistoryProfile</source><translation>プロファイル %@</translation></message>
+    <message id="lkeyHistoryProfileOrder"><source>lkeyHistoryProfileOrder</source><translation>プロファイル：%@</translation></message>
+    <message id="lkeyHistoryMacro"><source>lkeyHistoryMacro</source><translation>マクロ %@</translation></message>
+    <message id="lkeyHistoryMacroEvents"><source>lkeyHistoryMacroEvents</source><translation>マクロ %@：%@ 個のイベント</translation></message>
+    <message id="lkeyHistoryMacroEvent"><source>lkeyHistoryMacroEvent</source><translation>マクロ %@：%@ 個のイベント</translation></message>
+    <message id="lkeyHistoryEffectIs"><source>lkeyHistoryEffectIs</source><translation>プロファイル %@：ライト効果 %@</translation></message>
+    <message id="lkeyHistoryEventDown"><source>lkeyHistoryEventDown</source><translation>マクロ %@、イベント %@：%@ を押す（%@ ミリ秒後）</translation></message>
+    <message id="lkeyHistoryEventUp"><source>lkeyHistoryEventUp</source><translation>マクロ %@、イベント %@：%@ を離す（%@ ミリ秒後）</translation></message>
+    <message id="lkeyHistoryEventDelay"><source>lkeyHistoryEventDelay</source><translation>マクロ %@、イベント %@：%@ ミリ秒の待機</translation></message>
+    <message id="lkeyHistoryNotThere"><source>lkeyHistoryNotThere</source><translation>存在しません</translation></message>
     <!-- The window. -->
     <message id="lkeyHistoryUndo"><source>lkeyHistoryUndo</source><translation>元に戻す</translation></message>
     <message id="lkeyHistoryUndoEntry"><source>lkeyHistoryUndoEntry</source><translation>元に戻す: %@</translation></message>
@@ -74,8 +84,11 @@
     <message id="lkeyHistoryClear"><source>lkeyHistoryClear</source><translation>履歴を消去…</translation></message>
     <message id="lkeyHistoryEmpty"><source>lkeyHistoryEmpty</source><translation>履歴にはまだ変更がありません。</translation></message>
     <message id="lkeyHistoryNothingSelected"><source>lkeyHistoryNothingSelected</source><translation>変更を選択すると、その内容が表示されます。</translation></message>
-    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>変更前: %@</translation></message>
-    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>変更後: %@</translation></message>
+    <message id="lkeyHistoryBefore"><source>lkeyHistoryBefore</source><translation>変更前</translation></message>
+    <message id="lkeyHistoryAfter"><source>lkeyHistoryAfter</source><translation>変更後</translation></message>
+    <message id="lkeyHistoryParts"><source>lkeyHistoryParts</source><translation>変更の内容</translation></message>
+    <message id="lkeyHistoryMoreParts"><source>lkeyHistoryMoreParts</source><translation>この変更には %@ 個の項目があります。最初の %@ 個を表示しています。</translation></message>
+    <message id="lkeyHistoryPartsUnknown"><source>lkeyHistoryPartsUnknown</source><translation>変更前の状態は不明です：%@。</translation></message>
     <message id="lkeyHistoryAlone"><source>lkeyHistoryAlone</source><translation>「復元」はこの変更だけを取り消します。</translation></message>
     <message id="lkeyHistoryNotAlone"><source>lkeyHistoryNotAlone</source><translation>「復元」は後の変更 %@ 件も取り消します: %@</translation></message>
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>「復元」は後の変更 1 件も取り消します: %@</translation></message>
