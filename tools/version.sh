@@ -7,8 +7,8 @@ kestra_version() {
     sed -n 's/^project(QuillKestra VERSION \([0-9.]*\) .*/\1/p' "${1:-CMakeLists.txt}"
 }
 
-# kestra_debian_changelog VERSION SECONDS: the changelog that a Debian package must have, for a version and a time since 1970. CHANGELOG.md, which the package also has, lists the
-# changes.
+# kestra_debian_changelog VERSION SECONDS: the changelog that a Debian package must have, for a version and a time since
+# 1970. CHANGELOG.md, which the package also has, lists the changes.
 kestra_debian_changelog() {
     local maintainer
     maintainer=$(sed -n 's/^Maintainer: //p' debian/control)

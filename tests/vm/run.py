@@ -71,8 +71,9 @@ def newest_kernel(work):
     skip("no kernel image with its modules in /boot and /lib/modules (Debian: linux-image-amd64, Ubuntu: linux-image-generic)")
 
 
-def module_files(folder):
-    """The files of MODULES and their dependencies, in the order of loading, without those built into the kernel."""
+def module_files(folder, names=MODULES):
+    """The files of these modules and their dependencies, in the order of loading, without those built into the kernel.
+    """
     dependencies = {}
     with open(os.path.join(folder, "modules.dep"), encoding="ascii") as file:
         for line in file:
@@ -80,7 +81,7 @@ def module_files(folder):
             dependencies[path] = needs.split()
     by_name = {re.sub(r"\.ko.*", "", os.path.basename(path)).replace("_", "-"): path for path in dependencies}
     order = []
-    for name in MODULES:
+    for name in names:
         if name in by_name:
             for path in [*reversed(dependencies[by_name[name]]), by_name[name]]:
                 if path not in order:

@@ -1,0 +1,293 @@
+# SPDX-License-Identifier: MIT
+"""The scenarios of the system suite, in their order: from the installation of the packages to their purge, with a user
+at the seat. Runs as root in the machine; each line of the report begins with "kestra-system: "."""
+
+import os
+import sys
+import time
+import traceback
+from pathlib import Path
+
+from driver import (Keyboard, Reader, User, node_of, nodes_of_user, output, run, wait_until)
+
+HELPER = "/usr/libexec/quill-kestra-keyboard-rule"
+RULES = Path("/etc/udev/rules.d")
+POLKIT_RULE = Path("/etc/polkit-1/rules.d/10-test.rules")
+SERVICE = "quill-kestra-daemon.service"
+REALTIME_KIT = "rtkit-daemon.service"
+SCHEDULER_POLICIES_WITH_REAL_TIME = (os.SCHED_FIFO, os.SCHED_RR)
+
+SCENARIOS = []
+user = User("user")
+guest = User("guest")
+keyboards = {}
+
+
+def scenario(function):
+    SCENARIOS.append(function)
+    return function
+
+
+def check(condition, what):
+    if not condition:
+        raise AssertionError(what)
+
+
+def check_equal(found, expected, what):
+    check(found == expected, f"{what}: expected {expected!r}, found {found!r}")
+
+
+def real_rules():
+    """The rules for single keyboards."""
+    return sorted(path.name for path in RULES.glob("70-quill-kestra-*"))
+
+
+def keyboard_id(keyboard):
+    """The keyboard's ID in the list of the daemon."""
+    lines = [line for line in user.ctl("device", "list").splitlines() if keyboard.name in line]
+    check(len(lines) == 1, f"{keyboard.name} is not in the list once: {lines}")
+    return lines[0].replace("*", " ").split()[0]
+
+
+def is_in_use(keyboard):
+    return any(line.startswith("*") and keyboard.name in line for line in user.ctl("device", "list").splitlines())
+
+
+def wait_for_use(keyboard):
+    wait_until(lambda: is_in_use(keyboard) and keyboard.is_grabbed(), f"{keyboard.name} is in use")
+
+
+def wait_for_daemon():
+    wait_until(lambda: "daemon: running" in user.ctl("status", check=False), "the daemon answers")
+
+
+def polkit_answers(result):
+    """Gives an answer to every question about the action of the helper."""
+    POLKIT_RULE.write_text('polkit.addRule(function(action, subject) {\n'
+                           '    if (action.id == "org.quillkestra.keyboard-rule") return polkit.Result.%s;\n'
+                           '});\n' % result)
+    POLKIT_RULE.chmod(0o644)
+    # polkitd reads its rules again when it starts.
+    run("systemctl", "restart", "polkit.service")
+
+
+def helper(*words):
+    return user.run_in_session("pkexec", HELPER, *words, check=False)
+
+
+@scenario
+def a_user_is_at_the_seat():
+    wait_until(user.is_active, "the session of the user")
+    keyboards["a"] = Keyboard("Board A", "7", 0x0001)
+    keyboards["b"] = Keyboard("Board B", "8", 0x0002)
+    check("/dev/uinput" not in nodes_of_user(user), "the user may use uinput before the installation")
+
+
+@scenario
+def installation_enables_the_service_and_gives_the_right_to_type():
+    run("dpkg", "-i", "/packages/lower/quill-kestra-daemon.deb", "/packages/lower/quill-kestra.deb")
+    check_equal(user.service("is-enabled", SERVICE).stdout.strip(), "enabled", "the service for users")
+    wait_until(lambda: "/dev/uinput" in nodes_of_user(user), "the right to uinput, without a new session")
+    check_equal(nodes_of_user(user) & {keyboards["a"].node, keyboards["b"].node}, set(), "the rights to keyboards")
+
+
+@scenario
+def the_service_starts_with_the_next_session():
+    run("loginctl", "terminate-user", user.name)
+    wait_until(lambda: not Path(f"/run/user/{user.id}").exists(), "the end of the user's service manager")
+    # The seat logs the user in again by itself.
+    run("systemctl", "restart", "getty@tty1.service")
+    wait_until(user.is_active, "the next session of the user")
+    wait_until(lambda: user.main_process() != 0, "the service")
+    wait_for_daemon()
+
+
+@scenario
+def root_has_no_service():
+    run("systemctl", "start", "user@0.service")
+    root = User("root")
+    wait_until(lambda: root.service("is-active", "default.target", check=False).stdout.strip() == "active",
+               "the service manager of root")
+    shown = root.service("show", "-p", "ActiveState,ConditionResult", SERVICE).stdout.split()
+    check_equal(sorted(shown), ["ActiveState=inactive", "ConditionResult=no"], "the service of root")
+    run("systemctl", "stop", "user@0.service")
+
+
+@scenario
+def a_keyboard_without_a_rule_cannot_be_used():
+    lines = user.ctl("device", "list")
+    for keyboard in keyboards.values():
+        check(keyboard.name in lines, f"{keyboard.name} is not in {lines}")
+    check("cannot be used" in lines, f"there is no reason in {lines}")
+
+
+@scenario
+def polkit_refuses_the_rule():
+    polkit_answers("NO")
+    result = helper(keyboards["a"].node)
+    check(result.returncode != 0, f"the helper ran: {result.stdout}")
+    check_equal(real_rules(), [], "the rules")
+    # Without an answer by a rule, polkit asks an administrator, through an agent. There is none here.
+    POLKIT_RULE.unlink()
+    run("systemctl", "restart", "polkit.service")
+    result = helper(keyboards["a"].node)
+    check(result.returncode != 0, f"the helper ran: {result.stdout}")
+    check_equal(real_rules(), [], "the rules")
+
+
+@scenario
+def the_helper_refuses_hostile_arguments():
+    polkit_answers("YES")
+    link = Path("/dev/input/event99")
+    link.symlink_to(keyboards["a"].node)
+    node_of_output = node_of("Power Button")
+    for words in ([], ["--remove"], ["/etc/passwd"], ["/dev/input/../input/event0"], ["/dev/input/event99"],
+                  ["/dev/input/mice"], ["/dev/uinput"], [keyboards["a"].node, keyboards["b"].node],
+                  [keyboards["a"].node + "\n"], ["--remove", "/dev/input/event12345"], ["event0"], [node_of_output]):
+        result = helper(*words)
+        check(result.returncode != 0, f"the helper accepted {words}")
+        check_equal(real_rules(), [], f"the rules after {words}")
+    link.unlink()
+
+
+@scenario
+def the_rule_gives_the_user_exactly_this_keyboard():
+    before = nodes_of_user(user)
+    result = helper(keyboards["a"].node)
+    check(result.returncode == 0, f"the helper failed: {result.stdout}")
+    check_equal(len(real_rules()), 1, "the number of rules")
+    wait_until(lambda: keyboards["a"].node in nodes_of_user(user), "the right to the keyboard")
+    check_equal(nodes_of_user(user) - before, {keyboards["a"].node}, "the rights that the rule gives")
+    # Every right goes with its reason.
+    check(helper("--remove", keyboards["a"].node).returncode == 0, "the helper does not remove the rule")
+    wait_until(lambda: keyboards["a"].node not in nodes_of_user(user), "the end of the right")
+    check_equal(nodes_of_user(user), before, "the rights after the removal")
+    check(helper(keyboards["a"].node).returncode == 0, "the helper does not install the rule again")
+    wait_until(lambda: keyboards["a"].node in nodes_of_user(user), "the right to the keyboard, again")
+
+
+@scenario
+def keys_come_out_remapped():
+    user.ctl("device", "use", keyboard_id(keyboards["a"]))
+    wait_for_use(keyboards["a"])
+    reader = output()
+    keyboards["a"].tap("A")
+    reader.expect("A down", "A up")
+    user.ctl("key", "A", "single", "B")
+    keyboards["a"].tap("A")
+    keyboards["a"].tap("C")
+    reader.expect("B down", "B up", "C down", "C up")
+    reader.close()
+    # The other keyboard still types itself.
+    check(not keyboards["b"].is_grabbed(), "the daemon has grabbed the other keyboard")
+
+
+@scenario
+def realtime_kit_gives_priority():
+    wait_until(lambda: "realTime" in user.ctl("status", "--json"), "the status")
+    process = user.main_process()
+
+    def priorities():
+        tasks = [int(path.name) for path in Path(f"/proc/{process}/task").iterdir()]
+        return [os.sched_getscheduler(task) & ~os.SCHED_RESET_ON_FORK for task in tasks]
+
+    wait_until(lambda: any(each in SCHEDULER_POLICIES_WITH_REAL_TIME for each in priorities()),
+               "a thread with real-time priority")
+    check_equal(sum(each in SCHEDULER_POLICIES_WITH_REAL_TIME for each in priorities()), 1, "the threads with priority")
+    check_equal(run("systemctl", "is-active", REALTIME_KIT).stdout.strip(), "active", REALTIME_KIT)
+
+
+@scenario
+def a_killed_service_comes_back():
+    before = user.main_process()
+    user.service("kill", "--signal=KILL", SERVICE)
+    wait_until(lambda: user.main_process() not in (0, before), "the service starts again")
+    wait_for_daemon()
+    wait_for_use(keyboards["a"])
+    reader = output()
+    keyboards["a"].tap("A")
+    reader.expect("B down", "B up")
+    reader.close()
+
+
+@scenario
+def a_stopped_service_leaves_the_keyboard_to_the_computer():
+    user.service("stop", SERVICE)
+    check(not keyboards["a"].is_grabbed(), "the keyboard is still grabbed")
+    check_equal(node_of("Quill Kestra output"), "", "the output device")
+    reader = Reader(keyboards["a"].node)
+    keyboards["a"].tap("A")
+    reader.expect("A down", "A up")
+    reader.close()
+    user.service("start", SERVICE)
+    wait_for_daemon()
+    wait_for_use(keyboards["a"])
+
+
+@scenario
+def another_user_comes_to_the_seat_and_goes():
+    run("systemctl", "start", "getty@tty2.service")
+    wait_until(guest.session, "the session of the other user")
+    run("loginctl", "activate", guest.session())
+    wait_until(guest.is_active, "the other user is at the seat")
+    node = keyboards["a"].node
+    wait_until(lambda: node in nodes_of_user(guest) and node not in nodes_of_user(user), "the right changes hands")
+    wait_until(lambda: not keyboards["a"].is_grabbed(), "the keyboard is released")
+    wait_until(lambda: "inactive" in user.ctl("status"), "the daemon reports why")
+    reader = Reader(node)
+    keyboards["a"].tap("A")
+    reader.expect("A down", "A up")
+    reader.close()
+    run("loginctl", "activate", user.session())
+    wait_until(user.is_active, "the user is at the seat again")
+    wait_for_use(keyboards["a"])
+    reader = output()
+    keyboards["a"].tap("A")
+    reader.expect("B down", "B up")
+    reader.close()
+
+
+@scenario
+def an_upgrade_keeps_settings_and_the_service():
+    process = user.main_process()
+    run("dpkg", "-i", "/packages/quill-kestra-daemon.deb", "/packages/quill-kestra.deb")
+    check_equal(user.main_process(), process, "the process of the service")
+    check_equal(len(real_rules()), 1, "the number of rules")
+    user.service("restart", SERVICE)
+    wait_for_daemon()
+    check(user.ctl("key", "A").startswith("A: single key B"), f"the assignment is not kept: {user.ctl('key', 'A')}")
+    wait_for_use(keyboards["a"])
+
+
+@scenario
+def a_removal_leaves_rules_and_settings_and_a_purge_the_settings():
+    run("dpkg", "-r", "quill-kestra", "quill-kestra-daemon")
+    check(not Path("/usr/bin/QuillKestraDaemon").exists(), "the daemon is still installed")
+    check_equal(len(real_rules()), 1, "the number of rules")
+    run("dpkg", "-P", "quill-kestra", "quill-kestra-daemon")
+    check_equal(real_rules(), [], "the rules")
+    settings = Path(f"/home/{user.name}/.local/state/quill-kestra/settings.plist")
+    check(settings.stat().st_size > 0, "the settings are gone")
+
+
+def report(text):
+    print("kestra-system: " + text, flush=True)
+
+
+def main():
+    for number, function in enumerate(SCENARIOS, 1):
+        start = time.monotonic()
+        try:
+            function()
+        except Exception:  # whatever it is, the report must name the scenario
+            report(f"failed {function.__name__}")
+            traceback.print_exc(file=sys.stdout)
+            # Each scenario continues where the previous one has ended.
+            print(run("journalctl", "--no-pager", "-b", "-n", "80", check=False).stdout)
+            report(f"done, {number} of {len(SCENARIOS)} run, 1 failed")
+            return
+        report(f"ok {function.__name__} ({time.monotonic() - start:.1f} s)")
+    report(f"done, {len(SCENARIOS)} of {len(SCENARIOS)} run, 0 failed")
+
+
+main()
