@@ -75,8 +75,9 @@ function(kestra_tests name)
 endfunction()
 
 # kestra_test(NAME [SOURCES file...] LINK library... [NEEDS target...] [BUS] [LABELS label...] [TIMEOUT seconds])
-# Declares the test NAME.cpp as a separate program. This is for tests that run under ThreadSanitizer (label link),
-# restart themselves, or replace functions of the C library.
+# Declares the test NAME.cpp as a separate program. This is for tests that restart themselves or replace functions of the
+# C library, and for single tests that run under ThreadSanitizer (label link): the preset tsan builds only the programs
+# of those, and a small one builds faster.
 function(kestra_test name)
   cmake_parse_arguments(ARG "BUS" "TIMEOUT" "SOURCES;LINK;NEEDS;LABELS" ${ARGN})
   kestra_test_executable(${name} SOURCES ${name}.cpp ${ARG_SOURCES} LINK ${ARG_LINK} NEEDS ${ARG_NEEDS})

@@ -3,6 +3,7 @@
 
 #include "daemon/keyboards/linux/epolldispatcher.h"
 #include "daemon/keyboards/linux/realtime.h"
+#include "daemon/system/handover.h"
 #include "daemon/system/logging.h"
 
 KeyThread::KeyThread(QObject *parent)
@@ -14,21 +15,19 @@ KeyThread::KeyThread(QObject *parent)
     mChannel->moveToThread(&mThread);
     mKeys->moveToThread(&mThread);
     mThread.start();
-    QMetaObject::invokeMethod(
-        &mAnchor, [this] { prepare(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&mAnchor, HandOver::Call{[this] { prepare(); }}, Qt::QueuedConnection);
 }
 
 KeyThread::~KeyThread()
 {
-    QMetaObject::invokeMethod(
-        &mAnchor,
-        [this] {
-            mChannel->removeAllNodes(); // must be able to release its keys through the path
-            mKeys.reset();
-            mChannel.reset();
-            mWatch.reset();
-        },
-        Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(&mAnchor, HandOver::Call{[this] {
+        mChannel->removeAllNodes(); // must be able to release its keys through the path
+        mKeys.reset();
+        mChannel.reset();
+        mWatch.reset();
+    }},
+                              Qt::BlockingQueuedConnection);
+    HandOver::take();
     mThread.quit();
     mThread.wait();
 }
@@ -40,16 +39,15 @@ void KeyThread::prepare()
     const std::size_t locked = Realtime::lockMemory();
     (void)Realtime::raiseCurrentThread(); // the keeper looks at the result
     const pid_t thread = Realtime::currentThread();
-    QMetaObject::invokeMethod(
-        this,
-        [this, thread, locked, isWatched = mWatch->isUsable()] {
-            if (!isWatched)
-                qCCritical(lcKeyboard, "daemon: no timer, so the key thread is not watched");
-            if (locked == 0)
-                qCInfo(lcKeyboard, "desktop: memory cannot be locked, keys may wait for it under load");
-            keepRealTime(thread);
-        },
-        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, HandOver::Call{[this, thread, locked, isWatched = mWatch->isUsable()] {
+                                  if (!isWatched)
+                                      qCCritical(lcKeyboard, "daemon: no timer, so the key thread is not watched");
+                                  if (locked == 0)
+                                      qCInfo(lcKeyboard,
+                                             "desktop: memory cannot be locked, keys may wait for it under load");
+                                  keepRealTime(thread);
+                              }},
+                              Qt::QueuedConnection);
 }
 
 void KeyThread::keepRealTime(pid_t thread)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/linuxkeyboard.h"
 
+#include "daemon/system/handover.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -22,27 +24,21 @@ void LinuxKeyboard::start(std::unique_ptr<OutputDevice> output)
     connect(channel, &LinuxKeyChannel::releaseChordPressed, this, &LinuxKeyboard::releaseChordPressed);
     connect(channel, &LinuxKeyChannel::ownKeyPressed, this, &LinuxKeyboard::takeOwnKey);
     connect(mThread.get(), &KeyThread::realTimeChanged, this, &LinuxKeyboard::realTimeChanged);
-    QMetaObject::invokeMethod(
-        channel, [channel, output = std::move(output)]() mutable { channel->setOutput(std::move(output)); },
-        Qt::QueuedConnection);
+    callKeys([channel, output = std::move(output)]() mutable { channel->setOutput(std::move(output)); });
 }
 
 void LinuxKeyboard::addNode(std::unique_ptr<EventFile> file, int id, bool givesHidUsages)
 {
     LinuxKeyChannel *channel = &mThread->channel();
-    QMetaObject::invokeMethod(
-        channel,
-        [channel, file = std::move(file), id, givesHidUsages]() mutable {
-            channel->addNode(std::move(file), id, givesHidUsages);
-        },
-        Qt::QueuedConnection);
+    callKeys([channel, file = std::move(file), id, givesHidUsages]() mutable {
+        channel->addNode(std::move(file), id, givesHidUsages);
+    });
 }
 
 void LinuxKeyboard::removeNode(int id)
 {
     LinuxKeyChannel *channel = &mThread->channel();
-    QMetaObject::invokeMethod(
-        channel, [channel, id] { channel->removeNode(id); }, Qt::QueuedConnection);
+    callKeys([channel, id] { channel->removeNode(id); });
 }
 
 void LinuxKeyboard::setNodes(const QStringList &nodes, quint16 version)
@@ -52,13 +48,17 @@ void LinuxKeyboard::setNodes(const QStringList &nodes, quint16 version)
     mNodes = nodes;
     mLight.useNodes(nodes);
     LinuxKeyChannel *channel = &mThread->channel();
-    QMetaObject::invokeMethod(
-        channel, [channel, isLit = mLight.ledCount() > 0] { channel->setLit(isLit); }, Qt::QueuedConnection);
+    callKeys([channel, isLit = mLight.ledCount() > 0] { channel->setLit(isLit); });
     const bool isAttached = !nodes.isEmpty();
     if (isAttached)
         mFirmwareVersion = u"%1.%2"_s.arg(uint(version >> 8), 0, 16).arg(uint(version & 0xFF), 2, 16, QChar(u'0'));
     if (std::exchange(mIsAttached, isAttached) != isAttached)
         Q_EMIT attachedChanged(isAttached);
+}
+
+template <typename Function> void LinuxKeyboard::callKeys(Function function)
+{
+    QMetaObject::invokeMethod(&mThread->channel(), HandOver::Call{std::move(function)}, Qt::QueuedConnection);
 }
 
 void LinuxKeyboard::takeOwnKey(KeyCodes::OwnKey key)

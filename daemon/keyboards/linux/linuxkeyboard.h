@@ -44,6 +44,8 @@ Q_SIGNALS:
     void realTimeChanged();
 
 private:
+    /// Calls `function` on the key thread later.
+    template <typename Function> void callKeys(Function function);
     void takeOwnKey(KeyCodes::OwnKey key);
 
     std::unique_ptr<KeyThread> mThread;

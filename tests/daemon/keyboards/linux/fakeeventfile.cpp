@@ -14,7 +14,11 @@ using namespace Qt::StringLiterals;
 class FakeEventFile : public EventFile
 {
 public:
-    explicit FakeEventFile(FakeNode &node) : mNode(node) { mNode.mIsOpen = true; }
+    explicit FakeEventFile(FakeNode &node) : mNode(node)
+    {
+        const std::lock_guard lock(mNode.mMutex);
+        mNode.mIsOpen = true;
+    }
 
     ~FakeEventFile() override
     {

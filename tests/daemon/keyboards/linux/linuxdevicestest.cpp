@@ -3,6 +3,7 @@
 #include "daemon/keyboards/linux/linuxdevices.h"
 #include "daemon/settings/keysettings.h"
 #include "daemon/settings/settingsdocument.h"
+#include "daemon/system/handover.h"
 #include "tests/daemon/keyboards/linux/fakeeventfile.h"
 #include "tests/daemon/keyboards/linux/nodes.h"
 #include "tests/daemon/keyboards/linux/outputpipe.h"
@@ -94,6 +95,15 @@ private:
         if (!place)
             place = std::make_unique<FakeNode>();
         return *place;
+    }
+    /// The keys act from now on; nothing is assigned.
+    void startKeys()
+    {
+        KeyPath *keys = &mKeyboard->keys();
+        KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
+        QMetaObject::invokeMethod(keys, HandOver::Call{[keys, &settings] { keys->start(settings); }},
+                                  Qt::BlockingQueuedConnection);
+        HandOver::take();
     }
 
     std::map<QString, std::unique_ptr<FakeNode>> mFakes;
@@ -315,9 +325,7 @@ void LinuxDevicesTest::keyboardNamedTwiceIsChosenOnce()
 void LinuxDevicesTest::releasesOneOfSeveral()
 {
     QVERIFY(mDevices->use({u"1209:00ab"_s, u"1234:00ab"_s}));
-    KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
-    QMetaObject::invokeMethod(
-        &mKeyboard->keys(), [this, &settings] { mKeyboard->keys().start(settings); }, Qt::BlockingQueuedConnection);
+    startKeys();
     QTRY_COMPARE(mDevices->status().grabs.size(), 3);
     fake(1).press(KEY_LEFTSHIFT);
     QTRY_COMPARE(mPipe->keys().size(), 1);
@@ -619,12 +627,8 @@ void LinuxDevicesTest::deviceOfAnotherProgramIsLoggedOnce()
 void LinuxDevicesTest::keysReachTheComputer()
 {
     connect(mDevices.get(), &LinuxDevices::wanted, this, [this](bool isWanted) {
-        if (!isWanted)
-            return;
-        KeyPath *keys = &mKeyboard->keys();
-        KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
-        QMetaObject::invokeMethod(
-            keys, [keys, &settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
+        if (isWanted)
+            startKeys();
     });
     QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_VERIFY(fake(1).isGrabbed() && fake(2).isGrabbed());
@@ -653,12 +657,7 @@ void LinuxDevicesTest::reportsVersionAndAttachment()
 
 void LinuxDevicesTest::givesKeyboardsUpWhileAnotherSessionIsActive()
 {
-    connect(mDevices.get(), &LinuxDevices::wanted, this, [this] {
-        KeyPath *keys = &mKeyboard->keys();
-        KeySettings settings = keySettingsOf(SettingsDocument::minimal(), {});
-        QMetaObject::invokeMethod(
-            keys, [keys, &settings] { keys->start(settings); }, Qt::BlockingQueuedConnection);
-    });
+    connect(mDevices.get(), &LinuxDevices::wanted, this, &LinuxDevicesTest::startKeys);
     QVERIFY(mDevices->use({u"1209:00ab"_s}));
     QTRY_COMPARE(mDevices->status().grabs.size(), 2);
     fake(1).press(KEY_A, 0x70004);
