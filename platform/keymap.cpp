@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/keymap.h"
 
+#include <QRegularExpression>
+
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon.h>
 
@@ -49,10 +51,25 @@ Keymap Keymap::fromNames(const char *layout, const char *variant)
     xkb_context *context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
     if (!context)
         return {};
+    xkb_context_set_log_level(context, XKB_LOG_LEVEL_CRITICAL); // the caller reports an unknown layout
     const xkb_rule_names names{.rules = "evdev", .model = "pc105", .layout = layout, .variant = variant, .options = ""};
     xkb_keymap *map = xkb_keymap_new_from_names(context, &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
     xkb_context_unref(context); // the keymap holds its own reference
     return {map, 0};
+}
+
+Keymap Keymap::fromDescription(const QString &description)
+{
+    static const QRegularExpression form(QStringLiteral(R"(\A([A-Za-z0-9_-]+)(?:\(([A-Za-z0-9_-]+)\))?\z)"));
+    const QRegularExpressionMatch match = form.match(description);
+    if (!match.hasMatch())
+        return {};
+    return fromNames(match.captured(1).toLatin1().constData(), match.captured(2).toLatin1().constData());
+}
+
+QString Keymap::name() const
+{
+    return isNull() ? QString() : QString::fromUtf8(xkb_keymap_layout_get_name(mMap.get(), mLayout));
 }
 
 Keymap::Characters Keymap::charactersOf(const char *keyName) const

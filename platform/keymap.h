@@ -28,8 +28,16 @@ public:
     /// Returns the system's keymap of this layout ("de") and variant ("neo"; may be empty). It is null if the system
     /// does not have it.
     [[nodiscard]] static Keymap fromNames(const char *layout, const char *variant = "");
+    /// The same for both in one text: "de", "fr(bepo)". Null also for a text of another form.
+    [[nodiscard]] static Keymap fromDescription(const QString &description);
 
     [[nodiscard]] bool isNull() const { return !mMap; }
+    /// The layout's name for users, in English ("German"); empty if the keymap has none.
+    [[nodiscard]] QString name() const;
+    /// Null for a null keymap. Copies of this object keep it.
+    [[nodiscard]] xkb_keymap *map() const { return mMap.get(); }
+    /// The layout in use; it counts from 0.
+    [[nodiscard]] quint32 layout() const { return mLayout; }
     /// A dead key has the character of its accent.
     [[nodiscard]] Characters charactersOf(const char *keyName) const;
 

@@ -14,6 +14,10 @@ private Q_SLOTS:
     void keysHaveTheCharactersOfTheLayout_data();
     void keysHaveTheCharactersOfTheLayout();
     void unknownLayoutIsNull();
+    void descriptionNamesLayoutAndVariant();
+    void descriptionsOfAnotherFormAreNull_data();
+    void descriptionsOfAnotherFormAreNull();
+    void nameIsTheOneOfTheLayout();
     void nullKeymapHasNoCharacters();
 };
 
@@ -55,6 +59,35 @@ void KeymapTest::keysHaveTheCharactersOfTheLayout()
 void KeymapTest::unknownLayoutIsNull()
 {
     QVERIFY(Keymap::fromNames("no-such-layout").isNull());
+}
+
+void KeymapTest::descriptionNamesLayoutAndVariant()
+{
+    QCOMPARE(Keymap::fromDescription(u"fr"_s).charactersOf("AD01").plain, u"a"_s);
+    QCOMPARE(Keymap::fromDescription(u"fr(bepo)"_s).charactersOf("AD01").plain, u"b"_s);
+    QVERIFY(Keymap::fromDescription(u"no-such-layout"_s).isNull());
+    QVERIFY(Keymap::fromDescription(u"fr(no-such-variant)"_s).isNull());
+}
+
+void KeymapTest::descriptionsOfAnotherFormAreNull_data()
+{
+    QTest::addColumn<QString>("description");
+    for (const QString &description : {u""_s, u"fr("_s, u"fr(bepo"_s, u"fr(bepo))"_s, u"fr()"_s, u"us,de"_s, u" us"_s,
+                                       u"us\n"_s, u"../us"_s, u"(bepo)"_s})
+        QTest::newRow(qPrintable(u'"' + description + u'"')) << description;
+}
+
+void KeymapTest::descriptionsOfAnotherFormAreNull()
+{
+    QFETCH(QString, description);
+    QVERIFY(Keymap::fromDescription(description).isNull());
+}
+
+void KeymapTest::nameIsTheOneOfTheLayout()
+{
+    QCOMPARE(Keymap::fromNames("de").name(), u"German"_s);
+    QCOMPARE(Keymap::fromNames("us").name(), u"English (US)"_s);
+    QCOMPARE(Keymap().name(), QString());
 }
 
 void KeymapTest::nullKeymapHasNoCharacters()
