@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "macros/eventline.h"
 
+#include <QString>
+
 #include <cmath>
 #include <limits>
 
@@ -9,12 +11,16 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1StringView delayEnding = " seconds delay"_L1;
+constexpr QLatin1StringView keyPress = "Key Press "_L1;
+constexpr QLatin1StringView keyRelease = "Key Release "_L1;
+constexpr QLatin1StringView buttonDown = " down"_L1;
+constexpr QLatin1StringView buttonUp = " up"_L1;
 
 } // namespace
 
-EventLineKind eventLineKind(const QString &line)
+EventLineKind eventLineKind(QStringView line)
 {
-    const QString text = line.trimmed();
+    const QStringView text = line.trimmed();
     if (text.endsWith(delayEnding))
         return EventLineKind::delay;
     if (text.startsWith("Key Release"_L1) || (text.endsWith(" up"_L1) && !text.startsWith("Key "_L1)))
@@ -22,9 +28,9 @@ EventLineKind eventLineKind(const QString &line)
     return EventLineKind::press;
 }
 
-std::optional<int> delayMsOfLine(const QString &line)
+std::optional<int> delayMsOfLine(QStringView line)
 {
-    const QString text = line.trimmed();
+    const QStringView text = line.trimmed();
     if (!text.endsWith(delayEnding))
         return std::nullopt;
     bool isNumber = false;
@@ -32,4 +38,18 @@ std::optional<int> delayMsOfLine(const QString &line)
     if (!isNumber || !(std::abs(delayMs) <= std::numeric_limits<int>::max()))
         return std::nullopt;
     return static_cast<int>(delayMs);
+}
+
+QStringView nameInEventLine(QStringView line)
+{
+    for (const QLatin1StringView beginning : {keyPress, keyRelease}) {
+        if (line.startsWith(beginning))
+            return line.sliced(beginning.size()).trimmed();
+    }
+    const QStringView text = line.trimmed();
+    for (const QLatin1StringView ending : {buttonDown, buttonUp}) {
+        if (text.endsWith(ending))
+            return text.chopped(ending.size());
+    }
+    return {};
 }

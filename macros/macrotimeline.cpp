@@ -1,16 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "macros/macrotimeline.h"
 
+#include "macros/eventline.h"
 #include "macros/eventparser.h"
 #include "macros/macrorecord.h"
 
 #include <QHash>
 
 #include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 using KeyOrButton = std::pair<quint8, uint>; // page and argument
+constexpr int none = -1;
 
 /// Returns the first lane whose bars have all ended before the event at `index`; -1 in `ends` marks a bar that is open.
 int freeLane(QList<int> &ends, int index)
@@ -22,6 +27,119 @@ int freeLane(QList<int> &ends, int index)
     ends.append(-1);
     return static_cast<int>(ends.size()) - 1;
 }
+
+/// Makes a timeline with a lane for each key from the rows of an event list.
+class LineReader
+{
+public:
+    explicit LineReader(const QVariantList &events) : mEvents(events) {}
+
+    void read(const QStringList &lines)
+    {
+        mLines = &lines;
+        bool hasDelay = false; // the row before was the delay of the next event
+        for (int row = 0; row < lines.size(); ++row) {
+            const QStringView line = lines.at(row);
+            if (eventLineKind(line) == EventLineKind::delay) {
+                beginEvent(delayMsOfLine(line).value_or(0));
+                mTimeline.rows.last().delay = row;
+                hasDelay = true;
+                continue;
+            }
+            if (!hasDelay)
+                beginEvent(0);
+            hasDelay = false;
+            mTimeline.rows.last().event = row;
+            addEvent(line);
+        }
+    }
+
+    MacroTimeline finished()
+    {
+        const int count = mTimeline.eventCount();
+        for (const int bar : std::as_const(mOpenBars)) {
+            if (bar != none)
+                mTimeline.bars[bar].last = count;
+        }
+        mTimeline.lanes = static_cast<int>(mTimeline.laneNames.size());
+        return std::move(mTimeline);
+    }
+
+private:
+    void beginEvent(int delayMs)
+    {
+        const int pauseMs = mTimeline.delaysMs.isEmpty() ? 0 : std::max(0, delayMs);
+        mTimeline.durationMs += pauseMs;
+        mTimeline.delaysMs += pauseMs;
+        mTimeline.timesMs += mTimeline.durationMs;
+        mTimeline.rows.append(MacroTimeline::Rows());
+        mTimeline.eventLanes += none;
+    }
+
+    void addEvent(QStringView line)
+    {
+        const QStringView name = nameInEventLine(line);
+        if (name.isNull())
+            return; // not a line of the daemon
+        const int index = mTimeline.eventCount() - 1;
+        const int lane = laneOf(name, index);
+        const bool isPress = eventLineKind(line) == EventLineKind::press;
+        mTimeline.eventLanes.last() = lane;
+        int &open = mOpenBars[lane];
+        if (open != none) {
+            MacroTimeline::Bar &bar = mTimeline.bars[open];
+            bar.last = index; // a second press also ends the first
+            if (isPress)
+                mTimeline.unpairedPresses += bar.first;
+        } else if (!isPress) {
+            mTimeline.unpairedReleases +=
+                {.name = mTimeline.laneNames.at(lane), .first = index, .last = index, .lane = lane};
+        }
+        open = none;
+        if (!isPress)
+            return;
+        open = static_cast<int>(mTimeline.bars.size());
+        mTimeline.laneBars[lane] += open;
+        mTimeline.bars += {.name = mTimeline.laneNames.at(lane), .first = index, .last = index, .lane = lane};
+    }
+
+    int laneOf(QStringView name, int index)
+    {
+        // Two keys are named "Delete", and many have no name.
+        const bool isAmbiguous = name.isEmpty() || name == "Delete"_L1;
+        const uint argument = isAmbiguous ? argumentOf(name, index) : 0;
+        const std::pair key(name, argument);
+        if (const auto known = mLanes.constFind(key); known != mLanes.constEnd())
+            return *known;
+        const auto lane = static_cast<int>(mTimeline.laneNames.size());
+        mLanes.insert(key, lane);
+        mTimeline.laneNames += name.toString();
+        mTimeline.laneBars.append(QList<int>());
+        mOpenBars += none;
+        return lane;
+    }
+
+    /// Returns the key code of the event at `index`; 0 if its dictionary is not known.
+    uint argumentOf(QStringView name, int index)
+    {
+        if (!mAreEventsOfLines)
+            mAreEventsOfLines = MacroRecord::rowCount(mEvents) == mLines->size();
+        if (!*mAreEventsOfLines)
+            return 0;
+        // A first event without a line is not in the list.
+        const int omitted = eventParser::hasEventLine(mEvents.first().toMap()) ? 0 : 1;
+        const QVariantMap event = mEvents.value(index + omitted).toMap();
+        const bool isThisEvent = eventParser::hasEventLine(event) && eventParser::nameOfKeyOrButton(event) == name;
+        return isThisEvent ? MacroRecord::eventFields(event).argument : 0;
+    }
+
+    const QVariantList &mEvents;
+    const QStringList *mLines = nullptr;
+    std::optional<bool> mAreEventsOfLines;
+    MacroTimeline mTimeline;
+    QHash<std::pair<QStringView, uint>, int> mLanes; // by name and key code
+    QList<int> mOpenBars;                            // of each lane
+};
 
 } // namespace
 
@@ -58,4 +176,29 @@ MacroTimeline MacroTimeline::of(const QVariantList &events, int maximumEvents)
     }
     timeline.lanes = static_cast<int>(laneEnds.size());
     return timeline;
+}
+
+MacroTimeline MacroTimeline::ofLines(const QStringList &lines, const QVariantList &events)
+{
+    LineReader reader(events);
+    reader.read(lines);
+    return reader.finished();
+}
+
+int MacroTimeline::eventOfRow(int row) const
+{
+    const auto isBefore = [row](const Rows &one) { return std::max(one.delay, one.event) < row; };
+    const auto found = std::ranges::partition_point(rows, isBefore);
+    return row < 0 || found == rows.end() ? none : static_cast<int>(found - rows.begin());
+}
+
+QList<int> MacroTimeline::barsLeftDown() const
+{
+    QList<int> open;
+    for (const QList<int> &lane : laneBars) {
+        if (!lane.isEmpty() && bars.at(lane.last()).last == eventCount())
+            open += lane.last();
+    }
+    std::ranges::sort(open);
+    return open;
 }

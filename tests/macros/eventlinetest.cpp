@@ -25,12 +25,14 @@ void EventLineTest::recognisesTheLinesOfTheParser_data()
     QTest::addColumn<int>("page");
     QTest::addColumn<uint>("argument");
     QTest::addColumn<EventLineKind>("kind");
-    QTest::newRow("key down") << 1 << 7 << 4U << EventLineKind::press;
-    QTest::newRow("key up") << 0 << 7 << 4U << EventLineKind::release;
-    QTest::newRow("a key without a name up") << 0 << 7 << 50U << EventLineKind::release;
-    QTest::newRow("left button down") << 1 << 9 << 1U << EventLineKind::press;
-    QTest::newRow("right button up") << 0 << 9 << 2U << EventLineKind::release;
-    QTest::newRow("third button up") << 0 << 9 << 3U << EventLineKind::release;
+    QTest::addColumn<QString>("name");
+    QTest::newRow("key down") << 1 << 7 << 4U << EventLineKind::press << u"A"_s;
+    QTest::newRow("key up") << 0 << 7 << 4U << EventLineKind::release << u"A"_s;
+    QTest::newRow("an arrow key up") << 0 << 7 << 82U << EventLineKind::release << u"Up Arrow"_s;
+    QTest::newRow("a key without a name up") << 0 << 7 << 50U << EventLineKind::release << u""_s;
+    QTest::newRow("left button down") << 1 << 9 << 1U << EventLineKind::press << u"Left Button"_s;
+    QTest::newRow("right button up") << 0 << 9 << 2U << EventLineKind::release << u"Right Button"_s;
+    QTest::newRow("third button up") << 0 << 9 << 3U << EventLineKind::release << u"Button 3"_s;
 }
 
 void EventLineTest::recognisesTheLinesOfTheParser()
@@ -43,6 +45,9 @@ void EventLineTest::recognisesTheLinesOfTheParser()
     QCOMPARE(lines.size(), 2);
     QCOMPARE(eventLineKind(lines.at(0)), EventLineKind::delay);
     QTEST(eventLineKind(lines.at(1)), "kind");
+    QVERIFY(nameInEventLine(lines.at(0)).isNull());
+    QVERIFY(!nameInEventLine(lines.at(1)).isNull());
+    QTEST(nameInEventLine(lines.at(1)).toString(), "name");
     QCOMPARE(delayMsOfLine(lines.at(0)), 20);
     QCOMPARE(delayMsOfLine(lines.at(1)), std::nullopt);
 }
