@@ -5,6 +5,7 @@
 #include "app/historycontroller.h"
 #include "app/keyboardmaintenancecontroller.h"
 #include "app/typedkeys.h"
+#include "base/devicesettings.h"
 #include "base/document.h"
 #include "base/plistnumbers.h"
 #include "base/resources.h"
@@ -238,6 +239,7 @@ void KeyboardMainController::setProperties()
     mProfilesController->setMAllProfilesArray(mProfilesArray);
 
     mMacrosController->setMMacrosSettingsArray(mMacrosArray);
+    mMacrosController->setProfiles(mProfilesArray, DeviceSettings(mDeviceSettingsDict).activeProfileIndex());
 
     mKeysController->setMKeysCurrentProfileDict(mCurrentProfileDict);
     mKeysController->setMAllProfilesArray(mProfilesArray);

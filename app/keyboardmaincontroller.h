@@ -173,6 +173,7 @@ public:
     QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
     void reloadMacros() override { refresh(); }
     void startEditHID() override;
+    void showKeyOfProfile(int keyCode, int profileIndex) override;
 
     // ProfileDelegate
     void switchProfileWithID(int profileID) override;

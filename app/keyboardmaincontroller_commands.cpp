@@ -3,6 +3,7 @@
 #include "app/keyboardmaincontroller.h"
 
 #include "app/typedkeys.h"
+#include "base/devicesettings.h"
 #include "base/plistnumbers.h"
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemontransport.h"
@@ -20,6 +21,8 @@
 using DaemonProtocol::Command;
 
 namespace {
+
+constexpr int keysTab = 0;
 
 const QString replyPortName = DaemonProtocol::configuratorReplyPortName;
 
@@ -350,6 +353,21 @@ QVariantMap KeyboardMainController::getSequenceDetailsEventIndex(int macroIndex,
     const std::optional<QVariantMap> reply =
         replyTo(Command::readEvent, DaemonCommands::readEvent(mDevicePID, replyPortName, macroIndex, eventIndex));
     return reply.value_or(QVariantMap()).value(DaemonProtocol::sequenceInMacro).toMap();
+}
+
+void KeyboardMainController::showKeyOfProfile(int keyCode, int profileIndex)
+{
+    const auto isActive = [this, profileIndex] {
+        return DeviceSettings(mDeviceSettingsDict).activeProfileIndex() == profileIndex;
+    };
+    if (!isActive())
+        switchProfileWithID(profileIndex);
+    if (!isActive())
+        return; // the status line has the reason
+    selectTabAtIndex(keysTab);
+    mKeysController->selectKeys({keyCode});
+    if (KeyButton *key = mKeysController->currentButton())
+        key->setFocus(Qt::OtherFocusReason);
 }
 
 void KeyboardMainController::startEditHID()

@@ -7,6 +7,8 @@
 #include "base/text.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
+#include "macros/macrosearchfield.h"
+#include "macros/macrouseslinks.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"
@@ -134,9 +136,17 @@ void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macro
     mLines.recordsHaveCome();
 }
 
+void KeyboardMacrosController::setProfiles(const QVariantList &profiles, int activeProfile)
+{
+    mProfiles = profiles;
+    mActiveProfile = activeProfile;
+}
+
 void KeyboardMacrosController::refreshTableDisplay()
 {
     showNewList();
+    showUses();
+    showSearchResult();
     mMacroDetailsTableView->reloadData();
     fetchChangedLines();
     endOutdatedSheets();
@@ -162,6 +172,8 @@ void KeyboardMacrosController::linesHaveChanged()
 void KeyboardMacrosController::updateTableWithNewMacro()
 {
     showNewList();
+    showUses();
+    showSearchResult();
     fetchChangedLines(); // the selected macro may have been recorded again on the keyboard
     endOutdatedSheets();
     updateEventPart();
@@ -214,9 +226,9 @@ void KeyboardMacrosController::showNewList()
 
 void KeyboardMacrosController::setStateOfMacroDetailsTableWithState(bool isHidden)
 {
-    const QList<QWidget *> part{mMacroAssignmentLabel, mMacroDetailsScrollView, mMacroDetailsTableView,
-                                mAddMacroDetails,      mDeleteMacroDetails,     mRecordMacroDetails,
-                                mSettingsMacroDetails};
+    const QList<QWidget *> part{
+        mMacroAssignmentLabel, mMacroDetailsScrollView, mMacroDetailsTableView, mAddMacroDetails,
+        mDeleteMacroDetails,   mRecordMacroDetails,     mSettingsMacroDetails,  mMacroUses};
     for (QWidget *control : part)
         control->setVisible(!isHidden);
     mNoMacroState->setVisible(isHidden);
@@ -234,7 +246,8 @@ void KeyboardMacrosController::setStateOfTableButtonsWithState(bool isEnabled)
 
 void KeyboardMacrosController::setStateOfMacroTableWithState(bool isEnabled)
 {
-    mMacroTableView->setEnabled(isEnabled && mHasDeviceConnected);
+    for (QWidget *control : QList<QWidget *>{mMacroTableView, mMacroSearch, mMacroUses})
+        control->setEnabled(isEnabled && mHasDeviceConnected);
     mMacroDetailsTableView->setEnabled(isEnabled && mHasDeviceConnected);
 }
 
@@ -252,7 +265,7 @@ void KeyboardMacrosController::updateEventPart()
 void KeyboardMacrosController::updatePlaceholders()
 {
     const bool hasMacros = !mMacrosSettingsArray.isEmpty();
-    mMacroTableView->setPlaceholderText(hasMacros ? QString() : localizedText("lkeyNoMacros"));
+    mMacroTableView->setPlaceholderText(localizedText(hasMacros ? "lkeyMacroSearchNothing" : "lkeyNoMacros"));
     mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
     mFirstMacro->setVisible(!hasMacros);
     mRecordingHint->setVisible(hasRecording());
@@ -329,6 +342,8 @@ void KeyboardMacrosController::tableViewSelectionDidChange(TableView *tableView)
         if (!mIsAddMacro)
             fetchLines();
     }
+    if (tableView == mMacroTableView)
+        showUses();
     updateEventPart();
 }
 

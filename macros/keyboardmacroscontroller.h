@@ -5,6 +5,7 @@
 
 #include "base/capturesource.h"
 #include "base/statusreport.h"
+#include "keys/macrouses.h"
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
 #include "macros/macrolines.h"
@@ -28,6 +29,8 @@ class QAction;
 class EmptyState;
 class QLabel;
 class QLineEdit;
+class MacroSearchField;
+class MacroUsesLinks;
 class QPushButton;
 class SavePanel;
 
@@ -86,6 +89,8 @@ public:
     /// The controller does not own `center`, which must outlive it.
     void setNotificationCenter(DistributedNotificationCenter *center) { mNotificationCenter = center; }
     void setMMacrosSettingsArray(const QVariantList &macros);
+    /// The profiles whose keys play the macros; `activeProfile` is the index of the active one.
+    void setProfiles(const QVariantList &profiles, int activeProfile);
     /// The controller owns neither of the two.
     void setMMacroDelegate(MacroDelegate *delegate) { mMacroDelegate = delegate; }
     void setMMacrosWindow(QWidget *window) { mMacrosWindow = window; }
@@ -117,6 +122,8 @@ public:
     void clickDeleteMacro(QObject *sender);
     void clickMacroSettingsMenuItem(const QAction *item);
     void deleteMacro();
+    /// Adds a copy of the selected macro under a name of its own, and selects it.
+    void duplicateMacro();
     /// `context` is a SheetContext.
     void sheetDidEndReturnCodeContextInfo(int returnCode, int context);
     /// Asks for a file from which to import a macro.
@@ -194,6 +201,13 @@ private:
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
     void report(StatusReport::Event event, const QString &subject, const QString &reason = {}) const;
+    /// Adds `macro` as a new record, and selects it. Selects the earlier macro again if the daemon does not accept it.
+    void addFinishedMacro(const QVariantMap &macro);
+    [[nodiscard]] QList<KeyMappings::MacroUse> usesOfSelectedMacro() const;
+    void showUses();
+    void showSearchResult();
+    /// Selects the next macro found in the direction of `step`, 1 or -1; after the last comes the first.
+    void stepThroughSearch(int step);
     /// Sends the record that was just appended to the list. Returns its row in the new list. Returns -1 when the daemon
     /// has not accepted the record, which is then removed from the list. Also returns -1 when another macro of the same
     /// name is there.
@@ -257,6 +271,8 @@ private:
     QWidget *mView = nullptr;
     QWidget *mMacroScrollView = nullptr;
     NSTableViewMacroSubClass *mMacroTableView = nullptr;
+    MacroSearchField *mMacroSearch = nullptr;
+    MacroUsesLinks *mMacroUses = nullptr;
     QPushButton *mAddMacro = nullptr;
     QPushButton *mDeleteMacro = nullptr;
     PulldownButton *mSettingsMacro = nullptr;
@@ -293,6 +309,8 @@ private:
     SheetSubject mEventsSubject; ///< the eventsOfSelectedMacro() that a sheet edits
 
     QVariantList mMacrosSettingsArray;
+    QVariantList mProfiles;
+    int mActiveProfile = -1;
     QVariantMap mSequenceDict; ///< the event record being edited
     MacroLines mLines;
     QVariant mSelectedMacroId; ///< of the selected macro; invalid without one

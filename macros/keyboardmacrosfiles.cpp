@@ -83,14 +83,5 @@ void KeyboardMacrosController::importMacroFromFile(const QString &path)
         return report(isUnreadable ? StatusReport::Event::importFailed : StatusReport::Event::notAMacro,
                       QFileInfo(path).fileName(), contents.error().message);
     }
-    const QVariantMap macro = MacroFile::importedRecord(*contents, mMacrosSettingsArray);
-    const Selection before{macroRow(), mSelectedMacroId};
-    mMacroTableView->deselectAll();
-    mMacrosSettingsArray.append(macro);
-    const int added = sendAppendedMacro();
-    mMacroTableView->reloadData();
-    if (added >= 0)
-        mMacroTableView->selectRow(added);
-    else
-        selectAgain(before);
+    addFinishedMacro(MacroFile::importedRecord(*contents, mMacrosSettingsArray));
 }

@@ -9,6 +9,8 @@
 #include "macros/macrodelegate.h"
 #include "macros/macrofile.h"
 #include "macros/macrorecord.h"
+#include "macros/macrosearchfield.h"
+#include "macros/macrouseslinks.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/filepanels.h"
 
@@ -113,6 +115,66 @@ void KeyboardMacrosController::renameMacro(int row, const QString &newName)
     mEditedRow = -1;
 }
 
+// Where a macro is used
+
+QList<KeyMappings::MacroUse> KeyboardMacrosController::usesOfSelectedMacro() const
+{
+    return macroRow() < 0 ? QList<KeyMappings::MacroUse>() : KeyMappings::macroUses(mProfiles, macroRow());
+}
+
+void KeyboardMacrosController::showUses()
+{
+    mMacroUses->show(usesOfSelectedMacro(), mActiveProfile);
+}
+
+// The search
+
+void KeyboardMacrosController::showSearchResult()
+{
+    const auto fits = [this](int row) { return mMacroSearch->fits(MacroRecord::name(macroAt(row))); };
+    int count = 0;
+    for (int row = 0; row < mMacrosSettingsArray.size(); ++row)
+        count += fits(row) ? 1 : 0;
+    mMacroTableView->showOnly(mMacroSearch->isSearching() ? fits : std::function<bool(int)>());
+    mMacroSearch->setResult(count);
+}
+
+void KeyboardMacrosController::stepThroughSearch(int step)
+{
+    const int count = int(mMacrosSettingsArray.size());
+    int row = macroRow() < 0 && step < 0 ? 0 : macroRow();
+    for (int tried = 0; tried < count; ++tried) {
+        row = (row + step + count) % count;
+        if (mMacroSearch->fits(MacroRecord::name(macroAt(row)))) {
+            mMacroTableView->scrollRowToVisible(row);
+            return mMacroTableView->selectRow(row);
+        }
+    }
+}
+
+void KeyboardMacrosController::duplicateMacro()
+{
+    // The daemon sends no new document after an event was edited.
+    if (mLines.areRecordsStale() && mMacroDelegate)
+        mMacroDelegate->reloadMacros();
+    const QVariantMap record = macroAt(macroRow());
+    if (!record.isEmpty())
+        addFinishedMacro(MacroFile::importedRecord(MacroFile::exportedRecord(record), mMacrosSettingsArray));
+}
+
+void KeyboardMacrosController::addFinishedMacro(const QVariantMap &macro)
+{
+    const Selection before{macroRow(), mSelectedMacroId};
+    mMacroTableView->deselectAll();
+    mMacrosSettingsArray.append(macro);
+    const int added = sendAppendedMacro();
+    mMacroTableView->reloadData();
+    if (added >= 0)
+        mMacroTableView->selectRow(added);
+    else
+        selectAgain(before);
+}
+
 void KeyboardMacrosController::clickDeleteMacro(QObject *)
 {
     if (macroRow() < 0)
@@ -120,7 +182,7 @@ void KeyboardMacrosController::clickDeleteMacro(QObject *)
     const QString name = nameInAlert(MacroRecord::name(macroAt(macroRow())));
     const AlertTexts texts{localizedFormat("lkeyDeleteMacroAlertTitle", {name}),
                            localizedText("lkeyDeleteMacroAlertDesc"), localizedText("lkeyOK"),
-                           localizedText("lkeyCancel")};
+                           localizedText("lkeyCancel"), macroUsesWords(usesOfSelectedMacro())};
     Sheet *alert = showAlert(texts, mMacrosWindow, [self = QPointer(this)](int returnCode) {
         if (self)
             self->sheetDidEndReturnCodeContextInfo(returnCode, confirmDelete);
@@ -164,6 +226,7 @@ void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)
     case MacroCommands::importMacro: loadPanel(); break;
     case MacroCommands::exportMacro: loadSaveAsPanel(); break;
     case MacroCommands::deleteMacro: clickDeleteMacro(nullptr); break;
+    case MacroCommands::duplicateMacro: duplicateMacro(); break;
     default: break;
     }
 }

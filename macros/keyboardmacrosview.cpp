@@ -3,6 +3,9 @@
 #include "macros/keyboardmacroscontroller.h"
 
 #include "base/text.h"
+#include "macros/macrodelegate.h"
+#include "macros/macrosearchfield.h"
+#include "macros/macrouseslinks.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"
@@ -128,7 +131,14 @@ QWidget *KeyboardMacrosController::buildMacroList()
     column->setSpacing(Spacing::normal);
     QLabel *label = makeLabel("mMacroListLabel", "lkeyMacroListLabel");
     label->setBuddy(mMacroTableView);
-    column->addWidget(label);
+    mMacroSearch = new MacroSearchField;
+    connect(mMacroSearch, &QLineEdit::textChanged, this, &Self::showSearchResult);
+    connect(mMacroSearch, &MacroSearchField::stepRequested, this, &Self::stepThroughSearch);
+    connect(mMacroSearch, &MacroSearchField::listRequested, mMacroTableView, qOverload<>(&QWidget::setFocus));
+    auto *header = new QHBoxLayout;
+    header->addWidget(label);
+    header->addWidget(mMacroSearch, 1);
+    column->addLayout(header);
     column->addWidget(mMacroScrollView, 1);
     column->addLayout(buttons);
     return part;
@@ -176,11 +186,17 @@ QWidget *KeyboardMacrosController::buildEventList()
     describe(mDeleteMacroDetails, "lkeyDeleteSelectedEventTip");
     mAddMacroDetails->setIcon(Symbols::icon(Symbol::add, u"list-add"_s));
     mDeleteMacroDetails->setIcon(Symbols::icon(Symbol::remove, u"edit-delete"_s));
+    mMacroUses = new MacroUsesLinks;
+    connect(mMacroUses, &MacroUsesLinks::chosen, this, [this](const KeyMappings::MacroUse &use) {
+        if (mMacroDelegate)
+            mMacroDelegate->showKeyOfProfile(use.keyCode, use.profileIndex);
+    });
     mEventPart = new QWidget;
     mEventPart->setFocusPolicy(Qt::ClickFocus); // a click gives a recording its keys again
     auto *column = new QVBoxLayout(mEventPart);
     column->setContentsMargins({});
     column->setSpacing(Spacing::normal);
+    column->addWidget(mMacroUses);
     column->addWidget(mMacroAssignmentLabel);
     column->addWidget(mMacroDetailsScrollView, 1);
     column->addWidget(mNoMacroState, 1);
@@ -267,14 +283,17 @@ void KeyboardMacrosController::connectKeys()
         addKey(mMacroDetailsTableView, key, editEvent);
     }
     connect(mMacroDetailsTableView, &TableView::doubleClicked, this, editEvent);
+    auto *find = new QShortcut(QKeySequence(QKeySequence::Find), mView);
+    connect(find, &QShortcut::activated, mMacroSearch, &MacroSearchField::beginSearch);
 }
 
 /// Orders the controls by their places, from left to right and down.
 void KeyboardMacrosController::setTabOrder()
 {
-    const QList<QWidget *> controls{
-        mMacroTableView,  mAddMacro,           mDeleteMacro,          mSettingsMacro,     mMacroDetailsTableView,
-        mAddMacroDetails, mDeleteMacroDetails, mSettingsMacroDetails, mRecordMacroDetails};
+    const QList<QWidget *> controls{mMacroSearch,           mMacroTableView,    mAddMacro,
+                                    mDeleteMacro,           mSettingsMacro,     mMacroUses,
+                                    mMacroDetailsTableView, mAddMacroDetails,   mDeleteMacroDetails,
+                                    mSettingsMacroDetails,  mRecordMacroDetails};
     for (qsizetype index = 1; index < controls.size(); ++index)
         QWidget::setTabOrder(controls.at(index - 1), controls.at(index));
 }

@@ -7,7 +7,7 @@ const QList<MenuCommand> &ofList()
 {
     static const QList<MenuCommand> commands{
         {rename, "lkeyRename"},      {newMacro, "lkeyNew"},       {importMacro, "lkeyImport"},
-        {exportMacro, "lkeyExport"}, {deleteMacro, "lkeyDelete"},
+        {exportMacro, "lkeyExport"}, {deleteMacro, "lkeyDelete"}, {duplicateMacro, "lkeyDuplicateMacro"},
     };
     return commands;
 }

@@ -8,7 +8,7 @@
 namespace MacroCommands {
 
 // Of the macro list
-enum ListTag { rename = 1, newMacro = 2, importMacro = 3, exportMacro = 4, deleteMacro = 5 };
+enum ListTag { rename = 1, newMacro = 2, importMacro = 3, exportMacro = 4, deleteMacro = 5, duplicateMacro = 6 };
 
 // Of the event list
 enum EventTag { record = 1, edit = 2, deleteEvent = 3, deleteAllEvents = 4, copyDelay = 5, noDelay = 6 };

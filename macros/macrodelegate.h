@@ -32,6 +32,13 @@ public:
     virtual void reloadMacros() {}
     virtual void startEditHID() = 0;
     virtual void stopSingleKeyRecording() = 0;
+    /// Shows this key of this profile on the keys tab. A profile that is not active becomes so: the keys tab shows no
+    /// other one.
+    virtual void showKeyOfProfile(int keyCode, int profileIndex)
+    {
+        Q_UNUSED(keyCode)
+        Q_UNUSED(profileIndex)
+    }
     /// Shows an event to the user, without a message box.
     virtual void report(const StatusReport &) {}
 };

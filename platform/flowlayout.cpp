@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <limits>
 
-FlowLayout::FlowLayout(QWidget *parent, int gap, int rowGap) : QLayout(parent), mGap(gap), mRowGap(rowGap)
+FlowLayout::FlowLayout(QWidget *parent, int gap, int rowGap, Rows rows)
+    : QLayout(parent), mGap(gap), mRowGap(rowGap), mRows(rows)
 {
     setContentsMargins(0, 0, 0, 0);
 }
@@ -81,7 +82,8 @@ void FlowLayout::setGeometry(const QRect &area)
     const QRect inside = area.marginsRemoved(contentsMargins());
     int top = inside.top();
     for (const Row &row : rowsIn(inside.width())) {
-        int left = inside.left() + std::max(0, (inside.width() - row.size.width()) / 2);
+        const int room = mRows == Rows::centred ? std::max(0, inside.width() - row.size.width()) : 0;
+        int left = inside.left() + room / 2;
         for (QLayoutItem *item : row.items) {
             const QSize size(item->sizeHint().width(), row.size.height());
             item->setGeometry(QRect(QPoint(left, top), size));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A layout that wraps items into rows as words are wrapped into lines; each row is centred. Main thread only.
+// A layout that wraps items into rows as words are wrapped into lines. Main thread only.
 #pragma once
 
 #include <QLayout>
@@ -10,8 +10,10 @@
 class FlowLayout : public QLayout
 {
 public:
+    enum class Rows { centred, fromTheLeft };
+
     /// `gap` is the distance between the items of a row, `rowGap` that between rows, in logical pixels.
-    FlowLayout(QWidget *parent, int gap, int rowGap);
+    FlowLayout(QWidget *parent, int gap, int rowGap, Rows rows = Rows::centred);
     ~FlowLayout() override;
 
     void addItem(QLayoutItem *item) override;
@@ -41,4 +43,5 @@ private:
     std::vector<std::unique_ptr<QLayoutItem>> mItems;
     int mGap;
     int mRowGap;
+    Rows mRows;
 };

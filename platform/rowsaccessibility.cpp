@@ -168,8 +168,7 @@ public:
 
     int childCount() const override
     {
-        const Rows rows = rowsInView();
-        return headings() + rows.count * columnCount() + int(editors().size());
+        return headings() + int(rowsInView().size()) * columnCount() + int(editors().size());
     }
 
     QAccessibleInterface *child(int index) const override
@@ -179,10 +178,10 @@ public:
         if (index < headings())
             return cell(headerRow, index);
         index -= headings();
-        const Rows rows = rowsInView();
-        const int cells = rows.count * columnCount();
+        const QList<int> rows = rowsInView();
+        const int cells = int(rows.size()) * columnCount();
         if (index < cells)
-            return cell(rows.first + index / columnCount(), index % columnCount());
+            return cell(rows.at(index / columnCount()), index % columnCount());
         QWidget *editor = editors().value(index - cells);
         return editor ? QAccessible::queryAccessibleInterface(editor) : nullptr;
     }
@@ -191,8 +190,8 @@ public:
     {
         if (!child)
             return -1;
-        const Rows rows = rowsInView();
-        const int cells = rows.count * columnCount();
+        const QList<int> rows = rowsInView();
+        const int cells = int(rows.size()) * columnCount();
         if (child->object())
             return placeOfEditor(child, headings() + cells);
         const auto *one = dynamic_cast<const AccessibleCell *>(child);
@@ -200,8 +199,8 @@ public:
             return -1;
         if (one->isHeader())
             return headings() > 0 ? one->columnIndex() : -1;
-        const int row = one->rowIndex() - rows.first;
-        return row >= 0 && row < rows.count ? headings() + row * columnCount() + one->columnIndex() : -1;
+        const auto row = rows.indexOf(one->rowIndex());
+        return row >= 0 ? headings() + int(row) * columnCount() + one->columnIndex() : -1;
     }
 
     QAccessibleInterface *childAt(int x, int y) const override
@@ -288,12 +287,6 @@ public:
     }
 
 private:
-    struct Rows
-    {
-        int first = 0;
-        int count = 0;
-    };
-
     [[nodiscard]] QAbstractItemView *view() const { return static_cast<QAbstractItemView *>(object()); }
 
     [[nodiscard]] int headings() const
@@ -303,16 +296,19 @@ private:
     }
 
     /// Like the view itself, asks for the places of the rows alone, not for their contents.
-    [[nodiscard]] Rows rowsInView() const
+    [[nodiscard]] QList<int> rowsInView() const
     {
+        QList<int> rows;
         const QModelIndex first = view()->indexAt(QPoint(0, 0));
-        if (!first.isValid())
-            return {};
         const int bottom = view()->viewport()->height();
-        int end = first.row() + 1;
-        while (end < rowCount() && view()->visualRect(view()->model()->index(end, 0)).top() < bottom)
-            ++end;
-        return {first.row(), end - first.row()};
+        for (int row = first.row(); first.isValid() && row < rowCount(); ++row) {
+            const QRect place = view()->visualRect(view()->model()->index(row, 0));
+            if (place.top() >= bottom)
+                break;
+            if (!place.isEmpty()) // that of a hidden row is empty
+                rows += row;
+        }
+        return rows;
     }
 
     [[nodiscard]] QList<QWidget *> editors() const

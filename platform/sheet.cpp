@@ -252,22 +252,23 @@ Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd)
     alert->setObjectName("alert"_L1);
     alert->setWindowTitle(texts.title);
     alert->setAccessibleName(texts.title);
-    alert->setAccessibleDescription(texts.description);
+    alert->setAccessibleDescription(texts.detail.isEmpty() ? texts.description
+                                                           : texts.description + u' ' + texts.detail);
 
     auto *icon = new QLabel;
     const int iconSize = alert->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, alert);
     icon->setPixmap(alert->style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, alert).pixmap(iconSize));
-    auto *title = new QLabel(texts.title);
-    title->setObjectName("alertTitle"_L1);
-    title->setTextFormat(Qt::PlainText);
-    title->setWordWrap(true);
+    const auto makeLabel = [](const QString &text, QLatin1StringView name) {
+        auto *label = new QLabel(text);
+        label->setObjectName(name);
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        return label;
+    };
+    QLabel *title = makeLabel(texts.title, "alertTitle"_L1);
     QFont bold = title->font();
     bold.setBold(true);
     title->setFont(bold);
-    auto *description = new QLabel(texts.description);
-    description->setObjectName("alertDescription"_L1);
-    description->setTextFormat(Qt::PlainText);
-    description->setWordWrap(true);
 
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(8);
@@ -291,10 +292,12 @@ Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd)
     alert->setCancelButton(alternativeButton ? alternativeButton : defaultButton);
 
     auto *layout = new QGridLayout(alert);
-    layout->addWidget(icon, 0, 0, 2, 1, Qt::AlignTop);
+    layout->addWidget(icon, 0, 0, 3, 1, Qt::AlignTop);
     layout->addWidget(title, 0, 1);
-    layout->addWidget(description, 1, 1);
-    layout->addLayout(buttons, 2, 0, 1, 2);
+    layout->addWidget(makeLabel(texts.description, "alertDescription"_L1), 1, 1);
+    if (!texts.detail.isEmpty())
+        layout->addWidget(makeLabel(texts.detail, "alertDetail"_L1), 2, 1);
+    layout->addLayout(buttons, 3, 0, 1, 2);
     layout->setColumnStretch(1, 1);
     layout->setHorizontalSpacing(16);
     layout->setVerticalSpacing(10);

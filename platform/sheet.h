@@ -77,6 +77,7 @@ struct AlertTexts
     QString description;
     QString defaultButton;
     QString alternativeButton; ///< empty for an alert with one button
+    QString detail = {};       ///< what the action affects, below the description; may be empty
 };
 
 /// `name`, of any length, for the title of an alert or the text of a sheet: on one line (base/visibletext.h), with the
@@ -88,5 +89,6 @@ inline constexpr int alertFirstButtonReturn = 1000;
 inline constexpr int alertSecondButtonReturn = 1001;
 
 /// Shows a warning alert as a sheet on `window` and returns at once; the alert deletes itself when dismissed. Its
-/// object name is "alert"; the names of its buttons are "alertDefaultButton" and "alertAlternativeButton".
+/// object name is "alert"; the names of its buttons are "alertDefaultButton" and "alertAlternativeButton", that of the
+/// detail is "alertDetail".
 Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd = {});

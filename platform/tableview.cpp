@@ -82,7 +82,35 @@ void TableView::setPlaceholderText(const QString &text)
 /// Makes the placeholder text readable for assistive tools while it can be seen.
 void TableView::describePlaceholder()
 {
-    setAccessibleDescription(mModel->rowCount() == 0 ? mPlaceholderText : QString());
+    setAccessibleDescription(showsRows() ? QString() : mPlaceholderText);
+}
+
+void TableView::showOnly(std::function<bool(int row)> fits)
+{
+    mFits = std::move(fits);
+    noteNumberOfRowsChanged();
+    hideUnfitRows();
+}
+
+bool TableView::showsRows() const
+{
+    for (int row = 0; row < mModel->rowCount(); ++row) {
+        if (!isRowHidden(row))
+            return true;
+    }
+    return false;
+}
+
+void TableView::hideUnfitRows()
+{
+    const int selected = selectedRow();
+    for (int row = 0; row < mModel->rowCount(); ++row) {
+        const bool isHidden = mFits && row != selected && !mFits(row);
+        if (isHidden != isRowHidden(row))
+            setRowHidden(row, isHidden);
+    }
+    describePlaceholder();
+    viewport()->update();
 }
 
 int TableView::numberOfRows()
@@ -122,6 +150,8 @@ void TableView::reloadData()
     abortEditing();
     noteNumberOfRowsChanged();
     mModel->refetchAll();
+    if (mFits)
+        hideUnfitRows();
 }
 
 void TableView::selectRow(int row, bool)
@@ -240,9 +270,11 @@ void TableView::selectionChanged(const QItemSelection &selected, const QItemSele
     RowsAccessibility::reportSelection(this, selected, deselected);
     if (selected.isEmpty() != deselected.isEmpty())
         viewport()->update(); // the frame of paintEvent() comes or goes
+    const int row = selectedRow();
+    if (row >= 0 && isRowHidden(row))
+        showRow(row);
     if (!mNotifies || !mSource)
         return;
-    const int row = selectedRow();
     mSource->tableViewSelectionDidChange(this);
     mIsSelectionTakenBack = selectedRow() != row;
 }
@@ -359,11 +391,14 @@ void TableView::leaveUnselectedRow()
 
 QModelIndex TableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
 {
-    const int count = mModel->rowCount();
     // The base class moves to the first and the last cell of the row.
-    if ((action == MoveHome || action == MoveEnd) && count > 0)
-        return mModel->index(action == MoveHome ? 0 : count - 1, qMax(0, currentIndex().column()));
-    return QTableView::moveCursor(action, modifiers);
+    if ((action != MoveHome && action != MoveEnd) || !showsRows())
+        return QTableView::moveCursor(action, modifiers);
+    const int step = action == MoveHome ? 1 : -1;
+    int row = action == MoveHome ? 0 : mModel->rowCount() - 1;
+    while (isRowHidden(row))
+        row += step;
+    return mModel->index(row, qMax(0, currentIndex().column()));
 }
 
 void TableView::keyPressEvent(QKeyEvent *event)
@@ -399,7 +434,7 @@ void TableView::paintEvent(QPaintEvent *event)
         painter.setPen(QPen(palette().color(QPalette::Highlight), width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
         painter.drawRect(viewport()->rect().adjusted(width / 2, width / 2, -width / 2, -width / 2));
     }
-    if (mPlaceholderText.isEmpty() || mModel->rowCount() > 0)
+    if (mPlaceholderText.isEmpty() || showsRows())
         return;
     constexpr int margin = 16;
     QPainter painter(viewport());

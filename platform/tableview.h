@@ -10,6 +10,7 @@
 #include <QTableView>
 #include <QVariant>
 
+#include <functional>
 #include <optional>
 
 class QLineEdit;
@@ -67,7 +68,7 @@ public:
     void addColumn(const TableColumn &column);
     /// The table does not own `source`, which must outlive the table or be removed with nullptr.
     void setDataSource(TableViewDataSource *source);
-    /// Shown in the middle of the table while it has no rows.
+    /// Shown in the middle of the table while it shows no row.
     void setPlaceholderText(const QString &text);
     [[nodiscard]] QString placeholderText() const { return mPlaceholderText; }
     /// Whether the user can clear the selection by clicking; calls always can. True by default.
@@ -97,6 +98,12 @@ public:
     void abortEditing();
     void scrollRowToVisible(int row);
 
+    /// Shows only the rows that `fits` accepts; without a function, all rows. Rows keep their numbers. The selected row
+    /// is always shown: no command applies to a record that the user does not see. The function is asked now and at
+    /// each reloadData(). Until then no row disappears, so a click never moves the rows below the pointer.
+    void showOnly(std::function<bool(int row)> fits);
+    [[nodiscard]] bool showsRows() const; ///< at least one
+
 Q_SIGNALS:
     /// An edit began or ended; editedRow() is up to date.
     void editedRowChanged();
@@ -114,7 +121,7 @@ protected:
     bool viewportEvent(QEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    /// Home and End select the first and the last row.
+    /// Home and End select the first and the last row that is shown.
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -134,6 +141,7 @@ private:
     friend class TableCellDelegate;
 
     void describePlaceholder();
+    void hideUnfitRows();
     void noteNumberOfRowsChanged();
     [[nodiscard]] bool mayEdit(int row) const;
     [[nodiscard]] bool takesTypedOn(const QKeyEvent *key);
@@ -154,6 +162,7 @@ private:
     QPointer<QLineEdit> mEditor;
     QPersistentModelIndex mEditedIndex;
     QString mPlaceholderText;
+    std::function<bool(int row)> mFits; ///< empty: all rows do
     bool mAllowsEmptySelection = true;
     bool mNotifies = true;
     bool mIsEndingEditByCall = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The complete path of a macro: recorded on the keyboard in the real window, edited, assigned to a key, exported and
 // imported, as the real daemon stores it.
+#include "base/document.h"
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
@@ -24,8 +25,10 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
@@ -58,6 +61,8 @@ private Q_SLOTS:
     void editsAnEventAndADelay();
     void assignsTheMacroToAKey();
     void cardOfTheKeyFollowsTheEvents();
+    void useOfAMacroLeadsToItsKey();
+    void useInAnotherProfileMakesItActive();
     void pressedKeyPlaysTheEditedMacro();
     void importedMacroEqualsTheExportedOne();
     void renamesAndDeletes();
@@ -78,6 +83,7 @@ private:
     /// Assigns the macro "Combo" to the key F.
     void assignComboToF();
     void chooseForEvent(int row, int tag);
+    [[nodiscard]] QToolButton *linkTo(const QString &words) const; ///< null if it is not shown
     [[nodiscard]] QStringList lines() const { return mHub->controller->macrosController()->macroDetailsArray(); }
     [[nodiscard]] TableView *list() const { return mHub->find<TableView>("mMacroTableView"); }
     void click(const char *button) const { mHub->find<QPushButton>(button)->click(); }
@@ -249,6 +255,59 @@ void MacrosEndToEndTest::cardOfTheKeyFollowsTheEvents()
     chooseForEvent(-1, MacroCommands::noDelay);
     mHub->controller->selectTabAtIndex(0);
     QCOMPARE(mHub->find<QLabel>("mAssignmentDetail")->text(), u"Events: 4 · 0.0 s"_s);
+}
+
+QToolButton *MacrosEndToEndTest::linkTo(const QString &words) const
+{
+    const QList<QToolButton *> links = mHub->window->findChildren<QToolButton *>(u"mMacroUse"_s);
+    for (QToolButton *link : links) {
+        if (link->accessibleName() == words && link->isVisible())
+            return link;
+    }
+    return nullptr;
+}
+
+void MacrosEndToEndTest::useOfAMacroLeadsToItsKey()
+{
+    recordCombo();
+    assignComboToF();
+    QTest::mouseClick(mHub->find<QWidget>("mA"), Qt::LeftButton);
+    mHub->controller->selectTabAtIndex(macrosTabIndex);
+    QToolButton *link = linkTo(u"F in Default Profile"_s);
+    QVERIFY(link);
+    QTest::mouseClick(link, Qt::LeftButton);
+    QCOMPARE(mHub->find<QTabWidget>("mKeyboardTabView")->currentIndex(), keysTabIndex);
+    QCOMPARE(mHub->controller->keysController()->selectedCodes(), QList<int>{int(keyF)});
+    QVERIFY(mHub->find<QWidget>("mF")->hasFocus());
+}
+
+void MacrosEndToEndTest::useInAnotherProfileMakesItActive()
+{
+    recordCombo();
+    assignComboToF();
+    // A new profile becomes the active one.
+    mHub->controller->addNewProfileWithSettings({{SettingsKeys::profileName, u"Game"_s}});
+    mHub->controller->switchProfileWithID(1);
+    QCOMPARE(mHub->controller->keysController()->keysCurrentProfileDict().value(SettingsKeys::profileName).toString(),
+             u"Game"_s);
+    mHub->controller->selectTabAtIndex(macrosTabIndex);
+    QToolButton *link = linkTo(u"F in Default Profile"_s);
+    QVERIFY(link);
+    link->click();
+    const auto activeProfile = [this] {
+        return Document(settings().value(DaemonProtocol::allDevSettings).toMap()).activeProfileIndex();
+    };
+    QCOMPARE(activeProfile(), 0);
+    QCOMPARE(mHub->controller->keysController()->selectedCodes(), QList<int>{int(keyF)});
+    QCOMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Macro: Combo (Play once)"_s);
+    // Without a daemon, the switch fails: the window stays where it is.
+    mHub->controller->switchProfileWithID(1);
+    mHub->controller->selectTabAtIndex(macrosTabIndex);
+    mDaemon.reset();
+    link = linkTo(u"F in Default Profile"_s);
+    QVERIFY(link);
+    link->click();
+    QCOMPARE(mHub->find<QTabWidget>("mKeyboardTabView")->currentIndex(), macrosTabIndex);
 }
 
 void MacrosEndToEndTest::pressedKeyPlaysTheEditedMacro()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The list of macros: adding, renaming and deleting, and its menus.
+#include "base/text.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
@@ -11,6 +12,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 
 using namespace MacrosTesting;
 
@@ -62,6 +64,26 @@ private Q_SLOTS:
     void refusedDeletionKeepsListAndSelection();
     void renamingNeedsASelectedMacro();
     void addingEndsARename();
+    void duplicateSendsACopyOfTheWholeMacro();
+    void duplicateHasTheLatestEvents();
+    void refusedDuplicateKeepsTheSelection();
+    void searchNarrowsTheList_data();
+    void searchNarrowsTheList();
+    void commandsOfANarrowedListNameTheSelectedMacro();
+    void addedMacroIsShownDuringASearch();
+    void returnStepsThroughTheMacrosFound();
+    void searchFieldIsReachedByKeys();
+    void usesOfTheSelectedMacroAreLinks();
+    void furtherUsesAreInAMenu();
+    void usesFollowTheProfiles();
+    void alertSaysWhereTheMacroIsUsed();
+
+private:
+    /// Hands over profiles whose keys play the macro at `macroRow`; the second profile is active.
+    void useMacro(int macroRow);
+    [[nodiscard]] QStringList shownMacros() const;
+    [[nodiscard]] QList<QToolButton *> links() const;
+    [[nodiscard]] QStringList linkNames() const;
 };
 
 void MacrosListTest::namesAreMadeUnique()
@@ -418,11 +440,11 @@ void MacrosListTest::listMenusEnableCommands()
     auto *table = outlet<NSTableViewMacroSubClass>(u"mMacroTableView"_s);
     for (const int row : {-1, 0}) {
         list()->selectRow(row);
-        const QList<int> expected = row < 0 ? QList<int>{2, 3} : QList<int>{1, 2, 3, 4, 5};
+        const QList<int> expected = row < 0 ? QList<int>{2, 3} : QList<int>{1, 2, 3, 4, 5, 6};
         button->validateItems();
         QCOMPARE(enabledTags(button->menu()->actions()), expected);
         const std::unique_ptr<QMenu> menu(table->makeContextMenu());
-        QCOMPARE(menu->actions().size(), 5);
+        QCOMPARE(menu->actions().size(), 6);
         QCOMPARE(enabledTags(menu->actions()), expected);
     }
 }
@@ -600,6 +622,246 @@ void MacrosListTest::addingEndsARename()
     QCOMPARE(mController->macrosSettingsArray().size(), 3);
     QCOMPARE(list()->selectedRow(), 2);
     QCOMPARE(list()->editedRow(), 2);
+}
+
+void MacrosListTest::duplicateSendsACopyOfTheWholeMacro()
+{
+    QVariantMap macro = macroNamed(u"Heal"_s);
+    macro[u"macroID"_s] = 7;
+    macro[u"delay"_s] = 33;
+    macro[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{QVariantMap{{u"command"_s, 1}}}}};
+    macro[u"Other"_s] = u"kept"_s;
+    mDelegate->macros = {macro, macroNamed(u"Heal(2)"_s)};
+    mDelegate->refresh();
+    list()->selectRow(0);
+    mDelegate->calls.clear();
+    choose("mSettingsMacro", MacroCommands::duplicateMacro);
+    QVariantMap expected = macro;
+    expected.remove(u"macroID"_s);
+    expected[u"MacroName"_s] = u"Heal(3)"_s;
+    QCOMPARE(mDelegate->record, expected);
+    QCOMPARE(mDelegate->calls, (QStringList{u"add"_s, u"details 2"_s}));
+    QCOMPARE(list()->selectedRow(), 2);
+}
+
+void MacrosListTest::duplicateHasTheLatestEvents()
+{
+    fill({u"Heal"_s}, 0);
+    choose("mSettingsMacroDetails", MacroCommands::noDelay);
+    // After an edit, the records are those of before it until they are read again.
+    QVariantMap edited = mDelegate->macros.first().toMap();
+    edited[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{QVariantMap{{u"delay"_s, 0}}}}};
+    mDelegate->macros = {edited};
+    choose("mSettingsMacro", MacroCommands::duplicateMacro);
+    QCOMPARE(mDelegate->record.value(u"sequence"_s), edited.value(u"sequence"_s));
+}
+
+void MacrosListTest::refusedDuplicateKeepsTheSelection()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    mDelegate->refusesToAdd = true;
+    choose("mSettingsMacro", MacroCommands::duplicateMacro);
+    QCOMPARE(mController->macrosSettingsArray().size(), 2);
+    QCOMPARE(list()->selectedRow(), 0);
+}
+
+QStringList MacrosListTest::shownMacros() const
+{
+    QStringList names;
+    for (int row = 0; row < list()->model()->rowCount(); ++row) {
+        if (!list()->isRowHidden(row))
+            names += list()->model()->index(row, 0).data().toString();
+    }
+    return names;
+}
+
+void MacrosListTest::searchNarrowsTheList_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<QString>("result");
+    const QStringList all{u"Heal group"_s, u"Burst"_s, u"Group burst"_s};
+    QTest::newRow("nothing") << u""_s << all << u""_s;
+    QTest::newRow("spaces") << u"  "_s << all << u""_s;
+    QTest::newRow("any letter case") << u"GROUP"_s << QStringList{all[0], all[2]} << u"Macros found: 2"_s;
+    QTest::newRow("words in any order") << u"burst gr"_s << QStringList{all[2]} << u"Macros found: 1"_s;
+    QTest::newRow("no macro") << u"x"_s << QStringList() << u"No macro found"_s;
+}
+
+void MacrosListTest::searchNarrowsTheList()
+{
+    QFETCH(QString, query);
+    fill({u"Heal group"_s, u"Burst"_s, u"Group burst"_s});
+    auto *field = outlet<QLineEdit>(u"mMacroSearch"_s);
+    QTest::keyClicks(field, query);
+    QTEST(shownMacros(), "expected");
+    QTEST(field->accessibleDescription(), "result");
+    QCOMPARE(mDelegate->calls, QStringList());
+    QTest::keyClick(field, Qt::Key_Escape);
+    QCOMPARE(shownMacros().size(), 3);
+    QCOMPARE(field->text(), QString());
+}
+
+void MacrosListTest::commandsOfANarrowedListNameTheSelectedMacro()
+{
+    fill({u"A"_s, u"B"_s, u"Bx"_s, u"C"_s, u"Cx"_s});
+    outlet<QLineEdit>(u"mMacroSearch"_s)->setText(u"x"_s);
+    QCOMPARE(shownMacros(), (QStringList{u"Bx"_s, u"Cx"_s}));
+    QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
+                      list()->visualRect(list()->model()->index(4, 0)).center());
+    QCOMPARE(mDelegate->calls, QStringList{u"details 4"_s});
+    list()->editColumnRow(0, 4, true);
+    QTest::keyClicks(editor(), u"D"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(mDelegate->calls.last(), u"rename 4 D"_s);
+    // The renamed macro no longer fits. It stays in sight, because it is still the one that commands are for.
+    QCOMPARE(shownMacros(), (QStringList{u"Bx"_s, u"D"_s}));
+    mController->deleteMacro();
+    QVERIFY(mDelegate->calls.contains(u"delete 4"_s));
+    QCOMPARE(mDelegate->macros.size(), 4);
+    QCOMPARE(mDelegate->macros.last().toMap().value(u"MacroName"_s), QVariant(u"C"_s));
+    QCOMPARE(shownMacros().contains(list()->model()->index(list()->selectedRow(), 0).data().toString()), true);
+}
+
+void MacrosListTest::addedMacroIsShownDuringASearch()
+{
+    fill({u"A"_s, u"Bx"_s}, 1);
+    outlet<QLineEdit>(u"mMacroSearch"_s)->setText(u"x"_s);
+    outlet<QPushButton>(u"mAddMacro"_s)->click();
+    QCOMPARE(shownMacros(), (QStringList{u"Bx"_s, u"Untitled Macro"_s}));
+    QCOMPARE(list()->editedRow(), 2);
+}
+
+void MacrosListTest::returnStepsThroughTheMacrosFound()
+{
+    fill({u"A"_s, u"Bx"_s, u"C"_s, u"Dx"_s});
+    auto *field = outlet<QLineEdit>(u"mMacroSearch"_s);
+    field->setText(u"x"_s);
+    for (const int row : {1, 3, 1}) {
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(list()->selectedRow(), row);
+    }
+    QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
+    QCOMPARE(list()->selectedRow(), 3);
+    list()->deselectAll();
+    QTest::keyClick(field, Qt::Key_Return, Qt::ShiftModifier);
+    QCOMPARE(list()->selectedRow(), 3);
+    field->setText(u"nothing like this"_s);
+    QTest::keyClick(field, Qt::Key_Return);
+    QCOMPARE(list()->selectedRow(), 3);
+}
+
+void MacrosListTest::searchFieldIsReachedByKeys()
+{
+    fill({u"A"_s}, 0);
+    list()->setFocus();
+    auto *field = outlet<QLineEdit>(u"mMacroSearch"_s);
+    QTest::keyClick(list(), Qt::Key_F, Qt::ControlModifier);
+    QVERIFY(field->hasFocus());
+    QTest::keyClick(field, Qt::Key_Down);
+    QVERIFY(list()->hasFocus());
+    mController->setControlsState(false);
+    QVERIFY(!field->isEnabled());
+}
+
+void MacrosListTest::useMacro(int macroRow)
+{
+    const auto playing = [macroRow](const QString &name, const QList<int> &codes) {
+        QVariantMap keys;
+        for (const int code : codes)
+            keys[QString::number(code)] = QVariantMap{{u"command"_s, 10}, {u"param1"_s, macroRow}, {u"param2"_s, 1}};
+        return QVariantMap{{u"ProfileName"_s, name}, {u"Keys"_s, keys}};
+    };
+    mController->setProfiles({playing(u"Game & Co"_s, {106}), playing(u"Default Profile"_s, {62})}, 1);
+    mController->refreshTableDisplay();
+}
+
+QList<QToolButton *> MacrosListTest::links() const
+{
+    QList<QToolButton *> shown = outlet(u"mMacroUses"_s)->findChildren<QToolButton *>();
+    shown.removeIf([](const QToolButton *link) { return !link->isVisible(); });
+    return shown;
+}
+
+QStringList MacrosListTest::linkNames() const
+{
+    QStringList names;
+    const QList<QToolButton *> shown = links();
+    for (const QToolButton *link : shown)
+        names += link->accessibleName();
+    return names;
+}
+
+void MacrosListTest::usesOfTheSelectedMacroAreLinks()
+{
+    fill({u"A"_s, u"B"_s}, 0);
+    useMacro(1);
+    QCOMPARE(linkNames(), QStringList());
+    QCOMPARE(outlet<QLabel>(u"mMacroUsesLabel"_s)->text(), u"No key plays this macro."_s);
+    list()->selectRow(1);
+    QCOMPARE(linkNames(), (QStringList{u"M1 in Game & Co"_s, u"F5 in Default Profile"_s}));
+    QCOMPARE(links().first()->text(), u"M1 in Game && Co"_s);
+    QCOMPARE(outlet<QLabel>(u"mMacroUsesLabel"_s)->text(), u"Played by:"_s);
+    // The keys tab shows the active profile alone; the link says so before it changes it.
+    QCOMPARE(links().first()->accessibleDescription(),
+             u"Make the profile “Game & Co” active and show this key on the Keys tab"_s);
+    QCOMPARE(links().last()->accessibleDescription(), u"Show this key on the Keys tab"_s);
+    QVERIFY(outlet(u"mMacroUsesNote"_s)->isVisible());
+    mDelegate->calls.clear();
+    links().last()->click();
+    links().first()->click();
+    QCOMPARE(mDelegate->calls, (QStringList{u"show 62 1"_s, u"show 106 0"_s}));
+    list()->deselectAll();
+    QVERIFY(!outlet(u"mMacroUses"_s)->isVisible());
+}
+
+void MacrosListTest::furtherUsesAreInAMenu()
+{
+    fill({u"A"_s}, 0);
+    QVariantMap keys;
+    for (const int code : {4, 5, 6, 7, 8, 9})
+        keys[QString::number(code)] = QVariantMap{{u"command"_s, 10}, {u"param1"_s, 0}};
+    mController->setProfiles({QVariantMap{{u"ProfileName"_s, u"P"_s}, {u"Keys"_s, keys}}}, 0);
+    mController->refreshTableDisplay();
+    QCOMPARE(linkNames().size(), 5);
+    QCOMPARE(linkNames().last(), u"2 more…"_s);
+    QVERIFY(!outlet(u"mMacroUsesNote"_s)->isVisible());
+    const QList<QAction *> items = links().last()->menu()->actions();
+    QStringList titles = linkNames().first(4);
+    for (const QAction *item : items)
+        titles += item->text();
+    titles.sort();
+    QCOMPARE(titles, (QStringList{u"A in P"_s, u"B in P"_s, u"C in P"_s, u"D in P"_s, u"E in P"_s, u"F in P"_s}));
+    mDelegate->calls.clear();
+    items.first()->trigger();
+    QCOMPARE(mDelegate->calls.size(), 1);
+    QVERIFY(mDelegate->calls.first().startsWith(u"show "_s));
+}
+
+void MacrosListTest::usesFollowTheProfiles()
+{
+    fill({u"A"_s}, 0);
+    useMacro(0);
+    QCOMPARE(linkNames().size(), 2);
+    mController->setProfiles({}, 0);
+    mController->refreshTableDisplay();
+    QCOMPARE(linkNames(), QStringList());
+    QVERIFY(!outlet(u"mMacroUsesNote"_s)->isVisible());
+}
+
+void MacrosListTest::alertSaysWhereTheMacroIsUsed()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    useMacro(1);
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    QCOMPARE(outlet<QLabel>(u"alertDetail"_s)->text(), u"Played by: M1 in Game & Co, F5 in Default Profile"_s);
+    QCOMPARE(outlet<QLabel>(u"alertDescription"_s)->text(), localizedText("lkeyDeleteMacroAlertDesc"));
+    QVERIFY(outlet(u"alert"_s)->accessibleDescription().endsWith(u"F5 in Default Profile"_s));
+    outlet<QPushButton>(u"alertAlternativeButton"_s)->click();
+    QTRY_VERIFY(!outlet(u"alert"_s));
+    list()->selectRow(0);
+    outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+    QVERIFY(!outlet(u"alertDetail"_s));
 }
 
 QTEST_MAIN(MacrosListTest)

@@ -8,6 +8,7 @@
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
 
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
@@ -29,7 +30,11 @@ enum class Scene {
     eventSheet,
     deletionAlert,
     importPanel,
-    exportPanel
+    exportPanel,
+    used,
+    usedOften,
+    search,
+    searchWithoutResult
 };
 
 struct NamedScene
@@ -50,6 +55,10 @@ constexpr std::array scenes{
     NamedScene{"deletion-alert", Scene::deletionAlert},
     NamedScene{"import-panel", Scene::importPanel},
     NamedScene{"export-panel", Scene::exportPanel},
+    NamedScene{"used", Scene::used},
+    NamedScene{"used-often", Scene::usedOften},
+    NamedScene{"search", Scene::search},
+    NamedScene{"search-without-result", Scene::searchWithoutResult},
 };
 
 QVariantList someLines()
@@ -58,6 +67,14 @@ QVariantList someLines()
             u"0.085 seconds delay\n"_s,  u"Key Release H"_s,         u"0.020 seconds delay\n"_s,
             u"Key Release Left Shift"_s, u"1.250 seconds delay\n"_s, u"Left Button down\n"_s,
             u"0.040 seconds delay\n"_s,  u"Left Button up\n"_s};
+}
+
+QVariantMap profilePlaying(const QString &name, const QList<int> &codes)
+{
+    QVariantMap keys;
+    for (const int code : codes)
+        keys[QString::number(code)] = QVariantMap{{u"command"_s, 10}, {u"param1"_s, 1}, {u"param2"_s, 1}};
+    return {{u"ProfileName"_s, name}, {u"Keys"_s, keys}};
 }
 
 } // namespace
@@ -105,7 +122,26 @@ void MacrosScreenshotsTest::show(Scene scene)
         choose("mSettingsMacroDetails", MacroCommands::edit);
         mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
         break;
-    case Scene::deletionAlert: outlet<QPushButton>(u"mDeleteMacro"_s)->click(); break;
+    case Scene::deletionAlert:
+        mController->setProfiles({profilePlaying(u"Game"_s, {106}), profilePlaying(u"Default Profile"_s, {62})}, 0);
+        outlet<QPushButton>(u"mDeleteMacro"_s)->click();
+        break;
+    case Scene::used:
+        mController->setProfiles({profilePlaying(u"Game"_s, {106}), profilePlaying(u"Default Profile"_s, {62})}, 0);
+        mController->refreshTableDisplay();
+        break;
+    case Scene::usedOften:
+        mController->setProfiles(
+            {profilePlaying(u"Game"_s, {106, 107, 108}),
+             profilePlaying(u"The long evenings with the whole raid group"_s, {62, 63, 64, 65, 229})},
+            0);
+        mController->refreshTableDisplay();
+        break;
+    case Scene::search: outlet<QLineEdit>(u"mMacroSearch"_s)->setText(u"burst"_s); break;
+    case Scene::searchWithoutResult:
+        list()->deselectAll();
+        outlet<QLineEdit>(u"mMacroSearch"_s)->setText(u"xyz"_s);
+        break;
     case Scene::importPanel: choose("mSettingsMacro", MacroCommands::importMacro); break;
     case Scene::exportPanel: choose("mSettingsMacro", MacroCommands::exportMacro); break;
     default: break;

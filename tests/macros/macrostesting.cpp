@@ -154,6 +154,11 @@ void RecordingDelegate::startEditHID()
     note(u"startEditHID"_s);
 }
 
+void RecordingDelegate::showKeyOfProfile(int keyCode, int profileIndex)
+{
+    note(u"show %1 %2"_s.arg(keyCode).arg(profileIndex));
+}
+
 void RecordingDelegate::stopSingleKeyRecording()
 {
     note(u"stopKey"_s);

@@ -45,6 +45,7 @@ public:
     QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
     void reloadMacros() override;
     void startEditHID() override;
+    void showKeyOfProfile(int keyCode, int profileIndex) override;
     void stopSingleKeyRecording() override;
 
     /// Hands the macros over, as it does after each successful command.

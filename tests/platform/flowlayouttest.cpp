@@ -13,6 +13,7 @@ private Q_SLOTS:
     void init();
     void breaksRowsThatAreFull_data();
     void breaksRowsThatAreFull();
+    void startsRowsAtTheLeft();
     void prefersOneRowAndNeedsTheWidestItem();
     void skipsHiddenItems();
     void returnsItsItems();
@@ -69,6 +70,21 @@ void FlowLayoutTest::breaksRowsThatAreFull()
     QCOMPARE(mLayout->heightForWidth(width), height);
     mLayout->setGeometry(QRect(0, 0, width, height));
     QTEST(places(), "expected");
+}
+
+void FlowLayoutTest::startsRowsAtTheLeft()
+{
+    QWidget page;
+    auto *layout = new FlowLayout(&page, 10, 5, FlowLayout::Rows::fromTheLeft);
+    QList<QWidget *> items;
+    for (const QSize size : {QSize(40, 20), QSize(60, 20)}) {
+        items += new QWidget;
+        items.last()->setFixedSize(size);
+        layout->addWidget(items.last());
+    }
+    layout->setGeometry(QRect(0, 0, 90, 45));
+    QCOMPARE(items[0]->geometry(), QRect(0, 0, 40, 20));
+    QCOMPARE(items[1]->geometry(), QRect(0, 25, 60, 20));
 }
 
 void FlowLayoutTest::prefersOneRowAndNeedsTheWidestItem()

@@ -65,6 +65,7 @@ private Q_SLOTS:
     void cleanup() { mWindow.reset(); }
     void walkCostsTheVisibleRows();
     void childrenAreTheHeaderAndTheRowsInView();
+    void countsHiddenRowsOut();
     void everyRowIsReachedThroughTheTable();
     void onlyTheViewWithTheFocusHasAFocusedCell();
     void editorIsAChild();
@@ -137,6 +138,20 @@ void RowsAccessibilityTest::childrenAreTheHeaderAndTheRowsInView()
              rows()->child(4));
     mTable->horizontalHeader()->hide();
     QCOMPARE(rows()->child(0)->text(QAccessible::Name), u"first 500"_s);
+}
+
+void RowsAccessibilityTest::countsHiddenRowsOut()
+{
+    mTable->showOnly([](int row) { return row == 3 || row == 700; });
+    QCOMPARE(rows()->childCount(), 2 + 2 * 2);
+    QCOMPARE(rows()->child(2)->text(QAccessible::Name), u"first 3"_s);
+    QCOMPARE(rows()->child(4)->text(QAccessible::Name), u"first 700"_s);
+    QCOMPARE(rows()->indexOfChild(rows()->child(5)), 5);
+    QAccessibleInterface *hidden = rows()->tableInterface()->cellAt(4, 0);
+    QVERIFY(hidden->state().invisible);
+    QCOMPARE(rows()->indexOfChild(hidden), -1);
+    mTable->showOnly([](int) { return false; });
+    QCOMPARE(rows()->childCount(), 2);
 }
 
 void RowsAccessibilityTest::everyRowIsReachedThroughTheTable()

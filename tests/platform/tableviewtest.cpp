@@ -142,11 +142,17 @@ private Q_SLOTS:
     void emptyTableShowsItsPlaceholder();
     void homeAndEndSelectTheFirstAndTheLastRow_data();
     void homeAndEndSelectTheFirstAndTheLastRow();
+    void showsTheRowsThatFit();
+    void selectedRowIsAlwaysShown();
+    void rowsDisappearWithAReloadAlone();
+    void keysReachShownRowsAlone();
+    void placeholderIsShownWithoutAShownRow();
     void focusAloneSelectsNoRow_data();
     void focusAloneSelectsNoRow();
     void keysStartAtTheFirstRowWithoutASelection();
 
 private:
+    [[nodiscard]] QStringList shownNames() const;
     QLineEdit *editor() const;
     QPoint cellCentre(int row, int column) const;
 
@@ -917,6 +923,89 @@ void TableViewTest::homeAndEndSelectTheFirstAndTheLastRow()
     QCOMPARE(mTable->currentIndex().row(), mTable->selectedRow());
     if (row >= 0)
         QCOMPARE(mTable->currentIndex().column(), switchColumn); // Home and End keep the column
+}
+
+QStringList TableViewTest::shownNames() const
+{
+    QStringList names;
+    for (int row = 0; row < mTable->model()->rowCount(); ++row) {
+        if (!mTable->isRowHidden(row))
+            names += mTable->model()->index(row, nameColumn).data().toString();
+    }
+    return names;
+}
+
+void TableViewTest::showsTheRowsThatFit()
+{
+    mTable->showOnly([this](int row) { return mSource->names.at(row).contains(u'm'); });
+    QCOMPARE(shownNames(), QStringList{u"Gamma"_s});
+    mSource->names = {u"Emma"_s, u"Beta"_s, u"Gamma"_s, u"Emil"_s};
+    mTable->reloadData();
+    QCOMPARE(shownNames(), (QStringList{u"Emma"_s, u"Gamma"_s, u"Emil"_s}));
+    // The rows keep their numbers.
+    QCOMPARE(mTable->numberOfRows(), 4);
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, {}, cellCentre(2, nameColumn));
+    QCOMPARE(mSource->selections, QList<int>{2});
+    mTable->showOnly({});
+    QCOMPARE(shownNames(), mSource->names);
+}
+
+void TableViewTest::selectedRowIsAlwaysShown()
+{
+    mTable->selectRow(1);
+    mTable->showOnly([](int row) { return row == 0; });
+    QCOMPARE(shownNames(), (QStringList{u"Alpha"_s, u"Beta"_s}));
+    QCOMPARE(mTable->selectedRow(), 1);
+    mTable->selectRow(2);
+    QVERIFY(!mTable->isRowHidden(2));
+    QCOMPARE(mTable->selectedRow(), 2);
+    mTable->deselectAll();
+    mTable->reloadData();
+    QCOMPARE(shownNames(), QStringList{u"Alpha"_s});
+}
+
+void TableViewTest::rowsDisappearWithAReloadAlone()
+{
+    mTable->selectRow(1);
+    mTable->showOnly([](int row) { return row == 2; });
+    // The row above the clicked one no longer fits and is no longer selected.
+    const QPoint gamma = cellCentre(2, nameColumn);
+    QTest::mouseClick(mTable->viewport(), Qt::LeftButton, {}, gamma);
+    QCOMPARE(mTable->selectedRow(), 2);
+    QCOMPARE(cellCentre(2, nameColumn), gamma);
+    mTable->reloadData();
+    QCOMPARE(shownNames(), QStringList{u"Gamma"_s});
+}
+
+void TableViewTest::keysReachShownRowsAlone()
+{
+    mSource->names = {u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s};
+    mTable->reloadData();
+    mTable->showOnly([](int row) { return row == 1 || row == 3; });
+    QTest::keyClick(mTable, Qt::Key_Home);
+    QCOMPARE(mTable->selectedRow(), 1);
+    QTest::keyClick(mTable, Qt::Key_Down);
+    QCOMPARE(mTable->selectedRow(), 3);
+    QTest::keyClick(mTable, Qt::Key_Down);
+    QCOMPARE(mTable->selectedRow(), 3);
+    QTest::keyClick(mTable, Qt::Key_Up);
+    QCOMPARE(mTable->selectedRow(), 1);
+    QTest::keyClick(mTable, Qt::Key_End);
+    QCOMPARE(mTable->selectedRow(), 3);
+}
+
+void TableViewTest::placeholderIsShownWithoutAShownRow()
+{
+    mTable->setPlaceholderText(u"Nothing fits"_s);
+    mTable->showOnly([](int row) { return row == 0; });
+    QVERIFY(mTable->showsRows());
+    QCOMPARE(mTable->accessibleDescription(), QString());
+    mTable->showOnly([](int) { return false; });
+    QVERIFY(!mTable->showsRows());
+    QCOMPARE(mTable->accessibleDescription(), u"Nothing fits"_s);
+    mTable->showOnly({});
+    QVERIFY(mTable->showsRows());
+    QCOMPARE(mTable->accessibleDescription(), QString());
 }
 
 void TableViewTest::focusAloneSelectsNoRow_data()

@@ -45,5 +45,18 @@
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Drücken Sie auf „%@“ die Taste für dieses Ereignis:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Makro „%@“ löschen?</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Tasten, die dieses Makro abspielen, erhalten wieder ihre Standardfunktion. Dies kann nicht rückgängig gemacht werden.</translation></message>
+    <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>Duplizieren</translation></message>
+    <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>Makros suchen</translation></message>
+    <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>Gefundene Makros: %@</translation></message>
+    <message id="lkeyMacroSearchNothing"><source>lkeyMacroSearchNothing</source><translation>Kein Makro gefunden</translation></message>
+    <message id="lkeyMacroUse"><source>lkeyMacroUse</source><translation>%@ in %@</translation></message>
+    <message id="lkeyMacroUseSeparator"><source>lkeyMacroUseSeparator</source><translation>, </translation></message>
+    <message id="lkeyMacroUses"><source>lkeyMacroUses</source><translation>Abgespielt von: %@</translation></message>
+    <message id="lkeyMacroUsesLabel"><source>lkeyMacroUsesLabel</source><translation>Abgespielt von:</translation></message>
+    <message id="lkeyMacroUnused"><source>lkeyMacroUnused</source><translation>Keine Taste spielt dieses Makro ab.</translation></message>
+    <message id="lkeyMacroUsesMore"><source>lkeyMacroUsesMore</source><translation>%@ weitere …</translation></message>
+    <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>Diese Taste auf dem Reiter „Tasten“ zeigen</translation></message>
+    <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>Das Profil „%@“ aktivieren und diese Taste auf dem Reiter „Tasten“ zeigen</translation></message>
+    <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>Die Taste eines anderen Profils aktiviert dieses Profil.</translation></message>
 </context>
 </TS>

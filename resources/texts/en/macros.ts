@@ -45,5 +45,18 @@
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Press the key for this event on “%@”:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Delete the macro “%@”?</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Keys that play this macro return to their default function. This cannot be undone.</translation></message>
+    <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>Duplicate</translation></message>
+    <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>Search macros</translation></message>
+    <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>Macros found: %@</translation></message>
+    <message id="lkeyMacroSearchNothing"><source>lkeyMacroSearchNothing</source><translation>No macro found</translation></message>
+    <message id="lkeyMacroUse"><source>lkeyMacroUse</source><translation>%@ in %@</translation></message>
+    <message id="lkeyMacroUseSeparator"><source>lkeyMacroUseSeparator</source><translation>, </translation></message>
+    <message id="lkeyMacroUses"><source>lkeyMacroUses</source><translation>Played by: %@</translation></message>
+    <message id="lkeyMacroUsesLabel"><source>lkeyMacroUsesLabel</source><translation>Played by:</translation></message>
+    <message id="lkeyMacroUnused"><source>lkeyMacroUnused</source><translation>No key plays this macro.</translation></message>
+    <message id="lkeyMacroUsesMore"><source>lkeyMacroUsesMore</source><translation>%@ more…</translation></message>
+    <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>Show this key on the Keys tab</translation></message>
+    <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>Make the profile “%@” active and show this key on the Keys tab</translation></message>
+    <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>A key of another profile makes that profile active.</translation></message>
 </context>
 </TS>

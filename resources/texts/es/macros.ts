@@ -45,5 +45,18 @@
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Pulse en «%@» la tecla de este evento:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>¿Eliminar la macro «%@»?</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Las teclas que reproducen esta macro recuperarán su función predeterminada. Esta acción no se puede deshacer.</translation></message>
+    <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>Duplicar</translation></message>
+    <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>Buscar macros</translation></message>
+    <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>Macros encontradas: %@</translation></message>
+    <message id="lkeyMacroSearchNothing"><source>lkeyMacroSearchNothing</source><translation>Ninguna macro encontrada</translation></message>
+    <message id="lkeyMacroUse"><source>lkeyMacroUse</source><translation>%@ en %@</translation></message>
+    <message id="lkeyMacroUseSeparator"><source>lkeyMacroUseSeparator</source><translation>, </translation></message>
+    <message id="lkeyMacroUses"><source>lkeyMacroUses</source><translation>La reproducen: %@</translation></message>
+    <message id="lkeyMacroUsesLabel"><source>lkeyMacroUsesLabel</source><translation>La reproducen:</translation></message>
+    <message id="lkeyMacroUnused"><source>lkeyMacroUnused</source><translation>Ninguna tecla reproduce esta macro.</translation></message>
+    <message id="lkeyMacroUsesMore"><source>lkeyMacroUsesMore</source><translation>%@ más…</translation></message>
+    <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>Mostrar esta tecla en la pestaña Teclas</translation></message>
+    <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>Activar el perfil «%@» y mostrar esta tecla en la pestaña Teclas</translation></message>
+    <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>Una tecla de otro perfil activa ese perfil.</translation></message>
 </context>
 </TS>

@@ -40,10 +40,23 @@
     <message id="lkeyEditDelayTitle"><source>lkeyEditDelayTitle</source><translation>Modifier le délai</translation></message>
     <message id="lkeyEditEventTitle"><source>lkeyEditEventTitle</source><translation>Modifier l’événement</translation></message>
     <message id="lkeyEnterMacroDelay"><source>lkeyEnterMacroDelay</source><translation>Délai en millisecondes :</translation></message>
-    <message id="lkeyPresentMacroDelay"><source>lkeyPresentMacroDelay</source><translation>Délai actuel : %@ ms. Saisissez un nombre entier.</translation></message>
+    <message id="lkeyPresentMacroDelay"><source>lkeyPresentMacroDelay</source><translation>Délai actuel : %@ ms. Saisissez un nombre entier.</translation></message>
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Sur « %@ », appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Les touches qui exécutent cette macro retrouvent leur fonction par défaut. Cette action est irréversible.</translation></message>
+    <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>Dupliquer</translation></message>
+    <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>Rechercher une macro</translation></message>
+    <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>Macros trouvées : %@</translation></message>
+    <message id="lkeyMacroSearchNothing"><source>lkeyMacroSearchNothing</source><translation>Aucune macro trouvée</translation></message>
+    <message id="lkeyMacroUse"><source>lkeyMacroUse</source><translation>%@ dans %@</translation></message>
+    <message id="lkeyMacroUseSeparator"><source>lkeyMacroUseSeparator</source><translation>, </translation></message>
+    <message id="lkeyMacroUses"><source>lkeyMacroUses</source><translation>Exécutée par : %@</translation></message>
+    <message id="lkeyMacroUsesLabel"><source>lkeyMacroUsesLabel</source><translation>Exécutée par :</translation></message>
+    <message id="lkeyMacroUnused"><source>lkeyMacroUnused</source><translation>Aucune touche n’exécute cette macro.</translation></message>
+    <message id="lkeyMacroUsesMore"><source>lkeyMacroUsesMore</source><translation>%@ de plus…</translation></message>
+    <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>Afficher cette touche dans l’onglet Touches</translation></message>
+    <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>Activer le profil « %@ » et afficher cette touche dans l’onglet Touches</translation></message>
+    <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>Une touche d’un autre profil active ce profil.</translation></message>
 </context>
 </TS>

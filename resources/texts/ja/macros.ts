@@ -45,5 +45,18 @@
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>このイベントのキーを「%@」で押してください:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>マクロ「%@」を削除しますか？</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>このマクロを再生するキーは、デフォルトの機能に戻ります。この操作は取り消せません。</translation></message>
+    <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>複製</translation></message>
+    <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>マクロを検索</translation></message>
+    <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>見つかったマクロ: %@</translation></message>
+    <message id="lkeyMacroSearchNothing"><source>lkeyMacroSearchNothing</source><translation>マクロが見つかりません</translation></message>
+    <message id="lkeyMacroUse"><source>lkeyMacroUse</source><translation>%@（%@）</translation></message>
+    <message id="lkeyMacroUseSeparator"><source>lkeyMacroUseSeparator</source><translation>、</translation></message>
+    <message id="lkeyMacroUses"><source>lkeyMacroUses</source><translation>再生するキー: %@</translation></message>
+    <message id="lkeyMacroUsesLabel"><source>lkeyMacroUsesLabel</source><translation>再生するキー:</translation></message>
+    <message id="lkeyMacroUnused"><source>lkeyMacroUnused</source><translation>このマクロを再生するキーはありません。</translation></message>
+    <message id="lkeyMacroUsesMore"><source>lkeyMacroUsesMore</source><translation>ほか %@ 個…</translation></message>
+    <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>このキーを「キー」タブに表示</translation></message>
+    <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>プロファイル「%@」をアクティブにして、このキーを「キー」タブに表示</translation></message>
+    <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>ほかのプロファイルのキーを選ぶと、そのプロファイルがアクティブになります。</translation></message>
 </context>
 </TS>

@@ -45,5 +45,18 @@
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>请在“%@”上按下用于此事件的按键：</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>删除宏“%@”？</translation></message>
     <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>播放此宏的按键将恢复默认功能。此操作无法撤销。</translation></message>
+    <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>复制一份</translation></message>
+    <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>搜索宏</translation></message>
+    <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>找到的宏：%@</translation></message>
+    <message id="lkeyMacroSearchNothing"><source>lkeyMacroSearchNothing</source><translation>未找到宏</translation></message>
+    <message id="lkeyMacroUse"><source>lkeyMacroUse</source><translation>%@（%@）</translation></message>
+    <message id="lkeyMacroUseSeparator"><source>lkeyMacroUseSeparator</source><translation>、</translation></message>
+    <message id="lkeyMacroUses"><source>lkeyMacroUses</source><translation>播放此宏的按键：%@</translation></message>
+    <message id="lkeyMacroUsesLabel"><source>lkeyMacroUsesLabel</source><translation>播放此宏的按键：</translation></message>
+    <message id="lkeyMacroUnused"><source>lkeyMacroUnused</source><translation>没有按键播放此宏。</translation></message>
+    <message id="lkeyMacroUsesMore"><source>lkeyMacroUsesMore</source><translation>另外 %@ 个…</translation></message>
+    <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>在“按键”标签页中显示此按键</translation></message>
+    <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>启用配置文件“%@”，并在“按键”标签页中显示此按键</translation></message>
+    <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>选择其他配置文件的按键会启用该配置文件。</translation></message>
 </context>
 </TS>
