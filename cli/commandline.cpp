@@ -2,6 +2,7 @@
 #include "cli/commandline.h"
 
 #include "cli/commandtable.h"
+#include "cli/completioncommand.h"
 
 #include <QMap>
 
@@ -192,6 +193,10 @@ ExitCode runRow(const CommandRow &row, const SplitLine &line, Console &console)
 
 ExitCode runCommandLine(const QStringList &arguments, Console &console)
 {
+    if (!arguments.isEmpty() && arguments.first() == "--complete"_L1) {
+        printCompletions(arguments.sliced(1), console);
+        return ExitCode::ok;
+    }
     const SplitLine line = split(arguments);
     if (line.options.contains("--help"_L1) || line.options.contains("-h"_L1))
         return printHelpFor(line.words, console);

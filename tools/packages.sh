@@ -44,6 +44,11 @@ test    busybox-static  busybox
 test    cpio            cpio
 test    udev            udevadm
 test    systemd         systemd-analyze
+test    appstream       appstreamcli
+test    desktop-file-utils desktop-file-validate
+test    shared-mime-info update-mime-database
+test    zsh             zsh
+test    fish            fish
 package debhelper       dh
 package dpkg-dev        dpkg-buildpackage
 package lintian         lintian

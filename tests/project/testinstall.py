@@ -5,8 +5,11 @@ together.
 Usage: testinstall.py CMAKE BUILD_FOLDER"""
 
 import os
+import pty
 import re
+import select
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -27,13 +30,20 @@ lib/systemd/user/quill-kestra-daemon.service
 lib/udev/rules.d/70-quill-kestra-uinput.rules
 libexec/quill-kestra-keyboard-rule
 share/applications/org.quillkestra.Configurator.desktop
+share/bash-completion/completions/kestractl
+share/fish/vendor_completions.d/kestractl.fish
 share/icons/hicolor/scalable/apps/org.quillkestra.Configurator.svg
+share/icons/hicolor/scalable/mimetypes/application-x-quill-kestra-macro.svg
+share/icons/hicolor/scalable/mimetypes/application-x-quill-kestra-profile.svg
 share/man/man1/QuillKestraDaemon.1
 share/man/man1/kestra-configurator.1
 share/man/man1/kestractl.1
+share/metainfo/org.quillkestra.Configurator.metainfo.xml
+share/mime/packages/org.quillkestra.Configurator.xml
 share/polkit-1/actions/org.quillkestra.keyboard-rule.policy
 share/quill-kestra/Kestra.plist
 share/quill-kestra/texts/en.qm
+share/zsh/site-functions/_kestractl
 """.split()
 
 
@@ -110,6 +120,57 @@ class Installation(unittest.TestCase):
             languages = [element.get(language) for element in self.policy().findall(tag)]
             self.assertEqual(languages, [None, "de", "fr", "es", "ja", "zh_CN"])
 
+    @unittest.skipUnless(shutil.which("appstreamcli"), "there is no appstreamcli")
+    def test_software_centres_understand_the_description(self):
+        path = self.prefix / "share/metainfo/org.quillkestra.Configurator.metainfo.xml"
+
+        def findings(path):
+            result = subprocess.run(["appstreamcli", "validate", "--pedantic", "--no-net", str(path)],
+                                    capture_output=True, text=True, check=False, timeout=LIMIT_SECONDS)
+            return re.findall(r"^[EWIP]: .*", result.stdout, re.MULTILINE)
+
+        # The name on the bus has this letter, and the desktop entry must have the same.
+        self.assertEqual([finding for finding in findings(path) if "cid-contains-uppercase-letter" not in finding], [])
+        bad = Path(self.folder.name) / path.name
+        bad.write_text(path.read_text().replace("<image>", "<picture>").replace("</image>", "</picture>"))
+        self.assertTrue(any("picture" in finding or "screenshot" in finding for finding in findings(bad)))
+
+    def test_the_description_names_the_installed_desktop_entry_and_this_version(self):
+        root = ElementTree.parse(self.prefix / "share/metainfo/org.quillkestra.Configurator.metainfo.xml").getroot()
+        entry = root.find("launchable[@type='desktop-id']").text
+        self.assertTrue((self.prefix / "share/applications" / entry).is_file())
+        release = root.find("releases/release")
+        self.assertEqual(f"kestractl {release.get('version')}\n", self.kestractl("--version").stdout)
+        self.assertRegex(release.get("date"), r"^\d{4}-\d\d-\d\d$")
+        self.assertGreaterEqual(len(root.findall("screenshots/screenshot/image")), 2)
+
+    def test_the_desktop_entry_has_every_language(self):
+        path = self.prefix / "share/applications/org.quillkestra.Configurator.desktop"
+        for key in ["GenericName", "Comment", "Keywords"]:
+            found = re.findall(rf"^{key}(?:\[(\w+)\])?=.", path.read_text(), re.MULTILINE)
+            self.assertEqual(found, ["", "de", "fr", "es", "ja", "zh_CN"], key)
+        if shutil.which("desktop-file-validate"):
+            result = subprocess.run(["desktop-file-validate", str(path)], capture_output=True, text=True, check=False)
+            self.assertEqual((result.returncode, result.stdout), (0, ""))
+
+    @unittest.skipUnless(shutil.which("update-mime-database"), "there is no update-mime-database")
+    def test_exported_files_have_a_type_with_an_icon_and_a_name_in_every_language(self):
+        folder = Path(self.folder.name) / "mime"
+        shutil.copytree(self.prefix / "share/mime", folder)
+        subprocess.run(["update-mime-database", str(folder)], check=True, capture_output=True)
+        types = dict(reversed(line.split(":")[1:3]) for line in (folder / "globs2").read_text().splitlines()
+                     if not line.startswith("#"))
+        # In lower case, because the letter case of a name does not matter.
+        self.assertEqual(types, {"*.kestraprofile": "application/x-quill-kestra-profile",
+                                 "*.kestramacro": "application/x-quill-kestra-macro"})
+        for name in types.values():
+            icon = self.prefix / "share/icons/hicolor/scalable/mimetypes" / f"{name.replace('/', '-')}.svg"
+            self.assertTrue(icon.is_file())
+            ElementTree.parse(icon)
+            comments = ElementTree.parse(folder / f"{name}.xml").getroot().findall("{*}comment")
+            self.assertEqual([each.get("{http://www.w3.org/XML/1998/namespace}lang") for each in comments],
+                             [None, "de", "fr", "es", "ja", "zh_CN"])
+
     @unittest.skipUnless(shutil.which("systemd-analyze"), "there is no systemd-analyze")
     def test_the_service_manager_understands_the_unit(self):
         text = self.unit()
@@ -162,8 +223,92 @@ class Installation(unittest.TestCase):
                 self.assertEqual(self.kestractl("key", "A").stdout, "A: default key\n")
                 self.assertEqual(self.kestractl("key", "A", "disable").stdout, "A: disabled\n")
                 self.assertEqual(self.kestractl("key", "A", "default").stdout, "A: default key\n")
+                self.kestractl("macro", "add", "Big: combo")
+                self.check_completions()
             finally:
                 daemon.terminate()
+
+    # In a shell: what is typed, with a tab for each completion, and the command line that comes of it.
+    COMPLETIONS = [("kestractl devi\tli\t", "kestractl device list"),
+                   ("kestractl key A mac\tBi\t--rep\tunti\t", "kestractl key A macro Big: combo --repeat until-"),
+                   ("kestractl document exp\tsettings-of-\t", "kestractl document export settings-of-today.json"),
+                   ("kestractl key LeftSh\tdis\t", "kestractl key LeftShift disable")]
+
+    def check_completions(self):
+        """Every shell that is here completes as `COMPLETIONS` says."""
+        folder = Path(self.folder.name) / "files"
+        folder.mkdir(exist_ok=True)
+        (folder / "settings-of-today.json").touch()
+        share = self.prefix / "share"
+        starts = {
+            "bash": (["bash", "--noprofile", "--norc", "-i"],
+                     f"source {share}/bash-completion/completions/kestractl"),
+            "zsh": (["zsh", "-f", "-i"],
+                    f"fpath=({share}/zsh/site-functions $fpath); autoload -U compinit; compinit -u -D; bindkey -e")}
+        for shell, (command, preparation) in starts.items():
+            if shutil.which(shell) is None:
+                print(f"There is no {shell}.")
+                continue
+            for typed, expected in self.COMPLETIONS:
+                with self.subTest(shell, typed=typed):
+                    self.assertEqual(self.completed(command, preparation, typed, folder), expected)
+        if shutil.which("fish") is None:
+            print("There is no fish.")
+            return
+        for typed, expected in self.COMPLETIONS:
+            with self.subTest("fish", typed=typed):
+                self.assertEqual(self.completed_by_fish(typed, folder), expected)
+
+    def shell_environment(self):
+        return {**self.environment(), "PATH": f"{self.prefix}/bin:{os.environ['PATH']}", "TERM": "dumb", "PS1": "> ",
+                "LC_ALL": "C.UTF-8"}
+
+    def completed(self, command, preparation, typed, folder):
+        """The words of the command line when the shell has completed what is typed at its terminal."""
+        process, terminal = pty.fork()
+        if process == 0:
+            os.chdir(folder)
+            os.execvpe(command[0], command, self.shell_environment())
+        try:
+            seen = b""
+
+            def send(text, awaited):
+                nonlocal seen
+                os.write(terminal, text.encode())
+                deadline = time.monotonic() + LIMIT_SECONDS
+                while not re.search(awaited, seen):
+                    self.assertTrue(select.select([terminal], [], [], max(0, deadline - time.monotonic()))[0],
+                                    f"no {awaited} in {seen}")
+                    seen += os.read(terminal, 65536)
+                result = re.search(awaited, seen)
+                seen = seen[result.end():]
+                return result
+
+            # Its words come back on a line of their own, separated by "|". The text on the line itself must not match.
+            send(f"{preparation}; show() {{ printf '%s|' '<''<'; printf '%s|' \"$@\"; echo '>''>'; }}; echo rea''dy\n",
+                 rb"\nready")
+            for part in re.split("(?<=\t)", typed):
+                os.write(terminal, part.encode())
+            result = send("\x01show \x05\n", rb"<<\|(.*?)\|>>")
+            return result.group(1).decode().replace("|", " ").strip()
+        finally:
+            os.kill(process, signal.SIGKILL)
+            os.waitpid(process, 0)
+            os.close(terminal)
+
+    def completed_by_fish(self, typed, folder):
+        line = ""
+        for part in re.findall("[^\t]+", typed):
+            line += part
+            quoted = line.replace("'", "\\'")
+            script = f"source {self.prefix}/share/fish/vendor_completions.d/kestractl.fish; complete -C '{quoted}'"
+            result = subprocess.run(["fish", "--no-config", "-c", script], env=self.shell_environment(), cwd=folder,
+                                    capture_output=True, text=True, check=True, timeout=LIMIT_SECONDS)
+            words = [found.split("\t")[0] for found in result.stdout.splitlines()]
+            word = os.path.commonprefix(words).replace(" ", "\\ ")
+            line = line[:len(line) - len(line.split(" ")[-1])] + word
+            line += " " if len(words) == 1 else ""
+        return line.replace("\\", "").strip()
 
 
 if __name__ == "__main__":
