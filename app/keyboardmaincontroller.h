@@ -19,6 +19,7 @@
 #include "platform/webpages.h"
 #include "profiles/profiledelegate.h"
 
+#include <QDBusMessage>
 #include <QObject>
 #include <QUrl>
 
@@ -171,6 +172,8 @@ public:
     void setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex) override;
     void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &event) override;
     QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
+    bool replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
+                                     const QVariantList &events) override;
     void reloadMacros() override { refresh(); }
     void startEditHID() override;
     void showKeyOfProfile(int keyCode, int profileIndex) override;
@@ -221,6 +224,14 @@ private:
     /// wait.
     void sendAndWait(DaemonProtocol::Command command, const QVariantMap &request,
                      const std::function<void()> &meanwhile = {});
+    /// Calls a method of an object of the daemon and waits as long as for the reply to a request. Absent without an
+    /// answer in time. `whenLate` then runs with the answer, from the event loop.
+    std::optional<QDBusMessage> callAndWait(const QDBusMessage &call,
+                                            const std::function<void(const QDBusMessage &reply)> &whenLate);
+    /// Reports why the daemon has not replaced the events of a macro; `error` is the name of its error.
+    void reportRefusedReplacement(const QString &error);
+    /// Notes and shows that a wait for the daemon has ended.
+    void waitHasEnded(StatusReporter::Wait &wait, bool hasAnswer);
     /// Reports a refusal or a missing reply in the status line. Command 0 must not be passed.
     void reportOutcome(DaemonProtocol::Command command, const std::optional<QVariantMap> &reply);
     /// Shows the state of keyboard, service and profile in the status line.

@@ -4,8 +4,12 @@
 
 #include "app/typedkeys.h"
 #include "base/devicesettings.h"
+#include "base/macroskeys.h"
 #include "base/plistnumbers.h"
+#include "base/propertylist.h"
+#include "base/status.h"
 #include "daemonlink/daemoncommands.h"
+#include "daemonlink/daemonobjectcall.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
@@ -18,7 +22,11 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
+#include <array>
+
 using DaemonProtocol::Command;
+using Event = StatusReport::Event;
 
 namespace {
 
@@ -368,6 +376,52 @@ void KeyboardMainController::showKeyOfProfile(int keyCode, int profileIndex)
     mKeysController->selectKeys({keyCode});
     if (KeyButton *key = mKeysController->currentButton())
         key->setFocus(Qt::OtherFocusReason);
+}
+
+bool KeyboardMainController::replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
+                                                         const QVariantList &events)
+{
+    const int macroId = MacroRecord::macroId(mMacrosArray.value(macroIndex).toMap());
+    const std::optional<QByteArray> bytes = PropertyList::writeBinary(events);
+    if (!bytes) {
+        report({.event = Event::refused, .number = int(Status::malformedRequest)});
+        return false;
+    }
+    const QDBusMessage call = daemonObjectCall(
+        MacrosKeys::objectPath, MacrosKeys::interfaceName, MacrosKeys::replace,
+        {uint(macroId), MacroRecord::digest(readEvents), *bytes, QString(DaemonProtocol::configuratorIdentifier)});
+    // Its own changes are not announced to the window, so a late one must be read.
+    const std::optional<QDBusMessage> reply = callAndWait(call, [this](const QDBusMessage &) { refresh(); });
+    if (!reply) {
+        report({.event = Event::noReplyToChange});
+        redrawUnchanged();
+        return false;
+    }
+    if (reply->type() == QDBusMessage::ReplyMessage) {
+        mStatus.changeSucceeded();
+        refresh();
+        return true;
+    }
+    reportRefusedReplacement(reply->errorName());
+    refresh();
+    return false;
+}
+
+void KeyboardMainController::reportRefusedReplacement(const QString &error)
+{
+    if (error == MacrosKeys::changedError)
+        return report({.event = Event::entryHasChanged});
+    struct Reason
+    {
+        MacrosKeys::Key error;
+        Status status;
+    };
+    // The tab makes only events that can be stored, so only their number can be the reason.
+    constexpr std::array reasons{
+        Reason{MacrosKeys::goneError, Status::indexOutOfRange}, Reason{MacrosKeys::invalidError, Status::limitReached},
+        Reason{MacrosKeys::notSavedError, Status::notSaved}, Reason{MacrosKeys::busyError, Status::busy}};
+    const auto found = std::ranges::find(reasons, error, &Reason::error);
+    report({.event = Event::refused, .number = int(found == reasons.end() ? Status::unknownCommand : found->status)});
 }
 
 void KeyboardMainController::startEditHID()

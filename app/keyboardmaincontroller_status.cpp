@@ -7,11 +7,19 @@
 #include "base/profilerecord.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
+#include "platform/pendingcall.h"
+#include "platform/sessionbus.h"
 #include "profiles/applicationbinding.h"
+
+#include <QDBusError>
+#include <QDBusPendingCallWatcher>
+
+#include <limits>
 
 using DaemonProtocol::Command;
 using Event = StatusReport::Event;
 using Service = StatusState::Service;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -29,6 +37,17 @@ bool isPartOfAnAction(Command command)
     case Command::startSingleKeyRecording:
     case Command::stopSingleKeyRecording: return true;
     default: return false;
+    }
+}
+
+/// Whether the bus itself has answered a call, because the daemon is not there or has ended.
+bool isOfBus(const QDBusMessage &reply)
+{
+    switch (QDBusError(reply).type()) {
+    case QDBusError::ServiceUnknown:
+    case QDBusError::NoReply:
+    case QDBusError::Disconnected: return true;
+    default: return reply.errorName() == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1;
     }
 }
 
@@ -70,12 +89,39 @@ void KeyboardMainController::sendAndWait(Command command, const QVariantMap &req
     const auto whileWaiting = [&wait] { wait(); };
     sendDaemonRequest(request, int(command), meanwhile, whileWaiting);
     waitForReply(whileWaiting);
-    const bool hasReply = LatestReplySlot::shared().holdsReply();
-    if (hasReply)
+    waitHasEnded(wait, LatestReplySlot::shared().holdsReply());
+}
+
+std::optional<QDBusMessage>
+KeyboardMainController::callAndWait(const QDBusMessage &call,
+                                    const std::function<void(const QDBusMessage &reply)> &whenLate)
+{
+    constexpr int withoutLimit = std::numeric_limits<int>::max();
+    auto *watcher = new QDBusPendingCallWatcher(sharedSessionBus().asyncCall(call, withoutLimit), this);
+    StatusReporter::Wait wait(mStatus);
+    const bool isFinished = pollUntilFinished(
+        *watcher, [&wait] { wait(); }, replyTimeout());
+    // Without a daemon, or if it ends, the bus answers.
+    const bool hasAnswer = isFinished && !isOfBus(watcher->reply());
+    waitHasEnded(wait, hasAnswer);
+    if (isFinished) {
+        watcher->deleteLater();
+        return hasAnswer ? std::optional<QDBusMessage>(watcher->reply()) : std::nullopt;
+    }
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, whenLate] {
+        watcher->deleteLater();
+        whenLate(watcher->reply());
+    });
+    return {};
+}
+
+void KeyboardMainController::waitHasEnded(StatusReporter::Wait &wait, bool hasAnswer)
+{
+    if (hasAnswer)
         wait.end();
     else
         mServiceStatus.awaitAnswer();
-    mIsDaemonSilent = !hasReply;
+    mIsDaemonSilent = !hasAnswer;
     mIsOpened = true;
     showStatus();
 }

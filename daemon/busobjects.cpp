@@ -4,12 +4,13 @@
 BusObjects::BusObjects(const Parts &parts)
     : mSettings(parts.store), mVirtualKeyboard(parts.virtualKeyboard), mDevices(parts.devices, parts.deviceChoice),
       mKeyWatch(parts.keyWatch), mFrontApplication(parts.frontApplication, parts.profiles),
-      mHistory(parts.history, parts.historyCalls)
+      mHistory(parts.history, parts.historyCalls), mMacros(parts.macroReplacement)
 {
 }
 
 bool BusObjects::registerOn(const QDBusConnection &bus)
 {
     return mVirtualKeyboard.registerOn(bus) && mFrontApplication.registerOn(bus) && mDevices.registerOn(bus)
-           && mKeyWatch.registerOn(bus) && mSettings.registerOn(bus) && mHistory.registerOn(bus);
+           && mKeyWatch.registerOn(bus) && mSettings.registerOn(bus) && mHistory.registerOn(bus)
+           && mMacros.registerOn(bus);
 }

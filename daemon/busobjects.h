@@ -2,6 +2,7 @@
 // The daemon's objects on the bus, apart from its request port. Owned by the DaemonSession; main thread only.
 #pragma once
 
+#include "daemon/capture/macrosadaptor.h"
 #include "daemon/frontapplication/frontapplicationadaptor.h"
 #include "daemon/keyboards/devicesadaptor.h"
 #include "daemon/keyboards/keywatchadaptor.h"
@@ -24,6 +25,7 @@ public:
         const ProfileSwitch &profiles;
         History &history;
         HistoryCalls &historyCalls;
+        MacroReplacement &macroReplacement;
     };
 
     explicit BusObjects(const Parts &parts);
@@ -41,4 +43,5 @@ private:
     KeyWatchObject mKeyWatch;
     FrontApplicationObject mFrontApplication;
     HistoryObject mHistory;
+    MacrosObject mMacros;
 };

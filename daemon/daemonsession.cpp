@@ -18,7 +18,8 @@ DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, c
                 .frontApplication = mFrontApplication,
                 .profiles = mDaemon.profiles(),
                 .history = mDaemon.history(),
-                .historyCalls = mDaemon.historyCommands()}),
+                .historyCalls = mDaemon.historyCommands(),
+                .macroReplacement = mDaemon.macroReplacement()}),
       mRequests(bus, [this](RequestQueue &queue) { return mDaemon.handleNextRequest(queue); })
 {
     mDaemon.setAwaitsFactorySettings(start.isMinimal);

@@ -13,7 +13,7 @@ DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonServi
                 [this](const QVariantMap &current) { return mProfiles.documentToKeep(current); }),
       mProfiles(mSettings, mServices), mOwnKeys(mSettings, mServices), mOnTheFly(mSettings, mKeyboard, mServices),
       mCaptures(mKeyboard, mOnTheFly, mServices), mCaptureCommands(mCaptures, mSettings, mKeyboard),
-      mHistoryCommands(mHistory, mSettings, mProfiles),
+      mHistoryCommands(mHistory, mSettings, mProfiles), mMacroReplacement(mSettings, mCaptures),
       mRequests(mSettings, mProfiles, mCaptureCommands, mKeyboard, mServices)
 {
     mHistory.open(document, [&store] { return store.contents(); });

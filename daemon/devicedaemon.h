@@ -5,6 +5,7 @@
 
 #include "daemon/capture/capturecommands.h"
 #include "daemon/capture/capturesession.h"
+#include "daemon/capture/macroreplacement.h"
 #include "daemon/capture/ontheflysession.h"
 #include "daemon/frontapplication/profileswitch.h"
 #include "daemon/historycommands.h"
@@ -34,6 +35,7 @@ public:
     [[nodiscard]] const ProfileSwitch &profiles() const { return mProfiles; }
     [[nodiscard]] History &history() { return mHistory; }
     [[nodiscard]] HistoryCommands &historyCommands() { return mHistoryCommands; }
+    [[nodiscard]] MacroReplacement &macroReplacement() { return mMacroReplacement; }
     [[nodiscard]] CurrentKeyboard &keyboard() { return mKeyboard; }
     /// As CurrentSettings::keepFolder().
     [[nodiscard]] bool keepFolder() { return mSettings.keepFolder(); }
@@ -78,5 +80,6 @@ private:
     CaptureSession mCaptures;
     CaptureCommands mCaptureCommands;
     HistoryCommands mHistoryCommands;
+    MacroReplacement mMacroReplacement;
     RequestHandler mRequests;
 };

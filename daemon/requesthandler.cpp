@@ -2,12 +2,12 @@
 #include "daemon/requesthandler.h"
 
 #include "base/daemonprotocol.h"
-#include "base/historykeys.h"
 #include "base/qlcoreutility.h"
 #include "daemon/capture/capturecommands.h"
 #include "daemon/frontapplication/profileswitch.h"
 #include "daemon/keyboards/currentkeyboard.h"
 #include "daemon/requestqueue.h"
+#include "daemon/settings/changeauthor.h"
 #include "daemon/settings/currentsettings.h"
 #include "daemon/settings/requestreader.h"
 #include "daemon/system/daemonservices.h"
@@ -39,13 +39,9 @@ QString sourceAppOf(const QVariantMap &values, const std::optional<QString> &rep
                                                                   : replyPort.value_or(QString());
 }
 
-/// The author of a change for the history. It proves nothing: a client can give any name.
 QString authorOf(const QVariantMap &values, const std::optional<QString> &replyPort)
 {
-    const QString source = sourceAppOf(values, replyPort);
-    if (source == DaemonProtocol::configuratorIdentifier)
-        return HistoryKeys::authorConfigurator;
-    return source == DaemonProtocol::kestractlIdentifier ? HistoryKeys::authorKestractl : HistoryKeys::authorClient;
+    return authorOfSource(sourceAppOf(values, replyPort));
 }
 
 void logUnlessReplyPort(qint32 number, const QVariantMap &values)

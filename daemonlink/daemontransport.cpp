@@ -44,6 +44,11 @@ void waitForReply(const std::function<void()> &whileWaiting)
     }
 }
 
+std::chrono::microseconds replyTimeout()
+{
+    return replyPollCount * currentPollInterval.load();
+}
+
 void setReplyPollInterval(std::chrono::microseconds interval)
 {
     currentPollInterval = interval;

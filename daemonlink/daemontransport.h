@@ -30,5 +30,8 @@ std::optional<QByteArray> replyPortCallback(int messageIdentifier, const std::op
 /// `whileWaiting` after each poll without a reply.
 void waitForReply(const std::function<void()> &whileWaiting = {});
 
+/// The longest wait of waitForReply().
+[[nodiscard]] std::chrono::microseconds replyTimeout();
+
 /// Sets the longest pause of waitForReply(). Tests of a silent daemon then need not wait 6 s for each command.
 void setReplyPollInterval(std::chrono::microseconds interval);

@@ -6,6 +6,7 @@
 #include "base/statusreport.h"
 
 #include <QString>
+#include <QVariantList>
 #include <QVariantMap>
 
 class MacroDelegate
@@ -28,6 +29,12 @@ public:
     virtual void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &event) = 0;
     /// Returns the event record; empty when no reply came.
     virtual QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) = 0;
+    /// Stores `events` in place of all events of the macro, as one change, and then hands over the macros and the
+    /// lines. `readEvents` are those in the record of the macro that the tab has: the change is refused if the macro
+    /// has others by now. Also then, the tab gets the present macros. False if nothing was stored; the reason was
+    /// reported.
+    virtual bool replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
+                                             const QVariantList &events) = 0;
     /// Hands over the macros again, including all edits of their events; does nothing without a reply.
     virtual void reloadMacros() {}
     virtual void startEditHID() = 0;

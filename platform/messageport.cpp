@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/messageport.h"
 
+#include "platform/pendingcall.h"
 #include "platform/sessionbus.h"
 
 #include <QDBusMessage>
@@ -8,7 +9,6 @@
 #include <QDBusReply>
 
 #include <algorithm>
-#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -26,16 +26,6 @@ QDBusMessage requestMessage(const QString &busName, qint32 messageIdentifier, co
     message.setAutoStartService(false);
     message << messageIdentifier << data;
     return message;
-}
-
-/// QtDBus has no wait with a limit. The pauses grow with the wait, so an answer that comes at once is noticed at once.
-void pollUntilFinished(const QDBusPendingCall &call, const std::function<void()> &whileWaiting)
-{
-    constexpr std::chrono::microseconds longestPause{10'000};
-    for (std::chrono::microseconds pause{50}; !call.isFinished(); pause = std::min(pause * 5 / 4, longestPause)) {
-        std::this_thread::sleep_for(pause);
-        whileWaiting();
-    }
 }
 
 int milliseconds(std::chrono::milliseconds duration)
@@ -143,7 +133,7 @@ RemoteMessagePort::sendRequest(qint32 messageIdentifier, const QByteArray &data,
     if (meanwhile)
         meanwhile();
     if (whileWaiting)
-        pollUntilFinished(call, whileWaiting);
+        (void)pollUntilFinished(call, whileWaiting);
     call.waitForFinished();
     const QDBusMessage reply = call.reply();
     if (reply.type() != QDBusMessage::ReplyMessage) {

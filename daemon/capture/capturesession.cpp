@@ -58,6 +58,11 @@ void CaptureSession::startRecording(const QString &client, const MacroRecorder::
     mRecordingClient = client;
 }
 
+bool CaptureSession::isRecording(int macroId) const
+{
+    return mCapture.kind() == Kind::macroRecording && mRecorder.macroId() == macroId;
+}
+
 void CaptureSession::startKeyCapture(const QString &client, Kind kind)
 {
     setCapture(KeyCapture::forClient(client, kind), "a client asks for keys");

@@ -27,6 +27,9 @@ public:
     /// The client's recording, even after it has ended.
     [[nodiscard]] MacroRecorder &recorder() { return mRecorder; }
 
+    /// Whether a client records into the macro with this number of its own.
+    [[nodiscard]] bool isRecording(int macroId) const;
+
     /// The client of that recording; absent before the first one.
     [[nodiscard]] const std::optional<QString> &recordingClient() const { return mRecordingClient; }
 

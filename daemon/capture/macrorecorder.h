@@ -32,6 +32,9 @@ public:
 
     void start(const Target &target);
 
+    /// The record's own "macroID" of the latest recording; 0 before the first one.
+    [[nodiscard]] int macroId() const { return mTarget.macroId; }
+
     /// The display lines of the event just recorded. Empty if it is not recorded: the release of a key pressed before
     /// the recording, or a key that no longer fits the macro.
     [[nodiscard]] QStringList record(HidUsage key, bool isDown, Time now);

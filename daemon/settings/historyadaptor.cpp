@@ -1,21 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/settings/historyadaptor.h"
 
-#include "base/daemonprotocol.h"
 #include "base/historykeys.h"
+#include "daemon/settings/changeauthor.h"
 
 #include <QDBusMetaType>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString authorOf(const QString &sourceApp)
-{
-    if (sourceApp == DaemonProtocol::configuratorIdentifier)
-        return HistoryKeys::authorConfigurator;
-    return sourceApp == DaemonProtocol::kestractlIdentifier ? HistoryKeys::authorKestractl : HistoryKeys::authorClient;
-}
 
 QVariantMap outcomeOf(const History::Target &target)
 {
@@ -45,7 +38,7 @@ HistoryAdaptor::HistoryAdaptor(History &history, HistoryCalls &calls, HistoryObj
 
 uint HistoryAdaptor::Undo(uint id, const QString &sourceApp)
 {
-    const History::Found<quint32> done = mCalls.undo(id, authorOf(sourceApp));
+    const History::Found<quint32> done = mCalls.undo(id, authorOfSource(sourceApp));
     if (!done)
         refuse(done.error());
     return done.valueOr(0);
@@ -53,7 +46,7 @@ uint HistoryAdaptor::Undo(uint id, const QString &sourceApp)
 
 uint HistoryAdaptor::Redo(uint id, const QString &sourceApp)
 {
-    const History::Found<quint32> done = mCalls.redo(id, authorOf(sourceApp));
+    const History::Found<quint32> done = mCalls.redo(id, authorOfSource(sourceApp));
     if (!done)
         refuse(done.error());
     return done.valueOr(0);
@@ -61,7 +54,7 @@ uint HistoryAdaptor::Redo(uint id, const QString &sourceApp)
 
 QVariantMap HistoryAdaptor::Restore(uint id, const QString &sourceApp, uint newest)
 {
-    const History::Found<History::Target> done = mCalls.restore(id, newest, authorOf(sourceApp));
+    const History::Found<History::Target> done = mCalls.restore(id, newest, authorOfSource(sourceApp));
     if (!done) {
         refuse(done.error());
         return {};
@@ -94,12 +87,12 @@ QVariantMap HistoryAdaptor::Show(uint id)
 
 uint HistoryAdaptor::RestoreDocument(const QByteArray &data, const QString &name, const QString &sourceApp)
 {
-    return idOrError(mCalls.restoreDocument(data, name, authorOf(sourceApp)));
+    return idOrError(mCalls.restoreDocument(data, name, authorOfSource(sourceApp)));
 }
 
 uint HistoryAdaptor::RestoreBackup(const QString &day, const QString &sourceApp)
 {
-    return idOrError(mCalls.restoreBackup(day, authorOf(sourceApp)));
+    return idOrError(mCalls.restoreBackup(day, authorOfSource(sourceApp)));
 }
 
 uint HistoryAdaptor::idOrError(const Result<quint32> &restored)

@@ -2,17 +2,24 @@
 // The complete path of a macro: recorded on the keyboard in the real window, edited, assigned to a key, exported and
 // imported, as the real daemon stores it.
 #include "base/document.h"
+#include "base/historykeys.h"
+#include "base/macroskeys.h"
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
+#include "daemonlink/daemonobjectcall.h"
 #include "daemonlink/daemontransport.h"
+#include "daemonlink/historyentries.h"
 #include "keys/keyboardkeyscontroller.h"
+#include "macros/eventparser.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "macros/macroedits.h"
 #include "macros/macrorecord.h"
 #include "macros/numberonlytextfield.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
+#include "platform/statusline.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/sentrecorder.h"
@@ -20,6 +27,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDBusConnection>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
@@ -28,6 +36,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
@@ -44,6 +53,26 @@ constexpr uint keyF = 9;
 constexpr uint keyH = 11;
 constexpr uint keySpace = 44;
 constexpr uint keyEscape = 41;
+
+const QVariantList tapOfB = MacroEdits::tap({.page = 7, .usage = keyB}, 0, 15);
+
+/// A call by another client, during which the window processes no event. Returns the name of the error.
+QString callElsewhere(QLatin1StringView path, QLatin1StringView interface, QLatin1StringView method,
+                      const QVariantList &arguments)
+{
+    return QDBusConnection::sessionBus().call(daemonObjectCall(path, interface, method, arguments)).errorName();
+}
+
+uint nextUndoElsewhere()
+{
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(
+        daemonObjectCall(HistoryKeys::objectPath, HistoryKeys::interfaceName, "Next"_L1));
+    for (const QVariantMap &entry : historyEntries(reply.arguments().value(0))) {
+        if (entry.value(HistoryKeys::next).toString() == HistoryKeys::nextUndo)
+            return entry.value(HistoryKeys::id).toUInt();
+    }
+    return 0;
+}
 
 const QString usableAgain = u"You can use this keyboard in the window again."_s;
 
@@ -74,6 +103,14 @@ private Q_SLOTS:
     void deletesEvents();
     void strangeFilesKeepBothListsEqual_data();
     void strangeFilesKeepBothListsEqual();
+    void replacesTheEvents();
+    void waitsForTheReplacementWithoutOtherEvents();
+    void reachesRowsAbove255();
+    void refusesWhatAnotherClientHasChanged();
+    void refusesAMacroThatAnotherClientHasRemoved();
+    void refusesMoreEventsThanTheDaemonTakes();
+    void silentDaemonReplacesLater();
+    void replacesNothingWithoutADaemon();
 
 private:
     void typeKey(uint usage);
@@ -88,6 +125,17 @@ private:
     [[nodiscard]] TableView *list() const { return mHub->find<TableView>("mMacroTableView"); }
     void click(const char *button) const { mHub->find<QPushButton>(button)->click(); }
     void accept(const char *panelName, const QString &path) const;
+    /// Adds and selects a macro that taps A `taps` times.
+    void addTaps(const QString &name, int taps);
+    [[nodiscard]] QVariantList shownEvents(int row) const
+    {
+        return MacroRecord::events(mHub->controller->macrosArray().value(row).toMap());
+    }
+    [[nodiscard]] QString status() const { return mHub->find<StatusLine>("mStatusLine")->text(); }
+    [[nodiscard]] bool replace(int row, const QVariantList &read, const QVariantList &events) const
+    {
+        return mHub->controller->replaceEventsOfMacroAtIndex(row, read, events);
+    }
     /// The record of a macro in the daemon's document; empty when it has none of that name.
     QVariantMap kept(const QString &name);
     QVariantMap settings() { return mDaemon->request(Command::readSettings)->values; }
@@ -515,6 +563,133 @@ void MacrosEndToEndTest::strangeFilesKeepBothListsEqual()
                 && MacroRecord::name(mHub->controller->macrosArray().first().toMap()) == u"Renamed"_s);
     QCOMPARE(mHub->controller->macrosController()->macrosSettingsArray(), keptMacros());
     QCOMPARE(list()->numberOfRows(), keptMacros().size());
+}
+
+void MacrosEndToEndTest::addTaps(const QString &name, int taps)
+{
+    QVariantList events;
+    for (int tap = 0; tap < taps; ++tap)
+        events += MacroEdits::tap({.page = 7, .usage = keyA}, 10, 10);
+    mHub->controller->addMacroWithSettings(MacroRecord::withEvents({{SettingsKeys::macroName, name}}, events));
+    list()->selectRow(list()->numberOfRows() - 1);
+    QCOMPARE(lines(), eventParser::getMessagesArray(events));
+}
+
+void MacrosEndToEndTest::replacesTheEvents()
+{
+    addTaps(u"Combo"_s, 2);
+    const int row = list()->selectedRow();
+    QVERIFY(replace(row, shownEvents(row), tapOfB));
+    QCOMPARE(shownEvents(row), tapOfB);
+    QCOMPARE(lines(), QStringList({u"Key Press B"_s, u"0.015 seconds delay\n"_s, u"Key Release B"_s}));
+    QCOMPARE(list()->selectedRow(), row);
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)), tapOfB);
+    QVERIFY(replace(row, tapOfB, {}));
+    QCOMPARE(lines(), QStringList());
+    // Each was one change, which the button offers to take back.
+    auto *undo = mHub->find<QToolButton>("mUndoButton");
+    QTRY_VERIFY(undo->isEnabled() && undo->accessibleName().contains(u"Combo"_s));
+    undo->click();
+    QTRY_COMPARE(lines().size(), 3);
+}
+
+void MacrosEndToEndTest::waitsForTheReplacementWithoutOtherEvents()
+{
+    addTaps(u"Combo"_s, 2);
+    const int row = list()->selectedRow();
+    auto hasRun = std::make_shared<bool>(false);
+    QTimer::singleShot(0, mHub->controller.get(), [hasRun] { *hasRun = true; });
+    QVERIFY(replace(row, shownEvents(row), tapOfB));
+    QVERIFY(!*hasRun);
+    QTRY_VERIFY(*hasRun);
+}
+
+void MacrosEndToEndTest::reachesRowsAbove255()
+{
+    addTaps(u"Long"_s, 400);
+    const int row = list()->selectedRow();
+    const QVariantList before = shownEvents(row);
+    const int event = *MacroRecord::eventIndexOfRow(before, 1501);
+    QVERIFY(replace(row, before, MacroEdits::settingDelays(before, {event}, 1234).value()));
+    QCOMPARE(lines().at(1501), u"1.234 seconds delay\n"_s);
+    QCOMPARE(lines().filter(u"1.234"_s).size(), 1);
+}
+
+void MacrosEndToEndTest::refusesWhatAnotherClientHasChanged()
+{
+    addTaps(u"Combo"_s, 2);
+    const int row = list()->selectedRow();
+    const QVariantList read = shownEvents(row);
+    const QVariantList others = MacroEdits::tap({.page = 7, .usage = keyH}, 0, 30);
+    QCOMPARE(callElsewhere(MacrosKeys::objectPath, MacrosKeys::interfaceName, MacrosKeys::replace,
+                           {uint(MacroRecord::macroId(mHub->controller->macrosArray().at(row).toMap())),
+                            MacroRecord::digest(read), *PropertyList::writeBinary(others), u"com.example.other"_s}),
+             QString());
+    QCOMPARE(shownEvents(row), read); // the window has not heard of it
+    QVERIFY(!replace(row, read, tapOfB));
+    QCOMPARE(shownEvents(row), others);
+    QCOMPARE(lines(), eventParser::getMessagesArray(others));
+    QCOMPARE(status(), u"The change was not made: the list has changed meanwhile."_s);
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)), others);
+    QVERIFY(replace(row, shownEvents(row), tapOfB));
+}
+
+void MacrosEndToEndTest::refusesAMacroThatAnotherClientHasRemoved()
+{
+    addTaps(u"First"_s, 1);
+    const int count = list()->numberOfRows();
+    addTaps(u"Combo"_s, 2);
+    const int row = list()->selectedRow();
+    const QVariantList read = shownEvents(row);
+    const uint entry = nextUndoElsewhere();
+    QCOMPARE(callElsewhere(HistoryKeys::objectPath, HistoryKeys::interfaceName, "Undo"_L1, {entry}), QString());
+    QCOMPARE(list()->numberOfRows(), count + 1); // the window has not heard of it
+    QVERIFY(!replace(row, read, tapOfB));
+    QCOMPARE(list()->numberOfRows(), count);
+    QCOMPARE(status(), u"The keyboard service has refused this: the entry no longer exists."_s);
+    QVERIFY(!replace(row, read, tapOfB)); // there is no such row
+    QCOMPARE(MacroRecord::events(kept(u"First"_s)).size(), 2);
+}
+
+void MacrosEndToEndTest::refusesMoreEventsThanTheDaemonTakes()
+{
+    addTaps(u"Combo"_s, 2);
+    const int row = list()->selectedRow();
+    const QVariantList read = shownEvents(row);
+    QVERIFY(!replace(row, read, QVariantList(MacroRecord::maximumEvents + 1, read.first())));
+    QCOMPARE(status(), u"The keyboard service has refused this: there is no more room."_s);
+    QCOMPARE(shownEvents(row), read);
+    QCOMPARE(lines(), eventParser::getMessagesArray(read));
+}
+
+// The daemon makes the change when it continues. The window then shows it, although it is the author.
+void MacrosEndToEndTest::silentDaemonReplacesLater()
+{
+    addTaps(u"Combo"_s, 2);
+    const int row = list()->selectedRow();
+    const QVariantList read = shownEvents(row);
+    setReplyPollInterval(std::chrono::microseconds(100));
+    mDaemon->stop();
+    const bool isStored = replace(row, read, tapOfB);
+    const QString said = status();
+    mDaemon->resume();
+    setReplyPollInterval(replyPollInterval);
+    QVERIFY(!isStored);
+    QCOMPARE(said, u"The keyboard service did not respond. The change may be missing."_s);
+    QTRY_COMPARE(shownEvents(row), tapOfB);
+    QCOMPARE(lines(), eventParser::getMessagesArray(tapOfB));
+}
+
+void MacrosEndToEndTest::replacesNothingWithoutADaemon()
+{
+    addTaps(u"Combo"_s, 2);
+    const int row = list()->selectedRow();
+    const QVariantList read = shownEvents(row);
+    mDaemon->kill();
+    setReplyPollInterval(std::chrono::microseconds(100));
+    QVERIFY(!replace(row, read, tapOfB));
+    QCOMPARE(status(), u"The keyboard service did not respond. The change may be missing."_s);
+    QCOMPARE(shownEvents(row), read);
 }
 
 QTEST_MAIN(MacrosEndToEndTest)

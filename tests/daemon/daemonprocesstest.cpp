@@ -896,6 +896,7 @@ void DaemonProcessTest::interfacesMatchTheirDocument_data()
     QTest::newRow("real keyboards") << u"/Devices"_s << u"org.quillkestra.Devices"_s;
     QTest::newRow("key watch") << u"/KeyWatch"_s << u"org.quillkestra.KeyWatch"_s;
     QTest::newRow("settings") << u"/Settings"_s << u"org.quillkestra.Settings"_s;
+    QTest::newRow("macros") << u"/Macros"_s << u"org.quillkestra.Macros"_s;
     QTest::newRow("history") << u"/History"_s << u"org.quillkestra.History"_s;
     QTest::newRow("front application") << u"/FrontApplication"_s << u"org.quillkestra.FrontApplication"_s;
 }

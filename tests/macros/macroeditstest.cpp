@@ -154,7 +154,7 @@ void MacroEditsTest::insertsAPause()
     QCOMPARE(delays(insertingPause(sample(), 1, 100)), QList<int>({10, 120, 30, 40}));
     QCOMPARE(insertingPause(sample(), 4, 100), sample() + QVariantList{pause(100)});
     QCOMPARE(insertingPause({}, 0, 100), QVariantList{pause(100)});
-    QCOMPARE(delays(insertingPause({press(keyA, -5)}, 0, 100)), QList<int>{100}); // a negative one is none
+    QCOMPARE(delays(insertingPause({press(keyA, -5)}, 0, 100)), QList<int>{100}); // a negative one counts as 0
     QVERIFY(!insertingPause(sample(), 5, 100));
     QVERIFY(!insertingPause({press(keyA, longest)}, 0, 1));
 }

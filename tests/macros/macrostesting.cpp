@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/macros/macrostesting.h"
 
+#include "macros/eventparser.h"
+#include "macros/macrorecord.h"
 #include "platform/pulldownbutton.h"
 #include "tests/support/texts.h"
 
@@ -141,6 +143,20 @@ QVariantMap RecordingDelegate::getSequenceDetailsEventIndex(int macroIndex, int 
 {
     note(u"event %1 %2"_s.arg(macroIndex).arg(eventIndex));
     return event;
+}
+
+bool RecordingDelegate::replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
+                                                    const QVariantList &changed)
+{
+    note(u"replace %1: %2 by %3"_s.arg(macroIndex).arg(readEvents.size()).arg(changed.size()));
+    if (storesEvents && macroIndex >= 0 && macroIndex < macros.size()) {
+        macros[macroIndex] = MacroRecord::withEvents(macros.at(macroIndex).toMap(), changed);
+        lines.clear();
+        for (const QString &line : eventParser::getMessagesArray(changed))
+            lines += line;
+    }
+    refresh();
+    return storesEvents;
 }
 
 void RecordingDelegate::reloadMacros()

@@ -43,6 +43,8 @@ public:
     void setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex) override;
     void updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &changed) override;
     QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
+    bool replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
+                                     const QVariantList &changed) override;
     void reloadMacros() override;
     void startEditHID() override;
     void showKeyOfProfile(int keyCode, int profileIndex) override;
@@ -53,6 +55,7 @@ public:
 
     KeyboardMacrosController *controller = nullptr;
     bool answers = true;       ///< false: a reply never comes
+    bool storesEvents = true;  ///< false: refuses to replace the events of a macro
     bool refusesToAdd = false; ///< refuses like the daemon when a macro does not fit
     QVariantList macros;
     QVariantMap addedByOthers; ///< another client adds this macro after the next added one
