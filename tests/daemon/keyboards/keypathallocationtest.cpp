@@ -1,14 +1,26 @@
 // SPDX-License-Identifier: MIT
-// An ordinary key allocates nothing on its way from the channel and back. The test counts every allocation of the
-// process.
+// An ordinary key allocates nothing on its way from the channel and back, nor from an event device to the output
+// device. It also locks nothing there. The test counts every allocation of the process, and every lock of the C
+// library.
 #include "daemon/keyboards/keypath.h"
+#include "daemon/keyboards/linux/keythread.h"
+#include "daemon/system/deadlinetimer.h"
+#include "daemon/system/handover.h"
 #include "tests/daemon/keyboards/keydocuments.h"
 #include "tests/support/notingchannel.h"
 #include "tests/support/testmain.h"
 
 #include <QTest>
 
+#include <array>
 #include <atomic>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <mutex>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -24,6 +36,7 @@ using namespace KeyDocuments;
 namespace {
 
 std::atomic<int> allocations = 0;
+std::atomic<int> locks = 0;
 
 } // namespace
 
@@ -46,6 +59,15 @@ extern "C" void *realloc(void *block, std::size_t size)
 {
     allocations.fetch_add(1, std::memory_order_relaxed);
     return __libc_realloc(block, size);
+}
+extern "C" int pthread_mutex_lock(pthread_mutex_t *mutex) noexcept
+{
+    using Lock = int (*)(pthread_mutex_t *);
+    static std::atomic<Lock> library = nullptr;
+    if (!library)
+        library = reinterpret_cast<Lock>(::dlsym(RTLD_NEXT, "pthread_mutex_lock"));
+    locks.fetch_add(1, std::memory_order_relaxed);
+    return library.load()(mutex);
 }
 #endif
 
@@ -71,6 +93,57 @@ QVariantMap fullDocument()
     return document({profile(u"A"_s, first), profile(u"B"_s, keys)}, macros);
 }
 
+/// An event device that is a pipe.
+class PipeFile : public EventFile
+{
+public:
+    explicit PipeFile(int descriptor) : mDescriptor(descriptor), mBuffer(descriptor) {}
+
+    [[nodiscard]] int descriptor() const override { return mDescriptor; }
+    [[nodiscard]] ReadResult read(KeyTranslator::Event &event) override
+    {
+        input_event read{};
+        if (mBuffer.next(read) != EventBuffer::Result::event)
+            return ReadResult::nothing;
+        event = {.type = read.type, .code = read.code, .value = read.value, .time = DeadlineTimer::now()};
+        return ReadResult::event;
+    }
+    [[nodiscard]] int setGrabbed(bool) override { return 0; }
+    [[nodiscard]] Keys keysDown() override { return {}; }
+    void inject(quint16, bool) override {}
+    void setLed(quint16, bool) override {}
+
+private:
+    int mDescriptor;
+    EventBuffer mBuffer;
+};
+
+input_event inputEvent(quint16 type, quint16 code, int value)
+{
+    input_event event{};
+    event.type = type;
+    event.code = code;
+    event.value = value;
+    return event;
+}
+
+/// Waits for a report of the output device with a single key, which is down or up.
+bool takesReport(int output, bool isDown)
+{
+    std::array<input_event, 2> events{};
+    std::size_t size = 0;
+    while (size < sizeof events) {
+        pollfd poll{.fd = output, .events = POLLIN, .revents = 0};
+        if (::poll(&poll, 1, 10'000) != 1)
+            return false;
+        const ssize_t read = ::read(output, reinterpret_cast<char *>(events.data()) + size, sizeof events - size);
+        if (read <= 0)
+            return false;
+        size += static_cast<std::size_t>(read);
+    }
+    return events[0].type == EV_KEY && events[0].value == (isDown ? 1 : 0) && events[1].type == EV_SYN;
+}
+
 } // namespace
 
 class KeyPathAllocationTest : public QObject
@@ -85,6 +158,7 @@ private Q_SLOTS:
     void manyKeysAtOnceAllocateNothing();
     void macroEventsAllocateNothing();
     void tapAllocatesNothing();
+    void realKeyboardAllocatesAndLocksNothing();
 
 private:
     void change(quint16 key, bool isDown)
@@ -116,6 +190,10 @@ void KeyPathAllocationTest::allocationsAreCounted()
     QList<int> list{*number};
     list.reserve(100);
     QVERIFY(allocations - before >= 3);
+    const int locksBefore = locks;
+    std::mutex mutex;
+    const std::lock_guard lock(mutex);
+    QCOMPARE(locks - locksBefore, 1);
 }
 
 void KeyPathAllocationTest::pressAndReleaseAllocateNothing_data()
@@ -183,6 +261,46 @@ void KeyPathAllocationTest::tapAllocatesNothing()
     }
     QCOMPARE(allocations - before, 0);
     tap.stop();
+}
+
+void KeyPathAllocationTest::realKeyboardAllocatesAndLocksNothing()
+{
+    int keyboard[2] = {-1, -1};
+    int output[2] = {-1, -1};
+    QCOMPARE(::pipe2(keyboard, O_NONBLOCK | O_CLOEXEC), 0);
+    QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, output), 0);
+    auto thread = std::make_unique<KeyThread>();
+    KeySettings settings = keySettingsOf(fullDocument());
+    QMetaObject::invokeMethod(&thread->channel(), HandOver::Call{[&] {
+        thread->channel().setOutput(OutputDevice::onFile(output[1]));
+        thread->keys().start(settings);
+        thread->channel().addNode(std::make_unique<PipeFile>(keyboard[0]), 1, true);
+    }},
+                              Qt::BlockingQueuedConnection);
+    HandOver::take();
+    bool hasCome = true;
+    const auto change = [&](bool isDown) {
+        const std::array report{inputEvent(EV_MSC, MSC_SCAN, 0x70004), inputEvent(EV_KEY, KEY_A, isDown ? 1 : 0),
+                                inputEvent(EV_SYN, SYN_REPORT, 0)};
+        hasCome = hasCome && ::write(keyboard[1], report.data(), sizeof report) == ssize_t(sizeof report)
+                  && takesReport(output[0], isDown);
+    };
+    change(true);
+    change(false); // everything has been called once
+    const int allocationsBefore = allocations;
+    const int locksBefore = locks;
+    for (int round = 0; round < rounds; ++round) {
+        change(true);
+        change(false);
+    }
+    const int allocated = allocations - allocationsBefore;
+    const int locked = locks - locksBefore;
+    QVERIFY(hasCome);
+    QCOMPARE(allocated, 0);
+    QCOMPARE(locked, 0);
+    thread.reset();
+    for (const int file : {keyboard[0], keyboard[1], output[0]})
+        ::close(file);
 }
 
 QTEST_GUILESS_MAIN(KeyPathAllocationTest)
