@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/keyboards/linux/realtime.h"
 
+#include "daemon/system/startmemory.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -210,6 +212,7 @@ void Realtime::askRealtimeKit(const QDBusConnection &bus, pid_t thread, QObject 
 
 std::size_t Realtime::lockMemory()
 {
+    StartMemory::release();
     if (mayLockAll()) {
         if (::mlockall(MCL_CURRENT | MCL_FUTURE | MCL_ONFAULT) != 0)
             return 0;

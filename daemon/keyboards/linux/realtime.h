@@ -33,8 +33,9 @@ void askRealtimeKit(const QDBusConnection &bus, pid_t thread, QObject *context,
                     const std::function<void(bool isGranted)> &done);
 
 /// Locks the memory of the process when it is first used; unused memory costs nothing. If the user's limit
-/// (RLIMIT_MEMLOCK) does not allow all of it, memory on the path of a key comes first. Returns the locked bytes of
-/// address space; 0 for none.
+/// (RLIMIT_MEMLOCK) does not allow all of it, memory on the path of a key comes first. Before that, releases memory
+/// that only the start has used, which would otherwise be locked too. Returns the locked bytes of address space; 0 for
+/// none.
 std::size_t lockMemory();
 
 /// lockMemory() for no more than `budget` bytes.
