@@ -42,6 +42,7 @@ test    qemu-system-x86 qemu-system-x86_64
 test    linux-image-amd64|linux-image-generic /boot/vmlinuz-*
 test    busybox-static  busybox
 test    cpio            cpio
+test    git             git
 test    udev            udevadm
 test    systemd         systemd-analyze
 test    appstream       appstreamcli

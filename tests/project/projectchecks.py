@@ -448,7 +448,34 @@ def check_links(sources):
     return findings
 
 
+RELEASE_HEADING = re.compile(r"^## \[(\d+\.\d+\.\d+)\] - (unreleased|\d{4}-\d\d-\d\d)$")
+
+
+def check_changelog(sources):
+    """The first heading of the changelog has the version of CMakeLists.txt. Only that one can be unreleased, and every
+    version is above those below it."""
+    texts = {source.path: source.text for source in sources}
+    version = re.search(r"^project\(\w+ VERSION ([\d.]+)", texts.get("CMakeLists.txt", ""), re.MULTILINE)
+    headings = [line for line in texts.get("CHANGELOG.md", "").splitlines() if line.startswith("## ")]
+    if not version or not headings:
+        return ["CHANGELOG.md: has no version, or CMakeLists.txt has none"]
+    found = [RELEASE_HEADING.match(heading) for heading in headings]
+    findings = [f"CHANGELOG.md: \"{heading}\" is not \"## [1.2.3] - \" with a date or \"unreleased\""
+                for heading, match in zip(headings, found) if not match]
+    if findings:
+        return findings
+    if found[0][1] != version[1]:
+        findings.append(f"CHANGELOG.md: begins with {found[0][1]}, but the version is {version[1]}")
+    findings += [f"CHANGELOG.md: {match[1]} is not released, but a later version is" for match in found[1:]
+                 if match[2] == "unreleased"]
+    numbers = [tuple(map(int, match[1].split("."))) for match in found]
+    findings += [f"CHANGELOG.md: {later[1]} is above {earlier[1]}" for later, earlier, above, below
+                 in zip(found, found[1:], numbers, numbers[1:]) if above <= below]
+    return findings
+
+
 ALL_CHECKS = {
+    "changelog": check_changelog,
     "include-directions": check_include_directions,
     "licence-lines": check_licence_lines,
     "string-connects": check_string_connects,

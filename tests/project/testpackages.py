@@ -31,7 +31,7 @@ echo "sudo" >>"$FAKE/calls"
 exec "$@"
 """
 PROGRAMS = ("g++", "cmake", "ninja", "python3", "pkg-config", "dbus-run-session", "Xvfb", "xdotool", "import",
-            "openbox", "sway", "dbus-daemon", "qemu-system-x86_64", "busybox", "cpio", "udevadm", "systemd-analyze", "appstreamcli",
+            "openbox", "sway", "dbus-daemon", "qemu-system-x86_64", "busybox", "cpio", "udevadm", "systemd-analyze", "appstreamcli", "git",
             "desktop-file-validate", "update-mime-database", "zsh", "fish",
             "dh", "dpkg-buildpackage", "lintian", "mmdebstrap", "mkfs.ext4")
 LIBRARIES = ("qt6-base-dev", "qt6-tools-dev", "qt6-l10n-tools", "libqt6gui6", "fonts-dejavu-core", "libplist-dev",

@@ -4,9 +4,9 @@
 
 import unittest
 
-from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_bus_connections, check_document_look_ups, check_failures,
-                           check_include_directions, check_licence_lines, check_links, check_machine_paths,
-                           check_protocol_document, check_string_connects, check_texts, check_thin_mains)
+from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_bus_connections, check_changelog,
+                           check_document_look_ups, check_failures, check_include_directions, check_licence_lines,
+                           check_links, check_machine_paths, check_protocol_document, check_string_connects, check_texts, check_thin_mains)
 
 KEYS_CMAKE = Source("keys/CMakeLists.txt", """
 kestra_library(kestra_keys_records
@@ -427,6 +427,23 @@ The daemon's is `CoreMsgPort`, at `/MessagePort`.
 
     def test_a_missing_file_is_found(self):
         self.assertEqual(len(check_protocol_document([])), 4)
+
+
+class Changelog(unittest.TestCase):
+    def findings(self, *headings, version="1.4.2"):
+        return check_changelog([Source("CMakeLists.txt", f"project(QuillKestra VERSION {version} LANGUAGES CXX\n"),
+                                Source("CHANGELOG.md", "".join(f"## {heading}\n" for heading in headings))])
+
+    def test_a_good_one_passes(self):
+        self.assertEqual(self.findings("[1.4.2] - unreleased", "[1.4.1] - 2026-03-04", "[0.10.0] - 2026-01-02"), [])
+        self.assertEqual(self.findings("[1.4.2] - 2026-03-04"), [])
+
+    def test_bad_ones_are_found(self):
+        for headings in (["[1.4.3] - unreleased"], ["Unreleased"], [], ["[1.4.2] - soon"],
+                         ["[1.4.2] - unreleased", "[1.4.1] - unreleased"],
+                         ["[1.4.2] - 2026-03-04", "[1.4.10] - 2026-03-03"]):
+            with self.subTest(headings=headings):
+                self.assertEqual(len(self.findings(*headings)), 1)
 
 
 class Links(unittest.TestCase):
