@@ -20,6 +20,9 @@ struct HidUsage
     static constexpr quint16 leftCommand = 227;
     static constexpr quint16 rightCommand = 231;
 
+    static constexpr quint16 firstButton = 1; // the buttons that a macro can have
+    static constexpr quint16 lastMacroButton = 9;
+
     quint16 page = keyboardPage;
     quint16 usage = 0;
 

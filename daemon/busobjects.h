@@ -26,6 +26,8 @@ public:
         History &history;
         HistoryCalls &historyCalls;
         MacroReplacement &macroReplacement;
+        MacroTries &macroTries;
+        CaptureCommands &captures;
     };
 
     explicit BusObjects(const Parts &parts);

@@ -16,8 +16,9 @@ void ClientWatch::watch(const QString &portName)
         return;
     mPortName = portName;
     mWatcher.setWatchedServices(portName.isEmpty() ? QStringList() : QStringList{messagePortBusName(portName)});
+    mOwner = portName.isEmpty() ? QString() : messagePortOwner(portName);
     // The client may have gone before the watch began. The signal is queued, so the caller first finishes its work.
-    if (!portName.isEmpty() && !RemoteMessagePort::open(portName))
+    if (!portName.isEmpty() && mOwner.isEmpty())
         QMetaObject::invokeMethod(
             this, [this, portName] { Q_EMIT vanished(portName); }, Qt::QueuedConnection);
 }

@@ -15,9 +15,11 @@ class ClientWatch : public QObject
 public:
     explicit ClientWatch(const QDBusConnection &bus);
 
-    /// Watches `portName` instead of the previous port. An empty name ends the watch. Asks the bus whether the port has
-    /// an owner.
+    /// Watches `portName` instead of the previous port. An empty name ends the watch. Asks the bus for the owner of the
+    /// port.
     void watch(const QString &portName);
+    /// The unique name on the bus of the program that had the port when its watch began; empty if none had it.
+    [[nodiscard]] const QString &owner() const { return mOwner; }
 
 Q_SIGNALS:
     /// Never emitted during watch(). Emitted also for a port without an owner when its watch began.
@@ -26,4 +28,5 @@ Q_SIGNALS:
 private:
     QDBusServiceWatcher mWatcher;
     QString mPortName;
+    QString mOwner;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "daemon/daemonsession.h"
 
+#include "base/document.h"
 #include "daemon/frontapplication/frontapplicationsources.h"
 #include "daemon/settings/startdocument.h"
 #include "daemon/system/statefolder.h"
@@ -9,7 +10,7 @@ DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, c
     : mBus(bus), mNotices(bus), mServices(bus, mNotices), mDevices(mEventDevices, mLinuxKeyboard, mSeats),
       mDeviceChoice(StateFolder::defaultPath()),
       mDaemon(store, mVirtualKeyboard, mServices.functions(), start.document), mKeyWatch(mDaemon.keyboard(), bus),
-      mFrontApplication(frontApplicationSources(bus)), mDesktopSearch(mFrontApplication, bus),
+      mMacroTries(bus), mFrontApplication(frontApplicationSources(bus)), mDesktopSearch(mFrontApplication, bus),
       mObjects({.store = store,
                 .virtualKeyboard = mVirtualKeyboard,
                 .devices = mDevices,
@@ -19,7 +20,9 @@ DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, c
                 .profiles = mDaemon.profiles(),
                 .history = mDaemon.history(),
                 .historyCalls = mDaemon.historyCommands(),
-                .macroReplacement = mDaemon.macroReplacement()}),
+                .macroReplacement = mDaemon.macroReplacement(),
+                .macroTries = mMacroTries,
+                .captures = mDaemon.captureCommands()}),
       mRequests(bus, [this](RequestQueue &queue) { return mDaemon.handleNextRequest(queue); })
 {
     mDaemon.setAwaitsFactorySettings(start.isMinimal);
@@ -34,6 +37,9 @@ void DaemonSession::connectDaemon()
     QObject::connect(&mServices, &SystemServices::timeReached, &mDaemon, &DeviceDaemon::wake);
     QObject::connect(&mFrontApplication, &FrontApplicationWatch::applicationChanged, &mDaemon,
                      &DeviceDaemon::setFrontApplication);
+    const auto followMacros = [this] { mMacroTries.setMacros(Document(mDaemon.document()).macros()); };
+    QObject::connect(&mDaemon, &DeviceDaemon::documentChanged, &mMacroTries, followMacros);
+    followMacros();
 }
 
 void DaemonSession::connectKeyboards()

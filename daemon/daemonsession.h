@@ -48,6 +48,7 @@ private:
     DeviceChoice mDeviceChoice;
     DeviceDaemon mDaemon;
     KeyWatch mKeyWatch;
+    MacroTries mMacroTries;
     FrontApplicationWatch mFrontApplication;
     DesktopSearch mDesktopSearch;
     BusObjects mObjects;

@@ -23,8 +23,10 @@ DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonServi
 
 void DeviceDaemon::connectParts()
 {
-    connect(&mSettings, &CurrentSettings::changed, this,
-            [this](bool isOtherProfile) { mKeyboard.apply(document(), isOtherProfile); });
+    connect(&mSettings, &CurrentSettings::changed, this, [this](bool isOtherProfile) {
+        mKeyboard.apply(document(), isOtherProfile);
+        Q_EMIT documentChanged();
+    });
     connect(&mKeyboard, &CurrentKeyboard::attachedChanged, this, &DeviceDaemon::attachedChanged);
     connect(&mKeyboard, &CurrentKeyboard::gameModePressed, this, [this] { mOwnKeys.toggleGameMode(); });
     connect(&mKeyboard, &CurrentKeyboard::brightnessChosen, this, [this](int level) { mOwnKeys.setBrightness(level); });

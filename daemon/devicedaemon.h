@@ -36,6 +36,7 @@ public:
     [[nodiscard]] History &history() { return mHistory; }
     [[nodiscard]] HistoryCommands &historyCommands() { return mHistoryCommands; }
     [[nodiscard]] MacroReplacement &macroReplacement() { return mMacroReplacement; }
+    [[nodiscard]] CaptureCommands &captureCommands() { return mCaptureCommands; }
     [[nodiscard]] CurrentKeyboard &keyboard() { return mKeyboard; }
     /// As CurrentSettings::keepFolder().
     [[nodiscard]] bool keepFolder() { return mSettings.keepFolder(); }
@@ -64,6 +65,9 @@ public:
     void useKeyboard(Keyboard &keyboard);
     /// Releases every key. Must be called before the daemon ends.
     void shutDown();
+
+Q_SIGNALS:
+    void documentChanged();
 
 private:
     void connectParts();

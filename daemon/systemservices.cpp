@@ -37,6 +37,7 @@ DaemonServices SystemServices::functions()
         .sendReply = sendReply,
         .postNotification = [this](const QString &name, const QVariantMap &info) { mNotifications.post(name, info); },
         .watchClient = [this](const QString &portName) { mClientWatch.watch(portName); },
+        .watchedProgram = [this] { return mClientWatch.owner(); },
         .launchProgram = ProgramLauncher::launch,
         .now = DeadlineTimer::now,
         .wakeAt = [this](std::optional<DaemonServices::Time> time) { mTimer.setDeadline(time); },

@@ -28,6 +28,15 @@ QDBusMessage requestMessage(const QString &busName, qint32 messageIdentifier, co
     return message;
 }
 
+/// Calls `method` of the bus itself, which takes one bus name.
+QDBusMessage askBus(const QString &method, const QString &busName)
+{
+    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                                           u"org.freedesktop.DBus"_s, method);
+    question << busName;
+    return sharedSessionBus().call(question, QDBus::Block, busAnswerLimitMs);
+}
+
 int milliseconds(std::chrono::milliseconds duration)
 {
     return int(duration.count());
@@ -55,6 +64,13 @@ bool isMessagePortName(QStringView portName)
     return std::ranges::all_of(elements, [](QStringView element) {
         return !element.isEmpty() && !isAsciiDigit(element.front()) && std::ranges::all_of(element, isOfBusName);
     });
+}
+
+QString messagePortOwner(const QString &portName)
+{
+    if (!isMessagePortName(portName))
+        return {};
+    return QDBusReply<QString>(askBus(u"GetNameOwner"_s, messagePortBusName(portName))).value();
 }
 
 QString messagePortBusName(const QString &portName)
@@ -109,10 +125,7 @@ std::optional<RemoteMessagePort> RemoteMessagePort::open(const QString &name)
     if (!isMessagePortName(name))
         return {};
     const QString busName = messagePortBusName(name);
-    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                                           u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
-    question << busName;
-    const QDBusReply<bool> hasOwner = sharedSessionBus().call(question, QDBus::Block, busAnswerLimitMs);
+    const QDBusReply<bool> hasOwner = askBus(u"NameHasOwner"_s, busName);
     if (!hasOwner.isValid() || !hasOwner.value())
         return {};
     return RemoteMessagePort(busName);

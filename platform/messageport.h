@@ -99,5 +99,9 @@ private:
 /// characters. A bus library ends a process that asks it about any other name.
 [[nodiscard]] bool isMessagePortName(QStringView portName);
 
+/// The unique name on the bus of the program that has the port; empty if none has it, or if it is not a valid port
+/// name. Asks the bus, and waits for its answer.
+[[nodiscard]] QString messagePortOwner(const QString &portName);
+
 /// "org.quillkestra." + `portName`.
 [[nodiscard]] QString messagePortBusName(const QString &portName);

@@ -100,6 +100,14 @@ void CaptureCommands::releaseDevice()
     mSession.release("the client releases the device");
 }
 
+CaptureCommands::ButtonOutcome CaptureCommands::recordButton(const QString &program, uint button, bool isDown)
+{
+    if (button < HidUsage::firstButton || button > HidUsage::lastMacroButton)
+        return ButtonOutcome::noSuchButton;
+    const bool isRecorded = mSession.recordButton(program, static_cast<quint16>(button), isDown);
+    return isRecorded ? ButtonOutcome::recorded : ButtonOutcome::notRecording;
+}
+
 void CaptureCommands::endWithoutReply()
 {
     mSession.release("the client no longer waits");

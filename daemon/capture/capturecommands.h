@@ -37,6 +37,10 @@ public:
     /// recording that it has started since.
     void stopKeyCapture(const std::optional<QString> &client);
     void releaseDevice();
+    enum class ButtonOutcome { recorded, noSuchButton, notRecording };
+    /// Records a mouse button that the user has pressed or released in a client. `program`: the unique name on the bus
+    /// of the caller, which must own the reply port of the client that records. `button`: 1 to 9.
+    [[nodiscard]] ButtonOutcome recordButton(const QString &program, uint button, bool isDown);
     /// Ends the capture or recording that has just started, because its client got no reply.
     void endWithoutReply();
 

@@ -63,6 +63,14 @@ bool CaptureSession::isRecording(int macroId) const
     return mCapture.kind() == Kind::macroRecording && mRecorder.macroId() == macroId;
 }
 
+bool CaptureSession::recordButton(const QString &program, quint16 button, bool isDown)
+{
+    if (mCapture.kind() != Kind::macroRecording || program.isEmpty() || program != mServices.watchedProgram())
+        return false;
+    keyChanged({.page = HidUsage::buttonPage, .usage = button}, isDown, mServices.now());
+    return true;
+}
+
 void CaptureSession::startKeyCapture(const QString &client, Kind kind)
 {
     setCapture(KeyCapture::forClient(client, kind), "a client asks for keys");

@@ -34,6 +34,9 @@ public:
     [[nodiscard]] const std::optional<QString> &recordingClient() const { return mRecordingClient; }
 
     void startRecording(const QString &client, const MacroRecorder::Target &target);
+    /// Adds a mouse button to the running recording as if the keyboard had it, at the present time. `program`: the
+    /// unique name on the bus of the caller. False, without any effect, unless this program has started the recording.
+    [[nodiscard]] bool recordButton(const QString &program, quint16 button, bool isDown);
     /// `kind`: KeyCapture::Kind::singleKey or editedEvent.
     void startKeyCapture(const QString &client, KeyCapture::Kind kind);
     /// Ends a client's capture. A macro recorded on the keyboard continues.

@@ -88,7 +88,8 @@ std::optional<MacroPlayback::Change> MacroPlayback::change()
         return Change{.usage = mHeld.takeFirst(), .isDown = false};
     const MacroStep &step = mMacro->steps[mNextStep++];
     const bool isChange = step.isDown ? mHeld.insert(step.usage) : mHeld.remove(step.usage);
-    return isChange ? std::optional(Change{.usage = step.usage, .isDown = step.isDown}) : std::nullopt;
+    return isChange ? std::optional(Change{.usage = step.usage, .isDown = step.isDown, .event = step.event})
+                    : std::nullopt;
 }
 
 void MacroPlayback::endRound()

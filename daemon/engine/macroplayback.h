@@ -46,6 +46,7 @@ public:
     {
         HidUsage usage;
         bool isDown = false;
+        int event = -1; ///< the index of the event in the macro; -1 for a release at the end of a round
     };
 
     /// `assignment` belongs to `trigger`, the key pressed at `start`. `macro` has at least one step.

@@ -25,8 +25,8 @@ PlayableMacro decoded(const QVariantMap &record, int macroId)
     PlayableMacro macro{
         .macroId = macroId, .sequence = MacroRecord::sequence(record), .steps = {}, .length = 0ms, .spacing = 0us};
     const QVariantList events = MacroRecord::events(record);
-    for (const QVariant &value : events) {
-        const QVariantMap event = value.toMap();
+    for (int index = 0; index < events.size(); ++index) {
+        const QVariantMap event = events.at(index).toMap();
         const MacroRecord::Event fields = MacroRecord::eventFields(event);
         macro.length += std::chrono::milliseconds(std::max(0, fields.delayMs));
         // The event list reads the lowest byte of page and command; playback must match it.
@@ -34,7 +34,8 @@ PlayableMacro decoded(const QVariantMap &record, int macroId)
             macro.steps.push_back(
                 {.at = macro.length,
                  .usage = {static_cast<quint16>(fields.page & 0xFF), static_cast<quint16>(fields.argument)},
-                 .isDown = (fields.command & 0xFF) == MacroRecord::keyDown});
+                 .isDown = (fields.command & 0xFF) == MacroRecord::keyDown,
+                 .event = index});
     }
     macro.spacing = std::max<std::chrono::microseconds>(
         {macro.length, minimumRound, minimumSpacing * static_cast<qint64>(macro.steps.size())});

@@ -18,6 +18,7 @@ struct MacroStep
     std::chrono::milliseconds at; ///< since the beginning of the round
     HidUsage usage;
     bool isDown = false;
+    int event = 0; ///< the index of the event in the record
 };
 
 /// A macro in its playable form, without events that the event list does not show and keys that do not exist. The

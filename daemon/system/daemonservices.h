@@ -21,6 +21,8 @@ struct DaemonServices
     std::function<void(const QString &name, const QVariantMap &userInfo)> postNotification;
     /// Calls DeviceDaemon::clientVanished() when the port loses its owner. An empty name ends the watch.
     std::function<void(const QString &portName)> watchClient;
+    /// The unique name on the bus of the program that had the port when its watch began; empty if none had it.
+    std::function<QString()> watchedProgram = [] { return QString(); };
     std::function<void(const QString &program)> launchProgram;
     std::function<Time()> now;
     /// The clock of RequestMessage::readAt.

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void reportsAClientThatHadGoneBeforeTheWatch();
     void reportsOnlyTheLastClient();
     void emptyNameEndsTheWatch();
+    void knowsTheProgramAtThePort();
 
 private:
     static inline const std::array connectionNames{u"first client"_s, u"second client"_s};
@@ -124,6 +125,20 @@ void ClientWatchTest::emptyNameEndsTheWatch()
     closePortsInTurn();
     QTRY_COMPARE(otherVanished.count(), 1);
     QCOMPARE(mVanished->count(), 0);
+}
+
+void ClientWatchTest::knowsTheProgramAtThePort()
+{
+    QCOMPARE(mWatch->owner(), QString());
+    QVERIFY(openPorts());
+    mWatch->watch(portName(0));
+    QCOMPARE(mWatch->owner(), QDBusConnection(connectionNames.at(0)).baseService());
+    mWatch->watch(portName(1));
+    QCOMPARE(mWatch->owner(), QDBusConnection(connectionNames.at(1)).baseService());
+    mWatch->watch({});
+    QCOMPARE(mWatch->owner(), QString());
+    mWatch->watch(u"ClientWatchTestNoSuchPort"_s);
+    QCOMPARE(mWatch->owner(), QString());
 }
 
 QTEST_GUILESS_MAIN(ClientWatchTest)

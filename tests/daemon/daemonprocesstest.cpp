@@ -898,6 +898,7 @@ void DaemonProcessTest::interfacesMatchTheirDocument_data()
     QTest::newRow("settings") << u"/Settings"_s << u"org.quillkestra.Settings"_s;
     QTest::newRow("macros") << u"/Macros"_s << u"org.quillkestra.Macros"_s;
     QTest::newRow("history") << u"/History"_s << u"org.quillkestra.History"_s;
+    QTest::newRow("macros") << u"/Macros"_s << u"org.quillkestra.Macros"_s;
     QTest::newRow("front application") << u"/FrontApplication"_s << u"org.quillkestra.FrontApplication"_s;
 }
 

@@ -32,6 +32,7 @@ constexpr MacroRecorder::Target target{.macroId = 7, .capacity = 100};
 
 const QString client = u"Client"_s;
 const QString another = u"Another"_s;
+const QString program = u":1.7"_s; // the owner of the client's port
 
 } // namespace
 
@@ -60,6 +61,12 @@ private Q_SLOTS:
     void newCaptureForgetsEarlierKeys();
     void earlyWakeUpEndsNothing();
     void reportsEachKeyThatNoLongerFits();
+    void recordsButtonsAmongTheKeys();
+    void recordsButtonsOnlyForTheRecordingProgram_data();
+    void recordsButtonsOnlyForTheRecordingProgram();
+    void buttonHeldAtTheEndGetsItsRelease();
+    void buttonThatNoLongerFitsIsReported();
+    void buttonEndsTheHoldOfEscape();
 
 private:
     void startCapture(const QString &port, Kind kind);
@@ -88,6 +95,7 @@ private:
     std::chrono::microseconds mNow{};
     std::optional<std::chrono::microseconds> mWakeTime;
     QString mWatchedClient; // empty: none
+    QString mWatchedProgram = program;
     QStringList mNotifications;
     QVariantMap mLastValues;      // of the last notification
     QList<Kind> mKindsWhenPosted; // one for each notification
@@ -106,6 +114,7 @@ void CaptureSessionTest::init()
                          mKindsWhenPosted += mSession->capture().kind();
                      },
                  .watchClient = [this](const QString &port) { mWatchedClient = port; },
+                 .watchedProgram = [this] { return mWatchedProgram; },
                  .launchProgram = {},
                  .now = [this] { return mNow; },
                  .wakeAt = [this](std::optional<DaemonServices::Time> time) { mWakeTime = time; }};
@@ -135,6 +144,7 @@ void CaptureSessionTest::cleanup()
     mNow = 0us;
     mWakeTime.reset();
     mWatchedClient.clear();
+    mWatchedProgram = program;
     mNotifications.clear();
     mKindsWhenPosted.clear();
 }
@@ -407,6 +417,86 @@ void CaptureSessionTest::reportsEachKeyThatNoLongerFits()
     QCOMPARE(mSession->recorder().recorded(7)->size(), 2);
     type(keyA); // reaches the computer
     QCOMPARE(mNotifications.size(), 4);
+}
+
+void CaptureSessionTest::recordsButtonsAmongTheKeys()
+{
+    mSession->startRecording(client, target);
+    mNow = 10ms;
+    press(keyA);
+    mNow = 30ms;
+    QVERIFY(mSession->recordButton(program, 3, true));
+    QCOMPARE(mNotifications.last(), u"MacroSequence271"_s);
+    const QStringList lines = mLastValues.value(u"messagesArray"_s).toStringList();
+    QCOMPARE(lines, (QStringList{u"0.020 seconds delay\n"_s, u"Button 3 down\n"_s}));
+    mNow = 35ms;
+    release(keyA);
+    mNow = 60ms;
+    QVERIFY(mSession->recordButton(program, 3, false));
+    QVERIFY(mSession->recordButton(program, 3, false)); // not held: nothing to record
+    QCOMPARE(mNotifications.size(), 4);
+    mSession->release("the test stops the recording");
+    const QVariantList expected{MacroRecord::eventRecord({.command = 1, .delayMs = 0, .page = 7, .argument = keyA}),
+                                MacroRecord::eventRecord({.command = 1, .delayMs = 20, .page = 9, .argument = 3}),
+                                MacroRecord::eventRecord({.command = 0, .delayMs = 5, .page = 7, .argument = keyA}),
+                                MacroRecord::eventRecord({.command = 0, .delayMs = 25, .page = 9, .argument = 3})};
+    QCOMPARE(mSession->recorder().recorded(target.macroId).value_or(QVariantList()), expected);
+}
+
+void CaptureSessionTest::recordsButtonsOnlyForTheRecordingProgram_data()
+{
+    QTest::addColumn<Kind>("kind"); // none: no capture
+    QTest::addColumn<QString>("owner");
+    QTest::addColumn<QString>("caller");
+    QTest::newRow("another program") << Kind::macroRecording << program << u":1.8"_s;
+    QTest::newRow("unknown owner") << Kind::macroRecording << QString() << QString();
+    QTest::newRow("no capture") << Kind::none << program << program;
+    QTest::newRow("single key") << Kind::singleKey << program << program;
+    QTest::newRow("event") << Kind::editedEvent << program << program;
+}
+
+void CaptureSessionTest::recordsButtonsOnlyForTheRecordingProgram()
+{
+    QFETCH(Kind, kind);
+    QFETCH(QString, owner);
+    QFETCH(QString, caller);
+    mWatchedProgram = owner;
+    if (kind != Kind::none)
+        startCapture(client, kind);
+    QVERIFY(!mSession->recordButton(caller, 1, true));
+    QVERIFY(mNotifications.isEmpty());
+    mSession->release("the test stops the recording");
+    QVERIFY(mSession->recorder().recorded(target.macroId).value_or(QVariantList()).isEmpty());
+}
+
+void CaptureSessionTest::buttonHeldAtTheEndGetsItsRelease()
+{
+    mSession->startRecording(client, target);
+    QVERIFY(mSession->recordButton(program, 1, true));
+    mNow = 40ms;
+    mSession->clientVanished(client);
+    QVERIFY(!mSession->recordButton(program, 1, false));
+    const QVariantList events = mSession->recorder().recorded(target.macroId).value_or(QVariantList());
+    QCOMPARE(events.size(), 2);
+    const QVariantMap release = MacroRecord::eventRecord({.command = 0, .delayMs = 40, .page = 9, .argument = 1});
+    QCOMPARE(events.last().toMap(), release);
+}
+
+void CaptureSessionTest::buttonThatNoLongerFitsIsReported()
+{
+    mSession->startRecording(client, {.macroId = 7, .capacity = 1});
+    QVERIFY(mSession->recordButton(program, 1, true));
+    QCOMPARE(mNotifications.size(), 1);
+    QCOMPARE(mLastValues, (QVariantMap{{u"messagesArray"_s, QStringList()}, {u"isMacroFull"_s, true}}));
+}
+
+void CaptureSessionTest::buttonEndsTheHoldOfEscape()
+{
+    mSession->startRecording(client, target);
+    press(keyEscape);
+    QVERIFY(mWakeTime);
+    QVERIFY(mSession->recordButton(program, 1, true));
+    QVERIFY(!mWakeTime); // Escape is not held alone
 }
 
 QTEST_GUILESS_MAIN(CaptureSessionTest)
