@@ -97,6 +97,8 @@ void KeyboardMainController::awakeFromNib()
     connect(mBusEnd.get(), &BusEnd::reached, this, &KeyboardMainController::busHasEnded);
     mTypedKeys = std::make_unique<TypedKeys>(mDevicesStatus, mServiceStatus);
     connectTypedKeys();
+    connect(&mMacroTry, &MacroTryLink::played, mMacrosController, &KeyboardMacrosController::showTriedKeys);
+    connect(&mMacroTry, &MacroTryLink::ended, mMacrosController, &KeyboardMacrosController::endTry);
     mDeletedProfileID = 0;
     mIsDeleteProfile = false;
     setFirmwareVersionString({});

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "app/devicesstatus.h"
+#include "app/macrotrylink.h"
 #include "app/mainwindowoutlets.h"
 #include "app/servicestatus.h"
 #include "app/statusreporter.h"
@@ -175,6 +176,9 @@ public:
     bool replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
                                      const QVariantList &events) override;
     void reloadMacros() override { refresh(); }
+    void recordButton(int button, bool isDown) override;
+    void startTryMacroIndex(int repeat, int macroIndex) override;
+    void stopTry() override { mMacroTry.stop(); }
     void startEditHID() override;
     void showKeyOfProfile(int keyCode, int profileIndex) override;
 
@@ -256,6 +260,7 @@ private:
     StatusReporter mStatus;
     DevicesStatus mDevicesStatus;
     ServiceStatus mServiceStatus;
+    MacroTryLink mMacroTry{mServiceStatus};
     KeyboardKeysController *mKeysController = nullptr;
     KeyboardProfilesController *mProfilesController = nullptr;
     KeyboardMacrosController *mMacrosController = nullptr;

@@ -12,6 +12,7 @@
 #include "daemonlink/daemonobjectcall.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
+#include "daemonlink/replyport.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/keymapping.h"
 #include "lighting/backlight.h"
@@ -322,6 +323,19 @@ void KeyboardMainController::getMacroDetailsForMacroAtIndex(int macroIndex)
     const QVariant lines = reply ? reply->value(DaemonProtocol::macroSequences) : QVariant();
     if (lines.typeId() == QMetaType::QVariantList)
         mMacrosController->updateSelectedMacroWithMacroDetails(lines.toList());
+}
+
+void KeyboardMainController::recordButton(int button, bool isDown)
+{
+    // From the reply port's connection: the daemon takes buttons only from the program that owns the port.
+    if (mLocalMessagePort)
+        mLocalMessagePort->post(daemonObjectCall(MacrosKeys::objectPath, MacrosKeys::interfaceName,
+                                                 MacrosKeys::recordButtonMethod, {uint(button), isDown}));
+}
+
+void KeyboardMainController::startTryMacroIndex(int repeat, int macroIndex)
+{
+    mMacroTry.start(MacroRecord::macroId(mMacrosArray.value(macroIndex).toMap()), repeat);
 }
 
 void KeyboardMainController::removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex)

@@ -26,17 +26,28 @@ bool ReplyPort::waitUntilServing(int limitMs)
     return mState == State::serving;
 }
 
+void ReplyPort::post(const QDBusMessage &message)
+{
+    const std::scoped_lock lock(mMutex);
+    if (mState == State::serving)
+        QDBusConnection(connectionName()).send(message);
+}
+
+QString ReplyPort::connectionName() const
+{
+    return mPortName + QLatin1Char('-') + QString::number(quintptr(this), 16);
+}
+
 void ReplyPort::run()
 {
-    const QString connectionName = mPortName + QLatin1Char('-') + QString::number(quintptr(this), 16);
     {
-        QDBusConnection connection = openSessionBus(connectionName);
+        QDBusConnection connection = openSessionBus(connectionName());
         const std::unique_ptr<LocalMessagePort> port =
             LocalMessagePort::create(mPortName, replyPortCallback, connection);
         setState(port ? State::serving : State::failed);
         exec();
     }
-    QDBusConnection::disconnectFromBus(connectionName);
+    QDBusConnection::disconnectFromBus(connectionName());
     setState(State::ended);
 }
 

@@ -2,6 +2,7 @@
 // The reply port of this process, on a thread and a bus connection of its own.
 #pragma once
 
+#include <QDBusMessage>
 #include <QString>
 #include <QThread>
 
@@ -21,6 +22,9 @@ public:
     /// Blocks until the port is registered or its registration has failed, at most `limitMs` milliseconds. True if it
     /// serves.
     bool waitUntilServing(int limitMs);
+    /// Sends `message` without waiting, from the port's own connection: its receiver sees that the owner of the port
+    /// has sent it. Sends nothing unless the port serves. Any thread.
+    void post(const QDBusMessage &message);
 
 protected:
     void run() override;
@@ -29,6 +33,8 @@ private:
     enum class State { starting, serving, failed, ended };
 
     void setState(State state);
+    /// As QDBusConnection knows it.
+    [[nodiscard]] QString connectionName() const;
 
     QString mPortName;
     std::mutex mMutex; // guards mState

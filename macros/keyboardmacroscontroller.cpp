@@ -5,9 +5,11 @@
 
 #include "base/daemonprotocol.h"
 #include "base/text.h"
+#include "macros/buttonarea.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/macrosearchfield.h"
+#include "macros/macrotrysheet.h"
 #include "macros/macrouseslinks.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
@@ -38,6 +40,7 @@ KeyboardMacrosController::~KeyboardMacrosController()
     mMacroDetailsTableView->setDataSource(nullptr);
     delete mEditDelayWindow;
     delete mEditEventWindow;
+    delete mTryWindow;
     if (!mView->parent())
         delete mView;
 }
@@ -114,7 +117,7 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
 {
     mHasDeviceConnected = isEnabled;
     if (!isEnabled) {
-        for (SheetSubject *subject : {&mMacroSubject, &mImportSubject, &mEventsSubject})
+        for (SheetSubject *subject : {&mMacroSubject, &mImportSubject, &mTrySubject, &mEventsSubject})
             subject->end();
     }
     setStateOfMacroTableWithState(isEnabled);
@@ -226,9 +229,15 @@ void KeyboardMacrosController::showNewList()
 
 void KeyboardMacrosController::setStateOfMacroDetailsTableWithState(bool isHidden)
 {
-    const QList<QWidget *> part{
-        mMacroAssignmentLabel, mMacroDetailsScrollView, mMacroDetailsTableView, mAddMacroDetails,
-        mDeleteMacroDetails,   mRecordMacroDetails,     mSettingsMacroDetails,  mMacroUses};
+    const QList<QWidget *> part{mMacroAssignmentLabel,
+                                mMacroDetailsScrollView,
+                                mMacroDetailsTableView,
+                                mAddMacroDetails,
+                                mDeleteMacroDetails,
+                                mRecordMacroDetails,
+                                mTryMacro,
+                                mSettingsMacroDetails,
+                                mMacroUses};
     for (QWidget *control : part)
         control->setVisible(!isHidden);
     mNoMacroState->setVisible(isHidden);
@@ -269,6 +278,7 @@ void KeyboardMacrosController::updatePlaceholders()
     mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
     mFirstMacro->setVisible(!hasMacros);
     mRecordingHint->setVisible(hasRecording());
+    mButtonArea->setVisible(hasRecording());
     mMacroDetailsTableView->setPlaceholderText(localizedText(hasRecording() ? "lkeyRecordingHint" : "lkeyNoEvents"));
 }
 
@@ -284,6 +294,7 @@ void KeyboardMacrosController::updateEventButtons()
     mSettingsMacroDetails->setEnabled(isIdle);
     mDeleteMacroDetails->setEnabled(isIdle && eventRow() >= 0);
     mRecordMacroDetails->setEnabled(mHasDeviceConnected && !isRenaming);
+    mTryMacro->setEnabled(isIdle && !mLines.shown().isEmpty());
     explainEdit();
 }
 
@@ -398,5 +409,6 @@ QVariant KeyboardMacrosController::eventsOfSelectedMacro() const
 void KeyboardMacrosController::endOutdatedSheets()
 {
     mMacroSubject.endUnless(selectedMacro());
+    mTrySubject.endUnless(selectedMacro());
     mEventsSubject.endUnless(eventsOfSelectedMacro());
 }

@@ -9,6 +9,7 @@
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
 #include "macros/macrolines.h"
+#include "macros/macrotry.h"
 #include "platform/sheet.h"
 #include "platform/sheetsubject.h"
 #include "platform/tableview.h"
@@ -19,8 +20,10 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+class ButtonArea;
 class DistributedNotificationCenter;
 class MacroDelegate;
+class MacroTrySheet;
 class NSTableViewMacroDetailsSubClass;
 class NSTableViewMacroSubClass;
 class NumberOnlyTextField;
@@ -147,6 +150,11 @@ public:
     void clickMacroDelayCancel(QObject *sender);
     void clickMacroEventOK(QObject *sender);
     void clickMacroEventCancel(QObject *sender);
+    void clickTryMacro(QObject *sender);
+    /// Shows the output of the running try.
+    void showTriedKeys(const QList<TriedKey> &keys);
+    /// The running try is over.
+    void endTry(TryEnd end);
     /// `userInfo` is that of the notification of new events ("messagesArray").
     void recordEvents(const QVariantMap &userInfo);
     /// `userInfo` is that of the notification of a captured key ("singleKey", "singleKeyModif").
@@ -264,6 +272,8 @@ private:
     void closeEventSheet();
     /// Gives the edited event the captured key; with a `page` below 0, the event keeps its page.
     void storeCapturedKey(int page);
+    void buildTrySheet();
+    void recordButton(int button, bool isDown);
     void removeAllEvents();
     void copySelectedDelayToAll();
     void removeAllDelays();
@@ -287,6 +297,9 @@ private:
     QPushButton *mRecordMacroDetails = nullptr;
     QWidget *mEventPart = nullptr; ///< with everything from mMacroAssignmentLabel to mRecordMacroDetails
     QLabel *mRecordingHint = nullptr;
+    ButtonArea *mButtonArea = nullptr;
+    QPushButton *mTryMacro = nullptr;
+    QPointer<MacroTrySheet> mTryWindow;
     PulldownButton *mSettingsMacroDetails = nullptr;
     QPointer<Sheet> mEditDelayWindow;
     QLabel *mEnterMacroDelayLabel = nullptr;
@@ -306,6 +319,7 @@ private:
 
     SheetSubject mMacroSubject;  ///< the selectedMacro() of an open alert or panel
     SheetSubject mImportSubject; ///< of the import panel, which is about no macro
+    SheetSubject mTrySubject;    ///< the selectedMacro() of the sheet for a try
     SheetSubject mEventsSubject; ///< the eventsOfSelectedMacro() that a sheet edits
 
     QVariantList mMacrosSettingsArray;

@@ -3,8 +3,10 @@
 #include "macros/keyboardmacroscontroller.h"
 
 #include "base/text.h"
+#include "macros/buttonarea.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrosearchfield.h"
+#include "macros/macrotrysheet.h"
 #include "macros/macrouseslinks.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
@@ -173,6 +175,11 @@ QWidget *KeyboardMacrosController::buildEventList()
     connect(mFirstMacro, &QPushButton::clicked, mAddMacro, &QPushButton::click);
     mRecordingHint = makeHint("mRecordingHint");
     mRecordingHint->hide();
+    mButtonArea = new ButtonArea;
+    mButtonArea->setObjectName("mButtonArea"_L1);
+    mButtonArea->setText(localizedText("lkeyButtonArea"));
+    mButtonArea->hide();
+    connect(mButtonArea, &ButtonArea::buttonChanged, this, &Self::recordButton);
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(
@@ -181,7 +188,9 @@ QWidget *KeyboardMacrosController::buildEventList()
                                   &Self::clickDeleteMacroDetails));
     buttons->addWidget(mSettingsMacroDetails);
     buttons->addStretch();
+    buttons->addWidget(makeButton(mTryMacro, "mTryMacro", "lkeyTryMacro", &Self::clickTryMacro));
     buttons->addWidget(mRecordMacroDetails);
+    describe(mTryMacro, "lkeyTryMacroTip");
     describe(mAddMacroDetails, "lkeyAppendEventsTip");
     describe(mDeleteMacroDetails, "lkeyDeleteSelectedEventTip");
     mAddMacroDetails->setIcon(Symbols::icon(Symbol::add, u"list-add"_s));
@@ -201,6 +210,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     column->addWidget(mMacroDetailsScrollView, 1);
     column->addWidget(mNoMacroState, 1);
     column->addWidget(mRecordingHint);
+    column->addWidget(mButtonArea);
     column->addLayout(buttons);
     return mEventPart;
 }
@@ -253,6 +263,7 @@ void KeyboardMacrosController::buildView()
     row->addWidget(buildEventList(), 3);
     buildDelaySheet();
     buildEventSheet();
+    buildTrySheet();
     showCaptureSource({});
     mMacroTableView->setDataSource(this);
     mMacroDetailsTableView->setDataSource(this);
@@ -290,10 +301,10 @@ void KeyboardMacrosController::connectKeys()
 /// Orders the controls by their places, from left to right and down.
 void KeyboardMacrosController::setTabOrder()
 {
-    const QList<QWidget *> controls{mMacroSearch,           mMacroTableView,    mAddMacro,
-                                    mDeleteMacro,           mSettingsMacro,     mMacroUses,
-                                    mMacroDetailsTableView, mAddMacroDetails,   mDeleteMacroDetails,
-                                    mSettingsMacroDetails,  mRecordMacroDetails};
+    const QList<QWidget *> controls{mMacroSearch,           mMacroTableView,  mAddMacro,
+                                    mDeleteMacro,           mSettingsMacro,   mMacroUses,
+                                    mMacroDetailsTableView, mAddMacroDetails, mDeleteMacroDetails,
+                                    mSettingsMacroDetails,  mTryMacro,        mRecordMacroDetails};
     for (qsizetype index = 1; index < controls.size(); ++index)
         QWidget::setTabOrder(controls.at(index - 1), controls.at(index));
 }

@@ -37,6 +37,14 @@ public:
                                              const QVariantList &events) = 0;
     /// Hands over the macros again, including all edits of their events; does nothing without a reply.
     virtual void reloadMacros() {}
+    /// Reports a mouse button that the user has pressed or released for the running recording. `button`: 1 to 9. Does
+    /// not wait.
+    virtual void recordButton(int, bool) {}
+    /// Plays the macro for the user to see. `repeat`: as "param2" of a key that plays it. Does not wait:
+    /// KeyboardMacrosController::showTriedKeys() gets the output, and endTry() the end.
+    virtual void startTryMacroIndex(int, int) {}
+    /// Ends the try; the tab needs no endTry() after this.
+    virtual void stopTry() {}
     virtual void startEditHID() = 0;
     virtual void stopSingleKeyRecording() = 0;
     /// Shows this key of this profile on the keys tab. A profile that is not active becomes so: the keys tab shows no

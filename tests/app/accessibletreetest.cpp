@@ -4,7 +4,7 @@
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
-#include "macros/macrocommands.h"
+#include "macros/keyboardmacroscontroller.h"
 #include "platform/applicationchooser.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -211,6 +211,12 @@ const std::array scenes{
           }},
     Scene{"event-sheet", macrosTab, [](const Hub &hub) { editEvent(hub, 0); }},
     Scene{"delay-sheet", macrosTab, [](const Hub &hub) { editEvent(hub, 1); }},
+    Scene{"try-sheet", macrosTab,
+          [](const Hub &hub) {
+              hub.find<TableView>("mMacroTableView")->selectRow(0);
+              hub.find<QPushButton>("mTryMacro")->click();
+              hub.controller->macrosController()->showTriedKeys({{.event = 0, .page = 7, .argument = 4}});
+          }},
     Scene{"lighting", lightingTab, nullptr},
     Scene{"lighting-versions", lightingTab,
           [](const Hub &hub) {

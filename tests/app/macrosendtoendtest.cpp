@@ -10,10 +10,12 @@
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/historyentries.h"
 #include "keys/keyboardkeyscontroller.h"
+#include "macros/buttonarea.h"
 #include "macros/eventparser.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macroedits.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotrysheet.h"
 #include "macros/numberonlytextfield.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
@@ -32,6 +34,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -101,6 +104,11 @@ private Q_SLOTS:
     void removedKeyboardEndsTheRecordingAndKeepsIt();
     void leavingTheTabEndsTheRecordingAndKeepsIt();
     void deletesEvents();
+    void recordsMouseButtonsAmongTheKeys();
+    void triesAMacroWithoutTyping();
+    void tryIsStoppedAtOnce();
+    void tryEndsWithTheDaemon();
+    void tryIgnoresSignalsOfOthers();
     void strangeFilesKeepBothListsEqual_data();
     void strangeFilesKeepBothListsEqual();
     void replacesTheEvents();
@@ -135,6 +143,13 @@ private:
     [[nodiscard]] bool replace(int row, const QVariantList &read, const QVariantList &events) const
     {
         return mHub->controller->replaceEventsOfMacroAtIndex(row, read, events);
+    }
+    /// Records a macro and opens the sheet on which the user tries it.
+    void openTrySheet();
+    void repeatEndlessly();
+    [[nodiscard]] QStringList triedLines() const
+    {
+        return mHub->find<QPlainTextEdit>("mTryOutput")->toPlainText().split(u'\n', Qt::SkipEmptyParts);
     }
     /// The record of a macro in the daemon's document; empty when it has none of that name.
     QVariantMap kept(const QString &name);
@@ -690,6 +705,124 @@ void MacrosEndToEndTest::replacesNothingWithoutADaemon()
     QVERIFY(!replace(row, read, tapOfB));
     QCOMPARE(status(), u"The keyboard service did not respond. The change may be missing."_s);
     QCOMPARE(shownEvents(row), read);
+}
+
+void MacrosEndToEndTest::recordsMouseButtonsAmongTheKeys()
+{
+    addMacro(u"Combo"_s);
+    click("mRecordMacroDetails");
+    auto *area = mHub->find<ButtonArea>("mButtonArea");
+    QTRY_VERIFY(area->isVisible());
+    QTest::mousePress(area, Qt::RightButton);
+    QTRY_COMPARE(lines().size(), 1);
+    typeKey(keyA);
+    QTRY_COMPARE(lines().size(), 5);
+    QTest::mouseRelease(area, Qt::RightButton);
+    QTRY_COMPARE(lines().size(), 7);
+    QTest::mousePress(area, Qt::LeftButton);
+    QTRY_COMPARE(lines().size(), 9);
+    click("mRecordMacroDetails"); // its click is not recorded, and ends the press
+    QStringList buttons;
+    for (const QVariant &event : MacroRecord::events(kept(u"Combo"_s))) {
+        const MacroRecord::Event fields = MacroRecord::eventFields(event.toMap());
+        buttons += u"%1%2:%3"_s.arg(QChar(fields.command == MacroRecord::keyDown ? u'+' : u'-'))
+                       .arg(fields.page)
+                       .arg(fields.argument);
+    }
+    QCOMPARE(buttons, (QStringList{u"+9:2"_s, u"+7:4"_s, u"-7:4"_s, u"-9:2"_s, u"+9:1"_s, u"-9:1"_s}));
+    QCOMPARE(lines().first(), u"Right Button down"_s);
+    QCOMPARE(lines().last().trimmed(), u"Left Button up"_s);
+}
+
+void MacrosEndToEndTest::openTrySheet()
+{
+    recordCombo();
+    auto *tryMacro = mHub->find<QPushButton>("mTryMacro");
+    QVERIFY(tryMacro->isEnabled());
+    tryMacro->click();
+    QVERIFY(mHub->find<MacroTrySheet>("mTryWindow")->isUp());
+}
+
+void MacrosEndToEndTest::repeatEndlessly()
+{
+    auto *repeat = mHub->find<PopUpButton>("mTryRepeat");
+    int index = 0;
+    while (index < repeat->numberOfItems() && !repeat->itemTitleAtIndex(index).startsWith(u"Repeat until"_s))
+        ++index;
+    QVERIFY(index < repeat->numberOfItems());
+    repeat->itemAtIndex(index)->trigger();
+}
+
+void MacrosEndToEndTest::triesAMacroWithoutTyping()
+{
+    openTrySheet();
+    SentRecorder recorder;
+    click("mTryStart");
+    QTRY_COMPARE(triedLines().size(), 4);
+    QTRY_VERIFY(!mHub->find<MacroTrySheet>("mTryWindow")->isPlaying());
+    QStringList events;
+    for (const QString &line : triedLines())
+        events += line.section(u"  "_s, 1);
+    QCOMPARE(events, (QStringList{u"Key Press A"_s, u"Key Release A"_s, u"Key Press B"_s, u"Key Release B"_s}));
+    QVERIFY(mHub->find<StatusLine>("mTryStatus")->text().contains(u"to its end"_s));
+    // The keyboard still works, and its keys are the first that the computer receives.
+    click("mTryClose");
+    typeKey(keyH);
+    QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:11"_s, u"-7:11"_s}));
+}
+
+void MacrosEndToEndTest::tryIsStoppedAtOnce()
+{
+    openTrySheet();
+    repeatEndlessly();
+    click("mTryStart");
+    QTRY_VERIFY(triedLines().size() > 8); // more than one round
+    auto *sheet = mHub->find<MacroTrySheet>("mTryWindow");
+    QTest::keyClick(sheet, Qt::Key_Escape);
+    QVERIFY(!sheet->isPlaying());
+    // The next try begins with the first event: nothing of the stopped one follows.
+    mHub->find<PopUpButton>("mTryRepeat")->itemAtIndex(0)->trigger();
+    click("mTryStart");
+    QTRY_VERIFY(!sheet->isPlaying());
+    QCOMPARE(triedLines().size(), 4);
+    QVERIFY(triedLines().first().endsWith(u"Key Press A"_s));
+}
+
+void MacrosEndToEndTest::tryEndsWithTheDaemon()
+{
+    openTrySheet();
+    repeatEndlessly();
+    click("mTryStart");
+    QTRY_VERIFY(!triedLines().isEmpty());
+    auto *sheet = mHub->find<MacroTrySheet>("mTryWindow");
+    mDaemon->kill();
+    QTRY_VERIFY(!sheet->isPlaying());
+}
+
+void MacrosEndToEndTest::tryIgnoresSignalsOfOthers()
+{
+    openTrySheet();
+    repeatEndlessly();
+    click("mTryStart");
+    QTRY_VERIFY(!triedLines().isEmpty());
+    {
+        QDBusConnection other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s);
+        for (uint number = 0; number < 10; ++number) {
+            QDBusMessage ended = QDBusMessage::createSignal(u"/Macros"_s, u"org.quillkestra.Macros"_s, u"TryEnded"_s);
+            ended.setArguments({number, u"finished"_s});
+            QVERIFY(other.send(ended));
+        }
+        // The bus has passed them on before it answers.
+        QVERIFY(other
+                    .call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s,
+                                                         u"GetId"_s))
+                    .type()
+                == QDBusMessage::ReplyMessage);
+    }
+    QDBusConnection::disconnectFromBus(u"other"_s);
+    const qsizetype before = triedLines().size();
+    QTRY_VERIFY(triedLines().size() > before);
+    QVERIFY(mHub->find<MacroTrySheet>("mTryWindow")->isPlaying());
 }
 
 QTEST_MAIN(MacrosEndToEndTest)

@@ -28,6 +28,7 @@ enum class Scene {
     absent,
     delaySheet,
     eventSheet,
+    trySheet,
     deletionAlert,
     importPanel,
     exportPanel,
@@ -52,6 +53,7 @@ constexpr std::array scenes{
     NamedScene{"absent", Scene::absent},
     NamedScene{"delay-sheet", Scene::delaySheet},
     NamedScene{"event-sheet", Scene::eventSheet},
+    NamedScene{"try-sheet", Scene::trySheet},
     NamedScene{"deletion-alert", Scene::deletionAlert},
     NamedScene{"import-panel", Scene::importPanel},
     NamedScene{"export-panel", Scene::exportPanel},
@@ -75,6 +77,14 @@ QVariantMap profilePlaying(const QString &name, const QList<int> &codes)
     for (const int code : codes)
         keys[QString::number(code)] = QVariantMap{{u"command"_s, 10}, {u"param1"_s, 1}, {u"param2"_s, 1}};
     return {{u"ProfileName"_s, name}, {u"Keys"_s, keys}};
+}
+
+QList<TriedKey> someKeys()
+{
+    return {{.event = 0, .timeUs = 20'000, .page = 7, .argument = 225, .isDown = true},
+            {.event = 1, .timeUs = 105'000, .page = 7, .argument = 11, .isDown = true},
+            {.event = 2, .timeUs = 125'000, .page = 7, .argument = 11, .isDown = false},
+            {.event = 3, .timeUs = 1'375'000, .page = 9, .argument = 1, .isDown = true}};
 }
 
 } // namespace
@@ -121,6 +131,11 @@ void MacrosScreenshotsTest::show(Scene scene)
         events()->selectRow(2);
         choose("mSettingsMacroDetails", MacroCommands::edit);
         mController->singleKeyEvents({{u"singleKey"_s, 11}, {u"singleKeyModif"_s, 0}});
+        break;
+    case Scene::trySheet:
+        outlet<QPushButton>(u"mTryMacro"_s)->click();
+        outlet<QPushButton>(u"mTryStart"_s)->click();
+        mController->showTriedKeys(someKeys());
         break;
     case Scene::deletionAlert:
         mController->setProfiles({profilePlaying(u"Game"_s, {106}), profilePlaying(u"Default Profile"_s, {62})}, 0);

@@ -165,6 +165,21 @@ void RecordingDelegate::reloadMacros()
     refresh();
 }
 
+void RecordingDelegate::recordButton(int button, bool isDown)
+{
+    note(u"button %1 %2"_s.arg(button).arg(int(isDown)));
+}
+
+void RecordingDelegate::startTryMacroIndex(int repeat, int macroIndex)
+{
+    note(u"try %1 %2"_s.arg(repeat).arg(macroIndex));
+}
+
+void RecordingDelegate::stopTry()
+{
+    note(u"stopTry"_s);
+}
+
 void RecordingDelegate::startEditHID()
 {
     note(u"startEditHID"_s);

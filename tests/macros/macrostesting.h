@@ -46,6 +46,9 @@ public:
     bool replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
                                      const QVariantList &changed) override;
     void reloadMacros() override;
+    void recordButton(int button, bool isDown) override;
+    void startTryMacroIndex(int repeat, int macroIndex) override;
+    void stopTry() override;
     void startEditHID() override;
     void showKeyOfProfile(int keyCode, int profileIndex) override;
     void stopSingleKeyRecording() override;

@@ -58,5 +58,24 @@
     <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>Diese Taste auf dem Reiter „Tasten“ zeigen</translation></message>
     <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>Das Profil „%@“ aktivieren und diese Taste auf dem Reiter „Tasten“ zeigen</translation></message>
     <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>Die Taste eines anderen Profils aktiviert dieses Profil.</translation></message>
+    <message id="lkeyButtonArea"><source>lkeyButtonArea</source><translation>Klicken Sie hier, um Maustasten aufzunehmen.</translation></message>
+    <message id="lkeyTryMacro"><source>lkeyTryMacro</source><translation>Testen …</translation></message>
+    <message id="lkeyTryMacroTip"><source>lkeyTryMacroTip</source><translation>Ausgewähltes Makro testen</translation></message>
+    <message id="lkeyTryTitle"><source>lkeyTryTitle</source><translation>Makro testen</translation></message>
+    <message id="lkeyTryExplanation"><source>lkeyTryExplanation</source><translation>Hier sehen Sie, was der Computer von „%@“ empfangen würde. „Starten“ sendet ihm nichts.</translation></message>
+    <message id="lkeyTryRepeat"><source>lkeyTryRepeat</source><translation>Wiedergabe</translation></message>
+    <message id="lkeyTryStart"><source>lkeyTryStart</source><translation>Starten</translation></message>
+    <message id="lkeyTryOutput"><source>lkeyTryOutput</source><translation>Was der Computer empfangen würde</translation></message>
+    <message id="lkeyTryReady"><source>lkeyTryReady</source><translation>Klicken Sie auf „Starten“, um den Ablauf des Makros zu sehen.</translation></message>
+    <message id="lkeyTryPlaying"><source>lkeyTryPlaying</source><translation>Das Makro läuft. Drücken Sie Escape, um es zu stoppen.</translation></message>
+    <message id="lkeyTryFinished"><source>lkeyTryFinished</source><translation>Das Makro ist bis zum Ende gelaufen.</translation></message>
+    <message id="lkeyTryStopped"><source>lkeyTryStopped</source><translation>Gestoppt.</translation></message>
+    <message id="lkeyTryChanged"><source>lkeyTryChanged</source><translation>Gestoppt: Das Makro wurde geändert.</translation></message>
+    <message id="lkeyTryLimit"><source>lkeyTryLimit</source><translation>Gestoppt: Ein Test dauert höchstens 10 Minuten und hat höchstens 100.000 Ereignisse.</translation></message>
+    <message id="lkeyTryEmpty"><source>lkeyTryEmpty</source><translation>Dieses Makro gibt nichts wieder.</translation></message>
+    <message id="lkeyTryTooMany"><source>lkeyTryTooMany</source><translation>Zu viele Programme testen gerade Makros. Versuchen Sie es später noch einmal.</translation></message>
+    <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>Der Tastaturdienst kann dieses Makro zurzeit nicht wiedergeben.</translation></message>
+    <message id="lkeyTryField"><source>lkeyTryField</source><translation>Drücken Sie hier die Taste des Makros:</translation></message>
+    <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>Die Taste des Makros schreibt hier wirklich. Wenn Sie das Feld verlassen, schließt sich der Dialog.</translation></message>
 </context>
 </TS>

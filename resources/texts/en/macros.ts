@@ -58,5 +58,24 @@
     <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>Show this key on the Keys tab</translation></message>
     <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>Make the profile “%@” active and show this key on the Keys tab</translation></message>
     <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>A key of another profile makes that profile active.</translation></message>
+    <message id="lkeyButtonArea"><source>lkeyButtonArea</source><translation>Click here to record mouse buttons.</translation></message>
+    <message id="lkeyTryMacro"><source>lkeyTryMacro</source><translation>Try…</translation></message>
+    <message id="lkeyTryMacroTip"><source>lkeyTryMacroTip</source><translation>Try the selected macro</translation></message>
+    <message id="lkeyTryTitle"><source>lkeyTryTitle</source><translation>Try Macro</translation></message>
+    <message id="lkeyTryExplanation"><source>lkeyTryExplanation</source><translation>See what the computer would receive from “%@”. Start sends nothing to it.</translation></message>
+    <message id="lkeyTryRepeat"><source>lkeyTryRepeat</source><translation>Playback</translation></message>
+    <message id="lkeyTryStart"><source>lkeyTryStart</source><translation>Start</translation></message>
+    <message id="lkeyTryOutput"><source>lkeyTryOutput</source><translation>What the computer would receive</translation></message>
+    <message id="lkeyTryReady"><source>lkeyTryReady</source><translation>Click Start to see the macro play.</translation></message>
+    <message id="lkeyTryPlaying"><source>lkeyTryPlaying</source><translation>Playing. Press Escape to stop.</translation></message>
+    <message id="lkeyTryFinished"><source>lkeyTryFinished</source><translation>The macro has played to its end.</translation></message>
+    <message id="lkeyTryStopped"><source>lkeyTryStopped</source><translation>Stopped.</translation></message>
+    <message id="lkeyTryChanged"><source>lkeyTryChanged</source><translation>Stopped: the macro has changed.</translation></message>
+    <message id="lkeyTryLimit"><source>lkeyTryLimit</source><translation>Stopped: a try lasts at most 10 minutes and has at most 100,000 events.</translation></message>
+    <message id="lkeyTryEmpty"><source>lkeyTryEmpty</source><translation>This macro plays nothing.</translation></message>
+    <message id="lkeyTryTooMany"><source>lkeyTryTooMany</source><translation>Too many programs are trying macros. Try again later.</translation></message>
+    <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>The keyboard service cannot play this macro now.</translation></message>
+    <message id="lkeyTryField"><source>lkeyTryField</source><translation>Press the macro’s key here:</translation></message>
+    <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>The macro’s key really types here. Leaving this field closes the sheet.</translation></message>
 </context>
 </TS>

@@ -58,5 +58,24 @@
     <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>Mostrar esta tecla en la pestaña Teclas</translation></message>
     <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>Activar el perfil «%@» y mostrar esta tecla en la pestaña Teclas</translation></message>
     <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>Una tecla de otro perfil activa ese perfil.</translation></message>
+    <message id="lkeyButtonArea"><source>lkeyButtonArea</source><translation>Haga clic aquí para grabar botones del ratón.</translation></message>
+    <message id="lkeyTryMacro"><source>lkeyTryMacro</source><translation>Probar…</translation></message>
+    <message id="lkeyTryMacroTip"><source>lkeyTryMacroTip</source><translation>Probar la macro seleccionada</translation></message>
+    <message id="lkeyTryTitle"><source>lkeyTryTitle</source><translation>Probar macro</translation></message>
+    <message id="lkeyTryExplanation"><source>lkeyTryExplanation</source><translation>Vea lo que el equipo recibiría de «%@». «Iniciar» no le envía nada.</translation></message>
+    <message id="lkeyTryRepeat"><source>lkeyTryRepeat</source><translation>Reproducción</translation></message>
+    <message id="lkeyTryStart"><source>lkeyTryStart</source><translation>Iniciar</translation></message>
+    <message id="lkeyTryOutput"><source>lkeyTryOutput</source><translation>Lo que recibiría el equipo</translation></message>
+    <message id="lkeyTryReady"><source>lkeyTryReady</source><translation>Haga clic en «Iniciar» para ver la macro en marcha.</translation></message>
+    <message id="lkeyTryPlaying"><source>lkeyTryPlaying</source><translation>Reproduciendo. Pulse Escape para detenerla.</translation></message>
+    <message id="lkeyTryFinished"><source>lkeyTryFinished</source><translation>La macro se ha reproducido hasta el final.</translation></message>
+    <message id="lkeyTryStopped"><source>lkeyTryStopped</source><translation>Detenida.</translation></message>
+    <message id="lkeyTryChanged"><source>lkeyTryChanged</source><translation>Detenida: la macro ha cambiado.</translation></message>
+    <message id="lkeyTryLimit"><source>lkeyTryLimit</source><translation>Detenida: una prueba dura como máximo 10 minutos y tiene como máximo 100 000 eventos.</translation></message>
+    <message id="lkeyTryEmpty"><source>lkeyTryEmpty</source><translation>Esta macro no reproduce nada.</translation></message>
+    <message id="lkeyTryTooMany"><source>lkeyTryTooMany</source><translation>Hay demasiados programas probando macros. Inténtelo más tarde.</translation></message>
+    <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>El servicio del teclado no puede reproducir esta macro ahora.</translation></message>
+    <message id="lkeyTryField"><source>lkeyTryField</source><translation>Pulse aquí la tecla de la macro:</translation></message>
+    <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>La tecla de la macro escribe aquí de verdad. Al salir de este campo, se cierra el cuadro.</translation></message>
 </context>
 </TS>

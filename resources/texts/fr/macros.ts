@@ -58,5 +58,24 @@
     <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>Afficher cette touche dans l’onglet Touches</translation></message>
     <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>Activer le profil « %@ » et afficher cette touche dans l’onglet Touches</translation></message>
     <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>Une touche d’un autre profil active ce profil.</translation></message>
+    <message id="lkeyButtonArea"><source>lkeyButtonArea</source><translation>Cliquez ici pour enregistrer les boutons de la souris.</translation></message>
+    <message id="lkeyTryMacro"><source>lkeyTryMacro</source><translation>Essayer…</translation></message>
+    <message id="lkeyTryMacroTip"><source>lkeyTryMacroTip</source><translation>Essayer la macro sélectionnée</translation></message>
+    <message id="lkeyTryTitle"><source>lkeyTryTitle</source><translation>Essayer la macro</translation></message>
+    <message id="lkeyTryExplanation"><source>lkeyTryExplanation</source><translation>Voyez ce que l’ordinateur recevrait de « %@ ». « Démarrer » ne lui envoie rien.</translation></message>
+    <message id="lkeyTryRepeat"><source>lkeyTryRepeat</source><translation>Lecture</translation></message>
+    <message id="lkeyTryStart"><source>lkeyTryStart</source><translation>Démarrer</translation></message>
+    <message id="lkeyTryOutput"><source>lkeyTryOutput</source><translation>Ce que l’ordinateur recevrait</translation></message>
+    <message id="lkeyTryReady"><source>lkeyTryReady</source><translation>Cliquez sur « Démarrer » pour voir la macro se dérouler.</translation></message>
+    <message id="lkeyTryPlaying"><source>lkeyTryPlaying</source><translation>Lecture en cours. Appuyez sur Échap pour l’arrêter.</translation></message>
+    <message id="lkeyTryFinished"><source>lkeyTryFinished</source><translation>La macro s’est déroulée jusqu’à la fin.</translation></message>
+    <message id="lkeyTryStopped"><source>lkeyTryStopped</source><translation>Arrêtée.</translation></message>
+    <message id="lkeyTryChanged"><source>lkeyTryChanged</source><translation>Arrêtée : la macro a été modifiée.</translation></message>
+    <message id="lkeyTryLimit"><source>lkeyTryLimit</source><translation>Arrêtée : un essai dure au plus 10 minutes et compte au plus 100 000 événements.</translation></message>
+    <message id="lkeyTryEmpty"><source>lkeyTryEmpty</source><translation>Cette macro n’émet rien.</translation></message>
+    <message id="lkeyTryTooMany"><source>lkeyTryTooMany</source><translation>Trop de programmes essaient des macros. Réessayez plus tard.</translation></message>
+    <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>Le service du clavier ne peut pas lire cette macro actuellement.</translation></message>
+    <message id="lkeyTryField"><source>lkeyTryField</source><translation>Appuyez ici sur la touche de la macro :</translation></message>
+    <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>La touche de la macro écrit réellement ici. Si vous quittez ce champ, la boîte de dialogue se ferme.</translation></message>
 </context>
 </TS>

@@ -58,5 +58,24 @@
     <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>このキーを「キー」タブに表示</translation></message>
     <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>プロファイル「%@」をアクティブにして、このキーを「キー」タブに表示</translation></message>
     <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>ほかのプロファイルのキーを選ぶと、そのプロファイルがアクティブになります。</translation></message>
+    <message id="lkeyButtonArea"><source>lkeyButtonArea</source><translation>マウスボタンを記録するには、ここをクリックしてください。</translation></message>
+    <message id="lkeyTryMacro"><source>lkeyTryMacro</source><translation>試す…</translation></message>
+    <message id="lkeyTryMacroTip"><source>lkeyTryMacroTip</source><translation>選択したマクロを試す</translation></message>
+    <message id="lkeyTryTitle"><source>lkeyTryTitle</source><translation>マクロを試す</translation></message>
+    <message id="lkeyTryExplanation"><source>lkeyTryExplanation</source><translation>「%@」でコンピューターが受け取る内容を確認できます。「開始」をクリックしても、コンピューターには何も送られません。</translation></message>
+    <message id="lkeyTryRepeat"><source>lkeyTryRepeat</source><translation>再生方法</translation></message>
+    <message id="lkeyTryStart"><source>lkeyTryStart</source><translation>開始</translation></message>
+    <message id="lkeyTryOutput"><source>lkeyTryOutput</source><translation>コンピューターが受け取る内容</translation></message>
+    <message id="lkeyTryReady"><source>lkeyTryReady</source><translation>「開始」をクリックすると、マクロの動きを確認できます。</translation></message>
+    <message id="lkeyTryPlaying"><source>lkeyTryPlaying</source><translation>再生中です。Escape キーで停止します。</translation></message>
+    <message id="lkeyTryFinished"><source>lkeyTryFinished</source><translation>マクロは最後まで再生されました。</translation></message>
+    <message id="lkeyTryStopped"><source>lkeyTryStopped</source><translation>停止しました。</translation></message>
+    <message id="lkeyTryChanged"><source>lkeyTryChanged</source><translation>停止しました。マクロが変更されました。</translation></message>
+    <message id="lkeyTryLimit"><source>lkeyTryLimit</source><translation>停止しました。試せるのは最大 10 分間、100,000 イベントまでです。</translation></message>
+    <message id="lkeyTryEmpty"><source>lkeyTryEmpty</source><translation>このマクロには再生する内容がありません。</translation></message>
+    <message id="lkeyTryTooMany"><source>lkeyTryTooMany</source><translation>マクロを試しているプログラムが多すぎます。しばらくしてからもう一度お試しください。</translation></message>
+    <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>キーボードサービスは、現在このマクロを再生できません。</translation></message>
+    <message id="lkeyTryField"><source>lkeyTryField</source><translation>ここでマクロのキーを押してください：</translation></message>
+    <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>ここではマクロのキーが実際に入力を行います。このフィールドから離れると、シートは閉じます。</translation></message>
 </context>
 </TS>

@@ -58,5 +58,24 @@
     <message id="lkeyMacroUseTip"><source>lkeyMacroUseTip</source><translation>在“按键”标签页中显示此按键</translation></message>
     <message id="lkeyMacroUseSwitchTip"><source>lkeyMacroUseSwitchTip</source><translation>启用配置文件“%@”，并在“按键”标签页中显示此按键</translation></message>
     <message id="lkeyMacroUsesSwitch"><source>lkeyMacroUsesSwitch</source><translation>选择其他配置文件的按键会启用该配置文件。</translation></message>
+    <message id="lkeyButtonArea"><source>lkeyButtonArea</source><translation>点击此处以录制鼠标按钮。</translation></message>
+    <message id="lkeyTryMacro"><source>lkeyTryMacro</source><translation>试用…</translation></message>
+    <message id="lkeyTryMacroTip"><source>lkeyTryMacroTip</source><translation>试用所选的宏</translation></message>
+    <message id="lkeyTryTitle"><source>lkeyTryTitle</source><translation>试用宏</translation></message>
+    <message id="lkeyTryExplanation"><source>lkeyTryExplanation</source><translation>查看电脑会从“%@”收到什么。点击“开始”不会向电脑发送任何内容。</translation></message>
+    <message id="lkeyTryRepeat"><source>lkeyTryRepeat</source><translation>播放方式</translation></message>
+    <message id="lkeyTryStart"><source>lkeyTryStart</source><translation>开始</translation></message>
+    <message id="lkeyTryOutput"><source>lkeyTryOutput</source><translation>电脑会收到的内容</translation></message>
+    <message id="lkeyTryReady"><source>lkeyTryReady</source><translation>点击“开始”以查看宏的播放过程。</translation></message>
+    <message id="lkeyTryPlaying"><source>lkeyTryPlaying</source><translation>正在播放。按 Escape 键停止。</translation></message>
+    <message id="lkeyTryFinished"><source>lkeyTryFinished</source><translation>宏已播放完毕。</translation></message>
+    <message id="lkeyTryStopped"><source>lkeyTryStopped</source><translation>已停止。</translation></message>
+    <message id="lkeyTryChanged"><source>lkeyTryChanged</source><translation>已停止：宏已更改。</translation></message>
+    <message id="lkeyTryLimit"><source>lkeyTryLimit</source><translation>已停止：试用最长 10 分钟，最多 100,000 个事件。</translation></message>
+    <message id="lkeyTryEmpty"><source>lkeyTryEmpty</source><translation>此宏不播放任何内容。</translation></message>
+    <message id="lkeyTryTooMany"><source>lkeyTryTooMany</source><translation>正在试用宏的程序过多。请稍后再试。</translation></message>
+    <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>键盘服务目前无法播放此宏。</translation></message>
+    <message id="lkeyTryField"><source>lkeyTryField</source><translation>请在此处按下宏的按键：</translation></message>
+    <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>宏的按键会在此处真正输入。离开此输入框时，面板会关闭。</translation></message>
 </context>
 </TS>

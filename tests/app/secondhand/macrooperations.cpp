@@ -25,6 +25,7 @@ constexpr char openPanel[] = "mOpenPanel";
 constexpr char savePanel[] = "mSavePanel";
 constexpr char delaySheet[] = "mEditDelayWindow";
 constexpr char eventSheet[] = "mEditEventWindow";
+constexpr char trySheet[] = "mTryWindow";
 constexpr int playMacroAssignment = 10;
 constexpr uint keyB = 5;
 constexpr int delayRow = 1; // of the second event
@@ -282,6 +283,23 @@ Operation eventSheetOperation()
                  {"cancelled", [](Scene &) { Person::cancel(eventSheet); }, {}, {Command::stopSingleKeyRecording}}}};
 }
 
+Operation tryOperation()
+{
+    const auto begin = [](Scene &scene) {
+        Person::click(scene, "mTryMacro");
+        if (Person::dialog(trySheet))
+            Person::clickIn(trySheet, "mTryStart");
+    };
+    return {.name = "try sheet",
+            .tab = macrosTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::macro,
+            .begin = begin,
+            .isOpen = isUp(trySheet),
+            .beginCommands = {},
+            .ends = {{"closed", [](Scene &) { Person::clickIn(trySheet, "mTryClose"); }, {}, {}}}};
+}
+
 Operation eventMenu(const char *name, const std::function<void(Scene &)> &open, const char *title, Command command,
                     const QVariantMap &arguments)
 {
@@ -353,6 +371,7 @@ std::vector<Operation> macroOperations()
         exportPanel(),
         delaySheetOperation(),
         eventSheetOperation(),
+        tryOperation(),
         recording("recording", "mRecordMacroDetails", false),
         recording("appended recording", "mAddMacroDetails", true),
         listMenu("gear menu of the list", [](Scene &scene) { Person::openGearMenu(scene, gear); }),
