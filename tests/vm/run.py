@@ -3,7 +3,7 @@
 """Boots Debian's kernel in an emulator, with the daemon, a bus and the driver in its memory, and runs the scenarios.
 
 Usage: run.py --bin FOLDER --driver FILE --work FOLDER [--scenarios FOLDER]
-              [--measure [--instructions] | --share K/N | SCENARIO...]
+              [--measure [--instructions] | --share K/N | SCENARIO...] [--limit SECONDS]
 Scenarios are files of the folder (tests/vm/scenarios), named without .txt; without one, all are run. --share K/N runs the Kth of N shares of all. --measure
 measures instead, by the clock of the host, or with --instructions in instructions.
 Exit codes: 0 all is well, 1 a scenario failed, 77 no kernel image or emulator is available.
@@ -30,7 +30,7 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 MODULES = ["evdev", "uinput", "hid", "uhid", "hid-generic", "hid-google-hammer"]
 SCENARIOS = os.path.join(HERE, "scenarios")
 RESTRICTED = "restricted"  # needs the permissions of the user service
-OWN_TIME_LIMIT_S = 600  # ten times the duration of a share
+OWN_TIME_LIMIT_S = 600  # ten times the duration of a share; --limit is for runs on request
 SKIPPED = 77
 REPORT = "kestra-vm: "  # the driver's output on the console
 # By the machine's clock an instruction takes 2 to the power of this many nanoseconds. A larger number makes busy
@@ -250,18 +250,18 @@ def driver_arguments(arguments, names):
     return [f"/scenarios/{name}.txt" for name in names]
 
 
-def boot(kernel, image, options):
+def boot(kernel, image, options, limit_s):
     """Yields the lines of the console until the machine is off. Ends the machine when it takes too long."""
     command = [program("qemu-system-x86_64"), *options, "-m", "768", "-smp", "1", "-display", "none", "-nodefaults",
                "-no-reboot", "-serial", "stdio", "-kernel", kernel, "-initrd", image,
                "-append", "console=ttyS0 quiet panic=-1 random.trust_cpu=on"]
     with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT) as machine:
         try:
-            with owntime.OwnTimeLimit(machine, OWN_TIME_LIMIT_S) as limit:
+            with owntime.OwnTimeLimit(machine, limit_s) as limit:
                 for line in machine.stdout:
                     yield line.decode("utf-8", "replace").rstrip()
             if limit.is_over:
-                yield REPORT + f"ended: it had {OWN_TIME_LIMIT_S} s for itself"
+                yield REPORT + f"ended: it had {limit_s} s for itself"
         finally:
             machine.kill()
 
@@ -326,6 +326,8 @@ def parse_arguments():
     parser.add_argument("--measure", action="store_true")
     parser.add_argument("--instructions", action="store_true")
     parser.add_argument("--share", type=shares.parse_share, metavar="K/N")
+    parser.add_argument("--limit", type=int, default=OWN_TIME_LIMIT_S, metavar="SECONDS",
+                        help="of the machine's own time (owntime.py); %(default)s when not given")
     parser.add_argument("scenarios", nargs="*")
     arguments = parser.parse_args()
     if arguments.measure + bool(arguments.share) + bool(arguments.scenarios) > 1:
@@ -354,7 +356,7 @@ def main():
     start = time.monotonic()
     try:
         with open(log_path, "w", encoding="utf-8") as log:
-            found = reports(boot(kernel, image, options), log)
+            found = reports(boot(kernel, image, options, arguments.limit), log)
     finally:
         os.remove(image)  # it is large
     used = resource.getrusage(resource.RUSAGE_CHILDREN)

@@ -7,6 +7,7 @@
 #include <libevdev/libevdev-uinput.h>
 #include <libevdev/libevdev.h>
 #include <poll.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,13 +30,16 @@ void passOn(int keyboard, int output)
 }
 
 /// The process: its event device has the keys of the keyboard.
-[[noreturn]] void runPassThrough(int keyboard)
+[[noreturn]] void runPassThrough(int keyboard, const std::string &name, PassThrough::Priority priority)
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const sched_param parameter = {.sched_priority = 5}; // as in daemon/keyboards/linux/realtime.cpp
+    if (priority == PassThrough::Priority::realTime && ::sched_setscheduler(0, SCHED_FIFO, &parameter) != 0)
+        ::_exit(1);
     libevdev *device = nullptr;
     libevdev_uinput *output = nullptr;
     if (libevdev_new_from_fd(keyboard, &device) == 0) {
-        libevdev_set_name(device, PassThrough::name);
+        libevdev_set_name(device, name.c_str());
         if (libevdev_uinput_create_from_device(device, LIBEVDEV_UINPUT_OPEN_MANAGED, &output) == 0)
             passOn(keyboard, libevdev_uinput_get_fd(output));
     }
@@ -44,14 +48,14 @@ void passOn(int keyboard, int output)
 
 } // namespace
 
-PassThrough::PassThrough(const std::string &keyboard)
+PassThrough::PassThrough(const std::string &keyboard, const std::string &output, Priority priority)
 {
     const EventNode node = EventNode::open(keyboard, true); // the grab stays with the process
     mId = ::fork();
     if (mId < 0)
         throw Failure("no process");
     if (mId == 0)
-        runPassThrough(node.descriptor());
+        runPassThrough(node.descriptor(), output, priority);
 }
 
 PassThrough::~PassThrough()

@@ -7,14 +7,17 @@
 
 #include <sys/types.h>
 
-/// A separate process that ends with this object. It grabs the keyboard; the desktop sees the events of `name`.
+/// A separate process that ends with this object. It grabs the keyboard; the desktop sees the events of `output`.
 class PassThrough
 {
 public:
-    static constexpr const char *name = "Pass-through output"; // of the event device
+    enum class Priority {
+        ordinary,
+        realTime ///< that of the daemon's key thread
+    };
 
-    /// `keyboard`: the name of its event device. Throws Failure when the device cannot be opened.
-    explicit PassThrough(const std::string &keyboard);
+    /// `keyboard` and `output`: the names of the event devices. Throws Failure when the keyboard cannot be opened.
+    PassThrough(const std::string &keyboard, const std::string &output, Priority priority = Priority::ordinary);
     ~PassThrough();
     PassThrough(const PassThrough &) = delete;
     PassThrough &operator=(const PassThrough &) = delete;
