@@ -44,7 +44,7 @@
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Drücken Sie die Taste für dieses Ereignis:</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Drücken Sie auf „%@“ die Taste für dieses Ereignis:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Makro „%@“ löschen?</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Tasten, die dieses Makro abspielen, erhalten wieder ihre Standardfunktion. Dies kann nicht rückgängig gemacht werden.</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Tasten, die dieses Makro abspielen, erhalten wieder ihre Standardfunktion. Sie können dies rückgängig machen.</translation></message>
     <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>Duplizieren</translation></message>
     <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>Makros suchen</translation></message>
     <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>Gefundene Makros: %@</translation></message>

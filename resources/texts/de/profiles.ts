@@ -22,9 +22,9 @@
     <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Zuordnung aufheben</translation></message>
     <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Standard wiederherstellen …</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Profil „%@“ löschen?</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Tastenbelegung und Beleuchtung des Profils gehen verloren. Dies kann nicht rückgängig gemacht werden.</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Tastenbelegung und Beleuchtung des Profils werden mit ihm gelöscht. Sie können dies rückgängig machen.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Profil „%@“ auf die Standardeinstellungen zurücksetzen?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Das Profil behält seinen Namen. Ihre Tasten, die Beleuchtung und alles andere werden auf den Standard zurückgesetzt. Dies kann nicht rückgängig gemacht werden.</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Das Profil behält seinen Namen. Ihre Tasten, die Beleuchtung und alles andere werden auf den Standard zurückgesetzt. Sie können dies rückgängig machen.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Profil importieren</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Profil exportieren</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profile (%@)</translation></message>

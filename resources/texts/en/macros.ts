@@ -44,7 +44,7 @@
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Press the key for this event:</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Press the key for this event on “%@”:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Delete the macro “%@”?</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Keys that play this macro return to their default function. This cannot be undone.</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Keys that play this macro return to their default function. You can undo this.</translation></message>
     <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>Duplicate</translation></message>
     <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>Search macros</translation></message>
     <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>Macros found: %@</translation></message>

@@ -22,9 +22,9 @@
     <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Remove application</translation></message>
     <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Restore defaults…</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Delete the profile “%@”?</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Its key assignments and lighting are lost. This cannot be undone.</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Its key assignments and lighting are deleted with it. You can undo this.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Restore the profile “%@” to its default settings?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>The profile keeps its name. Your keys, the lighting and everything else return to their defaults. This cannot be undone.</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>The profile keeps its name. Your keys, the lighting and everything else return to their defaults. You can undo this.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Import profile</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Export profile</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profiles (%@)</translation></message>

@@ -44,7 +44,7 @@
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Pulse la tecla de este evento:</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Pulse en «%@» la tecla de este evento:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>¿Eliminar la macro «%@»?</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Las teclas que reproducen esta macro recuperarán su función predeterminada. Esta acción no se puede deshacer.</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Las teclas que reproducen esta macro recuperarán su función predeterminada. Podrá deshacer esta acción.</translation></message>
     <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>Duplicar</translation></message>
     <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>Buscar macros</translation></message>
     <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>Macros encontradas: %@</translation></message>

@@ -22,9 +22,9 @@
     <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Quitar asignación</translation></message>
     <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Restablecer…</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>¿Eliminar el perfil «%@»?</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Se perderán sus asignaciones de teclas y su iluminación. Esta acción no se puede deshacer.</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Se eliminarán también sus asignaciones de teclas y su iluminación. Podrá deshacer esta acción.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>¿Restablecer los ajustes predeterminados del perfil «%@»?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>El perfil conservará su nombre. Sus teclas, la iluminación y todo lo demás volverán a sus valores predeterminados. Esta acción no se puede deshacer.</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>El perfil conservará su nombre. Sus teclas, la iluminación y todo lo demás volverán a sus valores predeterminados. Podrá deshacer esta acción.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Importar perfil</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Exportar perfil</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Perfiles (%@)</translation></message>

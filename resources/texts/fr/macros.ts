@@ -44,7 +44,7 @@
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>Appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>Sur « %@ », appuyez sur la touche de cet événement :</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>Supprimer la macro « %@ » ?</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Les touches qui exécutent cette macro retrouvent leur fonction par défaut. Cette action est irréversible.</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>Les touches qui exécutent cette macro retrouvent leur fonction par défaut. Vous pourrez annuler cette action.</translation></message>
     <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>Dupliquer</translation></message>
     <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>Rechercher une macro</translation></message>
     <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>Macros trouvées : %@</translation></message>

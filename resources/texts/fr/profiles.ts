@@ -22,9 +22,9 @@
     <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>Dissocier l’application</translation></message>
     <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>Réinitialiser…</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>Supprimer le profil « %@ » ?</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Les fonctions de ses touches et son éclairage seront perdus. Cette action est irréversible.</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>Les fonctions de ses touches et son éclairage seront supprimés avec lui. Vous pourrez annuler cette action.</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>Rétablir les réglages par défaut du profil « %@ » ?</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Le profil conserve son nom. Vos touches, l’éclairage et tout le reste reviennent à leurs réglages par défaut. Cette action est irréversible.</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>Le profil conserve son nom. Vos touches, l’éclairage et tout le reste reviennent à leurs réglages par défaut. Vous pourrez annuler cette action.</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>Importer un profil</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>Exporter le profil</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>Profils (%@)</translation></message>

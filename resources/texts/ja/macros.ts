@@ -44,7 +44,7 @@
     <message id="lkeyEnterMacroEvent"><source>lkeyEnterMacroEvent</source><translation>このイベントのキーを押してください:</translation></message>
     <message id="lkeyEnterMacroEventOn"><source>lkeyEnterMacroEventOn</source><translation>このイベントのキーを「%@」で押してください:</translation></message>
     <message id="lkeyDeleteMacroAlertTitle"><source>lkeyDeleteMacroAlertTitle</source><translation>マクロ「%@」を削除しますか？</translation></message>
-    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>このマクロを再生するキーは、デフォルトの機能に戻ります。この操作は取り消せません。</translation></message>
+    <message id="lkeyDeleteMacroAlertDesc"><source>lkeyDeleteMacroAlertDesc</source><translation>このマクロを再生するキーは、デフォルトの機能に戻ります。この操作は後で取り消せます。</translation></message>
     <message id="lkeyDuplicateMacro"><source>lkeyDuplicateMacro</source><translation>複製</translation></message>
     <message id="lkeyMacroSearch"><source>lkeyMacroSearch</source><translation>マクロを検索</translation></message>
     <message id="lkeyMacroSearchResult"><source>lkeyMacroSearchResult</source><translation>見つかったマクロ: %@</translation></message>

@@ -22,9 +22,9 @@
     <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>割り当てを解除</translation></message>
     <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>デフォルトに戻す…</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>プロファイル「%@」を削除しますか？</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>キーの割り当てとライティングの設定が失われます。この操作は取り消せません。</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>キーの割り当てとライティングの設定も削除されます。この操作は後で取り消せます。</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>プロファイル「%@」をデフォルトの設定に戻しますか？</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>プロファイルの名前は残ります。あなたのキーの割り当て、ライティング、その他の設定は、すべてデフォルトに戻ります。この操作は取り消せません。</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>プロファイルの名前は残ります。あなたのキーの割り当て、ライティング、その他の設定は、すべてデフォルトに戻ります。この操作は後で取り消せます。</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>プロファイルを読み込む</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>プロファイルを書き出す</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>プロファイル (%@)</translation></message>

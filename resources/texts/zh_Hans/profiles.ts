@@ -22,9 +22,9 @@
     <message id="lkeyRemoveApplication"><source>lkeyRemoveApplication</source><translation>取消关联</translation></message>
     <message id="lkeyRestoreDefault"><source>lkeyRestoreDefault</source><translation>恢复默认设置…</translation></message>
     <message id="lkeyDeleteProfileAlertTitle"><source>lkeyDeleteProfileAlertTitle</source><translation>删除配置文件“%@”？</translation></message>
-    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>此配置文件的按键功能和灯光设置将丢失。此操作无法撤销。</translation></message>
+    <message id="lkeyDeleteProfileAlertDesc"><source>lkeyDeleteProfileAlertDesc</source><translation>此配置文件的按键功能和灯光设置也将一并删除。此操作可以撤销。</translation></message>
     <message id="lkeyRestoreDefaultTitle"><source>lkeyRestoreDefaultTitle</source><translation>将配置文件“%@”恢复为默认设置？</translation></message>
-    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>配置文件的名称会保留，您的按键、灯光和其他设置都将恢复为默认值。此操作无法撤销。</translation></message>
+    <message id="lkeyRestoreDefaultDesc"><source>lkeyRestoreDefaultDesc</source><translation>配置文件的名称会保留，您的按键、灯光和其他设置都将恢复为默认值。此操作可以撤销。</translation></message>
     <message id="lkeyImportProfile"><source>lkeyImportProfile</source><translation>导入配置文件</translation></message>
     <message id="lkeyExportProfile"><source>lkeyExportProfile</source><translation>导出配置文件</translation></message>
     <message id="lkeyProfileFiles"><source>lkeyProfileFiles</source><translation>配置文件 (%@)</translation></message>
