@@ -2,6 +2,7 @@
 #include "app/application.h"
 
 #include "app/afterpainting.h"
+#include "app/fileopener.h"
 #include "app/keyboard_configuratorappdelegate.h"
 #include "app/keyboardmaincontroller.h"
 #include "app/mainwindow.h"
@@ -41,7 +42,7 @@ Launch parseCommandLine(const QGuiApplication &application)
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({restored, background, withoutNotice});
-    parser.addPositionalArgument(u"file"_s, localizedText("lkeyArgumentFile"), u"[file]"_s);
+    parser.addPositionalArgument(u"file"_s, localizedText("lkeyArgumentFile"), u"[file…]"_s);
     parser.process(application);
     return {parser.isSet(restored) || application.isSessionRestored(), parser.isSet(background),
             parser.isSet(withoutNotice), parser.positionalArguments()};
@@ -157,6 +158,9 @@ int runWindow(const SingleInstance &instance, const Launch &launch)
     delegate.applicationWillFinishLaunching(userInfo);
     showOnActivation(instance, window);
     window.show();
+    FileOpener opener(controller, window);
+    QObject::connect(&instance, &SingleInstance::openingRequested, &opener, &FileOpener::open);
+    opener.open(launch.files);
     // After the window is shown: the delegate puts a sheet into it, and opens the keyboard once it is painted.
     delegate.applicationDidFinishLaunching(userInfo);
     return QApplication::exec();
@@ -202,7 +206,14 @@ int runConfigurator(int argc, char *argv[])
     const SingleInstance instance(DaemonProtocol::configuratorIdentifier);
     if (instance.isAnotherRunning()) {
         // Two instances would take each other's replies from the one reply port.
-        instance.activateOther();
+        QStringList paths; // this process knows the folder that a path starts from
+        for (const QString &argument : launch.files)
+            paths += pathOfArgument(argument);
+        paths.removeAll(QString());
+        if (paths.isEmpty())
+            instance.activateOther();
+        else
+            instance.openInOther(paths);
         return 0;
     }
     return runWindow(instance, launch);

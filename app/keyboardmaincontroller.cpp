@@ -298,6 +298,7 @@ void KeyboardMainController::setControlsState(bool enabled)
         mHistory->setControlsState(enabled);
     });
     showStatus();
+    Q_EMIT controlsStateChanged();
 }
 
 void KeyboardMainController::updateProfilesControlState(bool enabled)

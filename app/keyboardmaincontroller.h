@@ -83,6 +83,10 @@ public:
     int devicePID() const { return mDevicePID; }
     bool isWiredDevice() const { return mIsWiredDevice; }
     QString firmwareVersionString() const;
+    /// Whether initializeDevice() has had its reply, or none.
+    [[nodiscard]] bool isOpened() const { return mIsOpened; }
+    /// The latest argument of setControlsState(): whether there is a keyboard to change.
+    [[nodiscard]] bool areControlsOn() const { return mAreControlsOn; }
 
     // Life cycle
     void setOutlets(const MainWindowOutlets &outlets);
@@ -195,12 +199,16 @@ public:
     /// KeysDelegate, MacroDelegate and ProfileDelegate: shows the event in the status line.
     void report(const StatusReport &event) override { mStatus.report(event); }
 
+    /// Sends command 5 so that the active profile stays active.
+    void addInactiveProfile(const QVariantMap &profile);
     /// Sends command 6 with the given keys of the profile at `profileID`; a negative index is sent as 0.
     void updateProfileWithIDAndSettings(int profileID, const QVariantMap &settings);
 
 Q_SIGNALS:
     /// initializeDevice() has finished, with or without a keyboard.
     void deviceInitialized();
+    /// areControlsOn() may have changed.
+    void controlsStateChanged();
 
 private:
     using NotificationHandler = void (KeyboardMainController::*)(const DistributedNotification &);

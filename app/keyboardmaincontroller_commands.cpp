@@ -183,6 +183,12 @@ void KeyboardMainController::addNewProfileWithSettings(const QVariantMap &profil
     applyReturnedDocument(replyTo(Command::addProfile, DaemonCommands::addProfile(mDevicePID, replyPortName, profile)));
 }
 
+void KeyboardMainController::addInactiveProfile(const QVariantMap &profile)
+{
+    applyReturnedDocument(
+        replyTo(Command::addProfile, DaemonCommands::addInactiveProfile(mDevicePID, replyPortName, profile)));
+}
+
 void KeyboardMainController::updateProfileWithIDAndSettings(int profileID, const QVariantMap &settings)
 {
     applyReturnedDocument(

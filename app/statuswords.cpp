@@ -108,6 +108,10 @@ const char *keyOf(Event event)
     case Event::notRestored: return "lkeyHistoryNotRestored";
     case Event::historyCleared: return "lkeyHistoryCleared";
     case Event::historyNotCleared: return "lkeyHistoryNotCleared";
+    case Event::fileWaits: return "lkeyStatusFileWaits";
+    case Event::fileAdded: return "lkeyStatusFileAdded";
+    case Event::notAddable: return "lkeyStatusNotAddable";
+    case Event::fileRefused: return "lkeyStatusFileRefused";
     case Event::settingsProblem: break;
     }
     return "lkeyStatusSettingsProblem";
@@ -119,6 +123,7 @@ QStringList argumentsOf(const StatusReport &report)
     case Event::refused:
     case Event::recordingNotStored:
     case Event::cleanUpRefused: return {reasonOf(report.number)};
+    case Event::fileRefused: return {report.subject, reasonOf(report.number)};
     case Event::lateReply: return {QString::number(report.number)};
     case Event::notUndone:
     case Event::notRedone:

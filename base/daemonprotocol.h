@@ -62,6 +62,7 @@ inline constexpr Key responsePortName{"ResponseMsgPortName"};
 inline constexpr Key isDeviceWired{"IsDeviceWired"};
 inline constexpr Key defaultPlistPath{"DefaultQlPlistPath"};
 inline constexpr Key deviceSettingsDictionary{"DeviceSettingsDictionary"};
+inline constexpr Key keepsActiveProfile{"KeepActiveProfile"};
 inline constexpr Key profileId{"ProfileID"};
 inline constexpr Key allProfiles{"AllProfiles"};
 inline constexpr Key macroId{"macroID"};

@@ -31,6 +31,10 @@ struct StatusReport
         notRestored,           ///< as notUndone
         historyCleared,        ///< the history and the backups are deleted
         historyNotCleared,     ///< the reason is that of notUndone
+        fileWaits,             ///< a file that the user has opened; the subject is its name
+        fileAdded,             ///< as fileWaits
+        notAddable,            ///< as fileWaits: neither a profile nor a macro
+        fileRefused,           ///< as fileWaits; the number is the Status with the reason
         settingsProblem,       ///< of the daemon's settings files; the subject has the daemon's sentences
     };
 

@@ -41,6 +41,11 @@ QVariantMap DaemonCommands::addProfile(int product, const QString &replyPort, co
     return request(product, replyPort, {{P::deviceSettingsDictionary, profile}});
 }
 
+QVariantMap DaemonCommands::addInactiveProfile(int product, const QString &replyPort, const QVariantMap &profile)
+{
+    return request(product, replyPort, {{P::deviceSettingsDictionary, profile}, {P::keepsActiveProfile, true}});
+}
+
 QVariantMap DaemonCommands::updateProfile(int product, const QString &replyPort, int profileIndex,
                                           const QVariantMap &settings)
 {

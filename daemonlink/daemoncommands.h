@@ -14,6 +14,8 @@ namespace DaemonCommands {
 QVariantMap openDevice(const QString &replyPort, const QString &factoryDocumentPath);
 QVariantMap readSettings(int product, const QString &replyPort);
 QVariantMap addProfile(int product, const QString &replyPort, const QVariantMap &profile);
+/// The active profile stays active.
+QVariantMap addInactiveProfile(int product, const QString &replyPort, const QVariantMap &profile);
 /// Sends a negative index as 0.
 QVariantMap updateProfile(int product, const QString &replyPort, int profileIndex, const QVariantMap &settings);
 QVariantMap replaceAllProfiles(int product, const QString &replyPort, const QVariantList &profiles);

@@ -11,6 +11,11 @@ QVariantMap MacroFile::exportedRecord(QVariantMap record)
     return record;
 }
 
+bool MacroFile::holdsMacro(const QVariantMap &record)
+{
+    return !MacroRecord::name(record).isEmpty() || MacroRecord::sequence(record).typeId() == QMetaType::QVariantMap;
+}
+
 QVariantMap MacroFile::importedRecord(QVariantMap record, const QVariantList &macros)
 {
     const QString name = MacroRecord::name(record);

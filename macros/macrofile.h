@@ -18,6 +18,9 @@ inline constexpr QLatin1StringView untitledName{"Untitled Macro"};
 /// Returns the file content for the macro `record`: all of it except its identifier, which belongs to the daemon.
 [[nodiscard]] QVariantMap exportedRecord(QVariantMap record);
 
+/// True if `record` is that of a macro: it has a name of a macro, or a sequence. A record of a profile has neither.
+[[nodiscard]] bool holdsMacro(const QVariantMap &record);
+
 /// Returns the record to add to `macros` (array of macro records) for a file that holds `record`. Makes the name
 /// unique; the untitled name replaces one that is absent or not text. The daemon judges everything else.
 [[nodiscard]] QVariantMap importedRecord(QVariantMap record, const QVariantList &macros);

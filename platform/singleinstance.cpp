@@ -5,6 +5,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -27,10 +28,23 @@ SingleInstance::~SingleInstance()
 
 void SingleInstance::activateOther() const
 {
+    callOther(u"Activate"_s, {QVariantMap()});
+}
+
+void SingleInstance::openInOther(const QStringList &paths) const
+{
+    QStringList uris;
+    for (const QString &path : paths)
+        uris += QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
+    callOther(u"Open"_s, {uris, QVariantMap()});
+}
+
+void SingleInstance::callOther(const QString &method, const QVariantList &arguments) const
+{
     QDBusMessage message =
-        QDBusMessage::createMethodCall(mName, objectPath(), u"org.freedesktop.Application"_s, u"Activate"_s);
+        QDBusMessage::createMethodCall(mName, objectPath(), u"org.freedesktop.Application"_s, method);
     message.setAutoStartService(false);
-    message << QVariantMap();
+    message.setArguments(arguments);
     // Waits for the bus to accept the message, because the caller is about to end. The other instance may be busy for
     // longer.
     constexpr int answerLimitMs = 1000;
@@ -40,6 +54,12 @@ void SingleInstance::activateOther() const
 void SingleInstance::Activate(const QVariantMap &)
 {
     Q_EMIT activationRequested();
+}
+
+void SingleInstance::Open(const QStringList &uris, const QVariantMap &)
+{
+    Q_EMIT activationRequested();
+    Q_EMIT openingRequested(uris);
 }
 
 QString SingleInstance::objectPath() const

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Limits a program to one instance per session. The instance owns a bus name; a second one asks it to come to the
-// front.
+// front, or to open the files of its command line.
 #pragma once
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
-/// Serves Activate(a{sv}) of org.freedesktop.Application at the object path derived from the name. Main thread only.
+/// Serves Activate(a{sv}) and Open(as, a{sv}) of org.freedesktop.Application at the object path derived from the name.
+/// Main thread only.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -21,14 +23,20 @@ public:
     [[nodiscard]] bool isAnotherRunning() const { return mIsAnotherRunning; }
     /// Asks the other instance to come to the front and waits at most one second for its answer.
     void activateOther() const;
+    /// Asks the other instance to open the local files at `paths`, which are absolute. Waits as activateOther().
+    void openInOther(const QStringList &paths) const;
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
+    Q_SCRIPTABLE void Open(const QStringList &uris, const QVariantMap &platformData);
 
 Q_SIGNALS:
     void activationRequested();
+    /// Addresses from another program, unchecked. Comes after activationRequested().
+    void openingRequested(const QStringList &uris);
 
 private:
+    void callOther(const QString &method, const QVariantList &arguments) const;
     [[nodiscard]] QString objectPath() const;
 
     QString mName;

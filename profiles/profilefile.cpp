@@ -5,6 +5,11 @@
 #include "base/settingskeys.h"
 #include "base/uniquename.h"
 
+bool ProfileFile::holdsProfile(const QVariantMap &record)
+{
+    return ProfileRecord::givenName(record) || ProfileRecord::ownKeys(record);
+}
+
 QVariantMap ProfileFile::importedRecord(QVariantMap record, const QVariantList &profiles)
 {
     const QString name = ProfileRecord::givenName(record).value_or(QString());

@@ -16,6 +16,9 @@ inline constexpr QLatin1StringView suffix{"KestraProfile"};
 /// interface.
 inline constexpr QLatin1StringView untitledName{"Untitled Profile"};
 
+/// True if `record` is that of a profile: it has a name of a profile, or keys. A record of a macro has neither.
+[[nodiscard]] bool holdsProfile(const QVariantMap &record);
+
 /// Returns the record to add to `profiles` (array of profile records) for a file that holds `record`. Makes the name
 /// unique; the untitled name replaces one that is absent or not text. The daemon judges everything else.
 [[nodiscard]] QVariantMap importedRecord(QVariantMap record, const QVariantList &profiles);

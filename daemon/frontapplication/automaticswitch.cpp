@@ -50,6 +50,9 @@ QVariantMap AutomaticSwitch::afterCommand(Command command, const QVariantMap &re
 {
     switch (command) {
     case Command::addProfile:
+        if (!RequestReader::flag(request, DaemonProtocol::keepsActiveProfile).value_or(false))
+            profileChosen();
+        return after;
     case Command::switchProfile: profileChosen(); return after;
     case Command::deleteProfile:
         return afterDeletion(RequestReader::number(request, DaemonProtocol::profileId).value_or(-1), before, after);

@@ -58,9 +58,12 @@ CommandOutcome addProfile(const QVariantMap &document, const QVariantMap &reques
     if (list.size() >= maximumProfiles)
         return failure(document, Status::limitReached);
     list += TextNumbers::readInProfile(*settings);
+    const QVariantMap longer = withProfiles(document, list);
+    if (RequestReader::flag(request, DaemonProtocol::keepsActiveProfile).value_or(false))
+        return change(document, longer);
     // The new profile becomes active, because a client that adds a profile selects its row. The client shows the active
     // profile and writes to the selected row. If these differed, it would copy the keys of one profile into another.
-    return change(document, withActiveProfile(withProfiles(document, list), static_cast<int>(list.size()) - 1));
+    return change(document, withActiveProfile(longer, static_cast<int>(list.size()) - 1));
 }
 
 CommandOutcome updateProfile(const QVariantMap &document, const QVariantMap &request)

@@ -7,6 +7,7 @@
 #include "platform/colorwell.h"
 #include "platform/filepanels.h"
 #include "platform/pulldownbutton.h"
+#include "platform/singleinstance.h"
 #include "platform/tableview.h"
 #include "profiles/profilecommands.h"
 #include "tests/app/hubfixture.h"
@@ -19,9 +20,11 @@
 #include <QDirIterator>
 #include <QProcess>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
+#include <QUrl>
 #include <QWindow>
 
 #include <cstdio>
@@ -169,6 +172,8 @@ private Q_SLOTS:
     void appearsBeforeItSendsARequest_data();
     void appearsBeforeItSendsARequest();
     void programContinuesAndQuitsAfterLargeNotifications();
+    void secondStartHandsItsFilesOver_data();
+    void secondStartHandsItsFilesOver();
 
 private:
     /// Starts this test as the program, for a user without any files.
@@ -333,6 +338,40 @@ void ApplicationTest::programContinuesAndQuitsAfterLargeNotifications()
     QVERIFY(mProgram->waitForFinished(limitMs));
     QCOMPARE(mProgram->exitStatus(), QProcess::NormalExit);
     QCOMPARE(daemon.count(Command::releaseDevice), 1);
+}
+
+void ApplicationTest::secondStartHandsItsFilesOver_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QStringList>("paths");
+    QTest::newRow("none") << QStringList() << QStringList();
+    QTest::newRow("path from the folder of the caller, and address")
+        << QStringList{u"a b.KestraProfile"_s, u"file:///tmp/c%20d.KestraMacro"_s}
+        << QStringList{u"runtime/a b.KestraProfile"_s, u"/tmp/c d.KestraMacro"_s};
+    QTest::newRow("address elsewhere") << QStringList{u"https://example.org/x.KestraProfile"_s} << QStringList();
+}
+
+void ApplicationTest::secondStartHandsItsFilesOver()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QStringList, paths);
+    const SingleInstance first(DaemonProtocol::configuratorIdentifier);
+    QVERIFY(!first.isAnotherRunning());
+    QSignalSpy activations(&first, &SingleInstance::activationRequested);
+    QSignalSpy openings(&first, &SingleInstance::openingRequested);
+    mProgram->setWorkingDirectory(mFolder->filePath(u"runtime"_s));
+    start({}, arguments);
+    QTRY_COMPARE_WITH_TIMEOUT(mProgram->state(), QProcess::NotRunning, limitMs);
+    QCOMPARE(mProgram->exitCode(), 0);
+    QCOMPARE(activations.size(), 1);
+    QStringList handedOver;
+    for (const QList<QVariant> &opening : openings) {
+        for (const QString &address : opening.first().toStringList())
+            handedOver += QUrl(address).toLocalFile();
+    }
+    for (QString &path : paths)
+        path = QFileInfo(path).isAbsolute() ? path : mFolder->filePath(path);
+    QCOMPARE(handedOver, paths);
 }
 
 int main(int argc, char *argv[])

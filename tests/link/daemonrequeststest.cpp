@@ -67,6 +67,9 @@ void DaemonRequestsTest::hasExactlyTheseEntries_data()
     QTest::newRow("4") << C::readSettings(product, port) << u"{%1}"_s.arg(common);
     QTest::newRow("5") << C::addProfile(product, port, nested)
                        << u"{DeviceSettingsDictionary: %1, %2}"_s.arg(nestedText, common);
+    QTest::newRow("5, not activated") << C::addInactiveProfile(product, port, nested)
+                                      << u"{DeviceSettingsDictionary: %1, KeepActiveProfile: bool true, %2}"_s.arg(
+                                             nestedText, common);
     QTest::newRow("6") << C::updateProfile(product, port, 3, nested)
                        << u"{DeviceSettingsDictionary: %1, ProductID: int 271, ProfileID: int 3, "
                           "ResponseMsgPortName: QString KeyboardConfiguratorReplyPort}"_s.arg(nestedText);

@@ -44,7 +44,7 @@
     <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>In einer wiederhergestellten Sitzung starten und auf den Tastaturdienst warten.</translation></message>
     <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Bei der Anmeldung starten und auf den Tastaturdienst warten.</translation></message>
     <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Die Tastatur sofort öffnen, ohne den Hinweis auf die Verbindung.</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Eine Makro- oder Profildatei. Der Konfigurator wartet auf den Tastaturdienst und importiert die Datei nicht.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Eine Profil- oder Makrodatei. Der Konfigurator fragt, bevor er sie hinzufügt.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Anwendung wählen</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Anwendungen (%@)</translation></message>
     <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Anwendungen suchen</translation></message>
@@ -101,5 +101,16 @@
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>Der Tastaturdienst antwortet nicht.</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Abhilfe</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Versionen und Standardeinstellungen finden Sie auf dem Reiter „Beleuchtung“.</translation></message>
+    <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Das Profil „%@“ hinzufügen?</translation></message>
+    <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>Das Makro „%@“ hinzufügen?</translation></message>
+    <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>Datei</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Es ist dieser Anwendung zugeordnet: %@.</translation></message>
+    <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>Es ist keiner Anwendung zugeordnet.</translation></message>
+    <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>Makros, die seine Tasten abspielen: %@</translation></message>
+    <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>Keine seiner Tasten startet ein Programm.</translation></message>
+    <message id="lkeyFilePrograms"><source>lkeyFilePrograms</source><translation>Seine Tasten starten diese Programme:</translation></message>
+    <message id="lkeyFileEvents"><source>lkeyFileEvents</source><translation>Ereignisse: %@</translation></message>
+    <message id="lkeyFileStays"><source>lkeyFileStays</source><translation>Das aktive Profil bleibt aktiv.</translation></message>
+    <message id="lkeyFileAdd"><source>lkeyFileAdd</source><translation>Hinzufügen</translation></message>
 </context>
 </TS>

@@ -44,7 +44,7 @@
     <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Start in a restored session and wait for the keyboard service.</translation></message>
     <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Start at login and wait for the keyboard service.</translation></message>
     <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Open the keyboard at once, without the message about the connection.</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>A macro or profile file. The configurator waits for the keyboard service and does not import the file.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>A profile or macro file. The configurator asks before it adds the file.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Choose an application</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
     <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Search applications</translation></message>
@@ -101,5 +101,16 @@
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>The keyboard service does not respond.</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Troubleshooting</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>The Lighting tab has the versions and the default settings.</translation></message>
+    <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Add the profile “%@”?</translation></message>
+    <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>Add the macro “%@”?</translation></message>
+    <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>File</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>It is assigned to the application %@.</translation></message>
+    <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>It is not assigned to an application.</translation></message>
+    <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>Macros that its keys play: %@</translation></message>
+    <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>None of its keys starts a program.</translation></message>
+    <message id="lkeyFilePrograms"><source>lkeyFilePrograms</source><translation>Its keys start these programs:</translation></message>
+    <message id="lkeyFileEvents"><source>lkeyFileEvents</source><translation>Events: %@</translation></message>
+    <message id="lkeyFileStays"><source>lkeyFileStays</source><translation>The active profile stays active.</translation></message>
+    <message id="lkeyFileAdd"><source>lkeyFileAdd</source><translation>Add</translation></message>
 </context>
 </TS>

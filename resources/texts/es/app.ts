@@ -44,7 +44,7 @@
     <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Iniciar en una sesión restaurada y esperar al servicio del teclado.</translation></message>
     <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Iniciar al comenzar la sesión y esperar al servicio del teclado.</translation></message>
     <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Abrir el teclado de inmediato, sin el mensaje de conexión.</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un archivo de macro o de perfil. El configurador espera al servicio del teclado y no importa el archivo.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un archivo de perfil o de macro. El configurador pregunta antes de añadirlo.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Elegir una aplicación</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Aplicaciones (%@)</translation></message>
     <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Buscar aplicaciones</translation></message>
@@ -101,5 +101,16 @@
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>El servicio del teclado no responde.</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Qué hacer</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Las versiones y los ajustes predeterminados están en la pestaña Iluminación.</translation></message>
+    <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>¿Añadir el perfil «%@»?</translation></message>
+    <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>¿Añadir la macro «%@»?</translation></message>
+    <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>Archivo</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Está asignado a la aplicación %@.</translation></message>
+    <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>No está asignado a ninguna aplicación.</translation></message>
+    <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>Macros que reproducen sus teclas: %@</translation></message>
+    <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>Ninguna de sus teclas abre un programa.</translation></message>
+    <message id="lkeyFilePrograms"><source>lkeyFilePrograms</source><translation>Sus teclas abren estos programas:</translation></message>
+    <message id="lkeyFileEvents"><source>lkeyFileEvents</source><translation>Eventos: %@</translation></message>
+    <message id="lkeyFileStays"><source>lkeyFileStays</source><translation>El perfil activo sigue activo.</translation></message>
+    <message id="lkeyFileAdd"><source>lkeyFileAdd</source><translation>Añadir</translation></message>
 </context>
 </TS>

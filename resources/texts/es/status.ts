@@ -50,5 +50,9 @@
     <message id="lkeyStatusReasonNothingRecorded"><source>lkeyStatusReasonNothingRecorded</source><translation>el servicio no tiene teclas grabadas</translation></message>
     <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>está ocupado</translation></message>
     <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>no acepta estos valores</translation></message>
+    <message id="lkeyStatusFileWaits"><source>lkeyStatusFileWaits</source><translation>El archivo «%@» se abrirá cuando termine el cuadro de diálogo, el nombre o la grabación en curso.</translation></message>
+    <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Se ha añadido el archivo «%@».</translation></message>
+    <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>El archivo «%@» no es ni un perfil ni una macro.</translation></message>
+    <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>No se ha añadido el archivo «%@»: %@.</translation></message>
 </context>
 </TS>

@@ -44,7 +44,7 @@
     <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>Démarrer dans une session restaurée et attendre le service du clavier.</translation></message>
     <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>Démarrer à l’ouverture de session et attendre le service du clavier.</translation></message>
     <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>Ouvrir le clavier immédiatement, sans le message de connexion.</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un fichier de macro ou de profil. Le configurateur attend le service du clavier et n’importe pas le fichier.</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>Un fichier de profil ou de macro. Le configurateur demande confirmation avant de l’ajouter.</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>Choisir une application</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>Applications (%@)</translation></message>
     <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>Rechercher une application</translation></message>
@@ -101,5 +101,16 @@
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>Le service du clavier ne répond pas.</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Que faire ?</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Les versions et les réglages par défaut se trouvent dans l’onglet Éclairage.</translation></message>
+    <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Ajouter le profil « %@ » ?</translation></message>
+    <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>Ajouter la macro « %@ » ?</translation></message>
+    <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>Fichier</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Il est associé à l’application %@.</translation></message>
+    <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>Il n’est associé à aucune application.</translation></message>
+    <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>Macros jouées par ses touches : %@</translation></message>
+    <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>Aucune de ses touches ne lance de programme.</translation></message>
+    <message id="lkeyFilePrograms"><source>lkeyFilePrograms</source><translation>Ses touches lancent ces programmes :</translation></message>
+    <message id="lkeyFileEvents"><source>lkeyFileEvents</source><translation>Événements : %@</translation></message>
+    <message id="lkeyFileStays"><source>lkeyFileStays</source><translation>Le profil actif reste actif.</translation></message>
+    <message id="lkeyFileAdd"><source>lkeyFileAdd</source><translation>Ajouter</translation></message>
 </context>
 </TS>

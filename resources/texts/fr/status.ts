@@ -50,5 +50,9 @@
     <message id="lkeyStatusReasonNothingRecorded"><source>lkeyStatusReasonNothingRecorded</source><translation>le service n’a aucune touche enregistrée</translation></message>
     <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>il est occupé</translation></message>
     <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>il n’accepte pas ces valeurs</translation></message>
+    <message id="lkeyStatusFileWaits"><source>lkeyStatusFileWaits</source><translation>Le fichier « %@ » s’ouvrira à la fin du dialogue, de la saisie du nom ou de l’enregistrement en cours.</translation></message>
+    <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Le fichier « %@ » a été ajouté.</translation></message>
+    <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>Le fichier « %@ » n’est ni un profil ni une macro.</translation></message>
+    <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>Le fichier « %@ » n’a pas été ajouté : %@.</translation></message>
 </context>
 </TS>

@@ -44,7 +44,7 @@
     <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>復元されたセッションで起動し、キーボードのサービスを待ちます。</translation></message>
     <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>ログイン時に起動し、キーボードのサービスを待ちます。</translation></message>
     <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>接続中のメッセージを表示せずに、すぐにキーボードを開きます。</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>マクロまたはプロファイルのファイル。キーボードのサービスを待ちますが、ファイルは読み込みません。</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>プロファイルまたはマクロのファイル。追加する前に確認します。</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>アプリケーションを選択</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>アプリケーション (%@)</translation></message>
     <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>アプリケーションを検索</translation></message>
@@ -101,5 +101,16 @@
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>キーボードのサービスが応答しません。</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>対処方法</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>バージョンとデフォルトの設定は「ライティング」タブにあります。</translation></message>
+    <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>プロファイル「%@」を追加しますか?</translation></message>
+    <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>マクロ「%@」を追加しますか?</translation></message>
+    <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>ファイル</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>割り当てられたアプリケーション: %@</translation></message>
+    <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>アプリケーションは割り当てられていません。</translation></message>
+    <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>キーが再生するマクロの数: %@</translation></message>
+    <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>プログラムを起動するキーはありません。</translation></message>
+    <message id="lkeyFilePrograms"><source>lkeyFilePrograms</source><translation>キーが起動するプログラム:</translation></message>
+    <message id="lkeyFileEvents"><source>lkeyFileEvents</source><translation>イベントの数: %@</translation></message>
+    <message id="lkeyFileStays"><source>lkeyFileStays</source><translation>現在のプロファイルは切り替わりません。</translation></message>
+    <message id="lkeyFileAdd"><source>lkeyFileAdd</source><translation>追加</translation></message>
 </context>
 </TS>

@@ -44,7 +44,7 @@
     <message id="lkeyOptionRestored"><source>lkeyOptionRestored</source><translation>在恢复的会话中启动，并等待键盘服务。</translation></message>
     <message id="lkeyOptionBackground"><source>lkeyOptionBackground</source><translation>登录时启动，并等待键盘服务。</translation></message>
     <message id="lkeyOptionNoLaunchNotice"><source>lkeyOptionNoLaunchNotice</source><translation>立即打开键盘，不显示连接提示。</translation></message>
-    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>宏文件或配置文件。配置工具会等待键盘服务，但不会导入该文件。</translation></message>
+    <message id="lkeyArgumentFile"><source>lkeyArgumentFile</source><translation>配置文件或宏文件。添加之前会先询问。</translation></message>
     <message id="lkeyChooseApplication"><source>lkeyChooseApplication</source><translation>选择应用程序</translation></message>
     <message id="lkeyApplicationFiles"><source>lkeyApplicationFiles</source><translation>应用程序 (%@)</translation></message>
     <message id="lkeyApplicationSearch"><source>lkeyApplicationSearch</source><translation>搜索应用程序</translation></message>
@@ -101,5 +101,16 @@
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>键盘服务没有响应。</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>解决方法</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>版本信息和默认设置位于“灯光”标签页。</translation></message>
+    <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>要添加配置文件“%@”吗？</translation></message>
+    <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>要添加宏“%@”吗？</translation></message>
+    <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>文件</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>它已分配给应用程序：%@。</translation></message>
+    <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>它未分配给任何应用程序。</translation></message>
+    <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>其按键播放的宏的数量：%@</translation></message>
+    <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>没有按键启动程序。</translation></message>
+    <message id="lkeyFilePrograms"><source>lkeyFilePrograms</source><translation>其按键启动以下程序：</translation></message>
+    <message id="lkeyFileEvents"><source>lkeyFileEvents</source><translation>事件数量：%@</translation></message>
+    <message id="lkeyFileStays"><source>lkeyFileStays</source><translation>当前配置文件保持不变。</translation></message>
+    <message id="lkeyFileAdd"><source>lkeyFileAdd</source><translation>添加</translation></message>
 </context>
 </TS>

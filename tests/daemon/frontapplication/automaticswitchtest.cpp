@@ -52,8 +52,8 @@ private Q_SLOTS:
 
 private:
     /// "a" "b" "x" "-": that application ("-": none) comes to the front; "=NAME": the profile is chosen; "+NAME": it is
-    /// added; "!NAME": it is deleted; "NAME~": it is renamed; "NAME>x": it is bound to x ("NAME>": to nothing); "0":
-    /// all but the first profile are replaced by none.
+    /// added; "_NAME": it is added, but not activated; "!NAME": it is deleted; "NAME~": it is renamed; "NAME>x": it is
+    /// bound to x ("NAME>": to nothing); "0": all but the first profile are replaced by none.
     void act(const QString &word);
     void obey(Command command, const QVariantMap &request);
     int indexOf(const QString &name) const;
@@ -94,6 +94,8 @@ void AutomaticSwitchTest::act(const QString &word)
         obey(Command::switchProfile, {{u"ProfileID"_s, indexOf(rest)}});
     } else if (word.startsWith(u'+')) {
         obey(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(rest, {})}});
+    } else if (word.startsWith(u'_')) {
+        obey(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(rest, {})}, {u"KeepActiveProfile"_s, true}});
     } else if (word.startsWith(u'!')) {
         obey(Command::deleteProfile, {{u"ProfileID"_s, indexOf(rest)}});
     } else if (word.endsWith(u'~')) {
@@ -135,6 +137,8 @@ void AutomaticSwitchTest::storyEndsWithTheRightProfiles_data()
     row("chosen meanwhile is the new before", u"a =Q x"_s, u"Q"_s, u"Q"_s);
     row("chosen meanwhile, another bound", u"a =Q b"_s, u"B"_s, u"Q"_s);
     row("chosen meanwhile, back to the application", u"a =Q b a"_s, u"A"_s, u"Q"_s);
+    row("added without activation", u"_N"_s, u"P"_s, u"P"_s);
+    row("added without activation, then left", u"a _N x"_s, u"P"_s, u"P"_s);
     row("chosen what is active already", u"a =A"_s, u"A"_s, u"A"_s);
     row("chosen what is active already, then left", u"a =A x"_s, u"A"_s, u"A"_s);
     row("chosen is the bound one", u"=A a x"_s, u"A"_s, u"A"_s);

@@ -76,6 +76,7 @@ class DocumentCommandsTest : public QObject
 private Q_SLOTS:
     void readSettingsReturnsTheDocument();
     void addedProfileIsLastAndActive();
+    void addedProfileCanLeaveTheActiveOneActive();
     void addedRecordsGetNumbersInsteadOfTexts();
     void twentyProfilesAreTheLimit();
     void updateMergesTheGivenKeys();
@@ -121,6 +122,18 @@ void DocumentCommandsTest::addedProfileIsLastAndActive()
     QCOMPARE(outcome.status, Status::ok);
     QCOMPARE(profileNames(outcome.document), QStringList({u"A"_s, u"B"_s, u"C"_s, u"New"_s}));
     QCOMPARE(Document(outcome.document).activeProfileIndex(), 3);
+}
+
+void DocumentCommandsTest::addedProfileCanLeaveTheActiveOneActive()
+{
+    const int active = Document(sample()).activeProfileIndex();
+    for (const bool keepsActive : {false, true}) {
+        const CommandOutcome outcome = apply(Command::addProfile, {{u"DeviceSettingsDictionary"_s, profile(u"New"_s)},
+                                                                   {u"KeepActiveProfile"_s, keepsActive}});
+        QCOMPARE(outcome.status, Status::ok);
+        QCOMPARE(profileNames(outcome.document), QStringList({u"A"_s, u"B"_s, u"C"_s, u"New"_s}));
+        QCOMPARE(Document(outcome.document).activeProfileIndex(), keepsActive ? active : 3);
+    }
 }
 
 void DocumentCommandsTest::addedRecordsGetNumbersInsteadOfTexts()

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+#include "app/fileopener.h"
+
+#include "app/fileopenersheet.h"
+#include "app/keyboardmaincontroller.h"
+#include "base/profilerecord.h"
+#include "base/status.h"
+#include "keys/keyboardkeyscontroller.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "macros/macrofile.h"
+#include "macros/macrorecord.h"
+#include "platform/tableview.h"
+#include "profiles/keyboardprofilescontroller.h"
+#include "profiles/profilecommands.h"
+#include "profiles/profilefile.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using Event = StatusReport::Event;
+
+namespace {
+
+constexpr std::chrono::milliseconds retryInterval{200};
+
+QString fileName(const QString &path)
+{
+    return QFileInfo(path).fileName();
+}
+
+} // namespace
+
+FileOpener::FileOpener(KeyboardMainController &hub, QWidget &window) : mHub(hub), mWindow(window)
+{
+    mRetry.setInterval(retryInterval);
+    connect(&mRetry, &QTimer::timeout, this, &FileOpener::askNext);
+    connect(&mHub, &KeyboardMainController::deviceInitialized, this, &FileOpener::askNext);
+    connect(&mHub, &KeyboardMainController::controlsStateChanged, this, &FileOpener::controlsStateChanged);
+}
+
+void FileOpener::open(const QStringList &arguments)
+{
+    for (const QString &argument : arguments) {
+        const QString path = pathOfArgument(argument);
+        if (path.isEmpty()) {
+            mHub.report({.event = Event::notAddable, .subject = fileName(argument)});
+            continue;
+        }
+        if (mWaiting.size() >= maximumWaiting) {
+            refuse(path, int(Status::busy));
+            break;
+        }
+        mWaiting += path;
+    }
+    askNext();
+}
+
+void FileOpener::askNext()
+{
+    mRetry.stop();
+    // The hub calls back when it has been opened, and the question when it has been answered.
+    if (mWaiting.isEmpty() || mSheet || !mHub.isOpened())
+        return;
+    if (isWindowFree())
+        return consider(mWaiting.takeFirst());
+    if (mReportedPath != mWaiting.first()) {
+        mReportedPath = mWaiting.first();
+        mHub.report({.event = Event::fileWaits, .subject = fileName(mReportedPath)});
+    }
+    mRetry.start();
+}
+
+bool FileOpener::isWindowFree() const
+{
+    const QList<Sheet *> sheets = mWindow.findChildren<Sheet *>();
+    const auto isUp = [](const Sheet *sheet) { return sheet->isUp(); };
+    const QList<TableView *> tables = mWindow.findChildren<TableView *>();
+    const auto isEdited = [](const TableView *table) { return table->editedRow() >= 0; };
+    return !QApplication::activeModalWidget() && !QApplication::activePopupWidget()
+           && QGuiApplication::mouseButtons() == Qt::NoButton && std::ranges::none_of(sheets, isUp)
+           && std::ranges::none_of(tables, isEdited) && !mHub.keysController()->captureArea()
+           && !mHub.macrosController()->captureArea();
+}
+
+void FileOpener::consider(const QString &path)
+{
+    if (!mHub.areControlsOn()) {
+        refuse(path, int(Status::deviceAbsent));
+        return askNext();
+    }
+    const auto file = OpenedFile::read(path);
+    if (!file) {
+        const bool isUnreadable = file.error().cause == PropertyList::ReadError::Cause::unreadable;
+        mHub.report({.event = isUnreadable ? Event::importFailed : Event::notAddable,
+                     .subject = fileName(path),
+                     .reason = file.error().message});
+        return askNext();
+    }
+    if (!isRoomFor(*file)) {
+        refuse(path, int(Status::limitReached));
+        return askNext();
+    }
+    ask(*file);
+}
+
+bool FileOpener::isRoomFor(const OpenedFile &file) const
+{
+    return file.kind == OpenedFile::Kind::profile ? mHub.profilesArray().size() < ProfileCommands::maximumProfileCount
+                                                  : mHub.macrosArray().size() < MacroRecord::maximumMacros;
+}
+
+void FileOpener::ask(const OpenedFile &file)
+{
+    mAsked = file;
+    const bool isProfile = file.kind == OpenedFile::Kind::profile;
+    const QString name = isProfile ? ProfileRecord::name(ProfileFile::importedRecord(file.record, mHub.profilesArray()))
+                                   : MacroRecord::name(MacroFile::importedRecord(file.record, mHub.macrosArray()));
+    mSheet = makeFileQuestion(file, name, &mWindow);
+    mSheet->beginSheet(&mWindow, [this](int returnCode) { end(returnCode); });
+    mWindow.window()->activateWindow();
+}
+
+void FileOpener::end(int returnCode)
+{
+    mSheet->deleteLater();
+    mSheet.clear();
+    if (returnCode == alertFirstButtonReturn)
+        add(mAsked);
+    askNext();
+}
+
+void FileOpener::add(const OpenedFile &file)
+{
+    const bool isProfile = file.kind == OpenedFile::Kind::profile;
+    // The lists may have changed since the question: the name is made unique now.
+    const QVariantMap record = isProfile ? ProfileFile::importedRecord(file.record, mHub.profilesArray())
+                                         : MacroFile::importedRecord(file.record, mHub.macrosArray());
+    const auto count = [this, isProfile] { return (isProfile ? mHub.profilesArray() : mHub.macrosArray()).size(); };
+    const qsizetype before = count();
+    if (isProfile)
+        mHub.addInactiveProfile(record);
+    else
+        mHub.addMacroWithSettings(record);
+    if (count() > before) // otherwise the hub has reported the refusal
+        mHub.report({.event = Event::fileAdded, .subject = fileName(file.path)});
+}
+
+void FileOpener::refuse(const QString &path, int status)
+{
+    mHub.report({.event = Event::fileRefused, .subject = fileName(path), .number = status});
+}
+
+/// A question cannot be answered without a keyboard.
+void FileOpener::controlsStateChanged()
+{
+    if (mHub.areControlsOn() || !mSheet)
+        return;
+    const QString path = mAsked.path;
+    mSheet->endSheet(alertSecondButtonReturn);
+    refuse(path, int(Status::deviceAbsent));
+}

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// Files that the user opens from outside the program, one after the other: a question for each profile and macro, and a
+// report in the status line for everything else. Owned by the program; main thread only.
+#pragma once
+
+#include "app/openedfile.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+
+class KeyboardMainController;
+class Sheet;
+
+/// Adds nothing without the user's consent. A file waits until the keyboard has been opened, and until no sheet, menu,
+/// name or recording is open that the question would interrupt.
+class FileOpener : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// So many files can wait.
+    static constexpr int maximumWaiting = 20;
+
+    /// `hub` and `window` must outlive this.
+    FileOpener(KeyboardMainController &hub, QWidget &window);
+
+    /// `arguments` are paths or addresses of files.
+    void open(const QStringList &arguments);
+
+private:
+    void askNext();
+    [[nodiscard]] bool isWindowFree() const;
+    /// Reads the file at `path` and asks, or reports why not.
+    void consider(const QString &path);
+    [[nodiscard]] bool isRoomFor(const OpenedFile &file) const;
+    void ask(const OpenedFile &file);
+    void end(int returnCode);
+    void add(const OpenedFile &file);
+    void refuse(const QString &path, int status);
+    void controlsStateChanged();
+
+    KeyboardMainController &mHub;
+    QWidget &mWindow;
+    QStringList mWaiting;   ///< paths
+    QString mReportedPath;  ///< of the file whose wait was reported
+    QTimer mRetry;          ///< runs while a file waits for the window; a sheet or name can end in many ways
+    OpenedFile mAsked;      ///< the file of the question that is up
+    QPointer<Sheet> mSheet; ///< the question
+};

@@ -1,0 +1,462 @@
+// SPDX-License-Identifier: MIT
+// Files that the user opens from outside the program, in the real window with the real daemon: nothing is added without
+// consent, and the question names the effect of the file.
+#include "app/fileopener.h"
+#include "base/devicesettings.h"
+#include "base/propertylist.h"
+#include "base/settingskeys.h"
+#include "daemonlink/daemontransport.h"
+#include "keys/keymapping.h"
+#include "macros/keyboardmacroscontroller.h"
+#include "macros/macrorecord.h"
+#include "platform/sheet.h"
+#include "platform/statusline.h"
+#include "platform/tableview.h"
+#include "profiles/keyboardprofilescontroller.h"
+#include "profiles/profilecommands.h"
+#include "tests/app/hubfixture.h"
+#include "tests/support/daemonprocessfixture.h"
+#include "tests/support/picturefolder.h"
+#include "tests/support/testmain.h"
+#include "tests/support/writtenfile.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int profilesTab = 1;
+
+QVariantMap profileOf(const QString &name, const QVariantMap &keys = {}, const QVariantMap &appInfo = {})
+{
+    return {{SettingsKeys::profileName, name}, {SettingsKeys::keys, keys}, {SettingsKeys::appInfo, appInfo}};
+}
+
+QVariantMap macroOf(const QString &name)
+{
+    QVariantList events;
+    for (const int command : {MacroRecord::keyDown, MacroRecord::keyUp})
+        events += MacroRecord::eventRecord({.command = command, .delayMs = 20, .argument = 4});
+    return MacroRecord::withEvents({{SettingsKeys::macroName, name}}, events);
+}
+
+QVariantMap withPrograms(QVariantMap keys, const QList<std::pair<int, QString>> &programs)
+{
+    for (const auto &[code, path] : programs)
+        keys = KeyMappings::withEntry(keys, QString::number(code), KeyMappings::Assignment::launchProgram, path,
+                                      QString());
+    return keys;
+}
+
+QVariantMap withMacros(QVariantMap keys, const QList<std::pair<int, int>> &macros)
+{
+    for (const auto &[code, index] : macros)
+        keys = KeyMappings::withEntry(keys, QString::number(code), KeyMappings::Assignment::playMacro, index, 1);
+    return keys;
+}
+
+} // namespace
+
+class FileOpenerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void addsAProfileWithoutSwitchingToIt();
+    void addsAMacro();
+    void cancelAddsNothing_data();
+    void cancelAddsNothing();
+    void saysWhatAProfileWouldDo();
+    void saysThatAProfileStartsNothing();
+    void namesOfTheFileCannotDisguiseIt();
+    void kindIsDecidedByTheContent();
+    void reportsWhatCannotBeAdded_data();
+    void reportsWhatCannotBeAdded();
+    void asksForOneFileAtATime();
+    void waitsForTheWindow_data();
+    void waitsForTheWindow();
+    void saysThatThereIsNoRoom_data();
+    void saysThatThereIsNoRoom();
+    void saysThatThereIsNoKeyboard();
+    void questionEndsWithTheKeyboard();
+    void takesALimitedNumberOfFiles();
+    void nameIsUniqueWhenTheFileIsAdded();
+
+private:
+    /// Starts a daemon with these records and opens the window and the opener.
+    void start(QVariantList profiles = {profileOf(u"First"_s), profileOf(u"Second"_s)},
+               const QVariantList &macros = {});
+    QString file(const QString &name, const QVariantMap &record) const;
+    [[nodiscard]] Sheet *question() const;
+    void answer(const char *button) const;
+    [[nodiscard]] QString text(const char *label) const
+    {
+        const auto *found = question()->findChild<QLabel *>(QLatin1StringView(label));
+        return found ? found->text() : QString();
+    }
+    [[nodiscard]] QString lines(const char *list) const
+    {
+        const auto *found = question()->findChild<QPlainTextEdit *>(QLatin1StringView(list));
+        return found ? found->toPlainText() : QString();
+    }
+    [[nodiscard]] QString status() const { return mHub->find<StatusLine>("mStatusLine")->text(); }
+    [[nodiscard]] QStringList storedNames(SettingsKeys::Key array, SettingsKeys::Key name) const;
+    [[nodiscard]] QStringList storedProfiles() const
+    {
+        return storedNames(SettingsKeys::profiles, SettingsKeys::profileName);
+    }
+    [[nodiscard]] QStringList storedMacros() const
+    {
+        return storedNames(SettingsKeys::macros, SettingsKeys::macroName);
+    }
+
+    HubResources mResources;
+    std::unique_ptr<QTemporaryDir> mFolder;
+    std::unique_ptr<DaemonProcessFixture> mDaemon;
+    std::unique_ptr<Hub> mHub;
+    std::unique_ptr<FileOpener> mOpener;
+};
+
+void FileOpenerTest::init()
+{
+    setReplyPollInterval(replyPollInterval);
+    mFolder = std::make_unique<QTemporaryDir>();
+}
+
+void FileOpenerTest::cleanup()
+{
+    mOpener.reset();
+    mHub.reset();
+    mDaemon.reset();
+}
+
+void FileOpenerTest::start(QVariantList profiles, const QVariantList &macros)
+{
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    QVERIFY(mDaemon->store({{SettingsKeys::profiles, profiles},
+                            {SettingsKeys::macros, macros},
+                            {SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 0}}}}));
+    QVERIFY(mDaemon->start());
+    mHub = std::make_unique<Hub>();
+    mOpener = std::make_unique<FileOpener>(*mHub->controller, *mHub->window);
+    mHub->controller->initializeDevice();
+    mHub->window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+}
+
+QString FileOpenerTest::file(const QString &name, const QVariantMap &record) const
+{
+    const QString path = mFolder->filePath(name);
+    return PropertyList::writePropertyListFile(path, record) ? path : QString();
+}
+
+Sheet *FileOpenerTest::question() const
+{
+    const QList<Sheet *> sheets = mHub->window->findChildren<Sheet *>(u"mFileQuestion"_s);
+    const auto up = std::ranges::find_if(sheets, [](const Sheet *sheet) { return sheet->isUp(); });
+    return up == sheets.end() ? nullptr : *up;
+}
+
+void FileOpenerTest::answer(const char *button) const
+{
+    QTest::mouseClick(question()->findChild<QPushButton *>(QLatin1StringView(button)), Qt::LeftButton);
+}
+
+QStringList FileOpenerTest::storedNames(SettingsKeys::Key array, SettingsKeys::Key name) const
+{
+    const QVariantMap stored =
+        PropertyList::readPropertyListFile(mDaemon->settingsFolder() + u"/settings.plist"_s).valueOr({});
+    QStringList names;
+    for (const QVariant &record : stored.value(array).toList())
+        names += record.toMap().value(name).toString();
+    return names;
+}
+
+void FileOpenerTest::addsAProfileWithoutSwitchingToIt()
+{
+    start();
+    mHub->controller->selectTabAtIndex(profilesTab);
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    QVERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the profile “Game”?"_s);
+    QCOMPARE(lines("mFilePath"), mFolder->filePath(u"Game.KestraProfile"_s));
+    QCOMPARE(storedProfiles(), (QStringList{u"First"_s, u"Second"_s}));
+    answer("mFileAdd");
+    QVERIFY(!question());
+    QCOMPARE(storedProfiles(), (QStringList{u"First"_s, u"Second"_s, u"Game"_s}));
+    QCOMPARE(DeviceSettings(mHub->controller->deviceSettingsDict()).activeProfileIndex(), 0);
+    QCOMPARE(mHub->controller->profilesController()->profilesTableView()->numberOfRows(), 3);
+    QCOMPARE(mHub->controller->profilesController()->profilesTableView()->selectedRow(), 0);
+    QCOMPARE(status(), u"The file “Game.KestraProfile” was added."_s);
+}
+
+void FileOpenerTest::addsAMacro()
+{
+    start();
+    mOpener->open({file(u"Combo.KestraMacro"_s, macroOf(u"Combo"_s))});
+    QVERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the macro “Combo”?"_s);
+    QCOMPARE(text("mFileEvents"), u"Events: 2"_s);
+    answer("mFileAdd");
+    QCOMPARE(storedMacros(), QStringList{u"Combo"_s});
+    QCOMPARE(storedProfiles(), (QStringList{u"First"_s, u"Second"_s}));
+}
+
+void FileOpenerTest::cancelAddsNothing_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("button") << 0;
+    QTest::newRow("Escape") << int(Qt::Key_Escape);
+    QTest::newRow("Return, which presses the default button") << int(Qt::Key_Return);
+    QTest::newRow("Space, which presses the button with the focus") << int(Qt::Key_Space);
+}
+
+void FileOpenerTest::cancelAddsNothing()
+{
+    QFETCH(int, key);
+    start();
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    QVERIFY(question());
+    QVERIFY(QTest::qWaitForWindowActive(question()));
+    if (key == 0)
+        answer("mFileCancel");
+    else
+        QTest::keyClick(question()->focusWidget() ? question()->focusWidget() : question(), Qt::Key(key));
+    QTRY_VERIFY(!question());
+    QCOMPARE(storedProfiles(), (QStringList{u"First"_s, u"Second"_s}));
+}
+
+void FileOpenerTest::saysWhatAProfileWouldDo()
+{
+    start();
+    const QVariantMap keys = withMacros(withPrograms({}, {{5, u"/usr/bin/two words"_s}, {4, u"/opt/evil\u202Etxt"_s}}),
+                                        {{6, 0}, {7, 0}, {8, 3}});
+    const QVariantMap application{{SettingsKeys::application, u"Harmless"_s}, {SettingsKeys::executable, u"bank"_s}};
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s, keys, application))});
+    QVERIFY(question());
+    QCOMPARE(text("mFileApplication"), u"It is assigned to the application Harmless, bank."_s);
+    QCOMPARE(text("mFileMacros"), u"Macros that its keys play: 2"_s);
+    QCOMPARE(lines("mFilePrograms"), u"A: /opt/evil\uFFFDtxt\nB: /usr/bin/two words"_s);
+    QVERIFY(!question()->findChild<QLabel *>(u"mFileNoPrograms"_s));
+    QVERIFY(savePicture(question()->grab().toImage(), u"filequestion"_s));
+}
+
+void FileOpenerTest::saysThatAProfileStartsNothing()
+{
+    start();
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    QVERIFY(question());
+    QCOMPARE(text("mFileNoPrograms"), u"None of its keys starts a program."_s);
+    QCOMPARE(text("mFileApplication"), u"It is not assigned to an application."_s);
+    QCOMPARE(text("mFileMacros"), u"Macros that its keys play: 0"_s);
+}
+
+void FileOpenerTest::namesOfTheFileCannotDisguiseIt()
+{
+    start();
+    const QVariantMap keys = withPrograms({}, {{4, u"/bin/sh\nB: /bin/true"_s}});
+    const QVariantMap application{{SettingsKeys::application, u"<b>x</b>\nNone"_s}};
+    mOpener->open({file(u"a\nb.KestraProfile"_s, profileOf(u"<i>Game</i>\n"_s, keys, application))});
+    QVERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the profile “<i>Game</i> ”?"_s);
+    for (const QLabel *label : question()->findChildren<QLabel *>()) {
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+        QVERIFY2(!label->text().contains(u'\n'), qPrintable(label->text()));
+    }
+    QCOMPARE(lines("mFilePrograms"), u"A: /bin/sh\uFFFDB: /bin/true"_s);
+    QVERIFY(lines("mFilePath").endsWith(u"/a\uFFFDb.KestraProfile"_s));
+}
+
+void FileOpenerTest::kindIsDecidedByTheContent()
+{
+    start();
+    mOpener->open({file(u"Combo.KestraProfile"_s, macroOf(u"Combo"_s))});
+    QVERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the macro “Combo”?"_s);
+    answer("mFileAdd");
+    QCOMPARE(storedMacros(), QStringList{u"Combo"_s});
+    QCOMPARE(storedProfiles().size(), 2);
+}
+
+void FileOpenerTest::reportsWhatCannotBeAdded_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("text") << u"note"_s << QByteArray("hello") << u"The file “note” is neither a profile nor a macro."_s;
+    QTest::newRow("other dictionary") << u"other"_s << *PropertyList::writeBinary(QVariantMap{{u"a"_s, 1}})
+                                      << u"The file “other” is neither a profile nor a macro."_s;
+    QTest::newRow("absent") << QString() << QByteArray()
+                            << u"The file “absent” could not be read: No such file or directory."_s;
+    QTest::newRow("folder") << u"folder/"_s << QByteArray()
+                            << u"The file “folder” could not be read: Is a directory."_s;
+    QTest::newRow("address") << u"https://example.org/x.KestraProfile"_s << QByteArray()
+                             << u"The file “x.KestraProfile” is neither a profile nor a macro."_s;
+}
+
+void FileOpenerTest::reportsWhatCannotBeAdded()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, words);
+    start();
+    QString argument = mFolder->filePath(u"absent"_s);
+    if (name.endsWith(u'/')) {
+        argument = mFolder->filePath(name.chopped(1));
+        QVERIFY(QDir().mkpath(argument));
+    } else if (name.contains("://"_L1)) {
+        argument = name;
+    } else if (!name.isEmpty()) {
+        argument = mFolder->filePath(name);
+        writeFile(argument, content);
+    }
+    mOpener->open({argument});
+    QVERIFY(!question());
+    QCOMPARE(status(), words);
+    // It does not hold up the next file.
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    QVERIFY(question());
+}
+
+void FileOpenerTest::asksForOneFileAtATime()
+{
+    start();
+    mOpener->open({file(u"a.KestraProfile"_s, profileOf(u"One"_s)), mFolder->filePath(u"absent"_s),
+                   QUrl::fromLocalFile(file(u"b c.KestraProfile"_s, profileOf(u"Two"_s))).toString()});
+    mOpener->open({file(u"c.KestraMacro"_s, macroOf(u"Three"_s))});
+    QVERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the profile “One”?"_s);
+    answer("mFileAdd");
+    QTRY_VERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the profile “Two”?"_s);
+    answer("mFileCancel");
+    QTRY_VERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the macro “Three”?"_s);
+    answer("mFileAdd");
+    QVERIFY(!question());
+    QCOMPARE(storedProfiles(), (QStringList{u"First"_s, u"Second"_s, u"One"_s}));
+    QCOMPARE(storedMacros(), QStringList{u"Three"_s});
+}
+
+void FileOpenerTest::waitsForTheWindow_data()
+{
+    QTest::addColumn<QString>("obstacle");
+    for (const char *obstacle : {"sheet", "name", "recording"})
+        QTest::newRow(obstacle) << QString::fromLatin1(obstacle);
+}
+
+void FileOpenerTest::waitsForTheWindow()
+{
+    QFETCH(QString, obstacle);
+    start({profileOf(u"First"_s)}, {macroOf(u"Combo"_s)});
+    KeyboardMainController &hub = *mHub->controller;
+    auto *table = hub.profilesController()->profilesTableView();
+    if (obstacle == u"sheet") {
+        QTest::mouseClick(mHub->find<QWidget>("mHistoryButton"), Qt::LeftButton);
+        QTRY_VERIFY(mHub->find<Sheet>("mHistorySheet")->isUp());
+    } else if (obstacle == u"name") {
+        hub.selectTabAtIndex(profilesTab);
+        table->editColumnRow(1, 0, true);
+        QCOMPARE(table->editedRow(), 0);
+    } else {
+        hub.selectTabAtIndex(2);
+        hub.macrosController()->macroTableView()->selectRow(0);
+        QTest::mouseClick(mHub->find<QPushButton>("mRecordMacroDetails"), Qt::LeftButton);
+        QVERIFY(hub.macrosController()->captureArea());
+    }
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    QVERIFY(!question());
+    QCOMPARE(status(), u"The file “Game.KestraProfile” opens when the open sheet, name or recording has ended."_s);
+
+    if (obstacle == u"sheet")
+        mHub->find<Sheet>("mHistorySheet")->endSheet();
+    else if (obstacle == u"name")
+        table->abortEditing();
+    else
+        QTest::mouseClick(mHub->find<QPushButton>("mRecordMacroDetails"), Qt::LeftButton);
+    QTRY_VERIFY(question());
+    answer("mFileAdd");
+    QCOMPARE(storedProfiles().last(), u"Game"_s);
+}
+
+void FileOpenerTest::saysThatThereIsNoRoom_data()
+{
+    QTest::addColumn<bool>("isProfile");
+    QTest::newRow("profile") << true;
+    QTest::newRow("macro") << false;
+}
+
+void FileOpenerTest::saysThatThereIsNoRoom()
+{
+    QFETCH(bool, isProfile);
+    QVariantList profiles{profileOf(u"First"_s)};
+    QVariantList macros;
+    while (isProfile && profiles.size() < ProfileCommands::maximumProfileCount)
+        profiles += profileOf(u"P%1"_s.arg(profiles.size()));
+    while (!isProfile && macros.size() < MacroRecord::maximumMacros)
+        macros += macroOf(u"M%1"_s.arg(macros.size()));
+    start(profiles, macros);
+    const QString path = file(u"x"_s, isProfile ? profileOf(u"Game"_s) : macroOf(u"Combo"_s));
+    mOpener->open({path});
+    QVERIFY(!question());
+    QCOMPARE(status(), u"The file “x” was not added: there is no more room."_s);
+    // There is room for the other kind.
+    mOpener->open({file(u"y"_s, isProfile ? macroOf(u"Combo"_s) : profileOf(u"Game"_s))});
+    QVERIFY(question());
+}
+
+void FileOpenerTest::saysThatThereIsNoKeyboard()
+{
+    start();
+    mHub->controller->setControlsState(false);
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    QVERIFY(!question());
+    QCOMPARE(status(), u"The file “Game.KestraProfile” was not added: the keyboard is not connected."_s);
+}
+
+void FileOpenerTest::questionEndsWithTheKeyboard()
+{
+    start();
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    QVERIFY(question());
+    mHub->controller->setControlsState(false);
+    QVERIFY(!question());
+    QCOMPARE(status(), u"The file “Game.KestraProfile” was not added: the keyboard is not connected."_s);
+    QCOMPARE(storedProfiles().size(), 2);
+}
+
+void FileOpenerTest::takesALimitedNumberOfFiles()
+{
+    start();
+    const QString path = file(u"Game.KestraProfile"_s, profileOf(u"Game"_s));
+    mOpener->open(QStringList(FileOpener::maximumWaiting + 5, path));
+    QVERIFY(question());
+    // Twenty wait, the first of them was asked for; the rest is not taken.
+    for (int count = 0; count < FileOpener::maximumWaiting; ++count) {
+        QTRY_VERIFY(question());
+        answer("mFileCancel");
+    }
+    QVERIFY(!question());
+}
+
+void FileOpenerTest::nameIsUniqueWhenTheFileIsAdded()
+{
+    start();
+    mOpener->open({file(u"x"_s, profileOf(u"Second"_s))});
+    QVERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the profile “Second(2)”?"_s);
+    mHub->controller->addNewProfileWithSettings(profileOf(u"Second(2)"_s));
+    answer("mFileAdd");
+    QCOMPARE(storedProfiles(), (QStringList{u"First"_s, u"Second"_s, u"Second(2)"_s, u"Second(3)"_s}));
+}
+
+QTEST_MAIN(FileOpenerTest)
+#include "fileopenertest.moc"
