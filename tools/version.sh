@@ -8,11 +8,11 @@ kestra_version() {
 }
 
 # kestra_debian_changelog VERSION SECONDS: the changelog that a Debian package must have, for a version and a time since
-# 1970. CHANGELOG.md, which the package also has, lists the changes.
+# 1970. CHANGELOG.md lists the changes.
 kestra_debian_changelog() {
     local maintainer
     maintainer=$(sed -n 's/^Maintainer: //p' debian/control)
     printf 'quill-kestra (%s) unstable; urgency=medium\n\n' "$1"
-    printf '  * Version %s: see CHANGELOG.md.\n\n' "$1"
+    printf '  * Version %s.\n\n' "$1"
     printf ' -- %s  %s\n' "$maintainer" "$(LC_ALL=C date --utc --date="@$2" '+%a, %d %b %Y %H:%M:%S +0000')"
 }

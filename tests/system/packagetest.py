@@ -25,7 +25,11 @@ EXPECTED_FILES = {
         usr/bin/kestra-configurator
         usr/share/applications/org.quillkestra.Configurator.desktop
         usr/share/icons/hicolor/scalable/apps/org.quillkestra.Configurator.svg
+        usr/share/icons/hicolor/scalable/mimetypes/application-x-quill-kestra-macro.svg
+        usr/share/icons/hicolor/scalable/mimetypes/application-x-quill-kestra-profile.svg
         usr/share/man/man1/kestra-configurator.1.gz
+        usr/share/metainfo/org.quillkestra.Configurator.metainfo.xml
+        usr/share/mime/packages/org.quillkestra.Configurator.xml
         usr/share/quill-kestra/help/en/index.html""",
     "quill-kestra-daemon": """
         usr/bin/QuillKestraDaemon
@@ -33,11 +37,14 @@ EXPECTED_FILES = {
         usr/lib/systemd/user/quill-kestra-daemon.service
         usr/lib/udev/rules.d/70-quill-kestra-uinput.rules
         usr/libexec/quill-kestra-keyboard-rule
+        usr/share/bash-completion/completions/kestractl
+        usr/share/fish/vendor_completions.d/kestractl.fish
         usr/share/man/man1/QuillKestraDaemon.1.gz
         usr/share/man/man1/kestractl.1.gz
         usr/share/polkit-1/actions/org.quillkestra.keyboard-rule.policy
         usr/share/quill-kestra/Kestra.plist
-        usr/share/quill-kestra/texts/de.qm"""}
+        usr/share/quill-kestra/texts/de.qm
+        usr/share/zsh/vendor-completions/_kestractl"""}
 
 
 class Packages(unittest.TestCase):
