@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Only such a character is replaced that has no picture of its own: the user must see the name as it is.
+/// Only such a character is replaced that has no picture of its own: the user must see the name unchanged.
 QString shown(const QString &text)
 {
     return visibleText(text, QChar::ReplacementCharacter);

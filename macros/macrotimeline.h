@@ -49,8 +49,8 @@ struct MacroTimeline
     [[nodiscard]] static MacroTimeline of(const QVariantList &events, int maximumEvents);
 
     /// Returns the events of the rows of an event list, with a lane for each key and button, in the order in which they
-    /// appear. `events` are the event dictionaries of the rows, as far as they are known: they tell keys of the same
-    /// name apart. Without them, or if they are others, such keys share a lane.
+    /// appear. `events` are the event dictionaries of the rows, as far as they are known: they distinguish keys of
+    /// the same name. Without them, or if they are others, such keys share a lane.
     [[nodiscard]] static MacroTimeline ofLines(const QStringList &lines, const QVariantList &events);
 
     [[nodiscard]] int eventCount() const { return static_cast<int>(delaysMs.size()); }

@@ -24,6 +24,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -246,6 +247,8 @@ void FileOpenerTest::saysWhatAProfileWouldDo()
     QCOMPARE(text("mFileMacros"), u"Macros that its keys play: 2"_s);
     QCOMPARE(lines("mFilePrograms"), u"A: /opt/evil\uFFFDtxt\nB: /usr/bin/two words"_s);
     QVERIFY(!question()->findChild<QLabel *>(u"mFileNoPrograms"_s));
+    const auto *programs = question()->findChild<QPlainTextEdit *>(u"mFilePrograms"_s);
+    QTRY_VERIFY(!programs->verticalScrollBar()->isVisible()); // two lines have room
     QVERIFY(savePicture(question()->grab().toImage(), u"filequestion"_s));
 }
 
