@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Writes the seeds in fuzz/corpus, one folder per target: a small input for each decision of a reader."""
 
+import base64
 import datetime
 import pathlib
 import plistlib
@@ -120,6 +121,16 @@ DEVICES = [
     {**KEYBOARD, "Serial": "A$x"}, {"Devices": [KEYBOARD, 5]}, {**KEYBOARD, "Vendor": 0, "Product": 0},
     {**KEYBOARD, "Devices": [{**KEYBOARD, "Serial": "", "Path": "", "Product": -1}]},
 ]
+
+EVENT_DATA = base64.b64encode(plistlib.dumps({"command": 1, "page": 12, "mark": [0.5]}, fmt=plistlib.FMT_BINARY))
+MACRO_TEXTS = {
+    "taps": "name \"Combo \\\"\\u0041\\\\\"\n# c\npress Left Shift\ntap A for 20 ms # c\nrelease Left Shift\n",
+    "buttons": "click 1\r\nclick 9 for 1.5 s\r\npress button 2\r\nwait 0 ms\r\nrelease button 2\r\n",
+    "waits": "\ufeffwait 100 ms\n\twait 1 s\npress 0xE8\npause 3 ms\npress ;\nwait 2147483647 ms",
+    "data": f"event {EVENT_DATA.decode()}\nevent AAAA\n",
+    "keys": "press 4\npress 0x04\npress LeftShift\nrelease Numpad 7\npress M1\n",
+    "wrong": "tap Hyper\nclick 10\njump\nname x\n",
+}
 
 ENTRIES = {
     "plain": "[Desktop Entry]\nType=Application\nName=Game\nExec=true\n",
@@ -250,6 +261,8 @@ def write_records():
 def main():
     write_property_lists()
     write_records()
+    for name, text in MACRO_TEXTS.items():
+        write("macrotext", f"{name}.text", text.encode())
     for name, text in ENTRIES.items():
         write("desktopentry", name, text.encode())
     for number, information in enumerate(BUNDLES):

@@ -93,6 +93,15 @@ QVariantMap MacroEdits::pause(int delayMs)
     return eventOf(MacroRecord::keyUp, {.page = 0, .usage = 0}, delayMs);
 }
 
+bool MacroEdits::isPause(const QVariantMap &event)
+{
+    const int delayMs = MacroRecord::eventFields(event).delayMs;
+    const bool areWhole = std::ranges::all_of(event, [](const QVariant &value) {
+        return value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong;
+    });
+    return isDelay(delayMs) && areWhole && event == pause(delayMs);
+}
+
 std::optional<QVariantList> MacroEdits::inserting(const QVariantList &events, int index, const QVariantList &inserted)
 {
     if (!isPlace(events, index) || events.size() + inserted.size() > MacroRecord::maximumEvents)

@@ -26,6 +26,8 @@ namespace MacroEdits {
 [[nodiscard]] QVariantList click(int button, int delayMs = 0, int holdMs = 0);
 /// An event that only waits.
 [[nodiscard]] QVariantMap pause(int delayMs);
+/// Whether `event` is such an event and nothing more.
+[[nodiscard]] bool isPause(const QVariantMap &event);
 
 // Edits. Each returns the events afterwards. `indexes` may have any order, and count once if they repeat. Absent if an
 // index does not exist, a pause is out of 0 to MacroRecord::maximumDelayMs, or the events would be more than

@@ -160,6 +160,16 @@ std::optional<int> MacroRecord::eventIndexOfRow(const QVariantList &events, int 
     return {};
 }
 
+QList<int> MacroRecord::eventsOfRows(const QVariantList &events)
+{
+    QList<int> indexes;
+    for (qsizetype index = 0; index < events.size(); ++index) {
+        for (int rows = rowsOfEvent(events, index); rows > 0; --rows)
+            indexes += static_cast<int>(index);
+    }
+    return indexes;
+}
+
 std::optional<QVariantList> MacroRecord::removingEventOfRow(const QVariantList &events, int row)
 {
     const std::optional<int> index = eventIndexOfRow(events, row);

@@ -70,6 +70,8 @@ struct Event
 [[nodiscard]] int rowCount(const QVariantList &events);
 /// Returns the index of the event that `row` belongs to; absent if there is no such row.
 [[nodiscard]] std::optional<int> eventIndexOfRow(const QVariantList &events, int row);
+/// Returns, for each row, the index of the event that it belongs to.
+[[nodiscard]] QList<int> eventsOfRows(const QVariantList &events);
 
 // Edits. Each returns the events afterwards; absent if there is no such row.
 [[nodiscard]] std::optional<QVariantList> removingEventOfRow(const QVariantList &events, int row);
