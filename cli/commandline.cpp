@@ -183,6 +183,8 @@ ExitCode runRow(const CommandRow &row, const SplitLine &line, Console &console)
     }
     if (line.options.contains(Options::json) && line.options.contains(Options::plist))
         return console.fail(ExitCode::usage, u"the options --json, --plist exclude each other"_s);
+    if (line.options.contains(Options::json) && line.options.contains(Options::text))
+        return console.fail(ExitCode::usage, u"the options --json, --text exclude each other"_s);
     DaemonClient daemon;
     CommandContext context{.console = console, .daemon = daemon, .arguments = arguments, .options = line.options};
     const CommandResult<void> result = row.function(context);

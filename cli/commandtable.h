@@ -62,6 +62,7 @@ inline constexpr QLatin1StringView off{"--off"};
 inline constexpr QLatin1StringView list{"--list"};
 inline constexpr QLatin1StringView add{"--add"};
 inline constexpr QLatin1StringView date{"--date"};
+inline constexpr QLatin1StringView text{"--text"};
 
 /// Options that are followed by a value, as the next word or behind "=".
 inline constexpr std::array withValue{modifiers, repeat, seconds, date};
@@ -101,7 +102,15 @@ CommandResult<void> listMacros(CommandContext &context);
 CommandResult<void> showMacro(CommandContext &context);
 CommandResult<void> addMacro(CommandContext &context);
 CommandResult<void> renameMacro(CommandContext &context);
+CommandResult<void> duplicateMacro(CommandContext &context);
 CommandResult<void> deleteMacro(CommandContext &context);
+CommandResult<void> showMacroUses(CommandContext &context);
+CommandResult<void> editMacro(CommandContext &context);
+CommandResult<void> insertEvents(CommandContext &context);
+CommandResult<void> deleteEvents(CommandContext &context);
+CommandResult<void> moveEvents(CommandContext &context);
+CommandResult<void> setDelays(CommandContext &context);
+CommandResult<void> scaleDelays(CommandContext &context);
 CommandResult<void> importMacro(CommandContext &context);
 CommandResult<void> exportMacro(CommandContext &context);
 CommandResult<void> recordMacro(CommandContext &context);

@@ -38,5 +38,7 @@ void Console::printJson(const QJsonValue &value)
 ExitCode Console::fail(ExitCode code, const QString &reason)
 {
     mErrors.write("kestractl: " + printable(reason) + '\n');
+    if (auto *file = qobject_cast<QFileDevice *>(&mErrors))
+        file->flush(); // the command may go on
     return code;
 }

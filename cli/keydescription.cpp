@@ -8,6 +8,7 @@
 #include "keys/keylayout.h"
 #include "keys/keymapping.h"
 #include "keys/keynames.h"
+#include "keys/macrouses.h"
 #include "macros/eventparser.h"
 
 #include <QVariantList>
@@ -78,4 +79,14 @@ QJsonObject keyAsJson(const QVariantMap &document, int code)
             {u"mapped"_s, KeyMappings::entryForKey(profile, code).isMapped()},
             {u"description"_s, describeKey(document, code)},
             {u"entry"_s, jsonFromPropertyList(ProfileRecord::keys(profile).value(KeyLayout::codeText(code)))}};
+}
+
+QString describeMacroUses(const QVariantMap &document, int macroIndex)
+{
+    QStringList uses;
+    for (const KeyMappings::MacroUse &use : KeyMappings::macroUses(Document(document).profiles(), macroIndex)) {
+        const QString profile = use.profileName.isEmpty() ? u"profile %1"_s.arg(use.profileIndex + 1) : use.profileName;
+        uses += keyName(use.keyCode) + u" in "_s + profile;
+    }
+    return uses.join(u", "_s);
 }

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
-// "macro list", "show", "add", "rename", "delete", "import" and "export": the macros that the daemon keeps, by the
-// rules of the configurator's macros tab.
+// "macro list", "show", "add", "rename", "duplicate", "delete", "import" and "export": the macros that the daemon
+// keeps, by the rules of the configurator's macros tab.
 #include "base/document.h"
+#include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "cli/commandtable.h"
+#include "cli/keydescription.h"
 #include "cli/linewords.h"
 #include "cli/plistjson.h"
 #include "cli/recordcommands.h"
 #include "macros/macrofile.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotext.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -47,6 +50,23 @@ CommandResult<void> addRecord(CommandContext &context, const QVariantMap &record
     return {};
 }
 
+/// The record of the file that the first argument names: a property list, or the text of a macro.
+CommandResult<QVariantMap> readMacroFile(CommandContext &context)
+{
+    const QString &path = context.arguments.first();
+    const Result<QByteArray> bytes = PropertyList::readFileBytes(path);
+    if (!bytes || bytes->size() > PropertyList::maximumInputBytes || !MacroText::isMacroText(*bytes)
+        || PropertyList::read(*bytes))
+        return readRecordFile(context, macroKind);
+    const auto content = MacroText::parse(*bytes);
+    if (!content)
+        return wrongUsage(u"\"%1\", %2"_s.arg(path, content.error().message));
+    const QVariantMap record{{SettingsKeys::macroName, content->name.value_or(QString())},
+                             {SettingsKeys::delay, MacroRecord::standardDelayMs},
+                             {SettingsKeys::sequence, QVariantMap()}};
+    return MacroRecord::withEvents(record, content->events);
+}
+
 } // namespace
 
 CommandResult<void> listMacros(CommandContext &context)
@@ -59,6 +79,12 @@ CommandResult<void> showMacro(CommandContext &context)
     const CommandResult<ChosenRecord> chosen = chooseRecord(context, macroKind);
     if (!chosen)
         return chosen.error();
+    if (context.hasOption(Options::text)) {
+        context.console.printBytes((MacroText::nameLine(MacroRecord::name(chosen->record()))
+                                    + MacroText::write(MacroRecord::events(chosen->record())))
+                                       .toUtf8());
+        return {};
+    }
     const CommandResult<QVariantMap> reply =
         context.daemon.sendChecked(Command::readMacroLines, {{DaemonProtocol::indexOfMacroSequence, chosen->index}},
                                    chosen->words() + u" cannot be read"_s);
@@ -107,14 +133,31 @@ CommandResult<void> renameMacro(CommandContext &context)
     return {};
 }
 
+CommandResult<void> duplicateMacro(CommandContext &context)
+{
+    const CommandResult<ChosenRecord> chosen = chooseRecord(context, macroKind);
+    if (!chosen)
+        return chosen.error();
+    QVariantMap copy = MacroFile::exportedRecord(chosen->record());
+    if (context.arguments.size() > 1) {
+        if (context.arguments.at(1).isEmpty())
+            return missingName(macroKind);
+        copy.insert(SettingsKeys::macroName, context.arguments.at(1));
+    }
+    return addRecord(context, copy);
+}
+
 CommandResult<void> deleteMacro(CommandContext &context)
 {
-    return deleteRecord(context, macroKind);
+    return deleteRecord(context, macroKind, [](const ChosenRecord &macro) {
+        const QString uses = describeMacroUses(macro.document, macro.index);
+        return uses.isEmpty() ? uses : u"it was on "_s + uses;
+    });
 }
 
 CommandResult<void> importMacro(CommandContext &context)
 {
-    const CommandResult<QVariantMap> record = readRecordFile(context, macroKind);
+    const CommandResult<QVariantMap> record = readMacroFile(context);
     if (!record)
         return record.error();
     return addRecord(context, *record);

@@ -29,7 +29,8 @@ CommandResult<void> listRecords(CommandContext &context, const RecordKind &kind,
     return {};
 }
 
-CommandResult<void> deleteRecord(CommandContext &context, const RecordKind &kind)
+CommandResult<void> deleteRecord(CommandContext &context, const RecordKind &kind,
+                                 QString (*noteOf)(const ChosenRecord &deleted))
 {
     const CommandResult<ChosenRecord> chosen = chooseRecord(context, kind);
     if (!chosen)
@@ -39,6 +40,8 @@ CommandResult<void> deleteRecord(CommandContext &context, const RecordKind &kind
     if (!reply)
         return reply.error();
     context.console.print(chosen->words() + u" is deleted"_s);
+    if (const QString note = noteOf ? noteOf(*chosen) : QString(); !note.isEmpty())
+        context.console.print(note);
     const CommandResult<void> repaired =
         repairMappings(context.daemon, chosen->document, chosen->index, kind.assignment);
     if (!repaired)

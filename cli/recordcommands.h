@@ -17,8 +17,10 @@ struct RecordRow
 CommandResult<void> listRecords(CommandContext &context, const RecordKind &kind,
                                 RecordRow (*rowOf)(const QVariantMap &document, int index, const QVariantMap &record));
 
-/// "delete": deletes the record that the first argument names and repairs the keys that named it.
-CommandResult<void> deleteRecord(CommandContext &context, const RecordKind &kind);
+/// "delete": deletes the record that the first argument names and repairs the keys that named it. Then prints the line
+/// that `noteOf` makes of the deleted record, if that is not empty.
+CommandResult<void> deleteRecord(CommandContext &context, const RecordKind &kind,
+                                 QString (*noteOf)(const ChosenRecord &deleted) = nullptr);
 
 /// "export": writes `contents` as the file of `chosen`, to the path that the second argument gives.
 CommandResult<void> exportRecord(CommandContext &context, const ChosenRecord &chosen, const QVariantMap &contents);

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+// Stores the events of a macro as a whole, through the daemon's object /Macros. Main thread.
+#pragma once
+
+#include "cli/chosenrecord.h"
+
+#include <QVariantList>
+
+/// Stores `events` in place of those of `macro`, as one change. Refused if the macro has other events by now than
+/// `macro`, or is gone.
+[[nodiscard]] CommandResult<void> replaceEvents(const ChosenRecord &macro, const QVariantList &events);
