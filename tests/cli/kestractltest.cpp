@@ -626,6 +626,13 @@ void TestKestractl::showsTheKeysThatTheComputerSees()
     QCOMPARE(list, (QJsonArray{QJsonObject{{u"page"_s, 7}, {u"usage"_s, 5}, {u"key"_s, u"B"_s}}}));
     QCOMPARE(run({u"keyboard"_s, u"release"_s, u"B"_s}).exitCode, 0);
     QCOMPARE(line({u"keyboard"_s, u"sent"_s}), QString());
+    // The modifiers of an assignment are not for the next key.
+    QCOMPARE(run({u"keyboard"_s, u"release"_s, u"A"_s}).exitCode, 0);
+    QCOMPARE(run({u"key"_s, u"A"_s, u"single"_s, u"1"_s, u"--modifiers"_s, u"LeftShift"_s}).exitCode, 0);
+    QCOMPARE(run({u"keyboard"_s, u"press"_s, u"A"_s}).exitCode, 0);
+    QCOMPARE(line({u"keyboard"_s, u"sent"_s}).split(u'\n'), (QStringList{u"Left Shift"_s, u"1"_s}));
+    QCOMPARE(run({u"keyboard"_s, u"press"_s, u"B"_s}).exitCode, 0);
+    QCOMPARE(line({u"keyboard"_s, u"sent"_s}).split(u'\n'), (QStringList{u"1"_s, u"B"_s}));
 }
 
 void TestKestractl::gameModeIsSwitched()

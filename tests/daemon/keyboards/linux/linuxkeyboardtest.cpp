@@ -175,6 +175,8 @@ void LinuxKeyboardTest::stormWithEveryChangeLeavesNoKeyDown()
     mCurrent->listen({}, QString());
     QTRY_VERIFY(
         std::ranges::all_of(mNodes, [](const auto &node) { return !node->isGrabbed() || node->unread() == 0; }));
+    for (std::size_t node = 0; node < nodeCount; ++node)
+        QTRY_VERIFY(mIds[node] != 0 || !mNodes[node]->isOpen());
     mCurrent->stop();
     current.reset();
     keyboard.reset(); // ends the thread
