@@ -95,7 +95,7 @@ QList<InstalledApplication> InstalledApplications::read(const QStringList &folde
                 applications += *application;
         }
     }
-    QCollator order(QLocale(DesktopEntry::messagesLocale()));
+    QCollator order{QLocale(DesktopEntry::messagesLocale())}; // with parentheses, clang 14 reads a function
     order.setCaseSensitivity(Qt::CaseInsensitive);
     std::ranges::stable_sort(applications, [&order](const InstalledApplication &a, const InstalledApplication &b) {
         return order.compare(a.name, b.name) < 0;
