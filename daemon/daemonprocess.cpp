@@ -34,12 +34,12 @@ void runUntilEnd(const TerminationSignals &terminationSignals, const QDBusConnec
 }
 
 /// Makes the parts, shows them to clients, uses the keyboards, and serves until the end. `store` must be open.
-DaemonExit serve(SettingsStore &store, const QDBusConnection &bus)
+DaemonExit serve(SettingsStore &store, const QDBusConnection &bus, const HistoryLimits &limits)
 {
     // First and to the end: a signal waits for the event loop, which ends the daemon in order.
     const TerminationSignals terminationSignals;
     const StartDocument start = readStartDocument(store);
-    DaemonSession session(store, start, bus);
+    DaemonSession session(store, start, bus, limits);
     // Before the request port: a client that finds the port may call an object at once.
     if (!session.registerObjects()) {
         qCCritical(lcDaemon, "daemon: cannot put its objects on the bus");
@@ -64,7 +64,7 @@ DaemonExit serve(SettingsStore &store, const QDBusConnection &bus)
 
 } // namespace
 
-DaemonExit runDaemon()
+DaemonExit runDaemon(const HistoryLimits &limits)
 {
     const QDBusConnection bus = sharedSessionBus();
     if (!bus.isConnected()) {
@@ -80,7 +80,7 @@ DaemonExit runDaemon()
     SettingsStore store(StateFolder::defaultPath());
     const Result<void, SettingsStore::OpenError> opened = store.open();
     if (opened)
-        return serve(store, bus);
+        return serve(store, bus, limits);
     qCCritical(lcDaemon, "%s", qUtf8Printable(opened.error().message));
     return opened.error().cause == SettingsStore::OpenError::Cause::inUse ? DaemonExit::alreadyRunning
                                                                           : DaemonExit::folderUnusable;

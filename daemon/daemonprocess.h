@@ -2,6 +2,8 @@
 // Assembles and runs the daemon: the state folder, the bus, the keyboard. Called once, on the main thread.
 #pragma once
 
+#include "daemon/settings/historylimits.h"
+
 /// Exit codes of the daemon.
 enum class DaemonExit : int {
     ended = 0,          ///< by SIGTERM, SIGINT or SIGHUP
@@ -11,4 +13,4 @@ enum class DaemonExit : int {
 };
 
 /// Serves until a signal or the end of the bus; returns the exit code. Needs a QCoreApplication.
-[[nodiscard]] DaemonExit runDaemon();
+[[nodiscard]] DaemonExit runDaemon(const HistoryLimits &limits = {});

@@ -6,11 +6,12 @@
 #include "daemon/settings/startdocument.h"
 #include "daemon/system/statefolder.h"
 
-DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, const QDBusConnection &bus)
+DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, const QDBusConnection &bus,
+                             const HistoryLimits &limits)
     : mBus(bus), mNotices(bus), mServices(bus, mNotices), mDevices(mEventDevices, mLinuxKeyboard, mSeats),
       mDeviceChoice(StateFolder::defaultPath()),
-      mDaemon(store, mVirtualKeyboard, mServices.functions(), start.document), mKeyWatch(mDaemon.keyboard(), bus),
-      mMacroTries(bus), mFrontApplication(frontApplicationSources(bus)), mDesktopSearch(mFrontApplication, bus),
+      mDaemon(store, mVirtualKeyboard, mServices.functions(), start.document, limits),
+      mKeyWatch(mDaemon.keyboard(), bus), mMacroTries(bus), mFrontApplication(frontApplicationSources(bus)), mDesktopSearch(mFrontApplication, bus),
       mObjects({.store = store,
                 .virtualKeyboard = mVirtualKeyboard,
                 .devices = mDevices,

@@ -18,7 +18,8 @@ class DaemonSession
 public:
     /// Makes the parts, with the virtual keyboard in use. Reports the problems of `store`, which must be open and
     /// outlive this; `start` comes from it.
-    DaemonSession(SettingsStore &store, const StartDocument &start, const QDBusConnection &bus);
+    DaemonSession(SettingsStore &store, const StartDocument &start, const QDBusConnection &bus,
+                  const HistoryLimits &limits);
 
     /// Puts the objects on the bus. False if that failed.
     [[nodiscard]] bool registerObjects() { return mObjects.registerOn(mBus); }

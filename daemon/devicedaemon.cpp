@@ -7,8 +7,8 @@
 #include <utility>
 
 DeviceDaemon::DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonServices services,
-                           const QVariantMap &document, QObject *parent)
-    : QObject(parent), mServices(std::move(services)), mHistory(store.folder()),
+                           const QVariantMap &document, const HistoryLimits &limits, QObject *parent)
+    : QObject(parent), mServices(std::move(services)), mHistory(store.folder(), limits),
       mSettings(store, mHistory, mServices, document,
                 [this](const QVariantMap &current) { return mProfiles.documentToKeep(current); }),
       mProfiles(mSettings, mServices), mOwnKeys(mSettings, mServices), mOnTheFly(mSettings, mKeyboard, mServices),

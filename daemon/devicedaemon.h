@@ -29,7 +29,7 @@ public:
     /// `store` must be open; it and `keyboard` must outlive the daemon or be replaced. `document` must be valid and
     /// completed.
     DeviceDaemon(SettingsStore &store, Keyboard &keyboard, DaemonServices services, const QVariantMap &document,
-                 QObject *parent = nullptr);
+                 const HistoryLimits &limits = {}, QObject *parent = nullptr);
 
     [[nodiscard]] const QVariantMap &document() const { return mSettings.document(); }
     [[nodiscard]] const ProfileSwitch &profiles() const { return mProfiles; }

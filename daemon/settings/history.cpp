@@ -67,8 +67,8 @@ bool isChange(Kind kind)
 
 } // namespace
 
-History::History(const QString &folder, QObject *parent)
-    : QObject(parent), mLog(QDir(folder).filePath(u"history"_s)),
+History::History(const QString &folder, const HistoryLimits &limits, QObject *parent)
+    : QObject(parent), mLimits(limits), mLog(QDir(folder).filePath(u"history"_s)),
       mClock([] { return QDateTime::currentMSecsSinceEpoch(); })
 {
 }
@@ -190,7 +190,7 @@ void History::join(HistoryEntry &entry, const QVariantMap &before, const StoredC
     };
     const std::optional<HistoryEntry> last = HistoryEntry::fromFrame(mItems.back().frame);
     if (!last || last->author != entry.author || !isPart(kindOf(last->what)) || entry.timeMs < last->timeMs
-        || entry.timeMs - last->timeMs > joiningMs)
+        || entry.timeMs - last->timeMs > mLimits.joiningMs)
         return;
     if (!isRepair && placesOf(last->difference) != placesOf(entry.difference))
         return;
@@ -213,7 +213,7 @@ void History::write(const QList<HistoryEntry> &entries)
     QList<QByteArray> frames;
     for (HistoryEntry entry : entries) {
         QByteArray frame = entry.toFrame();
-        if (frame.isEmpty() || HistoryLog::sizeOf(frame) > maximumBytes / 2) { // too large to be kept
+        if (frame.isEmpty() || HistoryLog::sizeOf(frame) > mLimits.bytes / 2) { // too large to be kept
             entry.kind = Kind::gap;
             entry.difference.clear();
             frame = entry.toFrame();
@@ -266,15 +266,15 @@ void History::take(const HistoryEntry &entry, const QByteArray &frame)
 /// Keeps the history within its bounds. An entry is never shown after one that was dropped.
 void History::dropOld()
 {
-    const qint64 oldest = mClock() - maximumAgeMs;
+    const qint64 oldest = mClock() - mLimits.ageMs;
     auto keep = std::ranges::find_if(mItems, [oldest](const Item &item) { return item.timeMs >= oldest; });
-    const bool isTooLarge = mLog.size() > maximumBytes;
+    const bool isTooLarge = mLog.size() > mLimits.bytes;
     if (keep == mItems.begin() && !isTooLarge)
         return;
     if (isTooLarge) {
         qsizetype size = 0;
         auto first = mItems.end();
-        while (first != keep && size + HistoryLog::sizeOf(std::prev(first)->frame) <= maximumBytes * 3 / 4)
+        while (first != keep && size + HistoryLog::sizeOf(std::prev(first)->frame) <= mLimits.bytes / 4 * 3)
             size += HistoryLog::sizeOf((--first)->frame);
         keep = first;
     }

@@ -7,6 +7,7 @@
 #include "daemon/settings/changedescription.h"
 #include "daemon/settings/changeparts.h"
 #include "daemon/settings/historyentry.h"
+#include "daemon/settings/historylimits.h"
 #include "daemon/settings/historylog.h"
 
 #include <QList>
@@ -43,14 +44,10 @@ class History : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qsizetype maximumBytes = 2 * 1024 * 1024;
-    static constexpr qint64 maximumAgeMs = qint64{90} * 24 * 60 * 60 * 1000;
-    static constexpr qint64 joiningMs = 3000; ///< between changes of one slider or name
-
     using Clock = std::function<qint64()>;
 
     /// The file is "history" in `folder`.
-    explicit History(const QString &folder, QObject *parent = nullptr);
+    explicit History(const QString &folder, const HistoryLimits &limits = {}, QObject *parent = nullptr);
 
     /// For tests: milliseconds since 1970, UTC.
     void setClock(Clock clock) { mClock = std::move(clock); }
@@ -142,6 +139,7 @@ private:
     [[nodiscard]] std::optional<HistoryEntry> missedStep(const QVariantMap &document) const;
     [[nodiscard]] QVariantMap shown(const Item &item) const;
 
+    HistoryLimits mLimits;
     HistoryLog mLog;
     Clock mClock;
     std::vector<Item> mItems;   // ascending ids

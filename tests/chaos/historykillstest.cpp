@@ -1,24 +1,31 @@
 // SPDX-License-Identifier: MIT
-// Random changes by three clients, and kills at every call that changes the folder and at other moments. Undoing all
-// changes then leads to the first document, and redoing them to the last, byte for byte but for "LastMacroID".
+// A random document, random changes by three clients (the window, kestractl, and one with requests of all kinds), and
+// kills at every call that changes the folder and at other moments. Undoing all changes then leads to the first
+// document, and redoing them to the last, byte for byte but for "LastMacroID". Two clients make each of these steps at
+// once. The daemon joins and drops no entries.
 #include "base/document.h"
 #include "base/historykeys.h"
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "tests/chaos/chaosrun.h"
 #include "tests/chaos/faultydisk.h"
+#include "tests/chaos/windowfixture.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/fulldocument.h"
+#include "tests/support/kestractlprocess.h"
 #include "tests/support/testmain.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
+#include <QMap>
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -71,6 +78,49 @@ QVariantMap randomSettings(QRandomGenerator &random, const QVariantMap &profile)
         }
         return {{SettingsKeys::keys, keys}};
     }
+    }
+}
+
+QDBusMessage historyCall(const QString &method, const QVariantList &arguments)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
+                                                          HistoryKeys::objectPath, HistoryKeys::interfaceName, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    return message;
+}
+
+QVariantMap randomDocument(QRandomGenerator &random)
+{
+    QVariantList profiles;
+    for (int count = random.bounded(1, 6); count > 0; --count) {
+        QVariantMap profile = random.bounded(2) == 0 ? fullProfile(u"Full %1"_s.arg(count))
+                                                     : QVariantMap{{SettingsKeys::profileName, u"Bare"_s},
+                                                                   {SettingsKeys::keys, QVariantMap()}};
+        for (int settings = random.bounded(4); settings > 0; --settings)
+            profile.insert(randomSettings(random, profile));
+        profiles += profile;
+    }
+    QVariantList macros;
+    for (int id = 1, count = random.bounded(6); id <= count; ++id)
+        macros += fullMacro(u"Macro %1"_s.arg(random.bounded(3)), id, random.bounded(1, 30));
+    return {{SettingsKeys::profiles, profiles},
+            {SettingsKeys::macros, macros},
+            {SettingsKeys::deviceSettings,
+             QVariantMap{{SettingsKeys::activeProfile, random.bounded(int(profiles.size()))}}}};
+}
+
+QStringList randomWords(QRandomGenerator &random)
+{
+    const QString key(QChar(u'A' + random.bounded(26)));
+    switch (random.bounded(7)) {
+    case 0: return {u"key"_s, key, u"default"_s};
+    case 1: return {u"key"_s, key, u"single"_s, u"B"_s};
+    case 2: return {u"light"_s, u"brightness"_s, QString::number(random.bounded(5))};
+    case 3: return {u"macro"_s, u"add"_s, u"Written"_s};
+    case 4: return {u"undo"_s};
+    case 5: return {u"redo"_s};
+    default: return {u"key"_s, key, u"disable"_s};
     }
 }
 
@@ -144,10 +194,15 @@ private:
     [[nodiscard]] QList<QVariantMap> entries(const QString &method);
     [[nodiscard]] QVariantList call(const QString &method, const QVariantList &arguments = {});
     void change(int number);
+    void changeByKestractl();
+    void changeByWindow();
+    [[nodiscard]] bool goAtOnce(const QString &method, const QVariant &id);
     int goAll(HistoryKeys::Key next, const QString &method);
 
     FaultyDisk mDisk;
     DaemonProcessFixture mDaemon;
+    WindowFixture mWindow;
+    QProcessEnvironment mClients; // without the disk of the daemon
     QRandomGenerator mRandom{chaosSeed()};
     int mKills = 0;
 };
@@ -184,11 +239,7 @@ QVariantMap HistoryKillsTest::document()
 
 QVariantList HistoryKillsTest::call(const QString &method, const QVariantList &arguments)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName),
-                                                          HistoryKeys::objectPath, HistoryKeys::interfaceName, method);
-    message.setArguments(arguments);
-    message.setAutoStartService(false);
-    return QDBusConnection::sessionBus().call(message).arguments();
+    return QDBusConnection::sessionBus().call(historyCall(method, arguments)).arguments();
 }
 
 QList<QVariantMap> HistoryKillsTest::entries(const QString &method)
@@ -196,22 +247,61 @@ QList<QVariantMap> HistoryKillsTest::entries(const QString &method)
     return qdbus_cast<QList<QVariantMap>>(call(method).value(0));
 }
 
-/// Sends some changes of the three clients at once, and waits for the replies or the death of the daemon.
+/// Sends some changes at once, and waits for the replies or the death of the daemon.
 void HistoryKillsTest::change(int number)
 {
-    constexpr std::array<const char *, 3> clients{"org.quillkestra.Configurator", "org.quillkestra.kestractl",
-                                                  "org.example.Other"};
     const QVariantMap present = document();
     if (present.isEmpty())
         return; // it has just died
     mDaemon.replies().clear();
     for (int count = 0; count < number; ++count) {
         Change change = randomChange(mRandom, Document(present));
-        change.request.insert(DaemonProtocol::sourceApp,
-                              QString::fromLatin1(clients.at(std::size_t(mRandom.bounded(int(clients.size()))))));
+        change.request.insert(DaemonProtocol::sourceApp, u"org.example.Other"_s);
         mDaemon.send(change.command, change.request);
     }
     QVERIFY(awaitEvents([&] { return mDaemon.replies().size() == number || !mDaemon.isRunning(); }));
+}
+
+void HistoryKillsTest::changeByKestractl()
+{
+    QProcess process;
+    startKestractl(process, randomWords(mRandom), mClients);
+    QVERIFY(awaitEvents([&] { return process.state() == QProcess::NotRunning || !mDaemon.isRunning(); }));
+    if (process.state() == QProcess::NotRunning)
+        return;
+    process.kill(); // it would wait for the reply of the dead daemon
+    QVERIFY(process.waitForFinished());
+}
+
+void HistoryKillsTest::changeByWindow()
+{
+    constexpr std::array positions{0, 5}; // of the default key and a disabled one
+    const QByteArray key(1, char('A' + mRandom.bounded(26)));
+    mWindow.send("choose " + key + ' '
+                 + QByteArray::number(positions.at(std::size_t(mRandom.bounded(int(positions.size()))))));
+    QVERIFY(awaitEvents([this] { return mWindow.hasAnswer() || !mDaemon.isRunning(); }));
+    killSometimes(); // the window notices, and answers
+    QCOMPARE(mWindow.answer(), QByteArray("done"));
+}
+
+/// Lets two clients take the step at once: it is taken once. False if it is not known whether it was taken.
+bool HistoryKillsTest::goAtOnce(const QString &method, const QVariant &id)
+{
+    const int deaths = mDisk.deathCount();
+    const QDBusMessage message = historyCall(method, {id});
+    QDBusConnection other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"otherClient"_s);
+    const std::array calls{QDBusConnection::sessionBus().asyncCall(message), other.asyncCall(message)};
+    const bool areEnded = awaitEvents(
+        [&calls] { return std::ranges::all_of(calls, [](const auto &call) { return call.isFinished(); }); });
+    const auto taken = std::ranges::count_if(calls, [](const auto &call) { return call.isValid(); });
+    const auto outdated = std::ranges::count_if(
+        calls, [](const auto &call) { return call.error().name() == QLatin1StringView(HistoryKeys::outdatedError); });
+    const bool isAlive = mDisk.deathCount() == deaths;
+    if (!areEnded || taken > 1 || (isAlive && (taken != 1 || outdated != 1)))
+        QTest::qFail(
+            qPrintable(u"%1 of %2: %3 taken, %4 outdated"_s.arg(method, id.toString()).arg(taken).arg(outdated)),
+            __FILE__, __LINE__);
+    return taken == 1;
 }
 
 /// Undoes, or makes again, all that can be. Returns how often.
@@ -228,7 +318,7 @@ int HistoryKillsTest::goAll(HistoryKeys::Key next, const QString &method)
                 id = entry.value(HistoryKeys::id);
         }
         if (id.isValid())
-            count += call(method, {id}).value(0).typeId() == QMetaType::UInt;
+            count += goAtOnce(method, id);
         else if (mDaemon.isRunning() && !document().isEmpty())
             return count;
     }
@@ -237,50 +327,65 @@ int HistoryKillsTest::goAll(HistoryKeys::Key next, const QString &method)
 void HistoryKillsTest::leadsToTheFirstDocumentAndToTheLast()
 {
     const int wanted = numberFromEnvironment("KESTRA_CHAOS_CHANGES", 1000);
-    QVariantMap start = fullDocument();
-    start.insert(SettingsKeys::profiles, Document(start).profiles().first(4));
-    start.insert(SettingsKeys::macros, Document(start).macros().first(4));
-    QVERIFY(QDir().mkpath(mDaemon.settingsFolder()));
-    QFile file(QDir(mDaemon.settingsFolder()).filePath(u"settings.plist"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(PropertyList::writeBinary(start).value_or(QByteArray()));
-    file.close();
+    qInfo("seed %u", chaosSeed());
+    mDaemon.setProgram(QStringLiteral(KESTRA_UNBOUNDED_DAEMON));
+    QVERIFY(mDaemon.store(randomDocument(mRandom)));
+    mClients = mDaemon.environment();
     mDisk.prepare(mDaemon.environment(), mDaemon.settingsFolder());
     QVERIFY(mDaemon.start());
+    QVERIFY(mWindow.start(mClients));
+    QCOMPARE(mWindow.ask("patience 1000"), QByteArray("done"));
     mDisk->placesToLive = mRandom.bounded(1, longestLife);
     const QByteArray first = bytesWithoutLastMacroId(document());
 
     for (int sent = 0; sent < wanted && !QTest::currentTestFailed();) {
         killSometimes();
-        const int together = std::min(wanted - sent, mRandom.bounded(3) == 0 ? mRandom.bounded(2, 6) : 1);
-        change(together);
+        const int kind = mRandom.bounded(20);
+        const int together = kind < 2 || mRandom.bounded(2) != 0 ? 1 : std::min(wanted - sent, mRandom.bounded(2, 6));
+        if (kind == 0)
+            changeByKestractl();
+        else if (kind == 1)
+            changeByWindow();
+        else
+            change(together);
         sent += together;
     }
     killSometimes();
     mDisk.recover();
+    QCOMPARE(mWindow.finish(), 0);
+    // A change at the end: nothing can be made again.
+    QVERIFY(mDaemon.request(
+        Command::updateProfile,
+        {{DaemonProtocol::profileId, 0}, {DaemonProtocol::deviceSettingsDictionary, QVariantMap{{u"Last"_s, true}}}}));
     const int killsOfChanges = mKills;
     const QByteArray last = bytesWithoutLastMacroId(document());
     const QList<QVariantMap> list = entries(u"List"_s);
-    int unknown = 0;
+    QMap<QString, int> byAuthor;
     for (const QVariantMap &entry : list) {
         QVERIFY(entry.value(HistoryKeys::kind).toString() != HistoryKeys::kindElsewhere);
-        unknown += entry.value(HistoryKeys::author).toString() == HistoryKeys::authorUnknown;
+        ++byAuthor[entry.value(HistoryKeys::author).toString()];
     }
+    const int unknown = byAuthor.value(HistoryKeys::authorUnknown);
     const qint64 size = QFileInfo(QDir(mDaemon.settingsFolder()).filePath(u"history"_s)).size();
 
     const int undone = goAll(HistoryKeys::nextUndo, u"Undo"_s);
+    QVERIFY(undone > 0);
     mDisk.recover();
     QCOMPARE(bytesWithoutLastMacroId(document()), first);
     const int redone = goAll(HistoryKeys::nextRedo, u"Redo"_s);
     mDisk.recover();
+    QVERIFY(mDaemon.isRunning() || mDaemon.start());
     QCOMPARE(bytesWithoutLastMacroId(document()), last);
     for (const QVariantMap &entry : entries(u"List"_s))
         QVERIFY(entry.value(HistoryKeys::kind).toString() != HistoryKeys::kindElsewhere);
-    qInfo("seed %u: %d changes sent, %lld entries in %lld bytes, %d of them missed and found again; %d undone, %d "
-          "redone; %d kills, %d while changes were made",
-          chaosSeed(), wanted, static_cast<long long>(list.size()), static_cast<long long>(size), unknown, undone,
-          redone, mKills, killsOfChanges);
+    const int byWindow = byAuthor.value(HistoryKeys::authorConfigurator);
+    const int byKestractl = byAuthor.value(HistoryKeys::authorKestractl);
+    qInfo("%d changes sent; %lld entries in %lld bytes: %d by the window, %d by kestractl, %d missed and found again; "
+          "%d undone, %d redone; %d kills, %d while changes were made",
+          wanted, static_cast<long long>(list.size()), static_cast<long long>(size), byWindow, byKestractl, unknown,
+          undone, redone, mKills, killsOfChanges);
     QVERIFY(list.size() > wanted / 3);
+    QVERIFY(wanted < 1000 || (byWindow > 10 && byKestractl > 10));
     QVERIFY(wanted < 1000 || (killsOfChanges > 10 && mKills > killsOfChanges && unknown > 0));
 }
 

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void joinsTheStepsOfASlider();
     void joinsNothingElse_data();
     void joinsNothingElse();
+    void joinsNothingWithoutATimeForIt();
     void sliderThatReturnsLeavesNoEntry();
     void repairOfKeysBelongsToTheDeletion();
     void isThereAfterARestart();
@@ -721,6 +722,24 @@ void HistoryTest::joinsNothingElse()
     QCOMPARE(entries().size(), 2);
 }
 
+void HistoryTest::joinsNothingWithoutATimeForIt()
+{
+    const QTemporaryDir folder;
+    History history(folder.path(), {.joiningMs = -1});
+    QVariantMap before = startDocument();
+    history.open(before, [] { return QList<QByteArray>(); });
+    for (const int level : {2, 1}) {
+        QVariantMap first = Document(before).profile(0);
+        first.insert(u"BrightnessKBNormal"_s, level);
+        QVariantList profiles = Document(before).profiles();
+        profiles.replace(0, first);
+        const QVariantMap after = SettingsDocument::withProfiles(before, profiles);
+        history.record(before, {{.document = after, .cause = {.author = u"client"_s}}}, quint64(level));
+        before = after;
+    }
+    QCOMPARE(history.entries().size(), 2);
+}
+
 void HistoryTest::sliderThatReturnsLeavesNoEntry()
 {
     setBrightness(1);
@@ -930,7 +949,7 @@ void HistoryTest::staysWithinItsSize()
             characters += QChar(random.bounded(0x4e00, 0x9f00));
         return characters;
     };
-    const qsizetype limit = History::maximumBytes;
+    const qsizetype limit = HistoryLimits().bytes;
     for (int count = 0; count < 100; ++count) {
         updateProfile(0, {{u"Other"_s, text()}});
         QVERIFY(file().size() <= limit);

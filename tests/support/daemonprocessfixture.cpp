@@ -32,7 +32,8 @@ QDBusMessage callObject(const QString &interface, const QString &method, const Q
 
 } // namespace
 
-DaemonProcessFixture::DaemonProcessFixture() : mEnvironment(QProcessEnvironment::systemEnvironment())
+DaemonProcessFixture::DaemonProcessFixture()
+    : mEnvironment(QProcessEnvironment::systemEnvironment()), mProgram(daemonPath())
 {
     mEnvironment.insert(u"XDG_STATE_HOME"_s, mFolder.filePath(u"state"_s));
     mEnvironment.insert(u"QUILL_KESTRA_RESOURCES"_s, qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources"_s);
@@ -61,7 +62,7 @@ bool DaemonProcessFixture::start(const std::function<void()> &inChild)
     mProcess->setProcessEnvironment(mEnvironment);
     if (inChild)
         mProcess->setChildProcessModifier(inChild);
-    mProcess->start(daemonPath(), {});
+    mProcess->start(mProgram, {});
     if (!mProcess->waitForStarted(waitMs))
         return false;
     return QTest::qWaitFor(

@@ -32,6 +32,9 @@ public:
     DaemonProcessFixture();
     ~DaemonProcessFixture() override;
 
+    /// Starts `path` in place of the daemon of the build, from the next start on.
+    void setProgram(const QString &path) { mProgram = path; }
+
     /// Starts the daemon and waits for its port. Returns false when the daemon ends or the port does not appear.
     [[nodiscard]] bool start(const std::function<void()> &inChild = {});
     /// Kills it as a crash would (SIGKILL) and waits until the bus has noticed.
@@ -69,6 +72,7 @@ public:
 private:
     QTemporaryDir mFolder;
     QProcessEnvironment mEnvironment;
+    QString mProgram;
     std::unique_ptr<QProcess> mProcess;
     std::unique_ptr<QProcess> mOther;
     std::unique_ptr<LocalMessagePort> mPort;

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+// The limits within which the history keeps and joins its entries. A value.
+#pragma once
+
+#include <QtGlobal>
+
+struct HistoryLimits
+{
+    qsizetype bytes = 2 * 1024 * 1024; ///< of the file
+    qint64 ageMs = qint64{90} * 24 * 60 * 60 * 1000;
+    qint64 joiningMs = 3000; ///< between changes of one slider or name; negative: no changes are joined
+};
