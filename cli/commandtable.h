@@ -63,9 +63,10 @@ inline constexpr QLatin1StringView list{"--list"};
 inline constexpr QLatin1StringView add{"--add"};
 inline constexpr QLatin1StringView date{"--date"};
 inline constexpr QLatin1StringView text{"--text"};
+inline constexpr QLatin1StringView newest{"--newest"};
 
 /// Options that are followed by a value, as the next word or behind "=".
-inline constexpr std::array withValue{modifiers, repeat, seconds, date};
+inline constexpr std::array withValue{modifiers, repeat, seconds, date, newest};
 } // namespace Options
 
 // The functions of the rows.
@@ -126,6 +127,7 @@ CommandResult<void> setBrightness(CommandContext &context);
 
 // The forms of the rows that have several.
 QList<CommandForm> restoreDocumentForms();
+QList<CommandForm> restoreHistoryEntryForms();
 QList<CommandForm> bindProfileForms();
 QList<CommandForm> keyCommandForms();
 QList<CommandForm> lightCommandForms();

@@ -77,7 +77,9 @@ QJsonObject jsonOf(const Restoration &restoration)
     QJsonArray others;
     for (const uint id : restoration.others)
         others += static_cast<qint64>(id);
-    return {{u"alone"_s, restoration.isAlone}, {u"others"_s, others}};
+    return {{u"alone"_s, restoration.isAlone},
+            {u"others"_s, others},
+            {u"newest"_s, static_cast<qint64>(restoration.newest)}};
 }
 
 QJsonArray jsonOf(const HistoryParts &parts)
@@ -120,6 +122,22 @@ CommandResult<uint> idArgument(const CommandContext &context)
         return wrongUsage(
             u"\"%1\" is not the number of an entry (see kestractl history)"_s.arg(context.arguments.first()));
     return id;
+}
+
+/// The newest entry that the user allows, or else the present one.
+CommandResult<uint> newestArgument(const CommandContext &context, uint id)
+{
+    if (context.hasOption(Options::newest)) {
+        bool isNumber = false;
+        const uint newest = context.optionValue(Options::newest).toUInt(&isNumber);
+        if (!isNumber || newest == 0)
+            return wrongUsage(u"\"%1\" is not the number of an entry"_s.arg(context.optionValue(Options::newest)));
+        return newest;
+    }
+    const DaemonObjectResult<Restoration> preview = HistoryClient::preview(id);
+    if (!preview)
+        return preview.error();
+    return preview->newest;
 }
 
 /// An entry that the user has named, and all entries.
@@ -236,6 +254,13 @@ CommandResult<void> showHistoryEntry(CommandContext &context)
     return {};
 }
 
+QList<CommandForm> restoreHistoryEntryForms()
+{
+    return {{u"ENTRY"_s, u"take the change back, with all later ones that must go back with it"_s},
+            {u"ENTRY --newest N"_s,
+             u"the same, refused if the settings have changed since \"history show ENTRY --json\" gave N as newest"_s}};
+}
+
 CommandResult<void> restoreHistoryEntry(CommandContext &context)
 {
     loadWords();
@@ -243,10 +268,10 @@ CommandResult<void> restoreHistoryEntry(CommandContext &context)
     if (!named)
         return named.error();
     const QVariantMap &entry = named->entry;
-    const DaemonObjectResult<Restoration> preview = HistoryClient::preview(idOf(entry));
-    if (!preview)
-        return preview.error();
-    const DaemonObjectResult<Restoration> done = HistoryClient::restore(idOf(entry), preview->newest);
+    const CommandResult<uint> newest = newestArgument(context, idOf(entry));
+    if (!newest)
+        return newest.error();
+    const DaemonObjectResult<Restoration> done = HistoryClient::restore(idOf(entry), *newest);
     if (!done)
         return done.error();
     context.console.print(u"taken back: %1"_s.arg(historyWords(entry)));

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void showAsJsonHasBothStates();
     void showNamesTheOtherChanges();
     void restoreTakesBackOneChange();
+    void restoreIsRefusedAfterAnotherChange();
     void wrongEntryIsWrongUsage_data();
     void wrongEntryIsWrongUsage();
     void clearForgetsAll();
@@ -192,6 +193,24 @@ void KestractlHistoryTest::restoreTakesBackOneChange()
     QCOMPARE(line({u"key"_s, u"A"_s}), u"A: default key"_s);
     QCOMPARE(line({u"macro"_s, u"list"_s}), u"1  Combo (0 events)"_s);
     QCOMPARE(words(), QStringList({u"Taken back: A: Disable key"_s, u"Macro Combo added"_s, u"A: Disable key"_s}));
+}
+
+void KestractlHistoryTest::restoreIsRefusedAfterAnotherChange()
+{
+    QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
+    const auto newest = [this] {
+        const QJsonObject entry = run({u"history"_s, u"show"_s, u"1"_s, u"--json"_s}).json().object();
+        return QString::number(entry.value(u"restore"_s).toObject().value(u"newest"_s).toInt());
+    };
+    const QString shown = newest();
+    QCOMPARE(run({u"key"_s, u"B"_s, u"disable"_s}).exitCode, 0);
+    const KestractlResult refused = run({u"history"_s, u"restore"_s, u"1"_s, u"--newest"_s, shown});
+    QCOMPARE(refused.exitCode, 1);
+    QCOMPARE(refused.errorText(), u"kestractl: the settings have changed since; read the history again\n"_s);
+    QCOMPARE(line({u"key"_s, u"A"_s}), u"A: disabled"_s);
+    QCOMPARE(run({u"history"_s, u"restore"_s, u"1"_s, u"--newest"_s, newest()}).exitCode, 0);
+    QCOMPARE(line({u"key"_s, u"A"_s}), u"A: default key"_s);
+    QCOMPARE(run({u"history"_s, u"restore"_s, u"1"_s, u"--newest"_s, u"0"_s}).exitCode, 2);
 }
 
 void KestractlHistoryTest::wrongEntryIsWrongUsage_data()
