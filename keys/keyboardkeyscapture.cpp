@@ -7,10 +7,12 @@
 #include "base/plistnumbers.h"
 #include "base/text.h"
 #include "keys/keylayout.h"
+#include "keys/newmacro.h"
 #include "macros/eventparser.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/sheet.h"
 
+#include <QAction>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
@@ -23,6 +25,7 @@ void KeyboardKeysController::registerNotification()
 {
     mKeysNotificationCenter->addObserver(this, DaemonProtocol::singleKeyEvent,
                                          [this](const DistributedNotification &posted) { singleKeyEvents(posted); });
+    mNewMacro->observe(*mKeysNotificationCenter);
     mKeysNotificationCenter->addObserver(this, DaemonProtocol::gameModePressed,
                                          [this](const DistributedNotification &posted) { gameModeSwitch(posted); });
 }
@@ -51,11 +54,42 @@ void KeyboardKeysController::keyboardCameBack()
 {
     if (mSingleKeyWindow->isUp())
         captureSingleKey();
+    mNewMacro->keyboardCameBack();
+}
+
+// A new macro for the selected keys
+
+void KeyboardKeysController::setMKeysDelegate(KeysDelegate *delegate)
+{
+    mKeysDelegate = delegate;
+    mNewMacro->setDelegate(delegate);
+}
+
+void KeyboardKeysController::connectNewMacro()
+{
+    mNewMacro = new NewMacro(this);
+    connect(mNewMacro, &NewMacro::captureAreaChanged, this, &KeyboardKeysController::captureAreaChanged);
+    connect(mNewMacro, &NewMacro::assigned, this,
+            [this](int macroRow) { writeEntry(Assignment::playMacro, macroRow, KeyMappings::playOnceValue); });
+    mMakeMacro = new QAction(localizedText("lkeyKeysNewMacro"), this);
+    mMakeMacro->setObjectName(QStringLiteral("mMakeMacro"));
+    connect(mMakeMacro, &QAction::triggered, this, &KeyboardKeysController::makeNewMacro);
+}
+
+void KeyboardKeysController::makeNewMacro()
+{
+    if (!mHasDeviceConnected || mIsFirstLaunch)
+        return;
+    QString keys = shownKeyName(selectedCode());
+    if (!mOtherSelectedKeys.isEmpty())
+        keys = localizedFormat("lkeyKeysSeveralSelected", {keys, QString::number(mOtherSelectedKeys.size())});
+    if (Sheet *sheet = mNewMacro->begin(mView, mKeysWindow, keys))
+        mSheetSubject.note(sheet, profile());
 }
 
 QWidget *KeyboardKeysController::captureArea() const
 {
-    return mSingleKeyWindow->isUp() ? mSingleKeyWindow : nullptr;
+    return mSingleKeyWindow->isUp() ? mSingleKeyWindow : mNewMacro->captureArea();
 }
 
 void KeyboardKeysController::showCaptureSource(const CaptureSource &source)
@@ -69,6 +103,7 @@ void KeyboardKeysController::showCaptureSource(const CaptureSource &source)
     mSingleKeyInput->setAccessibleDescription(hint);
     mSingleKeyHint->setText(hint);
     mSingleKeyHint->setVisible(!hint.isEmpty());
+    mNewMacro->showCaptureSource(source);
 }
 
 void KeyboardKeysController::singleKeyEvents(const DistributedNotification &notification)

@@ -9,6 +9,7 @@
 #include "keys/keycard.h"
 #include "keys/keylayout.h"
 #include "keys/macropreview.h"
+#include "keys/newmacro.h"
 #include "macros/macrorecord.h"
 #include "platform/applicationinformation.h"
 
@@ -55,6 +56,7 @@ QString programDetail(const QString &path)
 void KeyboardKeysController::setMAllMacrosArray(const QVariantList &macros)
 {
     mAllMacrosArray = macros;
+    mNewMacro->setMacros(macros);
     // The events of the macro on the card may have changed.
     if (mKeyCard && entryForKey(selectedCode()).command == static_cast<int>(Assignment::playMacro))
         showSelectedKeys();

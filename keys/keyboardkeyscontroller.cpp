@@ -18,6 +18,7 @@
 #include "keys/keymarkslegend.h"
 #include "keys/keysearchbar.h"
 #include "keys/mappingcleanup.h"
+#include "keys/newmacro.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
@@ -182,6 +183,7 @@ void KeyboardKeysController::checkKeyAssignment()
 void KeyboardKeysController::setControlsState(bool isEnabled)
 {
     mHasDeviceConnected = isEnabled;
+    mNewMacro->setKeyboardAttached(isEnabled);
     if (!isEnabled) {
         mSheetSubject.end();
         updatePopUpSelection(); // undoes the choice that opened the ended sheet or panel

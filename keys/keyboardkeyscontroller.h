@@ -25,6 +25,7 @@ class KeyCard;
 struct KeyCardContent;
 class KeyMarksLegend;
 class KeySearchBar;
+class NewMacro;
 class KeyboardPicture;
 class PopUpButton;
 class QAction;
@@ -65,7 +66,7 @@ public:
     void setMAllMacrosArray(const QVariantList &macros);
     void setMKeysWindow(QWidget *window) { mKeysWindow = window; }
     /// The delegate must outlive the controller, or be set to null before.
-    void setMKeysDelegate(KeysDelegate *delegate) { mKeysDelegate = delegate; }
+    void setMKeysDelegate(KeysDelegate *delegate);
 
     /// Code text of the selected key; of several, the one selected last.
     [[nodiscard]] QString selectedKey() const { return mSelectedKey; }
@@ -95,7 +96,8 @@ public:
     void saveLastSelectedKey();
     /// Selects the keys with these codes, the last one last. Ignores codes without a key.
     void selectKeys(QList<int> codes);
-    /// The widget that waits for keys of the keyboard: the single-key sheet while it is up, else null.
+    /// The widget that waits for keys of the keyboard: the single-key sheet while it is up, that of a new macro while
+    /// it records, else null.
     [[nodiscard]] QWidget *captureArea() const;
     /// Shows in the sheet where the user presses the key.
     void showCaptureSource(const CaptureSource &source);
@@ -159,6 +161,8 @@ private:
     void setPlaybackVisible(bool isVisible);
     void validateItems(const QMenu *menu);
     void openSingleKeySheet();
+    void connectNewMacro();
+    void makeNewMacro();
     void captureSingleKey();
     void openApplicationChooser();
     void openApplicationPanel();
@@ -233,7 +237,9 @@ private:
     KeyCard *mKeyCard = nullptr;
     KeyMarksLegend *mMarksLegend = nullptr;
     KeySearchBar *mSearchBar = nullptr;
+    NewMacro *mNewMacro = nullptr;
     QAction *mSeparator = nullptr;
+    QAction *mMakeMacro = nullptr;
     QAction *mCopy = nullptr;
     QAction *mPaste = nullptr;
 

@@ -120,7 +120,7 @@ void KeyboardKeysController::addClipboardItems()
     if (!mSeparator)
         mSeparator = new QAction(this);
     mSeparator->setSeparator(true);
-    for (QAction *action : {mSeparator, mCopy, mPaste}) {
+    for (QAction *action : {mSeparator, mMakeMacro, mCopy, mPaste}) {
         menu->removeAction(action);
         menu->addAction(action);
     }

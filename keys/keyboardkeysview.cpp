@@ -73,6 +73,7 @@ void KeyboardKeysController::buildView()
 {
     mView = new QWidget;
     mView->setObjectName("mKeysView"_L1);
+    connectNewMacro();
     auto *layout = new QVBoxLayout(mView);
     layout->setContentsMargins(Spacing::separate, Spacing::separate, Spacing::separate, Spacing::separate);
     layout->setSpacing(Spacing::normal);

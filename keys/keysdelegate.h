@@ -20,6 +20,13 @@ public:
     virtual void selectTabAtIndex(int index) = 0;
     /// `profiles` are all profile records, repaired after a macro or a profile was deleted.
     virtual void updateProfileKeyInDictionaryWithDictionary(const QVariantList &profiles) = 0;
+    // As in MacroDelegate, for a new macro
+    virtual void addMacroWithSettings(const QVariantMap &) {}
+    virtual void startMacroRecordingMacroIndex(int /*appendFlag*/, int /*macroIndex*/) {}
+    virtual void stopMacroRecording() {}
+    virtual void saveRecordedEventsForMacroAtIndexIsNewRecording(int /*macroIndex*/, int /*isNewRecording*/) {}
+    virtual void renameMacroAtIndexWithNewName(int /*macroIndex*/, const QString & /*newName*/) {}
+    virtual void deleteMacroAtIndex(int /*macroIndex*/) {}
     /// Shows an event to the user, without a message box.
     virtual void report(const StatusReport &) {}
 };

@@ -2,7 +2,6 @@
 // The left half of the macros tab: adding, renaming and deleting macros, and the commands of their menus.
 #include "macros/keyboardmacroscontroller.h"
 
-#include "base/daemonprotocol.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "base/uniquename.h"
@@ -33,14 +32,7 @@ void KeyboardMacrosController::clickAddMacro(QObject *)
     const Selection before{macroRow(), mSelectedMacroId};
     mMacroTableView->deselectAll();
     mIsAddMacro = true;
-    const QVariantMap macro{
-        {SettingsKeys::macroName,
-         checkForDuplicateMacroNameUsingDefaultName(mMacrosSettingsArray, MacroFile::untitledName)},
-        {SettingsKeys::delay, MacroRecord::standardDelayMs},
-        {DaemonProtocol::responsePortName, QString(DaemonProtocol::configuratorReplyPortName)},
-        {SettingsKeys::sequence, QVariantMap()},
-    };
-    mMacrosSettingsArray.append(macro);
+    mMacrosSettingsArray.append(MacroFile::newRecord(mMacrosSettingsArray));
     mLines.clear();
     linesHaveChanged();
     mMacroTableView->reloadData();

@@ -1,9 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "macros/macrofile.h"
 
+#include "base/daemonprotocol.h"
 #include "base/qlcoreutility.h"
 #include "base/settingskeys.h"
 #include "macros/macrorecord.h"
+
+QVariantMap MacroFile::newRecord(const QVariantList &macros)
+{
+    return {
+        {SettingsKeys::macroName, QlCoreUtility::generateNameUsingDefaultName(macros, untitledName)},
+        {SettingsKeys::delay, MacroRecord::standardDelayMs},
+        {DaemonProtocol::responsePortName, QString(DaemonProtocol::configuratorReplyPortName)},
+        {SettingsKeys::sequence, QVariantMap()},
+    };
+}
 
 QVariantMap MacroFile::exportedRecord(QVariantMap record)
 {

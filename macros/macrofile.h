@@ -15,6 +15,10 @@ inline constexpr QLatin1StringView suffix{"KestraMacro"};
 /// The name of a macro that the user has not named, before it is made unique.
 inline constexpr QLatin1StringView untitledName{"Untitled Macro"};
 
+/// Returns the record of a new macro without events, with a name that no record in `macros` (array of macro records)
+/// has.
+[[nodiscard]] QVariantMap newRecord(const QVariantList &macros);
+
 /// Returns the file content for the macro `record`: all of it except its identifier, which belongs to the daemon.
 [[nodiscard]] QVariantMap exportedRecord(QVariantMap record);
 

@@ -33,6 +33,7 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -95,6 +96,8 @@ private Q_SLOTS:
     void cardOfTheKeyFollowsTheEvents();
     void useOfAMacroLeadsToItsKey();
     void useInAnotherProfileMakesItActive();
+    void newMacroForAKeyPlaysAtOnce();
+    void cancelledNewMacroLeavesNothing();
     void pressedKeyPlaysTheEditedMacro();
     void importedMacroEqualsTheExportedOne();
     void renamesAndDeletes();
@@ -127,6 +130,8 @@ private:
     void recordCombo();
     /// Assigns the macro "Combo" to the key F.
     void assignComboToF();
+    /// Opens the sheet for a new macro of the key F and records the key A.
+    void makeMacroForF();
     void chooseForEvent(int row, int tag);
     [[nodiscard]] QToolButton *linkTo(const QString &words) const; ///< null if it is not shown
     [[nodiscard]] QStringList lines() const { return mHub->controller->macrosController()->macroDetailsArray(); }
@@ -371,6 +376,46 @@ void MacrosEndToEndTest::useInAnotherProfileMakesItActive()
     QVERIFY(link);
     link->click();
     QCOMPARE(mHub->find<QTabWidget>("mKeyboardTabView")->currentIndex(), macrosTabIndex);
+}
+
+void MacrosEndToEndTest::makeMacroForF()
+{
+    mHub->controller->selectTabAtIndex(keysTabIndex);
+    QTest::mouseClick(mHub->find<QWidget>("mF"), Qt::LeftButton);
+    mHub->controller->keysController()->findChild<QAction *>(u"mMakeMacro"_s)->trigger();
+    QVERIFY(mHub->find<Sheet>("mNewMacroSheet")->isUp());
+    typeKey(keyA);
+    QTRY_COMPARE(mHub->find<QListWidget>("mNewMacroEvents")->count(), 3);
+}
+
+void MacrosEndToEndTest::newMacroForAKeyPlaysAtOnce()
+{
+    makeMacroForF();
+    click("mNewMacroRecord");
+    mHub->find<QLineEdit>("mNewMacroName")->setText(u"Combo"_s);
+    click("mNewMacroAssign");
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 2);
+    QCOMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Macro: Combo (Play once)"_s);
+    SentRecorder recorder;
+    typeKey(keyF);
+    QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:4"_s, u"-7:4"_s}));
+}
+
+void MacrosEndToEndTest::cancelledNewMacroLeavesNothing()
+{
+    const auto records = [this] {
+        const Document document(settings().value(DaemonProtocol::allDevSettings).toMap());
+        return QVariantList{document.profiles(), document.macros()};
+    };
+    const QVariantList before = records();
+    makeMacroForF();
+    QVERIFY(records() != before);
+    click("mNewMacroCancel");
+    QCOMPARE(records(), before);
+    // The keys go to the computer again.
+    SentRecorder recorder;
+    typeKey(keyB);
+    QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:5"_s, u"-7:5"_s}));
 }
 
 void MacrosEndToEndTest::pressedKeyPlaysTheEditedMacro()

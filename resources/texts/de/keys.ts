@@ -71,5 +71,12 @@
     <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>Eine Auswahl hier ändert alle %@ gewählten Tasten.</translation></message>
     <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>Tasten des Makros: %@</translation></message>
     <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>Eine Zusatztaste. Die meisten Programme beachten sie erst, wenn Sie sie belegen.</translation></message>
+    <message id="lkeyKeysNewMacro"><source>lkeyKeysNewMacro</source><translation>Neues Makro …</translation></message>
+    <message id="lkeyNewMacroTitle"><source>lkeyNewMacroTitle</source><translation>Neues Makro für %@</translation></message>
+    <message id="lkeyNewMacroName"><source>lkeyNewMacroName</source><translation>Name:</translation></message>
+    <message id="lkeyNewMacroAssign"><source>lkeyNewMacroAssign</source><translation>Zuweisen</translation></message>
+    <message id="lkeyNewMacroEvents"><source>lkeyNewMacroEvents</source><translation>Aufgenommene Ereignisse</translation></message>
+    <message id="lkeyNewMacroNothing"><source>lkeyNewMacroNothing</source><translation>Es wurde kein Ereignis aufgenommen. Klicken Sie auf „Aufnehmen“, um es noch einmal zu versuchen.</translation></message>
+    <message id="lkeyNewMacroReady"><source>lkeyNewMacroReady</source><translation>Geben Sie dem Makro einen Namen und weisen Sie es zu.</translation></message>
 </context>
 </TS>

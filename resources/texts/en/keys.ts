@@ -71,5 +71,12 @@
     <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>A choice here changes all %@ selected keys.</translation></message>
     <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>Keys of the macro: %@</translation></message>
     <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>An extra key. Most programs ignore it until you assign something to it.</translation></message>
+    <message id="lkeyKeysNewMacro"><source>lkeyKeysNewMacro</source><translation>New macro…</translation></message>
+    <message id="lkeyNewMacroTitle"><source>lkeyNewMacroTitle</source><translation>New macro for %@</translation></message>
+    <message id="lkeyNewMacroName"><source>lkeyNewMacroName</source><translation>Name:</translation></message>
+    <message id="lkeyNewMacroAssign"><source>lkeyNewMacroAssign</source><translation>Assign</translation></message>
+    <message id="lkeyNewMacroEvents"><source>lkeyNewMacroEvents</source><translation>Recorded events</translation></message>
+    <message id="lkeyNewMacroNothing"><source>lkeyNewMacroNothing</source><translation>No event was recorded. Click Record to try again.</translation></message>
+    <message id="lkeyNewMacroReady"><source>lkeyNewMacroReady</source><translation>Name the macro, then assign it.</translation></message>
 </context>
 </TS>

@@ -71,5 +71,12 @@
     <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>Lo que elija aquí cambia las %@ teclas seleccionadas.</translation></message>
     <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>Teclas de la macro: %@</translation></message>
     <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>Una tecla adicional. La mayoría de los programas la ignoran hasta que usted le asigna algo.</translation></message>
+    <message id="lkeyKeysNewMacro"><source>lkeyKeysNewMacro</source><translation>Nueva macro…</translation></message>
+    <message id="lkeyNewMacroTitle"><source>lkeyNewMacroTitle</source><translation>Nueva macro para %@</translation></message>
+    <message id="lkeyNewMacroName"><source>lkeyNewMacroName</source><translation>Nombre:</translation></message>
+    <message id="lkeyNewMacroAssign"><source>lkeyNewMacroAssign</source><translation>Asignar</translation></message>
+    <message id="lkeyNewMacroEvents"><source>lkeyNewMacroEvents</source><translation>Eventos grabados</translation></message>
+    <message id="lkeyNewMacroNothing"><source>lkeyNewMacroNothing</source><translation>No se grabó ningún evento. Haga clic en Grabar para volver a intentarlo.</translation></message>
+    <message id="lkeyNewMacroReady"><source>lkeyNewMacroReady</source><translation>Ponga un nombre a la macro y asígnela.</translation></message>
 </context>
 </TS>

@@ -71,5 +71,12 @@
     <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>Un choix ici modifie les %@ touches sélectionnées.</translation></message>
     <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>Touches de la macro : %@</translation></message>
     <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>Une touche supplémentaire. La plupart des programmes l’ignorent tant que vous ne lui attribuez rien.</translation></message>
+    <message id="lkeyKeysNewMacro"><source>lkeyKeysNewMacro</source><translation>Nouvelle macro…</translation></message>
+    <message id="lkeyNewMacroTitle"><source>lkeyNewMacroTitle</source><translation>Nouvelle macro pour %@</translation></message>
+    <message id="lkeyNewMacroName"><source>lkeyNewMacroName</source><translation>Nom :</translation></message>
+    <message id="lkeyNewMacroAssign"><source>lkeyNewMacroAssign</source><translation>Attribuer</translation></message>
+    <message id="lkeyNewMacroEvents"><source>lkeyNewMacroEvents</source><translation>Événements enregistrés</translation></message>
+    <message id="lkeyNewMacroNothing"><source>lkeyNewMacroNothing</source><translation>Aucun événement n’a été enregistré. Cliquez sur Enregistrer pour réessayer.</translation></message>
+    <message id="lkeyNewMacroReady"><source>lkeyNewMacroReady</source><translation>Nommez la macro, puis attribuez-la.</translation></message>
 </context>
 </TS>

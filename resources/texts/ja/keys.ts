@@ -71,5 +71,12 @@
     <message id="lkeyKeysCardSeveral"><source>lkeyKeysCardSeveral</source><translation>ここで選ぶと、選択した %@ 個のキーがすべて変わります。</translation></message>
     <message id="lkeyKeysCardPreview"><source>lkeyKeysCardPreview</source><translation>マクロのキー: %@</translation></message>
     <message id="lkeyKeysCardExtraKey"><source>lkeyKeysCardExtraKey</source><translation>追加キーです。何かを割り当てるまで、ほとんどのプログラムはこのキーを無視します。</translation></message>
+    <message id="lkeyKeysNewMacro"><source>lkeyKeysNewMacro</source><translation>新しいマクロ…</translation></message>
+    <message id="lkeyNewMacroTitle"><source>lkeyNewMacroTitle</source><translation>%@ の新しいマクロ</translation></message>
+    <message id="lkeyNewMacroName"><source>lkeyNewMacroName</source><translation>名前:</translation></message>
+    <message id="lkeyNewMacroAssign"><source>lkeyNewMacroAssign</source><translation>割り当て</translation></message>
+    <message id="lkeyNewMacroEvents"><source>lkeyNewMacroEvents</source><translation>記録されたイベント</translation></message>
+    <message id="lkeyNewMacroNothing"><source>lkeyNewMacroNothing</source><translation>イベントは記録されませんでした。「記録」をクリックしてやり直してください。</translation></message>
+    <message id="lkeyNewMacroReady"><source>lkeyNewMacroReady</source><translation>マクロに名前を付けて、割り当ててください。</translation></message>
 </context>
 </TS>

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include "keys/newmacro.h"
+
+#include "base/daemonprotocol.h"
+#include "base/settingskeys.h"
+#include "base/uniquename.h"
+#include "keys/keysdelegate.h"
+#include "keys/newmacrosheet.h"
+#include "macros/macrofile.h"
+#include "macros/macrorecord.h"
+#include "platform/distributednotificationcenter.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int newRecording = 0; // not appended
+
+/// The identifier of the only macro with this name; invalid if there is none, or if there are several.
+QVariant identityOfOnly(const QVariantList &macros, const QString &name)
+{
+    QVariant identity;
+    for (const QVariant &each : macros) {
+        if (MacroRecord::name(each.toMap()) != name)
+            continue;
+        if (identity.isValid())
+            return {};
+        identity = MacroRecord::identity(each.toMap());
+    }
+    return identity;
+}
+
+} // namespace
+
+NewMacro::NewMacro(QObject *parent) : QObject(parent) {}
+
+void NewMacro::observe(DistributedNotificationCenter &center)
+{
+    center.addObserver(this, DaemonProtocol::macroSequenceNotification,
+                       [this](const DistributedNotification &posted) { takeEvents(posted.userInfo); });
+}
+
+Sheet *NewMacro::begin(QWidget *parent, QWidget *window, const QString &key)
+{
+    if (!mDelegate || isUp())
+        return nullptr;
+    const QVariantMap macro = MacroFile::newRecord(mMacros);
+    mDelegate->addMacroWithSettings(macro);
+    mMacroId = identityOfOnly(mMacros, MacroRecord::name(macro)); // the daemon gives it in a new list
+    if (!mMacroId.isValid())
+        return nullptr;
+    if (!mSheet) {
+        mSheet = new NewMacroSheet(parent);
+        connect(mSheet, &NewMacroSheet::recordClicked, this, &NewMacro::recordClicked);
+        connect(mSheet, &NewMacroSheet::assignClicked, this, &NewMacro::assign);
+        connect(mSheet, &NewMacroSheet::cancelClicked, this, &NewMacro::cancel);
+        mSheet->showSource(mSource);
+    }
+    mSheet->begin(window, key, MacroRecord::name(macro));
+    startRecording();
+    return mSheet;
+}
+
+void NewMacro::setStep(Step step)
+{
+    mStep = step;
+    Q_EMIT captureAreaChanged();
+}
+
+int NewMacro::row() const
+{
+    const auto found = std::ranges::find_if(
+        mMacros, [this](const QVariant &macro) { return MacroRecord::identity(macro.toMap()) == mMacroId; });
+    return found == mMacros.end() ? -1 : int(found - mMacros.begin());
+}
+
+void NewMacro::setMacros(const QVariantList &macros)
+{
+    mMacros = macros;
+    if (isUp() && row() < 0)
+        cancel();
+}
+
+QWidget *NewMacro::captureArea() const
+{
+    return mStep == Step::recording ? mSheet->recordingArea() : nullptr;
+}
+
+void NewMacro::showCaptureSource(const CaptureSource &source)
+{
+    mSource = source;
+    if (mSheet)
+        mSheet->showSource(source);
+}
+
+void NewMacro::keyboardCameBack()
+{
+    if (mStep != Step::recording)
+        return;
+    setStep(Step::recorded);
+    mSheet->showRecorded(0);
+}
+
+// Recording
+
+void NewMacro::recordClicked()
+{
+    if (mStep == Step::recording)
+        stopRecording();
+    else
+        startRecording();
+}
+
+void NewMacro::startRecording()
+{
+    mSheet->showRecording();
+    setStep(Step::recording);
+    mDelegate->startMacroRecordingMacroIndex(newRecording, row());
+}
+
+void NewMacro::takeEvents(const QVariantMap &userInfo)
+{
+    // The daemon reports every recording, also one that another client has started.
+    if (mStep != Step::recording)
+        return;
+    const QVariantMap macro = mMacros.value(row()).toMap();
+    if (userInfo.value(DaemonProtocol::isMacroFull).toBool())
+        mDelegate->report({.event = StatusReport::Event::macroFull, .subject = MacroRecord::name(macro)});
+    mSheet->addLines(userInfo.value(DaemonProtocol::messagesArray).toStringList());
+}
+
+void NewMacro::stopRecording()
+{
+    setStep(Step::recorded);
+    mDelegate->stopMacroRecording();
+    mDelegate->saveRecordedEventsForMacroAtIndexIsNewRecording(row(), newRecording);
+    if (isUp()) // the new list may be without the macro
+        mSheet->showRecorded(MacroRecord::events(mMacros.value(row()).toMap()).size());
+}
+
+// The end
+
+void NewMacro::assign()
+{
+    const QString typed = mSheet->macroName();
+    const QString name = MacroRecord::name(mMacros.value(row()).toMap());
+    if (!typed.trimmed().isEmpty() && typed != name) {
+        QVariantList others = mMacros;
+        others.removeAt(row());
+        mDelegate->renameMacroAtIndexWithNewName(row(), uniqueName(others, SettingsKeys::macroName, typed));
+    }
+    if (!isUp())
+        return; // the macro has gone meanwhile
+    const int macroRow = row();
+    close();
+    Q_EMIT assigned(macroRow);
+}
+
+void NewMacro::cancel()
+{
+    if (!isUp())
+        return;
+    const bool wasRecording = mStep == Step::recording;
+    const int macroRow = row();
+    close();
+    // The removal of the keyboard has already ended the capture.
+    if (wasRecording && mIsAttached)
+        mDelegate->stopMacroRecording();
+    if (macroRow >= 0)
+        mDelegate->deleteMacroAtIndex(macroRow);
+}
+
+void NewMacro::close()
+{
+    setStep(Step::closed);
+    mSheet->endSheet();
+}
