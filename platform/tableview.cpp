@@ -119,10 +119,26 @@ int TableView::numberOfRows()
     return mModel->rowCount();
 }
 
+void TableView::setAllowsSeveralRows(bool allows)
+{
+    setSelectionMode(allows ? ExtendedSelection : SingleSelection);
+}
+
+QList<int> TableView::selectedRows() const
+{
+    QList<int> rows;
+    const QModelIndexList indexes = selectionModel()->selectedRows();
+    for (const QModelIndex &index : indexes)
+        rows += index.row();
+    std::ranges::sort(rows);
+    return rows;
+}
+
 int TableView::selectedRow() const
 {
-    const QModelIndexList rows = selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.first().row();
+    const QList<int> rows = selectedRows();
+    const int current = currentIndex().row();
+    return rows.isEmpty() || rows.contains(current) ? (rows.isEmpty() ? -1 : current) : rows.first();
 }
 
 int TableView::editedRow() const
@@ -156,12 +172,30 @@ void TableView::reloadData()
 
 void TableView::selectRow(int row, bool)
 {
-    if (row < 0 || row >= numberOfRows() || row == selectedRow())
+    if (row < 0 || row >= numberOfRows() || selectedRows() == QList{row})
         return;
     abortEditing();
     const int column = qMax(0, currentIndex().column());
     selectionModel()->setCurrentIndex(mModel->index(row, column),
                                       QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void TableView::selectRows(const QList<int> &rows)
+{
+    abortEditing();
+    QItemSelection selection;
+    QModelIndex last;
+    const int count = numberOfRows();
+    for (const int row : rows) {
+        if (row < 0 || row >= count)
+            continue;
+        last = mModel->index(row, qMax(0, currentIndex().column()));
+        selection.merge(QItemSelection(last, last), QItemSelectionModel::Select);
+    }
+    if (!last.isValid())
+        return deselectAll();
+    selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void TableView::deselectAll()

@@ -53,10 +53,10 @@ public:
     virtual QIcon tableViewImageForTableColumnRow(TableView *, const QString &, int) { return {}; }
 };
 
-/// At most one row is selected, and only a text in that row can be edited. Without a selected row, the focus is shown
-/// around the whole table. Actions of the user write an open edit:
-/// Return, Tab, a click elsewhere in the window, and commands, which first call endEditing(). Escape discards it, as do
-/// calls of the program (reloading, selecting, disabling, hiding, closing) and another window that comes to the front.
+/// Unless setAllowsSeveralRows() says otherwise, at most one row is selected. Only a text in that row can be edited.
+/// Without a selected row, the focus is shown around the whole table. Actions of the user write an open edit: Return,
+/// Tab, a click elsewhere in the window, and commands, which first call endEditing(). Escape discards it, as do calls
+/// of the program (reloading, selecting, disabling, hiding, closing) and another window that comes to the front.
 /// Further typing then changes nothing until Return, Escape, Tab, a click or a pause ends it.
 class TableView : public QTableView
 {
@@ -74,17 +74,23 @@ public:
     /// Whether the user can clear the selection by clicking; calls always can. True by default.
     void setAllowsEmptySelection(bool allows) { mAllowsEmptySelection = allows; }
 
+    /// Whether the user can select several rows, with Shift, Ctrl and Ctrl+A. False by default.
+    void setAllowsSeveralRows(bool allows);
+
     /// Asks the data source, so the number is correct even before reloadData().
     [[nodiscard]] int numberOfRows();
-    [[nodiscard]] int selectedRow() const; ///< -1 for none
-    [[nodiscard]] int editedRow() const;   ///< -1 for none
+    [[nodiscard]] int selectedRow() const;         ///< -1 for none; of several, the current one or else the first
+    [[nodiscard]] QList<int> selectedRows() const; ///< ascending
+    [[nodiscard]] int editedRow() const;           ///< -1 for none
 
     /// Fetches everything again and discards an open edit. The selection stays if its row still exists. Does not
     /// notify.
     void reloadData();
     /// Selects `row`, notifies the data source and discards an open edit. Ignores a row that does not exist or is
-    /// already selected. Extending the selection replaces it, because at most one row is selected.
+    /// already selected alone. Extending the selection replaces it.
     void selectRow(int row, bool extendingSelection = false);
+    /// Selects these rows, the last one as the current one, and notifies. Rows that do not exist are left out.
+    void selectRows(const QList<int> &rows);
     /// Discards an open edit and notifies if a row was selected.
     void deselectAll();
     /// Opens the text of a cell in the selected row for editing and gives it the focus. In any other row, or while the

@@ -142,6 +142,8 @@ private Q_SLOTS:
     void emptyTableShowsItsPlaceholder();
     void homeAndEndSelectTheFirstAndTheLastRow_data();
     void homeAndEndSelectTheFirstAndTheLastRow();
+    void selectsSeveralRowsIfAllowed();
+    void selectsSeveralRowsByCall();
     void showsTheRowsThatFit();
     void selectedRowIsAlwaysShown();
     void rowsDisappearWithAReloadAlone();
@@ -923,6 +925,49 @@ void TableViewTest::homeAndEndSelectTheFirstAndTheLastRow()
     QCOMPARE(mTable->currentIndex().row(), mTable->selectedRow());
     if (row >= 0)
         QCOMPARE(mTable->currentIndex().column(), switchColumn); // Home and End keep the column
+}
+
+void TableViewTest::selectsSeveralRowsIfAllowed()
+{
+    const auto clickRow = [this](int row, Qt::KeyboardModifiers modifiers) {
+        QTest::mouseClick(mTable->viewport(), Qt::LeftButton, modifiers, cellCentre(row, nameColumn));
+    };
+    clickRow(0, {});
+    clickRow(2, Qt::ControlModifier);
+    QCOMPARE(mTable->selectedRows(), QList<int>{2});
+    mTable->setAllowsSeveralRows(true);
+    clickRow(0, Qt::ControlModifier);
+    QCOMPARE(mTable->selectedRows(), (QList<int>{0, 2}));
+    QCOMPARE(mTable->selectedRow(), 0); // the one clicked last
+    clickRow(0, Qt::ControlModifier);
+    QCOMPARE(mTable->selectedRows(), QList<int>{2});
+    QCOMPARE(mTable->selectedRow(), 2);
+    clickRow(2, {});
+    clickRow(0, Qt::ShiftModifier);
+    QCOMPARE(mTable->selectedRows(), (QList<int>{0, 1, 2}));
+    clickRow(1, {});
+    QCOMPARE(mTable->selectedRows(), QList<int>{1});
+    QTest::keyClick(mTable, Qt::Key_Down, Qt::ShiftModifier);
+    QCOMPARE(mTable->selectedRows(), (QList<int>{1, 2}));
+    // A call selects one row alone, also one of several.
+    mTable->selectRow(2);
+    QCOMPARE(mTable->selectedRows(), QList<int>{2});
+    QCOMPARE(mSource->selections.last(), 2);
+}
+
+void TableViewTest::selectsSeveralRowsByCall()
+{
+    mTable->setAllowsSeveralRows(true);
+    mTable->selectRows({2, 0, 7, -1});
+    QCOMPARE(mTable->selectedRows(), (QList<int>{0, 2}));
+    QCOMPARE(mTable->selectedRow(), 0);
+    mTable->reloadData();
+    QCOMPARE(mTable->selectedRows(), (QList<int>{0, 2}));
+    mSource->names.removeLast();
+    mTable->reloadData();
+    QCOMPARE(mTable->selectedRows(), QList<int>{0});
+    mTable->selectRows({});
+    QCOMPARE(mTable->selectedRow(), -1);
 }
 
 QStringList TableViewTest::shownNames() const
