@@ -228,11 +228,11 @@ class Installation(unittest.TestCase):
             finally:
                 daemon.terminate()
 
-    # In a shell: what is typed, with a tab for each completion, and the command line that comes of it.
-    COMPLETIONS = [("kestractl devi\tli\t", "kestractl device list"),
-                   ("kestractl key A mac\tBi\t--rep\tunti\t", "kestractl key A macro Big: combo --repeat until-"),
-                   ("kestractl document exp\tsettings-of-\t", "kestractl document export settings-of-today.json"),
-                   ("kestractl key LeftSh\tdis\t", "kestractl key LeftShift disable")]
+    # In a shell: what is typed, with a tab for each completion, and the words of the command line that comes of it.
+    COMPLETIONS = [("kestractl devi\tli\t", "kestractl|device|list"),
+                   ("kestractl key A mac\tBi\t--rep\tunti\t", "kestractl|key|A|macro|Big: combo|--repeat|until-"),
+                   ("kestractl document exp\tsettings-of-\t", "kestractl|document|export|settings-of-today.json"),
+                   ("kestractl key LeftSh\tdis\t", "kestractl|key|LeftShift|disable")]
 
     def check_completions(self):
         """Every shell that is here completes as `COMPLETIONS` says."""
@@ -290,7 +290,7 @@ class Installation(unittest.TestCase):
             for part in re.split("(?<=\t)", typed):
                 os.write(terminal, part.encode())
             result = send("\x01show \x05\n", rb"<<\|(.*?)\|>>")
-            return result.group(1).decode().replace("|", " ").strip()
+            return result.group(1).decode()
         finally:
             os.kill(process, signal.SIGKILL)
             os.waitpid(process, 0)
@@ -308,7 +308,7 @@ class Installation(unittest.TestCase):
             word = os.path.commonprefix(words).replace(" ", "\\ ")
             line = line[:len(line) - len(line.split(" ")[-1])] + word
             line += " " if len(words) == 1 else ""
-        return line.replace("\\", "").strip()
+        return re.sub(r"(?<!\\) ", "|", line.strip()).replace("\\", "")
 
 
 if __name__ == "__main__":
