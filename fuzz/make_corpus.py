@@ -7,6 +7,7 @@ import datetime
 import pathlib
 import plistlib
 import struct
+import zlib
 
 CORPUS = pathlib.Path(__file__).resolve().parent / "corpus"
 
@@ -258,11 +259,58 @@ def write_records():
         write("settings", f"{name}.binary", plistlib.dumps(tree, fmt=plistlib.FMT_BINARY))
 
 
+def history_file(*entries, compress=False):
+    """A file with these entries. The target computes the digests of the frames."""
+    data = b"QKhist1\n"
+    for number, entry in enumerate(entries, start=1):
+        tree = {"i": number, "t": 1795000000000 + number, "a": "client", **entry}
+        frame = plistlib.dumps(tree, fmt=plistlib.FMT_BINARY)
+        frame = b"z" + struct.pack(">I", len(frame)) + zlib.compress(frame) if compress else b"p" + frame
+        data += struct.pack("<I8x", len(frame)) + frame
+    return data
+
+
+def changed(index, **fields):
+    """The difference of one record, whose fields have the given old and new values."""
+    inside = {key: {"o": old, "n": new} for key, (old, new) in fields.items()}
+    return {"l": [{"i": index, "j": index, "c": {"d": inside}}]}
+
+
+def write_histories():
+    dim = {"d": {"Profiles": changed(0, BrightnessKBNormal=(4, 3))}}
+    dimmer = {"d": {"Profiles": changed(0, BrightnessKBNormal=(3, 2))}}
+    rename = {"d": {"Profiles": changed(1, ProfileName=("Z", "B"))}}
+    key = {"Keys": {"d": {"4": {"d": {"command": {"o": 45, "n": 20}}}}}}
+    disable = {"d": {"Profiles": {"l": [{"i": 0, "j": 0, "c": {"d": key}}]}}}
+    event = {"command": 1, "delay": 10, "page": 7, "argument": 4}
+    events = {"sequence": {"d": {"Events": {"l": [{"i": 1, "j": 1, "o": [event] * 2, "n": []}]}}}}
+    cut = {"d": {"Macros": {"l": [{"i": 0, "j": 0, "c": {"d": events}}]}}}
+    macro = {"MacroName": "Gone", "macroID": 2, "sequence": {"Events": [event]}}
+    delete = {"d": {"Macros": {"l": [{"i": 1, "j": 1, "o": [macro], "n": []}]}}, "w": {"Kind": "macro deleted"}}
+    choose = {"d": {"DeviceSettings": {"d": {"ActiveProfile": {"o": 1, "n": 0}}}}}
+    other = {"d": {"Other": {"n": 1}}, "w": {"Kind": "several", "Count": 1}}
+    every = (dim, rename, disable, cut, delete, choose, dimmer)
+    for name, data in {
+        "changes": history_file(*every),
+        "compressed": history_file(*every, compress=True),
+        "undone": history_file(*every, {"k": 1, "x": 7}, {"k": 2, "x": 7}, dim, {"k": 1, "x": 10}),
+        "joined": history_file(dim, {**dimmer, "r": 1}, {"k": 3, "r": 2}),
+        "gap": history_file(dim, {"k": 4}, dimmer),
+        "misfit": history_file(other, dim),
+        "write": history_file(dim, {**dimmer, "s": bytes(8)}),
+        "wrong": history_file({"i": 2**63 - 1}, {"i": -1}, {"t": -(2**63)}, {"k": 99}, {"x": 2**32 + 1, "k": 1}),
+        "torn": history_file(*every)[:-20],
+        "bomb": b"QKhist1\n" + struct.pack("<I8x", 9) + b"z" + struct.pack(">I", 2**32 - 1) + bytes(4),
+    }.items():
+        write("history", name, data)
+
+
 def main():
     write_property_lists()
     write_records()
     for name, text in MACRO_TEXTS.items():
         write("macrotext", f"{name}.text", text.encode())
+    write_histories()
     for name, text in ENTRIES.items():
         write("desktopentry", name, text.encode())
     for number, information in enumerate(BUNDLES):

@@ -81,6 +81,7 @@ void History::open(const QVariantMap &document, const std::function<QList<QByteA
         if (!entry || entry->id <= mLastId) {
             qCWarning(lcSettings,
                       "file: the history has an entry that cannot be read; it and all that follow are lost");
+            mLog.discard(); // otherwise new entries would follow it, and be lost at the next start
             break;
         }
         unfinished.append({*entry, frame});
@@ -91,6 +92,8 @@ void History::open(const QVariantMap &document, const std::function<QList<QByteA
         mDigest = entry->digest;
         unfinished.clear();
     }
+    if (!unfinished.isEmpty())
+        mLog.discard(); // the next entry would finish them
     dropOld();
     const std::optional<quint64> present = digestOf(document);
     if (mDigest && present && *mDigest != *present)

@@ -25,6 +25,14 @@ constexpr char plainMark = 'p';
 constexpr char compressedMark = 'z';
 constexpr qsizetype compressedFrom = 512; // bytes; smaller frames hardly shrink
 
+/// Empty if the bytes claim to be larger than any property list: the memory would be allocated first.
+QByteArray uncompressed(const QByteArray &bytes)
+{
+    const bool isPlausible = bytes.size() >= qsizetype(sizeof(quint32))
+                             && qFromBigEndian<quint32>(bytes.constData()) <= PropertyList::maximumInputBytes;
+    return isPlausible ? qUncompress(bytes) : QByteArray();
+}
+
 } // namespace
 
 QByteArray HistoryEntry::toFrame() const
@@ -58,17 +66,24 @@ std::optional<HistoryEntry> HistoryEntry::fromFrame(const QByteArray &frame)
     if (frame.isEmpty())
         return {};
     const QByteArray rest = frame.sliced(1);
-    const std::optional<QVariant> list = PropertyList::read(frame.front() == compressedMark ? qUncompress(rest) : rest);
+    const std::optional<QVariant> list =
+        PropertyList::read(frame.front() == compressedMark ? uncompressed(rest) : rest);
     if (!list || list->typeId() != QMetaType::QVariantMap)
         return {};
     const QVariantMap values = list->toMap();
     const qlonglong kind = values.value(kindKey).toLongLong();
     const qlonglong id = values.value(idKey).toLongLong();
-    if (id <= 0 || kind < 0 || kind > static_cast<qlonglong>(Kind::gap))
+    const qlonglong timeMs = values.value(timeKey).toLongLong();
+    const auto isId = [&values](Key key) {
+        const qlonglong value = values.value(key).toLongLong();
+        return value >= 0 && value <= maximumId;
+    };
+    if (!isId(idKey) || id == 0 || !isId(targetKey) || !isId(joinsKey) || timeMs < 0 || kind < 0
+        || kind > static_cast<qlonglong>(Kind::gap))
         return {};
     HistoryEntry entry{.id = static_cast<quint32>(id),
                        .kind = static_cast<Kind>(kind),
-                       .timeMs = values.value(timeKey).toLongLong(),
+                       .timeMs = timeMs,
                        .author = values.value(authorKey).toString(),
                        .what = values.value(whatKey).toMap(),
                        .difference = values.value(differenceKey).toMap(),

@@ -18,6 +18,8 @@ struct HistoryEntry
         gap,     ///< the document is another one, and nothing leads back to the one before
     };
 
+    static constexpr quint32 maximumId = 0x7fff'ffff; ///< more changes than anybody can make
+
     quint32 id = 0;
     Kind kind = Kind::change;
     qint64 timeMs = 0;     ///< since 1970, UTC

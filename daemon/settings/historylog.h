@@ -19,6 +19,9 @@ public:
     /// next write removes the frames behind it.
     [[nodiscard]] QList<QByteArray> load();
 
+    /// Frames that were loaded cannot be used: the next append() fails, and rewrite() must be called.
+    void discard() { mIsWhole = false; }
+
     /// Adds frames with one write and without a flush. False if the file is not as this log has left it, or if the
     /// write failed; the file is then unchanged, or rewrite() must be called.
     [[nodiscard]] bool append(const QList<QByteArray> &frames);

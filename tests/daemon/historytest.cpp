@@ -62,6 +62,8 @@ private Q_SLOTS:
     void isThereAfterARestart();
     void tornFileCostsOnlyTheTornEntries();
     void damagedByteCostsOnlyHistory();
+    void keepsNewEntriesAfterOneThatCannotBeRead();
+    void entriesOfAnUnfinishedWriteStayLost();
     void missingFileCostsOnlyHistory();
     void findsAChangeThatItHasMissed();
     void findsAnUndoThatItHasMissed();
@@ -829,6 +831,42 @@ void HistoryTest::damagedByteCostsOnlyHistory()
         QCOMPARE(mDaemon->document(), document);
         QCOMPARE(storedDocument(), document);
     }
+}
+
+void HistoryTest::keepsNewEntriesAfterOneThatCannotBeRead()
+{
+    addProfile(u"One"_s);
+    HistoryLog log(path());
+    QCOMPARE(log.load().size(), 1);
+    const HistoryEntry later{.id = lastId() + 1, .kind = static_cast<HistoryEntry::Kind>(99), .digest = 0};
+    QVERIFY(log.append({later.toFrame()}));
+    const auto expectWarning = [] {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"an entry that cannot be read"_s));
+    };
+    expectWarning();
+    restart();
+    QCOMPARE(values(HistoryKeys::profile), QStringList{u"One"_s});
+    addProfile(u"Two"_s);
+    restart();
+    QCOMPARE(values(HistoryKeys::profile), QStringList({u"One"_s, u"Two"_s}));
+    QVERIFY(undo());
+    QVERIFY(undo());
+}
+
+void HistoryTest::entriesOfAnUnfinishedWriteStayLost()
+{
+    addProfile(u"One"_s);
+    HistoryLog log(path());
+    QCOMPARE(log.load().size(), 1);
+    const HistoryEntry unfinished{
+        .id = lastId() + 1, .author = u"client"_s, .what = {{HistoryKeys::kind, u"several"_s}}, .difference = {}};
+    QVERIFY(log.append({unfinished.toFrame()}));
+    restart();
+    addProfile(u"Two"_s);
+    restart();
+    QCOMPARE(kinds(), QStringList({u"profile added"_s, u"profile added"_s}));
+    QVERIFY(undo());
+    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s, u"One"_s}));
 }
 
 void HistoryTest::missingFileCostsOnlyHistory()
