@@ -4,6 +4,7 @@
 #include "app/statuswords.h"
 #include "base/historykeys.h"
 #include "base/text.h"
+#include "base/textslocale.h"
 #include "keys/historywords.h"
 #include "keys/keyminiature.h"
 #include "platform/spacing.h"
@@ -13,7 +14,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QTreeWidget>
@@ -21,6 +21,8 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using HistoryKeys::Key;
@@ -56,7 +58,7 @@ QString authorOf(const QVariantMap &entry)
                                  Author{HistoryKeys::authorClient, "lkeyHistoryByClient"}};
     const QString name = entry.value(HistoryKeys::author).toString();
     const auto author = std::ranges::find_if(authors, [&name](const Author &each) { return each.name == name; });
-    return author == authors.end() ? QString() : localizedText(author->textKey);
+    return author == authors.end() ? u"–"_s : localizedText(author->textKey);
 }
 
 QString stateOf(const QVariantMap &entry)
@@ -147,6 +149,9 @@ HistorySheet::HistorySheet(HistoryStatus &history, QWidget *parent)
     layout->addWidget(mList, 1);
     layout->addLayout(details);
     layout->addLayout(buttons);
+    QWidget *previous = mSearch;
+    for (QWidget *next : std::initializer_list<QWidget *>{mList, mParts, mRestore, mClear, close})
+        setTabOrder(std::exchange(previous, next), next);
     setMinimumSize(760, 560);
     setCancelButton(close);
 
@@ -161,6 +166,7 @@ HistorySheet::HistorySheet(HistoryStatus &history, QWidget *parent)
         showSelected();
     });
     connect(mRestore, &QPushButton::clicked, this, [this] {
+        mList->setFocus(); // otherwise the focus goes to the next button, because this one is disabled meanwhile
         if (const QVariantMap *entry = selected())
             Q_EMIT restoreRequested(*entry, mNewest);
     });
@@ -215,15 +221,17 @@ void HistorySheet::fill(const QList<QVariantMap> &entries)
             const QDateTime time = timeOf(entry);
             if (!day || time.date() != date) {
                 date = time.date();
-                day = new QTreeWidgetItem(mList, {QLocale().toString(date, QLocale::LongFormat)});
+                day = new QTreeWidgetItem(mList, {textsLocale().toString(date, QLocale::LongFormat)});
                 day->setFirstColumnSpanned(true);
                 day->setFlags(Qt::ItemIsEnabled);
                 day->setExpanded(true);
             }
             const QString words = historyWords(entry);
-            auto *item = new QTreeWidgetItem(
-                day, {QLocale().toString(time.time(), QLocale::ShortFormat), words, authorOf(entry), stateOf(entry)});
+            auto *item = new QTreeWidgetItem(day, {textsLocale().toString(time.time(), QLocale::ShortFormat), words,
+                                                   authorOf(entry), stateOf(entry)});
             item->setData(timeColumn, indexRole, index);
+            if (item->text(stateColumn).isEmpty()) // usual, and therefore not shown; but a screen reader reads the cell
+                item->setData(stateColumn, Qt::AccessibleTextRole, localizedText("lkeyHistoryIsDone"));
             item->setToolTip(wordsColumn, u"<p>"_s + words.toHtmlEscaped() + u"</p>"_s);
             if (idOf(entry) == currentId)
                 mList->setCurrentItem(item);
@@ -308,7 +316,7 @@ void HistorySheet::showParts(const HistoryParts &parts)
     QList<int> codes;
     for (const QVariantMap &part : parts.list) {
         const HistoryPartWords words = historyPartWords(part);
-        auto *item = new QTreeWidgetItem(mParts, {words.before, words.after});
+        auto *item = new QTreeWidgetItem(mParts, {words.before.isEmpty() ? u"–"_s : words.before, words.after});
         for (int column = 0; column < item->columnCount(); ++column)
             item->setToolTip(column, u"<p>"_s + item->text(column).toHtmlEscaped() + u"</p>"_s);
         const int code = part.value(HistoryKeys::key).toInt();

@@ -4,6 +4,7 @@
 
 #include "base/profilerecord.h"
 #include "base/text.h"
+#include "base/textslocale.h"
 #include "base/visibletext.h"
 #include "keys/keyboardpicture.h"
 #include "keys/keycard.h"
@@ -12,8 +13,6 @@
 #include "keys/newmacro.h"
 #include "macros/macrorecord.h"
 #include "platform/applicationinformation.h"
-
-#include <QLocale>
 
 #include <algorithm>
 
@@ -29,8 +28,8 @@ QString macroDetail(const QVariantList &events, const MacroTimeline &timeline)
     if (events.isEmpty())
         return localizedText("lkeyKeysCardNoEvents");
     const double seconds = double(timeline.durationMs) / millisecondsPerSecond;
-    return localizedFormat("lkeyKeysCardMacro",
-                           {QString::number(events.size()), QLocale().toString(seconds, 'f', seconds < 10 ? 1 : 0)});
+    return localizedFormat("lkeyKeysCardMacro", {QString::number(events.size()),
+                                                 textsLocale().toString(seconds, 'f', seconds < 10 ? 1 : 0)});
 }
 
 QString profileDetail(const QVariantMap &profile)

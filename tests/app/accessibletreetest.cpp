@@ -4,7 +4,9 @@
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
+#include "keys/keymapping.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "macros/macrocommands.h"
 #include "platform/applicationchooser.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -26,6 +28,8 @@
 #include <QRegularExpression>
 #include <QTabWidget>
 #include <QTest>
+#include <QToolButton>
+#include <QTreeWidget>
 
 #include <array>
 
@@ -173,6 +177,17 @@ void editEvent(const Hub &hub, int row)
     choose(hub, "mSettingsMacroDetails", MacroCommands::edit);
 }
 
+void changeAndOpenHistory(const Hub &hub)
+{
+    QVariantMap keys = hub.controller->currentProfileDict().value(SettingsKeys::keys).toMap();
+    for (const int code : {4, 5})
+        keys = KeyMappings::withEntry(keys, QString::number(code), KeyMappings::Assignment::disabled, 0, 0);
+    hub.controller->updateKeySettings({{SettingsKeys::keys, keys}});
+    hub.find<QToolButton>("mHistoryButton")->click();
+    QTRY_COMPARE(hub.find<QTreeWidget>("mHistoryParts")->topLevelItemCount(), 2);
+    QTRY_VERIFY(hub.find<QPushButton>("mHistoryRestore")->isEnabled());
+}
+
 struct Scene
 {
     const char *name;
@@ -229,6 +244,8 @@ const std::array scenes{
     Scene{"single-key-sheet", keysTab,
           [](const Hub &hub) { hub.find<Sheet>("mSingleKeyWindow")->beginSheet(hub.window.get()); }},
     Scene{"keyboards", keysTab, [](const Hub &hub) { hub.find<QAbstractButton>("mKeyboardButton")->click(); }},
+    Scene{"history-empty", keysTab, [](const Hub &hub) { hub.find<QToolButton>("mHistoryButton")->click(); }},
+    Scene{"history", keysTab, changeAndOpenHistory},
     Scene{"applications", profilesTab,
           [](const Hub &hub) {
               auto *chooser = new ApplicationChooser(ApplicationList::Windows::all, hub.window.get());

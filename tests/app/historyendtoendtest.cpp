@@ -2,8 +2,10 @@
 // Undo and redo in the real window with the real daemon: what a user changes goes back and comes again, and the window
 // takes back nothing else than it shows.
 #include "app/historycontroller.h"
+#include "base/historykeys.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
+#include "daemonlink/historyentries.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/keybutton.h"
 #include "keys/keymapping.h"
@@ -20,6 +22,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -27,6 +31,8 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QToolButton>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
@@ -82,6 +88,8 @@ private Q_SLOTS:
     void sheetKeepsTheShortcuts();
     void recordingKeepsTheShortcuts();
     void takesBackTheChangeOfAnotherClient();
+    void followsAnUndoByAnotherClient_data();
+    void followsAnUndoByAnotherClient();
     void statusLineOffersToUndoALoss_data();
     void statusLineOffersToUndoALoss();
     void statusLineOffersToUndoARecording();
@@ -107,10 +115,16 @@ private:
     void disableKey(int code) const;
     /// A change by another client.
     void disableElsewhere(int code);
+    /// Another client takes back the entry that is next.
+    static void undoElsewhere();
+    /// Opens the editor of a name, a sheet or a recording, lets `change` take back a change of another client, and
+    /// waits until the window shows that.
+    void followWhileOpen(const QString &open, const std::function<void()> &change, bool &isStillOpen);
 
     HubResources mResources;
     std::unique_ptr<DaemonProcessFixture> mDaemon;
     std::unique_ptr<Hub> mHub;
+    QVariantMap mFirstProfile;
 };
 
 void HistoryEndToEndTest::init()
@@ -174,6 +188,21 @@ void HistoryEndToEndTest::disableElsewhere(int code)
     QVERIFY(mDaemon->request(
         Command::updateProfile,
         {{DaemonProtocol::profileId, 0}, {DaemonProtocol::deviceSettingsDictionary, withKeys(profile, {code})}}));
+}
+
+void HistoryEndToEndTest::undoElsewhere()
+{
+    const auto call = [](const QString &method, const QVariantList &arguments) {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(messagePortBusName(DaemonProtocol::requestPortName), HistoryKeys::objectPath,
+                                           HistoryKeys::interfaceName, method);
+        message.setArguments(arguments);
+        return QDBusConnection::sessionBus().call(message);
+    };
+    const QList<QVariantMap> next = historyEntries(call(u"Next"_s, {}).arguments().value(0));
+    QVERIFY(!next.isEmpty());
+    const QDBusMessage reply = call(u"Undo"_s, {next.first().value(HistoryKeys::id)});
+    QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
 }
 
 void HistoryEndToEndTest::buttonHasNothingToUndoAtFirst()
@@ -468,6 +497,66 @@ void HistoryEndToEndTest::takesBackTheChangeOfAnotherClient()
     QTest::mouseClick(button(), Qt::LeftButton);
     QTRY_COMPARE(status(), u"Undone: B: Disable key"_s);
     QTRY_COMPARE(shownSettings(), before);
+}
+
+void HistoryEndToEndTest::followsAnUndoByAnotherClient_data()
+{
+    QTest::addColumn<QString>("open");
+    for (const char *open : {"name", "sheet", "recording"})
+        QTest::newRow(open) << QString::fromLatin1(open);
+}
+
+void HistoryEndToEndTest::followsAnUndoByAnotherClient()
+{
+    QFETCH(QString, open);
+    bool isOpenAfterUndo = false;
+    followWhileOpen(open, undoElsewhere, isOpenAfterUndo);
+    QVERIFY(!QTest::currentTestFailed());
+    cleanup();
+    init();
+    bool isOpenAfterChange = false;
+    const auto changeBack = [this] {
+        QVERIFY(mDaemon->request(Command::updateProfile, {{DaemonProtocol::profileId, 0},
+                                                          {DaemonProtocol::deviceSettingsDictionary, mFirstProfile}}));
+    };
+    followWhileOpen(open, changeBack, isOpenAfterChange);
+    QCOMPARE(isOpenAfterUndo, isOpenAfterChange);
+}
+
+void HistoryEndToEndTest::followWhileOpen(const QString &open, const std::function<void()> &change, bool &isStillOpen)
+{
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    const QVariantMap before = keptSettings();
+    mFirstProfile = before.value(SettingsKeys::profiles).toList().value(0).toMap();
+    disableElsewhere(keyB);
+    QVERIFY(offers(u"B: Disable key"_s));
+    tabs()->setCurrentIndex(open == "sheet"_L1 ? keysTab : macrosTab);
+    auto *list = mHub->find<TableView>("mMacroTableView");
+    auto *sheet = mHub->find<Sheet>("mSingleKeyWindow");
+    const auto isOpen = [&] {
+        if (open == "sheet"_L1)
+            return sheet->isUp();
+        if (open == "name"_L1)
+            return list->editedRow() == 0;
+        return hub().macrosController()->isRecording() || hub().macrosController()->isAppendMacro();
+    };
+    if (open == "sheet"_L1) {
+        QTest::mouseClick(mHub->find<KeyButton>("mA"), Qt::LeftButton);
+        mHub->find<PopUpButton>("mAssignFunction")->itemAtIndex(KeyMappings::singleKeyPosition)->trigger();
+    } else {
+        list->selectRow(0);
+        if (open == "name"_L1)
+            list->editColumnRow(0, 0, true);
+        else
+            mHub->find<QPushButton>("mRecordMacroDetails")->click();
+    }
+    QVERIFY(isOpen());
+    change();
+    QTRY_COMPARE(shownSettings(), before);
+    QCOMPARE(keptSettings(), before);
+    isStillOpen = isOpen();
+    qInfo("%s: %s", qPrintable(open), isStillOpen ? "stays open" : "is closed");
+    hub().macrosController()->stopAllMacroRecording();
 }
 
 void HistoryEndToEndTest::statusLineOffersToUndoALoss_data()

@@ -2,6 +2,7 @@
 // The sheet with the history, in the real window with the real daemon.
 #include "base/historykeys.h"
 #include "base/settingskeys.h"
+#include "base/textslocale.h"
 #include "daemonlink/daemontransport.h"
 #include "keys/keymapping.h"
 #include "keys/keyminiature.h"
@@ -19,7 +20,6 @@
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QPushButton>
 #include <QTest>
 #include <QToolButton>
@@ -59,6 +59,7 @@ private Q_SLOTS:
     void followsOtherClients();
     void forgetsOnlyAfterTheQuestion();
     void returnInTheListChangesNothing();
+    void keyboardAloneRestoresAndCloses();
     void escapeCloses();
 
 private:
@@ -191,7 +192,7 @@ void HistorySheetTest::listsTheLatestFirstUnderItsDay()
     QTRY_COMPARE(shown(), QStringList({u"B: Disable key"_s, u"A: Disable key"_s}));
     // The changes are from before and after midnight at worst.
     QVERIFY(list()->topLevelItemCount() <= 2);
-    const QString day = QLocale().toString(QDate::currentDate(), QLocale::LongFormat);
+    const QString day = textsLocale().toString(QDate::currentDate(), QLocale::LongFormat);
     QCOMPARE(list()->topLevelItem(0)->text(0), day);
     QVERIFY(list()->topLevelItem(0)->isExpanded());
 }
@@ -375,10 +376,15 @@ void HistorySheetTest::forgetsOnlyAfterTheQuestion()
     QTest::keyClick(alert, Qt::Key_Return); // the default button must be the harmless one
     QTRY_VERIFY(!mSheet->findChild<Sheet *>(u"alert"_s));
     QCOMPARE(shown(), QStringList(u"A: Disable key"_s));
+    const auto backups = [this] {
+        return QDir(mDaemon->settingsFolder()).entryList({u"settings-*.plist"_s}, QDir::Files).size();
+    };
+    QCOMPARE(backups(), 1);
     find<QPushButton>("mHistoryClear")->click();
     mSheet->findChild<QPushButton *>(u"alertAlternativeButton"_s)->click();
     QTRY_COMPARE(shown(), QStringList());
     QTRY_COMPARE(status(), u"The history and the daily backups are deleted."_s);
+    QCOMPARE(backups(), 0);
     QVERIFY(isMapped(keyA));
     QTRY_VERIFY(!mHub->find<QToolButton>("mUndoButton")->isEnabled());
 }
@@ -395,6 +401,41 @@ void HistorySheetTest::returnInTheListChangesNothing()
     QVERIFY(!mSheet->findChild<Sheet *>(u"alert"_s));
     QCOMPARE(shown(), QStringList(u"A: Disable key"_s));
     QVERIFY(isMapped(keyA));
+}
+
+void HistorySheetTest::keyboardAloneRestoresAndCloses()
+{
+    disableKey(keyA);
+    disableKey(keyB);
+    const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+    auto *button = mHub->find<QToolButton>("mHistoryButton");
+    button->setFocus(Qt::TabFocusReason);
+    QTRY_VERIFY(button->hasFocus());
+    press(Qt::Key_Space);
+    mSheet = mHub->find<Sheet>("mHistorySheet");
+    QVERIFY(mSheet && mSheet->isUp());
+    QTRY_COMPARE(QApplication::activeWindow(), mSheet);
+    QTRY_COMPARE(text("mHistoryWords"), u"B: Disable key"_s);
+    QVERIFY(list()->hasFocus());
+    press(Qt::Key_Down);
+    QCOMPARE(text("mHistoryWords"), u"A: Disable key"_s);
+    QTRY_VERIFY(canRestore());
+    QTRY_COMPARE(parts(), QStringList({u"A: Default key"_s, u"A: Disable key"_s}));
+    QStringList visited;
+    for (int count = 0; count < 6; ++count) {
+        press(Qt::Key_Tab);
+        visited += QApplication::focusWidget()->objectName();
+    }
+    QCOMPARE(visited, QStringList({u"mHistoryParts"_s, u"mHistoryRestore"_s, u"mHistoryClear"_s, u"mHistoryClose"_s,
+                                   u"mHistorySearch"_s, u"mHistoryList"_s}));
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Space);
+    QTRY_VERIFY(!isMapped(keyA) && !isMapped(keyB));
+    QTRY_COMPARE(text("mHistoryNotice"), u"Taken back: A: Disable key"_s);
+    QVERIFY(list()->hasFocus());
+    press(Qt::Key_Escape);
+    QVERIFY(!mSheet->isUp());
 }
 
 void HistorySheetTest::escapeCloses()

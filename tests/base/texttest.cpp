@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/text.h"
+#include "base/textslocale.h"
 #include "tests/support/testmain.h"
 
 #include <QTranslator>
@@ -20,8 +21,10 @@ public:
     bool isEmpty() const override { return false; }
 
 private:
-    const QHash<QString, QString> mTexts{
-        {u"lkeyPlain"_s, u"Löschen"_s}, {u"lkeyFormat"_s, u"%@ of %@"_s}, {u"lkeyPercent"_s, u"100 % (%1)"_s}};
+    const QHash<QString, QString> mTexts{{u"lkeyTextsLanguage"_s, u"de"_s},
+                                         {u"lkeyPlain"_s, u"Löschen"_s},
+                                         {u"lkeyFormat"_s, u"%@ of %@"_s},
+                                         {u"lkeyPercent"_s, u"100 % (%1)"_s}};
 };
 
 } // namespace
@@ -35,6 +38,7 @@ private slots:
     void keyIsLookedUpInTheTable();
     void tableCanBeRemovedAgain();
     void formatsTheTextOfAKey();
+    void datesAreInTheLanguageOfTheTexts();
     void replacesPlaceholders_data();
     void replacesPlaceholders();
 };
@@ -69,6 +73,18 @@ void TextTest::formatsTheTextOfAKey()
     Table table;
     QVERIFY(QCoreApplication::installTranslator(&table));
     QCOMPARE(localizedFormat("lkeyFormat", {u"2"_s, u"5"_s}), u"2 of 5"_s);
+}
+
+void TextTest::datesAreInTheLanguageOfTheTexts()
+{
+    const auto usual = qScopeGuard([locale = QLocale()] { QLocale::setDefault(locale); });
+    Table table;
+    QVERIFY(QCoreApplication::installTranslator(&table));
+    const QDate date(2026, 3, 22);
+    QLocale::setDefault(QLocale(u"sv_SE"_s)); // without a table of its own
+    QCOMPARE(textsLocale().toString(date, u"MMMM"_s), u"März"_s);
+    QLocale::setDefault(QLocale(u"de_AT"_s)); // the form of the user's country
+    QCOMPARE(textsLocale(), QLocale(u"de_AT"_s));
 }
 
 void TextTest::replacesPlaceholders_data()

@@ -3,6 +3,8 @@
 <TS version="2.1" language="de">
 <context>
     <name></name>
+    <!-- The name of this language, for the form of dates and numbers. -->
+    <message id="lkeyTextsLanguage"><source>lkeyTextsLanguage</source><translation>de</translation></message>
     <message id="lkeyOK"><source>lkeyOK</source><translation>OK</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>Abbrechen</translation></message>
     <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profil:</translation></message>

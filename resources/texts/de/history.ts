@@ -78,6 +78,7 @@
     <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
     <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>der Tastatur</translation></message>
     <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>einem anderen Programm</translation></message>
+    <message id="lkeyHistoryIsDone"><source>lkeyHistoryIsDone</source><translation>gilt</translation></message>
     <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>zurückgenommen</translation></message>
     <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>nicht zurückzunehmen</translation></message>
     <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>Wiederherstellen</translation></message>

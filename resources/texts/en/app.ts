@@ -3,6 +3,8 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
+    <!-- The name of this language, for the form of dates and numbers. -->
+    <message id="lkeyTextsLanguage"><source>lkeyTextsLanguage</source><translation>en</translation></message>
     <message id="lkeyOK"><source>lkeyOK</source><translation>OK</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>Cancel</translation></message>
     <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profile:</translation></message>

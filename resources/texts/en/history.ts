@@ -78,6 +78,7 @@
     <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
     <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>the keyboard</translation></message>
     <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>another program</translation></message>
+    <message id="lkeyHistoryIsDone"><source>lkeyHistoryIsDone</source><translation>in effect</translation></message>
     <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>taken back</translation></message>
     <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>cannot be taken back</translation></message>
     <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>Restore</translation></message>

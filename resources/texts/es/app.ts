@@ -3,6 +3,8 @@
 <TS version="2.1" language="es">
 <context>
     <name></name>
+    <!-- The name of this language, for the form of dates and numbers. -->
+    <message id="lkeyTextsLanguage"><source>lkeyTextsLanguage</source><translation>es</translation></message>
     <message id="lkeyOK"><source>lkeyOK</source><translation>Aceptar</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>Cancelar</translation></message>
     <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Perfil:</translation></message>

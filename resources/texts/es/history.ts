@@ -78,6 +78,7 @@
     <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
     <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>el teclado</translation></message>
     <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>otro programa</translation></message>
+    <message id="lkeyHistoryIsDone"><source>lkeyHistoryIsDone</source><translation>vigente</translation></message>
     <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>deshecho</translation></message>
     <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>no se puede deshacer</translation></message>
     <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>Restaurar</translation></message>

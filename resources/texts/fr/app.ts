@@ -3,6 +3,8 @@
 <TS version="2.1" language="fr">
 <context>
     <name></name>
+    <!-- The name of this language, for the form of dates and numbers. -->
+    <message id="lkeyTextsLanguage"><source>lkeyTextsLanguage</source><translation>fr</translation></message>
     <message id="lkeyOK"><source>lkeyOK</source><translation>OK</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>Annuler</translation></message>
     <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>Profil :</translation></message>

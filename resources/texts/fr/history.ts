@@ -78,6 +78,7 @@
     <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
     <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>le clavier</translation></message>
     <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>un autre programme</translation></message>
+    <message id="lkeyHistoryIsDone"><source>lkeyHistoryIsDone</source><translation>en vigueur</translation></message>
     <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>annulée</translation></message>
     <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>ne peut être annulée</translation></message>
     <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>Restaurer</translation></message>

@@ -78,6 +78,7 @@
     <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
     <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>キーボード</translation></message>
     <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>ほかのプログラム</translation></message>
+    <message id="lkeyHistoryIsDone"><source>lkeyHistoryIsDone</source><translation>有効</translation></message>
     <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>取り消し済み</translation></message>
     <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>取り消せません</translation></message>
     <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>復元</translation></message>

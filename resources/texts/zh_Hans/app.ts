@@ -3,6 +3,8 @@
 <TS version="2.1" language="zh_Hans">
 <context>
     <name></name>
+    <!-- The name of this language, for the form of dates and numbers. -->
+    <message id="lkeyTextsLanguage"><source>lkeyTextsLanguage</source><translation>zh_Hans</translation></message>
     <message id="lkeyOK"><source>lkeyOK</source><translation>确定</translation></message>
     <message id="lkeyCancel"><source>lkeyCancel</source><translation>取消</translation></message>
     <message id="lkeyCurrentProfile"><source>lkeyCurrentProfile</source><translation>配置文件：</translation></message>

@@ -78,6 +78,7 @@
     <message id="lkeyHistoryByKestractl"><source>lkeyHistoryByKestractl</source><translation>kestractl</translation></message>
     <message id="lkeyHistoryByKeyboard"><source>lkeyHistoryByKeyboard</source><translation>键盘</translation></message>
     <message id="lkeyHistoryByClient"><source>lkeyHistoryByClient</source><translation>其他程序</translation></message>
+    <message id="lkeyHistoryIsDone"><source>lkeyHistoryIsDone</source><translation>有效</translation></message>
     <message id="lkeyHistoryIsUndone"><source>lkeyHistoryIsUndone</source><translation>已撤回</translation></message>
     <message id="lkeyHistoryIsOutOfReach"><source>lkeyHistoryIsOutOfReach</source><translation>无法撤回</translation></message>
     <message id="lkeyHistoryRestore"><source>lkeyHistoryRestore</source><translation>恢复</translation></message>
