@@ -241,6 +241,7 @@ void KeyboardMacrosController::setStateOfMacroDetailsTableWithState(bool isHidde
     for (QWidget *control : part)
         control->setVisible(!isHidden);
     mNoMacroState->setVisible(isHidden);
+    updateTimeline();
 }
 
 void KeyboardMacrosController::setStateOfTableButtonsWithState(bool isEnabled)
@@ -258,6 +259,7 @@ void KeyboardMacrosController::setStateOfMacroTableWithState(bool isEnabled)
     for (QWidget *control : QList<QWidget *>{mMacroTableView, mMacroSearch, mMacroUses})
         control->setEnabled(isEnabled && mHasDeviceConnected);
     mMacroDetailsTableView->setEnabled(isEnabled && mHasDeviceConnected);
+    updateTimeline();
 }
 
 /// Shows the event part only while a macro is selected.
@@ -280,6 +282,7 @@ void KeyboardMacrosController::updatePlaceholders()
     mRecordingHint->setVisible(hasRecording());
     mButtonArea->setVisible(hasRecording());
     mMacroDetailsTableView->setPlaceholderText(localizedText(hasRecording() ? "lkeyRecordingHint" : "lkeyNoEvents"));
+    updateTimeline();
 }
 
 /// During a recording or a capture, only the record button is enabled. While a name is edited, no button of the event

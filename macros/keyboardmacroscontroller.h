@@ -23,6 +23,7 @@
 class ButtonArea;
 class DistributedNotificationCenter;
 class MacroDelegate;
+class MacroTimelinePart;
 class MacroTrySheet;
 class NSTableViewMacroDetailsSubClass;
 class NSTableViewMacroSubClass;
@@ -176,6 +177,7 @@ private:
     void buildView();
     QWidget *buildMacroList();
     QWidget *buildEventList();
+    MacroTimelinePart *buildTimeline();
     void connectKeys();
     void setTabOrder();
     void buildDelaySheet();
@@ -274,6 +276,9 @@ private:
     void storeCapturedKey(int page);
     void buildTrySheet();
     void recordButton(int button, bool isDown);
+    void setDelayOfRow(int row, int delayMs);
+    void releaseKeysAtEnd();
+    void updateTimeline();
     void removeAllEvents();
     void copySelectedDelayToAll();
     void removeAllDelays();
@@ -295,7 +300,8 @@ private:
     QPushButton *mAddMacroDetails = nullptr;
     QPushButton *mDeleteMacroDetails = nullptr;
     QPushButton *mRecordMacroDetails = nullptr;
-    QWidget *mEventPart = nullptr; ///< with everything from mMacroAssignmentLabel to mRecordMacroDetails
+    MacroTimelinePart *mTimeline = nullptr; ///< shown while the selected macro has events
+    QWidget *mEventPart = nullptr;          ///< with everything from mMacroAssignmentLabel to mRecordMacroDetails
     QLabel *mRecordingHint = nullptr;
     ButtonArea *mButtonArea = nullptr;
     QPushButton *mTryMacro = nullptr;

@@ -138,10 +138,7 @@ void KeyboardMacrosController::showPresentDelay()
 void KeyboardMacrosController::clickMacroDelayOK(QObject *)
 {
     mEditDelayWindow->endSheet();
-    if (mMacroDelegate)
-        mMacroDelegate->setNewDelayAtMacroEventIndexForMacroAtIndex(mInputMacroDelay->integerValue(), eventRow(),
-                                                                    macroRow());
-    eventsWereEdited();
+    setDelayOfRow(eventRow(), mInputMacroDelay->integerValue());
 }
 
 void KeyboardMacrosController::clickMacroDelayCancel(QObject *)

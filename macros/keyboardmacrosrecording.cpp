@@ -157,6 +157,7 @@ void KeyboardMacrosController::startRecording()
     mIsRenamingMacroName = false;
     mLines.clear();
     mMacroDetailsTableView->reloadData();
+    updateTimeline();
     enableDeleteEventBySelection();
     mRecordMacroDetails->setFocus();
     if (mMacroDelegate)

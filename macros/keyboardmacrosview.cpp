@@ -6,6 +6,7 @@
 #include "macros/buttonarea.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrosearchfield.h"
+#include "macros/macrotimelinepart.h"
 #include "macros/macrotrysheet.h"
 #include "macros/macrouseslinks.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
@@ -206,8 +207,9 @@ QWidget *KeyboardMacrosController::buildEventList()
     column->setContentsMargins({});
     column->setSpacing(Spacing::normal);
     column->addWidget(mMacroUses);
+    column->addWidget(buildTimeline(), 1);
     column->addWidget(mMacroAssignmentLabel);
-    column->addWidget(mMacroDetailsScrollView, 1);
+    column->addWidget(mMacroDetailsScrollView, 2);
     column->addWidget(mNoMacroState, 1);
     column->addWidget(mRecordingHint);
     column->addWidget(mButtonArea);
@@ -301,10 +303,10 @@ void KeyboardMacrosController::connectKeys()
 /// Orders the controls by their places, from left to right and down.
 void KeyboardMacrosController::setTabOrder()
 {
-    const QList<QWidget *> controls{mMacroSearch,           mMacroTableView,  mAddMacro,
-                                    mDeleteMacro,           mSettingsMacro,   mMacroUses,
-                                    mMacroDetailsTableView, mAddMacroDetails, mDeleteMacroDetails,
-                                    mSettingsMacroDetails,  mTryMacro,        mRecordMacroDetails};
+    QList<QWidget *> controls{mMacroSearch, mMacroTableView, mAddMacro, mDeleteMacro, mSettingsMacro, mMacroUses};
+    controls += mTimeline->controls();
+    controls += {mMacroDetailsTableView, mAddMacroDetails, mDeleteMacroDetails,
+                 mSettingsMacroDetails,  mTryMacro,        mRecordMacroDetails};
     for (qsizetype index = 1; index < controls.size(); ++index)
         QWidget::setTabOrder(controls.at(index - 1), controls.at(index));
 }

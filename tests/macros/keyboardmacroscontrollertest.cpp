@@ -242,10 +242,12 @@ void KeyboardMacrosControllerTest::everyControlIsReachedByTabAndHasAName()
 {
     fill({u"A"_s}, 0);
     events()->selectRow(0);
-    const QStringList order{
-        u"mMacroTableView"_s,        u"mAddMacro"_s,        u"mDeleteMacro"_s,        u"mSettingsMacro"_s,
-        u"mMacroDetailsTableView"_s, u"mAddMacroDetails"_s, u"mDeleteMacroDetails"_s, u"mSettingsMacroDetails"_s,
-        u"mRecordMacroDetails"_s};
+    const QStringList order{u"mMacroTableView"_s,        u"mAddMacro"_s,          u"mDeleteMacro"_s,
+                            u"mSettingsMacro"_s,         u"mZoomOutTimeline"_s,   u"mZoomInTimeline"_s,
+                            u"mFitTimeline"_s,           u"mMacroTimelineView"_s,
+                            u"mReleaseKeysAtEnd"_s, // the macro leaves a button down
+                            u"mMacroDetailsTableView"_s, u"mAddMacroDetails"_s,   u"mDeleteMacroDetails"_s,
+                            u"mSettingsMacroDetails"_s,  u"mRecordMacroDetails"_s};
     list()->setFocus();
     QStringList reached;
     QSet<QString> names;

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Editing the events of the selected macro: the commands, the delay sheet, the event sheet.
+#include "macros/eventparser.h"
+#include "macros/macrorecord.h"
+#include "macros/macrotimelineview.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/numberonlytextfield.h"
 #include "platform/pulldownbutton.h"
@@ -11,7 +14,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 using namespace MacrosTesting;
@@ -63,8 +68,19 @@ private Q_SLOTS:
     void tabStaysDisabledWhenTheKeyboardIsRemovedDuringTheEventSheet_data() { addEndsOfTheEventSheet(); }
     void tabStaysDisabledWhenTheKeyboardIsRemovedDuringTheEventSheet();
 
+    void timelineAndListSelectTheSameRow();
+    void timelineChangesADelay();
+    void timelineFollowsTheSelectedMacro();
+    void timelineShowsWhatIsRecorded();
+    void changeInTheTimelineEndsWithItsEvents_data();
+    void changeInTheTimelineEndsWithItsEvents();
+    void timelineIsOffWhileTheListIs();
+    void keysLeftDownAreNamed();
+    void keysLeftDownAreReleased();
+
 private:
     static void addEndsOfTheEventSheet();
+    MacroTimelineView *timeline() const { return outlet<MacroTimelineView>(u"mMacroTimelineView"_s); }
     /// Chooses "Edit" for a row of the event list, which opens the sheet of an event or of a delay.
     void editRow(int row);
 };
@@ -683,6 +699,177 @@ void MacrosEventsTest::tabStaysDisabledWhenTheKeyboardIsRemovedDuringTheEventShe
     for (const QString &name : tableButtons + tables + QStringList{u"mRecordMacroDetails"_s})
         QVERIFY2(!outlet(name)->isEnabled(), qPrintable(name));
     QVERIFY(!mController->recordButtonReadsStop());
+}
+
+// The timeline
+
+void MacrosEventsTest::timelineAndListSelectTheSameRow()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(2);
+    QCOMPARE(timeline()->selectedRow(), 2);
+    QTest::mouseClick(timeline()->viewport(), Qt::LeftButton, {}, timeline()->eventRect(2).center());
+    QCOMPARE(events()->selectedRow(), 4);
+    QTest::keyClick(timeline(), Qt::Key_Home);
+    QCOMPARE(events()->selectedRow(), 0);
+    events()->deselectAll();
+    QCOMPARE(timeline()->selectedRow(), -1);
+    QVERIFY(mDelegate->calls.isEmpty());
+}
+
+void MacrosEventsTest::timelineChangesADelay()
+{
+    fill({u"A"_s, u"B"_s}, 1);
+    events()->selectRow(2);
+    timeline()->setFocus();
+    for (int step = 0; step < 4; ++step)
+        QTest::keyPress(timeline(), Qt::Key_Right, Qt::AltModifier);
+    QVERIFY(mDelegate->calls.isEmpty());
+    mDelegate->lines = {u"Key Press H"_s, u"0.060 seconds delay\n"_s, u"Key Release H"_s};
+    QTest::keyRelease(timeline(), Qt::Key_Alt);
+    QCOMPARE(mDelegate->calls, (QStringList{u"delay 60 1 1"_s, u"details 1"_s}));
+    // Both show the stored lines, and the selection stays.
+    QCOMPARE(timeline()->timeline().delaysMs, (QList<int>{0, 60}));
+    QCOMPARE(events()->model()->rowCount(), 3);
+    QCOMPARE(events()->selectedRow(), 2);
+    QCOMPARE(timeline()->selectedRow(), 2);
+}
+
+void MacrosEventsTest::timelineFollowsTheSelectedMacro()
+{
+    QVERIFY(!timeline()->isVisible());
+    fill({u"A"_s, u"B"_s}, 0);
+    QVERIFY(timeline()->isVisible());
+    QCOMPARE(timeline()->timeline().eventCount(), 3);
+    timeline()->zoomIn();
+    mDelegate->lines = {u"Key Press A"_s, u"0.500 seconds delay\n"_s, u"Key Release A"_s};
+    list()->selectRow(1);
+    QCOMPARE(timeline()->timeline().laneNames, QStringList{u"A"_s});
+    QCOMPARE(timeline()->horizontalScrollBar()->maximum(), 0); // another macro is shown as a whole
+    mDelegate->lines.clear();
+    list()->selectRow(0);
+    QVERIFY(!timeline()->isVisible()); // nothing to show: the hint has the room
+    list()->deselectAll();
+    QVERIFY(!timeline()->isVisible());
+}
+
+void MacrosEventsTest::timelineShowsWhatIsRecorded()
+{
+    fill({u"A"_s}, 0);
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QCOMPARE(timeline()->timeline().eventCount(), 0);
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"Key Press A"_s}}});
+    QCOMPARE(timeline()->timeline().barsLeftDown().size(), 1);
+    QVERIFY(timeline()->isVisible());
+    // The key is down because the recording has not ended: nothing to warn of.
+    QVERIFY(!outlet(u"mMacroTimelineNotice"_s)->isVisible());
+    mController->recordEvents({{u"messagesArray"_s, QVariantList{u"0.040 seconds delay\n"_s, u"Key Release A"_s}}});
+    QCOMPARE(timeline()->timeline().timesMs, (QList<qint64>{0, 40}));
+    QCOMPARE(timeline()->selectedRow(), 2);
+    mDelegate->calls.clear();
+    QTest::mouseClick(timeline()->viewport(), Qt::LeftButton, {}, timeline()->eventRect(0).center());
+    QCOMPARE(timeline()->selectedRow(), 2); // like the list, it only shows
+}
+
+void MacrosEventsTest::changeInTheTimelineEndsWithItsEvents_data()
+{
+    QTest::addColumn<int>("change");
+    QTest::addColumn<bool>("ends");
+    QTest::newRow("other events of the macro") << 0 << true;
+    QTest::newRow("another macro") << 1 << true;
+    QTest::newRow("no macro") << 2 << true;
+    QTest::newRow("no keyboard") << 3 << true;
+    QTest::newRow("the same list again") << 4 << false;
+}
+
+void MacrosEventsTest::changeInTheTimelineEndsWithItsEvents()
+{
+    QFETCH(int, change);
+    QFETCH(bool, ends);
+    mDelegate->macros = numberedMacros({1, 2});
+    mDelegate->refresh();
+    list()->selectRow(0);
+    QTest::mousePress(timeline()->viewport(), Qt::LeftButton, {}, timeline()->eventRect(1).center());
+    const QPoint place = timeline()->eventRect(1).center() + QPoint(20, 0);
+    QMouseEvent move(QEvent::MouseMove, place, timeline()->viewport()->mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+                     {});
+    QCoreApplication::sendEvent(timeline()->viewport(), &move);
+    QVERIFY(timeline()->isChangingPause());
+    mDelegate->calls.clear();
+    switch (change) {
+    case 0: {
+        QVariantMap macro = mDelegate->macros.at(0).toMap();
+        macro[u"sequence"_s] = QVariantMap{{u"Events"_s, QVariantList{QVariantMap{{u"command"_s, 1}}}}};
+        mDelegate->macros[0] = macro;
+        mDelegate->lines = {u"Key Press A"_s};
+        mDelegate->refresh();
+        break;
+    }
+    case 1: list()->selectRow(1); break;
+    case 2:
+        mDelegate->macros.removeFirst();
+        mDelegate->refresh();
+        break;
+    case 3: mController->setControlsState(false); break;
+    default: mDelegate->refresh(); break;
+    }
+    QCOMPARE(timeline()->isChangingPause(), !ends);
+    QTest::mouseRelease(timeline()->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(mDelegate->calls.filter(u"delay "_s).size(), ends ? 0 : 1);
+}
+
+void MacrosEventsTest::timelineIsOffWhileTheListIs()
+{
+    fill({u"A"_s}, 0);
+    QVERIFY(timeline()->isEnabled());
+    mController->setControlsState(false);
+    QVERIFY(!timeline()->isEnabled());
+    mController->setControlsState(true);
+    QVERIFY(timeline()->isEnabled());
+    events()->selectRow(2);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    QVERIFY(!timeline()->isEnabled());
+}
+
+void MacrosEventsTest::keysLeftDownAreNamed()
+{
+    fill({u"A"_s, u"B"_s}, 0); // the lines end with a pressed button
+    const auto *notice = outlet<QLabel>(u"mMacroTimelineNotice"_s);
+    QVERIFY(notice->isVisible());
+    QCOMPARE(notice->text(), u"Still down at the end: Left Button."_s);
+    mDelegate->lines = {u"Key Release B"_s, u"0.020 seconds delay\n"_s, u"Key Press A"_s};
+    list()->selectRow(1);
+    QCOMPARE(notice->text(), u"Still down at the end: A.\nEvents without their press or release: 1."_s);
+    mDelegate->lines = {u"Key Press A"_s, u"0.020 seconds delay\n"_s, u"Key Release A"_s};
+    list()->selectRow(0);
+    QVERIFY(!notice->isVisible());
+}
+
+void MacrosEventsTest::keysLeftDownAreReleased()
+{
+    using namespace MacroRecord;
+    const auto event = [](int command, uint argument) {
+        return QVariant(eventRecord({.command = command, .delayMs = 20, .argument = argument}));
+    };
+    const QVariantList stored{event(keyDown, 4), event(keyDown, 5), event(keyUp, 4)};
+    mDelegate->macros = numberedMacros({1, 2});
+    mDelegate->macros[1] = withEvents(mDelegate->macros.at(1).toMap(), stored);
+    mDelegate->lines.clear();
+    for (const QString &line : eventParser::getMessagesArray(stored))
+        mDelegate->lines += line;
+    mDelegate->refresh();
+    list()->selectRow(1);
+    mDelegate->calls.clear();
+    auto *release = outlet<QPushButton>(u"mReleaseKeysAtEnd"_s);
+    QVERIFY(release->isVisible());
+    release->click();
+    QCOMPARE(mDelegate->calls.filter(u"replace"_s).size(), 1);
+    QVariantList released = MacroRecord::events(mDelegate->macros.at(1).toMap());
+    QCOMPARE(released.size(), 4);
+    const Event last = eventFields(released.takeLast().toMap());
+    QCOMPARE(released, stored);
+    QCOMPARE(last.command, keyUp);
+    QCOMPARE(last.argument, 5U);
 }
 
 QTEST_MAIN(MacrosEventsTest)

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Draws the tab, its sheets and its menus in both palettes into the folder `screenshots` beside the tests, for a person
 // to inspect. Checks that nothing is cut off.
+#include "macros/eventparser.h"
+#include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
+#include "tests/support/fulldocument.h"
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
 
@@ -21,6 +24,10 @@ namespace {
 
 enum class Scene {
     idle,
+    heldTogether,
+    keysLeftDown,
+    longest,
+    changingAPause,
     empty,
     noMacroSelected,
     noEvents,
@@ -46,6 +53,10 @@ struct NamedScene
 
 constexpr std::array scenes{
     NamedScene{"idle", Scene::idle},
+    NamedScene{"held-together", Scene::heldTogether},
+    NamedScene{"keys-left-down", Scene::keysLeftDown},
+    NamedScene{"longest", Scene::longest},
+    NamedScene{"changing-a-pause", Scene::changingAPause},
     NamedScene{"empty", Scene::empty},
     NamedScene{"none-selected", Scene::noMacroSelected},
     NamedScene{"no-events", Scene::noEvents},
@@ -87,6 +98,37 @@ QList<TriedKey> someKeys()
             {.event = 3, .timeUs = 1'375'000, .page = 9, .argument = 1, .isDown = true}};
 }
 
+QVariantList linesHeldTogether()
+{
+    return {
+        u"Key Press Left Shift"_s, u"0.060 seconds delay\n"_s, u"Key Press W"_s,           u"0.150 seconds delay\n"_s,
+        u"Key Press Space"_s,      u"0.080 seconds delay\n"_s, u"Key Release Space"_s,     u"0.120 seconds delay\n"_s,
+        u"Left Button down\n"_s,   u"0.040 seconds delay\n"_s, u"Left Button up\n"_s,      u"0.090 seconds delay\n"_s,
+        u"Left Button down\n"_s,   u"0.040 seconds delay\n"_s, u"Left Button up\n"_s,      u"0.200 seconds delay\n"_s,
+        u"Key Press "_s,           u"0.060 seconds delay\n"_s, u"Key Release "_s,          u"0.110 seconds delay\n"_s,
+        u"Key Release W"_s,        u"0.030 seconds delay\n"_s, u"Key Release Left Shift"_s};
+}
+
+QVariantList linesOf(const QVariantList &events)
+{
+    QVariantList lines;
+    for (const QString &line : eventParser::getMessagesArray(events))
+        lines += line;
+    return lines;
+}
+
+QVariantList linesOfScene(Scene scene)
+{
+    switch (scene) {
+    case Scene::noEvents: return {};
+    case Scene::heldTogether: return linesHeldTogether();
+    case Scene::keysLeftDown:
+        return QVariantList{u"Key Release Tab"_s, u"0.100 seconds delay\n"_s} + linesHeldTogether().mid(0, 13);
+    case Scene::longest: return linesOf(MacroRecord::events(fullMacro(u"Longest"_s, 1, MacroRecord::maximumEvents)));
+    default: return someLines();
+    }
+}
+
 } // namespace
 
 class MacrosScreenshotsTest : public MacrosTest
@@ -112,11 +154,22 @@ void MacrosScreenshotsTest::show(Scene scene)
     mWindow->resize(1100, 520);
     if (scene == Scene::empty)
         return mController->refreshTableDisplay();
-    mDelegate->lines = scene == Scene::noEvents ? QVariantList() : someLines();
+    mDelegate->lines = linesOfScene(scene);
     fill({u"Opening burst"_s, u"Heal the whole raid group and then mount"_s, u"Untitled Macro"_s},
          scene == Scene::noMacroSelected ? -1 : 1);
     switch (scene) {
-    case Scene::idle: events()->selectRow(2); break;
+    case Scene::idle:
+    case Scene::heldTogether: events()->selectRow(2); break;
+    case Scene::keysLeftDown: events()->selectRow(5); break;
+    case Scene::longest: events()->selectRow(9'000); break;
+    case Scene::changingAPause: {
+        events()->selectRow(5);
+        QWidget *timeline = outlet(u"mMacroTimelineView"_s);
+        timeline->setFocus(Qt::TabFocusReason);
+        for (int step = 0; step < 7; ++step)
+            QTest::keyPress(timeline, Qt::Key_Right, Qt::AltModifier);
+        break;
+    }
     case Scene::recording:
         outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
         mController->recordEvents({{u"messagesArray"_s, someLines().mid(0, 5)}});

@@ -77,5 +77,19 @@
     <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>Der Tastaturdienst kann dieses Makro zurzeit nicht wiedergeben.</translation></message>
     <message id="lkeyTryField"><source>lkeyTryField</source><translation>Drücken Sie hier die Taste des Makros:</translation></message>
     <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>Die Taste des Makros schreibt hier wirklich. Wenn Sie das Feld verlassen, schließt sich der Dialog.</translation></message>
+    <message id="lkeyTimeline"><source>lkeyTimeline</source><translation>Zeitachse</translation></message>
+    <message id="lkeyTimelineLabel"><source>lkeyTimelineLabel</source><translation>Zeitachse:</translation></message>
+    <message id="lkeyTimelineTotal"><source>lkeyTimelineTotal</source><translation>Ereignisse: %@, Dauer: %@ s</translation></message>
+    <message id="lkeyTimelineSummary"><source>lkeyTimelineSummary</source><translation>Ereignisse: %@. Dauer: %@ s. Tasten: %@.</translation></message>
+    <message id="lkeyTimelineEvent"><source>lkeyTimelineEvent</source><translation>%@, bei %@ s, nach %@ ms</translation></message>
+    <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>Unbenannte Taste</translation></message>
+    <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>Vergrößern</translation></message>
+    <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>Verkleinern</translation></message>
+    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>Einpassen</translation></message>
+    <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Das ganze Makro anzeigen</translation></message>
+    <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Am Ende noch gedrückt: %@.</translation></message>
+    <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Ereignisse, zu denen das Drücken oder Loslassen fehlt: %@.</translation></message>
+    <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Tasten loslassen</translation></message>
+    <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Die fehlenden Ereignisse am Ende des Makros anfügen</translation></message>
 </context>
 </TS>

@@ -77,5 +77,19 @@
     <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>The keyboard service cannot play this macro now.</translation></message>
     <message id="lkeyTryField"><source>lkeyTryField</source><translation>Press the macro’s key here:</translation></message>
     <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>The macro’s key really types here. Leaving this field closes the sheet.</translation></message>
+    <message id="lkeyTimeline"><source>lkeyTimeline</source><translation>Timeline</translation></message>
+    <message id="lkeyTimelineLabel"><source>lkeyTimelineLabel</source><translation>Timeline:</translation></message>
+    <message id="lkeyTimelineTotal"><source>lkeyTimelineTotal</source><translation>Events: %@, duration: %@ s</translation></message>
+    <message id="lkeyTimelineSummary"><source>lkeyTimelineSummary</source><translation>Events: %@. Duration: %@ s. Keys and buttons: %@.</translation></message>
+    <message id="lkeyTimelineEvent"><source>lkeyTimelineEvent</source><translation>%@, at %@ s, after %@ ms</translation></message>
+    <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>Unnamed key</translation></message>
+    <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>Zoom in</translation></message>
+    <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>Zoom out</translation></message>
+    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>Fit</translation></message>
+    <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Show the whole macro</translation></message>
+    <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Still down at the end: %@.</translation></message>
+    <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Events without their press or release: %@.</translation></message>
+    <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Release Keys</translation></message>
+    <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Add the missing releases at the end of the macro</translation></message>
 </context>
 </TS>

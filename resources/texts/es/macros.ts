@@ -77,5 +77,19 @@
     <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>El servicio del teclado no puede reproducir esta macro ahora.</translation></message>
     <message id="lkeyTryField"><source>lkeyTryField</source><translation>Pulse aquí la tecla de la macro:</translation></message>
     <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>La tecla de la macro escribe aquí de verdad. Al salir de este campo, se cierra el cuadro.</translation></message>
+    <message id="lkeyTimeline"><source>lkeyTimeline</source><translation>Línea de tiempo</translation></message>
+    <message id="lkeyTimelineLabel"><source>lkeyTimelineLabel</source><translation>Línea de tiempo:</translation></message>
+    <message id="lkeyTimelineTotal"><source>lkeyTimelineTotal</source><translation>Eventos: %@, duración: %@ s</translation></message>
+    <message id="lkeyTimelineSummary"><source>lkeyTimelineSummary</source><translation>Eventos: %@. Duración: %@ s. Teclas y botones: %@.</translation></message>
+    <message id="lkeyTimelineEvent"><source>lkeyTimelineEvent</source><translation>%@, a los %@ s, tras %@ ms</translation></message>
+    <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>Tecla sin nombre</translation></message>
+    <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>Acercar</translation></message>
+    <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>Alejar</translation></message>
+    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>Ajustar</translation></message>
+    <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Mostrar toda la macro</translation></message>
+    <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Siguen pulsadas al final: %@.</translation></message>
+    <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Eventos a los que falta la pulsación o la liberación: %@.</translation></message>
+    <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Soltar teclas</translation></message>
+    <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Añadir las liberaciones que faltan al final de la macro</translation></message>
 </context>
 </TS>

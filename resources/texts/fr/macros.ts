@@ -77,5 +77,19 @@
     <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>Le service du clavier ne peut pas lire cette macro actuellement.</translation></message>
     <message id="lkeyTryField"><source>lkeyTryField</source><translation>Appuyez ici sur la touche de la macro :</translation></message>
     <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>La touche de la macro écrit réellement ici. Si vous quittez ce champ, la boîte de dialogue se ferme.</translation></message>
+    <message id="lkeyTimeline"><source>lkeyTimeline</source><translation>Chronologie</translation></message>
+    <message id="lkeyTimelineLabel"><source>lkeyTimelineLabel</source><translation>Chronologie :</translation></message>
+    <message id="lkeyTimelineTotal"><source>lkeyTimelineTotal</source><translation>Événements : %@, durée : %@ s</translation></message>
+    <message id="lkeyTimelineSummary"><source>lkeyTimelineSummary</source><translation>Événements : %@. Durée : %@ s. Touches et boutons : %@.</translation></message>
+    <message id="lkeyTimelineEvent"><source>lkeyTimelineEvent</source><translation>%@, à %@ s, après %@ ms</translation></message>
+    <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>Touche sans nom</translation></message>
+    <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>Zoom avant</translation></message>
+    <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>Zoom arrière</translation></message>
+    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>Ajuster</translation></message>
+    <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Afficher toute la macro</translation></message>
+    <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Encore enfoncées à la fin : %@.</translation></message>
+    <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Événements sans l’appui ou le relâchement correspondant : %@.</translation></message>
+    <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Relâcher les touches</translation></message>
+    <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Ajouter les relâchements manquants à la fin de la macro</translation></message>
 </context>
 </TS>

@@ -77,5 +77,19 @@
     <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>キーボードサービスは、現在このマクロを再生できません。</translation></message>
     <message id="lkeyTryField"><source>lkeyTryField</source><translation>ここでマクロのキーを押してください：</translation></message>
     <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>ここではマクロのキーが実際に入力を行います。このフィールドから離れると、シートは閉じます。</translation></message>
+    <message id="lkeyTimeline"><source>lkeyTimeline</source><translation>タイムライン</translation></message>
+    <message id="lkeyTimelineLabel"><source>lkeyTimelineLabel</source><translation>タイムライン:</translation></message>
+    <message id="lkeyTimelineTotal"><source>lkeyTimelineTotal</source><translation>イベント: %@、長さ: %@ 秒</translation></message>
+    <message id="lkeyTimelineSummary"><source>lkeyTimelineSummary</source><translation>イベント: %@。長さ: %@ 秒。キーとボタン: %@。</translation></message>
+    <message id="lkeyTimelineEvent"><source>lkeyTimelineEvent</source><translation>%@、%@ 秒、待ち時間 %@ ミリ秒</translation></message>
+    <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>名前のないキー</translation></message>
+    <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>拡大</translation></message>
+    <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>縮小</translation></message>
+    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>全体</translation></message>
+    <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>マクロ全体を表示</translation></message>
+    <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>最後まで押されたまま: %@</translation></message>
+    <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>押す・離すの対がないイベント: %@</translation></message>
+    <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>キーを離す</translation></message>
+    <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>離すイベントの不足分をマクロの末尾に追加</translation></message>
 </context>
 </TS>

@@ -77,5 +77,19 @@
     <message id="lkeyTryUnavailable"><source>lkeyTryUnavailable</source><translation>键盘服务目前无法播放此宏。</translation></message>
     <message id="lkeyTryField"><source>lkeyTryField</source><translation>请在此处按下宏的按键：</translation></message>
     <message id="lkeyTryFieldTip"><source>lkeyTryFieldTip</source><translation>宏的按键会在此处真正输入。离开此输入框时，面板会关闭。</translation></message>
+    <message id="lkeyTimeline"><source>lkeyTimeline</source><translation>时间轴</translation></message>
+    <message id="lkeyTimelineLabel"><source>lkeyTimelineLabel</source><translation>时间轴：</translation></message>
+    <message id="lkeyTimelineTotal"><source>lkeyTimelineTotal</source><translation>事件：%@，时长：%@ 秒</translation></message>
+    <message id="lkeyTimelineSummary"><source>lkeyTimelineSummary</source><translation>事件：%@。时长：%@ 秒。按键和按钮：%@。</translation></message>
+    <message id="lkeyTimelineEvent"><source>lkeyTimelineEvent</source><translation>%@，位于 %@ 秒，延迟 %@ 毫秒</translation></message>
+    <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>未命名的键</translation></message>
+    <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>放大</translation></message>
+    <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>缩小</translation></message>
+    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>适合</translation></message>
+    <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>显示整个宏</translation></message>
+    <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>结束时仍按下：%@。</translation></message>
+    <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>缺少对应按下或松开的事件：%@。</translation></message>
+    <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>松开按键</translation></message>
+    <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>在宏末尾添加缺少的松开事件</translation></message>
 </context>
 </TS>

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// The timeline above the event list: both show the same lines and select the same row.
+#include "macros/keyboardmacroscontroller.h"
+
+#include "macros/macrodelegate.h"
+#include "macros/macropairs.h"
+#include "macros/macrorecord.h"
+#include "macros/macrotimelinepart.h"
+#include "macros/macrotimelineview.h"
+#include "macros/nstableviewmacrodetailssubclass.h"
+
+MacroTimelinePart *KeyboardMacrosController::buildTimeline()
+{
+    mTimeline = new MacroTimelinePart;
+    connect(mTimeline->view(), &MacroTimelineView::rowChosen, this, &KeyboardMacrosController::selectEvent);
+    connect(mTimeline->view(), &MacroTimelineView::pauseChosen, this, &KeyboardMacrosController::setDelayOfRow);
+    connect(mTimeline, &MacroTimelinePart::releasesWanted, this, &KeyboardMacrosController::releaseKeysAtEnd);
+    return mTimeline;
+}
+
+void KeyboardMacrosController::updateTimeline()
+{
+    const QStringList &lines = mLines.shown();
+    const QVariantMap macro = macroAt(macroRow());
+    const QVariant identity = MacroRecord::identity(macro);
+    const QVariant subject = identity.isValid() ? identity : MacroRecord::name(macro);
+    if (!mTimeline->shows(subject, lines))
+        mTimeline->showEvents(subject, lines, MacroRecord::events(macro));
+    mTimeline->setRecording(hasRecording());
+    // A view that is disabled loses the focus first. The change of a pause must have ended before.
+    mTimeline->view()->setEditable(mMacroDetailsTableView->isEnabled());
+    mTimeline->setEnabled(mMacroDetailsTableView->isEnabled());
+    mTimeline->setVisible(!lines.isEmpty() && !mMacroDetailsTableView->isHidden());
+    mTimeline->view()->selectRow(eventRow());
+}
+
+void KeyboardMacrosController::setDelayOfRow(int row, int delayMs)
+{
+    if (mMacroDelegate)
+        mMacroDelegate->setNewDelayAtMacroEventIndexForMacroAtIndex(delayMs, row, macroRow());
+    eventsWereEdited();
+}
+
+/// Appends the releases of the keys that the selected macro leaves down.
+void KeyboardMacrosController::releaseKeysAtEnd()
+{
+    if (!mMacroDelegate)
+        return;
+    if (mLines.areRecordsStale())
+        mMacroDelegate->reloadMacros();
+    const QVariantList events = MacroRecord::events(macroAt(macroRow()));
+    const QVariantList releases = MacroPairs::of(events).missingReleases;
+    if (!releases.isEmpty())
+        (void)mMacroDelegate->replaceEventsOfMacroAtIndex(macroRow(), events, events + releases);
+}
