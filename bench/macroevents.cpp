@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: MIT
 // The time that a user waits for a macro of maximum length: from the click on its name, over the bus and through the
-// real daemon, to its painted lines; then for scrolling, editing and recording. Run it on a private bus:
+// real daemon, to its painted lines; then for scrolling, editing, recording and the timeline. Run it on a private bus:
 //   QT_QPA_PLATFORM=offscreen dbus-run-session -- build/release/bin/bench_macroevents
 #include "base/daemonprotocol.h"
 #include "base/settingskeys.h"
 #include "bench/benchprogram.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotimelineview.h"
 #include "platform/tableview.h"
 #include "tests/support/fulldocument.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QTest>
 
@@ -42,6 +44,7 @@ struct MacrosTab : BenchProgram
         QApplication::processEvents();
         list = controller.macrosController()->macroTableView();
         events = controller.macrosController()->macroDetailsTableView();
+        timeline = window.findChild<MacroTimelineView *>();
     }
 
     void click(int row) const
@@ -53,6 +56,7 @@ struct MacrosTab : BenchProgram
 
     TableView *list = nullptr;
     TableView *events = nullptr;
+    MacroTimelineView *timeline = nullptr;
 };
 
 void clickMacroAndShowItsLines(benchmark::State &state)
@@ -78,6 +82,60 @@ void scrollOnePage(benchmark::State &state)
     }
     if (bar->maximum() < 1000)
         state.SkipWithError("there is nothing to scroll");
+}
+
+/// The part of the click that the timeline takes: its lanes and bars from the lines, and its picture.
+void showTheTimeline(benchmark::State &state)
+{
+    const MacrosTab tab;
+    tab.click(0);
+    const QStringList lines = tab.controller.macrosController()->macroDetailsArray();
+    const QVariantList events = MacroRecord::events(tab.controller.macrosArray().at(0).toMap());
+    for (auto _ : state) {
+        tab.timeline->showEvents(lines, events);
+        tab.timeline->viewport()->repaint();
+    }
+    if (tab.timeline->timeline().eventCount() != MacroRecord::maximumEvents)
+        state.SkipWithError("the timeline has other events");
+}
+
+/// One picture for each step of the wheel, from the whole macro to the largest scale and back.
+void zoomTheTimeline(benchmark::State &state)
+{
+    const MacrosTab tab;
+    tab.click(0);
+    MacroTimelineView *timeline = tab.timeline;
+    bool isZoomingIn = true;
+    for (auto _ : state) {
+        const double before = timeline->timelineLayout().pixelsPerMs;
+        isZoomingIn ? timeline->zoomIn() : timeline->zoomOut();
+        timeline->viewport()->repaint();
+        if (timeline->timelineLayout().pixelsPerMs == before)
+            isZoomingIn = !isZoomingIn;
+    }
+}
+
+/// One picture for each move of the mouse that drags an edge in the middle of the whole macro.
+void dragInTheTimeline(benchmark::State &state)
+{
+    const MacrosTab tab;
+    tab.click(0);
+    MacroTimelineView *timeline = tab.timeline;
+    QWidget *viewport = timeline->viewport();
+    const int edge = MacroRecord::maximumEvents / 2;
+    timeline->selectRow(2 * edge);
+    const QPoint from = timeline->eventRect(edge).center();
+    QTest::mousePress(viewport, Qt::LeftButton, {}, from);
+    int step = 0;
+    for (auto _ : state) {
+        const QPoint place = from + QPoint(5 + ++step % 100, 0);
+        QMouseEvent move(QEvent::MouseMove, place, viewport->mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(viewport, &move);
+        viewport->repaint();
+    }
+    if (!timeline->isChangingPause())
+        state.SkipWithError("nothing is dragged");
+    QTest::keyClick(timeline, Qt::Key_Escape);
 }
 
 void setOneDelay(benchmark::State &state)
@@ -128,6 +186,9 @@ void showOneRecordedEvent(benchmark::State &state)
 
 BENCHMARK(clickMacroAndShowItsLines)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(20)->Repetitions(5);
 BENCHMARK(scrollOnePage)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(200)->Repetitions(5);
+BENCHMARK(showTheTimeline)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(20)->Repetitions(5);
+BENCHMARK(zoomTheTimeline)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(200)->Repetitions(5);
+BENCHMARK(dragInTheTimeline)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(200)->Repetitions(5);
 BENCHMARK(setOneDelay)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(20)->Repetitions(5);
 BENCHMARK(renameAndReload)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(20)->Repetitions(5);
 BENCHMARK(showOneRecordedEvent)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(200)->Repetitions(5);
