@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotimelineview.h"
 #include "platform/tableview.h"
 #include "tests/app/secondhand/operation.h"
 
@@ -245,6 +246,40 @@ Operation delaySheetOperation()
             {"cancelled", [](Scene &) { Person::cancel(delaySheet); }, {}, {}}}};
 }
 
+/// Lengthens the pause before the second event with the keys of the timeline.
+Operation pauseInTheTimeline()
+{
+    constexpr int steps = 3;
+    const auto timeline = [](const Scene &scene) { return scene.find<MacroTimelineView>("mMacroTimelineView"); };
+    const auto begin = [timeline](Scene &scene) {
+        scene.find<TableView>(events)->selectRow(eventRow);
+        timeline(scene)->setFocus();
+        for (int step = 0; step < steps; ++step)
+            QTest::keyPress(timeline(scene), Qt::Key_Right, Qt::AltModifier);
+    };
+    const auto setDelay = [](Scene &scene) {
+        const QVariantMap event = MacroRecord::events(scene.ledger.macroRecord()).at(delayRow).toMap();
+        QVariantMap request = macroRow(scene);
+        request.insert(DaemonProtocol::sequenceIndex, delayRow);
+        request.insert(DaemonProtocol::delay,
+                       MacroRecord::eventFields(event).delayMs + steps * MacroTimelineView::pauseStepMs);
+        scene.ledger.apply(Command::setDelay, request);
+    };
+    return {.name = "pause in the timeline",
+            .tab = macrosTab,
+            .kind = OperationKind::drag,
+            .subject = Subject::events,
+            .begin = begin,
+            .isOpen = [timeline](const Scene &scene) { return timeline(scene)->isChangingPause(); },
+            .beginCommands = {},
+            .ends = {
+                {"finished",
+                 [timeline](Scene &scene) { QTest::keyRelease(timeline(scene), Qt::Key_Alt); },
+                 setDelay,
+                 {Command::setDelay}},
+                {"cancelled", [timeline](Scene &scene) { QTest::keyClick(timeline(scene), Qt::Key_Escape); }, {}, {}}}};
+}
+
 void captureKeyB(Scene &scene)
 {
     scene.typeKey(keyB);
@@ -372,6 +407,7 @@ std::vector<Operation> macroOperations()
         delaySheetOperation(),
         eventSheetOperation(),
         tryOperation(),
+        pauseInTheTimeline(),
         recording("recording", "mRecordMacroDetails", false),
         recording("appended recording", "mAddMacroDetails", true),
         listMenu("gear menu of the list", [](Scene &scene) { Person::openGearMenu(scene, gear); }),

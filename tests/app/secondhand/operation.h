@@ -13,7 +13,7 @@ enum class OperationKind {
     sheet,     ///< a sheet, a panel or an alert is open
     popUp,     ///< a menu is open
     recording, ///< keys are being recorded
-    drag       ///< the mouse holds a slider
+    drag       ///< the mouse holds a slider, or keys hold a value that is not yet stored
 };
 
 /// The subject of an operation.
