@@ -5,7 +5,9 @@
 #include "base/visibletext.h"
 #include "typing/typingtable.h"
 
+#include <algorithm>
 #include <array>
+#include <string>
 
 using namespace Qt::StringLiterals;
 
@@ -68,14 +70,12 @@ bool isMark(char32_t character)
 QList<Keystroke> keystrokesOfPieces(const QString &text, const TypingTable &table)
 {
     QList<Keystroke> all;
-    const QList<uint> characters = text.toUcs4();
-    for (qsizetype begin = 0; begin < characters.size();) {
+    const std::u32string characters = text.toStdU32String();
+    for (std::size_t begin = 0; begin < characters.size();) {
         QList<Keystroke> keystrokes;
-        qsizetype length = characters.size() - begin + 1;
-        while (keystrokes.isEmpty() && --length > 0) {
-            const auto *first = reinterpret_cast<const char32_t *>(characters.constData() + begin);
-            keystrokes = table.keystrokesOf(QString::fromUcs4(first, length));
-        }
+        std::size_t length = std::min(characters.size() - begin, std::size_t(table.longestText())) + 1;
+        while (keystrokes.isEmpty() && --length > 0)
+            keystrokes = table.keystrokesOf(QString::fromUcs4(characters.data() + begin, qsizetype(length)));
         if (keystrokes.isEmpty())
             return {};
         all += keystrokes;

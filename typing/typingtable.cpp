@@ -387,4 +387,6 @@ TypingTable::TypingTable(const Keymap &keymap, const QByteArray &locale)
         if (!keystrokes.isEmpty())
             mKeystrokes.insert(text, keystrokes);
     }
+    for (auto each = mKeystrokes.keyBegin(); each != mKeystrokes.keyEnd(); ++each)
+        mLongestText = std::max(mLongestText, each->size());
 }

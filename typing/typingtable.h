@@ -29,9 +29,12 @@ public:
     /// Unicode's normalization form C, with its combining marks if a Compose file has them in one sequence. A line feed
     /// is the Return key, a tab the Tab key.
     [[nodiscard]] QList<Keystroke> keystrokesOf(const QString &text) const { return mKeystrokes.value(text); }
+    /// The length of the longest text for which keystrokesOf() has keystrokes, in UTF-16 units; 0 without any.
+    [[nodiscard]] qsizetype longestText() const { return mLongestText; }
     /// Every text for which keystrokesOf() has keystrokes, in no order.
     [[nodiscard]] QStringList texts() const { return mKeystrokes.keys(); }
 
 private:
     QHash<QString, QList<Keystroke>> mKeystrokes;
+    qsizetype mLongestText = 0;
 };

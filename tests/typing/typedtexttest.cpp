@@ -86,6 +86,7 @@ private Q_SLOTS:
     void marksThatDoNotComposeAreTypedAlone();
     void namesWhatCannotBeTyped_data();
     void namesWhatCannotBeTyped();
+    void namesEveryMarkOfAnEndlessCharacter();
     void countsTheEventsOfLongTexts();
     void insertedEventsKeepThePause();
     void showsCharactersForMessages();
@@ -238,6 +239,14 @@ void TypedTextTest::namesWhatCannotBeTyped()
     const TypedText typed = typeText(text, tableFor(layout), pauseMs);
     QTEST(written(typed.untyped), "untyped");
     QVERIFY(typed.events.isEmpty());
+}
+
+void TypedTextTest::namesEveryMarkOfAnEndlessCharacter()
+{
+    constexpr qsizetype marks = 50'000; // a search for each part of it would not end
+    const TypedText typed = typeText(u'a' + QString(marks, QChar(0x301)), tableFor(u"us"_s), pauseMs);
+    QCOMPARE(typed.untyped.size(), marks);
+    QCOMPARE(typed.untyped.last().position, marks + 1);
 }
 
 void TypedTextTest::countsTheEventsOfLongTexts()
