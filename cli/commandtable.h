@@ -64,9 +64,11 @@ inline constexpr QLatin1StringView add{"--add"};
 inline constexpr QLatin1StringView date{"--date"};
 inline constexpr QLatin1StringView text{"--text"};
 inline constexpr QLatin1StringView newest{"--newest"};
+inline constexpr QLatin1StringView layout{"--layout"};
+inline constexpr QLatin1StringView pause{"--pause"};
 
 /// Options that are followed by a value, as the next word or behind "=".
-inline constexpr std::array withValue{modifiers, repeat, seconds, date, newest};
+inline constexpr std::array withValue{modifiers, repeat, seconds, date, newest, layout, pause};
 } // namespace Options
 
 // The functions of the rows.
@@ -116,6 +118,7 @@ CommandResult<void> importMacro(CommandContext &context);
 CommandResult<void> exportMacro(CommandContext &context);
 CommandResult<void> recordMacro(CommandContext &context);
 CommandResult<void> playMacro(CommandContext &context);
+CommandResult<void> typeMacroText(CommandContext &context);
 CommandResult<void> pressKey(CommandContext &context);
 CommandResult<void> releaseKey(CommandContext &context);
 CommandResult<void> showSentKeys(CommandContext &context);
@@ -133,3 +136,4 @@ QList<CommandForm> keyCommandForms();
 QList<CommandForm> lightCommandForms();
 QList<CommandForm> recordMacroForms();
 QList<CommandForm> playMacroForms();
+QList<CommandForm> typeMacroTextForms();

@@ -3,6 +3,7 @@
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
 #include "macros/macrorecord.h"
+#include "platform/desktopkeymap.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/kestractlprocess.h"
 #include "tests/support/sentrecorder.h"
@@ -51,6 +52,12 @@ private Q_SLOTS:
     void importRefusesOtherFiles_data();
     void importRefusesOtherFiles();
     void reportsAnExportThatCannotBeWritten();
+    void textBecomesTheEventsOfTheMacro();
+    void textIsAppendedAfterThePause();
+    void namesWhatTheLayoutCannotTypeAndChangesNothing();
+    void textUsesTheLayoutOfTheUser();
+    void wrongTextCommandsChangeNothing_data();
+    void wrongTextCommandsChangeNothing();
     void recordsUntilReturn();
     void recordingAppends();
     void recordingNothingKeepsTheMacro_data();
@@ -77,6 +84,8 @@ private:
     QStringList names() const;
     QVariantMap record(int number);
     void add(const QVariantMap &macro);
+    /// The events of the first macro: "+4" is a press, "-4" a release, with the pause before it in brackets unless 0.
+    QString events();
     /// Starts "kestractl macro record" and waits until the daemon records.
     void startRecording(QProcess &process, const QStringList &words);
     void tap(uint key);
@@ -118,6 +127,17 @@ void TestKestractlMacros::add(const QVariantMap &macro)
 {
     const auto reply = mDaemon->request(DaemonProtocol::Command::addMacro, {{u"MacroContents"_s, macro}});
     QVERIFY(reply && reply->values.value(u"ReturnStatus"_s) == QVariant(0));
+}
+
+QString TestKestractlMacros::events()
+{
+    QStringList words;
+    for (const QVariant &each : MacroRecord::events(record(0))) {
+        const MacroRecord::Event event = MacroRecord::eventFields(each.toMap());
+        const QString pause = event.delayMs == 0 ? QString() : u"(%1)"_s.arg(event.delayMs);
+        words += pause + (event.command == MacroRecord::keyDown ? u'+' : u'-') + QString::number(event.argument);
+    }
+    return words.join(u' ');
 }
 
 void TestKestractlMacros::startRecording(QProcess &process, const QStringList &words)
@@ -300,6 +320,80 @@ void TestKestractlMacros::reportsAnExportThatCannotBeWritten()
     const KestractlResult result = run({u"export"_s, u"1"_s, u"/nonexistent/folder/Mine"_s});
     QCOMPARE(result.exitCode, 5);
     QVERIFY2(result.errorText().contains(u"/nonexistent/folder/Mine.KestraMacro"_s), result.errors.constData());
+}
+
+void TestKestractlMacros::textBecomesTheEventsOfTheMacro()
+{
+    add(tapOfA(80));
+    const KestractlResult german = run({u"text"_s, u"tap"_s, u"Zé"_s, u"--layout"_s, u"de"_s, u"--pause=35"_s});
+    QCOMPARE(german.errorText(), QString());
+    QCOMPARE(german.exitCode, 0);
+    QCOMPARE(german.text(), u"macro 1 \"Tap\" has 8 events, for the layout \"German\"\n"_s);
+    QCOMPARE(events(), u"+225 +28 -28 -225 (35)+46 -46 (35)+8 -8"_s);
+    QCOMPARE(run({u"text"_s, u"1"_s, u"a\n"_s, u"--layout"_s, u"fr(bepo)"_s}).exitCode, 0);
+    QCOMPARE(events(), u"+4 -4 (20)+40 -40"_s);
+    QCOMPARE(run({u"text"_s, u"1"_s, u""_s, u"--layout"_s, u"us"_s}).exitCode, 0);
+    QCOMPARE(events(), QString());
+}
+
+void TestKestractlMacros::textIsAppendedAfterThePause()
+{
+    add(tapOfA(80));
+    QCOMPARE(run({u"text"_s, u"1"_s, u"b"_s, u"--layout=us"_s, u"--append"_s, u"--pause"_s, u"0"_s}).exitCode, 0);
+    QCOMPARE(events(), u"(80)+4 (80)-4 +5 -5"_s);
+    QCOMPARE(run({u"text"_s, u"1"_s, u"c"_s, u"--layout=us"_s, u"--append"_s}).exitCode, 0);
+    QCOMPARE(events(), u"(80)+4 (80)-4 +5 -5 (20)+6 -6"_s);
+}
+
+void TestKestractlMacros::namesWhatTheLayoutCannotTypeAndChangesNothing()
+{
+    add(tapOfA(80));
+    const KestractlResult result = run({u"text"_s, u"1"_s, u"né à €é"_s, u"--layout"_s, u"us"_s});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(
+        result.errorText().contains(u"the keyboard layout \"English (US)\" cannot type é (U+00E9) at positions 2, 7; "
+                                    "à (U+00E0) at position 4; € (U+20AC) at position 6"_s),
+        result.errors.constData());
+    QCOMPARE(result.text(), QString());
+    QCOMPARE(events(), u"(80)+4 (80)-4"_s);
+}
+
+void TestKestractlMacros::textUsesTheLayoutOfTheUser()
+{
+    add(tapOfA(80));
+    QProcessEnvironment environment = mDaemon->environment();
+    environment.remove(u"DISPLAY"_s);
+    environment.remove(u"WAYLAND_DISPLAY"_s);
+    const KestractlResult result = runKestractl({u"macro"_s, u"text"_s, u"1"_s, u"12"_s}, environment);
+    QCOMPARE(result.exitCode, 0);
+    const QString name = DesktopKeymap(DesktopKeymap::Desktop::none).keymap().name();
+    QVERIFY2(result.text().contains(u"\"%1\""_s.arg(name)), result.output.constData());
+}
+
+void TestKestractlMacros::wrongTextCommandsChangeNothing_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("unknown layout") << QStringList{u"1"_s, u"a"_s, u"--layout"_s, u"no-such-layout"_s}
+                                    << u"\"no-such-layout\" is not a keyboard layout"_s;
+    QTest::newRow("pause without a number")
+        << QStringList{u"1"_s, u"a"_s, u"--pause"_s, u"long"_s} << u"\"long\" is not a number"_s;
+    QTest::newRow("negative pause") << QStringList{u"1"_s, u"a"_s, u"--pause=-1"_s} << u"\"-1\" is not a number"_s;
+    QTest::newRow("too long") << QStringList{u"1"_s, QString(5'000, u'a'), u"--layout=us"_s, u"--append"_s}
+                              << u"the macro would have 10002 events; at most 10000 are possible"_s;
+    QTest::newRow("unknown macro") << QStringList{u"2"_s, u"a"_s, u"--layout=us"_s} << u"macro"_s;
+    QTest::newRow("no text") << QStringList{u"1"_s} << u"usage"_s;
+}
+
+void TestKestractlMacros::wrongTextCommandsChangeNothing()
+{
+    QFETCH(QStringList, words);
+    QFETCH(QString, message);
+    add(tapOfA(80));
+    const KestractlResult result = run(QStringList{u"text"_s} + words);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errorText().contains(message, Qt::CaseInsensitive), result.errors.constData());
+    QCOMPARE(events(), u"(80)+4 (80)-4"_s);
 }
 
 void TestKestractlMacros::recordsUntilReturn()
