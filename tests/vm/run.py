@@ -38,6 +38,10 @@ REPORT = "kestra-vm: "  # the driver's output on the console
 SHIFT_OF_SCENARIOS = 2
 SHIFT_OF_MEASUREMENTS = 0  # a nanosecond is an instruction
 
+LAYOUTS = "/usr/share/X11/xkb/"
+LAYOUT_FOLDERS = ["compat", "keycodes", "rules", "symbols", "types"]
+COMPOSE_FILES = ["/usr/share/X11/locale/" + name for name in ["compose.dir", "locale.alias", "en_US.UTF-8/Compose"]]
+
 
 def skip(reason):
     print(f"skipped: {reason}")
@@ -151,6 +155,9 @@ class Root:
             # The loader looks for it there; two paths may lead to the same name.
             self.add(library, library)
 
+    def add_folder(self, folder):
+        shutil.copytree(folder, self.path(folder), dirs_exist_ok=True)
+
     def write(self, inside, text):
         with open(self.path(inside), "w", encoding="utf-8") as file:
             file.write(text)
@@ -188,6 +195,11 @@ def make_root(folder, arguments, modules, names, calls):
     # The daemon first looks for the factory settings in a folder beside it.
     root.add(os.path.join(HERE, "../../resources/Kestra.plist"), "/bin/resources/Kestra.plist")
     root.add(os.path.join(arguments.bin, "resources/texts/en.qm"), "/bin/resources/texts/en.qm")
+    # Keyboard layouts and the sequences of dead keys, for macros that type a text.
+    for part in LAYOUT_FOLDERS:
+        root.add_folder(LAYOUTS + part)
+    for file in COMPOSE_FILES:
+        root.add(file, file)
     root.add(os.path.join(HERE, "../../packaging/70-quill-kestra-uinput.rules"), "/rules/70-quill-kestra-uinput.rules")
     for rules in ["50-udev-default.rules", "60-input-id.rules", "60-persistent-input.rules", "60-evdev.rules"]:
         for base in ["/usr/lib/udev/rules.d/", "/lib/udev/rules.d/"]:

@@ -7,6 +7,7 @@
 #include "tests/vm/driver/modelstorm.h"
 #include "tests/vm/driver/stepwords.h"
 #include "tests/vm/driver/systemsteps.h"
+#include "tests/vm/driver/typedtext.h"
 #include "tests/vm/driver/waiting.h"
 
 #include <linux/input-event-codes.h>
@@ -325,6 +326,7 @@ const std::map<std::string, StepAction> &keyActions()
         {"ctl-start", [](Machine &machine, const Words &words) { machine.startControl(from(words, 1)); }},
         {"ctl-wait", [](Machine &machine, const Words &) { machine.waitForControl(); }},
         {"macro", addMacro},
+        {"types", expectTyped},
         {"ctl-fails",
          [](Machine &machine, const Words &words) {
              if (machine.control(from(words, 1)).exitCode == 0)
