@@ -10,6 +10,7 @@
 #include "macros/macrorecord.h"
 #include "macros/macrosearchfield.h"
 #include "macros/macrotrysheet.h"
+#include "macros/macrotypetext.h"
 #include "macros/macrouseslinks.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
@@ -41,6 +42,7 @@ KeyboardMacrosController::~KeyboardMacrosController()
     delete mEditDelayWindow;
     delete mEditEventWindow;
     delete mTryWindow;
+    delete mTypeTextWindow;
     if (!mView->parent())
         delete mView;
 }

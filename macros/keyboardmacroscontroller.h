@@ -10,6 +10,7 @@
 #include "macros/macrocommands.h"
 #include "macros/macrolines.h"
 #include "macros/macrotry.h"
+#include "macros/macrorecord.h"
 #include "platform/sheet.h"
 #include "platform/sheetsubject.h"
 #include "platform/tableview.h"
@@ -25,6 +26,7 @@ class DistributedNotificationCenter;
 class MacroDelegate;
 class MacroTimelinePart;
 class MacroTrySheet;
+class MacroTypeText;
 class NSTableViewMacroDetailsSubClass;
 class NSTableViewMacroSubClass;
 class NumberOnlyTextField;
@@ -279,6 +281,8 @@ private:
     void setDelayOfRow(int row, int delayMs);
     void releaseKeysAtEnd();
     void updateTimeline();
+    void openTypeTextSheet();
+    void insertTypedText(const QList<MacroRecord::Event> &typed, int index, int pauseMs);
     void removeAllEvents();
     void copySelectedDelayToAll();
     void removeAllDelays();
@@ -319,6 +323,7 @@ private:
     QLineEdit *mInputMacroEvent = nullptr;
     QPushButton *mMacroEventEditOK = nullptr;
     QPushButton *mMacroEventEditCancel = nullptr;
+    QPointer<MacroTypeText> mTypeTextWindow; ///< made when it first comes up
 
     QPointer<OpenPanel> mOpenPanel; ///< both panels: kept until the next is opened
     QPointer<SavePanel> mSavePanel;
@@ -331,7 +336,8 @@ private:
     QVariantList mMacrosSettingsArray;
     QVariantList mProfiles;
     int mActiveProfile = -1;
-    QVariantMap mSequenceDict; ///< the event record being edited
+    QVariantMap mSequenceDict;        ///< the event record being edited
+    QVariantList mEventsBeforeTyping; ///< of the macro for which a text is being written
     MacroLines mLines;
     QVariant mSelectedMacroId; ///< of the selected macro; invalid without one
     EventIcons mEventIcons;

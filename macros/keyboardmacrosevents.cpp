@@ -73,6 +73,7 @@ void KeyboardMacrosController::clickMacroDetailsSettingsMenuItem(const QAction *
     case MacroCommands::deleteAllEvents: removeAllEvents(); break;
     case MacroCommands::copyDelay: copySelectedDelayToAll(); break;
     case MacroCommands::noDelay: removeAllDelays(); break;
+    case MacroCommands::typeText: openTypeTextSheet(); break;
     default: break;
     }
 }

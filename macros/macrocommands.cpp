@@ -18,6 +18,7 @@ const QList<MenuCommand> &ofEventList()
         {record, "lkeyRecord"},           {edit, "lkeyEdit"},
         {deleteEvent, "lkeyDeleteEvent"}, {deleteAllEvents, "lkeyDeleteAllEvents"},
         {copyDelay, "lkeyCopyDelay"},     {noDelay, "lkeyNoDelay"},
+        {typeText, "lkeyTypeText"},
     };
     return commands;
 }
@@ -40,6 +41,8 @@ bool isEnabledForList(int tag, bool isMacroSelected)
 
 bool isEnabledInEventGearMenu(int tag, const EventListState &state)
 {
+    if (tag == typeText)
+        return state.macroRow >= 0;
     if (state.lineCount == 0)
         return tag == record;
     if (state.selectedRow < 0)

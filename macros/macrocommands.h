@@ -11,7 +11,7 @@ namespace MacroCommands {
 enum ListTag { rename = 1, newMacro = 2, importMacro = 3, exportMacro = 4, deleteMacro = 5, duplicateMacro = 6 };
 
 // Of the event list
-enum EventTag { record = 1, edit = 2, deleteEvent = 3, deleteAllEvents = 4, copyDelay = 5, noDelay = 6 };
+enum EventTag { record = 1, edit = 2, deleteEvent = 3, deleteAllEvents = 4, copyDelay = 5, noDelay = 6, typeText = 20 };
 
 struct EventListState
 {

@@ -3,6 +3,7 @@
 // to inspect. Checks that nothing is cut off.
 #include "macros/eventparser.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotypetext.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "platform/pulldownbutton.h"
@@ -13,6 +14,7 @@
 
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 
@@ -36,6 +38,8 @@ enum class Scene {
     delaySheet,
     eventSheet,
     trySheet,
+    typeTextSheet,
+    untypedTextSheet,
     deletionAlert,
     importPanel,
     exportPanel,
@@ -65,6 +69,8 @@ constexpr std::array scenes{
     NamedScene{"delay-sheet", Scene::delaySheet},
     NamedScene{"event-sheet", Scene::eventSheet},
     NamedScene{"try-sheet", Scene::trySheet},
+    NamedScene{"type-text-sheet", Scene::typeTextSheet},
+    NamedScene{"untyped-text-sheet", Scene::untypedTextSheet},
     NamedScene{"deletion-alert", Scene::deletionAlert},
     NamedScene{"import-panel", Scene::importPanel},
     NamedScene{"export-panel", Scene::exportPanel},
@@ -209,6 +215,19 @@ void MacrosScreenshotsTest::show(Scene scene)
     case Scene::searchWithoutResult:
         list()->deselectAll();
         outlet<QLineEdit>(u"mMacroSearch"_s)->setText(u"xyz"_s);
+        break;
+    case Scene::typeTextSheet:
+    case Scene::untypedTextSheet:
+        if (scene == Scene::typeTextSheet) {
+            mDelegate->macros[1] = MacroRecord::withEvents(
+                mDelegate->macros.at(1).toMap(), {MacroRecord::eventRecord({.command = MacroRecord::keyDown})});
+            mDelegate->refresh();
+            events()->selectRow(0);
+        }
+        choose("mSettingsMacroDetails", MacroCommands::typeText);
+        outlet<MacroTypeText>(u"mTypeTextWindow"_s)->showKeymap(Keymap::fromNames("de"));
+        outlet<QPlainTextEdit>(u"mTypeTextField"_s)
+            ->setPlainText(scene == Scene::typeTextSheet ? u"Schöne Grüße,\nÄnne"_s : u"Привет! \u0301 20 €"_s);
         break;
     case Scene::importPanel: choose("mSettingsMacro", MacroCommands::importMacro); break;
     case Scene::exportPanel: choose("mSettingsMacro", MacroCommands::exportMacro); break;

@@ -361,7 +361,7 @@ void HelpBookTest::everyLanguageUsesTheWordsOfTheWindow()
           "lkeyExport", "lkeyRestoreDefault"}},
         {u"macros.html"_s,
          {"lkeyMacrosTab", "lkeyAddMacro", "lkeyRecord", "lkeyAppendEvents", "lkeyStop", "lkeyEdit", "lkeyDeleteEvent",
-          "lkeyDeleteAllEvents", "lkeyCopyDelay", "lkeyNoDelay", "lkeyDeleteMacro"}},
+          "lkeyDeleteAllEvents", "lkeyCopyDelay", "lkeyNoDelay", "lkeyTypeText", "lkeyDeleteMacro"}},
         {u"lighting.html"_s,
          {"lkeyLightingTab", "lkeyEffectFixedColor", "lkeyEffectSpectrumCycling", "lkeyZoneMain",
           "lkeyEnableAddOnHighlight", "lkeyCheckUpdates", "lkeyRestoreSettings"}},

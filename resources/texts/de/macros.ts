@@ -91,5 +91,20 @@
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Ereignisse, zu denen das Drücken oder Loslassen fehlt: %@.</translation></message>
     <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Tasten loslassen</translation></message>
     <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Die fehlenden Ereignisse am Ende des Makros anfügen</translation></message>
+    <message id="lkeyTypeText"><source>lkeyTypeText</source><translation>Text tippen …</translation></message>
+    <message id="lkeyTypeTextTitle"><source>lkeyTypeTextTitle</source><translation>Text tippen</translation></message>
+    <message id="lkeyTypeTextField"><source>lkeyTypeTextField</source><translation>Text:</translation></message>
+    <message id="lkeyTypeTextLayout"><source>lkeyTypeTextLayout</source><translation>Tastaturbelegung: %@. Die Feststelltaste muss aus sein.</translation></message>
+    <message id="lkeyTypeTextPause"><source>lkeyTypeTextPause</source><translation>Pause zwischen den Tasten in Millisekunden:</translation></message>
+    <message id="lkeyTypeTextPlace"><source>lkeyTypeTextPlace</source><translation>Stelle der neuen Ereignisse</translation></message>
+    <message id="lkeyTypeTextBefore"><source>lkeyTypeTextBefore</source><translation>Vor dem ausgewählten Ereignis</translation></message>
+    <message id="lkeyTypeTextAtEnd"><source>lkeyTypeTextAtEnd</source><translation>Am Ende</translation></message>
+    <message id="lkeyTypeTextInsert"><source>lkeyTypeTextInsert</source><translation>Einfügen</translation></message>
+    <message id="lkeyTypeTextEvents"><source>lkeyTypeTextEvents</source><translation>%@ Ereignisse</translation></message>
+    <message id="lkeyTypeTextTooMany"><source>lkeyTypeTextTooMany</source><translation>%@ Ereignisse, aber dieses Makro hat nur noch Platz für %@.</translation></message>
+    <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>Mit dieser Belegung lässt sich nicht tippen: %@.</translation></message>
+    <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ an Stelle %@</translation></message>
+    <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
+    <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ weitere</translation></message>
 </context>
 </TS>

@@ -91,5 +91,20 @@
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Events without their press or release: %@.</translation></message>
     <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Release Keys</translation></message>
     <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Add the missing releases at the end of the macro</translation></message>
+    <message id="lkeyTypeText"><source>lkeyTypeText</source><translation>Type Text…</translation></message>
+    <message id="lkeyTypeTextTitle"><source>lkeyTypeTextTitle</source><translation>Type text</translation></message>
+    <message id="lkeyTypeTextField"><source>lkeyTypeTextField</source><translation>Text:</translation></message>
+    <message id="lkeyTypeTextLayout"><source>lkeyTypeTextLayout</source><translation>Keyboard layout: %@. Caps Lock must be off.</translation></message>
+    <message id="lkeyTypeTextPause"><source>lkeyTypeTextPause</source><translation>Pause between keys in milliseconds:</translation></message>
+    <message id="lkeyTypeTextPlace"><source>lkeyTypeTextPlace</source><translation>Place of the new events</translation></message>
+    <message id="lkeyTypeTextBefore"><source>lkeyTypeTextBefore</source><translation>Before the selected event</translation></message>
+    <message id="lkeyTypeTextAtEnd"><source>lkeyTypeTextAtEnd</source><translation>At the end</translation></message>
+    <message id="lkeyTypeTextInsert"><source>lkeyTypeTextInsert</source><translation>Insert</translation></message>
+    <message id="lkeyTypeTextEvents"><source>lkeyTypeTextEvents</source><translation>%@ events</translation></message>
+    <message id="lkeyTypeTextTooMany"><source>lkeyTypeTextTooMany</source><translation>%@ events, but this macro has room for only %@.</translation></message>
+    <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>This layout cannot type %@.</translation></message>
+    <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ at position %@</translation></message>
+    <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
+    <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ more</translation></message>
 </context>
 </TS>

@@ -91,5 +91,20 @@
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Eventos a los que falta la pulsación o la liberación: %@.</translation></message>
     <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Soltar teclas</translation></message>
     <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Añadir las liberaciones que faltan al final de la macro</translation></message>
+    <message id="lkeyTypeText"><source>lkeyTypeText</source><translation>Escribir texto…</translation></message>
+    <message id="lkeyTypeTextTitle"><source>lkeyTypeTextTitle</source><translation>Escribir texto</translation></message>
+    <message id="lkeyTypeTextField"><source>lkeyTypeTextField</source><translation>Texto:</translation></message>
+    <message id="lkeyTypeTextLayout"><source>lkeyTypeTextLayout</source><translation>Distribución del teclado: %@. Bloq Mayús debe estar desactivado.</translation></message>
+    <message id="lkeyTypeTextPause"><source>lkeyTypeTextPause</source><translation>Pausa entre teclas en milisegundos:</translation></message>
+    <message id="lkeyTypeTextPlace"><source>lkeyTypeTextPlace</source><translation>Lugar de los nuevos eventos</translation></message>
+    <message id="lkeyTypeTextBefore"><source>lkeyTypeTextBefore</source><translation>Antes del evento seleccionado</translation></message>
+    <message id="lkeyTypeTextAtEnd"><source>lkeyTypeTextAtEnd</source><translation>Al final</translation></message>
+    <message id="lkeyTypeTextInsert"><source>lkeyTypeTextInsert</source><translation>Insertar</translation></message>
+    <message id="lkeyTypeTextEvents"><source>lkeyTypeTextEvents</source><translation>%@ eventos</translation></message>
+    <message id="lkeyTypeTextTooMany"><source>lkeyTypeTextTooMany</source><translation>%@ eventos, pero en esta macro solo caben %@ más.</translation></message>
+    <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>Con esta distribución no se puede escribir: %@.</translation></message>
+    <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ en la posición %@</translation></message>
+    <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
+    <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ más</translation></message>
 </context>
 </TS>

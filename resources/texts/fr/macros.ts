@@ -91,5 +91,20 @@
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Événements sans l’appui ou le relâchement correspondant : %@.</translation></message>
     <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Relâcher les touches</translation></message>
     <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Ajouter les relâchements manquants à la fin de la macro</translation></message>
+    <message id="lkeyTypeText"><source>lkeyTypeText</source><translation>Taper un texte…</translation></message>
+    <message id="lkeyTypeTextTitle"><source>lkeyTypeTextTitle</source><translation>Taper un texte</translation></message>
+    <message id="lkeyTypeTextField"><source>lkeyTypeTextField</source><translation>Texte :</translation></message>
+    <message id="lkeyTypeTextLayout"><source>lkeyTypeTextLayout</source><translation>Disposition du clavier : %@. La touche Verr. Maj doit être désactivée.</translation></message>
+    <message id="lkeyTypeTextPause"><source>lkeyTypeTextPause</source><translation>Délai entre les touches en millisecondes :</translation></message>
+    <message id="lkeyTypeTextPlace"><source>lkeyTypeTextPlace</source><translation>Emplacement des nouveaux événements</translation></message>
+    <message id="lkeyTypeTextBefore"><source>lkeyTypeTextBefore</source><translation>Avant l’événement sélectionné</translation></message>
+    <message id="lkeyTypeTextAtEnd"><source>lkeyTypeTextAtEnd</source><translation>À la fin</translation></message>
+    <message id="lkeyTypeTextInsert"><source>lkeyTypeTextInsert</source><translation>Insérer</translation></message>
+    <message id="lkeyTypeTextEvents"><source>lkeyTypeTextEvents</source><translation>%@ événements</translation></message>
+    <message id="lkeyTypeTextTooMany"><source>lkeyTypeTextTooMany</source><translation>%@ événements, mais cette macro ne peut plus en recevoir que %@.</translation></message>
+    <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>Cette disposition ne permet pas de taper : %@.</translation></message>
+    <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ en position %@</translation></message>
+    <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
+    <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ de plus</translation></message>
 </context>
 </TS>

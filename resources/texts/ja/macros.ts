@@ -91,5 +91,20 @@
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>押す・離すの対がないイベント: %@</translation></message>
     <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>キーを離す</translation></message>
     <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>離すイベントの不足分をマクロの末尾に追加</translation></message>
+    <message id="lkeyTypeText"><source>lkeyTypeText</source><translation>テキストを入力…</translation></message>
+    <message id="lkeyTypeTextTitle"><source>lkeyTypeTextTitle</source><translation>テキストを入力</translation></message>
+    <message id="lkeyTypeTextField"><source>lkeyTypeTextField</source><translation>テキスト:</translation></message>
+    <message id="lkeyTypeTextLayout"><source>lkeyTypeTextLayout</source><translation>キーボード配列: %@。Caps Lock はオフにしてください。</translation></message>
+    <message id="lkeyTypeTextPause"><source>lkeyTypeTextPause</source><translation>キーの間の待ち時間（ミリ秒）:</translation></message>
+    <message id="lkeyTypeTextPlace"><source>lkeyTypeTextPlace</source><translation>新しいイベントの位置</translation></message>
+    <message id="lkeyTypeTextBefore"><source>lkeyTypeTextBefore</source><translation>選択したイベントの前</translation></message>
+    <message id="lkeyTypeTextAtEnd"><source>lkeyTypeTextAtEnd</source><translation>末尾</translation></message>
+    <message id="lkeyTypeTextInsert"><source>lkeyTypeTextInsert</source><translation>挿入</translation></message>
+    <message id="lkeyTypeTextEvents"><source>lkeyTypeTextEvents</source><translation>イベント %@ 件</translation></message>
+    <message id="lkeyTypeTextTooMany"><source>lkeyTypeTextTooMany</source><translation>イベントが %@ 件必要ですが、このマクロに追加できるのはあと %@ 件です。</translation></message>
+    <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>この配列では入力できません: %@</translation></message>
+    <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@（%@ 文字目）</translation></message>
+    <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>、</translation></message>
+    <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>ほか %@ 件</translation></message>
 </context>
 </TS>

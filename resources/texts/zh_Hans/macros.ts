@@ -91,5 +91,20 @@
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>缺少对应按下或松开的事件：%@。</translation></message>
     <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>松开按键</translation></message>
     <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>在宏末尾添加缺少的松开事件</translation></message>
+    <message id="lkeyTypeText"><source>lkeyTypeText</source><translation>键入文本…</translation></message>
+    <message id="lkeyTypeTextTitle"><source>lkeyTypeTextTitle</source><translation>键入文本</translation></message>
+    <message id="lkeyTypeTextField"><source>lkeyTypeTextField</source><translation>文本：</translation></message>
+    <message id="lkeyTypeTextLayout"><source>lkeyTypeTextLayout</source><translation>键盘布局：%@。Caps Lock 必须关闭。</translation></message>
+    <message id="lkeyTypeTextPause"><source>lkeyTypeTextPause</source><translation>按键之间的延迟（毫秒）：</translation></message>
+    <message id="lkeyTypeTextPlace"><source>lkeyTypeTextPlace</source><translation>新事件的位置</translation></message>
+    <message id="lkeyTypeTextBefore"><source>lkeyTypeTextBefore</source><translation>所选事件之前</translation></message>
+    <message id="lkeyTypeTextAtEnd"><source>lkeyTypeTextAtEnd</source><translation>末尾</translation></message>
+    <message id="lkeyTypeTextInsert"><source>lkeyTypeTextInsert</source><translation>插入</translation></message>
+    <message id="lkeyTypeTextEvents"><source>lkeyTypeTextEvents</source><translation>%@ 个事件</translation></message>
+    <message id="lkeyTypeTextTooMany"><source>lkeyTypeTextTooMany</source><translation>需要 %@ 个事件，但此宏只能再容纳 %@ 个。</translation></message>
+    <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>此布局无法键入：%@</translation></message>
+    <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@（第 %@ 个字符）</translation></message>
+    <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>、</translation></message>
+    <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>另有 %@ 个</translation></message>
 </context>
 </TS>
