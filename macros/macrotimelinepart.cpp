@@ -58,7 +58,7 @@ QAbstractButton *MacroTimelinePart::addButton(const char *name, const QString &t
     button->setObjectName(QLatin1StringView(name));
     button->setText(text);
     button->setToolTip(localizedText(tipKey));
-    button->setAccessibleName(localizedText(tipKey));
+    button->setAccessibleName(text + u", "_s + localizedText(tipKey)); // contains what the user sees and says
     button->setFocusPolicy(Qt::StrongFocus);
     Mnemonics::exclude(button); // the timeline itself has keys for it
     connect(button, &QToolButton::clicked, mView, zoom);
