@@ -7,6 +7,7 @@
 #include "keys/keymapping.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrocommands.h"
+#include "macros/macrotimelineview.h"
 #include "platform/applicationchooser.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -213,6 +214,14 @@ const std::array scenes{
               hub.find<TableView>("mMacroTableView")->selectRow(0);
               hub.find<TableView>("mMacroDetailsTableView")->setFocus();
               hub.find<TableView>("mMacroDetailsTableView")->selectRow(2);
+          }},
+    Scene{"macro-timeline", macrosTab,
+          [](const Hub &hub) {
+              hub.find<TableView>("mMacroTableView")->selectRow(0);
+              auto *timeline = hub.find<MacroTimelineView>("mMacroTimelineView");
+              timeline->setFocus();
+              QTest::keyClick(timeline, Qt::Key_Right);
+              QTest::keyClick(timeline, Qt::Key_Plus);
           }},
     Scene{"macro-name", macrosTab,
           [](const Hub &hub) {
