@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 // "macro text": writes a macro that types a text.
-#include "base/macroskeys.h"
-#include "base/propertylist.h"
 #include "cli/chosenrecord.h"
 #include "cli/commandtable.h"
-#include "cli/daemonobjectclient.h"
 #include "cli/linewords.h"
+#include "cli/macroeventsclient.h"
 #include "macros/macrorecord.h"
 #include "platform/desktopkeymap.h"
 #include "typing/typedtext.h"
@@ -17,16 +15,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds compositorLimit = 2s;
-
-constexpr OwnError ownErrors[] = {{MacrosKeys::goneError},
-                                  {MacrosKeys::changedError},
-                                  {MacrosKeys::invalidError},
-                                  {MacrosKeys::notSavedError},
-                                  {MacrosKeys::busyError}};
-constexpr DaemonObjectClient macros{.path = MacrosKeys::objectPath,
-                                    .interface = MacrosKeys::interfaceName,
-                                    .words = "macros"_L1,
-                                    .ownErrors = ownErrors};
 
 CommandResult<int> pauseOf(const CommandContext &context)
 {
@@ -106,13 +94,8 @@ CommandResult<void> typeMacroText(CommandContext &context)
     const CommandResult<QVariantList> events = eventsOf(context.arguments.at(1), *keymap, *pauseMs, before);
     if (!events)
         return events.error();
-    const DaemonObjectResult<QVariantList> reply = macros.call(
-        MacrosKeys::replace,
-        {uint(MacroRecord::macroId(chosen->record())), MacroRecord::digest(read),
-         PropertyList::writeBinary(*events).value_or(QByteArray()), QString(DaemonProtocol::kestractlIdentifier)},
-        chosen->words() + u" cannot be changed"_s);
-    if (!reply)
-        return reply.error();
+    if (const CommandResult<void> stored = replaceEvents(*chosen, *events); !stored)
+        return stored.error();
     context.console.print(chosen->words()
                           + u" has %1, for the layout \"%2\""_s.arg(eventCount(events->size()), keymap->name()));
     return {};
