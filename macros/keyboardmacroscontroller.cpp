@@ -252,6 +252,7 @@ void KeyboardMacrosController::setStateOfTableButtonsWithState(bool isEnabled)
                                    mAddMacroDetails, mDeleteMacroDetails, mSettingsMacroDetails};
     for (QWidget *button : buttons)
         button->setEnabled(isEnabled && mHasDeviceConnected);
+    mTryMacro->setEnabled(isEnabled && mHasDeviceConnected && !mLines.shown().isEmpty());
     if (macroRow() < 0)
         mDeleteMacro->setEnabled(false);
 }

@@ -20,7 +20,8 @@ MacroTimelinePart *KeyboardMacrosController::buildTimeline()
 
 void KeyboardMacrosController::updateTimeline()
 {
-    const QStringList &lines = mLines.shown();
+    // The lines of a macro that is gone stay.
+    const QStringList lines = macroRow() < 0 ? QStringList() : mLines.shown();
     const QVariantMap macro = macroAt(macroRow());
     const QVariant identity = MacroRecord::identity(macro);
     const QVariant subject = identity.isValid() ? identity : MacroRecord::name(macro);
