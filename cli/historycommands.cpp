@@ -283,6 +283,6 @@ CommandResult<void> clearHistory(CommandContext &context)
 {
     if (const DaemonObjectResult<void> cleared = HistoryClient::clear(); !cleared)
         return cleared.error();
-    context.console.print(u"the history is empty, and the backups are deleted"_s);
+    context.console.print(u"the history is empty, and the backups and previous settings are deleted"_s);
     return {};
 }

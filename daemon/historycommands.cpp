@@ -83,8 +83,8 @@ Result<quint32> HistoryCommands::restoreBackup(const QString &day, const QString
 
 bool HistoryCommands::clear()
 {
-    const bool hasForgotten = mHistory.clear();
-    return mSettings.backups().clear() && hasForgotten;
+    const bool isAlone = mSettings.forgetPrevious();
+    return mHistory.clear() && isAlone; // the history last: it flushes the folder
 }
 
 History::Found<quint32> HistoryCommands::store(const History::Found<History::Target> &target, const QString &author)

@@ -39,6 +39,12 @@ bool CurrentSettings::save(const QVariantMap &document, const QList<StoredChange
     return true;
 }
 
+bool CurrentSettings::forgetPrevious()
+{
+    const bool isAlone = mStore.keepOnly(mKept);
+    return mBackups.clear() && isAlone;
+}
+
 bool CurrentSettings::keepFolder()
 {
     return mStore.hasFolder() || save(mDocument, {});

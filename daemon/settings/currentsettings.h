@@ -31,7 +31,6 @@ public:
     [[nodiscard]] const QVariantMap &document() const { return mDocument; }
     /// The document on the disk.
     [[nodiscard]] const QVariantMap &kept() const { return mKept; }
-    [[nodiscard]] DailyBackups &backups() { return mBackups; }
     [[nodiscard]] const DailyBackups &backups() const { return mBackups; }
 
     /// Whether both are identical on disk. Values that only compare equal, such as 1, true and 1.0, are not identical.
@@ -40,6 +39,9 @@ public:
     /// Writes `document`, which the caller uses next, and then adds `changes`, which have led to it, to the history.
     /// False if the write failed.
     [[nodiscard]] bool save(const QVariantMap &document, const QList<StoredChange> &changes);
+    /// Deletes all files with earlier settings (SettingsStore::keepOnly() and the backups). False if one is still
+    /// there.
+    [[nodiscard]] bool forgetPrevious();
     /// Makes a removed folder again, with the document. False if that failed.
     [[nodiscard]] bool keepFolder();
     /// Writes `document`, then uses it. False if the write failed.

@@ -25,6 +25,11 @@ bool isDay(const QString &text)
     return QDate::fromString(text, Qt::ISODate).toString(Qt::ISODate) == text && !text.isEmpty();
 }
 
+QString dayOf(const QString &fileName)
+{
+    return fileName.sliced(prefix.size(), fileName.size() - prefix.size() - suffix.size());
+}
+
 } // namespace
 
 QString DailyBackups::path(const QString &day) const
@@ -76,13 +81,18 @@ void DailyBackups::removeOldest(const QString &newest) const
         QFile::remove(path(all.at(index)));
 }
 
+bool DailyBackups::isName(const QString &fileName)
+{
+    return fileName.size() > prefix.size() + suffix.size() && fileName.startsWith(prefix) && fileName.endsWith(suffix)
+           && isDay(dayOf(fileName));
+}
+
 QStringList DailyBackups::days() const
 {
     QStringList found;
     for (const QString &name : QDir(mFolder).entryList({prefix + u'*' + suffix}, QDir::Files)) {
-        const QString day = name.sliced(prefix.size(), name.size() - prefix.size() - suffix.size());
-        if (isDay(day))
-            found += day;
+        if (isName(name))
+            found += dayOf(name);
     }
     std::ranges::sort(found, std::greater());
     return found;

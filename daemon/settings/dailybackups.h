@@ -32,6 +32,9 @@ public:
     /// Call this if the change could not be stored: a copy that beforeChange() has just made goes.
     void changeFailed();
 
+    /// Whether a file with this name is a copy of a day.
+    [[nodiscard]] static bool isName(const QString &fileName);
+
     /// The days with a copy, as "2026-11-21", the newest first.
     [[nodiscard]] QStringList days() const;
     /// The bytes of the copy of a day. The error is the system's reason, or says that there is none.

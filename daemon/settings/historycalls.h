@@ -34,6 +34,7 @@ public:
     [[nodiscard]] virtual QStringList backupDays() const = 0;
     /// The same as restoreDocument(), with the backup of a day ("2026-11-21").
     virtual Result<quint32> restoreBackup(const QString &day, const QString &author) = 0;
-    /// Forgets all entries and backups. False if some are still on the disk.
+    /// Forgets all entries, and deletes the backups, the previous settings and files that were set aside. False if some
+    /// of them are still on the disk.
     [[nodiscard]] virtual bool clear() = 0;
 };

@@ -3,6 +3,7 @@
 
 #include "base/propertylist.h"
 #include "base/qlcoreutility.h"
+#include "daemon/settings/dailybackups.h"
 #include "daemon/system/damagedfile.h"
 #include "daemon/system/logging.h"
 #include "daemon/system/privatefiles.h"
@@ -49,16 +50,24 @@ Result<void> linkFile(const QString &from, const QString &to)
     return {};
 }
 
-/// A write uses a temporary file, "settings.plist." with six letters, which a killed daemon leaves behind. (No regular
-/// expression: the library takes nearly half a megabyte, and nothing else in the daemon needs it.)
+bool isAside(const QString &name)
+{
+    return name.startsWith(fileName + ".damaged-"_L1) || name.startsWith(fileName + ".replaced-"_L1);
+}
+
+/// A write uses a temporary file, the name of the file with a dot and six letters, which a killed daemon leaves behind.
+/// (No regular expression: the library takes nearly half a megabyte, and nothing else in the daemon needs it.)
 bool isLeftOver(const QString &name)
 {
     constexpr qsizetype letters = 6;
     const auto isLetter = [](QChar character) {
         return (character >= u'a' && character <= u'z') || (character >= u'A' && character <= u'Z');
     };
-    return name.size() == fileName.size() + 1 + letters && name.startsWith(fileName + u'.')
-           && std::all_of(name.end() - letters, name.end(), isLetter);
+    const qsizetype dot = name.size() - letters - 1;
+    if (dot < 0 || name.at(dot) != u'.' || !std::all_of(name.end() - letters, name.end(), isLetter))
+        return false;
+    const QString written = name.first(dot);
+    return written == fileName || written == "history"_L1 || isAside(written) || DailyBackups::isName(written);
 }
 
 } // namespace
@@ -230,6 +239,23 @@ bool SettingsStore::save(const QVariantMap &document)
     else
         shiftCopies();
     return true;
+}
+
+bool SettingsStore::keepOnly(const QVariantMap &document)
+{
+    const bool isWritten = findFile() == Found::ownDocument && mWrongFile.isEmpty();
+    if (!isWritten && !save(document))
+        return false;
+    removeLeftOvers();
+    QDir folder(mFolder.path());
+    for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden)) {
+        if (isAside(name))
+            folder.remove(name);
+    }
+    for (int copy = 0; copy <= copyCount; ++copy)
+        QFile::remove(copyPath(copy));
+    return presentFiles() == QStringList{path()}
+           && std::ranges::none_of(folder.entryList(QDir::Files | QDir::Hidden), isAside);
 }
 
 /// The file that the document would replace. Absent, and reported, if it cannot be moved out of the way.

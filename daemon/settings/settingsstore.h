@@ -24,6 +24,8 @@
 ///   settings.plist.damaged-<time>   the original of a file that was not a settings document or had wrong values;
 ///                                   neither overwritten nor read
 ///   settings.plist.replaced-<time>  another program's replacement of settings.plist while the daemon ran
+///   <name>.<six letters>            the beginning of one of these files, of a backup or of the history; removed by the
+///                                   next daemon
 ///   lock                            held by the daemon that uses the folder
 class SettingsStore
 {
@@ -59,6 +61,11 @@ public:
     /// documents as before. Makes a removed folder again. If another program has replaced settings.plist since load()
     /// or the previous save, keeps that file and reports it. load() must have been called before.
     [[nodiscard]] bool save(const QVariantMap &document);
+
+    /// Removes all other files with settings: the previous documents, files that were set aside, and what killed
+    /// daemons have left. settings.plist keeps `document`, the present one, and is written only if it does not hold it.
+    /// False if one of them is still there. load() must have been called before.
+    [[nodiscard]] bool keepOnly(const QVariantMap &document);
 
     /// The contentDigest() of settings.plist as last read or written.
     [[nodiscard]] quint64 digest() const { return mOwnContent.digest(); }

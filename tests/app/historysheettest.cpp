@@ -383,7 +383,7 @@ void HistorySheetTest::forgetsOnlyAfterTheQuestion()
     find<QPushButton>("mHistoryClear")->click();
     mSheet->findChild<QPushButton *>(u"alertAlternativeButton"_s)->click();
     QTRY_COMPARE(shown(), QStringList());
-    QTRY_COMPARE(status(), u"The history and the daily backups are deleted."_s);
+    QTRY_COMPARE(status(), u"The history, the daily backups and the previous versions of the settings are deleted."_s);
     QCOMPARE(backups(), 0);
     QVERIFY(isMapped(keyA));
     QTRY_VERIFY(!mHub->find<QToolButton>("mUndoButton")->isEnabled());

@@ -231,7 +231,8 @@ void KestractlHistoryTest::wrongEntryIsWrongUsage()
 void KestractlHistoryTest::clearForgetsAll()
 {
     QCOMPARE(run({u"key"_s, u"A"_s, u"disable"_s}).exitCode, 0);
-    QCOMPARE(line({u"history"_s, u"clear"_s}), u"the history is empty, and the backups are deleted"_s);
+    QCOMPARE(line({u"history"_s, u"clear"_s}),
+             u"the history is empty, and the backups and previous settings are deleted"_s);
     QCOMPARE(line({u"history"_s}), QString());
     QCOMPARE(run({u"undo"_s}).exitCode, 1);
     QCOMPARE(line({u"key"_s, u"A"_s}), u"A: disabled"_s);

@@ -9,6 +9,7 @@
 #include "tests/support/filesizelimit.h"
 #include "tests/support/testmain.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -73,6 +74,9 @@ private Q_SLOTS:
     void staysWithinItsSize();
     void isPrivate();
     void clearForgetsAll();
+    void clearLeavesNoFileWithADeletedMacro();
+    void clearKeepsTheSettingsThatOnlyACopyHas();
+    void startRemovesWhatAKilledDaemonHasLeft();
 
 private:
     [[nodiscard]] QList<QVariantMap> entries() const { return mDaemon->history().entries(); }
@@ -143,6 +147,18 @@ private:
         QCOMPARE(history.write(bytes), bytes.size());
     }
     void restart() { start(SettingsDocument::completed(storedDocument())); }
+    [[nodiscard]] QString filePath(const QString &name) const { return mTemporary->filePath(name); }
+    [[nodiscard]] QByteArray contentOf(const QString &name) const
+    {
+        return PropertyList::readFileBytes(filePath(name)).valueOr({});
+    }
+    /// The files of the folder with these bytes.
+    [[nodiscard]] QStringList filesWith(const QByteArray &bytes) const
+    {
+        QStringList names = QDir(mTemporary->path()).entryList(QDir::Files | QDir::Hidden);
+        names.removeIf([&](const QString &name) { return !contentOf(name).contains(bytes); });
+        return names;
+    }
     [[nodiscard]] int brightness(int row) const
     {
         return Document(mDaemon->document()).profile(row).value(u"BrightnessKBNormal"_s).toInt();
@@ -1021,6 +1037,77 @@ void HistoryTest::clearForgetsAll()
     addProfile(u"New"_s);
     QVERIFY(idAt(0) > last); // a client that still shows an old list takes back nothing else
     QVERIFY(undo());
+}
+
+void HistoryTest::clearLeavesNoFileWithADeletedMacro()
+{
+    const QByteArray secret("PassWordInAMacro");
+    start(documentWithMacros());
+    QCOMPARE(statusOf(Command::addMacro, {{u"MacroContents"_s, macro(QString::fromLatin1(secret), 4)}}), 0);
+    const QByteArray withSecret = contentOf(u"settings.plist"_s);
+    QVERIFY(withSecret.contains(secret));
+    addProfile(u"One"_s);
+    addProfile(u"Two"_s);
+    QCOMPARE(statusOf(Command::deleteMacro, {{u"macroID"_s, 2}}), 0);
+    for (const QString &name :
+         {u"settings.plist.damaged-20261121T101112Z"_s, u"settings.plist.replaced-20261121T101112Z-2"_s,
+          u"settings.plist.damaged-20261121T101112Z.QwErTy"_s, u"settings.plist.AbCdEf"_s, u"settings.plist.0"_s,
+          u"history.AbCdEf"_s, u"settings-2026-01-02.plist"_s, u"settings-2026-01-02.plist.AbCdEf"_s})
+        QVERIFY(PropertyList::writeFileAtomically(filePath(name), withSecret));
+    QVERIFY(filesWith(secret).size() > 10);
+
+    const QVariantMap document = storedDocument();
+    QVERIFY(mDaemon->historyCommands().clear());
+    QCOMPARE(filesWith(secret), QStringList());
+    QCOMPARE(QDir(mTemporary->path()).entryList(QDir::Files),
+             QStringList({u"history"_s, u"lock"_s, u"settings.plist"_s}));
+    QCOMPARE(storedDocument(), document);
+    restart();
+    QCOMPARE(entries(), QList<QVariantMap>());
+
+    // The next changes are as safe as before.
+    for (const QString &name : {u"Three"_s, u"Four"_s, u"Five"_s})
+        addProfile(name);
+    QVERIFY(QFile::exists(filePath(u"settings.plist.3"_s)));
+    QCOMPARE(filesWith(secret), QStringList());
+    QVERIFY(undo());
+}
+
+void HistoryTest::clearKeepsTheSettingsThatOnlyACopyHas()
+{
+    addProfile(u"One"_s);
+    addProfile(u"Two"_s);
+    const QVariantMap document = storedDocument();
+    QVERIFY(QFile::remove(filePath(u"settings.plist"_s))); // by another program
+    QVERIFY(mDaemon->historyCommands().clear());
+    QCOMPARE(storedDocument(), document);
+    addProfile(u"Three"_s);
+    QVERIFY(QFile::remove(filePath(u"settings.plist"_s)));
+    {
+        const FileSizeLimit limit(10);
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"history .* cannot be written"_s));
+        QVERIFY(!mDaemon->historyCommands().clear());
+    }
+    QVERIFY(QFile::exists(filePath(u"settings.plist.1"_s)));
+}
+
+void HistoryTest::startRemovesWhatAKilledDaemonHasLeft()
+{
+    const QStringList leftOvers{u"history.AbCdEf"_s, u"settings.plist.AbCdEf"_s, u"settings-2026-01-02.plist.AbCdEf"_s,
+                                u"settings.plist.replaced-20261121T101112Z.AbCdEf"_s};
+    const QStringList others{u"settings-2026-01-02.plist"_s, u"settings.plist.replaced-20261121T101112Z"_s,
+                             u"settings-2026-13-02.plist.AbCdEf"_s, u"notes.AbCdEf"_s, u"history.AbCdE1"_s};
+    for (const QString &name : leftOvers + others)
+        QVERIFY(PropertyList::writeFileAtomically(filePath(name), "text"));
+    mDaemon.reset();
+    mStore.reset();
+    mStore = std::make_unique<SettingsStore>(mTemporary->path());
+    QVERIFY(mStore->open());
+    for (const QString &name : leftOvers)
+        QVERIFY2(!QFile::exists(filePath(name)), qPrintable(name));
+    for (const QString &name : others)
+        QVERIFY2(QFile::exists(filePath(name)), qPrintable(name));
 }
 
 QTEST_GUILESS_MAIN(HistoryTest)

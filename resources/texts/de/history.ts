@@ -95,10 +95,10 @@
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>„Wiederherstellen“ nimmt auch eine spätere Änderung zurück: %@</translation></message>
     <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>Diese Änderung lässt sich nicht zurücknehmen: %@.</translation></message>
     <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>Möchten Sie den Verlauf löschen?</translation></message>
-    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Alle Änderungen in dieser Liste und die täglichen Sicherungen werden gelöscht. Gelöschte Profile und Makros sind dann endgültig weg. Ihre Einstellungen bleiben.</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Alle Änderungen in dieser Liste, die täglichen Sicherungen und alle vorherigen Versionen der Einstellungen werden gelöscht. Gelöschte Profile und Makros sind dann endgültig weg. Ihre Einstellungen bleiben.</translation></message>
     <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>Löschen</translation></message>
     <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>Nicht zurückgenommen: %@. Der Grund: %@.</translation></message>
-    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>Der Verlauf und die täglichen Sicherungen sind gelöscht.</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>Der Verlauf, die täglichen Sicherungen und die vorherigen Versionen der Einstellungen sind gelöscht.</translation></message>
     <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>Der Verlauf wurde nicht gelöscht: %@.</translation></message>
 </context>
 </TS>

@@ -95,10 +95,10 @@
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>“Restore” also takes back a later change: %@</translation></message>
     <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>This change cannot be taken back: %@.</translation></message>
     <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>Do you want to delete the history?</translation></message>
-    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>All changes in this list and the daily backups are deleted. Deleted profiles and macros are then gone for good. Your settings stay.</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>All changes in this list, the daily backups and all previous versions of the settings are deleted. Deleted profiles and macros are then gone for good. Your settings stay.</translation></message>
     <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>Delete</translation></message>
     <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>Not taken back: %@. The reason: %@.</translation></message>
-    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>The history and the daily backups are deleted.</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>The history, the daily backups and the previous versions of the settings are deleted.</translation></message>
     <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>The history was not deleted: %@.</translation></message>
 </context>
 </TS>

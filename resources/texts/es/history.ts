@@ -95,10 +95,10 @@
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>«Restaurar» deshace también un cambio posterior: %@</translation></message>
     <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>Este cambio no se puede deshacer: %@.</translation></message>
     <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>¿Desea eliminar el historial?</translation></message>
-    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Se eliminan todos los cambios de esta lista y las copias diarias. Los perfiles y macros eliminados se pierden entonces para siempre. Sus ajustes se conservan.</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Se eliminan todos los cambios de esta lista, las copias diarias y todas las versiones anteriores de los ajustes. Los perfiles y macros eliminados se pierden entonces para siempre. Sus ajustes se conservan.</translation></message>
     <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>Eliminar</translation></message>
     <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>No se ha restaurado: %@. Motivo: %@.</translation></message>
-    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>El historial y las copias diarias se han eliminado.</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>El historial, las copias diarias y las versiones anteriores de los ajustes se han eliminado.</translation></message>
     <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>No se ha eliminado el historial: %@.</translation></message>
 </context>
 </TS>

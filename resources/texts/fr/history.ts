@@ -95,10 +95,10 @@
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>« Restaurer » annule aussi une modification ultérieure : %@</translation></message>
     <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>Cette modification ne peut pas être annulée : %@.</translation></message>
     <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>Voulez-vous supprimer l’historique ?</translation></message>
-    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Toutes les modifications de cette liste et les sauvegardes quotidiennes sont supprimées. Les profils et macros supprimés sont alors définitivement perdus. Vos réglages restent.</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>Toutes les modifications de cette liste, les sauvegardes quotidiennes et toutes les versions précédentes des réglages sont supprimées. Les profils et macros supprimés sont alors définitivement perdus. Vos réglages restent.</translation></message>
     <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>Supprimer</translation></message>
     <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>Non restauré : %@. Raison : %@.</translation></message>
-    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>L’historique et les sauvegardes quotidiennes sont supprimés.</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>L’historique, les sauvegardes quotidiennes et les versions précédentes des réglages sont supprimés.</translation></message>
     <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>L’historique n’a pas été supprimé : %@.</translation></message>
 </context>
 </TS>

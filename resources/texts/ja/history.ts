@@ -95,10 +95,10 @@
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>「復元」は後の変更 1 件も取り消します: %@</translation></message>
     <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>この変更は取り消せません: %@。</translation></message>
     <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>履歴を削除しますか？</translation></message>
-    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>この一覧のすべての変更と毎日のバックアップが削除されます。削除したプロファイルとマクロは二度と戻せません。現在の設定はそのまま残ります。</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>この一覧のすべての変更、毎日のバックアップ、以前のバージョンの設定がすべて削除されます。削除したプロファイルとマクロは二度と戻せません。現在の設定はそのまま残ります。</translation></message>
     <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>削除</translation></message>
     <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>取り消せませんでした: %@。理由: %@。</translation></message>
-    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>履歴と毎日のバックアップを削除しました。</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>履歴、毎日のバックアップ、以前のバージョンの設定を削除しました。</translation></message>
     <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>履歴を削除できませんでした: %@。</translation></message>
 </context>
 </TS>

@@ -95,10 +95,10 @@
     <message id="lkeyHistoryNotAloneOne"><source>lkeyHistoryNotAloneOne</source><translation>“恢复”还会撤回之后的一项更改：%@</translation></message>
     <message id="lkeyHistoryCannotRestore"><source>lkeyHistoryCannotRestore</source><translation>无法撤回此更改：%@。</translation></message>
     <message id="lkeyHistoryClearTitle"><source>lkeyHistoryClearTitle</source><translation>要删除历史记录吗？</translation></message>
-    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>此列表中的所有更改和每日备份都将被删除，已删除的配置文件和宏将无法找回。您的设置会保留。</translation></message>
+    <message id="lkeyHistoryClearDesc"><source>lkeyHistoryClearDesc</source><translation>此列表中的所有更改、每日备份以及设置的所有先前版本都将被删除，已删除的配置文件和宏将无法找回。您的设置会保留。</translation></message>
     <message id="lkeyHistoryClearNow"><source>lkeyHistoryClearNow</source><translation>删除</translation></message>
     <message id="lkeyHistoryNotRestored"><source>lkeyHistoryNotRestored</source><translation>未撤回：%@。原因：%@。</translation></message>
-    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>历史记录和每日备份已删除。</translation></message>
+    <message id="lkeyHistoryCleared"><source>lkeyHistoryCleared</source><translation>历史记录、每日备份和设置的先前版本已删除。</translation></message>
     <message id="lkeyHistoryNotCleared"><source>lkeyHistoryNotCleared</source><translation>未能删除历史记录：%@。</translation></message>
 </context>
 </TS>
