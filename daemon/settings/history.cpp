@@ -60,9 +60,18 @@ std::optional<quint64> digestOf(const QVariantMap &document)
     return bytes ? std::optional(contentDigest(*bytes)) : std::nullopt;
 }
 
+constexpr qint64 dayMs = qint64{24} * 60 * 60 * 1000;
+
 bool isChange(Kind kind)
 {
     return kind == Kind::change;
+}
+
+HistoryEntry gapEntry()
+{
+    return {.kind = Kind::gap,
+            .author = HistoryKeys::authorUnknown,
+            .what = {{HistoryKeys::kind, QString(HistoryKeys::kindElsewhere)}}};
 }
 
 } // namespace
@@ -75,29 +84,54 @@ History::History(const QString &folder, const HistoryLimits &limits, QObject *pa
 
 void History::open(const QVariantMap &document, const std::function<QList<QByteArray>()> &copies)
 {
+    load();
+    const qint64 now = mClock();
+    const bool isFirstOfDay = see(now);
+    dropOld(0);
+    const std::optional<quint64> present = digestOf(document);
+    if (mDigest && present && *mDigest != *present)
+        catchUp(document, *present, copies());
+    else if (isFirstOfDay && mDigest && firstKept(now - mLimits.ageMs) != mItems.begin())
+        write({HistoryEntry{.id = mLastId + 1, .kind = Kind::nothing, .timeMs = now, .digest = mDigest}});
+}
+
+/// Takes the entries of the file. A gap replaces an entry that cannot be read.
+void History::load()
+{
     QList<std::pair<HistoryEntry, QByteArray>> unfinished; // of one write
+    bool isGap = false;
+    quint32 skippedId = 0;
     for (const QByteArray &frame : mLog.load()) {
         const std::optional<HistoryEntry> entry = HistoryEntry::fromFrame(frame);
-        if (!entry || entry->id <= mLastId) {
-            qCWarning(lcSettings,
-                      "file: the history has an entry that cannot be read; it and all that follow are lost");
-            mLog.discard(); // otherwise new entries would follow it, and be lost at the next start
-            break;
+        const quint32 before = unfinished.isEmpty() ? mLastId : unfinished.last().first.id;
+        // A gap needs an id of its own.
+        if (!entry || entry->id <= before + (isGap && unfinished.isEmpty() ? 1 : 0)) {
+            qCWarning(lcSettings, "file: the history has an entry that cannot be read; it is lost");
+            mLog.discard(); // the next write removes the entry
+            skippedId = std::max(skippedId, entry ? entry->id : HistoryEntry::idOfFrame(frame));
+            isGap = true;
+            unfinished.clear();
+            continue;
         }
         unfinished.append({*entry, frame});
         if (!entry->digest)
             continue;
+        if (std::exchange(isGap, false)) {
+            const HistoryEntry &next = unfinished.first().first;
+            HistoryEntry gap = gapEntry();
+            gap.id = next.id - 1;
+            gap.timeMs = next.timeMs;
+            gap.digest = mDigest;
+            take(gap, gap.toFrame());
+        }
         for (const auto &[finished, bytes] : std::as_const(unfinished))
             take(finished, bytes);
         mDigest = entry->digest;
         unfinished.clear();
     }
+    mLastId = std::max(mLastId, skippedId);
     if (!unfinished.isEmpty())
         mLog.discard(); // the next entry would finish them
-    dropOld();
-    const std::optional<quint64> present = digestOf(document);
-    if (mDigest && present && *mDigest != *present)
-        catchUp(document, *present, copies());
 }
 
 /// Adds the entry that a killed daemon has not written, or a gap.
@@ -114,7 +148,7 @@ void History::catchUp(const QVariantMap &document, quint64 digest, const QList<Q
     }
     if (!missed) {
         qCWarning(lcSettings, "file: the settings are not those that the history leads to; undo begins anew");
-        missed = HistoryEntry{.kind = Kind::gap, .what = {{HistoryKeys::kind, QString(HistoryKeys::kindElsewhere)}}};
+        missed = gapEntry();
     }
     missed->author = HistoryKeys::authorUnknown;
     missed->timeMs = mClock();
@@ -227,7 +261,7 @@ void History::write(const QList<HistoryEntry> &entries)
     }
     if (!mLog.append(frames))
         (void)compact(); // a new file, or one that is not as it was left
-    dropOld();
+    dropOld(dayMs);      // not with each change: the file is written anew
     Q_EMIT changed();
 }
 
@@ -235,6 +269,7 @@ void History::write(const QList<HistoryEntry> &entries)
 void History::take(const HistoryEntry &entry, const QByteArray &frame)
 {
     mLastId = entry.id;
+    see(entry.timeMs);
     if (entry.joins != 0 && !mItems.empty() && mItems.back().id == entry.joins) {
         mItems.pop_back();
         std::erase(mUndo, entry.joins);
@@ -266,11 +301,38 @@ void History::take(const HistoryEntry &entry, const QByteArray &frame)
         {.id = entry.id, .kind = entry.kind, .timeMs = entry.timeMs, .target = entry.target, .frame = frame});
 }
 
-/// Keeps the history within its bounds. An entry is never shown after one that was dropped.
-void History::dropOld()
+/// Notes that the clock has shown this time. True for the first time of a day.
+bool History::see(qint64 timeMs)
 {
-    const qint64 oldest = mClock() - mLimits.ageMs;
-    auto keep = std::ranges::find_if(mItems, [oldest](const Item &item) { return item.timeMs >= oldest; });
+    if (timeMs >= mSeenMs + dayMs) {
+        mConfirmedMs = std::max(mConfirmedMs, mSeenMs);
+        mSeenMs = timeMs;
+        return true;
+    }
+    if (timeMs <= mSeenMs - dayMs)
+        mConfirmedMs = std::max(mConfirmedMs, timeMs);
+    return false;
+}
+
+/// The first entry that stays if those older than `oldestMs` go. The time of an entry may be wrong: one from the future
+/// goes with an older one after it.
+std::vector<History::Item>::iterator History::firstKept(qint64 oldestMs)
+{
+    const qint64 newestMs = std::max(mClock(), mConfirmedMs);
+    const auto isFresh = [&](const Item &item) { return item.timeMs >= oldestMs && item.timeMs <= newestMs; };
+    const auto fresh = std::ranges::find_if(mItems, isFresh);
+    auto keep = fresh;
+    while (keep != mItems.begin() && std::prev(keep)->timeMs > newestMs)
+        --keep;
+    return keep;
+}
+
+/// Keeps the history within its bounds. An entry is never shown after one that was dropped. Entries go by age when the
+/// oldest is too old by `slackMs`, and the clock has said so on two days: one that jumps ahead deletes nothing.
+void History::dropOld(qint64 slackMs)
+{
+    const qint64 oldestMs = mConfirmedMs - mLimits.ageMs;
+    auto keep = firstKept(oldestMs - slackMs) == mItems.begin() ? mItems.begin() : firstKept(oldestMs);
     const bool isTooLarge = mLog.size() > mLimits.bytes;
     if (keep == mItems.begin() && !isTooLarge)
         return;

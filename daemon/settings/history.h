@@ -133,7 +133,10 @@ private:
     void join(HistoryEntry &entry, const QVariantMap &before, const StoredChange &change) const;
     void take(const HistoryEntry &entry, const QByteArray &frame);
     void write(const QList<HistoryEntry> &entries);
-    void dropOld();
+    void load();
+    bool see(qint64 timeMs);
+    [[nodiscard]] std::vector<Item>::iterator firstKept(qint64 oldestMs);
+    void dropOld(qint64 slackMs);
     [[nodiscard]] bool compact();
     void catchUp(const QVariantMap &document, quint64 digest, const QList<QByteArray> &copies);
     [[nodiscard]] std::optional<HistoryEntry> missedStep(const QVariantMap &document) const;
@@ -147,5 +150,7 @@ private:
     std::vector<quint32> mRedo;
     quint32 mGap = 0; // the entries up to this one are out of reach
     quint32 mLastId = 0;
+    qint64 mSeenMs = 0;             // the latest time of the clock that is a day after the one before it
+    qint64 mConfirmedMs = 0;        // the latest time of the clock that another day has followed
     std::optional<quint64> mDigest; // of the document that the last entry led to
 };

@@ -33,6 +33,15 @@ QByteArray uncompressed(const QByteArray &bytes)
     return isPlausible ? qUncompress(bytes) : QByteArray();
 }
 
+/// Empty if the frame cannot be read.
+QVariantMap valuesIn(const QByteArray &frame)
+{
+    if (frame.isEmpty())
+        return {};
+    const QByteArray rest = frame.sliced(1);
+    return PropertyList::read(frame.front() == compressedMark ? uncompressed(rest) : rest).value_or(QVariant()).toMap();
+}
+
 } // namespace
 
 QByteArray HistoryEntry::toFrame() const
@@ -61,16 +70,15 @@ QByteArray HistoryEntry::toFrame() const
     return list->size() < compressedFrom ? plainMark + *list : compressedMark + qCompress(*list, 1);
 }
 
+quint32 HistoryEntry::idOfFrame(const QByteArray &frame)
+{
+    const qlonglong id = valuesIn(frame).value(idKey).toLongLong();
+    return id >= 0 && id <= maximumId ? static_cast<quint32>(id) : 0;
+}
+
 std::optional<HistoryEntry> HistoryEntry::fromFrame(const QByteArray &frame)
 {
-    if (frame.isEmpty())
-        return {};
-    const QByteArray rest = frame.sliced(1);
-    const std::optional<QVariant> list =
-        PropertyList::read(frame.front() == compressedMark ? uncompressed(rest) : rest);
-    if (!list || list->typeId() != QMetaType::QVariantMap)
-        return {};
-    const QVariantMap values = list->toMap();
+    const QVariantMap values = valuesIn(frame);
     const qlonglong kind = values.value(kindKey).toLongLong();
     const qlonglong id = values.value(idKey).toLongLong();
     const qlonglong timeMs = values.value(timeKey).toLongLong();

@@ -34,4 +34,6 @@ struct HistoryEntry
     [[nodiscard]] QByteArray toFrame() const;
     /// Absent if the bytes are not an entry.
     [[nodiscard]] static std::optional<HistoryEntry> fromFrame(const QByteArray &frame);
+    /// The id in the bytes, even if they are an entry of a kind that this version does not know; 0 if there is none.
+    [[nodiscard]] static quint32 idOfFrame(const QByteArray &frame);
 };

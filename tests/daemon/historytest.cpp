@@ -5,6 +5,8 @@
 #include "base/document.h"
 #include "base/historykeys.h"
 #include "base/propertylist.h"
+#include "base/qlcoreutility.h"
+#include "daemon/settings/contentdigest.h"
 #include "tests/daemon/devicedaemonfixture.h"
 #include "tests/support/filesizelimit.h"
 #include "tests/support/testmain.h"
@@ -14,9 +16,15 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 
+#include <sys/stat.h>
+
 using namespace DaemonTestDocuments;
 using namespace Qt::StringLiterals;
 using Refusal = History::Refusal;
+
+namespace {
+constexpr qint64 dayMs = 24 * 60 * 60 * 1000;
+}
 
 class HistoryTest : public DeviceDaemonFixture
 {
@@ -64,6 +72,7 @@ private Q_SLOTS:
     void tornFileCostsOnlyTheTornEntries();
     void damagedByteCostsOnlyHistory();
     void keepsNewEntriesAfterOneThatCannotBeRead();
+    void keepsTheEntriesBehindAnUnknownOne();
     void entriesOfAnUnfinishedWriteStayLost();
     void missingFileCostsOnlyHistory();
     void findsAChangeThatItHasMissed();
@@ -71,6 +80,12 @@ private Q_SLOTS:
     void crossesNoGap();
     void refusedWriteChangesNothing();
     void forgetsAfterNinetyDays();
+    void forgetsOldEntriesWithFewWrites();
+    void forgetsWithoutChanges();
+    void survivesAClockThatJumpsAhead_data();
+    void survivesAClockThatJumpsAhead();
+    void entryFromTheFutureKeepsNoOlderOnes();
+    void clockWithoutADateForgetsNothing();
     void staysWithinItsSize();
     void isPrivate();
     void clearForgetsAll();
@@ -146,6 +161,31 @@ private:
         QVERIFY(history.open(QIODevice::WriteOnly | QIODevice::Truncate));
         QCOMPARE(history.write(bytes), bytes.size());
     }
+    /// Opens the history of a folder of its own at the time of `mTimeMs`.
+    void openAged()
+    {
+        mAged.reset();
+        QVERIFY(QDir(mTemporary->path()).mkpath(u"aged"_s));
+        mAged.emplace(filePath(u"aged"_s));
+        mAged->setClock([this] { return mTimeMs; });
+        mAged->open(mAgedDocument, [] { return QList<QByteArray>(); });
+    }
+    void setDay(int day) { mTimeMs = day * dayMs; }
+    /// A change in that history.
+    void addAged(const QString &name)
+    {
+        const QVariantMap before = mAgedDocument;
+        mAgedDocument = SettingsDocument::withProfiles(before, Document(before).profiles() << profile(name));
+        const QByteArray bytes = QlCoreUtility::convertDictionaryToData(mAgedDocument).value_or(QByteArray());
+        mAged->record(before, {{.document = mAgedDocument, .cause = {.author = u"client"_s}}}, contentDigest(bytes));
+    }
+    [[nodiscard]] QStringList agedNames() const
+    {
+        QStringList names;
+        for (const QVariantMap &entry : mAged->entries())
+            names += entry.value(HistoryKeys::profile).toString();
+        return names;
+    }
     void restart() { start(SettingsDocument::completed(storedDocument())); }
     [[nodiscard]] QString filePath(const QString &name) const { return mTemporary->filePath(name); }
     [[nodiscard]] QByteArray contentOf(const QString &name) const
@@ -170,6 +210,10 @@ private:
             names += record.toMap().value(u"ProfileName"_s).toString();
         return names;
     }
+
+    std::optional<History> mAged;
+    QVariantMap mAgedDocument = startDocument();
+    qint64 mTimeMs = 0;
 };
 
 void HistoryTest::keepsAnEntryForEachStoredChange()
@@ -869,6 +913,38 @@ void HistoryTest::keepsNewEntriesAfterOneThatCannotBeRead()
     QVERIFY(undo());
 }
 
+void HistoryTest::keepsTheEntriesBehindAnUnknownOne()
+{
+    for (const QString &name : {u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s, u"Five"_s})
+        addProfile(name);
+    const quint32 last = lastId();
+    HistoryLog log(path());
+    QList<QByteArray> frames = log.load();
+    QCOMPARE(frames.size(), 5);
+    for (const qsizetype unknown : {1, 2, 4}) {
+        std::optional<HistoryEntry> entry = HistoryEntry::fromFrame(frames.at(unknown));
+        QVERIFY(entry);
+        entry->kind = static_cast<HistoryEntry::Kind>(99);
+        frames[unknown] = entry->toFrame();
+    }
+    QVERIFY(log.rewrite(frames));
+    for (int count = 0; count < 3; ++count)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"an entry that cannot be read"_s));
+    restart();
+    const auto names = [this] { return values(HistoryKeys::profile).filter(QRegularExpression(u"."_s)); };
+    QCOMPARE(names(), QStringList({u"One"_s, u"Four"_s, u"Five"_s})); // the last one by the copies of the settings
+    QVERIFY(lastId() > last);
+    QCOMPARE(restore(idAt(0)).error(), Refusal::unreachable);
+
+    addProfile(u"Six"_s);
+    restart(); // without a warning
+    QCOMPARE(names(), QStringList({u"One"_s, u"Four"_s, u"Five"_s, u"Six"_s}));
+    for (int count = 0; count < 3; ++count)
+        QVERIFY(undo());
+    QVERIFY(!undo());
+    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s, u"One"_s, u"Two"_s, u"Three"_s}));
+}
+
 void HistoryTest::entriesOfAnUnfinishedWriteStayLost()
 {
     addProfile(u"One"_s);
@@ -977,20 +1053,121 @@ void HistoryTest::refusedWriteChangesNothing()
 
 void HistoryTest::forgetsAfterNinetyDays()
 {
-    constexpr qint64 dayMs = 24 * 60 * 60 * 1000;
-    qint64 now = 1000 * dayMs;
-    mDaemon->history().setClock([&now] { return now; });
-    addProfile(u"One"_s);
-    now += 89 * dayMs;
-    addProfile(u"Two"_s);
-    QCOMPARE(entries().size(), 2);
-    now += 2 * dayMs;
-    addProfile(u"Three"_s);
-    QCOMPARE(values(HistoryKeys::profile), QStringList({u"Two"_s, u"Three"_s}));
-    QVERIFY(undo());
-    QVERIFY(undo());
-    QVERIFY(!undo());
-    QCOMPARE(profileNames(), QStringList({u"A"_s, u"B"_s, u"One"_s}));
+    setDay(1000);
+    openAged();
+    addAged(u"One"_s);
+    const quint32 first = mAged->lastId();
+    setDay(1088);
+    addAged(u"Two"_s);
+    setDay(1092);
+    addAged(u"Three"_s);
+    setDay(1094);
+    addAged(u"Four"_s);
+    const QStringList names{u"Two"_s, u"Three"_s, u"Four"_s};
+    QCOMPARE(agedNames(), names);
+    QCOMPARE(mAged->undoTarget(mAgedDocument, first).error(), Refusal::unknown);
+    openAged();
+    QCOMPARE(agedNames(), names);
+    QVERIFY(mAged->undoTarget(mAgedDocument, mAged->lastId()));
+}
+
+void HistoryTest::forgetsOldEntriesWithFewWrites()
+{
+    // 4 changes a day: after 90 days, each of them makes an older one too old.
+    setDay(1000);
+    openAged();
+    int rewrites = 0;
+    const auto fileNumber = [this] {
+        struct stat status = {};
+        return ::stat(QFile::encodeName(filePath(u"aged/history"_s)).constData(), &status) == 0 ? status.st_ino : 0;
+    };
+    for (int change = 0; change < 4 * 100; ++change) {
+        const auto before = fileNumber();
+        mAgedDocument = startDocument();
+        addAged(u"Name"_s);
+        rewrites += before != 0 && fileNumber() != before ? 1 : 0;
+        const qint64 oldest = mAged->entries().first().value(HistoryKeys::time).toLongLong();
+        QVERIFY(mTimeMs - oldest <= 93 * dayMs);
+        mTimeMs += dayMs / 4;
+    }
+    QVERIFY(rewrites > 0);
+    QVERIFY2(rewrites <= 12, qPrintable(QString::number(rewrites)));
+}
+
+void HistoryTest::forgetsWithoutChanges()
+{
+    setDay(1000);
+    openAged();
+    addAged(u"One"_s);
+    setDay(1100);
+    openAged();
+    QCOMPARE(agedNames(), QStringList{u"One"_s});
+    mTimeMs += dayMs / 2;
+    openAged();
+    QCOMPARE(agedNames(), QStringList{u"One"_s});
+    setDay(1101);
+    openAged();
+    QCOMPARE(agedNames(), QStringList());
+    QVERIFY(!contentOf(u"aged/history"_s).contains("One"));
+}
+
+void HistoryTest::survivesAClockThatJumpsAhead_data()
+{
+    QTest::addColumn<bool>("changes"); // while the clock is wrong
+    QTest::newRow("starts") << false;
+    QTest::newRow("starts and changes") << true;
+}
+
+void HistoryTest::survivesAClockThatJumpsAhead()
+{
+    QFETCH(bool, changes);
+    setDay(1000);
+    openAged();
+    addAged(u"One"_s);
+    setDay(1001);
+    addAged(u"Two"_s);
+    setDay(1095);
+    for (int count = 0; count < 3; ++count)
+        openAged();
+    QStringList names{u"One"_s, u"Two"_s};
+    if (changes) {
+        addAged(u"Ahead"_s);
+        names += u"Ahead"_s;
+    }
+    setDay(1002);
+    openAged();
+    addAged(u"Three"_s);
+    QCOMPARE(agedNames(), names + QStringList{u"Three"_s});
+}
+
+void HistoryTest::entryFromTheFutureKeepsNoOlderOnes()
+{
+    setDay(3000);
+    openAged();
+    addAged(u"Ahead"_s);
+    setDay(1000);
+    addAged(u"One"_s);
+    QCOMPARE(agedNames(), QStringList({u"Ahead"_s, u"One"_s}));
+    setDay(1095);
+    addAged(u"Two"_s);
+    QCOMPARE(agedNames(), QStringList{u"Two"_s});
+}
+
+void HistoryTest::clockWithoutADateForgetsNothing()
+{
+    setDay(1000);
+    openAged();
+    addAged(u"One"_s);
+    setDay(1001);
+    addAged(u"Two"_s);
+    setDay(0);
+    openAged();
+    addAged(u"Without a date"_s);
+    setDay(1002);
+    openAged();
+    setDay(1004);
+    addAged(u"Three"_s);
+    QCOMPARE(agedNames(), QStringList({u"One"_s, u"Two"_s, u"Without a date"_s, u"Three"_s}));
 }
 
 void HistoryTest::staysWithinItsSize()
