@@ -637,19 +637,24 @@ void MacrosEndToEndTest::addTaps(const QString &name, int taps)
 
 void MacrosEndToEndTest::replacesTheEvents()
 {
-    addTaps(u"Combo"_s, 2);
+    addTaps(u"Combo"_s, 3);
     const int row = list()->selectedRow();
     QVERIFY(replace(row, shownEvents(row), tapOfB));
     QCOMPARE(shownEvents(row), tapOfB);
     QCOMPARE(lines(), QStringList({u"Key Press B"_s, u"0.015 seconds delay\n"_s, u"Key Release B"_s}));
     QCOMPARE(list()->selectedRow(), row);
     QCOMPARE(MacroRecord::events(kept(u"Combo"_s)), tapOfB);
+    // Each is one change, which the button offers to take back.
+    const auto *undo = mHub->find<QToolButton>("mUndoButton");
+    const auto offers = [undo](const QString &words) {
+        return undo->isEnabled() && undo->accessibleName() == u"Undo: "_s + words;
+    };
+    QTRY_VERIFY2(offers(u"Macro Combo: 4 events removed"_s) || offers(u"Macro Combo changed"_s),
+                 qPrintable(undo->accessibleName()));
     QVERIFY(replace(row, tapOfB, {}));
     QCOMPARE(lines(), QStringList());
-    // Each was one change, which the button offers to take back.
-    auto *undo = mHub->find<QToolButton>("mUndoButton");
-    QTRY_VERIFY(undo->isEnabled() && undo->accessibleName().contains(u"Combo"_s));
-    undo->click();
+    QTRY_VERIFY2(offers(u"Macro Combo: 2 events removed"_s), qPrintable(undo->accessibleName()));
+    mHub->find<QToolButton>("mUndoButton")->click();
     QTRY_COMPARE(lines().size(), 3);
 }
 
