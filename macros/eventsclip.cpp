@@ -52,9 +52,14 @@ QMimeData *EventsClip::toMimeData(const QVariantList &events)
     return data;
 }
 
+bool EventsClip::offersEvents(const QMimeData *data)
+{
+    return data && data->hasFormat(mimeType);
+}
+
 std::optional<QVariantList> EventsClip::fromMimeData(const QMimeData *data)
 {
-    if (!data || !data->hasFormat(mimeType))
+    if (!offersEvents(data))
         return {};
     const QByteArray bytes = data->data(mimeType);
     const std::optional<QVariant> root = bytes.size() <= maximumBytes ? PropertyList::read(bytes) : std::nullopt;

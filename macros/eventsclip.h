@@ -14,6 +14,9 @@ namespace EventsClip {
 /// event list. The caller owns the result.
 [[nodiscard]] QMimeData *toMimeData(const QVariantList &events);
 
+/// Whether the content claims to be events; fromMimeData() checks them. `data` may be null.
+[[nodiscard]] bool offersEvents(const QMimeData *data);
+
 /// Absent for content of other programs, and unless all of it is events that a macro can have. Only the fields of an
 /// event are taken from it. `data` may be null.
 [[nodiscard]] std::optional<QVariantList> fromMimeData(const QMimeData *data);

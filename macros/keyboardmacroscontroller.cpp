@@ -43,6 +43,7 @@ KeyboardMacrosController::~KeyboardMacrosController()
     delete mEditEventWindow;
     delete mTryWindow;
     delete mTypeTextWindow;
+    delete mPauseWindow;
     if (!mView->parent())
         delete mView;
 }
@@ -310,7 +311,9 @@ void KeyboardMacrosController::explainEdit()
     QAction *edit = mSettingsMacroDetails->itemWithTag(MacroCommands::edit);
     if (!edit)
         return; // the menus are not built yet
-    const bool isOutOfReach = eventRow() >= 0 && !MacroCommands::isEditableRow(macroRow(), eventRow());
+    const MacroCommands::EventListState state = eventListState();
+    const bool isOutOfReach =
+        eventRow() >= 0 && !state.hasSeveralRows && !MacroCommands::isEditableRow(macroRow(), eventRow());
     const bool isMacroOutOfReach = macroRow() > MacroCommands::lastRowInReach;
     const char *reason = isMacroOutOfReach ? "lkeyEditMacroTooFarTip" : "lkeyEditTooFarTip";
     edit->setToolTip(isOutOfReach ? localizedText(reason) : QString());

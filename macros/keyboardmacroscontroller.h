@@ -9,8 +9,9 @@
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
 #include "macros/macrolines.h"
-#include "macros/macrotry.h"
+#include "macros/macropausesheet.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotry.h"
 #include "platform/sheet.h"
 #include "platform/sheetsubject.h"
 #include "platform/tableview.h"
@@ -154,6 +155,9 @@ public:
     void clickMacroEventOK(QObject *sender);
     void clickMacroEventCancel(QObject *sender);
     void clickTryMacro(QObject *sender);
+    [[nodiscard]] MacroCommands::EventListState eventListState() const;
+    /// Performs a command that edits the events of all selected rows, unless events cannot be edited now.
+    void editEvents(MacroCommands::EventTag tag);
     /// Shows the output of the running try.
     void showTriedKeys(const QList<TriedKey> &keys);
     /// The running try is over.
@@ -208,7 +212,6 @@ private:
     [[nodiscard]] int macroRow() const;
     [[nodiscard]] int eventRow() const;
     [[nodiscard]] QVariantMap macroAt(int row) const; ///< empty if there is no such row
-    [[nodiscard]] MacroCommands::EventListState eventListState() const;
 
     void exportMacroToFile(const QString &path);
     void importMacroFromFile(const QString &path);
@@ -281,6 +284,22 @@ private:
     void setDelayOfRow(int row, int delayMs);
     void releaseKeysAtEnd();
     void updateTimeline();
+    /// The events of the selected macro, and which of them the selected rows belong to (ascending).
+    struct SelectedEvents
+    {
+        QVariantList all;
+        QList<int> indexes;
+    };
+    [[nodiscard]] SelectedEvents readSelectedEvents();
+    /// Stores `changed` in place of `read`, as one change, and selects `chosen` of it.
+    void storeEvents(const QVariantList &read, const QVariantList &changed, const QList<int> &chosen);
+    void selectEvents(const QList<int> &indexes);
+    void copySelectedEvents();
+    void deleteSelectedEvents();
+    void pasteEvents();
+    void moveSelectedEvents(int step);
+    void openPauseSheet(MacroPauseSheet::Change change);
+    void changePauses(MacroPauseSheet::Change change, int number);
     void openTypeTextSheet();
     void insertTypedText(const QList<MacroRecord::Event> &typed, int index, int pauseMs);
     void removeAllEvents();
@@ -324,6 +343,7 @@ private:
     QPushButton *mMacroEventEditOK = nullptr;
     QPushButton *mMacroEventEditCancel = nullptr;
     QPointer<MacroTypeText> mTypeTextWindow; ///< made when it first comes up
+    QPointer<MacroPauseSheet> mPauseWindow;
 
     QPointer<OpenPanel> mOpenPanel; ///< both panels: kept until the next is opened
     QPointer<SavePanel> mSavePanel;
@@ -338,6 +358,7 @@ private:
     int mActiveProfile = -1;
     QVariantMap mSequenceDict;        ///< the event record being edited
     QVariantList mEventsBeforeTyping; ///< of the macro for which a text is being written
+    SelectedEvents mEventsToPause;    ///< of the open sheet for pauses
     MacroLines mLines;
     QVariant mSelectedMacroId; ///< of the selected macro; invalid without one
     EventIcons mEventIcons;

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "macros/eventline.h"
 #include "macros/eventparser.h"
+#include "macros/eventsclip.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
@@ -15,6 +16,8 @@
 #include "macros/numberonlytextfield.h"
 
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -28,7 +31,11 @@ constexpr int keepPage = -1;
 
 MacroCommands::EventListState KeyboardMacrosController::eventListState() const
 {
-    return {int(mLines.shown().size()), eventRow(), macroRow()};
+    return {.lineCount = int(mLines.shown().size()),
+            .selectedRow = eventRow(),
+            .macroRow = macroRow(),
+            .hasSeveralRows = mMacroDetailsTableView->selectedRows().size() > 1,
+            .canPaste = EventsClip::offersEvents(QGuiApplication::clipboard()->mimeData())};
 }
 
 void KeyboardMacrosController::selectEvent(int row)
@@ -49,6 +56,8 @@ void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)
     const int row = eventRow();
     if (row < 0)
         return;
+    if (mMacroDetailsTableView->selectedRows().size() > 1)
+        return deleteSelectedEvents();
     if (mMacroDelegate)
         mMacroDelegate->removeEventAtIndexForMacroAtIndex(row, macroRow());
     eventsWereEdited();
@@ -74,7 +83,7 @@ void KeyboardMacrosController::clickMacroDetailsSettingsMenuItem(const QAction *
     case MacroCommands::copyDelay: copySelectedDelayToAll(); break;
     case MacroCommands::noDelay: removeAllDelays(); break;
     case MacroCommands::typeText: openTypeTextSheet(); break;
-    default: break;
+    default: editEvents(MacroCommands::EventTag(item->data().toInt())); break;
     }
 }
 
@@ -88,7 +97,7 @@ void KeyboardMacrosController::removeAllEvents()
 void KeyboardMacrosController::copySelectedDelayToAll()
 {
     const int row = eventRow();
-    if (mLines.shown().isEmpty() || row <= 0 || row % 2 == 0)
+    if (mLines.shown().isEmpty() || row <= 0 || row % 2 == 0 || eventListState().hasSeveralRows)
         return;
     // Deliberate: the first argument is the row whose delay is copied, not a time. The daemon looks the delay up.
     if (mMacroDelegate)
@@ -108,7 +117,7 @@ void KeyboardMacrosController::removeAllDelays()
 void KeyboardMacrosController::editSelectedEvent()
 {
     const int row = eventRow();
-    if (!MacroCommands::isEditableRow(macroRow(), row))
+    if (!MacroCommands::isEditableRow(macroRow(), row) || eventListState().hasSeveralRows)
         return;
     if (row % 2 == 1)
         openDelaySheet();

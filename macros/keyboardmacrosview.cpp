@@ -156,6 +156,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     mMacroDetailsTableView->setObjectName("mMacroDetailsTableView"_L1);
     mMacroDetailsTableView->setAccessibleName(localizedText("lkeyMacroEvents"));
     mMacroDetailsTableView->addColumn({u"command"_s, localizedText("lkeyMacroEvents"), TableCell::text, false, true});
+    mMacroDetailsTableView->setAllowsSeveralRows(true);
     mMacroDetailsTableView->horizontalHeader()->hide();
     mMacroAssignmentLabel->setBuddy(mMacroDetailsTableView);
     mMacroDetailsScrollView = makeScrollView(mMacroDetailsTableView, "mMacroDetailsScrollView"_L1);
@@ -266,6 +267,8 @@ void KeyboardMacrosController::buildView()
     buildDelaySheet();
     buildEventSheet();
     buildTrySheet();
+    mPauseWindow = new MacroPauseSheet;
+    connect(mPauseWindow, &MacroPauseSheet::changeRequested, this, &KeyboardMacrosController::changePauses);
     showCaptureSource({});
     mMacroTableView->setDataSource(this);
     mMacroDetailsTableView->setDataSource(this);
@@ -296,6 +299,8 @@ void KeyboardMacrosController::connectKeys()
         addKey(mMacroDetailsTableView, key, editEvent);
     }
     connect(mMacroDetailsTableView, &TableView::doubleClicked, this, editEvent);
+    addKey(mMacroDetailsTableView, Qt::ALT | Qt::Key_Up, [this] { editEvents(MacroCommands::moveUp); });
+    addKey(mMacroDetailsTableView, Qt::ALT | Qt::Key_Down, [this] { editEvents(MacroCommands::moveDown); });
     auto *find = new QShortcut(QKeySequence(QKeySequence::Find), mView);
     connect(find, &QShortcut::activated, mMacroSearch, &MacroSearchField::beginSearch);
 }

@@ -18,7 +18,10 @@ const QList<MenuCommand> &ofEventList()
         {record, "lkeyRecord"},           {edit, "lkeyEdit"},
         {deleteEvent, "lkeyDeleteEvent"}, {deleteAllEvents, "lkeyDeleteAllEvents"},
         {copyDelay, "lkeyCopyDelay"},     {noDelay, "lkeyNoDelay"},
-        {typeText, "lkeyTypeText"},
+        {typeText, "lkeyTypeText"},       {cutEvents, "lkeyCutEvents"},
+        {copyEvents, "lkeyCopyEvents"},   {pasteEvents, "lkeyPasteEvents"},
+        {moveUp, "lkeyMoveEventsUp"},     {moveDown, "lkeyMoveEventsDown"},
+        {setPause, "lkeySetPause"},       {scalePauses, "lkeyScalePauses"},
     };
     return commands;
 }
@@ -43,10 +46,14 @@ bool isEnabledInEventGearMenu(int tag, const EventListState &state)
 {
     if (tag == typeText)
         return state.macroRow >= 0;
+    if (tag == pasteEvents)
+        return state.macroRow >= 0 && state.canPaste;
     if (state.lineCount == 0)
         return tag == record;
     if (state.selectedRow < 0)
         return tag == record || tag == deleteAllEvents || tag == noDelay;
+    if (state.hasSeveralRows && (tag == edit || tag == copyDelay))
+        return false;
     if (tag == edit)
         return isEditableRow(state.macroRow, state.selectedRow);
     return tag != copyDelay || state.selectedRow % 2 == 1;

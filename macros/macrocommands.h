@@ -11,13 +11,30 @@ namespace MacroCommands {
 enum ListTag { rename = 1, newMacro = 2, importMacro = 3, exportMacro = 4, deleteMacro = 5, duplicateMacro = 6 };
 
 // Of the event list
-enum EventTag { record = 1, edit = 2, deleteEvent = 3, deleteAllEvents = 4, copyDelay = 5, noDelay = 6, typeText = 20 };
+enum EventTag {
+    record = 1,
+    edit = 2,
+    deleteEvent = 3,
+    deleteAllEvents = 4,
+    copyDelay = 5,
+    noDelay = 6,
+    typeText = 20,
+    cutEvents = 21,
+    copyEvents = 22,
+    pasteEvents = 23,
+    moveUp = 24,
+    moveDown = 25,
+    setPause = 26,
+    scalePauses = 27,
+};
 
 struct EventListState
 {
     int lineCount = 0;
-    int selectedRow = -1; ///< -1 for none; even rows are events, odd rows are delays
-    int macroRow = -1;    ///< the row of the selected macro; -1 for none
+    int selectedRow = -1;        ///< -1 for none, one of several; even rows are events, odd rows are delays
+    int macroRow = -1;           ///< the row of the selected macro; -1 for none
+    bool hasSeveralRows = false; ///< more than `selectedRow` is selected
+    bool canPaste = false;       ///< the clipboard has events
 };
 
 /// The requests that read and replace an event have one byte each for its row and its macro's row. A higher row would

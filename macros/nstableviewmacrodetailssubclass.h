@@ -19,12 +19,15 @@ public:
 
     /// Returns the commands, enabled according to the state of the tab. The caller owns the menu.
     [[nodiscard]] QMenu *makeContextMenu();
-    /// True when the key equivalent is consumed here: always, except while the user edits a macro's name.
+    /// True when the key equivalent is consumed here: always, except while the user edits a macro's name. The keys for
+    /// selecting all, cutting, copying and pasting act.
     bool performKeyEquivalent(const QKeyEvent *event) override;
 
 protected:
     void rightMouseDown(const QPoint &globalPosition) override;
 
 private:
+    void perform(const QKeyEvent *event);
+
     KeyboardMacrosController *mKeyboardMacrosController = nullptr;
 };

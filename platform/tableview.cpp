@@ -183,18 +183,24 @@ void TableView::selectRow(int row, bool)
 void TableView::selectRows(const QList<int> &rows)
 {
     abortEditing();
-    QItemSelection selection;
-    QModelIndex last;
     const int count = numberOfRows();
-    for (const int row : rows) {
-        if (row < 0 || row >= count)
-            continue;
-        last = mModel->index(row, qMax(0, currentIndex().column()));
-        selection.merge(QItemSelection(last, last), QItemSelectionModel::Select);
-    }
-    if (!last.isValid())
+    QList<int> existing = rows;
+    existing.removeIf([count](int row) { return row < 0 || row >= count; });
+    if (existing.isEmpty())
         return deselectAll();
-    selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
+    const int current = existing.last();
+    std::ranges::sort(existing);
+    // One range for neighbours: the model asks every range for every row.
+    QItemSelection selection;
+    for (qsizetype first = 0, next = 1; next <= existing.size(); ++next) {
+        if (next < existing.size() && existing.at(next) <= existing.at(next - 1) + 1)
+            continue;
+        selection.append(
+            QItemSelectionRange(mModel->index(existing.at(first), 0), mModel->index(existing.at(next - 1), 0)));
+        first = next;
+    }
+    selectionModel()->setCurrentIndex(mModel->index(current, qMax(0, currentIndex().column())),
+                                      QItemSelectionModel::NoUpdate);
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 

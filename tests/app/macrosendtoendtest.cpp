@@ -115,6 +115,7 @@ private Q_SLOTS:
     void strangeFilesKeepBothListsEqual_data();
     void strangeFilesKeepBothListsEqual();
     void replacesTheEvents();
+    void editsSeveralEventsAsOneChange();
     void waitsForTheReplacementWithoutOtherEvents();
     void reachesRowsAbove255();
     void refusesWhatAnotherClientHasChanged();
@@ -656,6 +657,38 @@ void MacrosEndToEndTest::replacesTheEvents()
     QTRY_VERIFY2(offers(u"Macro Combo: 2 events removed"_s), qPrintable(undo->accessibleName()));
     mHub->find<QToolButton>("mUndoButton")->click();
     QTRY_COMPARE(lines().size(), 3);
+}
+
+void MacrosEndToEndTest::editsSeveralEventsAsOneChange()
+{
+    addTaps(u"Long"_s, 200);
+    const QVariantList before = shownEvents(list()->selectedRow());
+    auto *events = mHub->find<TableView>("mMacroDetailsTableView");
+    events->setFocus();
+    // Above the rows that the other requests reach
+    const QVariantList pasted = tapOfB;
+    QVERIFY(replace(list()->selectedRow(), before, before.first(300) + pasted + before.sliced(300)));
+    events->selectRows({600, 602});
+    QTest::keyClick(events, Qt::Key_X, Qt::ControlModifier);
+    QCOMPARE(MacroRecord::events(kept(u"Long"_s)), before);
+    QCOMPARE(lines(), eventParser::getMessagesArray(before));
+    QCOMPARE(events->selectedRows(), QList<int>{600});
+    addTaps(u"Short"_s, 1);
+    events->deselectAll();
+    QTest::keyClick(events, Qt::Key_V, Qt::ControlModifier);
+    const QVariantList both = shownEvents(list()->selectedRow());
+    QCOMPARE(both.sliced(2), pasted);
+    QCOMPARE(MacroRecord::events(kept(u"Short"_s)), both);
+    QCOMPARE(lines(), eventParser::getMessagesArray(both));
+    QTest::keyClick(events, Qt::Key_Up, Qt::AltModifier);
+    const QVariantList moved = MacroEdits::moving(both, {2, 3}, 1).value();
+    QCOMPARE(MacroRecord::events(kept(u"Short"_s)), moved);
+    QCOMPARE(events->selectedRows(), (QList<int>{1, 2, 3, 4}));
+    // Each was one change.
+    auto *undo = mHub->find<QToolButton>("mUndoButton");
+    QTRY_VERIFY(undo->isEnabled());
+    undo->click();
+    QTRY_COMPARE(MacroRecord::events(kept(u"Short"_s)), both);
 }
 
 void MacrosEndToEndTest::waitsForTheReplacementWithoutOtherEvents()

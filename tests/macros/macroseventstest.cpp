@@ -143,8 +143,10 @@ void MacrosEventsTest::eventMenusEnableCommands_data()
     QTest::addColumn<QList<int>>("context");
     QTest::newRow("no lines") << 0 << -1 << QList<int>{1, 20} << QList<int>{1, 20};
     QTest::newRow("none selected") << 5 << -1 << QList<int>{1, 4, 6, 20} << QList<int>{1, 4, 6, 20};
-    QTest::newRow("event selected") << 5 << 2 << QList<int>{1, 2, 3, 4, 6, 20} << QList<int>{1, 3, 4, 6, 20};
-    QTest::newRow("delay selected") << 5 << 3 << QList<int>{1, 2, 3, 4, 5, 6, 20} << QList<int>{1, 2, 3, 4, 5, 6, 20};
+    QTest::newRow("event selected") << 5 << 2 << QList<int>{1, 2, 3, 4, 6, 20, 21, 22, 24, 25, 26, 27}
+                                    << QList<int>{1, 3, 4, 6, 20, 21, 22, 24, 25, 26, 27};
+    QTest::newRow("delay selected") << 5 << 3 << QList<int>{1, 2, 3, 4, 5, 6, 20, 21, 22, 24, 25, 26, 27}
+                                    << QList<int>{1, 2, 3, 4, 5, 6, 20, 21, 22, 24, 25, 26, 27};
 }
 
 void MacrosEventsTest::eventMenusEnableCommands()
@@ -161,7 +163,7 @@ void MacrosEventsTest::eventMenusEnableCommands()
     QCOMPARE(enabledTags(button->menu()->actions()), gear);
     const std::unique_ptr<QMenu> menu(
         outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
-    QCOMPARE(menu->actions().size(), 7);
+    QCOMPARE(menu->actions().size(), 14);
     QCOMPARE(menu->actions().at(2)->text(), u"Delete event"_s);
     QCOMPARE(enabledTags(menu->actions()), context);
 }

@@ -2,6 +2,7 @@
 // Draws the tab, its sheets and its menus in both palettes into the folder `screenshots` beside the tests, for a person
 // to inspect. Checks that nothing is cut off.
 #include "macros/eventparser.h"
+#include "macros/macroedits.h"
 #include "macros/macrorecord.h"
 #include "macros/macrotypetext.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
@@ -38,6 +39,8 @@ enum class Scene {
     delaySheet,
     eventSheet,
     trySheet,
+    pauseSheet,
+    scaleSheet,
     typeTextSheet,
     untypedTextSheet,
     deletionAlert,
@@ -69,6 +72,8 @@ constexpr std::array scenes{
     NamedScene{"delay-sheet", Scene::delaySheet},
     NamedScene{"event-sheet", Scene::eventSheet},
     NamedScene{"try-sheet", Scene::trySheet},
+    NamedScene{"pause-sheet", Scene::pauseSheet},
+    NamedScene{"scale-sheet", Scene::scaleSheet},
     NamedScene{"type-text-sheet", Scene::typeTextSheet},
     NamedScene{"untyped-text-sheet", Scene::untypedTextSheet},
     NamedScene{"deletion-alert", Scene::deletionAlert},
@@ -215,6 +220,15 @@ void MacrosScreenshotsTest::show(Scene scene)
     case Scene::searchWithoutResult:
         list()->deselectAll();
         outlet<QLineEdit>(u"mMacroSearch"_s)->setText(u"xyz"_s);
+        break;
+    case Scene::pauseSheet:
+    case Scene::scaleSheet:
+        mDelegate->macros[1] =
+            MacroRecord::withEvents(mDelegate->macros.at(1).toMap(), MacroEdits::tap({.page = 7, .usage = 11}));
+        mDelegate->refresh();
+        events()->selectRows({0, 1, 2});
+        choose("mSettingsMacroDetails",
+               scene == Scene::pauseSheet ? MacroCommands::setPause : MacroCommands::scalePauses);
         break;
     case Scene::typeTextSheet:
     case Scene::untypedTextSheet:

@@ -106,5 +106,17 @@
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ an Stelle %@</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ weitere</translation></message>
+    <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>Ausschneiden</translation></message>
+    <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>Kopieren</translation></message>
+    <message id="lkeyPasteEvents"><source>lkeyPasteEvents</source><translation>Einfügen</translation></message>
+    <message id="lkeyMoveEventsUp"><source>lkeyMoveEventsUp</source><translation>Nach oben</translation></message>
+    <message id="lkeyMoveEventsDown"><source>lkeyMoveEventsDown</source><translation>Nach unten</translation></message>
+    <message id="lkeySetPause"><source>lkeySetPause</source><translation>Pause festlegen …</translation></message>
+    <message id="lkeyScalePauses"><source>lkeyScalePauses</source><translation>Pausen skalieren …</translation></message>
+    <message id="lkeySetPauseTitle"><source>lkeySetPauseTitle</source><translation>Pause festlegen</translation></message>
+    <message id="lkeyScalePausesTitle"><source>lkeyScalePausesTitle</source><translation>Pausen skalieren</translation></message>
+    <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>Neue Länge in Prozent:</translation></message>
+    <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>Die Pausen vor den ausgewählten Ereignissen (%@) werden alle so lang.</translation></message>
+    <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 lässt die Pausen vor den ausgewählten Ereignissen (%@) unverändert, 50 halbiert sie.</translation></message>
 </context>
 </TS>

@@ -106,5 +106,17 @@
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ at position %@</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ more</translation></message>
+    <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>Cut</translation></message>
+    <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>Copy</translation></message>
+    <message id="lkeyPasteEvents"><source>lkeyPasteEvents</source><translation>Paste</translation></message>
+    <message id="lkeyMoveEventsUp"><source>lkeyMoveEventsUp</source><translation>Move up</translation></message>
+    <message id="lkeyMoveEventsDown"><source>lkeyMoveEventsDown</source><translation>Move down</translation></message>
+    <message id="lkeySetPause"><source>lkeySetPause</source><translation>Set pause…</translation></message>
+    <message id="lkeyScalePauses"><source>lkeyScalePauses</source><translation>Scale pauses…</translation></message>
+    <message id="lkeySetPauseTitle"><source>lkeySetPauseTitle</source><translation>Set pause</translation></message>
+    <message id="lkeyScalePausesTitle"><source>lkeyScalePausesTitle</source><translation>Scale pauses</translation></message>
+    <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>New length in percent:</translation></message>
+    <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>The pauses before the selected events (%@) all become this long.</translation></message>
+    <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 leaves the pauses before the selected events (%@) unchanged; 50 halves them.</translation></message>
 </context>
 </TS>

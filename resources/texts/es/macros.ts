@@ -106,5 +106,17 @@
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ en la posición %@</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ más</translation></message>
+    <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>Cortar</translation></message>
+    <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>Copiar</translation></message>
+    <message id="lkeyPasteEvents"><source>lkeyPasteEvents</source><translation>Pegar</translation></message>
+    <message id="lkeyMoveEventsUp"><source>lkeyMoveEventsUp</source><translation>Subir</translation></message>
+    <message id="lkeyMoveEventsDown"><source>lkeyMoveEventsDown</source><translation>Bajar</translation></message>
+    <message id="lkeySetPause"><source>lkeySetPause</source><translation>Fijar pausa…</translation></message>
+    <message id="lkeyScalePauses"><source>lkeyScalePauses</source><translation>Escalar pausas…</translation></message>
+    <message id="lkeySetPauseTitle"><source>lkeySetPauseTitle</source><translation>Fijar pausa</translation></message>
+    <message id="lkeyScalePausesTitle"><source>lkeyScalePausesTitle</source><translation>Escalar pausas</translation></message>
+    <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>Nueva duración en tanto por ciento:</translation></message>
+    <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>Todas las pausas previas a los eventos seleccionados (%@) tendrán esta duración.</translation></message>
+    <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 no cambia las pausas previas a los eventos seleccionados (%@); 50 las reduce a la mitad.</translation></message>
 </context>
 </TS>

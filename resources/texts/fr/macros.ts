@@ -106,5 +106,17 @@
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ en position %@</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ de plus</translation></message>
+    <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>Couper</translation></message>
+    <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>Copier</translation></message>
+    <message id="lkeyPasteEvents"><source>lkeyPasteEvents</source><translation>Coller</translation></message>
+    <message id="lkeyMoveEventsUp"><source>lkeyMoveEventsUp</source><translation>Déplacer vers le haut</translation></message>
+    <message id="lkeyMoveEventsDown"><source>lkeyMoveEventsDown</source><translation>Déplacer vers le bas</translation></message>
+    <message id="lkeySetPause"><source>lkeySetPause</source><translation>Définir le délai…</translation></message>
+    <message id="lkeyScalePauses"><source>lkeyScalePauses</source><translation>Ajuster les délais…</translation></message>
+    <message id="lkeySetPauseTitle"><source>lkeySetPauseTitle</source><translation>Définir le délai</translation></message>
+    <message id="lkeyScalePausesTitle"><source>lkeyScalePausesTitle</source><translation>Ajuster les délais</translation></message>
+    <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>Nouvelle durée en pour cent :</translation></message>
+    <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>Les délais précédant les événements sélectionnés (%@) auront tous cette durée.</translation></message>
+    <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 ne change pas les délais précédant les événements sélectionnés (%@) ; 50 les réduit de moitié.</translation></message>
 </context>
 </TS>

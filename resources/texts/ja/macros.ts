@@ -106,5 +106,17 @@
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@（%@ 文字目）</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>、</translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>ほか %@ 件</translation></message>
+    <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>切り取り</translation></message>
+    <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>コピー</translation></message>
+    <message id="lkeyPasteEvents"><source>lkeyPasteEvents</source><translation>貼り付け</translation></message>
+    <message id="lkeyMoveEventsUp"><source>lkeyMoveEventsUp</source><translation>上へ移動</translation></message>
+    <message id="lkeyMoveEventsDown"><source>lkeyMoveEventsDown</source><translation>下へ移動</translation></message>
+    <message id="lkeySetPause"><source>lkeySetPause</source><translation>待ち時間を設定…</translation></message>
+    <message id="lkeyScalePauses"><source>lkeyScalePauses</source><translation>待ち時間を伸縮…</translation></message>
+    <message id="lkeySetPauseTitle"><source>lkeySetPauseTitle</source><translation>待ち時間を設定</translation></message>
+    <message id="lkeyScalePausesTitle"><source>lkeyScalePausesTitle</source><translation>待ち時間を伸縮</translation></message>
+    <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>新しい長さ（%）:</translation></message>
+    <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>選択したイベント（%@ 件）の前の待ち時間が、すべてこの長さになります。</translation></message>
+    <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>選択したイベント（%@ 件）の前の待ち時間は、100 で変わらず、50 で半分になります。</translation></message>
 </context>
 </TS>

@@ -106,5 +106,17 @@
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@（第 %@ 个字符）</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>、</translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>另有 %@ 个</translation></message>
+    <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>剪切</translation></message>
+    <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>复制</translation></message>
+    <message id="lkeyPasteEvents"><source>lkeyPasteEvents</source><translation>粘贴</translation></message>
+    <message id="lkeyMoveEventsUp"><source>lkeyMoveEventsUp</source><translation>上移</translation></message>
+    <message id="lkeyMoveEventsDown"><source>lkeyMoveEventsDown</source><translation>下移</translation></message>
+    <message id="lkeySetPause"><source>lkeySetPause</source><translation>设置延迟…</translation></message>
+    <message id="lkeyScalePauses"><source>lkeyScalePauses</source><translation>缩放延迟…</translation></message>
+    <message id="lkeySetPauseTitle"><source>lkeySetPauseTitle</source><translation>设置延迟</translation></message>
+    <message id="lkeyScalePausesTitle"><source>lkeyScalePausesTitle</source><translation>缩放延迟</translation></message>
+    <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>新长度（百分比）：</translation></message>
+    <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>所选事件（%@ 个）之前的延迟都将变为此长度。</translation></message>
+    <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 表示所选事件（%@ 个）之前的延迟不变，50 表示减半。</translation></message>
 </context>
 </TS>

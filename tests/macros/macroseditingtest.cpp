@@ -1,0 +1,411 @@
+// SPDX-License-Identifier: MIT
+// Editing several events of the selected macro at once, each time as one change.
+#include "macros/eventparser.h"
+#include "macros/macroedits.h"
+#include "macros/macrorecord.h"
+#include "macros/nstableviewmacrodetailssubclass.h"
+#include "macros/numberonlytextfield.h"
+#include "platform/pulldownbutton.h"
+#include "tests/macros/macrostesting.h"
+#include "tests/support/testmain.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+
+using namespace MacrosTesting;
+
+namespace {
+
+constexpr quint16 keyA = 4;
+
+/// Taps of A, B and so on; the pause before the event at index i is (i + 1) * 10 ms.
+QVariantList taps(int count)
+{
+    QVariantList events;
+    for (int tap = 0; tap < count; ++tap)
+        events += MacroEdits::tap({.page = MacroRecord::keyboardPage, .usage = quint16(keyA + tap % 26)}, 20 * tap + 10,
+                                  20 * tap + 20);
+    return events;
+}
+
+QVariantList chosen(const QVariantList &events, const QList<int> &indexes)
+{
+    QVariantList result;
+    for (const int index : indexes)
+        result += events.at(index);
+    return result;
+}
+
+QList<int> delays(const QVariantList &events)
+{
+    QList<int> result;
+    for (const QVariant &event : events)
+        result += MacroRecord::eventFields(event.toMap()).delayMs;
+    return result;
+}
+
+} // namespace
+
+class MacrosEditingTest : public MacrosTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void deletesAsOneChange_data();
+    void deletesAsOneChange();
+    void deletesAllEvents();
+    void refusedChangeKeepsTheSelection();
+    void commandsForOneRowAreOffForSeveral();
+    void copiesIntoAnotherMacro();
+    void pastesAtTheEndWithoutASelection();
+    void cutEventsCanBePastedBack();
+    void pastesOnlyEvents_data();
+    void pastesOnlyEvents();
+    void moves_data();
+    void moves();
+    void setsPauses();
+    void scalesPauses();
+    void pausesNeedANumber();
+    void cancelledPausesStay();
+    void sheetForPausesClosesWithItsEvents();
+    void editsRowsAbove255();
+    void readsThePresentEventsFirst();
+    void editsNothingDuringARecording();
+
+private:
+    /// Gives the first macro `events`, and shows it.
+    void fillEvents(const QVariantList &events);
+    void selectMacro(int row);
+    [[nodiscard]] QVariantList stored(int row = 0) const
+    {
+        return MacroRecord::events(mDelegate->macros.at(row).toMap());
+    }
+    [[nodiscard]] QStringList replacements() const { return mDelegate->calls.filter(u"replace"_s); }
+    void press(int key, Qt::KeyboardModifiers modifiers = {});
+    /// Chooses the command and confirms its sheet with `number`.
+    void changePauses(int tag, const QString &number);
+};
+
+void MacrosEditingTest::selectMacro(int row)
+{
+    mDelegate->lines.clear();
+    for (const QString &line : eventParser::getMessagesArray(stored(row)))
+        mDelegate->lines += line;
+    list()->selectRow(row);
+    events()->deselectAll();
+    events()->setFocus();
+    mDelegate->calls.clear();
+}
+
+void MacrosEditingTest::fillEvents(const QVariantList &read)
+{
+    QGuiApplication::clipboard()->clear();
+    mDelegate->macros = numberedMacros({1, 2});
+    mDelegate->macros[0] = MacroRecord::withEvents(mDelegate->macros.at(0).toMap(), read);
+    mDelegate->refresh();
+    selectMacro(0);
+}
+
+void MacrosEditingTest::press(int key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(events(), Qt::Key(key), modifiers);
+}
+
+void MacrosEditingTest::changePauses(int tag, const QString &number)
+{
+    choose("mSettingsMacroDetails", tag);
+    QVERIFY(outlet<Sheet>(u"mPauseWindow"_s)->isUp());
+    QTest::keyClicks(outlet(u"mPauseField"_s), number);
+    outlet<QPushButton>(u"mPauseOK"_s)->click();
+}
+
+void MacrosEditingTest::deletesAsOneChange_data()
+{
+    QTest::addColumn<QList<int>>("rows");
+    QTest::addColumn<QList<int>>("left");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("press and release") << QList<int>{0, 1, 2} << QList<int>{2, 3, 4, 5} << 0;
+    QTest::newRow("a pause stands for its event") << QList<int>{1, 4} << QList<int>{0, 3, 4, 5} << 2;
+    QTest::newRow("both rows of an event") << QList<int>{3, 4} << QList<int>{0, 1, 3, 4, 5} << 4;
+    QTest::newRow("the last ones") << QList<int>{8, 10} << QList<int>{0, 1, 2, 3} << 6;
+}
+
+void MacrosEditingTest::deletesAsOneChange()
+{
+    QFETCH(QList<int>, rows);
+    QFETCH(QList<int>, left);
+    QFETCH(int, selected);
+    const QVariantList before = taps(3);
+    for (const bool isKey : {true, false}) {
+        fillEvents(before);
+        events()->selectRows(rows);
+        if (isKey)
+            press(Qt::Key_Delete);
+        else
+            choose("mSettingsMacroDetails", MacroCommands::deleteEvent);
+        QCOMPARE(stored(), chosen(before, left));
+        QCOMPARE(replacements().size(), 1);
+        QVERIFY(mDelegate->calls.filter(u"removeEvent"_s).isEmpty());
+        QCOMPARE(events()->selectedRows(), QList<int>{selected});
+        QVERIFY(events()->hasFocus());
+        list()->deselectAll();
+    }
+}
+
+void MacrosEditingTest::deletesAllEvents()
+{
+    fillEvents(taps(2));
+    press(Qt::Key_A, Qt::ControlModifier);
+    QCOMPARE(events()->selectedRows().size(), 7);
+    press(Qt::Key_Delete);
+    QCOMPARE(stored(), QVariantList());
+    QCOMPARE(events()->selectedRows(), QList<int>());
+    QCOMPARE(events()->model()->rowCount(), 0);
+}
+
+void MacrosEditingTest::refusedChangeKeepsTheSelection()
+{
+    const QVariantList before = taps(2);
+    fillEvents(before);
+    mDelegate->storesEvents = false;
+    events()->selectRows({2, 3, 4});
+    press(Qt::Key_Delete);
+    QCOMPARE(replacements().size(), 1);
+    QCOMPARE(stored(), before);
+    QCOMPARE(events()->selectedRows(), (QList<int>{2, 3, 4}));
+}
+
+void MacrosEditingTest::commandsForOneRowAreOffForSeveral()
+{
+    fillEvents(taps(2));
+    events()->selectRows({1, 3}); // delays, both of which one alone could edit and copy
+    auto *gear = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
+    gear->validateItems();
+    const std::unique_ptr<QMenu> menu(
+        outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
+    const QList<int> enabled{1, 3, 4, 6, 20, 21, 22, 24, 25, 26, 27};
+    QCOMPARE(enabledTags(gear->menu()->actions()), enabled);
+    QCOMPARE(enabledTags(menu->actions()), enabled);
+    press(Qt::Key_Return);
+    press(Qt::Key_F2);
+    QAction copyDelay;
+    copyDelay.setData(MacroCommands::copyDelay);
+    mController->clickMacroDetailsSettingsMenuItem(&copyDelay);
+    QCOMPARE(mDelegate->calls, QStringList());
+    const auto *sheet = outlet<Sheet>(u"mEditDelayWindow"_s);
+    QVERIFY(!sheet || !sheet->isUp());
+}
+
+void MacrosEditingTest::copiesIntoAnotherMacro()
+{
+    const QVariantList before = taps(3);
+    fillEvents(before);
+    events()->selectRows({2, 4});
+    press(Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(mDelegate->calls, QStringList());
+    mDelegate->macros[1] = MacroRecord::withEvents(mDelegate->macros.at(1).toMap(), taps(1));
+    mDelegate->refresh();
+    selectMacro(1);
+    events()->selectRow(2); // the release
+    press(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(stored(0), before);
+    QCOMPARE(stored(1), QVariantList({taps(1).at(0), before.at(1), before.at(2), taps(1).at(1)}));
+    QCOMPARE(replacements().size(), 1);
+    QCOMPARE(events()->selectedRows(), (QList<int>{1, 2, 3, 4}));
+}
+
+void MacrosEditingTest::pastesAtTheEndWithoutASelection()
+{
+    const QVariantList before = taps(2);
+    fillEvents(before);
+    events()->selectRow(2);
+    choose("mSettingsMacroDetails", MacroCommands::copyEvents);
+    events()->deselectAll();
+    choose("mSettingsMacroDetails", MacroCommands::pasteEvents);
+    QCOMPARE(stored(), before + QVariantList{before.at(1)});
+    QCOMPARE(events()->selectedRows(), QList<int>{8}); // the event alone, for the commands for one row
+}
+
+void MacrosEditingTest::cutEventsCanBePastedBack()
+{
+    const QVariantList before = taps(3);
+    fillEvents(before);
+    events()->selectRows({4, 6});
+    press(Qt::Key_X, Qt::ControlModifier);
+    QCOMPARE(stored(), chosen(before, {0, 1, 4, 5}));
+    QCOMPARE(events()->selectedRows(), QList<int>{4});
+    press(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(stored(), before);
+    QCOMPARE(replacements().size(), 2);
+}
+
+void MacrosEditingTest::pastesOnlyEvents_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<bool>("isOffered");
+    QTest::newRow("text") << u"text/plain"_s << false;
+    QTest::newRow("damaged events") << u"application/x-quill-kestra-macro-events"_s << true;
+}
+
+void MacrosEditingTest::pastesOnlyEvents()
+{
+    QFETCH(QString, format);
+    QFETCH(bool, isOffered);
+    fillEvents(taps(1));
+    auto *content = new QMimeData;
+    content->setData(format, "Key Press A");
+    QGuiApplication::clipboard()->setMimeData(content);
+    auto *gear = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
+    gear->validateItems();
+    QCOMPARE(gear->itemWithTag(MacroCommands::pasteEvents)->isEnabled(), isOffered);
+    press(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(replacements(), QStringList());
+}
+
+void MacrosEditingTest::moves_data()
+{
+    QTest::addColumn<QList<int>>("rows");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QList<int>>("order");
+    QTest::addColumn<QList<int>>("selected");
+    QTest::newRow("one down") << QList<int>{2} << int(Qt::Key_Down) << QList<int>{0, 2, 1, 3, 4, 5} << QList<int>{4};
+    QTest::newRow("one up") << QList<int>{2} << int(Qt::Key_Up) << QList<int>{1, 0, 2, 3, 4, 5} << QList<int>{0};
+    QTest::newRow("two down") << QList<int>{2, 3, 4} << int(Qt::Key_Down) << QList<int>{0, 3, 1, 2, 4, 5}
+                              << QList<int>{3, 4, 5, 6};
+    QTest::newRow("two up") << QList<int>{4, 6} << int(Qt::Key_Up) << QList<int>{0, 2, 3, 1, 4, 5}
+                            << QList<int>{1, 2, 3, 4};
+    QTest::newRow("those apart become neighbours")
+        << QList<int>{2, 8} << int(Qt::Key_Up) << QList<int>{1, 4, 0, 2, 3, 5} << QList<int>{0, 1, 2};
+    QTest::newRow("first up") << QList<int>{0} << int(Qt::Key_Up) << QList<int>{} << QList<int>{0};
+    QTest::newRow("last down") << QList<int>{9, 10} << int(Qt::Key_Down) << QList<int>{} << QList<int>{10};
+}
+
+void MacrosEditingTest::moves()
+{
+    QFETCH(QList<int>, rows);
+    QFETCH(int, key);
+    QFETCH(QList<int>, order);
+    QFETCH(QList<int>, selected);
+    const QVariantList before = taps(3);
+    fillEvents(before);
+    events()->selectRows(rows);
+    press(key, Qt::AltModifier);
+    QCOMPARE(replacements().size(), order.isEmpty() ? 0 : 1);
+    QCOMPARE(stored(), order.isEmpty() ? before : chosen(before, order));
+    QCOMPARE(events()->selectedRows(), selected);
+}
+
+void MacrosEditingTest::setsPauses()
+{
+    fillEvents(taps(2));
+    events()->selectRows({1, 4});
+    changePauses(MacroCommands::setPause, u"75"_s);
+    QCOMPARE(delays(stored()), (QList<int>{10, 75, 75, 40}));
+    QCOMPARE(replacements().size(), 1);
+    QCOMPARE(events()->selectedRows(), (QList<int>{1, 4}));
+    QVERIFY(!outlet<Sheet>(u"mPauseWindow"_s)->isUp());
+}
+
+void MacrosEditingTest::scalesPauses()
+{
+    fillEvents(taps(2));
+    press(Qt::Key_A, Qt::ControlModifier);
+    changePauses(MacroCommands::scalePauses, u"150"_s);
+    QCOMPARE(delays(stored()), (QList<int>{15, 30, 45, 60}));
+    QCOMPARE(replacements().size(), 1);
+    changePauses(MacroCommands::scalePauses, u"0"_s);
+    QCOMPARE(delays(stored()), (QList<int>{0, 0, 0, 0}));
+}
+
+void MacrosEditingTest::pausesNeedANumber()
+{
+    fillEvents(taps(2));
+    events()->selectRows({2, 4});
+    choose("mSettingsMacroDetails", MacroCommands::setPause);
+    auto *field = outlet<NumberOnlyTextField>(u"mPauseField"_s);
+    const auto *ok = outlet<QPushButton>(u"mPauseOK"_s);
+    QVERIFY(!ok->isEnabled());
+    QTest::keyClicks(field, u"5"_s);
+    QVERIFY(ok->isEnabled());
+    outlet<QPushButton>(u"mPauseCancel"_s)->click();
+    choose("mSettingsMacroDetails", MacroCommands::scalePauses); // begins with an empty field
+    QCOMPARE(field->text(), QString());
+    QVERIFY(!ok->isEnabled());
+    QVERIFY(field->accessibleDescription().contains(u"(2)"));
+}
+
+void MacrosEditingTest::cancelledPausesStay()
+{
+    fillEvents(taps(2));
+    events()->selectRows({2, 4});
+    choose("mSettingsMacroDetails", MacroCommands::setPause);
+    QTest::keyClicks(outlet(u"mPauseField"_s), u"5"_s);
+    outlet<QPushButton>(u"mPauseCancel"_s)->click();
+    QVERIFY(!outlet<Sheet>(u"mPauseWindow"_s)->isUp());
+    QCOMPARE(replacements(), QStringList());
+}
+
+void MacrosEditingTest::sheetForPausesClosesWithItsEvents()
+{
+    fillEvents(taps(2));
+    events()->selectRows({2, 4});
+    choose("mSettingsMacroDetails", MacroCommands::setPause);
+    QVERIFY(outlet<Sheet>(u"mPauseWindow"_s)->isUp());
+    // Another client's change
+    const QVariantList others = taps(1);
+    mDelegate->macros[0] = MacroRecord::withEvents(mDelegate->macros.at(0).toMap(), others);
+    mDelegate->lines = mDelegate->lines.first(3);
+    mDelegate->refresh();
+    QVERIFY(!outlet<Sheet>(u"mPauseWindow"_s)->isUp());
+    QCOMPARE(replacements(), QStringList());
+}
+
+void MacrosEditingTest::editsRowsAbove255()
+{
+    const QVariantList before = taps(200);
+    fillEvents(before);
+    events()->selectRows({600, 602});
+    changePauses(MacroCommands::setPause, u"7"_s);
+    QVariantList changed = before;
+    for (const int index : {300, 301})
+        changed = MacroEdits::settingDelays(changed, {index}, 7).value();
+    QCOMPARE(stored(), changed);
+    press(Qt::Key_Delete);
+    QCOMPARE(stored(), before.first(300) + before.sliced(302));
+    QCOMPARE(events()->selectedRows(), QList<int>{600});
+}
+
+void MacrosEditingTest::readsThePresentEventsFirst()
+{
+    fillEvents(taps(2));
+    choose("mSettingsMacroDetails", MacroCommands::noDelay); // the lines are now newer than the records
+    mDelegate->macros[0] =
+        MacroRecord::withEvents(mDelegate->macros.at(0).toMap(), MacroRecord::settingAllDelays(stored(), 0));
+    events()->selectRows({0, 2});
+    mDelegate->calls.clear();
+    press(Qt::Key_Delete);
+    QCOMPARE(mDelegate->calls.value(0), u"reload"_s);
+    QCOMPARE(delays(stored()), (QList<int>{0, 0}));
+}
+
+void MacrosEditingTest::editsNothingDuringARecording()
+{
+    fillEvents(taps(2));
+    events()->selectRows({0, 2});
+    outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    mDelegate->calls.clear();
+    for (const auto tag :
+         {MacroCommands::cutEvents, MacroCommands::pasteEvents, MacroCommands::moveDown, MacroCommands::setPause})
+        mController->editEvents(tag);
+    QCOMPARE(mDelegate->calls, QStringList());
+    QVERIFY(!outlet<Sheet>(u"mPauseWindow"_s) || !outlet<Sheet>(u"mPauseWindow"_s)->isUp());
+}
+
+QTEST_MAIN(MacrosEditingTest)
+#include "macroseditingtest.moc"
