@@ -103,6 +103,7 @@ QToolButton *MacroUsesLinks::addLink(const QString &text)
     link->setFocusPolicy(Qt::StrongFocus);
     link->setText(withoutMnemonic(link->fontMetrics().elidedText(text, Qt::ElideMiddle, widestLink)));
     link->setAccessibleName(text);
+    Mnemonics::exclude(link); // the links come and go with the selection
     QFont underlined = link->font();
     underlined.setUnderline(true);
     link->setFont(underlined);

@@ -3,6 +3,7 @@
 
 #include "keys/keybutton.h"
 #include "platform/colorwell.h"
+#include "platform/mnemonics.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
 #include "platform/radiogroup.h"
@@ -93,9 +94,10 @@ QString contentsOf(QWidget *widget)
     if (const auto *slider = qobject_cast<QSlider *>(widget))
         return u"%1%2"_s.arg(slider->value()).arg(slider->isSliderDown() ? u", held"_s : QString());
     if (const auto *label = qobject_cast<QLabel *>(widget))
-        return label->text();
+        return label->buddy() ? Mnemonics::plainText(label->text()) : label->text();
+    // Which letter is underlined depends on the texts that had to differ so far.
     if (const auto *button = qobject_cast<QAbstractButton *>(widget))
-        return button->text() + (button->isChecked() ? u" (on)"_s : QString());
+        return Mnemonics::plainText(button->text()) + (button->isChecked() ? u" (on)"_s : QString());
     return {};
 }
 
