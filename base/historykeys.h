@@ -19,6 +19,7 @@ inline constexpr Key notInEffectError{"org.quillkestra.History.Error.NotInEffect
 inline constexpr Key unreachableError{"org.quillkestra.History.Error.Unreachable"};
 inline constexpr Key invalidError{"org.quillkestra.History.Error.Invalid"};
 inline constexpr Key faultyError{"org.quillkestra.History.Error.Faulty"};
+inline constexpr Key unreadableError{"org.quillkestra.History.Error.Unreadable"};
 inline constexpr Key notSavedError{"org.quillkestra.History.Error.NotSaved"};
 
 // Every entry

@@ -69,7 +69,7 @@ CommandResult<void> showDocument(CommandContext &context)
 
 CommandResult<void> exportDocument(CommandContext &context)
 {
-    const CommandResult<QVariantMap> document = context.daemon.document();
+    const DaemonObjectResult<QVariantMap> document = HistoryClient::document();
     if (!document)
         return document.error();
     const QString &path = context.arguments.first();

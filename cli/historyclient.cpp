@@ -3,6 +3,7 @@
 
 #include "base/daemonprotocol.h"
 #include "base/historykeys.h"
+#include "base/qlcoreutility.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -17,6 +18,7 @@ constexpr OwnError ownErrors[] = {{HistoryKeys::unknownError, ExitCode::usage},
                                   {HistoryKeys::unreachableError},
                                   {HistoryKeys::invalidError},
                                   {HistoryKeys::notSavedError},
+                                  {HistoryKeys::unreadableError},
                                   {HistoryKeys::faultyError, ExitCode::usage}};
 constexpr DaemonObjectClient history{.path = HistoryKeys::objectPath,
                                      .interface = HistoryKeys::interfaceName,
@@ -84,6 +86,14 @@ DaemonObjectResult<HistoryParts> HistoryClient::show(uint id)
     if (!values)
         return values.error();
     return historyParts(values->value(0));
+}
+
+DaemonObjectResult<QVariantMap> HistoryClient::document()
+{
+    const DaemonObjectResult<QVariantList> values = history.call("Document"_L1, {}, u"the settings cannot be read"_s);
+    if (!values)
+        return values.error();
+    return QlCoreUtility::convertDataToDictionary(values->value(0).toByteArray()).value_or(QVariantMap());
 }
 
 DaemonObjectResult<void> HistoryClient::restoreDocument(const QByteArray &data, const QString &name)

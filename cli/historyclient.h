@@ -31,6 +31,8 @@ struct Restoration
 [[nodiscard]] DaemonObjectResult<Restoration> preview(uint id);
 /// The things that the entry has changed.
 [[nodiscard]] DaemonObjectResult<HistoryParts> show(uint id);
+/// All settings that the disk keeps: the active profile is the one that the user has chosen.
+[[nodiscard]] DaemonObjectResult<QVariantMap> document();
 /// Replaces all settings by those in `data`, a property list. `name` is for the entry. A fault is wrong usage, with its
 /// place in the message.
 [[nodiscard]] DaemonObjectResult<void> restoreDocument(const QByteArray &data, const QString &name);

@@ -48,13 +48,14 @@ History::Found<ChangeParts> HistoryCommands::partsOf(quint32 id) const
     return mHistory.partsOf(mSettings.kept(), id);
 }
 
-Result<quint32> HistoryCommands::restoreDocument(const QByteArray &data, const QString &name, const QString &author)
+Result<quint32, RestoreError> HistoryCommands::restoreDocument(const QByteArray &data, const QString &name,
+                                                               const QString &author)
 {
     const std::optional<QVariantMap> given = QlCoreUtility::convertDataToDictionary(data);
     if (!given)
-        return Error{u"it is not a property list with a dictionary"_s};
+        return RestoreError{.message = u"it is not a property list with a dictionary"_s};
     if (const QString fault = firstFaultOf(*given); !fault.isEmpty())
-        return Error{fault};
+        return RestoreError{.message = fault};
     // A number of a macro that was ever assigned here or there is not assigned again.
     const int lastId = std::max(Document(mSettings.kept()).deviceSettings().lastMacroId(),
                                 Document(*given).deviceSettings().lastMacroId());
@@ -66,8 +67,13 @@ Result<quint32> HistoryCommands::restoreDocument(const QByteArray &data, const Q
         .author = author,
         .what = {{HistoryKeys::kind, QString(HistoryKeys::kindDocument)}, {HistoryKeys::name, name.left(100)}}};
     if (!mProfiles.replace(document, cause))
-        return Error{u"the settings file cannot be written (is the disk full?)"_s};
+        return RestoreError{.cause = RestoreError::Cause::notSaved};
     return mHistory.lastId();
+}
+
+QByteArray HistoryCommands::document() const
+{
+    return QlCoreUtility::convertDictionaryToData(mSettings.kept()).value_or(QByteArray());
 }
 
 QStringList HistoryCommands::backupDays() const
@@ -75,10 +81,15 @@ QStringList HistoryCommands::backupDays() const
     return mSettings.backups().days();
 }
 
-Result<quint32> HistoryCommands::restoreBackup(const QString &day, const QString &author)
+Result<quint32, RestoreError> HistoryCommands::restoreBackup(const QString &day, const QString &author)
 {
+    if (!backupDays().contains(day))
+        return RestoreError{.cause = RestoreError::Cause::noBackup, .message = u"there is no backup of %1"_s.arg(day)};
     const Result<QByteArray> bytes = mSettings.backups().read(day);
-    return bytes ? restoreDocument(*bytes, day, author) : Result<quint32>(bytes.error());
+    if (!bytes)
+        return RestoreError{.cause = RestoreError::Cause::unreadable,
+                            .message = u"the backup of %1 cannot be read: %2"_s.arg(day, bytes.error().message)};
+    return restoreDocument(*bytes, day, author);
 }
 
 bool HistoryCommands::clear()

@@ -19,9 +19,11 @@ public:
     History::Found<History::Target> restore(quint32 id, quint32 newest, const QString &author) override;
     [[nodiscard]] History::Found<History::Target> preview(quint32 id) const override;
     [[nodiscard]] History::Found<ChangeParts> partsOf(quint32 id) const override;
-    Result<quint32> restoreDocument(const QByteArray &data, const QString &name, const QString &author) override;
+    [[nodiscard]] QByteArray document() const override;
+    Result<quint32, RestoreError> restoreDocument(const QByteArray &data, const QString &name,
+                                                  const QString &author) override;
     [[nodiscard]] QStringList backupDays() const override;
-    Result<quint32> restoreBackup(const QString &day, const QString &author) override;
+    Result<quint32, RestoreError> restoreBackup(const QString &day, const QString &author) override;
     [[nodiscard]] bool clear() override;
 
 private:

@@ -95,11 +95,19 @@ uint HistoryAdaptor::RestoreBackup(const QString &day, const QString &sourceApp)
     return idOrError(mCalls.restoreBackup(day, authorOfSource(sourceApp)));
 }
 
-uint HistoryAdaptor::idOrError(const Result<quint32> &restored)
+uint HistoryAdaptor::idOrError(const Result<quint32, RestoreError> &restored)
 {
-    if (!restored)
-        mObject->sendErrorReply(HistoryKeys::faultyError, restored.error().message);
-    return restored.valueOr(0);
+    if (restored)
+        return *restored;
+    using enum RestoreError::Cause;
+    const RestoreError &error = restored.error();
+    switch (error.cause) {
+    case faulty:
+    case noBackup: mObject->sendErrorReply(HistoryKeys::faultyError, error.message); break;
+    case unreadable: mObject->sendErrorReply(HistoryKeys::unreadableError, error.message); break;
+    case notSaved: refuse(History::Refusal::notSaved); break;
+    }
+    return 0;
 }
 
 void HistoryAdaptor::Clear()

@@ -42,6 +42,7 @@ public Q_SLOTS:
     QVariantMap Restore(uint id, const QString &sourceApp = {}, uint newest = 0);
     [[nodiscard]] QVariantMap Preview(uint id);
     [[nodiscard]] QVariantMap Show(uint id);
+    [[nodiscard]] QByteArray Document() const { return mCalls.document(); }
     uint RestoreDocument(const QByteArray &data, const QString &name, const QString &sourceApp = {});
     [[nodiscard]] QStringList Backups() const { return mCalls.backupDays(); }
     uint RestoreBackup(const QString &day, const QString &sourceApp = {});
@@ -52,7 +53,7 @@ Q_SIGNALS:
 
 private:
     void refuse(History::Refusal refusal);
-    uint idOrError(const Result<quint32> &restored);
+    uint idOrError(const Result<quint32, RestoreError> &restored);
 
     History &mHistory;
     HistoryCalls &mCalls;

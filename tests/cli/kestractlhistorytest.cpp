@@ -334,9 +334,9 @@ void KestractlHistoryTest::faultyDocumentIsRefused_data()
     row("binary", "bplist00xx", u"the binary property list is damaged, or has no dictionary"_s);
     row("no macros", "{\"Profiles\": []}", u"Macros: missing"_s);
     row("a wrong value",
-        "{\"Profiles\": [{\"Keys\": {\"4\": {\"command\": \"20\"}}}], \"Macros\": [], \"DeviceSettings\": "
+        "{\"Profiles\": [{\"Keys\": {\"4\": \"20\"}}], \"Macros\": [], \"DeviceSettings\": "
         "{\"ActiveProfile\": 0}}",
-        u"Profiles > 1 > Keys > 4 > command: not a number"_s);
+        u"Profiles > 1 > Keys > 4: not a dictionary"_s);
 }
 
 void KestractlHistoryTest::faultyDocumentIsRefused()

@@ -88,6 +88,9 @@ private Q_SLOTS:
     void clockWithoutADateForgetsNothing();
     void staysWithinItsSize();
     void isPrivate();
+    void saysWhyADocumentWasNotRestored();
+    void restoresAllThatItHasStored();
+    void givesTheDocumentWithTheChosenProfile();
     void clearForgetsAll();
     void clearLeavesNoFileWithADeletedMacro();
     void clearKeepsTheSettingsThatOnlyACopyHas();
@@ -1198,6 +1201,91 @@ void HistoryTest::isPrivate()
     addProfile(u"One"_s);
     QCOMPARE(QFile::permissions(path()) & ~(QFile::ReadUser | QFile::WriteUser),
              QFile::Permissions(QFile::ReadOwner | QFile::WriteOwner));
+}
+
+void HistoryTest::saysWhyADocumentWasNotRestored()
+{
+    using Cause = RestoreError::Cause;
+    const QByteArray other = QlCoreUtility::convertDictionaryToData(SettingsDocument::minimal()).value_or(QByteArray());
+    HistoryCommands &commands = mDaemon->historyCommands();
+    const QString day = u"2026-01-02"_s;
+    const QString backup = filePath(u"settings-%1.plist"_s.arg(day));
+    QVERIFY(PropertyList::writeFileAtomically(backup, other));
+    {
+        const FileSizeLimit limit(10);
+        const auto expectFailure = [] {
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u"cannot write"_s));
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot write the backup"_s));
+        };
+        expectFailure();
+        QCOMPARE(commands.restoreDocument(other, u"x"_s, u"client"_s).error().cause, Cause::notSaved);
+        expectFailure();
+        QCOMPARE(commands.restoreBackup(day, u"client"_s).error().cause, Cause::notSaved);
+    }
+    QCOMPARE(commands.restoreDocument("x", u"x"_s, u"client"_s).error().cause, Cause::faulty);
+    QCOMPARE(commands.restoreBackup(u"2026-01-03"_s, u"client"_s).error().cause, Cause::noBackup);
+    QVERIFY(QFile::remove(backup));
+    QVERIFY(QFile::link(u"/proc/self/mem"_s, backup)); // a file whose first bytes cannot be read
+    QCOMPARE(commands.restoreBackup(day, u"client"_s).error().cause, Cause::unreadable);
+    const quint32 restored = commands.restoreDocument(other, u"x"_s, u"client"_s).valueOr(0);
+    QVERIFY(restored != 0);
+    QCOMPARE(restored, lastId());
+}
+
+void HistoryTest::restoresAllThatItHasStored()
+{
+    QRandomGenerator random(11);
+    const QVariantList odd{1,
+                           -3,
+                           2.5,
+                           true,
+                           u"text"_s,
+                           u"7"_s,
+                           QByteArray("data"),
+                           QVariantList{u"Red"_s, 4},
+                           QVariantMap{{u"Red"_s, u"1"_s}},
+                           QVariantList{QVariantMap{{u"Red"_s, u"1"_s}}}};
+    const QStringList fields{u"AppInfo"_s,     u"AutoSwitchOn"_s, u"ProfileOSDOn"_s,       u"BacklightLED"_s,
+                             u"LEDKBColors"_s, u"LEDKBEffects"_s, u"BrightnessKBNormal"_s, u"Other"_s};
+    const auto any = [&random](const auto &list) { return list.at(random.bounded(int(list.size()))); };
+    int stored = 0;
+    for (int count = 0; count < 300; ++count) {
+        QVariantMap record{{any(fields), any(odd)}};
+        record.insert(u"AppInfo"_s, QVariantMap{{any(QStringList{u"application"_s, u"executable"_s}), any(odd)}});
+        record.insert(u"Keys"_s, QVariantMap{{any(QStringList{u"4"_s, u"04"_s, u"odd"_s, QString()}),
+                                              QVariantMap{{u"command"_s, any(odd)}, {u"param1"_s, any(odd)}}}});
+        QVariantMap macro = DaemonTestDocuments::macro(u"M"_s, 4);
+        macro.insert(any(QStringList{u"delay"_s, u"macroID"_s, u"MacroName"_s, u"sequence"_s, u"Other"_s}), any(odd));
+        const int kind = random.bounded(4);
+        const int status =
+            kind == 0
+                ? statusOf(Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{profile(u"P"_s), record}}})
+            : kind == 1 ? statusOf(Command::addMacro, {{u"MacroContents"_s, macro}})
+                        : statusOf(Command::updateProfile,
+                                   {{u"ProfileID"_s, random.bounded(2)}, {u"DeviceSettingsDictionary"_s, record}});
+        if (status != 0)
+            continue;
+        ++stored;
+        const QByteArray exported = mDaemon->historyCommands().document();
+        QCOMPARE(exported, contentOf(u"settings.plist"_s));
+        setBrightness(count % 4, QString::number(count));
+        const auto restored = mDaemon->historyCommands().restoreDocument(exported, u"file"_s, u"client"_s);
+        QVERIFY2(restored, qPrintable(restored ? QString() : restored.error().message));
+        QCOMPARE(contentOf(u"settings.plist"_s), exported);
+    }
+    QVERIFY2(stored > 100, qPrintable(QString::number(stored)));
+}
+
+void HistoryTest::givesTheDocumentWithTheChosenProfile()
+{
+    updateProfile(1, {{u"AutoSwitchOn"_s, 1}, {u"AppInfo"_s, QVariantMap{{u"application"_s, u"gimp"_s}}}});
+    mDaemon->setFrontApplication(FrontApplication{.windowClass = u"gimp"_s});
+    QCOMPARE(Document(mDaemon->document()).activeProfileIndex(), 1);
+    const std::optional<QVariantMap> given =
+        QlCoreUtility::convertDataToDictionary(mDaemon->historyCommands().document());
+    QVERIFY(given);
+    QCOMPARE(Document(*given).activeProfileIndex(), 0);
+    QCOMPARE(*given, storedDocument());
 }
 
 void HistoryTest::clearForgetsAll()

@@ -64,18 +64,14 @@ void DocumentFaultTest::namesThePlace_data()
     row(u"DeviceSettings"_s, QVariantList(), u"not a dictionary"_s);
     row(u"Profiles > 3"_s, 1, u"not a dictionary"_s);
     row(u"Profiles > 2 > ProfileName"_s, 5, u"not a text"_s);
-    row(u"Profiles > 2 > BrightnessKBNormal"_s, u"3"_s, u"not a number"_s);
     row(u"Profiles > 20 > Keys > 4"_s, 20, u"not a dictionary"_s);
-    row(u"Profiles > 20 > Keys > 4 > command"_s, u"20"_s, u"not a number"_s);
-    row(u"Profiles > 1 > Keys > 04"_s, QVariantMap(), u"not the number of a key"_s);
-    row(u"Profiles > 1 > AppInfo > application"_s, 1, u"not a text"_s);
-    row(u"Profiles > 1 > LEDKBColors > 1 > Red"_s, u"1"_s, u"not a number"_s);
     row(u"Macros > 7 > macroID"_s, 0, u"not a positive number"_s);
     row(u"Macros > 7 > macroID"_s, 1, u"another macro has this number"_s);
     row(u"Macros > 7 > sequence > Events"_s, QVariantMap(), u"not an array"_s);
     row(u"Macros > 7 > sequence > Events > 5 > delay"_s, u"x"_s, u"not a number"_s);
     row(u"DeviceSettings > ActiveProfile"_s, u"0"_s, u"not a number"_s);
     row(u"DeviceSettings > GameMode"_s, u"yes"_s, u"not a number"_s);
+    row(u"DeviceSettings > LastMacroID"_s, u"7"_s, u"not a number"_s);
 }
 
 void DocumentFaultTest::namesThePlace()
