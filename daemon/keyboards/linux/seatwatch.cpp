@@ -4,16 +4,18 @@
 #include "daemon/system/logging.h"
 
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int answerLimitMs = 5000;
 constexpr QLatin1StringView service{"org.freedesktop.login1"};
 constexpr QLatin1StringView managerPath{"/org/freedesktop/login1"};
 constexpr QLatin1StringView managerInterface{"org.freedesktop.login1.Manager"};
@@ -48,11 +50,24 @@ QList<Session> sessionsOf(uint user, const QDBusMessage &reply)
     return sessions;
 }
 
+/// Whether a program has the call, but does not answer, or has ended before it did.
+bool isWithoutAnswer(const QDBusMessage &reply)
+{
+    switch (QDBusError(reply).type()) {
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut: return true;
+    default: return false;
+    }
+}
+
 } // namespace
 
-SeatWatch::SeatWatch(std::function<QDBusConnection()> connect, uint user, QObject *parent)
-    : QObject(parent), mConnect(std::move(connect)), mUser(user)
+SeatWatch::SeatWatch(std::function<QDBusConnection()> connect, uint user, Times times, QObject *parent)
+    : QObject(parent), mConnect(std::move(connect)), mUser(user), mTimes(times), mPause(times.firstPause)
 {
+    mAskAgain.setSingleShot(true);
+    mAskAgain.callOnTimeout(this, &SeatWatch::ask);
 }
 
 SeatWatch::Presence SeatWatch::at(const QString &seat)
@@ -95,6 +110,7 @@ void SeatWatch::propertiesChanged(const QString &, const QVariantMap &changed)
 
 void SeatWatch::ask()
 {
+    mAskAgain.stop();
     mQuestion = {.number = mQuestion.number + 1, .sessionsLeft = 0, .seats = {}};
     const quint64 question = mQuestion.number;
     call(QDBusMessage::createMethodCall(service, managerPath, managerInterface, u"ListSessions"_s),
@@ -106,7 +122,7 @@ void SeatWatch::takeSessions(const QDBusMessage &reply, quint64 question)
     if (question != mQuestion.number)
         return;
     if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != "a(susso)"_L1)
-        return giveUp(reply.errorMessage());
+        return giveUp(reply);
     const QList<Session> sessions = sessionsOf(mUser, reply);
     mQuestion.sessionsLeft = sessions.size();
     if (sessions.isEmpty())
@@ -123,7 +139,9 @@ void SeatWatch::takeActive(const QDBusMessage &reply, const QString &seat, quint
 {
     if (question != mQuestion.number)
         return;
-    // An error means that the session has ended meanwhile.
+    if (isWithoutAnswer(reply))
+        return askLater();
+    // Another error means that the session has ended meanwhile.
     if (reply.type() == QDBusMessage::ReplyMessage
         && reply.arguments().value(0).value<QDBusVariant>().variant().toBool())
         mQuestion.seats += seat;
@@ -134,6 +152,8 @@ void SeatWatch::takeActive(const QDBusMessage &reply, const QString &seat, quint
 void SeatWatch::finish()
 {
     const bool isFirst = std::exchange(mState, State::answered) != State::answered;
+    mHasAnswered = true;
+    mPause = mTimes.firstPause;
     if (std::exchange(mSeats, mQuestion.seats) == mQuestion.seats && !isFirst)
         return;
     qCInfo(lcKeyboard, "keyboard: this user's session is active at %s",
@@ -142,18 +162,35 @@ void SeatWatch::finish()
 }
 
 /// A manager that has answered before is only restarting.
-void SeatWatch::giveUp(const QString &reason)
+void SeatWatch::giveUp(const QDBusMessage &error)
 {
-    if (mState != State::asking)
+    if (isWithoutAnswer(error))
+        return askLater();
+    if (mHasAnswered || mState != State::asking)
         return;
-    qCInfo(lcKeyboard, "keyboard: no login manager (%s), so every session counts as active", qUtf8Printable(reason));
+    qCInfo(lcKeyboard, "keyboard: no login manager (%s), so every session counts as active",
+           qUtf8Printable(error.errorMessage()));
     mState = State::withoutManager;
     Q_EMIT changed();
 }
 
+/// There is a manager, so the seat may be another user's. An earlier answer is from before the change that it was asked
+/// about.
+void SeatWatch::askLater()
+{
+    ++mQuestion.number; // the other answers to this question no longer count
+    if (mPause == mTimes.firstPause)
+        qCWarning(lcKeyboard, "keyboard: the login manager does not answer, and no keyboard is used until it does");
+    mAskAgain.start(mPause);
+    mPause = std::min(mPause * 2, longestPause);
+    if (std::exchange(mState, State::asking) != State::asking)
+        Q_EMIT changed();
+}
+
 void SeatWatch::call(const QDBusMessage &message, std::function<void(const QDBusMessage &reply)> take)
 {
-    auto *watcher = new QDBusPendingCallWatcher(mBus->asyncCall(message, answerLimitMs), this);
+    auto *watcher =
+        new QDBusPendingCallWatcher(mBus->asyncCall(message, static_cast<int>(mTimes.answer.count())), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [take = std::move(take)](QDBusPendingCallWatcher *finished) {
                 finished->deleteLater();

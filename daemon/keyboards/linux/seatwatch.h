@@ -8,8 +8,10 @@
 #include <QList>
 #include <QObject>
 #include <QSet>
+#include <QTimer>
 #include <QVariantMap>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <unistd.h>
@@ -23,17 +25,33 @@ class SeatWatch : public QObject
 
 public:
     enum class Presence {
-        unknown,  ///< the login manager has not answered yet
+        unknown,  ///< the login manager has not answered
         here,     ///< a session of this user is active at the seat, or there is no login manager
         elsewhere ///< no session of this user is active at the seat
     };
 
+    /// How long it waits for an answer, and before it asks again. Each pause is twice as long as the one before, up to
+    /// longestPause.
+    struct Times
+    {
+        std::chrono::milliseconds answer = std::chrono::seconds(5);
+        std::chrono::milliseconds firstPause = std::chrono::seconds(1);
+    };
+    static constexpr std::chrono::milliseconds longestPause = std::chrono::minutes(1);
+
     /// `connect` returns the bus of the login manager, and is called when it is first needed.
-    explicit SeatWatch(std::function<QDBusConnection()> connect = QDBusConnection::systemBus, uint user = ::getuid(),
-                       QObject *parent = nullptr);
+    explicit SeatWatch(std::function<QDBusConnection()> connect = QDBusConnection::systemBus, uint user = ::getuid())
+        : SeatWatch(std::move(connect), user, Times())
+    {
+    }
+    SeatWatch(std::function<QDBusConnection()> connect, uint user, Times times, QObject *parent = nullptr);
 
     /// `seat`: for example "seat0". The first call asks the login manager. changed() reports its answer.
     [[nodiscard]] Presence at(const QString &seat);
+
+    /// Whether the login manager did not answer in time, and will be asked again.
+    [[nodiscard]] bool willAskAgain() const { return mAskAgain.isActive(); }
+    [[nodiscard]] std::chrono::milliseconds nextPause() const { return mPause; }
 
 Q_SIGNALS:
     void changed(); ///< the result of at()
@@ -55,7 +73,8 @@ private:
     void takeSessions(const QDBusMessage &reply, quint64 question);
     void takeActive(const QDBusMessage &reply, const QString &seat, quint64 question);
     void finish();
-    void giveUp(const QString &reason);
+    void giveUp(const QDBusMessage &error);
+    void askLater();
     /// Calls `take` with the reply, which may be an error.
     void call(const QDBusMessage &message, std::function<void(const QDBusMessage &reply)> take);
 
@@ -63,9 +82,13 @@ private:
 
     std::function<QDBusConnection()> mConnect;
     uint mUser;
+    Times mTimes;
     std::unique_ptr<QDBusConnection> mBus;
     QDBusServiceWatcher mManagerWatch;
     State mState = State::idle;
+    bool mHasAnswered = false;
+    QTimer mAskAgain;
+    std::chrono::milliseconds mPause; // before asking again
     Question mQuestion;
     QSet<QString> mSeats; // with an active session of this user
 };

@@ -4,6 +4,7 @@
 #include "tests/daemon/keyboards/linux/standinlogin.h"
 #include "tests/support/testmain.h"
 
+#include <QDBusConnectionInterface>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -16,6 +17,7 @@ namespace {
 
 constexpr uint user = 1000;
 constexpr uint otherUser = 1001;
+constexpr SeatWatch::Times times{.answer = std::chrono::milliseconds(200), .firstPause = std::chrono::milliseconds(10)};
 
 } // namespace
 
@@ -35,8 +37,13 @@ private Q_SLOTS:
     void everySeatIsOursWithoutABus();
     void everySeatIsOursIfTheManagerRefuses();
     void keepsTheAnswerWhileTheManagerRestarts();
+    void noSeatIsOursWhileTheManagerIsSilent_data();
+    void noSeatIsOursWhileTheManagerIsSilent();
+    void anEarlierAnswerDoesNotCountWhileTheManagerIsSilent();
+    void managerThatEndsWithoutAnAnswerHasAnsweredBefore();
 
 private:
+    void useShortTimes() { mWatch = std::make_unique<SeatWatch>(QDBusConnection::sessionBus, user, times); }
     [[nodiscard]] Presence presence() { return mWatch->at(u"seat0"_s); }
 
     std::unique_ptr<StandInLogin> mLogin;
@@ -154,6 +161,63 @@ void SeatWatchTest::keepsTheAnswerWhileTheManagerRestarts()
     mLogin->registerAgain();
     QTRY_COMPARE(presence(), Presence::here);
     QCOMPARE(changed.size(), 1);
+}
+
+void SeatWatchTest::noSeatIsOursWhileTheManagerIsSilent_data()
+{
+    QTest::addColumn<QString>("method");
+    QTest::newRow("sessions") << u"ListSessions"_s;
+    QTest::newRow("state of a session") << u"Get"_s;
+}
+
+void SeatWatchTest::noSeatIsOursWhileTheManagerIsSilent()
+{
+    QFETCH(QString, method);
+    useShortTimes();
+    mLogin->set({{u"1"_s, user, u"seat0"_s, true}});
+    mLogin->ignore(method);
+    QSignalSpy changed(mWatch.get(), &SeatWatch::changed);
+    QCOMPARE(presence(), Presence::unknown);
+    QTRY_VERIFY(mWatch->nextPause() >= times.firstPause * 4);
+    QVERIFY(mLogin->ignoredCalls() >= 2);
+    QCOMPARE(presence(), Presence::unknown);
+    QCOMPARE(changed.size(), 0);
+    mLogin->ignore({});
+    QTRY_COMPARE(presence(), Presence::here);
+    QVERIFY(!mWatch->willAskAgain());
+    QCOMPARE(mWatch->nextPause(), times.firstPause);
+}
+
+void SeatWatchTest::anEarlierAnswerDoesNotCountWhileTheManagerIsSilent()
+{
+    useShortTimes();
+    mLogin->set({{u"1"_s, user, u"seat0"_s, true}});
+    QTRY_COMPARE(presence(), Presence::here);
+    QSignalSpy changed(mWatch.get(), &SeatWatch::changed);
+    mLogin->ignore(u"ListSessions"_s);
+    mLogin->setActive(u"1"_s, false);
+    QTRY_COMPARE(presence(), Presence::unknown);
+    QVERIFY(!changed.isEmpty());
+    mLogin->ignore({});
+    QTRY_COMPARE(presence(), Presence::elsewhere);
+}
+
+void SeatWatchTest::managerThatEndsWithoutAnAnswerHasAnsweredBefore()
+{
+    useShortTimes();
+    mLogin->set({{u"1"_s, user, u"seat0"_s, false}});
+    QTRY_COMPARE(presence(), Presence::elsewhere);
+    mLogin->ignore(u"ListSessions"_s);
+    mLogin->announceSeat(u"seat0"_s);
+    QTRY_COMPARE(presence(), Presence::unknown);
+    mLogin->unregister();
+    QTRY_VERIFY(!mWatch->willAskAgain()); // it is asked again
+    QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.freedesktop.login1"_s));
+    QCoreApplication::processEvents(); // the bus has answered in order: there is none
+    QCOMPARE(presence(), Presence::unknown);
+    mLogin->ignore({});
+    mLogin->registerAgain();
+    QTRY_COMPARE(presence(), Presence::elsewhere);
 }
 
 QTEST_GUILESS_MAIN(SeatWatchTest)

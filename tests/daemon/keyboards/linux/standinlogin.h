@@ -38,6 +38,9 @@ public:
 
     [[nodiscard]] int questions() const { return mQuestions; } ///< how often the sessions were listed
     void refuse(bool isRefusing) { mIsRefusing = isRefusing; }
+    /// The next calls of this method, "ListSessions" or "Get", get no answer; empty: of none.
+    void ignore(const QString &method) { mIgnored = method; }
+    [[nodiscard]] int ignoredCalls() const { return mIgnoredCalls; }
     void registerAgain() { mBus.registerService(QStringLiteral("org.freedesktop.login1")); }
     void unregister() { mBus.unregisterService(QStringLiteral("org.freedesktop.login1")); }
 
@@ -66,6 +69,10 @@ public:
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
+        if (message.member() == mIgnored) {
+            ++mIgnoredCalls;
+            return true;
+        }
         if (message.member() == QLatin1StringView("ListSessions")) {
             ++mQuestions;
             return connection.send(mIsRefusing
@@ -94,7 +101,9 @@ private:
 
     QDBusConnection mBus;
     QList<Session> mSessions;
+    QString mIgnored;
     int mQuestions = 0;
+    int mIgnoredCalls = 0;
     bool mIsRefusing = false;
 };
 
