@@ -24,9 +24,9 @@ QString nodeProblem(const QString &node, const QString &deviceId, int error)
     case EACCES:
     case EPERM: return u"No right to open %1. %2"_s.arg(node, deviceRightsRemedy(deviceId));
     case EBUSY:
-        return u"Another program has grabbed %1. End it (\"sudo fuser -v %1\" lists the programs that have it open), "
-               u"then "
-               u"choose the keyboard again."_s.arg(node);
+        return u"Another program has grabbed %1. End it (\"sudo fuser -v %1\" lists the programs that have it open). "
+               u"Within %2 seconds after that, the daemon uses the keyboard."_s.arg(node)
+                   .arg(LinuxDevices::longestRetryPause.count());
     case ENOENT:
     case ENODEV: return u"%1 is gone. Plug the keyboard in again."_s.arg(node);
     default:
@@ -106,12 +106,18 @@ LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Se
 }
 
 LinuxDevices::LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Services services, QObject *parent)
-    : DeviceSource(parent), mSource(nodes), mKeyboard(keyboard), mServices(std::move(services))
+    : DeviceSource(parent), mSource(nodes), mKeyboard(keyboard), mServices(std::move(services)),
+      mNextRetryPause(mServices.firstRetryPause)
 {
     connect(&mSource, &EventDeviceSource::changed, this, &LinuxDevices::lookAgain);
     mMove.setSingleShot(true);
     mMove.setInterval(mServices.settlingTime);
     mMove.callOnTimeout(this, &LinuxDevices::followMovedKeyboards);
+    mRetry.setSingleShot(true);
+    mRetry.callOnTimeout(this, [this] {
+        mNextRetryPause = std::min<std::chrono::milliseconds>(mNextRetryPause * 2, longestRetryPause);
+        synchronize();
+    });
     connect(&mKeyboard, &LinuxKeyboard::nodeChanged, this, &LinuxDevices::nodeChanged);
     connect(&mKeyboard, &LinuxKeyboard::releaseChordPressed, this, &LinuxDevices::ungrabEveryKeyboard);
     connect(&mKeyboard, &LinuxKeyboard::realTimeChanged, this, &LinuxDevices::changed);
@@ -330,6 +336,8 @@ QList<ChosenDevice> LinuxDevices::absentChoices(const QList<KeyboardInfo> &prese
 
 void LinuxDevices::lookAgain()
 {
+    mNextRetryPause = mServices.firstRetryPause; // something has changed
+    mRetry.stop();
     synchronize();
     Q_EMIT changed();
 }
@@ -471,6 +479,17 @@ void LinuxDevices::synchronize()
     if (mChoices.isEmpty())
         setWanted(false);
     mSource.watchRights(areRightsMissing());
+    watchForTaken();
+}
+
+void LinuxDevices::watchForTaken()
+{
+    const bool isTaken =
+        std::ranges::any_of(mNodes, [](const Node &node) { return obstacleOf(node.error) == DeviceObstacle::taken; });
+    if (!isTaken)
+        mRetry.stop();
+    else if (!mRetry.isActive())
+        mRetry.start(mNextRetryPause);
 }
 
 bool LinuxDevices::areRightsMissing() const
@@ -513,7 +532,10 @@ void LinuxDevices::nodeChanged(int id, EventDevice::State state, int error)
     if (state == EventDevice::State::gone || state == EventDevice::State::ungrabbed) {
         mKeyboard.removeNode(id);
         mNodes.erase(node);
+    } else if (state == EventDevice::State::grabbed) {
+        mNextRetryPause = mServices.firstRetryPause;
     }
+    watchForTaken();
     updateAttachment();
     Q_EMIT changed();
 }
@@ -536,6 +558,7 @@ void LinuxDevices::ungrabEveryKeyboard()
     for (const Node &node : std::as_const(mNodes))
         mKeyboard.removeNode(node.id);
     mNodes.clear();
+    watchForTaken();
     updateAttachment();
     Q_EMIT releaseChordPressed();
     Q_EMIT changed();

@@ -34,7 +34,12 @@ public:
         /// How long a keyboard must be the only one of its make before it can be a chosen one at another port. The
         /// keyboards of one hub appear one after the other, the chosen one perhaps last.
         std::chrono::milliseconds settlingTime = std::chrono::seconds(5);
+        /// Before the second attempt to grab a keyboard that another program has. Each later pause is twice as long, up
+        /// to longestRetryPause.
+        std::chrono::milliseconds firstRetryPause = std::chrono::milliseconds(500);
     };
+
+    static constexpr std::chrono::seconds longestRetryPause{30};
 
     /// All must outlive this. Opens the machine's own files.
     LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, SeatWatch &seats, QObject *parent = nullptr);
@@ -53,6 +58,12 @@ public:
 
     /// Whether a chosen keyboard seems to be at another port, which is decided after the settling time.
     [[nodiscard]] bool isSettling() const { return mMove.isActive(); }
+    /// The pause before the next attempt to grab a chosen keyboard that another program has; 0 if there is none. The
+    /// kernel does not report when that program releases it.
+    [[nodiscard]] std::chrono::milliseconds retryPause() const
+    {
+        return mRetry.isActive() ? mRetry.intervalAsDuration() : std::chrono::milliseconds(0);
+    }
     /// Grabs and releases what may now be grabbed, or no longer.
     void lookAgain();
 
@@ -109,6 +120,8 @@ private:
     /// Whether a chosen keyboard or the output device cannot be opened.
     [[nodiscard]] bool areRightsMissing() const;
     void synchronize();
+    /// Ensures that another attempt follows while a node is grabbed by another program.
+    void watchForTaken();
     void add(Node node);
     void nodeChanged(int id, EventDevice::State state, int error);
     /// Logs the node's problem, unless it is the one that the log already has. False if it is.
@@ -123,6 +136,8 @@ private:
     QList<ChosenDevice> mChoices;
     QList<ChosenDevice> mOthers; // keyboards that were seen beside the chosen one of their make
     QTimer mMove;                // see isSettling()
+    QTimer mRetry;               // see retryPause()
+    std::chrono::milliseconds mNextRetryPause;
     QList<Node> mNodes;
     QSet<QString> mSuspended;                // system paths of nodes; ignored until they are plugged in again
     QHash<QString, QString> mLoggedProblems; // by the system paths of nodes

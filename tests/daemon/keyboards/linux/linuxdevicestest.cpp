@@ -9,11 +9,15 @@
 #include "tests/daemon/keyboards/linux/outputpipe.h"
 #include "tests/support/testmain.h"
 
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <map>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -42,6 +46,9 @@ private:
 };
 
 const ChosenDevice chosen{.vendor = 0x1209, .product = 0xAB, .serial = {}, .path = {}};
+
+constexpr std::chrono::milliseconds firstRetryPause(20);
+constexpr std::chrono::milliseconds noPause(0);
 
 } // namespace
 
@@ -81,6 +88,10 @@ private Q_SLOTS:
     void deviceOfAnotherProgramIsReported();
     void missingRightIsLoggedOncePerChange();
     void deviceOfAnotherProgramIsLoggedOnce();
+    void deviceThatAnotherProgramReleasesIsUsed();
+    void pausesGrowWhileAnotherProgramHasTheDevice();
+    void nothingWaitsForADeviceThatIsNotWanted_data();
+    void nothingWaitsForADeviceThatIsNotWanted();
     void keysReachTheComputer();
     void reportsVersionAndAttachment();
     void givesKeyboardsUpWhileAnotherSessionIsActive();
@@ -146,7 +157,8 @@ void LinuxDevicesTest::init()
                 [this](const QString &seat) {
                     return mPresence.contains(seat) ? mPresence[seat] : SeatWatch::Presence::here;
                 },
-            .settlingTime = std::chrono::milliseconds(50)});
+            .settlingTime = std::chrono::milliseconds(50),
+            .firstRetryPause = firstRetryPause});
     for (int number = 1; number <= 4; ++number)
         (void)fake(number);
     EventDeviceInfo other = keyboardNode(3, u"/b"_s);
@@ -622,6 +634,72 @@ void LinuxDevicesTest::deviceOfAnotherProgramIsLoggedOnce()
     mSource->set(mSource->nodes());
     QTRY_VERIFY(changed.size() >= 2); // the second one is the result of another attempt
     QCOMPARE(log.lines, before);
+}
+
+// The daemon of another user still has it when the seat changes.
+void LinuxDevicesTest::deviceThatAnotherProgramReleasesIsUsed()
+{
+    const LogOfDevice1 log;
+    const auto attempts = std::make_shared<std::atomic<int>>(0);
+    fake(1).setBeforeGrab([attempts] { ++*attempts; });
+    fake(1).setGrabError(EBUSY);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
+    QTRY_VERIFY(*attempts >= 3);
+    QTRY_VERIFY(mDevices->status().problem.contains("Another program"_L1));
+    QTRY_VERIFY(fake(2).isGrabbed());
+    QCOMPARE(log.lines.filter(u"Another program"_s).size(), 1);
+    fake(1).setGrabError(0);
+    QTRY_COMPARE(mDevices->status().grabs.size(), 2);
+    QCOMPARE(mDevices->retryPause(), noPause);
+    QCOMPARE(mDevices->status().problem, QString());
+}
+
+void LinuxDevicesTest::pausesGrowWhileAnotherProgramHasTheDevice()
+{
+    QList<std::chrono::milliseconds> pauses; // each once
+    const QMetaObject::Connection connection = connect(mDevices.get(), &DeviceSource::changed, this, [&pauses, this] {
+        const std::chrono::milliseconds pause = mDevices->retryPause();
+        if (pause != noPause && (pauses.isEmpty() || pauses.last() != pause))
+            pauses += pause;
+    });
+    const auto end = qScopeGuard([&connection] { disconnect(connection); });
+    fake(1).setGrabError(EBUSY);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
+    QTRY_VERIFY(pauses.size() >= 4);
+    QCOMPARE(pauses.first(4), (QList{firstRetryPause, firstRetryPause * 2, firstRetryPause * 4, firstRetryPause * 8}));
+    pauses.clear();
+    mDevices->lookAgain(); // at a change of the seat
+    QTRY_VERIFY(!pauses.isEmpty());
+    QCOMPARE(pauses.first(), firstRetryPause);
+}
+
+void LinuxDevicesTest::nothingWaitsForADeviceThatIsNotWanted_data()
+{
+    QTest::addColumn<QString>("event");
+    for (const QString &event : {u"released"_s, u"unplugged"_s, u"release chord"_s, u"another user"_s, u"no right"_s})
+        QTest::newRow(qPrintable(event)) << event;
+}
+
+void LinuxDevicesTest::nothingWaitsForADeviceThatIsNotWanted()
+{
+    QFETCH(QString, event);
+    fake(1).setGrabError(EBUSY);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
+    QTRY_VERIFY(mDevices->retryPause() >= firstRetryPause * 4 && fake(2).isGrabbed());
+    if (event == "released"_L1) {
+        mDevices->release();
+    } else if (event == "unplugged"_L1) {
+        mSource->set({});
+    } else if (event == "release chord"_L1) {
+        Q_EMIT mKeyboard->releaseChordPressed();
+    } else if (event == "another user"_L1) {
+        mPresence[u"seat0"_s] = SeatWatch::Presence::elsewhere;
+        mDevices->lookAgain();
+    } else {
+        mErrors[u"/dev/input/event1"_s] = EACCES; // which has a watch of its own
+        mDevices->lookAgain();
+    }
+    QCOMPARE(mDevices->retryPause(), noPause);
 }
 
 void LinuxDevicesTest::keysReachTheComputer()
