@@ -9,6 +9,8 @@
 #include "tests/daemon/keyboards/linux/outputpipe.h"
 #include "tests/support/testmain.h"
 
+#include <QDir>
+#include <QFile>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
@@ -18,6 +20,7 @@
 #include <chrono>
 #include <map>
 #include <memory>
+#include <sched.h>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +47,18 @@ public:
 private:
     QtMessageHandler mBefore;
 };
+
+/// A thread of this process; 0 if there is none.
+pid_t threadNamed(const QByteArray &name)
+{
+    const QDir threads(u"/proc/self/task"_s);
+    for (const QString &id : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(threads.filePath(id + "/comm"_L1));
+        if (file.open(QIODevice::ReadOnly) && file.readAll().trimmed() == name)
+            return id.toInt();
+    }
+    return 0;
+}
 
 const ChosenDevice chosen{.vendor = 0x1209, .product = 0xAB, .serial = {}, .path = {}};
 
@@ -93,6 +108,7 @@ private Q_SLOTS:
     void nothingWaitsForADeviceThatIsNotWanted_data();
     void nothingWaitsForADeviceThatIsNotWanted();
     void keysReachTheComputer();
+    void realTimeIsThePolicyOfTheKeyThread();
     void reportsVersionAndAttachment();
     void givesKeyboardsUpWhileAnotherSessionIsActive();
     void waitsForTheLoginManager();
@@ -719,6 +735,29 @@ void LinuxDevicesTest::keysReachTheComputer()
     QCOMPARE(mPipe->keys().last(), u"164 up"_s);
     QVERIFY(!fake(2).isOpen());
     mDevices.reset();
+}
+
+void LinuxDevicesTest::realTimeIsThePolicyOfTheKeyThread()
+{
+    QSignalSpy known(mKeyboard.get(), &LinuxKeyboard::realTimeChanged);
+    QVERIFY(mDevices->use({u"1209:00ab"_s}));
+    QTRY_VERIFY(!known.isEmpty()); // the thread has requested its priority
+    const pid_t thread = threadNamed("keys");
+    QVERIFY(thread != 0);
+    const sched_param ordinary = {};
+    QCOMPARE(::sched_setscheduler(thread, SCHED_OTHER | SCHED_RESET_ON_FORK, &ordinary), 0);
+    QVERIFY(!mKeyboard->keyThread()->isRealTime());
+    QVERIFY(!mDevices->status().isRealTime);
+    const sched_param lowest = {.sched_priority = 1};
+    for (const int policy : {SCHED_FIFO, SCHED_RR}) {
+        if (::sched_setscheduler(thread, policy | SCHED_RESET_ON_FORK, &lowest) != 0)
+            QSKIP("the system does not allow real-time priority");
+        QVERIFY(mKeyboard->keyThread()->isRealTime());
+        QVERIFY(mDevices->status().isRealTime);
+    }
+    QCOMPARE(::sched_setscheduler(thread, SCHED_OTHER | SCHED_RESET_ON_FORK, &ordinary), 0); // as RealtimeKit does
+    QVERIFY(!mKeyboard->keyThread()->isRealTime());
+    QVERIFY(!mDevices->status().isRealTime);
 }
 
 void LinuxDevicesTest::reportsVersionAndAttachment()
