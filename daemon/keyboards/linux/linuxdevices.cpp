@@ -143,6 +143,14 @@ QList<InputDevice> LinuxDevices::devices() const
     return devices;
 }
 
+QList<ChosenDevice> LinuxDevices::choices() const
+{
+    QList<ChosenDevice> choices = mChoices;
+    for (const StandIn &standIn : mStandIns)
+        std::ranges::replace(choices, standIn.used, standIn.chosen);
+    return choices;
+}
+
 DeviceStatus LinuxDevices::status() const
 {
     DeviceStatus status;
@@ -255,10 +263,17 @@ Result<void, UseError> LinuxDevices::useAlso(const QStringList &ids)
             mSuspended.remove(node.systemPath);
         const bool isChosen = std::ranges::any_of(
             chosen, [&](const KeyboardInfo &other) { return other.device.id == keyboard.device.id; });
+        // The user means this one, and has not released the other one.
+        const ChosenDevice choice = choiceOf(keyboard.device);
+        const auto standIn = std::ranges::find(mStandIns, choice, &StandIn::used);
+        if (standIn != mStandIns.end()) {
+            mChoices += standIn->chosen;
+            mStandIns.erase(standIn);
+        }
         if (isChosen)
             continue;
-        mChoices += choiceOf(keyboard.device);
-        mOthers.removeAll(choiceOf(keyboard.device));
+        mChoices += choice;
+        mOthers.removeAll(choice);
     }
     lookAgain();
     return {};
@@ -272,6 +287,8 @@ void LinuxDevices::useWhenPresent(const QList<ChosenDevice> &choices)
 void LinuxDevices::choose(const QList<ChosenDevice> &choices)
 {
     mChoices = choices;
+    mStandIns.clear();
+    mSeen.clear();
     mOthers.clear();
     mSuspended.clear();
     lookAgain();
@@ -317,6 +334,7 @@ Result<void, UseError> LinuxDevices::releaseThese(const QStringList &ids)
             left += mChoices.at(index);
     }
     mChoices = left;
+    mStandIns.removeIf([&left](const StandIn &standIn) { return !left.contains(standIn.used); });
     if (left.isEmpty())
         mSuspended.clear();
     lookAgain();
@@ -430,6 +448,12 @@ bool LinuxDevices::hasOutput()
 void LinuxDevices::watchForMoves()
 {
     const QList<InputDevice> present = mChoices.isEmpty() ? QList<InputDevice>() : devicesOf(keyboards());
+    endStandIns(present);
+    for (const InputDevice &device : present) {
+        const ChosenDevice choice = choiceOf(device);
+        if (mChoices.contains(choice) && !mSeen.contains(choice))
+            mSeen += choice;
+    }
     for (const ChosenDevice &other : othersBesideChosen(present, mChoices)) {
         if (!mOthers.contains(other))
             mOthers += other;
@@ -440,14 +464,40 @@ void LinuxDevices::watchForMoves()
         mMove.start();
 }
 
+void LinuxDevices::endStandIns(const QList<InputDevice> &present)
+{
+    mStandIns.removeIf([&](const StandIn &standIn) {
+        const bool isBack =
+            std::ranges::any_of(present, [&](const InputDevice &device) { return choiceOf(device) == standIn.chosen; });
+        if (!isBack)
+            return false;
+        std::ranges::replace(mChoices, standIn.used, standIn.chosen);
+        mOthers += standIn.used;
+        return true;
+    });
+}
+
 void LinuxDevices::followMovedKeyboards()
 {
     const QList<ChosenDevice> moved = movedChoices(devicesOf(keyboards()), mChoices, mOthers);
-    if (std::exchange(mChoices, moved) == moved)
+    if (moved == mChoices)
         return;
+    const QList<ChosenDevice> before = choices();
+    for (qsizetype index = 0; index < moved.size(); ++index) {
+        const ChosenDevice &choice = mChoices.at(index);
+        if (choice == moved.at(index))
+            continue;
+        const auto standIn = std::ranges::find(mStandIns, choice, &StandIn::used);
+        if (standIn != mStandIns.end())
+            standIn->used = moved.at(index);
+        else if (!mSeen.contains(choice))
+            mStandIns += {.chosen = choice, .used = moved.at(index)};
+    }
+    mChoices = moved;
     qCInfo(lcKeyboard, "keyboard: a chosen keyboard was found at another port");
     lookAgain();
-    Q_EMIT choiceMoved();
+    if (choices() != before)
+        Q_EMIT choiceMoved();
 }
 
 /// Removes unwanted nodes, and adds wanted ones that were absent or failed.

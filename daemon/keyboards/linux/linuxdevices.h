@@ -46,7 +46,7 @@ public:
     LinuxDevices(EventDeviceSource &nodes, LinuxKeyboard &keyboard, Services services, QObject *parent = nullptr);
 
     [[nodiscard]] QList<InputDevice> devices() const override;
-    [[nodiscard]] QList<ChosenDevice> choices() const override { return mChoices; }
+    [[nodiscard]] QList<ChosenDevice> choices() const override;
     [[nodiscard]] DeviceStatus status() const override;
 
     /// An id may also be an unambiguous beginning of one ("046d:c31c"), or one of the keyboard's nodes.
@@ -80,6 +80,15 @@ private:
     {
         DeviceObstacle obstacle = DeviceObstacle::none;
         QString text = {};
+    };
+
+    /// A keyboard without a serial number at another port than the chosen one, which was not attached since it was
+    /// chosen or loaded. It may be the chosen one, or another of its make. It is used until a keyboard is at the chosen
+    /// port.
+    struct StandIn
+    {
+        ChosenDevice chosen;
+        ChosenDevice used;
     };
 
     /// A node of an attached keyboard that is chosen.
@@ -116,6 +125,8 @@ private:
     [[nodiscard]] bool hasOutput();
     void choose(const QList<ChosenDevice> &choices);
     void watchForMoves();
+    /// Uses the chosen keyboards again that have returned.
+    void endStandIns(const QList<InputDevice> &present);
     void followMovedKeyboards();
     /// Whether a chosen keyboard or the output device cannot be opened.
     [[nodiscard]] bool areRightsMissing() const;
@@ -133,10 +144,12 @@ private:
     EventDeviceSource &mSource;
     LinuxKeyboard &mKeyboard;
     Services mServices;
-    QList<ChosenDevice> mChoices;
-    QList<ChosenDevice> mOthers; // keyboards that were seen beside the chosen one of their make
-    QTimer mMove;                // see isSettling()
-    QTimer mRetry;               // see retryPause()
+    QList<ChosenDevice> mChoices; // with the ports of stand-ins
+    QList<StandIn> mStandIns;     // for some of mChoices
+    QList<ChosenDevice> mSeen;    // those of mChoices that were attached since they were chosen or loaded
+    QList<ChosenDevice> mOthers;  // keyboards that were seen beside the chosen one of their make
+    QTimer mMove;                 // see isSettling()
+    QTimer mRetry;                // see retryPause()
     std::chrono::milliseconds mNextRetryPause;
     QList<Node> mNodes;
     QSet<QString> mSuspended;                // system paths of nodes; ignored until they are plugged in again

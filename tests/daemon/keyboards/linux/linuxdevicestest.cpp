@@ -97,6 +97,9 @@ private Q_SLOTS:
     void keyboardWithoutANumberIsFoundAtAnotherPort();
     void chosenKeyboardThatAppearsLastIsUsed();
     void ofTwoAtOtherPortsNeitherIsUsed();
+    void keyboardFoundElsewhereAfterTheStartDoesNotReplaceTheChosenOne();
+    void keyboardFoundElsewhereTwiceDoesNotReplaceTheChosenOne();
+    void keyboardFoundElsewhereCanBeReleasedOrChosen();
     void releaseUngrabsAndForgets();
     void keyboardsAreWantedBeforeTheyAreGrabbed();
     void releaseChordReleasesThemUntilTheyAreChosenOrPluggedInAgain();
@@ -122,6 +125,19 @@ private:
         if (!place)
             place = std::make_unique<FakeNode>();
         return *place;
+    }
+    /// The keyboard without a serial number as event device `number`, at "port<port>".
+    [[nodiscard]] static EventDeviceInfo atPort(int port, int number)
+    {
+        EventDeviceInfo info = keyboardNode(number, u"/at%1"_s.arg(port));
+        info.path = u"port%1"_s.arg(port);
+        return info;
+    }
+    [[nodiscard]] static ChosenDevice chosenAt(int port)
+    {
+        ChosenDevice choice = chosen;
+        choice.path = u"port%1"_s.arg(port);
+        return choice;
     }
     /// The keys act from now on; nothing is assigned.
     void startKeys()
@@ -551,6 +567,63 @@ void LinuxDevicesTest::ofTwoAtOtherPortsNeitherIsUsed()
     QVERIFY(!mDevices->isSettling());
     QCOMPARE(mDevices->status().state, DeviceState::absent);
     QVERIFY(!fake(1).isOpen() && !fake(3).isOpen());
+}
+
+// The chosen one may have been moved while the computer was off, or be unplugged beside another of its make.
+void LinuxDevicesTest::keyboardFoundElsewhereAfterTheStartDoesNotReplaceTheChosenOne()
+{
+    QSignalSpy moved(mDevices.get(), &LinuxDevices::choiceMoved);
+    mSource->set({atPort(2, 4)});
+    mDevices->useWhenPresent({chosenAt(1)});
+    QTRY_VERIFY(fake(4).isGrabbed());
+    QCOMPARE(mDevices->choices(), QList{chosenAt(1)});
+    QCOMPARE(moved.size(), 0);
+    mSource->set({atPort(2, 4), atPort(1, 1)});
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event1"_s});
+    QTRY_VERIFY(!fake(4).isOpen());
+    QCOMPARE(mDevices->choices(), QList{chosenAt(1)});
+    // Now they are known to be two.
+    fake(1).unplug();
+    mSource->set({atPort(2, 4)});
+    QVERIFY(!mDevices->isSettling());
+    QVERIFY(!fake(4).isOpen());
+    QCOMPARE(moved.size(), 0);
+}
+
+void LinuxDevicesTest::keyboardFoundElsewhereTwiceDoesNotReplaceTheChosenOne()
+{
+    QSignalSpy moved(mDevices.get(), &LinuxDevices::choiceMoved);
+    mSource->set({atPort(2, 4)});
+    mDevices->useWhenPresent({chosenAt(1)});
+    QTRY_VERIFY(fake(4).isGrabbed());
+    fake(4).unplug();
+    mSource->set({});
+    mSource->set({atPort(3, 3)});
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event3"_s});
+    QCOMPARE(mDevices->choices(), QList{chosenAt(1)});
+    QCOMPARE(moved.size(), 0);
+    mSource->set({atPort(3, 3), atPort(1, 1)});
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event1"_s});
+}
+
+void LinuxDevicesTest::keyboardFoundElsewhereCanBeReleasedOrChosen()
+{
+    mSource->set({atPort(2, 4)});
+    mDevices->useWhenPresent({chosenAt(1)});
+    QTRY_VERIFY(fake(4).isGrabbed());
+    QVERIFY(mDevices->useAlso({u"1209:00ab:port2"_s}));
+    QCOMPARE(mDevices->choices(), (QList{chosenAt(2), chosenAt(1)}));
+    mSource->set({atPort(2, 4), atPort(1, 1)});
+    QTRY_COMPARE(mDevices->status().grabs.size(), 2);
+
+    mSource->set({atPort(2, 4)});
+    mDevices->useWhenPresent({chosenAt(1)});
+    QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event4"_s});
+    QVERIFY(mDevices->releaseThese({u"1209:00ab:port2"_s}));
+    QCOMPARE(mDevices->choices(), QList<ChosenDevice>());
+    mSource->set({atPort(2, 4), atPort(1, 1)});
+    QCOMPARE(mDevices->status().state, DeviceState::released);
+    QCOMPARE(mDevices->choices(), QList<ChosenDevice>());
 }
 
 void LinuxDevicesTest::releaseUngrabsAndForgets()
