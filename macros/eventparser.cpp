@@ -150,7 +150,7 @@ QStringList eventParser::getMessagesArray(const QVariantList &sequence)
     for (const QVariant &event : sequence)
         lines += parseSequence(event.toMap());
     if (!lines.isEmpty())
-        lines.removeFirst(); // the first event's delay line: the list never opens with a delay
+        lines.removeFirst(); // the first event's delay line
     return lines;
 }
 

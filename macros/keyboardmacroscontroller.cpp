@@ -312,8 +312,7 @@ void KeyboardMacrosController::explainEdit()
     if (!edit)
         return; // the menus are not built yet
     const MacroCommands::EventListState state = eventListState();
-    const bool isOutOfReach =
-        eventRow() >= 0 && !state.hasSeveralRows && !MacroCommands::isEditableRow(macroRow(), eventRow());
+    const bool isOutOfReach = eventRow() >= 0 && !state.hasSeveralRows && !MacroCommands::canEditSelection(state);
     const bool isMacroOutOfReach = macroRow() > MacroCommands::lastRowInReach;
     const char *reason = isMacroOutOfReach ? "lkeyEditMacroTooFarTip" : "lkeyEditTooFarTip";
     edit->setToolTip(isOutOfReach ? localizedText(reason) : QString());

@@ -72,6 +72,7 @@ public:
     [[nodiscard]] MacroDelegate *macroDelegate() const { return mMacroDelegate; }
     [[nodiscard]] QVariantList macrosSettingsArray() const { return mMacrosSettingsArray; }
     [[nodiscard]] QStringList macroDetailsArray() const { return mLines.shown(); }
+    [[nodiscard]] MacroCommands::EventListState eventListState() const;
     /// True while a recording, new or appended, runs. Also true from the start of a single-key capture until Stop or OK
     /// ends it; Cancel does not.
     [[nodiscard]] bool isRecordingOrCapturing() const;

@@ -34,6 +34,7 @@ MacroCommands::EventListState KeyboardMacrosController::eventListState() const
     return {.lineCount = int(mLines.shown().size()),
             .selectedRow = eventRow(),
             .macroRow = macroRow(),
+            .isDelaySelected = mLines.isDelay(eventRow()),
             .hasSeveralRows = mMacroDetailsTableView->selectedRows().size() > 1,
             .canPaste = EventsClip::offersEvents(QGuiApplication::clipboard()->mimeData())};
 }
@@ -97,7 +98,7 @@ void KeyboardMacrosController::removeAllEvents()
 void KeyboardMacrosController::copySelectedDelayToAll()
 {
     const int row = eventRow();
-    if (mLines.shown().isEmpty() || row <= 0 || row % 2 == 0 || eventListState().hasSeveralRows)
+    if (!mLines.isDelay(row) || eventListState().hasSeveralRows)
         return;
     // Deliberate: the first argument is the row whose delay is copied, not a time. The daemon looks the delay up.
     if (mMacroDelegate)
@@ -116,10 +117,10 @@ void KeyboardMacrosController::removeAllDelays()
 
 void KeyboardMacrosController::editSelectedEvent()
 {
-    const int row = eventRow();
-    if (!MacroCommands::isEditableRow(macroRow(), row) || eventListState().hasSeveralRows)
+    const MacroCommands::EventListState state = eventListState();
+    if (!MacroCommands::canEditSelection(state) || state.hasSeveralRows)
         return;
-    if (row % 2 == 1)
+    if (state.isDelaySelected)
         openDelaySheet();
     else
         openEventSheet();

@@ -31,10 +31,9 @@ bool isEventInReach(int macroRow, int eventRow)
     return macroRow >= 0 && macroRow <= lastRowInReach && eventRow >= 0 && eventRow <= lastRowInReach;
 }
 
-bool isEditableRow(int macroRow, int eventRow)
+bool canEditSelection(const EventListState &state)
 {
-    const bool isDelay = eventRow >= 0 && eventRow % 2 == 1;
-    return isDelay || isEventInReach(macroRow, eventRow);
+    return state.isDelaySelected || isEventInReach(state.macroRow, state.selectedRow);
 }
 
 bool isEnabledForList(int tag, bool isMacroSelected)
@@ -55,13 +54,13 @@ bool isEnabledInEventGearMenu(int tag, const EventListState &state)
     if (state.hasSeveralRows && (tag == edit || tag == copyDelay))
         return false;
     if (tag == edit)
-        return isEditableRow(state.macroRow, state.selectedRow);
-    return tag != copyDelay || state.selectedRow % 2 == 1;
+        return canEditSelection(state);
+    return tag != copyDelay || state.isDelaySelected;
 }
 
 bool isEnabledInEventContextMenu(int tag, const EventListState &state)
 {
-    const bool isEventSelected = state.lineCount > 0 && state.selectedRow >= 0 && state.selectedRow % 2 == 0;
+    const bool isEventSelected = state.lineCount > 0 && state.selectedRow >= 0 && !state.isDelaySelected;
     return isEnabledInEventGearMenu(tag, state) && !(tag == edit && isEventSelected);
 }
 

@@ -31,8 +31,9 @@ enum EventTag {
 struct EventListState
 {
     int lineCount = 0;
-    int selectedRow = -1;        ///< -1 for none, one of several; even rows are events, odd rows are delays
-    int macroRow = -1;           ///< the row of the selected macro; -1 for none
+    int selectedRow = -1; ///< -1 for none, one of several
+    int macroRow = -1;    ///< the row of the selected macro; -1 for none
+    bool isDelaySelected = false;
     bool hasSeveralRows = false; ///< more than `selectedRow` is selected
     bool canPaste = false;       ///< the clipboard has events
 };
@@ -44,9 +45,9 @@ inline constexpr int lastRowInReach = 255;
 /// True if the requests for an event can name this row of this macro.
 [[nodiscard]] bool isEventInReach(int macroRow, int eventRow);
 
-/// True if the event or the delay in this row of this macro can be edited. Delays can be edited in every row of every
-/// macro: their request has whole numbers.
-[[nodiscard]] bool isEditableRow(int macroRow, int eventRow);
+/// True if the selected event or delay can be edited. Delays can be edited in every row of every macro: their request
+/// has whole numbers.
+[[nodiscard]] bool canEditSelection(const EventListState &state);
 
 [[nodiscard]] const QList<MenuCommand> &ofList();
 [[nodiscard]] const QList<MenuCommand> &ofEventList();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "macros/macrolines.h"
 
+#include "macros/eventline.h"
 #include "macros/macrorecord.h"
 
 namespace {
@@ -21,6 +22,14 @@ bool areOneMacro(const QVariantMap &macro, const QVariantMap &other)
 bool MacroLines::areOutdatedFor(const QVariantMap &macro) const
 {
     return !mIsReplacing && !haveSameEvents(macro, mRequestedMacro);
+}
+
+bool MacroLines::isDelay(int row) const
+{
+    const QString line = mShown.value(row);
+    if (eventLineKind(line) == EventLineKind::delay)
+        return true;
+    return row >= 0 && row < mShown.size() && row % 2 == 1 && nameInEventLine(line).isNull();
 }
 
 void MacroLines::beginRequest(const QVariantMap &macro)

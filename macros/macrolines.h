@@ -15,6 +15,9 @@ class MacroLines
 public:
     /// Row n of the event list is entry n.
     [[nodiscard]] const QStringList &shown() const { return mShown; }
+    /// True if this row is a delay. Delays and events alternate, but some events have a delay and no row of their own.
+    /// A line that is not one of the daemon's is a delay in an odd row. False if there is no such row.
+    [[nodiscard]] bool isDelay(int row) const;
     /// False if lines of these events, under this identifier, were requested last and have come. Also false during a
     /// replacement.
     [[nodiscard]] bool areOutdatedFor(const QVariantMap &macro) const;

@@ -41,6 +41,8 @@ public:
         for (int row = 0; row < lines.size(); ++row) {
             const QStringView line = lines.at(row);
             if (eventLineKind(line) == EventLineKind::delay) {
+                if (row == 0)
+                    beginEvent(0); // a first event without a line has no row
                 beginEvent(delayMsOfLine(line).value_or(0));
                 mTimeline.rows.last().delay = row;
                 hasDelay = true;
@@ -126,9 +128,7 @@ private:
             mAreEventsOfLines = MacroRecord::rowCount(mEvents) == mLines->size();
         if (!*mAreEventsOfLines)
             return 0;
-        // A first event without a line is not in the list.
-        const int omitted = eventParser::hasEventLine(mEvents.first().toMap()) ? 0 : 1;
-        const QVariantMap event = mEvents.value(index + omitted).toMap();
+        const QVariantMap event = mEvents.value(index).toMap();
         const bool isThisEvent = eventParser::hasEventLine(event) && eventParser::nameOfKeyOrButton(event) == name;
         return isThisEvent ? MacroRecord::eventFields(event).argument : 0;
     }

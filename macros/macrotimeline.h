@@ -21,7 +21,8 @@ struct MacroTimeline
         bool operator==(const Bar &) const = default;
     };
 
-    /// The rows of an event in the event list; -1 for a row that it does not have.
+    /// The rows of an event in the event list; -1 for a row that it does not have. The first event may have none at
+    /// all.
     struct Rows
     {
         int delay = -1; ///< the first event has none

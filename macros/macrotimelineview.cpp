@@ -203,7 +203,9 @@ QRect MacroTimelineView::eventRect(int event) const
 QString MacroTimelineView::eventText(int event) const
 {
     const MacroTimeline::Rows rows = mTimeline.rows.value(event);
-    const QString line = mLines.value(rows.event >= 0 ? rows.event : rows.delay).trimmed();
+    const bool hasRow = rows != MacroTimeline::Rows();
+    const QString line = hasRow ? mLines.value(rows.event >= 0 ? rows.event : rows.delay).trimmed()
+                                : u"0.000 seconds delay"_s; // a first event without a row
     return localizedFormat("lkeyTimelineEvent", {line, seconds(mTimeline.timesMs.value(event)),
                                                  QString::number(mTimeline.delaysMs.value(event))});
 }

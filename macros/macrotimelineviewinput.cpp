@@ -29,7 +29,9 @@ bool changesPause(const QKeyEvent *event)
 
 void MacroTimelineView::chooseEvent(int event)
 {
-    const MacroTimeline::Rows rows = mTimeline.rows.value(event);
+    MacroTimeline::Rows rows = mTimeline.rows.value(event);
+    if (rows == MacroTimeline::Rows())
+        rows = mTimeline.rows.value(event + 1); // a first event without a row
     Q_EMIT rowChosen(rows.event >= 0 ? rows.event : rows.delay);
 }
 

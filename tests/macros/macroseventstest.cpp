@@ -59,6 +59,8 @@ private Q_SLOTS:
     void captureMustBeEndedAgainAfterCancel();
     void keysEditAndDeleteTheSelectedEvent();
     void doubleClickEditsTheEvent();
+    void rowIsOfTheKindOfItsLine_data();
+    void rowIsOfTheKindOfItsLine();
     void emptyCaptureForgetsTheEarlierKey();
     void emptyDelayIsIgnored();
     void sheetClosesWithItsEvents_data();
@@ -77,6 +79,7 @@ private Q_SLOTS:
     void timelineIsOffWhileTheListIs();
     void keysLeftDownAreNamed();
     void keysLeftDownAreReleased();
+    void keysAreReleasedInTheEventsAsTheyAreNow();
 
 private:
     static void addEndsOfTheEventSheet();
@@ -591,6 +594,45 @@ void MacrosEventsTest::doubleClickEditsTheEvent()
     QCOMPARE(mDelegate->calls, (QStringList{u"event 0 2"_s, u"startEditHID"_s}));
 }
 
+void MacrosEventsTest::rowIsOfTheKindOfItsLine_data()
+{
+    const QVariant tap = MacroRecord::eventRecord({.command = MacroRecord::keyDown, .delayMs = 50, .argument = 4});
+    const QVariant pause = MacroRecord::eventRecord({.delayMs = 100, .page = 0});
+    QTest::addColumn<QVariantList>("macroEvents");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<bool>("isDelay");
+    QTest::newRow("delay of a pause") << QVariantList{tap, pause, tap} << 1 << true;
+    QTest::newRow("delay behind a pause") << QVariantList{tap, pause, tap} << 2 << true;
+    QTest::newRow("event behind a pause") << QVariantList{tap, pause, tap} << 3 << false;
+    QTest::newRow("delay behind a pause at the beginning") << QVariantList{pause, tap, tap} << 0 << true;
+    QTest::newRow("event behind a pause at the beginning") << QVariantList{pause, tap, tap} << 1 << false;
+}
+
+void MacrosEventsTest::rowIsOfTheKindOfItsLine()
+{
+    QFETCH(QVariantList, macroEvents);
+    QFETCH(int, row);
+    QFETCH(bool, isDelay);
+    mDelegate->lines.clear();
+    for (const QString &line : eventParser::getMessagesArray(macroEvents))
+        mDelegate->lines += line;
+    fill({u"A"_s}, 0);
+    const QPoint cell = events()->visualRect(events()->model()->index(row, 0)).center();
+    QTest::mouseClick(events()->viewport(), Qt::LeftButton, {}, cell);
+    auto *gear = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
+    gear->validateItems();
+    QCOMPARE(gear->itemWithTag(MacroCommands::copyDelay)->isEnabled(), isDelay);
+    const std::unique_ptr<QMenu> menu(
+        outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
+    QCOMPARE(enabledTags(menu->actions()).contains(MacroCommands::edit), isDelay);
+    gear->itemWithTag(MacroCommands::copyDelay)->trigger();
+    QCOMPARE(mDelegate->calls.contains(u"allDelays %1 0 0"_s.arg(row)), isDelay);
+    QTest::mouseDClick(events()->viewport(), Qt::LeftButton, {}, cell);
+    const auto isUp = [this](const QString &name) { return outlet<Sheet>(name) && outlet<Sheet>(name)->isUp(); };
+    QCOMPARE(isUp(u"mEditDelayWindow"_s), isDelay);
+    QCOMPARE(isUp(u"mEditEventWindow"_s), !isDelay);
+}
+
 void MacrosEventsTest::emptyCaptureForgetsTheEarlierKey()
 {
     fill({u"A"_s}, 0);
@@ -872,6 +914,24 @@ void MacrosEventsTest::keysLeftDownAreReleased()
     QCOMPARE(released, stored);
     QCOMPARE(last.command, keyUp);
     QCOMPARE(last.argument, 5U);
+}
+
+void MacrosEventsTest::keysAreReleasedInTheEventsAsTheyAreNow()
+{
+    using namespace MacroRecord;
+    const QVariantList stored{eventRecord({.command = keyDown, .argument = 4}),
+                              eventRecord({.command = keyDown, .delayMs = 70, .argument = 5})};
+    mDelegate->macros = {withEvents(numberedMacros({1}).first().toMap(), stored)};
+    mDelegate->lines = {u"Key Press A"_s, u"0.070 seconds delay\n"_s, u"Key Press B"_s};
+    mDelegate->refresh();
+    list()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::noDelay); // the record of the tab is now older than the lines
+    const QVariantList changed = settingAllDelays(stored, 0);
+    mDelegate->macros = {withEvents(mDelegate->macros.first().toMap(), changed)};
+    outlet<QPushButton>(u"mReleaseKeysAtEnd"_s)->click();
+    const QVariantList released = MacroRecord::events(mDelegate->macros.first().toMap());
+    QCOMPARE(released.size(), 4);
+    QCOMPARE(released.first(2), changed);
 }
 
 QTEST_MAIN(MacrosEventsTest)

@@ -5,6 +5,7 @@
 #include "macros/macrorecord.h"
 #include "tests/support/testmain.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -165,7 +166,7 @@ private Q_SLOTS:
         QCOMPARE(ofList(events).bars, (QList<Bar>{{name, 0, 2, 0}, {name, 1, 3, 1}}));
         QVariantList afterUnknownEvent = events;
         afterUnknownEvent.prepend(press(keyA, 0, 8)); // as the first event, it has no row at all
-        QCOMPARE(ofList(afterUnknownEvent).bars, (QList<Bar>{{name, 0, 2, 0}, {name, 1, 3, 1}}));
+        QCOMPARE(ofList(afterUnknownEvent).bars, (QList<Bar>{{name, 1, 3, 0}, {name, 2, 4, 1}}));
         // The dictionaries of other events do not count.
         QVariantList otherEvents = events;
         otherEvents.append(press(keyA));
@@ -180,6 +181,36 @@ private Q_SLOTS:
         QCOMPARE(timeline.rows, (QList<Rows>{{-1, 0}, {1, 2}, {3, -1}}));
         QCOMPARE(timeline.bars, (QList<Bar>{{u"A"_s, 1, 3, 0}}));
         QCOMPARE(timeline.durationMs, 10);
+    }
+
+    void agreesWithTheEventsOfTheList()
+    {
+        QRandomGenerator random(20);
+        for (int round = 0; round < 500; ++round) {
+            QVariantList events;
+            const int count = random.bounded(2, 12);
+            for (int index = 0; index < count; ++index) {
+                const int delayMs = random.bounded(100);
+                switch (random.bounded(4)) {
+                case 0: events += press(0, delayMs, 0); break; // a pause
+                case 1: events += press(random.bounded(keyA, keyC + 1), delayMs); break;
+                default: events += release(random.bounded(keyA, keyC + 1), delayMs); break;
+                }
+            }
+            const MacroTimeline list = ofList(events);
+            const MacroTimeline card = MacroTimeline::of(events, all);
+            QCOMPARE(list.delaysMs, card.delaysMs);
+            QCOMPARE(list.durationMs, card.durationMs);
+            QCOMPARE(list.bars.size(), card.bars.size());
+            for (int index = 0; index < card.bars.size(); ++index) {
+                const Bar &bar = list.bars.at(index);
+                QCOMPARE(bar.name, card.bars.at(index).name);
+                QCOMPARE(std::pair(bar.first, bar.last),
+                         std::pair(card.bars.at(index).first, card.bars.at(index).last));
+            }
+            for (int row = 0; row < MacroRecord::rowCount(events); ++row)
+                QCOMPARE(list.eventOfRow(row), *MacroRecord::eventIndexOfRow(events, row));
+        }
     }
 
     void emptyListHasNothing()
