@@ -4,9 +4,13 @@
 
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotimelinepart.h"
+#include "macros/macrotimelineview.h"
 #include "macros/macrotrysheet.h"
 
 #include <QPushButton>
+
+#include <algorithm>
 
 void KeyboardMacrosController::buildTrySheet()
 {
@@ -18,6 +22,7 @@ void KeyboardMacrosController::buildTrySheet()
     connect(mTryWindow, &MacroTrySheet::stopRequested, this, [this] {
         if (mMacroDelegate)
             mMacroDelegate->stopTry();
+        mTimeline->view()->clearPlayhead();
     });
 }
 
@@ -31,14 +36,20 @@ void KeyboardMacrosController::clickTryMacro(QObject *)
 
 void KeyboardMacrosController::showTriedKeys(const QList<TriedKey> &keys)
 {
-    if (mTryWindow)
-        mTryWindow->play(keys);
+    if (!mTryWindow)
+        return;
+    mTryWindow->play(keys);
+    const auto isOfMacro = [](const TriedKey &key) { return key.event >= 0; };
+    const auto latest = std::find_if(keys.crbegin(), keys.crend(), isOfMacro);
+    if (mTryWindow->isPlaying() && latest != keys.crend())
+        mTimeline->view()->setPlayhead(latest->event);
 }
 
 void KeyboardMacrosController::endTry(TryEnd end)
 {
     if (mTryWindow)
         mTryWindow->end(end);
+    mTimeline->view()->clearPlayhead();
 }
 
 void KeyboardMacrosController::recordButton(int button, bool isDown)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The sheet on which the user tries a macro, and the area in which the user clicks to record mouse buttons.
 #include "macros/buttonarea.h"
+#include "macros/macrotimelineview.h"
 #include "macros/macrotrysheet.h"
 #include "platform/popupbutton.h"
 #include "platform/statusline.h"
@@ -34,6 +35,8 @@ private Q_SLOTS:
     void startNamesTheMacroAndItsRepeat();
     void outputAppearsAsItComes();
     void outputIsBounded();
+    void timelineMarksThePlayedEvent();
+    void timelineMarksTheEventBehindAPause();
     void newTryForgetsTheOutput();
     void escapeStopsFirstAndClosesThen();
     void endIsShown_data();
@@ -58,6 +61,7 @@ private Q_SLOTS:
 private:
     [[nodiscard]] QPushButton *button(const char *name) const { return outlet<QPushButton>(QLatin1StringView(name)); }
     [[nodiscard]] MacroTrySheet *sheet() const { return outlet<MacroTrySheet>(u"mTryWindow"_s); }
+    [[nodiscard]] MacroTimelineView *timeline() const { return outlet<MacroTimelineView>(u"mMacroTimelineView"_s); }
     [[nodiscard]] QString output() const { return outlet<QPlainTextEdit>(u"mTryOutput"_s)->toPlainText(); }
     [[nodiscard]] QString status() const { return outlet<StatusLine>(u"mTryStatus"_s)->text(); }
     /// Opens the sheet for the macro "B" and forgets the earlier calls.
@@ -147,6 +151,41 @@ void MacrosTryTest::outputIsBounded()
     const QStringList lines = output().split(u'\n');
     QVERIFY(lines.size() <= 500);
     QCOMPARE(lines.last(), u"0.145  Key Release A"_s);
+}
+
+void MacrosTryTest::timelineMarksThePlayedEvent()
+{
+    constexpr TriedKey ownRelease{.event = -1, .timeUs = 1'500'000, .page = 9, .argument = 1, .isDown = false};
+    open();
+    button("mTryStart")->click();
+    mController->showTriedKeys({pressOfA});
+    QCOMPARE(timeline()->playedEvent(), 0);
+    mController->showTriedKeys({pressOfA, releaseOfA, ownRelease});
+    QCOMPARE(timeline()->playedEvent(), 1);
+    mController->showTriedKeys({ownRelease});
+    QCOMPARE(timeline()->playedEvent(), 1);
+    mController->endTry(TryEnd::finished);
+    QCOMPARE(timeline()->playedEvent(), -1);
+    button("mTryStart")->click();
+    mController->showTriedKeys({releaseOfA});
+    QCOMPARE(timeline()->playedEvent(), 1);
+    button("mTryStop")->click();
+    QCOMPARE(timeline()->playedEvent(), -1);
+    mController->showTriedKeys({releaseOfA}); // too late
+    QCOMPARE(timeline()->playedEvent(), -1);
+}
+
+void MacrosTryTest::timelineMarksTheEventBehindAPause()
+{
+    mDelegate->lines = {u"0.020 seconds delay\n"_s, u"Key Press A"_s, u"0.125 seconds delay\n"_s, u"Key Release A"_s};
+    open();
+    button("mTryStart")->click();
+    TriedKey release = releaseOfA;
+    release.event = 2; // the macro begins with a pause
+    mController->showTriedKeys({release});
+    QVERIFY(timeline()->playedEvent() >= 0);
+    QVERIFY2(timeline()->eventText(timeline()->playedEvent()).contains(u"Key Release A"_s),
+             qPrintable(timeline()->eventText(timeline()->playedEvent())));
 }
 
 void MacrosTryTest::newTryForgetsTheOutput()
