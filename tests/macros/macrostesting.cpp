@@ -149,14 +149,16 @@ bool RecordingDelegate::replaceEventsOfMacroAtIndex(int macroIndex, const QVaria
                                                     const QVariantList &changed)
 {
     note(u"replace %1: %2 by %3"_s.arg(macroIndex).arg(readEvents.size()).arg(changed.size()));
-    if (storesEvents && macroIndex >= 0 && macroIndex < macros.size()) {
+    const bool isStored = storesEvents && macroIndex >= 0 && macroIndex < macros.size()
+                          && MacroRecord::events(macros.at(macroIndex).toMap()) == readEvents;
+    if (isStored) {
         macros[macroIndex] = MacroRecord::withEvents(macros.at(macroIndex).toMap(), changed);
         lines.clear();
         for (const QString &line : eventParser::getMessagesArray(changed))
             lines += line;
     }
     refresh();
-    return storesEvents;
+    return isStored;
 }
 
 void RecordingDelegate::reloadMacros()

@@ -58,7 +58,7 @@ public:
 
     KeyboardMacrosController *controller = nullptr;
     bool answers = true;       ///< false: a reply never comes
-    bool storesEvents = true;  ///< false: refuses to replace the events of a macro
+    bool storesEvents = true;  ///< false: refuses to replace the events of a macro, as it does with other `readEvents`
     bool refusesToAdd = false; ///< refuses like the daemon when a macro does not fit
     QVariantList macros;
     QVariantMap addedByOthers; ///< another client adds this macro after the next added one
