@@ -109,7 +109,7 @@ void MacroTimelinePart::showNotice()
         keys += mView->laneLabels().value(timeline.bars.at(bar).lane);
     QStringList sentences;
     if (!keys.isEmpty())
-        sentences += localizedFormat("lkeyTimelineLeftDown", {keys.join(", "_L1)});
+        sentences += localizedFormat("lkeyTimelineLeftDown", {keys.join(localizedText("lkeyTypeTextComma"))});
     const auto unpaired = timeline.unpairedPresses.size() + timeline.unpairedReleases.size();
     if (unpaired > 0)
         sentences += localizedFormat("lkeyTimelineUnpaired", {QString::number(unpaired)});

@@ -214,8 +214,9 @@ QString MacroTimelineView::summary() const
 {
     if (mTimeline.eventCount() == 0)
         return {};
-    return localizedFormat("lkeyTimelineSummary", {QString::number(mTimeline.eventCount()),
-                                                   seconds(mTimeline.durationMs), mLaneLabels.join(", "_L1)});
+    return localizedFormat("lkeyTimelineSummary",
+                           {QString::number(mTimeline.eventCount()), seconds(mTimeline.durationMs),
+                            mLaneLabels.join(localizedText("lkeyTypeTextComma"))});
 }
 
 QString MacroTimelineView::scaleText() const
@@ -224,7 +225,7 @@ QString MacroTimelineView::scaleText() const
     const int distance = MacroTimelinePainter::leastTickDistance(fontMetrics());
     for (const MacroTimelineLayout::Tick &tick : mLayout.ticks(mTimeline, distance))
         labels += tick.label;
-    return labels.join(", "_L1);
+    return labels.join(localizedText("lkeyTypeTextComma"));
 }
 
 QString MacroTimelineView::changedPause() const

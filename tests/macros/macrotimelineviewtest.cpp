@@ -4,6 +4,7 @@
 #include "macros/eventparser.h"
 #include "macros/macrorecord.h"
 #include "macros/macrotimelineaccessibility.h"
+#include "macros/macrotimelinepart.h"
 #include "platform/contrast.h"
 #include "tests/support/fulldocument.h"
 #include "tests/support/picturefolder.h"
@@ -11,10 +12,12 @@
 #include "tests/support/texts.h"
 
 #include <QAccessible>
+#include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTranslator>
 #include <QWheelEvent>
 
 #include <memory>
@@ -59,6 +62,7 @@ private Q_SLOTS:
     void barsAreWhereKeysAreDown();
     void denseBarsAreOneShape();
     void keysLeftDownLookDifferent();
+    void listsAreInTheLanguageOfTheUser();
     void selectionAndPlayheadAreDrawn();
 
     // The user
@@ -277,6 +281,20 @@ void MacroTimelineViewTest::denseBarsAreOneShape()
     QVERIFY(color != image.pixel(layout.namesWidth + 1, y));
     for (int x = int(layout.xOfTime(0)) + 1; x < int(layout.xOfTime(99'900)); ++x)
         QCOMPARE(image.pixel(x, y), color);
+}
+
+void MacroTimelineViewTest::listsAreInTheLanguageOfTheUser()
+{
+    QTranslator table;
+    QVERIFY(table.load(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts/ja.qm"_s));
+    QVERIFY(QCoreApplication::installTranslator(&table));
+    const QStringList lines{u"Key Press A"_s, u"0.010 seconds delay\n"_s, u"Key Press B"_s};
+    MacroTimelinePart part;
+    part.showEvents(1, lines, {});
+    QVERIFY2(part.view()->summary().contains(u"A、B"_s), qPrintable(part.view()->summary()));
+    QVERIFY2(mView->scaleText().contains(u'、'), qPrintable(mView->scaleText()));
+    const QString notice = part.findChild<QLabel *>(u"mMacroTimelineNotice"_s)->text();
+    QVERIFY2(notice.contains(u"A、B"_s), qPrintable(notice));
 }
 
 void MacroTimelineViewTest::keysLeftDownLookDifferent()
