@@ -79,7 +79,7 @@ private Q_SLOTS:
     void timelineIsOffWhileTheListIs();
     void keysLeftDownAreNamed();
     void keysLeftDownAreReleased();
-    void keysAreReleasedInTheEventsAsTheyAreNow();
+    void keysAreReleasedInTheStoredEvents();
 
 private:
     static void addEndsOfTheEventSheet();
@@ -916,7 +916,7 @@ void MacrosEventsTest::keysLeftDownAreReleased()
     QCOMPARE(last.argument, 5U);
 }
 
-void MacrosEventsTest::keysAreReleasedInTheEventsAsTheyAreNow()
+void MacrosEventsTest::keysAreReleasedInTheStoredEvents()
 {
     using namespace MacroRecord;
     const QVariantList stored{eventRecord({.command = keyDown, .argument = 4}),
