@@ -7,7 +7,6 @@
 #include "tests/vm/driver/process.h"
 #include "tests/vm/driver/uhidkeyboard.h"
 
-#include <chrono>
 #include <csignal>
 #include <map>
 #include <memory>
@@ -35,11 +34,6 @@ public:
     [[nodiscard]] BackgroundProcess &daemon() { return mDaemon; }
     [[nodiscard]] std::string daemonLog() const;
     [[nodiscard]] const std::string &folder() const { return mFolder; }
-    /// The time since the scenario began.
-    [[nodiscard]] std::chrono::microseconds age() const
-    {
-        return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - mStart);
-    }
 
     /// Runs kestractl.
     [[nodiscard]] ProcessResult control(const std::vector<std::string> &words) const;
@@ -86,7 +80,6 @@ public:
 private:
     void start(bool (*prepare)());
 
-    std::chrono::steady_clock::time_point mStart = std::chrono::steady_clock::now();
     std::string mFolder;
     BackgroundProcess mDaemon;
     BackgroundProcess mControl;

@@ -13,6 +13,7 @@
 #include <linux/input-event-codes.h>
 
 #include <cctype>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <fstream>
@@ -214,18 +215,6 @@ void expectStatus(Machine &machine, const Words &words)
         throw Failure("it is: " + machine.status(name));
 }
 
-/// expect-true-latencies: no key took longer than this scenario has lasted, or none was measured.
-void expectTrueLatencies(Machine &machine, const Words &)
-{
-    const std::string latency = machine.status("latency");
-    const std::string name = "maximum ";
-    const std::size_t place = latency.find(name);
-    if (place == std::string::npos)
-        throw Failure("no key was measured: " + latency);
-    if (std::stoll(latency.substr(place + name.size())) > machine.age().count())
-        throw Failure("a key is older than the scenario: " + latency);
-}
-
 /// press-often NAME KEY [times=N]: presses and releases a key without waiting for the daemon.
 void pressOften(Machine &machine, const Words &words)
 {
@@ -340,7 +329,6 @@ const std::map<std::string, StepAction> &keyActions()
         {"expect-led", expectLed},
         {"expect-light", expectLight},
         {"expect-status", expectStatus},
-        {"expect-true-latencies", expectTrueLatencies},
         {"expect-log", expectLog},
         {"press-often", pressOften},
         {"expect-released", expectReleased},
