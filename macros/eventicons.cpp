@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int iconSize = 16;
+constexpr QColor warningColor(0xd6, 0x3a, 0x3a);
 
 /// Draws an arrow: filled and pointing down for a press, hollow and pointing up for a release.
 void drawArrow(QPainter &painter, const QColor &color, bool isPress)
@@ -37,13 +38,25 @@ void drawClock(QPainter &painter, QColor color)
     painter.drawLine(QPointF(8, 8), QPointF(10.5, 9.5));
 }
 
-QPixmap drawn(EventLineKind kind, const QColor &color, int dotsPerUnit)
+/// Draws an exclamation mark at the right edge.
+void drawWarning(QPainter &painter, const QColor &color)
+{
+    painter.setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(14.5, 3), QPointF(14.5, 9));
+    painter.drawPoint(QPointF(14.5, 13));
+}
+
+QPixmap drawn(EventLineKind kind, const QColor &color, int dotsPerUnit, bool isUnpaired)
 {
     QPixmap pixmap(QSize(iconSize, iconSize) * dotsPerUnit);
     pixmap.setDevicePixelRatio(dotsPerUnit);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
+    if (isUnpaired) {
+        drawWarning(painter, color);
+        painter.translate(-2, 0);
+    }
     if (kind == EventLineKind::delay)
         drawClock(painter, color);
     else
@@ -57,8 +70,8 @@ QIcon EventIcons::recordIcon(bool isStop)
 {
     QIcon icon;
     for (const int dotsPerUnit : {1, 2}) {
-        for (const auto &[mode, color] : {std::pair{QIcon::Normal, QColor(0xd6, 0x3a, 0x3a)},
-                                          std::pair{QIcon::Disabled, QColor(0x90, 0x90, 0x90)}}) {
+        for (const auto &[mode, color] :
+             {std::pair{QIcon::Normal, warningColor}, std::pair{QIcon::Disabled, QColor(0x90, 0x90, 0x90)}}) {
             QPixmap pixmap(QSize(iconSize, iconSize) * dotsPerUnit);
             pixmap.setDevicePixelRatio(dotsPerUnit);
             pixmap.fill(Qt::transparent);
@@ -76,11 +89,21 @@ QIcon EventIcons::recordIcon(bool isStop)
 
 QIcon EventIcons::icon(EventLineKind kind, const QPalette &palette)
 {
+    return icon(kind, palette, false);
+}
+
+QIcon EventIcons::unpairedIcon(EventLineKind kind, const QPalette &palette)
+{
+    return icon(kind, palette, true);
+}
+
+QIcon EventIcons::icon(EventLineKind kind, const QPalette &palette, bool isUnpaired)
+{
     if (mPaletteKey != palette.cacheKey()) {
         mIcons.clear();
         mPaletteKey = palette.cacheKey();
     }
-    QIcon &icon = mIcons[kind];
+    QIcon &icon = mIcons[{kind, isUnpaired}];
     if (icon.isNull()) {
         struct Look
         {
@@ -88,13 +111,13 @@ QIcon EventIcons::icon(EventLineKind kind, const QPalette &palette)
             QColor color;
         };
         const std::array looks{
-            Look{QIcon::Normal, palette.color(QPalette::Active, QPalette::Text)},
+            Look{QIcon::Normal, isUnpaired ? warningColor : palette.color(QPalette::Active, QPalette::Text)},
             Look{QIcon::Disabled, palette.color(QPalette::Disabled, QPalette::Text)},
             Look{QIcon::Selected, palette.color(QPalette::Active, QPalette::HighlightedText)},
         };
         for (const Look &look : looks) {
             for (const int dotsPerUnit : {1, 2})
-                icon.addPixmap(drawn(kind, look.color, dotsPerUnit), look.mode);
+                icon.addPixmap(drawn(kind, look.color, dotsPerUnit, isUnpaired), look.mode);
         }
     }
     return icon;

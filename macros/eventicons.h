@@ -5,8 +5,10 @@
 
 #include "macros/eventline.h"
 
-#include <QHash>
 #include <QIcon>
+#include <QMap>
+
+#include <utility>
 
 class QPalette;
 
@@ -15,11 +17,15 @@ class EventIcons
 public:
     /// Draws the icons again when `palette` differs from that of the call before.
     [[nodiscard]] QIcon icon(EventLineKind kind, const QPalette &palette);
+    /// The icon of a press or release without its counterpart, with an exclamation mark.
+    [[nodiscard]] QIcon unpairedIcon(EventLineKind kind, const QPalette &palette);
 
     /// Returns a dot for recording or a square for stopping.
     [[nodiscard]] static QIcon recordIcon(bool isStop);
 
 private:
-    QHash<EventLineKind, QIcon> mIcons;
+    [[nodiscard]] QIcon icon(EventLineKind kind, const QPalette &palette, bool isUnpaired);
+
+    QMap<std::pair<EventLineKind, bool>, QIcon> mIcons; ///< by kind, and whether unpaired
     qint64 mPaletteKey = 0;
 };

@@ -370,7 +370,18 @@ QIcon KeyboardMacrosController::tableViewImageForTableColumnRow(TableView *table
 {
     if (tableView != mMacroDetailsTableView || row < 0 || row >= mLines.shown().size())
         return {};
-    return mEventIcons.icon(eventLineKind(mLines.shown().at(row)), tableView->palette());
+    const EventLineKind kind = eventLineKind(mLines.shown().at(row));
+    const bool isUnpaired = std::ranges::binary_search(mUnpairedRows, row);
+    return isUnpaired ? mEventIcons.unpairedIcon(kind, tableView->palette())
+                      : mEventIcons.icon(kind, tableView->palette());
+}
+
+QString KeyboardMacrosController::tableViewRemarkForTableColumnRow(TableView *tableView, const QString &, int row)
+{
+    if (tableView != mMacroDetailsTableView || !std::ranges::binary_search(mUnpairedRows, row))
+        return {};
+    const bool isRelease = eventLineKind(mLines.shown().value(row)) == EventLineKind::release;
+    return localizedText(isRelease ? "lkeyUnpairedRelease" : "lkeyUnpairedPress");
 }
 
 void KeyboardMacrosController::fetchLines()

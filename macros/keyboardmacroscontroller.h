@@ -176,6 +176,8 @@ public:
     void tableViewSelectionDidChange(TableView *tableView) override;
     /// Returns an arrow or a clock for each line of the event list.
     QIcon tableViewImageForTableColumnRow(TableView *tableView, const QString &column, int row) override;
+    /// Says of a press or release that it has no counterpart.
+    QString tableViewRemarkForTableColumnRow(TableView *tableView, const QString &column, int row) override;
 
 Q_SIGNALS:
     void captureAreaChanged(); ///< also when a capture begins again in the same area
@@ -285,6 +287,7 @@ private:
     void setDelayOfRow(int row, int delayMs);
     void releaseKeysAtEnd();
     void updateTimeline();
+    void markUnpairedEvents();
     /// The events of the selected macro, and which of them the selected rows belong to (ascending).
     struct SelectedEvents
     {
@@ -363,6 +366,7 @@ private:
     MacroLines mLines;
     QVariant mSelectedMacroId; ///< of the selected macro; invalid without one
     EventIcons mEventIcons;
+    QList<int> mUnpairedRows; ///< of the event list, ascending; none during a recording
     QPointer<QWidget> mMacrosWindow;
     DistributedNotificationCenter *mNotificationCenter = nullptr;
     MacroDelegate *mMacroDelegate = nullptr;

@@ -28,11 +28,22 @@ void KeyboardMacrosController::updateTimeline()
     if (!mTimeline->shows(subject, lines))
         mTimeline->showEvents(subject, lines, MacroRecord::events(macro));
     mTimeline->setRecording(hasRecording());
+    markUnpairedEvents();
     // A view that is disabled loses the focus first. The change of a pause must have ended before.
     mTimeline->view()->setEditable(mMacroDetailsTableView->isEnabled());
     mTimeline->setEnabled(mMacroDetailsTableView->isEnabled());
     mTimeline->setVisible(!lines.isEmpty() && !mMacroDetailsTableView->isHidden());
     mTimeline->view()->selectRow(eventRow());
+}
+
+/// Marks in the list what the timeline shows as unpaired. During a recording, pressed keys are still to be released.
+void KeyboardMacrosController::markUnpairedEvents()
+{
+    const QList<int> rows = hasRecording() ? QList<int>() : mTimeline->view()->timeline().unpairedRows();
+    if (rows == mUnpairedRows)
+        return;
+    mUnpairedRows = rows;
+    mMacroDetailsTableView->viewport()->update();
 }
 
 void KeyboardMacrosController::setDelayOfRow(int row, int delayMs)

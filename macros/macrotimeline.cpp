@@ -202,3 +202,16 @@ QList<int> MacroTimeline::barsLeftDown() const
     std::ranges::sort(open);
     return open;
 }
+
+QList<int> MacroTimeline::unpairedRows() const
+{
+    QList<int> unpaired;
+    for (const int event : unpairedPresses)
+        unpaired += rows.at(event).event;
+    for (const Bar &release : unpairedReleases)
+        unpaired += rows.at(release.first).event;
+    for (const int bar : barsLeftDown())
+        unpaired += rows.at(bars.at(bar).first).event;
+    std::ranges::sort(unpaired);
+    return unpaired;
+}

@@ -61,4 +61,6 @@ struct MacroTimeline
     [[nodiscard]] int laneOfEvent(int event) const { return eventLanes.value(event, -1); }
     /// Returns the indexes of the bars that no event ends, by the order of their presses.
     [[nodiscard]] QList<int> barsLeftDown() const;
+    /// Returns the rows of the presses without a release and of the releases without a press, ascending.
+    [[nodiscard]] QList<int> unpairedRows() const;
 };

@@ -51,6 +51,8 @@ public:
     }
     /// A picture before the text; null for none.
     virtual QIcon tableViewImageForTableColumnRow(TableView *, const QString &, int) { return {}; }
+    /// A remark about one cell, in its tool tip and for screen readers; empty for none.
+    virtual QString tableViewRemarkForTableColumnRow(TableView *, const QString &, int) { return {}; }
 };
 
 /// Unless setAllowsSeveralRows() says otherwise, at most one row is selected. Only a text in that row can be edited.

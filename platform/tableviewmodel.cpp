@@ -48,6 +48,13 @@ QString TableViewModel::shownText(const QModelIndex &index) const
     return visibleText(objectValue(index).toString(), u' ');
 }
 
+QString TableViewModel::remark(const QModelIndex &index) const
+{
+    if (!mSource)
+        return {};
+    return mSource->tableViewRemarkForTableColumnRow(mView, mColumns.at(index.column()).identifier, index.row());
+}
+
 QVariant TableViewModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid())
@@ -68,7 +75,9 @@ QVariant TableViewModel::data(const QModelIndex &index, int role) const
     }
     case Qt::ToolTipRole:
         // A narrow column cuts off long names.
-        return isCheckBox ? QVariant() : QVariant(toolTipOf(shownText(index)));
+        return isCheckBox ? QVariant()
+                          : QVariant(toolTipOf(QStringList{shownText(index), remark(index)}.join(u'\n').trimmed()));
+    case Qt::AccessibleDescriptionRole: return remark(index);
     default: return {};
     }
 }

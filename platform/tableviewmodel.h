@@ -33,6 +33,7 @@ private:
     [[nodiscard]] QVariant objectValue(const QModelIndex &index) const;
     /// The value as text without characters that a label would obey: names come from other people's files.
     [[nodiscard]] QString shownText(const QModelIndex &index) const;
+    [[nodiscard]] QString remark(const QModelIndex &index) const;
 
     TableView *mView;
     TableViewDataSource *mSource = nullptr;

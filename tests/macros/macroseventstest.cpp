@@ -80,6 +80,8 @@ private Q_SLOTS:
     void keysLeftDownAreNamed();
     void keysLeftDownAreReleased();
     void keysAreReleasedInTheStoredEvents();
+    void unpairedEventsAreMarked();
+    void marksFollowTheEvents();
 
 private:
     static void addEndsOfTheEventSheet();
@@ -932,6 +934,49 @@ void MacrosEventsTest::keysAreReleasedInTheStoredEvents()
     const QVariantList released = MacroRecord::events(mDelegate->macros.first().toMap());
     QCOMPARE(released.size(), 4);
     QCOMPARE(released.first(2), changed);
+}
+
+void MacrosEventsTest::unpairedEventsAreMarked()
+{
+    mDelegate->lines = {u"Key Release B"_s,         u"0.020 seconds delay\n"_s, u"Key Press A"_s,
+                        u"0.020 seconds delay\n"_s, u"Key Press A"_s,           u"0.020 seconds delay\n"_s,
+                        u"Key Release A"_s,         u"0.020 seconds delay\n"_s, u"Left Button down\n"_s};
+    fill({u"A"_s}, 0);
+    const QHash<int, QString> remarks{{0, u"This release has no press."_s},
+                                      {2, u"This press has no release."_s},
+                                      {8, u"This press has no release."_s}};
+    const auto *model = events()->model();
+    const auto icon = [model](int row) {
+        return model->index(row, 0).data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage();
+    };
+    for (int row = 0; row < model->rowCount(); ++row) {
+        const QString remark = remarks.value(row);
+        QCOMPARE(model->index(row, 0).data(Qt::AccessibleDescriptionRole).toString(), remark);
+        const QString tip = model->index(row, 0).data(Qt::ToolTipRole).toString();
+        QVERIFY(tip.contains(model->index(row, 0).data().toString()));
+        QCOMPARE(tip.contains(u"This "), !remark.isEmpty());
+        QVERIFY(tip.contains(remark));
+    }
+    QVERIFY(icon(2) != icon(4)); // both are presses
+    QVERIFY(icon(0) != icon(6)); // both are releases
+    QCOMPARE(icon(2), icon(8));
+}
+
+void MacrosEventsTest::marksFollowTheEvents()
+{
+    fill({u"A"_s, u"B"_s}, 0); // ends with a pressed button
+    const auto isMarked = [this](int row) {
+        return !events()->model()->index(row, 0).data(Qt::AccessibleDescriptionRole).toString().isEmpty();
+    };
+    QVERIFY(isMarked(4));
+    outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+    QVERIFY(!isMarked(4)); // its release may be about to be recorded
+    outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    QVERIFY(isMarked(4));
+    mDelegate->lines = {u"Key Press A"_s, u"0.020 seconds delay\n"_s, u"Key Release A"_s};
+    list()->selectRow(1);
+    QVERIFY(!isMarked(0));
+    QVERIFY(!isMarked(2));
 }
 
 QTEST_MAIN(MacrosEventsTest)

@@ -2,11 +2,14 @@
 #include "macros/macrotimeline.h"
 
 #include "macros/eventparser.h"
+#include "macros/macropairs.h"
 #include "macros/macrorecord.h"
 #include "tests/support/testmain.h"
 
 #include <QRandomGenerator>
 #include <QTest>
+
+#include <random>
 
 using namespace Qt::StringLiterals;
 using Bar = MacroTimeline::Bar;
@@ -147,6 +150,23 @@ private Q_SLOTS:
         QCOMPARE(timeline.unpairedPresses, (QList<int>{1}));
         QCOMPARE(timeline.bars, (QList<Bar>{{u"A"_s, 1, 2, 1}, {u"A"_s, 2, 3, 1}}));
         QVERIFY(timeline.barsLeftDown().isEmpty());
+    }
+
+    // The list marks what the remedies for the record work with.
+    void unpairedRowsAreThoseOfTheRecord()
+    {
+        std::minstd_rand random(7);
+        for (int round = 0; round < 50; ++round) {
+            QVariantList events;
+            for (int count = 0; count < 12; ++count) {
+                const int key = keyA + static_cast<int>(random() % 3);
+                events += random() % 2 == 0 ? press(key, 10) : release(key, 10);
+            }
+            QList<int> rows;
+            for (const int index : MacroPairs::of(events).unpaired)
+                rows += 2 * index; // between them are the delays
+            QCOMPARE(ofList(events).unpairedRows(), rows);
+        }
     }
 
     void keysOfOneNameHaveTheirOwnLanes_data()

@@ -118,5 +118,7 @@
     <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>Neue Länge in Prozent:</translation></message>
     <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>Die Pausen vor den ausgewählten Ereignissen (%@) werden alle so lang.</translation></message>
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 lässt die Pausen vor den ausgewählten Ereignissen (%@) unverändert, 50 halbiert sie.</translation></message>
+    <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>Zu diesem Drücken fehlt das Loslassen.</translation></message>
+    <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>Zu diesem Loslassen fehlt das Drücken.</translation></message>
 </context>
 </TS>

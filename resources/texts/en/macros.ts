@@ -118,5 +118,7 @@
     <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>New length in percent:</translation></message>
     <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>The pauses before the selected events (%@) all become this long.</translation></message>
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 leaves the pauses before the selected events (%@) unchanged; 50 halves them.</translation></message>
+    <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>This press has no release.</translation></message>
+    <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>This release has no press.</translation></message>
 </context>
 </TS>

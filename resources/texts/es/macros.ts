@@ -118,5 +118,7 @@
     <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>Nueva duración en tanto por ciento:</translation></message>
     <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>Todas las pausas previas a los eventos seleccionados (%@) tendrán esta duración.</translation></message>
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 no cambia las pausas previas a los eventos seleccionados (%@); 50 las reduce a la mitad.</translation></message>
+    <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>A esta pulsación le falta la liberación.</translation></message>
+    <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>A esta liberación le falta la pulsación.</translation></message>
 </context>
 </TS>

@@ -118,5 +118,7 @@
     <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>Nouvelle durée en pour cent :</translation></message>
     <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>Les délais précédant les événements sélectionnés (%@) auront tous cette durée.</translation></message>
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 ne change pas les délais précédant les événements sélectionnés (%@) ; 50 les réduit de moitié.</translation></message>
+    <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>Il manque le relâchement de cet appui.</translation></message>
+    <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>Il manque l’appui avant ce relâchement.</translation></message>
 </context>
 </TS>

@@ -118,5 +118,7 @@
     <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>新しい長さ（%）:</translation></message>
     <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>選択したイベント（%@ 件）の前の待ち時間が、すべてこの長さになります。</translation></message>
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>選択したイベント（%@ 件）の前の待ち時間は、100 で変わらず、50 で半分になります。</translation></message>
+    <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>この押す操作に対応する、離すイベントがありません。</translation></message>
+    <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>この離す操作に対応する、押すイベントがありません。</translation></message>
 </context>
 </TS>

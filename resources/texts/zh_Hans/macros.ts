@@ -118,5 +118,7 @@
     <message id="lkeyScalePausesField"><source>lkeyScalePausesField</source><translation>新长度（百分比）：</translation></message>
     <message id="lkeySetPauseHint"><source>lkeySetPauseHint</source><translation>所选事件（%@ 个）之前的延迟都将变为此长度。</translation></message>
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 表示所选事件（%@ 个）之前的延迟不变，50 表示减半。</translation></message>
+    <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>此按下事件没有对应的松开事件。</translation></message>
+    <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>此松开事件没有对应的按下事件。</translation></message>
 </context>
 </TS>
