@@ -38,6 +38,7 @@ MacroTimelinePart::MacroTimelinePart(QWidget *parent) : QWidget(parent), mView(n
     mRelease->setToolTip(localizedText("lkeyTimelineReleaseTip"));
     mRelease->setAccessibleDescription(localizedText("lkeyTimelineReleaseTip"));
     mRelease->setAutoDefault(false);
+    Mnemonics::exclude(mRelease); // it is there for few macros, and the tab has no letter left for it
     connect(mRelease, &QPushButton::clicked, this, &MacroTimelinePart::releasesWanted);
     auto *notice = new QHBoxLayout;
     notice->addWidget(mNotice, 1);
