@@ -398,6 +398,7 @@ void MacrosEditingTest::editsNothingDuringARecording()
 {
     fillEvents(taps(2));
     events()->selectRows({0, 2});
+    press(Qt::Key_C, Qt::ControlModifier);
     outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
     mDelegate->calls.clear();
     for (const auto tag :
