@@ -472,7 +472,6 @@ void LinuxDevices::endStandIns(const QList<InputDevice> &present)
         if (!isBack)
             return false;
         std::ranges::replace(mChoices, standIn.used, standIn.chosen);
-        mOthers += standIn.used;
         return true;
     });
 }

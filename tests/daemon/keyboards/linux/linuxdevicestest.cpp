@@ -602,8 +602,15 @@ void LinuxDevicesTest::keyboardFoundElsewhereTwiceDoesNotReplaceTheChosenOne()
     QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event3"_s});
     QCOMPARE(mDevices->choices(), QList{chosenAt(1)});
     QCOMPARE(moved.size(), 0);
-    mSource->set({atPort(3, 3), atPort(1, 1)});
+    fake(3).unplug();
+    mSource->set({});
+    mSource->set({atPort(1, 1)});
     QTRY_COMPARE(mDevices->status().grabs, QStringList{u"/dev/input/event1"_s});
+    // The same keyboard was moved to the chosen port and away again.
+    fake(1).unplug();
+    mSource->set({});
+    mSource->set({atPort(3, 2)});
+    QTRY_COMPARE(mDevices->choices(), QList{chosenAt(3)});
 }
 
 void LinuxDevicesTest::keyboardFoundElsewhereCanBeReleasedOrChosen()
