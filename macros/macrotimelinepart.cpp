@@ -5,6 +5,7 @@
 #include "macros/macrotimelineview.h"
 #include "platform/mnemonics.h"
 #include "platform/spacing.h"
+#include "platform/symbol.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -18,17 +19,18 @@ MacroTimelinePart::MacroTimelinePart(QWidget *parent) : QWidget(parent), mView(n
     setObjectName("mMacroTimelinePart"_L1);
     mView->setObjectName("mMacroTimelineView"_L1);
     auto *label = new QLabel(localizedText("lkeyTimelineLabel"));
-    label->setBuddy(mView);
     mTotal = new QLabel;
     mTotal->setObjectName("mMacroTimelineTotal"_L1);
     auto *heading = new QHBoxLayout;
     heading->setSpacing(Spacing::tight);
     heading->addWidget(label);
     heading->addWidget(mTotal, 1);
-    heading->addWidget(addButton("mZoomOutTimeline", u"\u2212"_s, "lkeyTimelineZoomOut", &MacroTimelineView::zoomOut));
-    heading->addWidget(addButton("mZoomInTimeline", u"+"_s, "lkeyTimelineZoomIn", &MacroTimelineView::zoomIn));
+    heading->addWidget(addButton("mZoomOutTimeline", Symbols::icon(Symbol::zoomOut), "lkeyTimelineZoomOut",
+                                 &MacroTimelineView::zoomOut));
     heading->addWidget(
-        addButton("mFitTimeline", localizedText("lkeyTimelineFit"), "lkeyTimelineFitTip", &MacroTimelineView::fit));
+        addButton("mZoomInTimeline", Symbols::icon(Symbol::add), "lkeyTimelineZoomIn", &MacroTimelineView::zoomIn));
+    heading->addWidget(
+        addButton("mFitTimeline", Symbols::icon(Symbol::fit), "lkeyTimelineFitTip", &MacroTimelineView::fit));
     mNotice = new QLabel;
     mNotice->setObjectName("mMacroTimelineNotice"_L1);
     mNotice->setTextFormat(Qt::PlainText);
@@ -38,7 +40,7 @@ MacroTimelinePart::MacroTimelinePart(QWidget *parent) : QWidget(parent), mView(n
     mRelease->setToolTip(localizedText("lkeyTimelineReleaseTip"));
     mRelease->setAccessibleDescription(localizedText("lkeyTimelineReleaseTip"));
     mRelease->setAutoDefault(false);
-    Mnemonics::exclude(mRelease); // it is there for few macros, and the tab has no letter left for it
+    Mnemonics::exclude(mRelease); // the tab has few letters left, and this button is rarely there
     connect(mRelease, &QPushButton::clicked, this, &MacroTimelinePart::releasesWanted);
     auto *notice = new QHBoxLayout;
     notice->addWidget(mNotice, 1);
@@ -52,16 +54,15 @@ MacroTimelinePart::MacroTimelinePart(QWidget *parent) : QWidget(parent), mView(n
     showNotice();
 }
 
-QAbstractButton *MacroTimelinePart::addButton(const char *name, const QString &text, const char *tipKey,
+QAbstractButton *MacroTimelinePart::addButton(const char *name, const QIcon &icon, const char *tipKey,
                                               void (MacroTimelineView::*zoom)())
 {
     auto *button = new QToolButton;
     button->setObjectName(QLatin1StringView(name));
-    button->setText(text);
+    button->setIcon(icon);
     button->setToolTip(localizedText(tipKey));
-    button->setAccessibleName(text + u", "_s + localizedText(tipKey)); // contains what the user sees and says
+    button->setAccessibleName(localizedText(tipKey));
     button->setFocusPolicy(Qt::StrongFocus);
-    Mnemonics::exclude(button); // the timeline itself has keys for it
     connect(button, &QToolButton::clicked, mView, zoom);
     mZoomButtons += button;
     return button;

@@ -34,7 +34,7 @@ Q_SIGNALS:
     void releasesWanted();
 
 private:
-    QAbstractButton *addButton(const char *name, const QString &text, const char *tipKey,
+    QAbstractButton *addButton(const char *name, const QIcon &icon, const char *tipKey,
                                void (MacroTimelineView::*zoom)());
     void showNotice();
 

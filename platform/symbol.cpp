@@ -170,6 +170,26 @@ QPainterPath history()
     return path;
 }
 
+QPainterPath zoomOut()
+{
+    QPainterPath path(QPointF(3, 8));
+    path.lineTo(13, 8);
+    return path;
+}
+
+QPainterPath fit()
+{
+    QPainterPath path(QPointF(1.8, 8));
+    path.lineTo(14.2, 8);
+    path.moveTo(4.8, 5);
+    path.lineTo(1.8, 8);
+    path.lineTo(4.8, 11);
+    path.moveTo(11.2, 5);
+    path.lineTo(14.2, 8);
+    path.lineTo(11.2, 11);
+    return path;
+}
+
 QPainterPath noKeyboard()
 {
     QPainterPath path = keyboard();
@@ -206,6 +226,8 @@ QPainterPath pathOf(Symbol symbol)
     case Symbol::history: return history();
     case Symbol::add: return add();
     case Symbol::remove: return remove();
+    case Symbol::zoomOut: return zoomOut();
+    case Symbol::fit: return fit();
     case Symbol::noKeyboard: return noKeyboard();
     case Symbol::noService: break;
     }

@@ -18,6 +18,8 @@ enum class Symbol {
     history, ///< a clock
     add,
     remove,
+    zoomOut,    ///< a minus sign; the plus sign is `add`
+    fit,        ///< an arrow to both sides
     noKeyboard, ///< a keyboard with a stroke through it
     noService,  ///< an arrow that goes round
 };

@@ -51,11 +51,10 @@ QStringList textsIn(QWidget *root)
             for (int index = 0; index < bar->count(); ++index)
                 texts += bar->tabText(index);
         } else if (const auto *button = qobject_cast<QAbstractButton *>(widget)) {
-            // Five check boxes of the lighting tab do nothing. The timeline has keys for its zoom.
-            static const QStringList idle{
-                u"mSidestrips"_s,      u"mUnderglow"_s,      u"mInGameAPMMain"_s, u"mInGameAPMSidestrips"_s,
-                u"mInGameAPMUnderglow"_s, u"mZoomOutTimeline"_s, u"mZoomInTimeline"_s, u"mFitTimeline"_s,
-                u"mReleaseKeysAtEnd"_s, u"mMacroUse"_s, u"mMoreMacroUses"_s};
+            // Five check boxes of the lighting tab do nothing; others come and go with the macro.
+            static const QStringList idle{u"mSidestrips"_s,          u"mUnderglow"_s,          u"mInGameAPMMain"_s,
+                                          u"mInGameAPMSidestrips"_s, u"mInGameAPMUnderglow"_s, u"mReleaseKeysAtEnd"_s,
+                                          u"mMacroUse"_s,            u"mMoreMacroUses"_s};
             const bool isExpected = !qobject_cast<const PopUpButton *>(button) && !button->text().isEmpty();
             if (isExpected && !idle.contains(button->objectName()))
                 texts += button->text();

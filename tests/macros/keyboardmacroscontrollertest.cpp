@@ -248,7 +248,7 @@ void KeyboardMacrosControllerTest::everyControlIsReachedByTabAndHasAName()
                             u"mFitTimeline"_s,           u"mMacroTimelineView"_s,
                             u"mReleaseKeysAtEnd"_s, // the macro leaves a button down
                             u"mMacroDetailsTableView"_s, u"mAddMacroDetails"_s,   u"mDeleteMacroDetails"_s,
-                            u"mSettingsMacroDetails"_s,  u"mRecordMacroDetails"_s};
+                            u"mSettingsMacroDetails"_s,  u"mTryMacro"_s,          u"mRecordMacroDetails"_s};
     list()->setFocus();
     QStringList reached;
     QSet<QString> names;

@@ -20,7 +20,8 @@ constexpr QSize size(32, 32);
 
 constexpr Symbol symbols[] = {Symbol::keyboard, Symbol::profiles,   Symbol::macro,     Symbol::light, Symbol::tick,
                               Symbol::page,     Symbol::feed,       Symbol::club,      Symbol::help,  Symbol::add,
-                              Symbol::remove,   Symbol::noKeyboard, Symbol::noService, Symbol::undo,  Symbol::history};
+                              Symbol::remove,   Symbol::noKeyboard, Symbol::noService, Symbol::undo,  Symbol::history,
+                              Symbol::zoomOut,  Symbol::fit};
 
 QImage pictureOf(const QIcon &icon, QIcon::Mode mode = QIcon::Normal)
 {

@@ -85,7 +85,6 @@
     <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>Unbenannte Taste</translation></message>
     <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>Vergrößern</translation></message>
     <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>Verkleinern</translation></message>
-    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>Einpassen</translation></message>
     <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Das ganze Makro anzeigen</translation></message>
     <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Am Ende noch gedrückt: %@.</translation></message>
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Ereignisse, zu denen das Drücken oder Loslassen fehlt: %@.</translation></message>

@@ -85,7 +85,6 @@
     <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>Unnamed key</translation></message>
     <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>Zoom in</translation></message>
     <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>Zoom out</translation></message>
-    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>Fit</translation></message>
     <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Show the whole macro</translation></message>
     <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Still down at the end: %@.</translation></message>
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Events without their press or release: %@.</translation></message>

@@ -85,7 +85,6 @@
     <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>Tecla sin nombre</translation></message>
     <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>Acercar</translation></message>
     <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>Alejar</translation></message>
-    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>Ajustar</translation></message>
     <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Mostrar toda la macro</translation></message>
     <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Siguen pulsadas al final: %@.</translation></message>
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Eventos a los que falta la pulsación o la liberación: %@.</translation></message>

@@ -85,7 +85,6 @@
     <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>Touche sans nom</translation></message>
     <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>Zoom avant</translation></message>
     <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>Zoom arrière</translation></message>
-    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>Ajuster</translation></message>
     <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Afficher toute la macro</translation></message>
     <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Encore enfoncées à la fin : %@.</translation></message>
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Événements sans l’appui ou le relâchement correspondant : %@.</translation></message>

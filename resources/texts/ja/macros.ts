@@ -85,7 +85,6 @@
     <message id="lkeyTimelineUnnamedKey"><source>lkeyTimelineUnnamedKey</source><translation>名前のないキー</translation></message>
     <message id="lkeyTimelineZoomIn"><source>lkeyTimelineZoomIn</source><translation>拡大</translation></message>
     <message id="lkeyTimelineZoomOut"><source>lkeyTimelineZoomOut</source><translation>縮小</translation></message>
-    <message id="lkeyTimelineFit"><source>lkeyTimelineFit</source><translation>全体</translation></message>
     <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>マクロ全体を表示</translation></message>
     <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>最後まで押されたまま: %@</translation></message>
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>押す・離すの対がないイベント: %@</translation></message>
