@@ -74,6 +74,11 @@ int NewMacro::row() const
     return found == mMacros.end() ? -1 : int(found - mMacros.begin());
 }
 
+QVariantList NewMacro::storedEvents() const
+{
+    return MacroRecord::events(mMacros.value(row()).toMap());
+}
+
 void NewMacro::setMacros(const QVariantList &macros)
 {
     mMacros = macros;
@@ -98,7 +103,7 @@ void NewMacro::keyboardCameBack()
     if (mStep != Step::recording)
         return;
     setStep(Step::recorded);
-    mSheet->showRecorded(0);
+    mSheet->showRecorded(storedEvents());
 }
 
 // Recording
@@ -135,7 +140,7 @@ void NewMacro::stopRecording()
     mDelegate->stopMacroRecording();
     mDelegate->saveRecordedEventsForMacroAtIndexIsNewRecording(row(), newRecording);
     if (isUp()) // the new list may be without the macro
-        mSheet->showRecorded(MacroRecord::events(mMacros.value(row()).toMap()).size());
+        mSheet->showRecorded(storedEvents());
 }
 
 // The end

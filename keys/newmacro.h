@@ -51,6 +51,7 @@ private:
 
     [[nodiscard]] bool isUp() const { return mStep != Step::closed; }
     [[nodiscard]] int row() const; ///< of the new macro; -1 if it is gone
+    [[nodiscard]] QVariantList storedEvents() const;
     void setStep(Step step);
     void startRecording();
     void stopRecording();

@@ -2,6 +2,7 @@
 #include "keys/newmacrosheet.h"
 
 #include "base/text.h"
+#include "macros/eventparser.h"
 #include "platform/mnemonics.h"
 #include "platform/spacing.h"
 
@@ -117,10 +118,12 @@ void NewMacroSheet::showRecording()
     mArea->setFocus();
 }
 
-void NewMacroSheet::showRecorded(qsizetype eventCount)
+void NewMacroSheet::showRecorded(const QVariantList &events)
 {
     mIsRecording = false;
-    mHasEvents = eventCount > 0;
+    mHasEvents = !events.isEmpty();
+    mEvents->clear(); // a recording without a key leaves the macro as it was
+    addLines(eventParser::getMessagesArray(events));
     Mnemonics::setText(mRecord, localizedText("lkeyRecord"));
     mName->setEnabled(mHasEvents);
     mAssign->setEnabled(mHasEvents);

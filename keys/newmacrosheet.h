@@ -24,8 +24,8 @@ public:
     void begin(QWidget *window, const QString &key, const QString &name);
     void showSource(const CaptureSource &source);
     void showRecording();
-    /// Shows the end of a recording with this many events.
-    void showRecorded(qsizetype eventCount);
+    /// Shows the end of a recording: the events (event dictionaries) that the macro has now.
+    void showRecorded(const QVariantList &events);
     void addLines(const QStringList &lines);
 
     [[nodiscard]] QString macroName() const;

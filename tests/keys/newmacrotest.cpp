@@ -2,6 +2,7 @@
 // A new macro for a key: recorded, named and assigned on one sheet, or cancelled at each step.
 #include "base/daemonprotocol.h"
 #include "base/text.h"
+#include "macros/macrorecord.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
@@ -77,7 +78,8 @@ public:
 
     KeyboardKeysController *controller = nullptr;
     QVariantList macros{numbered(u"Heal"_s, 3), numbered(u"Burst"_s, 5)};
-    QVariantList recorded{QVariantMap{{u"command"_s, 1}}, QVariantMap{{u"command"_s, 0}}};
+    QVariantList recorded{MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 4}),
+                          MacroRecord::eventRecord({.delayMs = 20, .argument = 4})};
     bool refusesToAdd = false;
 };
 
@@ -105,6 +107,8 @@ private Q_SLOTS:
     void refusedMacroOpensNoSheet();
     void showsWhatIsRecorded();
     void emptyRecordingCanBeRepeated();
+    void showsWhatAnEmptyRecordingHasLeft();
+    void showsWhatARemovedKeyboardHasLeft();
     void cancellingDeletesTheMacro_data();
     void cancellingDeletesTheMacro();
     void followsItsMacroToAnotherRow();
@@ -234,7 +238,7 @@ void NewMacroTest::showsWhatIsRecorded()
         [&received](const DistributedNotification &) { ++received; });
     postLines({u"Key Press B"_s});
     QTRY_COMPARE(received, 1);
-    QCOMPARE(list->count(), 2);
+    QCOMPARE(list->count(), 3); // the stored events
     click("mNewMacroRecord");
     QCOMPARE(list->count(), 0);
 }
@@ -252,6 +256,31 @@ void NewMacroTest::emptyRecordingCanBeRepeated()
     QCOMPARE(mKeeper.calls, QStringList{u"start 0 2"_s});
     mKeeper.recorded = {QVariantMap{{u"command"_s, 1}}};
     click("mNewMacroRecord");
+    QVERIFY(mTab->find<QPushButton>("mNewMacroAssign")->isEnabled());
+}
+
+void NewMacroTest::showsWhatAnEmptyRecordingHasLeft()
+{
+    open();
+    click("mNewMacroRecord");
+    const auto *list = mTab->find<QListWidget>("mNewMacroEvents");
+    QCOMPARE(list->count(), 3);
+    click("mNewMacroRecord");
+    QCOMPARE(list->count(), 0);
+    click("mNewMacroRecord"); // without a key: the daemon keeps the events of the first recording
+    QCOMPARE(list->count(), 3);
+    QCOMPARE(list->item(0)->text(), u"Key Press A"_s);
+    QCOMPARE(list->item(2)->text(), u"Key Release A"_s);
+    QVERIFY(mTab->find<QPushButton>("mNewMacroAssign")->isEnabled());
+}
+
+void NewMacroTest::showsWhatARemovedKeyboardHasLeft()
+{
+    open();
+    click("mNewMacroRecord");
+    click("mNewMacroRecord");
+    mTab->controller->keyboardCameBack();
+    QCOMPARE(mTab->find<QListWidget>("mNewMacroEvents")->count(), 3);
     QVERIFY(mTab->find<QPushButton>("mNewMacroAssign")->isEnabled());
 }
 
