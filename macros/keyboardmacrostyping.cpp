@@ -14,6 +14,8 @@ void KeyboardMacrosController::openTypeTextSheet()
         return;
     if (mLines.areRecordsStale())
         mMacroDelegate->reloadMacros();
+    if (macroRow() < 0)
+        return; // another client has deleted it
     mEventsBeforeTyping = MacroRecord::events(macroAt(macroRow()));
     if (!mTypeTextWindow) { // later than the other sheets: it loads the keyboard layout
         mTypeTextWindow = new MacroTypeText;
@@ -21,7 +23,7 @@ void KeyboardMacrosController::openTypeTextSheet()
     }
     const std::optional<int> selected =
         eventRow() < 0 ? std::nullopt : MacroRecord::eventIndexOfRow(mEventsBeforeTyping, eventRow());
-    mTypeTextWindow->ask(mMacrosWindow, int(mEventsBeforeTyping.size()), selected);
+    mTypeTextWindow->ask(mMacrosWindow, mEventsBeforeTyping, selected);
     mEventsSubject.note(mTypeTextWindow, eventsOfSelectedMacro());
 }
 

@@ -58,6 +58,7 @@ MacroTypeText::MacroTypeText(QWidget *parent)
     layOut();
     setCancelButton(mCancel);
     connect(mText, &QPlainTextEdit::textChanged, this, &MacroTypeText::showOutcome);
+    connect(mPlace, &RadioGroup::rowClicked, this, &MacroTypeText::showOutcome);
     connect(mCancel, &QPushButton::clicked, this, [this] { endSheet(); });
     connect(mInsert, &QPushButton::clicked, this, &MacroTypeText::insert);
 }
@@ -98,9 +99,9 @@ void MacroTypeText::followDesktop()
     showKeymap(mDesktop->keymap());
 }
 
-void MacroTypeText::ask(QWidget *window, int eventCount, std::optional<int> selectedEvent)
+void MacroTypeText::ask(QWidget *window, const QVariantList &events, std::optional<int> selectedEvent)
 {
-    mEventCount = eventCount;
+    mEvents = events;
     mSelectedEvent = selectedEvent;
     mPlace->selectRow(selectedEvent ? beforeSelected : atEnd);
     mPlace->setVisible(selectedEvent.has_value());
@@ -125,7 +126,20 @@ void MacroTypeText::textWasInserted()
 
 bool MacroTypeText::fits() const
 {
-    return mEventCount + mTyped.eventCount <= MacroRecord::maximumEvents;
+    return mEvents.size() + mTyped.eventCount <= MacroRecord::maximumEvents;
+}
+
+QString MacroTypeText::text() const
+{
+    QString text = mText->document()->toRawText(); // toPlainText() has spaces in place of U+00A0
+    text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
+    return text;
+}
+
+int MacroTypeText::place() const
+{
+    const bool isBefore = mSelectedEvent && mPlace->selectedRow() == beforeSelected;
+    return isBefore ? *mSelectedEvent : int(mEvents.size());
 }
 
 QString MacroTypeText::outcomeWords() const
@@ -142,13 +156,17 @@ QString MacroTypeText::outcomeWords() const
     const QString count = QString::number(mTyped.eventCount);
     if (!fits())
         return localizedFormat("lkeyTypeTextTooMany",
-                               {count, QString::number(MacroRecord::maximumEvents - mEventCount)});
-    return localizedFormat("lkeyTypeTextEvents", {count});
+                               {count, QString::number(MacroRecord::maximumEvents - mEvents.size())});
+    const QString words = localizedFormat("lkeyTypeTextEvents", {count});
+    const QStringList held = modifiersHeldBefore(mEvents, place());
+    if (held.isEmpty())
+        return words;
+    return words + u'\n' + localizedFormat("lkeyTypeTextHeld", {held.join(localizedText("lkeyTypeTextComma"))});
 }
 
 void MacroTypeText::showOutcome()
 {
-    mTyped = typeText(mText->toPlainText(), mTable, 0);
+    mTyped = typeText(text(), mTable, 0);
     const QString words = outcomeWords();
     mOutcome->setText(words);
     mText->setAccessibleDescription(words);
@@ -158,7 +176,6 @@ void MacroTypeText::showOutcome()
 void MacroTypeText::insert()
 {
     const int pauseMs = mPause->integerValue();
-    const TypedText typed = typeText(mText->toPlainText(), mTable, pauseMs);
-    const bool isBefore = mSelectedEvent && mPlace->selectedRow() == beforeSelected;
-    Q_EMIT insertRequested(typed.events, isBefore ? *mSelectedEvent : mEventCount, pauseMs);
+    const TypedText typed = typeText(text(), mTable, pauseMs);
+    Q_EMIT insertRequested(typed.events, place(), pauseMs);
 }

@@ -27,9 +27,9 @@ class MacroTypeText : public Sheet
 public:
     explicit MacroTypeText(QWidget *parent = nullptr);
 
-    /// Comes up on `window` for a macro with `eventCount` events, with the user's layout. `selectedEvent` is the index
-    /// of the selected event; without one, the text can only go to the end.
-    void ask(QWidget *window, int eventCount, std::optional<int> selectedEvent);
+    /// Comes up on `window` for a macro with these events (event dictionaries), with the user's layout. `selectedEvent`
+    /// is the index of the selected event; without one, the text can only go to the end.
+    void ask(QWidget *window, const QVariantList &events, std::optional<int> selectedEvent);
     /// Uses `keymap` until the desktop's layout changes.
     void showKeymap(const Keymap &keymap);
     /// Clears the text for the next time.
@@ -48,12 +48,14 @@ private:
     void showOutcome();
     [[nodiscard]] QString outcomeWords() const;
     [[nodiscard]] bool fits() const;
+    [[nodiscard]] QString text() const; ///< as the user has written it
+    [[nodiscard]] int place() const;    ///< the index of the event before which the text comes
     void insert();
 
     DesktopKeymap *mDesktop = nullptr; ///< made when the sheet first comes up
     TypingTable mTable;
     TypedText mTyped;
-    int mEventCount = 0; ///< of the macro
+    QVariantList mEvents; ///< of the macro
     std::optional<int> mSelectedEvent;
 
     QPlainTextEdit *mText;

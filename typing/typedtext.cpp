@@ -3,6 +3,8 @@
 
 #include "base/settingskeys.h"
 #include "base/visibletext.h"
+#include "macros/eventparser.h"
+#include "macros/macropairs.h"
 #include "typing/typingtable.h"
 
 #include <algorithm>
@@ -12,6 +14,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr uint firstModifier = 224; // key codes
+constexpr uint lastModifier = 231;
 
 /// Collects the events of keystrokes. Past the limit of a macro it only counts them.
 class EventCollector
@@ -176,6 +181,19 @@ QVariantList insertingTyped(const QVariantList &events, qsizetype index, const Q
         }
     }
     return events.first(index) + inserted + after;
+}
+
+QStringList modifiersHeldBefore(const QVariantList &events, qsizetype index)
+{
+    QStringList names;
+    for (const int press : MacroPairs::of(events.first(index)).leftDown) {
+        const QVariantMap record = events.at(press).toMap();
+        const MacroRecord::Event event = MacroRecord::eventFields(record);
+        const bool isKey = static_cast<quint8>(event.page) == MacroRecord::keyboardPage;
+        if (isKey && event.argument >= firstModifier && event.argument <= lastModifier)
+            names += eventParser::nameOfKeyOrButton(record);
+    }
+    return names;
 }
 
 QString shownCharacter(char32_t character)

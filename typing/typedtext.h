@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Turns a text into the events of a macro that types it. Pure functions; any thread.
+// Turns a text into the events of a macro that types it. Pure functions; any thread, except where noted.
 #pragma once
 
 #include "macros/macrorecord.h"
@@ -40,6 +40,10 @@ struct TypedText
 /// if that has no delay.
 [[nodiscard]] QVariantList insertingTyped(const QVariantList &events, qsizetype index,
                                           const QList<MacroRecord::Event> &typed, int pauseMs);
+
+/// Returns the names of the modifier keys that `events` (event dictionaries) hold down before the one at `index`: a
+/// text that is typed there may arrive as other characters. Main thread only.
+[[nodiscard]] QStringList modifiersHeldBefore(const QVariantList &events, qsizetype index);
 
 /// The character for a message: "€ (U+20AC)", or its number alone if it has no picture of its own.
 [[nodiscard]] QString shownCharacter(char32_t character);

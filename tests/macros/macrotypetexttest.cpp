@@ -52,6 +52,9 @@ private Q_SLOTS:
     void pauseSeparatesTheKeys();
     void namesWhatTheLayoutCannotType();
     void countsTheCharactersThatItDoesNotName();
+    void readsTheCharactersAsWritten();
+    void saysWhichModifiersAreHeldAtThePlace();
+    void staysAwayIfTheMacroIsGone();
     void followsTheLayout();
     void refusesMoreEventsThanAMacroCanHave();
     void cancelChangesNothing();
@@ -180,6 +183,47 @@ void MacroTypeTextTest::countsTheCharactersThatItDoesNotName()
     write(QString(9, u'é'));
     QVERIFY2(outcome().contains(u"position 6"_s) && !outcome().contains(u"position 7"_s), qPrintable(outcome()));
     QVERIFY2(outcome().contains(u"3 more"_s), qPrintable(outcome()));
+}
+
+void MacroTypeTextTest::readsTheCharactersAsWritten()
+{
+    show({});
+    write(u"a\u00a0b"_s);
+    QCOMPARE(outcome(), u"This layout cannot type U+00A0 at position 2."_s);
+    field()->setPlainText(u"a\u2028b\nc"_s);
+    insert()->click();
+    QCOMPARE(stored(), u"+4 -4 (20)+40 -40 (20)+5 -5 (20)+40 -40 (20)+6 -6"_s);
+}
+
+void MacroTypeTextTest::saysWhichModifiersAreHeldAtThePlace()
+{
+    const QVariantList control{MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 224}),
+                               MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 11}),
+                               MacroRecord::eventRecord({.command = MacroRecord::keyUp, .argument = 11}),
+                               MacroRecord::eventRecord({.command = MacroRecord::keyUp, .argument = 224})};
+    const QString name = eventParser::nameOfKeyOrButton(control.first().toMap());
+    QVERIFY(!name.isEmpty());
+    show(control, 4);
+    write(u"a"_s);
+    QCOMPARE(outcome(), u"2 events\nHeld at this place: %1. Other characters may arrive."_s.arg(name));
+    QCOMPARE(field()->accessibleDescription(), outcome());
+    outlet(u"mTypeTextPlace"_s)->findChildren<QRadioButton *>().at(1)->click();
+    QCOMPARE(outcome(), u"2 events"_s);
+    outlet(u"mTypeTextPlace"_s)->findChildren<QRadioButton *>().at(0)->click();
+    insert()->click();
+    QCOMPARE(stored(), u"+224 +11 (20)+4 -4 -11 -224"_s);
+    show(control, 0);
+    write(u"a"_s);
+    QCOMPARE(outcome(), u"2 events"_s);
+}
+
+void MacroTypeTextTest::staysAwayIfTheMacroIsGone()
+{
+    show(tapOfH());
+    choose("mSettingsMacroDetails", MacroCommands::noDelay); // the tab reads the records again
+    mDelegate->macros.clear();
+    choose("mSettingsMacroDetails", MacroCommands::typeText);
+    QVERIFY(!sheet() || !sheet()->isVisible());
 }
 
 void MacroTypeTextTest::followsTheLayout()

@@ -104,6 +104,7 @@
     <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>Mit dieser Belegung lässt sich nicht tippen: %@.</translation></message>
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ an Stelle %@</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
+    <message id="lkeyTypeTextHeld"><source>lkeyTypeTextHeld</source><translation>An dieser Stelle gedrückt: %@. Es können andere Zeichen ankommen.</translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ weitere</translation></message>
     <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>Ausschneiden</translation></message>
     <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>Kopieren</translation></message>

@@ -104,6 +104,7 @@
     <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>This layout cannot type %@.</translation></message>
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ at position %@</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
+    <message id="lkeyTypeTextHeld"><source>lkeyTypeTextHeld</source><translation>Held at this place: %@. Other characters may arrive.</translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ more</translation></message>
     <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>Cut</translation></message>
     <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>Copy</translation></message>

@@ -104,6 +104,7 @@
     <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>Con esta distribución no se puede escribir: %@.</translation></message>
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ en la posición %@</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
+    <message id="lkeyTypeTextHeld"><source>lkeyTypeTextHeld</source><translation>Pulsado en este lugar: %@. Pueden llegar otros caracteres.</translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ más</translation></message>
     <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>Cortar</translation></message>
     <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>Copiar</translation></message>

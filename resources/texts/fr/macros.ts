@@ -104,6 +104,7 @@
     <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>Cette disposition ne permet pas de taper : %@.</translation></message>
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@ en position %@</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>, </translation></message>
+    <message id="lkeyTypeTextHeld"><source>lkeyTypeTextHeld</source><translation>Enfoncé à cet endroit : %@. D’autres caractères peuvent arriver.</translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>%@ de plus</translation></message>
     <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>Couper</translation></message>
     <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>Copier</translation></message>

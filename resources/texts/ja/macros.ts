@@ -104,6 +104,7 @@
     <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>この配列では入力できません: %@</translation></message>
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@（%@ 文字目）</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>、</translation></message>
+    <message id="lkeyTypeTextHeld"><source>lkeyTypeTextHeld</source><translation>この位置で押されたままのキー: %@。別の文字が入力されることがあります。</translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>ほか %@ 件</translation></message>
     <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>切り取り</translation></message>
     <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>コピー</translation></message>

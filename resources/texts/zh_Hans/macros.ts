@@ -104,6 +104,7 @@
     <message id="lkeyTypeTextUntyped"><source>lkeyTypeTextUntyped</source><translation>此布局无法键入：%@</translation></message>
     <message id="lkeyTypeTextPosition"><source>lkeyTypeTextPosition</source><translation>%@（第 %@ 个字符）</translation></message>
     <message id="lkeyTypeTextComma"><source>lkeyTypeTextComma</source><translation>、</translation></message>
+    <message id="lkeyTypeTextHeld"><source>lkeyTypeTextHeld</source><translation>在此位置按住的键：%@。可能会输入其他字符。</translation></message>
     <message id="lkeyTypeTextMore"><source>lkeyTypeTextMore</source><translation>另有 %@ 个</translation></message>
     <message id="lkeyCutEvents"><source>lkeyCutEvents</source><translation>剪切</translation></message>
     <message id="lkeyCopyEvents"><source>lkeyCopyEvents</source><translation>复制</translation></message>
