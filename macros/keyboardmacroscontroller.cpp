@@ -280,7 +280,8 @@ void KeyboardMacrosController::updateEventPart()
 void KeyboardMacrosController::updatePlaceholders()
 {
     const bool hasMacros = !mMacrosSettingsArray.isEmpty();
-    mMacroTableView->setPlaceholderText(localizedText(hasMacros ? "lkeyMacroSearchNothing" : "lkeyNoMacros"));
+    const QString nothingFound = mMacroSearch->isSearching() ? localizedText("lkeyMacroSearchNothing") : QString();
+    mMacroTableView->setPlaceholderText(hasMacros ? nothingFound : localizedText("lkeyNoMacros"));
     mNoMacroLabel->setText(localizedText(hasMacros ? "lkeyNoMacroSelected" : "lkeyNoMacrosHint"));
     mFirstMacro->setVisible(!hasMacros);
     mRecordingHint->setVisible(hasRecording());

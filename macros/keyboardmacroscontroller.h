@@ -156,7 +156,6 @@ public:
     void clickMacroEventOK(QObject *sender);
     void clickMacroEventCancel(QObject *sender);
     void clickTryMacro(QObject *sender);
-    [[nodiscard]] MacroCommands::EventListState eventListState() const;
     /// Performs a command that edits the events of all selected rows, unless events cannot be edited now.
     void editEvents(MacroCommands::EventTag tag);
     /// Shows the output of the running try.

@@ -135,7 +135,10 @@ QWidget *KeyboardMacrosController::buildMacroList()
     QLabel *label = makeLabel("mMacroListLabel", "lkeyMacroListLabel");
     label->setBuddy(mMacroTableView);
     mMacroSearch = new MacroSearchField;
-    connect(mMacroSearch, &QLineEdit::textChanged, this, &Self::showSearchResult);
+    connect(mMacroSearch, &QLineEdit::textChanged, this, [this] {
+        showSearchResult();
+        updatePlaceholders();
+    });
     connect(mMacroSearch, &MacroSearchField::stepRequested, this, &Self::stepThroughSearch);
     connect(mMacroSearch, &MacroSearchField::listRequested, mMacroTableView, qOverload<>(&QWidget::setFocus));
     auto *header = new QHBoxLayout;

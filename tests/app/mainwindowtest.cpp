@@ -52,9 +52,9 @@ QStringList textsIn(QWidget *root)
                 texts += bar->tabText(index);
         } else if (const auto *button = qobject_cast<QAbstractButton *>(widget)) {
             // Five check boxes of the lighting tab do nothing; others come and go with the macro.
-            static const QStringList idle{u"mSidestrips"_s,          u"mUnderglow"_s,          u"mInGameAPMMain"_s,
-                                          u"mInGameAPMSidestrips"_s, u"mInGameAPMUnderglow"_s, u"mReleaseKeysAtEnd"_s,
-                                          u"mMacroUse"_s,            u"mMoreMacroUses"_s};
+            static const QStringList idle{
+                u"mSidestrips"_s,         u"mUnderglow"_s,        u"mInGameAPMMain"_s, u"mInGameAPMSidestrips"_s,
+                u"mInGameAPMUnderglow"_s, u"mReleaseKeysAtEnd"_s, u"mMacroUse"_s,      u"mMoreMacroUses"_s};
             const bool isExpected = !qobject_cast<const PopUpButton *>(button) && !button->text().isEmpty();
             if (isExpected && !idle.contains(button->objectName()))
                 texts += button->text();
