@@ -5,7 +5,7 @@
 #include <thread>
 
 bool pollUntilFinished(const QDBusPendingCall &call, const std::function<void()> &whileWaiting,
-                       std::chrono::microseconds limit)
+                       std::chrono::nanoseconds limit)
 {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::microseconds longestPause{10'000};

@@ -10,4 +10,4 @@
 /// Calls `whileWaiting` again and again until `call` is finished or `limit` has passed. QtDBus has no wait with a
 /// limit. The pauses grow with the wait, so an answer that comes at once is noticed at once. False if it has not come.
 [[nodiscard]] bool pollUntilFinished(const QDBusPendingCall &call, const std::function<void()> &whileWaiting,
-                                     std::chrono::microseconds limit = std::chrono::microseconds::max());
+                                     std::chrono::nanoseconds limit = std::chrono::nanoseconds::max());
