@@ -67,7 +67,8 @@ QList<int> keysThatDiffer(const QVariantMap &before, const QVariantMap &after)
 bool loses(const QString &kind)
 {
     using namespace HistoryKeys;
-    constexpr std::array kinds{kindEventsRemoved, kindMacroRecorded, kindDelaysSet, kindProfileChanged, kindKeys};
+    constexpr std::array kinds{kindEventsRemoved, kindEventsChanged,  kindMacroRecorded,  kindMacroDeleted,
+                               kindDelaysSet,     kindProfileChanged, kindProfileDeleted, kindKeys};
     return std::ranges::find(kinds, kind) != kinds.end();
 }
 
@@ -259,7 +260,9 @@ void HistoryController::reveal(const Step &step)
                                                            ProfileRecord::keys(mHub.currentProfileDict()))
                                           : QList<int>();
     // The keys tab shows the active profile alone, and the selection in the profiles tab would activate another one.
-    if (tab == keysTab && keys.isEmpty())
+    const QString profile = change.value(HistoryKeys::profile).toString(); // may be cut off
+    const bool isOfActiveProfile = ProfileRecord::name(mHub.currentProfileDict()).startsWith(profile);
+    if ((tab == keysTab && keys.isEmpty()) || (tab == lightingTab && !isOfActiveProfile))
         tab = profilesTab;
     if (tab == noTab)
         return;

@@ -81,6 +81,7 @@ private Q_SLOTS:
     void selectionFollowsTheMacro();
     void shortcutsComeBeforeTheTables_data();
     void shortcutsComeBeforeTheTables();
+    void lightOfAnotherProfileIsFoundThere();
     void stepsBackThroughSeveralChanges();
     void takesBackOnlyWhatItShows();
     void refusalOfTheDaemonIsReported();
@@ -395,6 +396,21 @@ void HistoryEndToEndTest::shortcutsComeBeforeTheTables()
     QTRY_COMPARE(status(), u"Redone: A: Disable key"_s);
 }
 
+void HistoryEndToEndTest::lightOfAnotherProfileIsFoundThere()
+{
+    hub().addInactiveProfile({{SettingsKeys::profileName, u"Work"_s}});
+    for (const int profile : {0, 1}) {
+        QVERIFY(mDaemon->request(Command::updateProfile, {{DaemonProtocol::profileId, profile},
+                                                          {DaemonProtocol::deviceSettingsDictionary,
+                                                           QVariantMap{{SettingsKeys::brightnessKbNormal, 1}}}}));
+        const QString name = profile == 0 ? u"Default Profile"_s : u"Work"_s;
+        QTRY_VERIFY(button()->isEnabled() && button()->accessibleName().contains(name + u":"_s));
+        tabs()->setCurrentIndex(keysTab);
+        undo();
+        QTRY_COMPARE(tabs()->currentIndex(), profile == 0 ? int(lightingTab) : int(profilesTab));
+    }
+}
+
 void HistoryEndToEndTest::stepsBackThroughSeveralChanges()
 {
     const QVariantMap before = keptSettings();
@@ -575,6 +591,15 @@ void HistoryEndToEndTest::statusLineOffersToUndoALoss_data()
     row(
         "no delay", [](KeyboardMainController &hub) { hub.setAllEventsDelayForMacroAtIndexHasNoDelay(0, 0, true); },
         u"Macro Heal: 2 delays set"_s);
+    row(
+        "macro", [](KeyboardMainController &hub) { hub.deleteMacroAtIndex(0); }, u"Macro Heal deleted"_s);
+    row(
+        "profile",
+        [](KeyboardMainController &hub) {
+            hub.addInactiveProfile({{SettingsKeys::profileName, u"Work"_s}});
+            hub.deleteProfileWithProfileID(1);
+        },
+        u"Profile Work deleted"_s);
     row(
         "factory settings",
         [](KeyboardMainController &hub) { hub.profilesController()->restoreProfileToDefaultSettings(); },
