@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The environment variables of the chaos suite, and its way to wait. The variables, with their defaults:
 // KESTRA_CHAOS_SEED: the seed of the random requests, faults and moments (271). KESTRA_CHAOS_KILLS: how often killstest
-// kills the daemon (220). KESTRA_CHAOS_CHANGES: how many changes historykillstest makes (1000). KESTRA_CHAOS_ROUNDS:
-// how many random standstills standstilltest has (8).
+// kills the daemon (220). KESTRA_CHAOS_CHANGES: how many changes historykillstest makes (1000; 250 with
+// AddressSanitizer). KESTRA_CHAOS_ROUNDS: how many random standstills standstilltest has (8).
 #pragma once
 
 #include <QCoreApplication>
