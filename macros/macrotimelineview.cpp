@@ -6,6 +6,7 @@
 #include "macros/macrotimelineaccessibility.h"
 #include "macros/macrotimelinepainter.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QScrollBar>
 
