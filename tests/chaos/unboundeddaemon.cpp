@@ -7,13 +7,12 @@
 #include <QCoreApplication>
 
 #include <csignal>
-#include <limits>
 
 int main(int argc, char *argv[])
 {
     std::signal(SIGPIPE, SIG_IGN);
     ContinueSignal::block();
     QCoreApplication application(argc, argv);
-    return static_cast<int>(runDaemon(
-        {.bytes = PropertyList::maximumInputBytes, .ageMs = std::numeric_limits<qint64>::max(), .joiningMs = -1}));
+    constexpr qint64 centuryMs = qint64{100} * 365 * 24 * 60 * 60 * 1000;
+    return static_cast<int>(runDaemon({.bytes = PropertyList::maximumInputBytes, .ageMs = centuryMs, .joiningMs = -1}));
 }
